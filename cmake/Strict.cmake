@@ -1,0 +1,14 @@
+# What every target of the project compiles with: the standard, and warnings as errors.
+add_library(mirvel_strict INTERFACE)
+target_compile_features(mirvel_strict INTERFACE cxx_std_20)
+target_compile_options(
+  mirvel_strict INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+                          -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+option(MIRVEL_SANITIZE "Address and undefined-behaviour sanitizers" OFF)
+if(MIRVEL_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace mirvel::plist {
+
+/// The text of a real as the macOS writer gives it: the manner of printf's `%.17g` (`0.10000000000000001`, `1`,
+/// `1e+100`), and `nan`, `+infinity`, `-infinity`; zero of either sign is `0.0`.
+std::string realText(double number);
+
+/// The number that macOS reads in the text of a <real>, if it reads one: leading white space is fine, trailing isn't.
+std::optional<double> parseReal(std::string_view text);
+
+}  // namespace mirvel::plist
