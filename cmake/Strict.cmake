@@ -2,8 +2,10 @@
 add_library(mirvel_strict INTERFACE)
 target_compile_features(mirvel_strict INTERFACE cxx_std_20)
 target_compile_options(
-  mirvel_strict INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
-                          -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
+  mirvel_strict INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wold-style-cast
+                          -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Werror
+                          # g++ takes the enumerators of an enum class for shadows of outer names, hence its narrower form
+                          $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 

@@ -9,14 +9,6 @@ namespace mirvel::plist {
 
 namespace {
 
-/// Bytes of UTF-8 text, ranked so that comparing them compares UTF-16 code units: characters beyond the basic plane
-/// (lead byte F0 and up) are surrogates there, and come before U+E000 to U+FFFF (lead bytes EE and EF).
-constexpr unsigned utf16Rank(unsigned char byte) {
-  if (byte >= 0xF0) return byte - 2U;
-  if (byte >= 0xEE) return byte + 16U;
-  return byte;
-}
-
 bool sameReal(double a, double b) {
   return a == b || (std::isnan(a) && std::isnan(b));
 }
@@ -35,7 +27,7 @@ bool Dictionary::keyLess(std::string_view a, std::string_view b) {
   const auto [left, right] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
   if (right == b.end()) return false;
   if (left == a.end()) return true;
-  return utf16Rank(static_cast<unsigned char>(*left)) < utf16Rank(static_cast<unsigned char>(*right));
+  return utf16Rank(static_cast<std::uint8_t>(*left)) < utf16Rank(static_cast<std::uint8_t>(*right));
 }
 
 Dictionary::Dictionary(std::initializer_list<std::pair<std::string, Value>> entries) {
@@ -69,12 +61,12 @@ Value* Dictionary::find(std::string_view key) {
   return at != m_entries.end() && at->key == key ? &at->value : nullptr;
 }
 
-void Dictionary::set(std::string key, Value value) {
+void Dictionary::set(std::string_view key, Value value) {
   const auto at = position(m_entries, key);
   if (at != m_entries.end() && at->key == key) {
     at->value = std::move(value);
   } else {
-    m_entries.insert(at, Entry{std::move(key), std::move(value)});
+    m_entries.insert(at, Entry(key, std::move(value)));
   }
 }
 

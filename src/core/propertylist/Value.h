@@ -90,10 +90,16 @@ class Dictionary {
   /// Takes entries that are sorted by `keyLess` and distinct.
   static Dictionary fromSorted(std::vector<Entry> entries);
   static bool keyLess(std::string_view a, std::string_view b);
+  /// Bytes of UTF-8 text, ranked so that comparing them compares UTF-16 code units: characters beyond the basic plane
+  /// (lead byte F0 and up) are surrogates there, and come before U+E000 to U+FFFF (lead bytes EE and EF).
+  static constexpr std::uint8_t utf16Rank(std::uint8_t byte) {
+    if (byte < 0xEE) return byte;
+    return static_cast<std::uint8_t>(byte >= 0xF0 ? byte - 2 : byte + 16);
+  }
 
   const Value* find(std::string_view key) const;  ///< null: no such key
   Value* find(std::string_view key);
-  void set(std::string key, Value value);  ///< adds, or replaces what is there
+  void set(std::string_view key, Value value);  ///< adds, or replaces what is there
   bool remove(std::string_view key);       ///< whether it was there
 
   bool empty() const { return m_entries.empty(); }
@@ -149,6 +155,7 @@ struct Dictionary::Entry {
   std::string key;
   Value value;
 
+  Entry(std::string_view k, Value v) : key(k), value(std::move(v)) {}
   bool operator==(const Entry&) const = default;
 };
 

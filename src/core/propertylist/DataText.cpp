@@ -1,0 +1,85 @@
+#include "core/propertylist/DataText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace mirvel::plist {
+
+namespace {
+
+constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+enum : std::uint8_t { junk = 0xFF, blank = 0xFE, padding = 0xFD };
+
+constexpr std::array<std::uint8_t, 256> makeTable() {
+  std::array<std::uint8_t, 256> table{};
+  for (auto& entry : table) entry = junk;
+  for (std::size_t i = 0; i < alphabet.size(); ++i) {
+    table[static_cast<unsigned char>(alphabet[i])] = static_cast<std::uint8_t>(i);
+  }
+  for (const char c : {' ', '\t', '\r', '\n'}) table[static_cast<unsigned char>(c)] = blank;
+  table['='] = padding;
+  return table;
+}
+constexpr auto table = makeTable();
+
+void appendBase64(std::string& out, std::string_view bytes) {
+  const auto byte = [&](std::size_t i) {
+    return i < bytes.size() ? static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i])) : 0U;
+  };
+  for (std::size_t i = 0; i < bytes.size(); i += 3) {
+    const std::uint32_t group = byte(i) << 16U | byte(i + 1) << 8U | byte(i + 2);
+    out += alphabet[group >> 18U];
+    out += alphabet[group >> 12U & 63U];
+    out += i + 1 < bytes.size() ? alphabet[group >> 6U & 63U] : '=';
+    out += i + 2 < bytes.size() ? alphabet[group & 63U] : '=';
+  }
+}
+
+}  // namespace
+
+ParsedData parseData(std::string_view text) {
+  ParsedData result;
+  result.bytes.reserve(text.size() * 3 / 4);
+  std::uint32_t group = 0;
+  unsigned count = 0;
+  unsigned paddingRun = 0;  // how many of the latest characters were padding
+  for (const char c : text) {
+    const std::uint8_t code = table[static_cast<unsigned char>(c)];
+    if (code == blank) continue;
+    paddingRun = code == padding ? paddingRun + 1 : 0;
+    if (code == junk) {
+      result.hasJunk = true;
+      continue;
+    }
+    group = group << 6U | (code == padding ? 0U : code);
+    if (++count < 4) continue;
+    result.bytes += static_cast<char>(group >> 16U & 0xFFU);
+    if (paddingRun < 2) result.bytes += static_cast<char>(group >> 8U & 0xFFU);
+    if (paddingRun < 1) result.bytes += static_cast<char>(group & 0xFFU);
+    count = 0;
+    group = 0;
+  }
+  result.isIncomplete = count != 0;
+  return result;
+}
+
+void appendDataLines(std::string& out, std::string_view bytes, std::size_t indent) {
+  const std::size_t columns = 76 - 8 * std::min<std::size_t>(indent, 8);
+  const std::size_t bytesPerLine = columns / 4 * 3;
+  for (std::size_t at = 0; at < bytes.size(); at += bytesPerLine) {
+    out.append(indent, '\t');
+    appendBase64(out, bytes.substr(at, bytesPerLine));
+    out += '\n';
+  }
+}
+
+std::string base64(std::string_view bytes) {
+  std::string result;
+  result.reserve((bytes.size() + 2) / 3 * 4);
+  appendBase64(result, bytes);
+  return result;
+}
+
+}  // namespace mirvel::plist

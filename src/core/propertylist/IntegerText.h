@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/propertylist/Value.h"
+
+namespace mirvel::plist {
+
+struct ParsedInteger {
+  std::optional<Integer> number;
+  const char* problem = "";  ///< where there is no number: why, as in "is no number"
+};
+
+/// The number that macOS reads in the text of an <integer>: white space, a sign, white space, then decimal digits or
+/// `0x` and hexadecimal ones, up to the very end.
+ParsedInteger parseInteger(std::string_view text);
+
+}  // namespace mirvel::plist

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "core/propertylist/Value.h"
+#include "core/support/Result.h"
+
+namespace mirvel::plist {
+
+/// The XML form, byte for byte as the macOS writer gives it. Fails for a list that holds a set, which XML can't.
+Result<std::string> writeXml(const Value& value);
+
+/// The binary form. Equal strings are written once.
+std::string writeBinary(const Value& value);
+
+}  // namespace mirvel::plist
