@@ -5,7 +5,7 @@
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "core/support/Interface.h"
+#include "support/FakeInterface.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -140,18 +140,10 @@ TEST(DefaultsTest, WhatCantBeReadOrWrittenIsAnErrorOfTheSetter) {
 }
 
 TEST(InterfaceTest, ATickedSuppressionIsStoredUnderItsKey) {
-  class Answering : public Interface {
-   public:
-    using Interface::Interface;
-    Answer answer;
-    void error(const std::string&, const std::string&) override {}
-    std::optional<fs::path> savePanel(const SavePanel&) override { return std::nullopt; }
-    Answer showAlert(const Alert&) override { return answer; }
-  };
   const TemporaryFolder folder;
   Defaults defaults(folder.path() / "p.plist");
   const Localize localize("en");
-  Answering interface(defaults, localize);
+  testdata::FakeInterface interface(defaults, localize);
   const Alert question{.message = "?", .defaultTitle = "Yes", .suppression = "AlertComplexWhat"};
 
   interface.answer = {Interface::alternateButton, false};
