@@ -25,6 +25,10 @@
 #include "core/schedule/Scheduled.h"
 #include "core/support/Result.h"
 
+namespace mirvel {
+class CommandRepairs;
+}
+
 namespace mirvel::launchd {
 
 /// The record of one launchd job file: every key that the program knows, and what it needs to keep the others. Absent
@@ -124,6 +128,10 @@ class Plist {
 
   /// Gives an empty label a value: what the command `run` is called, or else a new UUID.
   void fillEmptyLabel();
+
+  /// Makes the record fit to be saved, whatever was edited: `program` goes, an empty label is filled, the command is
+  /// repaired and, if it is too complex for launchd, asked about, and `programArguments` becomes the command's parts.
+  void normalizeForSave(CommandRepairs& repairs);
 
   /// Sets the schedule to what the rows of the rule editor say. `scheduled` keeps the rules of the file.
   void applyRules(const std::vector<Scheduled::Row>& rows, const Scheduled::Texts& texts,

@@ -1,11 +1,12 @@
 #include "core/support/Localize.h"
 
-#include <unicode/dcfmtsym.h>
 #include <unicode/locid.h>
 #include <unicode/numfmt.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <optional>
+#include <string_view>
 
 #include "core/support/ReadFile.h"
 
@@ -41,15 +42,6 @@ std::string toUtf8(const icu::UnicodeString& text) {
   return text.toUTF8String(result);
 }
 
-std::optional<std::int64_t> toInt64(const icu::Formattable& number) {
-  if (number.getType() == icu::Formattable::kInt64) return number.getInt64();
-  if (number.getType() == icu::Formattable::kLong) return number.getLong();
-  constexpr double limit = 9223372036854775808.0;  // 2^63
-  const double real = number.getDouble();
-  if (!(real > -limit && real < limit)) return std::nullopt;
-  return static_cast<std::int64_t>(real);
-}
-
 /// A place in a format: "%@", "%3$@" or "%%".
 struct Placeholder {
   std::size_t length = 0;                 ///< of its text; 0: it is none
@@ -70,13 +62,10 @@ Placeholder placeholderAt(std::string_view text) {
 
 struct Localize::Numbers {
   std::unique_ptr<icu::NumberFormat> format;  // none: ICU has no data, and digits are plain
-  icu::UnicodeString groupingSeparator;
 
   explicit Numbers(const icu::Locale& locale) {
     UErrorCode status = U_ZERO_ERROR;
     format.reset(icu::NumberFormat::createInstance(locale, status));
-    const icu::DecimalFormatSymbols symbols(locale, status);
-    groupingSeparator = symbols.getSymbol(icu::DecimalFormatSymbols::kGroupingSeparatorSymbol);
     if (U_FAILURE(status)) format.reset();
   }
 };
@@ -104,17 +93,6 @@ std::string Localize::int_(std::int64_t number) const {
   if (!m_numbers->format) return std::to_string(number);
   icu::UnicodeString result;
   return toUtf8(m_numbers->format->format(number, result));
-}
-
-std::optional<std::int64_t> Localize::parseInt(const std::string& text) const {
-  auto typed = icu::UnicodeString::fromUTF8(text).trim();
-  if (!m_numbers->format || typed.isEmpty()) return std::nullopt;
-  typed.findAndReplace(m_numbers->groupingSeparator, icu::UnicodeString());
-  icu::ParsePosition position(0);
-  icu::Formattable number;
-  m_numbers->format->parse(typed, number, position);
-  if (position.getIndex() != typed.length() || typed.isEmpty()) return std::nullopt;
-  return toInt64(number);
 }
 
 std::string Localize::format(const char* key, const std::vector<std::string>& arguments) const {

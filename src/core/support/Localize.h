@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,7 +15,7 @@ namespace mirvel {
 /// have capitals as such have in English, messages have those of a sentence. No member ends in a colon; the caller adds
 /// one.
 ///
-/// Texts may be asked for from any thread, `int_` and `parseInt` only from the main one.
+/// Texts may be asked for from any thread, `int_` only from the main one.
 class Localize {
  public:
   class Lowercase;
@@ -34,11 +33,9 @@ class Localize {
   static std::string currentLocale();
   const std::string& locale() const { return m_locale; }
 
-  /// The number as the user writes it, with digits and grouping of the locale: "86.400".
+  /// The number as the user writes it, with digits and grouping of the locale: "86.400". `Scheduled::NumberText` reads
+  /// it.
   std::string int_(std::int64_t number) const;
-  /// The whole number that a user's text stands for, as written by `int_` or typed, with or without grouping; what
-  /// follows the decimal point is dropped. None if the text holds anything but one number that fits.
-  std::optional<std::int64_t> parseInt(const std::string& text) const;
 
   /// The translation of `key`, with each "%@" replaced by the next of the arguments, "%2$@" by the second, and "%%" by
   /// a percent sign. A place without an argument stays as it stands.

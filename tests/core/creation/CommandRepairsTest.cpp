@@ -3,11 +3,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <map>
-
 #include "core/propertylist/Writer.h"
 #include "core/support/Text.h"
 #include "support/FakeInterface.h"
+#include "support/FakeWhich.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -15,38 +14,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A machine on which `which` knows a few tools.
-class FakeWhich : public ProcessRunner {
- public:
-  std::map<std::string, std::string> answers{
-      {"ls", "/bin/ls\n"},
-      {"bin", "/opt/bin/bin\n"},
-      {"~/tool", "/Users/x/tool\n"},
-      {"$HOME/tool", "/Users/x/tool\n"},
-      {"odd(", "sh: Syntax error: \"(\" unexpected\n"},
-      {"-x", "Illegal option -x\nUsage: which args\n"},
-      {"ll", "ll: \t aliased to ls -l\n"},
-      {"bin/x", "bin/x\n"},
-  };
-  std::vector<std::string> words;
-
-  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
-    EXPECT_EQ(program, "/usr/bin/which");
-    EXPECT_EQ(arguments.size(), 1U);
-    words.push_back(arguments.at(0));
-    if (arguments[0] == "broken") return Error{.code = Error::Code::NotFound, .message = "can't run"};
-    const auto found = answers.find(arguments[0]);
-    return found == answers.end() ? ProcessResult{.exitStatus = 1} : ProcessResult{.output = found->second};
-  }
-};
-
 struct CommandRepairsTest : testing::Test {
   testdata::TemporaryFolder folder;
   Defaults defaults{folder.path() / "defaults.plist"};
   Localize localize{"en"};
   Commands commands;
   testdata::FakeInterface interface { defaults, localize };
-  FakeWhich which;
+  testdata::FakeWhich which;
   CommandRepairs repairs{defaults, commands, interface, which, localize, "/Users/x"};
 
   fs::path file(const std::string& name, mode_t mode, const std::string& content = "") const {

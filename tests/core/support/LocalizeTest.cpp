@@ -4,6 +4,8 @@
 
 #include <set>
 
+#include "core/schedule/LocalizedTexts.h"
+#include "core/schedule/NumberText.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -11,23 +13,16 @@ namespace {
 
 TEST(LocalizeTest, ScheduleTextsAreDistinct) {
   const Localize localize("en");
-  const auto lower = localize.lowercase();
-  const std::vector<std::string> texts{
-      localize.repeatInterval(),
-      localize.everyHour(),
-      localize.everyDay(),
-      localize.dayOfWeek(),
-      localize.dayOfMonth(),
-      localize.dayOfYear(),
-      localize.weekdays(),
-      localize.weekends(),
-      lower.seconds(),
-      lower.minutes(),
-      lower.hours(),
-      lower.days(),
-      lower.minute(),
-  };
+  const Scheduled::Texts editor = Scheduled::localizedTexts(localize);
+  std::vector<std::string> texts{editor.weekdays, editor.weekends, localize.lowercase().minute()};
+  texts.insert(texts.end(), editor.kinds.begin(), editor.kinds.end());
+  texts.insert(texts.end(), editor.units.begin(), editor.units.end());
+  texts.insert(texts.end(), editor.dayNames.begin(), editor.dayNames.end());
+  texts.insert(texts.end(), editor.monthNames.begin(), editor.monthNames.end());
+  EXPECT_EQ(texts.size(), 32U);
   EXPECT_EQ(std::set<std::string>(texts.begin(), texts.end()).size(), texts.size());
+  EXPECT_EQ(editor.of(Scheduled::Kind::dayOfWeek), "Day of Week");
+  EXPECT_EQ(editor.of(Scheduled::RepeatInterval::Unit::hours), "hours");
 }
 
 TEST(LocalizeTest, TranslationsComeFromTheClosestCatalogue) {
@@ -73,38 +68,13 @@ TEST(LocalizeTest, FormatFillsPlacesAndLeavesTheRest) {
 TEST(LocalizeTest, NumbersAreReadBackAsTheyAreWritten) {
   for (const char* locale : {"en", "de_DE", "de_CH", "fr_FR", "ar_EG", "hi_IN", "fa_IR", "sv", "pt_BR", "xx_NOWHERE"}) {
     const Localize localize(locale);
+    const Scheduled::NumberText numbers(locale);
     for (const std::int64_t number : {INT64_MIN, INT64_C(-1234567), INT64_C(-1), INT64_C(0), INT64_C(59), INT64_C(1000),
                                       INT64_C(86400), INT64_C(9007199254740993), INT64_MAX}) {
-      EXPECT_EQ(localize.parseInt(localize.int_(number)), number) << locale << " " << localize.int_(number);
+      EXPECT_EQ(numbers.parseField(localize.int_(number)), number) << locale << " " << localize.int_(number);
     }
   }
   EXPECT_EQ(Localize("de_DE").int_(86400), "86.400");
-}
-
-TEST(LocalizeTest, TypedNumbersAreReadWhole) {
-  const Localize localize("en");
-  const std::vector<std::pair<std::string, std::optional<std::int64_t>>> rows{
-      {"12", 12},
-      {" 12 ", 12},
-      {"1,2,3", 123},
-      {"2.9", 2},
-      {"-2.9", -2},
-      {"007", 7},
-      {"", std::nullopt},
-      {" ", std::nullopt},
-      {",", std::nullopt},
-      {"12x", std::nullopt},
-      {"x12", std::nullopt},
-      {"1 2", std::nullopt},
-      {"--2", std::nullopt},
-      {"9223372036854775808", std::nullopt},
-      {"-9223372036854775809", std::nullopt},
-      {"\u221e", std::nullopt},
-      {"NaN", std::nullopt},
-      {std::string(5000, '9'), std::nullopt},
-  };
-  for (const auto& [text, number] : rows) EXPECT_EQ(localize.parseInt(text), number) << text;
-  EXPECT_EQ(Localize("de_DE").parseInt("1.5"), 15);  // the grouping separator, wherever it stands
 }
 
 }  // namespace
