@@ -84,7 +84,13 @@ class Dictionary {
   struct Entry;
   using const_iterator = std::vector<Entry>::const_iterator;
 
-  Dictionary() = default;
+  // What needs complete entries is defined below them.
+  Dictionary();
+  Dictionary(const Dictionary&);
+  Dictionary(Dictionary&&) noexcept;
+  Dictionary& operator=(const Dictionary&);
+  Dictionary& operator=(Dictionary&&) noexcept;
+  ~Dictionary();
   /// Of repeated keys the last one wins.
   Dictionary(std::initializer_list<std::pair<std::string, Value>> entries);
   /// Takes entries whose keys are distinct, in any order.
@@ -96,10 +102,10 @@ class Dictionary {
   void set(std::string_view key, Value value);  ///< adds, or replaces what is there
   bool remove(std::string_view key);            ///< whether it was there
 
-  bool empty() const { return m_entries.empty(); }
-  std::size_t size() const { return m_entries.size(); }
-  const_iterator begin() const { return m_entries.begin(); }
-  const_iterator end() const { return m_entries.end(); }
+  bool empty() const;
+  std::size_t size() const;
+  const_iterator begin() const;
+  const_iterator end() const;
 
   bool operator==(const Dictionary& other) const;
 
@@ -152,6 +158,25 @@ struct Dictionary::Entry {
   Entry(std::string_view k, Value v) : key(k), value(std::move(v)) {}
   bool operator==(const Entry&) const = default;
 };
+
+inline Dictionary::Dictionary() = default;
+inline Dictionary::Dictionary(const Dictionary&) = default;
+inline Dictionary::Dictionary(Dictionary&&) noexcept = default;
+inline Dictionary& Dictionary::operator=(const Dictionary&) = default;
+inline Dictionary& Dictionary::operator=(Dictionary&&) noexcept = default;
+inline Dictionary::~Dictionary() = default;
+inline bool Dictionary::empty() const {
+  return m_entries.empty();
+}
+inline std::size_t Dictionary::size() const {
+  return m_entries.size();
+}
+inline Dictionary::const_iterator Dictionary::begin() const {
+  return m_entries.begin();
+}
+inline Dictionary::const_iterator Dictionary::end() const {
+  return m_entries.end();
+}
 
 /// What a person calls the type, with its article: "a string", "an integer", "a dictionary".
 std::string_view typeName(Type type);

@@ -18,6 +18,7 @@ struct Error {
     LimitExceeded,        ///< a bound on depth, count or size was hit
     MissingKey,           ///< a required key is absent
     WrongType,            ///< a key holds a value of another type than it must
+    NoForm,               ///< a key that may hold values of several forms holds none of them
     BadArgument,          ///< the caller asked for something that can't be
   };
 

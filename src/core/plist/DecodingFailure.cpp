@@ -1,0 +1,39 @@
+#include "core/plist/DecodingFailure.h"
+
+#include <utility>
+
+namespace mirvel::launchd {
+
+namespace {
+
+std::string mismatchOf(const plist::Value& found, std::string_view expected) {
+  std::string text = plist::summary(found);
+  const auto type = plist::typeName(found.type());
+  if (text.starts_with(type)) {
+    text += " where ";  // "an array of 2"
+  } else {
+    text.append(", ").append(type).append(", where ");
+  }
+  return text.append(expected).append(" belongs");
+}
+
+}  // namespace
+
+void failMissing(const Place& place) {
+  Error error{.code = Error::Code::MissingKey, .message = place.text() + " not found", .keyPath = place.text()};
+  throw DecodingFailure{std::move(error), {}};
+}
+
+void failWrongType(const plist::Value& found, const Place& place, std::string_view expected) {
+  std::string mismatch = mismatchOf(found, expected);
+  Error error{.code = Error::Code::WrongType, .message = "holds " + mismatch, .keyPath = place.text()};
+  throw DecodingFailure{std::move(error), std::move(mismatch)};
+}
+
+void failNoForm(std::string_view text, DecodingFailure cause) {
+  cause.error.code = Error::Code::NoForm;
+  cause.error.message = std::string(text) + cause.mismatch;
+  throw DecodingFailure(std::move(cause));
+}
+
+}  // namespace mirvel::launchd

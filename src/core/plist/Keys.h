@@ -1,0 +1,90 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+#include "core/plist/Codec.h"
+
+/// Records with fixed keys: one table of keys, texts and fields for each, from which both directions come.
+namespace mirvel::launchd {
+
+/// A row of such a table.
+template <typename CodingKey, typename Record, typename Field>
+struct Key {
+  constexpr Key(CodingKey codingKey, std::string_view keyText, Field Record::*member)
+      : key(codingKey), text(keyText), field(member) {}
+
+  CodingKey key;
+  std::string_view text;
+  Field Record::*field;
+};
+
+/// Whether the rows stand in the order of the enumeration, from its first case to `last`.
+template <typename CodingKey, typename... Rows>
+constexpr bool isComplete(const std::tuple<Rows...>& table, CodingKey last) {
+  std::size_t next = 0;
+  const bool inOrder =
+      std::apply([&](const auto&... row) { return ((static_cast<std::size_t>(row.key) == next++) && ...); }, table);
+  return inOrder && next == static_cast<std::size_t>(last) + 1;
+}
+
+/// The texts of a table, in its order.
+template <typename... Rows>
+constexpr std::array<std::string_view, sizeof...(Rows)> textsOf(const std::tuple<Rows...>& table) {
+  return std::apply([](const auto&... row) { return std::array{row.text...}; }, table);
+}
+
+template <typename CodingKey, std::size_t count>
+std::optional<CodingKey> codingKeyIn(const std::array<std::string_view, count>& texts, std::string_view text) {
+  for (std::size_t i = 0; i < count; ++i) {
+    if (texts[i] == text) return static_cast<CodingKey>(i);
+  }
+  return std::nullopt;
+}
+
+/// Reads a field that may be absent; null is absent.
+template <typename Field>
+void decodeField(const plist::Value* value, const Place& place, std::optional<Field>& field) {
+  if (value) decode(*value, place, field.emplace());
+}
+
+/// Reads a field that must be there.
+template <typename Field>
+void decodeField(const plist::Value* value, const Place& place, Field& field) {
+  if (!value) failMissing(place);
+  decode(*value, place, field);
+}
+
+template <typename Field>
+void encodeField(plist::Dictionary& dictionary, std::string_view key, const std::optional<Field>& field) {
+  if (!field) return;
+  if (auto value = encode(*field)) dictionary.set(std::string(key), std::move(*value));
+}
+
+template <typename Field>
+void encodeField(plist::Dictionary& dictionary, std::string_view key, const Field& field) {
+  if (auto value = encode(field)) dictionary.set(std::string(key), std::move(*value));
+}
+
+/// Fills the record from a dictionary, in the order of the table. Other keys are no concern of it.
+template <typename Record, typename... Rows>
+void decodeKeys(const plist::Value& value, const Place& place, const std::tuple<Rows...>& table, Record& record) {
+  const plist::Dictionary& dictionary = dictionaryIn(value, place);
+  const auto decodeRow = [&](const auto& row) {
+    decodeField(dictionary.find(row.text), place.key(row.text), record.*row.field);
+  };
+  std::apply([&](const auto&... row) { (decodeRow(row), ...); }, table);
+}
+
+template <typename Record, typename... Rows>
+plist::Dictionary encodeKeys(const Record& record, const std::tuple<Rows...>& table) {
+  plist::Dictionary dictionary;
+  std::apply([&](const auto&... row) { (encodeField(dictionary, row.text, record.*row.field), ...); }, table);
+  return dictionary;
+}
+
+}  // namespace mirvel::launchd

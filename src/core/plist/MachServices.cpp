@@ -1,0 +1,57 @@
+#include "core/plist/MachServices.h"
+
+#include "core/plist/Forms.h"
+#include "core/plist/Keys.h"
+
+namespace mirvel::launchd {
+
+namespace {
+
+using SubDictionary = MachServices::SubDictionary;
+using K = SubDictionary::CodingKeys;
+
+constexpr auto keys = std::tuple{
+    Key{K::resetAtClose, "ResetAtClose", &SubDictionary::resetAtClose},
+    Key{K::hideUntilCheckIn, "HideUntilCheckIn", &SubDictionary::hideUntilCheckIn},
+    Key{K::drainMessagesOnCrash, "DrainMessagesOnCrash", &SubDictionary::drainMessagesOnCrash},
+    Key{K::exceptionServer, "ExceptionServer", &SubDictionary::exceptionServer},
+    Key{K::hostSpecialPort, "HostSpecialPort", &SubDictionary::hostSpecialPort},
+    Key{K::taskSpecialPort, "TaskSpecialPort", &SubDictionary::taskSpecialPort},
+};
+static_assert(isComplete(keys, K::taskSpecialPort));
+constexpr auto keyTexts = textsOf(keys);
+
+}  // namespace
+
+std::string_view SubDictionary::text(CodingKeys key) {
+  return keyTexts[static_cast<std::size_t>(key)];
+}
+
+std::optional<K> SubDictionary::codingKey(std::string_view text) {
+  return codingKeyIn<CodingKeys>(keyTexts, text);
+}
+
+void decode(const plist::Value& value, const Place& place, MachServices& result) {
+  for (const auto& [name, service] : dictionaryIn(value, place)) {
+    (void)(storeForm(service, result.bools, name) || storeForm(service, result.strings, name) ||
+           decodeOrDrop(service, place.key(name), result.dictionaries, name));
+  }
+}
+
+void decode(const plist::Value& value, const Place& place, SubDictionary& result) {
+  decodeKeys(value, place, keys, result);
+}
+
+std::optional<plist::Value> encode(const MachServices& services) {
+  plist::Dictionary dictionary;
+  encodeInto(dictionary, services.bools);
+  encodeInto(dictionary, services.strings);
+  encodeInto(dictionary, services.dictionaries);
+  return plist::Value(std::move(dictionary));
+}
+
+std::optional<plist::Value> encode(const SubDictionary& service) {
+  return plist::Value(encodeKeys(service, keys));
+}
+
+}  // namespace mirvel::launchd

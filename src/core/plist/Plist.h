@@ -1,0 +1,211 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/plist/InetdCompatibility.h"
+#include "core/plist/KeepAlive.h"
+#include "core/plist/LaunchEvents.h"
+#include "core/plist/LimitLoadToSessionType.h"
+#include "core/plist/MachServices.h"
+#include "core/plist/PlistType.h"
+#include "core/plist/ProcessType.h"
+#include "core/plist/ResourceLimits.h"
+#include "core/plist/Sockets.h"
+#include "core/plist/StartCalendarInterval.h"
+#include "core/plist/StringMap.h"
+#include "core/plist/Umask.h"
+#include "core/propertylist/Value.h"
+#include "core/schedule/AppliedRules.h"
+#include "core/schedule/Scheduled.h"
+#include "core/support/Result.h"
+
+namespace mirvel {
+class CommandRepairs;
+}
+
+namespace mirvel::launchd {
+
+/// The record of one launchd job file: every key that the program knows, and what it needs to keep the others. Absent
+/// is a state of its own, other than false, 0 and empty. For the keys see launchd.plist(5).
+///
+/// A record is changed in place by whoever edits its job; `clone` makes the copies that are meant.
+class Plist {
+ public:
+  using KeepAlive = launchd::KeepAlive;
+  using StartCalendarInterval = launchd::StartCalendarInterval;
+  using Umask = launchd::Umask;
+  using LimitLoadToSessionType = launchd::LimitLoadToSessionType;
+  using ResourceLimits = launchd::ResourceLimits;
+  using ProcessType = launchd::ProcessType;
+  using Sockets = launchd::Sockets;
+  using MachServices = launchd::MachServices;
+  using LaunchEvents = launchd::LaunchEvents;
+  using PlistType = launchd::PlistType;
+  using InetdCompatibility = launchd::InetdCompatibility;
+
+  /// The known keys, in the order in which they are read and written.
+  enum class CodingKeys {
+    name,
+    disabled,
+    program,
+    programArguments,
+    userName,
+    groupName,
+    limitLoadToSessionType,
+    limitLoadToHardware,
+    enableTransactions,
+    enablePressuredExit,
+    keepAlive,
+    runAtLoad,
+    workingDirectory,
+    environmentVariables,
+    umask,
+    exitTimeOut,
+    throttleInterval,
+    initGroups,
+    watchPaths,
+    queueDirectories,
+    startOnMount,
+    startInterval,
+    startCalendarInterval,
+    standardInPath,
+    standardOutPath,
+    standardErrorPath,
+    waitForDebugger,
+    softResourceLimits,
+    hardResourceLimits,
+    nice,
+    processType,
+    abandonProcessGroup,
+    lowPriorityIO,
+    lowPriorityBackgroundIO,
+    launchOnlyOnce,
+    machServices,
+    sockets,
+    launchEvents,
+    sessionCreate,
+    legacyTimers,
+    debug,
+    enableGlobbing,
+    hopefullyExitsFirst,
+    hopefullyExitsLast,
+    inetdCompatibility,
+    limitLoadFromHosts,
+    limitLoadToHosts,
+    onDemand,
+    rootDirectory,
+    serviceIPC,
+    timeOut,
+    materializeDatalessFiles
+  };
+  /// The key as it stands in the file: "Label" of `name`.
+  static std::string_view text(CodingKeys key);
+  /// Exactly, with case.
+  static std::optional<CodingKeys> codingKey(std::string_view text);
+  /// The texts of all known keys, in their order.
+  static std::span<const std::string_view> knownKeys();
+
+  /// Reads a job file, XML or binary. Errors are those of `plist::read`, and those below.
+  static Result<Plist> decode(std::string_view bytes);
+  /// Reads a job file's property list. The first error in the order of the keys is reported, with its key path: code
+  /// `MissingKey` for no label, `WrongType` for a value of the wrong type, `NoForm` for a value that has none of the
+  /// forms which its key allows. `dictionary` stays absent.
+  static Result<Plist> decode(const plist::Value& file);
+
+  /// The known keys that are present, as they are written to the file.
+  plist::Dictionary encode() const;
+  /// Likewise, and with the `unknownKeys` that `dictionary` still holds: all of the file.
+  plist::Dictionary encodeAll() const;
+
+  /// The record of a new job: no label, no command, run at load.
+  static Plist blankPlist();
+
+  /// Gives an empty label a value: what the command `run` is called, or else a new UUID.
+  void fillEmptyLabel();
+
+  /// Makes the record fit to be saved, whatever was edited: `program` goes, an empty label is filled, the command is
+  /// repaired and, if it is too complex for launchd, asked about, and `programArguments` becomes the command's parts.
+  void normalizeForSave(CommandRepairs& repairs);
+
+  /// Sets the schedule to what the rows of the rule editor say. `scheduled` keeps the rules of the file.
+  void applyRules(const std::vector<Scheduled::Row>& rows, const Scheduled::Texts& texts,
+                  const Scheduled::NumberText& numbers, const Scheduled::Week& week = Scheduled::Week::current());
+
+  Plist() = default;
+  Plist(Plist&&) = default;
+  Plist& operator=(Plist&&) = default;
+  Plist clone() const { return *this; }
+  bool operator==(const Plist&) const = default;
+
+  std::string run;                                  ///< the command line as one text; made when the file is decoded
+  std::optional<std::string> iconPath;              ///< where to find an icon; made when the file is decoded
+  std::vector<Scheduled::ScheduledType> scheduled;  ///< the schedule as rules; made when the file is decoded
+  std::optional<plist::Dictionary> dictionary;      ///< the whole file as read; set by whoever loads it
+  /// The keys of the file that aren't known. Taking one out takes it out of the file at the next save.
+  std::optional<std::vector<std::string>> unknownKeys;
+
+  std::string name;
+  std::optional<bool> disabled;
+  std::optional<std::string> program;
+  std::optional<std::vector<std::string>> programArguments;
+  std::optional<std::string> userName;
+  std::optional<std::string> groupName;
+  std::optional<LimitLoadToSessionType> limitLoadToSessionType;
+  std::optional<StringMap<std::vector<std::string>>> limitLoadToHardware;
+  std::optional<bool> enableTransactions;
+  std::optional<bool> enablePressuredExit;
+  std::optional<KeepAlive> keepAlive;
+  std::optional<bool> runAtLoad;
+  std::optional<std::string> workingDirectory;
+  std::optional<StringMap<std::string>> environmentVariables;
+  std::optional<Umask> umask;
+  std::optional<std::int64_t> exitTimeOut;
+  std::optional<std::int64_t> throttleInterval;
+  std::optional<bool> initGroups;
+  std::optional<std::vector<std::string>> watchPaths;
+  std::optional<std::vector<std::string>> queueDirectories;
+  std::optional<bool> startOnMount;
+  std::optional<std::int64_t> startInterval;
+  std::optional<StartCalendarInterval> startCalendarInterval;
+  std::optional<std::string> standardInPath;
+  std::optional<std::string> standardOutPath;
+  std::optional<std::string> standardErrorPath;
+  std::optional<bool> waitForDebugger;
+  std::optional<ResourceLimits> softResourceLimits;
+  std::optional<ResourceLimits> hardResourceLimits;
+  std::optional<std::int64_t> nice;
+  std::optional<std::string> processType;
+  std::optional<bool> abandonProcessGroup;
+  std::optional<bool> lowPriorityIO;
+  std::optional<bool> lowPriorityBackgroundIO;
+  std::optional<bool> launchOnlyOnce;
+  std::optional<MachServices> machServices;
+  std::optional<Sockets> sockets;
+  std::optional<LaunchEvents> launchEvents;
+  std::optional<bool> sessionCreate;
+  std::optional<bool> legacyTimers;
+  std::optional<bool> debug;                                   ///< deprecated
+  std::optional<bool> enableGlobbing;                          ///< deprecated
+  std::optional<bool> hopefullyExitsFirst;                     ///< deprecated
+  std::optional<bool> hopefullyExitsLast;                      ///< deprecated
+  std::optional<InetdCompatibility> inetdCompatibility;        ///< deprecated
+  std::optional<std::vector<std::string>> limitLoadFromHosts;  ///< deprecated
+  std::optional<std::vector<std::string>> limitLoadToHosts;    ///< deprecated
+  std::optional<bool> onDemand;                                ///< deprecated
+  std::optional<std::string> rootDirectory;                    ///< deprecated
+  std::optional<bool> serviceIPC;                              ///< deprecated
+  std::optional<std::int64_t> timeOut;                         ///< deprecated
+  std::optional<bool> materializeDatalessFiles;
+
+ private:
+  Plist(const Plist&) = default;
+  Plist& operator=(const Plist&) = default;
+};
+
+}  // namespace mirvel::launchd

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "core/propertylist/Value.h"
+
+namespace mirvel::launchd {
+
+class Place;
+
+/// Limits of setrlimit(2) for the job, soft or hard.
+struct ResourceLimits {
+  enum class CodingKeys {
+    core,
+    cpu,
+    data,
+    fileSize,
+    memoryLock,
+    numberOfFiles,
+    numberOfProcesses,
+    residentSetSize,
+    stack
+  };
+  static std::string_view text(CodingKeys key);
+  static std::optional<CodingKeys> codingKey(std::string_view text);
+
+  std::optional<std::int64_t> core = {};
+  std::optional<std::int64_t> cpu = {};
+  std::optional<std::int64_t> data = {};
+  std::optional<std::int64_t> fileSize = {};
+  std::optional<std::int64_t> memoryLock = {};
+  std::optional<std::int64_t> numberOfFiles = {};
+  std::optional<std::int64_t> numberOfProcesses = {};
+  std::optional<std::int64_t> residentSetSize = {};
+  std::optional<std::int64_t> stack = {};
+
+  bool operator==(const ResourceLimits&) const = default;
+};
+
+void decode(const plist::Value& value, const Place& place, ResourceLimits& result);
+std::optional<plist::Value> encode(const ResourceLimits& limits);
+
+}  // namespace mirvel::launchd

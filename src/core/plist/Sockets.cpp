@@ -1,0 +1,83 @@
+#include "core/plist/Sockets.h"
+
+#include "core/plist/Forms.h"
+#include "core/plist/Keys.h"
+
+namespace mirvel::launchd {
+
+namespace {
+
+using SubDictionary = Sockets::SubDictionary;
+using K = SubDictionary::CodingKeys;
+
+constexpr auto keys = std::tuple{
+    Key{K::sockType, "SockType", &SubDictionary::sockType},
+    Key{K::sockPassive, "SockPassive", &SubDictionary::sockPassive},
+    Key{K::sockNodeName, "SockNodeName", &SubDictionary::sockNodeName},
+    Key{K::sockServiceName, "SockServiceName", &SubDictionary::sockServiceName},
+    Key{K::sockFamily, "SockFamily", &SubDictionary::sockFamily},
+    Key{K::sockProtocol, "SockProtocol", &SubDictionary::sockProtocol},
+    Key{K::sockPathName, "SockPathName", &SubDictionary::sockPathName},
+    Key{K::secureSocketWithKey, "SecureSocketWithKey", &SubDictionary::secureSocketWithKey},
+    Key{K::sockPathOwner, "SockPathOwner", &SubDictionary::sockPathOwner},
+    Key{K::sockPathGroup, "SockPathGroup", &SubDictionary::sockPathGroup},
+    Key{K::sockPathMode, "SockPathMode", &SubDictionary::sockPathMode},
+    Key{K::bonjour, "Bonjour", &SubDictionary::bonjour},
+    Key{K::multicastGroup, "MulticastGroup", &SubDictionary::multicastGroup},
+};
+static_assert(isComplete(keys, K::multicastGroup));
+constexpr auto keyTexts = textsOf(keys);
+
+}  // namespace
+
+std::string_view SubDictionary::text(CodingKeys key) {
+  return keyTexts[static_cast<std::size_t>(key)];
+}
+
+std::optional<K> SubDictionary::codingKey(std::string_view text) {
+  return codingKeyIn<CodingKeys>(keyTexts, text);
+}
+
+void decode(const plist::Value& value, const Place& place, Sockets& result) {
+  for (const auto& [name, socket] : dictionaryIn(value, place)) {
+    (void)decodeOrDrop(socket, place.key(name), result.dictionaries, name);  // a bad socket is dropped on purpose
+  }
+}
+
+void decode(const plist::Value& value, const Place& place, SubDictionary& result) {
+  if (value.type() == plist::Type::Array) {
+    decode(value, place, result.array);
+  } else {
+    decodeKeys(value, place, keys, result);
+  }
+}
+
+void decode(const plist::Value& value, const Place&, SubDictionary::SockServiceName& result) {
+  result.string = form<std::string>(value);
+  result.int_ = wholeNumber(value, WholeReals::Count);
+}
+
+void decode(const plist::Value& value, const Place&, SubDictionary::Bonjour& result) {
+  result.bool_ = form<bool>(value);
+  result.string = form<std::string>(value);
+  result.stringArray = arrayForm<std::string>(value);
+}
+
+std::optional<plist::Value> encode(const Sockets& sockets) {
+  return encode(sockets.dictionaries);
+}
+
+std::optional<plist::Value> encode(const SubDictionary& socket) {
+  if (!socket.array.empty()) return encode(socket.array);
+  return plist::Value(encodeKeys(socket, keys));
+}
+
+std::optional<plist::Value> encode(const SubDictionary::SockServiceName& name) {
+  return encodeFirst(name.string, name.int_);
+}
+
+std::optional<plist::Value> encode(const SubDictionary::Bonjour& bonjour) {
+  return encodeFirst(bonjour.bool_, bonjour.string, bonjour.stringArray);
+}
+
+}  // namespace mirvel::launchd

@@ -1,0 +1,63 @@
+#include "core/plist/StartCalendarInterval.h"
+
+#include "core/plist/Keys.h"
+
+namespace mirvel::launchd {
+
+namespace {
+
+using Interval = StartCalendarInterval::Interval;
+using K = Interval::CodingKeys;
+
+constexpr auto keys = std::tuple{
+    Key{K::minute, "Minute", &Interval::minute}, Key{K::hour, "Hour", &Interval::hour},
+    Key{K::day, "Day", &Interval::day},          Key{K::weekday, "Weekday", &Interval::weekday},
+    Key{K::month, "Month", &Interval::month},
+};
+static_assert(isComplete(keys, K::month));
+constexpr auto keyTexts = textsOf(keys);
+
+void decodeForms(const plist::Value& value, const Place& place, StartCalendarInterval& result) {
+  if (value.type() == plist::Type::Array) {
+    decode(value, place, result.intervals);
+  } else if (value.type() == plist::Type::Dictionary) {
+    result.singleValue = true;
+    decode(value, place, result.intervals.emplace_back());
+  } else {
+    failWrongType(value, place, "a dictionary or an array of dictionaries");
+  }
+}
+
+}  // namespace
+
+std::string_view Interval::text(CodingKeys key) {
+  return keyTexts[static_cast<std::size_t>(key)];
+}
+
+std::optional<K> Interval::codingKey(std::string_view text) {
+  return codingKeyIn<CodingKeys>(keyTexts, text);
+}
+
+void decode(const plist::Value& value, const Place& place, Interval& result) {
+  decodeKeys(value, place, keys, result);
+}
+
+void decode(const plist::Value& value, const Place& place, StartCalendarInterval& result) {
+  try {
+    decodeForms(value, place, result);
+  } catch (DecodingFailure& failure) {
+    failNoForm("Start calendar interval type error: ", std::move(failure));
+  }
+}
+
+std::optional<plist::Value> encode(const Interval& interval) {
+  return plist::Value(encodeKeys(interval, keys));
+}
+
+std::optional<plist::Value> encode(const StartCalendarInterval& value) {
+  if (value.intervals.empty()) return std::nullopt;
+  if (value.singleValue && value.intervals.size() == 1) return encode(value.intervals.front());
+  return encode(value.intervals);
+}
+
+}  // namespace mirvel::launchd

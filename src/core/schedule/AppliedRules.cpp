@@ -1,0 +1,145 @@
+#include "core/schedule/AppliedRules.h"
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+
+#include "core/support/Dates.h"
+
+namespace mirvel::Scheduled {
+
+namespace {
+
+using Interval = launchd::StartCalendarInterval::Interval;
+
+/// The element of a row as that type; null if it is missing or of another.
+template <typename Element>
+const Element* elementAt(const Row& row, std::size_t index) {
+  return index < row.size() ? std::get_if<Element>(&row[index]) : nullptr;
+}
+
+template <std::size_t count>
+std::size_t indexOrZero(const std::array<std::string, count>& names, std::string_view name) {
+  const auto found = std::find(names.begin(), names.end(), name);
+  return found == names.end() ? 0 : static_cast<std::size_t>(found - names.begin());
+}
+
+Interval intervalAt(Time time) {
+  return {.minute = Date::minute(time), .hour = Date::hour(time)};
+}
+
+class RowReader {
+ public:
+  RowReader(const Texts& texts, const NumberText& numbers, const Week& week)
+      : m_texts(texts), m_numbers(numbers), m_week(week) {}
+
+  void read(const Row& row) {
+    const auto* kind = elementAt<std::string>(row, 0);
+    if (!kind) return;
+    if (*kind == m_texts.of(Kind::repeatInterval)) return readRepeatInterval(row);
+    if (*kind == m_texts.of(Kind::everyHour)) return readEveryHour(row);
+    if (*kind == m_texts.of(Kind::everyDay)) return readEveryDay(row);
+    if (*kind == m_texts.of(Kind::dayOfWeek)) return readDayOfWeek(row);
+    if (*kind == m_texts.of(Kind::dayOfMonth)) return readDayOfMonth(row);
+    if (*kind == m_texts.of(Kind::dayOfYear)) return readDayOfYear(row);
+  }
+
+  AppliedRules result() && {
+    AppliedRules rules{.startInterval = m_seconds};
+    if (!m_intervals.empty()) {
+      rules.startCalendarInterval = {.intervals = std::move(m_intervals), .singleValue = false};
+    }
+    return rules;
+  }
+
+ private:
+  void readRepeatInterval(const Row& row) {
+    constexpr std::int64_t shortest = 10;
+    const auto* unit = elementAt<std::string>(row, 1);
+    const auto number = fieldNumber(row, 2);
+    if (m_seconds || !unit || !number) return;
+    const std::int64_t factor = secondsIn(*unit);
+    if (*number > std::numeric_limits<std::int64_t>::max() / factor) return;
+    m_seconds = std::max(std::max(*number, std::int64_t{0}) * factor, shortest);
+  }
+
+  void readEveryHour(const Row& row) {
+    if (const auto minute = fieldNumber(row, 1)) m_intervals.push_back({.minute = *minute});
+  }
+
+  void readEveryDay(const Row& row) {
+    if (const auto* picker = elementAt<TimePicker>(row, 1)) m_intervals.push_back(intervalAt(picker->time));
+  }
+
+  void readDayOfWeek(const Row& row) {
+    const auto* day = elementAt<std::string>(row, 1);
+    const auto* picker = elementAt<TimePicker>(row, 2);
+    if (!day || !picker) return;
+    const Days days = daysNamed(*day);
+    for (std::size_t weekday = 0; weekday < days.size(); ++weekday) {
+      if (!days[weekday]) continue;
+      Interval interval = intervalAt(picker->time);
+      interval.weekday = static_cast<std::int64_t>(weekday);
+      m_intervals.push_back(interval);
+    }
+  }
+
+  void readDayOfMonth(const Row& row) {
+    const auto day = popUpNumber(row, 1);
+    const auto* picker = elementAt<TimePicker>(row, 2);
+    if (!day || !picker) return;
+    Interval interval = intervalAt(picker->time);
+    interval.day = day;
+    m_intervals.push_back(interval);
+  }
+
+  void readDayOfYear(const Row& row) {
+    const auto* month = elementAt<std::string>(row, 1);
+    const auto day = popUpNumber(row, 2);
+    const auto* picker = elementAt<TimePicker>(row, 3);
+    if (!month || !day || !picker) return;
+    Interval interval = intervalAt(picker->time);
+    interval.day = day;
+    interval.month = static_cast<std::int64_t>(indexOrZero(m_texts.monthNames, *month) + 1);
+    m_intervals.push_back(interval);
+  }
+
+  std::optional<std::int64_t> fieldNumber(const Row& row, std::size_t index) const {
+    const auto* field = elementAt<NumberField>(row, index);
+    return field ? m_numbers.parseField(field->text) : std::nullopt;
+  }
+
+  std::optional<std::int64_t> popUpNumber(const Row& row, std::size_t index) const {
+    const auto* text = elementAt<std::string>(row, index);
+    return text ? m_numbers.parse(*text) : std::nullopt;
+  }
+
+  std::int64_t secondsIn(const std::string& unit) const {
+    if (unit == m_texts.of(RepeatInterval::Unit::minutes)) return 60;
+    if (unit == m_texts.of(RepeatInterval::Unit::hours)) return 3600;
+    if (unit == m_texts.of(RepeatInterval::Unit::days)) return 86400;
+    return 1;
+  }
+
+  Days daysNamed(const std::string& name) const {
+    if (name == m_texts.weekdays) return m_week.weekdays;
+    if (name == m_texts.weekends) return m_week.weekends;
+    return Days().set(indexOrZero(m_texts.dayNames, name));
+  }
+
+  const Texts& m_texts;
+  const NumberText& m_numbers;
+  const Week& m_week;
+  std::optional<std::int64_t> m_seconds;
+  std::vector<Interval> m_intervals;
+};
+
+}  // namespace
+
+AppliedRules readRows(const std::vector<Row>& rows, const Texts& texts, const NumberText& numbers, const Week& week) {
+  RowReader reader(texts, numbers, week);
+  for (const Row& row : rows) reader.read(row);
+  return std::move(reader).result();
+}
+
+}  // namespace mirvel::Scheduled

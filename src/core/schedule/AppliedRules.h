@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "core/plist/StartCalendarInterval.h"
+#include "core/schedule/NumberText.h"
+#include "core/schedule/Row.h"
+#include "core/schedule/Week.h"
+
+namespace mirvel::Scheduled {
+
+/// What the rows of the rule editor stand for in the job file.
+struct AppliedRules {
+  std::optional<std::int64_t> startInterval = {};  ///< at least 10 seconds
+  std::optional<launchd::StartCalendarInterval> startCalendarInterval = {};
+
+  bool operator==(const AppliedRules&) const = default;
+};
+
+/// Reads the rows, top to bottom. A row that can't be read is skipped: one of no kind, with an element missing or of
+/// another type, with a text that is no number, or with a repeat interval of more seconds than 64 bits hold. Of the
+/// rows with a repeat interval the first counts.
+AppliedRules readRows(const std::vector<Row>& rows, const Texts& texts, const NumberText& numbers,
+                      const Week& week = Week::current());
+
+}  // namespace mirvel::Scheduled

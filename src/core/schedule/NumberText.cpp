@@ -1,0 +1,60 @@
+#include "core/schedule/NumberText.h"
+
+#include <unicode/dcfmtsym.h>
+#include <unicode/locid.h>
+#include <unicode/numfmt.h>
+#include <unicode/parsepos.h>
+#include <unicode/unistr.h>
+
+namespace mirvel::Scheduled {
+
+struct NumberText::Format {
+  std::unique_ptr<icu::NumberFormat> format;  // none: ICU has no data, and no text is a number
+  icu::UnicodeString groupingSeparator;
+
+  std::optional<std::int64_t> parse(const icu::UnicodeString& text) const;
+};
+
+namespace {
+
+icu::UnicodeString wide(std::string_view text) {
+  return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
+}
+
+}  // namespace
+
+std::optional<std::int64_t> NumberText::Format::parse(const icu::UnicodeString& text) const {
+  if (!format || text.isEmpty()) return std::nullopt;
+  icu::Formattable number;
+  icu::ParsePosition position;
+  format->parse(text, number, position);
+  if (position.getIndex() != text.length()) return std::nullopt;
+  UErrorCode status = U_ZERO_ERROR;
+  const std::int64_t result = number.getInt64(status);
+  return U_SUCCESS(status) ? std::optional(result) : std::nullopt;
+}
+
+NumberText::NumberText(const std::string& locale) {
+  const icu::Locale icuLocale(locale.c_str());
+  UErrorCode status = U_ZERO_ERROR;
+  auto format = std::make_unique<Format>();
+  format->format.reset(icu::NumberFormat::createInstance(icuLocale, status));
+  const icu::DecimalFormatSymbols symbols(icuLocale, status);
+  format->groupingSeparator = symbols.getSymbol(icu::DecimalFormatSymbols::kGroupingSeparatorSymbol);
+  if (U_FAILURE(status)) format->format.reset();
+  m_format = std::move(format);
+}
+
+NumberText::~NumberText() = default;
+
+std::optional<std::int64_t> NumberText::parse(std::string_view text) const {
+  return m_format->parse(wide(text));
+}
+
+std::optional<std::int64_t> NumberText::parseField(std::string_view text) const {
+  icu::UnicodeString digits = wide(text);
+  if (!m_format->groupingSeparator.isEmpty()) digits.findAndReplace(m_format->groupingSeparator, {});
+  return m_format->parse(digits);
+}
+
+}  // namespace mirvel::Scheduled

@@ -1,0 +1,53 @@
+#include "core/support/Collator.h"
+
+#include <unicode/coll.h>
+#include <unicode/unistr.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace mirvel {
+
+namespace {
+
+icu::StringPiece piece(std::string_view text) {
+  return {text.data(), static_cast<std::int32_t>(text.size())};
+}
+
+int compareBytes(std::string_view a, std::string_view b) {
+  return std::clamp(a.compare(b), -1, 1);
+}
+
+}  // namespace
+
+struct Collator::Implementation {
+  std::unique_ptr<icu::Collator> collator;  // none: ICU has no data at all, and bytes decide
+};
+
+Collator::Collator(const std::string& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale(locale.c_str()), status));
+  if (collator) collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
+  if (U_FAILURE(status)) collator.reset();
+  m_implementation = std::make_unique<const Implementation>(Implementation{std::move(collator)});
+}
+
+Collator::~Collator() = default;
+
+int Collator::localizedStandardCompare(std::string_view a, std::string_view b) const {
+  if (!m_implementation->collator) return compareBytes(a, b);
+  UErrorCode status = U_ZERO_ERROR;
+  const UCollationResult result = m_implementation->collator->compareUTF8(piece(a), piece(b), status);
+  return U_FAILURE(status) ? compareBytes(a, b) : static_cast<int>(result);
+}
+
+std::string Collator::sortKey(std::string_view text) const {
+  if (!m_implementation->collator) return std::string(text);
+  const auto wide = icu::UnicodeString::fromUTF8(piece(text));
+  const std::int32_t size = m_implementation->collator->getSortKey(wide, nullptr, 0);
+  std::string key(static_cast<std::size_t>(size), '\0');
+  m_implementation->collator->getSortKey(wide, reinterpret_cast<std::uint8_t*>(key.data()), size);
+  return key;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,64 @@
+#include "core/support/Digest.h"
+
+#include <openssl/evp.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace mirvel {
+
+namespace {
+
+bool isBase64(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '/';
+}
+
+const unsigned char* unsignedBytes(std::string_view bytes) {
+  return reinterpret_cast<const unsigned char*>(bytes.data());
+}
+
+/// The bits behind the last byte must be zero, or two texts would stand for the same bytes.
+bool hasCleanEnd(char last, std::size_t padding) {
+  const std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  const std::size_t unused = padding == 2 ? 15 : 3;
+  return padding == 0 || (alphabet.find(last) & unused) == 0;
+}
+
+}  // namespace
+
+std::optional<std::string> String::fromBase64(std::string_view text) {
+  if (text.empty()) return std::string();
+  if (text.size() % 4 != 0 || text.size() > std::numeric_limits<int>::max()) return std::nullopt;
+  const std::size_t padding = text.ends_with("==") ? 2 : text.ends_with('=') ? 1 : 0;
+  const std::string_view digits = text.substr(0, text.size() - padding);
+  if (!std::all_of(digits.begin(), digits.end(), isBase64)) return std::nullopt;
+  if (!hasCleanEnd(digits.back(), padding)) return std::nullopt;
+
+  std::string bytes(text.size() / 4 * 3, '\0');
+  auto* out = reinterpret_cast<unsigned char*>(bytes.data());
+  if (EVP_DecodeBlock(out, unsignedBytes(text), static_cast<int>(text.size())) < 0) return std::nullopt;
+  bytes.resize(bytes.size() - padding);
+  return bytes;
+}
+
+std::optional<std::string> Data::sha256Digest(std::string_view bytes) {
+  std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+  unsigned size = 0;
+  if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &size, EVP_sha256(), nullptr) != 1) return std::nullopt;
+  return std::string(digest.begin(), digest.begin() + size);
+}
+
+std::string Data::hexString(std::string_view bytes) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string text;
+  text.reserve(bytes.size() * 2);
+  for (const char byte : bytes) {
+    const auto value = static_cast<unsigned char>(byte);
+    text += digits[value >> 4U];
+    text += digits[value & 15U];
+  }
+  return text;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,68 @@
+#include "core/support/ReadFile.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "core/support/FileDescriptor.h"
+
+namespace mirvel {
+
+namespace {
+
+Error tooLarge(const std::filesystem::path& path, std::size_t maximumSize) {
+  return {.code = Error::Code::LimitExceeded,
+          .message = "it is larger than " + std::to_string(maximumSize) + " bytes",
+          .file = path.string()};
+}
+
+/// read(2), waiting for a pipe that has nothing yet.
+ssize_t readSome(int file, char* buffer, std::size_t size) {
+  while (true) {
+    const ssize_t count = ::read(file, buffer, size);
+    if (count >= 0 || (errno != EINTR && errno != EAGAIN)) return count;
+    if (errno == EAGAIN) {
+      pollfd ready{.fd = file, .events = POLLIN, .revents = 0};
+      ::poll(&ready, 1, -1);
+    }
+  }
+}
+
+std::size_t sizeOf(int file) {
+  struct stat status {};
+  if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) return 0;
+  return static_cast<std::size_t>(status.st_size);
+}
+
+}  // namespace
+
+Result<std::string> readFile(const std::filesystem::path& path, std::size_t maximumSize) {
+  auto bytes = readBeginning(path, maximumSize + 1);
+  if (bytes && bytes->size() > maximumSize) return tooLarge(path, maximumSize);
+  return bytes;
+}
+
+Result<std::string> readBeginning(const std::filesystem::path& path, std::size_t count) {
+  if (path.native().find('\0') != std::string::npos) {
+    return Error{.code = Error::Code::BadArgument, .message = "the path holds a null character", .file = path.string()};
+  }
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!file) return systemError(errno, "read", path.string());
+
+  std::string bytes;
+  bytes.reserve(std::min(sizeOf(file.number()), count));
+  std::array<char, 65536> buffer;
+  while (bytes.size() < count) {
+    const ssize_t got = readSome(file.number(), buffer.data(), std::min(buffer.size(), count - bytes.size()));
+    if (got < 0) return systemError(errno, "read", path.string());
+    if (got == 0) break;
+    bytes.append(buffer.data(), static_cast<std::size_t>(got));
+  }
+  return bytes;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,153 @@
+#include "core/support/ReplaceFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <optional>
+#include <random>
+#include <string>
+
+#include "core/support/FileDescriptor.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr mode_t newFileMode = 0644;
+
+Error writeError(int errnoValue, const fs::path& path) {
+  return systemError(errnoValue, "write", path.string());
+}
+
+Error badPath(const char* why, const fs::path& path) {
+  return {.code = Error::Code::BadArgument, .message = why, .file = path.string()};
+}
+
+/// The file that a chain of symbolic links leads to, whether it exists or not.
+Result<fs::path> followLinks(const fs::path& path) {
+  constexpr int longestChain = 40;
+  fs::path target = path;
+  for (int links = 0; links < longestChain; ++links) {
+    std::error_code failure;
+    if (!fs::is_symlink(fs::symlink_status(target, failure))) return target;
+    const fs::path next = fs::read_symlink(target, failure);
+    if (failure) return writeError(failure.value(), path);
+    target = target.parent_path() / next;
+  }
+  return writeError(ELOOP, path);
+}
+
+/// The mode that the new file gets, by what lies at its place.
+Result<mode_t> modeFor(int folder, const fs::path& target) {
+  struct stat old {};
+  if (::fstatat(folder, target.filename().c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (errno == ENOENT) return newFileMode;
+    return writeError(errno, target);
+  }
+  if (S_ISDIR(old.st_mode)) return badPath("can't write: it is a folder", target);
+  if (!S_ISREG(old.st_mode)) return badPath("can't write: it is no regular file", target);
+  return static_cast<mode_t>(old.st_mode & 0777U);
+}
+
+/// A file beside the one that is replaced; gone at the end of its life unless it has taken that one's place.
+class Temporary {
+ public:
+  Temporary(FileCalls& calls, int folder) : m_calls(calls), m_folder(folder) {}
+  Temporary(const Temporary&) = delete;
+  Temporary& operator=(const Temporary&) = delete;
+  ~Temporary() {
+    m_file.reset();
+    if (!m_name.empty()) ::unlinkat(m_folder, m_name.c_str(), 0);
+  }
+
+  /// Each step gives 0 or what errno says.
+  int create() {
+    constexpr int attempts = 100;
+    std::random_device random;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+      const std::string name = ".mirvel-" + std::to_string(random()) + "-" + std::to_string(random());
+      m_file = FileDescriptor(m_calls.create(m_folder, name.c_str()));
+      if (m_file) {
+        m_name = name;
+        return 0;
+      }
+      if (errno != EEXIST && errno != EINTR) return errno;
+    }
+    return EEXIST;
+  }
+
+  int write(std::string_view bytes) {
+    while (!bytes.empty()) {
+      const ssize_t written = m_calls.write(m_file.number(), bytes.data(), bytes.size());
+      if (written > 0) {
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+      } else if (written == 0) {
+        return EIO;
+      } else if (errno != EINTR) {
+        return errno;
+      }
+    }
+    return 0;
+  }
+
+  int finish(mode_t mode) {
+    if (m_calls.setMode(m_file.number(), mode) != 0) return errno;
+    if (m_calls.sync(m_file.number()) != 0) return errno;
+    return m_calls.close(m_file.release()) == 0 ? 0 : errno;
+  }
+
+  int takePlaceOf(const char* name) {
+    if (m_calls.rename(m_folder, m_name.c_str(), name) != 0) return errno;
+    m_name.clear();
+    return 0;
+  }
+
+ private:
+  FileCalls& m_calls;
+  int m_folder;
+  FileDescriptor m_file;
+  std::string m_name;
+};
+
+int replaceIn(int folder, const char* name, std::string_view bytes, mode_t mode, FileCalls& calls) {
+  Temporary temporary(calls, folder);
+  if (const int failure = temporary.create()) return failure;
+  if (const int failure = temporary.write(bytes)) return failure;
+  if (const int failure = temporary.finish(mode)) return failure;
+  return temporary.takePlaceOf(name);
+}
+
+Result<void> syncFolder(int folder, const fs::path& target, FileCalls& calls) {
+  // Some file systems can't flush a folder and say so in these two ways.
+  if (calls.sync(folder) == 0 || errno == EINVAL || errno == ENOTSUP) return {};
+  return systemError(errno, "make sure that the new content stays", target.string());
+}
+
+}  // namespace
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes) {
+  FileCalls calls;
+  return replaceFile(path, bytes, calls);
+}
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes, FileCalls& calls) {
+  if (path.native().find('\0') != std::string::npos) return badPath("the path holds a null character", path);
+  const auto target = followLinks(path);
+  if (!target) return target.error();
+  if (!target->has_filename()) return badPath("can't write: the path names no file", path);
+
+  const fs::path parent = target->has_parent_path() ? target->parent_path() : fs::path(".");
+  const FileDescriptor folder(::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder) return writeError(errno, *target);
+  const auto mode = modeFor(folder.number(), *target);
+  if (!mode) return mode.error();
+
+  const int failure = replaceIn(folder.number(), target->filename().c_str(), bytes, *mode, calls);
+  if (failure != 0) return writeError(failure, *target);
+  return syncFolder(folder.number(), *target, calls);
+}
+
+}  // namespace mirvel

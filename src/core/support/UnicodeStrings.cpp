@@ -1,0 +1,68 @@
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+
+#include "core/support/Strings.h"
+
+namespace mirvel::String {
+
+namespace {
+
+icu::UnicodeString fromUtf8(std::string_view text) {
+  return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+}
+
+/// An accent or vowel point. Marks of the classes below 10 (nukta, voicing, virama, overlays) make another letter.
+bool isAccent(UChar32 c) {
+  return u_charType(c) == U_NON_SPACING_MARK && u_getCombiningClass(c) >= 10;
+}
+
+icu::UnicodeString withoutAccents(const icu::UnicodeString& text) {
+  icu::UnicodeString result;
+  for (std::int32_t at = 0; at < text.length(); at = text.moveIndex32(at, 1)) {
+    const UChar32 c = text.char32At(at);
+    if (!isAccent(c)) result.append(c);
+  }
+  return result;
+}
+
+bool isAscii(std::string_view text) {
+  for (const char c : text) {
+    if (static_cast<unsigned char>(c) >= 0x80U) return false;
+  }
+  return true;
+}
+
+std::string lowerAscii(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return result;
+}
+
+}  // namespace
+
+std::string firstUppercased(std::string_view text) {
+  if (text.empty()) return {};
+  const icu::UnicodeString whole = fromUtf8(text);
+  // Title case, since a digraph such as U+01C6 has a form of its own for the first letter of a word.
+  icu::UnicodeString raised(u_totitle(whole.char32At(0)));
+  raised.append(whole, whole.moveIndex32(0, 1), whole.length());
+  std::string result;
+  return raised.toUTF8String(result);
+}
+
+std::string fold(std::string_view text) {
+  if (isAscii(text)) return lowerAscii(text);
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Normalizer2* decomposing = icu::Normalizer2::getNFDInstance(status);
+  const icu::Normalizer2* composing = icu::Normalizer2::getNFCInstance(status);
+  if (U_FAILURE(status)) return lowerAscii(text);
+  icu::UnicodeString plain = withoutAccents(decomposing->normalize(fromUtf8(text), status));
+  plain = withoutAccents(decomposing->normalize(plain.foldCase(), status));
+  std::string result;
+  return composing->normalize(plain, status).toUTF8String(result);
+}
+
+}  // namespace mirvel::String
