@@ -34,7 +34,7 @@ class ByteBuffer {
 
  private:
   void grow(std::size_t size) {
-    const std::size_t capacity = std::max(m_capacity * 2, m_size + size);
+    const std::size_t capacity = std::max({firstRoom, m_capacity * 2, m_size + size});
     // Not make_unique, which would zero the bytes.
     std::unique_ptr<char[]> bytes(new char[capacity]);
     if (m_size != 0) std::memcpy(bytes.get(), m_bytes.get(), m_size);
@@ -42,9 +42,11 @@ class ByteBuffer {
     m_capacity = capacity;
   }
 
+  static constexpr std::size_t firstRoom = 2048;  // most job files fit
+
   std::unique_ptr<char[]> m_bytes;
   std::size_t m_size = 0;
-  std::size_t m_capacity = 2048;  // what the first claim makes room for; most job files fit
+  std::size_t m_capacity = 0;
 };
 
 }  // namespace mirvel::plist
