@@ -101,10 +101,12 @@ Result<Plist> Plist::decode(const plist::Value& file) {
   }
 }
 
-Result<Plist> Plist::decode(std::string_view bytes) {
+Result<Plist> Plist::read(std::string_view bytes) {
   auto document = plist::read(bytes);
   if (!document) return std::move(document).error();
-  return decode(document->value);
+  auto result = decode(document->value);
+  if (result) result->dictionary = std::move(*document->value.as<plist::Dictionary>());
+  return result;
 }
 
 }  // namespace mirvel::launchd
