@@ -6,7 +6,7 @@ if(XGETTEXT)
   add_custom_command(
     OUTPUT ${MIRVEL_POT}
     COMMAND
-      ${XGETTEXT} --from-code=UTF-8 --language=C++ --keyword=text --keyword=plural:1,2 --sort-by-file
+      ${XGETTEXT} --from-code=UTF-8 --language=C++ --keyword=text --keyword=format --sort-by-file
       --package-name=mirvel --package-version=${PROJECT_VERSION} --add-comments=translators --directory=${CMAKE_SOURCE_DIR}
       --output=${MIRVEL_POT} ${sources}
     DEPENDS ${sources}

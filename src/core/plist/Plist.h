@@ -20,10 +20,15 @@
 #include "core/plist/StartCalendarInterval.h"
 #include "core/plist/StringMap.h"
 #include "core/plist/Umask.h"
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 #include "core/schedule/AppliedRules.h"
 #include "core/schedule/Scheduled.h"
 #include "core/support/Result.h"
+
+namespace mirvel {
+class CommandRepairs;
+}
 
 namespace mirvel::launchd {
 
@@ -112,7 +117,7 @@ class Plist {
   /// Makes the record of a job file's property list; `dictionary` stays absent. The first error in the order of the
   /// keys is reported, with its key path: code `MissingKey` for no label, `WrongType` for a value of the wrong type,
   /// `NoForm` for a value that has none of the forms which its key allows.
-  static Result<Plist> decode(const plist::Value& file);
+  static Result<Plist> decode(const plist::Node& file);
 
   /// The known keys that are present, as they are written to the file.
   plist::Dictionary encode() const;
@@ -124,6 +129,10 @@ class Plist {
 
   /// Gives an empty label a value: what the command `run` is called, or else a new UUID.
   void fillEmptyLabel();
+
+  /// Makes the record fit to be saved, whatever was edited: `program` goes, an empty label is filled, the command is
+  /// repaired and, if it is too complex for launchd, asked about, and `programArguments` becomes the command's parts.
+  void normalizeForSave(CommandRepairs& repairs);
 
   /// Sets the schedule to what the rows of the rule editor say. `scheduled` keeps the rules of the file.
   void applyRules(const std::vector<Scheduled::Row>& rows, const Scheduled::Texts& texts,

@@ -32,7 +32,7 @@ ssize_t readSome(int file, char* buffer, std::size_t size) {
   }
 }
 
-std::size_t expectedSize(int file) {
+std::size_t sizeOf(int file) {
   struct stat status {};
   if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) return 0;
   return static_cast<std::size_t>(status.st_size);
@@ -41,24 +41,28 @@ std::size_t expectedSize(int file) {
 }  // namespace
 
 Result<std::string> readFile(const std::filesystem::path& path, std::size_t maximumSize) {
+  auto bytes = readBeginning(path, maximumSize + 1);
+  if (bytes && bytes->size() > maximumSize) return tooLarge(path, maximumSize);
+  return bytes;
+}
+
+Result<std::string> readBeginning(const std::filesystem::path& path, std::size_t count) {
   if (path.native().find('\0') != std::string::npos) {
     return Error{.code = Error::Code::BadArgument, .message = "the path holds a null character", .file = path.string()};
   }
   const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   if (!file) return systemError(errno, "read", path.string());
-  const std::size_t expected = expectedSize(file.number());
-  if (expected > maximumSize) return tooLarge(path, maximumSize);
 
   std::string bytes;
-  bytes.reserve(expected);
+  bytes.reserve(std::min(sizeOf(file.number()), count));
   std::array<char, 65536> buffer;
-  while (true) {
-    const ssize_t count = readSome(file.number(), buffer.data(), buffer.size());
-    if (count < 0) return systemError(errno, "read", path.string());
-    if (count == 0) return bytes;
-    if (static_cast<std::size_t>(count) > maximumSize - bytes.size()) return tooLarge(path, maximumSize);
-    bytes.append(buffer.data(), static_cast<std::size_t>(count));
+  while (bytes.size() < count) {
+    const ssize_t got = readSome(file.number(), buffer.data(), std::min(buffer.size(), count - bytes.size()));
+    if (got < 0) return systemError(errno, "read", path.string());
+    if (got == 0) break;
+    bytes.append(buffer.data(), static_cast<std::size_t>(got));
   }
+  return bytes;
 }
 
 }  // namespace mirvel

@@ -12,4 +12,7 @@ namespace mirvel {
 /// are refused with `LimitExceeded`. A named pipe that nobody writes to reads as empty instead of waiting for a writer.
 Result<std::string> readFile(const std::filesystem::path& path, std::size_t maximumSize);
 
+/// Its first bytes, as many as there are up to `count`.
+Result<std::string> readBeginning(const std::filesystem::path& path, std::size_t count);
+
 }  // namespace mirvel

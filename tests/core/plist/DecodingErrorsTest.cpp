@@ -49,8 +49,8 @@ TEST(DecodingErrorsTest, EveryStrictKeyRefusesOtherTypes) {
     keys += names.size();
     for (const auto& name : names) {
       for (const plist::Value& value : values) {
-        const auto plist = Plist::decode(fileWith(name, value));
-        ASSERT_FALSE(plist) << name << " takes " << plist::summary(value);
+        const auto plist = decode(fileWith(name, value));
+        ASSERT_FALSE(plist) << name << " takes " << testing::PrintToString(value);
         EXPECT_EQ(plist.error().keyPath, name);
       }
     }
@@ -100,7 +100,7 @@ TEST(DecodingErrorsTest, MessagesTellWhatWasFoundAndWhere) {
        "strings belongs"},
   };
   for (const auto& row : table) {
-    const auto plist = Plist::decode(fileWith(row.key, row.value));
+    const auto plist = decode(fileWith(row.key, row.value));
     ASSERT_FALSE(plist) << row.text;
     EXPECT_EQ(plist.error().text(), row.text);
     EXPECT_EQ(plist.error().code, row.code) << row.text;
@@ -110,7 +110,7 @@ TEST(DecodingErrorsTest, MessagesTellWhatWasFoundAndWhere) {
 TEST(DecodingErrorsTest, TheLabelIsRequired) {
   for (const Dict& file :
        {Dict{}, Dict{{"label", "job"}}, Dict{{"Disabled", "a wrong type, but not the first error"}}}) {
-    const auto plist = Plist::decode(file);
+    const auto plist = decode(file);
     ASSERT_FALSE(plist);
     EXPECT_EQ(plist.error().code, Error::Code::MissingKey);
     EXPECT_EQ(plist.error().message, "Label not found");
@@ -132,7 +132,7 @@ TEST(DecodingErrorsTest, TheFirstErrorInTheOrderOfTheKeysIsTold) {
   for (const auto& row : table) {
     Dict file = row.others;
     file.set("Label", "job");
-    const auto plist = Plist::decode(file);
+    const auto plist = decode(file);
     ASSERT_FALSE(plist) << row.keyPath;
     EXPECT_EQ(plist.error().keyPath, row.keyPath);
   }
@@ -140,7 +140,7 @@ TEST(DecodingErrorsTest, TheFirstErrorInTheOrderOfTheKeysIsTold) {
 
 TEST(DecodingErrorsTest, AFileMustHoldADictionary) {
   for (const plist::Value& file : std::vector<plist::Value>{"Label", List{Dict{{"Label", "job"}}}, true}) {
-    const auto plist = Plist::decode(file);
+    const auto plist = decode(file);
     ASSERT_FALSE(plist);
     EXPECT_EQ(plist.error().code, Error::Code::WrongType);
   }

@@ -17,7 +17,7 @@ struct Written {
 /// What a save makes of a value that was only read. A second round must change nothing more.
 void expectWritten(const std::vector<Written>& table) {
   for (const Written& row : table) {
-    SCOPED_TRACE(row.key + (": " + plist::summary(row.read)));
+    SCOPED_TRACE(row.key + (": " + testing::PrintToString(row.read)));
     const Dict file = decoded(fileWith(row.key, row.read)).encode();
     const plist::Value* written = file.find(row.key);
     EXPECT_EQ(written ? std::optional(*written) : std::nullopt, row.written);

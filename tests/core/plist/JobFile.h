@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/plist/Plist.h"
+#include "core/propertylist/Reader.h"
 #include "core/propertylist/Value.h"
 #include "core/propertylist/Writer.h"
 
@@ -14,7 +15,7 @@ namespace mirvel::plist {
 /// For the messages of failed tests.
 inline void PrintTo(const Value& value, std::ostream* out) {
   const auto text = writeXml(value);
-  *out << (text ? *text : summary(value));
+  *out << (text ? *text : text.error().text());
 }
 
 }  // namespace mirvel::plist
@@ -29,9 +30,16 @@ inline Dict fileWith(const std::string& key, plist::Value value) {
   return Dict{{"Label", "job"}, {key, std::move(value)}};
 }
 
+/// What the record's decoder makes of a file with that content.
+inline Result<Plist> decode(const plist::Value& file) {
+  const auto document = plist::read(plist::writeBinary(file));
+  if (!document) throw std::runtime_error("not read: " + document.error().text());
+  return Plist::decode(document->root());
+}
+
 /// The record of a file that must be good.
 inline Plist decoded(const plist::Value& file) {
-  auto plist = Plist::decode(file);
+  auto plist = decode(file);
   if (!plist) throw std::runtime_error("not decoded: " + plist.error().text());
   return std::move(*plist);
 }

@@ -24,6 +24,8 @@ TEST(ReadFileTest, TheLimitIsTheLargestSizeThatIsRead) {
   const auto refused = readFile(file, content.size() - 1);
   ASSERT_FALSE(refused);
   EXPECT_EQ(refused.error().code, Error::Code::LimitExceeded);
+  EXPECT_EQ(*readBeginning(file, 70000), content.substr(0, 70000));
+  EXPECT_EQ(*readBeginning(file, 200000), content);
 }
 
 TEST(ReadFileTest, AnEndlessDeviceEndsAtTheLimit) {

@@ -1,0 +1,164 @@
+#include "core/creation/CommandRepairs.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/creation/FileCommand.h"
+#include "core/support/ReplaceFile.h"
+#include "core/support/Strings.h"
+#include "core/support/Text.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::array<std::string_view, 6> toolsInUsrBin{"osascript", "automator", "perl", "php", "python", "ruby"};
+constexpr std::array<std::string_view, 3> toolsInBin{"sh", "bash", "zsh"};
+
+template <typename List>
+bool holds(const List& list, std::string_view element) {
+  return std::find(list.begin(), list.end(), element) != list.end();
+}
+
+bool contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+std::string lowerCase(std::string text) {
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return text;
+}
+
+std::string withoutQuotes(std::string word) {
+  word.erase(std::remove_if(word.begin(), word.end(), [](char c) { return c == '"' || c == '\''; }), word.end());
+  return word;
+}
+
+bool isPathOrQuoted(std::string_view text) {
+  return contains("/\"'.", text.substr(0, 1));
+}
+
+bool isComplex(std::string_view run) {
+  constexpr std::array<std::string_view, 6> signs{">", "exec ", "|", "<", ";", "\u2019"};
+  return std::any_of(signs.begin(), signs.end(), [run](std::string_view sign) { return contains(run, sign); });
+}
+
+/// In single quotes, as a shell takes them: a single quote of the path itself ends them, stands escaped, and begins
+/// them anew.
+std::string singleQuoted(const std::string& path) {
+  std::string result = "'";
+  for (const char c : path) {
+    if (c == '\'') {
+      result += "'\\''";
+    } else {
+      result += c;
+    }
+  }
+  return result + '\'';
+}
+
+}  // namespace
+
+CommandRepairs::CommandRepairs(const Defaults& defaults, const Commands& commands, Interface& interface,
+                               ProcessRunner& processes, const Localize& localize, fs::path homeFolder)
+    : m_defaults(defaults),
+      m_commands(commands),
+      m_interface(interface),
+      m_processes(processes),
+      m_localize(localize),
+      m_homeFolder(std::move(homeFolder)) {}
+
+std::optional<std::string> CommandRepairs::commandForFile(const fs::path& file) const {
+  if (!m_defaults.automaticHelp()) return std::nullopt;
+  return fileCommand(file, m_commands);
+}
+
+std::string CommandRepairs::repairCommand(const std::string& text) const {
+  if (!m_defaults.automaticHelp() || String::characterCount(text) <= 2 || isPathOrQuoted(text)) return text;
+  const auto blank = text.find(' ');
+  const auto directory = directoryFor(text.substr(0, blank));
+  if (!directory) return text;
+  if (!text.starts_with('~') && !text.starts_with("$HOME")) return *directory + text;
+  // The look-up has expanded the whole word, and its answer takes the word's place.
+  if (Text::separateCommand(text).size() < 2) return *directory;
+  return *directory + text.substr(std::min(blank, text.size()));
+}
+
+std::optional<std::string> CommandRepairs::directoryFor(const std::string& word) const {
+  if (holds(toolsInUsrBin, word)) return "/usr/bin/";
+  if (holds(toolsInBin, word)) return "/bin/";
+  return lookUp(withoutQuotes(word));
+}
+
+std::optional<std::string> CommandRepairs::lookUp(const std::string& word) const {
+  if (word.empty()) return std::nullopt;
+  const auto found = m_processes.run(m_commands.which, {word});
+  if (!found) return std::nullopt;
+  const std::string lower = lowerCase(found->output);
+  for (const char* complaint : {"syntax error", "illegal option", "usage:"}) {
+    if (contains(lower, complaint)) return std::nullopt;
+  }
+  std::string directory = found->output.substr(0, found->output.find_first_of("\r\n"));
+  if (directory.ends_with(word)) directory.resize(directory.size() - word.size());
+  // Some shells answer in words here, such as "aliased to"; a relative path would be of no use to launchd.
+  if (!directory.starts_with('/')) return std::nullopt;
+  return directory;
+}
+
+std::string CommandRepairs::expandTilde(const std::string& text) const {
+  if (!m_defaults.automaticHelp()) return text;
+  std::string result;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const bool stands = at == 0 || text[at - 1] == ' ' || (at + 1 < text.size() && text[at + 1] == '/');
+    if (text[at] == '~' && stands) {
+      result += m_homeFolder.string();
+    } else {
+      result += text[at];
+    }
+  }
+  return result;
+}
+
+std::string CommandRepairs::stripSudo(const std::string& run) const {
+  if (!m_defaults.automaticHelp() || String::characterCount(run) < 6) return run;
+  const std::string lower = lowerCase(run);
+  for (const std::string_view sudo : {"sudo ", "/usr/bin/sudo "}) {
+    if (lower.starts_with(sudo) && !std::string_view(lower).substr(sudo.size()).starts_with('-')) {
+      return run.substr(sudo.size());
+    }
+  }
+  return run;
+}
+
+std::string CommandRepairs::checkComplexCommand(const std::string& run, const std::string& name) {
+  if (String::characterCount(run) <= 5 || m_defaults.suppressAlertComplexRun() || !isComplex(run)) return run;
+  const int answer = m_interface.alert({
+      .message = m_localize.format(
+          "Your command might be too complex to run. Do you want to run it as a shell script instead?", {}),
+      .defaultTitle = m_localize.format("Run Shell Script", {}),
+      .alternateTitle = m_localize.format("Continue Anyway", {}),
+      .suppression = std::string(Defaults::Key::suppressAlertComplexRun),
+  });
+  return answer == Interface::defaultButton ? asShellScript(run, name) : run;
+}
+
+std::string CommandRepairs::asShellScript(const std::string& run, const std::string& name) {
+  const auto path = m_interface.savePanel({.folder = m_homeFolder, .name = name, .allowedType = "sh"});
+  if (!path) return run;
+  if (!replaceFile(*path, "#!/bin/sh\n\n" + run)) return run;
+  return "/bin/sh " + singleQuoted(path->string());
+}
+
+std::vector<fs::path> CommandRepairs::fileArguments(const std::string& run) const {
+  std::vector<fs::path> files;
+  for (const auto& argument : Text::separateCommand(expandTilde(run))) {
+    if (argument.starts_with('/')) files.emplace_back(argument);
+  }
+  return files;
+}
+
+}  // namespace mirvel

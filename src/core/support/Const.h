@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string_view>
+
+/// Names that the programs of the family share.
+namespace mirvel::Const {
+
+/// Bundle identifier of the background agent.
+inline constexpr std::string_view agent = "app.mirvel.agent";
+/// Label prefix of the application's own internal helpers.
+inline constexpr std::string_view excludePrefix = "app.mirvel.";
+/// Joins a title and a detail.
+inline constexpr std::string_view separator = " \u2013 ";
+
+namespace AppName {
+inline constexpr std::string_view mirvel = "Mirvel";
+inline constexpr std::string_view systemPreferences = "System Settings";
+}  // namespace AppName
+
+namespace FileName {
+inline constexpr std::string_view dsStore = ".DS_Store";
+inline constexpr std::string_view exceptions = "Exceptions.plist";
+}  // namespace FileName
+
+/// Keys of the exceptions file.
+namespace Key {
+inline constexpr std::string_view exceptions = "Exceptions";
+inline constexpr std::string_view exceptionsPrefix = "ExceptionsPrefix";
+}  // namespace Key
+
+/// Folders below a library folder.
+namespace PathComponent {
+inline constexpr std::string_view launchAgents = "LaunchAgents";
+inline constexpr std::string_view launchDaemons = "LaunchDaemons";
+inline constexpr std::string_view startupItems = "StartupItems";
+inline constexpr std::string_view privilegedHelperTool = "PrivilegedHelperTools";
+}  // namespace PathComponent
+
+}  // namespace mirvel::Const

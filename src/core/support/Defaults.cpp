@@ -1,0 +1,74 @@
+#include "core/support/Defaults.h"
+
+#include <array>
+
+namespace mirvel {
+
+namespace {
+
+struct Registered {
+  std::string_view key;
+  Defaults::Value value;
+};
+
+constexpr std::array table{
+    Registered{Defaults::Key::showSystemJobs, false},
+    Registered{Defaults::Key::showInternalHelpers, false},
+    Registered{Defaults::Key::automaticHelp, true},
+    Registered{Defaults::Key::automaticPATH, true},
+    Registered{Defaults::Key::runAgent, false},
+    Registered{Defaults::Key::numberOfSavedRevisions, std::int64_t{10}},
+    Registered{Defaults::Key::selectedMode, std::int64_t{0}},
+    Registered{"Exceptions", std::string_view()},
+    Registered{Defaults::Key::preferFullScreen, false},
+    Registered{"PreferencesTab", std::int64_t{0}},
+    Registered{"Resume", true},
+    Registered{Defaults::Key::hasManuallyChangedTheme, false},
+    Registered{Defaults::Key::showTitleBar, false},
+    Registered{Defaults::Key::notificationTab, std::int64_t{0}},
+    Registered{Defaults::Key::logLength, std::int64_t{0}},
+    Registered{Defaults::Key::logPeriod, std::int64_t{1}},
+    Registered{Defaults::Key::firstMirvelLaunch, true},
+    Registered{Defaults::Key::editSystemJobs, false},
+    Registered{Defaults::Key::automaticallyCheckForUpdate, true},
+    Registered{Defaults::Key::showInvalidData, true},
+};
+
+template <typename T>
+T registeredOr(std::string_view key, T otherwise) {
+  const auto found = Defaults::registered(key);
+  const T* value = found ? std::get_if<T>(&*found) : nullptr;
+  return value ? *value : otherwise;
+}
+
+}  // namespace
+
+std::optional<Defaults::Value> Defaults::registered(std::string_view key) {
+  for (const Registered& row : table) {
+    if (row.key == key) return row.value;
+  }
+  return std::nullopt;
+}
+
+bool Defaults::boolean(std::string_view key) const {
+  const plist::Value* value = m_file.find(key);
+  const bool* stored = value ? value->as<bool>() : nullptr;
+  return stored ? *stored : registeredOr(key, false);
+}
+
+std::int64_t Defaults::integer(std::string_view key) const {
+  const plist::Value* value = m_file.find(key);
+  const plist::Integer* stored = value ? value->as<plist::Integer>() : nullptr;
+  const auto number = stored ? stored->toInt64() : std::nullopt;
+  return number ? *number : registeredOr(key, std::int64_t{0});
+}
+
+Result<void> Defaults::set(std::string_view key, bool value) {
+  return m_file.set(key, value);
+}
+
+Result<void> Defaults::set(std::string_view key, std::int64_t value) {
+  return m_file.set(key, value);
+}
+
+}  // namespace mirvel

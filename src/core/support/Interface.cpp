@@ -1,0 +1,17 @@
+#include "core/support/Interface.h"
+
+namespace mirvel {
+
+int Interface::alert(const Alert& question) {
+  const Answer answer = showAlert(question);
+  if (answer.isSuppressed && !question.suppression.empty()) {
+    (void)m_defaults.set(question.suppression, true);  // at worst the question comes again
+  }
+  return answer.button;
+}
+
+void Interface::saveError() {
+  error(m_localize.anErrorOccurredWhileSaving(), m_localize.pleaseTryAgain());
+}
+
+}  // namespace mirvel

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "core/support/Defaults.h"
+#include "core/support/Localize.h"
+
+namespace mirvel {
+
+/// A question to the user. A button without a title isn't there.
+struct Alert {
+  std::string message;
+  std::string informativeText = {};
+  std::string defaultTitle;
+  std::string alternateTitle = {};
+  std::string otherTitle = {};
+  std::string suppression = {};  ///< boolean key of `Defaults` for "don't ask again"; empty: not offered
+};
+
+/// A panel that asks for the place of a file to be written.
+struct SavePanel {
+  std::filesystem::path folder;  ///< shown first
+  std::string name;              ///< suggested
+  std::string allowedType;       ///< the one extension that the file may have
+  bool canCreateDirectories = true;
+};
+
+/// What the logic asks of the user, modally. For the main thread. The shell shows it, tests answer it.
+class Interface {
+ public:
+  /// Answers of an alert, in the order of its buttons.
+  static constexpr int defaultButton = 1000;
+  static constexpr int alternateButton = 1001;
+  static constexpr int otherButton = 1002;
+
+  Interface(Defaults& defaults, const Localize& localize) : m_defaults(defaults), m_localize(localize) {}
+  virtual ~Interface() = default;
+  Interface(const Interface&) = delete;
+  Interface& operator=(const Interface&) = delete;
+
+  /// Asks, and gives the button. If the user ticked "don't ask again", the suppression key is set; not to ask then is
+  /// the caller's part.
+  int alert(const Alert& question);
+  /// Tells of a failure.
+  virtual void error(const std::string& message, const std::string& informativeText) = 0;
+  /// The one general alert for a failed save.
+  void saveError();
+  /// The chosen path, with the allowed extension; none if the user cancels.
+  virtual std::optional<std::filesystem::path> savePanel(const SavePanel& panel) = 0;
+
+ protected:
+  struct Answer {
+    int button = defaultButton;
+    bool isSuppressed = false;
+  };
+  virtual Answer showAlert(const Alert& question) = 0;
+
+ private:
+  Defaults& m_defaults;
+  const Localize& m_localize;
+};
+
+}  // namespace mirvel

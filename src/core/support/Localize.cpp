@@ -1,0 +1,127 @@
+#include "core/support/Localize.h"
+
+#include <unicode/locid.h>
+#include <unicode/numfmt.h>
+#include <unicode/unistr.h>
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+
+#include "core/support/ReadFile.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t largestCatalog = std::size_t{16} << 20U;
+
+/// The names of a locale's catalogue folders, the closest one first.
+std::vector<std::string> catalogNames(const icu::Locale& locale) {
+  std::vector<std::string> names;
+  const std::string language = locale.getLanguage();
+  if (*locale.getCountry() != '\0') names.push_back(language + '_' + locale.getCountry());
+  if (!language.empty()) names.push_back(language);
+  return names;
+}
+
+MessageCatalog findCatalog(const icu::Locale& locale, const fs::path& catalogues) {
+  if (catalogues.empty()) return {};
+  for (const auto& name : catalogNames(locale)) {
+    auto bytes = readFile(catalogues / name / "LC_MESSAGES" / "mirvel.mo", largestCatalog);
+    if (!bytes) continue;
+    if (auto catalog = MessageCatalog::read(std::move(*bytes))) return *std::move(catalog);
+  }
+  return {};
+}
+
+std::string toUtf8(const icu::UnicodeString& text) {
+  std::string result;
+  return text.toUTF8String(result);
+}
+
+/// A place in a format: "%@", "%3$@" or "%%".
+struct Placeholder {
+  std::size_t length = 0;                 ///< of its text; 0: it is none
+  std::optional<std::size_t> index = {};  ///< counted from 0, where the place tells it
+  bool isPercent = false;
+};
+
+Placeholder placeholderAt(std::string_view text) {
+  if (text.starts_with("%%")) return {.length = 2, .isPercent = true};
+  if (text.starts_with("%@")) return {.length = 2};
+  if (text.size() >= 4 && text[1] >= '1' && text[1] <= '9' && text.substr(2, 2) == "$@") {
+    return {.length = 4, .index = static_cast<std::size_t>(text[1] - '1')};
+  }
+  return {};
+}
+
+}  // namespace
+
+struct Localize::Numbers {
+  std::unique_ptr<icu::NumberFormat> format;  // none: ICU has no data, and digits are plain
+
+  explicit Numbers(const icu::Locale& locale) {
+    UErrorCode status = U_ZERO_ERROR;
+    format.reset(icu::NumberFormat::createInstance(locale, status));
+    if (U_FAILURE(status)) format.reset();
+  }
+};
+
+Localize::Localize(const std::string& locale, const fs::path& catalogues)
+    : m_locale(locale),
+      m_catalog(findCatalog(icu::Locale(locale.c_str()), catalogues)),
+      m_numbers(std::make_unique<Numbers>(icu::Locale(locale.c_str()))) {}
+
+Localize::~Localize() = default;
+
+std::string Localize::currentLocale() {
+  const icu::Locale locale = icu::Locale::getDefault();
+  // The "POSIX" variant of English has no grouping of numbers and sorts by bytes, which nobody wants to read.
+  if (std::string_view(locale.getVariant()) == "POSIX") return "en";
+  return locale.getName();
+}
+
+std::string Localize::text(const char* english) const {
+  const auto translation = m_catalog.find(english);
+  return std::string(translation.value_or(english));
+}
+
+std::string Localize::int_(std::int64_t number) const {
+  if (!m_numbers->format) return std::to_string(number);
+  icu::UnicodeString result;
+  return toUtf8(m_numbers->format->format(number, result));
+}
+
+std::string Localize::format(const char* key, const std::vector<std::string>& arguments) const {
+  const std::string pattern = text(key);
+  std::string result;
+  std::size_t next = 0;
+  for (std::size_t at = 0; at < pattern.size();) {
+    const Placeholder place = placeholderAt(std::string_view(pattern).substr(at));
+    const bool counts = place.length > 0 && !place.isPercent && !place.index;
+    const std::size_t index = place.index.value_or(counts ? next++ : 0);
+    const std::size_t length = std::max<std::size_t>(place.length, 1);
+    if (place.isPercent) {
+      result += '%';
+    } else if (place.length > 0 && index < arguments.size()) {
+      result += arguments[index];
+    } else {
+      result.append(pattern, at, length);
+    }
+    at += length;
+  }
+  return result;
+}
+
+std::string Localize::revealInFinder() const {
+#ifdef __APPLE__
+  return text("Reveal in Finder");
+#else
+  return text("Reveal in File Manager");
+#endif
+}
+
+}  // namespace mirvel

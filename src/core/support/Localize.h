@@ -1,0 +1,221 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/support/MessageCatalog.h"
+
+namespace mirvel {
+
+/// All texts that the user reads, in the user's language, one member each. English is the language of the source: the
+/// text in a member is what translators see, and what stands where no translation exists. Buttons, menus and titles
+/// have capitals as such have in English, messages have those of a sentence. No member ends in a colon; the caller adds
+/// one.
+///
+/// Texts may be asked for from any thread, `int_` only from the main one.
+class Localize {
+ public:
+  class Lowercase;
+  class Ellipsis;
+
+  /// Takes the translations from `<catalogues>/<language>/LC_MESSAGES/mirvel.mo`, first of the language as spoken in
+  /// the locale's region ("pt_BR"), then of the language ("pt"). With neither, or with a damaged file, texts are
+  /// English. Numbers are always those of the locale.
+  explicit Localize(const std::string& locale = currentLocale(), const std::filesystem::path& catalogues = {});
+  ~Localize();
+  Localize(const Localize&) = delete;
+  Localize& operator=(const Localize&) = delete;
+
+  /// The locale of the user, such as "de_AT"; plain English if the process has none.
+  static std::string currentLocale();
+  const std::string& locale() const { return m_locale; }
+
+  /// The number as the user writes it, with digits and grouping of the locale: "86.400". `Scheduled::NumberText` reads
+  /// it.
+  std::string int_(std::int64_t number) const;
+
+  /// The translation of `key`, with each "%@" replaced by the next of the arguments, "%2$@" by the second, and "%%" by
+  /// a percent sign. A place without an argument stays as it stands.
+  std::string format(const char* key, const std::vector<std::string>& arguments) const;
+
+  Lowercase lowercase() const;
+  Ellipsis ellipsis() const;
+
+  std::string add() const { return text("Add"); }
+  std::string addTheFoldersFromWhereYourJobsAreLinked() const {
+    return text("Add the folders from where your jobs are linked");
+  }
+  std::string advanced() const { return text("Advanced"); }
+  std::string agent() const { return text("Agent"); }
+  std::string all() const { return text("All"); }
+  std::string anErrorOccurredWhileSaving() const { return text("An error occurred while saving"); }
+  std::string anUnknownErrorOccurred() const { return text("An unknown error occurred"); }
+  std::string anUnknownErrorOccurredWhenFetchingTheLog() const {
+    return text("An unknown error occurred when fetching the log");
+  }
+  std::string application() const { return text("Application"); }
+  std::string atStartupAndWhenSaving() const { return text("At startup and when saving"); }
+  std::string automatic() const { return text("Automatic"); }
+  std::string cancel() const { return text("Cancel"); }
+  std::string cannotAuthenticate() const { return text("Cannot authenticate"); }
+  std::string change() const { return text("Change"); }
+  std::string check() const { return text("Check"); }
+  std::string chooseWhatYouWantToRun() const { return text("Choose what you want to run"); }
+  std::string clearMenu() const { return text("Clear Menu"); }
+  std::string clients() const { return text("Clients"); }
+  std::string close() const { return text("Close"); }
+  std::string command() const { return text("Command"); }
+  std::string couldNotEstablishCommunicationWithHelperTool() const {
+    return text("Could not establish communication with the helper tool");
+  }
+  std::string couldntSaveDocument() const { return text("The document couldn’t be saved"); }
+  std::string date() const { return text("Date"); }
+  std::string dayOfMonth() const { return text("Day of Month"); }
+  std::string dayOfWeek() const { return text("Day of Week"); }
+  std::string dayOfYear() const { return text("Day of Year"); }
+  std::string delete_() const { return text("Delete"); }
+  std::string deprecated() const { return text("Deprecated"); }
+  std::string disabled() const { return text("Disabled"); }
+  std::string discardChanges() const { return text("Discard Changes"); }
+  std::string done() const { return text("Done"); }
+  std::string duplicate() const { return text("Duplicate"); }
+  std::string edit() const { return text("Edit"); }
+  std::string editScript() const { return text("Edit Script…"); }
+  std::string enabled() const { return text("Enabled"); }
+  std::string everyDay() const { return text("Every Day"); }
+  std::string everyHour() const { return text("Every Hour"); }
+  std::string everyone() const { return text("Everyone"); }
+  std::string exclude() const { return text("Exclude"); }
+  std::string filter() const { return text("Filter"); }
+  std::string folders() const { return text("Folders"); }
+  std::string forString() const { return text("For"); }
+  std::string general() const { return text("General"); }
+  std::string grid() const { return text("Grid"); }
+  std::string help() const { return text("Help"); }
+  std::string hide() const { return text("Hide"); }
+  std::string identifier() const { return text("Identifier"); }
+  std::string importString() const { return text("Import"); }
+  std::string info() const { return text("Info"); }
+  std::string internalHelperTools() const { return text("Internal Helper Tools"); }
+  std::string key() const { return text("Key"); }
+  std::string kind() const { return text("Kind"); }
+  std::string launchAgainIfItCrashes() const { return text("Launch again if it crashes"); }
+  std::string length() const { return text("Length"); }
+  std::string limits() const { return text("Limits"); }
+  std::string list() const { return text("List"); }
+  std::string log() const { return text("Log"); }
+  std::string loginItems() const { return text("Login Items"); }
+  std::string message() const { return text("Message"); }
+  std::string miscellaneous() const { return text("Miscellaneous"); }
+  std::string mode() const { return text("Mode"); }
+  std::string mountingLogicalVolume() const { return text("Mounting a logical volume"); }
+  std::string name() const { return text("Name"); }
+  std::string new_() const { return text("New"); }
+  std::string next() const { return text("Next"); }
+  std::string noError() const { return text("No error"); }
+  std::string noItems() const { return text("No Items"); }
+  std::string noSelection() const { return text("no selection"); }
+  std::string noValue() const { return text("No Value"); }
+  std::string notEditable() const { return text("Not editable"); }
+  std::string notes() const { return text("Notes"); }
+  std::string notifications() const { return text("Notifications"); }
+  std::string off() const { return text("Off"); }
+  std::string on() const { return text("On"); }
+  std::string open() const { return text("Open"); }
+  std::string part() const { return text("Part"); }
+  std::string path() const { return text("Path"); }
+  std::string paths() const { return text("Paths"); }
+  std::string pleaseTryAgain() const { return text("Please try again."); }
+  std::string prefix() const { return text("Prefix"); }
+  std::string previous() const { return text("Previous"); }
+  std::string refresh() const { return text("Refresh"); }
+  std::string relaunch() const { return text("Relaunch"); }
+  std::string remove() const { return text("Remove"); }
+  std::string renameTheItemAndTryAgain() const { return text("Rename the item and try again"); }
+  std::string repeatInterval() const { return text("Repeat Interval"); }
+  std::string revealInFinder() const;
+  std::string revisions() const { return text("Revisions"); }
+  std::string rightSizeAllColumnsIndividually() const { return text("Right-Size All Columns Individually"); }
+  std::string rightSizeThisColumn() const { return text("Right-Size This Column"); }
+  std::string run() const { return text("Run"); }
+  std::string save() const { return text("Save"); }
+  std::string scheduled() const { return text("Scheduled"); }
+  std::string script() const { return text("Script"); }
+  std::string share() const { return text("Share"); }
+  std::string show() const { return text("Show"); }
+  std::string summary() const { return text("Summary"); }
+  std::string system() const { return text("System"); }
+  std::string test() const { return text("Test"); }
+  std::string theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError() const {
+    return text("The item couldn’t be added or removed because of an unknown error");
+  }
+  std::string themes() const { return text("Themes"); }
+  std::string timePeriod() const { return text("Time Period"); }
+  std::string timeline() const { return text("Timeline"); }
+  std::string tree() const { return text("Tree"); }
+  std::string uninstall() const { return text("Uninstall"); }
+  std::string unknown() const { return text("Unknown"); }
+  std::string unsavedChanges() const { return text("There are unsaved changes"); }
+  std::string value() const { return text("Value"); }
+  std::string weekdays() const { return text("Weekdays"); }
+  std::string weekends() const { return text("Weekends"); }
+  std::string what() const { return text("What"); }
+  std::string when() const { return text("When"); }
+  std::string youCantUndoThisAction() const { return text("You can’t undo this action."); }
+  std::string yourChangesWillBeLostIfYouDontSaveThem() const {
+    return text("Your changes will be lost if you don’t save them.");
+  }
+
+ private:
+  struct Numbers;
+
+  std::string text(const char* english) const;
+
+  std::string m_locale;
+  MessageCatalog m_catalog;
+  std::unique_ptr<Numbers> m_numbers;
+};
+
+/// Forms for the middle of a line.
+class Localize::Lowercase {
+ public:
+  explicit Lowercase(const Localize& localize) : m_localize(localize) {}
+
+  std::string whereString() const { return m_localize.text("where"); }
+  std::string days() const { return m_localize.text("days"); }
+  std::string hours() const { return m_localize.text("hours"); }
+  std::string minute() const { return m_localize.text("minute"); }
+  std::string minutes() const { return m_localize.text("minutes"); }
+  std::string seconds() const { return m_localize.text("seconds"); }
+
+ private:
+  const Localize& m_localize;
+};
+
+/// Forms for what asks for more before it acts.
+class Localize::Ellipsis {
+ public:
+  explicit Ellipsis(const Localize& localize) : m_localize(localize) {}
+
+  std::string edit() const { return m_localize.text("Edit…"); }
+  std::string save() const { return m_localize.text("Save…"); }
+  std::string choose() const { return m_localize.text("Choose…"); }
+  std::string loading() const { return m_localize.text("Loading…"); }
+  std::string createNew() const { return m_localize.text("Create New…"); }
+
+ private:
+  const Localize& m_localize;
+};
+
+inline Localize::Lowercase Localize::lowercase() const {
+  return Lowercase(*this);
+}
+
+inline Localize::Ellipsis Localize::ellipsis() const {
+  return Ellipsis(*this);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+
+#include "core/support/Environment.h"
+
+namespace mirvel {
+
+/// The folders in which the program reads and writes. All are absolute; none need exist.
+struct Roots {
+  std::filesystem::path home;                ///< the real user's, even inside a sandbox
+  std::filesystem::path userLibrary;         ///< of the user's job folders
+  std::filesystem::path applicationSupport;  ///< of the program's own stores
+  std::filesystem::path localLibrary;        ///< of the machine's job folders
+  std::filesystem::path systemLibrary;       ///< of the job folders that come with the system
+  std::filesystem::path defaultsFile;        ///< of the user defaults
+
+  static Roots forThisMachine(const Environment& environment);
+
+  /// The folders of macOS below a home folder.
+  static Roots ofMac(const std::filesystem::path& home);
+  /// Those of a Linux desktop, by `XDG_CONFIG_HOME` and `XDG_DATA_HOME` (XDG Base Directory Specification, which has
+  /// paths ignored that aren't absolute).
+  static Roots ofLinux(const std::filesystem::path& home, const Environment& environment);
+};
+
+}  // namespace mirvel

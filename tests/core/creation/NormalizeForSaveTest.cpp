@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include "core/creation/CommandRepairs.h"
+#include "core/plist/Plist.h"
+#include "support/FakeInterface.h"
+#include "support/FakeWhich.h"
+#include "support/TestData.h"
+
+namespace mirvel::launchd {
+namespace {
+
+using Arguments = std::optional<std::vector<std::string>>;
+
+struct NormalizeForSaveTest : testing::Test {
+  testdata::TemporaryFolder folder;
+  Defaults defaults{folder.path() / "defaults.plist"};
+  Localize localize{"en"};
+  Commands commands;
+  testdata::FakeInterface interface { defaults, localize };
+  testdata::FakeWhich which;
+  CommandRepairs repairs{defaults, commands, interface, which, localize, "/Users/x"};
+
+  Plist normalized(const std::string& run, const std::string& name = "label") {
+    Plist plist;
+    plist.run = run;
+    plist.name = name;
+    plist.program = "/before";
+    plist.programArguments = {"before"};
+    plist.normalizeForSave(repairs);
+    return plist;
+  }
+};
+
+TEST_F(NormalizeForSaveTest, TheCommandIsRepairedAndSplit) {
+  struct Row {
+    std::string run, repaired;
+    Arguments arguments;
+  };
+  const std::vector<Row> rows{
+      {"perl '~/a b.pl' ~/c",
+       "/usr/bin/perl '/Users/x/a b.pl' /Users/x/c",
+       {{"/usr/bin/perl", "/Users/x/a b.pl", "/Users/x/c"}}},
+      {"/bin/ls -l", "/bin/ls -l", {{"/bin/ls", "-l"}}},
+      {"sudo launchctl list", "sudo launchctl list", {{"sudo", "launchctl", "list"}}},
+      {"", "", std::nullopt},
+      {"''", "''", std::nullopt},
+      {"'' a", "'' a", {{"", "a"}}},
+  };
+  for (const auto& row : rows) {
+    const Plist plist = normalized(row.run);
+    EXPECT_EQ(plist.run, row.repaired);
+    EXPECT_EQ(plist.program, std::nullopt);
+    EXPECT_EQ(plist.programArguments, row.arguments) << row.run;
+    EXPECT_EQ(plist.name, "label");
+  }
+}
+
+TEST_F(NormalizeForSaveTest, TheLabelComesFromTheCommandAsItWasTyped) {
+  EXPECT_EQ(normalized("~/my\\ tool.sh", "").name, "my tool");
+  EXPECT_EQ(normalized("ls -l", "").name, "ls -l");
+  EXPECT_EQ(normalized("ls", "").name.size(), 36U);
+}
+
+TEST_F(NormalizeForSaveTest, AComplexCommandIsSavedAsTheScriptThatTheUserMakesOfIt) {
+  interface.savePath = folder.path() / "a b.sh";
+  const Plist plist = normalized("perl x | wc", "");
+  EXPECT_EQ(plist.programArguments, (Arguments{{"/bin/sh", interface.savePath->string()}}));
+  EXPECT_EQ(testdata::bytes(*interface.savePath), "#!/bin/sh\n\n/usr/bin/perl x | wc");
+  EXPECT_EQ(interface.savePanels.at(0).name, plist.name);
+}
+
+}  // namespace
+}  // namespace mirvel::launchd

@@ -1,0 +1,81 @@
+#include "core/support/Localize.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "core/schedule/LocalizedTexts.h"
+#include "core/schedule/NumberText.h"
+#include "support/TestData.h"
+
+namespace mirvel {
+namespace {
+
+TEST(LocalizeTest, ScheduleTextsAreDistinct) {
+  const Localize localize("en");
+  const Scheduled::Texts editor = Scheduled::localizedTexts(localize);
+  std::vector<std::string> texts{editor.weekdays, editor.weekends, localize.lowercase().minute()};
+  texts.insert(texts.end(), editor.kinds.begin(), editor.kinds.end());
+  texts.insert(texts.end(), editor.units.begin(), editor.units.end());
+  texts.insert(texts.end(), editor.dayNames.begin(), editor.dayNames.end());
+  texts.insert(texts.end(), editor.monthNames.begin(), editor.monthNames.end());
+  EXPECT_EQ(texts.size(), 32U);
+  EXPECT_EQ(std::set<std::string>(texts.begin(), texts.end()).size(), texts.size());
+  EXPECT_EQ(editor.of(Scheduled::Kind::dayOfWeek), "Day of Week");
+  EXPECT_EQ(editor.of(Scheduled::RepeatInterval::Unit::hours), "hours");
+}
+
+TEST(LocalizeTest, TranslationsComeFromTheClosestCatalogue) {
+  const std::filesystem::path catalogues = MIRVEL_TEST_CATALOGUES;
+  if (!std::filesystem::exists(catalogues)) GTEST_SKIP() << "no msgfmt to compile catalogues with";
+  const Localize german("de_DE.UTF-8", catalogues);
+  EXPECT_EQ(german.discardChanges(), "\u00c4nderungen verwerfen");
+  EXPECT_EQ(german.editScript(), "Skript bearbeiten \u2026");
+  EXPECT_EQ(german.lowercase().minutes(), "Minuten");
+  EXPECT_EQ(german.cancel(), "Cancel");  // not translated
+  EXPECT_EQ(german.format("%@ copy", {"a%@"}), "Kopie von \u201ea%@\u201c");
+  EXPECT_EQ(german.format("%@ of %@", {"1", "2"}), "von 2: 1 (100 %)");
+  EXPECT_EQ(Localize("de_CH", catalogues).lowercase().minutes(), "Minute (Schwiiz)");
+  EXPECT_EQ(Localize("fr", catalogues).lowercase().minutes(), "minutes");
+}
+
+TEST(LocalizeTest, ADamagedCatalogueGivesEnglish) {
+  const testdata::TemporaryFolder folder;
+  folder.write("de/LC_MESSAGES/mirvel.mo", "no catalogue");
+  EXPECT_EQ(Localize("de", folder.path()).cancel(), "Cancel");
+}
+
+TEST(LocalizeTest, FormatFillsPlacesAndLeavesTheRest) {
+  const Localize localize("en");
+  struct Row {
+    const char* key;
+    std::vector<std::string> arguments;
+    std::string text;
+  };
+  const std::vector<Row> rows{
+      {"%@ copy", {"a"}, "a copy"},
+      {"%@%@", {"%@", "b"}, "%@b"},
+      {"%2$@ %1$@ %@", {"a", "b"}, "b a a"},
+      {"%@ %@", {"a"}, "a %@"},
+      {"%3$@", {"a"}, "%3$@"},
+      {"100% %d %", {"a"}, "100% %d %"},
+      {"%%@", {"a"}, "%@"},
+      {"\u201c%@\u201d", {"\u00e4"}, "\u201c\u00e4\u201d"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(localize.format(row.key, row.arguments), row.text) << row.key;
+}
+
+TEST(LocalizeTest, NumbersAreReadBackAsTheyAreWritten) {
+  for (const char* locale : {"en", "de_DE", "de_CH", "fr_FR", "ar_EG", "hi_IN", "fa_IR", "sv", "pt_BR", "xx_NOWHERE"}) {
+    const Localize localize(locale);
+    const Scheduled::NumberText numbers(locale);
+    for (const std::int64_t number : {INT64_MIN, INT64_C(-1234567), INT64_C(-1), INT64_C(0), INT64_C(59), INT64_C(1000),
+                                      INT64_C(86400), INT64_C(9007199254740993), INT64_MAX}) {
+      EXPECT_EQ(numbers.parseField(localize.int_(number)), number) << locale << " " << localize.int_(number);
+    }
+  }
+  EXPECT_EQ(Localize("de_DE").int_(86400), "86.400");
+}
+
+}  // namespace
+}  // namespace mirvel
