@@ -110,6 +110,12 @@ Result<void> takeConverted(Result<std::string> text, DecodedText& result) {
   return {};
 }
 
+/// The names that macOS also knows for two of the encodings.
+std::string commonName(const std::string& name) {
+  constexpr std::string_view prefix = "x-mac-utf-";
+  return startsWith(name, prefix) ? "utf-" + name.substr(prefix.size()) : name;
+}
+
 bool isAsciiName(const std::string& name) {
   return name == "us-ascii" || name == "ascii";
 }
@@ -126,8 +132,7 @@ Result<void> decodeText(std::string_view bytes, DecodedText& result) {
   }
   if (const char* encoding = encodingByZeros(bytes)) return takeConverted(convert(bytes, encoding), result);
 
-  const std::string_view declared = declaredEncoding(bytes);
-  const std::string name = asciiLower(declared);
+  const std::string name = commonName(asciiLower(declaredEncoding(bytes)));
   if (name.empty() || name == "utf-8" || name == "utf8") return {};
   if (isAsciiName(name)) {
     const auto* high = std::find_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
@@ -135,7 +140,7 @@ Result<void> decodeText(std::string_view bytes, DecodedText& result) {
     result.notAscii = static_cast<std::size_t>(high - bytes.begin());
     return takeConverted(utf8FromLatin1(bytes), result);
   }
-  return takeConverted(convert(bytes, std::string(declared)), result);
+  return takeConverted(convert(bytes, name), result);
 }
 
 bool isUtf8(std::string_view bytes) {
