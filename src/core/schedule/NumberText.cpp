@@ -6,6 +6,8 @@
 #include <unicode/parsepos.h>
 #include <unicode/unistr.h>
 
+#include <cmath>
+
 namespace mirvel::Scheduled {
 
 struct NumberText::Format {
@@ -30,6 +32,7 @@ std::optional<std::int64_t> NumberText::Format::parse(const icu::UnicodeString& 
   format->parse(text, number, position);
   if (position.getIndex() != text.length()) return std::nullopt;
   UErrorCode status = U_ZERO_ERROR;
+  if (!std::isfinite(number.getDouble(status))) return std::nullopt;  // "NaN" is a number to ICU
   const std::int64_t result = number.getInt64(status);
   return U_SUCCESS(status) ? std::optional(result) : std::nullopt;
 }
