@@ -1,14 +1,16 @@
 #include "core/propertylist/BinaryReader.h"
 
-#include <algorithm>
 #include <bit>
 #include <cmath>
-#include <iterator>
+#include <cstring>
 #include <limits>
+#include <string>
 
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/ReadFailure.h"
+#include "core/propertylist/RepeatedKeys.h"
+#include "core/propertylist/Words.h"
 
 namespace mirvel::plist {
 
@@ -17,16 +19,14 @@ namespace {
 constexpr std::uint64_t headerSize = 8;
 constexpr std::uint64_t trailerSize = 32;
 
-[[noreturn]] void fail(std::string message, std::uint64_t offset, Error::Code code = Error::Code::Malformed) {
-  throw ReadFailure{.message = std::move(message), .offset = static_cast<std::size_t>(offset), .code = code};
-}
-
-bool isAscii(std::string_view text) {
-  return std::none_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; });
+[[noreturn]] void fail(std::string_view message, std::uint64_t offset, Error::Code code = Error::Code::Malformed) {
+  throw ReadFailure{.message = std::string(message), .offset = static_cast<std::size_t>(offset), .code = code};
 }
 
 /// Whether a number of `size` bytes can hold `value`.
-bool holds(std::uint64_t size, std::uint64_t value) { return size >= 8 || value >> (8 * size) == 0; }
+bool holds(std::uint64_t size, std::uint64_t value) {
+  return size >= 8 || value >> (8 * size) == 0;
+}
 
 std::string hexByte(std::uint8_t byte) {
   constexpr std::string_view digits = "0123456789abcdef";
@@ -35,26 +35,17 @@ std::string hexByte(std::uint8_t byte) {
 
 }  // namespace
 
-bool BinaryReader::isBinary(std::string_view bytes) { return bytes.substr(0, 6) == "bplist"; }
+bool BinaryReader::isBinary(std::string_view bytes) {
+  return bytes.substr(0, 6) == "bplist";
+}
 
-Value BinaryReader::read() {
+Node BinaryReader::read() {
   readTrailer();
-  checkOffsets();
-  const std::uint64_t size = m_bytes.size();
-  m_objectsLeft = std::min<std::uint64_t>(Limits::objects, 4096 + 64 * size);
-  m_bytesLeft = std::min(size + Limits::sharedBytes, (std::uint64_t{1} << 20U) + 256 * size);
-  m_isOpen.resize(m_objectCount);
-  m_frames.reserve(16);
-  begin(m_topObject);
-  while (!m_frames.empty()) {
-    Frame& frame = m_frames.back();
-    if (frame.next == frame.count) {
-      finish();
-    } else {
-      begin(referenceAt(frame.references + m_referenceSize * frame.next++));
-    }
-  }
-  return std::move(m_values.front());
+  readOffsets();
+  Node root;
+  if (readValue(m_topObject, root)) return root;
+  while (!m_frames.empty()) readValues();
+  return m_containers[0].node;
 }
 
 void BinaryReader::readTrailer() {
@@ -79,212 +70,245 @@ void BinaryReader::readTrailer() {
 }
 
 /// All offsets, even of objects that nothing names, must lie before the table, as macOS asks.
-void BinaryReader::checkOffsets() const {
+void BinaryReader::readOffsets() {
+  m_objects = m_arena.row<Object>(m_objectCount);
   for (std::uint64_t object = 0; object < m_objectCount; ++object) {
-    if (bigEndian(m_table + object * m_offsetSize, m_offsetSize) < m_table) continue;
-    fail("object " + std::to_string(object) + " lies outside the objects", m_table + object * m_offsetSize);
+    const std::uint64_t entry = m_table + object * m_offsetSize;
+    const std::uint64_t offset = bigEndian(entry, m_offsetSize);
+    if (offset >= m_table) fail("the offset here lies behind all objects", entry);
+    m_objects[object] = {.offset = static_cast<std::uint32_t>(offset), .container = 0};
   }
-}
-
-std::uint64_t BinaryReader::bigEndian(std::uint64_t offset, std::uint64_t size) const {
-  std::uint64_t number = 0;
-  for (std::uint64_t i = 0; i < size; ++i) number = number << 8U | byteAt(offset + i);
-  return number;
 }
 
 std::uint64_t BinaryReader::offsetOf(std::uint64_t object) const {
-  const std::uint64_t entry = m_table + object * m_offsetSize;
-  const std::uint64_t offset = bigEndian(entry, m_offsetSize);
-  if (offset < headerSize) fail("object " + std::to_string(object) + " lies in the header", entry);
+  const std::uint64_t offset = m_objects[object].offset;
+  if (offset < headerSize) fail("the offset here lies in the header", m_table + object * m_offsetSize);
   return offset;
 }
 
-std::uint64_t BinaryReader::referenceAt(std::uint64_t offset) const {
-  const std::uint64_t object = bigEndian(offset, m_referenceSize);
-  if (object >= m_objectCount) fail("there is no object " + std::to_string(object), offset);
+std::uint64_t BinaryReader::objectAt(std::uint64_t reference) const {
+  const std::uint64_t object = bigEndian(reference, m_referenceSize);
+  if (object >= m_objectCount) fail("the reference here is to an object that doesn't exist", reference);
   return object;
 }
 
-void BinaryReader::countObject() {
-  if (m_objectsLeft-- == 0) {
-    fail("the list holds too many values for its size", m_bytes.size(), Error::Code::LimitExceeded);
-  }
-}
-
-void BinaryReader::deliver(Value value) {
-  countObject();
-  m_values.push_back(std::move(value));
-}
-
-/// Counts text and data, which grow the list each time that they are named.
-void BinaryReader::spend(std::uint64_t bytes, std::uint64_t offset) {
-  if (bytes > m_bytesLeft) {
-    fail("the list repeats too much text for its size", offset, Error::Code::LimitExceeded);
-  }
-  m_bytesLeft -= bytes;
-}
-
-void BinaryReader::begin(std::uint64_t object) {
+/// Reads a scalar, or finds a container that was read before. Otherwise opens the container, and gives false: the slot
+/// is filled when the container is complete.
+bool BinaryReader::readValue(std::uint64_t object, Node& slot) {
   const std::uint64_t offset = offsetOf(object);
-  switch (byteAt(offset) >> 4U) {
-    case 0xA: return open(object, offset, Type::Array);
-    case 0xC: return open(object, offset, Type::Set);
-    case 0xD: return open(object, offset, Type::Dictionary);
-    default: return deliver(scalar(offset));
+  const unsigned kind = byteAt(offset) >> 4U;
+  if (kind < 0xA) {
+    const Node node = scalar(offset);
+    grow(Limits::valueSize + node.byteCount());
+    slot = node;
+    return true;
+  }
+  if (m_objects[object].container != 0) {
+    const Container& known = m_containers[m_objects[object].container - 1];
+    if (!known.isComplete) fail("the container here holds itself", offset);
+    slot = known.node;
+    grow(known.size);
+    return true;
+  }
+  if (kind != 0xA && kind != 0xC && kind != 0xD) fail("no object begins with " + hexByte(byteAt(offset)), offset);
+  open(object, offset, kind == 0xA ? Type::Array : kind == 0xC ? Type::Set : Type::Dictionary);
+  return false;
+}
+
+/// Counts what is read, which is more than the list holds where objects are shared.
+void BinaryReader::grow(std::uint64_t size) {
+  m_size += size;
+  if (m_size > m_bytes.size() + Limits::objects * Limits::valueSize) {
+    fail("the list grows too large where it repeats its objects", m_bytes.size(), Error::Code::LimitExceeded);
   }
 }
 
-/// Content of `count` units, the count being in the low half of the marker, or in an integer object behind it.
+void BinaryReader::open(std::uint64_t object, std::uint64_t offset, Type type) {
+  if (m_frames.size() == Limits::depth) {
+    fail("arrays and dictionaries lie more than " + std::to_string(Limits::depth) + " deep in each other", offset,
+         Error::Code::LimitExceeded);
+  }
+  const std::uint64_t perValue = type == Type::Dictionary ? 2 : 1;
+  const Extent range = extent(offset, perValue * m_referenceSize);
+  Frame frame{.type = type,
+              .container = static_cast<std::uint32_t>(m_containers.size()),
+              .offset = offset,
+              .references = range.start + (perValue - 1) * range.count * m_referenceSize,
+              .slots = m_arena.row<Node>(perValue * range.count),
+              .count = range.count,
+              .next = 0,
+              .outerSize = std::exchange(m_size, Limits::valueSize)};
+  m_containers.push({.node = {}, .size = 0, .isComplete = false});
+  m_objects[object].container = frame.container + 1;
+  if (type == Type::Dictionary) readKeys(frame, range.start);
+  m_frames.push(frame);
+}
+
+void BinaryReader::readKeys(Frame& frame, std::uint64_t references) {
+  for (std::uint64_t i = 0; i < frame.count; ++i) {
+    const std::uint64_t offset = offsetOf(objectAt(references + i * m_referenceSize));
+    const unsigned kind = byteAt(offset) >> 4U;
+    if (kind != 5 && kind != 6) fail("a dictionary's key is no string", offset);
+    const Node key = string(offset);
+    grow(Limits::valueSize + key.byteCount());
+    frame.slots[2 * i] = key;
+  }
+}
+
+/// Reads on in the innermost open container, up to a container in it or to its end.
+void BinaryReader::readValues() {
+  const std::size_t index = m_frames.size() - 1;
+  const bool isDictionary = m_frames[index].type == Type::Dictionary;
+  for (;;) {
+    Frame& frame = m_frames[index];
+    if (frame.next == frame.count) return finish();
+    const std::uint64_t at = frame.next++;
+    Node& slot = frame.slots[isDictionary ? 2 * at + 1 : at];
+    if (!readValue(objectAt(frame.references + at * m_referenceSize), slot)) return;
+  }
+}
+
+void BinaryReader::finish() {
+  const Frame& frame = m_frames.pop();
+  Container& container = m_containers[frame.container];
+  container.size = std::exchange(m_size, frame.outerSize);
+  container.isComplete = true;
+  switch (frame.type) {
+    case Type::Dictionary:
+      container.node = dictionary(frame);
+      break;
+    case Type::Set:
+      container.node = Node::set({frame.slots, frame.count});
+      break;
+    default:
+      container.node = Node::array({frame.slots, frame.count});
+  }
+  grow(container.size);
+  if (m_frames.empty()) return;
+  const Frame& outer = m_frames.back();
+  const std::uint64_t at = outer.next - 1;
+  outer.slots[outer.type == Type::Dictionary ? 2 * at + 1 : at] = container.node;
+}
+
+Node BinaryReader::dictionary(const Frame& frame) {
+  const std::span entries(frame.slots, 2 * frame.count);
+  const std::size_t count = dropRepeatedKeys(entries, Repeated::FirstWins, [&](std::string_view key) {
+    m_warnings.push_back(
+        {.message = "the key `" + std::string(key) + "` is repeated; the first one counts", .offset = frame.offset});
+  });
+  return Node::dictionary(frame.slots, count);
+}
+
+/// Of an object whose count is an integer object of its own, behind the marker.
+BinaryReader::Extent BinaryReader::longExtent(std::uint64_t offset) const {
+  const std::uint64_t integer = offset + 1;
+  if (integer >= m_table || byteAt(integer) >> 4U != 1) fail("the count of the object is no integer", offset);
+  const std::uint64_t size = std::uint64_t{1} << (byteAt(integer) & 15U);
+  if (size > m_table - integer - 1) fail("the count of the object runs out of the list", offset);
+  return {.start = integer + 1 + size, .count = bigEndian(integer + 1, size)};
+}
+
+/// The content of an object of `count` units, the count being in the low half of the marker or behind it.
 BinaryReader::Extent BinaryReader::extent(std::uint64_t offset, std::uint64_t unit) const {
   Extent result{.start = offset + 1, .count = byteAt(offset) & 15U};
-  if (result.count == 15) {
-    if (result.start >= m_table || byteAt(result.start) >> 4U != 1) fail("the count of the object is no integer", offset);
-    const std::uint64_t size = std::uint64_t{1} << (byteAt(result.start) & 15U);
-    ++result.start;
-    if (size > m_table - result.start) fail("the count of the object runs out of the list", offset);
-    result.count = bigEndian(result.start, size);
-    result.start += size;
+  if (result.count == 15) result = longExtent(offset);
+  if (result.count > m_table || result.count * unit > m_table - result.start) {
+    fail("the object runs out of the list", offset);
   }
-  if (result.count > (m_table - result.start) / unit) fail("the object runs out of the list", offset);
   return result;
 }
 
-Value BinaryReader::scalar(std::uint64_t offset) {
+Node BinaryReader::scalar(std::uint64_t offset) {
   const std::uint8_t marker = byteAt(offset);
   switch (marker >> 4U) {
-    case 0x1: return integer(offset);
-    case 0x2: return real(offset);
-    case 0x4: return Data{std::string(content(offset, 1))};
+    case 0x1:
+      return integer(offset);
+    case 0x2:
+      return real(offset);
+    case 0x4:
+      return Node::data(content(offset, 1));
     case 0x5:
-    case 0x6: return string(offset);
-    case 0x8: return uid(offset);
-    default: break;
+    case 0x6:
+      return string(offset);
+    case 0x8:
+      return uid(offset);
+    default:
+      break;
   }
-  if (marker == 0x08) return false;
-  if (marker == 0x09) return true;
+  if (marker == 0x08) return Node::boolean(false);
+  if (marker == 0x09) return Node::boolean(true);
   if (marker == 0x33) return date(offset);
   if (marker == 0x00) fail("null is no value of a property list", offset);
   fail("no object begins with " + hexByte(marker), offset);
 }
 
-Value BinaryReader::integer(std::uint64_t offset) {
+Node BinaryReader::integer(std::uint64_t offset) {
   const unsigned exponent = byteAt(offset) & 15U;
   if (exponent > 4) fail("no integer begins with " + hexByte(byteAt(offset)), offset);
   const std::uint64_t size = std::uint64_t{1} << exponent;
   if (size >= m_table - offset) fail("the integer runs out of the list", offset);
-  if (size < 8) return Integer::fromUnsigned(bigEndian(offset + 1, size));
+  if (size < 8) return Node::integer(Integer::fromUnsigned(bigEndian(offset + 1, size)));
   const std::uint64_t low = bigEndian(offset + 1 + size - 8, 8);
-  if (size == 8) return Integer(static_cast<std::int64_t>(low));
+  if (size == 8) return Node::integer(static_cast<std::int64_t>(low));
   const std::uint64_t high = bigEndian(offset + 1, 8);
   const bool isNegative = high == std::numeric_limits<std::uint64_t>::max() && low >> 63U == 1;
-  if (isNegative) return Integer(static_cast<std::int64_t>(low));
+  if (isNegative) return Node::integer(static_cast<std::int64_t>(low));
   if (high != 0) {
-    m_warnings.push_back({.message = "the integer doesn't fit 64 bits; only the lower ones are read", .offset = offset});
+    m_warnings.push_back(
+        {.message = "the integer doesn't fit 64 bits; only the lower ones are read", .offset = offset});
   }
-  return Integer::fromUnsigned(low);
+  return Node::integer(Integer::fromUnsigned(low));
 }
 
-Value BinaryReader::real(std::uint64_t offset) const {
+Node BinaryReader::real(std::uint64_t offset) const {
   const std::uint8_t marker = byteAt(offset);
   const std::uint64_t size = marker == 0x22 ? 4 : 8;
   if (marker != 0x22 && marker != 0x23) fail("no real begins with " + hexByte(marker), offset);
   if (size >= m_table - offset) fail("the real runs out of the list", offset);
   const std::uint64_t bits = bigEndian(offset + 1, size);
-  if (size == 4) return static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
-  return std::bit_cast<double>(bits);
+  if (size == 4) return Node::real(static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits))));
+  return Node::real(std::bit_cast<double>(bits));
 }
 
-Value BinaryReader::date(std::uint64_t offset) const {
+Node BinaryReader::date(std::uint64_t offset) const {
   if (8 >= m_table - offset) fail("the date runs out of the list", offset);
   const Date result{std::bit_cast<double>(bigEndian(offset + 1, 8))};
   if (!isReadable(result)) fail("the date lies outside of any calendar", offset);
-  return result;
+  return Node::date(result);
 }
 
-Value BinaryReader::uid(std::uint64_t offset) const {
+Node BinaryReader::uid(std::uint64_t offset) const {
   const std::uint64_t size = (byteAt(offset) & 15U) + 1U;
   if (size >= m_table - offset) fail("the UID runs out of the list", offset);
   const std::uint64_t number = bigEndian(offset + 1, size);
   if (size > 8 || number > std::numeric_limits<std::uint32_t>::max()) fail("the UID doesn't fit 32 bits", offset);
-  return Uid{static_cast<std::uint32_t>(number)};
+  return Node::uid({static_cast<std::uint32_t>(number)});
 }
 
-std::string_view BinaryReader::content(std::uint64_t offset, std::uint64_t unit) {
+std::string_view BinaryReader::content(std::uint64_t offset, std::uint64_t unit) const {
   const Extent range = extent(offset, unit);
-  spend(range.count * unit, offset);
-  return m_bytes.substr(range.start, range.count * unit);
+  return {m_bytes.data() + range.start, range.count * unit};
 }
 
-Value BinaryReader::string(std::uint64_t offset) {
+/// The text lies among the objects, so whole words can be looked at: the trailer follows.
+bool BinaryReader::isAscii(std::string_view text) const {
+  std::uint64_t all = 0;
+  std::size_t at = 0;
+  for (; text.size() - at >= words::size; at += words::size) all |= words::load(text.data() + at);
+  all |= words::load(text.data() + at) & words::mask(text.size() - at);
+  return (all & words::tops) == 0;
+}
+
+Node BinaryReader::string(std::uint64_t offset) {
   if (byteAt(offset) >> 4U == 6) return wideString(offset);
   const std::string_view text = content(offset, 1);
-  if (isAscii(text)) return text;
-  return utf8FromLatin1(text);
+  return Node::string(isAscii(text) ? text : m_arena.copy(utf8FromLatin1(text)));
 }
 
-std::string BinaryReader::wideString(std::uint64_t offset) {
-  auto text = utf8FromUtf16BigEndian(content(offset, 2));
+Node BinaryReader::wideString(std::uint64_t offset) {
+  const auto text = utf8FromUtf16BigEndian(content(offset, 2));
   if (!text) fail("the string holds half of a surrogate pair", offset);
-  return *std::move(text);
-}
-
-void BinaryReader::open(std::uint64_t object, std::uint64_t offset, Type type) {
-  if (m_isOpen[object]) fail("object " + std::to_string(object) + " holds itself", offset);
-  if (m_frames.size() == Limits::depth) {
-    fail("arrays and dictionaries lie more than " + std::to_string(Limits::depth) + " deep in each other", offset,
-         Error::Code::LimitExceeded);
-  }
-  const std::uint64_t unit = type == Type::Dictionary ? 2 * m_referenceSize : m_referenceSize;
-  const Extent range = extent(offset, unit);
-  const std::uint64_t keysSize = type == Type::Dictionary ? range.count * m_referenceSize : 0;
-  const Frame frame{.type = type,
-                    .object = object,
-                    .references = range.start + keysSize,
-                    .count = range.count,
-                    .next = 0,
-                    .firstValue = m_values.size(),
-                    .firstKey = m_keys.size()};
-  m_isOpen[object] = true;
-  m_frames.push_back(frame);
-  if (type == Type::Dictionary) readKeys(frame, range.start);
-}
-
-void BinaryReader::readKeys(const Frame& frame, std::uint64_t references) {
-  for (std::uint64_t i = 0; i < frame.count; ++i) {
-    countObject();
-    const std::uint64_t reference = references + i * m_referenceSize;
-    m_keys.push_back({key(referenceAt(reference)), static_cast<std::size_t>(reference)});
-  }
-}
-
-std::string_view BinaryReader::key(std::uint64_t object) {
-  const std::uint64_t offset = offsetOf(object);
-  const unsigned kind = byteAt(offset) >> 4U;
-  if (kind == 6) return m_decodedKeys.emplace_back(wideString(offset));
-  if (kind != 5) fail("a dictionary's key is no string", offset);
-  const std::string_view text = content(offset, 1);
-  return isAscii(text) ? text : m_decodedKeys.emplace_back(utf8FromLatin1(text));
-}
-
-void BinaryReader::finish() {
-  const Frame frame = m_frames.back();
-  m_frames.pop_back();
-  m_isOpen[frame.object] = false;
-  const auto first = m_values.begin() + static_cast<std::ptrdiff_t>(frame.firstValue);
-  Value value;
-  if (frame.type == Type::Dictionary) {
-    value = m_builder.build(std::span(m_keys).subspan(frame.firstKey), std::span(first, m_values.end()));
-    for (const ReadKey& repeated : m_builder.repeatedKeys()) {
-      m_warnings.push_back({.message = "the key `" + std::string(repeated.text) + "` is repeated; the first one counts",
-                            .offset = repeated.offset});
-    }
-    m_keys.resize(frame.firstKey, {});
-  } else {
-    Array elements(std::make_move_iterator(first), std::make_move_iterator(m_values.end()));
-    value = frame.type == Type::Set ? Value(Set{std::move(elements)}) : Value(std::move(elements));
-  }
-  m_values.erase(first, m_values.end());
-  deliver(std::move(value));
+  return Node::string(m_arena.copy(*text));
 }
 
 }  // namespace mirvel::plist

@@ -1,40 +1,50 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
-#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "core/propertylist/DictionaryBuilder.h"
 #include "core/propertylist/Reader.h"
+#include "core/propertylist/Room.h"
 
 namespace mirvel::plist {
 
-/// Builds the value of a binary list ("bplist0"): a header of eight bytes, the objects, a table of their offsets, and a
-/// trailer of 32 bytes. Objects name each other by number; one that is named twice is read twice, within bounds. With a
+/// Builds the nodes of a binary list ("bplist0"): a header of eight bytes, the objects, a table of their offsets, and a
+/// trailer of 32 bytes. Objects name each other by number; a container that is named twice is read once and shared, but
+/// counted each time, so that whoever goes through the list afterwards isn't led through more than the limits. With a
 /// stack of its own in place of recursion. Throws `ReadFailure`.
 class BinaryReader {
  public:
   static bool isBinary(std::string_view bytes);
 
-  /// `bytes` must outlive the reader.
-  explicit BinaryReader(std::string_view bytes) : m_bytes(bytes) {}
+  /// `bytes` lie in the arena, or outlive it.
+  BinaryReader(std::string_view bytes, Arena& arena) : m_bytes(bytes), m_arena(arena) {}
 
-  Value read();
+  Node read();
   std::vector<Warning> takeWarnings() { return std::move(m_warnings); }
 
  private:
-  /// A container whose elements aren't all read yet.
+  struct Object {
+    std::uint32_t offset;
+    std::uint32_t container;  ///< 1 + its index, or 0 for what isn't known as one
+  };
+  /// A container that was named. Scalars are read anew each time, which costs less than remembering them.
+  struct Container {
+    Node node;
+    std::uint64_t size;  ///< with everything in it, what is shared counted each time
+    bool isComplete;     ///< false: it is being read, and mustn't be named
+  };
+  /// A container whose values aren't all read yet.
   struct Frame {
     Type type;
-    std::uint64_t object;
-    std::uint64_t references;  ///< offset of the reference of the first element
-    std::uint64_t count;
+    std::uint32_t container;  ///< its index
+    std::uint64_t offset;
+    std::uint64_t references;  ///< offset of the reference of the first value
+    Node* slots;               ///< in the arena; of a dictionary: key, value, key, value
+    std::uint64_t count;       ///< of values
     std::uint64_t next;
-    std::size_t firstValue;
-    std::size_t firstKey;
+    std::uint64_t outerSize;  ///< of what is complete in the container around it
   };
   struct Extent {
     std::uint64_t start;  ///< offset of the content
@@ -42,30 +52,37 @@ class BinaryReader {
   };
 
   void readTrailer();
-  void checkOffsets() const;
-  std::uint64_t offsetOf(std::uint64_t object) const;
-  std::uint64_t referenceAt(std::uint64_t offset) const;
-  std::uint64_t bigEndian(std::uint64_t offset, std::uint64_t size) const;
+  void readOffsets();
   std::uint8_t byteAt(std::uint64_t offset) const { return static_cast<std::uint8_t>(m_bytes[offset]); }
+  std::uint64_t bigEndian(std::uint64_t offset, std::uint64_t size) const {
+    if (size == 1) return byteAt(offset);
+    if (size == 2) return static_cast<std::uint64_t>(byteAt(offset) << 8U | byteAt(offset + 1));
+    std::uint64_t number = 0;
+    for (std::uint64_t i = 0; i < size; ++i) number = number << 8U | byteAt(offset + i);
+    return number;
+  }
+  std::uint64_t offsetOf(std::uint64_t object) const;
+  std::uint64_t objectAt(std::uint64_t reference) const;
 
-  void begin(std::uint64_t object);
-  void finish();
-  void deliver(Value value);
-
-  Extent extent(std::uint64_t offset, std::uint64_t unit) const;
-  Value scalar(std::uint64_t offset);
-  Value integer(std::uint64_t offset);
-  Value real(std::uint64_t offset) const;
-  Value date(std::uint64_t offset) const;
-  Value uid(std::uint64_t offset) const;
-  std::string_view content(std::uint64_t offset, std::uint64_t unit);
-  Value string(std::uint64_t offset);
-  std::string wideString(std::uint64_t offset);
+  bool readValue(std::uint64_t object, Node& slot);
   void open(std::uint64_t object, std::uint64_t offset, Type type);
-  void readKeys(const Frame& frame, std::uint64_t references);
-  std::string_view key(std::uint64_t object);
-  void countObject();
-  void spend(std::uint64_t bytes, std::uint64_t offset);
+  void readKeys(Frame& frame, std::uint64_t references);
+  void readValues();
+  void finish();
+  Node dictionary(const Frame& frame);
+  void grow(std::uint64_t size);
+
+  Extent longExtent(std::uint64_t offset) const;
+  Extent extent(std::uint64_t offset, std::uint64_t unit) const;
+  std::string_view content(std::uint64_t offset, std::uint64_t unit) const;
+  bool isAscii(std::string_view content) const;
+  Node scalar(std::uint64_t offset);
+  Node integer(std::uint64_t offset);
+  Node real(std::uint64_t offset) const;
+  Node date(std::uint64_t offset) const;
+  Node uid(std::uint64_t offset) const;
+  Node string(std::uint64_t offset);
+  Node wideString(std::uint64_t offset);
 
   std::string_view m_bytes;
   std::uint64_t m_offsetSize = 0;
@@ -74,14 +91,11 @@ class BinaryReader {
   std::uint64_t m_topObject = 0;
   std::uint64_t m_table = 0;  // offset of the offset table, which ends the objects
 
-  std::vector<Frame> m_frames;
-  std::vector<bool> m_isOpen;  // by object: is it on the stack?
-  std::vector<Value> m_values;
-  std::vector<ReadKey> m_keys;
-  std::deque<std::string> m_decodedKeys;
-  DictionaryBuilder m_builder{Repeated::FirstWins};
-  std::uint64_t m_objectsLeft = 0;
-  std::uint64_t m_bytesLeft = 0;
+  Arena& m_arena;
+  Room<Frame, 32> m_frames;
+  Room<Container, 16> m_containers;
+  Object* m_objects = nullptr;  // in the arena
+  std::uint64_t m_size = 0;     // of what is complete in the innermost open container
   std::vector<Warning> m_warnings;
 };
 

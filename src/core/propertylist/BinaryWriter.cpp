@@ -86,16 +86,35 @@ class BinaryWriter {
     if (!object.value) return writeText(object.text);
     const Value& value = *object.value;
     switch (value.type()) {
-      case Type::Boolean: m_out += *value.as<bool>() ? '\x09' : '\x08'; break;
-      case Type::Integer: writeInteger(*value.as<Integer>()); break;
-      case Type::Real: writeMarked(0x23, std::bit_cast<std::uint64_t>(*value.as<double>()), 8); break;
-      case Type::String: break;  // numbered as a text
-      case Type::Data: writeCounted(0x40, value.as<Data>()->bytes.size()), m_out += value.as<Data>()->bytes; break;
-      case Type::Date: writeMarked(0x33, std::bit_cast<std::uint64_t>(value.as<Date>()->seconds), 8); break;
-      case Type::Array: writeContainer(0xA0, object, object.count); break;
-      case Type::Dictionary: writeContainer(0xD0, object, 2 * object.count); break;
-      case Type::Uid: writeUid(*value.as<Uid>()); break;
-      case Type::Set: writeContainer(0xC0, object, object.count); break;
+      case Type::Boolean:
+        m_out += *value.as<bool>() ? '\x09' : '\x08';
+        break;
+      case Type::Integer:
+        writeInteger(*value.as<Integer>());
+        break;
+      case Type::Real:
+        writeMarked(0x23, std::bit_cast<std::uint64_t>(*value.as<double>()), 8);
+        break;
+      case Type::String:
+        break;  // numbered as a text
+      case Type::Data:
+        writeCounted(0x40, value.as<Data>()->bytes.size()), m_out += value.as<Data>()->bytes;
+        break;
+      case Type::Date:
+        writeMarked(0x33, std::bit_cast<std::uint64_t>(value.as<Date>()->seconds), 8);
+        break;
+      case Type::Array:
+        writeContainer(0xA0, object, object.count);
+        break;
+      case Type::Dictionary:
+        writeContainer(0xD0, object, 2 * object.count);
+        break;
+      case Type::Uid:
+        writeUid(*value.as<Uid>());
+        break;
+      case Type::Set:
+        writeContainer(0xC0, object, object.count);
+        break;
     }
   }
 
@@ -167,6 +186,8 @@ class BinaryWriter {
 
 }  // namespace
 
-std::string writeBinary(const Value& value) { return BinaryWriter().write(value); }
+std::string writeBinary(const Value& value) {
+  return BinaryWriter().write(value);
+}
 
 }  // namespace mirvel::plist

@@ -7,8 +7,8 @@ namespace mirvel::plist {
 
 struct ParsedData {
   std::string bytes;
-  bool hasJunk = false;        ///< characters that are neither base64 nor white space were passed over
-  bool isIncomplete = false;   ///< the last group lacks characters or padding, and is lost
+  bool hasJunk = false;       ///< characters that are neither base64 nor white space were passed over
+  bool isIncomplete = false;  ///< the last group lacks characters or padding, and is lost
 };
 
 /// The bytes in the text of a <data>, as macOS reads them: any other characters are passed over, padding may stand

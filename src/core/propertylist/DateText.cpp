@@ -20,7 +20,9 @@ constexpr std::int64_t daysBeforeYear(std::int64_t year) {
 }
 constexpr std::int64_t daysBefore2001 = daysBeforeYear(2001);
 
-bool isLeap(std::int64_t year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
+bool isLeap(std::int64_t year) {
+  return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+}
 
 int daysInMonth(std::int64_t year, int month) {
   constexpr std::array<int, 12> days = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};

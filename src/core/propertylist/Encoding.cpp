@@ -8,13 +8,17 @@
 #include <array>
 #include <memory>
 
+#include "core/propertylist/XmlHeader.h"
+
 namespace mirvel::plist {
 
 namespace {
 
 constexpr std::string_view white = " \t\r\n";
 
-bool startsWith(std::string_view bytes, std::string_view prefix) { return bytes.substr(0, prefix.size()) == prefix; }
+bool startsWith(std::string_view bytes, std::string_view prefix) {
+  return bytes.substr(0, prefix.size()) == prefix;
+}
 
 std::string asciiLower(std::string_view text) {
   std::string result(text);
@@ -47,11 +51,16 @@ const char* encodingByZeros(std::string_view bytes) {
   unsigned pattern = 0;
   for (std::size_t i = 0; i < 4; ++i) pattern = pattern << 1U | (bytes[i] == '\0' ? 0U : 1U);
   switch (pattern) {
-    case 0b1010: return "UTF-16LE";
-    case 0b0101: return "UTF-16BE";
-    case 0b1000: return "UTF-32LE";
-    case 0b0001: return "UTF-32BE";
-    default: return nullptr;
+    case 0b1010:
+      return "UTF-16LE";
+    case 0b0101:
+      return "UTF-16BE";
+    case 0b1000:
+      return "UTF-32LE";
+    case 0b0001:
+      return "UTF-32BE";
+    default:
+      return nullptr;
   }
 }
 
@@ -84,10 +93,11 @@ Result<std::string> convert(std::string_view bytes, const std::string& encoding)
   std::string utf8(bytes.size() * 3 + 16, '\0');
   char* target = utf8.data();
   const char* source = bytes.data();
-  ucnv_convertEx(to.get(), from.get(), &target, utf8.data() + utf8.size(), &source, bytes.data() + bytes.size(), nullptr,
-                 nullptr, nullptr, nullptr, 1, 1, &status);
+  ucnv_convertEx(to.get(), from.get(), &target, utf8.data() + utf8.size(), &source, bytes.data() + bytes.size(),
+                 nullptr, nullptr, nullptr, nullptr, 1, 1, &status);
   if (U_FAILURE(status)) {
-    return encodingError("the bytes at offset " + std::to_string(source - bytes.data()) + " are no text in " + encoding);
+    return encodingError("the bytes at offset " + std::to_string(source - bytes.data()) + " are no text in " +
+                         encoding);
   }
   utf8.resize(static_cast<std::size_t>(target - utf8.data()));
   return utf8;
@@ -100,12 +110,21 @@ Result<void> takeConverted(Result<std::string> text, DecodedText& result) {
   return {};
 }
 
-bool isAsciiName(const std::string& name) { return name == "us-ascii" || name == "ascii"; }
+/// The names that macOS also knows for two of the encodings.
+std::string commonName(const std::string& name) {
+  constexpr std::string_view prefix = "x-mac-utf-";
+  return startsWith(name, prefix) ? "utf-" + name.substr(prefix.size()) : name;
+}
+
+bool isAsciiName(const std::string& name) {
+  return name == "us-ascii" || name == "ascii";
+}
 
 }  // namespace
 
 Result<void> decodeText(std::string_view bytes, DecodedText& result) {
   result.utf8 = bytes;
+  if (startsWith(bytes, xmlDeclaration)) return {};
   if (const Mark* mark = byteOrderMark(bytes)) {
     result.utf8 = bytes.substr(mark->bytes.size());
     if (std::string_view(mark->encoding) == "UTF-8") return {};
@@ -113,8 +132,7 @@ Result<void> decodeText(std::string_view bytes, DecodedText& result) {
   }
   if (const char* encoding = encodingByZeros(bytes)) return takeConverted(convert(bytes, encoding), result);
 
-  const std::string_view declared = declaredEncoding(bytes);
-  const std::string name = asciiLower(declared);
+  const std::string name = commonName(asciiLower(declaredEncoding(bytes)));
   if (name.empty() || name == "utf-8" || name == "utf8") return {};
   if (isAsciiName(name)) {
     const auto* high = std::find_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
@@ -122,7 +140,7 @@ Result<void> decodeText(std::string_view bytes, DecodedText& result) {
     result.notAscii = static_cast<std::size_t>(high - bytes.begin());
     return takeConverted(utf8FromLatin1(bytes), result);
   }
-  return takeConverted(convert(bytes, std::string(declared)), result);
+  return takeConverted(convert(bytes, name), result);
 }
 
 bool isUtf8(std::string_view bytes) {
@@ -147,7 +165,8 @@ bool appendCharacter(std::string& text, std::uint32_t character) {
 
 std::optional<std::string> utf8FromUtf16BigEndian(std::string_view bytes) {
   const auto unit = [&](std::size_t i) {
-    return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i]) << 8U | static_cast<unsigned char>(bytes[i + 1]));
+    return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i]) << 8U |
+                                      static_cast<unsigned char>(bytes[i + 1]));
   };
   std::string result;
   result.reserve(bytes.size());

@@ -1,5 +1,7 @@
 #include "core/propertylist/Reader.h"
 
+#include <cstring>
+
 #include "core/propertylist/BinaryReader.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Positions.h"
@@ -19,32 +21,44 @@ Error xmlError(const ReadFailure& failure, std::string_view text) {
   return {.code = failure.code, .message = failure.message, .line = place.line, .column = place.column};
 }
 
+std::string_view copyPadded(std::string_view text, Arena& arena) {
+  char* const to = arena.room(text.size() + XmlScanner::padding.size());
+  std::memcpy(to, text.data(), text.size());
+  std::memcpy(to + text.size(), XmlScanner::padding.data(), XmlScanner::padding.size());
+  return {to, text.size()};
+}
+
+Warning notAsciiWarning(std::string_view bytes, std::size_t offset) {
+  const Place place = placeOf(bytes, offset);
+  return {.message = "the list calls itself ASCII, but it isn't; it is read as Latin-1",
+          .line = place.line,
+          .column = place.column};
+}
+
 Result<Document> readBinary(std::string_view bytes) {
+  Arena arena;
+  BinaryReader reader(arena.copy(bytes), arena);
   try {
-    BinaryReader reader(bytes);
-    Value value = reader.read();
-    return Document{.value = std::move(value), .format = Format::Binary, .warnings = reader.takeWarnings()};
+    const Node root = reader.read();
+    return Document(std::move(arena), root, Format::Binary, reader.takeWarnings());
   } catch (const ReadFailure& failure) {
     return binaryError(failure);
   }
 }
 
 Result<Document> readXml(std::string_view bytes, Positions* positions) {
-  DecodedText text;
-  if (const auto decoded = decodeText(bytes, text); !decoded) return decoded.error();
+  DecodedText decoded;
+  if (const auto result = decodeText(bytes, decoded); !result) return result.error();
+  Arena arena;
+  const std::string_view text = copyPadded(decoded.utf8, arena);
+  XmlReader reader(text, arena, positions);
   try {
-    XmlReader reader(text.utf8, positions);
-    Value value = reader.read();
-    Document document{.value = std::move(value), .format = Format::Xml, .warnings = reader.takeWarnings()};
-    if (text.notAscii) {
-      const Place place = placeOf(bytes, *text.notAscii);
-      document.warnings.push_back({.message = "the list calls itself ASCII, but it isn't; it is read as Latin-1",
-                                   .line = place.line,
-                                   .column = place.column});
-    }
-    return document;
+    const Node root = reader.read();
+    std::vector<Warning> warnings = reader.takeWarnings();
+    if (decoded.notAscii) warnings.push_back(notAsciiWarning(bytes, *decoded.notAscii));
+    return Document(std::move(arena), root, Format::Xml, std::move(warnings));
   } catch (const ReadFailure& failure) {
-    return xmlError(failure, text.utf8);
+    return xmlError(failure, text);
   }
 }
 
@@ -58,6 +72,9 @@ std::string Warning::text() const {
 Result<Document> read(std::string_view bytes, Positions* positions) {
   if (positions) positions->clear();
   if (bytes.empty()) return Error{.code = Error::Code::Malformed, .message = "the file is empty"};
+  if (bytes.size() > Limits::bytes) {
+    return Error{.code = Error::Code::LimitExceeded, .message = "the list is larger than a gibibyte"};
+  }
   if (BinaryReader::isBinary(bytes)) return readBinary(bytes);
   return readXml(bytes, positions);
 }

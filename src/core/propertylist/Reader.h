@@ -2,9 +2,11 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "core/propertylist/Value.h"
+#include "core/propertylist/Arena.h"
+#include "core/propertylist/Node.h"
 #include "core/support/Result.h"
 
 namespace mirvel::plist {
@@ -24,17 +26,33 @@ struct Warning {
   std::string text() const;
 };
 
-struct Document {
-  Value value;
-  Format format = Format::Xml;
-  std::vector<Warning> warnings = {};
+/// A list that was read, with the memory that its nodes lie in.
+class Document {
+ public:
+  Document(Arena arena, Node root, Format format, std::vector<Warning> warnings)
+      : m_arena(std::move(arena)), m_root(root), m_format(format), m_warnings(std::move(warnings)) {}
+
+  const Node& root() const { return m_root; }
+  Format format() const { return m_format; }
+  const std::vector<Warning>& warnings() const { return m_warnings; }
+  /// A copy of the root that stands on its own.
+  Value value() const { return valueOf(m_root); }
+
+ private:
+  Arena m_arena;
+  Node m_root;
+  Format m_format;
+  std::vector<Warning> m_warnings;
 };
 
 /// Bounds that no list passes, so that hostile input costs time and memory in proportion to its own size.
 struct Limits {
-  static constexpr std::size_t depth = 512;                 ///< containers in each other, as on macOS
-  static constexpr std::size_t objects = std::size_t{1} << 21;  ///< values (in a binary list keys too), shared ones counted each time
-  static constexpr std::size_t sharedBytes = std::size_t{1} << 26;  ///< text and data, beyond the size of the input
+  static constexpr std::size_t bytes = std::size_t{1} << 30;    ///< the size of the input
+  static constexpr std::size_t depth = 512;                     ///< containers in each other, as on macOS
+  static constexpr std::size_t objects = std::size_t{1} << 21;  ///< values in all
+  /// Where objects are shared, values may add up to no more than `objects` of this size, texts included, beyond the
+  /// size of the input: what a copy with nothing shared takes.
+  static constexpr std::size_t valueSize = 64;
 };
 
 /// Reads an XML or a binary property list: what the reader of macOS accepts, and nothing that it refuses, save for the

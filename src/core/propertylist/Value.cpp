@@ -2,12 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
-
-#include "core/propertylist/RealText.h"
+#include <cstdint>
 
 namespace mirvel::plist {
 
 namespace {
+
+/// Bytes of UTF-8 text, ranked so that comparing them compares UTF-16 code units: characters beyond the basic plane
+/// (lead byte F0 and up) are surrogates there, and come before U+E000 to U+FFFF (lead bytes EE and EF).
+constexpr unsigned utf16Rank(std::uint8_t byte) {
+  if (byte < 0xEE) return byte;
+  return byte >= 0xF0 ? byte - 2U : byte + 16U;
+}
 
 bool sameReal(double a, double b) {
   return a == b || (std::isnan(a) && std::isnan(b));
@@ -34,7 +40,9 @@ Dictionary::Dictionary(std::initializer_list<std::pair<std::string, Value>> entr
   for (const auto& [key, value] : entries) set(key, value);
 }
 
-Dictionary Dictionary::fromSorted(std::vector<Entry> entries) {
+Dictionary Dictionary::fromDistinct(std::vector<Entry> entries) {
+  const auto before = [](const Entry& a, const Entry& b) { return keyLess(a.key, b.key); };
+  if (!std::is_sorted(entries.begin(), entries.end(), before)) std::sort(entries.begin(), entries.end(), before);
   Dictionary result;
   result.m_entries = std::move(entries);
   return result;
@@ -113,22 +121,6 @@ std::string_view typeName(Type type) {
       return "a set";
   }
   return "";
-}
-
-std::string summary(const Value& value) {
-  constexpr std::size_t longest = 40;
-  if (const auto* boolean = value.as<bool>()) return *boolean ? "true" : "false";
-  if (const auto* integer = value.as<Integer>()) return integer->text();
-  if (const auto* real = value.as<double>()) return realText(*real);
-  if (const auto* array = value.as<Array>()) return "an array of " + std::to_string(array->size());
-  if (const auto* dictionary = value.as<Dictionary>()) return "a dictionary of " + std::to_string(dictionary->size());
-  if (const auto* string = value.as<std::string>()) {
-    if (string->size() <= longest) return '"' + *string + '"';
-    std::size_t end = longest;
-    while (end > 0 && (static_cast<unsigned char>((*string)[end]) & 0xC0U) == 0x80U) --end;
-    return '"' + string->substr(0, end) + "...\"";
-  }
-  return std::string(typeName(value.type()));
 }
 
 }  // namespace mirvel::plist

@@ -17,7 +17,7 @@ namespace mirvel::plist {
 class Value;
 
 /// What a value is, in the order of the alternatives of `Value`.
-enum class Type { Boolean, Integer, Real, String, Data, Date, Array, Dictionary, Uid, Set };
+enum class Type : std::uint32_t { Boolean, Integer, Real, String, Data, Date, Array, Dictionary, Uid, Set };
 
 /// A whole number from -2^63 to 2^64-1, the range that both file forms hold.
 class Integer {
@@ -93,20 +93,14 @@ class Dictionary {
   ~Dictionary();
   /// Of repeated keys the last one wins.
   Dictionary(std::initializer_list<std::pair<std::string, Value>> entries);
-  /// Takes entries that are sorted by `keyLess` and distinct.
-  static Dictionary fromSorted(std::vector<Entry> entries);
+  /// Takes entries whose keys are distinct, in any order.
+  static Dictionary fromDistinct(std::vector<Entry> entries);
   static bool keyLess(std::string_view a, std::string_view b);
-  /// Bytes of UTF-8 text, ranked so that comparing them compares UTF-16 code units: characters beyond the basic plane
-  /// (lead byte F0 and up) are surrogates there, and come before U+E000 to U+FFFF (lead bytes EE and EF).
-  static constexpr std::uint8_t utf16Rank(std::uint8_t byte) {
-    if (byte < 0xEE) return byte;
-    return static_cast<std::uint8_t>(byte >= 0xF0 ? byte - 2 : byte + 16);
-  }
 
   const Value* find(std::string_view key) const;  ///< null: no such key
   Value* find(std::string_view key);
   void set(std::string_view key, Value value);  ///< adds, or replaces what is there
-  bool remove(std::string_view key);       ///< whether it was there
+  bool remove(std::string_view key);            ///< whether it was there
 
   bool empty() const;
   std::size_t size() const;
@@ -186,8 +180,5 @@ inline Dictionary::const_iterator Dictionary::end() const {
 
 /// What a person calls the type, with its article: "a string", "an integer", "a dictionary".
 std::string_view typeName(Type type);
-
-/// A short rendering for messages: `"text"`, `42`, `true`, `an array of 3`. Long strings are cut.
-std::string summary(const Value& value);
 
 }  // namespace mirvel::plist

@@ -7,6 +7,7 @@
 
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/ReadFailure.h"
+#include "core/propertylist/XmlHeader.h"
 
 namespace mirvel::plist {
 
@@ -15,8 +16,12 @@ namespace {
 constexpr std::array<std::string_view, 11> names = {"array", "data",  "date", "dict",   "false", "integer",
                                                     "key",   "plist", "real", "string", "true"};
 
-constexpr bool isWhite(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
-constexpr bool endsName(char c) { return c == '>' || c == '/' || isWhite(c); }
+constexpr bool isWhite(char c) {
+  return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+}
+constexpr bool endsName(char c) {
+  return c == '>' || c == '/' || isWhite(c);
+}
 
 /// A character as a message shows it: `x`, or its number where it can't be shown.
 std::string shown(char c) {
@@ -26,29 +31,16 @@ std::string shown(char c) {
   return std::string("the byte 0x") + digits[byte >> 4U] + digits[byte & 15U];
 }
 
-/// The first byte from `at` on that is `<`, `&` or beyond ASCII.
-const char* findSpecial(const char* at, const char* end) {
-  constexpr std::uint64_t ones = 0x0101010101010101U;
-  constexpr std::uint64_t tops = 0x8080808080808080U;
-  if constexpr (std::endian::native == std::endian::little) {
-    while (end - at >= 8) {
-      std::uint64_t word = 0;
-      std::memcpy(&word, at, 8);
-      // A byte that equals the wanted one is zero after the xor, and only a zero byte borrows its top bit here.
-      const std::uint64_t less = word ^ (ones * '<');
-      const std::uint64_t ampersand = word ^ (ones * '&');
-      const std::uint64_t found = (((less - ones) & ~less) | ((ampersand - ones) & ~ampersand) | word) & tops;
-      if (found != 0) return at + std::countr_zero(found) / 8;
-      at += 8;
-    }
-  }
-  while (at < end && *at != '<' && *at != '&' && (*at & 0x80) == 0) ++at;
-  return at;
-}
-
 }  // namespace
 
-std::string_view elementName(Element element) { return names[static_cast<std::size_t>(element)]; }
+const std::array<XmlScanner::CloseTag, 11> XmlScanner::closeTags = {
+    closeTagOf("</array>"), closeTagOf("</data>"),    closeTagOf("</date>"), closeTagOf("</dict>"),
+    closeTagOf("</false>"), closeTagOf("</integer>"), closeTagOf("</key>"),  closeTagOf("</plist>"),
+    closeTagOf("</real>"),  closeTagOf("</string>"),  closeTagOf("</true>")};
+
+std::string_view elementName(Element element) {
+  return names[static_cast<std::size_t>(element)];
+}
 
 void XmlScanner::fail(std::string message, const char* place) const {
   throw ReadFailure{.message = std::move(message), .offset = offsetOf(place)};
@@ -63,10 +55,6 @@ bool XmlScanner::startsWith(std::string_view prefix) const {
          std::memcmp(m_at, prefix.data(), prefix.size()) == 0;
 }
 
-void XmlScanner::skipWhite() {
-  while (m_at < m_end && isWhite(*m_at)) ++m_at;
-}
-
 void XmlScanner::skipUntil(std::string_view end, std::string_view what) {
   const char* const start = m_at;
   const char* const found = std::search(m_at, m_end, end.begin(), end.end());
@@ -74,22 +62,14 @@ void XmlScanner::skipUntil(std::string_view end, std::string_view what) {
   m_at = found + end.size();
 }
 
-void XmlScanner::skipComment() {
-  m_at += 4;
-  skipUntil("-->", "the comment");
-}
-
-void XmlScanner::skipInstruction() {
-  m_at += 2;
-  skipUntil("?>", "the processing instruction");
-}
-
 /// Passes over one comment or processing instruction, if one is here.
 bool XmlScanner::skipMarkup() {
   if (startsWith("<!--")) {
-    skipComment();
+    m_at += 4;
+    skipUntil("-->", "the comment");
   } else if (startsWith("<?")) {
-    skipInstruction();
+    m_at += 2;
+    skipUntil("?>", "the processing instruction");
   } else {
     return false;
   }
@@ -99,13 +79,18 @@ bool XmlScanner::skipMarkup() {
 void XmlScanner::skipDoctype() {
   const char* const start = m_at;
   if (!startsWith("<!DOCTYPE")) fail("`<!` opens neither a comment nor a DOCTYPE", start);
-  while (m_at < m_end && *m_at != '>' && *m_at != '[') ++m_at;
-  if (m_at == m_end) fail("the DOCTYPE isn't closed by `>`", start);
-  if (*m_at == '[') fail("the DOCTYPE has declarations of its own, which property lists can't have", m_at);
-  ++m_at;
+  const auto* const end = static_cast<const char*>(std::memchr(start, '>', static_cast<std::size_t>(m_end - start)));
+  const char* const stop = end ? end : m_end;
+  const void* const bracket = std::memchr(start, '[', static_cast<std::size_t>(stop - start));
+  if (bracket) {
+    fail("the DOCTYPE has declarations of its own, which property lists can't have", static_cast<const char*>(bracket));
+  }
+  if (!end) fail("the DOCTYPE isn't closed by `>`", start);
+  m_at = end + 1;
 }
 
 void XmlScanner::skipProlog() {
+  if (startsWith(xmlDeclaration)) m_at += xmlDeclaration.size();
   for (;;) {
     skipWhite();
     if (m_at == m_end) failAtEnd("<plist>");
@@ -116,12 +101,11 @@ void XmlScanner::skipProlog() {
   }
 }
 
-void XmlScanner::skipToTag() {
-  for (;;) {
-    skipWhite();
+void XmlScanner::skipToTagSlowly() {
+  for (;; skipWhite()) {
     if (m_at == m_end) failAtEnd("a tag");
     if (*m_at != '<') fail(shown(*m_at) + " stands where a tag was expected", m_at);
-    if (m_end - m_at < 2 || (m_at[1] != '!' && m_at[1] != '?')) return;
+    if (m_at[1] != '!' && m_at[1] != '?') return;
     if (!skipMarkup()) fail("`<!` opens no comment", m_at);
   }
 }
@@ -137,44 +121,27 @@ bool XmlScanner::onlyBlankLeft() {
   return m_at == m_end;
 }
 
-Element XmlScanner::elementOf(const char* name, std::size_t length) const {
-  const std::string_view text(name, length);
-  const auto is = [&](Element element) { return text == elementName(element); };
-  if (length == 3 && is(Element::Key)) return Element::Key;
-  if (length == 6 && is(Element::String)) return Element::String;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    if (is(static_cast<Element>(i))) return static_cast<Element>(i);
-  }
+Element XmlScanner::elementOf(std::string_view name) const {
+  const auto* const found = std::find(names.begin(), names.end(), name);
+  if (found != names.end()) return static_cast<Element>(found - names.begin());
   constexpr std::size_t longest = 40;
-  if (isUtf8(text.substr(0, longest))) fail("<" + std::string(text.substr(0, longest)) + "> is no element of a property list", name - 1);
-  fail("there is no element of a property list in this tag", name - 1);
+  const bool canBeShown = name.size() <= longest && isUtf8(name);
+  fail('<' + std::string(canBeShown ? name : "...") + "> is no element of a property list", name.data() - 1);
 }
 
-XmlScanner::Tag XmlScanner::openTag() {
+XmlScanner::Tag XmlScanner::unusualOpenTag() {
   const char* const name = m_at + 1;
-  const char* end = name;
-  while (end < m_end && !endsName(*end)) ++end;
+  const char* const nameEnd = std::find_if(name, m_end, endsName);
+  const char* const end = std::find(nameEnd, m_end, '>');
   if (end == m_end) fail("the tag isn't closed by `>`", m_at);
-  const Element element = elementOf(name, static_cast<std::size_t>(end - name));
-  while (end < m_end && *end != '>') ++end;
-  if (end == m_end) fail("the tag isn't closed by `>`", m_at);
+  const Element element = elementOf({name, static_cast<std::size_t>(nameEnd - name)});
   m_at = end + 1;
   return {.element = element, .isEmpty = end[-1] == '/'};
 }
 
-void XmlScanner::closeTag(Element element) {
-  const std::string_view name = elementName(element);
-  const std::size_t length = name.size() + 3;
-  if (static_cast<std::size_t>(m_end - m_at) >= length && m_at[0] == '<' && m_at[1] == '/' &&
-      std::memcmp(m_at + 2, name.data(), name.size()) == 0 && m_at[length - 1] == '>') {
-    m_at += length;
-  } else {
-    unusualCloseTag(name);
-  }
-}
-
 /// A closing tag with white space before its end, or none.
-void XmlScanner::unusualCloseTag(std::string_view name) {
+void XmlScanner::unusualCloseTag(Element element) {
+  const std::string_view name = elementName(element);
   const std::string expected = "</" + std::string(name) + '>';
   if (m_at == m_end) failAtEnd(expected);
   const char* const start = m_at;
@@ -199,23 +166,15 @@ std::string_view XmlScanner::rawText() {
   return {start, static_cast<std::size_t>(m_at - start)};
 }
 
-std::string_view XmlScanner::text(bool& isPlain) {
-  const char* const start = m_at;
-  const char* at = findSpecial(m_at, m_end);
-  isPlain = at < m_end && *at == '<' && (m_end - at < 2 || at[1] != '!');
-  if (!isPlain) return complexText(start);
-  m_at = at;
-  return {start, static_cast<std::size_t>(at - start)};
-}
-
 /// Text that isn't plain ASCII up to its closing tag.
-std::string_view XmlScanner::complexText(const char* start) {
+XmlScanner::Text XmlScanner::complexText() {
   m_buffer.clear();
+  const char* const start = m_at;
   const char* pending = start;  // from here on nothing is in the buffer yet
   for (;;) {
     m_at = std::find_if(m_at, m_end, [](char c) { return c == '<' || c == '&'; });
     if (m_at == m_end) failAtEnd("a closing tag");
-    if (*m_at == '<' && (m_end - m_at < 2 || m_at[1] != '!')) break;
+    if (*m_at == '<' && m_at[1] != '!') break;
     m_buffer.append(pending, m_at);
     if (*m_at == '&') {
       appendReference();
@@ -224,9 +183,11 @@ std::string_view XmlScanner::complexText(const char* start) {
     }
     pending = m_at;
   }
-  m_buffer.append(pending, m_at);
-  if (!isUtf8(m_buffer)) fail("the text here isn't valid in its encoding", start);
-  return m_buffer;
+  const bool isStable = pending == start;
+  if (!isStable) m_buffer.append(pending, m_at);
+  const std::string_view text = isStable ? std::string_view(start, static_cast<std::size_t>(m_at - start)) : m_buffer;
+  if (!isUtf8(text)) fail("the text here isn't valid in its encoding", start);
+  return {text, isStable};
 }
 
 void XmlScanner::appendCData() {

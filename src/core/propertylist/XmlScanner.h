@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+#include "core/propertylist/Words.h"
 
 namespace mirvel::plist {
 
@@ -13,51 +17,145 @@ std::string_view elementName(Element element);
 
 /// The tokens of an XML property list: tags, and the text between them. Moves through UTF-8 text once, from front to
 /// back; whatever it can't take is thrown as a `ReadFailure`.
+///
+/// Tags as nearly all files have them are told by comparing eight bytes at once, here in the header; everything else
+/// (attributes, white space in tags, references, CDATA, other characters than ASCII) takes the long way round.
 class XmlScanner {
  public:
+  /// What must lie behind the text, so that eight bytes can be compared anywhere, and every text has an end.
+  static constexpr std::string_view padding{"<\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 16};
+
   struct Tag {
     Element element;
     bool isEmpty;  ///< `<array/>`
   };
+  struct Text {
+    std::string_view text;
+    bool isStable;  ///< it lies in the scanned text, not in a buffer that the next call uses again
+  };
 
-  /// `utf8` must outlive the scanner.
+  /// `utf8` must outlive the scanner, and `padding` follow it in memory.
   explicit XmlScanner(std::string_view utf8)
       : m_begin(utf8.data()), m_at(utf8.data()), m_end(utf8.data() + utf8.size()) {}
 
   std::size_t offset() const { return static_cast<std::size_t>(m_at - m_begin); }
+  /// Of a part of the scanned text.
   std::size_t offsetOf(const char* place) const { return static_cast<std::size_t>(place - m_begin); }
+  bool contains(const char* place) const { return place >= m_begin && place <= m_end; }
 
   /// Passes over white space, comments, processing instructions and a DOCTYPE in front of the first element.
   void skipProlog();
   /// Passes over white space, comments and processing instructions, up to the `<` of a tag.
-  void skipToTag();
+  void skipToTag() {
+    skipWhite();
+    if (*m_at != '<' || m_at[1] == '!' || m_at[1] == '?' || m_at == m_end) skipToTagSlowly();
+  }
   /// Whether there is nothing but white space, comments and processing instructions up to the end.
   bool onlyBlankLeft();
 
   /// At the `<` of a tag: is it a closing one?
-  bool atCloseTag() const { return m_end - m_at >= 2 && m_at[1] == '/'; }
-  /// Takes an opening tag. Attributes are passed over.
-  Tag openTag();
-  /// Takes the closing tag of `element`, which must be here.
-  void closeTag(Element element);
+  bool atCloseTag() const { return m_at[1] == '/'; }
 
-  /// Takes the text up to the next tag with its references and CDATA sections resolved. The view lasts until the next
-  /// call; `isPlain` tells whether it is the very text of the list, which lasts as long as that.
-  std::string_view text(bool& isPlain);
+  /// Takes an opening tag. Attributes are passed over.
+  Tag openTag() {
+    const std::uint64_t next = words::load(m_at);
+    switch (m_at[1]) {
+      case 'k':
+        if (startsWith(next, "<key>")) return plainTag(Element::Key, 5);
+        break;
+      case 's':
+        if (startsWith(next, "<string>")) return plainTag(Element::String, 8);
+        break;
+      case 'd':
+        if (startsWith(next, "<dict>")) return plainTag(Element::Dict, 6);
+        if (startsWith(next, "<data>")) return plainTag(Element::Data, 6);
+        break;
+      case 't':
+        if (startsWith(next, "<true/>")) return plainTag(Element::True, 7, true);
+        break;
+      case 'f':
+        if (startsWith(next, "<false/>")) return plainTag(Element::False, 8, true);
+        break;
+      case 'i':
+        if (startsWith(next, "<integer") && m_at[8] == '>') return plainTag(Element::Integer, 9);
+        break;
+      case 'a':
+        if (startsWith(next, "<array>")) return plainTag(Element::Array, 7);
+        break;
+      case 'p':
+        if (startsWith(next, "<plist v") && isVersionOne()) return plainTag(Element::Plist, 21);
+        break;
+      default:
+        break;
+    }
+    return unusualOpenTag();
+  }
+
+  /// Takes the closing tag of `element`, which must be here.
+  void closeTag(Element element) {
+    const CloseTag& tag = closeTags[static_cast<std::size_t>(element)];
+    if ((words::load(m_at) & tag.mask) == tag.first &&
+        (words::load(m_at + tag.size - tag.lastSize) & tag.mask) == tag.last) {
+      m_at += tag.size;
+    } else {
+      unusualCloseTag(element);
+    }
+  }
+
+  /// Takes the text up to the next tag with its references and CDATA sections resolved.
+  Text text() {
+    const char* const start = m_at;
+    const char* const end = findSpecial(m_at);
+    if (*end != '<' || end[1] == '!') return complexText();
+    m_at = end;
+    return {{start, static_cast<std::size_t>(end - start)}, true};
+  }
   /// Takes everything up to the next `<`, as it stands.
   std::string_view rawText();
 
  private:
-  void skipWhite();
+  template <std::size_t N>
+  static bool startsWith(std::uint64_t next, const char (&text)[N]) {
+    return (next & words::mask(N - 1)) == words::of({text, N - 1});
+  }
+
+  /// A closing tag as its first and its last eight bytes; the same, and masked, where it is shorter.
+  struct CloseTag {
+    std::uint64_t mask;
+    std::uint64_t first;
+    std::uint64_t last;
+    std::size_t lastSize;
+    std::size_t size;
+  };
+  static constexpr CloseTag closeTagOf(std::string_view text) {
+    const std::size_t lastSize = text.size() < 8 ? text.size() : 8;
+    return {words::mask(lastSize), words::of(text.substr(0, lastSize)), words::of(text.substr(text.size() - lastSize)),
+            lastSize, text.size()};
+  }
+  static const std::array<CloseTag, 11> closeTags;
+
+  /// The rest of `<plist version="1.0">`.
+  bool isVersionOne() const {
+    return startsWith(words::load(m_at + 8), "ersion=\"") && startsWith(words::load(m_at + 16), "1.0\">");
+  }
+  Tag plainTag(Element element, std::size_t size, bool isEmpty = false) {
+    m_at += size;
+    return {element, isEmpty};
+  }
+  void skipWhite() {
+    while (*m_at == '\n' || *m_at == '\t' || *m_at == ' ' || *m_at == '\r') ++m_at;
+  }
+  static const char* findSpecial(const char* at);
+
+  bool startsWith(std::string_view prefix) const;
+  void skipToTagSlowly();
   bool skipMarkup();
-  void skipComment();
-  void skipInstruction();
   void skipDoctype();
   void skipUntil(std::string_view end, std::string_view what);
-  bool startsWith(std::string_view prefix) const;
-  Element elementOf(const char* name, std::size_t length) const;
-  void unusualCloseTag(std::string_view name);
-  std::string_view complexText(const char* start);
+  Tag unusualOpenTag();
+  Element elementOf(std::string_view name) const;
+  void unusualCloseTag(Element element);
+  Text complexText();
   void appendCData();
   void appendReference();
   void appendCharacterReference();
@@ -69,5 +167,19 @@ class XmlScanner {
   const char* m_end;
   std::string m_buffer;
 };
+
+/// The first byte from `at` on that is `<`, `&` or beyond ASCII; there is one, if only in the padding.
+inline const char* XmlScanner::findSpecial(const char* at) {
+  if constexpr (std::endian::native == std::endian::little) {
+    for (;; at += words::size) {
+      const std::uint64_t word = words::load(at);
+      const std::uint64_t found = words::find(word, '<') | words::find(word, '&') | (word & words::tops);
+      if (found != 0) return at + std::countr_zero(found) / 8;
+    }
+  } else {
+    while (*at != '<' && *at != '&' && (*at & 0x80) == 0) ++at;
+    return at;
+  }
+}
 
 }  // namespace mirvel::plist

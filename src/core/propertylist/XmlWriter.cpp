@@ -1,33 +1,53 @@
 #include <array>
 #include <charconv>
+#include <cstring>
 
-#include "core/propertylist/ByteBuffer.h"
 #include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/RealText.h"
+#include "core/propertylist/Room.h"
+#include "core/propertylist/Words.h"
 #include "core/propertylist/Writer.h"
+#include "core/propertylist/XmlHeader.h"
 
 namespace mirvel::plist {
 
 namespace {
 
-constexpr std::string_view header =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-    "<plist version=\"1.0\">\n";
-constexpr std::string_view footer = "</plist>\n";
+constexpr std::string_view plistOpen = "<plist version=\"1.0\">\n";
+constexpr std::string_view plistClose = "</plist>\n";
 
-constexpr bool needsEscape(char c) { return c == '<' || c == '>' || c == '&'; }
+/// Copies to claimed room, and gives the place behind it.
+char* put(char* to, std::string_view bytes) {
+  std::memcpy(to, bytes.data(), bytes.size());
+  return to + bytes.size();
+}
+
+constexpr bool needsEscape(char c) {
+  return c == '<' || c == '>' || c == '&';
+}
 constexpr std::size_t longestEscape = 5;  // `&amp;`
 
+char* putEscapedByte(char* to, char c) {
+  if (needsEscape(c)) return put(to, c == '<' ? "&lt;" : c == '>' ? "&gt;" : "&amp;");
+  *to = c;
+  return to + 1;
+}
+
+/// Copies text with its markup escaped. Up to a word more than the text itself may be written.
 char* putEscaped(char* to, std::string_view text) {
-  for (const char c : text) {
-    if (!needsEscape(c)) {
-      *to++ = c;
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (; end - at >= static_cast<std::ptrdiff_t>(words::size); at += words::size) {
+    const std::uint64_t word = words::load(at);
+    if ((words::find(word, '<') | words::find(word, '>') | words::find(word, '&')) == 0) {
+      std::memcpy(to, &word, words::size);
+      to += words::size;
     } else {
-      to = ByteBuffer::put(to, c == '<' ? "&lt;" : c == '>' ? "&gt;" : "&amp;");
+      for (std::size_t i = 0; i < words::size; ++i) to = putEscapedByte(to, at[i]);
     }
   }
+  while (at < end) to = putEscapedByte(to, *at++);
   return to;
 }
 
@@ -35,27 +55,39 @@ char* putEscaped(char* to, std::string_view text) {
 class XmlWriter {
  public:
   void write(const Value& value) {
-    m_out.append(header);
+    append(xmlDeclaration);
+    append(xmlDoctype);
+    append(plistOpen);
     element(value);
-    m_out.append(footer);
+    append(plistClose);
   }
 
   bool hasSet() const { return m_hasSet; }
-  std::string text() const { return m_out.text(); }
+  std::string text() const { return {m_out.begin(), m_out.end()}; }
 
  private:
   void element(const Value& value) {
     switch (value.type()) {
-      case Type::Boolean: return line(*value.as<bool>() ? "<true/>\n" : "<false/>\n");
-      case Type::Integer: return integer(*value.as<Integer>());
-      case Type::Real: return leaf("<real>", realText(*value.as<double>()), "</real>\n");
-      case Type::String: return leaf("<string>", *value.as<std::string>(), "</string>\n");
-      case Type::Data: return data(value.as<Data>()->bytes);
-      case Type::Date: return leaf("<date>", dateText(*value.as<Date>()), "</date>\n");
-      case Type::Array: return array(*value.as<Array>());
-      case Type::Dictionary: return dictionary(*value.as<Dictionary>());
-      case Type::Uid: return dictionary({{"CF$UID", std::int64_t{value.as<Uid>()->number}}});
-      case Type::Set: m_hasSet = true;
+      case Type::Boolean:
+        return line(*value.as<bool>() ? "<true/>\n" : "<false/>\n");
+      case Type::Integer:
+        return integer(*value.as<Integer>());
+      case Type::Real:
+        return leaf("<real>", realText(*value.as<double>()), "</real>\n");
+      case Type::String:
+        return leaf("<string>", *value.as<std::string>(), "</string>\n");
+      case Type::Data:
+        return data(value.as<Data>()->bytes);
+      case Type::Date:
+        return leaf("<date>", dateText(*value.as<Date>()), "</date>\n");
+      case Type::Array:
+        return array(*value.as<Array>());
+      case Type::Dictionary:
+        return dictionary(*value.as<Dictionary>());
+      case Type::Uid:
+        return dictionary({{"CF$UID", std::int64_t{value.as<Uid>()->number}}});
+      case Type::Set:
+        m_hasSet = true;
     }
   }
 
@@ -64,23 +96,24 @@ class XmlWriter {
     return to;
   }
 
-  void line(std::string_view text) {
-    m_out.advanceTo(ByteBuffer::put(putIndent(m_out.claim(m_indent + text.size())), text));
-  }
+  void append(std::string_view bytes) { m_out.advanceTo(put(m_out.claim(bytes.size()), bytes)); }
 
-  void leaf(std::string_view open, std::string_view text, std::string_view close) {
-    char* to = m_out.claim(m_indent + open.size() + text.size() * longestEscape + close.size());
-    to = ByteBuffer::put(putIndent(to), open);
+  void line(std::string_view text) { m_out.advanceTo(put(putIndent(m_out.claim(m_indent + text.size())), text)); }
+
+  /// The tags come as literals, so that the compiler knows their lengths.
+  template <std::size_t N, std::size_t M>
+  void leaf(const char (&open)[N], std::string_view text, const char (&close)[M]) {
+    char* to = m_out.claim(m_indent + N + text.size() * longestEscape + M);
+    to = put(putIndent(to), {open, N - 1});
     to = putEscaped(to, text);
-    m_out.advanceTo(ByteBuffer::put(to, close));
+    m_out.advanceTo(put(to, {close, M - 1}));
   }
 
   void integer(Integer number) {
     std::array<char, 24> digits{};
     const auto [end, error] =
-        number.isNegative()
-            ? std::to_chars(digits.begin(), digits.end(), static_cast<std::int64_t>(number.bits()))
-            : std::to_chars(digits.begin(), digits.end(), number.bits());
+        number.isNegative() ? std::to_chars(digits.begin(), digits.end(), static_cast<std::int64_t>(number.bits()))
+                            : std::to_chars(digits.begin(), digits.end(), number.bits());
     leaf("<integer>", {digits.data(), static_cast<std::size_t>(end - digits.data())}, "</integer>\n");
   }
 
@@ -88,7 +121,7 @@ class XmlWriter {
     line("<data>\n");
     std::string lines;
     appendDataLines(lines, bytes, m_indent);
-    m_out.append(lines);
+    append(lines);
     line("</data>\n");
   }
 
@@ -113,7 +146,7 @@ class XmlWriter {
     line("</dict>\n");
   }
 
-  ByteBuffer m_out;
+  Room<char, 4096> m_out;  // enough for most job files
   std::size_t m_indent = 0;
   bool m_hasSet = false;
 };

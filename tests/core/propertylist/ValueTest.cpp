@@ -48,10 +48,5 @@ TEST(ValueTest, IntegersReachFromMinus2To63To2To64) {
   EXPECT_EQ(Integer(std::numeric_limits<std::int64_t>::min()).text(), "-9223372036854775808");
 }
 
-TEST(ValueTest, SummaryCutsBetweenCharacters) {
-  EXPECT_EQ(summary(Value(std::string(39, 'x') + "\u00e4 and more")), '"' + std::string(39, 'x') + "...\"");
-  EXPECT_EQ(summary(Value(Array{1})), "an array of 1");
-}
-
 }  // namespace
 }  // namespace mirvel::plist

@@ -1,0 +1,46 @@
+# Two commands for a fresh machine: `make run` and `make test`. Each installs what is missing, builds, and goes.
+
+JOBS ?= $(shell getconf _NPROCESSORS_ONLN)
+ARGS ?= --help
+SECONDS_EACH ?= 600
+
+.PHONY: run test asan core check bench fuzz install clean
+
+run:
+	scripts/dependencies build
+	scripts/build release -j$(JOBS)
+	build/release/src/ctl/mirvelctl $(ARGS)
+
+test:
+	scripts/dependencies build test fuzz
+	scripts/build dev -j$(JOBS)
+	scripts/build fuzz -j$(JOBS)
+	ctest --preset fuzz
+	ctest --preset dev
+
+asan core:
+	scripts/dependencies build test
+	scripts/build $@ -j$(JOBS)
+	ctest --preset $@
+
+check:
+	scripts/dependencies build test check
+	scripts/check
+
+bench:
+	scripts/dependencies build bench
+	scripts/build bench -j$(JOBS)
+	scripts/bench
+
+fuzz:
+	scripts/dependencies build fuzz
+	scripts/build fuzz -j$(JOBS)
+	scripts/fuzz $(SECONDS_EACH)
+
+install:
+	scripts/dependencies build
+	scripts/build release -j$(JOBS)
+	cmake --install build/release $(if $(PREFIX),--prefix $(PREFIX))
+
+clean:
+	rm -rf build

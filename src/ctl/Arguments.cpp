@@ -1,0 +1,44 @@
+#include "ctl/Arguments.h"
+
+#include <algorithm>
+
+namespace mirvel::ctl {
+
+namespace {
+
+Error usage(const std::string& message) {
+  return {.code = Error::Code::BadArgument, .message = message};
+}
+
+}  // namespace
+
+Result<ParsedArguments> parseArguments(Arguments arguments, std::initializer_list<Option> known) {
+  ParsedArguments result;
+  bool onlyOperands = false;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& argument = arguments[i];
+    if (onlyOperands || argument.size() < 2 || argument[0] != '-') {
+      result.operands.push_back(argument);
+      continue;
+    }
+    if (argument == "--") {
+      onlyOperands = true;
+      continue;
+    }
+    const std::size_t equals = argument.find('=');
+    const std::string name = argument.substr(0, equals);
+    const auto* const option =
+        std::find_if(known.begin(), known.end(), [&](const Option& candidate) { return candidate.name == name; });
+    if (option == known.end()) return usage("there is no option " + name);
+    if (!option->takesValue && equals != std::string::npos) return usage("the option " + name + " takes no value");
+    if (option->takesValue && equals == std::string::npos && i + 1 == arguments.size()) {
+      return usage("the option " + name + " needs a value");
+    }
+    std::string value;
+    if (option->takesValue) value = equals == std::string::npos ? arguments[++i] : argument.substr(equals + 1);
+    result.options.insert_or_assign(name, value);
+  }
+  return result;
+}
+
+}  // namespace mirvel::ctl

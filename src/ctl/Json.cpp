@@ -1,0 +1,69 @@
+#include "ctl/Json.h"
+
+#include <cmath>
+
+#include "core/propertylist/DataText.h"
+#include "core/propertylist/DateText.h"
+#include "core/propertylist/RealText.h"
+
+namespace mirvel::ctl {
+
+namespace {
+
+std::string realOf(double number) {
+  if (std::isinf(number)) return number > 0 ? "inf" : "-inf";
+  if (number == 0 && std::signbit(number)) return "-0.0";
+  return plist::realText(number);
+}
+
+Json elementTrees(std::span<const plist::Node> elements) {
+  Json result = Json::array();
+  for (const plist::Node& element : elements) result.push_back(typedTree(element));
+  return result;
+}
+
+Json entryTrees(const plist::Members& members) {
+  Json result = Json::object();
+  for (const plist::Member& member : members) result[std::string(member.key())] = typedTree(member.value);
+  return result;
+}
+
+Json tree(const char* type, Json value) {
+  return {{"t", type}, {"v", std::move(value)}};
+}
+
+}  // namespace
+
+Json typedTree(const plist::Node& node) {
+  switch (node.type()) {
+    case plist::Type::Boolean: return tree("bool", *node.boolean());
+    case plist::Type::Integer: return tree("int", node.integer()->text());
+    case plist::Type::Real: return tree("real", realOf(*node.real()));
+    case plist::Type::String: return tree("string", std::string(*node.string()));
+    case plist::Type::Data: return tree("data", plist::base64(*node.data()));
+    case plist::Type::Date: return tree("date", plist::dateText(*node.date()));
+    case plist::Type::Uid: return tree("uid", std::to_string(node.uid()->number));
+    case plist::Type::Array: return tree("array", elementTrees(*node.array()));
+    case plist::Type::Set: return tree("set", elementTrees(*node.set()));
+    case plist::Type::Dictionary: return tree("dict", entryTrees(*node.dictionary()));
+  }
+  return {};
+}
+
+Json errorObject(const Error& error) {
+  Json result{{"error", error.text()}};
+  if (error.line != 0) {
+    result["line"] = error.line;
+    result["column"] = error.column;
+  }
+  if (error.offset) result["offset"] = *error.offset;
+  if (!error.keyPath.empty()) result["key"] = error.keyPath;
+  return result;
+}
+
+std::string text(const Json& json) {
+  // A file name may hold bytes that are no UTF-8.
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace mirvel::ctl
