@@ -20,9 +20,10 @@ std::optional<std::string> Launchd::plistData() const {
 std::optional<plist::Dictionary> Launchd::plistDictionary() const {
   const auto data = plistData();
   if (!data) return std::nullopt;
-  auto document = plist::read(*data);
+  const auto document = plist::read(*data);
   if (!document) return std::nullopt;
-  auto* dictionary = document->value.as<plist::Dictionary>();
+  plist::Value file = document->value();
+  auto* dictionary = file.as<plist::Dictionary>();
   return dictionary ? std::optional(std::move(*dictionary)) : std::nullopt;
 }
 

@@ -45,10 +45,10 @@ std::string executableName(const fs::path& bundle) {
   const auto bytes = readFile(bundle / "Contents" / "Info.plist", largestList);
   if (!bytes) return bundle.stem().string();
   const auto document = plist::read(*bytes);
-  const auto* info = document ? document->value.as<plist::Dictionary>() : nullptr;
+  const auto info = document ? document->root().dictionary() : std::nullopt;
   const auto* value = info ? info->find("CFBundleExecutable") : nullptr;
-  const auto* name = value ? value->as<std::string>() : nullptr;
-  return name ? *name : bundle.stem().string();
+  const auto name = value ? value->string() : std::nullopt;
+  return name ? std::string(*name) : bundle.stem().string();
 }
 
 std::optional<fs::path> executableOf(const fs::path& bundle) {

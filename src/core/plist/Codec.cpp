@@ -14,41 +14,41 @@ std::optional<std::int64_t> wholeNumber(double real) {
 
 }  // namespace
 
-std::optional<std::int64_t> wholeNumber(const plist::Value& value, WholeReals reals) {
-  if (const auto* integer = value.as<plist::Integer>()) return integer->toInt64();
-  const auto* real = value.as<double>();
+std::optional<std::int64_t> wholeNumber(const plist::Node& node, WholeReals reals) {
+  if (const auto integer = node.integer()) return integer->toInt64();
+  const auto real = node.real();
   return real && reals == WholeReals::Count ? wholeNumber(*real) : std::nullopt;
 }
 
-void decode(const plist::Value& value, const Place& place, bool& result) {
-  const auto* boolean = value.as<bool>();
-  if (!boolean) failWrongType(value, place, "a boolean");
+void decode(const plist::Node& node, const Place& place, bool& result) {
+  const auto boolean = node.boolean();
+  if (!boolean) failWrongType(node, place, "a boolean");
   result = *boolean;
 }
 
-void decode(const plist::Value& value, const Place& place, std::int64_t& result) {
-  const auto number = wholeNumber(value, WholeReals::Count);
-  const bool isTooLarge = value.type() == plist::Type::Integer;
-  if (!number) failWrongType(value, place, isTooLarge ? "one up to 9223372036854775807" : "an integer");
+void decode(const plist::Node& node, const Place& place, std::int64_t& result) {
+  const auto number = wholeNumber(node, WholeReals::Count);
+  const bool isTooLarge = node.type() == plist::Type::Integer;
+  if (!number) failWrongType(node, place, isTooLarge ? "one up to 9223372036854775807" : "an integer");
   result = *number;
 }
 
-void decode(const plist::Value& value, const Place& place, std::string& result) {
-  const auto* string = value.as<std::string>();
-  if (!string) failWrongType(value, place, "a string");
+void decode(const plist::Node& node, const Place& place, std::string& result) {
+  const auto string = node.string();
+  if (!string) failWrongType(node, place, "a string");
   result = *string;
 }
 
-const plist::Dictionary& dictionaryIn(const plist::Value& value, const Place& place) {
-  const auto* dictionary = value.as<plist::Dictionary>();
-  if (!dictionary) failWrongType(value, place, "a dictionary");
-  return *dictionary;
+plist::Members membersOf(const plist::Node& node, const Place& place) {
+  const auto members = node.dictionary();
+  if (!members) failWrongType(node, place, "a dictionary");
+  return *members;
 }
 
-const plist::Array& arrayIn(const plist::Value& value, const Place& place) {
-  const auto* array = value.as<plist::Array>();
-  if (!array) failWrongType(value, place, "an array");
-  return *array;
+std::span<const plist::Node> elementsOf(const plist::Node& node, const Place& place) {
+  const auto elements = node.array();
+  if (!elements) failWrongType(node, place, "an array");
+  return *elements;
 }
 
 }  // namespace mirvel::launchd

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,11 +18,11 @@ namespace mirvel::launchd {
 
 /// The number of an integer that 64 bits with a sign hold; with `WholeReals::Count` also of a real without a fraction.
 enum class WholeReals { Count, DontCount };
-std::optional<std::int64_t> wholeNumber(const plist::Value& value, WholeReals reals);
+std::optional<std::int64_t> wholeNumber(const plist::Node& node, WholeReals reals);
 
-void decode(const plist::Value& value, const Place& place, bool& result);
-void decode(const plist::Value& value, const Place& place, std::int64_t& result);  ///< whole reals count
-void decode(const plist::Value& value, const Place& place, std::string& result);
+void decode(const plist::Node& node, const Place& place, bool& result);
+void decode(const plist::Node& node, const Place& place, std::int64_t& result);  ///< whole reals count
+void decode(const plist::Node& node, const Place& place, std::string& result);
 
 inline std::optional<plist::Value> encode(bool value) {
   return plist::Value(value);
@@ -39,20 +40,22 @@ inline std::optional<plist::Value> encode(const plist::Data& value) {
   return plist::Value(value);
 }
 
-/// The dictionary that the value is, or the failure.
-const plist::Dictionary& dictionaryIn(const plist::Value& value, const Place& place);
-const plist::Array& arrayIn(const plist::Value& value, const Place& place);
+/// What the dictionary or array holds that the value must be.
+plist::Members membersOf(const plist::Node& node, const Place& place);
+std::span<const plist::Node> elementsOf(const plist::Node& node, const Place& place);
 
 template <typename Element>
-void decode(const plist::Value& value, const Place& place, std::vector<Element>& result) {
-  const plist::Array& array = arrayIn(value, place);
-  result.resize(array.size());
-  for (std::size_t i = 0; i < array.size(); ++i) decode(array[i], place.index(i), result[i]);
+void decode(const plist::Node& node, const Place& place, std::vector<Element>& result) {
+  const auto elements = elementsOf(node, place);
+  result.resize(elements.size());
+  for (std::size_t i = 0; i < elements.size(); ++i) decode(elements[i], place.index(i), result[i]);
 }
 
 template <typename Element>
-void decode(const plist::Value& value, const Place& place, StringMap<Element>& result) {
-  for (const auto& entry : dictionaryIn(value, place)) decode(entry.value, place.key(entry.key), result[entry.key]);
+void decode(const plist::Node& node, const Place& place, StringMap<Element>& result) {
+  for (const auto& member : membersOf(node, place)) {
+    decode(member.value, place.key(member.key()), result[std::string(member.key())]);
+  }
 }
 
 template <typename Element>
@@ -82,11 +85,11 @@ std::optional<plist::Value> encode(const StringMap<Element>& elements) {
 
 /// Decodes what can be decoded, and tells whether that worked; an element that can't be is not an error of the whole.
 template <typename Element>
-bool decodeOrDrop(const plist::Value& value, const Place& place, StringMap<Element>& result, const std::string& key) {
+bool decodeOrDrop(const plist::Member& member, const Place& place, StringMap<Element>& result) {
   try {
     Element element;
-    decode(value, place, element);
-    result.insert_or_assign(key, std::move(element));
+    decode(member.value, place.key(member.key()), element);
+    result.insert_or_assign(std::string(member.key()), std::move(element));
     return true;
   } catch (const DecodingFailure&) {
     return false;

@@ -6,7 +6,7 @@ namespace mirvel::launchd {
 
 namespace {
 
-std::string mismatchOf(const plist::Value& found, std::string_view expected) {
+std::string mismatchOf(const plist::Node& found, std::string_view expected) {
   std::string text = plist::summary(found);
   const auto type = plist::typeName(found.type());
   if (text.starts_with(type)) {
@@ -24,9 +24,11 @@ void failMissing(const Place& place) {
   throw DecodingFailure{std::move(error), {}};
 }
 
-void failWrongType(const plist::Value& found, const Place& place, std::string_view expected) {
+void failWrongType(const plist::Node& found, const Place& place, std::string_view expected) {
   std::string mismatch = mismatchOf(found, expected);
-  Error error{.code = Error::Code::WrongType, .message = "holds " + mismatch, .keyPath = place.text()};
+  std::string keyPath = place.text();
+  const char* subject = keyPath.empty() ? "the file holds " : "holds ";
+  Error error{.code = Error::Code::WrongType, .message = subject + mismatch, .keyPath = std::move(keyPath)};
   throw DecodingFailure{std::move(error), std::move(mismatch)};
 }
 

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "core/plist/Place.h"
-#include "core/propertylist/Value.h"
+#include "core/propertylist/Node.h"
 #include "core/support/Error.h"
 
 namespace mirvel::launchd {
@@ -19,7 +19,7 @@ struct DecodingFailure {
 [[noreturn]] void failMissing(const Place& place);
 
 /// Throws the failure of a value of the wrong type; `expected` with its article, such as "a boolean".
-[[noreturn]] void failWrongType(const plist::Value& found, const Place& place, std::string_view expected);
+[[noreturn]] void failWrongType(const plist::Node& found, const Place& place, std::string_view expected);
 
 /// Throws the failure of a value that has none of its possible forms, for what `failWrongType` said of it (or of a part
 /// of it, whose place is kept). The message is `text` and what was found.

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "core/plist/Codec.h"
@@ -11,24 +13,27 @@ namespace mirvel::launchd {
 /// The value as exactly that type. An integer isn't a real here, nor the other way round, so that nothing changes its
 /// type by being saved.
 template <typename Form>
-std::optional<Form> form(const plist::Value& value) {
-  const auto* found = value.as<Form>();
-  return found ? std::optional<Form>(*found) : std::nullopt;
-}
+std::optional<Form> form(const plist::Node& node) = delete;
 
 template <>
-inline std::optional<std::int64_t> form<std::int64_t>(const plist::Value& value) {
-  return wholeNumber(value, WholeReals::DontCount);
-}
+std::optional<bool> form(const plist::Node& node);
+template <>
+std::optional<std::int64_t> form(const plist::Node& node);
+template <>
+std::optional<double> form(const plist::Node& node);
+template <>
+std::optional<std::string> form(const plist::Node& node);
+template <>
+std::optional<plist::Data> form(const plist::Node& node);
 
 /// The elements of an array that holds nothing else than that type; an empty one fits any type.
 template <typename Form>
-std::optional<std::vector<Form>> arrayForm(const plist::Value& value) {
-  const auto* array = value.as<plist::Array>();
+std::optional<std::vector<Form>> arrayForm(const plist::Node& node) {
+  const auto array = node.array();
   if (!array) return std::nullopt;
   std::vector<Form> elements;
   elements.reserve(array->size());
-  for (const plist::Value& element : *array) {
+  for (const plist::Node& element : *array) {
     auto found = form<Form>(element);
     if (!found) return std::nullopt;
     elements.push_back(std::move(*found));
@@ -36,11 +41,11 @@ std::optional<std::vector<Form>> arrayForm(const plist::Value& value) {
   return elements;
 }
 
-/// Puts the value into the bucket of that type, if it is of it.
+/// Puts the value into the bucket of that type under its key, if it is of it.
 template <typename Form>
-bool storeForm(const plist::Value& value, StringMap<Form>& bucket, const std::string& key) {
-  auto found = form<Form>(value);
-  if (found) bucket.insert_or_assign(key, std::move(*found));
+bool storeForm(const plist::Member& member, StringMap<Form>& bucket) {
+  auto found = form<Form>(member.value);
+  if (found) bucket.insert_or_assign(std::string(member.key()), std::move(*found));
   return found.has_value();
 }
 

@@ -4,9 +4,9 @@
 
 namespace mirvel::launchd {
 
-void decode(const plist::Value& value, const Place& place, InetdCompatibility& result) {
-  for (const auto& [key, setting] : dictionaryIn(value, place)) {
-    (void)(storeForm(setting, result.bools, key) || storeForm(setting, result.integers, key));  // else dropped
+void decode(const plist::Node& node, const Place& place, InetdCompatibility& result) {
+  for (const auto& setting : membersOf(node, place)) {
+    (void)(storeForm(setting, result.bools) || storeForm(setting, result.integers));  // else dropped
   }
 }
 

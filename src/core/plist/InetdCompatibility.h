@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "core/plist/StringMap.h"
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -19,7 +20,7 @@ struct InetdCompatibility {
 };
 
 /// A key that fits no bucket is dropped; only a value that isn't a dictionary is a failure.
-void decode(const plist::Value& value, const Place& place, InetdCompatibility& result);
+void decode(const plist::Node& node, const Place& place, InetdCompatibility& result);
 std::optional<plist::Value> encode(const InetdCompatibility& inetd);
 
 }  // namespace mirvel::launchd

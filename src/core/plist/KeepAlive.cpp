@@ -38,11 +38,11 @@ KeepAlive::KeepAlive(std::optional<bool> isKeptAlive, std::optional<bool> ifCras
       otherJobEnabled(std::move(jobs)),
       crashed(ifCrashed) {}
 
-void decode(const plist::Value& value, const Place& place, KeepAlive& result) {
-  if (const auto* boolean = value.as<bool>()) {
+void decode(const plist::Node& node, const Place& place, KeepAlive& result) {
+  if (const auto boolean = node.boolean()) {
     result.bool_ = *boolean;
-  } else if (value.type() == plist::Type::Dictionary) {
-    decodeKeys(value, place, keys, result);
+  } else if (node.type() == plist::Type::Dictionary) {
+    decodeKeys(node, place, keys, result);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/plist/StringMap.h"
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -34,7 +35,7 @@ struct KeepAlive {
 
 /// A value that is neither a boolean nor a dictionary gives an object that holds nothing; a condition of the wrong
 /// type is a failure.
-void decode(const plist::Value& value, const Place& place, KeepAlive& result);
+void decode(const plist::Node& node, const Place& place, KeepAlive& result);
 std::optional<plist::Value> encode(const KeepAlive& keepAlive);
 
 }  // namespace mirvel::launchd

@@ -48,15 +48,15 @@ std::optional<CodingKey> codingKeyIn(const std::array<std::string_view, count>& 
 
 /// Reads a field that may be absent; null is absent.
 template <typename Field>
-void decodeField(const plist::Value* value, const Place& place, std::optional<Field>& field) {
-  if (value) decode(*value, place, field.emplace());
+void decodeField(const plist::Node* node, const Place& place, std::optional<Field>& field) {
+  if (node) decode(*node, place, field.emplace());
 }
 
 /// Reads a field that must be there.
 template <typename Field>
-void decodeField(const plist::Value* value, const Place& place, Field& field) {
-  if (!value) failMissing(place);
-  decode(*value, place, field);
+void decodeField(const plist::Node* node, const Place& place, Field& field) {
+  if (!node) failMissing(place);
+  decode(*node, place, field);
 }
 
 template <typename Field>
@@ -72,10 +72,10 @@ void encodeField(plist::Dictionary& dictionary, std::string_view key, const Fiel
 
 /// Fills the record from a dictionary, in the order of the table. Other keys are no concern of it.
 template <typename Record, typename... Rows>
-void decodeKeys(const plist::Value& value, const Place& place, const std::tuple<Rows...>& table, Record& record) {
-  const plist::Dictionary& dictionary = dictionaryIn(value, place);
+void decodeKeys(const plist::Node& node, const Place& place, const std::tuple<Rows...>& table, Record& record) {
+  const plist::Members members = membersOf(node, place);
   const auto decodeRow = [&](const auto& row) {
-    decodeField(dictionary.find(row.text), place.key(row.text), record.*row.field);
+    decodeField(members.find(row.text), place.key(row.text), record.*row.field);
   };
   std::apply([&](const auto&... row) { (decodeRow(row), ...); }, table);
 }

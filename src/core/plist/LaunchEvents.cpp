@@ -4,15 +4,15 @@
 
 namespace mirvel::launchd {
 
-void decode(const plist::Value& value, const Place& place, LaunchEvents& result) {
-  for (const auto& [name, stream] : dictionaryIn(value, place)) {
-    (void)decodeOrDrop(stream, place.key(name), result.dictionaries, name);  // a bad stream is dropped on purpose
+void decode(const plist::Node& node, const Place& place, LaunchEvents& result) {
+  for (const auto& stream : membersOf(node, place)) {
+    (void)decodeOrDrop(stream, place, result.dictionaries);  // a bad stream is dropped on purpose
   }
 }
 
-void decode(const plist::Value& value, const Place& place, LaunchEvents::SubDictionary& result) {
-  for (const auto& [name, event] : dictionaryIn(value, place)) {
-    (void)decodeOrDrop(event, place.key(name), result.subDictionaries, name);  // likewise
+void decode(const plist::Node& node, const Place& place, LaunchEvents::SubDictionary& result) {
+  for (const auto& event : membersOf(node, place)) {
+    (void)decodeOrDrop(event, place, result.subDictionaries);  // likewise
   }
 }
 

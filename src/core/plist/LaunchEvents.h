@@ -4,6 +4,7 @@
 
 #include "core/plist/PlistType.h"
 #include "core/plist/StringMap.h"
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -25,8 +26,8 @@ struct LaunchEvents {
 };
 
 /// A stream or event that isn't a dictionary is dropped; only the whole being none is a failure.
-void decode(const plist::Value& value, const Place& place, LaunchEvents& result);
-void decode(const plist::Value& value, const Place& place, LaunchEvents::SubDictionary& result);
+void decode(const plist::Node& node, const Place& place, LaunchEvents& result);
+void decode(const plist::Node& node, const Place& place, LaunchEvents::SubDictionary& result);
 std::optional<plist::Value> encode(const LaunchEvents& events);
 std::optional<plist::Value> encode(const LaunchEvents::SubDictionary& stream);
 

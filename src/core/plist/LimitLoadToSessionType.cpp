@@ -6,23 +6,23 @@ namespace mirvel::launchd {
 
 namespace {
 
-void decodeForms(const plist::Value& value, const Place& place, LimitLoadToSessionType& result) {
-  const auto* dictionary = value.as<plist::Dictionary>();
-  if (dictionary && dictionary->empty()) return;
-  if (const auto* string = value.as<std::string>()) {
-    result = {.types = {*string}, .singleValue = true};
-  } else if (value.type() == plist::Type::Array) {
-    decode(value, place, result.types);
+void decodeForms(const plist::Node& node, const Place& place, LimitLoadToSessionType& result) {
+  const auto members = node.dictionary();
+  if (members && members->size() == 0) return;
+  if (const auto string = node.string()) {
+    result = {.types = {std::string(*string)}, .singleValue = true};
+  } else if (node.type() == plist::Type::Array) {
+    decode(node, place, result.types);
   } else {
-    failWrongType(value, place, "a string or an array of strings");
+    failWrongType(node, place, "a string or an array of strings");
   }
 }
 
 }  // namespace
 
-void decode(const plist::Value& value, const Place& place, LimitLoadToSessionType& result) {
+void decode(const plist::Node& node, const Place& place, LimitLoadToSessionType& result) {
   try {
-    decodeForms(value, place, result);
+    decodeForms(node, place, result);
   } catch (DecodingFailure& failure) {
     failNoForm("Limit load to session type error: ", std::move(failure));
   }

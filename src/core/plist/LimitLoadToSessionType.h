@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -27,7 +28,7 @@ struct LimitLoadToSessionType {
 
 /// Neither a string nor an array of strings is a failure of code `NoForm`. An empty dictionary, which some programs
 /// leave for an empty list, gives no types.
-void decode(const plist::Value& value, const Place& place, LimitLoadToSessionType& result);
+void decode(const plist::Node& node, const Place& place, LimitLoadToSessionType& result);
 /// Nothing where there are no types.
 std::optional<plist::Value> encode(const LimitLoadToSessionType& value);
 

@@ -31,15 +31,15 @@ std::optional<K> SubDictionary::codingKey(std::string_view text) {
   return codingKeyIn<CodingKeys>(keyTexts, text);
 }
 
-void decode(const plist::Value& value, const Place& place, MachServices& result) {
-  for (const auto& [name, service] : dictionaryIn(value, place)) {
-    (void)(storeForm(service, result.bools, name) || storeForm(service, result.strings, name) ||
-           decodeOrDrop(service, place.key(name), result.dictionaries, name));
+void decode(const plist::Node& node, const Place& place, MachServices& result) {
+  for (const auto& service : membersOf(node, place)) {
+    (void)(storeForm(service, result.bools) || storeForm(service, result.strings) ||
+           decodeOrDrop(service, place, result.dictionaries));  // else dropped
   }
 }
 
-void decode(const plist::Value& value, const Place& place, SubDictionary& result) {
-  decodeKeys(value, place, keys, result);
+void decode(const plist::Node& node, const Place& place, SubDictionary& result) {
+  decodeKeys(node, place, keys, result);
 }
 
 std::optional<plist::Value> encode(const MachServices& services) {

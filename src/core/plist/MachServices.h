@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core/plist/StringMap.h"
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -44,8 +45,8 @@ struct MachServices {
 };
 
 /// A service that fits no bucket is dropped; only a value that isn't a dictionary is a failure.
-void decode(const plist::Value& value, const Place& place, MachServices& result);
-void decode(const plist::Value& value, const Place& place, MachServices::SubDictionary& result);
+void decode(const plist::Node& node, const Place& place, MachServices& result);
+void decode(const plist::Node& node, const Place& place, MachServices::SubDictionary& result);
 std::optional<plist::Value> encode(const MachServices& services);
 std::optional<plist::Value> encode(const MachServices::SubDictionary& service);
 

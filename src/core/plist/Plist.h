@@ -20,6 +20,7 @@
 #include "core/plist/StartCalendarInterval.h"
 #include "core/plist/StringMap.h"
 #include "core/plist/Umask.h"
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 #include "core/schedule/AppliedRules.h"
 #include "core/schedule/Scheduled.h"
@@ -111,12 +112,12 @@ class Plist {
   /// The texts of all known keys, in their order.
   static std::span<const std::string_view> knownKeys();
 
-  /// Reads a job file, XML or binary. Errors are those of `plist::read`, and those below.
-  static Result<Plist> decode(std::string_view bytes);
-  /// Reads a job file's property list. The first error in the order of the keys is reported, with its key path: code
-  /// `MissingKey` for no label, `WrongType` for a value of the wrong type, `NoForm` for a value that has none of the
-  /// forms which its key allows. `dictionary` stays absent.
-  static Result<Plist> decode(const plist::Value& file);
+  /// Reads a job file, XML or binary, with its `dictionary`. Errors are those of `plist::read` and of `decode`.
+  static Result<Plist> read(std::string_view bytes);
+  /// Makes the record of a job file's property list; `dictionary` stays absent. The first error in the order of the
+  /// keys is reported, with its key path: code `MissingKey` for no label, `WrongType` for a value of the wrong type,
+  /// `NoForm` for a value that has none of the forms which its key allows.
+  static Result<Plist> decode(const plist::Node& file);
 
   /// The known keys that are present, as they are written to the file.
   plist::Dictionary encode() const;

@@ -42,12 +42,12 @@ std::optional<std::size_t> rowOf(std::string_view key) {
 
 class PlistDecoder {
  public:
-  explicit PlistDecoder(const plist::Dictionary& file) {
-    for (const auto& [key, value] : file) {
-      if (const auto row = rowOf(key)) {
-        m_found[*row] = &value;
+  explicit PlistDecoder(const plist::Node& file) {
+    for (const auto& member : membersOf(file, m_top)) {
+      if (const auto row = rowOf(member.key())) {
+        m_found[*row] = &member.value;
       } else {
-        noteUnknown(key);
+        noteUnknown(member.key());
       }
     }
   }
@@ -74,37 +74,34 @@ class PlistDecoder {
     if (onDemand == false && m_plist.keepAlive) m_plist.keepAlive->bool_ = true;
   }
 
-  void noteUnknown(const std::string& key) {
+  void noteUnknown(std::string_view key) {
     if (!m_plist.unknownKeys) m_plist.unknownKeys.emplace();
-    m_plist.unknownKeys->push_back(key);
+    m_plist.unknownKeys->emplace_back(key);
   }
 
-  const plist::Value* find(K key) const { return m_found[static_cast<std::size_t>(key)]; }
+  const plist::Node* find(K key) const { return m_found[static_cast<std::size_t>(key)]; }
 
-  std::array<const plist::Value*, keyCount> m_found{};
+  std::array<const plist::Node*, keyCount> m_found{};
   Place m_top;
   Plist m_plist;
 };
 
 }  // namespace
 
-Result<Plist> Plist::decode(const plist::Value& file) {
-  const auto* dictionary = file.as<plist::Dictionary>();
-  if (!dictionary) {
-    return Error{.code = Error::Code::WrongType,
-                 .message = "the file holds " + std::string(plist::typeName(file.type())) + ", not a dictionary"};
-  }
+Result<Plist> Plist::decode(const plist::Node& file) {
   try {
-    return PlistDecoder(*dictionary).decode();
+    return PlistDecoder(file).decode();
   } catch (DecodingFailure& failure) {
     return std::move(failure.error);
   }
 }
 
-Result<Plist> Plist::decode(std::string_view bytes) {
-  auto document = plist::read(bytes);
-  if (!document) return std::move(document).error();
-  return decode(document->value);
+Result<Plist> Plist::read(std::string_view bytes) {
+  const auto document = plist::read(bytes);
+  if (!document) return document.error();
+  auto result = decode(document->root());
+  if (result) result->dictionary = std::move(*document->value().as<plist::Dictionary>());
+  return result;
 }
 
 }  // namespace mirvel::launchd

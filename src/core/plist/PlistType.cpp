@@ -6,40 +6,41 @@ namespace mirvel::launchd {
 
 namespace {
 
-bool storePlain(const plist::Value& value, PlistType& result, const std::string& key) {
-  return storeForm(value, result.bools, key) || storeForm(value, result.strings, key) ||
-         storeForm(value, result.integers, key) || storeForm(value, result.doubles, key);
+bool storePlain(const plist::Member& member, PlistType& result) {
+  return storeForm(member, result.bools) || storeForm(member, result.strings) || storeForm(member, result.integers) ||
+         storeForm(member, result.doubles);
 }
 
 }  // namespace
 
-void decode(const plist::Value& value, const Place& place, PlistType& result) {
-  for (const auto& [key, element] : dictionaryIn(value, place)) {
-    if (storePlain(element, result, key)) continue;
-    if (element.type() == plist::Type::Dictionary) {
-      decode(element, place.key(key), result.dictionaries[key]);
+void decode(const plist::Node& node, const Place& place, PlistType& result) {
+  for (const auto& member : membersOf(node, place)) {
+    if (storePlain(member, result)) continue;
+    const std::string key(member.key());
+    if (member.value.type() == plist::Type::Dictionary) {
+      decode(member.value, place.key(key), result.dictionaries[key]);
     } else {
-      decode(element, place.key(key), result.arrays[key]);
+      decode(member.value, place.key(key), result.arrays[key]);
     }
   }
 }
 
-void decode(const plist::Value& value, const Place& place, PlistType::SubDictionary& result) {
-  decode(value, place, result.subDictionaries);
+void decode(const plist::Node& node, const Place& place, PlistType::SubDictionary& result) {
+  decode(node, place, result.subDictionaries);
 }
 
-void decode(const plist::Value& value, const Place&, PlistType::SubArray& result) {
-  result.strings = arrayForm<std::string>(value);
-  if (!result.strings) result.integers = arrayForm<std::int64_t>(value);
-  if (!result.strings && !result.integers) result.doubles = arrayForm<double>(value);
+void decode(const plist::Node& node, const Place&, PlistType::SubArray& result) {
+  result.strings = arrayForm<std::string>(node);
+  if (!result.strings) result.integers = arrayForm<std::int64_t>(node);
+  if (!result.strings && !result.integers) result.doubles = arrayForm<double>(node);
 }
 
-void decode(const plist::Value& value, const Place&, PlistType::SubDictionaryType& result) {
-  result.bool_ = form<bool>(value);
-  result.string = form<std::string>(value);
-  result.integer = form<std::int64_t>(value);
-  result.double_ = form<double>(value);
-  result.data = form<plist::Data>(value);
+void decode(const plist::Node& node, const Place&, PlistType::SubDictionaryType& result) {
+  result.bool_ = form<bool>(node);
+  result.string = form<std::string>(node);
+  result.integer = form<std::int64_t>(node);
+  result.double_ = form<double>(node);
+  result.data = form<plist::Data>(node);
 }
 
 std::optional<plist::Value> encode(const PlistType& descriptor) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/plist/StringMap.h"
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -51,11 +52,11 @@ struct PlistType {
   bool operator==(const PlistType&) const = default;
 };
 
-void decode(const plist::Value& value, const Place& place, PlistType& result);
-void decode(const plist::Value& value, const Place& place, PlistType::SubDictionary& result);
+void decode(const plist::Node& node, const Place& place, PlistType& result);
+void decode(const plist::Node& node, const Place& place, PlistType::SubDictionary& result);
 /// These two never fail.
-void decode(const plist::Value& value, const Place& place, PlistType::SubArray& result);
-void decode(const plist::Value& value, const Place& place, PlistType::SubDictionaryType& result);
+void decode(const plist::Node& node, const Place& place, PlistType::SubArray& result);
+void decode(const plist::Node& node, const Place& place, PlistType::SubDictionaryType& result);
 
 std::optional<plist::Value> encode(const PlistType& descriptor);
 std::optional<plist::Value> encode(const PlistType::SubDictionary& dictionary);

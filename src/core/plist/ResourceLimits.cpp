@@ -32,8 +32,8 @@ std::optional<K> ResourceLimits::codingKey(std::string_view text) {
   return codingKeyIn<CodingKeys>(keyTexts, text);
 }
 
-void decode(const plist::Value& value, const Place& place, ResourceLimits& result) {
-  decodeKeys(value, place, keys, result);
+void decode(const plist::Node& node, const Place& place, ResourceLimits& result) {
+  decodeKeys(node, place, keys, result);
 }
 
 std::optional<plist::Value> encode(const ResourceLimits& limits) {

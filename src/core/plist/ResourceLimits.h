@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -39,7 +40,7 @@ struct ResourceLimits {
   bool operator==(const ResourceLimits&) const = default;
 };
 
-void decode(const plist::Value& value, const Place& place, ResourceLimits& result);
+void decode(const plist::Node& node, const Place& place, ResourceLimits& result);
 std::optional<plist::Value> encode(const ResourceLimits& limits);
 
 }  // namespace mirvel::launchd

@@ -38,29 +38,29 @@ std::optional<K> SubDictionary::codingKey(std::string_view text) {
   return codingKeyIn<CodingKeys>(keyTexts, text);
 }
 
-void decode(const plist::Value& value, const Place& place, Sockets& result) {
-  for (const auto& [name, socket] : dictionaryIn(value, place)) {
-    (void)decodeOrDrop(socket, place.key(name), result.dictionaries, name);  // a bad socket is dropped on purpose
+void decode(const plist::Node& node, const Place& place, Sockets& result) {
+  for (const auto& socket : membersOf(node, place)) {
+    (void)decodeOrDrop(socket, place, result.dictionaries);  // a bad socket is dropped on purpose
   }
 }
 
-void decode(const plist::Value& value, const Place& place, SubDictionary& result) {
-  if (value.type() == plist::Type::Array) {
-    decode(value, place, result.array);
+void decode(const plist::Node& node, const Place& place, SubDictionary& result) {
+  if (node.type() == plist::Type::Array) {
+    decode(node, place, result.array);
   } else {
-    decodeKeys(value, place, keys, result);
+    decodeKeys(node, place, keys, result);
   }
 }
 
-void decode(const plist::Value& value, const Place&, SubDictionary::SockServiceName& result) {
-  result.string = form<std::string>(value);
-  result.int_ = wholeNumber(value, WholeReals::Count);
+void decode(const plist::Node& node, const Place&, SubDictionary::SockServiceName& result) {
+  result.string = form<std::string>(node);
+  result.int_ = wholeNumber(node, WholeReals::Count);
 }
 
-void decode(const plist::Value& value, const Place&, SubDictionary::Bonjour& result) {
-  result.bool_ = form<bool>(value);
-  result.string = form<std::string>(value);
-  result.stringArray = arrayForm<std::string>(value);
+void decode(const plist::Node& node, const Place&, SubDictionary::Bonjour& result) {
+  result.bool_ = form<bool>(node);
+  result.string = form<std::string>(node);
+  result.stringArray = arrayForm<std::string>(node);
 }
 
 std::optional<plist::Value> encode(const Sockets& sockets) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/plist/StringMap.h"
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -76,11 +77,11 @@ struct Sockets {
 };
 
 /// A name whose socket can't be read is dropped; only a value that isn't a dictionary is a failure.
-void decode(const plist::Value& value, const Place& place, Sockets& result);
-void decode(const plist::Value& value, const Place& place, Sockets::SubDictionary& result);
+void decode(const plist::Node& node, const Place& place, Sockets& result);
+void decode(const plist::Node& node, const Place& place, Sockets::SubDictionary& result);
 /// These two never fail.
-void decode(const plist::Value& value, const Place& place, Sockets::SubDictionary::SockServiceName& result);
-void decode(const plist::Value& value, const Place& place, Sockets::SubDictionary::Bonjour& result);
+void decode(const plist::Node& node, const Place& place, Sockets::SubDictionary::SockServiceName& result);
+void decode(const plist::Node& node, const Place& place, Sockets::SubDictionary::Bonjour& result);
 
 std::optional<plist::Value> encode(const Sockets& sockets);
 std::optional<plist::Value> encode(const Sockets::SubDictionary& socket);

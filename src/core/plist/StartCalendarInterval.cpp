@@ -17,14 +17,14 @@ constexpr auto keys = std::tuple{
 static_assert(isComplete(keys, K::month));
 constexpr auto keyTexts = textsOf(keys);
 
-void decodeForms(const plist::Value& value, const Place& place, StartCalendarInterval& result) {
-  if (value.type() == plist::Type::Array) {
-    decode(value, place, result.intervals);
-  } else if (value.type() == plist::Type::Dictionary) {
+void decodeForms(const plist::Node& node, const Place& place, StartCalendarInterval& result) {
+  if (node.type() == plist::Type::Array) {
+    decode(node, place, result.intervals);
+  } else if (node.type() == plist::Type::Dictionary) {
     result.singleValue = true;
-    decode(value, place, result.intervals.emplace_back());
+    decode(node, place, result.intervals.emplace_back());
   } else {
-    failWrongType(value, place, "a dictionary or an array of dictionaries");
+    failWrongType(node, place, "a dictionary or an array of dictionaries");
   }
 }
 
@@ -38,13 +38,13 @@ std::optional<K> Interval::codingKey(std::string_view text) {
   return codingKeyIn<CodingKeys>(keyTexts, text);
 }
 
-void decode(const plist::Value& value, const Place& place, Interval& result) {
-  decodeKeys(value, place, keys, result);
+void decode(const plist::Node& node, const Place& place, Interval& result) {
+  decodeKeys(node, place, keys, result);
 }
 
-void decode(const plist::Value& value, const Place& place, StartCalendarInterval& result) {
+void decode(const plist::Node& node, const Place& place, StartCalendarInterval& result) {
   try {
-    decodeForms(value, place, result);
+    decodeForms(node, place, result);
   } catch (DecodingFailure& failure) {
     failNoForm("Start calendar interval type error: ", std::move(failure));
   }

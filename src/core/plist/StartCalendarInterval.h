@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -35,8 +36,8 @@ struct StartCalendarInterval {
 };
 
 /// Neither a dictionary nor an array of them, or a number of the wrong type: a failure of code `NoForm`.
-void decode(const plist::Value& value, const Place& place, StartCalendarInterval& result);
-void decode(const plist::Value& value, const Place& place, StartCalendarInterval::Interval& result);
+void decode(const plist::Node& node, const Place& place, StartCalendarInterval& result);
+void decode(const plist::Node& node, const Place& place, StartCalendarInterval::Interval& result);
 std::optional<plist::Value> encode(const StartCalendarInterval& value);
 std::optional<plist::Value> encode(const StartCalendarInterval::Interval& interval);
 

@@ -22,11 +22,11 @@ std::optional<std::int64_t> decimal(std::string_view text) {
 
 }  // namespace
 
-void decode(const plist::Value& value, const Place&, Umask& result) {
-  if (const auto* text = value.as<std::string>()) {
+void decode(const plist::Node& node, const Place&, Umask& result) {
+  if (const auto text = node.string()) {
     result.int_ = text->starts_with('0') ? Octal::toInt(*text) : decimal(*text);
   } else {
-    result.int_ = wholeNumber(value, WholeReals::Count);
+    result.int_ = wholeNumber(node, WholeReals::Count);
   }
 }
 

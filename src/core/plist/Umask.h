@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::launchd {
@@ -18,7 +19,7 @@ struct Umask {
 };
 
 /// Never fails. A text is octal if it starts with 0, else decimal.
-void decode(const plist::Value& value, const Place& place, Umask& result);
+void decode(const plist::Node& node, const Place& place, Umask& result);
 /// The integer form, whatever the file held; nothing for an absent number.
 std::optional<plist::Value> encode(const Umask& umask);
 

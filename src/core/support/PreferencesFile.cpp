@@ -90,9 +90,10 @@ Result<void> PreferencesFile::load() {
 }
 
 Result<void> PreferencesFile::takeDictionary(const std::string& bytes) {
-  auto document = plist::read(bytes);
+  const auto document = plist::read(bytes);
   if (document) {
-    if (auto* dictionary = document->value.as<plist::Dictionary>()) {
+    plist::Value value = document->value();
+    if (auto* dictionary = value.as<plist::Dictionary>()) {
       m_dictionary = std::move(*dictionary);
       return {};
     }

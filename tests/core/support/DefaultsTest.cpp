@@ -22,7 +22,7 @@ std::string xml(const Value& value) {
 
 Value content(const fs::path& file) {
   const auto document = plist::read(testdata::bytes(file));
-  return document ? document->value : Value("unreadable");
+  return document ? document->value() : Value("unreadable");
 }
 
 TEST(DefaultsTest, EveryKeyHasItsRegisteredDefault) {

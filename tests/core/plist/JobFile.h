@@ -1,0 +1,47 @@
+#pragma once
+
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "core/plist/Plist.h"
+#include "core/propertylist/Reader.h"
+#include "core/propertylist/Value.h"
+#include "core/propertylist/Writer.h"
+
+namespace mirvel::plist {
+
+/// For the messages of failed tests.
+inline void PrintTo(const Value& value, std::ostream* out) {
+  const auto text = writeXml(value);
+  *out << (text ? *text : text.error().text());
+}
+
+}  // namespace mirvel::plist
+
+namespace mirvel::launchd {
+
+using List = plist::Array;
+using Dict = plist::Dictionary;
+
+/// A job file with one key beside its label.
+inline Dict fileWith(const std::string& key, plist::Value value) {
+  return Dict{{"Label", "job"}, {key, std::move(value)}};
+}
+
+/// What the record's decoder makes of a file with that content.
+inline Result<Plist> decode(const plist::Value& file) {
+  const auto document = plist::read(plist::writeBinary(file));
+  if (!document) throw std::runtime_error("not read: " + document.error().text());
+  return Plist::decode(document->root());
+}
+
+/// The record of a file that must be good.
+inline Plist decoded(const plist::Value& file) {
+  auto plist = decode(file);
+  if (!plist) throw std::runtime_error("not decoded: " + plist.error().text());
+  return std::move(*plist);
+}
+
+}  // namespace mirvel::launchd

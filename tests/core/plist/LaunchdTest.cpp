@@ -1,0 +1,42 @@
+#include "core/catalogue/Launchd.h"
+
+#include <gtest/gtest.h>
+
+#include "core/plist/JobFile.h"
+
+namespace mirvel {
+namespace {
+
+using launchd::Dict;
+
+Launchd jobOf(const Dict& file) {
+  auto record = std::make_unique<Launchd::Plist>(launchd::decoded(file));
+  record->dictionary = file;
+  return Launchd(std::move(record));
+}
+
+TEST(LaunchdTest, TheFileHoldsKnownAndUnknownKeysInOrder) {
+  Launchd job = jobOf({{"Label", "job"}, {"Zebra", plist::Date{0}}, {"Alpha", plist::Data{"x"}}, {"RunAtLoad", false}});
+  job.plist().nice = 5;
+  EXPECT_EQ(job.plistData(),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+            "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+            "<plist version=\"1.0\">\n<dict>\n"
+            "\t<key>Alpha</key>\n\t<data>\n\teA==\n\t</data>\n"
+            "\t<key>Label</key>\n\t<string>job</string>\n"
+            "\t<key>Nice</key>\n\t<integer>5</integer>\n"
+            "\t<key>RunAtLoad</key>\n\t<false/>\n"
+            "\t<key>Zebra</key>\n\t<date>2001-01-01T00:00:00Z</date>\n"
+            "</dict>\n</plist>\n");
+  EXPECT_EQ(job.plistDictionary(), job.plist().encodeAll());
+}
+
+TEST(LaunchdTest, WhatXmlCantHoldGivesNoFile) {
+  const Launchd job = jobOf({{"Label", "job"}, {"Odd", plist::Set{}}});
+  EXPECT_FALSE(job.plistData());
+  EXPECT_FALSE(job.plistDictionary());
+}
+
+}  // namespace
+}  // namespace mirvel

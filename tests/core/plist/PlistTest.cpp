@@ -1,0 +1,138 @@
+#include "core/plist/Plist.h"
+
+#include <gmock/gmock.h>
+
+#include "core/plist/JobFile.h"
+#include "support/TestData.h"
+
+namespace mirvel::launchd {
+namespace {
+
+using testing::ElementsAre;
+using testing::Optional;
+
+TEST(PlistTest, AFileWithOnlyALabelHoldsNothingElse) {
+  Plist expected;
+  EXPECT_EQ(decoded(Dict{{"Label", ""}}), expected);
+  EXPECT_EQ(expected.encode(), (Dict{{"Label", ""}}));
+}
+
+TEST(PlistTest, OnDemandFalseTurnsKeepAliveOn) {
+  const Dict conditions{{"SuccessfulExit", false}};
+  const struct {
+    plist::Value keepAlive;
+    bool onDemand;
+    plist::Value written;
+  } table[] = {
+      {conditions, false, true},      {false, false, true}, {"unusable", false, true},
+      {conditions, true, conditions}, {false, true, false},
+  };
+  for (const auto& row : table) {
+    const auto plist = decoded(Dict{{"Label", "job"}, {"KeepAlive", row.keepAlive}, {"OnDemand", row.onDemand}});
+    const Dict file = plist.encode();
+    EXPECT_EQ(*file.find("KeepAlive"), row.written);
+    EXPECT_EQ(*file.find("OnDemand"), plist::Value(row.onDemand));
+  }
+  EXPECT_FALSE(decoded(fileWith("OnDemand", false)).keepAlive);
+  const auto kept = decoded(Dict{{"Label", "job"}, {"KeepAlive", conditions}, {"OnDemand", false}});
+  EXPECT_THAT(kept.keepAlive->successfulExit, Optional(false)) << "the conditions stay in the record";
+}
+
+TEST(PlistTest, DerivedFieldsComeFromTheirKeys) {
+  const auto plist = decoded(Dict{{"Label", "job"},
+                                  {"Program", "/bin/ls"},
+                                  {"ProgramArguments", List{"ls", "-l"}},
+                                  {"StartInterval", 7200},
+                                  {"StartCalendarInterval", Dict{{"Minute", 30}}}});
+  EXPECT_EQ(plist.run, "/bin/ls -l");
+  EXPECT_THAT(plist.iconPath, Optional(std::string("/bin/ls")));
+  EXPECT_THAT(plist.scheduled,
+              ElementsAre(Scheduled::RepeatInterval{.interval = 2, .unit = Scheduled::RepeatInterval::Unit::hours},
+                          Scheduled::EveryHour{.minute = 30}));
+}
+
+TEST(PlistTest, UnknownKeysGoBackAsTheyWereRead) {
+  const Dict file{{"Label", "job"},
+                  {"label", "differs by case"},
+                  {"InetdCompatibility", Dict{{"Wait", true}}},
+                  {"Moment", plist::Date{700000000}},
+                  {"Deep", Dict{{"data", plist::Data{"\x01\x02"}}, {"list", List{Dict{}, 1, 2.5}}}}};
+  auto plist = decoded(file);
+  EXPECT_THAT(plist.unknownKeys, Optional(ElementsAre("Deep", "InetdCompatibility", "Moment", "label")));
+  EXPECT_EQ(plist.encodeAll(), (Dict{{"Label", "job"}})) << "without the file as read there is nothing to put back";
+
+  plist.dictionary = file;
+  EXPECT_EQ(plist.encodeAll(), file);
+  plist.unknownKeys = {"Moment", "gone from the file"};
+  EXPECT_EQ(plist.encodeAll(), (Dict{{"Label", "job"}, {"Moment", plist::Date{700000000}}}));
+  EXPECT_FALSE(decoded(Dict{{"Label", "job"}, {"Nice", 1}}).unknownKeys);
+}
+
+TEST(PlistTest, EveryKeyOfTheTableIsReadIntoItsOwnField) {
+  // Swapped rows would still make the round trip, so the fields are looked at by hand, one of each type.
+  const auto plist = decoded(Dict{{"Label", "a"},
+                                  {"StandardInPath", "in"},
+                                  {"StandardOutPath", "out"},
+                                  {"StandardErrorPath", "error"},
+                                  {"LowPriorityIO", true},
+                                  {"LowPriorityBackgroundIO", false},
+                                  {"ExitTimeOut", 1},
+                                  {"TimeOut", 2},
+                                  {"ThrottleInterval", 3},
+                                  {"LimitLoadFromHosts", List{"from"}},
+                                  {"LimitLoadToHosts", List{"to"}},
+                                  {"SoftResourceLimits", Dict{{"Core", 1}}},
+                                  {"HardResourceLimits", Dict{{"Core", 2}}},
+                                  {"HopefullyExitsFirst", true},
+                                  {"HopefullyExitsLast", false}});
+  Plist expected;
+  expected.name = "a";
+  expected.standardInPath = "in";
+  expected.standardOutPath = "out";
+  expected.standardErrorPath = "error";
+  expected.lowPriorityIO = true;
+  expected.lowPriorityBackgroundIO = false;
+  expected.exitTimeOut = 1;
+  expected.timeOut = 2;
+  expected.throttleInterval = 3;
+  expected.limitLoadFromHosts = {"from"};
+  expected.limitLoadToHosts = {"to"};
+  expected.softResourceLimits = ResourceLimits{.core = 1};
+  expected.hardResourceLimits = ResourceLimits{.core = 2};
+  expected.hopefullyExitsFirst = true;
+  expected.hopefullyExitsLast = false;
+  EXPECT_EQ(plist, expected);
+}
+
+TEST(PlistTest, KeysAndTextsMapBothWays) {
+  const auto keys = Plist::knownKeys();
+  ASSERT_EQ(keys.size(), 52U);
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    EXPECT_EQ(Plist::codingKey(keys[i]), static_cast<Plist::CodingKeys>(i));
+  }
+  EXPECT_EQ(Plist::text(Plist::CodingKeys::inetdCompatibility), "inetdCompatibility");
+  EXPECT_EQ(Plist::codingKey("label"), std::nullopt);
+}
+
+TEST(PlistTest, ABlankRecordRunsAtLoad) {
+  EXPECT_EQ(Plist::blankPlist(), decoded(Dict{{"Label", ""}, {"RunAtLoad", true}}));
+}
+
+TEST(PlistTest, PublishedJobFilesKeepTheirMeaning) {
+  MIRVEL_REQUIRE_TESTDATA(corpus, "corpus");
+  std::size_t files = 0;
+  for (const auto& file : testdata::files(corpus, ".plist")) {
+    const auto plist = Plist::read(testdata::bytes(file));
+    if (!plist) continue;
+    ++files;
+    const Dict saved = plist->encodeAll();
+    auto again = decoded(saved);
+    again.dictionary = saved;
+    EXPECT_EQ(again.encodeAll(), saved) << file;
+    EXPECT_EQ(again.scheduled, plist->scheduled) << file;
+  }
+  EXPECT_GT(files, 20U);
+}
+
+}  // namespace
+}  // namespace mirvel::launchd
