@@ -36,16 +36,26 @@ Json tree(const char* type, Json value) {
 
 Json typedTree(const plist::Node& node) {
   switch (node.type()) {
-    case plist::Type::Boolean: return tree("bool", *node.boolean());
-    case plist::Type::Integer: return tree("int", node.integer()->text());
-    case plist::Type::Real: return tree("real", realOf(*node.real()));
-    case plist::Type::String: return tree("string", std::string(*node.string()));
-    case plist::Type::Data: return tree("data", plist::base64(*node.data()));
-    case plist::Type::Date: return tree("date", plist::dateText(*node.date()));
-    case plist::Type::Uid: return tree("uid", std::to_string(node.uid()->number));
-    case plist::Type::Array: return tree("array", elementTrees(*node.array()));
-    case plist::Type::Set: return tree("set", elementTrees(*node.set()));
-    case plist::Type::Dictionary: return tree("dict", entryTrees(*node.dictionary()));
+    case plist::Type::Boolean:
+      return tree("bool", *node.boolean());
+    case plist::Type::Integer:
+      return tree("int", node.integer()->text());
+    case plist::Type::Real:
+      return tree("real", realOf(*node.real()));
+    case plist::Type::String:
+      return tree("string", std::string(*node.string()));
+    case plist::Type::Data:
+      return tree("data", plist::base64(*node.data()));
+    case plist::Type::Date:
+      return tree("date", plist::dateText(*node.date()));
+    case plist::Type::Uid:
+      return tree("uid", std::to_string(node.uid()->number));
+    case plist::Type::Array:
+      return tree("array", elementTrees(*node.array()));
+    case plist::Type::Set:
+      return tree("set", elementTrees(*node.set()));
+    case plist::Type::Dictionary:
+      return tree("dict", entryTrees(*node.dictionary()));
   }
   return {};
 }

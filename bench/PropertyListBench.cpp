@@ -1,0 +1,139 @@
+#include <benchmark/benchmark.h>
+#include <plist/plist.h>
+
+#include "JobFiles.h"
+#include "core/catalogue/Launchd.h"
+#include "core/propertylist/Reader.h"
+#include "core/propertylist/Writer.h"
+
+/// Reading and writing, side by side with libplist: each pair does the same work on the same bytes, from the bytes to a
+/// whole list and its end.
+namespace mirvel::bench {
+namespace {
+
+using Files = const JobFiles& (*)();
+using List = std::vector<std::string>;
+
+void report(benchmark::State& state, std::size_t files, std::size_t bytes) {
+  const auto rounds = static_cast<std::int64_t>(state.iterations());
+  state.SetItemsProcessed(rounds * static_cast<std::int64_t>(files));
+  state.SetBytesProcessed(rounds * static_cast<std::int64_t>(bytes));
+}
+
+void readOurs(benchmark::State& state, const List& lists, std::size_t bytes) {
+  for (auto _ : state) {
+    for (const std::string& list : lists) {
+      const auto document = plist::read(list);
+      if (!document) state.SkipWithError("a list wasn't read");
+      benchmark::DoNotOptimize(document->root());
+    }
+  }
+  report(state, lists.size(), bytes);
+}
+
+void readLibplist(benchmark::State& state, const List& lists, std::size_t bytes, bool isXml) {
+  for (auto _ : state) {
+    for (const std::string& list : lists) {
+      plist_t root = nullptr;
+      const auto size = static_cast<std::uint32_t>(list.size());
+      isXml ? plist_from_xml(list.data(), size, &root) : plist_from_bin(list.data(), size, &root);
+      if (!root) state.SkipWithError("a list wasn't read");
+      plist_free(root);
+    }
+  }
+  report(state, lists.size(), bytes);
+}
+
+void readXml(benchmark::State& state, Files files) {
+  readOurs(state, files().xml, files().xmlBytes());
+}
+void readXmlLibplist(benchmark::State& state, Files files) {
+  readLibplist(state, files().xml, files().xmlBytes(), true);
+}
+void readBinary(benchmark::State& state, Files files) {
+  readOurs(state, files().binary, files().binaryBytes());
+}
+void readBinaryLibplist(benchmark::State& state, Files files) {
+  readLibplist(state, files().binary, files().binaryBytes(), false);
+}
+
+void writeXml(benchmark::State& state, Files files) {
+  std::vector<plist::Value> values;
+  for (const std::string& xml : files().xml) values.push_back(plist::read(xml)->value());
+  for (auto _ : state) {
+    for (const plist::Value& value : values) {
+      const auto xml = plist::writeXml(value);
+      if (!xml) state.SkipWithError("a list wasn't written");
+      benchmark::DoNotOptimize(xml->data());
+    }
+  }
+  report(state, values.size(), files().xmlBytes());
+}
+
+void writeXmlLibplist(benchmark::State& state, Files files) {
+  std::vector<plist_t> lists;
+  for (const std::string& xml : files().xml) {
+    plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &lists.emplace_back());
+  }
+  for (auto _ : state) {
+    for (const plist_t list : lists) {
+      char* xml = nullptr;
+      std::uint32_t size = 0;
+      plist_to_xml(list, &xml, &size);
+      benchmark::DoNotOptimize(xml);
+      plist_to_xml_free(xml);
+    }
+  }
+  report(state, lists.size(), files().xmlBytes());
+  for (const plist_t list : lists) plist_free(list);
+}
+
+/// From the bytes to a checked record, which has no counterpart: it goes beside libplist's reading alone.
+void decodeRecord(benchmark::State& state, Files files) {
+  List jobs;
+  std::size_t bytes = 0;
+  for (const std::string& xml : files().xml) {
+    if (!Launchd::Plist::read(xml)) continue;
+    jobs.push_back(xml);
+    bytes += xml.size();
+  }
+  for (auto _ : state) {
+    for (const std::string& job : jobs) {
+      const auto record = Launchd::Plist::read(job);
+      if (!record) state.SkipWithError("a job wasn't decoded");
+      benchmark::DoNotOptimize(record->name.data());
+    }
+  }
+  report(state, jobs.size(), bytes);
+}
+
+/// Reading and copying to values of their own, for a comparison with trees that can be changed.
+void readXmlToValues(benchmark::State& state, Files files) {
+  for (auto _ : state) {
+    for (const std::string& xml : files().xml) {
+      const plist::Value value = plist::read(xml)->value();
+      benchmark::DoNotOptimize(value.type());
+    }
+  }
+  report(state, files().xml.size(), files().xmlBytes());
+}
+
+BENCHMARK_CAPTURE(readXml, corpus, &corpus);
+BENCHMARK_CAPTURE(readXmlLibplist, corpus, &corpus);
+BENCHMARK_CAPTURE(readXml, generated, &generated);
+BENCHMARK_CAPTURE(readXmlLibplist, generated, &generated);
+BENCHMARK_CAPTURE(readBinary, corpus, &corpus);
+BENCHMARK_CAPTURE(readBinaryLibplist, corpus, &corpus);
+BENCHMARK_CAPTURE(readBinary, generated, &generated);
+BENCHMARK_CAPTURE(readBinaryLibplist, generated, &generated);
+BENCHMARK_CAPTURE(writeXml, corpus, &corpus);
+BENCHMARK_CAPTURE(writeXmlLibplist, corpus, &corpus);
+BENCHMARK_CAPTURE(writeXml, generated, &generated);
+BENCHMARK_CAPTURE(writeXmlLibplist, generated, &generated);
+BENCHMARK_CAPTURE(decodeRecord, corpus, &corpus);
+BENCHMARK_CAPTURE(decodeRecord, generated, &generated);
+BENCHMARK_CAPTURE(readXmlToValues, corpus, &corpus);
+BENCHMARK_CAPTURE(readXmlToValues, generated, &generated);
+
+}  // namespace
+}  // namespace mirvel::bench

@@ -1,0 +1,18 @@
+#include <string>
+#include <string_view>
+
+#include "Check.h"
+#include "core/support/Strings.h"
+#include "core/support/Text.h"
+
+using namespace mirvel;
+
+/// A command line always splits, and its arguments, quoted and joined, split into the same again.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const auto arguments = Text::separateCommand({reinterpret_cast<const char*>(data), size});
+  FUZZ_CHECK(!arguments.empty());
+  std::string command;
+  for (const std::string& argument : arguments) command += (command.empty() ? "" : " ") + String::quote(argument);
+  FUZZ_CHECK(Text::separateCommand(command) == arguments);
+  return 0;
+}
