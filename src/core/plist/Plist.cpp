@@ -34,7 +34,7 @@ plist::Dictionary Plist::encodeAll() const {
   auto keys = *unknownKeys;
   std::sort(keys.begin(), keys.end(), plist::Dictionary::keyLess);  // each then goes near the end
   for (const std::string& key : keys) {
-    if (const plist::Value* value = dictionary->find(key)) file.set(key, *value);
+    if (const plist::Node* value = dictionary->find(key)) file.set(key, plist::valueOf(*value));
   }
   return file;
 }
