@@ -42,22 +42,32 @@ std::size_t endOf(std::string_view text, std::size_t at) {
   return std::min(text.find('<', at), text.size());
 }
 
+bool isMarkup(std::string_view construct) {
+  return construct.starts_with("<!") || construct.starts_with("<?");
+}
+
 bool isLenient(std::string_view construct) {
-  if (construct.starts_with("<!") || construct.starts_with("<?")) return true;
+  if (isMarkup(construct)) return true;
   return construct.starts_with("<") ? isLenientTag(construct) : isLenientText(construct);
+}
+
+/// Whether a quote may be open behind the construct, so that the parser objects only later.
+bool mayLeaveQuoteOpen(std::string_view construct) {
+  if (!construct.starts_with("<") || construct.starts_with("<!--") || construct.starts_with("<![")) return false;
+  return isLenient(construct) && construct.find_first_of("\"'") != std::string_view::npos;
 }
 
 }  // namespace
 
 bool isKnownLeniency(std::string_view text, std::size_t offset) {
-  std::string_view previous;
-  for (std::size_t at = 0; at < text.size();) {
+  // The parser may stop at the first byte of what it objects to, in it, or at the first byte behind it.
+  bool isData = false;
+  for (std::size_t at = 0; at <= offset && at < text.size();) {
     const std::size_t end = endOf(text, at);
     const std::string_view construct = text.substr(at, end - at);
-    // The parser may stop at the first byte behind what it objects to.
-    if (offset <= end) return isLenient(construct) || (offset == at && isLenient(previous));
-    previous = construct;
+    if (mayLeaveQuoteOpen(construct) || (offset <= end && (isLenient(construct) || isData))) return true;
+    isData = construct.starts_with("<data");
     at = end;
   }
-  return isLenient(previous);
+  return false;
 }

@@ -7,6 +7,7 @@
 /// well-formed XML:
 /// - attributes of any shape, since none has a meaning;
 /// - anything inside of a comment, a processing instruction, an XML declaration or a DOCTYPE, wherever they stand;
-/// - control characters and `]]>` in texts, and references to such characters.
+/// - control characters and `]]>` in texts, and references to such characters;
+/// - anything at all in <data>, of which our reader warns.
 /// `offset` is where the XML parser stopped, somewhere in or behind the construct that it objects to.
 bool isKnownLeniency(std::string_view text, std::size_t offset);

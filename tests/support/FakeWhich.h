@@ -20,6 +20,7 @@ class FakeWhich : public ProcessRunner {
       {"-x", "Illegal option -x\nUsage: which args\n"},
       {"ll", "ll: \t aliased to ls -l\n"},
       {"bin/x", "bin/x\n"},
+      {"vi\\m", "/usr/bin/vim\n"},
   };
   std::vector<std::string> words;
 

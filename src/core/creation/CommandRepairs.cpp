@@ -82,7 +82,9 @@ std::string CommandRepairs::repairCommand(const std::string& text) const {
   const auto blank = text.find(' ');
   const auto directory = directoryFor(text.substr(0, blank));
   if (!directory) return text;
-  if (!text.starts_with('~') && !text.starts_with("$HOME")) return *directory + text;
+  if (!text.starts_with('~') && !text.starts_with("$HOME")) {
+    return directory->ends_with('/') ? *directory + text : text;  // else the answer names another tool
+  }
   // The look-up has expanded the whole word, and its answer takes the word's place.
   if (Text::separateCommand(text).size() < 2) return *directory;
   return *directory + text.substr(std::min(blank, text.size()));

@@ -93,7 +93,7 @@ std::optional<std::string> interpreterOf(const fs::path& file, const Commands& c
 
 std::string fileCommand(const fs::path& path, const Commands& commands) {
   const fs::path file = path.has_filename() ? path : path.parent_path();  // a folder may come with a slash at its end
-  const std::string quoted = String::quote(file.string());
+  std::string quoted = String::quote(file.string());
   if (extensionOf(file) == "app") {
     const auto executable = executableOf(file);
     return executable ? String::quote(executable->string()) : quoted;

@@ -1,5 +1,7 @@
 #include "core/plist/Plist.h"
 
+#include <algorithm>
+
 #include "core/plist/PlistKeys.h"
 
 namespace mirvel::launchd {
@@ -29,8 +31,10 @@ plist::Dictionary Plist::encode() const {
 plist::Dictionary Plist::encodeAll() const {
   plist::Dictionary file = encode();
   if (!unknownKeys || !dictionary) return file;
-  for (const std::string& key : *unknownKeys) {
-    if (const plist::Value* value = dictionary->find(key)) file.set(key, *value);
+  auto keys = *unknownKeys;
+  std::sort(keys.begin(), keys.end(), plist::Dictionary::keyLess);  // each then goes near the end
+  for (const std::string& key : keys) {
+    if (const plist::Node* value = dictionary->find(key)) file.set(key, plist::valueOf(*value));
   }
   return file;
 }

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/plist/FileDictionary.h"
 #include "core/plist/InetdCompatibility.h"
 #include "core/plist/KeepAlive.h"
 #include "core/plist/LaunchEvents.h"
@@ -147,7 +147,7 @@ class Plist {
   std::string run;                                  ///< the command line as one text; made when the file is decoded
   std::optional<std::string> iconPath;              ///< where to find an icon; made when the file is decoded
   std::vector<Scheduled::ScheduledType> scheduled;  ///< the schedule as rules; made when the file is decoded
-  std::optional<plist::Dictionary> dictionary;      ///< the whole file as read; set by whoever loads it
+  std::optional<FileDictionary> dictionary;         ///< the whole file as read; set by whoever loads it
   /// The keys of the file that aren't known. Taking one out takes it out of the file at the next save.
   std::optional<std::vector<std::string>> unknownKeys;
 

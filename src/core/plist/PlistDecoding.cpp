@@ -97,10 +97,10 @@ Result<Plist> Plist::decode(const plist::Node& file) {
 }
 
 Result<Plist> Plist::read(std::string_view bytes) {
-  const auto document = plist::read(bytes);
-  if (!document) return document.error();
+  auto document = plist::read(bytes);
+  if (!document) return std::move(document).error();
   auto result = decode(document->root());
-  if (result) result->dictionary = std::move(*document->value().as<plist::Dictionary>());
+  if (result) result->dictionary.emplace(*std::move(document));
   return result;
 }
 

@@ -30,9 +30,9 @@ std::vector<std::string> catalogNames(const icu::Locale& locale) {
 MessageCatalog findCatalog(const icu::Locale& locale, const fs::path& catalogues) {
   if (catalogues.empty()) return {};
   for (const auto& name : catalogNames(locale)) {
-    auto bytes = readFile(catalogues / name / "LC_MESSAGES" / "mirvel.mo", largestCatalog);
+    const auto bytes = readFile(catalogues / name / "LC_MESSAGES" / "mirvel.mo", largestCatalog);
     if (!bytes) continue;
-    if (auto catalog = MessageCatalog::read(std::move(*bytes))) return *std::move(catalog);
+    if (auto catalog = MessageCatalog::read(*bytes)) return *std::move(catalog);
   }
   return {};
 }

@@ -50,7 +50,7 @@ bool isUtf8(const std::string& header) {
 
 }  // namespace
 
-Result<MessageCatalog> MessageCatalog::read(std::string bytes) {
+Result<MessageCatalog> MessageCatalog::read(std::string_view bytes) {
   const Reader reader(bytes);
   if (reader.word(0) != magic) return malformed("this is no compiled message catalogue", 0);
   const auto version = reader.word(4), count = reader.word(8), originals = reader.word(12), texts = reader.word(16);

@@ -16,7 +16,7 @@ class MessageCatalog {
  public:
   MessageCatalog() = default;
   /// Reads a file of either byte order whose texts are UTF-8.
-  static Result<MessageCatalog> read(std::string bytes);
+  static Result<MessageCatalog> read(std::string_view bytes);
 
   /// The translation, if there is one that isn't empty. It lives as long as the catalogue.
   std::optional<std::string_view> find(std::string_view english) const;

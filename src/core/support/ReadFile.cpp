@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 
 #include "core/support/FileDescriptor.h"
 
@@ -41,7 +42,7 @@ std::size_t sizeOf(int file) {
 }  // namespace
 
 Result<std::string> readFile(const std::filesystem::path& path, std::size_t maximumSize) {
-  auto bytes = readBeginning(path, maximumSize + 1);
+  auto bytes = readBeginning(path, std::min(maximumSize, SIZE_MAX - 1) + 1);
   if (bytes && bytes->size() > maximumSize) return tooLarge(path, maximumSize);
   return bytes;
 }

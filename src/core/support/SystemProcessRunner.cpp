@@ -86,7 +86,8 @@ class SpawnPlan {
   int start(pid_t& id, const std::string& program, const std::vector<std::string>& arguments,
             const Environment& environment) {
     std::vector<std::string> variables;
-    for (const auto& [name, value] : environment) variables.push_back(name + '=' + value);
+    variables.reserve(environment.size());
+    for (const auto& [name, value] : environment) variables.emplace_back(name).append("=").append(value);
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     return ::posix_spawn(&id, program.c_str(), &m_actions, &m_attributes, pointers(words).data(),
@@ -96,6 +97,7 @@ class SpawnPlan {
  private:
   static std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> result;
+    result.reserve(texts.size() + 1);
     for (auto& text : texts) result.push_back(text.data());
     result.push_back(nullptr);
     return result;

@@ -118,6 +118,7 @@ TEST_F(CommandRepairsTest, ToolsGetTheirFullPath) {
       {"ll x", "ll x"},
       {"bin/x y", "bin/x y"},
       {"broken x", "broken x"},
+      {"vi\\m x", "vi\\m x"},
       {" ls x", " ls x"},
       {"~/tool", "/Users/x/tool"},
       {"~/tool ~/a", "/Users/x/tool ~/a"},

@@ -44,4 +44,11 @@ inline Plist decoded(const plist::Value& file) {
   return std::move(*plist);
 }
 
+/// Likewise, with the file itself.
+inline Plist loaded(const plist::Value& file) {
+  auto plist = Plist::read(plist::writeBinary(file));
+  if (!plist) throw std::runtime_error("not loaded: " + plist.error().text());
+  return std::move(*plist);
+}
+
 }  // namespace mirvel::launchd

@@ -10,9 +10,7 @@ namespace {
 using launchd::Dict;
 
 Launchd jobOf(const Dict& file) {
-  auto record = std::make_unique<Launchd::Plist>(launchd::decoded(file));
-  record->dictionary = file;
-  return Launchd(std::move(record));
+  return Launchd(std::make_unique<Launchd::Plist>(launchd::loaded(file)));
 }
 
 TEST(LaunchdTest, TheFileHoldsKnownAndUnknownKeysInOrder) {

@@ -61,7 +61,7 @@ TEST(PlistTest, UnknownKeysGoBackAsTheyWereRead) {
   EXPECT_THAT(plist.unknownKeys, Optional(ElementsAre("Deep", "InetdCompatibility", "Moment", "label")));
   EXPECT_EQ(plist.encodeAll(), (Dict{{"Label", "job"}})) << "without the file as read there is nothing to put back";
 
-  plist.dictionary = file;
+  plist = loaded(file);
   EXPECT_EQ(plist.encodeAll(), file);
   plist.unknownKeys = {"Moment", "gone from the file"};
   EXPECT_EQ(plist.encodeAll(), (Dict{{"Label", "job"}, {"Moment", plist::Date{700000000}}}));
@@ -126,8 +126,7 @@ TEST(PlistTest, PublishedJobFilesKeepTheirMeaning) {
     if (!plist) continue;
     ++files;
     const Dict saved = plist->encodeAll();
-    auto again = decoded(saved);
-    again.dictionary = saved;
+    const auto again = loaded(saved);
     EXPECT_EQ(again.encodeAll(), saved) << file;
     EXPECT_EQ(again.scheduled, plist->scheduled) << file;
   }

@@ -75,6 +75,9 @@ TEST(LocalizeTest, NumbersAreReadBackAsTheyAreWritten) {
     }
   }
   EXPECT_EQ(Localize("de_DE").int_(86400), "86.400");
+  for (const char* text : {"NaN", "\u221e", "12x", "9223372036854775808"}) {
+    EXPECT_EQ(Scheduled::NumberText("en").parseField(text), std::nullopt) << text;
+  }
 }
 
 }  // namespace

@@ -1,0 +1,101 @@
+#include "core/propertylist/Writer.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "core/propertylist/Reader.h"
+
+namespace mirvel::plist {
+namespace {
+
+constexpr const char* head =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+    "<plist version=\"1.0\">\n";
+
+/// What the writer gives for the value, less what is the same for all.
+std::string bodyOf(const Value& value) {
+  const auto xml = writeXml(value);
+  if (!xml) return xml.error().text();
+  EXPECT_EQ(xml->rfind(head, 0), 0U);
+  const std::string body = xml->substr(std::string(head).size());
+  EXPECT_EQ(body.substr(body.size() - 9), "</plist>\n");
+  return body.substr(0, body.size() - 9);
+}
+
+TEST(WriterTest, XmlIsWhatTheMacOsWriterGives) {
+  const struct {
+    Value value;
+    const char* body;
+  } rows[] = {
+      {true, "<true/>\n"},
+      {Integer::fromUnsigned(std::numeric_limits<std::uint64_t>::max()), "<integer>18446744073709551615</integer>\n"},
+      {std::numeric_limits<std::int64_t>::min(), "<integer>-9223372036854775808</integer>\n"},
+      {0.1, "<real>0.10000000000000001</real>\n"},
+      {1.0, "<real>1</real>\n"},
+      {-0.0, "<real>0.0</real>\n"},
+      {1e100, "<real>1e+100</real>\n"},
+      {std::nan(""), "<real>nan</real>\n"},
+      {-std::numeric_limits<double>::infinity(), "<real>-infinity</real>\n"},
+      {"", "<string></string>\n"},
+      {"<a> & \"b\" 'c'", "<string>&lt;a&gt; &amp; \"b\" 'c'</string>\n"},
+      {"eight by & then > some more", "<string>eight by &amp; then &gt; some more</string>\n"},
+      {Date{-0.5}, "<date>2000-12-31T23:59:59Z</date>\n"},
+      {Date{-63300000000.0}, "<date>-005-02-08T02:40:00Z</date>\n"},
+      {Data{}, "<data>\n</data>\n"},
+      {Array{Data{"ab"}}, "<array>\n\t<data>\n\tYWI=\n\t</data>\n</array>\n"},
+      {Array{}, "<array/>\n"},
+      {Dictionary{{"b", Dictionary{}}, {"a&", Array{1}}},
+       "<dict>\n\t<key>a&amp;</key>\n\t<array>\n\t\t<integer>1</integer>\n\t</array>\n\t<key>b</key>\n\t<dict/>\n</"
+       "dict>\n"},
+      {Uid{7}, "<dict>\n\t<key>CF$UID</key>\n\t<integer>7</integer>\n</dict>\n"},
+      {Array{Set{}}, "the list holds a set, which only a binary list can"},
+  };
+  for (const auto& [value, body] : rows) EXPECT_EQ(bodyOf(value), body);
+}
+
+TEST(WriterTest, DataLinesGrowShorterWithTheIndentUpToEightLevels) {
+  const auto lineLength = [](int depth) {
+    Value value = Data{std::string(200, 'x')};
+    for (int i = 0; i < depth; ++i) value = Array{value};
+    const std::string body = bodyOf(value);
+    const std::size_t start = body.find("eHh");  // base64 of x
+    return body.find('\n', start) - start;
+  };
+  EXPECT_EQ(lineLength(0), 76U);
+  EXPECT_EQ(lineLength(1), 68U);
+  EXPECT_EQ(lineLength(8), 12U);
+  EXPECT_EQ(lineLength(9), 12U);
+}
+
+TEST(WriterTest, BothFormsAreReadAgainAsTheSameList) {
+  Array many;
+  for (int i = 0; i < 70000; ++i) many.emplace_back(i);  // references of four bytes
+  const Value values[] = {
+      Dictionary{{"text", "a\u00e9\u20ac\U0001F600\r\n\t"}, {"numbers", Array{-1, 255, 256, 65536, 1.5, std::nan("")}}},
+      Array{Data{std::string("\0\xFF", 2)}, Date{1e9}, Uid{70000}, true, Array{}, Dictionary{}, ""},
+      many,
+      std::string(100000, 'x'),
+  };
+  for (const Value& value : values) {
+    const auto xml = writeXml(value);
+    ASSERT_TRUE(xml);
+    const auto fromXml = read(*xml);
+    ASSERT_TRUE(fromXml) << fromXml.error().text();
+    EXPECT_EQ(fromXml->value(), value);
+    const auto fromBinary = read(writeBinary(value));
+    ASSERT_TRUE(fromBinary) << fromBinary.error().text();
+    EXPECT_EQ(fromBinary->value(), value);
+  }
+  EXPECT_EQ(read(writeBinary(Set{{1, 2}}))->value(), Value(Set{{2, 1}}));
+}
+
+TEST(WriterTest, EqualStringsAreWrittenOnceInTheBinaryForm) {
+  const std::string text(1000, 'x');
+  EXPECT_LT(writeBinary(Array{text, text, Dictionary{{text, text}}}).size(), 1200U);
+}
+
+}  // namespace
+}  // namespace mirvel::plist

@@ -1,0 +1,229 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "core/propertylist/Positions.h"
+#include "core/propertylist/Reader.h"
+
+namespace mirvel::plist {
+namespace {
+
+Value valueIn(const std::string& xml) {
+  const auto document = read(xml);
+  EXPECT_TRUE(document) << xml << ": " << document.error().text();
+  return document ? document->value() : Value("refused");
+}
+
+std::vector<std::string> warningsIn(const std::string& xml) {
+  const auto document = read(xml);
+  EXPECT_TRUE(document) << xml;
+  std::vector<std::string> texts;
+  if (document) {
+    for (const Warning& warning : document->warnings()) texts.push_back(warning.text());
+  }
+  return texts;
+}
+
+TEST(XmlReaderTest, EveryTypeIsRead) {
+  const struct {
+    const char* element;
+    Value value;
+  } rows[] = {
+      {"<true/>", true},
+      {"<false></false>", false},
+      {"<integer>-12</integer>", -12},
+      {"<integer> + 0xFf</integer>", 255},
+      {"<integer>18446744073709551615</integer>", Integer::fromUnsigned(std::numeric_limits<std::uint64_t>::max())},
+      {"<integer>-9223372036854775808</integer>", std::numeric_limits<std::int64_t>::min()},
+      {"<real>0.1</real>", 0.1},
+      {"<real> -1.5e3</real>", -1500.0},
+      {"<real>-InF</real>", -std::numeric_limits<double>::infinity()},
+      {"<string/>", ""},
+      {"<string>a &lt;b&gt; &amp; &#233;&#x1F600;</string>", "a <b> & \u00e9\U0001F600"},
+      {"<string>a<![CDATA[<b>&]]>c</string>", "a<b>&c"},
+      {"<string>gr\u00fcn, more than eight bytes</string>", "gr\u00fcn, more than eight bytes"},
+      {"<date>2004-10-26T10:33:33Z</date>", Date{120479613}},
+      {"<date>1969-12-31T23:59:59Z</date>", Date{-978307201}},
+      {"<data>AAEC /w==</data>", Data{std::string("\0\1\2\xFF", 4)}},
+      {"<array><true/><string>x</string></array>", Array{true, "x"}},
+      {"<dict><key>b</key><true/><key>a</key><integer>1</integer></dict>", Dictionary{{"a", 1}, {"b", true}}},
+      {"<dict><key>CF$UID</key><integer>7</integer></dict>", Uid{7}},
+      {"<dict><key>CF$UID</key><string>7</string></dict>", Dictionary{{"CF$UID", "7"}}},
+  };
+  for (const auto& [element, value] : rows) {
+    EXPECT_EQ(valueIn(element), value) << element;
+    EXPECT_EQ(valueIn("<?xml version='1.0'?>\n<!DOCTYPE plist>\n<plist>\n " + std::string(element) + "\n</plist>\n"),
+              value);
+    EXPECT_EQ(valueIn("<array a='b'>" + std::string(element) + "<!-- - --></array >"), Value(Array{value})) << element;
+  }
+}
+
+TEST(XmlReaderTest, RefusalsTellWhatAndWhere) {
+  const struct {
+    const char* xml;
+    const char* text;
+  } rows[] = {
+      {"{ Label = x; }", "line 1, column 1: an XML property list can't start with `{`"},
+      {"\n\x01", "line 2, column 1: an XML property list can't start with the byte 0x01"},
+      {"   ", "line 1, column 4: the text ends where <plist> was expected"},
+      {"</plist>", "line 1, column 1: a closing tag stands where <plist> was expected"},
+      {"<plist>\n\t<integer>12x</integer>", "line 2, column 2: <integer> holds `12x`, which is no number"},
+      {"<integer>18446744073709551616</integer>",
+       "line 1, column 1: <integer> holds `18446744073709551616`, which is too large"},
+      {"<integer>-9223372036854775809</integer>",
+       "line 1, column 1: <integer> holds `-9223372036854775809`, which is too small"},
+      {"<integer>12 </integer>", "line 1, column 1: <integer> holds `12 `, which is no number"},
+      {"<integer/>", "line 1, column 1: <integer> is empty"},
+      {"<real>1,5</real>", "line 1, column 1: <real> holds `1,5`, which is no number"},
+      {"<date>2004-10-26</date>",
+       "line 1, column 1: <date> holds `2004-10-26`, which is no date such as `2004-10-26T10:33:33Z`"},
+      {"<data/>", "line 1, column 1: <data> is empty"},
+      {"<plist/>", "line 1, column 1: <plist> is empty"},
+      {"<array><sting>x</sting></array>", "line 1, column 8: <sting> is no element of a property list"},
+      {"<dict>\n<string>x</string></dict>", "line 2, column 1: <string> stands in a <dict> where <key> was expected"},
+      {"<dict>\n<key>a</key></dict>", "line 2, column 1: <key> has no value"},
+      {"<dict>\n<key>a&amp;</key></dict>", "line 1, column 1: <key> has no value"},
+      {"<plist><true/>\n<true/></plist>", "line 2, column 1: a second value stands in <plist>, which holds only one"},
+      {"<array>\n</dict>", "line 2, column 1: this tag doesn't close <array>: </array> was expected"},
+      {"<array>x</array>", "line 1, column 8: `x` stands where a tag was expected"},
+      {"<array>\n", "line 2, column 1: the text ends where a tag was expected"},
+      {"<true> </true>", "line 1, column 7: something else stands where </true> was expected"},
+      {"<string>a", "line 1, column 10: the text ends where </string> was expected"},
+      {"<string>a<b/></string>", "line 1, column 10: something else stands where </string> was expected"},
+      {"<string>a<!-- b --></string>", "line 1, column 10: only text and CDATA sections can stand here"},
+      {"<string><![CDATA[a</string>", "line 1, column 18: the CDATA section isn't closed by `]]>`"},
+      {"<string>R&D</string>",
+       "line 1, column 10: `&` opens no reference that property lists know; a plain one is written `&amp;`"},
+      {"<string>&#x110000;</string>", "line 1, column 9: the character reference is beyond U+10FFFF"},
+      {"<string>&#xD800;</string>", "line 1, column 9: the character reference names half of a surrogate pair"},
+      {"<string>&#;</string>", "line 1, column 9: the character reference has no number"},
+      {"<string>&#1a;</string>", "line 1, column 9: the character reference has `a` where a digit or `;` was expected"},
+      {"<string>\xFFmore text</string>", "line 1, column 9: the text here isn't valid in its encoding"},
+      {"<array><!-- ", "line 1, column 12: the comment isn't closed by `-->`"},
+      {"<!ENTITY a>", "line 1, column 1: `<!` opens neither a comment nor a DOCTYPE"},
+      {"<!DOCTYPE plist [ ]><true/>",
+       "line 1, column 17: the DOCTYPE has declarations of its own, which property lists can't have"},
+      {"<array", "line 1, column 1: the tag isn't closed by `>`"},
+      {"<", "line 1, column 1: the tag isn't closed by `>`"},
+      {"<?xml encoding='foobar'?><true/>", "line 1, column 1: the encoding `foobar` isn't known"},
+      {"", "the file is empty"},
+  };
+  for (const auto& [xml, text] : rows) {
+    const auto document = read(xml);
+    ASSERT_FALSE(document) << xml;
+    EXPECT_EQ(document.error().text(), text) << xml;
+  }
+}
+
+TEST(XmlReaderTest, WhatShouldBeMendedIsReadWithAWarning) {
+  using Texts = std::vector<std::string>;
+  EXPECT_EQ(warningsIn("<plist><true/></plist>\n<!-- -->\n<?p?>"), Texts{});
+  EXPECT_EQ(warningsIn("<plist><true/></plist>\n</plist>"),
+            Texts{"line 1, column 23: something stands behind the end of the list; macOS doesn't read it"});
+  EXPECT_EQ(warningsIn("<dict>\n<key>a</key><true/>\n<key>a</key><true/></dict>"),
+            Texts{"line 3, column 1: the key `a` is repeated; the last one counts"});
+  EXPECT_EQ(warningsIn("<data>QU!FB</data>"),
+            Texts{"line 1, column 1: <data> holds characters that are no base64, and are passed over"});
+  EXPECT_EQ(warningsIn("<data>QUE</data>"),
+            Texts{"line 1, column 1: <data> ends within a group of four characters, and its last bytes are lost"});
+  EXPECT_EQ(
+      warningsIn("<date>2002-13-01T00:00:00Z</date>"),
+      Texts{"line 1, column 1: the date `2002-13-01T00:00:00Z` doesn't exist, and is read as 2003-01-01T00:00:00Z"});
+  EXPECT_EQ(warningsIn("<array><key>a</key></array>"),
+            Texts{"line 1, column 8: <key> stands where a value belongs, and is read as a string"});
+  EXPECT_EQ(warningsIn("<?xml encoding='us-ascii'?>\n<string>\xE9</string>"),
+            Texts{"line 2, column 9: the list calls itself ASCII, but it isn't; it is read as Latin-1"});
+}
+
+TEST(XmlReaderTest, OfRepeatedKeysTheLastWinsHoweverMany) {
+  EXPECT_EQ(valueIn("<dict><key>a</key><true/><key>b</key><true/><key>a</key><false/></dict>"),
+            Value(Dictionary{{"a", false}, {"b", true}}));
+  std::string many = "<dict>";
+  Dictionary expected;
+  for (int i = 0; i < 200; ++i) {
+    many += "<key>k" + std::to_string(i % 100) + "</key><integer>" + std::to_string(i) + "</integer>";
+    expected.set("k" + std::to_string(i % 100), i);
+  }
+  EXPECT_EQ(valueIn(many + "</dict>"), Value(expected));
+  EXPECT_EQ(warningsIn(many + "</dict>").size(), 100U);
+}
+
+TEST(XmlReaderTest, EncodingsComeByMarkByZerosOrByDeclaration) {
+  const std::string utf8 = "<string>\u00e9\u20ac</string>";
+  const auto wide = [&](bool bigEndian) {
+    std::string bytes;
+    for (const char16_t unit : std::u16string_view(u"<string>\u00e9\u20ac</string>")) {
+      const auto high = static_cast<char>(unit >> 8U);
+      const auto low = static_cast<char>(unit & 0xFFU);
+      bytes += bigEndian ? high : low;
+      bytes += bigEndian ? low : high;
+    }
+    return bytes;
+  };
+  EXPECT_EQ(valueIn("\xEF\xBB\xBF" + utf8), Value("\u00e9\u20ac"));
+  EXPECT_EQ(valueIn("\xFF\xFE" + wide(false)), Value("\u00e9\u20ac"));
+  EXPECT_EQ(valueIn("\xFE\xFF" + wide(true)), Value("\u00e9\u20ac"));
+  EXPECT_EQ(valueIn(wide(false)), Value("\u00e9\u20ac"));
+  EXPECT_EQ(valueIn(wide(true)), Value("\u00e9\u20ac"));
+  EXPECT_EQ(valueIn("<?xml version=\"1.0\" encoding=\"ISO-8859-15\"?><string>\xA4</string>"), Value("\u20ac"));
+  EXPECT_EQ(valueIn("<?xml version=\"1.0\" encoding = 'x-mac-utf-8'?>" + utf8), Value("\u00e9\u20ac"));
+  EXPECT_FALSE(read("\xFF\xFE" + wide(false) + "\xD8"));  // half a character at the end
+  EXPECT_FALSE(read("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + utf8));
+}
+
+TEST(XmlReaderTest, EveryPrefixOfAListIsRefusedWithAPlaceWithinIt) {
+  const std::string xml =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"a\" \"b\">\n<plist "
+      "version=\"1.0\">\n<dict>\n"
+      "\t<key>a</key><array><integer>1</integer><data>AA==</data></array>\n\t<key>b &lt;</key>\n"
+      "\t<string>x<![CDATA[y]]>&#65;</string>\n\t<!-- c "
+      "-->\n\t<key>d</key><date>2001-01-01T00:00:00Z</date>\n</dict>\n</plist>";
+  ASSERT_TRUE(read(xml));
+  for (std::size_t size = 0; size < xml.size(); ++size) {
+    const auto document = read(xml.substr(0, size));
+    ASSERT_FALSE(document) << size;
+    EXPECT_LE(document.error().line, 11U) << size;
+  }
+}
+
+TEST(XmlReaderTest, NestingEndsAt512) {
+  const auto nested = [](std::size_t depth, const std::string& open, const std::string& close) {
+    std::string xml;
+    for (std::size_t i = 0; i < depth; ++i) xml += open;
+    xml += "<true/>";
+    for (std::size_t i = 0; i < depth; ++i) xml += close;
+    return xml;
+  };
+  EXPECT_TRUE(read(nested(512, "<array>", "</array>")));
+  EXPECT_TRUE(read(nested(512, "<dict><key>a</key>", "</dict>")));
+  const auto tooDeep = read(nested(513, "<array>", "</array>"));
+  ASSERT_FALSE(tooDeep);
+  EXPECT_EQ(tooDeep.error().code, Error::Code::LimitExceeded);
+  EXPECT_FALSE(read(nested(200000, "<dict><key>a</key>", "")));
+  EXPECT_TRUE(read(nested(200000, "<plist>", "</plist>")));  // adds no depth to the value
+}
+
+TEST(XmlReaderTest, PositionsAreThoseOfKeysAndValues) {
+  Positions positions;
+  ASSERT_TRUE(read(
+      "<plist>\n<dict>\n\t<key>a</key>\n\t<array><true/> <dict><key>b</key>\n<true/></dict></array>\n</dict></plist>",
+      &positions));
+  const struct {
+    const char* path;
+    std::size_t keyLine, keyColumn, valueLine, valueColumn;
+  } rows[] = {{"", 2, 1, 2, 1}, {"a", 3, 2, 4, 2}, {"a[0]", 4, 9, 4, 9}, {"a[1].b", 4, 23, 5, 1}};
+  for (const auto& row : rows) {
+    const auto spot = positions.find(row.path);
+    ASSERT_TRUE(spot) << row.path;
+    EXPECT_EQ(spot->key.line, row.keyLine) << row.path;
+    EXPECT_EQ(spot->key.column, row.keyColumn) << row.path;
+    EXPECT_EQ(spot->value.line, row.valueLine) << row.path;
+    EXPECT_EQ(spot->value.column, row.valueColumn) << row.path;
+  }
+  EXPECT_FALSE(positions.find("b"));
+}
+
+}  // namespace
+}  // namespace mirvel::plist
