@@ -46,6 +46,13 @@ void checkExistence(const Executable& executable, const Surroundings& surroundin
   }
 }
 
+/// What is worth knowing of a path that isn't absolute. A bare name is searched for by execvp(3).
+std::string relativeAdvice(const Executable& executable) {
+  if (executable.path.find(' ') != std::string::npos) return ", and each of its arguments needs an element of its own";
+  const bool isSearched = executable.keyPath != "Program" && executable.path.find('/') == std::string::npos;
+  return isSearched ? "; launchd looks for it in the system's own folders only" : "";
+}
+
 void checkExecutable(const Executable& executable, const Surroundings& surroundings, Findings& findings) {
   if (executable.path.empty()) {
     findings.error(executable.keyPath, "the path of the program is empty");
@@ -53,12 +60,8 @@ void checkExecutable(const Executable& executable, const Surroundings& surroundi
     findings.warning(executable.keyPath, placeholderMessage(*placeholder, surroundings.homeFolder));
   } else if (executable.path.starts_with('/')) {
     checkExistence(executable, surroundings, findings);
-  } else if (executable.path.find('/') != std::string::npos || executable.path.find(' ') != std::string::npos ||
-             executable.keyPath == "Program") {
-    findings.warning(executable.keyPath, "the path of the program isn't absolute");
   } else {
-    findings.warning(executable.keyPath,
-                     "the path of the program isn't absolute; launchd looks for it in the system's own folders only");
+    findings.warning(executable.keyPath, "the path of the program isn't absolute" + relativeAdvice(executable));
   }
 }
 

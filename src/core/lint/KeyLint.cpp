@@ -56,7 +56,7 @@ void checkUnknownKey(const std::string& key, Findings& findings) {
   if (key.starts_with('_') || std::find(known.begin(), known.end(), key) != known.end()) return;
   const std::string_view owner = ownerOf(key);
   if (!owner.empty()) {
-    findings.keyWarning(key, "unknown key at this place; it belongs into " + std::string(owner));
+    findings.keyWarning(key, "unknown key at this place; it belongs in " + std::string(owner));
   } else {
     findings.keyWarning(key, "unknown key" + suggestionText(key, known));
   }

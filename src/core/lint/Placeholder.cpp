@@ -89,7 +89,7 @@ std::string placeholderMessage(const Placeholder& placeholder, std::string_view 
   if (placeholder.kind == Kind::template_) return "the placeholder " + placeholder.text + " isn't filled in";
   const std::string message = "launchd doesn't expand " + placeholder.text;
   if (placeholder.kind == Kind::variable || homeFolder.empty()) return message;
-  return message + "; write " + std::string(homeFolder);
+  return message + "; write " + std::string(homeFolder) + " in its place";
 }
 
 }  // namespace mirvel::lint
