@@ -92,13 +92,28 @@ std::uint64_t BinaryReader::objectAt(std::uint64_t reference) const {
   return object;
 }
 
+/// The content of an object of `count` units, the count being in the low half of the marker or behind it.
+inline BinaryReader::Extent BinaryReader::extent(std::uint64_t offset, std::uint64_t unit) const {
+  constexpr std::uint8_t oneByteInteger = 0x10;
+  Extent result{.start = offset + 1, .count = byteAt(offset) & 15U};
+  if (result.count == 15) {
+    // What lies behind the objects can be looked at, too: the offset table and the trailer.
+    const bool isShort = byteAt(offset + 1) == oneByteInteger && offset + 3 <= m_table;
+    result = isShort ? Extent{.start = offset + 3, .count = byteAt(offset + 2)} : longExtent(offset);
+  }
+  if (result.count > m_table || result.count * unit > m_table - result.start) {
+    fail("the object runs out of the list", offset);
+  }
+  return result;
+}
+
 /// Reads a scalar, or finds a container that was read before. Otherwise opens the container, and gives false: the slot
 /// is filled when the container is complete.
 bool BinaryReader::readValue(std::uint64_t object, Node& slot) {
   const std::uint64_t offset = offsetOf(object);
   const unsigned kind = byteAt(offset) >> 4U;
   if (kind < 0xA) {
-    const Node node = scalar(offset);
+    const Node node = kind == 5 ? string(offset) : scalar(offset);  // most are strings
     grow(Limits::valueSize + node.byteCount());
     slot = node;
     return true;
@@ -150,7 +165,7 @@ void BinaryReader::readKeys(Frame& frame, std::uint64_t references) {
     const unsigned kind = byteAt(offset) >> 4U;
     if (kind != 5 && kind != 6) fail("a dictionary's key is no string", offset);
     const Node key = string(offset);
-    grow(Limits::valueSize + key.byteCount());
+    grow(Limits::valueSize + key.byteCount());  // at once: a long key that is named often takes time, too
     frame.slots[2 * i] = key;
   }
 }
@@ -206,16 +221,6 @@ BinaryReader::Extent BinaryReader::longExtent(std::uint64_t offset) const {
   const std::uint64_t size = std::uint64_t{1} << (byteAt(integer) & 15U);
   if (size > m_table - integer - 1) fail("the count of the object runs out of the list", offset);
   return {.start = integer + 1 + size, .count = bigEndian(integer + 1, size)};
-}
-
-/// The content of an object of `count` units, the count being in the low half of the marker or behind it.
-BinaryReader::Extent BinaryReader::extent(std::uint64_t offset, std::uint64_t unit) const {
-  Extent result{.start = offset + 1, .count = byteAt(offset) & 15U};
-  if (result.count == 15) result = longExtent(offset);
-  if (result.count > m_table || result.count * unit > m_table - result.start) {
-    fail("the object runs out of the list", offset);
-  }
-  return result;
 }
 
 Node BinaryReader::scalar(std::uint64_t offset) {
@@ -302,7 +307,8 @@ bool BinaryReader::isAscii(std::string_view text) const {
 Node BinaryReader::string(std::uint64_t offset) {
   if (byteAt(offset) >> 4U == 6) return wideString(offset);
   const std::string_view text = content(offset, 1);
-  return Node::string(isAscii(text) ? text : m_arena.copy(utf8FromLatin1(text)));
+  if (isAscii(text)) return Node::string(text);
+  return Node::string(m_arena.copy(utf8FromLatin1(text)));
 }
 
 Node BinaryReader::wideString(std::uint64_t offset) {

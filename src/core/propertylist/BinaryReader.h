@@ -69,6 +69,7 @@ class BinaryReader {
   void readKeys(Frame& frame, std::uint64_t references);
   void readValues();
   void finish();
+  Node containerNode(const Frame& frame);
   Node dictionary(const Frame& frame);
   void grow(std::uint64_t size);
 

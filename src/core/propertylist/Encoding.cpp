@@ -172,6 +172,10 @@ std::optional<std::string> utf8FromUtf16BigEndian(std::string_view bytes) {
   result.reserve(bytes.size());
   for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
     std::uint32_t character = unit(i);
+    if (character < 0x80) {
+      result += static_cast<char>(character);
+      continue;
+    }
     if (U16_IS_LEAD(character) && i + 3 < bytes.size() && U16_IS_TRAIL(unit(i + 2))) {
       character = static_cast<std::uint32_t>(U16_GET_SUPPLEMENTARY(character, unit(i + 2)));
       i += 2;

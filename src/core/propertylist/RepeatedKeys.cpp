@@ -8,14 +8,25 @@ namespace mirvel::plist {
 
 namespace {
 
+/// One of 64 marks, which differs for most keys that differ.
+std::uint64_t markOf(std::string_view key) {
+  if (key.empty()) return 1;
+  const auto first = static_cast<unsigned char>(key.front());
+  const auto last = static_cast<unsigned char>(key.back());
+  return std::uint64_t{1} << ((key.size() * 7 + first * 5U + last) & 63U);
+}
+
 bool hasRepeatedKey(std::span<const Node> entries) {
-  // Dictionaries of job files are small: comparing each key with each is quickest there.
-  constexpr std::size_t manyNodes = 32;
+  // Dictionaries of job files are small: only keys of the same mark are compared there.
+  constexpr std::size_t manyNodes = 64;
   if (entries.size() <= manyNodes) {
+    std::uint64_t marks = 0;
     for (std::size_t i = 0; i < entries.size(); i += 2) {
-      for (std::size_t j = 0; j < i; j += 2) {
+      const std::uint64_t mark = markOf(*entries[i].string());
+      for (std::size_t j = 0; (marks & mark) != 0 && j < i; j += 2) {
         if (entries[i].isSameText(entries[j])) return true;
       }
+      marks |= mark;
     }
     return false;
   }

@@ -22,8 +22,8 @@ std::string_view elementName(Element element);
 /// (attributes, white space in tags, references, CDATA, other characters than ASCII) takes the long way round.
 class XmlScanner {
  public:
-  /// What must lie behind the text, so that eight bytes can be compared anywhere, and every text has an end.
-  static constexpr std::string_view padding{"<\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 16};
+  /// What must lie behind the text, so that it can be looked at in pieces, and every text in it has an end.
+  static constexpr std::string_view padding{"<\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 32};
 
   struct Tag {
     Element element;
@@ -173,7 +173,7 @@ inline const char* XmlScanner::findSpecial(const char* at) {
   if constexpr (std::endian::native == std::endian::little) {
     for (;; at += words::size) {
       const std::uint64_t word = words::load(at);
-      const std::uint64_t found = words::find(word, '<') | words::find(word, '&') | (word & words::tops);
+      const std::uint64_t found = (words::find(word, '<') | words::find(word, '&') | word) & words::tops;
       if (found != 0) return at + std::countr_zero(found) / 8;
     }
   } else {
