@@ -55,8 +55,9 @@ class Sentences {
       add(*keepAlive.successfulExit ? text("Again when it ends with success")
                                     : text("Again when it ends with a failure"));
     }
-    if (keepAlive.crashed)
+    if (keepAlive.crashed) {
       add(*keepAlive.crashed ? text("Again when it crashes") : text("Again when it ends without a crash"));
+    }
     if (keepAlive.networkState) {
       add(*keepAlive.networkState ? text("While there is a network") : text("While there is no network"));
     }

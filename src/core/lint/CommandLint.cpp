@@ -26,8 +26,9 @@ std::optional<Executable> executableOf(const launchd::Plist& record) {
 std::vector<std::string> wordsOf(const launchd::Plist& record) {
   std::vector<std::string> words;
   if (record.program) words.push_back(*record.program);
-  if (record.programArguments)
-    words.insert(words.end(), record.programArguments->begin(), record.programArguments->end());
+  for (const std::string& argument : record.programArguments.value_or(std::vector<std::string>())) {
+    words.push_back(argument);
+  }
   return words;
 }
 

@@ -74,7 +74,9 @@ std::optional<Placeholder> leadingExpansion(std::string_view text) {
 }
 
 std::optional<Placeholder> findPlaceholder(std::string_view text) {
-  if (const auto first = leadingExpansion(text)) return first;
+  constexpr std::size_t longestPath = 4096;  // and no mark is looked for further on, whatever the file brings
+  text = text.substr(0, longestPath);
+  if (auto first = leadingExpansion(text)) return first;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const std::string_view rest = text.substr(i);
     const std::string_view name = variable(rest);
@@ -87,7 +89,7 @@ std::optional<Placeholder> findPlaceholder(std::string_view text) {
 
 std::string placeholderMessage(const Placeholder& placeholder, std::string_view homeFolder) {
   if (placeholder.kind == Kind::template_) return "the placeholder " + placeholder.text + " isn't filled in";
-  const std::string message = "launchd doesn't expand " + placeholder.text;
+  std::string message = "launchd doesn't expand " + placeholder.text;
   if (placeholder.kind == Kind::variable || homeFolder.empty()) return message;
   return message + "; write " + std::string(homeFolder) + " in its place";
 }

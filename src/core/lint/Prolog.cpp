@@ -50,8 +50,9 @@ class PrologCheck {
     if (declaration == std::string_view::npos || declaration == 0 || declaration > root) return;
     const std::string_view before = m_text.substr(0, declaration);
     const bool isBlank = before.find_first_not_of(blanks) == std::string_view::npos;
-    if (!isBlank && before.find("<!--") != std::string_view::npos && before.find("-->") == std::string_view::npos)
-      return;
+    const bool isInComment =
+        before.rfind("<!--") != std::string_view::npos && before.find("-->") == std::string_view::npos;
+    if (isInComment) return;
     warn(declaration,
          isBlank ? "there are blanks before the XML declaration" : "the XML declaration isn't the first thing");
   }

@@ -12,8 +12,9 @@ namespace mirvel::lint {
 
 /// What a check may ask of the machine that the job is for.
 struct Surroundings {
-  std::function<bool(const std::string& path)> exists;  ///< also true where nobody can tell
-  std::string homeFolder = {};                          ///< of the user; empty: not known
+  /// Must be there; also gives true where nobody can tell.
+  std::function<bool(const std::string& path)> exists;
+  std::string homeFolder = {};  ///< of the user; empty: not known
 };
 
 /// What the checks look at: a job file without the keys that were refused.

@@ -43,6 +43,9 @@ std::optional<std::string_view> suggestion(std::string_view name, std::span<cons
   std::size_t closest = std::max<std::size_t>(name.size() / 5, 1) + 1;
   std::optional<std::string_view> result;
   for (const std::string_view candidate : candidates) {
+    const std::size_t longer = std::max(name.size(), candidate.size());
+    const std::size_t shorter = std::min(name.size(), candidate.size());
+    if (longer - shorter >= closest) continue;  // the distance is no less than that
     const std::size_t distance = editDistance(name, candidate);
     if (distance >= closest) continue;
     closest = distance;
