@@ -2,48 +2,45 @@
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "core/support/ReadFile.h"
 #include "ctl/Arguments.h"
 #include "ctl/Command.h"
+#include "ctl/Input.h"
+#include "ctl/Printable.h"
 
 namespace mirvel::ctl {
 
 namespace {
 
-Result<std::string> converted(const std::string& file, bool toXml) {
-  const auto bytes = readFile(file, plist::Limits::bytes);
+Result<std::string> converted(const std::string& file, bool toXml, const Context& context) {
+  const auto bytes = readInput(file, context);
   if (!bytes) return bytes.error();
   const auto document = plist::read(*bytes);
-  Result<std::string> result = document ? (toXml ? plist::writeXml(document->value())
-                                                 : Result<std::string>(plist::writeBinary(document->value())))
-                                        : Result<std::string>(document.error());
-  if (result) return result;
-  Error error = result.error();
-  error.file = file;
-  return error;
+  if (!document) return document.error();
+  if (toXml) return plist::writeXml(document->value());
+  return plist::writeBinary(document->value());
 }
 
 }  // namespace
 
-int convert(Arguments arguments, const Streams& streams) {
+int convert(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--to", true}});
-  if (!parsed) {
-    streams.err << "mirvelctl convert: " << parsed.error().message << '\n';
-    return Usage;
-  }
+  if (!parsed) return usageError("convert", parsed.error().message, context);
+  if (parsed->operands.size() != 1) return usageError("convert", "it takes one file", context);
   const auto form = parsed->options.find("--to");
   const bool isKnownForm = form != parsed->options.end() && (form->second == "xml" || form->second == "binary");
-  if (!isKnownForm || parsed->operands.size() != 1) {
-    streams.err << "usage: mirvelctl convert FILE --to xml|binary\n";
-    return Usage;
+  if (!isKnownForm) return usageError("convert", "the form must be xml or binary", context);
+  const bool toXml = form->second == "xml";
+  if (!toXml && context.isTerminal) {
+    return usageError("convert", "a binary list can't be shown; send it to a file or a pipe", context);
   }
-  const auto result = converted(parsed->operands.front(), form->second == "xml");
+  const std::string& file = parsed->operands.front();
+  const auto result = converted(file, toXml, context);
   if (!result) {
-    streams.err << result.error().text() << '\n';
+    context.err << errorLine(file, result.error()) << '\n';
     return Failed;
   }
-  streams.out << *result;
-  return streams.out.flush() ? Success : Failed;
+  context.out << (context.isTerminal ? printable(*result, Lines::Keep) : *result);
+  return Success;
 }
 
 }  // namespace mirvel::ctl

@@ -5,6 +5,7 @@
 #include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/RealText.h"
+#include "ctl/Printable.h"
 
 namespace mirvel::ctl {
 
@@ -25,6 +26,18 @@ Json elementTrees(std::span<const plist::Node> elements) {
 Json entryTrees(const plist::Members& members) {
   Json result = Json::object();
   for (const plist::Member& member : members) result[std::string(member.key())] = typedTree(member.value);
+  return result;
+}
+
+/// JSON has control characters escaped, save for DEL, those of C1 and the like. All of them stand within strings.
+std::string escapedUnsafe(const std::string& json) {
+  std::string result;
+  result.reserve(json.size());
+  for (std::size_t at = 0; at < json.size();) {
+    const Piece piece = pieceAt(json, at);
+    result += piece.isUnsafe ? escapedCharacter(piece.character) : std::string(piece.bytes);
+    at += piece.bytes.size();
+  }
   return result;
 }
 
@@ -73,7 +86,8 @@ Json errorObject(const Error& error) {
 
 std::string text(const Json& json) {
   // A file name may hold bytes that are no UTF-8.
-  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  const std::string dumped = json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return escapedUnsafe(dumped);
 }
 
 }  // namespace mirvel::ctl

@@ -16,7 +16,7 @@ Json typedTree(const plist::Node& node);
 /// `error` (the whole sentence), and of `line`, `column`, `offset` and `key` what is known.
 Json errorObject(const Error& error);
 
-/// In one line.
+/// In one line, with nothing in it that a terminal would obey.
 std::string text(const Json& json);
 
 }  // namespace mirvel::ctl

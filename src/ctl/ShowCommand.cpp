@@ -1,40 +1,77 @@
 #include <ostream>
 
+#include "core/explain/Occasions.h"
 #include "core/propertylist/Reader.h"
-#include "core/support/ReadFile.h"
 #include "ctl/Arguments.h"
 #include "ctl/Command.h"
-#include "ctl/Json.h"
+#include "ctl/Input.h"
+#include "ctl/JobJson.h"
+#include "ctl/Printable.h"
+#include "ctl/Style.h"
+#include "ctl/ValueText.h"
 
 namespace mirvel::ctl {
 
 namespace {
 
-int showJson(const std::string& file, const Streams& streams) {
-  const auto bytes = readFile(file, plist::Limits::bytes);
-  const auto document = bytes ? plist::read(*bytes) : Result<plist::Document>(bytes.error());
+Result<plist::Document> readDocument(const std::string& file, const Context& context) {
+  const auto bytes = readInput(file, context);
+  return bytes ? plist::read(*bytes) : Result<plist::Document>(bytes.error());
+}
+
+int showJson(const Result<plist::Document>& document, const Context& context) {
+  Json json{{"ok", static_cast<bool>(document)}};
   if (!document) {
-    Json json{{"ok", false}};
     json.update(errorObject(document.error()));
-    streams.out << text(json) << '\n';
+  } else {
+    json["format"] = document->format() == plist::Format::Xml ? "xml" : "binary";
+    json["value"] = typedTree(document->root());
+    if (const auto job = launchd::Plist::decode(document->root())) json["job"] = jobObject(*job);
+  }
+  context.out << text(json) << '\n';
+  return document ? Success : Failed;
+}
+
+void writeLines(const std::string& title, const std::vector<std::string>& lines, std::ostream& out) {
+  const std::string margin(title.size() + 2, ' ');
+  std::string before = title + ": ";
+  for (const std::string& line : lines) {
+    out << "  " << before << printable(line) << '\n';
+    before = margin;
+  }
+}
+
+void writeJob(const launchd::Plist& job, const Context& context) {
+  context.out << bold(printable(job.name), context.hasColour) << '\n';
+  if (!job.run.empty()) writeLines(context.localize.command(), {job.run}, context.out);
+  writeLines(context.localize.when(), explain::occasions(job, context.localize), context.out);
+  context.out << '\n';
+}
+
+int showWords(const std::string& file, const Result<plist::Document>& document, const Context& context) {
+  if (!document) {
+    context.err << errorLine(file, document.error()) << '\n';
     return Failed;
   }
-  const Json json{{"ok", true},
-                  {"format", document->format() == plist::Format::Xml ? "xml" : "binary"},
-                  {"value", typedTree(document->root())}};
-  streams.out << text(json) << '\n';
+  const auto job = launchd::Plist::decode(document->root());
+  if (job) writeJob(*job, context);
+  writeValue(document->root(), context.out);
+  const auto members = document->root().dictionary();
+  if (!job && members && members->find("Label")) {
+    context.out << "\nno job: " << printable(job.error().text()) << '\n';
+  }
   return Success;
 }
 
 }  // namespace
 
-int show(Arguments arguments, const Streams& streams) {
+int show(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--json"}});
-  if (!parsed || parsed->operands.size() != 1) {
-    streams.err << "usage: mirvelctl show FILE [--json]\n";
-    return Usage;
-  }
-  return showJson(parsed->operands.front(), streams);
+  if (!parsed) return usageError("show", parsed.error().message, context);
+  if (parsed->operands.size() != 1) return usageError("show", "it takes one file", context);
+  const std::string& file = parsed->operands.front();
+  const auto document = readDocument(file, context);
+  return parsed->has("--json") ? showJson(document, context) : showWords(file, document, context);
 }
 
 }  // namespace mirvel::ctl

@@ -1,13 +1,47 @@
+#include <unistd.h>
+
+#include <filesystem>
 #include <iostream>
+#include <system_error>
 #include <vector>
 
+#include "core/support/Environment.h"
 #include "ctl/Command.h"
 
+namespace {
+
+using namespace mirvel;
+
+std::string valueOf(const Environment& environment, const std::string& name) {
+  const auto found = environment.find(name);
+  return found == environment.end() ? std::string() : found->second;
+}
+
+/// See no-color.org for NO_COLOR.
+bool wantsColour(const Environment& environment) {
+  return valueOf(environment, "NO_COLOR").empty() && valueOf(environment, "TERM") != "dumb";
+}
+
+bool mayExist(const std::string& path) {
+  std::error_code failure;
+  const auto status = std::filesystem::status(path, failure);
+  return status.type() != std::filesystem::file_type::not_found;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-  using namespace mirvel::ctl;
-  const std::vector<std::string> arguments(argv + 1, argv + argc);
-  const Streams streams{.out = std::cout, .err = std::cerr};
-  if (arguments.size() > 1 && arguments[0] == "show") return show(Arguments(arguments).subspan(1), streams);
-  if (arguments.size() > 1 && arguments[0] == "convert") return convert(Arguments(arguments).subspan(1), streams);
-  return 2;
+  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  const Environment environment = processEnvironment();
+  const Localize localize;
+  const lint::Surroundings surroundings{.exists = mayExist, .homeFolder = valueOf(environment, "HOME")};
+  const bool isTerminal = ::isatty(STDOUT_FILENO) == 1;
+  std::ios::sync_with_stdio(false);
+  return ctl::run(arguments, {.in = std::cin,
+                              .out = std::cout,
+                              .err = std::cerr,
+                              .isTerminal = isTerminal,
+                              .hasColour = isTerminal && wantsColour(environment),
+                              .localize = localize,
+                              .surroundings = surroundings});
 }

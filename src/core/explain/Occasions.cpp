@@ -1,0 +1,102 @@
+#include "core/explain/Occasions.h"
+
+#include <utility>
+
+#include "core/explain/RuleText.h"
+
+namespace mirvel::explain {
+
+namespace {
+
+/// Marks a text for the translators.
+constexpr const char* text(const char* english) {
+  return english;
+}
+
+class Sentences {
+ public:
+  explicit Sentences(const Localize& localize) : m_localize(localize) {}
+
+  void addStart(const launchd::Plist& plist) {
+    if (plist.runAtLoad == true) add(text("When it is loaded, that is, at login or at startup"));
+    if (plist.keepAlive) addKeepAlive(*plist.keepAlive);
+    // Without KeepAlive the older key keeps the job running by itself.
+    if (!plist.keepAlive && plist.onDemand == false) add(text("Always: it is started again whenever it ends"));
+  }
+
+  void addSchedule(const launchd::Plist& plist) {
+    for (const auto& rule : plist.scheduled) m_lines.push_back(ruleText(rule, m_localize));
+  }
+
+  void addEvents(const launchd::Plist& plist) {
+    if (plist.startOnMount == true) add(text("When a volume is mounted"));
+    if (plist.watchPaths) addEach(text("When %@ changes"), *plist.watchPaths);
+    if (plist.queueDirectories) addEach(text("While there is something in %@"), *plist.queueDirectories);
+    if (plist.sockets) addKeys(text("When something comes in at the socket %@"), plist.sockets->dictionaries);
+    if (plist.launchEvents) addKeys(text("When an event of %@ occurs"), plist.launchEvents->dictionaries);
+    if (!plist.machServices) return;
+    constexpr const char* used = text("When another program uses the service %@");
+    addKeys(used, plist.machServices->bools);
+    addKeys(used, plist.machServices->strings);
+    addKeys(used, plist.machServices->dictionaries);
+  }
+
+  std::vector<std::string> take(bool isDisabled) && {
+    if (m_lines.empty()) add(text("Only when it is started by hand"));
+    if (isDisabled) m_lines.insert(m_lines.begin(), m_localize.format("Not now: the file disables the job", {}));
+    return std::move(m_lines);
+  }
+
+ private:
+  void addKeepAlive(const launchd::KeepAlive& keepAlive) {
+    if (keepAlive.bool_ == true) add(text("Always: it is started again whenever it ends"));
+    if (keepAlive.bool_) return;
+    if (keepAlive.successfulExit) {
+      add(*keepAlive.successfulExit ? text("Again when it ends with success")
+                                    : text("Again when it ends with a failure"));
+    }
+    if (keepAlive.crashed) {
+      add(*keepAlive.crashed ? text("Again when it crashes") : text("Again when it ends without a crash"));
+    }
+    if (keepAlive.networkState) {
+      add(*keepAlive.networkState ? text("While there is a network") : text("While there is no network"));
+    }
+    if (keepAlive.pathState) addStates(text("While %@ exists"), text("While %@ doesn’t exist"), *keepAlive.pathState);
+    if (keepAlive.otherJobEnabled) {
+      addStates(text("While the job %@ is loaded"), text("While the job %@ isn’t loaded"), *keepAlive.otherJobEnabled);
+    }
+    if (keepAlive.afterInitialDemand == true) add(text("It is kept running only once it has been asked for"));
+  }
+
+  void add(const char* sentence) { m_lines.push_back(m_localize.format(sentence, {})); }
+
+  void addEach(const char* sentence, const std::vector<std::string>& names) {
+    for (const std::string& name : names) m_lines.push_back(m_localize.format(sentence, {name}));
+  }
+
+  template <typename Element>
+  void addKeys(const char* sentence, const launchd::StringMap<Element>& elements) {
+    for (const auto& element : elements) m_lines.push_back(m_localize.format(sentence, {element.first}));
+  }
+
+  void addStates(const char* wanted, const char* unwanted, const launchd::StringMap<bool>& states) {
+    for (const auto& [name, isWanted] : states) {
+      m_lines.push_back(m_localize.format(isWanted ? wanted : unwanted, {name}));
+    }
+  }
+
+  const Localize& m_localize;
+  std::vector<std::string> m_lines;
+};
+
+}  // namespace
+
+std::vector<std::string> occasions(const launchd::Plist& plist, const Localize& localize) {
+  Sentences sentences(localize);
+  sentences.addStart(plist);
+  sentences.addSchedule(plist);
+  sentences.addEvents(plist);
+  return std::move(sentences).take(plist.disabled == true);
+}
+
+}  // namespace mirvel::explain

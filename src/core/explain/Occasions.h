@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/plist/Plist.h"
+#include "core/support/Localize.h"
+
+namespace mirvel::explain {
+
+/// When launchd runs a job, in sentences without a full stop, one for each occasion: first loading and restarts, then
+/// the rules of the schedule, then what else can start it. Never empty.
+std::vector<std::string> occasions(const launchd::Plist& plist, const Localize& localize);
+
+}  // namespace mirvel::explain

@@ -1,0 +1,115 @@
+#include "core/explain/RuleText.h"
+
+#include <unicode/locid.h>
+#include <unicode/measfmt.h>
+#include <unicode/measunit.h>
+#include <unicode/rbnf.h>
+#include <unicode/unistr.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+#include "core/support/Dates.h"
+
+namespace mirvel::explain {
+
+namespace {
+
+using namespace Scheduled;
+
+std::string twoDigits(int number) {
+  return (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+std::string timeText(Time time) {
+  return twoDigits(Date::hour(time)) + ':' + twoDigits(Date::minute(time));
+}
+
+/// "1st"; just the number where ICU has no ordinals of the language.
+std::string ordinal(int number, const std::string& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::RuleBasedNumberFormat format(icu::URBNF_ORDINAL, icu::Locale(locale.c_str()), status);
+  if (U_FAILURE(status)) return std::to_string(number);
+  icu::UnicodeString text;
+  std::string result;
+  return format.format(number, text).toUTF8String(result);
+}
+
+icu::MeasureUnit* newUnit(RepeatInterval::Unit unit, UErrorCode& status) {
+  switch (unit) {
+    case RepeatInterval::Unit::seconds:
+      return icu::MeasureUnit::createSecond(status);
+    case RepeatInterval::Unit::minutes:
+      return icu::MeasureUnit::createMinute(status);
+    case RepeatInterval::Unit::hours:
+      return icu::MeasureUnit::createHour(status);
+    case RepeatInterval::Unit::days:
+      return icu::MeasureUnit::createDay(status);
+  }
+  return nullptr;
+}
+
+/// "2 hours", in the plural forms of the language.
+std::string duration(const RepeatInterval& rule, const Localize& localize) {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::MeasureFormat format(icu::Locale(localize.locale().c_str()), UMEASFMT_WIDTH_WIDE, status);
+  std::unique_ptr<icu::MeasureUnit> unit(newUnit(rule.unit, status));
+  if (U_FAILURE(status)) return localize.int_(rule.interval);
+  const icu::Measure measure(icu::Formattable(static_cast<int64_t>(rule.interval)), unit.release(), status);
+  icu::FieldPosition ignored;
+  icu::UnicodeString text;
+  format.formatMeasures(&measure, 1, text, ignored, status);
+  std::string result;
+  return text.toUTF8String(result);
+}
+
+std::string sentence(const RepeatInterval& rule, const Localize& localize) {
+  if (rule.interval != 1) return localize.format("Every %@", {duration(rule, localize)});
+  switch (rule.unit) {
+    case RepeatInterval::Unit::seconds:
+      return localize.format("Every second", {});
+    case RepeatInterval::Unit::minutes:
+      return localize.format("Every minute", {});
+    case RepeatInterval::Unit::hours:
+      return localize.format("Every hour", {});
+    case RepeatInterval::Unit::days:
+      break;
+  }
+  return localize.format("Every 24 hours", {});
+}
+
+std::string sentence(const EveryHour& rule, const Localize& localize) {
+  return localize.format("Every hour at minute %@", {localize.int_(rule.minute)});
+}
+
+std::string sentence(const EveryDay& rule, const Localize& localize) {
+  return localize.format("Every day at %@", {timeText(rule.time)});
+}
+
+std::string sentence(const DayOfWeek& rule, const Localize& localize) {
+  if (rule.day == DayOfWeek::weekdays) return localize.format("Every weekday at %@", {timeText(rule.time)});
+  if (rule.day == DayOfWeek::weekends) return localize.format("Every day of the weekend at %@", {timeText(rule.time)});
+  const auto days = Date::weekdays(localize.locale());
+  return localize.format("Every %1$@ at %2$@", {days[static_cast<std::size_t>(rule.day)], timeText(rule.time)});
+}
+
+std::string sentence(const DayOfMonth& rule, const Localize& localize) {
+  return localize.format("On the %1$@ of every month at %2$@",
+                         {ordinal(rule.day + 1, localize.locale()), timeText(rule.time)});
+}
+
+std::string sentence(const DayOfYear& rule, const Localize& localize) {
+  const auto months = Date::months(localize.locale());
+  return localize.format(
+      "Every year on %1$@ %2$@ at %3$@",
+      {localize.int_(rule.day + 1), months[static_cast<std::size_t>(rule.month)], timeText(rule.time)});
+}
+
+}  // namespace
+
+std::string ruleText(const ScheduledType& rule, const Localize& localize) {
+  return std::visit([&](const auto& it) { return sentence(it, localize); }, rule);
+}
+
+}  // namespace mirvel::explain

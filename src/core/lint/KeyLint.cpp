@@ -1,0 +1,100 @@
+#include "core/lint/KeyLint.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "core/lint/Suggestion.h"
+#include "core/lint/Vocabulary.h"
+
+namespace mirvel::lint {
+
+namespace {
+
+using launchd::Plist;
+
+struct DeprecatedKey {
+  std::string_view key;
+  std::string_view advice;
+};
+
+constexpr std::array<DeprecatedKey, 12> deprecatedKeys = {{
+    {"Debug", ""},
+    {"EnableGlobbing", "; let a shell expand the arguments"},
+    {"HopefullyExitsFirst", ""},
+    {"HopefullyExitsLast", ""},
+    {"OnDemand", "; use KeepAlive"},
+    {"ServiceIPC", ""},
+    {"TimeOut", ""},
+    {"RootDirectory", ""},
+    {"LimitLoadFromHosts", ""},
+    {"LimitLoadToHosts", ""},
+    {"inetdCompatibility", "; use Sockets with launch_activate_socket(3)"},
+    {"KeepAlive.NetworkState", "; launchd takes no account of it"},
+}};
+
+const plist::Value* valueAt(const plist::Dictionary& file, std::string_view path) {
+  const std::size_t dot = path.find('.');
+  const plist::Value* value = file.find(path.substr(0, dot));
+  if (!value || dot == std::string_view::npos) return value;
+  const auto* inner = value->as<plist::Dictionary>();
+  return inner ? inner->find(path.substr(dot + 1)) : nullptr;
+}
+
+/// The top-level key in whose dictionary the key belongs, or an empty text.
+std::string_view ownerOf(std::string_view key) {
+  for (const NestedKeys& nested : nestedKeys()) {
+    if (std::find(nested.keys.begin(), nested.keys.end(), key) != nested.keys.end()) return nested.owner;
+  }
+  return {};
+}
+
+void checkUnknownKey(const std::string& key, Findings& findings) {
+  const auto known = topLevelKeys();
+  // A leading underscore marks the private keys of the system's own jobs.
+  if (key.starts_with('_') || std::find(known.begin(), known.end(), key) != known.end()) return;
+  const std::string_view owner = ownerOf(key);
+  if (!owner.empty()) {
+    findings.keyWarning(key, "unknown key at this place; it belongs in " + std::string(owner));
+  } else {
+    findings.keyWarning(key, "unknown key" + suggestionText(key, known));
+  }
+}
+
+void checkDeprecatedKeys(const plist::Dictionary& file, Findings& findings) {
+  for (const auto& [key, advice] : deprecatedKeys) {
+    if (valueAt(file, key)) findings.keyWarning(std::string(key), "deprecated key" + std::string(advice));
+  }
+}
+
+/// Tells of a word that is nearly one of those that launchd knows. Others are left alone: systems differ.
+void checkWord(const std::string& keyPath, const std::string& word, std::span<const std::string_view> known,
+               Findings& findings) {
+  const std::string meant = suggestionText(word, known);
+  if (!meant.empty()) findings.warning(keyPath, "launchd doesn't know \"" + word + '"' + meant);
+}
+
+void checkWords(const Plist& record, Findings& findings) {
+  if (record.processType) checkWord("ProcessType", *record.processType, launchd::processTypes, findings);
+  if (!record.limitLoadToSessionType) return;
+  const auto& [types, singleValue] = *record.limitLoadToSessionType;
+  for (std::size_t i = 0; i < types.size(); ++i) {
+    const std::string path = "LimitLoadToSessionType";
+    checkWord(singleValue ? path : plist::childPath(path, i), types[i], launchd::LimitLoadToSessionType::agents,
+              findings);
+  }
+}
+
+}  // namespace
+
+void checkKeys(const Subject& subject, Findings& findings) {
+  if (subject.record.unknownKeys) {
+    for (const std::string& key : *subject.record.unknownKeys) checkUnknownKey(key, findings);
+  }
+  if (subject.record.name.empty()) findings.warning("Label", "the label is empty");
+  checkDeprecatedKeys(subject.file, findings);
+  checkWords(subject.record, findings);
+}
+
+}  // namespace mirvel::lint

@@ -1,0 +1,62 @@
+#include "core/lint/Lint.h"
+
+#include <algorithm>
+
+#include "core/lint/CommandLint.h"
+#include "core/lint/Findings.h"
+#include "core/lint/KeyLint.h"
+#include "core/lint/LostKeys.h"
+#include "core/lint/PathLint.h"
+#include "core/lint/Prolog.h"
+#include "core/lint/ScheduleLint.h"
+#include "core/lint/TolerantDecoding.h"
+#include "core/lint/TriggerLint.h"
+#include "core/propertylist/Reader.h"
+
+namespace mirvel::lint {
+
+namespace {
+
+void addWarnings(const std::vector<plist::Warning>& warnings, Findings& findings) {
+  for (const plist::Warning& warning : warnings) {
+    findings.add({.severity = Severity::warning,
+                  .message = warning.message,
+                  .line = warning.line,
+                  .column = warning.column,
+                  .offset = warning.offset});
+  }
+}
+
+void checkJob(const plist::Document& document, const Surroundings& surroundings, Findings& findings) {
+  const auto subject = decodeTolerantly(document.root(), findings);
+  if (!subject) return;
+  checkKeys(*subject, findings);
+  checkLostKeys(*subject, findings);
+  checkPaths(*subject, surroundings, findings);
+  checkCommand(*subject, surroundings, findings);
+  checkSchedule(*subject, findings);
+  checkTriggers(*subject, findings);
+}
+
+}  // namespace
+
+std::vector<Finding> lint(std::string_view bytes, const Surroundings& surroundings) {
+  plist::Positions positions;
+  Findings findings(positions);
+  const auto document = plist::read(bytes, &positions);
+  if (!document) {
+    findings.error(document.error());
+    return std::move(findings).inOrder();
+  }
+  if (document->format() == plist::Format::Xml) checkProlog(bytes, findings);
+  addWarnings(document->warnings(), findings);
+  checkJob(*document, surroundings, findings);
+  return std::move(findings).inOrder();
+}
+
+bool hasErrors(const std::vector<Finding>& findings) {
+  return std::any_of(findings.begin(), findings.end(),
+                     [](const Finding& finding) { return finding.severity == Severity::error; });
+}
+
+}  // namespace mirvel::lint

@@ -1,0 +1,99 @@
+#include "core/lint/LostKeys.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/lint/Suggestion.h"
+#include "core/lint/Vocabulary.h"
+
+namespace mirvel::lint {
+
+namespace {
+
+std::optional<double> number(const plist::Value& value) {
+  if (const auto* real = value.as<double>()) return *real;
+  const auto* integer = value.as<plist::Integer>();
+  const auto small = integer ? integer->toInt64() : std::nullopt;
+  if (small) return static_cast<double>(*small);
+  return std::nullopt;
+}
+
+bool isEmptyContainer(const plist::Value& value) {
+  if (const auto* array = value.as<plist::Array>()) return array->empty();
+  const auto* dictionary = value.as<plist::Dictionary>();
+  return dictionary && dictionary->empty();
+}
+
+/// Compares one top-level key's value.
+class Comparison {
+ public:
+  Comparison(std::string_view owner, Findings& findings)
+      : m_owner(owner), m_nested(nestedKeysOf(owner)), m_findings(findings) {}
+
+  /// `depth` counts the dictionaries that are open.
+  void compare(const plist::Value& before, const plist::Value& after, const std::string& path, std::size_t depth) {
+    const auto* dictionary = before.as<plist::Dictionary>();
+    const auto* array = before.as<plist::Array>();
+    if (dictionary && after.as<plist::Dictionary>()) {
+      compareEntries(*dictionary, *after.as<plist::Dictionary>(), path, depth + 1);
+    } else if (array && after.as<plist::Array>() && array->size() == after.as<plist::Array>()->size()) {
+      for (std::size_t i = 0; i < array->size(); ++i) {
+        compare((*array)[i], (*after.as<plist::Array>())[i], plist::childPath(path, i), depth);
+      }
+    } else if (!isKept(before, after)) {
+      m_findings.warning(path, "the value doesn't fit its key; it is lost when the job is saved");
+    }
+  }
+
+ private:
+  void compareEntries(const plist::Dictionary& before, const plist::Dictionary& after, const std::string& path,
+                      std::size_t depth) {
+    for (const auto& [key, value] : before) {
+      const std::string child = plist::childPath(path, key);
+      if (const plist::Value* kept = after.find(key)) {
+        compare(value, *kept, child, depth);
+      } else {
+        tellLost(key, child, depth);
+      }
+    }
+  }
+
+  void tellLost(const std::string& key, const std::string& path, std::size_t depth) {
+    const bool isListed = m_nested && m_nested->depth == depth &&
+                          std::find(m_nested->keys.begin(), m_nested->keys.end(), key) == m_nested->keys.end();
+    if (isListed) {
+      m_findings.keyWarning(path, "unknown key, lost when the job is saved" + suggestionText(key, m_nested->keys));
+    } else {
+      m_findings.keyWarning(path, "the value can't be kept; it is lost when the job is saved");
+    }
+  }
+
+  bool isKept(const plist::Value& before, const plist::Value& after) const {
+    if (before == after) return true;
+    if (m_owner == "Umask" && before.as<std::string>()) return after.as<plist::Integer>() != nullptr;
+    const auto wanted = number(before);
+    return wanted && wanted == number(after);
+  }
+
+  std::string_view m_owner;
+  const NestedKeys* m_nested;
+  Findings& m_findings;
+};
+
+}  // namespace
+
+void checkLostKeys(const Subject& subject, Findings& findings) {
+  const plist::Dictionary written = subject.record.encode();
+  for (const auto& [key, value] : subject.file) {
+    if (!launchd::Plist::codingKey(key)) continue;
+    if (const plist::Value* after = written.find(key)) {
+      Comparison(key, findings).compare(value, *after, key, 0);
+    } else if (!isEmptyContainer(value)) {
+      findings.warning(key, "the value doesn't fit its key; it is lost when the job is saved");
+    }
+  }
+}
+
+}  // namespace mirvel::lint

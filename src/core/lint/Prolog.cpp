@@ -1,0 +1,95 @@
+#include "core/lint/Prolog.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "core/propertylist/Positions.h"
+
+namespace mirvel::lint {
+
+namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+constexpr std::array<std::string_view, 4> typographicQuotes = {"“", "”", "„", "″"};
+
+/// Goes through the prolog: declarations, comments, the DOCTYPE and the first tag.
+class PrologCheck {
+ public:
+  PrologCheck(std::string_view text, Findings& findings) : m_text(text), m_findings(findings) {
+    if (m_text.starts_with("\xEF\xBB\xBF")) m_text.remove_prefix(3);
+  }
+
+  void run() {
+    checkStart();
+    std::size_t at = m_text.find('<');
+    while (at != std::string_view::npos) {
+      const std::string_view rest = m_text.substr(at);
+      if (rest.starts_with("<!--")) {
+        at = next(at, "-->");
+        continue;
+      }
+      const std::string_view tag = rest.substr(0, rest.find('>'));
+      checkQuotes(tag, at);
+      if (!tag.starts_with("<?") && !tag.starts_with("<!")) return;
+      if (tag.starts_with("<!DOCTYPE")) checkDoctype(tag, at);
+      at = next(at, ">");
+    }
+  }
+
+ private:
+  std::size_t next(std::size_t at, std::string_view end) const {
+    const std::size_t close = m_text.find(end, at);
+    return close == std::string_view::npos ? close : m_text.find('<', close);
+  }
+
+  void checkStart() {
+    const std::size_t declaration = m_text.find("<?xml");
+    const std::size_t root = m_text.find("<plist");
+    if (declaration == std::string_view::npos || declaration == 0 || declaration > root) return;
+    const std::string_view before = m_text.substr(0, declaration);
+    const bool isBlank = before.find_first_not_of(blanks) == std::string_view::npos;
+    const bool isInComment =
+        before.rfind("<!--") != std::string_view::npos && before.find("-->") == std::string_view::npos;
+    if (isInComment) return;
+    warn(declaration,
+         isBlank ? "there are blanks before the XML declaration" : "the XML declaration isn't the first thing");
+  }
+
+  void checkQuotes(std::string_view tag, std::size_t at) {
+    for (const std::string_view quote : typographicQuotes) {
+      if (const std::size_t found = tag.find(quote); found != std::string_view::npos) {
+        return warn(at + found, "there are typographic quotes where straight ones belong");
+      }
+    }
+  }
+
+  void checkDoctype(std::string_view tag, std::size_t at) {
+    std::size_t quotes = 0;
+    for (const char c : tag) quotes += c == '"' || c == '\'' ? 1U : 0U;
+    const bool hasTypographic = tag.find("“") != std::string_view::npos || tag.find("”") != std::string_view::npos;
+    const bool namesIdentifier =
+        tag.find("PUBLIC") != std::string_view::npos || tag.find("SYSTEM") != std::string_view::npos;
+    if (quotes == 0 && namesIdentifier && !hasTypographic) warn(at, "the identifiers of the DOCTYPE need quotes");
+  }
+
+  void warn(std::size_t at, const std::string& what) {
+    const plist::Place place = plist::placeOf(m_text, at);
+    m_findings.add({.severity = Severity::warning,
+                    .message = what + "; macOS reads such a file, other programs may not",
+                    .line = place.line,
+                    .column = place.column});
+  }
+
+  std::string_view m_text;
+  Findings& m_findings;
+};
+
+}  // namespace
+
+void checkProlog(std::string_view bytes, Findings& findings) {
+  PrologCheck(bytes, findings).run();
+}
+
+}  // namespace mirvel::lint

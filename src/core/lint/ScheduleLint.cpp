@@ -1,0 +1,110 @@
+#include "core/lint/ScheduleLint.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace mirvel::lint {
+
+namespace {
+
+using Interval = launchd::StartCalendarInterval::Interval;
+
+struct Field {
+  std::optional<std::int64_t> Interval::*number;
+  Interval::CodingKeys key;
+  std::int64_t least;
+  std::int64_t greatest;
+};
+
+constexpr std::array<Field, 5> fields = {{
+    {&Interval::minute, Interval::CodingKeys::minute, 0, 59},
+    {&Interval::hour, Interval::CodingKeys::hour, 0, 23},
+    {&Interval::day, Interval::CodingKeys::day, 1, 31},
+    {&Interval::weekday, Interval::CodingKeys::weekday, 0, 7},
+    {&Interval::month, Interval::CodingKeys::month, 1, 12},
+}};
+
+constexpr std::array<int, 12> longestMonths = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+constexpr std::array<std::string_view, 12> monthNames = {"January",   "February", "March",    "April",
+                                                         "May",       "June",     "July",     "August",
+                                                         "September", "October",  "November", "December"};
+
+/// Tells of numbers out of their ranges; true if there were none.
+bool checkRanges(const Interval& interval, const std::string& path, Findings& findings) {
+  bool isGood = true;
+  for (const Field& field : fields) {
+    const auto& number = interval.*field.number;
+    if (!number || (*number >= field.least && *number <= field.greatest)) continue;
+    isGood = false;
+    const std::string range = std::to_string(field.least) + " to " + std::to_string(field.greatest);
+    findings.error(plist::childPath(path, Interval::text(field.key)),
+                   std::to_string(*number) + " is outside " + range + ": such a time never comes");
+  }
+  return isGood;
+}
+
+/// The days of both keys count where a weekday stands beside the day of the month.
+void checkDate(const Interval& interval, const std::string& path, Findings& findings) {
+  if (!interval.day || !interval.month || interval.weekday) return;
+  const auto month = static_cast<std::size_t>(*interval.month - 1);
+  if (*interval.day <= longestMonths[month]) return;
+  findings.error(plist::childPath(path, "Day"),
+                 std::string(monthNames[month]) + " has no day " + std::to_string(*interval.day) + ": it never comes");
+}
+
+/// What is absent fits any time.
+void checkWildcards(const Interval& interval, const std::string& path, Findings& findings) {
+  const bool hasDate = interval.day || interval.weekday || interval.month;
+  if (!interval.minute && interval.hour) {
+    findings.warning(path, "without Minute the job is started every minute of that hour");
+  } else if (!interval.minute && hasDate) {
+    findings.warning(path, interval.month && !interval.day && !interval.weekday
+                               ? "without Hour and Minute the job is started every minute of that month"
+                               : "without Hour and Minute the job is started every minute of that day");
+  } else if (!interval.minute) {
+    findings.warning(path, "without Hour and Minute the job is started every minute");
+  } else if (!interval.hour && hasDate) {
+    findings.warning(path, "without Hour the job is started every hour at that minute");
+  }
+}
+
+void checkInterval(const Interval& interval, const std::string& path, Findings& findings) {
+  if (!checkRanges(interval, path, findings)) return;
+  checkDate(interval, path, findings);
+  checkWildcards(interval, path, findings);
+}
+
+void checkStartInterval(const launchd::Plist& record, Findings& findings) {
+  constexpr std::int64_t usualThrottle = 10;
+  if (!record.startInterval) return;
+  const std::int64_t seconds = *record.startInterval;
+  if (seconds <= 0) {
+    findings.error("StartInterval",
+                   "launchd takes no account of an interval of " + std::to_string(seconds) + " seconds");
+  } else if (seconds < usualThrottle && !record.throttleInterval) {
+    findings.warning("StartInterval", "launchd starts a job every 10 seconds at most, unless ThrottleInterval is less");
+  }
+}
+
+void checkNice(const launchd::Plist& record, Findings& findings) {
+  if (!record.nice || (*record.nice >= -20 && *record.nice <= 20)) return;
+  findings.warning("Nice", std::to_string(*record.nice) + " is outside -20 to 20");
+}
+
+}  // namespace
+
+void checkSchedule(const Subject& subject, Findings& findings) {
+  checkStartInterval(subject.record, findings);
+  checkNice(subject.record, findings);
+  const auto& calendar = subject.record.startCalendarInterval;
+  if (!calendar) return;
+  const std::string path = "StartCalendarInterval";
+  for (std::size_t i = 0; i < calendar->intervals.size(); ++i) {
+    checkInterval(calendar->intervals[i], calendar->singleValue ? path : plist::childPath(path, i), findings);
+  }
+}
+
+}  // namespace mirvel::lint

@@ -1,0 +1,81 @@
+#include "core/lint/Vocabulary.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/plist/Plist.h"
+
+namespace mirvel::lint {
+
+namespace {
+
+using launchd::Plist;
+
+/// Keys beside those of the record: of launchd.plist(5) and SMAppService, and what system jobs bring.
+constexpr auto otherKeys = std::to_array<std::string_view>({
+    "AssociatedBundleIdentifiers",
+    "BeginTransactionAtShutdown",
+    "BundleProgram",
+    "EventMonitor",
+    "ExecuteAllowed",
+    "IgnoreProcessGroupAtShutdown",
+    "JetsamMemoryLimit",
+    "JetsamPriority",
+    "JetsamProperties",
+    "LimitLoadFromHardware",
+    "MinimalBootProfile",
+    "MultipleInstances",
+    "POSIXSpawnType",
+    "PublishesEvents",
+    "SHAuthorizationRight",
+    "SandboxContainer",
+    "SandboxFlags",
+    "SandboxProfile",
+    "ServiceDescription",
+    "SpawnConstraint",
+});
+
+template <typename Record, typename CodingKey>
+NestedKeys keysOf(std::string_view owner, std::size_t depth, CodingKey last) {
+  NestedKeys result{.owner = owner, .depth = depth, .keys = {}};
+  for (std::size_t i = 0; i <= static_cast<std::size_t>(last); ++i) {
+    result.keys.push_back(Record::text(static_cast<CodingKey>(i)));
+  }
+  return result;
+}
+
+}  // namespace
+
+std::span<const std::string_view> topLevelKeys() {
+  static const auto keys = [] {
+    const auto known = Plist::knownKeys();
+    std::vector<std::string_view> all(known.begin(), known.end());
+    all.insert(all.end(), otherKeys.begin(), otherKeys.end());
+    return all;
+  }();
+  return keys;
+}
+
+std::span<const NestedKeys> nestedKeys() {
+  using Interval = Plist::StartCalendarInterval::Interval;
+  using Limits = Plist::ResourceLimits;
+  using Socket = Plist::Sockets::SubDictionary;
+  using Service = Plist::MachServices::SubDictionary;
+  static const std::array all{
+      keysOf<Plist::KeepAlive>("KeepAlive", 1, Plist::KeepAlive::CodingKeys::afterInitialDemand),
+      keysOf<Interval>("StartCalendarInterval", 1, Interval::CodingKeys::month),
+      keysOf<Limits>("SoftResourceLimits", 1, Limits::CodingKeys::stack),
+      keysOf<Limits>("HardResourceLimits", 1, Limits::CodingKeys::stack),
+      keysOf<Socket>("Sockets", 2, Socket::CodingKeys::multicastGroup),
+      keysOf<Service>("MachServices", 2, Service::CodingKeys::taskSpecialPort),
+  };
+  return all;
+}
+
+const NestedKeys* nestedKeysOf(std::string_view owner) {
+  const auto all = nestedKeys();
+  const auto found = std::find_if(all.begin(), all.end(), [&](const NestedKeys& keys) { return keys.owner == owner; });
+  return found == all.end() ? nullptr : &*found;
+}
+
+}  // namespace mirvel::lint

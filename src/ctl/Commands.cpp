@@ -1,0 +1,56 @@
+#include <algorithm>
+#include <array>
+#include <ostream>
+
+#include "ctl/Command.h"
+#include "ctl/Printable.h"
+
+namespace mirvel::ctl {
+
+namespace {
+
+constexpr std::array<Command, 4> table = {{
+    {"lint", "[--json] FILE...", "check job files",
+     "Tells for each file what launchd would refuse, ignore or understand in another way than\n"
+     "it was probably meant, with the line where there is one.\n"
+     "\n"
+     "  --json   an array of objects with file, ok and findings\n"
+     "\n"
+     "The exit status is 0 if there are no errors (there may be warnings), and 1 if there are.\n",
+     lint},
+    {"show", "[--json] FILE", "show a job, or any property list, in words",
+     "Shows the label, the command and the times of a job, and every key of the file.\n"
+     "A property list that isn't a job is shown as it stands.\n"
+     "\n"
+     "  --json   one object with ok, format and value, and with job if the file is one\n"
+     "\n"
+     "The exit status is 1 for a file that can't be read or is no property list.\n",
+     show},
+    {"convert", "FILE --to xml|binary", "write a property list to the standard output",
+     "Writes the property list in the form that is asked for. The file itself stays as it is.\n"
+     "\n"
+     "  --to xml|binary   the form\n",
+     convert},
+    {"help", "[COMMAND]", "tell about a command", "Tells how a command is used, or which commands there are.\n", help},
+}};
+
+}  // namespace
+
+std::span<const Command> commands() {
+  return table;
+}
+
+const Command* findCommand(std::string_view name) {
+  const auto* const found =
+      std::find_if(table.begin(), table.end(), [&](const Command& command) { return command.name == name; });
+  return found == table.end() ? nullptr : found;
+}
+
+int usageError(std::string_view command, std::string_view problem, const Context& context) {
+  const Command* const known = findCommand(command);
+  context.err << "mirvelctl " << command << ": " << printable(problem) << '\n';
+  if (known) context.err << "usage: mirvelctl " << command << ' ' << known->synopsis << '\n';
+  return Usage;
+}
+
+}  // namespace mirvel::ctl

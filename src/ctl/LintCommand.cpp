@@ -1,0 +1,88 @@
+#include <ostream>
+#include <vector>
+
+#include "core/lint/Lint.h"
+#include "ctl/Arguments.h"
+#include "ctl/Command.h"
+#include "ctl/Input.h"
+#include "ctl/JobJson.h"
+#include "ctl/Printable.h"
+#include "ctl/Style.h"
+
+namespace mirvel::ctl {
+
+namespace {
+
+using lint::Finding;
+using lint::Severity;
+
+struct Verdict {
+  std::string file;
+  std::vector<Finding> findings;
+};
+
+Verdict judge(const std::string& file, const Context& context) {
+  const auto bytes = readInput(file, context);
+  if (bytes) return {.file = file, .findings = mirvel::lint::lint(*bytes, context.surroundings)};
+  return {.file = file, .findings = {{.severity = Severity::error, .message = bytes.error().message}}};
+}
+
+void writeVerdict(const Verdict& verdict, const Context& context) {
+  const std::string name = printable(inputName(verdict.file));
+  if (verdict.findings.empty()) context.out << name << ": " << coloured("ok", Colour::Green, context.hasColour) << '\n';
+  for (const Finding& finding : verdict.findings) {
+    const std::string text = printable(finding.text());
+    const std::size_t severityEnd = text.find(':');
+    const Colour colour = finding.severity == Severity::error ? Colour::Red : Colour::Yellow;
+    context.out << name << ": " << coloured(text.substr(0, severityEnd), colour, context.hasColour)
+                << text.substr(severityEnd) << '\n';
+  }
+}
+
+void writeSummary(const std::vector<Verdict>& verdicts, const Context& context) {
+  std::size_t withErrors = 0;
+  std::size_t withWarnings = 0;
+  for (const Verdict& verdict : verdicts) {
+    const bool hasErrors = mirvel::lint::hasErrors(verdict.findings);
+    withErrors += hasErrors ? 1U : 0U;
+    withWarnings += !hasErrors && !verdict.findings.empty() ? 1U : 0U;
+  }
+  context.out << verdicts.size() << " files: " << verdicts.size() - withErrors - withWarnings << " ok, " << withWarnings
+              << " with warnings, " << withErrors << " with errors\n";
+}
+
+void writeJson(const std::vector<Verdict>& verdicts, const Context& context) {
+  Json json = Json::array();
+  for (const Verdict& verdict : verdicts) {
+    Json findings = Json::array();
+    for (const Finding& finding : verdict.findings) findings.push_back(findingObject(finding));
+    json.push_back({{"file", verdict.file},
+                    {"ok", !mirvel::lint::hasErrors(verdict.findings)},
+                    {"findings", std::move(findings)}});
+  }
+  context.out << text(json) << '\n';
+}
+
+}  // namespace
+
+int lint(Arguments arguments, const Context& context) {
+  const auto parsed = parseArguments(arguments, {{"--json"}});
+  if (!parsed) return usageError("lint", parsed.error().message, context);
+  if (parsed->operands.empty()) return usageError("lint", "there is no file", context);
+  const bool asJson = parsed->has("--json");
+  std::vector<Verdict> verdicts;
+  for (const std::string& file : parsed->operands) {
+    verdicts.push_back(judge(file, context));
+    if (!asJson) writeVerdict(verdicts.back(), context);
+  }
+  if (asJson) {
+    writeJson(verdicts, context);
+  } else if (verdicts.size() > 1) {
+    writeSummary(verdicts, context);
+  }
+  bool hasErrors = false;
+  for (const Verdict& verdict : verdicts) hasErrors = hasErrors || mirvel::lint::hasErrors(verdict.findings);
+  return hasErrors ? Failed : Success;
+}
+
+}  // namespace mirvel::ctl

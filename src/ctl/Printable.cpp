@@ -1,0 +1,85 @@
+#include "ctl/Printable.h"
+
+#include <unicode/utf8.h>
+
+#include <cstdint>
+
+namespace mirvel::ctl {
+
+namespace {
+
+std::string hexadecimal(char32_t number, int digits) {
+  constexpr std::string_view letters = "0123456789abcdef";
+  std::string result;
+  for (int i = digits - 1; i >= 0; --i) result += letters[(number >> (4 * i)) & 0xFU];
+  return result;
+}
+
+std::string escapedByte(char byte) {
+  return "\\x" + hexadecimal(static_cast<unsigned char>(byte), 2);
+}
+
+std::string escapedControl(char control) {
+  switch (control) {
+    case '\n':
+      return "\\n";
+    case '\r':
+      return "\\r";
+    case '\t':
+      return "\\t";
+    default:
+      return escapedByte(control);
+  }
+}
+
+bool isUnsafe(char32_t character) {
+  const bool isControl = character >= 0x7F && character < 0xA0;
+  const bool turnsDirection = (character >= 0x202A && character <= 0x202E) ||
+                              (character >= 0x2066 && character <= 0x2069) || character == 0x200E ||
+                              character == 0x200F || character == 0x061C;
+  const bool endsLine = character == 0x2028 || character == 0x2029;
+  return isControl || turnsDirection || endsLine;
+}
+
+std::string printable(const Piece& piece, Lines lines) {
+  if (!piece.isUtf8) {
+    std::string result;
+    for (const char byte : piece.bytes) result += escapedByte(byte);
+    return result;
+  }
+  if (piece.isUnsafe) return escapedCharacter(piece.character);
+  const char first = piece.bytes.front();
+  const bool isKept = lines == Lines::Keep && (first == '\n' || first == '\t');
+  if (piece.character < 0x20 && !isKept) return escapedControl(first);
+  return std::string(piece.bytes);
+}
+
+}  // namespace
+
+Piece pieceAt(std::string_view text, std::size_t at) {
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  std::size_t end = at;
+  UChar32 character = 0;
+  U8_NEXT(bytes, end, text.size(), character);
+  const auto scalar = static_cast<char32_t>(character);
+  return {.bytes = text.substr(at, end - at),
+          .isUtf8 = character >= 0,
+          .isUnsafe = character >= 0 && isUnsafe(scalar),
+          .character = scalar};
+}
+
+std::string escapedCharacter(char32_t character) {
+  return "\\u" + hexadecimal(character, 4);
+}
+
+std::string printable(std::string_view text, Lines lines) {
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    const Piece piece = pieceAt(text, at);
+    result += printable(piece, lines);
+    at += piece.bytes.size();
+  }
+  return result;
+}
+
+}  // namespace mirvel::ctl

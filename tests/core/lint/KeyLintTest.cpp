@@ -1,0 +1,85 @@
+#include <gtest/gtest.h>
+
+#include "core/lint/LintedJob.h"
+
+namespace mirvel::lint {
+namespace {
+
+void check(const std::vector<Row>& table) {
+  for (const Row& row : table) {
+    EXPECT_EQ(remarks(job(row.entries)), row.remarks) << testing::PrintToString(plist::Value(job(row.entries)));
+  }
+}
+
+TEST(KeyLintTest, UnknownKeysAreToldWithWhatWasMeant) {
+  check({
+      {{}, {}},
+      {{{"_PanicOnCrash", true}}, {}},
+      {{{"AssociatedBundleIdentifiers", "x"}, {"POSIXSpawnType", "App"}}, {}},
+      {{{"Boxen", Dict{}}}, {"warning: Boxen: unknown key"}},
+      {{{"EnabledPressuredExit", true}},
+       {"warning: EnabledPressuredExit: unknown key; did you mean EnablePressuredExit?"}},
+      {{{"Hour", 3}}, {"warning: Hour: unknown key at this place; it belongs in StartCalendarInterval"}},
+      {{{"SuccessfulExit", false}}, {"warning: SuccessfulExit: unknown key at this place; it belongs in KeepAlive"}},
+      {{{"Label", ""}}, {"warning: Label: the label is empty"}},
+  });
+}
+
+TEST(KeyLintTest, DeprecatedKeysAreTold) {
+  check({
+      {{{"OnDemand", true}}, {"warning: OnDemand: deprecated key; use KeepAlive"}},
+      {{{"TimeOut", 5}}, {"warning: TimeOut: deprecated key"}},
+      {{{"KeepAlive", Dict{{"NetworkState", true}}}},
+       {"warning: KeepAlive.NetworkState: deprecated key; launchd takes no account of it"}},
+      {{{"KeepAlive", true}, {"ExitTimeOut", 5}}, {}},
+  });
+}
+
+TEST(KeyLintTest, WordsAreToldOnlyIfTheyAreMisspelt) {
+  check({
+      {{{"ProcessType", "Interactive"}}, {}},
+      {{{"ProcessType", "App"}}, {}},
+      {{{"ProcessType", "background"}},
+       {"warning: ProcessType: launchd doesn't know \"background\"; did you mean Background?"}},
+      {{{"LimitLoadToSessionType", List{"Aqua", "System", "Loginwindow"}}},
+       {"warning: LimitLoadToSessionType[2]: launchd doesn't know \"Loginwindow\"; did you mean LoginWindow?"}},
+      {{{"LimitLoadToSessionType", "aqua"}},
+       {"warning: LimitLoadToSessionType: launchd doesn't know \"aqua\"; did you mean Aqua?"}},
+  });
+}
+
+TEST(KeyLintTest, WhatASaveWouldLoseIsTold) {
+  const std::string unknown = ": unknown key, lost when the job is saved";
+  const std::string unkept = ": the value can't be kept; it is lost when the job is saved";
+  const std::string unfit = ": the value doesn't fit its key; it is lost when the job is saved";
+  check({
+      {{{"KeepAlive", Dict{{"Crashed", true}, {"PathState", Dict{{"/a", true}}}}}}, {}},
+      {{{"KeepAlive", Dict{{"Crashd", true}}}}, {"warning: KeepAlive.Crashd" + unknown + "; did you mean Crashed?"}},
+      {{{"KeepAlive", "yes"}}, {"warning: KeepAlive" + unfit}},
+      {{{"KeepAlive", Dict{}}}, {}},
+      {{{"Umask", "022"}}, {}},
+      {{{"Umask", 18}}, {}},
+      {{{"Umask", "rwx"}}, {"warning: Umask" + unfit}},
+      {{{"Nice", 3.0}}, {}},
+      {{{"WatchPaths", List{}}, {"StartCalendarInterval", List{}}}, {}},
+      {{{"StartCalendarInterval", List{Dict{{"Minute", 0}}, Dict{{"Minute", 30}, {"Second", 5}}}}},
+       {"warning: StartCalendarInterval[1].Second" + unknown}},
+      {{{"StartCalendarInterval", Dict{{"Minute", 0}, {"Hour", 3}, {"WeekDay", 5}}}},
+       {"warning: StartCalendarInterval.WeekDay" + unknown + "; did you mean Weekday?"}},
+      {{{"SoftResourceLimits", Dict{{"CPU", 5}, {"cpu", 5}}}},
+       {"warning: SoftResourceLimits.cpu" + unknown + "; did you mean CPU?"}},
+      {{{"Sockets", Dict{{"A", Dict{{"SockType", "stream"}, {"Rendezvous", true}}}}}},
+       {"warning: Sockets.A.Rendezvous" + unknown}},
+      {{{"Sockets", Dict{{"A", List{Dict{{"SockServiceName", 80}}, Dict{{"Rendezvous", true}}}}}}},
+       {"warning: Sockets.A[1].Rendezvous" + unknown}},
+      {{{"Sockets", Dict{{"A", Dict{{"SockPassive", "yes"}}}}}}, {"warning: Sockets.A" + unkept}},
+      {{{"MachServices", Dict{{"a", true}, {"b", 5}}}}, {"warning: MachServices.b" + unkept}},
+      {{{"LaunchEvents", Dict{{"s", Dict{{"e", Dict{{"k", Dict{{"x", 1}}}, {"l", List{1, 2}}}}}}}}}, {}},
+      {{{"LaunchEvents", Dict{{"s", Dict{{"e", Dict{{"k", List{Dict{{"x", 1}}}}}}}}}}},
+       {"warning: LaunchEvents.s.e.k" + unkept}},
+      {{{"EnvironmentVariables", Dict{{"Crashed", "1"}}}}, {}},
+  });
+}
+
+}  // namespace
+}  // namespace mirvel::lint

@@ -1,0 +1,94 @@
+#include "core/lint/Lint.h"
+
+#include <gtest/gtest.h>
+
+#include "core/lint/LintedJob.h"
+
+namespace mirvel::lint {
+namespace {
+
+std::vector<std::string> remarksOn(const std::string& bytes) {
+  std::vector<std::string> result;
+  for (const Finding& finding : lint(bytes, smallMachine())) result.push_back(finding.text());
+  return result;
+}
+
+TEST(LintTest, FindingsStandAtTheirPlacesInTheOrderOfTheFile) {
+  const std::string file =
+      "<plist version=\"1.0\">\n"
+      "<dict>\n"
+      "  <key>Nicee</key> <integer>1</integer>\n"
+      "  <key>ProgramArguments</key>\n"
+      "  <array>\n"
+      "    <string>/bin/ls</string>\n"
+      "    <string>|</string>\n"
+      "  </array>\n"
+      "  <key>KeepAlive</key> <dict> <key>Foo</key> <true/> </dict>\n"
+      "  <key>Nice</key> <string>x</string>\n"
+      "  <key>RunAtLoad</key> <integer>1</integer>\n"
+      "</dict>\n"
+      "</plist>\n";
+  EXPECT_EQ(
+      remarksOn(file),
+      (std::vector<std::string>{
+          "error: Label: Label not found",
+          "warning: line 3, column 3: Nicee: unknown key; did you mean Nice?",
+          "warning: line 7, column 5: ProgramArguments[1]: launchd is no shell; the program gets | as an argument",
+          "warning: line 9, column 31: KeepAlive.Foo: unknown key, lost when the job is saved",
+          "error: line 10, column 19: Nice: holds \"x\", a string, where an integer belongs",
+          "error: line 11, column 24: RunAtLoad: holds 1, an integer, where a boolean belongs",
+      }));
+}
+
+TEST(LintTest, AFileThatIsNoJobIsRefusedWithOneError) {
+  const struct {
+    std::string bytes;
+    std::vector<std::string> remarks;
+  } table[] = {
+      {"", {"error: the file is empty"}},
+      {"hello", {"error: line 1, column 1: an XML property list can't start with `h`"}},
+      {"<plist><array/></plist>", {"error: line 1, column 8: the file holds an array of 0 where a dictionary belongs"}},
+      {plist::writeBinary("x"), {"error: the file holds \"x\", a string, where a dictionary belongs"}},
+  };
+  for (const auto& row : table) EXPECT_EQ(remarksOn(row.bytes), row.remarks) << row.bytes;
+}
+
+TEST(LintTest, AllErrorsAreToldAtOnceAndTheRestIsChecked) {
+  EXPECT_EQ(remarks(Dict{{"Label", 1},
+                         {"ProgramArguments", List{"/bin/ls"}},
+                         {"RunAtLoad", true},
+                         {"Nice", "x"},
+                         {"StartCalendarInterval", Dict{{"Hour", "3"}}},
+                         {"Umask", "x"}}),
+            (std::vector<std::string>{
+                "error: Label: holds 1, an integer, where a string belongs",
+                "error: StartCalendarInterval.Hour: Start calendar interval type error: \"3\", a string, where an "
+                "integer belongs",
+                "error: Nice: holds \"x\", a string, where an integer belongs",
+                "warning: Umask: the value doesn't fit its key; it is lost when the job is saved",
+            }));
+}
+
+TEST(LintTest, WarningsOfTheReaderAreTold) {
+  const std::string file =
+      "<plist><dict><key>Label</key><string>a</string><key>Label</key><string>b</string>"
+      "<key>Program</key><string>/bin/ls</string><key>RunAtLoad</key><true/></dict></plist>";
+  const auto found = lint(file, smallMachine());
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_EQ(found[0].severity, Severity::warning);
+  EXPECT_NE(found[0].message.find("Label"), std::string::npos) << found[0].text();
+  EXPECT_EQ(found[0].line, 1U);
+}
+
+TEST(LintTest, EveryPrefixOfAGoodFileIsRefusedWithoutHarm) {
+  const auto whole = plist::writeXml(job({{"StartCalendarInterval", Dict{{"Hour", 3}, {"Minute", 0}}}}));
+  ASSERT_TRUE(whole);
+  ASSERT_TRUE(lint(*whole, smallMachine()).empty());
+  const std::size_t end = whole->find("</plist>");
+  for (std::size_t size = 0; size < end; ++size) {
+    EXPECT_TRUE(hasErrors(lint(whole->substr(0, size), smallMachine()))) << size;
+  }
+}
+
+}  // namespace
+}  // namespace mirvel::lint

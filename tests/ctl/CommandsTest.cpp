@@ -1,0 +1,258 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "ctl/Command.h"
+#include "ctl/Json.h"
+#include "support/TestData.h"
+
+namespace mirvel::ctl {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* goodJob =
+    "<plist version=\"1.0\"><dict><key>Label</key><string>a.job</string><key>ProgramArguments</key><array>"
+    "<string>/bin/ls</string><string>-l</string></array><key>StartCalendarInterval</key><dict><key>Hour</key>"
+    "<integer>9</integer><key>Minute</key><integer>0</integer></dict></dict></plist>";
+constexpr const char* badJob = "<plist version=\"1.0\">\n<dict/>\n</plist>";
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+class CommandsTest : public testing::Test {
+ protected:
+  Outcome start(const std::vector<std::string>& arguments, const std::string& input = {}) {
+    std::istringstream in(input);
+    std::ostringstream out;
+    std::ostringstream err;
+    const Localize localize("en");
+    const lint::Surroundings surroundings{.exists = [](const std::string&) { return true; }};
+    const int status = run(arguments, {.in = in,
+                                       .out = out,
+                                       .err = err,
+                                       .isTerminal = isTerminal,
+                                       .hasColour = isTerminal,
+                                       .localize = localize,
+                                       .surroundings = surroundings});
+    return {status, out.str(), err.str()};
+  }
+
+  std::string file(const std::string& name, const std::string& content) { return folder.write(name, content).string(); }
+
+  testdata::TemporaryFolder folder;
+  bool isTerminal = false;
+};
+
+TEST_F(CommandsTest, AWrongCommandLineIsAUsageError) {
+  const struct {
+    std::vector<std::string> arguments;
+    std::string message;
+  } table[] = {
+      {{}, "mirvelctl: there is no command; try mirvelctl --help\n"},
+      {{"frob\x1b"}, "mirvelctl: there is no command frob\\x1b; try mirvelctl --help\n"},
+      {{"lint"}, "mirvelctl lint: there is no file\nusage: mirvelctl lint [--json] FILE...\n"},
+      {{"lint", "--frob"}, "mirvelctl lint: there is no option --frob\nusage: mirvelctl lint [--json] FILE...\n"},
+      {{"show", "a", "b"}, "mirvelctl show: it takes one file\nusage: mirvelctl show [--json] FILE\n"},
+      {{"convert", "a"},
+       "mirvelctl convert: the form must be xml or binary\nusage: mirvelctl convert FILE --to xml|binary\n"},
+      {{"convert", "a", "--to"},
+       "mirvelctl convert: the option --to needs a value\nusage: mirvelctl convert FILE --to xml|binary\n"},
+      {{"help", "frob"}, "mirvelctl help: there is no command frob\nusage: mirvelctl help [COMMAND]\n"},
+  };
+  for (const auto& row : table) {
+    const Outcome outcome = start(row.arguments);
+    EXPECT_EQ(outcome.status, Usage) << row.message;
+    EXPECT_EQ(outcome.err, row.message);
+    EXPECT_EQ(outcome.out, "");
+  }
+}
+
+TEST_F(CommandsTest, HelpTellsOfEveryCommand) {
+  const Outcome all = start({"--help"});
+  EXPECT_EQ(all.status, Success);
+  for (const Command& command : commands()) {
+    const std::string name(command.name);
+    EXPECT_THAT(all.out, HasSubstr("  " + name + ' '));
+    const Outcome one = start({"help", name});
+    EXPECT_THAT(one.out, StartsWith("usage: mirvelctl " + name + ' '));
+    EXPECT_EQ(start({name, "--help"}).out, one.out);
+  }
+  EXPECT_THAT(start({"--version"}).out, testing::MatchesRegex("mirvelctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+  EXPECT_EQ(start({"lint", "--", "--help"}).status, Failed) << "a file of that name";
+}
+
+TEST_F(CommandsTest, LintTellsOfEachFileAndCountsSeveral) {
+  const std::string good = file("good.plist", goodJob);
+  const std::string bad = file("bad.plist", badJob);
+  EXPECT_EQ(start({"lint", good}).out, good + ": ok\n");
+  EXPECT_EQ(start({"lint", good}).status, Success);
+
+  const Outcome both = start({"lint", good, bad});
+  EXPECT_EQ(both.status, Failed);
+  EXPECT_EQ(both.err, "");
+  EXPECT_THAT(both.out, StartsWith(good + ": ok\n" + bad + ": error: Label: Label not found\n" + bad +
+                                   ": error: line 2, column 1: there is nothing to run"));
+  EXPECT_THAT(both.out, testing::EndsWith("2 files: 1 ok, 0 with warnings, 1 with errors\n"));
+}
+
+TEST_F(CommandsTest, LintWithWarningsAloneIsASuccess) {
+  const std::string warned = std::string(goodJob).replace(0, 0, "\n<?xml version=\"1.0\"?>");
+  EXPECT_THAT(start({"lint", "-"}, warned).out, StartsWith("standard input: warning: line 2, column 1: "));
+  EXPECT_EQ(start({"lint", "-"}, warned).status, Success);
+}
+
+TEST_F(CommandsTest, LintJsonIsAnArrayOfVerdicts) {
+  const std::string good = file("good.plist", goodJob);
+  const Outcome outcome = start({"lint", "--json", good, "-", "/nowhere"}, badJob);
+  EXPECT_EQ(outcome.status, Failed);
+  const Json json = Json::parse(outcome.out);
+  ASSERT_EQ(json.size(), 3U);
+  EXPECT_EQ(json[0], (Json{{"file", good}, {"ok", true}, {"findings", Json::array()}}));
+  EXPECT_EQ(
+      json[1]["findings"][0],
+      (Json{{"severity", "error"}, {"message", "Label not found"}, {"line", 0}, {"column", 0}, {"key", "Label"}}));
+  EXPECT_EQ(json[1]["findings"][1]["line"], 2);
+  EXPECT_EQ(json[2]["ok"], false);
+}
+
+TEST_F(CommandsTest, FilesThatCantBeReadAreTold) {
+  const struct {
+    std::string file;
+    std::string message;
+  } table[] = {
+      {folder.path().string(), "can't read: Is a directory"},
+      {"/nowhere/x", "can't read: No such file or directory"},
+      {file("empty", ""), "the file is empty"},
+      {file("text", "hello"), "line 1, column 1: "},
+  };
+  for (const auto& row : table) {
+    EXPECT_THAT(start({"lint", row.file}).out, StartsWith(row.file + ": error: " + row.message));
+    const Outcome shown = start({"show", row.file});
+    EXPECT_EQ(shown.status, Failed);
+    EXPECT_THAT(shown.err, StartsWith(row.file + ": " + row.message));
+    const Outcome asJson = start({"show", "--json", row.file});
+    EXPECT_EQ(asJson.status, Failed);
+    EXPECT_EQ(Json::parse(asJson.out)["ok"], false);
+    EXPECT_THAT(Json::parse(asJson.out)["error"].get<std::string>(), StartsWith(row.message));
+    const Outcome converted = start({"convert", row.file, "--to", "xml"});
+    EXPECT_EQ(converted.status, Failed);
+    EXPECT_EQ(converted.out, "");
+  }
+}
+
+TEST_F(CommandsTest, ShowTellsAJobInWords) {
+  EXPECT_EQ(start({"show", "-"}, goodJob).out,
+            "a.job\n"
+            "  Command: /bin/ls -l\n"
+            "  When: Every day at 09:00\n"
+            "\n"
+            "Label: \"a.job\"\n"
+            "ProgramArguments:\n"
+            "  - \"/bin/ls\"\n"
+            "  - \"-l\"\n"
+            "StartCalendarInterval:\n"
+            "  Hour: 9\n"
+            "  Minute: 0\n");
+}
+
+TEST_F(CommandsTest, ShowTellsAnyPropertyList) {
+  EXPECT_EQ(start({"show", "-"},
+                  "<plist><array><data>AQID</data><array><real>1.5</real></array><dict/><array/>"
+                  "<date>2001-01-01T00:00:00Z</date><true/></array></plist>")
+                .out,
+            "- 3 bytes: AQID\n"
+            "-\n"
+            "  - 1.5\n"
+            "- (empty dictionary)\n"
+            "- (empty array)\n"
+            "- 2001-01-01T00:00:00Z\n"
+            "- true\n");
+  const Outcome refused = start({"show", "-"}, "<plist><dict><key>Label</key><integer>1</integer></dict></plist>");
+  EXPECT_EQ(refused.status, Success);
+  EXPECT_EQ(refused.out, "Label: 1\n\nno job: Label: holds 1, an integer, where a string belongs\n");
+}
+
+TEST_F(CommandsTest, ShowJsonHasTheJobAndItsRules) {
+  const auto jobOf = [this](const std::string& keys) {
+    return Json::parse(
+        start({"show", "--json", "-"}, "<plist><dict><key>Label</key><string>x</string>" + keys + "</dict></plist>")
+            .out)["job"];
+  };
+  EXPECT_EQ(jobOf("<key>Program</key><string>/bin/ls</string>"), Json::parse(R"({"label": "x", "run": "/bin/ls",
+            "iconPath": null, "scheduled": [], "unknownKeys": []})"));
+  const auto interval = [](const std::string& fields) {
+    std::string result = "<dict>";
+    for (std::size_t at = 0; at < fields.size();) {
+      const std::size_t end = std::min(fields.find(' ', at), fields.size());
+      const std::size_t equals = fields.find('=', at);
+      result += "<key>" + fields.substr(at, equals - at) + "</key><integer>" +
+                fields.substr(equals + 1, end - equals - 1) + "</integer>";
+      at = end + 1;
+    }
+    return result + "</dict>";
+  };
+  const Json job = jobOf(
+      "<key>StartInterval</key><integer>7200</integer><key>Foo</key><true/>"
+      "<key>StartCalendarInterval</key><array>" +
+      interval("Minute=5") + interval("Hour=9 Minute=5") + interval("Day=1 Hour=9") +
+      interval("Day=29 Month=2 Hour=12") + interval("Weekday=3 Hour=21") + "</array>");
+  EXPECT_EQ(job["scheduled"], Json::parse(R"([
+            {"kind": "repeatInterval", "interval": 2, "unit": "hours"},
+            {"kind": "everyHour", "minute": 5},
+            {"kind": "everyDay", "time": "09:05"},
+            {"kind": "dayOfMonth", "day": 0, "time": "09:00"},
+            {"kind": "dayOfYear", "month": 1, "day": 28, "time": "12:00"},
+            {"kind": "dayOfWeek", "day": 3, "time": "21:00"}])"));
+  EXPECT_EQ(job["unknownKeys"], Json::array({"Foo"}));
+  EXPECT_FALSE(Json::parse(start({"show", "--json", "-"}, "<plist><dict/></plist>").out).contains("job"));
+}
+
+TEST_F(CommandsTest, ConvertGivesTheOtherFormAndBack) {
+  const Outcome binary = start({"convert", "-", "--to=binary"}, goodJob);
+  EXPECT_THAT(binary.out, StartsWith("bplist00"));
+  const Outcome xml = start({"convert", "--to", "xml", "-"}, binary.out);
+  EXPECT_EQ(xml.out, start({"convert", "--to", "xml", "-"}, goodJob).out);
+  EXPECT_THAT(xml.out, StartsWith("<?xml"));
+}
+
+TEST_F(CommandsTest, ATerminalGetsColoursButNoBytesOfTheFileThatItWouldObey) {
+  isTerminal = true;
+  const std::string odd = start({"convert", "-", "--to", "xml"},
+                                "<plist><string>\xC2\x9B"
+                                "31m</string></plist>")
+                              .out;
+  EXPECT_THAT(odd, HasSubstr("<string>\\u009b31m</string>\n"));
+  EXPECT_EQ(start({"convert", "-", "--to", "binary"}, goodJob).status, Usage);
+  EXPECT_EQ(start({"lint", "-"}, goodJob).out, "standard input: \x1b[32mok\x1b[0m\n");
+  EXPECT_THAT(start({"lint", "-"}, badJob).out, StartsWith("standard input: \x1b[31merror\x1b[0m: Label: "));
+  const Outcome shown =
+      start({"show", "-"},
+            "<plist><dict><key>Label</key><string>\xC2\x9Bx</string><key>\xC2\x9Bk</key><true/></dict></plist>");
+  EXPECT_THAT(shown.out, Not(HasSubstr("\xC2\x9B")));
+  EXPECT_THAT(start({"lint", "/tmp/\x1b[2J"}).out, Not(HasSubstr("\x1b[2J")));
+  EXPECT_THAT(start({"show", "/tmp/\x1b[2J"}).err, StartsWith("/tmp/\\x1b[2J: can't read"));
+}
+
+TEST_F(CommandsTest, OutputThatCantBeWrittenIsAFailure) {
+  std::istringstream in;
+  std::ostringstream out;
+  std::ostringstream err;
+  out.setstate(std::ios::badbit);
+  const Localize localize("en");
+  const lint::Surroundings surroundings{.exists = [](const std::string&) { return true; }};
+  const std::vector<std::string> arguments{"--help"};
+  const int status =
+      run(arguments, {.in = in, .out = out, .err = err, .localize = localize, .surroundings = surroundings});
+  EXPECT_EQ(status, Failed);
+  EXPECT_EQ(err.str(), "mirvelctl: can't write the output\n");
+}
+
+}  // namespace
+}  // namespace mirvel::ctl
