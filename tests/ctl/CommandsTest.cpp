@@ -97,8 +97,8 @@ TEST_F(CommandsTest, LintTellsOfEachFileAndCountsSeveral) {
   const Outcome both = start({"lint", good, bad});
   EXPECT_EQ(both.status, Failed);
   EXPECT_EQ(both.err, "");
-  EXPECT_THAT(both.out, StartsWith(good + ": ok\n" + bad + ": error: Label: Label not found\n" + bad +
-                                   ": error: line 2, column 1: there is nothing to run"));
+  EXPECT_THAT(both.out, StartsWith(good + ": ok\n" + bad + ": error: Label not found\n" + bad +
+                                   ": warning: line 2, column 1: there is nothing to run"));
   EXPECT_THAT(both.out, testing::EndsWith("2 files: 1 ok, 0 with warnings, 1 with errors\n"));
 }
 
@@ -231,7 +231,7 @@ TEST_F(CommandsTest, ATerminalGetsColoursButNoBytesOfTheFileThatItWouldObey) {
   EXPECT_THAT(odd, HasSubstr("<string>\\u009b31m</string>\n"));
   EXPECT_EQ(start({"convert", "-", "--to", "binary"}, goodJob).status, Usage);
   EXPECT_EQ(start({"lint", "-"}, goodJob).out, "standard input: \x1b[32mok\x1b[0m\n");
-  EXPECT_THAT(start({"lint", "-"}, badJob).out, StartsWith("standard input: \x1b[31merror\x1b[0m: Label: "));
+  EXPECT_THAT(start({"lint", "-"}, badJob).out, StartsWith("standard input: \x1b[31merror\x1b[0m: Label not found"));
   const Outcome shown =
       start({"show", "-"},
             "<plist><dict><key>Label</key><string>\xC2\x9Bx</string><key>\xC2\x9Bk</key><true/></dict></plist>");

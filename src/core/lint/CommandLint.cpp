@@ -96,7 +96,8 @@ void checkCommand(const Subject& subject, const Surroundings& surroundings, Find
   const auto executable = executableOf(record);
   if (executable && !isProgramRefused) return checkExecutable(*executable, surroundings, findings);
   if (executable || isProgramRefused || subject.refusedKeys.count("ProgramArguments") != 0) return;
-  findings.error("", "there is nothing to run: neither Program nor ProgramArguments");
+  // An application may name the program when it installs the job.
+  findings.warning("", "there is nothing to run: neither Program nor ProgramArguments");
 }
 
 }  // namespace mirvel::lint

@@ -13,7 +13,8 @@ std::string Error::text() const {
   } else if (offset) {
     place += "offset " + std::to_string(*offset) + ": ";
   }
-  if (!keyPath.empty()) place += keyPath + ": ";
+  const bool saysKeyItself = message.compare(0, keyPath.size(), keyPath) == 0;
+  if (!saysKeyItself) place += keyPath + ": ";
   return place + message;
 }
 

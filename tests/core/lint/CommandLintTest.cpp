@@ -6,7 +6,7 @@
 namespace mirvel::lint {
 namespace {
 
-const std::string noProgram = "error: there is nothing to run: neither Program nor ProgramArguments";
+const std::string noProgram = "warning: there is nothing to run: neither Program nor ProgramArguments";
 
 TEST(CommandLintTest, TheProgramMustBeThereAndAbsolute) {
   const std::string first = "warning: ProgramArguments[0]: ";

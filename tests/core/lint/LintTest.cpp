@@ -31,7 +31,7 @@ TEST(LintTest, FindingsStandAtTheirPlacesInTheOrderOfTheFile) {
   EXPECT_EQ(
       remarksOn(file),
       (std::vector<std::string>{
-          "error: Label: Label not found",
+          "error: Label not found",
           "warning: line 3, column 3: Nicee: unknown key; did you mean Nice?",
           "warning: line 7, column 5: ProgramArguments[1]: launchd is no shell; the program gets | as an argument",
           "warning: line 9, column 31: KeepAlive.Foo: unknown key, lost when the job is saved",
