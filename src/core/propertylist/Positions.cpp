@@ -11,6 +11,16 @@ Place placeOf(std::string_view text, std::size_t offset) {
   return {.line = lines + 1, .column = before.size() - lineStart + 1};
 }
 
+Place PlaceCursor::placeOf(std::size_t offset) {
+  if (offset < m_offset) *this = PlaceCursor(m_text);
+  for (; m_offset < offset; ++m_offset) {
+    if (m_text[m_offset] != '\n') continue;
+    ++m_lines;
+    m_lineStart = m_offset + 1;
+  }
+  return {.line = m_lines + 1, .column = offset - m_lineStart + 1};
+}
+
 std::string childPath(const std::string& parent, std::string_view key) {
   return parent.empty() ? std::string(key) : parent + '.' + std::string(key);
 }

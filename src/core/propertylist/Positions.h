@@ -16,6 +16,19 @@ struct Place {
 
 Place placeOf(std::string_view text, std::size_t offset);
 
+/// Likewise for many offsets of one text, quick as long as they grow.
+class PlaceCursor {
+ public:
+  explicit PlaceCursor(std::string_view text) : m_text(text) {}
+  Place placeOf(std::size_t offset);
+
+ private:
+  std::string_view m_text;
+  std::size_t m_offset = 0;
+  std::size_t m_lines = 0;      // that end before it
+  std::size_t m_lineStart = 0;  // of the line that it is in
+};
+
 /// `Sockets` and `Listener` give `Sockets.Listener`; the whole list has the empty path.
 std::string childPath(const std::string& parent, std::string_view key);
 /// `WatchPaths` and 0 give `WatchPaths[0]`.

@@ -255,7 +255,8 @@ void XmlReader::notePosition(std::size_t offset) {
       keyOffset = offset;
     }
   }
-  m_positions->add(path, {.key = placeOf(m_text, keyOffset), .value = placeOf(m_text, offset)});
+  const Place keyPlace = m_cursor.placeOf(keyOffset);
+  m_positions->add(path, {.key = keyPlace, .value = m_cursor.placeOf(offset)});
 }
 
 void XmlReader::warn(std::string message, std::size_t offset) {

@@ -17,7 +17,7 @@ class XmlReader {
  public:
   /// `utf8` lies in the arena, or outlives it, and is followed by `XmlScanner::padding`; `positions` may be null.
   XmlReader(std::string_view utf8, Arena& arena, Positions* positions)
-      : m_text(utf8), m_arena(arena), m_scanner(utf8), m_positions(positions) {}
+      : m_text(utf8), m_arena(arena), m_scanner(utf8), m_positions(positions), m_cursor(utf8) {}
 
   Node read();
   std::vector<Warning> takeWarnings() { return std::move(m_warnings); }
@@ -56,6 +56,7 @@ class XmlReader {
   Arena& m_arena;
   XmlScanner m_scanner;
   Positions* m_positions;
+  PlaceCursor m_cursor;
   Room<Frame, 32> m_frames;
   /// What is read and whose container isn't complete yet: the innermost container's nodes lie on top, those of a
   /// dictionary as key, value, key, value. A complete container's go to the arena, and one node takes their place.
