@@ -130,6 +130,11 @@ bool BinaryReader::readValue(std::uint64_t object, Node& slot) {
   return false;
 }
 
+void BinaryReader::warn(std::string message, std::uint64_t offset) {
+  if (m_warnings.size() == Limits::warnings) return;
+  m_warnings.push_back({.message = std::move(message), .offset = offset});
+}
+
 /// Counts what is read, which is more than the list holds where objects are shared.
 void BinaryReader::grow(std::uint64_t size) {
   m_size += size;
@@ -208,8 +213,7 @@ void BinaryReader::finish() {
 Node BinaryReader::dictionary(const Frame& frame) {
   const std::span entries(frame.slots, 2 * frame.count);
   const std::size_t count = dropRepeatedKeys(entries, Repeated::FirstWins, [&](std::string_view key) {
-    m_warnings.push_back(
-        {.message = "the key `" + std::string(key) + "` is repeated; the first one counts", .offset = frame.offset});
+    warn("the key `" + std::string(key) + "` is repeated; the first one counts", frame.offset);
   });
   return Node::dictionary(frame.slots, count);
 }
@@ -259,8 +263,7 @@ Node BinaryReader::integer(std::uint64_t offset) {
   const bool isNegative = high == std::numeric_limits<std::uint64_t>::max() && low >> 63U == 1;
   if (isNegative) return Node::integer(static_cast<std::int64_t>(low));
   if (high != 0) {
-    m_warnings.push_back(
-        {.message = "the integer doesn't fit 64 bits; only the lower ones are read", .offset = offset});
+    warn("the integer doesn't fit 64 bits; only the lower ones are read", offset);
   }
   return Node::integer(Integer::fromUnsigned(low));
 }

@@ -72,6 +72,7 @@ class BinaryReader {
   Node containerNode(const Frame& frame);
   Node dictionary(const Frame& frame);
   void grow(std::uint64_t size);
+  void warn(std::string message, std::uint64_t offset);
 
   Extent longExtent(std::uint64_t offset) const;
   Extent extent(std::uint64_t offset, std::uint64_t unit) const;

@@ -82,7 +82,7 @@ class Node {
   }
   template <typename T>
   const T* place() const {
-    return reinterpret_cast<const T*>(static_cast<std::uintptr_t>(m_bits));
+    return reinterpret_cast<const T*>(static_cast<std::uintptr_t>(m_bits));  // NOLINT(performance-no-int-to-ptr)
   }
   std::string_view bytes() const { return {place<char>(), m_size}; }
   std::span<const Node> elements() const { return {place<Node>(), m_size}; }

@@ -50,6 +50,7 @@ struct Limits {
   static constexpr std::size_t bytes = std::size_t{1} << 30;    ///< the size of the input
   static constexpr std::size_t depth = 512;                     ///< containers in each other, as on macOS
   static constexpr std::size_t objects = std::size_t{1} << 21;  ///< values in all
+  static constexpr std::size_t warnings = 100;                  ///< told of one list; the rest goes without a word
   /// Where objects are shared, values may add up to no more than `objects` of this size, texts included, beyond the
   /// size of the input: what a copy with nothing shared takes.
   static constexpr std::size_t valueSize = 64;

@@ -260,6 +260,7 @@ void XmlReader::notePosition(std::size_t offset) {
 }
 
 void XmlReader::warn(std::string message, std::size_t offset) {
+  if (m_warnings.size() == Limits::warnings) return;
   const Place place = placeOf(m_text, offset);
   m_warnings.push_back({.message = std::move(message), .line = place.line, .column = place.column});
 }

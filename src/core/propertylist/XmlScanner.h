@@ -23,7 +23,7 @@ std::string_view elementName(Element element);
 class XmlScanner {
  public:
   /// What must lie behind the text, so that it can be looked at in pieces, and every text in it has an end.
-  static constexpr std::string_view padding{"<\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 32};
+  static constexpr std::array<char, 32> padding{'<'};
 
   struct Tag {
     Element element;
