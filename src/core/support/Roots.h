@@ -19,7 +19,7 @@ struct Roots {
 
   /// The folders of macOS below a home folder.
   static Roots ofMac(const std::filesystem::path& home);
-  /// Those of a Linux desktop, by `XDG_CONFIG_HOME` and `XDG_DATA_HOME` (XDG Base Directory Specification, which has
+  /// Those of a Linux desktop, by `XDG_CONFIG_HOME` and `XDG_DATA_HOME` (the XDG base directories, which have
   /// paths ignored that aren't absolute).
   static Roots ofLinux(const std::filesystem::path& home, const Environment& environment);
 };
