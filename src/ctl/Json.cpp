@@ -25,7 +25,9 @@ Json elementTrees(std::span<const plist::Node> elements) {
 
 Json entryTrees(const plist::Members& members) {
   Json result = Json::object();
-  for (const plist::Member& member : members) result[std::string(member.key())] = typedTree(member.value);
+  // Keys are distinct, so they needn't be looked up, which goes through all that are there.
+  auto& object = result.get_ref<Json::object_t&>();
+  for (const plist::Member& member : members) object.push_back({std::string(member.key()), typedTree(member.value)});
   return result;
 }
 
@@ -34,6 +36,10 @@ std::string escapedUnsafe(const std::string& json) {
   std::string result;
   result.reserve(json.size());
   for (std::size_t at = 0; at < json.size();) {
+    const std::size_t plain = plainLength(std::string_view(json).substr(at));
+    result.append(json, at, plain);
+    at += plain;
+    if (at == json.size()) break;
     const Piece piece = pieceAt(json, at);
     result += piece.isUnsafe ? escapedCharacter(piece.character) : std::string(piece.bytes);
     at += piece.bytes.size();

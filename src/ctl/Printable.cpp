@@ -2,6 +2,7 @@
 
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <cstdint>
 
 namespace mirvel::ctl {
@@ -68,6 +69,14 @@ Piece pieceAt(std::string_view text, std::size_t at) {
           .character = scalar};
 }
 
+std::size_t plainLength(std::string_view text) {
+  const auto end = std::find_if(text.begin(), text.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 || byte >= 0x7F;
+  });
+  return static_cast<std::size_t>(end - text.begin());
+}
+
 std::string escapedCharacter(char32_t character) {
   return "\\u" + hexadecimal(character, 4);
 }
@@ -75,6 +84,10 @@ std::string escapedCharacter(char32_t character) {
 std::string printable(std::string_view text, Lines lines) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {
+    const std::size_t plain = plainLength(text.substr(at));
+    result += text.substr(at, plain);
+    at += plain;
+    if (at == text.size()) break;
     const Piece piece = pieceAt(text, at);
     result += printable(piece, lines);
     at += piece.bytes.size();

@@ -22,6 +22,9 @@ struct Piece {
 };
 Piece pieceAt(std::string_view text, std::size_t at);
 
+/// How many bytes of visible ASCII and blanks the text begins with.
+std::size_t plainLength(std::string_view text);
+
 /// Such as `\u202e`, which is also how JSON writes it.
 std::string escapedCharacter(char32_t character);
 
