@@ -31,10 +31,8 @@ std::optional<std::int64_t> NumberText::Format::parse(const icu::UnicodeString& 
   icu::ParsePosition position;
   format->parse(text, number, position);
   if (position.getIndex() != text.length()) return std::nullopt;
-  const bool isNan = number.getType() == icu::Formattable::kDouble && std::isnan(number.getDouble());
-  if (isNan) return std::nullopt;  // which is what ICU makes of the text "NaN"
   UErrorCode status = U_ZERO_ERROR;
-  if (!std::isfinite(number.getDouble(status))) return std::nullopt;  // "NaN" is a number to ICU
+  if (!std::isfinite(number.getDouble(status))) return std::nullopt;  // to ICU "NaN" is a number
   const std::int64_t result = number.getInt64(status);
   return U_SUCCESS(status) ? std::optional(result) : std::nullopt;
 }
