@@ -4,6 +4,7 @@
 #include <array>
 
 #include "core/creation/FileCommand.h"
+#include "core/support/Ascii.h"
 #include "core/support/ReplaceFile.h"
 #include "core/support/Strings.h"
 #include "core/support/Text.h"
@@ -24,13 +25,6 @@ bool holds(const List& list, std::string_view element) {
 
 bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
-}
-
-std::string lowerCase(std::string text) {
-  for (char& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return text;
 }
 
 std::string withoutQuotes(std::string word) {
@@ -100,7 +94,7 @@ std::optional<std::string> CommandRepairs::lookUp(const std::string& word) const
   if (word.empty()) return std::nullopt;
   const auto found = m_processes.run(m_commands.which, {word});
   if (!found) return std::nullopt;
-  const std::string lower = lowerCase(found->output);
+  const std::string lower = Ascii::lower(found->output);
   for (const char* complaint : {"syntax error", "illegal option", "usage:"}) {
     if (contains(lower, complaint)) return std::nullopt;
   }
@@ -127,7 +121,7 @@ std::string CommandRepairs::expandTilde(const std::string& text) const {
 
 std::string CommandRepairs::stripSudo(const std::string& run) const {
   if (!m_defaults.automaticHelp() || String::characterCount(run) < 6) return run;
-  const std::string lower = lowerCase(run);
+  const std::string lower = Ascii::lower(run);
   for (const std::string_view sudo : {"sudo ", "/usr/bin/sudo "}) {
     if (lower.starts_with(sudo) && !std::string_view(lower).substr(sudo.size()).starts_with('-')) {
       return run.substr(sudo.size());

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/propertylist/Reader.h"
+#include "core/support/Ascii.h"
 #include "core/support/ReadFile.h"
 #include "core/support/Strings.h"
 
@@ -81,7 +82,7 @@ std::optional<std::string> declaredInterpreter(const fs::path& file) {
 }
 
 std::optional<std::string> interpreterOf(const fs::path& file, const Commands& commands) {
-  const std::string extension = String::fold(extensionOf(file));
+  const std::string extension = Ascii::lower(extensionOf(file));
   if (extension.empty()) return declaredInterpreter(file);
   for (const Interpreter& interpreter : interpreters) {
     if (interpreter.extension == extension) return commands.*interpreter.command;

@@ -4,20 +4,18 @@
 #include <utility>
 #include <vector>
 
+#include "core/support/Ascii.h"
+
 namespace mirvel::lint {
 
 namespace {
 
 constexpr std::size_t longestName = 64;  // no key is nearly as long, and a file may bring any
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 }  // namespace
 
 std::size_t editDistance(std::string_view a, std::string_view b) {
-  const auto same = [&](std::size_t i, std::size_t j) { return lower(a[i]) == lower(b[j]); };
+  const auto same = [&](std::size_t i, std::size_t j) { return Ascii::lower(a[i]) == Ascii::lower(b[j]); };
   // The distances between the beginnings of both texts, row by row; a swap looks two rows back.
   std::vector<std::size_t> beforeLast(b.size() + 1);
   std::vector<std::size_t> last(b.size() + 1);

@@ -28,11 +28,6 @@ bool holds(std::uint64_t size, std::uint64_t value) {
   return size >= 8 || value >> (8 * size) == 0;
 }
 
-std::string hexByte(std::uint8_t byte) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  return std::string("0x") + digits[byte >> 4U] + digits[byte & 15U];
-}
-
 }  // namespace
 
 bool BinaryReader::isBinary(std::string_view bytes) {

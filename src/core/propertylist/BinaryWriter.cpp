@@ -5,6 +5,7 @@
 
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Writer.h"
+#include "core/support/Ascii.h"
 
 namespace mirvel::plist {
 
@@ -15,13 +16,6 @@ std::uint64_t sizeFor(std::uint64_t number) {
   if (number <= 0xFF) return 1;
   if (number <= 0xFFFF) return 2;
   return number <= 0xFFFFFFFF ? 4 : 8;
-}
-
-bool isAscii(std::string_view text) {
-  for (const char c : text) {
-    if ((c & 0x80) != 0) return false;
-  }
-  return true;
 }
 
 class BinaryWriter {
@@ -149,7 +143,7 @@ class BinaryWriter {
   }
 
   void writeText(std::string_view text) {
-    if (isAscii(text)) {
+    if (Ascii::holds(text)) {
       writeCounted(0x50, text.size());
       m_out += text;
     } else {

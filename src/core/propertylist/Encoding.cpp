@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "core/propertylist/XmlHeader.h"
+#include "core/support/Ascii.h"
 
 namespace mirvel::plist {
 
@@ -18,14 +19,6 @@ constexpr std::string_view white = " \t\r\n";
 
 bool startsWith(std::string_view bytes, std::string_view prefix) {
   return bytes.substr(0, prefix.size()) == prefix;
-}
-
-std::string asciiLower(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
 }
 
 struct Mark {
@@ -132,10 +125,10 @@ Result<void> decodeText(std::string_view bytes, DecodedText& result) {
   }
   if (const char* encoding = encodingByZeros(bytes)) return takeConverted(convert(bytes, encoding), result);
 
-  const std::string name = commonName(asciiLower(declaredEncoding(bytes)));
+  const std::string name = commonName(Ascii::lower(declaredEncoding(bytes)));
   if (name.empty() || name == "utf-8" || name == "utf8") return {};
   if (isAsciiName(name)) {
-    const auto* high = std::find_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+    const auto* high = std::find_if(bytes.begin(), bytes.end(), [](char c) { return !Ascii::holds(c); });
     if (high == bytes.end()) return {};
     result.notAscii = static_cast<std::size_t>(high - bytes.begin());
     return takeConverted(utf8FromLatin1(bytes), result);

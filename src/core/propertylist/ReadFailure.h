@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 
+#include "core/support/Digest.h"
 #include "core/support/Error.h"
 
 namespace mirvel::plist {
@@ -13,5 +14,11 @@ struct ReadFailure {
   std::size_t offset;  ///< in the text or list being read
   Error::Code code = Error::Code::Malformed;
 };
+
+/// A byte as messages tell it: `0x1f`.
+inline std::string hexByte(unsigned char byte) {
+  const char c = static_cast<char>(byte);
+  return "0x" + mirvel::Data::hexString({&c, 1});
+}
 
 }  // namespace mirvel::plist

@@ -12,6 +12,8 @@
 #include <cstdio>
 #include <limits>
 
+#include "core/support/Ascii.h"
+
 namespace mirvel::plist {
 
 namespace {
@@ -22,7 +24,7 @@ bool isDigit(char c) {
 
 bool equalsIgnoringCase(std::string_view text, std::string_view lower) {
   return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
-                    [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a - 'A' + 'a' : a) == b; });
+                    [](char a, char b) { return Ascii::lower(a) == b; });
 }
 
 std::size_t skipDigits(std::string_view text, std::size_t at) {

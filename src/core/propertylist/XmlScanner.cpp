@@ -26,9 +26,7 @@ constexpr bool endsName(char c) {
 /// A character as a message shows it: `x`, or its number where it can't be shown.
 std::string shown(char c) {
   if (c > ' ' && c < 0x7F) return std::string("`") + c + '`';
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  const auto byte = static_cast<unsigned char>(c);
-  return std::string("the byte 0x") + digits[byte >> 4U] + digits[byte & 15U];
+  return "the byte " + hexByte(static_cast<unsigned char>(c));
 }
 
 }  // namespace

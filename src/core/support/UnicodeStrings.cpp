@@ -2,6 +2,7 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include "core/support/Ascii.h"
 #include "core/support/Strings.h"
 
 namespace mirvel::String {
@@ -26,21 +27,6 @@ icu::UnicodeString withoutAccents(const icu::UnicodeString& text) {
   return result;
 }
 
-bool isAscii(std::string_view text) {
-  for (const char c : text) {
-    if (static_cast<unsigned char>(c) >= 0x80U) return false;
-  }
-  return true;
-}
-
-std::string lowerAscii(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
-}
-
 }  // namespace
 
 std::string firstUppercased(std::string_view text) {
@@ -54,11 +40,11 @@ std::string firstUppercased(std::string_view text) {
 }
 
 std::string fold(std::string_view text) {
-  if (isAscii(text)) return lowerAscii(text);
+  if (Ascii::holds(text)) return Ascii::lower(text);
   UErrorCode status = U_ZERO_ERROR;
   const icu::Normalizer2* decomposing = icu::Normalizer2::getNFDInstance(status);
   const icu::Normalizer2* composing = icu::Normalizer2::getNFCInstance(status);
-  if (U_FAILURE(status)) return lowerAscii(text);
+  if (U_FAILURE(status)) return Ascii::lower(text);
   icu::UnicodeString plain = withoutAccents(decomposing->normalize(fromUtf8(text), status));
   plain = withoutAccents(decomposing->normalize(plain.foldCase(), status));
   std::string result;
