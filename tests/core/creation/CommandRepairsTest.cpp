@@ -3,26 +3,16 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "core/creation/RepairsFixture.h"
 #include "core/propertylist/Writer.h"
 #include "core/support/Text.h"
-#include "support/FakeInterface.h"
-#include "support/FakeWhich.h"
-#include "support/TestData.h"
 
 namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct CommandRepairsTest : testing::Test {
-  testdata::TemporaryFolder folder;
-  Defaults defaults{folder.path() / "defaults.plist"};
-  Localize localize{"en"};
-  Commands commands;
-  testdata::FakeInterface interface { defaults, localize };
-  testdata::FakeWhich which;
-  CommandRepairs repairs{defaults, commands, interface, which, localize, "/Users/x"};
-
+struct CommandRepairsTest : RepairsFixture {
   fs::path file(const std::string& name, mode_t mode, const std::string& content = "") const {
     fs::path path = folder.write(name, content);
     EXPECT_EQ(::chmod(path.c_str(), mode), 0);

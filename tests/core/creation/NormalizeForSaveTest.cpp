@@ -1,25 +1,14 @@
 #include <gtest/gtest.h>
 
-#include "core/creation/CommandRepairs.h"
+#include "core/creation/RepairsFixture.h"
 #include "core/plist/Plist.h"
-#include "support/FakeInterface.h"
-#include "support/FakeWhich.h"
-#include "support/TestData.h"
 
 namespace mirvel::launchd {
 namespace {
 
 using Arguments = std::optional<std::vector<std::string>>;
 
-struct NormalizeForSaveTest : testing::Test {
-  testdata::TemporaryFolder folder;
-  Defaults defaults{folder.path() / "defaults.plist"};
-  Localize localize{"en"};
-  Commands commands;
-  testdata::FakeInterface interface { defaults, localize };
-  testdata::FakeWhich which;
-  CommandRepairs repairs{defaults, commands, interface, which, localize, "/Users/x"};
-
+struct NormalizeForSaveTest : RepairsFixture {
   Plist normalized(const std::string& run, const std::string& name = "label") {
     Plist plist;
     plist.run = run;
