@@ -19,7 +19,18 @@ class FakeInterface : public Interface {
   std::vector<Alert> alerts = {};
   std::vector<SavePanel> savePanels = {};
   std::vector<std::pair<std::string, std::string>> errors = {};
+  std::vector<std::pair<Alert, std::function<void(int)>>> sheets = {};
 
+  /// Answers a sheet that is up, the oldest first.
+  void answerSheet(int button) {
+    const auto completion = std::move(sheets.front().second);
+    sheets.erase(sheets.begin());
+    completion(button);
+  }
+
+  void beginSheet(const Alert& question, std::function<void(int)> completion) override {
+    sheets.emplace_back(question, std::move(completion));
+  }
   void error(const std::string& message, const std::string& informativeText) override {
     errors.emplace_back(message, informativeText);
   }

@@ -17,6 +17,12 @@ inline bool holds(std::string_view text) {
 constexpr char lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
+constexpr bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+constexpr bool isLetter(char c) {
+  return lower(c) >= 'a' && lower(c) <= 'z';
+}
 inline std::string lower(std::string_view text) {
   std::string result(text);
   for (char& c : result) c = lower(c);

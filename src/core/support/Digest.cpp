@@ -6,12 +6,14 @@
 #include <array>
 #include <limits>
 
+#include "core/support/Ascii.h"
+
 namespace mirvel {
 
 namespace {
 
 bool isBase64(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '/';
+  return Ascii::isLetter(c) || Ascii::isDigit(c) || c == '+' || c == '/';
 }
 
 const unsigned char* unsignedBytes(std::string_view bytes) {
@@ -40,6 +42,13 @@ std::optional<std::string> String::fromBase64(std::string_view text) {
   if (EVP_DecodeBlock(out, unsignedBytes(text), static_cast<int>(text.size())) < 0) return std::nullopt;
   bytes.resize(bytes.size() - padding);
   return bytes;
+}
+
+std::string String::toBase64(std::string_view bytes) {
+  std::string text((bytes.size() + 2) / 3 * 4 + 1, '\0');  // EVP_EncodeBlock ends it with a zero
+  auto* out = reinterpret_cast<unsigned char*>(text.data());
+  text.resize(static_cast<std::size_t>(EVP_EncodeBlock(out, unsignedBytes(bytes), static_cast<int>(bytes.size()))));
+  return text;
 }
 
 std::optional<std::string> Data::sha256Digest(std::string_view bytes) {

@@ -12,6 +12,9 @@ namespace String {
 /// white space included.
 std::optional<std::string> fromBase64(std::string_view text);
 
+/// Standard base64 text with its padding and without line ends.
+std::string toBase64(std::string_view bytes);
+
 }  // namespace String
 
 namespace Data {

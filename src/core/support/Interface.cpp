@@ -1,5 +1,7 @@
 #include "core/support/Interface.h"
 
+#include "core/support/Strings.h"
+
 namespace mirvel {
 
 int Interface::alert(const Alert& question) {
@@ -8,6 +10,10 @@ int Interface::alert(const Alert& question) {
     (void)m_defaults.set(question.suppression, true);  // at worst the question comes again
   }
   return answer.button;
+}
+
+void Interface::present(const Error& failure) {
+  error(String::firstUppercased(failure.text()), {});
 }
 
 void Interface::saveError() {

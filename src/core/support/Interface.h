@@ -1,15 +1,17 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "core/support/Defaults.h"
+#include "core/support/Error.h"
 #include "core/support/Localize.h"
 
 namespace mirvel {
 
-/// A question to the user. A button without a title isn't there.
+/// A question to the user. A button without a title isn't there; the Escape key presses the last one that is.
 struct Alert {
   std::string message;
   std::string informativeText = {};
@@ -27,7 +29,8 @@ struct SavePanel {
   bool canCreateDirectories = true;
 };
 
-/// What the logic asks of the user, modally. For the main thread. The shell shows it, tests answer it.
+/// What the logic asks of the user; modally, where nothing else is said. For the main thread. The shell shows it, tests
+/// answer it.
 class Interface {
  public:
   /// Answers of an alert, in the order of its buttons.
@@ -43,8 +46,13 @@ class Interface {
   /// Asks, and gives the button. If the user ticked "don't ask again", the suppression key is set; not to ask then is
   /// the caller's part.
   int alert(const Alert& question);
+  /// Asks in a sheet on the main window and goes on at once; `completion` gets the button, on the main thread. A sheet
+  /// that ends with its window answers nothing.
+  virtual void beginSheet(const Alert& question, std::function<void(int)> completion) = 0;
   /// Tells of a failure.
   virtual void error(const std::string& message, const std::string& informativeText) = 0;
+  /// Tells of a failure of the system.
+  void present(const Error& failure);
   /// The one general alert for a failed save.
   void saveError();
   /// The chosen path, with the allowed extension; none if the user cancels.

@@ -3,6 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <sstream>
 #include <vector>
 
 namespace mirvel {
@@ -26,6 +27,18 @@ fs::path pathIn(const Environment& environment, const std::string& name, const f
   return found != environment.end() && found->second.starts_with('/') ? fs::path(found->second) : otherwise;
 }
 
+/// Those below the folders of `XDG_CONFIG_DIRS`.
+std::vector<fs::path> autostartFolders(const Environment& environment) {
+  const auto found = environment.find("XDG_CONFIG_DIRS");
+  std::istringstream folders(found != environment.end() ? found->second : "");
+  std::vector<fs::path> result;
+  for (std::string folder; std::getline(folders, folder, ':');) {
+    if (folder.starts_with('/')) result.push_back(fs::path(folder) / "autostart");
+  }
+  if (result.empty()) result.emplace_back("/etc/xdg/autostart");
+  return result;
+}
+
 }  // namespace
 
 Roots Roots::forThisMachine(const Environment& environment) {
@@ -46,11 +59,13 @@ Roots Roots::ofMac(const fs::path& home) {
       .localLibrary = "/Library",
       .systemLibrary = "/System/Library",
       .defaultsFile = library / "Preferences" / "app.mirvel.plist",
+      .localApplications = "/Applications",
   };
 }
 
 Roots Roots::ofLinux(const fs::path& home, const Environment& environment) {
-  const fs::path config = pathIn(environment, "XDG_CONFIG_HOME", home / ".config") / "mirvel";
+  const fs::path allConfig = pathIn(environment, "XDG_CONFIG_HOME", home / ".config");
+  const fs::path config = allConfig / "mirvel";
   return {
       .home = home,
       .userLibrary = config,
@@ -58,6 +73,8 @@ Roots Roots::ofLinux(const fs::path& home, const Environment& environment) {
       .localLibrary = "/etc/mirvel",
       .systemLibrary = "/usr/lib/mirvel",
       .defaultsFile = config / "preferences.plist",
+      .ownAutostart = allConfig / "autostart",
+      .installedAutostart = autostartFolders(environment),
   };
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/support/Ascii.h"
+
 namespace mirvel::String {
 
 namespace {
@@ -16,8 +18,8 @@ bool holdsAny(std::string_view text, std::string_view characters) {
 
 /// A character that could be part of the same path name as its neighbour.
 bool isNameCharacter(char c) {
-  const bool letterOrDigit = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-  return letterOrDigit || static_cast<unsigned char>(c) >= 0x80U || std::string_view("._-~").find(c) < 4;
+  return Ascii::isLetter(c) || Ascii::isDigit(c) || static_cast<unsigned char>(c) >= 0x80U ||
+         std::string_view("._-~").find(c) < 4;
 }
 
 bool standsAlone(std::string_view text, std::size_t at, std::size_t length) {

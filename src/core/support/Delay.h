@@ -1,0 +1,26 @@
+#pragma once
+
+#include <memory>
+
+#include "core/support/MainQueue.h"
+
+namespace mirvel {
+
+/// Puts closures off, for one owner: those still waiting when it goes are dropped. For the main thread.
+class Delay {
+ public:
+  explicit Delay(MainQueue& queue) : m_queue(queue) {}
+
+  /// Runs the closure once on the main thread after so many seconds; 0 means the next pass of the run loop.
+  void operator()(double seconds, MainQueue::Task closure) {
+    m_queue.postAfter(seconds, [owner = std::weak_ptr(m_owner), closure = std::move(closure)] {
+      if (!owner.expired()) closure();
+    });
+  }
+
+ private:
+  MainQueue& m_queue;
+  std::shared_ptr<int> m_owner = std::make_shared<int>();
+};
+
+}  // namespace mirvel

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "core/support/Signal.h"
+
+namespace mirvel {
+
+/// What parts of the program tell to whoever listens. For the main thread.
+struct Notifications {
+  Signal<> loadingChanged;    ///< a scan started or ended
+  Signal<> jobsUpdated;       ///< a changed catalogue is published
+  Signal<> appStatusChanged;  ///< the application became the active one, or stopped being it
+};
+
+}  // namespace mirvel

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/support/AgentSwitch.h"
+#include "core/support/Console.h"
+#include "core/support/FolderMonitor.h"
+#include "core/support/Interface.h"
+#include "core/support/MainQueue.h"
+#include "core/support/ProcessRunner.h"
+#include "core/support/WorkQueue.h"
+#include "core/support/Workspace.h"
+
+namespace mirvel {
+
+/// What the program asks of the platform. All outlive the program that is given them.
+struct Platform {
+  MainQueue& mainQueue;
+  WorkQueue& fetchQueue;  ///< "Fetch queue"
+  Interface& interface;
+  Workspace& workspace;
+  FolderMonitors& folderMonitors;
+  ProcessRunner& processRunner;  ///< also used on the fetch queue
+  AgentSwitch& agentSwitch;
+  Console& console;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,69 @@
+#include "core/support/URL.h"
+
+#include "core/support/Ascii.h"
+#include "core/support/Strings.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The unreserved characters and sub-delimiters of RFC 3986, and the marks of a literal address.
+bool isAllowedInHost(char c) {
+  return Ascii::isLetter(c) || Ascii::isDigit(c) ||
+         std::string_view("-._~!$&'()*+,;=:[]").find(c) != std::string_view::npos;
+}
+
+std::string percentEncoded(std::string_view text) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string result;
+  for (const char c : text) {
+    if (isAllowedInHost(c)) {
+      result += c;
+    } else {
+      const auto byte = static_cast<unsigned char>(c);
+      (result += '%').append({digits[byte >> 4U], digits[byte & 15U]});
+    }
+  }
+  return result;
+}
+
+/// Standardised, without a slash at the end.
+std::string standardised(const fs::path& path) {
+  std::string text = path.lexically_normal().native();
+  while (text.size() > 1 && text.back() == '/') text.pop_back();
+  return text;
+}
+
+/// Whether a path is standardised as it stands, which nearly all are: then texts can be compared.
+bool isPlain(const std::string& path) {
+  return !path.empty() && path.back() != '/' && path.find("/.") == std::string::npos &&
+         path.find("//") == std::string::npos && path.front() != '.';
+}
+
+}  // namespace
+
+std::optional<URL> URL::address(std::string_view text) {
+  if (text.empty()) return std::nullopt;
+  return URL({}, percentEncoded(text));
+}
+
+std::string URL::lastPathComponent() const {
+  return std::string(String::lastPathComponent(text()));
+}
+
+std::string URL::pathExtension() const {
+  const fs::path name = lastPathComponent();
+  const std::string extension = name.extension().native();
+  return extension.empty() ? extension : extension.substr(1);
+}
+
+bool URL::equalTo(const URL& other) const {
+  if (isFile() != other.isFile()) return false;
+  if (text() == other.text()) return true;
+  if (!isFile() || (isPlain(text()) && isPlain(other.text()))) return false;
+  return standardised(m_path) == standardised(other.m_path);
+}
+
+}  // namespace mirvel

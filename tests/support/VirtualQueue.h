@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "core/support/MainQueue.h"
+#include "core/support/WorkQueue.h"
+
+namespace mirvel::testdata {
+
+/// A main run loop whose time passes only when a test says so.
+class VirtualQueue final : public MainQueue {
+ public:
+  void post(Task task) override { postAfter(0, std::move(task)); }
+  void postAfter(double seconds, Task task) override { m_tasks.emplace(m_now + seconds, std::move(task)); }
+  void sleep(double seconds) override { m_now += seconds; }
+
+  double now() const { return m_now; }
+
+  /// Runs what is due now, and what that makes due.
+  void runDue() { runFor(0); }
+  /// Lets time pass and runs what falls due, each task at its time.
+  void runFor(double seconds) {
+    const double end = m_now + seconds;
+    while (!m_tasks.empty() && m_tasks.begin()->first <= end) {
+      const auto next = m_tasks.begin();
+      const Task task = std::move(next->second);
+      if (next->first > m_now) m_now = next->first;
+      m_tasks.erase(next);
+      task();
+    }
+    if (end > m_now) m_now = end;
+  }
+
+ private:
+  double m_now = 0;
+  std::multimap<double, Task> m_tasks;  // equal times keep the order in which they were posted
+};
+
+/// A work queue that runs its tasks when a test says so.
+class ManualWorkQueue final : public WorkQueue {
+ public:
+  void add(Task task) override { m_tasks.push_back(std::move(task)); }
+
+  std::size_t count() const { return m_tasks.size(); }
+  void runAll() {
+    const auto tasks = std::exchange(m_tasks, {});
+    for (const Task& task : tasks) task();
+  }
+
+ private:
+  std::vector<Task> m_tasks;
+};
+
+}  // namespace mirvel::testdata
