@@ -36,11 +36,6 @@ constexpr std::array tools{
     Tool{&Commands::automator},
 };
 
-bool isProgram(const std::string& path) {
-  struct stat status {};
-  return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0;
-}
-
 /// The first program of that name in the absolute folders of a search path.
 std::optional<std::string> findIn(std::string_view searchPath, std::string_view name) {
   while (!searchPath.empty()) {
@@ -60,6 +55,11 @@ std::optional<std::string> find(const Tool& tool, const std::string& usualPath, 
 }
 
 }  // namespace
+
+bool isProgram(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0;
+}
 
 Commands Commands::forThisMachine(const Environment& environment) {
   const auto path = environment.find("PATH");

@@ -30,4 +30,7 @@ struct Commands {
   static Commands forThisMachine(const Environment& environment);
 };
 
+/// Whether there is a regular file that this user may run.
+bool isProgram(const std::string& path);
+
 }  // namespace mirvel

@@ -1,0 +1,68 @@
+#include <string>
+#include <string_view>
+
+#include "Check.h"
+#include "core/catalogue/ByteSource.h"
+#include "core/catalogue/HelperToolLines.h"
+#include "core/catalogue/MachO.h"
+#include "core/propertylist/OldStyleText.h"
+#include "core/propertylist/Reader.h"
+#include "demo/HelperToolFile.h"
+
+using namespace mirvel;
+
+namespace {
+
+void checkLines(std::string_view text) {
+  const HelperToolLines lines = HelperToolLines::read(text);
+  for (const std::string& field : {lines.identifier, lines.clients, lines.name}) {
+    FUZZ_CHECK(field.find('\n') == std::string::npos);
+    FUZZ_CHECK(text.find(field) != std::string_view::npos);
+  }
+}
+
+void checkList(std::string_view bytes) {
+  const auto document = plist::read(bytes);
+  if (!document) return;
+  constexpr std::size_t maximumSize = std::size_t{1} << 20U;
+  const auto text = plist::oldStyleText(document->root(), maximumSize);
+  if (!text) return;
+  FUZZ_CHECK(text->size() <= maximumSize && text->ends_with(";\n"));
+  checkLines(*text);
+}
+
+void checkFile(std::string_view bytes) {
+  MemoryBytes source(bytes);
+  const auto section = infoPlistSection(source);
+  if (!section) return;
+  FUZZ_CHECK(bytes.find(*section) != std::string_view::npos);
+  checkList(*section);
+}
+
+/// A good file in which each three bytes of the input change one: its place, counted over the whole file, and what to
+/// put.
+std::string damaged(std::string file, std::string_view input) {
+  for (; input.size() >= 3; input.remove_prefix(3)) {
+    const auto high = static_cast<unsigned char>(input[0]), low = static_cast<unsigned char>(input[1]);
+    file[(std::size_t{high} * 256 + low) % file.size()] = input[2];
+  }
+  return file;
+}
+
+}  // namespace
+
+/// Any file's embedded list is found or refused, and what is found lies in the file; any list survives being embedded.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view input(reinterpret_cast<const char*>(data), size);
+  checkFile(input);
+  checkLines(input);
+  checkList(input);
+  checkFile(
+      damaged(demo::helperToolFile("<plist><dict><key>CFBundleName</key><string>a</string></dict></plist>"), input));
+
+  const std::string file = demo::helperToolFile(input);
+  MemoryBytes source(file);
+  const auto section = infoPlistSection(source);
+  FUZZ_CHECK(section ? *section == input : size > MachOLimits::sectionBytes);
+  return 0;
+}

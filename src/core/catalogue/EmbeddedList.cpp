@@ -1,0 +1,34 @@
+#include "core/catalogue/EmbeddedList.h"
+
+#include <utility>
+
+#include "core/catalogue/MachO.h"
+#include "core/propertylist/OldStyleText.h"
+#include "core/propertylist/Reader.h"
+#include "core/support/Commands.h"
+
+namespace mirvel {
+
+namespace {
+
+std::string textInFile(const std::filesystem::path& executable) {
+  const auto section = infoPlistSection(executable);
+  if (!section) return {};
+  const auto document = plist::read(*section);
+  if (!document) return {};
+  auto text = plist::oldStyleText(document->root());
+  return text ? *std::move(text) : std::string();
+}
+
+}  // namespace
+
+EmbeddedList::EmbeddedList(ProcessRunner& runner, std::string launchctl)
+    : m_runner(runner), m_launchctl(std::move(launchctl)), m_hasLaunchctl(isProgram(m_launchctl)) {}
+
+std::string EmbeddedList::text(const std::filesystem::path& executable) const {
+  if (!m_hasLaunchctl) return textInFile(executable);
+  auto result = m_runner.run(m_launchctl, {"plist", "__TEXT,__info_plist", executable.string()});
+  return result ? std::move(result->output) : std::string();
+}
+
+}  // namespace mirvel

@@ -1,0 +1,69 @@
+#include "core/catalogue/HelperToolLines.h"
+
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+#include "core/support/Strings.h"
+
+namespace mirvel {
+
+namespace {
+
+std::string_view withoutEnd(std::string_view text) {
+  constexpr std::string_view end = "\";";
+  if (text.ends_with(end)) text.remove_suffix(end.size());
+  return text;
+}
+
+struct Entry {
+  std::string_view key;    ///< with the quote before it
+  std::string_view value;  ///< with the quote and the semicolon behind it
+};
+
+/// A line such as `"key" = "value";`, and what stands between the first two of the signs in the middle.
+std::optional<Entry> entryOf(std::string_view line) {
+  constexpr std::string_view sign = "\" = \"";
+  const std::size_t at = line.find(sign);
+  if (at == std::string_view::npos) return std::nullopt;
+  const std::string_view rest = line.substr(at + sign.size());
+  return Entry{.key = line.substr(0, at), .value = rest.substr(0, rest.find(sign))};
+}
+
+class LineReader {
+ public:
+  /// Takes the next line that isn't empty, without the blanks around it.
+  void take(std::string_view line) {
+    const std::size_t index = m_count++;
+    if (const auto entry = entryOf(line)) {
+      if (entry->key == "\"CFBundleIdentifier") m_lines.identifier = withoutEnd(entry->value);
+      if (entry->key == "\"CFBundleName") m_lines.name = withoutEnd(entry->value);
+    } else if (line.starts_with("\"SMAuthorizedClients\" = (")) {
+      m_clientsIndex = index + 1;
+    } else if (index == m_clientsIndex) {
+      if (line.starts_with('"')) line.remove_prefix(1);
+      m_lines.clients = withoutEnd(line);
+    }
+  }
+
+  HelperToolLines lines() { return std::move(m_lines); }
+
+ private:
+  HelperToolLines m_lines;
+  std::size_t m_count = 0;
+  std::size_t m_clientsIndex = 0;  // of the line to be taken as the client: the first one, until the entry is found
+};
+
+}  // namespace
+
+HelperToolLines HelperToolLines::read(std::string_view text) {
+  LineReader reader;
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(line.size() < text.size() ? line.size() + 1 : line.size());
+    if (!line.empty()) reader.take(String::trim(line, true));
+  }
+  return reader.lines();
+}
+
+}  // namespace mirvel

@@ -1,0 +1,185 @@
+#include "core/catalogue/MachO.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+
+#include "core/catalogue/ByteSource.h"
+#include "core/catalogue/MachOFile.h"
+#include "demo/HelperToolFile.h"
+#include "support/TestData.h"
+
+namespace mirvel {
+namespace {
+
+using namespace testdata;
+using Code = Error::Code;
+
+Result<std::string> sectionIn(std::string_view bytes) {
+  MemoryBytes source(bytes);
+  return infoPlistSection(source);
+}
+
+std::string patched(std::string bytes, std::size_t offset, std::uint32_t word, bool isBigEndian = false) {
+  MachOBytes field({.isWide = false, .isBigEndian = isBigEndian});
+  field.words({word});
+  return bytes.replace(offset, 4, field.bytes());
+}
+
+std::vector<std::string> goodFiles() {
+  std::vector<std::string> files{demo::helperToolFile("the list")};
+  for (const auto form : machOForms) files.push_back(machOFile(form, "the list"));
+  const std::string other = machOFile(machOForms[1], "the code's names", "__cstring");
+  for (const bool isWide : {false, true})
+    files.push_back(fatFile(isWide, {other, machOFile(machOForms[2], "the list")}));
+  return files;
+}
+
+TEST(MachOTest, TheSectionIsFoundInFilesOfEveryForm) {
+  const auto files = goodFiles();
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const auto section = sectionIn(files[i]);
+    ASSERT_TRUE(section) << i << ": " << section.error().text();
+    EXPECT_EQ(*section, "the list") << i;
+  }
+}
+
+TEST(MachOTest, EveryPrefixOfAGoodFileIsRefused) {
+  for (const std::string& file : goodFiles()) {
+    for (std::size_t length = 0; length < file.size(); ++length) {
+      EXPECT_FALSE(sectionIn(std::string_view(file).substr(0, length))) << length << " of " << file.size();
+    }
+  }
+}
+
+TEST(MachOTest, DamagedFilesAreRefused) {
+  struct Row {
+    std::string damage;
+    std::size_t offset;
+    std::uint32_t word;
+    Code code;
+  };
+  const std::vector<Row> rows{
+      {"another magic number", 0, 0x464c457f, Code::Malformed},
+      {"no commands", 16, 0, Code::NotFound},
+      {"one more than are allowed", 16, 4097, Code::LimitExceeded},
+      {"commands of no size", 20, 0, Code::Malformed},
+      {"commands of the largest size", 20, 1 << 20, Code::Malformed},
+      {"commands of a larger size", 20, (1 << 20) + 1, Code::LimitExceeded},
+      {"a command of another kind", 32, 0x1b, Code::NotFound},
+      {"a segment of a 32-bit file", 32, 1, Code::NotFound},
+      {"a command of no size", 36, 0, Code::Malformed},
+      {"a command smaller than its head", 36, 7, Code::Malformed},
+      {"a segment smaller than its fields", 36, 71, Code::Malformed},
+      {"a command that ends behind the commands", 36, 153, Code::Malformed},
+      {"a command of the largest number", 36, 0xffffffff, Code::Malformed},
+      {"no sections", 96, 0, Code::NotFound},
+      {"a section more than there is", 96, 2, Code::Malformed},
+      {"sections of the largest number", 96, 0xffffffff, Code::Malformed},
+      {"a section of another name", 112, 0x7473696d, Code::NotFound},
+      {"a section of another segment", 120, 0x41445f5f, Code::NotFound},
+      {"a section that ends behind the file", 144, 9, Code::Malformed},
+      {"a section of the largest size", 144, 1 << 20, Code::Malformed},
+      {"a section of a larger size", 144, (1 << 20) + 1, Code::LimitExceeded},
+      {"a section size with its high half set", 148, 0xffffffff, Code::LimitExceeded},
+      {"a section that begins one byte later", 152, 185, Code::Malformed},
+      {"a section that begins behind the file", 152, 0xffffffff, Code::Malformed},
+  };
+  for (const auto& row : rows) {
+    const auto section = sectionIn(patched(demo::helperToolFile("the list"), row.offset, row.word));
+    ASSERT_FALSE(section) << row.damage;
+    EXPECT_EQ(section.error().code, row.code) << row.damage << ": " << section.error().text();
+  }
+}
+
+TEST(MachOTest, MoreCommandsThanThereAreAreRefused) {
+  const std::string file = machOFile({.isWide = true, .isBigEndian = false}, "", "__cstring");
+  for (const std::uint32_t count : {4U, 5U, 4096U}) {
+    const auto section = sectionIn(patched(file, 16, count));
+    ASSERT_FALSE(section) << count;
+    EXPECT_EQ(section.error().code, Code::Malformed) << count;
+  }
+}
+
+TEST(MachOTest, SlicesThatLieAmissAreRefused) {
+  const std::string tool = demo::helperToolFile("the list");
+  const std::uint64_t size = tool.size(), most = UINT64_MAX;
+  struct Row {
+    std::string file;
+    Code code;
+  };
+  const std::vector<Row> rows{
+      {fatHeader(false, {}), Code::NotFound},
+      {patched(fatFile(false, {tool}), 4, 64, true), Code::Malformed},
+      {patched(fatFile(false, {tool}), 4, 65, true), Code::LimitExceeded},
+      {patched(fatFile(true, {tool}), 4, 0xffffffff, true), Code::LimitExceeded},
+      {fatHeader(false, {{28, size - 1}}) + tool, Code::Malformed},  // the section ends behind its slice
+      {fatHeader(false, {{29, size}}) + tool, Code::Malformed},
+      {fatHeader(false, {{0xffffffff, 0xffffffff}}) + tool, Code::Malformed},
+      {fatHeader(true, {{40, most}}) + tool, Code::Malformed},
+      {fatHeader(true, {{most, size}}) + tool, Code::Malformed},
+      {fatHeader(true, {{most - size + 1, size}}) + tool, Code::Malformed},  // the end is 0 in 64 bits
+      {fatFile(false, {fatFile(false, {tool})}), Code::Malformed},
+      {fatHeader(false, {{0, 100}}) + tool, Code::Malformed},  // a slice that is the file itself
+      {"\xca\xfe\xba\xbe" + std::string("\0\0\0\x34\0\x1d\x0a\0", 8), Code::Malformed},  // a Java class
+  };
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const auto section = sectionIn(rows[i].file);
+    ASSERT_FALSE(section) << i;
+    EXPECT_EQ(section.error().code, rows[i].code) << i << ": " << section.error().text();
+  }
+}
+
+TEST(MachOTest, TheFirstSliceThatHasTheSectionServes) {
+  const std::string other = machOFile(machOForms[0], "", "__cstring");
+  const auto section = sectionIn(fatFile(false, {"junk", other, demo::helperToolFile("1"), demo::helperToolFile("2")}));
+  ASSERT_TRUE(section) << section.error().text();
+  EXPECT_EQ(*section, "1");
+}
+
+TEST(MachOTest, ASliceBeyondFourGigabytesIsRead) {
+  const TemporaryFolder folder;
+  constexpr std::uint64_t far = std::uint64_t{5} << 30U;
+  const std::string tool = demo::helperToolFile("the list");
+  const auto path = folder.write("tool", fatHeader(true, {{far, tool.size()}}));
+  std::filesystem::resize_file(path, far);  // takes no room on the disk
+  std::ofstream(path, std::ios::binary | std::ios::app) << tool;
+  const auto section = infoPlistSection(path);
+  ASSERT_TRUE(section) << section.error().text();
+  EXPECT_EQ(*section, "the list");
+}
+
+TEST(MachOTest, OnlyRegularFilesAreOpened) {
+  const TemporaryFolder folder;
+  const auto pipe = folder.path() / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const std::vector<std::pair<std::filesystem::path, Code>> rows{
+      {pipe, Code::Malformed},
+      {folder.path(), Code::Malformed},
+      {"/dev/zero", Code::Malformed},
+      {folder.path() / "missing", Code::NotFound},
+      {std::string("/bin/sh\0x", 9), Code::BadArgument},
+      {folder.write("script", "#!/bin/sh\n"), Code::Malformed},
+  };
+  for (const auto& [path, code] : rows) {
+    const auto section = infoPlistSection(path);
+    ASSERT_FALSE(section) << path;
+    EXPECT_EQ(section.error().code, code) << section.error().text();
+    EXPECT_EQ(section.error().file, path.native());
+  }
+}
+
+TEST(MachOTest, AFileCutShortAfterItWasOpenedIsAnError) {
+  const TemporaryFolder folder;
+  const auto path = folder.write("tool", demo::helperToolFile("the list"));
+  auto file = FileBytes::open(path);
+  ASSERT_TRUE(file);
+  std::filesystem::resize_file(path, 190);
+  const auto section = infoPlistSection(*file);
+  ASSERT_FALSE(section);
+  EXPECT_EQ(section.error().code, Code::Io);
+}
+
+}  // namespace
+}  // namespace mirvel
