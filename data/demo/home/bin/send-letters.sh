@@ -1,0 +1,9 @@
+#!/bin/sh
+# Moves each file of the folder Queue to Sent, with the time in front of its name.
+set -eu
+home=$(cd "$(dirname "$0")/.." && pwd)
+mkdir -p "$home/Sent"
+find "$home/Queue" -type f | while IFS= read -r letter; do
+  mv "$letter" "$home/Sent/$(date +%Y-%m-%d-%H%M%S) $(basename "$letter")"
+  echo "$(date): sent $(basename "$letter")"
+done

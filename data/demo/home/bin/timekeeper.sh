@@ -1,0 +1,9 @@
+#!/bin/sh
+# Notes the time every ten minutes until it is told to end.
+set -eu
+trap 'kill "${!:-}" 2>/dev/null || :; exit 0' TERM INT
+while true; do
+  date -u '+%Y-%m-%dT%H:%M:%SZ'
+  sleep 600 &
+  wait $!
+done

@@ -1,0 +1,185 @@
+#include "demo/SampleRoot.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <QDirIterator>
+#include <QFile>
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <cerrno>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/propertylist/Encoding.h"
+#include "demo/HelperToolFile.h"
+#include "demo/SampleText.h"
+
+/// A static library's resources are linked only if they are asked for; the macro allows no namespace around it.
+static void loadSamples() {
+  Q_INIT_RESOURCE(demo);
+}
+
+namespace mirvel::demo {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view home = "home";
+constexpr std::string_view userLibrary = "home/.config/mirvel";
+constexpr std::string_view ownAutostart = "home/.config/autostart";
+constexpr std::string_view applicationSupport = "home/.local/share/mirvel";
+constexpr std::string_view localLibrary = "etc/mirvel";
+constexpr std::string_view systemLibrary = "usr/lib/mirvel";
+constexpr std::string_view installedAutostart = "etc/xdg/autostart";
+constexpr std::string_view applications = "Applications";
+
+/// Where the files of a folder of samples go, below the root.
+struct Place {
+  std::string_view samples;
+  std::string_view folder;
+};
+
+constexpr std::array<Place, 6> places{{
+    {"home", home},
+    {"user", userLibrary},
+    {"local", localLibrary},
+    {"system", systemLibrary},
+    {"autostart/own", ownAutostart},
+    {"autostart/installed", installedAutostart},
+}};
+
+struct Sample {
+  fs::path file;  ///< below the root
+  std::string bytes;
+};
+
+Error errorOf(const std::error_code& code, const std::string& doing, const fs::path& path) {
+  return systemError(code.value(), doing, path.string());
+}
+
+/// The login name of whoever runs the program. Somebody whom the user database doesn't know is told by number.
+std::string userName() {
+  std::vector<char> buffer(std::size_t{1} << 16U);
+  passwd entry{};
+  passwd* found = nullptr;
+  ::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found);
+  return found ? found->pw_name : std::to_string(::geteuid());
+}
+
+bool canBeTold(const std::string& path) {
+  const auto isControl = [](char character) { return (character >= 0 && character < ' ') || character == '\x7f'; };
+  return plist::isUtf8(path) && std::none_of(path.begin(), path.end(), isControl);
+}
+
+Result<void> makeFolder(const fs::path& folder) {
+  std::error_code code;
+  fs::create_directories(folder, code);
+  if (code) return errorOf(code, "create", folder);
+  return {};
+}
+
+/// Makes the folder, or makes sure that it is empty.
+Result<void> claim(const fs::path& folder) {
+  if (!canBeTold(folder.string())) {
+    return Error{Error::Code::BadArgument, "the folder's name can't be written in a job file", folder.string()};
+  }
+  const auto made = makeFolder(folder);
+  if (!made) return made;
+  std::error_code code;
+  const bool isEmpty = fs::is_empty(folder, code);
+  if (code) return errorOf(code, "read", folder);
+  if (!isEmpty) return Error{Error::Code::BadArgument, "the folder isn't empty", folder.string()};
+  return {};
+}
+
+std::vector<Sample> samplesOf(const Place& place) {
+  const std::string top = ":/demo/" + std::string(place.samples);
+  std::vector<Sample> samples;
+  QDirIterator files(QString::fromStdString(top), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    QFile file(files.next());
+    // Reading what is part of the program fails only if the program is broken.
+    [[maybe_unused]] const bool isOpen = file.open(QIODevice::ReadOnly);
+    assert(isOpen);
+    const fs::path below = fs::path(file.fileName().toStdString()).lexically_relative(top);
+    samples.push_back({fs::path(place.folder) / below, file.readAll().toStdString()});
+  }
+  return samples;
+}
+
+/// The list of a privileged helper tool becomes the tool itself.
+Sample finished(Sample sample, const SampleNames& names) {
+  sample.bytes = filledIn(sample.bytes, sample.file, names);
+  if (sample.file.parent_path().filename() == "PrivilegedHelperTools") {
+    sample.bytes = helperToolFile(sample.bytes);
+    sample.file.replace_extension();
+  }
+  return sample;
+}
+
+bool isProgram(const Sample& sample) {
+  return sample.bytes.starts_with("#!") || sample.file.parent_path().filename() == "PrivilegedHelperTools";
+}
+
+fs::perms permissionsOf(const Sample& sample) {
+  return static_cast<fs::perms>(isProgram(sample) ? 0755 : 0644);
+}
+
+Result<void> writeFile(const fs::path& path, std::string_view bytes) {
+  errno = 0;
+  std::ofstream file(path, std::ios::binary);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  if (file) return {};
+  return systemError(errno != 0 ? errno : EIO, "write", path.string());
+}
+
+Result<void> write(const Sample& sample, const fs::path& root) {
+  const fs::path path = root / sample.file;
+  if (auto made = makeFolder(path.parent_path()); !made) return made;
+  if (auto written = writeFile(path, sample.bytes); !written) return written;
+  std::error_code code;
+  fs::permissions(path, permissionsOf(sample), code);
+  if (code) return errorOf(code, "set the permissions of", path);
+  return {};
+}
+
+}  // namespace
+
+Result<SampleRoot> SampleRoot::create(const fs::path& folder) {
+  loadSamples();
+  std::error_code code;
+  const fs::path root = (fs::absolute(folder, code) / "").lexically_normal().parent_path();
+  if (code) return errorOf(code, "find", folder);
+  if (auto claimed = claim(root); !claimed) return claimed.error();
+
+  const SampleNames names{.home = (root / home).string(), .root = root.string(), .user = userName()};
+  for (const Place& place : places) {
+    for (Sample& sample : samplesOf(place)) {
+      if (auto written = write(finished(std::move(sample), names), root); !written) return written.error();
+    }
+  }
+  if (auto made = makeFolder(root / applications); !made) return made.error();
+  return SampleRoot(root);
+}
+
+Roots SampleRoot::roots() const {
+  return {
+      .home = m_folder / home,
+      .userLibrary = m_folder / userLibrary,
+      .applicationSupport = m_folder / applicationSupport,
+      .localLibrary = m_folder / localLibrary,
+      .systemLibrary = m_folder / systemLibrary,
+      .defaultsFile = m_folder / userLibrary / "preferences.plist",
+      .localApplications = m_folder / applications,
+      .ownAutostart = m_folder / ownAutostart,
+      .installedAutostart = {m_folder / installedAutostart},
+  };
+}
+
+}  // namespace mirvel::demo

@@ -1,0 +1,217 @@
+#include "demo/SampleRoot.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+#include <vector>
+
+#include "core/lint/Lint.h"
+#include "core/plist/Plist.h"
+#include "core/propertylist/Reader.h"
+#include "support/TestData.h"
+
+namespace mirvel::demo {
+namespace {
+
+namespace fs = std::filesystem;
+using testdata::bytes;
+using testdata::TemporaryFolder;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A root in a folder of that name.
+class SampleRootTest : public testing::Test {
+ protected:
+  Roots make(const std::string& name = "root") {
+    auto made = SampleRoot::create(m_folder.path() / name);
+    EXPECT_TRUE(made) << made.error().text();
+    return made ? made->roots() : Roots{};
+  }
+  const fs::path& folder() const { return m_folder.path(); }
+
+ private:
+  TemporaryFolder m_folder;
+};
+
+std::vector<fs::path> entries(const fs::path& folder) {
+  std::vector<fs::path> paths;
+  std::error_code code;
+  for (const auto& entry : fs::directory_iterator(folder, code)) paths.push_back(entry.path());
+  EXPECT_FALSE(paths.empty()) << folder;
+  return paths;
+}
+
+std::vector<fs::path> allFiles(const fs::path& root) {
+  std::vector<fs::path> files;
+  for (const auto& entry : fs::recursive_directory_iterator(root)) {
+    if (entry.is_regular_file()) files.push_back(entry.path());
+  }
+  return files;
+}
+
+std::vector<fs::path> jobFiles(const Roots& roots) {
+  std::vector<fs::path> files;
+  for (const fs::path& folder :
+       {roots.userLibrary / "LaunchAgents", roots.localLibrary / "LaunchAgents", roots.localLibrary / "LaunchDaemons",
+        roots.systemLibrary / "LaunchAgents", roots.systemLibrary / "LaunchDaemons"}) {
+    for (const fs::path& file : entries(folder)) files.push_back(file);
+  }
+  return files;
+}
+
+bool isExecutable(const fs::path& file) {
+  return ::access(file.c_str(), X_OK) == 0;
+}
+
+/// The files and folders below the root that must be there for the job to do its work.
+std::vector<fs::path> neededPaths(const launchd::Plist& job, const Roots& roots) {
+  std::vector<std::string> texts = job.programArguments.value_or(std::vector<std::string>{});
+  for (const auto& watched : {job.watchPaths, job.queueDirectories}) {
+    if (watched) texts.insert(texts.end(), watched->begin(), watched->end());
+  }
+  for (const auto& output : {job.standardOutPath, job.standardErrorPath}) {
+    if (output) texts.push_back(fs::path(*output).parent_path().string());
+  }
+  if (job.workingDirectory) texts.push_back(*job.workingDirectory);
+  std::vector<fs::path> paths;
+  for (const std::string& text : texts) {
+    if (text.starts_with(roots.home.string())) paths.emplace_back(text);
+  }
+  return paths;
+}
+
+TEST_F(SampleRootTest, EveryJobIsSoundAndFindsWhatItNeeds) {
+  const Roots roots = make();
+  // The samples name programs outside of the root that are where macOS has them, and not everywhere else.
+  const auto anything = [](const std::string&) { return true; };
+  for (const fs::path& file : jobFiles(roots)) {
+    SCOPED_TRACE(file);
+    const auto job = launchd::Plist::read(bytes(file));
+    ASSERT_TRUE(job) << job.error().text();
+    EXPECT_EQ(job->name, file.stem());
+    for (const auto& finding : lint::lint(bytes(file), {.exists = anything}))
+      EXPECT_THAT(finding.text(), HasSubstr("deprecated"));
+    for (const fs::path& path : neededPaths(*job, roots)) EXPECT_TRUE(fs::exists(path)) << path;
+    const fs::path program = job->programArguments->front();
+    EXPECT_TRUE(!program.string().starts_with(roots.home.string()) || isExecutable(program)) << program;
+  }
+}
+
+TEST_F(SampleRootTest, NoPlaceholderIsLeftAndScriptsCanBeRun) {
+  (void)make();
+  for (const fs::path& file : allFiles(folder())) {
+    const std::string content = bytes(file);
+    for (const char* placeholder : {"@HOME@", "@ROOT@", "@USER@"}) {
+      EXPECT_THAT(content, Not(HasSubstr(placeholder))) << file;
+    }
+    const bool isTool = file.parent_path().filename() == "PrivilegedHelperTools";
+    EXPECT_EQ(isExecutable(file), content.starts_with("#!") || isTool) << file;
+  }
+}
+
+TEST_F(SampleRootTest, StartupItemsAreComplete) {
+  const Roots roots = make();
+  for (const fs::path& library : {roots.localLibrary, roots.systemLibrary}) {
+    for (const fs::path& item : entries(library / "StartupItems")) {
+      EXPECT_TRUE(isExecutable(item / item.filename())) << item;
+      const auto list = plist::read(bytes(item / "StartupParameter.plist"));
+      ASSERT_TRUE(list) << list.error().text();
+      const plist::Value value = list->value();
+      const auto* parameters = value.as<plist::Dictionary>();
+      ASSERT_TRUE(parameters && parameters->find("Description") && parameters->find("Provides")) << item;
+      EXPECT_TRUE(parameters->find("Description")->as<std::string>()) << item;
+      const auto* provides = parameters->find("Provides")->as<plist::Array>();
+      EXPECT_TRUE(provides && !provides->empty()) << item;
+    }
+  }
+}
+
+TEST_F(SampleRootTest, HelperToolsCarryTheirListAndItsName) {
+  for (const fs::path& tool : entries(make().localLibrary / "PrivilegedHelperTools")) {
+    EXPECT_THAT(bytes(tool), HasSubstr("<string>" + tool.filename().string() + "</string>"));
+    EXPECT_THAT(bytes(tool), Not(testing::StartsWith("<?xml"))) << tool;
+  }
+}
+
+TEST_F(SampleRootTest, AwkwardFolderNamesReachJobsAndLoginItems) {
+  struct Row {
+    std::string name;
+    std::string inEntry;
+  };
+  const Row rows[] = {
+      {"R&D <1>", "R&D <1>"},
+      {"Müller's", "Müller's"},
+      {"100% `a` $b", R"(100%% \\`a\\` \\$b)"},
+      {R"("back\slash")", R"(\\"back\\\\slash\\")"},
+      {"@USER@", "@USER@"},
+  };
+  for (const auto& [name, inEntry] : rows) {
+    const Roots roots = make(name);
+    EXPECT_EQ(roots.home, folder() / name / "home");
+    const auto job = launchd::Plist::read(bytes(roots.userLibrary / "LaunchAgents" / "home.inbox.count.plist"));
+    ASSERT_TRUE(job) << job.error().text();
+    EXPECT_EQ(job->programArguments->front(), roots.home / "bin" / "count-inbox.sh");
+    EXPECT_THAT(bytes(roots.ownAutostart / "journal.desktop"),
+                HasSubstr("Exec=\"" + (folder() / inEntry).string() + "/home/bin/open-journal.sh\"\n"));
+    EXPECT_FALSE(entries(roots.installedAutostart.front()).empty());
+  }
+}
+
+TEST_F(SampleRootTest, UnfitFoldersAreRefusedAndLeftAlone) {
+  fs::create_directories(folder() / "full" / "something");
+  const TemporaryFolder other;
+  const fs::path file = other.write("plain", "text");
+  struct Row {
+    fs::path folder;
+    bool isBadArgument;
+  };
+  const Row rows[] = {
+      {folder() / "full", true}, {folder() / "line\nbreak", true}, {folder() / "latin\xe9", true}, {file, false},
+      {file / "below", false},
+  };
+  for (const auto& [path, isBadArgument] : rows) {
+    const auto made = SampleRoot::create(path);
+    ASSERT_FALSE(made) << path;
+    EXPECT_EQ(made.error().code == Error::Code::BadArgument, isBadArgument) << made.error().text();
+    EXPECT_EQ(made.error().file, path);
+  }
+  EXPECT_EQ(entries(folder()).size(), 1U);
+  EXPECT_EQ(bytes(file), "text");
+}
+
+/// Lets no file grow beyond so many bytes, as on a disk that is full.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t size) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+    EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
+    const rlimit limit{size, m_before.rlim_max};
+    EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  ~FileSizeLimit() {
+    ::setrlimit(RLIMIT_FSIZE, &m_before);
+    std::signal(SIGXFSZ, m_handler);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  void (*m_handler)(int);
+  rlimit m_before{};
+};
+
+TEST_F(SampleRootTest, FileThatCanNotBeWrittenIsNamed) {
+  const auto made = [&] {
+    const FileSizeLimit limit(100);
+    return SampleRoot::create(folder() / "root");
+  }();
+  ASSERT_FALSE(made);
+  EXPECT_EQ(made.error().code, Error::Code::Io);
+  EXPECT_THAT(made.error().file, testing::StartsWith((folder() / "root/home/").string()));
+}
+
+}  // namespace
+}  // namespace mirvel::demo
