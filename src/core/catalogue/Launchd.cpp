@@ -1,18 +1,94 @@
 #include "core/catalogue/Launchd.h"
 
-#include <cassert>
-
+#include "core/catalogue/JobFolder.h"
+#include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
+#include "core/support/Const.h"
+#include "core/support/Digest.h"
+#include "core/support/Strings.h"
 
 namespace mirvel {
 
-Launchd::Launchd(std::unique_ptr<Plist> record) : m_plist(std::move(record)) {
-  assert(m_plist);
+namespace {
+
+void tellOfBadFile(const Error& error, const URL& url, Console& console) {
+  if (error.code == Error::Code::NoForm) {
+    console.print(url.text() + ": " + error.message);
+  } else {
+    console.print("Error in: " + url.text() + '\n' + error.text());
+  }
+}
+
+/// The dictionary of the file that stands at the URL, if there is a good one.
+std::optional<launchd::FileDictionary> dictionaryOfFile(const URL& url) {
+  const auto folder = JobFolder::open(url.path().parent_path());
+  const auto stamp = folder ? folder->stamp(url.lastPathComponent()) : std::nullopt;
+  if (!stamp) return std::nullopt;
+  const auto data = folder->read(url.lastPathComponent(), *stamp);
+  if (!data) return std::nullopt;
+  auto document = plist::read(*data);
+  if (!document || !document->root().dictionary()) return std::nullopt;
+  return launchd::FileDictionary(*std::move(document));
+}
+
+}  // namespace
+
+Launchd::Launchd(Kind theKind, std::string theSummary, std::string theChecksum, URL theURL, Plist record)
+    : Job(theKind, record.name, std::move(theSummary), std::move(theChecksum), std::move(theURL)),
+      m_plist(std::move(record)) {}
+
+std::shared_ptr<Launchd> Launchd::read(std::string data, const URL& url, Kind kind, Source source,
+                                       const ScanSettings& settings, Console& console) {
+  const auto digest = Data::sha256Digest(data);
+  if (!digest) return nullptr;
+  auto record = Plist::read(data);
+  if (!record) {
+    tellOfBadFile(record.error(), url, console);
+    return nullptr;
+  }
+  const bool isInternal = record->name.starts_with(Const::excludePrefix);
+  if (isInternal && !settings.showInternalHelpers) return nullptr;
+  if (source == Source::Elsewhere) {
+    if (auto standing = dictionaryOfFile(url)) record->dictionary = std::move(standing);
+  }
+
+  std::string summary = launchdSummary(*record, settings.roots.home);
+  const std::shared_ptr<Launchd> job(
+      new Launchd(kind, std::move(summary), String::toBase64(*digest), url, *std::move(record)));
+  if (plist::isUtf8(data)) job->textContent = std::move(data);
+  job->iconPath = launchdIconPath(job->plist().iconPath, settings);
+  job->icon = Image::iconOfPath(job->iconPath.value_or(url.text()));
+  job->isEditable = !isInternal && kind.isEditable(settings.editSystemJobs);
+  return job;
+}
+
+std::string launchdSummary(const launchd::Plist& plist, const std::filesystem::path& home) {
+  std::string text(String::lastPathComponent(plist.program.value_or("")));
+  const auto arguments = plist.programArguments.value_or(std::vector<std::string>());
+  const bool repeatsTool = !arguments.empty() && arguments.front() == text;
+  for (std::size_t i = repeatsTool ? 1 : 0; i < arguments.size(); ++i) {
+    if (text.empty()) {
+      text = String::lastPathComponent(arguments[i]);
+    } else {
+      text.append(" ").append(arguments[i]);
+    }
+  }
+  return String::shortenHomeFolder(text, home.native());
+}
+
+std::optional<std::string> launchdIconPath(const std::optional<std::string>& tool, const ScanSettings& settings) {
+  if (!tool || !tool->starts_with('/')) return std::nullopt;
+  if (tool->find('.') == std::string::npos) return *tool == settings.osascript ? settings.scriptEditor : tool;
+  for (std::filesystem::path path = *tool; path != path.root_path(); path = path.parent_path()) {
+    const URL url = URL::file(path);
+    if (!url.pathExtension().empty()) return url.text();
+  }
+  return std::nullopt;
 }
 
 std::optional<std::string> Launchd::plistData() const {
-  auto text = plist::writeXml(m_plist->encodeAll());
+  auto text = plist::writeXml(m_plist.encodeAll());
   if (!text) return std::nullopt;
   return std::move(*text);
 }

@@ -4,21 +4,34 @@
 #include <optional>
 #include <string>
 
+#include "core/catalogue/Job.h"
+#include "core/catalogue/ScanSettings.h"
 #include "core/plist/Plist.h"
+#include "core/support/Console.h"
 
 namespace mirvel {
 
-/// The job that one property list of launchd stands for.
-class Launchd {
+/// A job of launchd: one property list, and what the catalogue needs of it.
+class Launchd final : public Job {
  public:
   using Plist = launchd::Plist;
 
-  /// Takes the record; it is never null.
-  explicit Launchd(std::unique_ptr<Plist> record);
+  /// Whether the bytes are what the file at the URL holds.
+  enum class Source { File, Elsewhere };
+
+  /// The job that a file's bytes stand for. Null if they aren't a job file, which a line on the console tells, or if it
+  /// is an internal helper that isn't to be shown. With `Source::Elsewhere` a file that stands at the URL already gives
+  /// the keys that the record doesn't know. From any thread.
+  static std::shared_ptr<Launchd> read(std::string data, const URL& url, Kind kind, Source source,
+                                       const ScanSettings& settings, Console& console);
 
   /// The live record: whoever edits the job changes it in place.
-  Plist& plist() { return *m_plist; }
-  const Plist& plist() const { return *m_plist; }
+  Plist& plist() { return m_plist; }
+  const Plist& plist() const { return m_plist; }
+
+  std::string run() const override { return m_plist.run; }
+  const Plist* record() const override { return &m_plist; }
+  bool isDisabled() const override { return m_plist.disabled.value_or(false); }
 
   /// The bytes for the job file, in XML: the known keys as the record has them, and the unknown ones as they were read.
   /// None if a value has no form in XML.
@@ -27,7 +40,14 @@ class Launchd {
   std::optional<plist::Dictionary> plistDictionary() const;
 
  private:
-  std::unique_ptr<Plist> m_plist;
+  Launchd(Kind kind, std::string summary, std::string checksum, URL url, Plist record);
+
+  Plist m_plist;
 };
+
+/// The second line of a job's display: its command with the tool's path cut short, and the home folder as "~".
+std::string launchdSummary(const launchd::Plist& plist, const std::filesystem::path& home);
+/// Whose icon a job with a tool at this path has: the tool's, or that of the bundle around it.
+std::optional<std::string> launchdIconPath(const std::optional<std::string>& tool, const ScanSettings& settings);
 
 }  // namespace mirvel

@@ -9,6 +9,11 @@ namespace mirvel::Const {
 inline constexpr std::string_view agent = "app.mirvel.agent";
 /// Label prefix of the application's own internal helpers.
 inline constexpr std::string_view excludePrefix = "app.mirvel.";
+/// Help site and support address.
+inline constexpr std::string_view siteURL = "https://mirvel.app";
+inline constexpr std::string_view supportMail = "support@mirvel.app";
+/// URL scheme with which a job is addressed from outside.
+inline constexpr std::string_view jobScheme = "mirvel";
 /// Joins a title and a detail.
 inline constexpr std::string_view separator = " \u2013 ";
 

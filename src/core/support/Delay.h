@@ -13,9 +13,14 @@ class Delay {
 
   /// Runs the closure once on the main thread after so many seconds; 0 means the next pass of the run loop.
   void operator()(double seconds, MainQueue::Task closure) {
-    m_queue.postAfter(seconds, [owner = std::weak_ptr(m_owner), closure = std::move(closure)] {
+    m_queue.postAfter(seconds, whileOwned(std::move(closure)));
+  }
+
+  /// The closure, for whoever else will run it on the main thread: it does nothing once the owner has gone.
+  MainQueue::Task whileOwned(MainQueue::Task closure) const {
+    return [owner = std::weak_ptr(m_owner), closure = std::move(closure)] {
       if (!owner.expired()) closure();
-    });
+    };
   }
 
  private:

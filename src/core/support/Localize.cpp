@@ -27,14 +27,14 @@ std::vector<std::string> catalogNames(const icu::Locale& locale) {
   return names;
 }
 
-MessageCatalog findCatalog(const icu::Locale& locale, const fs::path& catalogues) {
-  if (catalogues.empty()) return {};
+std::optional<MessageCatalog> findCatalog(const icu::Locale& locale, const fs::path& catalogues) {
+  if (catalogues.empty()) return std::nullopt;
   for (const auto& name : catalogNames(locale)) {
     const auto bytes = readFile(catalogues / name / "LC_MESSAGES" / "mirvel.mo", largestCatalog);
     if (!bytes) continue;
     if (auto catalog = MessageCatalog::read(*bytes)) return *std::move(catalog);
   }
-  return {};
+  return std::nullopt;
 }
 
 std::string toUtf8(const icu::UnicodeString& text) {
@@ -84,8 +84,12 @@ std::string Localize::currentLocale() {
   return locale.getName();
 }
 
+bool Localize::isRightToLeft() const {
+  return m_catalog && icu::Locale(m_locale.c_str()).isRightToLeft();
+}
+
 std::string Localize::text(const char* english) const {
-  const auto translation = m_catalog.find(english);
+  const auto translation = m_catalog ? m_catalog->find(english) : std::nullopt;
   return std::string(translation.value_or(english));
 }
 

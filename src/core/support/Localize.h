@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ class Localize {
  public:
   class Lowercase;
   class Ellipsis;
+  class MainMenu;
 
   /// Takes the translations from `<catalogues>/<language>/LC_MESSAGES/mirvel.mo`, first of the language as spoken in
   /// the locale's region ("pt_BR"), then of the language ("pt"). With neither, or with a damaged file, texts are
@@ -32,6 +34,8 @@ class Localize {
   /// The locale of the user, such as "de_AT"; plain English if the process has none.
   static std::string currentLocale();
   const std::string& locale() const { return m_locale; }
+  /// Whether the texts are in a language that is written from right to left.
+  bool isRightToLeft() const;
 
   /// The number as the user writes it, with digits and grouping of the locale: "86.400". `Scheduled::NumberText` reads
   /// it.
@@ -43,7 +47,13 @@ class Localize {
 
   Lowercase lowercase() const;
   Ellipsis ellipsis() const;
+  MainMenu mainMenu() const;
 
+  std::string aboutText() const {
+    return text(
+        "Finds, shows and looks after the background jobs of this machine. Free software under the GNU General "
+        "Public License, version 3 or later; it comes with no warranty.");
+  }
   std::string add() const { return text("Add"); }
   std::string addTheFoldersFromWhereYourJobsAreLinked() const {
     return text("Add the folders from where your jobs are linked");
@@ -58,6 +68,8 @@ class Localize {
   }
   std::string application() const { return text("Application"); }
   std::string atStartupAndWhenSaving() const { return text("At startup and when saving"); }
+  std::string atLogin() const { return text("At login"); }
+  std::string atSystemStart() const { return text("When the system starts"); }
   std::string automatic() const { return text("Automatic"); }
   std::string cancel() const { return text("Cancel"); }
   std::string cannotAuthenticate() const { return text("Cannot authenticate"); }
@@ -146,6 +158,8 @@ class Localize {
   std::string script() const { return text("Script"); }
   std::string share() const { return text("Share"); }
   std::string show() const { return text("Show"); }
+  std::string jobs() const { return text("Jobs"); }
+  std::string details() const { return text("Details"); }
   std::string summary() const { return text("Summary"); }
   std::string system() const { return text("System"); }
   std::string test() const { return text("Test"); }
@@ -155,6 +169,7 @@ class Localize {
   std::string themes() const { return text("Themes"); }
   std::string timePeriod() const { return text("Time Period"); }
   std::string timeline() const { return text("Timeline"); }
+  std::string toolbar() const { return text("Toolbar"); }
   std::string tree() const { return text("Tree"); }
   std::string uninstall() const { return text("Uninstall"); }
   std::string unknown() const { return text("Unknown"); }
@@ -164,6 +179,7 @@ class Localize {
   std::string weekends() const { return text("Weekends"); }
   std::string what() const { return text("What"); }
   std::string when() const { return text("When"); }
+  std::string whenAClientAsks() const { return text("When one of its clients asks for it"); }
   std::string youCantUndoThisAction() const { return text("You can’t undo this action."); }
   std::string yourChangesWillBeLostIfYouDontSaveThem() const {
     return text("Your changes will be lost if you don’t save them.");
@@ -175,7 +191,7 @@ class Localize {
   std::string text(const char* english) const;
 
   std::string m_locale;
-  MessageCatalog m_catalog;
+  std::optional<MessageCatalog> m_catalog;
   std::unique_ptr<Numbers> m_numbers;
 };
 
@@ -209,6 +225,31 @@ class Localize::Ellipsis {
  private:
   const Localize& m_localize;
 };
+
+/// Titles of the main menu. An ampersand stands before the letter that opens the menu or chooses the item.
+class Localize::MainMenu {
+ public:
+  explicit MainMenu(const Localize& localize) : m_localize(localize) {}
+
+  std::string file() const { return m_localize.text("&File"); }
+  std::string edit() const { return m_localize.text("&Edit"); }
+  std::string view() const { return m_localize.text("&View"); }
+  std::string help() const { return m_localize.text("&Help"); }
+  std::string refresh() const { return m_localize.text("&Refresh"); }
+  std::string quit() const { return m_localize.text("&Quit"); }
+  std::string filter() const { return m_localize.text("&Filter"); }
+  std::string systemJobs() const { return m_localize.text("&System Jobs"); }
+  std::string columns() const { return m_localize.text("&Columns"); }
+  std::string about() const { return m_localize.text("&About Mirvel"); }
+  std::string site() const { return m_localize.text("Mirvel &Web Site"); }
+
+ private:
+  const Localize& m_localize;
+};
+
+inline Localize::MainMenu Localize::mainMenu() const {
+  return MainMenu(*this);
+}
 
 inline Localize::Lowercase Localize::lowercase() const {
   return Lowercase(*this);

@@ -1,6 +1,5 @@
 #include "core/support/URL.h"
 
-#include "core/support/Ascii.h"
 #include "core/support/Strings.h"
 
 namespace mirvel {
@@ -8,26 +7,6 @@ namespace mirvel {
 namespace fs = std::filesystem;
 
 namespace {
-
-/// The unreserved characters and sub-delimiters of RFC 3986, and the marks of a literal address.
-bool isAllowedInHost(char c) {
-  return Ascii::isLetter(c) || Ascii::isDigit(c) ||
-         std::string_view("-._~!$&'()*+,;=:[]").find(c) != std::string_view::npos;
-}
-
-std::string percentEncoded(std::string_view text) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string result;
-  for (const char c : text) {
-    if (isAllowedInHost(c)) {
-      result += c;
-    } else {
-      const auto byte = static_cast<unsigned char>(c);
-      (result += '%').append({digits[byte >> 4U], digits[byte & 15U]});
-    }
-  }
-  return result;
-}
 
 /// Standardised, without a slash at the end.
 std::string standardised(const fs::path& path) {
@@ -43,11 +22,6 @@ bool isPlain(const std::string& path) {
 }
 
 }  // namespace
-
-std::optional<URL> URL::address(std::string_view text) {
-  if (text.empty()) return std::nullopt;
-  return URL({}, percentEncoded(text));
-}
 
 std::string URL::lastPathComponent() const {
   return std::string(String::lastPathComponent(text()));

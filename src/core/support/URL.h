@@ -1,9 +1,9 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace mirvel {
 
@@ -12,9 +12,8 @@ class URL {
  public:
   /// A file or folder. The path is kept as it stands, in bytes, which need not be UTF-8.
   static URL file(std::filesystem::path path) { return URL(std::move(path), {}); }
-  /// An address without a file; what isn't allowed in the host of a URL (RFC 3986) is percent-encoded. None of an empty
-  /// text.
-  static std::optional<URL> address(std::string_view text);
+  /// An address without a file, of any text but an empty one.
+  static URL address(std::string text) { return URL({}, std::move(text)); }
 
   bool isFile() const { return m_address.empty(); }
   /// The path; empty of an address.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/catalogue/LoginItems.h"
 #include "core/support/AgentSwitch.h"
 #include "core/support/Console.h"
 #include "core/support/FolderMonitor.h"
@@ -19,7 +20,8 @@ struct Platform {
   Workspace& workspace;
   FolderMonitors& folderMonitors;
   ProcessRunner& processRunner;  ///< also used on the fetch queue
-  AgentSwitch& agentSwitch;
+  LoginItems& loginItems;        ///< used on the fetch queue
+  AgentSwitch* agentSwitch;      ///< null where the agent can't be switched
   Console& console;
 };
 

@@ -9,14 +9,24 @@ namespace {
 
 using launchd::Dict;
 
-Launchd jobOf(const Dict& file) {
-  return Launchd(std::make_unique<Launchd::Plist>(launchd::loaded(file)));
+/// A console that nobody reads.
+class Silence final : public Console {
+ public:
+  void print(const std::string&) override {}
+  void log(const std::string&) override {}
+};
+
+std::shared_ptr<Launchd> jobOf(const Dict& file) {
+  Silence console;
+  return Launchd::read(plist::writeBinary(file), URL::file("/job.plist"), Kind::userAgent, Launchd::Source::File, {},
+                       console);
 }
 
 TEST(LaunchdTest, TheFileHoldsKnownAndUnknownKeysInOrder) {
-  Launchd job = jobOf({{"Label", "job"}, {"Zebra", plist::Date{0}}, {"Alpha", plist::Data{"x"}}, {"RunAtLoad", false}});
-  job.plist().nice = 5;
-  EXPECT_EQ(job.plistData(),
+  const auto job =
+      jobOf({{"Label", "job"}, {"Zebra", plist::Date{0}}, {"Alpha", plist::Data{"x"}}, {"RunAtLoad", false}});
+  job->plist().nice = 5;
+  EXPECT_EQ(job->plistData(),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
             "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
@@ -27,13 +37,13 @@ TEST(LaunchdTest, TheFileHoldsKnownAndUnknownKeysInOrder) {
             "\t<key>RunAtLoad</key>\n\t<false/>\n"
             "\t<key>Zebra</key>\n\t<date>2001-01-01T00:00:00Z</date>\n"
             "</dict>\n</plist>\n");
-  EXPECT_EQ(job.plistDictionary(), job.plist().encodeAll());
+  EXPECT_EQ(job->plistDictionary(), job->plist().encodeAll());
 }
 
 TEST(LaunchdTest, WhatXmlCantHoldGivesNoFile) {
-  const Launchd job = jobOf({{"Label", "job"}, {"Odd", plist::Set{}}});
-  EXPECT_FALSE(job.plistData());
-  EXPECT_FALSE(job.plistDictionary());
+  const auto job = jobOf({{"Label", "job"}, {"Odd", plist::Set{}}});
+  EXPECT_FALSE(job->plistData());
+  EXPECT_FALSE(job->plistDictionary());
 }
 
 }  // namespace

@@ -1,0 +1,135 @@
+#include "core/app/AppDelegate.h"
+
+#include <optional>
+#include <system_error>
+
+#include "core/app/Program.h"
+#include "core/support/Const.h"
+#include "core/support/Digest.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The parts of "scheme://host/...". Base64 text goes to the host as it stands, slashes included, so everything behind
+/// the two slashes is looked at.
+struct ParsedURL {
+  std::string scheme;
+  std::string host;
+};
+
+std::optional<ParsedURL> parse(const std::string& url) {
+  const auto colon = url.find("://");
+  if (colon == std::string::npos || colon == 0) return std::nullopt;
+  return ParsedURL{.scheme = url.substr(0, colon), .host = url.substr(colon + 3)};
+}
+
+/// Without what browsers and launchers add to a URL: an empty path at its end, and escapes of the signs of base64.
+std::string base64Text(std::string host) {
+  const auto replaceAll = [&host](std::string_view from, char to) {
+    for (auto at = host.find(from); at != std::string::npos; at = host.find(from, at))
+      host.replace(at, from.size(), 1, to);
+  };
+  replaceAll("%3D", '=');
+  replaceAll("%3d", '=');
+  replaceAll("%2F", '/');
+  replaceAll("%2f", '/');
+  replaceAll("%2B", '+');
+  replaceAll("%2b", '+');
+  if (host.size() % 4 == 1 && host.ends_with('/')) host.pop_back();
+  return host;
+}
+
+}  // namespace
+
+AppDelegate::AppDelegate(Program& program)
+    : m_program(program), m_limit(program.platform.mainQueue), m_delay(program.platform.mainQueue) {
+  makeAgentsFolder();
+}
+
+void AppDelegate::makeAgentsFolder() {
+  const fs::path folder = *Kind(Kind::userAgent).folderURL(m_program.foundation.roots);
+  std::error_code failure;
+  if (fs::exists(folder, failure)) return;
+  fs::create_directories(folder, failure);
+  if (failure) m_program.platform.interface.present(systemError(failure.value(), "make the folder", folder.string()));
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+  if (m_program.state.jobs.empty() && !m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+  m_delay(0.01, [this] { setUpMonitors(); });
+}
+
+void AppDelegate::setUpMonitors() {
+  for (const Kind kind : Kind::monitoredKinds) {
+    const auto folder = kind.folderURL(m_program.foundation.roots);
+    if (!folder) continue;
+    m_monitors.push_back(m_program.platform.folderMonitors.watch(*folder, [this] { folderDidChange(); }));
+  }
+  m_delay(1.0, [this] { updateAgent(); });
+}
+
+void AppDelegate::updateAgent() {
+  const Defaults& defaults = m_program.foundation.defaults;
+  renewRegistration();
+  if (m_program.platform.agentSwitch) m_program.platform.agentSwitch->setEnabled(Const::agent, defaults.runAgent());
+  if (defaults.automaticallyCheckForUpdate() && m_program.shell.checkForUpdate) m_program.shell.checkForUpdate(false);
+}
+
+void AppDelegate::renewRegistration() {
+  AgentSwitch* agentSwitch = m_program.platform.agentSwitch;
+  Defaults& defaults = m_program.foundation.defaults;
+  if (!agentSwitch || !defaults.firstMirvelLaunch()) return;
+  agentSwitch->setEnabled(Const::agent, false);
+  (void)defaults.setFirstMirvelLaunch(false);  // at worst it is renewed at the next start too
+  m_program.platform.mainQueue.sleep(0.1);
+}
+
+void AppDelegate::updateWillInstall() {
+  renewRegistration();
+  if (m_program.platform.agentSwitch) m_program.platform.agentSwitch->setEnabled(Const::agent, false);
+}
+
+void AppDelegate::folderDidChange() {
+  if (isTerminating) return;
+  m_limit.interval("MainMonitor", 1.0, [this] {
+    m_delay(0.1, [this] {
+      if (!m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+    });
+  });
+}
+
+bool AppDelegate::applicationShouldTerminate() {
+  if (m_program.shell.endPrivilegedConnection) m_program.shell.endPrivilegedConnection();
+  if (!m_program.state.hasUnsavedChanges) return true;
+  m_program.mainWindow.unsavedChangesAlert();
+  isTerminating = true;
+  return false;
+}
+
+void AppDelegate::applicationDidBecomeActive() {
+  m_program.notifications.appStatusChanged.post();
+}
+
+void AppDelegate::applicationDidResignActive() {
+  m_program.notifications.appStatusChanged.post();
+}
+
+void AppDelegate::applicationOpenURLs(const std::vector<std::string>& urls) {
+  const auto url = urls.empty() ? std::nullopt : parse(urls.front());
+  if (!url || url->scheme != Const::jobScheme || url->host.empty()) return;
+  if (m_program.state.hasUnsavedChanges) return;
+  const auto path = String::fromBase64(base64Text(url->host));
+  if (!path || path->empty()) return;
+  m_delay(0.3, [this, job = URL::file(*path)] {
+    if (ModeType* mode = m_program.currentMode()) mode->select(job);
+  });
+}
+
+std::string jobURL(const std::string& path) {
+  return std::string(Const::jobScheme) + "://" + String::toBase64(path);
+}
+
+}  // namespace mirvel

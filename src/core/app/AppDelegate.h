@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/support/Delay.h"
+#include "core/support/FolderMonitor.h"
+#include "core/support/Limit.h"
+
+namespace mirvel {
+
+class Program;
+
+/// What the application's own events lead to. For the main thread.
+class AppDelegate {
+ public:
+  /// Makes sure that the user's own agents folder exists; a failure is shown, and the program runs without.
+  explicit AppDelegate(Program& program);
+
+  /// To be called when the window is there.
+  void applicationDidFinishLaunching();
+  /// Whether the application may quit now. If not, the user is asked, and the application quits by itself if they wish.
+  bool applicationShouldTerminate();
+  /// Closing the last window always quits.
+  static constexpr bool applicationShouldTerminateAfterLastWindowClosed() { return true; }
+  void applicationDidBecomeActive();
+  void applicationDidResignActive();
+  /// Selects the job that the first URL tells of; see `jobURL`. Other URLs, and others than the first, do nothing.
+  void applicationOpenURLs(const std::vector<std::string>& urls);
+
+  /// An update is about to install: the agent is switched off.
+  void updateWillInstall();
+
+  /// From the moment a quit was held back by the question about unsaved changes until that is answered.
+  bool isTerminating = false;
+
+ private:
+  void makeAgentsFolder();
+  void setUpMonitors();
+  void updateAgent();
+  void renewRegistration();
+  void folderDidChange();
+
+  Program& m_program;
+  Limit m_limit;
+  std::vector<std::unique_ptr<FolderMonitor>> m_monitors;
+  Delay m_delay;
+};
+
+/// The URL by which other programs address the job of a file: its path in base64 in the host.
+std::string jobURL(const std::string& path);
+
+}  // namespace mirvel

@@ -1,0 +1,105 @@
+#include "core/app/Fetcher.h"
+
+#include "core/app/Program.h"
+#include "core/catalogue/CustomIcons.h"
+#include "core/mainwindow/ModeFilter.h"
+
+namespace mirvel {
+
+/// Shared with the scans, which may outlive the program's end by a moment.
+struct Fetcher::Tools {
+  Tools(Program& program)
+      : embeddedList(program.platform.processRunner, program.foundation.commands.launchctl),
+        scan{.collator = program.foundation.collator,
+             .loginItems = program.platform.loginItems,
+             .embeddedList = embeddedList,
+             .console = program.platform.console} {}
+
+  EmbeddedList embeddedList;
+  ScanTools scan;
+};
+
+Fetcher::Fetcher(Program& program)
+    : m_program(program), m_tools(std::make_shared<Tools>(program)), m_delay(program.platform.mainQueue) {}
+
+Fetcher::~Fetcher() {
+  if (m_operation) m_operation->cancel();
+}
+
+void Fetcher::fetchJobs() {
+  setLoading(true);
+  if (m_operation) m_operation->cancel();
+  const auto operation =
+      std::make_shared<FetchOperation>(m_program.state.jobs, m_program.foundation.scanSettings(), m_tools->scan);
+  m_operation = operation;
+
+  auto publication = m_delay.whileOwned([this, operation] { publish(*operation); });
+  m_program.platform.fetchQueue.add(
+      [operation, tools = m_tools, &queue = m_program.platform.mainQueue, publication = std::move(publication)] {
+        operation->main();
+        // The scan that cancelled this one will end the loading.
+        if (!operation->isCancelled()) queue.post(publication);
+      });
+}
+
+void Fetcher::setLoading(bool isLoading) {
+  m_program.state.isLoading = isLoading;
+  m_program.notifications.loadingChanged.post();
+  m_program.state.isBusy = isLoading;
+  if (m_program.shell.edit) m_program.shell.edit->updateButtons();
+}
+
+void Fetcher::publish(FetchOperation& operation) {
+  if (operation.isCancelled()) return;
+  setLoading(false);
+  if (m_program.state.jobs.empty()) {
+    m_delay(0, [this] {
+      if (m_program.shell.mainWindow) m_program.shell.mainWindow->validateVisibleItems();
+    });
+  }
+  if (!operation.jobs) return;
+  Jobs found = *std::move(operation.jobs);
+  if (ModeType* mode = m_program.currentMode()) {
+    if (m_program.state.filterString.empty()) {
+      mode->update(found);
+    } else {
+      modeFilter(m_program, *mode, found, m_program.state.filterString);
+    }
+  }
+  m_program.state.jobs.swap(found);
+  jobsDidUpdate();
+  // To take ten thousand old jobs apart takes a while, and is nothing that the main thread must wait for.
+  m_program.platform.fetchQueue.add([old = std::make_shared<Jobs>(std::move(found))]() mutable { old.reset(); });
+}
+
+void Fetcher::jobsDidUpdate() {
+  reconcileSelection();
+  matchIcons();
+  m_program.notifications.jobsUpdated.post();
+}
+
+void Fetcher::reconcileSelection() {
+  AppState& state = m_program.state;
+  if (!state.selectedJob) return;
+  const URL url = state.selectedJob->url;
+  if (const auto job = state.jobAt(url)) {
+    if (ModeType* mode = m_program.currentMode()) mode->select(url);
+    // A filter may hide the job from the mode; it is selected all the same, as it now is.
+    if (!state.hasUnsavedChanges) state.selectedJob = job;
+    return;
+  }
+  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  state.selectedJob.reset();
+  m_program.mainWindow.selectedJobDidChange();
+}
+
+void Fetcher::matchIcons() {
+  AppState& state = m_program.state;
+  const auto before = state.selectedJob ? state.selectedJob->customIcon : std::nullopt;
+  matchCustomIcons(state.jobs, m_program.foundation.roots.applicationSupport, m_program.platform.workspace);
+  if (!state.selectedJob || state.selectedJob->customIcon == before) return;
+  if (m_program.shell.detail) m_program.shell.detail->updateIcon();
+  if (ModeType* mode = m_program.currentMode()) mode->reloadJob(state.selectedJob);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+
+#include "core/catalogue/FetchOperation.h"
+#include "core/support/Delay.h"
+
+namespace mirvel {
+
+class Program;
+
+/// Scans the machine's jobs and publishes what it finds. For the main thread; the scan itself runs on the fetch queue.
+class Fetcher {
+ public:
+  explicit Fetcher(Program& program);
+  ~Fetcher();
+  Fetcher(const Fetcher&) = delete;
+  Fetcher& operator=(const Fetcher&) = delete;
+
+  /// Starts a scan, which takes the place of a running one. Not to be called while there are unsaved changes.
+  void fetchJobs();
+  /// Finds the selected job again in a catalogue that was replaced, gives the jobs their custom icons, and tells
+  /// everybody.
+  void jobsDidUpdate();
+
+ private:
+  void setLoading(bool isLoading);
+  void publish(FetchOperation& operation);
+  void reconcileSelection();
+  void matchIcons();
+
+  struct Tools;
+
+  Program& m_program;
+  std::shared_ptr<Tools> m_tools;
+  std::shared_ptr<FetchOperation> m_operation;
+  Delay m_delay;
+};
+
+}  // namespace mirvel

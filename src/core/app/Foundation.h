@@ -1,0 +1,44 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "core/catalogue/ScanSettings.h"
+#include "core/support/Collator.h"
+#include "core/support/Commands.h"
+#include "core/support/Defaults.h"
+#include "core/support/Environment.h"
+#include "core/support/Localize.h"
+#include "core/support/Roots.h"
+
+namespace mirvel {
+
+/// What every program of the family stands on: folders, tools, settings and texts.
+struct Foundation {
+  /// `catalogues` holds the translations; `locale` is the user's by default.
+  Foundation(Roots theRoots, const Environment& environment, const std::filesystem::path& catalogues = {},
+             const std::string& locale = Localize::currentLocale())
+      : roots(std::move(theRoots)),
+        commands(Commands::forThisMachine(environment)),
+        defaults(roots.defaultsFile),
+        localize(locale, catalogues),
+        collator(locale) {}
+
+  const Roots roots;
+  const Commands commands;
+  Defaults defaults;
+  const Localize localize;
+  const Collator collator;
+
+  /// For a scan that starts now.
+  ScanSettings scanSettings() const {
+    return {.roots = roots,
+            .osascript = commands.osascript,
+            .scriptEditor = {},
+            .showSystemJobs = defaults.showSystemJobs(),
+            .showInternalHelpers = defaults.showInternalHelpers(),
+            .editSystemJobs = defaults.editSystemJobs()};
+  }
+};
+
+}  // namespace mirvel

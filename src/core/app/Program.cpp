@@ -1,0 +1,22 @@
+#include "core/app/Program.h"
+
+#include <algorithm>
+
+namespace mirvel {
+
+Program::Program(Foundation& theFoundation, const Platform& thePlatform)
+    : foundation(theFoundation),
+      platform(thePlatform),
+      kinds(foundation.localize, foundation.defaults, platform.workspace),
+      mainWindow(*this),
+      fetcher(*this),
+      appDelegate(*this) {}
+
+ModeType* Program::currentMode() const {
+  const auto chosen = static_cast<std::size_t>(foundation.defaults.selectedMode());
+  if (chosen < shell.modes.size() && shell.modes.at(chosen)) return shell.modes.at(chosen);
+  const auto* first = std::find_if(shell.modes.begin(), shell.modes.end(), [](const ModeType* mode) { return mode; });
+  return first == shell.modes.end() ? nullptr : *first;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/app/AppDelegate.h"
+#include "core/app/AppState.h"
+#include "core/app/Fetcher.h"
+#include "core/app/Foundation.h"
+#include "core/app/Platform.h"
+#include "core/app/Shell.h"
+#include "core/catalogue/KindTexts.h"
+#include "core/mainwindow/MainWindowController.h"
+#include "core/support/Notifications.h"
+
+namespace mirvel {
+
+/// The one program: what is there once, and how its parts reach each other. Made before anything is on the screen. For
+/// the main thread.
+class Program {
+ public:
+  /// Both outlive the program.
+  Program(Foundation& theFoundation, const Platform& thePlatform);
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  /// What shows the catalogue now: the mode that the user chose, or the first that is there. Null: none is.
+  ModeType* currentMode() const;
+
+  Foundation& foundation;
+  const Platform platform;
+  AppState state = {};
+  Notifications notifications = {};
+  Shell shell = {};
+  KindTexts kinds;
+  MainWindowController mainWindow;
+  Fetcher fetcher;
+  AppDelegate appDelegate;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <array>
+#include <functional>
+
+#include "core/editor/DetailType.h"
+#include "core/mainwindow/MainWindowType.h"
+#include "core/mainwindow/Mode.h"
+
+namespace mirvel {
+
+/// The parts of the program that are there only at times: whoever is one puts itself in, and takes itself out when it
+/// goes. Null or empty: nobody to tell. For the main thread.
+struct Shell {
+  std::array<ModeType*, 4> modes{};  ///< by the number of `Mode`
+  DetailType* detail = nullptr;
+  EditType* edit = nullptr;
+  MainWindowType* mainWindow = nullptr;
+  std::function<void(const std::shared_ptr<Job>&)> confirmDelete;  ///< asks, and deletes
+  std::function<void(bool isManual)> checkForUpdate;
+  std::function<void()> endPrivilegedConnection;  ///< set while such a connection is open
+  std::function<void()> terminate;                ///< asks the application to quit
+};
+
+}  // namespace mirvel

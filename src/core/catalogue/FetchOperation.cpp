@@ -1,0 +1,119 @@
+#include "core/catalogue/FetchOperation.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "core/catalogue/Launchd.h"
+#include "core/catalogue/LoginItem.h"
+#include "core/catalogue/PrivilegedHelperTool.h"
+#include "core/catalogue/StartupItem.h"
+#include "core/support/Const.h"
+
+namespace mirvel {
+
+namespace {
+
+std::span<const Kind> kindsToScan(bool showSystemJobs) {
+  if (showSystemJobs) return Kind::allCases;
+  return Kind::visibleKinds;
+}
+
+/// A file that was written a moment ago may be written again within the same tick of the file system's clock: its date
+/// would stay, and so would the cached bytes.
+bool isSettled(const JobFolder::Stamp& stamp) {
+  constexpr std::int64_t tick = 2;
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return stamp.seconds + tick < std::chrono::duration_cast<std::chrono::seconds>(now).count();
+}
+
+}  // namespace
+
+void FetchOperation::main() {
+  if (m_isCancelled) return;
+  Jobs found = scan();
+  if (!m_isCancelled && !areEqual(found, m_oldJobs)) jobs = std::move(found);
+}
+
+Jobs FetchOperation::scan() {
+  Jobs result;
+  for (const Kind kind : kindsToScan(m_settings.showSystemJobs)) {
+    if (m_isCancelled) return {};
+    Jobs ofKind = jobsOf(kind);
+    sortByName(ofKind);
+    std::move(ofKind.begin(), ofKind.end(), std::back_inserter(result));
+  }
+  return result;
+}
+
+Jobs FetchOperation::jobsOf(Kind kind) {
+  if (kind == Kind::loginItemSystemPreferences) {
+    return LoginItem::systemPreferencesItems(m_tools.loginItems, m_settings.showInternalHelpers);
+  }
+  if (kind == Kind::loginItemApplication) {
+    return LoginItem::applicationItems(m_tools.loginItems, m_settings.showInternalHelpers);
+  }
+  const auto folder = kind.folderURL(m_settings.roots);
+  return folder ? jobsInFolder(kind, *folder) : Jobs();
+}
+
+Jobs FetchOperation::jobsInFolder(Kind kind, const std::filesystem::path& path) {
+  const auto folder = JobFolder::open(path);
+  if (!folder) return {};
+  Jobs jobsFound;
+  for (const auto& name : folder->names()) {
+    if (m_isCancelled) return {};
+    if (name == Const::FileName::dsStore) continue;
+    if (auto job = read(*folder, name, kind)) jobsFound.push_back(std::move(job));
+  }
+  return jobsFound;
+}
+
+std::shared_ptr<Job> FetchOperation::read(const JobFolder& folder, const std::string& name, Kind kind) {
+  if (kind.isLaunchd()) return readLaunchd(folder, name, kind);
+  const URL url = URL::file(folder.path() / name);
+  if (kind.isStartupItem()) return StartupItem::read(url, kind);
+  return PrivilegedHelperTool::read(url, Kind::privilegedHelperTool, m_tools.embeddedList,
+                                    m_settings.showInternalHelpers);
+}
+
+std::shared_ptr<Job> FetchOperation::readLaunchd(const JobFolder& folder, const std::string& name, Kind kind) {
+  const URL url = URL::file(folder.path() / name);
+  auto data = dataOf(folder, name, url);
+  if (!data) return nullptr;
+  return Launchd::read(*std::move(data), url, kind, Launchd::Source::File, m_settings, m_tools.console);
+}
+
+std::optional<std::string> FetchOperation::dataOf(const JobFolder& folder, const std::string& name, const URL& url) {
+  const auto stamp = folder.stamp(name);
+  if (!stamp) return std::nullopt;
+  const std::string key = FileCache::key(url.text(), stamp->seconds, stamp->nanoseconds);
+  if (const std::string* cached = m_tools.cache.find(key)) return *cached;
+  auto data = folder.read(name, *stamp);
+  if (!data) {
+    m_tools.console.log(unreadableJobLine(url.text()));
+    return std::nullopt;
+  }
+  if (isSettled(*stamp)) m_tools.cache.put(key, *data);
+  return *std::move(data);
+}
+
+void FetchOperation::sortByName(Jobs& jobsFound) const {
+  struct Row {
+    std::string_view key;
+    std::shared_ptr<Job> job;
+  };
+  std::vector<Row> rows;
+  rows.reserve(jobsFound.size());
+  for (auto& job : jobsFound) rows.push_back({job->sortKey(Job::SortText::Name, m_tools.collator), std::move(job)});
+  // Of two jobs with one name the path decides, as the order of a folder's listing may change.
+  std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) {
+    return a.key != b.key ? a.key < b.key : a.job->url.text() < b.job->url.text();
+  });
+  std::transform(rows.begin(), rows.end(), jobsFound.begin(), [](Row& row) { return std::move(row.job); });
+}
+
+}  // namespace mirvel

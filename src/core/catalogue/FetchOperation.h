@@ -1,0 +1,60 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+#include "core/catalogue/EmbeddedList.h"
+#include "core/catalogue/FileCache.h"
+#include "core/catalogue/Job.h"
+#include "core/catalogue/JobFolder.h"
+#include "core/catalogue/LoginItems.h"
+#include "core/catalogue/ScanSettings.h"
+#include "core/support/Collator.h"
+#include "core/support/Console.h"
+
+namespace mirvel {
+
+/// What scans share, made once; used on the fetch queue only.
+struct ScanTools {
+  const Collator& collator;
+  LoginItems& loginItems;
+  const EmbeddedList& embeddedList;
+  Console& console;
+  FileCache cache = {};
+};
+
+/// One scan of all job folders.
+class FetchOperation {
+ public:
+  /// `oldJobs` is the catalogue at this moment; only the checksums of its jobs are read. The tools outlive the
+  /// operation.
+  FetchOperation(Jobs oldJobs, ScanSettings settings, ScanTools& tools)
+      : m_oldJobs(std::move(oldJobs)), m_settings(std::move(settings)), m_tools(tools) {}
+
+  /// Ends the scan at its next step, with nothing found. From any thread.
+  void cancel() { m_isCancelled = true; }
+  bool isCancelled() const { return m_isCancelled; }
+
+  /// Runs the scan, for the thread of the fetch queue.
+  void main();
+
+  /// After `main`: what was found, if it differs from the old jobs.
+  std::optional<Jobs> jobs;
+
+ private:
+  Jobs scan();
+  Jobs jobsOf(Kind kind);
+  Jobs jobsInFolder(Kind kind, const std::filesystem::path& path);
+  std::shared_ptr<Job> read(const JobFolder& folder, const std::string& name, Kind kind);
+  std::shared_ptr<Job> readLaunchd(const JobFolder& folder, const std::string& name, Kind kind);
+  std::optional<std::string> dataOf(const JobFolder& folder, const std::string& name, const URL& url);
+  void sortByName(Jobs& jobs) const;
+
+  Jobs m_oldJobs;
+  ScanSettings m_settings;
+  ScanTools& m_tools;
+  std::atomic<bool> m_isCancelled = false;
+};
+
+}  // namespace mirvel

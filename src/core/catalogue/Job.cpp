@@ -1,0 +1,83 @@
+#include "core/catalogue/Job.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "core/support/Digest.h"
+#include "core/support/Strings.h"
+
+namespace mirvel {
+
+namespace {
+
+/// Between the texts that are searched; no text that is typed holds it.
+constexpr char boundary = '\0';
+
+/// memmem is many times as fast as `string_view::find` on texts of this size.
+bool holds(std::string_view text, std::string_view part) {
+  return ::memmem(text.data(), text.size(), part.data(), part.size()) != nullptr;
+}
+
+}  // namespace
+
+Job::Job(Kind theKind, std::string theName, std::string theSummary, std::string theChecksum, URL theURL)
+    : kind(theKind),
+      originalKind(theKind),
+      name(std::move(theName)),
+      summary(std::move(theSummary)),
+      checksum(std::move(theChecksum)),
+      url(std::move(theURL)) {}
+
+std::optional<Image> Job::displayIcon(const Localize& localize) const {
+  if (customIcon) return customIcon;
+  if (isDisabled()) return statusImage(false, localize);
+  return icon;
+}
+
+std::optional<std::string> Job::iconStoreName() const {
+  const auto digest = Data::sha256Digest(url.path().native());
+  return digest ? std::optional(Data::hexString(*digest)) : std::nullopt;
+}
+
+void Job::updateCustomIconDigest() {
+  if (customIcon) customIconDigest = iconStoreName();
+}
+
+bool Job::contains(std::string_view folded) const {
+  return folded.find(boundary) == std::string_view::npos && holds(searchText(), folded);
+}
+
+const std::string& Job::searchText() const {
+  if (m_searchText.empty()) {
+    for (const std::string_view text :
+         {std::string_view(textContent), std::string_view(name), std::string_view(url.text())}) {
+      m_searchText.append(String::fold(text)) += boundary;
+    }
+  }
+  return m_searchText;
+}
+
+const std::string& Job::sortKey(SortText text, const Collator& collator) const {
+  std::string& key = m_sortKeys.at(static_cast<std::size_t>(text));
+  if (text == SortText::Run) {
+    if (std::string current = run(); key.empty() || current != m_sortedRun) {
+      m_sortedRun = std::move(current);
+      key = collator.sortKey(m_sortedRun);
+    }
+  } else if (key.empty()) {
+    key = collator.sortKey(text == SortText::Name ? name : summary);
+  }
+  return key;
+}
+
+bool areEqual(const Jobs& a, const Jobs& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) { return *x == *y; });
+}
+
+Image statusImage(bool isEnabled, const Localize& localize) {
+  Image image = Image::named(isEnabled ? "mirvel-available" : "mirvel-unavailable");
+  image.accessibilityDescription = isEnabled ? localize.enabled() : localize.disabled();
+  return image;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/support/FileDescriptor.h"
+#include "core/support/Result.h"
+
+namespace mirvel {
+
+/// A folder with job files, held open: its entries are reached through it, and so stay those of one folder even while
+/// it is renamed or replaced. From any thread.
+class JobFolder {
+ public:
+  /// More than this is no job file, but an accident.
+  static constexpr std::size_t largestFile = std::size_t{16} << 20U;
+
+  /// What can be known of an entry without opening it. Of a link it is what its target says.
+  struct Stamp {
+    std::int64_t seconds = 0;  ///< when its content changed last, since 1970
+    long nanoseconds = 0;
+    std::uint64_t size = 0;
+    bool isRegular = false;
+  };
+
+  /// None if there is no such folder or this user may not list it.
+  static std::optional<JobFolder> open(const std::filesystem::path& path);
+
+  const std::filesystem::path& path() const { return m_path; }
+  /// The names of all entries, hidden ones too, in no order. A folder that vanishes meanwhile gives what was read.
+  std::vector<std::string> names() const;
+  /// None if it is gone, or a link that leads nowhere.
+  std::optional<Stamp> stamp(const std::string& name) const;
+  /// The bytes of a regular file. Anything else isn't opened: to open a pipe or a device can block, or do something.
+  Result<std::string> read(const std::string& name, const Stamp& stamp) const;
+
+ private:
+  JobFolder(std::filesystem::path path, FileDescriptor descriptor)
+      : m_path(std::move(path)), m_descriptor(std::move(descriptor)) {}
+
+  std::filesystem::path m_path;
+  FileDescriptor m_descriptor;
+};
+
+/// What the log says of a job file that can't be read.
+std::string unreadableJobLine(const std::string& path);
+
+}  // namespace mirvel

@@ -1,0 +1,51 @@
+#include "core/catalogue/Kind.h"
+
+#include "core/support/Const.h"
+
+namespace mirvel {
+
+std::optional<Kind> Kind::fromRawValue(int value) {
+  if (value < userAgent || value > privilegedHelperTool) return std::nullopt;
+  return Kind(static_cast<Case>(value));
+}
+
+std::string_view Kind::name() const {
+  constexpr std::array<std::string_view, 10> names{
+      "userAgent",        "localAgent",  "localDaemon",  "loginItemSystemPreferences", "loginItemApplication",
+      "localStartupItem", "systemAgent", "systemDaemon", "systemStartupItem",          "privilegedHelperTool"};
+  return names.at(static_cast<std::size_t>(m_case));
+}
+
+std::optional<std::filesystem::path> Kind::folderURL(const Roots& roots) const {
+  switch (m_case) {
+    case userAgent:
+      return roots.userLibrary / Const::PathComponent::launchAgents;
+    case localAgent:
+      return roots.localLibrary / Const::PathComponent::launchAgents;
+    case localDaemon:
+      return roots.localLibrary / Const::PathComponent::launchDaemons;
+    case localStartupItem:
+      return roots.localLibrary / Const::PathComponent::startupItems;
+    case systemAgent:
+      return roots.systemLibrary / Const::PathComponent::launchAgents;
+    case systemDaemon:
+      return roots.systemLibrary / Const::PathComponent::launchDaemons;
+    case systemStartupItem:
+      return roots.systemLibrary / Const::PathComponent::startupItems;
+    case privilegedHelperTool:
+      return roots.localLibrary / Const::PathComponent::privilegedHelperTool;
+    case loginItemSystemPreferences:
+    case loginItemApplication:
+      return std::nullopt;
+  }
+  return std::nullopt;
+}
+
+Kind::InfoName Kind::infoName() const {
+  if (isLoginItem()) return InfoName::loginItem;
+  if (isStartupItem()) return InfoName::startupItem;
+  if (m_case == privilegedHelperTool) return InfoName::privilegedHelperTool;
+  return InfoName::launchd;
+}
+
+}  // namespace mirvel

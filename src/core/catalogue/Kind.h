@@ -1,0 +1,76 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+#include "core/support/Roots.h"
+
+namespace mirvel {
+
+/// Where a job lives and who it runs for.
+class Kind {
+ public:
+  /// In the order of the catalogue and of every view that groups by kind.
+  enum Case : int {
+    userAgent = 0,
+    localAgent = 1,
+    localDaemon = 2,
+    loginItemSystemPreferences = 3,
+    loginItemApplication = 4,
+    localStartupItem = 5,
+    systemAgent = 6,
+    systemDaemon = 7,
+    systemStartupItem = 8,
+    privilegedHelperTool = 9,
+  };
+  /// Which sheet tells of a job of the kind.
+  enum class InfoName { launchd, loginItem, startupItem, privilegedHelperTool };
+
+  static const std::array<Kind, 10> allCases;
+  /// Those shown while system jobs aren't.
+  static const std::array<Kind, 7> visibleKinds;
+  /// Those with a folder, in the order in which folder monitors are made.
+  static const std::array<Kind, 8> monitoredKinds;
+
+  // Implicit, so that a case can stand for its kind.
+  constexpr Kind(Case value) : m_case(value) {}
+  /// None outside of 0 to 9.
+  static std::optional<Kind> fromRawValue(int value);
+
+  constexpr operator Case() const { return m_case; }
+  constexpr int rawValue() const { return m_case; }
+  /// The name of the case, such as "userAgent".
+  std::string_view name() const;
+
+  /// A job file of launchd.
+  constexpr bool isLaunchd() const { return m_case <= localDaemon || m_case == systemAgent || m_case == systemDaemon; }
+  constexpr bool isStartupItem() const { return m_case == localStartupItem || m_case == systemStartupItem; }
+  constexpr bool isLoginItem() const { return m_case == loginItemSystemPreferences || m_case == loginItemApplication; }
+  /// Hidden while system jobs aren't shown.
+  constexpr bool isSystem() const { return m_case >= systemAgent && m_case <= systemStartupItem; }
+  /// Whether jobs of the kind may be changed; `editSystemJobs` is what the user set for those of the system.
+  constexpr bool isEditable(bool editSystemJobs) const {
+    return m_case <= localDaemon || (editSystemJobs && (m_case == systemAgent || m_case == systemDaemon));
+  }
+
+  /// The folder with the jobs of the kind; none for login items.
+  std::optional<std::filesystem::path> folderURL(const Roots& roots) const;
+  InfoName infoName() const;
+
+ private:
+  Case m_case;
+};
+
+inline constexpr std::array<Kind, 10> Kind::allCases{
+    userAgent,        localAgent,  localDaemon,  loginItemSystemPreferences, loginItemApplication,
+    localStartupItem, systemAgent, systemDaemon, systemStartupItem,          privilegedHelperTool};
+inline constexpr std::array<Kind, 7> Kind::visibleKinds{
+    userAgent,        localAgent,          localDaemon, loginItemSystemPreferences, loginItemApplication,
+    localStartupItem, privilegedHelperTool};
+inline constexpr std::array<Kind, 8> Kind::monitoredKinds{userAgent,        localAgent,          localDaemon,
+                                                          localStartupItem, systemStartupItem,   systemAgent,
+                                                          systemDaemon,     privilegedHelperTool};
+
+}  // namespace mirvel

@@ -1,0 +1,67 @@
+#include "core/catalogue/LoginItem.h"
+
+#include "core/support/Const.h"
+#include "core/support/Digest.h"
+#include "core/support/Strings.h"
+
+namespace mirvel {
+
+namespace {
+
+bool isHidden(const std::string& name, bool showInternalHelpers) {
+  return !showInternalHelpers && name.starts_with(Const::AppName::mirvel);
+}
+
+}  // namespace
+
+Jobs LoginItem::systemPreferencesItems(LoginItems& items, bool showInternalHelpers) {
+  Jobs jobs;
+  for (const auto& item : items.listed()) {
+    if (!item.name || !item.path || isHidden(*item.name, showInternalHelpers)) continue;
+    auto job = make(item);
+    if (!job->name.empty() && !job->run().empty()) jobs.push_back(std::move(job));
+  }
+  return jobs;
+}
+
+std::shared_ptr<LoginItem> LoginItem::make(const LoginItems::Listed& item) {
+  const std::string& path = *item.path;
+  const std::shared_ptr<LoginItem> job(
+      new LoginItem(Kind::loginItemSystemPreferences, *item.name, std::string(String::lastPathComponent(path)),
+                    String::toBase64(*item.name + path), URL::address("LoginItem.SystemPreferences." + *item.name)));
+  job->path = path;
+  job->iconPath = path;
+  job->textContent = job->name + job->run();
+  job->icon = item.icon ? item.icon : Image::iconOfPath(path);
+  job->subtype = SystemPreferences{item.kind};
+  return job;
+}
+
+Jobs LoginItem::applicationItems(LoginItems& items, bool showInternalHelpers) {
+  Jobs jobs;
+  for (const auto& item : items.bundled()) {
+    if (isHidden(item.name, showInternalHelpers)) continue;
+    auto job = make(item);
+    if (!job->name.empty() && !job->run().empty()) jobs.push_back(std::move(job));
+  }
+  return jobs;
+}
+
+std::shared_ptr<LoginItem> LoginItem::make(const LoginItems::Bundled& item) {
+  const std::shared_ptr<LoginItem> job(new LoginItem(Kind::loginItemApplication, item.name, item.itemName,
+                                                     String::toBase64(item.name + item.itemName + item.applicationPath),
+                                                     URL::file(item.applicationPath)));
+  job->path = item.itemPath;
+  job->icon = item.icon ? item.icon : Image::iconOfPath(item.applicationPath);
+  job->textContent = item.applicationPath;
+  job->subtype = Application{};
+  return job;
+}
+
+void LoginItem::openAccountsPreferences(Workspace& workspace, const Roots& roots) {
+  const bool isFolder = !roots.ownAutostart.empty();
+  workspace.open(
+      URL::file(isFolder ? roots.ownAutostart : roots.systemLibrary / "PreferencePanes" / "Accounts.prefPane"));
+}
+
+}  // namespace mirvel

@@ -1,0 +1,28 @@
+#include "core/catalogue/PrivilegedHelperTool.h"
+
+#include "core/catalogue/HelperToolLines.h"
+#include "core/support/Const.h"
+#include "core/support/Digest.h"
+
+namespace mirvel {
+
+std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url, Kind kind,
+                                                                 const EmbeddedList& embeddedList,
+                                                                 bool showInternalHelpers) {
+  const std::string fileName = url.lastPathComponent();
+  if (fileName.starts_with(Const::excludePrefix) && !showInternalHelpers) return nullptr;
+  HelperToolLines lines = HelperToolLines::read(embeddedList.text(url.path()));
+  const std::string name = lines.name.empty() ? fileName : lines.name;
+  const std::string path = url.text();
+  if (name.empty() || path.empty()) return nullptr;
+
+  const std::shared_ptr<PrivilegedHelperTool> job(
+      new PrivilegedHelperTool(kind, name, name, String::toBase64(path), url));
+  job->textContent = lines.identifier + lines.clients + path;
+  job->identifier = std::move(lines.identifier);
+  job->clients = std::move(lines.clients);
+  job->icon = Image::iconOfPath(path);
+  return job;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,37 @@
+#pragma once
+
+namespace mirvel {
+
+/// The pane with the details of the selected job.
+class DetailType {
+ public:
+  DetailType() = default;
+  virtual ~DetailType() = default;
+  DetailType(const DetailType&) = delete;
+  DetailType& operator=(const DetailType&) = delete;
+
+  /// Shows the selected job, or that there is none.
+  virtual void updateDetail() = 0;
+  /// Drops what is shown, whatever is selected.
+  virtual void clearDetail() = 0;
+  /// Draws the icon of the selected job anew.
+  virtual void updateIcon() = 0;
+};
+
+/// The detail pane while a job is edited.
+class EditType {
+ public:
+  EditType() = default;
+  virtual ~EditType() = default;
+  EditType(const EditType&) = delete;
+  EditType& operator=(const EditType&) = delete;
+
+  /// Enables the buttons by the program's state.
+  virtual void updateButtons() = 0;
+  /// Shows whether there are unsaved changes.
+  virtual void refreshEditedState() = 0;
+  /// Goes back to what was read.
+  virtual void discardEdits() = 0;
+};
+
+}  // namespace mirvel

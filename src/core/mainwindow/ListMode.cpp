@@ -1,0 +1,125 @@
+#include "core/mainwindow/ListMode.h"
+
+#include <algorithm>
+
+#include "core/app/Program.h"
+#include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/ListCells.h"
+
+namespace mirvel {
+
+ListMode::ListMode(Program& program, ListTableType& table)
+    : m_program(program), m_table(table), m_guard(program), m_delay(program.platform.mainQueue) {
+  m_program.shell.modes.at(static_cast<std::size_t>(Mode::list)) = this;
+}
+
+ListMode::~ListMode() {
+  m_program.shell.modes.at(static_cast<std::size_t>(Mode::list)) = nullptr;
+}
+
+const Jobs& ListMode::content() const {
+  if (!m_content) m_content = m_program.state.jobs;
+  return *m_content;
+}
+
+std::optional<std::size_t> ListMode::rowAt(const URL& url) const {
+  const Jobs& rows = content();
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const auto& job) { return job->url.equalTo(url); });
+  if (found == rows.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - rows.begin());
+}
+
+void ListMode::show(std::size_t row) {
+  m_table.mark(row);
+  m_table.scrollTo(row);
+}
+
+void ListMode::select(const URL& url) {
+  const auto row = rowAt(url);
+  if (!row) return;
+  show(*row);
+  selectInCatalogue(url);
+}
+
+void ListMode::selectInCatalogue(const URL& url) {
+  if (m_program.state.hasUnsavedChanges) return;
+  const auto job = m_program.state.jobAt(url);
+  if (!job) return;
+  m_program.state.selectedJob = job;
+  m_program.mainWindow.selectedJobDidChange();
+}
+
+void ListMode::select(const std::shared_ptr<Job>& job) {
+  const Jobs& rows = content();
+  const auto found = std::find(rows.begin(), rows.end(), job);
+  if (found != rows.end()) show(static_cast<std::size_t>(found - rows.begin()));
+}
+
+void ListMode::update(const Jobs& jobs) {
+  // Equal jobs keep their rows, and the rows get the jobs that are now in the catalogue.
+  const bool isChanged = !areEqual(jobs, content());
+  m_content = jobs;
+  if (isChanged) sort();
+  m_table.reload();
+}
+
+void ListMode::deselect() {
+  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  m_table.mark(std::nullopt);
+}
+
+void ListMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
+  jobContextMenu(m_program, menu, job);
+}
+
+ListCell ListMode::cell(Column::List column, std::size_t row) const {
+  if (row >= content().size()) return {};
+  return listCell(m_program, *content()[row], column);
+}
+
+void ListMode::setSortDescriptors(std::vector<SortDescriptor> descriptors) {
+  m_sortDescriptors = std::move(descriptors);
+  (void)content();
+  sort();
+  m_table.reload();
+  if (const auto job = m_program.state.selectedJob) select(job->url);
+}
+
+void ListMode::sort() {
+  if (m_sortDescriptors.empty()) return;
+  const SortDescriptor& first = m_sortDescriptors.front();
+  const auto column = Column::column(first.key);
+  if (!column) return;
+  sortJobs(*m_content, *column, first.isAscending, m_program.foundation.collator);
+  m_delay(0.01, [this] { m_table.prepareHeaders(); });
+}
+
+void ListMode::selectionDidChange(std::size_t row) {
+  if (row < content().size()) selectInCatalogue(content()[row]->url);
+}
+
+JobMenu ListMode::menuForRow(std::size_t row) {
+  JobMenu menu;
+  if (row >= content().size() || content()[row]->isNewFile) return menu;
+  if (ModeType* mode = m_program.currentMode()) mode->contextMenu(menu, content()[row]);
+  return menu;
+}
+
+std::optional<URL> ListMode::dragRows(const std::vector<std::size_t>& rows) const {
+  if (rows.empty() || rows.front() >= content().size()) return std::nullopt;
+  return draggedURL(*content()[rows.front()]);
+}
+
+std::optional<std::vector<Column::List>> toggled(std::vector<Column::List> visible, Column::List column) {
+  const auto found = std::find(visible.begin(), visible.end(), column);
+  if (found == visible.end()) {
+    visible.push_back(column);
+    std::sort(visible.begin(), visible.end());
+    return visible;
+  }
+  if (visible.size() <= 1) return std::nullopt;
+  visible.erase(found);
+  return visible;
+}
+
+}  // namespace mirvel

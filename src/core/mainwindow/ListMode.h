@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/mainwindow/ListColumn.h"
+#include "core/mainwindow/ListSort.h"
+#include "core/mainwindow/Mode.h"
+#include "core/mainwindow/ModeRules.h"
+#include "core/support/Delay.h"
+#include "core/support/Image.h"
+
+namespace mirvel {
+
+class Program;
+
+/// The table of list mode, as far as its logic touches it.
+class ListTableType {
+ public:
+  ListTableType() = default;
+  virtual ~ListTableType() = default;
+  ListTableType(const ListTableType&) = delete;
+  ListTableType& operator=(const ListTableType&) = delete;
+
+  /// The rows are others now. Tells of no change of selection, and leaves no row marked.
+  virtual void reload() = 0;
+  /// Marks just this row, or none.
+  virtual void mark(std::optional<std::size_t> row) = 0;
+  virtual void scrollTo(std::size_t row) = 0;
+  /// Puts the titles into the header.
+  virtual void prepareHeaders() = 0;
+};
+
+/// What a cell of the table shows.
+struct ListCell {
+  std::string text = {};
+  std::string toolTip = {};
+  std::optional<Image> image = {};
+  std::optional<bool> isChecked = {};  ///< of a cell with a check box; absent in others
+  bool isSecondary = false;            ///< in the quieter text colour
+};
+
+/// The flat, sortable table of all jobs. For the main thread.
+class ListMode final : public ModeType {
+ public:
+  /// Puts itself in as a mode of the program for as long as it lives.
+  ListMode(Program& program, ListTableType& table);
+  ~ListMode() override;
+
+  void select(const URL& url) override;
+  void select(const std::shared_ptr<Job>& job) override;
+  void update(const Jobs& jobs) override;
+  void deselect() override;
+  void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) override;
+
+  /// The rows: the jobs as filtered and sorted.
+  const Jobs& content() const;
+  ListCell cell(Column::List column, std::size_t row) const;
+
+  /// The user clicked a header. Only the first descriptor counts; with none the rows stay as they are.
+  void setSortDescriptors(std::vector<SortDescriptor> descriptors);
+  /// The user marked a row; one that isn't there does nothing.
+  void selectionDidChange(std::size_t row);
+  bool selectionMayChange() { return m_guard.mayChange(); }
+  /// The menu for a click on a row; empty beyond the rows and for a job without a file.
+  JobMenu menuForRow(std::size_t row);
+  /// What a drag of these rows takes along: the file of the first. None: the drag is refused.
+  std::optional<URL> dragRows(const std::vector<std::size_t>& rows) const;
+
+ private:
+  std::optional<std::size_t> rowAt(const URL& url) const;
+  void selectInCatalogue(const URL& url);
+  void show(std::size_t row);
+  void sort();
+
+  Program& m_program;
+  ListTableType& m_table;
+  SelectionGuard m_guard;
+  mutable std::optional<Jobs> m_content;  // taken from the catalogue when first asked for
+  std::vector<SortDescriptor> m_sortDescriptors;
+  Delay m_delay;
+};
+
+/// The columns that are shown, after a click on one in a menu. None: it is the last visible one, and stays.
+std::optional<std::vector<Column::List>> toggled(std::vector<Column::List> visible, Column::List column);
+
+}  // namespace mirvel

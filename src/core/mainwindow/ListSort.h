@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "core/catalogue/Job.h"
+#include "core/mainwindow/ListColumn.h"
+#include "core/support/Collator.h"
+
+namespace mirvel {
+
+/// By what a table is sorted.
+struct SortDescriptor {
+  std::string key;  ///< identifier of a column
+  bool isAscending = true;
+};
+
+/// Whether `a` stands before `b`, for the columns that don't compare texts. Three of the predicates are no strict
+/// orders: two jobs may both stand before each other.
+bool standsBefore(const Job& a, const Job& b, Column::List column, bool isAscending);
+
+/// Sorts the jobs by a column. Jobs that both, or neither, stand before each other keep their order.
+void sortJobs(Jobs& jobs, Column::List column, bool isAscending, const Collator& collator);
+
+}  // namespace mirvel
