@@ -88,7 +88,7 @@ Result<void> claim(const fs::path& folder) {
   if (!canBeTold(folder.string())) {
     return Error{Error::Code::BadArgument, "the folder's name can't be written in a job file", folder.string()};
   }
-  const auto made = makeFolder(folder);
+  auto made = makeFolder(folder);
   if (!made) return made;
   std::error_code code;
   const bool isEmpty = fs::is_empty(folder, code);
@@ -112,10 +112,14 @@ std::vector<Sample> samplesOf(const Place& place) {
   return samples;
 }
 
+bool isHelperTool(const Sample& sample) {
+  return sample.file.parent_path().filename() == "PrivilegedHelperTools";
+}
+
 /// The list of a privileged helper tool becomes the tool itself.
 Sample finished(Sample sample, const SampleNames& names) {
   sample.bytes = filledIn(sample.bytes, sample.file, names);
-  if (sample.file.parent_path().filename() == "PrivilegedHelperTools") {
+  if (isHelperTool(sample)) {
     sample.bytes = helperToolFile(sample.bytes);
     sample.file.replace_extension();
   }
@@ -123,7 +127,7 @@ Sample finished(Sample sample, const SampleNames& names) {
 }
 
 bool isProgram(const Sample& sample) {
-  return sample.bytes.starts_with("#!") || sample.file.parent_path().filename() == "PrivilegedHelperTools";
+  return sample.bytes.starts_with("#!") || isHelperTool(sample);
 }
 
 fs::perms permissionsOf(const Sample& sample) {
