@@ -1,0 +1,91 @@
+#include "ui/support/QtMainQueue.h"
+
+#include <QThread>
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+namespace mirvel::ui {
+
+namespace {
+
+using Milliseconds = std::chrono::milliseconds;
+
+std::chrono::nanoseconds duration(double seconds) {
+  constexpr double longest = 100.0 * 365 * 86400;
+  if (!(seconds > 0)) return {};  // nor of what isn't a number
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(
+      std::chrono::duration<double>(std::min(seconds, longest)));
+}
+
+}  // namespace
+
+QtMainQueue::QtMainQueue() {
+  m_timer.setSingleShot(true);
+  m_timer.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { runDue(); });
+}
+
+QtMainQueue::~QtMainQueue() {
+  std::multimap<Clock::time_point, Task> dropped;  // outside the lock: what a task holds may post at its own end
+  const std::lock_guard lock(m_mutex);
+  m_isEnding = true;
+  dropped.swap(m_tasks);
+}
+
+void QtMainQueue::post(Task task) {
+  postAfter(0, std::move(task));
+}
+
+void QtMainQueue::postAfter(double seconds, Task task) {
+  const auto due = Clock::now() + duration(seconds);
+  {
+    const std::lock_guard lock(m_mutex);
+    if (m_isEnding) return;
+    const auto added = m_tasks.emplace(due, std::move(task));
+    if (added != m_tasks.begin()) return;  // the timer is set, or about to be set, for an earlier one
+  }
+  if (QThread::currentThread() == m_timer.thread()) {
+    arm();
+  } else {
+    QMetaObject::invokeMethod(
+        &m_timer, [this] { arm(); }, Qt::QueuedConnection);
+  }
+}
+
+void QtMainQueue::sleep(double seconds) {
+  std::this_thread::sleep_for(duration(seconds));
+}
+
+/// Sets the timer for the earliest task.
+void QtMainQueue::arm() {
+  const auto due = earliest();
+  if (!due) return m_timer.stop();
+  constexpr Milliseconds longest = std::chrono::hours(24);  // a timer that is early is set again
+  const auto wait = std::chrono::ceil<Milliseconds>(*due - Clock::now());
+  m_timer.start(std::clamp(wait, Milliseconds(0), longest));
+}
+
+/// Runs what is due now. What its tasks post has to wait for the next pass, so that input isn't held up.
+void QtMainQueue::runDue() {
+  const auto limit = Clock::now();
+  while (const Task task = takeDue(limit)) {
+    arm();  // before the task, which may run an event loop of its own
+    task();
+  }
+  arm();
+}
+
+MainQueue::Task QtMainQueue::takeDue(Clock::time_point limit) {
+  const std::lock_guard lock(m_mutex);
+  if (m_tasks.empty() || m_tasks.begin()->first > limit) return {};
+  return std::move(m_tasks.extract(m_tasks.begin()).mapped());
+}
+
+std::optional<QtMainQueue::Clock::time_point> QtMainQueue::earliest() {
+  const std::lock_guard lock(m_mutex);
+  if (m_tasks.empty()) return std::nullopt;
+  return m_tasks.begin()->first;
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,31 @@
+#include "ui/support/QtText.h"
+
+#include <QFile>
+
+namespace mirvel::ui {
+
+QString qt(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string utf8(const QString& text) {
+  return text.toStdString();
+}
+
+QString displayText(const std::filesystem::path& path) {
+  return qt(path.native());
+}
+
+std::optional<QString> qtPath(const std::filesystem::path& path) {
+  const QByteArray bytes = QByteArray::fromStdString(path.native());
+  const QString text = QFile::decodeName(bytes);
+  // An older macOS file system gives names in decomposed form, which Qt composes: another spelling, the same file.
+  if (QFile::encodeName(text) != bytes && text.contains(QChar::ReplacementCharacter)) return std::nullopt;
+  return text;
+}
+
+std::filesystem::path path(const QString& qtPath) {
+  return QFile::encodeName(qtPath).toStdString();
+}
+
+}  // namespace mirvel::ui
