@@ -4,9 +4,9 @@
 #include <chrono>
 #include <iterator>
 #include <span>
-#include <string_view>
 #include <vector>
 
+#include "core/catalogue/KeyedRow.h"
 #include "core/catalogue/Launchd.h"
 #include "core/catalogue/LoginItem.h"
 #include "core/catalogue/PrivilegedHelperTool.h"
@@ -63,8 +63,11 @@ Jobs FetchOperation::jobsOf(Kind kind) {
 Jobs FetchOperation::jobsInFolder(Kind kind, const std::filesystem::path& path) {
   const auto folder = JobFolder::open(path);
   if (!folder) return {};
+  const auto names = folder->names();
+  // Of a folder with more files than the cache holds, each would have gone before it is asked for again.
+  m_isCaching = names.size() <= FileCache::countLimit;
   Jobs jobsFound;
-  for (const auto& name : folder->names()) {
+  for (const auto& name : names) {
     if (m_isCancelled) return {};
     if (name == Const::FileName::dsStore) continue;
     if (auto job = read(*folder, name, kind)) jobsFound.push_back(std::move(job));
@@ -74,14 +77,14 @@ Jobs FetchOperation::jobsInFolder(Kind kind, const std::filesystem::path& path) 
 
 std::shared_ptr<Job> FetchOperation::read(const JobFolder& folder, const std::string& name, Kind kind) {
   if (kind.isLaunchd()) return readLaunchd(folder, name, kind);
-  const URL url = URL::file(folder.path() / name);
+  const URL url = folder.urlOf(name);
   if (kind.isStartupItem()) return StartupItem::read(url, kind);
   return PrivilegedHelperTool::read(url, Kind::privilegedHelperTool, m_tools.embeddedList,
                                     m_settings.showInternalHelpers);
 }
 
 std::shared_ptr<Job> FetchOperation::readLaunchd(const JobFolder& folder, const std::string& name, Kind kind) {
-  const URL url = URL::file(folder.path() / name);
+  const URL url = folder.urlOf(name);
   auto data = dataOf(folder, name, url);
   if (!data) return nullptr;
   return Launchd::read(*std::move(data), url, kind, Launchd::Source::File, m_settings, m_tools.console);
@@ -90,30 +93,28 @@ std::shared_ptr<Job> FetchOperation::readLaunchd(const JobFolder& folder, const 
 std::optional<std::string> FetchOperation::dataOf(const JobFolder& folder, const std::string& name, const URL& url) {
   const auto stamp = folder.stamp(name);
   if (!stamp) return std::nullopt;
-  const std::string key = FileCache::key(url.text(), stamp->seconds, stamp->nanoseconds);
-  if (const std::string* cached = m_tools.cache.find(key)) return *cached;
+  const std::string key = m_isCaching ? FileCache::key(url.text(), stamp->seconds, stamp->nanoseconds) : std::string();
+  const std::string* const cached = m_isCaching ? m_tools.cache.find(key) : nullptr;
+  if (cached) return *cached;
   auto data = folder.read(name, *stamp);
   if (!data) {
     m_tools.console.log(unreadableJobLine(url.text()));
     return std::nullopt;
   }
-  if (isSettled(*stamp)) m_tools.cache.put(key, *data);
+  if (m_isCaching && isSettled(*stamp)) m_tools.cache.put(key, *data);
   return *std::move(data);
 }
 
 void FetchOperation::sortByName(Jobs& jobsFound) const {
-  struct Row {
-    std::string_view key;
-    std::shared_ptr<Job> job;
-  };
-  std::vector<Row> rows;
+  std::vector<KeyedRow> rows;
   rows.reserve(jobsFound.size());
-  for (auto& job : jobsFound) rows.push_back({job->sortKey(Job::SortText::Name, m_tools.collator), std::move(job)});
+  for (const auto& job : jobsFound) rows.emplace_back(job->sortKey(Job::SortText::Name, m_tools.collator), rows.size());
   // Of two jobs with one name the path decides, as the order of a folder's listing may change.
-  std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) {
-    return a.key != b.key ? a.key < b.key : a.job->url.text() < b.job->url.text();
+  std::stable_sort(rows.begin(), rows.end(), [&](const KeyedRow& a, const KeyedRow& b) {
+    if (a.isSame(b)) return jobsFound[a.index()]->url.text() < jobsFound[b.index()]->url.text();
+    return a < b;
   });
-  std::transform(rows.begin(), rows.end(), jobsFound.begin(), [](Row& row) { return std::move(row.job); });
+  jobsFound = inOrder(rows, jobsFound);
 }
 
 }  // namespace mirvel

@@ -54,6 +54,7 @@ class FetchOperation {
   Jobs m_oldJobs;
   ScanSettings m_settings;
   ScanTools& m_tools;
+  bool m_isCaching = true;
   std::atomic<bool> m_isCancelled = false;
 };
 

@@ -67,24 +67,25 @@ std::optional<JobFolder::Stamp> JobFolder::stamp(const std::string& name) const 
 }
 
 Result<std::string> JobFolder::read(const std::string& name, const Stamp& stamp) const {
-  const std::string path = (m_path / name).native();
-  if (!stamp.isRegular) return Error{.code = Error::Code::Malformed, .message = "it is no regular file", .file = path};
+  const auto path = [&] { return m_prefix + name; };
+  if (!stamp.isRegular)
+    return Error{.code = Error::Code::Malformed, .message = "it is no regular file", .file = path()};
   if (stamp.size > largestFile)
-    return Error{.code = Error::Code::LimitExceeded, .message = "it is too large", .file = path};
+    return Error{.code = Error::Code::LimitExceeded, .message = "it is too large", .file = path()};
   const FileDescriptor file(
       ::openat(m_descriptor.number(), name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  if (!file) return systemError(errno, "read", path);
+  if (!file) return systemError(errno, "read", path());
 
   // One byte more than there should be: a read that isn't filled is the last one, and the file hasn't grown.
   std::string bytes(stamp.size + 1, '\0');
   std::size_t size = 0;
   while (true) {
     const ssize_t count = readSome(file.number(), bytes.data() + size, bytes.size() - size);
-    if (count < 0) return systemError(errno, "read", path);
+    if (count < 0) return systemError(errno, "read", path());
     size += static_cast<std::size_t>(count);
     if (count == 0 || size < bytes.size()) break;
     if (size > largestFile)
-      return Error{.code = Error::Code::LimitExceeded, .message = "it is too large", .file = path};
+      return Error{.code = Error::Code::LimitExceeded, .message = "it is too large", .file = path()};
     bytes.resize(std::min(size * 2, largestFile + 1));
   }
   bytes.resize(size);

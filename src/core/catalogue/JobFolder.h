@@ -9,6 +9,7 @@
 
 #include "core/support/FileDescriptor.h"
 #include "core/support/Result.h"
+#include "core/support/URL.h"
 
 namespace mirvel {
 
@@ -31,6 +32,7 @@ class JobFolder {
   static std::optional<JobFolder> open(const std::filesystem::path& path);
 
   const std::filesystem::path& path() const { return m_path; }
+  URL urlOf(const std::string& name) const { return URL::file(m_prefix + name); }
   /// The names of all entries, hidden ones too, in no order. A folder that vanishes meanwhile gives what was read.
   std::vector<std::string> names() const;
   /// None if it is gone, or a link that leads nowhere.
@@ -40,9 +42,10 @@ class JobFolder {
 
  private:
   JobFolder(std::filesystem::path path, FileDescriptor descriptor)
-      : m_path(std::move(path)), m_descriptor(std::move(descriptor)) {}
+      : m_path(std::move(path)), m_prefix((m_path / "").native()), m_descriptor(std::move(descriptor)) {}
 
   std::filesystem::path m_path;
+  std::string m_prefix;  // with a slash at its end
   FileDescriptor m_descriptor;
 };
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <optional>
-#include <string_view>
 #include <vector>
 
+#include "core/catalogue/KeyedRow.h"
 #include "core/mainwindow/StableSort.h"
 #include "core/plist/Plist.h"
 
@@ -27,16 +27,12 @@ std::optional<Job::SortText> sortTextOf(Column::List column) {
 }
 
 void sortByText(Jobs& jobs, Job::SortText text, bool isAscending, const Collator& collator) {
-  struct Row {
-    std::string_view key;
-    std::shared_ptr<Job> job;
-  };
-  std::vector<Row> rows;
+  std::vector<KeyedRow> rows;
   rows.reserve(jobs.size());
-  for (auto& job : jobs) rows.push_back({job->sortKey(text, collator), std::move(job)});
+  for (const auto& job : jobs) rows.emplace_back(job->sortKey(text, collator), rows.size());
   std::stable_sort(rows.begin(), rows.end(),
-                   [isAscending](const Row& a, const Row& b) { return isAscending ? a.key < b.key : b.key < a.key; });
-  std::transform(rows.begin(), rows.end(), jobs.begin(), [](Row& row) { return std::move(row.job); });
+                   [isAscending](const KeyedRow& a, const KeyedRow& b) { return isAscending ? a < b : b < a; });
+  jobs = inOrder(rows, jobs);
 }
 
 }  // namespace

@@ -27,6 +27,12 @@ bool hasCleanEnd(char last, std::size_t padding) {
   return padding == 0 || (alphabet.find(last) & unused) == 0;
 }
 
+/// Looked up once: `EVP_sha256()` has the library look each time, which takes longer than a small file's digest.
+const EVP_MD* sha256() {
+  static const EVP_MD* const method = EVP_MD_fetch(nullptr, "SHA256", nullptr);
+  return method;
+}
+
 }  // namespace
 
 std::optional<std::string> String::fromBase64(std::string_view text) {
@@ -54,7 +60,9 @@ std::string String::toBase64(std::string_view bytes) {
 std::optional<std::string> Data::sha256Digest(std::string_view bytes) {
   std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
   unsigned size = 0;
-  if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &size, EVP_sha256(), nullptr) != 1) return std::nullopt;
+  if (!sha256() || EVP_Digest(bytes.data(), bytes.size(), digest.data(), &size, sha256(), nullptr) != 1) {
+    return std::nullopt;
+  }
   return std::string(digest.begin(), digest.begin() + size);
 }
 

@@ -9,8 +9,8 @@ namespace fs = std::filesystem;
 namespace {
 
 /// Standardised, without a slash at the end.
-std::string standardised(const fs::path& path) {
-  std::string text = path.lexically_normal().native();
+std::string standardised(const std::string& path) {
+  std::string text = fs::path(path).lexically_normal().native();
   while (text.size() > 1 && text.back() == '/') text.pop_back();
   return text;
 }
@@ -37,7 +37,7 @@ bool URL::equalTo(const URL& other) const {
   if (isFile() != other.isFile()) return false;
   if (text() == other.text()) return true;
   if (!isFile() || (isPlain(text()) && isPlain(other.text()))) return false;
-  return standardised(m_path) == standardised(other.m_path);
+  return standardised(m_text) == standardised(other.m_text);
 }
 
 }  // namespace mirvel

@@ -11,29 +11,32 @@ namespace mirvel {
 class URL {
  public:
   /// A file or folder. The path is kept as it stands, in bytes, which need not be UTF-8.
-  static URL file(std::filesystem::path path) { return URL(std::move(path), {}); }
+  static URL file(const std::filesystem::path& path) { return file(path.native()); }
+  static URL file(std::string path) { return {std::move(path), true}; }
+  static URL file(const char* path) { return file(std::string(path)); }
   /// An address without a file, of any text but an empty one.
-  static URL address(std::string text) { return URL({}, std::move(text)); }
+  static URL address(std::string text) { return {std::move(text), false}; }
 
-  bool isFile() const { return m_address.empty(); }
+  bool isFile() const { return m_isFile; }
   /// The path; empty of an address.
-  const std::filesystem::path& path() const { return m_path; }
+  std::filesystem::path path() const { return m_isFile ? std::filesystem::path(m_text) : std::filesystem::path(); }
   /// The path or the address as text.
-  const std::string& text() const { return isFile() ? m_path.native() : m_address; }
+  const std::string& text() const { return m_text; }
   std::string lastPathComponent() const;
   /// What follows the last dot of the last component; empty if there is none.
   std::string pathExtension() const;
-  URL appending(std::string_view component) const { return file(m_path / component); }
+  URL appending(std::string_view component) const { return file(path() / component); }
 
   /// Whether both mean the same place after "." and "..", doubled and last slashes are taken out. Links aren't
   /// followed: nothing is asked of the disk.
   bool equalTo(const URL& other) const;
 
  private:
-  URL(std::filesystem::path path, std::string address) : m_path(std::move(path)), m_address(std::move(address)) {}
+  URL(std::string text, bool isFile) : m_text(std::move(text)), m_isFile(isFile) {}
 
-  std::filesystem::path m_path;
-  std::string m_address;
+  // No path: that is taken apart when it is made, and there are tens of thousands of these.
+  std::string m_text;
+  bool m_isFile;
 };
 
 }  // namespace mirvel

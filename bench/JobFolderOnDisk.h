@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/app/Foundation.h"
+#include "core/catalogue/FetchOperation.h"
+
+namespace mirvel::bench {
+
+/// A throw-away machine whose user has so many of the generated job files, all written long ago.
+class JobFolderOnDisk {
+ public:
+  explicit JobFolderOnDisk(std::size_t count);
+  ~JobFolderOnDisk();
+  JobFolderOnDisk(const JobFolderOnDisk&) = delete;
+  JobFolderOnDisk& operator=(const JobFolderOnDisk&) = delete;
+
+  Roots roots() const;
+  const std::vector<std::string>& paths() const { return m_paths; }
+
+ private:
+  std::filesystem::path m_folder;
+  std::vector<std::string> m_paths;
+};
+
+/// Scans of that machine.
+class Scanner {
+ public:
+  explicit Scanner(const JobFolderOnDisk& folder);
+  ~Scanner();
+
+  /// With an empty file cache.
+  Jobs coldScan();
+  /// With the cache as the last scan left it.
+  Jobs rescan();
+
+  const Collator& collator() const { return m_foundation.collator; }
+
+ private:
+  struct Parts;
+
+  Foundation m_foundation;
+  std::unique_ptr<Parts> m_parts;
+};
+
+}  // namespace mirvel::bench

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+#include <optional>
+#include <string>
+
+namespace mirvel::demo {
+
+/// What the demo was asked for on its command line.
+struct DemoOptions {
+  std::optional<QString> picture;  ///< a file to write a picture of the window to, instead of staying
+  QSize size;                      ///< of the window; invalid: as usual
+  std::optional<bool> isDark;      ///< none: as the desktop
+  std::string locale;
+  QString selected;  ///< label of a job to select; empty: none
+  QString filter;    ///< text of the search field
+
+  /// Ends the process after `--help`, `--version` and wrong use, with words.
+  static DemoOptions read(const QStringList& arguments);
+};
+
+}  // namespace mirvel::demo

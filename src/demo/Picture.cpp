@@ -1,0 +1,38 @@
+#include "demo/Picture.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTimer>
+#include <iostream>
+
+#include "ui/support/QtText.h"
+
+namespace mirvel::demo {
+
+namespace {
+
+void save(QWidget& window, const QString& file) {
+  const bool isWritten = window.grab().save(file);
+  if (!isWritten) std::cerr << "mirvel-demo: can't write " << ui::utf8(file) << '\n';
+  QCoreApplication::exit(isWritten ? 0 : 1);
+}
+
+}  // namespace
+
+void arrange(ui::Application& application, const DemoOptions& options) {
+  Program& program = application.program();
+  for (const auto& job : program.state.jobs) {
+    if (!options.selected.isEmpty() && ui::qt(job->name) == options.selected) program.currentMode()->select(job->url);
+  }
+  if (!options.filter.isEmpty()) application.window().filter().setText(options.filter);
+}
+
+void takePicture(ui::Application& application, const DemoOptions& options) {
+  // Layouts and icons settle in the passes of the event loop that follow.
+  constexpr int settlingMilliseconds = 300;
+  arrange(application, options);
+  QTimer::singleShot(settlingMilliseconds, &application.window(),
+                     [&application, file = *options.picture] { save(application.window(), file); });
+}
+
+}  // namespace mirvel::demo

@@ -1,0 +1,51 @@
+#include <QApplication>
+#include <QTemporaryDir>
+#include <iostream>
+
+#include "demo/DemoOptions.h"
+#include "demo/Picture.h"
+#include "demo/SampleRoot.h"
+#include "ui/app/Application.h"
+#include "ui/app/Display.h"
+#include "ui/support/ColorScheme.h"
+#include "ui/support/QtText.h"
+
+int main(int argc, char* argv[]) {
+  using namespace mirvel;
+  const Environment environment = processEnvironment();
+  // A picture needs no display; without one, that is all that can be done.
+  if (!ui::hasDisplay(environment)) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  QApplication::setApplicationVersion(QStringLiteral(MIRVEL_VERSION));
+  const auto options = demo::DemoOptions::read(QCoreApplication::arguments());
+  if (!options.picture && !ui::hasDisplay(environment)) {
+    std::cerr << "mirvel-demo: there is no display to show a window on; --picture FILE writes a picture of it\n";
+    return 1;
+  }
+
+  const QTemporaryDir folder;
+  const auto root = demo::SampleRoot::create(ui::path(folder.path()) / "machine");
+  if (!root) {
+    std::cerr << "mirvel-demo: " << root.error().text() << '\n';
+    return 1;
+  }
+  ui::ColorScheme scheme;
+  if (options.isDark) {
+    scheme.force(*options.isDark ? ui::ColorScheme::Scheme::Dark : ui::ColorScheme::Scheme::Light);
+  } else {
+    scheme.follow();
+  }
+  ui::prepareApplication(Localize(options.locale, ui::catalogues()));
+  ui::Application mirvel(root->roots(), environment, options.locale);
+  if (options.size.isValid()) mirvel.window().resize(options.size);
+  Subscription filled = mirvel.program().notifications.jobsUpdated.subscribe([&] {
+    filled = {};
+    if (options.picture) {
+      demo::takePicture(mirvel, options);
+    } else {
+      demo::arrange(mirvel, options);
+    }
+  });
+  mirvel.start();
+  return QApplication::exec();
+}

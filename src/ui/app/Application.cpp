@@ -1,0 +1,67 @@
+#include "ui/app/Application.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include "core/catalogue/PlatformLoginItems.h"
+#include "core/support/Const.h"
+#include "ui/support/PlatformFolderMonitors.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace fs = std::filesystem;
+
+Application::Application(Roots roots, const Environment& environment, const std::string& locale)
+    : m_foundation(std::move(roots), environment, catalogues(), locale),
+      m_interface(m_foundation.defaults, m_foundation.localize),
+      m_folderMonitors(platformFolderMonitors()),
+      m_loginItems(
+          loginItemsOfThisMachine(m_foundation.roots, environment, m_processRunner, m_foundation.commands, locale)),
+      m_program(m_foundation, platform()),
+      m_window(m_program, m_icons),
+      m_fetchQueue("Fetch queue") {
+  m_interface.setWindow(&m_window);
+}
+
+Application::~Application() = default;
+
+Platform Application::platform() {
+  return {.mainQueue = m_mainQueue,
+          .fetchQueue = m_fetchQueue,
+          .interface = m_interface,
+          .workspace = m_workspace,
+          .folderMonitors = *m_folderMonitors,
+          .processRunner = m_processRunner,
+          .loginItems = *m_loginItems,
+          .agentSwitch = nullptr,
+          .console = m_console};
+}
+
+void Application::start() {
+  m_window.show();
+  m_program.appDelegate.applicationDidFinishLaunching();
+}
+
+fs::path catalogues() {
+  const fs::path installed = path(QCoreApplication::applicationDirPath()) / MIRVEL_LOCALE_DIR;
+  std::error_code failure;
+  return fs::is_directory(installed, failure) ? installed : fs::path(MIRVEL_BUILD_LOCALE_DIR);
+}
+
+void prepareApplication(const Localize& localize) {
+  QApplication::setApplicationName(qt(Const::AppName::mirvel));
+  QApplication::setApplicationDisplayName(QString());  // titles bring the name themselves
+  QApplication::setApplicationVersion(QStringLiteral(MIRVEL_VERSION));
+  QApplication::setDesktopFileName(QStringLiteral("mirvel"));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app/mirvel.svg")));
+  QApplication::setLayoutDirection(localize.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+  auto* translator = new QTranslator(QCoreApplication::instance());  // of Qt's own dialogs
+  if (translator->load(QLocale(qt(localize.locale())), QStringLiteral("qtbase"), QStringLiteral("_"),
+                       QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QCoreApplication::installTranslator(translator);
+  }
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "core/app/Foundation.h"
+#include "core/app/Program.h"
+#include "core/support/SystemProcessRunner.h"
+#include "core/support/ThreadWorkQueue.h"
+#include "ui/mainwindow/MainWindow.h"
+#include "ui/support/IconLoader.h"
+#include "ui/support/QtInterface.h"
+#include "ui/support/QtMainQueue.h"
+#include "ui/support/QtWorkspace.h"
+
+namespace mirvel::ui {
+
+/// The whole program with its window, on the folders that it is given. Needs a QApplication; main thread only.
+class Application {
+ public:
+  Application(Roots roots, const Environment& environment, const std::string& locale = Localize::currentLocale());
+  ~Application();
+
+  /// Shows the window and lets the program begin its work.
+  void start();
+
+  Program& program() { return m_program; }
+  MainWindow& window() { return m_window; }
+
+ private:
+  Platform platform();
+
+  Foundation m_foundation;
+  IconLoader m_icons;
+  QtMainQueue m_mainQueue;
+  QtInterface m_interface;
+  QtWorkspace m_workspace;
+  std::unique_ptr<FolderMonitors> m_folderMonitors;
+  SystemProcessRunner m_processRunner;
+  StandardConsole m_console;
+  std::unique_ptr<LoginItems> m_loginItems;
+  Program m_program;
+  MainWindow m_window;
+  ThreadWorkQueue m_fetchQueue;  // last, so that its thread ends while all that a scan uses is there
+};
+
+/// Where the translations lie: beside the installed program, or in the folder where it was built.
+std::filesystem::path catalogues();
+/// Names, icon and writing direction of the application, from the texts' language.
+void prepareApplication(const Localize& localize);
+
+}  // namespace mirvel::ui

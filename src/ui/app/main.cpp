@@ -1,0 +1,47 @@
+#include <QApplication>
+#include <cstdio>
+#include <memory>
+
+#include "ui/app/Application.h"
+#include "ui/app/Display.h"
+#include "ui/app/OpenedURLs.h"
+#include "ui/support/QtText.h"
+#ifdef __linux__
+#include "ui/support/ColorScheme.h"
+#include "ui/support/SingleInstance.h"
+#endif
+
+namespace {
+
+/// A job's URL, if one was given: the one argument of the program.
+QString urlArgument() {
+  const QStringList arguments = QCoreApplication::arguments();
+  return arguments.size() > 1 ? arguments.at(1) : QString();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  using namespace mirvel;
+  const Environment environment = processEnvironment();
+  if (!ui::hasDisplay(environment)) {
+    std::fputs("mirvel: there is no display to show a window on\n", stderr);
+    return 1;
+  }
+  QApplication application(argc, argv);
+#ifdef __linux__
+  ui::SingleInstance instance;
+  if (instance.claim() == ui::SingleInstance::Role::Second) return instance.hand(urlArgument()) ? 0 : 1;
+  ui::ColorScheme scheme;
+  scheme.follow();
+#endif
+  ui::prepareApplication(Localize(Localize::currentLocale(), ui::catalogues()));
+  ui::Application mirvel(Roots::forThisMachine(environment), environment);
+  ui::OpenedURLs opened(mirvel);
+#ifdef __linux__
+  QObject::connect(&instance, &ui::SingleInstance::received, &opened, &ui::OpenedURLs::open);
+#endif
+  mirvel.start();
+  if (const QString url = urlArgument(); !url.isEmpty()) opened.open(url);
+  return QApplication::exec();
+}

@@ -1,0 +1,173 @@
+#include "ui/editor/DetailPane.h"
+
+#include <QFontDatabase>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include "core/support/Strings.h"
+#include "ui/support/QtText.h"
+#include "ui/support/SecondaryLabel.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+/// More of a text than this nobody reads here, and to lay it out would take seconds.
+constexpr std::size_t longestText = 4000;
+
+QString shown(const std::string& text) {
+  const auto beginning = String::firstCharacters(text, longestText);
+  return beginning.size() < text.size() ? qt(beginning) + QChar(0x2026) : qt(beginning);
+}
+
+QLabel* selectableLabel(const QString& text) {
+  auto* label = new QLabel(text);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  return label;
+}
+
+QFont scaled(QFont font, double factor) {
+  font.setPointSizeF(font.pointSizeF() * factor);
+  return font;
+}
+
+/// A text without blanks, such as a path, may be broken behind each of its parts.
+QString breakable(QString code) {
+  return code.replace(QLatin1Char('/'), QStringLiteral("/\u200B"));
+}
+
+QWidget* valueWidget(const JobDetails::Row& row) {
+  QStringList lines;
+  for (const std::string& line : row.lines) lines.append(shown(line));
+  QString text = lines.join(QLatin1Char('\n'));
+  if (row.style == JobDetails::Row::Style::Text) return selectableLabel(text);
+  QLabel* label = selectableLabel(breakable(text));
+  label->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  return label;
+}
+
+}  // namespace
+
+DetailPane::DetailPane(Program& program, IconLoader& icons, QWidget* parent)
+    : QWidget(parent),
+      m_program(program),
+      m_icons(icons),
+      m_pages(new QStackedWidget(this)),
+      m_noSelection(new SecondaryLabel(qt(program.foundation.localize.noSelection()))),
+      m_details(new QScrollArea) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_pages);
+  m_noSelection->setAlignment(Qt::AlignCenter);
+  m_noSelection->setFont(scaled(m_noSelection->font(), 1.5));
+  m_details->setWidgetResizable(true);
+  m_details->setFrameShape(QFrame::NoFrame);
+  m_details->setAccessibleName(qt(program.foundation.localize.details()));
+  m_pages->addWidget(m_noSelection);
+  m_pages->addWidget(m_details);
+  m_program.shell.detail = this;
+  setAccessibleName(qt(program.foundation.localize.details()));
+}
+
+DetailPane::~DetailPane() {
+  m_program.shell.detail = nullptr;
+}
+
+void DetailPane::clearDetail() {
+  m_pages->setCurrentWidget(m_noSelection);
+}
+
+void DetailPane::updateIcon() {
+  updateDetail();
+}
+
+void DetailPane::updateDetail() {
+  const auto& job = m_program.state.selectedJob;
+  if (!job) {
+    clearDetail();
+    return;
+  }
+  m_details->setWidget(makeDetails(JobDetails::of(m_program, *job)));
+  m_pages->setCurrentWidget(m_details);
+}
+
+QWidget* DetailPane::makeDetails(const JobDetails& details) {
+  auto* page = new QWidget;
+  auto* layout = new QVBoxLayout(page);
+  const int margin = style()->pixelMetric(QStyle::PM_LayoutLeftMargin) * 2;
+  layout->setContentsMargins(margin, margin, margin, margin);
+  layout->setSpacing(margin);
+  layout->addWidget(makeHeader(details));
+
+  auto* rows = new QFormLayout;
+  rows->setLabelAlignment(Qt::AlignTrailing | Qt::AlignTop);
+  rows->setRowWrapPolicy(QFormLayout::DontWrapRows);
+  rows->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  rows->setVerticalSpacing(margin / 2);
+  rows->setHorizontalSpacing(margin / 2);
+  for (const JobDetails::Row& row : details.rows) {
+    QWidget* value = valueWidget(row);
+    auto* label = new SecondaryLabel(qt(row.label));
+    label->setBuddy(value);
+    value->setAccessibleName(qt(row.label));
+    rows->addRow(label, value);
+  }
+  layout->addLayout(rows);
+  layout->addWidget(makeFooter());
+  layout->addStretch();
+  return page;
+}
+
+QWidget* DetailPane::makeHeader(const JobDetails& details) {
+  auto* header = new QWidget;
+  auto* layout = new QHBoxLayout(header);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(style()->pixelMetric(QStyle::PM_LayoutLeftMargin));
+
+  auto* icon = new QLabel;
+  const int side = style()->pixelMetric(QStyle::PM_LargeIconSize) * 3 / 2;
+  if (details.icon) icon->setPixmap(m_icons.icon(*details.icon).pixmap(QSize(side, side), devicePixelRatioF()));
+  icon->setAccessibleName(qt(details.kind));
+  layout->addWidget(icon, 0, Qt::AlignTop);
+
+  auto* texts = new QVBoxLayout;
+  QLabel* name = selectableLabel(qt(details.name));
+  QFont bold = scaled(name->font(), 1.35);
+  bold.setBold(true);
+  name->setFont(bold);
+  texts->addWidget(name);
+  auto* second = new QHBoxLayout;
+  auto* status = new QLabel;
+  const int small = style()->pixelMetric(QStyle::PM_SmallIconSize);
+  status->setPixmap(m_icons.icon(details.status).pixmap(QSize(small, small), devicePixelRatioF()));
+  status->setAccessibleName(qt(details.status.accessibilityDescription));
+  second->addWidget(status);
+  second->addWidget(
+      new SecondaryLabel(qt(details.status.accessibilityDescription) + QStringLiteral(" · ") + qt(details.kind)));
+  second->addStretch();
+  texts->addLayout(second);
+  layout->addLayout(texts, 1);
+  return header;
+}
+
+QWidget* DetailPane::makeFooter() {
+  auto* footer = new QWidget;
+  auto* layout = new QHBoxLayout(footer);
+  layout->setContentsMargins(0, 0, 0, 0);
+  auto* reveal = new QPushButton(qt(m_program.foundation.localize.revealInFinder()));
+  connect(reveal, &QPushButton::clicked, this, [this] {
+    if (m_program.state.selectedJob) m_program.mainWindow.revealInFinder(*m_program.state.selectedJob);
+  });
+  layout->addWidget(reveal);
+  layout->addStretch();
+  return footer;
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QScrollArea>
+
+#include "core/app/Program.h"
+#include "core/editor/JobDetails.h"
+#include "ui/support/IconLoader.h"
+
+class QLabel;
+class QStackedWidget;
+
+namespace mirvel::ui {
+
+/// What the window shows of the selected job.
+class DetailPane final : public QWidget, private DetailType {
+ public:
+  DetailPane(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  ~DetailPane() override;
+
+ private:
+  void updateDetail() override;
+  void clearDetail() override;
+  void updateIcon() override;
+
+  QWidget* makeDetails(const JobDetails& details);
+  QWidget* makeHeader(const JobDetails& details);
+  QWidget* makeFooter();
+
+  Program& m_program;
+  IconLoader& m_icons;
+  QStackedWidget* m_pages;
+  QLabel* m_noSelection;
+  QScrollArea* m_details;
+};
+
+}  // namespace mirvel::ui

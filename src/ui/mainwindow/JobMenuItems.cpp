@@ -1,0 +1,42 @@
+#include "ui/mainwindow/JobMenuItems.h"
+
+#include <QMenu>
+
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+/// A text as the title of an item: an ampersand in it is no mark of a shortcut.
+QString itemTitle(const std::string& text) {
+  return qt(text).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+void addTitle(QMenu& menu, const std::string& text) {
+  QAction* title = menu.addAction(itemTitle(text));
+  title->setEnabled(false);
+  QFont font = menu.font();
+  font.setBold(true);
+  title->setFont(font);
+}
+
+}  // namespace
+
+void addItems(QMenu& menu, const JobMenu& items) {
+  for (const JobMenu::Item& item : items.items()) {
+    switch (item.type) {
+      case JobMenu::Item::Type::Title:
+        addTitle(menu, item.title);
+        break;
+      case JobMenu::Item::Type::Separator:
+        menu.addSeparator();
+        break;
+      case JobMenu::Item::Type::Action:
+        QObject::connect(menu.addAction(itemTitle(item.title)), &QAction::triggered, &menu, item.action);
+        break;
+    }
+  }
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,125 @@
+#include "ui/mainwindow/ListModeView.h"
+
+#include <QHeaderView>
+#include <QMenu>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include "core/mainwindow/JobMenu.h"
+#include "ui/mainwindow/JobMenuItems.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+ListModeView::ListModeView(Program& program, IconLoader& icons, QWidget* parent)
+    : QWidget(parent),
+      m_program(program),
+      m_table(new ListTable(this)),
+      m_mode(program, *this),
+      m_model(program, m_mode, icons) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_table);
+  setFocusProxy(m_table);
+  m_table->setFrameShape(QFrame::NoFrame);
+  m_table->setAccessibleName(qt(program.foundation.localize.jobs()));
+  m_table->setModel(&m_model);
+  connectTable();
+  setInitialWidths();
+}
+
+ListModeView::~ListModeView() {
+  m_table->setModel(nullptr);  // the model goes before the table does
+}
+
+void ListModeView::connectTable() {
+  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_program).value_or("")); };
+  m_table->selectionMayChange = [this] { return m_mode.selectionMayChange(); };
+  m_table->selectionDidChange = [this](int row) { m_mode.selectionDidChange(static_cast<std::size_t>(row)); };
+  m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });
+
+  connect(m_table->header(), &QHeaderView::sortIndicatorChanged, this, [this](int column, Qt::SortOrder order) {
+    if (column < 0) return;
+    const auto sorted = Column::allList.at(static_cast<std::size_t>(column));
+    m_mode.setSortDescriptors({{std::string(Column::identifier(sorted)), order == Qt::AscendingOrder}});
+  });
+  connect(m_table, &QWidget::customContextMenuRequested, this, &ListModeView::showRowMenu);
+  connect(m_table->header(), &QWidget::customContextMenuRequested, this, &ListModeView::showHeaderMenu);
+}
+
+void ListModeView::setInitialWidths() {
+  // In characters of the font: what fits names and commands of the usual length.
+  const int character = fontMetrics().averageCharWidth();
+  m_table->header()->resizeSection(static_cast<int>(Column::List::name), 34 * character);
+  m_table->header()->resizeSection(static_cast<int>(Column::List::summary), 34 * character);
+  for (const auto column :
+       {Column::List::kind, Column::List::enabled, Column::List::keepAlive, Column::List::scheduled}) {
+    const int section = static_cast<int>(column);
+    m_table->header()->resizeSection(section, m_table->header()->sectionSizeHint(section));
+  }
+  m_table->header()->setStretchLastSection(true);
+}
+
+void ListModeView::reload() {
+  const int position = m_table->verticalScrollBar()->value();
+  m_model.reload();
+  m_table->verticalScrollBar()->setValue(position);
+}
+
+void ListModeView::mark(std::optional<std::size_t> row) {
+  m_table->mark(row ? static_cast<int>(*row) : -1);
+}
+
+void ListModeView::scrollTo(std::size_t row) {
+  m_table->scrollTo(m_model.index(static_cast<int>(row), 0));
+}
+
+void ListModeView::prepareHeaders() {
+  m_model.reloadHeaders();
+}
+
+void ListModeView::addColumnItems(QMenu& menu) {
+  for (const Column::List column : Column::allList) {
+    QAction* item = menu.addAction(qt(Column::title(column, m_program.foundation.localize)));
+    item->setCheckable(true);
+    item->setChecked(!m_table->isColumnHidden(static_cast<int>(column)));
+    connect(item, &QAction::triggered, this, [this, column] { toggleTableColumn(column); });
+  }
+}
+
+void ListModeView::toggleTableColumn(Column::List column) {
+  if (const auto columns = toggled(m_table->visibleColumns(), column)) {
+    m_table->setVisibleColumns(*columns);
+  } else {
+    m_program.platform.workspace.beep();
+  }
+}
+
+void ListModeView::showRowMenu(const QPoint& position) {
+  const QModelIndex index = m_table->indexAt(position);
+  if (!index.isValid()) return;
+  const JobMenu items = m_mode.menuForRow(static_cast<std::size_t>(index.row()));
+  if (items.items().empty()) return;
+  auto* menu = new QMenu(m_table);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  addItems(*menu, items);
+  menu->popup(m_table->viewport()->mapToGlobal(position));
+}
+
+void ListModeView::showHeaderMenu(const QPoint& position) {
+  const int column = m_table->header()->logicalIndexAt(position);
+  if (column < 0) return;
+  const Localize& localize = m_program.foundation.localize;
+  auto* menu = new QMenu(m_table);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  QFont font = menu->font();
+  font.setPointSize(11);
+  menu->setFont(font);
+  menu->addAction(qt(localize.rightSizeThisColumn()), this, [this, column] { m_table->rightSize(column); });
+  menu->addAction(qt(localize.rightSizeAllColumnsIndividually()), this, [this] { m_table->rightSizeAll(); });
+  menu->addSeparator();
+  addColumnItems(*menu);
+  menu->popup(m_table->header()->mapToGlobal(position));
+}
+
+}  // namespace mirvel::ui

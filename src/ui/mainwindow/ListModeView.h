@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QWidget>
+
+#include "core/app/Program.h"
+#include "core/mainwindow/ListMode.h"
+#include "ui/mainwindow/ListTable.h"
+#include "ui/mainwindow/ListTableModel.h"
+
+class QMenu;
+
+namespace mirvel::ui {
+
+/// List mode in the window.
+class ListModeView final : public QWidget, private ListTableType {
+ public:
+  ListModeView(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  ~ListModeView() override;
+
+  ListMode& mode() { return m_mode; }
+  ListTable& table() { return *m_table; }
+  /// Fills a menu with an item for each column, ticked while it is shown.
+  void addColumnItems(QMenu& menu);
+
+ private:
+  void reload() override;
+  void mark(std::optional<std::size_t> row) override;
+  void scrollTo(std::size_t row) override;
+  void prepareHeaders() override;
+
+  void connectTable();
+  void setInitialWidths();
+  void toggleTableColumn(Column::List column);
+  void showRowMenu(const QPoint& position);
+  void showHeaderMenu(const QPoint& position);
+
+  Program& m_program;
+  ListTable* m_table;
+  ListMode m_mode;
+  ListTableModel m_model;
+  Subscription m_loadingChanged;
+};
+
+}  // namespace mirvel::ui

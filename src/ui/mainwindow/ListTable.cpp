@@ -1,0 +1,113 @@
+#include "ui/mainwindow/ListTable.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QPainter>
+#include <algorithm>
+
+#include "ui/mainwindow/GuardedSelection.h"
+#include "ui/mainwindow/ListCellDelegate.h"
+
+namespace mirvel::ui {
+
+ListTable::ListTable(QWidget* parent) : QTreeView(parent) {
+  setRootIsDecorated(false);
+  setUniformRowHeights(true);
+  setAllColumnsShowFocus(true);
+  setSelectionMode(SingleSelection);
+  setSelectionBehavior(SelectRows);
+  setEditTriggers(NoEditTriggers);
+  setDragEnabled(true);
+  setDragDropMode(DragOnly);
+  setHorizontalScrollMode(ScrollPerPixel);
+  setContextMenuPolicy(Qt::CustomContextMenu);
+  setItemDelegate(new ListCellDelegate(this));
+  header()->setContextMenuPolicy(Qt::CustomContextMenu);
+  header()->setSectionsClickable(true);
+  header()->setSortIndicatorShown(true);
+  header()->setSortIndicator(-1, Qt::AscendingOrder);
+}
+
+void ListTable::setModel(QAbstractItemModel* model) {
+  QTreeView::setModel(model);
+  auto* selection = new GuardedSelection(
+      model, [this] { return m_isMarking || !selectionMayChange || selectionMayChange(); }, this);
+  setSelectionModel(selection);
+  connect(selection, &QItemSelectionModel::selectionChanged, this, [this] {
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    if (!m_isMarking && !rows.isEmpty() && selectionDidChange) selectionDidChange(rows.front().row());
+  });
+}
+
+void ListTable::mark(int row) {
+  m_isMarking = true;
+  if (row < 0) {
+    selectionModel()->clear();
+  } else {
+    selectionModel()->setCurrentIndex(model()->index(row, 0),
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  }
+  m_isMarking = false;
+}
+
+std::vector<Column::List> ListTable::visibleColumns() const {
+  std::vector<Column::List> columns;
+  for (const Column::List column : Column::allList) {
+    if (!isColumnHidden(static_cast<int>(column))) columns.push_back(column);
+  }
+  return columns;
+}
+
+void ListTable::setVisibleColumns(const std::vector<Column::List>& columns) {
+  for (const Column::List column : Column::allList) {
+    setColumnHidden(static_cast<int>(column), std::find(columns.begin(), columns.end(), column) == columns.end());
+  }
+}
+
+void ListTable::rightSize(int column) {
+  header()->resizeSection(column, header()->sectionSizeHint(column));
+  const int widest = widestCell(column);
+  if (columnWidth(column) < widest) header()->resizeSection(column, widest + 2);
+}
+
+void ListTable::rightSizeAll() {
+  for (int column = 0; column < header()->count(); ++column) {
+    if (!isColumnHidden(column)) rightSize(column);
+  }
+}
+
+int ListTable::widestCell(int column) const {
+  const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+  const QFontMetrics metrics(font());
+  int widest = 0;
+  for (int row = 0; row < model()->rowCount(); ++row) {
+    const QString text = model()->index(row, column).data().toString();
+    widest = std::max(widest, metrics.horizontalAdvance(text) + 2 * margin);
+  }
+  return widest;
+}
+
+void ListTable::paintEvent(QPaintEvent* event) {
+  const bool hasRows = model() && model()->rowCount() > 0;
+  if (alternatingRowColors() != hasRows) setAlternatingRowColors(hasRows);
+  QTreeView::paintEvent(event);
+  if (!hasRows) drawEmptyLabel();
+}
+
+void ListTable::drawEmptyLabel() {
+  const QString text = emptyLabel ? emptyLabel() : QString();
+  if (text.isEmpty()) return;
+  QPainter painter(viewport());
+  QFont large = font();
+  large.setPointSizeF(large.pointSizeF() * 1.5);
+  painter.setFont(large);
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, text);
+}
+
+void ListTable::changeEvent(QEvent* event) {
+  QTreeView::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) viewport()->update();
+}
+
+}  // namespace mirvel::ui

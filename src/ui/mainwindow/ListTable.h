@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QTreeView>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "core/mainwindow/ListColumn.h"
+
+namespace mirvel::ui {
+
+/// The table of list mode: a view with a label behind it while it is empty, and columns that can be hidden and fitted.
+class ListTable final : public QTreeView {
+ public:
+  explicit ListTable(QWidget* parent = nullptr);
+
+  void setModel(QAbstractItemModel* model) override;
+
+  /// What stands behind a table without rows; an empty text: nothing.
+  std::function<QString()> emptyLabel;
+  /// Whether the user may change the selection now.
+  std::function<bool()> selectionMayChange;
+  /// The user marked a row.
+  std::function<void(int row)> selectionDidChange;
+
+  /// Marks just this row, or none with -1, whatever `selectionMayChange` says and without `selectionDidChange`.
+  void mark(int row);
+
+  std::vector<Column::List> visibleColumns() const;
+  void setVisibleColumns(const std::vector<Column::List>& columns);
+  /// As wide as its header and its widest cell.
+  void rightSize(int column);
+  void rightSizeAll();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void drawEmptyLabel();
+  int widestCell(int column) const;
+
+  bool m_isMarking = false;
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,102 @@
+#include "ui/mainwindow/ListTableModel.h"
+
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QPalette>
+#include <QUrl>
+
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+Column::List columnOf(const QModelIndex& index) {
+  return Column::allList.at(static_cast<std::size_t>(index.column()));
+}
+
+std::size_t rowOf(const QModelIndex& index) {
+  return static_cast<std::size_t>(index.row());
+}
+
+QVariant textOrNothing(const std::string& text) {
+  return text.empty() ? QVariant() : QVariant(qt(text));
+}
+
+}  // namespace
+
+ListTableModel::ListTableModel(const Program& program, const ListMode& mode, IconLoader& icons)
+    : m_program(program), m_mode(mode), m_icons(icons) {}
+
+void ListTableModel::reload() {
+  beginResetModel();
+  endResetModel();
+}
+
+void ListTableModel::reloadHeaders() {
+  emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+}
+
+int ListTableModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(m_mode.content().size());
+}
+
+int ListTableModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(Column::allList.size());
+}
+
+QVariant ListTableModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const ListCell cell = m_mode.cell(columnOf(index), rowOf(index));
+  switch (role) {
+    case Qt::DisplayRole:
+      return textOrNothing(cell.text);
+    case Qt::ToolTipRole:
+      return textOrNothing(cell.toolTip);
+    case Qt::DecorationRole:
+      return cell.image ? QVariant(m_icons.icon(*cell.image)) : QVariant();
+    case Qt::CheckStateRole:
+      return cell.isChecked ? QVariant(*cell.isChecked ? Qt::Checked : Qt::Unchecked) : QVariant();
+    case Qt::ForegroundRole:
+      return cell.isSecondary ? QVariant(QGuiApplication::palette().brush(QPalette::PlaceholderText)) : QVariant();
+    case Qt::AccessibleTextRole:
+      return accessibleText(cell);
+    default:
+      return {};
+  }
+}
+
+QString ListTableModel::accessibleText(const ListCell& cell) const {
+  const Localize& localize = m_program.foundation.localize;
+  if (cell.image) return qt(cell.image->accessibilityDescription);
+  if (cell.isChecked) return qt(*cell.isChecked ? localize.on() : localize.off());
+  return qt(cell.text);
+}
+
+QVariant ListTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
+  if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole) return {};
+  return qt(Column::title(Column::allList.at(static_cast<std::size_t>(section)), m_program.foundation.localize));
+}
+
+Qt::ItemFlags ListTableModel::flags(const QModelIndex& index) const {
+  if (!index.isValid()) return Qt::NoItemFlags;
+  return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
+}
+
+QStringList ListTableModel::mimeTypes() const {
+  return {QStringLiteral("text/uri-list")};
+}
+
+QMimeData* ListTableModel::mimeData(const QModelIndexList& indexes) const {
+  std::vector<std::size_t> rows;
+  for (const QModelIndex& index : indexes) rows.push_back(rowOf(index));
+  const auto url = m_mode.dragRows(rows);
+  const auto path = url ? qtPath(url->path()) : std::nullopt;
+  if (!path) return nullptr;
+  auto* data = new QMimeData;
+  data->setUrls({QUrl::fromLocalFile(*path)});
+  return data;
+}
+
+}  // namespace mirvel::ui

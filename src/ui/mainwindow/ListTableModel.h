@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QAbstractTableModel>
+
+#include "core/app/Program.h"
+#include "core/mainwindow/ListMode.h"
+#include "ui/support/IconLoader.h"
+
+namespace mirvel::ui {
+
+/// The rows of list mode, for a view. It computes nothing: every cell is asked of the core.
+class ListTableModel final : public QAbstractTableModel {
+ public:
+  ListTableModel(const Program& program, const ListMode& mode, IconLoader& icons);
+
+  /// The rows are others now.
+  void reload();
+  void reloadHeaders();
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  QStringList mimeTypes() const override;
+  QMimeData* mimeData(const QModelIndexList& indexes) const override;
+  Qt::DropActions supportedDragActions() const override { return Qt::CopyAction; }
+
+ private:
+  QString accessibleText(const ListCell& cell) const;
+
+  const Program& m_program;
+  const ListMode& m_mode;
+  IconLoader& m_icons;
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+
+#ifdef __linux__
+#include "ui/support/InotifyFolderMonitors.h"
+#else
+#include "ui/support/WatcherFolderMonitors.h"
+#endif
+
+namespace mirvel::ui {
+
+/// The folder monitors that see most on this platform.
+inline std::unique_ptr<FolderMonitors> platformFolderMonitors() {
+#ifdef __linux__
+  return std::make_unique<InotifyFolderMonitors>();
+#else
+  return std::make_unique<WatcherFolderMonitors>();
+#endif
+}
+
+}  // namespace mirvel::ui
