@@ -5,6 +5,7 @@
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");  // the desktop of whoever runs the tests is left alone
   ::testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);

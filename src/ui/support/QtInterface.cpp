@@ -1,0 +1,169 @@
+#include "ui/support/QtInterface.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QEvent>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStringList>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char answerProperty[] = "answer";
+
+struct Button {
+  std::string title;
+  int answer;
+};
+
+std::vector<Button> buttonsOf(const Alert& question) {
+  std::vector<Button> buttons;
+  for (const Button& button : {Button{question.defaultTitle, Interface::defaultButton},
+                               Button{question.alternateTitle, Interface::alternateButton},
+                               Button{question.otherTitle, Interface::otherButton}}) {
+    if (!button.title.empty()) buttons.push_back(button);
+  }
+  return buttons;
+}
+
+/// The role decides the place that the desktop gives a button: the first agrees, the last backs out.
+QMessageBox::ButtonRole roleOf(std::size_t index, std::size_t count) {
+  if (index == 0) return QMessageBox::AcceptRole;
+  return index + 1 == count ? QMessageBox::RejectRole : QMessageBox::DestructiveRole;
+}
+
+void addButtons(QMessageBox& box, const std::vector<Button>& buttons) {
+  for (std::size_t i = 0; i < buttons.size(); ++i) {
+    QPushButton* button = box.addButton(qt(buttons[i].title), roleOf(i, buttons.size()));
+    button->setProperty(answerProperty, buttons[i].answer);
+    if (i == 0) box.setDefaultButton(button);
+    box.setEscapeButton(button);  // the last one keeps it
+  }
+}
+
+/// File names may look like markup.
+void usePlainText(QMessageBox& box) {
+  box.setTextFormat(Qt::PlainText);
+  for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
+}
+
+/// The answer of the button that was pressed; that of Escape if the box was closed without one.
+int answerOf(const QMessageBox& box) {
+  const QAbstractButton* button = box.clickedButton() ? box.clickedButton() : box.escapeButton();
+  return button ? button->property(answerProperty).toInt() : Interface::defaultButton;
+}
+
+bool isTicked(const QMessageBox& box) {
+  return box.checkBox() && box.checkBox()->isChecked();
+}
+
+/// Ends a sheet without an answer when its window closes.
+class SheetEnd final : public QObject {
+ public:
+  SheetEnd(QWidget& window, QMessageBox& sheet) : QObject(&sheet), m_sheet(sheet) { window.installEventFilter(this); }
+
+  bool eventFilter(QObject* /*window*/, QEvent* event) override {
+    if (event->type() == QEvent::Hide && !event->spontaneous()) {
+      m_sheet.disconnect(this);  // the answer is delivered in this object's name
+      m_sheet.reject();
+    }
+    return false;
+  }
+
+ private:
+  QMessageBox& m_sheet;
+};
+
+}  // namespace
+
+QtInterface::QtInterface(Defaults& defaults, const Localize& localize)
+    : Interface(defaults, localize), m_defaults(defaults), m_localize(localize) {}
+
+void QtInterface::beginSheet(const Alert& question, std::function<void(int)> completion) {
+  QMessageBox* box = makeBox(question, m_window);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setWindowModality(Qt::WindowModal);
+  QObject* context = m_window ? new SheetEnd(*m_window, *box) : static_cast<QObject*>(box);
+  QObject::connect(box, &QDialog::finished, context, [this, box, question, completion = std::move(completion)] {
+    if (isTicked(*box)) remember(question);
+    const auto answer = completion;  // the call may end the box
+    answer(answerOf(*box));
+  });
+  box->open();
+}
+
+void QtInterface::error(const std::string& message, const std::string& informativeText) {
+  (void)showAlert(
+      {.message = message, .informativeText = informativeText, .defaultTitle = m_localize.format("OK", {})});
+}
+
+Interface::Answer QtInterface::showAlert(const Alert& question) {
+  // Its parent may take the box with it while the alert is up.
+  const QPointer<QMessageBox> box = makeBox(question, activeWindow());
+  box->exec();
+  if (!box) return {.button = buttonsOf(question).back().answer};
+  const Answer answer{.button = answerOf(*box), .isSuppressed = isTicked(*box)};
+  delete box;
+  return answer;
+}
+
+std::optional<fs::path> QtInterface::savePanel(const SavePanel& panel) {
+  const std::string extension = panel.allowedType.empty() ? "" : "." + panel.allowedType;
+  const auto hasExtension = [&](const fs::path& file) { return extension.empty() || file.extension() == extension; };
+
+  QFileDialog dialog(activeWindow());
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setOption(QFileDialog::ReadOnly, !panel.canCreateDirectories);
+  if (const auto folder = qtPath(panel.folder)) dialog.setDirectory(*folder);
+  if (!extension.empty()) {
+    dialog.setNameFilter(QLatin1Char('*') + qt(extension));
+    dialog.setDefaultSuffix(qt(panel.allowedType));
+  }
+  dialog.selectFile(qt(hasExtension(panel.name) ? panel.name : panel.name + extension));
+
+  while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+    fs::path chosen = path(dialog.selectedFiles().constFirst());
+    if (hasExtension(chosen)) return chosen;
+    chosen += extension;
+    std::error_code failure;
+    if (fs::symlink_status(chosen, failure).type() == fs::file_type::not_found) return chosen;
+    dialog.selectFile(displayText(chosen));  // the dialog has not yet asked whether that file may go
+  }
+  return std::nullopt;
+}
+
+QMessageBox* QtInterface::makeBox(const Alert& question, QWidget* parent) const {
+  const std::vector<Button> buttons = buttonsOf(question);
+  auto* box = new QMessageBox(parent);
+  box->setIcon(buttons.size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
+  box->setWindowTitle(QGuiApplication::applicationDisplayName());
+  box->setText(qt(question.message));
+  box->setInformativeText(qt(question.informativeText));
+  usePlainText(*box);
+  addButtons(*box, buttons);
+  if (!question.suppression.empty()) box->setCheckBox(new QCheckBox(qt(m_localize.format("Don’t ask again", {}))));
+  return box;
+}
+
+QWidget* QtInterface::activeWindow() const {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  return m_window;
+}
+
+void QtInterface::remember(const Alert& question) {
+  (void)m_defaults.set(question.suppression, true);  // at worst the question comes again
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include "core/support/Interface.h"
+
+class QAbstractButton;
+class QMessageBox;
+
+namespace mirvel::ui {
+
+/// Alerts and panels as message boxes and file dialogs of Qt.
+class QtInterface final : public Interface {
+ public:
+  QtInterface(Defaults& defaults, const Localize& localize);
+
+  /// The main window: the sheets' owner, and that of alerts while no other window of the program is active.
+  void setWindow(QWidget* window) { m_window = window; }
+
+  void beginSheet(const Alert& question, std::function<void(int)> completion) override;
+  void error(const std::string& message, const std::string& informativeText) override;
+  std::optional<std::filesystem::path> savePanel(const SavePanel& panel) override;
+
+ protected:
+  Answer showAlert(const Alert& question) override;
+
+ private:
+  QMessageBox* makeBox(const Alert& question, QWidget* parent) const;
+  QWidget* activeWindow() const;
+  void remember(const Alert& question);
+
+  Defaults& m_defaults;
+  const Localize& m_localize;
+  QPointer<QWidget> m_window;
+};
+
+}  // namespace mirvel::ui
