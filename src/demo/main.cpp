@@ -31,7 +31,7 @@ int main(int argc, char* argv[]) {
   }
   ui::ColorScheme scheme;
   if (options.isDark) {
-    scheme.force(*options.isDark ? ui::ColorScheme::Scheme::Dark : ui::ColorScheme::Scheme::Light);
+    scheme.force(*options.isDark ? ui::Scheme::Dark : ui::Scheme::Light);
   } else {
     scheme.follow();
   }

@@ -30,7 +30,7 @@ int main(int argc, char* argv[]) {
   }
   QApplication application(argc, argv);
 #ifdef __linux__
-  ui::SingleInstance instance;
+  ui::SingleInstance instance(QStringLiteral("mirvel"));
   if (instance.claim() == ui::SingleInstance::Role::Second) return instance.hand(urlArgument()) ? 0 : 1;
   ui::ColorScheme scheme;
   scheme.follow();
