@@ -1,10 +1,12 @@
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Check.h"
 #include "core/catalogue/ByteSource.h"
 #include "core/catalogue/HelperToolLines.h"
 #include "core/catalogue/MachO.h"
+#include "core/catalogue/MachOFile.h"
 #include "core/propertylist/OldStyleText.h"
 #include "core/propertylist/Reader.h"
 #include "demo/HelperToolFile.h"
@@ -39,12 +41,24 @@ void checkFile(std::string_view bytes) {
   checkList(*section);
 }
 
-/// A good file in which each three bytes of the input change one: its place, counted over the whole file, and what to
-/// put.
-std::string damaged(std::string file, std::string_view input) {
-  for (; input.size() >= 3; input.remove_prefix(3)) {
-    const auto high = static_cast<unsigned char>(input[0]), low = static_cast<unsigned char>(input[1]);
-    file[(std::size_t{high} * 256 + low) % file.size()] = input[2];
+/// Files of every form, each with a small list.
+std::vector<std::string> goodFiles() {
+  constexpr std::string_view list = "<plist><dict><key>CFBundleName</key><string>a</string></dict></plist>";
+  std::vector<std::string> files{demo::helperToolFile(list)};
+  for (const auto form : testdata::machOForms) files.push_back(testdata::machOFile(form, list));
+  const std::string other = testdata::machOFile(testdata::machOForms[1], "", "__cstring");
+  for (const bool isWide : {false, true}) files.push_back(testdata::fatFile(isWide, {other, files[2], files[3]}));
+  return files;
+}
+
+/// The good file that the first byte picks. Each three bytes of the rest change one of it: its place, counted over the
+/// whole file, and what to put there.
+std::string damaged(std::string_view input) {
+  static const std::vector<std::string> files = goodFiles();
+  std::string file = files[(input.empty() ? 0U : static_cast<unsigned char>(input[0])) % files.size()];
+  for (std::size_t at = 1; at + 3 <= input.size(); at += 3) {
+    const auto high = static_cast<unsigned char>(input[at]), low = static_cast<unsigned char>(input[at + 1]);
+    file[(std::size_t{high} * 256 + low) % file.size()] = input[at + 2];
   }
   return file;
 }
@@ -57,8 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   checkFile(input);
   checkLines(input);
   checkList(input);
-  checkFile(
-      damaged(demo::helperToolFile("<plist><dict><key>CFBundleName</key><string>a</string></dict></plist>"), input));
+  checkFile(damaged(input));
 
   const std::string file = demo::helperToolFile(input);
   MemoryBytes source(file);
