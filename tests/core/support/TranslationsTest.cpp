@@ -12,7 +12,7 @@ namespace mirvel {
 namespace {
 
 /// The catalogues that are installed; none where there is no msgfmt to compile them with.
-const std::filesystem::path catalogues = MIRVEL_CATALOGUES;
+constexpr const char* catalogues = MIRVEL_CATALOGUES;
 
 TEST(TranslationsTest, EachCatalogueServesItsLocales) {
   if (!std::filesystem::exists(catalogues)) GTEST_SKIP() << "no msgfmt to compile catalogues with";
