@@ -1,17 +1,29 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "core/lint/Subject.h"
+#include "core/support/Environment.h"
 #include "core/support/Localize.h"
+#include "core/support/ProcessRunner.h"
+#include "core/support/Roots.h"
 
 /// The commands of the terminal companion. It only reads; nothing on the machine is changed.
 namespace mirvel::ctl {
 
 enum ExitStatus { Success = 0, Failed = 1, Usage = 2 };
+
+/// The machine whose jobs are listed.
+struct Machine {
+  Roots roots;
+  Environment environment;
+  ProcessRunner& runner;
+  std::function<std::string()> userName;  ///< of the user as people write it
+};
 
 /// What a command may use of the world.
 struct Context {
@@ -22,6 +34,7 @@ struct Context {
   bool hasColour = false;   ///< of `out`
   const Localize& localize;
   const lint::Surroundings& surroundings;
+  const Machine& machine;
 };
 
 using Arguments = std::span<const std::string>;
@@ -44,6 +57,8 @@ const Command* findCommand(std::string_view name);
 int lint(Arguments arguments, const Context& context);
 /// Shows property lists in words, or as JSON.
 int show(Arguments arguments, const Context& context);
+/// Lists the jobs of the machine.
+int list(Arguments arguments, const Context& context);
 /// Writes a property list in its other form.
 int convert(Arguments arguments, const Context& context);
 /// Tells about the commands.

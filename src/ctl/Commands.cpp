@@ -9,7 +9,7 @@ namespace mirvel::ctl {
 
 namespace {
 
-constexpr std::array<Command, 4> table = {{
+constexpr std::array<Command, 5> table = {{
     {"lint", "[--json] FILE...", "check job files",
      "Tells for each file what launchd would refuse, ignore or understand in another way than\n"
      "it was probably meant, with the line where there is one.\n"
@@ -26,6 +26,14 @@ constexpr std::array<Command, 4> table = {{
      "\n"
      "The exit status is 1 for a file that can't be read or is no property list.\n",
      show},
+    {"list", "[--system] [--json]", "list the jobs of this machine",
+     "Lists every job that the application shows, by its kind: agents and daemons of launchd,\n"
+     "login items, startup items and helper tools. A job file that can't be read is told on the\n"
+     "standard error and left out.\n"
+     "\n"
+     "  --system   the jobs of the system too, whatever is set in the application\n"
+     "  --json     an array of objects with kind, name, summary, path, editable and disabled\n",
+     list},
     {"convert", "FILE --to xml|binary", "write a property list to the standard output",
      "Writes the property list in the form that is asked for. The file itself stays as it is.\n"
      "\n"

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "core/support/Environment.h"
+#include "core/support/SystemProcessRunner.h"
+#include "core/support/UserName.h"
 #include "ctl/Command.h"
 
 namespace {
@@ -35,6 +37,11 @@ int main(int argc, char** argv) {
   const Environment environment = processEnvironment();
   const Localize localize;
   const lint::Surroundings surroundings{.exists = mayExist, .homeFolder = valueOf(environment, "HOME")};
+  SystemProcessRunner runner(environment);
+  const ctl::Machine machine{.roots = Roots::forThisMachine(environment),
+                             .environment = environment,
+                             .runner = runner,
+                             .userName = fullUserName};
   const bool isTerminal = ::isatty(STDOUT_FILENO) == 1;
   std::ios::sync_with_stdio(false);
   return ctl::run(arguments, {.in = std::cin,
@@ -43,5 +50,6 @@ int main(int argc, char** argv) {
                               .isTerminal = isTerminal,
                               .hasColour = isTerminal && wantsColour(environment),
                               .localize = localize,
-                              .surroundings = surroundings});
+                              .surroundings = surroundings,
+                              .machine = machine});
 }

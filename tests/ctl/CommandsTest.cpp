@@ -1,11 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "ctl/Command.h"
+#include "ctl/CommandFixture.h"
 #include "ctl/Json.h"
-#include "support/TestData.h"
 
 namespace mirvel::ctl {
 namespace {
@@ -20,35 +17,7 @@ constexpr const char* goodJob =
     "<integer>9</integer><key>Minute</key><integer>0</integer></dict></dict></plist>";
 constexpr const char* badJob = "<plist version=\"1.0\">\n<dict/>\n</plist>";
 
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-class CommandsTest : public testing::Test {
- protected:
-  Outcome start(const std::vector<std::string>& arguments, const std::string& input = {}) {
-    std::istringstream in(input);
-    std::ostringstream out;
-    std::ostringstream err;
-    const Localize localize("en");
-    const lint::Surroundings surroundings{.exists = [](const std::string&) { return true; }};
-    const int status = run(arguments, {.in = in,
-                                       .out = out,
-                                       .err = err,
-                                       .isTerminal = isTerminal,
-                                       .hasColour = isTerminal,
-                                       .localize = localize,
-                                       .surroundings = surroundings});
-    return {status, out.str(), err.str()};
-  }
-
-  std::string file(const std::string& name, const std::string& content) { return folder.write(name, content).string(); }
-
-  testdata::TemporaryFolder folder;
-  bool isTerminal = false;
-};
+using CommandsTest = CommandFixture;
 
 TEST_F(CommandsTest, AWrongCommandLineIsAUsageError) {
   const struct {
@@ -60,6 +29,9 @@ TEST_F(CommandsTest, AWrongCommandLineIsAUsageError) {
       {{"lint"}, "mirvelctl lint: there is no file\nusage: mirvelctl lint [--json] FILE...\n"},
       {{"lint", "--frob"}, "mirvelctl lint: there is no option --frob\nusage: mirvelctl lint [--json] FILE...\n"},
       {{"show", "a", "b"}, "mirvelctl show: it takes one file\nusage: mirvelctl show [--json] FILE\n"},
+      {{"list", "a"}, "mirvelctl list: it takes no file\nusage: mirvelctl list [--system] [--json]\n"},
+      {{"list", "--json=1"},
+       "mirvelctl list: the option --json takes no value\nusage: mirvelctl list [--system] [--json]\n"},
       {{"convert", "a"},
        "mirvelctl convert: the form must be xml or binary\nusage: mirvelctl convert FILE --to xml|binary\n"},
       {{"convert", "a", "--to"},
@@ -241,17 +213,10 @@ TEST_F(CommandsTest, ATerminalGetsColoursButNoBytesOfTheFileThatItWouldObey) {
 }
 
 TEST_F(CommandsTest, OutputThatCantBeWrittenIsAFailure) {
-  std::istringstream in;
-  std::ostringstream out;
-  std::ostringstream err;
   out.setstate(std::ios::badbit);
-  const Localize localize("en");
-  const lint::Surroundings surroundings{.exists = [](const std::string&) { return true; }};
-  const std::vector<std::string> arguments{"--help"};
-  const int status =
-      run(arguments, {.in = in, .out = out, .err = err, .localize = localize, .surroundings = surroundings});
-  EXPECT_EQ(status, Failed);
-  EXPECT_EQ(err.str(), "mirvelctl: can't write the output\n");
+  const Outcome outcome = start({"--help"});
+  EXPECT_EQ(outcome.status, Failed);
+  EXPECT_EQ(outcome.err, "mirvelctl: can't write the output\n");
 }
 
 }  // namespace

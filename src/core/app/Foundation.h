@@ -15,12 +15,14 @@ namespace mirvel {
 
 /// What every program of the family stands on: folders, tools, settings and texts.
 struct Foundation {
-  /// `catalogues` holds the translations; `locale` is the user's by default.
+  /// `catalogues` holds the translations; `locale` is the user's by default. A program that only reads leaves a damaged
+  /// file of settings where it is.
   Foundation(Roots theRoots, const Environment& environment, const std::filesystem::path& catalogues = {},
-             const std::string& locale = Localize::currentLocale())
+             const std::string& locale = Localize::currentLocale(),
+             Defaults::Damaged damaged = Defaults::Damaged::SetAside)
       : roots(std::move(theRoots)),
         commands(Commands::forThisMachine(environment)),
-        defaults(roots.defaultsFile),
+        defaults(roots.defaultsFile, damaged),
         localize(locale, catalogues),
         collator(locale) {}
 

@@ -1,13 +1,12 @@
 #include "core/catalogue/KindTexts.h"
 
-#include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 
 namespace mirvel {
 
 std::string KindTexts::title(Kind kind) {
   std::string& title = m_titles[kind];
-  if (title.empty()) title = makeTitle(kind);
+  if (title.empty()) title = kindTitle(kind, names(), m_localize);
   return title;
 }
 
@@ -15,35 +14,6 @@ const Image& KindTexts::icon(Kind kind) {
   const auto found = m_icons.find(kind);
   if (found != m_icons.end()) return found->second;
   return m_icons.emplace(kind, makeIcon(kind)).first->second;
-}
-
-std::string KindTexts::makeTitle(Kind kind) {
-  const auto joined = [this](std::string_view title, const std::string& detail) {
-    return bidirectionalString({std::string(title), detail}, Const::separator, m_localize.isRightToLeft());
-  };
-  switch (kind) {
-    case Kind::userAgent:
-      return m_workspace.fullUserName();
-    case Kind::localAgent:
-      return m_localize.everyone();
-    case Kind::localDaemon:
-      return "root";
-    case Kind::loginItemSystemPreferences:
-      return joined(m_localize.loginItems(), preferencesName());
-    case Kind::loginItemApplication:
-      return joined(m_localize.loginItems(), m_localize.application());
-    case Kind::localStartupItem:
-      return std::string(Const::PathComponent::startupItems);
-    case Kind::systemAgent:
-      return joined("Agents", m_localize.system());
-    case Kind::systemDaemon:
-      return joined("Daemons", m_localize.system());
-    case Kind::systemStartupItem:
-      return joined(Const::PathComponent::startupItems, m_localize.system());
-    case Kind::privilegedHelperTool:
-      return "PrivilegedHelperTools";
-  }
-  return {};
 }
 
 Image KindTexts::makeIcon(Kind kind) {
@@ -69,6 +39,11 @@ Image KindTexts::makeIcon(Kind kind) {
       return Image::named(m_defaults.editSystemJobs() ? "changes-allow" : "changes-prevent");
   }
   return Image::named("mirvel-job");
+}
+
+const KindNames& KindTexts::names() {
+  if (!m_names) m_names = {.user = m_workspace.fullUserName(), .preferences = preferencesName()};
+  return *m_names;
 }
 
 std::string KindTexts::preferencesName() {

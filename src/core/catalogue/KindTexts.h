@@ -1,9 +1,11 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 
 #include "core/catalogue/Kind.h"
+#include "core/catalogue/KindTitle.h"
 #include "core/support/Defaults.h"
 #include "core/support/Image.h"
 #include "core/support/Localize.h"
@@ -24,13 +26,14 @@ class KindTexts {
   const Image& icon(Kind kind);
 
  private:
-  std::string makeTitle(Kind kind);
+  const KindNames& names();
   Image makeIcon(Kind kind);
   std::string preferencesName();
 
   const Localize& m_localize;
   const Defaults& m_defaults;
   Workspace& m_workspace;
+  std::optional<KindNames> m_names;
   std::map<Kind::Case, std::string> m_titles;
   std::map<Kind::Case, Image> m_icons;
 };

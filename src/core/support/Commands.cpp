@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "core/support/Strings.h"
 
@@ -48,6 +49,11 @@ std::optional<std::string> findIn(std::string_view searchPath, std::string_view 
   return std::nullopt;
 }
 
+std::string searchPathOf(const Environment& environment) {
+  const auto path = environment.find("PATH");
+  return path == environment.end() ? "/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin" : path->second;
+}
+
 std::optional<std::string> find(const Tool& tool, const std::string& usualPath, const std::string& searchPath) {
   if (isProgram(usualPath)) return usualPath;
   if (auto found = findIn(searchPath, String::lastPathComponent(usualPath))) return found;
@@ -61,10 +67,15 @@ bool isProgram(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0;
 }
 
+std::optional<std::string> findProgram(std::string_view name, const Environment& environment) {
+  if (name.empty()) return std::nullopt;
+  if (name.find('/') == std::string_view::npos) return findIn(searchPathOf(environment), name);
+  std::string path(name);
+  return path.starts_with('/') && isProgram(path) ? std::optional(std::move(path)) : std::nullopt;
+}
+
 Commands Commands::forThisMachine(const Environment& environment) {
-  const auto path = environment.find("PATH");
-  const std::string searchPath =
-      path == environment.end() ? "/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin" : path->second;
+  const std::string searchPath = searchPathOf(environment);
   Commands commands;
   for (const Tool& tool : tools) {
     if (auto found = find(tool, commands.*tool.path, searchPath)) commands.*tool.path = *found;

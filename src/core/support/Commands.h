@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/support/Environment.h"
 
@@ -32,5 +34,9 @@ struct Commands {
 
 /// Whether there is a regular file that this user may run.
 bool isProgram(const std::string& path);
+
+/// The full path of a program: of a name, the first in the absolute folders of the environment's `PATH`; an absolute
+/// path stands for itself. None if there is no such program, and for a relative path, which is of no known folder.
+std::optional<std::string> findProgram(std::string_view name, const Environment& environment);
 
 }  // namespace mirvel

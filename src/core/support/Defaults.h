@@ -44,7 +44,10 @@ class Defaults {
     static constexpr std::string_view suppressAlertComplexRun = "AlertComplexWhat";
   };
 
-  explicit Defaults(std::filesystem::path file) : m_file(std::move(file)) {}
+  using Damaged = PreferencesFile::Damaged;
+
+  explicit Defaults(std::filesystem::path file, Damaged damaged = Damaged::SetAside)
+      : m_file(std::move(file), damaged) {}
 
   /// The registered default of a key, used by a member or not.
   static std::optional<Value> registered(std::string_view key);

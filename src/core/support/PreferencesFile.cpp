@@ -98,7 +98,8 @@ Result<void> PreferencesFile::takeDictionary(const std::string& bytes) {
       return {};
     }
   }
-  return moveAside();
+  if (m_damaged == Damaged::SetAside) return moveAside();
+  return Error{.code = Error::Code::Malformed, .message = "it holds no settings", .file = m_path.string()};
 }
 
 Result<void> PreferencesFile::moveAside() {

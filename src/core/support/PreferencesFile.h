@@ -16,13 +16,18 @@ namespace mirvel {
 /// wrote. There is no lock: of two writes in the same instant one may be lost, never the file.
 ///
 /// A file that is no property list, or no dictionary, is renamed to "<name>.damaged-1" (or the next free number) and
-/// counts as empty. A file that can't be read also counts as empty, but can't be written to either.
+/// counts as empty; with `Damaged::Leave` it stays, and can't be written to. A file that can't be read also counts as
+/// empty, but can't be written to either.
 ///
 /// For one thread.
 class PreferencesFile {
  public:
+  /// What becomes of a damaged file.
+  enum class Damaged { SetAside, Leave };
+
   /// Nothing needs to exist at the path yet.
-  explicit PreferencesFile(std::filesystem::path path) : m_path(std::move(path)) {}
+  explicit PreferencesFile(std::filesystem::path path, Damaged damaged = Damaged::SetAside)
+      : m_path(std::move(path)), m_damaged(damaged) {}
 
   /// The value of a key, or null. Valid until the next call.
   const plist::Value* find(std::string_view key);
@@ -38,6 +43,7 @@ class PreferencesFile {
   Result<void> moveAside();
 
   std::filesystem::path m_path;
+  Damaged m_damaged;
   plist::Dictionary m_dictionary;
   std::optional<struct stat> m_loaded;  ///< of the file that `m_dictionary` was read from; none: read again
   std::optional<std::filesystem::path> m_setAside;

@@ -125,6 +125,18 @@ TEST(DefaultsTest, DamagedFilesAreSetAsideAndNeverOverwritten) {
   EXPECT_EQ(testdata::bytes(folder.path() / "p.plist.damaged-1"), "from before");
 }
 
+TEST(DefaultsTest, AProgramThatOnlyReadsLeavesADamagedFile) {
+  const TemporaryFolder folder;
+  const fs::path file = folder.write("p.plist", "text");
+  Defaults defaults(file, Defaults::Damaged::Leave);
+  EXPECT_TRUE(defaults.automaticHelp());
+  const auto written = defaults.setAutomaticHelp(false);
+  ASSERT_FALSE(written);
+  EXPECT_EQ(written.error().code, Error::Code::Malformed);
+  EXPECT_EQ(defaults.damagedFile(), std::nullopt);
+  EXPECT_EQ(testdata::bytes(file), "text");
+}
+
 TEST(DefaultsTest, WhatCantBeReadOrWrittenIsAnErrorOfTheSetter) {
   const TemporaryFolder folder;
   folder.write("file", "x");

@@ -1,0 +1,95 @@
+#include "core/catalogue/AutostartItems.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "core/catalogue/JobFolder.h"
+#include "core/support/Commands.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view extension = ".desktop";
+
+std::optional<DesktopEntry> entryOf(const JobFolder& folder, const std::string& name, const JobFolder::Stamp& stamp,
+                                    const std::string& locale) {
+  if (!stamp.isRegular || stamp.size > DesktopEntry::largestFile) return std::nullopt;
+  const auto bytes = folder.read(name, stamp);
+  return bytes ? DesktopEntry::read(*bytes, locale) : std::nullopt;
+}
+
+/// Every application has a name by the specification, and is told by its file where it has none all the same.
+std::string nameOf(const DesktopEntry& entry, const std::string& fileName) {
+  return entry.name.empty() ? fileName.substr(0, fileName.size() - extension.size()) : entry.name;
+}
+
+std::optional<Image> iconOf(const DesktopEntry& entry) {
+  if (entry.icon.empty()) return std::nullopt;
+  return entry.icon.starts_with('/') ? Image::file(entry.icon) : Image::named(entry.icon);
+}
+
+}  // namespace
+
+AutostartItems::AutostartItems(Roots roots, Environment environment, std::string locale)
+    : m_roots(std::move(roots)), m_environment(std::move(environment)), m_locale(std::move(locale)) {}
+
+std::vector<LoginItems::Listed> AutostartItems::listed() {
+  std::vector<Listed> items;
+  for (const auto& [fileName, entry] : entriesIn({m_roots.ownAutostart})) {
+    if (!entry.content) continue;
+    items.push_back({.name = nameOf(*entry.content, fileName),
+                     .path = programOf(*entry.content),
+                     .kind = entry.content->type,
+                     .icon = iconOf(*entry.content)});
+  }
+  return items;
+}
+
+std::vector<LoginItems::Bundled> AutostartItems::bundled() {
+  const Entries own = entriesIn({m_roots.ownAutostart});
+  std::vector<Bundled> items;
+  for (const auto& [fileName, entry] : entriesIn(m_roots.installedAutostart)) {
+    if (!entry.content || own.contains(fileName)) continue;
+    items.push_back({.name = nameOf(*entry.content, fileName),
+                     .itemName = fileName,
+                     .itemPath = entry.path,
+                     .applicationPath = programOf(*entry.content),
+                     .icon = iconOf(*entry.content)});
+  }
+  return items;
+}
+
+AutostartItems::Entries AutostartItems::entriesIn(const std::vector<fs::path>& folders) const {
+  Entries entries;
+  for (const auto& path : folders) {
+    const auto folder = JobFolder::open(path);
+    if (!folder) continue;
+    for (const auto& name : folder->names()) {
+      if (!name.ends_with(extension) || entries.contains(name)) continue;
+      const auto stamp = folder->stamp(name);
+      if (!stamp) continue;
+      auto content = entryOf(*folder, name, *stamp, m_locale);
+      if (content && !isStarted(*content)) content.reset();
+      entries.emplace(name, Entry{.path = (path / name).native(), .content = std::move(content)});
+    }
+  }
+  return entries;
+}
+
+bool AutostartItems::isStarted(const DesktopEntry& entry) const {
+  const auto desktops = m_environment.find("XDG_CURRENT_DESKTOP");
+  const bool hasProgram = !entry.command.empty() && !entry.command.front().empty();
+  return entry.type == "Application" && !entry.isHidden && hasProgram &&
+         entry.isShownIn(desktops == m_environment.end() ? "" : desktops->second) &&
+         (entry.tryExec.empty() || findProgram(entry.tryExec, m_environment));
+}
+
+std::string AutostartItems::programOf(const DesktopEntry& entry) const {
+  const std::string& program = entry.command.front();
+  return findProgram(program, m_environment).value_or(program);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,77 @@
+#include "core/catalogue/SystemEventsItems.h"
+
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "core/catalogue/BundledItems.h"
+
+namespace mirvel {
+
+namespace {
+
+// The separators of ASCII that are made for this: no name or path that a person gives holds them.
+constexpr char fieldEnd = '\x1F';
+constexpr char recordEnd = '\x1E';
+
+/// Prints a record of name, path and kind for each item that has the first two. An item that vanishes meanwhile is
+/// passed over, and so is one that tells no path.
+constexpr const char* script = R"(set fieldEnd to character id 31
+set recordEnd to character id 30
+set report to ""
+tell application "System Events"
+	repeat with anItem in (get login items)
+		try
+			set itemName to name of anItem
+			set itemPath to path of anItem
+			set itemKind to ""
+			try
+				if kind of anItem is not missing value then set itemKind to (kind of anItem) as text
+			end try
+			if itemName is not missing value and itemPath is not missing value then
+				set report to report & itemName & fieldEnd & itemPath & fieldEnd & itemKind & fieldEnd & recordEnd
+			end if
+		end try
+	end repeat
+end tell
+return report
+)";
+
+/// What stands before the next such end, which is taken off with it; none if there is no end.
+std::optional<std::string_view> takeUntil(char end, std::string_view& text) {
+  const auto at = text.find(end);
+  if (at == std::string_view::npos) return std::nullopt;
+  const std::string_view piece = text.substr(0, at);
+  text.remove_prefix(at + 1);
+  return piece;
+}
+
+std::optional<LoginItems::Listed> itemIn(std::string_view record) {
+  const auto name = takeUntil(fieldEnd, record);
+  const auto path = takeUntil(fieldEnd, record);
+  const auto kind = takeUntil(fieldEnd, record);
+  if (!kind || !record.empty()) return std::nullopt;
+  return LoginItems::Listed{.name = std::string(*name), .path = std::string(*path), .kind = std::string(*kind)};
+}
+
+}  // namespace
+
+SystemEventsItems::SystemEventsItems(ProcessRunner& runner, std::string osascript, std::filesystem::path applications)
+    : m_runner(runner), m_osascript(std::move(osascript)), m_applications(std::move(applications)) {}
+
+std::vector<LoginItems::Listed> SystemEventsItems::listed() {
+  const auto result = m_runner.run(m_osascript, {"-e", script});
+  if (!result || result->exitStatus != 0) return {};
+  std::vector<Listed> items;
+  std::string_view rest = result->output;
+  while (const auto record = takeUntil(recordEnd, rest)) {
+    if (auto item = itemIn(*record)) items.push_back(*std::move(item));
+  }
+  return items;
+}
+
+std::vector<LoginItems::Bundled> SystemEventsItems::bundled() {
+  return bundledItems(m_applications);
+}
+
+}  // namespace mirvel

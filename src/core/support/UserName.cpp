@@ -1,0 +1,41 @@
+#include "core/support/UserName.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <vector>
+
+#include "core/support/Strings.h"
+
+namespace mirvel {
+
+std::string personName(std::string_view comment, const std::string& login) {
+  std::string name;
+  for (const char c : comment.substr(0, comment.find(','))) {
+    if (c == '&') {
+      name += String::firstUppercased(login);
+    } else {
+      name += c;
+    }
+  }
+  const std::string_view trimmed = String::trim(name);
+  return trimmed.empty() ? login : std::string(trimmed);
+}
+
+std::string fullUserName() {
+  constexpr std::size_t largestEntry = std::size_t{1} << 20U;
+  passwd entry{};
+  passwd* found = nullptr;
+  int failure = ERANGE;
+  std::vector<char> buffer(4096);
+  while ((failure = ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found)) == ERANGE &&
+         buffer.size() < largestEntry) {
+    buffer.resize(buffer.size() * 2);
+  }
+  if (failure != 0 || !found || !found->pw_name) return std::to_string(::getuid());
+  return personName(found->pw_gecos ? found->pw_gecos : "", found->pw_name);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <ostream>
+
+#include "core/app/Foundation.h"
+#include "core/catalogue/FetchOperation.h"
+#include "core/catalogue/KindTitle.h"
+#include "core/catalogue/PlatformLoginItems.h"
+#include "core/support/Const.h"
+#include "ctl/Arguments.h"
+#include "ctl/Command.h"
+#include "ctl/Json.h"
+#include "ctl/Printable.h"
+#include "ctl/Style.h"
+#include "ctl/TextWidth.h"
+
+namespace mirvel::ctl {
+
+namespace {
+
+/// What a scan says of bad files never mixes with the list.
+class ErrorConsole final : public Console {
+ public:
+  explicit ErrorConsole(std::ostream& err) : m_err(err) {}
+
+  void print(const std::string& line) override { m_err << printable(line, Lines::Keep) << '\n'; }
+  void log(const std::string& line) override { print(line); }
+
+ private:
+  std::ostream& m_err;
+};
+
+Jobs scan(bool alsoSystem, const Context& context) {
+  const Machine& machine = context.machine;
+  const Foundation foundation(machine.roots, machine.environment, {}, context.localize.locale(),
+                              Defaults::Damaged::Leave);
+  ScanSettings settings = foundation.scanSettings();
+  settings.showSystemJobs = settings.showSystemJobs || alsoSystem;
+
+  const auto loginItems = loginItemsOfThisMachine(machine.roots, machine.environment, machine.runner,
+                                                  foundation.commands, context.localize.locale());
+  const EmbeddedList embeddedList(machine.runner, foundation.commands.launchctl);
+  ErrorConsole console(context.err);
+  ScanTools tools{
+      .collator = foundation.collator, .loginItems = *loginItems, .embeddedList = embeddedList, .console = console};
+  FetchOperation operation({}, std::move(settings), tools);
+  operation.main();
+  return operation.jobs ? *std::move(operation.jobs) : Jobs();
+}
+
+/// An item of the user's own list has no file, and is told by what it starts.
+std::string pathOf(const Job& job) {
+  return job.url.isFile() ? job.url.text() : job.run();
+}
+
+void writeJson(const Jobs& jobs, const Context& context) {
+  Json json = Json::array();
+  for (const auto& job : jobs) {
+    json.push_back({{"kind", job->kind.name()},
+                    {"name", job->name},
+                    {"summary", job->summary},
+                    {"path", pathOf(*job)},
+                    {"editable", job->isEditable},
+                    {"disabled", job->isDisabled()}});
+  }
+  context.out << text(json) << '\n';
+}
+
+/// Columns that all groups share, so that the eye can run down the whole list.
+struct Columns {
+  std::size_t name = 0;
+  std::size_t mark = 0;  ///< 0: no job has one
+};
+
+Columns columnsFor(const Jobs& jobs, const std::string& mark) {
+  constexpr std::size_t widestName = 48;  // one long label doesn't push all the rest away
+  Columns columns;
+  for (const auto& job : jobs) {
+    columns.name = std::max(columns.name, std::min(textWidth(printable(job->name)), widestName));
+    if (job->isDisabled()) columns.mark = textWidth(mark);
+  }
+  return columns;
+}
+
+/// The blanks that fill a column behind a text, and part it from the next.
+std::string gap(std::string_view text, std::size_t column) {
+  const std::size_t width = textWidth(text);
+  return std::string((width < column ? column - width : 0) + 2, ' ');
+}
+
+void writeLine(const Job& job, const Columns& columns, const std::string& disabled, const Context& context) {
+  const std::string name = printable(job.name);
+  const std::string mark = job.isDisabled() ? disabled : "";
+  const std::string summary = printable(job.summary);
+  context.out << "  " << name;
+  if (!mark.empty() || !summary.empty()) context.out << gap(name, columns.name);
+  if (!mark.empty()) context.out << coloured(mark, Colour::Yellow, context.hasColour);
+  if (columns.mark > 0 && !summary.empty()) context.out << gap(mark, columns.mark);
+  context.out << summary << '\n';
+}
+
+void writeGroups(const Jobs& jobs, const Context& context) {
+  const KindNames names{.user = context.machine.userName(),
+                        .preferences = std::string(Const::AppName::systemPreferences)};
+  const std::string disabled = context.localize.disabled();
+  const Columns columns = columnsFor(jobs, disabled);
+  const Job* previous = nullptr;
+  for (const auto& job : jobs) {
+    if (!previous || previous->kind != job->kind) {
+      const std::string title = printable(kindTitle(job->kind, names, context.localize));
+      context.out << (previous ? "\n" : "") << bold(title, context.hasColour) << '\n';
+    }
+    writeLine(*job, columns, disabled, context);
+    previous = job.get();
+  }
+}
+
+}  // namespace
+
+int list(Arguments arguments, const Context& context) {
+  const auto parsed = parseArguments(arguments, {{"--system"}, {"--json"}});
+  if (!parsed) return usageError("list", parsed.error().message, context);
+  if (!parsed->operands.empty()) return usageError("list", "it takes no file", context);
+  const Jobs jobs = scan(parsed->has("--system"), context);
+  if (parsed->has("--json")) {
+    writeJson(jobs, context);
+  } else if (jobs.empty()) {
+    context.err << "mirvelctl list: there are no jobs\n";
+  } else {
+    writeGroups(jobs, context);
+  }
+  return Success;
+}
+
+}  // namespace mirvel::ctl

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ctl/Command.h"
+#include "support/TestData.h"
+
+namespace mirvel::ctl {
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+/// Starts commands on a machine that lies in a temporary folder, and has no tools.
+class CommandFixture : public testing::Test {
+ protected:
+  Outcome start(const std::vector<std::string>& arguments, const std::string& input = {}) {
+    std::istringstream in(input);
+    std::ostringstream err;
+    out.str({});
+    const Localize localize("en");
+    const lint::Surroundings surroundings{.exists = [](const std::string&) { return true; }};
+    const Machine machine{
+        .roots = roots(), .environment = environment, .runner = runner, .userName = [] { return "Anna Example"; }};
+    const int status = run(arguments, {.in = in,
+                                       .out = out,
+                                       .err = err,
+                                       .isTerminal = isTerminal,
+                                       .hasColour = isTerminal,
+                                       .localize = localize,
+                                       .surroundings = surroundings,
+                                       .machine = machine});
+    return {status, out.str(), err.str()};
+  }
+
+  Roots roots() const {
+    const auto& root = folder.path();
+    return {.home = root / "home",
+            .userLibrary = root / "user",
+            .applicationSupport = root / "support",
+            .localLibrary = root / "local",
+            .systemLibrary = root / "system",
+            .defaultsFile = root / "preferences.plist",
+            .localApplications = root / "applications",
+            .ownAutostart = root / "own",
+            .installedAutostart = {root / "installed"}};
+  }
+
+  std::string file(const std::string& name, const std::string& content) { return folder.write(name, content).string(); }
+
+  testdata::TemporaryFolder folder;
+  Environment environment{{"PATH", folder.path() / "bin"}};
+  std::ostringstream out;
+  bool isTerminal = false;
+
+ private:
+  class NoTools final : public ProcessRunner {
+   public:
+    Result<ProcessResult> run(const std::string&, const std::vector<std::string>&) override {
+      return Error{.code = Error::Code::NotFound, .message = "can't run"};
+    }
+  };
+
+  NoTools runner;
+};
+
+}  // namespace mirvel::ctl
