@@ -57,7 +57,8 @@ void Fetcher::publish(FetchOperation& operation) {
       if (m_program.shell.mainWindow) m_program.shell.mainWindow->validateVisibleItems();
     });
   }
-  if (!operation.jobs) return;
+  // Edits that began during the scan would be lost with their job; a scan follows when they are saved or dropped.
+  if (!operation.jobs || m_program.state.hasUnsavedChanges) return;
   Jobs found = *std::move(operation.jobs);
   if (ModeType* mode = m_program.currentMode()) {
     if (m_program.state.filterString.empty()) {

@@ -32,10 +32,21 @@ bool isSettled(const JobFolder::Stamp& stamp) {
 
 }  // namespace
 
+FetchOperation::FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanTools& tools)
+    : m_settings(std::move(settings)), m_tools(tools) {
+  m_oldChecksums.reserve(oldJobs.size());
+  for (const auto& job : oldJobs) m_oldChecksums.push_back(job->checksum);
+}
+
 void FetchOperation::main() {
   if (m_isCancelled) return;
   Jobs found = scan();
-  if (!m_isCancelled && !areEqual(found, m_oldJobs)) jobs = std::move(found);
+  if (!m_isCancelled && !isOld(found)) jobs = std::move(found);
+}
+
+bool FetchOperation::isOld(const Jobs& found) const {
+  return std::equal(found.begin(), found.end(), m_oldChecksums.begin(), m_oldChecksums.end(),
+                    [](const auto& job, const std::string& checksum) { return job->checksum == checksum; });
 }
 
 Jobs FetchOperation::scan() {

@@ -3,6 +3,8 @@
 #include <atomic>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "core/catalogue/EmbeddedList.h"
 #include "core/catalogue/FileCache.h"
@@ -27,10 +29,9 @@ struct ScanTools {
 /// One scan of all job folders.
 class FetchOperation {
  public:
-  /// `oldJobs` is the catalogue at this moment; only the checksums of its jobs are read. The tools outlive the
-  /// operation.
-  FetchOperation(Jobs oldJobs, ScanSettings settings, ScanTools& tools)
-      : m_oldJobs(std::move(oldJobs)), m_settings(std::move(settings)), m_tools(tools) {}
+  /// `oldJobs` is the catalogue at this moment, of which only the checksums are kept. To be made on the main thread,
+  /// which alone may touch these jobs. The tools outlive the operation.
+  FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanTools& tools);
 
   /// Ends the scan at its next step, with nothing found. From any thread.
   void cancel() { m_isCancelled = true; }
@@ -51,7 +52,9 @@ class FetchOperation {
   std::optional<std::string> dataOf(const JobFolder& folder, const std::string& name, const URL& url);
   void sortByName(Jobs& jobs) const;
 
-  Jobs m_oldJobs;
+  bool isOld(const Jobs& found) const;
+
+  std::vector<std::string> m_oldChecksums;
   ScanSettings m_settings;
   ScanTools& m_tools;
   bool m_isCaching = true;

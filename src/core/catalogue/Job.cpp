@@ -35,7 +35,7 @@ std::optional<Image> Job::displayIcon(const Localize& localize) const {
 }
 
 std::optional<std::string> Job::iconStoreName() const {
-  const auto digest = Data::sha256Digest(url.path().native());
+  const auto digest = Data::sha256Digest(url.text());
   return digest ? std::optional(Data::hexString(*digest)) : std::nullopt;
 }
 

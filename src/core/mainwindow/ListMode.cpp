@@ -8,6 +8,16 @@
 
 namespace mirvel {
 
+namespace {
+
+/// Copies of one file are equal jobs, and stand in different rows all the same.
+bool haveSameRows(const Jobs& a, const Jobs& b) {
+  return areEqual(a, b) &&
+         std::equal(a.begin(), a.end(), b.begin(), [](const auto& x, const auto& y) { return x->url.equalTo(y->url); });
+}
+
+}  // namespace
+
 ListMode::ListMode(Program& program, ListTableType& table)
     : m_program(program), m_table(table), m_guard(program), m_delay(program.platform.mainQueue) {
   m_program.shell.modes.at(static_cast<std::size_t>(Mode::list)) = this;
@@ -57,9 +67,9 @@ void ListMode::select(const std::shared_ptr<Job>& job) {
 
 void ListMode::update(const Jobs& jobs) {
   // Equal jobs keep their rows, and the rows get the jobs that are now in the catalogue.
-  const bool isChanged = !areEqual(jobs, content());
+  const bool keepsRows = haveSameRows(jobs, content());
   m_content = jobs;
-  if (isChanged) sort();
+  if (!keepsRows) sort();
   m_table.reload();
 }
 

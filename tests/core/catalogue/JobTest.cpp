@@ -1,0 +1,70 @@
+#include "core/catalogue/Job.h"
+
+#include <gtest/gtest.h>
+
+#include "core/catalogue/Launchd.h"
+#include "core/support/Digest.h"
+#include "support/JobText.h"
+#include "support/RecordingConsole.h"
+
+namespace mirvel {
+namespace {
+
+Job job(const std::string& checksum, const std::string& path = "/a/job.plist") {
+  return {Kind::userAgent, "job", "summary", checksum, URL::file(path)};
+}
+
+TEST(JobTest, TheChecksumAloneIsTheIdentity) {
+  EXPECT_EQ(job("same", "/a"), Job(Kind::systemDaemon, "other", "", "same", URL::file("/b")));
+  EXPECT_FALSE(job("same") == job("other"));
+
+  const auto list = [](const std::vector<std::string>& checksums) {
+    Jobs jobs;
+    for (const auto& sum : checksums) {
+      jobs.push_back(std::make_shared<Job>(Kind::userAgent, "job", "", sum, URL::file("/a")));
+    }
+    return jobs;
+  };
+  EXPECT_TRUE(areEqual(list({"a", "b"}), list({"a", "b"})));
+  for (const auto& other : {list({"b", "a"}), list({"a"}), list({"a", "b", "c"}), list({"a", ""}), list({})}) {
+    EXPECT_FALSE(areEqual(list({"a", "b"}), other));
+  }
+}
+
+TEST(JobTest, AJobThatMovesKeepsItsOriginAndRunsNothingByItself) {
+  Job moved = job("sum");
+  moved.kind = Kind::localDaemon;
+  EXPECT_EQ(moved.originalKind, Kind::userAgent);
+  EXPECT_EQ(moved.run(), "");
+}
+
+TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
+  Job plain = job("sum");
+  plain.updateCustomIconDigest();
+  EXPECT_FALSE(plain.customIconDigest);
+
+  Job own = job("sum", "abc");
+  own.customIcon = Image::named("star");
+  own.updateCustomIconDigest();
+  EXPECT_EQ(own.customIconDigest, "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+  own.url = URL::file("/else");
+  own.updateCustomIconDigest();
+  EXPECT_EQ(own.customIconDigest, Data::hexString(*Data::sha256Digest("/else")));
+
+  const Job address(Kind::loginItemSystemPreferences, "x", "", "sum", URL::address("LoginItem.x"));
+  EXPECT_EQ(address.iconStoreName(), Data::hexString(*Data::sha256Digest("LoginItem.x")))
+      << "or all login items would share one icon";
+}
+
+TEST(JobTest, TheTextOfASortKeyFollowsAnEditedRecord) {
+  const Collator collator("en");
+  testdata::RecordingConsole console;
+  const auto launchd = Launchd::read(testdata::jobText("a", {{"Program", "/z"}}), URL::file("/a"), Kind::userAgent,
+                                     Launchd::Source::File, {}, console);
+  EXPECT_EQ(launchd->sortKey(Job::SortText::Run, collator), collator.sortKey("/z"));
+  launchd->plist().run = "/b";
+  EXPECT_EQ(launchd->sortKey(Job::SortText::Run, collator), collator.sortKey("/b"));
+}
+
+}  // namespace
+}  // namespace mirvel

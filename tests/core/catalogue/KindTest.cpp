@@ -1,0 +1,108 @@
+#include "core/catalogue/Kind.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "core/catalogue/KindTexts.h"
+#include "core/support/Bidirectional.h"
+#include "support/FakeWorkspace.h"
+#include "support/TestData.h"
+
+namespace mirvel {
+namespace {
+
+using testdata::FakeWorkspace;
+using testdata::TemporaryFolder;
+
+TEST(KindTest, EachKindHasItsFolderAndItsRights) {
+  const Roots roots{"/home", "/user", "/support", "/local", "/system", "/defaults"};
+  using Info = Kind::InfoName;
+  const struct {
+    int rawValue;
+    const char* name;
+    std::optional<std::filesystem::path> folder;
+    Info info;
+    bool isEditable;
+    bool isEditableByPermission;
+  } table[] = {
+      {0, "userAgent", "/user/LaunchAgents", Info::launchd, true, true},
+      {1, "localAgent", "/local/LaunchAgents", Info::launchd, true, true},
+      {2, "localDaemon", "/local/LaunchDaemons", Info::launchd, true, true},
+      {3, "loginItemSystemPreferences", std::nullopt, Info::loginItem, false, false},
+      {4, "loginItemApplication", std::nullopt, Info::loginItem, false, false},
+      {5, "localStartupItem", "/local/StartupItems", Info::startupItem, false, false},
+      {6, "systemAgent", "/system/LaunchAgents", Info::launchd, false, true},
+      {7, "systemDaemon", "/system/LaunchDaemons", Info::launchd, false, true},
+      {8, "systemStartupItem", "/system/StartupItems", Info::startupItem, false, false},
+      {9, "privilegedHelperTool", "/local/PrivilegedHelperTools", Info::privilegedHelperTool, false, false},
+  };
+  ASSERT_EQ(std::size(table), Kind::allCases.size());
+  for (const auto& row : table) {
+    const auto kind = Kind::fromRawValue(row.rawValue);
+    ASSERT_TRUE(kind) << row.rawValue;
+    EXPECT_EQ(Kind::allCases.at(static_cast<std::size_t>(row.rawValue)), *kind);
+    EXPECT_EQ(kind->name(), row.name);
+    EXPECT_EQ(kind->folderURL(roots), row.folder) << row.name;
+    EXPECT_EQ(kind->infoName(), row.info) << row.name;
+    EXPECT_EQ(kind->isLaunchd(), row.info == Info::launchd) << row.name;
+    EXPECT_EQ(kind->isEditable(false), row.isEditable) << row.name;
+    EXPECT_EQ(kind->isEditable(true), row.isEditableByPermission) << row.name;
+    const auto& visible = Kind::visibleKinds;
+    EXPECT_EQ(std::count(visible.begin(), visible.end(), *kind), kind->isSystem() ? 0 : 1) << row.name;
+  }
+  EXPECT_FALSE(Kind::fromRawValue(-1));
+  EXPECT_FALSE(Kind::fromRawValue(10));
+}
+
+class KindTextsTest : public testing::Test {
+ protected:
+  TemporaryFolder folder;
+  Defaults defaults{folder.path() / "preferences.plist"};
+  FakeWorkspace workspace;
+};
+
+TEST_F(KindTextsTest, TitlesNameWhoTheJobsRunForOrWhatTheyAre) {
+  const Localize english("en");
+  KindTexts texts(english, defaults, workspace);
+  const std::pair<Kind, const char*> table[] = {
+      {Kind::userAgent, "Ada Lovelace"},
+      {Kind::localAgent, "Everyone"},
+      {Kind::localDaemon, "root"},
+      {Kind::loginItemSystemPreferences, "Login Items – System Settings"},
+      {Kind::loginItemApplication, "Login Items – Application"},
+      {Kind::localStartupItem, "StartupItems"},
+      {Kind::systemAgent, "Agents – System"},
+      {Kind::systemDaemon, "Daemons – System"},
+      {Kind::systemStartupItem, "StartupItems – System"},
+      {Kind::privilegedHelperTool, "PrivilegedHelperTools"},
+  };
+  for (const auto& [kind, title] : table) EXPECT_EQ(texts.title(kind), title);
+}
+
+TEST_F(KindTextsTest, TheSettingsApplicationGivesItsOwnNameAndIcon) {
+  workspace.applications = {{"System Settings", "/Applications/System Settings.app"}};
+  workspace.displayNames = {{"/Applications/System Settings.app", "Systemeinstellungen.app"}};
+  const Localize english("en");
+  KindTexts texts(english, defaults, workspace);
+  EXPECT_EQ(texts.title(Kind::loginItemSystemPreferences), "Login Items – Systemeinstellungen");
+  EXPECT_EQ(texts.icon(Kind::loginItemSystemPreferences), Image::iconOfPath("/Applications/System Settings.app"));
+}
+
+TEST_F(KindTextsTest, TheLockIsThatOfTheStart) {
+  const Localize english("en");
+  KindTexts before(english, defaults, workspace);
+  EXPECT_EQ(before.icon(Kind::systemAgent), Image::named("changes-prevent"));
+  ASSERT_TRUE(defaults.set(Defaults::Key::editSystemJobs, true));
+  EXPECT_EQ(before.icon(Kind::systemAgent), Image::named("changes-prevent"));
+  KindTexts after(english, defaults, workspace);
+  EXPECT_EQ(after.icon(Kind::systemAgent), Image::named("changes-allow"));
+}
+
+TEST_F(KindTextsTest, PartsOfATitleKeepTheirOrderFromRightToLeft) {
+  EXPECT_EQ(bidirectionalString({"Agents", "System"}, " – ", false), "Agents – System");
+  EXPECT_EQ(bidirectionalString({"Agents", "System"}, " – ", true), "\u200F\u2068Agents\u2069 – \u2068System\u2069");
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,166 @@
+#include "core/catalogue/Launchd.h"
+
+#include <gtest/gtest.h>
+
+#include "core/propertylist/Reader.h"
+#include "core/support/Digest.h"
+#include "support/JobText.h"
+#include "support/RecordingConsole.h"
+#include "support/TestData.h"
+
+namespace mirvel {
+namespace {
+
+using launchd::Plist;
+using plist::Array;
+using plist::Dictionary;
+using testdata::jobText;
+
+class LaunchdReaderTest : public testing::Test {
+ protected:
+  std::shared_ptr<Launchd> read(const std::string& data, Kind kind = Kind::userAgent,
+                                Launchd::Source source = Launchd::Source::File) {
+    return Launchd::read(data, URL::file(file), kind, source, settings, console);
+  }
+
+  ScanSettings settings{
+      .roots = Roots::ofMac("/Users/x"), .osascript = "/usr/bin/osascript", .scriptEditor = "/Editor"};
+  testdata::RecordingConsole console;
+  std::string file = "/jobs/a.plist";
+};
+
+TEST_F(LaunchdReaderTest, TheSummaryIsTheCommandWithAShortTool) {
+  const struct {
+    Dictionary keys;
+    const char* summary;
+  } table[] = {
+      {{}, ""},
+      {{{"Program", "/usr/bin/rsync"}, {"ProgramArguments", Array{"rsync", "-a", "/Users/x/a"}}}, "rsync -a ~/a"},
+      {{{"Program", "/bin/sh"}, {"ProgramArguments", Array{"sh"}}}, "sh"},
+      {{{"Program", "/bin/sh"}, {"ProgramArguments", Array{"/bin/sh"}}}, "sh /bin/sh"},
+      {{{"Program", "/bin/sh"}}, "sh"},
+      {{{"Program", "/bin/sh"}, {"ProgramArguments", Array{}}}, "sh"},
+      {{{"ProgramArguments", Array{"/bin/sh", "/bin/ls", "/bin/sh"}}}, "sh /bin/ls /bin/sh"},
+      {{{"ProgramArguments", Array{"", "/opt/tool", "/opt/x"}}}, "tool /opt/x"},
+      {{{"ProgramArguments", Array{"/Users/x"}}}, "x"},
+      {{{"ProgramArguments", Array{"/bin/ls", "/Users/x", "/Users/xy"}}}, "ls ~ /Users/xy"},
+  };
+  for (const auto& row : table) EXPECT_EQ(read(jobText("a", row.keys))->summary, row.summary);
+}
+
+TEST_F(LaunchdReaderTest, TheIconIsThatOfTheToolOrOfTheBundleAroundIt) {
+  const std::pair<const char*, std::optional<std::string>> table[] = {
+      {"/usr/bin/rsync", "/usr/bin/rsync"},
+      {"rsync", std::nullopt},
+      {"./rsync.sh", std::nullopt},
+      {"/usr/bin/osascript", "/Editor"},
+      {"/Applications/Foo.app/Contents/MacOS/foo", "/Applications/Foo.app"},
+      {"/Applications/Foo.app/Contents/Bar.app/bar", "/Applications/Foo.app/Contents/Bar.app"},
+      {"/opt/tool.sh", "/opt/tool.sh"},
+      {"/opt/v1.2/tool", "/opt/v1.2"},
+      {"/Users/x/.local/bin/tool", std::nullopt},
+      {"/opt/tool.", std::nullopt},
+      {"/.", std::nullopt},
+      {"//./..", std::nullopt},
+      {"//opt/x.d//tool", "//opt/x.d"},
+      {"/", "/"},
+  };
+  for (const auto& [tool, icon] : table) EXPECT_EQ(launchdIconPath(tool, settings), icon) << tool;
+  EXPECT_EQ(launchdIconPath(std::nullopt, settings), std::nullopt);
+
+  const auto script = read(jobText("a", {{"ProgramArguments", Array{"/usr/bin/osascript", "-e", "beep"}}}));
+  EXPECT_EQ(script->icon, Image::iconOfPath("/Editor"));
+  settings.scriptEditor.reset();
+  const auto plain = read(jobText("a", {{"ProgramArguments", Array{"/usr/bin/osascript", "-e", "beep"}}}));
+  EXPECT_FALSE(plain->iconPath);
+  EXPECT_EQ(plain->icon, Image::iconOfPath(file)) << "of the job file, for want of a better one";
+}
+
+TEST_F(LaunchdReaderTest, TheChecksumIsThatOfTheBytesAndTheTextIsTheFile) {
+  const std::string text = jobText("Ünï");
+  const std::string binary = plist::writeBinary(Dictionary{{"Label", "a"}});
+  for (const std::string& data : {text, binary, text + "\n"}) {
+    const auto job = read(data);
+    ASSERT_TRUE(job);
+    EXPECT_EQ(job->checksum, String::toBase64(*Data::sha256Digest(data)));
+    EXPECT_EQ(job->textContent, data == binary ? "" : data);
+  }
+  EXPECT_TRUE(console.printed.empty());
+}
+
+TEST_F(LaunchdReaderTest, BadFilesGiveALineAndNoJob) {
+  const struct {
+    std::string data;
+    const char* line;
+  } table[] = {
+      {"", "Error in: /jobs/a.plist\n"},
+      {"no list", "Error in: /jobs/a.plist\n"},
+      {jobText("a").substr(0, 120), "Error in: /jobs/a.plist\nline "},
+      {*plist::writeXml(Array{"Label", "a"}), "Error in: /jobs/a.plist\n"},
+      {*plist::writeXml(Dictionary{{"Program", "/bin/ls"}}), "Error in: /jobs/a.plist\nLabel not found"},
+      {jobText("a", {{"RunAtLoad", "yes"}}), "Error in: /jobs/a.plist\nRunAtLoad: holds "},
+      {jobText("a", {{"StartCalendarInterval", true}}), "/jobs/a.plist: Start calendar interval type error: "},
+      {jobText("a", {{"LimitLoadToSessionType", true}}), "/jobs/a.plist: Limit load to session type error: "},
+  };
+  for (const auto& row : table) {
+    console.printed.clear();
+    EXPECT_FALSE(read(row.data)) << row.line;
+    ASSERT_EQ(console.printed.size(), 1U) << row.line;
+    EXPECT_TRUE(console.printed[0].starts_with(row.line)) << console.printed[0];
+  }
+  EXPECT_TRUE(console.logged.empty());
+}
+
+TEST_F(LaunchdReaderTest, InternalHelpersAreHiddenOrAtLeastNotEdited) {
+  EXPECT_FALSE(read(jobText("app.mirvel.helper")));
+  EXPECT_TRUE(console.printed.empty());
+  EXPECT_TRUE(read(jobText("app.mirvelous"))->isEditable) << "another's";
+  settings.showInternalHelpers = true;
+  EXPECT_FALSE(read(jobText("app.mirvel.helper"))->isEditable);
+}
+
+TEST_F(LaunchdReaderTest, SystemJobsAreEditableByPermissionWhenTheyAreRead) {
+  const auto before = read(jobText("a"), Kind::systemAgent);
+  settings.editSystemJobs = true;
+  EXPECT_FALSE(before->isEditable);
+  EXPECT_TRUE(read(jobText("a"), Kind::systemAgent)->isEditable);
+}
+
+TEST_F(LaunchdReaderTest, OnlyADisabledJobIsMarked) {
+  const Localize english("en");
+  const Image unavailable = statusImage(false, english);
+  EXPECT_EQ(unavailable.accessibilityDescription, "Disabled");
+  const std::pair<Dictionary, Image> table[] = {
+      {{{"ProgramArguments", Array{"/bin/ls"}}}, Image::iconOfPath("/bin/ls")},
+      {{{"ProgramArguments", Array{"/bin/ls"}}, {"Disabled", false}}, Image::iconOfPath("/bin/ls")},
+      {{{"ProgramArguments", Array{"/bin/ls"}}, {"Disabled", true}}, unavailable},
+  };
+  for (const auto& [keys, icon] : table) {
+    const auto job = read(jobText("a", keys));
+    EXPECT_EQ(job->displayIcon(english), icon);
+    job->customIcon = Image::named("star");
+    EXPECT_EQ(job->displayIcon(english), Image::named("star"));
+  }
+}
+
+TEST_F(LaunchdReaderTest, TheFileThatStandsThereGivesTheUnknownKeys) {
+  testdata::TemporaryFolder folder;
+  file = folder.write("a.plist", jobText("standing", {{"Odd", "standing"}}));
+  const std::string imported = jobText("imported", {{"Odd", "imported"}, {"Even", "imported"}});
+  const auto unknown = [&](Launchd::Source source) {
+    return read(imported, Kind::userAgent, source)->plistDictionary();
+  };
+  EXPECT_EQ(unknown(Launchd::Source::File),
+            (Dictionary{{"Label", "imported"}, {"Odd", "imported"}, {"Even", "imported"}}));
+  EXPECT_EQ(unknown(Launchd::Source::Elsewhere), (Dictionary{{"Label", "imported"}, {"Odd", "standing"}}));
+
+  for (const char* standing : {"no list", "<plist><array/></plist>", ""}) {
+    (void)folder.write("a.plist", standing);
+    EXPECT_EQ(unknown(Launchd::Source::Elsewhere), unknown(Launchd::Source::File)) << standing;
+  }
+  file = folder.path() / "none" / "a.plist";
+  EXPECT_EQ(unknown(Launchd::Source::Elsewhere), unknown(Launchd::Source::File));
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,281 @@
+#include "core/mainwindow/ListMode.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/catalogue/Launchd.h"
+#include "core/mainwindow/JobMenu.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+using Column::List;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Names = std::vector<std::string>;
+
+class RecordingTable final : public ListTableType {
+ public:
+  std::optional<std::size_t> marked;
+  std::optional<std::size_t> scrolledTo;
+  int reloads = 0;
+  int headers = 0;
+
+  void reload() override {
+    ++reloads;
+    marked.reset();
+  }
+  void mark(std::optional<std::size_t> row) override { marked = row; }
+  void scrollTo(std::size_t row) override { scrolledTo = row; }
+  void prepareHeaders() override { ++headers; }
+};
+
+class ListModeTest : public testdata::ProgramFixture {
+ protected:
+  ListModeTest() { (void)foundation.defaults.setSelectedMode(2); }
+
+  AppState& state() { return program().state; }
+  URL url(const std::string& label) const { return URL::file(path(Kind::userAgent, label + ".plist")); }
+  /// The same job, read another time.
+  std::shared_ptr<Job> launchdCopy(const std::string& label) {
+    return Launchd::read(testdata::bytes(url(label).path()), url(label), Kind::userAgent, Launchd::Source::File,
+                         foundation.scanSettings(), console);
+  }
+  Names rows() { return names(list.content()); }
+  void fill() {
+    writeJob(Kind::userAgent, "a", {{"Program", "/z"}});
+    writeJob(Kind::userAgent, "b", {{"Program", "/y"}});
+    writeJob(Kind::userAgent, "c", {{"Program", "/x"}});
+    scan();
+    shell.events.clear();
+  }
+
+  testdata::RecordingShell shell{program()};
+  RecordingTable table;
+  ListMode list{program(), table};
+};
+
+TEST_F(ListModeTest, CellsTellWhatTheJobIs) {
+  writeJob(Kind::userAgent, "on", {{"Program", "/bin/ls"}, {"KeepAlive", false}, {"StartInterval", 5}});
+  writeJob(Kind::userAgent, "off", {{"Disabled", true}});
+  loginItems.ownItems = {{"item", "/Applications/Item.app", {}, {}}};
+  scan();
+  const auto row = [&](const std::string& name) {
+    const Names all = rows();
+    return static_cast<std::size_t>(std::find(all.begin(), all.end(), name) - all.begin());
+  };
+  const auto isMark = [&](const std::string& name, bool isEnabled) {
+    return list.cell(List::enabled, row(name)).image == statusImage(isEnabled, foundation.localize);
+  };
+  EXPECT_EQ(list.cell(List::name, row("on")).text, "on");
+  EXPECT_EQ(list.cell(List::name, row("on")).toolTip, "on");
+  EXPECT_EQ(list.cell(List::summary, row("on")).text, "ls");
+  EXPECT_EQ(list.cell(List::run, row("on")).text, "/bin/ls");
+  EXPECT_EQ(list.cell(List::run, row("on")).toolTip, "/bin/ls");
+  EXPECT_EQ(list.cell(List::run, row("item")).text, "/Applications/Item.app");
+  EXPECT_EQ(list.cell(List::kind, row("on")).toolTip, "Ada Lovelace");
+  EXPECT_EQ(list.cell(List::kind, row("on")).image->accessibilityDescription, "Ada Lovelace");
+  for (const List column : {List::name, List::summary, List::run}) {
+    EXPECT_FALSE(list.cell(column, row("on")).isSecondary);
+    EXPECT_TRUE(list.cell(column, row("off")).isSecondary);
+    EXPECT_FALSE(list.cell(column, row("item")).isSecondary);
+  }
+  EXPECT_TRUE(isMark("on", true) && isMark("off", false) && isMark("item", true));
+  EXPECT_EQ(list.cell(List::keepAlive, row("on")).isChecked, true) << "present, whatever it holds";
+  EXPECT_EQ(list.cell(List::keepAlive, row("off")).isChecked, false);
+  EXPECT_EQ(list.cell(List::scheduled, row("on")).isChecked, true);
+  EXPECT_EQ(list.cell(List::scheduled, row("off")).isChecked, false);
+  EXPECT_EQ(list.cell(List::scheduled, row("item")).isChecked, false);
+  EXPECT_FALSE(list.cell(List::name, row("on")).isChecked);
+
+  const ListCell beyond = list.cell(List::name, 3);
+  EXPECT_TRUE(beyond.text.empty() && !beyond.image && !beyond.isChecked);
+}
+
+TEST_F(ListModeTest, ColumnsAreFoundByIdentifierAndNamedInTheUsersLanguage) {
+  const char* titles[] = {"Name", "Summary", "Kind", "Enabled", "Relaunch", "Scheduled", "Run"};
+  for (const List column : Column::allList) {
+    EXPECT_EQ(Column::column(Column::identifier(column)), column);
+    EXPECT_EQ(Column::title(column, foundation.localize), titles[static_cast<int>(column)]);
+  }
+  EXPECT_FALSE(Column::column(""));
+  EXPECT_FALSE(Column::column("Name"));
+}
+
+TEST_F(ListModeTest, TheFirstDescriptorOfAKnownColumnSorts) {
+  fill();
+  list.setSortDescriptors({{"run", true}, {"name", true}});
+  EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
+  EXPECT_EQ(table.headers, 0);
+  queue.runFor(0.02);
+  EXPECT_EQ(table.headers, 1);
+  list.setSortDescriptors({{"odd", false}, {"name", true}});
+  EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
+  list.setSortDescriptors({});
+  EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
+  list.setSortDescriptors({{"name", false}});
+  EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
+  list.setSortDescriptors({{"name", true}});
+  EXPECT_EQ(rows(), (Names{"a", "b", "c"}));
+}
+
+TEST_F(ListModeTest, ASortKeepsTheSelectedJobInSight) {
+  fill();
+  state().selectedJob = jobNamed("a");
+  list.setSortDescriptors({{"run", true}});
+  EXPECT_EQ(table.marked, 2U);
+  EXPECT_EQ(table.scrolledTo, 2U);
+}
+
+TEST_F(ListModeTest, HeadersArentPreparedForATableThatHasGone) {
+  auto ending = std::make_unique<ListMode>(program(), table);
+  ending->setSortDescriptors({{"name", true}});
+  ending.reset();
+  queue.runFor(1);
+  EXPECT_EQ(table.headers, 0);
+  EXPECT_EQ(program().shell.modes[2], nullptr);
+}
+
+TEST_F(ListModeTest, ARefreshKeepsTheOrderOfTheUser) {
+  fill();
+  list.setSortDescriptors({{"run", true}});
+  writeJob(Kind::userAgent, "d", {{"Program", "/xx"}});
+  scan();
+  EXPECT_EQ(rows(), (Names{"c", "d", "b", "a"})) << "sorted in";
+  const int reloads = table.reloads;
+  const Jobs before = list.content();
+  list.update(before);
+  EXPECT_EQ(list.content(), before);
+  EXPECT_EQ(table.reloads, reloads + 1);
+}
+
+TEST_F(ListModeTest, CopiesOfOneFileKeepTheOrderOfTheUserToo) {
+  writeJob(Kind::userAgent, "same");
+  writeJob(Kind::localAgent, "same");
+  scan();
+  list.setSortDescriptors({{"kind", false}});
+  list.update(state().jobs);  // equal by checksum, row by row, to the rows the other way round
+  EXPECT_EQ(list.content()[0]->kind, Kind::localAgent);
+}
+
+TEST_F(ListModeTest, SelectByURLMarksTheRowAndSelectsTheJobOfTheCatalogue) {
+  fill();
+  const Jobs catalogue = state().jobs;
+  list.update({launchdCopy("b"), launchdCopy("c")});
+  list.select(url("a"));
+  EXPECT_FALSE(table.marked) << "hidden";
+  EXPECT_FALSE(state().selectedJob);
+
+  list.select(URL::file(path(Kind::userAgent) / "." / "c.plist"));
+  EXPECT_EQ(table.marked, 1U);
+  EXPECT_EQ(table.scrolledTo, 1U);
+  EXPECT_EQ(state().selectedJob, catalogue[2]);
+  EXPECT_THAT(shell.events, ElementsAre("title Mirvel – c", "updateDetail"));
+
+  state().hasUnsavedChanges = true;
+  list.select(url("b"));
+  EXPECT_EQ(table.marked, 0U);
+  EXPECT_EQ(state().selectedJob, catalogue[2]);
+  list.selectionDidChange(0);
+  EXPECT_EQ(state().selectedJob, catalogue[2]);
+}
+
+TEST_F(ListModeTest, SelectByJobMarksThatVeryJobAndNoMore) {
+  fill();
+  list.select(jobNamed("b"));
+  EXPECT_EQ(table.marked, 1U);
+  table.marked.reset();
+  list.select(launchdCopy("c"));
+  EXPECT_FALSE(table.marked);
+  EXPECT_FALSE(state().selectedJob);
+  EXPECT_THAT(shell.events, IsEmpty());
+}
+
+TEST_F(ListModeTest, AClickSelectsTheJobOfItsRow) {
+  fill();
+  list.setSortDescriptors({{"run", true}});
+  list.selectionDidChange(0);
+  EXPECT_EQ(state().selectedJob, jobNamed("c"));
+  list.selectionDidChange(3);
+  list.selectionDidChange(static_cast<std::size_t>(-1));
+  EXPECT_EQ(state().selectedJob, jobNamed("c"));
+}
+
+TEST_F(ListModeTest, DeselectLeavesTheSelectedJob) {
+  fill();
+  list.select(url("a"));
+  shell.events.clear();
+  list.deselect();
+  EXPECT_FALSE(table.marked);
+  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
+  EXPECT_TRUE(state().selectedJob);
+}
+
+TEST_F(ListModeTest, TheMenuHoldsWhatCanBeDoneWithTheJob) {
+  writeJob(Kind::userAgent, "agent");
+  writeJob(Kind::systemAgent, "system");
+  loginItems.ownItems = {{"own", "/own", {}, {}}};
+  loginItems.bundledItems = {{"bundled", "x", "/x", "/bundled.app", {}}};
+  ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
+  scan();
+  const auto choose = [](const JobMenu& menu, const std::string& title) {
+    for (const auto& item : menu.items()) {
+      if (item.title == title) item.action();
+    }
+  };
+  const auto titles = [&](std::size_t row) {
+    Names result;
+    const JobMenu menu = list.menuForRow(row);
+    for (const auto& item : menu.items()) result.push_back(item.title);
+    return result;
+  };
+  const std::string reveal = foundation.localize.revealInFinder();
+  EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal)) << "nobody there to delete";
+  Names deleted;
+  program().shell.confirmDelete = [&](const auto& job) { deleted.push_back(job->name); };
+  EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal, "Delete"));
+  EXPECT_THAT(titles(1), ElementsAre("own", "", reveal, "Delete"));
+  EXPECT_THAT(titles(2), ElementsAre("bundled", "", reveal, "Open"));
+  EXPECT_THAT(titles(3), ElementsAre("system", "", reveal));
+  EXPECT_THAT(titles(4), IsEmpty());
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
+  EXPECT_THAT(titles(3), ElementsAre("system", "", reveal, "Delete"));
+
+  EXPECT_EQ(list.menuForRow(0).items()[0].type, JobMenu::Item::Type::Title);
+  for (const std::size_t row : {0U, 1U, 2U}) choose(list.menuForRow(row), reveal);
+  choose(list.menuForRow(2), "Open");
+  choose(list.menuForRow(0), "Delete");
+  EXPECT_THAT(workspace.deeds,
+              ElementsAre("reveal " + url("agent").text(),
+                          "open " + (roots.systemLibrary / "PreferencePanes/Accounts.prefPane").string(),
+                          "reveal /bundled.app", "open /bundled.app"));
+  EXPECT_EQ(deleted, Names{"agent"});
+
+  state().hasUnsavedChanges = true;
+  EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal));
+  state().jobs[0]->isNewFile = true;
+  EXPECT_THAT(titles(0), IsEmpty());
+}
+
+TEST_F(ListModeTest, TheFirstOfTheDraggedRowsDecides) {
+  fill();
+  loginItems.ownItems = {{"own", "/own", {}, {}}};
+  scan();
+  EXPECT_EQ(list.dragRows({1, 0})->text(), url("b").text());
+  EXPECT_EQ(list.dragRows({1, 99})->text(), url("b").text());
+  EXPECT_FALSE(list.dragRows({3, 0})) << "a login item";
+  EXPECT_FALSE(list.dragRows({99, 0}));
+  EXPECT_FALSE(list.dragRows({}));
+}
+
+TEST_F(ListModeTest, TheLastVisibleColumnStays) {
+  EXPECT_EQ(toggled({List::name, List::run}, List::name), std::vector{List::run});
+  EXPECT_EQ(toggled({List::run}, List::name), (std::vector{List::name, List::run}));
+  EXPECT_EQ(toggled({List::name, List::run}, List::kind), (std::vector{List::name, List::kind, List::run}));
+  EXPECT_EQ(toggled({List::run}, List::run), std::nullopt);
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,100 @@
+#include "core/mainwindow/ModeRules.h"
+
+#include <gtest/gtest.h>
+
+#include "support/ProgramFixture.h"
+
+namespace mirvel {
+namespace {
+
+class ModeRulesTest : public testdata::ProgramFixture {
+ protected:
+  AppState& state() { return program().state; }
+  static std::shared_ptr<Job> job(Kind kind) { return std::make_shared<Job>(kind, "job", "", "", URL::file("/job")); }
+};
+
+TEST_F(ModeRulesTest, TheSelectionIsGuardedWithOneQuestion) {
+  SelectionGuard guard(program());
+  SelectionGuard otherGuard(program());
+  enum { Clean, Unsaved, Busy, UnsavedAndBusy };
+  const struct {
+    int state;
+    bool mayChange;
+    std::size_t questions;
+  } steps[] = {
+      {Clean, true, 0}, {Busy, false, 0},    {UnsavedAndBusy, false, 0}, {Unsaved, false, 1}, {Unsaved, false, 1},
+      {Busy, false, 1}, {Unsaved, false, 1}, {Clean, true, 1},           {Unsaved, false, 2}, {Unsaved, false, 2},
+  };
+  for (const auto& step : steps) {
+    state().hasUnsavedChanges = step.state == Unsaved || step.state == UnsavedAndBusy;
+    state().isBusy = step.state == Busy || step.state == UnsavedAndBusy;
+    EXPECT_EQ(guard.mayChange(), step.mayChange);
+    EXPECT_EQ(interface.sheets.size(), step.questions);
+  }
+  EXPECT_FALSE(otherGuard.mayChange());
+  EXPECT_EQ(interface.sheets.size(), 3U) << "each mode asks for itself";
+}
+
+TEST_F(ModeRulesTest, AnEmptyViewTellsWhyUnlessAFilterMadeItSo) {
+  EXPECT_EQ(emptyStateLabel(program()), "No Items");
+  state().isLoading = true;
+  EXPECT_EQ(emptyStateLabel(program()), "Loading\u2026");
+  state().jobs = {job(Kind::userAgent)};
+  EXPECT_EQ(emptyStateLabel(program()), "Loading\u2026");
+  state().isLoading = false;
+  EXPECT_EQ(emptyStateLabel(program()), std::nullopt);
+}
+
+TEST_F(ModeRulesTest, TheKindDecidesWhatCanBeDraggedAndDeleted) {
+  const struct {
+    Kind kind;
+    bool canDrag;
+    bool canDelete;
+    bool canDeleteByPermission;
+  } table[] = {
+      {Kind::userAgent, true, true, true},
+      {Kind::localAgent, true, true, true},
+      {Kind::localDaemon, true, true, true},
+      {Kind::loginItemSystemPreferences, false, true, true},
+      {Kind::loginItemApplication, false, false, false},
+      {Kind::localStartupItem, false, true, true},
+      {Kind::systemAgent, true, false, true},
+      {Kind::systemDaemon, true, false, true},
+      {Kind::systemStartupItem, false, false, true},
+      {Kind::privilegedHelperTool, false, true, true},
+  };
+  const auto canDelete = [&](Kind kind) { return program().mainWindow.canDeleteJob(*job(kind)); };
+  for (const auto& row : table) {
+    EXPECT_EQ(draggedURL(*job(row.kind)).has_value(), row.canDrag) << row.kind.name();
+    EXPECT_EQ(canDelete(row.kind), row.canDelete) << row.kind.name();
+    state().hasUnsavedChanges = true;
+    EXPECT_FALSE(canDelete(row.kind)) << row.kind.name();
+    state().hasUnsavedChanges = false;
+  }
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
+  for (const auto& row : table) EXPECT_EQ(canDelete(row.kind), row.canDeleteByPermission) << row.kind.name();
+}
+
+TEST_F(ModeRulesTest, TheTitleNamesTheSelectedJob) {
+  EXPECT_EQ(program().mainWindow.title(), "Mirvel");
+  state().selectedJob = job(Kind::userAgent);
+  EXPECT_EQ(program().mainWindow.title(), "Mirvel \u2013 job");
+  state().selectedJob = std::make_shared<Job>(Kind::userAgent, "", "", "", URL::file("/job"));
+  EXPECT_EQ(program().mainWindow.title(), "Mirvel");
+}
+
+TEST_F(ModeRulesTest, AClearedSelectionIsFollowedByAScanUnlessThereAreEdits) {
+  state().hasUnsavedChanges = true;
+  program().mainWindow.selectedJobDidChange();
+  EXPECT_EQ(fetchQueue.count(), 0U);
+  state().hasUnsavedChanges = false;
+  state().selectedJob = job(Kind::userAgent);
+  program().mainWindow.selectedJobDidChange();
+  EXPECT_EQ(fetchQueue.count(), 0U);
+  state().selectedJob.reset();
+  program().mainWindow.selectedJobDidChange();
+  EXPECT_EQ(fetchQueue.count(), 1U);
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/support/AgentSwitch.h"
+#include "support/VirtualQueue.h"
+
+namespace mirvel::testdata {
+
+/// Notes when the agent was switched, and how.
+class FakeAgentSwitch final : public AgentSwitch {
+ public:
+  struct Call {
+    double time;
+    std::string identifier;
+    bool isEnabled;
+  };
+
+  explicit FakeAgentSwitch(const VirtualQueue& clock) : m_clock(clock) {}
+
+  std::vector<Call> calls = {};
+  bool isRefusing = false;
+
+  bool setEnabled(std::string_view identifier, bool isEnabled) override {
+    calls.push_back({m_clock.now(), std::string(identifier), isEnabled});
+    return !isRefusing;
+  }
+
+ private:
+  const VirtualQueue& m_clock;
+};
+
+}  // namespace mirvel::testdata

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "core/catalogue/LoginItems.h"
+
+namespace mirvel::testdata {
+
+/// A platform with these login items.
+class FakeLoginItems final : public LoginItems {
+ public:
+  std::vector<Listed> ownItems;
+  std::vector<Bundled> bundledItems;
+  std::function<void()> whenAsked;  ///< something that happens in the midst of a scan
+
+  std::vector<Listed> listed() override {
+    if (whenAsked) whenAsked();
+    return ownItems;
+  }
+  std::vector<Bundled> bundled() override { return bundledItems; }
+};
+
+}  // namespace mirvel::testdata

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "core/support/Workspace.h"
+
+namespace mirvel::testdata {
+
+/// A desktop that notes what it was asked to do, with what is installed on it and its user's name to be set.
+class FakeWorkspace final : public Workspace {
+ public:
+  std::map<std::string, std::string> applications;  ///< paths by name
+  std::map<std::string, std::string> displayNames;  ///< by path; others are shown by their file name
+  std::set<std::string> damagedImages;              ///< file names
+  std::string userName = "Ada Lovelace";
+  std::vector<std::string> deeds = {};  ///< such as "reveal /a/b"
+
+  bool open(const URL& url) override { return note("open " + url.text()); }
+  bool openAddress(const std::string& address) override { return note("openAddress " + address); }
+  bool reveal(const URL& file) override { return note("reveal " + file.text()); }
+  std::optional<std::string> fullPathForApplication(const std::string& name) override {
+    const auto found = applications.find(name);
+    return found == applications.end() ? std::nullopt : std::optional(found->second);
+  }
+  std::string displayName(const std::filesystem::path& path) override {
+    const auto found = displayNames.find(path);
+    return found == displayNames.end() ? path.filename().string() : found->second;
+  }
+  std::optional<Image> image(const std::filesystem::path& file) override {
+    if (damagedImages.contains(file.filename())) return std::nullopt;
+    return Image::file(file);
+  }
+  std::string fullUserName() override { return userName; }
+  void beep() override { note("beep"); }
+
+ private:
+  bool note(const std::string& deed) {
+    deeds.push_back(deed);
+    return true;
+  }
+};
+
+}  // namespace mirvel::testdata

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/app/Program.h"
+#include "support/FakeAgentSwitch.h"
+#include "support/FakeFolderMonitors.h"
+#include "support/FakeInterface.h"
+#include "support/FakeLoginItems.h"
+#include "support/FakeWorkspace.h"
+#include "support/JobText.h"
+#include "support/RecordingConsole.h"
+#include "support/TestData.h"
+#include "support/VirtualQueue.h"
+
+namespace mirvel::testdata {
+
+/// A machine without any tools.
+class NoTools final : public ProcessRunner {
+ public:
+  Result<ProcessResult> run(const std::string&, const std::vector<std::string>&) override {
+    return Error{.code = Error::Code::NotFound, .message = "no such tool"};
+  }
+};
+
+/// A whole program on an empty machine of its own, in virtual time.
+class ProgramFixture : public testing::Test {
+ protected:
+  /// Made when first asked for, so that a test can lay out the machine before.
+  Program& program() {
+    if (!m_program) m_program = std::make_unique<Program>(foundation, platform);
+    return *m_program;
+  }
+  void endProgram() { m_program.reset(); }
+
+  std::filesystem::path path(Kind kind, const std::string& name = "") const { return *kind.folderURL(roots) / name; }
+  /// Long ago, so that the bytes may be cached.
+  std::filesystem::path write(Kind kind, const std::string& name, const std::string& content) const {
+    const auto file = path(kind, name);
+    (void)folder.write(file.lexically_relative(folder.path()), content);
+    std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+    return file;
+  }
+  std::filesystem::path writeJob(Kind kind, const std::string& label, plist::Dictionary keys = {}) const {
+    return write(kind, label + ".plist", jobText(label, std::move(keys)));
+  }
+
+  /// Runs what is due until there is nothing left.
+  void settle() {
+    do {
+      fetchQueue.runAll();
+      queue.runDue();
+    } while (fetchQueue.count() > 0);
+  }
+  /// A whole scan with its publication.
+  const Jobs& scan() {
+    program().fetcher.fetchJobs();
+    settle();
+    return program().state.jobs;
+  }
+  static std::vector<std::string> names(const Jobs& jobs) {
+    std::vector<std::string> result;
+    for (const auto& job : jobs) result.push_back(job->name);
+    return result;
+  }
+  std::shared_ptr<Job> jobNamed(const std::string& name) {
+    for (const auto& job : program().state.jobs) {
+      if (job->name == name) return job;
+    }
+    throw std::runtime_error("no job " + name);
+  }
+
+  TemporaryFolder folder;
+  const Roots roots{.home = folder.path() / "home",
+                    .userLibrary = folder.path() / "user",
+                    .applicationSupport = folder.path() / "support",
+                    .localLibrary = folder.path() / "local",
+                    .systemLibrary = folder.path() / "system",
+                    .defaultsFile = folder.path() / "preferences.plist"};
+  Foundation foundation{roots, {}, {}, "en"};
+  VirtualQueue queue;
+  ManualWorkQueue fetchQueue;
+  FakeInterface interface { foundation.defaults, foundation.localize };
+  FakeWorkspace workspace;
+  FakeFolderMonitors monitors;
+  NoTools tools;
+  FakeLoginItems loginItems;
+  FakeAgentSwitch agentSwitch{queue};
+  RecordingConsole console;
+  Platform platform{.mainQueue = queue,
+                    .fetchQueue = fetchQueue,
+                    .interface = interface,
+                    .workspace = workspace,
+                    .folderMonitors = monitors,
+                    .processRunner = tools,
+                    .loginItems = loginItems,
+                    .agentSwitch = &agentSwitch,
+                    .console = console};
+
+ private:
+  std::unique_ptr<Program> m_program;
+};
+
+}  // namespace mirvel::testdata

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/app/Program.h"
+
+namespace mirvel::testdata {
+
+/// Everything that a program tells its shell, in order and in one list. Stands in for mode 0, the window, the detail
+/// pane and the editor for as long as it lives.
+class RecordingShell final : public ModeType, public DetailType, public EditType, public MainWindowType {
+ public:
+  explicit RecordingShell(Program& program) : m_program(program) {
+    m_program.shell.modes.front() = this;
+    m_program.shell.detail = this;
+    m_program.shell.edit = this;
+    m_program.shell.mainWindow = this;
+    m_program.shell.terminate = [this] { note("terminate"); };
+  }
+  ~RecordingShell() override { m_program.shell = {}; }
+
+  std::vector<std::string> events = {};
+  Jobs shown = {};
+
+  void note(const std::string& event) { events.push_back(event); }
+  std::size_t count(const std::string& event) const {
+    return static_cast<std::size_t>(std::count(events.begin(), events.end(), event));
+  }
+
+  void select(const URL& url) override {
+    note("select " + url.lastPathComponent());
+    if (const auto job = m_program.state.jobAt(url); job && !m_program.state.hasUnsavedChanges) {
+      m_program.state.selectedJob = job;
+      m_program.mainWindow.selectedJobDidChange();
+    }
+  }
+  void select(const std::shared_ptr<Job>& job) override { note("select job " + job->name); }
+  void update(const Jobs& jobs) override {
+    note("update, catalogue of " + std::to_string(m_program.state.jobs.size()));
+    shown = jobs;
+  }
+  void deselect() override { note("deselect"); }
+  void contextMenu(JobMenu&, const std::shared_ptr<Job>& job) override { note("contextMenu " + job->name); }
+  void reloadJob(const std::shared_ptr<Job>& job) override { note("reloadJob " + job->name); }
+
+  void updateDetail() override { note("updateDetail"); }
+  void clearDetail() override { note("clearDetail"); }
+  void updateIcon() override { note("updateIcon"); }
+
+  void updateButtons() override { note(m_program.state.isBusy ? "busy" : "idle"); }
+  void refreshEditedState() override { note("refreshEditedState"); }
+  void discardEdits() override { note("discardEdits"); }
+
+  void setTitle(const std::string& title) override { note("title " + title); }
+  void setEdited(bool) override {}
+  void validateVisibleItems() override { note("validateVisibleItems"); }
+
+ private:
+  Program& m_program;
+};
+
+}  // namespace mirvel::testdata
