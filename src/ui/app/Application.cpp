@@ -17,6 +17,7 @@ Application::Application(Roots roots, const Environment& environment, const std:
     : m_foundation(std::move(roots), environment, catalogues(), locale),
       m_interface(m_foundation.defaults, m_foundation.localize),
       m_folderMonitors(platformFolderMonitors()),
+      m_processRunner(environment),
       m_loginItems(
           loginItemsOfThisMachine(m_foundation.roots, environment, m_processRunner, m_foundation.commands, locale)),
       m_program(m_foundation, platform()),

@@ -11,7 +11,7 @@
 #include "ui/support/FileManager.h"
 #include "ui/support/Picture.h"
 #include "ui/support/QtText.h"
-#include "ui/support/UserName.h"
+#include "core/support/UserName.h"
 
 namespace mirvel::ui {
 
@@ -98,7 +98,7 @@ std::optional<Image> QtWorkspace::image(const fs::path& file) {
 }
 
 std::string QtWorkspace::fullUserName() {
-  return ui::fullUserName();
+  return mirvel::fullUserName();
 }
 
 void QtWorkspace::beep() {
