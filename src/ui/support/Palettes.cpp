@@ -1,0 +1,52 @@
+#include "ui/support/Palettes.h"
+
+#include <QColor>
+
+namespace mirvel::ui {
+
+namespace {
+
+struct Row {
+  QPalette::ColorRole role;
+  QRgb light;
+  QRgb dark;
+};
+
+constexpr Row rows[] = {
+    {QPalette::Window, 0xfff3f3f4, 0xff2b2b2e},      {QPalette::WindowText, 0xff1c1c1e, 0xffe8e8ea},
+    {QPalette::Base, 0xffffffff, 0xff1e1f22},        {QPalette::AlternateBase, 0xfff7f7f8, 0xff252629},
+    {QPalette::Text, 0xff1c1c1e, 0xffe8e8ea},        {QPalette::PlaceholderText, 0xff68686f, 0xff9a9aa3},
+    {QPalette::Button, 0xffececee, 0xff3a3a3e},      {QPalette::ButtonText, 0xff1c1c1e, 0xffe8e8ea},
+    {QPalette::ToolTipBase, 0xffffffff, 0xff3a3a3e}, {QPalette::ToolTipText, 0xff1c1c1e, 0xfff0f0f2},
+    {QPalette::Highlight, 0xff1d4f9e, 0xff1d4f9e},   {QPalette::HighlightedText, 0xffffffff, 0xffffffff},
+    {QPalette::Link, 0xff0a4799, 0xff94beff},        {QPalette::LinkVisited, 0xff6a2fa0, 0xffcfb0ff},
+    {QPalette::BrightText, 0xffffffff, 0xffffffff},  {QPalette::Light, 0xffffffff, 0xff4a4a4f},
+    {QPalette::Midlight, 0xfff9f9fa, 0xff424247},    {QPalette::Mid, 0xffc4c4c8, 0xff232326},
+    {QPalette::Dark, 0xffa0a0a6, 0xff1a1a1d},        {QPalette::Shadow, 0xff707076, 0xff000000},
+};
+
+constexpr Row disabledRows[] = {
+    {QPalette::WindowText, 0xff7c7c84, 0xff8b8b93}, {QPalette::Text, 0xff7c7c84, 0xff8b8b93},
+    {QPalette::ButtonText, 0xff7c7c84, 0xff8b8b93}, {QPalette::PlaceholderText, 0xff8e8e96, 0xff76767e},
+    {QPalette::Highlight, 0xffd0d0d4, 0xff3f4046},  {QPalette::HighlightedText, 0xff5c5c63, 0xffb4b4bb},
+    {QPalette::Base, 0xfff3f3f4, 0xff2b2b2e},       {QPalette::Link, 0xff7c7c84, 0xff8b8b93},
+};
+
+}  // namespace
+
+QPalette paletteOf(Scheme scheme) {
+  QPalette palette;
+  const auto color = [scheme](const Row& row) {
+    return QColor::fromRgba(scheme == Scheme::Dark ? row.dark : row.light);
+  };
+  for (const Row& row : rows) palette.setColor(row.role, color(row));
+  for (const Row& row : disabledRows) palette.setColor(QPalette::Disabled, row.role, color(row));
+  return palette;
+}
+
+Scheme schemeOf(const QPalette& palette) {
+  const auto lightness = [&](QPalette::ColorRole role) { return palette.color(QPalette::Active, role).lightnessF(); };
+  return lightness(QPalette::WindowText) > lightness(QPalette::Window) ? Scheme::Dark : Scheme::Light;
+}
+
+}  // namespace mirvel::ui
