@@ -129,7 +129,7 @@ class Localize {
   std::string next() const { return text("Next"); }
   std::string noError() const { return text("No error"); }
   std::string noItems() const { return text("No Items"); }
-  std::string noSelection() const { return text("no selection"); }
+  std::string noSelection() const { return text("No Selection"); }
   std::string noValue() const { return text("No Value"); }
   std::string notEditable() const { return text("Not editable"); }
   std::string notes() const { return text("Notes"); }

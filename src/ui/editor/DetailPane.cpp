@@ -1,12 +1,13 @@
 #include "ui/editor/DetailPane.h"
 
 #include <QFontDatabase>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "core/support/Strings.h"
 #include "ui/support/QtText.h"
@@ -43,7 +44,7 @@ QString breakable(QString code) {
   return code.replace(QLatin1Char('/'), QStringLiteral("/\u200B"));
 }
 
-QWidget* valueWidget(const JobDetails::Row& row) {
+QLabel* valueWidget(const JobDetails::Row& row) {
   QStringList lines;
   for (const std::string& line : row.lines) lines.append(shown(line));
   QString text = lines.join(QLatin1Char('\n'));
@@ -51,6 +52,20 @@ QWidget* valueWidget(const JobDetails::Row& row) {
   QLabel* label = selectableLabel(breakable(text));
   label->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   return label;
+}
+
+/// A label before a value, their first lines on one baseline.
+void addRow(QGridLayout& rows, const JobDetails::Row& row) {
+  QLabel* value = valueWidget(row);
+  auto* label = new SecondaryLabel(qt(row.label));
+  label->setBuddy(value);
+  value->setAccessibleName(qt(row.label));
+  const int difference = label->fontMetrics().ascent() - value->fontMetrics().ascent();
+  label->setContentsMargins(0, std::max(0, -difference), 0, 0);
+  value->setContentsMargins(0, std::max(0, difference), 0, 0);
+  const int line = rows.rowCount();
+  rows.addWidget(label, line, 0, Qt::AlignTrailing | Qt::AlignTop);
+  rows.addWidget(value, line, 1, Qt::AlignTop);
 }
 
 }  // namespace
@@ -106,21 +121,13 @@ QWidget* DetailPane::makeDetails(const JobDetails& details) {
   layout->setSpacing(margin);
   layout->addWidget(makeHeader(details));
 
-  auto* rows = new QFormLayout;
-  rows->setLabelAlignment(Qt::AlignTrailing | Qt::AlignTop);
-  rows->setRowWrapPolicy(QFormLayout::DontWrapRows);
-  rows->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  auto* rows = new QGridLayout;
   rows->setVerticalSpacing(margin / 2);
   rows->setHorizontalSpacing(margin / 2);
-  for (const JobDetails::Row& row : details.rows) {
-    QWidget* value = valueWidget(row);
-    auto* label = new SecondaryLabel(qt(row.label));
-    label->setBuddy(value);
-    value->setAccessibleName(qt(row.label));
-    rows->addRow(label, value);
-  }
+  rows->setColumnStretch(1, 1);
+  for (const JobDetails::Row& row : details.rows) addRow(*rows, row);
+  rows->addWidget(makeFooter(), rows->rowCount(), 1);
   layout->addLayout(rows);
-  layout->addWidget(makeFooter());
   layout->addStretch();
   return page;
 }

@@ -3,12 +3,31 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QPainter>
+#include <QProxyStyle>
 #include <algorithm>
 
 #include "ui/mainwindow/GuardedSelection.h"
 #include "ui/mainwindow/ListCellDelegate.h"
 
 namespace mirvel::ui {
+
+namespace {
+
+/// The style of the application, with more room at the sides of cells and headers: the table has no frame to keep texts
+/// from the window's edge.
+class RoomyStyle final : public QProxyStyle {
+ public:
+  explicit RoomyStyle(QObject* owner) { setParent(owner); }
+
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+    const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+    if (metric == PM_FocusFrameHMargin) return 3 * usual;
+    if (metric == PM_HeaderMargin) return usual + 2 * QProxyStyle::pixelMetric(PM_FocusFrameHMargin, option, widget);
+    return usual;
+  }
+};
+
+}  // namespace
 
 ListTable::ListTable(QWidget* parent) : QTreeView(parent) {
   setRootIsDecorated(false);
@@ -22,6 +41,8 @@ ListTable::ListTable(QWidget* parent) : QTreeView(parent) {
   setHorizontalScrollMode(ScrollPerPixel);
   setContextMenuPolicy(Qt::CustomContextMenu);
   setItemDelegate(new ListCellDelegate(this));
+  setStyle(new RoomyStyle(this));
+  header()->setStyle(style());
   header()->setContextMenuPolicy(Qt::CustomContextMenu);
   header()->setSectionsClickable(true);
   header()->setSortIndicatorShown(true);
@@ -30,6 +51,7 @@ ListTable::ListTable(QWidget* parent) : QTreeView(parent) {
 
 void ListTable::setModel(QAbstractItemModel* model) {
   QTreeView::setModel(model);
+  if (!model) return;
   auto* selection = new GuardedSelection(
       model, [this] { return m_isMarking || !selectionMayChange || selectionMayChange(); }, this);
   setSelectionModel(selection);
@@ -103,6 +125,12 @@ void ListTable::drawEmptyLabel() {
   painter.setFont(large);
   painter.setPen(palette().color(QPalette::PlaceholderText));
   painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, text);
+}
+
+void ListTable::focusInEvent(QFocusEvent* event) {
+  // The one of QAbstractItemView moves to the first row, which then looks half selected.
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
 }
 
 void ListTable::changeEvent(QEvent* event) {

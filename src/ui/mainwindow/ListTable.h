@@ -34,6 +34,7 @@ class ListTable final : public QTreeView {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:

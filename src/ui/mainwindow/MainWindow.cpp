@@ -40,13 +40,13 @@ void MainWindow::makeContent(IconLoader& icons) {
   m_listMode = new ListModeView(m_program, icons);
   auto* detail = new DetailPane(m_program, icons);
   const int character = fontMetrics().averageCharWidth();
-  m_listMode->setMinimumWidth(30 * character);
-  detail->setMinimumWidth(32 * character);
+  m_listMode->setMinimumWidth(24 * character);
+  detail->setMinimumWidth(24 * character);
   splitter->addWidget(m_listMode);
   splitter->addWidget(detail);
-  splitter->setStretchFactor(0, 1);
-  splitter->setStretchFactor(1, 0);
-  splitter->setSizes({110 * character, 60 * character});
+  splitter->setStretchFactor(0, 2);
+  splitter->setStretchFactor(1, 1);
+  splitter->setSizes({116 * character, 54 * character});
   setCentralWidget(splitter);
 }
 

@@ -8,10 +8,10 @@
 #include <system_error>
 #include <utility>
 
+#include "core/support/UserName.h"
 #include "ui/support/FileManager.h"
 #include "ui/support/Picture.h"
 #include "ui/support/QtText.h"
-#include "core/support/UserName.h"
 
 namespace mirvel::ui {
 
