@@ -31,13 +31,6 @@ TEST(JobTest, TheChecksumAloneIsTheIdentity) {
   }
 }
 
-TEST(JobTest, AJobThatMovesKeepsItsOriginAndRunsNothingByItself) {
-  Job moved = job("sum");
-  moved.kind = Kind::localDaemon;
-  EXPECT_EQ(moved.originalKind, Kind::userAgent);
-  EXPECT_EQ(moved.run(), "");
-}
-
 TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
   Job plain = job("sum");
   plain.updateCustomIconDigest();

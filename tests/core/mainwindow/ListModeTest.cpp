@@ -58,39 +58,41 @@ class ListModeTest : public testdata::ProgramFixture {
 };
 
 TEST_F(ListModeTest, CellsTellWhatTheJobIs) {
-  writeJob(Kind::userAgent, "on", {{"Program", "/bin/ls"}, {"KeepAlive", false}, {"StartInterval", 5}});
   writeJob(Kind::userAgent, "off", {{"Disabled", true}});
+  writeJob(Kind::userAgent, "on", {{"Program", "/bin/ls"}, {"KeepAlive", false}, {"StartInterval", 5}});
   loginItems.ownItems = {{"item", "/Applications/Item.app", {}, {}}};
   scan();
-  const auto row = [&](const std::string& name) {
-    const Names all = rows();
-    return static_cast<std::size_t>(std::find(all.begin(), all.end(), name) - all.begin());
+  const struct {
+    const char* name;
+    const char* summary;
+    const char* kind;
+    const char* run;
+    bool isEnabled;
+    bool hasKeepAlive;  // present, whatever it holds
+    bool isScheduled;
+  } expected[] = {
+      {"off", "", "Ada Lovelace", "", false, false, false},
+      {"on", "ls", "Ada Lovelace", "/bin/ls", true, true, true},
+      {"item", "Item.app", "Login Items \u2013 System Settings", "/Applications/Item.app", true, false, false},
   };
-  const auto isMark = [&](const std::string& name, bool isEnabled) {
-    return list.cell(List::enabled, row(name)).image == statusImage(isEnabled, foundation.localize);
-  };
-  EXPECT_EQ(list.cell(List::name, row("on")).text, "on");
-  EXPECT_EQ(list.cell(List::name, row("on")).toolTip, "on");
-  EXPECT_EQ(list.cell(List::summary, row("on")).text, "ls");
-  EXPECT_EQ(list.cell(List::run, row("on")).text, "/bin/ls");
-  EXPECT_EQ(list.cell(List::run, row("on")).toolTip, "/bin/ls");
-  EXPECT_EQ(list.cell(List::run, row("item")).text, "/Applications/Item.app");
-  EXPECT_EQ(list.cell(List::kind, row("on")).toolTip, "Ada Lovelace");
-  EXPECT_EQ(list.cell(List::kind, row("on")).image->accessibilityDescription, "Ada Lovelace");
-  for (const List column : {List::name, List::summary, List::run}) {
-    EXPECT_FALSE(list.cell(column, row("on")).isSecondary);
-    EXPECT_TRUE(list.cell(column, row("off")).isSecondary);
-    EXPECT_FALSE(list.cell(column, row("item")).isSecondary);
+  for (std::size_t row = 0; row < std::size(expected); ++row) {
+    const auto& job = expected[row];
+    const std::pair<List, const char*> texts[] = {
+        {List::name, job.name}, {List::summary, job.summary}, {List::run, job.run}};
+    for (const auto& [column, text] : texts) {
+      const ListCell cell = list.cell(column, row);
+      EXPECT_EQ(cell.text, text);
+      EXPECT_EQ(cell.toolTip, text);
+      EXPECT_EQ(cell.isSecondary, !job.isEnabled) << text;
+      EXPECT_FALSE(cell.isChecked);
+    }
+    EXPECT_EQ(list.cell(List::kind, row).toolTip, job.kind);
+    EXPECT_EQ(list.cell(List::kind, row).image->accessibilityDescription, job.kind);
+    EXPECT_EQ(list.cell(List::enabled, row).image, statusImage(job.isEnabled, foundation.localize)) << job.name;
+    EXPECT_EQ(list.cell(List::keepAlive, row).isChecked, job.hasKeepAlive) << job.name;
+    EXPECT_EQ(list.cell(List::scheduled, row).isChecked, job.isScheduled) << job.name;
   }
-  EXPECT_TRUE(isMark("on", true) && isMark("off", false) && isMark("item", true));
-  EXPECT_EQ(list.cell(List::keepAlive, row("on")).isChecked, true) << "present, whatever it holds";
-  EXPECT_EQ(list.cell(List::keepAlive, row("off")).isChecked, false);
-  EXPECT_EQ(list.cell(List::scheduled, row("on")).isChecked, true);
-  EXPECT_EQ(list.cell(List::scheduled, row("off")).isChecked, false);
-  EXPECT_EQ(list.cell(List::scheduled, row("item")).isChecked, false);
-  EXPECT_FALSE(list.cell(List::name, row("on")).isChecked);
-
-  const ListCell beyond = list.cell(List::name, 3);
+  const ListCell beyond = list.cell(List::name, std::size(expected));
   EXPECT_TRUE(beyond.text.empty() && !beyond.image && !beyond.isChecked);
 }
 
@@ -106,17 +108,15 @@ TEST_F(ListModeTest, ColumnsAreFoundByIdentifierAndNamedInTheUsersLanguage) {
 
 TEST_F(ListModeTest, TheFirstDescriptorOfAKnownColumnSorts) {
   fill();
-  list.setSortDescriptors({{"run", true}, {"name", true}});
-  EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
+  const std::vector<SortDescriptor> keptAs[] = {
+      {{"run", true}, {"name", true}}, {{"odd", false}, {"name", true}}, {}, {{"name", false}, {"run", false}}};
+  for (const auto& descriptors : keptAs) {
+    list.setSortDescriptors(descriptors);
+    EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
+  }
   EXPECT_EQ(table.headers, 0);
   queue.runFor(0.02);
-  EXPECT_EQ(table.headers, 1);
-  list.setSortDescriptors({{"odd", false}, {"name", true}});
-  EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
-  list.setSortDescriptors({});
-  EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
-  list.setSortDescriptors({{"name", false}});
-  EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
+  EXPECT_EQ(table.headers, 2) << "once for each sort";
   list.setSortDescriptors({{"name", true}});
   EXPECT_EQ(rows(), (Names{"a", "b", "c"}));
 }
