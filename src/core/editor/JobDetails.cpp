@@ -1,5 +1,7 @@
 #include "core/editor/JobDetails.h"
 
+#include <algorithm>
+
 #include "core/app/Program.h"
 #include "core/catalogue/PrivilegedHelperTool.h"
 #include "core/explain/Occasions.h"
@@ -42,7 +44,9 @@ JobDetails JobDetails::of(Program& program, const Job& job) {
                      .rows = {}};
   if (job.summary != job.name) add(details.rows, localize.summary(), job.summary);
   add(details.rows, localize.command(), shortened(job.run()), Row::Style::Code);
-  details.rows.push_back({.label = localize.when(), .lines = whenLines(job, localize)});
+  std::vector<std::string> when = whenLines(job, localize);
+  std::transform(when.begin(), when.end(), when.begin(), shortened);
+  details.rows.push_back({.label = localize.when(), .lines = std::move(when)});
   if (const auto* tool = dynamic_cast<const PrivilegedHelperTool*>(&job)) {
     add(details.rows, localize.identifier(), tool->identifier);
     add(details.rows, localize.clients(), tool->clients, Row::Style::Code);

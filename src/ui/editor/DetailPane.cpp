@@ -1,6 +1,5 @@
 #include "ui/editor/DetailPane.h"
 
-#include <QFontDatabase>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -12,6 +11,7 @@
 #include "core/support/Strings.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
+#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 
@@ -25,44 +25,27 @@ QString shown(const std::string& text) {
   return beginning.size() < text.size() ? qt(beginning) + QChar(0x2026) : qt(beginning);
 }
 
-QLabel* selectableLabel(const QString& text) {
-  auto* label = new QLabel(text);
-  label->setTextFormat(Qt::PlainText);
-  label->setWordWrap(true);
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  return label;
-}
-
 QFont scaled(QFont font, double factor) {
   font.setPointSizeF(font.pointSizeF() * factor);
   return font;
 }
 
-/// A text without blanks, such as a path, may be broken behind each of its parts.
-QString breakable(QString code) {
-  return code.replace(QLatin1Char('/'), QStringLiteral("/\u200B"));
-}
-
-QLabel* valueWidget(const JobDetails::Row& row) {
+ValueText* valueWidget(const JobDetails::Row& row) {
   QStringList lines;
   for (const std::string& line : row.lines) lines.append(shown(line));
-  QString text = lines.join(QLatin1Char('\n'));
-  if (row.style == JobDetails::Row::Style::Text) return selectableLabel(text);
-  QLabel* label = selectableLabel(breakable(text));
-  label->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  return label;
+  auto* value = new ValueText(lines.join(QLatin1Char('\n')));
+  if (row.style == JobDetails::Row::Style::Code) value->setCode();
+  value->setAccessibleName(qt(row.label));
+  return value;
 }
 
 /// A label before a value, their first lines on one baseline.
 void addRow(QGridLayout& rows, const JobDetails::Row& row) {
-  QLabel* value = valueWidget(row);
+  ValueText* value = valueWidget(row);
   auto* label = new SecondaryLabel(qt(row.label));
   label->setBuddy(value);
-  value->setAccessibleName(qt(row.label));
   const int difference = label->fontMetrics().ascent() - value->fontMetrics().ascent();
   label->setContentsMargins(0, std::max(0, -difference), 0, 0);
-  value->setContentsMargins(0, std::max(0, difference), 0, 0);
   const int line = rows.rowCount();
   rows.addWidget(label, line, 0, Qt::AlignTrailing | Qt::AlignTop);
   rows.addWidget(value, line, 1, Qt::AlignTop);
@@ -83,6 +66,7 @@ DetailPane::DetailPane(Program& program, IconLoader& icons, QWidget* parent)
   m_noSelection->setAlignment(Qt::AlignCenter);
   m_noSelection->setFont(scaled(m_noSelection->font(), 1.5));
   m_details->setWidgetResizable(true);
+  m_details->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   m_details->setFrameShape(QFrame::NoFrame);
   m_details->setAccessibleName(qt(program.foundation.localize.details()));
   m_pages->addWidget(m_noSelection);
@@ -126,8 +110,8 @@ QWidget* DetailPane::makeDetails(const JobDetails& details) {
   rows->setHorizontalSpacing(margin / 2);
   rows->setColumnStretch(1, 1);
   for (const JobDetails::Row& row : details.rows) addRow(*rows, row);
-  rows->addWidget(makeFooter(), rows->rowCount(), 1);
   layout->addLayout(rows);
+  layout->addWidget(makeFooter());
   layout->addStretch();
   return page;
 }
@@ -145,10 +129,11 @@ QWidget* DetailPane::makeHeader(const JobDetails& details) {
   layout->addWidget(icon, 0, Qt::AlignTop);
 
   auto* texts = new QVBoxLayout;
-  QLabel* name = selectableLabel(qt(details.name));
+  auto* name = new ValueText(shown(details.name));
   QFont bold = scaled(name->font(), 1.35);
   bold.setBold(true);
-  name->setFont(bold);
+  name->setTextFont(bold);
+  name->setAccessibleName(qt(m_program.foundation.localize.name()));
   texts->addWidget(name);
   auto* second = new QHBoxLayout;
   auto* status = new QLabel;

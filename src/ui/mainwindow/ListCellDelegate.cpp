@@ -56,6 +56,14 @@ void ListCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   }
 }
 
+void ListCellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+  QStyledItemDelegate::initStyleOption(option, index);
+  if (option->direction == Qt::LeftToRight || option->text.isRightToLeft()) return;
+  // A left-to-right text stands at the right, where the column begins, and is cut at its own end.
+  option->direction = Qt::LeftToRight;
+  option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
+}
+
 QSize ListCellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const QStyle& style = option.widget ? *option.widget->style() : *QApplication::style();
   const int icon = style.pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);

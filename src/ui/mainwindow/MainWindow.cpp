@@ -41,7 +41,7 @@ void MainWindow::makeContent(IconLoader& icons) {
   auto* detail = new DetailPane(m_program, icons);
   const int character = fontMetrics().averageCharWidth();
   m_listMode->setMinimumWidth(24 * character);
-  detail->setMinimumWidth(24 * character);
+  detail->setMinimumWidth(32 * character);
   splitter->addWidget(m_listMode);
   splitter->addWidget(detail);
   splitter->setStretchFactor(0, 2);
