@@ -1,15 +1,25 @@
 # Two commands for a fresh machine: `make run` and `make test`. Each installs what is missing, builds, and goes.
 
 JOBS ?= $(shell getconf _NPROCESSORS_ONLN)
-ARGS ?= --help
+ARGS ?=
 SECONDS_EACH ?= 600
 
-.PHONY: run test asan core check bench fuzz install clean
+.PHONY: run demo screenshots test asan core check bench fuzz install clean
 
 run:
 	scripts/dependencies build
 	scripts/build release -j$(JOBS)
-	build/release/src/ctl/mirvelctl $(ARGS)
+	scripts/run mirvel $(ARGS)
+
+demo:
+	scripts/dependencies build
+	scripts/build release -j$(JOBS)
+	scripts/run mirvel-demo $(ARGS)
+
+screenshots:
+	scripts/dependencies build
+	scripts/build release -j$(JOBS)
+	scripts/screenshots
 
 test:
 	scripts/dependencies build test fuzz

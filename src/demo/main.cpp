@@ -37,6 +37,7 @@ int main(int argc, char* argv[]) {
   }
   ui::prepareApplication(Localize(options.locale, ui::catalogues()));
   ui::Application mirvel(root->roots(), environment, options.locale);
+  mirvel.workspace().setFullUserName("Alex Example");  // the sample machine is nobody's
   if (options.size.isValid()) mirvel.window().resize(options.size);
   Subscription filled = mirvel.program().notifications.jobsUpdated.subscribe([&] {
     filled = {};

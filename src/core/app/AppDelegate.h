@@ -37,6 +37,7 @@ class AppDelegate {
 
  private:
   void makeAgentsFolder();
+  void tellOfDamagedSettings();
   void setUpMonitors();
   void updateAgent();
   void renewRegistration();

@@ -135,6 +135,7 @@ class Localize {
   std::string notes() const { return text("Notes"); }
   std::string notifications() const { return text("Notifications"); }
   std::string off() const { return text("Off"); }
+  std::string ok() const { return text("OK"); }
   std::string on() const { return text("On"); }
   std::string open() const { return text("Open"); }
   std::string part() const { return text("Part"); }
@@ -156,6 +157,10 @@ class Localize {
   std::string save() const { return text("Save"); }
   std::string scheduled() const { return text("Scheduled"); }
   std::string script() const { return text("Script"); }
+  std::string settingsWereDamaged() const { return text("Your settings couldn’t be read"); }
+  std::string settingsWereMoved(const std::string& path) const {
+    return format("The file was damaged and is kept as %@. Mirvel goes on with its usual settings.", {path});
+  }
   std::string share() const { return text("Share"); }
   std::string show() const { return text("Show"); }
   std::string jobs() const { return text("Jobs"); }

@@ -27,6 +27,7 @@ class Application {
 
   Program& program() { return m_program; }
   MainWindow& window() { return m_window; }
+  QtWorkspace& workspace() { return m_workspace; }
 
  private:
   Platform platform();

@@ -104,8 +104,7 @@ void QtInterface::beginSheet(const Alert& question, std::function<void(int)> com
 }
 
 void QtInterface::error(const std::string& message, const std::string& informativeText) {
-  (void)showAlert(
-      {.message = message, .informativeText = informativeText, .defaultTitle = m_localize.format("OK", {})});
+  (void)showAlert({.message = message, .informativeText = informativeText, .defaultTitle = m_localize.ok()});
 }
 
 Interface::Answer QtInterface::showAlert(const Alert& question) {

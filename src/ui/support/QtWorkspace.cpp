@@ -98,7 +98,7 @@ std::optional<Image> QtWorkspace::image(const fs::path& file) {
 }
 
 std::string QtWorkspace::fullUserName() {
-  return mirvel::fullUserName();
+  return m_fullUserName ? *m_fullUserName : mirvel::fullUserName();
 }
 
 void QtWorkspace::beep() {

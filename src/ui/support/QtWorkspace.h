@@ -22,10 +22,13 @@ class QtWorkspace final : public Workspace {
   std::string displayName(const std::filesystem::path& path) override;
   std::optional<Image> image(const std::filesystem::path& file) override;
   std::string fullUserName() override;
+  /// Another name than the one that the machine knows.
+  void setFullUserName(std::string name) { m_fullUserName = std::move(name); }
   void beep() override;
 
  private:
   std::vector<std::filesystem::path> m_applicationFolders;
+  std::optional<std::string> m_fullUserName;
   QObject m_context;
 };
 
