@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -30,10 +31,12 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
 
   void select(const URL& url) override {
     note("select " + url.lastPathComponent());
-    if (const auto job = m_program.state.jobAt(url); job && !m_program.state.hasUnsavedChanges) {
-      m_program.state.selectedJob = job;
-      m_program.mainWindow.selectedJobDidChange();
-    }
+    const bool isShown =
+        std::any_of(shown.begin(), shown.end(), [&](const auto& job) { return job->url.equalTo(url); });
+    const auto job = m_program.state.jobAt(url);
+    if (!isShown || !job || m_program.state.hasUnsavedChanges) return;
+    m_program.state.selectedJob = job;
+    m_program.mainWindow.selectedJobDidChange();
   }
   void select(const std::shared_ptr<Job>& job) override { note("select job " + job->name); }
   void update(const Jobs& jobs) override {

@@ -184,12 +184,13 @@ TEST_F(FetchOperationTest, ACancelledScanEndsAtItsNextStepWithNothing) {
   ScanTools scanTools{
       .collator = foundation.collator, .loginItems = loginItems, .embeddedList = embeddedList, .console = acting};
 
-  FetchOperation before({}, foundation.scanSettings(), scanTools);
+  const Jobs old{std::make_shared<Job>(Kind::userAgent, "old", "", "old", URL::file("/old"))};
+  FetchOperation before(old, foundation.scanSettings(), scanTools);
   before.cancel();
   before.main();
   EXPECT_EQ(acting.lines, 0);
 
-  FetchOperation betweenFiles({}, foundation.scanSettings(), scanTools);
+  FetchOperation betweenFiles(old, foundation.scanSettings(), scanTools);
   acting.whenTold = [&] { betweenFiles.cancel(); };
   betweenFiles.main();
   EXPECT_EQ(acting.lines, 1);
@@ -198,10 +199,10 @@ TEST_F(FetchOperationTest, ACancelledScanEndsAtItsNextStepWithNothing) {
   fs::remove_all(path(Kind::userAgent));
   writeJob(Kind::userAgent, "good");
   (void)write(Kind::privilegedHelperTool, "tool", "");
-  FetchOperation betweenKinds({}, foundation.scanSettings(), scanTools);
+  FetchOperation betweenKinds(old, foundation.scanSettings(), scanTools);
   loginItems.whenAsked = [&] { betweenKinds.cancel(); };
   betweenKinds.main();
-  EXPECT_FALSE(betweenKinds.jobs) << "half a catalogue is none";
+  EXPECT_FALSE(betweenKinds.jobs) << "neither half a catalogue nor an empty one";
 }
 
 TEST_F(FetchOperationTest, OfTheCorpusExactlyTheFilesThatDecodeAreListed) {
