@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "core/explain/RuleText.h"
+#include "core/explain/ScheduleText.h"
 
 namespace mirvel::explain {
 
@@ -25,7 +25,7 @@ class Sentences {
   }
 
   void addSchedule(const launchd::Plist& plist) {
-    for (const auto& rule : plist.scheduled) m_lines.push_back(ruleText(rule, m_localize));
+    for (std::string& line : scheduleText(plist, m_localize)) m_lines.push_back(std::move(line));
   }
 
   void addEvents(const launchd::Plist& plist) {

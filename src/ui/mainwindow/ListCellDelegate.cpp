@@ -22,6 +22,9 @@ void drawCheckBox(QPainter* painter, QStyleOptionViewItem option, bool isChecked
                          option.rect);
   option.state.setFlag(isChecked ? QStyle::State_On : QStyle::State_Off);
   option.state.setFlag(QStyle::State_HasFocus, false);
+  // Styles derive the outline from the window's colour, and on a dark ground it vanishes.
+  const bool isDark = option.palette.base().color().lightness() < 128;
+  if (isDark) option.palette.setColor(QPalette::Window, option.palette.color(QPalette::PlaceholderText));
   style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &option, painter, option.widget);
 }
 

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/plist/Plist.h"
+#include "core/support/Localize.h"
+
+namespace mirvel::explain {
+
+/// The schedule of a job, a sentence for each of its rules. Where a rule can't tell all that the file says, such as a
+/// weekday in certain months, the sentence does.
+std::vector<std::string> scheduleText(const launchd::Plist& plist, const Localize& localize);
+
+}  // namespace mirvel::explain
