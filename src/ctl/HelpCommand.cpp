@@ -12,8 +12,9 @@ void tellCommand(const Command& command, const Context& context) {
 }
 
 void tellAll(const Context& context) {
-  context.out << "usage: mirvelctl COMMAND [ARGUMENT...]\n\nLists the jobs of this machine, and reads job files of "
-                 "launchd and other property lists.\n\n";
+  context.out
+      << "usage: mirvelctl COMMAND [ARGUMENT...]\n\nLists the jobs of this machine, and reads job files and other "
+         "property lists.\n\n";
   constexpr std::size_t widest = 10;
   for (const Command& command : commands()) {
     context.out << "  " << command.name << std::string(widest - command.name.size(), ' ') << command.summary << '\n';

@@ -52,6 +52,11 @@ std::string pathOf(const Job& job) {
   return job.url.isFile() ? job.url.text() : job.run();
 }
 
+/// Of other jobs than those of launchd there is nothing to edit, whatever else the application may do with them.
+bool isEditable(const Job& job) {
+  return job.kind.isLaunchd() && job.isEditable;
+}
+
 void writeJson(const Jobs& jobs, const Context& context) {
   Json json = Json::array();
   for (const auto& job : jobs) {
@@ -59,7 +64,7 @@ void writeJson(const Jobs& jobs, const Context& context) {
                     {"name", job->name},
                     {"summary", job->summary},
                     {"path", pathOf(*job)},
-                    {"editable", job->isEditable},
+                    {"editable", isEditable(*job)},
                     {"disabled", job->isDisabled()}});
   }
   context.out << text(json) << '\n';

@@ -83,6 +83,7 @@ TEST_F(ListCommandTest, LoginItemsOfADesktopAreListed) {
   ASSERT_EQ(jobs.size(), 2U);
   EXPECT_EQ(jobs[0]["kind"], "loginItemSystemPreferences");
   EXPECT_EQ(jobs[0]["path"], "/opt/clock");
+  EXPECT_EQ(jobs[0]["editable"], false);
   EXPECT_EQ(jobs[1]["kind"], "loginItemApplication");
   EXPECT_EQ(jobs[1]["name"], "Player");
   EXPECT_EQ(jobs[1]["summary"], "player.desktop");

@@ -115,7 +115,7 @@ void AppDelegate::folderDidChange() {
 bool AppDelegate::applicationShouldTerminate() {
   if (m_program.shell.endPrivilegedConnection) m_program.shell.endPrivilegedConnection();
   if (!m_program.state.hasUnsavedChanges) return true;
-  m_program.mainWindow.unsavedChangesAlert();
+  if (!isTerminating) m_program.mainWindow.unsavedChangesAlert();
   isTerminating = true;
   return false;
 }

@@ -74,9 +74,10 @@ std::string textOf(const Values& values, std::string_view key) {
   return found == values.end() ? std::string() : unescape(found->second);
 }
 
-std::string localizedTextOf(const Values& values, const std::string& key, const std::vector<std::string>& locales) {
+std::string localizedTextOf(const Values& values, std::string_view key, const std::vector<std::string>& locales) {
   for (const auto& locale : locales) {
-    if (auto text = textOf(values, key + '[' + locale + ']'); !text.empty()) return text;
+    const std::string localizedKey = std::string(key).append("[").append(locale).append("]");
+    if (auto text = textOf(values, localizedKey); !text.empty()) return text;
   }
   return textOf(values, key);
 }

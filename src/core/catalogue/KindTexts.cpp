@@ -47,7 +47,7 @@ const KindNames& KindTexts::names() {
 }
 
 std::string KindTexts::preferencesName() {
-  const std::string application(Const::AppName::systemPreferences);
+  std::string application(Const::AppName::systemPreferences);
   const auto path = m_workspace.fullPathForApplication(application);
   if (!path) return application;
   std::string name = m_workspace.displayName(*path);
