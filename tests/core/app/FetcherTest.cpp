@@ -11,7 +11,6 @@ namespace {
 
 using testdata::jobText;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::IsSupersetOf;
 using Names = std::vector<std::string>;
 
@@ -170,17 +169,6 @@ TEST_F(FetcherTest, AnIconOfTheSelectedJobIsDrawnWhenItComes) {
   EXPECT_THAT(shell.events, IsSupersetOf({"select b.plist", "updateIcon", "reloadJob b", "jobsUpdated"}));
 }
 
-TEST_F(FetcherTest, AScanThatEndsAfterTheProgramIsDropped) {
-  program().fetcher.fetchJobs();
-  fetchQueue.runAll();
-  program().fetcher.fetchJobs();
-  shell.events.clear();
-  program().shell = {};
-  endProgram();
-  settle();
-  EXPECT_THAT(shell.events, IsEmpty());
-}
-
 TEST_F(FetcherTest, AProgramWithoutAShellScansAllTheSame) {
   program().shell = {};
   EXPECT_EQ(names(scan()), (Names{"a", "b"}));
@@ -188,6 +176,19 @@ TEST_F(FetcherTest, AProgramWithoutAShellScansAllTheSame) {
   std::filesystem::remove(path(Kind::userAgent, "b.plist"));
   scan();
   EXPECT_FALSE(state().selectedJob);
+}
+
+using FetcherEndTest = testdata::ProgramFixture;
+
+TEST_F(FetcherEndTest, ScansThatOutliveTheProgramAreDropped) {
+  int asked = 0;
+  loginItems.whenAsked = [&] { ++asked; };
+  program().fetcher.fetchJobs();
+  fetchQueue.runAll();
+  program().fetcher.fetchJobs();
+  endProgram();
+  settle();
+  EXPECT_EQ(asked, 1) << "the second had not begun";
 }
 
 }  // namespace
