@@ -26,7 +26,7 @@ std::string personName(std::string_view comment, const std::string& login) {
 }
 
 std::string fullUserName() {
-  constexpr std::size_t mostBytes = 1024 * 1024;
+  constexpr std::size_t mostBytes = 1024UL * 1024;
   passwd entry{};
   passwd* found = nullptr;
   for (std::vector<char> buffer(4096); buffer.size() <= mostBytes; buffer.resize(buffer.size() * 2)) {
