@@ -62,16 +62,16 @@ void IconLoader::clear() {
 QIcon IconLoader::symbol(const char* name) {
   static const bool isThemed = OwnIcons::themeHasAllSymbolic();
   const QString text = QString::fromLatin1(name);
-  const QIcon own = isThemed && !OwnIcons::isOurs(text) ? QIcon() : OwnIcons::symbolic(text);
+  QIcon own = isThemed && !OwnIcons::isOurs(text) ? QIcon() : OwnIcons::symbolic(text);
   return own.isNull() ? QIcon::fromTheme(text) : own;
 }
 
 QIcon IconLoader::named(const QString& name) const {
   const bool isOurs = OwnIcons::isOurs(name);
   if (!isOurs && m_isThemed && QIcon::hasThemeIcon(name)) return QIcon::fromTheme(name);
-  const QIcon color = OwnIcons::color(name);
+  QIcon color = OwnIcons::color(name);
   if (!color.isNull()) return color;
-  const QIcon symbolic = OwnIcons::symbolic(name);
+  QIcon symbolic = OwnIcons::symbolic(name);
   return symbolic.isNull() && !isOurs ? QIcon::fromTheme(name) : symbolic;
 }
 
@@ -83,7 +83,7 @@ QIcon IconLoader::picture(const fs::path& file) {
   if (const Picture* known = m_pictures.object(key); known && known->changed == changed) return known->icon;
   const auto image = readPicture(file);
   auto picture = std::make_unique<Picture>(Picture{changed, image ? squareIcon(*image) : QIcon()});
-  const QIcon icon = picture->icon;
+  QIcon icon = picture->icon;
   m_pictures.insert(key, picture.release());
   return icon;
 }

@@ -74,7 +74,7 @@ constexpr std::uint32_t wayEvents = IN_CREATE | IN_DELETE | IN_MOVE | IN_ATTRIB 
 constexpr std::uint32_t folderEvents = wayEvents | IN_CLOSE_WRITE;
 
 void InotifyFolderMonitor::readEvents() {
-  alignas(inotify_event) std::array<char, 64 * 1024> buffer;
+  alignas(inotify_event) std::array<char, 65536> buffer;
   const ssize_t size = ::read(m_inotify.number(), buffer.data(), buffer.size());
   if (size <= 0) return;  // what is left makes the notifier speak again
   const News news = newsOf(buffer.data(), static_cast<std::size_t>(size));

@@ -16,7 +16,7 @@ namespace mirvel::ui {
 
 namespace {
 
-constexpr std::size_t mostBytes = 16 * 1024 * 1024;
+constexpr std::size_t mostBytes = 16UL * 1024 * 1024;
 constexpr int mostPixels = 4096;
 
 bool fits(const QSize& size) {

@@ -25,7 +25,7 @@ namespace {
 
 using Length = quint32;  // of the argument that follows, big-endian
 
-constexpr qsizetype mostBytes = 64 * 1024;
+constexpr qsizetype mostBytes = 65536;
 constexpr qsizetype headSize = sizeof(Length);
 constexpr int mostPeers = 16;
 constexpr int patience = 5000;  // milliseconds, for a peer to speak or to answer

@@ -17,8 +17,6 @@
 
 namespace mirvel::ui {
 
-namespace fs = std::filesystem;
-
 namespace {
 
 /// Does something to the next dialog of a kind that comes up, once it is up.

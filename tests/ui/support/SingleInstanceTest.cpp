@@ -71,7 +71,7 @@ TEST_F(SingleInstanceTest, SecondHandsItsArgumentToTheFirst) {
   EXPECT_EQ(status.st_mode & 077, 0U) << "open to nobody else";
 
   const std::vector<std::string> arguments = {"mirvel://aGVsbG8=", "", "Gr\xC3\xBC\xC3\x9F\x65",
-                                              std::string(64 * 1024, 'x')};
+                                              std::string(65536, 'x')};
   for (const auto& argument : arguments) EXPECT_TRUE(hand(QString::fromStdString(argument)));
   EXPECT_TRUE(eventually([&] { return m_received.size() == arguments.size(); }));
   EXPECT_EQ(m_received, arguments);
