@@ -84,6 +84,7 @@ void DetailPane::clearDetail() {
 }
 
 void DetailPane::updateIcon() {
+  m_shown.reset();  // another picture may have the same name
   updateDetail();
 }
 
@@ -93,7 +94,12 @@ void DetailPane::updateDetail() {
     clearDetail();
     return;
   }
-  m_details->setWidget(makeDetails(JobDetails::of(m_program, *job)));
+  auto details = JobDetails::of(m_program, *job);
+  // What stays as it is keeps its place, and the text that is being copied its mark.
+  if (m_shown != details) {
+    m_details->setWidget(makeDetails(details));
+    m_shown = std::move(details);
+  }
   m_pages->setCurrentWidget(m_details);
 }
 
