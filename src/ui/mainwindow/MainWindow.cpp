@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QLineEdit>
+#include <QShortcut>
 #include <QSplitter>
 #include <QToolBar>
 
@@ -69,12 +70,23 @@ void MainWindow::makeToolbar() {
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
     if (ModeType* mode = m_program.currentMode()) modeFilter(m_program, *mode, m_program.state.jobs, utf8(text));
   });
+  auto* escape = new QShortcut(Qt::Key_Escape, m_filter, nullptr, nullptr, Qt::WidgetShortcut);
+  connect(escape, &QShortcut::activated, this, &MainWindow::endFilter);
   toolbar->addWidget(m_filter);
   addToolBar(toolbar);
 }
 
+void MainWindow::endFilter() {
+  if (m_filter->text().isEmpty()) {
+    m_listMode->setFocus();
+  } else {
+    m_filter->clear();
+  }
+}
+
 void MainWindow::setTitle(const std::string& title) {
-  setWindowTitle(qt(title) + QStringLiteral("[*]"));
+  const QString mark = QStringLiteral("[*]");  // stands for the sign of unsaved changes, and twice for itself
+  setWindowTitle(qt(title).replace(mark, mark + mark) + mark);
 }
 
 void MainWindow::setEdited(bool isEdited) {
