@@ -68,6 +68,7 @@ DetailPane::DetailPane(Program& program, IconLoader& icons, QWidget* parent)
   m_details->setWidgetResizable(true);
   m_details->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   m_details->setFrameShape(QFrame::NoFrame);
+  m_details->setFocusPolicy(Qt::NoFocus);  // the texts in it take the keys
   m_details->setAccessibleName(qt(program.foundation.localize.details()));
   m_pages->addWidget(m_noSelection);
   m_pages->addWidget(m_details);

@@ -5,6 +5,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QToolBar>
+#include <QToolButton>
 
 #include "core/mainwindow/ModeFilter.h"
 #include "ui/editor/DetailPane.h"
@@ -13,6 +14,17 @@
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
+
+namespace {
+
+/// Names for the ear what Qt put into a widget by itself: the buttons without a text.
+void nameButtons(const QWidget& owner, const QString& name) {
+  for (auto* button : owner.findChildren<QToolButton*>()) {
+    if (button->text().isEmpty() && button->accessibleName().isEmpty()) button->setAccessibleName(name);
+  }
+}
+
+}  // namespace
 
 MainWindow::MainWindow(Program& program, IconLoader& icons)
     : m_program(program), m_menu(nullptr), m_listMode(nullptr), m_filter(nullptr) {
@@ -53,6 +65,7 @@ void MainWindow::makeContent(IconLoader& icons) {
 
 void MainWindow::makeToolbar() {
   auto* toolbar = new QToolBar(qt(m_program.foundation.localize.toolbar()), this);
+  nameButtons(*toolbar, toolbar->windowTitle());  // shows what has no room
   toolbar->setMovable(false);
   toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
   toolbar->addAction(m_menu->refresh());
@@ -65,7 +78,9 @@ void MainWindow::makeToolbar() {
   m_filter->setPlaceholderText(name);
   m_filter->setAccessibleName(name);
   m_filter->setClearButtonEnabled(true);
+  nameButtons(*m_filter, qt(m_program.foundation.localize.cancel()));
   m_filter->addAction(IconLoader::symbol("edit-find"), QLineEdit::LeadingPosition);
+  nameButtons(*m_filter, name);
   m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
     if (ModeType* mode = m_program.currentMode()) modeFilter(m_program, *mode, m_program.state.jobs, utf8(text));
