@@ -250,8 +250,10 @@ TEST_F(ListModeViewTest, ScanKeepsThePlaceToTheSide) {
   bar.setValue(bar.maximum());
   ASSERT_GT(bar.value(), 0);
   const int place = bar.value();
+  writeJob(Kind::userAgent, "beta");
   scan();
   testdata::settle();
+  ASSERT_EQ(texts(table()), (Names{"alpha", "beta"}));
   EXPECT_EQ(bar.value(), place);
 }
 
