@@ -19,6 +19,8 @@ struct JobDetails {
     std::string label;
     std::vector<std::string> lines;  ///< one below the other; never empty
     Style style = Style::Text;
+
+    bool operator==(const Row&) const = default;
   };
 
   std::string name;
@@ -26,6 +28,8 @@ struct JobDetails {
   std::optional<Image> icon;  ///< the job's own, whether or not it is disabled
   Image status;
   std::vector<Row> rows;
+
+  bool operator==(const JobDetails&) const = default;
 
   static JobDetails of(Program& program, const Job& job);
 };

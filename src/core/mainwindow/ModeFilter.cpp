@@ -13,6 +13,7 @@ void modeFilter(Program& program, ModeType& mode, const Jobs& jobs, const std::s
   if (text.empty()) {
     mode.update(jobs);
     program.mainWindow.applySelection();
+    if (program.state.selectedJob && program.shell.detail) program.shell.detail->updateDetail();
   } else {
     mode.update(filtered(jobs, text));
     mode.deselect();

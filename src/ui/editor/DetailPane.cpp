@@ -68,6 +68,7 @@ DetailPane::DetailPane(Program& program, IconLoader& icons, QWidget* parent)
   m_details->setWidgetResizable(true);
   m_details->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   m_details->setFrameShape(QFrame::NoFrame);
+  m_details->setFocusPolicy(Qt::NoFocus);  // the texts in it take the keys
   m_details->setAccessibleName(qt(program.foundation.localize.details()));
   m_pages->addWidget(m_noSelection);
   m_pages->addWidget(m_details);
@@ -84,6 +85,7 @@ void DetailPane::clearDetail() {
 }
 
 void DetailPane::updateIcon() {
+  m_shown.reset();  // another picture may have the same name
   updateDetail();
 }
 
@@ -93,7 +95,12 @@ void DetailPane::updateDetail() {
     clearDetail();
     return;
   }
-  m_details->setWidget(makeDetails(JobDetails::of(m_program, *job)));
+  auto details = JobDetails::of(m_program, *job);
+  // What stays as it is keeps its place, and the text that is being copied its mark.
+  if (m_shown != details) {
+    m_details->setWidget(makeDetails(details));
+    m_shown = std::move(details);
+  }
   m_pages->setCurrentWidget(m_details);
 }
 

@@ -2,6 +2,8 @@
 
 #include <QScrollArea>
 
+#include <optional>
+
 #include "core/app/Program.h"
 #include "core/editor/JobDetails.h"
 #include "ui/support/IconLoader.h"
@@ -31,6 +33,7 @@ class DetailPane final : public QWidget, private DetailType {
   QStackedWidget* m_pages;
   QLabel* m_noSelection;
   QScrollArea* m_details;
+  std::optional<JobDetails> m_shown;  // by the page of details, seen or not
 };
 
 }  // namespace mirvel::ui

@@ -66,10 +66,22 @@ void ListTable::mark(int row) {
   if (row < 0) {
     selectionModel()->clear();
   } else {
-    selectionModel()->setCurrentIndex(model()->index(row, 0),
+    selectionModel()->setCurrentIndex(model()->index(row, firstVisibleColumn()),
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   }
   m_isMarking = false;
+}
+
+int ListTable::firstVisibleColumn() const {
+  const auto columns = visibleColumns();
+  return columns.empty() ? 0 : static_cast<int>(columns.front());
+}
+
+QItemSelectionModel::SelectionFlags ListTable::selectionCommand(const QModelIndex& index, const QEvent* event) const {
+  const auto command = QTreeView::selectionCommand(index, event);
+  // A click beyond the rows, or with control held, would take the mark from the row whose job is shown.
+  const bool leavesNothing = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
+  return leavesNothing ? QItemSelectionModel::NoUpdate : command;
 }
 
 std::vector<Column::List> ListTable::visibleColumns() const {

@@ -36,10 +36,12 @@ class ListTable final : public QTreeView {
   void paintEvent(QPaintEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void changeEvent(QEvent* event) override;
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
 
  private:
   void drawEmptyLabel();
   int widestCell(int column) const;
+  int firstVisibleColumn() const;
 
   bool m_isMarking = false;
 };

@@ -18,6 +18,7 @@ MainMenu::MainMenu(Program& program, MainWindow& window) : QObject(&window), m_p
   makeEditMenu();
   makeViewMenu();
   makeHelpMenu();
+  for (QMenu* menu : window.menuBar()->findChildren<QMenu*>()) menu->setAccessibleName(menu->title());
 }
 
 void MainMenu::makeFileMenu() {

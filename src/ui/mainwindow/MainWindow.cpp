@@ -2,8 +2,10 @@
 
 #include <QCloseEvent>
 #include <QLineEdit>
+#include <QShortcut>
 #include <QSplitter>
 #include <QToolBar>
+#include <QToolButton>
 
 #include "core/mainwindow/ModeFilter.h"
 #include "ui/editor/DetailPane.h"
@@ -12,6 +14,17 @@
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
+
+namespace {
+
+/// Names for the ear what Qt put into a widget by itself: the buttons without a text.
+void nameButtons(const QWidget& owner, const QString& name) {
+  for (auto* button : owner.findChildren<QToolButton*>()) {
+    if (button->text().isEmpty() && button->accessibleName().isEmpty()) button->setAccessibleName(name);
+  }
+}
+
+}  // namespace
 
 MainWindow::MainWindow(Program& program, IconLoader& icons)
     : m_program(program), m_menu(nullptr), m_listMode(nullptr), m_filter(nullptr) {
@@ -52,6 +65,7 @@ void MainWindow::makeContent(IconLoader& icons) {
 
 void MainWindow::makeToolbar() {
   auto* toolbar = new QToolBar(qt(m_program.foundation.localize.toolbar()), this);
+  nameButtons(*toolbar, toolbar->windowTitle());  // shows what has no room
   toolbar->setMovable(false);
   toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
   toolbar->addAction(m_menu->refresh());
@@ -64,17 +78,30 @@ void MainWindow::makeToolbar() {
   m_filter->setPlaceholderText(name);
   m_filter->setAccessibleName(name);
   m_filter->setClearButtonEnabled(true);
+  nameButtons(*m_filter, qt(m_program.foundation.localize.cancel()));
   m_filter->addAction(IconLoader::symbol("edit-find"), QLineEdit::LeadingPosition);
+  nameButtons(*m_filter, name);
   m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
     if (ModeType* mode = m_program.currentMode()) modeFilter(m_program, *mode, m_program.state.jobs, utf8(text));
   });
+  auto* escape = new QShortcut(Qt::Key_Escape, m_filter, nullptr, nullptr, Qt::WidgetShortcut);
+  connect(escape, &QShortcut::activated, this, &MainWindow::endFilter);
   toolbar->addWidget(m_filter);
   addToolBar(toolbar);
 }
 
+void MainWindow::endFilter() {
+  if (m_filter->text().isEmpty()) {
+    m_listMode->setFocus();
+  } else {
+    m_filter->clear();
+  }
+}
+
 void MainWindow::setTitle(const std::string& title) {
-  setWindowTitle(qt(title) + QStringLiteral("[*]"));
+  const QString mark = QStringLiteral("[*]");  // stands for the sign of unsaved changes, and twice for itself
+  setWindowTitle(qt(title).replace(mark, mark + mark) + mark);
 }
 
 void MainWindow::setEdited(bool isEdited) {

@@ -32,6 +32,7 @@ class MainWindow final : public QMainWindow, private MainWindowType {
 
   void makeContent(IconLoader& icons);
   void makeToolbar();
+  void endFilter();
 
   Program& m_program;
   MainMenu* m_menu;

@@ -54,13 +54,13 @@ TEST_F(ModeFilterTest, AFilterMarksNothingAndAnEmptyOneMarksTheSelectedJob) {
   shell.events.clear();
   modeFilter(program(), shell, jobs, "");
   EXPECT_EQ(shell.shown, jobs);
-  EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "select job two"));
+  EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "select job two", "updateDetail"));
   EXPECT_EQ(program().state.filterString, "");
 
   shell.events.clear();
   jobs[1]->isNewFile = true;
   modeFilter(program(), shell, jobs, "");
-  EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "select 2"));
+  EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "select 2", "updateDetail"));
 }
 
 }  // namespace

@@ -60,7 +60,7 @@ TEST_F(QtWorkspaceTest, OpensFilesByTheirBytesAndOnlyWhatIsThere) {
   }
   m_desktop.opened.clear();
   EXPECT_FALSE(m_workspace.open(URL::file(m_folder.path() / "missing")));
-  EXPECT_FALSE(m_workspace.open(*URL::address("identity")));
+  EXPECT_FALSE(m_workspace.open(URL::address("identity")));
   EXPECT_TRUE(m_desktop.opened.empty());
 }
 

@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QMenuBar>
+#include <set>
+
+#include "ui/app/ApplicationFixture.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+/// Roles of what a user does something with.
+const std::set<QAccessible::Role> controls = {
+    QAccessible::Button,   QAccessible::ButtonMenu,   QAccessible::CheckBox,  QAccessible::ComboBox,
+    QAccessible::Cell,     QAccessible::EditableText, QAccessible::List,      QAccessible::ListItem,
+    QAccessible::MenuItem, QAccessible::ColumnHeader, QAccessible::Table,     QAccessible::Tree,
+    QAccessible::TreeItem, QAccessible::RowHeader,    QAccessible::PopupMenu, QAccessible::RadioButton,
+};
+
+/// Where something stands, for the message of a failure.
+std::string describe(QAccessibleInterface& element) {
+  const QObject* object = element.object();
+  return std::string(object ? object->metaObject()->className() : "no object") + ", role " +
+         std::to_string(element.role()) + ", name \"" + utf8(element.text(QAccessible::Name)) + "\"";
+}
+
+class AccessibilityTest : public ApplicationFixture {
+ protected:
+  AccessibilityTest() { QAccessible::setActive(true); }
+  ~AccessibilityTest() override { QAccessible::setActive(false); }
+
+  void walk(QAccessibleInterface* element, const std::string& from) {
+    ASSERT_NE(element, nullptr) << "a child that isn't there, of " << from;
+    ASSERT_TRUE(element->isValid()) << from;
+    const std::string place = from + "\n  > " + describe(*element);
+    check(*element, place);
+    for (int i = 0; i < element->childCount(); ++i) walk(element->child(i), place);
+  }
+
+  std::set<std::string> m_names;
+
+ private:
+  void check(QAccessibleInterface& element, const std::string& place) {
+    const QAccessible::Role role = element.role();
+    const bool isControl = controls.contains(role) || element.state().focusable;
+    if (!isControl) return;
+    m_names.insert(utf8(element.text(QAccessible::Name)));
+    EXPECT_NE(role, QAccessible::NoRole) << place;
+    EXPECT_NE(role, QAccessible::Client) << place;
+    const bool mayBeEmpty = role == QAccessible::Cell || role == QAccessible::TreeItem;  // a job without a summary
+    EXPECT_TRUE(mayBeEmpty || !element.text(QAccessible::Name).isEmpty()) << place;
+  }
+};
+
+TEST_F(AccessibilityTest, EveryControlHasARoleAndAName) {
+  writeJob("alpha", {{"Program", "/bin/ls"}, {"KeepAlive", true}});
+  writeJob("beta");
+  start();
+  select("alpha");
+  testdata::settle();
+  for (QMenu* menu : window().menuBar()->findChildren<QMenu*>()) emit menu->aboutToShow();
+  walk(QAccessible::queryAccessibleInterface(&window()), "");
+
+  const Localize& localize = program().foundation.localize;
+  for (const std::string& name :
+       {std::string("alpha"), std::string("/bin/ls"), localize.filter(), localize.jobs(), localize.name(),
+        localize.revealInFinder(), Column::title(Column::List::scheduled, localize)}) {
+    EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
+  }
+}
+
+TEST_F(AccessibilityTest, CellsOfPicturesAndCheckBoxesAreTold) {
+  writeJob("alpha", {{"KeepAlive", true}});
+  writeJob("beta", {{"Disabled", true}, {"StartInterval", 60}});
+  start();
+  const Localize& localize = program().foundation.localize;
+  const std::string kind = program().kinds.title(Kind::userAgent);
+  const struct {
+    Column::List column;
+    std::string alpha;
+    std::string beta;
+  } rows[] = {
+      {Column::List::kind, kind, kind},
+      {Column::List::enabled, localize.enabled(), localize.disabled()},
+      {Column::List::keepAlive, localize.on(), localize.off()},
+      {Column::List::scheduled, localize.off(), localize.on()},
+  };
+  QAccessibleTableInterface* cells = QAccessible::queryAccessibleInterface(&table())->tableInterface();
+  ASSERT_NE(cells, nullptr);
+  ASSERT_EQ(cells->rowCount(), 2);
+  for (const auto& row : rows) {
+    const int column = static_cast<int>(row.column);
+    EXPECT_EQ(utf8(cells->cellAt(0, column)->text(QAccessible::Name)), row.alpha);
+    EXPECT_EQ(utf8(cells->cellAt(1, column)->text(QAccessible::Name)), row.beta);
+  }
+}
+
+}  // namespace
+
+}  // namespace mirvel::ui

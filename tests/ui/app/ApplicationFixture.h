@@ -1,0 +1,57 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/JobText.h"
+#include "support/TestData.h"
+#include "ui/EventLoop.h"
+#include "ui/app/Application.h"
+#include "ui/mainwindow/WindowFixture.h"
+
+namespace mirvel::ui {
+
+/// The whole application on a machine of its own, with real folders, threads and time.
+class ApplicationFixture : public testing::Test {
+ protected:
+  /// Shows the window, and waits for the first scan and the folder monitors, which are made a moment after the start.
+  void start() {
+    m_application.start();
+    pass(0.05);
+    EXPECT_TRUE(testdata::eventually([this] { return !program().state.isLoading; }));
+  }
+  /// Lets the program do all that it put off by less than so many seconds.
+  void pass(double seconds) {
+    bool isOver = false;
+    program().platform.mainQueue.postAfter(seconds, [&] { isOver = true; });
+    EXPECT_TRUE(testdata::eventually([&] { return isOver; }));
+  }
+  Program& program() { return m_application.program(); }
+  MainWindow& window() { return m_application.window(); }
+  ListTable& table() { return window().listMode().table(); }
+  Application& application() { return m_application; }
+
+  std::filesystem::path path(const std::string& label) const { return m_agents / (label + ".plist"); }
+  void writeJob(const std::string& label, plist::Dictionary keys = {}) const {
+    (void)m_folder.write(path(label), testdata::jobText(label, std::move(keys)));
+  }
+  void select(const std::string& label) { program().currentMode()->select(URL::file(path(label))); }
+
+  std::filesystem::path agents() const { return m_agents; }
+
+ private:
+  const testdata::TemporaryFolder m_folder;
+  const Roots m_roots{.home = m_folder.path() / "home",
+                      .userLibrary = m_folder.path() / "user",
+                      .applicationSupport = m_folder.path() / "support",
+                      .localLibrary = m_folder.path() / "local",
+                      .systemLibrary = m_folder.path() / "system",
+                      .defaultsFile = m_folder.path() / "preferences.plist"};
+  const std::filesystem::path m_agents = *Kind(Kind::userAgent).folderURL(m_roots);
+  Application m_application{m_roots, {}, "en"};
+};
+
+}  // namespace mirvel::ui

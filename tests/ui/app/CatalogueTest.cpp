@@ -1,0 +1,120 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <fstream>
+
+#include "ui/app/ApplicationFixture.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+
+/// The whole way from a file to a row.
+class CatalogueTest : public ApplicationFixture {
+ protected:
+  /// Whether the column shows the texts within the time after which a user would wonder.
+  testing::AssertionResult showsSoon(const Names& expected, Column::List column = Column::List::name) {
+    constexpr int patience = 1500;
+    if (QTest::qWaitFor([&] { return texts(table(), column) == expected; }, patience)) {
+      return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << "shows " << testing::PrintToString(texts(table(), column));
+  }
+};
+
+TEST_F(CatalogueTest, ShowsFilesAsTheyComeChangeAndGo) {
+  writeJob("b", {{"Program", "/bin/one"}});
+  start();
+  EXPECT_TRUE(showsSoon({"b"}));
+  writeJob("a", {{"Program", "/bin/two"}});
+  EXPECT_TRUE(showsSoon({"a", "b"})) << "added";
+  writeJob("b", {{"Program", "/bin/three"}});
+  EXPECT_TRUE(showsSoon({"/bin/two", "/bin/three"}, Column::List::run)) << "changed in place";
+  fs::rename(path("a"), path("c"));
+  fs::remove(path("b"));
+  EXPECT_TRUE(showsSoon({"/bin/two"}, Column::List::run)) << "renamed and removed";
+  std::ofstream(path("c")) << "no property list";
+  EXPECT_TRUE(showsSoon({})) << "damaged";
+}
+
+TEST_F(CatalogueTest, SelectedJobStaysSelectedWhileFilesChange) {
+  writeJob("m", {{"Program", "/bin/one"}});
+  writeJob("n");
+  start();
+  select("m");
+  ASSERT_EQ(shownJob(window()), "m");
+  const struct {
+    const char* change;
+    std::function<void()> does;
+    Names runs;
+  } rows[] = {
+      {"another before it",
+       [&] {
+         writeJob("a", {{"Program", "/bin/a"}});
+       },
+       {"/bin/a", "/bin/one", ""}},
+      {"its own file",
+       [&] {
+         writeJob("m", {{"Program", "/bin/two"}});
+       },
+       {"/bin/a", "/bin/two", ""}},
+      {"another gone", [&] { fs::remove(path("a")); }, {"/bin/two", ""}},
+  };
+  for (const auto& row : rows) {
+    row.does();
+    EXPECT_TRUE(showsSoon(row.runs, Column::List::run)) << row.change;
+    EXPECT_EQ(markedJob(table()), "m") << row.change;
+    EXPECT_EQ(shownJob(window()), "m") << row.change;
+    EXPECT_EQ(program().state.selectedJob, program().state.jobAt(URL::file(path("m")))) << row.change;
+  }
+
+  fs::remove(path("m"));
+  EXPECT_TRUE(showsSoon({"n"}));
+  EXPECT_TRUE(testdata::eventually([&] { return !program().state.isLoading; }));
+  EXPECT_EQ(markedJob(table()), "");
+  EXPECT_EQ(shownJob(window()), "");
+  EXPECT_EQ(program().state.selectedJob, nullptr);
+  EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]"));
+}
+
+TEST_F(CatalogueTest, BurstOfChangesIsScannedOnceASecondAndItsLastStateIsShown) {
+  start();
+  int scans = 0;
+  const Subscription counting =
+      program().notifications.loadingChanged.subscribe([&] { scans += program().state.isLoading ? 1 : 0; });
+  QElapsedTimer clock;
+  clock.start();
+  std::string last;
+  for (int i = 0; i < 500 || clock.elapsed() < 1300; ++i) {
+    last = "/bin/state" + std::to_string(i);
+    writeJob("job", {{"Program", last}});
+    QCoreApplication::processEvents();
+  }
+  EXPECT_TRUE(showsSoon({last}, Column::List::run));
+  pass(1.5);  // what is still to come
+  EXPECT_GE(scans, 2);
+  EXPECT_LE(scans, 1 + clock.elapsed() / 1000);
+  EXPECT_EQ(texts(table(), Column::List::run), Names{last});
+}
+
+TEST_F(CatalogueTest, FolderThatIsRemovedAndMadeAnewIsWatchedAgain) {
+  writeJob("a");
+  start();
+  EXPECT_TRUE(showsSoon({"a"}));
+  for (int round = 0; round < 2; ++round) {
+    fs::remove_all(agents().parent_path());
+    EXPECT_TRUE(showsSoon({})) << "removed";
+    writeJob("b");
+    EXPECT_TRUE(showsSoon({"b"})) << "made anew with a file in it";
+    writeJob("c");
+    EXPECT_TRUE(showsSoon({"b", "c"})) << "a file in the new one";
+  }
+}
+
+}  // namespace
+
+}  // namespace mirvel::ui

@@ -1,0 +1,276 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QIdentityProxyModel>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QUrl>
+#include <functional>
+#include <set>
+
+#include "ui/mainwindow/WindowFixture.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+using Column::List;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Names = std::vector<std::string>;
+
+class ListModeViewTest : public WindowFixture {
+ protected:
+  void expectSelected(const std::string& name, const std::string& why) {
+    EXPECT_EQ(markedJob(table()), name) << why;
+    EXPECT_EQ(shownJob(window()), name) << why;
+    const auto& job = program().state.selectedJob;
+    EXPECT_EQ(job ? job->name : "", name) << why;
+  }
+};
+
+TEST_F(ListModeViewTest, MouseAndKeysSelectTheJobAndShowIt) {
+  fill({"alpha", "beta", "gamma", "golf"});
+  expectSelected("", "at first");
+  const struct {
+    const char* act;
+    std::function<void()> does;
+    const char* selected;
+  } rows[] = {
+      {"down, with nothing marked", [&] { QTest::keyClick(&table(), Qt::Key_Down); }, "alpha"},
+      {"click", [&] { click(1); }, "beta"},
+      {"down", [&] { QTest::keyClick(&table(), Qt::Key_Down); }, "gamma"},
+      {"up", [&] { QTest::keyClick(&table(), Qt::Key_Up); }, "beta"},
+      {"right", [&] { QTest::keyClick(&table(), Qt::Key_Right); }, "beta"},
+      {"end", [&] { QTest::keyClick(&table(), Qt::Key_End); }, "golf"},
+      {"home", [&] { QTest::keyClick(&table(), Qt::Key_Home); }, "alpha"},
+      {"letters", [&] { QTest::keyClicks(&table(), QStringLiteral("go")); }, "golf"},
+      {"click with control", [&] { click(2, Qt::ControlModifier); }, "gamma"},
+      {"again", [&] { click(2, Qt::ControlModifier); }, "gamma"},
+      {"space with control", [&] { QTest::keyClick(&table(), Qt::Key_Space, Qt::ControlModifier); }, "gamma"},
+      {"click with shift", [&] { click(0, Qt::ShiftModifier); }, "alpha"},
+      {"click below the rows",
+       [&] { QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, cell(3).center() + QPoint(0, 60)); }, "alpha"},
+  };
+  for (const auto& row : rows) {
+    row.does();
+    expectSelected(row.selected, row.act);
+  }
+}
+
+TEST_F(ListModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
+  fill({"alpha", "beta", "gamma"});
+  click(1);
+  const std::pair<const char*, std::function<void()>> acts[] = {
+      {"click", [&] { click(0); }},
+      {"click with control", [&] { click(1, Qt::ControlModifier); }},
+      {"down", [&] { QTest::keyClick(&table(), Qt::Key_Down); }},
+      {"home", [&] { QTest::keyClick(&table(), Qt::Key_Home); }},
+      {"letter", [&] { QTest::keyClick(&table(), Qt::Key_G); }},
+  };
+  program().state.isBusy = true;
+  click(0);
+  expectSelected("beta", "busy");
+  EXPECT_TRUE(interface.sheets.empty());
+  program().state.isBusy = false;
+
+  program().state.hasUnsavedChanges = true;
+  for (const auto& [act, does] : acts) {
+    does();
+    expectSelected("beta", act);
+    EXPECT_EQ(table().currentIndex().row(), 1) << act;
+    EXPECT_EQ(interface.sheets.size(), 1U) << act;
+  }
+  program().state.hasUnsavedChanges = false;
+  click(0);
+  expectSelected("alpha", "saved");
+}
+
+TEST_F(ListModeViewTest, HeaderSortsUpThenDownAndKeepsTheSelectedJob) {
+  fill({"b", "c", "a"});
+  writeJob(Kind::userAgent, "d", {{"Program", "/a"}});
+  scan();
+  click(2);
+  const struct {
+    List column;
+    Names order;
+  } rows[] = {
+      {List::name, {"a", "b", "c", "d"}}, {List::name, {"d", "c", "b", "a"}}, {List::name, {"a", "b", "c", "d"}},
+      {List::run, {"d", "a", "b", "c"}},  {List::run, {"c", "b", "a", "d"}},
+  };
+  for (const auto& row : rows) {
+    clickHeader(row.column);
+    EXPECT_EQ(texts(table()), row.order);
+    expectSelected("c", "sorted");
+  }
+  scan();
+  EXPECT_EQ(texts(table()), rows[4].order) << "a scan keeps the order";
+}
+
+TEST_F(ListModeViewTest, MenuOfARowIsThatOfItsJob) {
+  fill({"alpha", "beta & co", "gamma"});
+  click(0);
+  const std::string reveal = foundation.localize.revealInFinder();
+  QMenu* menu = menuAt(table(), cell(1).center());
+  ASSERT_NE(menu, nullptr);
+  EXPECT_THAT(titles(*menu), ElementsAre("beta && co", "", reveal));
+  EXPECT_FALSE(menu->actions()[0]->isEnabled());
+  choose(*menu, reveal);
+  EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + path(Kind::userAgent, "beta & co.plist").string()));
+  menu->close();
+  testdata::settle();
+  expectSelected("alpha", "a menu selects nothing");
+
+  EXPECT_EQ(menuAt(table(), cell(2).center() + QPoint(0, 60)), nullptr) << "below the rows";
+}
+
+TEST_F(ListModeViewTest, MenuKeyOpensTheMenuOfTheMarkedRow) {
+  fill({"alpha", "beta", "gamma"});
+  for (const bool isNameHidden : {false, true}) {
+    table().setColumnHidden(0, isNameHidden);
+    for (const char* name : {"alpha", "gamma"}) {
+      program().currentMode()->select(URL::file(path(Kind::userAgent, std::string(name) + ".plist")));
+      window().activateWindow();  // as it isn't any more once a menu has been up
+      ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+      table().setFocus();
+      QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());  // as the platform tells of the key
+      QCoreApplication::sendEvent(window().windowHandle(), &key);
+      auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      ASSERT_NE(menu, nullptr) << name;
+      EXPECT_EQ(titles(*menu)[0], name);
+      menu->close();
+      testdata::settle();
+    }
+  }
+}
+
+TEST_F(ListModeViewTest, HeaderMenuHidesColumnsButTheLast) {
+  fill({"alpha"});
+  const auto chooseInHeader = [&](const std::string& title) {
+    QMenu* menu = menuAt(header(), QPoint(20, header().height() / 2));
+    ASSERT_NE(menu, nullptr);
+    choose(*menu, title);
+    menu->close();
+    testdata::settle();
+  };
+  std::vector<List> left(Column::allList.begin(), Column::allList.end());
+  while (left.size() > 1) {
+    chooseInHeader(Column::title(left.front(), foundation.localize));
+    left.erase(left.begin());
+    EXPECT_EQ(table().visibleColumns(), left);
+  }
+  EXPECT_THAT(workspace.deeds, IsEmpty());
+  chooseInHeader("Run");
+  EXPECT_THAT(workspace.deeds, ElementsAre("beep"));
+  EXPECT_EQ(table().visibleColumns(), left);
+
+  chooseInHeader("Name");
+  EXPECT_EQ(table().visibleColumns(), (std::vector{List::name, List::run}));
+  table().header()->resizeSection(0, 400);
+  const int before = table().columnWidth(0);
+  chooseInHeader(foundation.localize.rightSizeThisColumn());
+  EXPECT_LT(table().columnWidth(0), before);
+}
+
+TEST_F(ListModeViewTest, ColumnMenuTicksWhatIsShown) {
+  fill({});
+  table().setVisibleColumns({List::name, List::run});
+  QMenu menu;
+  window().listMode().addColumnItems(menu);
+  Names ticked;
+  for (const QAction* item : menu.actions()) {
+    if (item->isChecked()) ticked.push_back(utf8(item->text()));
+  }
+  EXPECT_THAT(ticked, ElementsAre("Name", "Run"));
+}
+
+TEST_F(ListModeViewTest, DragTakesTheFileOfAJobAndNothingOfALoginItem) {
+  loginItems.ownItems = {{"item", "/opt/item", {}, {}}};
+  fill({"with b#?%"});
+  ASSERT_THAT(texts(table()), ElementsAre("with b#?%", "item"));
+  const auto mime = [&](int row) {
+    return std::unique_ptr<QMimeData>(table().model()->mimeData({table().model()->index(row, 0)}));
+  };
+  const auto ofJob = mime(0);
+  ASSERT_NE(ofJob, nullptr);
+  ASSERT_EQ(ofJob->urls().size(), 1);
+  EXPECT_EQ(utf8(ofJob->urls()[0].toLocalFile()), path(Kind::userAgent, "with b#?%.plist"));
+  EXPECT_EQ(mime(1), nullptr);
+  EXPECT_EQ(table().model()->supportedDragActions(), Qt::CopyAction);
+}
+
+/// Notes the rows that a view asks for.
+class Asked final : public QIdentityProxyModel {
+ public:
+  mutable std::set<int> rows;
+
+  QVariant data(const QModelIndex& index, int role) const override {
+    rows.insert(index.row());
+    return QIdentityProxyModel::data(index, role);
+  }
+};
+
+TEST_F(ListModeViewTest, TenThousandJobsAreFilteredAndScrolledByAskingOnlyForThoseInSight) {
+  fill({});
+  for (int i = 0; i < 10'000; ++i) {
+    const std::string name = "job" + std::to_string(i);
+    program().state.jobs.push_back(
+        std::make_shared<Job>(Kind::userAgent, name, "", name, URL::file("/jobs/" + name + ".plist")));
+  }
+  Asked asked;
+  asked.setSourceModel(table().model());
+  ListTable second;
+  second.setModel(&asked);
+  second.resize(600, 300);
+  second.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&second));
+  const struct {
+    const char* filter;
+    int found;
+  } rows[] = {{"job", 10'000}, {"job99", 111}, {"nothing", 0}, {"", 10'000}};
+  for (const auto& row : rows) {
+    asked.rows.clear();
+    window().filter().setText(QString::fromLatin1(row.filter));
+    testdata::settle();
+    second.verticalScrollBar()->setValue(second.verticalScrollBar()->maximum());
+    (void)second.grab();
+    EXPECT_EQ(second.model()->rowCount(), row.found) << row.filter;
+    EXPECT_EQ(asked.rows.contains(row.found - 1), row.found > 0) << row.filter;
+    EXPECT_LE(asked.rows.size(), 2 * 300U / 10) << row.filter << ": a screen at the top and one at the end";
+  }
+  second.setModel(nullptr);
+}
+
+TEST_F(ListModeViewTest, ScanKeepsThePlaceToTheSide) {
+  fill({"alpha"});
+  click(0);
+  header().resizeSection(0, 3000);
+  testdata::settle();
+  QScrollBar& bar = *table().horizontalScrollBar();
+  bar.setValue(bar.maximum());
+  ASSERT_GT(bar.value(), 0);
+  const int place = bar.value();
+  writeJob(Kind::userAgent, "beta");
+  scan();
+  testdata::settle();
+  ASSERT_EQ(texts(table()), (Names{"alpha", "beta"}));
+  EXPECT_EQ(bar.value(), place);
+}
+
+TEST_F(ListModeViewTest, ScanLeavesTheDetailsOfAnUnchangedJobAlone) {
+  fill({"alpha", "beta"});
+  click(0);
+  const auto marking = [&] { return window().findChild<QScrollArea*>()->widget()->findChild<QTextEdit*>(); };
+  marking()->selectAll();
+  writeJob(Kind::userAgent, "beta", {{"Program", "/bin/other"}});
+  scan();
+  ASSERT_EQ(texts(table(), List::run).back(), "/bin/other");
+  EXPECT_TRUE(marking()->textCursor().hasSelection());
+  writeJob(Kind::userAgent, "alpha", {{"Program", "/bin/other"}});
+  scan();
+  EXPECT_FALSE(marking()->textCursor().hasSelection()) << "shown anew";
+}
+
+}  // namespace
+
+}  // namespace mirvel::ui

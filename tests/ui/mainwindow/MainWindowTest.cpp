@@ -1,0 +1,142 @@
+#include "ui/mainwindow/MainWindow.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ui/mainwindow/WindowFixture.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Names = std::vector<std::string>;
+
+class MainWindowTest : public WindowFixture {
+ protected:
+  void type(const char* text) {
+    window().filter().setFocus();
+    QTest::keyClicks(&window().filter(), QString::fromUtf8(text));
+  }
+  /// What is drawn behind the table, as its label tells it; null: it isn't asked for.
+  std::optional<std::string> drawnLabel() {
+    std::optional<std::string> drawn;
+    const auto label = table().emptyLabel;
+    table().emptyLabel = [&] {
+      const QString text = label();
+      drawn = utf8(text);
+      return text;
+    };
+    (void)table().grab();
+    table().emptyLabel = label;
+    return drawn;
+  }
+};
+
+TEST_F(MainWindowTest, FilterLeavesWhatHoldsItAndItsEndMarksTheSelectedJobAgain) {
+  fill({"alpha", "beta", "gamma"});
+  const std::pair<const char*, std::function<void()>> ends[] = {
+      {"escape", [&] { QTest::keyClick(&window().filter(), Qt::Key_Escape); }},
+      {"clear", [&] { window().filter().clear(); }},
+      {"deleted letter by letter",
+       [&] {
+         for (int i = 0; i < 5; ++i) QTest::keyClick(&window().filter(), Qt::Key_Backspace);
+       }},
+  };
+  for (const auto& [end, does] : ends) {
+    click(1);
+    type("gAmma");
+    EXPECT_EQ(texts(table()), Names{"gamma"}) << end;
+    EXPECT_EQ(markedJob(table()), "") << end;
+    EXPECT_EQ(program().state.selectedJob->name, "beta") << end;
+    does();
+    EXPECT_EQ(texts(table()), (Names{"alpha", "beta", "gamma"})) << end;
+    EXPECT_EQ(markedJob(table()), "beta") << end;
+    EXPECT_EQ(shownJob(window()), "beta") << end;
+  }
+}
+
+TEST_F(MainWindowTest, EscapeInAnEmptyFilterGivesTheKeysBackToTheList) {
+  fill({"alpha"});
+  window().filter().setFocus();
+  type("a");
+  QTest::keyClick(&window().filter(), Qt::Key_Escape);
+  EXPECT_TRUE(window().filter().hasFocus());
+  QTest::keyClick(&window().filter(), Qt::Key_Escape);
+  EXPECT_TRUE(table().hasFocus());
+}
+
+TEST_F(MainWindowTest, FilterHoldsOverAScan) {
+  fill({"alpha", "beta"});
+  click(1);
+  type("alpha");
+  writeJob(Kind::userAgent, "alphabet");
+  writeJob(Kind::userAgent, "zeta");
+  scan();
+  EXPECT_EQ(texts(table()), (Names{"alpha", "alphabet"}));
+  EXPECT_EQ(program().state.selectedJob->name, "beta");
+}
+
+TEST_F(MainWindowTest, LabelTellsOfAnEmptyCatalogueAndNotOfAFilter) {
+  fill({});
+  EXPECT_EQ(drawnLabel(), "No Items");
+  program().fetcher.fetchJobs();
+  EXPECT_EQ(drawnLabel(), foundation.localize.ellipsis().loading());
+  settle();
+  EXPECT_EQ(drawnLabel(), "No Items");
+  fill({"alpha"});
+  EXPECT_EQ(drawnLabel(), std::nullopt);
+  type("nothing holds this");
+  EXPECT_THAT(texts(table()), IsEmpty());
+  EXPECT_EQ(drawnLabel(), "");
+}
+
+TEST_F(MainWindowTest, ShortcutOfTheFilterFocusesItAndSelectsItsText) {
+  fill({"alpha"});
+  type("old");
+  table().setFocus();
+  QTest::keyClick(&table(), Qt::Key_F, Qt::ControlModifier);
+  EXPECT_TRUE(window().filter().hasFocus());
+  QTest::keyClicks(&window().filter(), QStringLiteral("new"));
+  EXPECT_EQ(window().filter().text(), QStringLiteral("new"));
+}
+
+TEST_F(MainWindowTest, UnsavedChangesKeepTheWindowOpenUntilTheyAreDropped) {
+  fill({"alpha"});
+  program().state.hasUnsavedChanges = true;
+  for (const int answer : {Interface::defaultButton, Interface::alternateButton}) {
+    EXPECT_FALSE(window().close());
+    EXPECT_TRUE(window().isVisible());
+    ASSERT_EQ(interface.sheets.size(), 1U);
+    interface.answerSheet(answer);
+    EXPECT_EQ(window().isVisible(), answer == Interface::defaultButton);
+  }
+  EXPECT_FALSE(program().state.hasUnsavedChanges);
+}
+
+TEST_F(MainWindowTest, UnsavedChangesForbidWhatWouldLoseThem) {
+  fill({"alpha"});
+  click(0);
+  for (const bool hasUnsavedChanges : {true, false}) {
+    program().state.hasUnsavedChanges = hasUnsavedChanges;
+    program().shell.mainWindow->setEdited(hasUnsavedChanges);
+    program().shell.mainWindow->validateVisibleItems();
+    EXPECT_EQ(window().filter().isEnabled(), !hasUnsavedChanges);
+    EXPECT_EQ(window().isWindowModified(), hasUnsavedChanges);
+    QTest::keyClick(&table(), Qt::Key_F5);
+    EXPECT_EQ(fetchQueue.count(), hasUnsavedChanges ? 0U : 1U);
+  }
+}
+
+TEST_F(MainWindowTest, TitleNamesTheSelectedJob) {
+  fill({"alpha [*] beta"});
+  EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]"));
+  click(0);
+  const QString shown = window().windowHandle()->title();
+  EXPECT_TRUE(shown.contains(QStringLiteral("alpha [*] beta"))) << utf8(shown);
+}
+
+}  // namespace
+
+}  // namespace mirvel::ui

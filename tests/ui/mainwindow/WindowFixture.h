@@ -1,0 +1,102 @@
+#pragma once
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScrollArea>
+#include <QTest>
+#include <QTextEdit>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/ProgramFixture.h"
+#include "ui/EventLoop.h"
+#include "ui/mainwindow/ListModeView.h"
+#include "ui/mainwindow/MainWindow.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+/// The name of the job whose details a window shows; empty: none.
+inline std::string shownJob(const MainWindow& window) {
+  const auto* area = window.findChild<QScrollArea*>();
+  if (!area->isVisibleTo(&window)) return {};
+  for (const auto* text : area->widget()->findChildren<QTextEdit*>()) {
+    if (text->accessibleName() == QStringLiteral("Name")) return utf8(text->toPlainText());
+  }
+  return "details without a name";
+}
+
+/// The texts of a column, from the first row to the last.
+inline std::vector<std::string> texts(const ListTable& table, Column::List column = Column::List::name) {
+  std::vector<std::string> result;
+  for (int row = 0; row < table.model()->rowCount(); ++row) {
+    result.push_back(utf8(table.model()->index(row, static_cast<int>(column)).data().toString()));
+  }
+  return result;
+}
+
+/// The name in the row that is marked; empty: none is.
+inline std::string markedJob(const ListTable& table) {
+  const QModelIndexList rows = table.selectionModel()->selectedRows();
+  return rows.isEmpty() ? std::string() : utf8(rows.front().data().toString());
+}
+
+/// The window of a program in virtual time, in front of everything.
+class WindowFixture : public testdata::ProgramFixture {
+ protected:
+  MainWindow& window() {
+    if (!m_window) {
+      m_window = std::make_unique<MainWindow>(program(), m_icons);
+      m_window->show();
+      m_window->activateWindow();
+      EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
+    }
+    return *m_window;
+  }
+  ListTable& table() { return window().listMode().table(); }
+  QHeaderView& header() { return *table().header(); }
+
+  /// Jobs of the user, in the window.
+  void fill(const std::vector<std::string>& labels) {
+    for (const std::string& label : labels) writeJob(Kind::userAgent, label, {{"Program", "/bin/" + label}});
+    (void)window();
+    scan();
+    testdata::settle();
+  }
+  void click(int row, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, modifiers, cell(row).center());
+  }
+  QRect cell(int row) { return table().visualRect(table().model()->index(row, 0)); }
+  void clickHeader(Column::List column) { QTest::mouseClick(header().viewport(), Qt::LeftButton, {}, middle(column)); }
+  QPoint middle(Column::List column) {
+    const int section = static_cast<int>(column);
+    return {header().sectionViewportPosition(section) + header().sectionSize(section) / 2, header().height() / 2};
+  }
+
+  /// The menu that comes up for a click of the other button; null: none.
+  static QMenu* menuAt(QAbstractScrollArea& area, QPoint position) {
+    QContextMenuEvent event(QContextMenuEvent::Mouse, position, area.viewport()->mapToGlobal(position));
+    QCoreApplication::sendEvent(area.viewport(), &event);
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  }
+  static std::vector<std::string> titles(const QMenu& menu) {
+    std::vector<std::string> result;
+    for (const QAction* action : menu.actions()) result.push_back(utf8(action->text()));
+    return result;
+  }
+  static void choose(QMenu& menu, const std::string& title) {
+    for (QAction* action : menu.actions()) {
+      if (action->text() == qt(title)) return action->trigger();
+    }
+    ADD_FAILURE() << "no item " << title;
+  }
+
+ private:
+  IconLoader m_icons;
+  std::unique_ptr<MainWindow> m_window;
+};
+
+}  // namespace mirvel::ui
