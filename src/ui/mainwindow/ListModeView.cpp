@@ -71,9 +71,7 @@ void ListModeView::mark(std::optional<std::size_t> row) {
 }
 
 void ListModeView::scrollTo(std::size_t row) {
-  const int aside = m_table->horizontalScrollBar()->value();
   m_table->scrollTo(m_model.index(static_cast<int>(row), 0));
-  m_table->horizontalScrollBar()->setValue(aside);
 }
 
 void ListModeView::prepareHeaders() {

@@ -4,6 +4,7 @@
 #include <QHeaderView>
 #include <QPainter>
 #include <QProxyStyle>
+#include <QScrollBar>
 #include <algorithm>
 
 #include "ui/mainwindow/GuardedSelection.h"
@@ -59,6 +60,12 @@ void ListTable::setModel(QAbstractItemModel* model) {
     const QModelIndexList rows = selectionModel()->selectedRows();
     if (!m_isMarking && !rows.isEmpty() && selectionDidChange) selectionDidChange(rows.front().row());
   });
+}
+
+void ListTable::scrollTo(const QModelIndex& index, ScrollHint hint) {
+  const int aside = horizontalScrollBar()->value();
+  QTreeView::scrollTo(index, hint);
+  horizontalScrollBar()->setValue(aside);
 }
 
 void ListTable::mark(int row) {

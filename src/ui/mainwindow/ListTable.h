@@ -15,6 +15,8 @@ class ListTable final : public QTreeView {
   explicit ListTable(QWidget* parent = nullptr);
 
   void setModel(QAbstractItemModel* model) override;
+  /// Shows the row; the place to the side stays.
+  void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
   /// What stands behind a table without rows; an empty text: nothing.
   std::function<QString()> emptyLabel;
