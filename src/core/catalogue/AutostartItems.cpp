@@ -67,7 +67,7 @@ AutostartItems::Entries AutostartItems::entriesIn(const std::vector<fs::path>& f
   for (const auto& path : folders) {
     const auto folder = JobFolder::open(path);
     if (!folder) continue;
-    for (const auto& name : folder->names()) {
+    for (const auto& [name, isRegular] : folder->entries()) {
       if (!name.ends_with(extension) || entries.contains(name)) continue;
       const auto stamp = folder->stamp(name);
       if (!stamp) continue;

@@ -29,8 +29,8 @@ std::vector<fs::path> entriesOf(const fs::path& path) {
   const auto folder = JobFolder::open(path);
   if (!folder) return {};
   std::vector<fs::path> entries;
-  for (const auto& name : folder->names()) {
-    fs::path entry = path / name;
+  for (const auto& listed : folder->entries()) {
+    fs::path entry = path / listed.name;
     if (!isHidden(entry)) entries.push_back(std::move(entry));
   }
   std::sort(entries.begin(), entries.end());

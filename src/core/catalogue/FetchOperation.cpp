@@ -22,6 +22,10 @@ std::span<const Kind> kindsToScan(bool showSystemJobs) {
   return Kind::visibleKinds;
 }
 
+std::string keyOf(const URL& url, const JobFolder::Stamp& stamp) {
+  return FileCache::key(url.text(), stamp.seconds, stamp.nanoseconds);
+}
+
 /// A file that was written a moment ago may be written again within the same tick of the file system's clock: its date
 /// would stay, and so would the cached bytes.
 bool isSettled(const JobFolder::Stamp& stamp) {
@@ -40,6 +44,7 @@ FetchOperation::FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanT
 
 void FetchOperation::main() {
   if (m_isCancelled) return;
+  m_hasOldCache = !m_tools.cache.isEmpty();
   Jobs found = scan();
   if (!m_isCancelled && !isOld(found)) jobs = std::move(found);
 }
@@ -74,46 +79,61 @@ Jobs FetchOperation::jobsOf(Kind kind) {
 Jobs FetchOperation::jobsInFolder(Kind kind, const std::filesystem::path& path) {
   const auto folder = JobFolder::open(path);
   if (!folder) return {};
-  const auto names = folder->names();
+  const auto entries = folder->entries();
   // Of a folder with more files than the cache holds, each would have gone before it is asked for again.
-  m_isCaching = names.size() <= FileCache::countLimit;
+  m_isCaching = entries.size() <= FileCache::countLimit;
   Jobs jobsFound;
-  for (const auto& name : names) {
+  for (const auto& entry : entries) {
     if (m_isCancelled) return {};
-    if (name == Const::FileName::dsStore) continue;
-    if (auto job = read(*folder, name, kind)) jobsFound.push_back(std::move(job));
+    if (entry.name == Const::FileName::dsStore) continue;
+    if (auto job = read(*folder, entry, kind)) jobsFound.push_back(std::move(job));
   }
   return jobsFound;
 }
 
-std::shared_ptr<Job> FetchOperation::read(const JobFolder& folder, const std::string& name, Kind kind) {
-  if (kind.isLaunchd()) return readLaunchd(folder, name, kind);
-  const URL url = folder.urlOf(name);
+std::shared_ptr<Job> FetchOperation::read(const JobFolder& folder, const JobFolder::Entry& entry, Kind kind) {
+  const URL url = folder.urlOf(entry.name);
+  if (kind.isLaunchd()) return readLaunchd(folder, entry, url, kind);
   if (kind.isStartupItem()) return StartupItem::read(url, kind);
   return PrivilegedHelperTool::read(url, Kind::privilegedHelperTool, m_tools.embeddedList,
                                     m_settings.showInternalHelpers);
 }
 
-std::shared_ptr<Job> FetchOperation::readLaunchd(const JobFolder& folder, const std::string& name, Kind kind) {
-  const URL url = folder.urlOf(name);
-  auto data = dataOf(folder, name, url);
-  if (!data) return nullptr;
-  return Launchd::read(*std::move(data), url, kind, Launchd::Source::File, m_settings, m_tools.console);
+std::shared_ptr<Job> FetchOperation::readLaunchd(const JobFolder& folder, const JobFolder::Entry& entry, const URL& url,
+                                                 Kind kind) {
+  const bool isFresh = entry.isRegular && !(m_isCaching && m_hasOldCache);
+  auto file = isFresh ? freshFile(folder, entry.name, url) : fileOf(folder, entry.name, url);
+  if (!file) return nullptr;
+  return Launchd::read(*std::move(file), url, kind, Launchd::Source::File, m_settings, m_tools.console);
 }
 
-std::optional<std::string> FetchOperation::dataOf(const JobFolder& folder, const std::string& name, const URL& url) {
+std::optional<JobFile> FetchOperation::fileOf(const JobFolder& folder, const std::string& name, const URL& url) {
   const auto stamp = folder.stamp(name);
   if (!stamp) return std::nullopt;
-  const std::string key = m_isCaching ? FileCache::key(url.text(), stamp->seconds, stamp->nanoseconds) : std::string();
-  const std::string* const cached = m_isCaching ? m_tools.cache.find(key) : nullptr;
-  if (cached) return *cached;
-  auto data = folder.read(name, *stamp);
-  if (!data) {
-    m_tools.console.log(unreadableJobLine(url.text()));
-    return std::nullopt;
+  if (m_isCaching) {
+    if (const JobFile* cached = m_tools.cache.find(keyOf(url, *stamp))) return *cached;
   }
-  if (m_isCaching && isSettled(*stamp)) m_tools.cache.put(key, *data);
-  return *std::move(data);
+  auto data = folder.read(name, *stamp);
+  if (!data) return unreadable(data.error(), url);
+  return parsed({*std::move(data), *stamp}, url);
+}
+
+std::optional<JobFile> FetchOperation::freshFile(const JobFolder& folder, const std::string& name, const URL& url) {
+  auto contents = folder.readListed(name);
+  if (!contents) return unreadable(contents.error(), url);
+  return parsed(*std::move(contents), url);
+}
+
+std::nullopt_t FetchOperation::unreadable(const Error& error, const URL& url) const {
+  // What has gone since it was listed isn't worth a word.
+  if (error.code != Error::Code::NotFound) m_tools.console.log(unreadableJobLine(url.text()));
+  return std::nullopt;
+}
+
+std::optional<JobFile> FetchOperation::parsed(JobFolder::Contents contents, const URL& url) {
+  auto file = JobFile::read(std::move(contents.data), url, m_tools.console);
+  if (file && m_isCaching && isSettled(contents.stamp)) m_tools.cache.put(keyOf(url, contents.stamp), *file);
+  return file;
 }
 
 void FetchOperation::sortByName(Jobs& jobsFound) const {

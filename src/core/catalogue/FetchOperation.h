@@ -47,9 +47,12 @@ class FetchOperation {
   Jobs scan();
   Jobs jobsOf(Kind kind);
   Jobs jobsInFolder(Kind kind, const std::filesystem::path& path);
-  std::shared_ptr<Job> read(const JobFolder& folder, const std::string& name, Kind kind);
-  std::shared_ptr<Job> readLaunchd(const JobFolder& folder, const std::string& name, Kind kind);
-  std::optional<std::string> dataOf(const JobFolder& folder, const std::string& name, const URL& url);
+  std::shared_ptr<Job> read(const JobFolder& folder, const JobFolder::Entry& entry, Kind kind);
+  std::shared_ptr<Job> readLaunchd(const JobFolder& folder, const JobFolder::Entry& entry, const URL& url, Kind kind);
+  std::optional<JobFile> fileOf(const JobFolder& folder, const std::string& name, const URL& url);
+  std::optional<JobFile> freshFile(const JobFolder& folder, const std::string& name, const URL& url);
+  std::nullopt_t unreadable(const Error& error, const URL& url) const;
+  std::optional<JobFile> parsed(JobFolder::Contents contents, const URL& url);
   void sortByName(Jobs& jobs) const;
 
   bool isOld(const Jobs& found) const;
@@ -57,7 +60,8 @@ class FetchOperation {
   std::vector<std::string> m_oldChecksums;
   ScanSettings m_settings;
   ScanTools& m_tools;
-  bool m_isCaching = true;
+  bool m_isCaching = true;     // of the folder that is being read
+  bool m_hasOldCache = false;  // of an earlier scan
   std::atomic<bool> m_isCancelled = false;
 };
 

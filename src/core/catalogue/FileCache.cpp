@@ -14,20 +14,20 @@ std::string FileCache::key(const std::string& path, std::int64_t seconds, long n
   return path + std::string(text.data(), end);
 }
 
-const std::string* FileCache::find(const std::string& key) {
+const JobFile* FileCache::find(const std::string& key) {
   const auto found = m_places.find(key);
   if (found == m_places.end()) return nullptr;
   m_entries.splice(m_entries.begin(), m_entries, found->second);
-  return &found->second->data;
+  return &found->second->file;
 }
 
-void FileCache::put(const std::string& key, std::string data) {
+void FileCache::put(const std::string& key, JobFile file) {
   const auto standing = m_places.find(key);
   if (standing != m_places.end()) {
-    standing->second->data = std::move(data);
+    standing->second->file = std::move(file);
     return;
   }
-  m_entries.push_front({key, std::move(data)});
+  m_entries.push_front({key, std::move(file)});
   m_places.emplace(m_entries.front().key, m_entries.begin());
   if (m_entries.size() > countLimit) {
     m_places.erase(m_entries.back().key);

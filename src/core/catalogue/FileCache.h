@@ -7,9 +7,11 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "core/catalogue/JobFile.h"
+
 namespace mirvel {
 
-/// The bytes of files that were read lately. An entry is never invalidated: a changed file has another key. For one
+/// The files that were read lately. An entry is never invalidated: a changed file has another key. For one
 /// thread at a time.
 class FileCache {
  public:
@@ -18,15 +20,16 @@ class FileCache {
   /// The key of a file that was last modified then, in seconds and nanoseconds since 1970.
   static std::string key(const std::string& path, std::int64_t seconds, long nanoseconds);
 
-  /// Null: not there. The text stays until the next `put`.
-  const std::string* find(const std::string& key);
+  bool isEmpty() const { return m_entries.empty(); }
+  /// Null: not there. The file stays until the next `put`.
+  const JobFile* find(const std::string& key);
   /// Beyond the limit, what wasn't asked for the longest goes.
-  void put(const std::string& key, std::string data);
+  void put(const std::string& key, JobFile file);
 
  private:
   struct Entry {
     std::string key;
-    std::string data;
+    JobFile file;
   };
 
   std::list<Entry> m_entries;  // what was asked for last stands first

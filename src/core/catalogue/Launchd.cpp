@@ -5,20 +5,11 @@
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "core/support/Const.h"
-#include "core/support/Digest.h"
 #include "core/support/Strings.h"
 
 namespace mirvel {
 
 namespace {
-
-void tellOfBadFile(const Error& error, const URL& url, Console& console) {
-  if (error.code == Error::Code::NoForm) {
-    console.print(url.text() + ": " + error.message);
-  } else {
-    console.print("Error in: " + url.text() + '\n' + error.text());
-  }
-}
 
 /// The dictionary of the file that stands at the URL, if there is a good one.
 std::optional<launchd::FileDictionary> dictionaryOfFile(const URL& url) {
@@ -40,23 +31,26 @@ Launchd::Launchd(Kind theKind, std::string theSummary, std::string theChecksum, 
 
 std::shared_ptr<Launchd> Launchd::read(std::string data, const URL& url, Kind kind, Source source,
                                        const ScanSettings& settings, Console& console) {
-  const auto digest = Data::sha256Digest(data);
-  if (!digest) return nullptr;
-  auto record = Plist::read(data);
+  auto file = JobFile::read(std::move(data), url, console);
+  return file ? read(*std::move(file), url, kind, source, settings, console) : nullptr;
+}
+
+std::shared_ptr<Launchd> Launchd::read(JobFile file, const URL& url, Kind kind, Source source,
+                                       const ScanSettings& settings, Console& console) {
+  auto record = Plist::decode(file.list->root());
   if (!record) {
     tellOfBadFile(record.error(), url, console);
     return nullptr;
   }
   const bool isInternal = record->name.starts_with(Const::excludePrefix);
   if (isInternal && !settings.showInternalHelpers) return nullptr;
-  if (source == Source::Elsewhere) {
-    if (auto standing = dictionaryOfFile(url)) record->dictionary = std::move(standing);
-  }
+  if (source == Source::Elsewhere) record->dictionary = dictionaryOfFile(url);
+  if (!record->dictionary) record->dictionary.emplace(std::move(file.list));
 
   std::string summary = launchdSummary(*record, settings.roots.home);
   const std::shared_ptr<Launchd> job(
-      new Launchd(kind, std::move(summary), String::toBase64(*digest), url, *std::move(record)));
-  if (plist::isUtf8(data)) job->textContent = std::move(data);
+      new Launchd(kind, std::move(summary), std::move(file.checksum), url, *std::move(record)));
+  if (plist::isUtf8(file.data)) job->textContent = std::move(file.data);
   job->iconPath = launchdIconPath(job->plist().iconPath, settings);
   job->icon = Image::iconOfPath(job->iconPath.value_or(url.text()));
   job->isEditable = !isInternal && kind.isEditable(settings.editSystemJobs);

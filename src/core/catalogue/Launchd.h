@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/catalogue/Job.h"
+#include "core/catalogue/JobFile.h"
 #include "core/catalogue/ScanSettings.h"
 #include "core/plist/Plist.h"
 #include "core/support/Console.h"
@@ -23,6 +24,8 @@ class Launchd final : public Job {
   /// is an internal helper that isn't to be shown. With `Source::Elsewhere` a file that stands at the URL already gives
   /// the keys that the record doesn't know. From any thread.
   static std::shared_ptr<Launchd> read(std::string data, const URL& url, Kind kind, Source source,
+                                       const ScanSettings& settings, Console& console);
+  static std::shared_ptr<Launchd> read(JobFile file, const URL& url, Kind kind, Source source,
                                        const ScanSettings& settings, Console& console);
 
   /// The live record: whoever edits the job changes it in place.

@@ -13,6 +13,7 @@ class FileDictionary {
   /// The document's root is a dictionary.
   explicit FileDictionary(plist::Document document)
       : m_document(std::make_shared<const plist::Document>(std::move(document))) {}
+  explicit FileDictionary(std::shared_ptr<const plist::Document> document) : m_document(std::move(document)) {}
 
   plist::Members members() const { return *m_document->root().dictionary(); }
   /// Null: no such key. The node lives as long as any copy of the dictionary.

@@ -15,17 +15,18 @@ TEST(FileCacheTest, TheKeyIsThePathAndTheSecondsSince2001) {
 TEST(FileCacheTest, TheEntryNotAskedForTheLongestGoes) {
   FileCache cache;
   const auto key = [](std::size_t number) { return "file with a long name " + std::to_string(number); };
-  for (std::size_t i = 0; i < FileCache::countLimit; ++i) cache.put(key(i), std::to_string(i));
+  const auto file = [](std::string data) { return JobFile{.data = std::move(data), .checksum = {}, .list = {}}; };
+  for (std::size_t i = 0; i < FileCache::countLimit; ++i) cache.put(key(i), file(std::to_string(i)));
   ASSERT_TRUE(cache.find(key(0)));
-  cache.put(key(2), "new");  // no further entry
+  cache.put(key(2), file("new"));  // no further entry
   ASSERT_TRUE(cache.find(key(2)));
-  cache.put(key(FileCache::countLimit), "last");
+  cache.put(key(FileCache::countLimit), file("last"));
 
   EXPECT_FALSE(cache.find(key(1)));
-  EXPECT_EQ(*cache.find(key(0)), "0");
-  EXPECT_EQ(*cache.find(key(2)), "new");
-  EXPECT_EQ(*cache.find(key(3)), "3");
-  EXPECT_EQ(*cache.find(key(FileCache::countLimit)), "last");
+  EXPECT_EQ(cache.find(key(0))->data, "0");
+  EXPECT_EQ(cache.find(key(2))->data, "new");
+  EXPECT_EQ(cache.find(key(3))->data, "3");
+  EXPECT_EQ(cache.find(key(FileCache::countLimit))->data, "last");
 }
 
 }  // namespace

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/propertylist/Reader.h"
+#include "core/support/Console.h"
+#include "core/support/URL.h"
+
+namespace mirvel {
+
+/// The bytes of a job file, and what is made of them alone. Copies share the list.
+struct JobFile {
+  std::string data;
+  std::string checksum;                         ///< base64 of the SHA-256 digest of the bytes
+  std::shared_ptr<const plist::Document> list;  ///< never null
+
+  /// None if the bytes are no property list, which a line on the console tells, or have no digest. From any thread.
+  static std::optional<JobFile> read(std::string data, const URL& url, Console& console);
+};
+
+/// What the console says of a file that is no job.
+void tellOfBadFile(const Error& error, const URL& url, Console& console);
+
+}  // namespace mirvel
