@@ -16,26 +16,26 @@ constexpr char recordEnd = '\x1E';
 
 /// Prints a record of name, path and kind for each item that has the first two. An item that vanishes meanwhile is
 /// passed over, and so is one that tells no path.
-constexpr const char* script = R"(set fieldEnd to character id 31
-set recordEnd to character id 30
-set report to ""
-tell application "System Events"
-	repeat with anItem in (get login items)
-		try
-			set itemName to name of anItem
-			set itemPath to path of anItem
-			set itemKind to ""
-			try
-				if kind of anItem is not missing value then set itemKind to (kind of anItem) as text
-			end try
-			if itemName is not missing value and itemPath is not missing value then
-				set report to report & itemName & fieldEnd & itemPath & fieldEnd & itemKind & fieldEnd & recordEnd
-			end if
-		end try
-	end repeat
-end tell
-return report
-)";
+constexpr const char* script =
+    "set fieldEnd to character id 31\n"
+    "set recordEnd to character id 30\n"
+    "set report to \"\"\n"
+    "tell application \"System Events\"\n"
+    "\trepeat with anItem in (get login items)\n"
+    "\t\ttry\n"
+    "\t\t\tset itemName to name of anItem\n"
+    "\t\t\tset itemPath to path of anItem\n"
+    "\t\t\tset itemKind to \"\"\n"
+    "\t\t\ttry\n"
+    "\t\t\t\tif kind of anItem is not missing value then set itemKind to (kind of anItem) as text\n"
+    "\t\t\tend try\n"
+    "\t\t\tif itemName is not missing value and itemPath is not missing value then\n"
+    "\t\t\t\tset report to report & itemName & fieldEnd & itemPath & fieldEnd & itemKind & fieldEnd & recordEnd\n"
+    "\t\t\tend if\n"
+    "\t\tend try\n"
+    "\tend repeat\n"
+    "end tell\n"
+    "return report\n";
 
 /// What stands before the next such end, which is taken off with it; none if there is no end.
 std::optional<std::string_view> takeUntil(char end, std::string_view& text) {

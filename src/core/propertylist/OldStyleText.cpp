@@ -7,22 +7,11 @@
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/RealText.h"
+#include "core/support/Digest.h"
 
 namespace mirvel::plist {
 
 namespace {
-
-std::string hexadecimal(std::string_view bytes) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  std::string text;
-  text.reserve(bytes.size() * 2);
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    text += digits[byte >> 4U];
-    text += digits[byte & 0xFU];
-  }
-  return text;
-}
 
 class OldStyleWriter {
  public:
@@ -52,7 +41,7 @@ class OldStyleWriter {
     if (const auto integer = node.integer()) m_text += integer->text();
     if (const auto real = node.real()) m_text += realText(*real);
     if (const auto date = node.date()) m_text += dateText(*date);
-    if (const auto data = node.data()) m_text.append("<").append(hexadecimal(*data)).append(">");
+    if (const auto data = node.data()) m_text.append("<").append(Data::hexString(*data)).append(">");
     if (const auto uid = node.uid()) m_text += std::to_string(uid->number);
   }
 
