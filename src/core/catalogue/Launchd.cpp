@@ -23,9 +23,15 @@ std::optional<launchd::FileDictionary> dictionaryOfFile(const URL& url) {
   return launchd::FileDictionary(*std::move(document));
 }
 
+/// Whether a file name has something behind its last dot and before it.
+bool hasExtension(std::string_view name) {
+  const auto dot = name.rfind('.');
+  return dot != std::string_view::npos && dot != 0 && dot + 1 < name.size();
+}
+
 }  // namespace
 
-Launchd::Launchd(Kind theKind, std::string theSummary, std::string theChecksum, URL theURL, Plist record)
+Launchd::Launchd(Kind theKind, std::string theSummary, std::string theChecksum, URL theURL, Plist&& record)
     : Job(theKind, record.name, std::move(theSummary), std::move(theChecksum), std::move(theURL)),
       m_plist(std::move(record)) {}
 
@@ -58,8 +64,9 @@ std::shared_ptr<Launchd> Launchd::read(JobFile file, const URL& url, Kind kind, 
 }
 
 std::string launchdSummary(const launchd::Plist& plist, const std::filesystem::path& home) {
-  std::string text(String::lastPathComponent(plist.program.value_or("")));
-  const auto arguments = plist.programArguments.value_or(std::vector<std::string>());
+  std::string text(plist.program ? String::lastPathComponent(*plist.program) : std::string_view());
+  if (!plist.programArguments) return String::shortenHomeFolder(text, home.native());
+  const std::vector<std::string>& arguments = *plist.programArguments;
   const bool repeatsTool = !arguments.empty() && arguments.front() == text;
   for (std::size_t i = repeatsTool ? 1 : 0; i < arguments.size(); ++i) {
     if (text.empty()) {
@@ -74,9 +81,10 @@ std::string launchdSummary(const launchd::Plist& plist, const std::filesystem::p
 std::optional<std::string> launchdIconPath(const std::optional<std::string>& tool, const ScanSettings& settings) {
   if (!tool || !tool->starts_with('/')) return std::nullopt;
   if (tool->find('.') == std::string::npos) return *tool == settings.osascript ? settings.scriptEditor : tool;
-  for (std::filesystem::path path = *tool; path != path.root_path(); path = path.parent_path()) {
-    const URL url = URL::file(path);
-    if (!url.pathExtension().empty()) return url.text();
+  // Upwards from the tool to the first component with an extension.
+  for (std::string_view path = *tool; !path.empty(); path = path.substr(0, path.rfind('/'))) {
+    while (path.ends_with('/')) path.remove_suffix(1);
+    if (hasExtension(String::lastPathComponent(path))) return std::string(path);
   }
   return std::nullopt;
 }

@@ -43,7 +43,7 @@ class Launchd final : public Job {
   std::optional<plist::Dictionary> plistDictionary() const;
 
  private:
-  Launchd(Kind kind, std::string summary, std::string checksum, URL url, Plist record);
+  Launchd(Kind kind, std::string summary, std::string checksum, URL url, Plist&& record);
 
   Plist m_plist;
 };

@@ -4,6 +4,7 @@
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 namespace mirvel {
@@ -44,9 +45,16 @@ int Collator::localizedStandardCompare(std::string_view a, std::string_view b) c
 std::string Collator::sortKey(std::string_view text) const {
   if (!m_implementation->collator) return std::string(text);
   const auto wide = icu::UnicodeString::fromUTF8(piece(text));
-  const std::int32_t size = m_implementation->collator->getSortKey(wide, nullptr, 0);
+  // Most keys fit into this, and are then made only once.
+  std::array<std::uint8_t, 256> bytes;
+  const std::int32_t size =
+      m_implementation->collator->getSortKey(wide, bytes.data(), static_cast<std::int32_t>(bytes.size()));
   std::string key(static_cast<std::size_t>(size), '\0');
-  m_implementation->collator->getSortKey(wide, reinterpret_cast<std::uint8_t*>(key.data()), size);
+  if (key.size() <= bytes.size()) {
+    std::copy_n(bytes.begin(), key.size(), key.begin());
+  } else {
+    m_implementation->collator->getSortKey(wide, reinterpret_cast<std::uint8_t*>(key.data()), size);
+  }
   return key;
 }
 
