@@ -49,7 +49,7 @@ std::string quoted(std::string_view text) {
   return result + '"';
 }
 
-/// A file made by the rules of the specification is read as what was put into it.
+/// A file made by the rules of the standard is read as what was put into it.
 void checkWritten(std::string_view text) {
   const std::string file = "[Desktop Entry]\nName[sr@latin]=" + escaped(text) + "\nIcon=" + escaped(text) +
                            "\nExec=" + escaped(quoted(text) + " %U " + quoted("-x")) + '\n';

@@ -14,8 +14,9 @@ struct SampleNames {
 };
 
 /// The text of a sample file with its placeholders filled in, so that the file says just these names to whoever reads
-/// it: in property lists as XML text, in desktop entries as part of a quoted argument of `Exec` (Desktop Entry
-/// Specification, "The Exec key"), and elsewhere as they stand. `file` is looked at for its extension.
+/// it: in property lists as XML text, in desktop entries as part of a quoted argument of `Exec`
+/// (freedesktop.org, desktop-entry-spec 1.5, "The Exec key"), and elsewhere as they stand. `file` is looked at for its
+/// extension.
 std::string filledIn(std::string_view text, const std::filesystem::path& file, const SampleNames& names);
 
 }  // namespace mirvel::demo

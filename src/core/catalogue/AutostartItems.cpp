@@ -21,7 +21,7 @@ std::optional<DesktopEntry> entryOf(const JobFolder& folder, const std::string& 
   return bytes ? DesktopEntry::read(*bytes, locale) : std::nullopt;
 }
 
-/// Every application has a name by the specification, and is told by its file where it has none all the same.
+/// Every application has to have a name, and is told by its file where it has none all the same.
 std::string nameOf(const DesktopEntry& entry, const std::string& fileName) {
   return entry.name.empty() ? fileName.substr(0, fileName.size() - extension.size()) : entry.name;
 }

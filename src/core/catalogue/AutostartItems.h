@@ -12,7 +12,7 @@
 
 namespace mirvel {
 
-/// What a Linux desktop starts at login (freedesktop.org, Desktop Application Autostart Specification 0.5): the user's
+/// What a Linux desktop starts at login (freedesktop.org, autostart-spec 0.5): the user's
 /// own entries are the list, those that applications installed are the bundled ones. An entry hides all of its file
 /// name in folders that count less. Entries that this desktop doesn't start aren't listed.
 class AutostartItems final : public LoginItems {

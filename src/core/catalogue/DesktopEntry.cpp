@@ -113,7 +113,7 @@ std::string withoutFieldCodes(std::string_view argument) {
   return result;
 }
 
-/// The quoting is read as a shell does, which takes all that the specification allows, and single quotes too, which
+/// The quoting is read as a shell does, which takes all that desktop entries may have, and single quotes too, which
 /// many entries have.
 std::vector<std::string> commandIn(std::string_view exec) {
   if (String::trim(exec, true).empty()) return {};

@@ -8,7 +8,7 @@
 
 namespace mirvel {
 
-/// What a desktop entry file tells of an application (freedesktop.org, Desktop Entry Specification 1.5). Texts are the
+/// What a desktop entry file tells of an application (freedesktop.org, desktop-entry-spec 1.5). Texts are the
 /// bytes of the file, which need not be UTF-8.
 struct DesktopEntry {
   /// More than this is no desktop entry.

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <memory>
 
+#include "core/support/RegularFile.h"
+
 namespace mirvel {
 
 namespace {
@@ -32,20 +34,8 @@ JobFolder::Stamp stampOf(const struct stat& status) {
           .isRegular = S_ISREG(status.st_mode)};
 }
 
-Error noRegularFile(std::string path) {
-  return {.code = Error::Code::Malformed, .message = "it is no regular file", .file = std::move(path)};
-}
-
 Error tooLarge(std::string path) {
   return {.code = Error::Code::LimitExceeded, .message = "it is too large", .file = std::move(path)};
-}
-
-ssize_t readSome(int file, char* to, std::size_t size) {
-  ssize_t count = 0;
-  do {
-    count = ::read(file, to, size);
-  } while (count < 0 && errno == EINTR);
-  return count;
 }
 
 }  // namespace
@@ -106,7 +96,7 @@ Result<std::string> JobFolder::readAll(const FileDescriptor& file, const std::st
   std::string bytes(stamp.size + 1, '\0');
   std::size_t size = 0;
   while (true) {
-    const ssize_t count = readSome(file.number(), bytes.data() + size, bytes.size() - size);
+    const ssize_t count = readUninterrupted(file.number(), bytes.data() + size, bytes.size() - size);
     if (count < 0) return systemError(errno, "read", m_prefix + name);
     size += static_cast<std::size_t>(count);
     if (count == 0 || size < bytes.size()) break;

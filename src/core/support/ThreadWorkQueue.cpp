@@ -26,11 +26,13 @@ ThreadWorkQueue::ThreadWorkQueue(const std::string& name)
       }) {}
 
 ThreadWorkQueue::~ThreadWorkQueue() {
+  std::deque<Task> dropped;  // ends outside the lock: what a task holds may do anything at its own end
   {
     const std::lock_guard lock(m_mutex);
     m_isEnding = true;
-    m_tasks.clear();
+    dropped.swap(m_tasks);
   }
+  dropped.clear();
   m_changed.notify_all();
   m_thread.join();
 }

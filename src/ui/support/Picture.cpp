@@ -1,16 +1,12 @@
 #include "ui/support/Picture.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <QBuffer>
 #include <QImageReader>
 #include <QSize>
 #include <algorithm>
-#include <cerrno>
+#include <cstdint>
 
-#include "core/support/FileDescriptor.h"
+#include "core/support/RegularFile.h"
 
 namespace mirvel::ui {
 
@@ -23,27 +19,16 @@ bool fits(const QSize& size) {
   return size.width() <= mostPixels && size.height() <= mostPixels;
 }
 
-/// A regular file, opened for reading, and its size.
-FileDescriptor openRegular(const std::filesystem::path& file, std::size_t& size) {
-  struct stat status {};
-  if (::stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};  // to open a device may do something
-  FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  if (!opened || ::fstat(opened.number(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
-  size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
-  return opened;
-}
-
 }  // namespace
 
 std::optional<QByteArray> readStart(const std::filesystem::path& file, std::size_t most) {
-  std::size_t size = 0;
-  const FileDescriptor opened = openRegular(file, size);
+  const auto opened = RegularFile::open(file);
   if (!opened) return std::nullopt;
-  QByteArray bytes(static_cast<qsizetype>(std::min(size, most)), Qt::Uninitialized);
+  QByteArray bytes(static_cast<qsizetype>(std::min<std::uint64_t>(opened->size, most)), Qt::Uninitialized);
   qsizetype count = 0;
   while (count < bytes.size()) {
-    const ssize_t more = ::read(opened.number(), bytes.data() + count, static_cast<std::size_t>(bytes.size() - count));
-    if (more < 0 && errno == EINTR) continue;
+    const ssize_t more = readUninterrupted(opened->descriptor.number(), bytes.data() + count,
+                                           static_cast<std::size_t>(bytes.size() - count));
     if (more < 0) return std::nullopt;
     if (more == 0) break;
     count += more;
