@@ -1,6 +1,8 @@
 #include "demo/DemoOptions.h"
 
 #include <QCommandLineParser>
+#include <cstdlib>
+#include <iostream>
 
 #include "core/support/Localize.h"
 #include "ui/support/QtText.h"
@@ -13,7 +15,13 @@ namespace {
 QSize sizeFrom(const QString& text) {
   const QStringList parts = text.split(QLatin1Char('x'));
   if (parts.size() != 2) return {};
-  return {parts.at(0).toInt(), parts.at(1).toInt()};
+  const QSize size(parts.at(0).toInt(), parts.at(1).toInt());
+  return size.isEmpty() ? QSize() : size;
+}
+
+[[noreturn]] void refuse(const QString& value) {
+  std::cerr << "mirvel-demo: what is " << ui::utf8(value) << "? Try mirvel-demo --help\n";
+  std::exit(2);
 }
 
 }  // namespace
@@ -37,10 +45,14 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   parser.addVersionOption();
   parser.addOptions({picture, size, scheme, locale, select, filter});
   parser.process(arguments);
+  const QString schemeName = parser.value(scheme);
+  const bool isKnownScheme = schemeName == QLatin1String("light") || schemeName == QLatin1String("dark");
+  if (parser.isSet(scheme) && !isKnownScheme) refuse(schemeName);
+  if (parser.isSet(size) && !sizeFrom(parser.value(size)).isValid()) refuse(parser.value(size));
 
   DemoOptions options;
   if (parser.isSet(picture)) options.picture = parser.value(picture);
-  if (parser.isSet(scheme)) options.isDark = parser.value(scheme) == QLatin1String("dark");
+  if (parser.isSet(scheme)) options.isDark = schemeName == QLatin1String("dark");
   options.size = sizeFrom(parser.value(size));
   options.locale = parser.isSet(locale) ? ui::utf8(parser.value(locale)) : Localize::currentLocale();
   options.selected = parser.value(select);

@@ -1,8 +1,5 @@
 #include "demo/SampleRoot.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
 #include <QDirIterator>
 #include <QFile>
 #include <algorithm>
@@ -15,6 +12,7 @@
 #include <vector>
 
 #include "core/propertylist/Encoding.h"
+#include "core/support/UserName.h"
 #include "demo/HelperToolFile.h"
 #include "demo/SampleText.h"
 
@@ -60,15 +58,6 @@ struct Sample {
 
 Error errorOf(const std::error_code& code, const std::string& doing, const fs::path& path) {
   return systemError(code.value(), doing, path.string());
-}
-
-/// The login name of whoever runs the program. Somebody whom the user database doesn't know is told by number.
-std::string userName() {
-  std::vector<char> buffer(std::size_t{1} << 16U);
-  passwd entry{};
-  passwd* found = nullptr;
-  ::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found);
-  return found ? found->pw_name : std::to_string(::geteuid());
 }
 
 bool canBeTold(const std::string& path) {
@@ -162,7 +151,7 @@ Result<SampleRoot> SampleRoot::create(const fs::path& folder) {
   if (code) return errorOf(code, "find", folder);
   if (auto claimed = claim(root); !claimed) return claimed.error();
 
-  const SampleNames names{.home = (root / home).string(), .root = root.string(), .user = userName()};
+  const SampleNames names{.home = (root / home).string(), .root = root.string(), .user = loginName()};
   for (const Place& place : places) {
     for (Sample& sample : samplesOf(place)) {
       if (auto written = write(finished(std::move(sample), names), root); !written) return written.error();

@@ -11,7 +11,7 @@ void MainWindowController::selectedJobDidChange() {
   updateTitle();
   if (m_program.shell.mainWindow) m_program.shell.mainWindow->setEdited(false);
   if (m_program.shell.detail) m_program.shell.detail->updateDetail();
-  if (!m_program.state.selectedJob && !m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+  if (!m_program.state.selectedJob) refresh();
 }
 
 void MainWindowController::applySelection() {
@@ -64,6 +64,29 @@ void MainWindowController::answerUnsavedChanges(int button) {
   m_program.state.hasUnsavedChanges = false;
   if (edit) edit->refreshEditedState();
   if (m_program.shell.terminate) m_program.shell.terminate();
+}
+
+bool MainWindowController::canRefresh() const {
+  return !m_program.state.hasUnsavedChanges;
+}
+
+void MainWindowController::refresh() {
+  if (canRefresh()) m_program.fetcher.fetchJobs();
+}
+
+void MainWindowController::toggleSystemJobs() {
+  if (!canRefresh()) return;
+  const auto written = m_program.foundation.defaults.negate(Defaults::Key::showSystemJobs);
+  if (!written) m_program.platform.interface.present(written.error());
+  refresh();
+}
+
+bool MainWindowController::canRevealSelected() const {
+  return m_program.state.selectedJob != nullptr;
+}
+
+void MainWindowController::revealSelected() {
+  if (canRevealSelected()) revealInFinder(*m_program.state.selectedJob);
 }
 
 void MainWindowController::revealInFinder(const Job& job) {

@@ -23,6 +23,13 @@ class MainWindowController {
   bool canDeleteJob(const Job& job) const;
   /// Asks what to do with unsaved changes, in a sheet: to stay, or to drop them and go on with what was wanted.
   void unsavedChangesAlert();
+  /// Commands on the catalogue: a scan, now, and the system kinds shown or hidden. Neither does anything it may not.
+  bool canRefresh() const;
+  void refresh();
+  void toggleSystemJobs();
+  /// Shows the selected job's file, if there is a selected job.
+  bool canRevealSelected() const;
+  void revealSelected();
   /// Shows the job's file in the file viewer; of a login item, the settings where it is listed.
   void revealInFinder(const Job& job);
 

@@ -6,10 +6,12 @@ namespace mirvel {
 
 int Interface::alert(const Alert& question) {
   const Answer answer = showAlert(question);
-  if (answer.isSuppressed && !question.suppression.empty()) {
-    (void)m_defaults.set(question.suppression, true);  // at worst the question comes again
-  }
+  if (answer.isSuppressed) remember(question);
   return answer.button;
+}
+
+void Interface::remember(const Alert& question) {
+  if (!question.suppression.empty()) (void)m_defaults.set(question.suppression, true);  // at worst it comes again
 }
 
 void Interface::present(const Error& failure) {

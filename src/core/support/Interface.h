@@ -64,6 +64,8 @@ class Interface {
     bool isSuppressed = false;
   };
   virtual Answer showAlert(const Alert& question) = 0;
+  /// Sets the suppression key of a question whose "don't ask again" was ticked.
+  void remember(const Alert& question);
 
  private:
   Defaults& m_defaults;

@@ -161,9 +161,7 @@ QWidget* DetailPane::makeFooter() {
   auto* layout = new QHBoxLayout(footer);
   layout->setContentsMargins(0, 0, 0, 0);
   auto* reveal = new QPushButton(qt(m_program.foundation.localize.revealInFinder()));
-  connect(reveal, &QPushButton::clicked, this, [this] {
-    if (m_program.state.selectedJob) m_program.mainWindow.revealInFinder(*m_program.state.selectedJob);
-  });
+  connect(reveal, &QPushButton::clicked, this, [this] { m_program.mainWindow.revealSelected(); });
   layout->addWidget(reveal);
   layout->addStretch();
   return footer;

@@ -13,7 +13,8 @@
 
 namespace mirvel::ui {
 
-MainMenu::MainMenu(Program& program, MainWindow& window) : QObject(&window), m_program(program), m_window(window) {
+MainMenu::MainMenu(Program& program, MainWindow& window, IconLoader& icons)
+    : QObject(&window), m_program(program), m_window(window), m_icons(icons) {
   makeFileMenu();
   makeEditMenu();
   makeViewMenu();
@@ -25,12 +26,12 @@ void MainMenu::makeFileMenu() {
   const Localize& localize = m_program.foundation.localize;
   QMenu* menu = m_window.menuBar()->addMenu(qt(localize.mainMenu().file()));
   m_refresh = menu->addAction(IconLoader::symbol("view-refresh"), qt(localize.mainMenu().refresh()), this, [this] {
-    if (!m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+    m_icons.clear();
+    m_program.mainWindow.refresh();
   });
   m_refresh->setShortcuts({QKeySequence(QKeySequence::Refresh), QKeySequence(Qt::CTRL | Qt::Key_R)});
-  m_reveal = menu->addAction(IconLoader::symbol("folder-open"), qt(localize.revealInFinder()), this, [this] {
-    if (m_program.state.selectedJob) m_program.mainWindow.revealInFinder(*m_program.state.selectedJob);
-  });
+  m_reveal = menu->addAction(IconLoader::symbol("folder-open"), qt(localize.revealInFinder()), this,
+                             [this] { m_program.mainWindow.revealSelected(); });
   m_reveal->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_R);
   menu->addSeparator();
   QAction* quit = menu->addAction(IconLoader::symbol("application-exit"), qt(localize.mainMenu().quit()), &m_window,
@@ -53,11 +54,7 @@ void MainMenu::makeEditMenu() {
 void MainMenu::makeViewMenu() {
   const auto texts = m_program.foundation.localize.mainMenu();
   QMenu* menu = m_window.menuBar()->addMenu(qt(texts.view()));
-  m_systemJobs = menu->addAction(qt(texts.systemJobs()), this, [this] {
-    const auto written = m_program.foundation.defaults.negate(Defaults::Key::showSystemJobs);
-    if (!written) m_program.platform.interface.present(written.error());
-    if (!m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
-  });
+  m_systemJobs = menu->addAction(qt(texts.systemJobs()), this, [this] { m_program.mainWindow.toggleSystemJobs(); });
   m_systemJobs->setCheckable(true);
   QMenu* columns = menu->addMenu(qt(texts.columns()));
   connect(columns, &QMenu::aboutToShow, this, [this, columns] {
@@ -78,9 +75,9 @@ void MainMenu::makeHelpMenu() {
 }
 
 void MainMenu::validate() {
-  m_refresh->setEnabled(!m_program.state.hasUnsavedChanges);
-  m_reveal->setEnabled(m_program.state.selectedJob != nullptr);
-  m_systemJobs->setEnabled(!m_program.state.hasUnsavedChanges);
+  m_refresh->setEnabled(m_program.mainWindow.canRefresh());
+  m_reveal->setEnabled(m_program.mainWindow.canRevealSelected());
+  m_systemJobs->setEnabled(m_program.mainWindow.canRefresh());
   m_systemJobs->setChecked(m_program.foundation.defaults.showSystemJobs());
 }
 

@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include "core/app/Program.h"
+#include "ui/support/IconLoader.h"
 
 class QAction;
 class QMenu;
@@ -14,7 +15,7 @@ class MainWindow;
 /// The menu bar and its commands.
 class MainMenu final : public QObject {
  public:
-  MainMenu(Program& program, MainWindow& window);
+  MainMenu(Program& program, MainWindow& window, IconLoader& icons);
 
   QAction* refresh() const { return m_refresh; }
   /// Enables each command by the program's state.
@@ -29,6 +30,7 @@ class MainMenu final : public QObject {
 
   Program& m_program;
   MainWindow& m_window;
+  IconLoader& m_icons;
   QAction* m_refresh = nullptr;
   QAction* m_reveal = nullptr;
   QAction* m_systemJobs = nullptr;

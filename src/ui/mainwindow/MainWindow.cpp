@@ -30,7 +30,7 @@ MainWindow::MainWindow(Program& program, IconLoader& icons)
     : m_program(program), m_menu(nullptr), m_listMode(nullptr), m_filter(nullptr) {
   setUnifiedTitleAndToolBarOnMac(true);
   makeContent(icons);
-  m_menu = new MainMenu(program, *this);
+  m_menu = new MainMenu(program, *this, icons);
   makeToolbar();
   m_program.shell.mainWindow = this;
   m_program.shell.terminate = [this] { close(); };
@@ -106,6 +106,7 @@ void MainWindow::setTitle(const std::string& title) {
 
 void MainWindow::setEdited(bool isEdited) {
   setWindowModified(isEdited);
+  validateVisibleItems();  // told at each change of the selection: shortcuts work without the menu having been opened
 }
 
 void MainWindow::validateVisibleItems() {

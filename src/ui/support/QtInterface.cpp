@@ -88,7 +88,7 @@ class SheetEnd final : public QObject {
 }  // namespace
 
 QtInterface::QtInterface(Defaults& defaults, const Localize& localize)
-    : Interface(defaults, localize), m_defaults(defaults), m_localize(localize) {}
+    : Interface(defaults, localize), m_localize(localize) {}
 
 void QtInterface::beginSheet(const Alert& question, std::function<void(int)> completion) {
   QMessageBox* box = makeBox(question, m_window);
@@ -159,10 +159,6 @@ QWidget* QtInterface::activeWindow() const {
   if (QWidget* modal = QApplication::activeModalWidget()) return modal;
   if (QWidget* active = QApplication::activeWindow()) return active;
   return m_window;
-}
-
-void QtInterface::remember(const Alert& question) {
-  (void)m_defaults.set(question.suppression, true);  // at worst the question comes again
 }
 
 }  // namespace mirvel::ui

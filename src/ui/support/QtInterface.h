@@ -28,9 +28,7 @@ class QtInterface final : public Interface {
  private:
   QMessageBox* makeBox(const Alert& question, QWidget* parent) const;
   QWidget* activeWindow() const;
-  void remember(const Alert& question);
 
-  Defaults& m_defaults;
   const Localize& m_localize;
   QPointer<QWidget> m_window;
 };

@@ -96,5 +96,19 @@ TEST_F(ModeRulesTest, AClearedSelectionIsFollowedByAScanUnlessThereAreEdits) {
   EXPECT_EQ(fetchQueue.count(), 1U);
 }
 
+TEST_F(ModeRulesTest, CommandsOnTheCatalogueWaitForUnsavedChanges) {
+  auto& window = program().mainWindow;
+  state().hasUnsavedChanges = true;
+  window.refresh();
+  window.toggleSystemJobs();
+  EXPECT_EQ(fetchQueue.count(), 0U);
+  EXPECT_FALSE(foundation.defaults.showSystemJobs());
+
+  state().hasUnsavedChanges = false;
+  window.toggleSystemJobs();
+  EXPECT_EQ(fetchQueue.count(), 1U);
+  EXPECT_TRUE(foundation.defaults.showSystemJobs());
+}
+
 }  // namespace
 }  // namespace mirvel

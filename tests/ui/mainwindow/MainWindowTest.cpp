@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
@@ -127,6 +129,19 @@ TEST_F(MainWindowTest, UnsavedChangesForbidWhatWouldLoseThem) {
     QTest::keyClick(&table(), Qt::Key_F5);
     EXPECT_EQ(fetchQueue.count(), hasUnsavedChanges ? 0U : 1U);
   }
+}
+
+TEST_F(MainWindowTest, ShortcutOfRevealWorksBeforeAMenuWasOpened) {
+  const auto reveals = [this] {
+    return std::count_if(workspace.deeds.begin(), workspace.deeds.end(),
+                         [](const std::string& deed) { return deed.starts_with("reveal "); });
+  };
+  fill({"alpha"});
+  QTest::keyClick(&table(), Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(reveals(), 0);
+  click(0);
+  QTest::keyClick(&table(), Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(reveals(), 1);
 }
 
 TEST_F(MainWindowTest, TitleNamesTheSelectedJob) {
