@@ -1,0 +1,39 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/support/Result.h"
+
+namespace mirvel {
+
+/// Whatever runs jobs on this machine. A helper uses the host of the user that it acts as. For one thread at a time; each
+/// operation waits for the host's answer.
+class JobHost {
+ public:
+  struct LogLine {
+    double seconds = 0;  ///< since 1970
+    std::string message;
+  };
+
+  JobHost() = default;
+  virtual ~JobHost() = default;
+  JobHost(const JobHost&) = delete;
+  JobHost& operator=(const JobHost&) = delete;
+
+  /// Loads the job file. One that is loaded already under its label stays as it is, and that is an error.
+  virtual Result<void> load(const std::filesystem::path& file) = 0;
+  /// Unloads the job of the label, or, without one, of the file, which need not be there any more; its process is
+  /// stopped. Nothing loaded is no error.
+  virtual Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) = 0;
+  /// Waits until the loaded job of the label has run to its end once since it was loaded: false if it hasn't within the
+  /// time.
+  virtual Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) = 0;
+  /// What the log holds of the last `period` that mentions the text, the oldest first.
+  virtual Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) = 0;
+};
+
+}  // namespace mirvel
