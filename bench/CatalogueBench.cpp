@@ -82,8 +82,10 @@ const Jobs& manyJobs() {
   static const Jobs jobs = [] {
     Jobs made = Scanner(folder(many)).coldScan();
     for (const auto& job : made) {
-      while (job->textContent.size() < textSize) job->textContent += job->textContent.substr(0, textSize / 2) + ' ';
-      job->textContent.resize(textSize);
+      std::string text(job->textContent.view());
+      while (text.size() < textSize) text += text.substr(0, textSize / 2) + ' ';
+      text.resize(textSize);
+      job->textContent = std::move(text);
     }
     return made;
   }();
@@ -102,7 +104,7 @@ void filterKeystrokeIcu(benchmark::State& state) {
   const std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale("en"), status));
   collator->setStrength(icu::Collator::PRIMARY);
   std::vector<icu::UnicodeString> texts;
-  for (const auto& job : jobs) texts.push_back(icu::UnicodeString::fromUTF8(job->textContent));
+  for (const auto& job : jobs) texts.push_back(icu::UnicodeString::fromUTF8(std::string(job->textContent.view())));
   icu::StringSearch search(icu::UnicodeString("zzyzx"), texts.front(),
                            dynamic_cast<icu::RuleBasedCollator*>(collator.get()), nullptr, status);
   for (auto _ : state) {
@@ -147,7 +149,7 @@ void memoryPerJob(benchmark::State& state) {
     const auto before = ::mallinfo2().uordblks;
     Jobs jobs = scanner.coldScan();
     std::size_t text = 0;
-    for (const auto& job : jobs) text += job->textContent.size();
+    for (const auto& job : jobs) text += job->textContent.view().size();
     bytes = static_cast<double>(::mallinfo2().uordblks - before - text) / static_cast<double>(jobs.size());
   }
   state.counters["bytesPerJob"] = bytes;

@@ -6,10 +6,11 @@
 #include <span>
 #include <vector>
 
-#include "core/catalogue/KeyedRow.h"
 #include "core/catalogue/Launchd.h"
 #include "core/catalogue/LoginItem.h"
+#include "core/catalogue/NameSorter.h"
 #include "core/catalogue/PrivilegedHelperTool.h"
+#include "core/catalogue/ReadAhead.h"
 #include "core/catalogue/StartupItem.h"
 #include "core/support/Const.h"
 
@@ -59,7 +60,6 @@ Jobs FetchOperation::scan() {
   for (const Kind kind : kindsToScan(m_settings.showSystemJobs)) {
     if (m_isCancelled) return {};
     Jobs ofKind = jobsOf(kind);
-    sortByName(ofKind);
     std::move(ofKind.begin(), ofKind.end(), std::back_inserter(result));
   }
   return result;
@@ -67,44 +67,66 @@ Jobs FetchOperation::scan() {
 
 Jobs FetchOperation::jobsOf(Kind kind) {
   if (kind == Kind::loginItemSystemPreferences) {
-    return LoginItem::systemPreferencesItems(m_tools.loginItems, m_settings.showInternalHelpers);
+    return sorted(LoginItem::systemPreferencesItems(m_tools.loginItems, m_settings.showInternalHelpers));
   }
   if (kind == Kind::loginItemApplication) {
-    return LoginItem::applicationItems(m_tools.loginItems, m_settings.showInternalHelpers);
+    return sorted(LoginItem::applicationItems(m_tools.loginItems, m_settings.showInternalHelpers));
   }
   const auto folder = kind.folderURL(m_settings.roots);
   return folder ? jobsInFolder(kind, *folder) : Jobs();
 }
 
+Jobs FetchOperation::sorted(const Jobs& unsorted) const {
+  NameSorter sorter(m_tools.collator);
+  for (const auto& job : unsorted) sorter.add(job);
+  return std::move(sorter).sorted();
+}
+
 Jobs FetchOperation::jobsInFolder(Kind kind, const std::filesystem::path& path) {
   const auto folder = JobFolder::open(path);
   if (!folder) return {};
-  const auto entries = folder->entries();
-  // Of a folder with more files than the cache holds, each would have gone before it is asked for again.
-  m_isCaching = entries.size() <= FileCache::countLimit;
-  Jobs jobsFound;
-  for (const auto& entry : entries) {
-    if (m_isCancelled) return {};
-    if (entry.name == Const::FileName::dsStore) continue;
-    if (auto job = read(*folder, entry, kind)) jobsFound.push_back(std::move(job));
-  }
-  return jobsFound;
+  auto entries = folder->entries();
+  std::erase_if(entries, [](const auto& entry) { return entry.name == Const::FileName::dsStore; });
+  return kind.isLaunchd() ? launchdJobs(kind, *folder, entries) : otherJobs(kind, *folder, entries);
 }
 
-std::shared_ptr<Job> FetchOperation::read(const JobFolder& folder, const JobFolder::Entry& entry, Kind kind) {
-  const URL url = folder.urlOf(entry.name);
-  if (kind.isLaunchd()) return readLaunchd(folder, entry, url, kind);
+Jobs FetchOperation::launchdJobs(Kind kind, const JobFolder& folder, const JobFolder::Entries& entries) {
+  // Of a folder with more files than the cache holds, each would have gone before it is asked for again.
+  m_isCaching = entries.size() <= FileCache::countLimit;
+  const bool isCached = m_isCaching && m_hasOldCache;
+  ReadAhead ahead(folder, entries, m_isCaching);
+  NameSorter jobsFound(m_tools.collator);
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (m_isCancelled) return {};
+    URL url = folder.urlOf(entries[i].name);
+    auto file =
+        entries[i].isRegular && !isCached ? freshFile(ahead.read(i), url) : fileOf(folder, entries[i].name, url);
+    if (!file) continue;
+    auto job =
+        Launchd::read(*std::move(file), std::move(url), kind, Launchd::Source::File, m_settings, m_tools.console);
+    if (job) jobsFound.add(std::move(job));
+  }
+  return std::move(jobsFound).sorted();
+}
+
+Jobs FetchOperation::otherJobs(Kind kind, const JobFolder& folder, const JobFolder::Entries& entries) {
+  NameSorter jobsFound(m_tools.collator);
+  for (const auto& entry : entries) {
+    if (m_isCancelled) return {};
+    if (auto job = readOther(kind, folder.urlOf(entry.name))) jobsFound.add(std::move(job));
+  }
+  return std::move(jobsFound).sorted();
+}
+
+std::shared_ptr<Job> FetchOperation::readOther(Kind kind, const URL& url) const {
   if (kind.isStartupItem()) return StartupItem::read(url, kind);
   return PrivilegedHelperTool::read(url, Kind::privilegedHelperTool, m_tools.embeddedList,
                                     m_settings.showInternalHelpers);
 }
 
-std::shared_ptr<Job> FetchOperation::readLaunchd(const JobFolder& folder, const JobFolder::Entry& entry, const URL& url,
-                                                 Kind kind) {
-  const bool isFresh = entry.isRegular && !(m_isCaching && m_hasOldCache);
-  auto file = isFresh ? freshFile(folder, entry.name, url) : fileOf(folder, entry.name, url);
-  if (!file) return nullptr;
-  return Launchd::read(*std::move(file), url, kind, Launchd::Source::File, m_settings, m_tools.console);
+std::optional<JobFile> FetchOperation::freshFile(const Result<ReadAhead::Contents>& contents, const URL& url) {
+  if (!contents) return unreadable(contents.error(), url);
+  return parsed(contents->bytes, contents->stamp, url);
 }
 
 std::optional<JobFile> FetchOperation::fileOf(const JobFolder& folder, const std::string& name, const URL& url) {
@@ -115,13 +137,7 @@ std::optional<JobFile> FetchOperation::fileOf(const JobFolder& folder, const std
   }
   auto data = folder.read(name, *stamp);
   if (!data) return unreadable(data.error(), url);
-  return parsed({*std::move(data), *stamp}, url);
-}
-
-std::optional<JobFile> FetchOperation::freshFile(const JobFolder& folder, const std::string& name, const URL& url) {
-  auto contents = folder.readListed(name);
-  if (!contents) return unreadable(contents.error(), url);
-  return parsed(*std::move(contents), url);
+  return parsed(*data, *stamp, url);
 }
 
 std::nullopt_t FetchOperation::unreadable(const Error& error, const URL& url) const {
@@ -130,22 +146,10 @@ std::nullopt_t FetchOperation::unreadable(const Error& error, const URL& url) co
   return std::nullopt;
 }
 
-std::optional<JobFile> FetchOperation::parsed(JobFolder::Contents contents, const URL& url) {
-  auto file = JobFile::read(std::move(contents.data), url, m_tools.console);
-  if (file && m_isCaching && isSettled(contents.stamp)) m_tools.cache.put(keyOf(url, contents.stamp), *file);
+std::optional<JobFile> FetchOperation::parsed(std::string_view bytes, const JobFolder::Stamp& stamp, const URL& url) {
+  auto file = JobFile::read(bytes, url, m_tools.console);
+  if (file && m_isCaching && isSettled(stamp)) m_tools.cache.put(keyOf(url, stamp), *file);
   return file;
-}
-
-void FetchOperation::sortByName(Jobs& jobsFound) const {
-  std::vector<KeyedRow> rows;
-  rows.reserve(jobsFound.size());
-  for (const auto& job : jobsFound) rows.emplace_back(job->sortKey(Job::SortText::Name, m_tools.collator), rows.size());
-  // Of two jobs with one name the path decides, as the order of a folder's listing may change.
-  std::stable_sort(rows.begin(), rows.end(), [&](const KeyedRow& a, const KeyedRow& b) {
-    if (a.isSame(b)) return jobsFound[a.index()]->url.text() < jobsFound[b.index()]->url.text();
-    return a < b;
-  });
-  jobsFound = inOrder(rows, jobsFound);
 }
 
 }  // namespace mirvel

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/catalogue/EmbeddedList.h"
@@ -11,6 +12,7 @@
 #include "core/catalogue/Job.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/LoginItems.h"
+#include "core/catalogue/ReadAhead.h"
 #include "core/catalogue/ScanSettings.h"
 #include "core/support/Collator.h"
 #include "core/support/Console.h"
@@ -47,13 +49,14 @@ class FetchOperation {
   Jobs scan();
   Jobs jobsOf(Kind kind);
   Jobs jobsInFolder(Kind kind, const std::filesystem::path& path);
-  std::shared_ptr<Job> read(const JobFolder& folder, const JobFolder::Entry& entry, Kind kind);
-  std::shared_ptr<Job> readLaunchd(const JobFolder& folder, const JobFolder::Entry& entry, const URL& url, Kind kind);
+  Jobs launchdJobs(Kind kind, const JobFolder& folder, const JobFolder::Entries& entries);
+  Jobs otherJobs(Kind kind, const JobFolder& folder, const JobFolder::Entries& entries);
+  std::shared_ptr<Job> readOther(Kind kind, const URL& url) const;
   std::optional<JobFile> fileOf(const JobFolder& folder, const std::string& name, const URL& url);
-  std::optional<JobFile> freshFile(const JobFolder& folder, const std::string& name, const URL& url);
+  std::optional<JobFile> freshFile(const Result<ReadAhead::Contents>& contents, const URL& url);
   std::nullopt_t unreadable(const Error& error, const URL& url) const;
-  std::optional<JobFile> parsed(JobFolder::Contents contents, const URL& url);
-  void sortByName(Jobs& jobs) const;
+  std::optional<JobFile> parsed(std::string_view bytes, const JobFolder::Stamp& stamp, const URL& url);
+  Jobs sorted(const Jobs& unsorted) const;
 
   bool isOld(const Jobs& found) const;
 

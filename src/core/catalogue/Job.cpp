@@ -49,8 +49,7 @@ bool Job::contains(std::string_view folded) const {
 
 const std::string& Job::searchText() const {
   if (m_searchText.empty()) {
-    for (const std::string_view text :
-         {std::string_view(textContent), std::string_view(name), std::string_view(url.text())}) {
+    for (const std::string_view text : {textContent.view(), std::string_view(name), std::string_view(url.text())}) {
       m_searchText.append(String::fold(text)) += boundary;
     }
   }

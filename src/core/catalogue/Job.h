@@ -11,6 +11,7 @@
 #include "core/support/Collator.h"
 #include "core/support/Image.h"
 #include "core/support/Localize.h"
+#include "core/support/SharedText.h"
 #include "core/support/URL.h"
 
 namespace mirvel {
@@ -38,7 +39,7 @@ class Job {
   std::optional<std::string> iconPath;          ///< what the icon was taken from
   std::optional<Image> customIcon;              ///< given by the user
   std::optional<std::string> customIconDigest;  ///< the name of its file in the store, without extension
-  std::string textContent;                      ///< what a search looks through
+  SharedText textContent;                       ///< what a search looks through
   bool isNewFile = false;                       ///< it has no file yet
   bool isEditable = true;
 

@@ -1,20 +1,31 @@
 #include "core/catalogue/JobFile.h"
 
+#include "core/propertylist/Encoding.h"
 #include "core/support/Digest.h"
 
 namespace mirvel {
 
-std::optional<JobFile> JobFile::read(std::string data, const URL& url, Console& console) {
-  const auto digest = Data::sha256Digest(data);
+namespace {
+
+SharedText textOf(std::string_view bytes, const std::shared_ptr<const plist::Document>& list) {
+  if (!plist::isUtf8(bytes)) return {};
+  if (const auto source = list->source()) return {list, *source};
+  return std::string(bytes);
+}
+
+}  // namespace
+
+std::optional<JobFile> JobFile::read(std::string_view bytes, const URL& url, Console& console) {
+  const auto digest = Data::sha256Digest(bytes);
   if (!digest) return std::nullopt;
-  auto list = plist::read(data);
-  if (!list) {
-    tellOfBadFile(list.error(), url, console);
+  auto document = plist::read(bytes);
+  if (!document) {
+    tellOfBadFile(document.error(), url, console);
     return std::nullopt;
   }
-  return JobFile{.data = std::move(data),
-                 .checksum = String::toBase64(*digest),
-                 .list = std::make_shared<const plist::Document>(*std::move(list))};
+  auto list = std::make_shared<const plist::Document>(*std::move(document));
+  SharedText text = textOf(bytes, list);
+  return JobFile{.text = std::move(text), .checksum = String::toBase64(*digest), .list = std::move(list)};
 }
 
 void tellOfBadFile(const Error& error, const URL& url, Console& console) {

@@ -3,21 +3,23 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/propertylist/Reader.h"
 #include "core/support/Console.h"
+#include "core/support/SharedText.h"
 #include "core/support/URL.h"
 
 namespace mirvel {
 
-/// The bytes of a job file, and what is made of them alone. Copies share the list.
+/// What is made of the bytes of a job file alone. Copies share it.
 struct JobFile {
-  std::string data;
+  SharedText text;                              ///< the bytes, if they are text in UTF-8
   std::string checksum;                         ///< base64 of the SHA-256 digest of the bytes
   std::shared_ptr<const plist::Document> list;  ///< never null
 
   /// None if the bytes are no property list, which a line on the console tells, or have no digest. From any thread.
-  static std::optional<JobFile> read(std::string data, const URL& url, Console& console);
+  static std::optional<JobFile> read(std::string_view bytes, const URL& url, Console& console);
 };
 
 /// What the console says of a file that is no job.

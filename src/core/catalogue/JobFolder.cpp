@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <memory>
+#include <utility>
 
 #include "core/support/RegularFile.h"
 
@@ -46,7 +47,7 @@ std::optional<JobFolder> JobFolder::open(const std::filesystem::path& path) {
   return JobFolder(path, std::move(descriptor));
 }
 
-std::vector<JobFolder::Entry> JobFolder::entries() const {
+JobFolder::Entries JobFolder::entries() const {
   // The stream closes what it is given, and its place in the folder is shared with nobody.
   FileDescriptor own(::openat(m_descriptor.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!own) return {};
@@ -54,11 +55,18 @@ std::vector<JobFolder::Entry> JobFolder::entries() const {
   if (!directory) return {};
   (void)own.release();
 
-  std::vector<Entry> result;
+  Entries listed;
+  std::vector<std::pair<ino_t, std::size_t>> order;
   while (const dirent* entry = ::readdir(directory.get())) {
-    std::string name = entry->d_name;
-    if (name != "." && name != "..") result.push_back({std::move(name), entry->d_type == DT_REG});
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == "..") continue;
+    order.emplace_back(entry->d_ino, listed.size());
+    listed.push_back({std::string(name), entry->d_type == DT_REG});
   }
+  std::sort(order.begin(), order.end());
+  Entries result;
+  result.reserve(listed.size());
+  for (const auto& [inode, index] : order) result.push_back(std::move(listed[index]));
   return result;
 }
 
@@ -68,43 +76,49 @@ std::optional<JobFolder::Stamp> JobFolder::stamp(const std::string& name) const 
   return stampOf(status);
 }
 
-FileDescriptor JobFolder::openEntry(const std::string& name) const {
-  return FileDescriptor(::openat(m_descriptor.number(), name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+FileDescriptor JobFolder::openEntry(const std::string& name, int flags) const {
+  flags |= O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+  return FileDescriptor(::openat(m_descriptor.number(), name.c_str(), flags));
 }
 
 Result<std::string> JobFolder::read(const std::string& name, const Stamp& stamp) const {
   if (!stamp.isRegular) return noRegularFile(m_prefix + name);
-  const FileDescriptor file = openEntry(name);
-  if (!file) return systemError(errno, "read", m_prefix + name);
-  return readAll(file, name, stamp);
-}
-
-Result<JobFolder::Contents> JobFolder::readListed(const std::string& name) const {
-  const FileDescriptor file = openEntry(name);
-  struct stat status {};
-  if (!file || ::fstat(file.number(), &status) != 0) return systemError(errno, "read", m_prefix + name);
-  const Stamp stamp = stampOf(status);
-  if (!stamp.isRegular) return noRegularFile(m_prefix + name);
-  auto data = readAll(file, name, stamp);
-  if (!data) return std::move(data).error();
-  return Contents{*std::move(data), stamp};
-}
-
-Result<std::string> JobFolder::readAll(const FileDescriptor& file, const std::string& name, const Stamp& stamp) const {
   if (stamp.size > largestFile) return tooLarge(m_prefix + name);
-  // One byte more than there should be: a read that isn't filled is the last one, and the file hasn't grown.
-  std::string bytes(stamp.size + 1, '\0');
+  const FileDescriptor file = openEntry(name, 0);
+  if (!file) return systemError(errno, "read", m_prefix + name);
+  // One byte more than there should be: a read that isn't filled is the last one.
+  std::string room(stamp.size + 1, '\0');
+  const auto bytes = readAll(file, name, room);
+  if (!bytes) return bytes.error();
+  room.resize(bytes->size());
+  return room;
+}
+
+Result<std::string_view> JobFolder::readListed(const std::string& name, std::string& room, Stamp* stamp) const {
+  constexpr std::size_t enoughForMost = std::size_t{16} << 10U;
+  const FileDescriptor file = openEntry(name, O_NOFOLLOW);
+  if (!file) return systemError(errno, "read", m_prefix + name);
+  if (stamp) {
+    struct stat status {};
+    if (::fstat(file.number(), &status) != 0) return systemError(errno, "read", m_prefix + name);
+    *stamp = stampOf(status);
+    if (!stamp->isRegular) return noRegularFile(m_prefix + name);
+  }
+  if (room.size() < enoughForMost) room.resize(enoughForMost);
+  return readAll(file, name, room);
+}
+
+Result<std::string_view> JobFolder::readAll(const FileDescriptor& file, const std::string& name,
+                                            std::string& room) const {
   std::size_t size = 0;
   while (true) {
-    const ssize_t count = readUninterrupted(file.number(), bytes.data() + size, bytes.size() - size);
+    const ssize_t count = readUninterrupted(file.number(), room.data() + size, room.size() - size);
     if (count < 0) return systemError(errno, "read", m_prefix + name);
     size += static_cast<std::size_t>(count);
-    if (count == 0 || size < bytes.size()) break;
     if (size > largestFile) return tooLarge(m_prefix + name);
-    bytes.resize(std::min(size * 2, largestFile + 1));
+    if (count == 0 || size < room.size()) return std::string_view(room).substr(0, size);
+    room.resize(std::min(size * 2, largestFile + 1));
   }
-  bytes.resize(size);
-  return bytes;
 }
 
 std::string unreadableJobLine(const std::string& path) {

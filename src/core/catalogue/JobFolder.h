@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/support/FileDescriptor.h"
@@ -33,32 +34,32 @@ class JobFolder {
     std::string name;
     bool isRegular = false;  ///< certainly a regular file; a link is none, and some file systems tell of nothing
   };
-  struct Contents {
-    std::string data;
-    Stamp stamp;
-  };
+
+  using Entries = std::vector<Entry>;
 
   /// None if there is no such folder or this user may not list it.
   static std::optional<JobFolder> open(const std::filesystem::path& path);
 
   const std::filesystem::path& path() const { return m_path; }
   URL urlOf(const std::string& name) const { return URL::file(m_prefix + name); }
-  /// All entries, hidden ones too, in no order. A folder that vanishes meanwhile gives what was read.
-  std::vector<Entry> entries() const;
+  /// All entries, hidden ones too, in the order of their inodes, which is the quickest one to read them in. A folder
+  /// that vanishes meanwhile gives what was read.
+  Entries entries() const;
   /// None if it is gone, or a link that leads nowhere.
   std::optional<Stamp> stamp(const std::string& name) const;
   /// The bytes of a regular file. Anything else isn't opened: to open a pipe or a device can block, or do something.
   Result<std::string> read(const std::string& name, const Stamp& stamp) const;
-  /// What an entry that was listed as a regular file holds, and its stamp, with one look less at the folder. If it has
-  /// become something else meanwhile, that is opened, without waiting, and not read.
-  Result<Contents> readListed(const std::string& name) const;
+  /// Likewise of an entry that was listed as a regular file, with fewer looks at the folder: if it has become something
+  /// else meanwhile, a link isn't followed, and a pipe not waited for. The bytes lie in `room`, until it is used again,
+  /// and their date is told if it is asked for.
+  Result<std::string_view> readListed(const std::string& name, std::string& room, Stamp* stamp) const;
 
  private:
   JobFolder(std::filesystem::path path, FileDescriptor descriptor)
       : m_path(std::move(path)), m_prefix((m_path / "").native()), m_descriptor(std::move(descriptor)) {}
 
-  FileDescriptor openEntry(const std::string& name) const;
-  Result<std::string> readAll(const FileDescriptor& file, const std::string& name, const Stamp& stamp) const;
+  FileDescriptor openEntry(const std::string& name, int flags) const;
+  Result<std::string_view> readAll(const FileDescriptor& file, const std::string& name, std::string& room) const;
 
   std::filesystem::path m_path;
   std::string m_prefix;  // with a slash at its end

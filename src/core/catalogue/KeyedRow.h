@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -9,34 +10,23 @@
 
 namespace mirvel {
 
-/// A job's place in a list, for sorting by a collator's key: small, and mostly compared by the key's first bytes alone.
-class KeyedRow {
- public:
+/// A job's place in a list, for sorting by a collator's key.
+struct KeyedRow {
   /// The key outlives the row.
-  KeyedRow(std::string_view key, std::size_t index) : m_key(key), m_index(index) {
-    for (std::size_t i = 0; i < sizeof m_prefix; ++i) {
-      m_prefix = m_prefix << 8U | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
-    }
-  }
+  KeyedRow(std::string_view theKey, std::size_t theIndex) : key(theKey), index(theIndex) {}
 
-  std::size_t index() const { return m_index; }
-  bool operator<(const KeyedRow& other) const {
-    return m_prefix != other.m_prefix ? m_prefix < other.m_prefix : m_key < other.m_key;
-  }
-  bool isSame(const KeyedRow& other) const { return m_prefix == other.m_prefix && m_key == other.m_key; }
+  std::string_view key;
+  std::size_t index;
+  std::uint64_t word = 0;  ///< the eight bytes of the key that were compared last; the same in sorted rows of one key
 
- private:
-  std::uint64_t m_prefix = 0;
-  std::string_view m_key;
-  std::size_t m_index;
+  bool hasKeyOf(const KeyedRow& other) const { return word == other.word && key == other.key; }
 };
 
-/// The jobs in the order of the rows.
-inline Jobs inOrder(const std::vector<KeyedRow>& rows, const Jobs& jobs) {
-  Jobs result;
-  result.reserve(rows.size());
-  for (const KeyedRow& row : rows) result.push_back(jobs[row.index()]);
-  return result;
-}
+/// Sorts by the keys, byte by byte. The rows come in the order of their indexes, and rows with one key stay in it,
+/// either way.
+void sortByKey(std::span<KeyedRow> rows, bool isAscending);
+
+/// The jobs in the order of the rows, each of which has one.
+Jobs inOrder(const std::vector<KeyedRow>& rows, Jobs&& jobs);
 
 }  // namespace mirvel

@@ -1,7 +1,6 @@
 #include "core/catalogue/Launchd.h"
 
 #include "core/catalogue/JobFolder.h"
-#include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "core/support/Const.h"
@@ -31,21 +30,23 @@ bool hasExtension(std::string_view name) {
 
 }  // namespace
 
-Launchd::Launchd(Kind theKind, std::string theSummary, std::string theChecksum, URL theURL, Plist&& record)
-    : Job(theKind, record.name, std::move(theSummary), std::move(theChecksum), std::move(theURL)),
+Launchd::Launchd(Pass, Kind theKind, std::string theSummary, std::string theChecksum, URL theURL,
+                 std::unique_ptr<Plist> record)
+    : Job(theKind, record->name, std::move(theSummary), std::move(theChecksum), std::move(theURL)),
       m_plist(std::move(record)) {}
 
-std::shared_ptr<Launchd> Launchd::read(std::string data, const URL& url, Kind kind, Source source,
+std::shared_ptr<Launchd> Launchd::read(std::string_view data, URL url, Kind kind, Source source,
                                        const ScanSettings& settings, Console& console) {
-  auto file = JobFile::read(std::move(data), url, console);
-  return file ? read(*std::move(file), url, kind, source, settings, console) : nullptr;
+  auto file = JobFile::read(data, url, console);
+  return file ? read(*std::move(file), std::move(url), kind, source, settings, console) : nullptr;
 }
 
-std::shared_ptr<Launchd> Launchd::read(JobFile file, const URL& url, Kind kind, Source source,
-                                       const ScanSettings& settings, Console& console) {
-  auto record = Plist::decode(file.list->root());
-  if (!record) {
-    tellOfBadFile(record.error(), url, console);
+std::shared_ptr<Launchd> Launchd::read(JobFile file, URL url, Kind kind, Source source, const ScanSettings& settings,
+                                       Console& console) {
+  // Not make_unique, which would fill it with zeros first.
+  auto record = std::make_unique_for_overwrite<Plist>();
+  if (const auto result = Plist::decode(file.list->root(), *record); !result) {
+    tellOfBadFile(result.error(), url, console);
     return nullptr;
   }
   const bool isInternal = record->name.starts_with(Const::excludePrefix);
@@ -54,11 +55,13 @@ std::shared_ptr<Launchd> Launchd::read(JobFile file, const URL& url, Kind kind, 
   if (!record->dictionary) record->dictionary.emplace(std::move(file.list));
 
   std::string summary = launchdSummary(*record, settings.roots.home);
-  const std::shared_ptr<Launchd> job(
-      new Launchd(kind, std::move(summary), std::move(file.checksum), url, *std::move(record)));
-  if (plist::isUtf8(file.data)) job->textContent = std::move(file.data);
-  job->iconPath = launchdIconPath(job->plist().iconPath, settings);
-  job->icon = Image::iconOfPath(job->iconPath.value_or(url.text()));
+  std::optional<std::string> iconPath = launchdIconPath(record->iconPath, settings);
+  Image icon = Image::iconOfPath(iconPath.value_or(url.text()));
+  auto job = std::make_shared<Launchd>(Pass(), kind, std::move(summary), std::move(file.checksum), std::move(url),
+                                       std::move(record));
+  job->textContent = std::move(file.text);
+  job->iconPath = std::move(iconPath);
+  job->icon = std::move(icon);
   job->isEditable = !isInternal && kind.isEditable(settings.editSystemJobs);
   return job;
 }
@@ -67,6 +70,7 @@ std::string launchdSummary(const launchd::Plist& plist, const std::filesystem::p
   std::string text(plist.program ? String::lastPathComponent(*plist.program) : std::string_view());
   if (!plist.programArguments) return String::shortenHomeFolder(text, home.native());
   const std::vector<std::string>& arguments = *plist.programArguments;
+  text.reserve(plist.run.size());
   const bool repeatsTool = !arguments.empty() && arguments.front() == text;
   for (std::size_t i = repeatsTool ? 1 : 0; i < arguments.size(); ++i) {
     if (text.empty()) {
@@ -90,7 +94,7 @@ std::optional<std::string> launchdIconPath(const std::optional<std::string>& too
 }
 
 std::optional<std::string> Launchd::plistData() const {
-  auto text = plist::writeXml(m_plist.encodeAll());
+  auto text = plist::writeXml(m_plist->encodeAll());
   if (!text) return std::nullopt;
   return std::move(*text);
 }

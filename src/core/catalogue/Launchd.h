@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/catalogue/Job.h"
 #include "core/catalogue/JobFile.h"
@@ -23,18 +24,18 @@ class Launchd final : public Job {
   /// The job that a file's bytes stand for. Null if they aren't a job file, which a line on the console tells, or if it
   /// is an internal helper that isn't to be shown. With `Source::Elsewhere` a file that stands at the URL already gives
   /// the keys that the record doesn't know. From any thread.
-  static std::shared_ptr<Launchd> read(std::string data, const URL& url, Kind kind, Source source,
+  static std::shared_ptr<Launchd> read(std::string_view data, URL url, Kind kind, Source source,
                                        const ScanSettings& settings, Console& console);
-  static std::shared_ptr<Launchd> read(JobFile file, const URL& url, Kind kind, Source source,
-                                       const ScanSettings& settings, Console& console);
+  static std::shared_ptr<Launchd> read(JobFile file, URL url, Kind kind, Source source, const ScanSettings& settings,
+                                       Console& console);
 
   /// The live record: whoever edits the job changes it in place.
-  Plist& plist() { return m_plist; }
-  const Plist& plist() const { return m_plist; }
+  Plist& plist() { return *m_plist; }
+  const Plist& plist() const { return *m_plist; }
 
-  std::string run() const override { return m_plist.run; }
-  const Plist* record() const override { return &m_plist; }
-  bool isDisabled() const override { return m_plist.disabled.value_or(false); }
+  std::string run() const override { return m_plist->run; }
+  const Plist* record() const override { return m_plist.get(); }
+  bool isDisabled() const override { return m_plist->disabled.value_or(false); }
 
   /// The bytes for the job file, in XML: the known keys as the record has them, and the unknown ones as they were read.
   /// None if a value has no form in XML.
@@ -43,9 +44,15 @@ class Launchd final : public Job {
   std::optional<plist::Dictionary> plistDictionary() const;
 
  private:
-  Launchd(Kind kind, std::string summary, std::string checksum, URL url, Plist&& record);
+  struct Pass {
+    explicit Pass() = default;
+  };
 
-  Plist m_plist;
+ public:
+  Launchd(Pass, Kind kind, std::string summary, std::string checksum, URL url, std::unique_ptr<Plist> record);
+
+ private:
+  std::unique_ptr<Plist> m_plist;  // never null
 };
 
 /// The second line of a job's display: its command with the tool's path cut short, and the home folder as "~".

@@ -30,9 +30,8 @@ void sortByText(Jobs& jobs, Job::SortText text, bool isAscending, const Collator
   std::vector<KeyedRow> rows;
   rows.reserve(jobs.size());
   for (const auto& job : jobs) rows.emplace_back(job->sortKey(text, collator), rows.size());
-  std::stable_sort(rows.begin(), rows.end(),
-                   [isAscending](const KeyedRow& a, const KeyedRow& b) { return isAscending ? a < b : b < a; });
-  jobs = inOrder(rows, jobs);
+  sortByKey(rows, isAscending);
+  jobs = inOrder(rows, std::move(jobs));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/plist/Codec.h"
+#include "core/support/Boxed.h"
 
 /// Records with fixed keys: one table of keys, texts and fields for each, from which both directions come.
 namespace mirvel::launchd {
@@ -51,6 +52,10 @@ template <typename Field>
 void decodeField(const plist::Node* node, const Place& place, std::optional<Field>& field) {
   if (node) decode(*node, place, field.emplace());
 }
+template <typename Field>
+void decodeField(const plist::Node* node, const Place& place, Boxed<Field>& field) {
+  if (node) decode(*node, place, field.emplace());
+}
 
 /// Reads a field that must be there.
 template <typename Field>
@@ -68,6 +73,11 @@ void encodeField(plist::Dictionary& dictionary, std::string_view key, const std:
 template <typename Field>
 void encodeField(plist::Dictionary& dictionary, std::string_view key, const Field& field) {
   if (auto value = encode(field)) dictionary.set(std::string(key), std::move(*value));
+}
+
+template <typename Field>
+void encodeField(plist::Dictionary& dictionary, std::string_view key, const Boxed<Field>& field) {
+  if (field) encodeField(dictionary, key, *field);
 }
 
 /// Fills the record from a dictionary, in the order of the table. Other keys are no concern of it.

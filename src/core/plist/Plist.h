@@ -24,6 +24,7 @@
 #include "core/propertylist/Value.h"
 #include "core/schedule/AppliedRules.h"
 #include "core/schedule/Scheduled.h"
+#include "core/support/Boxed.h"
 #include "core/support/Result.h"
 
 namespace mirvel {
@@ -118,6 +119,8 @@ class Plist {
   /// keys is reported, with its key path: code `MissingKey` for no label, `WrongType` for a value of the wrong type,
   /// `NoForm` for a value that has none of the forms which its key allows.
   static Result<Plist> decode(const plist::Node& file);
+  /// Likewise in a fresh record, where it lies: a record is large. After an error it is good for nothing.
+  static Result<void> decode(const plist::Node& file, Plist& fresh);
 
   /// The known keys that are present, as they are written to the file.
   plist::Dictionary encode() const;
@@ -157,15 +160,15 @@ class Plist {
   std::optional<std::vector<std::string>> programArguments;
   std::optional<std::string> userName;
   std::optional<std::string> groupName;
-  std::optional<LimitLoadToSessionType> limitLoadToSessionType;
-  std::optional<StringMap<std::vector<std::string>>> limitLoadToHardware;
+  Boxed<LimitLoadToSessionType> limitLoadToSessionType;
+  Boxed<StringMap<std::vector<std::string>>> limitLoadToHardware;
   std::optional<bool> enableTransactions;
   std::optional<bool> enablePressuredExit;
-  std::optional<KeepAlive> keepAlive;
+  Boxed<KeepAlive> keepAlive;
   std::optional<bool> runAtLoad;
   std::optional<std::string> workingDirectory;
   std::optional<StringMap<std::string>> environmentVariables;
-  std::optional<Umask> umask;
+  Boxed<Umask> umask;
   std::optional<std::int64_t> exitTimeOut;
   std::optional<std::int64_t> throttleInterval;
   std::optional<bool> initGroups;
@@ -178,30 +181,30 @@ class Plist {
   std::optional<std::string> standardOutPath;
   std::optional<std::string> standardErrorPath;
   std::optional<bool> waitForDebugger;
-  std::optional<ResourceLimits> softResourceLimits;
-  std::optional<ResourceLimits> hardResourceLimits;
+  Boxed<ResourceLimits> softResourceLimits;
+  Boxed<ResourceLimits> hardResourceLimits;
   std::optional<std::int64_t> nice;
   std::optional<std::string> processType;
   std::optional<bool> abandonProcessGroup;
   std::optional<bool> lowPriorityIO;
   std::optional<bool> lowPriorityBackgroundIO;
   std::optional<bool> launchOnlyOnce;
-  std::optional<MachServices> machServices;
-  std::optional<Sockets> sockets;
-  std::optional<LaunchEvents> launchEvents;
+  Boxed<MachServices> machServices;
+  Boxed<Sockets> sockets;
+  Boxed<LaunchEvents> launchEvents;
   std::optional<bool> sessionCreate;
   std::optional<bool> legacyTimers;
-  std::optional<bool> debug;                                   ///< deprecated
-  std::optional<bool> enableGlobbing;                          ///< deprecated
-  std::optional<bool> hopefullyExitsFirst;                     ///< deprecated
-  std::optional<bool> hopefullyExitsLast;                      ///< deprecated
-  std::optional<InetdCompatibility> inetdCompatibility;        ///< deprecated
-  std::optional<std::vector<std::string>> limitLoadFromHosts;  ///< deprecated
-  std::optional<std::vector<std::string>> limitLoadToHosts;    ///< deprecated
-  std::optional<bool> onDemand;                                ///< deprecated
-  std::optional<std::string> rootDirectory;                    ///< deprecated
-  std::optional<bool> serviceIPC;                              ///< deprecated
-  std::optional<std::int64_t> timeOut;                         ///< deprecated
+  std::optional<bool> debug;                           ///< deprecated
+  std::optional<bool> enableGlobbing;                  ///< deprecated
+  std::optional<bool> hopefullyExitsFirst;             ///< deprecated
+  std::optional<bool> hopefullyExitsLast;              ///< deprecated
+  Boxed<InetdCompatibility> inetdCompatibility;        ///< deprecated
+  Boxed<std::vector<std::string>> limitLoadFromHosts;  ///< deprecated
+  Boxed<std::vector<std::string>> limitLoadToHosts;    ///< deprecated
+  std::optional<bool> onDemand;                        ///< deprecated
+  std::optional<std::string> rootDirectory;            ///< deprecated
+  std::optional<bool> serviceIPC;                      ///< deprecated
+  std::optional<std::int64_t> timeOut;                 ///< deprecated
   std::optional<bool> materializeDatalessFiles;
 
  private:

@@ -1,5 +1,5 @@
-#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <utility>
 
 #include "core/plist/PlistKeys.h"
@@ -14,37 +14,52 @@ using K = Plist::CodingKeys;
 
 constexpr std::size_t keyCount = std::tuple_size_v<decltype(plistKeys)>;
 
-struct KnownKey {
-  std::string_view text;
-  std::size_t row;
+/// The known keys for looking up, hashed: a file has many keys, and each is looked for.
+class KnownKeys {
+ public:
+  constexpr KnownKeys() {
+    for (std::size_t row = 0; row < keyCount; ++row) {
+      std::size_t slot = slotOf(m_texts[row]);
+      while (m_rows[slot] != none) slot = next(slot);
+      m_rows[slot] = static_cast<std::uint8_t>(row);
+    }
+  }
+
+  std::optional<std::size_t> find(std::string_view key) const {
+    if (key.empty()) return std::nullopt;
+    for (std::size_t slot = slotOf(key); m_rows[slot] != none; slot = next(slot)) {
+      if (m_texts[m_rows[slot]] == key) return m_rows[slot];
+    }
+    return std::nullopt;
+  }
+
+ private:
+  static constexpr std::size_t slots = 256;
+  static constexpr std::uint8_t none = 255;
+  static_assert(keyCount < slots / 2);
+
+  static constexpr std::size_t slotOf(std::string_view key) {
+    const auto letter = [key](std::size_t i) { return static_cast<std::size_t>(static_cast<unsigned char>(key[i])); };
+    // The factors are such that no two known keys share a slot.
+    return (key.size() + letter(0) + 15 * letter(key.size() / 2) + 25 * letter(key.size() - 1)) % slots;
+  }
+  static constexpr std::size_t next(std::size_t slot) { return (slot + 1) % slots; }
+
+  std::array<std::string_view, keyCount> m_texts = textsOf(plistKeys);
+  std::array<std::uint8_t, slots> m_rows = [] {
+    std::array<std::uint8_t, slots> rows{};
+    rows.fill(none);
+    return rows;
+  }();
 };
 
-/// Shorter first: most comparisons end at the lengths.
-constexpr bool isBefore(const KnownKey& known, std::string_view text) {
-  if (known.text.size() != text.size()) return known.text.size() < text.size();
-  return known.text < text;
-}
-
-/// The known keys for looking up.
-constexpr auto knownKeyIndex = [] {
-  constexpr auto texts = textsOf(plistKeys);
-  std::array<KnownKey, keyCount> index{};
-  for (std::size_t row = 0; row < keyCount; ++row) index[row] = {texts[row], row};
-  std::sort(index.begin(), index.end(), [](const KnownKey& a, const KnownKey& b) { return isBefore(a, b.text); });
-  return index;
-}();
-
-std::optional<std::size_t> rowOf(std::string_view key) {
-  const auto found = std::lower_bound(knownKeyIndex.begin(), knownKeyIndex.end(), key, isBefore);
-  if (found == knownKeyIndex.end() || found->text != key) return std::nullopt;
-  return found->row;
-}
+constexpr KnownKeys knownKeys;
 
 class PlistDecoder {
  public:
-  explicit PlistDecoder(const plist::Node& file) {
+  PlistDecoder(const plist::Node& file, Plist& plist) : m_plist(plist) {
     for (const auto& member : membersOf(file, m_top)) {
-      if (const auto row = rowOf(member.key())) {
+      if (const auto row = knownKeys.find(member.key())) {
         m_found[*row] = &member.value;
       } else {
         noteUnknown(member.key());
@@ -52,7 +67,7 @@ class PlistDecoder {
     }
   }
 
-  Plist decode() && {
+  void decode() {
     const auto decodeRow = [this](const auto& row) {
       decodeField(find(row.key), m_top.key(row.text), m_plist.*row.field);
       if (row.key == K::keepAlive) applyOnDemand();
@@ -63,7 +78,6 @@ class PlistDecoder {
     m_plist.run = std::move(command.run);
     m_plist.iconPath = std::move(command.iconPath);
     m_plist.scheduled = Scheduled::rules(m_plist.startInterval, m_plist.startCalendarInterval);
-    return std::move(m_plist);
   }
 
  private:
@@ -83,14 +97,21 @@ class PlistDecoder {
 
   std::array<const plist::Node*, keyCount> m_found{};
   Place m_top;
-  Plist m_plist;
+  Plist& m_plist;
 };
 
 }  // namespace
 
 Result<Plist> Plist::decode(const plist::Node& file) {
+  Plist plist;
+  if (auto result = decode(file, plist); !result) return result.error();
+  return plist;
+}
+
+Result<void> Plist::decode(const plist::Node& file, Plist& fresh) {
   try {
-    return PlistDecoder(file).decode();
+    PlistDecoder(file, fresh).decode();
+    return {};
   } catch (DecodingFailure& failure) {
     return std::move(failure.error);
   }

@@ -14,6 +14,8 @@ namespace mirvel::plist {
 class Arena {
  public:
   Arena() = default;
+  /// Begins with room for so many bytes.
+  explicit Arena(std::size_t expected) { addBlock(expected); }
   Arena(Arena&& other) noexcept
       : m_latest(std::exchange(other.m_latest, nullptr)),
         m_next(std::exchange(other.m_next, nullptr)),

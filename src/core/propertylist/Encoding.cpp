@@ -8,6 +8,7 @@
 #include <array>
 #include <memory>
 
+#include "core/propertylist/Words.h"
 #include "core/propertylist/XmlHeader.h"
 #include "core/support/Ascii.h"
 
@@ -140,6 +141,8 @@ bool isUtf8(std::string_view bytes) {
   const auto* text = reinterpret_cast<const std::uint8_t*>(bytes.data());
   std::size_t at = 0;
   while (at < bytes.size()) {
+    while (at + words::size <= bytes.size() && (words::load(bytes.data() + at) & words::tops) == 0) at += words::size;
+    if (at == bytes.size()) break;
     UChar32 character = 0;
     U8_NEXT(text, at, bytes.size(), character);
     if (character < 0) return false;

@@ -4,18 +4,6 @@
 
 namespace mirvel::plist {
 
-const Node* Members::find(std::string_view key) const {
-  for (const Member& member : m_members) {
-    if (member.key() == key) return &member.value;
-  }
-  return nullptr;
-}
-
-std::optional<Members> Node::dictionary() const {
-  if (m_type != Type::Dictionary) return std::nullopt;
-  return Members({place<Member>(), m_size});
-}
-
 namespace {
 
 Array arrayOf(std::span<const Node> elements) {

@@ -108,7 +108,18 @@ inline const Member* Members::begin() const {
 inline const Member* Members::end() const {
   return m_members.data() + m_members.size();
 }
+inline const Node* Members::find(std::string_view key) const {
+  for (const Member& member : m_members) {
+    if (member.key() == key) return &member.value;
+  }
+  return nullptr;
+}
 static_assert(sizeof(Member) == 2 * sizeof(Node));
+
+inline std::optional<Members> Node::dictionary() const {
+  if (m_type != Type::Dictionary) return std::nullopt;
+  return Members({place<Member>(), m_size});
+}
 
 /// A copy that stands on its own.
 Value valueOf(const Node& node);

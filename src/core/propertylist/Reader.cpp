@@ -28,6 +28,11 @@ std::string_view copyPadded(std::string_view text, Arena& arena) {
   return {to, text.size()};
 }
 
+/// For a text of this size and, in nearly all lists, their nodes.
+std::size_t roomFor(std::size_t text) {
+  return text + text / 4 + 256;
+}
+
 Warning notAsciiWarning(std::string_view bytes, std::size_t offset) {
   const Place place = placeOf(bytes, offset);
   return {.message = "the list calls itself ASCII, but it isn't; it is read as Latin-1",
@@ -49,14 +54,18 @@ Result<Document> readBinary(std::string_view bytes) {
 Result<Document> readXml(std::string_view bytes, Positions* positions) {
   DecodedText decoded;
   if (const auto result = decodeText(bytes, decoded); !result) return result.error();
-  Arena arena;
-  const std::string_view text = copyPadded(decoded.utf8, arena);
+  // A converted text is copied as it has become, any other as it was, with the byte order mark that it may begin with.
+  const std::string_view whole = decoded.converted ? decoded.utf8 : bytes;
+  Arena arena(roomFor(whole.size()));
+  const std::string_view kept = copyPadded(whole, arena);
+  const std::string_view text = kept.substr(whole.size() - decoded.utf8.size());
   XmlReader reader(text, arena, positions);
   try {
     const Node root = reader.read();
     std::vector<Warning> warnings = reader.takeWarnings();
     if (decoded.notAscii) warnings.push_back(notAsciiWarning(bytes, *decoded.notAscii));
-    return Document(std::move(arena), root, Format::Xml, std::move(warnings));
+    return Document(std::move(arena), root, Format::Xml, std::move(warnings),
+                    decoded.converted ? std::nullopt : std::optional(kept));
   } catch (const ReadFailure& failure) {
     return xmlError(failure, text);
   }

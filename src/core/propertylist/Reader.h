@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,11 +30,15 @@ struct Warning {
 /// A list that was read, with the memory that its nodes lie in.
 class Document {
  public:
-  Document(Arena arena, Node root, Format format, std::vector<Warning> warnings)
-      : m_arena(std::move(arena)), m_root(root), m_format(format), m_warnings(std::move(warnings)) {}
+  Document(Arena arena, Node root, Format format, std::vector<Warning> warnings,
+           std::optional<std::string_view> source = {})
+      : m_arena(std::move(arena)), m_root(root), m_format(format), m_warnings(std::move(warnings)), m_source(source) {}
 
   const Node& root() const { return m_root; }
   Format format() const { return m_format; }
+  /// The bytes that were read, where they are kept, because texts of the list lie in them. That is so of nearly all
+  /// XML.
+  std::optional<std::string_view> source() const { return m_source; }
   const std::vector<Warning>& warnings() const { return m_warnings; }
   /// A copy of the root that stands on its own.
   Value value() const { return valueOf(m_root); }
@@ -43,6 +48,7 @@ class Document {
   Node m_root;
   Format m_format;
   std::vector<Warning> m_warnings;
+  std::optional<std::string_view> m_source;
 };
 
 /// Bounds that no list passes, so that hostile input costs time and memory in proportion to its own size.

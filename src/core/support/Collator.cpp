@@ -7,6 +7,8 @@
 #include <array>
 #include <cstdint>
 
+#include "core/support/Ascii.h"
+
 namespace mirvel {
 
 namespace {
@@ -17,6 +19,19 @@ icu::StringPiece piece(std::string_view text) {
 
 int compareBytes(std::string_view a, std::string_view b) {
   return std::clamp(a.compare(b), -1, 1);
+}
+
+std::string keyOf(const icu::Collator& collator, const char16_t* text, std::int32_t length) {
+  // Most keys fit into this, and are then made only once.
+  std::array<std::uint8_t, 256> bytes;
+  const std::int32_t size = collator.getSortKey(text, length, bytes.data(), static_cast<std::int32_t>(bytes.size()));
+  std::string key(static_cast<std::size_t>(size), '\0');
+  if (key.size() <= bytes.size()) {
+    std::copy_n(bytes.begin(), key.size(), key.begin());
+  } else {
+    collator.getSortKey(text, length, reinterpret_cast<std::uint8_t*>(key.data()), size);
+  }
+  return key;
 }
 
 }  // namespace
@@ -44,18 +59,14 @@ int Collator::localizedStandardCompare(std::string_view a, std::string_view b) c
 
 std::string Collator::sortKey(std::string_view text) const {
   if (!m_implementation->collator) return std::string(text);
-  const auto wide = icu::UnicodeString::fromUTF8(piece(text));
-  // Most keys fit into this, and are then made only once.
-  std::array<std::uint8_t, 256> bytes;
-  const std::int32_t size =
-      m_implementation->collator->getSortKey(wide, bytes.data(), static_cast<std::int32_t>(bytes.size()));
-  std::string key(static_cast<std::size_t>(size), '\0');
-  if (key.size() <= bytes.size()) {
-    std::copy_n(bytes.begin(), key.size(), key.begin());
-  } else {
-    m_implementation->collator->getSortKey(wide, reinterpret_cast<std::uint8_t*>(key.data()), size);
+  // Nearly all texts are of this sort, and need no memory but their key's.
+  std::array<char16_t, 256> letters;
+  if (text.size() <= letters.size() && Ascii::holds(text)) {
+    std::copy(text.begin(), text.end(), letters.begin());
+    return keyOf(*m_implementation->collator, letters.data(), static_cast<std::int32_t>(text.size()));
   }
-  return key;
+  const auto wide = icu::UnicodeString::fromUTF8(piece(text));
+  return keyOf(*m_implementation->collator, wide.getBuffer(), wide.length());
 }
 
 }  // namespace mirvel

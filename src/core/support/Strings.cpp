@@ -56,17 +56,18 @@ std::string_view lastPathComponent(std::string_view path) {
   return path.substr(first, last - first + 1);
 }
 
-std::string shortenHomeFolder(std::string_view text, std::string_view home) {
+std::string shortenHomeFolder(std::string text, std::string_view home) {
   while (!home.empty() && home.back() == '/') home.remove_suffix(1);
-  if (home.empty()) return std::string(text);
+  auto at = home.empty() ? std::string::npos : text.find(home);
+  if (at == std::string::npos) return text;
   std::string result;
   std::size_t done = 0;
-  for (auto at = text.find(home); at != std::string_view::npos; at = text.find(home, at + home.size())) {
+  for (; at != std::string::npos; at = text.find(home, at + home.size())) {
     if (!standsAlone(text, at, home.size())) continue;
-    result.append(text.substr(done, at - done)).append("~");
+    result.append(text, done, at - done).append("~");
     done = at + home.size();
   }
-  return result.append(text.substr(done));
+  return result.append(text, done);
 }
 
 std::size_t characterCount(std::string_view text) {

@@ -19,7 +19,7 @@ std::string_view trim(std::string_view text, bool alsoNewline = false);
 std::string_view lastPathComponent(std::string_view path);
 
 /// With the home folder's path written as "~" wherever it stands in the text as a path of its own or the begin of one.
-std::string shortenHomeFolder(std::string_view text, std::string_view home);
+std::string shortenHomeFolder(std::string text, std::string_view home);
 
 /// The number of characters, that is, of Unicode code points. This is what every rule on a text's length counts.
 std::size_t characterCount(std::string_view text);

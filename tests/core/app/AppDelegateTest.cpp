@@ -140,7 +140,7 @@ TEST_F(AppDelegateTest, ABurstOfChangesIsAScanASecondAndTheLastStateWins) {
   ASSERT_THAT(scans, testing::SizeIs(testing::AllOf(testing::Ge(5U), testing::Le(7U))));
   EXPECT_NEAR(scans.front() - begin, 0.1, 0.011);
   for (std::size_t i = 1; i < scans.size(); ++i) EXPECT_GE(scans[i] - scans[i - 1], 1.0 - 1e-9);
-  EXPECT_NE(jobNamed("burst")->textContent.find("<string>500<"), std::string::npos);
+  EXPECT_NE(jobNamed("burst")->textContent.view().find("<string>500<"), std::string::npos);
 }
 
 TEST_F(AppDelegateTest, EditsHoldTheScansBackUntilTheyAreGone) {

@@ -121,6 +121,19 @@ TEST_F(FetchOperationTest, AnyReadableListIsAJobAndNothingElseIs) {
   EXPECT_EQ(jobNamed("linked")->url.text(), file("link.plist")) << "the link is the job, not its target";
 }
 
+TEST_F(FetchOperationTest, AFolderTooLargeForTheCacheIsReadAsAnyOther) {
+  for (std::size_t i = 0; i < FileCache::countLimit; ++i) writeJob(Kind::userAgent, "job" + std::to_string(i));
+  (void)write(Kind::userAgent, "last.plist", jobText("last", {{"Program", std::string(100'000, 'x')}}));
+  (void)write(Kind::userAgent, "empty.plist", "");
+  (void)write(Kind::userAgent, "large.plist", jobText("large"));
+  fs::resize_file(path(Kind::userAgent, "large.plist"), JobFolder::largestFile + 1);
+  makePipe(Kind::userAgent, "pipe.plist");
+  EXPECT_EQ(scan().size(), FileCache::countLimit + 1);
+  EXPECT_EQ(jobNamed("last")->run().size(), 100'000U);
+  EXPECT_THAT(console.logged, UnorderedElementsAre(unreadable("large.plist"), unreadable("pipe.plist")));
+  EXPECT_EQ(console.printed.size(), 1U);
+}
+
 TEST_F(FetchOperationTest, AFileWithoutRightsIsTold) {
   if (::geteuid() == 0) GTEST_SKIP() << "root may read everything";
   fs::permissions(writeJob(Kind::userAgent, "secret"), fs::perms::none);

@@ -15,7 +15,7 @@ TEST(FileCacheTest, TheKeyIsThePathAndTheSecondsSince2001) {
 TEST(FileCacheTest, TheEntryNotAskedForTheLongestGoes) {
   FileCache cache;
   const auto key = [](std::size_t number) { return "file with a long name " + std::to_string(number); };
-  const auto file = [](std::string data) { return JobFile{.data = std::move(data), .checksum = {}, .list = {}}; };
+  const auto file = [](std::string data) { return JobFile{.text = std::move(data), .checksum = {}, .list = {}}; };
   for (std::size_t i = 0; i < FileCache::countLimit; ++i) cache.put(key(i), file(std::to_string(i)));
   ASSERT_TRUE(cache.find(key(0)));
   cache.put(key(2), file("new"));  // no further entry
@@ -23,10 +23,10 @@ TEST(FileCacheTest, TheEntryNotAskedForTheLongestGoes) {
   cache.put(key(FileCache::countLimit), file("last"));
 
   EXPECT_FALSE(cache.find(key(1)));
-  EXPECT_EQ(cache.find(key(0))->data, "0");
-  EXPECT_EQ(cache.find(key(2))->data, "new");
-  EXPECT_EQ(cache.find(key(3))->data, "3");
-  EXPECT_EQ(cache.find(key(FileCache::countLimit))->data, "last");
+  EXPECT_EQ(cache.find(key(0))->text, "0");
+  EXPECT_EQ(cache.find(key(2))->text, "new");
+  EXPECT_EQ(cache.find(key(3))->text, "3");
+  EXPECT_EQ(cache.find(key(FileCache::countLimit))->text, "last");
 }
 
 }  // namespace

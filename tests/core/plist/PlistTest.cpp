@@ -95,8 +95,8 @@ TEST(PlistTest, EveryKeyOfTheTableIsReadIntoItsOwnField) {
   expected.exitTimeOut = 1;
   expected.timeOut = 2;
   expected.throttleInterval = 3;
-  expected.limitLoadFromHosts = {"from"};
-  expected.limitLoadToHosts = {"to"};
+  expected.limitLoadFromHosts = std::vector<std::string>{"from"};
+  expected.limitLoadToHosts = std::vector<std::string>{"to"};
   expected.softResourceLimits = ResourceLimits{.core = 1};
   expected.hardResourceLimits = ResourceLimits{.core = 2};
   expected.hopefullyExitsFirst = true;
