@@ -38,7 +38,6 @@ int main(int argc, char* argv[]) {
   ui::prepareApplication(Localize(options.locale, ui::catalogues()));
   ui::Application mirvel(root->roots(), environment, options.locale);
   mirvel.workspace().setFullUserName("Alex Example");  // the sample machine is nobody's
-  if (options.size.isValid()) mirvel.window().resize(options.size);
   Subscription filled = mirvel.program().notifications.jobsUpdated.subscribe([&] {
     filled = {};
     if (options.picture) {
@@ -48,5 +47,6 @@ int main(int argc, char* argv[]) {
     }
   });
   mirvel.start();
+  if (options.size.isValid()) mirvel.window().resize(options.size);
   return QApplication::exec();
 }

@@ -60,7 +60,7 @@ void AppDelegate::makeAgentsFolder() {
 void AppDelegate::applicationDidFinishLaunching() {
   if (m_program.state.jobs.empty() && !m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
   m_delay(0.01, [this] { setUpMonitors(); });
-  tellOfDamagedSettings();
+  m_delay(0, [this] { tellOfDamagedSettings(); });
 }
 
 void AppDelegate::tellOfDamagedSettings() {

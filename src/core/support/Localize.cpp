@@ -5,6 +5,7 @@
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <mutex>
 #include <optional>
 #include <string_view>
 
@@ -60,20 +61,28 @@ Placeholder placeholderAt(std::string_view text) {
 
 }  // namespace
 
-struct Localize::Numbers {
-  std::unique_ptr<icu::NumberFormat> format;  // none: ICU has no data, and digits are plain
-
-  explicit Numbers(const icu::Locale& locale) {
-    UErrorCode status = U_ZERO_ERROR;
-    format.reset(icu::NumberFormat::createInstance(locale, status));
-    if (U_FAILURE(status)) format.reset();
+/// Made when first used: to make the format takes milliseconds.
+class Localize::Numbers {
+ public:
+  /// Null: ICU has no data, and digits are plain.
+  const icu::NumberFormat* format(const std::string& locale) {
+    std::call_once(m_isMade, [&] {
+      UErrorCode status = U_ZERO_ERROR;
+      m_format.reset(icu::NumberFormat::createInstance(icu::Locale(locale.c_str()), status));
+      if (U_FAILURE(status)) m_format.reset();
+    });
+    return m_format.get();
   }
+
+ private:
+  std::once_flag m_isMade;
+  std::unique_ptr<icu::NumberFormat> m_format;
 };
 
 Localize::Localize(const std::string& locale, const fs::path& catalogues)
     : m_locale(locale),
       m_catalog(findCatalog(icu::Locale(locale.c_str()), catalogues)),
-      m_numbers(std::make_unique<Numbers>(icu::Locale(locale.c_str()))) {}
+      m_numbers(std::make_unique<Numbers>()) {}
 
 Localize::~Localize() = default;
 
@@ -94,9 +103,10 @@ std::string Localize::text(const char* english) const {
 }
 
 std::string Localize::int_(std::int64_t number) const {
-  if (!m_numbers->format) return std::to_string(number);
+  const icu::NumberFormat* const format = m_numbers->format(m_locale);
+  if (!format) return std::to_string(number);
   icu::UnicodeString result;
-  return toUtf8(m_numbers->format->format(number, result));
+  return toUtf8(format->format(number, result));
 }
 
 std::string Localize::format(const char* key, const std::vector<std::string>& arguments) const {

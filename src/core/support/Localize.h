@@ -191,7 +191,7 @@ class Localize {
   }
 
  private:
-  struct Numbers;
+  class Numbers;
 
   std::string text(const char* english) const;
 

@@ -3,6 +3,10 @@
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QTranslator>
+#include <cstdlib>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include "core/catalogue/PlatformLoginItems.h"
 #include "core/support/Const.h"
@@ -21,10 +25,7 @@ Application::Application(Roots roots, const Environment& environment, const std:
       m_loginItems(
           loginItemsOfThisMachine(m_foundation.roots, environment, m_processRunner, m_foundation.commands, locale)),
       m_program(m_foundation, platform()),
-      m_window(m_program, m_icons),
-      m_fetchQueue("Fetch queue") {
-  m_interface.setWindow(&m_window);
-}
+      m_fetchQueue("Fetch queue") {}
 
 Application::~Application() = default;
 
@@ -41,8 +42,11 @@ Platform Application::platform() {
 }
 
 void Application::start() {
-  m_window.show();
+  // The first scan runs while the window is made, and is published when the event loop comes to it.
   m_program.appDelegate.applicationDidFinishLaunching();
+  m_window = std::make_unique<MainWindow>(m_program, m_icons);
+  m_interface.setWindow(m_window.get());
+  m_window->show();
 }
 
 fs::path catalogues() {
@@ -52,6 +56,10 @@ fs::path catalogues() {
 }
 
 void prepareApplication(const Localize& localize) {
+#ifdef __GLIBC__
+  // One heap for all threads: those of further threads grow by a page at a time, and what a scan makes stays for long.
+  ::mallopt(M_ARENA_MAX, 1);
+#endif
   QApplication::setApplicationName(qt(Const::AppName::mirvel));
   QApplication::setApplicationDisplayName(QString());  // titles bring the name themselves
   QApplication::setApplicationVersion(QStringLiteral(MIRVEL_VERSION));

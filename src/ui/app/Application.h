@@ -22,11 +22,12 @@ class Application {
   Application(Roots roots, const Environment& environment, const std::string& locale = Localize::currentLocale());
   ~Application();
 
-  /// Shows the window and lets the program begin its work.
+  /// Lets the program begin its work, and shows the window.
   void start();
 
   Program& program() { return m_program; }
-  MainWindow& window() { return m_window; }
+  /// From `start` on.
+  MainWindow& window() { return *m_window; }
   QtWorkspace& workspace() { return m_workspace; }
 
  private:
@@ -42,8 +43,8 @@ class Application {
   StandardConsole m_console;
   std::unique_ptr<LoginItems> m_loginItems;
   Program m_program;
-  MainWindow m_window;
-  ThreadWorkQueue m_fetchQueue;  // last, so that its thread ends while all that a scan uses is there
+  ThreadWorkQueue m_fetchQueue;  // after all that a scan uses, which its thread's end waits for
+  std::unique_ptr<MainWindow> m_window;
 };
 
 /// Where the translations lie: beside the installed program, or in the folder where it was built.
