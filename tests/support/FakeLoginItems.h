@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -19,6 +20,11 @@ class FakeLoginItems final : public LoginItems {
     return ownItems;
   }
   std::vector<Bundled> bundled() override { return bundledItems; }
+  void remove(const std::string& name) override {
+    const auto found =
+        std::find_if(ownItems.begin(), ownItems.end(), [&](const auto& item) { return item.name == name; });
+    if (found != ownItems.end()) ownItems.erase(found);
+  }
 };
 
 }  // namespace mirvel::testdata

@@ -8,7 +8,9 @@
 
 #include "core/app/Program.h"
 #include "support/FakeAgentSwitch.h"
+#include "support/FakeClock.h"
 #include "support/FakeFolderMonitors.h"
+#include "support/FakeHelpers.h"
 #include "support/FakeInterface.h"
 #include "support/FakeLoginItems.h"
 #include "support/FakeWorkspace.h"
@@ -91,6 +93,8 @@ class ProgramFixture : public testing::Test {
   FakeLoginItems loginItems;
   FakeAgentSwitch agentSwitch{queue};
   RecordingConsole console;
+  FakeClock clock;
+  FakeHelpers helpers;
   Platform platform{.mainQueue = queue,
                     .fetchQueue = fetchQueue,
                     .interface = interface,
@@ -99,7 +103,9 @@ class ProgramFixture : public testing::Test {
                     .processRunner = tools,
                     .loginItems = loginItems,
                     .agentSwitch = &agentSwitch,
-                    .console = console};
+                    .console = console,
+                    .clock = clock,
+                    .helpers = &helpers};
 
  private:
   std::unique_ptr<Program> m_program;

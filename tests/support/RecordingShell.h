@@ -50,10 +50,16 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
   void updateDetail() override { note("updateDetail"); }
   void clearDetail() override { note("clearDetail"); }
   void updateIcon() override { note("updateIcon"); }
+  void showDisplay() override { note("showDisplay"); }
 
   void updateButtons() override { note(m_program.state.isBusy ? "busy" : "idle"); }
   void refreshEditedState() override { note("refreshEditedState"); }
   void discardEdits() override { note("discardEdits"); }
+  void saveCompleted() override {
+    note("saveCompleted");
+    m_program.state.hasUnsavedChanges = false;
+  }
+  void releaseSchedule() override { note("releaseSchedule"); }
 
   void setTitle(const std::string& title) override { note("title " + title); }
   void setEdited(bool) override {}

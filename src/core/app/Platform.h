@@ -1,7 +1,9 @@
 #pragma once
 
+#include "core/actions/HelperConnection.h"
 #include "core/catalogue/LoginItems.h"
 #include "core/support/AgentSwitch.h"
+#include "core/support/Clock.h"
 #include "core/support/Console.h"
 #include "core/support/FolderMonitor.h"
 #include "core/support/Interface.h"
@@ -23,6 +25,8 @@ struct Platform {
   LoginItems& loginItems;        ///< used on the fetch queue
   AgentSwitch* agentSwitch;      ///< null where the agent can't be switched
   Console& console;
+  const Clock& clock;
+  HelperConnections* helpers;  ///< null where there are none: nothing can be saved
 };
 
 }  // namespace mirvel

@@ -10,7 +10,11 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       kinds(foundation.localize, foundation.defaults, platform.workspace),
       mainWindow(*this),
       fetcher(*this),
-      appDelegate(*this) {}
+      appDelegate(*this),
+      repairs(foundation.defaults, foundation.commands, platform.interface, platform.processRunner, foundation.localize,
+              foundation.roots.home),
+      revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock),
+      actions(*this) {}
 
 ModeType* Program::currentMode() const {
   const auto chosen = static_cast<std::size_t>(foundation.defaults.selectedMode());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/actions/ActionController.h"
+#include "core/actions/RevisionController.h"
 #include "core/app/AppDelegate.h"
 #include "core/app/AppState.h"
 #include "core/app/Fetcher.h"
@@ -7,6 +9,7 @@
 #include "core/app/Platform.h"
 #include "core/app/Shell.h"
 #include "core/catalogue/KindTexts.h"
+#include "core/creation/CommandRepairs.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/support/Notifications.h"
 
@@ -33,6 +36,9 @@ class Program {
   MainWindowController mainWindow;
   Fetcher fetcher;
   AppDelegate appDelegate;
+  CommandRepairs repairs;
+  RevisionController revisions;
+  ActionController actions;
 };
 
 }  // namespace mirvel

@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 
+#include "core/actions/AnswerTypes.h"
 #include "core/editor/DetailType.h"
 #include "core/mainwindow/MainWindowType.h"
 #include "core/mainwindow/Mode.h"
@@ -16,6 +17,8 @@ struct Shell {
   DetailType* detail = nullptr;
   EditType* edit = nullptr;
   MainWindowType* mainWindow = nullptr;
+  TestType* test = nullptr;
+  LogType* log = nullptr;
   std::function<void(const std::shared_ptr<Job>&)> confirmDelete;  ///< asks, and deletes
   std::function<void(bool isManual)> checkForUpdate;
   std::function<void()> endPrivilegedConnection;  ///< set while such a connection is open

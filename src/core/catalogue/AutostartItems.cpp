@@ -48,6 +48,15 @@ std::vector<LoginItems::Listed> AutostartItems::listed() {
   return items;
 }
 
+void AutostartItems::remove(const std::string& name) {
+  for (const auto& [fileName, entry] : entriesIn({m_roots.ownAutostart})) {
+    if (!entry.content || nameOf(*entry.content, fileName) != name) continue;
+    std::error_code failure;
+    fs::remove(entry.path, failure);
+    return;
+  }
+}
+
 std::vector<LoginItems::Bundled> AutostartItems::bundled() {
   const Entries own = entriesIn({m_roots.ownAutostart});
   std::vector<Bundled> items;

@@ -36,6 +36,8 @@ class LoginItems {
   /// queue.
   virtual std::vector<Listed> listed() = 0;
   virtual std::vector<Bundled> bundled() = 0;
+  /// Takes the first entry of that name from the user's own list; none there is no error. May wait. For the main thread.
+  virtual void remove(const std::string& name) = 0;
 };
 
 }  // namespace mirvel

@@ -37,6 +37,19 @@ constexpr const char* script =
     "end tell\n"
     "return report\n";
 
+/// Deletes the first item that has the name which is the script's argument.
+constexpr const char* removalScript =
+    "on run arguments\n"
+    "\ttell application \"System Events\"\n"
+    "\t\trepeat with anItem in (get login items)\n"
+    "\t\t\tif name of anItem is item 1 of arguments then\n"
+    "\t\t\t\tdelete anItem\n"
+    "\t\t\t\treturn\n"
+    "\t\t\tend if\n"
+    "\t\tend repeat\n"
+    "\tend tell\n"
+    "end run\n";
+
 /// What stands before the next such end, which is taken off with it; none if there is no end.
 std::optional<std::string_view> takeUntil(char end, std::string_view& text) {
   const auto at = text.find(end);
@@ -68,6 +81,10 @@ std::vector<LoginItems::Listed> SystemEventsItems::listed() {
     if (auto item = itemIn(*record)) items.push_back(*std::move(item));
   }
   return items;
+}
+
+void SystemEventsItems::remove(const std::string& name) {
+  (void)m_runner.run(m_osascript, {"-e", removalScript, name});
 }
 
 std::vector<LoginItems::Bundled> SystemEventsItems::bundled() {

@@ -16,6 +16,8 @@ class DetailType {
   virtual void clearDetail() = 0;
   /// Draws the icon of the selected job anew.
   virtual void updateIcon() = 0;
+  /// Leaves the editor for what the job is.
+  virtual void showDisplay() = 0;
 };
 
 /// The detail pane while a job is edited.
@@ -32,6 +34,10 @@ class EditType {
   virtual void refreshEditedState() = 0;
   /// Goes back to what was read.
   virtual void discardEdits() = 0;
+  /// The edits are saved, or are no longer to be.
+  virtual void saveCompleted() = 0;
+  /// Lets go of the rule editor.
+  virtual void releaseSchedule() = 0;
 };
 
 }  // namespace mirvel

@@ -38,7 +38,9 @@ Platform Application::platform() {
           .processRunner = m_processRunner,
           .loginItems = *m_loginItems,
           .agentSwitch = nullptr,
-          .console = m_console};
+          .console = m_console,
+          .clock = m_clock,
+          .helpers = nullptr};
 }
 
 void Application::start() {

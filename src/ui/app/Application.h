@@ -41,6 +41,7 @@ class Application {
   std::unique_ptr<FolderMonitors> m_folderMonitors;
   SystemProcessRunner m_processRunner;
   StandardConsole m_console;
+  SystemClock m_clock;
   std::unique_ptr<LoginItems> m_loginItems;
   Program m_program;
   ThreadWorkQueue m_fetchQueue;  // after all that a scan uses, which its thread's end waits for

@@ -23,6 +23,7 @@ class DetailPane final : public QWidget, private DetailType {
   void updateDetail() override;
   void clearDetail() override;
   void updateIcon() override;
+  void showDisplay() override { updateDetail(); }
 
   QWidget* makeDetails(const JobDetails& details);
   QWidget* makeHeader(const JobDetails& details);

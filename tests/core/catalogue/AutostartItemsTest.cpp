@@ -48,6 +48,19 @@ class AutostartItemsTest : public testing::Test {
   TemporaryFolder m_folder;
 };
 
+TEST_F(AutostartItemsTest, OfOwnEntriesWithOneNameTheFirstIsRemovedAndNoInstalledOne) {
+  for (const char* file : {"own/b.desktop", "own/a.desktop", "second/c.desktop"})
+    entry(file, "Name=Same\nExec=player\n");
+  items().remove("Other");
+  EXPECT_EQ(listed().size(), 2U);
+  items().remove("Same");
+  EXPECT_FALSE(fs::exists(path("own/a.desktop")));
+  EXPECT_EQ(listed(), Names{"Same"});
+  items().remove("Same");
+  items().remove("Same");
+  EXPECT_EQ(bundled(), Names{"Same"});
+}
+
 TEST_F(AutostartItemsTest, OwnEntriesAreTheListInTheUsersLanguage) {
   entry("own/b.desktop", "Name=Clock\nName[de]=Uhr\nExec=clock --utc %U\nIcon=clock\n");
   entry("own/a.desktop", "Exec=\"/no such/program\" x\nIcon=/icons/a.svg\n");

@@ -41,6 +41,14 @@ class SystemEventsItemsTest : public testing::Test {
   SystemEventsItems m_items{m_runner, "/tools/osascript", "/missing"};
 };
 
+TEST_F(SystemEventsItemsTest, ANameToBeRemovedIsHandedOverAsAWordAndNotAsScript) {
+  m_items.remove("a\" & beep & \"");
+  ASSERT_EQ(m_runner.calls.size(), 1U);
+  EXPECT_EQ(m_runner.calls[0].size(), 4U);
+  EXPECT_EQ(m_runner.calls[0].back(), "a\" & beep & \"");
+  EXPECT_THAT(m_runner.calls[0][2], HasSubstr("delete"));
+}
+
 TEST_F(SystemEventsItemsTest, TheToolIsAskedOnceForAllItems) {
   EXPECT_TRUE(listed("").empty());
   ASSERT_EQ(m_runner.calls.size(), 1U);

@@ -1,0 +1,247 @@
+#include "core/actions/ActionController.h"
+
+#include "core/app/Program.h"
+#include "core/support/Bidirectional.h"
+#include "core/support/Const.h"
+
+namespace mirvel {
+
+ActionController::ActionController(Program& program) : m_program(program), m_delay(program.platform.mainQueue) {}
+
+bool ActionController::send(const Action::Shared& action) {
+  HelperConnections* const helpers = m_program.platform.helpers;
+  if (!m_connection && helpers) m_connection = helpers->connectToAction();
+  if (!m_connection) {
+    tellOfNoCommunication();
+    return false;
+  }
+  run(*m_connection, action);
+  return true;
+}
+
+bool ActionController::sendPrivileged(const Action::Shared& action) {
+  action->privileged = true;
+  if (m_privilegedConnection) {
+    run(*m_privilegedConnection, action);
+    return true;
+  }
+  HelperConnections* const helpers = m_program.platform.helpers;
+  if (!helpers) {
+    tellOfNoCommunication();
+    return false;
+  }
+  const std::weak_ptr<int> owner = m_owner;
+  helpers->connectToPrivileged(
+      std::string(Const::PrivilegedHelper::version),
+      [this, owner, action](HelperConnections::Privileged answer) {
+        if (!owner.expired()) connected(std::move(answer), action);
+      },
+      [this, owner, action](const Error& error) {
+        if (owner.expired()) return;
+        connectionFailed(*action, error, false);
+        m_program.platform.interface.present(error);
+      });
+  return true;
+}
+
+void ActionController::run(HelperConnection& connection, const Action::Shared& action) {
+  const bool privileged = action->privileged;
+  connection.run(
+      action->dictionary(m_authData), [this, action](const plist::Dictionary& reply) { replied(reply, action); },
+      [this, action, privileged](const Error& error) { connectionFailed(*action, error, privileged); });
+}
+
+void ActionController::connected(HelperConnections::Privileged answer, const Action::Shared& action) {
+  if (!answer.connection || answer.authData.empty()) return authorisationFailed(answer.isCancelled, *action);
+  m_authData = std::move(answer.authData);
+  m_privilegedConnection = std::move(answer.connection);
+  m_program.shell.endPrivilegedConnection = [this] {
+    (void)sendPrivileged(std::make_shared<Action>(Action::Kind::quitHelper));
+  };
+  run(*m_privilegedConnection, action);
+}
+
+void ActionController::authorisationFailed(bool isCancelled, const Action& action) {
+  dropNewFile();
+  const auto& selected = m_program.state.selectedJob;
+  if (!isCancelled) {
+    const Localize& localize = m_program.foundation.localize;
+    m_program.platform.interface.error(localize.cannotAuthenticate(), localize.pleaseTryAgain());
+  } else if (selected) {
+    selected->checksum.clear();
+    fetchUnlessEdited();
+  }
+  finishAction(action);
+}
+
+void ActionController::connectionFailed(const Action& action, const Error& error, bool privileged) {
+  setBusy(false);
+  dropNewFile();
+  if (action.presentError) m_program.platform.interface.present(error);
+  finishAction(action);
+  drop(privileged ? m_privilegedConnection : m_connection);
+  if (!privileged) return;
+  m_authData.reset();
+  m_program.shell.endPrivilegedConnection = nullptr;
+}
+
+void ActionController::drop(std::unique_ptr<HelperConnection>& connection) {
+  if (!connection) return;
+  connection->invalidate();
+  // It may be this one that is telling of its end.
+  m_program.platform.mainQueue.post([ended = std::shared_ptr<HelperConnection>(std::move(connection))] {});
+}
+
+void ActionController::finishAction(const Action& action) {
+  EditType* const edit = m_program.shell.edit;
+  if (action.cleanUp && edit) {
+    const bool hadUnsavedChanges = m_program.state.hasUnsavedChanges;
+    edit->saveCompleted();
+    m_program.state.hasUnsavedChanges = hadUnsavedChanges;
+    edit->refreshEditedState();
+  }
+  clearLog();
+  setBusy(false);
+}
+
+void ActionController::replied(const plist::Dictionary& reply, const Action::Shared& action) {
+  setBusy(false);
+  const plist::Value* const error = reply.find("error");
+  if (const auto* details = error ? error->as<plist::Dictionary>() : nullptr) {
+    if (action->presentError) presentHelperError(*details);
+    return;
+  }
+  if (action->privileged) {
+    m_delay(0, [this] { fetchUnlessEdited(); });
+    if (action->localAgentLoadPath || action->localAgentUnloadPath) return followUpPrivileged(action);
+  }
+  const Shell& shell = m_program.shell;
+  if (action->kind == Action::Kind::test) {
+    const plist::Value* const output = reply.find("test");
+    const auto* text = output ? output->as<std::string>() : nullptr;
+    if (shell.test && text) shell.test->testFinished(*text);
+  } else if (action->kind == Action::Kind::log) {
+    const plist::Value* const lines = reply.find("logQuery");
+    const auto* array = lines ? lines->as<plist::Array>() : nullptr;
+    if (shell.log && array) shell.log->logReplyReceived(*array);
+  } else {
+    endedWell(*action);
+  }
+}
+
+void ActionController::followUpPrivileged(const Action::Shared& action) {
+  m_delay(0, [this, action] {
+    Console& console = m_program.platform.console;
+    if (const auto& path = action->localAgentLoadPath) {
+      if (!send(Action::load(URL::file(*path)))) console.log("Error loading job at path: " + *path);
+    } else if (const auto& gone = action->localAgentUnloadPath) {
+      if (!send(Action::unload(action->label, URL::file(*gone)))) {
+        console.log("Error unloading job at path: " + *gone);
+      }
+    }
+  });
+}
+
+void ActionController::endedWell(const Action& action) {
+  const Shell& shell = m_program.shell;
+  if (action.cleanUp && shell.edit) {
+    shell.edit->saveCompleted();
+    if (shell.detail) shell.detail->showDisplay();
+    shell.edit->releaseSchedule();
+    fetchUnlessEdited();
+  }
+  if (action.kind != Action::Kind::delete_) return;
+  m_program.state.selectedJob = nullptr;
+  m_program.mainWindow.selectedJobDidChange();
+  if (shell.detail) shell.detail->clearDetail();
+}
+
+void ActionController::presentHelperError(const plist::Dictionary& error) {
+  const Localize& localize = m_program.foundation.localize;
+  Interface& interface = m_program.platform.interface;
+  const auto string = [&error](std::string_view key) {
+    const plist::Value* const value = error.find(key);
+    return value ? value->as<std::string>() : nullptr;
+  };
+  const plist::Value* const codeValue = error.find("code");
+  const auto* integer = codeValue ? codeValue->as<plist::Integer>() : nullptr;
+  const std::string* const domain = string("domain");
+  if (!domain || !integer) return interface.error(localize.anUnknownErrorOccurred(), localize.pleaseTryAgain());
+
+  const std::string text = bidirectionalString({localize.anUnknownErrorOccurred(), '(' + integer->text() + ')'}, " ",
+                                               localize.isRightToLeft());
+  if (*domain != Const::ActionError::domain) {
+    const std::string* const description = string("description");
+    const std::string* const suggestion = string("suggestion");
+    if (description && suggestion) return interface.error(*description, *suggestion);
+    return interface.error(text, localize.pleaseTryAgain());
+  }
+  const auto code = integer->toInt64();
+  if (code == Const::ActionError::noCommunication) {
+    tellOfNoCommunication();
+  } else if (code == Const::ActionError::item) {
+    interface.error(localize.theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError(), localize.pleaseTryAgain());
+  } else if (code == Const::ActionError::itemName) {
+    interface.error(localize.theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError(),
+                    localize.renameTheItemAndTryAgain());
+  } else if (code == Const::ActionError::log) {
+    interface.error(localize.anUnknownErrorOccurredWhenFetchingTheLog(), localize.pleaseTryAgain());
+    clearLog();
+  } else {
+    interface.error(text, localize.pleaseTryAgain());
+  }
+}
+
+void ActionController::deleteConfirmed(int response, const Job& job) {
+  if (response != Interface::defaultButton) return;
+  if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem();
+  const auto action = Action::delete_(job.url, job.name);
+  if (job.kind == Kind::userAgent) {
+    (void)send(action);
+    return;
+  }
+  if (job.kind == Kind::localAgent) action->localAgentUnloadPath = job.url.text();
+  (void)sendPrivileged(action);
+}
+
+void ActionController::deleteLoginItem() {
+  const auto& selected = m_program.state.selectedJob;
+  if (!selected || selected->name.empty()) return;
+  m_program.platform.loginItems.remove(selected->name);
+  fetchUnlessEdited();
+}
+
+void ActionController::uninstallInternalHelpers() {
+  auto action = std::make_shared<Action>(Action::Kind::uninstallHelpers);
+  action->presentError = false;
+  action->cleanUp = false;
+  (void)sendPrivileged(action);
+  m_delay(1.0, [this] { fetchUnlessEdited(); });
+}
+
+void ActionController::clearLog() {
+  if (m_program.shell.log) m_program.shell.log->clear();
+}
+
+void ActionController::setBusy(bool isBusy) {
+  m_program.state.isBusy = isBusy;
+  if (m_program.shell.edit) m_program.shell.edit->updateButtons();
+}
+
+void ActionController::dropNewFile() {
+  if (!m_program.state.selectedJob || !m_program.state.selectedJob->isNewFile) return;
+  m_program.state.selectedJob = nullptr;
+  m_program.mainWindow.selectedJobDidChange();
+}
+
+void ActionController::fetchUnlessEdited() {
+  if (!m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+}
+
+void ActionController::tellOfNoCommunication() {
+  const Localize& localize = m_program.foundation.localize;
+  m_program.platform.interface.error(localize.couldNotEstablishCommunicationWithHelperTool(),
+                                     localize.pleaseTryAgain());
+}
+
+}  // namespace mirvel

@@ -1,0 +1,43 @@
+#include "core/actions/Action.h"
+
+#include <gtest/gtest.h>
+
+namespace mirvel {
+namespace {
+
+using plist::Dictionary;
+
+TEST(ActionTest, TheRequestHoldsWhatThereIsAndNothingElse) {
+  auto all = Action::write(URL::file("/nowhere/a.plist"), "text", "label");
+  all->deleteURL = URL::file("/nowhere/b.plist");
+  all->localAgentLoadPath = "/load";
+  all->localAgentUnloadPath = "/unload";
+  all->privileged = true;
+  const auto test = Action::test(URL::file("/t.plist"), URL::file("/t.out"), "text", "label");
+  const Dictionary unloadOnly{{"kind", 4}, {"presentError", true}, {"privileged", false}, {"path", "/nowhere/x"}};
+  EXPECT_EQ(all->dictionary("auth"), (Dictionary{{"kind", 0},
+                                                 {"presentError", true},
+                                                 {"privileged", true},
+                                                 {"path", "/nowhere/a.plist"},
+                                                 {"deletePath", "/nowhere/b.plist"},
+                                                 {"string", "text"},
+                                                 {"authData", plist::Data{"auth"}},
+                                                 {"label", "label"}}));
+  EXPECT_EQ(Action::unload(std::nullopt, URL::file("/nowhere/x"))->dictionary({}), unloadOnly);
+  EXPECT_EQ(test->dictionary({}), (Dictionary{{"kind", 6},
+                                              {"presentError", true},
+                                              {"privileged", false},
+                                              {"testPath", "/t.plist"},
+                                              {"testOutputPath", "/t.out"},
+                                              {"string", "text"},
+                                              {"label", "label"}}));
+  EXPECT_FALSE(test->cleanUp);
+  EXPECT_EQ(
+      Action::log({{"lastString", "4h"}})->dictionary({}),
+      (Dictionary{
+          {"kind", 9}, {"presentError", true}, {"privileged", false}, {"logQuery", Dictionary{{"lastString", "4h"}}}}));
+  EXPECT_FALSE(Action::write(URL::file("/a"), std::nullopt, "l")->dictionary({}).find("string"));
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/actions/HelperConnection.h"
+
+namespace mirvel::testdata {
+
+/// Both helpers, as far as the program sees them: what they are asked is kept, and a test answers it.
+class FakeHelpers final : public HelperConnections {
+ public:
+  struct Request {
+    bool isPrivileged = false;
+    plist::Dictionary body;
+    HelperConnection::Reply reply;
+    HelperConnection::Failure failure;
+
+    const plist::Value& at(const std::string& key) const {
+      const plist::Value* value = body.find(key);
+      if (!value) throw std::runtime_error("no " + key);
+      return *value;
+    }
+    std::string text(const std::string& key) const {
+      const plist::Value* value = body.find(key);
+      const auto* text = value ? value->as<std::string>() : nullptr;
+      return text ? *text : "(none)";
+    }
+    int kind() const { return static_cast<int>(*at("kind").as<plist::Integer>()->toInt64()); }
+  };
+
+  std::vector<Request> requests = {};
+  std::vector<std::string> ended = {};  ///< connections that were invalidated
+  bool canConnect = true;
+  bool isHandshakeHeld = false;  ///< the user hasn't answered yet
+  std::function<void()> whenAsked = [] {};
+  PrivilegedReply privilegedReply;
+  HelperConnection::Failure privilegedFailure;
+
+  std::unique_ptr<HelperConnection> connectToAction() override {
+    return canConnect ? std::make_unique<Connection>(*this, false) : nullptr;
+  }
+  void connectToPrivileged(const std::string&, PrivilegedReply reply, HelperConnection::Failure failure) override {
+    privilegedReply = std::move(reply);
+    privilegedFailure = std::move(failure);
+    if (!isHandshakeHeld) authorise();
+  }
+  void authorise() { privilegedReply({.connection = std::make_unique<Connection>(*this, true), .authData = "secret"}); }
+
+ private:
+  class Connection final : public HelperConnection {
+   public:
+    Connection(FakeHelpers& owner, bool isPrivileged) : m_owner(owner), m_isPrivileged(isPrivileged) {}
+    void run(const plist::Dictionary& request, Reply reply, Failure failure) override {
+      m_owner.requests.push_back({m_isPrivileged, request, std::move(reply), std::move(failure)});
+      m_owner.whenAsked();
+    }
+    void invalidate() override { m_owner.ended.push_back(m_isPrivileged ? "privileged" : "action"); }
+
+   private:
+    FakeHelpers& m_owner;
+    bool m_isPrivileged;
+  };
+};
+
+}  // namespace mirvel::testdata
