@@ -27,6 +27,10 @@ JobFolders JobFolders::ofMachine(const Roots& roots) {
   return JobFolders(std::move(folders));
 }
 
+bool JobFolders::holds(const fs::path& file) const {
+  return std::find(m_folders.begin(), m_folders.end(), file.parent_path()) != m_folders.end() || isInOwnFolder(file);
+}
+
 bool JobFolders::isInOwnFolder(const fs::path& file) const {
   if (!isUuid(file.stem().native())) return false;
   return std::find(m_folders.begin(), m_folders.end(), file.parent_path().parent_path()) != m_folders.end();

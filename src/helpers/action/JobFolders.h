@@ -21,6 +21,8 @@ class JobFolders {
   static JobFolders ofMachine(const Roots& roots);
 
   const std::vector<std::filesystem::path>& all() const { return m_folders; }
+  /// Whether the file lies directly in a job folder, or in a folder of its own there.
+  bool holds(const std::filesystem::path& file) const;
   /// Whether the file lies in a folder of its own in a job folder: `LaunchAgents/name/UUID.plist`, which is where a
   /// job goes whose name is taken.
   bool isInOwnFolder(const std::filesystem::path& file) const;

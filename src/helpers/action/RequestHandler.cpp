@@ -76,7 +76,8 @@ Result<void> RequestHandler::write(const Request& request) {
     if (!file) continue;
     if (auto admitted = m_setup.files.admit(*file); !admitted) return admitted;
   }
-  Labels labels{*label};
+  Labels labels;
+  if (m_setup.trustsLabels) labels.push_back(*label);
   addLabelIn(request.path, labels);
   addLabelIn(request.deletePath, labels);
 

@@ -15,8 +15,8 @@ class RequestHandler {
     JobHost& host;
     /// Removes what was installed outside of the package.
     std::function<Result<void>()> uninstall;
-    /// Whether a label in a request may stop a job that has no file any more. Otherwise only the label in a file
-    /// counts.
+    /// Whether a label in a request may stop a job. Otherwise only those of the files that are replaced or removed do,
+    /// so that nobody stops a job that isn't touched.
     bool trustsLabels = true;
     std::optional<std::filesystem::path> testFolder = {};  ///< see `TestRuns`
   };

@@ -25,6 +25,10 @@ Roots rootsFor(int argc, char** argv, const Environment& environment) {
   return Roots::forThisMachine(environment);
 }
 
+Result<void> notMine() {
+  return Error{.code = Error::Code::BadArgument, .message = "only the privileged helper removes helpers"};
+}
+
 }  // namespace
 
 /// The action service: does as the user what the application asks for over descriptor 3.
@@ -38,7 +42,7 @@ int main(int argc, char** argv) {
   const auto host =
       makeJobHost(Commands::forThisMachine(environment).launchctl, ::geteuid(), runner, [] { return makeNoHost(); });
   UserJobFiles files(JobFolders::ofUser(rootsFor(argc, argv, environment)));
-  RequestHandler handler({.files = files, .host = *host, .uninstall = [] { return Result<void>(); }});
+  RequestHandler handler({.files = files, .host = *host, .uninstall = notMine});
   const auto served = serve(
       wire::helperDescriptor, [&](const auto& request) { return handler.handle(request); },
       [&] { return handler.isDone(); });

@@ -4,11 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 
 #include "core/support/RegularFile.h"
 #include "core/support/ReplaceFile.h"
+#include "helpers/action/UserJobFiles.h"
+#include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/TrustedFolder.h"
 
 namespace mirvel {
@@ -67,9 +68,14 @@ Result<T> GuardedJobFiles::logged(Result<T> result) const {
   return result;
 }
 
-bool GuardedJobFiles::isInJobFolder(const fs::path& file) const {
-  const auto& folders = m_folders.all();
-  return std::find(folders.begin(), folders.end(), file.parent_path()) != folders.end();
+bool GuardedJobFiles::isUsers(const fs::path& file) const {
+  return m_user && isPlain(file) && file.extension() == ".plist" && m_user->folders.holds(file);
+}
+
+Result<void> GuardedJobFiles::removeAsUser(const fs::path& file) const {
+  const ActingAs acting(m_user->id);
+  if (!acting) return refusal(file, "the rights of its user can't be taken");
+  return UserJobFiles(m_user->folders).remove(file);
 }
 
 /// The links are read where they lie: in folders that only root changes.
@@ -87,7 +93,7 @@ bool GuardedJobFiles::isTargetOfLink(const fs::path& file) const {
 
 Result<void> GuardedJobFiles::checkPlace(const fs::path& file) const {
   if (!isPlain(file)) return refusal(file, "the path isn't written plainly");
-  if (isInJobFolder(file) || m_folders.isInOwnFolder(file)) {
+  if (m_folders.holds(file)) {
     if (file.extension() != ".plist") return refusal(file, "it is named as no job file is");
     return {};
   }
@@ -110,6 +116,7 @@ Result<FileDescriptor> GuardedJobFiles::folderOf(const fs::path& file, Missing m
 
 /// A folder that is missing is no reason: it is one for the operation itself.
 Result<void> GuardedJobFiles::admit(const fs::path& file) {
+  if (isUsers(file)) return {};
   const auto folder = folderOf(file, Missing::Refuse);
   if (!folder) {
     if (folder.error().code == Error::Code::NotFound) return {};
@@ -130,6 +137,7 @@ Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view conte
 }
 
 Result<void> GuardedJobFiles::remove(const fs::path& file) {
+  if (isUsers(file)) return logged(removeAsUser(file));
   const auto folder = folderOf(file, Missing::Refuse);
   if (!folder) {
     if (folder.error().code == Error::Code::NotFound) return {};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include "core/support/Console.h"
 #include "core/support/FileDescriptor.h"
 #include "helpers/action/JobFiles.h"
@@ -10,11 +12,19 @@ namespace mirvel {
 /// Files as root may change them for somebody else: regular property list files directly in the job folders, or in a
 /// folder of their own there, or at the end of a symbolic link that lies there. Nobody but root may be able to change
 /// any folder on the way, and no path may go by a link; each is opened folder by folder, so that nothing can be
-/// exchanged between a check and what follows it. What is written is root's. Everything else is refused with
+/// exchanged between a check and what follows it. What is written is root's. Files of the user's own job folder can be
+/// removed, with the user's rights, which a move out of it needs. Everything else is refused with
 /// `NotPermitted` or `BadArgument`, and a line in the log.
 class GuardedJobFiles final : public JobFiles {
  public:
-  GuardedJobFiles(JobFolders folders, Console& console) : m_folders(std::move(folders)), m_console(console) {}
+  /// Whose job folders files may be moved out of.
+  struct User {
+    uid_t id;
+    JobFolders folders;
+  };
+
+  GuardedJobFiles(JobFolders folders, Console& console, std::optional<User> user = {})
+      : m_folders(std::move(folders)), m_console(console), m_user(std::move(user)) {}
 
   Result<void> admit(const std::filesystem::path& file) override;
   Result<void> write(const std::filesystem::path& file, std::string_view content) override;
@@ -24,7 +34,8 @@ class GuardedJobFiles final : public JobFiles {
  private:
   enum class Missing { Refuse, Make };
 
-  bool isInJobFolder(const std::filesystem::path& file) const;
+  bool isUsers(const std::filesystem::path& file) const;
+  Result<void> removeAsUser(const std::filesystem::path& file) const;
   bool isTargetOfLink(const std::filesystem::path& file) const;
   Result<void> checkPlace(const std::filesystem::path& file) const;
   Result<FileDescriptor> folderOf(const std::filesystem::path& file, Missing missing) const;
@@ -34,6 +45,7 @@ class GuardedJobFiles final : public JobFiles {
 
   JobFolders m_folders;
   Console& m_console;
+  std::optional<User> m_user;
 };
 
 }  // namespace mirvel

@@ -17,17 +17,27 @@ std::optional<uid_t> userIn(const std::string& digits) {
   return failure == std::errc() && last == end && user != UINT32_MAX ? std::optional<uid_t>(user) : std::nullopt;
 }
 
+/// Whether the word and its value make sense.
+bool take(const std::string& word, const std::string& value, PrivilegedOptions& options) {
+  if (word == "--user") {
+    const auto user = userIn(value);
+    if (user) options.user = *user;
+    return user.has_value();
+  }
+  if (!value.starts_with('/')) return false;
+  if (word == "--root") options.root = value;
+  if (word == "--agents") options.agents = value;
+  if (word == "--installed") options.installed.emplace_back(value);
+  return word == "--root" || word == "--agents" || word == "--installed";
+}
+
 }  // namespace
 
 Result<PrivilegedOptions> PrivilegedOptions::read(const std::vector<std::string>& words, const Environment& environment,
                                                   uid_t realUser) {
   PrivilegedOptions options{.user = realUser};
   for (std::size_t i = 0; i < words.size(); i += 2) {
-    const auto user = words[i] == "--user" && i + 1 < words.size() ? userIn(words[i + 1]) : std::nullopt;
-    const bool isRoot = words[i] == "--root" && i + 1 < words.size() && words[i + 1].starts_with('/');
-    if (!user && !isRoot) return bad("can't make sense of " + words[i]);
-    if (user) options.user = *user;
-    if (isRoot) options.root = words[i + 1];
+    if (i + 1 == words.size() || !take(words[i], words[i + 1], options)) return bad("can't make sense of " + words[i]);
   }
   const auto elevated = environment.find("PKEXEC_UID");
   if (elevated != environment.end()) {

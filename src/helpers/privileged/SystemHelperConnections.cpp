@@ -15,10 +15,11 @@ void SystemHelperConnections::connectToPrivileged(const std::string& /*label*/, 
                                                   HelperConnection::Failure failure) {
   m_setup.background.add([&queue = m_setup.queue, &runner = m_setup.runner, elevation = m_setup.elevation,
                           program = m_setup.privileged, arguments = m_setup.privilegedArguments,
-                          reply = std::move(reply), failure = std::move(failure)] {
+                          life = std::weak_ptr(m_life), reply = std::move(reply), failure = std::move(failure)] {
     // Shared, since a task must be one that can be copied.
     auto started = std::make_shared<Result<Elevated>>(startPrivileged(elevation, program, arguments, runner));
-    queue.post([&queue, started, reply, failure] {
+    queue.post([&queue, started, life, reply, failure] {
+      if (life.expired()) return;
       if (!*started) return failure(started->error());
       Elevated& elevated = **started;
       Privileged result{.authData = std::move(elevated.authData), .isCancelled = elevated.isCancelled};

@@ -32,6 +32,7 @@ class SystemHelperConnections final : public HelperConnections {
 
  private:
   Setup m_setup;
+  std::shared_ptr<const bool> m_life = std::make_shared<bool>(true);  ///< gone: nobody wants a late answer
   std::shared_ptr<wire::Reaper> m_reaper = std::make_shared<wire::Reaper>();
 };
 

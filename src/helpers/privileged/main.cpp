@@ -12,8 +12,10 @@
 #include "core/support/SystemProcessRunner.h"
 #include "helpers/action/Service.h"
 #include "helpers/jobhost/JobHosts.h"
+#include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/GuardedJobFiles.h"
+#include "helpers/privileged/Installed.h"
 #include "helpers/privileged/Listener.h"
 #include "helpers/privileged/Options.h"
 
@@ -63,6 +65,13 @@ std::filesystem::path folderForSockets(const PrivilegedOptions& options) {
   return ::stat("/run", &status) == 0 ? "/run" : "/var/run";
 }
 
+/// Job files stay.
+Result<void> uninstall(const PrivilegedOptions& options) {
+  const ActingAs acting(options.user);
+  if (!acting) return Error{.code = Error::Code::NotPermitted, .message = "the rights of the user can't be taken"};
+  return removeInstalled(options.installed);
+}
+
 Result<void> work(Listener& listener, const Authorisation& authorisation, const PrivilegedOptions& options) {
   SystemLog console;
   const Environment environment{{"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}};
@@ -71,11 +80,13 @@ Result<void> work(Listener& listener, const Authorisation& authorisation, const 
   SystemProcessRunner runner(environment);
   const auto host =
       makeJobHost(Commands::forThisMachine(environment).launchctl, 0, runner, [] { return makeNoHost(); });
-  GuardedJobFiles files(JobFolders::ofMachine(options.root ? rootsBelow(*options.root) : Roots::forThisMachine({})),
-                        console);
+  const Roots roots = options.root ? rootsBelow(*options.root) : Roots::forThisMachine({});
+  std::optional<GuardedJobFiles::User> user;
+  if (options.agents) user = {options.user, JobFolders({*options.agents})};
+  GuardedJobFiles files(JobFolders::ofMachine(roots), console, std::move(user));
   RequestHandler handler({.files = files,
                           .host = *host,
-                          .uninstall = [] { return Result<void>(); },
+                          .uninstall = [&] { return uninstall(options); },
                           .trustsLabels = false,
                           .testFolder = listener.privateFolder()});
   const auto handle = guarded(authorisation, console, [&](const auto& request) { return handler.handle(request); });

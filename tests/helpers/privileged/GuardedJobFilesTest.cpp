@@ -159,6 +159,36 @@ TEST_F(GuardTest, EverythingElseIsRefusedAndChangesNothing) {
   EXPECT_GE(console.logged.size(), paths.size());
 }
 
+TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
+  constexpr uid_t nobody = 65534;
+  const fs::path agents = root.path() / "agents";
+  ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
+  GuardedJobFiles usersToo(JobFolders({folder}), console, GuardedJobFiles::User{nobody, JobFolders({agents})});
+  RequestHandler mover({.files = usersToo, .host = host, .uninstall = {}, .trustsLabels = false});
+  const auto move = [&](const fs::path& from) {
+    return mover.handle({{"kind", 1},
+                         {"path", (folder / "moved.plist").string()},
+                         {"deletePath", from.string()},
+                         {"string", jobText("moved")}});
+  };
+  const fs::path mine = root.write("agents/mine.plist", jobText("moved"));
+  EXPECT_NE(move(mine), Dictionary());  // the folder is root's, so the user couldn't remove it
+  EXPECT_TRUE(fs::exists(mine));
+  ASSERT_EQ(::chown(agents.c_str(), nobody, nobody), 0);
+  EXPECT_EQ(move(mine), Dictionary());
+  EXPECT_FALSE(fs::exists(mine));
+  EXPECT_EQ(bytes(folder / "moved.plist"), jobText("moved"));
+  EXPECT_EQ(::geteuid(), 0U);
+
+  fs::remove(agents);
+  fs::create_symlink(folder, agents);  // a link to what the user can't remove
+  EXPECT_NE(mover.handle({{"kind", 2}, {"deletePath", (agents / "mine.plist").string()}}), Dictionary());
+  EXPECT_TRUE(fs::exists(folder / "mine.plist"));
+  EXPECT_NE(mover.handle({{"kind", 0}, {"path", (agents / "a.plist").string()}, {"string", jobText("a")}}),
+            Dictionary());
+  EXPECT_FALSE(fs::exists(folder / "a.plist"));
+}
+
 TEST_F(GuardTest, ContentThatIsNoJobIsRefused) {
   const auto before = everything();
   for (const std::string& content :
@@ -172,6 +202,9 @@ TEST_F(GuardTest, ContentThatIsNoJobIsRefused) {
 TEST_F(GuardTest, ALabelStopsNoJobButThatOfTheFile) {
   const std::string mine = folder / "mine.plist";
   EXPECT_NE(handler.handle({{"kind", 1}, {"path", mine}, {"string", jobText("a")}, {"label", "other"}}), Dictionary());
+  handler.handle({{"kind", 1}, {"path", (folder / "new.plist").string()}, {"string", jobText("other")}});
+  EXPECT_THAT(host.calls, testing::ElementsAre("load new.plist"));
+  host.calls.clear();
   handler.handle({{"kind", 4}, {"path", mine}, {"label", "other"}});
   handler.handle({{"kind", 4}, {"path", (folder / "gone.plist").string()}, {"label", "other"}});
   handler.handle({{"kind", 2}, {"deletePath", mine}, {"label", "other"}});

@@ -43,6 +43,8 @@ TEST(PrivilegedOptionsTest, TheUserComesFromTheElevationAndAnotherRootIsForRootA
       {{"--root", "/tmp/x"}, {{"PKEXEC_UID", "0"}}, 0, {}, ""},
       {{"--root", "/tmp/x", "--user", "501"}, {}, 0, {}, ""},
       {{"--root", "/tmp/x", "--user", "0"}, {}, 501, {}, ""},
+      {{"--agents", "/a", "--installed", "/b", "--installed", "/c"}, {{"PKEXEC_UID", "1000"}}, 0, 1000, ""},
+      {{"--agents", "a"}, {}, 0, {}, ""},
       {{"--root", "x"}, {}, 0, {}, ""},
       {{"--root"}, {}, 0, {}, ""},
       {{"--user", "-1"}, {}, 0, {}, ""},
@@ -178,6 +180,7 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
   const testdata::TemporaryFolder root;
   const fs::path folder = root.path() / "etc/mirvel/LaunchDaemons";
   fs::create_directories(folder);
+  const fs::path entry = root.write("autostart/mirvel-host.desktop", "");
   testdata::ThreadQueue queue;
   ThreadWorkQueue background("background");
   SystemProcessRunner runner(Environment{});
@@ -187,7 +190,7 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
                                        .elevation = {},
                                        .action = {},
                                        .privileged = MIRVEL_PRIVILEGED,
-                                       .privilegedArguments = {"--root", root.path()}});
+                                       .privilegedArguments = {"--root", root.path(), "--installed", entry}});
   HelperConnections::Privileged privileged;
   bool isAnswered = false;
   connections.connectToPrivileged(
@@ -217,6 +220,9 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
       {"kind", 0}, {"path", (root.path() / "x.plist").string()}, {"string", testdata::jobText("a")}};
   EXPECT_NE(ask(outside, privileged.authData).find("error"), nullptr);
   EXPECT_FALSE(fs::exists(root.path() / "x.plist"));
+  EXPECT_EQ(ask({{"kind", 8}}, privileged.authData), Dictionary());
+  EXPECT_FALSE(fs::exists(entry));
+  EXPECT_TRUE(fs::exists(file));
   EXPECT_EQ(ask({{"kind", 3}}, privileged.authData), Dictionary());
   EXPECT_NE(ask(write, privileged.authData).find("failed"), nullptr);  // it has ended
 }
