@@ -221,16 +221,34 @@ bool exchange(const fs::path& a, const fs::path& b) {
 #endif
 }
 
+/// Goes on exchanging two names for as long as it lives.
+class Attacker {
+ public:
+  Attacker(const fs::path& a, const fs::path& b)
+      : m_thread([this, a, b] {
+          while (!m_isDone) m_exchanges += exchange(a, b) ? 1 : 0;
+        }) {}
+  Attacker(const Attacker&) = delete;
+  Attacker& operator=(const Attacker&) = delete;
+  ~Attacker() {
+    m_isDone = true;
+    m_thread.join();
+  }
+
+  int exchanges() const { return m_exchanges; }
+
+ private:
+  std::atomic<bool> m_isDone = false;
+  std::atomic<int> m_exchanges = 0;
+  std::thread m_thread;
+};
+
 TEST_F(GuardTest, AFolderExchangedForALinkMeanwhileLeadsNowhere) {
   const std::string name = std::string(uuid) + ".plist";
   fs::create_directory(folder / "job");
   fs::create_symlink(outside, folder / "trap");
   root.write("outside/" + name, jobText("secret"));
-  std::atomic<bool> isDone = false;
-  std::atomic<int> exchanges = 0;
-  std::thread attacker([&] {
-    while (!isDone) exchanges += exchange(folder / "job", folder / "trap") ? 1 : 0;
-  });
+  Attacker attacker(folder / "job", folder / "trap");
   const int tries = testdata::tries(300, 10000);
   int written = 0;
   for (int i = 0; i < tries; ++i) {
@@ -238,9 +256,7 @@ TEST_F(GuardTest, AFolderExchangedForALinkMeanwhileLeadsNowhere) {
     handler.handle({{"kind", 2}, {"deletePath", (folder / "job" / name).string()}});
     ASSERT_EQ(bytes(outside / name), jobText("secret"));
   }
-  isDone = true;
-  attacker.join();
-  EXPECT_GT(exchanges, 0);
+  EXPECT_GT(attacker.exchanges(), 0);
   EXPECT_GT(tries, written);  // the trap was met
   EXPECT_THAT(host.calls, testing::Not(testing::Contains("unload secret")));
 }
