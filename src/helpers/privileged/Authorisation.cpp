@@ -1,0 +1,40 @@
+#include "helpers/privileged/Authorisation.h"
+
+#include <sys/random.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "helpers/action/ErrorReply.h"
+
+namespace mirvel {
+
+Result<Authorisation> Authorisation::make() {
+  std::string bytes(size, '\0');
+  if (::getentropy(bytes.data(), bytes.size()) != 0) return systemError(errno, "make a random secret", {});
+  return Authorisation(std::move(bytes));
+}
+
+bool Authorisation::isIn(const plist::Dictionary& request) const {
+  const auto* value = request.find("authData");
+  const auto* data = value ? value->as<plist::Data>() : nullptr;
+  if (!data || data->bytes.size() != m_bytes.size()) return false;
+  unsigned difference = 0;
+  for (std::size_t i = 0; i < m_bytes.size(); ++i) {
+    const auto ours = static_cast<unsigned char>(m_bytes[i]), theirs = static_cast<unsigned char>(data->bytes[i]);
+    difference |= static_cast<unsigned>(ours ^ theirs);
+  }
+  return difference == 0;
+}
+
+std::function<plist::Dictionary(const plist::Dictionary&)> guarded(
+    Authorisation authorisation, Console& console, std::function<plist::Dictionary(const plist::Dictionary&)> handle) {
+  return [authorisation = std::move(authorisation), &console,
+          handle = std::move(handle)](const plist::Dictionary& request) {
+    if (authorisation.isIn(request)) return handle(request);
+    console.log("refused: a request without the authorisation");
+    return errorReply(ActionErrorCode::NotConnected);
+  };
+}
+
+}  // namespace mirvel

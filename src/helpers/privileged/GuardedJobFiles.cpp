@@ -1,0 +1,181 @@
+#include "helpers/privileged/GuardedJobFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "core/support/RegularFile.h"
+#include "core/support/ReplaceFile.h"
+#include "helpers/action/UserJobFiles.h"
+#include "helpers/privileged/ActingAs.h"
+#include "helpers/privileged/TrustedFolder.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr mode_t folderMode = 0755;
+constexpr OwnerAndMode rootsFile{.user = 0, .group = 0, .mode = 0644};
+
+Error refusal(const fs::path& file, const char* why) {
+  return {.code = Error::Code::NotPermitted, .message = why, .file = file.string()};
+}
+
+/// Whether the path is the only way to write it: absolute, and without "..", "." and doubled slashes.
+bool isPlain(const fs::path& path) {
+  return path.is_absolute() && path.has_filename() && path.lexically_normal().native() == path.native();
+}
+
+/// What lies there: nothing, a link, or a regular file that has no second name.
+struct Entry {
+  bool exists = false;
+  bool isLink = false;
+};
+
+Result<Entry> entryIn(int folder, const fs::path& file) {
+  struct stat status {};
+  if (::fstatat(folder, file.filename().c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (errno == ENOENT) return Entry();
+    return systemError(errno, "read", file.string());
+  }
+  if (S_ISLNK(status.st_mode)) return Entry{.exists = true, .isLink = true};
+  if (!S_ISREG(status.st_mode)) return refusal(file, "it is no regular file");
+  if (status.st_nlink != 1) return refusal(file, "the file has a second name elsewhere");
+  return Entry{.exists = true};
+}
+
+Result<std::string> readAll(const FileDescriptor& file, const fs::path& path) {
+  std::string content;
+  std::string buffer(65536, '\0');
+  while (content.size() <= JobFiles::largestJobFile) {
+    const ssize_t count = readUninterrupted(file.number(), buffer.data(), buffer.size());
+    if (count < 0) return systemError(errno, "read", path.string());
+    if (count == 0) return content;
+    content.append(buffer, 0, static_cast<std::size_t>(count));
+  }
+  return Error{.code = Error::Code::LimitExceeded, .message = "it is too large", .file = path.string()};
+}
+
+}  // namespace
+
+template <typename T>
+Result<T> GuardedJobFiles::logged(Result<T> result) const {
+  if (!result) m_console.log("refused: " + result.error().text());
+  return result;
+}
+
+bool GuardedJobFiles::isUsers(const fs::path& file) const {
+  return m_user && isPlain(file) && file.extension() == ".plist" && m_user->folders.holds(file);
+}
+
+Result<void> GuardedJobFiles::removeAsUser(const fs::path& file) const {
+  const ActingAs acting(m_user->id);
+  if (!acting) return refusal(file, "the rights of its user can't be taken");
+  return UserJobFiles(m_user->folders).remove(file);
+}
+
+/// The links are read where they lie: in folders that only root changes.
+bool GuardedJobFiles::isTargetOfLink(const fs::path& file) const {
+  for (const fs::path& folder : m_folders.all()) {
+    if (!openTrustedFolder(folder)) continue;
+    std::error_code failure;
+    for (const auto& entry : fs::directory_iterator(folder, failure)) {
+      if (!entry.is_symlink(failure)) continue;
+      if (fs::weakly_canonical(entry.path(), failure) == file && !failure) return true;
+    }
+  }
+  return false;
+}
+
+Result<void> GuardedJobFiles::checkPlace(const fs::path& file) const {
+  if (!isPlain(file)) return refusal(file, "the path isn't written plainly");
+  if (m_folders.holds(file)) {
+    if (file.extension() != ".plist") return refusal(file, "it is named as no job file is");
+    return {};
+  }
+  if (!isTargetOfLink(file)) return refusal(file, "it lies outside of the folders for jobs");
+  return {};
+}
+
+Result<FileDescriptor> GuardedJobFiles::folderOf(const fs::path& file, Missing missing) const {
+  if (auto place = checkPlace(file); !place) return place.error();
+  if (missing == Missing::Make && m_folders.isInOwnFolder(file)) {
+    const auto parent = openTrustedFolder(file.parent_path().parent_path());
+    if (!parent) return parent.error();
+    const fs::path name = file.parent_path().filename();
+    if (::mkdirat(parent->number(), name.c_str(), folderMode) != 0 && errno != EEXIST) {
+      return systemError(errno, "write", file.string());
+    }
+  }
+  return openTrustedFolder(file.parent_path());
+}
+
+/// A folder that is missing is no reason: it is one for the operation itself.
+Result<void> GuardedJobFiles::admit(const fs::path& file) {
+  if (isUsers(file)) return {};
+  const auto folder = folderOf(file, Missing::Refuse);
+  if (!folder) {
+    if (folder.error().code == Error::Code::NotFound) return {};
+    return logged(Result<void>(folder.error()));
+  }
+  const auto entry = entryIn(folder->number(), file);
+  return entry ? Result<void>() : logged(Result<void>(entry.error()));
+}
+
+Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view content) {
+  const auto folder = folderOf(file, Missing::Make);
+  if (!folder) return logged(Result<void>(folder.error()));
+  const auto entry = entryIn(folder->number(), file);
+  if (!entry) return logged(Result<void>(entry.error()));
+  if (entry->isLink) return logged(Result<void>(refusal(file, "it is a link")));
+  FileCalls calls;
+  return logged(replaceFileIn(folder->number(), file, content, rootsFile, calls));
+}
+
+Result<void> GuardedJobFiles::remove(const fs::path& file) {
+  if (isUsers(file)) return logged(removeAsUser(file));
+  const auto folder = folderOf(file, Missing::Refuse);
+  if (!folder) {
+    if (folder.error().code == Error::Code::NotFound) return {};
+    return logged(Result<void>(folder.error()));
+  }
+  const auto entry = entryIn(folder->number(), file);
+  if (!entry) return logged(Result<void>(entry.error()));
+  if (!entry->exists) return {};
+  if (::unlinkat(folder->number(), file.filename().c_str(), 0) != 0) {
+    return logged(Result<void>(systemError(errno, "delete", file.string())));
+  }
+  FileCalls calls;
+  (void)calls.sync(folder->number());  // the file is gone already; there is nothing to take back
+  if (m_folders.isInOwnFolder(file)) (void)::rmdir(file.parent_path().c_str());  // others may lie in it
+  return {};
+}
+
+Result<std::string> GuardedJobFiles::read(const fs::path& file) {
+  const auto folder = folderOf(file, Missing::Refuse);
+  if (!folder) return folder.error();
+  const auto entry = entryIn(folder->number(), file);
+  if (!entry) return entry.error();
+  if (!entry->isLink) return readIn(folder->number(), file);
+  std::error_code failure;
+  const fs::path target = fs::canonical(file, failure);
+  if (failure) return systemError(failure.value(), "read", file.string());
+  const auto targetFolder = folderOf(target, Missing::Refuse);
+  if (!targetFolder) return targetFolder.error();
+  return readIn(targetFolder->number(), target);
+}
+
+Result<std::string> GuardedJobFiles::readIn(int folder, const fs::path& file) const {
+  constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const FileDescriptor open(::openat(folder, file.filename().c_str(), flags));
+  struct stat status {};
+  if (!open || ::fstat(open.number(), &status) != 0) return systemError(errno, "read", file.string());
+  if (!S_ISREG(status.st_mode) || status.st_nlink != 1) return refusal(file, "it is no regular file");
+  return readAll(open, file);
+}
+
+}  // namespace mirvel

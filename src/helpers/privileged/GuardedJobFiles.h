@@ -1,0 +1,51 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include "core/support/Console.h"
+#include "core/support/FileDescriptor.h"
+#include "helpers/action/JobFiles.h"
+#include "helpers/action/JobFolders.h"
+
+namespace mirvel {
+
+/// Files as root may change them for somebody else: regular property list files directly in the job folders, or in a
+/// folder of their own there, or at the end of a symbolic link that lies there. Nobody but root may be able to change
+/// any folder on the way, and no path may go by a link; each is opened folder by folder, so that nothing can be
+/// exchanged between a check and what follows it. What is written is root's. Files of the user's own job folder can be
+/// removed, with the user's rights, which a move out of it needs. Everything else is refused with
+/// `NotPermitted` or `BadArgument`, and a line in the log.
+class GuardedJobFiles final : public JobFiles {
+ public:
+  /// Whose job folders files may be moved out of.
+  struct User {
+    uid_t id;
+    JobFolders folders;
+  };
+
+  GuardedJobFiles(JobFolders folders, Console& console, std::optional<User> user = {})
+      : m_folders(std::move(folders)), m_console(console), m_user(std::move(user)) {}
+
+  Result<void> admit(const std::filesystem::path& file) override;
+  Result<void> write(const std::filesystem::path& file, std::string_view content) override;
+  Result<void> remove(const std::filesystem::path& file) override;
+  Result<std::string> read(const std::filesystem::path& file) override;
+
+ private:
+  enum class Missing { Refuse, Make };
+
+  bool isUsers(const std::filesystem::path& file) const;
+  Result<void> removeAsUser(const std::filesystem::path& file) const;
+  bool isTargetOfLink(const std::filesystem::path& file) const;
+  Result<void> checkPlace(const std::filesystem::path& file) const;
+  Result<FileDescriptor> folderOf(const std::filesystem::path& file, Missing missing) const;
+  Result<std::string> readIn(int folder, const std::filesystem::path& file) const;
+  template <typename T>
+  Result<T> logged(Result<T> result) const;
+
+  JobFolders m_folders;
+  Console& m_console;
+  std::optional<User> m_user;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+
+#include "core/actions/HelperConnection.h"
+#include "core/support/MainQueue.h"
+#include "core/support/WorkQueue.h"
+#include "helpers/privileged/Elevation.h"
+#include "helpers/wire/ProcessHelperConnection.h"
+
+namespace mirvel {
+
+/// Connections to the real helpers.
+class SystemHelperConnections final : public HelperConnections {
+ public:
+  struct Setup {
+    MainQueue& queue;
+    WorkQueue& background;  ///< on which the user's answer is waited for
+    ProcessRunner& runner;
+    Elevation elevation;
+    wire::HelperProgram action;
+    std::string privileged;                             ///< path of the program
+    std::vector<std::string> privilegedArguments = {};  ///< such as `--root` with a folder
+  };
+
+  /// All that the setup refers to must outlive this and the connections.
+  explicit SystemHelperConnections(Setup setup) : m_setup(std::move(setup)) {}
+
+  std::unique_ptr<HelperConnection> connectToAction() override;
+  /// The helper comes with the application and is of its version, so the label needs no look.
+  void connectToPrivileged(const std::string& label, PrivilegedReply reply, HelperConnection::Failure failure) override;
+
+ private:
+  Setup m_setup;
+  std::shared_ptr<const bool> m_life = std::make_shared<bool>(true);  ///< gone: nobody wants a late answer
+  std::shared_ptr<wire::Reaper> m_reaper = std::make_shared<wire::Reaper>();
+};
+
+}  // namespace mirvel

@@ -1,0 +1,265 @@
+#include "helpers/privileged/GuardedJobFiles.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+
+#include "helpers/FakeJobHost.h"
+#include "helpers/Soak.h"
+#include "helpers/action/RequestHandler.h"
+#include "support/RecordingConsole.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Dictionary;
+using testdata::bytes;
+using testdata::jobText;
+using testing::IsEmpty;
+
+constexpr const char* uuid = "0A1B2C3D-0000-4000-8000-00000000000F";
+
+/// The folders of a machine below a temporary folder, with a handler that acts for somebody else.
+class GuardTest : public testing::Test {
+ protected:
+  testdata::TemporaryFolder root;
+  fs::path folder = root.path() / "LaunchDaemons";
+  fs::path outside = root.path() / "outside";
+  testdata::FakeJobHost host;
+  testdata::RecordingConsole console;
+  GuardedJobFiles files{JobFolders({folder, root.path() / "missing"}), console};
+  RequestHandler handler{
+      {.files = files, .host = host, .uninstall = [] { return Result<void>(); }, .trustsLabels = false}};
+
+  void SetUp() override {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can give files to root";
+    fs::create_directory(folder);
+    fs::create_directory(outside);
+    root.write("outside/secret.plist", jobText("secret"));
+    root.write("LaunchDaemons/mine.plist", jobText("mine"));
+  }
+
+  Dictionary write(const fs::path& path, const std::string& content = jobText("a")) {
+    return handler.handle({{"kind", 1}, {"path", path.string()}, {"string", content}});
+  }
+  /// All that lies below the root, with its content and targets.
+  std::map<std::string, std::string> everything() const {
+    std::map<std::string, std::string> result;
+    for (const auto& entry : fs::recursive_directory_iterator(root.path())) {
+      std::string& what = result[entry.path()];
+      if (entry.is_symlink()) {
+        what = "-> " + fs::read_symlink(entry.path()).string();
+      } else if (entry.is_regular_file()) {
+        what = bytes(entry.path());
+      }
+    }
+    return result;
+  }
+};
+
+TEST_F(GuardTest, JobFilesAreWrittenAsRootsWhateverTheyWere) {
+  const fs::path old = folder / "mine.plist";
+  ASSERT_EQ(::chown(old.c_str(), 1234, 4321), 0);
+  ASSERT_EQ(::chmod(old.c_str(), 0666), 0);
+  for (const fs::path& path : {old, folder / "new.plist", folder / "job" / (std::string(uuid) + ".plist")}) {
+    EXPECT_EQ(write(path), Dictionary()) << path;
+    struct stat status {};
+    ASSERT_EQ(::stat(path.c_str(), &status), 0) << path;
+    EXPECT_EQ(status.st_mode & 07777U, 0644U) << path;
+    EXPECT_EQ(status.st_uid, 0U) << path;
+    EXPECT_EQ(status.st_gid, 0U) << path;
+    EXPECT_EQ(handler.handle({{"kind", 2}, {"deletePath", path.string()}}), Dictionary()) << path;
+  }
+  EXPECT_TRUE(fs::is_empty(folder));
+  EXPECT_THAT(console.logged, IsEmpty());
+}
+
+TEST_F(GuardTest, TheTargetOfALinkIsWrittenAndTheLinkRemoved) {
+  const fs::path target = outside / "target";
+  root.write("outside/target", jobText("linked"));
+  EXPECT_NE(write(target), Dictionary());
+  fs::create_symlink("../outside/target", folder / "link.plist");
+  EXPECT_EQ(write(target, jobText("changed")), Dictionary());
+  EXPECT_EQ(bytes(target), jobText("changed"));
+  EXPECT_EQ(handler.handle({{"kind", 2}, {"deletePath", (folder / "link.plist").string()}}), Dictionary());
+  EXPECT_EQ(host.calls.back(), "unload changed");
+  EXPECT_FALSE(fs::is_symlink(folder / "link.plist"));
+  EXPECT_EQ(bytes(target), jobText("changed"));
+}
+
+TEST_F(GuardTest, EverythingElseIsRefusedAndChangesNothing) {
+  fs::create_symlink(outside / "secret.plist", folder / "link.plist");
+  fs::create_symlink("/nowhere/at/all", folder / "dangling.plist");
+  fs::create_symlink(outside, folder / "linkedFolder");
+  fs::create_symlink(folder, root.path() / "other way");
+  fs::create_hard_link(outside / "secret.plist", folder / "hard.plist");
+  ASSERT_EQ(::mkfifo((folder / "pipe.plist").c_str(), 0600), 0);
+  fs::create_directory(folder / "folder.plist");
+  fs::create_directory(folder / "anybodys");
+  ASSERT_EQ(::chmod((folder / "anybodys").c_str(), 0777), 0);
+  fs::create_directory(folder / "theirs");
+  ASSERT_EQ(::chown((folder / "theirs").c_str(), 1234, 1234), 0);
+
+  const std::string name = std::string(uuid) + ".plist";
+  const std::vector<fs::path> paths{
+      outside / "secret.plist",
+      outside / "new.plist",
+      "/etc/passwd",
+      "/",
+      folder,
+      folder / "",
+      folder / "..",
+      folder / ".." / "outside" / "new.plist",
+      folder / "." / "new.plist",
+      fs::path(folder.string() + "//new.plist"),
+      folder / "x" / ".." / "new.plist",
+      folder / "job" / "new.plist",
+      folder / "job" / "deeper" / name,
+      folder / "no list.txt",
+      folder / name / "",
+      root.path() / "other way" / "new.plist",
+      folder / "linkedFolder" / name,
+      folder / "link.plist",
+      folder / "dangling.plist",
+      folder / "hard.plist",
+      folder / "pipe.plist",
+      folder / "folder.plist",
+      folder / "anybodys" / name,
+      folder / "theirs" / name,
+      folder / "mine.plist" / name,
+      root.path() / "missing" / "new.plist",
+      fs::path(folder.string() + "x") / "new.plist",
+  };
+  const auto before = everything();
+  for (const auto& path : paths) {
+    EXPECT_NE(write(path), Dictionary()) << path;
+    EXPECT_EQ(everything(), before) << path;
+    if (path != folder / "link.plist" && path != folder / "dangling.plist" &&
+        path.parent_path() != root.path() / "missing") {
+      EXPECT_NE(handler.handle({{"kind", 2}, {"deletePath", path.string()}}), Dictionary()) << path;
+      EXPECT_NE(handler.handle({{"kind", 0},
+                                {"path", (folder / "mine.plist").string()},
+                                {"deletePath", path.string()},
+                                {"string", jobText("changed")}}),
+                Dictionary())
+          << path;
+    }
+    EXPECT_NE(handler.handle({{"kind", 5}, {"path", path.string()}}), Dictionary()) << path;
+    EXPECT_EQ(everything(), before) << path;
+  }
+  EXPECT_THAT(host.calls, IsEmpty());
+  EXPECT_GE(console.logged.size(), paths.size());
+}
+
+TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
+  constexpr uid_t nobody = 65534;
+  const fs::path agents = root.path() / "agents";
+  ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
+  GuardedJobFiles usersToo(JobFolders({folder}), console, GuardedJobFiles::User{nobody, JobFolders({agents})});
+  RequestHandler mover({.files = usersToo, .host = host, .uninstall = {}, .trustsLabels = false});
+  const auto move = [&](const fs::path& from) {
+    return mover.handle({{"kind", 1},
+                         {"path", (folder / "moved.plist").string()},
+                         {"deletePath", from.string()},
+                         {"string", jobText("moved")}});
+  };
+  const fs::path mine = root.write("agents/mine.plist", jobText("moved"));
+  EXPECT_NE(move(mine), Dictionary());  // the folder is root's, so the user couldn't remove it
+  EXPECT_TRUE(fs::exists(mine));
+  ASSERT_EQ(::chown(agents.c_str(), nobody, nobody), 0);
+  EXPECT_EQ(move(mine), Dictionary());
+  EXPECT_FALSE(fs::exists(mine));
+  EXPECT_EQ(bytes(folder / "moved.plist"), jobText("moved"));
+  EXPECT_EQ(::geteuid(), 0U);
+
+  fs::remove(agents);
+  fs::create_symlink(folder, agents);  // a link to what the user can't remove
+  EXPECT_NE(mover.handle({{"kind", 2}, {"deletePath", (agents / "mine.plist").string()}}), Dictionary());
+  EXPECT_TRUE(fs::exists(folder / "mine.plist"));
+  EXPECT_NE(mover.handle({{"kind", 0}, {"path", (agents / "a.plist").string()}, {"string", jobText("a")}}),
+            Dictionary());
+  EXPECT_FALSE(fs::exists(folder / "a.plist"));
+}
+
+TEST_F(GuardTest, ContentThatIsNoJobIsRefused) {
+  const auto before = everything();
+  for (const std::string& content :
+       {std::string(), std::string("#!/bin/sh\n"), std::string("<plist version=\"1.0\"><dict/></plist>"),
+        jobText(std::string(JobFiles::largestJobFile, 'x')), std::string(std::size_t{20} << 20U, ' ')}) {
+    EXPECT_NE(write(folder / "new.plist", content), Dictionary()) << content.size();
+  }
+  EXPECT_EQ(everything(), before);
+}
+
+TEST_F(GuardTest, ALabelStopsNoJobButThatOfTheFile) {
+  const std::string mine = folder / "mine.plist";
+  EXPECT_NE(handler.handle({{"kind", 1}, {"path", mine}, {"string", jobText("a")}, {"label", "other"}}), Dictionary());
+  handler.handle({{"kind", 1}, {"path", (folder / "new.plist").string()}, {"string", jobText("other")}});
+  EXPECT_THAT(host.calls, testing::ElementsAre("load new.plist"));
+  host.calls.clear();
+  handler.handle({{"kind", 4}, {"path", mine}, {"label", "other"}});
+  handler.handle({{"kind", 4}, {"path", (folder / "gone.plist").string()}, {"label", "other"}});
+  handler.handle({{"kind", 2}, {"deletePath", mine}, {"label", "other"}});
+  handler.handle({{"kind", 2}, {"deletePath", mine}, {"label", "other"}});
+  EXPECT_THAT(host.calls, testing::Each("unload mine"));
+}
+
+/// Two names exchanged in one step, so that the one is always there.
+bool exchange(const fs::path& a, const fs::path& b) {
+#ifdef RENAME_EXCHANGE
+  return ::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
+#else
+  return ::renamex_np(a.c_str(), b.c_str(), RENAME_SWAP) == 0;
+#endif
+}
+
+/// Goes on exchanging two names for as long as it lives.
+class Attacker {
+ public:
+  Attacker(const fs::path& a, const fs::path& b)
+      : m_thread([this, a, b] {
+          while (!m_isDone) m_exchanges += exchange(a, b) ? 1 : 0;
+        }) {}
+  Attacker(const Attacker&) = delete;
+  Attacker& operator=(const Attacker&) = delete;
+  ~Attacker() {
+    m_isDone = true;
+    m_thread.join();
+  }
+
+  int exchanges() const { return m_exchanges; }
+
+ private:
+  std::atomic<bool> m_isDone = false;
+  std::atomic<int> m_exchanges = 0;
+  std::thread m_thread;
+};
+
+TEST_F(GuardTest, AFolderExchangedForALinkMeanwhileLeadsNowhere) {
+  const std::string name = std::string(uuid) + ".plist";
+  fs::create_directory(folder / "job");
+  fs::create_symlink(outside, folder / "trap");
+  root.write("outside/" + name, jobText("secret"));
+  Attacker attacker(folder / "job", folder / "trap");
+  const int tries = testdata::tries(300, 10000);
+  int written = 0;
+  for (int i = 0; i < tries; ++i) {
+    written += write(folder / "job" / name, jobText("harm" + std::to_string(i))) == Dictionary() ? 1 : 0;
+    handler.handle({{"kind", 2}, {"deletePath", (folder / "job" / name).string()}});
+    ASSERT_EQ(bytes(outside / name), jobText("secret"));
+  }
+  EXPECT_GT(attacker.exchanges(), 0);
+  EXPECT_GT(tries, written);  // the trap was met
+  EXPECT_THAT(host.calls, testing::Not(testing::Contains("unload secret")));
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,231 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "core/support/SystemProcessRunner.h"
+#include "core/support/ThreadWorkQueue.h"
+#include "helpers/FakeJobHost.h"
+#include "helpers/privileged/Authorisation.h"
+#include "helpers/privileged/Listener.h"
+#include "helpers/privileged/Options.h"
+#include "helpers/privileged/SystemHelperConnections.h"
+#include "support/RecordingConsole.h"
+#include "support/ThreadQueue.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Dictionary;
+using testing::ElementsAre;
+
+constexpr uid_t nobody = 65534;
+
+TEST(PrivilegedOptionsTest, TheUserComesFromTheElevationAndAnotherRootIsForRootAlone) {
+  struct Row {
+    std::vector<std::string> words;
+    Environment environment;
+    uid_t realUser;
+    std::optional<uid_t> user;
+    std::string root;
+  };
+  const std::vector<Row> rows{
+      {{}, {}, 0, 0, ""},
+      {{"--user", "501"}, {}, 0, 501, ""},
+      {{}, {{"PKEXEC_UID", "1000"}}, 0, 1000, ""},
+      {{"--user", "0"}, {{"PKEXEC_UID", "1000"}}, 0, 1000, ""},
+      {{"--root", "/tmp/x"}, {}, 0, 0, "/tmp/x"},
+      {{"--root", "/tmp/x"}, {{"PKEXEC_UID", "1000"}}, 0, {}, ""},
+      {{"--root", "/tmp/x"}, {{"PKEXEC_UID", "0"}}, 0, {}, ""},
+      {{"--root", "/tmp/x", "--user", "501"}, {}, 0, {}, ""},
+      {{"--root", "/tmp/x", "--user", "0"}, {}, 501, {}, ""},
+      {{"--agents", "/a", "--installed", "/b", "--installed", "/c"}, {{"PKEXEC_UID", "1000"}}, 0, 1000, ""},
+      {{"--agents", "a"}, {}, 0, {}, ""},
+      {{"--root", "x"}, {}, 0, {}, ""},
+      {{"--root"}, {}, 0, {}, ""},
+      {{"--user", "-1"}, {}, 0, {}, ""},
+      {{"--user", "4294967295"}, {}, 0, {}, ""},
+      {{"--user", "5 "}, {}, 0, {}, ""},
+      {{}, {{"PKEXEC_UID", "root"}}, 0, {}, ""},
+      {{"--shell", "/bin/sh"}, {}, 0, {}, ""},
+  };
+  for (const auto& row : rows) {
+    const auto options = PrivilegedOptions::read(row.words, row.environment, row.realUser);
+    const std::string words = testing::PrintToString(row.words) + testing::PrintToString(row.environment);
+    ASSERT_EQ(static_cast<bool>(options), row.user.has_value()) << words;
+    if (!options) continue;
+    EXPECT_EQ(options->user, row.user) << words;
+    EXPECT_EQ(options->root.value_or(""), row.root) << words;
+  }
+}
+
+TEST(AuthorisationTest, OnlyTheExactSecretLetsARequestThrough) {
+  const auto secret = Authorisation::make();
+  ASSERT_TRUE(secret);
+  ASSERT_EQ(secret->bytes().size(), 32U);
+  EXPECT_NE(Authorisation::make()->bytes(), secret->bytes());
+  testdata::RecordingConsole console;
+  int handled = 0;
+  const auto handle = guarded(*secret, console, [&](const Dictionary&) {
+    ++handled;
+    return Dictionary();
+  });
+  std::string wrong = secret->bytes();
+  wrong.back() = static_cast<char>(wrong.back() ^ 1);
+  for (const Dictionary& request :
+       {Dictionary{}, Dictionary{{"authData", plist::Data{}}}, Dictionary{{"authData", plist::Data{wrong}}},
+        Dictionary{{"authData", secret->bytes()}}, Dictionary{{"authData", plist::Data{secret->bytes() + "x"}}},
+        Dictionary{{"authData", plist::Data{secret->bytes().substr(1)}}}}) {
+    EXPECT_EQ(handle(request), (Dictionary{{"error", Dictionary{{"domain", "MirvelActionErrorDomain"}, {"code", 1}}}}));
+  }
+  EXPECT_EQ(handled, 0);
+  EXPECT_EQ(console.logged.size(), 6U);
+  EXPECT_EQ(handle({{"authData", plist::Data{secret->bytes()}}}), Dictionary());
+  EXPECT_EQ(handled, 1);
+}
+
+TEST(ListenerTest, OnlyTheUserIsLetInAndTheFolderGoes) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
+  const testdata::TemporaryFolder root;
+  ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
+  testdata::RecordingConsole console;
+  {
+    auto listener = Listener::make(root.path(), ::geteuid());
+    ASSERT_TRUE(listener) << listener.error().text();
+    const auto connectAs = [&](uid_t user) {
+      const pid_t child = ::fork();
+      if (child == 0) ::_exit(::setuid(user) == 0 && connectTo(listener->address()) ? 0 : 1);
+      int status = 0;
+      return ::waitpid(child, &status, 0) == child && WEXITSTATUS(status) == 0;
+    };
+    EXPECT_FALSE(connectAs(nobody));
+    ASSERT_EQ(::chmod(listener->address().c_str(), 0666), 0);  // even if the socket were open to all
+    EXPECT_TRUE(connectAs(nobody));
+    EXPECT_FALSE(listener->accept(std::chrono::milliseconds(20), console));
+    EXPECT_THAT(console.logged, ElementsAre("refused: a connection of another user"));
+    EXPECT_TRUE(connectAs(0));
+    EXPECT_TRUE(listener->accept(std::chrono::seconds(20), console));
+    EXPECT_FALSE(connectTo(listener->address()));  // one connection, and no more
+  }
+  EXPECT_TRUE(fs::is_empty(root.path()));
+}
+
+/// A tool that ends in one way, whatever it is asked.
+class FakeElevation final : public ProcessRunner {
+ public:
+  ProcessResult result;
+  std::vector<std::string> words;
+
+  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
+    words = arguments;
+    words.insert(words.begin(), program);
+    return result;
+  }
+};
+
+TEST(ElevationTest, EachWayHasItsCommand) {
+  const std::string program = "/opt/it's \"here\"/mirvel-privileged";
+  using Way = Elevation::Way;
+  EXPECT_THAT((Elevation{Way::None}.command(program, {"--root", "/r"})), ElementsAre(program, "--root", "/r"));
+  EXPECT_THAT((Elevation{Way::Pkexec, "/usr/bin/pkexec", 1000}.command(program, {})),
+              ElementsAre("/usr/bin/pkexec", program));
+  EXPECT_THAT((Elevation{Way::Osascript, "/usr/bin/osascript", 501}.command(program, {})),
+              ElementsAre("/usr/bin/osascript", "-e",
+                          "do shell script \"'/opt/it'\\\\''s \\\"here\\\"/mirvel-privileged' '--user' '501'\" without "
+                          "altering line endings with administrator privileges"));
+}
+
+TEST(ElevationTest, NoAndMayNotAreToldFromWhatFails) {
+  using Way = Elevation::Way;
+  struct Row {
+    Way way;
+    ProcessResult result;
+    bool isError, isCancelled;
+  };
+  const std::vector<Row> rows{
+      {Way::Pkexec, {.exitStatus = 126}, false, true},
+      {Way::Pkexec, {.exitStatus = 127}, false, false},
+      {Way::Pkexec, {.exitStatus = 2, .complaints = "mirvel-privileged: can't"}, true, false},
+      {Way::Osascript, {.exitStatus = 1, .complaints = "execution error: User canceled. (-128)"}, false, true},
+      {Way::Osascript,
+       {.exitStatus = 1, .complaints = "The user name or password was incorrect. (-60005)"},
+       false,
+       false},
+      {Way::Osascript, {.exitStatus = 126}, true, false},
+      {Way::None, {.exitStatus = 126}, true, false},
+      {Way::None, {.output = ""}, true, false},
+      {Way::None, {.output = "/run/mirvel/socket\n"}, true, false},
+      {Way::None, {.output = "/run/mirvel/socket\nxyz\n"}, true, false},
+      {Way::None, {.output = "/nowhere/socket\n00ff\n"}, true, false},
+  };
+  for (const auto& row : rows) {
+    FakeElevation tool;
+    tool.result = row.result;
+    const auto elevated = startPrivileged({.way = row.way, .tool = "/tool"}, "/helper", {}, tool);
+    const std::string what = row.result.complaints + row.result.output + std::to_string(row.result.exitStatus);
+    ASSERT_EQ(!elevated, row.isError) << what;
+    if (!elevated) continue;
+    EXPECT_FALSE(elevated->socket) << what;
+    EXPECT_EQ(elevated->isCancelled, row.isCancelled) << what;
+  }
+}
+
+/// The program itself, without elevation, on a root of its own.
+TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
+  if (::geteuid() != 0) GTEST_SKIP() << "the program is for root";
+  const testdata::TemporaryFolder root;
+  const fs::path folder = root.path() / "etc/mirvel/LaunchDaemons";
+  fs::create_directories(folder);
+  const fs::path entry = root.write("autostart/mirvel-host.desktop", "");
+  testdata::ThreadQueue queue;
+  ThreadWorkQueue background("background");
+  SystemProcessRunner runner(Environment{});
+  SystemHelperConnections connections({.queue = queue,
+                                       .background = background,
+                                       .runner = runner,
+                                       .elevation = {},
+                                       .action = {},
+                                       .privileged = MIRVEL_PRIVILEGED,
+                                       .privilegedArguments = {"--root", root.path(), "--installed", entry}});
+  HelperConnections::Privileged privileged;
+  bool isAnswered = false;
+  connections.connectToPrivileged(
+      "", [&](auto result) { privileged = std::move(result), isAnswered = true; },
+      [&](const Error& error) { ADD_FAILURE() << error.text(), isAnswered = true; });
+  ASSERT_TRUE(queue.runUntil([&] { return isAnswered; }));
+  ASSERT_TRUE(privileged.connection);
+
+  const auto ask = [&](Dictionary request, const std::string& authData) {
+    request.set("authData", plist::Data{authData});
+    std::optional<Dictionary> answer;
+    privileged.connection->run(
+        request, [&](const auto& reply) { answer = reply; },
+        [&](const Error&) {
+          answer = Dictionary{{"failed", true}};
+        });
+    EXPECT_TRUE(queue.runUntil([&] { return answer.has_value(); }));
+    return answer.value_or(Dictionary());
+  };
+  const std::string file = folder / "a.plist";
+  const Dictionary write{{"kind", 0}, {"path", file}, {"string", testdata::jobText("a")}};
+  EXPECT_NE(ask(write, std::string(32, 'x')).find("error"), nullptr);
+  EXPECT_FALSE(fs::exists(file));
+  EXPECT_EQ(ask(write, privileged.authData), Dictionary());
+  EXPECT_EQ(testdata::bytes(file), testdata::jobText("a"));
+  const Dictionary outside{
+      {"kind", 0}, {"path", (root.path() / "x.plist").string()}, {"string", testdata::jobText("a")}};
+  EXPECT_NE(ask(outside, privileged.authData).find("error"), nullptr);
+  EXPECT_FALSE(fs::exists(root.path() / "x.plist"));
+  EXPECT_EQ(ask({{"kind", 8}}, privileged.authData), Dictionary());
+  EXPECT_FALSE(fs::exists(entry));
+  EXPECT_TRUE(fs::exists(file));
+  EXPECT_EQ(ask({{"kind", 3}}, privileged.authData), Dictionary());
+  EXPECT_NE(ask(write, privileged.authData).find("failed"), nullptr);  // it has ended
+}
+
+}  // namespace
+}  // namespace mirvel
