@@ -1,0 +1,51 @@
+#include "helpers/wire/DateKey.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+
+namespace mirvel::wire {
+
+namespace {
+
+constexpr std::int64_t perSecond = 1'000'000;
+constexpr std::size_t fractionDigits = 6;
+
+/// A number of digits alone.
+std::optional<std::int64_t> digits(std::string_view text) {
+  std::int64_t number = 0;
+  if (text.empty() || text.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
+  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return failure == std::errc() ? std::optional(number) : std::nullopt;
+}
+
+}  // namespace
+
+std::string dateKey(double seconds) {
+  const std::int64_t all = std::llround(seconds * static_cast<double>(perSecond));
+  const std::int64_t size = all < 0 ? -all : all;
+  std::string text = (all < 0 ? "-" : "") + std::to_string(size / perSecond);
+  if (size % perSecond == 0) return text;
+  std::string fraction = std::to_string(size % perSecond);
+  fraction.insert(0, fractionDigits - fraction.size(), '0');
+  fraction.erase(fraction.find_last_not_of('0') + 1);
+  return text + '.' + fraction;
+}
+
+std::optional<double> dateOfKey(std::string_view key) {
+  const bool isNegative = key.starts_with('-');
+  if (isNegative) key.remove_prefix(1);
+  const std::size_t point = key.find('.');
+  const auto whole = digits(key.substr(0, point));
+  if (!whole) return std::nullopt;
+  double seconds = static_cast<double>(*whole);
+  if (point != std::string_view::npos) {
+    const std::string_view fraction = key.substr(point + 1);
+    const auto part = digits(fraction);
+    if (!part) return std::nullopt;
+    seconds += static_cast<double>(*part) / std::pow(10.0, static_cast<double>(fraction.size()));
+  }
+  return isNegative ? -seconds : seconds;
+}
+
+}  // namespace mirvel::wire
