@@ -10,8 +10,8 @@
 
 namespace mirvel {
 
-/// Whatever runs jobs on this machine. A helper uses the host of the user that it acts as. For one thread at a time; each
-/// operation waits for the host's answer.
+/// Whatever runs jobs on this machine. A helper uses the host of the user that it acts as. For one thread at a time;
+/// each operation waits for the host's answer.
 class JobHost {
  public:
   struct LogLine {

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+
+#include "core/support/Result.h"
+
+namespace mirvel::host {
+
+/// Has the host started when the user logs in, by an entry in a folder of the XDG autostart specification.
+class HostAutostart {
+ public:
+  /// An empty folder: the platform has none, and nothing is ever written.
+  HostAutostart(std::filesystem::path folder, std::filesystem::path program)
+      : m_folder(std::move(folder)), m_program(std::move(program)) {}
+
+  /// Writes the entry unless there is one: whoever switched theirs off keeps it so.
+  Result<void> install() const;
+
+ private:
+  std::filesystem::path m_folder;
+  std::filesystem::path m_program;
+};
+
+}  // namespace mirvel::host
