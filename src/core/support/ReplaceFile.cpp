@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 
+#include "core/support/ExtendedAttributes.h"
 #include "core/support/FileDescriptor.h"
 
 namespace mirvel {
@@ -40,16 +41,25 @@ Result<fs::path> followLinks(const fs::path& path) {
   return writeError(ELOOP, path);
 }
 
-/// The mode that the new file gets, by what lies at its place.
-Result<mode_t> modeFor(int folder, const fs::path& target) {
+/// What lies at the place of the new file.
+struct Replaced {
+  FileDescriptor file = {};  ///< none where nothing lies, or what is there may not be read
+  std::optional<OwnerAndMode> owner = {};
+};
+
+Result<Replaced> replacedBy(int folder, const fs::path& target) {
   struct stat old {};
   if (::fstatat(folder, target.filename().c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0) {
-    if (errno == ENOENT) return newFileMode;
+    if (errno == ENOENT) return Replaced();
     return writeError(errno, target);
   }
   if (S_ISDIR(old.st_mode)) return badPath("can't write: it is a folder", target);
   if (!S_ISREG(old.st_mode)) return badPath("can't write: it is no regular file", target);
-  return static_cast<mode_t>(old.st_mode & 0777U);
+  constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  return Replaced{
+      .file = FileDescriptor(::openat(folder, target.filename().c_str(), flags)),
+      .owner = OwnerAndMode{old.st_uid, old.st_gid, static_cast<mode_t>(old.st_mode & 0777U)},
+  };
 }
 
 /// A file beside the one that is replaced; gone at the end of its life unless it has taken that one's place.
@@ -93,7 +103,17 @@ class Temporary {
     return 0;
   }
 
-  int finish(mode_t mode) {
+  /// The owner comes first: a change of owner may clear bits of the mode.
+  int finish(const Replaced& old, const std::optional<OwnerAndMode>& fixed) {
+    if (fixed) {
+      if (::fchown(m_file.number(), fixed->user, fixed->group) != 0) return errno;
+    } else if (old.owner) {
+      keepOwner(*old.owner);
+    }
+    if (old.file) {
+      copyExtendedAttributes(old.file.number(), m_file.number(), fixed ? Attributes::Harmless : Attributes::All);
+    }
+    const mode_t mode = fixed ? fixed->mode : old.owner ? old.owner->mode : newFileMode;
     if (m_calls.setMode(m_file.number(), mode) != 0) return errno;
     if (m_calls.sync(m_file.number()) != 0) return errno;
     return m_calls.close(m_file.release()) == 0 ? 0 : errno;
@@ -106,17 +126,24 @@ class Temporary {
   }
 
  private:
+  /// Only root may give a file away; a user may at most choose among the own groups.
+  void keepOwner(const OwnerAndMode& owner) {
+    if (::fchown(m_file.number(), owner.user, owner.group) == 0) return;
+    [[maybe_unused]] const int kept = ::fchown(m_file.number(), static_cast<uid_t>(-1), owner.group);
+  }
+
   FileCalls& m_calls;
   int m_folder;
   FileDescriptor m_file;
   std::string m_name;
 };
 
-int replaceIn(int folder, const char* name, std::string_view bytes, mode_t mode, FileCalls& calls) {
+int replaceIn(int folder, const char* name, std::string_view bytes, const Replaced& old,
+              const std::optional<OwnerAndMode>& fixed, FileCalls& calls) {
   Temporary temporary(calls, folder);
   if (const int failure = temporary.create()) return failure;
   if (const int failure = temporary.write(bytes)) return failure;
-  if (const int failure = temporary.finish(mode)) return failure;
+  if (const int failure = temporary.finish(old, fixed)) return failure;
   return temporary.takePlaceOf(name);
 }
 
@@ -142,12 +169,16 @@ Result<void> replaceFile(const fs::path& path, std::string_view bytes, FileCalls
   const fs::path parent = target->has_parent_path() ? target->parent_path() : fs::path(".");
   const FileDescriptor folder(::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!folder) return writeError(errno, *target);
-  const auto mode = modeFor(folder.number(), *target);
-  if (!mode) return mode.error();
+  return replaceFileIn(folder.number(), *target, bytes, std::nullopt, calls);
+}
 
-  const int failure = replaceIn(folder.number(), target->filename().c_str(), bytes, *mode, calls);
-  if (failure != 0) return writeError(failure, *target);
-  return syncFolder(folder.number(), *target, calls);
+Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view bytes,
+                           const std::optional<OwnerAndMode>& fixed, FileCalls& calls) {
+  const auto old = replacedBy(folder, path);
+  if (!old) return old.error();
+  const int failure = replaceIn(folder, path.filename().c_str(), bytes, *old, fixed, calls);
+  if (failure != 0) return writeError(failure, path);
+  return syncFolder(folder, path, calls);
 }
 
 }  // namespace mirvel

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
+#include <optional>
 #include <string_view>
 
 #include "core/support/FileCalls.h"
@@ -12,7 +15,8 @@ namespace mirvel {
 /// the bytes go to a temporary file beside it, are flushed to the device, and take the file's name.
 ///
 /// - A symbolic link stays one: the file that it leads to is replaced, or made if it is missing.
-/// - The permission bits of the old file are kept. A new file gets 0644 whatever the umask is: launchd refuses a job
+/// - The owner, the permission bits and the extended attributes of the old file are kept, as far as this process may
+///   set them. A new file gets 0644 whatever the umask is: launchd refuses a job
 ///   file that others may write, which a umask of 002 would give, and the other programs of the user and root must be
 ///   able to read it.
 /// - The folder must exist. Anything but a regular file at the path is refused with `BadArgument`.
@@ -21,5 +25,18 @@ namespace mirvel {
 /// what fails, the new content is in place, but may not outlive a loss of power.
 Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes);
 Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, FileCalls& calls);
+
+/// Whose a file is, and what others may do with it.
+struct OwnerAndMode {
+  uid_t user = 0;
+  gid_t group = 0;
+  mode_t mode = 0;
+};
+
+/// The same in a folder that is open already, for callers who may not trust the path to it: only the last component of
+/// `path` counts, and a link of that name is refused. A file made with `fixed` has that owner and mode whatever the old
+/// one's are, and keeps no attribute that gives rights to anybody.
+Result<void> replaceFileIn(int folder, const std::filesystem::path& path, std::string_view bytes,
+                           const std::optional<OwnerAndMode>& fixed, FileCalls& calls);
 
 }  // namespace mirvel

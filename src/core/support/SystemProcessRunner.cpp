@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 #include <cerrno>
 
 #include "core/support/Pipe.h"
+#include "core/support/SpawnPlan.h"
 
 namespace mirvel {
 
@@ -45,66 +45,6 @@ class Child {
   pid_t m_id;
   int m_status = 0;
   bool m_ended = false;
-};
-
-/// What a child is started with. Each step gives 0 or an errno value.
-class SpawnPlan {
- public:
-  SpawnPlan() {
-    ::posix_spawn_file_actions_init(&m_actions);
-    ::posix_spawnattr_init(&m_attributes);
-  }
-  SpawnPlan(const SpawnPlan&) = delete;
-  SpawnPlan& operator=(const SpawnPlan&) = delete;
-  ~SpawnPlan() {
-    ::posix_spawn_file_actions_destroy(&m_actions);
-    ::posix_spawnattr_destroy(&m_attributes);
-  }
-
-  int connect(const Pipe& output, const Pipe& complaints) {
-    int failure = ::posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    if (failure == 0) failure = ::posix_spawn_file_actions_adddup2(&m_actions, output.write.number(), STDOUT_FILENO);
-    if (failure != 0) return failure;
-    return ::posix_spawn_file_actions_adddup2(&m_actions, complaints.write.number(), STDERR_FILENO);
-  }
-
-  int resetSignals() {
-    sigset_t none, all;
-    sigemptyset(&none);
-    sigfillset(&all);
-    sigdelset(&all, SIGKILL);
-    sigdelset(&all, SIGSTOP);
-    int failure = ::posix_spawnattr_setsigmask(&m_attributes, &none);
-    if (failure == 0) failure = ::posix_spawnattr_setsigdefault(&m_attributes, &all);
-    int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
-#ifdef POSIX_SPAWN_CLOEXEC_DEFAULT
-    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;  // macOS can't make a pipe that is close-on-exec from the first moment
-#endif
-    return failure != 0 ? failure : ::posix_spawnattr_setflags(&m_attributes, static_cast<short>(flags));
-  }
-
-  int start(pid_t& id, const std::string& program, const std::vector<std::string>& arguments,
-            const Environment& environment) {
-    std::vector<std::string> variables;
-    variables.reserve(environment.size());
-    for (const auto& [name, value] : environment) variables.emplace_back(name).append("=").append(value);
-    std::vector<std::string> words{program};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    return ::posix_spawn(&id, program.c_str(), &m_actions, &m_attributes, pointers(words).data(),
-                         pointers(variables).data());
-  }
-
- private:
-  static std::vector<char*> pointers(std::vector<std::string>& texts) {
-    std::vector<char*> result;
-    result.reserve(texts.size() + 1);
-    for (auto& text : texts) result.push_back(text.data());
-    result.push_back(nullptr);
-    return result;
-  }
-
-  posix_spawn_file_actions_t m_actions{};
-  posix_spawnattr_t m_attributes{};
 };
 
 /// The reading ends of a child's two outputs, and what has come from them.
@@ -192,7 +132,9 @@ Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const
   if (!output || !complaints) return systemError(errno, "run", program);
   SpawnPlan plan;
   pid_t id = 0;
-  int failure = plan.connect(output, complaints);
+  int failure = plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  if (failure == 0) failure = plan.give(output.write.number(), STDOUT_FILENO);
+  if (failure == 0) failure = plan.give(complaints.write.number(), STDERR_FILENO);
   if (failure == 0) failure = plan.resetSignals();
   if (failure == 0) failure = plan.start(id, program, arguments, m_environment);
   if (failure != 0) return systemError(failure, "run", program);

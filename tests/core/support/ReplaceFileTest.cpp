@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -113,6 +115,23 @@ TEST(ReplaceFileTest, ModeIsKeptAndNewFilesAreReadableByAll) {
   ::umask(before);
   EXPECT_EQ(modeOf(folder.path() / "made"), 0644U);
   EXPECT_EQ(modeOf(folder.path() / "made too"), 0644U);
+}
+
+TEST(ReplaceFileTest, OwnerAndExtendedAttributesAreKept) {
+  const TemporaryFolder folder;
+  const fs::path file = folder.write("kept", "old");
+  if (::setxattr(file.c_str(), "user.note", "mine", 4, 0) != 0) GTEST_SKIP() << "no extended attributes here";
+  const bool isRoot = ::geteuid() == 0;  // nobody else may give a file away
+  const int given = isRoot ? ::chown(file.c_str(), 1234, 4321) : 0;
+  ASSERT_EQ(given, 0);
+  ASSERT_TRUE(replaceFile(file, "new"));
+  std::string note(4, ' ');
+  EXPECT_EQ(::getxattr(file.c_str(), "user.note", note.data(), note.size()), 4);
+  EXPECT_EQ(note, "mine");
+  struct stat status {};
+  ASSERT_EQ(::stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, isRoot ? 1234 : ::geteuid());
+  EXPECT_EQ(status.st_gid, isRoot ? 4321 : ::getegid());
 }
 
 TEST(ReplaceFileTest, LinksStayLinksAndTheirTargetsAreReplaced) {

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/support/Result.h"
+
+namespace mirvel {
+
+/// The job files that a helper reads and changes, with the rights and the limits that it has. For one thread.
+class JobFiles {
+ public:
+  static constexpr std::size_t largestJobFile = std::size_t{4} << 20U;
+
+  JobFiles() = default;
+  virtual ~JobFiles() = default;
+  JobFiles(const JobFiles&) = delete;
+  JobFiles& operator=(const JobFiles&) = delete;
+
+  /// Why the file may not be changed, whatever its state is. The operations below say so too.
+  virtual Result<void> admit(const std::filesystem::path& file) = 0;
+  /// Puts the content in place of the file, whole or not at all. Makes the folder between a job folder and a file that
+  /// is named by a UUID.
+  virtual Result<void> write(const std::filesystem::path& file, std::string_view content) = 0;
+  /// Removes the file or link itself, and such a folder with its last file. Nothing there is no error.
+  virtual Result<void> remove(const std::filesystem::path& file) = 0;
+  /// The content; `NotFound` if there is no file.
+  virtual Result<std::string> read(const std::filesystem::path& file) = 0;
+};
+
+/// The label of a job file's content; an error for what is no job file, which launchd wouldn't load.
+Result<std::string> labelOf(std::string_view content);
+
+/// Whether two paths lead to the same entry of a folder or to the same file. False if one of them leads nowhere.
+bool isSameEntry(const std::filesystem::path& a, const std::filesystem::path& b);
+
+}  // namespace mirvel

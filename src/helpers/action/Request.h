@@ -1,0 +1,45 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "core/propertylist/Value.h"
+#include "core/support/Result.h"
+
+namespace mirvel {
+
+/// What a helper is asked to do, as it reads it from the dictionary that was sent.
+struct Request {
+  enum class Kind {
+    write = 0,
+    writeAndLoad = 1,
+    delete_ = 2,
+    quitHelper = 3,
+    unload = 4,
+    load = 5,
+    test = 6,
+    uninstallHelpers = 8,
+    log = 9,
+  };
+  struct LogQuery {
+    std::chrono::seconds period{};
+    std::string text;
+  };
+
+  Kind kind = Kind::quitHelper;
+  std::optional<std::filesystem::path> path = {};
+  std::optional<std::filesystem::path> deletePath = {};
+  std::optional<std::filesystem::path> testPath = {};
+  std::optional<std::filesystem::path> testOutputPath = {};
+  std::optional<std::string> string = {};
+  std::optional<std::string> label = {};
+  std::optional<LogQuery> logQuery = {};
+
+  /// Refuses an unknown kind, a key that the kind needs and that is missing, values of other types, and paths that
+  /// aren't absolute.
+  static Result<Request> read(const plist::Dictionary& dictionary);
+};
+
+}  // namespace mirvel

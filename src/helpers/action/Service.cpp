@@ -1,0 +1,28 @@
+#include "helpers/action/Service.h"
+
+#include "helpers/wire/FrameSocket.h"
+
+namespace mirvel {
+
+Result<void> serve(int socket, const std::function<plist::Dictionary(const plist::Dictionary&)>& handle,
+                   const std::function<bool()>& isDone) {
+  wire::ignoreHangUps(socket);
+  wire::FrameReader reader;
+  while (!isDone()) {
+    const auto frame = wire::receiveFrame(socket, reader);
+    if (!frame) return frame.error();
+    if (!*frame) return {};
+    const auto sent = wire::sendFrame(socket, {.id = (*frame)->id, .body = handle((*frame)->body)});
+    if (!sent) return sent;
+  }
+  return {};
+}
+
+Roots rootsBelow(const std::filesystem::path& root) {
+  Roots roots = Roots::ofLinux(root / "home", {});
+  roots.localLibrary = root / roots.localLibrary.relative_path();
+  roots.systemLibrary = root / roots.systemLibrary.relative_path();
+  return roots;
+}
+
+}  // namespace mirvel

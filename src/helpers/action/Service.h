@@ -1,0 +1,18 @@
+#pragma once
+
+#include <functional>
+
+#include "core/support/Roots.h"
+#include "helpers/action/RequestHandler.h"
+
+namespace mirvel {
+
+/// Answers the requests that come over a socket, one after the other and in their order, until the peer hangs up, asks
+/// for the end, or breaks the rules, which is the error.
+Result<void> serve(int socket, const std::function<plist::Dictionary(const plist::Dictionary&)>& handle,
+                   const std::function<bool()>& isDone);
+
+/// The machine's folders, or those below another root: `home/.config/mirvel`, `etc/mirvel` and `usr/lib/mirvel`.
+Roots rootsBelow(const std::filesystem::path& root);
+
+}  // namespace mirvel

@@ -1,0 +1,115 @@
+#include "helpers/action/TestRuns.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "core/propertylist/Encoding.h"
+#include "core/propertylist/Reader.h"
+#include "core/propertylist/Writer.h"
+#include "core/support/ReadFile.h"
+#include "core/support/ReplaceFile.h"
+#include "core/support/Uuid.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The job with its output going elsewhere.
+Result<std::string> withOutput(const std::string& content, const fs::path& output) {
+  const auto document = plist::read(content);
+  if (!document) return document.error();
+  plist::Value value = document->value();
+  auto* job = value.as<plist::Dictionary>();
+  if (!job) return Error{.code = Error::Code::WrongType, .message = "it is no dictionary, as a job file must be"};
+  job->set("StandardOutPath", output.string());
+  job->set("StandardErrorPath", output.string());
+  return plist::writeXml(value);
+}
+
+/// The same path by another name, such as /tmp and /private/tmp on macOS.
+bool isSamePath(const fs::path& a, const fs::path& b) {
+  std::error_code failure;
+  return a == b || fs::weakly_canonical(a, failure) == fs::weakly_canonical(b, failure);
+}
+
+/// How many bytes at the begin of the text make one character; 0: none do.
+std::size_t characterSize(std::string_view text) {
+  for (std::size_t size = 1; size <= std::min<std::size_t>(4, text.size()); ++size) {
+    if (plist::isUtf8(text.substr(0, size))) return size;
+  }
+  return 0;
+}
+
+}  // namespace
+
+std::string readableText(std::string_view bytes, std::size_t maximum) {
+  constexpr std::string_view replacement = "\xEF\xBF\xBD";
+  std::string text;
+  while (!bytes.empty() && text.size() < maximum) {
+    const std::size_t size = characterSize(bytes);
+    const std::string_view next = size == 0 ? replacement : bytes.substr(0, size);
+    if (text.size() + next.size() > maximum) break;
+    text += next;
+    bytes.remove_prefix(std::max<std::size_t>(size, 1));
+  }
+  return text;
+}
+
+TestRuns::~TestRuns() {
+  for (const Run& run : m_runs) (void)end(run);  // nobody is left to tell
+}
+
+Result<std::string> TestRuns::run(const Request& request) {
+  std::string content = *request.string;
+  const auto label = labelOf(content);
+  if (!label) return label.error();
+  const auto placed = place(request, *label, content);
+  if (!placed) return placed.error();
+  const Run run = *placed;
+  if (const auto written = replaceFile(run.job, content); !written) return written.error();
+  m_runs.push_back(run);
+  if (const auto loaded = m_host.load(run.job); !loaded) return loaded.error();
+  const auto ended = m_host.waitForEnd(run.label, longestWait);
+  if (!ended) return ended.error();
+  const auto output = readBeginning(run.output, largestOutput);
+  if (output) return readableText(*output, largestOutput);
+  if (output.error().code == Error::Code::NotFound) return std::string();  // it never printed anything
+  return output.error();
+}
+
+Result<TestRuns::Run> TestRuns::place(const Request& request, const std::string& label, std::string& content) const {
+  if (!m_ownFolder) return Run{*request.testPath, *request.testPath, *request.testOutputPath, label};
+  const std::string name = makeUuid();
+  Run run{*request.testPath, *m_ownFolder / (name + ".plist"), *m_ownFolder / name, label};
+  auto changed = withOutput(content, run.output);
+  if (!changed) return changed.error();
+  content = *std::move(changed);
+  return run;
+}
+
+bool TestRuns::isMeant(const Run& run, const Request& request) {
+  return isSamePath(run.asked, *request.path);
+}
+
+bool TestRuns::isTest(const Request& request) const {
+  return std::any_of(m_runs.begin(), m_runs.end(), [&](const Run& run) { return isMeant(run, request); });
+}
+
+Result<void> TestRuns::remove(const Request& request) {
+  const auto found = std::find_if(m_runs.begin(), m_runs.end(), [&](const Run& run) { return isMeant(run, request); });
+  const Run run = *found;
+  m_runs.erase(found);
+  return end(run);
+}
+
+/// Both files go even if the job couldn't be stopped.
+Result<void> TestRuns::end(const Run& run) {
+  auto unloaded = m_host.unload(run.job, run.label);
+  for (const fs::path& file : {run.job, run.output}) (void)::unlink(file.c_str());  // it may never have been made
+  return unloaded;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "helpers/action/JobFiles.h"
+#include "helpers/action/JobFolders.h"
+
+namespace mirvel {
+
+/// Files as the user may change them: the user's rights are the only limit.
+class UserJobFiles final : public JobFiles {
+ public:
+  explicit UserJobFiles(JobFolders folders) : m_folders(std::move(folders)) {}
+
+  Result<void> admit(const std::filesystem::path&) override { return {}; }
+  Result<void> write(const std::filesystem::path& file, std::string_view content) override;
+  Result<void> remove(const std::filesystem::path& file) override;
+  Result<std::string> read(const std::filesystem::path& file) override;
+
+ private:
+  JobFolders m_folders;
+};
+
+}  // namespace mirvel

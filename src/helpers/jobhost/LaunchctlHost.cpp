@@ -1,0 +1,114 @@
+#include "helpers/jobhost/LaunchctlHost.h"
+
+#include <thread>
+#include <utility>
+
+#include "core/support/ReadFile.h"
+#include "core/support/Strings.h"
+#include "helpers/action/JobFiles.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Error failureOf(const ProcessResult& result, const std::string& doing, const std::string& file) {
+  std::string said(String::trim(result.complaints.empty() ? result.output : result.complaints, true));
+  if (said.empty()) said = "launchctl ended with " + std::to_string(result.exitStatus);
+  return {.code = Error::Code::Io, .message = "launchd can't " + doing + ": " + said, .file = file};
+}
+
+/// A string of the predicate language, in which a backslash and a quote have a backslash before them.
+std::string quoted(const std::string& text) {
+  std::string result = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') result += '\\';
+    result += c;
+  }
+  return result + '"';
+}
+
+/// Whether a job has run to its end, by what `launchctl print` says of it.
+bool hasEnded(const std::string& printed) {
+  const bool hasExited = printed.find("last exit code = ") != std::string::npos &&
+                         printed.find("last exit code = (never exited)") == std::string::npos;
+  return hasExited || printed.find("last terminating signal = ") != std::string::npos;
+}
+
+}  // namespace
+
+LaunchctlHost::LaunchctlHost(Setup setup) : m_setup(std::move(setup)) {
+  if (!m_setup.pause) m_setup.pause = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); };
+}
+
+std::string LaunchctlHost::domainOf(unsigned user) {
+  return user == 0 ? "system" : "gui/" + std::to_string(user);
+}
+
+Result<void> LaunchctlHost::load(const fs::path& file) {
+  const auto result = m_setup.runner.run(m_setup.launchctl, {"bootstrap", m_setup.domain, file.string()});
+  if (!result) return result.error();
+  if (result->exitStatus != 0) return failureOf(*result, "load the job", file.string());
+  return {};
+}
+
+Result<void> LaunchctlHost::unload(const fs::path& file, const std::optional<std::string>& label) {
+  if (!label) {
+    const auto content = readFile(file, JobFiles::largestJobFile);
+    if (!content) return content.error();
+    const auto found = labelOf(*content);
+    return found ? unload(file, *found) : found.error();
+  }
+  const auto before = print(*label);
+  if (!before) return before.error();
+  if (!*before) return {};
+  const auto result = m_setup.runner.run(m_setup.launchctl, {"bootout", target(*label)});
+  if (!result) return result.error();
+  // The tool may come back before the job is gone, whatever its exit status; a job that is still there can't be loaded.
+  const auto isGone = waitUntil(
+      [&]() -> Result<bool> {
+        const auto now = print(*label);
+        return now ? Result<bool>(!*now) : now.error();
+      },
+      longestStop);
+  if (!isGone) return isGone.error();
+  if (!*isGone) return failureOf(*result, "unload the job", file.string());
+  return {};
+}
+
+Result<bool> LaunchctlHost::waitForEnd(const std::string& label, std::chrono::seconds limit) {
+  return waitUntil(
+      [&]() -> Result<bool> {
+        const auto now = print(label);
+        if (!now) return now.error();
+        return !*now || hasEnded(**now);
+      },
+      limit);
+}
+
+Result<std::vector<JobHost::LogLine>> LaunchctlHost::log(std::chrono::seconds period, const std::string& text) {
+  const auto result =
+      m_setup.runner.run(m_setup.log, {"show", "--style", "syslog", "--info", "--last", std::to_string(period.count()),
+                                       "--predicate", "eventMessage CONTAINS[c] " + quoted(text)});
+  if (!result) return result.error();
+  if (result->exitStatus != 0) return failureOf(*result, "show the log", {});
+  return logLinesIn(result->output);
+}
+
+Result<std::optional<std::string>> LaunchctlHost::print(const std::string& label) {
+  auto result = m_setup.runner.run(m_setup.launchctl, {"print", target(label)});
+  if (!result) return result.error();
+  if (result->exitStatus != 0) return std::optional<std::string>();
+  return std::optional(std::move(result->output));
+}
+
+Result<bool> LaunchctlHost::waitUntil(const std::function<Result<bool>()>& isDone, std::chrono::milliseconds limit) {
+  for (std::chrono::milliseconds waited{0};; waited += betweenLooks) {
+    auto done = isDone();
+    if (!done || *done || waited >= limit) return done;
+    m_setup.pause(betweenLooks);
+  }
+}
+
+}  // namespace mirvel

@@ -1,0 +1,42 @@
+#include "helpers/wire/ProcessHelperConnection.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "core/support/SpawnPlan.h"
+#include "helpers/wire/FrameSocket.h"
+#include "helpers/wire/SocketHelperConnection.h"
+
+namespace mirvel::wire {
+
+namespace {
+
+/// Gives 0 or an errno value.
+int start(const HelperProgram& program, int socket, pid_t& id) {
+  SpawnPlan plan;
+  int failure = plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  if (failure == 0) failure = plan.give(STDOUT_FILENO, STDOUT_FILENO);
+  if (failure == 0) failure = plan.give(STDERR_FILENO, STDERR_FILENO);
+  if (failure == 0) failure = plan.give(socket, helperDescriptor);
+  if (failure == 0) failure = plan.resetSignals();
+  return failure != 0 ? failure : plan.start(id, program.path, program.arguments, program.environment);
+}
+
+}  // namespace
+
+Result<std::unique_ptr<HelperConnection>> startHelper(const HelperProgram& program, MainQueue& queue,
+                                                      std::shared_ptr<Reaper> reaper) {
+  SocketPair sockets = SocketPair::make();
+  if (!sockets) return systemError(errno, "start the helper", program.path);
+  pid_t id = 0;
+  const int failure = start(program, sockets.theirs.number(), id);
+  if (failure != 0) return systemError(failure, "start the helper", program.path);
+  sockets.theirs.reset();
+  auto letGo = [id, reaper = std::move(reaper)] { reaper->adopt(id); };
+  return std::unique_ptr<HelperConnection>(
+      std::make_unique<SocketHelperConnection>(std::move(sockets.ours), queue, std::move(letGo)));
+}
+
+}  // namespace mirvel::wire

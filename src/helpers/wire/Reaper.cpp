@@ -1,0 +1,63 @@
+#include "helpers/wire/Reaper.h"
+
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace mirvel::wire {
+
+namespace {
+
+bool hasEnded(pid_t child) {
+  const pid_t found = ::waitpid(child, nullptr, WNOHANG);
+  return found == child || (found < 0 && errno != EINTR);
+}
+
+}  // namespace
+
+Reaper::~Reaper() {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_isEnding = true;
+  }
+  m_changed.notify_all();
+  if (m_thread.joinable()) m_thread.join();
+}
+
+void Reaper::adopt(pid_t child) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_children.push_back(child);
+    if (!m_thread.joinable()) m_thread = std::thread([this] { work(); });
+  }
+  m_changed.notify_all();
+}
+
+std::size_t Reaper::count() {
+  const std::lock_guard lock(m_mutex);
+  return m_children.size();
+}
+
+void Reaper::work() {
+  using Clock = std::chrono::steady_clock;
+  constexpr auto betweenLooks = std::chrono::milliseconds(10);
+  std::unique_lock lock(m_mutex);
+  auto end = Clock::time_point::max();
+  while (true) {
+    collect();
+    if (m_isEnding && end == Clock::time_point::max()) end = Clock::now() + m_patience;
+    if (m_isEnding && (m_children.empty() || Clock::now() >= end)) return;
+    if (m_children.empty()) {
+      m_changed.wait(lock, [this] { return m_isEnding || !m_children.empty(); });
+    } else {
+      m_changed.wait_for(lock, betweenLooks);
+    }
+  }
+}
+
+void Reaper::collect() {
+  m_children.erase(std::remove_if(m_children.begin(), m_children.end(), hasEnded), m_children.end());
+}
+
+}  // namespace mirvel::wire

@@ -1,0 +1,56 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "core/support/SystemProcessRunner.h"
+#include "helpers/FakeJobHost.h"
+#include "helpers/wire/ProcessHelperConnection.h"
+#include "support/ThreadQueue.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Dictionary;
+
+/// The program itself on a root of its own.
+TEST(ActionServiceTest, TheProgramWritesAnswersInOrderAndEndsWithItsPeer) {
+  const testdata::TemporaryFolder root;
+  const fs::path folder = root.path() / "home/.config/mirvel/LaunchAgents";
+  fs::create_directories(folder);
+  testdata::ThreadQueue queue;
+  auto connection = wire::startHelper({.path = MIRVEL_ACTION, .arguments = {"--root", root.path()}}, queue,
+                                      std::make_shared<wire::Reaper>(std::chrono::seconds(20)));
+  ASSERT_TRUE(connection) << connection.error().text();
+  std::vector<Dictionary> replies;
+  int failures = 0;
+  const auto ask = [&](const Dictionary& request) {
+    (*connection)
+        ->run(
+            request, [&](const auto& reply) { replies.push_back(reply); }, [&](const auto&) { ++failures; });
+  };
+  const std::string file = folder / "a.plist";
+  ask({{"kind", 0}, {"path", file}, {"string", testdata::jobText("a")}, {"label", "a"}});
+  ask({{"kind", 0}, {"path", file}});
+  ask({{"kind", 3}});
+  ASSERT_TRUE(queue.runUntil([&] { return replies.size() + static_cast<std::size_t>(failures) == 3; }));
+  ASSERT_EQ(replies.size(), 3U);
+  EXPECT_EQ(replies[0], Dictionary());
+  EXPECT_NE(replies[1].find("error"), nullptr);
+  EXPECT_EQ(testdata::bytes(file), testdata::jobText("a"));
+  ask({{"kind", 3}});  // it has ended
+  ASSERT_TRUE(queue.runUntil([&] { return failures == 1; }));
+}
+
+TEST(ActionServiceTest, StartedByHandItSaysWhatItIsFor) {
+  SystemProcessRunner runner(Environment{{"PATH", "/usr/bin:/bin"}});
+  const auto result = runner.run("/bin/sh", {"-c", "exec '" MIRVEL_ACTION "' 3</dev/null"});
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->exitStatus, 2);
+  EXPECT_EQ(result->complaints,
+            "mirvel-action: Mirvel starts this program when it needs it; it does nothing by itself.\n");
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,269 @@
+#include "helpers/action/RequestHandler.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "helpers/FakeJobHost.h"
+#include "helpers/action/ErrorReply.h"
+#include "helpers/action/UserJobFiles.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Dictionary;
+using testdata::bytes;
+using testdata::jobText;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// A field of the answer's error; empty if there is none.
+std::string errorText(const Dictionary& reply, const char* key) {
+  const auto* error = reply.find("error");
+  const auto* field = error ? error->as<Dictionary>()->find(key) : nullptr;
+  return field ? *field->as<std::string>() : std::string();
+}
+
+int errorCode(const Dictionary& reply) {
+  const auto* error = reply.find("error");
+  const auto* code = error ? error->as<Dictionary>()->find("code") : nullptr;
+  return code ? static_cast<int>(*code->as<plist::Integer>()->toInt64()) : 0;
+}
+
+class RequestHandlerTest : public testing::Test {
+ protected:
+  testdata::TemporaryFolder root;
+  fs::path folder = root.path() / "LaunchAgents";
+  testdata::FakeJobHost host;
+  UserJobFiles files{JobFolders({folder})};
+  RequestHandler handler{{.files = files, .host = host, .uninstall = [] { return Result<void>(); }}};
+
+  RequestHandlerTest() { fs::create_directory(folder); }
+
+  std::string path(const std::string& name) const { return folder / name; }
+  fs::path put(const std::string& name, const std::string& label) const {
+    return root.write("LaunchAgents/" + name, jobText(label));
+  }
+  Dictionary write(int kind, const std::string& name, const std::string& label) {
+    return handler.handle({{"kind", kind}, {"path", path(name)}, {"string", jobText(label)}, {"label", label}});
+  }
+};
+
+TEST_F(RequestHandlerTest, JobsAreWrittenThenStoppedThenLoaded) {
+  put("a.plist", "old");
+  EXPECT_EQ(write(1, "a.plist", "new"), Dictionary());
+  EXPECT_EQ(bytes(path("a.plist")), jobText("new"));
+  EXPECT_THAT(host.calls, ElementsAre("unload new", "unload old", "load a.plist"));
+  host.calls.clear();
+  EXPECT_EQ(write(0, "a.plist", "new"), Dictionary());
+  EXPECT_THAT(host.calls, ElementsAre("unload new"));
+}
+
+TEST_F(RequestHandlerTest, AMoveRemovesTheOldFileOnlyWhenTheNewOneStands) {
+  const fs::path old = put("old.plist", "a");
+  const auto move = [&](const std::string& to) {
+    return handler.handle(
+        {{"kind", 1}, {"path", to}, {"deletePath", old.string()}, {"string", jobText("a")}, {"label", "a"}});
+  };
+  EXPECT_NE(move(path("missing/a.plist")), Dictionary());
+  EXPECT_TRUE(fs::exists(old));
+  EXPECT_THAT(host.calls, IsEmpty());
+  EXPECT_EQ(move(old), Dictionary());  // to itself
+  EXPECT_TRUE(fs::exists(old));
+  EXPECT_EQ(move(path("new.plist")), Dictionary());
+  EXPECT_FALSE(fs::exists(old));
+  EXPECT_TRUE(fs::exists(path("new.plist")));
+}
+
+TEST_F(RequestHandlerTest, AMoveRemovesTheLinkAndLeavesItsTarget) {
+  const fs::path target = root.write("elsewhere/a.plist", jobText("a"));
+  fs::create_symlink(target, path("link.plist"));
+  EXPECT_EQ(handler.handle(
+                {{"kind", 0}, {"path", target.string()}, {"deletePath", path("link.plist")}, {"string", jobText("b")}}),
+            Dictionary());
+  EXPECT_EQ(bytes(target), jobText("b"));
+  EXPECT_FALSE(fs::is_symlink(path("link.plist")));
+}
+
+TEST_F(RequestHandlerTest, FoldersOfTheirOwnAreMadeForUuidNamesAndGoWithThem) {
+  const std::string name = "job/0A1B2C3D-0000-4000-8000-00000000000F.plist";
+  EXPECT_EQ(write(1, name, "a"), Dictionary());
+  EXPECT_TRUE(fs::exists(path(name)));
+  EXPECT_EQ(handler.handle({{"kind", 2}, {"deletePath", path(name)}, {"label", "a"}}), Dictionary());
+  EXPECT_FALSE(fs::exists(path("job")));
+  EXPECT_NE(write(1, "job/a.plist", "a"), Dictionary());
+  EXPECT_NE(write(1, "job/deeper/0A1B2C3D-0000-4000-8000-00000000000F.plist", "a"), Dictionary());
+  EXPECT_TRUE(fs::is_empty(folder));
+}
+
+TEST_F(RequestHandlerTest, NewFilesAreReadableAndOldOnesKeepTheirMode) {
+  const mode_t before = ::umask(0077);
+  write(0, "new.plist", "a");
+  ::umask(before);
+  const fs::path old = put("old.plist", "a");
+  ASSERT_EQ(::chmod(old.c_str(), 0600), 0);
+  write(0, "old.plist", "a");
+  struct stat status {};
+  ASSERT_EQ(::stat(path("new.plist").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0644U);
+  ASSERT_EQ(::stat(old.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0600U);
+}
+
+TEST_F(RequestHandlerTest, DeletingStopsTheJobFirstAndForgivesAMissingFile) {
+  const fs::path file = put("a.plist", "in file");
+  const Dictionary request{{"kind", 2}, {"deletePath", file.string()}, {"label", "asked"}};
+  host.failing = {"unload in file"};
+  EXPECT_THAT(errorText(handler.handle(request), "description"), HasSubstr("the host can't unload in file"));
+  EXPECT_TRUE(fs::exists(file));
+  host.failing.clear();
+  EXPECT_EQ(handler.handle(request), Dictionary());
+  EXPECT_FALSE(fs::exists(file));
+  host.calls.clear();
+  EXPECT_EQ(handler.handle(request), Dictionary());
+  EXPECT_THAT(host.calls, ElementsAre("unload asked"));
+}
+
+TEST_F(RequestHandlerTest, LoadAndUnloadReachTheHost) {
+  const std::string file = put("a.plist", "a");
+  EXPECT_EQ(handler.handle({{"kind", 5}, {"path", file}}), Dictionary());
+  EXPECT_EQ(handler.handle({{"kind", 4}, {"path", file}}), Dictionary());
+  EXPECT_EQ(handler.handle({{"kind", 4}, {"path", path("gone.plist")}, {"label", "b"}}), Dictionary());
+  EXPECT_EQ(handler.handle({{"kind", 4}, {"path", path("gone.plist")}}), Dictionary());
+  EXPECT_THAT(host.calls, ElementsAre("load a.plist", "unload a", "unload b", "unload gone.plist"));
+  EXPECT_NE(handler.handle({{"kind", 5}, {"path", path("gone.plist")}}), Dictionary());
+}
+
+TEST_F(RequestHandlerTest, WhatIsNoGoodRequestDoesNothingAndSaysWhy) {
+  put("a.plist", "a");
+  const std::string a = path("a.plist");
+  struct Row {
+    Dictionary request;
+    const char* says;
+  };
+  const std::string huge = jobText(std::string(JobFiles::largestJobFile, 'x'));
+  const std::vector<Row> rows{
+      {{}, "kind"},
+      {{{"kind", 7}}, "kind"},
+      {{{"kind", 10}}, "kind"},
+      {{{"kind", -1}}, "kind"},
+      {{{"kind", "0"}}, "kind"},
+      {{{"kind", 0}, {"path", a}}, "string"},
+      {{{"kind", 1}, {"string", jobText("a")}}, "path"},
+      {{{"kind", 1}, {"path", 5}, {"string", jobText("a")}}, "path"},
+      {{{"kind", 1}, {"path", "a.plist"}, {"string", jobText("a")}}, "absolute"},
+      {{{"kind", 1}, {"path", a + std::string(1, '\0')}, {"string", jobText("a")}}, "null"},
+      {{{"kind", 1}, {"path", a}, {"string", "hello"}}, ""},
+      {{{"kind", 1}, {"path", a}, {"string", "<plist version=\"1.0\"><dict/></plist>"}}, "Label"},
+      {{{"kind", 1}, {"path", a}, {"string", "<plist version=\"1.0\"><array/></plist>"}}, "dictionary"},
+      {{{"kind", 1}, {"path", a}, {"string", jobText("a")}, {"label", "b"}}, "label"},
+      {{{"kind", 1}, {"path", a}, {"string", huge}}, "too large"},
+      {{{"kind", 2}, {"label", "a"}}, "deletePath"},
+      {{{"kind", 2}, {"deletePath", folder.string()}}, "deleted"},
+      {{{"kind", 4}, {"label", "a"}}, "path"},
+      {{{"kind", 6}, {"testPath", a}, {"string", jobText("a")}}, "testOutputPath"},
+      {{{"kind", 9}}, "logQuery"},
+      {{{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "1h"}, {"searchString", "a"}}}}, "lastSeconds"},
+      {{{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "-5"}, {"searchString", "a"}}}}, "lastSeconds"},
+      {{{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "5"}, {"searchString", ""}}}}, "searchString"},
+  };
+  for (const auto& row : rows) {
+    const Dictionary reply = handler.handle(row.request);
+    EXPECT_EQ(errorText(reply, "domain"), helperErrorDomain) << row.says;
+    EXPECT_THAT(errorText(reply, "description"), HasSubstr(row.says));
+    EXPECT_FALSE(errorText(reply, "suggestion").empty()) << row.says;
+  }
+  EXPECT_EQ(bytes(a), jobText("a"));
+  EXPECT_THAT(host.calls, IsEmpty());
+}
+
+TEST_F(RequestHandlerTest, FailuresOfTheFileSystemNameTheFolderAndTheReason) {
+  EXPECT_EQ(errorText(write(0, "missing/a.plist", "a"), "description"),
+            "The folder " + path("missing") + " can't be written: no such file or directory");
+  root.write("LaunchAgents/folder.plist/x", "");
+  EXPECT_EQ(errorText(write(0, "folder.plist", "a"), "description"),
+            "The file " + path("folder.plist") + " can't be written: it is a folder");
+}
+
+TEST_F(RequestHandlerTest, AFileThatCannotBeLoadedStaysWrittenAndTheReasonIsTold) {
+  host.failing = {"load a.plist"};
+  EXPECT_THAT(errorText(write(1, "a.plist", "a"), "description"), HasSubstr("the host can't load a.plist"));
+  EXPECT_EQ(bytes(path("a.plist")), jobText("a"));
+}
+
+TEST_F(RequestHandlerTest, TestsRunOnceAnswerWithTheirOutputAndAreRemoved) {
+  const std::string job = root.path() / "test.plist";
+  const std::string output = root.path() / "test";
+  host.outputFile = output;
+  host.output = "caf\xC3\xA9 \xFF\n";
+  const auto run = [&] {
+    return handler.handle(
+        {{"kind", 6}, {"testPath", job}, {"testOutputPath", output}, {"string", jobText("uuid")}, {"label", "uuid"}});
+  };
+  EXPECT_EQ(run(), (Dictionary{{"test", "caf\xC3\xA9 \xEF\xBF\xBD\n"}}));
+  EXPECT_THAT(host.calls, ElementsAre("load test.plist", "wait 60 s for uuid"));
+  EXPECT_TRUE(fs::exists(job));
+  host.calls.clear();
+  EXPECT_EQ(handler.handle({{"kind", 4}, {"path", job}, {"label", "uuid"}}), Dictionary());
+  EXPECT_THAT(host.calls, ElementsAre("unload uuid"));
+  EXPECT_FALSE(fs::exists(job));
+  EXPECT_FALSE(fs::exists(output));
+
+  host.outputFile.clear();
+  EXPECT_EQ(run(), (Dictionary{{"test", ""}}));
+  host.failing = {"load test.plist"};
+  EXPECT_NE(run().find("error"), nullptr);
+}
+
+TEST_F(RequestHandlerTest, TestsThatNobodyRemovedGoWithTheHelper) {
+  const std::string job = root.path() / "test.plist";
+  {
+    RequestHandler other({.files = files, .host = host, .uninstall = {}});
+    other.handle({{"kind", 6}, {"testPath", job}, {"testOutputPath", job + ".out"}, {"string", jobText("uuid")}});
+    EXPECT_TRUE(fs::exists(job));
+  }
+  EXPECT_FALSE(fs::exists(job));
+  EXPECT_EQ(host.calls.back(), "unload uuid");
+}
+
+TEST_F(RequestHandlerTest, TestsWithAFolderOfTheirOwnTouchNoOther) {
+  const fs::path own = root.path() / "own";
+  fs::create_directory(own);
+  RequestHandler other({.files = files, .host = host, .uninstall = {}, .testFolder = own});
+  const std::string job = path("test.plist");
+  other.handle({{"kind", 6}, {"testPath", job}, {"testOutputPath", job + ".out"}, {"string", jobText("uuid")}});
+  EXPECT_TRUE(fs::is_empty(folder));
+  for (const auto& entry : fs::directory_iterator(own)) {
+    EXPECT_THAT(bytes(entry.path()), HasSubstr("<key>StandardOutPath</key>\n\t<string>" + own.string()));
+  }
+  EXPECT_EQ(other.handle({{"kind", 4}, {"path", job}, {"label", "uuid"}}), Dictionary());
+  EXPECT_TRUE(fs::is_empty(own));
+}
+
+TEST_F(RequestHandlerTest, TheLogIsAListOfTimesWithMessages) {
+  host.lines = {{1700000000.5, "first"}, {1700000001, "bad \xC3 byte"}};
+  const Dictionary query{
+      {"kind", 9},
+      {"logQuery", Dictionary{{"lastString", "4h"}, {"lastSeconds", "14400"}, {"searchString", "org.example"}}}};
+  EXPECT_EQ(handler.handle(query),
+            (Dictionary{{"logQuery", plist::Array{Dictionary{{"1700000000.5", "first"}},
+                                                  Dictionary{{"1700000001", "bad \xEF\xBF\xBD byte"}}}}}));
+  host.failing = {"log 14400 s of org.example"};
+  const Dictionary failure = handler.handle(query);
+  EXPECT_EQ(errorText(failure, "domain"), actionErrorDomain);
+  EXPECT_EQ(errorCode(failure), 7);
+}
+
+TEST_F(RequestHandlerTest, OnlyTheRequestToEndEndsIt) {
+  handler.handle({{"kind", 8}});
+  EXPECT_FALSE(handler.isDone());
+  EXPECT_EQ(handler.handle({{"kind", 3}}), Dictionary());
+  EXPECT_TRUE(handler.isDone());
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,130 @@
+#include "helpers/jobhost/LaunchctlHost.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <deque>
+
+#include "helpers/FakeJobHost.h"
+#include "helpers/jobhost/JobHosts.h"
+
+namespace mirvel {
+namespace {
+
+using testing::ElementsAre;
+
+/// Answers one call after the other, and keeps what was called in one line each.
+class FakeTool final : public ProcessRunner {
+ public:
+  std::vector<std::string> calls;
+  std::deque<ProcessResult> answers;  ///< success with no output when there are no more
+
+  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
+    std::string call = program;
+    for (const auto& argument : arguments) call += '|' + argument;
+    calls.push_back(call);
+    if (answers.empty()) return ProcessResult();
+    const ProcessResult answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+};
+
+const ProcessResult notLoaded{.exitStatus = 113, .complaints = "Could not find service \"a\" in domain"};
+
+class LaunchctlHostTest : public testing::Test {
+ protected:
+  FakeTool tool;
+  std::chrono::milliseconds waited{0};
+  LaunchctlHost host{{.runner = tool, .domain = "gui/501", .pause = [this](auto time) { waited += time; }}};
+};
+
+TEST_F(LaunchctlHostTest, LoadingIsABootstrapIntoTheDomain) {
+  EXPECT_TRUE(host.load("/Users/x/Library/LaunchAgents/a b.plist"));
+  EXPECT_THAT(tool.calls, ElementsAre("/bin/launchctl|bootstrap|gui/501|/Users/x/Library/LaunchAgents/a b.plist"));
+  tool.answers = {{.exitStatus = 5, .complaints = "Bootstrap failed: 5: Input/output error\n"}};
+  const auto failed = host.load("/a.plist");
+  ASSERT_FALSE(failed);
+  EXPECT_EQ(failed.error().text(), "/a.plist: launchd can't load the job: Bootstrap failed: 5: Input/output error");
+}
+
+TEST_F(LaunchctlHostTest, UnloadingWaitsUntilTheJobIsGone) {
+  tool.answers = {{}, {.exitStatus = 36}, {}, {}, notLoaded};
+  EXPECT_TRUE(host.unload("/a.plist", "org.example.a"));
+  EXPECT_THAT(tool.calls,
+              ElementsAre("/bin/launchctl|print|gui/501/org.example.a", "/bin/launchctl|bootout|gui/501/org.example.a",
+                          "/bin/launchctl|print|gui/501/org.example.a", "/bin/launchctl|print|gui/501/org.example.a",
+                          "/bin/launchctl|print|gui/501/org.example.a"));
+  EXPECT_EQ(waited, 2 * LaunchctlHost::betweenLooks);
+}
+
+TEST_F(LaunchctlHostTest, WhatIsNotLoadedIsLeftAloneAndWhatStaysIsAnError) {
+  tool.answers = {notLoaded};
+  EXPECT_TRUE(host.unload("/a.plist", "a"));
+  EXPECT_EQ(tool.calls.size(), 1U);
+  EXPECT_FALSE(host.unload("/a.plist", "a"));  // every look finds it
+  EXPECT_GE(waited, LaunchctlHost::longestStop);
+}
+
+TEST_F(LaunchctlHostTest, WithoutALabelTheFileTellsIt) {
+  const testdata::TemporaryFolder folder;
+  tool.answers = {notLoaded};
+  EXPECT_TRUE(host.unload(folder.write("a.plist", testdata::jobText("org.example.a")), std::nullopt));
+  EXPECT_THAT(tool.calls, ElementsAre("/bin/launchctl|print|gui/501/org.example.a"));
+  EXPECT_FALSE(host.unload(folder.path() / "missing.plist", std::nullopt));
+}
+
+TEST_F(LaunchctlHostTest, AJobHasEndedWhenLaunchdTellsHow) {
+  struct Row {
+    const char* says;
+    bool hasEnded;
+  };
+  for (const Row& row : {Row{"\tstate = running\n\tlast exit code = (never exited)\n", false},
+                         Row{"\tstate = not running\n\tlast exit code = 1\n", true},
+                         Row{"\tstate = not running\n\tlast terminating signal = Killed: 9\n", true},
+                         Row{"\tstate = spawn scheduled\n", false}}) {
+    tool.answers = {{.output = row.says}};
+    const auto ended = host.waitForEnd("a", std::chrono::seconds(0));
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(*ended, row.hasEnded) << row.says;
+  }
+  waited = {};
+  const auto ended = host.waitForEnd("a", std::chrono::seconds(60));
+  EXPECT_TRUE(ended && !*ended);
+  EXPECT_EQ(waited, std::chrono::seconds(60));
+}
+
+TEST_F(LaunchctlHostTest, TheLogIsAskedForWhatMentionsTheText) {
+  tool.answers = {{.output = "Timestamp                       (process)[PID]    \n"
+                             "2023-11-14 23:13:20.500000+0100  mac launchd[1]: a: started\n"
+                             "\tmore of it\n"
+                             "2023-11-14 17:13:21.000000-0500  mac tool[7]: done\n"
+                             "2023-13-45 17:13:21.000000-0500  no date\n"}};
+  const auto lines = host.log(std::chrono::hours(4), "odd\"la\\bel");
+  EXPECT_THAT(tool.calls, ElementsAre("/usr/bin/log|show|--style|syslog|--info|--last|14400|--predicate|"
+                                      "eventMessage CONTAINS[c] \"odd\\\"la\\\\bel\""));
+  ASSERT_TRUE(lines);
+  ASSERT_EQ(lines->size(), 2U);
+  EXPECT_EQ((*lines)[0].seconds, 1700000000.5);
+  EXPECT_EQ((*lines)[0].message, "mac launchd[1]: a: started\n\tmore of it");
+  EXPECT_EQ((*lines)[1].seconds, 1700000001);
+  tool.answers = {{.exitStatus = 64, .complaints = "log: bad predicate"}};
+  EXPECT_FALSE(host.log(std::chrono::hours(1), "a"));
+}
+
+TEST(JobHostsTest, LaunchdServesWhereItsToolIs) {
+  FakeTool tool;
+  int made = 0;
+  const auto otherwise = [&] {
+    ++made;
+    return makeNoHost();
+  };
+  EXPECT_TRUE(makeJobHost("/bin/sh", 0, tool, otherwise)->load("/a.plist"));
+  EXPECT_THAT(tool.calls, ElementsAre("/bin/sh|bootstrap|system|/a.plist"));
+  EXPECT_EQ(made, 0);
+  EXPECT_FALSE(makeJobHost("/nowhere/launchctl", 0, tool, otherwise)->load("/a.plist"));
+  EXPECT_EQ(made, 1);
+}
+
+}  // namespace
+}  // namespace mirvel

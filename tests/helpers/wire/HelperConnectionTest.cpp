@@ -1,0 +1,258 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <thread>
+
+#include "helpers/wire/FrameSocket.h"
+#include "helpers/wire/ProcessHelperConnection.h"
+#include "helpers/wire/SocketHelperConnection.h"
+#include "support/TestData.h"
+#include "support/ThreadQueue.h"
+
+namespace mirvel::wire {
+namespace {
+
+using plist::Dictionary;
+
+/// What became of the requests of a test.
+struct Outcome {
+  std::vector<Dictionary> replies = {};
+  std::vector<Error> failures = {};
+
+  std::size_t count() const { return replies.size() + failures.size(); }
+  void ask(HelperConnection& connection, const Dictionary& request = {}) {
+    connection.run(
+        request, [this](const Dictionary& reply) { replies.push_back(reply); },
+        [this](const Error& error) { failures.push_back(error); });
+  }
+};
+
+Dictionary request(int number) {
+  return {{"number", number}};
+}
+
+std::size_t openDescriptors() {
+  const std::filesystem::path folder = std::filesystem::exists("/proc/self/fd") ? "/proc/self/fd" : "/dev/fd";
+  std::size_t count = 0;
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder)) ++count;
+  return count;
+}
+
+bool hasChildren() {
+  return ::waitpid(-1, nullptr, WNOHANG) >= 0 || errno != ECHILD;
+}
+
+/// Speaks for the helper on its end of a connection.
+class Peer {
+ public:
+  explicit Peer(FileDescriptor socket) : m_socket(std::move(socket)) {}
+
+  Frame next() {
+    auto frame = receiveFrame(m_socket.number(), m_reader);
+    EXPECT_TRUE(frame && *frame);
+    return frame && *frame ? **frame : Frame{};
+  }
+  void answer(std::int64_t id) { EXPECT_TRUE(sendFrame(m_socket.number(), {.id = id, .body = {{"to", id}}})); }
+  void say(const std::string& bytes) { sendUninterrupted(m_socket.number(), bytes); }
+  void hangUp() { m_socket.reset(); }
+
+ private:
+  FileDescriptor m_socket;
+  FrameReader m_reader;
+};
+
+class SocketHelperConnectionTest : public testing::Test {
+ protected:
+  SocketHelperConnectionTest() : SocketHelperConnectionTest(SocketPair::make()) {}
+
+  testdata::ThreadQueue queue;
+  Peer peer;
+  std::unique_ptr<SocketHelperConnection> connection;
+  Outcome outcome;
+
+  bool wait(std::size_t count) {
+    return queue.runUntil([&] { return outcome.count() >= count; });
+  }
+
+ private:
+  explicit SocketHelperConnectionTest(SocketPair pair)
+      : peer(std::move(pair.theirs)),
+        connection(std::make_unique<SocketHelperConnection>(std::move(pair.ours), queue)) {}
+};
+
+TEST_F(SocketHelperConnectionTest, AnswersFindTheirRequestsInAnyOrder) {
+  std::vector<std::int64_t> ids;
+  for (int i = 0; i < 3; ++i) outcome.ask(*connection, request(i));
+  for (int i = 0; i < 3; ++i) {
+    const Frame frame = peer.next();
+    EXPECT_EQ(frame.body, request(i));
+    ids.push_back(frame.id);
+  }
+  for (const int i : {2, 0, 1}) peer.answer(ids[static_cast<std::size_t>(i)]);
+  ASSERT_TRUE(wait(3));
+  ASSERT_EQ(outcome.replies.size(), 3U);
+  EXPECT_EQ(outcome.replies[0], (Dictionary{{"to", ids[2]}}));
+  EXPECT_EQ(outcome.replies[2], (Dictionary{{"to", ids[1]}}));
+}
+
+TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLaterRequestsFailCleanly) {
+  struct Row {
+    const char* what;
+    std::function<void(Peer&, std::int64_t)> act;
+    std::size_t replies, failures;
+    Error::Code code;
+  };
+  const std::vector<Row> rows{
+      {"hangs up", [](Peer& p, std::int64_t) { p.hangUp(); }, 0, 1, Error::Code::Io},
+      {"answers and hangs up", [](Peer& p, std::int64_t id) { p.answer(id), p.hangUp(); }, 1, 0, Error::Code::Io},
+      {"hangs up in mid-answer", [](Peer& p, std::int64_t) { p.say(std::string("\0\0\0\x09x", 5)), p.hangUp(); }, 0, 1,
+       Error::Code::Io},
+      {"says garbage", [](Peer& p, std::int64_t) { p.say(std::string("\0\0\0\x05hello", 9)); }, 0, 1,
+       Error::Code::Malformed},
+      {"says too much", [](Peer& p, std::int64_t) { p.say("\xff\xff\xff\xff"); }, 0, 1, Error::Code::LimitExceeded},
+      {"answers an unknown id", [](Peer& p, std::int64_t id) { p.answer(id + 100); }, 0, 1, Error::Code::Malformed},
+      {"answers twice", [](Peer& p, std::int64_t id) { p.answer(id), p.answer(id), p.hangUp(); }, 1, 0,
+       Error::Code::Malformed},
+  };
+  for (const auto& row : rows) {
+    SocketPair pair = SocketPair::make();
+    Peer other(std::move(pair.theirs));
+    SocketHelperConnection broken(std::move(pair.ours), queue);
+    Outcome result;
+    result.ask(broken);
+    row.act(other, other.next().id);
+    ASSERT_TRUE(queue.runUntil([&] { return result.count() == 1; })) << row.what;
+    EXPECT_EQ(result.replies.size(), row.replies) << row.what;
+    EXPECT_EQ(result.failures.size(), row.failures) << row.what;
+    result.ask(broken);
+    ASSERT_TRUE(queue.runUntil([&] { return result.count() == 2; })) << row.what;
+    ASSERT_EQ(result.failures.size(), row.failures + 1) << row.what;
+    EXPECT_EQ(result.failures.back().code, row.code) << row.what << ": " << result.failures.back().text();
+  }
+}
+
+TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadHoldsNobodyUp) {
+  const Dictionary large{{"string", plist::Data{std::string(std::size_t{2} << 20U, 'x')}}};
+  for (int i = 0; i < 4; ++i) outcome.ask(*connection, large);  // far more than a socket takes
+  EXPECT_EQ(outcome.count(), 0U);
+  for (int i = 0; i < 4; ++i) {
+    const Frame frame = peer.next();
+    EXPECT_TRUE(frame.body == large);
+    peer.answer(frame.id);
+  }
+  ASSERT_TRUE(wait(4));
+  EXPECT_EQ(outcome.replies.size(), 4U);
+  outcome.ask(*connection, large);
+  connection.reset();  // in the middle of sending
+  EXPECT_EQ(outcome.count(), 4U);
+}
+
+TEST_F(SocketHelperConnectionTest, ARequestThatIsTooLargeFailsAloneAndNotBeforeTheCallReturns) {
+  outcome.ask(*connection, {{"data", plist::Data{std::string(largestFrame, 'x')}}});
+  EXPECT_EQ(outcome.count(), 0U);
+  ASSERT_TRUE(wait(1));
+  ASSERT_EQ(outcome.failures.size(), 1U);
+  EXPECT_EQ(outcome.failures[0].code, Error::Code::LimitExceeded);
+  outcome.ask(*connection, request(1));
+  peer.answer(peer.next().id);
+  ASSERT_TRUE(wait(2));
+  EXPECT_EQ(outcome.replies.size(), 1U);
+}
+
+TEST_F(SocketHelperConnectionTest, NobodyIsAnsweredAfterTheEnd) {
+  outcome.ask(*connection);
+  peer.answer(peer.next().id);
+  peer.hangUp();
+  connection->invalidate();
+  outcome.ask(*connection);  // this one is told
+  ASSERT_TRUE(wait(1));
+  EXPECT_EQ(outcome.failures.size(), 1U);
+  connection.reset();
+  bool isRun = false;
+  queue.post([&] { isRun = true; });
+  ASSERT_TRUE(queue.runUntil([&] { return isRun; }));
+  EXPECT_EQ(outcome.count(), 1U);
+}
+
+TEST_F(SocketHelperConnectionTest, AnAnswerMayEndTheConnection) {
+  for (const bool isAnswered : {true, false}) {
+    SocketPair pair = SocketPair::make();
+    Peer other(std::move(pair.theirs));
+    auto ending = std::make_unique<SocketHelperConnection>(std::move(pair.ours), queue);
+    bool hasEnded = false;
+    const auto end = [&](const auto&) {
+      ending.reset();
+      hasEnded = true;
+    };
+    ending->run({}, end, end);
+    ending->run({}, end, end);
+    const Frame frame = other.next();
+    isAnswered ? other.answer(frame.id) : other.hangUp();
+    ASSERT_TRUE(queue.runUntil([&] { return hasEnded; }));
+    EXPECT_FALSE(ending);
+  }
+}
+
+TEST(ProcessHelperConnectionTest, HelpersComeAndGoWithoutATrace) {
+  struct Row {
+    const char* script;
+    std::size_t replies;
+  };
+  const std::vector<Row> rows{
+      {"exec cat <&3 >&3", 1},           // answers each request with the request
+      {"exit 0", 0},                     // dies at once
+      {"head -c 1 <&3; kill -9 $$", 0},  // dies in the middle
+      {"echo hello, friend >&3", 0},     // garbage
+      {"test -e /dev/fd/9 || cat <&3 >&3", 1},
+  };
+  testdata::ThreadQueue queue;
+  const FileDescriptor secret(::dup2(1, 9));  // no helper may get what isn't close-on-exec by accident
+  ASSERT_EQ(::fcntl(9, F_SETFD, FD_CLOEXEC), 0);
+  const std::size_t before = openDescriptors();
+  for (const auto& row : rows) {
+    const auto reaper = std::make_shared<Reaper>(std::chrono::seconds(20));
+    auto connection =
+        startHelper({.path = "/bin/sh", .arguments = {"-c", row.script}, .environment = {{"PATH", "/usr/bin:/bin"}}},
+                    queue, reaper);
+    ASSERT_TRUE(connection) << connection.error().text();
+    Outcome outcome;
+    outcome.ask(**connection, request(5));
+    ASSERT_TRUE(queue.runUntil([&] { return outcome.count() == 1; })) << row.script;
+    EXPECT_EQ(outcome.replies.size(), row.replies) << row.script;
+    for (const auto& reply : outcome.replies) EXPECT_EQ(reply, request(5));
+  }
+  EXPECT_EQ(openDescriptors(), before);
+  EXPECT_FALSE(hasChildren());
+}
+
+TEST(ProcessHelperConnectionTest, ARequestSentRightBeforeTheEndArrives) {
+  const testdata::TemporaryFolder folder;
+  const std::string file = folder.path() / "heard";
+  testdata::ThreadQueue queue;
+  {
+    auto connection = startHelper({.path = "/bin/sh",
+                                   .arguments = {"-c", "head -c 12 <&3 | tail -c 8 >'" + file + "'"},
+                                   .environment = {{"PATH", "/usr/bin:/bin"}}},
+                                  queue, std::make_shared<Reaper>(std::chrono::seconds(20)));
+    ASSERT_TRUE(connection);
+    (*connection)
+        ->run(
+            request(1), [](const Dictionary&) {}, [](const Error&) {});
+  }
+  EXPECT_EQ(testdata::bytes(file), "bplist00");
+}
+
+TEST(ProcessHelperConnectionTest, AMissingProgramIsAnError) {
+  testdata::ThreadQueue queue;
+  const auto connection = startHelper({.path = "/nowhere/helper"}, queue, std::make_shared<Reaper>());
+  ASSERT_FALSE(connection);
+  EXPECT_EQ(connection.error().code, Error::Code::NotFound);
+  EXPECT_FALSE(hasChildren());
+}
+
+}  // namespace
+}  // namespace mirvel::wire
