@@ -29,13 +29,16 @@ Result<void> makePrivate(const fs::path& folder) {
 }  // namespace
 
 Places Places::of(const Roots& roots, const Environment& environment) {
-  const fs::path folder = roots.applicationSupport / "host";
+  Places places = below(roots);
   const auto runtime = environment.find("XDG_RUNTIME_DIR");
-  if (runtime == environment.end() || !runtime->second.starts_with('/')) return in(folder);
-  return {.folder = folder, .socket = fs::path(runtime->second) / "mirvel" / "host.socket"};
+  if (runtime != environment.end() && runtime->second.starts_with('/')) {
+    places.socket = fs::path(runtime->second) / "mirvel" / "host.socket";
+  }
+  return places;
 }
 
-Places Places::in(const fs::path& folder) {
+Places Places::below(const Roots& roots) {
+  const fs::path folder = roots.applicationSupport / "host";
   return {.folder = folder, .socket = folder / "host.socket"};
 }
 

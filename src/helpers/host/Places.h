@@ -15,8 +15,8 @@ struct Places {
 
   /// The socket lies in the user's runtime folder, if there is one, else with the state.
   static Places of(const Roots& roots, const Environment& environment);
-  /// Everything in that folder, for hosts beside the user's own.
-  static Places in(const std::filesystem::path& folder);
+  /// Everything with the state: for a machine below a folder, which has no runtime folder.
+  static Places below(const Roots& roots);
 
   /// Makes the folders, open to nobody else. Fails if one can't be made, or is another's.
   Result<void> make() const;

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "helpers/action/Service.h"
 #include "helpers/host/Daemon.h"
 #include "helpers/host/Detachment.h"
 
@@ -19,7 +20,7 @@ constexpr const char* usage =
     "Runs launchd jobs where neither launchd nor systemd does: those that it is asked to load, and those that were\n"
     "loaded when it last ended. There is one for each user.\n\n"
     "  --detach     come back as soon as the host can be reached, and leave it running\n"
-    "  --root DIR   keep state, logs and socket in this folder\n";
+    "  --root DIR   a machine's folders below this one, in place of the machine's own\n";
 
 struct Options {
   bool detach = false;
@@ -44,7 +45,7 @@ int run(const Options& options, const Environment& environment) {
   host::Detachment detachment;
   if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
   const auto places = options.root.empty() ? host::Places::of(Roots::forThisMachine(environment), environment)
-                                           : host::Places::in(options.root);
+                                           : host::Places::below(rootsBelow(options.root));
   const auto ran = host::runHost(places, environment, [&] { detachment.complete(); });
   if (!ran) std::cerr << "mirvel-host: " << ran.error().text() << '\n';
   return ran ? 0 : 1;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/support/SystemProcessRunner.h"
+#include "helpers/action/Service.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
@@ -59,11 +60,11 @@ class HostFixture : public testing::Test {
   }
 
   testdata::TemporaryFolder folder;
-  const Places places = Places::in(folder.path() / "host");
+  const Places places = Places::below(rootsBelow(folder.path()));
   SystemProcessRunner runner{{{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}}};
   EmbeddedHost embedded{{.places = places,
                          .program = MIRVEL_HOST,
-                         .arguments = {"--root", places.folder},
+                         .arguments = {"--root", folder.path()},
                          .autostart = folder.path() / "autostart"},
                         runner};
   HostClient client{places.socket};

@@ -289,7 +289,7 @@ TEST_F(HostProgram, IsStartedOnceHoweverManyAskAtTheSameTime) {
   std::vector<std::thread> threads;
   for (const auto& file : files) {
     threads.emplace_back([&, file] {
-      EmbeddedHost other({.places = places, .program = MIRVEL_HOST, .arguments = {"--root", places.folder}}, runner);
+      EmbeddedHost other({.places = places, .program = MIRVEL_HOST, .arguments = {"--root", folder.path()}}, runner);
       const auto loaded = other.load(file);
       EXPECT_TRUE(loaded) << loaded.error().text();
     });
