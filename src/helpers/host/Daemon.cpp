@@ -30,10 +30,16 @@ class Daemon {
   }
 
   void run() {
-    for (settle(); !m_isEnding || !m_host.isEmpty(); settle()) m_loop.turn(m_alarm.timeout(currentTime()));
+    for (settle(); !m_isEnding || !m_host.isEmpty(); settle()) m_loop.turn(timeout());
   }
 
  private:
+  int timeout() const {
+    constexpr int polling = PathWatch::pollingSeconds * 1000;
+    const int wanted = m_alarm.timeout(currentTime());
+    return m_host.mustPoll() && (wanted < 0 || wanted > polling) ? polling : wanted;
+  }
+
   void takeSignals() {
     for (const int number : m_signals.take()) {
       if (number == SIGCHLD) m_host.collect();

@@ -86,13 +86,13 @@ void Host::restore() {
 Result<void> Host::load(const fs::path& file) {
   if (m_isQuitting) return Error{.code = Error::Code::Io, .message = "the job host is about to end"};
   const auto added = add(file);
-  if (!added) return added;
+  if (!added) return added.error();
   const auto noted = note();
-  if (!noted) forget(*find(file, std::nullopt)->second);
+  if (!noted) forget(*m_jobs.at(*added));
   return noted;
 }
 
-Result<void> Host::add(const fs::path& file) {
+Result<std::string> Host::add(const fs::path& file) {
   const auto plist = readJob(file);
   if (!plist) return plist.error();
   const std::string& label = plist->name;
@@ -108,7 +108,7 @@ Result<void> Host::add(const fs::path& file) {
   tellOfUnserved(label, *plist);
   m_jobs.insert_or_assign(label, std::move(entry));
   m_hasNews = true;
-  return {};
+  return label;
 }
 
 void Host::tellOfUnserved(const std::string& label, const launchd::Plist& plist) {
@@ -168,7 +168,7 @@ std::vector<HostedJobStatus> Host::status() const {
 void Host::settle() {
   const HostTime now = currentTime();
   noteClock(now);
-  if (m_pathWatch->descriptor() < 0) takePathChanges();
+  if (mustPoll()) takePathChanges();
   if (m_wakeAt && now.running >= *m_wakeAt) m_hasNews = true;
   if (!m_hasNews) return;
   // What one job does can be what another waits for.

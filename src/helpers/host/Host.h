@@ -59,6 +59,8 @@ class Host {
   void collect();
   /// Looks at the clocks, and does what the jobs say.
   void settle();
+  /// Whether it must be called every `PathWatch::pollingSeconds` too, where the system tells of no changes.
+  bool mustPoll() const { return m_pathWatch->descriptor() < 0; }
   /// When `settle` should be called next if nothing happens before.
   std::optional<std::chrono::milliseconds> wakeAt() const { return m_wakeAt; }
 
@@ -73,7 +75,8 @@ class Host {
   using Jobs = std::map<std::string, std::unique_ptr<Entry>>;
 
   Jobs::iterator find(const std::filesystem::path& file, const std::optional<std::string>& label);
-  Result<void> add(const std::filesystem::path& file);
+  /// Gives the label.
+  Result<std::string> add(const std::filesystem::path& file);
   void tellOfUnserved(const std::string& label, const launchd::Plist& plist);
   void watchPaths();
   void watchMounts();

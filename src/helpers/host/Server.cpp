@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "helpers/host/HostSocket.h"
 #include "helpers/jobhost/HostMessages.h"
@@ -28,7 +29,10 @@ Error badRequest(const std::string& message) {
 }  // namespace
 
 Server::Server(FileDescriptor listening, Host& host, PollLoop& loop)
-    : m_listening(std::move(listening)), m_host(host), m_loop(loop) {
+    : m_listening(std::move(listening)),
+      m_spare(::open("/dev/null", O_RDONLY | O_CLOEXEC)),
+      m_host(host),
+      m_loop(loop) {
   m_loop.watch(m_listening.number(), POLLIN, [this](short) { accept(); });
 }
 
@@ -39,6 +43,7 @@ Server::~Server() {
 
 void Server::accept() {
   FileDescriptor socket(::accept(m_listening.number(), nullptr, nullptr));
+  if (!socket && (errno == EMFILE || errno == ENFILE)) return turnAway();
   if (!socket || !isTrustedPeer(socket.number()) || m_clients.size() >= mostConnections) return;
   ::fcntl(socket.number(), F_SETFD, FD_CLOEXEC);
   ::fcntl(socket.number(), F_SETFL, O_NONBLOCK);
@@ -46,6 +51,13 @@ void Server::accept() {
   m_clients.push_back(client);
   m_loop.watch(client->descriptor(), client->events(),
                [this, weak = std::weak_ptr<Connection>(client)](short) { serve(weak.lock()); });
+}
+
+/// Else the loop would be told of the same client again and again.
+void Server::turnAway() {
+  m_spare.reset();
+  FileDescriptor(::accept(m_listening.number(), nullptr, nullptr)).reset();
+  m_spare = FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
 void Server::serve(const Client& client) {

@@ -42,6 +42,7 @@ class Server {
   };
 
   void accept();
+  void turnAway();
   void serve(const Client& client);
   void answer(const Client& client, const wire::Frame& request);
   plist::Dictionary load(const plist::Dictionary& request);
@@ -53,6 +54,7 @@ class Server {
   std::optional<plist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
 
   FileDescriptor m_listening;
+  FileDescriptor m_spare;  ///< given up for a moment when there are no descriptors left
   Host& m_host;
   PollLoop& m_loop;
   std::vector<Client> m_clients;

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "core/support/Strings.h"
+#include "helpers/action/Service.h"
 
 namespace mirvel {
 
@@ -26,17 +27,42 @@ Result<void> withoutContent(const Result<plist::Dictionary>& answer) {
   return answer ? Result<void>() : answer.error();
 }
 
+std::vector<std::string> argumentsOf(const EmbeddedHost::Settings& settings) {
+  std::vector<std::string> result{"--detach"};
+  result.insert(result.end(), settings.arguments.begin(), settings.arguments.end());
+  return result;
+}
+
+std::vector<std::string> commandOf(const EmbeddedHost::Settings& settings) {
+  std::vector<std::string> result = argumentsOf(settings);
+  result.insert(result.begin(), settings.program.string());
+  return result;
+}
+
 Error badAnswer() {
   return {.code = Error::Code::Malformed, .message = "the job host's answer can't be understood"};
 }
 
 }  // namespace
 
+EmbeddedHost::Settings EmbeddedHost::ofUser(const std::filesystem::path& program, const Roots& roots,
+                                            const Environment& environment) {
+  return {.places = host::Places::of(roots, environment), .program = program, .autostart = roots.ownAutostart};
+}
+
+EmbeddedHost::Settings EmbeddedHost::below(const std::filesystem::path& program, const std::filesystem::path& root) {
+  const Roots roots = rootsBelow(root);
+  return {.places = host::Places::below(roots),
+          .program = program,
+          .arguments = {"--root", root.string()},
+          .autostart = roots.ownAutostart};
+}
+
 EmbeddedHost::EmbeddedHost(Settings settings, ProcessRunner& runner)
     : m_settings(std::move(settings)),
       m_runner(runner),
       m_client(m_settings.places.socket),
-      m_autostart(m_settings.autostart, m_settings.program) {}
+      m_autostart(m_settings.autostart, commandOf(m_settings)) {}
 
 Result<void> EmbeddedHost::load(const std::filesystem::path& file) {
   const auto loaded = ask(request::load, {{std::string(key::path), file.string()}});
@@ -99,9 +125,7 @@ Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plis
 }
 
 Result<void> EmbeddedHost::start() {
-  std::vector<std::string> arguments{"--detach"};
-  arguments.insert(arguments.end(), m_settings.arguments.begin(), m_settings.arguments.end());
-  const auto result = m_runner.run(m_settings.program, arguments);
+  const auto result = m_runner.run(m_settings.program, argumentsOf(m_settings));
   if (!result) return result.error();
   if (result->exitStatus == 0) return {};
   const std::string said(String::trim(result->complaints, true));

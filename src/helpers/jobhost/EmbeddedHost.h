@@ -23,6 +23,11 @@ class EmbeddedHost : public JobHost {
     std::filesystem::path autostart = {};     ///< folder for the entry that starts it at login; empty: none
   };
 
+  /// The user's own host, which is started at login from its first load on.
+  static Settings ofUser(const std::filesystem::path& program, const Roots& roots, const Environment& environment);
+  /// That of a machine whose folders are those of `rootsBelow(root)`.
+  static Settings below(const std::filesystem::path& program, const std::filesystem::path& root);
+
   /// The runner must outlive it.
   EmbeddedHost(Settings settings, ProcessRunner& runner);
 

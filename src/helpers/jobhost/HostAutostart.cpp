@@ -1,5 +1,6 @@
 #include "helpers/jobhost/HostAutostart.h"
 
+#include <algorithm>
 #include <string>
 #include <system_error>
 
@@ -9,9 +10,11 @@ namespace mirvel::host {
 
 namespace {
 
-/// One argument of an `Exec` line, quoted as the desktop entry specification has it: for the command line, and once
-/// more for the file's own backslashes.
+/// One argument of an `Exec` line; quoted, unless it is plain, as the desktop entry specification has it: for the
+/// command line, and once more for the file's own backslashes.
 std::string quoted(const std::string& text) {
+  const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c == '-' || (c >= 'a' && c <= 'z'); });
+  if (isPlain) return text;
   std::string result = "\"";
   for (const char c : text) {
     if (c == '"' || c == '`' || c == '$') result += "\\\\";
@@ -30,6 +33,8 @@ Result<void> HostAutostart::install() const {
   std::error_code failure;
   if (std::filesystem::exists(entry, failure)) return {};
   std::filesystem::create_directories(m_folder, failure);  // if that fails, so does what follows, and tells why
+  std::string command;
+  for (const std::string& word : m_command) command += (command.empty() ? "" : " ") + quoted(word);
   return replaceFile(entry,
                      "[Desktop Entry]\n"
                      "Type=Application\n"
@@ -37,7 +42,7 @@ Result<void> HostAutostart::install() const {
                      "Comment=Runs the jobs that were made with Mirvel\n"
                      "NoDisplay=true\n"
                      "Exec=" +
-                         quoted(m_program.string()) + " --detach\n");
+                         command + "\n");
 }
 
 }  // namespace mirvel::host

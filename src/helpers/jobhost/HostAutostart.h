@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "core/support/Result.h"
 
@@ -10,15 +12,15 @@ namespace mirvel::host {
 class HostAutostart {
  public:
   /// An empty folder: the platform has none, and nothing is ever written.
-  HostAutostart(std::filesystem::path folder, std::filesystem::path program)
-      : m_folder(std::move(folder)), m_program(std::move(program)) {}
+  HostAutostart(std::filesystem::path folder, std::vector<std::string> command)
+      : m_folder(std::move(folder)), m_command(std::move(command)) {}
 
   /// Writes the entry unless there is one: whoever switched theirs off keeps it so.
   Result<void> install() const;
 
  private:
   std::filesystem::path m_folder;
-  std::filesystem::path m_program;
+  std::vector<std::string> m_command;
 };
 
 }  // namespace mirvel::host

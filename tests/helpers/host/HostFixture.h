@@ -62,11 +62,7 @@ class HostFixture : public testing::Test {
   testdata::TemporaryFolder folder;
   const Places places = Places::below(rootsBelow(folder.path()));
   SystemProcessRunner runner{{{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}}};
-  EmbeddedHost embedded{{.places = places,
-                         .program = MIRVEL_HOST,
-                         .arguments = {"--root", folder.path()},
-                         .autostart = folder.path() / "autostart"},
-                        runner};
+  EmbeddedHost embedded{EmbeddedHost::below(MIRVEL_HOST, folder.path()), runner};
   HostClient client{places.socket};
 };
 

@@ -289,7 +289,7 @@ TEST_F(HostProgram, IsStartedOnceHoweverManyAskAtTheSameTime) {
   std::vector<std::thread> threads;
   for (const auto& file : files) {
     threads.emplace_back([&, file] {
-      EmbeddedHost other({.places = places, .program = MIRVEL_HOST, .arguments = {"--root", folder.path()}}, runner);
+      EmbeddedHost other(EmbeddedHost::below(MIRVEL_HOST, folder.path()), runner);
       const auto loaded = other.load(file);
       EXPECT_TRUE(loaded) << loaded.error().text();
     });
@@ -300,9 +300,10 @@ TEST_F(HostProgram, IsStartedOnceHoweverManyAskAtTheSameTime) {
 
 TEST_F(HostProgram, LeavesAnAutostartEntryThatThePersonMayChange) {
   load(job("one", "true"));
-  const auto entry = folder.path() / "autostart" / "mirvel-host.desktop";
-  EXPECT_THAT(testdata::bytes(entry), HasSubstr("Exec=\"" MIRVEL_HOST "\" --detach\n"));
-  folder.write("autostart/mirvel-host.desktop", "Hidden=true\n");
+  const auto entry = rootsBelow(folder.path()).ownAutostart / "mirvel-host.desktop";
+  EXPECT_THAT(testdata::bytes(entry),
+              HasSubstr("Exec=\"" MIRVEL_HOST "\" --detach --root \"" + folder.path().string() + "\"\n"));
+  folder.write(fs::relative(entry, folder.path()), "Hidden=true\n");
   load(job("two", "true"));
   EXPECT_EQ(testdata::bytes(entry), "Hidden=true\n");
 }

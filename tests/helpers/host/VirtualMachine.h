@@ -32,9 +32,9 @@ class VirtualMachine {
 
   /// Lets the time pass, second by second where something happens.
   void runUntil(long second) {
-    const std::chrono::milliseconds end = std::chrono::seconds(second);
-    while (now.running < end) {
-      auto next = end;
+    const std::chrono::milliseconds last = std::chrono::seconds(second);
+    while (now.running < last) {
+      auto next = last;
       if (const auto wake = m_job.wakeAt(now)) next = std::min(next, std::max(*wake, now.running + tick));
       if (m_endsAt) next = std::min(next, *m_endsAt);
       advance(next - now.running);
@@ -56,12 +56,6 @@ class VirtualMachine {
 
   void unload() {
     m_job.unload(now);
-    settle();
-  }
-
-  void endProcess(ProcessEnd end) {
-    m_endsAt.reset();
-    m_job.ended(end);
     settle();
   }
 
