@@ -59,6 +59,8 @@ int lint(Arguments arguments, const Context& context);
 int show(Arguments arguments, const Context& context);
 /// Lists the jobs of the machine.
 int list(Arguments arguments, const Context& context);
+/// Tells what the loaded jobs do.
+int status(Arguments arguments, const Context& context);
 /// Writes a property list in its other form.
 int convert(Arguments arguments, const Context& context);
 /// Tells about the commands.

@@ -9,7 +9,7 @@ namespace mirvel::ctl {
 
 namespace {
 
-constexpr std::array<Command, 5> table = {{
+constexpr std::array<Command, 6> table = {{
     {"lint", "[--json] FILE...", "check job files",
      "Tells for each file what launchd would refuse, ignore or understand in another way than\n"
      "it was probably meant, with the line where there is one.\n"
@@ -34,6 +34,13 @@ constexpr std::array<Command, 5> table = {{
      "  --system   the jobs of the system too, whatever is set in the application\n"
      "  --json     an array of objects with kind, name, summary, path, editable and disabled\n",
      list},
+    {"status", "[--json]", "tell what the loaded jobs do",
+     "Tells which host runs the jobs of this machine, launchd or mirvel-host, and of each loaded\n"
+     "job its process, how it ended last, and when a timer starts it next.\n"
+     "\n"
+     "  --json   an object with host, running and jobs; a job has label, path, process, lastExit\n"
+     "           (code, signal and text) and nextRun (seconds since 1970), null where unknown\n",
+     status},
     {"convert", "FILE --to xml|binary", "write a property list to the standard output",
      "Writes the property list in the form that is asked for. The file itself stays as it is.\n"
      "\n"

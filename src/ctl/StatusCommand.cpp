@@ -1,0 +1,146 @@
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <ctime>
+#include <ostream>
+#include <sstream>
+
+#include "core/support/Commands.h"
+#include "ctl/Arguments.h"
+#include "ctl/Command.h"
+#include "ctl/Json.h"
+#include "ctl/Printable.h"
+#include "ctl/Style.h"
+#include "helpers/host/Places.h"
+#include "helpers/jobhost/HostClient.h"
+
+namespace mirvel::ctl {
+
+namespace {
+
+using Jobs = std::vector<host::HostedJobStatus>;
+
+/// "2026-03-29 03:00", by the clock on the wall.
+std::string localText(std::chrono::sys_seconds moment) {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
+  std::tm time{};
+  ::localtime_r(&seconds, &time);
+  char text[32];
+  return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &time)};
+}
+
+template <typename Number>
+Json numberOrNull(const std::optional<Number>& number) {
+  return number ? Json(*number) : Json(nullptr);
+}
+
+Json jobObject(const host::HostedJobStatus& job) {
+  Json lastExit = nullptr;
+  if (job.lastEnd) {
+    lastExit = {{"code", numberOrNull(job.lastCode)}, {"signal", numberOrNull(job.lastSignal)}, {"text", *job.lastEnd}};
+  }
+  Json nextRun = nullptr;
+  if (job.nextRun) nextRun = static_cast<std::int64_t>(job.nextRun->time_since_epoch().count());
+  return {{"label", job.label},
+          {"path", job.path.empty() ? Json(nullptr) : Json(job.path)},
+          {"process", numberOrNull(job.process)},
+          {"lastExit", std::move(lastExit)},
+          {"nextRun", std::move(nextRun)}};
+}
+
+void writeJson(std::string_view hostName, bool isRunning, const Jobs& jobs, const Context& context) {
+  Json list = Json::array();
+  for (const auto& job : jobs) list.push_back(jobObject(job));
+  context.out << text(Json{{"host", hostName}, {"running", isRunning}, {"jobs", std::move(list)}}) << '\n';
+}
+
+std::string describe(const host::HostedJobStatus& job) {
+  std::string result = job.process ? "runs as process " + std::to_string(*job.process) : "doesn't run";
+  if (job.lastEnd) result += "; last " + *job.lastEnd;
+  if (job.nextRun) result += "; next run " + localText(*job.nextRun);
+  return result;
+}
+
+void writeText(std::string_view hostName, bool isRunning, const Jobs& jobs, const Context& context) {
+  context.out << bold(hostName, context.hasColour) << (isRunning ? "" : " isn't running: no job is loaded") << '\n';
+  if (isRunning && jobs.empty()) context.out << "  no job is loaded\n";
+  for (const auto& job : jobs) {
+    context.out << "  " << printable(job.label) << "  " << printable(describe(job)) << '\n';
+  }
+}
+
+struct Answer {
+  std::string_view hostName;
+  bool isRunning;
+  Jobs jobs;
+};
+
+/// A line of `launchctl list`: process or "-", last exit status (of a signal its negative number), label.
+std::optional<host::HostedJobStatus> jobInLine(const std::string& line) {
+  std::istringstream words(line);
+  std::string process, last, label;
+  if (!std::getline(words, process, '\t') || !std::getline(words, last, '\t') || !std::getline(words, label)) return {};
+  const auto number = [](const std::string& text) -> std::optional<std::int64_t> {
+    std::int64_t value = 0;
+    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return failure == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+  };
+  if (process != "-" && !number(process)) return {};  // the heading
+  host::HostedJobStatus job{.label = label, .path = {}, .process = number(process)};
+  if (const auto end = number(last)) {
+    job.lastCode = std::max<std::int64_t>(*end, 0);
+    job.lastSignal = std::max<std::int64_t>(-*end, 0);
+    job.lastEnd = *end < 0 ? "was ended by signal " + std::to_string(-*end) : "exited with " + last;
+  }
+  return job;
+}
+
+Result<Answer> askLaunchd(const std::string& launchctl, ProcessRunner& runner) {
+  const auto said = runner.run(launchctl, {"list"});
+  if (!said) return said.error();
+  if (said->exitStatus != 0) {
+    return Error{.code = Error::Code::Io, .message = "launchctl can't list the jobs: " + said->complaints};
+  }
+  Answer answer{.hostName = "launchd", .isRunning = true, .jobs = {}};
+  std::istringstream lines(said->output);
+  for (std::string line; std::getline(lines, line);) {
+    if (auto job = jobInLine(line)) answer.jobs.push_back(*std::move(job));
+  }
+  return answer;
+}
+
+/// It isn't started for being asked: the terminal companion changes nothing.
+Result<Answer> askEmbeddedHost(const std::filesystem::path& socket) {
+  auto jobs = host::HostClient(socket).status();
+  if (!jobs && !host::HostClient::isNoHost(jobs.error())) return jobs.error();
+  Answer answer{.hostName = "mirvel-host", .isRunning = static_cast<bool>(jobs), .jobs = {}};
+  if (jobs) answer.jobs = *std::move(jobs);
+  return answer;
+}
+
+Result<Answer> askHost(const Machine& machine) {
+  const std::string launchctl = Commands::forThisMachine(machine.environment).launchctl;
+  if (isProgram(launchctl)) return askLaunchd(launchctl, machine.runner);
+  return askEmbeddedHost(host::Places::of(machine.roots, machine.environment).socket);
+}
+
+}  // namespace
+
+int status(Arguments arguments, const Context& context) {
+  const auto parsed = parseArguments(arguments, {{"--json"}});
+  if (!parsed) return usageError("status", parsed.error().message, context);
+  if (!parsed->operands.empty()) return usageError("status", "it takes no file", context);
+  const auto answer = askHost(context.machine);
+  if (!answer) {
+    context.err << "mirvelctl status: " << printable(answer.error().text()) << '\n';
+    return Failed;
+  }
+  if (parsed->has("--json")) {
+    writeJson(answer->hostName, answer->isRunning, answer->jobs, context);
+  } else {
+    writeText(answer->hostName, answer->isRunning, answer->jobs, context);
+  }
+  return Success;
+}
+
+}  // namespace mirvel::ctl

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include "core/support/Pipe.h"
+
+namespace mirvel::host {
+
+/// Frees a program from whoever started it: from their files, terminal and session. Until it is ready what it says
+/// still reaches them.
+class Detachment {
+ public:
+  /// Closes what was handed down beside the standard files, and sets what jobs would inherit.
+  Detachment();
+
+  /// Goes on in a child with a session of its own, where it gives true. In the parent, or if there can be no child, it
+  /// gives false: then `waitUntilReady` gives the exit status.
+  bool fork();
+  int waitUntilReady();
+
+  /// The program can do what it is there for: lets go of the standard files and the parent.
+  void complete();
+
+ private:
+  Pipe m_pipe;
+  pid_t m_child = -1;
+};
+
+}  // namespace mirvel::host

@@ -1,0 +1,256 @@
+#include "helpers/host/Host.h"
+
+#include <signal.h>
+
+#include <algorithm>
+#include <system_error>
+
+#include "core/support/ReadFile.h"
+#include "core/support/RegularFile.h"
+
+namespace mirvel::host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* zoneFile = "/etc/localtime";
+constexpr std::size_t largestJobFile = std::size_t{4} << 20U;
+
+bool holdsFiles(const std::string& folder) {
+  std::error_code failure;
+  const fs::directory_iterator first(folder, failure);
+  return !failure && first != fs::directory_iterator();
+}
+
+bool exists(const std::string& path) {
+  std::error_code failure;
+  return fs::exists(path, failure);
+}
+
+Result<launchd::Plist> readJob(const fs::path& file) {
+  if (!file.is_absolute()) {
+    return Error{.code = Error::Code::BadArgument, .message = "the path isn't absolute", .file = file};
+  }
+  const auto regular = RegularFile::open(file);
+  if (!regular) return regular.error();
+  const auto bytes = readFile(file, largestJobFile);
+  if (!bytes) return bytes.error();
+  auto plist = launchd::Plist::read(*bytes);
+  if (plist) return plist;
+  Error error = plist.error();
+  error.file = file;
+  return error;
+}
+
+}  // namespace
+
+Host::Host(Settings settings, PollLoop& loop)
+    : m_settings(std::move(settings)),
+      m_loop(loop),
+      m_calendar(m_settings.zone()),
+      m_log(m_settings.folder / "log"),
+      m_loadedJobs(m_settings.folder / "loaded.plist"),
+      m_surroundings{.exists = exists,
+                     .holdsFiles = holdsFiles,
+                     .isLoaded =
+                         [this](const std::string& label) {
+                           const auto found = m_jobs.find(label);
+                           return found != m_jobs.end() && !found->second->job.isUnloaded();
+                         },
+                     .firstRun = [this](auto rules, auto after) { return m_calendar.firstRun(rules, after); }},
+      m_pathWatch(makePathWatch()) {
+  watchPaths();
+  m_log.prune(currentTime().wall);
+}
+
+Host::~Host() {
+  for (const auto& [label, entry] : m_jobs) {
+    if (entry->process.id > 0) ::kill(-entry->process.id, SIGKILL);
+    if (entry->process.output) m_loop.forget(entry->process.output.number());
+  }
+  for (const auto& [number, file] : m_leftOutputs) m_loop.forget(number);
+  if (m_pathWatch->descriptor() >= 0) m_loop.forget(m_pathWatch->descriptor());
+  if (m_mountWatch.descriptor() >= 0) m_loop.forget(m_mountWatch.descriptor());
+}
+
+void Host::restore() {
+  const auto files = m_loadedJobs.read();
+  if (!files) return addToLog("mirvel-host", "can't tell which jobs were loaded: " + files.error().text());
+  for (const fs::path& file : *files) {
+    const auto added = add(file);
+    if (!added) addToLog("mirvel-host", "can't load " + file.string() + ": " + added.error().text());
+  }
+}
+
+Result<void> Host::load(const fs::path& file) {
+  if (m_isQuitting) return Error{.code = Error::Code::Io, .message = "the job host is about to end"};
+  const auto added = add(file);
+  if (!added) return added.error();
+  const auto noted = note();
+  if (!noted) forget(*m_jobs.at(*added));
+  return noted;
+}
+
+Result<std::string> Host::add(const fs::path& file) {
+  const auto plist = readJob(file);
+  if (!plist) return plist.error();
+  const std::string& label = plist->name;
+  if (label.empty()) return Error{.code = Error::Code::MissingKey, .message = "the label is empty", .file = file};
+  if (isLoaded(label)) {
+    return Error{.code = Error::Code::BadArgument, .message = label + " is loaded already", .file = file};
+  }
+  auto entry = std::make_unique<Entry>(
+      Entry{.file = file, .job = HostedJob(JobRules::of(*plist), m_surroundings), .plan = ProcessPlan::of(*plist)});
+  for (const std::string& path : entry->job.rules().pathsToWatch()) m_pathWatch->add(path);
+  if (entry->job.rules().startOnMount) watchMounts();
+  entry->job.load(currentTime());
+  tellOfUnserved(label, *plist);
+  m_jobs.insert_or_assign(label, std::move(entry));
+  m_hasNews = true;
+  return label;
+}
+
+void Host::tellOfUnserved(const std::string& label, const launchd::Plist& plist) {
+  for (const std::string& name : unservedKeys(plist)) {
+    addToLog(label, label + ": this host can't serve the key " + name + "; it runs the rest of the job");
+  }
+  if (plist.startOnMount == true && m_mountWatch.descriptor() < 0) {
+    addToLog(label, label + ": this host can't notice mounts here; it runs the rest of the job");
+  }
+}
+
+Host::Jobs::iterator Host::find(const fs::path& file, const std::optional<std::string>& label) {
+  if (label) return m_jobs.find(*label);
+  return std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& job) { return job.second->file == file; });
+}
+
+std::optional<std::string> Host::unload(const fs::path& file, const std::optional<std::string>& label) {
+  const auto found = find(file, label);
+  if (found == m_jobs.end()) return std::nullopt;
+  const std::string name = found->first;
+  found->second->job.unload(currentTime());
+  m_hasNews = true;
+  if (m_isQuitting) return name;
+  const auto noted = note();
+  if (!noted) addToLog(name, name + ": unloaded, but that can't be noted: " + noted.error().text());
+  return name;
+}
+
+void Host::quit() {
+  m_isQuitting = true;
+  m_hasNews = true;
+  for (const auto& [label, entry] : m_jobs) entry->job.unload(currentTime());
+}
+
+bool Host::hasRun(const std::string& label) const {
+  const auto found = m_jobs.find(label);
+  return found != m_jobs.end() && found->second->job.lastEnd().has_value();
+}
+
+std::vector<HostedJobStatus> Host::status() const {
+  const HostTime now = currentTime();
+  std::vector<HostedJobStatus> result;
+  result.reserve(m_jobs.size());
+  for (const auto& [label, entry] : m_jobs) {
+    HostedJobStatus status{.label = label, .path = entry->file, .nextRun = entry->job.nextRun(now)};
+    if (entry->process.id > 0) status.process = entry->process.id;
+    if (const auto& end = entry->job.lastEnd()) {
+      status.lastEnd = end->text();
+      status.lastCode = end->code;
+      status.lastSignal = end->signal;
+    }
+    result.push_back(std::move(status));
+  }
+  return result;
+}
+
+void Host::settle() {
+  const HostTime now = currentTime();
+  noteClock(now);
+  if (mustPoll()) takePathChanges();
+  if (m_wakeAt && now.running >= *m_wakeAt) m_hasNews = true;
+  if (!m_hasNews) return;
+  // What one job does can be what another waits for.
+  while (std::exchange(m_hasNews, false)) {
+    std::vector<Entry*> entries;
+    for (const auto& [label, entry] : m_jobs) entries.push_back(entry.get());
+    for (Entry* const entry : entries) followOrders(*entry, now);
+  }
+  m_wakeAt.reset();
+  for (const auto& [label, entry] : m_jobs) {
+    const auto wake = entry->job.wakeAt(now);
+    if (wake) m_wakeAt = std::min(m_wakeAt.value_or(*wake), *wake);
+  }
+}
+
+void Host::noteClock(const HostTime& now) {
+  using namespace std::chrono_literals;
+  const auto difference = now.wall.time_since_epoch() - now.running;
+  const auto change = difference - m_clockDifference.value_or(difference);
+  m_clockDifference = difference;
+  if (change < 1s && change > -1s) return;  // a clock that is kept right goes a little faster or slower
+  m_hasNews = true;
+  for (const auto& [label, entry] : m_jobs) entry->job.clockChanged(now);
+}
+
+void Host::watchPaths() {
+  m_pathWatch->add(zoneFile);
+  if (m_pathWatch->descriptor() < 0) return;
+  m_loop.watch(m_pathWatch->descriptor(), POLLIN, [this](short) { takePathChanges(); });
+}
+
+void Host::watchMounts() {
+  if (m_mountWatch.descriptor() >= 0 || !m_mountWatch.begin()) return;
+  m_loop.watch(m_mountWatch.descriptor(), POLLPRI, [this](short) {
+    if (!m_mountWatch.take()) return;
+    m_hasNews = true;
+    for (const auto& [label, entry] : m_jobs) entry->job.mounted();
+  });
+}
+
+void Host::takePathChanges() {
+  const auto changed = m_pathWatch->take();
+  if (changed.empty()) return;
+  m_hasNews = true;
+  if (changed.count(zoneFile) > 0) takeZone(currentTime());
+  for (const auto& [label, entry] : m_jobs) {
+    const auto& watched = entry->job.rules().watchPaths;
+    const bool isHit =
+        std::any_of(watched.begin(), watched.end(), [&](const std::string& path) { return changed.count(path) > 0; });
+    if (isHit) entry->job.watchedPathChanged();
+  }
+}
+
+void Host::takeZone(const HostTime& now) {
+  if (!m_calendar.setZone(m_settings.zone())) return;
+  for (const auto& [label, entry] : m_jobs) entry->job.clockChanged(now);
+}
+
+Result<void> Host::note() {
+  std::vector<fs::path> files;
+  for (const auto& [label, entry] : m_jobs) {
+    if (!entry->job.isUnloaded()) files.push_back(entry->file);
+  }
+  return m_loadedJobs.write(files);
+}
+
+void Host::forget(Entry& entry) {
+  for (const std::string& path : entry.job.rules().pathsToWatch()) m_pathWatch->remove(path);
+  if (entry.process.output) m_loop.forget(entry.process.output.number());
+  m_jobs.erase(std::string(entry.job.rules().label));
+  m_hasNews = true;
+}
+
+void Host::addToLog(const Entry& entry, std::vector<std::string> lines) {
+  const std::string& label = entry.job.rules().label;
+  const std::string begin = label + '[' + std::to_string(entry.process.id) + "]: ";
+  for (std::string& line : lines) line.insert(0, begin);
+  (void)m_log.add(label, currentTime().wall, lines);  // the jobs come first: they run with a full disk too
+}
+
+void Host::addToLog(const std::string& label, std::string text) {
+  (void)m_log.add(label, currentTime().wall, {std::move(text)});  // likewise
+}
+
+}  // namespace mirvel::host

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/support/Environment.h"
+#include "core/support/Result.h"
+#include "helpers/host/Alarm.h"
+#include "helpers/host/Calendar.h"
+#include "helpers/host/HostedJob.h"
+#include "helpers/host/JobLog.h"
+#include "helpers/host/JobProcess.h"
+#include "helpers/host/LoadedJobs.h"
+#include "helpers/host/MountWatch.h"
+#include "helpers/host/OutputLines.h"
+#include "helpers/host/PathWatch.h"
+#include "helpers/host/PollLoop.h"
+#include "helpers/jobhost/HostMessages.h"
+
+namespace mirvel::host {
+
+/// The loaded jobs and their processes. It lives on a loop; who owns both calls `settle` after each turn.
+class Host {
+ public:
+  struct Settings {
+    std::filesystem::path folder;       ///< of its state and logs
+    Environment environment;            ///< every job's
+    std::function<std::string()> zone;  ///< the name of the machine's time zone now
+  };
+
+  Host(Settings settings, PollLoop& loop);
+  /// Processes that still run are killed.
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  /// Loads what was loaded when the host last ended.
+  void restore();
+  Result<void> load(const std::filesystem::path& file);
+  /// Begins to unload the job of the label or, without one, of the file; gives its label. None: nothing was loaded.
+  std::optional<std::string> unload(const std::filesystem::path& file, const std::optional<std::string>& label);
+  /// Stops all processes, and starts no more; what is loaded stays noted.
+  void quit();
+
+  bool isLoaded(const std::string& label) const { return m_jobs.find(label) != m_jobs.end(); }
+  bool isEmpty() const { return m_jobs.empty(); }
+  /// Whether it has run to its end since it was loaded.
+  bool hasRun(const std::string& label) const;
+  std::vector<HostedJobStatus> status() const;
+  const JobLog& log() const { return m_log; }
+
+  /// Children have ended.
+  void collect();
+  /// Looks at the clocks, and does what the jobs say.
+  void settle();
+  /// Whether it must be called every `PathWatch::pollingSeconds` too, where the system tells of no changes.
+  bool mustPoll() const { return m_pathWatch->descriptor() < 0; }
+  /// When `settle` should be called next if nothing happens before.
+  std::optional<std::chrono::milliseconds> wakeAt() const { return m_wakeAt; }
+
+ private:
+  struct Entry {
+    std::filesystem::path file;
+    HostedJob job;
+    ProcessPlan plan;
+    JobProcess process = {};
+    OutputLines output = {};
+  };
+  using Jobs = std::map<std::string, std::unique_ptr<Entry>>;
+
+  Jobs::iterator find(const std::filesystem::path& file, const std::optional<std::string>& label);
+  /// Gives the label.
+  Result<std::string> add(const std::filesystem::path& file);
+  void tellOfUnserved(const std::string& label, const launchd::Plist& plist);
+  void watchPaths();
+  void watchMounts();
+  void takePathChanges();
+  void takeZone(const HostTime& now);
+  void noteClock(const HostTime& now);
+  void followOrders(Entry& entry, const HostTime& now);
+  void start(Entry& entry, const HostTime& now);
+  void takeOutput(Entry& entry);
+  void endProcess(Entry& entry, const ProcessEnd& end);
+  void leaveOutput(Entry& entry);
+  void forget(Entry& entry);
+  void addToLog(const Entry& entry, std::vector<std::string> lines);
+  void addToLog(const std::string& label, std::string text);
+  Result<void> note();
+
+  Settings m_settings;
+  PollLoop& m_loop;
+  Calendar m_calendar;
+  JobLog m_log;
+  LoadedJobs m_loadedJobs;
+  Surroundings m_surroundings;
+  std::unique_ptr<PathWatch> m_pathWatch;
+  MountWatch m_mountWatch;
+  Jobs m_jobs;
+  std::map<int, FileDescriptor> m_leftOutputs;  ///< of processes that outlive their jobs' own
+  std::optional<std::chrono::milliseconds> m_clockDifference;
+  std::optional<std::chrono::milliseconds> m_wakeAt;
+  bool m_isQuitting = false;
+  bool m_hasNews = true;  ///< something has happened since the jobs were asked last
+};
+
+}  // namespace mirvel::host

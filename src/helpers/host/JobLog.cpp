@@ -1,0 +1,140 @@
+#include "helpers/host/JobLog.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+#include "core/support/FileDescriptor.h"
+#include "core/support/ReadFile.h"
+#include "helpers/wire/DateKey.h"
+
+namespace mirvel::host {
+
+namespace fs = std::filesystem;
+using namespace std::chrono;
+
+namespace {
+
+constexpr const char* extension = ".log";
+constexpr const char* olderExtension = ".older";
+
+bool isPlain(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
+}
+
+/// A label may hold what no file name can: other characters are told by their numbers.
+std::string fileName(const std::string& label) {
+  constexpr std::size_t longest = 180;
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string name;
+  for (const char c : label) {
+    const auto number = static_cast<unsigned char>(c);
+    const bool isPlainDot = c == '.' && !name.empty();
+    if (isPlain(c) || isPlainDot) {
+      name += c;
+    } else {
+      name += {'%', digits[number >> 4U], digits[number & 15U]};
+    }
+  }
+  // Two long labels with the same begin share a file, in which each line still has its own label.
+  if (name.size() > longest) name.resize(longest);
+  return name;
+}
+
+/// "1700000000.250 text\n", with no other line end in it.
+std::string lineText(JobLog::Moment now, const std::string& text) {
+  const auto milliseconds = now.time_since_epoch().count();
+  const std::string fraction = std::to_string(1000 + milliseconds % 1000).substr(1);
+  std::string result = std::to_string(milliseconds / 1000) + '.' + fraction + ' ' + text;
+  std::replace(result.begin(), result.end(), '\n', ' ');
+  return result + '\n';
+}
+
+Result<void> append(const fs::path& file, const std::string& bytes) {
+  const FileDescriptor opened(::open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (!opened) return systemError(errno, "open", file);
+  const ssize_t written = ::write(opened.number(), bytes.data(), bytes.size());
+  if (written != static_cast<ssize_t>(bytes.size())) return systemError(written < 0 ? errno : ENOSPC, "write", file);
+  struct stat status {};
+  if (::fstat(opened.number(), &status) != 0 || status.st_size < static_cast<off_t>(JobLog::fileSize)) return {};
+  fs::path older = file;
+  older += olderExtension;
+  if (::rename(file.c_str(), older.c_str()) != 0) return systemError(errno, "rename", file);
+  return {};
+}
+
+/// The lines of one file that are asked for.
+void findIn(const fs::path& file, double since, std::string_view text, std::vector<JobHost::LogLine>& result) {
+  const auto bytes = readFile(file, 4 * JobLog::fileSize);
+  if (!bytes) return;  // renamed or removed just now
+  std::string_view rest = *bytes;
+  while (!rest.empty()) {
+    const std::string_view line = rest.substr(0, rest.find('\n'));
+    rest.remove_prefix(std::min(rest.size(), line.size() + 1));
+    const std::size_t blank = line.find(' ');
+    const auto seconds = wire::dateOfKey(line.substr(0, blank));
+    if (!seconds || *seconds < since || blank == std::string_view::npos) continue;
+    const std::string_view message = line.substr(blank + 1);
+    if (message.find(text) != std::string_view::npos) result.push_back({*seconds, std::string(message)});
+  }
+}
+
+/// Log files of the folder; none if there is no such folder yet.
+std::vector<fs::path> filesIn(const fs::path& folder) {
+  std::error_code failure;
+  std::vector<fs::path> result;
+  for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end; entry.increment(failure)) {
+    const auto kind = entry->path().extension();
+    if (kind == extension || kind == olderExtension) result.push_back(entry->path());
+  }
+  std::sort(result.begin(), result.end(), std::greater<>());  // the older file of a job before the newer
+  return result;
+}
+
+void keepYoungest(std::vector<JobHost::LogLine>& lines, std::size_t maximumBytes) {
+  std::size_t size = 0;
+  auto first = lines.end();
+  while (first != lines.begin() && size + std::prev(first)->message.size() <= maximumBytes) {
+    --first;
+    size += first->message.size() + sizeof(JobHost::LogLine);
+  }
+  lines.erase(lines.begin(), first);
+}
+
+}  // namespace
+
+fs::path JobLog::fileOf(const std::string& label) const {
+  return m_folder / (fileName(label) + extension);
+}
+
+Result<void> JobLog::add(const std::string& label, Moment now, const std::vector<std::string>& lines) const {
+  if (lines.empty()) return {};
+  std::string bytes;
+  for (const std::string& line : lines) bytes += lineText(now, line);
+  std::error_code failure;
+  fs::create_directories(m_folder, failure);  // if that fails, so does what follows, and tells why
+  return append(fileOf(label), bytes);
+}
+
+std::vector<JobHost::LogLine> JobLog::find(Moment since, std::string_view text, std::size_t maximumBytes) const {
+  const double begin = static_cast<double>(since.time_since_epoch().count()) / 1000;
+  std::vector<JobHost::LogLine> result;
+  for (const fs::path& file : filesIn(m_folder)) findIn(file, begin, text, result);
+  std::stable_sort(result.begin(), result.end(), [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
+  keepYoungest(result, maximumBytes);
+  return result;
+}
+
+void JobLog::prune(Moment now) const {
+  const auto oldest = duration_cast<seconds>((now - keptFor).time_since_epoch()).count();
+  for (const fs::path& file : filesIn(m_folder)) {
+    struct stat status {};
+    if (::stat(file.c_str(), &status) == 0 && status.st_mtime < oldest) ::unlink(file.c_str());
+  }
+}
+
+}  // namespace mirvel::host

@@ -1,0 +1,243 @@
+#include "helpers/host/JobProcess.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include "core/support/Pipe.h"
+#include "helpers/host/JobUser.h"
+
+namespace mirvel::host {
+
+namespace {
+
+/// A child can tell of its failure with two numbers alone: which step failed, and how.
+enum class Step : int { Root, User, Folder, In, Out, Error, Run };
+
+struct Failure {
+  Step step;
+  int errnoValue;
+};
+
+const char* doing(Step step) {
+  switch (step) {
+    case Step::Root:
+      return "change the root folder";
+    case Step::User:
+      return "become the user of the job";
+    case Step::Folder:
+      return "change to the working directory";
+    case Step::In:
+      return "open the standard input";
+    case Step::Out:
+      return "open the standard output";
+    case Step::Error:
+      return "open the standard error";
+    case Step::Run:
+      break;
+  }
+  return "run the program";
+}
+
+std::vector<char*> pointers(std::vector<std::string>& texts) {
+  std::vector<char*> result;
+  result.reserve(texts.size() + 1);
+  for (auto& text : texts) result.push_back(text.data());
+  result.push_back(nullptr);
+  return result;
+}
+
+/// The paths to try in turn, as execvp(3) does.
+std::vector<std::string> candidates(const std::string& program, const Environment& environment) {
+  if (program.find('/') != std::string::npos) return {program};
+  std::vector<std::string> result;
+  const auto path = environment.find("PATH");
+  std::string_view rest = path == environment.end() ? std::string_view() : path->second;
+  while (!rest.empty()) {
+    const std::string_view folder = rest.substr(0, rest.find(':'));
+    if (!folder.empty()) result.push_back(std::string(folder) + '/' + program);
+    rest.remove_prefix(std::min(rest.size(), folder.size() + 1));
+  }
+  return result;
+}
+
+/// All that the child does. It is made ready before the fork, since between fork and exec only what is safe in a signal
+/// handler may be called: nothing here takes memory.
+class Child {
+ public:
+  Child(const ProcessPlan& plan, const JobUser& user, Environment environment, int output, int failure)
+      : m_plan(plan), m_user(user), m_output(output), m_failure(failure), m_host(::getpid()) {
+    m_programs = candidates(plan.program, environment);
+    for (const auto& [name, value] : environment) m_variables.push_back(name + '=' + value);
+    m_words = plan.arguments;
+    m_programPointers = pointers(m_programs);
+    m_variablePointers = pointers(m_variables);
+    m_wordPointers = pointers(m_words);
+  }
+
+  [[noreturn]] void run() {
+    resetSignals();
+    ::setsid();
+    if (m_plan.nice) ::setpriority(PRIO_PROCESS, 0, *m_plan.nice);  // what isn't allowed is left as it is
+    for (const auto& limit : m_plan.limits) applyLimit(limit);
+    if (m_plan.rootDirectory && (::chroot(m_plan.rootDirectory->c_str()) != 0 || ::chdir("/") != 0)) fail(Step::Root);
+    if (const int failure = m_user.assume()) fail(Step::User, failure);
+    endWithHost();
+    if (m_plan.umask) ::umask(*m_plan.umask);
+    if (::chdir(m_plan.workingDirectory ? m_plan.workingDirectory->c_str() : "/") != 0) fail(Step::Folder);
+    openStandardFiles();
+    runProgram();
+  }
+
+ private:
+  static void resetSignals() {
+    for (int number = 1; number < NSIG; ++number) ::signal(number, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+  }
+
+  /// Nobody would stop the job any more, or keep it from running twice, if the host were killed.
+  void endWithHost() const {
+#ifdef __linux__
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (::getppid() != m_host) ::_exit(startFailureCode);
+#endif
+  }
+
+  static rlim_t limitOf(std::int64_t number) {
+    return number < 0 ? RLIM_INFINITY : static_cast<rlim_t>(number);
+  }
+
+  static void applyLimit(const ProcessPlan::Limit& wanted) {
+#ifdef __GLIBC__
+    const auto resource = static_cast<__rlimit_resource>(wanted.resource);
+#else
+    const int resource = wanted.resource;
+#endif
+    rlimit limit{};
+    if (::getrlimit(resource, &limit) != 0) return;
+    rlimit next = limit;
+    if (wanted.hard) next.rlim_max = limitOf(*wanted.hard);
+    if (wanted.soft) next.rlim_cur = limitOf(*wanted.soft);
+    next.rlim_cur = std::min(next.rlim_cur, next.rlim_max);
+    if (::setrlimit(resource, &next) == 0) return;
+    next.rlim_max = limit.rlim_max;  // raising it takes rights that the user hasn't got
+    next.rlim_cur = std::min(next.rlim_cur, next.rlim_max);
+    ::setrlimit(resource, &next);
+  }
+
+  void openStandardFiles() const {
+    open(m_plan.standardIn ? m_plan.standardIn->c_str() : "/dev/null", O_RDONLY, STDIN_FILENO, Step::In);
+    constexpr int append = O_WRONLY | O_CREAT | O_APPEND;
+    if (m_plan.standardOut) {
+      open(m_plan.standardOut->c_str(), append, STDOUT_FILENO, Step::Out);
+    } else if (::dup2(m_output, STDOUT_FILENO) < 0) {
+      fail(Step::Out);
+    }
+    if (m_plan.standardError) {
+      open(m_plan.standardError->c_str(), append, STDERR_FILENO, Step::Error);
+    } else if (::dup2(m_output, STDERR_FILENO) < 0) {
+      fail(Step::Error);
+    }
+  }
+
+  void open(const char* path, int flags, int as, Step step) const {
+    const int file = ::open(path, flags | O_NOCTTY | O_CLOEXEC, 0666);
+    if (file < 0 || ::dup2(file, as) < 0) fail(step);
+  }
+
+  [[noreturn]] void runProgram() {
+    int failure = ENOENT;
+    for (const char* program : m_programPointers) {
+      if (!program) break;
+      ::execve(program, m_wordPointers.data(), m_variablePointers.data());
+      if (errno != ENOENT && errno != ENOTDIR) failure = errno;
+      if (errno != ENOENT && errno != ENOTDIR && errno != EACCES) break;
+    }
+    fail(Step::Run, failure);
+  }
+
+  [[noreturn]] void fail(Step step) const {
+    fail(step, errno);
+  }
+  [[noreturn]] void fail(Step step, int errnoValue) const {
+    const Failure failure{step, errnoValue};
+    (void)!::write(m_failure, &failure, sizeof failure);  // the exit status still tells that something failed
+    ::_exit(startFailureCode);
+  }
+
+  const ProcessPlan& m_plan;
+  const JobUser& m_user;
+  int m_output;
+  int m_failure;
+  pid_t m_host;
+  std::vector<std::string> m_programs, m_variables, m_words;
+  std::vector<char*> m_programPointers, m_variablePointers, m_wordPointers;
+};
+
+Environment merged(const Environment& usual, const JobUser& user, const ProcessPlan& plan) {
+  Environment result = plan.environment;
+  result.insert(user.environment.begin(), user.environment.end());
+  result.insert(usual.begin(), usual.end());
+  return result;
+}
+
+/// Numbers below 3 would be taken away from under the child when it sets up its standard files.
+bool liftAboveStandard(FileDescriptor& file) {
+  if (file.number() > STDERR_FILENO) return true;
+  file = FileDescriptor(::fcntl(file.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  return static_cast<bool>(file);
+}
+
+/// A signal for the child must never run the host's handlers there: it waits until the child has put them away.
+pid_t forkQuietly() {
+  sigset_t all, before;
+  sigfillset(&all);
+  ::sigprocmask(SIG_SETMASK, &all, &before);
+  const pid_t id = ::fork();
+  const int failure = errno;
+  if (id != 0) ::sigprocmask(SIG_SETMASK, &before, nullptr);
+  errno = failure;
+  return id;
+}
+
+}  // namespace
+
+Result<JobProcess> JobProcess::start(const ProcessPlan& plan, const Environment& usual) {
+  if (plan.program.empty()) return Error{.code = Error::Code::MissingKey, .message = "the job has no program"};
+  const auto user = JobUser::of(plan);
+  if (!user) return user.error();
+  Pipe output = Pipe::make();
+  Pipe failure = Pipe::make();
+  if (!output || !failure || !liftAboveStandard(output.write) || !liftAboveStandard(failure.write)) {
+    return systemError(errno, "run", plan.program);
+  }
+  Child child(plan, *user, merged(usual, *user, plan), output.write.number(), failure.write.number());
+  const pid_t id = forkQuietly();
+  if (id < 0) return systemError(errno, "run", plan.program);
+  if (id == 0) child.run();
+  ::fcntl(output.read.number(), F_SETFL, O_NONBLOCK);
+  ::fcntl(failure.read.number(), F_SETFL, O_NONBLOCK);
+  JobProcess process{.id = id, .output = std::move(output.read), .failure = std::move(failure.read)};
+  if (plan.standardOut && plan.standardError) process.output.reset();
+  return process;
+}
+
+std::optional<std::string> JobProcess::startFailure() const {
+  Failure found{};
+  if (::read(failure.number(), &found, sizeof found) != sizeof found) return std::nullopt;
+  return std::string("can't ") + doing(found.step) + ": " + std::strerror(found.errnoValue);
+}
+
+}  // namespace mirvel::host

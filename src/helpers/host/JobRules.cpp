@@ -1,0 +1,88 @@
+#include "helpers/host/JobRules.h"
+
+#include <algorithm>
+
+namespace mirvel::host {
+
+using std::chrono::seconds;
+
+namespace {
+
+/// So long that nobody waits for it, and short enough to be added to any moment.
+constexpr std::int64_t longest = std::int64_t{100} * 365 * 24 * 3600;
+
+seconds duration(std::int64_t number) {
+  return seconds(std::clamp<std::int64_t>(number, 0, longest));
+}
+
+std::vector<JobRules::Condition> conditions(const std::optional<launchd::StringMap<bool>>& map) {
+  std::vector<JobRules::Condition> result;
+  if (!map) return result;
+  for (const auto& [subject, isWanted] : *map) result.push_back({subject, isWanted});
+  return result;
+}
+
+void readKeepAlive(const launchd::KeepAlive& keepAlive, JobRules& rules) {
+  rules.keepAlive = keepAlive.bool_.value_or(false);
+  if (keepAlive.bool_) return;
+  rules.onlyAfterInitialDemand = keepAlive.afterInitialDemand.value_or(false);
+  rules.afterSuccess = keepAlive.successfulExit;
+  rules.afterCrash = keepAlive.crashed;
+  rules.paths = conditions(keepAlive.pathState);
+  rules.otherJobs = conditions(keepAlive.otherJobEnabled);
+  // There is no exit status to look at before the first run.
+  if (rules.afterSuccess && !rules.onlyAfterInitialDemand) rules.runAtLoad = true;
+}
+
+void readTimes(const launchd::Plist& plist, JobRules& rules) {
+  if (plist.startInterval && *plist.startInterval > 0) rules.interval = duration(*plist.startInterval);
+  if (plist.startCalendarInterval) {
+    for (const auto& interval : plist.startCalendarInterval->intervals) {
+      rules.calendar.push_back(CalendarRule::asRun(interval));
+    }
+  }
+  if (plist.throttleInterval && *plist.throttleInterval >= 0) rules.throttle = duration(*plist.throttleInterval);
+  if (plist.exitTimeOut && *plist.exitTimeOut == 0) rules.exitTimeOut.reset();
+  if (plist.exitTimeOut && *plist.exitTimeOut > 0) rules.exitTimeOut = duration(*plist.exitTimeOut);
+}
+
+}  // namespace
+
+JobRules JobRules::of(const launchd::Plist& plist) {
+  JobRules rules;
+  rules.label = plist.name;
+  rules.runAtLoad = plist.runAtLoad.value_or(false);
+  rules.launchOnlyOnce = plist.launchOnlyOnce.value_or(false);
+  rules.abandonProcessGroup = plist.abandonProcessGroup.value_or(false);
+  rules.startOnMount = plist.startOnMount.value_or(false);
+  if (plist.keepAlive) readKeepAlive(*plist.keepAlive, rules);
+  if (!plist.keepAlive && plist.onDemand && !*plist.onDemand) rules.keepAlive = true;
+  readTimes(plist, rules);
+  rules.watchPaths = plist.watchPaths.value_or(std::vector<std::string>());
+  rules.queueDirectories = plist.queueDirectories.value_or(std::vector<std::string>());
+  return rules;
+}
+
+std::vector<std::string> JobRules::pathsToWatch() const {
+  std::vector<std::string> result = watchPaths;
+  result.insert(result.end(), queueDirectories.begin(), queueDirectories.end());
+  for (const Condition& condition : paths) result.push_back(condition.subject);
+  std::sort(result.begin(), result.end());
+  result.erase(std::unique(result.begin(), result.end()), result.end());
+  return result;
+}
+
+std::vector<std::string> unservedKeys(const launchd::Plist& plist) {
+  using Keys = launchd::Plist::CodingKeys;
+  std::vector<std::string> result;
+  const auto note = [&](bool isPresent, Keys key) {
+    if (isPresent) result.emplace_back(launchd::Plist::text(key));
+  };
+  note(plist.sockets.has_value(), Keys::sockets);
+  note(plist.machServices.has_value(), Keys::machServices);
+  note(plist.launchEvents.has_value(), Keys::launchEvents);
+  note(plist.inetdCompatibility.has_value(), Keys::inetdCompatibility);
+  return result;
+}
+
+}  // namespace mirvel::host

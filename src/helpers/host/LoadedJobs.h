@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "core/support/Result.h"
+
+namespace mirvel::host {
+
+/// The file in which a host notes which job files are loaded, so that it knows them again when it is started anew.
+class LoadedJobs {
+ public:
+  explicit LoadedJobs(std::filesystem::path file) : m_file(std::move(file)) {}
+
+  /// None if there is no such file yet. Fails for a file that can't be read or isn't one of these; it is left as it is.
+  Result<std::vector<std::filesystem::path>> read() const;
+  /// The file holds all of the new list or all of the old one, whenever the power fails.
+  Result<void> write(const std::vector<std::filesystem::path>& files) const;
+
+ private:
+  std::filesystem::path m_file;
+};
+
+}  // namespace mirvel::host

@@ -1,0 +1,50 @@
+#include "helpers/host/Places.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace mirvel::host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Result<void> makePrivate(const fs::path& folder) {
+  std::error_code failure;
+  fs::create_directories(folder.parent_path(), failure);
+  if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return systemError(errno, "make the folder", folder);
+  struct stat status {};
+  if (::lstat(folder.c_str(), &status) != 0) return systemError(errno, "look at the folder", folder);
+  const bool isOurs = S_ISDIR(status.st_mode) && status.st_uid == ::geteuid();
+  if (!isOurs) {
+    return Error{.code = Error::Code::NotPermitted, .message = "it is no folder of this user", .file = folder};
+  }
+  if (::chmod(folder.c_str(), 0700) != 0) return systemError(errno, "close the folder to others", folder);
+  return {};
+}
+
+}  // namespace
+
+Places Places::of(const Roots& roots, const Environment& environment) {
+  Places places = below(roots);
+  const auto runtime = environment.find("XDG_RUNTIME_DIR");
+  if (runtime != environment.end() && runtime->second.starts_with('/')) {
+    places.socket = fs::path(runtime->second) / "mirvel" / "host.socket";
+  }
+  return places;
+}
+
+Places Places::below(const Roots& roots) {
+  const fs::path folder = roots.applicationSupport / "host";
+  return {.folder = folder, .socket = folder / "host.socket"};
+}
+
+Result<void> Places::make() const {
+  const auto made = makePrivate(folder);
+  return made && socket.parent_path() != folder ? makePrivate(socket.parent_path()) : made;
+}
+
+}  // namespace mirvel::host

@@ -1,0 +1,161 @@
+#include "helpers/host/Server.h"
+
+#include <fcntl.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "helpers/host/HostSocket.h"
+#include "helpers/jobhost/HostMessages.h"
+
+namespace mirvel::host {
+
+using namespace std::chrono;
+
+namespace {
+
+constexpr std::size_t largestLog = std::size_t{8} << 20U;
+constexpr std::int64_t longestPeriod = std::int64_t{100} * 366 * 24 * 3600;
+
+seconds durationOf(const plist::Dictionary& request) {
+  return seconds(std::clamp<std::int64_t>(numberOf(request, key::seconds).value_or(0), 0, longestPeriod));
+}
+
+Error badRequest(const std::string& message) {
+  return {.code = Error::Code::BadArgument, .message = message};
+}
+
+}  // namespace
+
+Server::Server(FileDescriptor listening, Host& host, PollLoop& loop)
+    : m_listening(std::move(listening)),
+      m_spare(::open("/dev/null", O_RDONLY | O_CLOEXEC)),
+      m_host(host),
+      m_loop(loop) {
+  m_loop.watch(m_listening.number(), POLLIN, [this](short) { accept(); });
+}
+
+Server::~Server() {
+  m_loop.forget(m_listening.number());
+  for (const Client& client : m_clients) m_loop.forget(client->descriptor());
+}
+
+void Server::accept() {
+  FileDescriptor socket(::accept(m_listening.number(), nullptr, nullptr));
+  if (!socket && (errno == EMFILE || errno == ENFILE)) return turnAway();
+  if (!socket || !isTrustedPeer(socket.number()) || m_clients.size() >= mostConnections) return;
+  ::fcntl(socket.number(), F_SETFD, FD_CLOEXEC);
+  ::fcntl(socket.number(), F_SETFL, O_NONBLOCK);
+  const auto client = std::make_shared<Connection>(std::move(socket));
+  m_clients.push_back(client);
+  m_loop.watch(client->descriptor(), client->events(),
+               [this, weak = std::weak_ptr<Connection>(client)](short) { serve(weak.lock()); });
+}
+
+/// Else the loop would be told of the same client again and again.
+void Server::turnAway() {
+  m_spare.reset();
+  FileDescriptor(::accept(m_listening.number(), nullptr, nullptr)).reset();
+  m_spare = FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+}
+
+void Server::serve(const Client& client) {
+  if (!client) return;
+  client->flush();
+  client->receive();
+  while (const auto request = client->next()) answer(client, *request);
+}
+
+void Server::answer(const Client& client, const wire::Frame& request) {
+  const auto reply = [&](plist::Dictionary body) { client->send({request.id, std::move(body)}); };
+  const std::string name = textOf(request.body, key::request).value_or("");
+  if (name == request::unload) return unload(client, request);
+  if (name == request::waitForEnd) return waitForEnd(client, request);
+  if (name == request::load) return reply(load(request.body));
+  if (name == request::log) return reply(log(request.body));
+  if (name == request::status) return reply(status());
+  if (name != request::quit) return reply(errorReply(badRequest("the job host knows no request of that name")));
+  m_shallQuit = true;  // the end of the connection is the answer
+}
+
+plist::Dictionary Server::load(const plist::Dictionary& request) {
+  const auto path = textOf(request, key::path);
+  if (!path) return errorReply(badRequest("there is no path"));
+  const auto loaded = m_host.load(*path);
+  return loaded ? plist::Dictionary() : errorReply(loaded.error());
+}
+
+plist::Dictionary Server::log(const plist::Dictionary& request) const {
+  const auto since = currentTime().wall - durationOf(request);
+  plist::Array lines;
+  for (auto& line : m_host.log().find(since, textOf(request, key::text).value_or(""), largestLog)) {
+    lines.emplace_back(plist::Array{line.seconds, std::move(line.message)});
+  }
+  return {{std::string(key::lines), std::move(lines)}};
+}
+
+plist::Dictionary Server::status() const {
+  plist::Array jobs;
+  for (const HostedJobStatus& job : m_host.status()) jobs.emplace_back(job.toDictionary());
+  return {{std::string(key::jobs), std::move(jobs)}};
+}
+
+void Server::unload(const Client& client, const wire::Frame& request) {
+  const auto path = textOf(request.body, key::path);
+  const auto label = textOf(request.body, key::label);
+  const auto unloaded = path || label ? m_host.unload(path.value_or(""), label) : std::nullopt;
+  if (!unloaded) {
+    const bool isGood = path || label;
+    return client->send({request.id, isGood ? plist::Dictionary() : errorReply(badRequest("there is no path"))});
+  }
+  m_waiting.push_back({.client = client, .id = request.id, .label = *unloaded, .forUnload = true});
+}
+
+void Server::waitForEnd(const Client& client, const wire::Frame& request) {
+  const auto label = textOf(request.body, key::label);
+  if (!label || !m_host.isLoaded(*label)) {
+    Error error{.code = Error::Code::NotFound, .message = label.value_or("the job") + " isn't loaded"};
+    return client->send({request.id, errorReply(error)});
+  }
+  const auto until = currentTime().running + durationOf(request.body);
+  m_waiting.push_back({.client = client, .id = request.id, .label = *label, .forUnload = false, .until = until});
+}
+
+std::optional<plist::Dictionary> Server::answerTo(const Waiting& waiting, milliseconds now) const {
+  if (waiting.forUnload) {
+    return m_host.isLoaded(waiting.label) ? std::nullopt : std::optional(plist::Dictionary());
+  }
+  const bool hasRun = m_host.hasRun(waiting.label);
+  const bool isGone = !m_host.isLoaded(waiting.label);
+  if (!hasRun && !isGone && now < *waiting.until) return std::nullopt;
+  return plist::Dictionary{{std::string(key::ended), hasRun || isGone}};
+}
+
+void Server::settle() {
+  const milliseconds now = currentTime().running;
+  m_waiting.remove_if([&](const Waiting& waiting) {
+    const auto client = waiting.client.lock();
+    if (!client) return true;
+    auto body = answerTo(waiting, now);
+    if (body) client->send({waiting.id, std::move(*body)});
+    return body.has_value();
+  });
+  for (const Client& client : m_clients) {
+    if (client->isOver()) m_loop.forget(client->descriptor());
+    if (!client->isOver()) m_loop.change(client->descriptor(), client->events());
+  }
+  m_clients.erase(
+      std::remove_if(m_clients.begin(), m_clients.end(), [](const Client& client) { return client->isOver(); }),
+      m_clients.end());
+}
+
+std::optional<milliseconds> Server::wakeAt() const {
+  std::optional<milliseconds> earliest;
+  for (const Waiting& waiting : m_waiting) {
+    if (waiting.until) earliest = std::min(earliest.value_or(*waiting.until), *waiting.until);
+  }
+  return earliest;
+}
+
+}  // namespace mirvel::host

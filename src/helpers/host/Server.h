@@ -1,0 +1,65 @@
+#pragma once
+
+#include <chrono>
+#include <list>
+#include <memory>
+#include <vector>
+
+#include "core/support/FileDescriptor.h"
+#include "helpers/host/Connection.h"
+#include "helpers/host/Host.h"
+#include "helpers/host/PollLoop.h"
+
+namespace mirvel::host {
+
+/// Answers those who ask the host. Who owns it calls `settle` after each turn of the loop.
+class Server {
+ public:
+  static constexpr std::size_t mostConnections = 128;
+
+  /// `listening` comes of `listenAt`.
+  Server(FileDescriptor listening, Host& host, PollLoop& loop);
+  ~Server();
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+
+  /// Answers those who were waiting for something that has come, and drops connections that are over.
+  void settle();
+  /// When the first of those has waited long enough.
+  std::optional<std::chrono::milliseconds> wakeAt() const;
+  /// Somebody has asked the host to end.
+  bool shallQuit() const { return m_shallQuit; }
+
+ private:
+  using Client = std::shared_ptr<Connection>;
+  /// An answer that must wait for a job.
+  struct Waiting {
+    std::weak_ptr<Connection> client;
+    std::int64_t id;
+    std::string label;
+    bool forUnload;  ///< else for its end
+    std::optional<std::chrono::milliseconds> until = {};
+  };
+
+  void accept();
+  void turnAway();
+  void serve(const Client& client);
+  void answer(const Client& client, const wire::Frame& request);
+  plist::Dictionary load(const plist::Dictionary& request);
+  plist::Dictionary log(const plist::Dictionary& request) const;
+  plist::Dictionary status() const;
+  void unload(const Client& client, const wire::Frame& request);
+  void waitForEnd(const Client& client, const wire::Frame& request);
+  /// None: not yet.
+  std::optional<plist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
+
+  FileDescriptor m_listening;
+  FileDescriptor m_spare;  ///< given up for a moment when there are no descriptors left
+  Host& m_host;
+  PollLoop& m_loop;
+  std::vector<Client> m_clients;
+  std::list<Waiting> m_waiting;
+  bool m_shallQuit = false;
+};
+
+}  // namespace mirvel::host

@@ -1,0 +1,63 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "helpers/action/Service.h"
+#include "helpers/host/Daemon.h"
+#include "helpers/host/Detachment.h"
+
+namespace {
+
+using namespace mirvel;
+
+constexpr const char* usage =
+    "usage: mirvel-host [--detach] [--root DIR]\n\n"
+    "Runs launchd jobs where neither launchd nor systemd does: those that it is asked to load, and those that were\n"
+    "loaded when it last ended. There is one for each user.\n\n"
+    "  --detach     come back as soon as the host can be reached, and leave it running\n"
+    "  --root DIR   a machine's folders below this one, in place of the machine's own\n";
+
+struct Options {
+  bool detach = false;
+  std::filesystem::path root;  ///< empty: the user's own places
+};
+
+std::optional<Options> read(const std::vector<std::string>& arguments) {
+  Options options;
+  for (auto at = arguments.begin(); at != arguments.end(); ++at) {
+    if (*at == "--detach") {
+      options.detach = true;
+    } else if (*at == "--root" && std::next(at) != arguments.end() && !std::next(at)->empty()) {
+      options.root = std::filesystem::absolute(*++at);
+    } else {
+      return std::nullopt;
+    }
+  }
+  return options;
+}
+
+int run(const Options& options, const Environment& environment) {
+  host::Detachment detachment;
+  if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
+  const auto places = options.root.empty() ? host::Places::of(Roots::forThisMachine(environment), environment)
+                                           : host::Places::below(rootsBelow(options.root));
+  const auto ran = host::runHost(places, environment, [&] { detachment.complete(); });
+  if (!ran) std::cerr << "mirvel-host: " << ran.error().text() << '\n';
+  return ran ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  const bool asksForHelp = std::find(arguments.begin(), arguments.end(), "--help") != arguments.end();
+  const auto options = read(arguments);
+  if (options && !asksForHelp) return run(*options, processEnvironment());
+  (asksForHelp ? std::cout : std::cerr) << usage;
+  return asksForHelp ? 0 : 2;
+}

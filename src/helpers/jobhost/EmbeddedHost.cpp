@@ -1,0 +1,137 @@
+#include "helpers/jobhost/EmbeddedHost.h"
+
+#include <thread>
+
+#include "core/support/Strings.h"
+#include "helpers/action/Service.h"
+
+namespace mirvel {
+
+using namespace std::chrono;
+
+namespace {
+
+namespace key = host::key;
+namespace request = host::request;
+
+std::optional<JobHost::LogLine> lineOf(const plist::Value& value) {
+  const auto* const parts = value.as<plist::Array>();
+  if (!parts || parts->size() != 2) return std::nullopt;
+  const auto* const seconds = (*parts)[0].as<double>();
+  const auto* const message = (*parts)[1].as<std::string>();
+  if (!seconds || !message) return std::nullopt;
+  return JobHost::LogLine{*seconds, *message};
+}
+
+Result<void> withoutContent(const Result<plist::Dictionary>& answer) {
+  return answer ? Result<void>() : answer.error();
+}
+
+std::vector<std::string> argumentsOf(const EmbeddedHost::Settings& settings) {
+  std::vector<std::string> result{"--detach"};
+  result.insert(result.end(), settings.arguments.begin(), settings.arguments.end());
+  return result;
+}
+
+std::vector<std::string> commandOf(const EmbeddedHost::Settings& settings) {
+  std::vector<std::string> result = argumentsOf(settings);
+  result.insert(result.begin(), settings.program.string());
+  return result;
+}
+
+Error badAnswer() {
+  return {.code = Error::Code::Malformed, .message = "the job host's answer can't be understood"};
+}
+
+}  // namespace
+
+EmbeddedHost::Settings EmbeddedHost::ofUser(const std::filesystem::path& program, const Roots& roots,
+                                            const Environment& environment) {
+  return {.places = host::Places::of(roots, environment), .program = program, .autostart = roots.ownAutostart};
+}
+
+EmbeddedHost::Settings EmbeddedHost::below(const std::filesystem::path& program, const std::filesystem::path& root) {
+  const Roots roots = rootsBelow(root);
+  return {.places = host::Places::below(roots),
+          .program = program,
+          .arguments = {"--root", root.string()},
+          .autostart = roots.ownAutostart};
+}
+
+EmbeddedHost::EmbeddedHost(Settings settings, ProcessRunner& runner)
+    : m_settings(std::move(settings)),
+      m_runner(runner),
+      m_client(m_settings.places.socket),
+      m_autostart(m_settings.autostart, commandOf(m_settings)) {}
+
+Result<void> EmbeddedHost::load(const std::filesystem::path& file) {
+  const auto loaded = ask(request::load, {{std::string(key::path), file.string()}});
+  if (!loaded) return loaded.error();
+  (void)m_autostart.install();  // the job runs all the same, and the next load tries again
+  return {};
+}
+
+Result<void> EmbeddedHost::unload(const std::filesystem::path& file, const std::optional<std::string>& label) {
+  plist::Dictionary arguments{{std::string(key::path), file.string()}};
+  if (label) arguments.set(key::label, *label);
+  return withoutContent(ask(request::unload, arguments));
+}
+
+Result<bool> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
+  const auto answer = ask(request::waitForEnd,
+                          {{std::string(key::label), label}, {std::string(key::seconds), std::int64_t{limit.count()}}});
+  if (!answer) return answer.error();
+  const plist::Value* const ended = answer->find(key::ended);
+  if (!ended || !ended->as<bool>()) return badAnswer();
+  return *ended->as<bool>();
+}
+
+Result<std::vector<JobHost::LogLine>> EmbeddedHost::log(seconds period, const std::string& text) {
+  const auto answer =
+      ask(request::log, {{std::string(key::seconds), std::int64_t{period.count()}}, {std::string(key::text), text}});
+  if (!answer) return answer.error();
+  const plist::Value* const value = answer->find(key::lines);
+  const auto* const lines = value ? value->as<plist::Array>() : nullptr;
+  if (!lines) return badAnswer();
+  std::vector<LogLine> result;
+  result.reserve(lines->size());
+  for (const plist::Value& element : *lines) {
+    auto line = lineOf(element);
+    if (!line) return badAnswer();
+    result.push_back(*std::move(line));
+  }
+  return result;
+}
+
+Result<void> EmbeddedHost::quit() {
+  const auto answer = m_client.ask(request::quit);
+  if (answer || host::HostClient::isNoHost(answer.error()) || host::HostClient::isHangUp(answer.error())) return {};
+  return answer.error();
+}
+
+Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plist::Dictionary& arguments) {
+  // Another may be starting it at the same time and not be as far yet, or one that ends may still be there.
+  constexpr auto patience = seconds(5);
+  const auto end = steady_clock::now() + patience;
+  for (;;) {
+    auto answer = m_client.ask(request, arguments);
+    if (answer || !host::HostClient::isNoHost(answer.error()) || steady_clock::now() > end) return answer;
+    const auto started = start();
+    if (!started) return started.error();
+    answer = m_client.ask(request, arguments);
+    if (answer || !host::HostClient::isNoHost(answer.error())) return answer;
+    std::this_thread::sleep_for(milliseconds(10));
+  }
+}
+
+Result<void> EmbeddedHost::start() {
+  const auto result = m_runner.run(m_settings.program, argumentsOf(m_settings));
+  if (!result) return result.error();
+  if (result->exitStatus == 0) return {};
+  const std::string said(String::trim(result->complaints, true));
+  return Error{.code = Error::Code::Io,
+               .message = said.empty() ? "the job host can't be started" : "the job host can't be started: " + said,
+               .file = m_settings.program};
+}
+
+}  // namespace mirvel

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "core/support/ProcessRunner.h"
+#include "helpers/host/Places.h"
+#include "helpers/jobhost/HostAutostart.h"
+#include "helpers/jobhost/HostClient.h"
+#include "helpers/jobhost/JobHost.h"
+
+namespace mirvel {
+
+/// The host that comes with the program, for machines with neither launchd nor systemd: `mirvel-host`, which is started
+/// when it is asked for something and doesn't run.
+class EmbeddedHost : public JobHost {
+ public:
+  struct Settings {
+    host::Places places;
+    std::filesystem::path program;            ///< `mirvel-host`
+    std::vector<std::string> arguments = {};  ///< for it to find the same places, such as `--root DIR`
+    std::filesystem::path autostart = {};     ///< folder for the entry that starts it at login; empty: none
+  };
+
+  /// The user's own host, which is started at login from its first load on.
+  static Settings ofUser(const std::filesystem::path& program, const Roots& roots, const Environment& environment);
+  /// That of a machine whose folders are those of `rootsBelow(root)`.
+  static Settings below(const std::filesystem::path& program, const std::filesystem::path& root);
+
+  /// The runner must outlive it.
+  EmbeddedHost(Settings settings, ProcessRunner& runner);
+
+  Result<void> load(const std::filesystem::path& file) override;
+  Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override;
+  Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
+  Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override;
+
+  /// Stops the host with all its jobs; what is loaded is loaded again at its next start. None running is no error.
+  Result<void> quit();
+
+ private:
+  Result<plist::Dictionary> ask(std::string_view request, const plist::Dictionary& arguments);
+  Result<void> start();
+
+  Settings m_settings;
+  ProcessRunner& m_runner;
+  host::HostClient m_client;
+  host::HostAutostart m_autostart;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include "core/propertylist/Value.h"
+#include "core/support/Result.h"
+#include "helpers/jobhost/HostMessages.h"
+
+namespace mirvel::host {
+
+/// Asks the host that listens at a socket. Each question is a connection of its own, and waits for the answer.
+class HostClient {
+ public:
+  explicit HostClient(std::filesystem::path socket) : m_socket(std::move(socket)) {}
+
+  /// What the host answers; an error of its own is an error here. See `isNoHost`.
+  Result<plist::Dictionary> ask(std::string_view request, plist::Dictionary arguments = {}) const;
+  Result<std::vector<HostedJobStatus>> status() const;
+
+  /// Whether an error of `ask` says that no host is running.
+  static bool isNoHost(const Error& error);
+  /// Whether it says that the host hung up, which is its answer to `quit`.
+  static bool isHangUp(const Error& error);
+
+ private:
+  std::filesystem::path m_socket;
+};
+
+}  // namespace mirvel::host

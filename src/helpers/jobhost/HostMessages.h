@@ -1,0 +1,60 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/propertylist/Value.h"
+#include "core/support/Result.h"
+
+/// What passes between the job host and those who ask it. A request names what it wants under `request`; the answer
+/// carries `error`, or what was asked for.
+namespace mirvel::host {
+
+namespace key {
+inline constexpr std::string_view request = "request";
+inline constexpr std::string_view path = "path";        ///< of a job file, absolute
+inline constexpr std::string_view label = "label";      ///< of a job
+inline constexpr std::string_view seconds = "seconds";  ///< a time to wait, or the period of a log query
+inline constexpr std::string_view text = "text";        ///< that lines of the log must hold
+inline constexpr std::string_view ended = "ended";      ///< a boolean, the answer of `waitForEnd`
+inline constexpr std::string_view lines = "lines";      ///< of the log: arrays of a real and a text
+inline constexpr std::string_view jobs = "jobs";        ///< dictionaries, see `HostedJobStatus`
+inline constexpr std::string_view error = "error";      ///< a dictionary with the two below
+inline constexpr std::string_view code = "code";
+inline constexpr std::string_view message = "message";
+}  // namespace key
+
+namespace request {
+inline constexpr std::string_view load = "load";
+inline constexpr std::string_view unload = "unload";
+inline constexpr std::string_view waitForEnd = "waitForEnd";
+inline constexpr std::string_view log = "log";
+inline constexpr std::string_view status = "status";
+inline constexpr std::string_view quit = "quit";
+}  // namespace request
+
+/// What a loaded job does.
+struct HostedJobStatus {
+  std::string label;
+  std::string path;
+  std::optional<std::int64_t> process = {};  ///< its number while it runs
+  std::optional<std::string> lastEnd = {};   ///< in words; none: it hasn't ended yet
+  std::optional<std::int64_t> lastCode = {};
+  std::optional<std::int64_t> lastSignal = {};
+  std::optional<std::chrono::sys_seconds> nextRun = {};  ///< by a timer
+
+  plist::Dictionary toDictionary() const;
+  static std::optional<HostedJobStatus> from(const plist::Value& value);
+  bool operator==(const HostedJobStatus&) const = default;
+};
+
+plist::Dictionary errorReply(const Error& error);
+/// The error of an answer, if it is one.
+std::optional<Error> errorOf(const plist::Dictionary& answer);
+
+std::optional<std::string> textOf(const plist::Dictionary& dictionary, std::string_view key);
+std::optional<std::int64_t> numberOf(const plist::Dictionary& dictionary, std::string_view key);
+
+}  // namespace mirvel::host

@@ -1,0 +1,171 @@
+#include "core/schedule/ComingRuns.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace mirvel {
+namespace {
+
+using namespace std::chrono;
+using Interval = launchd::StartCalendarInterval::Interval;
+using Texts = std::vector<std::string>;
+
+/// "2026-03-29 01:30", in UTC.
+sys_seconds at(const std::string& text) {
+  int year = 0, minute = 0;
+  unsigned month = 0, day = 0, hour = 0;
+  EXPECT_EQ(std::sscanf(text.c_str(), "%d-%u-%u %u:%d", &year, &month, &day, &hour, &minute), 5) << text;
+  return sys_days(std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day)) + hours(hour) +
+         minutes(minute);
+}
+
+std::string text(sys_seconds moment) {
+  const auto day = floor<days>(moment);
+  const year_month_day date(day);
+  const hh_mm_ss time(moment - day);
+  char buffer[64];
+  std::snprintf(buffer, sizeof buffer, "%04d-%02u-%02u %02d:%02d", static_cast<int>(date.year()),
+                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()));
+  return buffer;
+}
+
+struct Row {
+  const char* zone;
+  Interval interval;
+  const char* after;
+  const char* end;
+  Texts runs;
+};
+
+Texts runsOf(const Row& row, const CalendarRule& rule) {
+  const ZoneStretches zone(row.zone, at(row.after), at(row.end));
+  ComingRuns runs(rule, zone, at(row.after), at(row.end));
+  Texts result;
+  while (const auto run = runs.next()) result.push_back(text(*run));
+  return result;
+}
+
+constexpr const char* berlin = "Europe/Berlin";          // forward 2026-03-29 01:00 UTC, back 2026-10-25 01:00 UTC
+constexpr const char* newYork = "America/New_York";      // forward 2026-03-08 07:00 UTC, back 2026-11-01 06:00 UTC
+constexpr const char* lordHowe = "Australia/Lord_Howe";  // half an hour: back 2026-04-04 15:00, forward 10-03 15:30
+constexpr const char* casablanca = "Africa/Casablanca";  // back for Ramadan 2026-02-15 02:00, forward 03-22 02:00
+constexpr const char* utc = "Etc/UTC";
+
+TEST(ComingRuns, SkipTheMissingHourAndRunOnceInTheRepeatedOne) {
+  const Row rows[] = {
+      {berlin, {30, 2}, "2026-03-28 00:00", "2026-03-31 00:00", {"2026-03-28 01:30", "2026-03-30 00:30"}},
+      {berlin, {59, 1}, "2026-03-28 12:00", "2026-03-29 12:00", {"2026-03-29 00:59"}},
+      {berlin, {0, 3}, "2026-03-28 12:00", "2026-03-29 12:00", {"2026-03-29 01:00"}},
+      {berlin, {30, 2}, "2026-10-24 12:00", "2026-10-26 00:00", {"2026-10-25 00:30"}},
+      {berlin, {30, 2}, "2026-10-25 00:45", "2026-10-27 00:00", {"2026-10-26 01:30"}},
+      {berlin, {30, 2}, "2026-10-25 01:15", "2026-10-27 00:00", {"2026-10-26 01:30"}},
+      {berlin, {50, 2}, "2026-10-25 00:45", "2026-10-26 00:00", {"2026-10-25 00:50"}},
+      {berlin, {0, 3}, "2026-10-25 00:30", "2026-10-26 00:00", {"2026-10-25 02:00"}},
+      {berlin,
+       {0},
+       "2026-10-24 22:30",
+       "2026-10-25 03:30",
+       {"2026-10-24 23:00", "2026-10-25 00:00", "2026-10-25 02:00", "2026-10-25 03:00"}},
+      {newYork, {30, 2}, "2026-03-07 00:00", "2026-03-10 00:00", {"2026-03-07 07:30", "2026-03-09 06:30"}},
+      {newYork, {30, 1}, "2026-11-01 00:00", "2026-11-02 00:00", {"2026-11-01 05:30"}},
+      {newYork, {30, 1}, "2026-11-01 06:00", "2026-11-03 00:00", {"2026-11-02 06:30"}},
+      {lordHowe, {45, 1}, "2026-04-04 00:00", "2026-04-05 00:00", {"2026-04-04 14:45"}},
+      {lordHowe, {15, 2}, "2026-10-02 18:00", "2026-10-04 18:00", {"2026-10-04 15:15"}},
+      {lordHowe, {30, 2}, "2026-10-03 12:00", "2026-10-04 12:00", {"2026-10-03 15:30"}},
+      {casablanca, {30, 2}, "2026-02-14 12:00", "2026-02-15 12:00", {"2026-02-15 01:30"}},
+      {casablanca, {30, 2}, "2026-03-21 12:00", "2026-03-23 12:00", {"2026-03-23 01:30"}},
+      {"No/Where", {30, 2}, "2026-03-28 12:00", "2026-03-29 12:00", {"2026-03-29 02:30"}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::string(row.zone) + " after " + row.after);
+    EXPECT_EQ(runsOf(row, CalendarRule::asShown(row.interval)), row.runs);
+    if (row.interval.hour) {
+      EXPECT_EQ(runsOf(row, CalendarRule::asRun(row.interval)), row.runs);
+    }
+  }
+}
+
+TEST(ComingRuns, ShownInTheTimelineTakeAMissingHourOrMinuteForZero) {
+  // minute, hour, day, weekday, month
+  const Row rows[] = {
+      {utc, {0, 12}, "2026-01-01 12:00", "2026-01-03 12:00", {"2026-01-02 12:00"}},
+      {utc, {{}, 12}, "2026-01-01 13:00", "2026-01-02 13:00", {"2026-01-02 12:00"}},
+      {utc, {0, 0, 31}, "2026-01-31 00:00", "2026-06-01 00:00", {"2026-03-31 00:00", "2026-05-31 00:00"}},
+      {utc, {{}, {}, 99}, "2026-04-01 00:00", "2026-06-01 00:00", {"2026-05-31 00:00"}},
+      {utc, {{}, {}, -3}, "2026-04-01 00:00", "2026-05-02 00:00", {"2026-05-01 00:00"}},
+      {utc, {0, 0, 29, {}, 2}, "2026-01-01 00:00", "2033-01-01 00:00", {"2028-02-29 00:00", "2032-02-29 00:00"}},
+      {utc, {0, 0, 31, {}, 14}, "2026-01-01 00:00", "2027-01-01 00:00", {"2026-12-31 00:00"}},
+      {utc, {0, 0, 31, {}, 4}, "2026-01-01 00:00", "2029-01-01 00:00", {}},
+      {utc, {0, 0, 10, 1}, "2026-03-01 00:00", "2026-04-01 00:00", {"2026-03-10 00:00"}},
+      {utc, {{}, {}, {}, 1}, "2026-03-01 00:00", "2026-03-10 00:00", {"2026-03-02 00:00", "2026-03-09 00:00"}},
+      {utc, {5, 6, {}, 0}, "2026-03-01 00:00", "2026-03-09 00:00", {"2026-03-01 06:05", "2026-03-08 06:05"}},
+      {utc, {5, 6, {}, 7}, "2026-03-01 00:00", "2026-03-09 00:00", {"2026-03-01 06:05", "2026-03-08 06:05"}},
+      {utc, {5, 6, {}, -2}, "2026-03-01 00:00", "2026-03-08 00:00", {"2026-03-01 06:05"}},
+      {utc, {5, 6, {}, {}, 7}, "2026-03-01 00:00", "2026-03-02 00:00", {"2026-03-01 06:05"}},
+      {utc, {59}, "2026-02-28 22:30", "2026-03-01 01:00", {"2026-02-28 22:59", "2026-02-28 23:59", "2026-03-01 00:59"}},
+      {utc, {0, 24}, "2026-03-01 00:00", "2026-04-01 00:00", {}},
+      {utc, {60}, "2026-03-01 00:00", "2026-04-01 00:00", {}},
+      {utc, {-1, 64}, "2026-03-01 00:00", "2026-04-01 00:00", {}},
+      {utc, {{}, {}, {}, {}, 3}, "2026-03-01 00:00", "2026-04-01 00:00", {}},
+      {utc, {}, "2026-03-01 00:00", "2026-04-01 00:00", {}},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(runsOf(row, CalendarRule::asShown(row.interval)), row.runs) << "row " << &row - rows;
+  }
+}
+
+TEST(ComingRuns, OfAJobTakeWhatIsMissingForAny) {
+  const Row rows[] = {
+      {utc,
+       {{}, 3},
+       "2026-01-01 03:57",
+       "2026-01-02 03:01",
+       {"2026-01-01 03:58", "2026-01-01 03:59", "2026-01-02 03:00"}},
+      {utc, {}, "2026-12-31 23:58", "2027-01-01 00:01", {"2026-12-31 23:59", "2027-01-01 00:00"}},
+      {utc, {{}, {}, {}, {}, 2}, "2026-01-31 23:58", "2026-02-01 00:02", {"2026-02-01 00:00", "2026-02-01 00:01"}},
+      {utc,
+       {0, 9, 10, 1},
+       "2026-03-01 00:00",
+       "2026-03-11 00:00",
+       {"2026-03-02 09:00", "2026-03-09 09:00", "2026-03-10 09:00"}},
+      {utc, {0, 9, {}, 7, 5}, "2026-01-01 00:00", "2026-05-11 00:00", {"2026-05-03 09:00", "2026-05-10 09:00"}},
+      {utc, {0, 0, 32}, "2026-01-01 00:00", "2027-01-01 00:00", {}},
+      {utc, {0, 0, 0}, "2026-01-01 00:00", "2027-01-01 00:00", {}},
+      {utc, {0, 0, {}, 8}, "2026-01-01 00:00", "2027-01-01 00:00", {}},
+      {utc, {0, 0, 1, {}, 13}, "2026-01-01 00:00", "2027-01-01 00:00", {}},
+      {utc, {0, 0, 99, 0}, "2026-03-01 00:00", "2026-03-09 00:00", {"2026-03-08 00:00"}},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(runsOf(row, CalendarRule::asRun(row.interval)), row.runs) << "row " << &row - rows;
+  }
+}
+
+TEST(ComingRuns, AreStrictlyLaterToTheSecond) {
+  const ZoneStretches zone(utc, at("2026-03-01 00:00"), at("2026-03-03 00:00"));
+  const auto rule = CalendarRule::asShown({0, 12});
+  const auto noon = at("2026-03-01 12:00");
+  EXPECT_EQ(ComingRuns(rule, zone, noon - seconds(1), zone.end()).next(), noon);
+  EXPECT_EQ(ComingRuns(rule, zone, noon, zone.end()).next(), noon + days(1));
+  EXPECT_EQ(ComingRuns(rule, zone, noon + seconds(1), zone.end()).next(), noon + days(1));
+}
+
+TEST(ComingRuns, OfAMinuteAloneComeEveryHourOfTheMonth) {
+  const Row row{berlin, {15}, "2026-03-01 00:00", "2026-04-01 00:00", {}};
+  EXPECT_EQ(runsOf(row, CalendarRule::asShown(row.interval)).size(), 31U * 24);
+}
+
+TEST(ComingRuns, TheFirstOfSeveralRulesIsTheEarliest) {
+  const ZoneStretches zone(utc, at("2026-03-01 00:00"), at("2026-03-08 00:00"));
+  const std::vector<CalendarRule> rules = {CalendarRule::asRun({0, 12}), CalendarRule::asRun({0, 6, {}, 2}),
+                                           CalendarRule::asRun({0, 0, 31})};
+  EXPECT_EQ(firstRun(rules, zone, at("2026-03-01 00:00")), at("2026-03-01 12:00"));
+  EXPECT_EQ(firstRun(rules, zone, at("2026-03-02 12:00")), at("2026-03-03 06:00"));
+  EXPECT_EQ(firstRun({}, zone, at("2026-03-02 12:00")), std::nullopt);
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,56 @@
+#include <gmock/gmock.h>
+
+#include "core/support/SystemProcessRunner.h"
+#include "ctl/CommandFixture.h"
+#include "ctl/Json.h"
+#include "helpers/jobhost/EmbeddedHost.h"
+
+namespace mirvel::ctl {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+using StatusCommandTest = CommandFixture;
+
+TEST_F(StatusCommandTest, HostThatIsNotRunningIsNotStarted) {
+  const auto told = start({"status"});
+  EXPECT_EQ(told.status, Success);
+  EXPECT_EQ(told.out, "mirvel-host isn't running: no job is loaded\n");
+  EXPECT_EQ(start({"status", "--json"}).out, "{\"host\":\"mirvel-host\",\"running\":false,\"jobs\":[]}\n");
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "support"));
+}
+
+TEST_F(StatusCommandTest, LoadedJobsAreToldWithWhatTheyDo) {
+  // The same folders as the command's, by the variables that lead there.
+  SystemProcessRunner processes{{{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}, {"XDG_DATA_HOME", folder.path()}}};
+  const auto support = folder.path() / "mirvel";
+  std::filesystem::create_directory(support);
+  std::filesystem::create_directory_symlink(support, folder.path() / "support");
+  EmbeddedHost embedded({.places = host::Places::below(roots()), .program = MIRVEL_HOST}, processes);
+  const auto job = [&](const std::string& label, const std::string& keys) {
+    return file(label + ".plist", "<plist><dict><key>Label</key><string>" + label + "</string>" + keys +
+                                      "<key>Program</key><string>/bin/false</string></dict></plist>");
+  };
+  ASSERT_TRUE(embedded.load(job("fails", "<key>RunAtLoad</key><true/>")));
+  ASSERT_TRUE(embedded.load(job("waits", "<key>StartInterval</key><integer>86400</integer>")));
+  ASSERT_TRUE(*embedded.waitForEnd("fails", std::chrono::seconds(60)));
+
+  EXPECT_THAT(start({"status"}).out, StartsWith("mirvel-host\n  fails  doesn't run; last exited with 1\n"
+                                                "  waits  doesn't run; next run 20"));
+  const Json json = Json::parse(start({"status", "--json"}).out);
+  EXPECT_EQ(json["running"], true);
+  ASSERT_EQ(json["jobs"].size(), 2U);
+  EXPECT_EQ(json["jobs"][0]["lastExit"], Json({{"code", 1}, {"signal", 0}, {"text", "exited with 1"}}));
+  EXPECT_EQ(json["jobs"][0]["nextRun"], nullptr);
+  EXPECT_TRUE(json["jobs"][1]["nextRun"].is_number());
+  ASSERT_TRUE(embedded.quit());
+}
+
+TEST_F(StatusCommandTest, BadArgumentsAreRefused) {
+  EXPECT_EQ(start({"status", "file"}).status, Usage);
+  EXPECT_EQ(start({"status", "--all"}).status, Usage);
+}
+
+}  // namespace
+}  // namespace mirvel::ctl

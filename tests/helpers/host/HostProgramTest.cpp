@@ -1,0 +1,339 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include "core/propertylist/Writer.h"
+#include "helpers/host/HostFixture.h"
+#include "helpers/host/HostSocket.h"
+#include "helpers/host/JobLog.h"
+#include "helpers/host/LoadedJobs.h"
+#include "helpers/wire/FrameSocket.h"
+
+namespace mirvel::host {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+using HostProgram = HostFixture;
+
+/// A pipe with a name, by which a job tells the test that it has come so far: nothing is waited for by the clock.
+class Signpost {
+ public:
+  explicit Signpost(const fs::path& path) : m_path(makePipe(path)), m_lines(path, std::ios::in | std::ios::out) {}
+
+  /// The next line that somebody writes.
+  std::string line() {
+    std::string line;
+    std::getline(m_lines, line);
+    return line;
+  }
+
+  static fs::path makePipe(const fs::path& path) {
+    if (::mkfifo(path.c_str(), 0600) != 0) throw std::runtime_error("no named pipe");
+    return path;
+  }
+
+ private:
+  fs::path m_path;
+  std::fstream m_lines;  // open for writing too, so that it doesn't end with a writer
+};
+
+bool isAlive(const std::string& process) {
+  // A process that has ended, but isn't collected by whoever inherited it, doesn't run any more.
+  std::ifstream stat("/proc/" + process + "/stat");
+  std::string text;
+  std::getline(stat, text);
+  const auto name = text.rfind(") ");
+  return name != std::string::npos && text[name + 2] != 'Z';
+}
+
+TEST_F(HostProgram, RunsAJobAtLoadAndKeepsWhatItSays) {
+  load(job("talker", "echo first; echo second >&2; printf third; exit 3", {{"RunAtLoad", true}}));
+  EXPECT_TRUE(hasEnded("talker"));
+  EXPECT_THAT(said("talker"), ElementsAre("started", "first", "second", "third", "exited with 3"));
+  ASSERT_EQ(status().size(), 1U);
+  EXPECT_EQ(status()[0].lastCode, 3);
+  EXPECT_EQ(status()[0].process, std::nullopt);
+}
+
+TEST_F(HostProgram, MakesTheProcessAsTheFileSays) {
+  const auto& root = folder.path();
+  fs::create_directories(root / "work");
+  folder.write("input", "from the input\n");
+  load(job("made", "pwd; cat; echo $FRUIT $HOME; umask; ulimit -n; nice; echo wrong >&2; echo $PATH",
+           {{"RunAtLoad", true},
+            {"WorkingDirectory", (root / "work").string()},
+            {"StandardInPath", (root / "input").string()},
+            {"StandardOutPath", (root / "out").string()},
+            {"StandardErrorPath", (root / "err").string()},
+            {"EnvironmentVariables", plist::Dictionary{{"FRUIT", "pear"}}},
+            {"Umask", 27},
+            {"Nice", 5},
+            {"SoftResourceLimits", plist::Dictionary{{"NumberOfFiles", 77}}}}));
+  EXPECT_TRUE(hasEnded("made"));
+  EXPECT_EQ(testdata::bytes(root / "out"), (root / "work").string() + "\nfrom the input\npear " + root.string() +
+                                               "\n0033\n77\n5\n/usr/bin:/bin:/usr/sbin:/sbin\n");
+  EXPECT_EQ(testdata::bytes(root / "err"), "wrong\n");
+  EXPECT_THAT(said("made"), ElementsAre("started", "exited with 0"));
+}
+
+TEST_F(HostProgram, SaysWhyAJobCannotBeStarted) {
+  struct Row {
+    const char* label;
+    plist::Dictionary keys;
+    const char* message;
+  };
+  const Row rows[] = {
+      {"no-program", {{"Program", "/no/such"}}, "can't run the program: No such file or directory"},
+      {"no-folder",
+       {{"WorkingDirectory", "/no/such"}},
+       "can't change to the working directory: No such file or directory"},
+      {"no-input", {{"StandardInPath", "/no/such"}}, "can't open the standard input: No such file or directory"},
+      {"no-output", {{"StandardOutPath", "/"}}, "can't open the standard output: Is a directory"},
+  };
+  for (Row row : rows) {
+    row.keys.set("RunAtLoad", true);
+    load(job(row.label, "true", row.keys));
+    EXPECT_TRUE(hasEnded(row.label));
+    EXPECT_THAT(said(row.label), ElementsAre("started", row.message));
+  }
+}
+
+TEST_F(HostProgram, BecomesTheUserOfARootJob) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can be another user";
+  load(job("nobody", "id -un; echo $USER", {{"RunAtLoad", true}, {"UserName", "nobody"}}));
+  EXPECT_TRUE(hasEnded("nobody"));
+  EXPECT_THAT(said("nobody"), ElementsAre("started", "nobody", "nobody", "exited with 0"));
+  load(job("stranger", "true", {{"RunAtLoad", true}, {"UserName", "no such user"}}));
+  EXPECT_TRUE(hasEnded("stranger"));
+  EXPECT_THAT(said("stranger"), Contains(HasSubstr("there is no user no such user")));
+}
+
+TEST_F(HostProgram, StartsAKeptAliveJobAgain) {
+  Signpost signpost(folder.path() / "pipe");
+  load(job("phoenix", "echo $$ > '" + (folder.path() / "pipe").string() + "'",
+           {{"KeepAlive", true}, {"ThrottleInterval", 0}}));
+  const std::string first = signpost.line();
+  const std::string second = signpost.line();
+  EXPECT_NE(first, "");
+  EXPECT_NE(first, second);
+}
+
+TEST_F(HostProgram, KillsAJobThatDoesNotWantToEnd) {
+  Signpost signpost(folder.path() / "pipe");
+  load(job("stubborn",
+           "trap '' TERM; echo $$ > '" + (folder.path() / "pipe").string() + "'; while :; do sleep 1000; done",
+           {{"RunAtLoad", true}, {"ExitTimeOut", 1}}));
+  const std::string process = signpost.line();
+  EXPECT_TRUE(isAlive(process));
+  unload("stubborn");
+  EXPECT_FALSE(isAlive(process));
+  EXPECT_THAT(said("stubborn"), ElementsAre("started", "is asked to end", "doesn't end, and is killed",
+                                            HasSubstr("was ended by signal 9")));
+}
+
+TEST_F(HostProgram, StopsWhatAJobLeavesBehindUnlessTheFileForbidsIt) {
+  for (const bool isAbandoned : {false, true}) {
+    const std::string label = isAbandoned ? "abandons" : "leaves";
+    const auto pipe = Signpost::makePipe(folder.path() / label);
+    load(job(label, "exec 9> '" + pipe.string() + "'; sleep 1000 & echo $! >&9",
+             {{"RunAtLoad", true}, {"AbandonProcessGroup", isAbandoned}}));
+    std::ifstream lines(pipe);
+    std::string process, rest;
+    std::getline(lines, process);
+    EXPECT_TRUE(hasEnded(label));
+    if (isAbandoned) {
+      EXPECT_TRUE(isAlive(process));
+      ::kill(std::stoi(process), SIGKILL);
+    }
+    EXPECT_FALSE(std::getline(lines, rest)) << "the pipe ends with the last process that has it open";
+  }
+}
+
+TEST_F(HostProgram, KeepsItsLogBoundedForAJobThatPrintsWithoutEnd) {
+  Signpost signpost(folder.path() / "pipe");
+  load(job("chatterbox",
+           "head -c 20000000 /dev/zero | tr '\\0' 'x'; yes | head -n 2000000; echo > '" +
+               (folder.path() / "pipe").string() + "'; exec yes",
+           {{"RunAtLoad", true}}));
+  signpost.line();
+  unload("chatterbox");
+  std::uintmax_t size = 0;
+  for (const auto& file : fs::directory_iterator(places.folder / "log")) size += fs::file_size(file);
+  EXPECT_GT(size, 1000U);
+  EXPECT_LT(size, 3 * JobLog::fileSize);
+  EXPECT_THAT(said("chatterbox"), Contains("[the job prints too much: the rest is left out for some seconds]"));
+}
+
+TEST_F(HostProgram, NoticesPathsAndQueues) {
+  const auto& root = folder.path();
+  Signpost watched(root / "watched"), queued(root / "queued"), there(root / "there");
+  const auto tell = [&](const std::string& name) { return "echo " + name + " > '" + (root / name).string() + "'"; };
+  fs::create_directories(root / "queue");
+  load(job("watcher", tell("watched"), {{"WatchPaths", plist::Array{(root / "later" / "file").string()}}}));
+  load(job("queue", "rm '" + (root / "queue" / "item").string() + "'; " + tell("queued"),
+           {{"QueueDirectories", plist::Array{(root / "queue").string()}}}));
+  const plist::Dictionary flag{{(root / "flag").string(), true}};
+  load(job("state", tell("there"), {{"KeepAlive", plist::Dictionary{{"PathState", flag}}}}));
+  folder.write("later/file", "1");
+  EXPECT_EQ(watched.line(), "watched");
+  folder.write("queue/item", "1");
+  EXPECT_EQ(queued.line(), "queued");
+  folder.write("flag", "1");
+  EXPECT_EQ(there.line(), "there");
+}
+
+TEST_F(HostProgram, KnowsItsJobsAgainAfterARestart) {
+  load(job("stays", "true", {{"StartInterval", 3600}}));
+  load(job("goes", "true"));
+  unload("goes");
+  load(job("vanishes", "true"));
+  fs::remove(folder.path() / "jobs" / "vanishes.plist");
+  ASSERT_TRUE(embedded.quit());
+  EXPECT_FALSE(client.status()) << "it has ended";
+  EXPECT_TRUE(embedded.unload("/nothing", {})) << "it is started again";
+  ASSERT_EQ(status().size(), 1U);
+  EXPECT_EQ(status()[0].label, "stays");
+  EXPECT_NE(status()[0].nextRun, std::nullopt);
+  EXPECT_THAT(said("mirvel-host"), testing::IsEmpty());
+  const auto lines = embedded.log(seconds(60), "vanishes.plist");
+  ASSERT_TRUE(lines);
+  EXPECT_EQ(lines->size(), 1U);
+}
+
+TEST_F(HostProgram, RefusesWhatIsNoJob) {
+  struct Row {
+    fs::path file;
+    Error::Code code;
+  };
+  ASSERT_EQ(::mkfifo((folder.path() / "fifo").c_str(), 0600), 0);
+  load(job("twice", "true"));
+  const Row rows[] = {
+      {folder.path() / "missing.plist", Error::Code::NotFound},
+      {"relative.plist", Error::Code::BadArgument},
+      {folder.path() / "fifo", Error::Code::Malformed},
+      {folder.path(), Error::Code::Malformed},
+      {folder.write("garbage.plist", "garbage <"), Error::Code::Malformed},
+      {folder.write("empty.plist", testdata::jobText("")), Error::Code::MissingKey},
+      {folder.write("big.plist", std::string(5 << 20, ' ')), Error::Code::LimitExceeded},
+      {folder.path() / "jobs" / "twice.plist", Error::Code::BadArgument},
+  };
+  for (const Row& row : rows) {
+    const auto loaded = embedded.load(row.file);
+    ASSERT_FALSE(loaded) << row.file;
+    EXPECT_EQ(loaded.error().code, row.code) << row.file << ": " << loaded.error().text();
+  }
+  EXPECT_EQ(status().size(), 1U);
+}
+
+TEST_F(HostProgram, TellsOfTheKeysThatItCannotServe) {
+  load(job("rich", "echo here", {{"RunAtLoad", true}, {"MachServices", plist::Dictionary{{"a.b", true}}}}));
+  EXPECT_TRUE(hasEnded("rich"));
+  EXPECT_THAT(said("rich"), ElementsAre(HasSubstr("MachServices"), "started", "here", "exited with 0"));
+}
+
+TEST_F(HostProgram, LosesNothingButTheConnectionToAClientThatMisbehaves) {
+  load(job("quiet", "true"));
+  const auto connect = [&] {
+    auto connection = connectTo(places.socket);
+    if (!connection) throw std::runtime_error(connection.error().text());
+    return *std::move(connection);
+  };
+  const auto isCutOff = [](const FileDescriptor& connection) {
+    wire::FrameReader reader;
+    for (;;) {
+      const auto frame = wire::receiveFrame(connection.number(), reader);
+      if (!frame || !*frame) return true;
+    }
+  };
+  const auto garbage = connect();
+  ASSERT_GT(wire::sendUninterrupted(garbage.number(), std::string("\0\0\0\x08nonsense", 12)), 0);
+  EXPECT_TRUE(isCutOff(garbage));
+  const auto endless = connect();
+  const std::string piece(65536, '\1');
+  for (ssize_t sent = 1; sent > 0;) sent = wire::sendUninterrupted(endless.number(), piece);
+  EXPECT_TRUE(isCutOff(endless));
+  const auto silent = connect();
+  {
+    const auto leaves = connect();
+    ASSERT_TRUE(
+        wire::sendFrame(leaves.number(), {1, {{"request", "waitForEnd"}, {"label", "quiet"}, {"seconds", 60}}}));
+  }
+  const auto unknown = client.ask("dance");
+  ASSERT_FALSE(unknown);
+  EXPECT_EQ(unknown.error().code, Error::Code::BadArgument);
+  EXPECT_EQ(status().size(), 1U);
+}
+
+TEST_F(HostProgram, IsReadByItsUserAlone) {
+  load(job("quiet", "true"));
+  struct stat info {};
+  ASSERT_EQ(::stat(places.folder.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 0777U, 0700U);
+  ASSERT_EQ(::stat(places.socket.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 0777U, 0600U);
+}
+
+TEST_F(HostProgram, IsStartedOnceHoweverManyAskAtTheSameTime) {
+  std::vector<fs::path> files;
+  for (int i = 0; i < 6; ++i) files.push_back(job("job" + std::to_string(i), "true"));
+  std::vector<std::thread> threads;
+  for (const auto& file : files) {
+    threads.emplace_back([&, file] {
+      EmbeddedHost other(EmbeddedHost::below(MIRVEL_HOST, folder.path()), runner);
+      const auto loaded = other.load(file);
+      EXPECT_TRUE(loaded) << loaded.error().text();
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(status().size(), files.size());
+}
+
+TEST_F(HostProgram, LeavesAnAutostartEntryThatThePersonMayChange) {
+  load(job("one", "true"));
+  const auto entry = rootsBelow(folder.path()).ownAutostart / "mirvel-host.desktop";
+  EXPECT_THAT(testdata::bytes(entry),
+              HasSubstr("Exec=\"" MIRVEL_HOST "\" --detach --root \"" + folder.path().string() + "\"\n"));
+  folder.write(fs::relative(entry, folder.path()), "Hidden=true\n");
+  load(job("two", "true"));
+  EXPECT_EQ(testdata::bytes(entry), "Hidden=true\n");
+}
+
+TEST_F(HostProgram, HoldsAThousandIdleJobsAtLittleCost) {
+  std::vector<fs::path> files;
+  for (int i = 0; i < 1000; ++i) {
+    const auto n = std::to_string(i);
+    files.push_back(job("idle" + n, "true",
+                        {{"StartCalendarInterval", plist::Dictionary{{"Hour", i % 24}, {"Minute", 0}}},
+                         {"WatchPaths", plist::Array{(folder.path() / n).string()}}}));
+  }
+  fs::create_directories(places.folder);
+  ASSERT_TRUE(LoadedJobs(places.folder / "loaded.plist").write(files));
+  load(job("asks", "sed -n 's/VmRSS: *//p' /proc/$PPID/status; cut -d ' ' -f 14,15 /proc/$PPID/stat; getconf CLK_TCK",
+           {{"RunAtLoad", true}}));
+  EXPECT_TRUE(hasEnded("asks"));
+  EXPECT_EQ(status().size(), 1001U);
+  const auto lines = said("asks");
+  ASSERT_EQ(lines.size(), 5U);
+  const long kilobytes = std::stol(lines[1]);
+  std::istringstream times(lines[2]);
+  long user = 0, system = 0;
+  times >> user >> system;
+  EXPECT_GT(kilobytes, 0);
+#ifndef MIRVEL_SANITIZED
+  EXPECT_LT(kilobytes, 20 * 1024);
+  EXPECT_LT(user + system, std::stol(lines[3])) << "a second of the processor, to load them all";
+#endif
+}
+
+}  // namespace
+}  // namespace mirvel::host

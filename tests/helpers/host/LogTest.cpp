@@ -1,0 +1,119 @@
+#include <gmock/gmock.h>
+
+#include "helpers/host/JobLog.h"
+#include "helpers/host/LoadedJobs.h"
+#include "helpers/host/OutputLines.h"
+#include "support/TestData.h"
+
+namespace mirvel::host {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono;
+using testing::ElementsAre;
+
+constexpr std::size_t unbounded = SIZE_MAX;
+
+JobLog::Moment moment(double seconds) {
+  return JobLog::Moment(milliseconds(static_cast<std::int64_t>(seconds * 1000)));
+}
+
+std::vector<std::string> messages(const std::vector<JobHost::LogLine>& lines) {
+  std::vector<std::string> result;
+  for (const auto& line : lines) result.push_back(line.message);
+  return result;
+}
+
+TEST(OutputLines, AreMadeOfPiecesHoweverTheyAreCut) {
+  const std::string text = "one\n\nthree\nfour";
+  for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+    OutputLines output;
+    auto lines = output.add(std::string_view(text).substr(0, cut), 0ms);
+    for (auto& line : output.add(std::string_view(text).substr(cut), 0ms)) lines.push_back(line);
+    EXPECT_THAT(lines, ElementsAre("one", "", "three"));
+    EXPECT_THAT(output.finish(), ElementsAre("four"));
+    EXPECT_THAT(output.finish(), ElementsAre());
+  }
+}
+
+TEST(OutputLines, AreBrokenWhereTheyAreTooLong) {
+  OutputLines output;
+  const auto lines = output.add(std::string(OutputLines::longestLine + 1, 'x') + '\n', 0ms);
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0].size(), OutputLines::longestLine);
+  EXPECT_EQ(lines[1], "x");
+}
+
+TEST(OutputLines, AreLeftOutBeyondTheAllowanceUntilThePeriodIsOver) {
+  OutputLines output;
+  const std::string piece(OutputLines::allowance / 2, '\n');
+  EXPECT_EQ(output.add(piece, 0ms).size(), piece.size());
+  EXPECT_EQ(output.add(piece, 1ms).size(), piece.size());
+  EXPECT_EQ(output.add("more\n", 2ms).size(), 1U) << "that the rest is left out";
+  EXPECT_THAT(output.add("more\n", 3ms), ElementsAre());
+  EXPECT_THAT(output.add("again\n", OutputLines::period + 1ms), ElementsAre("again"));
+}
+
+TEST(JobLog, FindsLinesByTimeAndTextInTheirOrder) {
+  const testdata::TemporaryFolder folder;
+  const JobLog log(folder.path() / "new");
+  EXPECT_THAT(log.find(moment(0), "", unbounded), ElementsAre());
+  ASSERT_TRUE(log.add("b", moment(10), {"b: first", "b: second"}));
+  ASSERT_TRUE(log.add("a", moment(10.5), {"a: with\nline end"}));
+  ASSERT_TRUE(log.add("b", moment(20), {"b: third"}));
+  EXPECT_THAT(messages(log.find(moment(0), "", unbounded)),
+              ElementsAre("b: first", "b: second", "a: with line end", "b: third"));
+  EXPECT_THAT(messages(log.find(moment(10.5), "", unbounded)), ElementsAre("a: with line end", "b: third"));
+  EXPECT_THAT(messages(log.find(moment(0), "b:", unbounded)), ElementsAre("b: first", "b: second", "b: third"));
+  EXPECT_THAT(messages(log.find(moment(0), "", 50)), ElementsAre("b: third"))
+      << "the youngest, as many as there is room for";
+  EXPECT_DOUBLE_EQ(log.find(moment(10.5), "a:", unbounded)[0].seconds, 10.5);
+}
+
+TEST(JobLog, KeepsTheYoungestOfAJobThatSaysMuchAndAllOfTheOthers) {
+  const testdata::TemporaryFolder folder;
+  const JobLog log(folder.path());
+  ASSERT_TRUE(log.add("quiet", moment(1), {"quiet: only line"}));
+  const std::string line(1000, 'x');
+  for (int i = 0; i < 1000; ++i) ASSERT_TRUE(log.add("loud", moment(2 + i), {std::to_string(i) + line}));
+  std::uintmax_t size = 0;
+  for (const auto& file : fs::directory_iterator(folder.path())) size += fs::file_size(file);
+  EXPECT_LT(size, 3 * JobLog::fileSize);
+  const auto lines = log.find(moment(0), "", unbounded);
+  EXPECT_EQ(lines.front().message, "quiet: only line");
+  EXPECT_EQ(lines.back().message, "999" + line);
+  EXPECT_GT(lines.size(), JobLog::fileSize / 1100) << "what was rotated is there too";
+}
+
+TEST(JobLog, StaysInItsFolderWhateverTheLabelIs) {
+  const testdata::TemporaryFolder folder;
+  const JobLog log(folder.path() / "log");
+  const std::vector<std::string> labels = {
+      "../x", "/etc/x", "..", ".", "a b\n", std::string("a\0b", 3), std::string(5000, 'l'), "ü"};
+  for (const auto& label : labels) EXPECT_TRUE(log.add(label, moment(1), {"line"})) << label;
+  EXPECT_EQ(log.find(moment(0), "line", unbounded).size(), labels.size());
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
+}
+
+TEST(JobLog, SkipsWhatSomebodyElseHasWrittenIntoIt) {
+  const testdata::TemporaryFolder folder;
+  const JobLog log(folder.path());
+  folder.write("job.log", "garbage\n\n12 good\nnan bad\n99999999999999999999");
+  EXPECT_THAT(messages(log.find(moment(0), "", unbounded)), ElementsAre("good"));
+}
+
+TEST(LoadedJobs, AreReadAsTheyWereWrittenAndRefusedIfTheFileIsNoList) {
+  const testdata::TemporaryFolder folder;
+  const LoadedJobs jobs(folder.path() / "loaded.plist");
+  EXPECT_THAT(*jobs.read(), ElementsAre());
+  ASSERT_TRUE(jobs.write({"/a b", "/ü"}));
+  EXPECT_THAT(*jobs.read(), ElementsAre("/a b", "/ü"));
+  for (const char* content :
+       {"", "garbage", "<plist><array/></plist>", "<plist><dict><key>Loaded</key><true/></dict></plist>"}) {
+    folder.write("loaded.plist", content);
+    EXPECT_FALSE(jobs.read()) << content;
+  }
+}
+
+}  // namespace
+}  // namespace mirvel::host

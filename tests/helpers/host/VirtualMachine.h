@@ -1,0 +1,134 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "core/schedule/ComingRuns.h"
+#include "helpers/host/HostedJob.h"
+
+namespace mirvel::host {
+
+/// A machine in virtual time that runs one job, whose process takes as long and ends as it is told here.
+class VirtualMachine {
+ public:
+  using Order = HostedJob::Order;
+
+  /// The keys of the job beside its label, in XML. It begins at that moment UTC, in that zone.
+  explicit VirtualMachine(const std::string& keys, std::chrono::sys_seconds begin = {},
+                          const std::string& zone = "Etc/UTC")
+      : m_zone(zone, begin, begin + std::chrono::days(800)), m_job(rules(keys), m_surroundings) {
+    now.wall = begin;
+  }
+
+  void load() {
+    m_job.load(now);
+    settle();
+  }
+
+  /// Lets the time pass, second by second where something happens.
+  void runUntil(long second) {
+    const std::chrono::milliseconds last = std::chrono::seconds(second);
+    while (now.running < last) {
+      auto next = last;
+      if (const auto wake = m_job.wakeAt(now)) next = std::min(next, std::max(*wake, now.running + tick));
+      if (m_endsAt) next = std::min(next, *m_endsAt);
+      advance(next - now.running);
+      settle();
+    }
+  }
+
+  /// The machine sleeps: nothing is asked, and both clocks go on.
+  void sleepUntil(long second) {
+    advance(std::chrono::seconds(second) - now.running);
+    settle();
+  }
+
+  void setClock(std::chrono::seconds by) {
+    now.wall += by;
+    m_job.clockChanged(now);
+    settle();
+  }
+
+  void unload() {
+    m_job.unload(now);
+    settle();
+  }
+
+  /// Does what the job says until it waits.
+  void settle() {
+    if (m_endsAt && *m_endsAt <= now.running) {
+      m_endsAt.reset();
+      m_job.ended(end);
+    }
+    for (int i = 0; i < 100 && !m_isForgotten; ++i) {
+      switch (m_job.decide(now)) {
+        case Order::Wait:
+          return;
+        case Order::Start:
+          start();
+          break;
+        case Order::Terminate:
+          stops.push_back("TERM " + second());
+          break;
+        case Order::Kill:
+          stops.push_back("KILL " + second());
+          break;
+        case Order::Forget:
+          stops.push_back("forgotten " + second());
+          m_isForgotten = true;
+          return;
+      }
+    }
+    if (!m_isForgotten) FAIL() << "the job never comes to rest";
+  }
+
+  HostedJob& job() { return m_job; }
+
+  HostTime now;
+  std::optional<std::chrono::seconds> duration = std::chrono::seconds(1);  ///< of its process; none: until it is told
+  ProcessEnd end;
+  std::vector<long> starts;
+  std::vector<std::string> stops;
+  std::set<std::string> there;  ///< paths that exist, folders that hold files, labels that are loaded
+
+ private:
+  static constexpr std::chrono::milliseconds tick{1};
+
+  static JobRules rules(const std::string& keys) {
+    auto plist = launchd::Plist::read("<plist><dict><key>Label</key><string>job</string>" + keys + "</dict></plist>");
+    if (!plist) throw std::runtime_error(plist.error().text());
+    return JobRules::of(*plist);
+  }
+
+  void start() {
+    starts.push_back(std::chrono::duration_cast<std::chrono::seconds>(now.running).count());
+    m_job.started(now);
+    if (duration) m_endsAt = now.running + *duration;
+  }
+
+  void advance(std::chrono::milliseconds time) {
+    now.running += time;
+    now.wall += time;
+  }
+
+  std::string second() const {
+    return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(now.running).count());
+  }
+
+  ZoneStretches m_zone;
+  std::optional<std::chrono::milliseconds> m_endsAt;
+  Surroundings m_surroundings{
+      .exists = [this](const std::string& path) { return there.count(path) > 0; },
+      .holdsFiles = [this](const std::string& folder) { return there.count(folder) > 0; },
+      .isLoaded = [this](const std::string& label) { return there.count(label) > 0; },
+      .firstRun = [this](auto rules, auto after) { return mirvel::firstRun(rules, m_zone, after); }};
+  HostedJob m_job;
+  bool m_isForgotten = false;
+};
+
+}  // namespace mirvel::host
