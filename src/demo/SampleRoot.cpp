@@ -162,17 +162,9 @@ Result<SampleRoot> SampleRoot::create(const fs::path& folder) {
 }
 
 Roots SampleRoot::roots() const {
-  return {
-      .home = m_folder / home,
-      .userLibrary = m_folder / userLibrary,
-      .applicationSupport = m_folder / applicationSupport,
-      .localLibrary = m_folder / localLibrary,
-      .systemLibrary = m_folder / systemLibrary,
-      .defaultsFile = m_folder / userLibrary / "preferences.plist",
-      .localApplications = m_folder / applications,
-      .ownAutostart = m_folder / ownAutostart,
-      .installedAutostart = {m_folder / installedAutostart},
-  };
+  Roots roots = Roots::below(m_folder);
+  roots.localApplications = m_folder / applications;
+  return roots;
 }
 
 }  // namespace mirvel::demo

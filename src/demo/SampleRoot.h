@@ -19,6 +19,7 @@ class SampleRoot {
   static Result<SampleRoot> create(const std::filesystem::path& folder);
 
   Roots roots() const;
+  const std::filesystem::path& folder() const { return m_folder; }
 
  private:
   explicit SampleRoot(std::filesystem::path folder) : m_folder(std::move(folder)) {}

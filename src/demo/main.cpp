@@ -36,7 +36,7 @@ int main(int argc, char* argv[]) {
     scheme.follow();
   }
   ui::prepareApplication(Localize(options.locale, ui::catalogues()));
-  ui::Application mirvel(root->roots(), environment, options.locale);
+  ui::Application mirvel(root->roots(), environment, options.locale, root->folder());
   mirvel.workspace().setFullUserName("Alex Example");  // the sample machine is nobody's
   Subscription filled = mirvel.program().notifications.jobsUpdated.subscribe([&] {
     filled = {};

@@ -1,5 +1,6 @@
 #include "core/actions/ActionController.h"
 
+#include "core/actions/ActionError.h"
 #include "core/app/Program.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
@@ -170,26 +171,25 @@ void ActionController::presentHelperError(const plist::Dictionary& error) {
 
   const std::string text = bidirectionalString({localize.anUnknownErrorOccurred(), '(' + integer->text() + ')'}, " ",
                                                localize.isRightToLeft());
-  if (*domain != Const::ActionError::domain) {
+  if (*domain != actionErrorDomain) {
     const std::string* const description = string("description");
     const std::string* const suggestion = string("suggestion");
     if (description && suggestion) return interface.error(*description, *suggestion);
     return interface.error(text, localize.pleaseTryAgain());
   }
-  const auto code = integer->toInt64();
-  if (code == Const::ActionError::noCommunication) {
-    tellOfNoCommunication();
-  } else if (code == Const::ActionError::item) {
-    interface.error(localize.theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError(), localize.pleaseTryAgain());
-  } else if (code == Const::ActionError::itemName) {
-    interface.error(localize.theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError(),
-                    localize.renameTheItemAndTryAgain());
-  } else if (code == Const::ActionError::log) {
-    interface.error(localize.anUnknownErrorOccurredWhenFetchingTheLog(), localize.pleaseTryAgain());
-    clearLog();
-  } else {
-    interface.error(text, localize.pleaseTryAgain());
+  const std::string notChanged = localize.theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError();
+  switch (static_cast<ActionErrorCode>(integer->toInt64().value_or(0))) {
+    case ActionErrorCode::NotConnected:
+      return tellOfNoCommunication();
+    case ActionErrorCode::NotChanged:
+      return interface.error(notChanged, localize.pleaseTryAgain());
+    case ActionErrorCode::NotChangedTryNewName:
+      return interface.error(notChanged, localize.renameTheItemAndTryAgain());
+    case ActionErrorCode::NoLog:
+      interface.error(localize.anUnknownErrorOccurredWhenFetchingTheLog(), localize.pleaseTryAgain());
+      return clearLog();
   }
+  interface.error(text, localize.pleaseTryAgain());
 }
 
 void ActionController::deleteConfirmed(int response, const Job& job) {

@@ -21,15 +21,6 @@ namespace PrivilegedHelper {
 inline constexpr std::string_view version = "app.mirvel.privileged.1";
 }  // namespace PrivilegedHelper
 
-/// What the helpers say of their own failures.
-namespace ActionError {
-inline constexpr std::string_view domain = "MirvelActionErrorDomain";
-inline constexpr int noCommunication = 1;
-inline constexpr int item = 4;      ///< it couldn't be added or removed
-inline constexpr int itemName = 5;  ///< likewise, and a new name may help
-inline constexpr int log = 7;       ///< it couldn't be fetched
-}  // namespace ActionError
-
 namespace AppName {
 inline constexpr std::string_view mirvel = "Mirvel";
 inline constexpr std::string_view systemPreferences = "System Settings";

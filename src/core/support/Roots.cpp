@@ -78,4 +78,12 @@ Roots Roots::ofLinux(const fs::path& home, const Environment& environment) {
   };
 }
 
+Roots Roots::below(const fs::path& root) {
+  Roots roots = ofLinux(root / "home", {});
+  roots.localLibrary = root / roots.localLibrary.relative_path();
+  roots.systemLibrary = root / roots.systemLibrary.relative_path();
+  for (fs::path& folder : roots.installedAutostart) folder = root / folder.relative_path();
+  return roots;
+}
+
 }  // namespace mirvel

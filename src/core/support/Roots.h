@@ -27,6 +27,9 @@ struct Roots {
   /// Those of a Linux desktop, by `XDG_CONFIG_HOME`, `XDG_DATA_HOME` and `XDG_CONFIG_DIRS` (the XDG base
   /// directories, which have paths ignored that aren't absolute).
   static Roots ofLinux(const std::filesystem::path& home, const Environment& environment);
+  /// Those of a Linux machine below another folder, with the one user `home`: `home/.config/mirvel`, `etc/mirvel` and
+  /// so on.
+  static Roots below(const std::filesystem::path& root);
 };
 
 }  // namespace mirvel

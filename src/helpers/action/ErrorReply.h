@@ -2,16 +2,14 @@
 
 #include <string>
 
+#include "core/actions/ActionError.h"
 #include "core/propertylist/Value.h"
 #include "core/support/Error.h"
 
 namespace mirvel {
 
-/// Error domains of a helper's answers. The first has the codes that the application words itself.
-inline constexpr const char* actionErrorDomain = "MirvelActionErrorDomain";
+/// The domain of errors that bring their words along.
 inline constexpr const char* helperErrorDomain = "MirvelHelperErrorDomain";
-
-enum class ActionErrorCode { NotConnected = 1, NotChanged = 4, NotChangedTryNewName = 5, NoLog = 7 };
 
 /// The answer `{error}` with a code that needs no words.
 plist::Dictionary errorReply(ActionErrorCode code);

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "core/actions/Action.h"
 #include "core/propertylist/Value.h"
 #include "core/support/Result.h"
 
@@ -12,17 +13,7 @@ namespace mirvel {
 
 /// What a helper is asked to do, as it reads it from the dictionary that was sent.
 struct Request {
-  enum class Kind {
-    write = 0,
-    writeAndLoad = 1,
-    delete_ = 2,
-    quitHelper = 3,
-    unload = 4,
-    load = 5,
-    test = 6,
-    uninstallHelpers = 8,
-    log = 9,
-  };
+  using Kind = Action::Kind;
   struct LogQuery {
     std::chrono::seconds period{};
     std::string text;

@@ -16,6 +16,10 @@ Error labelMismatch(const std::string& asked, const std::string& found) {
           .message = "the job is called “" + asked + "”, and its content has the label “" + found + "”"};
 }
 
+bool holds(const std::vector<std::string>& labels, const std::string& label) {
+  return std::find(labels.begin(), labels.end(), label) != labels.end();
+}
+
 plist::Array asReply(const std::vector<JobHost::LogLine>& lines) {
   constexpr std::size_t largestLog = std::size_t{16} << 20U;
   constexpr std::size_t largestMessage = std::size_t{64} << 10U;
@@ -71,7 +75,6 @@ Result<void> RequestHandler::act(const Request& request) {
 Result<void> RequestHandler::write(const Request& request) {
   const auto label = labelOf(*request.string);
   if (!label) return label.error();
-  if (request.label && *request.label != *label) return labelMismatch(*request.label, *label);
   for (const auto& file : {request.path, request.deletePath}) {
     if (!file) continue;
     if (auto admitted = m_setup.files.admit(*file); !admitted) return admitted;
@@ -80,6 +83,11 @@ Result<void> RequestHandler::write(const Request& request) {
   if (m_setup.trustsLabels) labels.push_back(*label);
   addLabelIn(request.path, labels);
   addLabelIn(request.deletePath, labels);
+  // A job that gets another label is still asked for by its old one.
+  if (request.label && *request.label != *label && !holds(labels, *request.label)) {
+    if (!m_setup.trustsLabels) return labelMismatch(*request.label, *label);
+    labels.push_back(*request.label);
+  }
 
   if (auto written = m_setup.files.write(*request.path, *request.string); !written) return written;
   if (auto unloaded = unloadAll(*request.path, labels); !unloaded) return unloaded;
@@ -131,7 +139,7 @@ void RequestHandler::addLabelIn(const std::optional<fs::path>& file, Labels& lab
   if (!file) return;
   const auto content = m_setup.files.read(*file);
   const auto label = content ? labelOf(*content) : Result<std::string>(content.error());
-  if (label && std::find(labels.begin(), labels.end(), *label) == labels.end()) labels.push_back(*label);
+  if (label && !holds(labels, *label)) labels.push_back(*label);
 }
 
 RequestHandler::Labels RequestHandler::labelsToUnload(const fs::path& file, const Request& request) {

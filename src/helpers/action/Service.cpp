@@ -18,11 +18,4 @@ Result<void> serve(int socket, const std::function<plist::Dictionary(const plist
   return {};
 }
 
-Roots rootsBelow(const std::filesystem::path& root) {
-  Roots roots = Roots::ofLinux(root / "home", {});
-  roots.localLibrary = root / roots.localLibrary.relative_path();
-  roots.systemLibrary = root / roots.systemLibrary.relative_path();
-  return roots;
-}
-
 }  // namespace mirvel

@@ -2,7 +2,6 @@
 
 #include <functional>
 
-#include "core/support/Roots.h"
 #include "helpers/action/RequestHandler.h"
 
 namespace mirvel {
@@ -11,8 +10,5 @@ namespace mirvel {
 /// for the end, or breaks the rules, which is the error.
 Result<void> serve(int socket, const std::function<plist::Dictionary(const plist::Dictionary&)>& handle,
                    const std::function<bool()>& isDone);
-
-/// The machine's folders, or those below another root: `home/.config/mirvel`, `etc/mirvel` and `usr/lib/mirvel`.
-Roots rootsBelow(const std::filesystem::path& root);
 
 }  // namespace mirvel

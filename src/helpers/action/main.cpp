@@ -2,9 +2,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <iostream>
+#include <optional>
+#include <string_view>
 
-#include "core/support/Commands.h"
 #include "core/support/SystemProcessRunner.h"
 #include "helpers/action/Service.h"
 #include "helpers/action/UserJobFiles.h"
@@ -20,9 +22,10 @@ bool isSocket(int descriptor) {
   return ::fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-Roots rootsFor(int argc, char** argv, const Environment& environment) {
-  if (argc == 3 && std::string_view(argv[1]) == "--root") return rootsBelow(argv[2]);
-  return Roots::forThisMachine(environment);
+/// The folder of another machine: `--root DIR`.
+std::optional<std::filesystem::path> rootIn(int argc, char** argv) {
+  if (argc == 3 && std::string_view(argv[1]) == "--root") return argv[2];
+  return std::nullopt;
 }
 
 Result<void> notMine() {
@@ -33,15 +36,15 @@ Result<void> notMine() {
 
 /// The action service: does as the user what the application asks for over descriptor 3.
 int main(int argc, char** argv) {
-  if ((argc != 1 && argc != 3) || !isSocket(wire::helperDescriptor)) {
+  if ((argc != 1 && !rootIn(argc, argv)) || !isSocket(wire::helperDescriptor)) {
     std::cerr << "mirvel-action: Mirvel starts this program when it needs it; it does nothing by itself.\n";
     return 2;
   }
   const Environment environment = processEnvironment();
   SystemProcessRunner runner(environment);
-  const auto host =
-      makeJobHost(Commands::forThisMachine(environment).launchctl, ::geteuid(), runner, [] { return makeNoHost(); });
-  UserJobFiles files(JobFolders::ofUser(rootsFor(argc, argv, environment)));
+  const auto root = rootIn(argc, argv);
+  const auto host = jobHostOfThisMachine(root, environment, runner);
+  UserJobFiles files(JobFolders::ofUser(root ? Roots::below(*root) : Roots::forThisMachine(environment)));
   RequestHandler handler({.files = files, .host = *host, .uninstall = notMine});
   const auto served = serve(
       wire::helperDescriptor, [&](const auto& request) { return handler.handle(request); },

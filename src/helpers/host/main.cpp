@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "helpers/action/Service.h"
 #include "helpers/host/Daemon.h"
 #include "helpers/host/Detachment.h"
 
@@ -45,7 +44,7 @@ int run(const Options& options, const Environment& environment) {
   host::Detachment detachment;
   if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
   const auto places = options.root.empty() ? host::Places::of(Roots::forThisMachine(environment), environment)
-                                           : host::Places::below(rootsBelow(options.root));
+                                           : host::Places::below(Roots::below(options.root));
   const auto ran = host::runHost(places, environment, [&] { detachment.complete(); });
   if (!ran) std::cerr << "mirvel-host: " << ran.error().text() << '\n';
   return ran ? 0 : 1;

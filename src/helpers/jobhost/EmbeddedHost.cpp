@@ -3,7 +3,6 @@
 #include <thread>
 
 #include "core/support/Strings.h"
-#include "helpers/action/Service.h"
 
 namespace mirvel {
 
@@ -51,7 +50,7 @@ EmbeddedHost::Settings EmbeddedHost::ofUser(const std::filesystem::path& program
 }
 
 EmbeddedHost::Settings EmbeddedHost::below(const std::filesystem::path& program, const std::filesystem::path& root) {
-  const Roots roots = rootsBelow(root);
+  const Roots roots = Roots::below(root);
   return {.places = host::Places::below(roots),
           .program = program,
           .arguments = {"--root", root.string()},

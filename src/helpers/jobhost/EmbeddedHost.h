@@ -25,7 +25,7 @@ class EmbeddedHost : public JobHost {
 
   /// The user's own host, which is started at login from its first load on.
   static Settings ofUser(const std::filesystem::path& program, const Roots& roots, const Environment& environment);
-  /// That of a machine whose folders are those of `rootsBelow(root)`.
+  /// That of a machine whose folders are those of `Roots::below(root)`.
   static Settings below(const std::filesystem::path& program, const std::filesystem::path& root);
 
   /// The runner must outlive it.

@@ -10,7 +10,7 @@ namespace mirvel::host {
 
 namespace {
 
-/// One argument of an `Exec` line; quoted, unless it is plain, as the desktop entry specification has it: for the
+/// One argument of an `Exec` line; quoted, unless it is plain, as desktop-entry-spec has it: for the
 /// command line, and once more for the file's own backslashes.
 std::string quoted(const std::string& text) {
   const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c == '-' || (c >= 'a' && c <= 'z'); });
@@ -29,7 +29,7 @@ std::string quoted(const std::string& text) {
 
 Result<void> HostAutostart::install() const {
   if (m_folder.empty()) return {};
-  const auto entry = m_folder / "mirvel-host.desktop";
+  const auto entry = m_folder / fileName;
   std::error_code failure;
   if (std::filesystem::exists(entry, failure)) return {};
   std::filesystem::create_directories(m_folder, failure);  // if that fails, so does what follows, and tells why

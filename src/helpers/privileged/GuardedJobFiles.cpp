@@ -19,7 +19,10 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr mode_t folderMode = 0755;
-constexpr OwnerAndMode rootsFile{.user = 0, .group = 0, .mode = 0644};
+/// Root's, or whose rights this process has.
+OwnerAndMode ownFile() {
+  return {.user = ::geteuid(), .group = ::getegid(), .mode = 0644};
+}
 
 Error refusal(const fs::path& file, const char* why) {
   return {.code = Error::Code::NotPermitted, .message = why, .file = file.string()};
@@ -133,7 +136,7 @@ Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view conte
   if (!entry) return logged(Result<void>(entry.error()));
   if (entry->isLink) return logged(Result<void>(refusal(file, "it is a link")));
   FileCalls calls;
-  return logged(replaceFileIn(folder->number(), file, content, rootsFile, calls));
+  return logged(replaceFileIn(folder->number(), file, content, ownFile(), calls));
 }
 
 Result<void> GuardedJobFiles::remove(const fs::path& file) {

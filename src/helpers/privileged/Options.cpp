@@ -27,8 +27,9 @@ bool take(const std::string& word, const std::string& value, PrivilegedOptions& 
   if (!value.starts_with('/')) return false;
   if (word == "--root") options.root = value;
   if (word == "--agents") options.agents = value;
+  if (word == "--host") options.host = value;
   if (word == "--installed") options.installed.emplace_back(value);
-  return word == "--root" || word == "--agents" || word == "--installed";
+  return word == "--root" || word == "--agents" || word == "--host" || word == "--installed";
 }
 
 }  // namespace

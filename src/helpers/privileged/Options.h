@@ -18,9 +18,10 @@ struct PrivilegedOptions {
   std::optional<std::filesystem::path> root = {};     ///< stands in for the machine's own
   std::optional<std::filesystem::path> agents = {};   ///< the user's job folder, out of which jobs are moved
   std::vector<std::filesystem::path> installed = {};  ///< what was installed for the user outside of the package
+  std::optional<std::filesystem::path> host = {};     ///< the socket of the user's own job host
 
-  /// From the words behind the program's name: `--user N`, `--root DIR`, `--agents DIR`, `--installed PATH` (any
-  /// number of them). What the last two name is touched with the user's rights only. Under pkexec the user is the one
+  /// From the words behind the program's name: `--user N`, `--root DIR`, `--agents DIR`, `--host SOCKET`,
+  /// `--installed PATH` (any number of them). What the last three name is touched with the user's rights only. Under pkexec the user is the one
   /// that pkexec(1) names in PKEXEC_UID, whatever the words say. Another root is for those who were root before: it is
   /// refused when the rights come from an elevation.
   static Result<PrivilegedOptions> read(const std::vector<std::string>& words, const Environment& environment,

@@ -7,10 +7,10 @@
 #include <array>
 #include <iostream>
 
-#include "core/support/Commands.h"
 #include "core/support/Digest.h"
 #include "core/support/SystemProcessRunner.h"
 #include "helpers/action/Service.h"
+#include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/jobhost/JobHosts.h"
 #include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/Authorisation.h"
@@ -66,9 +66,13 @@ std::filesystem::path folderForSockets(const PrivilegedOptions& options) {
 }
 
 /// Job files stay.
-Result<void> uninstall(const PrivilegedOptions& options) {
+Result<void> uninstall(const PrivilegedOptions& options, JobHost& ownHost) {
+  if (auto* embedded = dynamic_cast<EmbeddedHost*>(&ownHost)) {
+    if (auto ended = embedded->quit(); !ended) return ended;
+  }
   const ActingAs acting(options.user);
   if (!acting) return Error{.code = Error::Code::NotPermitted, .message = "the rights of the user can't be taken"};
+  if (options.host) (void)host::HostClient(*options.host).ask(host::request::quit);  // it may well not run
   return removeInstalled(options.installed);
 }
 
@@ -78,15 +82,14 @@ Result<void> work(Listener& listener, const Authorisation& authorisation, const 
   auto peer = listener.accept(untilConnected, console);
   if (!peer) return peer.error();
   SystemProcessRunner runner(environment);
-  const auto host =
-      makeJobHost(Commands::forThisMachine(environment).launchctl, 0, runner, [] { return makeNoHost(); });
-  const Roots roots = options.root ? rootsBelow(*options.root) : Roots::forThisMachine({});
+  const auto host = jobHostOfThisMachine(options.root, environment, runner);
+  const Roots roots = options.root ? Roots::below(*options.root) : Roots::forThisMachine({});
   std::optional<GuardedJobFiles::User> user;
   if (options.agents) user = {options.user, JobFolders({*options.agents})};
   GuardedJobFiles files(JobFolders::ofMachine(roots), console, std::move(user));
   RequestHandler handler({.files = files,
                           .host = *host,
-                          .uninstall = [&] { return uninstall(options); },
+                          .uninstall = [&] { return uninstall(options, *host); },
                           .trustsLabels = false,
                           .testFolder = listener.privateFolder()});
   const auto handle = guarded(authorisation, console, [&](const auto& request) { return handler.handle(request); });
@@ -100,7 +103,8 @@ int main(int argc, char** argv) {
   const auto options =
       PrivilegedOptions::read({argv + (argc > 0 ? 1 : 0), argv + argc}, processEnvironment(), ::getuid());
   if (!options) return fail(options.error().text());
-  if (::geteuid() != 0) return fail("Mirvel starts this program as root when it needs it");
+  // On a root of their own users may try it all with the rights that they have.
+  if (::geteuid() != 0 && !options->root) return fail("Mirvel starts this program as root when it needs it");
   dropInheritance();
   auto listener = Listener::make(folderForSockets(*options), options->user);
   if (!listener) return fail(listener.error().text());

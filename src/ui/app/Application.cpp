@@ -10,6 +10,7 @@
 
 #include "core/catalogue/PlatformLoginItems.h"
 #include "core/support/Const.h"
+#include "ui/app/Helpers.h"
 #include "ui/support/PlatformFolderMonitors.h"
 #include "ui/support/QtText.h"
 
@@ -17,13 +18,22 @@ namespace mirvel::ui {
 
 namespace fs = std::filesystem;
 
-Application::Application(Roots roots, const Environment& environment, const std::string& locale)
+Application::Application(Roots roots, const Environment& environment, const std::string& locale,
+                         const std::optional<fs::path>& machine)
     : m_foundation(std::move(roots), environment, catalogues(), locale),
       m_interface(m_foundation.defaults, m_foundation.localize),
       m_folderMonitors(platformFolderMonitors()),
       m_processRunner(environment),
       m_loginItems(
           loginItemsOfThisMachine(m_foundation.roots, environment, m_processRunner, m_foundation.commands, locale)),
+      m_authorisationQueue("Authorisation"),
+      m_helpers({.queue = m_mainQueue,
+                 .background = m_authorisationQueue,
+                 .runner = m_processRunner,
+                 .elevation = elevation(environment, machine.has_value()),
+                 .action = actionService(environment, machine),
+                 .privileged = helperProgram("mirvel-privileged"),
+                 .privilegedArguments = privilegedArguments(m_foundation.roots, environment, machine)}),
       m_program(m_foundation, platform()),
       m_fetchQueue("Fetch queue") {}
 
@@ -40,7 +50,7 @@ Platform Application::platform() {
           .agentSwitch = nullptr,
           .console = m_console,
           .clock = m_clock,
-          .helpers = nullptr};
+          .helpers = &m_helpers};
 }
 
 void Application::start() {

@@ -2,12 +2,14 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/app/Foundation.h"
 #include "core/app/Program.h"
 #include "core/support/SystemProcessRunner.h"
 #include "core/support/ThreadWorkQueue.h"
+#include "helpers/privileged/SystemHelperConnections.h"
 #include "ui/mainwindow/MainWindow.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtInterface.h"
@@ -19,7 +21,10 @@ namespace mirvel::ui {
 /// The whole program with its window, on the folders that it is given. Needs a QApplication; main thread only.
 class Application {
  public:
-  Application(Roots roots, const Environment& environment, const std::string& locale = Localize::currentLocale());
+  /// `machine` is the folder of another machine, whose roots are then those of `Roots::below`: the helpers work there
+  /// too, with the user's own rights.
+  Application(Roots roots, const Environment& environment, const std::string& locale = Localize::currentLocale(),
+              const std::optional<std::filesystem::path>& machine = {});
   ~Application();
 
   /// Lets the program begin its work, and shows the window.
@@ -43,6 +48,8 @@ class Application {
   StandardConsole m_console;
   SystemClock m_clock;
   std::unique_ptr<LoginItems> m_loginItems;
+  ThreadWorkQueue m_authorisationQueue;
+  SystemHelperConnections m_helpers;
   Program m_program;
   ThreadWorkQueue m_fetchQueue;  // after all that a scan uses, which its thread's end waits for
   std::unique_ptr<MainWindow> m_window;

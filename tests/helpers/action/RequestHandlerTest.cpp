@@ -63,6 +63,11 @@ TEST_F(RequestHandlerTest, JobsAreWrittenThenStoppedThenLoaded) {
   EXPECT_THAT(host.calls, ElementsAre("unload new"));
 }
 
+TEST_F(RequestHandlerTest, AJobThatGetsAnotherLabelIsStoppedUnderTheOneItHad) {
+  handler.handle({{"kind", 1}, {"path", path("a.plist")}, {"string", jobText("new")}, {"label", "old"}});
+  EXPECT_THAT(host.calls, ElementsAre("unload new", "unload old", "load a.plist"));
+}
+
 TEST_F(RequestHandlerTest, AMoveRemovesTheOldFileOnlyWhenTheNewOneStands) {
   const fs::path old = put("old.plist", "a");
   const auto move = [&](const std::string& to) {
@@ -160,7 +165,6 @@ TEST_F(RequestHandlerTest, WhatIsNoGoodRequestDoesNothingAndSaysWhy) {
       {{{"kind", 1}, {"path", a}, {"string", "hello"}}, ""},
       {{{"kind", 1}, {"path", a}, {"string", "<plist version=\"1.0\"><dict/></plist>"}}, "Label"},
       {{{"kind", 1}, {"path", a}, {"string", "<plist version=\"1.0\"><array/></plist>"}}, "dictionary"},
-      {{{"kind", 1}, {"path", a}, {"string", jobText("a")}, {"label", "b"}}, "label"},
       {{{"kind", 1}, {"path", a}, {"string", huge}}, "too large"},
       {{{"kind", 2}, {"label", "a"}}, "deletePath"},
       {{{"kind", 2}, {"deletePath", folder.string()}}, "deleted"},

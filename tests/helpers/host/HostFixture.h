@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "core/support/SystemProcessRunner.h"
-#include "helpers/action/Service.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
@@ -60,7 +59,7 @@ class HostFixture : public testing::Test {
   }
 
   testdata::TemporaryFolder folder;
-  const Places places = Places::below(rootsBelow(folder.path()));
+  const Places places = Places::below(Roots::below(folder.path()));
   SystemProcessRunner runner{{{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}}};
   EmbeddedHost embedded{EmbeddedHost::below(MIRVEL_HOST, folder.path()), runner};
   HostClient client{places.socket};

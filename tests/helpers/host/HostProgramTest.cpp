@@ -300,7 +300,7 @@ TEST_F(HostProgram, IsStartedOnceHoweverManyAskAtTheSameTime) {
 
 TEST_F(HostProgram, LeavesAnAutostartEntryThatThePersonMayChange) {
   load(job("one", "true"));
-  const auto entry = rootsBelow(folder.path()).ownAutostart / "mirvel-host.desktop";
+  const auto entry = Roots::below(folder.path()).ownAutostart / "mirvel-host.desktop";
   EXPECT_THAT(testdata::bytes(entry),
               HasSubstr("Exec=\"" MIRVEL_HOST "\" --detach --root \"" + folder.path().string() + "\"\n"));
   folder.write(fs::relative(entry, folder.path()), "Hidden=true\n");

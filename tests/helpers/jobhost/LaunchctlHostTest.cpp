@@ -6,7 +6,6 @@
 #include <deque>
 
 #include "helpers/FakeJobHost.h"
-#include "helpers/jobhost/JobHosts.h"
 
 namespace mirvel {
 namespace {
@@ -110,20 +109,6 @@ TEST_F(LaunchctlHostTest, TheLogIsAskedForWhatMentionsTheText) {
   EXPECT_EQ((*lines)[1].seconds, 1700000001);
   tool.answers = {{.exitStatus = 64, .complaints = "log: bad predicate"}};
   EXPECT_FALSE(host.log(std::chrono::hours(1), "a"));
-}
-
-TEST(JobHostsTest, LaunchdServesWhereItsToolIs) {
-  FakeTool tool;
-  int made = 0;
-  const auto otherwise = [&] {
-    ++made;
-    return makeNoHost();
-  };
-  EXPECT_TRUE(makeJobHost("/bin/sh", 0, tool, otherwise)->load("/a.plist"));
-  EXPECT_THAT(tool.calls, ElementsAre("/bin/sh|bootstrap|system|/a.plist"));
-  EXPECT_EQ(made, 0);
-  EXPECT_FALSE(makeJobHost("/nowhere/launchctl", 0, tool, otherwise)->load("/a.plist"));
-  EXPECT_EQ(made, 1);
 }
 
 }  // namespace
