@@ -93,7 +93,9 @@ Result<void> work(Listener& listener, const Authorisation& authorisation, const 
                           .trustsLabels = false,
                           .testFolder = listener.privateFolder()});
   const auto handle = guarded(authorisation, console, [&](const auto& request) { return handler.handle(request); });
-  return serve(peer->number(), handle, [&] { return handler.isDone(); });
+  auto served = serve(peer->number(), handle, [&] { return handler.isDone(); });
+  if (!served) console.log("cut off: " + served.error().text());
+  return served;
 }
 
 }  // namespace
