@@ -4,7 +4,7 @@ JOBS ?= $(shell getconf _NPROCESSORS_ONLN)
 ARGS ?=
 SECONDS_EACH ?= 600
 
-.PHONY: run demo screenshots test asan core check bench fuzz install clean
+.PHONY: run demo screenshots test soak asan core check bench fuzz install deb clean
 
 run:
 	scripts/dependencies build
@@ -27,6 +27,12 @@ test:
 	scripts/build fuzz -j$(JOBS)
 	ctest --preset fuzz
 	ctest --preset dev
+
+# The long versions of the tests that race and kill.
+soak:
+	scripts/dependencies build test
+	scripts/build dev -j$(JOBS)
+	MIRVEL_SOAK=1 build/dev/tests/helpers/mirvel_helpers_tests
 
 asan core:
 	scripts/dependencies build test
@@ -51,6 +57,11 @@ install:
 	scripts/dependencies build
 	scripts/build release -j$(JOBS)
 	cmake --install build/release $(if $(PREFIX),--prefix $(PREFIX))
+
+deb:
+	scripts/dependencies build package
+	scripts/build package -j$(JOBS)
+	cd build/package && cpack
 
 clean:
 	rm -rf build

@@ -1,12 +1,19 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QTimer>
+#include <cstdio>
 
 #include "ui/app/Application.h"
 #include "ui/mainwindow/ListModeView.h"
 
-/// Starts, shows a window and ends once that is drawn: with a folder as its argument Mirvel with the jobs of that
-/// machine, without one an empty window of Qt.
+/// Whoever started this waits for it.
+void tellThatItIsDrawn() {
+  std::putchar('!');
+  std::fflush(stdout);
+}
+
+/// Starts, shows a window, says so once that is drawn, and ends: with a folder as its argument Mirvel with the jobs of
+/// that machine, without one an empty window of Qt.
 int main(int argc, char* argv[]) {
   using namespace mirvel;
   QApplication application(argc, argv);
@@ -15,6 +22,7 @@ int main(int argc, char* argv[]) {
     window.resize(1200, 700);
     window.show();
     window.repaint();
+    tellThatItIsDrawn();
     QTimer::singleShot(0, &application, &QCoreApplication::quit);
     return QApplication::exec();
   }
@@ -22,6 +30,7 @@ int main(int argc, char* argv[]) {
   ui::Application mirvel(Roots::ofLinux(argv[1], {}), {}, "en");
   const Subscription filled = mirvel.program().notifications.jobsUpdated.subscribe([&mirvel] {
     mirvel.window().repaint();
+    tellThatItIsDrawn();
     QCoreApplication::exit(mirvel.window().listMode().mode().content().empty() ? 1 : 0);
   });
   mirvel.start();

@@ -15,11 +15,11 @@ std::unique_ptr<JobHost> jobHostOfThisMachine(const std::optional<std::filesyste
   if (root) return std::make_unique<EmbeddedHost>(EmbeddedHost::below(embedded, *root), runner);
   const std::string launchctl = Commands::forThisMachine(environment).launchctl;
   if (isProgram(launchctl)) {
-    return std::make_unique<LaunchctlHost>(LaunchctlHost::Setup{
-        .runner = runner, .domain = LaunchctlHost::domainOf(::geteuid()), .launchctl = launchctl});
+    return std::make_unique<LaunchctlHost>(
+        LaunchctlHost::Setup{.runner = runner, .domain = LaunchctlHost::domainOf(::geteuid()), .launchctl = launchctl});
   }
-  return std::make_unique<EmbeddedHost>(
-      EmbeddedHost::ofUser(embedded, Roots::forThisMachine(environment), environment), runner);
+  return std::make_unique<EmbeddedHost>(EmbeddedHost::ofUser(embedded, Roots::forThisMachine(environment), environment),
+                                        runner);
 }
 
 }  // namespace mirvel

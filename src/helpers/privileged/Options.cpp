@@ -46,8 +46,8 @@ Result<PrivilegedOptions> PrivilegedOptions::read(const std::vector<std::string>
     if (!user) return bad("PKEXEC_UID names no user");
     options.user = *user;
   }
-  const bool isElevated = elevated != environment.end() || realUser != 0 || options.user != 0;
-  if (options.root && isElevated) return bad("another root is only for those who are root themselves");
+  const bool isElevated = elevated != environment.end() || options.user != realUser;
+  if (options.root && isElevated) return bad("another root is only for those who have these rights themselves");
   return options;
 }
 

@@ -21,9 +21,9 @@ struct PrivilegedOptions {
   std::optional<std::filesystem::path> host = {};     ///< the socket of the user's own job host
 
   /// From the words behind the program's name: `--user N`, `--root DIR`, `--agents DIR`, `--host SOCKET`,
-  /// `--installed PATH` (any number of them). What the last three name is touched with the user's rights only. Under pkexec the user is the one
-  /// that pkexec(1) names in PKEXEC_UID, whatever the words say. Another root is for those who were root before: it is
-  /// refused when the rights come from an elevation.
+  /// `--installed PATH` (any number of them). What the last three name is touched with the user's rights only. Under
+  /// pkexec the user is the one that pkexec(1) names in PKEXEC_UID, whatever the words say. Another root is for those
+  /// who have this process's rights themselves: it is refused when they come from an elevation.
   static Result<PrivilegedOptions> read(const std::vector<std::string>& words, const Environment& environment,
                                         uid_t realUser);
 };

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <filesystem>
 #include <iostream>
 
 #include "core/support/Digest.h"
@@ -76,6 +77,14 @@ Result<void> uninstall(const PrivilegedOptions& options, JobHost& ownHost) {
   return removeInstalled(options.installed);
 }
 
+/// On a machine that has had no job yet they aren't there. One that can't be made is told of when it is needed.
+void makeJobFolders(const Roots& roots) {
+  for (const Kind kind : {Kind::localAgent, Kind::localDaemon}) {
+    std::error_code failure;
+    std::filesystem::create_directories(*Kind(kind).folderURL(roots), failure);
+  }
+}
+
 Result<void> work(Listener& listener, const Authorisation& authorisation, const PrivilegedOptions& options) {
   SystemLog console;
   const Environment environment{{"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}};
@@ -84,6 +93,7 @@ Result<void> work(Listener& listener, const Authorisation& authorisation, const 
   SystemProcessRunner runner(environment);
   const auto host = jobHostOfThisMachine(options.root, environment, runner);
   const Roots roots = options.root ? Roots::below(*options.root) : Roots::forThisMachine({});
+  makeJobFolders(roots);
   std::optional<GuardedJobFiles::User> user;
   if (options.agents) user = {options.user, JobFolders({*options.agents})};
   GuardedJobFiles files(JobFolders::ofMachine(roots), console, std::move(user));

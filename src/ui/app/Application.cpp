@@ -3,16 +3,15 @@
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QTranslator>
-#include <cstdlib>
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
+#include <utility>
 
 #include "core/catalogue/PlatformLoginItems.h"
 #include "core/support/Const.h"
 #include "ui/app/Helpers.h"
+#include "ui/support/OwnIcons.h"
 #include "ui/support/PlatformFolderMonitors.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ThreadHeap.h"
 
 namespace mirvel::ui {
 
@@ -54,10 +53,20 @@ Platform Application::platform() {
 }
 
 void Application::start() {
+  m_fetchQueue.add(growHeapOfThisThread);
   // The first scan runs while the window is made, and is published when the event loop comes to it.
   m_program.appDelegate.applicationDidFinishLaunching();
   m_window = std::make_unique<MainWindow>(m_program, m_icons);
   m_interface.setWindow(m_window.get());
+
+  constexpr double longestWait = 0.1;
+  m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { showAtFirst(); });
+  m_mainQueue.postAfter(longestWait, [this] { showAtFirst(); });
+}
+
+void Application::showAtFirst() {
+  if (std::exchange(m_hasShown, true)) return;
+  m_loadingChanged = {};
   m_window->show();
 }
 
@@ -68,15 +77,11 @@ fs::path catalogues() {
 }
 
 void prepareApplication(const Localize& localize) {
-#ifdef __GLIBC__
-  // One heap for all threads: those of further threads grow by a page at a time, and what a scan makes stays for long.
-  ::mallopt(M_ARENA_MAX, 1);
-#endif
   QApplication::setApplicationName(qt(Const::AppName::mirvel));
   QApplication::setApplicationDisplayName(QString());  // titles bring the name themselves
   QApplication::setApplicationVersion(QStringLiteral(MIRVEL_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("mirvel"));
-  QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app/mirvel.svg")));
+  QApplication::setWindowIcon(OwnIcons::application());
   QApplication::setLayoutDirection(localize.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
   auto* translator = new QTranslator(QCoreApplication::instance());  // of Qt's own dialogs
   if (translator->load(QLocale(qt(localize.locale())), QStringLiteral("qtbase"), QStringLiteral("_"),

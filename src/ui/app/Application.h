@@ -27,7 +27,7 @@ class Application {
               const std::optional<std::filesystem::path>& machine = {});
   ~Application();
 
-  /// Lets the program begin its work, and shows the window.
+  /// Lets the program begin its work. The window comes up with its jobs, or a moment later without them.
   void start();
 
   Program& program() { return m_program; }
@@ -37,6 +37,7 @@ class Application {
 
  private:
   Platform platform();
+  void showAtFirst();
 
   Foundation m_foundation;
   IconLoader m_icons;
@@ -53,6 +54,8 @@ class Application {
   Program m_program;
   ThreadWorkQueue m_fetchQueue;  // after all that a scan uses, which its thread's end waits for
   std::unique_ptr<MainWindow> m_window;
+  bool m_hasShown = false;
+  Subscription m_loadingChanged;
 };
 
 /// Where the translations lie: beside the installed program, or in the folder where it was built.

@@ -25,6 +25,7 @@ namespace {
 
 constexpr QLatin1String colorFolder(":/icons/color");
 constexpr QLatin1String symbolicFolder(":/icons/symbolic");
+constexpr QLatin1String applicationFolder(":/icons/app");
 
 QIcon load(QLatin1String folder, const QString& name) {
   announceResources();
@@ -50,6 +51,10 @@ QIcon color(const QString& name) {
 
 QIcon symbolic(const QString& name) {
   return load(symbolicFolder, name);
+}
+
+QIcon application() {
+  return load(applicationFolder, QStringLiteral("mirvel"));
 }
 
 bool isOurs(const QString& name) {

@@ -13,6 +13,9 @@ QIcon color(const QString& name);
 /// One in the colour of the text around it; likewise.
 QIcon symbolic(const QString& name);
 
+/// The program's.
+QIcon application();
+
 /// Whether a name means a picture of ours in any theme.
 bool isOurs(const QString& name);
 

@@ -43,6 +43,7 @@ TEST(PrivilegedOptionsTest, TheUserComesFromTheElevationAndAnotherRootIsForRootA
       {{"--root", "/tmp/x"}, {{"PKEXEC_UID", "0"}}, 0, {}, ""},
       {{"--root", "/tmp/x", "--user", "501"}, {}, 0, {}, ""},
       {{"--root", "/tmp/x", "--user", "0"}, {}, 501, {}, ""},
+      {{"--root", "/tmp/x", "--user", "501"}, {}, 501, 501, "/tmp/x"},
       {{"--agents", "/a", "--installed", "/b", "--installed", "/c"}, {{"PKEXEC_UID", "1000"}}, 0, 1000, ""},
       {{"--agents", "a"}, {}, 0, {}, ""},
       {{"--root", "x"}, {}, 0, {}, ""},

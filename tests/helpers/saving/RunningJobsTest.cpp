@@ -1,0 +1,173 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "core/app/Program.h"
+#include "core/catalogue/Launchd.h"
+#include "core/support/SystemProcessRunner.h"
+#include "core/support/ThreadWorkQueue.h"
+#include "helpers/jobhost/EmbeddedHost.h"
+#include "helpers/privileged/SystemHelperConnections.h"
+#include "support/FakeFolderMonitors.h"
+#include "support/FakeInterface.h"
+#include "support/FakeLoginItems.h"
+#include "support/FakeWorkspace.h"
+#include "support/JobText.h"
+#include "support/RecordingConsole.h"
+#include "support/TestData.h"
+#include "support/ThreadQueue.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Array;
+using plist::Dictionary;
+using testing::IsEmpty;
+
+/// The program's logic with its real helpers and the real host, on a machine below a folder.
+class RunningJobsTest : public testing::Test {
+ protected:
+  RunningJobsTest() {
+    for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) {
+      fs::create_directories(*kind.folderURL(roots));
+    }
+  }
+  ~RunningJobsTest() override {
+    EXPECT_THAT(interface.errors, IsEmpty());
+    EXPECT_TRUE(host.quit());
+  }
+
+  std::shared_ptr<Launchd> newJob(Kind kind, const Dictionary& keys) {
+    auto job = Launchd::read(testdata::jobText("job", keys), URL::address("new"), kind, Launchd::Source::Elsewhere, {},
+                             console);
+    job->isNewFile = true;
+    return job;
+  }
+  /// What the catalogue says of the one job on the machine; null if there is none.
+  std::shared_ptr<Launchd> read() {
+    program.fetcher.fetchJobs();
+    EXPECT_TRUE(queue.runUntil([this] { return !program.state.isLoading; }));
+    return program.state.jobs.empty() ? nullptr : std::dynamic_pointer_cast<Launchd>(program.state.jobs.front());
+  }
+  void waitFor(const std::function<bool()>& isSo) { ASSERT_TRUE(queue.runUntil(isSo)); }
+  /// Saves, and waits for the last answer.
+  void save(Launchd& job) {
+    program.actions.save(job);
+    waitFor([this] { return !program.state.isBusy; });
+    EXPECT_EQ(testdata::bytes(job.url.path()), *job.plistData());
+  }
+  std::vector<host::HostedJobStatus> loaded() {
+    const auto status = host::HostClient(host::Places::below(roots).socket).status();
+    return status ? *status : std::vector<host::HostedJobStatus>();
+  }
+  static bool isAlive(std::int64_t process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
+
+  const testdata::TemporaryFolder folder;
+  const fs::path output = folder.path() / "output";
+  const Roots roots = Roots::below(folder.path());
+  const Environment environment{{"PATH", "/usr/bin:/bin"}};
+  Foundation foundation{roots, environment, {}, "en"};
+  testdata::ThreadQueue queue;
+  ThreadWorkQueue background{"Authorisation"};
+  testdata::FakeInterface interface { foundation.defaults, foundation.localize };
+  testdata::FakeWorkspace workspace;
+  testdata::FakeFolderMonitors monitors;
+  SystemProcessRunner runner{environment};
+  testdata::FakeLoginItems loginItems;
+  testdata::RecordingConsole console;
+  SystemClock clock;
+  EmbeddedHost host{EmbeddedHost::below(MIRVEL_HOST, folder.path()), runner};
+  SystemHelperConnections helpers{
+      {.queue = queue,
+       .background = background,
+       .runner = runner,
+       .elevation = {.user = ::getuid()},
+       .action = {.path = MIRVEL_ACTION, .arguments = {"--root", folder.path()}, .environment = environment},
+       .privileged = MIRVEL_PRIVILEGED,
+       .privilegedArguments = {"--user", std::to_string(::getuid()), "--root", folder.path(), "--agents",
+                               *Kind(Kind::userAgent).folderURL(roots)}}};
+  ThreadWorkQueue fetchQueue{"Fetch queue"};
+  Program program{foundation,
+                  {.mainQueue = queue,
+                   .fetchQueue = fetchQueue,
+                   .interface = interface,
+                   .workspace = workspace,
+                   .folderMonitors = monitors,
+                   .processRunner = runner,
+                   .loginItems = loginItems,
+                   .agentSwitch = nullptr,
+                   .console = console,
+                   .clock = clock,
+                   .helpers = &helpers}};
+};
+
+TEST_F(RunningJobsTest, AnAgentIsSavedRunsIsChangedDisabledAndDeleted) {
+  const auto made = newJob(Kind::userAgent, {{"ProgramArguments", Array{"/bin/sh", "-c", "echo ran; exec sleep 1000"}},
+                                             {"RunAtLoad", true},
+                                             {"StandardOutPath", output.string()}});
+  save(*made);
+  EXPECT_EQ(made->url.text(), (*Kind(Kind::userAgent).folderURL(roots) / "job.plist").string());
+  ASSERT_EQ(loaded().size(), 1U);
+  const auto process = loaded().front().process;
+  ASSERT_TRUE(process);
+  EXPECT_FALSE(loaded().front().nextRun);
+
+  auto job = read();
+  ASSERT_TRUE(job);
+  job->plist().startInterval = 3600;
+  job->plist().programArguments = std::vector<std::string>{"/bin/sh", "-c", "echo again"};
+  job->plist().run = "/bin/sh -c \"echo again\"";
+  save(*job);
+  EXPECT_FALSE(isAlive(*process)) << "the job that was replaced is stopped";
+  ASSERT_TRUE(*host.waitForEnd("job", std::chrono::seconds(60)));
+  EXPECT_EQ(testdata::bytes(output), "ran\nagain\n");
+  ASSERT_EQ(loaded().size(), 1U);
+  EXPECT_TRUE(loaded().front().nextRun) << "by the new schedule";
+
+  job = read();
+  job->plist().disabled = true;
+  save(*job);
+  EXPECT_THAT(loaded(), IsEmpty());
+  EXPECT_EQ(program.revisions.revisions().find(job->url.text())->as<Array>()->size(), 3U);
+
+  job = read();
+  program.actions.deleteConfirmed(Interface::defaultButton, *job);
+  waitFor([&] { return !fs::exists(job->url.path()); });
+  EXPECT_FALSE(read());
+}
+
+TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
+  const auto made = newJob(Kind::localDaemon, {{"ProgramArguments", Array{"/bin/sh", "-c", "echo ran"}},
+                                               {"RunAtLoad", true},
+                                               {"StandardOutPath", output.string()}});
+  save(*made);
+  ASSERT_TRUE(*host.waitForEnd("job", std::chrono::seconds(60)));
+  EXPECT_EQ(testdata::bytes(output), "ran\n");
+
+  const auto fileOf = [this](Kind kind) { return *kind.folderURL(roots) / "job.plist"; };
+  std::string expected = "ran\n";
+  for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
+    const auto job = read();
+    ASSERT_TRUE(job);
+    const fs::path before = job->url.path();
+    job->kind = kind;
+    program.actions.save(*job);
+    // Two helpers take part, and either may be the first to answer.
+    waitFor([&] { return fs::exists(fileOf(kind)) && !fs::exists(before) && loaded().size() == 1; });
+    ASSERT_TRUE(*host.waitForEnd("job", std::chrono::seconds(60)));
+    expected += "ran\n";
+    EXPECT_EQ(testdata::bytes(output), expected);
+    EXPECT_EQ(loaded().front().path, fileOf(kind).string());
+  }
+
+  program.actions.deleteConfirmed(Interface::defaultButton, *read());
+  waitFor([&] { return !fs::exists(fileOf(Kind::localDaemon)); });
+  EXPECT_THAT(loaded(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace mirvel
