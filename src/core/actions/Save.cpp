@@ -32,6 +32,8 @@ void ActionController::save(Launchd& job) {
   if (!written) return setBusy(false);
   job.url = written->url;
   job.updateCustomIconDigest();
+  // The bytes of a job that only moved are the same, but it must be read again: its kind isn't what it was.
+  if (job.kind != job.originalKind) job.checksum.clear();
   if (written->isSent) m_program.revisions.saveRevision(job);
 }
 

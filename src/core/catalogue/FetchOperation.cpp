@@ -13,6 +13,7 @@
 #include "core/catalogue/ReadAhead.h"
 #include "core/catalogue/StartupItem.h"
 #include "core/support/Const.h"
+#include "core/support/ReplaceFile.h"
 
 namespace mirvel {
 
@@ -86,7 +87,9 @@ Jobs FetchOperation::jobsInFolder(Kind kind, const std::filesystem::path& path) 
   const auto folder = JobFolder::open(path);
   if (!folder) return {};
   auto entries = folder->entries();
-  std::erase_if(entries, [](const auto& entry) { return entry.name == Const::FileName::dsStore; });
+  std::erase_if(entries, [](const auto& entry) {
+    return entry.name == Const::FileName::dsStore || entry.name.starts_with(temporaryPrefix);
+  });
   return kind.isLaunchd() ? launchdJobs(kind, *folder, entries) : otherJobs(kind, *folder, entries);
 }
 

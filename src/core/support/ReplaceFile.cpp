@@ -78,7 +78,7 @@ class Temporary {
     constexpr int attempts = 100;
     std::random_device random;
     for (int attempt = 0; attempt < attempts; ++attempt) {
-      const std::string name = ".mirvel-" + std::to_string(random()) + "-" + std::to_string(random());
+      const std::string name = std::string(temporaryPrefix) + std::to_string(random()) + "-" + std::to_string(random());
       m_file = FileDescriptor(m_calls.create(m_folder, name.c_str()));
       if (m_file) {
         m_name = name;

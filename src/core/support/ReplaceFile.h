@@ -11,6 +11,9 @@
 
 namespace mirvel {
 
+/// How the names of the temporary files begin. One is seen in a folder while a file of it is being written.
+inline constexpr std::string_view temporaryPrefix = ".mirvel-";
+
 /// Gives a file new content so that a reader, and a machine that loses power, sees all of the old or all of the new:
 /// the bytes go to a temporary file beside it, are flushed to the device, and take the file's name.
 ///

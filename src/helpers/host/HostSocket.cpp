@@ -4,42 +4,13 @@
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 
-#include "helpers/wire/FrameSocket.h"
+#include "helpers/wire/LocalSocket.h"
 
 namespace mirvel::host {
-
-namespace {
-
-Result<sockaddr_un> addressOf(const std::filesystem::path& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (path.native().size() >= sizeof address.sun_path) {
-    return Error{.code = Error::Code::LimitExceeded, .message = "the path is too long for a socket", .file = path};
-  }
-  std::memcpy(address.sun_path, path.c_str(), path.native().size());
-  return address;
-}
-
-FileDescriptor makeSocket() {
-  FileDescriptor made(::socket(AF_UNIX, SOCK_STREAM, 0));
-  if (!made) return made;
-  ::fcntl(made.number(), F_SETFD, FD_CLOEXEC);
-  wire::ignoreHangUps(made.number());
-  return made;
-}
-
-/// The two calls that take an address want it as the general kind.
-const sockaddr* general(const sockaddr_un& address) {
-  return reinterpret_cast<const sockaddr*>(&address);
-}
-
-}  // namespace
 
 Result<FileDescriptor> lockFolder(const std::filesystem::path& folder) {
   const auto path = folder / "lock";
@@ -51,13 +22,13 @@ Result<FileDescriptor> lockFolder(const std::filesystem::path& folder) {
 }
 
 Result<FileDescriptor> listenAt(const std::filesystem::path& path) {
-  const auto address = addressOf(path);
+  const auto address = wire::LocalAddress::of(path);
   if (!address) return address.error();
-  FileDescriptor listening = makeSocket();
+  FileDescriptor listening = wire::makeLocalSocket();
   if (!listening) return systemError(errno, "make a socket at", path);
   ::unlink(path.c_str());
   const mode_t before = ::umask(0177);
-  const int bound = ::bind(listening.number(), general(*address), sizeof *address);
+  const int bound = ::bind(listening.number(), address->get(), address->size());
   const int failure = errno;
   ::umask(before);
   if (bound != 0) return systemError(failure, "make a socket at", path);
@@ -67,11 +38,11 @@ Result<FileDescriptor> listenAt(const std::filesystem::path& path) {
 }
 
 Result<FileDescriptor> connectTo(const std::filesystem::path& path) {
-  const auto address = addressOf(path);
+  const auto address = wire::LocalAddress::of(path);
   if (!address) return address.error();
-  FileDescriptor connection = makeSocket();
+  FileDescriptor connection = wire::makeLocalSocket();
   if (!connection) return systemError(errno, "connect to", path);
-  if (::connect(connection.number(), general(*address), sizeof *address) == 0) return connection;
+  if (::connect(connection.number(), address->get(), address->size()) == 0) return connection;
   if (errno == ENOENT || errno == ECONNREFUSED) {
     return Error{.code = Error::Code::NotFound, .message = noHostMessage, .file = path};
   }
@@ -79,17 +50,8 @@ Result<FileDescriptor> connectTo(const std::filesystem::path& path) {
 }
 
 bool isTrustedPeer(int socket) {
-#ifdef SO_PEERCRED
-  ucred peer{};
-  socklen_t size = sizeof peer;
-  if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) return false;
-  const uid_t user = peer.uid;
-#else
-  uid_t user = 0;
-  gid_t group = 0;
-  if (::getpeereid(socket, &user, &group) != 0) return false;
-#endif
-  return user == 0 || user == ::geteuid();
+  const auto user = wire::userOfPeer(socket);
+  return user && (*user == 0 || *user == ::geteuid());
 }
 
 }  // namespace mirvel::host

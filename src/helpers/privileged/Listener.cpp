@@ -5,13 +5,12 @@
 #include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
-#include <optional>
 #include <utility>
+
+#include "helpers/wire/LocalSocket.h"
 
 namespace mirvel {
 
@@ -21,36 +20,6 @@ namespace {
 
 constexpr mode_t passable = 0711;
 constexpr mode_t ownersAlone = 0600;
-
-Result<sockaddr_un> addressOf(const fs::path& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (path.native().size() >= sizeof address.sun_path) {
-    return Error{.code = Error::Code::LimitExceeded, .message = "the path is too long for a socket", .file = path};
-  }
-  std::memcpy(address.sun_path, path.c_str(), path.native().size());
-  return address;
-}
-
-FileDescriptor makeSocket() {
-  FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
-  if (socket) ::fcntl(socket.number(), F_SETFD, FD_CLOEXEC);
-  return socket;
-}
-
-std::optional<uid_t> peerOf(int socket) {
-#ifdef SO_PEERCRED
-  struct ucred peer {};
-  socklen_t size = sizeof peer;
-  if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) return std::nullopt;
-  return peer.uid;
-#else
-  uid_t user = 0;
-  gid_t group = 0;
-  if (::getpeereid(socket, &user, &group) != 0) return std::nullopt;
-  return user;
-#endif
-}
 
 }  // namespace
 
@@ -63,13 +32,12 @@ Result<Listener> Listener::make(const fs::path& parent, uid_t user) {
 }
 
 Result<void> Listener::listen() {
-  const auto path = addressOf(address());
+  const auto path = wire::LocalAddress::of(address());
   if (!path) return path.error();
-  m_socket = makeSocket();
+  m_socket = wire::makeLocalSocket();
   if (!m_socket) return systemError(errno, "make a socket", address());
-  const auto* bare = reinterpret_cast<const sockaddr*>(&*path);
   const bool isReady = ::mkdir(privateFolder().c_str(), 0700) == 0 &&
-                       ::bind(m_socket.number(), bare, sizeof *path) == 0 &&
+                       ::bind(m_socket.number(), path->get(), path->size()) == 0 &&
                        ::chmod(address().c_str(), ownersAlone) == 0 &&
                        (m_user == ::geteuid() || ::chown(address().c_str(), m_user, static_cast<gid_t>(-1)) == 0) &&
                        ::listen(m_socket.number(), 4) == 0 &&
@@ -99,7 +67,7 @@ Result<FileDescriptor> Listener::accept(std::chrono::milliseconds limit, Console
     FileDescriptor peer(::accept(m_socket.number(), nullptr, nullptr));
     if (!peer) continue;
     ::fcntl(peer.number(), F_SETFD, FD_CLOEXEC);
-    if (peerOf(peer.number()) == m_user) {
+    if (wire::userOfPeer(peer.number()) == m_user) {
       m_socket.reset();
       ::unlink(address().c_str());
       return peer;
@@ -109,11 +77,10 @@ Result<FileDescriptor> Listener::accept(std::chrono::milliseconds limit, Console
 }
 
 Result<FileDescriptor> connectTo(const fs::path& address) {
-  const auto path = addressOf(address);
+  const auto path = wire::LocalAddress::of(address);
   if (!path) return path.error();
-  FileDescriptor socket = makeSocket();
-  const auto* bare = reinterpret_cast<const sockaddr*>(&*path);
-  if (!socket || ::connect(socket.number(), bare, sizeof *path) != 0) {
+  FileDescriptor socket = wire::makeLocalSocket();
+  if (!socket || ::connect(socket.number(), path->get(), path->size()) != 0) {
     return systemError(errno, "talk to the helper", address);
   }
   return socket;

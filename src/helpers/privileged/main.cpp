@@ -91,7 +91,9 @@ Result<void> work(Listener& listener, const Authorisation& authorisation, const 
   auto peer = listener.accept(untilConnected, console);
   if (!peer) return peer.error();
   SystemProcessRunner runner(environment);
-  const auto host = jobHostOfThisMachine(options.root, environment, runner);
+  // Root has a host of its own on another machine, too.
+  const auto root = options.root ? std::optional(*options.root / "root") : std::nullopt;
+  const auto host = jobHostOfThisMachine(root, environment, runner);
   const Roots roots = options.root ? Roots::below(*options.root) : Roots::forThisMachine({});
   makeJobFolders(roots);
   std::optional<GuardedJobFiles::User> user;

@@ -100,8 +100,9 @@ TEST_F(FetchOperationTest, AnyReadableListIsAJobAndNothingElseIs) {
   (void)write(Kind::userAgent, "binary.plist", plist::writeBinary(plist::Dictionary{{"Label", "binary"}}));
   (void)folder.write("elsewhere.plist", jobText("linked"));
   fs::create_symlink(folder.path() / "elsewhere.plist", file("link.plist"));
-  // Passed over without a word: the file viewer's own, and links that lead nowhere.
+  // Passed over without a word: the file viewer's own, files that are being written, and links that lead nowhere.
   (void)write(Kind::userAgent, ".DS_Store", jobText("viewer"));
+  (void)write(Kind::userAgent, ".mirvel-12-34", jobText("half a save"));
   fs::create_symlink(folder.path() / "gone", file("dangling.plist"));
   fs::create_symlink(file("loop.plist"), file("loop.plist"));
   // Told in the log: what can't be read as a file.

@@ -39,6 +39,7 @@ class RunningJobsTest : public testing::Test {
   ~RunningJobsTest() override {
     EXPECT_THAT(interface.errors, IsEmpty());
     EXPECT_TRUE(host.quit());
+    EXPECT_TRUE(rootsHost.quit());
   }
 
   std::shared_ptr<Launchd> newJob(Kind kind, const Dictionary& keys) {
@@ -53,15 +54,19 @@ class RunningJobsTest : public testing::Test {
     EXPECT_TRUE(queue.runUntil([this] { return !program.state.isLoading; }));
     return program.state.jobs.empty() ? nullptr : std::dynamic_pointer_cast<Launchd>(program.state.jobs.front());
   }
-  void waitFor(const std::function<bool()>& isSo) { ASSERT_TRUE(queue.runUntil(isSo)); }
+  void waitFor(const std::function<bool()>& isSo) {
+    ASSERT_TRUE(queue.runUntil(isSo)) << testing::PrintToString(interface.errors);
+  }
   /// Saves, and waits for the last answer.
   void save(Launchd& job) {
     program.actions.save(job);
     waitFor([this] { return !program.state.isBusy; });
     EXPECT_EQ(testdata::bytes(job.url.path()), *job.plistData());
   }
-  std::vector<host::HostedJobStatus> loaded() {
-    const auto status = host::HostClient(host::Places::below(roots).socket).status();
+  /// What the host of that kind of job says: the user has one, and root.
+  std::vector<host::HostedJobStatus> loaded(Kind kind = Kind::userAgent) {
+    const Roots hosts = kind == Kind::userAgent ? roots : Roots::below(folder.path() / "root");
+    const auto status = host::HostClient(host::Places::below(hosts).socket).status();
     return status ? *status : std::vector<host::HostedJobStatus>();
   }
   static bool isAlive(std::int64_t process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
@@ -81,6 +86,7 @@ class RunningJobsTest : public testing::Test {
   testdata::RecordingConsole console;
   SystemClock clock;
   EmbeddedHost host{EmbeddedHost::below(MIRVEL_HOST, folder.path()), runner};
+  EmbeddedHost rootsHost{EmbeddedHost::below(MIRVEL_HOST, folder.path() / "root"), runner};
   SystemHelperConnections helpers{
       {.queue = queue,
        .background = background,
@@ -145,7 +151,7 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
                                                {"RunAtLoad", true},
                                                {"StandardOutPath", output.string()}});
   save(*made);
-  ASSERT_TRUE(*host.waitForEnd("job", std::chrono::seconds(60)));
+  ASSERT_TRUE(*rootsHost.waitForEnd("job", std::chrono::seconds(60)));
   EXPECT_EQ(testdata::bytes(output), "ran\n");
 
   const auto fileOf = [this](Kind kind) { return *kind.folderURL(roots) / "job.plist"; };
@@ -157,16 +163,17 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
     job->kind = kind;
     program.actions.save(*job);
     // Two helpers take part, and either may be the first to answer.
-    waitFor([&] { return fs::exists(fileOf(kind)) && !fs::exists(before) && loaded().size() == 1; });
-    ASSERT_TRUE(*host.waitForEnd("job", std::chrono::seconds(60)));
+    const Kind other = kind == Kind::userAgent ? Kind::localDaemon : Kind::userAgent;
+    waitFor([&] { return !fs::exists(before) && loaded(kind).size() == 1 && loaded(other).empty(); });
+    ASSERT_TRUE(*(kind == Kind::userAgent ? host : rootsHost).waitForEnd("job", std::chrono::seconds(60)));
     expected += "ran\n";
     EXPECT_EQ(testdata::bytes(output), expected);
-    EXPECT_EQ(loaded().front().path, fileOf(kind).string());
+    EXPECT_EQ(loaded(kind).front().path, fileOf(kind).string());
   }
 
   program.actions.deleteConfirmed(Interface::defaultButton, *read());
   waitFor([&] { return !fs::exists(fileOf(Kind::localDaemon)); });
-  EXPECT_THAT(loaded(), IsEmpty());
+  EXPECT_THAT(loaded(Kind::localDaemon), IsEmpty());
 }
 
 }  // namespace
