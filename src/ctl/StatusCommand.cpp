@@ -1,11 +1,11 @@
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <ctime>
 #include <ostream>
 #include <sstream>
 
 #include "core/support/Commands.h"
+#include "core/support/Decimal.h"
 #include "ctl/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Json.h"
@@ -81,9 +81,9 @@ std::optional<host::HostedJobStatus> jobInLine(const std::string& line) {
   std::string process, last, label;
   if (!std::getline(words, process, '\t') || !std::getline(words, last, '\t') || !std::getline(words, label)) return {};
   const auto number = [](const std::string& text) -> std::optional<std::int64_t> {
-    std::int64_t value = 0;
-    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return failure == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+    if (!text.starts_with('-')) return Decimal::toInt(text);
+    const auto size = Decimal::toInt(std::string_view(text).substr(1));
+    return size ? std::optional(-*size) : std::nullopt;
   };
   if (process != "-" && !number(process)) return {};  // the heading
   host::HostedJobStatus job{.label = label, .path = {}, .process = number(process)};

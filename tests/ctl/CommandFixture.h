@@ -18,7 +18,7 @@ struct Outcome {
   std::string err;
 };
 
-/// Starts commands on a machine that lies in a temporary folder, and has no tools.
+/// Starts commands on a machine that lies in a temporary folder.
 class CommandFixture : public testing::Test {
  protected:
   Outcome start(const std::vector<std::string>& arguments, const std::string& input = {}) {
@@ -59,16 +59,22 @@ class CommandFixture : public testing::Test {
   Environment environment{{"PATH", folder.path() / "bin"}};
   std::ostringstream out;
   bool isTerminal = false;
+  std::optional<ProcessResult> answer;  ///< of every tool; none: there are no tools
 
  private:
-  class NoTools final : public ProcessRunner {
+  class Tools final : public ProcessRunner {
    public:
+    explicit Tools(const std::optional<ProcessResult>& answer) : m_answer(answer) {}
     Result<ProcessResult> run(const std::string&, const std::vector<std::string>&) override {
+      if (m_answer) return *m_answer;
       return Error{.code = Error::Code::NotFound, .message = "can't run"};
     }
+
+   private:
+    const std::optional<ProcessResult>& m_answer;
   };
 
-  NoTools runner;
+  Tools runner{answer};
 };
 
 }  // namespace mirvel::ctl

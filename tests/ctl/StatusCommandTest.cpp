@@ -47,6 +47,20 @@ TEST_F(StatusCommandTest, LoadedJobsAreToldWithWhatTheyDo) {
   ASSERT_TRUE(embedded.quit());
 }
 
+TEST_F(StatusCommandTest, LaunchdIsAskedWhereItIs) {
+  std::filesystem::permissions(folder.write("bin/launchctl", "#!/bin/sh\n"), std::filesystem::perms::owner_all);
+  answer = {.output = "PID\tStatus\tLabel\n312\t0\torg.example.a\n-\t78\torg.example.b\n-\t-15\tc\nodd line\n"};
+  EXPECT_EQ(start({"status"}).out,
+            "launchd\n"
+            "  org.example.a  runs as process 312; last exited with 0\n"
+            "  org.example.b  doesn't run; last exited with 78\n"
+            "  c  doesn't run; last was ended by signal 15\n");
+  answer = {.exitStatus = 1, .complaints = "no session"};
+  const auto failed = start({"status"});
+  EXPECT_EQ(failed.status, Failed);
+  EXPECT_THAT(failed.err, HasSubstr("no session"));
+}
+
 TEST_F(StatusCommandTest, BadArgumentsAreRefused) {
   EXPECT_EQ(start({"status", "file"}).status, Usage);
   EXPECT_EQ(start({"status", "--all"}).status, Usage);

@@ -2,6 +2,7 @@
 
 #include "core/actions/ActionError.h"
 #include "core/app/Program.h"
+#include "core/propertylist/Encoding.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 
@@ -31,17 +32,14 @@ bool ActionController::sendPrivileged(const Action::Shared& action) {
     tellOfNoCommunication();
     return false;
   }
-  const std::weak_ptr<int> owner = m_owner;
-  helpers->connectToPrivileged(
-      std::string(Const::PrivilegedHelper::version),
-      [this, owner, action](HelperConnections::Privileged answer) {
-        if (!owner.expired()) connected(std::move(answer), action);
-      },
-      [this, owner, action](const Error& error) {
-        if (owner.expired()) return;
-        connectionFailed(*action, error, false);
-        m_program.platform.interface.present(error);
-      });
+  helpers->connectToPrivileged(std::string(Const::PrivilegedHelper::version),
+                               m_delay.whileOwned([this, action](HelperConnections::Privileged answer) {
+                                 connected(std::move(answer), action);
+                               }),
+                               m_delay.whileOwned([this, action](const Error& error) {
+                                 connectionFailed(*action, error, false);
+                                 m_program.platform.interface.present(error);
+                               }));
   return true;
 }
 
@@ -193,7 +191,7 @@ void ActionController::presentHelperError(const plist::Dictionary& error) {
 }
 
 void ActionController::deleteConfirmed(int response, const Job& job) {
-  if (response != Interface::defaultButton) return;
+  if (response != Interface::defaultButton || !canBeNamed(job.url)) return;
   if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem();
   const auto action = Action::delete_(job.url, job.name);
   if (job.kind == Kind::userAgent) {
@@ -217,6 +215,15 @@ void ActionController::uninstallInternalHelpers() {
   action->cleanUp = false;
   (void)sendPrivileged(action);
   m_delay(1.0, [this] { fetchUnlessEdited(); });
+}
+
+/// Requests and revisions name a file by text. The user is told if it has a name that is none.
+bool ActionController::canBeNamed(const URL& url) {
+  if (plist::isUtf8(url.text())) return true;
+  m_program.platform.interface.present(Error{.code = Error::Code::BadArgument,
+                                             .message = "the file's name isn't valid UTF-8; rename the file first",
+                                             .file = url.text()});
+  return false;
 }
 
 void ActionController::clearLog() {

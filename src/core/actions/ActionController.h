@@ -46,6 +46,7 @@ class ActionController {
     bool isSent = false;
   };
 
+  bool canBeNamed(const URL& url);
   void run(HelperConnection& connection, const Action::Shared& action);
   void connected(HelperConnections::Privileged answer, const Action::Shared& action);
   void authorisationFailed(bool isCancelled, const Action& action);
@@ -70,7 +71,6 @@ class ActionController {
 
   Program& m_program;
   Delay m_delay;
-  std::shared_ptr<int> m_owner = std::make_shared<int>();
   std::optional<std::string> m_authData;
   std::unique_ptr<HelperConnection> m_connection;
   std::unique_ptr<HelperConnection> m_privilegedConnection;

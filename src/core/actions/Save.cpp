@@ -19,6 +19,7 @@ bool isThere(const URL& url) {
 }  // namespace
 
 void ActionController::save(Launchd& job) {
+  if (!job.isNewFile && !canBeNamed(job.url)) return;
   job.plist().normalizeForSave(m_program.repairs);
   setBusy(true);
   if (job.isNewFile) {

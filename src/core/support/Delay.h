@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "core/support/MainQueue.h"
 
@@ -11,16 +12,17 @@ class Delay {
  public:
   explicit Delay(MainQueue& queue) : m_queue(queue) {}
 
+  /// The closure, for whoever else will run it on the main thread: it does nothing once the owner has gone.
+  template <typename Closure>
+  auto whileOwned(Closure closure) const {
+    return [owner = std::weak_ptr(m_owner), closure = std::move(closure)](auto&&... arguments) {
+      if (!owner.expired()) closure(std::forward<decltype(arguments)>(arguments)...);
+    };
+  }
+
   /// Runs the closure once on the main thread after so many seconds; 0 means the next pass of the run loop.
   void operator()(double seconds, MainQueue::Task closure) {
     m_queue.postAfter(seconds, whileOwned(std::move(closure)));
-  }
-
-  /// The closure, for whoever else will run it on the main thread: it does nothing once the owner has gone.
-  MainQueue::Task whileOwned(MainQueue::Task closure) const {
-    return [owner = std::weak_ptr(m_owner), closure = std::move(closure)] {
-      if (!owner.expired()) closure();
-    };
   }
 
  private:

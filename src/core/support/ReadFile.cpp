@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include "core/support/FileDescriptor.h"
+#include "core/support/RegularFile.h"
 
 namespace mirvel {
 
@@ -24,12 +25,10 @@ Error tooLarge(const std::filesystem::path& path, std::size_t maximumSize) {
 /// read(2), waiting for a pipe that has nothing yet.
 ssize_t readSome(int file, char* buffer, std::size_t size) {
   while (true) {
-    const ssize_t count = ::read(file, buffer, size);
-    if (count >= 0 || (errno != EINTR && errno != EAGAIN)) return count;
-    if (errno == EAGAIN) {
-      pollfd ready{.fd = file, .events = POLLIN, .revents = 0};
-      ::poll(&ready, 1, -1);
-    }
+    const ssize_t count = readUninterrupted(file, buffer, size);
+    if (count >= 0 || errno != EAGAIN) return count;
+    pollfd ready{.fd = file, .events = POLLIN, .revents = 0};
+    ::poll(&ready, 1, -1);
   }
 }
 
@@ -39,31 +38,44 @@ std::size_t sizeOf(int file) {
   return static_cast<std::size_t>(status.st_size);
 }
 
-}  // namespace
-
-Result<std::string> readFile(const std::filesystem::path& path, std::size_t maximumSize) {
-  auto bytes = readBeginning(path, std::min(maximumSize, SIZE_MAX - 1) + 1);
-  if (bytes && bytes->size() > maximumSize) return tooLarge(path, maximumSize);
-  return bytes;
-}
-
-Result<std::string> readBeginning(const std::filesystem::path& path, std::size_t count) {
+Result<FileDescriptor> openForReading(const std::filesystem::path& path) {
   if (path.native().find('\0') != std::string::npos) {
     return Error{.code = Error::Code::BadArgument, .message = "the path holds a null character", .file = path.string()};
   }
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   if (!file) return systemError(errno, "read", path.string());
+  return file;
+}
 
+Result<std::string> readUpTo(int file, std::size_t count, const std::filesystem::path& path) {
   std::string bytes;
-  bytes.reserve(std::min(sizeOf(file.number()), count));
+  bytes.reserve(std::min(sizeOf(file), count));
   std::array<char, 65536> buffer;
   while (bytes.size() < count) {
-    const ssize_t got = readSome(file.number(), buffer.data(), std::min(buffer.size(), count - bytes.size()));
+    const ssize_t got = readSome(file, buffer.data(), std::min(buffer.size(), count - bytes.size()));
     if (got < 0) return systemError(errno, "read", path.string());
     if (got == 0) break;
     bytes.append(buffer.data(), static_cast<std::size_t>(got));
   }
   return bytes;
+}
+
+}  // namespace
+
+Result<std::string> readFile(const std::filesystem::path& path, std::size_t maximumSize) {
+  const auto file = openForReading(path);
+  return file ? readFile(file->number(), maximumSize, path) : file.error();
+}
+
+Result<std::string> readFile(int descriptor, std::size_t maximumSize, const std::filesystem::path& path) {
+  auto bytes = readUpTo(descriptor, std::min(maximumSize, SIZE_MAX - 1) + 1, path);
+  if (bytes && bytes->size() > maximumSize) return tooLarge(path, maximumSize);
+  return bytes;
+}
+
+Result<std::string> readBeginning(const std::filesystem::path& path, std::size_t count) {
+  const auto file = openForReading(path);
+  return file ? readUpTo(file->number(), count, path) : file.error();
 }
 
 }  // namespace mirvel

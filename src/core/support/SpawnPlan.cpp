@@ -2,19 +2,9 @@
 
 #include <signal.h>
 
+#include "core/support/ExecTexts.h"
+
 namespace mirvel {
-
-namespace {
-
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> result;
-  result.reserve(texts.size() + 1);
-  for (auto& text : texts) result.push_back(text.data());
-  result.push_back(nullptr);
-  return result;
-}
-
-}  // namespace
 
 SpawnPlan::SpawnPlan() {
   ::posix_spawn_file_actions_init(&m_actions);
@@ -51,13 +41,11 @@ int SpawnPlan::resetSignals() {
 
 int SpawnPlan::start(pid_t& id, const std::string& program, const std::vector<std::string>& arguments,
                      const Environment& environment) {
-  std::vector<std::string> variables;
-  variables.reserve(environment.size());
-  for (const auto& [name, value] : environment) variables.emplace_back(name).append("=").append(value);
+  std::vector<std::string> variables = execVariables(environment);
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
-  return ::posix_spawn(&id, program.c_str(), &m_actions, &m_attributes, pointers(words).data(),
-                       pointers(variables).data());
+  return ::posix_spawn(&id, program.c_str(), &m_actions, &m_attributes, execPointers(words).data(),
+                       execPointers(variables).data());
 }
 
 }  // namespace mirvel

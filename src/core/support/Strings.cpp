@@ -41,6 +41,15 @@ std::string quote(std::string_view path) {
   return result + '"';
 }
 
+std::string quoteWithBackslashes(std::string_view text) {
+  std::string result = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') result += '\\';
+    result += c;
+  }
+  return result + '"';
+}
+
 std::string_view trim(std::string_view text, bool alsoNewline) {
   const std::string_view cut = alsoNewline ? " \t\r\n" : " \t";
   const auto first = text.find_first_not_of(cut);

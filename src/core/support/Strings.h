@@ -12,6 +12,10 @@ namespace mirvel::String {
 /// backslashes: `"/a b"`, `'/a $b'`, `"/it's \$b"`.
 std::string quote(std::string_view path);
 
+/// In double quotes, with a backslash before each double quote and backslash, as AppleScript and the predicates of
+/// log(1) have it.
+std::string quoteWithBackslashes(std::string_view text);
+
 /// Without blanks and tabs at both ends, and without line ends if `alsoNewline`.
 std::string_view trim(std::string_view text, bool alsoNewline = false);
 

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <string_view>
 
+#include "core/support/Ascii.h"
+
 namespace mirvel {
 
 namespace {
@@ -10,8 +12,8 @@ namespace {
 /// What a system call says stands behind the doing: "can't write: No space left on device".
 std::string withSmallBegin(std::string_view reason) {
   std::string text(reason);
-  const bool isWord = text.size() > 1 && text[0] >= 'A' && text[0] <= 'Z' && text[1] >= 'a' && text[1] <= 'z';
-  if (isWord) text[0] = static_cast<char>(text[0] - 'A' + 'a');
+  const bool isAcronym = text.size() > 1 && Ascii::lower(text[1]) != text[1];
+  if (!isAcronym && !text.empty()) text[0] = Ascii::lower(text[0]);
   return text;
 }
 

@@ -2,12 +2,13 @@
 
 #include <sys/stat.h>
 
+#include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Reader.h"
 
 namespace mirvel {
 
 Result<std::string> labelOf(std::string_view content) {
-  if (content.size() > JobFiles::largestJobFile) {
+  if (content.size() > JobFolder::largestFile) {
     return Error{.code = Error::Code::LimitExceeded, .message = "it is too large for a job file"};
   }
   const auto document = plist::read(content);

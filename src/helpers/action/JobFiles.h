@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -13,8 +12,6 @@ namespace mirvel {
 /// The job files that a helper reads and changes, with the rights and the limits that it has. For one thread.
 class JobFiles {
  public:
-  static constexpr std::size_t largestJobFile = std::size_t{4} << 20U;
-
   JobFiles() = default;
   virtual ~JobFiles() = default;
   JobFiles(const JobFiles&) = delete;

@@ -1,8 +1,9 @@
 #include "helpers/action/Request.h"
 
-#include <charconv>
 #include <string_view>
 #include <vector>
+
+#include "core/support/Decimal.h"
 
 namespace mirvel {
 
@@ -38,10 +39,8 @@ Result<Request::LogQuery> readLogQuery(const plist::Dictionary& query) {
   if (auto result = readText(query, "lastSeconds", seconds); !result) return result.error();
   if (auto result = readText(query, "searchString", text); !result) return result.error();
   constexpr std::int64_t longest = std::int64_t{100} * 366 * 86400;
-  std::int64_t number = 0;
-  const std::string digits = seconds.value_or("");
-  const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (failure != std::errc() || end != digits.data() + digits.size() || number <= 0 || number > longest) {
+  const std::int64_t number = Decimal::toInt(seconds.value_or("")).value_or(0);
+  if (number <= 0 || number > longest) {
     return bad(Error::Code::BadArgument, "lastSeconds", "is no number of seconds");
   }
   if (!text || text->empty()) return bad(Error::Code::MissingKey, "searchString", "is missing");

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 
+#include "core/catalogue/JobFolder.h"
 #include "core/support/FileDescriptor.h"
 #include "core/support/ReadFile.h"
 #include "core/support/ReplaceFile.h"
@@ -44,7 +45,7 @@ Result<void> UserJobFiles::remove(const fs::path& file) {
 }
 
 Result<std::string> UserJobFiles::read(const fs::path& file) {
-  return readFile(file, largestJobFile);
+  return readFile(file, JobFolder::largestFile);
 }
 
 }  // namespace mirvel

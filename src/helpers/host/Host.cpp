@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "core/catalogue/JobFolder.h"
 #include "core/support/ReadFile.h"
 #include "core/support/RegularFile.h"
 
@@ -15,7 +16,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* zoneFile = "/etc/localtime";
-constexpr std::size_t largestJobFile = std::size_t{4} << 20U;
 
 bool holdsFiles(const std::string& folder) {
   std::error_code failure;
@@ -34,7 +34,7 @@ Result<launchd::Plist> readJob(const fs::path& file) {
   }
   const auto regular = RegularFile::open(file);
   if (!regular) return regular.error();
-  const auto bytes = readFile(file, largestJobFile);
+  const auto bytes = readFile(regular->descriptor.number(), JobFolder::largestFile, file);
   if (!bytes) return bytes.error();
   auto plist = launchd::Plist::read(*bytes);
   if (plist) return plist;

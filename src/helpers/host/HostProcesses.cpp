@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 
+#include "core/support/RegularFile.h"
 #include "helpers/host/Host.h"
 
 namespace mirvel::host {
@@ -29,10 +30,7 @@ std::optional<ProcessEnd> endOf(pid_t child) {
 
 /// Up to 64 KiB of what there is. False at the end of the stream.
 bool readOutput(int descriptor, std::array<char, 65536>& buffer, std::string_view& bytes) {
-  ssize_t count = 0;
-  do {
-    count = ::read(descriptor, buffer.data(), buffer.size());
-  } while (count < 0 && errno == EINTR);
+  const ssize_t count = readUninterrupted(descriptor, buffer.data(), buffer.size());
   bytes = {buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
   return count > 0 || (count < 0 && errno == EAGAIN);
 }

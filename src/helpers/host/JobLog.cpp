@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <system_error>
 
+#include "core/support/Ascii.h"
+#include "core/support/Digest.h"
 #include "core/support/FileDescriptor.h"
 #include "core/support/ReadFile.h"
 #include "helpers/wire/DateKey.h"
@@ -23,21 +25,19 @@ constexpr const char* extension = ".log";
 constexpr const char* olderExtension = ".older";
 
 bool isPlain(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
+  return Ascii::isLetter(c) || Ascii::isDigit(c) || c == '-' || c == '_';
 }
 
 /// A label may hold what no file name can: other characters are told by their numbers.
 std::string fileName(const std::string& label) {
   constexpr std::size_t longest = 180;
-  constexpr std::string_view digits = "0123456789ABCDEF";
   std::string name;
   for (const char c : label) {
-    const auto number = static_cast<unsigned char>(c);
     const bool isPlainDot = c == '.' && !name.empty();
     if (isPlain(c) || isPlainDot) {
       name += c;
     } else {
-      name += {'%', digits[number >> 4U], digits[number & 15U]};
+      name += '%' + Data::hexString({&c, 1});
     }
   }
   // Two long labels with the same begin share a file, in which each line still has its own label.

@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "core/support/ExecTexts.h"
 #include "core/support/Pipe.h"
 #include "helpers/host/JobUser.h"
 
@@ -49,14 +50,6 @@ const char* doing(Step step) {
   return "run the program";
 }
 
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> result;
-  result.reserve(texts.size() + 1);
-  for (auto& text : texts) result.push_back(text.data());
-  result.push_back(nullptr);
-  return result;
-}
-
 /// The paths to try in turn, as execvp(3) does.
 std::vector<std::string> candidates(const std::string& program, const Environment& environment) {
   if (program.find('/') != std::string::npos) return {program};
@@ -78,11 +71,11 @@ class Child {
   Child(const ProcessPlan& plan, const JobUser& user, Environment environment, int output, int failure)
       : m_plan(plan), m_user(user), m_output(output), m_failure(failure), m_host(::getpid()) {
     m_programs = candidates(plan.program, environment);
-    for (const auto& [name, value] : environment) m_variables.push_back(name + '=' + value);
+    m_variables = execVariables(environment);
     m_words = plan.arguments;
-    m_programPointers = pointers(m_programs);
-    m_variablePointers = pointers(m_variables);
-    m_wordPointers = pointers(m_words);
+    m_programPointers = execPointers(m_programs);
+    m_variablePointers = execPointers(m_variables);
+    m_wordPointers = execPointers(m_words);
   }
 
   [[noreturn]] void run() {

@@ -38,10 +38,6 @@ std::vector<std::string> commandOf(const EmbeddedHost::Settings& settings) {
   return result;
 }
 
-Error badAnswer() {
-  return {.code = Error::Code::Malformed, .message = "the job host's answer can't be understood"};
-}
-
 }  // namespace
 
 EmbeddedHost::Settings EmbeddedHost::ofUser(const std::filesystem::path& program, const Roots& roots,
@@ -81,7 +77,7 @@ Result<bool> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
                           {{std::string(key::label), label}, {std::string(key::seconds), std::int64_t{limit.count()}}});
   if (!answer) return answer.error();
   const plist::Value* const ended = answer->find(key::ended);
-  if (!ended || !ended->as<bool>()) return badAnswer();
+  if (!ended || !ended->as<bool>()) return host::HostClient::badAnswer();
   return *ended->as<bool>();
 }
 
@@ -91,12 +87,12 @@ Result<std::vector<JobHost::LogLine>> EmbeddedHost::log(seconds period, const st
   if (!answer) return answer.error();
   const plist::Value* const value = answer->find(key::lines);
   const auto* const lines = value ? value->as<plist::Array>() : nullptr;
-  if (!lines) return badAnswer();
+  if (!lines) return host::HostClient::badAnswer();
   std::vector<LogLine> result;
   result.reserve(lines->size());
   for (const plist::Value& element : *lines) {
     auto line = lineOf(element);
-    if (!line) return badAnswer();
+    if (!line) return host::HostClient::badAnswer();
     result.push_back(*std::move(line));
   }
   return result;

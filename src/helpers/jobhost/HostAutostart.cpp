@@ -4,6 +4,7 @@
 #include <string>
 #include <system_error>
 
+#include "core/support/Ascii.h"
 #include "core/support/ReplaceFile.h"
 
 namespace mirvel::host {
@@ -13,7 +14,7 @@ namespace {
 /// One argument of an `Exec` line; quoted, unless it is plain, as desktop-entry-spec has it: for the
 /// command line, and once more for the file's own backslashes.
 std::string quoted(const std::string& text) {
-  const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c == '-' || (c >= 'a' && c <= 'z'); });
+  const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c == '-' || Ascii::isLetter(c); });
   if (isPlain) return text;
   std::string result = "\"";
   for (const char c : text) {

@@ -9,10 +9,6 @@ namespace {
 
 constexpr const char* hungUpMessage = "the job host hung up";
 
-Error badAnswer() {
-  return {.code = Error::Code::Malformed, .message = "the job host's answer can't be understood"};
-}
-
 }  // namespace
 
 Result<plist::Dictionary> HostClient::ask(std::string_view request, plist::Dictionary arguments) const {
@@ -47,6 +43,10 @@ Result<std::vector<HostedJobStatus>> HostClient::status() const {
     result.push_back(*std::move(status));
   }
   return result;
+}
+
+Error HostClient::badAnswer() {
+  return {.code = Error::Code::Malformed, .message = "the job host's answer can't be understood"};
 }
 
 bool HostClient::isNoHost(const Error& error) {

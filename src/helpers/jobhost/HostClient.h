@@ -19,6 +19,8 @@ class HostClient {
   Result<plist::Dictionary> ask(std::string_view request, plist::Dictionary arguments = {}) const;
   Result<std::vector<HostedJobStatus>> status() const;
 
+  /// The error for an answer without what was asked for.
+  static Error badAnswer();
   /// Whether an error of `ask` says that no host is running.
   static bool isNoHost(const Error& error);
   /// Whether it says that the host hung up, which is its answer to `quit`.

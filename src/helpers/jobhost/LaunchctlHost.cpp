@@ -3,6 +3,7 @@
 #include <thread>
 #include <utility>
 
+#include "core/catalogue/JobFolder.h"
 #include "core/support/ReadFile.h"
 #include "core/support/Strings.h"
 #include "helpers/action/JobFiles.h"
@@ -17,16 +18,6 @@ Error failureOf(const ProcessResult& result, const std::string& doing, const std
   std::string said(String::trim(result.complaints.empty() ? result.output : result.complaints, true));
   if (said.empty()) said = "launchctl ended with " + std::to_string(result.exitStatus);
   return {.code = Error::Code::Io, .message = "launchd can't " + doing + ": " + said, .file = file};
-}
-
-/// A string of the predicate language, in which a backslash and a quote have a backslash before them.
-std::string quoted(const std::string& text) {
-  std::string result = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') result += '\\';
-    result += c;
-  }
-  return result + '"';
 }
 
 /// Whether a job has run to its end, by what `launchctl print` says of it.
@@ -55,7 +46,7 @@ Result<void> LaunchctlHost::load(const fs::path& file) {
 
 Result<void> LaunchctlHost::unload(const fs::path& file, const std::optional<std::string>& label) {
   if (!label) {
-    const auto content = readFile(file, JobFiles::largestJobFile);
+    const auto content = readFile(file, JobFolder::largestFile);
     if (!content) return content.error();
     const auto found = labelOf(*content);
     return found ? unload(file, *found) : found.error();
@@ -88,9 +79,9 @@ Result<bool> LaunchctlHost::waitForEnd(const std::string& label, std::chrono::se
 }
 
 Result<std::vector<JobHost::LogLine>> LaunchctlHost::log(std::chrono::seconds period, const std::string& text) {
-  const auto result =
-      m_setup.runner.run(m_setup.log, {"show", "--style", "syslog", "--info", "--last", std::to_string(period.count()),
-                                       "--predicate", "eventMessage CONTAINS[c] " + quoted(text)});
+  const auto result = m_setup.runner.run(
+      m_setup.log, {"show", "--style", "syslog", "--info", "--last", std::to_string(period.count()), "--predicate",
+                    "eventMessage CONTAINS[c] " + String::quoteWithBackslashes(text)});
   if (!result) return result.error();
   if (result->exitStatus != 0) return failureOf(*result, "show the log", {});
   return logLinesIn(result->output);

@@ -10,29 +10,6 @@ namespace mirvel {
 
 namespace {
 
-/// For the shell: single quotes keep all but themselves.
-std::string shellQuoted(const std::string& text) {
-  std::string result = "'";
-  for (const char c : text) {
-    if (c == '\'') {
-      result += "'\\''";
-    } else {
-      result += c;
-    }
-  }
-  return result + '\'';
-}
-
-/// A text of AppleScript.
-std::string scriptQuoted(const std::string& text) {
-  std::string result = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') result += '\\';
-    result += c;
-  }
-  return result + '"';
-}
-
 std::optional<std::string> bytesOfHex(const std::string& text) {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string bytes;
@@ -75,9 +52,10 @@ std::vector<std::string> Elevation::command(const std::string& program,
   }
   words.insert(words.end(), {"--user", std::to_string(user)});
   std::string line;
-  for (const auto& word : words) line += (line.empty() ? "" : " ") + shellQuoted(word);
+  for (const auto& word : words) line += (line.empty() ? "" : " ") + String::quote(word);
   return {tool, "-e",
-          "do shell script " + scriptQuoted(line) + " without altering line endings with administrator privileges"};
+          "do shell script " + String::quoteWithBackslashes(line) +
+              " without altering line endings with administrator privileges"};
 }
 
 Result<Elevated> startPrivileged(const Elevation& elevation, const std::string& program,

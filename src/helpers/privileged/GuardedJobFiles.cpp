@@ -6,7 +6,8 @@
 
 #include <cerrno>
 
-#include "core/support/RegularFile.h"
+#include "core/catalogue/JobFolder.h"
+#include "core/support/ReadFile.h"
 #include "core/support/ReplaceFile.h"
 #include "helpers/action/UserJobFiles.h"
 #include "helpers/privileged/ActingAs.h"
@@ -19,6 +20,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr mode_t folderMode = 0755;
+
 /// Root's, or whose rights this process has.
 OwnerAndMode ownFile() {
   return {.user = ::geteuid(), .group = ::getegid(), .mode = 0644};
@@ -49,18 +51,6 @@ Result<Entry> entryIn(int folder, const fs::path& file) {
   if (!S_ISREG(status.st_mode)) return refusal(file, "it is no regular file");
   if (status.st_nlink != 1) return refusal(file, "the file has a second name elsewhere");
   return Entry{.exists = true};
-}
-
-Result<std::string> readAll(const FileDescriptor& file, const fs::path& path) {
-  std::string content;
-  std::string buffer(65536, '\0');
-  while (content.size() <= JobFiles::largestJobFile) {
-    const ssize_t count = readUninterrupted(file.number(), buffer.data(), buffer.size());
-    if (count < 0) return systemError(errno, "read", path.string());
-    if (count == 0) return content;
-    content.append(buffer, 0, static_cast<std::size_t>(count));
-  }
-  return Error{.code = Error::Code::LimitExceeded, .message = "it is too large", .file = path.string()};
 }
 
 }  // namespace
@@ -178,7 +168,7 @@ Result<std::string> GuardedJobFiles::readIn(int folder, const fs::path& file) co
   struct stat status {};
   if (!open || ::fstat(open.number(), &status) != 0) return systemError(errno, "read", file.string());
   if (!S_ISREG(status.st_mode) || status.st_nlink != 1) return refusal(file, "it is no regular file");
-  return readAll(open, file);
+  return readFile(open.number(), JobFolder::largestFile, file);
 }
 
 }  // namespace mirvel

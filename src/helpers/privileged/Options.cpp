@@ -1,6 +1,8 @@
 #include "helpers/privileged/Options.h"
 
-#include <charconv>
+#include <cstdint>
+
+#include "core/support/Decimal.h"
 
 namespace mirvel {
 
@@ -11,10 +13,8 @@ Error bad(std::string message) {
 }
 
 std::optional<uid_t> userIn(const std::string& digits) {
-  std::uint32_t user = 0;
-  const char* end = digits.data() + digits.size();
-  const auto [last, failure] = std::from_chars(digits.data(), end, user);
-  return failure == std::errc() && last == end && user != UINT32_MAX ? std::optional<uid_t>(user) : std::nullopt;
+  const auto user = Decimal::toInt(digits);
+  return user && *user < UINT32_MAX ? std::optional(static_cast<uid_t>(*user)) : std::nullopt;
 }
 
 /// Whether the word and its value make sense.

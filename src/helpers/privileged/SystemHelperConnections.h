@@ -5,8 +5,7 @@
 #include "core/actions/HelperConnection.h"
 #include "core/support/MainQueue.h"
 #include "core/support/WorkQueue.h"
-#include "helpers/privileged/Elevation.h"
-#include "helpers/wire/ProcessHelperConnection.h"
+#include "helpers/privileged/HelperPrograms.h"
 
 namespace mirvel {
 
@@ -17,10 +16,7 @@ class SystemHelperConnections final : public HelperConnections {
     MainQueue& queue;
     WorkQueue& background;  ///< on which the user's answer is waited for
     ProcessRunner& runner;
-    Elevation elevation;
-    wire::HelperProgram action;
-    std::string privileged;                             ///< path of the program
-    std::vector<std::string> privilegedArguments = {};  ///< such as `--root` with a folder
+    HelperPrograms programs;
   };
 
   /// All that the setup refers to must outlive this and the connections.

@@ -1,8 +1,9 @@
 #include "helpers/wire/DateKey.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstdint>
+
+#include "core/support/Decimal.h"
 
 namespace mirvel::wire {
 
@@ -10,14 +11,6 @@ namespace {
 
 constexpr std::int64_t perSecond = 1'000'000;
 constexpr std::size_t fractionDigits = 6;
-
-/// A number of digits alone.
-std::optional<std::int64_t> digits(std::string_view text) {
-  std::int64_t number = 0;
-  if (text.empty() || text.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
-  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return failure == std::errc() ? std::optional(number) : std::nullopt;
-}
 
 }  // namespace
 
@@ -36,12 +29,12 @@ std::optional<double> dateOfKey(std::string_view key) {
   const bool isNegative = key.starts_with('-');
   if (isNegative) key.remove_prefix(1);
   const std::size_t point = key.find('.');
-  const auto whole = digits(key.substr(0, point));
+  const auto whole = Decimal::toInt(key.substr(0, point));
   if (!whole) return std::nullopt;
   double seconds = static_cast<double>(*whole);
   if (point != std::string_view::npos) {
     const std::string_view fraction = key.substr(point + 1);
-    const auto part = digits(fraction);
+    const auto part = Decimal::toInt(fraction);
     if (!part) return std::nullopt;
     seconds += static_cast<double>(*part) / std::pow(10.0, static_cast<double>(fraction.size()));
   }

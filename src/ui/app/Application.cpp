@@ -7,7 +7,6 @@
 
 #include "core/catalogue/PlatformLoginItems.h"
 #include "core/support/Const.h"
-#include "ui/app/Helpers.h"
 #include "ui/support/OwnIcons.h"
 #include "ui/support/PlatformFolderMonitors.h"
 #include "ui/support/QtText.h"
@@ -16,6 +15,17 @@
 namespace mirvel::ui {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+/// A folder beside the installed program, or the one where its content was built.
+fs::path installedOrBuilt(const char* fromProgram, const char* built) {
+  const fs::path installed = path(QCoreApplication::applicationDirPath()) / fromProgram;
+  std::error_code failure;
+  return fs::is_directory(installed, failure) ? installed.lexically_normal() : fs::path(built);
+}
+
+}  // namespace
 
 Application::Application(Roots roots, const Environment& environment, const std::string& locale,
                          const std::optional<fs::path>& machine)
@@ -29,10 +39,8 @@ Application::Application(Roots roots, const Environment& environment, const std:
       m_helpers({.queue = m_mainQueue,
                  .background = m_authorisationQueue,
                  .runner = m_processRunner,
-                 .elevation = elevation(environment, machine.has_value()),
-                 .action = actionService(environment, machine),
-                 .privileged = helperProgram("mirvel-privileged"),
-                 .privilegedArguments = privilegedArguments(m_foundation.roots, environment, machine)}),
+                 .programs = HelperPrograms::in(installedOrBuilt(MIRVEL_HELPERS_DIR, MIRVEL_BUILD_HELPERS_DIR),
+                                                m_foundation.roots, environment, machine)}),
       m_program(m_foundation, platform()),
       m_fetchQueue("Fetch queue") {}
 
@@ -71,9 +79,7 @@ void Application::showAtFirst() {
 }
 
 fs::path catalogues() {
-  const fs::path installed = path(QCoreApplication::applicationDirPath()) / MIRVEL_LOCALE_DIR;
-  std::error_code failure;
-  return fs::is_directory(installed, failure) ? installed : fs::path(MIRVEL_BUILD_LOCALE_DIR);
+  return installedOrBuilt(MIRVEL_LOCALE_DIR, MIRVEL_BUILD_LOCALE_DIR);
 }
 
 void prepareApplication(const Localize& localize) {

@@ -144,6 +144,7 @@ TEST_F(SaveTest, EachPairOfKindsHasItsRequestsInTheirOrder) {
     EXPECT_TRUE(program().state.isBusy);
     EXPECT_EQ(asked(), row.requests);
     EXPECT_EQ(shortened(job->url.text()), row.url);
+    EXPECT_EQ(job->checksum.empty(), row.now != row.before) << "what moved is read anew, though its bytes are the same";
     EXPECT_TRUE(program().revisions.revisions().find(job->url.text())) << "kept when the request went out";
     EXPECT_EQ(helpers.requests.back().text("string"), *job->plistData());
 
@@ -194,6 +195,18 @@ TEST_F(SaveTest, AKindWithoutAFolderCantBeSavedTo) {
   EXPECT_EQ(job->url.text(), before);
   EXPECT_FALSE(program().state.isBusy);
   EXPECT_THAT(program().revisions.revisions(), testing::SizeIs(0));
+}
+
+TEST_F(SaveTest, AFileWhoseNameIsNoTextIsLeftAlone) {
+  const auto job = jobOf(Kind::userAgent, Kind::userAgent, false, true);
+  job->url = URL::file(path(Kind::userAgent,
+                            "j\xF6"
+                            "b.plist"));
+  program().actions.save(*job);
+  program().actions.deleteConfirmed(Interface::defaultButton, *job);
+  EXPECT_THAT(asked(), IsEmpty());
+  EXPECT_EQ(interface.errors.size(), 2U);
+  EXPECT_FALSE(program().state.isBusy);
 }
 
 TEST_F(SaveTest, ALinkIsWrittenAtItsTargetAndRemovedAsItself) {

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "core/catalogue/JobFolder.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/action/ErrorReply.h"
 #include "helpers/action/UserJobFiles.h"
@@ -150,7 +151,7 @@ TEST_F(RequestHandlerTest, WhatIsNoGoodRequestDoesNothingAndSaysWhy) {
     Dictionary request;
     const char* says;
   };
-  const std::string huge = jobText(std::string(JobFiles::largestJobFile, 'x'));
+  const std::string huge = jobText(std::string(JobFolder::largestFile, 'x'));
   const std::vector<Row> rows{
       {{}, "kind"},
       {{{"kind", 7}}, "kind"},

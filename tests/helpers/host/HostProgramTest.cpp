@@ -7,6 +7,7 @@
 #include <sstream>
 #include <thread>
 
+#include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Writer.h"
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/HostSocket.h"
@@ -224,7 +225,7 @@ TEST_F(HostProgram, RefusesWhatIsNoJob) {
       {folder.path(), Error::Code::Malformed},
       {folder.write("garbage.plist", "garbage <"), Error::Code::Malformed},
       {folder.write("empty.plist", testdata::jobText("")), Error::Code::MissingKey},
-      {folder.write("big.plist", std::string(5 << 20, ' ')), Error::Code::LimitExceeded},
+      {folder.write("big.plist", std::string(JobFolder::largestFile + 1, ' ')), Error::Code::LimitExceeded},
       {folder.path() / "jobs" / "twice.plist", Error::Code::BadArgument},
   };
   for (const Row& row : rows) {

@@ -11,6 +11,7 @@
 #include <functional>
 #include <thread>
 
+#include "core/catalogue/JobFolder.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/Soak.h"
 #include "helpers/action/RequestHandler.h"
@@ -193,7 +194,7 @@ TEST_F(GuardTest, ContentThatIsNoJobIsRefused) {
   const auto before = everything();
   for (const std::string& content :
        {std::string(), std::string("#!/bin/sh\n"), std::string("<plist version=\"1.0\"><dict/></plist>"),
-        jobText(std::string(JobFiles::largestJobFile, 'x')), std::string(std::size_t{20} << 20U, ' ')}) {
+        jobText(std::string(JobFolder::largestFile, 'x')), std::string(std::size_t{32} << 20U, ' ')}) {
     EXPECT_NE(write(folder / "new.plist", content), Dictionary()) << content.size();
   }
   EXPECT_EQ(everything(), before);

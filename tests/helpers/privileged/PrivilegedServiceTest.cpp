@@ -134,10 +134,11 @@ TEST(ElevationTest, EachWayHasItsCommand) {
   EXPECT_THAT((Elevation{Way::None}.command(program, {"--root", "/r"})), ElementsAre(program, "--root", "/r"));
   EXPECT_THAT((Elevation{Way::Pkexec, "/usr/bin/pkexec", 1000}.command(program, {})),
               ElementsAre("/usr/bin/pkexec", program));
-  EXPECT_THAT((Elevation{Way::Osascript, "/usr/bin/osascript", 501}.command(program, {})),
-              ElementsAre("/usr/bin/osascript", "-e",
-                          "do shell script \"'/opt/it'\\\\''s \\\"here\\\"/mirvel-privileged' '--user' '501'\" without "
-                          "altering line endings with administrator privileges"));
+  EXPECT_THAT(
+      (Elevation{Way::Osascript, "/usr/bin/osascript", 501}.command(program, {})),
+      ElementsAre("/usr/bin/osascript", "-e",
+                  R"x(do shell script "\"/opt/it's \\\"here\\\"/mirvel-privileged\" \"--user\" \"501\"" without )x"
+                  "altering line endings with administrator privileges"));
 }
 
 TEST(ElevationTest, NoAndMayNotAreToldFromWhatFails) {
@@ -185,13 +186,13 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
   testdata::ThreadQueue queue;
   ThreadWorkQueue background("background");
   SystemProcessRunner runner(Environment{});
-  SystemHelperConnections connections({.queue = queue,
-                                       .background = background,
-                                       .runner = runner,
-                                       .elevation = {},
-                                       .action = {},
-                                       .privileged = MIRVEL_PRIVILEGED,
-                                       .privilegedArguments = {"--root", root.path(), "--installed", entry}});
+  SystemHelperConnections connections(
+      {.queue = queue,
+       .background = background,
+       .runner = runner,
+       .programs = {.action = {},
+                    .privileged = MIRVEL_PRIVILEGED,
+                    .privilegedArguments = {"--root", root.path(), "--installed", entry}}});
   HelperConnections::Privileged privileged;
   bool isAnswered = false;
   connections.connectToPrivileged(

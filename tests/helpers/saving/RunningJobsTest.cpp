@@ -10,6 +10,7 @@
 #include "core/support/SystemProcessRunner.h"
 #include "core/support/ThreadWorkQueue.h"
 #include "helpers/jobhost/EmbeddedHost.h"
+#include "helpers/jobhost/HostAutostart.h"
 #include "helpers/privileged/SystemHelperConnections.h"
 #include "support/FakeFolderMonitors.h"
 #include "support/FakeInterface.h"
@@ -91,11 +92,7 @@ class RunningJobsTest : public testing::Test {
       {.queue = queue,
        .background = background,
        .runner = runner,
-       .elevation = {.user = ::getuid()},
-       .action = {.path = MIRVEL_ACTION, .arguments = {"--root", folder.path()}, .environment = environment},
-       .privileged = MIRVEL_PRIVILEGED,
-       .privilegedArguments = {"--user", std::to_string(::getuid()), "--root", folder.path(), "--agents",
-                               *Kind(Kind::userAgent).folderURL(roots)}}};
+       .programs = HelperPrograms::in(fs::path(MIRVEL_ACTION).parent_path(), roots, environment, folder.path())}};
   ThreadWorkQueue fetchQueue{"Fetch queue"};
   Program program{foundation,
                   {.mainQueue = queue,
@@ -174,6 +171,28 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
   program.actions.deleteConfirmed(Interface::defaultButton, *read());
   waitFor([&] { return !fs::exists(fileOf(Kind::localDaemon)); });
   EXPECT_THAT(loaded(Kind::localDaemon), IsEmpty());
+}
+
+TEST_F(RunningJobsTest, UninstallingTakesAwayTheHostsButNoJobFile) {
+  for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
+    const auto made = newJob(kind, {{"ProgramArguments", Array{"/bin/sleep", "1000"}}, {"RunAtLoad", true}});
+    save(*made);
+    ASSERT_EQ(loaded(kind).size(), 1U);
+  }
+  const auto processes = std::vector{*loaded().front().process, *loaded(Kind::localDaemon).front().process};
+  const fs::path autostart = roots.ownAutostart / host::HostAutostart::fileName;
+  const fs::path state = host::Places::below(roots).folder;
+  ASSERT_TRUE(fs::exists(autostart));
+  ASSERT_TRUE(fs::exists(state));
+
+  program.actions.uninstallInternalHelpers();
+  waitFor([&] { return !fs::exists(autostart) && !fs::exists(state); });
+  EXPECT_THAT(loaded(), IsEmpty());
+  EXPECT_THAT(loaded(Kind::localDaemon), IsEmpty());
+  for (const auto process : processes) EXPECT_FALSE(isAlive(process));
+  for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
+    EXPECT_TRUE(fs::exists(*kind.folderURL(roots) / "job.plist"));
+  }
 }
 
 }  // namespace
