@@ -19,6 +19,14 @@ QSize sizeFrom(const QString& text) {
   return size.isEmpty() ? QSize() : size;
 }
 
+/// The mode of that name: grid, tree, list or timeline.
+std::optional<Mode> modeFrom(const QString& name) {
+  const QStringList names{QStringLiteral("grid"), QStringLiteral("tree"), QStringLiteral("list"),
+                          QStringLiteral("timeline")};
+  const auto number = names.indexOf(name);
+  return number < 0 ? std::nullopt : std::optional(static_cast<Mode>(number));
+}
+
 [[noreturn]] void refuse(const QString& value) {
   std::cerr << "mirvel-demo: what is " << ui::utf8(value) << "? Try mirvel-demo --help\n";
   std::exit(2);
@@ -39,22 +47,26 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
                                   QStringLiteral("label"));
   const QCommandLineOption filter(QStringLiteral("filter"), QStringLiteral("Text of the search field."),
                                   QStringLiteral("text"));
+  const QCommandLineOption mode(QStringLiteral("mode"), QStringLiteral("View: grid, tree, list or timeline."),
+                                QStringLiteral("mode"));
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("Mirvel on a throw-away folder full of sample jobs."));
   parser.addHelpOption();
   parser.addVersionOption();
-  parser.addOptions({picture, size, scheme, locale, select, filter});
+  parser.addOptions({picture, size, scheme, locale, mode, select, filter});
   parser.process(arguments);
   const QString schemeName = parser.value(scheme);
   const bool isKnownScheme = schemeName == QLatin1String("light") || schemeName == QLatin1String("dark");
   if (parser.isSet(scheme) && !isKnownScheme) refuse(schemeName);
   if (parser.isSet(size) && !sizeFrom(parser.value(size)).isValid()) refuse(parser.value(size));
+  if (parser.isSet(mode) && !modeFrom(parser.value(mode))) refuse(parser.value(mode));
 
   DemoOptions options;
   if (parser.isSet(picture)) options.picture = parser.value(picture);
   if (parser.isSet(scheme)) options.isDark = schemeName == QLatin1String("dark");
   options.size = sizeFrom(parser.value(size));
   options.locale = parser.isSet(locale) ? ui::utf8(parser.value(locale)) : Localize::currentLocale();
+  options.mode = modeFrom(parser.value(mode)).value_or(Mode::grid);
   options.selected = parser.value(select);
   options.filter = parser.value(filter);
   return options;

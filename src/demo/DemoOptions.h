@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "core/mainwindow/Mode.h"
+
 namespace mirvel::demo {
 
 /// What the demo was asked for on its command line.
@@ -14,6 +16,7 @@ struct DemoOptions {
   QSize size;                      ///< of the window; invalid: as usual
   std::optional<bool> isDark;      ///< none: as the desktop
   std::string locale;
+  Mode mode = Mode::grid;
   QString selected;  ///< label of a job to select; empty: none
   QString filter;    ///< text of the search field
 

@@ -46,6 +46,9 @@ int main(int argc, char* argv[]) {
       demo::arrange(mirvel, options);
     }
   });
+  if (const auto set = mirvel.program().foundation.defaults.setSelectedMode(static_cast<int>(options.mode)); !set) {
+    std::cerr << "mirvel-demo: " << set.error().text() << '\n';
+  }
   mirvel.start();
   if (options.size.isValid()) mirvel.window().resize(options.size);
   return QApplication::exec();

@@ -34,6 +34,9 @@ class FakeWorkspace final : public Workspace {
     return Image::file(file);
   }
   std::string fullUserName() override { return userName; }
+  void copy(const std::string& text, const std::optional<URL>& file) override {
+    note("copy " + (file ? file->text() + ": " : std::string()) + text);
+  }
   void beep() override { note("beep"); }
 
  private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,9 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
 
   std::vector<std::string> events = {};
   Jobs shown = {};
+  DetailTab tab = DetailTab::noSelection;
+  bool isSheetUp = false;
+  std::optional<bool> isTitleVisible = {};
 
   void note(const std::string& event) { events.push_back(event); }
   std::size_t count(const std::string& event) const {
@@ -50,10 +54,13 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
   void updateDetail() override { note("updateDetail"); }
   void clearDetail() override { note("clearDetail"); }
   void updateIcon() override { note("updateIcon"); }
+  DetailTab detailTab() const override { return tab; }
   void showDisplay() override { note("showDisplay"); }
+  void showEdit() override { note("showEdit"); }
 
   void updateButtons() override { note(m_program.state.isBusy ? "busy" : "idle"); }
   void refreshEditedState() override { note("refreshEditedState"); }
+  void save() override { note("save"); }
   void discardEdits() override { note("discardEdits"); }
   void saveCompleted() override {
     note("saveCompleted");
@@ -62,8 +69,17 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
   void releaseSchedule() override { note("releaseSchedule"); }
 
   void setTitle(const std::string& title) override { note("title " + title); }
+  void setTitleVisible(bool isVisible) override { isTitleVisible = isVisible; }
   void setEdited(bool) override {}
   void validateVisibleItems() override { note("validateVisibleItems"); }
+  void showMode(Mode mode) override { note("showMode " + std::to_string(static_cast<int>(mode))); }
+  void clearFilter() override { note("clearFilter"); }
+  void focusOnFilter() override { note("focusOnFilter"); }
+  bool hasFilterField() const override { return true; }
+  bool hasSheet() const override { return isSheetUp; }
+  bool isFullScreen() const override { return false; }
+  void toggleFullScreen() override { note("toggleFullScreen"); }
+  void showAbout() override { note("showAbout"); }
 
  private:
   Program& m_program;

@@ -59,18 +59,21 @@ void Fetcher::publish(FetchOperation& operation) {
   }
   // Edits that began during the scan would be lost with their job; a scan follows when they are saved or dropped.
   if (!operation.jobs || m_program.state.hasUnsavedChanges) return;
-  Jobs found = *std::move(operation.jobs);
+  replaceJobs(*std::move(operation.jobs));
+}
+
+void Fetcher::replaceJobs(Jobs jobs) {
   if (ModeType* mode = m_program.currentMode()) {
     if (m_program.state.filterString.empty()) {
-      mode->update(found);
+      mode->update(jobs);
     } else {
-      modeFilter(m_program, *mode, found, m_program.state.filterString);
+      modeFilter(m_program, *mode, jobs, m_program.state.filterString);
     }
   }
-  m_program.state.jobs.swap(found);
+  m_program.state.jobs.swap(jobs);
   jobsDidUpdate();
   // To take ten thousand old jobs apart takes a while, and is nothing that the main thread must wait for.
-  m_program.platform.fetchQueue.add([old = std::make_shared<Jobs>(std::move(found))]() mutable { old.reset(); });
+  m_program.platform.fetchQueue.add([old = std::make_shared<Jobs>(std::move(jobs))]() mutable { old.reset(); });
 }
 
 void Fetcher::jobsDidUpdate() {

@@ -19,6 +19,8 @@ class Fetcher {
 
   /// Starts a scan, which takes the place of a running one. Not to be called while there are unsaved changes.
   void fetchJobs();
+  /// Publishes another catalogue: shows it in the current mode, filtered, and reconciles the selection with it.
+  void replaceJobs(Jobs jobs);
   /// Finds the selected job again in a catalogue that was replaced, gives the jobs their custom icons, and tells
   /// everybody.
   void jobsDidUpdate();

@@ -14,7 +14,8 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       repairs(foundation.defaults, foundation.commands, platform.interface, platform.processRunner, foundation.localize,
               foundation.roots.home),
       revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock),
-      actions(*this) {}
+      actions(*this),
+      menus(*this) {}
 
 ModeType* Program::currentMode() const {
   const auto chosen = static_cast<std::size_t>(foundation.defaults.selectedMode());

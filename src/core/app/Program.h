@@ -11,6 +11,7 @@
 #include "core/catalogue/KindTexts.h"
 #include "core/creation/CommandRepairs.h"
 #include "core/mainwindow/MainWindowController.h"
+#include "core/mainwindow/MenuController.h"
 #include "core/support/Notifications.h"
 
 namespace mirvel {
@@ -39,6 +40,7 @@ class Program {
   CommandRepairs repairs;
   RevisionController revisions;
   ActionController actions;
+  MenuController menus;
 };
 
 }  // namespace mirvel

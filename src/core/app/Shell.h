@@ -2,6 +2,8 @@
 
 #include <array>
 #include <functional>
+#include <map>
+#include <string_view>
 
 #include "core/actions/AnswerTypes.h"
 #include "core/editor/DetailType.h"
@@ -19,7 +21,11 @@ struct Shell {
   MainWindowType* mainWindow = nullptr;
   TestType* test = nullptr;
   LogType* log = nullptr;
-  std::function<void(const std::shared_ptr<Job>&)> confirmDelete;  ///< asks, and deletes
+  std::map<std::string_view, std::function<void()>> segues;  ///< the sheets that can be shown, by name (`Segue.h`)
+  std::function<void()> importJob;                           ///< asks which file
+  std::function<void()> exportJob;                           ///< asks where to
+  std::function<void()> saveScript;                          ///< set while the front window edits a script: saves it
+  std::function<void()> emptyIconCache;
   std::function<void(bool isManual)> checkForUpdate;
   std::function<void()> endPrivilegedConnection;  ///< set while such a connection is open
   std::function<void()> terminate;                ///< asks the application to quit

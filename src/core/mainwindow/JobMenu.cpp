@@ -9,8 +9,8 @@ void jobContextMenu(Program& program, JobMenu& menu, const std::shared_ptr<Job>&
   menu.addTitle(job->name);
   menu.addSeparator();
   menu.add(localize.revealInFinder(), [&program, job] { program.mainWindow.revealInFinder(*job); });
-  if (program.shell.confirmDelete && program.mainWindow.canDeleteJob(*job)) {
-    menu.add(localize.delete_(), [&program, job] { program.shell.confirmDelete(job); });
+  if (program.mainWindow.canDeleteJob(*job)) {
+    menu.add(localize.delete_(), [&program, job] { program.mainWindow.confirmDelete(job); });
   }
   if (job->kind == Kind::loginItemApplication) {
     menu.add(localize.open(), [&program, job] { program.platform.workspace.open(job->url); });

@@ -33,12 +33,47 @@ std::string MainWindowController::title() const {
 }
 
 void MainWindowController::updateTitle() {
-  if (m_program.shell.mainWindow) m_program.shell.mainWindow->setTitle(title());
+  MainWindowType* const window = m_program.shell.mainWindow;
+  if (!window) return;
+  window->setTitle(title());
+  window->setTitleVisible(m_program.foundation.defaults.showTitleBar());
+}
+
+Mode MainWindowController::mode() const {
+  const auto stored = m_program.foundation.defaults.selectedMode();
+  return stored >= 0 && stored < 4 ? static_cast<Mode>(stored) : Mode::grid;
+}
+
+void MainWindowController::switchMode(Mode mode) {
+  AppState& state = m_program.state;
+  write(m_program.foundation.defaults.setSelectedMode(static_cast<int>(mode)));
+  if (MainWindowType* const window = m_program.shell.mainWindow) {
+    window->showMode(mode);
+    window->clearFilter();
+  }
+  state.filterString.clear();
+  if (ModeType* const current = m_program.currentMode()) {
+    current->update(state.jobs);
+    current->deselect();
+  }
+  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  state.selectedJob = nullptr;
+  selectedJobDidChange();
 }
 
 bool MainWindowController::canDeleteJob(const Job& job) const {
   if (m_program.state.hasUnsavedChanges || job.kind == Kind::loginItemApplication) return false;
   return !job.kind.isSystem() || m_program.foundation.defaults.editSystemJobs();
+}
+
+void MainWindowController::confirmDelete(const std::shared_ptr<Job>& job) {
+  if (!job) return;
+  const Localize& localize = m_program.foundation.localize;
+  m_program.platform.interface.beginSheet({.message = localize.areYouSureYouWantToDelete(job->name),
+                                           .informativeText = localize.youCantUndoThisAction(),
+                                           .defaultTitle = localize.delete_(),
+                                           .alternateTitle = localize.cancel()},
+                                          [this, job](int button) { m_program.actions.deleteConfirmed(button, *job); });
 }
 
 void MainWindowController::unsavedChangesAlert() {
@@ -66,27 +101,27 @@ void MainWindowController::answerUnsavedChanges(int button) {
   if (m_program.shell.terminate) m_program.shell.terminate();
 }
 
-bool MainWindowController::canRefresh() const {
-  return !m_program.state.hasUnsavedChanges;
-}
-
 void MainWindowController::refresh() {
-  if (canRefresh()) m_program.fetcher.fetchJobs();
+  if (!m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
 }
 
 void MainWindowController::toggleSystemJobs() {
-  if (!canRefresh()) return;
-  const auto written = m_program.foundation.defaults.negate(Defaults::Key::showSystemJobs);
-  if (!written) m_program.platform.interface.present(written.error());
+  write(m_program.foundation.defaults.negate(Defaults::Key::showSystemJobs));
   refresh();
 }
 
-bool MainWindowController::canRevealSelected() const {
-  return m_program.state.selectedJob != nullptr;
+void MainWindowController::toggleTitleBar() {
+  write(m_program.foundation.defaults.negate(Defaults::Key::showTitleBar));
+  updateTitle();
 }
 
-void MainWindowController::revealSelected() {
-  if (canRevealSelected()) revealInFinder(*m_program.state.selectedJob);
+void MainWindowController::fullScreenDidChange(bool isFullScreen) {
+  Defaults& defaults = m_program.foundation.defaults;
+  if (isFullScreen != defaults.preferFullScreen()) write(defaults.setPreferFullScreen(isFullScreen));
+}
+
+void MainWindowController::write(const Result<void>& result) {
+  if (!result) m_program.platform.interface.present(result.error());
 }
 
 void MainWindowController::revealInFinder(const Job& job) {

@@ -3,6 +3,8 @@
 #include <string>
 
 #include "core/catalogue/Job.h"
+#include "core/mainwindow/Mode.h"
+#include "core/support/Result.h"
 
 namespace mirvel {
 
@@ -20,21 +22,27 @@ class MainWindowController {
   /// The application's name, with that of the selected job.
   std::string title() const;
   void updateTitle();
+  /// The mode that the user chose.
+  Mode mode() const;
+  /// Shows all jobs in another mode, and ends with no selection, no filter, and a scan.
+  void switchMode(Mode mode);
   bool canDeleteJob(const Job& job) const;
+  /// Asks whether to delete the job, in a sheet, and deletes it if the user says so.
+  void confirmDelete(const std::shared_ptr<Job>& job);
   /// Asks what to do with unsaved changes, in a sheet: to stay, or to drop them and go on with what was wanted.
   void unsavedChangesAlert();
-  /// Commands on the catalogue: a scan, now, and the system kinds shown or hidden. Neither does anything it may not.
-  bool canRefresh() const;
+  /// A scan, now, unless there are unsaved changes.
   void refresh();
   void toggleSystemJobs();
-  /// Shows the selected job's file, if there is a selected job.
-  bool canRevealSelected() const;
-  void revealSelected();
+  void toggleTitleBar();
+  /// The user went to full screen or back.
+  void fullScreenDidChange(bool isFullScreen);
   /// Shows the job's file in the file viewer; of a login item, the settings where it is listed.
   void revealInFinder(const Job& job);
 
  private:
   void answerUnsavedChanges(int button);
+  void write(const Result<void>& result);
 
   Program& m_program;
 };

@@ -12,6 +12,12 @@ inline constexpr std::string_view excludePrefix = "app.mirvel.";
 /// Help site and support address.
 inline constexpr std::string_view siteURL = "https://mirvel.app";
 inline constexpr std::string_view supportMail = "support@mirvel.app";
+/// The manual page of job files.
+#ifdef __APPLE__
+inline constexpr std::string_view launchdManual = "x-man-page://5/launchd.plist";
+#else
+inline constexpr std::string_view launchdManual = "https://keith.github.io/xcode-man-pages/launchd.plist.5.html";
+#endif
 /// URL scheme with which a job is addressed from outside.
 inline constexpr std::string_view jobScheme = "mirvel";
 /// Joins a title and a detail.

@@ -1,11 +1,13 @@
 #include "core/support/Dates.h"
 
+#include <unicode/datefmt.h>
 #include <unicode/dtfmtsym.h>
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
 
 #include <cassert>
 #include <cstdint>
+#include <memory>
 
 namespace mirvel::Date {
 
@@ -38,6 +40,14 @@ std::array<std::string, 12> months(const std::string& locale) {
   std::int32_t count = 0;
   const auto* wide = symbols.getMonths(count, icu::DateFormatSymbols::STANDALONE, icu::DateFormatSymbols::WIDE);
   return names<12>(wide, count, 0);
+}
+
+std::string standardText(double seconds, const std::string& locale) {
+  const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+      icu::DateFormat::kMedium, icu::DateFormat::kShort, icu::Locale(locale.c_str())));
+  icu::UnicodeString text;
+  std::string result;
+  return format ? format->format(seconds * 1000, text).toUTF8String(result) : result;
 }
 
 std::chrono::local_seconds timeOfDay(int hour, int minute) {

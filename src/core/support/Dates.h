@@ -12,6 +12,9 @@ std::array<std::string, 7> weekdays(const std::string& locale);
 /// The month names likewise, January first. In languages that decline them this is the nominative.
 std::array<std::string, 12> months(const std::string& locale);
 
+/// The program's usual form of a moment, in seconds since 1970: date and time of medium length, in the user's zone.
+std::string standardText(double seconds, const std::string& locale);
+
 /// A time of day as the schedule rules carry it: that time on 1 January 2000, in no time zone, so that no hour shifts.
 std::chrono::local_seconds timeOfDay(int hour, int minute);
 int hour(std::chrono::local_seconds time);

@@ -63,6 +63,16 @@ std::int64_t Defaults::integer(std::string_view key) const {
   return number ? *number : registeredOr(key, std::int64_t{0});
 }
 
+std::optional<std::string> Defaults::text(std::string_view key) const {
+  const plist::Value* value = m_file.find(key);
+  const std::string* stored = value ? value->as<std::string>() : nullptr;
+  return stored ? std::optional(*stored) : std::nullopt;
+}
+
+Result<void> Defaults::setText(std::string_view key, std::string value) {
+  return m_file.set(key, std::move(value));
+}
+
 Result<void> Defaults::set(std::string_view key, bool value) {
   return m_file.set(key, value);
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <variant>
 
@@ -42,6 +43,8 @@ class Defaults {
     static constexpr std::string_view automaticallyCheckForUpdate = "AutomaticallyCheckForUpdate";
     static constexpr std::string_view showInvalidData = "ShowInvalidData";
     static constexpr std::string_view suppressAlertComplexRun = "AlertComplexWhat";
+    static constexpr std::string_view windowFrame = "NSWindow Frame Main App Window";
+    static constexpr std::string_view splitFrames = "NSSplitView Subview Frames Main App Window";
   };
 
   using Damaged = PreferencesFile::Damaged;
@@ -108,8 +111,11 @@ class Defaults {
   /// A key by its name; one that is neither in the file nor registered is false or 0.
   bool boolean(std::string_view key) const;
   std::int64_t integer(std::string_view key) const;
+  /// None if the file holds no text.
+  std::optional<std::string> text(std::string_view key) const;
   Result<void> set(std::string_view key, bool value);
   Result<void> set(std::string_view key, std::int64_t value);
+  Result<void> setText(std::string_view key, std::string value);
   /// Inverts a boolean key; check boxes write by this.
   Result<void> negate(std::string_view key) { return set(key, !boolean(key)); }
 

@@ -68,6 +68,9 @@ class Localize {
   }
   std::string application() const { return text("Application"); }
   std::string atStartupAndWhenSaving() const { return text("At startup and when saving"); }
+  std::string areYouSureYouWantToDelete(const std::string& name) const {
+    return format("Are you sure you want to delete “%@”?", {name});
+  }
   std::string atLogin() const { return text("At login"); }
   std::string atSystemStart() const { return text("When the system starts"); }
   std::string automatic() const { return text("Automatic"); }
@@ -83,6 +86,8 @@ class Localize {
   std::string couldNotEstablishCommunicationWithHelperTool() const {
     return text("Could not establish communication with the helper tool");
   }
+  std::string copy() const { return text("Copy"); }
+  std::string couldntLookForUpdates() const { return text("Couldn’t look for a new version"); }
   std::string couldntSaveDocument() const { return text("The document couldn’t be saved"); }
   std::string date() const { return text("Date"); }
   std::string dayOfMonth() const { return text("Day of Month"); }
@@ -115,17 +120,20 @@ class Localize {
   std::string key() const { return text("Key"); }
   std::string kind() const { return text("Kind"); }
   std::string launchAgainIfItCrashes() const { return text("Launch again if it crashes"); }
+  std::string later() const { return text("Later"); }
   std::string length() const { return text("Length"); }
   std::string limits() const { return text("Limits"); }
   std::string list() const { return text("List"); }
   std::string log() const { return text("Log"); }
   std::string loginItems() const { return text("Login Items"); }
+  std::string mail() const { return text("Mail"); }
   std::string message() const { return text("Message"); }
   std::string miscellaneous() const { return text("Miscellaneous"); }
   std::string mode() const { return text("Mode"); }
   std::string mountingLogicalVolume() const { return text("Mounting a logical volume"); }
   std::string name() const { return text("Name"); }
   std::string new_() const { return text("New"); }
+  std::string newVersion(const std::string& version) const { return format("Mirvel %@ is available", {version}); }
   std::string next() const { return text("Next"); }
   std::string noError() const { return text("No error"); }
   std::string noItems() const { return text("No Items"); }
@@ -185,6 +193,8 @@ class Localize {
   std::string what() const { return text("What"); }
   std::string when() const { return text("When"); }
   std::string whenAClientAsks() const { return text("When one of its clients asks for it"); }
+  std::string youHaveVersion(const std::string& version) const { return format("You have version %@.", {version}); }
+  std::string yourVersionIsTheLatest() const { return text("Your version is the latest"); }
   std::string youCantUndoThisAction() const { return text("You can’t undo this action."); }
   std::string yourChangesWillBeLostIfYouDontSaveThem() const {
     return text("Your changes will be lost if you don’t save them.");
@@ -237,16 +247,44 @@ class Localize::MainMenu {
   explicit MainMenu(const Localize& localize) : m_localize(localize) {}
 
   std::string file() const { return m_localize.text("&File"); }
-  std::string edit() const { return m_localize.text("&Edit"); }
-  std::string view() const { return m_localize.text("&View"); }
-  std::string help() const { return m_localize.text("&Help"); }
+  std::string newJob() const { return m_localize.text("&New…"); }
+  std::string editJob() const { return m_localize.text("&Edit Job"); }
+  std::string save() const { return m_localize.text("&Save"); }
+  std::string revisions() const { return m_localize.text("Re&visions"); }
+  std::string duplicate() const { return m_localize.text("D&uplicate…"); }
+  std::string importJob() const { return m_localize.text("&Import…"); }
+  std::string exportJob() const { return m_localize.text("E&xport…"); }
+  std::string delete_() const { return m_localize.text("&Delete…"); }
+  std::string share() const { return m_localize.text("S&hare"); }
+  std::string test() const { return m_localize.text("&Test…"); }
+  std::string log() const { return m_localize.text("&Log…"); }
+  std::string info() const { return m_localize.text("In&fo"); }
   std::string refresh() const { return m_localize.text("&Refresh"); }
   std::string quit() const { return m_localize.text("&Quit"); }
+  std::string edit() const { return m_localize.text("&Edit"); }
+  std::string undo() const { return m_localize.text("&Undo"); }
+  std::string redo() const { return m_localize.text("&Redo"); }
+  std::string cut() const { return m_localize.text("Cu&t"); }
+  std::string copy() const { return m_localize.text("&Copy"); }
+  std::string paste() const { return m_localize.text("&Paste"); }
+  std::string selectAll() const { return m_localize.text("Select &All"); }
   std::string filter() const { return m_localize.text("&Filter"); }
+  std::string view() const { return m_localize.text("&View"); }
+  std::string asGrid() const { return m_localize.text("as &Grid"); }
+  std::string asTree() const { return m_localize.text("as &Tree"); }
+  std::string asList() const { return m_localize.text("as &List"); }
+  std::string asTimeline() const { return m_localize.text("as Ti&meline"); }
   std::string systemJobs() const { return m_localize.text("&System Jobs"); }
   std::string columns() const { return m_localize.text("&Columns"); }
-  std::string about() const { return m_localize.text("&About Mirvel"); }
+  std::string titleBar() const { return m_localize.text("Title &Bar"); }
+  std::string fullScreen() const { return m_localize.text("&Full Screen"); }
+  std::string help() const { return m_localize.text("&Help"); }
+  std::string pages() const { return m_localize.text("Mirvel &Help"); }
+  std::string manual() const { return m_localize.text("&Manual of launchd.plist"); }
   std::string site() const { return m_localize.text("Mirvel &Web Site"); }
+  std::string mailSupport() const { return m_localize.text("Mail to &Support"); }
+  std::string checkForUpdates() const { return m_localize.text("Check for &Updates"); }
+  std::string about() const { return m_localize.text("&About Mirvel"); }
 
  private:
   const Localize& m_localize;

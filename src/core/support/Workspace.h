@@ -31,6 +31,8 @@ class Workspace {
   virtual std::optional<Image> image(const std::filesystem::path& file) = 0;
   /// The user's name as people write it; the login name if there is no other.
   virtual std::string fullUserName() = 0;
+  /// Puts a text on the clipboard, and with it a file, if there is one.
+  virtual void copy(const std::string& text, const std::optional<URL>& file) = 0;
   /// The sound of a refusal.
   virtual void beep() = 0;
 };

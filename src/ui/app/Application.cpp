@@ -42,7 +42,8 @@ Application::Application(Roots roots, const Environment& environment, const std:
                  .programs = HelperPrograms::in(installedOrBuilt(MIRVEL_HELPERS_DIR, MIRVEL_BUILD_HELPERS_DIR),
                                                 m_foundation.roots, environment, machine)}),
       m_program(m_foundation, platform()),
-      m_fetchQueue("Fetch queue") {}
+      m_fetchQueue("Fetch queue"),
+      m_isOtherMachine(machine.has_value()) {}
 
 Application::~Application() = default;
 
@@ -66,10 +67,21 @@ void Application::start() {
   m_program.appDelegate.applicationDidFinishLaunching();
   m_window = std::make_unique<MainWindow>(m_program, m_icons);
   m_interface.setWindow(m_window.get());
+  if (!m_isOtherMachine) lookForUpdates();
 
   constexpr double longestWait = 0.1;
   m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { showAtFirst(); });
   m_mainQueue.postAfter(longestWait, [this] { showAtFirst(); });
+}
+
+void Application::lookForUpdates() {
+  m_program.shell.checkForUpdate = [this](bool isManual) {
+    if (!m_updates) {  // the network is only made ready when it is needed
+      m_downloads = std::make_unique<HttpsDownloads>();
+      m_updates = std::make_unique<UpdateManager>(m_program, *m_downloads, MIRVEL_VERSION);
+    }
+    m_updates->check(Const::AppName::mirvel, isManual);
+  };
 }
 
 void Application::showAtFirst() {

@@ -7,10 +7,12 @@
 
 #include "core/app/Foundation.h"
 #include "core/app/Program.h"
+#include "core/app/UpdateManager.h"
 #include "core/support/SystemProcessRunner.h"
 #include "core/support/ThreadWorkQueue.h"
 #include "helpers/privileged/SystemHelperConnections.h"
 #include "ui/mainwindow/MainWindow.h"
+#include "ui/support/HttpsDownloads.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtInterface.h"
 #include "ui/support/QtMainQueue.h"
@@ -38,6 +40,7 @@ class Application {
  private:
   Platform platform();
   void showAtFirst();
+  void lookForUpdates();
 
   Foundation m_foundation;
   IconLoader m_icons;
@@ -53,7 +56,10 @@ class Application {
   SystemHelperConnections m_helpers;
   Program m_program;
   ThreadWorkQueue m_fetchQueue;  // after all that a scan uses, which its thread's end waits for
+  std::unique_ptr<HttpsDownloads> m_downloads;
+  std::unique_ptr<UpdateManager> m_updates;
   std::unique_ptr<MainWindow> m_window;
+  const bool m_isOtherMachine;
   bool m_hasShown = false;
   Subscription m_loadingChanged;
 };

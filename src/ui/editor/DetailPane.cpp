@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "core/editor/DetailTab.h"
 #include "core/support/Strings.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
@@ -89,6 +90,11 @@ void DetailPane::updateIcon() {
   updateDetail();
 }
 
+DetailTab DetailPane::detailTab() const {
+  constexpr bool isEdited = false;
+  return detailTabFor(m_program.state.selectedJob.get(), isEdited);
+}
+
 void DetailPane::updateDetail() {
   const auto& job = m_program.state.selectedJob;
   if (!job) {
@@ -161,7 +167,7 @@ QWidget* DetailPane::makeFooter() {
   auto* layout = new QHBoxLayout(footer);
   layout->setContentsMargins(0, 0, 0, 0);
   auto* reveal = new QPushButton(qt(m_program.foundation.localize.revealInFinder()));
-  connect(reveal, &QPushButton::clicked, this, [this] { m_program.mainWindow.revealSelected(); });
+  connect(reveal, &QPushButton::clicked, this, [this] { m_program.menus.perform(Command::revealInFinder); });
   layout->addWidget(reveal);
   layout->addStretch();
   return footer;

@@ -23,7 +23,9 @@ class DetailPane final : public QWidget, private DetailType {
   void updateDetail() override;
   void clearDetail() override;
   void updateIcon() override;
+  DetailTab detailTab() const override;
   void showDisplay() override { updateDetail(); }
+  void showEdit() override { updateDetail(); }  // there is nothing yet by which a job could be edited
 
   QWidget* makeDetails(const JobDetails& details);
   QWidget* makeHeader(const JobDetails& details);

@@ -1,20 +1,21 @@
 #include "ui/mainwindow/MainMenu.h"
 
-#include <QAction>
 #include <QApplication>
-#include <QLineEdit>
+#include <QMainWindow>
 #include <QMenuBar>
-#include <QMessageBox>
 
-#include "core/support/Const.h"
+#include "core/mainwindow/RevisionMenu.h"
+#include "core/mainwindow/ShareItems.h"
+#include "ui/mainwindow/EditActions.h"
 #include "ui/mainwindow/ListModeView.h"
-#include "ui/mainwindow/MainWindow.h"
+#include "ui/mainwindow/ModeTabs.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-MainMenu::MainMenu(Program& program, MainWindow& window, IconLoader& icons)
-    : QObject(&window), m_program(program), m_window(window), m_icons(icons) {
+MainMenu::MainMenu(Program& program, CommandActions& actions, ModeTabs& tabs, QMainWindow& window)
+    : QObject(&window), m_program(program), m_actions(actions), m_tabs(tabs), m_window(window) {
   makeFileMenu();
   makeEditMenu();
   makeViewMenu();
@@ -22,73 +23,96 @@ MainMenu::MainMenu(Program& program, MainWindow& window, IconLoader& icons)
   for (QMenu* menu : window.menuBar()->findChildren<QMenu*>()) menu->setAccessibleName(menu->title());
 }
 
+QMenu* MainMenu::addMenu(const std::string& title) {
+  QMenu* menu = m_window.menuBar()->addMenu(qt(title));
+  connect(menu, &QMenu::aboutToShow, this, [this] { m_actions.validate(); });
+  return menu;
+}
+
+void MainMenu::add(QMenu& menu, std::initializer_list<Command> commands) {
+  for (const Command command : commands) menu.addAction(m_actions.action(command));
+}
+
 void MainMenu::makeFileMenu() {
-  const Localize& localize = m_program.foundation.localize;
-  QMenu* menu = m_window.menuBar()->addMenu(qt(localize.mainMenu().file()));
-  m_refresh = menu->addAction(IconLoader::symbol("view-refresh"), qt(localize.mainMenu().refresh()), this, [this] {
-    m_icons.clear();
-    m_program.mainWindow.refresh();
-  });
-  m_refresh->setShortcuts({QKeySequence(QKeySequence::Refresh), QKeySequence(Qt::CTRL | Qt::Key_R)});
-  m_reveal = menu->addAction(IconLoader::symbol("folder-open"), qt(localize.revealInFinder()), this,
-                             [this] { m_program.mainWindow.revealSelected(); });
-  m_reveal->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_R);
+  const auto texts = m_program.foundation.localize.mainMenu();
+  QMenu* menu = addMenu(texts.file());
+  add(*menu, {Command::new_, Command::importAction});
   menu->addSeparator();
-  QAction* quit = menu->addAction(IconLoader::symbol("application-exit"), qt(localize.mainMenu().quit()), &m_window,
-                                  &QWidget::close);
+  add(*menu, {Command::edit, Command::save});
+  QMenu* revisions = menu->addMenu(qt(texts.revisions()));
+  add(*menu, {Command::duplicate, Command::export_});
+  QMenu* share = menu->addMenu(IconLoader::symbol("document-send"), qt(texts.share()));
+  add(*menu, {Command::delete_});
+  menu->addSeparator();
+  add(*menu, {Command::test, Command::log, Command::info, Command::revealInFinder});
+  menu->addSeparator();
+  add(*menu, {Command::refresh});
+  menu->addSeparator();
+  QAction* quit = menu->addAction(IconLoader::symbol("application-exit"), qt(texts.quit()), &m_window, &QWidget::close);
   quit->setShortcut(QKeySequence::Quit);
   quit->setMenuRole(QAction::QuitRole);
-  connect(menu, &QMenu::aboutToShow, this, &MainMenu::validate);
+
+  connect(menu, &QMenu::aboutToShow, this, [this, revisions, share] {
+    const MenuController& menus = m_program.menus;
+    share->menuAction()->setEnabled(menus.isEnabled(Command::share));
+    revisions->menuAction()->setVisible(menus.isOffered(Command::revert));
+    revisions->menuAction()->setEnabled(menus.isEnabled(Command::revert));
+  });
+  connect(share, &QMenu::aboutToShow, this, [this, share] { fillShareMenu(*share, m_program); });
+  connect(revisions, &QMenu::aboutToShow, this, [this, revisions] { fillRevisions(*revisions); });
+}
+
+void MainMenu::fillRevisions(QMenu& menu) {
+  menu.clear();
+  for (const RevisionItem& item : revisionItems(m_program)) {
+    menu.addAction(qt(item.title), this, [this, revision = item.revision] { insertRevision(m_program, revision); });
+  }
+  menu.addSeparator();
+  menu.addAction(qt(m_program.foundation.localize.clearMenu()), this, [this] { m_program.revisions.clearRevisions(); });
 }
 
 void MainMenu::makeEditMenu() {
-  const auto texts = m_program.foundation.localize.mainMenu();
-  QMenu* menu = m_window.menuBar()->addMenu(qt(texts.edit()));
-  QAction* filter = menu->addAction(IconLoader::symbol("edit-find"), qt(texts.filter()), this, [this] {
-    m_window.filter().setFocus(Qt::ShortcutFocusReason);
-    m_window.filter().selectAll();
-  });
-  filter->setShortcut(QKeySequence::Find);
+  QMenu* menu = addMenu(m_program.foundation.localize.mainMenu().edit());
+  addEditActions(*menu, m_program.foundation.localize);
+  menu->addSeparator();
+  add(*menu, {Command::filter});
 }
 
 void MainMenu::makeViewMenu() {
   const auto texts = m_program.foundation.localize.mainMenu();
-  QMenu* menu = m_window.menuBar()->addMenu(qt(texts.view()));
-  m_systemJobs = menu->addAction(qt(texts.systemJobs()), this, [this] { m_program.mainWindow.toggleSystemJobs(); });
-  m_systemJobs->setCheckable(true);
+  QMenu* menu = addMenu(texts.view());
+  add(*menu, {Command::grid, Command::tree, Command::list, Command::timeline});
+  menu->addSeparator();
+  add(*menu, {Command::system});
   QMenu* columns = menu->addMenu(qt(texts.columns()));
   connect(columns, &QMenu::aboutToShow, this, [this, columns] {
     columns->clear();
-    m_window.listMode().addColumnItems(*columns);
+    m_tabs.listMode().addColumnItems(*columns);
   });
-  connect(menu, &QMenu::aboutToShow, this, &MainMenu::validate);
+  connect(menu, &QMenu::aboutToShow, this,
+          [this, columns] { columns->menuAction()->setEnabled(m_program.menus.isEnabled(Command::columns)); });
+  menu->addSeparator();
+  add(*menu, {Command::titleBar, Command::fullScreen});
 }
 
 void MainMenu::makeHelpMenu() {
-  const auto texts = m_program.foundation.localize.mainMenu();
-  QMenu* menu = m_window.menuBar()->addMenu(qt(texts.help()));
-  menu->addAction(qt(texts.site()), this,
-                  [this] { m_program.platform.workspace.openAddress(std::string(Const::siteURL)); });
+  QMenu* menu = addMenu(m_program.foundation.localize.mainMenu().help());
+  add(*menu, {Command::help, Command::manLaunchdplist, Command::site, Command::mailSupport});
   menu->addSeparator();
-  QAction* about = menu->addAction(IconLoader::symbol("help-about"), qt(texts.about()), this, &MainMenu::showAbout);
-  about->setMenuRole(QAction::AboutRole);
+  add(*menu, {Command::checkForUpdates, Command::about});
 }
 
-void MainMenu::validate() {
-  m_refresh->setEnabled(m_program.mainWindow.canRefresh());
-  m_reveal->setEnabled(m_program.mainWindow.canRevealSelected());
-  m_systemJobs->setEnabled(m_program.mainWindow.canRefresh());
-  m_systemJobs->setChecked(m_program.foundation.defaults.showSystemJobs());
-}
-
-void MainMenu::showAbout() {
-  const Localize& localize = m_program.foundation.localize;
-  auto* about = new QMessageBox(&m_window);
-  about->setAttribute(Qt::WA_DeleteOnClose);
-  about->setIconPixmap(QApplication::windowIcon().pixmap(64));
-  about->setText(qt(Const::AppName::mirvel) + QLatin1Char(' ') + QApplication::applicationVersion());
-  about->setInformativeText(qt(localize.aboutText()));
-  about->open();
+void fillShareMenu(QMenu& menu, Program& program) {
+  menu.clear();
+  const auto items = shareItems(program);
+  if (!items) return;
+  for (const SharingService& service : sharingServices(*items, program.foundation.localize)) {
+    const char* symbol = service.way == SharingService::Way::Copy   ? "edit-copy"
+                         : service.way == SharingService::Way::Mail ? "mail-send"
+                                                                    : "document-open";
+    menu.addAction(IconLoader::symbol(symbol), qt(service.title),
+                   [&program, way = service.way, items] { share(program, way, *items); });
+  }
 }
 
 }  // namespace mirvel::ui

@@ -1,39 +1,39 @@
 #pragma once
 
+#include <QMenu>
 #include <QObject>
+#include <vector>
 
 #include "core/app/Program.h"
-#include "ui/support/IconLoader.h"
+#include "ui/mainwindow/CommandActions.h"
 
-class QAction;
-class QMenu;
+class QMenuBar;
 
 namespace mirvel::ui {
 
-class MainWindow;
+class ModeTabs;
 
-/// The menu bar and its commands.
+/// The menu bar. A command that isn't offered isn't in it.
 class MainMenu final : public QObject {
  public:
-  MainMenu(Program& program, MainWindow& window, IconLoader& icons);
-
-  QAction* refresh() const { return m_refresh; }
-  /// Enables each command by the program's state.
-  void validate();
+  MainMenu(Program& program, CommandActions& actions, ModeTabs& tabs, QMainWindow& window);
 
  private:
+  QMenu* addMenu(const std::string& title);
+  void add(QMenu& menu, std::initializer_list<Command> commands);
   void makeFileMenu();
   void makeEditMenu();
   void makeViewMenu();
   void makeHelpMenu();
-  void showAbout();
+  void fillRevisions(QMenu& menu);
 
   Program& m_program;
-  MainWindow& m_window;
-  IconLoader& m_icons;
-  QAction* m_refresh = nullptr;
-  QAction* m_reveal = nullptr;
-  QAction* m_systemJobs = nullptr;
+  CommandActions& m_actions;
+  ModeTabs& m_tabs;
+  QMainWindow& m_window;
 };
+
+/// Fills a menu with the ways to share the selected job.
+void fillShareMenu(QMenu& menu, Program& program);
 
 }  // namespace mirvel::ui

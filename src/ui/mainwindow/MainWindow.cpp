@@ -1,107 +1,95 @@
 #include "ui/mainwindow/MainWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QLineEdit>
-#include <QShortcut>
+#include <QMessageBox>
 #include <QSplitter>
-#include <QToolBar>
-#include <QToolButton>
+#include <algorithm>
 
-#include "core/mainwindow/ModeFilter.h"
+#include "core/support/Const.h"
 #include "ui/editor/DetailPane.h"
 #include "ui/mainwindow/ListModeView.h"
 #include "ui/mainwindow/MainMenu.h"
+#include "ui/mainwindow/ModeTabs.h"
+#include "ui/mainwindow/Toolbar.h"
+#include "ui/mainwindow/WindowFrame.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-namespace {
-
-/// Names for the ear what Qt put into a widget by itself: the buttons without a text.
-void nameButtons(const QWidget& owner, const QString& name) {
-  for (auto* button : owner.findChildren<QToolButton*>()) {
-    if (button->text().isEmpty() && button->accessibleName().isEmpty()) button->setAccessibleName(name);
-  }
-}
-
-}  // namespace
-
-MainWindow::MainWindow(Program& program, IconLoader& icons)
-    : m_program(program), m_menu(nullptr), m_listMode(nullptr), m_filter(nullptr) {
+MainWindow::MainWindow(Program& program, IconLoader& icons) : m_program(program), m_actions(program, *this) {
   setUnifiedTitleAndToolBarOnMac(true);
   makeContent(icons);
-  m_menu = new MainMenu(program, *this, icons);
-  makeToolbar();
-  m_program.shell.mainWindow = this;
-  m_program.shell.terminate = [this] { close(); };
+  new MainMenu(program, m_actions, *m_tabs, *this);
+  m_toolbar = new Toolbar(program, this);
+  m_toolbar->filterLeft = [this] { m_tabs->setFocus(); };
+  addToolBar(m_toolbar);
+  enterShell(icons);
   m_program.mainWindow.updateTitle();
+  showMode(m_program.mainWindow.mode());
   validateVisibleItems();
+
   const int character = fontMetrics().averageCharWidth();
-  resize(170 * character, 38 * fontMetrics().lineSpacing());
-  m_listMode->setFocus();
+  if (!restoreFrame(*this, *m_splitter, m_program.foundation.defaults)) {
+    resize(170 * character, 38 * fontMetrics().lineSpacing());
+  }
+  if (m_program.foundation.defaults.preferFullScreen()) setWindowState(windowState() | Qt::WindowFullScreen);
+  m_tabs->setFocus();
 }
 
 MainWindow::~MainWindow() {
   m_program.shell.mainWindow = nullptr;
   m_program.shell.terminate = nullptr;
+  m_program.shell.emptyIconCache = nullptr;
+}
+
+void MainWindow::enterShell(IconLoader& icons) {
+  m_program.shell.mainWindow = this;
+  m_program.shell.terminate = [this] { close(); };
+  m_program.shell.emptyIconCache = [&icons] { icons.clear(); };
 }
 
 void MainWindow::makeContent(IconLoader& icons) {
-  auto* splitter = new QSplitter(this);
-  splitter->setChildrenCollapsible(false);
-  splitter->setHandleWidth(1);
-  m_listMode = new ListModeView(m_program, icons);
+  m_splitter = new QSplitter(this);
+  m_splitter->setChildrenCollapsible(false);
+  m_splitter->setHandleWidth(1);
+  m_tabs = new ModeTabs(m_program, icons);
   auto* detail = new DetailPane(m_program, icons);
   const int character = fontMetrics().averageCharWidth();
-  m_listMode->setMinimumWidth(24 * character);
+  m_tabs->setMinimumWidth(24 * character);
   detail->setMinimumWidth(32 * character);
-  splitter->addWidget(m_listMode);
-  splitter->addWidget(detail);
-  splitter->setStretchFactor(0, 2);
-  splitter->setStretchFactor(1, 1);
-  splitter->setSizes({116 * character, 54 * character});
-  setCentralWidget(splitter);
+  m_splitter->addWidget(m_tabs);
+  m_splitter->addWidget(detail);
+  m_splitter->setStretchFactor(0, 2);
+  m_splitter->setStretchFactor(1, 1);
+  m_splitter->setSizes({116 * character, 54 * character});
+  setCentralWidget(m_splitter);
 }
 
-void MainWindow::makeToolbar() {
-  auto* toolbar = new QToolBar(qt(m_program.foundation.localize.toolbar()), this);
-  nameButtons(*toolbar, toolbar->windowTitle());  // shows what has no room
-  toolbar->setMovable(false);
-  toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
-  toolbar->addAction(m_menu->refresh());
-  auto* space = new QWidget;
-  space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  toolbar->addWidget(space);
-
-  m_filter = new QLineEdit;
-  const QString name = qt(m_program.foundation.localize.filter());
-  m_filter->setPlaceholderText(name);
-  m_filter->setAccessibleName(name);
-  m_filter->setClearButtonEnabled(true);
-  nameButtons(*m_filter, qt(m_program.foundation.localize.cancel()));
-  m_filter->addAction(IconLoader::symbol("edit-find"), QLineEdit::LeadingPosition);
-  nameButtons(*m_filter, name);
-  m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
-  connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
-    if (ModeType* mode = m_program.currentMode()) modeFilter(m_program, *mode, m_program.state.jobs, utf8(text));
-  });
-  auto* escape = new QShortcut(Qt::Key_Escape, m_filter, nullptr, nullptr, Qt::WidgetShortcut);
-  connect(escape, &QShortcut::activated, this, &MainWindow::endFilter);
-  toolbar->addWidget(m_filter);
-  addToolBar(toolbar);
+ListModeView& MainWindow::listMode() {
+  return m_tabs->listMode();
 }
 
-void MainWindow::endFilter() {
-  if (m_filter->text().isEmpty()) {
-    m_listMode->setFocus();
-  } else {
-    m_filter->clear();
-  }
+QLineEdit& MainWindow::filter() {
+  return m_toolbar->filter();
 }
 
 void MainWindow::setTitle(const std::string& title) {
+  m_title = title;
+  showTitle();
+}
+
+void MainWindow::setTitleVisible(bool isVisible) {
+  m_isTitleVisible = isVisible;
+  showTitle();
+}
+
+/// A title bar can't do without a title: one that isn't to be seen is the name of the application.
+void MainWindow::showTitle() {
   const QString mark = QStringLiteral("[*]");  // stands for the sign of unsaved changes, and twice for itself
-  setWindowTitle(qt(title).replace(mark, mark + mark) + mark);
+  const std::string shown = m_isTitleVisible ? m_title : std::string(Const::AppName::mirvel);
+  setWindowTitle(qt(shown).replace(mark, mark + mark) + mark);
 }
 
 void MainWindow::setEdited(bool isEdited) {
@@ -110,16 +98,56 @@ void MainWindow::setEdited(bool isEdited) {
 }
 
 void MainWindow::validateVisibleItems() {
-  m_menu->validate();
-  m_filter->setEnabled(!m_program.state.hasUnsavedChanges);
+  m_actions.validate();
+  m_toolbar->validate();
+}
+
+void MainWindow::showMode(Mode mode) {
+  m_tabs->show(mode);
+  m_toolbar->mark(mode);
+}
+
+void MainWindow::clearFilter() {
+  m_toolbar->clearFilter();
+}
+
+void MainWindow::focusOnFilter() {
+  filter().setFocus(Qt::ShortcutFocusReason);
+  filter().selectAll();
+}
+
+bool MainWindow::hasFilterField() const {
+  return m_toolbar && m_toolbar->isVisibleTo(this);
+}
+
+bool MainWindow::hasSheet() const {
+  const auto dialogs = findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
+  return std::any_of(dialogs.begin(), dialogs.end(), [](const QDialog* dialog) { return dialog->isVisible(); });
+}
+
+void MainWindow::toggleFullScreen() {
+  setWindowState(windowState() ^ Qt::WindowFullScreen);
+}
+
+void MainWindow::showAbout() {
+  auto* about = new QMessageBox(this);
+  about->setAttribute(Qt::WA_DeleteOnClose);
+  about->setIconPixmap(QApplication::windowIcon().pixmap(64));
+  about->setText(qt(Const::AppName::mirvel) + QLatin1Char(' ') + QApplication::applicationVersion());
+  about->setInformativeText(qt(m_program.foundation.localize.aboutText()));
+  about->open();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->setAccepted(m_program.appDelegate.applicationShouldTerminate());
+  if (event->isAccepted()) saveFrame(*this, *m_splitter, m_program.foundation.defaults);
 }
 
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange && isVisible()) {
+    m_program.mainWindow.fullScreenDidChange(isFullScreen());
+  }
   if (event->type() != QEvent::ActivationChange) return;
   if (isActiveWindow()) {
     m_program.appDelegate.applicationDidBecomeActive();

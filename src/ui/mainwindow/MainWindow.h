@@ -3,14 +3,17 @@
 #include <QMainWindow>
 
 #include "core/app/Program.h"
+#include "ui/mainwindow/CommandActions.h"
 #include "ui/support/IconLoader.h"
 
 class QLineEdit;
+class QSplitter;
 
 namespace mirvel::ui {
 
 class ListModeView;
-class MainMenu;
+class ModeTabs;
+class Toolbar;
 
 /// The one window of the catalogue.
 class MainWindow final : public QMainWindow, private MainWindowType {
@@ -18,8 +21,9 @@ class MainWindow final : public QMainWindow, private MainWindowType {
   MainWindow(Program& program, IconLoader& icons);
   ~MainWindow() override;
 
-  ListModeView& listMode() { return *m_listMode; }
-  QLineEdit& filter() { return *m_filter; }
+  ModeTabs& tabs() { return *m_tabs; }
+  ListModeView& listMode();
+  QLineEdit& filter();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -27,17 +31,29 @@ class MainWindow final : public QMainWindow, private MainWindowType {
 
  private:
   void setTitle(const std::string& title) override;
+  void setTitleVisible(bool isVisible) override;
   void setEdited(bool isEdited) override;
   void validateVisibleItems() override;
+  void showMode(Mode mode) override;
+  void clearFilter() override;
+  void focusOnFilter() override;
+  bool hasFilterField() const override;
+  bool hasSheet() const override;
+  bool isFullScreen() const override { return QMainWindow::isFullScreen(); }
+  void toggleFullScreen() override;
+  void showAbout() override;
 
   void makeContent(IconLoader& icons);
-  void makeToolbar();
-  void endFilter();
+  void enterShell(IconLoader& icons);
+  void showTitle();
 
   Program& m_program;
-  MainMenu* m_menu;
-  ListModeView* m_listMode;
-  QLineEdit* m_filter;
+  CommandActions m_actions;
+  ModeTabs* m_tabs = nullptr;
+  Toolbar* m_toolbar = nullptr;
+  QSplitter* m_splitter = nullptr;
+  std::string m_title;
+  bool m_isTitleVisible = true;
 };
 
 }  // namespace mirvel::ui

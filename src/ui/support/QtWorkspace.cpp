@@ -1,7 +1,9 @@
 #include "ui/support/QtWorkspace.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDesktopServices>
+#include <QMimeData>
 #include <QStandardPaths>
 #include <QUrl>
 #include <algorithm>
@@ -99,6 +101,13 @@ std::optional<Image> QtWorkspace::image(const fs::path& file) {
 
 std::string QtWorkspace::fullUserName() {
   return m_fullUserName ? *m_fullUserName : mirvel::fullUserName();
+}
+
+void QtWorkspace::copy(const std::string& text, const std::optional<URL>& file) {
+  auto* data = new QMimeData;
+  data->setText(qt(text));
+  if (file) data->setUrls({fileUrl(file->path())});
+  QApplication::clipboard()->setMimeData(data);
 }
 
 void QtWorkspace::beep() {

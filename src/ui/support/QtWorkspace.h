@@ -24,6 +24,7 @@ class QtWorkspace final : public Workspace {
   std::string fullUserName() override;
   /// Another name than the one that the machine knows.
   void setFullUserName(std::string name) { m_fullUserName = std::move(name); }
+  void copy(const std::string& text, const std::optional<URL>& file) override;
   void beep() override;
 
  private:

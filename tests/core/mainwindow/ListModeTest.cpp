@@ -232,9 +232,6 @@ TEST_F(ListModeTest, TheMenuHoldsWhatCanBeDoneWithTheJob) {
     return result;
   };
   const std::string reveal = foundation.localize.revealInFinder();
-  EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal)) << "nobody there to delete";
-  Names deleted;
-  program().shell.confirmDelete = [&](const auto& job) { deleted.push_back(job->name); };
   EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal, "Delete"));
   EXPECT_THAT(titles(1), ElementsAre("own", "", reveal, "Delete"));
   EXPECT_THAT(titles(2), ElementsAre("bundled", "", reveal, "Open"));
@@ -251,7 +248,8 @@ TEST_F(ListModeTest, TheMenuHoldsWhatCanBeDoneWithTheJob) {
               ElementsAre("reveal " + url("agent").text(),
                           "open " + (roots.systemLibrary / "PreferencePanes/Accounts.prefPane").string(),
                           "reveal /bundled.app", "open /bundled.app"));
-  EXPECT_EQ(deleted, Names{"agent"});
+  ASSERT_EQ(interface.sheets.size(), 1U);
+  EXPECT_EQ(interface.sheets.front().first.message, "Are you sure you want to delete “agent”?");
 
   state().hasUnsavedChanges = true;
   EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal));

@@ -100,12 +100,12 @@ TEST_F(ModeRulesTest, CommandsOnTheCatalogueWaitForUnsavedChanges) {
   auto& window = program().mainWindow;
   state().hasUnsavedChanges = true;
   window.refresh();
-  window.toggleSystemJobs();
+  program().menus.perform(Command::system);
   EXPECT_EQ(fetchQueue.count(), 0U);
   EXPECT_FALSE(foundation.defaults.showSystemJobs());
 
   state().hasUnsavedChanges = false;
-  window.toggleSystemJobs();
+  program().menus.perform(Command::system);
   EXPECT_EQ(fetchQueue.count(), 1U);
   EXPECT_TRUE(foundation.defaults.showSystemJobs());
 }

@@ -113,7 +113,7 @@ TEST_F(ListModeViewTest, MenuOfARowIsThatOfItsJob) {
   const std::string reveal = foundation.localize.revealInFinder();
   QMenu* menu = menuAt(table(), cell(1).center());
   ASSERT_NE(menu, nullptr);
-  EXPECT_THAT(titles(*menu), ElementsAre("beta && co", "", reveal));
+  EXPECT_THAT(titles(*menu), ElementsAre("beta && co", "", reveal, "Delete"));
   EXPECT_FALSE(menu->actions()[0]->isEnabled());
   choose(*menu, reveal);
   EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + path(Kind::userAgent, "beta & co.plist").string()));

@@ -148,6 +148,8 @@ TEST_F(MainWindowTest, TitleNamesTheSelectedJob) {
   fill({"alpha [*] beta"});
   EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]"));
   click(0);
+  EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]")) << "titles are hidden";
+  program().menus.perform(Command::titleBar);
   const QString shown = window().windowHandle()->title();
   EXPECT_TRUE(shown.contains(QStringLiteral("alpha [*] beta"))) << utf8(shown);
 }

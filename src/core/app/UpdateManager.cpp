@@ -1,0 +1,89 @@
+#include "core/app/UpdateManager.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "core/app/Program.h"
+#include "core/propertylist/Reader.h"
+#include "core/support/Const.h"
+#include "core/support/Decimal.h"
+
+namespace mirvel {
+
+namespace {
+
+struct Release {
+  std::string version;
+  std::string address;
+};
+
+Error badFeed() {
+  return {.code = Error::Code::Malformed, .message = "the list of versions can't be understood"};
+}
+
+Result<Release> releaseIn(const std::string& feed, std::string_view app) {
+  const auto document = plist::read(feed);
+  if (!document) return document.error();
+  const plist::Value value = document->value();
+  const auto* const apps = value.as<plist::Dictionary>();
+  const plist::Value* const entry = apps ? apps->find(app) : nullptr;
+  const auto* const release = entry ? entry->as<plist::Dictionary>() : nullptr;
+  const plist::Value* const version = release ? release->find("Version") : nullptr;
+  const plist::Value* const address = release ? release->find("URL") : nullptr;
+  if (!version || !version->as<std::string>() || !address || !address->as<std::string>()) return badFeed();
+  if (!address->as<std::string>()->starts_with("https://")) return badFeed();
+  return Release{*version->as<std::string>(), *address->as<std::string>()};
+}
+
+/// The number before the first dot, which is cut off with it; 0 if there is none.
+std::int64_t takeNumber(std::string_view& version) {
+  const std::string_view digits = version.substr(0, version.find('.'));
+  version.remove_prefix(std::min(version.size(), digits.size() + 1));
+  return Decimal::toInt(digits).value_or(0);
+}
+
+}  // namespace
+
+bool UpdateManager::isNewer(std::string_view version, std::string_view than) {
+  while (!version.empty() || !than.empty()) {
+    const std::int64_t a = takeNumber(version), b = takeNumber(than);
+    if (a != b) return a > b;
+  }
+  return false;
+}
+
+void UpdateManager::check(std::string_view app, bool manual) {
+  m_downloads.get(std::string(Const::siteURL) + "/updates.plist",
+                  [this, app = std::string(app), manual](const Result<std::string>& feed) { read(feed, app, manual); });
+}
+
+void UpdateManager::read(const Result<std::string>& feed, std::string_view app, bool manual) {
+  const Localize& localize = m_program.foundation.localize;
+  const auto release = feed ? releaseIn(*feed, app) : Result<Release>(feed.error());
+  if (release && isNewer(release->version, m_version)) {
+    const MainWindowType* const window = m_program.shell.mainWindow;
+    if (manual || !window || !window->hasSheet()) offer(release->version, release->address);
+  } else if (!manual) {
+    return;
+  } else if (!release) {
+    m_program.platform.interface.error(localize.couldntLookForUpdates(), release.error().text());
+  } else {
+    m_program.platform.interface.beginSheet({.message = localize.yourVersionIsTheLatest(),
+                                             .informativeText = localize.youHaveVersion(m_version),
+                                             .defaultTitle = localize.ok()},
+                                            [](int) {});
+  }
+}
+
+void UpdateManager::offer(const std::string& version, const std::string& address) {
+  const Localize& localize = m_program.foundation.localize;
+  m_program.platform.interface.beginSheet({.message = localize.newVersion(version),
+                                           .informativeText = localize.youHaveVersion(m_version),
+                                           .defaultTitle = localize.show(),
+                                           .alternateTitle = localize.later()},
+                                          [&workspace = m_program.platform.workspace, address](int button) {
+                                            if (button == Interface::defaultButton) workspace.openAddress(address);
+                                          });
+}
+
+}  // namespace mirvel

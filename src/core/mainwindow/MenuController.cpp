@@ -1,0 +1,162 @@
+#include "core/mainwindow/MenuController.h"
+
+#include "core/app/Program.h"
+#include "core/catalogue/Launchd.h"
+#include "core/mainwindow/RevisionMenu.h"
+#include "core/mainwindow/Segue.h"
+#include "core/support/Const.h"
+
+namespace mirvel {
+
+namespace {
+
+std::optional<std::string_view> segueOf(Command command) {
+  switch (command) {
+    case Command::new_:
+      return String::new_;
+    case Command::duplicate:
+      return String::duplicate;
+    case Command::test:
+      return String::test;
+    case Command::log:
+      return String::log;
+    case Command::info:
+      return String::info;
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
+bool MenuController::isOffered(Command command) const {
+  const Shell& shell = m_program.shell;
+  if (const auto segue = segueOf(command)) return shell.segues.contains(*segue);
+  switch (command) {
+    case Command::edit:
+    case Command::save:
+    case Command::revert:
+      return shell.edit != nullptr;
+    case Command::importAction:
+      return static_cast<bool>(shell.importJob);
+    case Command::export_:
+      return static_cast<bool>(shell.exportJob);
+    case Command::checkForUpdates:
+      return static_cast<bool>(shell.checkForUpdate);
+    default:
+      return true;
+  }
+}
+
+CommandContext MenuController::context() const {
+  const AppState& state = m_program.state;
+  const Shell& shell = m_program.shell;
+  const Defaults& defaults = m_program.foundation.defaults;
+  CommandContext result{.hasUnsavedChanges = state.hasUnsavedChanges,
+                        .isBusy = state.isBusy,
+                        .isScriptInFront = static_cast<bool>(shell.saveScript),
+                        .editsSystemJobs = defaults.editSystemJobs(),
+                        .showsSystemJobs = defaults.showSystemJobs(),
+                        .showsTitleBar = defaults.showTitleBar(),
+                        .mode = m_program.mainWindow.mode()};
+  if (const auto& job = state.selectedJob) {
+    result.selected = job->kind;
+    result.isSelectedNamed = !job->name.empty();
+    result.canDeleteSelected = m_program.mainWindow.canDeleteJob(*job);
+    result.hasRevisions = m_program.revisions.revisions().find(job->url.text()) != nullptr;
+  }
+  if (shell.detail) result.detailTab = shell.detail->detailTab();
+  if (shell.mainWindow) {
+    result.hasSheet = shell.mainWindow->hasSheet();
+    result.hasFilterField = shell.mainWindow->hasFilterField();
+    result.isFullScreen = shell.mainWindow->isFullScreen();
+  }
+  return result;
+}
+
+void MenuController::perform(Command command) {
+  if (!isOffered(command) || !isEnabled(command)) return;
+  if (const auto mode = modeOf(command)) return m_program.mainWindow.switchMode(*mode);
+  if (const auto segue = segueOf(command)) return m_program.shell.segues.at(*segue)();
+  performFile(command);
+  performView(command);
+  performHelp(command);
+}
+
+void MenuController::performFile(Command command) {
+  MainWindowController& window = m_program.mainWindow;
+  const Shell& shell = m_program.shell;
+  switch (command) {
+    case Command::edit:
+      if (shell.detail) shell.detail->showEdit();
+      return;
+    case Command::save:
+      return saveSelected();
+    case Command::importAction:
+      return shell.importJob();
+    case Command::export_:
+      return shell.exportJob();
+    case Command::delete_:
+      return window.confirmDelete(m_program.state.selectedJob);
+    case Command::revealInFinder:
+      return window.revealInFinder(*m_program.state.selectedJob);
+    case Command::refresh:
+      if (shell.emptyIconCache) shell.emptyIconCache();
+      return m_program.fetcher.fetchJobs();
+    default:
+      return;
+  }
+}
+
+void MenuController::saveSelected() {
+  const Shell& shell = m_program.shell;
+  if (shell.saveScript) return shell.saveScript();
+  if (!std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob)) return m_program.platform.interface.saveError();
+  shell.edit->save();
+}
+
+void MenuController::performView(Command command) {
+  MainWindowType* const window = m_program.shell.mainWindow;
+  switch (command) {
+    case Command::filter:
+      if (window) window->focusOnFilter();
+      return;
+    case Command::fullScreen:
+      if (window) window->toggleFullScreen();
+      return;
+    case Command::system:
+      return m_program.mainWindow.toggleSystemJobs();
+    case Command::titleBar:
+      return m_program.mainWindow.toggleTitleBar();
+    default:
+      return;
+  }
+}
+
+void MenuController::performHelp(Command command) {
+  Workspace& workspace = m_program.platform.workspace;
+  const std::string site(Const::siteURL);
+  switch (command) {
+    case Command::help:
+      workspace.openAddress(site + "/mirvel-help");
+      return;
+    case Command::site:
+      workspace.openAddress(site);
+      return;
+    case Command::mailSupport:
+      workspace.openAddress("mailto:" + std::string(Const::supportMail));
+      return;
+    case Command::manLaunchdplist:
+      workspace.openAddress(std::string(Const::launchdManual));
+      return;
+    case Command::checkForUpdates:
+      return m_program.shell.checkForUpdate(true);
+    case Command::about:
+      if (m_program.shell.mainWindow) m_program.shell.mainWindow->showAbout();
+      return;
+    default:
+      return;
+  }
+}
+
+}  // namespace mirvel

@@ -1,0 +1,31 @@
+#include "core/mainwindow/RevisionMenu.h"
+
+#include "core/app/Program.h"
+#include "core/app/ReplaceSelected.h"
+#include "core/support/Dates.h"
+
+namespace mirvel {
+
+std::vector<RevisionItem> revisionItems(Program& program) {
+  std::vector<RevisionItem> result;
+  const auto& job = program.state.selectedJob;
+  const plist::Value* const kept = job ? program.revisions.revisions().find(job->url.text()) : nullptr;
+  const auto* const revisions = kept ? kept->as<plist::Array>() : nullptr;
+  if (!revisions) return result;
+  for (const plist::Value& entry : *revisions) {
+    const auto* const revision = entry.as<plist::Dictionary>();
+    const plist::Value* const date = revision ? revision->find(RevisionController::dateKey) : nullptr;
+    const auto* const seconds = date ? date->as<double>() : nullptr;
+    if (seconds) result.push_back({Date::standardText(*seconds, program.foundation.localize.locale()), *revision});
+  }
+  return result;
+}
+
+void insertRevision(Program& program, const plist::Dictionary& revision) {
+  const plist::Value* const content = revision.find(RevisionController::plistKey);
+  const auto* const dictionary = content ? content->as<plist::Dictionary>() : nullptr;
+  if (!dictionary || !replaceSelected(program, *dictionary)) return;
+  if (program.shell.detail) program.shell.detail->showEdit();
+}
+
+}  // namespace mirvel

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/propertylist/Value.h"
+
+namespace mirvel {
+
+class Program;
+
+/// An item of the submenu of revisions.
+struct RevisionItem {
+  std::string title;  ///< when it was saved, in the user's zone
+  plist::Dictionary revision;
+};
+
+/// The revisions of the selected job, the newest first; none if there is no selected job.
+std::vector<RevisionItem> revisionItems(Program& program);
+
+/// Puts the content of a revision in place of the selected job, to be edited and saved. Nothing happens if the revision
+/// has no content.
+void insertRevision(Program& program, const plist::Dictionary& revision);
+
+}  // namespace mirvel

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+/// The names under which sheets are asked for.
+namespace mirvel::String {
+
+inline constexpr std::string_view new_ = "New";
+inline constexpr std::string_view duplicate = "Duplicate";
+inline constexpr std::string_view test = "Test";
+inline constexpr std::string_view log = "Log";
+inline constexpr std::string_view info = "Info";
+
+}  // namespace mirvel::String

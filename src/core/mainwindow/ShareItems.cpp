@@ -1,0 +1,58 @@
+#include "core/mainwindow/ShareItems.h"
+
+#include "core/app/Program.h"
+#include "core/catalogue/Launchd.h"
+#include "core/support/Ascii.h"
+#include "core/support/Digest.h"
+
+namespace mirvel {
+
+namespace {
+
+/// Everything but letters, digits and a few signs as "%XX" (RFC 3986).
+std::string percentEncoded(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    if (Ascii::isLetter(c) || Ascii::isDigit(c) || std::string_view("-._~").find(c) != std::string_view::npos) {
+      result += c;
+    } else {
+      result += '%' + Data::hexString({&c, 1});
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+std::optional<ShareItems> shareItems(const Program& program) {
+  const auto& job = program.state.selectedJob;
+  if (!job) return std::nullopt;
+  const auto* const launchd = dynamic_cast<const Launchd*>(job.get());
+  if (!launchd) return ShareItems{.text = job->run()};
+  return ShareItems{.url = job->url, .text = launchd->plistData().value_or("")};
+}
+
+std::vector<SharingService> sharingServices(const ShareItems& items, const Localize& localize) {
+  using Way = SharingService::Way;
+  std::vector<SharingService> result{{Way::Copy, localize.copy()}, {Way::Mail, localize.mail()}};
+  if (items.url) result.push_back({Way::Open, localize.open()});
+  return result;
+}
+
+void share(Program& program, SharingService::Way way, const ShareItems& items) {
+  Workspace& workspace = program.platform.workspace;
+  switch (way) {
+    case SharingService::Way::Copy:
+      return workspace.copy(items.text, items.url);
+    case SharingService::Way::Mail: {
+      const std::string subject = items.url ? items.url->lastPathComponent() : std::string();
+      workspace.openAddress("mailto:?subject=" + percentEncoded(subject) + "&body=" + percentEncoded(items.text));
+      return;
+    }
+    case SharingService::Way::Open:
+      if (items.url) workspace.open(*items.url);
+      return;
+  }
+}
+
+}  // namespace mirvel

@@ -1,0 +1,157 @@
+#include "ui/mainwindow/Toolbar.h"
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QMenu>
+#include <QShortcut>
+
+#include "core/mainwindow/ModeFilter.h"
+#include "ui/mainwindow/MainMenu.h"
+#include "ui/support/IconLoader.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+QToolButton* newButton(const char* symbol, const std::string& title) {
+  auto* button = new QToolButton;
+  button->setIcon(IconLoader::symbol(symbol));
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setAccessibleName(qt(title));
+  button->setToolTip(qt(title));
+  return button;
+}
+
+/// Names for the ear what Qt put into a widget by itself: the buttons without a text.
+void nameButtons(const QWidget& owner, const QString& name) {
+  for (auto* button : owner.findChildren<QToolButton*>()) {
+    if (button->text().isEmpty() && button->accessibleName().isEmpty()) button->setAccessibleName(name);
+  }
+}
+
+QWidget* newSpace() {
+  auto* space = new QWidget;
+  space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  return space;
+}
+
+}  // namespace
+
+Toolbar::Toolbar(Program& program, QWidget* parent)
+    : QToolBar(qt(program.foundation.localize.toolbar()), parent),
+      m_program(program),
+      m_delay(program.platform.mainQueue) {
+  const Localize& localize = program.foundation.localize;
+  nameButtons(*this, windowTitle());  // shows what has no room
+  setMovable(false);
+  setContextMenuPolicy(Qt::PreventContextMenu);
+  addCommand(ToolbarItem::new_, Command::new_, "list-add", localize.new_());
+  addModes();
+  addWidget(newSpace());
+  addFilter();
+  addShare();
+  addCommand(ToolbarItem::log, Command::log, "text-x-log", localize.log());
+  addCommand(ToolbarItem::info, Command::info, "document-properties", localize.info());
+  m_loadingChanged = program.notifications.loadingChanged.subscribe([this] {
+    // A scan is over in a moment: controls that went grey each time would flicker.
+    if (!m_program.state.isLoading) m_delay(0, [this] { validate(); });
+  });
+}
+
+void Toolbar::addCommand(ToolbarItem item, Command command, const char* symbol, const std::string& title) {
+  QToolButton* button = newButton(symbol, title);
+  connect(button, &QToolButton::clicked, this, [this, command] { m_program.menus.perform(command); });
+  m_buttons[item] = button;
+  m_places[item] = addWidget(button);
+  m_places[item]->setVisible(m_program.menus.isOffered(command));
+}
+
+void Toolbar::addModes() {
+  const Localize& localize = m_program.foundation.localize;
+  auto* segments = new QWidget;
+  segments->setAccessibleName(qt(localize.mode()));
+  auto* layout = new QHBoxLayout(segments);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  auto* group = new QButtonGroup(segments);
+  const auto add = [&](Mode mode, const char* symbol, const std::string& title) {
+    QToolButton* button = newButton(symbol, title);
+    button->setCheckable(true);
+    group->addButton(button);
+    layout->addWidget(button);
+    connect(button, &QToolButton::clicked, this, [this, mode] { m_program.mainWindow.switchMode(mode); });
+    m_modes[mode] = button;
+  };
+  add(Mode::grid, "view-grid", localize.grid());
+  add(Mode::tree, "view-tree", localize.tree());
+  add(Mode::list, "view-list", localize.list());
+  add(Mode::timeline, "view-timeline", localize.timeline());
+  addWidget(segments);
+}
+
+void Toolbar::addFilter() {
+  const Localize& localize = m_program.foundation.localize;
+  m_filter = new QLineEdit;
+  const QString name = qt(localize.filter());
+  m_filter->setPlaceholderText(name);
+  m_filter->setAccessibleName(name);
+  m_filter->setClearButtonEnabled(true);
+  nameButtons(*m_filter, qt(localize.cancel()));
+  m_filter->addAction(IconLoader::symbol("edit-find"), QLineEdit::LeadingPosition);
+  nameButtons(*m_filter, name);
+  m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
+  connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
+    if (ModeType* mode = m_program.currentMode()) modeFilter(m_program, *mode, m_program.state.jobs, utf8(text));
+  });
+  auto* escape = new QShortcut(Qt::Key_Escape, m_filter, nullptr, nullptr, Qt::WidgetShortcut);
+  connect(escape, &QShortcut::activated, this, &Toolbar::endFilter);
+  addWidget(m_filter);
+}
+
+void Toolbar::addShare() {
+  QToolButton* button = newButton("document-send", m_program.foundation.localize.share());
+  auto* menu = new QMenu(button);
+  menu->setAccessibleName(button->accessibleName());
+  connect(menu, &QMenu::aboutToShow, this, [this, menu] { fillShareMenu(*menu, m_program); });
+  button->setMenu(menu);
+  button->setPopupMode(QToolButton::InstantPopup);
+  m_buttons[ToolbarItem::share] = button;
+  addWidget(button);
+}
+
+void Toolbar::validate() {
+  const MenuController& menus = m_program.menus;
+  const CommandContext context = menus.context();
+  for (const auto& [item, button] : m_buttons) button->setEnabled(mirvel::isEnabled(item, context));
+  for (const auto& [mode, button] : m_modes) button->setEnabled(mirvel::isEnabled(ToolbarItem::mode, context));
+  // A scan is over in a moment: it doesn't take the field from under the hands of who is typing.
+  const bool isTyping = m_filter->hasFocus() && !context.hasUnsavedChanges;
+  m_filter->setEnabled(isTyping || mirvel::isEnabled(ToolbarItem::filter, context));
+  for (const auto& [item, command] : {std::pair(ToolbarItem::new_, Command::new_),
+                                      {ToolbarItem::log, Command::log},
+                                      {ToolbarItem::info, Command::info}}) {
+    m_places.at(item)->setVisible(menus.isOffered(command));
+  }
+}
+
+void Toolbar::mark(Mode mode) {
+  m_modes.at(mode)->setChecked(true);
+}
+
+void Toolbar::clearFilter() {
+  const QSignalBlocker blocker(m_filter);
+  m_filter->clear();
+}
+
+void Toolbar::endFilter() {
+  if (m_filter->text().isEmpty()) {
+    if (filterLeft) filterLeft();
+  } else {
+    m_filter->clear();
+  }
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,177 @@
+#include "core/mainwindow/MenuController.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/mainwindow/Segue.h"
+#include "core/mainwindow/ShareItems.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class MenuControllerTest : public testdata::ProgramFixture {
+ protected:
+  MenuController& menus() { return program().menus; }
+  AppState& state() { return program().state; }
+  void select(const std::string& name) {
+    scan();
+    state().selectedJob = jobNamed(name);
+  }
+
+  testdata::RecordingShell shell{program()};
+};
+
+TEST_F(MenuControllerTest, ACommandIsOfferedOnceThereIsWhoDoesIt) {
+  struct Row {
+    Command command;
+    std::function<void(Shell&)> whatItNeeds;
+  };
+  const auto segue = [](std::string_view name) { return [name](Shell& to) { to.segues[name] = [] {}; }; };
+  EditType* const edit = program().shell.edit;
+  const Row table[] = {
+      {Command::new_, segue(String::new_)},
+      {Command::duplicate, segue(String::duplicate)},
+      {Command::test, segue(String::test)},
+      {Command::log, segue(String::log)},
+      {Command::info, segue(String::info)},
+      {Command::importAction, [](Shell& to) { to.importJob = [] {}; }},
+      {Command::export_, [](Shell& to) { to.exportJob = [] {}; }},
+      {Command::checkForUpdates, [](Shell& to) { to.checkForUpdate = [](bool) {}; }},
+      {Command::edit, [edit](Shell& to) { to.edit = edit; }},
+      {Command::revert, [edit](Shell& to) { to.edit = edit; }},
+  };
+  program().shell.edit = nullptr;
+  for (const Row& row : table) {
+    EXPECT_FALSE(menus().isOffered(row.command)) << static_cast<int>(row.command);
+    row.whatItNeeds(program().shell);
+    EXPECT_TRUE(menus().isOffered(row.command)) << static_cast<int>(row.command);
+    if (row.command == Command::edit) program().shell.edit = nullptr;
+  }
+}
+
+TEST_F(MenuControllerTest, CommandsReachWhoDoesThem) {
+  writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
+  select("a");
+  shell.events.clear();
+  const auto note = [this](const std::string& text) { return [this, text] { shell.note(text); }; };
+  Shell& to = program().shell;
+  for (const auto name : {String::new_, String::duplicate, String::test, String::log, String::info}) {
+    to.segues[name] = note("sheet " + std::string(name));
+  }
+  to.importJob = note("import");
+  to.exportJob = note("export");
+  to.emptyIconCache = note("icons anew");
+  to.checkForUpdate = [this](bool isManual) { shell.note(isManual ? "updates, asked" : "updates"); };
+  shell.tab = DetailTab::launchdDisplay;
+  for (const Command command : {Command::new_, Command::duplicate, Command::test, Command::log, Command::info,
+                                Command::importAction, Command::export_, Command::edit, Command::filter,
+                                Command::fullScreen, Command::about, Command::checkForUpdates}) {
+    menus().perform(command);
+  }
+  shell.tab = DetailTab::launchdEdit;
+  menus().perform(Command::save);
+  EXPECT_THAT(shell.events,
+              ElementsAre("sheet New", "sheet Duplicate", "sheet Test", "sheet Log", "sheet Info", "import", "export",
+                          "showEdit", "focusOnFilter", "toggleFullScreen", "showAbout", "updates, asked", "save"));
+  for (const Command command :
+       {Command::help, Command::manLaunchdplist, Command::site, Command::mailSupport, Command::revealInFinder}) {
+    menus().perform(command);
+  }
+  EXPECT_THAT(workspace.deeds, ElementsAre("openAddress https://mirvel.app/mirvel-help", HasSubstr("launchd.plist"),
+                                           "openAddress https://mirvel.app", "openAddress mailto:support@mirvel.app",
+                                           "reveal " + path(Kind::userAgent, "a.plist").string()));
+
+  to.saveScript = note("script saved");
+  menus().perform(Command::save);
+  EXPECT_EQ(shell.events.back(), "script saved");
+  menus().perform(Command::refresh);
+  EXPECT_EQ(fetchQueue.count(), 1U);
+  EXPECT_THAT(shell.events, Contains("icons anew"));
+
+  shell.events.clear();
+  shell.isSheetUp = true;
+  menus().perform(Command::new_);
+  EXPECT_THAT(shell.events, IsEmpty()) << "what isn't enabled isn't done";
+}
+
+TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
+  writeJob(Kind::userAgent, "a");
+  writeJob(Kind::userAgent, "b");
+  select("a");
+  state().filterString = "b";
+  shell.events.clear();
+  menus().perform(Command::tree);
+  EXPECT_EQ(foundation.defaults.selectedMode(), 1);
+  EXPECT_EQ(program().mainWindow.mode(), Mode::tree);
+  EXPECT_THAT(shell.events, ElementsAre("showMode 1", "clearFilter", "update, catalogue of 2", "deselect",
+                                        "clearDetail", "title Mirvel", "updateDetail", "busy"));
+  EXPECT_EQ(names(shell.shown), (std::vector<std::string>{"a", "b"}));
+  EXPECT_FALSE(state().selectedJob);
+  EXPECT_EQ(state().filterString, "");
+  EXPECT_EQ(fetchQueue.count(), 1U);
+
+  state().hasUnsavedChanges = true;
+  menus().perform(Command::grid);
+  EXPECT_EQ(program().mainWindow.mode(), Mode::tree);
+  ASSERT_TRUE(foundation.defaults.setSelectedMode(4));
+  EXPECT_EQ(program().mainWindow.mode(), Mode::grid) << "a mode that there isn't";
+}
+
+TEST_F(MenuControllerTest, SettingsOfTheViewAreTurnedAroundAndFollowed) {
+  menus().perform(Command::titleBar);
+  EXPECT_TRUE(foundation.defaults.showTitleBar());
+  EXPECT_EQ(shell.isTitleVisible, true);
+  EXPECT_EQ(fetchQueue.count(), 0U);
+  menus().perform(Command::system);
+  EXPECT_TRUE(foundation.defaults.showSystemJobs());
+  EXPECT_EQ(fetchQueue.count(), 1U);
+  program().mainWindow.fullScreenDidChange(true);
+  EXPECT_TRUE(foundation.defaults.preferFullScreen());
+}
+
+TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
+  writeJob(Kind::userAgent, "a");
+  select("a");
+  menus().perform(Command::delete_);
+  ASSERT_EQ(interface.sheets.size(), 1U);
+  const Alert& question = interface.sheets.front().first;
+  EXPECT_EQ(question.message, "Are you sure you want to delete “a”?");
+  EXPECT_EQ(question.informativeText, "You can’t undo this action.");
+  interface.answerSheet(Interface::alternateButton);
+  EXPECT_THAT(helpers.requests, IsEmpty());
+
+  menus().perform(Command::delete_);
+  state().selectedJob = nullptr;  // the question was about this job all the same
+  interface.answerSheet(Interface::defaultButton);
+  ASSERT_EQ(helpers.requests.size(), 1U);
+  EXPECT_EQ(helpers.requests.front().text("deletePath"), path(Kind::userAgent, "a.plist").string());
+}
+
+TEST_F(MenuControllerTest, ALaunchdJobIsSharedAsFileAndTextAndOthersAsTheirCommand) {
+  writeJob(Kind::userAgent, "a b", {{"Program", "/bin/ls"}});
+  loginItems.ownItems = {{"own", "/own/item", {}, {}}};
+  EXPECT_FALSE(shareItems(program()));
+  select("a b");
+  const auto items = shareItems(program());
+  ASSERT_TRUE(items && items->url);
+  EXPECT_THAT(items->text, HasSubstr("<string>/bin/ls</string>"));
+  EXPECT_EQ(sharingServices(*items, foundation.localize).size(), 3U);
+  for (const auto& service : sharingServices(*items, foundation.localize)) share(program(), service.way, *items);
+  const std::string file = path(Kind::userAgent, "a b.plist").string();
+  EXPECT_THAT(workspace.deeds,
+              ElementsAre("copy " + file + ": " + items->text,
+                          HasSubstr("mailto:?subject=a%20b.plist&body=%3c%3fxml%20version"), "open " + file));
+  state().selectedJob = jobNamed("own");
+  EXPECT_EQ(shareItems(program())->text, "/own/item");
+  EXPECT_EQ(sharingServices(*shareItems(program()), foundation.localize).size(), 2U) << "there is no file to open";
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,68 @@
+#include "core/mainwindow/RevisionMenu.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/catalogue/Launchd.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+using plist::Dictionary;
+using testing::Contains;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class RevisionMenuTest : public testdata::ProgramFixture {
+ protected:
+  RevisionMenuTest() {
+    writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}, {"Own", 1}});
+    writeJob(Kind::userAgent, "b");
+  }
+  Launchd& selected() { return dynamic_cast<Launchd&>(*program().state.selectedJob); }
+
+  testdata::RecordingShell shell{program()};
+};
+
+TEST_F(RevisionMenuTest, AnEarlierContentComesBackAsAnUnsavedChange) {
+  scan();
+  program().state.selectedJob = jobNamed("a");
+  EXPECT_THAT(revisionItems(program()), IsEmpty());
+  program().revisions.saveRevision(selected());
+  clock.now += 3600;
+  selected().plist().nice = 5;
+  program().revisions.saveRevision(selected());
+
+  const auto items = revisionItems(program());
+  ASSERT_THAT(items, SizeIs(2));
+  EXPECT_NE(items[0].title, items[1].title);
+  shell.events.clear();
+  insertRevision(program(), items[1].revision);
+  EXPECT_FALSE(selected().plist().nice) << "as it was in the older one";
+  EXPECT_EQ(program().state.jobs.front(), program().state.selectedJob) << "in the catalogue, too";
+  EXPECT_EQ(shell.shown.front(), program().state.selectedJob);
+  EXPECT_EQ(selected().url.path(), path(Kind::userAgent, "a.plist"));
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_THAT(shell.events, Contains("refreshEditedState"));
+  EXPECT_EQ(shell.events.back(), "showEdit");
+  EXPECT_THAT(testdata::bytes(path(Kind::userAgent, "a.plist")), testing::HasSubstr("/bin/ls")) << "not on the disk";
+}
+
+TEST_F(RevisionMenuTest, WhatIsNoContentOfAJobChangesNothing) {
+  scan();
+  const auto job = jobNamed("a");
+  program().state.selectedJob = job;
+  insertRevision(program(), {{"Date", 1.0}});
+  EXPECT_THAT(interface.errors, IsEmpty());
+  insertRevision(program(), {{"Date", 1.0}, {"Plist", Dictionary{{"Label", plist::Array{}}}}});
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_EQ(program().state.selectedJob, job);
+  EXPECT_FALSE(program().state.hasUnsavedChanges);
+  program().state.selectedJob = nullptr;
+  EXPECT_THAT(revisionItems(program()), IsEmpty());
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,102 @@
+#include "ui/support/HttpsDownloads.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QSslCertificate>
+#include <QSslKey>
+#include <QSslServer>
+#include <QTcpSocket>
+#include <memory>
+
+#include "ui/EventLoop.h"
+#include "ui/support/LocalhostCertificate.h"
+
+namespace mirvel::ui {
+namespace {
+
+using testing::HasSubstr;
+
+QSslCertificate certificate() {
+  return QSslCertificate(QByteArray(testdata::localhostCertificate));
+}
+
+QSslConfiguration trustingLocalhost() {
+  auto configuration = QSslConfiguration::defaultConfiguration();
+  configuration.setCaCertificates({certificate()});
+  return configuration;
+}
+
+/// Gives the same answer to every request.
+class HttpsServer {
+ public:
+  explicit HttpsServer(QByteArray answer) : m_answer(std::move(answer)) {
+    QSslConfiguration configuration;
+    configuration.setLocalCertificate(certificate());
+    configuration.setPrivateKey(QSslKey(QByteArray(testdata::localhostKey), QSsl::Ec));
+    m_server.setSslConfiguration(configuration);
+    EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost));
+    QObject::connect(&m_server, &QTcpServer::pendingConnectionAvailable, &m_server, [this] {
+      QTcpSocket* connection = m_server.nextPendingConnection();
+      QObject::connect(connection, &QTcpSocket::readyRead, connection, [this, connection] {
+        connection->readAll();
+        connection->write(m_answer);
+        connection->disconnectFromHost();
+      });
+    });
+  }
+  std::string address() const { return "https://localhost:" + std::to_string(m_server.serverPort()) + "/feed"; }
+
+ private:
+  QByteArray m_answer;
+  QSslServer m_server;
+};
+
+QByteArray page(const QByteArray& content, const QByteArray& status = "200 OK", const QByteArray& more = "") {
+  return "HTTP/1.1 " + status + "\r\nContent-Length: " + QByteArray::number(content.size()) + "\r\n" + more + "\r\n" +
+         content;
+}
+
+std::shared_ptr<Result<std::string>> get(HttpsDownloads& downloads, const std::string& address) {
+  std::shared_ptr<Result<std::string>> result;
+  downloads.get(address,
+                [&](Result<std::string> answer) { result = std::make_shared<Result<std::string>>(std::move(answer)); });
+  EXPECT_TRUE(testdata::eventually([&] { return result != nullptr; }));
+  return result;
+}
+
+TEST(HttpsDownloads, GetsWhatATrustedServerGives) {
+  const HttpsServer server(page("the feed"));
+  HttpsDownloads downloads(trustingLocalhost());
+  const auto result = get(downloads, server.address());
+  ASSERT_TRUE(*result) << result->error().text();
+  EXPECT_EQ(**result, "the feed");
+}
+
+TEST(HttpsDownloads, WhatIsNotSafeOrNotThereIsAnError) {
+  HttpsDownloads trusting(trustingLocalhost());
+  HttpsDownloads usual;
+  const HttpsServer good(page("the feed"));
+  const HttpsServer missing(page("no", "404 Not Found"));
+  const HttpsServer large(page(QByteArray(2 << 20, 'x')));
+  const HttpsServer leading(page("", "302 Found", "Location: http://localhost:1/feed\r\n"));
+  struct Row {
+    std::string why;
+    HttpsDownloads& downloads;
+    std::string address;
+  };
+  const Row table[] = {
+      {"a stranger's certificate", usual, good.address()},
+      {"a missing page", trusting, missing.address()},
+      {"too large a page", trusting, large.address()},
+      {"leads to where it isn't safe", trusting, leading.address()},
+      {"nobody there", trusting, "https://localhost:1/feed"},
+      {"not HTTPS", trusting, "http://localhost/feed"},
+      {"a file", trusting, "file:///etc/passwd"},
+      {"no address", trusting, "mirvel"},
+  };
+  for (const Row& row : table) EXPECT_FALSE(*get(row.downloads, row.address)) << row.why;
+}
+
+}  // namespace
+}  // namespace mirvel::ui
