@@ -27,6 +27,7 @@ class Kind {
   };
   /// Which sheet tells of a job of the kind.
   enum class InfoName { launchd, loginItem, startupItem, privilegedHelperTool };
+  struct Section;  // in KindSection.h
 
   static const std::array<Kind, 10> allCases;
   /// Those shown while system jobs aren't.

@@ -5,18 +5,9 @@
 #include "core/app/Program.h"
 #include "core/mainwindow/JobMenu.h"
 #include "core/mainwindow/ListCells.h"
+#include "core/mainwindow/ModeJob.h"
 
 namespace mirvel {
-
-namespace {
-
-/// Copies of one file are equal jobs, and stand in different rows all the same.
-bool haveSameRows(const Jobs& a, const Jobs& b) {
-  return areEqual(a, b) &&
-         std::equal(a.begin(), a.end(), b.begin(), [](const auto& x, const auto& y) { return x->url.equalTo(y->url); });
-}
-
-}  // namespace
 
 ListMode::ListMode(Program& program, ListTableType& table)
     : m_program(program), m_table(table), m_guard(program), m_delay(program.platform.mainQueue) {
@@ -48,15 +39,7 @@ void ListMode::select(const URL& url) {
   const auto row = rowAt(url);
   if (!row) return;
   show(*row);
-  selectInCatalogue(url);
-}
-
-void ListMode::selectInCatalogue(const URL& url) {
-  if (m_program.state.hasUnsavedChanges) return;
-  const auto job = m_program.state.jobAt(url);
-  if (!job) return;
-  m_program.state.selectedJob = job;
-  m_program.mainWindow.selectedJobDidChange();
+  selectInCatalogue(m_program, url);
 }
 
 void ListMode::select(const std::shared_ptr<Job>& job) {
@@ -105,14 +88,11 @@ void ListMode::sort() {
 }
 
 void ListMode::selectionDidChange(std::size_t row) {
-  if (row < content().size()) selectInCatalogue(content()[row]->url);
+  if (row < content().size()) selectInCatalogue(m_program, content()[row]->url);
 }
 
 JobMenu ListMode::menuForRow(std::size_t row) {
-  JobMenu menu;
-  if (row >= content().size() || content()[row]->isNewFile) return menu;
-  if (ModeType* mode = m_program.currentMode()) mode->contextMenu(menu, content()[row]);
-  return menu;
+  return menuForJob(m_program, row < content().size() ? content()[row] : nullptr);
 }
 
 std::optional<URL> ListMode::dragRows(const std::vector<std::size_t>& rows) const {

@@ -71,7 +71,6 @@ class ListMode final : public ModeType {
 
  private:
   std::optional<std::size_t> rowAt(const URL& url) const;
-  void selectInCatalogue(const URL& url);
   void show(std::size_t row);
   void sort();
 

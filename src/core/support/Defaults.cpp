@@ -73,6 +73,22 @@ Result<void> Defaults::setText(std::string_view key, std::string value) {
   return m_file.set(key, std::move(value));
 }
 
+std::optional<std::vector<std::int64_t>> Defaults::expandedGroups() const {
+  const plist::Value* value = m_file.find(Key::expandedGroups);
+  const plist::Array* stored = value ? value->as<plist::Array>() : nullptr;
+  if (!stored) return std::nullopt;
+  std::vector<std::int64_t> kinds;
+  for (const plist::Value& element : *stored) {
+    const plist::Integer* kind = element.as<plist::Integer>();
+    if (const auto number = kind ? kind->toInt64() : std::nullopt) kinds.push_back(*number);
+  }
+  return kinds;
+}
+
+Result<void> Defaults::setExpandedGroups(const std::vector<std::int64_t>& kinds) {
+  return m_file.set(Key::expandedGroups, plist::Array(kinds.begin(), kinds.end()));
+}
+
 Result<void> Defaults::set(std::string_view key, bool value) {
   return m_file.set(key, value);
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "core/support/PreferencesFile.h"
 #include "core/support/Result.h"
@@ -45,6 +46,7 @@ class Defaults {
     static constexpr std::string_view suppressAlertComplexRun = "AlertComplexWhat";
     static constexpr std::string_view windowFrame = "NSWindow Frame Main App Window";
     static constexpr std::string_view splitFrames = "NSSplitView Subview Frames Main App Window";
+    static constexpr std::string_view expandedGroups = "Tree";
   };
 
   using Damaged = PreferencesFile::Damaged;
@@ -107,6 +109,11 @@ class Defaults {
   Result<void> setShowInvalidData(bool value) { return set(Key::showInvalidData, value); }
   /// The question about commands too complex for launchd isn't asked any more.
   bool suppressAlertComplexRun() const { return boolean(Key::suppressAlertComplexRun); }
+
+  /// The groups that stand open in the tree, by the numbers of their kinds; none: never set. What is no number is left
+  /// out.
+  std::optional<std::vector<std::int64_t>> expandedGroups() const;
+  Result<void> setExpandedGroups(const std::vector<std::int64_t>& kinds);
 
   /// A key by its name; one that is neither in the file nor registered is false or 0.
   bool boolean(std::string_view key) const;

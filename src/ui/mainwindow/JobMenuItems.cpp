@@ -1,5 +1,6 @@
 #include "ui/mainwindow/JobMenuItems.h"
 
+#include <QAbstractScrollArea>
 #include <QMenu>
 
 #include "ui/support/QtText.h"
@@ -37,6 +38,14 @@ void addItems(QMenu& menu, const JobMenu& items) {
         break;
     }
   }
+}
+
+void popUp(const JobMenu& items, QAbstractScrollArea& view, const QPoint& position) {
+  if (items.items().empty()) return;
+  auto* menu = new QMenu(&view);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  addItems(*menu, items);
+  menu->popup(view.viewport()->mapToGlobal(position));
 }
 
 }  // namespace mirvel::ui

@@ -97,13 +97,7 @@ void ListModeView::toggleTableColumn(Column::List column) {
 
 void ListModeView::showRowMenu(const QPoint& position) {
   const QModelIndex index = m_table->indexAt(position);
-  if (!index.isValid()) return;
-  const JobMenu items = m_mode.menuForRow(static_cast<std::size_t>(index.row()));
-  if (items.items().empty()) return;
-  auto* menu = new QMenu(m_table);
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  addItems(*menu, items);
-  menu->popup(m_table->viewport()->mapToGlobal(position));
+  if (index.isValid()) popUp(m_mode.menuForRow(static_cast<std::size_t>(index.row())), *m_table, position);
 }
 
 void ListModeView::showHeaderMenu(const QPoint& position) {

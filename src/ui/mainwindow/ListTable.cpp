@@ -2,11 +2,11 @@
 
 #include <QEvent>
 #include <QHeaderView>
-#include <QPainter>
 #include <QProxyStyle>
 #include <QScrollBar>
 #include <algorithm>
 
+#include "ui/mainwindow/EmptyLabel.h"
 #include "ui/mainwindow/GuardedSelection.h"
 #include "ui/mainwindow/ListCellDelegate.h"
 
@@ -132,18 +132,7 @@ void ListTable::paintEvent(QPaintEvent* event) {
   const bool hasRows = model() && model()->rowCount() > 0;
   if (alternatingRowColors() != hasRows) setAlternatingRowColors(hasRows);
   QTreeView::paintEvent(event);
-  if (!hasRows) drawEmptyLabel();
-}
-
-void ListTable::drawEmptyLabel() {
-  const QString text = emptyLabel ? emptyLabel() : QString();
-  if (text.isEmpty()) return;
-  QPainter painter(viewport());
-  QFont large = font();
-  large.setPointSizeF(large.pointSizeF() * 1.5);
-  painter.setFont(large);
-  painter.setPen(palette().color(QPalette::PlaceholderText));
-  painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, text);
+  if (!hasRows && emptyLabel) drawEmptyLabel(*viewport(), emptyLabel());
 }
 
 void ListTable::focusInEvent(QFocusEvent* event) {

@@ -41,7 +41,6 @@ class ListTable final : public QTreeView {
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
 
  private:
-  void drawEmptyLabel();
   int widestCell(int column) const;
   int firstVisibleColumn() const;
 

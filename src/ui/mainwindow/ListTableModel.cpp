@@ -1,10 +1,9 @@
 #include "ui/mainwindow/ListTableModel.h"
 
 #include <QGuiApplication>
-#include <QMimeData>
 #include <QPalette>
-#include <QUrl>
 
+#include "ui/mainwindow/JobDrag.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -91,12 +90,7 @@ QStringList ListTableModel::mimeTypes() const {
 QMimeData* ListTableModel::mimeData(const QModelIndexList& indexes) const {
   std::vector<std::size_t> rows;
   for (const QModelIndex& index : indexes) rows.push_back(rowOf(index));
-  const auto url = m_mode.dragRows(rows);
-  const auto path = url ? qtPath(url->path()) : std::nullopt;
-  if (!path) return nullptr;
-  auto* data = new QMimeData;
-  data->setUrls({QUrl::fromLocalFile(*path)});
-  return data;
+  return fileDrag(m_mode.dragRows(rows));
 }
 
 }  // namespace mirvel::ui

@@ -1,6 +1,9 @@
 #include "ui/mainwindow/ModeTabs.h"
 
+#include "ui/mainwindow/GridModeView.h"
 #include "ui/mainwindow/ListModeView.h"
+#include "ui/mainwindow/TimelineModeView.h"
+#include "ui/mainwindow/TreeModeView.h"
 
 namespace mirvel::ui {
 
@@ -25,8 +28,11 @@ QWidget& ModeTabs::view(Mode mode) {
 QWidget* ModeTabs::makeView(Mode mode) {
   switch (mode) {
     case Mode::grid:
+      return new GridModeView(m_program, m_icons);
     case Mode::tree:
+      return new TreeModeView(m_program, m_icons);
     case Mode::timeline:
+      return new TimelineModeView(m_program);
     case Mode::list:
       break;
   }

@@ -1,0 +1,105 @@
+#include "core/mainwindow/GridMode.h"
+
+#include "core/app/Program.h"
+#include "core/mainwindow/ModeJob.h"
+#include "core/mainwindow/ModeRules.h"
+
+namespace mirvel {
+
+namespace {
+
+Image noWriteImage(const Localize& localize) {
+  Image image = Image::named("emblem-readonly");
+  image.accessibilityDescription = localize.notEditable();
+  return image;
+}
+
+}  // namespace
+
+GridMode::GridMode(Program& program, GridCollectionType& collection)
+    : m_program(program), m_collection(collection), m_sections(program) {
+  m_program.shell.modes.at(static_cast<std::size_t>(Mode::grid)) = this;
+}
+
+GridMode::~GridMode() {
+  m_program.shell.modes.at(static_cast<std::size_t>(Mode::grid)) = nullptr;
+}
+
+void GridMode::show(IndexPath path) {
+  m_collection.mark(path);
+  m_collection.scrollTo(path);
+}
+
+void GridMode::select(const URL& url) {
+  const auto path = m_sections.find(url);
+  if (!path) return;
+  show(*path);
+  selectInCatalogue(m_program, url);
+}
+
+void GridMode::select(const std::shared_ptr<Job>& job) {
+  if (const auto path = m_sections.find(job.get())) show(*path);
+}
+
+void GridMode::update(const Jobs& jobs) {
+  if (m_sections.update(jobs)) m_collection.reload();
+}
+
+void GridMode::deselect() {
+  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  m_collection.mark(std::nullopt);
+}
+
+void GridMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
+  jobContextMenu(m_program, menu, job);
+}
+
+void GridMode::reloadJob(const std::shared_ptr<Job>& job) {
+  if (const auto path = m_sections.find(job.get())) m_collection.reloadItem(*path);
+}
+
+std::string_view GridMode::name(IndexPath path) const {
+  const auto job = m_sections.job(path);
+  return job ? std::string_view(job->name) : std::string_view();  // the groups keep the job
+}
+
+GridItem GridMode::item(IndexPath path) const {
+  const auto job = m_sections.job(path);
+  if (!job) return {};
+  const Localize& localize = m_program.foundation.localize;
+  GridItem item{.job = job, .name = job->name, .icon = job->displayIcon(localize), .isSecondary = job->isDisabled()};
+  if (!job->kind.isEditable(m_program.foundation.defaults.editSystemJobs())) item.noWriteBadge = noWriteImage(localize);
+  return item;
+}
+
+std::string GridMode::header(std::size_t section) const {
+  return section < sections().size() ? m_program.kinds.title(sections()[section].kind) : std::string();
+}
+
+void GridMode::selectionDidChange(std::optional<IndexPath> path) {
+  if (!path) return;
+  if (m_program.state.hasUnsavedChanges) return m_program.mainWindow.unsavedChangesAlert();
+  if (m_program.state.isBusy) return;
+  const auto job = m_sections.job(*path);
+  if (!job) return;
+  m_program.state.selectedJob = job;
+  m_program.mainWindow.selectedJobDidChange();
+}
+
+void GridMode::markedItemWasClicked(IndexPath path) {
+  const auto job = m_sections.job(path);
+  const auto& selected = m_program.state.selectedJob;
+  const bool isShown = job && selected && job->url.equalTo(selected->url);
+  if (!isShown) selectionDidChange(path);
+}
+
+JobMenu GridMode::menuForItem(IndexPath path) {
+  return menuForJob(m_program, m_sections.job(path));
+}
+
+std::optional<URL> GridMode::dragItems(const std::vector<IndexPath>& paths) const {
+  const auto job = paths.empty() ? nullptr : m_sections.job(paths.front());
+  return job ? draggedURL(*job) : std::nullopt;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,31 @@
+#include "core/mainwindow/ModeJob.h"
+
+#include <algorithm>
+
+#include "core/app/Program.h"
+
+namespace mirvel {
+
+bool selectInCatalogue(Program& program, const URL& url) {
+  if (program.state.hasUnsavedChanges) return false;
+  const auto job = program.state.jobAt(url);
+  if (!job) return false;
+  program.state.selectedJob = job;
+  program.mainWindow.selectedJobDidChange();
+  return true;
+}
+
+JobMenu menuForJob(Program& program, const std::shared_ptr<Job>& job) {
+  JobMenu menu;
+  if (!job || job->isNewFile) return menu;
+  if (ModeType* mode = program.currentMode()) mode->contextMenu(menu, job);
+  return menu;
+}
+
+bool haveSameRows(const Jobs& a, const Jobs& b) {
+  return areEqual(a, b) && std::equal(a.begin(), a.end(), b.begin(), [](const auto& x, const auto& y) {
+           return x->kind == y->kind && x->url.equalTo(y->url);
+         });
+}
+
+}  // namespace mirvel

@@ -1,0 +1,114 @@
+#include "core/mainwindow/TreeMode.h"
+
+#include "core/app/Program.h"
+#include "core/mainwindow/ModeJob.h"
+
+namespace mirvel {
+
+TreeMode::TreeMode(Program& program, TreeOutlineType& outline)
+    : m_program(program),
+      m_outline(outline),
+      m_sections(program),
+      m_guard(program),
+      m_expansion(program.foundation.defaults) {
+  m_program.shell.modes.at(static_cast<std::size_t>(Mode::tree)) = this;
+}
+
+TreeMode::~TreeMode() {
+  m_program.shell.modes.at(static_cast<std::size_t>(Mode::tree)) = nullptr;
+}
+
+void TreeMode::show(IndexPath path) {
+  setExpanded(path.section, true);
+  m_outline.mark(path);
+  m_outline.scrollTo(path);
+}
+
+void TreeMode::select(const URL& url) {
+  const auto path = m_sections.find(url);
+  if (!path) return;
+  show(*path);
+  selectInCatalogue(m_program, url);
+}
+
+void TreeMode::select(const std::shared_ptr<Job>& job) {
+  if (const auto path = m_sections.find(job.get())) show(*path);
+}
+
+void TreeMode::update(const Jobs& jobs) {
+  if (m_sections.update(jobs)) m_outline.reload();
+}
+
+void TreeMode::deselect() {
+  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  m_outline.mark(std::nullopt);
+}
+
+void TreeMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
+  jobContextMenu(m_program, menu, job);
+}
+
+void TreeMode::reloadJob(const std::shared_ptr<Job>& job) {
+  if (const auto path = m_sections.find(job.get())) m_outline.reloadRow(*path);
+}
+
+void TreeMode::didAppear() {
+  m_jobsUpdated = m_program.notifications.jobsUpdated.subscribe([this] { m_outline.redraw(); });
+}
+
+void TreeMode::didDisappear() {
+  m_jobsUpdated = {};
+}
+
+TreeCell TreeMode::cell(IndexPath path) const {
+  if (path.item == IndexPath::group && path.section < sections().size()) return groupCell(sections()[path.section]);
+  const auto job = m_sections.job(path);
+  if (!job) return {};
+  return {.text = job->name,
+          .toolTip = job->summary,
+          .image = job->displayIcon(m_program.foundation.localize),
+          .isSecondary = job->isDisabled(),
+          .url = job->url};
+}
+
+TreeCell TreeMode::groupCell(const Kind::Section& section) const {
+  return {.text = m_program.kinds.title(section.kind),
+          .image = m_program.kinds.icon(section.kind),
+          .count = m_program.foundation.localize.int_(static_cast<std::int64_t>(section.jobs.size()))};
+}
+
+bool TreeMode::isExpanded(std::size_t section) const {
+  return section < sections().size() && m_expansion.isExpanded(sections()[section].kind);
+}
+
+void TreeMode::setExpanded(std::size_t section, bool isExpanded) {
+  if (section >= sections().size() || isExpanded == this->isExpanded(section)) return;
+  m_expansion.setExpanded(sections()[section].kind, isExpanded, sections());
+  m_outline.setExpanded(section, isExpanded);
+}
+
+bool TreeMode::maySelect(IndexPath path) {
+  return path.item != IndexPath::group && m_guard.mayChange();
+}
+
+void TreeMode::selectionDidChange(IndexPath path) {
+  if (const auto job = m_sections.job(path)) selectInCatalogue(m_program, job->url);
+}
+
+bool TreeMode::accessibilityPress(IndexPath path) {
+  const auto url = cell(path).url;
+  if (!url || !selectInCatalogue(m_program, *url)) return false;
+  m_outline.mark(path);
+  return true;
+}
+
+JobMenu TreeMode::menuForRow(IndexPath path) {
+  return menuForJob(m_program, m_sections.job(path));
+}
+
+std::optional<URL> TreeMode::dragRows(const std::vector<IndexPath>& paths) const {
+  const auto job = paths.empty() ? nullptr : m_sections.job(paths.front());
+  return job ? draggedURL(*job) : std::nullopt;
+}
+
+}  // namespace mirvel

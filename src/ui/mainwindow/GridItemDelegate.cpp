@@ -1,0 +1,151 @@
+#include "ui/mainwindow/GridItemDelegate.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QHelpEvent>
+#include <QIcon>
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyle>
+#include <QToolTip>
+#include <algorithm>
+
+#include "ui/mainwindow/GridModel.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+constexpr int charactersInLine = 18;
+constexpr int mostLines = 2;
+
+QStyle& styleOf(const QStyleOptionViewItem& option) {
+  return option.widget ? *option.widget->style() : *QApplication::style();
+}
+
+/// Where the parts of an item stand in its cell. The unit of all distances is a fifth of a line of text.
+struct Places {
+  Places(const QStyleOptionViewItem& option) : unit(std::max(2, option.fontMetrics.height() / 5)) {
+    const int side = 3 * styleOf(option).pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);
+    tile = QRect(0, 0, side + 4 * unit, side + 3 * unit);
+    tile.moveTop(option.rect.top() + unit);
+    tile.moveLeft(option.rect.left() + (option.rect.width() - tile.width()) / 2);
+    icon = QRect(0, 0, side, side);
+    icon.moveCenter(tile.center());
+    name = option.rect.adjusted(3 * unit, 0, -3 * unit, -unit);
+    name.setTop(tile.bottom() + 1 + unit);
+  }
+  QRect badge(Qt::LayoutDirection direction) const {
+    const int side = icon.width() * 3 / 8;
+    QRect rect(0, 0, side, side);
+    rect.moveBottom(icon.bottom());
+    rect.moveRight(icon.right() + unit);
+    if (direction == Qt::RightToLeft) rect.moveLeft(icon.left() - unit);
+    return rect;
+  }
+
+  int unit;
+  QRect tile;  ///< the ground under the icon of a marked item
+  QRect icon;
+  QRect name;
+};
+
+QPalette::ColorGroup groupOf(const QStyleOptionViewItem& option) {
+  if (!option.state.testFlag(QStyle::State_Enabled)) return QPalette::Disabled;
+  return option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+}
+
+void drawTile(QPainter& painter, const QStyleOptionViewItem& option, const Places& places) {
+  const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+  const bool hasFocus = option.state.testFlag(QStyle::State_HasFocus);
+  const double radius = 2 * places.unit;
+  if (isSelected) {
+    QColor ground = option.palette.color(groupOf(option), QPalette::Text);
+    ground.setAlphaF(0.12F);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(places.tile, radius, radius);
+  }
+  if (hasFocus) {
+    painter.setPen(QPen(option.palette.color(groupOf(option), QPalette::Highlight), 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(places.tile).adjusted(1, 1, -1, -1), radius, radius);
+  }
+}
+
+QColor nameColor(const QStyleOptionViewItem& option, bool isSecondary) {
+  const auto role = option.state.testFlag(QStyle::State_Selected) ? QPalette::HighlightedText
+                    : isSecondary                                 ? QPalette::PlaceholderText
+                                                                  : QPalette::Text;
+  return option.palette.color(groupOf(option), role);
+}
+
+/// The ground under the lines of a marked item's name.
+QPainterPath pill(const QList<QRectF>& lines, double unit) {
+  QPainterPath path;
+  for (const QRectF& line : lines) {
+    QPainterPath part;
+    part.addRoundedRect(line.adjusted(-1.5 * unit, -0.25 * unit, 1.5 * unit, 0.25 * unit), 1.5 * unit, 1.5 * unit);
+    path = path.united(part);
+  }
+  return path;
+}
+
+void drawName(QPainter& painter, const QStyleOptionViewItem& option, const Places& places, const QModelIndex& index) {
+  const QStringList lines = nameLines(index.data().toString(), option.fontMetrics, places.name.width()).lines;
+  QList<QRectF> rects;
+  for (const QString& line : lines) {
+    const int width = option.fontMetrics.horizontalAdvance(line);
+    rects.append(QRectF(places.name.left() + (places.name.width() - width) / 2.0,
+                        places.name.top() + option.fontMetrics.lineSpacing() * static_cast<double>(rects.size()), width,
+                        option.fontMetrics.height()));
+  }
+  if (option.state.testFlag(QStyle::State_Selected)) {
+    painter.fillPath(pill(rects, places.unit), option.palette.color(groupOf(option), QPalette::Highlight));
+  }
+  // Each line by the name's own direction, whatever that of the window is: a dot at the end stays there.
+  const bool isRightToLeft = index.data().toString().isRightToLeft();
+  painter.setLayoutDirection(isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+  painter.setFont(option.font);
+  painter.setPen(nameColor(option, index.data(GridModel::SecondaryRole).toBool()));
+  for (qsizetype i = 0; i < lines.size(); ++i) {
+    painter.drawText(rects[i].adjusted(-places.unit, 0, places.unit, 0), Qt::AlignCenter | Qt::TextSingleLine,
+                     lines[i]);
+  }
+}
+
+}  // namespace
+
+void GridItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+  const Places places(option);
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  drawTile(*painter, option, places);
+  index.data(Qt::DecorationRole).value<QIcon>().paint(painter, places.icon);
+  const auto badge = index.data(GridModel::BadgeRole).value<QIcon>();
+  badge.paint(painter, places.badge(option.direction));
+  drawName(*painter, option, places, index);
+  painter->restore();
+}
+
+QSize GridItemDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& /*index*/) const {
+  const Places places(option);
+  const int width = charactersInLine * option.fontMetrics.averageCharWidth() + 6 * places.unit;
+  const int height = 2 * places.unit + places.tile.height() + mostLines * option.fontMetrics.lineSpacing();
+  return {std::max(width, places.tile.width() + 2 * places.unit), height + 2 * places.unit};
+}
+
+bool GridItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) {
+  if (event->type() != QEvent::ToolTip) return QStyledItemDelegate::helpEvent(event, view, option, index);
+  const QString name = index.data().toString();
+  const bool isCut = index.isValid() && nameLines(name, option.fontMetrics, Places(option).name.width()).isElided;
+  if (isCut) {
+    QToolTip::showText(event->globalPos(), name.toHtmlEscaped(), view);
+  } else {
+    QToolTip::hideText();
+  }
+  return true;
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QWidget>
+
+#include "core/app/Program.h"
+#include "core/mainwindow/GridMode.h"
+#include "ui/mainwindow/GridModel.h"
+#include "ui/mainwindow/GridView.h"
+
+namespace mirvel::ui {
+
+/// Grid mode in the window.
+class GridModeView final : public QWidget, private GridCollectionType {
+ public:
+  /// Both outlive it.
+  GridModeView(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  ~GridModeView() override;
+
+  GridMode& mode() { return m_mode; }
+  GridView& grid() { return *m_grid; }
+
+ private:
+  void reload() override;
+  void mark(std::optional<IndexPath> path) override;
+  void scrollTo(IndexPath path) override;
+  void reloadItem(IndexPath path) override;
+
+  void connectGrid();
+  void takeGroups();
+  void showItemMenu(const QPoint& position);
+
+  Program& m_program;
+  IconLoader& m_icons;
+  GridView* m_grid;
+  GridMode m_mode;
+  GridModel m_model;
+  Subscription m_loadingChanged;
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QMimeData>
+#include <optional>
+
+#include "core/support/URL.h"
+
+namespace mirvel::ui {
+
+/// What a drag carries for a job's file. Null for none, and for a path that Qt can't hold: nothing is dragged then. The
+/// caller owns it.
+QMimeData* fileDrag(const std::optional<URL>& url);
+
+}  // namespace mirvel::ui

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QWidget>
+
+#include "core/app/Program.h"
+#include "core/mainwindow/TreeMode.h"
+#include "ui/mainwindow/TreeModel.h"
+#include "ui/mainwindow/TreeOutline.h"
+
+namespace mirvel::ui {
+
+/// Tree mode in the window.
+class TreeModeView final : public QWidget, private TreeOutlineType {
+ public:
+  /// Both outlive it.
+  TreeModeView(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  ~TreeModeView() override;
+
+  TreeMode& mode() { return m_mode; }
+  TreeOutline& outline() { return *m_outline; }
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void reload() override;
+  void redraw() override;
+  void setExpanded(std::size_t section, bool isExpanded) override;
+  void mark(std::optional<IndexPath> path) override;
+  void scrollTo(IndexPath path) override;
+  void reloadRow(IndexPath path) override;
+
+  void connectOutline();
+  void expandGroups();
+  void showRowMenu(const QPoint& position);
+
+  Program& m_program;
+  TreeOutline* m_outline;
+  TreeMode m_mode;
+  TreeModel m_model;
+  Subscription m_loadingChanged;
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,132 @@
+#include "ui/mainwindow/TreeOutline.h"
+
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+
+#include "ui/mainwindow/EmptyLabel.h"
+#include "ui/mainwindow/TreeRowDelegate.h"
+#include "ui/mainwindow/TreeSelection.h"
+
+namespace mirvel::ui {
+
+TreeOutline::TreeOutline(QWidget* parent) : QTreeView(parent), m_delegate(new TreeRowDelegate(this)) {
+  setFrameShape(NoFrame);
+  setHeaderHidden(true);
+  setUniformRowHeights(true);
+  setTextElideMode(Qt::ElideMiddle);  // names begin and end with what tells them apart
+  setSelectionMode(SingleSelection);
+  setSelectionBehavior(
+      SelectItems);  // by rows, Qt's accessible tree takes a row's number below its group for that of all
+  setEditTriggers(NoEditTriggers);
+  setDragEnabled(true);
+  setDragDropMode(DragOnly);
+  setContextMenuPolicy(Qt::CustomContextMenu);
+  setItemDelegate(m_delegate);
+  viewport()->setAttribute(Qt::WA_Hover);
+}
+
+void TreeOutline::setModel(QAbstractItemModel* model) {
+  QTreeView::setModel(model);
+  if (!model) return;
+  auto* selection = new TreeSelection(
+      model, [this](const QModelIndex& index) { return mayMark(index); }, this);
+  setSelectionModel(selection);
+  connect(selection, &QItemSelectionModel::selectionChanged, this, [this] {
+    const QModelIndexList rows = selectionModel()->selectedIndexes();
+    if (!m_isMarking && !rows.isEmpty() && selectionDidChange) selectionDidChange(rows.front());
+  });
+}
+
+bool TreeOutline::mayMark(const QModelIndex& index) {
+  if (m_isMarking) return true;
+  if (!index.isValid()) return false;
+  const auto& mayDo = m_isHandlingInput ? maySelect : accessibilityPress;
+  return mayDo && mayDo(index);
+}
+
+bool TreeOutline::viewportEvent(QEvent* event) {
+  const QScopedValueRollback handling(m_isHandlingInput, true);
+  return QTreeView::viewportEvent(event);
+}
+
+void TreeOutline::keyPressEvent(QKeyEvent* event) {
+  const QScopedValueRollback handling(m_isHandlingInput, true);
+  QTreeView::keyPressEvent(event);
+}
+
+void TreeOutline::mark(const QModelIndex& index) {
+  const QScopedValueRollback marking(m_isMarking, true);
+  if (index.isValid()) {
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+  } else {
+    selectionModel()->clear();
+  }
+}
+
+QItemSelectionModel::SelectionFlags TreeOutline::selectionCommand(const QModelIndex& index, const QEvent* event) const {
+  const auto command = QTreeView::selectionCommand(index, event);
+  // A click on a group or beyond the rows, or with control held, would take the mark from the row whose job is shown.
+  const bool leavesNothing =
+      !index.flags().testFlag(Qt::ItemIsSelectable) || command.testFlag(QItemSelectionModel::Deselect);
+  return leavesNothing ? QItemSelectionModel::NoUpdate : command;
+}
+
+QRect TreeOutline::countButton(const QModelIndex& index) const {
+  QStyleOptionViewItem option;
+  initViewItemOption(&option);
+  option.rect = visualRect(index);
+  return TreeRowDelegate::button(option, index);
+}
+
+bool TreeOutline::pressButton(const QMouseEvent& event) {
+  const QPoint position = event.position().toPoint();
+  const QModelIndex index = indexAt(position);
+  if (event.button() != Qt::LeftButton || !countButton(index).contains(position)) return false;
+  setPressed(index);
+  return true;
+}
+
+void TreeOutline::setPressed(const QModelIndex& group) {
+  m_pressed = group;
+  m_delegate->setPressed(group);
+  viewport()->update();
+}
+
+void TreeOutline::mousePressEvent(QMouseEvent* event) {
+  const bool isOfRows = event->button() == Qt::LeftButton;  // a menu marks nothing
+  if (isOfRows && !pressButton(*event)) QTreeView::mousePressEvent(event);
+}
+
+void TreeOutline::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (!pressButton(*event)) QTreeView::mouseDoubleClickEvent(event);
+}
+
+void TreeOutline::mouseMoveEvent(QMouseEvent* event) {
+  if (!m_pressed.isValid()) QTreeView::mouseMoveEvent(event);  // a held button marks no rows
+}
+
+void TreeOutline::mouseReleaseEvent(QMouseEvent* event) {
+  if (!m_pressed.isValid()) return QTreeView::mouseReleaseEvent(event);
+  const QModelIndex group = m_pressed;
+  setPressed({});
+  if (countButton(group).contains(event->position().toPoint()) && countWasClicked) countWasClicked(group);
+}
+
+void TreeOutline::paintEvent(QPaintEvent* event) {
+  QTreeView::paintEvent(event);
+  const bool hasRows = model() && model()->rowCount() > 0;
+  if (!hasRows && emptyLabel) drawEmptyLabel(*viewport(), emptyLabel());
+}
+
+void TreeOutline::focusInEvent(QFocusEvent* event) {
+  // The one of QAbstractItemView moves to the first row, which then looks half selected.
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+}
+
+void TreeOutline::changeEvent(QEvent* event) {
+  QTreeView::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) viewport()->update();
+}
+
+}  // namespace mirvel::ui

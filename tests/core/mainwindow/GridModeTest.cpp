@@ -1,0 +1,251 @@
+#include "core/mainwindow/GridMode.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/catalogue/Launchd.h"
+#include "support/ModeFixture.h"
+
+namespace mirvel {
+namespace {
+
+using testdata::nowhere;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class RecordingCollection final : public GridCollectionType {
+ public:
+  std::optional<IndexPath> marked;
+  std::optional<IndexPath> scrolledTo;
+  std::vector<IndexPath> reloadedItems;
+  int reloads = 0;
+
+  void reload() override {
+    ++reloads;
+    marked.reset();
+  }
+  void mark(std::optional<IndexPath> path) override { marked = path; }
+  void scrollTo(IndexPath path) override { scrolledTo = path; }
+  void reloadItem(IndexPath path) override { reloadedItems.push_back(path); }
+};
+
+class GridModeTest : public testdata::ModeFixture {
+ protected:
+  /// The catalogue, as it is published.
+  void publish(const Jobs& jobs) {
+    grid.update(jobs);
+    state().jobs = jobs;
+    shell.events.clear();
+  }
+
+  RecordingCollection collection;
+  GridMode grid{program(), collection};
+};
+
+TEST_F(GridModeTest, OnlyWhatDiffersIsShownAnew) {
+  const Jobs jobs = someJobs();
+  const Jobs copies{copy(*jobs[0]), copy(*jobs[1]), copy(*jobs[2]), copy(*jobs[3]), copy(*jobs[4])};
+  const Jobs swapped{jobs[1], jobs[0], jobs[2], jobs[3], jobs[4]};
+  const Jobs moved{jobs[1], jobs[0], job(Kind::localDaemon, "c"), jobs[3], jobs[4]};
+  const Jobs elsewhere{jobs[1], jobs[0], job(Kind::localDaemon, "c", "/other"), jobs[3], jobs[4]};
+  const struct {
+    const char* what;
+    Jobs jobs;
+    bool isReloaded;
+    const char* sections;
+  } rows[] = {
+      {"none, as before", {}, false, ""},
+      {"some", jobs, true, "a b | c | own | bundled | "},
+      {"the same", jobs, false, "a b | c | own | bundled | "},
+      {"equal ones", copies, false, "a b | c | own | bundled | "},
+      {"in another order", swapped, true, "b a | c | own | bundled | "},
+      {"equal by checksum, of another kind", moved, true, "b a | c | own | bundled | "},
+      {"equal by checksum, in another folder", elsewhere, true, "b a | c | own | bundled | "},
+      {"the last of a kind has gone", {jobs[0], jobs[3]}, true, "a | own | "},
+      {"all have gone", {}, true, ""},
+  };
+  int reloads = 0;
+  for (const auto& row : rows) {
+    grid.update(row.jobs);
+    reloads += row.isReloaded ? 1 : 0;
+    EXPECT_EQ(collection.reloads, reloads) << row.what;
+    EXPECT_EQ(text(grid.sections()), row.sections) << row.what;
+  }
+}
+
+TEST_F(GridModeTest, EqualJobsAreFoundAsTheObjectsThatTheyNowAre) {
+  publish({job(Kind::userAgent, "a"), job(Kind::userAgent, "b")});
+  publish({copy(*state().jobs[0]), copy(*state().jobs[1])});
+  grid.select(state().jobs[1]);
+  EXPECT_EQ(collection.marked, (IndexPath{0, 1}));
+  EXPECT_EQ(collection.reloads, 1);
+}
+
+TEST_F(GridModeTest, SystemJobsAppearOnlyWithAChangedCatalogue) {
+  const Jobs jobs{job(Kind::userAgent, "a"), job(Kind::systemAgent, "s")};
+  publish(jobs);
+  EXPECT_EQ(text(grid.sections()), "a | ");
+  ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
+  publish(jobs);
+  EXPECT_EQ(text(grid.sections()), "a | ") << "unchanged";
+  publish({jobs[0], jobs[1], job(Kind::systemAgent, "t")});
+  EXPECT_EQ(text(grid.sections()), "a | s t | ");
+}
+
+TEST_F(GridModeTest, TheKindDecidesOverTheBadge) {
+  ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
+  const struct {
+    Kind kind;
+    bool hasBadge;
+    bool hasBadgeByPermission;  // to edit system jobs
+  } rows[] = {
+      {Kind::userAgent, false, false},          {Kind::localAgent, false, false},
+      {Kind::localDaemon, false, false},        {Kind::loginItemSystemPreferences, true, true},
+      {Kind::loginItemApplication, true, true}, {Kind::localStartupItem, true, true},
+      {Kind::systemAgent, true, false},         {Kind::systemDaemon, true, false},
+      {Kind::systemStartupItem, true, true},    {Kind::privilegedHelperTool, true, true},
+  };
+  Jobs jobs;
+  for (const auto& row : rows) jobs.push_back(job(row.kind, "job"));
+  publish(jobs);
+  for (const bool mayEdit : {false, true}) {
+    ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, mayEdit));
+    for (std::size_t section = 0; section < std::size(rows); ++section) {
+      const auto badge = grid.item({section, 0}).noWriteBadge;
+      EXPECT_EQ(badge.has_value(), mayEdit ? rows[section].hasBadgeByPermission : rows[section].hasBadge)
+          << rows[section].kind.name();
+      EXPECT_EQ(badge ? badge->accessibilityDescription : "Not editable", "Not editable");
+    }
+  }
+}
+
+TEST_F(GridModeTest, AnItemTellsWhatTheJobIs) {
+  writeJob(Kind::userAgent, "off", {{"Disabled", true}});
+  writeJob(Kind::userAgent, "own", {{"Disabled", true}});
+  writeJob(Kind::userAgent, "plain", {{"Disabled", false}});
+  scan();
+  const Image picture = Image::file("/picture.png");
+  jobNamed("own")->customIcon = picture;
+  const std::optional<Image> disabled = statusImage(false, foundation.localize);
+  const struct {
+    const char* name;
+    std::optional<Image> icon;
+    bool isSecondary;
+  } rows[] = {{"off", disabled, true}, {"own", picture, true}, {"plain", jobNamed("plain")->icon, false}};
+  grid.update(state().jobs);
+  for (std::size_t i = 0; i < std::size(rows); ++i) {
+    const GridItem item = grid.item({0, i});
+    EXPECT_EQ(item.name, rows[i].name);
+    EXPECT_EQ(item.job.lock(), jobNamed(rows[i].name));
+    EXPECT_EQ(item.icon, rows[i].icon) << rows[i].name;
+    EXPECT_EQ(item.isSecondary, rows[i].isSecondary) << rows[i].name;
+  }
+  EXPECT_EQ(grid.header(0), "Ada Lovelace");
+  for (const IndexPath beyond : {IndexPath{0, 3}, IndexPath{1, 0}, IndexPath{0, IndexPath::group}, nowhere}) {
+    const GridItem item = grid.item(beyond);
+    EXPECT_TRUE(item.name.empty() && item.job.expired() && !item.icon && !item.noWriteBadge);
+  }
+  EXPECT_EQ(grid.header(1), "");
+}
+
+TEST_F(GridModeTest, AClickSelectsUnlessChangesOrWorkStandAgainstIt) {
+  publish(someJobs());
+  enum { Clean, Unsaved, Busy, UnsavedAndBusy };
+  const struct {
+    const char* what;
+    int state;
+    std::optional<IndexPath> path;
+    const char* selected;
+    std::size_t questions;
+  } rows[] = {
+      {"nothing marked", Clean, std::nullopt, "", 0},
+      {"an item", Clean, IndexPath{1, 0}, "c", 0},
+      {"the mark is gone", Clean, std::nullopt, "c", 0},
+      {"beyond the items", Clean, nowhere, "c", 0},
+      {"while busy", Busy, IndexPath{0, 0}, "c", 0},
+      {"with unsaved changes", Unsaved, IndexPath{0, 0}, "c", 1},
+      {"and again", Unsaved, IndexPath{0, 1}, "c", 2},
+      {"and while busy", UnsavedAndBusy, IndexPath{0, 1}, "c", 3},
+      {"nothing marked with unsaved changes", Unsaved, std::nullopt, "c", 3},
+      {"saved", Clean, IndexPath{0, 1}, "b", 3},
+  };
+  for (const auto& row : rows) {
+    state().hasUnsavedChanges = row.state == Unsaved || row.state == UnsavedAndBusy;
+    state().isBusy = row.state == Busy || row.state == UnsavedAndBusy;
+    grid.selectionDidChange(row.path);
+    EXPECT_EQ(state().selectedJob ? state().selectedJob->name : "", row.selected) << row.what;
+    EXPECT_EQ(interface.sheets.size(), row.questions) << row.what;
+  }
+  EXPECT_FALSE(collection.marked) << "no mark is put back";
+  EXPECT_EQ(shell.count("updateDetail"), 2U);
+}
+
+TEST_F(GridModeTest, AClickOnTheMarkedItemIsAnotherTryIfItsJobIsntShown) {
+  publish(someJobs());
+  grid.selectionDidChange(IndexPath{0, 0});
+  state().hasUnsavedChanges = true;
+  grid.selectionDidChange(IndexPath{0, 1});
+  ASSERT_EQ(interface.sheets.size(), 1U);
+  grid.markedItemWasClicked({0, 1});
+  EXPECT_EQ(interface.sheets.size(), 2U);
+  state().hasUnsavedChanges = false;
+  grid.markedItemWasClicked({0, 1});
+  EXPECT_EQ(state().selectedJob->name, "b");
+  shell.events.clear();
+  grid.markedItemWasClicked({0, 1});
+  EXPECT_THAT(shell.events, IsEmpty()) << "it is shown already";
+}
+
+TEST_F(GridModeTest, SelectMarksAndShowsTheItem) {
+  publish(someJobs());
+  grid.select(URL::file("/jobs/none.plist"));
+  EXPECT_FALSE(collection.marked);
+  EXPECT_FALSE(state().selectedJob);
+  grid.select(URL::file("/jobs/./c.plist"));
+  EXPECT_EQ(collection.marked, (IndexPath{1, 0}));
+  EXPECT_EQ(collection.scrolledTo, (IndexPath{1, 0}));
+  EXPECT_EQ(state().selectedJob, state().jobs[2]);
+
+  state().hasUnsavedChanges = true;
+  grid.select(state().jobs[1]->url);
+  EXPECT_EQ(collection.marked, (IndexPath{0, 1}));
+  EXPECT_EQ(state().selectedJob, state().jobs[2]);
+  state().hasUnsavedChanges = false;
+
+  grid.select(state().jobs[4]);
+  EXPECT_EQ(collection.marked, (IndexPath{3, 0}));
+  EXPECT_EQ(state().selectedJob, state().jobs[2]) << "a job is only marked";
+  grid.select(copy(*state().jobs[0]));
+  EXPECT_EQ(collection.marked, (IndexPath{3, 0})) << "not this very job";
+
+  shell.events.clear();
+  grid.deselect();
+  EXPECT_FALSE(collection.marked);
+  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
+  EXPECT_EQ(state().selectedJob, state().jobs[2]);
+}
+
+TEST_F(GridModeTest, ReloadJobTouchesThatItemOnly) {
+  publish(someJobs());
+  grid.reloadJob(state().jobs[2]);
+  grid.reloadJob(copy(*state().jobs[1]));
+  EXPECT_THAT(collection.reloadedItems, ElementsAre(IndexPath{1, 0}));
+}
+
+TEST_F(GridModeTest, MenuAndDragAreThoseOfTheJob) {
+  publish(someJobs());
+  const std::string reveal = foundation.localize.revealInFinder();
+  EXPECT_THAT(titles(grid.menuForItem({1, 0})), ElementsAre("c", "", reveal));
+  EXPECT_THAT(titles(grid.menuForItem({3, 0})), ElementsAre("bundled", "", reveal, "Open"));
+  EXPECT_THAT(titles(grid.menuForItem(nowhere)), IsEmpty());
+  state().jobs[2]->isNewFile = true;
+  EXPECT_THAT(titles(grid.menuForItem({1, 0})), IsEmpty());
+
+  EXPECT_EQ(grid.dragItems({{0, 1}, {3, 0}})->text(), state().jobs[1]->url.text());
+  EXPECT_FALSE(grid.dragItems({{3, 0}, {0, 1}})) << "a login item comes first";
+  EXPECT_FALSE(grid.dragItems({nowhere, {0, 1}}));
+  EXPECT_FALSE(grid.dragItems({}));
+}
+
+}  // namespace
+}  // namespace mirvel

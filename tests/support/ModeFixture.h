@@ -1,0 +1,54 @@
+#pragma once
+
+#include "core/mainwindow/IndexPath.h"
+#include "core/mainwindow/JobMenu.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel::testdata {
+
+/// A program for the tests of a mode that shows groups.
+class ModeFixture : public ProgramFixture {
+ protected:
+  AppState& state() { return program().state; }
+  /// One job of a kind, of which nothing is on the disk.
+  static std::shared_ptr<Job> job(Kind kind, const std::string& name, const std::string& folder = "/jobs") {
+    return std::make_shared<Job>(kind, name, "summary of " + name, "sum " + name,
+                                 URL::file(folder + "/" + name + ".plist"));
+  }
+  static std::shared_ptr<Job> copy(const Job& of) {
+    return std::make_shared<Job>(of.kind, of.name, of.summary, of.checksum, of.url);
+  }
+  /// Two jobs of the user, one of everyone and two login items.
+  static Jobs someJobs() {
+    return {job(Kind::userAgent, "a"), job(Kind::userAgent, "b"), job(Kind::localAgent, "c"),
+            job(Kind::loginItemSystemPreferences, "own"), job(Kind::loginItemApplication, "bundled")};
+  }
+  static std::string text(const Sections& sections) {
+    std::string result;
+    for (const auto& section : sections) {
+      for (const auto& job : section.jobs) result += job->name + " ";
+      result += "| ";
+    }
+    return result;
+  }
+  static std::vector<std::string> titles(const JobMenu& menu) {
+    std::vector<std::string> result;
+    for (const auto& item : menu.items()) result.push_back(item.title);
+    return result;
+  }
+
+  RecordingShell shell{program()};
+};
+
+inline constexpr IndexPath nowhere{99, 99};
+
+}  // namespace mirvel::testdata
+
+namespace mirvel {
+
+inline void PrintTo(const IndexPath& path, std::ostream* out) {
+  *out << path.section << ", " << (path.item == IndexPath::group ? "group" : std::to_string(path.item));
+}
+
+}  // namespace mirvel

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QAbstractItemView>
+
+#include "support/RecordingShell.h"
+#include "ui/mainwindow/WindowFixture.h"
+
+namespace mirvel::ui {
+
+/// One mode in a window of its own, with the jobs that tests write.
+template <typename View>
+class ModeViewFixture : public WindowFixture {
+ protected:
+  View& view() {
+    if (!m_view) makeView();
+    return *m_view;
+  }
+  /// As at the next start of the program.
+  void makeView() {
+    m_view.reset();
+    m_view = std::make_unique<View>(program(), m_icons);
+    m_view->show();
+    m_view->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(m_view.get()));
+    m_view->setFocus();
+  }
+  /// Jobs in the window: names that begin with "a" are of the user, with "b" of everyone, and others of root.
+  void show(const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+      writeJob(name[0] == 'a' ? Kind::userAgent : name[0] == 'b' ? Kind::localAgent : Kind::localDaemon, name);
+    }
+    (void)view();
+    scan();
+    testdata::settle();
+  }
+  std::string selectedJob() { return program().state.selectedJob ? program().state.selectedJob->name : std::string(); }
+  static std::string markedName(const QAbstractItemView& items) {
+    const QModelIndexList marked = items.selectionModel()->selectedIndexes();
+    return marked.isEmpty() ? std::string() : utf8(marked.front().data().toString());
+  }
+  static void click(QAbstractItemView& items, const QModelIndex& index, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::mouseClick(items.viewport(), Qt::LeftButton, modifiers, items.visualRect(index).center());
+  }
+
+  testdata::RecordingShell shell{program()};
+
+ private:
+  IconLoader m_icons;
+  std::unique_ptr<View> m_view;
+};
+
+}  // namespace mirvel::ui
