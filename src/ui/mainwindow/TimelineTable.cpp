@@ -10,7 +10,7 @@
 
 namespace mirvel::ui {
 
-TimelineTable::TimelineTable(QWidget* parent) : QAbstractItemView(parent) {
+TimelineTable::TimelineTable(QWidget* parent) : QListView(parent) {
   setSelectionMode(SingleSelection);
   setSelectionBehavior(SelectRows);
   setEditTriggers(NoEditTriggers);
@@ -22,7 +22,7 @@ TimelineTable::TimelineTable(QWidget* parent) : QAbstractItemView(parent) {
 }
 
 void TimelineTable::setModel(QAbstractItemModel* model) {
-  QAbstractItemView::setModel(model);
+  QListView::setModel(model);
   if (!model) return;
   auto* selection = new GuardedSelection(
       model, [this] { return m_isMarking || !selectionMayChange || selectionMayChange(); }, this);
@@ -108,6 +108,14 @@ void TimelineTable::updateGeometries() {
   QAbstractItemView::updateGeometries();
 }
 
+void TimelineTable::doItemsLayout() {
+  QAbstractItemView::doItemsLayout();
+}
+
+void TimelineTable::scrollContentsBy(int, int) {
+  viewport()->update();  // the header on top doesn't move with the rows
+}
+
 int TimelineTable::rowAPageAway(int row, int direction) const {
   const int place = m_layout.top(row) + direction * verticalScrollBar()->pageStep();
   const int there = m_layout.rowAt(std::clamp(place, 0, m_layout.height() - 1));
@@ -161,18 +169,18 @@ QRegion TimelineTable::visualRegionForSelection(const QItemSelection& selection)
 
 QItemSelectionModel::SelectionFlags TimelineTable::selectionCommand(const QModelIndex& index,
                                                                     const QEvent* event) const {
-  const auto command = QAbstractItemView::selectionCommand(index, event);
+  const auto command = QListView::selectionCommand(index, event);
   // A click beyond the rows, or with control held, would take the mark from the row whose job is shown.
   const bool leavesNothing = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
   return leavesNothing ? QItemSelectionModel::NoUpdate : command;
 }
 
 void TimelineTable::mousePressEvent(QMouseEvent* event) {
-  if (!isGroup(indexAt(event->position().toPoint()))) QAbstractItemView::mousePressEvent(event);
+  if (!isGroup(indexAt(event->position().toPoint()))) QListView::mousePressEvent(event);
 }
 
 void TimelineTable::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (!isGroup(indexAt(event->position().toPoint()))) QAbstractItemView::mouseDoubleClickEvent(event);
+  if (!isGroup(indexAt(event->position().toPoint()))) QListView::mouseDoubleClickEvent(event);
 }
 
 void TimelineTable::focusInEvent(QFocusEvent* event) {
@@ -182,7 +190,7 @@ void TimelineTable::focusInEvent(QFocusEvent* event) {
 }
 
 void TimelineTable::changeEvent(QEvent* event) {
-  QAbstractItemView::changeEvent(event);
+  QListView::changeEvent(event);
   if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
     setRows(static_cast<std::size_t>(m_layout.count()), m_groups);
     if (appearanceDidChange) appearanceDidChange();

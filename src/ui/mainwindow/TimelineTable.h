@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QAbstractItemView>
+#include <QListView>
 #include <functional>
 #include <vector>
 
@@ -9,8 +9,9 @@
 namespace mirvel::ui {
 
 /// A list with headers, of which the one above the first row in sight stays on top. Rows are laid out by arithmetic, so
-/// their number costs nothing.
-class TimelineTable final : public QAbstractItemView {
+/// their number costs nothing. It is a QListView for the sake of screen readers, which are told of these as of lists,
+/// and uses nothing of that class's own layout.
+class TimelineTable final : public QListView {
  public:
   explicit TimelineTable(QWidget* parent = nullptr);
 
@@ -42,6 +43,8 @@ class TimelineTable final : public QAbstractItemView {
   void focusInEvent(QFocusEvent* event) override;
   void changeEvent(QEvent* event) override;
   void updateGeometries() override;
+  void doItemsLayout() override;
+  void scrollContentsBy(int dx, int dy) override;
 
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   int horizontalOffset() const override { return 0; }
