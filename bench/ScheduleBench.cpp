@@ -94,8 +94,7 @@ Found ours(const std::vector<Rule>& rules) {
                                                      .day = present(rule.day),
                                                      .weekday = present(rule.weekday),
                                                      .month = present(rule.month)});
-    ComingRuns runs(calendarRule, zone, begin, end);
-    while (const auto run = runs.next()) found.add(run->time_since_epoch().count());
+    forEachRun(calendarRule, zone, begin, end, [&](sys_seconds run) { found.add(run.time_since_epoch().count()); });
   }
   return found;
 }

@@ -48,8 +48,7 @@ std::vector<OwnedRun> mergedRuns(std::span<const OwnedRule> rules, const ZoneStr
   std::vector<OwnedRun> runs;
   if (end <= after) return runs;
   for (const OwnedRule& owned : rules) {
-    ComingRuns coming(owned.rule, zone, after, end);
-    while (const auto run = coming.next()) runs.push_back({*run, owned.owner});
+    forEachRun(owned.rule, zone, after, end, [&](sys_seconds run) { runs.push_back({run, owned.owner}); });
   }
   if (rules.size() > 1) sortByDate(runs, after, end);
   return runs;

@@ -225,12 +225,5 @@ TEST_F(TimelineModeTest, CopiesOfOneFileHaveRowsOfTheirOwn) {
   EXPECT_EQ(timeline.timelineArray().rows()[1].url()->text(), jobs[1]->url.text());
 }
 
-TEST_F(TimelineModeTest, TheGuardOfTheModesHoldsTheSelection) {
-  state().hasUnsavedChanges = true;
-  EXPECT_FALSE(timeline.selectionMayChange());
-  EXPECT_FALSE(timeline.selectionMayChange());
-  EXPECT_EQ(interface.sheets.size(), 1U);
-}
-
 }  // namespace
 }  // namespace mirvel

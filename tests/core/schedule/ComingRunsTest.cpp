@@ -46,6 +46,9 @@ Texts runsOf(const Row& row, const CalendarRule& rule) {
   ComingRuns runs(rule, zone, at(row.after), at(row.end));
   Texts result;
   while (const auto run = runs.next()) result.push_back(text(*run));
+  Texts visited;
+  forEachRun(rule, zone, at(row.after), at(row.end), [&](sys_seconds run) { visited.push_back(text(run)); });
+  EXPECT_EQ(visited, result);
   return result;
 }
 
@@ -151,6 +154,11 @@ TEST(ComingRuns, AreStrictlyLaterToTheSecond) {
   EXPECT_EQ(ComingRuns(rule, zone, noon - seconds(1), zone.end()).next(), noon);
   EXPECT_EQ(ComingRuns(rule, zone, noon, zone.end()).next(), noon + days(1));
   EXPECT_EQ(ComingRuns(rule, zone, noon + seconds(1), zone.end()).next(), noon + days(1));
+  for (const int second : {-1, 0, 1}) {
+    int count = 0;
+    forEachRun(rule, zone, noon + seconds(second), noon + days(1), [&](sys_seconds) { ++count; });
+    EXPECT_EQ(count, second < 0 ? 1 : 0) << second;
+  }
 }
 
 // The moments of this table come from stepping through every minute with another program's time zones.
