@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/lint/Subject.h"
+#include "core/support/Clock.h"
 #include "core/support/Environment.h"
 #include "core/support/Localize.h"
 #include "core/support/ProcessRunner.h"
@@ -23,6 +24,8 @@ struct Machine {
   Environment environment;
   ProcessRunner& runner;
   std::function<std::string()> userName;  ///< of the user as people write it
+  const Clock& clock;
+  std::function<std::string()> timeZone;  ///< its name
 };
 
 /// What a command may use of the world.
@@ -61,6 +64,8 @@ int show(Arguments arguments, const Context& context);
 int list(Arguments arguments, const Context& context);
 /// Tells what the loaded jobs do.
 int status(Arguments arguments, const Context& context);
+/// Lists the coming runs of jobs.
+int runs(Arguments arguments, const Context& context);
 /// Writes a property list in its other form.
 int convert(Arguments arguments, const Context& context);
 /// Tells about the commands.

@@ -9,7 +9,7 @@ namespace mirvel::ctl {
 
 namespace {
 
-constexpr std::array<Command, 6> table = {{
+constexpr std::array<Command, 7> table = {{
     {"lint", "[--json] FILE...", "check job files",
      "Tells for each file what launchd would refuse, ignore or understand in another way than\n"
      "it was probably meant, with the line where there is one.\n"
@@ -41,6 +41,18 @@ constexpr std::array<Command, 6> table = {{
      "  --json   an object with host, running and jobs; a job has label, path, process, lastExit\n"
      "           (code, signal and text) and nextRun (seconds since 1970), null where unknown\n",
      status},
+    {"runs", "[FILE...] [--from TIME] [--days N] [--json]", "list the coming runs of jobs",
+     "Lists when the jobs run by their StartCalendarInterval, as the application's timeline shows\n"
+     "it: of these files, or of all jobs of this machine. Jobs with a StartInterval have no moments\n"
+     "of their own and aren't listed for it. Disabled jobs are listed like others.\n"
+     "\n"
+     "  --from TIME   the runs after this moment, such as 2026-11-21, 2026-11-21T09:00 or\n"
+     "                2026-11-21T08:00:00Z; without Z or an offset it is the local time. Else: now\n"
+     "  --days N      up to this many times 24 hours later, 30 if not given, at most 3660\n"
+     "  --json        an array of objects with label, path and time\n"
+     "\n"
+     "The exit status is 1 if a file can't be read or is no job; the others are listed.\n",
+     runs},
     {"convert", "FILE --to xml|binary", "write a property list to the standard output",
      "Writes the property list in the form that is asked for. The file itself stays as it is.\n"
      "\n"

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <vector>
 
+#include "core/schedule/ZoneStretches.h"
 #include "core/support/Environment.h"
 #include "core/support/SystemProcessRunner.h"
 #include "core/support/UserName.h"
@@ -38,10 +39,13 @@ int main(int argc, char** argv) {
   const Localize localize;
   const lint::Surroundings surroundings{.exists = mayExist, .homeFolder = valueOf(environment, "HOME")};
   SystemProcessRunner runner(environment);
+  const SystemClock clock;
   const ctl::Machine machine{.roots = Roots::forThisMachine(environment),
                              .environment = environment,
                              .runner = runner,
-                             .userName = fullUserName};
+                             .userName = fullUserName,
+                             .clock = clock,
+                             .timeZone = zoneOfThisMachine};
   const bool isTerminal = ::isatty(STDOUT_FILENO) == 1;
   std::ios::sync_with_stdio(false);
   return ctl::run(arguments, {.in = std::cin,

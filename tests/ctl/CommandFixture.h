@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ctl/Command.h"
+#include "support/FakeClock.h"
 #include "support/TestData.h"
 
 namespace mirvel::ctl {
@@ -27,8 +28,12 @@ class CommandFixture : public testing::Test {
     out.str({});
     const Localize localize("en");
     const lint::Surroundings surroundings{.exists = [](const std::string&) { return true; }};
-    const Machine machine{
-        .roots = roots(), .environment = environment, .runner = runner, .userName = [] { return "Anna Example"; }};
+    const Machine machine{.roots = roots(),
+                          .environment = environment,
+                          .runner = runner,
+                          .userName = [] { return "Anna Example"; },
+                          .clock = clock,
+                          .timeZone = [this] { return timeZone; }};
     const int status = run(arguments, {.in = in,
                                        .out = out,
                                        .err = err,
@@ -57,6 +62,8 @@ class CommandFixture : public testing::Test {
 
   testdata::TemporaryFolder folder;
   Environment environment{{"PATH", folder.path() / "bin"}};
+  testdata::FakeClock clock;
+  std::string timeZone = "UTC";
   std::ostringstream out;
   bool isTerminal = false;
   std::optional<ProcessResult> answer;  ///< of every tool; none: there are no tools

@@ -37,5 +37,7 @@ class JobMenu {
 
 /// The menu that all modes but one give a job.
 void jobContextMenu(Program& program, JobMenu& menu, const std::shared_ptr<Job>& job);
+/// The menu of that one mode.
+void jobContextMenuWithoutDelete(Program& program, JobMenu& menu, const std::shared_ptr<Job>& job);
 
 }  // namespace mirvel

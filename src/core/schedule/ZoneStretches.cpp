@@ -59,6 +59,18 @@ ZoneStretches::ZoneStretches(const std::string& zone, sys_seconds from, sys_seco
   }
 }
 
+local_seconds ZoneStretches::local(sys_seconds moment) const {
+  const auto* stretch = m_stretches.data();
+  while (stretch != &m_stretches.back() && stretch->end <= moment) ++stretch;
+  return local_seconds((moment + stretch->offset).time_since_epoch());
+}
+
+sys_seconds ZoneStretches::moment(local_seconds time) const {
+  const auto* stretch = m_stretches.data();
+  while (stretch != &m_stretches.back() && stretch->localEnd <= time) ++stretch;
+  return sys_seconds(std::max(time, stretch->localBegin).time_since_epoch()) - stretch->offset;
+}
+
 std::string zoneOfThisMachine() {
   const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
   icu::UnicodeString id;

@@ -29,6 +29,11 @@ class ZoneStretches {
   const std::vector<Stretch>& all() const { return m_stretches; }
   std::chrono::sys_seconds end() const { return m_stretches.back().end; }
 
+  /// What the clock on the wall shows at that moment.
+  std::chrono::local_seconds local(std::chrono::sys_seconds moment) const;
+  /// When the clock shows that for the first time; of a time that is skipped, when it is skipped.
+  std::chrono::sys_seconds moment(std::chrono::local_seconds time) const;
+
  private:
   std::vector<Stretch> m_stretches;
 };

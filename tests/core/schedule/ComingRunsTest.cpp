@@ -46,6 +46,9 @@ Texts runsOf(const Row& row, const CalendarRule& rule) {
   ComingRuns runs(rule, zone, at(row.after), at(row.end));
   Texts result;
   while (const auto run = runs.next()) result.push_back(text(*run));
+  Texts visited;
+  forEachRun(rule, zone, at(row.after), at(row.end), [&](sys_seconds run) { visited.push_back(text(run)); });
+  EXPECT_EQ(visited, result);
   return result;
 }
 
@@ -151,6 +154,72 @@ TEST(ComingRuns, AreStrictlyLaterToTheSecond) {
   EXPECT_EQ(ComingRuns(rule, zone, noon - seconds(1), zone.end()).next(), noon);
   EXPECT_EQ(ComingRuns(rule, zone, noon, zone.end()).next(), noon + days(1));
   EXPECT_EQ(ComingRuns(rule, zone, noon + seconds(1), zone.end()).next(), noon + days(1));
+  for (const int second : {-1, 0, 1}) {
+    int count = 0;
+    forEachRun(rule, zone, noon + seconds(second), noon + days(1), [&](sys_seconds) { ++count; });
+    EXPECT_EQ(count, second < 0 ? 1 : 0) << second;
+  }
+}
+
+// The moments of this table come from stepping through every minute with another program's time zones.
+TEST(ComingRuns, GoOnOverEveryChangeOfTheClock) {
+  constexpr const char* kolkata = "Asia/Kolkata";  // no changes
+  constexpr const char* apia = "Pacific/Apia";     // had no 30 December 2011
+  const Row rows[] = {
+      {berlin,
+       {30},
+       "2026-03-28 23:45",
+       "2026-03-29 03:45",
+       {"2026-03-29 00:30", "2026-03-29 01:30", "2026-03-29 02:30", "2026-03-29 03:30"}},
+      {newYork,
+       {0},
+       "2026-03-08 05:30",
+       "2026-03-08 09:30",
+       {"2026-03-08 06:00", "2026-03-08 07:00", "2026-03-08 08:00", "2026-03-08 09:00"}},
+      {newYork,
+       {30},
+       "2026-11-01 04:00",
+       "2026-11-01 08:00",
+       {"2026-11-01 04:30", "2026-11-01 05:30", "2026-11-01 07:30"}},
+      {lordHowe,
+       {15},
+       "2026-10-03 13:30",
+       "2026-10-03 17:30",
+       {"2026-10-03 13:45", "2026-10-03 14:45", "2026-10-03 16:15", "2026-10-03 17:15"}},
+      {lordHowe,
+       {45},
+       "2026-04-04 13:00",
+       "2026-04-04 17:00",
+       {"2026-04-04 13:45", "2026-04-04 14:45", "2026-04-04 16:15"}},
+      {casablanca,
+       {30},
+       "2026-02-15 00:00",
+       "2026-02-15 05:00",
+       {"2026-02-15 00:30", "2026-02-15 01:30", "2026-02-15 03:30", "2026-02-15 04:30"}},
+      {casablanca,
+       {30},
+       "2026-03-22 00:00",
+       "2026-03-22 04:00",
+       {"2026-03-22 00:30", "2026-03-22 01:30", "2026-03-22 02:30", "2026-03-22 03:30"}},
+      {kolkata,
+       {{}, {}, {}, 0},
+       "2026-03-20 00:00",
+       "2026-04-06 00:00",
+       {"2026-03-21 18:30", "2026-03-28 18:30", "2026-04-04 18:30"}},
+      {kolkata, {59, 23, 31}, "2026-03-01 00:00", "2026-06-01 00:00", {"2026-03-31 18:29", "2026-05-31 18:29"}},
+      {apia,
+       {0, 12},
+       "2011-12-28 00:00",
+       "2011-12-31 00:00",
+       {"2011-12-28 22:00", "2011-12-29 22:00", "2011-12-30 22:00"}},
+      {newYork, {{}, {}, 29, {}, 2}, "2028-02-28 00:00", "2028-03-02 00:00", {"2028-02-29 05:00"}},
+      {newYork, {30, 2, 8}, "2026-02-08 08:00", "2026-04-09 00:00", {"2026-04-08 06:30"}},
+      {berlin, {30, 2, {}, 0}, "2026-03-22 00:00", "2026-04-06 00:00", {"2026-03-22 01:30", "2026-04-05 00:30"}},
+      {berlin, {30, 2, {}, 7}, "2026-10-18 12:00", "2026-11-02 00:00", {"2026-10-25 00:30", "2026-11-01 01:30"}},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(runsOf(row, CalendarRule::asShown(row.interval)), row.runs) << row.zone << " after " << row.after;
+  }
 }
 
 TEST(ComingRuns, OfAMinuteAloneComeEveryHourOfTheMonth) {

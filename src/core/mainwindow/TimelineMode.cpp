@@ -1,0 +1,135 @@
+#include "core/mainwindow/TimelineMode.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include "core/app/Program.h"
+#include "core/mainwindow/BuildTimeline.h"
+#include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/ModeJob.h"
+
+namespace mirvel {
+
+using namespace std::chrono;
+
+namespace {
+
+std::shared_ptr<Job> jobWithURL(const Jobs& jobs, const URL& url) {
+  const auto found = std::find_if(jobs.begin(), jobs.end(), [&](const auto& job) { return job->url.equalTo(url); });
+  return found == jobs.end() ? nullptr : *found;
+}
+
+}  // namespace
+
+TimelineMode::TimelineMode(Program& program, TimelineTableType& table, Zone zone)
+    : m_program(program),
+      m_table(table),
+      m_guard(program),
+      m_zone(std::move(zone)),
+      m_texts(std::make_unique<TimelineTexts>(program.foundation.localize, m_zone())) {
+  m_program.shell.modes.at(static_cast<std::size_t>(Mode::timeline)) = this;
+}
+
+TimelineMode::~TimelineMode() {
+  m_program.shell.modes.at(static_cast<std::size_t>(Mode::timeline)) = nullptr;
+}
+
+const Jobs& TimelineMode::content() const {
+  if (!m_content) m_content = m_program.state.jobs;
+  return *m_content;
+}
+
+void TimelineMode::update(const Jobs& jobs) {
+  // Equal jobs keep their rows, and the rows get the jobs that are now in the catalogue.
+  const bool keepsRows = !m_timelineArray.rows().empty() && haveSameRows(jobs, content());
+  m_content = jobs;
+  if (keepsRows) return;
+  buildTimeline();
+  m_table.reload();
+}
+
+void TimelineMode::buildTimeline() {
+  const auto now = sys_seconds(seconds(std::llround(std::floor(m_program.platform.clock.secondsSince1970()))));
+  std::string zone = m_zone();
+  if (zone != m_texts->zone()) {
+    m_texts = std::make_unique<TimelineTexts>(m_program.foundation.localize, std::move(zone));
+  }
+  m_timelineArray = mirvel::buildTimeline(content(), now, *m_texts);
+}
+
+std::optional<std::size_t> TimelineMode::firstRow(const URL& url) const {
+  std::vector<const TimelineSource*> sources;
+  for (const TimelineSource& source : m_timelineArray.sources()) {
+    if (source.url && source.url->equalTo(url)) sources.push_back(&source);
+  }
+  const auto& rows = m_timelineArray.rows();
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const Timeline& row) {
+    return std::find(sources.begin(), sources.end(), &row.source()) != sources.end();
+  });
+  if (found == rows.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - rows.begin());
+}
+
+void TimelineMode::select(const URL& url) {
+  const auto row = firstRow(url);
+  if (!row) return;
+  m_table.mark(*row);
+  m_table.scrollTo(*row);
+  selectInCatalogue(m_program, url);
+}
+
+void TimelineMode::makeSelected(const std::shared_ptr<Job>& job) {
+  m_program.state.selectedJob = job;
+  m_program.mainWindow.selectedJobDidChange();
+}
+
+void TimelineMode::deselect() {
+  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  m_table.mark(std::nullopt);
+}
+
+void TimelineMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
+  jobContextMenuWithoutDelete(m_program, menu, job);
+}
+
+TimelineCell TimelineMode::cell(std::size_t row) const {
+  if (row >= m_timelineArray.rows().size()) return {};
+  const Timeline& timeline = m_timelineArray.rows()[row];
+  return {.kind = timeline.kind(),
+          .time = timeline.kind() == TimelineKind::time ? m_texts->time(timeline.date()) : "",
+          .name = timeline.name(),
+          .isSecondary = !timeline.isEnabled()};
+}
+
+std::vector<std::string> TimelineMode::sampleTimes() const {
+  std::vector<std::string> times;
+  for (int hour = 0; hour < 24; ++hour) times.push_back(m_texts->time(sys_seconds(hours(hour))));
+  return times;
+}
+
+std::shared_ptr<Job> TimelineMode::jobAt(std::size_t row) const {
+  if (row >= m_timelineArray.rows().size()) return nullptr;
+  const auto& url = m_timelineArray.rows()[row].url();
+  return url ? jobWithURL(content(), *url) : nullptr;
+}
+
+void TimelineMode::selectionDidChange(std::size_t row) {
+  const auto job = jobAt(row);
+  if (!job) return;
+  const auto& selected = m_program.state.selectedJob;
+  if (selected && selected->url.equalTo(job->url)) return;
+  const auto current = m_program.state.jobAt(job->url);
+  makeSelected(current ? current : job);
+}
+
+JobMenu TimelineMode::menuForRow(std::size_t row) {
+  return menuForJob(m_program, jobAt(row));
+}
+
+std::optional<URL> TimelineMode::dragRows(const std::vector<std::size_t>& rows) const {
+  const auto job = rows.empty() ? nullptr : jobAt(rows.front());
+  return job ? draggedURL(*job) : std::nullopt;
+}
+
+}  // namespace mirvel

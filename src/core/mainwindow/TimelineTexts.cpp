@@ -1,0 +1,108 @@
+#include "core/mainwindow/TimelineTexts.h"
+
+#include <unicode/datefmt.h>
+#include <unicode/measfmt.h>
+#include <unicode/measunit.h>
+#include <unicode/measure.h>
+#include <unicode/reldatefmt.h>
+#include <unicode/timezone.h>
+
+#include <utility>
+#include <vector>
+
+#include "core/support/Bidirectional.h"
+#include "core/support/Const.h"
+
+namespace mirvel {
+
+using namespace std::chrono;
+
+namespace {
+
+constexpr UDisplayContext header = UDISPCTX_CAPITALIZATION_FOR_BEGINNING_OF_SENTENCE;
+
+std::string utf8(const icu::UnicodeString& text) {
+  std::string result;
+  return text.toUTF8String(result);
+}
+
+std::unique_ptr<icu::DateFormat> inZone(icu::DateFormat* format, const icu::TimeZone& zone) {
+  std::unique_ptr<icu::DateFormat> owned(format);
+  if (owned) owned->setTimeZone(zone);
+  return owned;
+}
+
+std::string formatted(const icu::DateFormat* format, sys_seconds moment) {
+  icu::UnicodeString text;
+  if (format) format->format(static_cast<UDate>(moment.time_since_epoch().count()) * 1000, text);
+  return utf8(text);
+}
+
+icu::Measure measure(std::int64_t number, icu::MeasureUnit* unit) {
+  UErrorCode status = U_ZERO_ERROR;
+  return {icu::Formattable(number), unit, status};
+}
+
+}  // namespace
+
+struct TimelineTexts::Formats {
+  Formats(const icu::Locale& locale, const icu::TimeZone& zone)
+      : day(inZone(icu::DateFormat::createDateInstance(icu::DateFormat::kFull, locale), zone)),
+        time(inZone(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale), zone)),
+        relative(locale, nullptr, UDAT_STYLE_LONG, header, relativeStatus),
+        duration(locale, UMEASFMT_WIDTH_WIDE, durationStatus) {
+    UErrorCode status = U_ZERO_ERROR;
+    if (day) day->setContext(header, status);
+  }
+
+  std::unique_ptr<icu::DateFormat> day;
+  std::unique_ptr<icu::DateFormat> time;
+  UErrorCode relativeStatus = U_ZERO_ERROR;
+  icu::RelativeDateTimeFormatter relative;
+  UErrorCode durationStatus = U_ZERO_ERROR;
+  icu::MeasureFormat duration;
+};
+
+TimelineTexts::TimelineTexts(const Localize& localize, std::string zone)
+    : m_localize(localize), m_zone(std::move(zone)) {
+  const std::unique_ptr<icu::TimeZone> rules(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(m_zone)));
+  m_formats = std::make_unique<const Formats>(icu::Locale(localize.locale().c_str()), *rules);
+}
+
+TimelineTexts::~TimelineTexts() = default;
+
+std::string TimelineTexts::day(sys_seconds moment, std::int64_t daysAhead) const {
+  constexpr UDateDirection directions[] = {UDAT_DIRECTION_THIS, UDAT_DIRECTION_NEXT, UDAT_DIRECTION_NEXT_2};
+  if (daysAhead >= 0 && daysAhead < std::ssize(directions)) {
+    // Not every language has a word for the day after tomorrow.
+    UErrorCode status = m_formats->relativeStatus;
+    icu::UnicodeString word;
+    m_formats->relative.format(directions[daysAhead], UDAT_ABSOLUTE_DAY, word, status);
+    if (U_SUCCESS(status) && !word.isEmpty()) return utf8(word);
+  }
+  return formatted(m_formats->day.get(), moment);
+}
+
+std::string TimelineTexts::time(sys_seconds moment) const {
+  return formatted(m_formats->time.get(), moment);
+}
+
+std::optional<std::string> TimelineTexts::duration(seconds length) const {
+  const std::int64_t total = length.count();
+  UErrorCode status = m_formats->durationStatus;
+  std::vector<icu::Measure> measures;
+  if (total / 3600 != 0) measures.push_back(measure(total / 3600, icu::MeasureUnit::createHour(status)));
+  if (total / 60 % 60 != 0) measures.push_back(measure(total / 60 % 60, icu::MeasureUnit::createMinute(status)));
+  if (total % 60 != 0 || total == 0) measures.push_back(measure(total % 60, icu::MeasureUnit::createSecond(status)));
+  icu::UnicodeString text;
+  icu::FieldPosition ignored;
+  m_formats->duration.formatMeasures(measures.data(), static_cast<std::int32_t>(measures.size()), text, ignored,
+                                     status);
+  return U_SUCCESS(status) && !text.isEmpty() ? std::optional(utf8(text)) : std::nullopt;
+}
+
+std::string TimelineTexts::interval(const std::string& name, const std::string& duration) const {
+  return bidirectionalString({name, duration}, Const::separator, m_localize.isRightToLeft());
+}
+
+}  // namespace mirvel

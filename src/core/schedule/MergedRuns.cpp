@@ -1,0 +1,57 @@
+#include "core/schedule/MergedRuns.h"
+
+#include <array>
+#include <cstddef>
+
+#include "core/schedule/ComingRuns.h"
+
+namespace mirvel {
+
+using namespace std::chrono;
+
+namespace {
+
+constexpr unsigned digitBits = 11;
+constexpr std::size_t digits = std::size_t{1} << digitBits;
+
+std::size_t digitOf(const OwnedRun& run, sys_seconds begin, unsigned shift) {
+  return static_cast<std::uint64_t>((run.date - begin).count()) >> shift & (digits - 1);
+}
+
+/// One pass of a radix sort: stable, by one digit of the seconds since `begin`.
+void sortByDigit(const std::vector<OwnedRun>& runs, std::vector<OwnedRun>& sorted, sys_seconds begin, unsigned shift) {
+  std::array<std::size_t, digits> places{};
+  for (const OwnedRun& run : runs) ++places[digitOf(run, begin, shift)];
+  std::size_t place = 0;
+  for (std::size_t& digit : places) {
+    const std::size_t count = digit;
+    digit = place;
+    place += count;
+  }
+  for (const OwnedRun& run : runs) sorted[places[digitOf(run, begin, shift)]++] = run;
+}
+
+/// A span of a month needs two passes, whatever the number of runs.
+void sortByDate(std::vector<OwnedRun>& runs, sys_seconds begin, sys_seconds end) {
+  std::vector<OwnedRun> sorted(runs.size());
+  const auto span = static_cast<std::uint64_t>((end - begin).count());
+  for (unsigned shift = 0; shift < 64 && span >> shift != 0; shift += digitBits) {
+    sortByDigit(runs, sorted, begin, shift);
+    runs.swap(sorted);
+  }
+}
+
+}  // namespace
+
+std::vector<OwnedRun> mergedRuns(std::span<const OwnedRule> rules, const ZoneStretches& zone, sys_seconds after,
+                                 sys_seconds end) {
+  std::vector<OwnedRun> runs;
+  if (end <= after) return runs;
+  for (const OwnedRule& owned : rules) {
+    forEachRun(owned.rule, zone, after, end, [&](sys_seconds run) { runs.push_back({run, owned.owner}); });
+  }
+  if (rules.size() > 1) sortByDate(runs, after, end);
+  return runs;
+}
+
+}  // namespace mirvel

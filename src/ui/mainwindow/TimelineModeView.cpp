@@ -1,0 +1,72 @@
+#include "ui/mainwindow/TimelineModeView.h"
+
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include "core/mainwindow/JobMenu.h"
+#include "ui/mainwindow/JobMenuItems.h"
+#include "ui/mainwindow/TimelineDelegate.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+TimelineModeView::TimelineModeView(Program& program, QWidget* parent, TimelineMode::Zone zone)
+    : QWidget(parent),
+      m_program(program),
+      m_table(new TimelineTable(this)),
+      m_delegate(new TimelineDelegate([this] { return sampleTimes(); }, m_table)),
+      m_mode(program, *this, std::move(zone)),
+      m_model(m_mode, program.foundation.localize) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_table);
+  setFocusProxy(m_table);
+  m_table->setFrameShape(QFrame::NoFrame);
+  m_table->setAccessibleName(qt(program.foundation.localize.timeline()));
+  m_table->setItemDelegate(m_delegate);
+  m_table->setModel(&m_model);
+  m_delegate->measure(m_table->font());
+  connectTable();
+}
+
+TimelineModeView::~TimelineModeView() {
+  m_table->appearanceDidChange = {};
+  m_table->setModel(nullptr);  // the model goes before the table does
+}
+
+void TimelineModeView::connectTable() {
+  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_program).value_or("")); };
+  m_table->selectionMayChange = [this] { return m_mode.selectionMayChange(); };
+  m_table->selectionDidChange = [this](int row) { m_mode.selectionDidChange(static_cast<std::size_t>(row)); };
+  m_table->appearanceDidChange = [this] { m_delegate->measure(m_table->font()); };
+  m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });
+  connect(m_table, &QWidget::customContextMenuRequested, this, &TimelineModeView::showRowMenu);
+}
+
+QStringList TimelineModeView::sampleTimes() const {
+  QStringList times;
+  for (const std::string& time : m_mode.sampleTimes()) times.push_back(qt(time));
+  return times;
+}
+
+void TimelineModeView::reload() {
+  const int position = m_table->verticalScrollBar()->value();
+  m_model.reload();
+  m_table->setRows(m_mode.timelineArray().rows().size(), m_mode.timelineArray().groups());
+  m_table->verticalScrollBar()->setValue(position);
+}
+
+void TimelineModeView::mark(std::optional<std::size_t> row) {
+  m_table->mark(row ? static_cast<int>(*row) : -1);
+}
+
+void TimelineModeView::scrollTo(std::size_t row) {
+  m_table->scrollTo(m_model.index(static_cast<int>(row)));
+}
+
+void TimelineModeView::showRowMenu(const QPoint& position) {
+  const QModelIndex index = m_table->indexAt(position);
+  if (index.isValid()) popUp(m_mode.menuForRow(static_cast<std::size_t>(index.row())), *m_table, position);
+}
+
+}  // namespace mirvel::ui

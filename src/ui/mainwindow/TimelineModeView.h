@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QWidget>
+
+#include "core/app/Program.h"
+#include "core/mainwindow/TimelineMode.h"
+#include "ui/mainwindow/TimelineModel.h"
+#include "ui/mainwindow/TimelineTable.h"
+
+namespace mirvel::ui {
+
+class TimelineDelegate;
+
+/// Timeline mode in the window.
+class TimelineModeView final : public QWidget, private TimelineTableType {
+ public:
+  /// `zone` gives the name of the time zone to show.
+  explicit TimelineModeView(Program& program, QWidget* parent = nullptr, TimelineMode::Zone zone = zoneOfThisMachine);
+  ~TimelineModeView() override;
+
+  TimelineMode& mode() { return m_mode; }
+  TimelineTable& table() { return *m_table; }
+
+ private:
+  void reload() override;
+  void mark(std::optional<std::size_t> row) override;
+  void scrollTo(std::size_t row) override;
+
+  void connectTable();
+  QStringList sampleTimes() const;
+  void showRowMenu(const QPoint& position);
+
+  Program& m_program;
+  TimelineTable* m_table;
+  TimelineDelegate* m_delegate;
+  TimelineMode m_mode;
+  TimelineModel m_model;
+  Subscription m_loadingChanged;
+};
+
+}  // namespace mirvel::ui

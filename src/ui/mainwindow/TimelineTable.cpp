@@ -1,0 +1,226 @@
+#include "ui/mainwindow/TimelineTable.h"
+
+#include <QEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+
+#include "ui/mainwindow/EmptyLabel.h"
+#include "ui/mainwindow/GuardedSelection.h"
+
+namespace mirvel::ui {
+
+TimelineTable::TimelineTable(QWidget* parent) : QListView(parent) {
+  setSelectionMode(SingleSelection);
+  setSelectionBehavior(SelectRows);
+  setEditTriggers(NoEditTriggers);
+  setDragEnabled(true);
+  setDragDropMode(DragOnly);
+  setVerticalScrollMode(ScrollPerPixel);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setContextMenuPolicy(Qt::CustomContextMenu);
+}
+
+void TimelineTable::setModel(QAbstractItemModel* model) {
+  QListView::setModel(model);
+  if (!model) return;
+  auto* selection = new GuardedSelection(
+      model, [this] { return m_isMarking || !selectionMayChange || selectionMayChange(); }, this);
+  setSelectionModel(selection);
+  connect(selection, &QItemSelectionModel::selectionChanged, this, [this] {
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    if (!m_isMarking && !rows.isEmpty() && selectionDidChange) selectionDidChange(rows.front().row());
+  });
+}
+
+void TimelineTable::setRows(std::size_t count, std::vector<std::size_t> groups) {
+  m_groups = std::move(groups);
+  m_layout = TimelineLayout(count, m_groups, heights());
+  updateGeometries();
+  viewport()->update();
+}
+
+TimelineLayout::Heights TimelineTable::heights() const {
+  // In a usual font; a larger one gets the room that it needs.
+  constexpr int group = 30, other = 26;
+  const int text = fontMetrics().height();
+  return {.group = std::max(group, text * 7 / 4), .other = std::max(other, text * 3 / 2)};
+}
+
+void TimelineTable::mark(int row) {
+  m_isMarking = true;
+  if (row < 0) {
+    selectionModel()->clear();
+  } else {
+    selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::ClearAndSelect);
+  }
+  m_isMarking = false;
+}
+
+int TimelineTable::verticalOffset() const {
+  return verticalScrollBar()->value();
+}
+
+QRect TimelineTable::rectOf(int row) const {
+  return {0, m_layout.top(row) - verticalOffset(), viewport()->width(), m_layout.height(row)};
+}
+
+QRect TimelineTable::visualRect(const QModelIndex& index) const {
+  return index.isValid() && index.row() < m_layout.count() ? rectOf(index.row()) : QRect();
+}
+
+int TimelineTable::pinnedGroup() const {
+  return m_layout.count() == 0 ? -1 : m_layout.groupOf(m_layout.rowAt(verticalOffset()));
+}
+
+/// The next header pushes the one on top away.
+QRect TimelineTable::pinnedRect() const {
+  const int group = pinnedGroup();
+  if (group < 0) return {};
+  const int next = m_layout.top(m_layout.nextGroup(group)) - verticalOffset();
+  const int height = m_layout.groupHeight();
+  return {0, std::min(0, next - height), viewport()->width(), height};
+}
+
+QModelIndex TimelineTable::indexAt(const QPoint& point) const {
+  const int y = point.y() + verticalOffset();
+  if (!model() || point.x() < 0 || point.x() >= viewport()->width() || y < 0 || y >= m_layout.height()) return {};
+  return model()->index(pinnedRect().contains(point) ? pinnedGroup() : m_layout.rowAt(y), 0);
+}
+
+void TimelineTable::scrollTo(const QModelIndex& index, ScrollHint hint) {
+  if (!index.isValid() || index.row() >= m_layout.count()) return;
+  const int covered = isGroup(index) ? 0 : m_layout.groupHeight();
+  const int least = m_layout.top(index.row() + 1) - viewport()->height();  // the row's end at the end of the view
+  const int greatest = m_layout.top(index.row()) - covered;                // its top right below the header on top
+  int offset = verticalOffset();
+  if (hint == PositionAtTop) offset = greatest;
+  if (hint == PositionAtBottom) offset = least;
+  if (hint == PositionAtCenter) offset = (least + greatest) / 2;
+  verticalScrollBar()->setValue(std::min(std::max(offset, least), greatest));
+}
+
+void TimelineTable::updateGeometries() {
+  const int page = viewport()->height();
+  verticalScrollBar()->setRange(0, std::max(0, m_layout.height() - page));
+  verticalScrollBar()->setPageStep(std::max(1, page - m_layout.groupHeight()));
+  verticalScrollBar()->setSingleStep(heights().other);
+  QAbstractItemView::updateGeometries();
+}
+
+void TimelineTable::doItemsLayout() {
+  QAbstractItemView::doItemsLayout();
+}
+
+void TimelineTable::scrollContentsBy(int, int) {
+  viewport()->update();  // the header on top doesn't move with the rows
+}
+
+int TimelineTable::rowAPageAway(int row, int direction) const {
+  const int place = m_layout.top(row) + direction * verticalScrollBar()->pageStep();
+  const int there = m_layout.rowAt(std::clamp(place, 0, m_layout.height() - 1));
+  const int found = m_layout.nearestOther(there, direction);
+  return found >= 0 ? found : m_layout.nearestOther(there, -direction);
+}
+
+int TimelineTable::rowAfter(int row, CursorAction action) const {
+  switch (action) {
+    case MoveHome:
+      return m_layout.nearestOther(0, 1);
+    case MoveEnd:
+      return m_layout.nearestOther(m_layout.count() - 1, -1);
+    case MoveUp:
+    case MovePrevious:
+      return m_layout.nearestOther(row - 1, -1);
+    case MoveDown:
+    case MoveNext:
+      return m_layout.nearestOther(row + 1, 1);
+    case MovePageUp:
+      return rowAPageAway(row, -1);
+    case MovePageDown:
+      return rowAPageAway(row, 1);
+    case MoveLeft:
+    case MoveRight:
+      break;
+  }
+  return row;
+}
+
+QModelIndex TimelineTable::moveCursor(CursorAction action, Qt::KeyboardModifiers) {
+  if (m_layout.count() == 0) return {};
+  const QModelIndex current = currentIndex();
+  const int row =
+      current.isValid() ? rowAfter(current.row(), action) : rowAfter(0, action == MoveEnd ? MoveEnd : MoveHome);
+  return row < 0 ? current : model()->index(row, 0);
+}
+
+void TimelineTable::setSelection(const QRect&, QItemSelectionModel::SelectionFlags command) {
+  // There is only one to select, and it has become the current one just before.
+  selectionModel()->select(currentIndex(), command);
+}
+
+QRegion TimelineTable::visualRegionForSelection(const QItemSelection& selection) const {
+  QRegion region;
+  for (const QItemSelectionRange& range : selection) {
+    region += rectOf(range.top()).united(rectOf(range.bottom())).intersected(viewport()->rect());
+  }
+  return region;
+}
+
+QItemSelectionModel::SelectionFlags TimelineTable::selectionCommand(const QModelIndex& index,
+                                                                    const QEvent* event) const {
+  const auto command = QListView::selectionCommand(index, event);
+  // A click beyond the rows, or with control held, would take the mark from the row whose job is shown.
+  const bool leavesNothing = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
+  return leavesNothing ? QItemSelectionModel::NoUpdate : command;
+}
+
+void TimelineTable::mousePressEvent(QMouseEvent* event) {
+  if (!isGroup(indexAt(event->position().toPoint()))) QListView::mousePressEvent(event);
+}
+
+void TimelineTable::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (!isGroup(indexAt(event->position().toPoint()))) QListView::mouseDoubleClickEvent(event);
+}
+
+void TimelineTable::focusInEvent(QFocusEvent* event) {
+  // The one of QAbstractItemView moves to the first row, which then looks half selected.
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+}
+
+void TimelineTable::changeEvent(QEvent* event) {
+  QListView::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+    setRows(static_cast<std::size_t>(m_layout.count()), m_groups);
+    if (appearanceDidChange) appearanceDidChange();
+  }
+  if (event->type() == QEvent::PaletteChange) viewport()->update();
+}
+
+void TimelineTable::paintEvent(QPaintEvent* event) {
+  if (m_layout.count() == 0) {
+    drawEmptyLabel(*viewport(), emptyLabel ? emptyLabel() : QString());
+    return;
+  }
+  QPainter painter(viewport());
+  const int bottom = std::min(event->rect().bottom() + verticalOffset() + 1, m_layout.height());
+  for (int row = m_layout.rowAt(std::min(event->rect().top() + verticalOffset(), m_layout.height() - 1));
+       row < m_layout.count() && m_layout.top(row) < bottom; ++row) {
+    drawRow(painter, row, rectOf(row));
+  }
+  if (pinnedGroup() >= 0) drawRow(painter, pinnedGroup(), pinnedRect());
+}
+
+void TimelineTable::drawRow(QPainter& painter, int row, const QRect& rect) {
+  const QModelIndex index = model()->index(row, 0);
+  QStyleOptionViewItem option;
+  initViewItemOption(&option);
+  option.rect = rect;
+  option.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+  option.state.setFlag(QStyle::State_HasFocus, hasFocus() && index == currentIndex());
+  itemDelegate()->paint(&painter, option, index);
+}
+
+}  // namespace mirvel::ui

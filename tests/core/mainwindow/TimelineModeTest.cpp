@@ -1,0 +1,228 @@
+#include "core/mainwindow/TimelineMode.h"
+
+#include <gmock/gmock.h>
+
+#include "core/app/Program.h"
+#include "core/catalogue/Launchd.h"
+#include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/ModeFilter.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Names = std::vector<std::string>;
+
+class RecordingTimeline final : public TimelineTableType {
+ public:
+  std::optional<std::size_t> marked;
+  std::optional<std::size_t> scrolledTo;
+  int reloads = 0;
+
+  void reload() override {
+    ++reloads;
+    marked.reset();
+  }
+  void mark(std::optional<std::size_t> row) override { marked = row; }
+  void scrollTo(std::size_t row) override { scrolledTo = row; }
+};
+
+/// Monday 12 January 1970, 13:46:40.
+class TimelineModeTest : public testdata::ProgramFixture {
+ protected:
+  TimelineModeTest() { (void)foundation.defaults.setSelectedMode(3); }
+
+  AppState& state() { return program().state; }
+  URL url(const std::string& label) const { return URL::file(path(Kind::userAgent, label + ".plist")); }
+  void writeDaily(const std::string& label, std::int64_t day, Kind kind = Kind::userAgent) {
+    plist::Dictionary interval;
+    interval.set("Day", plist::Value(day));
+    writeJob(kind, label, {{"StartCalendarInterval", plist::Value(std::move(interval))}});
+  }
+  std::shared_ptr<Job> launchdCopy(const std::string& label) {
+    return Launchd::read(testdata::bytes(url(label).path()), url(label), Kind::userAgent, Launchd::Source::File,
+                         foundation.scanSettings(), console);
+  }
+  Names rows() const {
+    Names result;
+    for (const Timeline& row : timeline.timelineArray().rows()) result.push_back(row.name());
+    return result;
+  }
+  /// Rows: header, a; header, b; header, a.
+  void fill() {
+    writeJob(Kind::userAgent, "a",
+             {{"StartCalendarInterval", plist::Value(plist::Array{plist::Value(plist::Dictionary{{"Day", 13}}),
+                                                                  plist::Value(plist::Dictionary{{"Day", 20}})})}});
+    writeDaily("b", 15);
+    scan();
+    shell.events.clear();
+  }
+
+  testdata::RecordingShell shell{program()};
+  RecordingTimeline table;
+  std::string zone = "UTC";
+  TimelineMode timeline{program(), table, [this] { return zone; }};
+};
+
+TEST_F(TimelineModeTest, CellsTellTimeAndJob) {
+  fill();
+  writeJob(Kind::userAgent, "c", {{"StartInterval", 60}, {"Disabled", true}});
+  scan();
+  const struct {
+    TimelineKind kind;
+    const char* time;
+    const char* name;
+    bool isSecondary;
+  } expected[] = {
+      {TimelineKind::group, "", "Repeat Interval", false},
+      {TimelineKind::interval, "", "c – 1 minute", true},
+      {TimelineKind::group, "", "Tomorrow", false},
+      {TimelineKind::time, "12:00", "a", false},
+  };
+  for (std::size_t row = 0; row < std::size(expected); ++row) {
+    const TimelineCell cell = timeline.cell(row);
+    EXPECT_EQ(cell.kind, expected[row].kind) << row;
+    EXPECT_EQ(cell.time.substr(0, 5), expected[row].time) << row;
+    EXPECT_EQ(cell.name, expected[row].name) << row;
+    EXPECT_EQ(cell.isSecondary, expected[row].isSecondary) << row;
+  }
+  EXPECT_EQ(timeline.cell(99).name, "");
+  const auto samples = timeline.sampleTimes();
+  EXPECT_EQ(samples.size(), 24U);
+  EXPECT_NE(std::find(samples.begin(), samples.end(), timeline.cell(3).time), samples.end());
+}
+
+TEST_F(TimelineModeTest, EqualJobsAreNotComputedAgainWhileThereAreRows) {
+  fill();
+  const Names before = rows();
+  const int reloads = table.reloads;
+  clock.now += 86400 * 2;
+  const Jobs copies{launchdCopy("a"), launchdCopy("b")};
+  timeline.update(copies);
+  EXPECT_EQ(rows(), before);
+  EXPECT_EQ(table.reloads, reloads);
+  EXPECT_EQ(timeline.content(), copies);
+
+  timeline.update({copies[1], copies[0]});
+  EXPECT_NE(rows(), before) << "another order";
+  EXPECT_EQ(table.reloads, reloads + 1);
+  timeline.update({});
+  timeline.update({});
+  EXPECT_THAT(rows(), IsEmpty());
+  EXPECT_EQ(table.reloads, reloads + 3) << "without rows each time";
+}
+
+TEST_F(TimelineModeTest, EveryBuildAsksForTheZone) {
+  fill();
+  EXPECT_EQ(timeline.timelineArray().rows()[1].date().time_since_epoch(), std::chrono::hours(24 * 12));
+  zone = "Asia/Kolkata";
+  timeline.update({jobNamed("a")});
+  EXPECT_EQ(timeline.timelineArray().rows()[1].date().time_since_epoch(),
+            std::chrono::hours(24 * 12) - std::chrono::minutes(330));
+  EXPECT_EQ(timeline.cell(1).time.substr(0, 5), "12:00");
+}
+
+TEST_F(TimelineModeTest, AFilterNarrowsTheRows) {
+  fill();
+  modeFilter(program(), timeline, state().jobs, "b.plist");
+  EXPECT_THAT(rows(), ElementsAre("Thursday, January 15, 1970", "b"));
+  modeFilter(program(), timeline, state().jobs, "");
+  EXPECT_EQ(rows().size(), 6U);
+}
+
+TEST_F(TimelineModeTest, SelectByURLMarksTheFirstRunAndSelectsTheJobOfTheCatalogue) {
+  fill();
+  timeline.select(url("none"));
+  EXPECT_FALSE(table.marked);
+  timeline.select(URL::file(path(Kind::userAgent) / "." / "a.plist"));
+  EXPECT_EQ(table.marked, 1U);
+  EXPECT_EQ(table.scrolledTo, 1U);
+  EXPECT_EQ(state().selectedJob, jobNamed("a"));
+  EXPECT_THAT(shell.events, ElementsAre("title Mirvel – a", "updateDetail"));
+
+  state().hasUnsavedChanges = true;
+  timeline.select(url("b"));
+  EXPECT_EQ(table.marked, 3U);
+  EXPECT_EQ(state().selectedJob, jobNamed("a"));
+  timeline.select(jobNamed("a"));
+  EXPECT_EQ(table.marked, 3U) << "by job it does nothing";
+}
+
+TEST_F(TimelineModeTest, AClickSelectsTheJobOfItsRow) {
+  fill();
+  for (const std::size_t row : {0U, 2U, 99U}) timeline.selectionDidChange(row);
+  timeline.selectionDidChange(static_cast<std::size_t>(-1));
+  EXPECT_FALSE(state().selectedJob) << "headers and rows that aren't there";
+  timeline.selectionDidChange(5);
+  EXPECT_EQ(state().selectedJob, jobNamed("a"));
+  shell.events.clear();
+  timeline.selectionDidChange(1);
+  EXPECT_THAT(shell.events, IsEmpty()) << "another run of the selected job";
+  timeline.update({launchdCopy("a"), launchdCopy("b")});
+  timeline.selectionDidChange(3);
+  EXPECT_EQ(state().selectedJob, jobNamed("b")) << "that of the catalogue";
+}
+
+TEST_F(TimelineModeTest, DeselectLeavesTheSelectedJob) {
+  fill();
+  timeline.select(url("a"));
+  shell.events.clear();
+  timeline.deselect();
+  EXPECT_FALSE(table.marked);
+  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
+  EXPECT_TRUE(state().selectedJob);
+}
+
+TEST_F(TimelineModeTest, TheMenuNeverOffersToDelete) {
+  fill();
+  const auto titles = [](const JobMenu& menu) {
+    Names result;
+    for (const auto& item : menu.items()) result.push_back(item.title);
+    return result;
+  };
+  const std::string reveal = foundation.localize.revealInFinder();
+  EXPECT_THAT(titles(timeline.menuForRow(1)), ElementsAre("a", "", reveal));
+  EXPECT_THAT(titles(timeline.menuForRow(3)), ElementsAre("b", "", reveal));
+  for (const std::size_t row : {0U, 6U, 99U}) EXPECT_THAT(titles(timeline.menuForRow(row)), IsEmpty()) << row;
+  timeline.menuForRow(3).items()[2].action();
+  EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + url("b").text()));
+
+  JobMenu item;
+  const auto application = std::make_shared<Job>(Kind::loginItemApplication, "item", "", "", URL::file("/item.app"));
+  timeline.contextMenu(item, application);
+  EXPECT_THAT(titles(item), ElementsAre("item", "", reveal, "Open"));
+  state().jobs[0]->isNewFile = true;
+  EXPECT_THAT(titles(timeline.menuForRow(1)), IsEmpty());
+}
+
+TEST_F(TimelineModeTest, TheFirstOfTheDraggedRowsDecides) {
+  fill();
+  EXPECT_EQ(timeline.dragRows({3, 0})->text(), url("b").text());
+  EXPECT_FALSE(timeline.dragRows({0, 3})) << "a header";
+  EXPECT_FALSE(timeline.dragRows({99, 3}));
+  EXPECT_FALSE(timeline.dragRows({}));
+}
+
+TEST_F(TimelineModeTest, RowsOfAJobThatHasGoneDoNothing) {
+  fill();
+  timeline.content()[0]->url = URL::file("/moved");
+  timeline.selectionDidChange(1);
+  EXPECT_FALSE(state().selectedJob);
+  EXPECT_THAT(timeline.menuForRow(1).items(), IsEmpty());
+  EXPECT_FALSE(timeline.dragRows({1}));
+}
+
+TEST_F(TimelineModeTest, CopiesOfOneFileHaveRowsOfTheirOwn) {
+  writeDaily("same", 13);
+  writeDaily("same", 13, Kind::localAgent);
+  scan();
+  const Jobs jobs = state().jobs;
+  timeline.update({jobs[1], jobs[0]});  // equal by checksum, the other way round
+  EXPECT_EQ(timeline.timelineArray().rows()[1].url()->text(), jobs[1]->url.text());
+}
+
+}  // namespace
+}  // namespace mirvel
