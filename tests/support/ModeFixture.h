@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/catalogue/KindSection.h"
 #include "core/mainwindow/IndexPath.h"
 #include "core/mainwindow/JobMenu.h"
 #include "support/ProgramFixture.h"

@@ -245,7 +245,7 @@ void GridView::changeEvent(QEvent* event) {
 
 void GridView::focusInEvent(QFocusEvent* event) {
   // The one of QAbstractItemView moves to the first item, which then looks half selected.
-  QAbstractScrollArea::focusInEvent(event);
+  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }
 

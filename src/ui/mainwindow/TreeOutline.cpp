@@ -120,7 +120,7 @@ void TreeOutline::paintEvent(QPaintEvent* event) {
 
 void TreeOutline::focusInEvent(QFocusEvent* event) {
   // The one of QAbstractItemView moves to the first row, which then looks half selected.
-  QAbstractScrollArea::focusInEvent(event);
+  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }
 

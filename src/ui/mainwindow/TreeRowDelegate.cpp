@@ -43,14 +43,12 @@ QRect TreeRowDelegate::button(const QStyleOptionViewItem& option, const QModelIn
 void TreeRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const QRect count = button(option, index);
   QStyleOptionViewItem row = option;
-  if (!count.isEmpty()) {
+  if (!count.isEmpty()) {  // the title ends before it
     const int gap = option.fontMetrics.height() / 2;
-    const int before = row.rect.right() - count.left() + 1 + gap;  // as if from left to right
-    const int after = count.right() - row.rect.left() + 1 + gap;
     if (option.direction == Qt::RightToLeft) {
-      row.rect.adjust(after, 0, 0, 0);
+      row.rect.setLeft(count.right() + 1 + gap);
     } else {
-      row.rect.adjust(0, 0, -before, 0);
+      row.rect.setRight(count.left() - 1 - gap);
     }
   }
   QStyledItemDelegate::paint(painter, row, index);
