@@ -103,8 +103,10 @@ TimelineCell TimelineMode::cell(std::size_t row) const {
 }
 
 std::vector<std::string> TimelineMode::sampleTimes() const {
+  constexpr int hoursOfADay = 24;
   std::vector<std::string> times;
-  for (int hour = 0; hour < 24; ++hour) times.push_back(m_texts->time(sys_seconds(hours(hour))));
+  times.reserve(hoursOfADay);
+  for (int hour = 0; hour < hoursOfADay; ++hour) times.push_back(m_texts->time(sys_seconds(hours(hour))));
   return times;
 }
 

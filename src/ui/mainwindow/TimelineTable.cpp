@@ -106,11 +106,11 @@ void TimelineTable::updateGeometries() {
   verticalScrollBar()->setRange(0, std::max(0, m_layout.height() - page));
   verticalScrollBar()->setPageStep(std::max(1, page - m_layout.groupHeight()));
   verticalScrollBar()->setSingleStep(heights().other);
-  QAbstractItemView::updateGeometries();
+  QAbstractItemView::updateGeometries();  // NOLINT(bugprone-parent-virtual-call): the list's own lays out all rows
 }
 
 void TimelineTable::doItemsLayout() {
-  QAbstractItemView::doItemsLayout();
+  QAbstractItemView::doItemsLayout();  // NOLINT(bugprone-parent-virtual-call): likewise
 }
 
 void TimelineTable::scrollContentsBy(int, int) {
@@ -186,7 +186,7 @@ void TimelineTable::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void TimelineTable::focusInEvent(QFocusEvent* event) {
   // The one of QAbstractItemView moves to the first row, which then looks half selected.
-  QAbstractScrollArea::focusInEvent(event);
+  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }
 
