@@ -46,6 +46,8 @@ Toolbar::Toolbar(Program& program, QWidget* parent)
       m_delay(program.platform.mainQueue) {
   const Localize& localize = program.foundation.localize;
   nameButtons(*this, windowTitle());  // shows what has no room
+  constexpr int size = 18;
+  setIconSize({size, size});
   setMovable(false);
   setContextMenuPolicy(Qt::PreventContextMenu);
   addCommand(ToolbarItem::new_, Command::new_, "list-add", localize.new_());
@@ -80,6 +82,7 @@ void Toolbar::addModes() {
   const auto add = [&](Mode mode, const char* symbol, const std::string& title) {
     QToolButton* button = newButton(symbol, title);
     button->setCheckable(true);
+    button->setIconSize(iconSize());
     group->addButton(button);
     layout->addWidget(button);
     connect(button, &QToolButton::clicked, this, [this, mode] { m_program.mainWindow.switchMode(mode); });

@@ -235,7 +235,7 @@ TEST_F(GridModeTest, ReloadJobTouchesThatItemOnly) {
 TEST_F(GridModeTest, MenuAndDragAreThoseOfTheJob) {
   publish(someJobs());
   const std::string reveal = foundation.localize.revealInFinder();
-  EXPECT_THAT(titles(grid.menuForItem({1, 0})), ElementsAre("c", "", reveal));
+  EXPECT_THAT(titles(grid.menuForItem({1, 0})), ElementsAre("c", "", reveal, "Delete"));
   EXPECT_THAT(titles(grid.menuForItem({3, 0})), ElementsAre("bundled", "", reveal, "Open"));
   EXPECT_THAT(titles(grid.menuForItem(nowhere)), IsEmpty());
   state().jobs[2]->isNewFile = true;

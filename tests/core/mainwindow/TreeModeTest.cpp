@@ -5,8 +5,8 @@
 
 #include <map>
 
-#include "support/ModeFixture.h"
 #include "core/propertylist/Reader.h"
+#include "support/ModeFixture.h"
 
 namespace mirvel {
 namespace {
@@ -258,7 +258,7 @@ TEST_F(TreeModeTest, FollowsTheCatalogueWhileItIsVisible) {
 TEST_F(TreeModeTest, MenuAndDragAreThoseOfTheJobAndGroupsHaveNone) {
   publish(someJobs());
   const std::string reveal = foundation.localize.revealInFinder();
-  EXPECT_THAT(titles(tree->menuForRow({1, 0})), ElementsAre("c", "", reveal));
+  EXPECT_THAT(titles(tree->menuForRow({1, 0})), ElementsAre("c", "", reveal, "Delete"));
   EXPECT_THAT(titles(tree->menuForRow({1})), IsEmpty());
   EXPECT_THAT(titles(tree->menuForRow(nowhere)), IsEmpty());
   state().jobs[2]->isNewFile = true;

@@ -90,6 +90,7 @@ TEST_F(ModesTest, AJobIsFoundInEachModeAndDeletedFromDiskAndView) {
     EXPECT_TRUE(testdata::eventually([this] { return !program().state.isBusy; }));
     for (const char* label : {"alpha", "beta", "gamma"}) EXPECT_TRUE(isShown(label)) << label;
 
+    ASSERT_TRUE(testdata::eventually([this] { return window().filter().isEnabled(); }));
     QTest::keyClicks(&window().filter(), QStringLiteral("beta"));
     EXPECT_TRUE(isShown("beta"));
     EXPECT_FALSE(isShown("alpha"));

@@ -181,7 +181,7 @@ TEST_F(GridModeViewTest, MenuAndDragAreThoseOfTheItem) {
   const std::string reveal = foundation.localize.revealInFinder();
   QMenu* menu = menuAt(grid(), grid().visualRect(named("a & b")).center());
   ASSERT_NE(menu, nullptr);
-  EXPECT_THAT(titles(*menu), ElementsAre("a && b", "", reveal));
+  EXPECT_THAT(titles(*menu), ElementsAre("a && b", "", reveal, "Delete"));
   choose(*menu, reveal);
   EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + path(Kind::userAgent, "a & b.plist").string()));
   menu->close();

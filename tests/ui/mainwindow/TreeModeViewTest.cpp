@@ -156,7 +156,7 @@ TEST_F(TreeModeViewTest, MenuAndDragAreThoseOfTheJob) {
   const std::string reveal = foundation.localize.revealInFinder();
   QMenu* menu = menuAt(outline(), outline().visualRect(job(1, 0)).center());
   ASSERT_NE(menu, nullptr);
-  EXPECT_THAT(titles(*menu), ElementsAre("b1", "", reveal));
+  EXPECT_THAT(titles(*menu), ElementsAre("b1", "", reveal, "Delete"));
   menu->close();
   EXPECT_EQ(selectedJob(), "");
   EXPECT_EQ(menuAt(outline(), outline().visualRect(group(1)).center()), nullptr);
