@@ -27,19 +27,26 @@ class ThreadQueue final : public MainQueue {
   bool runUntil(const std::function<bool()>& isDone) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!isDone()) {
-      Task task;
-      {
-        std::unique_lock lock(m_mutex);
-        if (!m_changed.wait_until(lock, end, [this] { return !m_tasks.empty(); })) return false;
-        task = std::move(m_tasks.front());
-        m_tasks.pop_front();
-      }
-      task();
+      if (std::chrono::steady_clock::now() > end) return false;
+      runNext();
     }
     return true;
   }
 
  private:
+  /// Waits only a moment for a task: what is waited for may come without one, such as a file that a process writes.
+  void runNext() {
+    Task task;
+    {
+      std::unique_lock lock(m_mutex);
+      const auto isThere = [this] { return !m_tasks.empty(); };
+      if (!m_changed.wait_for(lock, std::chrono::milliseconds(10), isThere)) return;
+      task = std::move(m_tasks.front());
+      m_tasks.pop_front();
+    }
+    task();
+  }
+
   std::mutex m_mutex;
   std::condition_variable m_changed;
   std::deque<Task> m_tasks;

@@ -154,9 +154,10 @@ QWidget* DetailPane::makeHeader(const JobDetails& details) {
   status->setPixmap(m_icons.icon(details.status).pixmap(QSize(small, small), devicePixelRatioF()));
   status->setAccessibleName(qt(details.status.accessibilityDescription));
   second->addWidget(status);
-  second->addWidget(
-      new SecondaryLabel(qt(details.status.accessibilityDescription) + QStringLiteral(" · ") + qt(details.kind)));
-  second->addStretch();
+  auto* kind =
+      new SecondaryLabel(qt(details.status.accessibilityDescription) + QStringLiteral(" · ") + qt(details.kind));
+  kind->setWordWrap(true);
+  second->addWidget(kind, 1);
   texts->addLayout(second);
   layout->addLayout(texts, 1);
   return header;

@@ -118,6 +118,7 @@ TEST_F(RunningJobsTest, AnAgentIsSavedRunsIsChangedDisabledAndDeleted) {
   const auto process = loaded().front().process;
   ASSERT_TRUE(process);
   EXPECT_FALSE(loaded().front().nextRun);
+  waitFor([this] { return fs::exists(output) && testdata::bytes(output) == "ran\n"; });
 
   auto job = read();
   ASSERT_TRUE(job);
