@@ -13,6 +13,7 @@
 #include "JobFolderOnDisk.h"
 #include "core/mainwindow/ListSort.h"
 #include "core/mainwindow/ModeFilter.h"
+#include "core/support/ThreadHeap.h"
 
 namespace mirvel::bench {
 
@@ -56,6 +57,7 @@ void endOfScan(benchmark::State& state, Jobs& jobs, std::size_t count) {
 void coldScan(benchmark::State& state) {
   const auto count = static_cast<std::size_t>(state.range(0));
   Scanner scanner(folder(count));
+  growHeapOfThisThread();  // as the program has it for its scans
   for (auto _ : state) {
     Jobs jobs = scanner.coldScan();
     endOfScan(state, jobs, count);

@@ -1,13 +1,10 @@
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
-#include <QStackedWidget>
+#include <QCoreApplication>
 #include <chrono>
 
 #include "JobFolderOnDisk.h"
 #include "ui/app/Application.h"
-#include "ui/mainwindow/GridModeView.h"
-#include "ui/mainwindow/TreeModeView.h"
 
 namespace mirvel::bench {
 
@@ -15,45 +12,67 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long the main thread is held when the window turns to a mode: to bring its view up, give it the jobs, arrange
-/// them, and draw it.
-template <typename View>
-void switchTo(benchmark::State& state) {
-  const JobFolderOnDisk folder(static_cast<std::size_t>(state.range(0)));
-  const Jobs jobs = Scanner(folder).coldScan();
-  ui::Application application(folder.roots(), {}, "en");
-  ui::IconLoader icons;
-  QStackedWidget window;
-  View view(application.program(), icons);
-  window.addWidget(new QWidget);
-  window.addWidget(&view);
-  window.resize(900, 700);
-  window.show();
-  for (auto _ : state) {
-    window.setCurrentIndex(0);
-    view.mode().update({});
-    QCoreApplication::processEvents();
-    const auto start = Clock::now();
-    window.setCurrentIndex(1);
-    view.mode().update(jobs);
-    view.mode().deselect();
-    window.repaint();
-    state.SetIterationTime(std::chrono::duration<double>(Clock::now() - start).count());
+/// The program with its window, filled.
+class FilledWindow {
+ public:
+  explicit FilledWindow(const Roots& roots) : m_application(roots, {}, "en") {
+    (void)program().foundation.defaults.setAutomaticallyCheckForUpdate(false);
+    m_application.start();
+    settle();
   }
-  window.removeWidget(&view);
-  view.setParent(nullptr);
+
+  /// How many seconds the main thread is held: to bring the view up, give it the jobs, arrange them, and draw it.
+  double secondsToSwitch(Mode mode) {
+    const auto start = Clock::now();
+    program().mainWindow.switchMode(mode);
+    m_application.window().repaint();
+    const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    settle();
+    return seconds;
+  }
+
+ private:
+  Program& program() { return m_application.program(); }
+  /// Until the scan is over, which each change of mode begins.
+  void settle() {
+    do {
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    } while (program().state.isLoading);
+  }
+
+  ui::Application m_application;
+};
+
+void switchTo(benchmark::State& state, Mode mode) {
+  const JobFolderOnDisk folder(static_cast<std::size_t>(state.range(0)));
+  FilledWindow window(folder.roots());
+  const Mode other = mode == Mode::list ? Mode::grid : Mode::list;
+  for (auto _ : state) {
+    window.secondsToSwitch(other);
+    state.SetIterationTime(window.secondsToSwitch(mode));
+  }
 }
 
-void switchToGrid(benchmark::State& state) {
-  switchTo<ui::GridModeView>(state);
-}
-
-void switchToTree(benchmark::State& state) {
-  switchTo<ui::TreeModeView>(state);
-}
-
-BENCHMARK(switchToGrid)->Arg(10000)->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK(switchToTree)->Arg(10000)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK_CAPTURE(switchTo, grid, Mode::grid)
+    ->Arg(10000)
+    ->Iterations(5)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(switchTo, tree, Mode::tree)
+    ->Arg(10000)
+    ->Iterations(5)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(switchTo, list, Mode::list)
+    ->Arg(10000)
+    ->Iterations(5)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(switchTo, timeline, Mode::timeline)
+    ->Arg(10000)
+    ->Iterations(5)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime();
 
 }  // namespace
 

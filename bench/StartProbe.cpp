@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include "ui/app/Application.h"
-#include "ui/mainwindow/ListModeView.h"
 
 /// Whoever started this waits for it.
 void tellThatItIsDrawn() {
@@ -31,7 +30,7 @@ int main(int argc, char* argv[]) {
   const Subscription filled = mirvel.program().notifications.jobsUpdated.subscribe([&mirvel] {
     mirvel.window().repaint();
     tellThatItIsDrawn();
-    QCoreApplication::exit(mirvel.window().listMode().mode().content().empty() ? 1 : 0);
+    QCoreApplication::exit(mirvel.program().state.jobs.empty() ? 1 : 0);
   });
   mirvel.start();
   return QApplication::exec();

@@ -73,6 +73,7 @@ void publication(benchmark::State& state) {
   const JobFolderOnDisk folder(static_cast<std::size_t>(state.range(0)));
   ui::Application application(folder.roots(), {}, "en");
   Program& program = application.program();
+  (void)program.foundation.defaults.setAutomaticallyCheckForUpdate(false);
   Clock::time_point start;
   double seconds = 0;
   bool isPublished = false;

@@ -7,10 +7,10 @@
 
 #include "core/catalogue/PlatformLoginItems.h"
 #include "core/support/Const.h"
+#include "core/support/ThreadHeap.h"
 #include "ui/support/OwnIcons.h"
 #include "ui/support/PlatformFolderMonitors.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ThreadHeap.h"
 
 namespace mirvel::ui {
 

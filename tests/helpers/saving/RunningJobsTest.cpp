@@ -29,14 +29,9 @@ using plist::Array;
 using plist::Dictionary;
 using testing::IsEmpty;
 
-/// The program's logic with its real helpers and the real host, on a machine below a folder.
+/// The program's logic with its real helpers and the real host, on a machine below a folder that has nothing yet.
 class RunningJobsTest : public testing::Test {
  protected:
-  RunningJobsTest() {
-    for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) {
-      fs::create_directories(*kind.folderURL(roots));
-    }
-  }
   ~RunningJobsTest() override {
     EXPECT_THAT(interface.errors, IsEmpty());
     EXPECT_TRUE(host.quit());
