@@ -153,7 +153,7 @@ QWidget* DetailPane::makeHeader(const JobDetails& details) {
   const int small = style()->pixelMetric(QStyle::PM_SmallIconSize);
   status->setPixmap(m_icons.icon(details.status).pixmap(QSize(small, small), devicePixelRatioF()));
   status->setAccessibleName(qt(details.status.accessibilityDescription));
-  second->addWidget(status);
+  second->addWidget(status, 0, Qt::AlignTop);
   auto* kind =
       new SecondaryLabel(qt(details.status.accessibilityDescription) + QStringLiteral(" · ") + qt(details.kind));
   kind->setWordWrap(true);

@@ -50,8 +50,8 @@ void ListModeView::connectTable() {
 void ListModeView::setInitialWidths() {
   // In characters of the font: what fits names and commands of the usual length.
   const int character = fontMetrics().averageCharWidth();
-  m_table->header()->resizeSection(static_cast<int>(Column::List::name), 30 * character);
-  m_table->header()->resizeSection(static_cast<int>(Column::List::summary), 27 * character);
+  m_table->header()->resizeSection(static_cast<int>(Column::List::name), 27 * character);
+  m_table->header()->resizeSection(static_cast<int>(Column::List::summary), 23 * character);
   for (const auto column :
        {Column::List::kind, Column::List::enabled, Column::List::keepAlive, Column::List::scheduled}) {
     const int section = static_cast<int>(column);
