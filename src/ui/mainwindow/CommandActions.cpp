@@ -7,6 +7,16 @@
 
 namespace mirvel::ui {
 
+namespace {
+
+/// Those of the desktop; one that Qt doesn't know has none.
+QList<QKeySequence> fullScreenKeys() {
+  const QList<QKeySequence> keys = QKeySequence::keyBindings(QKeySequence::FullScreen);
+  return keys.isEmpty() ? QList<QKeySequence>{QKeySequence(Qt::Key_F11)} : keys;
+}
+
+}  // namespace
+
 CommandActions::CommandActions(Program& program, QMainWindow& window) : m_program(program), m_window(window) {
   addFileCommands();
   addViewCommands();
@@ -53,7 +63,7 @@ void CommandActions::addViewCommands() {
   add(Command::timeline, texts.asTimeline(), "view-timeline", {QKeySequence(Qt::CTRL | Qt::Key_4)});
   add(Command::system, texts.systemJobs(), nullptr, {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_J)});
   add(Command::titleBar, texts.titleBar());
-  add(Command::fullScreen, texts.fullScreen(), nullptr, {QKeySequence(QKeySequence::FullScreen)});
+  add(Command::fullScreen, texts.fullScreen(), nullptr, fullScreenKeys());
 }
 
 void CommandActions::addHelpCommands() {
