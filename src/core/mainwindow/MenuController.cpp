@@ -33,8 +33,9 @@ bool MenuController::isOffered(Command command) const {
   const Shell& shell = m_program.shell;
   if (const auto segue = segueOf(command)) return shell.segues.contains(*segue);
   switch (command) {
-    case Command::edit:
     case Command::save:
+      return shell.edit || shell.saveScript;
+    case Command::edit:
     case Command::revert:
       return shell.edit != nullptr;
     case Command::importAction:

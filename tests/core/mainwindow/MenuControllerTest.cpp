@@ -44,6 +44,7 @@ TEST_F(MenuControllerTest, ACommandIsOfferedOnceThereIsWhoDoesIt) {
       {Command::importAction, [](Shell& to) { to.importJob = [] {}; }},
       {Command::export_, [](Shell& to) { to.exportJob = [] {}; }},
       {Command::checkForUpdates, [](Shell& to) { to.checkForUpdate = [](bool) {}; }},
+      {Command::save, [](Shell& to) { to.saveScript = [] {}; }},
       {Command::edit, [edit](Shell& to) { to.edit = edit; }},
       {Command::revert, [edit](Shell& to) { to.edit = edit; }},
   };
