@@ -191,8 +191,9 @@ void ActionController::presentHelperError(const plist::Dictionary& error) {
 }
 
 void ActionController::deleteConfirmed(int response, const Job& job) {
-  if (response != Interface::defaultButton || !canBeNamed(job.url)) return;
+  if (response != Interface::defaultButton) return;
   if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem();
+  if (!canBeNamed(job.url)) return;
   const auto action = Action::delete_(job.url, job.name);
   if (job.kind == Kind::userAgent) {
     (void)send(action);

@@ -18,8 +18,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       menus(*this) {}
 
 ModeType* Program::currentMode() const {
-  const auto chosen = static_cast<std::size_t>(foundation.defaults.selectedMode());
-  if (chosen < shell.modes.size() && shell.modes.at(chosen)) return shell.modes.at(chosen);
+  if (ModeType* const chosen = shell.modes.at(static_cast<std::size_t>(mainWindow.mode()))) return chosen;
   const auto* first = std::find_if(shell.modes.begin(), shell.modes.end(), [](const ModeType* mode) { return mode; });
   return first == shell.modes.end() ? nullptr : *first;
 }

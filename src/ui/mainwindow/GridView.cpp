@@ -9,19 +9,16 @@
 #include "ui/mainwindow/EmptyLabel.h"
 #include "ui/mainwindow/GridAccessible.h"
 #include "ui/mainwindow/GridItemDelegate.h"
+#include "ui/mainwindow/JobView.h"
 
 namespace mirvel::ui {
 
 GridView::GridView(QWidget* parent) : QAbstractItemView(parent) {
   GridAccessible::install();
   setFrameShape(QFrame::NoFrame);
-  setSelectionMode(SingleSelection);
-  setEditTriggers(NoEditTriggers);
-  setDragEnabled(true);
-  setDragDropMode(DragOnly);
+  prepareJobView(*this);
   setVerticalScrollMode(ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setContextMenuPolicy(Qt::CustomContextMenu);
   setItemDelegate(new GridItemDelegate(this));
   measure();
 }

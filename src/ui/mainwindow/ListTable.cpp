@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "ui/mainwindow/EmptyLabel.h"
-#include "ui/mainwindow/GuardedSelection.h"
+#include "ui/mainwindow/JobView.h"
 #include "ui/mainwindow/ListCellDelegate.h"
 
 namespace mirvel::ui {
@@ -34,13 +34,9 @@ ListTable::ListTable(QWidget* parent) : QTreeView(parent) {
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setAllColumnsShowFocus(true);
-  setSelectionMode(SingleSelection);
+  prepareJobView(*this);
   setSelectionBehavior(SelectRows);
-  setEditTriggers(NoEditTriggers);
-  setDragEnabled(true);
-  setDragDropMode(DragOnly);
   setHorizontalScrollMode(ScrollPerPixel);
-  setContextMenuPolicy(Qt::CustomContextMenu);
   setItemDelegate(new ListCellDelegate(this));
   setStyle(new RoomyStyle(this));
   header()->setStyle(style());
@@ -53,13 +49,11 @@ ListTable::ListTable(QWidget* parent) : QTreeView(parent) {
 void ListTable::setModel(QAbstractItemModel* model) {
   QTreeView::setModel(model);
   if (!model) return;
-  auto* selection = new GuardedSelection(
-      model, [this] { return m_isMarking || !selectionMayChange || selectionMayChange(); }, this);
-  setSelectionModel(selection);
-  connect(selection, &QItemSelectionModel::selectionChanged, this, [this] {
-    const QModelIndexList rows = selectionModel()->selectedRows();
-    if (!m_isMarking && !rows.isEmpty() && selectionDidChange) selectionDidChange(rows.front().row());
-  });
+  guardSelection(
+      *this, [this] { return m_isMarking || !selectionMayChange || selectionMayChange(); },
+      [this](int row) {
+        if (!m_isMarking && selectionDidChange) selectionDidChange(row);
+      });
 }
 
 void ListTable::scrollTo(const QModelIndex& index, ScrollHint hint) {

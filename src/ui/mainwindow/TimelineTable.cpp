@@ -7,31 +7,25 @@
 #include <algorithm>
 
 #include "ui/mainwindow/EmptyLabel.h"
-#include "ui/mainwindow/GuardedSelection.h"
+#include "ui/mainwindow/JobView.h"
 
 namespace mirvel::ui {
 
 TimelineTable::TimelineTable(QWidget* parent) : QListView(parent) {
-  setSelectionMode(SingleSelection);
+  prepareJobView(*this);
   setSelectionBehavior(SelectRows);
-  setEditTriggers(NoEditTriggers);
-  setDragEnabled(true);
-  setDragDropMode(DragOnly);
   setVerticalScrollMode(ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setContextMenuPolicy(Qt::CustomContextMenu);
 }
 
 void TimelineTable::setModel(QAbstractItemModel* model) {
   QListView::setModel(model);
   if (!model) return;
-  auto* selection = new GuardedSelection(
-      model, [this] { return m_isMarking || !selectionMayChange || selectionMayChange(); }, this);
-  setSelectionModel(selection);
-  connect(selection, &QItemSelectionModel::selectionChanged, this, [this] {
-    const QModelIndexList rows = selectionModel()->selectedRows();
-    if (!m_isMarking && !rows.isEmpty() && selectionDidChange) selectionDidChange(rows.front().row());
-  });
+  guardSelection(
+      *this, [this] { return m_isMarking || !selectionMayChange || selectionMayChange(); },
+      [this](int row) {
+        if (!m_isMarking && selectionDidChange) selectionDidChange(row);
+      });
 }
 
 void TimelineTable::setRows(std::size_t count, std::vector<std::size_t> groups) {

@@ -4,6 +4,7 @@
 #include <QScopedValueRollback>
 
 #include "ui/mainwindow/EmptyLabel.h"
+#include "ui/mainwindow/JobView.h"
 #include "ui/mainwindow/TreeRowDelegate.h"
 #include "ui/mainwindow/TreeSelection.h"
 
@@ -14,13 +15,9 @@ TreeOutline::TreeOutline(QWidget* parent) : QTreeView(parent), m_delegate(new Tr
   setHeaderHidden(true);
   setUniformRowHeights(true);
   setTextElideMode(Qt::ElideMiddle);  // names begin and end with what tells them apart
-  setSelectionMode(SingleSelection);
+  prepareJobView(*this);
   setSelectionBehavior(
       SelectItems);  // by rows, Qt's accessible tree takes a row's number below its group for that of all
-  setEditTriggers(NoEditTriggers);
-  setDragEnabled(true);
-  setDragDropMode(DragOnly);
-  setContextMenuPolicy(Qt::CustomContextMenu);
   setItemDelegate(m_delegate);
   viewport()->setAttribute(Qt::WA_Hover);
 }
