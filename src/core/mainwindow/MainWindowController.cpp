@@ -67,7 +67,7 @@ bool MainWindowController::canDeleteJob(const Job& job) const {
 }
 
 void MainWindowController::confirmDelete(const std::shared_ptr<Job>& job) {
-  if (!job) return;
+  if (!job || !m_program.shell.mainWindow) return;
   const Localize& localize = m_program.foundation.localize;
   m_program.platform.interface.beginSheet({.message = localize.areYouSureYouWantToDelete(job->name),
                                            .informativeText = localize.youCantUndoThisAction(),

@@ -27,7 +27,7 @@ class MainWindowController {
   /// Shows all jobs in another mode, and ends with no selection, no filter, and a scan.
   void switchMode(Mode mode);
   bool canDeleteJob(const Job& job) const;
-  /// Asks whether to delete the job, in a sheet, and deletes it if the user says so.
+  /// Asks whether to delete the job, in a sheet, and deletes it if the user says so. Does nothing without a window.
   void confirmDelete(const std::shared_ptr<Job>& job);
   /// Asks what to do with unsaved changes, in a sheet: to stay, or to drop them and go on with what was wanted.
   void unsavedChangesAlert();

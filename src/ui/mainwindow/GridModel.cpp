@@ -75,7 +75,7 @@ Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {
 }
 
 QStringList GridModel::mimeTypes() const {
-  return {QStringLiteral("text/uri-list")};
+  return fileDragTypes();
 }
 
 QMimeData* GridModel::mimeData(const QModelIndexList& indexes) const {

@@ -6,6 +6,10 @@
 
 namespace mirvel::ui {
 
+QStringList fileDragTypes() {
+  return {QStringLiteral("text/uri-list")};
+}
+
 QMimeData* fileDrag(const std::optional<URL>& url) {
   const auto path = url ? qtPath(url->path()) : std::nullopt;
   if (!path) return nullptr;

@@ -84,7 +84,7 @@ Qt::ItemFlags ListTableModel::flags(const QModelIndex& index) const {
 }
 
 QStringList ListTableModel::mimeTypes() const {
-  return {QStringLiteral("text/uri-list")};
+  return fileDragTypes();
 }
 
 QMimeData* ListTableModel::mimeData(const QModelIndexList& indexes) const {

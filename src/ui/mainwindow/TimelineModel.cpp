@@ -91,7 +91,7 @@ QModelIndexList TimelineModel::match(const QModelIndex& start, int, const QVaria
 }
 
 QStringList TimelineModel::mimeTypes() const {
-  return {QStringLiteral("text/uri-list")};
+  return fileDragTypes();
 }
 
 QMimeData* TimelineModel::mimeData(const QModelIndexList& indexes) const {

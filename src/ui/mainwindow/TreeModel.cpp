@@ -94,7 +94,7 @@ Qt::ItemFlags TreeModel::flags(const QModelIndex& index) const {
 }
 
 QStringList TreeModel::mimeTypes() const {
-  return {QStringLiteral("text/uri-list")};
+  return fileDragTypes();
 }
 
 QMimeData* TreeModel::mimeData(const QModelIndexList& indexes) const {
