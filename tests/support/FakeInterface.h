@@ -17,7 +17,9 @@ class FakeInterface : public Interface {
   Answer answer;
   std::optional<std::filesystem::path> savePath;
   std::vector<Alert> alerts = {};
+  std::optional<std::filesystem::path> openPath;
   std::vector<SavePanel> savePanels = {};
+  std::vector<OpenPanel> openPanels = {};
   std::vector<std::pair<std::string, std::string>> errors = {};
   std::vector<std::pair<Alert, std::function<void(int)>>> sheets = {};
 
@@ -37,6 +39,10 @@ class FakeInterface : public Interface {
   std::optional<std::filesystem::path> savePanel(const SavePanel& panel) override {
     savePanels.push_back(panel);
     return savePath;
+  }
+  std::optional<std::filesystem::path> openPanel(const OpenPanel& panel) override {
+    openPanels.push_back(panel);
+    return openPath;
   }
 
  protected:

@@ -86,6 +86,7 @@ class ProgramFixture : public testing::Test {
   Foundation foundation{roots, {}, {}, "en"};
   VirtualQueue queue;
   ManualWorkQueue fetchQueue;
+  ManualWorkQueue fileQueue;
   FakeInterface interface { foundation.defaults, foundation.localize };
   FakeWorkspace workspace;
   FakeFolderMonitors monitors;
@@ -97,6 +98,7 @@ class ProgramFixture : public testing::Test {
   FakeHelpers helpers;
   Platform platform{.mainQueue = queue,
                     .fetchQueue = fetchQueue,
+                    .fileQueue = fileQueue,
                     .interface = interface,
                     .workspace = workspace,
                     .folderMonitors = monitors,

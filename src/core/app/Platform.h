@@ -18,6 +18,7 @@ namespace mirvel {
 struct Platform {
   MainQueue& mainQueue;
   WorkQueue& fetchQueue;  ///< "Fetch queue"
+  WorkQueue& fileQueue;   ///< for questions to disks that may be slow
   Interface& interface;
   Workspace& workspace;
   FolderMonitors& folderMonitors;

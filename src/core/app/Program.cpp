@@ -14,6 +14,8 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       repairs(foundation.defaults, foundation.commands, platform.interface, platform.processRunner, foundation.localize,
               foundation.roots.home),
       revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock),
+      notes(foundation.roots.applicationSupport, platform.mainQueue),
+      editing(*this),
       actions(*this),
       menus(*this) {}
 

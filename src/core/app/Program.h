@@ -10,8 +10,11 @@
 #include "core/app/Shell.h"
 #include "core/catalogue/KindTexts.h"
 #include "core/creation/CommandRepairs.h"
+#include "core/editor/Editing.h"
+#include "core/editor/NotesStore.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/MenuController.h"
+#include "core/schedule/ScheduledController.h"
 #include "core/support/Notifications.h"
 
 namespace mirvel {
@@ -39,6 +42,9 @@ class Program {
   AppDelegate appDelegate;
   CommandRepairs repairs;
   RevisionController revisions;
+  NotesStore notes;
+  Editing editing;
+  ScheduledController scheduledController;
   ActionController actions;
   MenuController menus;
 };

@@ -28,12 +28,14 @@ bool replaceSelected(Program& program, const plist::Dictionary& dictionary) {
     program.platform.interface.error(localize.anUnknownErrorOccurred(), localize.pleaseTryAgain());
     return false;
   }
+  std::string fileChecksum = program.editing.fileChecksum();
   Jobs jobs = program.state.jobs;
   const auto found = std::find_if(jobs.begin(), jobs.end(), [&old](const auto& other) { return *other == *old; });
   if (found != jobs.end()) {
     *found = job;
     program.fetcher.replaceJobs(std::move(jobs));
   }
+  program.editing.began(job, std::move(fileChecksum));
   program.state.selectedJob = job;
   program.mainWindow.selectedJobDidChange();
   program.state.hasUnsavedChanges = true;

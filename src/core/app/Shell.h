@@ -9,6 +9,7 @@
 #include "core/editor/DetailType.h"
 #include "core/mainwindow/MainWindowType.h"
 #include "core/mainwindow/Mode.h"
+#include "core/support/URL.h"
 
 namespace mirvel {
 
@@ -24,6 +25,7 @@ struct Shell {
   std::map<std::string_view, std::function<void()>> segues;  ///< the sheets that can be shown, by name (`Segue.h`)
   std::function<void()> importJob;                           ///< asks which file
   std::function<void()> exportJob;                           ///< asks where to
+  std::function<void(const URL& script)> editScript;         ///< opens it in the script editor
   std::function<void()> saveScript;                          ///< set while the front window edits a script: saves it
   std::function<void()> emptyIconCache;
   std::function<void(bool isManual)> checkForUpdate;

@@ -16,8 +16,8 @@ SharedText textOf(std::string_view bytes, const std::shared_ptr<const plist::Doc
 }  // namespace
 
 std::optional<JobFile> JobFile::read(std::string_view bytes, const URL& url, Console& console) {
-  const auto digest = Data::sha256Digest(bytes);
-  if (!digest) return std::nullopt;
+  std::string checksum = checksumOf(bytes);
+  if (checksum.empty()) return std::nullopt;
   auto document = plist::read(bytes);
   if (!document) {
     tellOfBadFile(document.error(), url, console);
@@ -25,7 +25,12 @@ std::optional<JobFile> JobFile::read(std::string_view bytes, const URL& url, Con
   }
   auto list = std::make_shared<const plist::Document>(*std::move(document));
   SharedText text = textOf(bytes, list);
-  return JobFile{.text = std::move(text), .checksum = String::toBase64(*digest), .list = std::move(list)};
+  return JobFile{.text = std::move(text), .checksum = std::move(checksum), .list = std::move(list)};
+}
+
+std::string JobFile::checksumOf(std::string_view bytes) {
+  const auto digest = Data::sha256Digest(bytes);
+  return digest ? String::toBase64(*digest) : std::string();
 }
 
 void tellOfBadFile(const Error& error, const URL& url, Console& console) {

@@ -20,6 +20,8 @@ struct JobFile {
 
   /// None if the bytes are no property list, which a line on the console tells, or have no digest. From any thread.
   static std::optional<JobFile> read(std::string_view bytes, const URL& url, Console& console);
+  /// The checksum of a file with these bytes; empty if it can't be made.
+  static std::string checksumOf(std::string_view bytes);
 };
 
 /// What the console says of a file that is no job.

@@ -49,6 +49,8 @@ class Kind {
   constexpr bool isLaunchd() const { return m_case <= localDaemon || m_case == systemAgent || m_case == systemDaemon; }
   constexpr bool isStartupItem() const { return m_case == localStartupItem || m_case == systemStartupItem; }
   constexpr bool isLoginItem() const { return m_case == loginItemSystemPreferences || m_case == loginItemApplication; }
+  /// Run by launchd as root, or as the user that the job names.
+  constexpr bool isDaemon() const { return m_case == localDaemon || m_case == systemDaemon; }
   /// Hidden while system jobs aren't shown.
   constexpr bool isSystem() const { return m_case >= systemAgent && m_case <= systemStartupItem; }
   /// Whether jobs of the kind may be changed; `editSystemJobs` is what the user set for those of the system.

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/support/Defaults.h"
 #include "core/support/Error.h"
@@ -27,6 +28,13 @@ struct SavePanel {
   std::string name;              ///< suggested
   std::string allowedType;       ///< the one extension that the file may have
   bool canCreateDirectories = true;
+};
+
+/// A panel that asks for one file or folder that is there. Links are followed.
+struct OpenPanel {
+  bool choosesFolders = false;
+  bool showsHiddenFiles = false;
+  std::vector<std::string> allowedTypes = {};  ///< extensions; empty: any file
 };
 
 /// What the logic asks of the user; modally, where nothing else is said. For the main thread. The shell shows it, tests
@@ -57,6 +65,8 @@ class Interface {
   void saveError();
   /// The chosen path, with the allowed extension; none if the user cancels.
   virtual std::optional<std::filesystem::path> savePanel(const SavePanel& panel) = 0;
+  /// The chosen file or folder; none if the user cancels.
+  virtual std::optional<std::filesystem::path> openPanel(const OpenPanel& panel) = 0;
 
  protected:
   struct Answer {

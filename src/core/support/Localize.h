@@ -55,16 +55,21 @@ class Localize {
         "Public License, version 3 or later; it comes with no warranty.");
   }
   std::string add() const { return text("Add"); }
+  std::string addRule() const { return text("Add Rule"); }
   std::string addTheFoldersFromWhereYourJobsAreLinked() const {
     return text("Add the folders from where your jobs are linked");
   }
   std::string advanced() const { return text("Advanced"); }
   std::string agent() const { return text("Agent"); }
+  std::string actions() const { return text("Actions"); }
   std::string all() const { return text("All"); }
   std::string anErrorOccurredWhileSaving() const { return text("An error occurred while saving"); }
   std::string anUnknownErrorOccurred() const { return text("An unknown error occurred"); }
   std::string anUnknownErrorOccurredWhenFetchingTheLog() const {
     return text("An unknown error occurred when fetching the log");
+  }
+  std::string anotherProgramChangedTheFile() const {
+    return text("Another program changed the job’s file after you opened it.");
   }
   std::string application() const { return text("Application"); }
   std::string atStartupAndWhenSaving() const { return text("At startup and when saving"); }
@@ -78,10 +83,12 @@ class Localize {
   std::string cannotAuthenticate() const { return text("Cannot authenticate"); }
   std::string change() const { return text("Change"); }
   std::string check() const { return text("Check"); }
+  std::string chooseIcon() const { return text("Choose Icon…"); }
   std::string chooseWhatYouWantToRun() const { return text("Choose what you want to run"); }
   std::string clearMenu() const { return text("Clear Menu"); }
   std::string clients() const { return text("Clients"); }
   std::string close() const { return text("Close"); }
+  std::string compare() const { return text("Compare"); }
   std::string command() const { return text("Command"); }
   std::string couldNotEstablishCommunicationWithHelperTool() const {
     return text("Could not establish communication with the helper tool");
@@ -107,21 +114,31 @@ class Localize {
   std::string everyone() const { return text("Everyone"); }
   std::string exclude() const { return text("Exclude"); }
   std::string filter() const { return text("Filter"); }
+  std::string fileWasChangedMeanwhile(const std::string& name) const {
+    return format("“%@” was changed meanwhile", {name});
+  }
   std::string folders() const { return text("Folders"); }
   std::string forString() const { return text("For"); }
+  std::string fromWhenItIsLoaded(const std::string& rule) const {
+    return format("%@, counted from when the job is loaded", {rule});
+  }
   std::string general() const { return text("General"); }
   std::string grid() const { return text("Grid"); }
   std::string help() const { return text("Help"); }
   std::string hide() const { return text("Hide"); }
+  std::string icon() const { return text("Icon"); }
   std::string identifier() const { return text("Identifier"); }
   std::string importString() const { return text("Import"); }
   std::string info() const { return text("Info"); }
   std::string internalHelperTools() const { return text("Internal Helper Tools"); }
+  std::string itWillNeverRun() const { return text("It will never run on this schedule"); }
+  std::string keepMine() const { return text("Keep Mine"); }
   std::string key() const { return text("Key"); }
   std::string kind() const { return text("Kind"); }
   std::string launchAgainIfItCrashes() const { return text("Launch again if it crashes"); }
   std::string later() const { return text("Later"); }
   std::string length() const { return text("Length"); }
+  std::string lessThanTenSeconds() const { return text("Less than 10 seconds counts as 10 seconds"); }
   std::string limits() const { return text("Limits"); }
   std::string list() const { return text("List"); }
   std::string log() const { return text("Log"); }
@@ -135,11 +152,17 @@ class Localize {
   std::string new_() const { return text("New"); }
   std::string newVersion(const std::string& version) const { return format("Mirvel %@ is available", {version}); }
   std::string next() const { return text("Next"); }
+  std::string nextRun(const std::string& moment) const { return format("Next: %@", {moment}); }
+  std::string nextRuns(const std::string& first, const std::string& second) const {
+    return format("Next: %1$@, then %2$@", {first, second});
+  }
   std::string noError() const { return text("No error"); }
   std::string noItems() const { return text("No Items"); }
   std::string noSelection() const { return text("No Selection"); }
   std::string noValue() const { return text("No Value"); }
+  std::string notAWholeNumber() const { return text("This isn’t a whole number"); }
   std::string notEditable() const { return text("Not editable"); }
+  std::string notFound(const std::string& files) const { return format("Not found: %@", {files}); }
   std::string notes() const { return text("Notes"); }
   std::string notifications() const { return text("Notifications"); }
   std::string off() const { return text("Off"); }
@@ -155,6 +178,8 @@ class Localize {
   std::string refresh() const { return text("Refresh"); }
   std::string relaunch() const { return text("Relaunch"); }
   std::string remove() const { return text("Remove"); }
+  std::string removeIcon() const { return text("Remove Icon"); }
+  std::string removeRule() const { return text("Remove Rule"); }
   std::string renameTheItemAndTryAgain() const { return text("Rename the item and try again"); }
   std::string repeatInterval() const { return text("Repeat Interval"); }
   std::string revealInFinder() const;
@@ -175,7 +200,10 @@ class Localize {
   std::string details() const { return text("Details"); }
   std::string summary() const { return text("Summary"); }
   std::string system() const { return text("System"); }
+  std::string takeTheirs() const { return text("Take Theirs"); }
   std::string test() const { return text("Test"); }
+  std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
+  std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }
   std::string theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError() const {
     return text("The item couldn’t be added or removed because of an unknown error");
   }
@@ -188,6 +216,7 @@ class Localize {
   std::string unknown() const { return text("Unknown"); }
   std::string unsavedChanges() const { return text("There are unsaved changes"); }
   std::string value() const { return text("Value"); }
+  std::string versionOnDisk() const { return text("Version on Disk"); }
   std::string weekdays() const { return text("Weekdays"); }
   std::string weekends() const { return text("Weekends"); }
   std::string what() const { return text("What"); }
@@ -196,6 +225,7 @@ class Localize {
   std::string youHaveVersion(const std::string& version) const { return format("You have version %@.", {version}); }
   std::string yourVersionIsTheLatest() const { return text("Your version is the latest"); }
   std::string youCantUndoThisAction() const { return text("You can’t undo this action."); }
+  std::string yourVersion() const { return text("Your Version"); }
   std::string yourChangesWillBeLostIfYouDontSaveThem() const {
     return text("Your changes will be lost if you don’t save them.");
   }

@@ -8,6 +8,7 @@ namespace mirvel {
 struct Notifications {
   Signal<> loadingChanged;    ///< a scan started or ended
   Signal<> jobsUpdated;       ///< a changed catalogue is published
+  Signal<> rootChanged;       ///< the job being edited is to run as root from now on
   Signal<> appStatusChanged;  ///< the application became the active one, or stopped being it
 };
 

@@ -42,6 +42,7 @@ Application::Application(Roots roots, const Environment& environment, const std:
                  .programs = HelperPrograms::in(installedOrBuilt(MIRVEL_HELPERS_DIR, MIRVEL_BUILD_HELPERS_DIR),
                                                 m_foundation.roots, environment, machine)}),
       m_program(m_foundation, platform()),
+      m_fileQueue("File queue"),
       m_fetchQueue("Fetch queue"),
       m_isOtherMachine(machine.has_value()) {}
 
@@ -50,6 +51,7 @@ Application::~Application() = default;
 Platform Application::platform() {
   return {.mainQueue = m_mainQueue,
           .fetchQueue = m_fetchQueue,
+          .fileQueue = m_fileQueue,
           .interface = m_interface,
           .workspace = m_workspace,
           .folderMonitors = *m_folderMonitors,

@@ -55,6 +55,7 @@ class Application {
   ThreadWorkQueue m_authorisationQueue;
   SystemHelperConnections m_helpers;
   Program m_program;
+  ThreadWorkQueue m_fileQueue;
   ThreadWorkQueue m_fetchQueue;  // after all that a scan uses, which its thread's end waits for
   std::unique_ptr<HttpsDownloads> m_downloads;
   std::unique_ptr<UpdateManager> m_updates;

@@ -142,6 +142,23 @@ std::optional<fs::path> QtInterface::savePanel(const SavePanel& panel) {
   return std::nullopt;
 }
 
+std::optional<fs::path> QtInterface::openPanel(const OpenPanel& panel) {
+  QFileDialog dialog(activeWindow());
+  dialog.setFileMode(panel.choosesFolders ? QFileDialog::Directory : QFileDialog::ExistingFile);
+  dialog.setOption(QFileDialog::ShowDirsOnly, panel.choosesFolders);
+  if (panel.showsHiddenFiles) dialog.setFilter(dialog.filter() | QDir::Hidden);
+  if (!panel.allowedTypes.empty()) {
+    QStringList patterns;
+    for (const std::string& type : panel.allowedTypes) patterns.append(QStringLiteral("*.") + qt(type));
+    dialog.setNameFilter(patterns.join(QLatin1Char(' ')));
+  }
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  const fs::path chosen = path(dialog.selectedFiles().constFirst());
+  std::error_code failure;
+  fs::path resolved = fs::canonical(chosen, failure);
+  return failure ? chosen : resolved;
+}
+
 QMessageBox* QtInterface::makeBox(const Alert& question, QWidget* parent) const {
   const std::vector<Button> buttons = buttonsOf(question);
   auto* box = new QMessageBox(parent);

@@ -21,6 +21,7 @@ class QtInterface final : public Interface {
   void beginSheet(const Alert& question, std::function<void(int)> completion) override;
   void error(const std::string& message, const std::string& informativeText) override;
   std::optional<std::filesystem::path> savePanel(const SavePanel& panel) override;
+  std::optional<std::filesystem::path> openPanel(const OpenPanel& panel) override;
 
  protected:
   Answer showAlert(const Alert& question) override;

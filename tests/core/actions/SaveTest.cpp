@@ -251,7 +251,7 @@ TEST_F(SaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
 }
 
 TEST_F(SaveTest, OfTwoLoginItemsWithOneNameTheFirstGoes) {
-  loginItems.ownItems = {{"a", "/1", {}, {}}, {"b", "/2", {}, {}}, {"b", "/3", {}, {}}};
+  loginItems.ownItems = {{"a", "/1", {}, {}}, {"b", "/not \xff UTF-8", {}, {}}, {"b", "/3", {}, {}}};
   scan();
   program().state.selectedJob = jobNamed("b");
   program().actions.deleteConfirmed(Interface::defaultButton, *program().state.selectedJob);

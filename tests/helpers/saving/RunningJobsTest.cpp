@@ -92,6 +92,7 @@ class RunningJobsTest : public testing::Test {
   Program program{foundation,
                   {.mainQueue = queue,
                    .fetchQueue = fetchQueue,
+                   .fileQueue = fetchQueue,
                    .interface = interface,
                    .workspace = workspace,
                    .folderMonitors = monitors,

@@ -1,0 +1,118 @@
+#include "core/editor/EditController.h"
+
+#include <optional>
+
+#include "core/app/Program.h"
+#include "core/catalogue/JobFile.h"
+#include "core/catalogue/JobFolder.h"
+#include "core/catalogue/Launchd.h"
+#include "core/propertylist/Reader.h"
+#include "core/propertylist/Writer.h"
+#include "core/support/Const.h"
+#include "core/support/ReadFile.h"
+
+namespace mirvel {
+
+namespace {
+
+/// What stands in the job's file, if it isn't what was read from it. None too if there is nothing to be lost: no file.
+std::optional<std::string> changedFile(const Launchd& job, const std::string& checksum) {
+  if (job.isNewFile || checksum.empty()) return std::nullopt;
+  auto bytes = readFile(job.url.path(), JobFolder::largestFile);
+  if (!bytes || JobFile::checksumOf(*bytes) == checksum) return std::nullopt;
+  return *std::move(bytes);
+}
+
+/// As a person reads a job file, whatever form it has.
+std::string readable(const std::string& bytes) {
+  const auto document = plist::read(bytes);
+  if (!document) return bytes;
+  const auto text = plist::writeXml(document->value());
+  return text ? *text : bytes;
+}
+
+}  // namespace
+
+EditController::EditController(Program& program, EditStackType& stack) : m_program(program), m_stack(stack) {
+  m_program.shell.edit = this;
+}
+
+EditController::~EditController() {
+  m_program.shell.edit = nullptr;
+}
+
+void EditController::updateButtons() {
+  const AppState& state = m_program.state;
+  const Localize& localize = m_program.foundation.localize;
+  m_stack.showButtons(
+      {.isBusy = state.isBusy, .discardTitle = state.hasUnsavedChanges ? localize.discardChanges() : localize.done()});
+}
+
+void EditController::refreshEditedState() {
+  if (m_program.shell.mainWindow) m_program.shell.mainWindow->setEdited(m_program.state.hasUnsavedChanges);
+  updateButtons();
+}
+
+void EditController::save() {
+  const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
+  if (!job) return m_program.platform.interface.saveError();
+  m_stack.endEditing();
+  if (const auto theirs = changedFile(*job, m_program.editing.fileChecksum())) return askAboutConflict(job, *theirs);
+  m_program.actions.save(*job);
+}
+
+void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
+  const Localize& localize = m_program.foundation.localize;
+  m_program.platform.interface.beginSheet(
+      {.message = localize.fileWasChangedMeanwhile(job->name),
+       .informativeText = localize.anotherProgramChangedTheFile(),
+       .defaultTitle = localize.keepMine(),
+       .alternateTitle = localize.takeTheirs(),
+       .otherTitle = localize.compare()},
+      [this, job, theirs](int answer) {
+        if (answer != Interface::otherButton) {
+          return resolveConflict(job, theirs, answer);
+        }
+        const Versions versions{.mine = job->plistData().value_or(""), .theirs = readable(theirs)};
+        m_stack.compare(versions, [this, job, theirs](int choice) { resolveConflict(job, theirs, choice); });
+      });
+}
+
+void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer) {
+  if (job != m_program.state.selectedJob) return;
+  if (answer == Interface::alternateButton) return discardEdits();
+  if (answer != Interface::defaultButton) return;
+  m_program.editing.setFileChecksum(JobFile::checksumOf(theirs));
+  m_program.actions.save(*job);
+}
+
+void EditController::discardEdits() {
+  m_stack.hideDiscardButton();
+  AppState& state = m_program.state;
+  DetailType* const detail = m_program.shell.detail;
+  if (!state.hasUnsavedChanges) {
+    if (detail) detail->showDisplay();
+    return;
+  }
+  // The record was written to all along: the scan is to read it anew.
+  if (state.selectedJob) state.selectedJob->checksum.clear();
+  saveCompleted();
+  if (detail) detail->showDisplay();
+  releaseSchedule();
+  m_program.mainWindow.refresh();
+}
+
+void EditController::saveCompleted() {
+  m_program.state.hasUnsavedChanges = false;
+  refreshEditedState();
+}
+
+void EditController::releaseSchedule() {
+  m_program.scheduledController.delegate = nullptr;
+}
+
+void EditController::help() {
+  m_program.platform.workspace.openAddress(std::string(Const::siteURL) + "/mirvel/#settings");
+}
+
+}  // namespace mirvel

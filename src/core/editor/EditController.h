@@ -1,0 +1,71 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "core/editor/DetailType.h"
+
+namespace mirvel {
+
+class Launchd;
+class Program;
+
+/// The buttons below the sections of the editor.
+struct EditButtons {
+  bool isBusy = false;  ///< nothing can be saved or discarded, and the progress shows in the place of the help
+  std::string discardTitle;
+
+  bool operator==(const EditButtons&) const = default;
+};
+
+/// The job as the user edited it and as its file is now, both as the text of a job file.
+struct Versions {
+  std::string mine;
+  std::string theirs;
+};
+
+/// What shows the editor.
+class EditStackType {
+ public:
+  EditStackType() = default;
+  virtual ~EditStackType() = default;
+  EditStackType(const EditStackType&) = delete;
+  EditStackType& operator=(const EditStackType&) = delete;
+
+  virtual void showButtons(const EditButtons& buttons) = 0;
+  /// Hides the button that discards, until the editor is shown again.
+  virtual void hideDiscardButton() = 0;
+  /// Takes over what is being typed.
+  virtual void endEditing() = 0;
+  /// Shows both versions in a sheet, and asks which is to be the job's. `completion` gets the answer as that of an
+  /// alert: the default button's for mine, the alternate's for theirs, the other for neither.
+  virtual void compare(const Versions& versions, std::function<void(int)> completion) = 0;
+};
+
+/// What the editor's buttons do, and what they show. For the main thread.
+class EditController final : public EditType {
+ public:
+  /// Is the program's editor for as long as it lives. Both outlive it.
+  EditController(Program& program, EditStackType& stack);
+  ~EditController() override;
+
+  void updateButtons() override;
+  void refreshEditedState() override;
+  /// Saves the selected job. If something else changed its file meanwhile the user is asked first.
+  void save() override;
+  void discardEdits() override;
+  void saveCompleted() override;
+  void releaseSchedule() override;
+  /// Opens the page about the settings of a job.
+  void help();
+
+ private:
+  void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
+  void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer);
+
+  Program& m_program;
+  EditStackType& m_stack;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,89 @@
+#include "core/editor/Editing.h"
+
+#include "core/app/Program.h"
+#include "core/catalogue/Launchd.h"
+
+namespace mirvel {
+
+std::shared_ptr<Launchd> Editing::selected() const {
+  return std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
+}
+
+bool Editing::isAbout(const std::shared_ptr<Launchd>& job) const {
+  return job && job == m_job.lock();
+}
+
+Launchd* Editing::markJobChanged(std::string_view field) {
+  const auto job = selected();
+  if (!job) return nullptr;
+  AppState& state = m_program.state;
+  if (!isAbout(job) || (!state.hasUnsavedChanges && m_undone.empty())) began(job, job->checksum);
+  if (!continuesStep(field)) {
+    if (m_done.empty()) m_wasChanged = state.hasUnsavedChanges;
+    m_done.push_back({.record = job->plist().clone(), .kind = job->kind});
+  }
+  m_undone.clear();
+  state.hasUnsavedChanges = true;
+  if (EditType* const edit = m_program.shell.edit) edit->refreshEditedState();
+  return job.get();
+}
+
+bool Editing::continuesStep(std::string_view field) {
+  constexpr double pause = 2;
+  const double now = m_program.platform.clock.secondsSince1970();
+  const bool continues =
+      !field.empty() && field == m_field && !m_done.empty() && m_undone.empty() && now - m_lastChange < pause;
+  m_field = field;
+  m_lastChange = now;
+  return continues;
+}
+
+bool Editing::canUndo() const {
+  return isAbout(selected()) && !m_done.empty() && !m_program.state.isBusy;
+}
+
+bool Editing::canRedo() const {
+  return isAbout(selected()) && !m_undone.empty() && !m_program.state.isBusy;
+}
+
+void Editing::undo() {
+  if (canUndo()) swap(m_done, m_undone);
+}
+
+void Editing::redo() {
+  if (canRedo()) swap(m_undone, m_done);
+}
+
+void Editing::swap(std::vector<State>& from, std::vector<State>& to) {
+  const auto job = selected();
+  to.push_back({.record = std::move(job->plist()), .kind = job->kind});
+  job->plist() = std::move(from.back().record);
+  job->kind = from.back().kind;
+  from.pop_back();
+  m_field.clear();
+  m_program.state.hasUnsavedChanges = !m_done.empty() || m_wasChanged;
+  const Shell& shell = m_program.shell;
+  if (shell.detail) shell.detail->showEdit();
+  if (shell.edit) shell.edit->refreshEditedState();
+}
+
+void Editing::reset() {
+  m_job.reset();
+  m_done.clear();
+  m_undone.clear();
+  m_field.clear();
+}
+
+void Editing::began(const std::shared_ptr<Launchd>& job, std::string fileChecksum) {
+  reset();
+  m_job = job;
+  m_fileChecksum = std::move(fileChecksum);
+}
+
+std::string Editing::fileChecksum() const {
+  const auto job = selected();
+  if (!job) return {};
+  return isAbout(job) ? m_fileChecksum : job->checksum;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/catalogue/Kind.h"
+#include "core/plist/Plist.h"
+
+namespace mirvel {
+
+class Launchd;
+class Program;
+
+/// The way from a control of the editor to the live record of the selected job, and back again by undo. For the main
+/// thread.
+class Editing {
+ public:
+  explicit Editing(Program& program) : m_program(program) {}
+
+  /// The selected launchd job, marked as changed: what the caller does to it next is a step of undo. Null: none is
+  /// selected, and nothing has happened. Of one field that is named, what follows shortly upon another change of it is
+  /// part of the same step.
+  Launchd* markJobChanged(std::string_view field = {});
+
+  bool canUndo() const;
+  bool canRedo() const;
+  /// Brings the record back to before the last step, and has the editor show it. Without a step left the job is as it
+  /// was read, and not changed.
+  void undo();
+  void redo();
+  /// Forgets the steps: the editor is left.
+  void reset();
+
+  /// The selected job took the place of one that was read from its file, with this checksum.
+  void began(const std::shared_ptr<Launchd>& job, std::string fileChecksum);
+  /// What the job's file held when the job was read from it; empty if that isn't known.
+  std::string fileChecksum() const;
+  /// From now on the file is known to hold something else.
+  void setFileChecksum(std::string checksum) { m_fileChecksum = std::move(checksum); }
+
+ private:
+  struct State {
+    launchd::Plist record;
+    Kind kind;
+  };
+
+  std::shared_ptr<Launchd> selected() const;
+  bool isAbout(const std::shared_ptr<Launchd>& job) const;
+  bool continuesStep(std::string_view field);
+  void swap(std::vector<State>& from, std::vector<State>& to);
+
+  Program& m_program;
+  std::weak_ptr<Launchd> m_job;  ///< whose steps these are
+  std::string m_fileChecksum;
+  bool m_wasChanged = false;  ///< before the first step
+  std::vector<State> m_done;
+  std::vector<State> m_undone;
+  std::string m_field;  ///< of the last step
+  double m_lastChange = 0;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,98 @@
+#include "core/editor/SectionStack.h"
+
+namespace mirvel {
+
+namespace {
+
+using launchd::Plist;
+
+// A key that is in the file is shown, be it false, 0 or empty.
+template <typename... Fields>
+bool isAnySet(const Fields&... fields) {
+  return (fields.has_value() || ...);
+}
+
+bool hasDeprecatedKeys(const Plist& plist) {
+  return isAnySet(plist.debug, plist.enableGlobbing, plist.onDemand, plist.serviceIPC, plist.timeOut,
+                  plist.hopefullyExitsFirst, plist.hopefullyExitsLast, plist.rootDirectory, plist.limitLoadFromHosts,
+                  plist.limitLoadToHosts, plist.inetdCompatibility);
+}
+
+bool hasLimits(const Plist& plist) {
+  return isAnySet(plist.lowPriorityIO, plist.lowPriorityBackgroundIO, plist.launchOnlyOnce, plist.nice,
+                  plist.throttleInterval, plist.processType, plist.limitLoadToSessionType, plist.limitLoadToHardware,
+                  plist.softResourceLimits, plist.hardResourceLimits);
+}
+
+bool hasMiscellaneous(const Plist& plist) {
+  return isAnySet(plist.abandonProcessGroup, plist.enablePressuredExit, plist.enableTransactions, plist.legacyTimers,
+                  plist.materializeDatalessFiles, plist.sessionCreate, plist.waitForDebugger, plist.exitTimeOut,
+                  plist.umask);
+}
+
+bool isShown(StackSection section, const Plist& plist) {
+  switch (section) {
+    case StackSection::when:
+      return isAnySet(plist.runAtLoad, plist.keepAlive, plist.startOnMount) || !plist.scheduled.empty();
+    case StackSection::paths:
+      return isAnySet(plist.standardErrorPath, plist.standardInPath, plist.standardOutPath, plist.workingDirectory,
+                      plist.queueDirectories, plist.watchPaths);
+    case StackSection::limits:
+      return hasLimits(plist);
+    case StackSection::root:
+      return isAnySet(plist.initGroups, plist.userName, plist.groupName);
+    case StackSection::miscellaneous:
+      return hasMiscellaneous(plist);
+    case StackSection::environmentVariables:
+      return plist.environmentVariables && !plist.environmentVariables->empty();
+    case StackSection::launchEvents:
+      return isAnySet(plist.launchEvents);
+    case StackSection::machServices:
+      return isAnySet(plist.machServices);
+    case StackSection::sockets:
+      return isAnySet(plist.sockets);
+    case StackSection::deprecated:
+      return hasDeprecatedKeys(plist);
+    case StackSection::unknown:
+      return isAnySet(plist.unknownKeys);
+    case StackSection::general:
+    case StackSection::notes:
+      return true;
+  }
+  return false;
+}
+
+std::vector<StackEntry> allSections(const Localize& localize) {
+  return {{StackSection::general, std::nullopt},
+          {StackSection::when, localize.when()},
+          {StackSection::paths, localize.paths()},
+          {StackSection::limits, localize.limits()},
+          {StackSection::root, "root"},
+          {StackSection::miscellaneous, localize.miscellaneous()},
+          {StackSection::environmentVariables, "EnvironmentVariables"},
+          {StackSection::launchEvents, "LaunchEvents"},
+          {StackSection::machServices, "MachServices"},
+          {StackSection::sockets, "Sockets"},
+          {StackSection::deprecated, localize.deprecated()},
+          {StackSection::unknown, localize.unknown()},
+          {StackSection::notes, localize.notes()}};
+}
+
+}  // namespace
+
+std::vector<StackEntry> displayStack(const Plist& plist, const Localize& localize) {
+  auto result = allSections(localize);
+  std::erase_if(result, [&](const StackEntry& entry) { return !isShown(entry.section, plist); });
+  return result;
+}
+
+std::vector<StackEntry> editStack(const Plist& plist, const Localize& localize) {
+  auto result = allSections(localize);
+  std::erase_if(result, [&](const StackEntry& entry) {
+    const bool hasCondition = entry.section == StackSection::deprecated || entry.section == StackSection::unknown;
+    return hasCondition && !isShown(entry.section, plist);
+  });
+  return result;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,91 @@
+#include "core/editor/WhenRules.h"
+
+#include <map>
+
+#include "core/app/Program.h"
+#include "core/support/Bidirectional.h"
+#include "core/support/Strings.h"
+
+namespace mirvel::WhenRules {
+
+namespace {
+
+using launchd::KeepAlive;
+using launchd::Plist;
+
+std::vector<std::string> lines(const launchd::StringMap<bool>& entries, const Program& program, bool arePaths) {
+  const Localize& localize = program.foundation.localize;
+  const std::string home = program.foundation.roots.home.native();
+  std::vector<std::string> result;
+  for (const auto& [key, isOn] : entries) {
+    if (key.empty()) continue;
+    const std::string shown = arePaths ? String::shortenHomeFolder(key, home) : key;
+    result.push_back(
+        bidirectionalString({shown, isOn ? localize.on() : localize.off()}, " : ", localize.isRightToLeft()));
+  }
+  return result;
+}
+
+std::vector<Condition> conditions(const KeepAlive& keepAlive, const Program& program) {
+  std::vector<Condition> result;
+  const auto addBox = [&result](std::string key, std::optional<bool> state) {
+    if (state) result.push_back({.key = std::move(key), .state = state});
+  };
+  const auto addLines = [&](std::string_view key, const std::optional<launchd::StringMap<bool>>& entries) {
+    const bool arePaths = key == pathStateKey;
+    if (entries) result.push_back({.key = std::string(key), .lines = lines(*entries, program, arePaths)});
+  };
+  addBox("Crashed", keepAlive.crashed);
+  addBox("NetworkState", keepAlive.networkState);
+  addBox("SuccessfulExit", keepAlive.successfulExit);
+  addBox("AfterInitialDemand", keepAlive.afterInitialDemand);
+  addLines(pathStateKey, keepAlive.pathState);
+  addLines(otherJobEnabledKey, keepAlive.otherJobEnabled);
+  return result;
+}
+
+/// What is restarted only under conditions.
+KeepAlive& conditional(Plist& plist) {
+  if (!plist.keepAlive) plist.keepAlive.emplace();
+  plist.keepAlive->bool_.reset();
+  return *plist.keepAlive;
+}
+
+}  // namespace
+
+Display display(const Plist& plist, const Program& program) {
+  Display result{
+      .runAtLoad = plist.runAtLoad, .startOnMount = plist.startOnMount, .isScheduled = !plist.scheduled.empty()};
+  if (!plist.keepAlive) return result;
+  result.keepAlive = plist.keepAlive->bool_.value_or(true);
+  if (!plist.keepAlive->bool_) result.conditions = conditions(*plist.keepAlive, program);
+  return result;
+}
+
+void keepAlive(Plist& plist, bool isOn) {
+  if (isOn) {
+    plist.keepAlive.emplace().bool_ = true;
+  } else {
+    plist.keepAlive.reset();
+  }
+}
+
+void crashed(Plist& plist, BoxClick click) {
+  conditional(plist).crashed = click.value();
+}
+
+void successfulExit(Plist& plist, BoxClick click) {
+  conditional(plist).successfulExit = click.value();
+}
+
+void gridTableChanged(Plist& plist, std::string_view key, const std::vector<GridTable::Item>& rows) {
+  if (key == pathStateKey) conditional(plist).pathState = GridTable::dictionaryOf(rows);
+  if (key == otherJobEnabledKey) conditional(plist).otherJobEnabled = GridTable::dictionaryOf(rows);
+}
+
+void removeSchedule(Plist& plist) {
+  plist.startInterval.reset();
+  plist.startCalendarInterval.reset();
+}
+
+}  // namespace mirvel::WhenRules

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/editor/BoxClick.h"
+#include "core/editor/GridTable.h"
+#include "core/plist/Plist.h"
+
+namespace mirvel {
+
+class Program;
+
+/// What the section about when a job runs shows, and what its controls make of the record.
+namespace WhenRules {
+
+/// The keys of the tables of conditions.
+inline constexpr std::string_view pathStateKey = "PathState";
+inline constexpr std::string_view otherJobEnabledKey = "OtherJobEnabled";
+
+/// A condition under which a job is kept alive: a box, or one line for each path or job.
+struct Condition {
+  std::string key;
+  std::optional<bool> state = {};
+  std::vector<std::string> lines = {};
+
+  bool operator==(const Condition&) const = default;
+};
+
+/// What is shown of a record that is only looked at. An absent box isn't there.
+struct Display {
+  std::optional<bool> runAtLoad = {};
+  std::optional<bool> keepAlive = {};
+  std::vector<Condition> conditions = {};
+  std::optional<bool> startOnMount = {};
+  bool isScheduled = false;
+
+  bool operator==(const Display&) const = default;
+};
+
+Display display(const launchd::Plist& plist, const Program& program);
+
+/// The box that keeps a job alive: off takes the key away, whatever it held.
+void keepAlive(launchd::Plist& plist, bool isOn);
+// A condition takes the place of the plain form.
+void crashed(launchd::Plist& plist, BoxClick click);
+void successfulExit(launchd::Plist& plist, BoxClick click);
+/// Takes over the rows of the table with that key; nothing for any other.
+void gridTableChanged(launchd::Plist& plist, std::string_view key, const std::vector<GridTable::Item>& rows);
+/// The job has no schedule any more.
+void removeSchedule(launchd::Plist& plist);
+
+}  // namespace WhenRules
+
+}  // namespace mirvel
