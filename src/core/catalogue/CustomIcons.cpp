@@ -9,6 +9,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
+fs::path iconFolder(const fs::path& applicationSupport) {
+  return applicationSupport / "Icons";
+}
+
 /// The visible picture files of the store by their names without extension.
 std::unordered_map<std::string, fs::path> storedIcons(const fs::path& folder) {
   std::unordered_map<std::string, fs::path> icons;
@@ -22,8 +26,12 @@ std::unordered_map<std::string, fs::path> storedIcons(const fs::path& folder) {
 
 }  // namespace
 
+fs::path customIconFile(const fs::path& applicationSupport, const std::string& name) {
+  return iconFolder(applicationSupport) / (name + ".png");
+}
+
 void matchCustomIcons(const Jobs& jobs, const fs::path& applicationSupport, Workspace& workspace) {
-  const auto icons = storedIcons(applicationSupport / "Icons");
+  const auto icons = storedIcons(iconFolder(applicationSupport));
   for (const auto& job : jobs) {
     job->customIconDigest = job->iconStoreName();
     const auto found = job->customIconDigest ? icons.find(*job->customIconDigest) : icons.end();

@@ -86,4 +86,10 @@ std::string Editing::fileChecksum() const {
   return isAbout(job) ? m_fileChecksum : job->checksum;
 }
 
+void Editing::setFileChecksum(std::string checksum) {
+  const auto job = selected();
+  if (!isAbout(job)) began(job, {});
+  m_fileChecksum = std::move(checksum);
+}
+
 }  // namespace mirvel

@@ -37,8 +37,8 @@ class Editing {
   void began(const std::shared_ptr<Launchd>& job, std::string fileChecksum);
   /// What the job's file held when the job was read from it; empty if that isn't known.
   std::string fileChecksum() const;
-  /// From now on the file is known to hold something else.
-  void setFileChecksum(std::string checksum) { m_fileChecksum = std::move(checksum); }
+  /// The user knows that the file of the selected job holds something else by now.
+  void setFileChecksum(std::string checksum);
 
  private:
   struct State {

@@ -9,6 +9,7 @@ namespace mirvel {
 
 void MainWindowController::selectedJobDidChange() {
   updateTitle();
+  m_program.scheduledController.delegate = nullptr;
   if (m_program.shell.mainWindow) m_program.shell.mainWindow->setEdited(false);
   if (m_program.shell.detail) m_program.shell.detail->updateDetail();
   if (!m_program.state.selectedJob) refresh();

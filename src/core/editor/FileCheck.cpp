@@ -1,0 +1,33 @@
+#include "core/editor/FileCheck.h"
+
+#include <system_error>
+
+#include "core/app/Program.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+FileCheck::FileCheck(Program& program) : m_program(program), m_delay(program.platform.mainQueue) {}
+
+void FileCheck::check(const std::string& command, Answer answer) {
+  const int number = ++*m_last;
+  const bool isWanted = m_program.foundation.defaults.showInvalidData();
+  auto files = isWanted ? m_program.repairs.fileArguments(command) : std::vector<fs::path>();
+  if (files.empty()) return answer({});
+
+  auto deliver = m_delay.whileOwned([last = m_last, number, answer = std::move(answer)](std::vector<fs::path> missing) {
+    if (*last == number) answer(missing);
+  });
+  m_program.platform.fileQueue.add([files = std::move(files), last = m_last, number, deliver = std::move(deliver),
+                                    &queue = m_program.platform.mainQueue]() mutable {
+    if (*last != number) return;
+    std::erase_if(files, [](const fs::path& file) {
+      std::error_code failure;
+      return fs::exists(file, failure);
+    });
+    queue.post([deliver = std::move(deliver), files = std::move(files)] { deliver(files); });
+  });
+}
+
+}  // namespace mirvel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/support/Delay.h"
+
+namespace mirvel {
+
+class Program;
+
+/// Looks whether the files are there that a command names. A disk may take its time to answer, so it is asked beside
+/// the main thread; only the answer to the last question is given. For the main thread.
+class FileCheck {
+ public:
+  using Answer = std::function<void(const std::vector<std::filesystem::path>& missing)>;
+
+  explicit FileCheck(Program& program);
+
+  /// The answer comes on the main thread, later; at once, and with none missing, if the command names no file or the
+  /// user doesn't want to know.
+  void check(const std::string& command, Answer answer);
+
+ private:
+  Program& m_program;
+  Delay m_delay;
+  std::shared_ptr<std::atomic<int>> m_last = std::make_shared<std::atomic<int>>(0);
+};
+
+}  // namespace mirvel

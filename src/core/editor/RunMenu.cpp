@@ -1,0 +1,45 @@
+#include "core/editor/RunMenu.h"
+
+#include <algorithm>
+
+#include "core/app/Program.h"
+#include "core/mainwindow/Segue.h"
+#include "core/support/Strings.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+RunMenu RunMenu::of(const Program& program, const std::string& command, const std::string& selected) {
+  RunMenu menu;
+  const Shell& shell = program.shell;
+  const bool hasSheet = shell.mainWindow && shell.mainWindow->hasSheet();
+  menu.offersTest = !command.empty() && !hasSheet && shell.segues.contains(String::test);
+  menu.file = offeredFile(program.repairs.fileArguments(command), selected);
+  menu.offersEdit = menu.file && shell.editScript;
+  return menu;
+}
+
+std::optional<fs::path> RunMenu::offeredFile(const std::vector<fs::path>& files, const std::string& selected) {
+  if (files.empty()) return std::nullopt;
+  const auto found = std::find(files.begin(), files.end(), fs::path(selected));
+  if (!selected.empty() && found != files.end()) return *found;
+  const std::string& first = files.front().native();
+  const bool isInterpreter = first.starts_with("/bin") || first.starts_with("/usr");
+  return files.size() > 1 && isInterpreter ? files[1] : files.front();
+}
+
+std::string chosenCommand(const Program& program, const fs::path& file) {
+  return program.repairs.commandForFile(file).value_or(String::quote(file.native()));
+}
+
+std::string withCommand(std::string text, const std::string& command) {
+  if (!text.empty() && !text.ends_with(' ')) text += ' ';
+  return text + command;
+}
+
+std::string droppedFile(const fs::path& file) {
+  return file.native().find(' ') == std::string::npos ? file.native() : String::quote(file.native());
+}
+
+}  // namespace mirvel

@@ -1,0 +1,168 @@
+#include "core/editor/EditController.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/catalogue/Launchd.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class FakeStack final : public EditStackType {
+ public:
+  EditButtons buttons = {};
+  bool isDiscardHidden = false;
+  int endedEditing = 0;
+  Versions versions = {};
+  std::function<void(int)> answer = {};
+
+  void showButtons(const EditButtons& shown) override { buttons = shown; }
+  void hideDiscardButton() override { isDiscardHidden = true; }
+  void endEditing() override { ++endedEditing; }
+  void compare(const Versions& both, std::function<void(int)> completion) override {
+    versions = both;
+    answer = std::move(completion);
+  }
+};
+
+class EditControllerTest : public testdata::ProgramFixture {
+ protected:
+  EditControllerTest() : shell(program()), controller(program(), stack) {
+    file = writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
+    scan();
+    program().state.selectedJob = jobNamed("a");
+  }
+  void edit() {
+    Launchd* const job = program().editing.markJobChanged();
+    ASSERT_TRUE(job);
+    job->plist().nice = 5;
+  }
+  void changeFile() { (void)writeJob(Kind::userAgent, "a", {{"Program", "/bin/theirs"}}); }
+
+  std::filesystem::path file;
+  testdata::RecordingShell shell;
+  FakeStack stack;
+  EditController controller;
+};
+
+TEST_F(EditControllerTest, ButtonsFollowTheState) {
+  const struct {
+    bool isBusy;
+    bool hasUnsavedChanges;
+    EditButtons buttons;
+  } table[] = {{false, false, {false, "Done"}},
+               {false, true, {false, "Discard Changes"}},
+               {true, false, {true, "Done"}},
+               {true, true, {true, "Discard Changes"}}};
+  for (const auto& row : table) {
+    program().state.isBusy = row.isBusy;
+    program().state.hasUnsavedChanges = row.hasUnsavedChanges;
+    controller.updateButtons();
+    EXPECT_EQ(stack.buttons, row.buttons);
+  }
+}
+
+TEST_F(EditControllerTest, SavingTakesOverWhatIsTypedAndSendsTheRecord) {
+  edit();
+  controller.save();
+  EXPECT_EQ(stack.endedEditing, 1);
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  EXPECT_NE(helpers.requests.front().text("string").find("<key>Nice</key>"), std::string::npos);
+  EXPECT_TRUE(stack.buttons.isBusy);
+
+  helpers.requests.front().reply({});
+  EXPECT_FALSE(program().state.hasUnsavedChanges);
+  EXPECT_EQ(stack.buttons.discardTitle, "Done");
+  EXPECT_EQ(shell.count("showDisplay"), 1U);
+}
+
+TEST_F(EditControllerTest, OnlyAJobOfLaunchdCanBeSaved) {
+  program().state.selectedJob.reset();
+  controller.save();
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_EQ(stack.endedEditing, 0);
+}
+
+TEST_F(EditControllerTest, DiscardingReadsTheFileAnewAndLeavesAlsoWithoutAChange) {
+  class Delegate final : public ScheduledDelegate {
+    void rulesDidChange() override {}
+  } delegate;
+  controller.discardEdits();
+  EXPECT_EQ(shell.count("showDisplay"), 1U);
+  EXPECT_EQ(fetchQueue.count(), 0U);
+
+  edit();
+  program().scheduledController.delegate = &delegate;
+  controller.discardEdits();
+  EXPECT_TRUE(stack.isDiscardHidden);
+  EXPECT_FALSE(program().scheduledController.delegate);
+  EXPECT_EQ(shell.count("showDisplay"), 2U);
+  EXPECT_EQ(fetchQueue.count(), 1U);
+  settle();
+  EXPECT_EQ(dynamic_cast<Launchd&>(*jobNamed("a")).plist().nice, std::nullopt);
+}
+
+TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSaysSo) {
+  edit();
+  changeFile();
+  const std::string theirs = testdata::bytes(file);
+  controller.save();
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  ASSERT_THAT(interface.sheets, SizeIs(1));
+  EXPECT_EQ(interface.sheets.front().first.message, "“a” was changed meanwhile");
+
+  interface.answerSheet(Interface::otherButton);
+  EXPECT_EQ(stack.versions.theirs, theirs);
+  EXPECT_NE(stack.versions.mine.find("Nice"), std::string::npos);
+  stack.answer(Interface::otherButton);
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+
+  controller.save();
+  interface.answerSheet(Interface::defaultButton);
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  helpers.requests.front().failure(Error{.code = Error::Code::Io, .message = "the helper has ended"});
+  controller.save();
+  EXPECT_THAT(interface.sheets, IsEmpty()) << "the user knows";
+  EXPECT_THAT(helpers.requests, SizeIs(2));
+}
+
+TEST_F(EditControllerTest, TheirVersionTakesThePlaceOfMine) {
+  edit();
+  changeFile();
+  controller.save();
+  interface.answerSheet(Interface::alternateButton);
+  settle();
+  EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
+  EXPECT_FALSE(program().state.hasUnsavedChanges);
+  EXPECT_THAT(helpers.requests, IsEmpty());
+}
+
+TEST_F(EditControllerTest, AFileThatIsGoneOrNoLongerAJobIsNoObstacle) {
+  edit();
+  std::filesystem::remove(file);
+  controller.save();
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+  helpers.requests.front().failure(Error{.code = Error::Code::Io, .message = "full"});
+
+  (void)write(Kind::userAgent, "a.plist", "garbage");
+  controller.save();
+  interface.answerSheet(Interface::otherButton);
+  EXPECT_EQ(stack.versions.theirs, "garbage");
+  stack.answer(Interface::defaultButton);
+  EXPECT_THAT(helpers.requests, SizeIs(2));
+}
+
+TEST_F(EditControllerTest, HelpIsThePageAboutSettings) {
+  controller.help();
+  EXPECT_THAT(workspace.deeds, ElementsAre("openAddress https://mirvel.app/mirvel/#settings"));
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,130 @@
+#include "core/editor/Editing.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/app/ReplaceSelected.h"
+#include "core/catalogue/Launchd.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+class EditingTest : public testdata::ProgramFixture {
+ protected:
+  EditingTest() : shell(program()) {
+    writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
+    writeJob(Kind::userAgent, "b");
+    scan();
+    program().state.selectedJob = jobNamed("a");
+  }
+  Editing& editing() { return program().editing; }
+  launchd::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
+  void rename(const std::string& name) {
+    ASSERT_TRUE(editing().markJobChanged("name"));
+    record().name = name;
+  }
+  void setNice(int nice) {
+    ASSERT_TRUE(editing().markJobChanged());
+    record().nice = nice;
+  }
+  bool hasChanges() { return program().state.hasUnsavedChanges; }
+
+  testdata::RecordingShell shell;
+};
+
+TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForthAgain) {
+  const launchd::Plist read = record().clone();
+  setNice(1);
+  setNice(2);
+  rename("x");
+  rename("xy");
+  ASSERT_TRUE(editing().markJobChanged());
+  program().state.selectedJob->kind = Kind::localDaemon;
+  const launchd::Plist edited = record().clone();
+
+  editing().undo();
+  EXPECT_EQ(program().state.selectedJob->kind, Kind::userAgent);
+  EXPECT_EQ(record().name, "xy");
+  editing().undo();
+  EXPECT_EQ(record().name, "a") << "what was typed in one go is one step";
+  editing().undo();
+  EXPECT_EQ(record().nice, 1);
+  EXPECT_TRUE(hasChanges());
+  editing().undo();
+  EXPECT_EQ(record(), read);
+  EXPECT_FALSE(hasChanges());
+  EXPECT_FALSE(editing().canUndo());
+  EXPECT_EQ(shell.count("showEdit"), 4U);
+
+  while (editing().canRedo()) editing().redo();
+  EXPECT_EQ(record(), edited);
+  EXPECT_EQ(program().state.selectedJob->kind, Kind::localDaemon);
+  EXPECT_TRUE(hasChanges());
+}
+
+TEST_F(EditingTest, APauseAndAnotherFieldEndAStep) {
+  rename("x");
+  clock.now += 2;
+  rename("xy");
+  setNice(1);
+  rename("xyz");
+  const char* const names[] = {"xy", "xy", "x", "a"};
+  for (const char* const name : names) {
+    editing().undo();
+    EXPECT_EQ(record().name, name);
+  }
+  EXPECT_FALSE(editing().canUndo());
+}
+
+TEST_F(EditingTest, AChangeAfterUndoForgetsWhatWasUndone) {
+  setNice(1);
+  editing().undo();
+  EXPECT_TRUE(editing().canRedo());
+  setNice(2);
+  EXPECT_FALSE(editing().canRedo());
+  editing().undo();
+  EXPECT_EQ(record().nice, std::nullopt);
+  EXPECT_FALSE(hasChanges());
+}
+
+TEST_F(EditingTest, OnlyASelectedLaunchdJobCanBeChangedAndStepsAreItsOwn) {
+  setNice(1);
+  program().state.hasUnsavedChanges = false;
+  program().state.selectedJob = jobNamed("b");
+  EXPECT_FALSE(editing().canUndo());
+  editing().undo();
+  EXPECT_EQ(record().nice, std::nullopt);
+  setNice(5);
+  editing().undo();
+  EXPECT_FALSE(editing().canUndo());
+
+  program().state.selectedJob.reset();
+  EXPECT_FALSE(editing().markJobChanged());
+  EXPECT_FALSE(hasChanges());
+}
+
+TEST_F(EditingTest, NothingIsUndoneWhileASaveRuns) {
+  setNice(1);
+  program().state.isBusy = true;
+  editing().undo();
+  EXPECT_EQ(record().nice, 1);
+}
+
+TEST_F(EditingTest, ARestoredRevisionStaysAChangeAndKnowsTheFileThatItIsToReplace) {
+  const std::string checksum = program().state.selectedJob->checksum;
+  EXPECT_EQ(editing().fileChecksum(), checksum);
+  ASSERT_TRUE(replaceSelected(program(), {{"Label", "a"}, {"Nice", 3}}));
+  EXPECT_EQ(editing().fileChecksum(), checksum);
+  ASSERT_TRUE(replaceSelected(program(), {{"Label", "a"}, {"Nice", 4}}));
+  EXPECT_EQ(editing().fileChecksum(), checksum);
+  setNice(9);
+  EXPECT_EQ(editing().fileChecksum(), checksum);
+  editing().undo();
+  EXPECT_EQ(record().nice, 4);
+  EXPECT_TRUE(hasChanges());
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,50 @@
+#include "core/editor/IconEditing.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/catalogue/CustomIcons.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+using testing::SizeIs;
+
+class IconEditingTest : public testdata::ProgramFixture {};
+
+TEST_F(IconEditingTest, AnIconIsStoredUnderThePathOfItsJobAndShown) {
+  writeJob(Kind::userAgent, "a");
+  scan();
+  testdata::RecordingShell shell(program());
+  const auto job = jobNamed("a");
+  program().state.selectedJob = job;
+  const auto file = customIconFile(roots.applicationSupport, *job->iconStoreName());
+
+  setCustomIcon(program(), job, "picture");
+  EXPECT_EQ(testdata::bytes(file), "picture");
+  EXPECT_EQ(job->customIcon, Image::file(file));
+  setCustomIcon(program(), job, "another");
+  EXPECT_EQ(testdata::bytes(file), "another");
+  EXPECT_EQ(shell.count("updateIcon"), 2U);
+  EXPECT_EQ(shell.count("reloadJob a"), 2U);
+  EXPECT_FALSE(program().state.hasUnsavedChanges) << "it is no part of the job's file";
+
+  removeCustomIcon(program(), job);
+  EXPECT_FALSE(std::filesystem::exists(file));
+  EXPECT_EQ(job->customIcon, std::nullopt);
+  EXPECT_EQ(shell.count("updateIcon"), 3U);
+}
+
+TEST_F(IconEditingTest, WhatCantBeStoredIsToldAndChangesNothing) {
+  writeJob(Kind::userAgent, "a");
+  scan();
+  (void)folder.write("support", "a file in the place of the folder");
+  setCustomIcon(program(), jobNamed("a"), "picture");
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_EQ(jobNamed("a")->customIcon, std::nullopt);
+}
+
+}  // namespace
+}  // namespace mirvel
