@@ -1,6 +1,95 @@
 #include "core/editor/GridTable.h"
 
+#include <algorithm>
+#include <utility>
+
+#include "core/plist/LimitLoadToSessionType.h"
+
 namespace mirvel::GridTable {
+
+bool hasBox(Kind kind) {
+  return kind == Kind::boolString || kind == Kind::boolPath;
+}
+
+bool isTextEditable(Kind kind) {
+  return kind != Kind::limitLoadToSessionType;
+}
+
+bool holdsPaths(Kind kind) {
+  return adding(kind) == Adding::FilePanel || adding(kind) == Adding::FolderPanel;
+}
+
+Adding adding(Kind kind) {
+  switch (kind) {
+    case Kind::boolPath:
+    case Kind::path:
+      return Adding::FilePanel;
+    case Kind::directory:
+      return Adding::FolderPanel;
+    case Kind::limitLoadToSessionType:
+      return Adding::SessionTypeMenu;
+    case Kind::boolString:
+    case Kind::string:
+      return Adding::EmptyRow;
+  }
+  return Adding::EmptyRow;
+}
+
+Table::Table(Kind kind, const Source& source, std::string key, GridTableDelegate& delegate)
+    : m_kind(kind), m_key(std::move(key)), m_delegate(delegate) {
+  std::visit([this](const auto& content) { load(content); }, source);
+}
+
+void Table::load(const launchd::StringMap<bool>& source) {
+  for (const auto& [text, isOn] : source) m_rows.push_back({.bool_ = isOn, .string = text});
+}
+
+void Table::load(const std::vector<std::string>& source) {
+  for (const std::string& text : source) m_rows.push_back({.string = text});
+}
+
+std::array<SessionTypeItem, 4> Table::sessionTypeItems() const {
+  using Agent = launchd::LimitLoadToSessionType::Agent;
+  const auto item = [this](Agent agent, std::string_view toolTip) {
+    const auto title = launchd::LimitLoadToSessionType::text(agent);
+    const bool isThere =
+        std::any_of(m_rows.begin(), m_rows.end(), [&](const Item& row) { return row.string == title; });
+    return SessionTypeItem{.title = title, .toolTip = toolTip, .isEnabled = !isThere};
+  };
+  return {item(Agent::aqua, "Has access to all GUI services, much like a login item."),
+          item(Agent::background, "Runs in a context that’s the parent of all contexts for a given user."),
+          item(Agent::loginWindow, "Runs in the loginwindow context."),
+          item(Agent::standardIO, "Runs only in non-GUI login sessions (most notably, SSH login sessions).")};
+}
+
+std::size_t Table::add(std::string text) {
+  m_rows.push_back({.bool_ = true, .string = std::move(text)});
+  tell();
+  return m_rows.size() - 1;
+}
+
+bool Table::remove(std::size_t row) {
+  if (row >= m_rows.size()) return false;
+  m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(row));
+  tell();
+  return true;
+}
+
+void Table::setText(std::size_t row, std::string text) {
+  if (row >= m_rows.size() || m_rows[row].string == text) return;
+  m_rows[row].string = std::move(text);
+  tell();
+}
+
+void Table::setBox(std::size_t row, bool isOn) {
+  if (row >= m_rows.size() || m_rows[row].bool_ == isOn) return;
+  m_rows[row].bool_ = isOn;
+  tell();
+}
+
+void Table::tell() {
+  m_delegate.gridTableChanged(m_key, m_rows);
+}
 
 std::optional<launchd::StringMap<bool>> dictionaryOf(const std::vector<Item>& rows) {
   launchd::StringMap<bool> result;

@@ -1,5 +1,7 @@
 #include "core/editor/SectionStack.h"
 
+#include "core/editor/SectionKeys.h"
+
 namespace mirvel {
 
 namespace {
@@ -12,37 +14,18 @@ bool isAnySet(const Fields&... fields) {
   return (fields.has_value() || ...);
 }
 
-bool hasDeprecatedKeys(const Plist& plist) {
-  return isAnySet(plist.debug, plist.enableGlobbing, plist.onDemand, plist.serviceIPC, plist.timeOut,
-                  plist.hopefullyExitsFirst, plist.hopefullyExitsLast, plist.rootDirectory, plist.limitLoadFromHosts,
-                  plist.limitLoadToHosts, plist.inetdCompatibility);
-}
-
-bool hasLimits(const Plist& plist) {
-  return isAnySet(plist.lowPriorityIO, plist.lowPriorityBackgroundIO, plist.launchOnlyOnce, plist.nice,
-                  plist.throttleInterval, plist.processType, plist.limitLoadToSessionType, plist.limitLoadToHardware,
-                  plist.softResourceLimits, plist.hardResourceLimits);
-}
-
-bool hasMiscellaneous(const Plist& plist) {
-  return isAnySet(plist.abandonProcessGroup, plist.enablePressuredExit, plist.enableTransactions, plist.legacyTimers,
-                  plist.materializeDatalessFiles, plist.sessionCreate, plist.waitForDebugger, plist.exitTimeOut,
-                  plist.umask);
-}
-
 bool isShown(StackSection section, const Plist& plist) {
   switch (section) {
     case StackSection::when:
       return isAnySet(plist.runAtLoad, plist.keepAlive, plist.startOnMount) || !plist.scheduled.empty();
     case StackSection::paths:
-      return isAnySet(plist.standardErrorPath, plist.standardInPath, plist.standardOutPath, plist.workingDirectory,
-                      plist.queueDirectories, plist.watchPaths);
+      return SectionKeys::Paths::isAnySet(plist) || SectionKeys::PathLists::isAnySet(plist);
     case StackSection::limits:
-      return hasLimits(plist);
+      return SectionKeys::Limits::isAnySet(plist);
     case StackSection::root:
-      return isAnySet(plist.initGroups, plist.userName, plist.groupName);
+      return SectionKeys::Root::isAnySet(plist);
     case StackSection::miscellaneous:
-      return hasMiscellaneous(plist);
+      return SectionKeys::Miscellaneous::isAnySet(plist);
     case StackSection::environmentVariables:
       return plist.environmentVariables && !plist.environmentVariables->empty();
     case StackSection::launchEvents:
@@ -52,7 +35,7 @@ bool isShown(StackSection section, const Plist& plist) {
     case StackSection::sockets:
       return isAnySet(plist.sockets);
     case StackSection::deprecated:
-      return hasDeprecatedKeys(plist);
+      return SectionKeys::Deprecated::isAnySet(plist);
     case StackSection::unknown:
       return isAnySet(plist.unknownKeys);
     case StackSection::general:

@@ -21,4 +21,11 @@ std::string fromInt(std::int64_t number) {
   return {digits.data(), result.ptr};
 }
 
+std::string displayString(std::int64_t mask) {
+  constexpr std::size_t classes = 3;
+  std::string digits = fromInt(mask);
+  if (mask >= 0 && digits.size() < classes) digits.insert(0, classes - digits.size(), '0');
+  return digits;
+}
+
 }  // namespace mirvel::Octal

@@ -15,4 +15,8 @@ std::optional<std::int64_t> toInt(std::string_view text);
 /// behind a minus sign.
 std::string fromInt(std::int64_t number);
 
+/// A mask as people write it, with a digit for each of user, group and others: "022" of 18, and more digits of a larger
+/// number.
+std::string displayString(std::int64_t mask);
+
 }  // namespace mirvel::Octal

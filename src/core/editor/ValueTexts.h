@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/propertylist/Value.h"
+#include "core/support/Localize.h"
+
+namespace mirvel {
+
+/// How the values of a job file read, in the words of a language.
+class ValueTexts {
+ public:
+  explicit ValueTexts(const Localize& localize);
+
+  std::string boolean(bool isOn) const { return isOn ? m_localize.on() : m_localize.off(); }
+  std::string number(std::int64_t number) const { return m_localize.int_(number); }
+  /// With the fewest digits that mean this very number.
+  std::string real(double number) const;
+  /// Its size: nobody reads bytes.
+  std::string data(const plist::Data& data) const;
+  std::string date(plist::Date date) const;
+
+  /// "key : value", key first in any language.
+  std::string line(const std::string& key, const std::string& value) const { return joined({key, value}, " : "); }
+  /// The first part read first in any language.
+  std::string joined(const std::vector<std::string>& parts, std::string_view separator) const;
+
+ private:
+  const Localize& m_localize;
+  const bool m_isRightToLeft;
+};
+
+/// One below the other.
+std::string joinedLines(const std::vector<std::string>& lines);
+
+}  // namespace mirvel

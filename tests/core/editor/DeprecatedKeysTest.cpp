@@ -1,0 +1,73 @@
+#include "core/editor/DeprecatedKeys.h"
+
+#include <gtest/gtest.h>
+
+#include "core/editor/SectionRows.h"
+#include "support/JobText.h"
+
+namespace mirvel {
+namespace {
+
+using plist::Array;
+using plist::Dictionary;
+
+launchd::Plist record(const Dictionary& keys) {
+  return std::move(*launchd::Plist::read(testdata::jobText("job", keys)));
+}
+
+bool isSectionShown(const launchd::Plist& plist, StackSection section) {
+  for (const auto& entry : editStack(plist, Localize("en"))) {
+    if (entry.section == section) return true;
+  }
+  return false;
+}
+
+TEST(DeprecatedKeysTest, EachDeprecatedKeyIsShownAndGoesByItsName) {
+  const Foundation foundation(Roots::below("/nowhere"), {}, {}, "en");
+  const std::pair<const char*, plist::Value> table[] = {
+      {"Debug", false},
+      {"EnableGlobbing", true},
+      {"OnDemand", false},
+      {"ServiceIPC", true},
+      {"TimeOut", 0},
+      {"HopefullyExitsFirst", false},
+      {"HopefullyExitsLast", false},
+      {"RootDirectory", ""},
+      {"LimitLoadFromHosts", Array{}},
+      {"LimitLoadToHosts", Array{"h"}},
+      {"inetdCompatibility", Dictionary{}},
+  };
+  const launchd::Plist bare = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}});
+  for (const auto& [key, value] : table) {
+    launchd::Plist job = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}, {key, value}});
+    EXPECT_TRUE(isSectionShown(job, StackSection::deprecated)) << key;
+    const auto rows = sectionRows(StackSection::deprecated, job, foundation);
+    ASSERT_EQ(rows.size(), 1U) << key;
+    EXPECT_EQ(rows.front().key, key);
+    EXPECT_TRUE(deleteDeprecated(job, key)) << key;
+    EXPECT_EQ(job.encode(), bare.encode()) << key << ": and nothing else";
+    EXPECT_FALSE(isSectionShown(job, StackSection::deprecated)) << key;
+    EXPECT_FALSE(deleteDeprecated(job, key)) << key;
+  }
+}
+
+TEST(DeprecatedKeysTest, OtherKeysAreNoneOfThese) {
+  launchd::Plist job = record({{"Nice", 1}, {"Debug", true}, {"Odd", 1}});
+  for (const char* key : {"Nice", "debug", "InetdCompatibility", "Odd", "Label", ""}) {
+    EXPECT_FALSE(deleteDeprecated(job, key)) << key;
+  }
+  for (const char* key : {"Nice", "Debug", "odd", ""}) EXPECT_FALSE(deleteUnknown(job, key)) << key;
+}
+
+TEST(DeprecatedKeysTest, ADeletedUnknownKeyIsNotWrittenBack) {
+  launchd::Plist job = record({{"Odd", 1}, {"Strange", "s"}});
+  EXPECT_TRUE(deleteUnknown(job, "Odd"));
+  EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}, {"Strange", "s"}}));
+  EXPECT_FALSE(deleteUnknown(job, "Odd"));
+  EXPECT_TRUE(deleteUnknown(job, "Strange"));
+  EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}}));
+  EXPECT_TRUE(isSectionShown(job, StackSection::unknown)) << "the title stays until the editor is shown anew";
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,71 @@
+#include "core/editor/Description.h"
+
+#include <gtest/gtest.h>
+
+#include "core/support/Strings.h"
+
+namespace mirvel {
+namespace {
+
+using plist::Array;
+using plist::Dictionary;
+using plist::Value;
+
+const Localize& english() {
+  static const Localize texts("en");
+  return texts;
+}
+
+TEST(DescriptionTest, EveryTypeReadsAsAPersonWritesIt) {
+  const struct {
+    Value value;
+    const char* text;
+  } table[] = {
+      {true, "On"},
+      {86400, "86400"},
+      {plist::Integer::fromUnsigned(UINT64_MAX), "18446744073709551615"},
+      {0.1, "0.1"},
+      {"a\nb", "a\nb"},
+      {plist::Data{"12345"}, "5 bytes"},
+      {plist::Data{std::string(1, '\0')}, "1 byte"},
+      {plist::Uid{7}, "7"},
+      {Array{}, "[ ]"},
+      {Dictionary{}, "{ }"},
+      {Array{1, "b", Array{}}, "– 1\n– b\n– [ ]"},
+      {Array{Array{1, 2}, Dictionary{{"k", false}}}, "–\n  – 1\n  – 2\n–\n  k : Off"},
+      {Dictionary{{"a", Dictionary{{"b", Array{"x"}}, {"c", Dictionary{}}}}, {"d", 1}},
+       "a :\n  b :\n    – x\n  c : { }\nd : 1"},
+      {plist::Set{{1}}, "– 1"},
+  };
+  for (const auto& row : table) EXPECT_EQ(description(row.value, english()), row.text);
+  const std::string year = description(plist::Date{200 * 86400.0}, english());
+  EXPECT_NE(year.find("2001"), std::string::npos) << year;
+}
+
+TEST(DescriptionTest, HugeValuesEndInAnEllipsisAndAreNotReadToTheirEnd) {
+  Value deep = 1;
+  for (int depth = 0; depth < 5000; ++depth) deep = Array{std::move(deep), "after"};
+  Value wide = Array{};
+  for (int level = 0; level < 6; ++level) wide = Array(10, wide);
+  const struct {
+    const char* name;
+    Value value;
+  } table[] = {
+      {"text", std::string(1'000'000, 'x')},
+      {"characters of several bytes", std::string("ä") + std::string(3000, 'x')},
+      {"array", Array(1'000'000, Value("ä"))},
+      {"key", Dictionary{{std::string(1'000'000, 'k'), 1}}},
+      {"deep", std::move(deep)},
+      {"wide", std::move(wide)},
+  };
+  for (const auto& row : table) {
+    const std::string text = description(row.value, english());
+    EXPECT_TRUE(text.ends_with("…")) << row.name;
+    EXPECT_LE(String::characterCount(text), 2001U) << row.name;
+    EXPECT_GT(String::characterCount(text), 1500U) << row.name;
+  }
+  EXPECT_EQ(description(std::string(2000, 'x'), english()), std::string(2000, 'x'));
+}
+
+}  // namespace
+}  // namespace mirvel
