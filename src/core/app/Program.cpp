@@ -16,6 +16,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock),
       notes(foundation.roots.applicationSupport, platform.mainQueue),
       editing(*this),
+      scheduledController(foundation.localize),
       actions(*this),
       menus(*this) {}
 

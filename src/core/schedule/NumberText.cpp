@@ -14,7 +14,8 @@ struct NumberText::Format {
   std::unique_ptr<icu::NumberFormat> format;  // none: ICU has no data, and no text is a number
   icu::UnicodeString groupingSeparator;
 
-  std::optional<std::int64_t> parse(const icu::UnicodeString& text) const;
+  std::optional<icu::Formattable> parse(const icu::UnicodeString& text) const;
+  icu::UnicodeString withoutGrouping(std::string_view text) const;
 };
 
 namespace {
@@ -23,9 +24,15 @@ icu::UnicodeString wide(std::string_view text) {
   return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
 }
 
+std::optional<std::int64_t> whole(const std::optional<icu::Formattable>& number) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::int64_t result = number ? number->getInt64(status) : 0;
+  return number && U_SUCCESS(status) ? std::optional(result) : std::nullopt;
+}
+
 }  // namespace
 
-std::optional<std::int64_t> NumberText::Format::parse(const icu::UnicodeString& text) const {
+std::optional<icu::Formattable> NumberText::Format::parse(const icu::UnicodeString& text) const {
   if (!format || text.isEmpty()) return std::nullopt;
   icu::Formattable number;
   icu::ParsePosition position;
@@ -33,8 +40,13 @@ std::optional<std::int64_t> NumberText::Format::parse(const icu::UnicodeString& 
   if (position.getIndex() != text.length()) return std::nullopt;
   UErrorCode status = U_ZERO_ERROR;
   if (!std::isfinite(number.getDouble(status))) return std::nullopt;  // to ICU "NaN" is a number
-  const std::int64_t result = number.getInt64(status);
-  return U_SUCCESS(status) ? std::optional(result) : std::nullopt;
+  return number;
+}
+
+icu::UnicodeString NumberText::Format::withoutGrouping(std::string_view text) const {
+  icu::UnicodeString digits = wide(text);
+  if (!groupingSeparator.isEmpty()) digits.findAndReplace(groupingSeparator, {});
+  return digits;
 }
 
 NumberText::NumberText(const std::string& locale) {
@@ -51,13 +63,17 @@ NumberText::NumberText(const std::string& locale) {
 NumberText::~NumberText() = default;
 
 std::optional<std::int64_t> NumberText::parse(std::string_view text) const {
-  return m_format->parse(wide(text));
+  return whole(m_format->parse(wide(text)));
 }
 
 std::optional<std::int64_t> NumberText::parseField(std::string_view text) const {
-  icu::UnicodeString digits = wide(text);
-  if (!m_format->groupingSeparator.isEmpty()) digits.findAndReplace(m_format->groupingSeparator, {});
-  return m_format->parse(digits);
+  return whole(m_format->parse(m_format->withoutGrouping(text)));
+}
+
+std::optional<double> NumberText::parseExactly(std::string_view text) const {
+  const auto number = m_format->parse(m_format->withoutGrouping(text));
+  UErrorCode status = U_ZERO_ERROR;
+  return number ? std::optional(number->getDouble(status)) : std::nullopt;
 }
 
 }  // namespace mirvel::Scheduled

@@ -21,6 +21,8 @@ class NumberText {
   std::optional<std::int64_t> parse(std::string_view text) const;
   /// Likewise, whatever grouping separators stand anywhere in the text.
   std::optional<std::int64_t> parseField(std::string_view text) const;
+  /// Likewise, with its fraction, and of any size.
+  std::optional<double> parseExactly(std::string_view text) const;
 
  private:
   struct Format;

@@ -1,6 +1,19 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
+#include "core/schedule/Criterion.h"
+#include "core/schedule/NumberText.h"
+#include "core/schedule/Row.h"
+#include "core/schedule/Scheduled.h"
+#include "core/support/Localize.h"
+
 namespace mirvel {
+
+namespace Scheduled {
+class RuleEditor;
+}
 
 /// Hears that the rows of the rule editor have changed.
 class ScheduledDelegate {
@@ -13,10 +26,45 @@ class ScheduledDelegate {
   virtual void rulesDidChange() = 0;
 };
 
-/// The data source of the rule editors. For the main thread.
+/// The data source of the rule editors: what can be chosen in their rows, and how rules become rows. Everything slow is
+/// made when it is first asked for. For the main thread.
 class ScheduledController {
  public:
+  /// `localize` outlives it.
+  explicit ScheduledController(const Localize& localize);
+  ~ScheduledController();
+  ScheduledController(const ScheduledController&) = delete;
+  ScheduledController& operator=(const ScheduledController&) = delete;
+
   ScheduledDelegate* delegate = nullptr;  ///< whoever it is takes itself out when it goes
+
+  const Localize& localize() const { return m_localize; }
+  /// The criteria below that one; with none, the six kinds of rule.
+  const Criteria& children(const Criterion* criterion) const;
+  const Criteria& criteria() const { return children(nullptr); }
+  /// What is chosen in a new row of each kind.
+  const std::vector<Criteria>& criteriaRows() const;
+  /// By these the rows of the editors are read, see `Scheduled::readRows`.
+  const Scheduled::Texts& texts() const;
+  const Scheduled::NumberText& numbers() const;
+
+  /// Makes what is slow, so that no editor has to wait for it.
+  void prepare() const;
+  /// Replaces the editor's rows by those of the rules; the delegate isn't told. A rule that no row can show, one with a
+  /// number out of range, leaves a new row in its place.
+  void load(const std::vector<Scheduled::ScheduledType>& rules, Scheduled::RuleEditor& editor);
+  bool isBuilding() const { return m_isBuilding; }
+
+  /// Tells the delegate, unless rules are being loaded.
+  void rowsDidChange();
+
+ private:
+  struct Source;
+  const Source& source() const;
+
+  const Localize& m_localize;
+  mutable std::unique_ptr<const Source> m_source;
+  bool m_isBuilding = false;
 };
 
 }  // namespace mirvel

@@ -145,8 +145,10 @@ class Localize {
   std::string loginItems() const { return text("Login Items"); }
   std::string mail() const { return text("Mail"); }
   std::string message() const { return text("Message"); }
+  std::string minuteNeeded() const { return text("A minute from 0 to 59 is needed"); }
   std::string miscellaneous() const { return text("Miscellaneous"); }
   std::string mode() const { return text("Mode"); }
+  std::string month() const { return text("Month"); }
   std::string mountingLogicalVolume() const { return text("Mounting a logical volume"); }
   std::string name() const { return text("Name"); }
   std::string new_() const { return text("New"); }
@@ -168,6 +170,7 @@ class Localize {
   std::string off() const { return text("Off"); }
   std::string ok() const { return text("OK"); }
   std::string on() const { return text("On"); }
+  std::string onlyTheFirstIntervalCounts() const { return text("Only the first repeat interval counts"); }
   std::string open() const { return text("Open"); }
   std::string part() const { return text("Part"); }
   std::string path() const { return text("Path"); }
@@ -208,11 +211,14 @@ class Localize {
     return text("The item couldn’t be added or removed because of an unknown error");
   }
   std::string themes() const { return text("Themes"); }
+  std::string time() const { return text("Time"); }
   std::string timePeriod() const { return text("Time Period"); }
   std::string timeline() const { return text("Timeline"); }
+  std::string tooLarge() const { return text("This number is too large"); }
   std::string toolbar() const { return text("Toolbar"); }
   std::string tree() const { return text("Tree"); }
   std::string uninstall() const { return text("Uninstall"); }
+  std::string unit() const { return text("Unit"); }
   std::string unknown() const { return text("Unknown"); }
   std::string unsavedChanges() const { return text("There are unsaved changes"); }
   std::string value() const { return text("Value"); }

@@ -1,0 +1,71 @@
+#include "core/schedule/NumberProblem.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "core/schedule/AppliedRules.h"
+
+namespace mirvel::Scheduled {
+
+namespace {
+
+using Problem = std::optional<NumberProblem>;
+
+const NumberField* fieldOf(const Row& row) {
+  const auto found = std::find_if(row.begin(), row.end(),
+                                  [](const DisplayValue& value) { return std::holds_alternative<NumberField>(value); });
+  return found == row.end() ? nullptr : &std::get<NumberField>(*found);
+}
+
+bool isOf(Kind kind, const Row& row, const Texts& texts) {
+  const auto* text = row.empty() ? nullptr : std::get_if<std::string>(&row.front());
+  return text && *text == texts.of(kind);
+}
+
+Problem problemOf(const Row& row, const Texts& texts, const NumberText& numbers) {
+  constexpr std::int64_t shortest = 10;
+  const NumberField* const field = fieldOf(row);
+  if (!field) return std::nullopt;
+  const auto exact = numbers.parseExactly(field->text);
+  if (!exact || std::trunc(*exact) != *exact) return NumberProblem::notAWholeNumber;
+  const auto number = numbers.parseField(field->text);
+  if (isOf(Kind::everyHour, row, texts)) {
+    return number && *number >= 0 && *number <= 59 ? Problem() : NumberProblem::noMinute;
+  }
+  if (*exact <= 0) return NumberProblem::lessThanTenSeconds;
+  const AppliedRules applied = readRows({row}, texts, numbers);
+  if (!applied.startInterval) return NumberProblem::tooLarge;
+  return *applied.startInterval == shortest && *number < shortest ? NumberProblem::lessThanTenSeconds : Problem();
+}
+
+}  // namespace
+
+std::vector<Problem> numberProblems(const std::vector<Row>& rows, const Texts& texts, const NumberText& numbers) {
+  std::vector<Problem> result;
+  bool hasInterval = false;
+  for (const Row& row : rows) {
+    const bool isInterval = isOf(Kind::repeatInterval, row, texts);
+    result.push_back(hasInterval && isInterval ? NumberProblem::notTheFirstInterval : problemOf(row, texts, numbers));
+    hasInterval = hasInterval || (isInterval && readRows({row}, texts, numbers).startInterval);
+  }
+  return result;
+}
+
+std::string text(NumberProblem problem, const Localize& localize) {
+  switch (problem) {
+    case NumberProblem::notAWholeNumber:
+      return localize.notAWholeNumber();
+    case NumberProblem::tooLarge:
+      return localize.tooLarge();
+    case NumberProblem::lessThanTenSeconds:
+      return localize.lessThanTenSeconds();
+    case NumberProblem::noMinute:
+      return localize.minuteNeeded();
+    case NumberProblem::notTheFirstInterval:
+      break;
+  }
+  return localize.onlyTheFirstIntervalCounts();
+}
+
+}  // namespace mirvel::Scheduled

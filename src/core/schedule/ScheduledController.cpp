@@ -1,0 +1,67 @@
+#include "core/schedule/ScheduledController.h"
+
+#include "core/schedule/LocalizedTexts.h"
+#include "core/schedule/RuleEditor.h"
+
+namespace mirvel {
+
+struct ScheduledController::Source {
+  explicit Source(const Localize& localize)
+      : texts(Scheduled::localizedTexts(localize)),
+        numbers(localize.locale()),
+        criteria(makeCriteria(texts, localize)) {
+    for (const auto& kind : criteria) criteriaRows.push_back(completed({kind}));
+  }
+
+  const Scheduled::Texts texts;
+  const Scheduled::NumberText numbers;
+  const Criteria criteria;
+  std::vector<Criteria> criteriaRows;
+};
+
+ScheduledController::ScheduledController(const Localize& localize) : m_localize(localize) {}
+
+ScheduledController::~ScheduledController() = default;
+
+const ScheduledController::Source& ScheduledController::source() const {
+  if (!m_source) m_source = std::make_unique<const Source>(m_localize);
+  return *m_source;
+}
+
+const Criteria& ScheduledController::children(const Criterion* criterion) const {
+  return criterion ? criterion->children() : source().criteria;
+}
+
+const std::vector<Criteria>& ScheduledController::criteriaRows() const {
+  return source().criteriaRows;
+}
+
+const Scheduled::Texts& ScheduledController::texts() const {
+  return source().texts;
+}
+
+const Scheduled::NumberText& ScheduledController::numbers() const {
+  return source().numbers;
+}
+
+void ScheduledController::prepare() const {
+  (void)source();
+}
+
+void ScheduledController::load(const std::vector<Scheduled::ScheduledType>& rules, Scheduled::RuleEditor& editor) {
+  m_isBuilding = true;
+  while (editor.numberOfRows() > 0) editor.removeRow(editor.numberOfRows() - 1);
+  for (const auto& rule : rules) {
+    editor.addRow();
+    auto row = Scheduled::rowOf(rule, criteriaRows()[rule.index()], m_localize);
+    if (row) editor.setRow(editor.numberOfRows() - 1, *std::move(row));
+  }
+  m_isBuilding = false;
+  editor.rowsWereLoaded();
+}
+
+void ScheduledController::rowsDidChange() {
+  if (!m_isBuilding && delegate) delegate->rulesDidChange();
+}
+
+}  // namespace mirvel

@@ -1,0 +1,296 @@
+#include "core/schedule/RuleEditor.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+#include "core/schedule/AppliedRules.h"
+#include "core/support/Dates.h"
+
+namespace mirvel::Scheduled {
+namespace {
+
+using testing::ElementsAre;
+using Unit = RepeatInterval::Unit;
+using Rules = std::vector<ScheduledType>;
+using Lines = std::vector<std::string>;
+
+constexpr auto at = Date::timeOfDay;
+
+std::string line(const Row& row) {
+  struct Visitor {
+    std::string operator()(const std::string& text) const { return text; }
+    std::string operator()(const NumberField& field) const { return '[' + field.text + ']'; }
+    std::string operator()(const TimePicker& picker) const {
+      return '<' + std::to_string(Date::hour(picker.time)) + ':' + std::to_string(Date::minute(picker.time)) + '>';
+    }
+  };
+  std::string result;
+  for (const DisplayValue& value : row) result += (result.empty() ? "" : " | ") + std::visit(Visitor(), value);
+  return result;
+}
+
+/// Keeps what is told, in its order.
+class Told final : public RuleEditorType, public ScheduledDelegate {
+ public:
+  std::vector<std::string> news;
+
+  std::vector<std::string> take() { return std::exchange(news, {}); }
+
+ private:
+  void rowWasAdded(std::size_t row) override { news.push_back("added " + std::to_string(row)); }
+  void rowWasRemoved(std::size_t row) override { news.push_back("removed " + std::to_string(row)); }
+  void rowWasRechosen(std::size_t row, std::size_t position) override {
+    news.push_back("rechosen " + std::to_string(row) + '.' + std::to_string(position));
+  }
+  void valueWasEntered() override { news.push_back("entered"); }
+  void rowsWereLoaded() override { news.push_back("loaded"); }
+  void rulesDidChange() override { news.push_back("rules"); }
+};
+
+class RuleEditorTest : public testing::Test {
+ protected:
+  RuleEditorTest() { controller.delegate = &told; }
+
+  Lines lines() const {
+    Lines result;
+    for (const Row& row : editor.rows()) result.push_back(line(row));
+    return result;
+  }
+
+  const Localize localize{"en"};
+  ScheduledController controller{localize};
+  Told told;
+  RuleEditor editor{controller, &told};
+};
+
+std::vector<std::string> names(const Criteria& criteria) {
+  std::vector<std::string> result;
+  for (const auto& criterion : criteria) result.push_back(criterion->name());
+  return result;
+}
+
+TEST_F(RuleEditorTest, TheTreeHoldsAllThatRulesCanSay) {
+  const Criteria& kinds = controller.criteria();
+  EXPECT_THAT(names(kinds),
+              ElementsAre("Repeat Interval", "Every Hour", "Every Day", "Day of Week", "Day of Month", "Day of Year"));
+  const auto children = [&](int kind) { return names(kinds[static_cast<std::size_t>(kind)]->children()); };
+  EXPECT_THAT(children(0), ElementsAre("seconds", "minutes", "hours", "days"));
+  EXPECT_THAT(children(3), ElementsAre("Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday",
+                                       "Weekdays", "Weekends"));
+  EXPECT_EQ(children(4).size(), 31U);
+  EXPECT_EQ(children(4).back(), "31");
+  EXPECT_EQ(children(5).size(), 12U);
+  EXPECT_EQ(names(kinds[5]->children()[1]->children()), children(4)) << "February, too";
+
+  Lines defaults;
+  for (const Criteria& path : controller.criteriaRows()) defaults.push_back(line(newRow(path).displayValues));
+  EXPECT_THAT(defaults, ElementsAre("Repeat Interval | seconds | [30]", "Every Hour | [0] | minute",
+                                    "Every Day | <9:0>", "Day of Week | Sunday | <9:0>", "Day of Month | 1 | <9:0>",
+                                    "Day of Year | January | 1 | <9:0>"));
+}
+
+TEST_F(RuleEditorTest, EachKindOfRuleIsLoadedIntoItsRow) {
+  const std::pair<ScheduledType, const char*> table[] = {
+      {RepeatInterval{2, Unit::hours}, "Repeat Interval | hours | [2]"},
+      {RepeatInterval{86401, Unit::seconds}, "Repeat Interval | seconds | [86,401]"},
+      {RepeatInterval{0, Unit::days}, "Repeat Interval | days | [0]"},
+      {EveryHour{59}, "Every Hour | [59] | minute"},
+      {EveryDay{at(0, 5)}, "Every Day | <0:5>"},
+      {DayOfWeek{6, at(23, 59)}, "Day of Week | Saturday | <23:59>"},
+      {DayOfWeek{DayOfWeek::weekdays, at(9, 0)}, "Day of Week | Weekdays | <9:0>"},
+      {DayOfWeek{DayOfWeek::weekends, at(9, 0)}, "Day of Week | Weekends | <9:0>"},
+      {DayOfMonth{30, at(9, 0)}, "Day of Month | 31 | <9:0>"},
+      {DayOfYear{1, 30, at(9, 0)}, "Day of Year | February | 31 | <9:0>"},
+      // What no row can show leaves a new one.
+      {RepeatInterval{2, static_cast<Unit>(4)}, "Repeat Interval | seconds | [30]"},
+      {DayOfWeek{9, at(8, 0)}, "Repeat Interval | seconds | [30]"},
+      {DayOfMonth{-1, at(8, 0)}, "Repeat Interval | seconds | [30]"},
+      {DayOfYear{12, 0, at(8, 0)}, "Repeat Interval | seconds | [30]"},
+      {DayOfYear{11, 31, at(8, 0)}, "Repeat Interval | seconds | [30]"},
+  };
+  for (const auto& [rule, shown] : table) {
+    controller.load({rule}, editor);
+    EXPECT_THAT(lines(), ElementsAre(shown));
+  }
+}
+
+TEST_F(RuleEditorTest, LoadingReplacesTheRowsAndIsNoEdit) {
+  controller.load({EveryHour{1}, EveryHour{2}, EveryHour{3}}, editor);
+  EXPECT_THAT(told.take(), ElementsAre("loaded"));
+  controller.load({EveryDay{at(1, 0)}, DayOfMonth{99, {}}, EveryHour{4}}, editor);
+  EXPECT_THAT(lines(), ElementsAre("Every Day | <1:0>", "Every Day | <9:0>", "Every Hour | [4] | minute"));
+  controller.load({}, editor);
+  EXPECT_EQ(editor.numberOfRows(), 0U);
+  EXPECT_THAT(told.take(), ElementsAre("loaded", "loaded"));
+}
+
+TEST_F(RuleEditorTest, AnotherChoiceReplacesWhatIsBehindItAndKeepsWhatStillFits) {
+  const struct {
+    ScheduledType rule;
+    std::size_t position, child;
+    const char* shown;
+  } table[] = {
+      {RepeatInterval{7, Unit::hours}, 1, 3, "Repeat Interval | days | [7]"},
+      {RepeatInterval{7, Unit::hours}, 0, 1, "Every Hour | [0] | minute"},
+      {RepeatInterval{7, Unit::hours}, 0, 5, "Day of Year | January | 1 | <9:0>"},
+      {EveryHour{7}, 0, 0, "Repeat Interval | seconds | [30]"},
+      {EveryDay{at(7, 7)}, 0, 3, "Day of Week | Sunday | <7:7>"},
+      {EveryDay{at(7, 7)}, 0, 5, "Day of Year | January | 1 | <7:7>"},
+      {DayOfWeek{3, at(7, 7)}, 1, 8, "Day of Week | Weekends | <7:7>"},
+      {DayOfWeek{3, at(7, 7)}, 0, 2, "Every Day | <7:7>"},
+      {DayOfMonth{14, at(7, 7)}, 0, 5, "Day of Year | January | 1 | <7:7>"},
+      {DayOfYear{2, 14, at(7, 7)}, 1, 1, "Day of Year | February | 15 | <7:7>"},
+      {DayOfYear{2, 14, at(7, 7)}, 2, 30, "Day of Year | March | 31 | <7:7>"},
+      {DayOfYear{2, 14, at(7, 7)}, 0, 0, "Repeat Interval | seconds | [30]"},
+  };
+  for (const auto& row : table) {
+    controller.load({EveryHour{1}, row.rule}, editor);
+    (void)told.take();
+    editor.chooseChild(1, row.position, row.child);
+    EXPECT_THAT(lines(), ElementsAre("Every Hour | [1] | minute", row.shown));
+    EXPECT_THAT(told.take(), ElementsAre("rechosen 1." + std::to_string(row.position), "rules"));
+  }
+}
+
+TEST_F(RuleEditorTest, NewRowsAreLikeTheOneBeforeButASecondIntervalWouldNotCount) {
+  editor.addRow();
+  EXPECT_THAT(told.take(), ElementsAre("added 0", "rules"));
+  editor.addRowBehind(0);
+  editor.chooseChild(1, 0, 4);
+  editor.setTime(1, at(1, 2));
+  editor.addRowBehind(1);
+  (void)told.take();
+  editor.addRowBehind(0);
+  EXPECT_THAT(told.take(), ElementsAre("added 1", "rules"));
+  EXPECT_THAT(lines(), ElementsAre("Repeat Interval | seconds | [30]", "Every Hour | [0] | minute",
+                                   "Day of Month | 1 | <1:2>", "Day of Month | 1 | <9:0>"));
+}
+
+TEST_F(RuleEditorTest, EachChangeIsToldAndWhatChangesNothingIsNot) {
+  const std::pair<std::function<void()>, Lines> table[] = {
+      {[&] { editor.setNumber(0, "5"); }, {"entered", "rules"}},
+      {[&] { editor.setNumber(0, "5"); }, {}},
+      {[&] { editor.setNumber(0, ""); }, {"entered", "rules"}},
+      {[&] { editor.setTime(0, at(1, 0)); }, {}},  // it has no time
+      {[&] { editor.setTime(1, at(1, 0)); }, {"entered", "rules"}},
+      {[&] { editor.setTime(1, at(1, 0)); }, {}},
+      {[&] { editor.setNumber(2, "1"); }, {}},
+      {[&] { editor.chooseChild(0, 1, 0); }, {}},  // is chosen
+      {[&] { editor.chooseChild(0, 1, 4); }, {}},
+      {[&] { editor.chooseChild(0, 3, 0); }, {}},
+      {[&] { editor.chooseChild(2, 0, 0); }, {}},
+      {[&] { editor.addRowBehind(2); }, {}},
+      {[&] { editor.removeRow(2); }, {}},
+      {[&] { editor.removeRow(0); }, {"removed 0", "rules"}},
+      {[&] { editor.removeRow(0); }, {"removed 0", "rules"}},
+  };
+  controller.load({RepeatInterval{60, Unit::seconds}, EveryDay{at(9, 0)}}, editor);
+  (void)told.take();
+  for (const auto& [change, news] : table) {
+    change();
+    EXPECT_EQ(told.take(), news) << "row " << &news - &table[0].second;
+  }
+  controller.delegate = nullptr;
+  editor.addRow();
+  EXPECT_THAT(told.take(), ElementsAre("added 0"));
+}
+
+TEST_F(RuleEditorTest, ProblemsOfNumbersAreFound) {
+  using P = NumberProblem;
+  const struct {
+    const char* locale;
+    Unit unit;
+    const char* text;
+    std::optional<P> problem;
+  } table[] = {
+      {"en", Unit::seconds, "10", {}},
+      {"en", Unit::seconds, "9", P::lessThanTenSeconds},
+      {"en", Unit::seconds, "-20", P::lessThanTenSeconds},
+      {"en", Unit::seconds, "-99999999999999999999", P::lessThanTenSeconds},
+      {"en", Unit::minutes, "1", {}},
+      {"en", Unit::days, "0", P::lessThanTenSeconds},
+      {"en", Unit::minutes, "1,000", {}},
+      {"en", Unit::minutes, "1.5", P::notAWholeNumber},
+      {"en", Unit::minutes, "2.0", {}},
+      {"en", Unit::minutes, "", P::notAWholeNumber},
+      {"en", Unit::minutes, "five", P::notAWholeNumber},
+      {"en", Unit::minutes, "5 ", P::notAWholeNumber},
+      {"en", Unit::days, "106751991167300", {}},
+      {"en", Unit::days, "106751991167301", P::tooLarge},
+      {"en", Unit::seconds, "9223372036854775808", P::tooLarge},
+      {"de", Unit::minutes, "1,5", P::notAWholeNumber},
+      {"de", Unit::minutes, "1.500", {}},
+      {"ar_EG", Unit::seconds, "\u0669", P::lessThanTenSeconds},
+      {"ar_EG", Unit::seconds, "\u0661\u0660", {}},
+  };
+  for (const auto& row : table) {
+    const Localize language(row.locale);
+    ScheduledController itsController(language);
+    RuleEditor itsEditor(itsController);
+    itsController.load({RepeatInterval{60, row.unit}}, itsEditor);
+    itsEditor.setNumber(0, row.text);
+    EXPECT_THAT(itsEditor.problems(), ElementsAre(row.problem)) << row.locale << ": " << row.text;
+  }
+  const std::pair<const char*, std::optional<P>> minutes[] = {
+      {"0", {}}, {"59", {}}, {"60", P::noMinute}, {"-1", P::noMinute}, {"1e30", P::noMinute}, {"", P::notAWholeNumber}};
+  controller.load({EveryHour{5}}, editor);
+  for (const auto& [text, problem] : minutes) {
+    editor.setNumber(0, text);
+    EXPECT_THAT(editor.problems(), ElementsAre(problem)) << text;
+  }
+}
+
+TEST_F(RuleEditorTest, AnIntervalBehindTheOneThatCountsIsAProblem) {
+  controller.load({EveryDay{}, RepeatInterval{1, Unit::hours}, EveryHour{}, RepeatInterval{1, Unit::days}}, editor);
+  const std::optional<NumberProblem> none, ignored = NumberProblem::notTheFirstInterval;
+  EXPECT_THAT(editor.problems(), ElementsAre(none, none, none, ignored));
+  editor.setNumber(1, "one");
+  EXPECT_THAT(editor.problems(), ElementsAre(none, NumberProblem::notAWholeNumber, none, none));
+}
+
+/// Any rule that an editor can show. Intervals aren't less than 10 seconds, and of the largest unit that they have.
+ScheduledType anyRule(std::mt19937& random) {
+  const auto to = [&](int greatest) { return std::uniform_int_distribution<int>(0, greatest)(random); };
+  const auto time = [&] { return at(to(23), to(59)); };
+  switch (static_cast<Kind>(to(5))) {
+    case Kind::repeatInterval:
+      return splitInterval(10 + to(1'000'000));
+    case Kind::everyHour:
+      return EveryHour{to(59)};
+    case Kind::everyDay:
+      return EveryDay{time()};
+    case Kind::dayOfWeek:
+      return DayOfWeek{to(8), time()};
+    case Kind::dayOfMonth:
+      return DayOfMonth{to(30), time()};
+    case Kind::dayOfYear:
+      break;
+  }
+  return DayOfYear{to(11), to(30), time()};
+}
+
+TEST_F(RuleEditorTest, RowsSayWhatTheRulesSay) {
+  const Week fridayAndSaturday{.weekends = Days(0b1100000), .weekdays = Days(0b0011111)};
+  for (const char* locale : {"en", "de", "ar_EG"}) {
+    const Localize language(locale);
+    ScheduledController itsController(language);
+    RuleEditor itsEditor(itsController);
+    for (unsigned seed = 0; seed < 200; ++seed) {
+      std::mt19937 random(seed);
+      Rules loaded;
+      for (unsigned count = seed % 8; count > 0; --count) loaded.push_back(anyRule(random));
+      itsController.load(loaded, itsEditor);
+      EXPECT_EQ(itsEditor.rules(), loaded) << locale << ", seed " << seed;
+      // Each row by itself, as days of the week would be put together with those of other rows.
+      for (std::size_t i = 0; i < loaded.size(); ++i) {
+        const auto [seconds, calendar] = readRows({itsEditor.row(i).displayValues}, itsController.texts(),
+                                                  itsController.numbers(), fridayAndSaturday);
+        EXPECT_EQ(rules(seconds, calendar, fridayAndSaturday), Rules{loaded[i]}) << locale << ", seed " << seed;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace mirvel::Scheduled
