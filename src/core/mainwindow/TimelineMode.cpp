@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 
 #include "core/app/Program.h"
 #include "core/mainwindow/BuildTimeline.h"
@@ -50,7 +49,7 @@ void TimelineMode::update(const Jobs& jobs) {
 }
 
 void TimelineMode::buildTimeline() {
-  const auto now = sys_seconds(seconds(std::llround(std::floor(m_program.platform.clock.secondsSince1970()))));
+  const auto now = m_program.platform.clock.currentSecond();
   std::string zone = m_zone();
   if (zone != m_texts->zone()) {
     m_texts = std::make_unique<TimelineTexts>(m_program.foundation.localize, std::move(zone));

@@ -2,6 +2,7 @@
 
 #include "core/schedule/LocalizedTexts.h"
 #include "core/schedule/RuleEditor.h"
+#include "core/schedule/ZoneStretches.h"
 
 namespace mirvel {
 
@@ -42,6 +43,12 @@ const Scheduled::Texts& ScheduledController::texts() const {
 
 const Scheduled::NumberText& ScheduledController::numbers() const {
   return source().numbers;
+}
+
+const MomentTexts& ScheduledController::moments() const {
+  std::string zone = zoneOfThisMachine();
+  if (!m_moments || m_moments->zone() != zone) m_moments = std::make_unique<MomentTexts>(m_localize, std::move(zone));
+  return *m_moments;
 }
 
 void ScheduledController::prepare() const {

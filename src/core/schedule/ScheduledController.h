@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/schedule/Criterion.h"
+#include "core/schedule/MomentTexts.h"
 #include "core/schedule/NumberText.h"
 #include "core/schedule/Row.h"
 #include "core/schedule/Scheduled.h"
@@ -47,6 +48,8 @@ class ScheduledController {
   /// By these the rows of the editors are read, see `Scheduled::readRows`.
   const Scheduled::Texts& texts() const;
   const Scheduled::NumberText& numbers() const;
+  /// How moments are told in the time zone that the machine keeps now.
+  const MomentTexts& moments() const;
 
   /// Makes what is slow, so that no editor has to wait for it.
   void prepare() const;
@@ -64,6 +67,7 @@ class ScheduledController {
 
   const Localize& m_localize;
   mutable std::unique_ptr<const Source> m_source;
+  mutable std::unique_ptr<const MomentTexts> m_moments;
   bool m_isBuilding = false;
 };
 

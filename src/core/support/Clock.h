@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 namespace mirvel {
 
 /// What time it is.
@@ -12,6 +14,8 @@ class Clock {
 
   /// Seconds since 1970, with fractions.
   virtual double secondsSince1970() const = 0;
+  /// The second that has begun.
+  std::chrono::sys_seconds currentSecond() const;
 };
 
 /// The clock of the machine.
