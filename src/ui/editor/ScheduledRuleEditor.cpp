@@ -1,0 +1,150 @@
+#include "ui/editor/ScheduledRuleEditor.h"
+
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "core/explain/RuleText.h"
+#include "core/support/Dates.h"
+#include "ui/editor/RuleRowView.h"
+#include "ui/support/QtText.h"
+#include "ui/support/ValueText.h"
+
+namespace mirvel::ui {
+
+ScheduledRuleEditor::ScheduledRuleEditor(Program& program, QWidget* parent)
+    : QWidget(parent),
+      m_localize(program.foundation.localize),
+      m_editor(program.scheduledController, this),
+      m_layout(new QVBoxLayout(this)) {
+  m_layout->setContentsMargins(0, 0, 0, 0);
+  m_layout->setSpacing(style()->pixelMetric(QStyle::PM_LayoutLeftMargin));
+  setAccessibleName(qt(m_localize.scheduled()));
+}
+
+void ScheduledRuleEditor::setEditable(bool isEditable) {
+  if (isEditable == m_isEditable) return;
+  m_isEditable = isEditable;
+  rowsWereLoaded();
+}
+
+void ScheduledRuleEditor::addRow() {
+  m_editor.addRow();
+  if (m_isEditable) m_views.back()->controls().front()->setFocus(Qt::OtherFocusReason);
+}
+
+void ScheduledRuleEditor::rowsWereLoaded() {
+  clear();
+  if (m_isEditable) {
+    showRows();
+  } else {
+    showSentences();
+  }
+}
+
+void ScheduledRuleEditor::clear() {
+  delete std::exchange(m_sentences, nullptr);
+  for (RuleRowView* view : m_views) delete view;
+  m_views.clear();
+}
+
+void ScheduledRuleEditor::showRows() {
+  for (std::size_t row = 0; row < m_editor.numberOfRows(); ++row) insertView(row);
+  updateMarks();
+  updateTabOrder();
+}
+
+void ScheduledRuleEditor::showSentences() {
+  QStringList lines;
+  for (const auto& rule : m_editor.rules()) lines.append(qt(explain::ruleText(rule, m_localize)));
+  m_sentences = new ValueText(lines.join(QLatin1Char('\n')), this);
+  m_sentences->setAccessibleName(accessibleName());
+  m_layout->addWidget(m_sentences);
+}
+
+void ScheduledRuleEditor::insertView(std::size_t row) {
+  auto* view = new RuleRowView(m_localize, this);
+  view->showRow(m_editor, row, 0);
+  connect(view, &RuleRowView::childChosen, this, [this, view](std::size_t position, int child) {
+    m_editor.chooseChild(rowOf(*view), position, static_cast<std::size_t>(child));
+  });
+  connect(view, &RuleRowView::numberEdited, this,
+          [this, view](const QString& text) { m_editor.setNumber(rowOf(*view), utf8(text)); });
+  connect(view, &RuleRowView::timeEdited, this,
+          [this, view](QTime time) { m_editor.setTime(rowOf(*view), Date::timeOfDay(time.hour(), time.minute())); });
+  connect(view, &RuleRowView::addClicked, this, [this, view] { addBehind(*view); });
+  connect(view, &RuleRowView::removeClicked, this, [this, view] { remove(*view); });
+  m_layout->insertWidget(static_cast<int>(row), view);
+  view->show();  // at once, so that it can take the keys
+  m_views.insert(m_views.begin() + static_cast<std::ptrdiff_t>(row), view);
+}
+
+std::size_t ScheduledRuleEditor::rowOf(const RuleRowView& view) const {
+  return static_cast<std::size_t>(std::find(m_views.begin(), m_views.end(), &view) - m_views.begin());
+}
+
+void ScheduledRuleEditor::addBehind(const RuleRowView& view) {
+  const std::size_t row = rowOf(view);
+  m_editor.addRowBehind(row);
+  m_views[row + 1]->controls().front()->setFocus(Qt::TabFocusReason);
+}
+
+void ScheduledRuleEditor::remove(const RuleRowView& view) {
+  const std::size_t row = rowOf(view);
+  // The keys go over before their owner leaves, or they would be anywhere.
+  if (m_views.size() > 1) {
+    m_views[row + 1 < m_views.size() ? row + 1 : row - 1]->removeButton().setFocus(Qt::TabFocusReason);
+  }
+  m_editor.removeRow(row);
+}
+
+void ScheduledRuleEditor::rowWasAdded(std::size_t row) {
+  if (!m_isEditable) return rowsWereLoaded();
+  insertView(row);
+  updateMarks();
+  updateTabOrder();
+}
+
+void ScheduledRuleEditor::rowWasRemoved(std::size_t row) {
+  if (!m_isEditable) return rowsWereLoaded();
+  RuleRowView* view = m_views[row];
+  m_views.erase(m_views.begin() + static_cast<std::ptrdiff_t>(row));
+  m_layout->removeWidget(view);
+  view->hide();
+  view->deleteLater();  // its button may be what was clicked
+  updateMarks();
+}
+
+void ScheduledRuleEditor::rowWasRechosen(std::size_t row, std::size_t position) {
+  if (!m_isEditable) return rowsWereLoaded();
+  m_views[row]->showRow(m_editor, row, position + 1);
+  updateMarks();
+  updateTabOrder();
+}
+
+void ScheduledRuleEditor::valueWasEntered() {
+  if (!m_isEditable) return rowsWereLoaded();
+  updateMarks();
+}
+
+void ScheduledRuleEditor::updateMarks() {
+  const auto problems = m_editor.problems();
+  for (std::size_t row = 0; row < m_views.size(); ++row) m_views[row]->mark(problems[row]);
+}
+
+void ScheduledRuleEditor::updateTabOrder() {
+  // New widgets come last in the window; only what takes the keys can be told what follows it.
+  setFocusPolicy(Qt::TabFocus);
+  QWidget* before = this;
+  for (const RuleRowView* view : m_views) {
+    for (QWidget* control : view->controls()) {
+      setTabOrder(before, control);
+      before = control;
+    }
+  }
+  setFocusPolicy(Qt::NoFocus);
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,293 @@
+#include "ui/editor/ScheduledRuleEditor.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
+#include <QTextEdit>
+#include <QTimeEdit>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+#include <cmath>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/support/Dates.h"
+#include "support/ProgramFixture.h"
+#include "ui/EventLoop.h"
+#include "ui/support/InvalidData.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+using namespace Scheduled;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Names = std::vector<std::string>;
+using Rules = std::vector<ScheduledType>;
+using Unit = RepeatInterval::Unit;
+
+constexpr auto at = Date::timeOfDay;
+
+class ScheduledRuleEditorTest : public testdata::ProgramFixture, public ScheduledDelegate {
+ protected:
+  ~ScheduledRuleEditorTest() override { program().scheduledController.delegate = nullptr; }
+
+  /// A window with the editor between two buttons, and those rules in it.
+  ScheduledRuleEditor& open(const Rules& rules, int width = 520) {
+    m_window = std::make_unique<QWidget>();
+    auto* layout = new QVBoxLayout(m_window.get());
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_before = new QToolButton(m_window.get());
+    m_editor = new ScheduledRuleEditor(program(), m_window.get());
+    m_after = new QToolButton(m_window.get());
+    m_before->setFocusPolicy(Qt::StrongFocus);
+    m_after->setFocusPolicy(Qt::StrongFocus);
+    m_before->setAccessibleName(QStringLiteral("before"));
+    m_after->setAccessibleName(QStringLiteral("after"));
+    for (QWidget* widget :
+         {static_cast<QWidget*>(m_before), static_cast<QWidget*>(m_editor), static_cast<QWidget*>(m_after)}) {
+      layout->addWidget(widget);
+    }
+    layout->addStretch();
+    program().scheduledController.delegate = this;
+    program().scheduledController.load(rules, m_editor->editor());
+    m_window->resize(width, 800);
+    m_window->show();
+    m_window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
+    testdata::settle();
+    return *m_editor;
+  }
+
+  Rules rules() { return m_editor->editor().rules(); }
+  template <typename Widget>
+  Widget& control(const char* name, int index = 0) {
+    QList<Widget*> found;
+    for (auto* widget : m_editor->findChildren<Widget*>()) {
+      if (!widget->isHidden() && widget->accessibleName() == QLatin1String(name)) found.append(widget);
+    }
+    std::sort(found.begin(), found.end(), [this](auto* one, auto* other) { return top(*one) < top(*other); });
+    if (index >= found.size()) throw std::runtime_error(std::string("no control ") + name);
+    return *found[index];
+  }
+  int top(const QWidget& widget) const { return widget.mapTo(m_editor, QPoint()).y(); }
+  int left(const QWidget& widget) const { return widget.mapTo(m_editor, QPoint()).x(); }
+
+  static std::string focused() {
+    const QWidget* widget = QApplication::focusWidget();
+    return widget ? utf8(widget->accessibleName()) : "nothing";
+  }
+  static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+  static void type(const char* text) { QTest::keyClicks(QApplication::focusWidget(), QString::fromLatin1(text)); }
+  /// What gets the keys by the tabulator, from the button before the editor to the one behind it.
+  Names tabStops() {
+    Names result;
+    m_before->setFocus();
+    for (int count = 0; count < 50 && !m_after->hasFocus(); ++count) {
+      press(Qt::Key_Tab);
+      // The hours and the minutes of a time are one stop each.
+      if (result.empty() || result.back() != focused()) result.push_back(focused());
+    }
+    return result;
+  }
+
+  int changes = 0;
+  std::unique_ptr<QWidget> m_window;
+  ScheduledRuleEditor* m_editor = nullptr;
+  QToolButton* m_before = nullptr;
+  QToolButton* m_after = nullptr;
+
+ private:
+  void rulesDidChange() override { ++changes; }
+};
+
+TEST_F(ScheduledRuleEditorTest, ARuleIsMadeWithTheKeysAlone) {
+  open({}).addRow();
+  EXPECT_EQ(rules(), (Rules{RepeatInterval{30, Unit::seconds}}));
+  EXPECT_EQ(focused(), "Kind");
+  type("Day");
+  EXPECT_EQ(focused(), "Kind") << "it stays where it was chosen";
+  press(Qt::Key_Tab);
+  EXPECT_EQ(focused(), "Day of Week");
+  type("Weekd");
+  press(Qt::Key_Tab);
+  EXPECT_EQ(focused(), "Time");
+  EXPECT_EQ(rules(), (Rules{DayOfWeek{DayOfWeek::weekdays, at(9, 0)}}));
+  press(Qt::Key_Up);
+  EXPECT_EQ(rules(), (Rules{DayOfWeek{DayOfWeek::weekdays, at(10, 0)}}));
+}
+
+TEST_F(ScheduledRuleEditorTest, KeysGoThroughTheRowsInTheOrderOfReading) {
+  open({EveryHour{5}, DayOfYear{0, 0, at(9, 0)}});
+  const Names everyHour{"Kind", "minute", "Remove Rule", "Add Rule"};
+  const Names dayOfYear{"Kind", "Month", "Day of Month", "Time", "Remove Rule", "Add Rule"};
+  const auto expected = [&](std::initializer_list<Names> rows) {
+    Names result;
+    for (const Names& row : rows) result.insert(result.end(), row.begin(), row.end());
+    result.push_back("after");
+    return result;
+  };
+  EXPECT_EQ(tabStops(), expected({everyHour, dayOfYear}));
+  control<QToolButton>("Add Rule", 0).click();
+  EXPECT_EQ(tabStops(), expected({everyHour, everyHour, dayOfYear}));
+  control<QComboBox>("Kind", 0).setCurrentIndex(5);
+  EXPECT_EQ(tabStops(), expected({dayOfYear, everyHour, dayOfYear}));
+  control<QToolButton>("Remove Rule", 1).click();
+  EXPECT_EQ(tabStops(), expected({dayOfYear, dayOfYear}));
+}
+
+TEST_F(ScheduledRuleEditorTest, TheKeysFollowTheRowsThatComeAndGo) {
+  open({EveryHour{1}, EveryHour{2}});
+  control<QToolButton>("Add Rule", 0).setFocus();
+  press(Qt::Key_Space);
+  testdata::settle();
+  EXPECT_EQ(rules(), (Rules{EveryHour{1}, EveryHour{0}, EveryHour{2}}));
+  EXPECT_TRUE(control<QComboBox>("Kind", 1).hasFocus());
+  control<QToolButton>("Remove Rule", 1).setFocus();
+  for (const auto& left : {Rules{EveryHour{1}, EveryHour{2}}, Rules{EveryHour{1}}}) {
+    press(Qt::Key_Space);
+    testdata::settle();
+    EXPECT_EQ(rules(), left);
+    EXPECT_TRUE(control<QToolButton>("Remove Rule", static_cast<int>(left.size()) - 1).hasFocus());
+  }
+  press(Qt::Key_Space);
+  testdata::settle();
+  EXPECT_THAT(rules(), IsEmpty());
+  EXPECT_EQ(changes, 4);
+}
+
+TEST_F(ScheduledRuleEditorTest, EachKeyInANumberIsAChangeAndAWrongOneIsMarked) {
+  open({RepeatInterval{30, Unit::seconds}});
+  auto& field = control<QLineEdit>("Repeat Interval");
+  const struct {
+    const char* typed;
+    const char* problem;
+  } table[] = {
+      {"4", "Less than 10 seconds counts as 10 seconds"},
+      {"5", ""},
+      {"x", "This isn\u2019t a whole number"},
+  };
+  field.setFocus();
+  field.selectAll();
+  for (const auto& row : table) {
+    changes = 0;
+    type(row.typed);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(utf8(field.toolTip()), row.problem);
+    EXPECT_EQ(field.accessibleDescription(), field.toolTip());
+    const QColor color = field.palette().color(QPalette::Text);
+    EXPECT_EQ(color == invalidData(m_editor->palette()), *row.problem != '\0') << utf8(color.name());
+  }
+  m_window->setPalette(paletteOf(Scheme::Dark));
+  EXPECT_EQ(field.palette().color(QPalette::Text), invalidData(paletteOf(Scheme::Dark)));
+  field.clear();
+  QTest::keyClick(&field, Qt::Key_7);
+  field.setText({});
+  control<QComboBox>("Unit").setCurrentIndex(2);
+  EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval").toolTip()), "") << "7 hours";
+}
+
+TEST_F(ScheduledRuleEditorTest, AFieldIsMarkedForWhatStandsInAnotherRow) {
+  open({RepeatInterval{1, Unit::hours}, RepeatInterval{1, Unit::days}});
+  EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval", 1).toolTip()), "Only the first repeat interval counts");
+  control<QToolButton>("Remove Rule", 0).click();
+  testdata::settle();
+  EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval", 0).toolTip()), "");
+}
+
+TEST_F(ScheduledRuleEditorTest, TheWheelChangesOnlyWhatHasTheKeys) {
+  open({DayOfWeek{3, at(9, 0)}});
+  const auto wheel = [](QWidget& widget) {
+    QWheelEvent event(QPointF(5, 5), widget.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&widget, &event);
+    return event.isAccepted();
+  };
+  m_after->setFocus();
+  EXPECT_FALSE(wheel(control<QComboBox>("Day of Week")));
+  EXPECT_FALSE(wheel(control<QTimeEdit>("Time")));
+  EXPECT_EQ(rules(), (Rules{DayOfWeek{3, at(9, 0)}}));
+  control<QComboBox>("Day of Week").setFocus();
+  EXPECT_TRUE(wheel(control<QComboBox>("Day of Week")));
+  EXPECT_EQ(rules(), (Rules{DayOfWeek{4, at(9, 0)}}));
+}
+
+TEST_F(ScheduledRuleEditorTest, RowsWrapWhereTheyMust) {
+  const Rules oneOfEach{RepeatInterval{86401, Unit::seconds},
+                        EveryHour{5},
+                        EveryDay{at(9, 0)},
+                        DayOfWeek{3, at(9, 0)},
+                        DayOfMonth{30, {}},
+                        DayOfYear{8, 29, at(22, 45)}};
+  for (const int width : {240, 546}) {
+    open(oneOfEach, width);
+    EXPECT_EQ(m_window->width(), width);
+    for (const QWidget* widget : m_editor->findChildren<QWidget*>()) {
+      if (!widget->isVisibleTo(m_editor) || qobject_cast<QAbstractSpinBox*>(widget->parentWidget())) continue;
+      EXPECT_GE(left(*widget), 0) << widget->metaObject()->className();
+      EXPECT_LE(left(*widget) + widget->width(), width) << widget->metaObject()->className();
+    }
+    const bool isOneLine =
+        control<QComboBox>("Month").geometry().center().y() == control<QTimeEdit>("Time", 3).geometry().center().y();
+    EXPECT_EQ(isOneLine, width > 500);
+    // A row is as tall as its lines.
+    const QWidget& row = *control<QTimeEdit>("Time", 3).parentWidget();
+    EXPECT_LE(control<QTimeEdit>("Time", 3).geometry().bottom(), row.height());
+  }
+}
+
+TEST_F(ScheduledRuleEditorTest, RowsAreMirroredInRightToLeftWindows) {
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    QApplication::setLayoutDirection(direction);
+    open({DayOfWeek{3, at(9, 0)}});
+    const int xs[] = {left(control<QComboBox>("Kind")), left(control<QComboBox>("Day of Week")),
+                      left(control<QTimeEdit>("Time")), left(control<QToolButton>("Remove Rule")),
+                      left(control<QToolButton>("Add Rule"))};
+    const bool isMirrored = std::is_sorted(std::rbegin(xs), std::rend(xs));
+    EXPECT_EQ(std::is_sorted(std::begin(xs), std::end(xs)), direction == Qt::LeftToRight);
+    EXPECT_EQ(isMirrored, direction == Qt::RightToLeft);
+  }
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+TEST_F(ScheduledRuleEditorTest, RulesThatCantBeEditedAreSentences) {
+  open({RepeatInterval{5, Unit::seconds}, DayOfWeek{DayOfWeek::weekends, at(9, 0)}}).setEditable(false);
+  testdata::settle();
+  EXPECT_THAT(m_editor->findChildren<QComboBox*>(), IsEmpty());
+  EXPECT_THAT(m_editor->findChildren<QToolButton*>(), IsEmpty());
+  EXPECT_EQ(utf8(m_editor->findChild<QTextEdit*>()->toPlainText()),
+            "Every 5 seconds\nEvery day of the weekend at 09:00");
+  program().scheduledController.load({EveryHour{7}}, m_editor->editor());
+  EXPECT_EQ(utf8(m_editor->findChild<QTextEdit*>()->toPlainText()), "Every hour at minute 7");
+  m_editor->setEditable(true);
+  EXPECT_EQ(utf8(control<QLineEdit>("minute").text()), "7");
+}
+
+TEST(InvalidDataTest, CanBeReadOnFieldsAndWindows) {
+  const auto luminance = [](const QColor& color) {
+    const auto linear = [](float part) {
+      return part <= 0.04045F ? part / 12.92F : std::pow((part + 0.055F) / 1.055F, 2.4F);
+    };
+    return 0.2126F * linear(color.redF()) + 0.7152F * linear(color.greenF()) + 0.0722F * linear(color.blueF());
+  };
+  for (const Scheme scheme : {Scheme::Light, Scheme::Dark}) {
+    const QPalette palette = paletteOf(scheme);
+    const float text = luminance(invalidData(palette));
+    for (const auto role : {QPalette::Base, QPalette::Window}) {
+      const float back = luminance(palette.color(role));
+      EXPECT_GE((std::max(text, back) + 0.05F) / (std::min(text, back) + 0.05F), 4.5F) << role;
+    }
+  }
+}
+
+}  // namespace
+
+}  // namespace mirvel::ui
