@@ -45,6 +45,7 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
                                   QStringLiteral("locale"));
   const QCommandLineOption select(QStringLiteral("select"), QStringLiteral("Select the job with this label."),
                                   QStringLiteral("label"));
+  const QCommandLineOption edit(QStringLiteral("edit"), QStringLiteral("Open the selected job in the editor."));
   const QCommandLineOption filter(QStringLiteral("filter"), QStringLiteral("Text of the search field."),
                                   QStringLiteral("text"));
   const QCommandLineOption mode(QStringLiteral("mode"), QStringLiteral("View: grid, tree, list or timeline."),
@@ -53,7 +54,7 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   parser.setApplicationDescription(QStringLiteral("Mirvel on a throw-away folder full of sample jobs."));
   parser.addHelpOption();
   parser.addVersionOption();
-  parser.addOptions({picture, size, scheme, locale, mode, select, filter});
+  parser.addOptions({picture, size, scheme, locale, mode, select, edit, filter});
   parser.process(arguments);
   const QString schemeName = parser.value(scheme);
   const bool isKnownScheme = schemeName == QLatin1String("light") || schemeName == QLatin1String("dark");
@@ -68,6 +69,7 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   options.locale = parser.isSet(locale) ? ui::utf8(parser.value(locale)) : Localize::currentLocale();
   options.mode = modeFrom(parser.value(mode)).value_or(Mode::grid);
   options.selected = parser.value(select);
+  options.isEdited = parser.isSet(edit);
   options.filter = parser.value(filter);
   return options;
 }

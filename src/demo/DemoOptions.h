@@ -17,8 +17,9 @@ struct DemoOptions {
   std::optional<bool> isDark;      ///< none: as the desktop
   std::string locale;
   Mode mode = Mode::grid;
-  QString selected;  ///< label of a job to select; empty: none
-  QString filter;    ///< text of the search field
+  QString selected;       ///< label of a job to select; empty: none
+  bool isEdited = false;  ///< the selected job, in the editor
+  QString filter;         ///< text of the search field
 
   /// Ends the process after `--help`, `--version` and wrong use, with words.
   static DemoOptions read(const QStringList& arguments);

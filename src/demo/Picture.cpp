@@ -24,6 +24,7 @@ void arrange(ui::Application& application, const DemoOptions& options) {
   for (const auto& job : program.state.jobs) {
     if (!options.selected.isEmpty() && ui::qt(job->name) == options.selected) program.currentMode()->select(job->url);
   }
+  if (options.isEdited) program.menus.perform(Command::edit);
   if (!options.filter.isEmpty()) application.window().filter().setText(options.filter);
 }
 

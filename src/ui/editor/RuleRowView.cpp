@@ -162,16 +162,9 @@ void RuleRowView::mark(std::optional<NumberProblem> problem) {
 
 void RuleRowView::showMark() {
   if (!m_number) return;
-  QPalette colors;
-  if (m_problem) {
-    const QColor red = invalidData(palette());
-    colors.setColor(QPalette::Text, red);
-    colors.setColor(QPalette::PlaceholderText, red);
-  }
-  m_number->setPalette(colors);
   const QString what = m_problem ? qt(text(*m_problem, m_localize)) : QString();
+  markInvalidData(*m_number, what);
   m_number->setToolTip(what);
-  m_number->setAccessibleDescription(what);
 }
 
 std::vector<QWidget*> RuleRowView::controls() const {

@@ -14,8 +14,9 @@
 
 namespace mirvel::ui {
 
-MainMenu::MainMenu(Program& program, CommandActions& actions, ModeTabs& tabs, QMainWindow& window)
-    : QObject(&window), m_program(program), m_actions(actions), m_tabs(tabs), m_window(window) {
+MainMenu::MainMenu(Program& program, CommandActions& actions, ModeTabs& tabs, DetailViewController& details,
+                   QMainWindow& window)
+    : QObject(&window), m_program(program), m_actions(actions), m_tabs(tabs), m_details(details), m_window(window) {
   makeFileMenu();
   makeEditMenu();
   makeViewMenu();
@@ -73,7 +74,7 @@ void MainMenu::fillRevisions(QMenu& menu) {
 
 void MainMenu::makeEditMenu() {
   QMenu* menu = addMenu(m_program.foundation.localize.mainMenu().edit());
-  addEditActions(*menu, m_program.foundation.localize);
+  addEditActions(*menu, m_program, m_details);
   menu->addSeparator();
   add(*menu, {Command::filter});
 }

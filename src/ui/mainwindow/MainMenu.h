@@ -11,12 +11,14 @@ class QMenuBar;
 
 namespace mirvel::ui {
 
+class DetailViewController;
 class ModeTabs;
 
 /// The menu bar. A command that isn't offered isn't in it.
 class MainMenu final : public QObject {
  public:
-  MainMenu(Program& program, CommandActions& actions, ModeTabs& tabs, QMainWindow& window);
+  MainMenu(Program& program, CommandActions& actions, ModeTabs& tabs, DetailViewController& details,
+           QMainWindow& window);
 
  private:
   QMenu* addMenu(const std::string& title);
@@ -30,6 +32,7 @@ class MainMenu final : public QObject {
   Program& m_program;
   CommandActions& m_actions;
   ModeTabs& m_tabs;
+  DetailViewController& m_details;
   QMainWindow& m_window;
 };
 

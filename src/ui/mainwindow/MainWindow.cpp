@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "core/support/Const.h"
-#include "ui/editor/DetailPane.h"
+#include "ui/editor/DetailViewController.h"
 #include "ui/mainwindow/ListModeView.h"
 #include "ui/mainwindow/MainMenu.h"
 #include "ui/mainwindow/ModeTabs.h"
@@ -21,7 +21,7 @@ namespace mirvel::ui {
 MainWindow::MainWindow(Program& program, IconLoader& icons) : m_program(program), m_actions(program, *this) {
   setUnifiedTitleAndToolBarOnMac(true);
   makeContent(icons);
-  new MainMenu(program, m_actions, *m_tabs, *this);
+  new MainMenu(program, m_actions, *m_tabs, *m_details, *this);
   m_toolbar = new Toolbar(program, this);
   m_toolbar->filterLeft = [this] { m_tabs->setFocus(); };
   addToolBar(m_toolbar);
@@ -55,12 +55,13 @@ void MainWindow::makeContent(IconLoader& icons) {
   m_splitter->setChildrenCollapsible(false);
   m_splitter->setHandleWidth(1);
   m_tabs = new ModeTabs(m_program, icons);
-  auto* detail = new DetailPane(m_program, icons);
+  m_details = new DetailViewController(m_program, icons);
   const int character = fontMetrics().averageCharWidth();
   m_tabs->setMinimumWidth(24 * character);
-  detail->setMinimumWidth(32 * character);
+  constexpr int narrowestDetails = 420;
+  m_details->setMinimumWidth(narrowestDetails);
   m_splitter->addWidget(m_tabs);
-  m_splitter->addWidget(detail);
+  m_splitter->addWidget(m_details);
   m_splitter->setStretchFactor(0, 2);
   m_splitter->setStretchFactor(1, 1);
   m_splitter->setSizes({116 * character, 54 * character});

@@ -11,6 +11,7 @@ class QSplitter;
 
 namespace mirvel::ui {
 
+class DetailViewController;
 class ListModeView;
 class ModeTabs;
 class Toolbar;
@@ -22,6 +23,7 @@ class MainWindow final : public QMainWindow, private MainWindowType {
   ~MainWindow() override;
 
   ModeTabs& tabs() { return *m_tabs; }
+  DetailViewController& details() const { return *m_details; }
   ListModeView& listMode();
   QLineEdit& filter();
 
@@ -50,6 +52,7 @@ class MainWindow final : public QMainWindow, private MainWindowType {
   Program& m_program;
   CommandActions m_actions;
   ModeTabs* m_tabs = nullptr;
+  DetailViewController* m_details = nullptr;
   Toolbar* m_toolbar = nullptr;
   QSplitter* m_splitter = nullptr;
   std::string m_title;

@@ -4,14 +4,9 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTest>
 #include <filesystem>
 
-#include "helpers/jobhost/EmbeddedHost.h"
-#include "support/JobText.h"
-#include "support/TestData.h"
-#include "ui/EventLoop.h"
-#include "ui/app/Application.h"
+#include "ui/app/MachineFixture.h"
 #include "ui/mainwindow/ModeTabs.h"
 #include "ui/support/QtText.h"
 
@@ -22,34 +17,16 @@ namespace {
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
-/// The whole program with its real helpers, on a machine below a folder.
-class ModesTest : public testing::Test {
+class ModesTest : public MachineFixture {
  protected:
   ModesTest() {
-    for (const std::string label : {"alpha", "beta", "gamma"}) write(label);
-    Defaults& defaults = program().foundation.defaults;
-    EXPECT_TRUE(defaults.setSelectedMode(static_cast<int>(Mode::grid)));
-    m_application.start();
-    EXPECT_TRUE(testdata::eventually([this] { return program().state.jobs.size() == 3; }));
-    window().show();
-    window().activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
-  }
-  ~ModesTest() override {
-    SystemProcessRunner runner(m_environment);
-    EXPECT_TRUE(EmbeddedHost(EmbeddedHost::below(MIRVEL_HOST, m_folder.path()), runner).quit());
+    const plist::Dictionary daily{{"Hour", 9}, {"Minute", 0}};
+    for (const std::string label : {"alpha", "beta", "gamma"}) {
+      write(label, {{"Program", "/bin/ls"}, {"StartCalendarInterval", daily}});
+    }
+    start(Mode::grid, 3);
   }
 
-  fs::path file(const std::string& label) const {
-    return *Kind(Kind::userAgent).folderURL(m_roots) / (label + ".plist");
-  }
-  void write(const std::string& label) const {
-    const plist::Dictionary daily{{"Hour", 9}, {"Minute", 0}};
-    const auto text = testdata::jobText(label, {{"Program", "/bin/ls"}, {"StartCalendarInterval", daily}});
-    (void)m_folder.write(file(label).lexically_relative(m_folder.path()), text);
-  }
-  Program& program() { return m_application.program(); }
-  MainWindow& window() { return m_application.window(); }
   QAbstractItemView& view() { return *window().tabs().currentWidget()->findChild<QAbstractItemView*>(); }
 
   /// All texts that the view shows of jobs, below groups too.
@@ -74,11 +51,6 @@ class ModesTest : public testing::Test {
       collect(index, names);
     }
   }
-
-  const testdata::TemporaryFolder m_folder;
-  const Roots m_roots = Roots::below(m_folder.path());
-  const Environment m_environment{{"PATH", "/usr/bin:/bin"}};
-  Application m_application{m_roots, m_environment, "en", m_folder.path()};
 };
 
 TEST_F(ModesTest, AJobIsFoundInEachModeAndDeletedFromDiskAndView) {

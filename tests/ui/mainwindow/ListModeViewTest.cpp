@@ -260,7 +260,7 @@ TEST_F(ListModeViewTest, ScanKeepsThePlaceToTheSide) {
 TEST_F(ListModeViewTest, ScanLeavesTheDetailsOfAnUnchangedJobAlone) {
   fill({"alpha", "beta"});
   click(0);
-  const auto marking = [&] { return window().findChild<QScrollArea*>()->widget()->findChild<QTextEdit*>(); };
+  const auto marking = [&] { return window().details().currentWidget()->findChild<QTextEdit*>(); };
   marking()->selectAll();
   writeJob(Kind::userAgent, "beta", {{"Program", "/bin/other"}});
   scan();

@@ -2,9 +2,9 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QScrollArea>
 #include <QTest>
 #include <QTextEdit>
 #include <memory>
@@ -13,6 +13,7 @@
 
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"
+#include "ui/editor/DetailViewController.h"
 #include "ui/mainwindow/ListModeView.h"
 #include "ui/mainwindow/MainWindow.h"
 #include "ui/support/QtText.h"
@@ -21,12 +22,13 @@ namespace mirvel::ui {
 
 /// The name of the job whose details a window shows; empty: none.
 inline std::string shownJob(const MainWindow& window) {
-  const auto* area = window.findChild<QScrollArea*>();
-  if (!area->isVisibleTo(&window)) return {};
-  for (const auto* text : area->widget()->findChildren<QTextEdit*>()) {
+  const QWidget* const tab = window.details().currentWidget();
+  if (qobject_cast<const QLabel*>(tab)) return {};
+  for (const auto* text : tab->findChildren<QTextEdit*>()) {
     if (text->accessibleName() == QStringLiteral("Name")) return utf8(text->toPlainText());
   }
-  return "details without a name";
+  const auto* const field = tab->findChild<QLineEdit*>(QStringLiteral("nameValueTextField"));
+  return field ? utf8(field->text()) : "details without a name";
 }
 
 /// The texts of a column, from the first row to the last.

@@ -1,0 +1,22 @@
+#include "ui/editor/ButtonBar.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace mirvel::ui {
+
+ButtonBar::ButtonBar(QWidget* parent) : QWidget(parent), m_row(new QHBoxLayout) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  auto* line = new QFrame;
+  line->setFrameShape(QFrame::HLine);
+  line->setFrameShadow(QFrame::Plain);
+  line->setForegroundRole(QPalette::Mid);
+  layout->addWidget(line);
+  m_row->setContentsMargins(20, 10, 20, 10);
+  layout->addLayout(m_row);
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,95 @@
+#include "ui/editor/CompareSheet.h"
+
+#include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTextBlock>
+
+#include "core/editor/LineDiff.h"
+#include "ui/support/Palettes.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+QColor changedBackground(const QPalette& palette, bool isMine) {
+  if (schemeOf(palette) == Scheme::Dark) return isMine ? QColor(0x1d, 0x45, 0x2b) : QColor(0x55, 0x27, 0x27);
+  return isMine ? QColor(0xd8, 0xf3, 0xdd) : QColor(0xfb, 0xdd, 0xdc);
+}
+
+/// The lines of one version, with a blank line in the place of each that only the other has, so that what both have
+/// stands side by side.
+QPlainTextEdit* makeText(const std::vector<DiffLine>& lines, DiffLine::In side, const QString& name) {
+  auto* text = new QPlainTextEdit;
+  text->setReadOnly(true);
+  text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  text->setLineWrapMode(QPlainTextEdit::NoWrap);
+  text->setLayoutDirection(Qt::LeftToRight);
+  text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  text->setTabStopDistance(text->fontMetrics().horizontalAdvance(QLatin1Char(' ')) * 4);
+  text->setAccessibleName(name);
+  text->setTabChangesFocus(true);
+
+  QTextCursor cursor(text->document());
+  QTextBlockFormat changed;
+  changed.setBackground(changedBackground(text->palette(), side == DiffLine::In::mine));
+  for (const DiffLine& line : lines) {
+    if (!cursor.atStart() || cursor.block().blockNumber() > 0 || &line != &lines.front()) cursor.insertBlock();
+    const bool isHere = line.in == DiffLine::In::both || line.in == side;
+    cursor.setBlockFormat(isHere && line.in == side ? changed : QTextBlockFormat());
+    if (isHere) cursor.insertText(qt(line.text));
+  }
+  text->moveCursor(QTextCursor::Start);
+  return text;
+}
+
+}  // namespace
+
+CompareSheet::CompareSheet(Program& program, const Versions& versions, std::function<void(int)> completion,
+                           QWidget* window)
+    : QDialog(window) {
+  setAttribute(Qt::WA_DeleteOnClose);
+  setWindowModality(Qt::WindowModal);
+  const Localize& localize = program.foundation.localize;
+  setWindowTitle(qt(localize.compare()));
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(makeTexts(localize, versions), 1);
+  auto* buttons = new QDialogButtonBox;
+  layout->addWidget(buttons);
+  const auto addButton = [&](const std::string& title, QDialogButtonBox::ButtonRole role, int answer) {
+    QPushButton* const button = buttons->addButton(qt(title), role);
+    connect(button, &QPushButton::clicked, this, [this, answer] { done(answer); });
+  };
+  addButton(localize.keepMine(), QDialogButtonBox::AcceptRole, Interface::defaultButton);
+  addButton(localize.takeTheirs(), QDialogButtonBox::DestructiveRole, Interface::alternateButton);
+  addButton(localize.cancel(), QDialogButtonBox::RejectRole, Interface::otherButton);
+  connect(this, &QDialog::finished, this, [completion = std::move(completion)](int answer) { completion(answer); });
+  resize(fontMetrics().averageCharWidth() * 130, fontMetrics().lineSpacing() * 32);
+}
+
+QWidget* CompareSheet::makeTexts(const Localize& localize, const Versions& versions) {
+  auto* texts = new QWidget;
+  auto* grid = new QGridLayout(texts);
+  grid->setContentsMargins(0, 0, 0, 0);
+  const auto lines = lineDiff(versions.mine, versions.theirs);
+  auto* mine = makeText(lines, DiffLine::In::mine, qt(localize.yourVersion()));
+  auto* theirs = makeText(lines, DiffLine::In::theirs, qt(localize.versionOnDisk()));
+  grid->addWidget(new QLabel(qt(localize.yourVersion())), 0, 0);
+  grid->addWidget(new QLabel(qt(localize.versionOnDisk())), 0, 1);
+  grid->addWidget(mine, 1, 0);
+  grid->addWidget(theirs, 1, 1);
+  for (auto bar : {&QPlainTextEdit::verticalScrollBar, &QPlainTextEdit::horizontalScrollBar}) {
+    QScrollBar* const left = (mine->*bar)();
+    QScrollBar* const right = (theirs->*bar)();
+    connect(left, &QScrollBar::valueChanged, right, &QScrollBar::setValue);
+    connect(right, &QScrollBar::valueChanged, left, &QScrollBar::setValue);
+  }
+  return texts;
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+
+#include "core/app/Program.h"
+#include "core/editor/EditController.h"
+
+namespace mirvel::ui {
+
+/// Two versions of a job file side by side, of which the user chooses one.
+class CompareSheet final : public QDialog {
+ public:
+  /// `completion` gets the answer as that of an alert, and the sheet goes.
+  CompareSheet(Program& program, const Versions& versions, std::function<void(int)> completion, QWidget* window);
+
+ private:
+  QWidget* makeTexts(const Localize& localize, const Versions& versions);
+};
+
+}  // namespace mirvel::ui

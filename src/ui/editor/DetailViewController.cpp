@@ -1,0 +1,105 @@
+#include "ui/editor/DetailViewController.h"
+
+#include "core/editor/DetailTab.h"
+#include "ui/editor/JobDetailsView.h"
+#include "ui/editor/LaunchdDisplayViewController.h"
+#include "ui/editor/LaunchdEditViewController.h"
+#include "ui/support/QtText.h"
+#include "ui/support/SecondaryLabel.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+QWidget* makeNoSelection(const Localize& localize) {
+  auto* label = new SecondaryLabel(qt(localize.noSelection()));
+  label->setAlignment(Qt::AlignCenter);
+  QFont font = label->font();
+  font.setPointSizeF(font.pointSizeF() * 1.5);
+  label->setFont(font);
+  return label;
+}
+
+}  // namespace
+
+DetailViewController::DetailViewController(Program& program, IconLoader& icons, QWidget* parent)
+    : QStackedWidget(parent),
+      m_program(program),
+      m_noSelection(makeNoSelection(program.foundation.localize)),
+      m_display(new LaunchdDisplayViewController(program, icons)),
+      m_edit(new LaunchdEditViewController(program, icons)),
+      m_otherJob(new JobDetailsView(program, icons)) {
+  for (QWidget* const tab : {m_noSelection, static_cast<QWidget*>(m_display), static_cast<QWidget*>(m_edit),
+                             static_cast<QWidget*>(m_otherJob)}) {
+    addWidget(tab);
+  }
+  setAccessibleName(qt(program.foundation.localize.details()));
+  m_program.shell.detail = this;
+}
+
+DetailViewController::~DetailViewController() {
+  m_program.shell.detail = nullptr;
+}
+
+void DetailViewController::show(DetailTab tab) {
+  m_detailTab = tab;
+  switch (tab) {
+    case DetailTab::noSelection:
+      return setCurrentWidget(m_noSelection);
+    case DetailTab::launchdDisplay:
+      return setCurrentWidget(m_display);
+    case DetailTab::launchdEdit:
+      return setCurrentWidget(m_edit);
+    case DetailTab::loginItem:
+    case DetailTab::startupItem:
+    case DetailTab::privilegedHelperTool:
+      return setCurrentWidget(m_otherJob);
+  }
+}
+
+void DetailViewController::updateTab() {
+  switch (m_detailTab) {
+    case DetailTab::noSelection:
+      return;
+    case DetailTab::launchdDisplay:
+      return m_display->updateDetail();
+    case DetailTab::launchdEdit:
+      return m_edit->updateDetail();
+    case DetailTab::loginItem:
+    case DetailTab::startupItem:
+    case DetailTab::privilegedHelperTool:
+      return m_otherJob->updateDetail();
+  }
+}
+
+void DetailViewController::updateDetail() {
+  show(detailTabFor(m_program.state.selectedJob.get(), m_program.state.hasUnsavedChanges));
+  updateTab();
+}
+
+void DetailViewController::clearDetail() {
+  m_display->clearDetail();
+  m_edit->clearDetail();
+  m_program.state.isBusy = false;
+  if (m_program.shell.edit) m_program.shell.edit->updateButtons();
+  show(DetailTab::noSelection);
+}
+
+void DetailViewController::updateIcon() {
+  m_display->updateIcon();
+  m_otherJob->updateIcon();
+  if (m_detailTab == DetailTab::launchdEdit) m_edit->updateDetail();
+}
+
+void DetailViewController::showDisplay() {
+  m_program.editing.reset();
+  show(DetailTab::launchdDisplay);
+  updateTab();
+}
+
+void DetailViewController::showEdit() {
+  show(DetailTab::launchdEdit);
+  updateTab();
+}
+
+}  // namespace mirvel::ui

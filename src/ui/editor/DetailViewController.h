@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QStackedWidget>
+
+#include "core/app/Program.h"
+#include "ui/support/IconLoader.h"
+
+namespace mirvel::ui {
+
+class JobDetailsView;
+class LaunchdDisplayViewController;
+class LaunchdEditViewController;
+
+/// What the window shows of the selected job: a tab for each form of it.
+class DetailViewController final : public QStackedWidget, private DetailType {
+ public:
+  DetailViewController(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  ~DetailViewController() override;
+
+  const LaunchdEditViewController& editor() const { return *m_edit; }
+
+ private:
+  void updateDetail() override;
+  void clearDetail() override;
+  void updateIcon() override;
+  DetailTab detailTab() const override { return m_detailTab; }
+  void showDisplay() override;
+  void showEdit() override;
+
+  void show(DetailTab tab);
+  void updateTab();
+
+  Program& m_program;
+  DetailTab m_detailTab = DetailTab::noSelection;
+  QWidget* m_noSelection;
+  LaunchdDisplayViewController* m_display;
+  LaunchdEditViewController* m_edit;
+  JobDetailsView* m_otherJob;
+};
+
+}  // namespace mirvel::ui

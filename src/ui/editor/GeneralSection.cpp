@@ -1,0 +1,21 @@
+#include "ui/editor/GeneralSection.h"
+
+#include <QCheckBox>
+
+#include "ui/editor/SectionGrid.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+GeneralSection::GeneralSection(Program& theProgram, IconLoader& icons)
+    : Section(theProgram),
+      m_icons(icons),
+      m_grid(new SectionGrid(this)),
+      m_enabledButton(new QCheckBox(qt(localize().enabled()))) {}
+
+QPixmap GeneralSection::pixmapOf(const std::optional<Image>& icon) const {
+  constexpr int side = 48;
+  return icon ? m_icons.icon(*icon).pixmap(QSize(side, side), devicePixelRatioF()) : QPixmap();
+}
+
+}  // namespace mirvel::ui

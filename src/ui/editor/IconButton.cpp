@@ -1,0 +1,97 @@
+#include "ui/editor/IconButton.h"
+
+#include <QBuffer>
+#include <QDragEnterEvent>
+#include <QImageReader>
+#include <QMenu>
+#include <QMimeData>
+#include <QUrl>
+#include <optional>
+
+#include "core/editor/IconEditing.h"
+#include "ui/support/IconLoader.h"
+#include "ui/support/OptionKey.h"
+#include "ui/support/Picture.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A picture file as a PNG of the size of icons; empty if it can't be read.
+std::string pngOf(const fs::path& file) {
+  constexpr int side = 512;
+  auto picture = readPicture(file);
+  if (!picture) return {};
+  if (picture->width() > side || picture->height() > side) {
+    picture = picture->scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+  }
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  return picture->save(&buffer, "PNG") ? bytes.toStdString() : std::string();
+}
+
+std::optional<fs::path> localFile(const QMimeData& data) {
+  const auto urls = data.urls();
+  if (urls.size() != 1 || !urls.front().isLocalFile()) return std::nullopt;
+  return path(urls.front().toLocalFile());
+}
+
+std::vector<std::string> pictureTypes() {
+  std::vector<std::string> types;
+  for (const QByteArray& format : QImageReader::supportedImageFormats()) types.push_back(format.toStdString());
+  return types;
+}
+
+}  // namespace
+
+IconButton::IconButton(Program& program, QWidget* parent) : QToolButton(parent), m_program(program) {
+  const Localize& localize = program.foundation.localize;
+  constexpr int side = 48;
+  setIconSize({side, side});
+  setAutoRaise(true);
+  setAcceptDrops(true);
+  setPopupMode(InstantPopup);
+  setAccessibleName(qt(localize.icon()));
+  setToolTip(qt(localize.icon()));
+  auto* menu = new QMenu(this);
+  menu->addAction(IconLoader::symbol("document-open"), qt(localize.chooseIcon()), this, [this] { choose(); });
+  QAction* remove = menu->addAction(IconLoader::symbol("edit-delete"), qt(localize.removeIcon()), this, [this] {
+    if (const auto job = m_program.state.selectedJob) removeCustomIcon(m_program, job);
+  });
+  connect(menu, &QMenu::aboutToShow, remove, [this, remove] {
+    const auto& job = m_program.state.selectedJob;
+    remove->setEnabled(job && job->customIcon);
+  });
+  setMenu(menu);
+}
+
+void IconButton::choose() {
+  const OpenPanel panel{.showsHiddenFiles = optionHeld(), .allowedTypes = pictureTypes()};
+  if (const auto picture = m_program.platform.interface.openPanel(panel)) use(*picture);
+}
+
+void IconButton::use(const fs::path& picture) {
+  const auto job = m_program.state.selectedJob;
+  if (!job) return;
+  const std::string png = pngOf(picture);
+  if (!png.empty()) return setCustomIcon(m_program, job, png);
+  const Localize& localize = m_program.foundation.localize;
+  m_program.platform.interface.error(localize.thePictureCouldntBeRead(), picture.string());
+}
+
+void IconButton::dragEnterEvent(QDragEnterEvent* event) {
+  if (localFile(*event->mimeData())) event->acceptProposedAction();
+}
+
+void IconButton::dropEvent(QDropEvent* event) {
+  const auto picture = localFile(*event->mimeData());
+  if (!picture) return;
+  event->acceptProposedAction();
+  use(*picture);
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QToolButton>
+
+#include "core/app/Program.h"
+
+namespace mirvel::ui {
+
+/// The icon of the selected job, which can be changed: by its menu, or by a picture that is dropped on it.
+class IconButton final : public QToolButton {
+ public:
+  explicit IconButton(Program& program, QWidget* parent = nullptr);
+
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void choose();
+  void use(const std::filesystem::path& picture);
+
+  Program& m_program;
+};
+
+}  // namespace mirvel::ui

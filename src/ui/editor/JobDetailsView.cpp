@@ -1,0 +1,55 @@
+#include "ui/editor/JobDetailsView.h"
+
+#include <QVBoxLayout>
+
+#include "ui/editor/GeneralDisplaySection.h"
+#include "ui/editor/SectionGrid.h"
+#include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
+#include "ui/support/ValueText.h"
+
+namespace mirvel::ui {
+
+JobDetailsView::JobDetailsView(Program& program, IconLoader& icons) : m_program(program), m_icons(icons) {
+  setWidgetResizable(true);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFrameShape(QFrame::NoFrame);
+  setFocusPolicy(Qt::NoFocus);  // the texts in it take the keys
+  setAccessibleName(qt(program.foundation.localize.details()));
+}
+
+void JobDetailsView::updateDetail() {
+  const auto& job = m_program.state.selectedJob;
+  if (!job) return;
+  Shown content{.general = GeneralRules::display(m_program, *job), .rows = JobDetails::rows(m_program, *job)};
+  if (m_shown == content) return;
+  show(content);
+  m_shown = std::move(content);
+}
+
+void JobDetailsView::updateIcon() {
+  m_shown.reset();  // another picture may have the same name
+  updateDetail();
+}
+
+void JobDetailsView::show(const Shown& content) {
+  auto* stack = new QWidget;
+  auto* layout = new QVBoxLayout(stack);
+  layout->setContentsMargins(SectionGrid::paneMargins());
+  layout->setSpacing(SectionGrid::sectionSpacing);
+  auto* general = new GeneralDisplaySection(m_program, m_icons);
+  general->show(content.general);
+  layout->addWidget(general);
+  auto* rows = new QWidget;
+  auto* grid = new SectionGrid(rows);
+  for (const JobDetails::Row& row : content.rows) {
+    auto* value = new ValueText(shownText(row.text));
+    if (row.style == JobDetails::Row::Style::Code) value->setCode();
+    grid->addText(row.label, *value, 0);
+  }
+  layout->addWidget(rows);
+  layout->addStretch();
+  setWidget(stack);
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QLabel>
+#include <string>
+
+namespace mirvel::ui {
+
+/// A key and a colon before a value, in a column as wide as in all sections. A key that is wider is broken between its
+/// words.
+class KeyLabel final : public QLabel {
+ public:
+  static constexpr int columnWidth = 154;
+
+  explicit KeyLabel(const std::string& key, QWidget* parent = nullptr);
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+
+#include "core/editor/GeneralRules.h"
+#include "ui/editor/LaunchdViewController.h"
+#include "ui/support/IconLoader.h"
+
+class QPushButton;
+
+namespace mirvel::ui {
+
+/// A launchd job to be looked at, with the button that opens the editor.
+class LaunchdDisplayViewController final : public LaunchdViewController {
+ public:
+  LaunchdDisplayViewController(Program& program, IconLoader& icons);
+
+  /// Shows the selected job. What stays as it is keeps its place, and a text that is being copied its mark.
+  void updateDetail();
+  void updateIcon();
+  void clearDetail();
+
+ private:
+  struct Shown {
+    std::string path;
+    GeneralRules::Display general;
+    launchd::Plist record;
+
+    bool operator==(const Shown&) const = default;
+  };
+
+  std::vector<StackEntry> entries(const Launchd& launchd) const override;
+  Section* makeSection(StackSection section) override;
+
+  IconLoader& m_icons;
+  QPushButton* m_editButton;
+  std::optional<Shown> m_shown;
+};
+
+}  // namespace mirvel::ui

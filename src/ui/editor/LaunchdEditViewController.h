@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/editor/EditController.h"
+#include "ui/editor/LaunchdViewController.h"
+#include "ui/support/IconLoader.h"
+
+class QProgressBar;
+class QPushButton;
+class QToolButton;
+
+namespace mirvel::ui {
+
+/// A launchd job to be edited: each keystroke goes to its record, and to its file when it is saved.
+class LaunchdEditViewController final : public LaunchdViewController, private EditStackType {
+ public:
+  LaunchdEditViewController(Program& program, IconLoader& icons);
+  ~LaunchdEditViewController() override;
+
+  /// Shows the selected job anew. The field with the focus keeps it.
+  void updateDetail();
+  /// Whether the changes of a widget are undone here and not by itself.
+  bool undoesFor(const QWidget& widget) const;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  std::vector<StackEntry> entries(const Launchd& launchd) const override;
+  Section* makeSection(StackSection section) override;
+  Section* makeReadOnlySection(StackSection section) const;
+  void showButtons(const EditButtons& buttons) override;
+  void hideDiscardButton() override;
+  void endEditing() override;
+  void compare(const Versions& versions, std::function<void(int)> completion) override;
+  void makeButtons();
+
+  IconLoader& m_icons;
+  EditController m_controller;
+  QPushButton* m_saveButton = nullptr;
+  QPushButton* m_discardButton = nullptr;
+  QToolButton* m_helpButton = nullptr;
+  QProgressBar* m_saveProgressIndicator = nullptr;
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,56 @@
+#include "ui/editor/LaunchdViewController.h"
+
+#include <QVBoxLayout>
+
+#include "ui/editor/HeaderSection.h"
+#include "ui/editor/SectionGrid.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+LaunchdViewController::LaunchdViewController(Program& program)
+    : m_program(program), m_pane(new QVBoxLayout(this)), m_scrollView(new QScrollArea) {
+  m_pane->setContentsMargins(0, 0, 0, 0);
+  m_pane->setSpacing(0);
+  m_scrollView->setWidgetResizable(true);
+  m_scrollView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  m_scrollView->setFrameShape(QFrame::NoFrame);
+  m_scrollView->setFocusPolicy(Qt::NoFocus);  // what stands in it takes the keys
+  m_scrollView->setAccessibleName(qt(program.foundation.localize.details()));
+  m_pane->addWidget(m_scrollView, 1);
+}
+
+std::shared_ptr<Launchd> LaunchdViewController::selectedJob() const {
+  return std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
+}
+
+void LaunchdViewController::rebuildSections() {
+  const auto job = selectedJob();
+  if (!job) return;
+  auto* stack = new QWidget;
+  m_stackView = new QVBoxLayout(stack);
+  m_stackView->setContentsMargins(SectionGrid::paneMargins());
+  m_stackView->setSpacing(SectionGrid::sectionSpacing);
+  clearDetail();
+  m_scrollView->setWidget(stack);
+  for (const StackEntry& entry : entries(*job)) {
+    if (Section* const section = makeSection(entry.section)) addSection(*section, job, entry.title);
+  }
+  m_stackView->addStretch();
+}
+
+void LaunchdViewController::addSection(Section& section, const std::shared_ptr<Launchd>& launchd,
+                                       const std::optional<std::string>& title) {
+  if (title) m_stackView->addWidget(new HeaderSection(*title));
+  m_stackView->addWidget(&section);
+  section.configure(launchd);
+}
+
+void LaunchdViewController::clearDetail() {
+  QWidget* const old = m_scrollView->takeWidget();
+  if (!old) return;
+  old->hide();
+  old->deleteLater();  // it may be one of its controls that brought this about
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QScrollArea>
+#include <optional>
+#include <string>
+
+#include "core/editor/SectionStack.h"
+#include "ui/editor/Section.h"
+
+class QVBoxLayout;
+
+namespace mirvel::ui {
+
+/// A stack of sections about the selected launchd job.
+class LaunchdViewController : public QWidget {
+ public:
+  /// Shows the selected job anew; without one, what was shown stays.
+  void rebuildSections();
+  /// Lets go of the job.
+  void clearDetail();
+
+ protected:
+  explicit LaunchdViewController(Program& program);
+
+  virtual std::vector<StackEntry> entries(const Launchd& launchd) const = 0;
+  /// The section with which an entry is shown.
+  virtual Section* makeSection(StackSection section) = 0;
+
+  Program& program() const { return m_program; }
+  const Localize& localize() const { return m_program.foundation.localize; }
+  std::shared_ptr<Launchd> selectedJob() const;
+  QVBoxLayout& pane() { return *m_pane; }
+
+ private:
+  void addSection(Section& section, const std::shared_ptr<Launchd>& launchd, const std::optional<std::string>& title);
+
+  Program& m_program;
+  QVBoxLayout* m_pane;
+  QScrollArea* m_scrollView;
+  QVBoxLayout* m_stackView = nullptr;
+};
+
+}  // namespace mirvel::ui

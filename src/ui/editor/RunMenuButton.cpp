@@ -1,0 +1,47 @@
+#include "ui/editor/RunMenuButton.h"
+
+#include <QMenu>
+
+#include "core/editor/RunMenu.h"
+#include "core/mainwindow/Segue.h"
+#include "ui/editor/RunTextField.h"
+#include "ui/support/IconLoader.h"
+#include "ui/support/OptionKey.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+RunMenuButton::RunMenuButton(Program& program, RunTextField& field, QWidget* parent)
+    : QToolButton(parent), m_program(program), m_field(field) {
+  const QString name = qt(program.foundation.localize.actions());
+  setIcon(IconLoader::symbol("view-more"));
+  setAccessibleName(name);
+  setToolTip(name);
+  setPopupMode(InstantPopup);
+  setMenu(new QMenu(this));
+  connect(menu(), &QMenu::aboutToShow, this, [this] { fill(); });
+}
+
+void RunMenuButton::fill() {
+  const Localize& localize = m_program.foundation.localize;
+  const RunMenu content = RunMenu::of(m_program, m_field.text(), m_field.selectedText());
+  menu()->clear();
+  menu()->addAction(qt(localize.ellipsis().choose()), this, [this] { choose(); });
+  if (content.offersTest) {
+    menu()->addAction(qt(localize.test()), this, [this] { m_program.shell.segues.at(String::test)(); });
+  }
+  if (!content.file) return;
+  menu()->addSeparator();
+  menu()->addAction(qt(localize.revealInFinder()), this,
+                    [this, file = *content.file] { m_program.platform.workspace.reveal(URL::file(file)); });
+  if (!content.offersEdit) return;
+  menu()->addAction(qt(localize.editScript()).remove(QChar(0x2026)).trimmed(), this,
+                    [this, file = *content.file] { m_program.shell.editScript(URL::file(file)); });
+}
+
+void RunMenuButton::choose() {
+  const auto file = m_program.platform.interface.openPanel({.showsHiddenFiles = optionHeld()});
+  if (file) m_field.insertCommand(chosenCommand(m_program, *file));
+}
+
+}  // namespace mirvel::ui

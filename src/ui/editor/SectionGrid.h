@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QGridLayout>
+#include <string>
+
+class QLabel;
+
+namespace mirvel::ui {
+
+/// The two columns in which all sections stand: labels, as wide in each of them, and what belongs to them.
+class SectionGrid final : public QGridLayout {
+ public:
+  static constexpr int labelWidth = 154;
+  /// Between the sections, and around all of them.
+  static constexpr int sectionSpacing = 12;
+  static QMargins paneMargins() { return {20, 16, 20, 20}; }
+
+  explicit SectionGrid(QWidget* section);
+
+  /// Adds a label, with a colon, before a field of one line. The field takes the width that it wants or, stretched,
+  /// all.
+  QLabel* addField(const std::string& title, QWidget& field, bool isStretched = true);
+  /// The same for a field of several lines, of which the first stands beside the label: its text begins so many pixels
+  /// below the field's top.
+  QLabel* addText(const std::string& title, QWidget& field, int textTop);
+  /// Adds a field without a label.
+  void addRow(QWidget& field);
+
+ private:
+  QLabel* addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical);
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,174 @@
+#include "ui/editor/WhenEditSection.h"
+
+#include <QCheckBox>
+
+#include "core/editor/WhenRules.h"
+#include "core/support/Bidirectional.h"
+#include "core/support/Const.h"
+#include "ui/editor/GridTableViewController.h"
+#include "ui/editor/ScheduledRuleEditor.h"
+#include "ui/editor/SectionGrid.h"
+#include "ui/support/OptionKey.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+constexpr auto runAtLoadHelp =
+    "RunAtLoad: This optional key is used to control whether your job is launched once at the time the job is loaded.";
+constexpr auto keepAliveHelp =
+    "KeepAlive: This optional key is used to control whether your job is to be kept continuously running or to let "
+    "demand and conditions control the invocation. The default is false and therefore only demand will start the job. "
+    "The value may be set to true to unconditionally keep the job alive. Alternatively, a dictionary of conditions may "
+    "be specified to selectively control whether launchd keeps a job alive or not. If multiple keys are provided, "
+    "launchd ORs them, thus providing maximum flexibility to the job to refine the logic and stall if necessary.";
+constexpr auto startOnMountHelp =
+    "StartOnMount: This optional key causes the job to be started every time a filesystem is mounted.";
+constexpr auto scheduleKeys = "StartInterval / StartCalendarInterval";
+constexpr auto rulesHelp =
+    "StartInterval: This optional key causes the job to be started every N seconds.\n"
+    "StartCalendarInterval: This optional key causes the job to be started every calendar interval as specified.";
+constexpr auto crashedHelp =
+    "KeepAlive - Crashed: If true, the the job will be restarted as long as it exited due to a signal which is "
+    "typically associated with a crash (SIGILL, SIGSEGV, etc.). If false, the job will be restarted in the inverse "
+    "condition.";
+constexpr auto successfulExitHelp =
+    "KeepAlive - SuccessfulExit: If true, the job will be restarted as long as the program exits and with an exit "
+    "status of zero. If false, the job will be restarted in the inverse condition.";
+constexpr auto pathStateHelp =
+    "KeepAlive - PathState: Each key in this dictionary is a file-system path. If the value of the key is true, then "
+    "the job will be kept alive as long as the path exists. If false, the job will be kept alive in the inverse "
+    "condition.";
+constexpr auto otherJobEnabledHelp =
+    "KeepAlive - OtherJobEnabled: Each key in this dictionary is the name of another job. If the value is true, then "
+    "the job will be kept alive as long as one of the specified other jobs is loaded.";
+
+}  // namespace
+
+WhenEditSection::WhenEditSection(Program& theProgram) : WhenSection(theProgram) {
+  m_runAtLoadButton->setToolTip(QLatin1String(runAtLoadHelp));
+  m_keepAliveButton->setToolTip(QLatin1String(keepAliveHelp));
+  m_startOnMountButton->setToolTip(QLatin1String(startOnMountHelp));
+  m_scheduledButton->setToolTip(QLatin1String(scheduleKeys));
+  m_scheduledRuleEditor->setToolTip(QLatin1String(rulesHelp));
+  m_runAtLoadButton->setObjectName(QStringLiteral("runAtLoadButton"));
+  m_keepAliveButton->setObjectName(QStringLiteral("keepAliveButton"));
+  m_startOnMountButton->setObjectName(QStringLiteral("startOnMountButton"));
+  m_scheduledButton->setObjectName(QStringLiteral("scheduledButton"));
+  connectBoxes();
+}
+
+WhenEditSection::~WhenEditSection() {
+  if (program().scheduledController.delegate == this) program().scheduledController.delegate = nullptr;
+}
+
+void WhenEditSection::connectBoxes() {
+  connect(m_runAtLoadButton, &QCheckBox::clicked, this, [this](bool isOn) {
+    const BoxClick click{isOn, optionHeld()};
+    if (Launchd* const job = program().editing.markJobChanged()) job->plist().runAtLoad = click.value();
+  });
+  connect(m_startOnMountButton, &QCheckBox::clicked, this, [this](bool isOn) {
+    const BoxClick click{isOn, optionHeld()};
+    if (Launchd* const job = program().editing.markJobChanged()) job->plist().startOnMount = click.value();
+  });
+  connect(m_keepAliveButton, &QCheckBox::clicked, this, [this](bool isOn) { keepAlive(isOn); });
+  connect(m_scheduledButton, &QCheckBox::clicked, this, [this](bool isOn) { scheduled(isOn); });
+}
+
+void WhenEditSection::fill(const Launchd& launchd) {
+  const launchd::Plist& plist = launchd.plist();
+  m_runAtLoadButton->setChecked(plist.runAtLoad.value_or(false));
+  m_startOnMountButton->setChecked(plist.startOnMount.value_or(false));
+  // Whatever it says, it is there: clearing the box takes it away.
+  m_keepAliveButton->setChecked(plist.keepAlive.has_value());
+  if (plist.keepAlive) addConditions(plist);
+  m_keepAliveGridView->setVisible(plist.keepAlive.has_value());
+  const auto rules = Scheduled::rules(plist.startInterval, plist.startCalendarInterval);
+  m_scheduledButton->setChecked(!rules.empty());
+  m_scheduledView->setVisible(!rules.empty());
+  if (!rules.empty()) {
+    loadRules(rules);
+    becomeDelegate();
+    showNextRuns(plist);
+  }
+  updateScheduledHelp();
+}
+
+void WhenEditSection::addConditions(const launchd::Plist& plist) {
+  if (m_keepAliveGrid->count() > 0) return;
+  const auto& keepAlive = *plist.keepAlive;
+  addCondition("Crashed", crashedHelp, keepAlive.crashed, WhenRules::crashed);
+  addCondition("SuccessfulExit", successfulExitHelp, keepAlive.successfulExit, WhenRules::successfulExit);
+  addTable(WhenRules::pathStateKey, pathStateHelp, keepAlive.pathState.value_or(launchd::StringMap<bool>()));
+  addTable(WhenRules::otherJobEnabledKey, otherJobEnabledHelp,
+           keepAlive.otherJobEnabled.value_or(launchd::StringMap<bool>()));
+}
+
+QCheckBox* WhenEditSection::addCondition(const char* title, const char* help, std::optional<bool> state,
+                                         void (*write)(launchd::Plist&, BoxClick)) {
+  auto* box = new QCheckBox(QLatin1String(title));
+  box->setObjectName(QLatin1String(title));
+  box->setToolTip(QLatin1String(help));
+  box->setChecked(state.value_or(false));
+  connect(box, &QCheckBox::clicked, this, [this, write](bool isOn) {
+    const BoxClick click{isOn, optionHeld()};
+    if (Launchd* const job = program().editing.markJobChanged()) write(job->plist(), click);
+  });
+  m_keepAliveGrid->addRow(*box);
+  return box;
+}
+
+void WhenEditSection::addTable(std::string_view key, const char* help, const launchd::StringMap<bool>& rows) {
+  const auto kind = key == WhenRules::pathStateKey ? GridTable::Kind::boolPath : GridTable::Kind::boolString;
+  auto* table = new GridTableViewController(program(), kind, rows, std::string(key), *this);
+  table->setToolTip(QLatin1String(help));
+  m_keepAliveGrid->addText(std::string(key), *table, 0);
+}
+
+void WhenEditSection::keepAlive(bool isOn) {
+  Launchd* const job = program().editing.markJobChanged();
+  if (!job) return;
+  WhenRules::keepAlive(job->plist(), isOn);
+  if (isOn) addConditions(job->plist());
+  m_keepAliveGridView->setVisible(isOn);
+}
+
+void WhenEditSection::scheduled(bool isOn) {
+  if (isOn) {
+    if (m_scheduledRuleEditor->editor().numberOfRows() == 0) {
+      loadRules({});
+      m_scheduledRuleEditor->addRow();
+    }
+    becomeDelegate();
+    rulesDidChange();
+  } else if (Launchd* const job = program().editing.markJobChanged()) {
+    WhenRules::removeSchedule(job->plist());
+  }
+  m_scheduledView->setVisible(isOn);
+  updateScheduledHelp();
+}
+
+void WhenEditSection::updateScheduledHelp() {
+  const std::string verb = m_scheduledButton->isChecked() ? localize().hide() : localize().show();
+  m_scheduledButton->setToolTip(
+      qt(bidirectionalString({verb, scheduleKeys}, Const::separator, localize().isRightToLeft())));
+}
+
+void WhenEditSection::gridTableChanged(const std::string& key, const std::vector<GridTable::Item>& rows) {
+  if (Launchd* const job = program().editing.markJobChanged(key)) {
+    WhenRules::gridTableChanged(job->plist(), key, rows);
+  }
+}
+
+void WhenEditSection::rulesDidChange() {
+  const DetailType* const detail = program().shell.detail;
+  if (!detail || detail->detailTab() != DetailTab::launchdEdit) return;
+  Launchd* const job = program().editing.markJobChanged("Schedule");
+  if (!job) return;
+  const ScheduledController& controller = program().scheduledController;
+  job->plist().applyRules(m_scheduledRuleEditor->editor().rows(), controller.texts(), controller.numbers());
+  showNextRuns(job->plist());
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "core/editor/BoxClick.h"
+#include "core/editor/GridTable.h"
+#include "core/schedule/ScheduledController.h"
+#include "ui/editor/WhenSection.h"
+
+namespace mirvel::ui {
+
+/// When a job runs, to be edited.
+class WhenEditSection final : public WhenSection, private GridTableDelegate, private ScheduledDelegate {
+ public:
+  explicit WhenEditSection(Program& program);
+  ~WhenEditSection() override;
+
+ private:
+  void fill(const Launchd& launchd) override;
+  void connectBoxes();
+  void addConditions(const launchd::Plist& plist);
+  QCheckBox* addCondition(const char* title, const char* help, std::optional<bool> state,
+                          void (*write)(launchd::Plist&, BoxClick));
+  void addTable(std::string_view key, const char* help, const launchd::StringMap<bool>& rows);
+  void keepAlive(bool isOn);
+  void scheduled(bool isOn);
+  void updateScheduledHelp();
+  void gridTableChanged(const std::string& key, const std::vector<GridTable::Item>& rows) override;
+  void rulesDidChange() override;
+  void becomeDelegate() { program().scheduledController.delegate = this; }
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,55 @@
+#include "ui/editor/WhenSection.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "core/schedule/NextRuns.h"
+#include "ui/editor/ScheduledRuleEditor.h"
+#include "ui/editor/SectionGrid.h"
+#include "ui/support/QtText.h"
+#include "ui/support/SecondaryLabel.h"
+
+namespace mirvel::ui {
+
+WhenSection::WhenSection(Program& theProgram)
+    : Section(theProgram),
+      m_runAtLoadButton(new QCheckBox(qt(localize().atStartupAndWhenSaving()))),
+      m_keepAliveButton(new QCheckBox(qt(localize().launchAgainIfItCrashes()))),
+      m_keepAliveGridView(new QWidget),
+      m_keepAliveGrid(new SectionGrid(m_keepAliveGridView)),
+      m_startOnMountButton(new QCheckBox(qt(localize().mountingLogicalVolume()))),
+      m_scheduledButton(new QCheckBox(qt(localize().scheduled()))),
+      m_scheduledView(new QWidget),
+      m_scheduledRuleEditor(new ScheduledRuleEditor(theProgram)),
+      m_nextRuns(new SecondaryLabel(QString())) {
+  m_scheduledRuleEditor->setAccessibleName(qt(localize().scheduled()));
+  m_nextRuns->setWordWrap(true);
+  auto* scheduled = new QVBoxLayout(m_scheduledView);
+  scheduled->setContentsMargins(0, 0, 0, 0);
+  scheduled->addWidget(m_scheduledRuleEditor);
+  scheduled->addWidget(m_nextRuns);
+
+  auto* grid = new SectionGrid(this);
+  grid->addRow(*m_runAtLoadButton);
+  grid->addRow(*m_keepAliveButton);
+  grid->addWidget(m_keepAliveGridView, grid->rowCount(), 0, 1, 2);
+  grid->addRow(*m_startOnMountButton);
+  grid->addRow(*m_scheduledButton);
+  grid->addRow(*m_scheduledView);
+  m_keepAliveGridView->hide();
+  m_scheduledView->hide();
+}
+
+void WhenSection::loadRules(const std::vector<Scheduled::ScheduledType>& rules) {
+  program().scheduledController.load(rules, m_scheduledRuleEditor->editor());
+}
+
+void WhenSection::showNextRuns(const launchd::Plist& plist) {
+  const auto text =
+      nextRunsText(plist, program().platform.clock.currentSecond(), program().scheduledController.moments());
+  m_nextRuns->setText(qt(text.value_or("")));
+  m_nextRuns->setVisible(text.has_value());
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,92 @@
+#include <QComboBox>
+#include <QTimeEdit>
+
+#include "core/mainwindow/RevisionMenu.h"
+#include "ui/app/MachineFixture.h"
+#include "ui/editor/EditorFixture.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class EditingTest : public MachineFixture {
+ protected:
+  EditingTest() {
+    write("backup", {{"ProgramArguments", plist::Array{"/bin/echo", "before"}}, {"Disabled", true}, {"Odd", "kept"}});
+    start(Mode::list, 1);
+    program().currentMode()->select(URL::file(file("backup")));
+  }
+  template <typename Control>
+  Control& control(const char* name) {
+    return ui::control<Control>(window(), name);
+  }
+  DetailTab tab() { return program().shell.detail->detailTab(); }
+  bool isSettled() { return !program().state.isBusy && !program().state.isLoading; }
+  launchd::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
+  /// Opens the editor with its key, and gives the job another label and command.
+  void editTexts(const std::string& label, const std::string& command) {
+    QTest::keyClick(&window(), Qt::Key_E, Qt::ControlModifier);
+    ASSERT_EQ(tab(), DetailTab::launchdEdit);
+    type(control<QLineEdit>("nameValueTextField"), label);
+    type(control<QPlainTextEdit>("runValueTextField"), command);
+  }
+  void save() {
+    QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier);
+    ASSERT_TRUE(testdata::eventually([this] { return tab() == DetailTab::launchdDisplay && isSettled(); }));
+  }
+
+  const fs::path output = machine() / "out.txt";
+
+ private:
+  template <typename Field>
+  static void type(Field& field, const std::string& text) {
+    field.setFocus();
+    field.selectAll();
+    QTest::keyClicks(&field, qt(text));
+  }
+};
+
+TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
+  const std::string before = testdata::bytes(file("backup"));
+  const auto script = machine() / "say hello.sh";
+  std::ofstream(script) << "#!/bin/sh\necho \"$1\" >> '" << output.string() << "'\n";
+
+  editTexts("org.backup", "/bin/sh \"" + script.string() + "\" hello");
+  QTest::mouseClick(&control<QCheckBox>("enabledButton"), Qt::LeftButton, {}, QPoint(8, 8));
+  QTest::mouseClick(&control<QCheckBox>("runAtLoadButton"), Qt::LeftButton, {}, QPoint(8, 8));
+  control<QCheckBox>("scheduledButton").setFocus();
+  QTest::keyClick(window().focusWidget(), Qt::Key_Space);
+  auto* const kinds =
+      window().details().currentWidget()->findChild<QTimeEdit*>() ? nullptr : static_cast<QComboBox*>(nullptr);
+  (void)kinds;
+  EXPECT_EQ(testdata::bytes(file("backup")), before) << "nothing is written before it is saved";
+  save();
+
+  const std::string saved = testdata::bytes(file("backup"));
+  EXPECT_EQ(saved, "");
+  EXPECT_TRUE(testdata::eventually([this] { return fs::exists(output) && testdata::bytes(output) == "hello\n"; }));
+
+  editTexts("never", "/bin/never");
+  QTest::mouseClick(&button(window(), "Discard Changes"), Qt::LeftButton);
+  ASSERT_TRUE(testdata::eventually([this] { return isSettled() && record().name == "org.backup"; }));
+  EXPECT_EQ(testdata::bytes(file("backup")), saved);
+  EXPECT_EQ(tab(), DetailTab::launchdDisplay);
+  EXPECT_EQ(shownJob(window()), "org.backup");
+
+  editTexts("org.backup", "/bin/echo later");
+  save();
+  EXPECT_NE(testdata::bytes(file("backup")), saved);
+  const auto revisions = revisionItems(program());
+  ASSERT_EQ(revisions.size(), 2U);
+  insertRevision(program(), revisions.back().revision);
+  EXPECT_EQ(tab(), DetailTab::launchdEdit);
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  save();
+  EXPECT_EQ(testdata::bytes(file("backup")), saved);
+}
+
+}  // namespace
+
+}  // namespace mirvel::ui

@@ -1,0 +1,200 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QMimeData>
+#include <QToolButton>
+#include <QUrl>
+
+#include "ui/editor/EditorFixture.h"
+#include "ui/editor/RunTextField.h"
+#include "ui/support/InvalidData.h"
+
+namespace mirvel::ui {
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class EditFlowTest : public EditorFixture {
+ protected:
+  RunTextField& runField() { return dynamic_cast<RunTextField&>(control<QPlainTextEdit>("runValueTextField")); }
+  void press(QKeySequence::StandardKey key) { QTest::keySequence(window().focusWidget(), QKeySequence(key)); }
+};
+
+TEST_F(EditFlowTest, OpeningTheEditorChangesNothing) {
+  edit({{"ProgramArguments", plist::Array{"/bin/ls", "a b"}},
+        {"Disabled", true},
+        {"KeepAlive", false},
+        {"StartInterval", 5},
+        {"Unheard", "of"},
+        {"Debug", true}});
+  const launchd::Plist before = record().clone();
+  testdata::settle();
+  EXPECT_FALSE(hasChanges());
+  EXPECT_EQ(record(), before);
+  EXPECT_FALSE(control<QCheckBox>("enabledButton").isChecked());
+  EXPECT_TRUE(control<QCheckBox>("keepAliveButton").isChecked()) << "the key is there";
+  EXPECT_TRUE(control<QCheckBox>("scheduledButton").isChecked());
+  EXPECT_EQ(runField().text(), "/bin/ls \"a b\"");
+  button("Done").click();
+  EXPECT_EQ(program().shell.detail->detailTab(), DetailTab::launchdDisplay);
+  EXPECT_EQ(fetchQueue.count(), 0U);
+}
+
+TEST_F(EditFlowTest, WhatIsTypedAndClickedIsInTheRecordAtOnce) {
+  edit({{"Program", "/bin/ls"}});
+  auto& name = control<QLineEdit>("nameValueTextField");
+  name.setFocus();
+  name.selectAll();
+  QTest::keyClicks(&name, QStringLiteral("new"));
+  EXPECT_EQ(record().name, "new");
+  EXPECT_TRUE(hasChanges());
+  EXPECT_TRUE(window().isWindowModified());
+  EXPECT_EQ(button("Discard Changes").isEnabled(), true);
+
+  runField().selectAll();
+  QTest::keyClicks(&runField(), QStringLiteral("perl x.pl"));
+  QTest::keyClick(&runField(), Qt::Key_Return);
+  EXPECT_EQ(record().run, "/usr/bin/perl x.pl");
+  EXPECT_EQ(runField().text(), "perl x.pl") << "what was typed stays as it is";
+
+  QTest::mouseClick(&control<QCheckBox>("enabledButton"), Qt::LeftButton, {}, QPoint(8, 8));
+  EXPECT_EQ(record().disabled, true);
+  control<QCheckBox>("runAtLoadButton").click();
+  EXPECT_EQ(record().runAtLoad, true);
+  control<QCheckBox>("keepAliveButton").click();
+  ASSERT_TRUE(record().keepAlive);
+  control<QCheckBox>("Crashed").click();
+  EXPECT_EQ(record().keepAlive->crashed, true);
+  EXPECT_EQ(record().keepAlive->bool_, std::nullopt);
+  control<QCheckBox>("scheduledButton").click();
+  EXPECT_TRUE(record().startInterval || record().startCalendarInterval) << "a first rule is there at once";
+  control<QCheckBox>("scheduledButton").click();
+  EXPECT_FALSE(record().startInterval || record().startCalendarInterval);
+}
+
+TEST_F(EditFlowTest, UndoGoesThroughFieldsAndBoxesAndKeepsTheFocus) {
+  edit({{"Program", "/bin/ls"}});
+  const launchd::Plist before = record().clone();
+  control<QCheckBox>("runAtLoadButton").click();
+  control<QLineEdit>("userNameTextField");
+  auto& name = control<QLineEdit>("nameValueTextField");
+  name.setFocus();
+  QTest::keyClicks(&name, QStringLiteral("bc"));
+  EXPECT_EQ(record().name, "abc");
+  press(QKeySequence::Undo);
+  EXPECT_EQ(record().name, "a");
+  EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("a"));
+  EXPECT_EQ(window().focusWidget(), &control<QLineEdit>("nameValueTextField"));
+  press(QKeySequence::Redo);
+  EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("abc"));
+  press(QKeySequence::Undo);
+  press(QKeySequence::Undo);
+  EXPECT_EQ(record(), before);
+  EXPECT_FALSE(hasChanges());
+  EXPECT_FALSE(window().isWindowModified());
+}
+
+TEST_F(EditFlowTest, ANoteIsNoChangeOfTheJobAndUndoesItself) {
+  edit({{"Program", "/bin/ls"}});
+  auto& note = control<QPlainTextEdit>("notesTextField");
+  note.setFocus();
+  QTest::keyClicks(&note, QStringLiteral("one"));
+  QTest::keyClick(&note, Qt::Key_Tab);
+  QTest::keyClick(&note, Qt::Key_Return);
+  EXPECT_FALSE(hasChanges());
+  EXPECT_EQ(program().notes.note(program().state.selectedJob->url), "one\t\n");
+  press(QKeySequence::Undo);
+  EXPECT_NE(note.toPlainText(), QStringLiteral("one\t\n"));
+  EXPECT_EQ(window().focusWidget(), &note);
+  QTest::keyClick(&note, Qt::Key_Backtab);
+  EXPECT_NE(window().focusWidget(), &note) << "no trap for the keys";
+}
+
+TEST_F(EditFlowTest, RootIsAskedForOnlyByDaemonsAndTheForPopUpSaysWhich) {
+  edit({{"Program", "/bin/ls"}});
+  auto& popUp = control<QComboBox>("forPopUpButton");
+  EXPECT_EQ(popUp.count(), 5);
+  EXPECT_FALSE(popUp.itemData(4, Qt::UserRole - 1).isNull()) << "system daemons can’t be chosen";
+  EXPECT_FALSE(control<QLineEdit>("userNameTextField").isEnabled());
+  popUp.setFocus();
+  QTest::keyClick(&popUp, Qt::Key_Down);
+  QTest::keyClick(&popUp, Qt::Key_Down);
+  EXPECT_EQ(program().state.selectedJob->kind, Kind::localDaemon);
+  EXPECT_TRUE(control<QLineEdit>("userNameTextField").isEnabled());
+  QTest::keyClicks(&control<QLineEdit>("userNameTextField"), QStringLiteral("ada"));
+  EXPECT_EQ(record().userName, "ada");
+}
+
+TEST_F(EditFlowTest, FilesAreDroppedAndChosenIntoTheCommandAndMissingOnesAreRed) {
+  edit({{"Program", "/bin/ls"}});
+  const auto isRed = [&] { return runField().palette().color(QPalette::Text) == invalidData(QApplication::palette()); };
+  const auto check = [&] {
+    fileQueue.runAll();
+    queue.runDue();
+    return isRed();
+  };
+  EXPECT_FALSE(check());
+  QMimeData drag;
+  drag.setUrls({QUrl::fromLocalFile(QStringLiteral("/no such/file"))});
+  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &drag, Qt::LeftButton, {});
+  runField().setText("");
+  QCoreApplication::sendEvent(runField().viewport(), &drop);
+  EXPECT_EQ(runField().text(), "\"/no such/file\"");
+  EXPECT_EQ(record().run, "\"/no such/file\"");
+  EXPECT_TRUE(check());
+  EXPECT_EQ(utf8(runField().accessibleDescription()), "Not found: /no such/file");
+
+  runField().setText("");
+  interface.openPath = folder.write("my script.sh", "#!/bin/sh\n");
+  auto* const menuButton = runField().parentWidget()->findChild<QToolButton*>();
+  menuButton->menu()->popup(QPoint());
+  choose(*menuButton->menu(), "Choose…");
+  EXPECT_THAT(record().run, testing::EndsWith("my script.sh\""));
+  EXPECT_FALSE(check());
+  runField().insertCommand("x");
+  EXPECT_THAT(record().run, testing::EndsWith("my script.sh\" x"));
+}
+
+TEST_F(EditFlowTest, AFailedSaveKeepsWhatWasTypedAndAnotherSavesIt) {
+  edit({{"Program", "/bin/ls"}});
+  QTest::keyClicks(&control<QLineEdit>("nameValueTextField"), QStringLiteral("x"));
+  button("Save").click();
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  EXPECT_FALSE(button("Save").isEnabled());
+  click(0);
+  EXPECT_THAT(interface.sheets, IsEmpty()) << "refused without a question while it runs";
+  helpers.requests.front().reply(
+      {{"error", plist::Dictionary{{"domain", "app.mirvel"}, {"code", 5}, {"message", "full"}}}});
+  EXPECT_TRUE(hasChanges());
+  EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("ax"));
+  EXPECT_TRUE(button("Save").isEnabled());
+
+  button("Save").click();
+  ASSERT_THAT(helpers.requests, SizeIs(2));
+  helpers.requests.back().reply({});
+  EXPECT_FALSE(hasChanges());
+  EXPECT_EQ(program().shell.detail->detailTab(), DetailTab::launchdDisplay);
+  EXPECT_EQ(fetchQueue.count(), 1U);
+}
+
+TEST_F(EditFlowTest, KeysThatCantBeEditedCanBeDeleted) {
+  edit({{"Program", "/bin/ls"}, {"Debug", true}, {"Nice", 5}, {"Unheard", "of"}});
+  for (const char* key : {"Debug", "Unheard"}) {
+    bool isFound = false;
+    for (auto* found : window().details().currentWidget()->findChildren<QAbstractButton*>()) {
+      if (utf8(found->accessibleName()).find(key) == std::string::npos) continue;
+      isFound = true;
+      found->click();
+      break;
+    }
+    EXPECT_TRUE(isFound) << key;
+  }
+  EXPECT_TRUE(hasChanges());
+  EXPECT_EQ(record().debug, std::nullopt);
+  EXPECT_EQ(record().unknownKeys, std::vector<std::string>());
+  EXPECT_EQ(record().nice, 5);
+}
+
+}  // namespace
+}  // namespace mirvel::ui

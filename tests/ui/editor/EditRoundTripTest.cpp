@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QTimeEdit>
+#include <random>
+
+#include "core/propertylist/Writer.h"
+#include "ui/editor/EditorFixture.h"
+
+namespace mirvel::ui {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Changes a job as a person without a plan would, the same each time.
+class Monkey {
+ public:
+  Monkey(MainWindow& window, unsigned seed) : m_window(window), m_random(seed) {}
+
+  std::size_t below(std::size_t count) { return m_random() % count; }
+
+  /// One change of one of the controls, and what it was.
+  std::string act() {
+    const auto controls = usableControls();
+    if (controls.empty()) return "nothing";
+    QWidget* const chosen = controls[below(controls.size())];
+    const std::string name = utf8(chosen->objectName() + QLatin1Char(' ') + chosen->accessibleName());
+    if (auto* box = qobject_cast<QCheckBox*>(chosen)) {
+      const auto keys = below(3) == 0 ? Qt::AltModifier : Qt::NoModifier;
+      QTest::mouseClick(box, Qt::LeftButton, keys, QPoint(8, box->height() / 2));
+    } else if (auto* clicked = qobject_cast<QAbstractButton*>(chosen)) {
+      clicked->click();
+    } else if (auto* popUp = qobject_cast<QComboBox*>(chosen)) {
+      popUp->setFocus();
+      QTest::keyClick(popUp, below(2) == 0 ? Qt::Key_Down : Qt::Key_Up);
+    } else if (auto* time = qobject_cast<QTimeEdit*>(chosen)) {
+      time->setTime(QTime(static_cast<int>(below(24)), static_cast<int>(below(60))));
+    } else {
+      type(*chosen);
+    }
+    return name;
+  }
+
+ private:
+  std::vector<QWidget*> usableControls() const {
+    std::vector<QWidget*> result;
+    for (auto* section : m_window.details().currentWidget()->findChildren<QScrollArea*>()) {
+      for (auto* widget : section->findChildren<QWidget*>()) {
+        if (isControl(*widget) && widget->isVisible() && widget->isEnabled()) result.push_back(widget);
+      }
+    }
+    return result;
+  }
+
+  static bool isControl(const QWidget& widget) {
+    if (widget.objectName() == QStringLiteral("qt_spinbox_lineedit")) return false;  // part of a time field
+    if (const auto* clicked = qobject_cast<const QToolButton*>(&widget)) return !clicked->menu();
+    return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QComboBox*>(&widget) ||
+           qobject_cast<const QLineEdit*>(&widget) || qobject_cast<const QPlainTextEdit*>(&widget) ||
+           qobject_cast<const QTimeEdit*>(&widget);
+  }
+
+  void type(QWidget& field) {
+    const char* const texts[] = {"7", "40", "/bin/sh -c \"a b\"", "x<&>y \xc3\xa9", "~/b \"c", ""};
+    field.setFocus();
+    QTest::keySequence(&field, QKeySequence(QKeySequence::SelectAll));
+    QTest::keyClick(&field, Qt::Key_Delete);
+    QTest::keyClicks(&field, qt(texts[below(std::size(texts))]));
+  }
+
+  MainWindow& m_window;
+  std::minstd_rand m_random;
+};
+
+/// A job file with some of the keys that the editor has controls for.
+std::string generated(Monkey& monkey) {
+  const plist::Dictionary conditions{{"Crashed", monkey.below(2) == 0},
+                                     {"PathState", plist::Dictionary{{"/a", true}, {"/b c", false}}}};
+  const plist::Dictionary daily{{"Hour", static_cast<int>(monkey.below(24))}, {"Minute", 5}};
+  const plist::Dictionary weekly{{"Weekday", static_cast<int>(monkey.below(9))}, {"Hour", 7}};
+  const std::pair<const char*, plist::Value> keys[] = {
+      {"ProgramArguments", plist::Array{"/bin/echo", "it's", "a \"b\"", ""}},
+      {"Program", "/bin/ls"},
+      {"Disabled", monkey.below(2) == 0},
+      {"RunAtLoad", monkey.below(2) == 0},
+      {"KeepAlive", monkey.below(2) == 0},
+      {"KeepAlive", conditions},
+      {"StartOnMount", false},
+      {"StartInterval", static_cast<int>(monkey.below(100'000))},
+      {"StartCalendarInterval", daily},
+      {"StartCalendarInterval", plist::Array{daily, weekly, plist::Dictionary{{"Day", 31}, {"Month", 2}}}},
+      {"UserName", "ada"},
+      {"InitGroups", true},
+      {"Debug", true},
+      {"TimeOut", 5},
+      {"Unheard", plist::Array{"of", 1}},
+  };
+  plist::Dictionary chosen;
+  for (const auto& [key, value] : keys) {
+    if (monkey.below(3) == 0) chosen.set(key, value);
+  }
+  return testdata::jobText("org.generated", std::move(chosen));
+}
+
+class EditRoundTripTest : public EditorFixture {
+ protected:
+  /// Takes the file for that of the selected job; false: it is none.
+  bool open(const std::string& bytes, Kind kind = Kind::userAgent) {
+    const auto file = path(kind, "job.plist");
+    m_job = Launchd::read(bytes, URL::file(file), kind, Launchd::Source::Elsewhere, {}, console);
+    if (!m_job) return false;
+    program().state.hasUnsavedChanges = false;
+    program().state.isBusy = false;
+    program().state.selectedJob = m_job;
+    program().shell.detail->showEdit();
+    return true;
+  }
+  /// The bytes that go to a helper when the job is saved.
+  std::string save() {
+    helpers.requests.clear();
+    program().actions.save(*m_job);
+    const std::string text = helpers.requests.empty() ? "" : helpers.requests.back().text("string");
+    program().state.isBusy = false;
+    return text;
+  }
+  static std::string text(const launchd::Plist& record) { return plist::writeXml(record.encodeAll()).value(); }
+  std::vector<fs::path> corpus() const {
+    const auto folder = testdata::folder("corpus");
+    return folder ? testdata::files(*folder, ".plist") : std::vector<fs::path>();
+  }
+
+  std::shared_ptr<Launchd> m_job;
+};
+
+TEST_F(EditRoundTripTest, PublishedJobsGoThroughTheEditorUnchanged) {
+  if (corpus().empty()) GTEST_SKIP() << "no published job files here";
+  (void)window();
+  for (const fs::path& file : corpus()) {
+    SCOPED_TRACE(file.filename());
+    if (!open(testdata::bytes(file))) continue;
+    const launchd::Plist before = record().clone();
+    testdata::settle();
+    button("Done").click();
+    EXPECT_FALSE(hasChanges());
+    EXPECT_EQ(record(), before);
+
+    launchd::Plist normalized = before.clone();
+    normalized.normalizeForSave(program().repairs);
+    EXPECT_EQ(save(), text(normalized));
+  }
+}
+
+TEST_F(EditRoundTripTest, WhateverIsDoneInTheEditorIsWhatAReaderOfTheFileGets) {
+  (void)window();
+  Monkey monkey(window(), 20261122);
+  std::vector<std::string> files;
+  for (const fs::path& file : corpus()) files.push_back(testdata::bytes(file));
+  const Kind kinds[] = {Kind::userAgent, Kind::localAgent, Kind::localDaemon};
+  int count = 0;
+  while (count < 500) {
+    const auto index = static_cast<std::size_t>(count++);
+    const std::string bytes = index < files.size() ? files[index] : generated(monkey);
+    if (!open(bytes, kinds[index % 3])) continue;
+    std::string deeds;
+    for (std::size_t i = 0; i < 6; ++i) deeds += monkey.act() + "; ";
+    SCOPED_TRACE(deeds + bytes);
+    const std::string saved = save();
+    const auto again = Launchd::read(saved, m_job->url, m_job->kind, Launchd::Source::File, {}, console);
+    ASSERT_TRUE(again) << saved;
+    EXPECT_EQ(text(again->plist()), text(record()));
+    if (HasFailure()) return;
+  }
+}
+
+}  // namespace
+}  // namespace mirvel::ui
