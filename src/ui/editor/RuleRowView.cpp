@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QStyle>
 #include <QTimeEdit>
 #include <QToolButton>
@@ -54,10 +55,13 @@ Kind kindOf(const RuleRow& row, const Criteria& kinds) {
   return static_cast<Kind>(std::find(kinds.begin(), kinds.end(), row.criteria.front()) - kinds.begin());
 }
 
-/// Hours and minutes, whatever more the locale's short form has.
+/// The locale's form of hours and minutes, if it has nothing else that Qt can't show or nobody wants to enter.
 QString timeFormat(const QLocale& locale) {
+  static const QRegularExpression quoted(QStringLiteral("'[^']*'"));
+  static const QRegularExpression unusual(QStringLiteral("[B-GI-Zb-gi-ln-z]"));
   const QString format = locale.timeFormat(QLocale::ShortFormat);
-  return format.contains(QLatin1String("ss")) ? QStringLiteral("HH:mm") : format;
+  const QString letters = QString(format).remove(quoted).remove(QLatin1String("AP"), Qt::CaseInsensitive);
+  return letters.contains(unusual) ? QStringLiteral("HH:mm") : format;
 }
 
 }  // namespace
@@ -148,7 +152,10 @@ QWidget* RuleRowView::makeNumberField(const std::string& text) {
 QWidget* RuleRowView::makeTimePicker(Scheduled::Time time) {
   auto* picker = new QTimeEdit(QTime(Date::hour(time), Date::minute(time)), this);
   picker->setLocale(QLocale(qt(m_localize.locale())));
+  // In a right-to-left window Qt turns the sections around, though text does so by itself as far as it should.
+  picker->setLayoutDirection(Qt::LeftToRight);
   picker->setDisplayFormat(timeFormat(picker->locale()));
+  picker->unsetLayoutDirection();
   WheelGuard::guard(*picker);
   connect(picker, &QTimeEdit::timeChanged, this, &RuleRowView::timeEdited);
   return picker;

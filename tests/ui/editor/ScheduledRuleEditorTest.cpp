@@ -258,6 +258,29 @@ TEST_F(ScheduledRuleEditorTest, RowsAreMirroredInRightToLeftWindows) {
   QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
+TEST_F(ScheduledRuleEditorTest, TimesHaveTheFormOfTheLanguage) {
+  const struct {
+    const char* locale;
+    Qt::LayoutDirection direction;
+    const char* text;
+  } table[] = {
+      {"en_US", Qt::LeftToRight, "2:30 PM"},
+      {"de_DE", Qt::LeftToRight, "14:30"},
+      {"zh_TW", Qt::LeftToRight, "14:30"},  // its own form has a word for the time of day that Qt doesn't know
+      {"ar_EG", Qt::RightToLeft, "\u0662:\u0663\u0660 \u0645"},
+  };
+  for (const auto& row : table) {
+    Foundation itsFoundation(roots, {}, {}, row.locale);
+    Program itsProgram(itsFoundation, platform);
+    QApplication::setLayoutDirection(row.direction);
+    ScheduledRuleEditor widget(itsProgram);
+    itsProgram.scheduledController.load({EveryDay{at(14, 30)}}, widget.editor());
+    QString text = widget.findChild<QTimeEdit*>()->text();
+    EXPECT_EQ(utf8(text.replace(QChar(0x202f), QLatin1Char(' '))), row.text) << row.locale;
+  }
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
 TEST_F(ScheduledRuleEditorTest, RulesThatCantBeEditedAreSentences) {
   open({RepeatInterval{5, Unit::seconds}, DayOfWeek{DayOfWeek::weekends, at(9, 0)}}).setEditable(false);
   testdata::settle();
