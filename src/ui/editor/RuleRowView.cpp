@@ -114,8 +114,10 @@ void RuleRowView::showRow(const RuleEditor& editor, std::size_t row, std::size_t
 }
 
 QWidget* RuleRowView::makeElement(const RuleEditor& editor, std::size_t row, std::size_t position) {
-  const Scheduled::DisplayValue& value = editor.row(row).displayValues[position];
-  if (const auto* field = std::get_if<Scheduled::NumberField>(&value)) return makeNumberField(field->text);
+  const RuleRow& content = editor.row(row);
+  const Scheduled::DisplayValue& value = content.displayValues[position];
+  const bool isLast = position + 1 == content.criteria.size();  // a minute has the word for it behind it
+  if (const auto* field = std::get_if<Scheduled::NumberField>(&value)) return makeNumberField(field->text, !isLast);
   if (const auto* picker = std::get_if<Scheduled::TimePicker>(&value)) return makeTimePicker(picker->time);
   const auto& text = std::get<std::string>(value);
   const Criteria& choices = editor.choices(row, position);
@@ -138,10 +140,11 @@ QWidget* RuleRowView::makePopUp(const Criteria& choices, const std::string& chos
   return popUp;
 }
 
-QWidget* RuleRowView::makeNumberField(const std::string& text) {
-  constexpr int shownCharacters = 9;
+QWidget* RuleRowView::makeNumberField(const std::string& text, bool isMinute) {
+  const int shownCharacters = isMinute ? 5 : 9;
   auto* field = new QLineEdit(qt(text), this);
   field->setFixedWidth(field->fontMetrics().horizontalAdvance(QString(shownCharacters, QLatin1Char('0'))));
+  field->setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading) | Qt::AlignAbsolute);
   // Where nothing is entered there is nothing else to mark.
   field->setPlaceholderText(QStringLiteral("?"));
   connect(field, &QLineEdit::textEdited, this, &RuleRowView::numberEdited);

@@ -12,7 +12,9 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -100,13 +102,17 @@ class ScheduledRuleEditorTest : public testdata::ProgramFixture, public Schedule
   }
 
   int changes = 0;
+  std::function<void()> onChange = [] {};
   std::unique_ptr<QWidget> m_window;
   ScheduledRuleEditor* m_editor = nullptr;
   QToolButton* m_before = nullptr;
   QToolButton* m_after = nullptr;
 
  private:
-  void rulesDidChange() override { ++changes; }
+  void rulesDidChange() override {
+    ++changes;
+    onChange();
+  }
 };
 
 TEST_F(ScheduledRuleEditorTest, ARuleIsMadeWithTheKeysAlone) {
@@ -201,6 +207,25 @@ TEST_F(ScheduledRuleEditorTest, AFieldIsMarkedForWhatStandsInAnotherRow) {
   control<QToolButton>("Remove Rule", 0).click();
   testdata::settle();
   EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval", 0).toolTip()), "");
+}
+
+TEST_F(ScheduledRuleEditorTest, RulesMayBeLoadedAnewForAnyChange) {
+  const std::function<void()> changesInTheEditor[] = {
+      [&] { control<QComboBox>("Kind").setCurrentIndex(5); },
+      [&] { control<QToolButton>("Add Rule", 1).click(); },
+      [&] { control<QToolButton>("Remove Rule").click(); },
+      [&] { control<QTimeEdit>("Time").stepUp(); },
+      [&] { m_editor->addRow(); },
+  };
+  for (const auto& change : changesInTheEditor) {
+    open({EveryDay{at(9, 0)}, EveryHour{1}});
+    onChange = [this] { program().scheduledController.load({EveryHour{7}}, m_editor->editor()); };
+    change();
+    testdata::settle();
+    EXPECT_EQ(rules(), Rules{EveryHour{7}});
+    EXPECT_EQ(m_editor->findChildren<QComboBox*>().size(), 1);
+  }
+  EXPECT_EQ(changes, 5);
 }
 
 TEST_F(ScheduledRuleEditorTest, TheWheelChangesOnlyWhatHasTheKeys) {
