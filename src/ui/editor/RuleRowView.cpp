@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QStyle>
 #include <QTimeEdit>
 #include <QToolButton>
@@ -54,10 +55,13 @@ Kind kindOf(const RuleRow& row, const Criteria& kinds) {
   return static_cast<Kind>(std::find(kinds.begin(), kinds.end(), row.criteria.front()) - kinds.begin());
 }
 
-/// Hours and minutes, whatever more the locale's short form has.
+/// The locale's form of hours and minutes, if it has nothing else that Qt can't show or nobody wants to enter.
 QString timeFormat(const QLocale& locale) {
+  static const QRegularExpression quoted(QStringLiteral("'[^']*'"));
+  static const QRegularExpression unusual(QStringLiteral("[B-GI-Zb-gi-ln-z]"));
   const QString format = locale.timeFormat(QLocale::ShortFormat);
-  return format.contains(QLatin1String("ss")) ? QStringLiteral("HH:mm") : format;
+  const QString letters = QString(format).remove(quoted).remove(QLatin1String("AP"), Qt::CaseInsensitive);
+  return letters.contains(unusual) ? QStringLiteral("HH:mm") : format;
 }
 
 }  // namespace
@@ -110,8 +114,10 @@ void RuleRowView::showRow(const RuleEditor& editor, std::size_t row, std::size_t
 }
 
 QWidget* RuleRowView::makeElement(const RuleEditor& editor, std::size_t row, std::size_t position) {
-  const Scheduled::DisplayValue& value = editor.row(row).displayValues[position];
-  if (const auto* field = std::get_if<Scheduled::NumberField>(&value)) return makeNumberField(field->text);
+  const RuleRow& content = editor.row(row);
+  const Scheduled::DisplayValue& value = content.displayValues[position];
+  const bool isLast = position + 1 == content.criteria.size();  // a minute has the word for it behind it
+  if (const auto* field = std::get_if<Scheduled::NumberField>(&value)) return makeNumberField(field->text, !isLast);
   if (const auto* picker = std::get_if<Scheduled::TimePicker>(&value)) return makeTimePicker(picker->time);
   const auto& text = std::get<std::string>(value);
   const Criteria& choices = editor.choices(row, position);
@@ -134,10 +140,11 @@ QWidget* RuleRowView::makePopUp(const Criteria& choices, const std::string& chos
   return popUp;
 }
 
-QWidget* RuleRowView::makeNumberField(const std::string& text) {
-  constexpr int shownCharacters = 9;
+QWidget* RuleRowView::makeNumberField(const std::string& text, bool isMinute) {
+  const int shownCharacters = isMinute ? 5 : 9;
   auto* field = new QLineEdit(qt(text), this);
   field->setFixedWidth(field->fontMetrics().horizontalAdvance(QString(shownCharacters, QLatin1Char('0'))));
+  field->setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading) | Qt::AlignAbsolute);
   // Where nothing is entered there is nothing else to mark.
   field->setPlaceholderText(QStringLiteral("?"));
   connect(field, &QLineEdit::textEdited, this, &RuleRowView::numberEdited);
@@ -148,7 +155,10 @@ QWidget* RuleRowView::makeNumberField(const std::string& text) {
 QWidget* RuleRowView::makeTimePicker(Scheduled::Time time) {
   auto* picker = new QTimeEdit(QTime(Date::hour(time), Date::minute(time)), this);
   picker->setLocale(QLocale(qt(m_localize.locale())));
+  // In a right-to-left window Qt turns the sections around, though text does so by itself as far as it should.
+  picker->setLayoutDirection(Qt::LeftToRight);
   picker->setDisplayFormat(timeFormat(picker->locale()));
+  picker->unsetLayoutDirection();
   WheelGuard::guard(*picker);
   connect(picker, &QTimeEdit::timeChanged, this, &RuleRowView::timeEdited);
   return picker;

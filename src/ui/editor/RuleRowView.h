@@ -45,7 +45,7 @@ class RuleRowView final : public QWidget {
  private:
   QWidget* makeElement(const Scheduled::RuleEditor& editor, std::size_t row, std::size_t position);
   QWidget* makePopUp(const Criteria& choices, const std::string& chosen, std::size_t position);
-  QWidget* makeNumberField(const std::string& text);
+  QWidget* makeNumberField(const std::string& text, bool isMinute);
   QWidget* makeTimePicker(Scheduled::Time time);
   QToolButton* makeButton(const char* symbol, const std::string& title);
   void showMark();

@@ -32,7 +32,7 @@ void ScheduledRuleEditor::setEditable(bool isEditable) {
 
 void ScheduledRuleEditor::addRow() {
   m_editor.addRow();
-  if (m_isEditable) m_views.back()->controls().front()->setFocus(Qt::OtherFocusReason);
+  if (!m_views.empty()) m_views.back()->controls().front()->setFocus(Qt::OtherFocusReason);
 }
 
 void ScheduledRuleEditor::rowsWereLoaded() {
@@ -46,8 +46,7 @@ void ScheduledRuleEditor::rowsWereLoaded() {
 
 void ScheduledRuleEditor::clear() {
   delete std::exchange(m_sentences, nullptr);
-  for (RuleRowView* view : m_views) delete view;
-  m_views.clear();
+  while (!m_views.empty()) dismiss(m_views.size() - 1);
 }
 
 void ScheduledRuleEditor::showRows() {
@@ -88,7 +87,7 @@ std::size_t ScheduledRuleEditor::rowOf(const RuleRowView& view) const {
 void ScheduledRuleEditor::addBehind(const RuleRowView& view) {
   const std::size_t row = rowOf(view);
   m_editor.addRowBehind(row);
-  m_views[row + 1]->controls().front()->setFocus(Qt::TabFocusReason);
+  if (row + 1 < m_views.size()) m_views[row + 1]->controls().front()->setFocus(Qt::TabFocusReason);
 }
 
 void ScheduledRuleEditor::remove(const RuleRowView& view) {
@@ -109,12 +108,16 @@ void ScheduledRuleEditor::rowWasAdded(std::size_t row) {
 
 void ScheduledRuleEditor::rowWasRemoved(std::size_t row) {
   if (!m_isEditable) return rowsWereLoaded();
+  dismiss(row);
+  updateMarks();
+}
+
+void ScheduledRuleEditor::dismiss(std::size_t row) {
   RuleRowView* view = m_views[row];
   m_views.erase(m_views.begin() + static_cast<std::ptrdiff_t>(row));
   m_layout->removeWidget(view);
   view->hide();
-  view->deleteLater();  // its button may be what was clicked
-  updateMarks();
+  view->deleteLater();  // its own click may be what it goes for
 }
 
 void ScheduledRuleEditor::rowWasRechosen(std::size_t row, std::size_t position) {

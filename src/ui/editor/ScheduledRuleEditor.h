@@ -39,6 +39,7 @@ class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorT
   void showSentences();
   void clear();
   void insertView(std::size_t row);
+  void dismiss(std::size_t row);
   std::size_t rowOf(const RuleRowView& view) const;
   void addBehind(const RuleRowView& view);
   void remove(const RuleRowView& view);

@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <random>
+#include <utility>
 
 #include "core/schedule/AppliedRules.h"
 #include "core/support/Dates.h"

@@ -12,7 +12,9 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -100,13 +102,17 @@ class ScheduledRuleEditorTest : public testdata::ProgramFixture, public Schedule
   }
 
   int changes = 0;
+  std::function<void()> onChange = [] {};
   std::unique_ptr<QWidget> m_window;
   ScheduledRuleEditor* m_editor = nullptr;
   QToolButton* m_before = nullptr;
   QToolButton* m_after = nullptr;
 
  private:
-  void rulesDidChange() override { ++changes; }
+  void rulesDidChange() override {
+    ++changes;
+    onChange();
+  }
 };
 
 TEST_F(ScheduledRuleEditorTest, ARuleIsMadeWithTheKeysAlone) {
@@ -203,6 +209,25 @@ TEST_F(ScheduledRuleEditorTest, AFieldIsMarkedForWhatStandsInAnotherRow) {
   EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval", 0).toolTip()), "");
 }
 
+TEST_F(ScheduledRuleEditorTest, RulesMayBeLoadedAnewForAnyChange) {
+  const std::function<void()> changesInTheEditor[] = {
+      [&] { control<QComboBox>("Kind").setCurrentIndex(5); },
+      [&] { control<QToolButton>("Add Rule", 1).click(); },
+      [&] { control<QToolButton>("Remove Rule").click(); },
+      [&] { control<QTimeEdit>("Time").stepUp(); },
+      [&] { m_editor->addRow(); },
+  };
+  for (const auto& change : changesInTheEditor) {
+    open({EveryDay{at(9, 0)}, EveryHour{1}});
+    onChange = [this] { program().scheduledController.load({EveryHour{7}}, m_editor->editor()); };
+    change();
+    testdata::settle();
+    EXPECT_EQ(rules(), Rules{EveryHour{7}});
+    EXPECT_EQ(m_editor->findChildren<QComboBox*>().size(), 1);
+  }
+  EXPECT_EQ(changes, 5);
+}
+
 TEST_F(ScheduledRuleEditorTest, TheWheelChangesOnlyWhatHasTheKeys) {
   open({DayOfWeek{3, at(9, 0)}});
   const auto wheel = [](QWidget& widget) {
@@ -254,6 +279,29 @@ TEST_F(ScheduledRuleEditorTest, RowsAreMirroredInRightToLeftWindows) {
     const bool isMirrored = std::is_sorted(std::rbegin(xs), std::rend(xs));
     EXPECT_EQ(std::is_sorted(std::begin(xs), std::end(xs)), direction == Qt::LeftToRight);
     EXPECT_EQ(isMirrored, direction == Qt::RightToLeft);
+  }
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+TEST_F(ScheduledRuleEditorTest, TimesHaveTheFormOfTheLanguage) {
+  const struct {
+    const char* locale;
+    Qt::LayoutDirection direction;
+    const char* text;
+  } table[] = {
+      {"en_US", Qt::LeftToRight, "2:30 PM"},
+      {"de_DE", Qt::LeftToRight, "14:30"},
+      {"zh_TW", Qt::LeftToRight, "14:30"},  // its own form has a word for the time of day that Qt doesn't know
+      {"ar_EG", Qt::RightToLeft, "\u0662:\u0663\u0660 \u0645"},
+  };
+  for (const auto& row : table) {
+    Foundation itsFoundation(roots, {}, {}, row.locale);
+    Program itsProgram(itsFoundation, platform);
+    QApplication::setLayoutDirection(row.direction);
+    ScheduledRuleEditor widget(itsProgram);
+    itsProgram.scheduledController.load({EveryDay{at(14, 30)}}, widget.editor());
+    QString text = widget.findChild<QTimeEdit*>()->text();
+    EXPECT_EQ(utf8(text.replace(QChar(0x202f), QLatin1Char(' '))), row.text) << row.locale;
   }
   QApplication::setLayoutDirection(Qt::LeftToRight);
 }
