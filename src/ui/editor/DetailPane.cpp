@@ -9,22 +9,14 @@
 #include <algorithm>
 
 #include "core/editor/DetailTab.h"
-#include "core/support/Strings.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
+#include "ui/support/ShownText.h"
 #include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 
 namespace {
-
-/// More of a text than this nobody reads here, and to lay it out would take seconds.
-constexpr std::size_t longestText = 4000;
-
-QString shown(const std::string& text) {
-  const auto beginning = String::firstCharacters(text, longestText);
-  return beginning.size() < text.size() ? qt(beginning) + QChar(0x2026) : qt(beginning);
-}
 
 QFont scaled(QFont font, double factor) {
   font.setPointSizeF(font.pointSizeF() * factor);
@@ -33,7 +25,7 @@ QFont scaled(QFont font, double factor) {
 
 ValueText* valueWidget(const JobDetails::Row& row) {
   QStringList lines;
-  for (const std::string& line : row.lines) lines.append(shown(line));
+  for (const std::string& line : row.lines) lines.append(shownText(line));
   auto* value = new ValueText(lines.join(QLatin1Char('\n')));
   if (row.style == JobDetails::Row::Style::Code) value->setCode();
   value->setAccessibleName(qt(row.label));
@@ -142,7 +134,7 @@ QWidget* DetailPane::makeHeader(const JobDetails& details) {
   layout->addWidget(icon, 0, Qt::AlignTop);
 
   auto* texts = new QVBoxLayout;
-  auto* name = new ValueText(shown(details.name));
+  auto* name = new ValueText(shownText(details.name));
   QFont bold = scaled(name->font(), 1.35);
   bold.setBold(true);
   name->setTextFont(bold);

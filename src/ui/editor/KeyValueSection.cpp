@@ -1,0 +1,148 @@
+#include "ui/editor/KeyValueSection.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QPointer>
+#include <QPushButton>
+#include <QStyle>
+#include <algorithm>
+
+#include "core/editor/Description.h"
+#include "core/support/Bidirectional.h"
+#include "core/support/Const.h"
+#include "ui/editor/KeyLabel.h"
+#include "ui/support/CheckBox.h"
+#include "ui/support/QtText.h"
+#include "ui/support/SecondaryLabel.h"
+#include "ui/support/ShownText.h"
+#include "ui/support/ValueText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+/// More rows than this nobody reads here, and to make them would take seconds.
+constexpr std::size_t mostRows = 300;
+
+QCheckBox* makeBox(const std::string& key, bool isOn) {
+  auto* box = new CheckBox(shownText(key).replace(QLatin1Char('&'), QLatin1String("&&")));
+  box->setChecked(isOn);
+  box->setEnabled(false);
+  box->setToolTip(shownText(key));
+  box->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  return box;
+}
+
+/// Lower by so much.
+QWidget* lowered(QWidget* widget, int distance) {
+  if (distance <= 0) return widget;
+  auto* frame = new QWidget;
+  auto* layout = new QVBoxLayout(frame);
+  layout->setContentsMargins(0, distance, 0, 0);
+  layout->addWidget(widget);
+  return frame;
+}
+
+/// The button that was clicked may be in it, and at work until the click is done.
+void drop(QWidget& widget) {
+  widget.hide();
+  widget.deleteLater();
+}
+
+int firstLineHeight(const QWidget& widget) {
+  return qobject_cast<const QCheckBox*>(&widget) ? widget.sizeHint().height() : widget.fontMetrics().height();
+}
+
+}  // namespace
+
+KeyValueSection::KeyValueSection(Program& program, QWidget* parent) : QWidget(parent), m_program(program) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+}
+
+void KeyValueSection::setKeyValues(const std::vector<KeyValueItem>& items, std::optional<EditSection> editSection) {
+  m_editSection = editSection;
+  dropGrid();
+  if (items.empty()) return;
+
+  m_grid = new QWidget;
+  m_cells = new QGridLayout(m_grid);
+  const int spacing = style()->pixelMetric(QStyle::PM_LayoutLeftMargin);
+  m_cells->setContentsMargins(0, 0, 0, 0);
+  m_cells->setHorizontalSpacing(spacing);
+  m_cells->setVerticalSpacing(spacing / 2);
+  m_cells->setColumnMinimumWidth(0, KeyLabel::columnWidth);
+  m_cells->setColumnStretch(1, 1);
+  const std::size_t count = std::min(items.size(), mostRows);
+  for (std::size_t i = 0; i < count; ++i) addRow(items[i]);
+  if (count < items.size()) m_cells->addWidget(new SecondaryLabel(QStringLiteral("…")), m_cells->rowCount(), 1);
+  layout()->addWidget(m_grid);
+}
+
+void KeyValueSection::dropGrid() {
+  m_rows.clear();
+  if (m_grid) drop(*m_grid);
+  m_grid = nullptr;
+}
+
+void KeyValueSection::addRow(const KeyValueItem& item) {
+  const int line = m_cells->rowCount();
+  Row row{.key = item.key, .cells = {}};
+  const auto addCell = [&](QWidget* cell, int column) {
+    m_cells->addWidget(cell, line, column, Qt::AlignTop);
+    row.cells.push_back(cell);
+  };
+  QWidget* value = makeValue(item);
+  QWidget* button = m_editSection ? makeDeleteButton(item.key) : nullptr;
+  // All are centred on the first line of the value.
+  const int height = std::max(firstLineHeight(*value), button ? button->sizeHint().height() : 0);
+  if (!item.value.as<bool>()) {
+    auto* label = new KeyLabel(item.key, this);
+    if (!m_editSection) label->setForegroundRole(QPalette::PlaceholderText);
+    addCell(lowered(label, (height - firstLineHeight(*label)) / 2), 0);
+  }
+  addCell(lowered(value, (height - firstLineHeight(*value)) / 2), 1);
+  if (button) addCell(button, 2);
+  m_rows.push_back(std::move(row));
+}
+
+QWidget* KeyValueSection::makeValue(const KeyValueItem& item) const {
+  if (const auto* isOn = item.value.as<bool>()) return makeBox(item.key, *isOn);
+  const auto* text = item.value.as<std::string>();
+  auto* value = new ValueText(shownText(text ? *text : description(item.value, m_program.foundation.localize)));
+  value->setAccessibleName(shownText(item.key));
+  return value;
+}
+
+QWidget* KeyValueSection::makeDeleteButton(const std::string& key) {
+  const Localize& localize = m_program.foundation.localize;
+  auto* button = new QPushButton(qt(localize.delete_()));
+  QFont font = button->font();
+  font.setPointSizeF(font.pointSizeF() * 0.85);
+  button->setFont(font);
+  button->setAttribute(Qt::WA_MacSmallSize);
+  button->setAccessibleName(
+      shownText(bidirectionalString({localize.delete_(), key}, Const::separator, localize.isRightToLeft())));
+  connect(button, &QPushButton::clicked, this, [this, key] { deleteRow(key); });
+  return button;
+}
+
+void KeyValueSection::deleteRow(const std::string& key) {
+  const QPointer<KeyValueSection> self(this);  // the owner may show something else in its place
+  if (!remove || !remove(key) || !self) return;
+  const auto row = std::find_if(m_rows.begin(), m_rows.end(), [&](const Row& each) { return each.key == key; });
+  if (row != m_rows.end()) dropRow(row);
+}
+
+void KeyValueSection::dropRow(std::vector<Row>::iterator row) {
+  for (QWidget* cell : row->cells) {
+    m_cells->removeWidget(cell);
+    drop(*cell);
+  }
+  const auto next = m_rows.erase(row);
+  if (m_rows.empty()) return dropGrid();
+  const Row& neighbour = next == m_rows.end() ? m_rows.back() : *next;
+  neighbour.cells.back()->setFocus();
+}
+
+}  // namespace mirvel::ui

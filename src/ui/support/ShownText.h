@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+#include <string_view>
+
+namespace mirvel::ui {
+
+/// A text to be shown, cut with an ellipsis where it is longer than anyone reads: to lay it out would take seconds.
+QString shownText(std::string_view text);
+
+}  // namespace mirvel::ui
