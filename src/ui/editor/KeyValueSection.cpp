@@ -28,7 +28,7 @@ QCheckBox* makeBox(const std::string& key, bool isOn) {
   auto* box = new CheckBox(shownText(key).replace(QLatin1Char('&'), QLatin1String("&&")));
   box->setChecked(isOn);
   box->setEnabled(false);
-  box->setToolTip(shownText(key));
+  box->setToolTip(shownToolTip(key));
   box->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   return box;
 }

@@ -7,5 +7,7 @@ namespace mirvel::ui {
 
 /// A text to be shown, cut with an ellipsis where it is longer than anyone reads: to lay it out would take seconds.
 QString shownText(std::string_view text);
+/// Likewise, for a tool tip: a text that looks like markup is shown as it stands.
+QString shownToolTip(std::string_view text);
 
 }  // namespace mirvel::ui

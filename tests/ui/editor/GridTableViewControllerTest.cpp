@@ -207,6 +207,17 @@ TEST_F(GridTableViewControllerTest, BoxesAreTickedByKeyAndByClick) {
   EXPECT_EQ(recorder.told, (Texts{"/a+ /b+", "/a+ /b-"}));
 }
 
+TEST_F(GridTableViewControllerTest, ToolTipsShowTheWholeTextAsItStands) {
+  show(Kind::string, Texts{"a & b", "<b>bold</b>"});
+  EXPECT_EQ(list().item(0)->toolTip(), QStringLiteral("a & b"));
+  EXPECT_EQ(list().item(1)->toolTip(), QStringLiteral("<qt>&lt;b&gt;bold&lt;/b&gt;</qt>"));
+  list().setCurrentRow(1);
+  press(Qt::Key_F2);
+  type("new");
+  press(Qt::Key_Return);
+  EXPECT_EQ(list().item(1)->toolTip(), QStringLiteral("new"));
+}
+
 TEST_F(GridTableViewControllerTest, TheListGrowsFromFourRowsToEight) {
   const auto heightOf = [&](std::size_t rows) {
     show(Kind::string, Texts(rows, "text"));
