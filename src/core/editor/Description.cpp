@@ -43,8 +43,12 @@ class Writer {
     for (const plist::Value& element : elements) {
       if (m_isFull) return;
       if (&element != &elements.front()) startLine(indent);
-      append(isOverLines(element) ? "–" : "– ");
-      writeBelow(element, indent);
+      if (isOverLines(element)) {
+        append(m_texts.joined({"–"}, ""));
+        writeBelow(element, indent);
+      } else {
+        append(m_texts.joined({"–", plainText(element)}, " "));
+      }
     }
   }
 
@@ -62,7 +66,7 @@ class Writer {
   }
 
   void writeBelow(const plist::Value& value, std::size_t indent) {
-    if (isOverLines(value)) startLine(indent + indentWidth);
+    startLine(indent + indentWidth);
     if (!m_isFull) write(value, indent + indentWidth);
   }
 

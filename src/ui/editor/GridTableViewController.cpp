@@ -16,6 +16,7 @@
 #include "ui/support/IconLoader.h"
 #include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -82,7 +83,7 @@ void GridTableViewController::prepareList() {
                               : QAbstractItemView::NoEditTriggers);
   for (const GridTable::Item& row : m_table.rows()) m_list->addItem(makeItem(row));
   m_list->installEventFilter(this);
-  connect(m_list, &QListWidget::itemChanged, this, [this](const QListWidgetItem* item) { itemChanged(*item); });
+  connect(m_list, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) { itemChanged(*item); });
 }
 
 void GridTableViewController::prepareButtons() {
@@ -96,7 +97,7 @@ void GridTableViewController::prepareButtons() {
 QListWidgetItem* GridTableViewController::makeItem(const GridTable::Item& row) const {
   const GridTable::Kind kind = m_table.kind();
   auto* item = new QListWidgetItem(qt(row.string));
-  item->setToolTip(qt(row.string));
+  item->setToolTip(shownToolTip(row.string));
   item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
   if (GridTable::isTextEditable(kind)) item->setFlags(item->flags() | Qt::ItemIsEditable);
   if (GridTable::hasBox(kind)) {
@@ -107,11 +108,13 @@ QListWidgetItem* GridTableViewController::makeItem(const GridTable::Item& row) c
   return item;
 }
 
-void GridTableViewController::itemChanged(const QListWidgetItem& item) {
+void GridTableViewController::itemChanged(QListWidgetItem& item) {
   const auto row = static_cast<std::size_t>(m_list->row(&item));
+  const std::string text = utf8(item.text());
   if (GridTable::hasBox(m_table.kind())) m_table.setBox(row, item.checkState() == Qt::Checked);
-  m_table.setText(row, utf8(item.text()));
-  if (item.toolTip() != item.text()) m_list->item(m_list->row(&item))->setToolTip(item.text());
+  m_table.setText(row, text);
+  const QString toolTip = shownToolTip(text);
+  if (item.toolTip() != toolTip) item.setToolTip(toolTip);
 }
 
 void GridTableViewController::add() {
@@ -171,6 +174,7 @@ void GridTableViewController::editSelected() {
 }
 
 bool GridTableViewController::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == m_list && event->type() == QEvent::FocusIn) selectForKeys(*static_cast<const QFocusEvent*>(event));
   const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
   if (watched != m_list || !isKey || !m_list->hasFocus()) return QWidget::eventFilter(watched, event);
   const auto* press = static_cast<const QKeyEvent*>(event);
@@ -181,6 +185,12 @@ bool GridTableViewController::eventFilter(QObject* watched, QEvent* event) {
     return true;
   }
   return pressed(press->key());
+}
+
+/// Who comes by the keyboard has a row to work on: no key would select the only one.
+void GridTableViewController::selectForKeys(const QFocusEvent& event) {
+  const bool isByKey = event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason;
+  if (isByKey && m_list->selectedItems().isEmpty()) m_list->setCurrentRow(std::max(0, m_list->currentRow()));
 }
 
 bool GridTableViewController::pressed(int key) {

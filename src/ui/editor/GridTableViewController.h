@@ -26,7 +26,8 @@ class GridTableViewController final : public QWidget {
   void prepareList();
   void prepareButtons();
   QListWidgetItem* makeItem(const GridTable::Item& row) const;
-  void itemChanged(const QListWidgetItem& item);
+  void itemChanged(QListWidgetItem& item);
+  void selectForKeys(const QFocusEvent& event);
   bool pressed(int key);
 
   void add();

@@ -1,5 +1,7 @@
 #include "ui/editor/KeyLabel.h"
 
+#include "core/support/Bidirectional.h"
+#include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
@@ -7,8 +9,6 @@ namespace mirvel::ui {
 namespace {
 
 constexpr QChar zeroWidthSpace(0x200B);
-constexpr QChar firstStrongIsolate(0x2068);
-constexpr QChar popIsolate(0x2069);
 
 bool isEndOfWord(QChar character, QChar next) {
   return !character.isLetterOrNumber() || (character.isLower() && next.isUpper());
@@ -34,14 +34,15 @@ QString breakable(const QString& key) {
 }  // namespace
 
 KeyLabel::KeyLabel(const std::string& key, QWidget* parent) : QLabel(parent) {
-  const QString text = shownText(key);
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
   setFixedWidth(columnWidth);
-  setAlignment(Qt::AlignTrailing | Qt::AlignTop);
-  // In a line from right to left the colon stands at the left of a Latin key, which is where its reader looks for it.
-  setText(firstStrongIsolate + breakable(text) + popIsolate + QLatin1Char(':'));
-  setAccessibleName(text);
+  // A label takes its direction from its text. In a line from right to left the colon stands at the left of a Latin
+  // key, which is where its reader looks for it.
+  const QString text = breakable(shownText(key));
+  setText(qt(bidirectionalString({utf8(text)}, {}, isRightToLeft())) + QLatin1Char(':'));
+  setAlignment(Qt::AlignTop | Qt::AlignAbsolute | (isRightToLeft() ? Qt::AlignLeft : Qt::AlignRight));
+  setAccessibleName(shownText(key));
 }
 
 }  // namespace mirvel::ui

@@ -11,7 +11,8 @@ class KeyLabel final : public QLabel {
  public:
   static constexpr int columnWidth = 154;
 
-  explicit KeyLabel(const std::string& key, QWidget* parent = nullptr);
+  /// Reads in the direction that its parent has now.
+  explicit KeyLabel(const std::string& key, QWidget* parent);
 };
 
 }  // namespace mirvel::ui

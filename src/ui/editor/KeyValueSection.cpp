@@ -11,6 +11,7 @@
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 #include "ui/editor/KeyLabel.h"
+#include "ui/support/CheckBox.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
 #include "ui/support/ShownText.h"
@@ -24,10 +25,10 @@ namespace {
 constexpr std::size_t mostRows = 300;
 
 QCheckBox* makeBox(const std::string& key, bool isOn) {
-  auto* box = new QCheckBox(shownText(key).replace(QLatin1Char('&'), QLatin1String("&&")));
+  auto* box = new CheckBox(shownText(key).replace(QLatin1Char('&'), QLatin1String("&&")));
   box->setChecked(isOn);
   box->setEnabled(false);
-  box->setToolTip(shownText(key));
+  box->setToolTip(shownToolTip(key));
   box->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   return box;
 }
@@ -96,7 +97,7 @@ void KeyValueSection::addRow(const KeyValueItem& item) {
   // All are centred on the first line of the value.
   const int height = std::max(firstLineHeight(*value), button ? button->sizeHint().height() : 0);
   if (!item.value.as<bool>()) {
-    auto* label = new KeyLabel(item.key);
+    auto* label = new KeyLabel(item.key, this);
     if (!m_editSection) label->setForegroundRole(QPalette::PlaceholderText);
     addCell(lowered(label, (height - firstLineHeight(*label)) / 2), 0);
   }

@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 
+#include "ui/support/CheckBox.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
 
@@ -33,12 +34,20 @@ QSize RowTextDelegate::sizeHint(const QStyleOptionViewItem& option, const QModel
 QWidget* RowTextDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                                        const QModelIndex& index) const {
   QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
-  if (GridTable::holdsPaths(m_table.kind())) editor->setLayoutDirection(Qt::LeftToRight);
   m_edited = index;
-  if (const auto* field = qobject_cast<QLineEdit*>(editor)) {
+  if (auto* field = qobject_cast<QLineEdit*>(editor)) {
+    // A text stays where it stood.
+    const bool isAtLeft = option.direction == Qt::LeftToRight || GridTable::holdsPaths(m_table.kind());
+    field->setAlignment(Qt::AlignAbsolute | Qt::AlignVCenter | (isAtLeft ? Qt::AlignLeft : Qt::AlignRight));
+    if (GridTable::holdsPaths(m_table.kind())) field->setLayoutDirection(Qt::LeftToRight);
     connect(field, &QLineEdit::textEdited, this, [this](const QString& text) { edit(text); });
   }
   return editor;
+}
+
+void RowTextDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+  QStyledItemDelegate::initStyleOption(option, index);
+  option->palette = boxPalette(option->palette);
 }
 
 void RowTextDelegate::edit(const QString& text) const {

@@ -4,12 +4,13 @@
 
 namespace mirvel::ui {
 
-/// Whether the Option key is held. Elsewhere it is Alt, or Control, since window managers keep clicks with Alt for
-/// themselves.
+/// Whether the user holds the key that gives a click another meaning: Option, which is Alt. On Linux Control counts,
+/// too, since window managers keep a click with Alt for themselves.
 inline bool optionHeld() {
-  Qt::KeyboardModifiers keys = Qt::AltModifier;
-#ifndef Q_OS_MACOS
-  keys |= Qt::ControlModifier;
+#ifdef __linux__
+  constexpr Qt::KeyboardModifiers keys = Qt::AltModifier | Qt::ControlModifier;
+#else
+  constexpr Qt::KeyboardModifiers keys = Qt::AltModifier;
 #endif
   return (QGuiApplication::keyboardModifiers() & keys) != Qt::NoModifier;
 }

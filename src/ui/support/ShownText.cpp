@@ -1,14 +1,22 @@
 #include "ui/support/ShownText.h"
 
+#include <QTextDocument>
+
 #include "core/support/Strings.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-QString shownText(const std::string& text) {
-  constexpr std::size_t longest = 4000;  // to lay out more would take seconds
+QString shownText(std::string_view text) {
+  constexpr std::size_t longest = 4000;
   const auto beginning = String::firstCharacters(text, longest);
   return beginning.size() < text.size() ? qt(beginning) + QChar(0x2026) : qt(beginning);
+}
+
+QString shownToolTip(std::string_view text) {
+  const QString shown = shownText(text);
+  if (!Qt::mightBeRichText(shown)) return shown;
+  return QStringLiteral("<qt>") + shown.toHtmlEscaped() + QStringLiteral("</qt>");
 }
 
 }  // namespace mirvel::ui

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QString>
-#include <string>
+#include <string_view>
 
 namespace mirvel::ui {
 
-/// A value as it is shown where it can only be read: of a text that nobody would read to its end, the beginning.
-QString shownText(const std::string& text);
+/// A text to be shown, cut with an ellipsis where it is longer than anyone reads: to lay it out would take seconds.
+QString shownText(std::string_view text);
+/// Likewise, for a tool tip: a text that looks like markup is shown as it stands.
+QString shownToolTip(std::string_view text);
 
 }  // namespace mirvel::ui

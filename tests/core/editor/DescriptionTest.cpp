@@ -44,16 +44,21 @@ TEST(DescriptionTest, EveryTypeReadsAsAPersonWritesIt) {
 
 TEST(DescriptionTest, HugeValuesEndInAnEllipsisAndAreNotReadToTheirEnd) {
   Value deep = 1;
-  for (int depth = 0; depth < 5000; ++depth) deep = Array{std::move(deep), "after"};
+  for (int depth = 0; depth < 500; ++depth) {
+    Array outer;
+    outer.push_back(std::move(deep));  // a list in braces would copy it
+    outer.emplace_back("after");
+    deep = std::move(outer);
+  }
   Value wide = Array{};
-  for (int level = 0; level < 6; ++level) wide = Array(10, wide);
+  for (int level = 0; level < 5; ++level) wide = Array(10, wide);
   const struct {
     const char* name;
     Value value;
   } table[] = {
       {"text", std::string(1'000'000, 'x')},
       {"characters of several bytes", std::string("ä") + std::string(3000, 'x')},
-      {"array", Array(1'000'000, Value("ä"))},
+      {"array", Array(100'000, Value("ä"))},
       {"key", Dictionary{{std::string(1'000'000, 'k'), 1}}},
       {"deep", std::move(deep)},
       {"wide", std::move(wide)},

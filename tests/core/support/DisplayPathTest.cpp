@@ -11,9 +11,8 @@ TEST(DisplayPathTest, APathIsShortenedByTheHomeFolderItLiesIn) {
     const char* home;
     const char* shown;
   } table[] = {
-      {"/home/a/b c", "/home/a", "~/b c"}, {"/home/a", "/home/a/", "~"},
-      {"/home/ab", "/home/a", "/home/ab"}, {"/x /home/a/b", "/home/a", "/x /home/a/b"},
-      {"/home/a/b", "", "/home/a/b"},      {"/home/a/b", "/", "/home/a/b"},
+      {"/home/a/b c", "/home/a", "~/b c"},         {"/home/a", "/home/a/", "~"},   {"/home/ab", "/home/a", "/home/ab"},
+      {"/x /home/a/b", "/home/a", "/x /home/a/b"}, {"/home/a/b", "", "/home/a/b"}, {"/home/a/b", "/", "/home/a/b"},
   };
   for (const auto& row : table) EXPECT_EQ(localizedDisplayPath(row.path, row.home), row.shown) << row.path;
 }
