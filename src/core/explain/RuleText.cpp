@@ -1,9 +1,11 @@
 #include "core/explain/RuleText.h"
 
+#include <unicode/datefmt.h>
 #include <unicode/locid.h>
 #include <unicode/measfmt.h>
 #include <unicode/measunit.h>
 #include <unicode/rbnf.h>
+#include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
@@ -22,9 +24,29 @@ std::string twoDigits(int number) {
   return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-std::string timeText(Time time) {
+std::string inTwentyFourHours(Time time) {
   return twoDigits(Date::hour(time)) + ':' + twoDigits(Date::minute(time));
 }
+
+std::string asInLocale(Time time, const std::string& locale) {
+  const std::unique_ptr<icu::DateFormat> format(
+      icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, icu::Locale(locale.c_str())));
+  if (!format) return inTwentyFourHours(time);
+  format->setTimeZone(*icu::TimeZone::getGMT());
+  icu::UnicodeString text;
+  std::string result;
+  return format->format(static_cast<UDate>(time.time_since_epoch().count()) * 1000, text).toUTF8String(result);
+}
+
+/// What sentences are made of.
+struct Language {
+  const Localize& localize;
+  TimeForm form;
+
+  std::string time(Time time) const {
+    return form == TimeForm::ofTheLocale ? asInLocale(time, localize.locale()) : inTwentyFourHours(time);
+  }
+};
 
 /// "1st"; just the number where ICU has no ordinals of the language.
 std::string ordinal(int number, const std::string& locale) {
@@ -64,7 +86,8 @@ std::string duration(const RepeatInterval& rule, const Localize& localize) {
   return text.toUTF8String(result);
 }
 
-std::string sentence(const RepeatInterval& rule, const Localize& localize) {
+std::string sentence(const RepeatInterval& rule, const Language& language) {
+  const Localize& localize = language.localize;
   if (rule.interval != 1) return localize.format("Every %@", {duration(rule, localize)});
   switch (rule.unit) {
     case RepeatInterval::Unit::seconds:
@@ -79,37 +102,44 @@ std::string sentence(const RepeatInterval& rule, const Localize& localize) {
   return localize.format("Every 24 hours", {});
 }
 
-std::string sentence(const EveryHour& rule, const Localize& localize) {
+std::string sentence(const EveryHour& rule, const Language& language) {
+  const Localize& localize = language.localize;
   return localize.format("Every hour at minute %@", {localize.int_(rule.minute)});
 }
 
-std::string sentence(const EveryDay& rule, const Localize& localize) {
-  return localize.format("Every day at %@", {timeText(rule.time)});
+std::string sentence(const EveryDay& rule, const Language& language) {
+  const Localize& localize = language.localize;
+  return localize.format("Every day at %@", {language.time(rule.time)});
 }
 
-std::string sentence(const DayOfWeek& rule, const Localize& localize) {
-  if (rule.day == DayOfWeek::weekdays) return localize.format("Every weekday at %@", {timeText(rule.time)});
-  if (rule.day == DayOfWeek::weekends) return localize.format("Every day of the weekend at %@", {timeText(rule.time)});
+std::string sentence(const DayOfWeek& rule, const Language& language) {
+  const Localize& localize = language.localize;
+  if (rule.day == DayOfWeek::weekdays) return localize.format("Every weekday at %@", {language.time(rule.time)});
+  if (rule.day == DayOfWeek::weekends)
+    return localize.format("Every day of the weekend at %@", {language.time(rule.time)});
   const auto days = Date::weekdays(localize.locale());
-  return localize.format("Every %1$@ at %2$@", {days[static_cast<std::size_t>(rule.day)], timeText(rule.time)});
+  return localize.format("Every %1$@ at %2$@", {days[static_cast<std::size_t>(rule.day)], language.time(rule.time)});
 }
 
-std::string sentence(const DayOfMonth& rule, const Localize& localize) {
+std::string sentence(const DayOfMonth& rule, const Language& language) {
+  const Localize& localize = language.localize;
   return localize.format("On the %1$@ of every month at %2$@",
-                         {ordinal(rule.day + 1, localize.locale()), timeText(rule.time)});
+                         {ordinal(rule.day + 1, localize.locale()), language.time(rule.time)});
 }
 
-std::string sentence(const DayOfYear& rule, const Localize& localize) {
+std::string sentence(const DayOfYear& rule, const Language& language) {
+  const Localize& localize = language.localize;
   const auto months = Date::months(localize.locale());
   return localize.format(
       "Every year on %1$@ %2$@ at %3$@",
-      {localize.int_(rule.day + 1), months[static_cast<std::size_t>(rule.month)], timeText(rule.time)});
+      {localize.int_(rule.day + 1), months[static_cast<std::size_t>(rule.month)], language.time(rule.time)});
 }
 
 }  // namespace
 
-std::string ruleText(const ScheduledType& rule, const Localize& localize) {
-  return std::visit([&](const auto& it) { return sentence(it, localize); }, rule);
+std::string ruleText(const ScheduledType& rule, const Localize& localize, TimeForm form) {
+  const Language language{localize, form};
+  return std::visit([&](const auto& it) { return sentence(it, language); }, rule);
 }
 
 }  // namespace mirvel::explain

@@ -16,6 +16,7 @@ ButtonBar::ButtonBar(QWidget* parent) : QWidget(parent), m_row(new QHBoxLayout) 
   line->setForegroundRole(QPalette::Mid);
   layout->addWidget(line);
   m_row->setContentsMargins(20, 10, 20, 10);
+  m_row->setSpacing(8);
   layout->addLayout(m_row);
 }
 

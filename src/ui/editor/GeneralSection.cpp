@@ -1,8 +1,7 @@
 #include "ui/editor/GeneralSection.h"
 
-#include <QCheckBox>
-
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/CheckBox.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -11,7 +10,7 @@ GeneralSection::GeneralSection(Program& theProgram, IconLoader& icons)
     : Section(theProgram),
       m_icons(icons),
       m_grid(new SectionGrid(this)),
-      m_enabledButton(new QCheckBox(qt(localize().enabled()))) {}
+      m_enabledButton(new CheckBox(qt(localize().enabled()))) {}
 
 QPixmap GeneralSection::pixmapOf(const std::optional<Image>& icon) const {
   constexpr int side = 48;

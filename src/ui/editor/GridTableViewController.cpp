@@ -13,10 +13,10 @@
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 #include "ui/editor/RowTextDelegate.h"
-#include "ui/support/IconLoader.h"
 #include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
+#include "ui/support/SymbolButton.h"
 
 namespace mirvel::ui {
 
@@ -24,16 +24,6 @@ namespace {
 
 constexpr int fewestRows = 4;  // in sight
 constexpr int mostRows = 8;
-
-QToolButton* makeButton(const char* symbol, const std::string& name) {
-  auto* button = new QToolButton;
-  button->setIcon(IconLoader::symbol(symbol));
-  button->setAutoRaise(true);
-  button->setFocusPolicy(Qt::TabFocus);
-  button->setAccessibleName(qt(name));
-  button->setToolTip(qt(name));
-  return button;
-}
 
 bool isOurs(int key) {
 #ifdef __APPLE__
@@ -52,8 +42,8 @@ GridTableViewController::GridTableViewController(Program& program, GridTable::Ki
   const auto named = [&](const std::string& title) {
     return bidirectionalString({title, key}, Const::separator, localize.isRightToLeft());
   };
-  m_addButton = makeButton("list-add", named(localize.add()));
-  m_deleteButton = makeButton("list-remove", named(localize.delete_()));
+  m_addButton = symbolButton("list-add", named(localize.add()));
+  m_deleteButton = symbolButton("list-remove", named(localize.delete_()));
   prepareList();
   prepareButtons();
 

@@ -1,6 +1,7 @@
 #include "ui/editor/KeyLabel.h"
 
 #include "core/support/Bidirectional.h"
+#include "ui/editor/SectionGrid.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
 
@@ -36,7 +37,7 @@ QString breakable(const QString& key) {
 KeyLabel::KeyLabel(const std::string& key, QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
-  setFixedWidth(columnWidth);
+  setFixedWidth(SectionGrid::labelWidth);
   // A label takes its direction from its text. In a line from right to left the colon stands at the left of a Latin
   // key, which is where its reader looks for it.
   const QString text = breakable(shownText(key));

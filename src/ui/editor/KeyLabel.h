@@ -9,8 +9,6 @@ namespace mirvel::ui {
 /// words.
 class KeyLabel final : public QLabel {
  public:
-  static constexpr int columnWidth = 154;
-
   /// Reads in the direction that its parent has now.
   explicit KeyLabel(const std::string& key, QWidget* parent);
 };

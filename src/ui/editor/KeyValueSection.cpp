@@ -1,16 +1,15 @@
 #include "ui/editor/KeyValueSection.h"
 
 #include <QCheckBox>
-#include <QGridLayout>
 #include <QPointer>
 #include <QPushButton>
-#include <QStyle>
 #include <algorithm>
 
 #include "core/editor/Description.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 #include "ui/editor/KeyLabel.h"
+#include "ui/editor/SectionGrid.h"
 #include "ui/support/CheckBox.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
@@ -66,13 +65,8 @@ void KeyValueSection::setKeyValues(const std::vector<KeyValueItem>& items, std::
   if (items.empty()) return;
 
   m_grid = new QWidget;
-  m_cells = new QGridLayout(m_grid);
-  const int spacing = style()->pixelMetric(QStyle::PM_LayoutLeftMargin);
-  m_cells->setContentsMargins(0, 0, 0, 0);
-  m_cells->setHorizontalSpacing(spacing);
-  m_cells->setVerticalSpacing(spacing / 2);
-  m_cells->setColumnMinimumWidth(0, KeyLabel::columnWidth);
-  m_cells->setColumnStretch(1, 1);
+  m_cells = new SectionGrid(m_grid);
+  m_cells->setVerticalSpacing(SectionGrid::columnSpacing / 2);
   const std::size_t count = std::min(items.size(), mostRows);
   for (std::size_t i = 0; i < count; ++i) addRow(items[i]);
   if (count < items.size()) m_cells->addWidget(new SecondaryLabel(QStringLiteral("…")), m_cells->rowCount(), 1);

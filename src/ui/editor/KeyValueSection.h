@@ -10,9 +10,9 @@
 #include "core/app/Program.h"
 #include "core/editor/KeyValueItem.h"
 
-class QGridLayout;
-
 namespace mirvel::ui {
+
+class SectionGrid;
 
 /// Rows of keys and values that can only be read, and in the editor be deleted.
 class KeyValueSection final : public QWidget {
@@ -44,7 +44,7 @@ class KeyValueSection final : public QWidget {
   Program& m_program;
   std::optional<EditSection> m_editSection;
   QWidget* m_grid = nullptr;  // null: there are no rows
-  QGridLayout* m_cells = nullptr;
+  SectionGrid* m_cells = nullptr;
   std::vector<Row> m_rows;
 };
 

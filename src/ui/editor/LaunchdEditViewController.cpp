@@ -19,6 +19,7 @@
 #include "ui/editor/RootSection.h"
 #include "ui/editor/WhenEditSection.h"
 #include "ui/support/QtText.h"
+#include "ui/support/SymbolButton.h"
 
 namespace mirvel::ui {
 
@@ -33,12 +34,7 @@ LaunchdEditViewController::~LaunchdEditViewController() = default;
 
 void LaunchdEditViewController::makeButtons() {
   auto* bar = new ButtonBar;
-  m_helpButton = new QToolButton;
-  m_helpButton->setIcon(IconLoader::symbol("help-contents"));
-  m_helpButton->setAutoRaise(true);
-  m_helpButton->setFocusPolicy(Qt::TabFocus);
-  m_helpButton->setAccessibleName(qt(localize().help()));
-  m_helpButton->setToolTip(qt(localize().help()));
+  m_helpButton = symbolButton("help-contents", localize().help());
   m_saveProgressIndicator = new QProgressBar;
   m_saveProgressIndicator->setRange(0, 0);
   m_saveProgressIndicator->setMaximumWidth(80);

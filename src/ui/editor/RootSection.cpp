@@ -1,10 +1,10 @@
 #include "ui/editor/RootSection.h"
 
-#include <QCheckBox>
 #include <QLineEdit>
 
 #include "core/editor/GeneralRules.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/CheckBox.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -26,7 +26,7 @@ constexpr auto groupNameHelp =
 
 RootSection::RootSection(Program& theProgram)
     : Section(theProgram),
-      m_initGroupsButton(new QCheckBox(QStringLiteral("InitGroups"))),
+      m_initGroupsButton(new CheckBox(QStringLiteral("InitGroups"))),
       m_userNameTextField(new QLineEdit),
       m_groupNameTextField(new QLineEdit) {
   m_initGroupsButton->setToolTip(QLatin1String(initGroupsHelp));

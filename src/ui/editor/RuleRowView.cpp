@@ -13,9 +13,9 @@
 
 #include "core/support/Dates.h"
 #include "ui/support/FlowLayout.h"
-#include "ui/support/IconLoader.h"
 #include "ui/support/InvalidData.h"
 #include "ui/support/QtText.h"
+#include "ui/support/SymbolButton.h"
 #include "ui/support/WheelGuard.h"
 
 namespace mirvel::ui {
@@ -70,8 +70,8 @@ RuleRowView::RuleRowView(const Localize& localize, QWidget* parent)
     : QWidget(parent),
       m_localize(localize),
       m_flow(new FlowLayout),
-      m_remove(makeButton("list-remove", localize.removeRule())),
-      m_add(makeButton("list-add", localize.addRule())) {
+      m_remove(symbolButton("list-remove", localize.removeRule(), this)),
+      m_add(symbolButton("list-add", localize.addRule(), this)) {
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addLayout(m_flow, 1);
@@ -83,16 +83,6 @@ RuleRowView::RuleRowView(const Localize& localize, QWidget* parent)
   layout->setAlignment(buttons, Qt::AlignTop);
   connect(m_remove, &QToolButton::clicked, this, &RuleRowView::removeClicked);
   connect(m_add, &QToolButton::clicked, this, &RuleRowView::addClicked);
-}
-
-QToolButton* RuleRowView::makeButton(const char* symbol, const std::string& title) {
-  auto* button = new QToolButton(this);
-  button->setIcon(IconLoader::symbol(symbol));
-  button->setAutoRaise(true);
-  button->setFocusPolicy(Qt::StrongFocus);
-  button->setAccessibleName(qt(title));
-  button->setToolTip(qt(title));
-  return button;
 }
 
 void RuleRowView::showRow(const RuleEditor& editor, std::size_t row, std::size_t from) {

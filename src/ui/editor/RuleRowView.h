@@ -47,7 +47,6 @@ class RuleRowView final : public QWidget {
   QWidget* makePopUp(const Criteria& choices, const std::string& chosen, std::size_t position);
   QWidget* makeNumberField(const std::string& text, bool isMinute);
   QWidget* makeTimePicker(Scheduled::Time time);
-  QToolButton* makeButton(const char* symbol, const std::string& title);
   void showMark();
 
   const Localize& m_localize;

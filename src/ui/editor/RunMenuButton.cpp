@@ -12,30 +12,33 @@
 namespace mirvel::ui {
 
 RunMenuButton::RunMenuButton(Program& program, RunTextField& field, QWidget* parent)
-    : QToolButton(parent), m_program(program), m_field(field) {
+    : QToolButton(parent), m_program(program), m_field(field), m_menu(new QMenu(this)) {
   const QString name = qt(program.foundation.localize.actions());
   setIcon(IconLoader::symbol("view-more"));
   setAccessibleName(name);
   setToolTip(name);
-  setPopupMode(InstantPopup);
-  setMenu(new QMenu(this));
-  connect(menu(), &QMenu::aboutToShow, this, [this] { fill(); });
+  setAutoRaise(true);
+  // A menu of the button's own would add a second arrow.
+  connect(this, &QToolButton::clicked, this, [this] {
+    fill();
+    m_menu->popup(mapToGlobal(rect().bottomLeft()));
+  });
 }
 
 void RunMenuButton::fill() {
   const Localize& localize = m_program.foundation.localize;
   const RunMenu content = RunMenu::of(m_program, m_field.text(), m_field.selectedText());
-  menu()->clear();
-  menu()->addAction(qt(localize.ellipsis().choose()), this, [this] { choose(); });
+  m_menu->clear();
+  m_menu->addAction(qt(localize.ellipsis().choose()), this, [this] { choose(); });
   if (content.offersTest) {
-    menu()->addAction(qt(localize.test()), this, [this] { m_program.shell.segues.at(String::test)(); });
+    m_menu->addAction(qt(localize.test()), this, [this] { m_program.shell.segues.at(String::test)(); });
   }
   if (!content.file) return;
-  menu()->addSeparator();
-  menu()->addAction(qt(localize.revealInFinder()), this,
+  m_menu->addSeparator();
+  m_menu->addAction(qt(localize.revealInFinder()), this,
                     [this, file = *content.file] { m_program.platform.workspace.reveal(URL::file(file)); });
   if (!content.offersEdit) return;
-  menu()->addAction(qt(localize.editScript()).remove(QChar(0x2026)).trimmed(), this,
+  m_menu->addAction(qt(localize.editScript()).remove(QChar(0x2026)).trimmed(), this,
                     [this, file = *content.file] { m_program.shell.editScript(URL::file(file)); });
 }
 

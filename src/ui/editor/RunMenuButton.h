@@ -20,6 +20,7 @@ class RunMenuButton final : public QToolButton {
 
   Program& m_program;
   RunTextField& m_field;
+  QMenu* m_menu;
 };
 
 }  // namespace mirvel::ui

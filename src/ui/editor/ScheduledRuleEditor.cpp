@@ -57,7 +57,9 @@ void ScheduledRuleEditor::showRows() {
 
 void ScheduledRuleEditor::showSentences() {
   QStringList lines;
-  for (const auto& rule : m_editor.rules()) lines.append(qt(explain::ruleText(rule, m_localize)));
+  for (const auto& rule : m_editor.rules()) {
+    lines.append(qt(explain::ruleText(rule, m_localize, explain::TimeForm::ofTheLocale)));
+  }
   m_sentences = new ValueText(lines.join(QLatin1Char('\n')), this);
   m_sentences->setAccessibleName(accessibleName());
   m_layout->addWidget(m_sentences);

@@ -9,9 +9,9 @@ namespace mirvel::ui {
 
 SectionGrid::SectionGrid(QWidget* section) : QGridLayout(section) {
   setContentsMargins(0, 0, 0, 0);
-  setColumnMinimumWidth(0, labelWidth);
+  addItem(new QSpacerItem(labelWidth, 0), 0, 0);  // an empty column would have no space beside it
   setColumnStretch(1, 1);
-  setHorizontalSpacing(8);
+  setHorizontalSpacing(columnSpacing);
   setVerticalSpacing(8);
 }
 

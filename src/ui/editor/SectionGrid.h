@@ -11,6 +11,7 @@ namespace mirvel::ui {
 class SectionGrid final : public QGridLayout {
  public:
   static constexpr int labelWidth = 154;
+  static constexpr int columnSpacing = 8;
   /// Between the sections, and around all of them.
   static constexpr int sectionSpacing = 12;
   static QMargins paneMargins() { return {20, 16, 20, 20}; }

@@ -1,9 +1,8 @@
 #include "ui/editor/WhenDisplaySection.h"
 
-#include <QCheckBox>
-
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/CheckBox.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
 #include "ui/support/ValueText.h"
@@ -37,7 +36,7 @@ void WhenDisplaySection::fill(const Launchd& launchd) {
 
 void WhenDisplaySection::addCondition(const WhenRules::Condition& condition) {
   if (condition.state) {
-    auto* box = new QCheckBox(qt(condition.key));
+    auto* box = new CheckBox(qt(condition.key));
     showState(*box, condition.state);
     m_keepAliveGrid->addRow(*box);
     return;

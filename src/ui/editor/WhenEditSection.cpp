@@ -1,13 +1,12 @@
 #include "ui/editor/WhenEditSection.h"
 
-#include <QCheckBox>
-
 #include "core/editor/WhenRules.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 #include "ui/editor/GridTableViewController.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/CheckBox.h"
 #include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
 
@@ -107,7 +106,7 @@ void WhenEditSection::addConditions(const launchd::Plist& plist) {
 
 QCheckBox* WhenEditSection::addCondition(const char* title, const char* help, std::optional<bool> state,
                                          void (*write)(launchd::Plist&, BoxClick)) {
-  auto* box = new QCheckBox(QLatin1String(title));
+  auto* box = new CheckBox(QLatin1String(title));
   box->setObjectName(QLatin1String(title));
   box->setToolTip(QLatin1String(help));
   box->setChecked(state.value_or(false));
@@ -135,6 +134,7 @@ void WhenEditSection::keepAlive(bool isOn) {
 }
 
 void WhenEditSection::scheduled(bool isOn) {
+  m_scheduledView->setVisible(isOn);
   if (isOn) {
     if (m_scheduledRuleEditor->editor().numberOfRows() == 0) {
       loadRules({});
@@ -145,7 +145,6 @@ void WhenEditSection::scheduled(bool isOn) {
   } else if (Launchd* const job = program().editing.markJobChanged()) {
     WhenRules::removeSchedule(job->plist());
   }
-  m_scheduledView->setVisible(isOn);
   updateScheduledHelp();
 }
 

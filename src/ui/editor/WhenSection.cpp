@@ -1,12 +1,12 @@
 #include "ui/editor/WhenSection.h"
 
-#include <QCheckBox>
 #include <QLabel>
 #include <QVBoxLayout>
 
 #include "core/schedule/NextRuns.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/CheckBox.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
 
@@ -14,12 +14,12 @@ namespace mirvel::ui {
 
 WhenSection::WhenSection(Program& theProgram)
     : Section(theProgram),
-      m_runAtLoadButton(new QCheckBox(qt(localize().atStartupAndWhenSaving()))),
-      m_keepAliveButton(new QCheckBox(qt(localize().launchAgainIfItCrashes()))),
+      m_runAtLoadButton(new CheckBox(qt(localize().atStartupAndWhenSaving()))),
+      m_keepAliveButton(new CheckBox(qt(localize().launchAgainIfItCrashes()))),
       m_keepAliveGridView(new QWidget),
       m_keepAliveGrid(new SectionGrid(m_keepAliveGridView)),
-      m_startOnMountButton(new QCheckBox(qt(localize().mountingLogicalVolume()))),
-      m_scheduledButton(new QCheckBox(qt(localize().scheduled()))),
+      m_startOnMountButton(new CheckBox(qt(localize().mountingLogicalVolume()))),
+      m_scheduledButton(new CheckBox(qt(localize().scheduled()))),
       m_scheduledView(new QWidget),
       m_scheduledRuleEditor(new ScheduledRuleEditor(theProgram)),
       m_nextRuns(new SecondaryLabel(QString())) {

@@ -64,7 +64,7 @@ void MainWindow::makeContent(IconLoader& icons) {
   m_splitter->addWidget(m_details);
   m_splitter->setStretchFactor(0, 2);
   m_splitter->setStretchFactor(1, 1);
-  m_splitter->setSizes({116 * character, 54 * character});
+  m_splitter->setSizes({100 * character, 70 * character});
   setCentralWidget(m_splitter);
 }
 

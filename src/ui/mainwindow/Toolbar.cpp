@@ -10,20 +10,11 @@
 #include "ui/mainwindow/MainMenu.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
+#include "ui/support/SymbolButton.h"
 
 namespace mirvel::ui {
 
 namespace {
-
-QToolButton* newButton(const char* symbol, const std::string& title) {
-  auto* button = new QToolButton;
-  button->setIcon(IconLoader::symbol(symbol));
-  button->setAutoRaise(true);
-  button->setFocusPolicy(Qt::TabFocus);
-  button->setAccessibleName(qt(title));
-  button->setToolTip(qt(title));
-  return button;
-}
 
 /// Names for the ear what Qt put into a widget by itself: the buttons without a text.
 void nameButtons(const QWidget& owner, const QString& name) {
@@ -64,7 +55,7 @@ Toolbar::Toolbar(Program& program, QWidget* parent)
 }
 
 void Toolbar::addCommand(ToolbarItem item, Command command, const char* symbol, const std::string& title) {
-  QToolButton* button = newButton(symbol, title);
+  QToolButton* button = symbolButton(symbol, title);
   connect(button, &QToolButton::clicked, this, [this, command] { m_program.menus.perform(command); });
   m_buttons[item] = button;
   m_places[item] = addWidget(button);
@@ -80,7 +71,7 @@ void Toolbar::addModes() {
   layout->setSpacing(0);
   auto* group = new QButtonGroup(segments);
   const auto add = [&](Mode mode, const char* symbol, const std::string& title) {
-    QToolButton* button = newButton(symbol, title);
+    QToolButton* button = symbolButton(symbol, title);
     button->setCheckable(true);
     button->setIconSize(iconSize());
     group->addButton(button);
@@ -115,7 +106,7 @@ void Toolbar::addFilter() {
 }
 
 void Toolbar::addShare() {
-  QToolButton* button = newButton("document-send", m_program.foundation.localize.share());
+  QToolButton* button = symbolButton("document-send", m_program.foundation.localize.share());
   auto* menu = new QMenu(button);
   menu->setAccessibleName(button->accessibleName());
   connect(menu, &QMenu::aboutToShow, this, [this, menu] { fillShareMenu(*menu, m_program); });

@@ -46,5 +46,12 @@ TEST(RuleTextTest, RulesAreSentences) {
   }
 }
 
+TEST(RuleTextTest, TimesCanBeReadAsOnClocksOfTheLocale) {
+  const ScheduledType rule = EveryDay{Date::timeOfDay(21, 5)};
+  const std::string english = ruleText(rule, Localize("en_US"), TimeForm::ofTheLocale);
+  EXPECT_TRUE(english.starts_with("Every day at 9:05") && english.ends_with("PM")) << english;
+  EXPECT_EQ(ruleText(rule, Localize("de"), TimeForm::ofTheLocale), "Every day at 21:05");
+}
+
 }  // namespace
 }  // namespace mirvel::explain

@@ -1,5 +1,5 @@
-#include <QComboBox>
 #include <QTimeEdit>
+#include <fstream>
 
 #include "core/mainwindow/RevisionMenu.h"
 #include "ui/app/MachineFixture.h"
@@ -58,14 +58,44 @@ TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
   QTest::mouseClick(&control<QCheckBox>("runAtLoadButton"), Qt::LeftButton, {}, QPoint(8, 8));
   control<QCheckBox>("scheduledButton").setFocus();
   QTest::keyClick(window().focusWidget(), Qt::Key_Space);
-  auto* const kinds =
-      window().details().currentWidget()->findChild<QTimeEdit*>() ? nullptr : static_cast<QComboBox*>(nullptr);
-  (void)kinds;
+  QTest::keyClick(window().focusWidget(), Qt::Key_Down);
+  QTest::keyClick(window().focusWidget(), Qt::Key_Down);
+  QTest::keyClick(window().details().currentWidget()->findChild<QTimeEdit*>(), Qt::Key_Up);
   EXPECT_EQ(testdata::bytes(file("backup")), before) << "nothing is written before it is saved";
   save();
 
   const std::string saved = testdata::bytes(file("backup"));
-  EXPECT_EQ(saved, "");
+  EXPECT_EQ(saved, R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0">
+<dict>
+	<key>Disabled</key>
+	<false/>
+	<key>Label</key>
+	<string>org.backup</string>
+	<key>Odd</key>
+	<string>kept</string>
+	<key>ProgramArguments</key>
+	<array>
+		<string>/bin/sh</string>
+		<string>)" +
+                       script.string() + R"(</string>
+		<string>hello</string>
+	</array>
+	<key>RunAtLoad</key>
+	<true/>
+	<key>StartCalendarInterval</key>
+	<array>
+		<dict>
+			<key>Hour</key>
+			<integer>10</integer>
+			<key>Minute</key>
+			<integer>0</integer>
+		</dict>
+	</array>
+</dict>
+</plist>
+)");
   EXPECT_TRUE(testdata::eventually([this] { return fs::exists(output) && testdata::bytes(output) == "hello\n"; }));
 
   editTexts("never", "/bin/never");

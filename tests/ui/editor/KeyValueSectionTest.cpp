@@ -1,4 +1,5 @@
 #include "ui/editor/KeyValueSection.h"
+#include "ui/editor/SectionGrid.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -131,7 +132,7 @@ TEST_F(KeyValueSectionTest, EachCellHasRoomForItsTextInANarrowPane) {
     for (const auto* label : section.findChildren<QLabel*>()) {
       if (!label->isVisible()) continue;
       const QRect place(label->mapTo(&section, QPoint()), label->size());
-      EXPECT_GE(label->height(), label->heightForWidth(KeyLabel::columnWidth));
+      EXPECT_GE(label->height(), label->heightForWidth(SectionGrid::labelWidth));
       EXPECT_GE(place.top(), bottom) << "rows don't overlap";
       bottom = place.bottom();
       EXPECT_EQ(direction == Qt::LeftToRight ? place.left() : 419 - place.right(), 0);
