@@ -1,10 +1,19 @@
 #include "ui/support/FlowLayout.h"
 
+#include <QLabel>
 #include <QStyle>
 #include <QWidget>
 #include <algorithm>
 
 namespace mirvel::ui {
+
+namespace {
+
+bool isWord(QLayoutItem* item) {
+  return qobject_cast<QLabel*>(item->widget()) != nullptr;
+}
+
+}  // namespace
 
 FlowLayout::~FlowLayout() = default;
 
@@ -30,16 +39,23 @@ int FlowLayout::gap() const {
 }
 
 std::vector<FlowLayout::Line> FlowLayout::lines(int width) const {
-  std::vector<Line> result;
+  std::vector<QLayoutItem*> items;
   for (const auto& item : m_items) {
-    if (item->isEmpty()) continue;
-    const QSize size = item->sizeHint();
-    const int needed = std::min(size.width(), width);
+    if (!item->isEmpty()) items.push_back(item.get());
+  }
+  const auto widthOf = [width](const QLayoutItem* item) { return std::min(item->sizeHint().width(), width); };
+  std::vector<Line> result;
+  for (std::size_t at = 0; at < items.size();) {
+    std::size_t end = at + 1;
+    int needed = widthOf(items[at]);
+    for (; end < items.size() && isWord(items[end]); ++end) needed += gap() + widthOf(items[end]);
     if (result.empty() || result.back().width + gap() + needed > width) result.emplace_back();
     Line& line = result.back();
     line.width += needed + (line.items.empty() ? 0 : gap());
-    line.height = std::max(line.height, size.height());
-    line.items.push_back(item.get());
+    for (; at < end; ++at) {
+      line.height = std::max(line.height, items[at]->sizeHint().height());
+      line.items.push_back(items[at]);
+    }
   }
   return result;
 }

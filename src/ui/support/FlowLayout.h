@@ -7,7 +7,7 @@
 namespace mirvel::ui {
 
 /// Widgets one after the other in as many lines as their width needs. An item that is wider than all there is is made
-/// narrower. Those of one line stand on the same middle.
+/// narrower. A label stays on the line of what stands before it. Those of one line stand on the same middle.
 class FlowLayout final : public QLayout {
  public:
   explicit FlowLayout(QWidget* parent = nullptr) : QLayout(parent) {}

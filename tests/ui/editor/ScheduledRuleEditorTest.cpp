@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTest>
 #include <QTextEdit>
@@ -263,6 +264,8 @@ TEST_F(ScheduledRuleEditorTest, RowsWrapWhereTheyMust) {
     const bool isOneLine =
         control<QComboBox>("Month").geometry().center().y() == control<QTimeEdit>("Time", 3).geometry().center().y();
     EXPECT_EQ(isOneLine, width > 500);
+    const auto& minute = control<QLineEdit>("minute");
+    EXPECT_EQ(minute.geometry().center().y(), control<QLabel>("minute").geometry().center().y()) << "and its word";
     // A row is as tall as its lines.
     const QWidget& row = *control<QTimeEdit>("Time", 3).parentWidget();
     EXPECT_LE(control<QTimeEdit>("Time", 3).geometry().bottom(), row.height());
