@@ -72,6 +72,7 @@ class Leaves {
   template <typename Element, typename TextOf>
   std::string joined(const std::vector<Element>& elements, const TextOf& textOf) const {
     std::vector<std::string> parts;
+    parts.reserve(elements.size());
     for (const Element element : elements) parts.push_back(textOf(element));
     return m_texts.joined(parts, ", ");
   }
