@@ -2,7 +2,7 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/PrivilegedHelperTool.h"
-#include "core/support/Strings.h"
+#include "core/support/DisplayPath.h"
 
 namespace mirvel {
 
@@ -32,7 +32,7 @@ std::vector<Row> JobDetails::rows(Program& program, const Job& job) {
     add(rows, localize.clients(), tool->clients, Row::Style::Code);
   }
   if (job.url.isFile()) {
-    const std::string path = String::shortenHomeFolder(job.url.text(), program.foundation.roots.home.native());
+    const std::string path = localizedDisplayPath(job.url.text(), program.foundation.roots.home.native());
     add(rows, localize.path(), path, Row::Style::Code);
   }
   return rows;

@@ -4,7 +4,7 @@
 
 #include "core/app/Program.h"
 #include "core/support/Bidirectional.h"
-#include "core/support/Strings.h"
+#include "core/support/DisplayPath.h"
 
 namespace mirvel::WhenRules {
 
@@ -19,7 +19,7 @@ std::vector<std::string> lines(const launchd::StringMap<bool>& entries, const Pr
   std::vector<std::string> result;
   for (const auto& [key, isOn] : entries) {
     if (key.empty()) continue;
-    const std::string shown = arePaths ? String::shortenHomeFolder(key, home) : key;
+    const std::string shown = arePaths ? localizedDisplayPath(key, home) : key;
     result.push_back(
         bidirectionalString({shown, isOn ? localize.on() : localize.off()}, " : ", localize.isRightToLeft()));
   }

@@ -1,8 +1,9 @@
 #include "ui/editor/ButtonBar.h"
 
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+
+#include "ui/support/Hairline.h"
 
 namespace mirvel::ui {
 
@@ -10,11 +11,7 @@ ButtonBar::ButtonBar(QWidget* parent) : QWidget(parent), m_row(new QHBoxLayout) 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  auto* line = new QFrame;
-  line->setFrameShape(QFrame::HLine);
-  line->setFrameShadow(QFrame::Plain);
-  line->setForegroundRole(QPalette::Mid);
-  layout->addWidget(line);
+  layout->addWidget(new Hairline);
   m_row->setContentsMargins(20, 10, 20, 10);
   m_row->setSpacing(8);
   layout->addLayout(m_row);

@@ -1,5 +1,7 @@
 #include "ui/editor/DetailViewController.h"
 
+#include <utility>
+
 #include "core/editor/DetailTab.h"
 #include "ui/editor/JobDetailsView.h"
 #include "ui/editor/LaunchdDisplayViewController.h"
@@ -41,20 +43,26 @@ DetailViewController::~DetailViewController() {
   m_program.shell.detail = nullptr;
 }
 
-void DetailViewController::show(DetailTab tab) {
-  m_detailTab = tab;
+QWidget* DetailViewController::childOf(DetailTab tab) const {
   switch (tab) {
-    case DetailTab::noSelection:
-      return setCurrentWidget(m_noSelection);
     case DetailTab::launchdDisplay:
-      return setCurrentWidget(m_display);
+      return m_display;
     case DetailTab::launchdEdit:
-      return setCurrentWidget(m_edit);
+      return m_edit;
     case DetailTab::loginItem:
     case DetailTab::startupItem:
     case DetailTab::privilegedHelperTool:
-      return setCurrentWidget(m_otherJob);
+      return m_otherJob;
+    case DetailTab::noSelection:
+      break;
   }
+  return m_noSelection;
+}
+
+void DetailViewController::show(DetailTab tab) {
+  setCurrentWidget(childOf(tab));
+  if (std::exchange(m_detailTab, tab) == tab) return;
+  if (m_program.shell.mainWindow) m_program.shell.mainWindow->validateVisibleItems();  // what can be done is another
 }
 
 void DetailViewController::updateTab() {

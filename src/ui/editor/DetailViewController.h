@@ -27,6 +27,7 @@ class DetailViewController final : public QStackedWidget, private DetailType {
   void showDisplay() override;
   void showEdit() override;
 
+  QWidget* childOf(DetailTab tab) const;
   void show(DetailTab tab);
   void updateTab();
 

@@ -1,9 +1,9 @@
 #include "ui/editor/HeaderSection.h"
 
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 
+#include "ui/support/Hairline.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -16,12 +16,8 @@ HeaderSection::HeaderSection(const std::string& title, QWidget* parent) : QWidge
   QFont bold = titleTextField->font();
   bold.setBold(true);
   titleTextField->setFont(bold);
-  auto* line = new QFrame;
-  line->setFrameShape(QFrame::HLine);
-  line->setForegroundRole(QPalette::Mid);
-  line->setFrameShadow(QFrame::Plain);
   layout->addWidget(titleTextField);
-  layout->addWidget(line, 1);
+  layout->addWidget(new Hairline, 1);
   setAccessibleName(qt(title));
 }
 

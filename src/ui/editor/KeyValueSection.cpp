@@ -94,6 +94,8 @@ void KeyValueSection::addRow(const KeyValueItem& item) {
     auto* label = new KeyLabel(item.key, this);
     if (!m_editSection) label->setForegroundRole(QPalette::PlaceholderText);
     addCell(lowered(label, (height - firstLineHeight(*label)) / 2), 0);
+  } else {
+    row.cells.push_back(m_cells->addStrut(line));
   }
   addCell(lowered(value, (height - firstLineHeight(*value)) / 2), 1);
   if (button) addCell(button, 2);

@@ -1,6 +1,9 @@
 #include "ui/editor/SectionGrid.h"
 
+#include <QGuiApplication>
 #include <QLabel>
+
+#include "core/support/Bidirectional.h"
 
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
@@ -9,14 +12,16 @@ namespace mirvel::ui {
 
 SectionGrid::SectionGrid(QWidget* section) : QGridLayout(section) {
   setContentsMargins(0, 0, 0, 0);
-  addItem(new QSpacerItem(labelWidth, 0), 0, 0);  // an empty column would have no space beside it
+  setColumnMinimumWidth(0, labelWidth);
   setColumnStretch(1, 1);
   setHorizontalSpacing(columnSpacing);
   setVerticalSpacing(8);
 }
 
 QLabel* SectionGrid::addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical) {
-  auto* label = new SecondaryLabel(qt(title) + QLatin1Char(':'));
+  // In a line from right to left the colon stands at the left of a Latin title.
+  const std::string isolated = bidirectionalString({title}, {}, QGuiApplication::isRightToLeft());
+  auto* label = new SecondaryLabel(qt(isolated) + QLatin1Char(':'));
   label->setMaximumWidth(labelWidth);
   label->setBuddy(&field);
   if (field.accessibleName().isEmpty()) field.setAccessibleName(qt(title));
@@ -40,6 +45,14 @@ QLabel* SectionGrid::addText(const std::string& title, QWidget& field, int textT
 
 void SectionGrid::addRow(QWidget& field) {
   addWidget(&field, rowCount(), 1);
+  addStrut(rowCount() - 1);
+}
+
+QWidget* SectionGrid::addStrut(int row) {
+  auto* strut = new QWidget;
+  strut->setFixedSize(labelWidth, 0);
+  addWidget(strut, row, 0);
+  return strut;
 }
 
 }  // namespace mirvel::ui

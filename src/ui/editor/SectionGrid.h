@@ -26,6 +26,8 @@ class SectionGrid final : public QGridLayout {
   QLabel* addText(const std::string& title, QWidget& field, int textTop);
   /// Adds a field without a label.
   void addRow(QWidget& field);
+  /// Holds the place of a label in a row without one: a column without anything would have no space beside it.
+  QWidget* addStrut(int row);
 
  private:
   QLabel* addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical);

@@ -95,7 +95,7 @@ void WhenEditSection::fill(const Launchd& launchd) {
 }
 
 void WhenEditSection::addConditions(const launchd::Plist& plist) {
-  if (m_keepAliveGrid->count() > 0) return;
+  if (m_keepAliveGridView->findChild<QCheckBox*>()) return;  // they are there
   const auto& keepAlive = *plist.keepAlive;
   addCondition("Crashed", crashedHelp, keepAlive.crashed, WhenRules::crashed);
   addCondition("SuccessfulExit", successfulExitHelp, keepAlive.successfulExit, WhenRules::successfulExit);

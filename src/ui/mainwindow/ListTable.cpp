@@ -62,6 +62,12 @@ void ListTable::scrollTo(const QModelIndex& index, ScrollHint hint) {
   horizontalScrollBar()->setValue(aside);
 }
 
+void ListTable::keyboardSearch(const QString& search) {
+  const QModelIndex name = currentIndex().siblingAtColumn(static_cast<int>(Column::List::name));
+  if (name.isValid()) selectionModel()->setCurrentIndex(name, QItemSelectionModel::NoUpdate);
+  QTreeView::keyboardSearch(search);
+}
+
 void ListTable::mark(int row) {
   m_isMarking = true;
   if (row < 0) {

@@ -17,6 +17,8 @@ class ListTable final : public QTreeView {
   void setModel(QAbstractItemModel* model) override;
   /// Shows the row; the place to the side stays.
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+  /// Looks for the letters in the names, whichever column was clicked.
+  void keyboardSearch(const QString& search) override;
 
   /// What stands behind a table without rows; an empty text: nothing.
   std::function<QString()> emptyLabel;

@@ -32,7 +32,7 @@ MainWindow::MainWindow(Program& program, IconLoader& icons) : m_program(program)
 
   const int character = fontMetrics().averageCharWidth();
   if (!restoreFrame(*this, *m_splitter, m_program.foundation.defaults)) {
-    resize(170 * character, 38 * fontMetrics().lineSpacing());
+    resize(192 * character, 40 * fontMetrics().lineSpacing());
   }
   if (m_program.foundation.defaults.preferFullScreen()) setWindowState(windowState() | Qt::WindowFullScreen);
   m_tabs->setFocus();
@@ -64,7 +64,7 @@ void MainWindow::makeContent(IconLoader& icons) {
   m_splitter->addWidget(m_details);
   m_splitter->setStretchFactor(0, 2);
   m_splitter->setStretchFactor(1, 1);
-  m_splitter->setSizes({100 * character, 70 * character});
+  m_splitter->setSizes({127 * character, 64 * character});
   setCentralWidget(m_splitter);
 }
 

@@ -54,8 +54,8 @@ TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
   std::ofstream(script) << "#!/bin/sh\necho \"$1\" >> '" << output.string() << "'\n";
 
   editTexts("org.backup", "/bin/sh \"" + script.string() + "\" hello");
-  QTest::mouseClick(&control<QCheckBox>("enabledButton"), Qt::LeftButton, {}, QPoint(8, 8));
-  QTest::mouseClick(&control<QCheckBox>("runAtLoadButton"), Qt::LeftButton, {}, QPoint(8, 8));
+  clickBox(control<QCheckBox>("enabledButton"));
+  clickBox(control<QCheckBox>("runAtLoadButton"));
   control<QCheckBox>("scheduledButton").setFocus();
   QTest::keyClick(window().focusWidget(), Qt::Key_Space);
   QTest::keyClick(window().focusWidget(), Qt::Key_Down);

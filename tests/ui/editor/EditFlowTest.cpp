@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDragEnterEvent>
 #include <QMimeData>
 #include <QToolButton>
 #include <QUrl>
@@ -58,7 +59,7 @@ TEST_F(EditFlowTest, WhatIsTypedAndClickedIsInTheRecordAtOnce) {
   EXPECT_EQ(record().run, "/usr/bin/perl x.pl");
   EXPECT_EQ(runField().text(), "perl x.pl") << "what was typed stays as it is";
 
-  QTest::mouseClick(&control<QCheckBox>("enabledButton"), Qt::LeftButton, {}, QPoint(8, 8));
+  clickBox(control<QCheckBox>("enabledButton"));
   EXPECT_EQ(record().disabled, true);
   control<QCheckBox>("runAtLoadButton").click();
   EXPECT_EQ(record().runAtLoad, true);
@@ -137,8 +138,10 @@ TEST_F(EditFlowTest, FilesAreDroppedAndChosenIntoTheCommandAndMissingOnesAreRed)
   EXPECT_FALSE(check());
   QMimeData drag;
   drag.setUrls({QUrl::fromLocalFile(QStringLiteral("/no such/file"))});
+  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &drag, Qt::LeftButton, {});
   QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &drag, Qt::LeftButton, {});
   runField().setText("");
+  QCoreApplication::sendEvent(runField().viewport(), &enter);
   QCoreApplication::sendEvent(runField().viewport(), &drop);
   EXPECT_EQ(runField().text(), "\"/no such/file\"");
   EXPECT_EQ(record().run, "\"/no such/file\"");

@@ -28,6 +28,11 @@ inline QPushButton& button(const MainWindow& window, const std::string& text) {
   throw std::runtime_error("no button " + text);
 }
 
+/// Clicks a check box where its box is.
+inline void clickBox(QCheckBox& box, Qt::KeyboardModifiers modifiers = {}) {
+  QTest::mouseClick(&box, Qt::LeftButton, modifiers, QPoint(8, box.height() / 2));
+}
+
 /// A window with jobs, of which one is being edited.
 class EditorFixture : public WindowFixture {
  protected:

@@ -73,7 +73,8 @@ TEST_F(MainMenuTest, WhatIsNotThereIsNotShownAndWhatMayNotBeIsGrey) {
   QMenu& file = *menus().front();
   open(file);
   EXPECT_FALSE(item(file, "New")->isVisible());
-  EXPECT_FALSE(item(file, "Revisions")->isVisible());
+  EXPECT_FALSE(item(file, "Revisions")->isEnabled());
+  EXPECT_FALSE(item(file, "Edit Job")->isEnabled());
   EXPECT_FALSE(item(file, "Share")->isEnabled());
   EXPECT_FALSE(item(file, "Delete")->isEnabled());
   click(0);
@@ -81,6 +82,7 @@ TEST_F(MainMenuTest, WhatIsNotThereIsNotShownAndWhatMayNotBeIsGrey) {
   open(file);
   EXPECT_TRUE(item(file, "New")->isVisible());
   EXPECT_TRUE(item(file, "Share")->isEnabled());
+  EXPECT_TRUE(item(file, "Edit Job")->isEnabled());
   EXPECT_TRUE(item(file, "Delete")->isEnabled());
   program().state.hasUnsavedChanges = true;
   open(file);

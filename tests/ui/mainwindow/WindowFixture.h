@@ -70,7 +70,8 @@ class WindowFixture : public testdata::ProgramFixture {
     testdata::settle();
   }
   void click(int row, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::mouseClick(table().viewport(), Qt::LeftButton, modifiers, cell(row).center());
+    const QPoint inSight(table().viewport()->width() / 2, cell(row).center().y());
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, modifiers, inSight);
   }
   QRect cell(int row) { return table().visualRect(table().model()->index(row, 0)); }
   void clickHeader(Column::List column) { QTest::mouseClick(header().viewport(), Qt::LeftButton, {}, middle(column)); }
