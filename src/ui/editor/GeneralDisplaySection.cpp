@@ -19,7 +19,7 @@ void GeneralDisplaySection::show(const GeneralRules::Display& display) {
   bold.setBold(true);
   nameValueTextField->setTextFont(bold);
   nameValueTextField->setAccessibleName(qt(localize().name()));
-  m_grid->addWidget(iconImageView, 0, 0, Qt::AlignTrailing | Qt::AlignVCenter);
+  m_grid->addIcon(*iconImageView);
   m_grid->addWidget(nameValueTextField, 0, 1, Qt::AlignVCenter);
 
   m_grid->addText(localize().forString(), *new ValueText(qt(display.for_)), 0);

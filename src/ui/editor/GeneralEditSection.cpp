@@ -45,7 +45,7 @@ GeneralEditSection::GeneralEditSection(Program& theProgram, IconLoader& icons)
   m_forPopUpButton->setObjectName(QStringLiteral("forPopUpButton"));
   m_enabledButton->setObjectName(QStringLiteral("enabledButton"));
 
-  m_grid->addWidget(m_iconButton, 0, 0, Qt::AlignTrailing | Qt::AlignVCenter);
+  m_grid->addIcon(*m_iconButton);
   m_grid->addWidget(m_enabledButton, 0, 1, Qt::AlignLeading | Qt::AlignVCenter);
   m_grid->addField(localize().name(), *m_nameValueTextField);
   WheelGuard::guard(*m_forPopUpButton);

@@ -67,6 +67,7 @@ void KeyValueSection::setKeyValues(const std::vector<KeyValueItem>& items, std::
   m_grid = new QWidget;
   m_cells = new SectionGrid(m_grid);
   m_cells->setVerticalSpacing(SectionGrid::columnSpacing / 2);
+  m_cells->setColumnMinimumWidth(2, editSection ? SectionGrid::columnSpacing : 0);
   const std::size_t count = std::min(items.size(), mostRows);
   for (std::size_t i = 0; i < count; ++i) addRow(items[i]);
   if (count < items.size()) m_cells->addWidget(new SecondaryLabel(QStringLiteral("…")), m_cells->rowCount(), 1);
@@ -94,11 +95,9 @@ void KeyValueSection::addRow(const KeyValueItem& item) {
     auto* label = new KeyLabel(item.key, this);
     if (!m_editSection) label->setForegroundRole(QPalette::PlaceholderText);
     addCell(lowered(label, (height - firstLineHeight(*label)) / 2), 0);
-  } else {
-    row.cells.push_back(m_cells->addStrut(line));
   }
   addCell(lowered(value, (height - firstLineHeight(*value)) / 2), 1);
-  if (button) addCell(button, 2);
+  if (button) addCell(button, 3);
   m_rows.push_back(std::move(row));
 }
 

@@ -1,6 +1,7 @@
 #include "ui/editor/SectionGrid.h"
 
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QLabel>
 
 #include "core/support/Bidirectional.h"
@@ -12,20 +13,23 @@ namespace mirvel::ui {
 
 SectionGrid::SectionGrid(QWidget* section) : QGridLayout(section) {
   setContentsMargins(0, 0, 0, 0);
-  setColumnMinimumWidth(0, labelWidth);
+  // No spacing of the layout's own: there is none beside a column without a label.
+  setHorizontalSpacing(0);
+  setColumnMinimumWidth(0, labelWidth + columnSpacing);
   setColumnStretch(1, 1);
-  setHorizontalSpacing(columnSpacing);
   setVerticalSpacing(8);
 }
 
 QLabel* SectionGrid::addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical) {
   // In a line from right to left the colon stands at the left of a Latin title.
-  const std::string isolated = bidirectionalString({title}, {}, QGuiApplication::isRightToLeft());
+  const bool isRightToLeft = QGuiApplication::isRightToLeft();
+  const std::string isolated = bidirectionalString({title}, {}, isRightToLeft);
   auto* label = new SecondaryLabel(qt(isolated) + QLatin1Char(':'));
-  label->setMaximumWidth(labelWidth);
+  label->setFixedWidth(labelWidth);
+  label->setAlignment(Qt::AlignVCenter | Qt::AlignAbsolute | (isRightToLeft ? Qt::AlignLeft : Qt::AlignRight));
   label->setBuddy(&field);
   if (field.accessibleName().isEmpty()) field.setAccessibleName(qt(title));
-  addWidget(label, rowCount(), 0, Qt::AlignTrailing | vertical);
+  addWidget(label, rowCount(), 0, Qt::AlignLeading | vertical);
   return label;
 }
 
@@ -43,16 +47,22 @@ QLabel* SectionGrid::addText(const std::string& title, QWidget& field, int textT
   return label;
 }
 
-void SectionGrid::addRow(QWidget& field) {
-  addWidget(&field, rowCount(), 1);
-  addStrut(rowCount() - 1);
+void SectionGrid::addIcon(QWidget& icon) {
+  auto* place = new QWidget;
+  place->setFixedWidth(labelWidth);
+  auto* row = new QHBoxLayout(place);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addStretch();
+  row->addWidget(&icon);
+  addWidget(place, 0, 0, Qt::AlignLeading | Qt::AlignVCenter);
 }
 
-QWidget* SectionGrid::addStrut(int row) {
-  auto* strut = new QWidget;
-  strut->setFixedSize(labelWidth, 0);
-  addWidget(strut, row, 0);
-  return strut;
+void SectionGrid::addRow(QWidget& field) {
+  addWidget(&field, rowCount(), 1);
+}
+
+void SectionGrid::indentFields(int distance) {
+  setColumnMinimumWidth(0, labelWidth + columnSpacing + distance);
 }
 
 }  // namespace mirvel::ui

@@ -24,10 +24,12 @@ class SectionGrid final : public QGridLayout {
   /// The same for a field of several lines, of which the first stands beside the label: its text begins so many pixels
   /// below the field's top.
   QLabel* addText(const std::string& title, QWidget& field, int textTop);
+  /// Puts a picture in the place of the first label.
+  void addIcon(QWidget& icon);
   /// Adds a field without a label.
   void addRow(QWidget& field);
-  /// Holds the place of a label in a row without one: a column without anything would have no space beside it.
-  QWidget* addStrut(int row);
+  /// Moves all fields away from the labels by so much.
+  void indentFields(int distance);
 
  private:
   QLabel* addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical);

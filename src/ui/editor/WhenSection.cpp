@@ -38,7 +38,7 @@ WhenSection::WhenSection(Program& theProgram)
   grid->addRow(*m_scheduledButton);
   grid->addRow(*m_scheduledView);
   constexpr int indent = 20;  // they belong to the box above
-  m_keepAliveGrid->setHorizontalSpacing(SectionGrid::columnSpacing + indent);
+  m_keepAliveGrid->indentFields(indent);
   m_keepAliveGridView->hide();
   m_scheduledView->hide();
 }
