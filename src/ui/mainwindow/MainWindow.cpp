@@ -139,6 +139,15 @@ void MainWindow::showAbout() {
   about->open();
 }
 
+bool MainWindow::event(QEvent* event) {
+  // A sheet kept commands from being chosen. It is still there while its going is told.
+  if (event->type() == QEvent::WindowUnblocked) {
+    QMetaObject::invokeMethod(
+        this, [this] { validateVisibleItems(); }, Qt::QueuedConnection);
+  }
+  return QMainWindow::event(event);
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->setAccepted(m_program.appDelegate.applicationShouldTerminate());
   if (event->isAccepted()) saveFrame(*this, *m_splitter, m_program.foundation.defaults);

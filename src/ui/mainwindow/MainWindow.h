@@ -28,6 +28,7 @@ class MainWindow final : public QMainWindow, private MainWindowType {
   QLineEdit& filter();
 
  protected:
+  bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
 
