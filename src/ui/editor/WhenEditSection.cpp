@@ -168,6 +168,12 @@ void WhenEditSection::rulesDidChange() {
   const ScheduledController& controller = program().scheduledController;
   job->plist().applyRules(m_scheduledRuleEditor->editor().rows(), controller.texts(), controller.numbers());
   showNextRuns(job->plist());
+  if (m_scheduledRuleEditor->editor().numberOfRows() > 0) return;
+  // Without a rule there is no schedule, and the box is where a new one begins.
+  m_scheduledButton->setChecked(false);
+  m_scheduledView->hide();
+  m_scheduledButton->setFocus();
+  updateScheduledHelp();
 }
 
 }  // namespace mirvel::ui

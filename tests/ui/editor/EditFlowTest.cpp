@@ -74,6 +74,17 @@ TEST_F(EditFlowTest, WhatIsTypedAndClickedIsInTheRecordAtOnce) {
   EXPECT_FALSE(record().startInterval || record().startCalendarInterval);
 }
 
+TEST_F(EditFlowTest, WithoutItsLastRuleAScheduleIsOff) {
+  edit({{"StartInterval", 60}});
+  for (auto* found : window().details().currentWidget()->findChildren<QToolButton*>()) {
+    if (found->accessibleName() == QStringLiteral("Remove Rule")) found->click();
+  }
+  EXPECT_EQ(record().startInterval, std::nullopt);
+  EXPECT_FALSE(control<QCheckBox>("scheduledButton").isChecked());
+  control<QCheckBox>("scheduledButton").click();
+  EXPECT_EQ(record().startInterval, 30) << "a new rule is there to begin with";
+}
+
 TEST_F(EditFlowTest, UndoGoesThroughFieldsAndBoxesAndKeepsTheFocus) {
   edit({{"Program", "/bin/ls"}});
   const launchd::Plist before = record().clone();
