@@ -6,10 +6,12 @@
 #include <optional>
 #include <string_view>
 
+#include "core/catalogue/DesktopEntry.h"
 #include "core/propertylist/Reader.h"
 #include "core/support/Ascii.h"
 #include "core/support/ReadFile.h"
 #include "core/support/Strings.h"
+#include "core/support/Text.h"
 
 namespace mirvel {
 
@@ -101,6 +103,20 @@ std::string fileCommand(const fs::path& path, const Commands& commands) {
   }
   if (runsDirectly(file)) return quoted;
   return interpreterOf(file, commands).value_or(commands.open) + ' ' + quoted;
+}
+
+std::optional<std::vector<std::string>> desktopCommand(const fs::path& file) {
+  if (extensionOf(file) != "desktop") return std::nullopt;
+  const auto bytes = readFile(file, DesktopEntry::largestFile);
+  auto entry = bytes ? DesktopEntry::read(*bytes, {}) : std::nullopt;
+  if (!entry || entry->type != "Application" || entry->command.empty() || entry->command.front().empty()) {
+    return std::nullopt;
+  }
+  return std::move(entry->command);
+}
+
+std::string commandWord(const std::string& text) {
+  return Text::separateCommand(text) == std::vector{text} && !text.empty() ? text : String::quote(text);
 }
 
 }  // namespace mirvel
