@@ -19,7 +19,10 @@ bool isThere(const URL& url) {
 }  // namespace
 
 void ActionController::save(Launchd& job, const Ended& ended) {
-  if (!job.isNewFile && !canBeNamed(job.url)) return;
+  if (!job.isNewFile && !canBeNamed(job.url)) {
+    if (ended) ended(false);
+    return;
+  }
   job.plist().normalizeForSave(m_program.repairs);
   setBusy(true);
   if (job.isNewFile) {

@@ -11,7 +11,6 @@
 #include "core/support/Ascii.h"
 #include "core/support/ReadFile.h"
 #include "core/support/Strings.h"
-#include "core/support/Text.h"
 
 namespace mirvel {
 
@@ -116,7 +115,8 @@ std::optional<std::vector<std::string>> desktopCommand(const fs::path& file) {
 }
 
 std::string commandWord(const std::string& text) {
-  return Text::separateCommand(text) == std::vector{text} && !text.empty() ? text : String::quote(text);
+  constexpr std::string_view signs = " \t\r\n\"'\\$`*?[]{}()<>|&;!#";  // that mean something to a shell
+  return text.empty() || text.find_first_of(signs) != std::string::npos ? String::quote(text) : text;
 }
 
 }  // namespace mirvel

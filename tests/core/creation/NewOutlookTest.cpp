@@ -42,7 +42,7 @@ TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
        "“backup” runs as root again when it ends with success, every 2 hours, when /tmp/A b changes, at every system "
        "start, and once when it is saved."},
       {"de", Kind::userAgent, nothing, "„backup“ läuft unter Ihrem Namen nur wenn er von Hand gestartet wird."},
-      {"de", Kind::userAgent, nightly, "„backup“ läuft unter Ihrem Namen jeden Tag um 21:00."},
+      {"de", Kind::userAgent, nightly, "„backup“ läuft unter Ihrem Namen jeden Tag um 21:00 Uhr."},
       {"de", Kind::localDaemon, atLoad, "„backup“ läuft als root bei jedem Systemstart und einmal beim Speichern."},
       {"ar", Kind::userAgent, atLoad, "تعمل «\u2068backup\u2069» باسمك عند كل تسجيل دخول ومرة واحدة عند الحفظ."},
   };
