@@ -146,7 +146,12 @@ TEST_F(SaveNewTest, AJobThatCouldntBeSavedIsThereInTheNextSheet) {
          helpers.requests.back().reply(refused);
        },
        true},
-      {Kind::localAgent, [&] { helpers.requests.back().reply({}); }, false},
+      {Kind::localAgent,
+       [&] {
+         helpers.authorise();
+         helpers.requests.back().reply({});
+       },
+       false},
   };
   for (const auto& [kind, answer, isKept] : table) {
     const auto row = &kind - &std::get<0>(table[0]);
@@ -169,9 +174,14 @@ TEST_F(SaveNewTest, AJobThatCouldntBeSavedIsThereInTheNextSheet) {
     EXPECT_EQ(next.name.chosenKind(), isKept ? kind : Kind(Kind::userAgent));
     if (isKept) {
       for (int page = 0; page < 3; ++page) next.next();
+      helpers.requests.clear();
       EXPECT_TRUE(next.next()) << "it needs nothing more";
+      if (helpers.requests.empty()) helpers.authorise();
+      ASSERT_THAT(helpers.requests, SizeIs(1));
       EXPECT_EQ(written().find("StartInterval")->as<plist::Integer>()->toInt64(), 77);
     }
+    helpers.requests.back().failure(died);  // so that the next row has a connection of its own
+    queue.runDue();
     helpers.requests.clear();
     program().creation.unsaved.reset();
   }
