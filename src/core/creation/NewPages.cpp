@@ -25,14 +25,15 @@ void NewWhatPage::choose(New::Run run) {
 }
 
 NewWhenPage::NewWhenPage(NewSheet& sheet)
-    : m_sheet(sheet), m_delegateBefore(sheet.program.scheduledController.delegate) {
+    : m_sheet(sheet),
+      m_delegateBefore(sheet.program.scheduledController.delegate),
+      m_lifeBefore(m_delegateBefore ? m_delegateBefore->life() : std::weak_ptr<const void>()) {
   m_sheet.program.scheduledController.delegate = this;
 }
 
 NewWhenPage::~NewWhenPage() {
-  // Whoever ends meanwhile has the place emptied for all.
   ScheduledDelegate*& delegate = m_sheet.program.scheduledController.delegate;
-  if (delegate == this) delegate = m_delegateBefore;
+  if (delegate == this) delegate = m_lifeBefore.expired() ? nullptr : m_delegateBefore;
 }
 
 void NewWhenPage::runAtLoad(bool isOn) {
@@ -58,6 +59,7 @@ void NewWhenPage::scheduled(bool isOn) {
 void NewWhenPage::setRuleEditor(Scheduled::RuleEditor* editor) {
   keepRules();
   m_editor = editor;
+  m_sheet.program.scheduledController.delegate = this;  // the editor of the selected job may have come in between
   if (m_editor) m_sheet.program.scheduledController.load(m_sheet.job.rules, *m_editor);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -78,6 +79,7 @@ class NewWhenPage final : public ScheduledDelegate {
 
   NewSheet& m_sheet;
   ScheduledDelegate* const m_delegateBefore;
+  const std::weak_ptr<const void> m_lifeBefore;
   Scheduled::RuleEditor* m_editor = nullptr;
 };
 

@@ -102,6 +102,7 @@ std::vector<std::string> nextRunTexts(const launchd::Plist& record, sys_seconds 
   if (starts.rules.empty() && !starts.interval) return {};
   const auto [today, runs] = outlook(starts, now, texts.zone());
   std::vector<std::string> result;
+  result.reserve(runs.size());
   for (const Run& run : runs) result.push_back(texts.text(run.moment, run.day, today));
   return result;
 }

@@ -2,7 +2,6 @@
 
 #include "core/creation/CreationFixture.h"
 #include "core/creation/StartingPoints.h"
-#include "core/support/Dates.h"
 
 namespace mirvel {
 namespace {
@@ -142,6 +141,14 @@ TEST_F(NewControllerTest, TheEditorOfTheSelectedJobHearsOfItsRulesAgainWhenTheSh
     int count = 0;
   } other;
   ScheduledController& rules = program().scheduledController;
+  rules.delegate = nullptr;  // of the sheet that every test has
+  {
+    auto gone = std::make_unique<Editor>();
+    rules.delegate = gone.get();
+    NewController first(program());
+    gone.reset();  // the details were drawn anew
+  }
+  EXPECT_EQ(rules.delegate, nullptr);
   rules.delegate = &other;
   {
     NewController second(program());
@@ -151,7 +158,7 @@ TEST_F(NewControllerTest, TheEditorOfTheSelectedJobHearsOfItsRulesAgainWhenTheSh
   EXPECT_EQ(rules.delegate, &other);
   {
     NewController third(program());
-    program().mainWindow.selectedJobDidChange();  // by which such an editor may have gone
+    program().mainWindow.selectedJobDidChange();
   }
   EXPECT_EQ(rules.delegate, nullptr);
 }

@@ -3,13 +3,11 @@
 #include "core/creation/CreationFixture.h"
 #include "core/creation/NewController.h"
 #include "core/schedule/NextRuns.h"
-#include "core/support/Dates.h"
 
 namespace mirvel {
 namespace {
 
 using namespace std::chrono;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr const char* catalogues = MIRVEL_CATALOGUES;

@@ -10,8 +10,6 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using State = New::Script::State;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 

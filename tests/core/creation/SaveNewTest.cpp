@@ -1,6 +1,5 @@
 #include "core/creation/CreationFixture.h"
 #include "core/creation/NewController.h"
-#include "core/support/Dates.h"
 #include "core/support/Misc.h"
 
 namespace mirvel {
