@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -50,6 +51,7 @@ class Action {
   std::optional<std::string> localAgentUnloadPath = {};  ///< likewise unloaded once root has removed it
   std::optional<std::string> string = {};                ///< mostly the whole file
   std::optional<std::map<std::string, std::string>> logQuery = {};
+  std::function<void(bool isDone)> ended = {};  ///< called once, with what came of it
 
   /// The request as it goes over the wire, with the authorisation if there is one. The path of `url` is that of the
   /// file that links lead to.

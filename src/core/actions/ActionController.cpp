@@ -61,6 +61,7 @@ void ActionController::connected(HelperConnections::Privileged answer, const Act
 }
 
 void ActionController::authorisationFailed(bool isCancelled, const Action& action) {
+  end(action, false);
   dropNewFile();
   const auto& selected = m_program.state.selectedJob;
   if (!isCancelled) {
@@ -74,6 +75,7 @@ void ActionController::authorisationFailed(bool isCancelled, const Action& actio
 }
 
 void ActionController::connectionFailed(const Action& action, const Error& error, bool privileged) {
+  end(action, false);
   setBusy(false);
   dropNewFile();
   if (action.presentError) m_program.platform.interface.present(error);
@@ -106,7 +108,9 @@ void ActionController::finishAction(const Action& action) {
 void ActionController::replied(const plist::Dictionary& reply, const Action::Shared& action) {
   setBusy(false);
   const plist::Value* const error = reply.find("error");
-  if (const auto* details = error ? error->as<plist::Dictionary>() : nullptr) {
+  const auto* details = error ? error->as<plist::Dictionary>() : nullptr;
+  end(*action, !details);
+  if (details) {
     if (action->presentError) presentHelperError(*details);
     return;
   }
@@ -126,6 +130,10 @@ void ActionController::replied(const plist::Dictionary& reply, const Action::Sha
   } else {
     endedWell(*action);
   }
+}
+
+void ActionController::end(const Action& action, bool isDone) {
+  if (action.ended) action.ended(isDone);
 }
 
 void ActionController::followUpPrivileged(const Action::Shared& action) {

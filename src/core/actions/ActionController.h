@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,8 +29,9 @@ class ActionController {
   bool sendPrivileged(const Action::Shared& action);
 
   /// Brings the live record of the job to its file, and has the job loaded unless it is disabled. The job's URL changes
-  /// if it is new or moves to another kind. Keeps a revision if the request went out.
-  void save(Launchd& job);
+  /// if it is new or moves to another kind. Keeps a revision if the request went out. `ended` hears, now or later,
+  /// whether the file was written.
+  void save(Launchd& job, const std::function<void(bool isWritten)>& ended = {});
   /// Deletes the job if the answer is the default button's.
   void deleteConfirmed(int response, const Job& job);
   /// Has the helpers removed that were installed outside of the package.
@@ -55,12 +57,14 @@ class ActionController {
   void finishAction(const Action& action);
   void replied(const plist::Dictionary& reply, const Action::Shared& action);
   void followUpPrivileged(const Action::Shared& action);
+  static void end(const Action& action, bool isDone);
   void endedWell(const Action& action);
   void presentHelperError(const plist::Dictionary& error);
   void clearLog();
 
-  std::optional<Written> saveAsUser(const Launchd& job, const std::optional<std::string>& text);
-  std::optional<Written> saveAsRoot(const Launchd& job, const std::optional<std::string>& text);
+  using Ended = std::function<void(bool isWritten)>;
+  std::optional<Written> saveAsUser(const Launchd& job, const std::optional<std::string>& text, const Ended& ended);
+  std::optional<Written> saveAsRoot(const Launchd& job, const std::optional<std::string>& text, const Ended& ended);
   void leaveKind(const Launchd& job);
   void deleteLoginItem();
 

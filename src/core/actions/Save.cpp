@@ -18,8 +18,11 @@ bool isThere(const URL& url) {
 
 }  // namespace
 
-void ActionController::save(Launchd& job) {
-  if (!job.isNewFile && !canBeNamed(job.url)) return;
+void ActionController::save(Launchd& job, const Ended& ended) {
+  if (!job.isNewFile && !canBeNamed(job.url)) {
+    if (ended) ended(false);
+    return;
+  }
   job.plist().normalizeForSave(m_program.repairs);
   setBusy(true);
   if (job.isNewFile) {
@@ -29,7 +32,8 @@ void ActionController::save(Launchd& job) {
     }
   }
   const std::optional<std::string> text = job.plistData();
-  const auto written = job.kind == Kind::userAgent ? saveAsUser(job, text) : saveAsRoot(job, text);
+  const auto written = job.kind == Kind::userAgent ? saveAsUser(job, text, ended) : saveAsRoot(job, text, ended);
+  if (ended && (!written || !written->isSent)) ended(false);
   if (!written) return setBusy(false);
   job.url = written->url;
   job.updateCustomIconDigest();
@@ -39,7 +43,8 @@ void ActionController::save(Launchd& job) {
 }
 
 std::optional<ActionController::Written> ActionController::saveAsUser(const Launchd& job,
-                                                                      const std::optional<std::string>& text) {
+                                                                      const std::optional<std::string>& text,
+                                                                      const Ended& ended) {
   URL url = job.url;
   if (job.originalKind != Kind::userAgent) {
     leaveKind(job);
@@ -51,6 +56,7 @@ std::optional<ActionController::Written> ActionController::saveAsUser(const Laun
     url = *std::move(target);
   }
   const auto action = Action::write(url, text, job.name);
+  action->ended = ended;
   if (!job.isDisabled()) action->kind = Action::Kind::writeAndLoad;
   const bool isSent = send(action);
   return Written{.url = std::move(url), .isSent = isSent};
@@ -66,7 +72,8 @@ void ActionController::leaveKind(const Launchd& job) {
 }
 
 std::optional<ActionController::Written> ActionController::saveAsRoot(const Launchd& job,
-                                                                      const std::optional<std::string>& text) {
+                                                                      const std::optional<std::string>& text,
+                                                                      const Ended& ended) {
   URL url = job.url;
   const bool isAgent = job.kind == Kind::localAgent;
   if ((isAgent || job.originalKind == Kind::userAgent) && isThere(url)) {
@@ -74,6 +81,7 @@ std::optional<ActionController::Written> ActionController::saveAsRoot(const Laun
     m_program.platform.mainQueue.sleep(0.3);  // a head start for the other helper
   }
   const auto action = Action::write(url, text, job.name);
+  action->ended = ended;
   if (job.kind != job.originalKind && isThere(url)) {
     action->deleteURL = url;
     auto target = moveTarget(job.kind, url, m_program.foundation.roots);

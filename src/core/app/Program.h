@@ -10,6 +10,7 @@
 #include "core/app/Shell.h"
 #include "core/catalogue/KindTexts.h"
 #include "core/creation/CommandRepairs.h"
+#include "core/creation/Creation.h"
 #include "core/editor/Editing.h"
 #include "core/editor/NotesStore.h"
 #include "core/mainwindow/MainWindowController.h"
@@ -41,6 +42,7 @@ class Program {
   Fetcher fetcher;
   AppDelegate appDelegate;
   CommandRepairs repairs;
+  Creation creation = {};
   RevisionController revisions;
   NotesStore notes;
   Editing editing;

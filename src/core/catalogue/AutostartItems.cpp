@@ -26,11 +26,6 @@ std::string nameOf(const DesktopEntry& entry, const std::string& fileName) {
   return entry.name.empty() ? fileName.substr(0, fileName.size() - extension.size()) : entry.name;
 }
 
-std::optional<Image> iconOf(const DesktopEntry& entry) {
-  if (entry.icon.empty()) return std::nullopt;
-  return entry.icon.starts_with('/') ? Image::file(entry.icon) : Image::named(entry.icon);
-}
-
 }  // namespace
 
 AutostartItems::AutostartItems(Roots roots, Environment environment, std::string locale)
@@ -43,7 +38,7 @@ std::vector<LoginItems::Listed> AutostartItems::listed() {
     items.push_back({.name = nameOf(*entry.content, fileName),
                      .path = programOf(*entry.content),
                      .kind = entry.content->type,
-                     .icon = iconOf(*entry.content)});
+                     .icon = entry.content->image()});
   }
   return items;
 }
@@ -66,7 +61,7 @@ std::vector<LoginItems::Bundled> AutostartItems::bundled() {
                      .itemName = fileName,
                      .itemPath = entry.path,
                      .applicationPath = programOf(*entry.content),
-                     .icon = iconOf(*entry.content)});
+                     .icon = entry.content->image()});
   }
   return items;
 }
@@ -81,19 +76,11 @@ AutostartItems::Entries AutostartItems::entriesIn(const std::vector<fs::path>& f
       const auto stamp = folder->stamp(name);
       if (!stamp) continue;
       auto content = entryOf(*folder, name, *stamp, m_locale);
-      if (content && !isStarted(*content)) content.reset();
+      if (content && !content->canBeStarted(m_environment)) content.reset();
       entries.emplace(name, Entry{.path = (path / name).native(), .content = std::move(content)});
     }
   }
   return entries;
-}
-
-bool AutostartItems::isStarted(const DesktopEntry& entry) const {
-  const auto desktops = m_environment.find("XDG_CURRENT_DESKTOP");
-  const bool hasProgram = !entry.command.empty() && !entry.command.front().empty();
-  return entry.type == "Application" && !entry.isHidden && hasProgram &&
-         entry.isShownIn(desktops == m_environment.end() ? "" : desktops->second) &&
-         (entry.tryExec.empty() || findProgram(entry.tryExec, m_environment));
 }
 
 std::string AutostartItems::programOf(const DesktopEntry& entry) const {

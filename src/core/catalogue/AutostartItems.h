@@ -33,7 +33,6 @@ class AutostartItems final : public LoginItems {
   using Entries = std::map<std::string, Entry>;  // by file name
 
   Entries entriesIn(const std::vector<std::filesystem::path>& folders) const;
-  bool isStarted(const DesktopEntry& entry) const;
   std::string programOf(const DesktopEntry& entry) const;
 
   Roots m_roots;

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "core/catalogue/DesktopLocale.h"
+#include "core/support/Commands.h"
 #include "core/support/Strings.h"
 #include "core/support/Text.h"
 
@@ -143,7 +144,8 @@ std::optional<DesktopEntry> DesktopEntry::read(std::string_view bytes, const std
                       .command = commandIn(textOf(*values, "Exec")),
                       .onlyShowIn = listOf(*values, "OnlyShowIn"),
                       .notShowIn = listOf(*values, "NotShowIn").value_or(std::vector<std::string>()),
-                      .isHidden = textOf(*values, "Hidden") == "true"};
+                      .isHidden = textOf(*values, "Hidden") == "true",
+                      .isNoDisplay = textOf(*values, "NoDisplay") == "true"};
 }
 
 bool DesktopEntry::isShownIn(std::string_view desktops) const {
@@ -154,6 +156,19 @@ bool DesktopEntry::isShownIn(std::string_view desktops) const {
     if (holds(notShowIn, desktop)) return false;
   }
   return !onlyShowIn;
+}
+
+bool DesktopEntry::canBeStarted(const Environment& environment) const {
+  const auto desktops = environment.find("XDG_CURRENT_DESKTOP");
+  const bool hasProgram = !command.empty() && !command.front().empty();
+  return type == "Application" && !isHidden && hasProgram &&
+         isShownIn(desktops == environment.end() ? "" : desktops->second) &&
+         (tryExec.empty() || findProgram(tryExec, environment));
+}
+
+std::optional<Image> DesktopEntry::image() const {
+  if (icon.empty()) return std::nullopt;
+  return icon.starts_with('/') ? Image::file(icon) : Image::named(icon);
 }
 
 }  // namespace mirvel

@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "core/support/Environment.h"
+#include "core/support/Image.h"
+
 namespace mirvel {
 
 /// What a desktop entry file tells of an application (freedesktop.org, desktop-entry-spec 1.5). Texts are the
@@ -21,7 +24,8 @@ struct DesktopEntry {
   std::vector<std::string> command;                      ///< the program and its arguments, without field codes
   std::optional<std::vector<std::string>> onlyShowIn{};  ///< names of desktops
   std::vector<std::string> notShowIn{};
-  bool isHidden = false;  ///< counts as deleted
+  bool isHidden = false;     ///< counts as deleted
+  bool isNoDisplay = false;  ///< not to be shown among the applications
 
   /// None if the bytes are more than they may be or have no group "Desktop Entry". Lines that are neither a group nor a
   /// key are passed over, and an absent key leaves its field empty. The locale may be ICU's or the system's, such as
@@ -30,6 +34,11 @@ struct DesktopEntry {
 
   /// Whether it is for this desktop: `desktops` is what `XDG_CURRENT_DESKTOP` holds, such as "ubuntu:GNOME".
   bool isShownIn(std::string_view desktops) const;
+  /// Whether it is an application that can be started here: of this desktop (`XDG_CURRENT_DESKTOP`), not deleted, and
+  /// with its program (`PATH`).
+  bool canBeStarted(const Environment& environment) const;
+  /// None if the entry tells none.
+  std::optional<Image> image() const;
 };
 
 }  // namespace mirvel

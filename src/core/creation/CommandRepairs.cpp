@@ -68,7 +68,19 @@ CommandRepairs::CommandRepairs(const Defaults& defaults, const Commands& command
 
 std::optional<std::string> CommandRepairs::commandForFile(const fs::path& file) const {
   if (!m_defaults.automaticHelp()) return std::nullopt;
+  if (const auto words = desktopCommand(file)) return commandOfEntry(*words);
   return fileCommand(file, m_commands);
+}
+
+/// Of an entry's program that is only named, the place is looked up; the repairs before a save have another go at one
+/// that isn't found.
+std::string CommandRepairs::commandOfEntry(const std::vector<std::string>& words) const {
+  const std::string& program = words.front();
+  const auto directory = program.starts_with('/') ? std::nullopt : lookUp(program);
+  const std::string path = directory.value_or("") + program;
+  std::string command = path.starts_with('/') ? String::quote(path) : commandWord(path);
+  for (auto word = words.begin() + 1; word != words.end(); ++word) command += ' ' + commandWord(*word);
+  return command;
 }
 
 std::string CommandRepairs::repairCommand(const std::string& text) const {

@@ -22,9 +22,9 @@ class CommandRepairs {
   CommandRepairs(const Defaults& defaults, const Commands& commands, Interface& interface, ProcessRunner& processes,
                  const Localize& localize, std::filesystem::path homeFolder);
 
-  /// The command that runs a file: the executable of an application bundle, the file itself if its permissions are
-  /// those of a usual program, else an interpreter with the file, by its extension or its "#!" line, and at last the
-  /// tool that opens it. None if repairs are off.
+  /// The command that runs a file: the executable of an application bundle, the command of a desktop entry, the file
+  /// itself if its permissions are those of a usual program, else an interpreter with the file, by its extension or its
+  /// "#!" line, and at last the tool that opens it. None if repairs are off.
   std::optional<std::string> commandForFile(const std::filesystem::path& file) const;
 
   /// With the full path in front of a bare tool name: "/usr/bin/perl x.pl" for "perl x.pl". May run a process.
@@ -46,6 +46,7 @@ class CommandRepairs {
   std::vector<std::filesystem::path> fileArguments(const std::string& run) const;
 
  private:
+  std::string commandOfEntry(const std::vector<std::string>& words) const;
   std::optional<std::string> directoryFor(const std::string& word) const;
   std::optional<std::string> lookUp(const std::string& word) const;
   std::string asShellScript(const std::string& run, const std::string& name);

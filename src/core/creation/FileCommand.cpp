@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 
+#include "core/catalogue/DesktopEntry.h"
 #include "core/propertylist/Reader.h"
 #include "core/support/Ascii.h"
 #include "core/support/ReadFile.h"
@@ -101,6 +102,21 @@ std::string fileCommand(const fs::path& path, const Commands& commands) {
   }
   if (runsDirectly(file)) return quoted;
   return interpreterOf(file, commands).value_or(commands.open) + ' ' + quoted;
+}
+
+std::optional<std::vector<std::string>> desktopCommand(const fs::path& file) {
+  if (extensionOf(file) != "desktop") return std::nullopt;
+  const auto bytes = readFile(file, DesktopEntry::largestFile);
+  auto entry = bytes ? DesktopEntry::read(*bytes, {}) : std::nullopt;
+  if (!entry || entry->type != "Application" || entry->command.empty() || entry->command.front().empty()) {
+    return std::nullopt;
+  }
+  return std::move(entry->command);
+}
+
+std::string commandWord(const std::string& text) {
+  constexpr std::string_view signs = " \t\r\n\"'\\$`*?[]{}()<>|&;!#";  // that mean something to a shell
+  return text.empty() || text.find_first_of(signs) != std::string::npos ? String::quote(text) : text;
 }
 
 }  // namespace mirvel

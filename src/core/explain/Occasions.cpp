@@ -19,6 +19,9 @@ class Sentences {
 
   void addStart(const launchd::Plist& plist) {
     if (plist.runAtLoad == true) add(text("When it is loaded, that is, at login or at startup"));
+  }
+
+  void addRestarts(const launchd::Plist& plist) {
     if (plist.keepAlive) addKeepAlive(*plist.keepAlive);
     // Without KeepAlive the older key keeps the job running by itself.
     if (!plist.keepAlive && plist.onDemand == false) add(text("Always: it is started again whenever it ends"));
@@ -42,10 +45,11 @@ class Sentences {
   }
 
   std::vector<std::string> take(bool isDisabled) && {
-    if (m_lines.empty()) add(text("Only when it is started by hand"));
+    if (m_lines.empty()) m_lines.push_back(m_localize.onlyWhenStartedByHand());
     if (isDisabled) m_lines.insert(m_lines.begin(), m_localize.format("Not now: the file disables the job", {}));
     return std::move(m_lines);
   }
+  std::vector<std::string> take() && { return std::move(m_lines); }
 
  private:
   void addKeepAlive(const launchd::KeepAlive& keepAlive) {
@@ -94,9 +98,18 @@ class Sentences {
 std::vector<std::string> occasions(const launchd::Plist& plist, const Localize& localize) {
   Sentences sentences(localize);
   sentences.addStart(plist);
+  sentences.addRestarts(plist);
   sentences.addSchedule(plist);
   sentences.addEvents(plist);
   return std::move(sentences).take(plist.disabled == true);
+}
+
+std::vector<std::string> laterOccasions(const launchd::Plist& plist, const Localize& localize) {
+  Sentences sentences(localize);
+  sentences.addRestarts(plist);
+  sentences.addSchedule(plist);
+  sentences.addEvents(plist);
+  return std::move(sentences).take();
 }
 
 }  // namespace mirvel::explain

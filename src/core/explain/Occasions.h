@@ -12,4 +12,7 @@ namespace mirvel::explain {
 /// the rules of the schedule, then what else can start it. Never empty.
 std::vector<std::string> occasions(const launchd::Plist& plist, const Localize& localize);
 
+/// Likewise, of all that comes after the first loading. May be empty.
+std::vector<std::string> laterOccasions(const launchd::Plist& plist, const Localize& localize);
+
 }  // namespace mirvel::explain

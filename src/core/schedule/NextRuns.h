@@ -1,8 +1,10 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/plist/Plist.h"
 #include "core/schedule/MomentTexts.h"
@@ -14,5 +16,10 @@ namespace mirvel {
 /// `CalendarRule::asRun`), whether the job is enabled or not. None without a schedule.
 std::optional<std::string> nextRunsText(const launchd::Plist& record, std::chrono::sys_seconds now,
                                         const MomentTexts& texts);
+
+/// The next moments at which the schedule in a record starts the job, `count` at most, if it is loaded now: those of
+/// the calendar, and those of the interval counted from now.
+std::vector<std::string> nextRunTexts(const launchd::Plist& record, std::chrono::sys_seconds now, std::size_t count,
+                                      const MomentTexts& texts);
 
 }  // namespace mirvel

@@ -25,6 +25,12 @@ class ScheduledDelegate {
   ScheduledDelegate& operator=(const ScheduledDelegate&) = delete;
 
   virtual void rulesDidChange() = 0;
+
+  /// Expires when it goes.
+  std::weak_ptr<const void> life() const { return m_life; }
+
+ private:
+  const std::shared_ptr<const int> m_life = std::make_shared<const int>(0);
 };
 
 /// The data source of the rule editors: what can be chosen in their rows, and how rules become rows. Everything slow is

@@ -79,6 +79,8 @@ class Localize {
   std::string atLogin() const { return text("At login"); }
   std::string atSystemStart() const { return text("When the system starts"); }
   std::string automatic() const { return text("Automatic"); }
+  std::string backUpAFolder() const { return text("Back Up a Folder"); }
+  std::string backup() const { return text("Backup"); }
   std::string cancel() const { return text("Cancel"); }
   std::string cannotAuthenticate() const { return text("Cannot authenticate"); }
   std::string change() const { return text("Change"); }
@@ -94,6 +96,7 @@ class Localize {
     return text("Could not establish communication with the helper tool");
   }
   std::string copy() const { return text("Copy"); }
+  std::string copyOf(const std::string& name) const { return format("%@ copy", {name}); }
   std::string couldntLookForUpdates() const { return text("Couldn’t look for a new version"); }
   std::string couldntSaveDocument() const { return text("The document couldn’t be saved"); }
   std::string date() const { return text("Date"); }
@@ -114,6 +117,7 @@ class Localize {
   std::string everyone() const { return text("Everyone"); }
   std::string exclude() const { return text("Exclude"); }
   std::string filter() const { return text("Filter"); }
+  std::string folderWatch() const { return text("Folder Watch"); }
   std::string fileWasChangedMeanwhile(const std::string& name) const {
     return format("“%@” was changed meanwhile", {name});
   }
@@ -132,6 +136,7 @@ class Localize {
   std::string info() const { return text("Info"); }
   std::string internalHelperTools() const { return text("Internal Helper Tools"); }
   std::string itWillNeverRun() const { return text("It will never run on this schedule"); }
+  std::string keepAProgramRunning() const { return text("Keep a Program Running"); }
   std::string keepMine() const { return text("Keep Mine"); }
   std::string key() const { return text("Key"); }
   std::string kind() const { return text("Kind"); }
@@ -158,6 +163,7 @@ class Localize {
   std::string nextRuns(const std::string& first, const std::string& second) const {
     return format("Next: %1$@, then %2$@", {first, second});
   }
+  std::string nightlyScript() const { return text("Nightly Script"); }
   std::string noError() const { return text("No error"); }
   std::string noItems() const { return text("No Items"); }
   std::string noSelection() const { return text("No Selection"); }
@@ -167,10 +173,14 @@ class Localize {
   std::string notFound(const std::string& files) const { return format("Not found: %@", {files}); }
   std::string notes() const { return text("Notes"); }
   std::string notifications() const { return text("Notifications"); }
+  std::string numberOf(const std::string& number, const std::string& count) const {
+    return format("%1$@ of %2$@", {number, count});
+  }
   std::string off() const { return text("Off"); }
   std::string ok() const { return text("OK"); }
   std::string on() const { return text("On"); }
   std::string onlyTheFirstIntervalCounts() const { return text("Only the first repeat interval counts"); }
+  std::string onlyWhenStartedByHand() const { return text("Only when it is started by hand"); }
   std::string open() const { return text("Open"); }
   std::string part() const { return text("Part"); }
   std::string path() const { return text("Path"); }
@@ -178,6 +188,7 @@ class Localize {
   std::string pleaseTryAgain() const { return text("Please try again."); }
   std::string prefix() const { return text("Prefix"); }
   std::string previous() const { return text("Previous"); }
+  std::string program() const { return text("Program"); }
   std::string refresh() const { return text("Refresh"); }
   std::string relaunch() const { return text("Relaunch"); }
   std::string remove() const { return text("Remove"); }
@@ -190,6 +201,17 @@ class Localize {
   std::string rightSizeAllColumnsIndividually() const { return text("Right-Size All Columns Individually"); }
   std::string rightSizeThisColumn() const { return text("Right-Size This Column"); }
   std::string run() const { return text("Run"); }
+  std::string runAScriptEveryNight() const { return text("Run a Script Every Night"); }
+  // translators: the second place is a list of times, such as "every day at 09:00 and at every login".
+  std::string runsAsRoot(const std::string& name, const std::string& times) const {
+    return format("“%1$@” runs as root %2$@.", {name, times});
+  }
+  std::string runsAsYou(const std::string& name, const std::string& times) const {
+    return format("“%1$@” runs as you %2$@.", {name, times});
+  }
+  std::string runsForEveryone(const std::string& name, const std::string& times) const {
+    return format("“%1$@” runs for everyone who is logged in %2$@.", {name, times});
+  }
   std::string save() const { return text("Save"); }
   std::string scheduled() const { return text("Scheduled"); }
   std::string script() const { return text("Script"); }
@@ -199,6 +221,7 @@ class Localize {
   }
   std::string share() const { return text("Share"); }
   std::string show() const { return text("Show"); }
+  std::string skip() const { return text("Skip"); }
   std::string jobs() const { return text("Jobs"); }
   std::string details() const { return text("Details"); }
   std::string summary() const { return text("Summary"); }
@@ -223,6 +246,7 @@ class Localize {
   std::string unsavedChanges() const { return text("There are unsaved changes"); }
   std::string value() const { return text("Value"); }
   std::string versionOnDisk() const { return text("Version on Disk"); }
+  std::string watchAFolder() const { return text("Watch a Folder"); }
   std::string weekdays() const { return text("Weekdays"); }
   std::string weekends() const { return text("Weekends"); }
   std::string what() const { return text("What"); }
@@ -252,10 +276,13 @@ class Localize::Lowercase {
   explicit Lowercase(const Localize& localize) : m_localize(localize) {}
 
   std::string whereString() const { return m_localize.text("where"); }
+  std::string atEveryLogin() const { return m_localize.text("at every login"); }
+  std::string atEverySystemStart() const { return m_localize.text("at every system start"); }
   std::string days() const { return m_localize.text("days"); }
   std::string hours() const { return m_localize.text("hours"); }
   std::string minute() const { return m_localize.text("minute"); }
   std::string minutes() const { return m_localize.text("minutes"); }
+  std::string onceWhenSaved() const { return m_localize.text("once when it is saved"); }
   std::string seconds() const { return m_localize.text("seconds"); }
 
  private:

@@ -33,6 +33,8 @@ std::string_view firstCharacters(std::string_view text, std::size_t count);
 
 /// With its first letter in upper case.
 std::string firstUppercased(std::string_view text);
+/// With its first letter in lower case, as it stands in the middle of a sentence.
+std::string firstLowercased(std::string_view text);
 
 /// The form in which texts are compared for searching: equal for texts that differ in case or accents alone. Fold
 /// text and query once each, then look for the one in the other.

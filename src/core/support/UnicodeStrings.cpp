@@ -27,16 +27,24 @@ icu::UnicodeString withoutAccents(const icu::UnicodeString& text) {
   return result;
 }
 
+std::string withFirst(std::string_view text, UChar32 (*change)(UChar32)) {
+  if (text.empty()) return {};
+  const icu::UnicodeString whole = fromUtf8(text);
+  icu::UnicodeString changed(change(whole.char32At(0)));
+  changed.append(whole, whole.moveIndex32(0, 1), whole.length());
+  std::string result;
+  return changed.toUTF8String(result);
+}
+
 }  // namespace
 
 std::string firstUppercased(std::string_view text) {
-  if (text.empty()) return {};
-  const icu::UnicodeString whole = fromUtf8(text);
   // Title case, since a digraph such as U+01C6 has a form of its own for the first letter of a word.
-  icu::UnicodeString raised(u_totitle(whole.char32At(0)));
-  raised.append(whole, whole.moveIndex32(0, 1), whole.length());
-  std::string result;
-  return raised.toUTF8String(result);
+  return withFirst(text, u_totitle);
+}
+
+std::string firstLowercased(std::string_view text) {
+  return withFirst(text, u_tolower);
 }
 
 std::string fold(std::string_view text) {

@@ -1,0 +1,51 @@
+#include "core/creation/DuplicateController.h"
+
+#include "core/app/Program.h"
+#include "core/catalogue/Launchd.h"
+#include "core/creation/SaveNewJob.h"
+#include "core/support/Bidirectional.h"
+#include "core/support/Const.h"
+
+namespace mirvel {
+
+std::string DuplicateController::selectedName() const {
+  const auto& job = m_program.state.selectedJob;
+  return job ? job->name : std::string();
+}
+
+std::string DuplicateController::title() const {
+  const Localize& localize = m_program.foundation.localize;
+  return bidirectionalString({localize.duplicate(), selectedName()}, Const::separator, localize.isRightToLeft());
+}
+
+std::string DuplicateController::nameTitle() const {
+  return m_program.foundation.localize.name() + ':';
+}
+
+std::string DuplicateController::suggestedName() const {
+  return m_program.foundation.localize.copyOf(selectedName());
+}
+
+bool DuplicateController::save(const std::string& name) {
+  const auto source = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
+  if (!source || m_program.state.hasUnsavedChanges) return false;
+  auto content = source->plistDictionary();
+  if (!content) return false;
+
+  const Localize& localize = m_program.foundation.localize;
+  Interface& interface = m_program.platform.interface;
+  if (name == source->name) {
+    interface.error(localize.renameTheItemAndTryAgain(), {});
+    return false;
+  }
+  content->set("Label", name);
+  const auto copy = makeNewJob(m_program, *content, source->url, source->kind);
+  if (!copy) {
+    interface.error(localize.anErrorOccurredWhileSaving(), localize.pleaseTryAgain());
+    return false;
+  }
+  saveNewJob(m_program, copy);
+  return true;
+}
+
+}  // namespace mirvel

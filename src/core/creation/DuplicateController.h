@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+namespace mirvel {
+
+class Program;
+
+/// The sheet that copies the selected job under another name. For the main thread.
+class DuplicateController {
+ public:
+  /// The program outlives it.
+  explicit DuplicateController(Program& program) : m_program(program) {}
+
+  /// "Duplicate – backup".
+  std::string title() const;
+  std::string nameTitle() const;
+  /// What the field shows at first, all of it selected.
+  std::string suggestedName() const;
+
+  /// Saves the copy as a new job of the same kind. Tells the user if it can't. True: the sheet is to be dismissed.
+  bool save(const std::string& name);
+
+ private:
+  std::string selectedName() const;
+
+  Program& m_program;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,21 @@
+#include "core/creation/ExportJob.h"
+
+#include "core/actions/MoveTarget.h"
+#include "core/app/Program.h"
+#include "core/catalogue/Launchd.h"
+#include "core/support/ReplaceFile.h"
+
+namespace mirvel {
+
+void exportJob(Program& program) {
+  const auto job = std::dynamic_pointer_cast<Launchd>(program.state.selectedJob);
+  if (!job) return;
+  const std::string text = job->plistData().value_or("");
+  Interface& interface = program.platform.interface;
+  const auto file = interface.savePanel(
+      {.folder = program.foundation.roots.home, .name = jobFileName(job->name), .allowedType = "plist"});
+  if (!file) return;
+  if (const auto written = replaceFile(*file, text); !written) interface.present(written.error());
+}
+
+}  // namespace mirvel

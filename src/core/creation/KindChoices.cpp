@@ -1,0 +1,27 @@
+#include "core/creation/KindChoices.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/app/Program.h"
+
+namespace mirvel {
+
+namespace {
+
+constexpr std::array<Kind, 3> kinds{Kind::userAgent, Kind::localAgent, Kind::localDaemon};
+
+}  // namespace
+
+std::vector<KindChoice> kindChoices(Program& program) {
+  std::vector<KindChoice> result;
+  for (const Kind kind : kinds) result.push_back({kind, program.kinds.title(kind)});
+  return result;
+}
+
+std::optional<Kind> kindOfTag(int tag) {
+  const auto* found = std::find_if(kinds.begin(), kinds.end(), [tag](Kind kind) { return kind.rawValue() == tag; });
+  return found == kinds.end() ? std::nullopt : std::optional(*found);
+}
+
+}  // namespace mirvel

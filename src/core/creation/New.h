@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/catalogue/Kind.h"
+#include "core/plist/Plist.h"
+#include "core/schedule/Scheduled.h"
+#include "core/scripts/SyntaxType.h"
+
+namespace mirvel {
+
+/// A job under construction: what its file will say and whose it is, and what the pages show of the way there. Nothing
+/// of it is on the disk.
+struct New {
+  /// The pages of the sheet, in their order.
+  enum class Page { name, what, run, when };
+  /// The ways to say what the job runs; the number is the tab's.
+  enum class Run { application, script, command };
+
+  /// What the chooser of a script shows.
+  struct Script {
+    enum class State { none, createNew, ready };
+
+    State state = State::none;
+    std::string text = {};       ///< what is being written
+    std::string shownFile = {};  ///< the script, once it is ready
+    SyntaxType syntaxType = SyntaxType::shell;
+  };
+
+  Kind kind = Kind::userAgent;
+  launchd::Plist plist = launchd::Plist::blankPlist();
+  std::optional<Run> runPage = {};
+  std::string shownApplication = {};
+  Script script = {};
+  std::string command = {};  ///< as typed
+  bool isScheduled = false;
+  std::vector<Scheduled::ScheduledType> rules = {};  ///< they count while it is scheduled
+
+  New clone() const {
+    return {.kind = kind,
+            .plist = plist.clone(),
+            .runPage = runPage,
+            .shownApplication = shownApplication,
+            .script = script,
+            .command = command,
+            .isScheduled = isScheduled,
+            .rules = rules};
+  }
+};
+
+}  // namespace mirvel

@@ -1,0 +1,141 @@
+#include "core/creation/NewController.h"
+
+#include <array>
+
+#include "core/app/Program.h"
+#include "core/catalogue/Launchd.h"
+#include "core/creation/SaveNewJob.h"
+#include "core/schedule/NextRuns.h"
+#include "core/support/Bidirectional.h"
+#include "core/support/Misc.h"
+
+namespace mirvel {
+
+namespace {
+
+using Page = New::Page;
+
+constexpr std::array pages{Page::name, Page::what, Page::run, Page::when};
+
+Page besides(Page page, int step) {
+  return static_cast<Page>(static_cast<int>(page) + step);
+}
+
+}  // namespace
+
+NewController::NewController(Program& program)
+    : m_sheet{.program = program, .job = program.creation.takeUnsaved().value_or(New())} {}
+
+std::vector<NewController::Cell> NewController::pageBar() const {
+  const Localize& localize = m_sheet.program.foundation.localize;
+  std::vector<Cell> cells;
+  for (const Page page : pages) {
+    const std::string number = localize.int_(static_cast<int>(page) + 1);
+    cells.push_back({.text = bidirectionalString({number, titleOf(page)}, " ", localize.isRightToLeft()),
+                     .isCurrent = page == m_page});
+  }
+  return cells;
+}
+
+std::string NewController::titleOf(Page page) const {
+  const Localize& localize = m_sheet.program.foundation.localize;
+  if (page == Page::name) return localize.name();
+  if (page == Page::what) return localize.what();
+  if (page == Page::when) return localize.when();
+  if (!job().runPage) return localize.run();
+  switch (*job().runPage) {
+    case New::Run::application:
+      return localize.application();
+    case New::Run::script:
+      return localize.script();
+    case New::Run::command:
+      break;
+  }
+  return localize.command();
+}
+
+std::string NewController::nextTitle() const {
+  const Localize& localize = m_sheet.program.foundation.localize;
+  return m_page == Page::when ? localize.save() : localize.next();
+}
+
+bool NewController::isNextEnabled() const {
+  switch (m_page) {
+    case Page::name:
+      return name.mayGoOn();
+    case Page::what:
+      return what.mayGoOn();
+    case Page::run:
+      return run.mayGoOn();
+    case Page::when:
+      break;
+  }
+  return true;
+}
+
+bool NewController::next() {
+  if (!isNextEnabled()) return false;
+  if (m_page == Page::when) return save();
+  show(besides(m_page, 1));
+  return false;
+}
+
+void NewController::previous() {
+  if (isPreviousVisible()) show(besides(m_page, -1));
+}
+
+void NewController::show(Page page) {
+  m_page = page;
+  if (page == Page::run) run.appear();
+  m_sheet.tellOfChange();
+}
+
+void NewController::begin(New job) {
+  m_sheet.job = std::move(job);
+  name.reset();
+  run.reset();
+  when.reset();
+  show(Page::name);
+}
+
+NewOutlook NewController::outlook() const {
+  launchd::Plist plist = job().plist.clone();
+  when.applyRules(plist);
+  const Program& program = m_sheet.program;
+  constexpr std::size_t shownRuns = 3;
+  return {.sentence = newJobSentence(job().kind, plist, program.foundation.localize),
+          .nextRuns = nextRunTexts(plist, program.platform.clock.currentSecond(), shownRuns,
+                                   program.scheduledController.moments())};
+}
+
+/// All that the file will say. The job of the sheet stays as the user made it, but for a script that a command has
+/// become meanwhile.
+launchd::Plist NewController::finishedRecord() {
+  Program& program = m_sheet.program;
+  launchd::Plist plist = job().plist.clone();
+  plist.normalizeForSave(program.repairs);
+  m_sheet.job.plist.run = plist.run;
+  if (program.foundation.defaults.automaticPATH()) {
+    plist.environmentVariables = {{"PATH", std::string(Misc::defaultPATH)}};
+  }
+  if (when.isScheduled() && endEditing) endEditing();
+  when.applyRules(plist);
+  return plist;
+}
+
+bool NewController::save() {
+  Program& program = m_sheet.program;
+  const auto made = makeNewJob(program, finishedRecord().encodeAll(), URL::file("/"), job().kind);
+  if (!made) {
+    program.platform.interface.saveError();
+    return false;
+  }
+  when.keepRules();
+  const auto kept = std::make_shared<New>(job().clone());
+  saveNewJob(program, made, [&program, kept](bool isWritten) {
+    if (!isWritten) program.creation.unsaved = std::move(*kept);
+  });
+  return true;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/creation/NewOutlook.h"
+#include "core/creation/NewPages.h"
+#include "core/creation/NewSheet.h"
+#include "core/creation/RunChoosers.h"
+
+namespace mirvel {
+
+/// The sheet that makes a new job, page by page. Until the last page is confirmed nothing is written but scripts which
+/// the user saves. For the main thread.
+///
+/// Whoever shows it draws it anew after each of its operations and when `changed` is called.
+class NewController {
+ public:
+  /// A cell of the bar with all pages. The current one has a bold font and the mark of what is on.
+  struct Cell {
+    std::string text;
+    bool isCurrent = false;
+
+    bool operator==(const Cell&) const = default;
+  };
+
+  /// Begins with the last new job that couldn't be saved, if there is one. The program outlives it.
+  explicit NewController(Program& program);
+  NewController(const NewController&) = delete;
+  NewController& operator=(const NewController&) = delete;
+
+  New::Page currentPage() const { return m_page; }
+  std::vector<Cell> pageBar() const;
+  std::string nextTitle() const;
+  bool isNextEnabled() const;
+  bool isPreviousVisible() const { return m_page != New::Page::name; }
+
+  /// Goes to the next page; on the last one it saves the job. True: the sheet is done and is to be dismissed. Nothing
+  /// happens while the page may not be left.
+  bool next();
+  void previous();
+  /// Begins with another job, on the first page.
+  void begin(New job);
+
+  const New& job() const { return m_sheet.job; }
+  /// What will come of the job as it is now.
+  NewOutlook outlook() const;
+
+  /// Called when something changes that is shown.
+  void setChanged(std::function<void()> changed) { m_sheet.changed = std::move(changed); }
+  /// Called before the job is saved: takes over what is being typed.
+  std::function<void()> endEditing = {};
+
+ private:
+  NewSheet m_sheet;
+
+ public:
+  NewNamePage name{m_sheet};
+  NewWhatPage what{m_sheet};
+  NewRunPage run{m_sheet};
+  NewWhenPage when{m_sheet};
+
+ private:
+  void show(New::Page page);
+  std::string titleOf(New::Page page) const;
+  bool save();
+  launchd::Plist finishedRecord();
+
+  New::Page m_page = New::Page::name;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,86 @@
+#include "core/creation/NewPages.h"
+
+#include "core/app/Program.h"
+
+namespace mirvel {
+
+void NewNamePage::setName(std::string text) {
+  m_sheet.job.plist.name = std::move(text);
+  m_sheet.tellOfChange();
+}
+
+void NewNamePage::kindChanged(int tag) {
+  m_chosen = kindOfTag(tag);
+  if (m_chosen) m_sheet.job.kind = *m_chosen;
+  m_sheet.tellOfChange();
+}
+
+std::string NewWhatPage::title() const {
+  return m_sheet.program.foundation.localize.chooseWhatYouWantToRun() + ':';
+}
+
+void NewWhatPage::choose(New::Run run) {
+  m_sheet.job.runPage = run;
+  m_sheet.tellOfChange();
+}
+
+NewWhenPage::NewWhenPage(NewSheet& sheet)
+    : m_sheet(sheet),
+      m_delegateBefore(sheet.program.scheduledController.delegate),
+      m_lifeBefore(m_delegateBefore ? m_delegateBefore->life() : std::weak_ptr<const void>()) {
+  m_sheet.program.scheduledController.delegate = this;
+}
+
+NewWhenPage::~NewWhenPage() {
+  ScheduledDelegate*& delegate = m_sheet.program.scheduledController.delegate;
+  if (delegate == this) delegate = m_lifeBefore.expired() ? nullptr : m_delegateBefore;
+}
+
+void NewWhenPage::runAtLoad(bool isOn) {
+  m_sheet.job.plist.runAtLoad = isOn;
+  m_sheet.tellOfChange();
+}
+
+void NewWhenPage::keepAlive(bool isOn) {
+  if (isOn) {
+    m_sheet.job.plist.keepAlive = launchd::KeepAlive({}, {}, true, {}, {});
+  } else {
+    m_sheet.job.plist.keepAlive.reset();
+  }
+  m_sheet.tellOfChange();
+}
+
+void NewWhenPage::scheduled(bool isOn) {
+  m_sheet.job.isScheduled = isOn;
+  if (isOn && m_editor && m_editor->numberOfRows() == 0) m_editor->addRow();
+  m_sheet.tellOfChange();
+}
+
+void NewWhenPage::setRuleEditor(Scheduled::RuleEditor* editor) {
+  keepRules();
+  m_editor = editor;
+  m_sheet.program.scheduledController.delegate = this;  // the editor of the selected job may have come in between
+  if (m_editor) m_sheet.program.scheduledController.load(m_sheet.job.rules, *m_editor);
+}
+
+void NewWhenPage::applyRules(launchd::Plist& plist) const {
+  if (!isScheduled()) return;
+  ScheduledController& controller = m_sheet.program.scheduledController;
+  Scheduled::RuleEditor own(controller);
+  if (!m_editor) controller.load(m_sheet.job.rules, own);
+  plist.applyRules((m_editor ? *m_editor : own).rows(), controller.texts(), controller.numbers());
+}
+
+void NewWhenPage::keepRules() {
+  if (m_editor) m_sheet.job.rules = m_editor->rules();
+}
+
+void NewWhenPage::reset() {
+  if (m_editor) m_sheet.program.scheduledController.load(m_sheet.job.rules, *m_editor);
+}
+
+void NewWhenPage::rulesDidChange() {
+  m_sheet.tellOfChange();
+}
+
+}  // namespace mirvel

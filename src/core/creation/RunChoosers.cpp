@@ -1,0 +1,96 @@
+#include "core/creation/RunChoosers.h"
+
+#include "core/app/Program.h"
+#include "core/creation/InstalledApplications.h"
+#include "core/editor/GeneralRules.h"
+#include "core/editor/RunMenu.h"
+#include "core/support/DisplayPath.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// macOS has applications that are marked as such; elsewhere any program will do.
+std::vector<std::string> applicationTypes() {
+#ifdef __APPLE__
+  return {"app"};
+#else
+  return {};
+#endif
+}
+
+std::string shownPath(const NewSheet& sheet, const fs::path& file) {
+  return localizedDisplayPath(file.native(), sheet.program.foundation.roots.home.native());
+}
+
+}  // namespace
+
+void NewRunApplication::choose(bool showsHiddenFiles) {
+  const auto file = m_sheet.program.platform.interface.openPanel(
+      {.showsHiddenFiles = showsHiddenFiles, .allowedTypes = applicationTypes()});
+  if (file) take(*file, shownPath(m_sheet, *file));
+}
+
+void NewRunApplication::choose(const InstalledApplication& application) {
+  take(application.path, application.name);
+}
+
+void NewRunApplication::take(const fs::path& file, std::string shown) {
+  m_sheet.job.shownApplication = std::move(shown);
+  m_sheet.job.plist.run = chosenCommand(m_sheet.program, file);
+  m_sheet.job.plist.processType = "Interactive";
+  m_sheet.tellOfChange();
+}
+
+void NewRunApplication::clear() {
+  m_sheet.job.shownApplication.clear();
+}
+
+NewRunCommand::NewRunCommand(NewSheet& sheet) : m_sheet(sheet), m_check(sheet.program) {}
+
+void NewRunCommand::setText(std::string text) {
+  launchd::Plist& plist = m_sheet.job.plist;
+  GeneralRules::run(plist, text, m_sheet.program.repairs);
+  plist.processType.reset();  // that of an application which was chosen before
+  m_sheet.job.command = std::move(text);
+  check();
+  m_sheet.tellOfChange();
+}
+
+void NewRunCommand::clear() {
+  m_sheet.job.command.clear();
+  check();
+}
+
+void NewRunCommand::check() {
+  m_check.check(text(), [this](const std::vector<fs::path>& missing) {
+    if (missing == m_missing) return;
+    m_missing = missing;
+    m_sheet.tellOfChange();
+  });
+}
+
+void NewRunPage::appear() {
+  const auto chosen = m_sheet.job.runPage;
+  if (chosen == m_selected) return;
+  m_selected = chosen;
+  if (chosen == New::Run::application) application.clear();
+  if (chosen == New::Run::script) script.clear();
+  if (chosen == New::Run::command) command.clear();
+}
+
+const RunType& NewRunPage::of(New::Run run) const {
+  switch (run) {
+    case New::Run::application:
+      return application;
+    case New::Run::script:
+      return script;
+    case New::Run::command:
+      break;
+  }
+  return command;
+}
+
+}  // namespace mirvel

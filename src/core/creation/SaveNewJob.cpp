@@ -1,0 +1,31 @@
+#include "core/creation/SaveNewJob.h"
+
+#include "core/app/Program.h"
+#include "core/catalogue/Launchd.h"
+#include "core/propertylist/Writer.h"
+
+namespace mirvel {
+
+std::shared_ptr<Launchd> makeNewJob(Program& program, const plist::Dictionary& content, const URL& url, Kind kind) {
+  const auto data = plist::writeXml(content);
+  if (!data) return nullptr;
+  return Launchd::read(*data, url, kind, Launchd::Source::Elsewhere, program.foundation.scanSettings(),
+                       program.platform.console);
+}
+
+void saveNewJob(Program& program, const std::shared_ptr<Launchd>& job,
+                const std::function<void(bool isWritten)>& ended) {
+  job->isNewFile = true;
+  program.actions.save(*job, ended);
+  selectNewJob(program, job);
+}
+
+void selectNewJob(Program& program, const std::shared_ptr<Job>& job) {
+  ModeType* const mode = program.currentMode();
+  if (mode) mode->deselect();
+  program.state.selectedJob = job;
+  program.mainWindow.selectedJobDidChange();
+  if (mode) mode->select(job);
+}
+
+}  // namespace mirvel

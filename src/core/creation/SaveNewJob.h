@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "core/propertylist/Value.h"
+
+namespace mirvel {
+
+class Job;
+class Kind;
+class Launchd;
+class Program;
+class URL;
+
+/// The new job of that content, to be saved by `saveNewJob`. Null if the content is no job's, or that of an internal
+/// helper that isn't shown. `url` is where the keys come from that the program doesn't know, if the content has none.
+std::shared_ptr<Launchd> makeNewJob(Program& program, const plist::Dictionary& content, const URL& url, Kind kind);
+
+/// Has the job written to a file of its own and loaded, and shows it as the selected one. `ended` hears, now or later,
+/// whether the file was written.
+void saveNewJob(Program& program, const std::shared_ptr<Launchd>& job,
+                const std::function<void(bool isWritten)>& ended = {});
+
+/// Makes a job that isn't in the catalogue yet the selected one.
+void selectNewJob(Program& program, const std::shared_ptr<Job>& job);
+
+}  // namespace mirvel

@@ -1,0 +1,217 @@
+#include <regex>
+
+#include "core/creation/CreationFixture.h"
+#include "core/creation/DuplicateController.h"
+#include "core/creation/ExportJob.h"
+#include "core/creation/ImportController.h"
+#include "core/mainwindow/Segue.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Dictionary;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+using testing::StartsWith;
+
+class CopiedJobsTest : public CreationFixture {
+ protected:
+  ImportController importOf(const std::vector<fs::path>& files) {
+    std::vector<URL> urls;
+    for (const auto& file : files) urls.push_back(URL::file(file));
+    program().creation.filesToImport = urls;
+    return ImportController(program());
+  }
+  fs::path source(const std::string& name, const std::string& content) const {
+    return folder.write("source/" + name, content);
+  }
+  void select(const std::string& name) {
+    scan();
+    program().state.selectedJob = jobNamed(name);
+    shell.events.clear();
+  }
+};
+
+TEST_F(CopiedJobsTest, TheSheetOpensOnceThereIsAFileToImport) {
+  int count = 0;
+  program().shell.segues[String::importSegue] = [&] { ++count; };
+  importAction(program(), true);
+  EXPECT_EQ(count, 0);
+  EXPECT_TRUE(interface.openPanels.at(0).showsHiddenFiles);
+  EXPECT_THAT(interface.openPanels.at(0).allowedTypes, ElementsAre("plist"));
+  interface.openPath = "/x/a b.plist";
+  importAction(program(), false);
+  EXPECT_EQ(count, 1);
+  EXPECT_EQ(ImportController(program()).title(), "Import – a b.plist");
+  importFiles(program(), {});
+  EXPECT_EQ(count, 1);
+  EXPECT_EQ(ImportController(program()).title(), "Duplicate") << "of no file";
+  EXPECT_EQ(ImportController(program()).kindTitle(), "For:");
+}
+
+TEST_F(CopiedJobsTest, AnImportNeedsAKind) {
+  auto sheet = importOf({source("a.plist", testdata::jobText("a"))});
+  for (const auto& [tag, isEnabled] :
+       std::vector<std::pair<int, bool>>{{-1, false}, {1, true}, {6, false}, {2, true}, {0, true}}) {
+    sheet.kindChanged(tag);
+    EXPECT_EQ(sheet.isImportEnabled(), isEnabled) << tag;
+    EXPECT_EQ(sheet.chosenKind().has_value(), isEnabled) << tag;
+  }
+  auto untold = importOf({source("a.plist", testdata::jobText("a"))});
+  EXPECT_FALSE(untold.isImportEnabled());
+  EXPECT_FALSE(untold.importFile());
+  auto empty = importOf({});
+  empty.kindChanged(0);
+  EXPECT_FALSE(empty.importFile());
+  EXPECT_THAT(interface.errors, SizeIs(2));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+}
+
+TEST_F(CopiedJobsTest, AnImportedJobGetsAFileOfItsOwnAndKeepsAllItsKeys) {
+  const std::string content = testdata::jobText("a/b", {{"Program", "/bin/ls"}, {"Unheard", 5}});
+  const auto file = source("x.plist", content);
+  for (const bool isTaken : {false, true}) {
+    auto sheet = importOf({file});
+    sheet.kindChanged(Kind::localDaemon);
+    shell.events.clear();
+    EXPECT_TRUE(sheet.importFile());
+    EXPECT_EQ(written(), (Dictionary{{"Label", "a/b"}, {"ProgramArguments", plist::Array{"/bin/ls"}}, {"Unheard", 5}}));
+    EXPECT_TRUE(std::regex_match(writtenPath(), std::regex(isTaken ? "local/LaunchDaemons/a_b[0-9A-F-]{36}\\.plist"
+                                                                   : "local/LaunchDaemons/a_b\\.plist")))
+        << writtenPath();
+    EXPECT_THAT(shell.events, testing::IsSupersetOf({"deselect", "updateDetail", "select job a/b"}));
+    EXPECT_EQ(selectedName(), "a/b");
+    (void)write(Kind::localDaemon, "a_b.plist", "x");
+  }
+  EXPECT_EQ(testdata::bytes(file), content);
+}
+
+TEST_F(CopiedJobsTest, AFileThatIsNoJobSaysWhereAndWhy) {
+  const std::string head = "<?xml version=\"1.0\"?>\n<plist version=\"1.0\">\n<dict>\n<key>Label</key>\n";
+  const std::pair<std::string, std::string> table[] = {
+      {"", ": "},
+      {"hello", ": "},
+      {head + "<string>a</strung>\n</dict></plist>", "line 5, column"},
+      {"<plist><dict/></plist>", "Label"},
+      {testdata::jobText("a", {{"RunAtLoad", "yes"}}), "RunAtLoad"},
+      {testdata::jobText("app.mirvel.x"), "app.mirvel."},
+  };
+  for (const auto& [content, reason] : table) {
+    const auto file = source("bad.plist", content);
+    auto sheet = importOf({file});
+    sheet.kindChanged(0);
+    interface.errors.clear();
+    EXPECT_FALSE(sheet.importFile());
+    ASSERT_THAT(interface.errors, SizeIs(1)) << content;
+    EXPECT_THAT(interface.errors.front().first, StartsWith(file.string() + ": "));
+    EXPECT_THAT(interface.errors.front().first, HasSubstr(reason));
+    EXPECT_EQ(sheet.title(), "Import – bad.plist") << "it stays";
+  }
+  auto gone = importOf({"/none/gone.plist"});
+  gone.kindChanged(0);
+  EXPECT_FALSE(gone.importFile());
+  EXPECT_THAT(interface.errors.back().first, HasSubstr("/none/gone.plist: can't"));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_FALSE(program().state.selectedJob);
+}
+
+TEST_F(CopiedJobsTest, SeveralFilesAreImportedOneAfterTheOther) {
+  auto sheet = importOf(
+      {source("a.plist", testdata::jobText("a")), source("bad.plist", "x"), source("c.plist", testdata::jobText("c"))});
+  EXPECT_EQ(sheet.title(), "Import – a.plist – 1 of 3");
+  sheet.kindChanged(0);
+  EXPECT_FALSE(sheet.importFile());
+  EXPECT_EQ(sheet.title(), "Import – bad.plist – 2 of 3");
+  EXPECT_TRUE(sheet.hasMore());
+  EXPECT_FALSE(sheet.importFile());
+  EXPECT_EQ(sheet.title(), "Import – bad.plist – 2 of 3");
+  EXPECT_FALSE(sheet.skip());
+  EXPECT_FALSE(sheet.hasMore());
+  EXPECT_TRUE(sheet.isImportEnabled()) << "the kind stays";
+  EXPECT_TRUE(sheet.importFile());
+  ASSERT_THAT(helpers.requests, SizeIs(2));
+  EXPECT_EQ(helpers.requests[0].text("label"), "a");
+  EXPECT_EQ(helpers.requests[1].text("label"), "c");
+  EXPECT_TRUE(importOf({source("a.plist", "")}).skip());
+}
+
+TEST_F(CopiedJobsTest, ADuplicateDiffersInItsLabelOnly) {
+  writeJob(Kind::localAgent, "job", {{"ProgramArguments", plist::Array{"/bin/ls"}}, {"Unheard", "x"}});
+  select("job");
+  DuplicateController sheet(program());
+  EXPECT_EQ(sheet.title(), "Duplicate – job");
+  EXPECT_EQ(sheet.nameTitle(), "Name:");
+  EXPECT_EQ(sheet.suggestedName(), "job copy");
+  EXPECT_TRUE(sheet.save(sheet.suggestedName()));
+  EXPECT_EQ(written(),
+            (Dictionary{{"Label", "job copy"}, {"ProgramArguments", plist::Array{"/bin/ls"}}, {"Unheard", "x"}}));
+  EXPECT_EQ(writtenPath(), "local/LaunchAgents/job copy.plist");
+  EXPECT_THAT(shell.events, testing::IsSupersetOf({"deselect", "updateDetail", "select job job copy"}));
+  EXPECT_EQ(selectedName(), "job copy");
+}
+
+TEST_F(CopiedJobsTest, ADuplicateIsRefusedWhereItMakesNoSense) {
+  writeJob(Kind::userAgent, "job", {{"Program", "/bin/ls"}});
+  loginItems.ownItems = {{"own", "/own/item", {}, {}}};
+  const struct {
+    std::string selected, name;
+    bool hasUnsavedChanges;
+    std::vector<std::pair<std::string, std::string>> errors;
+  } table[] = {
+      {"job", "job", false, {{"Rename the item and try again", ""}}},
+      {"job", "other", true, {}},
+      {"own", "other", false, {}},
+      {"", "other", false, {}},
+      {"job", "app.mirvel.x", false, {{"An error occurred while saving", "Please try again."}}},
+  };
+  for (const auto& row : table) {
+    if (row.selected.empty()) {
+      program().state.selectedJob = nullptr;
+    } else {
+      select(row.selected);
+    }
+    program().state.hasUnsavedChanges = row.hasUnsavedChanges;
+    interface.errors.clear();
+    EXPECT_FALSE(DuplicateController(program()).save(row.name)) << row.name;
+    EXPECT_EQ(interface.errors, row.errors) << row.name;
+    program().state.hasUnsavedChanges = false;
+  }
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  select("job");
+  EXPECT_TRUE(DuplicateController(program()).save("")) << "an empty name gets one";
+  EXPECT_EQ(*written().find("Label"), plist::Value("ls"));
+  EXPECT_TRUE(std::regex_match(writtenPath(), std::regex("user/LaunchAgents/[0-9A-F-]{36}\\.plist"))) << writtenPath();
+}
+
+TEST_F(CopiedJobsTest, AnExportWritesTheSelectedJobWhereTheUserSays) {
+  writeJob(Kind::userAgent, "a_b", {{"Program", "/bin/ls"}, {"Unheard", 1}});
+  loginItems.ownItems = {{"own", "/own/item", {}, {}}};
+  exportJob(program());
+  select("own");
+  exportJob(program());
+  EXPECT_THAT(interface.savePanels, IsEmpty()) << "there is no job file to export";
+
+  select("a_b");
+  exportJob(program());
+  const SavePanel& panel = interface.savePanels.at(0);
+  EXPECT_EQ(panel.folder, roots.home);
+  EXPECT_EQ(panel.name, "a_b");
+  EXPECT_EQ(panel.allowedType, "plist");
+
+  interface.savePath = folder.path() / "out.plist";
+  exportJob(program());
+  EXPECT_EQ(testdata::bytes(*interface.savePath), testdata::bytes(path(Kind::userAgent, "a_b.plist")));
+  EXPECT_THAT(interface.errors, IsEmpty());
+  interface.savePath = folder.path() / "missing" / "out.plist";
+  exportJob(program());
+  EXPECT_THAT(interface.errors, ElementsAre(Pair(HasSubstr("missing"), "")));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_EQ(selectedName(), "a_b");
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "core/propertylist/Reader.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+
+/// A program with a shell, and what it has the helpers write.
+class CreationFixture : public testdata::ProgramFixture {
+ protected:
+  CreationFixture() {
+    // Most jobs of the tests are to hold nothing that nobody asked for.
+    (void)foundation.defaults.setAutomaticPATH(false);
+  }
+
+  /// The content of the file that was asked for last.
+  plist::Dictionary written() const {
+    if (helpers.requests.empty()) return {};
+    const auto document = plist::read(helpers.requests.back().text("string"));
+    const plist::Value value = document ? document->value() : plist::Value(false);
+    const auto* content = value.as<plist::Dictionary>();
+    return content ? *content : plist::Dictionary();
+  }
+  /// The file's place below the machine's root.
+  std::string writtenPath() const {
+    if (helpers.requests.empty()) return "(nothing)";
+    return std::filesystem::path(helpers.requests.back().text("path")).lexically_relative(folder.path());
+  }
+  std::string selectedName() {
+    const auto& job = program().state.selectedJob;
+    return job ? job->name : "(none)";
+  }
+
+  testdata::RecordingShell shell{program()};
+};
+
+}  // namespace mirvel

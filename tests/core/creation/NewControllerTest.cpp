@@ -1,0 +1,213 @@
+#include "core/creation/NewController.h"
+
+#include "core/creation/CreationFixture.h"
+#include "core/creation/StartingPoints.h"
+
+namespace mirvel {
+namespace {
+
+using testing::ElementsAre;
+using testing::SizeIs;
+
+class NewControllerTest : public CreationFixture {
+ protected:
+  /// The bar with the current page in brackets, and the buttons: "< [1 Name] 2 What 3 Run 4 When Next (off)".
+  std::string shown() const {
+    std::string result = sheet.isPreviousVisible() ? "< " : "";
+    for (const auto& cell : sheet.pageBar()) result += cell.isCurrent ? '[' + cell.text + "] " : cell.text + ' ';
+    return result + sheet.nextTitle() + (sheet.isNextEnabled() ? "" : " (off)");
+  }
+
+  NewController sheet{program()};
+};
+
+TEST_F(NewControllerTest, PagesAreWalkedThroughAsFarAsEachAllows) {
+  using Run = New::Run;
+  const std::pair<std::function<void()>, const char*> table[] = {
+      {[] {}, "[1 Name] 2 What 3 Run 4 When Next (off)"},
+      {[&] { EXPECT_FALSE(sheet.next()); }, "[1 Name] 2 What 3 Run 4 When Next (off)"},
+      {[&] { sheet.previous(); }, "[1 Name] 2 What 3 Run 4 When Next (off)"},
+      {[&] { sheet.name.setName(" "); }, "[1 Name] 2 What 3 Run 4 When Next"},
+      {[&] { sheet.name.setName(""); }, "[1 Name] 2 What 3 Run 4 When Next (off)"},
+      {[&] { sheet.name.setName("backup"); }, "[1 Name] 2 What 3 Run 4 When Next"},
+      {[&] { sheet.next(); }, "< 1 Name [2 What] 3 Run 4 When Next (off)"},
+      {[&] { sheet.what.choose(Run::application); }, "< 1 Name [2 What] 3 Application 4 When Next"},
+      {[&] { sheet.what.choose(Run::script); }, "< 1 Name [2 What] 3 Script 4 When Next"},
+      {[&] { sheet.next(); }, "< 1 Name 2 What [3 Script] 4 When Next (off)"},
+      {[&] { sheet.previous(); }, "< 1 Name [2 What] 3 Script 4 When Next"},
+      {[&] { sheet.what.choose(Run::command); }, "< 1 Name [2 What] 3 Command 4 When Next"},
+      {[&] { sheet.next(); }, "< 1 Name 2 What [3 Command] 4 When Next (off)"},
+      {[&] { sheet.run.command.setText("/bin/ls"); }, "< 1 Name 2 What [3 Command] 4 When Next"},
+      {[&] { sheet.run.command.setText(""); }, "< 1 Name 2 What [3 Command] 4 When Next (off)"},
+      {[&] { sheet.run.command.setText("/bin/ls"); }, "< 1 Name 2 What [3 Command] 4 When Next"},
+      {[&] { sheet.next(); }, "< 1 Name 2 What 3 Command [4 When] Save"},
+      {[&] { sheet.previous(); }, "< 1 Name 2 What [3 Command] 4 When Next"},
+      {[&] { sheet.previous(); }, "< 1 Name [2 What] 3 Command 4 When Next"},
+      {[&] { sheet.previous(); }, "[1 Name] 2 What 3 Command 4 When Next"},
+      {[&] { sheet.name.setName(""); }, "[1 Name] 2 What 3 Command 4 When Next (off)"},
+  };
+  for (const auto& [step, result] : table) {
+    step();
+    EXPECT_EQ(shown(), result) << "row " << &step - &table[0].first;
+  }
+}
+
+TEST_F(NewControllerTest, OneOfThreeKindsIsOn) {
+  EXPECT_THAT(kindChoices(program()),
+              ElementsAre(KindChoice{Kind::userAgent, "Ada Lovelace"}, KindChoice{Kind::localAgent, "Everyone"},
+                          KindChoice{Kind::localDaemon, "root"}));
+  const struct {
+    int tag;
+    std::optional<Kind> chosen;
+    Kind kind;
+  } table[] = {
+      {2, Kind::localDaemon, Kind::localDaemon}, {1, Kind::localAgent, Kind::localAgent},
+      {99, std::nullopt, Kind::localAgent},      {7, std::nullopt, Kind::localAgent},  // of the system
+      {0, Kind::userAgent, Kind::userAgent},
+  };
+  EXPECT_EQ(sheet.name.chosenKind(), Kind::userAgent);
+  for (const auto& row : table) {
+    sheet.name.kindChanged(row.tag);
+    EXPECT_EQ(sheet.name.chosenKind(), row.chosen) << row.tag;
+    EXPECT_EQ(sheet.job().kind, row.kind) << row.tag;
+  }
+}
+
+TEST_F(NewControllerTest, AnotherWayToRunBeginsAnewAndTheSameKeepsWhatWasEntered) {
+  sheet.name.setName("a");
+  sheet.next();
+  sheet.what.choose(New::Run::command);
+  sheet.next();
+  sheet.run.command.setText("/bin/ls");
+  sheet.previous();
+  sheet.what.choose(New::Run::script);
+  sheet.what.choose(New::Run::command);
+  sheet.next();
+  EXPECT_EQ(sheet.run.command.text(), "/bin/ls") << "the script's page was never shown";
+  sheet.previous();
+  sheet.what.choose(New::Run::script);
+  sheet.next();
+  EXPECT_EQ(sheet.job().plist.run, "/bin/ls") << "until the script is there";
+  sheet.previous();
+  sheet.what.choose(New::Run::command);
+  sheet.next();
+  EXPECT_EQ(sheet.run.command.text(), "");
+  EXPECT_FALSE(sheet.isNextEnabled());
+}
+
+TEST_F(NewControllerTest, EachChangeIsTold) {
+  int changes = 0;
+  sheet.setChanged([&] { ++changes; });
+  const std::function<void()> steps[] = {
+      [&] { sheet.name.setName("a"); },
+      [&] { sheet.name.kindChanged(1); },
+      [&] { sheet.next(); },
+      [&] { sheet.what.choose(New::Run::script); },
+      [&] { sheet.next(); },
+      [&] { sheet.run.script.createNew(); },
+      [&] { sheet.run.script.setText("x"); },
+      [&] { sheet.previous(); },
+      [&] { sheet.when.runAtLoad(false); },
+      [&] { sheet.when.keepAlive(true); },
+      [&] { sheet.when.scheduled(true); },
+      [&] { program().scheduledController.rowsDidChange(); },
+  };
+  for (const auto& step : steps) {
+    const int before = changes;
+    step();
+    EXPECT_GT(changes, before) << "step " << &step - steps;
+  }
+}
+
+TEST_F(NewControllerTest, TheRuleEditorStartsWithARowAndKeepsItWhenItIsHidden) {
+  Scheduled::RuleEditor editor(program().scheduledController);
+  sheet.when.setRuleEditor(&editor);
+  EXPECT_FALSE(sheet.when.isScheduled());
+  EXPECT_EQ(editor.numberOfRows(), 0U);
+  for (const bool isOn : {true, false, true}) {
+    sheet.when.scheduled(isOn);
+    EXPECT_EQ(sheet.when.isScheduled(), isOn);
+    EXPECT_EQ(editor.numberOfRows(), 1U);
+  }
+  sheet.when.setRuleEditor(nullptr);
+  Scheduled::RuleEditor other(program().scheduledController);
+  sheet.when.setRuleEditor(&other);
+  EXPECT_EQ(other.rules(), editor.rules()) << "another one goes on with them";
+}
+
+TEST_F(NewControllerTest, TheEditorOfTheSelectedJobHearsOfItsRulesAgainWhenTheSheetHasGone) {
+  struct Editor final : ScheduledDelegate {
+    void rulesDidChange() override { ++count; }
+    int count = 0;
+  } other;
+  ScheduledController& rules = program().scheduledController;
+  rules.delegate = nullptr;  // of the sheet that every test has
+  {
+    auto gone = std::make_unique<Editor>();
+    rules.delegate = gone.get();
+    NewController first(program());
+    gone.reset();  // the details were drawn anew
+  }
+  EXPECT_EQ(rules.delegate, nullptr);
+  rules.delegate = &other;
+  {
+    NewController second(program());
+    rules.rowsDidChange();
+    EXPECT_EQ(other.count, 0);
+  }
+  EXPECT_EQ(rules.delegate, &other);
+  {
+    NewController third(program());
+    program().mainWindow.selectedJobDidChange();
+  }
+  EXPECT_EQ(rules.delegate, nullptr);
+}
+
+TEST_F(NewControllerTest, StartingPointsAreWalkedThroughAsAnyOtherJob) {
+  sheet.name.setName("x");
+  sheet.name.kindChanged(2);
+  sheet.next();
+  const std::string home = roots.home.string();
+  const struct {
+    std::string title, name;
+    New::Run run;
+    std::string command;
+    bool isScheduled, isKeptAlive;
+    std::optional<std::vector<std::string>> watched;
+  } table[] = {
+      {"Back Up a Folder",
+       "Backup",
+       New::Run::command,
+       "rsync -a " + home + "/Documents " + home + "/Backup",
+       true,
+       false,
+       {}},
+      {"Run a Script Every Night", "Nightly Script", New::Run::script, "", true, false, {}},
+      {"Keep a Program Running", "Program", New::Run::command, "", false, true, {}},
+      {"Watch a Folder", "Folder Watch", New::Run::script, "", false, false, {{home + "/Downloads"}}},
+  };
+  auto points = startingPoints(foundation.localize, roots);
+  ASSERT_THAT(points, SizeIs(std::size(table)));
+  Scheduled::RuleEditor editor(program().scheduledController);
+  sheet.when.setRuleEditor(&editor);
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const auto& row = table[i];
+    EXPECT_EQ(points[i].title, row.title);
+    sheet.begin(std::move(points[i].job));
+    EXPECT_EQ(sheet.currentPage(), New::Page::name);
+    EXPECT_EQ(sheet.name.name(), row.name);
+    EXPECT_EQ(sheet.name.chosenKind(), Kind::userAgent);
+    EXPECT_EQ(sheet.what.chosen(), row.run);
+    sheet.next();
+    sheet.next();
+    EXPECT_EQ(sheet.run.command.text(), row.command);
+    EXPECT_EQ(sheet.isNextEnabled(), !row.command.empty()) << "what there is to run must be told";
+    EXPECT_EQ(sheet.when.isScheduled(), row.isScheduled);
+    EXPECT_EQ(editor.numberOfRows(), row.isScheduled ? 1U : 0U);
+    EXPECT_EQ(sheet.when.isKeptAlive(), row.isKeptAlive);
+    EXPECT_EQ(sheet.job().plist.watchPaths, row.watched);
+  }
+}
+
+}  // namespace
+}  // namespace mirvel

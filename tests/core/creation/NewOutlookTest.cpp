@@ -1,0 +1,105 @@
+#include "core/creation/NewOutlook.h"
+
+#include "core/creation/CreationFixture.h"
+#include "core/creation/NewController.h"
+#include "core/schedule/NextRuns.h"
+
+namespace mirvel {
+namespace {
+
+using namespace std::chrono;
+using testing::IsEmpty;
+
+constexpr const char* catalogues = MIRVEL_CATALOGUES;
+
+TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
+  using Change = std::function<void(launchd::Plist&)>;
+  const Change nothing = [](launchd::Plist& plist) { plist.runAtLoad = false; };
+  const Change atLoad = [](launchd::Plist&) {};
+  const Change nightly = [](launchd::Plist& plist) {
+    plist.startCalendarInterval = {.intervals = {{.minute = 0, .hour = 21}}};
+    plist.runAtLoad = false;
+  };
+  const Change all = [](launchd::Plist& plist) {
+    plist.keepAlive = launchd::KeepAlive({}, {}, true, {}, {});
+    plist.startInterval = 7200;
+    plist.watchPaths = {"/tmp/A b"};
+  };
+  const struct {
+    const char* locale;
+    Kind kind;
+    Change change;
+    const char* sentence;
+  } table[] = {
+      {"en", Kind::userAgent, nothing, "“backup” runs as you only when it is started by hand."},
+      {"en", Kind::userAgent, atLoad, "“backup” runs as you at every login and once when it is saved."},
+      {"en", Kind::userAgent, nightly, "“backup” runs as you every day at 21:00."},
+      {"en", Kind::localAgent, nightly, "“backup” runs for everyone who is logged in every day at 21:00."},
+      {"en", Kind::localDaemon, atLoad, "“backup” runs as root at every system start and once when it is saved."},
+      {"en", Kind::localDaemon, all,
+       "“backup” runs as root again when it ends with success, every 2 hours, when /tmp/A b changes, at every system "
+       "start, and once when it is saved."},
+      {"de", Kind::userAgent, nothing, "„backup“ läuft unter Ihrem Namen nur wenn er von Hand gestartet wird."},
+      {"de", Kind::userAgent, nightly, "„backup“ läuft unter Ihrem Namen jeden Tag um 21:00 Uhr."},
+      {"de", Kind::localDaemon, atLoad, "„backup“ läuft als root bei jedem Systemstart und einmal beim Speichern."},
+      {"ar", Kind::userAgent, atLoad, "تعمل «\u2068backup\u2069» باسمك عند كل تسجيل دخول ومرة واحدة عند الحفظ."},
+  };
+  for (const auto& row : table) {
+    const std::string locale = row.locale;
+    if (locale != "en" && !std::filesystem::exists(catalogues)) continue;  // no msgfmt made them
+    launchd::Plist plist = launchd::Plist::blankPlist();
+    plist.name = "backup";
+    row.change(plist);
+    EXPECT_EQ(newJobSentence(row.kind, plist, Localize(locale, catalogues)), row.sentence);
+  }
+}
+
+TEST(NewOutlookTest, TheNextRunsAreThoseOfTheCalendarAndOfTheInterval) {
+  using Interval = launchd::StartCalendarInterval::Interval;
+  const Localize localize("de_DE");
+  const MomentTexts texts(localize, "UTC");
+  const sys_seconds now = sys_days(2026y / 11 / 22) + 20h;
+  const struct {
+    std::optional<std::int64_t> seconds;
+    std::vector<Interval> calendar;
+    std::vector<std::string> runs;
+  } table[] = {
+      {{}, {}, {}},
+      {{}, {{.minute = 60}}, {}},
+      {{}, {{.minute = 0, .hour = 21}}, {"heute, 21:00", "morgen, 21:00", "Dienstag, 21:00"}},
+      {{},
+       {{.minute = 0, .hour = 0, .day = 29, .month = 2}},
+       {"29. Feb. 2028, 00:00", "29. Feb. 2032, 00:00", "29. Feb. 2036, 00:00"}},
+      {7200, {}, {"heute, 22:00", "morgen, 00:00", "morgen, 02:00"}},
+      {7200, {{.minute = 0, .hour = 23}}, {"heute, 22:00", "heute, 23:00", "morgen, 00:00"}},
+      {3600, {{.minute = 0}}, {"heute, 21:00", "heute, 22:00", "heute, 23:00"}},
+      {-5, {}, {}},
+      {INT64_MAX, {}, {}},
+  };
+  for (const auto& row : table) {
+    launchd::Plist plist;
+    plist.startInterval = row.seconds;
+    if (!row.calendar.empty()) plist.startCalendarInterval = {.intervals = row.calendar};
+    EXPECT_EQ(nextRunTexts(plist, now, 3, texts), row.runs) << "row " << &row - table;
+  }
+}
+
+class OutlookOfSheetTest : public CreationFixture {};
+
+TEST_F(OutlookOfSheetTest, RulesCountOnlyWhileTheJobIsScheduled) {
+  NewController sheet(program());
+  Scheduled::RuleEditor editor(program().scheduledController);
+  sheet.when.setRuleEditor(&editor);
+  sheet.name.setName("a");
+  sheet.when.runAtLoad(false);
+  sheet.when.scheduled(true);
+  editor.setNumber(0, "3600");
+  EXPECT_EQ(sheet.outlook().sentence, "“a” runs as you every hour.");
+  EXPECT_EQ(sheet.outlook().nextRuns.size(), 3U);
+  sheet.when.scheduled(false);
+  EXPECT_EQ(sheet.outlook().sentence, "“a” runs as you only when it is started by hand.");
+  EXPECT_THAT(sheet.outlook().nextRuns, IsEmpty());
+}
+
+}  // namespace
+}  // namespace mirvel
