@@ -18,6 +18,8 @@ namespace {
 
 constexpr int tabColumns = 4;
 constexpr int numbersMargin = 0;
+/// Some lexers take time that grows with the square of a line's length, and nobody reads such lines.
+constexpr long mostColouredColumns = 10'000;
 
 /// A combination of Control and a letter, other than those that every text widget knows.
 bool isKeyOfMenus(int key) {
@@ -110,13 +112,20 @@ void ScriptText::setText(const QString& text) {
 
 void ScriptText::setSyntax(SyntaxType type) {
   if (type == m_syntax) return;
-  auto lexer = makeScriptLexer(type);
   m_syntax = type;
-  if (lexer) styleLexer(*lexer, type, palette(), scriptFont());
-  setLexer(lexer.get());
-  m_lexer = std::move(lexer);
+  setLexer(nullptr);
+  m_lexer = makeScriptLexer(type);
+  if (m_lexer) styleLexer(*m_lexer, type, palette(), scriptFont());
+  useLexer();
   applyStyle();
   emit syntaxChanged();
+}
+
+void ScriptText::useLexer() {
+  QsciLexer* const wanted = m_widestLine <= mostColouredColumns ? m_lexer.get() : nullptr;
+  if (lexer() == wanted) return;
+  setLexer(wanted);
+  applyStyle();
 }
 
 void ScriptText::setDetectsSyntax(bool detects) {
@@ -146,7 +155,9 @@ void ScriptText::setLineNumbersVisible(bool visible) {
 }
 
 void ScriptText::textHasChanged() {
+  m_widestLine = widestLine(bytes(), tabColumns);
   detectSyntax();
+  useLexer();
   styleInterpreterLine(*this, m_syntax, palette());
   fitMargin();
   fitScrollWidth();
@@ -174,7 +185,7 @@ void ScriptText::fitMargin() {
 }
 
 void ScriptText::fitScrollWidth() {
-  const long columns = widestLine(bytes(), tabColumns) + 1;  // with room for the insertion point
+  const long columns = m_widestLine + 1;  // with room for the insertion point
   constexpr long widest = 1L << 30;
   setScrollWidth(static_cast<int>(std::min(characterWidth() * columns, widest)));
 }

@@ -13,7 +13,7 @@ namespace mirvel::ui {
 
 /// The text of a script, to be read and edited: coloured by its language, in lines that aren't wrapped, from left to
 /// right in windows of any direction. The bytes of the text stay as they are, line ends and what isn't UTF-8 included;
-/// new lines end as the first one does.
+/// new lines end as the first one does. A text with a line of more than 10 000 columns isn't coloured.
 ///
 /// Tab inserts one. Control-Tab leaves for the next widget, Shift-Tab (with nothing selected) for the one before.
 class ScriptText : public QsciScintilla {
@@ -56,6 +56,7 @@ class ScriptText : public QsciScintilla {
   void prepare();
   void leaveKeysToMenus();
   void textHasChanged();
+  void useLexer();
   void detectSyntax();
   void applyStyle();
   long characterWidth() const;  ///< in pixels, of most
@@ -65,6 +66,7 @@ class ScriptText : public QsciScintilla {
   std::string_view bytes() const;  ///< valid until the text changes or is asked for anything else
 
   SyntaxType m_syntax = SyntaxType::none;
+  long m_widestLine = 0;  ///< in columns
   bool m_detectsSyntax = false;
   bool m_lineNumbers = true;
   std::unique_ptr<QsciLexer> m_lexer;

@@ -160,6 +160,19 @@ TEST_F(ScriptStyleTest, AnInterpreterLineEndsWhereItsMarkGoes) {
   EXPECT_NE(colorOf(m_text, "/usr"), comment) << "no mark any more";
 }
 
+TEST_F(ScriptStyleTest, AnEndlessLineIsntColouredUntilItIsShort) {
+  const QColor comment = scriptColor(ScriptRole::Comment, m_text.palette());
+  m_text.setSyntax(SyntaxType::perl);
+  m_text.setText(std::string_view("# a\n"));
+  EXPECT_EQ(colorOf(m_text, "# a"), comment);
+  m_text.insert(QString(20'000, QLatin1Char('(')) + QLatin1Char('\n'));
+  EXPECT_NE(colorOf(m_text, "# a"), comment);
+  expectEveryStyleReadable("without colours");
+  m_text.undo();
+  EXPECT_EQ(colorOf(m_text, "# a"), comment);
+  EXPECT_EQ(m_text.syntax(), SyntaxType::perl);
+}
+
 TEST_F(ScriptStyleTest, EveryStyleCanBeReadAndFollowsThePalette) {
   m_text.setText(std::string_view("#!/bin/zsh\n"));
   for (const Scheme scheme : {Scheme::Light, Scheme::Dark, Scheme::Light}) {
