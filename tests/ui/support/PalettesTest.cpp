@@ -2,26 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
+#include "ui/support/Contrast.h"
 
 namespace mirvel::ui {
-
-namespace {
-
-/// By https://www.w3.org/TR/WCAG21/#dfn-contrast-ratio
-double contrast(const QColor& one, const QColor& other) {
-  const auto linear = [](double value) {
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-  };
-  const auto luminance = [&](const QColor& color) {
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-  };
-  const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
-  return (lighter + 0.05) / (darker + 0.05);
-}
-
-}  // namespace
 
 TEST(Palettes, TextStandsOutFromWhatIsBehindIt) {
   using Palette = QPalette;

@@ -1,0 +1,24 @@
+#include "ui/scripts/TextColumns.h"
+
+#include <algorithm>
+
+namespace mirvel::ui {
+
+long widestLine(std::string_view text, int tabWidth) {
+  long widest = 0;
+  long column = 0;
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte == '\n' || byte == '\r') {
+      column = 0;
+    } else if (byte == '\t') {
+      column += tabWidth - column % tabWidth;
+    } else if (byte < 0x80 || byte >= 0xC0) {  // the other bytes continue a character
+      column += byte < 0xE0 ? 1 : 2;           // from U+0800 on, where the wide characters are
+    }
+    widest = std::max(widest, column);
+  }
+  return widest;
+}
+
+}  // namespace mirvel::ui
