@@ -26,6 +26,10 @@ std::vector<fs::path> files(const fs::path& folder, const std::string& extension
   return result;
 }
 
+fs::path catalogues() {
+  return MIRVEL_CATALOGUES;
+}
+
 std::string bytes(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   if (!stream) throw std::runtime_error("can't read " + file.string());

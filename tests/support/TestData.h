@@ -14,6 +14,9 @@ std::optional<std::filesystem::path> folder(const std::string& name);
 /// All files of a folder with that extension (".plist"), by name.
 std::vector<std::filesystem::path> files(const std::filesystem::path& folder, const std::string& extension);
 
+/// The program's own translations; isn't there if no msgfmt made them.
+std::filesystem::path catalogues();
+
 std::string bytes(const std::filesystem::path& file);
 
 /// A fresh folder below the system's temporary folder, removed at the end of its life.

@@ -3,14 +3,13 @@
 #include "core/creation/CreationFixture.h"
 #include "core/creation/NewController.h"
 #include "core/schedule/NextRuns.h"
+#include "support/TestData.h"
 
 namespace mirvel {
 namespace {
 
 using namespace std::chrono;
 using testing::IsEmpty;
-
-constexpr const char* catalogues = MIRVEL_CATALOGUES;
 
 TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
   using Change = std::function<void(launchd::Plist&)>;
@@ -46,11 +45,11 @@ TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
   };
   for (const auto& row : table) {
     const std::string locale = row.locale;
-    if (locale != "en" && !std::filesystem::exists(catalogues)) continue;  // no msgfmt made them
+    if (locale != "en" && !std::filesystem::exists(testdata::catalogues())) continue;  // no msgfmt made them
     launchd::Plist plist = launchd::Plist::blankPlist();
     plist.name = "backup";
     row.change(plist);
-    EXPECT_EQ(newJobSentence(row.kind, plist, Localize(locale, catalogues)), row.sentence);
+    EXPECT_EQ(newJobSentence(row.kind, plist, Localize(locale, testdata::catalogues())), row.sentence);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/JobText.h"
+#include "support/TestData.h"
 
 namespace mirvel {
 namespace {
@@ -160,7 +161,7 @@ TEST(SectionRowsTest, UnknownKeysKeepTheirValuesWhileTheyAreToBeKept) {
 }
 
 TEST(SectionRowsTest, KeysComeFirstInALanguageFromRightToLeft) {
-  const Foundation arabic(Roots::below("/nowhere"), {}, MIRVEL_CATALOGUES, "ar");
+  const Foundation arabic(Roots::below("/nowhere"), {}, testdata::catalogues(), "ar");
   if (!arabic.localize.isRightToLeft()) GTEST_SKIP() << "no msgfmt to compile catalogues with";
   const Plist job = record({{"SoftResourceLimits", Dictionary{{"Core", 1}}}});
   const std::string number = arabic.localize.int_(1);

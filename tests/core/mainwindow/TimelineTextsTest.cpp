@@ -1,4 +1,5 @@
 #include "core/mainwindow/TimelineTexts.h"
+#include "support/TestData.h"
 
 #include <gtest/gtest.h>
 
@@ -68,7 +69,7 @@ TEST(TimelineTexts, TellDurationsInHoursMinutesAndSeconds) {
 TEST(TimelineTexts, JoinNameAndDurationSoThatTheNameIsReadFirst) {
   const Localize english("en");
   EXPECT_EQ(TimelineTexts(english, "UTC").interval("backup", "1 hour"), "backup – 1 hour");
-  const Localize arabic("ar", MIRVEL_CATALOGUES);
+  const Localize arabic("ar", testdata::catalogues());
   if (!arabic.isRightToLeft()) GTEST_SKIP() << "no msgfmt to compile catalogues with";
   EXPECT_EQ(TimelineTexts(arabic, "UTC").interval("backup", "x"), "\u200f\u2068backup\u2069 – \u2068x\u2069");
 }

@@ -7,15 +7,13 @@
 
 #include "core/schedule/LocalizedTexts.h"
 #include "core/support/Localize.h"
+#include "support/TestData.h"
 
 namespace mirvel {
 namespace {
 
-/// The catalogues that are installed; none where there is no msgfmt to compile them with.
-constexpr const char* catalogues = MIRVEL_CATALOGUES;
-
 TEST(TranslationsTest, EachCatalogueServesItsLocales) {
-  if (!std::filesystem::exists(catalogues)) GTEST_SKIP() << "no msgfmt to compile catalogues with";
+  if (!std::filesystem::exists(testdata::catalogues())) GTEST_SKIP() << "no msgfmt to compile catalogues with";
   struct Row {
     const char* locale;
     const char* cancel;
@@ -29,7 +27,7 @@ TEST(TranslationsTest, EachCatalogueServesItsLocales) {
       {"he", "Cancel", false},  // no catalogue: English, and laid out as such
   };
   for (const auto& row : rows) {
-    const Localize localize(row.locale, catalogues);
+    const Localize localize(row.locale, testdata::catalogues());
     EXPECT_EQ(localize.cancel(), row.cancel) << row.locale;
     EXPECT_EQ(localize.isRightToLeft(), row.isRightToLeft) << row.locale;
   }
@@ -38,7 +36,7 @@ TEST(TranslationsTest, EachCatalogueServesItsLocales) {
 // Rows of the rule editor are read back by their texts.
 TEST(TranslationsTest, ScheduleTextsAreDistinct) {
   for (const char* locale : {"en", "de", "ar"}) {
-    const Localize localize(locale, catalogues);
+    const Localize localize(locale, testdata::catalogues());
     const Scheduled::Texts editor = Scheduled::localizedTexts(localize);
     std::vector<std::string> texts{editor.weekdays, editor.weekends, localize.lowercase().minute()};
     texts.insert(texts.end(), editor.kinds.begin(), editor.kinds.end());
