@@ -38,7 +38,7 @@ class TemporaryFolder {
 }  // namespace mirvel::testdata
 
 /// Leaves the test when the data folder isn't there, saying so.
-#define MIRVEL_REQUIRE_TESTDATA(variable, name)                                               \
-  const auto variable##Found = mirvel::testdata::folder(name);                                \
-  if (!variable##Found) GTEST_SKIP() << "no folder " << name << " below " << MIRVEL_TESTDATA; \
+#define MIRVEL_REQUIRE_TESTDATA(variable, name)                                      \
+  const auto variable##Found = mirvel::testdata::folder(name);                       \
+  if (!variable##Found) GTEST_SKIP() << "no folder " << name << " in the test data"; \
   const std::filesystem::path& variable = *variable##Found
