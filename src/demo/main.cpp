@@ -8,6 +8,7 @@
 #include "ui/app/Application.h"
 #include "ui/app/Display.h"
 #include "ui/support/ColorScheme.h"
+#include "ui/support/InstalledFolders.h"
 #include "ui/support/QtText.h"
 
 int main(int argc, char* argv[]) {

@@ -8,6 +8,7 @@
 #include "core/catalogue/PlatformLoginItems.h"
 #include "core/support/Const.h"
 #include "core/support/ThreadHeap.h"
+#include "ui/support/InstalledFolders.h"
 #include "ui/support/OwnIcons.h"
 #include "ui/support/PlatformFolderMonitors.h"
 #include "ui/support/QtText.h"
@@ -15,17 +16,6 @@
 namespace mirvel::ui {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-/// A folder beside the installed program, or the one where its content was built.
-fs::path installedOrBuilt(const char* fromProgram, const char* built) {
-  const fs::path installed = path(QCoreApplication::applicationDirPath()) / fromProgram;
-  std::error_code failure;
-  return fs::is_directory(installed, failure) ? installed.lexically_normal() : fs::path(built);
-}
-
-}  // namespace
 
 Application::Application(Roots roots, const Environment& environment, const std::string& locale,
                          const std::optional<fs::path>& machine)
@@ -39,8 +29,7 @@ Application::Application(Roots roots, const Environment& environment, const std:
       m_helpers({.queue = m_mainQueue,
                  .background = m_authorisationQueue,
                  .runner = m_processRunner,
-                 .programs = HelperPrograms::in(installedOrBuilt(MIRVEL_HELPERS_DIR, MIRVEL_BUILD_HELPERS_DIR),
-                                                m_foundation.roots, environment, machine)}),
+                 .programs = HelperPrograms::in(helpersFolder(), m_foundation.roots, environment, machine)}),
       m_program(m_foundation, platform()),
       m_fileQueue("File queue"),
       m_fetchQueue("Fetch queue"),
@@ -90,10 +79,6 @@ void Application::showAtFirst() {
   if (std::exchange(m_hasShown, true)) return;
   m_loadingChanged = {};
   m_window->show();
-}
-
-fs::path catalogues() {
-  return installedOrBuilt(MIRVEL_LOCALE_DIR, MIRVEL_BUILD_LOCALE_DIR);
 }
 
 void prepareApplication(const Localize& localize) {

@@ -65,8 +65,6 @@ class Application {
   Subscription m_loadingChanged;
 };
 
-/// Where the translations lie: beside the installed program, or in the folder where it was built.
-std::filesystem::path catalogues();
 /// Names, icon and writing direction of the application, from the texts' language.
 void prepareApplication(const Localize& localize);
 

@@ -5,6 +5,7 @@
 #include "ui/app/Application.h"
 #include "ui/app/Display.h"
 #include "ui/app/OpenedURLs.h"
+#include "ui/support/InstalledFolders.h"
 #include "ui/support/QtText.h"
 #ifdef __linux__
 #include "ui/support/ColorScheme.h"
