@@ -1,36 +1,43 @@
 #pragma once
 
-#include <Qsci/qsciscintilla.h>
-
+#include <QWidget>
 #include <cstddef>
-#include <memory>
+#include <functional>
 #include <string>
 #include <string_view>
 
 #include "core/scripts/SyntaxType.h"
+#include "core/support/Localize.h"
 
 namespace mirvel::ui {
 
+class ScriptEditor;
+
 /// The text of a script, to be read and edited: coloured by its language, in lines that aren't wrapped, from left to
 /// right in windows of any direction. The bytes of the text stay as they are, line ends and what isn't UTF-8 included;
-/// new lines end as the first one does. A text with a line of more than 10 000 columns isn't coloured.
+/// new lines end as the first one does. `makeScriptText` makes one.
 ///
 /// Tab inserts one. Control-Tab leaves for the next widget, Shift-Tab (with nothing selected) for the one before.
-class ScriptText : public QsciScintilla {
+class ScriptText final : public QWidget {
   Q_OBJECT
  public:
-  /// `name` tells what this is to those who can't see it.
-  explicit ScriptText(const QString& name, QWidget* parent = nullptr);
+  /// Makes the editor within as a child of a widget.
+  using MakeEditor = std::function<ScriptEditor&(QWidget&)>;
+
+  /// `name` tells what this is to those who can't see it. `localize` outlives it.
+  ScriptText(const MakeEditor& make, const Localize& localize, const QString& name, QWidget* parent = nullptr);
   ~ScriptText() override;
 
-  /// In UTF-8.
+  /// In UTF-8, if it is a text.
   std::string text() const;
   /// Sets the whole text, unmodified and with nothing to be undone, and the insertion point to its start. `textChanged`
-  /// is told once.
+  /// is told once, unless the text was empty and still is.
   void setText(std::string_view text);
-  void setText(const QString& text) override;
+  bool isModified() const;
+  void setModified(bool modified);
 
   SyntaxType syntax() const { return m_syntax; }
+  /// Colours the text as one in that language. Insertion point and undo stay.
   void setSyntax(SyntaxType type);
   /// Whether each change of the text sets the syntax by its first line, if that tells one.
   void setDetectsSyntax(bool detects);
@@ -45,31 +52,24 @@ class ScriptText : public QsciScintilla {
   void setLineNumbersVisible(bool visible);
 
  signals:
+  /// Told when the text has changed, by a call or by the user.
+  void textChanged();
   /// Told when the syntax has changed, by a call or by what was typed.
   void syntaxChanged();
 
  protected:
   void changeEvent(QEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void prepare();
-  void leaveKeysToMenus();
   void textHasChanged();
-  void useLexer();
   void detectSyntax();
-  void applyStyle();
-  long characterWidth() const;  ///< in pixels, of most
-  void fitMargin();
-  void fitScrollWidth();
-  void followLineEnds();
-  std::string_view bytes() const;  ///< valid until the text changes or is asked for anything else
+  void showMenu(QPoint position);
 
+  const Localize& m_localize;
+  ScriptEditor& m_editor;
   SyntaxType m_syntax = SyntaxType::none;
-  long m_widestLine = 0;  ///< in columns
   bool m_detectsSyntax = false;
   bool m_lineNumbers = true;
-  std::unique_ptr<QsciLexer> m_lexer;
 };
 
 }  // namespace mirvel::ui

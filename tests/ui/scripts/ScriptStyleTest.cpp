@@ -1,4 +1,4 @@
-#include "ui/scripts/ScriptStyle.h"
+#include "ui/scripts/scintilla/ScriptStyle.h"
 
 #include <Qsci/qscilexer.h>
 #include <gtest/gtest.h>
@@ -6,8 +6,8 @@
 #include <QApplication>
 #include <cmath>
 
-#include "ui/scripts/ScriptColors.h"
-#include "ui/scripts/ScriptText.h"
+#include "ui/scripts/ScintillaText.h"
+#include "ui/scripts/ScriptLook.h"
 #include "ui/support/Contrast.h"
 #include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
@@ -30,18 +30,18 @@ QColor fromScintilla(long color) {
                 static_cast<int>(color >> 16 & 0xff));
 }
 
-QColor front(const ScriptText& text, int style) {
+QColor front(const QsciScintilla& text, int style) {
   return fromScintilla(text.SendScintilla(QsciScintilla::SCI_STYLEGETFORE, style));
 }
 
-QColor behind(const ScriptText& text, int style) {
+QColor behind(const QsciScintilla& text, int style) {
   return fromScintilla(text.SendScintilla(QsciScintilla::SCI_STYLEGETBACK, style));
 }
 
 /// The colour in which the first character of a piece of the text is drawn.
-QColor colorOf(ScriptText& text, const std::string& piece) {
+QColor colorOf(const QsciScintilla& text, const std::string& piece) {
   text.SendScintilla(QsciScintilla::SCI_COLOURISE, 0UL, -1L);
-  const auto place = static_cast<unsigned long>(text.text().find(piece));
+  const auto place = static_cast<unsigned long>(utf8(text.text()).find(piece));
   const long indicators = text.SendScintilla(QsciScintilla::SCI_INDICATORALLONFOR, place);
   for (unsigned long indicator = 0; indicator < 32; ++indicator) {
     if (indicators & 1L << indicator) {
@@ -57,21 +57,26 @@ class ScriptStyleTest : public testing::Test {
 
   void expectEveryStyleReadable(const std::string& context) {
     for (int style = 0; style <= QsciScintilla::STYLE_MAX; ++style) {
-      const QColor color = front(m_text, style);
-      EXPECT_GE(contrast(color, behind(m_text, style)), leastContrast) << context << ", style " << style;
-      EXPECT_GE(contrast(color, currentLine(m_text.palette())), leastContrast) << context << ", style " << style;
-      EXPECT_EQ(behind(m_text, style), m_text.palette().color(QPalette::Base)) << context << ", style " << style;
+      const QColor color = front(m_editor, style);
+      EXPECT_GE(contrast(color, behind(m_editor, style)), leastContrast) << context << ", style " << style;
+      EXPECT_GE(contrast(color, look().currentLine), leastContrast) << context << ", style " << style;
+      EXPECT_EQ(behind(m_editor, style), m_text.palette().color(QPalette::Base)) << context << ", style " << style;
     }
   }
 
   std::string fontName(int style) {
     std::string name(256, '\0');
-    m_text.SendScintilla(QsciScintilla::SCI_STYLEGETFONT, static_cast<unsigned long>(style),
-                         static_cast<void*>(name.data()));
+    m_editor.SendScintilla(QsciScintilla::SCI_STYLEGETFONT, static_cast<unsigned long>(style),
+                           static_cast<void*>(name.data()));
     return name.c_str();
   }
 
-  ScriptText m_text{QStringLiteral("Script")};
+  ScriptLook look() { return scriptLook(m_text.palette()); }
+  QColor comment() { return look().color(ScriptRole::Comment); }
+
+  ScintillaText m_script;
+  ScriptText& m_text = m_script.text;
+  ScintillaEditor& m_editor = m_script.editor();
 
  private:
   QPalette m_before = QApplication::palette();
@@ -143,38 +148,35 @@ TEST_F(ScriptStyleTest, PartsOfEachLanguageHaveTheirColour) {
   };
   for (const auto& row : rows) {
     m_text.setSyntax(row.type);
-    m_text.setText(std::string_view(row.text));
-    EXPECT_EQ(colorOf(m_text, row.piece).name(), scriptColor(row.role, m_text.palette()).name())
-        << row.piece << " in " << row.text;
+    m_text.setText(row.text);
+    EXPECT_EQ(colorOf(m_editor, row.piece).name(), look().color(row.role).name()) << row.piece << " in " << row.text;
   }
 }
 
 TEST_F(ScriptStyleTest, AnInterpreterLineEndsWhereItsMarkGoes) {
   m_text.setSyntax(SyntaxType::swift);
-  m_text.setText(std::string_view("#!/usr/bin/swift\nlet a\n"));
-  const QColor comment = scriptColor(ScriptRole::Comment, m_text.palette());
-  EXPECT_EQ(colorOf(m_text, "bin"), comment);
-  m_text.insertAt(QStringLiteral("\n"), 0, 6);
-  EXPECT_NE(colorOf(m_text, "bin"), comment) << "moved to the second line";
-  m_text.insertAt(QStringLiteral("x"), 0, 0);
-  EXPECT_NE(colorOf(m_text, "/usr"), comment) << "no mark any more";
+  m_text.setText("#!/usr/bin/swift\nlet a\n");
+  EXPECT_EQ(colorOf(m_editor, "bin"), comment());
+  m_editor.insertAt(QStringLiteral("\n"), 0, 6);
+  EXPECT_NE(colorOf(m_editor, "bin"), comment()) << "moved to the second line";
+  m_editor.insertAt(QStringLiteral("x"), 0, 0);
+  EXPECT_NE(colorOf(m_editor, "/usr"), comment()) << "no mark any more";
 }
 
 TEST_F(ScriptStyleTest, AnEndlessLineIsntColouredUntilItIsShort) {
-  const QColor comment = scriptColor(ScriptRole::Comment, m_text.palette());
   m_text.setSyntax(SyntaxType::perl);
-  m_text.setText(std::string_view("# a\n"));
-  EXPECT_EQ(colorOf(m_text, "# a"), comment);
-  m_text.insert(QString(20'000, QLatin1Char('(')) + QLatin1Char('\n'));
-  EXPECT_NE(colorOf(m_text, "# a"), comment);
+  m_text.setText("# a\n");
+  EXPECT_EQ(colorOf(m_editor, "# a"), comment());
+  m_editor.insert(QString(20'000, QLatin1Char('(')) + QLatin1Char('\n'));
+  EXPECT_NE(colorOf(m_editor, "# a"), comment());
   expectEveryStyleReadable("without colours");
-  m_text.undo();
-  EXPECT_EQ(colorOf(m_text, "# a"), comment);
+  m_editor.undo();
+  EXPECT_EQ(colorOf(m_editor, "# a"), comment());
   EXPECT_EQ(m_text.syntax(), SyntaxType::perl);
 }
 
 TEST_F(ScriptStyleTest, EveryStyleCanBeReadAndFollowsThePalette) {
-  m_text.setText(std::string_view("#!/bin/zsh\n"));
+  m_text.setText("#!/bin/zsh\n");
   for (const Scheme scheme : {Scheme::Light, Scheme::Dark, Scheme::Light}) {
     for (const SyntaxType type : types) {
       const std::string context =
@@ -191,8 +193,8 @@ TEST_F(ScriptStyleTest, EveryStyleCanBeReadAndFollowsThePalette) {
 TEST_F(ScriptStyleTest, LineNumbersCanBeReadToo) {
   for (const Scheme scheme : {Scheme::Light, Scheme::Dark}) {
     QApplication::setPalette(paletteOf(scheme));
-    EXPECT_GE(contrast(lineNumber(m_text.palette()), m_text.palette().color(QPalette::Base)), leastContrast);
-    EXPECT_EQ(front(m_text, QsciScintilla::STYLE_LINENUMBER), lineNumber(m_text.palette()));
+    EXPECT_GE(contrast(look().lineNumber, m_text.palette().color(QPalette::Base)), leastContrast);
+    EXPECT_EQ(front(m_editor, QsciScintilla::STYLE_LINENUMBER), look().lineNumber);
   }
 }
 
@@ -202,30 +204,19 @@ TEST_F(ScriptStyleTest, ColoursThatCantBeReadOnADesktopsBaseGiveWayToItsText) {
     QPalette palette = paletteOf(QColor::fromRgb(base).lightnessF() > 0.4F ? Scheme::Light : Scheme::Dark);
     palette.setColor(QPalette::Base, QColor::fromRgb(base));
     for (int role = 0; role <= static_cast<int>(ScriptRole::Error); ++role) {
-      const QColor color = scriptColor(static_cast<ScriptRole>(role), palette);
+      const QColor color = scriptLook(palette).color(static_cast<ScriptRole>(role));
       EXPECT_GE(contrast(color, palette.color(QPalette::Base)), leastContrast) << base << ", role " << role;
     }
   }
 }
 
-TEST_F(ScriptStyleTest, AChangeOfPaletteKeepsTextAndUndo) {
-  m_text.setSyntax(SyntaxType::shell);
-  m_text.setText(std::string_view("a"));
-  m_text.insert(QStringLiteral("b"));
-  QApplication::setPalette(paletteOf(Scheme::Dark));
-  EXPECT_EQ(m_text.text(), "ba");
-  m_text.undo();
-  EXPECT_EQ(m_text.text(), "a");
-  EXPECT_EQ(m_text.syntax(), SyntaxType::shell);
-}
-
 TEST_F(ScriptStyleTest, EveryStyleHasTheSameFont) {
   for (const SyntaxType type : types) {
     m_text.setSyntax(type);
-    const int last = m_text.lexer() ? QsciScintilla::STYLE_MAX : 0;
+    const int last = m_editor.lexer() ? QsciScintilla::STYLE_MAX : 0;
     for (int style = 0; style <= last; ++style) {
       const std::string which = "type " + std::to_string(static_cast<int>(type)) + ", style " + std::to_string(style);
-      const long size = m_text.SendScintilla(QsciScintilla::SCI_STYLEGETSIZEFRACTIONAL, style);
+      const long size = m_editor.SendScintilla(QsciScintilla::SCI_STYLEGETSIZEFRACTIONAL, style);
       EXPECT_EQ(fontName(style), utf8(scriptFont().family())) << which;
       EXPECT_EQ(size, std::lround(scriptFont().pointSizeF() * 100)) << which;
     }

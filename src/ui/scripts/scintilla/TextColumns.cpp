@@ -1,4 +1,4 @@
-#include "ui/scripts/TextColumns.h"
+#include "ui/scripts/scintilla/TextColumns.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "ui/scripts/BracesLexer.h"
+#include "ui/scripts/scintilla/BracesLexer.h"
 
 namespace mirvel::ui {
 

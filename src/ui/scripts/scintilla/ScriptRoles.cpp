@@ -1,4 +1,4 @@
-#include "ui/scripts/ScriptRoles.h"
+#include "ui/scripts/scintilla/ScriptRoles.h"
 
 #include <Qsci/qscilexerbash.h>
 #include <Qsci/qscilexercpp.h>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/scripts/SyntaxType.h"
-#include "ui/scripts/ScriptColors.h"
+#include "ui/scripts/ScriptLook.h"
 
 namespace mirvel::ui {
 

@@ -1,4 +1,4 @@
-#include "ui/scripts/ScriptLexer.h"
+#include "ui/scripts/scintilla/ScriptLexer.h"
 
 #include <Qsci/qscilexerbash.h>
 #include <Qsci/qscilexerhtml.h>
@@ -9,7 +9,7 @@
 #include <Qsci/qscilexertcl.h>
 #include <Qsci/qscilexerxml.h>
 
-#include "ui/scripts/BracesLexer.h"
+#include "ui/scripts/scintilla/BracesLexer.h"
 
 namespace mirvel::ui {
 

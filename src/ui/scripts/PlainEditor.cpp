@@ -1,0 +1,90 @@
+#include "ui/scripts/PlainEditor.h"
+
+#include <QFontMetricsF>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <QTextBlock>
+#include <algorithm>
+
+#include "ui/scripts/LineEnd.h"
+#include "ui/scripts/PlainCharacters.h"
+#include "ui/scripts/ScriptKeys.h"
+#include "ui/scripts/ScriptLook.h"
+
+namespace mirvel::ui {
+
+PlainEditor::PlainEditor(QWidget* parent) : QPlainTextEdit(parent) {
+  setLineWrapMode(QPlainTextEdit::NoWrap);
+  QTextOption option = document()->defaultTextOption();
+  option.setTextDirection(Qt::LeftToRight);
+  document()->setDefaultTextOption(option);
+  connect(this, &QPlainTextEdit::textChanged, this, [this] { tellOfChange(); });
+}
+
+std::string PlainEditor::bytes() const {
+  return bytesOf(document()->toRawText(), m_lineEnd);
+}
+
+void PlainEditor::setBytes(std::string_view text) {
+  const bool isChange = !text.empty() || !document()->isEmpty();
+  {
+    const QSignalBlocker once(this);
+    m_lineEnd = lineEndOf(text);
+    setPlainText(plainCharacters(text, m_lineEnd));
+    setModified(false);
+  }
+  if (isChange) emit textChanged();
+}
+
+std::size_t PlainEditor::insertionPoint() const {
+  return bytesOf(QStringView(document()->toRawText()).left(textCursor().position()), m_lineEnd).size();
+}
+
+void PlainEditor::setInsertionPoint(std::size_t point) {
+  const std::string text = bytes();
+  std::size_t end = std::min(point, text.size());
+  while (end < text.size() && isWithinCharacter(text, end)) ++end;
+  QTextCursor cursor(document());
+  cursor.setPosition(static_cast<int>(plainCharacters(std::string_view(text).substr(0, end), m_lineEnd).size()));
+  setTextCursor(cursor);
+  ensureCursorVisible();
+}
+
+void PlainEditor::setLook(const ScriptLook& look) {
+  constexpr int tabColumns = 4;
+  document()->setDefaultFont(look.font);
+  setTabStopDistance(tabColumns * QFontMetricsF(look.font).horizontalAdvance(QLatin1Char(' ')));
+}
+
+bool PlainEditor::isSelectionOfLines() const {
+  return textCursor().hasSelection() && textCursor().selectedText().contains(QChar::ParagraphSeparator);
+}
+
+void PlainEditor::moveLines(bool right) {
+  const QTextCursor selected = textCursor();
+  QTextCursor cursor(document());
+  cursor.beginEditBlock();
+  cursor.setPosition(document()->findBlock(selected.selectionStart()).position());
+  do {
+    if (right) {
+      cursor.insertText(QStringLiteral("\t"));
+    } else if (cursor.block().text().startsWith(QLatin1Char('\t'))) {
+      cursor.deleteChar();
+    }
+  } while (cursor.movePosition(QTextCursor::NextBlock) && cursor.position() < selected.selectionEnd());
+  cursor.endEditBlock();
+}
+
+void PlainEditor::keyPressEvent(QKeyEvent* event) {
+  const Exit exit = exitOf(*event, isSelectionOfLines());
+  const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
+  if (exit != Exit::None) {
+    QWidget::focusNextPrevChild(exit == Exit::Next);  // that of a text widget would stay
+  } else if (isTab && isSelectionOfLines()) {
+    moveLines(event->key() == Qt::Key_Tab);
+  } else {
+    QPlainTextEdit::keyPressEvent(event);
+  }
+}
+
+}  // namespace mirvel::ui

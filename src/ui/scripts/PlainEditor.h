@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QPlainTextEdit>
+
+#include "ui/scripts/ScriptEditor.h"
+
+namespace mirvel::ui {
+
+/// Edits a script without colours and line numbers, where there is nothing better. Tab and Shift-Tab move selected
+/// lines.
+class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
+  Q_OBJECT
+ public:
+  explicit PlainEditor(QWidget* parent = nullptr);
+
+  QWidget& widget() override { return *this; }
+  std::string bytes() const override;
+  void setBytes(std::string_view text) override;
+  bool isModified() const override { return document()->isModified(); }
+  void setModified(bool modified) override { document()->setModified(modified); }
+  std::size_t insertionPoint() const override;
+  void setInsertionPoint(std::size_t point) override;
+  bool canUndo() const override { return document()->isUndoAvailable(); }
+  bool canRedo() const override { return document()->isRedoAvailable(); }
+  bool hasSelection() const override { return textCursor().hasSelection(); }
+  void deleteSelection() override { textCursor().removeSelectedText(); }
+  void setSyntax(SyntaxType) override {}
+  void setLook(const ScriptLook& look) override;
+  void setLineNumbersVisible(bool) override {}
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  bool isSelectionOfLines() const;
+  void moveLines(bool right);
+
+  std::string m_lineEnd = "\n";
+};
+
+}  // namespace mirvel::ui

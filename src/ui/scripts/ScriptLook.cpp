@@ -1,0 +1,85 @@
+#include "ui/scripts/ScriptLook.h"
+
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <algorithm>
+
+#include "ui/support/Contrast.h"
+#include "ui/support/InvalidData.h"
+#include "ui/support/Palettes.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+constexpr double leastContrast = 4.5;
+
+struct Row {
+  ScriptRole role;
+  QRgb light;
+  QRgb dark;
+};
+
+constexpr Row rows[] = {
+    {ScriptRole::Comment, 0xff55695a, 0xff8fa893},  {ScriptRole::String, 0xff9a3412, 0xfff0a37f},
+    {ScriptRole::Number, 0xff1d57a8, 0xff8cc0ff},   {ScriptRole::Keyword, 0xff7f2292, 0xffd8a5f5},
+    {ScriptRole::Variable, 0xff006373, 0xff71cfde}, {ScriptRole::Name, 0xff6b4d00, 0xffe3c571},
+    {ScriptRole::Pattern, 0xff0b6638, 0xff82d6a2},
+};
+
+QColor active(const QPalette& palette, QPalette::ColorRole role) {
+  return palette.color(QPalette::Active, role);
+}
+
+QColor wanted(ScriptRole role, const QPalette& palette) {
+  if (role == ScriptRole::Error) return invalidData(palette);
+  const auto* const row = std::find_if(std::begin(rows), std::end(rows), [&](const Row& r) { return r.role == role; });
+  if (row == std::end(rows)) return active(palette, QPalette::Text);
+  return QColor::fromRgb(schemeOf(palette) == Scheme::Dark ? row->dark : row->light);
+}
+
+QColor currentLine(const QPalette& palette) {
+  constexpr float share = 0.06F;
+  const QColor behind = active(palette, QPalette::Base);
+  const QColor front = active(palette, QPalette::Text);
+  const auto mix = [](float from, float to) { return from + share * (to - from); };
+  return QColor::fromRgbF(mix(behind.redF(), front.redF()), mix(behind.greenF(), front.greenF()),
+                          mix(behind.blueF(), front.blueF()));
+}
+
+QColor lineNumber(const QPalette& palette) {
+  QColor quiet = active(palette, QPalette::PlaceholderText);
+  quiet.setAlpha(255);
+  return quiet;
+}
+
+/// The colour, if it can be read on the base and on the current line.
+QColor readable(const QColor& color, const QPalette& palette) {
+  const double least =
+      std::min(contrast(color, active(palette, QPalette::Base)), contrast(color, currentLine(palette)));
+  return least >= leastContrast ? color : active(palette, QPalette::Text);
+}
+
+}  // namespace
+
+ScriptLook scriptLook(const QPalette& palette) {
+  ScriptLook look{.font = scriptFont(),
+                  .base = active(palette, QPalette::Base),
+                  .currentLine = currentLine(palette),
+                  .lineNumber = readable(lineNumber(palette), palette),
+                  .selection = active(palette, QPalette::Highlight),
+                  .selectedText = active(palette, QPalette::HighlightedText),
+                  .roles = {}};
+  for (std::size_t role = 0; role < ScriptLook::roleCount; ++role) {
+    look.roles[role] = readable(wanted(static_cast<ScriptRole>(role), palette), palette);
+  }
+  return look;
+}
+
+QFont scriptFont() {
+  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  if (font.pointSizeF() <= 0) font.setPointSizeF(QFontInfo(font).pointSizeF());  // one set in pixels
+  return font;
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,56 @@
+#include "ui/scripts/ScriptModule.h"
+
+#include <QJsonObject>
+#include <QPluginLoader>
+
+#include "core/app/Program.h"
+#include "ui/scripts/PlainEditor.h"
+#include "ui/scripts/ScriptEditorFactory.h"
+#include "ui/support/InstalledFolders.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Error unusable(const fs::path& module, const std::string& why) {
+  return {.code = Error::Code::BadArgument, .message = why, .file = module.native()};
+}
+
+/// Whether the file says that it was made with this program: another version may have other classes by these names.
+bool isOurs(const QPluginLoader& loader) {
+  const QJsonObject data = loader.metaData();
+  return data.value(QStringLiteral("IID")) == QLatin1String(MIRVEL_SCRIPT_EDITOR_FACTORY) &&
+         data.value(QStringLiteral("MetaData")).toObject().value(QStringLiteral("version")) ==
+             QLatin1String(MIRVEL_VERSION);
+}
+
+}  // namespace
+
+fs::path scriptModule() {
+  return helpersFolder() / MIRVEL_SCRIPT_MODULE;
+}
+
+Result<ScriptEditorFactory*> loadScriptModule(const fs::path& module) {
+  const auto file = qtPath(module);
+  if (!file) return unusable(module, "the file's name can't be read");
+  QPluginLoader loader(*file);  // which loads a file once, and leaves it loaded when it goes
+  if (loader.metaData().isEmpty()) return unusable(module, utf8(loader.errorString()));
+  if (!isOurs(loader)) return unusable(module, "this is no module of version " MIRVEL_VERSION);
+  if (auto* factory = qobject_cast<ScriptEditorFactory*>(loader.instance())) return factory;
+  return unusable(module, utf8(loader.errorString()));
+}
+
+ScriptText* makeScriptText(Program& program, const QString& name, QWidget* parent, const fs::path& module) {
+  const auto factory = loadScriptModule(module);
+  if (!factory) program.platform.console.log("Scripts have no colours: " + factory.error().text());
+  const auto make = [&factory](QWidget& owner) -> ScriptEditor& {
+    if (factory) return (*factory)->make(owner);
+    return *new PlainEditor(&owner);
+  };
+  return new ScriptText(make, program.foundation.localize, name, parent);
+}
+
+}  // namespace mirvel::ui

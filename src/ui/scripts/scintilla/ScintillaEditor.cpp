@@ -1,0 +1,178 @@
+#include "ui/scripts/scintilla/ScintillaEditor.h"
+
+#include <Qsci/qscicommandset.h>
+#include <Qsci/qscilexer.h>
+
+#include <QKeyEvent>
+#include <algorithm>
+
+#include "ui/scripts/LineEnd.h"
+#include "ui/scripts/ScriptKeys.h"
+#include "ui/scripts/scintilla/ScriptLexer.h"
+#include "ui/scripts/scintilla/ScriptStyle.h"
+#include "ui/scripts/scintilla/TextColumns.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+constexpr int tabColumns = 4;
+constexpr int numbersMargin = 0;
+/// Some lexers take time that grows with the square of a line's length, and nobody reads such lines.
+constexpr long mostColouredColumns = 10'000;
+
+/// A combination of Control and a letter, other than those that every text widget knows.
+bool isKeyOfMenus(int key) {
+  const QKeySequence sequence(key);
+  for (const auto standard : {QKeySequence::Undo, QKeySequence::Redo, QKeySequence::Cut, QKeySequence::Copy,
+                              QKeySequence::Paste, QKeySequence::SelectAll}) {
+    if (QKeySequence::keyBindings(standard).contains(sequence)) return false;
+  }
+  const auto bits = static_cast<unsigned>(key);
+  const unsigned letter = bits & ~static_cast<unsigned>(Qt::KeyboardModifierMask);
+  return (bits & Qt::ControlModifier) != 0 && letter >= Qt::Key_A && letter <= Qt::Key_Z;
+}
+
+}  // namespace
+
+ScintillaEditor::ScintillaEditor(QWidget* parent) : QsciScintilla(parent) {
+  prepare();
+  leaveKeysToMenus();
+  connect(this, &QsciScintilla::textChanged, this, &ScintillaEditor::textHasChanged);
+  connect(this, &QsciScintillaBase::SCN_ZOOM, this, [this] {
+    fitMargin();
+    fitScrollWidth();
+  });
+}
+
+ScintillaEditor::~ScintillaEditor() {
+  setLexer(nullptr);
+}
+
+void ScintillaEditor::prepare() {
+  setUtf8(true);
+  setWrapMode(WrapNone);
+  setTabWidth(tabColumns);
+  setIndentationsUseTabs(true);
+  setTabIndents(false);
+  setAutoIndent(true);
+  setCaretLineVisible(true);
+  setMarginType(numbersMargin, NumberMargin);
+  for (int margin = 1; margin < margins(); ++margin) setMarginWidth(margin, 0);
+  SendScintilla(SCI_SETLAYOUTCACHE, static_cast<long>(SC_CACHE_PAGE));
+  SendScintilla(SCI_SETIDLESTYLING, static_cast<long>(SC_IDLESTYLING_TOVISIBLE));
+  setScrollWidthTracking(true);  // for characters that are wider than those of the font
+}
+
+void ScintillaEditor::leaveKeysToMenus() {
+  for (QsciCommand* command : standardCommands()->commands()) {
+    if (isKeyOfMenus(command->key())) command->setKey(0);
+    if (isKeyOfMenus(command->alternateKey())) command->setAlternateKey(0);
+  }
+  const QKeySequence redo(QKeySequence::Redo);
+  standardCommands()->find(QsciCommand::Redo)->setAlternateKey(redo[0].toCombined());
+}
+
+std::string_view ScintillaEditor::content() const {
+  const auto size = static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH));
+  return {static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER)), size};
+}
+
+std::string ScintillaEditor::bytes() const {
+  return std::string(content());
+}
+
+void ScintillaEditor::setBytes(std::string_view text) {
+  const long events = SendScintilla(SCI_GETMODEVENTMASK);
+  SendScintilla(SCI_SETUNDOCOLLECTION, 0L);
+  if (!text.empty()) SendScintilla(SCI_SETMODEVENTMASK, 0L);  // the text isn't empty in between
+  SendScintilla(SCI_CLEARALL);
+  SendScintilla(SCI_SETMODEVENTMASK, events);
+  SendScintilla(SCI_APPENDTEXT, static_cast<uintptr_t>(text.size()), text.data());
+  SendScintilla(SCI_SETUNDOCOLLECTION, 1L);
+  SendScintilla(SCI_EMPTYUNDOBUFFER);
+  setModified(false);
+  setInsertionPoint(0);
+  const std::string_view end = lineEndOf(text);
+  setEolMode(end == "\n" ? EolUnix : end == "\r" ? EolMac : EolWindows);
+}
+
+void ScintillaEditor::setSyntax(SyntaxType type) {
+  m_syntax = type;
+  setLexer(nullptr);
+  m_lexer = makeScriptLexer(type);
+  if (m_lexer) styleLexer(*m_lexer, type, m_look);
+  useLexer();
+  applyStyle();
+}
+
+void ScintillaEditor::useLexer() {
+  QsciLexer* const wanted = m_widestLine <= mostColouredColumns ? m_lexer.get() : nullptr;
+  if (lexer() == wanted) return;
+  setLexer(wanted);
+  applyStyle();
+}
+
+void ScintillaEditor::setLook(const ScriptLook& look) {
+  m_look = look;
+  applyStyle();
+}
+
+std::size_t ScintillaEditor::insertionPoint() const {
+  return static_cast<std::size_t>(SendScintilla(SCI_GETCURRENTPOS));
+}
+
+void ScintillaEditor::setInsertionPoint(std::size_t point) {
+  const auto end = static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH));
+  const auto near = static_cast<unsigned long>(std::min(point, end));
+  const long before = SendScintilla(SCI_POSITIONBEFORE, near);
+  SendScintilla(SCI_GOTOPOS, near == 0 ? 0 : SendScintilla(SCI_POSITIONAFTER, before));
+}
+
+void ScintillaEditor::setLineNumbersVisible(bool visible) {
+  m_lineNumbers = visible;
+  fitMargin();
+}
+
+void ScintillaEditor::textHasChanged() {
+  m_widestLine = widestLine(content(), tabColumns);
+  useLexer();
+  styleInterpreterLine(*this, m_syntax, m_look);
+  fitMargin();
+  fitScrollWidth();
+  tellOfChange();
+}
+
+void ScintillaEditor::applyStyle() {
+  if (m_lexer) styleLexer(*m_lexer, m_syntax, m_look);
+  styleSurroundings(*this, m_look);
+  styleInterpreterLine(*this, m_syntax, m_look);
+  fitMargin();
+  fitScrollWidth();
+}
+
+long ScintillaEditor::characterWidth() const {
+  return SendScintilla(SCI_TEXTWIDTH, static_cast<uintptr_t>(STYLE_DEFAULT), "0");
+}
+
+void ScintillaEditor::fitMargin() {
+  constexpr qsizetype fewestDigits = 2;
+  const qsizetype digits = std::max(fewestDigits, QString::number(lines()).size());
+  // One more is the room beside them.
+  setMarginWidth(numbersMargin, m_lineNumbers ? QString(digits + 1, QLatin1Char('9')) : QString());
+  SendScintilla(SCI_SETMARGINLEFT, 0UL, characterWidth() / 2);
+}
+
+void ScintillaEditor::fitScrollWidth() {
+  const long columns = m_widestLine + 1;  // with room for the insertion point
+  constexpr long widest = 1L << 30;
+  setScrollWidth(static_cast<int>(std::min(characterWidth() * columns, widest)));
+}
+
+void ScintillaEditor::keyPressEvent(QKeyEvent* event) {
+  const Exit exit = exitOf(*event, hasSelection());
+  if (exit == Exit::None) return QsciScintilla::keyPressEvent(event);
+  QWidget::focusNextPrevChild(exit == Exit::Next);  // QScintilla's own would stay
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <Qsci/qsciscintilla.h>
+
+#include <memory>
+
+#include "ui/scripts/ScriptEditor.h"
+#include "ui/scripts/ScriptLook.h"
+
+namespace mirvel::ui {
+
+/// Edits a script with the colours of its language. A text with a line of more than 10 000 columns isn't coloured. With
+/// something selected, Tab and Shift-Tab move its lines.
+class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
+  Q_OBJECT
+ public:
+  explicit ScintillaEditor(QWidget* parent = nullptr);
+  ~ScintillaEditor() override;
+
+  QWidget& widget() override { return *this; }
+  std::string bytes() const override;
+  void setBytes(std::string_view text) override;
+  bool isModified() const override { return QsciScintilla::isModified(); }
+  void setModified(bool modified) override { QsciScintilla::setModified(modified); }
+  std::size_t insertionPoint() const override;
+  void setInsertionPoint(std::size_t point) override;
+  bool canUndo() const override { return isUndoAvailable(); }
+  bool canRedo() const override { return isRedoAvailable(); }
+  // hasSelectedText() is late to see that a selection was typed over.
+  bool hasSelection() const override { return SendScintilla(SCI_GETSELECTIONEMPTY) == 0; }
+  void deleteSelection() override { removeSelectedText(); }
+  void setSyntax(SyntaxType type) override;
+  void setLook(const ScriptLook& look) override;
+  void setLineNumbersVisible(bool visible) override;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void prepare();
+  void leaveKeysToMenus();
+  void textHasChanged();
+  void useLexer();
+  void applyStyle();
+  long characterWidth() const;  ///< in pixels, of most
+  void fitMargin();
+  void fitScrollWidth();
+  std::string_view content() const;  ///< valid until the text changes or is asked for anything else
+
+  SyntaxType m_syntax = SyntaxType::none;
+  ScriptLook m_look = {};
+  long m_widestLine = 0;  ///< in columns
+  bool m_lineNumbers = true;
+  std::unique_ptr<QsciLexer> m_lexer;
+};
+
+}  // namespace mirvel::ui

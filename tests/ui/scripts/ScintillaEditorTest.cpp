@@ -1,0 +1,85 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include "ui/EventLoop.h"
+#include "ui/scripts/ScintillaText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+class ScintillaEditorTest : public testing::Test {
+ protected:
+  ScintillaEditorTest() {
+    m_text.resize(400, 200);
+    m_text.show();
+    testdata::settle();
+  }
+  /// Whether the text takes a key before the menus can.
+  bool claims(int key, Qt::KeyboardModifiers modifiers) {
+    QKeyEvent event(QEvent::ShortcutOverride, key, modifiers);
+    event.ignore();
+    QApplication::sendEvent(&m_editor, &event);
+    return event.isAccepted();
+  }
+
+  ScintillaText m_script;
+  ScriptText& m_text = m_script.text;
+  ScintillaEditor& m_editor = m_script.editor();
+};
+
+}  // namespace
+
+TEST_F(ScintillaEditorTest, OnlyTheKeysOfEveryTextAreKeptFromTheMenus) {
+  const struct {
+    QKeySequence::StandardKey standard;
+  } taken[] = {{QKeySequence::Undo}, {QKeySequence::Redo},  {QKeySequence::Cut},
+               {QKeySequence::Copy}, {QKeySequence::Paste}, {QKeySequence::SelectAll}};
+  for (const auto& row : taken) {
+    const QKeyCombination keys = QKeySequence(row.standard)[0];
+    EXPECT_TRUE(claims(keys.key(), keys.keyboardModifiers())) << row.standard;
+  }
+  for (int letter = Qt::Key_A; letter <= Qt::Key_Z; ++letter) {
+    if (QByteArray("ACVXYZ").contains(static_cast<char>(letter))) continue;
+    EXPECT_FALSE(claims(letter, Qt::ControlModifier)) << static_cast<char>(letter);
+  }
+}
+
+TEST_F(ScintillaEditorTest, LineNumbersGrowAndShrinkWithTheirDigits) {
+  const auto width = [this](int lines) {
+    m_text.setText(std::string(static_cast<std::size_t>(lines - 1), '\n'));
+    return m_editor.marginWidth(0);
+  };
+  const int two = width(1);
+  EXPECT_GT(two, 0);
+  EXPECT_EQ(width(99), two);
+  const int three = width(100);
+  EXPECT_GT(three, two);
+  EXPECT_EQ(width(999), three);
+  EXPECT_GT(width(1000), three);
+  EXPECT_EQ(width(99), two);
+  m_text.setLineNumbersVisible(false);
+  EXPECT_EQ(width(1000), 0);
+  m_text.setLineNumbersVisible(true);
+  EXPECT_GT(m_editor.marginWidth(0), three);
+}
+
+TEST_F(ScintillaEditorTest, TheScrollBarIsAsLongAsTheLongestLine) {
+  const auto reach = [this](const std::string& text) {
+    m_text.setText(text);
+    testdata::settle();
+    return m_editor.horizontalScrollBar()->maximum() - m_editor.horizontalScrollBar()->minimum();
+  };
+  EXPECT_EQ(reach("short"), 0);
+  const std::string below(500, '\n');
+  const int hundred = reach(below + std::string(200, 'x'));
+  EXPECT_GT(hundred, 0) << "though the line isn't in view";
+  EXPECT_GT(reach(below + std::string(400, 'x')), hundred);
+  EXPECT_EQ(reach(below + std::string(50, '\t')), hundred) << "a tab is four wide";
+  EXPECT_EQ(reach("short"), 0) << "and short again";
+}
+
+}  // namespace mirvel::ui

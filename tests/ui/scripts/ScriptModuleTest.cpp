@@ -1,0 +1,70 @@
+#include "ui/scripts/ScriptModule.h"
+
+#include <QLibraryInfo>
+
+#include "ui/scripts/ScriptTextFixture.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class ScriptModuleTest : public testdata::ProgramFixture {
+ protected:
+  /// A copy of the module in which a text was replaced by another that is as long.
+  fs::path changed(const std::string& name, const std::string& from, const std::string& to) const {
+    std::string content = testdata::bytes(scriptModule());
+    std::size_t count = 0;
+    for (auto at = content.find(from); at != std::string::npos; at = content.find(from, at + 1), ++count) {
+      content.replace(at, from.size(), to);
+    }
+    EXPECT_GT(count, 0U) << from;
+    return folder.write(name, content);
+  }
+  fs::path cutOff(const std::string& name, std::size_t size) const {
+    return folder.write(name, testdata::bytes(scriptModule()).substr(0, size));
+  }
+};
+
+}  // namespace
+
+TEST_F(ScriptModuleTest, TheModuleIsLoadedOnceAndForAll) {
+  const auto first = loadScriptModule(scriptModule());
+  ASSERT_TRUE(first) << first.error().text();
+  const auto second = loadScriptModule(scriptModule());
+  ASSERT_TRUE(second);
+  EXPECT_EQ(*first, *second);
+  const std::unique_ptr<ScriptText> text(makeScriptText(program(), QStringLiteral("Script")));
+  EXPECT_TRUE(text->focusProxy()->inherits("QsciScintilla"));
+  EXPECT_TRUE(console.logged.empty());
+}
+
+TEST_F(ScriptModuleTest, WithoutAModuleThereIsAPlainTextAndTheLogTellsWhy) {
+  const fs::path foreign = ui::path(QLibraryInfo::path(QLibraryInfo::PluginsPath)) / "platforms" / "libqoffscreen.so";
+  const std::pair<fs::path, std::string> rows[] = {
+      {folder.path() / "none.so", "not found"},
+      {folder.path(), ""},
+      {folder.write("empty.so", ""), ""},
+      {folder.write("text.so", "#!/bin/sh\n"), ""},
+      {cutOff("header.so", 64), ""},
+      {cutOff("page.so", 4096), ""},
+      {cutOff("pages.so", 20'000), ""},
+      {changed("version.so", MIRVEL_VERSION, std::string(sizeof(MIRVEL_VERSION) - 1, '9')), "no module of version"},
+      {changed("library.so", "libqscintilla2_qt6", "libqscintilla0_qt0"), "libqscintilla0_qt0"},
+      {foreign, "no module of version"},
+  };
+  for (const auto& [module, why] : rows) {
+    console.logged.clear();
+    const std::unique_ptr<ScriptText> text(makeScriptText(program(), QStringLiteral("Script"), nullptr, module));
+    text->setText("#!/bin/sh\n");
+    EXPECT_EQ(text->text(), "#!/bin/sh\n");
+    EXPECT_TRUE(text->focusProxy()->inherits("QPlainTextEdit")) << module;
+    ASSERT_EQ(console.logged.size(), 1U) << module;
+    EXPECT_NE(console.logged[0].find(module.native()), std::string::npos) << console.logged[0];
+    EXPECT_NE(console.logged[0].find(why), std::string::npos) << console.logged[0];
+  }
+}
+
+}  // namespace mirvel::ui
