@@ -86,6 +86,7 @@ class Localize {
   std::string change() const { return text("Change"); }
   std::string check() const { return text("Check"); }
   std::string chooseIcon() const { return text("Choose Icon…"); }
+  std::string chooseOrWriteAScript() const { return text("Choose a script that you have, or write a new one here."); }
   std::string chooseWhatYouWantToRun() const { return text("Choose what you want to run"); }
   std::string clearMenu() const { return text("Clear Menu"); }
   std::string clients() const { return text("Clients"); }

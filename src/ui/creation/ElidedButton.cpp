@@ -1,0 +1,48 @@
+#include "ui/creation/ElidedButton.h"
+
+#include <QStyleOptionButton>
+
+#include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+/// What a button shows as it stands: an ampersand in its text would underline the next letter.
+QString literal(QString text) {
+  return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+/// A path runs from left to right in any text (Unicode Standard Annex 9, isolates).
+QString leftToRight(const QString& path) {
+  return QChar(0x2066) + path + QChar(0x2069);
+}
+
+}  // namespace
+
+void ElidedButton::setTitle(const std::string& title) {
+  m_path.clear();
+  setText(literal(qt(title)));
+  setToolTip(QString());
+}
+
+void ElidedButton::setPath(const std::string& path) {
+  m_path = qt(path);
+  setText(literal(m_path));
+  setToolTip(shownToolTip(path));
+}
+
+QSize ElidedButton::minimumSizeHint() const {
+  constexpr int fewestCharacters = 12;
+  return {fontMetrics().averageCharWidth() * fewestCharacters, QPushButton::minimumSizeHint().height()};
+}
+
+void ElidedButton::initStyleOption(QStyleOptionButton* option) const {
+  QPushButton::initStyleOption(option);
+  if (m_path.isEmpty()) return;
+  const int room = style()->subElementRect(QStyle::SE_PushButtonContents, option, this).width();
+  option->text = literal(leftToRight(option->fontMetrics.elidedText(m_path, Qt::ElideMiddle, room)));
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,106 @@
+#include "ui/creation/NewRunScriptViewController.h"
+
+#include "ui/scripts/ScriptModule.h"
+#include "ui/support/OptionKey.h"
+#include "ui/support/QtText.h"
+#include "ui/support/SecondaryLabel.h"
+
+namespace mirvel::ui {
+
+NewRunScriptViewController::NewRunScriptViewController(Program& program, NewRunScript& script, QWidget* parent)
+    : QWidget(parent),
+      m_program(program),
+      m_script(script),
+      m_choose(new ElidedButton(this)),
+      m_createNew(new QPushButton(this)),
+      m_save(new QPushButton(qt(program.foundation.localize.ellipsis().save()), this)),
+      m_hint(new SecondaryLabel(qt(program.foundation.localize.chooseOrWriteAScript()), this)),
+      m_layout(new QVBoxLayout(this)) {
+  m_hint->setWordWrap(true);
+  m_layout->addLayout(makeButtons());
+  m_layout->addWidget(m_hint);
+  m_layout->addStretch();  // gives way to the text
+  connect(m_choose, &QPushButton::clicked, this, &NewRunScriptViewController::choose);
+  connect(m_createNew, &QPushButton::clicked, this, &NewRunScriptViewController::createNew);
+  connect(m_save, &QPushButton::clicked, this, &NewRunScriptViewController::save);
+  redraw();
+}
+
+QLayout* NewRunScriptViewController::makeButtons() {
+  m_choose->setCheckable(true);
+  m_choose->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+  m_createNew->setCheckable(true);
+  auto* row = new QHBoxLayout;
+  row->addWidget(m_choose);
+  row->addWidget(m_createNew);
+  row->addStretch();
+  row->addWidget(m_save);
+  return row;
+}
+
+void NewRunScriptViewController::makeText() {
+  m_text = makeScriptText(m_program, qt(m_program.foundation.localize.script()), this);
+  m_text->hide();
+  m_layout->insertWidget(m_layout->indexOf(m_hint) + 1, m_text, 1);
+  setTabOrder(m_save, m_text);  // it was made after whatever follows this page
+  connect(m_text, &ScriptText::textChanged, this, &NewRunScriptViewController::textHasChanged);
+}
+
+void NewRunScriptViewController::redraw() {
+  redrawButtons();
+  m_hint->setVisible(m_script.state() == NewRunScript::State::none);
+  redrawText();
+}
+
+void NewRunScriptViewController::redrawButtons() {
+  if (m_script.isChooseOn()) {
+    m_choose->setPath(m_script.chooseTitle());
+  } else {
+    m_choose->setTitle(m_script.chooseTitle());
+  }
+  m_choose->setChecked(m_script.isChooseOn());
+  m_createNew->setText(qt(m_script.createNewTitle()));
+  m_createNew->setChecked(m_script.isCreateNewOn());
+  m_save->setVisible(m_script.isWriting());
+  m_save->setEnabled(!m_script.text().empty());
+}
+
+void NewRunScriptViewController::redrawText() {
+  if (!m_script.isWriting()) {
+    if (m_text) m_text->hide();
+    return;
+  }
+  if (!m_text) makeText();
+  m_text->setSyntax(m_script.syntaxType());
+  const bool isNew = m_text->isHidden();
+  // What is being typed is left alone: it would lose insertion point and undo.
+  if (!isNew && m_text->text() == m_script.text()) return;
+  m_text->setText(m_script.text());
+  if (const auto point = m_script.insertionPoint()) m_text->setInsertionPoint(*point);
+  m_text->show();
+  if (isNew && isVisible()) m_text->setFocus();
+}
+
+void NewRunScriptViewController::textHasChanged() {
+  std::string text = m_text->text();
+  if (text == m_script.text()) return;  // it comes from there
+  m_script.setText(std::move(text));
+  redraw();
+}
+
+void NewRunScriptViewController::choose() {
+  m_script.choose(optionHeld());
+  redraw();
+}
+
+void NewRunScriptViewController::createNew() {
+  m_script.createNew();
+  redraw();
+}
+
+void NewRunScriptViewController::save() {
+  m_script.save();
+  redraw();
+}
+
+}  // namespace mirvel::ui
