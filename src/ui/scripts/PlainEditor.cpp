@@ -52,7 +52,7 @@ void PlainEditor::setInsertionPoint(std::size_t point) {
 
 void PlainEditor::setLook(const ScriptLook& look) {
   constexpr int tabColumns = 4;
-  document()->setDefaultFont(look.font);
+  setFont(look.font);
   setTabStopDistance(tabColumns * QFontMetricsF(look.font).horizontalAdvance(QLatin1Char(' ')));
 }
 
