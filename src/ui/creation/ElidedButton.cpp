@@ -42,7 +42,10 @@ void ElidedButton::initStyleOption(QStyleOptionButton* option) const {
   QPushButton::initStyleOption(option);
   if (m_path.isEmpty()) return;
   const int room = style()->subElementRect(QStyle::SE_PushButtonContents, option, this).width();
-  option->text = literal(leftToRight(option->fontMetrics.elidedText(m_path, Qt::ElideMiddle, room)));
+  const bool fits = option->fontMetrics.horizontalAdvance(m_path) <= room;
+  const int elided = room - style()->pixelMetric(QStyle::PM_ButtonMargin, option, this);
+  const QString shown = fits ? m_path : option->fontMetrics.elidedText(m_path, Qt::ElideMiddle, elided);
+  option->text = literal(leftToRight(shown));
 }
 
 }  // namespace mirvel::ui
