@@ -79,7 +79,7 @@ void PlainEditor::keyPressEvent(QKeyEvent* event) {
   const Exit exit = exitOf(*event, isSelectionOfLines());
   const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
   if (exit != Exit::None) {
-    QWidget::focusNextPrevChild(exit == Exit::Next);  // that of a text widget would stay
+    QWidget::focusNextPrevChild(exit == Exit::Next);  // NOLINT(bugprone-parent-virtual-call): its own stays
   } else if (isTab && isSelectionOfLines()) {
     moveLines(event->key() == Qt::Key_Tab);
   } else {

@@ -172,7 +172,7 @@ void ScintillaEditor::fitScrollWidth() {
 void ScintillaEditor::keyPressEvent(QKeyEvent* event) {
   const Exit exit = exitOf(*event, hasSelection());
   if (exit == Exit::None) return QsciScintilla::keyPressEvent(event);
-  QWidget::focusNextPrevChild(exit == Exit::Next);  // QScintilla's own would stay
+  QWidget::focusNextPrevChild(exit == Exit::Next);  // NOLINT(bugprone-parent-virtual-call): its own stays
 }
 
 }  // namespace mirvel::ui
