@@ -83,7 +83,7 @@ class ProgramFixture : public testing::Test {
                     .localLibrary = folder.path() / "local",
                     .systemLibrary = folder.path() / "system",
                     .defaultsFile = folder.path() / "preferences.plist"};
-  Foundation foundation{roots, {}, {}, "en"};
+  Foundation foundation{roots, {{"XDG_DATA_DIRS", "/nowhere"}}, {}, "en"};
   VirtualQueue queue;
   ManualWorkQueue fetchQueue;
   ManualWorkQueue fileQueue;

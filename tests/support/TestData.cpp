@@ -11,8 +11,12 @@ namespace mirvel::testdata {
 
 namespace fs = std::filesystem;
 
+fs::path place() {
+  return MIRVEL_TESTDATA;
+}
+
 std::optional<fs::path> folder(const std::string& name) {
-  const fs::path path = fs::path(MIRVEL_TESTDATA) / name;
+  const fs::path path = place() / name;
   if (!fs::is_directory(path)) return std::nullopt;
   return path;
 }

@@ -8,6 +8,9 @@
 /// Published job files and property-list cases, which lie outside the repository.
 namespace mirvel::testdata {
 
+/// Where these folders are looked for.
+std::filesystem::path place();
+
 /// The folder of that name ("corpus", "conformance"), or none: the test should then be skipped, saying so.
 std::optional<std::filesystem::path> folder(const std::string& name);
 
@@ -38,7 +41,7 @@ class TemporaryFolder {
 }  // namespace mirvel::testdata
 
 /// Leaves the test when the data folder isn't there, saying so.
-#define MIRVEL_REQUIRE_TESTDATA(variable, name)                                      \
-  const auto variable##Found = mirvel::testdata::folder(name);                       \
-  if (!variable##Found) GTEST_SKIP() << "no folder " << name << " in the test data"; \
+#define MIRVEL_REQUIRE_TESTDATA(variable, name)                                                         \
+  const auto variable##Found = mirvel::testdata::folder(name);                                          \
+  if (!variable##Found) GTEST_SKIP() << "no folder " << name << " below " << mirvel::testdata::place(); \
   const std::filesystem::path& variable = *variable##Found

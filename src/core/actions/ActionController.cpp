@@ -1,5 +1,7 @@
 #include "core/actions/ActionController.h"
 
+#include <system_error>
+
 #include "core/actions/ActionError.h"
 #include "core/app/Program.h"
 #include "core/propertylist/Encoding.h"
@@ -62,6 +64,7 @@ void ActionController::connected(HelperConnections::Privileged answer, const Act
 
 void ActionController::authorisationFailed(bool isCancelled, const Action& action) {
   end(action, false);
+  putBack(action);
   dropNewFile();
   const auto& selected = m_program.state.selectedJob;
   if (!isCancelled) {
@@ -77,6 +80,7 @@ void ActionController::authorisationFailed(bool isCancelled, const Action& actio
 void ActionController::connectionFailed(const Action& action, const Error& error, bool privileged) {
   end(action, false);
   setBusy(false);
+  putBack(action);
   dropNewFile();
   if (action.presentError) m_program.platform.interface.present(error);
   finishAction(action);
@@ -248,6 +252,15 @@ void ActionController::dropNewFile() {
   if (!m_program.state.selectedJob || !m_program.state.selectedJob->isNewFile) return;
   m_program.state.selectedJob = nullptr;
   m_program.mainWindow.selectedJobDidChange();
+}
+
+/// A job that was to be moved, and wasn't, is where it was.
+void ActionController::putBack(const Action& action) {
+  const auto& selected = m_program.state.selectedJob;
+  if (!action.url || !action.deleteURL || !selected || selected->url.text() != action.url->text()) return;
+  std::error_code failure;
+  if (std::filesystem::exists(action.url->path(), failure)) return;
+  selected->url = *action.deleteURL;
 }
 
 void ActionController::fetchUnlessEdited() {

@@ -70,6 +70,7 @@ class ActionController {
 
   void setBusy(bool isBusy);
   void dropNewFile();
+  void putBack(const Action& action);
   void fetchUnlessEdited();
   void tellOfNoCommunication();
 

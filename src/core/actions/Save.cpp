@@ -34,7 +34,8 @@ void ActionController::save(Launchd& job, const Ended& ended) {
   const std::optional<std::string> text = job.plistData();
   const auto written = job.kind == Kind::userAgent ? saveAsUser(job, text, ended) : saveAsRoot(job, text, ended);
   if (ended && (!written || !written->isSent)) ended(false);
-  if (!written) return setBusy(false);
+  if (!written || !written->isSent) setBusy(false);
+  if (!written) return;
   job.url = written->url;
   job.updateCustomIconDigest();
   // The bytes of a job that only moved are the same, but it must be read again: its kind isn't what it was.

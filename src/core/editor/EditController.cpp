@@ -6,6 +6,7 @@
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
+#include "core/plist/NormalizeForSave.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "core/support/Const.h"
@@ -16,11 +17,19 @@ namespace mirvel {
 namespace {
 
 /// What stands in the job's file, if it isn't what was read from it. None too if there is nothing to be lost: no file.
-std::optional<std::string> changedFile(const Launchd& job, const std::string& checksum) {
-  if (job.isNewFile || checksum.empty()) return std::nullopt;
+std::optional<std::string> changedFile(const Launchd& job, const Editing& editing) {
+  if (job.isNewFile) return std::nullopt;
   auto bytes = readFile(job.url.path(), JobFolder::largestFile);
-  if (!bytes || JobFile::checksumOf(*bytes) == checksum) return std::nullopt;
+  if (!bytes || editing.expectsInFile(JobFile::checksumOf(*bytes))) return std::nullopt;
   return *std::move(bytes);
+}
+
+/// The job as a save would write it now.
+std::string asEdited(const Launchd& job) {
+  launchd::Plist record = job.plist().clone();
+  launchd::takeArgumentsFromRun(record);
+  const auto text = plist::writeXml(record.encodeAll());
+  return text ? *text : std::string();
 }
 
 /// As a person reads a job file, whatever form it has.
@@ -57,8 +66,13 @@ void EditController::save() {
   const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
   if (!job) return m_program.platform.interface.saveError();
   m_stack.endEditing();
-  if (const auto theirs = changedFile(*job, m_program.editing.fileChecksum())) return askAboutConflict(job, *theirs);
-  m_program.actions.save(*job);
+  if (const auto theirs = changedFile(*job, m_program.editing)) return askAboutConflict(job, *theirs);
+  send(*job);
+}
+
+void EditController::send(Launchd& job) {
+  m_program.actions.save(job);
+  m_program.editing.sent(job.plistData().value_or(""));
 }
 
 void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
@@ -73,7 +87,7 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
         if (answer != Interface::otherButton) {
           return resolveConflict(job, theirs, answer);
         }
-        const Versions versions{.mine = job->plistData().value_or(""), .theirs = readable(theirs)};
+        const Versions versions{.mine = asEdited(*job), .theirs = readable(theirs)};
         m_stack.compare(versions, [this, job, theirs](int choice) { resolveConflict(job, theirs, choice); });
       });
 }
@@ -83,7 +97,7 @@ void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const 
   if (answer == Interface::alternateButton) return discardEdits();
   if (answer != Interface::defaultButton) return;
   m_program.editing.setFileChecksum(JobFile::checksumOf(theirs));
-  m_program.actions.save(*job);
+  send(*job);
 }
 
 void EditController::discardEdits() {

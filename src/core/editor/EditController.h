@@ -61,6 +61,7 @@ class EditController final : public EditType {
   void help();
 
  private:
+  void send(Launchd& job);
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
   void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer);
 

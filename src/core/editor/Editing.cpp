@@ -1,6 +1,7 @@
 #include "core/editor/Editing.h"
 
 #include "core/app/Program.h"
+#include "core/catalogue/JobFile.h"
 #include "core/catalogue/Launchd.h"
 
 namespace mirvel {
@@ -21,11 +22,19 @@ Launchd* Editing::markJobChanged(std::string_view field) {
   if (!continuesStep(field)) {
     if (m_done.empty()) m_wasChanged = state.hasUnsavedChanges;
     m_done.push_back({.record = job->plist().clone(), .kind = job->kind});
+    dropOldSteps();
   }
   m_undone.clear();
   state.hasUnsavedChanges = true;
   if (EditType* const edit = m_program.shell.edit) edit->refreshEditedState();
   return job.get();
+}
+
+void Editing::dropOldSteps() {
+  constexpr std::size_t mostSteps = 1000;
+  if (m_done.size() <= mostSteps) return;
+  m_done.erase(m_done.begin());
+  m_wasChanged = true;  // undoing all that is left isn't back to what was read
 }
 
 bool Editing::continuesStep(std::string_view field) {
@@ -78,12 +87,24 @@ void Editing::began(const std::shared_ptr<Launchd>& job, std::string fileChecksu
   reset();
   m_job = job;
   m_fileChecksum = std::move(fileChecksum);
+  m_sentChecksum.clear();
 }
 
 std::string Editing::fileChecksum() const {
   const auto job = selected();
   if (!job) return {};
   return isAbout(job) ? m_fileChecksum : job->checksum;
+}
+
+bool Editing::expectsInFile(const std::string& checksum) const {
+  const std::string read = fileChecksum();
+  return read.empty() || read == checksum || (isAbout(selected()) && m_sentChecksum == checksum);
+}
+
+void Editing::sent(const std::string& text) {
+  const auto job = selected();
+  if (job && !isAbout(job)) began(job, job->checksum);
+  m_sentChecksum = JobFile::checksumOf(text);
 }
 
 void Editing::setFileChecksum(std::string checksum) {

@@ -37,8 +37,13 @@ class Editing {
   void began(const std::shared_ptr<Launchd>& job, std::string fileChecksum);
   /// What the job's file held when the job was read from it; empty if that isn't known.
   std::string fileChecksum() const;
+  /// Whether the file of the selected job may hold what has that checksum: it was read from there, or the user knows of
+  /// it, or sent it there. True too if it isn't known what was read.
+  bool expectsInFile(const std::string& checksum) const;
   /// The user knows that the file of the selected job holds something else by now.
   void setFileChecksum(std::string checksum);
+  /// The selected job is on its way to its file. A save that fails may have written it.
+  void sent(const std::string& text);
 
  private:
   struct State {
@@ -48,12 +53,14 @@ class Editing {
 
   std::shared_ptr<Launchd> selected() const;
   bool isAbout(const std::shared_ptr<Launchd>& job) const;
+  void dropOldSteps();
   bool continuesStep(std::string_view field);
   void swap(std::vector<State>& from, std::vector<State>& to);
 
   Program& m_program;
   std::weak_ptr<Launchd> m_job;  ///< whose steps these are
   std::string m_fileChecksum;
+  std::string m_sentChecksum;
   bool m_wasChanged = false;  ///< before the first step
   std::vector<State> m_done;
   std::vector<State> m_undone;

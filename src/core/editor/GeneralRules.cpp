@@ -39,7 +39,9 @@ std::vector<ForItem> forItems(bool editSystemJobs) {
 }
 
 void changeKind(Program& program, Kind kind) {
-  if (Launchd* const job = program.editing.markJobChanged()) job->kind = kind;
+  const auto& selected = program.state.selectedJob;
+  const bool isChange = selected && selected->kind != kind;
+  if (Launchd* const job = isChange ? program.editing.markJobChanged() : nullptr) job->kind = kind;
   if (kind.isDaemon()) program.notifications.rootChanged.post();
 }
 

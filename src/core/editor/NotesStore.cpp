@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "core/support/ReadFile.h"
@@ -25,11 +26,29 @@ std::optional<plist::Dictionary> readNotes(const std::string& bytes) {
 }
 
 /// A damaged store makes room for a new one, and may still be mended by hand.
-void setAside(const fs::path& file) {
+bool setAside(const fs::path& file) {
   fs::path damaged = file;
   damaged += ".damaged";
   std::error_code failure;
   fs::rename(file, damaged, failure);
+  return !failure;
+}
+
+/// The path of the job's file. What isn't UTF-8 in it can't stand in a property list, and is told by its numbers.
+std::string keyOf(const URL& job) {
+  const std::string path = job.text();
+  if (plist::isUtf8(path)) return path;
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string key;
+  for (const char character : path) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte < 0x80) {
+      key += character;
+    } else {
+      key.append({'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]});
+    }
+  }
+  return key;
 }
 
 }  // namespace
@@ -44,20 +63,21 @@ plist::Dictionary& NotesStore::store() const {
   if (m_notes) return *m_notes;
   const auto bytes = readFile(m_file, largestStore);
   m_notes = bytes ? readNotes(*bytes) : std::nullopt;
-  if (bytes && !m_notes) setAside(m_file);
+  const bool isThere = bytes || bytes.error().code != Error::Code::NotFound;
+  m_canSave = m_notes || !isThere || setAside(m_file);
   if (!m_notes) m_notes.emplace();
   return *m_notes;
 }
 
 std::string NotesStore::note(const URL& job) const {
-  const plist::Value* const note = store().find(job.text());
+  const plist::Value* const note = store().find(keyOf(job));
   const auto* const text = note ? note->as<std::string>() : nullptr;
   return text ? *text : std::string();
 }
 
 void NotesStore::setNote(const URL& job, std::string text) {
   constexpr double interval = 0.3;
-  store().set(job.text(), std::move(text));
+  store().set(keyOf(job), std::move(text));
   m_delay(interval, [this, change = ++m_changes] {
     if (change == m_changes) save();
   });
@@ -65,6 +85,7 @@ void NotesStore::setNote(const URL& job, std::string text) {
 
 void NotesStore::save() {
   m_changes = 0;
+  if (!m_canSave) return;
   const auto text = plist::writeXml(store());
   if (!text) return;
   std::error_code failure;

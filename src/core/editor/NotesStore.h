@@ -32,6 +32,7 @@ class NotesStore {
 
   const std::filesystem::path m_file;
   mutable std::optional<plist::Dictionary> m_notes;
+  mutable bool m_canSave = true;  ///< not over a store that can neither be read nor set aside
   Delay m_delay;
   int m_changes = 0;  ///< since the store was written
 };

@@ -39,7 +39,8 @@ std::string withCommand(std::string text, const std::string& command) {
 }
 
 std::string droppedFile(const fs::path& file) {
-  return file.native().find(' ') == std::string::npos ? file.native() : String::quote(file.native());
+  constexpr std::string_view parting = " \t\r\n\"'\\";  // what ends an argument, or means something in one
+  return file.native().find_first_of(parting) == std::string::npos ? file.native() : String::quote(file.native());
 }
 
 }  // namespace mirvel

@@ -1,9 +1,7 @@
 #include "core/editor/WhenRules.h"
 
-#include <map>
-
 #include "core/app/Program.h"
-#include "core/support/Bidirectional.h"
+#include "core/editor/ValueTexts.h"
 #include "core/support/DisplayPath.h"
 
 namespace mirvel::WhenRules {
@@ -14,14 +12,13 @@ using launchd::KeepAlive;
 using launchd::Plist;
 
 std::vector<std::string> lines(const launchd::StringMap<bool>& entries, const Program& program, bool arePaths) {
-  const Localize& localize = program.foundation.localize;
+  const ValueTexts texts(program.foundation.localize);
   const std::string home = program.foundation.roots.home.native();
   std::vector<std::string> result;
   for (const auto& [key, isOn] : entries) {
     if (key.empty()) continue;
     const std::string shown = arePaths ? localizedDisplayPath(key, home) : key;
-    result.push_back(
-        bidirectionalString({shown, isOn ? localize.on() : localize.off()}, " : ", localize.isRightToLeft()));
+    result.push_back(texts.line(shown, texts.boolean(isOn)));
   }
   return result;
 }

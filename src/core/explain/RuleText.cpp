@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "core/support/Dates.h"
+#include "core/support/MomentFormat.h"
 
 namespace mirvel::explain {
 
@@ -33,9 +34,7 @@ std::string asInLocale(Time time, const std::string& locale) {
       icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, icu::Locale(locale.c_str())));
   if (!format) return inTwentyFourHours(time);
   format->setTimeZone(*icu::TimeZone::getGMT());
-  icu::UnicodeString text;
-  std::string result;
-  return format->format(static_cast<UDate>(time.time_since_epoch().count()) * 1000, text).toUTF8String(result);
+  return formatted(format.get(), std::chrono::sys_seconds(time.time_since_epoch()));
 }
 
 /// What sentences are made of.

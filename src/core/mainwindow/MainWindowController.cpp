@@ -47,8 +47,13 @@ Mode MainWindowController::mode() const {
 
 void MainWindowController::switchMode(Mode mode) {
   AppState& state = m_program.state;
+  MainWindowType* const window = m_program.shell.mainWindow;
+  if (state.hasUnsavedChanges || state.isBusy) {  // what is being edited stays where it is
+    if (window) window->showMode(this->mode());
+    return;
+  }
   write(m_program.foundation.defaults.setSelectedMode(static_cast<int>(mode)));
-  if (MainWindowType* const window = m_program.shell.mainWindow) {
+  if (window) {
     window->showMode(mode);
     window->clearFilter();
   }

@@ -1,17 +1,16 @@
 #include "core/mainwindow/TimelineTexts.h"
 
-#include <unicode/datefmt.h>
 #include <unicode/measfmt.h>
 #include <unicode/measunit.h>
 #include <unicode/measure.h>
 #include <unicode/reldatefmt.h>
-#include <unicode/timezone.h>
 
 #include <utility>
 #include <vector>
 
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
+#include "core/support/MomentFormat.h"
 
 namespace mirvel {
 
@@ -30,12 +29,6 @@ std::unique_ptr<icu::DateFormat> inZone(icu::DateFormat* format, const icu::Time
   std::unique_ptr<icu::DateFormat> owned(format);
   if (owned) owned->setTimeZone(zone);
   return owned;
-}
-
-std::string formatted(const icu::DateFormat* format, sys_seconds moment) {
-  icu::UnicodeString text;
-  if (format) format->format(static_cast<UDate>(moment.time_since_epoch().count()) * 1000, text);
-  return utf8(text);
 }
 
 icu::Measure measure(std::int64_t number, icu::MeasureUnit* unit) {
@@ -65,8 +58,7 @@ struct TimelineTexts::Formats {
 
 TimelineTexts::TimelineTexts(const Localize& localize, std::string zone)
     : m_localize(localize), m_zone(std::move(zone)) {
-  const std::unique_ptr<icu::TimeZone> rules(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(m_zone)));
-  m_formats = std::make_unique<const Formats>(icu::Locale(localize.locale().c_str()), *rules);
+  m_formats = std::make_unique<const Formats>(icu::Locale(localize.locale().c_str()), *rulesOfZone(m_zone));
 }
 
 TimelineTexts::~TimelineTexts() = default;

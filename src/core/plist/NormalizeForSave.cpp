@@ -1,3 +1,4 @@
+#include "core/plist/NormalizeForSave.h"
 #include "core/creation/CommandRepairs.h"
 #include "core/plist/Plist.h"
 #include "core/support/Text.h"
@@ -5,17 +6,21 @@
 namespace mirvel::launchd {
 
 void Plist::normalizeForSave(CommandRepairs& repairs) {
-  program.reset();
   fillEmptyLabel();
   run = repairs.expandTilde(repairs.repairCommand(run));
   (void)repairs.stripSudo(run);  // a saved command keeps its sudo
   run = repairs.checkComplexCommand(run, name);
 
-  auto arguments = Text::separateCommand(run);
+  takeArgumentsFromRun(*this);
+}
+
+void takeArgumentsFromRun(Plist& record) {
+  record.program.reset();
+  auto arguments = Text::separateCommand(record.run);
   if (arguments == std::vector<std::string>{""}) {
-    programArguments.reset();
+    record.programArguments.reset();
   } else {
-    programArguments = std::move(arguments);
+    record.programArguments = std::move(arguments);
   }
 }
 

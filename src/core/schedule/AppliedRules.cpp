@@ -54,13 +54,12 @@ class RowReader {
 
  private:
   void readRepeatInterval(const Row& row) {
-    constexpr std::int64_t shortest = 10;
     const auto* unit = elementAt<std::string>(row, 1);
     const auto number = fieldNumber(row, 2);
     if (m_seconds || !unit || !number) return;
     const std::int64_t factor = secondsIn(*unit);
     if (*number > std::numeric_limits<std::int64_t>::max() / factor) return;
-    m_seconds = std::max(std::max(*number, std::int64_t{0}) * factor, shortest);
+    m_seconds = std::max(std::max(*number, std::int64_t{0}) * factor, shortestInterval);
   }
 
   void readEveryHour(const Row& row) {

@@ -11,6 +11,9 @@
 
 namespace mirvel::Scheduled {
 
+/// The fewest seconds between two runs (launchd.plist(5), ThrottleInterval).
+inline constexpr std::int64_t shortestInterval = 10;
+
 /// What the rows of the rule editor stand for in the job file.
 struct AppliedRules {
   std::optional<std::int64_t> startInterval = {};  ///< at least 10 seconds

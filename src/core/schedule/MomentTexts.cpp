@@ -3,9 +3,10 @@
 #include <unicode/dtptngen.h>
 #include <unicode/reldatefmt.h>
 #include <unicode/smpdtfmt.h>
-#include <unicode/timezone.h>
 
 #include <utility>
+
+#include "core/support/MomentFormat.h"
 
 namespace mirvel {
 
@@ -86,18 +87,13 @@ struct MomentTexts::Formats {
 };
 
 MomentTexts::MomentTexts(const Localize& localize, std::string zone) : m_localize(localize), m_zone(std::move(zone)) {
-  const std::unique_ptr<icu::TimeZone> rules(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(m_zone)));
-  m_formats = std::make_unique<const Formats>(Factory(icu::Locale(localize.locale().c_str()), *rules));
+  m_formats = std::make_unique<const Formats>(Factory(icu::Locale(localize.locale().c_str()), *rulesOfZone(m_zone)));
 }
 
 MomentTexts::~MomentTexts() = default;
 
 std::string MomentTexts::text(sys_seconds moment, local_days day, local_days today) const {
-  icu::UnicodeString text;
-  const Format& format = m_formats->of(day, today);
-  if (format) format->format(static_cast<UDate>(moment.time_since_epoch().count()) * 1000, text);
-  std::string result;
-  return text.toUTF8String(result);
+  return formatted(m_formats->of(day, today).get(), moment);
 }
 
 }  // namespace mirvel

@@ -23,7 +23,6 @@ bool isOf(Kind kind, const Row& row, const Texts& texts) {
 }
 
 Problem problemOf(const Row& row, const Texts& texts, const NumberText& numbers) {
-  constexpr std::int64_t shortest = 10;
   const NumberField* const field = fieldOf(row);
   if (!field) return std::nullopt;
   const auto exact = numbers.parseExactly(field->text);
@@ -35,7 +34,8 @@ Problem problemOf(const Row& row, const Texts& texts, const NumberText& numbers)
   if (*exact <= 0) return NumberProblem::lessThanTenSeconds;
   const AppliedRules applied = readRows({row}, texts, numbers);
   if (!applied.startInterval) return NumberProblem::tooLarge;
-  return *applied.startInterval == shortest && *number < shortest ? NumberProblem::lessThanTenSeconds : Problem();
+  return *applied.startInterval == shortestInterval && *number < shortestInterval ? NumberProblem::lessThanTenSeconds
+                                                                                  : Problem();
 }
 
 }  // namespace

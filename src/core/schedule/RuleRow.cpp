@@ -32,9 +32,13 @@ bool isControl(const DisplayValue& value) {
   return !std::holds_alternative<std::string>(value);
 }
 
-const DisplayValue* controlOf(const RuleRow& row) {
+DisplayValue* controlOf(RuleRow& row) {
   const auto found = std::find_if(row.displayValues.begin(), row.displayValues.end(), isControl);
   return found == row.displayValues.end() ? nullptr : &*found;
+}
+
+const DisplayValue* controlOf(const RuleRow& row) {
+  return controlOf(const_cast<RuleRow&>(row));
 }
 
 std::optional<int> indexIn(const Criteria& siblings, const std::shared_ptr<const Criterion>& criterion) {
@@ -117,8 +121,8 @@ std::optional<RuleRow> rowOf(const ScheduledType& rule, const Criteria& defaultR
     path = completed(std::move(path));
   }
   RuleRow row = newRow(std::move(path));
-  const auto control = std::find_if(row.displayValues.begin(), row.displayValues.end(), isControl);
-  if (control == row.displayValues.end() || control->index() != entries.control.index()) return std::nullopt;
+  DisplayValue* const control = controlOf(row);
+  if (!control || control->index() != entries.control.index()) return std::nullopt;
   *control = std::move(entries.control);
   return row;
 }

@@ -51,10 +51,6 @@ const MomentTexts& ScheduledController::moments() const {
   return *m_moments;
 }
 
-void ScheduledController::prepare() const {
-  (void)source();
-}
-
 void ScheduledController::load(const std::vector<Scheduled::ScheduledType>& rules, Scheduled::RuleEditor& editor) {
   m_isBuilding = true;
   while (editor.numberOfRows() > 0) editor.removeRow(editor.numberOfRows() - 1);
@@ -68,7 +64,7 @@ void ScheduledController::load(const std::vector<Scheduled::ScheduledType>& rule
 }
 
 void ScheduledController::rowsDidChange() {
-  if (!m_isBuilding && delegate) delegate->rulesDidChange();
+  if (delegate) delegate->rulesDidChange();
 }
 
 }  // namespace mirvel

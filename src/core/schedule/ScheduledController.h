@@ -57,14 +57,12 @@ class ScheduledController {
   /// How moments are told in the time zone that the machine keeps now.
   const MomentTexts& moments() const;
 
-  /// Makes what is slow, so that no editor has to wait for it.
-  void prepare() const;
   /// Replaces the editor's rows by those of the rules; the delegate isn't told. A rule that no row can show, one with a
   /// number out of range, leaves a new row in its place.
   void load(const std::vector<Scheduled::ScheduledType>& rules, Scheduled::RuleEditor& editor);
   bool isBuilding() const { return m_isBuilding; }
 
-  /// Tells the delegate, unless rules are being loaded.
+  /// Tells the delegate.
   void rowsDidChange();
 
  private:

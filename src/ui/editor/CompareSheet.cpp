@@ -39,9 +39,9 @@ QPlainTextEdit* makeText(const std::vector<DiffLine>& lines, DiffLine::In side, 
   QTextBlockFormat changed;
   changed.setBackground(changedBackground(text->palette(), side == DiffLine::In::mine));
   for (const DiffLine& line : lines) {
-    if (!cursor.atStart() || cursor.block().blockNumber() > 0 || &line != &lines.front()) cursor.insertBlock();
+    if (&line != &lines.front()) cursor.insertBlock();
     const bool isHere = line.in == DiffLine::In::both || line.in == side;
-    cursor.setBlockFormat(isHere && line.in == side ? changed : QTextBlockFormat());
+    cursor.setBlockFormat(line.in == side ? changed : QTextBlockFormat());
     if (isHere) cursor.insertText(qt(line.text));
   }
   text->moveCursor(QTextCursor::Start);
@@ -68,7 +68,9 @@ CompareSheet::CompareSheet(Program& program, const Versions& versions, std::func
   addButton(localize.keepMine(), QDialogButtonBox::AcceptRole, Interface::defaultButton);
   addButton(localize.takeTheirs(), QDialogButtonBox::DestructiveRole, Interface::alternateButton);
   addButton(localize.cancel(), QDialogButtonBox::RejectRole, Interface::otherButton);
-  connect(this, &QDialog::finished, this, [completion = std::move(completion)](int answer) { completion(answer); });
+  connect(this, &QDialog::finished, this, [completion = std::move(completion)](int answer) {
+    completion(answer == QDialog::Rejected ? Interface::otherButton : answer);
+  });
   resize(fontMetrics().averageCharWidth() * 130, fontMetrics().lineSpacing() * 32);
 }
 

@@ -101,6 +101,7 @@ void DetailViewController::updateIcon() {
 
 void DetailViewController::showDisplay() {
   m_program.editing.reset();
+  if (!m_program.state.selectedJob) return updateDetail();
   show(DetailTab::launchdDisplay);
   updateTab();
 }

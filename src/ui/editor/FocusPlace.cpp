@@ -4,6 +4,7 @@
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <algorithm>
 
 namespace mirvel::ui {
 
@@ -14,9 +15,23 @@ QScrollBar* scrollBarOf(const QWidget& form) {
   return area ? area->verticalScrollBar() : nullptr;
 }
 
+/// Qt names parts of its own widgets.
+bool isNamed(const QWidget& widget) {
+  return !widget.objectName().isEmpty() && !widget.objectName().startsWith(QLatin1String("qt_"));
+}
+
+/// What can have the keys, in the order in which it was made.
+QWidgetList controlsOf(const QWidget& part) {
+  QWidgetList controls = part.findChildren<QWidget*>();
+  controls.erase(std::remove_if(controls.begin(), controls.end(),
+                                [](const QWidget* child) { return child->focusPolicy() == Qt::NoFocus; }),
+                 controls.end());
+  return controls;
+}
+
 void setPosition(QPlainTextEdit& text, int position) {
   QTextCursor cursor = text.textCursor();
-  cursor.setPosition(std::min(position, static_cast<int>(text.toPlainText().size())));
+  cursor.setPosition(std::min(position, text.document()->characterCount() - 1));
   text.setTextCursor(cursor);
 }
 
@@ -24,21 +39,32 @@ void setPosition(QPlainTextEdit& text, int position) {
 
 FocusPlace::FocusPlace(QWidget& form) : m_form(form) {
   if (const auto* const bar = scrollBarOf(form)) m_scroll = bar->value();
-  const auto* const focus = form.focusWidget();
+  auto* const focus = form.focusWidget();
   if (!focus || !focus->hasFocus()) return;
-  m_name = focus->objectName();
+  const QWidget* named = focus;
+  while (named != &form && !isNamed(*named)) named = named->parentWidget();
+  if (named == &form) return;
+  m_name = named->objectName();
+  m_control = static_cast<int>(controlsOf(*named).indexOf(focus));
   if (const auto* line = qobject_cast<const QLineEdit*>(focus)) m_position = line->cursorPosition();
   if (const auto* text = qobject_cast<const QPlainTextEdit*>(focus)) m_position = text->textCursor().position();
 }
 
 void FocusPlace::restore() const {
   if (auto* const bar = scrollBarOf(m_form)) bar->setValue(m_scroll);
-  if (m_name.isEmpty()) return;
-  auto* const control = m_form.findChild<QWidget*>(m_name);
+  QWidget* const control = found();
   if (!control) return;
   control->setFocus();
   if (auto* line = qobject_cast<QLineEdit*>(control)) line->setCursorPosition(m_position);
   if (auto* text = qobject_cast<QPlainTextEdit*>(control)) setPosition(*text, m_position);
+}
+
+/// The control of the same name, or the same part of it; the last one where there are fewer by now.
+QWidget* FocusPlace::found() const {
+  auto* const named = m_name.isEmpty() ? nullptr : m_form.findChild<QWidget*>(m_name);
+  if (!named || m_control < 0) return named;
+  const QWidgetList controls = controlsOf(*named);
+  return controls.isEmpty() ? named : controls.at(std::min<qsizetype>(m_control, controls.size() - 1));
 }
 
 }  // namespace mirvel::ui

@@ -11,12 +11,15 @@ class FocusPlace {
   /// The form outlives it.
   explicit FocusPlace(QWidget& form);
 
-  /// Gives the focus to the control of the same name, at the same place of its text.
+  /// Gives the focus to the control at the same place of the form, at the same place of its text.
   void restore() const;
 
  private:
+  QWidget* found() const;
+
   QWidget& m_form;
-  QString m_name;
+  QString m_name;      ///< of the control, or of what it is in
+  int m_control = -1;  ///< its number there; -1: it is the one with the name
   int m_position = 0;
   int m_scroll = 0;
 };

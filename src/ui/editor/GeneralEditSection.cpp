@@ -5,8 +5,6 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QStandardItemModel>
-#include <QToolButton>
-#include <utility>
 
 #include "core/editor/GeneralRules.h"
 #include "ui/editor/IconButton.h"
@@ -36,15 +34,7 @@ GeneralEditSection::GeneralEditSection(Program& theProgram, IconLoader& icons)
       m_nameValueTextField(new QLineEdit),
       m_forPopUpButton(new QComboBox),
       m_runValueTextField(new RunTextField) {
-  m_enabledButton->setToolTip(QLatin1String(enabledHelp));
-  m_nameValueTextField->setToolTip(QLatin1String(nameHelp));
-  m_runValueTextField->setWhatsThis(QLatin1String(runHelp));
-  m_runValueTextField->markInvalid({});
-  m_nameValueTextField->setObjectName(QStringLiteral("nameValueTextField"));
-  m_runValueTextField->setObjectName(QStringLiteral("runValueTextField"));
-  m_forPopUpButton->setObjectName(QStringLiteral("forPopUpButton"));
-  m_enabledButton->setObjectName(QStringLiteral("enabledButton"));
-
+  nameControls();
   m_grid->addIcon(*m_iconButton);
   m_grid->addWidget(m_enabledButton, 0, 1, Qt::AlignLeading | Qt::AlignVCenter);
   m_grid->addField(localize().name(), *m_nameValueTextField);
@@ -57,6 +47,17 @@ GeneralEditSection::GeneralEditSection(Program& theProgram, IconLoader& icons)
   connect(m_nameValueTextField, &QLineEdit::textEdited, this, [this] { nameChanged(); });
   connect(m_forPopUpButton, &QComboBox::activated, this, [this] { forChanged(); });
   connect(m_runValueTextField, &QPlainTextEdit::textChanged, this, [this] { runChanged(); });
+}
+
+void GeneralEditSection::nameControls() {
+  m_enabledButton->setToolTip(QLatin1String(enabledHelp));
+  m_nameValueTextField->setToolTip(QLatin1String(nameHelp));
+  m_runValueTextField->setWhatsThis(QLatin1String(runHelp));
+  m_runValueTextField->markInvalid({});
+  m_nameValueTextField->setObjectName(QStringLiteral("nameValueTextField"));
+  m_runValueTextField->setObjectName(QStringLiteral("runValueTextField"));
+  m_forPopUpButton->setObjectName(QStringLiteral("forPopUpButton"));
+  m_enabledButton->setObjectName(QStringLiteral("enabledButton"));
 }
 
 void GeneralEditSection::makeRunRow() {

@@ -5,7 +5,6 @@
 
 class QComboBox;
 class QLineEdit;
-class QMenu;
 
 namespace mirvel::ui {
 
@@ -19,6 +18,7 @@ class GeneralEditSection final : public GeneralSection {
 
  private:
   void fill(const Launchd& launchd) override;
+  void nameControls();
   void makeRunRow();
   void fillForPopUp();
   void enabled();

@@ -13,8 +13,8 @@ GeneralSection::GeneralSection(Program& theProgram, IconLoader& icons)
       m_enabledButton(new CheckBox(qt(localize().enabled()))) {}
 
 QPixmap GeneralSection::pixmapOf(const std::optional<Image>& icon) const {
-  constexpr int side = 48;
-  return icon ? m_icons.icon(*icon).pixmap(QSize(side, side), devicePixelRatioF()) : QPixmap();
+  const QSize size(SectionGrid::iconSide, SectionGrid::iconSide);
+  return icon ? m_icons.icon(*icon).pixmap(size, devicePixelRatioF()) : QPixmap();
 }
 
 }  // namespace mirvel::ui

@@ -4,7 +4,6 @@
 #include "ui/support/IconLoader.h"
 
 class QCheckBox;
-class QLabel;
 
 namespace mirvel::ui {
 

@@ -5,7 +5,6 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QPointer>
-#include <QSignalBlocker>
 #include <QStyle>
 #include <QToolButton>
 #include <algorithm>
@@ -154,8 +153,8 @@ void GridTableViewController::deleteSelected() {
   const QList<QListWidgetItem*> selected = m_list->selectedItems();
   if (selected.isEmpty()) return;
   const int row = m_list->row(selected.front());
-  delete m_list->takeItem(row);
   (void)m_table.remove(static_cast<std::size_t>(row));  // there is such a row
+  delete m_list->takeItem(row);
   fitHeight();
 }
 

@@ -21,6 +21,10 @@ GrowingText::GrowingText(int fewestLines, QWidget* parent) : QPlainTextEdit(pare
   fitHeight();
 }
 
+QString GrowingText::exactText() const {
+  return document()->toRawText().replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
+}
+
 int GrowingText::textTop() const {
   return frameWidth() + static_cast<int>(document()->documentMargin());
 }
@@ -36,6 +40,11 @@ QSize GrowingText::minimumSizeHint() const {
 void GrowingText::resizeEvent(QResizeEvent* event) {
   QPlainTextEdit::resizeEvent(event);
   fitHeight();
+}
+
+void GrowingText::changeEvent(QEvent* event) {
+  QPlainTextEdit::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) fitHeight();
 }
 
 void GrowingText::fitHeight() {

@@ -9,6 +9,9 @@ class GrowingText : public QPlainTextEdit {
  public:
   explicit GrowingText(int fewestLines = 1, QWidget* parent = nullptr);
 
+  /// The text as it stands: `toPlainText` makes blanks of what keeps words together.
+  QString exactText() const;
+
   /// From the top of the widget to that of its text, in pixels.
   int textTop() const;
 
@@ -18,6 +21,7 @@ class GrowingText : public QPlainTextEdit {
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void fitHeight();

@@ -5,10 +5,12 @@
 #include <QImageReader>
 #include <QMenu>
 #include <QMimeData>
+#include <QPointer>
 #include <QUrl>
 #include <optional>
 
 #include "core/editor/IconEditing.h"
+#include "ui/editor/SectionGrid.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/OptionKey.h"
 #include "ui/support/Picture.h"
@@ -50,8 +52,7 @@ std::vector<std::string> pictureTypes() {
 
 IconButton::IconButton(Program& program, QWidget* parent) : QToolButton(parent), m_program(program) {
   const Localize& localize = program.foundation.localize;
-  constexpr int side = 48;
-  setIconSize({side, side});
+  setIconSize({SectionGrid::iconSide, SectionGrid::iconSide});
   setAutoRaise(true);
   setAcceptDrops(true);
   setPopupMode(InstantPopup);
@@ -71,7 +72,9 @@ IconButton::IconButton(Program& program, QWidget* parent) : QToolButton(parent),
 
 void IconButton::choose() {
   const OpenPanel panel{.showsHiddenFiles = optionHeld(), .allowedTypes = pictureTypes()};
-  if (const auto picture = m_program.platform.interface.openPanel(panel)) use(*picture);
+  const QPointer<IconButton> self(this);  // the job may be gone before the panel is
+  const auto picture = m_program.platform.interface.openPanel(panel);
+  if (picture && self) use(*picture);
 }
 
 void IconButton::use(const fs::path& picture) {

@@ -26,7 +26,6 @@ class KeyValueSection final : public QWidget {
 
   /// Shows these rows instead of what was shown. With an `editSection` each row has a button that deletes it.
   void setKeyValues(const std::vector<KeyValueItem>& items, std::optional<EditSection> editSection = std::nullopt);
-  std::optional<EditSection> editSection() const { return m_editSection; }
 
  private:
   struct Row {

@@ -44,7 +44,12 @@ void LaunchdDisplayViewController::updateIcon() {
 
 void LaunchdDisplayViewController::clearDetail() {
   m_shown.reset();
-  LaunchdViewController::clearDetail();
+  dropSections();
+}
+
+void LaunchdDisplayViewController::hideEvent(QHideEvent* event) {
+  m_shown.reset();  // the editor may write another note
+  LaunchdViewController::hideEvent(event);
 }
 
 std::vector<StackEntry> LaunchdDisplayViewController::entries(const Launchd& launchd) const {

@@ -20,6 +20,9 @@ class LaunchdDisplayViewController final : public LaunchdViewController {
   void updateIcon();
   void clearDetail();
 
+ protected:
+  void hideEvent(QHideEvent* event) override;
+
  private:
   struct Shown {
     std::string path;

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QToolButton>
@@ -11,7 +10,6 @@
 #include "core/editor/SectionRows.h"
 #include "ui/editor/ButtonBar.h"
 #include "ui/editor/CompareSheet.h"
-#include "ui/editor/FocusPlace.h"
 #include "ui/editor/GeneralEditSection.h"
 #include "ui/editor/KeysSection.h"
 #include "ui/editor/NotesSection.h"
@@ -54,6 +52,7 @@ void LaunchdEditViewController::makeButtons() {
 
 void LaunchdEditViewController::updateDetail() {
   const FocusPlace place(*this);
+  m_controller.releaseSchedule();  // rules that go with their rows write no more
   rebuildSections();
   place.restore();
 }
@@ -89,11 +88,21 @@ Section* LaunchdEditViewController::makeReadOnlySection(StackSection section) co
 }
 
 void LaunchdEditViewController::showButtons(const EditButtons& buttons) {
+  if (content().isEnabled() == buttons.isBusy) holdSections(buttons.isBusy);
   m_saveProgressIndicator->setVisible(buttons.isBusy);
   m_helpButton->setVisible(!buttons.isBusy);
   m_saveButton->setEnabled(!buttons.isBusy);
   m_discardButton->setEnabled(!buttons.isBusy);
   if (m_discardButton->text() != qt(buttons.discardTitle)) m_discardButton->setText(qt(buttons.discardTitle));
+}
+
+/// What is typed while a save is on its way would be in no file.
+void LaunchdEditViewController::holdSections(bool isHeld) {
+  if (isHeld) m_heldPlace.emplace(*this);
+  content().setEnabled(!isHeld);
+  if (isHeld || !m_heldPlace) return;
+  m_heldPlace->restore();
+  m_heldPlace.reset();
 }
 
 void LaunchdEditViewController::hideDiscardButton() {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
+
 #include "core/editor/EditController.h"
+#include "ui/editor/FocusPlace.h"
 #include "ui/editor/LaunchdViewController.h"
 #include "ui/support/IconLoader.h"
 
@@ -18,6 +21,8 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
 
   /// Shows the selected job anew. The field with the focus keeps it.
   void updateDetail();
+  /// Lets go of the job.
+  void clearDetail() { dropSections(); }
   /// Whether the changes of a widget are undone here and not by itself.
   bool undoesFor(const QWidget& widget) const;
 
@@ -34,6 +39,7 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   void endEditing() override;
   void compare(const Versions& versions, std::function<void(int)> completion) override;
   void makeButtons();
+  void holdSections(bool isHeld);
 
   IconLoader& m_icons;
   EditController m_controller;
@@ -41,6 +47,7 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   QPushButton* m_discardButton = nullptr;
   QToolButton* m_helpButton = nullptr;
   QProgressBar* m_saveProgressIndicator = nullptr;
+  std::optional<FocusPlace> m_heldPlace;  ///< while the sections are held
 };
 
 }  // namespace mirvel::ui

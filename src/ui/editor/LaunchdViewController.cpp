@@ -31,12 +31,15 @@ void LaunchdViewController::rebuildSections() {
   m_stackView = new QVBoxLayout(stack);
   m_stackView->setContentsMargins(SectionGrid::paneMargins());
   m_stackView->setSpacing(SectionGrid::sectionSpacing);
-  clearDetail();
-  m_scrollView->setWidget(stack);
+  dropSections();
   for (const StackEntry& entry : entries(*job)) {
-    if (Section* const section = makeSection(entry.section)) addSection(*section, job, entry.title);
+    Section* const section = makeSection(entry.section);
+    if (!section) continue;
+    section->setObjectName(QStringLiteral("section%1").arg(static_cast<int>(entry.section)));
+    addSection(*section, job, entry.title);
   }
   m_stackView->addStretch();
+  m_scrollView->setWidget(stack);  // its height is known by now
 }
 
 void LaunchdViewController::addSection(Section& section, const std::shared_ptr<Launchd>& launchd,
@@ -46,7 +49,7 @@ void LaunchdViewController::addSection(Section& section, const std::shared_ptr<L
   section.configure(launchd);
 }
 
-void LaunchdViewController::clearDetail() {
+void LaunchdViewController::dropSections() {
   QWidget* const old = m_scrollView->takeWidget();
   if (!old) return;
   old->hide();

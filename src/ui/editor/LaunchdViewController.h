@@ -13,14 +13,13 @@ namespace mirvel::ui {
 
 /// A stack of sections about the selected launchd job.
 class LaunchdViewController : public QWidget {
- public:
+ protected:
+  explicit LaunchdViewController(Program& program);
+
   /// Shows the selected job anew; without one, what was shown stays.
   void rebuildSections();
   /// Lets go of the job.
-  void clearDetail();
-
- protected:
-  explicit LaunchdViewController(Program& program);
+  void dropSections();
 
   virtual std::vector<StackEntry> entries(const Launchd& launchd) const = 0;
   /// The section with which an entry is shown.
@@ -30,6 +29,8 @@ class LaunchdViewController : public QWidget {
   const Localize& localize() const { return m_program.foundation.localize; }
   std::shared_ptr<Launchd> selectedJob() const;
   QVBoxLayout& pane() { return *m_pane; }
+  /// What scrolls in the pane.
+  QWidget& content() { return *m_scrollView; }
 
  private:
   void addSection(Section& section, const std::shared_ptr<Launchd>& launchd, const std::optional<std::string>& title);

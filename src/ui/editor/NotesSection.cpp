@@ -39,7 +39,7 @@ NotesSection::NotesSection(Program& theProgram) : Section(theProgram), m_textFie
   grid->addRow(*m_textField);
   connect(m_textField, &QPlainTextEdit::textChanged, this, [this] {
     const auto& job = program().state.selectedJob;  // a scan may have made it anew
-    if (job && !m_isFilling) program().notes.setNote(job->url, utf8(m_textField->toPlainText()));
+    if (job && !m_isFilling) program().notes.setNote(job->url, utf8(m_textField->exactText()));
   });
 }
 

@@ -2,9 +2,9 @@
 
 #include "ui/editor/Section.h"
 
-class QPlainTextEdit;
-
 namespace mirvel::ui {
+
+class GrowingText;
 
 /// What the user noted about a job. It is kept beside the job, and can be written at any time.
 class NotesSection final : public Section {
@@ -14,7 +14,7 @@ class NotesSection final : public Section {
  private:
   void fill(const Launchd& launchd) override;
 
-  QPlainTextEdit* m_textField;
+  GrowingText* m_textField;
   bool m_isFilling = false;
 };
 

@@ -1,6 +1,7 @@
 #include "ui/editor/RunMenuButton.h"
 
 #include <QMenu>
+#include <QPointer>
 
 #include "core/editor/RunMenu.h"
 #include "core/mainwindow/Segue.h"
@@ -43,8 +44,11 @@ void RunMenuButton::fill() {
 }
 
 void RunMenuButton::choose() {
+  const QPointer<RunMenuButton> self(this);  // the job may be gone before the panel is
   const auto file = m_program.platform.interface.openPanel({.showsHiddenFiles = optionHeld()});
-  if (file) m_field.insertCommand(chosenCommand(m_program, *file));
+  if (!file || !self) return;
+  if (!qtPath(*file)) return m_program.platform.workspace.beep();  // no job file can hold such a name
+  m_field.insertCommand(chosenCommand(m_program, *file));
 }
 
 }  // namespace mirvel::ui

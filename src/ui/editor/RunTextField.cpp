@@ -13,9 +13,10 @@ namespace mirvel::ui {
 
 namespace {
 
-/// A command is one line, whatever was copied.
+/// What is pasted becomes one line; a command that has more, within its quotes, keeps them.
 QString oneLine(QString text) {
-  for (const QChar end : {QChar(QLatin1Char('\n')), QChar(QLatin1Char('\r')), QChar(QChar::ParagraphSeparator)}) {
+  for (const QChar end : {QChar(QLatin1Char('\n')), QChar(QLatin1Char('\r')), QChar(QChar::LineSeparator),
+                          QChar(QChar::ParagraphSeparator)}) {
     text.replace(end, QLatin1Char(' '));
   }
   return text;
@@ -42,7 +43,7 @@ RunTextField::RunTextField(QWidget* parent) : GrowingText(1, parent) {
 }
 
 std::string RunTextField::text() const {
-  return utf8(toPlainText());
+  return utf8(exactText());
 }
 
 std::string RunTextField::selectedText() const {
@@ -50,7 +51,7 @@ std::string RunTextField::selectedText() const {
 }
 
 void RunTextField::setText(const std::string& text) {
-  setPlainText(oneLine(qt(text)));
+  setPlainText(qt(text));
 }
 
 void RunTextField::insertCommand(const std::string& command) {

@@ -17,6 +17,8 @@ class RuleRowView;
 ///
 ///     program.scheduledController.load(record.scheduled, widget.editor());
 class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorType {
+  Q_OBJECT
+
  public:
   /// The program outlives it.
   explicit ScheduledRuleEditor(Program& program, QWidget* parent = nullptr);

@@ -3,9 +3,9 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <memory>
 
 #include "core/support/Bidirectional.h"
-
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
 
@@ -33,18 +33,16 @@ QLabel* SectionGrid::addLabel(const std::string& title, QWidget& field, Qt::Alig
   return label;
 }
 
-QLabel* SectionGrid::addField(const std::string& title, QWidget& field, bool isStretched) {
-  QLabel* label = addLabel(title, field, Qt::AlignVCenter);
+void SectionGrid::addField(const std::string& title, QWidget& field, bool isStretched) {
+  (void)addLabel(title, field, Qt::AlignVCenter);
   addWidget(&field, rowCount() - 1, 1, isStretched ? Qt::AlignVCenter : Qt::AlignLeading | Qt::AlignVCenter);
-  return label;
 }
 
-QLabel* SectionGrid::addText(const std::string& title, QWidget& field, int textTop) {
+void SectionGrid::addText(const std::string& title, QWidget& field, int textTop) {
   QLabel* label = addLabel(title, field, Qt::AlignTop);
   const int difference = label->fontMetrics().ascent() - field.fontMetrics().ascent();
   label->setContentsMargins(0, std::max(0, textTop - difference), 0, 0);
   addWidget(&field, rowCount() - 1, 1, Qt::AlignTop);
-  return label;
 }
 
 void SectionGrid::addIcon(QWidget& icon) {
@@ -59,6 +57,14 @@ void SectionGrid::addIcon(QWidget& icon) {
 
 void SectionGrid::addRow(QWidget& field) {
   addWidget(&field, rowCount(), 1);
+}
+
+void SectionGrid::clear() {
+  while (const std::unique_ptr<QLayoutItem> item{takeAt(0)}) {
+    QWidget* const widget = item->widget();
+    widget->setParent(nullptr);
+    widget->deleteLater();  // the keys may be in it
+  }
 }
 
 void SectionGrid::indentFields(int distance) {

@@ -1,5 +1,6 @@
 #include "ui/editor/WhenDisplaySection.h"
 
+#include "core/editor/ValueTexts.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/CheckBox.h"
@@ -41,9 +42,7 @@ void WhenDisplaySection::addCondition(const WhenRules::Condition& condition) {
     m_keepAliveGrid->addRow(*box);
     return;
   }
-  std::string text;
-  for (const std::string& line : condition.lines) text += (text.empty() ? "" : "\n") + line;
-  m_keepAliveGrid->addText(condition.key, *new ValueText(shownText(text)), 0);
+  m_keepAliveGrid->addText(condition.key, *new ValueText(shownText(joinedLines(condition.lines))), 0);
 }
 
 }  // namespace mirvel::ui

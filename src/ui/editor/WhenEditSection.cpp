@@ -104,8 +104,8 @@ void WhenEditSection::addConditions(const launchd::Plist& plist) {
            keepAlive.otherJobEnabled.value_or(launchd::StringMap<bool>()));
 }
 
-QCheckBox* WhenEditSection::addCondition(const char* title, const char* help, std::optional<bool> state,
-                                         void (*write)(launchd::Plist&, BoxClick)) {
+void WhenEditSection::addCondition(const char* title, const char* help, std::optional<bool> state,
+                                   void (*write)(launchd::Plist&, BoxClick)) {
   auto* box = new CheckBox(QLatin1String(title));
   box->setObjectName(QLatin1String(title));
   box->setToolTip(QLatin1String(help));
@@ -115,7 +115,6 @@ QCheckBox* WhenEditSection::addCondition(const char* title, const char* help, st
     if (Launchd* const job = program().editing.markJobChanged()) write(job->plist(), click);
   });
   m_keepAliveGrid->addRow(*box);
-  return box;
 }
 
 void WhenEditSection::addTable(std::string_view key, const char* help, const launchd::StringMap<bool>& rows) {
@@ -129,7 +128,11 @@ void WhenEditSection::keepAlive(bool isOn) {
   Launchd* const job = program().editing.markJobChanged();
   if (!job) return;
   WhenRules::keepAlive(job->plist(), isOn);
-  if (isOn) addConditions(job->plist());
+  if (isOn) {
+    addConditions(job->plist());
+  } else {
+    m_keepAliveGrid->clear();  // the conditions have gone from the record, too
+  }
   m_keepAliveGridView->setVisible(isOn);
 }
 

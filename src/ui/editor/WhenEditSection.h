@@ -17,8 +17,8 @@ class WhenEditSection final : public WhenSection, private GridTableDelegate, pri
   void fill(const Launchd& launchd) override;
   void connectBoxes();
   void addConditions(const launchd::Plist& plist);
-  QCheckBox* addCondition(const char* title, const char* help, std::optional<bool> state,
-                          void (*write)(launchd::Plist&, BoxClick));
+  void addCondition(const char* title, const char* help, std::optional<bool> state,
+                    void (*write)(launchd::Plist&, BoxClick));
   void addTable(std::string_view key, const char* help, const launchd::StringMap<bool>& rows);
   void keepAlive(bool isOn);
   void scheduled(bool isOn);

@@ -4,7 +4,6 @@
 
 class QCheckBox;
 class QLabel;
-class QVBoxLayout;
 
 namespace mirvel::ui {
 

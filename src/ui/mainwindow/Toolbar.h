@@ -31,7 +31,6 @@ class Toolbar final : public QToolBar {
   void addModes();
   void addFilter();
   void addShare();
-  void nameOverflowButton();
   void endFilter();
 
   Program& m_program;

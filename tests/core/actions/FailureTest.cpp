@@ -37,6 +37,7 @@ TEST_F(FailureTest, AServiceThatCantBeReachedSendsNothingAndKeepsNoRevision) {
   EXPECT_THAT(interface.errors, ElementsAre(Pair("Could not establish communication with the helper tool", tryAgain)));
   EXPECT_EQ(program().revisions.revisions().size(), 0U);
   EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_FALSE(program().state.isBusy) << "it can be tried again";
 }
 
 TEST_F(FailureTest, AConnectionThatFailsCostsOneRequest) {
@@ -89,6 +90,23 @@ TEST_F(FailureTest, ARefusedAuthorisationIsToldAndACancelledOneReadsTheJobAnew) 
   helpers.privilegedFailure(died);
   EXPECT_THAT(interface.errors, SizeIs(3)) << "by the routine, and by the exchange";
   EXPECT_FALSE(program().state.selectedJob);
+}
+
+TEST_F(FailureTest, AJobThatWasToMoveAndDidntIsWhereItWas) {
+  for (const bool isCancelled : {true, false}) {
+    helpers.isHandshakeHeld = true;
+    const auto job = savedJob(Kind::userAgent);
+    const std::string before = job->url.text();
+    job->kind = Kind::localDaemon;
+    program().actions.save(*job);
+    EXPECT_NE(job->url.text(), before);
+    if (isCancelled) {
+      helpers.privilegedReply({.connection = {}, .authData = {}, .isCancelled = true});
+    } else {
+      helpers.privilegedFailure(died);
+    }
+    EXPECT_EQ(job->url.text(), before);
+  }
 }
 
 TEST_F(FailureTest, AnAnswerAfterTheProgramsEndIsDropped) {

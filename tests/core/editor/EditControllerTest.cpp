@@ -110,6 +110,7 @@ TEST_F(EditControllerTest, DiscardingReadsTheFileAnewAndLeavesAlsoWithoutAChange
 
 TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSaysSo) {
   edit();
+  dynamic_cast<Launchd&>(*program().state.selectedJob).plist().run = "/bin/mine";
   changeFile();
   const std::string theirs = testdata::bytes(file);
   controller.save();
@@ -120,6 +121,7 @@ TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSay
   interface.answerSheet(Interface::otherButton);
   EXPECT_EQ(stack.versions.theirs, theirs);
   EXPECT_NE(stack.versions.mine.find("Nice"), std::string::npos);
+  EXPECT_NE(stack.versions.mine.find("<string>/bin/mine</string>"), std::string::npos) << "as a save would write it";
   stack.answer(Interface::otherButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_TRUE(program().state.hasUnsavedChanges);
@@ -130,6 +132,17 @@ TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSay
   helpers.requests.front().failure(Error{.code = Error::Code::Io, .message = "the helper has ended"});
   controller.save();
   EXPECT_THAT(interface.sheets, IsEmpty()) << "the user knows";
+  EXPECT_THAT(helpers.requests, SizeIs(2));
+}
+
+TEST_F(EditControllerTest, WhatAFailedSaveWroteIsNobodyElsesChange) {
+  edit();
+  controller.save();
+  (void)write(Kind::userAgent, "a.plist", helpers.requests.front().text("string"));
+  helpers.requests.front().failure(Error{.code = Error::Code::Io, .message = "it couldn't be loaded"});
+  edit();
+  controller.save();
+  EXPECT_THAT(interface.sheets, IsEmpty());
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 

@@ -138,6 +138,8 @@ TEST_F(EditorRulesTest, AJobMovesToTheKindsThatTheUserMayChange) {
   EXPECT_EQ(asked, 1) << "also without a job";
   EXPECT_FALSE(program().state.hasUnsavedChanges);
   program().state.selectedJob = jobNamed("a");
+  GeneralRules::changeKind(program(), Kind::userAgent);
+  EXPECT_FALSE(program().state.hasUnsavedChanges) << "it is of that kind";
   GeneralRules::changeKind(program(), Kind::localDaemon);
   EXPECT_EQ(asked, 2);
   GeneralRules::changeKind(program(), Kind::localAgent);

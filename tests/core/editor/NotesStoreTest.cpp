@@ -49,6 +49,27 @@ TEST_F(NotesStoreTest, WhatWasTypedLastIsWrittenAtTheEnd) {
   EXPECT_EQ(noteOnDisk(a), "last words");
 }
 
+TEST_F(NotesStoreTest, APathThatIsNoTextHasANoteLikeAnyOther) {
+  const URL odd = URL::file("/a\xff.plist");
+  {
+    NotesStore notes(folder.path(), queue);
+    notes.setNote(a, "even");
+    notes.setNote(odd, "odd");
+  }
+  EXPECT_EQ(noteOnDisk(a), "even");
+  EXPECT_EQ(noteOnDisk(odd), "odd");
+}
+
+TEST_F(NotesStoreTest, AStoreThatCantBeReadIsntReplaced) {
+  fs::create_directories(file / "folder");
+  {
+    NotesStore notes(folder.path(), queue);
+    notes.setNote(a, "new");
+  }
+  EXPECT_TRUE(fs::is_directory(folder.path() / "Notes.plist.damaged" / "folder"));
+  EXPECT_EQ(noteOnDisk(a), "new");
+}
+
 TEST_F(NotesStoreTest, ADamagedStoreIsKeptBesideTheNewOne) {
   (void)folder.write("Notes.plist", "my valuable notes");
   NotesStore notes(folder.path(), queue);

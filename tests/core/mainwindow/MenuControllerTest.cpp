@@ -121,6 +121,11 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   state().hasUnsavedChanges = true;
   menus().perform(Command::grid);
   EXPECT_EQ(program().mainWindow.mode(), Mode::tree);
+  select("a");
+  state().hasUnsavedChanges = true;
+  menus().perform(Command::tree);
+  EXPECT_TRUE(state().selectedJob) << "the mode that is there leaves what is being edited";
+  state().hasUnsavedChanges = false;
   ASSERT_TRUE(foundation.defaults.setSelectedMode(4));
   EXPECT_EQ(program().mainWindow.mode(), Mode::grid) << "a mode that there isn't";
 }

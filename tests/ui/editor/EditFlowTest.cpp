@@ -2,12 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <QDragEnterEvent>
+#include <QListWidget>
 #include <QMimeData>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QToolButton>
 #include <QUrl>
 
 #include "ui/editor/EditorFixture.h"
 #include "ui/editor/RunTextField.h"
+#include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/support/InvalidData.h"
 
 namespace mirvel::ui {
@@ -85,6 +89,52 @@ TEST_F(EditFlowTest, WithoutItsLastRuleAScheduleIsOff) {
   EXPECT_EQ(record().startInterval, 30) << "a new rule is there to begin with";
 }
 
+TEST_F(EditFlowTest, UndoKeepsTheKeysInControlsWithoutANameAndTheFormInItsPlace) {
+  edit({{"Program", "/bin/ls"}, {"StartInterval", 60}, {"UserName", "ada"}});
+  window().resize(700, 300);
+  testdata::settle();
+  auto* const bar = window().details().currentWidget()->findChild<QScrollArea*>()->verticalScrollBar();
+  const auto numberField = [&] {
+    return window().details().currentWidget()->findChild<ScheduledRuleEditor*>()->findChild<QLineEdit*>();
+  };
+  numberField()->setFocus();
+  bar->setValue(40);
+  numberField()->selectAll();
+  QTest::keyClicks(numberField(), QStringLiteral("10"));
+  EXPECT_EQ(record().startInterval, 600);
+  press(QKeySequence::Undo);
+  EXPECT_EQ(record().startInterval, 60);
+  EXPECT_EQ(window().focusWidget(), numberField());
+  EXPECT_EQ(bar->value(), 40);
+  press(QKeySequence::Redo);
+  EXPECT_EQ(record().startInterval, 600);
+}
+
+TEST_F(EditFlowTest, ACommandKeepsTheLineEndsAndBlanksWithinItsQuotes) {
+  const std::string script = "a\u00a0b\nc d";
+  edit({{"ProgramArguments", plist::Array{"/bin/sh", "-c", script}}});
+  runField().moveCursor(QTextCursor::End);
+  QTest::keyClicks(&runField(), QStringLiteral(" x"));
+  EXPECT_EQ(record().run, "/bin/sh -c \"" + script + "\" x");
+}
+
+TEST_F(EditFlowTest, ConditionsThatWereClearedComeBackEmpty) {
+  edit({{"KeepAlive", plist::Dictionary{{"Crashed", true}, {"PathState", plist::Dictionary{{"/tmp/x", true}}}}}});
+  auto& keepAlive = control<QCheckBox>("keepAliveButton");
+  keepAlive.click();
+  keepAlive.click();
+  EXPECT_EQ(record().keepAlive->bool_, true);
+  EXPECT_FALSE(control<QCheckBox>("Crashed").isChecked());
+  for (auto* list : window().details().currentWidget()->findChildren<QListWidget*>()) EXPECT_EQ(list->count(), 0);
+}
+
+TEST_F(EditFlowTest, ANoteThatWasWrittenInTheEditorStandsInTheDetails) {
+  edit({{"Program", "/bin/ls"}});
+  QTest::keyClicks(&control<QPlainTextEdit>("notesTextField"), QStringLiteral("new"));
+  button("Done").click();
+  EXPECT_EQ(control<QPlainTextEdit>("notesTextField").toPlainText(), QStringLiteral("new"));
+}
+
 TEST_F(EditFlowTest, UndoGoesThroughFieldsAndBoxesAndKeepsTheFocus) {
   edit({{"Program", "/bin/ls"}});
   const launchd::Plist before = record().clone();
@@ -127,7 +177,11 @@ TEST_F(EditFlowTest, RootIsAskedForOnlyByDaemonsAndTheForPopUpSaysWhich) {
   edit({{"Program", "/bin/ls"}});
   auto& popUp = control<QComboBox>("forPopUpButton");
   EXPECT_EQ(popUp.count(), 5);
-  EXPECT_FALSE(popUp.itemData(4, Qt::UserRole - 1).isNull()) << "system daemons can’t be chosen";
+  const auto canBeChosen = [&popUp](int item) {
+    return popUp.model()->flags(popUp.model()->index(item, 0)).testFlag(Qt::ItemIsEnabled);
+  };
+  EXPECT_TRUE(canBeChosen(2));
+  EXPECT_FALSE(canBeChosen(4)) << "system daemons";
   EXPECT_FALSE(control<QLineEdit>("userNameTextField").isEnabled());
   popUp.setFocus();
   QTest::keyClick(&popUp, Qt::Key_Down);
@@ -176,6 +230,8 @@ TEST_F(EditFlowTest, AFailedSaveKeepsWhatWasTypedAndAnotherSavesIt) {
   button("Save").click();
   ASSERT_THAT(helpers.requests, SizeIs(1));
   EXPECT_FALSE(button("Save").isEnabled());
+  QTest::keyClicks(&control<QLineEdit>("nameValueTextField"), QStringLiteral("lost"));
+  EXPECT_EQ(record().name, "ax") << "what would be in no file isn't taken";
   click(0);
   EXPECT_THAT(interface.sheets, IsEmpty()) << "refused without a question while it runs";
   helpers.requests.front().reply(
@@ -183,6 +239,8 @@ TEST_F(EditFlowTest, AFailedSaveKeepsWhatWasTypedAndAnotherSavesIt) {
   EXPECT_TRUE(hasChanges());
   EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("ax"));
   EXPECT_TRUE(button("Save").isEnabled());
+  QTest::keyClicks(&control<QLineEdit>("nameValueTextField"), QStringLiteral("y"));
+  EXPECT_EQ(record().name, "axy");
 
   button("Save").click();
   ASSERT_THAT(helpers.requests, SizeIs(2));

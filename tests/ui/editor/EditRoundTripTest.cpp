@@ -123,6 +123,7 @@ class EditRoundTripTest : public EditorFixture {
     program().actions.save(*m_job);
     const std::string text = helpers.requests.empty() ? "" : helpers.requests.back().text("string");
     program().state.isBusy = false;
+    program().shell.edit->updateButtons();
     return text;
   }
   static std::string text(const launchd::Plist& record) { return *plist::writeXml(record.encodeAll()); }
