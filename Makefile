@@ -28,11 +28,12 @@ test:
 	ctest --preset fuzz
 	ctest --preset dev
 
-# The long versions of the tests that race and kill.
+# The long versions of the tests that race, kill, and wait for a minute.
 soak:
 	scripts/dependencies build test
 	scripts/build dev -j$(JOBS)
 	MIRVEL_SOAK=1 build/dev/tests/helpers/mirvel_helpers_tests
+	MIRVEL_SOAK=1 build/dev/tests/ui/mirvel_ui_tests --gtest_filter='CreationTest.*'
 
 asan core:
 	scripts/dependencies build test

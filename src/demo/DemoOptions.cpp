@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "core/support/Localize.h"
+#include "demo/NewPages.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::demo {
@@ -48,19 +49,24 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   const QCommandLineOption edit(QStringLiteral("edit"), QStringLiteral("Open the selected job in the editor."));
   const QCommandLineOption filter(QStringLiteral("filter"), QStringLiteral("Text of the search field."),
                                   QStringLiteral("text"));
+  const QCommandLineOption newJob(QStringLiteral("new"),
+                                  QStringLiteral("Show this page of the sheet that makes a new job: %1.")
+                                      .arg(newPages().join(QStringLiteral(", "))),
+                                  QStringLiteral("page"));
   const QCommandLineOption mode(QStringLiteral("mode"), QStringLiteral("View: grid, tree, list or timeline."),
                                 QStringLiteral("mode"));
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("Mirvel on a throw-away folder full of sample jobs."));
   parser.addHelpOption();
   parser.addVersionOption();
-  parser.addOptions({picture, size, scheme, locale, mode, select, edit, filter});
+  parser.addOptions({picture, size, scheme, locale, mode, select, edit, filter, newJob});
   parser.process(arguments);
   const QString schemeName = parser.value(scheme);
   const bool isKnownScheme = schemeName == QLatin1String("light") || schemeName == QLatin1String("dark");
   if (parser.isSet(scheme) && !isKnownScheme) refuse(schemeName);
   if (parser.isSet(size) && !sizeFrom(parser.value(size)).isValid()) refuse(parser.value(size));
   if (parser.isSet(mode) && !modeFrom(parser.value(mode))) refuse(parser.value(mode));
+  if (parser.isSet(newJob) && !newPages().contains(parser.value(newJob))) refuse(parser.value(newJob));
 
   DemoOptions options;
   if (parser.isSet(picture)) options.picture = parser.value(picture);
@@ -71,6 +77,7 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   options.selected = parser.value(select);
   options.isEdited = parser.isSet(edit);
   options.filter = parser.value(filter);
+  options.newPage = parser.value(newJob);
   return options;
 }
 

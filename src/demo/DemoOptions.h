@@ -20,6 +20,7 @@ struct DemoOptions {
   QString selected;       ///< label of a job to select; empty: none
   bool isEdited = false;  ///< the selected job, in the editor
   QString filter;         ///< text of the search field
+  QString newPage;        ///< of the sheet that makes a new job; empty: it isn't shown
 
   /// Ends the process after `--help`, `--version` and wrong use, with words.
   static DemoOptions read(const QStringList& arguments);

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <iostream>
 
+#include "demo/NewPages.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::demo {
@@ -26,14 +27,17 @@ void arrange(ui::Application& application, const DemoOptions& options) {
   }
   if (options.isEdited) program.menus.perform(Command::edit);
   if (!options.filter.isEmpty()) application.window().filter().setText(options.filter);
+  if (!options.newPage.isEmpty()) showNewPage(application, options.newPage);
 }
 
 void takePicture(ui::Application& application, const DemoOptions& options) {
   // Layouts and icons settle in the passes of the event loop that follow.
   constexpr int settlingMilliseconds = 300;
   arrange(application, options);
-  QTimer::singleShot(settlingMilliseconds, &application.window(),
-                     [&application, file = *options.picture] { save(application.window(), file); });
+  QTimer::singleShot(settlingMilliseconds, &application.window(), [&application, file = *options.picture] {
+    QWidget* const sheet = QApplication::activeModalWidget();
+    save(sheet ? *sheet : application.window(), file);
+  });
 }
 
 }  // namespace mirvel::demo

@@ -42,13 +42,14 @@ struct Place {
   std::string_view folder;
 };
 
-constexpr std::array<Place, 6> places{{
+constexpr std::array<Place, 7> places{{
     {"home", home},
     {"user", userLibrary},
     {"local", localLibrary},
     {"system", systemLibrary},
     {"autostart/own", ownAutostart},
     {"autostart/installed", installedAutostart},
+    {"applications", "usr/share/applications"},
 }};
 
 struct Sample {

@@ -13,7 +13,7 @@
 
 int main(int argc, char* argv[]) {
   using namespace mirvel;
-  const Environment environment = processEnvironment();
+  Environment environment = processEnvironment();
   // A picture needs no display; without one, that is all that can be done.
   if (!ui::hasDisplay(environment)) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
@@ -30,6 +30,7 @@ int main(int argc, char* argv[]) {
     std::cerr << "mirvel-demo: " << root.error().text() << '\n';
     return 1;
   }
+  environment["XDG_DATA_DIRS"] = (root->folder() / "usr/share").native();  // its applications, not this machine's
   ui::ColorScheme scheme;
   if (options.isDark) {
     scheme.force(*options.isDark ? ui::Scheme::Dark : ui::Scheme::Light);

@@ -17,15 +17,17 @@ namespace mirvel {
 struct Foundation {
   /// `catalogues` holds the translations; `locale` is the user's by default. A program that only reads leaves a damaged
   /// file of settings where it is.
-  Foundation(Roots theRoots, const Environment& environment, const std::filesystem::path& catalogues = {},
+  Foundation(Roots theRoots, Environment theEnvironment, const std::filesystem::path& catalogues = {},
              const std::string& locale = Localize::currentLocale(),
              Defaults::Damaged damaged = Defaults::Damaged::SetAside)
-      : roots(std::move(theRoots)),
+      : environment(std::move(theEnvironment)),
+        roots(std::move(theRoots)),
         commands(Commands::forThisMachine(environment)),
         defaults(roots.defaultsFile, damaged),
         localize(locale, catalogues),
         collator(locale) {}
 
+  const Environment environment;
   const Roots roots;
   const Commands commands;
   Defaults defaults;

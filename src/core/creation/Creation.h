@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -16,6 +17,13 @@ struct Creation {
   std::optional<New> unsaved = {};
   /// The files that the next import is about.
   std::vector<URL> filesToImport = {};
+
+  /// The last copy that couldn't be saved after its sheet had gone: of which job file, and the name that was typed.
+  struct Copy {
+    URL source;
+    std::string name;
+  };
+  std::optional<Copy> unsavedCopy = {};
 
   std::optional<New> takeUnsaved() { return std::exchange(unsaved, std::nullopt); }
 };

@@ -23,6 +23,9 @@ std::string DuplicateController::nameTitle() const {
 }
 
 std::string DuplicateController::suggestedName() const {
+  const auto& unsaved = m_program.creation.unsavedCopy;
+  const auto& job = m_program.state.selectedJob;
+  if (unsaved && job && unsaved->source.equalTo(job->url)) return unsaved->name;
   return m_program.foundation.localize.copyOf(selectedName());
 }
 
@@ -44,7 +47,10 @@ bool DuplicateController::save(const std::string& name) {
     interface.error(localize.anErrorOccurredWhileSaving(), localize.pleaseTryAgain());
     return false;
   }
-  saveNewJob(m_program, copy);
+  m_program.creation.unsavedCopy.reset();
+  saveNewJob(m_program, copy, [&creation = m_program.creation, url = source->url, name](bool isWritten) {
+    if (!isWritten) creation.unsavedCopy = {url, name};
+  });
   return true;
 }
 

@@ -15,7 +15,7 @@ class DuplicateController {
   /// "Duplicate – backup".
   std::string title() const;
   std::string nameTitle() const;
-  /// What the field shows at first, all of it selected.
+  /// What the field shows at first, all of it selected; after a copy of the same job that couldn't be saved, its name.
   std::string suggestedName() const;
 
   /// Saves the copy as a new job of the same kind. Tells the user if it can't. True: the sheet is to be dismissed.

@@ -5,9 +5,11 @@
 #include "core/catalogue/Launchd.h"
 #include "core/creation/SaveNewJob.h"
 #include "core/mainwindow/Segue.h"
+#include "core/support/Ascii.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 #include "core/support/ReadFile.h"
+#include "core/support/Strings.h"
 
 namespace mirvel {
 
@@ -45,8 +47,20 @@ void importFiles(Program& program, std::vector<URL> files) {
   sheet->second();
 }
 
+std::vector<URL> importableFiles(const std::vector<std::filesystem::path>& files) {
+  std::vector<URL> result;
+  for (const auto& file : files) {
+    std::error_code failure;
+    if (Ascii::lower(file.extension().string()) != ".plist" || std::filesystem::is_directory(file, failure)) continue;
+    result.push_back(URL::file(file));
+  }
+  return result;
+}
+
 ImportController::ImportController(Program& program)
-    : m_program(program), m_files(std::exchange(program.creation.filesToImport, {})) {}
+    : m_program(program),
+      m_delay(program.platform.mainQueue),
+      m_files(std::exchange(program.creation.filesToImport, {})) {}
 
 std::string ImportController::title() const {
   const Localize& localize = m_program.foundation.localize;
@@ -68,24 +82,39 @@ std::string ImportController::skipTitle() const {
 }
 
 bool ImportController::importFile() {
-  Interface& interface = m_program.platform.interface;
+  if (m_isSaving) return false;
   if (!m_kind || !current()) {
-    interface.present({.code = Error::Code::BadArgument, .message = "there is no file to import"});
+    tellOfFailure({.code = Error::Code::BadArgument, .message = "there is no file to import"});
     return false;
   }
   const auto job = jobOf(*current(), *m_kind, m_program);
   if (!job) {
-    Error error = job.error();
-    error.file = current()->text();
-    interface.present(error);
+    tellOfFailure(job.error());
     return false;
   }
-  saveNewJob(m_program, *job);
-  return skip();
+  m_isSaving = true;
+  const bool isLast = !hasMore();
+  saveNewJob(m_program, *job, m_delay.whileOwned([this](bool isWritten) { ended(isWritten); }));
+  return isLast && (m_isSaving || !current());
+}
+
+/// What the system says of any file that can't be read, and below it why.
+void ImportController::tellOfFailure(Error reason) {
+  reason.file = current() ? current()->text() : std::string();
+  const std::string name = current() ? current()->lastPathComponent() : std::string();
+  m_program.platform.interface.error(m_program.foundation.localize.couldntOpenInThatFormat(name),
+                                     String::firstUppercased(reason.text()));
+}
+
+/// A job that couldn't be written leaves its file where it is: the user was told why, and tries again or leaves it out.
+void ImportController::ended(bool isWritten) {
+  m_isSaving = false;
+  if (isWritten) ++m_current;
+  if (changed) changed();
 }
 
 bool ImportController::skip() {
-  if (current()) ++m_current;
+  if (current() && !m_isSaving) ++m_current;
   return !current();
 }
 

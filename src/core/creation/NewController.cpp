@@ -91,6 +91,10 @@ void NewController::show(Page page) {
 }
 
 void NewController::begin(New job) {
+  const bool isNameTyped = !name.name().empty() && name.name() != m_suggestedName;
+  m_suggestedName = job.plist.name;
+  if (isNameTyped) job.plist.name = name.name();
+  job.kind = m_sheet.job.kind;
   m_sheet.job = std::move(job);
   name.reset();
   run.reset();
@@ -103,7 +107,8 @@ NewOutlook NewController::outlook() const {
   when.applyRules(plist);
   const Program& program = m_sheet.program;
   constexpr std::size_t shownRuns = 3;
-  return {.sentence = newJobSentence(job().kind, plist, program.foundation.localize),
+  return {.sentence =
+              newJobSentence(job().kind, plist, program.foundation.localize, program.foundation.roots.home.native()),
           .nextRuns = nextRunTexts(plist, program.platform.clock.currentSecond(), shownRuns,
                                    program.scheduledController.moments())};
 }

@@ -40,7 +40,7 @@ class NewController {
   /// happens while the page may not be left.
   bool next();
   void previous();
-  /// Begins with another job, on the first page.
+  /// Begins with another job, on the first page. It stays for whom the user wants it, and keeps a name that was typed.
   void begin(New job);
 
   const New& job() const { return m_sheet.job; }
@@ -68,6 +68,7 @@ class NewController {
   launchd::Plist finishedRecord();
 
   New::Page m_page = New::Page::name;
+  std::string m_suggestedName;  ///< that of the job which was begun with
 };
 
 }  // namespace mirvel

@@ -6,9 +6,9 @@
 
 namespace mirvel {
 
-std::string newJobSentence(Kind kind, const launchd::Plist& plist, const Localize& localize) {
-  std::vector<std::string> times = explain::laterOccasions(plist, localize);
-  for (std::string& time : times) time = String::firstLowercased(time);
+std::string newJobSentence(Kind kind, const launchd::Plist& plist, const Localize& localize, std::string_view home) {
+  std::vector<std::string> times = explain::laterOccasions(plist, localize, explain::TimeForm::ofTheLocale);
+  for (std::string& time : times) time = String::shortenHomeFolder(String::firstLowercased(time), home);
   if (plist.runAtLoad == true) {
     const auto words = localize.lowercase();
     times.push_back(kind.isDaemon() ? words.atEverySystemStart() : words.atEveryLogin());

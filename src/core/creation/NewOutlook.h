@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/catalogue/Kind.h"
@@ -9,9 +10,9 @@
 
 namespace mirvel {
 
-/// What will come of a new job once it is saved, as one sentence: "“backup” runs as you every weekday at 21:00, at
-/// every login, and once when it is saved."
-std::string newJobSentence(Kind kind, const launchd::Plist& plist, const Localize& localize);
+/// What will come of a new job once it is saved, as one sentence: "“backup” runs as you every day at 9:00 PM, at
+/// every login, and once when it is saved." The home folder's path reads "~".
+std::string newJobSentence(Kind kind, const launchd::Plist& plist, const Localize& localize, std::string_view home);
 
 /// What the last page tells before the job is saved.
 struct NewOutlook {

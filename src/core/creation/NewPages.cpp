@@ -1,6 +1,7 @@
 #include "core/creation/NewPages.h"
 
 #include "core/app/Program.h"
+#include "core/support/DisplayPath.h"
 
 namespace mirvel {
 
@@ -56,6 +57,20 @@ void NewWhenPage::scheduled(bool isOn) {
   m_sheet.tellOfChange();
 }
 
+std::string NewWhenPage::watchedFolder() const {
+  const auto& paths = m_sheet.job.plist.watchPaths;
+  if (!paths || paths->empty()) return {};
+  return localizedDisplayPath(paths->front(), m_sheet.program.foundation.roots.home.native());
+}
+
+void NewWhenPage::chooseWatchedFolder(bool showsHiddenFiles) {
+  const auto folder =
+      m_sheet.program.platform.interface.openPanel({.choosesFolders = true, .showsHiddenFiles = showsHiddenFiles});
+  if (!folder) return;
+  m_sheet.job.plist.watchPaths = {folder->native()};
+  m_sheet.tellOfChange();
+}
+
 void NewWhenPage::setRuleEditor(Scheduled::RuleEditor* editor) {
   keepRules();
   m_editor = editor;
@@ -80,6 +95,8 @@ void NewWhenPage::reset() {
 }
 
 void NewWhenPage::rulesDidChange() {
+  // Without a rule there is no schedule, and the box is where a new one begins.
+  if (m_editor && m_editor->numberOfRows() == 0) m_sheet.job.isScheduled = false;
   m_sheet.tellOfChange();
 }
 

@@ -65,6 +65,11 @@ class NewWhenPage final : public ScheduledDelegate {
   /// On, the editor gets a row if it has none. Off, the rules stay in it.
   void scheduled(bool isOn);
 
+  /// The folder whose changes start the job, as it is shown; a starting point may bring one. Empty: there is none.
+  std::string watchedFolder() const;
+  /// Asks for another one.
+  void chooseWatchedFolder(bool showsHiddenFiles);
+
   /// The editor that shows the rules from now on, and gets those that there are. It is taken out before it goes.
   void setRuleEditor(Scheduled::RuleEditor* editor);
   /// Sets the schedule of a record to the rules, if they count.

@@ -16,8 +16,12 @@ std::shared_ptr<Launchd> makeNewJob(Program& program, const plist::Dictionary& c
 void saveNewJob(Program& program, const std::shared_ptr<Launchd>& job,
                 const std::function<void(bool isWritten)>& ended) {
   job->isNewFile = true;
-  program.actions.save(*job, ended);
-  selectNewJob(program, job);
+  const auto isLost = std::make_shared<bool>(false);
+  program.actions.save(*job, [isLost, ended](bool isWritten) {
+    *isLost = !isWritten;
+    if (ended) ended(isWritten);
+  });
+  if (!*isLost) selectNewJob(program, job);
 }
 
 void selectNewJob(Program& program, const std::shared_ptr<Job>& job) {

@@ -17,8 +17,8 @@ class URL;
 /// helper that isn't shown. `url` is where the keys come from that the program doesn't know, if the content has none.
 std::shared_ptr<Launchd> makeNewJob(Program& program, const plist::Dictionary& content, const URL& url, Kind kind);
 
-/// Has the job written to a file of its own and loaded, and shows it as the selected one. `ended` hears, now or later,
-/// whether the file was written.
+/// Has the job written to a file of its own and loaded, and shows it as the selected one, unless it is known at once
+/// that it can't be written. `ended` hears, now or later, whether the file was written.
 void saveNewJob(Program& program, const std::shared_ptr<Launchd>& job,
                 const std::function<void(bool isWritten)>& ended = {});
 

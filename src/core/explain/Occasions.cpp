@@ -27,8 +27,8 @@ class Sentences {
     if (!plist.keepAlive && plist.onDemand == false) add(text("Always: it is started again whenever it ends"));
   }
 
-  void addSchedule(const launchd::Plist& plist) {
-    for (std::string& line : scheduleText(plist, m_localize)) m_lines.push_back(std::move(line));
+  void addSchedule(const launchd::Plist& plist, TimeForm form) {
+    for (std::string& line : scheduleText(plist, m_localize, form)) m_lines.push_back(std::move(line));
   }
 
   void addEvents(const launchd::Plist& plist) {
@@ -99,15 +99,15 @@ std::vector<std::string> occasions(const launchd::Plist& plist, const Localize& 
   Sentences sentences(localize);
   sentences.addStart(plist);
   sentences.addRestarts(plist);
-  sentences.addSchedule(plist);
+  sentences.addSchedule(plist, TimeForm::twentyFourHours);
   sentences.addEvents(plist);
   return std::move(sentences).take(plist.disabled == true);
 }
 
-std::vector<std::string> laterOccasions(const launchd::Plist& plist, const Localize& localize) {
+std::vector<std::string> laterOccasions(const launchd::Plist& plist, const Localize& localize, TimeForm form) {
   Sentences sentences(localize);
   sentences.addRestarts(plist);
-  sentences.addSchedule(plist);
+  sentences.addSchedule(plist, form);
   sentences.addEvents(plist);
   return std::move(sentences).take();
 }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "core/explain/RuleText.h"
 #include "core/plist/Plist.h"
 #include "core/support/Localize.h"
 
@@ -13,6 +14,6 @@ namespace mirvel::explain {
 std::vector<std::string> occasions(const launchd::Plist& plist, const Localize& localize);
 
 /// Likewise, of all that comes after the first loading. May be empty.
-std::vector<std::string> laterOccasions(const launchd::Plist& plist, const Localize& localize);
+std::vector<std::string> laterOccasions(const launchd::Plist& plist, const Localize& localize, TimeForm form);
 
 }  // namespace mirvel::explain

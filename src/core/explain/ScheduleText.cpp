@@ -4,7 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "core/explain/RuleText.h"
 #include "core/support/Dates.h"
 
 namespace mirvel::explain {
@@ -26,17 +25,19 @@ struct Bound {
 
 class Texts {
  public:
-  explicit Texts(const Localize& localize) : m_localize(localize), m_months(Date::months(localize.locale())) {}
+  Texts(const Localize& localize, TimeForm form)
+      : m_localize(localize), m_form(form), m_months(Date::months(localize.locale())) {}
 
   void addRules(const std::optional<std::int64_t>& startInterval, const launchd::StartCalendarInterval& calendar) {
-    for (const auto& rule : Scheduled::rules(startInterval, calendar)) m_lines.push_back(ruleText(rule, m_localize));
+    for (const auto& rule : Scheduled::rules(startInterval, calendar))
+      m_lines.push_back(ruleText(rule, m_localize, m_form));
   }
 
   void addBound(Interval interval) {
     const std::string& month = m_months.at(static_cast<std::size_t>(*interval.month - 1));
     interval.month.reset();
     for (const auto& rule : Scheduled::rules({}, launchd::StartCalendarInterval{.intervals = {interval}})) {
-      const std::string text = ruleText(rule, m_localize);
+      const std::string text = ruleText(rule, m_localize, m_form);
       auto found = std::find_if(m_bound.begin(), m_bound.end(), [&](const Bound& bound) { return bound.rule == text; });
       if (found == m_bound.end()) found = m_bound.insert(found, Bound{.rule = text, .months = {}});
       found->months.push_back(month);
@@ -58,6 +59,7 @@ class Texts {
   }
 
   const Localize& m_localize;
+  const TimeForm m_form;
   std::array<std::string, 12> m_months;
   std::vector<std::string> m_lines;
   std::vector<Bound> m_bound;
@@ -65,7 +67,7 @@ class Texts {
 
 }  // namespace
 
-std::vector<std::string> scheduleText(const launchd::Plist& plist, const Localize& localize) {
+std::vector<std::string> scheduleText(const launchd::Plist& plist, const Localize& localize, TimeForm form) {
   launchd::StartCalendarInterval plain;
   std::vector<Interval> bound;
   if (plist.startCalendarInterval) {
@@ -73,7 +75,7 @@ std::vector<std::string> scheduleText(const launchd::Plist& plist, const Localiz
       (hasMonthOfItsOwn(interval) ? bound : plain.intervals).push_back(interval);
     }
   }
-  Texts texts(localize);
+  Texts texts(localize, form);
   texts.addRules(plist.startInterval, plain);
   for (const Interval& interval : bound) texts.addBound(interval);
   return std::move(texts).take();

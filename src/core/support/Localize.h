@@ -72,6 +72,7 @@ class Localize {
     return text("Another program changed the job’s file after you opened it.");
   }
   std::string application() const { return text("Application"); }
+  std::string applicationHint() const { return text("One that is installed, or any program file"); }
   std::string atStartupAndWhenSaving() const { return text("At startup and when saving"); }
   std::string areYouSureYouWantToDelete(const std::string& name) const {
     return format("Are you sure you want to delete “%@”?", {name});
@@ -93,12 +94,17 @@ class Localize {
   std::string close() const { return text("Close"); }
   std::string compare() const { return text("Compare"); }
   std::string command() const { return text("Command"); }
+  std::string commandExample(const std::string& command) const { return format("For example: %@", {command}); }
+  std::string commandHint() const { return text("A line as you would type it in a terminal"); }
   std::string couldNotEstablishCommunicationWithHelperTool() const {
     return text("Could not establish communication with the helper tool");
   }
   std::string copy() const { return text("Copy"); }
   std::string copyOf(const std::string& name) const { return format("%@ copy", {name}); }
   std::string couldntLookForUpdates() const { return text("Couldn’t look for a new version"); }
+  std::string couldntOpenInThatFormat(const std::string& name) const {
+    return format("The file “%@” couldn’t be opened because it isn’t in the correct format.", {name});
+  }
   std::string couldntSaveDocument() const { return text("The document couldn’t be saved"); }
   std::string date() const { return text("Date"); }
   std::string dayOfMonth() const { return text("Day of Month"); }
@@ -164,6 +170,7 @@ class Localize {
   std::string nextRuns(const std::string& first, const std::string& second) const {
     return format("Next: %1$@, then %2$@", {first, second});
   }
+  std::string nextRunsTitle() const { return text("Next runs"); }
   std::string nightlyScript() const { return text("Nightly Script"); }
   std::string noError() const { return text("No error"); }
   std::string noItems() const { return text("No Items"); }
@@ -183,6 +190,7 @@ class Localize {
   std::string onlyTheFirstIntervalCounts() const { return text("Only the first repeat interval counts"); }
   std::string onlyWhenStartedByHand() const { return text("Only when it is started by hand"); }
   std::string open() const { return text("Open"); }
+  std::string orBeginWith() const { return text("Or begin with"); }
   std::string part() const { return text("Part"); }
   std::string path() const { return text("Path"); }
   std::string paths() const { return text("Paths"); }
@@ -214,8 +222,10 @@ class Localize {
     return format("“%1$@” runs for everyone who is logged in %2$@.", {name, times});
   }
   std::string save() const { return text("Save"); }
+  std::string saveTheScriptToGoOn() const { return text("Save the script to go on."); }
   std::string scheduled() const { return text("Scheduled"); }
   std::string script() const { return text("Script"); }
+  std::string scriptHint() const { return text("One that you have, or that you write now"); }
   std::string settingsWereDamaged() const { return text("Your settings couldn’t be read"); }
   std::string settingsWereMoved(const std::string& path) const {
     return format("The file was damaged and is kept as %@. Mirvel goes on with its usual settings.", {path});
@@ -248,6 +258,7 @@ class Localize {
   std::string value() const { return text("Value"); }
   std::string versionOnDisk() const { return text("Version on Disk"); }
   std::string watchAFolder() const { return text("Watch a Folder"); }
+  std::string watchedFolder() const { return text("Watched folder"); }
   std::string weekdays() const { return text("Weekdays"); }
   std::string weekends() const { return text("Weekends"); }
   std::string what() const { return text("What"); }

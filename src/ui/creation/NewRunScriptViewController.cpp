@@ -30,6 +30,9 @@ QLayout* NewRunScriptViewController::makeButtons() {
   m_choose->setCheckable(true);
   m_choose->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   m_createNew->setCheckable(true);
+  for (QPushButton* button : {static_cast<QPushButton*>(m_choose), m_createNew, m_save}) {
+    button->setAutoDefault(false);  // Return goes on to the next page
+  }
   auto* row = new QHBoxLayout;
   row->addWidget(m_choose);
   row->addWidget(m_createNew);
@@ -41,15 +44,18 @@ QLayout* NewRunScriptViewController::makeButtons() {
 void NewRunScriptViewController::makeText() {
   m_text = makeScriptText(m_program, qt(m_program.foundation.localize.script()), this);
   m_text->hide();
-  m_layout->insertWidget(m_layout->indexOf(m_hint) + 1, m_text, 1);
+  m_layout->insertWidget(m_layout->indexOf(m_hint), m_text, 1);
   setTabOrder(m_save, m_text);  // it was made after whatever follows this page
   connect(m_text, &ScriptText::textChanged, this, &NewRunScriptViewController::textHasChanged);
 }
 
 void NewRunScriptViewController::redraw() {
   redrawButtons();
-  m_hint->setVisible(m_script.state() == NewRunScript::State::none);
+  const Localize& localize = m_program.foundation.localize;
+  m_hint->setText(qt(m_script.isWriting() ? localize.saveTheScriptToGoOn() : localize.chooseOrWriteAScript()));
+  m_hint->setVisible(m_script.state() != NewRunScript::State::ready);
   redrawText();
+  setFocusProxy(m_script.isWriting() ? static_cast<QWidget*>(m_text) : m_choose);
 }
 
 void NewRunScriptViewController::redrawButtons() {

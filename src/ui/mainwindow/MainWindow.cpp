@@ -18,7 +18,8 @@
 
 namespace mirvel::ui {
 
-MainWindow::MainWindow(Program& program, IconLoader& icons) : m_program(program), m_actions(program, *this) {
+MainWindow::MainWindow(Program& program, IconLoader& icons)
+    : m_program(program), m_actions(program, *this), m_sheets(program, icons, *this) {
   setUnifiedTitleAndToolBarOnMac(true);
   makeContent(icons);
   new MainMenu(program, m_actions, *m_tabs, *m_details, *this);

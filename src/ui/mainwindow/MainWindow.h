@@ -3,6 +3,7 @@
 #include <QMainWindow>
 
 #include "core/app/Program.h"
+#include "ui/creation/CreationSheets.h"
 #include "ui/mainwindow/CommandActions.h"
 #include "ui/support/IconLoader.h"
 
@@ -52,6 +53,7 @@ class MainWindow final : public QMainWindow, private MainWindowType {
 
   Program& m_program;
   CommandActions m_actions;
+  CreationSheets m_sheets;
   ModeTabs* m_tabs = nullptr;
   DetailViewController* m_details = nullptr;
   Toolbar* m_toolbar = nullptr;

@@ -5,7 +5,7 @@
 
 namespace mirvel::ui {
 
-/// The palette to draw the box of a check box with. Qt's own style derives its outline from the window's colour, which
+/// The palette to draw the box of a check box, or the circle of a radio button, with. Qt's own style derives its outline from the window's colour, which
 /// leaves next to nothing of an empty box on a dark one.
 QPalette boxPalette(QPalette palette);
 

@@ -20,6 +20,7 @@ ValueText::ValueText(const QString& text, QWidget* parent) : QTextEdit(parent) {
   document()->setDocumentMargin(0);
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   setTextDirection(Qt::LayoutDirectionAuto);
+  connect(this, &QTextEdit::textChanged, this, [this] { fitHeight(); });
   setPlainText(text);
 }
 

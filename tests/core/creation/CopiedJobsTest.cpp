@@ -107,14 +107,16 @@ TEST_F(CopiedJobsTest, AFileThatIsNoJobSaysWhereAndWhy) {
     interface.errors.clear();
     EXPECT_FALSE(sheet.importFile());
     ASSERT_THAT(interface.errors, SizeIs(1)) << content;
-    EXPECT_THAT(interface.errors.front().first, StartsWith(file.string() + ": "));
-    EXPECT_THAT(interface.errors.front().first, HasSubstr(reason));
+    const auto& [message, information] = interface.errors.front();
+    EXPECT_EQ(message, "The file “bad.plist” couldn’t be opened because it isn’t in the correct format.");
+    EXPECT_THAT(information, StartsWith(file.string() + ": "));
+    EXPECT_THAT(information, HasSubstr(reason));
     EXPECT_EQ(sheet.title(), "Import – bad.plist") << "it stays";
   }
   auto gone = importOf({"/none/gone.plist"});
   gone.kindChanged(0);
   EXPECT_FALSE(gone.importFile());
-  EXPECT_THAT(interface.errors.back().first, HasSubstr("/none/gone.plist: can't"));
+  EXPECT_THAT(interface.errors.back().second, HasSubstr("/none/gone.plist: can't"));
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_FALSE(program().state.selectedJob);
 }
@@ -124,7 +126,17 @@ TEST_F(CopiedJobsTest, SeveralFilesAreImportedOneAfterTheOther) {
       {source("a.plist", testdata::jobText("a")), source("bad.plist", "x"), source("c.plist", testdata::jobText("c"))});
   EXPECT_EQ(sheet.title(), "Import – a.plist – 1 of 3");
   sheet.kindChanged(0);
+  int changes = 0;
+  sheet.changed = [&] { ++changes; };
   EXPECT_FALSE(sheet.importFile());
+  EXPECT_FALSE(sheet.isImportEnabled()) << "until the first one is written";
+  EXPECT_FALSE(sheet.isSkipEnabled());
+  EXPECT_FALSE(sheet.importFile());
+  helpers.requests.back().failure(Error{.code = Error::Code::Io, .message = "full"});
+  EXPECT_EQ(sheet.title(), "Import – a.plist – 1 of 3") << "it can be tried again";
+  EXPECT_FALSE(sheet.importFile());
+  helpers.requests.back().reply({});
+  EXPECT_EQ(changes, 2);
   EXPECT_EQ(sheet.title(), "Import – bad.plist – 2 of 3");
   EXPECT_TRUE(sheet.hasMore());
   EXPECT_FALSE(sheet.importFile());
@@ -133,9 +145,9 @@ TEST_F(CopiedJobsTest, SeveralFilesAreImportedOneAfterTheOther) {
   EXPECT_FALSE(sheet.hasMore());
   EXPECT_TRUE(sheet.isImportEnabled()) << "the kind stays";
   EXPECT_TRUE(sheet.importFile());
-  ASSERT_THAT(helpers.requests, SizeIs(2));
-  EXPECT_EQ(helpers.requests[0].text("label"), "a");
-  EXPECT_EQ(helpers.requests[1].text("label"), "c");
+  ASSERT_THAT(helpers.requests, SizeIs(3));
+  EXPECT_EQ(helpers.requests[1].text("label"), "a");
+  EXPECT_EQ(helpers.requests[2].text("label"), "c");
   EXPECT_TRUE(importOf({source("a.plist", "")}).skip());
 }
 

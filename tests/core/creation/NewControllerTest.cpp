@@ -164,9 +164,7 @@ TEST_F(NewControllerTest, TheEditorOfTheSelectedJobHearsOfItsRulesAgainWhenTheSh
 }
 
 TEST_F(NewControllerTest, StartingPointsAreWalkedThroughAsAnyOtherJob) {
-  sheet.name.setName("x");
   sheet.name.kindChanged(2);
-  sheet.next();
   const std::string home = roots.home.string();
   const struct {
     std::string title, name;
@@ -196,7 +194,7 @@ TEST_F(NewControllerTest, StartingPointsAreWalkedThroughAsAnyOtherJob) {
     sheet.begin(std::move(points[i].job));
     EXPECT_EQ(sheet.currentPage(), New::Page::name);
     EXPECT_EQ(sheet.name.name(), row.name);
-    EXPECT_EQ(sheet.name.chosenKind(), Kind::userAgent);
+    EXPECT_EQ(sheet.name.chosenKind(), Kind::localDaemon) << "the user said so";
     EXPECT_EQ(sheet.what.chosen(), row.run);
     sheet.next();
     sheet.next();
@@ -206,7 +204,30 @@ TEST_F(NewControllerTest, StartingPointsAreWalkedThroughAsAnyOtherJob) {
     EXPECT_EQ(editor.numberOfRows(), row.isScheduled ? 1U : 0U);
     EXPECT_EQ(sheet.when.isKeptAlive(), row.isKeptAlive);
     EXPECT_EQ(sheet.job().plist.watchPaths, row.watched);
+    EXPECT_EQ(sheet.when.watchedFolder(), row.watched ? "~/Downloads" : "");
   }
+  sheet.name.setName("mine");
+  sheet.begin(std::move(startingPoints(foundation.localize, roots).front().job));
+  EXPECT_EQ(sheet.name.name(), "mine") << "it was typed";
+}
+
+TEST_F(NewControllerTest, AnotherFolderCanBeWatched) {
+  sheet.begin(std::move(startingPoints(foundation.localize, roots).back().job));
+  sheet.when.chooseWatchedFolder(false);
+  EXPECT_EQ(sheet.when.watchedFolder(), "~/Downloads") << "the panel was cancelled";
+  interface.openPath = roots.home / "a b";
+  sheet.when.chooseWatchedFolder(true);
+  EXPECT_EQ(sheet.when.watchedFolder(), "~/a b");
+  EXPECT_TRUE(interface.openPanels.back().choosesFolders);
+  EXPECT_TRUE(interface.openPanels.back().showsHiddenFiles);
+}
+
+TEST_F(NewControllerTest, TheScheduleEndsWithItsLastRule) {
+  Scheduled::RuleEditor editor(program().scheduledController);
+  sheet.when.setRuleEditor(&editor);
+  sheet.when.scheduled(true);
+  editor.removeRow(0);
+  EXPECT_FALSE(sheet.when.isScheduled());
 }
 
 }  // namespace

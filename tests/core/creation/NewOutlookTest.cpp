@@ -22,7 +22,7 @@ TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
   const Change all = [](launchd::Plist& plist) {
     plist.keepAlive = launchd::KeepAlive({}, {}, true, {}, {});
     plist.startInterval = 7200;
-    plist.watchPaths = {"/tmp/A b"};
+    plist.watchPaths = {"/home/x/A b"};
   };
   const struct {
     const char* locale;
@@ -32,11 +32,11 @@ TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
   } table[] = {
       {"en", Kind::userAgent, nothing, "“backup” runs as you only when it is started by hand."},
       {"en", Kind::userAgent, atLoad, "“backup” runs as you at every login and once when it is saved."},
-      {"en", Kind::userAgent, nightly, "“backup” runs as you every day at 21:00."},
-      {"en", Kind::localAgent, nightly, "“backup” runs for everyone who is logged in every day at 21:00."},
+      {"en", Kind::userAgent, nightly, "“backup” runs as you every day at 9:00 PM."},
+      {"en", Kind::localAgent, nightly, "“backup” runs for everyone who is logged in every day at 9:00 PM."},
       {"en", Kind::localDaemon, atLoad, "“backup” runs as root at every system start and once when it is saved."},
       {"en", Kind::localDaemon, all,
-       "“backup” runs as root again when it ends with success, every 2 hours, when /tmp/A b changes, at every system "
+       "“backup” runs as root again when it ends with success, every 2 hours, when ~/A b changes, at every system "
        "start, and once when it is saved."},
       {"de", Kind::userAgent, nothing, "„backup“ läuft unter Ihrem Namen nur wenn er von Hand gestartet wird."},
       {"de", Kind::userAgent, nightly, "„backup“ läuft unter Ihrem Namen jeden Tag um 21:00 Uhr."},
@@ -49,7 +49,7 @@ TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
     launchd::Plist plist = launchd::Plist::blankPlist();
     plist.name = "backup";
     row.change(plist);
-    EXPECT_EQ(newJobSentence(row.kind, plist, Localize(locale, testdata::catalogues())), row.sentence);
+    EXPECT_EQ(newJobSentence(row.kind, plist, Localize(locale, testdata::catalogues()), "/home/x"), row.sentence);
   }
 }
 

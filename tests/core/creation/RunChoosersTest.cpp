@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include "core/creation/ApplicationList.h"
 #include "core/creation/CreationFixture.h"
 #include "core/creation/InstalledApplications.h"
 #include "core/creation/NewController.h"
@@ -28,6 +29,32 @@ class RunChoosersTest : public CreationFixture {
 
   NewController sheet{program()};
 };
+
+TEST_F(RunChoosersTest, ApplicationsAreFoundBesideTheMainThreadAndByPartsOfTheirNames) {
+  for (const char* name : {"Éditeur", "Clock"}) {
+    (void)folder.write("home/.local/share/applications/" + std::string(name) + ".desktop",
+                       "[Desktop Entry]\nType=Application\nExec=tool\nName=" + std::string(name) + '\n');
+  }
+  auto list = std::make_unique<ApplicationList>(program());
+  int found = 0;
+  list->find([&] { ++found; });
+  EXPECT_TRUE(list->isFinding());
+  EXPECT_THAT(list->matching(""), IsEmpty());
+  fileQueue.runAll();
+  queue.runDue();
+  EXPECT_EQ(found, 1);
+  EXPECT_FALSE(list->isFinding());
+  EXPECT_THAT(list->matching(""), SizeIs(2));
+  ASSERT_THAT(list->matching("edit"), SizeIs(1));
+  EXPECT_EQ(list->matching("edit").front()->name, "Éditeur");
+  EXPECT_THAT(list->matching("x"), IsEmpty());
+
+  list->find([&] { ++found; });
+  list.reset();
+  fileQueue.runAll();
+  queue.runDue();
+  EXPECT_EQ(found, 1) << "nobody waits any more";
+}
 
 TEST_F(RunChoosersTest, AnApplicationRunsByItsCommandAndIsInteractive) {
   sheet.run.application.choose(true);

@@ -58,9 +58,9 @@ class NewRunScriptViewControllerTest : public testdata::ProgramFixture {
     const auto* const hint = m_page->findChild<QLabel*>();
     return std::string(button(0).isChecked() ? "choose " : "") + (button(1).isChecked() ? "create " : "") +
            (button(2).isVisible() ? "save " : "") +
-           (hint->isVisible() ? "hint"
-            : isTextShown()   ? "text"
-                              : "nothing");
+           (isTextShown()       ? "text"
+            : hint->isVisible() ? "hint"
+                                : "nothing");
   }
 
   NewSheet m_sheet{.program = program(), .job = {}};

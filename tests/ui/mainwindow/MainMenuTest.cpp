@@ -72,15 +72,15 @@ TEST_F(MainMenuTest, WhatIsNotThereIsNotShownAndWhatMayNotBeIsGrey) {
   fill({"alpha"});
   QMenu& file = *menus().front();
   open(file);
-  EXPECT_FALSE(item(file, "New")->isVisible());
+  EXPECT_FALSE(item(file, "Log")->isVisible());
   EXPECT_FALSE(item(file, "Revisions")->isEnabled());
   EXPECT_FALSE(item(file, "Edit Job")->isEnabled());
   EXPECT_FALSE(item(file, "Share")->isEnabled());
   EXPECT_FALSE(item(file, "Delete")->isEnabled());
   click(0);
-  program().shell.segues["New"] = [] {};
+  program().shell.segues["Log"] = [] {};
   open(file);
-  EXPECT_TRUE(item(file, "New")->isVisible());
+  EXPECT_TRUE(item(file, "Log")->isVisible());
   EXPECT_TRUE(item(file, "Share")->isEnabled());
   EXPECT_TRUE(item(file, "Edit Job")->isEnabled());
   EXPECT_TRUE(item(file, "Delete")->isEnabled());

@@ -31,7 +31,7 @@ TEST(IconLoader, FindsTheProgramsOwnPicturesByName) {
   EXPECT_EQ(drawn(loader.icon(Image::named("mirvel-test")), 32).pixelColor(16, 16), QColor(Qt::red));
   EXPECT_FALSE(loader.icon(Image::named("mirvel-test-symbol")).isNull());
   EXPECT_FALSE(IconLoader::symbol("mirvel-test-symbol").isNull());
-  for (const char* name : {"", "no-such-picture-anywhere", "mirvel-none", "../color/mirvel-test"}) {
+  for (const char* name : {"", "no-such-picture-anywhere", "mirvel-nothing", "../color/mirvel-test"}) {
     EXPECT_TRUE(loader.icon(Image::named(name)).isNull()) << name;
   }
 }

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "core/creation/InstalledApplications.h"
+#include "core/support/Delay.h"
+
+namespace mirvel {
+
+class Program;
+
+/// The applications of the machine, to choose one from. They are looked for beside the main thread. For the main
+/// thread.
+class ApplicationList {
+ public:
+  /// The program outlives it.
+  explicit ApplicationList(Program& program);
+
+  /// Looks for them anew; `found` is called once they are there, unless the list has gone by then.
+  void find(std::function<void()> found);
+  bool isFinding() const { return m_isFinding; }
+  /// By name; those that were found last.
+  const std::vector<InstalledApplication>& all() const { return m_all; }
+  /// Those with a name that has the text in it, whatever its case and accents. Valid until they are looked for anew.
+  std::vector<const InstalledApplication*> matching(std::string_view text) const;
+
+ private:
+  Program& m_program;
+  Delay m_delay;
+  std::vector<InstalledApplication> m_all;
+  bool m_isFinding = false;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,69 @@
+#include "demo/NewPages.h"
+
+#include "core/creation/StartingPoints.h"
+#include "ui/creation/NewViewController.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::demo {
+
+namespace {
+
+constexpr auto script =
+    "#!/usr/bin/env python3\n\n"
+    "from pathlib import Path\n\n"
+    "# Says what came since yesterday.\n"
+    "for file in sorted(Path.home().joinpath(\"Inbox\").glob(\"*.txt\")):\n"
+    "    print(f\"{file.name}: {file.stat().st_size} bytes\")\n";
+
+void begin(NewController& controller, Program& program, std::size_t startingPoint) {
+  auto points = startingPoints(program.foundation.localize, program.foundation.roots);
+  controller.begin(std::move(points.at(startingPoint).job));
+}
+
+void goTo(NewController& controller, New::Page page) {
+  while (controller.currentPage() != page) (void)controller.next();
+}
+
+void chooseFrom(NewController& controller, New::Run run, const std::string& name) {
+  controller.name.setName(name);
+  goTo(controller, New::Page::what);
+  controller.what.choose(run);
+  goTo(controller, New::Page::run);
+}
+
+}  // namespace
+
+QStringList newPages() {
+  return {QStringLiteral("name"),    QStringLiteral("what"), QStringLiteral("application"), QStringLiteral("script"),
+          QStringLiteral("command"), QStringLiteral("when"), QStringLiteral("watch")};
+}
+
+void showNewPage(ui::Application& application, const QString& page) {
+  Program& program = application.program();
+  program.menus.perform(Command::new_);
+  auto* const sheet = application.window().findChild<ui::NewViewController*>();
+  if (!sheet) return;
+  NewController& controller = sheet->controller();
+  constexpr std::size_t backup = 0;
+  constexpr std::size_t folderWatch = 3;
+  if (page == QLatin1String("application")) return chooseFrom(controller, New::Run::application, "org.example.clock");
+  if (page == QLatin1String("script")) {
+    chooseFrom(controller, New::Run::script, "org.example.inbox");
+    controller.run.script.createNew();
+    return controller.run.script.setText(script);
+  }
+  if (page == QLatin1String("watch")) {
+    begin(controller, program, folderWatch);
+    goTo(controller, New::Page::what);
+    controller.what.choose(New::Run::command);
+    goTo(controller, New::Page::run);
+    controller.run.command.setText("/bin/sh ~/bin/sort-downloads.sh");
+    return goTo(controller, New::Page::when);
+  }
+  begin(controller, program, backup);
+  if (page == QLatin1String("what")) goTo(controller, New::Page::what);
+  if (page == QLatin1String("command")) goTo(controller, New::Page::run);
+  if (page == QLatin1String("when")) goTo(controller, New::Page::when);
+}
+
+}  // namespace mirvel::demo

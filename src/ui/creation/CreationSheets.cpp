@@ -1,0 +1,52 @@
+#include "ui/creation/CreationSheets.h"
+
+#include <QGuiApplication>
+
+#include "core/app/Program.h"
+#include "core/creation/ExportJob.h"
+#include "core/creation/ImportController.h"
+#include "core/mainwindow/Segue.h"
+#include "ui/creation/DuplicateViewController.h"
+#include "ui/creation/ImportDrop.h"
+#include "ui/creation/ImportViewController.h"
+#include "ui/creation/NewViewController.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+/// Only Alt counts here: Control is held by whoever chooses the command with its shortcut.
+bool showsHiddenFiles() {
+  return QGuiApplication::keyboardModifiers().testFlag(Qt::AltModifier);
+}
+
+}  // namespace
+
+CreationSheets::CreationSheets(Program& program, IconLoader& icons, QWidget& window)
+    : m_program(program), m_window(window) {
+  Shell& shell = program.shell;
+  shell.segues[String::new_] = [this, &icons] { show<NewViewController>(icons); };
+  shell.segues[String::importSegue] = [this] { show<ImportViewController>(); };
+  shell.segues[String::duplicate] = [this] { show<DuplicateViewController>(); };
+  shell.importJob = [&program] { importAction(program, showsHiddenFiles()); };
+  shell.exportJob = [&program] { exportJob(program); };
+  new ImportDrop(program, window);
+}
+
+CreationSheets::~CreationSheets() {
+  Shell& shell = m_program.shell;
+  shell.segues.erase(String::new_);
+  shell.segues.erase(String::importSegue);
+  shell.segues.erase(String::duplicate);
+  shell.importJob = nullptr;
+  shell.exportJob = nullptr;
+}
+
+template <typename Sheet, typename... More>
+void CreationSheets::show(More&... more) {
+  const MainWindowType* const window = m_program.shell.mainWindow;
+  if (window && window->hasSheet()) return;  // one at a time
+  (new Sheet(m_program, more..., m_window))->open();
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,169 @@
+#include <gmock/gmock.h>
+
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QUrl>
+
+#include "core/creation/ImportController.h"
+#include "ui/creation/DuplicateViewController.h"
+#include "ui/creation/ImportViewController.h"
+#include "ui/mainwindow/WindowFixture.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+/// The sheets on the window of a program with one job, which is selected.
+class CopySheetsTest : public WindowFixture {
+ protected:
+  void SetUp() override {
+    fill({"backup"});
+    click(0);
+  }
+  template <typename Sheet>
+  Sheet& sheet() {
+    auto* const found = window().findChild<Sheet*>();
+    if (!found) throw std::runtime_error("no sheet");
+    found->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(found));
+    return *found;
+  }
+  bool hasSheet() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return window().findChild<CopySheet*>() != nullptr;
+  }
+  template <typename Control>
+  Control& control(const char* name) {
+    return *window().findChild<Control*>(QLatin1String(name));
+  }
+  void press(Qt::Key key) {
+    auto& top = sheet<CopySheet>();
+    QTest::keyClick(top.focusWidget() ? top.focusWidget() : &top, key);
+  }
+  URL source(const std::string& name, const std::string& content) const {
+    return URL::file(folder.write(name, content));
+  }
+  std::string label(std::size_t request) const {
+    return request < helpers.requests.size() ? helpers.requests[request].text("label") : "(none)";
+  }
+
+  /// Whether the window takes what is dropped on a widget of it.
+  bool drop(QWidget& target, const QList<QUrl>& urls, Qt::DropActions actions = Qt::CopyAction) {
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enter(QPoint(5, 5), actions, &data, Qt::LeftButton, {});
+    enter.ignore();
+    QCoreApplication::sendEvent(&target, &enter);
+    if (!enter.isAccepted()) return false;
+    QDropEvent dropped(QPointF(5, 5), actions, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&target, &dropped);
+    EXPECT_EQ(dropped.dropAction(), Qt::CopyAction) << "the files stay where they are";
+    return dropped.isAccepted();
+  }
+  QUrl file(const std::string& name) const {
+    return QUrl::fromLocalFile(qt(folder.write(name, testdata::jobText("a")).string()));
+  }
+};
+
+TEST_F(CopySheetsTest, FilesAreImportedOneAfterTheOtherByTheKeyboard) {
+  importFiles(program(), {source("a.plist", testdata::jobText("a")), source("bad.plist", "<plist>\n<dict>"),
+                          source("c.plist", testdata::jobText("c"))});
+  auto& title = control<QLabel>("importTextField");
+  EXPECT_EQ(title.text(), QStringLiteral("Import – a.plist – 1 of 3"));
+  EXPECT_FALSE(control<QPushButton>("importButton").isEnabled());
+  press(Qt::Key_Return);
+  EXPECT_THAT(helpers.requests, SizeIs(0)) << "for whom isn't told yet";
+  press(Qt::Key_Space);
+  EXPECT_TRUE(control<QRadioButton>("kindUserAgentButton").isChecked());
+  press(Qt::Key_Return);
+  ASSERT_EQ(label(0), "a");
+  EXPECT_FALSE(control<QPushButton>("importButton").isEnabled());
+  helpers.requests[0].reply({});
+  EXPECT_EQ(title.text(), QStringLiteral("Import – bad.plist – 2 of 3"));
+  press(Qt::Key_Return);
+  ASSERT_THAT(interface.errors, SizeIs(1));
+  EXPECT_THAT(interface.errors[0].first, HasSubstr("“bad.plist”"));
+  EXPECT_THAT(interface.errors[0].second, HasSubstr("line 2"));
+  control<QPushButton>("skipButton").click();
+  EXPECT_EQ(title.text(), QStringLiteral("Import – c.plist – 3 of 3"));
+  EXPECT_FALSE(control<QPushButton>("skipButton").isVisible());
+  press(Qt::Key_Return);
+  EXPECT_EQ(label(1), "c");
+  EXPECT_FALSE(hasSheet());
+}
+
+TEST_F(CopySheetsTest, ACopyNeedsAnotherNameAndKeepsTheOneThatWasTyped) {
+  program().menus.perform(Command::duplicate);
+  auto& name = control<QLineEdit>("nameValueTextField");
+  EXPECT_EQ(control<QLabel>("duplicateTextField").text(), QStringLiteral("Duplicate – backup"));
+  EXPECT_EQ(name.selectedText(), QStringLiteral("backup copy"));
+  (void)sheet<DuplicateViewController>();
+  QTest::keyClicks(&name, QStringLiteral("backup"));
+  press(Qt::Key_Return);
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_EQ(name.selectedText(), QStringLiteral("backup"));
+  QTest::keyClicks(&name, QStringLiteral("a/b"));
+  press(Qt::Key_Return);
+  EXPECT_FALSE(hasSheet());
+  EXPECT_EQ(label(0), "a/b");
+  EXPECT_THAT(helpers.requests[0].text("path"), EndsWith("/a_b.plist"));
+
+  helpers.requests[0].failure(Error{.code = Error::Code::Io, .message = "full"});
+  settle();
+  click(0);
+  program().menus.perform(Command::duplicate);
+  EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("a/b"));
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(hasSheet());
+}
+
+TEST_F(CopySheetsTest, ALongNameLeavesTheSheetInItsPlace) {
+  const std::string name = "\u0646\u0633\u062e <b> & \U0001F600 " + std::string(300, 'n') + ".plist";
+  importFiles(program(), {source("folder/" + name.substr(0, 200) + ".plist", testdata::jobText("a"))});
+  auto& shown = sheet<ImportViewController>();
+  EXPECT_LE(shown.width(), 520);
+  EXPECT_THAT(utf8(control<QLabel>("importTextField").text()), HasSubstr("…"));
+  EXPECT_THAT(utf8(control<QLabel>("importTextField").toolTip()), HasSubstr("nnn"));
+}
+
+TEST_F(CopySheetsTest, JobFilesThatAreDroppedOnTheWindowAreImported) {
+  const QUrl job = file("a.plist");
+  const struct {
+    const char* what;
+    QList<QUrl> urls;
+    Qt::DropActions actions;
+    bool isTaken;
+  } table[] = {
+      {"a job file", {job}, Qt::CopyAction | Qt::MoveAction, true},
+      {"one of two", {file("x.txt"), job}, Qt::CopyAction, true},
+      {"capital letters", {file("B.PLIST")}, Qt::CopyAction, true},
+      {"another file", {file("x.txt")}, Qt::CopyAction, false},
+      {"from elsewhere", {QUrl(QStringLiteral("https://example.org/a.plist"))}, Qt::CopyAction, false},
+      {"to be moved only", {job}, Qt::MoveAction, false},
+      {"nothing", {}, Qt::CopyAction, false},
+  };
+  for (const auto& row : table) {
+    for (QWidget* target :
+         {static_cast<QWidget*>(&window()), static_cast<QWidget*>(WindowFixture::table().viewport())}) {
+      EXPECT_EQ(drop(*target, row.urls, row.actions), row.isTaken) << row.what;
+      EXPECT_EQ(hasSheet(), row.isTaken) << row.what;
+      if (row.isTaken) sheet<ImportViewController>().reject();
+    }
+  }
+  importFiles(program(), {source("a.plist", testdata::jobText("a"))});
+  EXPECT_FALSE(drop(window(), {job})) << "a sheet is up";
+  sheet<ImportViewController>().reject();
+  EXPECT_FALSE(hasSheet());
+  program().state.hasUnsavedChanges = true;
+  EXPECT_FALSE(drop(window(), {job})) << "what is being edited would go";
+}
+
+}  // namespace
+
+}  // namespace mirvel::ui

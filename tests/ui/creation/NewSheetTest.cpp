@@ -1,0 +1,238 @@
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QListView>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "core/propertylist/Reader.h"
+#include "ui/creation/NewViewController.h"
+#include "ui/mainwindow/WindowFixture.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+/// The sheet on the window of a program without jobs, which writes no search path into them.
+class NewSheetTest : public WindowFixture {
+ protected:
+  NewSheetTest() { (void)foundation.defaults.setAutomaticPATH(false); }
+
+  /// Opens it with its key.
+  void open() {
+    window().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    testdata::settle();
+    QTest::keyClick(&window(), Qt::Key_N, Qt::ControlModifier);
+    sheet().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&sheet()));
+  }
+  NewViewController& sheet() {
+    auto* const found = window().findChild<NewViewController*>();
+    if (!found) throw std::runtime_error("no sheet");
+    return *found;
+  }
+  bool hasSheet() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return window().findChild<NewViewController*>() != nullptr;
+  }
+  /// What has the keys gets them.
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QWidget* const focused = sheet().focusWidget();
+    QTest::keyClick(focused ? focused : &sheet(), key, modifiers);
+    testdata::settle();  // another page has to be laid out
+  }
+  void type(const char* text) { QTest::keyClicks(sheet().focusWidget(), QLatin1String(text)); }
+  /// For what no key of the test's keyboard gives.
+  void paste(const std::string& text) {
+    QGuiApplication::clipboard()->setText(qt(text));
+    QTest::keySequence(sheet().focusWidget(), QKeySequence::Paste);
+  }
+  template <typename Control>
+  Control& control(const char* name) {
+    auto* const found = sheet().findChild<Control*>(QLatin1String(name));
+    if (!found) throw std::runtime_error(std::string("no control ") + name);
+    return *found;
+  }
+  QPushButton& button(const std::string& title) {
+    for (auto* found : sheet().findChildren<QPushButton*>()) {
+      if (found->text() == qt(title) && found->isVisible()) return *found;
+    }
+    throw std::runtime_error("no button " + title);
+  }
+  NewController& controller() { return sheet().controller(); }
+  /// From the name to the page with the command, by the keyboard.
+  void goToCommand() {
+    press(Qt::Key_Return);
+    for (int choice = 0; choice < 3; ++choice) press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    ASSERT_EQ(controller().currentPage(), New::Page::run);
+  }
+  std::string outlook() {
+    auto& outlook = control<QWidget>("outlook");
+    std::string result = utf8(outlook.findChild<QTextEdit*>()->toPlainText()) + '\n';
+    for (const auto* label : outlook.findChildren<QLabel*>()) {
+      if (label->isVisible()) result += utf8(label->text()) + '\n';
+    }
+    return result;
+  }
+  plist::Dictionary written() const {
+    if (helpers.requests.empty()) return {};
+    const auto document = plist::read(helpers.requests.back().text("string"));
+    const plist::Value value = document ? document->value() : plist::Value(false);
+    const auto* content = value.as<plist::Dictionary>();
+    return content ? *content : plist::Dictionary();
+  }
+};
+
+TEST_F(NewSheetTest, AJobIsMadeByTheKeyboardAlone) {
+  open();
+  EXPECT_FALSE(button("Next").isEnabled());
+  press(Qt::Key_Return);
+  EXPECT_EQ(controller().currentPage(), New::Page::name) << "without a name there is no way on";
+  type("backup");
+  press(Qt::Key_Tab);
+  press(Qt::Key_Down);
+  EXPECT_EQ(controller().job().kind, Kind::localAgent);
+  press(Qt::Key_Up);
+  goToCommand();
+  EXPECT_FALSE(button("Next").isEnabled());
+  type("/bin/echo hello");
+  press(Qt::Key_Return);
+  ASSERT_EQ(controller().currentPage(), New::Page::when);
+  EXPECT_TRUE(control<QCheckBox>("runAtLoadButton").hasFocus());
+  EXPECT_EQ(outlook(), "“backup” runs as you at every login and once when it is saved.\n");
+  press(Qt::Key_Tab);
+  press(Qt::Key_Space);
+  press(Qt::Key_Tab);
+  press(Qt::Key_Space);
+  EXPECT_TRUE(control<QCheckBox>("scheduledButton").isChecked());
+  EXPECT_THAT(outlook(), HasSubstr("Next runs:"));
+  press(Qt::Key_Space);
+  EXPECT_THAT(outlook(), Not(HasSubstr("Next runs:"))) << "the rules don't count now";
+  EXPECT_TRUE(helpers.requests.empty());
+  press(Qt::Key_Return);
+  EXPECT_FALSE(hasSheet());
+  ASSERT_FALSE(helpers.requests.empty());
+  EXPECT_EQ(testdata::jobText("backup", {{"KeepAlive", plist::Dictionary{{"SuccessfulExit", true}}},
+                                         {"ProgramArguments", plist::Array{"/bin/echo", "hello"}},
+                                         {"RunAtLoad", true}}),
+            helpers.requests.back().text("string"));
+  EXPECT_EQ(program().state.selectedJob->name, "backup");
+  EXPECT_EQ(shownJob(window()), "backup");
+}
+
+TEST_F(NewSheetTest, NamesOfAnyKindArriveAsTheyWereTyped) {
+  std::string length(300, 'n');
+  for (const std::string& name :
+       {std::string("a/b"), std::string("it's \"quoted\" & <b>"), std::string("😀 e\u0301"),
+        std::string("\u0646\u0633\u062e \u0627\u062d\u062a\u064a\u0627\u0637\u064a"), std::string(" "), length}) {
+    open();
+    paste(name);
+    goToCommand();
+    type("/bin/ls");
+    press(Qt::Key_Return);
+    EXPECT_LE(sheet().width(), window().width());
+    EXPECT_THAT(outlook(), HasSubstr("“" + name + "”"));
+    press(Qt::Key_Return);
+    ASSERT_FALSE(hasSheet()) << name;
+    const plist::Dictionary content = written();
+    const auto* label = content.find("Label");
+    ASSERT_TRUE(label) << name;
+    EXPECT_EQ(*label, plist::Value(name));
+    helpers.requests.back().reply({});
+    settle();
+  }
+}
+
+TEST_F(NewSheetTest, WhatCouldntBeWrittenStandsInTheNextSheet) {
+  open();
+  type("backup");
+  goToCommand();
+  type("/bin/ls");
+  press(Qt::Key_Return);
+  helpers.canConnect = false;
+  press(Qt::Key_Return);
+  settle();
+  EXPECT_FALSE(hasSheet());
+  EXPECT_FALSE(interface.errors.empty());
+  open();
+  EXPECT_EQ(control<QLineEdit>("nameTextField").text(), QStringLiteral("backup"));
+  press(Qt::Key_Return);
+  press(Qt::Key_Return);
+  EXPECT_EQ(control<QPlainTextEdit>("runTextField").toPlainText(), QStringLiteral("/bin/ls"));
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(hasSheet());
+  open();
+  EXPECT_EQ(control<QLineEdit>("nameTextField").text(), QString()) << "that was given up";
+}
+
+TEST_F(NewSheetTest, AStartingPointFillsThePagesAndKeepsTheNameThatWasTyped) {
+  open();
+  QTest::mouseClick(&button("Back Up a Folder"), Qt::LeftButton);
+  EXPECT_EQ(control<QLineEdit>("nameTextField").selectedText(), QStringLiteral("Backup"));
+  type("mine");
+  QTest::mouseClick(&button("Watch a Folder"), Qt::LeftButton);
+  EXPECT_EQ(control<QLineEdit>("nameTextField").text(), QStringLiteral("mine"));
+  QTest::mouseClick(&button("Back Up a Folder"), Qt::LeftButton);
+  press(Qt::Key_Return);
+  press(Qt::Key_Return);
+  EXPECT_THAT(utf8(control<QPlainTextEdit>("runTextField").toPlainText()), HasSubstr("rsync -a "));
+  press(Qt::Key_Return);
+  EXPECT_THAT(outlook(), HasSubstr("every day at"));
+  QTest::mouseClick(&button("Previous"), Qt::LeftButton);
+  testdata::settle();
+  EXPECT_EQ(controller().currentPage(), New::Page::run);
+  EXPECT_TRUE(control<QPlainTextEdit>("runTextField").hasFocus());
+  press(Qt::Key_Return);
+  EXPECT_THAT(outlook(), HasSubstr("every day at")) << "the rules are still there";
+}
+
+TEST_F(NewSheetTest, AnApplicationIsFoundByAPartOfItsName) {
+  for (const char* name : {"Clock", "Calculator", "Mail"}) {
+    (void)folder.write("home/.local/share/applications/" + std::string(name) + ".desktop",
+                       "[Desktop Entry]\nType=Application\nExec=/bin/" + std::string(name) + "\nName=" + name + "\n");
+  }
+  open();
+  type("a");
+  press(Qt::Key_Return);
+  press(Qt::Key_Space);
+  press(Qt::Key_Return);
+  auto& list = *sheet().findChild<QListView*>();
+  EXPECT_EQ(list.model()->rowCount(), 0);
+  fileQueue.runAll();
+  queue.runDue();
+  EXPECT_EQ(list.model()->rowCount(), 3);
+  type("c");
+  EXPECT_EQ(list.model()->rowCount(), 2);
+  EXPECT_FALSE(button("Next").isEnabled());
+  press(Qt::Key_Down);
+  EXPECT_EQ(control<QLabel>("applicationTextField").text(), QStringLiteral("Calculator"));
+  press(Qt::Key_Down);
+  press(Qt::Key_Down);
+  EXPECT_EQ(control<QLabel>("applicationTextField").text(), QStringLiteral("Clock"));
+  EXPECT_EQ(controller().job().plist.run, "\"/bin/Clock\"");
+  type("x");
+  EXPECT_EQ(list.model()->rowCount(), 0);
+  EXPECT_EQ(control<QLabel>("applicationTextField").text(), QStringLiteral("Clock")) << "it stays chosen";
+  EXPECT_TRUE(button("Next").isEnabled());
+}
+
+TEST_F(NewSheetTest, ACommandThatNamesNoFileIsMarkedAndMayStand) {
+  open();
+  type("a");
+  goToCommand();
+  type("/none/here");
+  fileQueue.runAll();
+  queue.runDue();
+  EXPECT_EQ(control<QPlainTextEdit>("runTextField").toolTip(), QStringLiteral("Not found: /none/here"));
+  EXPECT_TRUE(button("Next").isEnabled());
+}
+
+}  // namespace
+
+}  // namespace mirvel::ui
