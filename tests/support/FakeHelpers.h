@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/actions/HelperConnection.h"
+#include "core/propertylist/Reader.h"
 
 namespace mirvel::testdata {
 
@@ -33,6 +34,15 @@ class FakeHelpers final : public HelperConnections {
 
   std::vector<Request> requests = {};
   std::vector<std::string> ended = {};  ///< connections that were invalidated
+  /// The content of the job file that was asked for last; empty if none was.
+  plist::Dictionary written() const {
+    if (requests.empty()) return {};
+    const auto document = plist::read(requests.back().text("string"));
+    const plist::Value value = document ? document->value() : plist::Value(false);
+    const auto* content = value.as<plist::Dictionary>();
+    return content ? *content : plist::Dictionary();
+  }
+
   bool canConnect = true;
   bool isHandshakeHeld = false;  ///< the user hasn't answered yet
   std::function<void()> whenAsked = [] {};

@@ -19,6 +19,8 @@ CopySheet::CopySheet(QWidget& window)
   QFont bold = font();
   bold.setBold(true);
   m_heading->setFont(bold);
+  constexpr int fewestCharacters = 36;
+  m_heading->setMinimumWidth(fewestCharacters * fontMetrics().averageCharWidth());
   layout->addWidget(m_heading);
   layout->addSpacing(layout->spacing());
   layout->addLayout(m_rows);

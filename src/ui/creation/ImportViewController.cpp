@@ -24,6 +24,7 @@ ImportViewController::ImportViewController(Program& program, QWidget& window)
   m_importTextField->setObjectName(QStringLiteral("importTextField"));
   m_kindTextField->setObjectName(QStringLiteral("kindTextField"));
   m_kindTextField->setBuddy(m_kindButtons);
+  m_kindTextField->setFixedHeight(m_kindButtons->lineHeight());
   rows().addRow(m_kindTextField, m_kindButtons);
 
   connect(m_kindButtons, &KindButtons::clicked, this, [this](int tag) {

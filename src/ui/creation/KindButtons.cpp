@@ -47,6 +47,10 @@ KindButtons::KindButtons(Program& program, QWidget* parent) : QWidget(parent), m
   connect(m_buttons, &QButtonGroup::idClicked, this, &KindButtons::clicked);
 }
 
+int KindButtons::lineHeight() const {
+  return m_buttons->buttons().constFirst()->sizeHint().height();
+}
+
 void KindButtons::setChosen(std::optional<Kind> kind) {
   m_buttons->setExclusive(false);  // a group that is exclusive keeps one button on
   for (QAbstractButton* button : m_buttons->buttons()) {

@@ -21,6 +21,8 @@ class KindButtons final : public QWidget {
  public:
   explicit KindButtons(Program& program, QWidget* parent = nullptr);
 
+  /// Of one of them, so that a title beside them can stand level with the first.
+  int lineHeight() const;
   /// Turns the button of the kind on and the others off; none, or a kind that has no button: all off. Emits nothing.
   void setChosen(std::optional<Kind> kind);
 

@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QVBoxLayout>
 
 #include "core/app/Program.h"
@@ -39,7 +38,7 @@ QLayout* NewNameViewController::makeForm(const Localize& localize) {
   auto* nameTitle = new QLabel(qt(localize.name()) + QLatin1Char(':'));
   nameTitle->setBuddy(m_nameTextField);
   auto* kindTitle = new QLabel(qt(localize.forString()) + QLatin1Char(':'));
-  kindTitle->setFixedHeight(m_kindButtons->findChild<QRadioButton*>()->sizeHint().height());  // beside the first one
+  kindTitle->setFixedHeight(m_kindButtons->lineHeight());
   form->addWidget(nameTitle, 0, 0);
   form->addWidget(m_nameTextField, 0, 1);
   form->addWidget(kindTitle, 1, 0, Qt::AlignTop);

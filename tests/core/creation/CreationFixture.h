@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "core/propertylist/Reader.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 
@@ -16,14 +15,7 @@ class CreationFixture : public testdata::ProgramFixture {
     (void)foundation.defaults.setAutomaticPATH(false);
   }
 
-  /// The content of the file that was asked for last.
-  plist::Dictionary written() const {
-    if (helpers.requests.empty()) return {};
-    const auto document = plist::read(helpers.requests.back().text("string"));
-    const plist::Value value = document ? document->value() : plist::Value(false);
-    const auto* content = value.as<plist::Dictionary>();
-    return content ? *content : plist::Dictionary();
-  }
+  plist::Dictionary written() const { return helpers.written(); }
   /// The file's place below the machine's root.
   std::string writtenPath() const {
     if (helpers.requests.empty()) return "(nothing)";

@@ -6,7 +6,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-#include "core/propertylist/Reader.h"
 #include "ui/creation/NewViewController.h"
 #include "ui/mainwindow/WindowFixture.h"
 
@@ -80,13 +79,6 @@ class NewSheetTest : public WindowFixture {
     }
     return result;
   }
-  plist::Dictionary written() const {
-    if (helpers.requests.empty()) return {};
-    const auto document = plist::read(helpers.requests.back().text("string"));
-    const plist::Value value = document ? document->value() : plist::Value(false);
-    const auto* content = value.as<plist::Dictionary>();
-    return content ? *content : plist::Dictionary();
-  }
 };
 
 TEST_F(NewSheetTest, AJobIsMadeByTheKeyboardAlone) {
@@ -140,7 +132,7 @@ TEST_F(NewSheetTest, NamesOfAnyKindArriveAsTheyWereTyped) {
     EXPECT_THAT(outlook(), HasSubstr("“" + name + "”"));
     press(Qt::Key_Return);
     ASSERT_FALSE(hasSheet()) << name;
-    const plist::Dictionary content = written();
+    const plist::Dictionary content = helpers.written();
     const auto* label = content.find("Label");
     ASSERT_TRUE(label) << name;
     EXPECT_EQ(*label, plist::Value(name));
