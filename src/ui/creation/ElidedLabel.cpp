@@ -20,7 +20,7 @@ void ElidedLabel::setFullText(const QString& text) {
 }
 
 QSize ElidedLabel::sizeHint() const {
-  const int widest = 44 * fontMetrics().averageCharWidth();
+  const int widest = 60 * fontMetrics().averageCharWidth();
   const int all = fontMetrics().horizontalAdvance(m_text) + 2 * margin();
   return {std::min(all, widest), QLabel::sizeHint().height()};
 }

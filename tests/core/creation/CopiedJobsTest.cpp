@@ -151,6 +151,16 @@ TEST_F(CopiedJobsTest, SeveralFilesAreImportedOneAfterTheOther) {
   EXPECT_TRUE(importOf({source("a.plist", "")}).skip());
 }
 
+TEST_F(CopiedJobsTest, AnAnswerAfterTheSheetHasGoneIsNoMatter) {
+  {
+    auto sheet = importOf({source("a.plist", testdata::jobText("a")), source("b.plist", "")});
+    sheet.changed = [] { ADD_FAILURE(); };
+    sheet.kindChanged(0);
+    EXPECT_FALSE(sheet.importFile());
+  }
+  helpers.requests.at(0).reply({});
+}
+
 TEST_F(CopiedJobsTest, ADuplicateDiffersInItsLabelOnly) {
   writeJob(Kind::localAgent, "job", {{"ProgramArguments", plist::Array{"/bin/ls"}}, {"Unheard", "x"}});
   select("job");

@@ -164,6 +164,26 @@ TEST_F(CopySheetsTest, JobFilesThatAreDroppedOnTheWindowAreImported) {
   EXPECT_FALSE(drop(window(), {job})) << "what is being edited would go";
 }
 
+TEST_F(CopySheetsTest, EveryViewAndTheDetailsTakeJobFiles) {
+  const QUrl job = file("a.plist");
+  const auto take = [&](QWidget& target, const std::string& what) {
+    EXPECT_TRUE(drop(target, {job})) << what;
+    if (hasSheet()) sheet<ImportViewController>().reject();
+    EXPECT_FALSE(hasSheet());
+  };
+  for (QWidget* detail : window().details().currentWidget()->findChildren<QWidget*>()) {
+    if (detail->isVisible()) take(*detail, detail->metaObject()->className());
+  }
+  for (const Mode mode : {Mode::grid, Mode::tree, Mode::timeline, Mode::list}) {
+    program().mainWindow.switchMode(mode);
+    settle();
+    testdata::settle();
+    take(*window().childAt(window().width() / 4, window().height() / 2), std::to_string(static_cast<int>(mode)));
+  }
+  const QUrl folderOfThatName = QUrl::fromLocalFile(qt(folder.write("d.plist/inside", "").parent_path().string()));
+  EXPECT_FALSE(drop(window(), {folderOfThatName}));
+}
+
 }  // namespace
 
 }  // namespace mirvel::ui
