@@ -10,10 +10,11 @@
 
 namespace mirvel::ui {
 
-CopySheet::CopySheet(QWidget& window)
-    : QDialog(&window), m_heading(new ElidedLabel), m_rows(new QFormLayout), m_buttons(new QDialogButtonBox) {
-  setAttribute(Qt::WA_DeleteOnClose);
-  setWindowModality(Qt::WindowModal);
+CopySheet::CopySheet(QWidget& window, Defaults& defaults, const char* frameName)
+    : SheetViewController(window, defaults, frameName),
+      m_heading(new ElidedLabel),
+      m_rows(new QFormLayout),
+      m_buttons(new QDialogButtonBox) {
   auto* layout = new QVBoxLayout(this);
   layout->setSizeConstraint(QLayout::SetFixedSize);
   QFont bold = font();

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QDialog>
 #include <string>
+
+#include "ui/support/SheetViewController.h"
 
 class QDialogButtonBox;
 class QFormLayout;
@@ -17,12 +18,12 @@ class ElidedLabel;
 
 /// A small sheet on the main window: a heading, a few rows, and buttons. Escape dismisses it, Return presses its
 /// default button. It goes when it is dismissed.
-class CopySheet : public QDialog {
+class CopySheet : public SheetViewController {
   Q_OBJECT
 
  public:
   /// The window owns it.
-  explicit CopySheet(QWidget& window);
+  CopySheet(QWidget& window, Defaults& defaults, const char* frameName);
 
  protected:
   /// Made with the sheet, but for its text.

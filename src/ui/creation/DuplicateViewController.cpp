@@ -12,7 +12,7 @@
 namespace mirvel::ui {
 
 DuplicateViewController::DuplicateViewController(Program& program, QWidget& window)
-    : CopySheet(window),
+    : CopySheet(window, program.foundation.defaults, "Duplicate Sheet"),
       m_controller(program),
       m_duplicateTextField(&heading()),
       m_nameTitleTextField(new QLabel(qt(m_controller.nameTitle()))),

@@ -12,7 +12,7 @@
 namespace mirvel::ui {
 
 ImportViewController::ImportViewController(Program& program, QWidget& window)
-    : CopySheet(window),
+    : CopySheet(window, program.foundation.defaults, "Import Sheet"),
       m_controller(program),
       m_importTextField(&heading()),
       m_kindTextField(new QLabel(qt(m_controller.kindTitle()))),

@@ -17,14 +17,11 @@
 namespace mirvel::ui {
 
 NewViewController::NewViewController(Program& program, IconLoader& icons, QWidget& window)
-    : QDialog(&window),
+    : SheetViewController(window, program.foundation.defaults, "New sheet"),
       m_controller(program),
       m_pageBar(new PageBar(icons)),
       m_tabViewController(new NewTabViewController) {
-  setAttribute(Qt::WA_DeleteOnClose);
-  setWindowModality(Qt::WindowModal);
   setWindowTitle(qt(program.foundation.localize.new_()));
-  setObjectName(QStringLiteral("New sheet"));
   addPages(program, icons);
 
   auto* layout = new QVBoxLayout(this);
@@ -37,12 +34,13 @@ NewViewController::NewViewController(Program& program, IconLoader& icons, QWidge
   m_controller.setChanged([this] { redraw(); });
   m_controller.endEditing = [this] { commitTyping(); };
   redraw();
-  resize(fontMetrics().averageCharWidth() * 86, fontMetrics().lineSpacing() * 26);
+  restoreSize({fontMetrics().averageCharWidth() * 86, fontMetrics().lineSpacing() * 26});
 }
 
 NewViewController::~NewViewController() {
-  m_tabViewController->selected().disappear();
   m_controller.setChanged({});
+  m_tabViewController->selected().disappear();
+  delete m_tabViewController;  // the pages go before the controller that they use
 }
 
 void NewViewController::addPages(Program& program, IconLoader& icons) {

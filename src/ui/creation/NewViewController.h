@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QDialog>
-
 #include "core/creation/NewController.h"
 #include "ui/support/IconLoader.h"
+#include "ui/support/SheetViewController.h"
 
 class QPushButton;
 
@@ -13,7 +12,7 @@ class NewTabViewController;
 class PageBar;
 
 /// The sheet that leads to a new job.
-class NewViewController final : public QDialog {
+class NewViewController final : public SheetViewController {
   Q_OBJECT
 
  public:

@@ -2,30 +2,12 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QStringList>
 
-#include "ui/support/QtText.h"
+#include "ui/support/FrameNumbers.h"
 
 namespace mirvel::ui {
 
 namespace {
-
-QList<int> numbersIn(const std::optional<std::string>& text) {
-  QList<int> result;
-  if (!text) return result;
-  for (const QString& word : qt(*text).split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-    bool isNumber = false;
-    result.append(word.toInt(&isNumber));
-    if (!isNumber) return {};
-  }
-  return result;
-}
-
-std::string text(const QList<int>& numbers) {
-  QStringList words;
-  for (const int number : numbers) words.append(QString::number(number));
-  return utf8(words.join(QLatin1Char(' ')));
-}
 
 /// Whether enough of the window's top can be seen to take hold of it.
 bool isWithinReach(const QRect& frame) {
@@ -53,8 +35,8 @@ bool restoreFrame(QMainWindow& window, QSplitter& splitter, const Defaults& defa
 
 void saveFrame(const QMainWindow& window, const QSplitter& splitter, Defaults& defaults) {
   const QRect frame = window.normalGeometry();
-  (void)defaults.setText(Defaults::Key::windowFrame, text({frame.x(), frame.y(), frame.width(), frame.height()}));
-  (void)defaults.setText(Defaults::Key::splitFrames, text(splitter.sizes()));
+  (void)defaults.setText(Defaults::Key::windowFrame, textOf({frame.x(), frame.y(), frame.width(), frame.height()}));
+  (void)defaults.setText(Defaults::Key::splitFrames, textOf(splitter.sizes()));
 }
 
 }  // namespace mirvel::ui

@@ -161,6 +161,12 @@ TEST_F(NewSheetTest, WhatCouldntBeWrittenStandsInTheNextSheet) {
   EXPECT_FALSE(hasSheet());
   open();
   EXPECT_EQ(control<QLineEdit>("nameTextField").text(), QString()) << "that was given up";
+  const QSize wide(800, 600);
+  sheet().resize(wide);
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(hasSheet());
+  open();
+  EXPECT_EQ(sheet().size(), wide) << "it has the size that the user gave it last";
 }
 
 TEST_F(NewSheetTest, AStartingPointFillsThePagesAndKeepsTheNameThatWasTyped) {

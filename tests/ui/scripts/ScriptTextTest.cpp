@@ -4,7 +4,6 @@
 #include <QAccessible>
 #include <QSignalSpy>
 #include <QVBoxLayout>
-#include <ctime>
 
 #include "ui/scripts/ScriptTextFixture.h"
 #include "ui/support/Palettes.h"
@@ -152,8 +151,8 @@ TEST_P(ScriptTextTest, AnotherLanguageOrPaletteKeepsInsertionPointAndUndo) {
   EXPECT_EQ(m_text.text().substr(0, 3), "if ");
 }
 
-TEST_P(ScriptTextTest, AMegabyteIsShownAndEditedInNoTime) {
-  constexpr int mostSeconds = 20;  // of the processor, in a build with sanitizers
+/// Lines of a megabyte would keep some lexers busy for hours.
+TEST_P(ScriptTextTest, AMegabyteIsShownAndEdited) {
   const std::string pieces[] = {"echo \"some text\" 'x' $var\n", "("};
   m_text.resize(400, 200);
   m_text.show();
@@ -163,14 +162,12 @@ TEST_P(ScriptTextTest, AMegabyteIsShownAndEditedInNoTime) {
     for (const std::string& piece : pieces) {
       std::string text;
       while (text.size() < 1 << 20) text += piece;
-      const std::clock_t start = std::clock();
       m_text.setText(text);
       (void)m_text.grab();
       m_text.setInsertionPoint(text.size());
       type("z");
       (void)m_text.grab();
-      EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, mostSeconds) << piece << ", " << static_cast<int>(syntax);
-      EXPECT_EQ(m_text.text().size(), text.size() + 1);
+      EXPECT_EQ(m_text.text().size(), text.size() + 1) << piece << ", " << static_cast<int>(syntax);
     }
   }
 }
