@@ -22,6 +22,7 @@ NewNameViewController::NewNameViewController(Program& program, NewController& co
       m_startingPointButtons(new QButtonGroup(this)) {
   const Localize& localize = program.foundation.localize;
   m_nameTextField->setObjectName(QStringLiteral("nameTextField"));
+  m_nameTextField->setAccessibleName(qt(localize.name()));
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(makeForm(localize));
   layout->addStretch();

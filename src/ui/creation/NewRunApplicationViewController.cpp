@@ -12,6 +12,7 @@
 #include "ui/creation/ApplicationModel.h"
 #include "ui/creation/ApplicationView.h"
 #include "ui/creation/ElidedLabel.h"
+#include "ui/support/FilterField.h"
 #include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
 
@@ -21,15 +22,12 @@ NewRunApplicationViewController::NewRunApplicationViewController(Program& progra
                                                                  IconLoader& icons)
     : m_chooser(chooser),
       m_list(program),
-      m_filter(new QLineEdit),
+      m_filter(filterField(program.foundation.localize)),
       m_model(new ApplicationModel(icons, this)),
       m_view(new ApplicationView),
       m_shown(new ElidedLabel),
       m_nothing(qt(program.foundation.localize.noItems())) {
   const Localize& localize = program.foundation.localize;
-  m_filter->setPlaceholderText(qt(localize.filter()));
-  m_filter->setAccessibleName(qt(localize.filter()));
-  m_filter->setClearButtonEnabled(true);
   m_filter->installEventFilter(this);
   m_view->setModel(m_model);
   m_view->setAccessibleName(qt(localize.application()));

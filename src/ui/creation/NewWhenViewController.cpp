@@ -82,6 +82,7 @@ QWidget* NewWhenViewController::makeWatchedFolder() {
 QWidget* NewWhenViewController::makeOutlook() {
   auto* outlook = new QWidget;
   outlook->setObjectName(QStringLiteral("outlook"));
+  m_sentence->setAccessibleName(qt(m_program.foundation.localize.summary()));
   auto* layout = new QVBoxLayout(outlook);
   layout->addWidget(m_sentence);
   auto* runs = new QHBoxLayout;

@@ -8,6 +8,7 @@
 
 #include "core/mainwindow/ModeFilter.h"
 #include "ui/mainwindow/MainMenu.h"
+#include "ui/support/FilterField.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SymbolButton.h"
@@ -15,13 +16,6 @@
 namespace mirvel::ui {
 
 namespace {
-
-/// Names for the ear what Qt put into a widget by itself: the buttons without a text.
-void nameButtons(const QWidget& owner, const QString& name) {
-  for (auto* button : owner.findChildren<QToolButton*>()) {
-    if (button->text().isEmpty() && button->accessibleName().isEmpty()) button->setAccessibleName(name);
-  }
-}
 
 QWidget* newSpace() {
   auto* space = new QWidget;
@@ -87,15 +81,7 @@ void Toolbar::addModes() {
 }
 
 void Toolbar::addFilter() {
-  const Localize& localize = m_program.foundation.localize;
-  m_filter = new QLineEdit;
-  const QString name = qt(localize.filter());
-  m_filter->setPlaceholderText(name);
-  m_filter->setAccessibleName(name);
-  m_filter->setClearButtonEnabled(true);
-  nameButtons(*m_filter, qt(localize.cancel()));
-  m_filter->addAction(IconLoader::symbol("edit-find"), QLineEdit::LeadingPosition);
-  nameButtons(*m_filter, name);
+  m_filter = filterField(m_program.foundation.localize);
   m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
     if (ModeType* mode = m_program.currentMode()) modeFilter(m_program, *mode, m_program.state.jobs, utf8(text));

@@ -15,4 +15,10 @@ QToolButton* symbolButton(const char* symbol, const std::string& title, QWidget*
   return button;
 }
 
+void nameButtons(const QWidget& owner, const QString& name) {
+  for (auto* button : owner.findChildren<QToolButton*>()) {
+    if (button->text().isEmpty() && button->accessibleName().isEmpty()) button->setAccessibleName(name);
+  }
+}
+
 }  // namespace mirvel::ui

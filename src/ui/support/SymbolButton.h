@@ -9,4 +9,7 @@ namespace mirvel::ui {
 /// takes the keys from the Tab key, not from a click.
 QToolButton* symbolButton(const char* symbol, const std::string& title, QWidget* parent = nullptr);
 
+/// Names for the ear what Qt put into a widget by itself: the buttons without a text.
+void nameButtons(const QWidget& owner, const QString& name);
+
 }  // namespace mirvel::ui

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "ui/app/ApplicationFixture.h"
+#include "ui/creation/NewViewController.h"
 
 namespace mirvel::ui {
 
@@ -69,6 +70,39 @@ TEST_F(AccessibilityTest, EveryControlHasARoleAndAName) {
         localize.revealInFinder(), Column::title(Column::List::scheduled, localize)}) {
     EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
   }
+}
+
+TEST_F(AccessibilityTest, EveryPageOfANewJobIsTold) {
+  start();
+  program().menus.perform(Command::new_);
+  auto* const sheet = window().findChild<NewViewController*>();
+  ASSERT_TRUE(sheet);
+  NewController& controller = sheet->controller();
+  const auto walkPage = [&](const std::string& expected) {
+    testdata::settle();
+    m_names.clear();
+    walk(QAccessible::queryAccessibleInterface(sheet), "");
+    EXPECT_TRUE(m_names.contains(expected)) << expected << " was not reached";
+  };
+  const Localize& localize = program().foundation.localize;
+  controller.name.setName("a");
+  walkPage(localize.name());
+  for (const auto run : {New::Run::application, New::Run::script, New::Run::command}) {
+    while (controller.currentPage() != New::Page::what) {
+      controller.currentPage() == New::Page::name ? (void)controller.next() : controller.previous();
+    }
+    controller.what.choose(run);
+    walkPage(localize.script());
+    controller.next();
+    if (run == New::Run::script) controller.run.script.createNew();
+    walkPage(run == New::Run::application ? localize.application()
+             : run == New::Run::script    ? localize.script()
+                                          : localize.command());
+  }
+  controller.run.command.setText("/bin/ls");
+  controller.next();
+  controller.when.scheduled(true);
+  walkPage(localize.scheduled());
 }
 
 TEST_F(AccessibilityTest, TheEditorIsToldFieldByField) {
