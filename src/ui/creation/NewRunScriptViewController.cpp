@@ -45,7 +45,7 @@ void NewRunScriptViewController::makeText() {
   m_text = makeScriptText(m_program, qt(m_program.foundation.localize.script()), this);
   m_text->hide();
   m_layout->insertWidget(m_layout->indexOf(m_hint), m_text, 1);
-  setTabOrder(m_save, m_text);  // it was made after whatever follows this page
+  setTabOrder(m_save, m_text->focusProxy());  // it was made after whatever follows this page
   connect(m_text, &ScriptText::textChanged, this, &NewRunScriptViewController::textHasChanged);
 }
 
@@ -55,7 +55,10 @@ void NewRunScriptViewController::redraw() {
   m_hint->setText(qt(m_script.isWriting() ? localize.saveTheScriptToGoOn() : localize.chooseOrWriteAScript()));
   m_hint->setVisible(m_script.state() != NewRunScript::State::ready);
   redrawText();
-  setFocusProxy(m_script.isWriting() ? static_cast<QWidget*>(m_text) : m_choose);
+}
+
+void NewRunScriptViewController::focusOnFirst() {
+  (m_script.isWriting() ? static_cast<QWidget*>(m_text) : m_choose)->setFocus();
 }
 
 void NewRunScriptViewController::redrawButtons() {

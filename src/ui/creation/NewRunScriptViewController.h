@@ -20,6 +20,8 @@ class NewRunScriptViewController final : public QWidget {
 
   /// Shows the script as it is now. To be called when the sheet tells of a change; the page's own operations do so.
   void redraw();
+  /// Gives the focus to the text, or else to the first button.
+  void focusOnFirst();
 
  private:
   QLayout* makeButtons();

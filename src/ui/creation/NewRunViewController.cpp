@@ -41,6 +41,7 @@ void NewRunViewController::redraw() {
 }
 
 void NewRunViewController::focusOnFirst() {
+  if (newController.what.chosen() == New::Run::script) return m_script->focusOnFirst();
   m_runTabViewController->currentWidget()->setFocus();
 }
 

@@ -220,6 +220,29 @@ TEST_F(NewSheetTest, AnApplicationIsFoundByAPartOfItsName) {
   EXPECT_TRUE(button("Next").isEnabled());
 }
 
+TEST_F(NewSheetTest, AScriptIsWrittenAndSavedOnItsPage) {
+  std::filesystem::create_directories(roots.home);
+  open();
+  type("a");
+  press(Qt::Key_Return);
+  press(Qt::Key_Down);
+  press(Qt::Key_Down);
+  press(Qt::Key_Return);
+  press(Qt::Key_Tab);
+  press(Qt::Key_Space);
+  type("ls");
+  EXPECT_EQ(controller().run.script.text(), "#!/bin/zsh\n\nls");
+  EXPECT_FALSE(button("Next").isEnabled());
+  press(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_TRUE(button("Save…").hasFocus()) << "it stands before the text";
+  interface.savePath = roots.home / "a b.sh";
+  press(Qt::Key_Space);
+  EXPECT_TRUE(button("Next").isEnabled());
+  press(Qt::Key_Return);
+  EXPECT_EQ(controller().currentPage(), New::Page::when);
+  EXPECT_THAT(controller().job().plist.run, testing::EndsWith(" \"" + (roots.home / "a b.sh").string() + '"'));
+}
+
 TEST_F(NewSheetTest, ACommandThatNamesNoFileIsMarkedAndMayStand) {
   open();
   type("a");

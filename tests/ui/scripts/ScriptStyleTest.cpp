@@ -210,6 +210,17 @@ TEST_F(ScriptStyleTest, ColoursThatCantBeReadOnADesktopsBaseGiveWayToItsText) {
   }
 }
 
+TEST_F(ScriptStyleTest, NoStyleStaysBehindWhenALanguageIsLost) {
+  const std::string text = "#!/bin/sh\n# comment\nls 'x'\n";
+  m_text.setText(text);
+  m_text.setSyntax(SyntaxType::shell);
+  m_editor.SendScintilla(QsciScintilla::SCI_COLOURISE, 0UL, -1L);
+  m_text.setSyntax(SyntaxType::none);
+  for (unsigned long place = 0; place < text.size(); ++place) {
+    EXPECT_EQ(m_editor.SendScintilla(QsciScintilla::SCI_GETSTYLEAT, place), 0) << place;
+  }
+}
+
 TEST_F(ScriptStyleTest, EveryStyleHasTheSameFont) {
   for (const SyntaxType type : types) {
     m_text.setSyntax(type);

@@ -99,7 +99,7 @@ void ScintillaEditor::setBytes(std::string_view text) {
 
 void ScintillaEditor::setSyntax(SyntaxType type) {
   m_syntax = type;
-  setLexer(nullptr);
+  dropLexer();
   m_lexer = makeScriptLexer(type);
   if (m_lexer) styleLexer(*m_lexer, type, m_look);
   useLexer();
@@ -109,8 +109,15 @@ void ScintillaEditor::setSyntax(SyntaxType type) {
 void ScintillaEditor::useLexer() {
   QsciLexer* const wanted = m_widestLine <= mostColouredColumns ? m_lexer.get() : nullptr;
   if (lexer() == wanted) return;
-  setLexer(wanted);
+  if (!wanted) dropLexer();
+  if (wanted) setLexer(wanted);
   applyStyle();
+}
+
+/// Its styles go with it: without it there is only one that has the font of scripts.
+void ScintillaEditor::dropLexer() {
+  setLexer(nullptr);
+  SendScintilla(SCI_CLEARDOCUMENTSTYLE);
 }
 
 void ScintillaEditor::setLook(const ScriptLook& look) {

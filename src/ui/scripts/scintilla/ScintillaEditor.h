@@ -41,6 +41,7 @@ class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
   void leaveKeysToMenus();
   void textHasChanged();
   void useLexer();
+  void dropLexer();
   void applyStyle();
   long characterWidth() const;  ///< in pixels, of most
   void fitMargin();
