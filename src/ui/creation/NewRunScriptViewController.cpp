@@ -109,6 +109,7 @@ void NewRunScriptViewController::createNew() {
 
 void NewRunScriptViewController::save() {
   m_script.save();
+  if (!m_script.isWriting()) m_choose->setFocus();  // the button that has the keys goes
   redraw();
 }
 

@@ -238,6 +238,7 @@ TEST_F(NewSheetTest, AScriptIsWrittenAndSavedOnItsPage) {
   interface.savePath = roots.home / "a b.sh";
   press(Qt::Key_Space);
   EXPECT_TRUE(button("Next").isEnabled());
+  EXPECT_TRUE(button("~/a b.sh").hasFocus());
   press(Qt::Key_Return);
   EXPECT_EQ(controller().currentPage(), New::Page::when);
   EXPECT_THAT(controller().job().plist.run, testing::EndsWith(" \"" + (roots.home / "a b.sh").string() + '"'));
