@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,6 +34,7 @@ struct New {
   launchd::Plist plist = launchd::Plist::blankPlist();
   std::optional<Run> runPage = {};
   std::string shownApplication = {};
+  std::filesystem::path application = {};  ///< its file or desktop entry
   Script script = {};
   std::string command = {};  ///< as typed
   bool isScheduled = false;
@@ -43,6 +45,7 @@ struct New {
             .plist = plist.clone(),
             .runPage = runPage,
             .shownApplication = shownApplication,
+            .application = application,
             .script = script,
             .command = command,
             .isScheduled = isScheduled,

@@ -84,7 +84,7 @@ void NewRunScript::save() {
       interface.savePanel({.folder = foundation.roots.home, .name = language.fileName, .allowedType = {}});
   if (!file) return;
   if (const auto written = replaceFile(*file, text()); !written) return interface.present(written.error());
-  becomeReady(*file, foundation.commands.*language.interpreter + ' ' + commandWord(file->native()));
+  becomeReady(*file, foundation.commands.*language.interpreter + ' ' + fileWord(*file));
   m_sheet.tellOfChange();
 }
 

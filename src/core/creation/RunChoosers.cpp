@@ -37,8 +37,13 @@ void NewRunApplication::choose(const InstalledApplication& application) {
   take(application.path, application.name);
 }
 
+bool NewRunApplication::isChosen(const InstalledApplication& application) const {
+  return !shown().empty() && m_sheet.job.application == application.path;
+}
+
 void NewRunApplication::take(const fs::path& file, std::string shown) {
   m_sheet.job.shownApplication = std::move(shown);
+  m_sheet.job.application = file;
   m_sheet.job.plist.run = chosenCommand(m_sheet.program, file);
   m_sheet.job.plist.processType = "Interactive";
   m_sheet.tellOfChange();

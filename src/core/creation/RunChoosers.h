@@ -35,6 +35,7 @@ class NewRunApplication final : public RunType {
 
   /// What the field shows: the path or the name of the application.
   const std::string& shown() const { return m_sheet.job.shownApplication; }
+  bool isChosen(const InstalledApplication& application) const;
   /// Asks for one.
   void choose(bool showsHiddenFiles);
   void choose(const InstalledApplication& application);

@@ -53,8 +53,9 @@ EditController::~EditController() {
 void EditController::updateButtons() {
   const AppState& state = m_program.state;
   const Localize& localize = m_program.foundation.localize;
-  m_stack.showButtons(
-      {.isBusy = state.isBusy, .discardTitle = state.hasUnsavedChanges ? localize.discardChanges() : localize.done()});
+  m_stack.showButtons({.isBusy = state.isBusy,
+                       .isSaving = state.isBusy && !state.isLoading,
+                       .discardTitle = state.hasUnsavedChanges ? localize.discardChanges() : localize.done()});
 }
 
 void EditController::refreshEditedState() {

@@ -13,7 +13,8 @@ class Program;
 
 /// The buttons below the sections of the editor.
 struct EditButtons {
-  bool isBusy = false;  ///< nothing can be saved or discarded, and the progress shows in the place of the help
+  bool isBusy = false;    ///< nothing can be saved or discarded, and the progress shows in the place of the help
+  bool isSaving = false;  ///< nothing can be edited: what is typed now would be in no file
   std::string discardTitle;
 
   bool operator==(const EditButtons&) const = default;

@@ -38,7 +38,7 @@ std::string withCommand(std::string text, const std::string& command) {
   return text + command;
 }
 
-std::string droppedFile(const fs::path& file) {
+std::string fileWord(const fs::path& file) {
   constexpr std::string_view parting = " \t\r\n\"'\\";  // what ends an argument, or means something in one
   return file.native().find_first_of(parting) == std::string::npos ? file.native() : String::quote(file.native());
 }

@@ -29,7 +29,7 @@ struct RunMenu {
 std::string chosenCommand(const Program& program, const std::filesystem::path& file);
 /// The text of a field with the command behind it.
 std::string withCommand(std::string text, const std::string& command);
-/// How a file stands in a command when it is dropped there.
-std::string droppedFile(const std::filesystem::path& file);
+/// How a file stands in a command as one argument: quoted only if it has to be.
+std::string fileWord(const std::filesystem::path& file);
 
 }  // namespace mirvel

@@ -48,7 +48,7 @@ Mode MainWindowController::mode() const {
 void MainWindowController::switchMode(Mode mode) {
   AppState& state = m_program.state;
   MainWindowType* const window = m_program.shell.mainWindow;
-  if (state.hasUnsavedChanges || state.isBusy) {  // what is being edited stays where it is
+  if (state.hasUnsavedChanges) {  // what is being edited stays where it is
     if (window) window->showMode(this->mode());
     return;
   }

@@ -32,13 +32,10 @@ bool isControl(const DisplayValue& value) {
   return !std::holds_alternative<std::string>(value);
 }
 
-DisplayValue* controlOf(RuleRow& row) {
+template <typename Row>
+auto* controlOf(Row& row) {
   const auto found = std::find_if(row.displayValues.begin(), row.displayValues.end(), isControl);
   return found == row.displayValues.end() ? nullptr : &*found;
-}
-
-const DisplayValue* controlOf(const RuleRow& row) {
-  return controlOf(const_cast<RuleRow&>(row));
 }
 
 std::optional<int> indexIn(const Criteria& siblings, const std::shared_ptr<const Criterion>& criterion) {

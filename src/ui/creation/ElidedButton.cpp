@@ -2,17 +2,13 @@
 
 #include <QStyleOptionButton>
 
+#include "ui/support/LiteralTitle.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
 namespace {
-
-/// What a button shows as it stands: an ampersand in its text would underline the next letter.
-QString literal(QString text) {
-  return text.replace(QLatin1Char('&'), QLatin1String("&&"));
-}
 
 /// A path runs from left to right in any text (Unicode Standard Annex 9, isolates).
 QString leftToRight(const QString& path) {
@@ -23,13 +19,13 @@ QString leftToRight(const QString& path) {
 
 void ElidedButton::setTitle(const std::string& title) {
   m_path.clear();
-  setText(literal(qt(title)));
+  setText(literalTitle(qt(title)));
   setToolTip(QString());
 }
 
 void ElidedButton::setPath(const std::string& path) {
   m_path = qt(path);
-  setText(literal(m_path));
+  setText(literalTitle(m_path));
   setToolTip(shownToolTip(path));
 }
 
@@ -45,7 +41,7 @@ void ElidedButton::initStyleOption(QStyleOptionButton* option) const {
   const bool fits = option->fontMetrics.horizontalAdvance(m_path) <= room;
   const int elided = room - style()->pixelMetric(QStyle::PM_ButtonMargin, option, this);
   const QString shown = fits ? m_path : option->fontMetrics.elidedText(m_path, Qt::ElideMiddle, elided);
-  option->text = literal(leftToRight(shown));
+  option->text = literalTitle(leftToRight(shown));
 }
 
 }  // namespace mirvel::ui

@@ -31,8 +31,10 @@ ImportDrop::ImportDrop(Program& program, QWidget& window) : QObject(&window), m_
 bool ImportDrop::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::DragEnter:
+      m_isTaken = takes(static_cast<QDropEvent&>(*event));
+      [[fallthrough]];
     case QEvent::DragMove:
-      (void)accept(static_cast<QDropEvent&>(*event));
+      answer(static_cast<QDropEvent&>(*event));
       return true;
     case QEvent::Drop:
       drop(static_cast<QDropEvent&>(*event));
@@ -44,16 +46,20 @@ bool ImportDrop::eventFilter(QObject* watched, QEvent* event) {
 
 /// The files stay where they are, whatever the other side proposes: a move would have it delete them. A drag of this
 /// program's own has jobs that are here already.
-bool ImportDrop::accept(QDropEvent& event) const {
-  const bool isTaken = !event.source() && event.possibleActions().testFlag(Qt::CopyAction) &&
-                       m_program.menus.isEnabled(Command::importAction) && !filesOf(*event.mimeData()).empty();
-  if (isTaken) event.setDropAction(Qt::CopyAction);
-  event.setAccepted(isTaken);
-  return isTaken;
+bool ImportDrop::takes(const QDropEvent& event) const {
+  return !event.source() && event.possibleActions().testFlag(Qt::CopyAction) &&
+         m_program.menus.isEnabled(Command::importAction) && !filesOf(*event.mimeData()).empty();
+}
+
+void ImportDrop::answer(QDropEvent& event) const {
+  if (m_isTaken) event.setDropAction(Qt::CopyAction);
+  event.setAccepted(m_isTaken);
 }
 
 void ImportDrop::drop(QDropEvent& event) {
-  if (!accept(event)) return;
+  m_isTaken = takes(event);
+  answer(event);
+  if (!m_isTaken) return;
   m_window.activateWindow();
   importFiles(m_program, filesOf(*event.mimeData()));
 }

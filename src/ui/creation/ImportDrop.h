@@ -21,11 +21,13 @@ class ImportDrop final : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  bool accept(QDropEvent& event) const;
+  bool takes(const QDropEvent& event) const;
+  void answer(QDropEvent& event) const;
   void drop(QDropEvent& event);
 
   Program& m_program;
   QWidget& m_window;
+  bool m_isTaken = false;  ///< what is being dragged; its files aren't looked at again with each move
 };
 
 }  // namespace mirvel::ui

@@ -5,6 +5,7 @@
 
 #include "core/app/Program.h"
 #include "core/creation/KindChoices.h"
+#include "ui/support/LiteralTitle.h"
 #include "ui/support/QtText.h"
 #include "ui/support/RadioButton.h"
 
@@ -23,7 +24,7 @@ QString nameOfButton(Kind kind) {
 void setTitle(QRadioButton& button, const QString& title) {
   const int longest = 48 * button.fontMetrics().averageCharWidth();
   const QString shown = button.fontMetrics().elidedText(title.simplified(), Qt::ElideMiddle, longest);
-  button.setText(QString(shown).replace(QLatin1Char('&'), QLatin1String("&&")));
+  button.setText(literalTitle(shown));
   button.setAccessibleName(title);
   if (shown != title) button.setToolTip(title);
 }

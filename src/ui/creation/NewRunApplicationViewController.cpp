@@ -20,35 +20,33 @@ namespace mirvel::ui {
 
 NewRunApplicationViewController::NewRunApplicationViewController(Program& program, NewRunApplication& chooser,
                                                                  IconLoader& icons)
-    : m_chooser(chooser),
+    : m_localize(program.foundation.localize),
+      m_chooser(chooser),
       m_list(program),
       m_filter(filterField(program.foundation.localize)),
       m_model(new ApplicationModel(icons, this)),
       m_view(new ApplicationView),
-      m_shown(new ElidedLabel),
-      m_nothing(qt(program.foundation.localize.noItems())) {
-  const Localize& localize = program.foundation.localize;
+      m_shown(new ElidedLabel) {
   m_filter->installEventFilter(this);
   m_view->setModel(m_model);
-  m_view->setAccessibleName(qt(localize.application()));
-  m_view->setEmptyText(qt(localize.ellipsis().loading()));
+  m_view->setAccessibleName(qt(m_localize.application()));
   m_shown->setObjectName(QStringLiteral("applicationTextField"));
   setFocusProxy(m_filter);
-  layOut(localize);
+  layOut();
   connect(m_filter, &QLineEdit::textChanged, this, [this] { showMatching(); });
   connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current) { choose(current); });
   connect(m_view, &QListView::clicked, this, [this](const QModelIndex& index) { choose(index); });
 }
 
-void NewRunApplicationViewController::layOut(const Localize& localize) {
-  auto* choose = new QPushButton(qt(localize.ellipsis().choose()));
+void NewRunApplicationViewController::layOut() {
+  auto* choose = new QPushButton(qt(m_localize.ellipsis().choose()));
   choose->setAutoDefault(false);
   connect(choose, &QPushButton::clicked, this, [this] { m_chooser.choose(optionHeld()); });
   auto* above = new QHBoxLayout;
   above->addWidget(m_filter, 1);
   above->addWidget(choose);
-  m_shownTitle = new QLabel(qt(localize.application()) + QLatin1Char(':'));
+  m_shownTitle = new QLabel(qt(m_localize.application()) + QLatin1Char(':'));
   auto* below = new QHBoxLayout;
   below->addWidget(m_shownTitle);
   below->addWidget(m_shown, 1);
@@ -66,18 +64,17 @@ void NewRunApplicationViewController::layOut(const Localize& localize) {
 }
 
 void NewRunApplicationViewController::appear() {
-  m_list.find([this] {
-    m_view->setEmptyText(m_nothing);
-    showMatching();
-  });
+  m_list.find([this] { showMatching(); });
+  showMatching();
 }
 
 void NewRunApplicationViewController::showMatching() {
   const QSignalBlocker quiet(m_view->selectionModel());  // what was chosen stays so, in the list or not
+  m_view->setEmptyText(qt(m_list.isFinding() ? m_localize.ellipsis().loading() : m_localize.noItems()));
   m_model->setApplications(m_list.matching(utf8(m_filter->text())));
   for (int row = 0; row < m_model->rowCount(); ++row) {
     const QModelIndex index = m_model->index(row);
-    if (m_model->application(index).name == m_chooser.shown()) return m_view->setCurrentIndex(index);
+    if (m_chooser.isChosen(m_model->application(index))) return m_view->setCurrentIndex(index);
   }
 }
 

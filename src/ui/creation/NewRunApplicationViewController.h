@@ -26,11 +26,12 @@ class NewRunApplicationViewController final : public QWidget {
   void redraw();
 
  private:
-  void layOut(const Localize& localize);
+  void layOut();
   void showMatching();
   void choose(const QModelIndex& index);
   bool eventFilter(QObject* watched, QEvent* event) override;
 
+  const Localize& m_localize;
   NewRunApplication& m_chooser;
   ApplicationList m_list;
   QLineEdit* m_filter;
@@ -38,7 +39,6 @@ class NewRunApplicationViewController final : public QWidget {
   ApplicationView* m_view;
   ElidedLabel* m_shown;
   QLabel* m_shownTitle = nullptr;
-  const QString m_nothing;  ///< stands in the list when nothing matches
 };
 
 }  // namespace mirvel::ui

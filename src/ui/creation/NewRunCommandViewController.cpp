@@ -40,10 +40,7 @@ NewRunCommandViewController::NewRunCommandViewController(Program& program, NewRu
 
 void NewRunCommandViewController::redraw() {
   if (m_runTextField->text() != m_chooser.text()) m_runTextField->setText(m_chooser.text());
-  QStringList missing;
-  for (const auto& file : m_chooser.missingFiles()) missing.append(displayText(file));
-  const std::string files = utf8(missing.join(QStringLiteral(", ")));
-  m_runTextField->markInvalid(m_chooser.isValid() ? QString() : qt(m_localize.notFound(files)));
+  m_runTextField->markMissing(m_chooser.missingFiles(), m_localize);
 }
 
 }  // namespace mirvel::ui

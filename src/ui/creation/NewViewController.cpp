@@ -11,6 +11,7 @@
 #include "ui/creation/NewWhatViewController.h"
 #include "ui/creation/NewWhenViewController.h"
 #include "ui/creation/PageBar.h"
+#include "ui/support/EndEditing.h"
 #include "ui/support/Hairline.h"
 #include "ui/support/QtText.h"
 
@@ -32,7 +33,7 @@ NewViewController::NewViewController(Program& program, IconLoader& icons, QWidge
   layout->addWidget(makeButtons(program.foundation.localize));
 
   m_controller.setChanged([this] { redraw(); });
-  m_controller.endEditing = [this] { commitTyping(); };
+  m_controller.endEditing = [this] { endEditing(*this); };
   redraw();
   restoreSize({fontMetrics().averageCharWidth() * 86, fontMetrics().lineSpacing() * 26});
 }
@@ -81,14 +82,6 @@ void NewViewController::redraw() {
   m_nextButton->setEnabled(m_controller.isNextEnabled());
   m_tabViewController->selectTab(static_cast<int>(m_controller.currentPage()));
   m_tabViewController->selected().redraw();
-}
-
-/// A field hands over what was typed at the latest when it loses the keys.
-void NewViewController::commitTyping() {
-  QWidget* const field = focusWidget();
-  if (!field) return;
-  field->clearFocus();
-  field->setFocus();
 }
 
 }  // namespace mirvel::ui

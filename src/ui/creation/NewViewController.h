@@ -27,7 +27,6 @@ class NewViewController final : public SheetViewController {
   QWidget* makeButtons(const Localize& localize);
   void next();
   void redraw();
-  void commitTyping();
 
   NewController m_controller;
   PageBar* m_pageBar;

@@ -120,10 +120,7 @@ void GeneralEditSection::runChanged() {
 
 void GeneralEditSection::checkRun() {
   m_fileCheck.check(m_runValueTextField->text(), [this](const std::vector<std::filesystem::path>& missing) {
-    QStringList files;
-    for (const auto& file : missing) files.append(displayText(file));
-    m_runValueTextField->markInvalid(files.isEmpty() ? QString()
-                                                     : qt(localize().notFound(utf8(files.join(QStringLiteral(", "))))));
+    m_runValueTextField->markMissing(missing, localize());
   });
 }
 

@@ -11,6 +11,7 @@
 #include "ui/editor/KeyLabel.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/CheckBox.h"
+#include "ui/support/LiteralTitle.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
 #include "ui/support/ShownText.h"
@@ -24,7 +25,7 @@ namespace {
 constexpr std::size_t mostRows = 300;
 
 QCheckBox* makeBox(const std::string& key, bool isOn) {
-  auto* box = new CheckBox(shownText(key).replace(QLatin1Char('&'), QLatin1String("&&")));
+  auto* box = new CheckBox(literalTitle(shownText(key)));
   box->setChecked(isOn);
   box->setEnabled(false);
   box->setToolTip(shownToolTip(key));

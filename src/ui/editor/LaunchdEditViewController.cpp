@@ -16,6 +16,7 @@
 #include "ui/editor/OwnUndo.h"
 #include "ui/editor/RootSection.h"
 #include "ui/editor/WhenEditSection.h"
+#include "ui/support/EndEditing.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SymbolButton.h"
 
@@ -88,7 +89,7 @@ Section* LaunchdEditViewController::makeReadOnlySection(StackSection section) co
 }
 
 void LaunchdEditViewController::showButtons(const EditButtons& buttons) {
-  if (content().isEnabled() == buttons.isBusy) holdSections(buttons.isBusy);
+  if (content().isEnabled() == buttons.isSaving) holdSections(buttons.isSaving);
   m_saveProgressIndicator->setVisible(buttons.isBusy);
   m_helpButton->setVisible(!buttons.isBusy);
   m_saveButton->setEnabled(!buttons.isBusy);
@@ -115,10 +116,7 @@ void LaunchdEditViewController::showEvent(QShowEvent* event) {
 }
 
 void LaunchdEditViewController::endEditing() {
-  QWidget* const focus = focusWidget();
-  if (!focus || !isAncestorOf(focus) || !focus->hasFocus()) return;
-  focus->clearFocus();
-  focus->setFocus();
+  ui::endEditing(*this);
 }
 
 void LaunchdEditViewController::compare(const Versions& versions, std::function<void(int)> completion) {

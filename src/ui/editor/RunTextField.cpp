@@ -26,7 +26,7 @@ QString oneLine(QString text) {
 QString droppedFiles(const QMimeData& data) {
   QStringList files;
   for (const QUrl& url : data.urls()) {
-    if (url.isLocalFile()) files.append(qt(droppedFile(path(url.toLocalFile()))));
+    if (url.isLocalFile()) files.append(qt(fileWord(path(url.toLocalFile()))));
   }
   return files.join(QLatin1Char(' '));
 }
@@ -71,6 +71,12 @@ void RunTextField::markInvalid(const QString& what) {
   m_what = what;
   setToolTip(what.isEmpty() ? whatsThis() : what);
   markInvalidData(*this, what);
+}
+
+void RunTextField::markMissing(const std::vector<std::filesystem::path>& files, const Localize& localize) {
+  QStringList names;
+  for (const auto& file : files) names.append(displayText(file));
+  markInvalid(names.isEmpty() ? QString() : qt(localize.notFound(utf8(names.join(QStringLiteral(", "))))));
 }
 
 void RunTextField::keyPressEvent(QKeyEvent* event) {

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QString>
+#include <filesystem>
 #include <string>
+#include <vector>
 
+#include "core/support/Localize.h"
 #include "ui/editor/GrowingText.h"
 
 namespace mirvel::ui {
@@ -19,6 +22,8 @@ class RunTextField final : public GrowingText {
   void insertCommand(const std::string& command);
   /// Shows the text as one that can't be taken as it is, and says why; empty: it can.
   void markInvalid(const QString& what);
+  /// Likewise, for the files that it names and that aren't there; none: it can.
+  void markMissing(const std::vector<std::filesystem::path>& files, const Localize& localize);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -3,6 +3,7 @@
 #include <QAbstractScrollArea>
 #include <QMenu>
 
+#include "ui/support/LiteralTitle.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -11,7 +12,7 @@ namespace {
 
 /// A text as the title of an item: an ampersand in it is no mark of a shortcut.
 QString itemTitle(const std::string& text) {
-  return qt(text).replace(QLatin1Char('&'), QLatin1String("&&"));
+  return literalTitle(qt(text));
 }
 
 void addTitle(QMenu& menu, const std::string& text) {

@@ -73,6 +73,8 @@ TEST_F(RunChoosersTest, AnApplicationRunsByItsCommandAndIsInteractive) {
 
   sheet.run.application.choose(InstalledApplication{.id = "x", .name = "Tool", .path = roots.home / "a tool"});
   EXPECT_EQ(sheet.run.application.shown(), "Tool");
+  EXPECT_TRUE(sheet.run.application.isChosen({.id = "x", .name = "Tool", .path = roots.home / "a tool"}));
+  EXPECT_FALSE(sheet.run.application.isChosen({.id = "y", .name = "Tool", .path = roots.home / "other"}));
   interface.openPath.reset();
   sheet.run.application.choose(false);
   EXPECT_EQ(sheet.run.application.shown(), "Tool") << "cancelling changes nothing";

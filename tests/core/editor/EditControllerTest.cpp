@@ -54,14 +54,17 @@ class EditControllerTest : public testdata::ProgramFixture {
 TEST_F(EditControllerTest, ButtonsFollowTheState) {
   const struct {
     bool isBusy;
+    bool isLoading;
     bool hasUnsavedChanges;
     EditButtons buttons;
-  } table[] = {{false, false, {false, "Done"}},
-               {false, true, {false, "Discard Changes"}},
-               {true, false, {true, "Done"}},
-               {true, true, {true, "Discard Changes"}}};
+  } table[] = {{false, false, false, {false, false, "Done"}},
+               {false, false, true, {false, false, "Discard Changes"}},
+               {true, false, false, {true, true, "Done"}},
+               {true, false, true, {true, true, "Discard Changes"}},
+               {true, true, false, {true, false, "Done"}}};  // a scan takes no keys away
   for (const auto& row : table) {
     program().state.isBusy = row.isBusy;
+    program().state.isLoading = row.isLoading;
     program().state.hasUnsavedChanges = row.hasUnsavedChanges;
     controller.updateButtons();
     EXPECT_EQ(stack.buttons, row.buttons);

@@ -48,9 +48,9 @@ TEST_F(RunFieldTest, TheMenuOffersWhatTheProgramCanDo) {
 }
 
 TEST_F(RunFieldTest, FilesStandInACommandSoThatTheyAreOneArgument) {
-  EXPECT_EQ(droppedFile("/a/b(c)"), "/a/b(c)");
-  EXPECT_EQ(droppedFile("/a/b'c"), "\"/a/b'c\"");
-  EXPECT_EQ(droppedFile("/a b"), "\"/a b\"");
+  EXPECT_EQ(fileWord("/a/b(c)"), "/a/b(c)");
+  EXPECT_EQ(fileWord("/a/b'c"), "\"/a/b'c\"");
+  EXPECT_EQ(fileWord("/a b"), "\"/a b\"");
   EXPECT_EQ(withCommand("", "/x"), "/x");
   EXPECT_EQ(withCommand("/bin/sh", "/x"), "/bin/sh /x");
   EXPECT_EQ(withCommand("/bin/sh ", "/x"), "/bin/sh /x");

@@ -126,6 +126,9 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   menus().perform(Command::tree);
   EXPECT_TRUE(state().selectedJob) << "the mode that is there leaves what is being edited";
   state().hasUnsavedChanges = false;
+  state().isBusy = true;
+  menus().perform(Command::list);
+  EXPECT_EQ(program().mainWindow.mode(), Mode::list) << "a scan is no reason to wait";
   ASSERT_TRUE(foundation.defaults.setSelectedMode(4));
   EXPECT_EQ(program().mainWindow.mode(), Mode::grid) << "a mode that there isn't";
 }
