@@ -22,7 +22,7 @@ screenshots:
 	scripts/screenshots
 
 test:
-	scripts/dependencies build test fuzz
+	scripts/dependencies build test bench fuzz
 	scripts/build dev -j$(JOBS)
 	scripts/build fuzz -j$(JOBS)
 	ctest --preset fuzz

@@ -30,7 +30,6 @@ namespace {
 constexpr std::string_view home = "home";
 constexpr std::string_view userLibrary = "home/.config/mirvel";
 constexpr std::string_view ownAutostart = "home/.config/autostart";
-constexpr std::string_view applicationSupport = "home/.local/share/mirvel";
 constexpr std::string_view localLibrary = "etc/mirvel";
 constexpr std::string_view systemLibrary = "usr/lib/mirvel";
 constexpr std::string_view installedAutostart = "etc/xdg/autostart";

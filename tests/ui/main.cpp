@@ -5,6 +5,9 @@
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifdef MIRVEL_FONTS
+  qputenv("FONTCONFIG_FILE", MIRVEL_FONTS);
+#endif
   qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");  // the desktop of whoever runs the tests is left alone
   ::testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);

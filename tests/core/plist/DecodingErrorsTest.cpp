@@ -91,7 +91,7 @@ TEST(DecodingErrorsTest, MessagesTellWhatWasFoundAndWhere) {
        "belongs"},
       {"StartCalendarInterval", Dict{{"Hour", 1.5}}, NoForm,
        "StartCalendarInterval.Hour: Start calendar interval type error: 1.5, a real, where an integer belongs"},
-      {"StartCalendarInterval", List{List{}}, NoForm,
+      {"StartCalendarInterval", List{plist::Value(List{})}, NoForm,
        "StartCalendarInterval[0]: Start calendar interval type error: an array of 0 where a dictionary belongs"},
       {"LimitLoadToSessionType", 3, NoForm,
        "LimitLoadToSessionType: Limit load to session type error: 3, an integer, where a string or an array of "

@@ -254,7 +254,10 @@ TEST_F(ScheduledRuleEditorTest, RowsWrapWhereTheyMust) {
                         DayOfWeek{3, at(9, 0)},
                         DayOfMonth{30, {}},
                         DayOfYear{8, 29, at(22, 45)}};
-  for (const int width : {240, 546}) {
+  const auto longestRow = [this] { return control<QComboBox>("Month").parentWidget(); };
+  open(oneOfEach);
+  const int needed = longestRow()->sizeHint().width() + m_editor->width() - longestRow()->width();
+  for (const auto& [width, isOneLine] : {std::pair(needed, true), {needed - 1, false}, {needed / 2, false}}) {
     open(oneOfEach, width);
     EXPECT_EQ(m_window->width(), width);
     for (const QWidget* widget : m_editor->findChildren<QWidget*>()) {
@@ -262,14 +265,12 @@ TEST_F(ScheduledRuleEditorTest, RowsWrapWhereTheyMust) {
       EXPECT_GE(left(*widget), 0) << widget->metaObject()->className();
       EXPECT_LE(left(*widget) + widget->width(), width) << widget->metaObject()->className();
     }
-    const bool isOneLine =
-        control<QComboBox>("Month").geometry().center().y() == control<QTimeEdit>("Time", 3).geometry().center().y();
-    EXPECT_EQ(isOneLine, width > 500);
+    const int monthEnds = control<QComboBox>("Month").geometry().bottom();
+    EXPECT_EQ(control<QTimeEdit>("Time", 3).geometry().top() < monthEnds, isOneLine) << width;
     const auto& minute = control<QLineEdit>("minute");
     EXPECT_EQ(minute.geometry().center().y(), control<QLabel>("minute").geometry().center().y()) << "and its word";
-    // A row is as tall as its lines.
-    const QWidget& row = *control<QTimeEdit>("Time", 3).parentWidget();
-    EXPECT_LE(control<QTimeEdit>("Time", 3).geometry().bottom(), row.height());
+    EXPECT_LE(control<QTimeEdit>("Time", 3).geometry().bottom(), longestRow()->height())
+        << "a row is as tall as its lines";
   }
 }
 
