@@ -84,7 +84,8 @@ void publication(benchmark::State& state) {
     isPublished = true;
   });
   const auto wait = [&] {
-    for (isPublished = false; !isPublished;) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    isPublished = false;
+    while (!isPublished) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   };
   application.start();
   wait();
