@@ -58,7 +58,9 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
   void showDisplay() override { note("showDisplay"); }
   void showEdit() override { note("showEdit"); }
 
-  void updateButtons() override { note(m_program.state.isBusy ? "busy" : "idle"); }
+  void updateButtons() override {
+    note(m_program.state.saving.isBusy() || m_program.state.scanning.isBusy() ? "busy" : "idle");
+  }
   void refreshEditedState() override { note("refreshEditedState"); }
   void save() override { note("save"); }
   void discardEdits() override { note("discardEdits"); }

@@ -17,7 +17,7 @@ void saveNewJob(Program& program, const std::shared_ptr<Launchd>& job,
                 const std::function<void(bool isWritten)>& ended) {
   job->isNewFile = true;
   const auto isLost = std::make_shared<bool>(false);
-  program.actions.save(*job, [isLost, ended](bool isWritten) {
+  program.actions.save(job, [isLost, ended](bool isWritten) {
     *isLost = !isWritten;
     if (ended) ended(isWritten);
   });

@@ -24,6 +24,10 @@ std::optional<std::string> changedFile(const Launchd& job, const Editing& editin
   return *std::move(bytes);
 }
 
+bool mayBeSaved(const Job* job, const Defaults& defaults) {
+  return job && job->record() && job->kind.isEditable(defaults.editSystemJobs());
+}
+
 /// The job as a save would write it now.
 std::string asEdited(const Launchd& job) {
   launchd::Plist record = job.plist().clone();
@@ -53,8 +57,10 @@ EditController::~EditController() {
 void EditController::updateButtons() {
   const AppState& state = m_program.state;
   const Localize& localize = m_program.foundation.localize;
-  m_stack.showButtons({.isBusy = state.isBusy,
-                       .isSaving = state.isBusy && !state.isLoading,
+  const bool isSaving = state.saving.isBusy();
+  m_stack.showButtons({.isBusy = isSaving || state.scanning.isBusy(),
+                       .isSaving = isSaving,
+                       .canSave = !isSaving && mayBeSaved(state.selectedJob.get(), m_program.foundation.defaults),
                        .discardTitle = state.hasUnsavedChanges ? localize.discardChanges() : localize.done()});
 }
 
@@ -65,15 +71,11 @@ void EditController::refreshEditedState() {
 
 void EditController::save() {
   const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
-  if (!job) return m_program.platform.interface.saveError();
+  if (m_program.state.saving.isBusy()) return;
+  if (!mayBeSaved(job.get(), m_program.foundation.defaults)) return m_program.platform.interface.saveError();
   m_stack.endEditing();
   if (const auto theirs = changedFile(*job, m_program.editing)) return askAboutConflict(job, *theirs);
-  send(*job);
-}
-
-void EditController::send(Launchd& job) {
   m_program.actions.save(job);
-  m_program.editing.sent(job.plistData().value_or(""));
 }
 
 void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
@@ -95,24 +97,26 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
 
 void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer) {
   if (job != m_program.state.selectedJob) return;
-  if (answer == Interface::alternateButton) return discardEdits();
+  if (answer == Interface::alternateButton) {
+    m_stack.hideDiscardButton();
+    return readAnew();
+  }
   if (answer != Interface::defaultButton) return;
   m_program.editing.setFileChecksum(JobFile::checksumOf(theirs));
-  send(*job);
+  m_program.actions.save(job);
 }
 
 void EditController::discardEdits() {
   m_stack.hideDiscardButton();
-  AppState& state = m_program.state;
-  DetailType* const detail = m_program.shell.detail;
-  if (!state.hasUnsavedChanges) {
-    if (detail) detail->showDisplay();
-    return;
-  }
-  // The record was written to all along: the scan is to read it anew.
-  if (state.selectedJob) state.selectedJob->checksum.clear();
+  if (m_program.state.hasUnsavedChanges) return readAnew();
+  if (m_program.shell.detail) m_program.shell.detail->showDisplay();
+}
+
+/// The record was written to all along, or the file was: the scan is to read it anew.
+void EditController::readAnew() {
+  if (m_program.state.selectedJob) m_program.state.selectedJob->checksum.clear();
   saveCompleted();
-  if (detail) detail->showDisplay();
+  if (m_program.shell.detail) m_program.shell.detail->showDisplay();
   releaseSchedule();
   m_program.mainWindow.refresh();
 }

@@ -13,8 +13,9 @@ class Program;
 
 /// The buttons below the sections of the editor.
 struct EditButtons {
-  bool isBusy = false;    ///< nothing can be saved or discarded, and the progress shows in the place of the help
-  bool isSaving = false;  ///< nothing can be edited: what is typed now would be in no file
+  bool isBusy = false;    ///< the progress shows in the place of the help
+  bool isSaving = false;  ///< nothing can be edited or discarded: what is typed now would be in no file
+  bool canSave = false;
   std::string discardTitle;
 
   bool operator==(const EditButtons&) const = default;
@@ -62,7 +63,7 @@ class EditController final : public EditType {
   void help();
 
  private:
-  void send(Launchd& job);
+  void readAnew();
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
   void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer);
 

@@ -68,7 +68,8 @@ void MainWindowController::switchMode(Mode mode) {
 }
 
 bool MainWindowController::canDeleteJob(const Job& job) const {
-  if (m_program.state.hasUnsavedChanges || job.kind == Kind::loginItemApplication) return false;
+  const AppState& state = m_program.state;
+  if (state.hasUnsavedChanges || state.saving.isBusy() || job.kind == Kind::loginItemApplication) return false;
   return !job.kind.isSystem() || m_program.foundation.defaults.editSystemJobs();
 }
 

@@ -54,7 +54,7 @@ CommandContext MenuController::context() const {
   const Shell& shell = m_program.shell;
   const Defaults& defaults = m_program.foundation.defaults;
   CommandContext result{.hasUnsavedChanges = state.hasUnsavedChanges,
-                        .isBusy = state.isBusy,
+                        .isSaving = state.saving.isBusy(),
                         .isScriptInFront = static_cast<bool>(shell.saveScript),
                         .editsSystemJobs = defaults.editSystemJobs(),
                         .showsSystemJobs = defaults.showSystemJobs(),

@@ -147,6 +147,7 @@ class Localize {
   std::string keepMine() const { return text("Keep Mine"); }
   std::string key() const { return text("Key"); }
   std::string kind() const { return text("Kind"); }
+  std::string labelIsInUse(const std::string& label) const { return format("Another job has the label “%@”", {label}); }
   std::string launchAgainIfItCrashes() const { return text("Launch again if it crashes"); }
   std::string later() const { return text("Later"); }
   std::string length() const { return text("Length"); }
@@ -187,6 +188,12 @@ class Localize {
   std::string off() const { return text("Off"); }
   std::string ok() const { return text("OK"); }
   std::string on() const { return text("On"); }
+  std::string onlyOneOfTheTwoCanBeLoaded(const std::string& path) const {
+    return format(
+        "It is in the file “%@”. Only one of the two jobs can be loaded. Give this one another label, or save it "
+        "disabled.",
+        {path});
+  }
   std::string onlyTheFirstIntervalCounts() const { return text("Only the first repeat interval counts"); }
   std::string onlyWhenStartedByHand() const { return text("Only when it is started by hand"); }
   std::string open() const { return text("Open"); }
@@ -222,6 +229,7 @@ class Localize {
     return format("“%1$@” runs for everyone who is logged in %2$@.", {name, times});
   }
   std::string save() const { return text("Save"); }
+  std::string saveDisabled() const { return text("Save Disabled"); }
   std::string saveTheScriptToGoOn() const { return text("Save the script to go on."); }
   std::string scheduled() const { return text("Scheduled"); }
   std::string script() const { return text("Script"); }

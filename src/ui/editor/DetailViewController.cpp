@@ -88,7 +88,6 @@ void DetailViewController::updateDetail() {
 void DetailViewController::clearDetail() {
   m_display->clearDetail();
   m_edit->clearDetail();
-  m_program.state.isBusy = false;
   if (m_program.shell.edit) m_program.shell.edit->updateButtons();
   show(DetailTab::noSelection);
 }

@@ -92,8 +92,8 @@ void LaunchdEditViewController::showButtons(const EditButtons& buttons) {
   if (content().isEnabled() == buttons.isSaving) holdSections(buttons.isSaving);
   m_saveProgressIndicator->setVisible(buttons.isBusy);
   m_helpButton->setVisible(!buttons.isBusy);
-  m_saveButton->setEnabled(!buttons.isBusy);
-  m_discardButton->setEnabled(!buttons.isBusy);
+  m_saveButton->setEnabled(buttons.canSave);
+  m_discardButton->setEnabled(!buttons.isSaving);
   if (m_discardButton->text() != qt(buttons.discardTitle)) m_discardButton->setText(qt(buttons.discardTitle));
 }
 

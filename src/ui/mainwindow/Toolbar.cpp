@@ -44,7 +44,7 @@ Toolbar::Toolbar(Program& program, QWidget* parent)
   addCommand(ToolbarItem::info, Command::info, "document-properties", localize.info());
   m_loadingChanged = program.notifications.loadingChanged.subscribe([this] {
     // A scan is over in a moment: controls that went grey each time would flicker.
-    if (!m_program.state.isLoading) m_delay(0, [this] { validate(); });
+    if (!m_program.state.scanning.isBusy()) m_delay(0, [this] { validate(); });
   });
 }
 

@@ -103,6 +103,9 @@ TEST_F(SaveNewTest, TheJobGoesToTheFolderOfItsKindAndIsSelected) {
     ASSERT_TRUE(selected);
     EXPECT_TRUE(selected->isNewFile);
     EXPECT_THAT(shell.events, ElementsAre("busy", "deselect", "title Mirvel – job", "updateDetail", "select job job"));
+    for (std::size_t answered = 0; answered < helpers.requests.size(); ++answered) helpers.requests[answered].reply({});
+    EXPECT_FALSE(selected->isNewFile) << "another save goes to the same file";
+    helpers.requests.clear();
   }
 }
 

@@ -53,18 +53,24 @@ class EditControllerTest : public testdata::ProgramFixture {
 
 TEST_F(EditControllerTest, ButtonsFollowTheState) {
   const struct {
-    bool isBusy;
-    bool isLoading;
+    bool isSaving;
+    bool isScanning;
     bool hasUnsavedChanges;
+    Kind kind;
     EditButtons buttons;
-  } table[] = {{false, false, false, {false, false, "Done"}},
-               {false, false, true, {false, false, "Discard Changes"}},
-               {true, false, false, {true, true, "Done"}},
-               {true, false, true, {true, true, "Discard Changes"}},
-               {true, true, false, {true, false, "Done"}}};  // a scan takes no keys away
+  } table[] = {
+      {false, false, false, Kind::userAgent, {false, false, true, "Done"}},
+      {false, false, true, Kind::userAgent, {false, false, true, "Discard Changes"}},
+      {true, false, false, Kind::userAgent, {true, true, false, "Done"}},
+      {true, false, true, Kind::userAgent, {true, true, false, "Discard Changes"}},
+      {false, true, false, Kind::userAgent, {true, false, true, "Done"}},  // a scan takes no keys away
+      {true, true, false, Kind::userAgent, {true, true, false, "Done"}},
+      {false, false, true, Kind::systemDaemon, {false, false, false, "Discard Changes"}},
+  };
   for (const auto& row : table) {
-    program().state.isBusy = row.isBusy;
-    program().state.isLoading = row.isLoading;
+    const auto saving = row.isSaving ? program().state.saving.begin() : Busy::Token();
+    const auto scanning = row.isScanning ? program().state.scanning.begin() : Busy::Token();
+    program().state.selectedJob->kind = row.kind;
     program().state.hasUnsavedChanges = row.hasUnsavedChanges;
     controller.updateButtons();
     EXPECT_EQ(stack.buttons, row.buttons);
@@ -158,6 +164,36 @@ TEST_F(EditControllerTest, TheirVersionTakesThePlaceOfMine) {
   EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
   EXPECT_FALSE(program().state.hasUnsavedChanges);
   EXPECT_THAT(helpers.requests, IsEmpty());
+}
+
+TEST_F(EditControllerTest, TheirVersionIsTakenWithoutAChangeOfMineToo) {
+  changeFile();
+  controller.save();
+  interface.answerSheet(Interface::alternateButton);
+  settle();
+  EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
+  EXPECT_EQ(program().state.selectedJob, jobNamed("a"));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+}
+
+TEST_F(EditControllerTest, OneSaveAtATime) {
+  edit();
+  controller.save();
+  controller.save();
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+  EXPECT_EQ(stack.endedEditing, 1);
+}
+
+TEST_F(EditControllerTest, AJobThatMayNotBeEditedIsntSaved) {
+  edit();
+  program().state.selectedJob->kind = Kind::systemAgent;
+  controller.save();
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
+  controller.save();
+  EXPECT_THAT(helpers.requests, SizeIs(1));
 }
 
 TEST_F(EditControllerTest, AFileThatIsGoneOrNoLongerAJobIsNoObstacle) {

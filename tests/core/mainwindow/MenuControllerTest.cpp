@@ -126,7 +126,7 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   menus().perform(Command::tree);
   EXPECT_TRUE(state().selectedJob) << "the mode that is there leaves what is being edited";
   state().hasUnsavedChanges = false;
-  state().isBusy = true;
+  const auto scanning = state().scanning.begin();
   menus().perform(Command::list);
   EXPECT_EQ(program().mainWindow.mode(), Mode::list) << "a scan is no reason to wait";
   ASSERT_TRUE(foundation.defaults.setSelectedMode(4));

@@ -64,7 +64,7 @@ class CreationTest : public MachineFixture {
   bool hasJobs(std::size_t count) {
     return testdata::eventually([&] {
       const AppState& state = program().state;
-      return state.jobs.size() == count && !state.isBusy && !state.isLoading;
+      return state.jobs.size() == count && !state.saving.isBusy() && !state.scanning.isBusy();
     });
   }
   std::string selected() {
@@ -172,7 +172,7 @@ TEST_F(CreationTest, WhatCantBeWrittenIsToldAndStandsInTheNextSheet) {
   QString told;
   answerAlert(told);
   makeJob();
-  EXPECT_TRUE(testdata::eventually([&] { return !told.isEmpty() && !program().state.isBusy; }));
+  EXPECT_TRUE(testdata::eventually([&] { return !told.isEmpty() && !program().state.saving.isBusy(); }));
   EXPECT_EQ(testdata::bytes(folder), "no folder");
   open(Command::new_);
   EXPECT_EQ(sheet<NewViewController>().controller().name.name(), "org.minute");

@@ -59,7 +59,7 @@ TEST_F(ModesTest, AJobIsFoundInEachModeAndDeletedFromDiskAndView) {
     QTest::keyClick(&window(), key, Qt::ControlModifier);
     SCOPED_TRACE("mode " + std::to_string(program().foundation.defaults.selectedMode()));
     EXPECT_EQ(program().foundation.defaults.selectedMode(), key - Qt::Key_1);
-    EXPECT_TRUE(testdata::eventually([this] { return !program().state.isBusy; }));
+    EXPECT_TRUE(testdata::eventually([this] { return !program().state.scanning.isBusy(); }));
     for (const char* label : {"alpha", "beta", "gamma"}) EXPECT_TRUE(isShown(label)) << label;
 
     ASSERT_TRUE(testdata::eventually([this] { return window().filter().isEnabled(); }));

@@ -69,11 +69,11 @@ TEST_F(ListModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
       {"home", [&] { QTest::keyClick(&table(), Qt::Key_Home); }},
       {"letter", [&] { QTest::keyClick(&table(), Qt::Key_G); }},
   };
-  program().state.isBusy = true;
+  auto saving = program().state.saving.begin();
   click(0);
   expectSelected("beta", "busy");
   EXPECT_TRUE(interface.sheets.empty());
-  program().state.isBusy = false;
+  saving.release();
 
   program().state.hasUnsavedChanges = true;
   for (const auto& [act, does] : acts) {
