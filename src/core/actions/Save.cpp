@@ -23,7 +23,10 @@ void ActionController::save(Launchd& job, const Ended& ended) {
     if (ended) ended(false);
     return;
   }
-  job.plist().normalizeForSave(m_program.repairs);
+  if (!job.plist().normalizeForSave(m_program.repairs)) {
+    if (ended) ended(false);
+    return;
+  }
   setBusy(true);
   if (job.isNewFile) {
     if (auto url = newFileURL(job.kind, job.name, m_program.foundation.roots)) {

@@ -14,8 +14,7 @@ std::shared_ptr<Launchd> jobInPlaceOf(const std::shared_ptr<Job>& old, Program& 
                                       const plist::Dictionary& dictionary) {
   const auto data = plist::writeXml(dictionary);
   if (!data || !old) return nullptr;
-  return Launchd::read(*data, old->url, old->kind, Launchd::Source::Elsewhere, program.foundation.scanSettings(),
-                       program.platform.console);
+  return Launchd::read(*data, old->url, old->kind, program.foundation.scanSettings(), program.platform.console);
 }
 
 }  // namespace

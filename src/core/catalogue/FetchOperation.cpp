@@ -105,8 +105,7 @@ Jobs FetchOperation::launchdJobs(Kind kind, const JobFolder& folder, const JobFo
     auto file =
         entries[i].isRegular && !isCached ? freshFile(ahead.read(i), url) : fileOf(folder, entries[i].name, url);
     if (!file) continue;
-    auto job =
-        Launchd::read(*std::move(file), std::move(url), kind, Launchd::Source::File, m_settings, m_tools.console);
+    auto job = Launchd::read(*std::move(file), std::move(url), kind, m_settings, m_tools.console);
     if (job) jobsFound.add(std::move(job));
   }
   return std::move(jobsFound).sorted();

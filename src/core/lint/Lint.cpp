@@ -5,7 +5,7 @@
 #include "core/lint/CommandLint.h"
 #include "core/lint/Findings.h"
 #include "core/lint/KeyLint.h"
-#include "core/lint/LostKeys.h"
+#include "core/lint/NestedKeyLint.h"
 #include "core/lint/PathLint.h"
 #include "core/lint/Prolog.h"
 #include "core/lint/ScheduleLint.h"
@@ -31,7 +31,7 @@ void checkJob(const plist::Document& document, const Surroundings& surroundings,
   const auto subject = decodeTolerantly(document.root(), findings);
   if (!subject) return;
   checkKeys(*subject, findings);
-  checkLostKeys(*subject, findings);
+  checkNestedKeys(*subject, findings);
   checkPaths(*subject, surroundings, findings);
   checkCommand(*subject, surroundings, findings);
   checkSchedule(*subject, findings);

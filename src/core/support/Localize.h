@@ -175,6 +175,9 @@ class Localize {
   std::string noError() const { return text("No error"); }
   std::string noItems() const { return text("No Items"); }
   std::string noSelection() const { return text("No Selection"); }
+  std::string noShellReadsTheCommand(const std::string& sign) const {
+    return format("No shell reads the command: the program would get “%@” as it stands.", {sign});
+  }
   std::string noValue() const { return text("No Value"); }
   std::string notAWholeNumber() const { return text("This isn’t a whole number"); }
   std::string notEditable() const { return text("Not editable"); }
@@ -223,6 +226,10 @@ class Localize {
   }
   std::string save() const { return text("Save"); }
   std::string saveTheScriptToGoOn() const { return text("Save the script to go on."); }
+  std::string saveWithoutComments() const { return text("Save Without Comments"); }
+  std::string savingRemovesComments(const std::string& name) const {
+    return format("The comments in the file of “%@” can’t be kept", {name});
+  }
   std::string scheduled() const { return text("Scheduled"); }
   std::string script() const { return text("Script"); }
   std::string scriptHint() const { return text("One that you have, or that you write now"); }
@@ -239,6 +246,9 @@ class Localize {
   std::string system() const { return text("System"); }
   std::string takeTheirs() const { return text("Take Theirs"); }
   std::string test() const { return text("Test"); }
+  std::string theFileWithItsCommentsIsKept(const std::string& folder) const {
+    return format("The job is saved without them. The file as it is now is kept in the folder “%@”.", {folder});
+  }
   std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
   std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }
   std::string theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError() const {

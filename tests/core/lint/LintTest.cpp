@@ -34,7 +34,7 @@ TEST(LintTest, FindingsStandAtTheirPlacesInTheOrderOfTheFile) {
           "error: Label not found",
           "warning: line 3, column 3: Nicee: unknown key; did you mean Nice?",
           "warning: line 7, column 5: ProgramArguments[1]: launchd is no shell; the program gets | as an argument",
-          "warning: line 9, column 31: KeepAlive.Foo: unknown key, lost when the job is saved",
+          "warning: line 9, column 31: KeepAlive.Foo: unknown key",
           "error: line 10, column 19: Nice: holds \"x\", a string, where an integer belongs",
           "error: line 11, column 24: RunAtLoad: holds 1, an integer, where a boolean belongs",
       }));
@@ -65,7 +65,7 @@ TEST(LintTest, AllErrorsAreToldAtOnceAndTheRestIsChecked) {
                 "error: StartCalendarInterval.Hour: Start calendar interval type error: \"3\", a string, where an "
                 "integer belongs",
                 "error: Nice: holds \"x\", a string, where an integer belongs",
-                "warning: Umask: the value doesn't fit its key; it is lost when the job is saved",
+                "warning: Umask: the value doesn't fit its key",
             }));
 }
 

@@ -1,4 +1,4 @@
-#include "core/lint/LostKeys.h"
+#include "core/lint/NestedKeyLint.h"
 
 #include <algorithm>
 #include <optional>
@@ -11,6 +11,8 @@
 namespace mirvel::lint {
 
 namespace {
+
+constexpr const char* unfit = "the value doesn't fit its key";
 
 std::optional<double> number(const plist::Value& value) {
   if (const auto* real = value.as<double>()) return *real;
@@ -43,7 +45,7 @@ class Comparison {
         compare((*array)[i], (*after.as<plist::Array>())[i], plist::childPath(path, i), depth);
       }
     } else if (!isKept(before, after)) {
-      m_findings.warning(path, "the value doesn't fit its key; it is lost when the job is saved");
+      m_findings.warning(path, unfit);
     }
   }
 
@@ -55,18 +57,18 @@ class Comparison {
       if (const plist::Value* kept = after.find(key)) {
         compare(value, *kept, child, depth);
       } else {
-        tellLost(key, child, depth);
+        tellMissing(key, child, depth);
       }
     }
   }
 
-  void tellLost(const std::string& key, const std::string& path, std::size_t depth) {
+  void tellMissing(const std::string& key, const std::string& path, std::size_t depth) {
     const bool isListed = m_nested && m_nested->depth == depth &&
                           std::find(m_nested->keys.begin(), m_nested->keys.end(), key) == m_nested->keys.end();
     if (isListed) {
-      m_findings.keyWarning(path, "unknown key, lost when the job is saved" + suggestionText(key, m_nested->keys));
+      m_findings.keyWarning(path, "unknown key" + suggestionText(key, m_nested->keys));
     } else {
-      m_findings.keyWarning(path, "the value can't be kept; it is lost when the job is saved");
+      m_findings.keyWarning(path, unfit);
     }
   }
 
@@ -84,14 +86,15 @@ class Comparison {
 
 }  // namespace
 
-void checkLostKeys(const Subject& subject, Findings& findings) {
+void checkNestedKeys(const Subject& subject, Findings& findings) {
   const plist::Dictionary written = subject.record.encode();
   for (const auto& [key, value] : subject.file) {
-    if (!launchd::Plist::codingKey(key)) continue;
+    // What an event brings is for whoever handles it.
+    if (!launchd::Plist::codingKey(key) || key == "LaunchEvents") continue;
     if (const plist::Value* after = written.find(key)) {
       Comparison(key, findings).compare(value, *after, key, 0);
     } else if (!isEmptyContainer(value)) {
-      findings.warning(key, "the value doesn't fit its key; it is lost when the job is saved");
+      findings.warning(key, unfit);
     }
   }
 }
