@@ -6,6 +6,7 @@
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
+#include "core/editor/CommentedFile.h"
 #include "core/plist/NormalizeForSave.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
@@ -72,6 +73,7 @@ void EditController::save() {
 }
 
 void EditController::send(Launchd& job) {
+  if (!letCommentsGo(m_program, job)) return;
   m_program.actions.save(job);
   m_program.editing.sent(job.plistData().value_or(""));
 }

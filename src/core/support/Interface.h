@@ -20,6 +20,7 @@ struct Alert {
   std::string alternateTitle = {};
   std::string otherTitle = {};
   std::string suppression = {};  ///< boolean key of `Defaults` for "don't ask again"; empty: not offered
+  bool returnBacksOut = false;   ///< the Return key presses the last button too, not the first
 };
 
 /// A panel that asks for the place of a file to be written.

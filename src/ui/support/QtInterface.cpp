@@ -43,11 +43,12 @@ QMessageBox::ButtonRole roleOf(std::size_t index, std::size_t count) {
   return index + 1 == count ? QMessageBox::RejectRole : QMessageBox::DestructiveRole;
 }
 
-void addButtons(QMessageBox& box, const std::vector<Button>& buttons) {
+void addButtons(QMessageBox& box, const std::vector<Button>& buttons, bool returnBacksOut) {
+  const std::size_t preset = returnBacksOut ? buttons.size() - 1 : 0;
   for (std::size_t i = 0; i < buttons.size(); ++i) {
     QPushButton* button = box.addButton(qt(buttons[i].title), roleOf(i, buttons.size()));
     button->setProperty(answerProperty, buttons[i].answer);
-    if (i == 0) box.setDefaultButton(button);
+    if (i == preset) box.setDefaultButton(button);
     box.setEscapeButton(button);  // the last one keeps it
   }
 }
@@ -167,7 +168,7 @@ QMessageBox* QtInterface::makeBox(const Alert& question, QWidget* parent) const 
   box->setText(qt(question.message));
   box->setInformativeText(qt(question.informativeText));
   usePlainText(*box);
-  addButtons(*box, buttons);
+  addButtons(*box, buttons, question.returnBacksOut);
   if (!question.suppression.empty()) box->setCheckBox(new QCheckBox(qt(m_localize.format("Don’t ask again", {}))));
   return box;
 }

@@ -72,11 +72,13 @@ TEST_F(QtInterfaceTest, AnswersWithTheButton) {
   }
 }
 
-TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirst) {
+TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirstUnlessToldOtherwise) {
   Alert two = m_question;
   two.otherTitle.clear();
   Alert one = two;
   one.alternateTitle.clear();
+  Alert careful = two;
+  careful.returnBacksOut = true;
   Alert gap = m_question;
   gap.alternateTitle.clear();
   const struct {
@@ -86,6 +88,7 @@ TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirst) {
   } rows[] = {
       {m_question, Qt::Key_Escape, 1002}, {two, Qt::Key_Escape, 1001},        {one, Qt::Key_Escape, 1000},
       {gap, Qt::Key_Escape, 1002},        {m_question, Qt::Key_Return, 1000}, {two, Qt::Key_Return, 1000},
+      {careful, Qt::Key_Return, 1001},    {careful, Qt::Key_Escape, 1001},
   };
   for (const auto& row : rows) {
     whenUp<QMessageBox>([&](QMessageBox& box) { QTest::keyClick(&box, row.key); });
