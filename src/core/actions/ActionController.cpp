@@ -2,10 +2,9 @@
 
 #include <system_error>
 
-#include "core/actions/ActionError.h"
+#include "core/actions/HelperErrors.h"
 #include "core/app/Program.h"
 #include "core/propertylist/Encoding.h"
-#include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 
 namespace mirvel {
@@ -115,7 +114,8 @@ void ActionController::replied(const plist::Dictionary& reply, const Action::Sha
   const auto* details = error ? error->as<plist::Dictionary>() : nullptr;
   end(*action, !details);
   if (details) {
-    if (action->presentError) presentHelperError(*details);
+    if (action->presentError) presentHelperError(*details, m_program.foundation.localize, m_program.platform.interface);
+    if (action->kind == Action::Kind::log) clearLog();
     return;
   }
   if (action->privileged) {
@@ -165,41 +165,6 @@ void ActionController::endedWell(const Action& action) {
   m_program.state.selectedJob = nullptr;
   m_program.mainWindow.selectedJobDidChange();
   if (shell.detail) shell.detail->clearDetail();
-}
-
-void ActionController::presentHelperError(const plist::Dictionary& error) {
-  const Localize& localize = m_program.foundation.localize;
-  Interface& interface = m_program.platform.interface;
-  const auto string = [&error](std::string_view key) {
-    const plist::Value* const value = error.find(key);
-    return value ? value->as<std::string>() : nullptr;
-  };
-  const plist::Value* const codeValue = error.find("code");
-  const auto* integer = codeValue ? codeValue->as<plist::Integer>() : nullptr;
-  const std::string* const domain = string("domain");
-  if (!domain || !integer) return interface.error(localize.anUnknownErrorOccurred(), localize.pleaseTryAgain());
-
-  const std::string text = bidirectionalString({localize.anUnknownErrorOccurred(), '(' + integer->text() + ')'}, " ",
-                                               localize.isRightToLeft());
-  if (*domain != actionErrorDomain) {
-    const std::string* const description = string("description");
-    const std::string* const suggestion = string("suggestion");
-    if (description && suggestion) return interface.error(*description, *suggestion);
-    return interface.error(text, localize.pleaseTryAgain());
-  }
-  const std::string notChanged = localize.theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError();
-  switch (static_cast<ActionErrorCode>(integer->toInt64().value_or(0))) {
-    case ActionErrorCode::NotConnected:
-      return tellOfNoCommunication();
-    case ActionErrorCode::NotChanged:
-      return interface.error(notChanged, localize.pleaseTryAgain());
-    case ActionErrorCode::NotChangedTryNewName:
-      return interface.error(notChanged, localize.renameTheItemAndTryAgain());
-    case ActionErrorCode::NoLog:
-      interface.error(localize.anUnknownErrorOccurredWhenFetchingTheLog(), localize.pleaseTryAgain());
-      return clearLog();
-  }
-  interface.error(text, localize.pleaseTryAgain());
 }
 
 void ActionController::deleteConfirmed(int response, const Job& job) {

@@ -59,7 +59,6 @@ class ActionController {
   void followUpPrivileged(const Action::Shared& action);
   static void end(const Action& action, bool isDone);
   void endedWell(const Action& action);
-  void presentHelperError(const plist::Dictionary& error);
   void clearLog();
 
   using Ended = std::function<void(bool isWritten)>;
