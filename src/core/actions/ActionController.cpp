@@ -52,7 +52,7 @@ void ActionController::run(HelperConnection& connection, const Action::Shared& a
 }
 
 void ActionController::connected(HelperConnections::Privileged answer, const Action::Shared& action) {
-  if (!answer.connection || answer.authData.empty()) return authorisationFailed(answer.isCancelled, *action);
+  if (!answer.connection || answer.authData.empty()) return authorisationFailed(answer, *action);
   m_authData = std::move(answer.authData);
   m_privilegedConnection = std::move(answer.connection);
   m_program.shell.endPrivilegedConnection = [this] {
@@ -61,14 +61,13 @@ void ActionController::connected(HelperConnections::Privileged answer, const Act
   run(*m_privilegedConnection, action);
 }
 
-void ActionController::authorisationFailed(bool isCancelled, const Action& action) {
+void ActionController::authorisationFailed(const HelperConnections::Privileged& answer, const Action& action) {
   end(action, false);
   putBack(action);
   dropNewFile();
   const auto& selected = m_program.state.selectedJob;
-  if (!isCancelled) {
-    const Localize& localize = m_program.foundation.localize;
-    m_program.platform.interface.error(localize.cannotAuthenticate(), localize.pleaseTryAgain());
+  if (!answer.isCancelled) {
+    presentRefusal(answer.refusal, m_program.foundation.localize, m_program.platform.interface);
   } else if (selected) {
     selected->checksum.clear();
     fetchUnlessEdited();

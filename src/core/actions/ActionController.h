@@ -51,7 +51,7 @@ class ActionController {
   bool canBeNamed(const URL& url);
   void run(HelperConnection& connection, const Action::Shared& action);
   void connected(HelperConnections::Privileged answer, const Action::Shared& action);
-  void authorisationFailed(bool isCancelled, const Action& action);
+  void authorisationFailed(const HelperConnections::Privileged& answer, const Action& action);
   void connectionFailed(const Action& action, const Error& error, bool privileged);
   void drop(std::unique_ptr<HelperConnection>& connection);
   void finishAction(const Action& action);

@@ -73,6 +73,9 @@ class Localize {
   }
   std::string application() const { return text("Application"); }
   std::string applicationHint() const { return text("One that is installed, or any program file"); }
+  std::string askAnAdministrator() const {
+    return text("The password was wrong, or your account isn’t allowed to administer this computer.");
+  }
   std::string atStartupAndWhenSaving() const { return text("At startup and when saving"); }
   std::string areYouSureYouWantToDelete(const std::string& name) const {
     return format("Are you sure you want to delete “%@”?", {name});
@@ -86,6 +89,10 @@ class Localize {
   std::string cannotAuthenticate() const { return text("Cannot authenticate"); }
   std::string change() const { return text("Change"); }
   std::string check() const { return text("Check"); }
+  std::string checkTheContentOfTheJobFile() const { return text("Check the content of the job file."); }
+  std::string checkWhoMayChangeTheFile() const {
+    return text("Check who owns the file and its folder, and who may change them.");
+  }
   std::string chooseIcon() const { return text("Choose Icon…"); }
   std::string chooseOrWriteAScript() const { return text("Choose a script that you have, or write a new one here."); }
   std::string chooseWhatYouWantToRun() const { return text("Choose what you want to run"); }
@@ -101,6 +108,9 @@ class Localize {
   }
   std::string copy() const { return text("Copy"); }
   std::string copyOf(const std::string& name) const { return format("%@ copy", {name}); }
+  std::string couldntBeDeleted(const std::string& file) const { return format("“%@” couldn’t be deleted", {file}); }
+  std::string couldntBeRead(const std::string& file) const { return format("“%@” couldn’t be read", {file}); }
+  std::string couldntBeWritten(const std::string& file) const { return format("“%@” couldn’t be written", {file}); }
   std::string couldntLookForUpdates() const { return text("Couldn’t look for a new version"); }
   std::string couldntOpenInThatFormat(const std::string& name) const {
     return format("The file “%@” couldn’t be opened because it isn’t in the correct format.", {name});
@@ -141,7 +151,13 @@ class Localize {
   std::string identifier() const { return text("Identifier"); }
   std::string importString() const { return text("Import"); }
   std::string info() const { return text("Info"); }
+  std::string installPkexec() const {
+    return text(
+        "The program pkexec is missing, by which Mirvel asks for your password. Install the package “pkexec” or "
+        "“policykit-1” and try again.");
+  }
   std::string internalHelperTools() const { return text("Internal Helper Tools"); }
+  std::string itIsTooLargeForAJobFile() const { return text("It’s too large for a job file."); }
   std::string itWillNeverRun() const { return text("It will never run on this schedule"); }
   std::string keepAProgramRunning() const { return text("Keep a Program Running"); }
   std::string keepMine() const { return text("Keep Mine"); }
@@ -235,16 +251,44 @@ class Localize {
   std::string skip() const { return text("Skip"); }
   std::string jobs() const { return text("Jobs"); }
   std::string details() const { return text("Details"); }
+  std::string startAnAuthenticationAgent() const {
+    return text(
+        "No program is running that could ask for your password. Start the polkit authentication agent of your "
+        "desktop, or install one, such as “lxpolkit” or “mate-polkit”, and try again.");
+  }
+  std::string startPolkit() const {
+    return text(
+        "The system’s polkit service can’t be reached, which decides who may administer this computer. Make sure that "
+        "the package “polkitd” is installed and its service runs, and try again.");
+  }
   std::string summary() const { return text("Summary"); }
   std::string system() const { return text("System"); }
   std::string takeTheirs() const { return text("Take Theirs"); }
   std::string test() const { return text("Test"); }
+  std::string theDiskCantBeWritten() const { return text("The disk can only be read."); }
+  std::string theDiskIsFull() const { return text("The disk is full. Make room on it and try again."); }
+  std::string theDiskReportsAnError() const {
+    return text("The disk reports an error. Make sure that it works, and try again.");
+  }
+  std::string theFileOrItsFolderIsMissing() const { return text("The file or its folder doesn’t exist."); }
+  std::string theFileWasSaved() const { return text("The file was saved."); }
   std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
+  std::string theJobCouldntBeLoaded(const std::string& file) const {
+    return format("The job in “%@” couldn’t be loaded", {file});
+  }
+  std::string theJobCouldntBeStopped(const std::string& file) const {
+    return format("The job in “%@” couldn’t be stopped", {file});
+  }
+  std::string theNameIsTooLong() const { return text("The name is too long. Choose a shorter one and try again."); }
   std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }
   std::string theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError() const {
     return text("The item couldn’t be added or removed because of an unknown error");
   }
   std::string themes() const { return text("Themes"); }
+  std::string thereIsAFileOfThisName() const {
+    return text("There is a file of this name already. Choose another name and try again.");
+  }
+  std::string theTestCouldntBeRun() const { return text("The test couldn’t be run"); }
   std::string time() const { return text("Time"); }
   std::string timePeriod() const { return text("Time Period"); }
   std::string timeline() const { return text("Timeline"); }

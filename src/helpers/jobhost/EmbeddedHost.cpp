@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "core/support/Strings.h"
+#include "helpers/action/JobFiles.h"
 
 namespace mirvel {
 
@@ -67,12 +68,14 @@ Result<void> EmbeddedHost::load(const std::filesystem::path& file) {
 }
 
 Result<void> EmbeddedHost::unload(const std::filesystem::path& file, const std::optional<std::string>& label) {
+  if (auto checked = label ? checkLabel(*label) : Result<void>(); !checked) return checked;
   plist::Dictionary arguments{{std::string(key::path), file.string()}};
   if (label) arguments.set(key::label, *label);
   return withoutContent(ask(request::unload, arguments));
 }
 
 Result<bool> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
+  if (const auto checked = checkLabel(label); !checked) return checked.error();
   const auto answer = ask(request::waitForEnd,
                           {{std::string(key::label), label}, {std::string(key::seconds), std::int64_t{limit.count()}}});
   if (!answer) return answer.error();

@@ -26,8 +26,9 @@ class JobHost {
 
   /// Loads the job file. One that is loaded already under its label stays as it is, and that is an error.
   virtual Result<void> load(const std::filesystem::path& file) = 0;
-  /// Unloads the job of the label, or, without one, of the file; its process is stopped. Nothing loaded is no error. A
-  /// file that has gone is `NotFound` without a label, if the host knows its jobs by label alone.
+  /// Unloads the job of the label, or, without one, of the file; its process is stopped. Nothing loaded is no error,
+  /// and a job of the label that was loaded from another file, which is still there, stays. An empty label is
+  /// `BadArgument`. A file that has gone is `NotFound` without a label, if the host knows its jobs by label alone.
   virtual Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) = 0;
   /// Waits until the loaded job of the label has run to its end once since it was loaded: false if it hasn't within the
   /// time.
