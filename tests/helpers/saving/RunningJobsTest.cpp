@@ -86,7 +86,6 @@ class RunningJobsTest : public testing::Test {
   SystemHelperConnections helpers{
       {.queue = queue,
        .background = background,
-       .runner = runner,
        .programs = HelperPrograms::in(fs::path(MIRVEL_ACTION).parent_path(), roots, environment, folder.path())}};
   ThreadWorkQueue fetchQueue{"Fetch queue"};
   Program program{foundation,
