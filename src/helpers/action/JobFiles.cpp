@@ -54,6 +54,12 @@ Result<std::string> labelOf(std::string_view content) {
   return *label;
 }
 
+bool mayBeLoadedFrom(const std::filesystem::path& loaded, const std::filesystem::path& file) {
+  std::error_code failure;
+  return !std::filesystem::exists(loaded, failure) ||
+         std::filesystem::weakly_canonical(loaded, failure) == std::filesystem::weakly_canonical(file, failure);
+}
+
 bool isSameEntry(const std::filesystem::path& a, const std::filesystem::path& b) {
   struct stat first {
   }, second{};

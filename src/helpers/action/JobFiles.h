@@ -46,6 +46,10 @@ Result<void> checkLabel(std::string_view label);
 /// The label of a job file's content; an error for what is no job file, which launchd wouldn't load.
 Result<std::string> labelOf(std::string_view content);
 
+/// Whether the job of a file is the one that was loaded from another path: the same file, or one that has moved from
+/// there. A copy is another job, whose original goes on.
+bool mayBeLoadedFrom(const std::filesystem::path& loaded, const std::filesystem::path& file);
+
 /// Whether two paths lead to the same entry of a folder or to the same file. False if one of them leads nowhere.
 bool isSameEntry(const std::filesystem::path& a, const std::filesystem::path& b);
 

@@ -8,6 +8,7 @@
 #include "core/catalogue/JobFolder.h"
 #include "core/support/ReadFile.h"
 #include "core/support/RegularFile.h"
+#include "helpers/action/JobFiles.h"
 
 namespace mirvel::host {
 
@@ -121,7 +122,11 @@ void Host::tellOfUnserved(const std::string& label, const launchd::Plist& plist)
 }
 
 Host::Jobs::iterator Host::find(const fs::path& file, const std::optional<std::string>& label) {
-  if (label) return m_jobs.find(*label);
+  if (label) {
+    const auto found = m_jobs.find(*label);
+    const bool isAnothers = found != m_jobs.end() && !file.empty() && !mayBeLoadedFrom(found->second->file, file);
+    return isAnothers ? m_jobs.end() : found;
+  }
   return std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& job) { return job.second->file == file; });
 }
 

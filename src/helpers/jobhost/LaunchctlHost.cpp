@@ -30,13 +30,6 @@ std::optional<fs::path> fileIn(const std::string& printed) {
   return path.starts_with('/') ? std::optional<fs::path>(path) : std::nullopt;
 }
 
-/// Whether a job that was loaded from one file is that of another: it has moved if the first has gone.
-bool isOf(const std::optional<fs::path>& loaded, const fs::path& file) {
-  if (!loaded) return true;
-  std::error_code failure;
-  return !fs::exists(*loaded, failure) || fs::weakly_canonical(*loaded, failure) == fs::weakly_canonical(file, failure);
-}
-
 /// Whether a job has run to its end, by what `launchctl print` says of it.
 bool hasEnded(const std::string& printed) {
   const bool hasExited = printed.find("last exit code = ") != std::string::npos &&
@@ -71,7 +64,9 @@ Result<void> LaunchctlHost::unload(const fs::path& file, const std::optional<std
   if (auto checked = checkLabel(*label); !checked) return checked;
   const auto before = print(*label);
   if (!before) return before.error();
-  if (!*before || !isOf(fileIn(**before), file)) return {};
+  if (!*before) return {};
+  const auto loaded = fileIn(**before);
+  if (loaded && !mayBeLoadedFrom(*loaded, file)) return {};
   const auto result = m_setup.runner.run(m_setup.launchctl, {"bootout", target(*label)});
   if (!result) return result.error();
   // The tool may come back before the job is gone, whatever its exit status; a job that is still there can't be loaded.
