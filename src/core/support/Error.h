@@ -20,6 +20,8 @@ struct Error {
     WrongType,            ///< a key holds a value of another type than it must
     NoForm,               ///< a key that may hold values of several forms holds none of them
     BadArgument,          ///< the caller asked for something that can't be
+    NotTrusted,           ///< somebody else than root and the user could have written the file
+    StillRunning,         ///< a job that was asked to end hasn't ended within the time
   };
 
   Code code;

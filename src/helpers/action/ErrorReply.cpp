@@ -35,6 +35,10 @@ std::string suggestionFor(Error::Code code) {
       return "Check the content of the job file.";
     case Error::Code::BadArgument:
       return "Choose another file or name and try again.";
+    case Error::Code::NotTrusted:
+      return "Make sure that only you can change the file and its folder, and try again.";
+    case Error::Code::StillRunning:
+      return "Wait until the job has ended, or end its process, and try again.";
   }
   return {};
 }
