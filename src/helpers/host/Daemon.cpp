@@ -30,7 +30,7 @@ class Daemon {
   }
 
   void run() {
-    for (settle(); !m_isEnding || !m_host.isEmpty(); settle()) m_loop.turn(timeout());
+    for (settle(); !m_host.hasQuit(); settle()) m_loop.turn(timeout());
   }
 
  private:

@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "helpers/host/HostSocket.h"
+#include "helpers/jobhost/HostLimits.h"
 #include "helpers/jobhost/HostMessages.h"
 
 namespace mirvel::host {
@@ -82,7 +83,9 @@ void Server::answer(const Client& client, const wire::Frame& request) {
 plist::Dictionary Server::load(const plist::Dictionary& request) {
   const auto path = textOf(request, key::path);
   if (!path) return errorReply(badRequest("there is no path"));
-  const auto loaded = m_host.load(*path);
+  const plist::Value* const temporary = request.find(key::temporary);
+  const bool isTemporary = temporary && temporary->as<bool>() && *temporary->as<bool>();
+  const auto loaded = m_host.load(*path, isTemporary ? Host::Noted::No : Host::Noted::Yes);
   return loaded ? plist::Dictionary() : errorReply(loaded.error());
 }
 
@@ -104,12 +107,13 @@ plist::Dictionary Server::status() const {
 void Server::unload(const Client& client, const wire::Frame& request) {
   const auto path = textOf(request.body, key::path);
   const auto label = textOf(request.body, key::label);
-  const auto unloaded = path || label ? m_host.unload(path.value_or(""), label) : std::nullopt;
-  if (!unloaded) {
-    const bool isGood = path || label;
-    return client->send({request.id, isGood ? plist::Dictionary() : errorReply(badRequest("there is no path"))});
-  }
-  m_waiting.push_back({.client = client, .id = request.id, .label = *unloaded, .forUnload = true});
+  if (!path && !label) return client->send({request.id, errorReply(badRequest("there is no path"))});
+  const auto unloaded = m_host.unload(path.value_or(""), label);
+  if (!unloaded) return client->send({request.id, errorReply(unloaded.error())});
+  if (!*unloaded) return client->send({request.id, {}});
+  const auto limit = request.body.find(key::seconds) ? std::min(durationOf(request.body), longestStop) : longestStop;
+  const auto until = currentTime().running + limit;
+  m_waiting.push_back({.client = client, .id = request.id, .label = **unloaded, .forUnload = true, .until = until});
 }
 
 void Server::waitForEnd(const Client& client, const wire::Frame& request) {
@@ -124,11 +128,12 @@ void Server::waitForEnd(const Client& client, const wire::Frame& request) {
 
 std::optional<plist::Dictionary> Server::answerTo(const Waiting& waiting, milliseconds now) const {
   if (waiting.forUnload) {
-    return m_host.isLoaded(waiting.label) ? std::nullopt : std::optional(plist::Dictionary());
+    if (!m_host.isLoaded(waiting.label)) return plist::Dictionary();
+    return now < waiting.until ? std::nullopt : std::optional(errorReply(m_host.stillRunning(waiting.label)));
   }
   const bool hasRun = m_host.hasRun(waiting.label);
   const bool isGone = !m_host.isLoaded(waiting.label);
-  if (!hasRun && !isGone && now < *waiting.until) return std::nullopt;
+  if (!hasRun && !isGone && now < waiting.until) return std::nullopt;
   return plist::Dictionary{{std::string(key::ended), hasRun || isGone}};
 }
 
@@ -153,7 +158,7 @@ void Server::settle() {
 std::optional<milliseconds> Server::wakeAt() const {
   std::optional<milliseconds> earliest;
   for (const Waiting& waiting : m_waiting) {
-    if (waiting.until) earliest = std::min(earliest.value_or(*waiting.until), *waiting.until);
+    earliest = std::min(earliest.value_or(waiting.until), waiting.until);
   }
   return earliest;
 }

@@ -38,7 +38,7 @@ class Server {
     std::int64_t id;
     std::string label;
     bool forUnload;  ///< else for its end
-    std::optional<std::chrono::milliseconds> until = {};
+    std::chrono::milliseconds until;
   };
 
   void accept();

@@ -9,6 +9,7 @@
 
 #include "helpers/host/Daemon.h"
 #include "helpers/host/Detachment.h"
+#include "helpers/process/CleanState.h"
 
 namespace {
 
@@ -41,6 +42,8 @@ std::optional<Options> read(const std::vector<std::string>& arguments) {
 }
 
 int run(const Options& options, const Environment& environment) {
+  // A host below a folder is somebody's trial, and stays with whatever else belongs to that.
+  resetProcessState(options.root.empty() ? ControlGroup::Leave : ControlGroup::Keep);
   host::Detachment detachment;
   if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
   const auto places = options.root.empty() ? host::Places::of(Roots::forThisMachine(environment), environment)

@@ -60,21 +60,28 @@ EmbeddedHost::EmbeddedHost(Settings settings, ProcessRunner& runner)
       m_autostart(m_settings.autostart, commandOf(m_settings)) {}
 
 Result<void> EmbeddedHost::load(const std::filesystem::path& file) {
-  const auto loaded = ask(request::load, {{std::string(key::path), file.string()}});
+  const auto loaded = ask(request::load, {{std::string(key::path), file.string()}}, host::longestAnswer);
   if (!loaded) return loaded.error();
   (void)m_autostart.install();  // the job runs all the same, and the next load tries again
   return {};
 }
 
+Result<void> EmbeddedHost::loadTemporarily(const std::filesystem::path& file) {
+  return withoutContent(ask(request::load,
+                            {{std::string(key::path), file.string()}, {std::string(key::temporary), true}},
+                            host::longestAnswer));
+}
+
 Result<void> EmbeddedHost::unload(const std::filesystem::path& file, const std::optional<std::string>& label) {
   plist::Dictionary arguments{{std::string(key::path), file.string()}};
   if (label) arguments.set(key::label, *label);
-  return withoutContent(ask(request::unload, arguments));
+  return withoutContent(ask(request::unload, arguments, host::longestStop + host::longestAnswer));
 }
 
 Result<bool> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
   const auto answer = ask(request::waitForEnd,
-                          {{std::string(key::label), label}, {std::string(key::seconds), std::int64_t{limit.count()}}});
+                          {{std::string(key::label), label}, {std::string(key::seconds), std::int64_t{limit.count()}}},
+                          limit + host::longestAnswer);
   if (!answer) return answer.error();
   const plist::Value* const ended = answer->find(key::ended);
   if (!ended || !ended->as<bool>()) return host::HostClient::badAnswer();
@@ -83,7 +90,8 @@ Result<bool> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
 
 Result<std::vector<JobHost::LogLine>> EmbeddedHost::log(seconds period, const std::string& text) {
   const auto answer =
-      ask(request::log, {{std::string(key::seconds), std::int64_t{period.count()}}, {std::string(key::text), text}});
+      ask(request::log, {{std::string(key::seconds), std::int64_t{period.count()}}, {std::string(key::text), text}},
+          host::longestAnswer);
   if (!answer) return answer.error();
   const plist::Value* const value = answer->find(key::lines);
   const auto* const lines = value ? value->as<plist::Array>() : nullptr;
@@ -99,21 +107,22 @@ Result<std::vector<JobHost::LogLine>> EmbeddedHost::log(seconds period, const st
 }
 
 Result<void> EmbeddedHost::quit() {
-  const auto answer = m_client.ask(request::quit);
+  const auto answer = m_client.ask(request::quit, {}, host::longestQuit + host::longestAnswer);
   if (answer || host::HostClient::isNoHost(answer.error()) || host::HostClient::isHangUp(answer.error())) return {};
   return answer.error();
 }
 
-Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plist::Dictionary& arguments) {
+Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plist::Dictionary& arguments,
+                                            seconds limit) {
   // Another may be starting it at the same time and not be as far yet, or one that ends may still be there.
   constexpr auto patience = seconds(5);
   const auto end = steady_clock::now() + patience;
   for (;;) {
-    auto answer = m_client.ask(request, arguments);
+    auto answer = m_client.ask(request, arguments, limit);
     if (answer || !host::HostClient::isNoHost(answer.error()) || steady_clock::now() > end) return answer;
     const auto started = start();
     if (!started) return started.error();
-    answer = m_client.ask(request, arguments);
+    answer = m_client.ask(request, arguments, limit);
     if (answer || !host::HostClient::isNoHost(answer.error())) return answer;
     std::this_thread::sleep_for(milliseconds(10));
   }

@@ -32,6 +32,7 @@ class EmbeddedHost : public JobHost {
   EmbeddedHost(Settings settings, ProcessRunner& runner);
 
   Result<void> load(const std::filesystem::path& file) override;
+  Result<void> loadTemporarily(const std::filesystem::path& file) override;
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override;
   Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
   Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override;
@@ -40,7 +41,8 @@ class EmbeddedHost : public JobHost {
   Result<void> quit();
 
  private:
-  Result<plist::Dictionary> ask(std::string_view request, const plist::Dictionary& arguments);
+  Result<plist::Dictionary> ask(std::string_view request, const plist::Dictionary& arguments,
+                                std::chrono::seconds limit);
   Result<void> start();
 
   Settings m_settings;
