@@ -262,6 +262,7 @@ void Host::settle() {
     for (Entry* const entry : entries) followOrders(*entry, now);
   }
   m_wakeAt = m_quitBy;
+  if (m_hasNews) m_wakeAt = now.running + std::chrono::seconds(1);
   for (const auto& [label, entry] : m_jobs) {
     const auto wake = entry->job.wakeAt(now);
     if (wake) m_wakeAt = std::min(m_wakeAt.value_or(*wake), *wake);

@@ -2,6 +2,10 @@
 
 #include <fcntl.h>
 #include <sys/socket.h>
+#ifdef __linux__
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
@@ -23,6 +27,31 @@ seconds durationOf(const plist::Dictionary& request) {
   return seconds(std::clamp<std::int64_t>(numberOf(request, key::seconds).value_or(0), 0, longestPeriod));
 }
 
+#ifdef __linux__
+
+pid_t processOf(int socket) {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 ? peer.pid : 0;
+}
+
+/// Can be read when the process has ended; see pidfd_open(2).
+FileDescriptor openProcess(pid_t process) {
+  return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+}
+
+#else
+
+pid_t processOf(int) {
+  return 0;
+}
+
+FileDescriptor openProcess(pid_t) {
+  return {};
+}
+
+#endif
+
 Error badRequest(const std::string& message) {
   return {.code = Error::Code::BadArgument, .message = message};
 }
@@ -40,6 +69,9 @@ Server::Server(FileDescriptor listening, Host& host, PollLoop& loop)
 Server::~Server() {
   m_loop.forget(m_listening.number());
   for (const Client& client : m_clients) m_loop.forget(client->descriptor());
+  for (const auto& [process, trier] : m_triers) {
+    if (trier.process) m_loop.forget(trier.process.number());
+  }
 }
 
 void Server::accept() {
@@ -73,20 +105,39 @@ void Server::answer(const Client& client, const wire::Frame& request) {
   const std::string name = textOf(request.body, key::request).value_or("");
   if (name == request::unload) return unload(client, request);
   if (name == request::waitForEnd) return waitForEnd(client, request);
-  if (name == request::load) return reply(load(request.body));
+  if (name == request::load) return reply(load(client, request.body));
   if (name == request::log) return reply(log(request.body));
   if (name == request::status) return reply(status());
   if (name != request::quit) return reply(errorReply(badRequest("the job host knows no request of that name")));
   m_shallQuit = true;  // the end of the connection is the answer
 }
 
-plist::Dictionary Server::load(const plist::Dictionary& request) {
+plist::Dictionary Server::load(const Client& client, const plist::Dictionary& request) {
   const auto path = textOf(request, key::path);
   if (!path) return errorReply(badRequest("there is no path"));
   const plist::Value* const temporary = request.find(key::temporary);
   const bool isTemporary = temporary && temporary->as<bool>() && *temporary->as<bool>();
   const auto loaded = m_host.load(*path, isTemporary ? Host::Noted::No : Host::Noted::Yes);
+  if (loaded && isTemporary) unloadWith(client, *path);
   return loaded ? plist::Dictionary() : errorReply(loaded.error());
+}
+
+/// A job that is only tried ends with whoever tries it, even one who is killed and can't unload it. Where the system
+/// doesn't tell of that end, it stays until the host ends.
+void Server::unloadWith(const Client& client, const std::filesystem::path& file) {
+  const pid_t peer = processOf(client->descriptor());
+  if (peer <= 0) return;
+  Trier& trier = m_triers[peer];
+  trier.files.insert(file);
+  if (trier.process) return;
+  trier.process = openProcess(peer);
+  if (!trier.process) return;
+  m_loop.watch(trier.process.number(), POLLIN, [this, peer](short) {
+    const auto found = m_triers.extract(peer);
+    m_loop.forget(found.mapped().process.number());
+    // What is only tried isn't noted, so that nothing can fail.
+    for (const auto& tried : found.mapped().files) (void)m_host.unload(tried, std::nullopt);
+  });
 }
 
 plist::Dictionary Server::log(const plist::Dictionary& request) const {

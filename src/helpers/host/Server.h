@@ -1,8 +1,11 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
 #include <list>
+#include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include "core/support/FileDescriptor.h"
@@ -45,7 +48,8 @@ class Server {
   void turnAway();
   void serve(const Client& client);
   void answer(const Client& client, const wire::Frame& request);
-  plist::Dictionary load(const plist::Dictionary& request);
+  plist::Dictionary load(const Client& client, const plist::Dictionary& request);
+  void unloadWith(const Client& client, const std::filesystem::path& file);
   plist::Dictionary log(const plist::Dictionary& request) const;
   plist::Dictionary status() const;
   void unload(const Client& client, const wire::Frame& request);
@@ -53,12 +57,19 @@ class Server {
   /// None: not yet.
   std::optional<plist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
 
+  /// A process that tries jobs, which end with it.
+  struct Trier {
+    FileDescriptor process;
+    std::set<std::filesystem::path> files;
+  };
+
   FileDescriptor m_listening;
   FileDescriptor m_spare;  ///< given up for a moment when there are no descriptors left
   Host& m_host;
   PollLoop& m_loop;
   std::vector<Client> m_clients;
   std::list<Waiting> m_waiting;
+  std::map<pid_t, Trier> m_triers;
   bool m_shallQuit = false;
 };
 

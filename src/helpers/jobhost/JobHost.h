@@ -26,7 +26,8 @@ class JobHost {
 
   /// Loads the job file. One that is loaded already under its label stays as it is, and that is an error.
   virtual Result<void> load(const std::filesystem::path& file) = 0;
-  /// The same for a job that is only tried: it isn't loaded again when the host is started anew.
+  /// The same for a job that is only tried: it isn't loaded again when the host is started anew, and is
+  /// unloaded when this process ends, where the host can tell.
   virtual Result<void> loadTemporarily(const std::filesystem::path& file) { return load(file); }
   /// Unloads the job of the label, or, without one, of the file; its process is stopped. Nothing loaded is no error. A
   /// file that has gone is `NotFound` without a label, if the host knows its jobs by label alone.

@@ -1,8 +1,12 @@
 // What a host remembers from one start to the next, and which files it refuses.
 
 #include <gmock/gmock.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <fstream>
 
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/LoadedJobs.h"
@@ -88,6 +92,27 @@ TEST_F(HostMemory, ForgetsAJobThatWasOnlyTried) {
   EXPECT_THAT(loaded(), ElementsAre("kept", "tried"));
   restart();
   EXPECT_THAT(loaded(), ElementsAre("kept"));
+}
+
+TEST_F(HostMemory, EndsWhatIsTriedByAProcessThatIsKilled) {
+#ifndef __linux__
+  GTEST_SKIP() << "only Linux tells of the end of any process";
+#endif
+  const auto pipe = Signpost::makePipe(folder.path() / "pipe");
+  const auto file =
+      job("tried", "exec 9> '" + pipe.string() + "'; echo $$ >&9; exec sleep 1000", {{"RunAtLoad", true}});
+  const pid_t helper = ::fork();
+  if (helper == 0) {
+    (void)embedded.loadTemporarily(file);
+    for (;;) ::pause();
+  }
+  std::ifstream lines(pipe);
+  std::string process, rest;
+  std::getline(lines, process);
+  EXPECT_TRUE(isAlive(process));
+  ::kill(helper, SIGKILL);
+  ::waitpid(helper, nullptr, 0);
+  EXPECT_FALSE(std::getline(lines, rest)) << "the pipe ends with the last process that has it open";
 }
 
 TEST_F(HostMemory, LoadsNothingThatOthersCouldHaveWritten) {
