@@ -32,6 +32,13 @@ bool exists(const std::string& path) {
   return fs::exists(path, failure);
 }
 
+/// Whether a job that was loaded from one file is the one that another names: a job of the same label stays as long as
+/// its own file is there.
+bool isMeant(const fs::path& loaded, const fs::path& asked) {
+  std::error_code failure;
+  return asked.empty() || loaded == asked || !fs::exists(loaded, failure) || fs::equivalent(loaded, asked, failure);
+}
+
 Result<launchd::Plist> readJob(const fs::path& file) {
   if (!file.is_absolute()) {
     return Error{.code = Error::Code::BadArgument, .message = "the path isn't absolute", .file = file};
@@ -181,7 +188,10 @@ void Host::tellOfUnserved(const std::string& label, const launchd::Plist& plist)
 }
 
 Host::Jobs::iterator Host::find(const fs::path& file, const std::optional<std::string>& label) {
-  if (label) return m_jobs.find(*label);
+  if (label) {
+    const auto found = m_jobs.find(*label);
+    return found == m_jobs.end() || isMeant(found->second->file, file) ? found : m_jobs.end();
+  }
   return std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& job) { return job.second->file == file; });
 }
 

@@ -50,7 +50,8 @@ class Host {
   /// written, and with `StillRunning` while a job of that label is being stopped.
   Result<void> load(const std::filesystem::path& file, Noted noted = Noted::Yes);
   /// Begins to unload the job of the label or, without one, of the file; gives its label. None: nothing was loaded.
-  /// What can't be noted isn't done: the job stays loaded.
+  /// With both, a job of that label that was loaded from another file, which is still there, stays. What can't be noted
+  /// isn't done: the job stays loaded.
   Result<std::optional<std::string>> unload(const std::filesystem::path& file, const std::optional<std::string>& label);
   /// Stops all processes, and starts no more; what is loaded stays noted.
   void quit();

@@ -41,8 +41,9 @@ TEST_F(HostMemory, LoadsAJobWhoseFileWasMissingAsSoonAsItIsThere) {
   restart();
   restart();  // it is still noted
   EXPECT_THAT(loaded(), IsEmpty());
+  const plist::Dictionary keys{{"RunAtLoad", true}, {"ProgramArguments", plist::Array{"/bin/sh", "-c", script}}};
+  folder.write("unmounted/absent.plist", testdata::jobText("absent", keys));
   fs::rename(folder.path() / "unmounted", folder.path() / "jobs");
-  job("absent", script, {{"RunAtLoad", true}});
   EXPECT_EQ(ran.line(), "ran");
   EXPECT_THAT(loaded(), ElementsAre("absent"));
 
@@ -141,6 +142,13 @@ TEST_F(HostMemory, NamesTheFileFromWhichALabelIsLoadedAlready) {
   ASSERT_FALSE(second);
   EXPECT_EQ(second.error().code, Error::Code::BadArgument);
   EXPECT_THAT(second.error().text(), testing::HasSubstr(first.string()));
+
+  const auto copy = folder.path() / "jobs" / "other.plist";
+  EXPECT_TRUE(embedded.unload(copy, "same"));
+  EXPECT_THAT(loaded(), ElementsAre("same")) << "it isn't the copy that is loaded";
+  fs::rename(first, copy);
+  EXPECT_TRUE(embedded.unload(copy, "same")) << "now it is";
+  EXPECT_THAT(loaded(), IsEmpty());
 }
 
 }  // namespace
