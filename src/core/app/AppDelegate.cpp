@@ -54,6 +54,10 @@ void AppDelegate::makeAgentsFolder() {
   std::error_code failure;
   if (fs::exists(folder, failure)) return;
   fs::create_directories(folder, failure);
+  // Jobs aren't loaded from a folder in which others may write, as a umask of 002 would make it.
+  if (!failure) {
+    fs::permissions(folder, fs::perms::group_write | fs::perms::others_write, fs::perm_options::remove, failure);
+  }
   if (failure) m_program.platform.interface.present(systemError(failure.value(), "make the folder", folder.string()));
 }
 

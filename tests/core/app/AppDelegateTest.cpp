@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "core/support/Const.h"
 #include "core/support/Digest.h"
@@ -104,6 +105,21 @@ TEST_F(AppDelegateTest, AnAgentsFolderThatCantBeMadeIsToldAndLeftOut) {
   ASSERT_EQ(interface.errors.size(), 1U);
   EXPECT_NE(interface.errors[0].first.find(path(Kind::userAgent).parent_path()), std::string::npos);
   EXPECT_EQ(names(state().jobs), (std::vector<std::string>{"other"}));
+}
+
+TEST_F(AppDelegateTest, TheAgentsFolderThatIsMadeIsNotForOthersToWrite) {
+  struct Row {
+    mode_t umask;
+    unsigned mode;
+  };
+  for (const Row& row : {Row{0002, 0755}, Row{0077, 0700}}) {
+    const auto agents = path(Kind::userAgent).parent_path();
+    std::filesystem::remove_all(agents);
+    const mode_t before = ::umask(row.umask);
+    const AppDelegate made(program());
+    ::umask(before);
+    EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(agents).permissions()), row.mode);
+  }
 }
 
 TEST_F(AppDelegateTest, OnlyAnEmptyCatalogueWithoutEditsIsFetchedAtTheStart) {

@@ -106,18 +106,18 @@ TEST_F(RequestHandlerTest, FoldersOfTheirOwnAreMadeForUuidNamesAndGoWithThem) {
   EXPECT_TRUE(fs::is_empty(folder));
 }
 
-TEST_F(RequestHandlerTest, NewFilesAreReadableAndOldOnesKeepTheirMode) {
+TEST_F(RequestHandlerTest, NewFilesFollowTheUmaskAndOldOnesKeepTheirMode) {
   const mode_t before = ::umask(0077);
   write(0, "new.plist", "a");
   ::umask(before);
   const fs::path old = put("old.plist", "a");
-  ASSERT_EQ(::chmod(old.c_str(), 0600), 0);
+  ASSERT_EQ(::chmod(old.c_str(), 0640), 0);
   write(0, "old.plist", "a");
   struct stat status {};
   ASSERT_EQ(::stat(path("new.plist").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777U, 0644U);
-  ASSERT_EQ(::stat(old.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777U, 0600U);
+  ASSERT_EQ(::stat(old.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0640U);
 }
 
 TEST_F(RequestHandlerTest, DeletingStopsTheJobFirstAndForgivesAMissingFile) {
