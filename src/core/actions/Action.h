@@ -27,7 +27,8 @@ class Action {
     load = 5,
     test = 6,
     uninstallHelpers = 8,
-    log = 9
+    log = 9,
+    startHost = 32  ///< makes sure that the user's jobs run
   };
 
   explicit Action(Kind theKind) : kind(theKind) {}

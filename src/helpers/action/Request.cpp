@@ -52,7 +52,9 @@ Result<Request::Kind> readKind(const plist::Dictionary& from) {
   const auto* integer = value ? value->as<plist::Integer>() : nullptr;
   const auto number = integer ? integer->toInt64() : std::nullopt;
   if (!number) return bad(Error::Code::MissingKey, "kind", "is missing");
-  if (*number < 0 || *number > 9 || *number == 7) return bad(Error::Code::BadArgument, "kind", "is unknown");
+  const bool isOurs = *number == static_cast<int>(Request::Kind::startHost);
+  if (!isOurs && (*number < 0 || *number > 9 || *number == 7))
+    return bad(Error::Code::BadArgument, "kind", "is unknown");
   return static_cast<Request::Kind>(*number);
 }
 

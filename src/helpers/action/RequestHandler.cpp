@@ -58,6 +58,9 @@ Result<void> RequestHandler::act(const Request& request) {
       return unload(request);
     case Request::Kind::load:
       return load(request);
+    case Request::Kind::startHost:
+      if (m_setup.startsHost) return m_setup.host.start();
+      return Error{.code = Error::Code::NotPermitted, .message = "agents are no business of the privileged helper"};
     case Request::Kind::uninstallHelpers:
       return m_setup.uninstall();
     case Request::Kind::quitHelper:

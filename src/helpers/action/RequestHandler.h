@@ -19,6 +19,7 @@ class RequestHandler {
     /// so that nobody stops a job that isn't touched.
     bool trustsLabels = true;
     std::optional<std::filesystem::path> testFolder = {};  ///< see `TestRuns`
+    bool startsHost = false;  ///< whether the host, with the agents of the user of this process, is started on request
   };
 
   explicit RequestHandler(Setup setup) : m_setup(std::move(setup)), m_tests(m_setup.host, m_setup.testFolder) {}

@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
   const auto root = rootIn(argc, argv);
   const auto host = jobHostOfThisMachine(root, environment, runner);
   UserJobFiles files(JobFolders::ofUser(root ? Roots::below(*root) : Roots::forThisMachine(environment)));
-  RequestHandler handler({.files = files, .host = *host, .uninstall = notMine});
+  RequestHandler handler({.files = files, .host = *host, .uninstall = notMine, .startsHost = true});
   const auto served = serve(
       wire::helperDescriptor, [&](const auto& request) { return handler.handle(request); },
       [&] { return handler.isDone(); });

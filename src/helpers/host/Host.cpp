@@ -50,7 +50,7 @@ Host::Host(Settings settings, PollLoop& loop)
       m_loop(loop),
       m_calendar(m_settings.zone()),
       m_log(m_settings.folder / "log"),
-      m_loadedJobs(m_settings.folder / "loaded.plist"),
+      m_loadedJobs(LoadedJobs::fileIn(m_settings.folder)),
       m_surroundings{.exists = exists,
                      .holdsFiles = holdsFiles,
                      .isLoaded =
@@ -79,8 +79,12 @@ void Host::restore() {
   if (!files) return addToLog("mirvel-host", "can't tell which jobs were loaded: " + files.error().text());
   for (const fs::path& file : *files) {
     const auto added = add(file);
-    if (!added) addToLog("mirvel-host", "can't load " + file.string() + ": " + added.error().text());
+    if (!added) tellOfUnloadable(file, added.error());
   }
+}
+
+void Host::tellOfUnloadable(const fs::path& file, const Error& error) {
+  addToLog("mirvel-host", "can't load " + file.string() + ": " + error.text());
 }
 
 Result<void> Host::load(const fs::path& file) {

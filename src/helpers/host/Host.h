@@ -48,6 +48,11 @@ class Host {
   /// Stops all processes, and starts no more; what is loaded stays noted.
   void quit();
 
+  /// Notes anew what is loaded: the note is gone. False: that isn't possible now.
+  bool noteAgain() { return static_cast<bool>(note()); }
+  /// For the log.
+  void tellOfUnloadable(const std::filesystem::path& file, const Error& error);
+
   bool isLoaded(const std::string& label) const { return m_jobs.find(label) != m_jobs.end(); }
   bool isEmpty() const { return m_jobs.empty(); }
   /// Whether it has run to its end since it was loaded.

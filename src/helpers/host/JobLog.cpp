@@ -116,7 +116,7 @@ Result<void> JobLog::add(const std::string& label, Moment now, const std::vector
   std::string bytes;
   for (const std::string& line : lines) bytes += lineText(now, line);
   std::error_code failure;
-  fs::create_directories(m_folder, failure);  // if that fails, so does what follows, and tells why
+  fs::create_directory(m_folder, failure);  // if that fails, so does what follows, and tells why
   return append(fileOf(label), bytes);
 }
 

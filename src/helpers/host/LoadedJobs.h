@@ -11,6 +11,9 @@ namespace mirvel::host {
 /// The file in which a host notes which job files are loaded, so that it knows them again when it is started anew.
 class LoadedJobs {
  public:
+  /// Where a host with that folder has it.
+  static std::filesystem::path fileIn(const std::filesystem::path& folder) { return folder / "loaded.plist"; }
+
   explicit LoadedJobs(std::filesystem::path file) : m_file(std::move(file)) {}
 
   /// None if there is no such file yet. Fails for a file that can't be read or isn't one of these; it is left as it is.

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "helpers/host/EnabledJobs.h"
 #include "helpers/host/HostSocket.h"
 #include "helpers/jobhost/HostMessages.h"
 
@@ -28,21 +29,28 @@ Error badRequest(const std::string& message) {
 
 }  // namespace
 
-Server::Server(FileDescriptor listening, Host& host, PollLoop& loop)
-    : m_listening(std::move(listening)),
+Server::Server(int listening, IsOfSession isOfSession, Host& host, PollLoop& loop)
+    : m_listening(listening),
+      m_isOfSession(std::move(isOfSession)),
       m_spare(::open("/dev/null", O_RDONLY | O_CLOEXEC)),
       m_host(host),
       m_loop(loop) {
-  m_loop.watch(m_listening.number(), POLLIN, [this](short) { accept(); });
+  m_loop.watch(m_listening, POLLIN, [this](short) { accept(); });
 }
 
 Server::~Server() {
-  m_loop.forget(m_listening.number());
+  m_loop.forget(m_listening);
   for (const Client& client : m_clients) m_loop.forget(client->descriptor());
 }
 
+void Server::listenAnewAt(int listening) {
+  m_loop.forget(m_listening);
+  m_listening = listening;
+  m_loop.watch(m_listening, POLLIN, [this](short) { accept(); });
+}
+
 void Server::accept() {
-  FileDescriptor socket(::accept(m_listening.number(), nullptr, nullptr));
+  FileDescriptor socket(::accept(m_listening, nullptr, nullptr));
   if (!socket && (errno == EMFILE || errno == ENFILE)) return turnAway();
   if (!socket || !isTrustedPeer(socket.number()) || m_clients.size() >= mostConnections) return;
   ::fcntl(socket.number(), F_SETFD, FD_CLOEXEC);
@@ -56,7 +64,7 @@ void Server::accept() {
 /// Else the loop would be told of the same client again and again.
 void Server::turnAway() {
   m_spare.reset();
-  FileDescriptor(::accept(m_listening.number(), nullptr, nullptr)).reset();
+  FileDescriptor(::accept(m_listening, nullptr, nullptr)).reset();
   m_spare = FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
@@ -72,7 +80,12 @@ void Server::answer(const Client& client, const wire::Frame& request) {
   const std::string name = textOf(request.body, key::request).value_or("");
   if (name == request::unload) return unload(client, request);
   if (name == request::waitForEnd) return waitForEnd(client, request);
+  if (name == request::beginSession) return beginSession(client, request);
   if (name == request::load) return reply(load(request.body));
+  if (name == request::start) {
+    start(request.body);
+    return reply({});
+  }
   if (name == request::log) return reply(log(request.body));
   if (name == request::status) return reply(status());
   if (name != request::quit) return reply(errorReply(badRequest("the job host knows no request of that name")));
@@ -84,6 +97,29 @@ plist::Dictionary Server::load(const plist::Dictionary& request) {
   if (!path) return errorReply(badRequest("there is no path"));
   const auto loaded = m_host.load(*path);
   return loaded ? plist::Dictionary() : errorReply(loaded.error());
+}
+
+void Server::start(const plist::Dictionary& request) {
+  const plist::Value* const value = request.find(key::folders);
+  const auto* const folders = value ? value->as<plist::Array>() : nullptr;
+  if (!folders) return;
+  for (const plist::Value& folder : *folders) {
+    if (const auto* const path = folder.as<std::string>()) loadEnabledJobs(*path, m_host);
+  }
+}
+
+/// A host of an earlier session has no display any more and an environment that leads nowhere: it makes room for one of
+/// the new session, which starts with the same jobs.
+void Server::beginSession(const Client& client, const wire::Frame& request) {
+  const plist::Value* const value = request.body.find(key::environment);
+  const auto* const variables = value ? value->as<plist::Dictionary>() : nullptr;
+  if (!variables) return client->send({request.id, errorReply(badRequest("there is no environment"))});
+  Environment environment;
+  for (const auto& [name, variable] : *variables) {
+    if (const auto* const text = variable.as<std::string>()) environment.emplace(name, *text);
+  }
+  if (m_isOfSession(environment)) return client->send({request.id, {}});
+  m_shallQuit = true;  // the end of the connection is the answer
 }
 
 plist::Dictionary Server::log(const plist::Dictionary& request) const {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <list>
 #include <memory>
 #include <vector>
 
+#include "core/support/Environment.h"
 #include "core/support/FileDescriptor.h"
 #include "helpers/host/Connection.h"
 #include "helpers/host/Host.h"
@@ -17,12 +19,17 @@ class Server {
  public:
   static constexpr std::size_t mostConnections = 128;
 
-  /// `listening` comes of `listenAt`.
-  Server(FileDescriptor listening, Host& host, PollLoop& loop);
+  /// Whether this host belongs to the session of these variables.
+  using IsOfSession = std::function<bool(const Environment&)>;
+
+  /// `listening` is that of the host's presence.
+  Server(int listening, IsOfSession isOfSession, Host& host, PollLoop& loop);
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
 
+  /// Goes on with another socket; the old one is still open. Connections stay.
+  void listenAnewAt(int listening);
   /// Answers those who were waiting for something that has come, and drops connections that are over.
   void settle();
   /// When the first of those has waited long enough.
@@ -46,6 +53,8 @@ class Server {
   void serve(const Client& client);
   void answer(const Client& client, const wire::Frame& request);
   plist::Dictionary load(const plist::Dictionary& request);
+  void start(const plist::Dictionary& request);
+  void beginSession(const Client& client, const wire::Frame& request);
   plist::Dictionary log(const plist::Dictionary& request) const;
   plist::Dictionary status() const;
   void unload(const Client& client, const wire::Frame& request);
@@ -53,7 +62,8 @@ class Server {
   /// None: not yet.
   std::optional<plist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
 
-  FileDescriptor m_listening;
+  int m_listening;
+  IsOfSession m_isOfSession;
   FileDescriptor m_spare;  ///< given up for a moment when there are no descriptors left
   Host& m_host;
   PollLoop& m_loop;

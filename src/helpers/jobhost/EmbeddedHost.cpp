@@ -1,8 +1,12 @@
 #include "helpers/jobhost/EmbeddedHost.h"
 
+#include <system_error>
 #include <thread>
 
 #include "core/support/Strings.h"
+#include "helpers/host/EnabledJobs.h"
+#include "helpers/host/HostSocket.h"
+#include "helpers/host/LoadedJobs.h"
 
 namespace mirvel {
 
@@ -32,32 +36,47 @@ std::vector<std::string> argumentsOf(const EmbeddedHost::Settings& settings) {
   return result;
 }
 
-std::vector<std::string> commandOf(const EmbeddedHost::Settings& settings) {
+std::vector<std::string> commandAtLogin(const EmbeddedHost::Settings& settings) {
   std::vector<std::string> result = argumentsOf(settings);
-  result.insert(result.begin(), settings.program.string());
+  result.insert(result.begin(), {settings.program.string(), "--login"});
   return result;
 }
 
 }  // namespace
 
-EmbeddedHost::Settings EmbeddedHost::ofUser(const std::filesystem::path& program, const Roots& roots,
-                                            const Environment& environment) {
-  return {.places = host::Places::of(roots, environment), .program = program, .autostart = roots.ownAutostart};
+EmbeddedHost::Settings EmbeddedHost::ofUser(const std::filesystem::path& program, const Roots& roots) {
+  return {.places = host::Places::of(roots),
+          .program = program,
+          .autostart = roots.ownAutostart,
+          .jobFolders = host::agentFolders(roots)};
 }
 
 EmbeddedHost::Settings EmbeddedHost::below(const std::filesystem::path& program, const std::filesystem::path& root) {
   const Roots roots = Roots::below(root);
-  return {.places = host::Places::below(roots),
+  return {.places = host::Places::of(roots),
           .program = program,
           .arguments = {"--root", root.string()},
-          .autostart = roots.ownAutostart};
+          .autostart = roots.ownAutostart,
+          .jobFolders = host::agentFolders(roots)};
 }
 
 EmbeddedHost::EmbeddedHost(Settings settings, ProcessRunner& runner)
     : m_settings(std::move(settings)),
       m_runner(runner),
       m_client(m_settings.places.socket),
-      m_autostart(m_settings.autostart, commandOf(m_settings)) {}
+      m_autostart(m_settings.autostart, commandAtLogin(m_settings)) {}
+
+Result<void> EmbeddedHost::start() {
+  plist::Array folders;
+  for (const auto& folder : m_settings.jobFolders) folders.emplace_back(folder.string());
+  const plist::Dictionary arguments{{std::string(key::folders), std::move(folders)}};
+  auto started = ask(request::start, arguments);
+  // Of a host that was killed a job on its way to its program may still hold the socket for a moment.
+  if (!started && host::HostClient::isHangUp(started.error())) started = ask(request::start, arguments);
+  if (!started) return started.error();
+  (void)m_autostart.install();  // the jobs run all the same, and the next start tries again
+  return {};
+}
 
 Result<void> EmbeddedHost::load(const std::filesystem::path& file) {
   const auto loaded = ask(request::load, {{std::string(key::path), file.string()}});
@@ -67,6 +86,7 @@ Result<void> EmbeddedHost::load(const std::filesystem::path& file) {
 }
 
 Result<void> EmbeddedHost::unload(const std::filesystem::path& file, const std::optional<std::string>& label) {
+  if (hasNothingToUnload()) return {};
   plist::Dictionary arguments{{std::string(key::path), file.string()}};
   if (label) arguments.set(key::label, *label);
   return withoutContent(ask(request::unload, arguments));
@@ -111,7 +131,7 @@ Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plis
   for (;;) {
     auto answer = m_client.ask(request, arguments);
     if (answer || !host::HostClient::isNoHost(answer.error()) || steady_clock::now() > end) return answer;
-    const auto started = start();
+    const auto started = launch();
     if (!started) return started.error();
     answer = m_client.ask(request, arguments);
     if (answer || !host::HostClient::isNoHost(answer.error())) return answer;
@@ -119,7 +139,15 @@ Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plis
   }
 }
 
-Result<void> EmbeddedHost::start() {
+/// A host isn't started to find that it has never had a job.
+bool EmbeddedHost::hasNothingToUnload() const {
+  if (host::connectTo(m_settings.places.socket)) return false;
+  std::error_code failure;
+  const bool hasLoaded = std::filesystem::exists(host::LoadedJobs::fileIn(m_settings.places.folder), failure);
+  return !hasLoaded && !failure;
+}
+
+Result<void> EmbeddedHost::launch() {
   const auto result = m_runner.run(m_settings.program, argumentsOf(m_settings));
   if (!result) return result.error();
   if (result->exitStatus == 0) return {};

@@ -1,5 +1,8 @@
 #include "helpers/jobhost/HostClient.h"
 
+#include <cerrno>
+#include <string>
+
 #include "helpers/host/HostSocket.h"
 #include "helpers/wire/FrameSocket.h"
 
@@ -54,7 +57,11 @@ bool HostClient::isNoHost(const Error& error) {
 }
 
 bool HostClient::isHangUp(const Error& error) {
-  return error.code == Error::Code::Io && error.message == hungUpMessage;
+  // A host that ends before it has read the request.
+  static const std::string reset = systemError(ECONNRESET, "receive a message", {}).message;
+  static const std::string broken = systemError(EPIPE, "send a message", {}).message;
+  if (error.code != Error::Code::Io) return false;
+  return error.message == hungUpMessage || error.message == reset || error.message == broken;
 }
 
 }  // namespace mirvel::host

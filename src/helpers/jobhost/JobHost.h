@@ -24,6 +24,9 @@ class JobHost {
   JobHost(const JobHost&) = delete;
   JobHost& operator=(const JobHost&) = delete;
 
+  /// Makes sure that there is a host, and that it has loaded the user's enabled jobs. Nothing to do where the system
+  /// itself sees to that.
+  virtual Result<void> start() { return {}; }
   /// Loads the job file. One that is loaded already under its label stays as it is, and that is an error.
   virtual Result<void> load(const std::filesystem::path& file) = 0;
   /// Unloads the job of the label, or, without one, of the file; its process is stopped. Nothing loaded is no error. A

@@ -120,6 +120,16 @@ TEST_F(RequestHandlerTest, NewFilesFollowTheUmaskAndOldOnesKeepTheirMode) {
   EXPECT_EQ(status.st_mode & 07777U, 0640U);
 }
 
+TEST_F(RequestHandlerTest, TheHostIsStartedByTheHelperOfTheUserAlone) {
+  EXPECT_EQ(errorCode(handler.handle({{"kind", 32}})), static_cast<int>(Error::Code::NotPermitted) + 1);
+  EXPECT_THAT(host.calls, IsEmpty());
+  RequestHandler ofUser({.files = files, .host = host, .uninstall = {}, .startsHost = true});
+  EXPECT_EQ(ofUser.handle({{"kind", 32}}), Dictionary());
+  host.failing = {"start"};
+  EXPECT_THAT(errorText(ofUser.handle({{"kind", 32}}), "description"), HasSubstr("the host can't start"));
+  EXPECT_THAT(host.calls, ElementsAre("start", "start"));
+}
+
 TEST_F(RequestHandlerTest, DeletingStopsTheJobFirstAndForgivesAMissingFile) {
   const fs::path file = put("a.plist", "in file");
   const Dictionary request{{"kind", 2}, {"deletePath", file.string()}, {"label", "asked"}};

@@ -303,7 +303,7 @@ TEST_F(HostProgram, LeavesAnAutostartEntryThatThePersonMayChange) {
   load(job("one", "true"));
   const auto entry = Roots::below(folder.path()).ownAutostart / "mirvel-host.desktop";
   EXPECT_THAT(testdata::bytes(entry),
-              HasSubstr("Exec=\"" MIRVEL_HOST "\" --detach --root \"" + folder.path().string() + "\"\n"));
+              HasSubstr("Exec=\"" MIRVEL_HOST "\" --login --detach --root \"" + folder.path().string() + "\"\n"));
   folder.write(fs::relative(entry, folder.path()), "Hidden=true\n");
   load(job("two", "true"));
   EXPECT_EQ(testdata::bytes(entry), "Hidden=true\n");

@@ -62,7 +62,7 @@ class RunningJobsTest : public testing::Test {
   /// What the host of that kind of job says: the user has one, and root.
   std::vector<host::HostedJobStatus> loaded(Kind kind = Kind::userAgent) {
     const Roots hosts = kind == Kind::userAgent ? roots : Roots::below(folder.path() / "root");
-    const auto status = host::HostClient(host::Places::below(hosts).socket).status();
+    const auto status = host::HostClient(host::Places::of(hosts).socket).status();
     return status ? *status : std::vector<host::HostedJobStatus>();
   }
   static bool isAlive(std::int64_t process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
@@ -178,7 +178,7 @@ TEST_F(RunningJobsTest, UninstallingTakesAwayTheHostsButNoJobFile) {
   }
   const auto processes = std::vector{*loaded().front().process, *loaded(Kind::localDaemon).front().process};
   const fs::path autostart = roots.ownAutostart / host::HostAutostart::fileName;
-  const fs::path state = host::Places::below(roots).folder;
+  const fs::path state = host::Places::of(roots).folder;
   ASSERT_TRUE(fs::exists(autostart));
   ASSERT_TRUE(fs::exists(state));
 
