@@ -18,6 +18,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       editing(*this),
       scheduledController(foundation.localize),
       actions(*this),
+      hostStart(*this),
       menus(*this) {}
 
 ModeType* Program::currentMode() const {

@@ -6,6 +6,7 @@
 #include "core/app/AppState.h"
 #include "core/app/Fetcher.h"
 #include "core/app/Foundation.h"
+#include "core/app/HostStart.h"
 #include "core/app/Platform.h"
 #include "core/app/Shell.h"
 #include "core/catalogue/KindTexts.h"
@@ -48,6 +49,7 @@ class Program {
   Editing editing;
   ScheduledController scheduledController;
   ActionController actions;
+  HostStart hostStart;
   MenuController menus;
 };
 

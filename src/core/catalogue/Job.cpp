@@ -79,4 +79,10 @@ Image statusImage(bool isEnabled, const Localize& localize) {
   return image;
 }
 
+Image notRunImage(const Localize& localize) {
+  Image image = Image::named("mirvel-partially-available");
+  image.accessibilityDescription = localize.enabledButNotRun();
+  return image;
+}
+
 }  // namespace mirvel

@@ -84,5 +84,7 @@ bool areEqual(const Jobs& a, const Jobs& b);
 
 /// The mark of a job or column: enabled or disabled.
 Image statusImage(bool isEnabled, const Localize& localize);
+/// That of a job that is enabled and doesn't run all the same.
+Image notRunImage(const Localize& localize);
 
 }  // namespace mirvel

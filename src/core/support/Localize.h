@@ -119,6 +119,7 @@ class Localize {
   std::string edit() const { return text("Edit"); }
   std::string editScript() const { return text("Edit Script…"); }
   std::string enabled() const { return text("Enabled"); }
+  std::string enabledButNotRun() const { return text("Enabled, but not run now"); }
   std::string everyDay() const { return text("Every Day"); }
   std::string everyHour() const { return text("Every Hour"); }
   std::string everyone() const { return text("Everyone"); }
@@ -234,6 +235,7 @@ class Localize {
   std::string show() const { return text("Show"); }
   std::string skip() const { return text("Skip"); }
   std::string jobs() const { return text("Jobs"); }
+  std::string jobsDontRun(const std::string& reason) const { return format("Your jobs don’t run now: %@", {reason}); }
   std::string details() const { return text("Details"); }
   std::string summary() const { return text("Summary"); }
   std::string system() const { return text("System"); }

@@ -42,6 +42,7 @@ int main(int argc, char* argv[]) {
 #ifdef __linux__
   QObject::connect(&instance, &ui::SingleInstance::received, &opened, &ui::OpenedURLs::open);
 #endif
+  mirvel.program().hostStart.begin();  // not on the machines of demo and tests, whose samples nobody wants to run
   mirvel.start();
   if (const QString url = urlArgument(); !url.isEmpty()) opened.open(url);
   return QApplication::exec();

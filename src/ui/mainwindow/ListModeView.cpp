@@ -37,6 +37,7 @@ void ListModeView::connectTable() {
   m_table->selectionMayChange = [this] { return m_mode.selectionMayChange(); };
   m_table->selectionDidChange = [this](int row) { m_mode.selectionDidChange(static_cast<std::size_t>(row)); };
   m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });
+  m_hostChanged = m_program.notifications.hostChanged.subscribe([this] { m_table->viewport()->update(); });
 
   connect(m_table->header(), &QHeaderView::sortIndicatorChanged, this, [this](int column, Qt::SortOrder order) {
     if (column < 0) return;

@@ -38,7 +38,7 @@ class ListModeView final : public QWidget, private ListTableType {
   ListTable* m_table;
   ListMode m_mode;
   ListTableModel m_model;
-  Subscription m_loadingChanged;
+  Subscription m_loadingChanged, m_hostChanged;
 };
 
 }  // namespace mirvel::ui

@@ -9,6 +9,7 @@
 
 #include "core/support/Const.h"
 #include "ui/editor/DetailViewController.h"
+#include "ui/mainwindow/HostLine.h"
 #include "ui/mainwindow/ListModeView.h"
 #include "ui/mainwindow/MainMenu.h"
 #include "ui/mainwindow/ModeTabs.h"
@@ -27,6 +28,7 @@ MainWindow::MainWindow(Program& program, IconLoader& icons)
   m_toolbar->filterLeft = [this] { m_tabs->setFocus(); };
   addToolBar(m_toolbar);
   enterShell(icons);
+  new HostLine(program, *this);
   m_program.mainWindow.updateTitle();
   showMode(m_program.mainWindow.mode());
   validateVisibleItems();
