@@ -54,9 +54,12 @@ class BinaryReader {
   void readTrailer();
   void readOffsets();
   std::uint8_t byteAt(std::uint64_t offset) const { return static_cast<std::uint8_t>(m_bytes[offset]); }
+  /// Of a number wider than 64 bits, the lower ones, which are all that macOS looks at.
   std::uint64_t bigEndian(std::uint64_t offset, std::uint64_t size) const {
     if (size == 1) return byteAt(offset);
     if (size == 2) return static_cast<std::uint64_t>(byteAt(offset) << 8U | byteAt(offset + 1));
+    constexpr std::uint64_t widest = sizeof(std::uint64_t);
+    if (size > widest) offset += std::exchange(size, widest) - widest;
     std::uint64_t number = 0;
     for (std::uint64_t i = 0; i < size; ++i) number = number << 8U | byteAt(offset + i);
     return number;
@@ -82,7 +85,7 @@ class BinaryReader {
   Node integer(std::uint64_t offset);
   Node real(std::uint64_t offset) const;
   Node date(std::uint64_t offset) const;
-  Node uid(std::uint64_t offset) const;
+  Node uid(std::uint64_t offset);
   Node string(std::uint64_t offset);
   Node wideString(std::uint64_t offset);
 
@@ -98,6 +101,7 @@ class BinaryReader {
   Room<Container, 16> m_containers;
   Object* m_objects = nullptr;  // in the arena
   std::uint64_t m_size = 0;     // of what is complete in the innermost open container
+  std::uint64_t m_slots = 0;    // of all containers, each counted once
   std::vector<Warning> m_warnings;
 };
 

@@ -208,12 +208,12 @@ Node XmlReader::array(const Frame& frame) {
 Node XmlReader::dictionary(const Frame& frame) {
   const std::span entries(&m_nodes[frame.firstNode], m_nodes.size() - frame.firstNode);
   m_nodes.shrinkTo(frame.firstNode);
-  if (entries.size() == 2 && entries[0].string() == uidKey) {
-    if (const auto number = uidNumber(entries[1])) return Node::uid({*number});
-  }
   const std::size_t count = dropRepeatedKeys(entries, Repeated::LastWins, [&](std::string_view key) {
     warn("the key " + quoted(key) + " is repeated; the last one counts", offsetOfKey(key, frame));
   });
+  if (count == 1 && entries[0].string() == uidKey) {
+    if (const auto number = uidNumber(entries[1])) return Node::uid({*number});
+  }
   return Node::dictionary(m_arena.copy(entries.data(), 2 * count), count);
 }
 
