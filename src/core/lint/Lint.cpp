@@ -17,14 +17,15 @@ namespace mirvel::lint {
 
 namespace {
 
-void addWarnings(const std::vector<plist::Warning>& warnings, Findings& findings) {
-  for (const plist::Warning& warning : warnings) {
+void addWarnings(const plist::Document& document, Findings& findings) {
+  for (const plist::Warning& warning : document.warnings()) {
     findings.add({.severity = Severity::warning,
                   .message = warning.message,
                   .line = warning.line,
                   .column = warning.column,
                   .offset = warning.offset});
   }
+  findings.addUnreported(Severity::warning, document.unreportedWarnings());
 }
 
 void checkJob(const plist::Document& document, const Surroundings& surroundings, Findings& findings) {
@@ -49,8 +50,8 @@ std::vector<Finding> lint(std::string_view bytes, const Surroundings& surroundin
     return std::move(findings).inOrder();
   }
   if (document->format() == plist::Format::Xml) checkProlog(bytes, findings);
-  addWarnings(document->warnings(), findings);
   checkJob(*document, surroundings, findings);
+  addWarnings(*document, findings);
   return std::move(findings).inOrder();
 }
 

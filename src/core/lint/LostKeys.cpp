@@ -7,6 +7,7 @@
 
 #include "core/lint/Suggestion.h"
 #include "core/lint/Vocabulary.h"
+#include "core/plist/Place.h"
 
 namespace mirvel::lint {
 
@@ -33,25 +34,25 @@ class Comparison {
       : m_owner(owner), m_nested(nestedKeysOf(owner)), m_findings(findings) {}
 
   /// `depth` counts the dictionaries that are open.
-  void compare(const plist::Value& before, const plist::Value& after, const std::string& path, std::size_t depth) {
+  void compare(const plist::Value& before, const plist::Value& after, const launchd::Place& place, std::size_t depth) {
     const auto* dictionary = before.as<plist::Dictionary>();
     const auto* array = before.as<plist::Array>();
     if (dictionary && after.as<plist::Dictionary>()) {
-      compareEntries(*dictionary, *after.as<plist::Dictionary>(), path, depth + 1);
+      compareEntries(*dictionary, *after.as<plist::Dictionary>(), place, depth + 1);
     } else if (array && after.as<plist::Array>() && array->size() == after.as<plist::Array>()->size()) {
       for (std::size_t i = 0; i < array->size(); ++i) {
-        compare((*array)[i], (*after.as<plist::Array>())[i], plist::childPath(path, i), depth);
+        compare((*array)[i], (*after.as<plist::Array>())[i], place.index(i), depth);
       }
     } else if (!isKept(before, after)) {
-      m_findings.warning(path, "the value doesn't fit its key; it is lost when the job is saved");
+      tellUnfit(place);
     }
   }
 
  private:
-  void compareEntries(const plist::Dictionary& before, const plist::Dictionary& after, const std::string& path,
+  void compareEntries(const plist::Dictionary& before, const plist::Dictionary& after, const launchd::Place& place,
                       std::size_t depth) {
     for (const auto& [key, value] : before) {
-      const std::string child = plist::childPath(path, key);
+      const launchd::Place child = place.key(key);
       if (const plist::Value* kept = after.find(key)) {
         compare(value, *kept, child, depth);
       } else {
@@ -60,13 +61,20 @@ class Comparison {
     }
   }
 
-  void tellLost(const std::string& key, const std::string& path, std::size_t depth) {
+  void tellUnfit(const launchd::Place& place) {
+    if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
+    m_findings.warning(place.text(), "the value doesn't fit its key; it is lost when the job is saved");
+  }
+
+  void tellLost(const std::string& key, const launchd::Place& place, std::size_t depth) {
+    if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
     const bool isListed = m_nested && m_nested->depth == depth &&
                           std::find(m_nested->keys.begin(), m_nested->keys.end(), key) == m_nested->keys.end();
     if (isListed) {
-      m_findings.keyWarning(path, "unknown key, lost when the job is saved" + suggestionText(key, m_nested->keys));
+      m_findings.keyWarning(place.text(),
+                            "unknown key, lost when the job is saved" + suggestionText(key, m_nested->keys));
     } else {
-      m_findings.keyWarning(path, "the value can't be kept; it is lost when the job is saved");
+      m_findings.keyWarning(place.text(), "the value can't be kept; it is lost when the job is saved");
     }
   }
 
@@ -89,7 +97,8 @@ void checkLostKeys(const Subject& subject, Findings& findings) {
   for (const auto& [key, value] : subject.file) {
     if (!launchd::Plist::codingKey(key)) continue;
     if (const plist::Value* after = written.find(key)) {
-      Comparison(key, findings).compare(value, *after, key, 0);
+      const launchd::Place top;
+      Comparison(key, findings).compare(value, *after, top.key(key), 0);
     } else if (!isEmptyContainer(value)) {
       findings.warning(key, "the value doesn't fit its key; it is lost when the job is saved");
     }

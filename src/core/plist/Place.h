@@ -14,7 +14,8 @@ class Place {
   Place key(std::string_view key) const { return {this, key, 0}; }
   Place index(std::size_t index) const { return {this, {}, index}; }
 
-  /// Such as `ProgramArguments[2]`; a key with a dot or bracket of its own isn't marked.
+  /// Such as `ProgramArguments[2]`; a key with a dot or bracket of its own isn't marked. Very long keys are
+  /// cut, since a file can bring a place for each of thousands of errors under one of them.
   std::string text() const;
 
  private:

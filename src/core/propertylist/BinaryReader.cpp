@@ -125,9 +125,12 @@ bool BinaryReader::readValue(std::uint64_t object, Node& slot) {
   return false;
 }
 
-void BinaryReader::warn(std::string message, std::uint64_t offset) {
-  if (m_warnings.size() == Limits::warnings) return;
-  m_warnings.push_back({.message = std::move(message), .offset = offset});
+void BinaryReader::warn(std::string_view message, std::uint64_t offset) {
+  if (m_warnings.list.size() == Limits::warnings) {
+    ++m_warnings.unreported;
+  } else {
+    m_warnings.list.push_back({.message = std::string(message), .offset = offset});
+  }
 }
 
 /// Counts what is read, which is more than the list holds where objects are shared.
@@ -213,7 +216,7 @@ void BinaryReader::finish() {
 Node BinaryReader::dictionary(const Frame& frame) {
   const std::span entries(frame.slots, 2 * frame.count);
   const std::size_t count = dropRepeatedKeys(entries, Repeated::FirstWins, [&](std::string_view key) {
-    warn("the key `" + std::string(key) + "` is repeated; the first one counts", frame.offset);
+    warn("the key " + quoted(key) + " is repeated; the first one counts", frame.offset);
   });
   return Node::dictionary(frame.slots, count);
 }

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Room.h"
@@ -22,7 +21,7 @@ class BinaryReader {
   BinaryReader(std::string_view bytes, Arena& arena) : m_bytes(bytes), m_arena(arena) {}
 
   Node read();
-  std::vector<Warning> takeWarnings() { return std::move(m_warnings); }
+  Warnings takeWarnings() { return std::move(m_warnings); }
 
  private:
   struct Object {
@@ -75,7 +74,7 @@ class BinaryReader {
   Node containerNode(const Frame& frame);
   Node dictionary(const Frame& frame);
   void grow(std::uint64_t size);
-  void warn(std::string message, std::uint64_t offset);
+  void warn(std::string_view message, std::uint64_t offset);
 
   Extent longExtent(std::uint64_t offset) const;
   Extent extent(std::uint64_t offset, std::uint64_t unit) const;
@@ -102,7 +101,7 @@ class BinaryReader {
   Object* m_objects = nullptr;  // in the arena
   std::uint64_t m_size = 0;     // of what is complete in the innermost open container
   std::uint64_t m_slots = 0;    // of all containers, each counted once
-  std::vector<Warning> m_warnings;
+  Warnings m_warnings;
 };
 
 }  // namespace mirvel::plist

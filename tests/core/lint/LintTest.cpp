@@ -80,6 +80,37 @@ TEST(LintTest, WarningsOfTheReaderAreTold) {
   EXPECT_EQ(found[0].line, 1U);
 }
 
+TEST(LintTest, OfEachSeverityTheFirst200AreToldAndTheRestIsCounted) {
+  Dict file = job({});
+  for (int i = 0; i < 230; ++i) file.set("x" + std::to_string(i), true);
+  List intervals;
+  for (int i = 0; i < 201; ++i) intervals.push_back(Dict{{"Minute", 99}});
+  file.set("StartCalendarInterval", intervals);
+  const auto found = remarks(file);
+  ASSERT_EQ(found.size(), 402U);
+  EXPECT_EQ(found[400], "error: and 1 more error");
+  EXPECT_EQ(found[401], "warning: and 30 more warnings");
+
+  std::string repeated = "<dict><key>Label</key><string>a</string><key>Program</key><string>/bin/ls</string>";
+  for (int i = 0; i < 1235; ++i) repeated += "<key>RunAtLoad</key><true/>";
+  const auto ofReader = remarksOn(repeated + "</dict>");
+  ASSERT_EQ(ofReader.size(), 101U) << "the reader tells 100 of 1234";
+  EXPECT_EQ(ofReader.back(), "warning: and 1134 more warnings");
+}
+
+TEST(LintTest, LongTextsAreCutInTheirMiddle) {
+  // U+20AC has three bytes, and isn't cut in two.
+  std::string key = "begin";
+  for (int i = 0; i < 1000; ++i) key += "\u20ac";
+  const auto found =
+      lint(plist::writeBinary(job({{key + "end", true}, {"ProcessType", std::string(9000, 'x')}})), smallMachine());
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_LE(found[0].keyPath.size(), 403U);
+  EXPECT_TRUE(found[0].keyPath.starts_with("begin\u20ac\u20ac")) << found[0].keyPath;
+  EXPECT_TRUE(found[0].keyPath.ends_with("\u20acend"));
+  EXPECT_NE(found[0].keyPath.find("\u20ac...\u20ac"), std::string::npos);
+}
+
 TEST(LintTest, EveryPrefixOfAGoodFileIsRefusedWithoutHarm) {
   const auto whole = plist::writeXml(job({{"StartCalendarInterval", Dict{{"Hour", 3}, {"Minute", 0}}}}));
   ASSERT_TRUE(whole);

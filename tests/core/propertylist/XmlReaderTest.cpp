@@ -299,15 +299,35 @@ TEST(XmlReaderTest, NestingEndsAt512) {
   EXPECT_TRUE(read(nested(200000, "<plist>", "</plist>")));  // adds no depth to the value
 }
 
+TEST(XmlReaderTest, PlacesAreCountedFromOneInAnyOrder) {
+  const std::string text = "ab\n\ncd\r\ne";
+  const Lines lines(text);
+  const struct {
+    std::size_t offset, line, column;
+  } rows[] = {{9, 4, 2}, {0, 1, 1}, {2, 1, 3}, {3, 2, 1}, {4, 3, 1}, {7, 3, 4}, {8, 4, 1}, {1, 1, 2}};
+  for (const auto& [offset, line, column] : rows) {
+    EXPECT_EQ(lines.placeOf(offset).line, line) << offset;
+    EXPECT_EQ(lines.placeOf(offset).column, column) << offset;
+    EXPECT_EQ(placeOf(text, offset).line, line) << offset;
+    EXPECT_EQ(placeOf(text, offset).column, column) << offset;
+  }
+}
+
 TEST(XmlReaderTest, PositionsAreThoseOfKeysAndValues) {
   Positions positions;
-  ASSERT_TRUE(read(
-      "<plist>\n<dict>\n\t<key>a</key>\n\t<array><true/> <dict><key>b</key>\n<true/></dict></array>\n</dict></plist>",
-      &positions));
+  ASSERT_TRUE(
+      read("<plist>\n<dict>\n\t<key>a</key>\n\t<array><true/> <dict><key>b</key>\n<true/></dict></array>\n"
+           "<key>c&amp;d</key><dict><key></key><true/></dict>\n"
+           "<key>r</key><true/><key>r</key><false/>\n"
+           "<key>p</key><plist><array><plist><true/></plist><true/><true/><true/><true/><true/><true/><true/><true/>"
+           "<true/><true/></array></plist></dict></plist>",
+           &positions));
   const struct {
     const char* path;
     std::size_t keyLine, keyColumn, valueLine, valueColumn;
-  } rows[] = {{"", 2, 1, 2, 1}, {"a", 3, 2, 4, 2}, {"a[0]", 4, 9, 4, 9}, {"a[1].b", 4, 23, 5, 1}};
+  } rows[] = {{"", 2, 1, 2, 1},       {"a", 3, 2, 4, 2},      {"a[0]", 4, 9, 4, 9},     {"a[1].b", 4, 23, 5, 1},
+              {"c&d", 6, 1, 6, 19},   {"c&d.", 6, 25, 6, 36}, {"r", 7, 20, 7, 32},      {"p", 8, 1, 8, 20},
+              {"p[0]", 8, 34, 8, 34}, {"p[1]", 8, 49, 8, 49}, {"p[10]", 8, 112, 8, 112}};
   for (const auto& row : rows) {
     const auto spot = positions.find(row.path);
     ASSERT_TRUE(spot) << row.path;
