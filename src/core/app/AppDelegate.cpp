@@ -60,17 +60,6 @@ void AppDelegate::makeAgentsFolder() {
 void AppDelegate::applicationDidFinishLaunching() {
   if (m_program.state.jobs.empty() && !m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
   m_delay(0.01, [this] { setUpMonitors(); });
-  m_delay(0, [this] { tellOfDamagedSettings(); });
-}
-
-void AppDelegate::tellOfDamagedSettings() {
-  const auto& kept = m_program.foundation.defaults.damagedFile();
-  if (!kept) return;
-  const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.beginSheet({.message = localize.settingsWereDamaged(),
-                                           .informativeText = localize.settingsWereMoved(kept->string()),
-                                           .defaultTitle = localize.ok()},
-                                          [](int) {});
 }
 
 void AppDelegate::setUpMonitors() {

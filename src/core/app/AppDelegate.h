@@ -37,7 +37,6 @@ class AppDelegate {
 
  private:
   void makeAgentsFolder();
-  void tellOfDamagedSettings();
   void setUpMonitors();
   void updateAgent();
   void renewRegistration();

@@ -10,6 +10,7 @@
 #include "core/support/Environment.h"
 #include "core/support/Localize.h"
 #include "core/support/Roots.h"
+#include "core/support/StoreTroubles.h"
 
 namespace mirvel {
 
@@ -23,13 +24,14 @@ struct Foundation {
       : environment(std::move(theEnvironment)),
         roots(std::move(theRoots)),
         commands(Commands::forThisMachine(environment)),
-        defaults(roots.defaultsFile, damaged),
+        defaults(roots.defaultsFile, damaged, &storeTroubles),
         localize(locale, catalogues),
         collator(locale) {}
 
   const Environment environment;
   const Roots roots;
   const Commands commands;
+  StoreTroubles storeTroubles;  ///< of all files that the program keeps for itself
   Defaults defaults;
   const Localize localize;
   const Collator collator;

@@ -8,6 +8,7 @@
 #include "core/app/Foundation.h"
 #include "core/app/Platform.h"
 #include "core/app/Shell.h"
+#include "core/app/StoreTeller.h"
 #include "core/catalogue/KindTexts.h"
 #include "core/creation/CommandRepairs.h"
 #include "core/creation/Creation.h"
@@ -37,6 +38,7 @@ class Program {
   AppState state = {};
   Notifications notifications = {};
   Shell shell = {};
+  StoreTeller storeTeller;
   KindTexts kinds;
   MainWindowController mainWindow;
   Fetcher fetcher;

@@ -52,7 +52,7 @@ void MainWindowController::switchMode(Mode mode) {
     if (window) window->showMode(this->mode());
     return;
   }
-  write(m_program.foundation.defaults.setSelectedMode(static_cast<int>(mode)));
+  (void)m_program.foundation.defaults.setSelectedMode(static_cast<int>(mode));  // what fails has been reported
   if (window) {
     window->showMode(mode);
     window->clearFilter();
@@ -112,22 +112,19 @@ void MainWindowController::refresh() {
 }
 
 void MainWindowController::toggleSystemJobs() {
-  write(m_program.foundation.defaults.negate(Defaults::Key::showSystemJobs));
+  (void)m_program.foundation.defaults.negate(Defaults::Key::showSystemJobs);  // what fails has been reported
   refresh();
 }
 
 void MainWindowController::toggleTitleBar() {
-  write(m_program.foundation.defaults.negate(Defaults::Key::showTitleBar));
+  (void)m_program.foundation.defaults.negate(Defaults::Key::showTitleBar);  // what fails has been reported
   updateTitle();
 }
 
 void MainWindowController::fullScreenDidChange(bool isFullScreen) {
   Defaults& defaults = m_program.foundation.defaults;
-  if (isFullScreen != defaults.preferFullScreen()) write(defaults.setPreferFullScreen(isFullScreen));
-}
-
-void MainWindowController::write(const Result<void>& result) {
-  if (!result) m_program.platform.interface.present(result.error());
+  if (isFullScreen == defaults.preferFullScreen()) return;
+  (void)defaults.setPreferFullScreen(isFullScreen);  // what fails has been reported
 }
 
 void MainWindowController::revealInFinder(const Job& job) {

@@ -4,7 +4,6 @@
 
 #include "core/catalogue/Job.h"
 #include "core/mainwindow/Mode.h"
-#include "core/support/Result.h"
 
 namespace mirvel {
 
@@ -42,7 +41,6 @@ class MainWindowController {
 
  private:
   void answerUnsavedChanges(int button);
-  void write(const Result<void>& result);
 
   Program& m_program;
 };

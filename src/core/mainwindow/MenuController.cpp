@@ -64,7 +64,7 @@ CommandContext MenuController::context() const {
     result.selected = job->kind;
     result.isSelectedNamed = !job->name.empty();
     result.canDeleteSelected = m_program.mainWindow.canDeleteJob(*job);
-    result.hasRevisions = m_program.revisions.revisions().find(job->url.text()) != nullptr;
+    result.hasRevisions = m_program.revisions.revisions().find(storeKey(job->url)) != nullptr;
   }
   if (shell.detail) result.detailTab = shell.detail->detailTab();
   if (shell.mainWindow) {

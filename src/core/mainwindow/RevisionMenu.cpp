@@ -9,7 +9,7 @@ namespace mirvel {
 std::vector<RevisionItem> revisionItems(Program& program) {
   std::vector<RevisionItem> result;
   const auto& job = program.state.selectedJob;
-  const plist::Value* const kept = job ? program.revisions.revisions().find(job->url.text()) : nullptr;
+  const plist::Value* const kept = job ? program.revisions.revisions().find(storeKey(job->url)) : nullptr;
   const auto* const revisions = kept ? kept->as<plist::Array>() : nullptr;
   if (!revisions) return result;
   for (const plist::Value& entry : *revisions) {

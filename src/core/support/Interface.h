@@ -12,7 +12,8 @@
 
 namespace mirvel {
 
-/// A question to the user. A button without a title isn't there; the Escape key presses the last one that is.
+/// A question to the user. A button without a title isn't there. Return presses the first one and Escape the last that
+/// is; where the first would destroy something, `safeButton` names the one that both of them press.
 struct Alert {
   std::string message;
   std::string informativeText = {};
@@ -20,6 +21,7 @@ struct Alert {
   std::string alternateTitle = {};
   std::string otherTitle = {};
   std::string suppression = {};  ///< boolean key of `Defaults` for "don't ask again"; empty: not offered
+  int safeButton = 0;            ///< an answer, such as `Interface::alternateButton`; 0: none
 };
 
 /// A panel that asks for the place of a file to be written.

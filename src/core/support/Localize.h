@@ -191,6 +191,18 @@ class Localize {
   std::string onlyWhenStartedByHand() const { return text("Only when it is started by hand"); }
   std::string open() const { return text("Open"); }
   std::string orBeginWith() const { return text("Or begin with"); }
+  std::string ownFileCantBeRead() const { return text("Mirvel can’t read one of its own files"); }
+  std::string ownFileCantBeWritten() const { return text("Mirvel can’t write one of its own files"); }
+  std::string ownFileIsLeftAlone(const std::string& reason) const {
+    return format("%@. The file is left as it is, and what would be written to it is kept until you quit.", {reason});
+  }
+  std::string ownFileStaysInMemory(const std::string& reason) const {
+    return format("%@. What would be written to it is kept until you quit.", {reason});
+  }
+  std::string ownFileWasDamaged() const { return text("One of Mirvel’s own files was damaged"); }
+  std::string ownFileWasMoved(const std::string& reason, const std::string& rescue) const {
+    return format("%1$@. It is now called %2$@, and Mirvel goes on without what it held.", {reason, rescue});
+  }
   std::string part() const { return text("Part"); }
   std::string path() const { return text("Path"); }
   std::string paths() const { return text("Paths"); }
@@ -226,10 +238,6 @@ class Localize {
   std::string scheduled() const { return text("Scheduled"); }
   std::string script() const { return text("Script"); }
   std::string scriptHint() const { return text("One that you have, or that you write now"); }
-  std::string settingsWereDamaged() const { return text("Your settings couldn’t be read"); }
-  std::string settingsWereMoved(const std::string& path) const {
-    return format("The file was damaged and is kept as %@. Mirvel goes on with its usual settings.", {path});
-  }
   std::string share() const { return text("Share"); }
   std::string show() const { return text("Show"); }
   std::string skip() const { return text("Skip"); }

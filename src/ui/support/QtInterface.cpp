@@ -43,12 +43,13 @@ QMessageBox::ButtonRole roleOf(std::size_t index, std::size_t count) {
   return index + 1 == count ? QMessageBox::RejectRole : QMessageBox::DestructiveRole;
 }
 
-void addButtons(QMessageBox& box, const std::vector<Button>& buttons) {
+void addButtons(QMessageBox& box, const std::vector<Button>& buttons, int safeAnswer) {
   for (std::size_t i = 0; i < buttons.size(); ++i) {
     QPushButton* button = box.addButton(qt(buttons[i].title), roleOf(i, buttons.size()));
     button->setProperty(answerProperty, buttons[i].answer);
-    if (i == 0) box.setDefaultButton(button);
-    box.setEscapeButton(button);  // the last one keeps it
+    const bool isSafe = buttons[i].answer == safeAnswer;
+    if (isSafe || (safeAnswer == 0 && i == 0)) box.setDefaultButton(button);
+    if (isSafe || (safeAnswer == 0 && i + 1 == buttons.size())) box.setEscapeButton(button);
   }
 }
 
@@ -111,7 +112,7 @@ Interface::Answer QtInterface::showAlert(const Alert& question) {
   // Its parent may take the box with it while the alert is up.
   const QPointer<QMessageBox> box = makeBox(question, activeWindow());
   box->exec();
-  if (!box) return {.button = buttonsOf(question).back().answer};
+  if (!box) return {.button = question.safeButton != 0 ? question.safeButton : buttonsOf(question).back().answer};
   const Answer answer{.button = answerOf(*box), .isSuppressed = isTicked(*box)};
   delete box;
   return answer;
@@ -167,7 +168,7 @@ QMessageBox* QtInterface::makeBox(const Alert& question, QWidget* parent) const 
   box->setText(qt(question.message));
   box->setInformativeText(qt(question.informativeText));
   usePlainText(*box);
-  addButtons(*box, buttons);
+  addButtons(*box, buttons, question.safeButton);
   if (!question.suppression.empty()) box->setCheckBox(new QCheckBox(qt(m_localize.format("Don’t ask again", {}))));
   return box;
 }

@@ -72,13 +72,17 @@ TEST_F(QtInterfaceTest, AnswersWithTheButton) {
   }
 }
 
-TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirst) {
+TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirstOrBothTheSafeOne) {
   Alert two = m_question;
   two.otherTitle.clear();
   Alert one = two;
   one.alternateTitle.clear();
   Alert gap = m_question;
   gap.alternateTitle.clear();
+  Alert safeLast = m_question;
+  safeLast.safeButton = Interface::otherButton;
+  Alert safeFirst = m_question;
+  safeFirst.safeButton = Interface::defaultButton;
   const struct {
     const Alert& question;
     Qt::Key key;
@@ -86,6 +90,7 @@ TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirst) {
   } rows[] = {
       {m_question, Qt::Key_Escape, 1002}, {two, Qt::Key_Escape, 1001},        {one, Qt::Key_Escape, 1000},
       {gap, Qt::Key_Escape, 1002},        {m_question, Qt::Key_Return, 1000}, {two, Qt::Key_Return, 1000},
+      {safeLast, Qt::Key_Return, 1002},   {safeLast, Qt::Key_Escape, 1002},   {safeFirst, Qt::Key_Escape, 1000},
   };
   for (const auto& row : rows) {
     whenUp<QMessageBox>([&](QMessageBox& box) { QTest::keyClick(&box, row.key); });
