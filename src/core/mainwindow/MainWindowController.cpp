@@ -78,7 +78,8 @@ void MainWindowController::confirmDelete(const std::shared_ptr<Job>& job) {
   m_program.platform.interface.beginSheet({.message = localize.areYouSureYouWantToDelete(job->name),
                                            .informativeText = localize.youCantUndoThisAction(),
                                            .defaultTitle = localize.delete_(),
-                                           .alternateTitle = localize.cancel()},
+                                           .alternateTitle = localize.cancel(),
+                                           .safeButton = Interface::alternateButton},
                                           [this, job](int button) { m_program.actions.deleteConfirmed(button, *job); });
 }
 

@@ -28,4 +28,20 @@ void insertRevision(Program& program, const plist::Dictionary& revision) {
   if (program.shell.detail) program.shell.detail->showEdit();
 }
 
+void confirmDeleteRevisions(Program& program) {
+  const auto& job = program.state.selectedJob;
+  if (!job) return;
+  const Localize& localize = program.foundation.localize;
+  program.platform.interface.beginSheet({.message = localize.deleteRevisionsOf(job->name),
+                                         .informativeText = localize.revisionsAreEarlierContents(),
+                                         .defaultTitle = localize.deleteRevisionsOfThisJob(),
+                                         .alternateTitle = localize.deleteRevisionsOfAllJobs(),
+                                         .otherTitle = localize.cancel(),
+                                         .safeButton = Interface::otherButton},
+                                        [&program, url = job->url](int answer) {
+                                          if (answer == Interface::defaultButton) program.revisions.clearRevisions(url);
+                                          if (answer == Interface::alternateButton) program.revisions.clearRevisions();
+                                        });
+}
+
 }  // namespace mirvel

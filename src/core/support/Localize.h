@@ -68,6 +68,15 @@ class Localize {
   std::string anUnknownErrorOccurredWhenFetchingTheLog() const {
     return text("An unknown error occurred when fetching the log");
   }
+  std::string anotherJobHasTheName(const std::string& name) const {
+    return format("Another job is called “%@”, too", {name});
+  }
+  std::string anotherJobHasTheNameIn(const std::string& path) const {
+    return format(
+        "It is in the file %@. Of two jobs of one name only one can run, so the restored one would be saved as "
+        "disabled.",
+        {path});
+  }
   std::string anotherProgramChangedTheFile() const {
     return text("Another program changed the job’s file after you opened it.");
   }
@@ -89,7 +98,6 @@ class Localize {
   std::string chooseIcon() const { return text("Choose Icon…"); }
   std::string chooseOrWriteAScript() const { return text("Choose a script that you have, or write a new one here."); }
   std::string chooseWhatYouWantToRun() const { return text("Choose what you want to run"); }
-  std::string clearMenu() const { return text("Clear Menu"); }
   std::string clients() const { return text("Clients"); }
   std::string close() const { return text("Close"); }
   std::string compare() const { return text("Compare"); }
@@ -111,6 +119,20 @@ class Localize {
   std::string dayOfWeek() const { return text("Day of Week"); }
   std::string dayOfYear() const { return text("Day of Year"); }
   std::string delete_() const { return text("Delete"); }
+  std::string deleteAnyway() const { return text("Delete Anyway"); }
+  std::string deleted() const { return text("Deleted"); }
+  std::string deletedJobsAreKept(std::int64_t days) const {
+    return format("Mirvel keeps the jobs that you delete for %@ days.", {int_(days)});
+  }
+  std::string deletedJobStays(const std::string& until) const {
+    return format("You can bring it back with “Restore Deleted” in the File menu until %@.", {until});
+  }
+  std::string deleteRevisions() const { return text("Delete Revisions…"); }
+  std::string deleteRevisionsOf(const std::string& name) const {
+    return format("Do you want to delete the revisions of “%@”?", {name});
+  }
+  std::string deleteRevisionsOfAllJobs() const { return text("Delete for All Jobs"); }
+  std::string deleteRevisionsOfThisJob() const { return text("Delete for This Job"); }
   std::string deprecated() const { return text("Deprecated"); }
   std::string disabled() const { return text("Disabled"); }
   std::string discardChanges() const { return text("Discard Changes"); }
@@ -123,6 +145,7 @@ class Localize {
   std::string everyHour() const { return text("Every Hour"); }
   std::string everyone() const { return text("Everyone"); }
   std::string exclude() const { return text("Exclude"); }
+  std::string file() const { return text("File"); }
   std::string filter() const { return text("Filter"); }
   std::string folderWatch() const { return text("Folder Watch"); }
   std::string fileWasChangedMeanwhile(const std::string& name) const {
@@ -145,6 +168,7 @@ class Localize {
   std::string itWillNeverRun() const { return text("It will never run on this schedule"); }
   std::string keepAProgramRunning() const { return text("Keep a Program Running"); }
   std::string keepMine() const { return text("Keep Mine"); }
+  std::string keptUntil() const { return text("Kept Until"); }
   std::string key() const { return text("Key"); }
   std::string kind() const { return text("Kind"); }
   std::string launchAgainIfItCrashes() const { return text("Launch again if it crashes"); }
@@ -172,6 +196,7 @@ class Localize {
   }
   std::string nextRunsTitle() const { return text("Next runs"); }
   std::string nightlyScript() const { return text("Nightly Script"); }
+  std::string noDeletedJobs() const { return text("No Deleted Jobs"); }
   std::string noError() const { return text("No error"); }
   std::string noItems() const { return text("No Items"); }
   std::string noSelection() const { return text("No Selection"); }
@@ -217,8 +242,16 @@ class Localize {
   std::string removeRule() const { return text("Remove Rule"); }
   std::string renameTheItemAndTryAgain() const { return text("Rename the item and try again"); }
   std::string repeatInterval() const { return text("Repeat Interval"); }
+  std::string restore() const { return text("Restore"); }
+  std::string restoreDeleted() const { return text("Restore Deleted"); }
+  std::string restoreDisabled() const { return text("Restore Disabled"); }
   std::string revealInFinder() const;
   std::string revisions() const { return text("Revisions"); }
+  std::string revisionsAreEarlierContents() const {
+    return text(
+        "Revisions are the earlier contents of a job, as you saved them. The jobs themselves stay as they are. You "
+        "can’t undo this action.");
+  }
   std::string rightSizeAllColumnsIndividually() const { return text("Right-Size All Columns Individually"); }
   std::string rightSizeThisColumn() const { return text("Right-Size This Column"); }
   std::string run() const { return text("Run"); }
@@ -248,6 +281,9 @@ class Localize {
   std::string takeTheirs() const { return text("Take Theirs"); }
   std::string test() const { return text("Test"); }
   std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
+  std::string theJobCouldntBeKept(const std::string& name) const {
+    return format("“%@” couldn’t be kept to be restored later", {name});
+  }
   std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }
   std::string theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError() const {
     return text("The item couldn’t be added or removed because of an unknown error");
@@ -338,6 +374,7 @@ class Localize::MainMenu {
   std::string importJob() const { return m_localize.text("&Import…"); }
   std::string exportJob() const { return m_localize.text("E&xport…"); }
   std::string delete_() const { return m_localize.text("&Delete…"); }
+  std::string restoreDeleted() const { return m_localize.text("Rest&ore Deleted…"); }
   std::string share() const { return m_localize.text("S&hare"); }
   std::string test() const { return m_localize.text("&Test…"); }
   std::string log() const { return m_localize.text("&Log…"); }

@@ -69,7 +69,8 @@ void MainMenu::fillRevisions(QMenu& menu) {
     menu.addAction(qt(item.title), this, [this, revision = item.revision] { insertRevision(m_program, revision); });
   }
   menu.addSeparator();
-  menu.addAction(qt(m_program.foundation.localize.clearMenu()), this, [this] { m_program.revisions.clearRevisions(); });
+  menu.addAction(qt(m_program.foundation.localize.deleteRevisions()), this,
+                 [this] { confirmDeleteRevisions(m_program); });
 }
 
 void MainMenu::makeEditMenu() {

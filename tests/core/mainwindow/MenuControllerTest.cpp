@@ -153,6 +153,7 @@ TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
   const Alert& question = interface.sheets.front().first;
   EXPECT_EQ(question.message, "Are you sure you want to delete “a”?");
   EXPECT_EQ(question.informativeText, "You can’t undo this action.");
+  EXPECT_EQ(question.safeButton, Interface::alternateButton) << "Return doesn't delete";
   interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
 
