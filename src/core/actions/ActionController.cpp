@@ -118,6 +118,7 @@ void ActionController::replied(const plist::Dictionary& reply, const Action::Sha
     if (action->presentError) presentHelperError(*details);
     return;
   }
+  if (action->url && action->deleteURL) m_program.jobMoves.jobMoved(*action->deleteURL, *action->url);
   if (action->privileged) {
     m_delay(0, [this] { fetchUnlessEdited(); });
     if (action->localAgentLoadPath || action->localAgentUnloadPath) return followUpPrivileged(action);

@@ -70,6 +70,9 @@ void Fetcher::replaceJobs(Jobs jobs) {
       modeFilter(m_program, *mode, jobs, m_program.state.filterString);
     }
   }
+  if (const auto& selected = m_program.state.selectedJob) {
+    if (const auto moved = findMoved(*selected, m_program.state.jobs, jobs)) selected->url = moved->url;
+  }
   m_program.state.jobs.swap(jobs);
   jobsDidUpdate();
   // To take ten thousand old jobs apart takes a while, and is nothing that the main thread must wait for.
@@ -77,8 +80,10 @@ void Fetcher::replaceJobs(Jobs jobs) {
 }
 
 void Fetcher::jobsDidUpdate() {
+  m_program.jobMoves.follow(m_program.state.jobs);
   reconcileSelection();
   matchIcons();
+  m_program.jobMoves.remember(m_program.state.jobs);
   m_program.notifications.jobsUpdated.post();
 }
 

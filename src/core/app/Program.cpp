@@ -17,6 +17,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
               foundation.roots.home),
       revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock, foundation.storeTroubles),
       notes(foundation.roots.applicationSupport, platform.mainQueue, foundation.storeTroubles),
+      jobMoves(foundation.roots.applicationSupport, state, notes, revisions, foundation.storeTroubles),
       editing(*this),
       scheduledController(foundation.localize),
       actions(*this),

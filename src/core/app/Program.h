@@ -6,6 +6,7 @@
 #include "core/app/AppState.h"
 #include "core/app/Fetcher.h"
 #include "core/app/Foundation.h"
+#include "core/app/JobMoves.h"
 #include "core/app/Platform.h"
 #include "core/app/Shell.h"
 #include "core/app/StoreTeller.h"
@@ -47,6 +48,7 @@ class Program {
   Creation creation = {};
   RevisionController revisions;
   NotesStore notes;
+  JobMoves jobMoves;
   Editing editing;
   ScheduledController scheduledController;
   ActionController actions;

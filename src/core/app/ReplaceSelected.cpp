@@ -30,7 +30,8 @@ bool replaceSelected(Program& program, const plist::Dictionary& dictionary) {
   }
   std::string fileChecksum = program.editing.fileChecksum();
   Jobs jobs = program.state.jobs;
-  const auto found = std::find_if(jobs.begin(), jobs.end(), [&old](const auto& other) { return *other == *old; });
+  const auto found =
+      std::find_if(jobs.begin(), jobs.end(), [&old](const auto& other) { return isUnchanged(*other, *old); });
   if (found != jobs.end()) {
     *found = job;
     program.fetcher.replaceJobs(std::move(jobs));

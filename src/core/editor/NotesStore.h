@@ -24,6 +24,8 @@ class NotesStore {
   /// Empty if there is none.
   std::string note(const URL& job) const;
   bool has(const URL& job) const;
+  /// All notes, under the keys of their jobs. Valid until the next call.
+  const plist::Dictionary& notes() const { return m_store.contents(); }
   /// Writes the store 0.3 seconds after the last change. What can't be written is kept until the program ends.
   void setNote(const URL& job, std::string text);
   /// Gives a note that belongs to one file to another. If that has one, too, it comes last.

@@ -23,9 +23,7 @@ JobMenu menuForJob(Program& program, const std::shared_ptr<Job>& job) {
 }
 
 bool haveSameRows(const Jobs& a, const Jobs& b) {
-  return areEqual(a, b) && std::equal(a.begin(), a.end(), b.begin(), [](const auto& x, const auto& y) {
-           return x->kind == y->kind && x->url.equalTo(y->url);
-         });
+  return areEqual(a, b);
 }
 
 }  // namespace mirvel

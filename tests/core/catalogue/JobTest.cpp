@@ -31,6 +31,15 @@ TEST(JobTest, TheChecksumAloneIsTheIdentity) {
   }
 }
 
+TEST(JobTest, ACatalogueIsAnotherOnceAFileWasRenamedOrMoved) {
+  const auto list = [](Kind kind, const char* path) {
+    return Jobs{std::make_shared<Job>(kind, "job", "", "sum", URL::file(path))};
+  };
+  EXPECT_TRUE(areEqual(list(Kind::userAgent, "/a/job.plist"), list(Kind::userAgent, "/a//job.plist")));
+  EXPECT_FALSE(areEqual(list(Kind::userAgent, "/a/job.plist"), list(Kind::userAgent, "/a/other.plist")));
+  EXPECT_FALSE(areEqual(list(Kind::userAgent, "/a/job.plist"), list(Kind::localAgent, "/a/job.plist")));
+}
+
 TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
   Job plain = job("sum");
   plain.updateCustomIconDigest();

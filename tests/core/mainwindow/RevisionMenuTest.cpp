@@ -50,6 +50,17 @@ TEST_F(RevisionMenuTest, AnEarlierContentComesBackAsAnUnsavedChange) {
   EXPECT_THAT(testdata::bytes(path(Kind::userAgent, "a.plist")), testing::HasSubstr("/bin/ls")) << "not on the disk";
 }
 
+TEST_F(RevisionMenuTest, OfTwoFilesWithTheSameBytesTheSelectedOneIsReplaced) {
+  writeJob(Kind::localAgent, "a", {{"Program", "/bin/ls"}, {"Own", 1}});
+  scan();
+  const auto other = program().state.jobAt(URL::file(path(Kind::userAgent, "a.plist")));
+  program().state.selectedJob = program().state.jobAt(URL::file(path(Kind::localAgent, "a.plist")));
+  program().revisions.saveRevision(selected());
+  insertRevision(program(), revisionItems(program()).at(0).revision);
+  EXPECT_EQ(program().state.jobAt(other->url), other);
+  EXPECT_EQ(program().state.jobAt(selected().url), program().state.selectedJob);
+}
+
 TEST_F(RevisionMenuTest, WhatIsNoContentOfAJobChangesNothing) {
   scan();
   const auto job = jobNamed("a");
