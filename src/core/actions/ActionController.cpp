@@ -203,11 +203,12 @@ void ActionController::presentHelperError(const plist::Dictionary& error) {
   interface.error(text, localize.pleaseTryAgain());
 }
 
-void ActionController::deleteConfirmed(int response, const Job& job) {
+void ActionController::deleteConfirmed(int response, const Job& job, const Ended& ended) {
   if (response != Interface::defaultButton) return;
   if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem();
   if (!canBeNamed(job.url)) return;
   const auto action = Action::delete_(job.url, job.name);
+  action->ended = ended;
   if (job.kind == Kind::userAgent) {
     (void)send(action);
     return;

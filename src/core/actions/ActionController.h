@@ -32,8 +32,8 @@ class ActionController {
   /// if it is new or moves to another kind. Keeps a revision if the request went out. `ended` hears, now or later,
   /// whether the file was written.
   void save(Launchd& job, const std::function<void(bool isWritten)>& ended = {});
-  /// Deletes the job if the answer is the default button's.
-  void deleteConfirmed(int response, const Job& job);
+  /// Deletes the job if the answer is the default button's. `ended` hears whether that was done, if it was asked for.
+  void deleteConfirmed(int response, const Job& job, const std::function<void(bool isDeleted)>& ended = {});
   /// Has the helpers removed that were installed outside of the package.
   void uninstallInternalHelpers();
 

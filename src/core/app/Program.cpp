@@ -16,6 +16,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       repairs(foundation.defaults, foundation.commands, platform.interface, platform.processRunner, foundation.localize,
               foundation.roots.home),
       revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock, foundation.storeTroubles),
+      deletedJobs(foundation.roots.applicationSupport, platform.clock, foundation.storeTroubles),
       notes(foundation.roots.applicationSupport, platform.mainQueue, foundation.storeTroubles),
       jobMoves(foundation.roots.applicationSupport, state, notes, revisions, foundation.storeTroubles),
       editing(*this),

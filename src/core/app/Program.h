@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/actions/ActionController.h"
+#include "core/actions/DeletedJobs.h"
 #include "core/actions/RevisionController.h"
 #include "core/app/AppDelegate.h"
 #include "core/app/AppState.h"
@@ -47,6 +48,7 @@ class Program {
   CommandRepairs repairs;
   Creation creation = {};
   RevisionController revisions;
+  DeletedJobs deletedJobs;
   NotesStore notes;
   JobMoves jobMoves;
   Editing editing;

@@ -18,6 +18,7 @@ enum class Command {
   importAction,
   export_,
   delete_,
+  restoreDeleted,
   share,  ///< a submenu
   test,
   log,

@@ -48,6 +48,7 @@ bool isEnabled(Command command, const CommandContext& context) {
     case Command::new_:
     case Command::refresh:
     case Command::importAction:
+    case Command::restoreDeleted:
     case Command::system:
       return !hasUnsavedChanges;
     case Command::revealInFinder:

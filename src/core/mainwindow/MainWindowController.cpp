@@ -2,6 +2,7 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/LoginItem.h"
+#include "core/creation/RestoreDeleted.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 
@@ -76,11 +77,13 @@ void MainWindowController::confirmDelete(const std::shared_ptr<Job>& job) {
   if (!job || !m_program.shell.mainWindow) return;
   const Localize& localize = m_program.foundation.localize;
   m_program.platform.interface.beginSheet({.message = localize.areYouSureYouWantToDelete(job->name),
-                                           .informativeText = localize.youCantUndoThisAction(),
+                                           .informativeText = consequenceOfDeleting(m_program, *job),
                                            .defaultTitle = localize.delete_(),
                                            .alternateTitle = localize.cancel(),
                                            .safeButton = Interface::alternateButton},
-                                          [this, job](int button) { m_program.actions.deleteConfirmed(button, *job); });
+                                          [this, job](int button) {
+                                            if (button == Interface::defaultButton) deleteAndKeep(m_program, job);
+                                          });
 }
 
 void MainWindowController::unsavedChangesAlert() {

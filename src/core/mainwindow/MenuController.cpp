@@ -16,6 +16,8 @@ std::optional<std::string_view> segueOf(Command command) {
       return String::new_;
     case Command::duplicate:
       return String::duplicate;
+    case Command::restoreDeleted:
+      return String::restoreDeleted;
     case Command::test:
       return String::test;
     case Command::log:

@@ -43,7 +43,7 @@ void MainMenu::makeFileMenu() {
   QMenu* revisions = menu->addMenu(qt(texts.revisions()));
   add(*menu, {Command::duplicate, Command::export_});
   QMenu* share = menu->addMenu(IconLoader::symbol("document-send"), qt(texts.share()));
-  add(*menu, {Command::delete_});
+  add(*menu, {Command::delete_, Command::restoreDeleted});
   menu->addSeparator();
   add(*menu, {Command::test, Command::log, Command::info, Command::revealInFinder});
   menu->addSeparator();

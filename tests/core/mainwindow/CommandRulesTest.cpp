@@ -24,9 +24,9 @@ CommandContext allowing(Command command) {
           .mode = Mode::list};
 }
 
-const std::vector<Command> fileCommands{C::new_,         C::edit,    C::save,           C::revert, C::duplicate,
-                                        C::importAction, C::export_, C::delete_,        C::share,  C::test,
-                                        C::log,          C::info,    C::revealInFinder, C::refresh};
+const std::vector<Command> fileCommands{C::new_,         C::edit,    C::save,           C::revert,  C::duplicate,
+                                        C::importAction, C::export_, C::delete_,        C::share,   C::test,
+                                        C::log,          C::info,    C::revealInFinder, C::refresh, C::restoreDeleted};
 const std::vector<Command> viewCommands{C::filter,   C::grid,   C::tree,    C::list,
                                         C::timeline, C::system, C::columns, C::titleBar};
 const std::vector<Command> otherCommands{C::fullScreen,      C::help, C::manLaunchdplist, C::site, C::mailSupport,
@@ -51,8 +51,8 @@ TEST(CommandRules, EachConditionTakesAwayItsCommandsAndNoOthers) {
       {"nothing", [](auto&) {}, {}},
       {"unsaved changes",
        [](auto& context) { context.hasUnsavedChanges = true; },
-       {C::new_, C::refresh, C::revert, C::duplicate, C::importAction, C::export_, C::grid, C::tree, C::timeline,
-        C::system}},
+       {C::new_, C::refresh, C::revert, C::duplicate, C::importAction, C::restoreDeleted, C::export_, C::grid, C::tree,
+        C::timeline, C::system}},
       {"a sheet", [](auto& context) { context.hasSheet = true; }, besidesOthers},
       {"a scan", [](auto& context) { context.isBusy = true; }, {}},
       {"no selection",

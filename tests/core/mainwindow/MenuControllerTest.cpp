@@ -38,6 +38,7 @@ TEST_F(MenuControllerTest, ACommandIsOfferedOnceThereIsWhoDoesIt) {
   const Row table[] = {
       {Command::new_, segue(String::new_)},
       {Command::duplicate, segue(String::duplicate)},
+      {Command::restoreDeleted, segue(String::restoreDeleted)},
       {Command::test, segue(String::test)},
       {Command::log, segue(String::log)},
       {Command::info, segue(String::info)},
@@ -63,7 +64,8 @@ TEST_F(MenuControllerTest, CommandsReachWhoDoesThem) {
   shell.events.clear();
   const auto note = [this](const std::string& text) { return [this, text] { shell.note(text); }; };
   Shell& to = program().shell;
-  for (const auto name : {String::new_, String::duplicate, String::test, String::log, String::info}) {
+  for (const auto name :
+       {String::new_, String::duplicate, String::restoreDeleted, String::test, String::log, String::info}) {
     to.segues[name] = note("sheet " + std::string(name));
   }
   to.importJob = note("import");
@@ -71,16 +73,16 @@ TEST_F(MenuControllerTest, CommandsReachWhoDoesThem) {
   to.emptyIconCache = note("icons anew");
   to.checkForUpdate = [this](bool isManual) { shell.note(isManual ? "updates, asked" : "updates"); };
   shell.tab = DetailTab::launchdDisplay;
-  for (const Command command : {Command::new_, Command::duplicate, Command::test, Command::log, Command::info,
-                                Command::importAction, Command::export_, Command::edit, Command::filter,
+  for (const Command command : {Command::new_, Command::duplicate, Command::restoreDeleted, Command::test, Command::log,
+                                Command::info, Command::importAction, Command::export_, Command::edit, Command::filter,
                                 Command::fullScreen, Command::about, Command::checkForUpdates}) {
     menus().perform(command);
   }
   shell.tab = DetailTab::launchdEdit;
   menus().perform(Command::save);
-  EXPECT_THAT(shell.events,
-              ElementsAre("sheet New", "sheet Duplicate", "sheet Test", "sheet Log", "sheet Info", "import", "export",
-                          "showEdit", "focusOnFilter", "toggleFullScreen", "showAbout", "updates, asked", "save"));
+  EXPECT_THAT(shell.events, ElementsAre("sheet New", "sheet Duplicate", "sheet Restore Deleted", "sheet Test",
+                                        "sheet Log", "sheet Info", "import", "export", "showEdit", "focusOnFilter",
+                                        "toggleFullScreen", "showAbout", "updates, asked", "save"));
   for (const Command command :
        {Command::help, Command::manLaunchdplist, Command::site, Command::mailSupport, Command::revealInFinder}) {
     menus().perform(command);
@@ -152,7 +154,7 @@ TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
   ASSERT_EQ(interface.sheets.size(), 1U);
   const Alert& question = interface.sheets.front().first;
   EXPECT_EQ(question.message, "Are you sure you want to delete “a”?");
-  EXPECT_EQ(question.informativeText, "You can’t undo this action.");
+  EXPECT_THAT(question.informativeText, HasSubstr("“Restore Deleted”"));
   EXPECT_EQ(question.safeButton, Interface::alternateButton) << "Return doesn't delete";
   interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(helpers.requests, IsEmpty());

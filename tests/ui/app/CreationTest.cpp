@@ -154,7 +154,12 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
   EXPECT_NE(selected(), "org.minute copy.plist");
 
   open(Command::delete_);
-  press(Qt::Key_Return);
+  for (auto* button : sheet().findChildren<QPushButton*>()) {
+    if (button->text() == QStringLiteral("Delete")) {
+      button->click();
+      break;
+    }
+  }
   ASSERT_TRUE(hasJobs(2));
   EXPECT_TRUE(fs::exists(file("org.minute copy")));
 
