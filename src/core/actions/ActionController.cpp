@@ -4,6 +4,7 @@
 
 #include "core/actions/ActionError.h"
 #include "core/app/Program.h"
+#include "core/catalogue/LoginItem.h"
 #include "core/propertylist/Encoding.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
@@ -158,7 +159,6 @@ void ActionController::endedWell(const Action& action) {
   if (action.cleanUp && shell.edit) {
     shell.edit->saveCompleted();
     if (shell.detail) shell.detail->showDisplay();
-    shell.edit->releaseSchedule();
     fetchUnlessEdited();
   }
   if (action.kind != Action::Kind::delete_) return;
@@ -204,7 +204,7 @@ void ActionController::presentHelperError(const plist::Dictionary& error) {
 
 void ActionController::deleteConfirmed(int response, const Job& job) {
   if (response != Interface::defaultButton) return;
-  if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem();
+  if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem(dynamic_cast<const LoginItem&>(job));
   if (!canBeNamed(job.url)) return;
   const auto action = Action::delete_(job.url, job.name);
   if (job.kind == Kind::userAgent) {
@@ -215,10 +215,10 @@ void ActionController::deleteConfirmed(int response, const Job& job) {
   (void)sendPrivileged(action);
 }
 
-void ActionController::deleteLoginItem() {
-  const auto& selected = m_program.state.selectedJob;
-  if (!selected || selected->name.empty()) return;
-  m_program.platform.loginItems.remove(selected->name);
+void ActionController::deleteLoginItem(const LoginItem& item) {
+  if (const auto removed = m_program.platform.loginItems.remove(item); !removed) {
+    m_program.platform.interface.present(removed.error());
+  }
   fetchUnlessEdited();
 }
 

@@ -13,6 +13,7 @@
 namespace mirvel {
 
 class Launchd;
+class LoginItem;
 class Program;
 
 /// Sends requests to the two helpers, and knows which of them are sent in which order to save and to delete a job. For
@@ -66,7 +67,7 @@ class ActionController {
   std::optional<Written> saveAsUser(const Launchd& job, const std::optional<std::string>& text, const Ended& ended);
   std::optional<Written> saveAsRoot(const Launchd& job, const std::optional<std::string>& text, const Ended& ended);
   void leaveKind(const Launchd& job);
-  void deleteLoginItem();
+  void deleteLoginItem(const LoginItem& item);
 
   void setBusy(bool isBusy);
   void dropNewFile();

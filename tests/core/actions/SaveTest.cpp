@@ -250,15 +250,20 @@ TEST_F(SaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
   }
 }
 
-TEST_F(SaveTest, OfTwoLoginItemsWithOneNameTheFirstGoes) {
+TEST_F(SaveTest, TheLoginItemGoesThatWasAskedAboutWhateverIsSelected) {
   loginItems.ownItems = {{"a", "/1", {}, {}}, {"b", "/not \xff UTF-8", {}, {}}, {"b", "/3", {}, {}}};
   scan();
-  program().state.selectedJob = jobNamed("b");
-  program().actions.deleteConfirmed(Interface::defaultButton, *program().state.selectedJob);
+  const Jobs jobs = program().state.jobs;
+  program().state.selectedJob = jobNamed("a");
+  program().actions.deleteConfirmed(Interface::defaultButton, *jobs.at(2));
   EXPECT_THAT(asked(), IsEmpty());
   settle();
   EXPECT_THAT(names(program().state.jobs), ElementsAre("a", "b"));
-  EXPECT_EQ(jobNamed("b")->run(), "/3");
+  EXPECT_EQ(jobNamed("b")->run(), "/not \xff UTF-8");
+
+  loginItems.removalFailure = Error{.code = Error::Code::NotPermitted, .message = "can't delete", .file = "/a"};
+  program().actions.deleteConfirmed(Interface::defaultButton, *jobs.at(0));
+  EXPECT_EQ(interface.errors.size(), 1U);
 }
 
 }  // namespace
