@@ -47,6 +47,8 @@ class Defaults {
     static constexpr std::string_view windowFrame = "NSWindow Frame Main App Window";
     static constexpr std::string_view splitFrames = "NSSplitView Subview Frames Main App Window";
     static constexpr std::string_view expandedGroups = "Tree";
+    static constexpr std::string_view listColumns = "NSTableView Columns List";
+    static constexpr std::string_view listSort = "NSTableView Sort Ordering List";
   };
 
   using Damaged = PreferencesFile::Damaged;

@@ -250,6 +250,13 @@ TEST_F(ListModeTest, TheMenuHoldsWhatCanBeDoneWithTheJob) {
                           "reveal /bundled.app", "open /bundled.app"));
   ASSERT_EQ(interface.sheets.size(), 1U);
   EXPECT_EQ(interface.sheets.front().first.message, "Are you sure you want to delete “agent”?");
+  interface.answerSheet(Interface::alternateButton);
+
+  state().selectedJob = state().jobs[0];
+  choose(list.menuForRow(1), "Delete");
+  EXPECT_EQ(interface.sheets.front().first.message, "Are you sure you want to delete “own”?") << "the one clicked";
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_THAT(loginItems.ownItems, IsEmpty());
 
   state().hasUnsavedChanges = true;
   EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal));
