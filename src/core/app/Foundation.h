@@ -15,7 +15,8 @@ namespace mirvel {
 
 /// What every program of the family stands on: folders, tools, settings and texts.
 struct Foundation {
-  /// `catalogues` holds the translations; `locale` is the user's by default. A program that only reads leaves a damaged
+  /// `catalogues` holds the translations; `locale` is the user's by default; the environment may name
+  /// another one for dates and times. A program that only reads leaves a damaged
   /// file of settings where it is.
   Foundation(Roots theRoots, Environment theEnvironment, const std::filesystem::path& catalogues = {},
              const std::string& locale = Localize::currentLocale(),
@@ -24,7 +25,7 @@ struct Foundation {
         roots(std::move(theRoots)),
         commands(Commands::forThisMachine(environment)),
         defaults(roots.defaultsFile, damaged),
-        localize(locale, catalogues),
+        localize(locale, catalogues, Localize::timeLocale(locale, environment)),
         collator(locale) {}
 
   const Environment environment;

@@ -16,7 +16,7 @@ std::vector<RevisionItem> revisionItems(Program& program) {
     const auto* const revision = entry.as<plist::Dictionary>();
     const plist::Value* const date = revision ? revision->find(RevisionController::dateKey) : nullptr;
     const auto* const seconds = date ? date->as<double>() : nullptr;
-    if (seconds) result.push_back({Date::standardText(*seconds, program.foundation.localize.locale()), *revision});
+    if (seconds) result.push_back({Date::standardText(*seconds, program.foundation.localize.timeLocale()), *revision});
   }
   return result;
 }

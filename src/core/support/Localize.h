@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "core/support/Environment.h"
 #include "core/support/MessageCatalog.h"
 
 namespace mirvel {
@@ -25,15 +26,21 @@ class Localize {
 
   /// Takes the translations from `<catalogues>/<language>/LC_MESSAGES/mirvel.mo`, first of the language as spoken in
   /// the locale's region ("pt_BR"), then of the language ("pt"). With neither, or with a damaged file, texts are
-  /// English. Numbers are always those of the locale.
-  explicit Localize(const std::string& locale = currentLocale(), const std::filesystem::path& catalogues = {});
+  /// English. Numbers are always those of the locale, dates and times those of `timeLocale`, by default the same.
+  explicit Localize(const std::string& locale = currentLocale(), const std::filesystem::path& catalogues = {},
+                    const std::string& timeLocale = {});
   ~Localize();
   Localize(const Localize&) = delete;
   Localize& operator=(const Localize&) = delete;
 
   /// The locale of the user, such as "de_AT"; plain English if the process has none.
   static std::string currentLocale();
+  /// The locale in which the user wants dates and times: that of `LC_TIME`, unless `LC_ALL` overrides it; otherwise
+  /// `locale`.
+  static std::string timeLocale(const std::string& locale, const Environment& environment);
   const std::string& locale() const { return m_locale; }
+  /// That of dates and times.
+  const std::string& timeLocale() const { return m_timeLocale; }
   /// Whether the texts are in a language that is written from right to left.
   bool isRightToLeft() const;
 
@@ -209,6 +216,9 @@ class Localize {
   std::string revisions() const { return text("Revisions"); }
   std::string rightSizeAllColumnsIndividually() const { return text("Right-Size All Columns Individually"); }
   std::string rightSizeThisColumn() const { return text("Right-Size This Column"); }
+  std::string ruleCantBeSaved(const std::string& number, const std::string& kind) const {
+    return format("Rule %1$@, “%2$@”, can’t be saved", {number, kind});
+  }
   std::string run() const { return text("Run"); }
   std::string runAScriptEveryNight() const { return text("Run a Script Every Night"); }
   // translators: the second place is a list of times, such as "every day at 09:00 and at every login".
@@ -278,6 +288,7 @@ class Localize {
   std::string text(const char* english) const;
 
   std::string m_locale;
+  std::string m_timeLocale;
   std::optional<MessageCatalog> m_catalog;
   std::unique_ptr<Numbers> m_numbers;
 };
