@@ -24,7 +24,7 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
 
   std::vector<std::string> events = {};
   Jobs shown = {};
-  DetailTab tab = DetailTab::noSelection;
+  DetailTab tab = DetailTab::launchdDisplay;
   bool isSheetUp = false;
   std::optional<bool> isTitleVisible = {};
 

@@ -2,6 +2,7 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/LoginItem.h"
+#include "core/mainwindow/ModeJob.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 
@@ -9,7 +10,6 @@ namespace mirvel {
 
 void MainWindowController::selectedJobDidChange() {
   updateTitle();
-  m_program.scheduledController.delegate = nullptr;
   if (m_program.shell.mainWindow) m_program.shell.mainWindow->setEdited(false);
   if (m_program.shell.detail) m_program.shell.detail->updateDetail();
   if (!m_program.state.selectedJob) refresh();
@@ -28,7 +28,7 @@ void MainWindowController::applySelection() {
 
 std::string MainWindowController::title() const {
   const std::string name(Const::AppName::mirvel);
-  const auto& job = m_program.state.selectedJob;
+  const auto job = shownJob(m_program);
   if (!job || job->name.empty()) return name;
   return bidirectionalString({name, job->name}, Const::separator, m_program.foundation.localize.isRightToLeft());
 }
@@ -68,7 +68,7 @@ void MainWindowController::switchMode(Mode mode) {
 }
 
 bool MainWindowController::canDeleteJob(const Job& job) const {
-  if (m_program.state.hasUnsavedChanges || job.kind == Kind::loginItemApplication) return false;
+  if (m_program.state.hasUnsavedChanges || job.isNewFile || job.kind == Kind::loginItemApplication) return false;
   return !job.kind.isSystem() || m_program.foundation.defaults.editSystemJobs();
 }
 
@@ -78,17 +78,31 @@ void MainWindowController::confirmDelete(const std::shared_ptr<Job>& job) {
   m_program.platform.interface.beginSheet({.message = localize.areYouSureYouWantToDelete(job->name),
                                            .informativeText = localize.youCantUndoThisAction(),
                                            .defaultTitle = localize.delete_(),
-                                           .alternateTitle = localize.cancel()},
+                                           .alternateTitle = localize.cancel(),
+                                           .safeButton = Interface::alternateButton},
                                           [this, job](int button) { m_program.actions.deleteConfirmed(button, *job); });
 }
 
-void MainWindowController::unsavedChangesAlert() {
+Alert MainWindowController::unsavedChangesQuestion() const {
   const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.beginSheet({.message = localize.unsavedChanges(),
-                                           .informativeText = localize.yourChangesWillBeLostIfYouDontSaveThem(),
-                                           .defaultTitle = localize.check(),
-                                           .alternateTitle = localize.discardChanges()},
+  return {.message = localize.unsavedChanges(),
+          .informativeText = localize.yourChangesWillBeLostIfYouDontSaveThem(),
+          .defaultTitle = localize.check(),
+          .alternateTitle = localize.discardChanges(),
+          .safeButton = Interface::defaultButton};
+}
+
+void MainWindowController::unsavedChangesAlert() {
+  m_program.platform.interface.beginSheet(unsavedChangesQuestion(),
                                           [this](int button) { answerUnsavedChanges(button); });
+}
+
+bool MainWindowController::sessionMayEnd() {
+  if (!m_program.state.hasUnsavedChanges) return true;
+  if (m_program.platform.interface.alert(unsavedChangesQuestion()) != Interface::alternateButton) return false;
+  // Another program may still call the end off: what the user said goes all the same.
+  if (EditType* const edit = m_program.shell.edit) edit->discardEdits();
+  return true;
 }
 
 void MainWindowController::answerUnsavedChanges(int button) {

@@ -2,6 +2,7 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
+#include "core/mainwindow/ModeJob.h"
 #include "core/mainwindow/RevisionMenu.h"
 #include "core/mainwindow/Segue.h"
 #include "core/support/Const.h"
@@ -60,7 +61,7 @@ CommandContext MenuController::context() const {
                         .showsSystemJobs = defaults.showSystemJobs(),
                         .showsTitleBar = defaults.showTitleBar(),
                         .mode = m_program.mainWindow.mode()};
-  if (const auto& job = state.selectedJob) {
+  if (const auto job = shownJob(m_program)) {
     result.selected = job->kind;
     result.isSelectedNamed = !job->name.empty();
     result.canDeleteSelected = m_program.mainWindow.canDeleteJob(*job);

@@ -15,6 +15,12 @@ bool selectInCatalogue(Program& program, const URL& url) {
   return true;
 }
 
+std::shared_ptr<Job> shownJob(const Program& program) {
+  const DetailType* const detail = program.shell.detail;
+  const bool isShown = !detail || detail->detailTab() != DetailTab::noSelection;
+  return isShown ? program.state.selectedJob : nullptr;
+}
+
 JobMenu menuForJob(Program& program, const std::shared_ptr<Job>& job) {
   JobMenu menu;
   if (!job || job->isNewFile) return menu;

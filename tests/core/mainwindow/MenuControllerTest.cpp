@@ -153,6 +153,7 @@ TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
   const Alert& question = interface.sheets.front().first;
   EXPECT_EQ(question.message, "Are you sure you want to delete “a”?");
   EXPECT_EQ(question.informativeText, "You can’t undo this action.");
+  EXPECT_EQ(question.safeButton, Interface::alternateButton) << "Cancel is what Return presses";
   interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
 
@@ -161,6 +162,47 @@ TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
   interface.answerSheet(Interface::defaultButton);
   ASSERT_EQ(helpers.requests.size(), 1U);
   EXPECT_EQ(helpers.requests.front().text("deletePath"), path(Kind::userAgent, "a.plist").string());
+}
+
+TEST_F(MenuControllerTest, WhatIsntShownAsSelectedIsntActedOn) {
+  writeJob(Kind::userAgent, "a");
+  select("a");
+  for (const auto name : {String::duplicate, String::test, String::log, String::info}) {
+    program().shell.segues[name] = [] {};
+  }
+  program().shell.exportJob = [] {};
+  const Command commands[] = {Command::delete_, Command::duplicate, Command::export_, Command::test,
+                              Command::log,     Command::info,      Command::share,   Command::revealInFinder};
+  for (const bool isShown : {true, false}) {
+    shell.tab = isShown ? DetailTab::launchdDisplay : DetailTab::noSelection;  // a filter hides it
+    for (const Command command : commands) {
+      EXPECT_EQ(menus().isEnabled(command), isShown) << static_cast<int>(command);
+    }
+    for (const ToolbarItem item : {ToolbarItem::share, ToolbarItem::info, ToolbarItem::log}) {
+      EXPECT_EQ(menus().isEnabled(item), isShown) << static_cast<int>(item);
+    }
+    EXPECT_EQ(program().mainWindow.title(), isShown ? "Mirvel – a" : "Mirvel");
+  }
+  menus().perform(Command::delete_);
+  EXPECT_THAT(interface.sheets, IsEmpty());
+}
+
+TEST_F(MenuControllerTest, TheEndOfTheSessionAsksAboutUnsavedChanges) {
+  writeJob(Kind::userAgent, "a");
+  select("a");
+  EXPECT_TRUE(program().mainWindow.sessionMayEnd());
+  EXPECT_THAT(interface.alerts, IsEmpty());
+
+  state().hasUnsavedChanges = true;
+  interface.answer.button = Interface::defaultButton;
+  EXPECT_FALSE(program().mainWindow.sessionMayEnd());
+  EXPECT_EQ(shell.count("discardEdits"), 0U);
+  interface.answer.button = Interface::alternateButton;
+  EXPECT_TRUE(program().mainWindow.sessionMayEnd());
+  EXPECT_EQ(shell.count("discardEdits"), 1U);
+  ASSERT_EQ(interface.alerts.size(), 2U);
+  EXPECT_EQ(interface.alerts.front().alternateTitle, "Discard Changes");
+  EXPECT_EQ(interface.alerts.front().safeButton, Interface::defaultButton) << "closing it stays";
 }
 
 TEST_F(MenuControllerTest, ALaunchdJobIsSharedAsFileAndTextAndOthersAsTheirCommand) {

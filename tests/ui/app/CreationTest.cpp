@@ -154,7 +154,9 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
   EXPECT_NE(selected(), "org.minute copy.plist");
 
   open(Command::delete_);
-  press(Qt::Key_Return);
+  for (QAbstractButton* button : dynamic_cast<QMessageBox&>(sheet()).buttons()) {
+    if (button->text() == QStringLiteral("Delete")) button->click();
+  }
   ASSERT_TRUE(hasJobs(2));
   EXPECT_TRUE(fs::exists(file("org.minute copy")));
 

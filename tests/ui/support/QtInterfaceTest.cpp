@@ -95,6 +95,27 @@ TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirst) {
   EXPECT_EQ(m_interface.alert(m_question), 1002) << "closed by the window manager";
 }
 
+TEST_F(QtInterfaceTest, ReturnEscapeAndClosingPressTheSafeButton) {
+  Alert first = m_question;
+  first.otherTitle.clear();
+  first.safeButton = Interface::defaultButton;
+  Alert second = first;
+  second.safeButton = Interface::alternateButton;
+  for (const Alert& question : {first, second}) {
+    const auto answer = [&](const std::function<void(QMessageBox&)>& act) {
+      whenUp<QMessageBox>(act);
+      return m_interface.alert(question);
+    };
+    const int safe = *question.safeButton;
+    EXPECT_EQ(answer([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }), safe);
+    EXPECT_EQ(answer([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }), safe);
+    EXPECT_EQ(answer([](QMessageBox& box) { box.close(); }), safe);
+    EXPECT_EQ(answer([](QMessageBox& box) { QTest::keyClick(box.focusWidget(), Qt::Key_Space); }), safe);
+    EXPECT_EQ(answer([](QMessageBox& box) { press(box, "Save"); }), 1000);
+    EXPECT_EQ(answer([](QMessageBox& box) { press(box, "Don’t Save"); }), 1001);
+  }
+}
+
 TEST_F(QtInterfaceTest, ShowsTextAsItIs) {
   whenUp<QMessageBox>([](QMessageBox& box) {
     for (const QLabel* label : box.findChildren<QLabel*>()) EXPECT_EQ(label->textFormat(), Qt::PlainText);
