@@ -66,7 +66,6 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
     note("saveCompleted");
     m_program.state.hasUnsavedChanges = false;
   }
-  void releaseSchedule() override { note("releaseSchedule"); }
 
   void setTitle(const std::string& title) override { note("title " + title); }
   void setTitleVisible(bool isVisible) override { isTitleVisible = isVisible; }

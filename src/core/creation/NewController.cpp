@@ -123,13 +123,17 @@ launchd::Plist NewController::finishedRecord() {
   if (program.foundation.defaults.automaticPATH()) {
     plist.environmentVariables = {{"PATH", std::string(Misc::defaultPATH)}};
   }
-  if (when.isScheduled() && endEditing) endEditing();
   when.applyRules(plist);
   return plist;
 }
 
 bool NewController::save() {
   Program& program = m_sheet.program;
+  if (when.isScheduled() && endEditing) endEditing();
+  if (const auto invalid = when.refuse()) {
+    program.platform.interface.error(invalid->message, invalid->reason);
+    return false;
+  }
   const auto made = makeNewJob(program, finishedRecord().encodeAll(), URL::file("/"), job().kind);
   if (!made) {
     program.platform.interface.saveError();

@@ -67,6 +67,9 @@ void EditController::save() {
   const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
   if (!job) return m_program.platform.interface.saveError();
   m_stack.endEditing();
+  if (const auto invalid = m_stack.refuse()) {
+    return m_program.platform.interface.error(invalid->message, invalid->reason);
+  }
   if (const auto theirs = changedFile(*job, m_program.editing)) return askAboutConflict(job, *theirs);
   send(*job);
 }
@@ -113,17 +116,12 @@ void EditController::discardEdits() {
   if (state.selectedJob) state.selectedJob->checksum.clear();
   saveCompleted();
   if (detail) detail->showDisplay();
-  releaseSchedule();
   m_program.mainWindow.refresh();
 }
 
 void EditController::saveCompleted() {
   m_program.state.hasUnsavedChanges = false;
   refreshEditedState();
-}
-
-void EditController::releaseSchedule() {
-  m_program.scheduledController.delegate = nullptr;
 }
 
 void EditController::help() {

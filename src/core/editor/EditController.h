@@ -2,9 +2,11 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/editor/DetailType.h"
+#include "core/support/InvalidField.h"
 
 namespace mirvel {
 
@@ -39,6 +41,8 @@ class EditStackType {
   virtual void hideDiscardButton() = 0;
   /// Takes over what is being typed.
   virtual void endEditing() = 0;
+  /// The field that keeps the job from being saved, which then gets the keys. None: all can be saved.
+  virtual std::optional<InvalidField> refuse() { return std::nullopt; }
   /// Shows both versions in a sheet, and asks which is to be the job's. `completion` gets the answer as that of an
   /// alert: the default button's for mine, the alternate's for theirs, the other for neither.
   virtual void compare(const Versions& versions, std::function<void(int)> completion) = 0;
@@ -53,11 +57,11 @@ class EditController final : public EditType {
 
   void updateButtons() override;
   void refreshEditedState() override;
-  /// Saves the selected job. If something else changed its file meanwhile the user is asked first.
+  /// Saves the selected job, unless a field holds what can't be saved: the user is told which one. If something else
+  /// changed its file meanwhile the user is asked first.
   void save() override;
   void discardEdits() override;
   void saveCompleted() override;
-  void releaseSchedule() override;
   /// Opens the page about the settings of a job.
   void help();
 

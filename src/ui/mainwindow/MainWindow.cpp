@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QSessionManager>
 #include <QSplitter>
 #include <algorithm>
 
@@ -15,6 +16,7 @@
 #include "ui/mainwindow/Toolbar.h"
 #include "ui/mainwindow/WindowFrame.h"
 #include "ui/support/QtText.h"
+#include "ui/support/TextKeys.h"
 
 namespace mirvel::ui {
 
@@ -33,10 +35,12 @@ MainWindow::MainWindow(Program& program, IconLoader& icons)
 
   const int character = fontMetrics().averageCharWidth();
   if (!restoreFrame(*this, *m_splitter, m_program.foundation.defaults)) {
-    resize(192 * character, 40 * fontMetrics().lineSpacing());
+    resizeToFit(*this, QSize(192 * character, 40 * fontMetrics().lineSpacing()));
   }
   if (m_program.foundation.defaults.preferFullScreen()) setWindowState(windowState() | Qt::WindowFullScreen);
   m_tabs->setFocus();
+  new TextKeys(this);
+  connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::askBeforeSessionEnds);
 }
 
 MainWindow::~MainWindow() {
@@ -57,6 +61,7 @@ void MainWindow::makeContent(IconLoader& icons) {
   m_splitter->setHandleWidth(1);
   m_tabs = new ModeTabs(m_program, icons);
   m_details = new DetailViewController(m_program, icons);
+  m_details->keysLeft = [this] { m_tabs->setFocus(); };
   const int character = fontMetrics().averageCharWidth();
   m_tabs->setMinimumWidth(24 * character);
   constexpr int narrowestDetails = 420;
@@ -152,6 +157,15 @@ bool MainWindow::event(QEvent* event) {
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->setAccepted(m_program.appDelegate.applicationShouldTerminate());
   if (event->isAccepted()) saveFrame(*this, *m_splitter, m_program.foundation.defaults);
+}
+
+void MainWindow::askBeforeSessionEnds(QSessionManager& session) {
+  if (!session.allowsInteraction()) return;  // the desktop doesn't wait for answers
+  if (m_program.mainWindow.sessionMayEnd()) {
+    session.release();
+  } else {
+    session.cancel();
+  }
 }
 
 void MainWindow::changeEvent(QEvent* event) {

@@ -19,12 +19,14 @@ class FakeStack final : public EditStackType {
   EditButtons buttons = {};
   bool isDiscardHidden = false;
   int endedEditing = 0;
+  std::optional<InvalidField> refused = {};
   Versions versions = {};
   std::function<void(int)> answer = {};
 
   void showButtons(const EditButtons& shown) override { buttons = shown; }
   void hideDiscardButton() override { isDiscardHidden = true; }
   void endEditing() override { ++endedEditing; }
+  std::optional<InvalidField> refuse() override { return refused; }
   void compare(const Versions& both, std::function<void(int)> completion) override {
     versions = both;
     answer = std::move(completion);
@@ -85,6 +87,17 @@ TEST_F(EditControllerTest, SavingTakesOverWhatIsTypedAndSendsTheRecord) {
   EXPECT_EQ(shell.count("showDisplay"), 1U);
 }
 
+TEST_F(EditControllerTest, AFieldThatCantBeSavedIsNamedAndTheEditGoesOn) {
+  edit();
+  stack.refused = InvalidField{"Rule 1", "no number"};
+  controller.save();
+  EXPECT_EQ(stack.endedEditing, 1) << "what is being typed counts";
+  EXPECT_THAT(interface.errors, ElementsAre(std::pair(std::string("Rule 1"), std::string("no number"))));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_EQ(shell.count("showDisplay"), 0U);
+}
+
 TEST_F(EditControllerTest, OnlyAJobOfLaunchdCanBeSaved) {
   program().state.selectedJob.reset();
   controller.save();
@@ -93,18 +106,13 @@ TEST_F(EditControllerTest, OnlyAJobOfLaunchdCanBeSaved) {
 }
 
 TEST_F(EditControllerTest, DiscardingReadsTheFileAnewAndLeavesAlsoWithoutAChange) {
-  class Delegate final : public ScheduledDelegate {
-    void rulesDidChange() override {}
-  } delegate;
   controller.discardEdits();
   EXPECT_EQ(shell.count("showDisplay"), 1U);
   EXPECT_EQ(fetchQueue.count(), 0U);
 
   edit();
-  program().scheduledController.delegate = &delegate;
   controller.discardEdits();
   EXPECT_TRUE(stack.isDiscardHidden);
-  EXPECT_FALSE(program().scheduledController.delegate);
   EXPECT_EQ(shell.count("showDisplay"), 2U);
   EXPECT_EQ(fetchQueue.count(), 1U);
   settle();
