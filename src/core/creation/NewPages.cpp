@@ -25,10 +25,6 @@ void NewWhatPage::choose(New::Run run) {
   m_sheet.tellOfChange();
 }
 
-NewWhenPage::~NewWhenPage() {
-  if (m_editor) m_editor->setDelegate(nullptr);
-}
-
 void NewWhenPage::runAtLoad(bool isOn) {
   m_sheet.job.plist.runAtLoad = isOn;
   m_sheet.tellOfChange();

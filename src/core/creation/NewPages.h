@@ -53,7 +53,6 @@ class NewWhatPage {
 class NewWhenPage final : public ScheduledDelegate {
  public:
   explicit NewWhenPage(NewSheet& sheet) : m_sheet(sheet) {}
-  ~NewWhenPage() override;
 
   bool isRunAtLoad() const { return m_sheet.job.plist.runAtLoad == true; }
   void runAtLoad(bool isOn);
