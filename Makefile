@@ -3,6 +3,7 @@
 JOBS ?= $(shell getconf _NPROCESSORS_ONLN)
 ARGS ?=
 SECONDS_EACH ?= 600
+MIRVEL_SOAK ?= 1
 
 .PHONY: run demo screenshots test soak asan core check bench fuzz install deb clean
 
@@ -32,8 +33,8 @@ test:
 soak:
 	scripts/dependencies build test
 	scripts/build dev -j$(JOBS)
-	MIRVEL_SOAK=1 build/dev/tests/helpers/mirvel_helpers_tests
-	MIRVEL_SOAK=1 build/dev/tests/ui/mirvel_ui_tests --gtest_filter='CreationTest.*'
+	MIRVEL_SOAK=$(MIRVEL_SOAK) build/dev/tests/helpers/mirvel_helpers_tests
+	MIRVEL_SOAK=$(MIRVEL_SOAK) build/dev/tests/ui/mirvel_ui_tests --gtest_filter='CreationTest.*'
 
 asan core:
 	scripts/dependencies build test

@@ -37,7 +37,7 @@ class FilledWindow {
   void settle() {
     do {
       QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    } while (program().state.isLoading);
+    } while (program().state.scanning.isBusy());
   }
 
   ui::Application m_application;

@@ -55,8 +55,7 @@ Jobs jobs(std::size_t count, std::string (*interval)(std::mt19937&)) {
     const std::string text = "<plist version=\"1.0\"><dict><key>Label</key><string>" + label +
                              "</string><key>StartCalendarInterval</key><dict>" + interval(random) +
                              "</dict></dict></plist>";
-    made.push_back(Launchd::read(text, URL::file("/" + label + ".plist"), Kind::userAgent, Launchd::Source::Elsewhere,
-                                 settings, console));
+    made.push_back(Launchd::read(text, URL::file("/" + label + ".plist"), Kind::userAgent, settings, console));
   }
   return made;
 }

@@ -36,10 +36,12 @@ constexpr std::array<Command, 7> table = {{
      list},
     {"status", "[--json]", "tell what the loaded jobs do",
      "Tells which host runs the jobs of this machine, launchd or mirvel-host, and of each loaded\n"
-     "job its process, how it ended last, and when a timer starts it next.\n"
+     "job its process, how it ended last, and when a timer starts it next. Enabled jobs that\n"
+     "mirvel-host hasn't loaded are told, too.\n"
      "\n"
-     "  --json   an object with host, running and jobs; a job has label, path, process, lastExit\n"
-     "           (code, signal and text) and nextRun (seconds since 1970), null where unknown\n",
+     "  --json   an object with host, running, jobs and notLoaded; a job has label, path, process,\n"
+     "           lastExit (code, signal and text) and nextRun (seconds since 1970), null where\n"
+     "           unknown, and one that isn't loaded has label and path\n",
      status},
     {"runs", "[FILE...] [--from TIME] [--days N] [--json]", "list the coming runs of jobs",
      "Lists when the jobs run by their StartCalendarInterval, as the application's timeline shows\n"

@@ -1,7 +1,11 @@
+#include <unistd.h>
+
 #include <ostream>
+#include <utility>
 #include <vector>
 
 #include "core/lint/Lint.h"
+#include "core/lint/PermissionLint.h"
 #include "ctl/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Input.h"
@@ -18,12 +22,19 @@ using lint::Severity;
 
 struct Verdict {
   std::string file;
-  std::vector<Finding> findings;
+  std::vector<Finding> findings = {};
 };
 
 Verdict judge(const std::string& file, const Context& context) {
   const auto bytes = readInput(file, context);
-  if (bytes) return {.file = file, .findings = mirvel::lint::lint(*bytes, context.surroundings)};
+  if (bytes) {
+    Verdict verdict{.file = file};
+    if (file != "-") verdict.findings = mirvel::lint::checkPermissions(file, ::geteuid());
+    for (Finding& finding : mirvel::lint::lint(*bytes, context.surroundings)) {
+      verdict.findings.push_back(std::move(finding));
+    }
+    return verdict;
+  }
   return {.file = file, .findings = {{.severity = Severity::error, .message = bytes.error().message}}};
 }
 

@@ -47,7 +47,7 @@ int readFiles(const std::vector<std::string>& files, std::vector<CalendarJob>& j
   int status = Success;
   for (const std::string& file : files) {
     const auto bytes = readInput(file, context);
-    const auto job = bytes ? launchd::Plist::read(*bytes) : Result<launchd::Plist>(bytes.error());
+    const auto job = bytes ? launchd::Plist::readTolerantly(*bytes) : Result<launchd::Plist>(bytes.error());
     if (job) {
       jobs.push_back(calendarJob(*job, inputName(file)));
     } else {

@@ -26,7 +26,8 @@ int showJson(const Result<plist::Document>& document, const Context& context) {
   } else {
     json["format"] = document->format() == plist::Format::Xml ? "xml" : "binary";
     json["value"] = typedTree(document->root());
-    if (const auto job = launchd::Plist::decode(document->root())) json["job"] = jobObject(*job);
+    launchd::Plist job;
+    if (launchd::Plist::decodeTolerantly(document->root(), job)) json["job"] = jobObject(job);
   }
   context.out << text(json) << '\n';
   return document ? Success : Failed;
@@ -53,12 +54,13 @@ int showWords(const std::string& file, const Result<plist::Document>& document, 
     context.err << errorLine(file, document.error()) << '\n';
     return Failed;
   }
-  const auto job = launchd::Plist::decode(document->root());
-  if (job) writeJob(*job, context);
+  launchd::Plist job;
+  const auto decoded = launchd::Plist::decodeTolerantly(document->root(), job);
+  if (decoded) writeJob(job, context);
   writeValue(document->root(), context.out);
   const auto members = document->root().dictionary();
-  if (!job && members && members->find("Label")) {
-    context.out << "\nno job: " << printable(job.error().text()) << '\n';
+  if (!decoded && members && members->find("Label")) {
+    context.out << "\nno job: " << printable(decoded.error().text()) << '\n';
   }
   return Success;
 }

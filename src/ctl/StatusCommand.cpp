@@ -11,6 +11,7 @@
 #include "ctl/Json.h"
 #include "ctl/Printable.h"
 #include "ctl/Style.h"
+#include "helpers/host/EnabledJobs.h"
 #include "helpers/host/Places.h"
 #include "helpers/jobhost/HostClient.h"
 
@@ -48,10 +49,24 @@ Json jobObject(const host::HostedJobStatus& job) {
           {"nextRun", std::move(nextRun)}};
 }
 
-void writeJson(std::string_view hostName, bool isRunning, const Jobs& jobs, const Context& context) {
-  Json list = Json::array();
-  for (const auto& job : jobs) list.push_back(jobObject(job));
-  context.out << text(Json{{"host", hostName}, {"running", isRunning}, {"jobs", std::move(list)}}) << '\n';
+struct Answer {
+  std::string_view hostName;
+  bool isRunning;
+  Jobs jobs;
+  std::vector<host::EnabledJob> notLoaded = {};  ///< job files that should be loaded; launchd isn't asked for them
+};
+
+void writeJson(const Answer& answer, const Context& context) {
+  Json jobs = Json::array(), notLoaded = Json::array();
+  for (const auto& job : answer.jobs) jobs.push_back(jobObject(job));
+  for (const auto& job : answer.notLoaded) {
+    notLoaded.push_back({{"label", job.label.empty() ? Json(nullptr) : Json(job.label)}, {"path", job.file.string()}});
+  }
+  context.out << text(Json{{"host", answer.hostName},
+                           {"running", answer.isRunning},
+                           {"jobs", std::move(jobs)},
+                           {"notLoaded", std::move(notLoaded)}})
+              << '\n';
 }
 
 std::string describe(const host::HostedJobStatus& job) {
@@ -61,19 +76,18 @@ std::string describe(const host::HostedJobStatus& job) {
   return result;
 }
 
-void writeText(std::string_view hostName, bool isRunning, const Jobs& jobs, const Context& context) {
-  context.out << bold(hostName, context.hasColour) << (isRunning ? "" : " isn't running: no job is loaded") << '\n';
-  if (isRunning && jobs.empty()) context.out << "  no job is loaded\n";
-  for (const auto& job : jobs) {
+void writeText(const Answer& answer, const Context& context) {
+  context.out << bold(answer.hostName, context.hasColour)
+              << (answer.isRunning ? "" : " isn't running: no job is loaded") << '\n';
+  if (answer.isRunning && answer.jobs.empty()) context.out << "  no job is loaded\n";
+  for (const auto& job : answer.jobs) {
     context.out << "  " << printable(job.label) << "  " << printable(describe(job)) << '\n';
   }
+  for (const auto& job : answer.notLoaded) {
+    const std::string name = job.label.empty() ? job.file.filename().string() : job.label;
+    context.out << "  " << printable(name) << "  is enabled, but isn't loaded\n";
+  }
 }
-
-struct Answer {
-  std::string_view hostName;
-  bool isRunning;
-  Jobs jobs;
-};
 
 /// A line of `launchctl list`: process or "-", last exit status (of a signal its negative number), label.
 std::optional<host::HostedJobStatus> jobInLine(const std::string& line) {
@@ -109,19 +123,33 @@ Result<Answer> askLaunchd(const std::string& launchctl, ProcessRunner& runner) {
   return answer;
 }
 
+/// The enabled jobs of the user's folders that a host doesn't know, which is all of them while none is running.
+std::vector<host::EnabledJob> notLoadedIn(const Roots& roots, const Jobs& loaded) {
+  std::vector<host::EnabledJob> result;
+  for (const auto& folder : host::agentFolders(roots)) {
+    for (auto& job : host::enabledJobsIn(folder)) {
+      const bool isLoaded =
+          std::any_of(loaded.begin(), loaded.end(), [&](const auto& known) { return known.label == job.label; });
+      if (!isLoaded) result.push_back(std::move(job));
+    }
+  }
+  return result;
+}
+
 /// It isn't started for being asked: the terminal companion changes nothing.
-Result<Answer> askEmbeddedHost(const std::filesystem::path& socket) {
-  auto jobs = host::HostClient(socket).status();
+Result<Answer> askEmbeddedHost(const Roots& roots) {
+  auto jobs = host::HostClient(host::Places::of(roots).socket).status();
   if (!jobs && !host::HostClient::isNoHost(jobs.error())) return jobs.error();
   Answer answer{.hostName = "mirvel-host", .isRunning = static_cast<bool>(jobs), .jobs = {}};
   if (jobs) answer.jobs = *std::move(jobs);
+  answer.notLoaded = notLoadedIn(roots, answer.jobs);
   return answer;
 }
 
 Result<Answer> askHost(const Machine& machine) {
   const std::string launchctl = Commands::forThisMachine(machine.environment).launchctl;
   if (isProgram(launchctl)) return askLaunchd(launchctl, machine.runner);
-  return askEmbeddedHost(host::Places::of(machine.roots, machine.environment).socket);
+  return askEmbeddedHost(machine.roots);
 }
 
 }  // namespace
@@ -136,9 +164,9 @@ int status(Arguments arguments, const Context& context) {
     return Failed;
   }
   if (parsed->has("--json")) {
-    writeJson(answer->hostName, answer->isRunning, answer->jobs, context);
+    writeJson(*answer, context);
   } else {
-    writeText(answer->hostName, answer->isRunning, answer->jobs, context);
+    writeText(*answer, context);
   }
   return Success;
 }

@@ -2,6 +2,7 @@
 #include <QTemporaryDir>
 #include <iostream>
 
+#include "demo/DemoHosts.h"
 #include "demo/DemoOptions.h"
 #include "demo/Picture.h"
 #include "demo/SampleRoot.h"
@@ -25,7 +26,9 @@ int main(int argc, char* argv[]) {
   }
 
   const QTemporaryDir folder;
-  const auto root = demo::SampleRoot::create(ui::path(folder.path()) / "machine");
+  const std::filesystem::path machine = ui::path(folder.path()) / "machine";
+  const demo::DemoHosts hosts(machine, environment);
+  const auto root = demo::SampleRoot::create(machine);
   if (!root) {
     std::cerr << "mirvel-demo: " << root.error().text() << '\n';
     return 1;

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "ctl/CommandFixture.h"
 #include "ctl/Json.h"
@@ -72,6 +73,15 @@ TEST_F(CommandsTest, LintTellsOfEachFileAndCountsSeveral) {
   EXPECT_THAT(both.out, StartsWith(good + ": ok\n" + bad + ": error: Label not found\n" + bad +
                                    ": warning: line 2, column 1: there is nothing to run"));
   EXPECT_THAT(both.out, testing::EndsWith("2 files: 1 ok, 0 with warnings, 1 with errors\n"));
+}
+
+TEST_F(CommandsTest, LintTellsThatOthersCouldHaveWrittenAFile) {
+  const std::string open = file("open.plist", goodJob);
+  ASSERT_EQ(::chmod(open.c_str(), 0666), 0);
+  const Outcome outcome = start({"lint", open});
+  EXPECT_EQ(outcome.status, Success);
+  EXPECT_THAT(outcome.out, StartsWith(open + ": warning: can't be loaded: " + open + ": others may write to it"));
+  EXPECT_THAT(outcome.out, HasSubstr("chmod go-w"));
 }
 
 TEST_F(CommandsTest, LintWithWarningsAloneIsASuccess) {

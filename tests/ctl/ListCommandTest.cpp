@@ -82,12 +82,12 @@ TEST_F(ListCommandTest, LoginItemsOfADesktopAreListed) {
   const Json jobs = json();
   ASSERT_EQ(jobs.size(), 2U);
   EXPECT_EQ(jobs[0]["kind"], "loginItemSystemPreferences");
-  EXPECT_EQ(jobs[0]["path"], "/opt/clock");
+  EXPECT_EQ(jobs[0]["path"], (folder.path() / "own/clock.desktop").string());
   EXPECT_EQ(jobs[0]["editable"], false);
   EXPECT_EQ(jobs[1]["kind"], "loginItemApplication");
   EXPECT_EQ(jobs[1]["name"], "Player");
   EXPECT_EQ(jobs[1]["summary"], "player.desktop");
-  EXPECT_EQ(jobs[1]["path"], "/opt/player");
+  EXPECT_EQ(jobs[1]["path"], (folder.path() / "installed/player.desktop").string());
 }
 #endif
 

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "core/catalogue/Kind.h"
 #include "core/support/SystemProcessRunner.h"
 #include "ctl/CommandFixture.h"
 #include "ctl/Json.h"
@@ -17,8 +18,28 @@ TEST_F(StatusCommandTest, HostThatIsNotRunningIsNotStarted) {
   const auto told = start({"status"});
   EXPECT_EQ(told.status, Success);
   EXPECT_EQ(told.out, "mirvel-host isn't running: no job is loaded\n");
-  EXPECT_EQ(start({"status", "--json"}).out, "{\"host\":\"mirvel-host\",\"running\":false,\"jobs\":[]}\n");
+  EXPECT_EQ(start({"status", "--json"}).out,
+            "{\"host\":\"mirvel-host\",\"running\":false,\"jobs\":[],\"notLoaded\":[]}\n");
   EXPECT_FALSE(std::filesystem::exists(folder.path() / "support"));
+}
+
+TEST_F(StatusCommandTest, EnabledJobsThatNobodyRunsAreToldAsSuch) {
+  const auto job = [&](Kind kind, const std::string& label, const std::string& keys = {}) {
+    const auto path = *kind.folderURL(roots()) / (label + ".plist");
+    return file(path.lexically_relative(folder.path()),
+                "<plist><dict><key>Label</key><string>" + label + "</string>" + keys + "</dict></plist>");
+  };
+  const auto mine = job(Kind::userAgent, "mine");
+  (void)job(Kind::userAgent, "off", "<key>Disabled</key><true/>");
+  (void)job(Kind::localAgent, "everyones");
+  (void)job(Kind::localDaemon, "roots");
+  EXPECT_EQ(start({"status"}).out,
+            "mirvel-host isn't running: no job is loaded\n"
+            "  mine  is enabled, but isn't loaded\n"
+            "  everyones  is enabled, but isn't loaded\n");
+  const Json json = Json::parse(start({"status", "--json"}).out);
+  ASSERT_EQ(json["notLoaded"].size(), 2U);
+  EXPECT_EQ(json["notLoaded"][0], Json({{"label", "mine"}, {"path", mine}}));
 }
 
 TEST_F(StatusCommandTest, LoadedJobsAreToldWithWhatTheyDo) {
@@ -27,7 +48,7 @@ TEST_F(StatusCommandTest, LoadedJobsAreToldWithWhatTheyDo) {
   const auto support = folder.path() / "mirvel";
   std::filesystem::create_directory(support);
   std::filesystem::create_directory_symlink(support, folder.path() / "support");
-  EmbeddedHost embedded({.places = host::Places::below(roots()), .program = MIRVEL_HOST}, processes);
+  EmbeddedHost embedded({.places = host::Places::of(roots()), .program = MIRVEL_HOST}, processes);
   const auto job = [&](const std::string& label, const std::string& keys) {
     return file(label + ".plist", "<plist><dict><key>Label</key><string>" + label + "</string>" + keys +
                                       "<key>Program</key><string>/bin/false</string></dict></plist>");

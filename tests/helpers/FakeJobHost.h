@@ -19,6 +19,7 @@ class FakeJobHost final : public JobHost {
   std::filesystem::path outputFile;
   std::vector<LogLine> lines;
 
+  Result<void> start() override { return note("start"); }
   Result<void> load(const std::filesystem::path& file) override {
     if (!outputFile.empty()) std::filesystem::exists(file) ? write(outputFile) : void();
     return note("load " + file.filename().string());

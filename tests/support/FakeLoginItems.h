@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "core/catalogue/LoginItems.h"
+#include "core/catalogue/LoginItem.h"
 
 namespace mirvel::testdata {
 
@@ -20,10 +20,13 @@ class FakeLoginItems final : public LoginItems {
     return ownItems;
   }
   std::vector<Bundled> bundled() override { return bundledItems; }
-  void remove(const std::string& name) override {
-    const auto found =
-        std::find_if(ownItems.begin(), ownItems.end(), [&](const auto& item) { return item.name == name; });
+  std::optional<Error> removalFailure;
+  Result<void> remove(const LoginItem& item) override {
+    if (removalFailure) return *removalFailure;
+    const auto found = std::find_if(ownItems.begin(), ownItems.end(),
+                                    [&](const auto& own) { return own.name == item.name && own.path == item.path; });
     if (found != ownItems.end()) ownItems.erase(found);
+    return {};
   }
 };
 

@@ -24,7 +24,7 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
 
   std::vector<std::string> events = {};
   Jobs shown = {};
-  DetailTab tab = DetailTab::noSelection;
+  DetailTab tab = DetailTab::launchdDisplay;
   bool isSheetUp = false;
   std::optional<bool> isTitleVisible = {};
 
@@ -58,7 +58,9 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
   void showDisplay() override { note("showDisplay"); }
   void showEdit() override { note("showEdit"); }
 
-  void updateButtons() override { note(m_program.state.isBusy ? "busy" : "idle"); }
+  void updateButtons() override {
+    note(m_program.state.saving.isBusy() || m_program.state.scanning.isBusy() ? "busy" : "idle");
+  }
   void refreshEditedState() override { note("refreshEditedState"); }
   void save() override { note("save"); }
   void discardEdits() override { note("discardEdits"); }
@@ -66,7 +68,6 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
     note("saveCompleted");
     m_program.state.hasUnsavedChanges = false;
   }
-  void releaseSchedule() override { note("releaseSchedule"); }
 
   void setTitle(const std::string& title) override { note("title " + title); }
   void setTitleVisible(bool isVisible) override { isTitleVisible = isVisible; }

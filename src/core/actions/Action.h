@@ -27,7 +27,8 @@ class Action {
     load = 5,
     test = 6,
     uninstallHelpers = 8,
-    log = 9
+    log = 9,
+    startHost = 32  ///< makes sure that the user's jobs run
   };
 
   explicit Action(Kind theKind) : kind(theKind) {}
@@ -40,18 +41,17 @@ class Action {
 
   Kind kind;
   bool presentError = true;  ///< show an error reply to the user
-  bool cleanUp = true;       ///< on success, leave the edit state and refresh
+  bool cleanUp = true;       ///< on success, show what has changed; a save sees to that itself
   bool privileged = false;   ///< it goes to the helper that acts as root
   std::optional<URL> url = {};
   std::optional<URL> deleteURL = {};
   std::optional<URL> testURL = {};
   std::optional<URL> testOutputURL = {};
-  std::optional<std::string> label = {};
-  std::optional<std::string> localAgentLoadPath = {};    ///< loaded in the user's session once root has written it
-  std::optional<std::string> localAgentUnloadPath = {};  ///< likewise unloaded once root has removed it
+  std::optional<std::string> label = {};                 ///< an empty one isn't sent
+  std::optional<std::string> localAgentUnloadPath = {};  ///< unloaded in the user's session once root has removed it
   std::optional<std::string> string = {};                ///< mostly the whole file
   std::optional<std::map<std::string, std::string>> logQuery = {};
-  std::function<void(bool isDone)> ended = {};  ///< called once, with what came of it
+  std::function<void(bool isDone)> ended = {};  ///< called once if the request went out, with what came of it
 
   /// The request as it goes over the wire, with the authorisation if there is one. The path of `url` is that of the
   /// file that links lead to.

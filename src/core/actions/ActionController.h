@@ -4,81 +4,97 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/actions/Action.h"
 #include "core/actions/HelperConnection.h"
+#include "core/actions/HelperLink.h"
+#include "core/actions/MoveJournal.h"
 #include "core/catalogue/Job.h"
 #include "core/support/Delay.h"
+#include "core/support/Signal.h"
 
 namespace mirvel {
 
 class Launchd;
+class LoginItem;
 class Program;
+class SaveRun;
 
-/// Sends requests to the two helpers, and knows which of them are sent in which order to save and to delete a job. For
-/// the main thread.
+/// Sends requests to the two helpers, and answers everyone who waits for one. For the main thread.
 ///
-/// A result of true only says that the request went out; what the helper did is known from its reply, later.
+/// A result of true only says that the request went out, or will once the user has authorised it; what the helper did
+/// is known from its reply, later.
 class ActionController {
  public:
+  using Ended = std::function<void(bool isWritten)>;
+
   explicit ActionController(Program& program);
 
   /// To the helper that acts as the user.
   bool send(const Action::Shared& action);
   /// To the helper that acts as root; the first time the user authorises it.
   bool sendPrivileged(const Action::Shared& action);
+  /// Connects to the helper that acts as root, which may ask for a password. Those who ask while the user is being
+  /// asked get the same answer. Whoever gets false needn't tell the user.
+  void authorise(std::function<void(bool isGranted)> answer);
+  bool isAuthorised() const { return m_privileged.isOpen(); }
+  /// Whether the user is being asked for a password.
+  bool isAuthorising() const { return !m_awaitingAuthorisation.empty(); }
 
-  /// Brings the live record of the job to its file, and has the job loaded unless it is disabled. The job's URL changes
-  /// if it is new or moves to another kind. Keeps a revision if the request went out. `ended` hears, now or later,
-  /// whether the file was written.
-  void save(Launchd& job, const std::function<void(bool isWritten)>& ended = {});
-  /// Deletes the job if the answer is the default button's.
-  void deleteConfirmed(int response, const Job& job);
+  /// Brings the live record of the job to its file, and has the job loaded unless it is disabled. The user is asked
+  /// first if another job's label stands against that. The job's URL changes when it has moved to another kind. `ended`
+  /// hears, now or later, whether the file was written; see `SaveRun` for what else depends on that.
+  void save(const std::shared_ptr<Launchd>& job, const Ended& ended = {});
+  /// Deletes the job if the answer is the default button's. `ended` hears whether that was done, if it was asked for.
+  void deleteConfirmed(int response, const Job& job, const std::function<void(bool isDeleted)>& ended = {});
   /// Has the helpers removed that were installed outside of the package.
   void uninstallInternalHelpers();
 
+  /// Ends the moves that the end of an earlier run interrupted; the user's own helper can do that.
+  void finishMoves();
+  MoveJournal& moves() { return m_moves; }
+
   /// For whoever wants to end a request. Null while there is no connection.
-  HelperConnection* connection() const { return m_connection.get(); }
-  HelperConnection* privilegedConnection() const { return m_privilegedConnection.get(); }
+  HelperConnection* connection() const { return m_user.connection(); }
+  HelperConnection* privilegedConnection() const { return m_privileged.connection(); }
 
  private:
-  /// Where a save has the file written, and whether the request went out.
-  struct Written {
-    URL url;
-    bool isSent = false;
-  };
-
   bool canBeNamed(const URL& url);
-  void run(HelperConnection& connection, const Action::Shared& action);
-  void connected(HelperConnections::Privileged answer, const Action::Shared& action);
-  void authorisationFailed(bool isCancelled, const Action& action);
-  void connectionFailed(const Action& action, const Error& error, bool privileged);
-  void drop(std::unique_ptr<HelperConnection>& connection);
-  void finishAction(const Action& action);
-  void replied(const plist::Dictionary& reply, const Action::Shared& action);
-  void followUpPrivileged(const Action::Shared& action);
+  void run(HelperLink& link, const Action::Shared& action);
+  void connected(HelperConnections::Privileged answer);
+  void answerAuthorisation(bool isGranted);
+  void endPrivilegedConnection();
+  void replied(const plist::Dictionary& reply, const Action& action);
+  bool requestFailed(const Error& error, bool isTold, const Action& action);
   static void end(const Action& action, bool isDone);
   void endedWell(const Action& action);
-  void presentHelperError(const plist::Dictionary& error);
+  void wasDeleted(const URL& url);
   void clearLog();
 
-  using Ended = std::function<void(bool isWritten)>;
-  std::optional<Written> saveAsUser(const Launchd& job, const std::optional<std::string>& text, const Ended& ended);
-  std::optional<Written> saveAsRoot(const Launchd& job, const std::optional<std::string>& text, const Ended& ended);
-  void leaveKind(const Launchd& job);
-  void deleteLoginItem();
+  void askAboutLabel(const std::shared_ptr<Launchd>& job, const Job& other, const std::string& label,
+                     const Ended& ended);
+  static void disable(Program& program, const std::shared_ptr<Launchd>& job);
+  void deselect(const std::shared_ptr<Launchd>& job);
+  void startSave(const std::shared_ptr<Launchd>& job, const Ended& ended);
+  bool isBeingWritten(const std::filesystem::path& file) const;
+  void finishMove(const MoveJournal::Move& move);
+  void endMove(const URL& users);
+  void loadQuietly(const URL& url);
+  void deleteLoginItem(const LoginItem& item);
 
-  void setBusy(bool isBusy);
-  void dropNewFile();
-  void putBack(const Action& action);
   void fetchUnlessEdited();
   void tellOfNoCommunication();
 
   Program& m_program;
   Delay m_delay;
+  Subscription m_savingChanged;
+  MoveJournal m_moves;
   std::optional<std::string> m_authData;
-  std::unique_ptr<HelperConnection> m_connection;
-  std::unique_ptr<HelperConnection> m_privilegedConnection;
+  std::vector<std::function<void(bool)>> m_awaitingAuthorisation;
+  std::vector<std::weak_ptr<SaveRun>> m_saves;
+  HelperLink m_user;
+  HelperLink m_privileged;
 };
 
 }  // namespace mirvel

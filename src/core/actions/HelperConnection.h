@@ -24,19 +24,29 @@ class HelperConnection {
   /// Sends a request, and returns at once. Exactly one of the two is called, once and never before this returns:
   /// `failure` if the helper can't be reached, ends, or answers what isn't an answer.
   virtual void run(const plist::Dictionary& request, Reply reply, Failure failure) = 0;
-  /// Ends the connection at once; requests without an answer have none.
+  /// Ends the connection at once; requests without an answer fail, later.
   virtual void invalidate() = 0;
 };
 
 /// Where connections come from. For the main thread.
 class HelperConnections {
  public:
+  /// Why there is no authorisation, where it wasn't the user who said no.
+  enum class Refusal {
+    Unknown,
+    NotAuthorised,  ///< the password was wrong, or this user may not administer the machine
+    NoAgent,        ///< nothing is there that could ask the user
+    NoService,      ///< the system's service that decides can't be reached
+    NoTool,         ///< the tool that asks it isn't installed
+  };
+
   /// What comes of an authorisation: a connection and the data that each request over it carries, or none, and whether
   /// it was the user who said no.
   struct Privileged {
     std::unique_ptr<HelperConnection> connection = {};
     std::string authData = {};
     bool isCancelled = false;
+    Refusal refusal = Refusal::Unknown;
   };
   using PrivilegedReply = std::function<void(Privileged)>;
 

@@ -16,9 +16,10 @@ constexpr std::string_view extension = ".plist";
 /// In bytes, without the extension: no usual file system has names of more than 255.
 constexpr std::size_t longestName = 255 - extension.size();
 
-bool isTaken(const fs::path& path) {
+/// By a link that leads nowhere, too.
+bool isFree(const fs::path& path, const IsTaken& isTaken) {
   std::error_code failure;
-  return fs::exists(path, failure);
+  return fs::symlink_status(path, failure).type() == fs::file_type::not_found && !(isTaken && isTaken(path));
 }
 
 std::string withoutSlashes(std::string name) {
@@ -37,29 +38,32 @@ std::string shortened(std::string text, std::size_t size) {
   return text;
 }
 
+/// A name that nothing has, beginning with this one.
+fs::path withUuid(const fs::path& folder, std::string name) {
+  const std::string uuid = makeUuid();
+  return folder / (shortened(std::move(name), longestName - uuid.size()) + uuid).append(extension);
+}
+
 }  // namespace
 
-std::optional<URL> moveTarget(Kind kind, const URL& url, const Roots& roots) {
+std::optional<URL> moveTarget(Kind kind, const URL& url, const Roots& roots, const IsTaken& isTaken) {
   const auto folder = kind.folderURL(roots);
   if (!folder) return std::nullopt;
   const fs::path target = *folder / url.lastPathComponent();
-  if (!isTaken(target)) return URL::file(target);
-  return URL::file(*folder / target.stem() / (makeUuid().append(extension)));
+  return URL::file(isFree(target, isTaken) ? target : withUuid(*folder, target.stem().string()));
 }
 
 std::string jobFileName(const std::string& name) {
   return shortened(withoutSlashes(name), longestName);
 }
 
-std::optional<URL> newFileURL(Kind kind, const std::string& name, const Roots& roots) {
+std::optional<URL> newFileURL(Kind kind, const std::string& name, const Roots& roots, const IsTaken& isTaken) {
   const auto folder = kind.folderURL(roots);
   if (!folder) return std::nullopt;
   const std::string fileName = withoutSlashes(name);
   const bool serves = !fileName.empty() && fileName.size() <= longestName;
   const fs::path plain = *folder / std::string(fileName).append(extension);
-  if (serves && !isTaken(plain)) return URL::file(plain);
-  const std::string uuid = makeUuid();
-  return URL::file(*folder / (shortened(fileName, longestName - uuid.size()) + uuid).append(extension));
+  return URL::file(serves && isFree(plain, isTaken) ? plain : withUuid(*folder, fileName));
 }
 
 }  // namespace mirvel

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+#include <functional>
 #include <optional>
 
 #include "core/catalogue/Kind.h"
@@ -8,9 +10,12 @@
 
 namespace mirvel {
 
-/// Where a job's file goes in the folder of another kind: under its own name or, where something has that, in a folder
-/// named after it, under a name that is new. None if the kind has no folder.
-std::optional<URL> moveTarget(Kind kind, const URL& url, const Roots& roots);
+/// Tells of paths that can't be used besides those where something is: a save under way may be about to write there.
+using IsTaken = std::function<bool(const std::filesystem::path&)>;
+
+/// Where a job's file goes in the folder of another kind: under its own name or, where something has that, with a new
+/// UUID at the end of its name. None if the kind has no folder.
+std::optional<URL> moveTarget(Kind kind, const URL& url, const Roots& roots, const IsTaken& isTaken = {});
 
 /// What the file of a job of that name is called, without its extension: the name with "_" in place of each "/". One
 /// that is too long for a file name loses its end.
@@ -18,6 +23,6 @@ std::string jobFileName(const std::string& name);
 
 /// Where the file of a new job goes: named after the job. Where something has that name, or where the name is empty or
 /// too long for a file, a new UUID ends it. None if the kind has no folder.
-std::optional<URL> newFileURL(Kind kind, const std::string& name, const Roots& roots);
+std::optional<URL> newFileURL(Kind kind, const std::string& name, const Roots& roots, const IsTaken& isTaken = {});
 
 }  // namespace mirvel

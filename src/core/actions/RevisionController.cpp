@@ -1,30 +1,12 @@
 #include "core/actions/RevisionController.h"
 
 #include <algorithm>
-#include <system_error>
 
 #include "core/catalogue/Launchd.h"
-#include "core/propertylist/Reader.h"
-#include "core/propertylist/Writer.h"
-#include "core/support/ReadFile.h"
-#include "core/support/ReplaceFile.h"
 
 namespace mirvel {
 
-namespace fs = std::filesystem;
-
 namespace {
-
-plist::Dictionary readStore(const fs::path& file) {
-  constexpr std::size_t largest = std::size_t{256} << 20U;
-  const auto bytes = readFile(file, largest);
-  if (!bytes) return {};
-  const auto document = plist::read(*bytes);
-  if (!document) return {};
-  plist::Value value = document->value();
-  auto* dictionary = value.as<plist::Dictionary>();
-  return dictionary ? std::move(*dictionary) : plist::Dictionary();
-}
 
 /// The value as an array of dictionaries; empty if it is anything else.
 plist::Array revisionsIn(const plist::Value* value) {
@@ -33,45 +15,50 @@ plist::Array revisionsIn(const plist::Value* value) {
   return array && std::all_of(array->begin(), array->end(), isRevision) ? *array : plist::Array();
 }
 
+/// 0 if it has none.
+double dateOf(const plist::Value& revision) {
+  const auto* const dictionary = revision.as<plist::Dictionary>();
+  const plist::Value* const date = dictionary ? dictionary->find(RevisionController::dateKey) : nullptr;
+  const auto* const seconds = date ? date->as<double>() : nullptr;
+  return seconds ? *seconds : 0;
+}
+
 }  // namespace
 
-RevisionController::RevisionController(const fs::path& folder, const Defaults& defaults, const Clock& clock)
-    : m_file(folder / "Revisions.plist"), m_defaults(defaults), m_clock(clock) {}
+// The store itself reports what can't be written.
 
-plist::Dictionary& RevisionController::store() const {
-  if (!m_revisions) m_revisions = readStore(m_file);
-  return *m_revisions;
-}
-
-const plist::Dictionary& RevisionController::revisions() const {
-  return store();
-}
+RevisionController::RevisionController(const std::filesystem::path& folder, const Defaults& defaults,
+                                       const Clock& clock, StoreTroubles& troubles)
+    : m_store(folder / "Revisions.plist", &troubles), m_defaults(defaults), m_clock(clock) {}
 
 void RevisionController::saveRevision(const Launchd& job) {
-  const std::string& path = job.url.text();
-  plist::Array kept = revisionsIn(store().find(path));
+  const std::string key = storeKey(job.url);
+  plist::Array kept = revisionsIn(m_store.find(key));
   if (auto content = job.plistDictionary()) {
     plist::Dictionary revision{{dateKey, m_clock.secondsSince1970()}, {plistKey, *std::move(content)}};
     kept.insert(kept.begin(), std::move(revision));
   }
   const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(m_defaults.numberOfSavedRevisions(), 0));
   if (kept.size() > limit) kept.resize(limit);
-  store().set(path, std::move(kept));
-  write();
+  (void)m_store.set(key, std::move(kept));
 }
 
-void RevisionController::write() const {
-  const auto text = plist::writeXml(store());
-  if (!text) return;
-  std::error_code failure;
-  fs::create_directories(m_file.parent_path(), failure);
-  (void)replaceFile(m_file, *text);  // what can't be written is kept in memory
+void RevisionController::clearRevisions(const URL& job) {
+  (void)m_store.set(storeKey(job), std::nullopt);
 }
 
 void RevisionController::clearRevisions() {
-  std::error_code failure;
-  fs::remove(m_file, failure);
-  m_revisions = plist::Dictionary();
+  (void)m_store.clear();
+}
+
+void RevisionController::jobMoved(const URL& from, const URL& to) {
+  plist::Array moved = revisionsIn(m_store.find(storeKey(from)));
+  if (moved.empty()) return;
+  const plist::Array there = revisionsIn(m_store.find(storeKey(to)));
+  moved.insert(moved.end(), there.begin(), there.end());
+  std::stable_sort(moved.begin(), moved.end(), [](const auto& a, const auto& b) { return dateOf(a) > dateOf(b); });
+  m_store.put(storeKey(to), std::move(moved));
+  (void)m_store.set(storeKey(from), std::nullopt);
 }
 
 }  // namespace mirvel

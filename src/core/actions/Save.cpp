@@ -1,109 +1,91 @@
-#include <system_error>
+#include <algorithm>
+#include <utility>
 
 #include "core/actions/ActionController.h"
-#include "core/actions/MoveTarget.h"
+#include "core/actions/LabelConflict.h"
+#include "core/actions/SaveRun.h"
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
 
 namespace mirvel {
 
-namespace {
-
-namespace fs = std::filesystem;
-
-bool isThere(const URL& url) {
-  std::error_code failure;
-  return fs::exists(url.path(), failure);
-}
-
-}  // namespace
-
-void ActionController::save(Launchd& job, const Ended& ended) {
-  if (!job.isNewFile && !canBeNamed(job.url)) {
+void ActionController::save(const std::shared_ptr<Launchd>& job, const Ended& ended) {
+  const auto refuse = [&ended] {
     if (ended) ended(false);
-    return;
+  };
+  const bool editsSystemJobs = m_program.foundation.defaults.editSystemJobs();
+  if (!job->isNewFile && !canBeNamed(job->url)) return refuse();
+  if (!job->kind.isEditable(editsSystemJobs) || !job->originalKind.isEditable(editsSystemJobs)) {
+    m_program.platform.interface.saveError();
+    return refuse();
   }
-  job.plist().normalizeForSave(m_program.repairs);
-  setBusy(true);
-  if (job.isNewFile) {
-    if (auto url = newFileURL(job.kind, job.name, m_program.foundation.roots)) {
-      job.url = *std::move(url);
-      job.updateCustomIconDigest();
-    }
+  launchd::Plist named = job->plist().clone();
+  named.fillEmptyLabel();
+  if (const auto other = conflictingJob(*job, named.name, m_program.state.jobs)) {
+    return askAboutLabel(job, *other, named.name, ended);
   }
-  const std::optional<std::string> text = job.plistData();
-  const auto written = job.kind == Kind::userAgent ? saveAsUser(job, text, ended) : saveAsRoot(job, text, ended);
-  if (ended && (!written || !written->isSent)) ended(false);
-  if (!written || !written->isSent) setBusy(false);
-  if (!written) return;
-  job.url = written->url;
-  job.updateCustomIconDigest();
-  // The bytes of a job that only moved are the same, but it must be read again: its kind isn't what it was.
-  if (job.kind != job.originalKind) job.checksum.clear();
-  if (written->isSent) m_program.revisions.saveRevision(job);
+  startSave(job, ended);
 }
 
-std::optional<ActionController::Written> ActionController::saveAsUser(const Launchd& job,
-                                                                      const std::optional<std::string>& text,
-                                                                      const Ended& ended) {
-  URL url = job.url;
-  if (job.originalKind != Kind::userAgent) {
-    leaveKind(job);
-    auto target = moveTarget(Kind::userAgent, url, m_program.foundation.roots);
-    if (!target) {
-      m_program.platform.interface.saveError();
-      return std::nullopt;
-    }
-    url = *std::move(target);
-  }
-  const auto action = Action::write(url, text, job.name);
-  action->ended = ended;
-  if (!job.isDisabled()) action->kind = Action::Kind::writeAndLoad;
-  const bool isSent = send(action);
-  return Written{.url = std::move(url), .isSent = isSent};
+void ActionController::askAboutLabel(const std::shared_ptr<Launchd>& job, const Job& other, const std::string& label,
+                                     const Ended& ended) {
+  const Localize& localize = m_program.foundation.localize;
+  m_program.platform.interface.beginSheet({.message = localize.labelIsInUse(label),
+                                           .informativeText = localize.onlyOneOfTheTwoCanBeLoaded(other.url.text()),
+                                           .defaultTitle = localize.cancel(),
+                                           .alternateTitle = localize.saveDisabled(),
+                                           .safeButton = Interface::defaultButton},
+                                          m_delay.whileOwned([this, job, ended](int button) {
+                                            if (button == Interface::alternateButton) {
+                                              disable(m_program, job);
+                                              return startSave(job, ended);
+                                            }
+                                            if (job->isNewFile) deselect(job);
+                                            if (ended) ended(false);
+                                          }));
 }
 
-/// Takes the job out of the folder that only root may write.
-void ActionController::leaveKind(const Launchd& job) {
-  if (job.originalKind == Kind::localAgent) (void)send(Action::unload(job.name, job.url));
-  URL old = job.url;
-  const auto folder = job.originalKind.folderURL(m_program.foundation.roots);
-  if (!isThere(old) && folder) old = URL::file(*folder / (job.name + ".plist"));
-  (void)sendPrivileged(Action::delete_(std::move(old), job.name));
+/// As a step of undo, if the job is being edited.
+void ActionController::disable(Program& program, const std::shared_ptr<Launchd>& job) {
+  const bool isEdited = program.state.selectedJob == job && !job->isNewFile;
+  if (isEdited) (void)program.editing.markJobChanged();
+  job->plist().disabled = true;
+  if (isEdited && program.shell.detail) program.shell.detail->showEdit();
 }
 
-std::optional<ActionController::Written> ActionController::saveAsRoot(const Launchd& job,
-                                                                      const std::optional<std::string>& text,
-                                                                      const Ended& ended) {
-  URL url = job.url;
-  const bool isAgent = job.kind == Kind::localAgent;
-  if ((isAgent || job.originalKind == Kind::userAgent) && isThere(url)) {
-    (void)send(Action::unload(std::nullopt, url));
-    m_program.platform.mainQueue.sleep(0.3);  // a head start for the other helper
+void ActionController::startSave(const std::shared_ptr<Launchd>& job, const Ended& ended) {
+  launchd::Plist before = job->plist().clone();
+  const auto giveUp = [&] {
+    job->plist() = std::move(before);
+    if (job->isNewFile) deselect(job);
+    if (ended) ended(false);
+  };
+  if (!job->plist().normalizeForSave(m_program.repairs)) return giveUp();
+  const auto isTaken = [this](const std::filesystem::path& file) { return isBeingWritten(file); };
+  auto plan = SavePlan::of(*job, m_program.foundation.roots, isTaken);
+  if (!plan) m_program.platform.interface.saveError();
+  if (!plan || !canBeNamed(plan->to)) return giveUp();
+  if (job->isNewFile) {
+    job->url = plan->to;
+    job->updateCustomIconDigest();
   }
-  const auto action = Action::write(url, text, job.name);
-  action->ended = ended;
-  if (job.kind != job.originalKind && isThere(url)) {
-    action->deleteURL = url;
-    auto target = moveTarget(job.kind, url, m_program.foundation.roots);
-    if (!target) {
-      m_program.platform.interface.saveError();
-      return std::nullopt;
-    }
-    url = *std::move(target);
-    action->url = url;
-  }
-  if (!job.isDisabled()) {
-    // Root only writes an agent's file: it is loaded in the user's session.
-    if (isAgent) {
-      action->localAgentLoadPath = url.text();
-    } else {
-      action->kind = Action::Kind::writeAndLoad;
-    }
-  }
-  const bool isSent = sendPrivileged(action);
-  if (!isSent && !isAgent) return std::nullopt;
-  return Written{.url = std::move(url), .isSent = isSent};
+  const auto run = std::make_shared<SaveRun>(m_program, job, std::move(before), *std::move(plan), ended);
+  std::erase_if(m_saves, [](const auto& save) { return save.expired(); });
+  m_saves.push_back(run);
+  run->start();
+}
+
+bool ActionController::isBeingWritten(const std::filesystem::path& file) const {
+  return std::any_of(m_saves.begin(), m_saves.end(), [&file](const auto& save) {
+    const auto run = save.lock();
+    return run && run->takes(file);
+  });
+}
+
+void ActionController::deselect(const std::shared_ptr<Launchd>& job) {
+  if (m_program.state.selectedJob != job) return;
+  m_program.state.selectedJob = nullptr;
+  m_program.mainWindow.selectedJobDidChange();
 }
 
 }  // namespace mirvel

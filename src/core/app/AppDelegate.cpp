@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include "core/app/Program.h"
 #include "core/support/Const.h"
@@ -54,23 +55,17 @@ void AppDelegate::makeAgentsFolder() {
   std::error_code failure;
   if (fs::exists(folder, failure)) return;
   fs::create_directories(folder, failure);
+  // Jobs aren't loaded from a folder in which others may write, as a umask of 002 would make it.
+  if (!failure) {
+    fs::permissions(folder, fs::perms::group_write | fs::perms::others_write, fs::perm_options::remove, failure);
+  }
   if (failure) m_program.platform.interface.present(systemError(failure.value(), "make the folder", folder.string()));
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
+  m_program.actions.finishMoves();
   if (m_program.state.jobs.empty() && !m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
   m_delay(0.01, [this] { setUpMonitors(); });
-  m_delay(0, [this] { tellOfDamagedSettings(); });
-}
-
-void AppDelegate::tellOfDamagedSettings() {
-  const auto& kept = m_program.foundation.defaults.damagedFile();
-  if (!kept) return;
-  const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.beginSheet({.message = localize.settingsWereDamaged(),
-                                           .informativeText = localize.settingsWereMoved(kept->string()),
-                                           .defaultTitle = localize.ok()},
-                                          [](int) {});
 }
 
 void AppDelegate::setUpMonitors() {
@@ -113,11 +108,28 @@ void AppDelegate::folderDidChange() {
 }
 
 bool AppDelegate::applicationShouldTerminate() {
-  if (m_program.shell.endPrivilegedConnection) m_program.shell.endPrivilegedConnection();
-  if (!m_program.state.hasUnsavedChanges) return true;
+  // A save that is under way still needs its helper.
+  const bool isSaving = m_program.state.saving.isBusy();
+  if (m_program.shell.endPrivilegedConnection && !isSaving) m_program.shell.endPrivilegedConnection();
+  if (!m_program.state.hasUnsavedChanges) return !waitsForSave();
   if (!isTerminating) m_program.mainWindow.unsavedChangesAlert();
   isTerminating = true;
   return false;
+}
+
+/// While the user is asked for a password nothing has begun yet.
+bool AppDelegate::waitsForSave() {
+  const bool isSecondTry = m_isWaitingForSave;
+  m_isWaitingForSave = m_program.state.saving.isBusy() && !m_program.actions.isAuthorising();
+  if (!m_isWaitingForSave || isSecondTry) return false;
+  m_saved = m_program.state.saving.changed().subscribe([this] {
+    m_isWaitingForSave = false;
+    m_delay(0, [this] {
+      if (m_program.shell.terminate) m_program.shell.terminate();
+    });
+    m_saved = {};
+  });
+  return true;
 }
 
 void AppDelegate::applicationDidBecomeActive() {
@@ -131,12 +143,25 @@ void AppDelegate::applicationDidResignActive() {
 void AppDelegate::applicationOpenURLs(const std::vector<std::string>& urls) {
   const auto url = urls.empty() ? std::nullopt : parse(urls.front());
   if (!url || url->scheme != Const::jobScheme || url->host.empty()) return;
-  if (m_program.state.hasUnsavedChanges) return;
   const auto path = String::fromBase64(base64Text(url->host));
   if (!path || path->empty()) return;
+  if (m_program.state.hasUnsavedChanges) return m_program.mainWindow.unsavedChangesAlert();
   m_delay(0.3, [this, job = URL::file(*path)] {
-    if (ModeType* mode = m_program.currentMode()) mode->select(job);
+    m_opened = job;
+    selectOpened();
   });
+}
+
+/// At a cold start there may be no job yet.
+void AppDelegate::selectOpened() {
+  if (!m_opened) return;
+  if (!m_program.fetcher.hasScanned()) {
+    m_scanned = m_program.notifications.loadingChanged.subscribe([this] { m_delay(0, [this] { selectOpened(); }); });
+    return;
+  }
+  m_scanned = {};
+  const URL job = *std::exchange(m_opened, std::nullopt);
+  if (ModeType* mode = m_program.currentMode()) mode->select(job);
 }
 
 std::string jobURL(const std::string& path) {

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/support/Delay.h"
 #include "core/support/FolderMonitor.h"
 #include "core/support/Limit.h"
+#include "core/support/Signal.h"
+#include "core/support/URL.h"
 
 namespace mirvel {
 
@@ -20,13 +23,15 @@ class AppDelegate {
 
   /// To be called when the window is there.
   void applicationDidFinishLaunching();
-  /// Whether the application may quit now. If not, the user is asked, and the application quits by itself if they wish.
+  /// Whether the application may quit now. If not, the user is asked, and the application quits by itself if they wish;
+  /// or a save is under way, and the application quits by itself when that has ended. A second try needn't wait for it.
   bool applicationShouldTerminate();
   /// Closing the last window always quits.
   static constexpr bool applicationShouldTerminateAfterLastWindowClosed() { return true; }
   void applicationDidBecomeActive();
   void applicationDidResignActive();
-  /// Selects the job that the first URL tells of; see `jobURL`. Other URLs, and others than the first, do nothing.
+  /// Selects the job that the first URL tells of, see `jobURL`, as soon as a scan has found the jobs. Unsaved changes
+  /// stand against it, and are asked about. Other URLs, and others than the first, do nothing.
   void applicationOpenURLs(const std::vector<std::string>& urls);
 
   /// An update is about to install: the agent is switched off.
@@ -37,15 +42,20 @@ class AppDelegate {
 
  private:
   void makeAgentsFolder();
-  void tellOfDamagedSettings();
   void setUpMonitors();
   void updateAgent();
   void renewRegistration();
   void folderDidChange();
+  bool waitsForSave();
+  void selectOpened();
 
   Program& m_program;
   Limit m_limit;
   std::vector<std::unique_ptr<FolderMonitor>> m_monitors;
+  std::optional<URL> m_opened;  ///< of the job that is to be selected
+  Subscription m_scanned;       ///< while a URL waits for a scan
+  Subscription m_saved;         ///< while a quit waits for a save
+  bool m_isWaitingForSave = false;
   Delay m_delay;
 };
 

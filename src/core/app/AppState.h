@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "core/app/Busy.h"
 #include "core/catalogue/Job.h"
 
 namespace mirvel {
@@ -12,9 +13,9 @@ struct AppState {
   Jobs jobs;                         ///< the catalogue, replaced whole
   std::shared_ptr<Job> selectedJob;  ///< whose details are shown; null: none
   bool hasUnsavedChanges = false;    ///< of the selected job
-  bool isBusy = false;               ///< a fetch or a save runs
-  bool isLoading = false;            ///< a fetch runs
-  std::string filterString;          ///< text of the search field
+  Busy saving = {};                  ///< saves from their first request, or the password, to the last answer
+  Busy scanning = {};
+  std::string filterString;  ///< text of the search field
 
   /// The first job of the catalogue at this URL; null: none.
   std::shared_ptr<Job> jobAt(const URL& url) const {

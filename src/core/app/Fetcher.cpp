@@ -27,7 +27,8 @@ Fetcher::~Fetcher() {
 }
 
 void Fetcher::fetchJobs() {
-  setLoading(true);
+  m_scanning = m_program.state.scanning.begin();
+  scanningChanged();
   if (m_operation) m_operation->cancel();
   const auto operation =
       std::make_shared<FetchOperation>(m_program.state.jobs, m_program.foundation.scanSettings(), m_tools->scan);
@@ -42,23 +43,24 @@ void Fetcher::fetchJobs() {
       });
 }
 
-void Fetcher::setLoading(bool isLoading) {
-  m_program.state.isLoading = isLoading;
+void Fetcher::scanningChanged() {
   m_program.notifications.loadingChanged.post();
-  m_program.state.isBusy = isLoading;
   if (m_program.shell.edit) m_program.shell.edit->updateButtons();
 }
 
 void Fetcher::publish(FetchOperation& operation) {
   if (operation.isCancelled()) return;
-  setLoading(false);
+  m_scanning.release();
+  m_hasScanned = true;
+  scanningChanged();
   if (m_program.state.jobs.empty()) {
     m_delay(0, [this] {
       if (m_program.shell.mainWindow) m_program.shell.mainWindow->validateVisibleItems();
     });
   }
-  // Edits that began during the scan would be lost with their job; a scan follows when they are saved or dropped.
-  if (!operation.jobs || m_program.state.hasUnsavedChanges) return;
+  // Edits that began during the scan would be lost with their job, and a save is only half done; a scan follows when
+  // they are saved or dropped.
+  if (!operation.jobs || m_program.state.hasUnsavedChanges || m_program.state.saving.isBusy()) return;
   replaceJobs(*std::move(operation.jobs));
 }
 
@@ -70,6 +72,9 @@ void Fetcher::replaceJobs(Jobs jobs) {
       modeFilter(m_program, *mode, jobs, m_program.state.filterString);
     }
   }
+  if (const auto& selected = m_program.state.selectedJob) {
+    if (const auto moved = findMoved(*selected, m_program.state.jobs, jobs)) selected->url = moved->url;
+  }
   m_program.state.jobs.swap(jobs);
   jobsDidUpdate();
   // To take ten thousand old jobs apart takes a while, and is nothing that the main thread must wait for.
@@ -77,8 +82,10 @@ void Fetcher::replaceJobs(Jobs jobs) {
 }
 
 void Fetcher::jobsDidUpdate() {
+  m_program.jobMoves.follow(m_program.state.jobs);
   reconcileSelection();
   matchIcons();
+  m_program.jobMoves.remember(m_program.state.jobs);
   m_program.notifications.jobsUpdated.post();
 }
 

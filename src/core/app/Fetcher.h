@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "core/app/Busy.h"
 #include "core/catalogue/FetchOperation.h"
 #include "core/support/Delay.h"
 
@@ -19,6 +20,8 @@ class Fetcher {
 
   /// Starts a scan, which takes the place of a running one. Not to be called while there are unsaved changes.
   void fetchJobs();
+  /// Whether a scan has ended since the program started.
+  bool hasScanned() const { return m_hasScanned; }
   /// Publishes another catalogue: shows it in the current mode, filtered, and reconciles the selection with it.
   void replaceJobs(Jobs jobs);
   /// Finds the selected job again in a catalogue that was replaced, gives the jobs their custom icons, and tells
@@ -26,7 +29,7 @@ class Fetcher {
   void jobsDidUpdate();
 
  private:
-  void setLoading(bool isLoading);
+  void scanningChanged();
   void publish(FetchOperation& operation);
   void reconcileSelection();
   void matchIcons();
@@ -36,6 +39,8 @@ class Fetcher {
   Program& m_program;
   std::shared_ptr<Tools> m_tools;
   std::shared_ptr<FetchOperation> m_operation;
+  Busy::Token m_scanning;
+  bool m_hasScanned = false;
   Delay m_delay;
 };
 

@@ -10,12 +10,14 @@
 #include "core/support/Environment.h"
 #include "core/support/Localize.h"
 #include "core/support/Roots.h"
+#include "core/support/StoreTroubles.h"
 
 namespace mirvel {
 
 /// What every program of the family stands on: folders, tools, settings and texts.
 struct Foundation {
-  /// `catalogues` holds the translations; `locale` is the user's by default. A program that only reads leaves a damaged
+  /// `catalogues` holds the translations; `locale` is the user's by default; the environment may name
+  /// another one for dates and times. A program that only reads leaves a damaged
   /// file of settings where it is.
   Foundation(Roots theRoots, Environment theEnvironment, const std::filesystem::path& catalogues = {},
              const std::string& locale = Localize::currentLocale(),
@@ -23,13 +25,14 @@ struct Foundation {
       : environment(std::move(theEnvironment)),
         roots(std::move(theRoots)),
         commands(Commands::forThisMachine(environment)),
-        defaults(roots.defaultsFile, damaged),
-        localize(locale, catalogues),
+        defaults(roots.defaultsFile, damaged, &storeTroubles),
+        localize(locale, catalogues, Localize::timeLocale(locale, environment)),
         collator(locale) {}
 
   const Environment environment;
   const Roots roots;
   const Commands commands;
+  StoreTroubles storeTroubles;  ///< of all files that the program keeps for itself
   Defaults defaults;
   const Localize localize;
   const Collator collator;

@@ -7,17 +7,22 @@ namespace mirvel {
 Program::Program(Foundation& theFoundation, const Platform& thePlatform)
     : foundation(theFoundation),
       platform(thePlatform),
+      storeTeller(foundation.storeTroubles, platform.interface, platform.console, platform.mainQueue,
+                  foundation.localize),
       kinds(foundation.localize, foundation.defaults, platform.workspace),
       mainWindow(*this),
       fetcher(*this),
       appDelegate(*this),
       repairs(foundation.defaults, foundation.commands, platform.interface, platform.processRunner, foundation.localize,
               foundation.roots.home),
-      revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock),
-      notes(foundation.roots.applicationSupport, platform.mainQueue),
+      revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock, foundation.storeTroubles),
+      deletedJobs(foundation.roots.applicationSupport, platform.clock, foundation.storeTroubles),
+      notes(foundation.roots.applicationSupport, platform.mainQueue, foundation.storeTroubles),
+      jobMoves(foundation.roots.applicationSupport, state, notes, revisions, foundation.storeTroubles),
       editing(*this),
       scheduledController(foundation.localize),
       actions(*this),
+      hostStart(*this),
       menus(*this) {}
 
 ModeType* Program::currentMode() const {

@@ -1,13 +1,17 @@
 #pragma once
 
 #include "core/actions/ActionController.h"
+#include "core/actions/DeletedJobs.h"
 #include "core/actions/RevisionController.h"
 #include "core/app/AppDelegate.h"
 #include "core/app/AppState.h"
 #include "core/app/Fetcher.h"
 #include "core/app/Foundation.h"
+#include "core/app/HostStart.h"
+#include "core/app/JobMoves.h"
 #include "core/app/Platform.h"
 #include "core/app/Shell.h"
+#include "core/app/StoreTeller.h"
 #include "core/catalogue/KindTexts.h"
 #include "core/creation/CommandRepairs.h"
 #include "core/creation/Creation.h"
@@ -37,6 +41,7 @@ class Program {
   AppState state = {};
   Notifications notifications = {};
   Shell shell = {};
+  StoreTeller storeTeller;
   KindTexts kinds;
   MainWindowController mainWindow;
   Fetcher fetcher;
@@ -44,10 +49,13 @@ class Program {
   CommandRepairs repairs;
   Creation creation = {};
   RevisionController revisions;
+  DeletedJobs deletedJobs;
   NotesStore notes;
+  JobMoves jobMoves;
   Editing editing;
   ScheduledController scheduledController;
   ActionController actions;
+  HostStart hostStart;
   MenuController menus;
 };
 

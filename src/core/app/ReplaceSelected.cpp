@@ -14,8 +14,7 @@ std::shared_ptr<Launchd> jobInPlaceOf(const std::shared_ptr<Job>& old, Program& 
                                       const plist::Dictionary& dictionary) {
   const auto data = plist::writeXml(dictionary);
   if (!data || !old) return nullptr;
-  return Launchd::read(*data, old->url, old->kind, Launchd::Source::Elsewhere, program.foundation.scanSettings(),
-                       program.platform.console);
+  return Launchd::read(*data, old->url, old->kind, program.foundation.scanSettings(), program.platform.console);
 }
 
 }  // namespace
@@ -30,7 +29,8 @@ bool replaceSelected(Program& program, const plist::Dictionary& dictionary) {
   }
   std::string fileChecksum = program.editing.fileChecksum();
   Jobs jobs = program.state.jobs;
-  const auto found = std::find_if(jobs.begin(), jobs.end(), [&old](const auto& other) { return *other == *old; });
+  const auto found =
+      std::find_if(jobs.begin(), jobs.end(), [&old](const auto& other) { return isUnchanged(*other, *old); });
   if (found != jobs.end()) {
     *found = job;
     program.fetcher.replaceJobs(std::move(jobs));

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/catalogue/JobFolder.h"
+#include "core/catalogue/LoginItem.h"
 #include "core/support/Commands.h"
 
 namespace mirvel {
@@ -38,18 +39,21 @@ std::vector<LoginItems::Listed> AutostartItems::listed() {
     items.push_back({.name = nameOf(*entry.content, fileName),
                      .path = programOf(*entry.content),
                      .kind = entry.content->type,
-                     .icon = entry.content->image()});
+                     .icon = entry.content->image(),
+                     .file = entry.path});
   }
   return items;
 }
 
-void AutostartItems::remove(const std::string& name) {
-  for (const auto& [fileName, entry] : entriesIn({m_roots.ownAutostart})) {
-    if (!entry.content || nameOf(*entry.content, fileName) != name) continue;
-    std::error_code failure;
-    fs::remove(entry.path, failure);
-    return;
+Result<void> AutostartItems::remove(const LoginItem& item) {
+  const fs::path& file = item.url.path();
+  if (file.parent_path() != m_roots.ownAutostart) {
+    return Error{.code = Error::Code::BadArgument, .message = "not an entry of the user's own", .file = file.string()};
   }
+  std::error_code failure;
+  fs::remove(file, failure);
+  if (failure) return systemError(failure.value(), "delete the file", file.string());
+  return {};
 }
 
 std::vector<LoginItems::Bundled> AutostartItems::bundled() {
@@ -61,7 +65,8 @@ std::vector<LoginItems::Bundled> AutostartItems::bundled() {
                      .itemName = fileName,
                      .itemPath = entry.path,
                      .applicationPath = programOf(*entry.content),
-                     .icon = entry.content->image()});
+                     .icon = entry.content->image(),
+                     .file = entry.path});
   }
   return items;
 }

@@ -23,7 +23,7 @@ class AutostartItems final : public LoginItems {
   /// Both are sorted by file name.
   std::vector<Listed> listed() override;
   std::vector<Bundled> bundled() override;
-  void remove(const std::string& name) override;
+  Result<void> remove(const LoginItem& item) override;
 
  private:
   struct Entry {

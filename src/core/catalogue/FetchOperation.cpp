@@ -40,8 +40,8 @@ bool isSettled(const JobFolder::Stamp& stamp) {
 
 FetchOperation::FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanTools& tools)
     : m_settings(std::move(settings)), m_tools(tools) {
-  m_oldChecksums.reserve(oldJobs.size());
-  for (const auto& job : oldJobs) m_oldChecksums.push_back(job->checksum);
+  m_oldJobs.reserve(oldJobs.size());
+  for (const auto& job : oldJobs) m_oldJobs.push_back({.checksum = job->checksum, .kind = job->kind, .url = job->url});
 }
 
 void FetchOperation::main() {
@@ -52,8 +52,10 @@ void FetchOperation::main() {
 }
 
 bool FetchOperation::isOld(const Jobs& found) const {
-  return std::equal(found.begin(), found.end(), m_oldChecksums.begin(), m_oldChecksums.end(),
-                    [](const auto& job, const std::string& checksum) { return job->checksum == checksum; });
+  return std::equal(found.begin(), found.end(), m_oldJobs.begin(), m_oldJobs.end(),
+                    [](const auto& job, const OldJob& old) {
+                      return job->checksum == old.checksum && job->kind == old.kind && job->url.equalTo(old.url);
+                    });
 }
 
 Jobs FetchOperation::scan() {
@@ -105,8 +107,7 @@ Jobs FetchOperation::launchdJobs(Kind kind, const JobFolder& folder, const JobFo
     auto file =
         entries[i].isRegular && !isCached ? freshFile(ahead.read(i), url) : fileOf(folder, entries[i].name, url);
     if (!file) continue;
-    auto job =
-        Launchd::read(*std::move(file), std::move(url), kind, Launchd::Source::File, m_settings, m_tools.console);
+    auto job = Launchd::read(*std::move(file), std::move(url), kind, m_settings, m_tools.console);
     if (job) jobsFound.add(std::move(job));
   }
   return std::move(jobsFound).sorted();

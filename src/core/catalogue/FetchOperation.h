@@ -31,8 +31,8 @@ struct ScanTools {
 /// One scan of all job folders.
 class FetchOperation {
  public:
-  /// `oldJobs` is the catalogue at this moment, of which only the checksums are kept. To be made on the main thread,
-  /// which alone may touch these jobs. The tools outlive the operation.
+  /// `oldJobs` is the catalogue at this moment, of which only what tells the jobs apart is kept. To be made on the main
+  /// thread, which alone may touch these jobs. The tools outlive the operation.
   FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanTools& tools);
 
   /// Ends the scan at its next step, with nothing found. From any thread.
@@ -60,7 +60,14 @@ class FetchOperation {
 
   bool isOld(const Jobs& found) const;
 
-  std::vector<std::string> m_oldChecksums;
+  /// What a job of the catalogue was when the scan began: jobs belong to the main thread.
+  struct OldJob {
+    std::string checksum;
+    Kind kind;
+    URL url;
+  };
+
+  std::vector<OldJob> m_oldJobs;
   ScanSettings m_settings;
   ScanTools& m_tools;
   bool m_isCaching = true;     // of the folder that is being read

@@ -34,7 +34,7 @@ std::optional<Image> Job::displayIcon(const Localize& localize) const {
   return icon;
 }
 
-std::optional<std::string> Job::iconStoreName() const {
+std::optional<std::string> iconStoreName(const URL& url) {
   const auto digest = Data::sha256Digest(url.text());
   return digest ? std::optional(Data::hexString(*digest)) : std::nullopt;
 }
@@ -69,13 +69,24 @@ const std::string& Job::sortKey(SortText text, const Collator& collator) const {
   return key;
 }
 
+bool isUnchanged(const Job& a, const Job& b) {
+  return a == b && a.kind == b.kind && a.url.equalTo(b.url);
+}
+
 bool areEqual(const Jobs& a, const Jobs& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) { return *x == *y; });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](const auto& x, const auto& y) { return isUnchanged(*x, *y); });
 }
 
 Image statusImage(bool isEnabled, const Localize& localize) {
   Image image = Image::named(isEnabled ? "mirvel-available" : "mirvel-unavailable");
   image.accessibilityDescription = isEnabled ? localize.enabled() : localize.disabled();
+  return image;
+}
+
+Image notRunImage(const Localize& localize) {
+  Image image = Image::named("mirvel-partially-available");
+  image.accessibilityDescription = localize.enabledButNotRun();
   return image;
 }
 

@@ -20,6 +20,9 @@ namespace launchd {
 class Plist;
 }
 
+/// The name that a custom icon's file has for the job at a URL; none if it can't be made.
+std::optional<std::string> iconStoreName(const URL& url);
+
 /// An entry of the catalogue, whatever its origin. Complete before it is published, and for the main thread from then
 /// on; jobs are shared by `std::shared_ptr`, and whoever only looks on holds a `std::weak_ptr`.
 class Job {
@@ -60,8 +63,7 @@ class Job {
   std::optional<Image> displayIcon(const Localize& localize) const;
   /// Sets `customIconDigest` from the URL's path, if there is a custom icon. To be called after each change of `url`.
   void updateCustomIconDigest();
-  /// The name that a custom icon's file has for this job; none if it can't be made.
-  std::optional<std::string> iconStoreName() const;
+  std::optional<std::string> iconStoreName() const { return mirvel::iconStoreName(url); }
 
   /// Whether the text occurs in the text content, the name or the path; `folded` is `String::fold` of what is looked
   /// for.
@@ -79,10 +81,14 @@ class Job {
 
 using Jobs = std::vector<std::shared_ptr<Job>>;
 
-/// Equal in length and, one by one, in checksum.
+/// Whether both are the same in the catalogue: of the same content, at the same place, for the same kind.
+bool isUnchanged(const Job& a, const Job& b);
+/// Equal in length and, one by one, unchanged.
 bool areEqual(const Jobs& a, const Jobs& b);
 
 /// The mark of a job or column: enabled or disabled.
 Image statusImage(bool isEnabled, const Localize& localize);
+/// That of a job that is enabled and doesn't run all the same.
+Image notRunImage(const Localize& localize);
 
 }  // namespace mirvel

@@ -34,11 +34,7 @@ std::string JobFile::checksumOf(std::string_view bytes) {
 }
 
 void tellOfBadFile(const Error& error, const URL& url, Console& console) {
-  if (error.code == Error::Code::NoForm) {
-    console.print(url.text() + ": " + error.message);
-  } else {
-    console.print("Error in: " + url.text() + '\n' + error.text());
-  }
+  console.print("Error in: " + url.text() + '\n' + error.text());
 }
 
 }  // namespace mirvel

@@ -1,6 +1,5 @@
 #include "core/catalogue/Launchd.h"
 
-#include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "core/support/Const.h"
@@ -9,18 +8,6 @@
 namespace mirvel {
 
 namespace {
-
-/// The dictionary of the file that stands at the URL, if there is a good one.
-std::optional<launchd::FileDictionary> dictionaryOfFile(const URL& url) {
-  const auto folder = JobFolder::open(url.path().parent_path());
-  const auto stamp = folder ? folder->stamp(url.lastPathComponent()) : std::nullopt;
-  if (!stamp) return std::nullopt;
-  const auto data = folder->read(url.lastPathComponent(), *stamp);
-  if (!data) return std::nullopt;
-  auto document = plist::read(*data);
-  if (!document || !document->root().dictionary()) return std::nullopt;
-  return launchd::FileDictionary(*std::move(document));
-}
 
 /// Whether a file name has something behind its last dot and before it.
 bool hasExtension(std::string_view name) {
@@ -35,24 +22,23 @@ Launchd::Launchd(Pass, Kind theKind, std::string theSummary, std::string theChec
     : Job(theKind, record->name, std::move(theSummary), std::move(theChecksum), std::move(theURL)),
       m_plist(std::move(record)) {}
 
-std::shared_ptr<Launchd> Launchd::read(std::string_view data, URL url, Kind kind, Source source,
-                                       const ScanSettings& settings, Console& console) {
+std::shared_ptr<Launchd> Launchd::read(std::string_view data, URL url, Kind kind, const ScanSettings& settings,
+                                       Console& console) {
   auto file = JobFile::read(data, url, console);
-  return file ? read(*std::move(file), std::move(url), kind, source, settings, console) : nullptr;
+  return file ? read(*std::move(file), std::move(url), kind, settings, console) : nullptr;
 }
 
-std::shared_ptr<Launchd> Launchd::read(JobFile file, URL url, Kind kind, Source source, const ScanSettings& settings,
+std::shared_ptr<Launchd> Launchd::read(JobFile file, URL url, Kind kind, const ScanSettings& settings,
                                        Console& console) {
   // Not make_unique, which would fill it with zeros first.
   auto record = std::make_unique_for_overwrite<Plist>();
-  if (const auto result = Plist::decode(file.list->root(), *record); !result) {
+  if (const auto result = Plist::decodeTolerantly(file.list->root(), *record); !result) {
     tellOfBadFile(result.error(), url, console);
     return nullptr;
   }
   const bool isInternal = record->name.starts_with(Const::excludePrefix);
   if (isInternal && !settings.showInternalHelpers) return nullptr;
-  if (source == Source::Elsewhere) record->dictionary = dictionaryOfFile(url);
-  if (!record->dictionary) record->dictionary.emplace(std::move(file.list));
+  record->dictionary.emplace(std::move(file.list));
 
   std::string summary = launchdSummary(*record, settings.roots.home);
   std::optional<std::string> iconPath = launchdIconPath(record->iconPath, settings);

@@ -18,15 +18,12 @@ class Launchd final : public Job {
  public:
   using Plist = launchd::Plist;
 
-  /// Whether the bytes are what the file at the URL holds.
-  enum class Source { File, Elsewhere };
-
   /// The job that a file's bytes stand for. Null if they aren't a job file, which a line on the console tells, or if it
-  /// is an internal helper that isn't to be shown. With `Source::Elsewhere` a file that stands at the URL already gives
-  /// the keys that the record doesn't know. From any thread.
-  static std::shared_ptr<Launchd> read(std::string_view data, URL url, Kind kind, Source source,
-                                       const ScanSettings& settings, Console& console);
-  static std::shared_ptr<Launchd> read(JobFile file, URL url, Kind kind, Source source, const ScanSettings& settings,
+  /// is an internal helper that isn't to be shown. A value that doesn't fit its key hides no job; see
+  /// `Plist::decodeTolerantly`. From any thread.
+  static std::shared_ptr<Launchd> read(std::string_view data, URL url, Kind kind, const ScanSettings& settings,
+                                       Console& console);
+  static std::shared_ptr<Launchd> read(JobFile file, URL url, Kind kind, const ScanSettings& settings,
                                        Console& console);
 
   /// The live record: whoever edits the job changes it in place.
@@ -37,8 +34,8 @@ class Launchd final : public Job {
   const Plist* record() const override { return m_plist.get(); }
   bool isDisabled() const override { return m_plist->disabled.value_or(false); }
 
-  /// The bytes for the job file, in XML: the known keys as the record has them, and the unknown ones as they were read.
-  /// None if a value has no form in XML.
+  /// The bytes for the job file, in XML: what was edited as the record has it, and everything else as it was read. None
+  /// if a value has no form in XML.
   std::optional<std::string> plistData() const;
   /// What a reader makes of these bytes.
   std::optional<plist::Dictionary> plistDictionary() const;

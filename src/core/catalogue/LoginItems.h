@@ -5,8 +5,11 @@
 #include <vector>
 
 #include "core/support/Image.h"
+#include "core/support/Result.h"
 
 namespace mirvel {
+
+class LoginItem;
 
 /// The platform's lists of what starts when the user logs in.
 class LoginItems {
@@ -17,6 +20,7 @@ class LoginItems {
     std::optional<std::string> path;  ///< of what is started
     std::string kind = {};            ///< what the platform calls it, such as "Application"
     std::optional<Image> icon = {};   ///< where the entry names one
+    std::string file = {};            ///< of the entry itself; empty: it has none of its own
   };
   /// What an application brings along.
   struct Bundled {
@@ -25,6 +29,7 @@ class LoginItems {
     std::string itemPath;         ///< of the item
     std::string applicationPath;  ///< of the application
     std::optional<Image> icon = {};
+    std::string file = {};  ///< of the entry itself, which tells it from others; empty: the application
   };
 
   LoginItems() = default;
@@ -36,8 +41,8 @@ class LoginItems {
   /// queue.
   virtual std::vector<Listed> listed() = 0;
   virtual std::vector<Bundled> bundled() = 0;
-  /// Takes the first entry of that name from the user's own list; none there is no error. May wait. For the main thread.
-  virtual void remove(const std::string& name) = 0;
+  /// Takes the entry from the user's own list; none there is no error. May wait. For the main thread.
+  virtual Result<void> remove(const LoginItem& item) = 0;
 };
 
 }  // namespace mirvel

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/catalogue/BundledItems.h"
+#include "core/catalogue/LoginItem.h"
 
 namespace mirvel {
 
@@ -37,12 +38,12 @@ constexpr const char* script =
     "end tell\n"
     "return report\n";
 
-/// Deletes the first item that has the name which is the script's argument.
+/// Deletes the first item that has the name and the path which are the script's arguments.
 constexpr const char* removalScript =
     "on run arguments\n"
     "\ttell application \"System Events\"\n"
     "\t\trepeat with anItem in (get login items)\n"
-    "\t\t\tif name of anItem is item 1 of arguments then\n"
+    "\t\t\tif name of anItem is item 1 of arguments and path of anItem is item 2 of arguments then\n"
     "\t\t\t\tdelete anItem\n"
     "\t\t\t\treturn\n"
     "\t\t\tend if\n"
@@ -83,8 +84,11 @@ std::vector<LoginItems::Listed> SystemEventsItems::listed() {
   return items;
 }
 
-void SystemEventsItems::remove(const std::string& name) {
-  (void)m_runner.run(m_osascript, {"-e", removalScript, name});
+Result<void> SystemEventsItems::remove(const LoginItem& item) {
+  const auto result = m_runner.run(m_osascript, {"-e", removalScript, item.name, item.path});
+  if (!result) return result.error();
+  if (result->exitStatus == 0) return {};
+  return Error{.code = Error::Code::Io, .message = "System Events: " + result->complaints, .file = item.path};
 }
 
 std::vector<LoginItems::Bundled> SystemEventsItems::bundled() {

@@ -19,7 +19,7 @@ class SystemEventsItems final : public LoginItems {
   /// Runs the tool once. The first time, the system asks the user whether it may, and the answer is waited for.
   std::vector<Listed> listed() override;
   std::vector<Bundled> bundled() override;
-  void remove(const std::string& name) override;
+  Result<void> remove(const LoginItem& item) override;
 
  private:
   ProcessRunner& m_runner;

@@ -36,9 +36,20 @@ bool isPathOrQuoted(std::string_view text) {
   return contains("/\"'.", text.substr(0, 1));
 }
 
-bool isComplex(std::string_view run) {
-  constexpr std::array<std::string_view, 6> signs{">", "exec ", "|", "<", ";", "\u2019"};
-  return std::any_of(signs.begin(), signs.end(), [run](std::string_view sign) { return contains(run, sign); });
+/// The first sign that only a shell would understand. What is quoted means the same with a shell and without one.
+std::optional<std::string> shellSign(std::string_view run) {
+  constexpr std::array<std::string_view, 6> signs{">", " exec ", "|", "<", ";", "\u2019"};
+  const std::string text = ' ' + Text::unquotedPart(run);
+  std::size_t first = std::string::npos;
+  std::string_view found;
+  for (const std::string_view sign : signs) {
+    const std::size_t at = text.find(sign);
+    if (at >= first) continue;
+    first = at;
+    found = sign;
+  }
+  if (found.empty()) return std::nullopt;
+  return std::string(String::trim(found));
 }
 
 /// In single quotes, as a shell takes them: a single quote of the path itself ends them, stands escaped, and begins
@@ -142,22 +153,30 @@ std::string CommandRepairs::stripSudo(const std::string& run) const {
   return run;
 }
 
-std::string CommandRepairs::checkComplexCommand(const std::string& run, const std::string& name) {
-  if (String::characterCount(run) <= 5 || m_defaults.suppressAlertComplexRun() || !isComplex(run)) return run;
+std::optional<std::string> CommandRepairs::checkComplexCommand(const std::string& run, const std::string& name) {
+  if (String::characterCount(run) <= 5 || m_defaults.suppressAlertComplexRun()) return run;
+  const auto sign = shellSign(run);
+  if (!sign) return run;
   const int answer = m_interface.alert({
       .message = m_localize.format(
           "Your command might be too complex to run. Do you want to run it as a shell script instead?", {}),
+      .informativeText = m_localize.noShellReadsTheCommand(*sign),
       .defaultTitle = m_localize.format("Run Shell Script", {}),
       .alternateTitle = m_localize.format("Continue Anyway", {}),
+      .otherTitle = m_localize.cancel(),
       .suppression = std::string(Defaults::Key::suppressAlertComplexRun),
   });
-  return answer == Interface::defaultButton ? asShellScript(run, name) : run;
+  if (answer == Interface::defaultButton) return asShellScript(run, name);
+  return answer == Interface::alternateButton ? std::optional(run) : std::nullopt;
 }
 
-std::string CommandRepairs::asShellScript(const std::string& run, const std::string& name) {
+std::optional<std::string> CommandRepairs::asShellScript(const std::string& run, const std::string& name) {
   const auto path = m_interface.savePanel({.folder = m_homeFolder, .name = name, .allowedType = "sh"});
-  if (!path) return run;
-  if (!replaceFile(*path, "#!/bin/sh\n\n" + run)) return run;
+  if (!path) return std::nullopt;
+  if (const auto written = replaceFile(*path, "#!/bin/sh\n\n" + run); !written) {
+    m_interface.present(written.error());
+    return std::nullopt;
+  }
   return "/bin/sh " + singleQuoted(path->string());
 }
 

@@ -37,10 +37,10 @@ class CommandRepairs {
   /// Without a leading "sudo " or "/usr/bin/sudo ", whatever its case, unless an option of sudo follows.
   std::string stripSudo(const std::string& run) const;
 
-  /// Asks what to do about a command with shell syntax, which launchd takes literally. Gives the command as it was, or
-  /// one that runs the script in which the user saved it; a script that can't be written leaves the command as it was.
-  /// `name` is suggested for the script.
-  std::string checkComplexCommand(const std::string& run, const std::string& name);
+  /// Asks what to do about a command with a sign of shell syntax outside quotes, which launchd takes literally. Gives
+  /// the command as it was, or one that runs the script in which the user saved it. None: the user went back, or the
+  /// script can't be written, which they were told. `name` is suggested for the script.
+  std::optional<std::string> checkComplexCommand(const std::string& run, const std::string& name);
 
   /// The files that a command names, its program among them, whether they exist or not.
   std::vector<std::filesystem::path> fileArguments(const std::string& run) const;
@@ -49,7 +49,7 @@ class CommandRepairs {
   std::string commandOfEntry(const std::vector<std::string>& words) const;
   std::optional<std::string> directoryFor(const std::string& word) const;
   std::optional<std::string> lookUp(const std::string& word) const;
-  std::string asShellScript(const std::string& run, const std::string& name);
+  std::optional<std::string> asShellScript(const std::string& run, const std::string& name);
 
   const Defaults& m_defaults;
   const Commands& m_commands;

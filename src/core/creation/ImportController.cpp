@@ -17,7 +17,7 @@ namespace {
 
 /// Why bytes are no job that can be imported.
 Error reasonAgainst(std::string_view bytes) {
-  const auto record = launchd::Plist::read(bytes);
+  const auto record = launchd::Plist::readTolerantly(bytes);
   if (!record) return record.error();
   return {.code = Error::Code::BadArgument,
           .message = "labels that begin with " + std::string(Const::excludePrefix) + " are for Mirvel's own helpers"};
@@ -26,8 +26,7 @@ Error reasonAgainst(std::string_view bytes) {
 Result<std::shared_ptr<Launchd>> jobOf(const URL& file, Kind kind, Program& program) {
   const auto bytes = readFile(file.path(), JobFolder::largestFile);
   if (!bytes) return bytes.error();
-  auto job = Launchd::read(*bytes, file, kind, Launchd::Source::File, program.foundation.scanSettings(),
-                           program.platform.console);
+  auto job = Launchd::read(*bytes, file, kind, program.foundation.scanSettings(), program.platform.console);
   if (!job) return reasonAgainst(*bytes);
   return job;
 }

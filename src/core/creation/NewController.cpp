@@ -114,23 +114,29 @@ NewOutlook NewController::outlook() const {
 }
 
 /// All that the file will say. The job of the sheet stays as the user made it, but for a script that a command has
-/// become meanwhile.
-launchd::Plist NewController::finishedRecord() {
+/// become meanwhile. None: the user went back.
+std::optional<launchd::Plist> NewController::finishedRecord() {
   Program& program = m_sheet.program;
   launchd::Plist plist = job().plist.clone();
-  plist.normalizeForSave(program.repairs);
+  if (!plist.normalizeForSave(program.repairs)) return std::nullopt;
   m_sheet.job.plist.run = plist.run;
   if (program.foundation.defaults.automaticPATH()) {
     plist.environmentVariables = {{"PATH", std::string(Misc::defaultPATH)}};
   }
-  if (when.isScheduled() && endEditing) endEditing();
   when.applyRules(plist);
   return plist;
 }
 
 bool NewController::save() {
   Program& program = m_sheet.program;
-  const auto made = makeNewJob(program, finishedRecord().encodeAll(), URL::file("/"), job().kind);
+  if (when.isScheduled() && endEditing) endEditing();
+  if (const auto invalid = when.refuse()) {
+    program.platform.interface.error(invalid->message, invalid->reason);
+    return false;
+  }
+  const auto record = finishedRecord();
+  if (!record) return false;
+  const auto made = makeNewJob(program, record->encodeAll(), URL::file("/"), job().kind);
   if (!made) {
     program.platform.interface.saveError();
     return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -65,7 +66,7 @@ class NewController {
   void show(New::Page page);
   std::string titleOf(New::Page page) const;
   bool save();
-  launchd::Plist finishedRecord();
+  std::optional<launchd::Plist> finishedRecord();
 
   New::Page m_page = New::Page::name;
   std::string m_suggestedName;  ///< that of the job which was begun with

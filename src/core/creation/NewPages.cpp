@@ -25,18 +25,6 @@ void NewWhatPage::choose(New::Run run) {
   m_sheet.tellOfChange();
 }
 
-NewWhenPage::NewWhenPage(NewSheet& sheet)
-    : m_sheet(sheet),
-      m_delegateBefore(sheet.program.scheduledController.delegate),
-      m_lifeBefore(m_delegateBefore ? m_delegateBefore->life() : std::weak_ptr<const void>()) {
-  m_sheet.program.scheduledController.delegate = this;
-}
-
-NewWhenPage::~NewWhenPage() {
-  ScheduledDelegate*& delegate = m_sheet.program.scheduledController.delegate;
-  if (delegate == this) delegate = m_lifeBefore.expired() ? nullptr : m_delegateBefore;
-}
-
 void NewWhenPage::runAtLoad(bool isOn) {
   m_sheet.job.plist.runAtLoad = isOn;
   m_sheet.tellOfChange();
@@ -73,9 +61,24 @@ void NewWhenPage::chooseWatchedFolder(bool showsHiddenFiles) {
 
 void NewWhenPage::setRuleEditor(Scheduled::RuleEditor* editor) {
   keepRules();
+  if (m_editor) m_rows = m_editor->content();
+  if (m_editor) m_editor->setDelegate(nullptr);
   m_editor = editor;
-  m_sheet.program.scheduledController.delegate = this;  // the editor of the selected job may have come in between
-  if (m_editor) m_sheet.program.scheduledController.load(m_sheet.job.rules, *m_editor);
+  if (!m_editor) return;
+  fillEditor();
+  m_editor->setDelegate(this);
+}
+
+void NewWhenPage::fillEditor() {
+  if (m_rows.empty()) {
+    m_sheet.program.scheduledController.load(m_sheet.job.rules, *m_editor);
+  } else {
+    m_editor->setContent(m_rows);
+  }
+}
+
+std::optional<InvalidField> NewWhenPage::refuse() const {
+  return isScheduled() && m_editor ? m_editor->refuse() : std::nullopt;
 }
 
 void NewWhenPage::applyRules(launchd::Plist& plist) const {
@@ -91,7 +94,8 @@ void NewWhenPage::keepRules() {
 }
 
 void NewWhenPage::reset() {
-  if (m_editor) m_sheet.program.scheduledController.load(m_sheet.job.rules, *m_editor);
+  m_rows.clear();
+  if (m_editor) fillEditor();
 }
 
 void NewWhenPage::rulesDidChange() {

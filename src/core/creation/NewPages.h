@@ -52,8 +52,7 @@ class NewWhatPage {
 /// outlives it.
 class NewWhenPage final : public ScheduledDelegate {
  public:
-  explicit NewWhenPage(NewSheet& sheet);
-  ~NewWhenPage() override;
+  explicit NewWhenPage(NewSheet& sheet) : m_sheet(sheet) {}
 
   bool isRunAtLoad() const { return m_sheet.job.plist.runAtLoad == true; }
   void runAtLoad(bool isOn);
@@ -72,6 +71,8 @@ class NewWhenPage final : public ScheduledDelegate {
 
   /// The editor that shows the rules from now on, and gets those that there are. It is taken out before it goes.
   void setRuleEditor(Scheduled::RuleEditor* editor);
+  /// The rule that keeps the job from being saved, which gets the keys. None: there is none that counts.
+  std::optional<InvalidField> refuse() const;
   /// Sets the schedule of a record to the rules, if they count.
   void applyRules(launchd::Plist& plist) const;
   /// Keeps the rules of the editor in the job of the sheet.
@@ -81,11 +82,11 @@ class NewWhenPage final : public ScheduledDelegate {
 
  private:
   void rulesDidChange() override;
+  void fillEditor();
 
   NewSheet& m_sheet;
-  ScheduledDelegate* const m_delegateBefore;
-  const std::weak_ptr<const void> m_lifeBefore;
   Scheduled::RuleEditor* m_editor = nullptr;
+  std::vector<Scheduled::RuleRow> m_rows;  ///< of the editor that was there before, with numbers that are no rules
 };
 
 }  // namespace mirvel

@@ -9,15 +9,14 @@ namespace mirvel {
 std::shared_ptr<Launchd> makeNewJob(Program& program, const plist::Dictionary& content, const URL& url, Kind kind) {
   const auto data = plist::writeXml(content);
   if (!data) return nullptr;
-  return Launchd::read(*data, url, kind, Launchd::Source::Elsewhere, program.foundation.scanSettings(),
-                       program.platform.console);
+  return Launchd::read(*data, url, kind, program.foundation.scanSettings(), program.platform.console);
 }
 
 void saveNewJob(Program& program, const std::shared_ptr<Launchd>& job,
                 const std::function<void(bool isWritten)>& ended) {
   job->isNewFile = true;
   const auto isLost = std::make_shared<bool>(false);
-  program.actions.save(*job, [isLost, ended](bool isWritten) {
+  program.actions.save(job, [isLost, ended](bool isWritten) {
     *isLost = !isWritten;
     if (ended) ended(isWritten);
   });

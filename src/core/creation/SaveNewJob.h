@@ -14,7 +14,7 @@ class Program;
 class URL;
 
 /// The new job of that content, to be saved by `saveNewJob`. Null if the content is no job's, or that of an internal
-/// helper that isn't shown. `url` is where the keys come from that the program doesn't know, if the content has none.
+/// helper that isn't shown. It gets a URL of its own when it is saved.
 std::shared_ptr<Launchd> makeNewJob(Program& program, const plist::Dictionary& content, const URL& url, Kind kind);
 
 /// Has the job written to a file of its own and loaded, and shows it as the selected one, unless it is known at once

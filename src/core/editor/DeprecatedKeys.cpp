@@ -18,11 +18,19 @@ bool deleteDeprecated(launchd::Plist& plist, std::string_view key) {
 }
 
 bool deleteUnknown(launchd::Plist& plist, std::string_view key) {
-  if (!plist.unknownKeys) return false;
-  auto& keys = *plist.unknownKeys;
-  const auto found = std::find(keys.begin(), keys.end(), key);
-  if (found == keys.end()) return false;
-  keys.erase(found);
+  if (plist.unknownKeys) {
+    auto& keys = *plist.unknownKeys;
+    const auto found = std::find(keys.begin(), keys.end(), key);
+    if (found != keys.end()) {
+      keys.erase(found);
+      return true;
+    }
+  }
+  const auto values = plist.opaqueValues();
+  const auto opaque =
+      std::find_if(values.begin(), values.end(), [key](const auto& value) { return value.text() == key; });
+  if (opaque == values.end()) return false;
+  plist.removedValues.push_back(opaque->path);
   return true;
 }
 

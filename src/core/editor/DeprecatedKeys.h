@@ -8,7 +8,8 @@ namespace mirvel {
 
 /// Takes a deprecated key out of the record. False: the key isn't one, or isn't there.
 bool deleteDeprecated(launchd::Plist& plist, std::string_view key);
-/// Takes a key that isn't known out of those that are kept at the next save. False: it isn't among them.
+/// Takes out of the file at the next save what the editor has no control for: a key that isn't known, or the path of an
+/// opaque value. False: there is no such thing.
 bool deleteUnknown(launchd::Plist& plist, std::string_view key);
 
 }  // namespace mirvel

@@ -51,8 +51,6 @@ class EditType {
   virtual void discardEdits() = 0;
   /// The edits are saved, or are no longer to be.
   virtual void saveCompleted() = 0;
-  /// Lets go of the rule editor.
-  virtual void releaseSchedule() = 0;
 };
 
 }  // namespace mirvel

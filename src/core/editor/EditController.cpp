@@ -6,6 +6,7 @@
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
+#include "core/editor/CommentedFile.h"
 #include "core/plist/NormalizeForSave.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
@@ -22,6 +23,10 @@ std::optional<std::string> changedFile(const Launchd& job, const Editing& editin
   auto bytes = readFile(job.url.path(), JobFolder::largestFile);
   if (!bytes || editing.expectsInFile(JobFile::checksumOf(*bytes))) return std::nullopt;
   return *std::move(bytes);
+}
+
+bool mayBeSaved(const Job* job, const Defaults& defaults) {
+  return job && job->record() && job->kind.isEditable(defaults.editSystemJobs());
 }
 
 /// The job as a save would write it now.
@@ -53,8 +58,10 @@ EditController::~EditController() {
 void EditController::updateButtons() {
   const AppState& state = m_program.state;
   const Localize& localize = m_program.foundation.localize;
-  m_stack.showButtons({.isBusy = state.isBusy,
-                       .isSaving = state.isBusy && !state.isLoading,
+  const bool isSaving = state.saving.isBusy();
+  m_stack.showButtons({.isBusy = isSaving || state.scanning.isBusy(),
+                       .isSaving = isSaving,
+                       .canSave = !isSaving && mayBeSaved(state.selectedJob.get(), m_program.foundation.defaults),
                        .discardTitle = state.hasUnsavedChanges ? localize.discardChanges() : localize.done()});
 }
 
@@ -65,15 +72,19 @@ void EditController::refreshEditedState() {
 
 void EditController::save() {
   const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
-  if (!job) return m_program.platform.interface.saveError();
+  if (m_program.state.saving.isBusy()) return;
+  if (!mayBeSaved(job.get(), m_program.foundation.defaults)) return m_program.platform.interface.saveError();
   m_stack.endEditing();
+  if (const auto invalid = m_stack.refuse()) {
+    return m_program.platform.interface.error(invalid->message, invalid->reason);
+  }
   if (const auto theirs = changedFile(*job, m_program.editing)) return askAboutConflict(job, *theirs);
-  send(*job);
+  send(job);
 }
 
-void EditController::send(Launchd& job) {
+void EditController::send(const std::shared_ptr<Launchd>& job) {
+  if (!letCommentsGo(m_program, *job)) return;
   m_program.actions.save(job);
-  m_program.editing.sent(job.plistData().value_or(""));
 }
 
 void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
@@ -95,35 +106,32 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
 
 void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer) {
   if (job != m_program.state.selectedJob) return;
-  if (answer == Interface::alternateButton) return discardEdits();
+  if (answer == Interface::alternateButton) {
+    m_stack.hideDiscardButton();
+    return readAnew();
+  }
   if (answer != Interface::defaultButton) return;
   m_program.editing.setFileChecksum(JobFile::checksumOf(theirs));
-  send(*job);
+  send(job);
 }
 
 void EditController::discardEdits() {
   m_stack.hideDiscardButton();
-  AppState& state = m_program.state;
-  DetailType* const detail = m_program.shell.detail;
-  if (!state.hasUnsavedChanges) {
-    if (detail) detail->showDisplay();
-    return;
-  }
-  // The record was written to all along: the scan is to read it anew.
-  if (state.selectedJob) state.selectedJob->checksum.clear();
+  if (m_program.state.hasUnsavedChanges) return readAnew();
+  if (m_program.shell.detail) m_program.shell.detail->showDisplay();
+}
+
+/// The record was written to all along, or the file was: the scan is to read it anew.
+void EditController::readAnew() {
+  if (m_program.state.selectedJob) m_program.state.selectedJob->checksum.clear();
   saveCompleted();
-  if (detail) detail->showDisplay();
-  releaseSchedule();
+  if (m_program.shell.detail) m_program.shell.detail->showDisplay();
   m_program.mainWindow.refresh();
 }
 
 void EditController::saveCompleted() {
   m_program.state.hasUnsavedChanges = false;
   refreshEditedState();
-}
-
-void EditController::releaseSchedule() {
-  m_program.scheduledController.delegate = nullptr;
 }
 
 void EditController::help() {

@@ -2,9 +2,11 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/editor/DetailType.h"
+#include "core/support/InvalidField.h"
 
 namespace mirvel {
 
@@ -13,8 +15,9 @@ class Program;
 
 /// The buttons below the sections of the editor.
 struct EditButtons {
-  bool isBusy = false;    ///< nothing can be saved or discarded, and the progress shows in the place of the help
-  bool isSaving = false;  ///< nothing can be edited: what is typed now would be in no file
+  bool isBusy = false;    ///< the progress shows in the place of the help
+  bool isSaving = false;  ///< nothing can be edited or discarded: what is typed now would be in no file
+  bool canSave = false;
   std::string discardTitle;
 
   bool operator==(const EditButtons&) const = default;
@@ -39,6 +42,8 @@ class EditStackType {
   virtual void hideDiscardButton() = 0;
   /// Takes over what is being typed.
   virtual void endEditing() = 0;
+  /// The field that keeps the job from being saved, which then gets the keys. None: all can be saved.
+  virtual std::optional<InvalidField> refuse() { return std::nullopt; }
   /// Shows both versions in a sheet, and asks which is to be the job's. `completion` gets the answer as that of an
   /// alert: the default button's for mine, the alternate's for theirs, the other for neither.
   virtual void compare(const Versions& versions, std::function<void(int)> completion) = 0;
@@ -53,16 +58,17 @@ class EditController final : public EditType {
 
   void updateButtons() override;
   void refreshEditedState() override;
-  /// Saves the selected job. If something else changed its file meanwhile the user is asked first.
+  /// Saves the selected job, unless a field holds what can't be saved: the user is told which one. If something else
+  /// changed its file meanwhile the user is asked first.
   void save() override;
   void discardEdits() override;
   void saveCompleted() override;
-  void releaseSchedule() override;
   /// Opens the page about the settings of a job.
   void help();
 
  private:
-  void send(Launchd& job);
+  void send(const std::shared_ptr<Launchd>& job);
+  void readAnew();
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
   void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer);
 

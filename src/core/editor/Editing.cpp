@@ -48,11 +48,11 @@ bool Editing::continuesStep(std::string_view field) {
 }
 
 bool Editing::canUndo() const {
-  return isAbout(selected()) && !m_done.empty() && !m_program.state.isBusy;
+  return isAbout(selected()) && !m_done.empty() && !m_program.state.saving.isBusy();
 }
 
 bool Editing::canRedo() const {
-  return isAbout(selected()) && !m_undone.empty() && !m_program.state.isBusy;
+  return isAbout(selected()) && !m_undone.empty() && !m_program.state.saving.isBusy();
 }
 
 void Editing::undo() {
@@ -74,6 +74,10 @@ void Editing::swap(std::vector<State>& from, std::vector<State>& to) {
   const Shell& shell = m_program.shell;
   if (shell.detail) shell.detail->showEdit();
   if (shell.edit) shell.edit->refreshEditedState();
+  if (m_program.state.hasUnsavedChanges) return;
+  // A save that failed may have written its file all the same.
+  if (!m_sentChecksum.empty()) job->checksum.clear();
+  m_program.mainWindow.refresh();
 }
 
 void Editing::reset() {
@@ -101,9 +105,9 @@ bool Editing::expectsInFile(const std::string& checksum) const {
   return read.empty() || read == checksum || (isAbout(selected()) && m_sentChecksum == checksum);
 }
 
-void Editing::sent(const std::string& text) {
-  const auto job = selected();
-  if (job && !isAbout(job)) began(job, job->checksum);
+void Editing::sent(const std::shared_ptr<Launchd>& job, const std::string& text) {
+  if (!job || job != selected()) return;
+  if (!isAbout(job)) began(job, job->checksum);
   m_sentChecksum = JobFile::checksumOf(text);
 }
 

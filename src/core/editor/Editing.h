@@ -27,7 +27,7 @@ class Editing {
   bool canUndo() const;
   bool canRedo() const;
   /// Brings the record back to before the last step, and has the editor show it. Without a step left the job is as it
-  /// was read, and not changed.
+  /// was read, and not changed: the scan that the edits held back is made.
   void undo();
   void redo();
   /// Forgets the steps: the editor is left.
@@ -42,8 +42,8 @@ class Editing {
   bool expectsInFile(const std::string& checksum) const;
   /// The user knows that the file of the selected job holds something else by now.
   void setFileChecksum(std::string checksum);
-  /// The selected job is on its way to its file. A save that fails may have written it.
-  void sent(const std::string& text);
+  /// The job is on its way to its file. A save that fails may have written it.
+  void sent(const std::shared_ptr<Launchd>& job, const std::string& text);
 
  private:
   struct State {

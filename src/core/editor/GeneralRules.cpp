@@ -56,7 +56,9 @@ void enabled(Plist& plist, BoxClick click) {
 }
 
 void run(Plist& plist, const std::string& text, const CommandRepairs& repairs) {
-  plist.run = repairs.expandTilde(repairs.repairCommand(text));
+  const auto read = plist.asRead();
+  const bool isTheFiles = read && read->run == text;
+  plist.run = isTheFiles ? text : repairs.expandTilde(repairs.repairCommand(text));
 }
 
 void userName(Plist& plist, const std::string& text) {

@@ -44,7 +44,7 @@ void changeKind(Program& program, Kind kind);
 
 /// The box that says whether the job is loaded. Other than the other boxes it writes false when it goes on.
 void enabled(launchd::Plist& plist, BoxClick click);
-/// The command as typed, put right as far as the user wants that.
+/// The command as typed, put right as far as the user wants that; the one of the file stays as it is.
 void run(launchd::Plist& plist, const std::string& text, const CommandRepairs& repairs);
 /// An emptied text takes the key away.
 void userName(launchd::Plist& plist, const std::string& text);

@@ -1,6 +1,7 @@
 #include "core/editor/GridTable.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "core/plist/LimitLoadToSessionType.h"
@@ -35,9 +36,21 @@ Adding adding(Kind kind) {
   return Adding::EmptyRow;
 }
 
+namespace {
+
+std::vector<Item> withText(const std::vector<Item>& rows) {
+  std::vector<Item> result;
+  std::copy_if(rows.begin(), rows.end(), std::back_inserter(result),
+               [](const Item& row) { return !row.string.empty(); });
+  return result;
+}
+
+}  // namespace
+
 Table::Table(Kind kind, const Source& source, std::string key, GridTableDelegate& delegate)
     : m_kind(kind), m_key(std::move(key)), m_delegate(delegate) {
   std::visit([this](const auto& content) { load(content); }, source);
+  m_told = withText(m_rows);
 }
 
 void Table::load(const launchd::StringMap<bool>& source) {
@@ -88,6 +101,9 @@ void Table::setBox(std::size_t row, bool isOn) {
 }
 
 void Table::tell() {
+  auto rows = withText(m_rows);
+  if (rows == m_told) return;
+  m_told = std::move(rows);
   m_delegate.gridTableChanged(m_key, m_rows);
 }
 

@@ -54,8 +54,8 @@ struct SessionTypeItem {
 /// What a table is filled from: a dictionary gives rows sorted by their texts, an array rows in its order.
 using Source = std::variant<launchd::StringMap<bool>, std::vector<std::string>>;
 
-/// The rows, which tell the delegate of each change. A change that changes nothing isn't told, and one of a row that
-/// isn't there does nothing.
+/// The rows, which tell the delegate of each change of their contents. Rows without a text are none, so that one which
+/// is still to be given its text isn't told. A change of a row that isn't there does nothing.
 class Table {
  public:
   /// `key` names the table to the delegate, which outlives it.
@@ -82,6 +82,7 @@ class Table {
   std::string m_key;
   GridTableDelegate& m_delegate;
   std::vector<Item> m_rows;
+  std::vector<Item> m_told;  ///< the rows with a text, as the delegate knows them
 };
 
 /// The rows as a dictionary, without those that have no text; of like texts the last wins. None if nothing is left.

@@ -1,21 +1,21 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <string>
 
-#include "core/propertylist/Value.h"
 #include "core/support/Delay.h"
+#include "core/support/Signal.h"
+#include "core/support/Store.h"
 #include "core/support/URL.h"
 
 namespace mirvel {
 
-/// The user's notes on jobs, by the paths of their files. They are kept beside the jobs, not in them. The store is read
-/// when it is first needed; one that can't be read is empty. For the main thread.
+/// The user's notes on jobs, by the paths of their files. They are kept beside the jobs, not in them. For the main
+/// thread.
 class NotesStore {
  public:
-  /// "Notes.plist" lies in the folder.
-  NotesStore(const std::filesystem::path& folder, MainQueue& queue);
+  /// "Notes.plist" lies in the folder. The references outlive the store.
+  NotesStore(const std::filesystem::path& folder, MainQueue& queue, StoreTroubles& troubles);
   /// Writes what waits to be written.
   ~NotesStore();
   NotesStore(const NotesStore&) = delete;
@@ -23,16 +23,18 @@ class NotesStore {
 
   /// Empty if there is none.
   std::string note(const URL& job) const;
+  bool has(const URL& job) const;
+  /// All notes, under the keys of their jobs. Valid until the next call.
+  const plist::Dictionary& notes() const { return m_store.contents(); }
   /// Writes the store 0.3 seconds after the last change. What can't be written is kept until the program ends.
   void setNote(const URL& job, std::string text);
+  /// Gives a note that belongs to one file to another. If that has one, too, it comes last.
+  void jobMoved(const URL& from, const URL& to);
+
+  Signal<URL> changed;  ///< the note on this job was set by the user
 
  private:
-  plist::Dictionary& store() const;
-  void save();
-
-  const std::filesystem::path m_file;
-  mutable std::optional<plist::Dictionary> m_notes;
-  mutable bool m_canSave = true;  ///< not over a store that can neither be read nor set aside
+  mutable Store m_store;  // reading may have to read the file again
   Delay m_delay;
   int m_changes = 0;  ///< since the store was written
 };

@@ -130,15 +130,24 @@ Rows environmentRows(const Plist& plist, const Collator& collator) {
   return rows;
 }
 
-Rows unknownRows(const Plist& plist) {
-  Rows rows;
-  if (!plist.unknownKeys || !plist.dictionary) return rows;
+void addUnknownKeys(const Plist& plist, Rows& rows) {
+  if (!plist.unknownKeys) return;
   std::unordered_map<std::string_view, const plist::Node*> values;
   for (const plist::Member& member : plist.dictionary->members()) values.emplace(member.key(), &member.value);
+  const plist::Dictionary known = plist.encode();
   for (const std::string& key : *plist.unknownKeys) {
     const auto found = values.find(key);
-    if (found != values.end()) rows.push_back({key, valueOf(*found->second)});
+    const bool isReplaced = known.find(key) != nullptr;  // by what the user entered for a value that didn't fit
+    if (found != values.end() && !isReplaced) rows.push_back({key, valueOf(*found->second)});
   }
+}
+
+/// What the editor has no control for: the unknown keys, and what lies below known ones.
+Rows unknownRows(const Plist& plist) {
+  Rows rows;
+  if (!plist.dictionary) return rows;
+  addUnknownKeys(plist, rows);
+  for (auto& opaque : plist.opaqueValues()) rows.push_back({opaque.text(), std::move(opaque.value)});
   return rows;
 }
 

@@ -37,7 +37,7 @@ bool isShown(StackSection section, const Plist& plist) {
     case StackSection::deprecated:
       return SectionKeys::Deprecated::isAnySet(plist);
     case StackSection::unknown:
-      return isAnySet(plist.unknownKeys);
+      return isAnySet(plist.unknownKeys) || !plist.opaqueValues().empty();
     case StackSection::general:
     case StackSection::notes:
       return true;

@@ -23,7 +23,7 @@ std::string ValueTexts::data(const plist::Data& data) const {
 
 std::string ValueTexts::date(plist::Date date) const {
   constexpr double from1970To2001 = 978'307'200;
-  return Date::standardText(date.seconds + from1970To2001, m_localize.locale());
+  return Date::standardText(date.seconds + from1970To2001, m_localize.timeLocale());
 }
 
 std::string ValueTexts::joined(const std::vector<std::string>& parts, std::string_view separator) const {

@@ -75,9 +75,12 @@ void successfulExit(Plist& plist, BoxClick click) {
   conditional(plist).successfulExit = click.value();
 }
 
-void gridTableChanged(Plist& plist, std::string_view key, const std::vector<GridTable::Item>& rows) {
+void gridTableChanged(Plist& plist, std::string_view key, const std::vector<GridTable::Item>& rows,
+                      std::optional<bool>& plain) {
+  if (plist.keepAlive && plist.keepAlive->bool_) plain = plist.keepAlive->bool_;
   if (key == pathStateKey) conditional(plist).pathState = GridTable::dictionaryOf(rows);
   if (key == otherJobEnabledKey) conditional(plist).otherJobEnabled = GridTable::dictionaryOf(rows);
+  if (plist.keepAlive && *plist.keepAlive == KeepAlive()) plist.keepAlive->bool_ = plain;
 }
 
 void removeSchedule(Plist& plist) {

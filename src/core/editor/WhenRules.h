@@ -47,8 +47,10 @@ void keepAlive(launchd::Plist& plist, bool isOn);
 // A condition takes the place of the plain form.
 void crashed(launchd::Plist& plist, BoxClick click);
 void successfulExit(launchd::Plist& plist, BoxClick click);
-/// Takes over the rows of the table with that key; nothing for any other.
-void gridTableChanged(launchd::Plist& plist, std::string_view key, const std::vector<GridTable::Item>& rows);
+/// Takes over the rows of the table with that key; nothing for any other. `plain` keeps the plain form while conditions
+/// stand in its place: those that come and go again leave the key as it was.
+void gridTableChanged(launchd::Plist& plist, std::string_view key, const std::vector<GridTable::Item>& rows,
+                      std::optional<bool>& plain);
 /// The job has no schedule any more.
 void removeSchedule(launchd::Plist& plist);
 

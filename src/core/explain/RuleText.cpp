@@ -43,7 +43,7 @@ struct Language {
   TimeForm form;
 
   std::string time(Time time) const {
-    return form == TimeForm::ofTheLocale ? asInLocale(time, localize.locale()) : inTwentyFourHours(time);
+    return form == TimeForm::ofTheLocale ? asInLocale(time, localize.timeLocale()) : inTwentyFourHours(time);
   }
 };
 

@@ -5,6 +5,31 @@
 
 namespace mirvel::lint {
 
+namespace {
+
+/// Whether the byte is the first of a character.
+bool isStart(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+}
+
+/// The text with its middle left out, if it is very long.
+std::string shortened(std::string text) {
+  if (text.size() <= Findings::longestText) return text;
+  std::size_t front = Findings::longestText / 2;
+  std::size_t back = text.size() - Findings::longestText / 2;
+  while (front > 0 && !isStart(text[front])) --front;
+  while (back < text.size() && !isStart(text[back])) ++back;
+  return text.substr(0, front) + "..." + text.substr(back);
+}
+
+/// "and 3 more warnings"
+std::string restText(std::size_t count, Severity severity) {
+  const std::string what = severity == Severity::error ? "error" : "warning";
+  return "and " + std::to_string(count) + " more " + what + (count == 1 ? "" : "s");
+}
+
+}  // namespace
+
 std::string Finding::text() const {
   const Error place{.code = Error::Code::Malformed,
                     .message = message,
@@ -15,14 +40,23 @@ std::string Finding::text() const {
   return (severity == Severity::error ? "error: " : "warning: ") + place.text();
 }
 
+void Findings::add(Finding finding) {
+  if (isFull(finding.severity)) return addUnreported(finding.severity, 1);
+  ++m_kept[index(finding.severity)];
+  finding.message = shortened(std::move(finding.message));
+  finding.keyPath = shortened(std::move(finding.keyPath));
+  m_findings.push_back(std::move(finding));
+}
+
 void Findings::addAt(Severity severity, const std::string& keyPath, std::string message, Part part) {
+  if (isFull(severity)) return addUnreported(severity, 1);
   Finding finding{.severity = severity, .message = std::move(message), .keyPath = keyPath};
   if (const auto spot = m_positions.find(keyPath)) {
     const plist::Place& place = part == Part::Key ? spot->key : spot->value;
     finding.line = place.line;
     finding.column = place.column;
   }
-  m_findings.push_back(std::move(finding));
+  add(std::move(finding));
 }
 
 void Findings::error(const std::string& keyPath, std::string message) {
@@ -39,18 +73,22 @@ void Findings::keyWarning(const std::string& keyPath, std::string message) {
 
 void Findings::error(const Error& error) {
   if (error.line == 0 && !error.offset) return addAt(Severity::error, error.keyPath, error.message, Part::Value);
-  m_findings.push_back({.severity = Severity::error,
-                        .message = error.message,
-                        .line = error.line,
-                        .column = error.column,
-                        .offset = error.offset,
-                        .keyPath = error.keyPath});
+  add({.severity = Severity::error,
+       .message = error.message,
+       .line = error.line,
+       .column = error.column,
+       .offset = error.offset,
+       .keyPath = error.keyPath});
 }
 
 std::vector<Finding> Findings::inOrder() && {
   std::stable_sort(m_findings.begin(), m_findings.end(), [](const Finding& a, const Finding& b) {
     return std::tie(a.line, a.column) < std::tie(b.line, b.column);
   });
+  for (const Severity severity : {Severity::error, Severity::warning}) {
+    const std::size_t rest = m_unreported[index(severity)];
+    if (rest != 0) m_findings.push_back({.severity = severity, .message = restText(rest, severity)});
+  }
   return std::move(m_findings);
 }
 

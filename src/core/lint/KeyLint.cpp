@@ -54,6 +54,7 @@ void checkUnknownKey(const std::string& key, Findings& findings) {
   const auto known = topLevelKeys();
   // A leading underscore marks the private keys of the system's own jobs.
   if (key.starts_with('_') || std::find(known.begin(), known.end(), key) != known.end()) return;
+  if (findings.isFull(Severity::warning)) return findings.addUnreported(Severity::warning, 1);
   const std::string_view owner = ownerOf(key);
   if (!owner.empty()) {
     findings.keyWarning(key, "unknown key at this place; it belongs in " + std::string(owner));

@@ -5,7 +5,7 @@
 #include "core/lint/CommandLint.h"
 #include "core/lint/Findings.h"
 #include "core/lint/KeyLint.h"
-#include "core/lint/LostKeys.h"
+#include "core/lint/NestedKeyLint.h"
 #include "core/lint/PathLint.h"
 #include "core/lint/Prolog.h"
 #include "core/lint/ScheduleLint.h"
@@ -17,21 +17,22 @@ namespace mirvel::lint {
 
 namespace {
 
-void addWarnings(const std::vector<plist::Warning>& warnings, Findings& findings) {
-  for (const plist::Warning& warning : warnings) {
+void addWarnings(const plist::Document& document, Findings& findings) {
+  for (const plist::Warning& warning : document.warnings()) {
     findings.add({.severity = Severity::warning,
                   .message = warning.message,
                   .line = warning.line,
                   .column = warning.column,
                   .offset = warning.offset});
   }
+  findings.addUnreported(Severity::warning, document.unreportedWarnings());
 }
 
 void checkJob(const plist::Document& document, const Surroundings& surroundings, Findings& findings) {
   const auto subject = decodeTolerantly(document.root(), findings);
   if (!subject) return;
   checkKeys(*subject, findings);
-  checkLostKeys(*subject, findings);
+  checkNestedKeys(*subject, findings);
   checkPaths(*subject, surroundings, findings);
   checkCommand(*subject, surroundings, findings);
   checkSchedule(*subject, findings);
@@ -49,8 +50,8 @@ std::vector<Finding> lint(std::string_view bytes, const Surroundings& surroundin
     return std::move(findings).inOrder();
   }
   if (document->format() == plist::Format::Xml) checkProlog(bytes, findings);
-  addWarnings(document->warnings(), findings);
   checkJob(*document, surroundings, findings);
+  addWarnings(*document, findings);
   return std::move(findings).inOrder();
 }
 

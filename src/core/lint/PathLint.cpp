@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/lint/Placeholder.h"
+#include "core/plist/Place.h"
 
 namespace mirvel::lint {
 
@@ -18,6 +19,14 @@ class PathCheck {
   void check(const std::string& keyPath, const std::string& text) {
     const auto placeholder = findPlaceholder(text);
     if (placeholder) m_findings.warning(keyPath, placeholderMessage(*placeholder, m_homeFolder));
+  }
+
+  /// Where a path is only worth putting together if there is something to tell.
+  void check(const launchd::Place& place, const std::optional<std::string>& text) {
+    const auto placeholder = text ? findPlaceholder(*text) : std::nullopt;
+    if (!placeholder) return;
+    if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
+    m_findings.warning(place.text(), placeholderMessage(*placeholder, m_homeFolder));
   }
 
   void check(const std::string& keyPath, const std::optional<std::string>& text) {
@@ -34,10 +43,10 @@ class PathCheck {
   Findings& m_findings;
 };
 
-void checkSocket(const std::string& keyPath, const launchd::Sockets::SubDictionary& socket, PathCheck& paths) {
-  paths.check(plist::childPath(keyPath, "SockPathName"), socket.sockPathName);
+void checkSocket(const launchd::Place& place, const launchd::Sockets::SubDictionary& socket, PathCheck& paths) {
+  paths.check(place.key("SockPathName"), socket.sockPathName);
   for (std::size_t i = 0; i < socket.array.size(); ++i) {
-    checkSocket(plist::childPath(keyPath, i), socket.array[i], paths);
+    checkSocket(place.index(i), socket.array[i], paths);
   }
 }
 
@@ -68,9 +77,9 @@ void checkPaths(const Subject& subject, const Surroundings& surroundings, Findin
     }
   }
   if (!record.sockets) return;
-  for (const auto& [name, socket] : record.sockets->dictionaries) {
-    checkSocket(plist::childPath("Sockets", name), socket, paths);
-  }
+  const launchd::Place top;
+  const launchd::Place sockets = top.key("Sockets");
+  for (const auto& [name, socket] : record.sockets->dictionaries) checkSocket(sockets.key(name), socket, paths);
 }
 
 }  // namespace mirvel::lint

@@ -1,10 +1,9 @@
 #include "core/lint/TolerantDecoding.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
-
-#include "core/propertylist/Reader.h"
-#include "core/propertylist/Writer.h"
+#include <vector>
 
 namespace mirvel::lint {
 
@@ -16,40 +15,58 @@ std::string topLevelKey(const Error& error) {
   return error.keyPath.substr(0, error.keyPath.find_first_of(".["));
 }
 
-/// Takes out what was refused; false if that changes nothing.
-bool mend(plist::Dictionary& file, const std::string& key) {
-  const bool wasThere = file.remove(key);
-  const bool isLabel = key == Plist::text(Plist::CodingKeys::name);
-  if (isLabel) file.set(key, "label");
-  return wasThere || isLabel;
+bool isLabel(std::string_view key) {
+  return key == Plist::text(Plist::CodingKeys::name);
 }
 
-Result<Plist> decodeAgain(const plist::Dictionary& file) {
-  const auto document = plist::read(plist::writeBinary(file));
-  if (!document) return document.error();
-  return Plist::decode(document->root());
-}
+/// The file in both its forms, from which keys are taken out one by one. What stays is shared with the file as read.
+class ShrinkingFile {
+ public:
+  ShrinkingFile(const plist::Members& members, plist::Dictionary file)
+      : m_members(members.begin(), members.end()), m_file(std::move(file)) {}
+
+  /// Takes out what was refused; false if that changes nothing. In place of a label comes another one.
+  bool mend(const std::string& key) {
+    const bool wasThere = m_file.remove(key);
+    std::erase_if(m_members, [&](const plist::Member& member) { return member.key() == key; });
+    if (!isLabel(key)) return wasThere;
+    constexpr std::string_view standIn = "label";
+    const auto name = Plist::text(Plist::CodingKeys::name);
+    m_file.set(name, standIn);
+    m_members.push_back({.keyNode = plist::Node::string(name), .value = plist::Node::string(standIn)});
+    return true;
+  }
+
+  Result<Plist> decode() const {
+    return Plist::decode(plist::Node::dictionary(&m_members.data()->keyNode, m_members.size()));
+  }
+  plist::Dictionary file() && { return std::move(m_file); }
+
+ private:
+  std::vector<plist::Member> m_members;
+  plist::Dictionary m_file;
+};
 
 }  // namespace
 
 std::optional<Subject> decodeTolerantly(const plist::Node& root, Findings& findings) {
   auto record = Plist::decode(root);
-  const plist::Value whole = plist::valueOf(root);
-  const auto* dictionary = whole.as<plist::Dictionary>();
+  plist::Value whole = plist::valueOf(root);
+  auto* const dictionary = whole.as<plist::Dictionary>();
   if (!dictionary) {
     findings.error(record.error());
     return std::nullopt;
   }
-  plist::Dictionary file = *dictionary;
+  ShrinkingFile file(*root.dictionary(), std::move(*dictionary));
   std::set<std::string, std::less<>> refusedKeys;
   while (!record) {
     findings.error(record.error());
     const std::string key = topLevelKey(record.error());
-    if (!mend(file, key)) return std::nullopt;
+    if (!file.mend(key)) return std::nullopt;
     refusedKeys.insert(key);
-    record = decodeAgain(file);
+    record = file.decode();
   }
-  return Subject{.file = std::move(file), .record = std::move(*record), .refusedKeys = std::move(refusedKeys)};
+  return Subject{.file = std::move(file).file(), .record = std::move(*record), .refusedKeys = std::move(refusedKeys)};
 }
 
 }  // namespace mirvel::lint

@@ -18,6 +18,7 @@ enum class Command {
   importAction,
   export_,
   delete_,
+  restoreDeleted,
   share,  ///< a submenu
   test,
   log,
@@ -54,7 +55,7 @@ struct CommandContext {
   bool canDeleteSelected = false;
   bool hasRevisions = false;  ///< of the selected job
   bool hasUnsavedChanges = false;
-  bool isBusy = false;
+  bool isSaving = false;
   bool hasSheet = false;         ///< on the main window
   bool isScriptInFront = false;  ///< the key window edits a script
   bool hasFilterField = false;   ///< in a visible toolbar

@@ -10,7 +10,7 @@ bool isLaunchdSelected(const CommandContext& context) {
 
 /// A launchd job, and of the system only if the user edits these.
 bool isChangeableSelected(const CommandContext& context) {
-  return isLaunchdSelected(context) && (!context.selected->isSystem() || context.editsSystemJobs);
+  return context.selected && context.selected->isEditable(context.editsSystemJobs);
 }
 
 }  // namespace
@@ -48,6 +48,7 @@ bool isEnabled(Command command, const CommandContext& context) {
     case Command::new_:
     case Command::refresh:
     case Command::importAction:
+    case Command::restoreDeleted:
     case Command::system:
       return !hasUnsavedChanges;
     case Command::revealInFinder:
@@ -55,9 +56,10 @@ bool isEnabled(Command command, const CommandContext& context) {
     case Command::share:
       return context.selected.has_value();
     case Command::save:
-      return context.isScriptInFront || (isChangeableSelected(context) && context.detailTab == DetailTab::launchdEdit);
+      return context.isScriptInFront ||
+             (isChangeableSelected(context) && context.detailTab == DetailTab::launchdEdit && !context.isSaving);
     case Command::revert:
-      return !hasUnsavedChanges && context.selected && context.hasRevisions;
+      return !hasUnsavedChanges && isChangeableSelected(context) && context.hasRevisions;
     case Command::delete_:
       return context.selected && context.canDeleteSelected;
     case Command::duplicate:
@@ -68,7 +70,7 @@ bool isEnabled(Command command, const CommandContext& context) {
     case Command::log:
       return isLaunchdSelected(context);
     case Command::edit:
-      return isLaunchdSelected(context) && context.detailTab == DetailTab::launchdDisplay;
+      return isChangeableSelected(context) && context.detailTab == DetailTab::launchdDisplay;
     case Command::filter:
       return context.hasFilterField;
     case Command::grid:
@@ -92,7 +94,7 @@ std::optional<bool> isOn(Command command, const CommandContext& context) {
 }
 
 bool isEnabled(ToolbarItem item, const CommandContext& context) {
-  if (context.isBusy) return false;
+  if (context.isSaving) return false;
   switch (item) {
     case ToolbarItem::new_:
     case ToolbarItem::mode:

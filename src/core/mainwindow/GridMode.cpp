@@ -78,8 +78,8 @@ std::string GridMode::header(std::size_t section) const {
 
 void GridMode::selectionDidChange(std::optional<IndexPath> path) {
   if (!path) return;
+  if (m_program.state.saving.isBusy()) return;  // what is on its way to its file needs no question
   if (m_program.state.hasUnsavedChanges) return m_program.mainWindow.unsavedChangesAlert();
-  if (m_program.state.isBusy) return;
   const auto job = m_sections.job(*path);
   if (!job) return;
   m_program.state.selectedJob = job;

@@ -18,6 +18,12 @@ ListCell kindCell(KindTexts& kinds, Kind kind) {
   return {.toolTip = title, .image = std::move(icon)};
 }
 
+ListCell statusCell(const Program& program, const Job& job) {
+  const Localize& localize = program.foundation.localize;
+  if (!program.hostStart.keepsFromRunning(job)) return {.image = statusImage(!job.isDisabled(), localize)};
+  return {.toolTip = localize.enabledButNotRun(), .image = notRunImage(localize)};
+}
+
 }  // namespace
 
 ListCell listCell(Program& program, const Job& job, Column::List column) {
@@ -30,7 +36,7 @@ ListCell listCell(Program& program, const Job& job, Column::List column) {
     case Column::List::kind:
       return kindCell(program.kinds, job.kind);
     case Column::List::enabled:
-      return {.image = statusImage(!job.isDisabled(), program.foundation.localize)};
+      return statusCell(program, job);
     case Column::List::keepAlive:
       return {.isChecked = record && record->keepAlive};
     case Column::List::scheduled:

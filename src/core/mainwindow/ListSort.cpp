@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "core/catalogue/KeyedRow.h"
-#include "core/mainwindow/StableSort.h"
 #include "core/plist/Plist.h"
 
 namespace mirvel {
@@ -34,25 +33,27 @@ void sortByText(Jobs& jobs, Job::SortText text, bool isAscending, const Collator
   jobs = inOrder(rows, std::move(jobs));
 }
 
-}  // namespace
-
-bool standsBefore(const Job& a, const Job& b, Column::List column, bool isAscending) {
-  const launchd::Plist* const recordOfA = a.record();
-  const launchd::Plist* const recordOfB = b.record();
+/// Whether the job has what the column shows by a mark. A job that isn't launchd's is neither kept alive nor scheduled.
+bool hasMark(const Job& job, Column::List column) {
+  const launchd::Plist* const record = job.record();
   switch (column) {
-    case Column::List::kind:
-      return isAscending ? a.kind.rawValue() < b.kind.rawValue() : a.kind.rawValue() > b.kind.rawValue();
     case Column::List::enabled:
-      return isAscending ? !a.isDisabled() : !b.isDisabled();
+      return !job.isDisabled();
     case Column::List::keepAlive:
-      if (!recordOfA || !recordOfB) return false;
-      return (isAscending && recordOfA->keepAlive) || recordOfB->keepAlive;
+      return record && record->keepAlive;
     case Column::List::scheduled:
-      if (!recordOfA || !recordOfB) return false;
-      return isAscending ? recordOfB->scheduled.empty() : recordOfA->scheduled.empty();
+      return record && !record->scheduled.empty();
     default:
       return false;
   }
+}
+
+}  // namespace
+
+bool standsBefore(const Job& a, const Job& b, Column::List column, bool isAscending) {
+  if (!isAscending) return standsBefore(b, a, column, true);
+  if (column == Column::List::kind) return a.kind.rawValue() < b.kind.rawValue();
+  return hasMark(a, column) && !hasMark(b, column);
 }
 
 void sortJobs(Jobs& jobs, Column::List column, bool isAscending, const Collator& collator) {
@@ -60,8 +61,9 @@ void sortJobs(Jobs& jobs, Column::List column, bool isAscending, const Collator&
     sortByText(jobs, *text, isAscending, collator);
     return;
   }
-  stableSort(jobs,
-             [column, isAscending](const auto& a, const auto& b) { return standsBefore(*a, *b, column, isAscending); });
+  std::stable_sort(jobs.begin(), jobs.end(), [column, isAscending](const auto& a, const auto& b) {
+    return standsBefore(*a, *b, column, isAscending);
+  });
 }
 
 }  // namespace mirvel

@@ -14,11 +14,11 @@ struct SortDescriptor {
   bool isAscending = true;
 };
 
-/// Whether `a` stands before `b`, for the columns that don't compare texts. Three of the predicates are no strict
-/// orders: two jobs may both stand before each other.
+/// Whether `a` stands before `b`, for the columns that don't compare texts: a strict weak order. Jobs with the mark of
+/// the column come first.
 bool standsBefore(const Job& a, const Job& b, Column::List column, bool isAscending);
 
-/// Sorts the jobs by a column. Jobs that both, or neither, stand before each other keep their order.
+/// Sorts the jobs by a column. Jobs that are alike in it keep their order.
 void sortJobs(Jobs& jobs, Column::List column, bool isAscending, const Collator& collator);
 
 }  // namespace mirvel

@@ -2,6 +2,8 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/LoginItem.h"
+#include "core/creation/RestoreDeleted.h"
+#include "core/mainwindow/ModeJob.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 
@@ -9,7 +11,6 @@ namespace mirvel {
 
 void MainWindowController::selectedJobDidChange() {
   updateTitle();
-  m_program.scheduledController.delegate = nullptr;
   if (m_program.shell.mainWindow) m_program.shell.mainWindow->setEdited(false);
   if (m_program.shell.detail) m_program.shell.detail->updateDetail();
   if (!m_program.state.selectedJob) refresh();
@@ -28,7 +29,7 @@ void MainWindowController::applySelection() {
 
 std::string MainWindowController::title() const {
   const std::string name(Const::AppName::mirvel);
-  const auto& job = m_program.state.selectedJob;
+  const auto job = shownJob(m_program);
   if (!job || job->name.empty()) return name;
   return bidirectionalString({name, job->name}, Const::separator, m_program.foundation.localize.isRightToLeft());
 }
@@ -52,7 +53,7 @@ void MainWindowController::switchMode(Mode mode) {
     if (window) window->showMode(this->mode());
     return;
   }
-  write(m_program.foundation.defaults.setSelectedMode(static_cast<int>(mode)));
+  (void)m_program.foundation.defaults.setSelectedMode(static_cast<int>(mode));  // what fails has been reported
   if (window) {
     window->showMode(mode);
     window->clearFilter();
@@ -68,7 +69,9 @@ void MainWindowController::switchMode(Mode mode) {
 }
 
 bool MainWindowController::canDeleteJob(const Job& job) const {
-  if (m_program.state.hasUnsavedChanges || job.kind == Kind::loginItemApplication) return false;
+  const AppState& state = m_program.state;
+  if (state.hasUnsavedChanges || state.saving.isBusy()) return false;
+  if (job.isNewFile || job.kind == Kind::loginItemApplication) return false;
   return !job.kind.isSystem() || m_program.foundation.defaults.editSystemJobs();
 }
 
@@ -76,19 +79,35 @@ void MainWindowController::confirmDelete(const std::shared_ptr<Job>& job) {
   if (!job || !m_program.shell.mainWindow) return;
   const Localize& localize = m_program.foundation.localize;
   m_program.platform.interface.beginSheet({.message = localize.areYouSureYouWantToDelete(job->name),
-                                           .informativeText = localize.youCantUndoThisAction(),
+                                           .informativeText = consequenceOfDeleting(m_program, *job),
                                            .defaultTitle = localize.delete_(),
-                                           .alternateTitle = localize.cancel()},
-                                          [this, job](int button) { m_program.actions.deleteConfirmed(button, *job); });
+                                           .alternateTitle = localize.cancel(),
+                                           .safeButton = Interface::alternateButton},
+                                          [this, job](int button) {
+                                            if (button == Interface::defaultButton) deleteAndKeep(m_program, job);
+                                          });
+}
+
+Alert MainWindowController::unsavedChangesQuestion() const {
+  const Localize& localize = m_program.foundation.localize;
+  return {.message = localize.unsavedChanges(),
+          .informativeText = localize.yourChangesWillBeLostIfYouDontSaveThem(),
+          .defaultTitle = localize.check(),
+          .alternateTitle = localize.discardChanges(),
+          .safeButton = Interface::defaultButton};
 }
 
 void MainWindowController::unsavedChangesAlert() {
-  const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.beginSheet({.message = localize.unsavedChanges(),
-                                           .informativeText = localize.yourChangesWillBeLostIfYouDontSaveThem(),
-                                           .defaultTitle = localize.check(),
-                                           .alternateTitle = localize.discardChanges()},
+  m_program.platform.interface.beginSheet(unsavedChangesQuestion(),
                                           [this](int button) { answerUnsavedChanges(button); });
+}
+
+bool MainWindowController::sessionMayEnd() {
+  if (!m_program.state.hasUnsavedChanges) return true;
+  if (m_program.platform.interface.alert(unsavedChangesQuestion()) != Interface::alternateButton) return false;
+  // Another program may still call the end off: what the user said goes all the same.
+  if (EditType* const edit = m_program.shell.edit) edit->discardEdits();
+  return true;
 }
 
 void MainWindowController::answerUnsavedChanges(int button) {
@@ -112,22 +131,19 @@ void MainWindowController::refresh() {
 }
 
 void MainWindowController::toggleSystemJobs() {
-  write(m_program.foundation.defaults.negate(Defaults::Key::showSystemJobs));
+  (void)m_program.foundation.defaults.negate(Defaults::Key::showSystemJobs);  // what fails has been reported
   refresh();
 }
 
 void MainWindowController::toggleTitleBar() {
-  write(m_program.foundation.defaults.negate(Defaults::Key::showTitleBar));
+  (void)m_program.foundation.defaults.negate(Defaults::Key::showTitleBar);  // what fails has been reported
   updateTitle();
 }
 
 void MainWindowController::fullScreenDidChange(bool isFullScreen) {
   Defaults& defaults = m_program.foundation.defaults;
-  if (isFullScreen != defaults.preferFullScreen()) write(defaults.setPreferFullScreen(isFullScreen));
-}
-
-void MainWindowController::write(const Result<void>& result) {
-  if (!result) m_program.platform.interface.present(result.error());
+  if (isFullScreen == defaults.preferFullScreen()) return;
+  (void)defaults.setPreferFullScreen(isFullScreen);  // what fails has been reported
 }
 
 void MainWindowController::revealInFinder(const Job& job) {

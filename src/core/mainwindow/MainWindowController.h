@@ -4,7 +4,7 @@
 
 #include "core/catalogue/Job.h"
 #include "core/mainwindow/Mode.h"
-#include "core/support/Result.h"
+#include "core/support/Interface.h"
 
 namespace mirvel {
 
@@ -27,10 +27,14 @@ class MainWindowController {
   /// Shows all jobs in another mode, and ends with no selection, no filter, and a scan.
   void switchMode(Mode mode);
   bool canDeleteJob(const Job& job) const;
-  /// Asks whether to delete the job, in a sheet, and deletes it if the user says so. Does nothing without a window.
+  /// Asks whether to delete the job, in a sheet, and deletes it if the user says so; Return and
+  /// Escape don't. Does nothing without a window.
   void confirmDelete(const std::shared_ptr<Job>& job);
-  /// Asks what to do with unsaved changes, in a sheet: to stay, or to drop them and go on with what was wanted.
+  /// Asks what to do with unsaved changes, in a sheet: to stay, or to drop them and go on with what was wanted. To
+  /// close the question is to stay.
   void unsavedChangesAlert();
+  /// Whether the desktop session may end now. The user is asked as at the end of the program, and waited for.
+  bool sessionMayEnd();
   /// A scan, now, unless there are unsaved changes.
   void refresh();
   void toggleSystemJobs();
@@ -41,8 +45,8 @@ class MainWindowController {
   void revealInFinder(const Job& job);
 
  private:
+  Alert unsavedChangesQuestion() const;
   void answerUnsavedChanges(int button);
-  void write(const Result<void>& result);
 
   Program& m_program;
 };

@@ -2,6 +2,7 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
+#include "core/mainwindow/ModeJob.h"
 #include "core/mainwindow/RevisionMenu.h"
 #include "core/mainwindow/Segue.h"
 #include "core/support/Const.h"
@@ -16,6 +17,8 @@ std::optional<std::string_view> segueOf(Command command) {
       return String::new_;
     case Command::duplicate:
       return String::duplicate;
+    case Command::restoreDeleted:
+      return String::restoreDeleted;
     case Command::test:
       return String::test;
     case Command::log:
@@ -54,17 +57,17 @@ CommandContext MenuController::context() const {
   const Shell& shell = m_program.shell;
   const Defaults& defaults = m_program.foundation.defaults;
   CommandContext result{.hasUnsavedChanges = state.hasUnsavedChanges,
-                        .isBusy = state.isBusy,
+                        .isSaving = state.saving.isBusy(),
                         .isScriptInFront = static_cast<bool>(shell.saveScript),
                         .editsSystemJobs = defaults.editSystemJobs(),
                         .showsSystemJobs = defaults.showSystemJobs(),
                         .showsTitleBar = defaults.showTitleBar(),
                         .mode = m_program.mainWindow.mode()};
-  if (const auto& job = state.selectedJob) {
+  if (const auto job = shownJob(m_program)) {
     result.selected = job->kind;
     result.isSelectedNamed = !job->name.empty();
     result.canDeleteSelected = m_program.mainWindow.canDeleteJob(*job);
-    result.hasRevisions = m_program.revisions.revisions().find(job->url.text()) != nullptr;
+    result.hasRevisions = m_program.revisions.revisions().find(storeKey(job->url)) != nullptr;
   }
   if (shell.detail) result.detailTab = shell.detail->detailTab();
   if (shell.mainWindow) {

@@ -8,14 +8,34 @@
 
 namespace mirvel {
 
+namespace {
+
+bool isAmong(const Jobs& jobs, const std::shared_ptr<Job>& selected) {
+  return selected &&
+         std::any_of(jobs.begin(), jobs.end(), [&](const auto& job) { return job->url.equalTo(selected->url); });
+}
+
+void keepSelection(Program& program) {
+  program.mainWindow.applySelection();
+  DetailType* const detail = program.shell.detail;
+  if (detail && detail->detailTab() == DetailTab::noSelection) detail->updateDetail();
+}
+
+}  // namespace
+
 void modeFilter(Program& program, ModeType& mode, const Jobs& jobs, const std::string& text) {
   program.state.filterString = text;
   if (text.empty()) {
     mode.update(jobs);
     program.mainWindow.applySelection();
     if (program.state.selectedJob && program.shell.detail) program.shell.detail->updateDetail();
+    return;
+  }
+  const Jobs left = filtered(jobs, text);
+  mode.update(left);
+  if (isAmong(left, program.state.selectedJob)) {
+    keepSelection(program);
   } else {
-    mode.update(filtered(jobs, text));
     mode.deselect();
   }
 }

@@ -15,6 +15,12 @@ bool selectInCatalogue(Program& program, const URL& url) {
   return true;
 }
 
+std::shared_ptr<Job> shownJob(const Program& program) {
+  const DetailType* const detail = program.shell.detail;
+  const bool isShown = !detail || detail->detailTab() != DetailTab::noSelection;
+  return isShown ? program.state.selectedJob : nullptr;
+}
+
 JobMenu menuForJob(Program& program, const std::shared_ptr<Job>& job) {
   JobMenu menu;
   if (!job || job->isNewFile) return menu;
@@ -23,9 +29,7 @@ JobMenu menuForJob(Program& program, const std::shared_ptr<Job>& job) {
 }
 
 bool haveSameRows(const Jobs& a, const Jobs& b) {
-  return areEqual(a, b) && std::equal(a.begin(), a.end(), b.begin(), [](const auto& x, const auto& y) {
-           return x->kind == y->kind && x->url.equalTo(y->url);
-         });
+  return areEqual(a, b);
 }
 
 }  // namespace mirvel

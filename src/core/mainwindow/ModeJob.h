@@ -13,6 +13,10 @@ class Program;
 /// changes, and nothing has happened.
 bool selectInCatalogue(Program& program, const URL& url);
 
+/// The job that commands are about: the selected one, as long as its details are shown. A filter may hide it. Null:
+/// none.
+std::shared_ptr<Job> shownJob(const Program& program);
+
 /// The menu for a click on a job, as the current mode fills it; empty for no job and for one without a file.
 JobMenu menuForJob(Program& program, const std::shared_ptr<Job>& job);
 

@@ -5,7 +5,7 @@
 namespace mirvel {
 
 bool SelectionGuard::mayChange() {
-  if (m_program.state.isBusy) return false;
+  if (m_program.state.saving.isBusy()) return false;
   if (!m_program.state.hasUnsavedChanges) {
     m_isWarningAboutUnsaved = false;
     return true;
@@ -18,7 +18,7 @@ bool SelectionGuard::mayChange() {
 }
 
 std::optional<std::string> emptyStateLabel(const Program& program) {
-  if (program.state.isLoading) return program.foundation.localize.ellipsis().loading();
+  if (program.state.scanning.isBusy()) return program.foundation.localize.ellipsis().loading();
   if (program.state.jobs.empty()) return program.foundation.localize.noItems();
   return std::nullopt;
 }

@@ -9,14 +9,14 @@ namespace mirvel {
 std::vector<RevisionItem> revisionItems(Program& program) {
   std::vector<RevisionItem> result;
   const auto& job = program.state.selectedJob;
-  const plist::Value* const kept = job ? program.revisions.revisions().find(job->url.text()) : nullptr;
+  const plist::Value* const kept = job ? program.revisions.revisions().find(storeKey(job->url)) : nullptr;
   const auto* const revisions = kept ? kept->as<plist::Array>() : nullptr;
   if (!revisions) return result;
   for (const plist::Value& entry : *revisions) {
     const auto* const revision = entry.as<plist::Dictionary>();
     const plist::Value* const date = revision ? revision->find(RevisionController::dateKey) : nullptr;
     const auto* const seconds = date ? date->as<double>() : nullptr;
-    if (seconds) result.push_back({Date::standardText(*seconds, program.foundation.localize.locale()), *revision});
+    if (seconds) result.push_back({Date::standardText(*seconds, program.foundation.localize.timeLocale()), *revision});
   }
   return result;
 }
@@ -26,6 +26,22 @@ void insertRevision(Program& program, const plist::Dictionary& revision) {
   const auto* const dictionary = content ? content->as<plist::Dictionary>() : nullptr;
   if (!dictionary || !replaceSelected(program, *dictionary)) return;
   if (program.shell.detail) program.shell.detail->showEdit();
+}
+
+void confirmDeleteRevisions(Program& program) {
+  const auto& job = program.state.selectedJob;
+  if (!job) return;
+  const Localize& localize = program.foundation.localize;
+  program.platform.interface.beginSheet({.message = localize.deleteRevisionsOf(job->name),
+                                         .informativeText = localize.revisionsAreEarlierContents(),
+                                         .defaultTitle = localize.deleteRevisionsOfThisJob(),
+                                         .alternateTitle = localize.deleteRevisionsOfAllJobs(),
+                                         .otherTitle = localize.cancel(),
+                                         .safeButton = Interface::otherButton},
+                                        [&program, url = job->url](int answer) {
+                                          if (answer == Interface::defaultButton) program.revisions.clearRevisions(url);
+                                          if (answer == Interface::alternateButton) program.revisions.clearRevisions();
+                                        });
 }
 
 }  // namespace mirvel

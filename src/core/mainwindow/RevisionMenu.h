@@ -22,4 +22,7 @@ std::vector<RevisionItem> revisionItems(Program& program);
 /// has no content.
 void insertRevision(Program& program, const plist::Dictionary& revision);
 
+/// Asks, in a sheet, whether to delete the revisions of the selected job, or those of all jobs, and does it.
+void confirmDeleteRevisions(Program& program);
+
 }  // namespace mirvel

@@ -8,6 +8,7 @@ namespace mirvel::String {
 inline constexpr std::string_view new_ = "New";
 inline constexpr std::string_view duplicate = "Duplicate";
 inline constexpr std::string_view importSegue = "Import";
+inline constexpr std::string_view restoreDeleted = "Restore Deleted";
 inline constexpr std::string_view test = "Test";
 inline constexpr std::string_view log = "Log";
 inline constexpr std::string_view info = "Info";

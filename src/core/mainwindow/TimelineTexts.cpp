@@ -39,11 +39,11 @@ icu::Measure measure(std::int64_t number, icu::MeasureUnit* unit) {
 }  // namespace
 
 struct TimelineTexts::Formats {
-  Formats(const icu::Locale& locale, const icu::TimeZone& zone)
+  Formats(const icu::Locale& locale, const icu::Locale& language, const icu::TimeZone& zone)
       : day(inZone(icu::DateFormat::createDateInstance(icu::DateFormat::kFull, locale), zone)),
         time(inZone(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale), zone)),
-        relative(locale, nullptr, UDAT_STYLE_LONG, header, relativeStatus),
-        duration(locale, UMEASFMT_WIDTH_WIDE, durationStatus) {
+        relative(language, nullptr, UDAT_STYLE_LONG, header, relativeStatus),
+        duration(language, UMEASFMT_WIDTH_WIDE, durationStatus) {
     UErrorCode status = U_ZERO_ERROR;
     if (day) day->setContext(header, status);
   }
@@ -58,7 +58,8 @@ struct TimelineTexts::Formats {
 
 TimelineTexts::TimelineTexts(const Localize& localize, std::string zone)
     : m_localize(localize), m_zone(std::move(zone)) {
-  m_formats = std::make_unique<const Formats>(icu::Locale(localize.locale().c_str()), *rulesOfZone(m_zone));
+  m_formats = std::make_unique<const Formats>(icu::Locale(localize.timeLocale().c_str()),
+                                              icu::Locale(localize.locale().c_str()), *rulesOfZone(m_zone));
 }
 
 TimelineTexts::~TimelineTexts() = default;

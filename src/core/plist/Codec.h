@@ -50,10 +50,27 @@ void decode(const plist::Node& node, const Place& place, std::vector<Element>& r
   for (std::size_t i = 0; i < elements.size(); ++i) decode(elements[i], place.index(i), result[i]);
 }
 
+/// Decodes what can be decoded, and tells whether that worked; an element that can't be is not an error of the whole.
+template <typename Element>
+bool decodeOrDrop(const plist::Member& member, const Place& place, StringMap<Element>& result) {
+  try {
+    Element element;
+    decode(member.value, place.key(member.key()), element);
+    result.insert_or_assign(std::string(member.key()), std::move(element));
+    return true;
+  } catch (const DecodingFailure&) {
+    return false;
+  }
+}
+
 template <typename Element>
 void decode(const plist::Node& node, const Place& place, StringMap<Element>& result) {
   for (const auto& member : membersOf(node, place)) {
-    decode(member.value, place.key(member.key()), result[std::string(member.key())]);
+    if (place.isTolerant()) {
+      (void)decodeOrDrop(member, place, result);  // the file keeps it
+    } else {
+      decode(member.value, place.key(member.key()), result[std::string(member.key())]);
+    }
   }
 }
 
@@ -80,19 +97,6 @@ std::optional<plist::Value> encode(const StringMap<Element>& elements) {
   plist::Dictionary dictionary;
   encodeInto(dictionary, elements);
   return plist::Value(std::move(dictionary));
-}
-
-/// Decodes what can be decoded, and tells whether that worked; an element that can't be is not an error of the whole.
-template <typename Element>
-bool decodeOrDrop(const plist::Member& member, const Place& place, StringMap<Element>& result) {
-  try {
-    Element element;
-    decode(member.value, place.key(member.key()), element);
-    result.insert_or_assign(std::string(member.key()), std::move(element));
-    return true;
-  } catch (const DecodingFailure&) {
-    return false;
-  }
 }
 
 }  // namespace mirvel::launchd

@@ -15,6 +15,7 @@ class FileDictionary {
       : m_document(std::make_shared<const plist::Document>(std::move(document))) {}
   explicit FileDictionary(std::shared_ptr<const plist::Document> document) : m_document(std::move(document)) {}
 
+  const plist::Node& root() const { return m_document->root(); }
   plist::Members members() const { return *m_document->root().dictionary(); }
   /// Null: no such key. The node lives as long as any copy of the dictionary.
   const plist::Node* find(std::string_view key) const { return members().find(key); }

@@ -47,14 +47,24 @@ std::optional<CodingKey> codingKeyIn(const std::array<std::string_view, count>& 
   return std::nullopt;
 }
 
-/// Reads a field that may be absent; null is absent.
+/// Reads a field that may be absent; null is absent, and so is what doesn't fit at a tolerant place.
+template <typename Optional>
+void decodeOptional(const plist::Node* node, const Place& place, Optional& field) {
+  if (!node) return;
+  try {
+    decode(*node, place, field.emplace());
+  } catch (const DecodingFailure&) {
+    if (!place.isTolerant()) throw;
+    field.reset();
+  }
+}
 template <typename Field>
 void decodeField(const plist::Node* node, const Place& place, std::optional<Field>& field) {
-  if (node) decode(*node, place, field.emplace());
+  decodeOptional(node, place, field);
 }
 template <typename Field>
 void decodeField(const plist::Node* node, const Place& place, Boxed<Field>& field) {
-  if (node) decode(*node, place, field.emplace());
+  decodeOptional(node, place, field);
 }
 
 /// Reads a field that must be there.

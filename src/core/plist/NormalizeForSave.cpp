@@ -1,27 +1,36 @@
 #include "core/plist/NormalizeForSave.h"
+
+#include <utility>
+
 #include "core/creation/CommandRepairs.h"
 #include "core/plist/Plist.h"
-#include "core/support/Text.h"
+#include "core/plist/RunString.h"
 
 namespace mirvel::launchd {
 
-void Plist::normalizeForSave(CommandRepairs& repairs) {
-  fillEmptyLabel();
-  run = repairs.expandTilde(repairs.repairCommand(run));
-  (void)repairs.stripSudo(run);  // a saved command keeps its sudo
-  run = repairs.checkComplexCommand(run, name);
-
-  takeArgumentsFromRun(*this);
+bool Plist::normalizeForSave(CommandRepairs& repairs) {
+  Plist saved = clone();
+  saved.fillEmptyLabel();  // of the command as it was typed
+  const auto read = asRead();
+  if (!read || read->run != run) {
+    const std::string repaired = repairs.expandTilde(repairs.repairCommand(run));
+    (void)repairs.stripSudo(repaired);  // a saved command keeps its sudo
+    auto command = repairs.checkComplexCommand(repaired, saved.name);
+    if (!command) return false;
+    saved.run = *std::move(command);
+  }
+  takeArgumentsFromRun(saved);
+  *this = std::move(saved);
+  return true;
 }
 
 void takeArgumentsFromRun(Plist& record) {
-  record.program.reset();
-  auto arguments = Text::separateCommand(record.run);
-  if (arguments == std::vector<std::string>{""}) {
-    record.programArguments.reset();
-  } else {
-    record.programArguments = std::move(arguments);
-  }
+  auto read = record.asRead();
+  Command command;
+  if (read) command = {std::move(read->program), std::move(read->programArguments)};
+  if (!read || read->run != record.run) command = commandOf(record.run, command);
+  record.program = std::move(command.program);
+  record.programArguments = std::move(command.arguments);
 }
 
 }  // namespace mirvel::launchd

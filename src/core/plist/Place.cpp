@@ -2,13 +2,16 @@
 
 namespace mirvel::launchd {
 
+namespace {
+constexpr std::size_t longestKey = 512;
+}
+
 std::string Place::text() const {
   if (!m_above) return {};
   std::string result = m_above->text();
-  if (!m_key.data()) return result + '[' + std::to_string(m_index) + ']';
+  if (!m_key.data()) return result.append("[").append(std::to_string(m_index)).append("]");
   if (!result.empty()) result += '.';
-  result += m_key;
-  return result;
+  return result.append(m_key.substr(0, longestKey));
 }
 
 }  // namespace mirvel::launchd

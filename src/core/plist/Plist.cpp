@@ -1,7 +1,6 @@
 #include "core/plist/Plist.h"
 
-#include <algorithm>
-
+#include "core/plist/MergeIntoFile.h"
 #include "core/plist/PlistKeys.h"
 
 namespace mirvel::launchd {
@@ -28,15 +27,41 @@ plist::Dictionary Plist::encode() const {
   return encodeKeys(*this, plistKeys);
 }
 
-plist::Dictionary Plist::encodeAll() const {
+plist::Dictionary Plist::encodeWithUnknown() const {
   plist::Dictionary file = encode();
   if (!unknownKeys || !dictionary) return file;
-  auto keys = *unknownKeys;
-  std::sort(keys.begin(), keys.end(), plist::Dictionary::keyLess);  // each then goes near the end
-  for (const std::string& key : keys) {
-    if (const plist::Node* value = dictionary->find(key)) file.set(key, plist::valueOf(*value));
+  for (const std::string& key : *unknownKeys) {
+    const plist::Node* const value = dictionary->find(key);
+    if (value && !file.find(key)) file.set(key, plist::valueOf(*value));
   }
   return file;
+}
+
+plist::Dictionary Plist::encodeAll() const {
+  const auto read = asRead();
+  if (!read) return encode();
+  plist::Value file = dictionary->value();
+  for (const auto& path : removedValues) removeAt(file, path);
+  return mergeIntoFile(*file.as<plist::Dictionary>(), read->encodeWithUnknown(), encodeWithUnknown());
+}
+
+std::vector<OpaqueValue> Plist::opaqueValues() const {
+  const auto read = asRead();
+  if (!read) return {};
+  plist::Value file = dictionary->value();
+  for (const auto& path : removedValues) removeAt(file, path);
+  auto values = launchd::opaqueValues(file, read->encodeWithUnknown());
+  const plist::Value edited = encodeWithUnknown();
+  std::erase_if(values, [&edited](const OpaqueValue& value) { return holdsAt(edited, value.path); });
+  return values;
+}
+
+std::optional<Plist> Plist::asRead() const {
+  if (!dictionary) return std::nullopt;
+  Plist read;
+  if (!decodeTolerantly(dictionary->root(), read)) return std::nullopt;
+  read.dictionary = dictionary;
+  return read;
 }
 
 Plist Plist::blankPlist() {
@@ -48,8 +73,10 @@ Plist Plist::blankPlist() {
 void Plist::applyRules(const std::vector<Scheduled::Row>& rows, const Scheduled::Texts& texts,
                        const Scheduled::NumberText& numbers, const Scheduled::Week& week) {
   auto rules = Scheduled::readRows(rows, texts, numbers, week);
+  const bool wasSingle = startCalendarInterval && startCalendarInterval->singleValue;
   startInterval = rules.startInterval;
   startCalendarInterval = std::move(rules.startCalendarInterval);
+  if (startCalendarInterval) startCalendarInterval->singleValue = wasSingle;
 }
 
 }  // namespace mirvel::launchd

@@ -13,6 +13,7 @@
 #include "core/plist/LaunchEvents.h"
 #include "core/plist/LimitLoadToSessionType.h"
 #include "core/plist/MachServices.h"
+#include "core/plist/OpaqueValues.h"
 #include "core/plist/PlistType.h"
 #include "core/plist/ProcessType.h"
 #include "core/plist/ResourceLimits.h"
@@ -121,11 +122,22 @@ class Plist {
   static Result<Plist> decode(const plist::Node& file);
   /// Likewise in a fresh record, where it lies: a record is large. After an error it is good for nothing.
   static Result<void> decode(const plist::Node& file, Plist& fresh);
+  /// Likewise, but a value that doesn't fit its key is no error: the key is one of the `unknownKeys` then, and its
+  /// field stays absent. What remains is an error: no label, or one that is no string, and a file that isn't a
+  /// dictionary.
+  static Result<void> decodeTolerantly(const plist::Node& file, Plist& fresh);
+  /// Reads a job file likewise, with its `dictionary`.
+  static Result<Plist> readTolerantly(std::string_view bytes);
 
-  /// The known keys that are present, as they are written to the file.
+  /// The known keys that are present, each as the record has it.
   plist::Dictionary encode() const;
-  /// Likewise, and with the `unknownKeys` that `dictionary` still holds: all of the file.
+  /// All of the file, as a save writes it: what wasn't changed since `dictionary` was read is as it stands there, value
+  /// for value, and only the rest comes from the record; see `mergeIntoFile`.
   plist::Dictionary encodeAll() const;
+  /// The record as it was made from `dictionary`; none without it.
+  std::optional<Plist> asRead() const;
+  /// What stands in the file below the known keys, isn't held by a field, and wasn't removed.
+  std::vector<OpaqueValue> opaqueValues() const;
 
   /// The record of a new job: no label, no command, run at load.
   static Plist blankPlist();
@@ -133,11 +145,13 @@ class Plist {
   /// Gives an empty label a value: what the command `run` is called, or else a new UUID.
   void fillEmptyLabel();
 
-  /// Makes the record fit to be saved, whatever was edited: `program` goes, an empty label is filled, the command is
-  /// repaired and, if it is too complex for launchd, asked about, and `programArguments` becomes the command's parts.
-  void normalizeForSave(CommandRepairs& repairs);
+  /// Makes the record fit to be saved: an empty label is filled, and a command that was edited is repaired, asked about
+  /// if it is too complex for launchd, and split; see `takeArgumentsFromRun`. False: the user went back to the editor,
+  /// and nothing has changed.
+  [[nodiscard]] bool normalizeForSave(CommandRepairs& repairs);
 
-  /// Sets the schedule to what the rows of the rule editor say. `scheduled` keeps the rules of the file.
+  /// Sets the schedule to what the rows of the rule editor say. `scheduled` keeps the rules of the file, and one
+  /// interval its form.
   void applyRules(const std::vector<Scheduled::Row>& rows, const Scheduled::Texts& texts,
                   const Scheduled::NumberText& numbers, const Scheduled::Week& week = Scheduled::Week::current());
 
@@ -151,8 +165,11 @@ class Plist {
   std::optional<std::string> iconPath;              ///< where to find an icon; made when the file is decoded
   std::vector<Scheduled::ScheduledType> scheduled;  ///< the schedule as rules; made when the file is decoded
   std::optional<FileDictionary> dictionary;         ///< the whole file as read; set by whoever loads it
-  /// The keys of the file that aren't known. Taking one out takes it out of the file at the next save.
+  /// The keys of the file that aren't known, or whose value doesn't fit them. Taking one out takes it out of the file
+  /// at the next save. Once the field of a known key is set, it takes the place of what stands here.
   std::optional<std::vector<std::string>> unknownKeys;
+  /// The paths of opaque values that the next save takes out of the file.
+  std::vector<OpaqueValue::Path> removedValues;
 
   std::string name;
   std::optional<bool> disabled;
@@ -208,6 +225,8 @@ class Plist {
   std::optional<bool> materializeDatalessFiles;
 
  private:
+  plist::Dictionary encodeWithUnknown() const;
+
   Plist(const Plist&) = default;
   Plist& operator=(const Plist&) = default;
 };

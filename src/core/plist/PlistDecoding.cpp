@@ -1,5 +1,7 @@
 #include <array>
+#include <bitset>
 #include <cstdint>
+#include <type_traits>
 #include <utility>
 
 #include "core/plist/PlistKeys.h"
@@ -55,10 +57,29 @@ class KnownKeys {
 
 constexpr KnownKeys knownKeys;
 
+// What forgiving decoders make of a value that they can't use: nothing that would be worth showing or writing.
+template <typename Field>
+bool isUsable(const plist::Node& /*node*/, const Field& /*field*/) {
+  return true;
+}
+bool isUsable(const plist::Node& node, const KeepAlive& /*keepAlive*/) {
+  return node.type() == plist::Type::Boolean || node.type() == plist::Type::Dictionary;
+}
+bool isUsable(const plist::Node& /*node*/, const Umask& umask) {
+  return umask.int_.has_value();
+}
+bool isUsable(const plist::Node& /*node*/, const LimitLoadToSessionType& sessions) {
+  return !sessions.types.empty();
+}
+bool isUsable(const plist::Node& /*node*/, const StartCalendarInterval& calendar) {
+  return !calendar.intervals.empty();
+}
+
 class PlistDecoder {
  public:
-  PlistDecoder(const plist::Node& file, Plist& plist) : m_plist(plist) {
-    for (const auto& member : membersOf(file, m_top)) {
+  PlistDecoder(const plist::Node& file, const Place& top, Plist& plist)
+      : m_top(top), m_members(membersOf(file, m_top)), m_plist(plist) {
+    for (const auto& member : m_members) {
       if (const auto row = knownKeys.find(member.key())) {
         m_found[*row] = &member.value;
       } else {
@@ -68,11 +89,8 @@ class PlistDecoder {
   }
 
   void decode() {
-    const auto decodeRow = [this](const auto& row) {
-      decodeField(find(row.key), m_top.key(row.text), m_plist.*row.field);
-      if (row.key == K::keepAlive) applyOnDemand();
-    };
-    std::apply([&](const auto&... row) { (decodeRow(row), ...); }, plistKeys);
+    std::apply([this](const auto&... row) { (decodeRow(row), ...); }, plistKeys);
+    if (m_kept.any()) noteUnknownAgain();
 
     auto command = makeRunString(m_plist.program, m_plist.programArguments);
     m_plist.run = std::move(command.run);
@@ -81,11 +99,34 @@ class PlistDecoder {
   }
 
  private:
+  template <typename Row>
+  void decodeRow(const Row& row) {
+    auto& field = m_plist.*row.field;
+    const plist::Node* const node = find(row.key);
+    decodeField(node, m_top.key(row.text), field);
+    if constexpr (!std::is_same_v<decltype(field), std::string&>) {
+      if (node && m_top.isTolerant() && !(field.has_value() && isUsable(*node, *field))) {
+        field.reset();
+        m_kept.set(static_cast<std::size_t>(row.key));
+      }
+    }
+    if (row.key == K::keepAlive) applyOnDemand();
+  }
+
   /// A job that isn't started on demand is always kept alive, whatever its conditions say.
   void applyOnDemand() {
     std::optional<bool> onDemand;
     decodeField(find(K::onDemand), m_top.key(Plist::text(K::onDemand)), onDemand);
     if (onDemand == false && m_plist.keepAlive) m_plist.keepAlive->bool_ = true;
+  }
+
+  /// The values that don't fit stand among the unknown ones, in the order of the file.
+  void noteUnknownAgain() {
+    m_plist.unknownKeys.reset();
+    for (const auto& member : m_members) {
+      const auto row = knownKeys.find(member.key());
+      if (!row || m_kept.test(*row)) noteUnknown(member.key());
+    }
   }
 
   void noteUnknown(std::string_view key) {
@@ -96,9 +137,20 @@ class PlistDecoder {
   const plist::Node* find(K key) const { return m_found[static_cast<std::size_t>(key)]; }
 
   std::array<const plist::Node*, keyCount> m_found{};
-  Place m_top;
+  const Place& m_top;
+  plist::Members m_members;
   Plist& m_plist;
+  std::bitset<keyCount> m_kept;  ///< the keys whose values don't fit
 };
+
+Result<void> decodeInto(Plist& fresh, const plist::Node& file, const Place& top) {
+  try {
+    PlistDecoder(file, top, fresh).decode();
+    return {};
+  } catch (DecodingFailure& failure) {
+    return std::move(failure.error);
+  }
+}
 
 }  // namespace
 
@@ -109,12 +161,11 @@ Result<Plist> Plist::decode(const plist::Node& file) {
 }
 
 Result<void> Plist::decode(const plist::Node& file, Plist& fresh) {
-  try {
-    PlistDecoder(file, fresh).decode();
-    return {};
-  } catch (DecodingFailure& failure) {
-    return std::move(failure.error);
-  }
+  return decodeInto(fresh, file, Place());
+}
+
+Result<void> Plist::decodeTolerantly(const plist::Node& file, Plist& fresh) {
+  return decodeInto(fresh, file, Place::tolerant());
 }
 
 Result<Plist> Plist::read(std::string_view bytes) {
@@ -123,6 +174,15 @@ Result<Plist> Plist::read(std::string_view bytes) {
   auto result = decode(document->root());
   if (result) result->dictionary.emplace(*std::move(document));
   return result;
+}
+
+Result<Plist> Plist::readTolerantly(std::string_view bytes) {
+  auto document = plist::read(bytes);
+  if (!document) return std::move(document).error();
+  Plist plist;
+  if (auto result = decodeTolerantly(document->root(), plist); !result) return std::move(result).error();
+  plist.dictionary.emplace(*std::move(document));
+  return plist;
 }
 
 }  // namespace mirvel::launchd

@@ -14,7 +14,7 @@ namespace mirvel::launchd {
 class Place;
 
 /// The descriptor of a launch event: values under keys of the event's choosing, in one bucket for each type. What the
-/// types here can't hold is lost when the file is saved.
+/// types here can't hold stays in the file, and is opaque.
 struct PlistType {
   /// An array of one type; nothing is present where the file held a mixed one, or no array at all.
   struct SubArray {

@@ -1,50 +1,71 @@
 #include "core/plist/RunString.h"
 
-#include "core/plist/EscapedBlanks.h"
 #include "core/support/Strings.h"
+#include "core/support/Text.h"
 
 namespace mirvel::launchd {
 
 namespace {
 
-bool needsQuotes(const std::string& argument) {
-  if (argument.starts_with('"') || argument.starts_with('\'')) return false;
-  // Most arguments have no blank at all, and no copy is made of them.
-  return argument.find(' ') != std::string::npos && replaceEscapedBlanks(argument, "").find(' ') != std::string::npos;
-}
+using Words = std::vector<std::string>;
 
-void appendArgument(std::string& text, const std::string& argument) {
-  if (!needsQuotes(argument)) {
-    text += argument;
-    return;
-  }
-  const char quote = argument.find('"') == std::string::npos ? '"' : '\'';
-  text.append(1, quote).append(argument).append(1, quote);
+/// Whether the first argument only repeats the program, as is usual, and isn't shown.
+bool repeatsProgram(const std::string& program, const Words& arguments) {
+  return arguments.front() == program || arguments.front() == String::lastPathComponent(program);
 }
 
 /// With a blank and quotes for each.
-std::size_t lengthOf(const std::vector<std::string>& arguments) {
+std::size_t lengthOf(const Words& arguments) {
   std::size_t length = 0;
   for (const auto& argument : arguments) length += argument.size() + 3;
   return length;
 }
 
+bool hasProgram(const Command& command) {
+  return command.program && !command.program->empty();
+}
+
+bool hasArguments(const Command& command) {
+  return command.arguments && !command.arguments->empty();
+}
+
+/// None for a program without arguments: it is its own first argument then.
+std::optional<Words> argumentsBehind(Words words) {
+  words.erase(words.begin());
+  return words.empty() ? std::nullopt : std::optional(std::move(words));
+}
+
 }  // namespace
 
-RunString makeRunString(const std::optional<std::string>& program,
-                        const std::optional<std::vector<std::string>>& programArguments) {
-  RunString result{.run = program.value_or(""), .iconPath = {}};
+RunString makeRunString(const std::optional<std::string>& program, const std::optional<Words>& programArguments) {
+  RunString result{.run = {}, .iconPath = {}};
+  const bool isNamed = program && !program->empty();
+  if (isNamed) Text::appendArgument(result.run, *program);
   if (!programArguments || programArguments->empty()) return result;
 
-  const std::string& first = programArguments->front();
-  const bool repeatsProgram = first == result.run || first == String::lastPathComponent(result.run);
-  result.iconPath = result.run.empty() ? first : result.run;
+  result.iconPath = isNamed ? *program : programArguments->front();
   result.run.reserve(lengthOf(*programArguments) + result.run.size());
-  for (std::size_t i = repeatsProgram ? 1 : 0; i < programArguments->size(); ++i) {
-    if (!result.run.empty()) result.run += ' ';
-    appendArgument(result.run, (*programArguments)[i]);
+  const std::size_t first = isNamed && repeatsProgram(*program, *programArguments) ? 1 : 0;
+  for (std::size_t i = first; i < programArguments->size(); ++i) {
+    Text::appendArgument(result.run, (*programArguments)[i]);
   }
   return result;
+}
+
+Command commandOf(const std::string& run, const Command& before) {
+  Words words = Text::separateCommand(run);
+  if (words == Words{""}) return {};
+  const std::string program = words.front();
+  if (hasProgram(before) && hasArguments(before)) {
+    if (!repeatsProgram(*before.program, *before.arguments)) return {program, argumentsBehind(std::move(words))};
+    if (program == *before.program) {
+      words.front() = before.arguments->front();
+      return {program, std::move(words)};
+    }
+  } else if (hasProgram(before) && words.size() == 1) {
+    return {program, std::nullopt};
+  }
+  return {std::nullopt, std::move(words)};
 }
 
 }  // namespace mirvel::launchd

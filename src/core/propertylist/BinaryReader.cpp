@@ -53,8 +53,8 @@ void BinaryReader::readTrailer() {
   m_topObject = bigEndian(trailer + 16, 8);
   m_table = bigEndian(trailer + 24, 8);
 
-  if (m_offsetSize < 1 || m_offsetSize > 8) fail("the size of offsets isn't 1 to 8", trailer + 6);
-  if (m_referenceSize < 1 || m_referenceSize > 8) fail("the size of references isn't 1 to 8", trailer + 7);
+  if (m_offsetSize == 0) fail("offsets have no size", trailer + 6);
+  if (m_referenceSize == 0) fail("references have no size", trailer + 7);
   if (m_objectCount < 1 || m_objectCount > trailer) fail("the object count doesn't fit the list", trailer + 8);
   if (m_topObject >= m_objectCount) fail("there is no top object of that number", trailer + 16);
   if (m_table <= headerSize || m_table > trailer || m_table + m_objectCount * m_offsetSize != trailer) {
@@ -125,9 +125,12 @@ bool BinaryReader::readValue(std::uint64_t object, Node& slot) {
   return false;
 }
 
-void BinaryReader::warn(std::string message, std::uint64_t offset) {
-  if (m_warnings.size() == Limits::warnings) return;
-  m_warnings.push_back({.message = std::move(message), .offset = offset});
+void BinaryReader::warn(std::string_view message, std::uint64_t offset) {
+  if (m_warnings.list.size() == Limits::warnings) {
+    ++m_warnings.unreported;
+  } else {
+    m_warnings.list.push_back({.message = std::string(message), .offset = offset});
+  }
 }
 
 /// Counts what is read, which is more than the list holds where objects are shared.
@@ -145,6 +148,11 @@ void BinaryReader::open(std::uint64_t object, std::uint64_t offset, Type type) {
   }
   const std::uint64_t perValue = type == Type::Dictionary ? 2 : 1;
   const Extent range = extent(offset, perValue * m_referenceSize);
+  // Containers whose references overlap may have far more slots in all than the list has bytes.
+  m_slots += perValue * range.count;
+  if (m_slots > m_bytes.size() + Limits::objects) {
+    fail("the containers of the list overlap too often", offset, Error::Code::LimitExceeded);
+  }
   Frame frame{.type = type,
               .container = static_cast<std::uint32_t>(m_containers.size()),
               .offset = offset,
@@ -208,7 +216,7 @@ void BinaryReader::finish() {
 Node BinaryReader::dictionary(const Frame& frame) {
   const std::span entries(frame.slots, 2 * frame.count);
   const std::size_t count = dropRepeatedKeys(entries, Repeated::FirstWins, [&](std::string_view key) {
-    warn("the key `" + std::string(key) + "` is repeated; the first one counts", frame.offset);
+    warn("the key " + quoted(key) + " is repeated; the first one counts", frame.offset);
   });
   return Node::dictionary(frame.slots, count);
 }
@@ -280,11 +288,14 @@ Node BinaryReader::date(std::uint64_t offset) const {
   return Node::date(result);
 }
 
-Node BinaryReader::uid(std::uint64_t offset) const {
+Node BinaryReader::uid(std::uint64_t offset) {
   const std::uint64_t size = (byteAt(offset) & 15U) + 1U;
   if (size >= m_table - offset) fail("the UID runs out of the list", offset);
   const std::uint64_t number = bigEndian(offset + 1, size);
-  if (size > 8 || number > std::numeric_limits<std::uint32_t>::max()) fail("the UID doesn't fit 32 bits", offset);
+  if (number > std::numeric_limits<std::uint32_t>::max()) fail("the UID doesn't fit 32 bits", offset);
+  if (size > 8 && bigEndian(offset + 1, size - 8) != 0) {
+    warn("the UID doesn't fit 64 bits; only the lower ones are read", offset);
+  }
   return Node::uid({static_cast<std::uint32_t>(number)});
 }
 

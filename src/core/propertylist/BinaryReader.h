@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Room.h"
@@ -22,7 +21,7 @@ class BinaryReader {
   BinaryReader(std::string_view bytes, Arena& arena) : m_bytes(bytes), m_arena(arena) {}
 
   Node read();
-  std::vector<Warning> takeWarnings() { return std::move(m_warnings); }
+  Warnings takeWarnings() { return std::move(m_warnings); }
 
  private:
   struct Object {
@@ -54,9 +53,12 @@ class BinaryReader {
   void readTrailer();
   void readOffsets();
   std::uint8_t byteAt(std::uint64_t offset) const { return static_cast<std::uint8_t>(m_bytes[offset]); }
+  /// Of a number wider than 64 bits, the lower ones, which are all that macOS looks at.
   std::uint64_t bigEndian(std::uint64_t offset, std::uint64_t size) const {
     if (size == 1) return byteAt(offset);
     if (size == 2) return static_cast<std::uint64_t>(byteAt(offset) << 8U | byteAt(offset + 1));
+    constexpr std::uint64_t widest = sizeof(std::uint64_t);
+    if (size > widest) offset += std::exchange(size, widest) - widest;
     std::uint64_t number = 0;
     for (std::uint64_t i = 0; i < size; ++i) number = number << 8U | byteAt(offset + i);
     return number;
@@ -72,7 +74,7 @@ class BinaryReader {
   Node containerNode(const Frame& frame);
   Node dictionary(const Frame& frame);
   void grow(std::uint64_t size);
-  void warn(std::string message, std::uint64_t offset);
+  void warn(std::string_view message, std::uint64_t offset);
 
   Extent longExtent(std::uint64_t offset) const;
   Extent extent(std::uint64_t offset, std::uint64_t unit) const;
@@ -82,7 +84,7 @@ class BinaryReader {
   Node integer(std::uint64_t offset);
   Node real(std::uint64_t offset) const;
   Node date(std::uint64_t offset) const;
-  Node uid(std::uint64_t offset) const;
+  Node uid(std::uint64_t offset);
   Node string(std::uint64_t offset);
   Node wideString(std::uint64_t offset);
 
@@ -98,7 +100,8 @@ class BinaryReader {
   Room<Container, 16> m_containers;
   Object* m_objects = nullptr;  // in the arena
   std::uint64_t m_size = 0;     // of what is complete in the innermost open container
-  std::vector<Warning> m_warnings;
+  std::uint64_t m_slots = 0;    // of all containers, each counted once
+  Warnings m_warnings;
 };
 
 }  // namespace mirvel::plist

@@ -18,7 +18,7 @@ constexpr std::array<std::uint8_t, 256> makeTable() {
   for (std::size_t i = 0; i < alphabet.size(); ++i) {
     table[static_cast<unsigned char>(alphabet[i])] = static_cast<std::uint8_t>(i);
   }
-  for (const char c : {' ', '\t', '\r', '\n'}) table[static_cast<unsigned char>(c)] = blank;
+  for (const char c : {' ', '\t', '\r', '\n', '\v', '\f'}) table[static_cast<unsigned char>(c)] = blank;
   table['='] = padding;
   return table;
 }
@@ -66,7 +66,8 @@ ParsedData parseData(std::string_view text) {
 }
 
 void appendDataLines(std::string& out, std::string_view bytes, std::size_t indent) {
-  const std::size_t columns = 76 - 8 * std::min<std::size_t>(indent, 8);
+  indent = std::min<std::size_t>(indent, 8);
+  const std::size_t columns = 76 - 8 * indent;
   const std::size_t bytesPerLine = columns / 4 * 3;
   for (std::size_t at = 0; at < bytes.size(); at += bytesPerLine) {
     out.append(indent, '\t');

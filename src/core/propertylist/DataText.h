@@ -15,8 +15,8 @@ struct ParsedData {
 /// anywhere and counts as zero bits, and a last group of fewer than four characters is dropped.
 ParsedData parseData(std::string_view text);
 
-/// Adds the lines of a <data> element's content, each behind `indent` tabs and ended by a line end, as the macOS writer
-/// breaks them: 76 columns less 8 for each tab, of which at most 8 count.
+/// Adds the lines of a <data> element's content, each ended by a line end, as the macOS writer indents and breaks them:
+/// behind `indent` tabs, but never more than 8, and 76 columns long less 8 for each tab.
 void appendDataLines(std::string& out, std::string_view bytes, std::size_t indent);
 
 /// In one line, with padding.

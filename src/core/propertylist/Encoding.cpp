@@ -16,8 +16,6 @@ namespace mirvel::plist {
 
 namespace {
 
-constexpr std::string_view white = " \t\r\n";
-
 bool startsWith(std::string_view bytes, std::string_view prefix) {
   return bytes.substr(0, prefix.size()) == prefix;
 }
@@ -58,19 +56,29 @@ const char* encodingByZeros(std::string_view bytes) {
   }
 }
 
-/// The encoding that the XML declaration names, or empty.
-std::string_view declaredEncoding(std::string_view text) {
-  if (!startsWith(text, "<?xml")) return {};
-  const std::string_view declaration = text.substr(0, text.find_first_of("?>", 5));
-  std::size_t at = declaration.find("encoding");
-  if (at == std::string_view::npos) return {};
-  at = text.find_first_not_of(white, at + 8);
-  if (at == std::string_view::npos || text[at] != '=') return {};
-  at = text.find_first_not_of(white, at + 1);
-  if (at == std::string_view::npos || (text[at] != '"' && text[at] != '\'')) return {};
-  const std::size_t end = text.find(text[at], at + 1);
-  if (end == std::string_view::npos) return {};
-  return text.substr(at + 1, end - at - 1);
+/// The encoding that the XML declaration names, which may be the empty text. As on macOS, no white space may stand
+/// around the `=`, and what isn't quoted isn't looked at.
+std::optional<std::string_view> declaredEncoding(std::string_view text) {
+  if (!startsWith(text, "<?xml")) return std::nullopt;
+  constexpr std::string_view attribute = "encoding=";
+  const std::size_t name = text.substr(0, text.find_first_of("?>", 5)).find(attribute);
+  if (name == std::string_view::npos) return std::nullopt;
+  const std::size_t quote = name + attribute.size();
+  if (quote == text.size() || (text[quote] != '"' && text[quote] != '\'')) return std::nullopt;
+  const std::size_t end = text.find(text[quote], quote + 1);
+  if (end == std::string_view::npos) return std::nullopt;
+  return text.substr(quote + 1, end - quote - 1);
+}
+
+/// Whether the text is made like a name of an encoding. ICU is asked for no other: it would take an empty one for the
+/// locale's own encoding, options from behind a comma, and a path for a file of its data.
+bool isEncodingName(std::string_view text) {
+  constexpr std::size_t longest = 60;
+  constexpr std::string_view signs = "-_.:+() ";
+  const auto isWordCharacter = [](char c) { return Ascii::isLetter(c) || Ascii::isDigit(c); };
+  const auto mayStand = [&](char c) { return isWordCharacter(c) || signs.find(c) != std::string_view::npos; };
+  return text.size() <= longest && std::any_of(text.begin(), text.end(), isWordCharacter) &&
+         std::all_of(text.begin(), text.end(), mayStand);
 }
 
 Error encodingError(const std::string& message) {
@@ -78,6 +86,7 @@ Error encodingError(const std::string& message) {
 }
 
 Result<std::string> convert(std::string_view bytes, const std::string& encoding) {
+  if (!isEncodingName(encoding)) return encodingError("the XML declaration names no encoding that is known");
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<UConverter, decltype(&ucnv_close)> from(ucnv_open(encoding.c_str(), &status), &ucnv_close);
   if (U_FAILURE(status)) return encodingError("the encoding `" + encoding + "` isn't known");
@@ -126,8 +135,10 @@ Result<void> decodeText(std::string_view bytes, DecodedText& result) {
   }
   if (const char* encoding = encodingByZeros(bytes)) return takeConverted(convert(bytes, encoding), result);
 
-  const std::string name = commonName(Ascii::lower(declaredEncoding(bytes)));
-  if (name.empty() || name == "utf-8" || name == "utf8") return {};
+  const auto declared = declaredEncoding(bytes);
+  if (!declared) return {};
+  const std::string name = commonName(Ascii::lower(*declared));
+  if (name == "utf-8" || name == "utf8") return {};
   if (isAsciiName(name)) {
     const auto* high = std::find_if(bytes.begin(), bytes.end(), [](char c) { return !Ascii::holds(c); });
     if (high == bytes.end()) return {};

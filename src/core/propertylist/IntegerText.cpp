@@ -2,15 +2,11 @@
 
 #include <limits>
 
+#include "core/propertylist/LeadingSpace.h"
+
 namespace mirvel::plist {
 
 namespace {
-
-constexpr std::string_view white = " \t\r\n";
-
-void skipWhite(std::string_view& text) {
-  while (!text.empty() && white.find(text.front()) != std::string_view::npos) text.remove_prefix(1);
-}
 
 bool takeSign(std::string_view& text) {
   const bool negative = !text.empty() && text.front() == '-';
@@ -35,9 +31,9 @@ unsigned digitValue(char c) {
 }  // namespace
 
 ParsedInteger parseInteger(std::string_view text) {
-  skipWhite(text);
+  text = withoutLeadingSpace(text);
   const bool negative = takeSign(text);
-  skipWhite(text);
+  text = withoutLeadingSpace(text);
   const std::uint64_t base = takeHexPrefix(text) ? 16 : 10;
   if (text.empty()) return {.number = {}, .problem = "is no number"};
 

@@ -13,8 +13,8 @@ struct ParsedInteger {
   const char* problem = "";  ///< where there is no number: why, as in "is no number"
 };
 
-/// The number that macOS reads in the text of an <integer>: white space, a sign, white space, then decimal digits or
-/// `0x` and hexadecimal ones, up to the very end.
+/// The number that macOS reads in the text of an <integer>: white space (any of Unicode's), a sign, white space, then
+/// decimal digits or `0x` and hexadecimal ones, up to the very end.
 ParsedInteger parseInteger(std::string_view text);
 
 }  // namespace mirvel::plist

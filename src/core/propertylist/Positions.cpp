@@ -1,6 +1,9 @@
 #include "core/propertylist/Positions.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <tuple>
 
 namespace mirvel::plist {
 
@@ -11,14 +14,16 @@ Place placeOf(std::string_view text, std::size_t offset) {
   return {.line = lines + 1, .column = before.size() - lineStart + 1};
 }
 
-Place PlaceCursor::placeOf(std::size_t offset) {
-  if (offset < m_offset) *this = PlaceCursor(m_text);
-  for (; m_offset < offset; ++m_offset) {
-    if (m_text[m_offset] != '\n') continue;
-    ++m_lines;
-    m_lineStart = m_offset + 1;
+Lines::Lines(std::string_view text) {
+  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n', end + 1)) {
+    m_starts.push_back(static_cast<std::uint32_t>(end + 1));
   }
-  return {.line = m_lines + 1, .column = offset - m_lineStart + 1};
+}
+
+Place Lines::placeOf(std::size_t offset) const {
+  const auto next = std::upper_bound(m_starts.begin(), m_starts.end(), offset);
+  const std::size_t start = next == m_starts.begin() ? 0 : next[-1];
+  return {.line = static_cast<std::size_t>(next - m_starts.begin()) + 1, .column = offset - start + 1};
 }
 
 std::string childPath(const std::string& parent, std::string_view key) {
@@ -29,10 +34,41 @@ std::string childPath(const std::string& parent, std::size_t index) {
   return parent + '[' + std::to_string(index) + ']';
 }
 
-std::optional<Positions::Spot> Positions::find(const std::string& path) const {
-  const auto at = m_spots.find(path);
-  if (at == m_spots.end()) return std::nullopt;
-  return at->second;
+PathHash PathHash::with(std::string_view bytes) const {
+  constexpr std::uint64_t prime = 0x100000001B3U;
+  PathHash result = *this;
+  for (const char c : bytes) result.m_number = (result.m_number ^ static_cast<unsigned char>(c)) * prime;
+  return result;
+}
+
+PathHash PathHash::child(std::string_view key) const {
+  return m_number == empty ? with(key) : with(".").with(key);
+}
+
+PathHash PathHash::child(std::size_t index) const {
+  std::array<char, 24> digits{};
+  const char* const end = std::to_chars(digits.begin(), digits.end(), index).ptr;
+  return with("[").with({digits.data(), static_cast<std::size_t>(end - digits.data())}).with("]");
+}
+
+void Positions::add(PathHash path, std::size_t key, std::size_t value) {
+  m_entries.push_back(
+      {.path = path.number(), .key = static_cast<std::uint32_t>(key), .value = static_cast<std::uint32_t>(value)});
+}
+
+void Positions::complete(std::string_view text) {
+  std::sort(m_entries.begin(), m_entries.end(),
+            [](const Entry& a, const Entry& b) { return std::tie(a.path, a.value) < std::tie(b.path, b.value); });
+  m_lines = Lines(text);
+}
+
+/// Of a path that stands there several times, as that of a repeated key does: the last place.
+std::optional<Positions::Spot> Positions::find(std::string_view path) const {
+  const std::uint64_t number = PathHash::of(path).number();
+  const auto next = std::upper_bound(m_entries.begin(), m_entries.end(), number,
+                                     [](std::uint64_t wanted, const Entry& entry) { return wanted < entry.path; });
+  if (next == m_entries.begin() || next[-1].path != number) return std::nullopt;
+  return Spot{.key = m_lines.placeOf(next[-1].key), .value = m_lines.placeOf(next[-1].value)};
 }
 
 }  // namespace mirvel::plist

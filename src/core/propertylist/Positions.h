@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace mirvel::plist {
 
@@ -16,23 +17,40 @@ struct Place {
 
 Place placeOf(std::string_view text, std::size_t offset);
 
-/// Likewise for many offsets of one text, quick as long as they grow.
-class PlaceCursor {
+/// Likewise for many offsets of one text, in any order: the text is gone through once.
+class Lines {
  public:
-  explicit PlaceCursor(std::string_view text) : m_text(text) {}
-  Place placeOf(std::size_t offset);
+  Lines() = default;  ///< of the empty text
+  explicit Lines(std::string_view text);
+  Place placeOf(std::size_t offset) const;
 
  private:
-  std::string_view m_text;
-  std::size_t m_offset = 0;
-  std::size_t m_lines = 0;      // that end before it
-  std::size_t m_lineStart = 0;  // of the line that it is in
+  std::vector<std::uint32_t> m_starts;  // of all lines but the first
 };
 
 /// `Sockets` and `Listener` give `Sockets.Listener`; the whole list has the empty path.
 std::string childPath(const std::string& parent, std::string_view key);
 /// `WatchPaths` and 0 give `WatchPaths[0]`.
 std::string childPath(const std::string& parent, std::size_t index);
+
+/// A path of that form as a number that grows with the path, key by key. So the paths of a list cost time and memory in
+/// proportion to its keys, however long these are and however deep they lie. A file that was made for it could have two
+/// paths of the same number, and would gain a wrong line in a message.
+class PathHash {
+ public:
+  PathHash() = default;  ///< of the empty path
+  static PathHash of(std::string_view path) { return PathHash().with(path); }
+  PathHash child(std::string_view key) const;
+  PathHash child(std::size_t index) const;
+
+  std::uint64_t number() const { return m_number; }
+
+ private:
+  PathHash with(std::string_view bytes) const;
+
+  static constexpr std::uint64_t empty = 0xCBF29CE484222325U;  // FNV-1a
+  std::uint64_t m_number = empty;
+};
 
 /// Where the keys and values of an XML list stand.
 class Positions {
@@ -42,12 +60,22 @@ class Positions {
     Place value;
   };
 
-  std::optional<Spot> find(const std::string& path) const;
-  void add(const std::string& path, Spot spot) { m_spots.insert_or_assign(path, spot); }
-  void clear() { m_spots.clear(); }
+  std::optional<Spot> find(std::string_view path) const;
+
+  // For the reader, which notes the values in the order of the text, and completes the whole before anybody asks.
+  void clear() { *this = {}; }
+  void add(PathHash path, std::size_t key, std::size_t value);
+  void complete(std::string_view text);
 
  private:
-  std::map<std::string, Spot> m_spots;
+  struct Entry {
+    std::uint64_t path;
+    std::uint32_t key;  // offsets
+    std::uint32_t value;
+  };
+
+  std::vector<Entry> m_entries;  // sorted by path, then by offset
+  Lines m_lines;
 };
 
 }  // namespace mirvel::plist

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
+#include "core/propertylist/Encoding.h"
 #include "core/support/Digest.h"
 #include "core/support/Error.h"
 
@@ -14,6 +16,13 @@ struct ReadFailure {
   std::size_t offset;  ///< in the text or list being read
   Error::Code code = Error::Code::Malformed;
 };
+
+/// A text of the list as messages quote it.
+inline std::string quoted(std::string_view text) {
+  constexpr std::size_t longest = 40;
+  if (text.size() > longest || !isUtf8(text)) return "something";
+  return '`' + std::string(text) + '`';
+}
 
 /// A byte as messages tell it: `0x1f`.
 inline std::string hexByte(unsigned char byte) {

@@ -62,11 +62,13 @@ Result<Document> readXml(std::string_view bytes, Positions* positions) {
   XmlReader reader(text, arena, positions);
   try {
     const Node root = reader.read();
-    std::vector<Warning> warnings = reader.takeWarnings();
-    if (decoded.notAscii) warnings.push_back(notAsciiWarning(bytes, *decoded.notAscii));
+    Warnings warnings = reader.takeWarnings();
+    if (decoded.notAscii) warnings.list.push_back(notAsciiWarning(bytes, *decoded.notAscii));
+    if (positions) positions->complete(text);
     return Document(std::move(arena), root, Format::Xml, std::move(warnings),
                     decoded.converted ? std::nullopt : std::optional(kept));
   } catch (const ReadFailure& failure) {
+    if (positions) positions->clear();
     return xmlError(failure, text);
   }
 }

@@ -27,11 +27,15 @@ struct Warning {
   std::string text() const;
 };
 
+struct Warnings {
+  std::vector<Warning> list;
+  std::size_t unreported = 0;  ///< how many there are beside those of the list
+};
+
 /// A list that was read, with the memory that its nodes lie in.
 class Document {
  public:
-  Document(Arena arena, Node root, Format format, std::vector<Warning> warnings,
-           std::optional<std::string_view> source = {})
+  Document(Arena arena, Node root, Format format, Warnings warnings, std::optional<std::string_view> source = {})
       : m_arena(std::move(arena)), m_root(root), m_format(format), m_warnings(std::move(warnings)), m_source(source) {}
 
   const Node& root() const { return m_root; }
@@ -39,7 +43,9 @@ class Document {
   /// The bytes that were read, where they are kept, because texts of the list lie in them. That is so of nearly all
   /// XML.
   std::optional<std::string_view> source() const { return m_source; }
-  const std::vector<Warning>& warnings() const { return m_warnings; }
+  const std::vector<Warning>& warnings() const { return m_warnings.list; }
+  /// How many more there are, which nothing is told of but their number.
+  std::size_t unreportedWarnings() const { return m_warnings.unreported; }
   /// A copy of the root that stands on its own.
   Value value() const { return valueOf(m_root); }
 
@@ -47,7 +53,7 @@ class Document {
   Arena m_arena;
   Node m_root;
   Format m_format;
-  std::vector<Warning> m_warnings;
+  Warnings m_warnings;
   std::optional<std::string_view> m_source;
 };
 
@@ -56,7 +62,7 @@ struct Limits {
   static constexpr std::size_t bytes = std::size_t{1} << 30;    ///< the size of the input
   static constexpr std::size_t depth = 512;                     ///< containers in each other, as on macOS
   static constexpr std::size_t objects = std::size_t{1} << 21;  ///< values in all
-  static constexpr std::size_t warnings = 100;                  ///< told of one list; the rest goes without a word
+  static constexpr std::size_t warnings = 100;                  ///< told of one list; the rest is only counted
   /// Where objects are shared, values may add up to no more than `objects` of this size, texts included, beyond the
   /// size of the input: what a copy with nothing shared takes.
   static constexpr std::size_t valueSize = 64;

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <limits>
 
+#include "core/propertylist/LeadingSpace.h"
 #include "core/support/Ascii.h"
 
 namespace mirvel::plist {
@@ -87,7 +88,7 @@ std::string realText(double number) {
 
 std::optional<double> parseReal(std::string_view text) {
   if (const auto special = specialReal(text)) return special;
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+  text = withoutLeadingSpace(text);
   if (!isDecimal(text)) return std::nullopt;
   return toDouble(std::string(text));
 }

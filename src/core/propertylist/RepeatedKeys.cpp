@@ -1,7 +1,7 @@
 #include "core/propertylist/RepeatedKeys.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <numeric>
 #include <vector>
 
 namespace mirvel::plist {
@@ -42,21 +42,32 @@ bool hasRepeatedKey(std::span<const Node> entries) {
 std::size_t dropRepeatedKeys(std::span<Node> entries, Repeated repeated,
                              const std::function<void(std::string_view)>& report) {
   if (!hasRepeatedKey(entries)) return entries.size() / 2;
-  std::unordered_map<std::string_view, std::size_t> places;
+  const auto key = [&](std::size_t entry) { return *entries[2 * entry].string(); };
+  // Sorted and not hashed: no choice of keys makes that slow.
+  std::vector<std::size_t> byKey(entries.size() / 2);
+  std::iota(byKey.begin(), byKey.end(), std::size_t{0});
+  std::stable_sort(byKey.begin(), byKey.end(), [&](std::size_t a, std::size_t b) { return key(a) < key(b); });
+  std::vector<bool> isRepeated(byKey.size());
+  std::size_t first = byKey.front();
+  for (const std::size_t entry : std::span(byKey).subspan(1)) {
+    if (key(entry) != key(first)) {
+      first = entry;
+      continue;
+    }
+    isRepeated[entry] = true;
+    if (repeated == Repeated::LastWins) entries[2 * first + 1] = entries[2 * entry + 1];
+  }
   std::size_t kept = 0;
-  for (std::size_t i = 0; i < entries.size(); i += 2) {
-    const std::string_view key = *entries[i].string();
-    const auto [at, isNew] = places.try_emplace(key, kept);
-    if (isNew) {
-      entries[kept] = entries[i];
-      entries[kept + 1] = entries[i + 1];
-      kept += 2;
+  for (std::size_t entry = 0; entry < isRepeated.size(); ++entry) {
+    if (isRepeated[entry]) {
+      report(key(entry));
     } else {
-      report(key);
-      if (repeated == Repeated::LastWins) entries[at->second + 1] = entries[i + 1];
+      entries[2 * kept] = entries[2 * entry];
+      entries[2 * kept + 1] = entries[2 * entry + 1];
+      ++kept;
     }
   }
-  return kept / 2;
+  return kept;
 }
 
 }  // namespace mirvel::plist

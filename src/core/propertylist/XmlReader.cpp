@@ -24,13 +24,6 @@ std::string tag(Element element) {
   return '<' + std::string(elementName(element)) + '>';
 }
 
-/// The text of an element as a message quotes it.
-std::string quoted(std::string_view text) {
-  constexpr std::size_t longest = 40;
-  if (text.size() > longest || !isUtf8(text)) return "something";
-  return '`' + std::string(text) + '`';
-}
-
 /// The low 32 bits of the number, toward zero for a real: what macOS takes as the number of a UID.
 std::optional<std::uint32_t> uidNumber(const Node& node) {
   if (const auto integer = node.integer()) return static_cast<std::uint32_t>(integer->bits());
@@ -65,6 +58,7 @@ void XmlReader::takeKey() {
   const std::size_t offset = m_scanner.offset();
   const auto [element, isEmpty] = m_scanner.openTag();
   if (element != Element::Key) fail(tag(element) + " stands in a <dict> where <key> was expected", offset);
+  m_keyOffset = offset;
   std::string_view key;
   if (!isEmpty) {
     key = stableText();
@@ -124,7 +118,7 @@ Node XmlReader::scalar(Element element, std::size_t offset) {
     case Element::Data:
       return data(offset);
     case Element::Key:
-      warn("<key> stands where a value belongs, and is read as a string", offset);
+      warn([] { return "<key> stands where a value belongs, and is read as a string"; }, offset);
       [[fallthrough]];
     default:
       return Node::string(stableText());
@@ -155,15 +149,20 @@ Node XmlReader::date(std::size_t offset) {
     fail("<date> holds " + quoted(text) + ", which is no date such as `2004-10-26T10:33:33Z`", offset);
   }
   if (!parsed->isInRange) {
-    warn("the date " + quoted(text) + " doesn't exist, and is read as " + dateText(parsed->date), offset);
+    warn([&] { return "the date " + quoted(text) + " doesn't exist, and is read as " + dateText(parsed->date); },
+         offset);
   }
   return Node::date(parsed->date);
 }
 
 Node XmlReader::data(std::size_t offset) {
   const ParsedData parsed = parseData(m_scanner.rawText());
-  if (parsed.hasJunk) warn("<data> holds characters that are no base64, and are passed over", offset);
-  if (parsed.isIncomplete) warn("<data> ends within a group of four characters, and its last bytes are lost", offset);
+  if (parsed.hasJunk) {
+    warn([] { return "<data> holds characters that are no base64, and are passed over"; }, offset);
+  }
+  if (parsed.isIncomplete) {
+    warn([] { return "<data> ends within a group of four characters, and its last bytes are lost"; }, offset);
+  }
   return Node::data(m_arena.copy(parsed.bytes));
 }
 
@@ -173,6 +172,7 @@ void XmlReader::open(Element element, std::size_t offset) {
          Error::Code::LimitExceeded);
   }
   m_frames.push({element, m_nodes.size(), offset});
+  if (m_positions) m_trails.push_back(m_trail);
   m_awaitsKey = element == Element::Dict;
 }
 
@@ -188,6 +188,7 @@ void XmlReader::close() {
 /// The innermost container is complete.
 void XmlReader::finish() {
   const Frame& frame = m_frames.pop();
+  if (m_positions) m_trails.pop_back();
   if (frame.element == Element::Plist) {
     if (m_nodes.size() == frame.firstNode) fail("<plist> is empty", frame.offset);
     const Node value = m_nodes.back();
@@ -208,12 +209,12 @@ Node XmlReader::array(const Frame& frame) {
 Node XmlReader::dictionary(const Frame& frame) {
   const std::span entries(&m_nodes[frame.firstNode], m_nodes.size() - frame.firstNode);
   m_nodes.shrinkTo(frame.firstNode);
-  if (entries.size() == 2 && entries[0].string() == uidKey) {
+  const std::size_t count = dropRepeatedKeys(entries, Repeated::LastWins, [&](std::string_view key) {
+    warn([&] { return "the key " + quoted(key) + " is repeated; the last one counts"; }, offsetOfKey(key, frame));
+  });
+  if (count == 1 && entries[0].string() == uidKey) {
     if (const auto number = uidNumber(entries[1])) return Node::uid({*number});
   }
-  const std::size_t count = dropRepeatedKeys(entries, Repeated::LastWins, [&](std::string_view key) {
-    warn("the key " + quoted(key) + " is repeated; the last one counts", offsetOfKey(key, frame));
-  });
   return Node::dictionary(m_arena.copy(entries.data(), 2 * count), count);
 }
 
@@ -240,34 +241,50 @@ std::size_t XmlReader::offsetOfKey(std::string_view key, const Frame& frame) con
   return m_text.rfind('<', m_scanner.offsetOf(key.data()));
 }
 
+/// Of the value whose element begins at `offset`. A <plist> adds nothing to the path of what is in it.
 void XmlReader::notePosition(std::size_t offset) {
-  std::string path;
-  std::size_t keyOffset = offset;
-  for (std::size_t i = 0; i < m_frames.size(); ++i) {
-    const Frame& frame = m_frames[i];
-    const std::size_t end = i + 1 < m_frames.size() ? m_frames[i + 1].firstNode : m_nodes.size();
+  if (m_frames.empty()) {
+    m_trail = {};
+  } else {
+    const Frame& frame = m_frames.back();
+    const Trail& outer = m_trails.back();
     if (frame.element == Element::Dict) {
-      const std::string_view key = *m_nodes[end - 1].string();
-      path = childPath(path, key);
-      keyOffset = offsetOfKey(key, frame);
+      m_trail = {.path = outer.path.child(*m_nodes.back().string()), .hasKey = true};
     } else if (frame.element == Element::Array) {
-      path = childPath(path, end - frame.firstNode);
-      keyOffset = offset;
+      m_trail = {.path = outer.path.child(m_nodes.size() - frame.firstNode), .hasKey = false};
+    } else {
+      m_trail = outer;
     }
   }
-  const Place keyPlace = m_cursor.placeOf(keyOffset);
-  m_positions->add(path, {.key = keyPlace, .value = m_cursor.placeOf(offset)});
+  m_positions->add(m_trail.path, m_trail.hasKey ? m_keyOffset : offset, offset);
 }
 
-void XmlReader::warn(std::string message, std::size_t offset) {
-  if (m_warnings.size() == Limits::warnings) return;
-  const Place place = placeOf(m_text, offset);
-  m_warnings.push_back({.message = std::move(message), .line = place.line, .column = place.column});
+/// `message` gives the text, which is only made if it is told.
+template <typename Message>
+void XmlReader::warn(Message message, std::size_t offset) {
+  if (m_remarks.size() == Limits::warnings) {
+    ++m_unreported;
+  } else {
+    m_remarks.push_back({.message = message(), .offset = offset});
+  }
+}
+
+Warnings XmlReader::takeWarnings() {
+  Warnings result{.list = {}, .unreported = m_unreported};
+  if (m_remarks.empty()) return result;
+  const Lines lines(m_text);
+  for (Remark& remark : m_remarks) {
+    const Place place = lines.placeOf(remark.offset);
+    result.list.push_back({.message = std::move(remark.message), .line = place.line, .column = place.column});
+  }
+  return result;
 }
 
 void XmlReader::checkRest() {
   const std::size_t end = m_scanner.offset();
-  if (!m_scanner.onlyBlankLeft()) warn("something stands behind the end of the list; macOS doesn't read it", end);
+  if (!m_scanner.onlyBlankLeft()) {
+    warn([] { return "something stands behind the end of the list; macOS doesn't read it"; }, end);
+  }
 }
 
 }  // namespace mirvel::plist

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "core/propertylist/Positions.h"
@@ -17,16 +17,25 @@ class XmlReader {
  public:
   /// `utf8` lies in the arena, or outlives it, and is followed by `XmlScanner::padding`; `positions` may be null.
   XmlReader(std::string_view utf8, Arena& arena, Positions* positions)
-      : m_text(utf8), m_arena(arena), m_scanner(utf8), m_positions(positions), m_cursor(utf8) {}
+      : m_text(utf8), m_arena(arena), m_scanner(utf8), m_positions(positions) {}
 
   Node read();
-  std::vector<Warning> takeWarnings() { return std::move(m_warnings); }
+  Warnings takeWarnings();
 
  private:
   /// A container whose closing tag hasn't come yet.
   struct Frame {
     Element element;
     std::size_t firstNode;  ///< where its nodes begin on the stack
+    std::size_t offset;
+  };
+  /// The way to a value.
+  struct Trail {
+    PathHash path;
+    bool hasKey = false;  ///< it stands behind a key, perhaps within a <plist>
+  };
+  struct Remark {
+    std::string message;
     std::size_t offset;
   };
 
@@ -49,14 +58,17 @@ class XmlReader {
 
   void notePosition(std::size_t offset);
   std::size_t offsetOfKey(std::string_view key, const Frame& frame) const;
-  void warn(std::string message, std::size_t offset);
+  template <typename Message>
+  void warn(Message message, std::size_t offset);
   void checkRest();
 
   std::string_view m_text;
   Arena& m_arena;
   XmlScanner m_scanner;
   Positions* m_positions;
-  PlaceCursor m_cursor;
+  Trail m_trail;                // of the latest value; like the next, only where positions are wanted
+  std::vector<Trail> m_trails;  // of the open containers
+  std::size_t m_keyOffset = 0;  // of the latest key
   Room<Frame, 32> m_frames;
   /// What is read and whose container isn't complete yet: the innermost container's nodes lie on top, those of a
   /// dictionary as key, value, key, value. A complete container's go to the arena, and one node takes their place.
@@ -65,7 +77,8 @@ class XmlReader {
   std::size_t m_depth = 0;
   std::size_t m_objects = 0;
   bool m_isDone = false;
-  std::vector<Warning> m_warnings;
+  std::vector<Remark> m_remarks;
+  std::size_t m_unreported = 0;
 };
 
 }  // namespace mirvel::plist

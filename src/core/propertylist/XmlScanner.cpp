@@ -20,7 +20,7 @@ constexpr bool isWhite(char c) {
   return c == ' ' || c == '\n' || c == '\t' || c == '\r';
 }
 constexpr bool endsName(char c) {
-  return c == '>' || c == '/' || isWhite(c);
+  return c == '>' || isWhite(c);
 }
 
 /// A character as a message shows it: `x`, or its number where it can't be shown.
@@ -129,12 +129,14 @@ Element XmlScanner::elementOf(std::string_view name) const {
 
 XmlScanner::Tag XmlScanner::unusualOpenTag() {
   const char* const name = m_at + 1;
-  const char* const nameEnd = std::find_if(name, m_end, endsName);
+  const char* nameEnd = std::find_if(name, m_end, endsName);
   const char* const end = std::find(nameEnd, m_end, '>');
   if (end == m_end) fail("the tag isn't closed by `>`", m_at);
+  const bool isEmpty = end[-1] == '/';
+  if (isEmpty && nameEnd == end) --nameEnd;
   const Element element = elementOf({name, static_cast<std::size_t>(nameEnd - name)});
   m_at = end + 1;
-  return {.element = element, .isEmpty = end[-1] == '/'};
+  return {.element = element, .isEmpty = isEmpty};
 }
 
 /// A closing tag with white space before its end, or none.

@@ -26,14 +26,14 @@ icu::UnicodeString withWord(icu::UnicodeString pattern, const icu::UnicodeString
   return word.isEmpty() || begin < 0 ? pattern : pattern.replace(begin, 4, quoted(word));
 }
 
-/// Makes the formats of one language and zone.
+/// Makes the formats of one locale and zone; words such as "tomorrow" are those of the language.
 class Factory {
  public:
-  Factory(const icu::Locale& locale, const icu::TimeZone& zone)
+  Factory(const icu::Locale& locale, const icu::Locale& language, const icu::TimeZone& zone)
       : m_locale(locale),
         m_zone(zone),
         m_patterns(icu::DateTimePatternGenerator::createInstance(locale, m_status)),
-        m_words(locale, m_status) {}
+        m_words(language, m_status) {}
 
   icu::UnicodeString pattern(const char16_t* skeleton) {
     return U_SUCCESS(m_status) ? m_patterns->getBestPattern(skeleton, m_status) : icu::UnicodeString();
@@ -87,7 +87,8 @@ struct MomentTexts::Formats {
 };
 
 MomentTexts::MomentTexts(const Localize& localize, std::string zone) : m_localize(localize), m_zone(std::move(zone)) {
-  m_formats = std::make_unique<const Formats>(Factory(icu::Locale(localize.locale().c_str()), *rulesOfZone(m_zone)));
+  m_formats = std::make_unique<const Formats>(Factory(icu::Locale(localize.timeLocale().c_str()),
+                                                      icu::Locale(localize.locale().c_str()), *rulesOfZone(m_zone)));
 }
 
 MomentTexts::~MomentTexts() = default;

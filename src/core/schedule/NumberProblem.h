@@ -10,7 +10,7 @@
 
 namespace mirvel::Scheduled {
 
-/// Why the job won't run as often as the number in a row says.
+/// Why the job won't run as often as the number in a row says. Nothing of it is saved.
 enum class NumberProblem {
   notAWholeNumber,      ///< nor is an empty text
   tooLarge,             ///< for 64 bits, as seconds

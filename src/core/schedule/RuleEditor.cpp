@@ -9,7 +9,7 @@ template <typename Tell>
 void RuleEditor::changed(Tell tellView) {
   if (m_controller.isBuilding()) return;
   if (m_view) tellView(*m_view);
-  m_controller.rowsDidChange();
+  if (m_delegate) m_delegate->rulesDidChange();
 }
 
 const Criteria& RuleEditor::choices(std::size_t row, std::size_t position) const {
@@ -32,6 +32,23 @@ std::vector<ScheduledType> RuleEditor::rules() const {
 
 std::vector<std::optional<NumberProblem>> RuleEditor::problems() const {
   return numberProblems(rows(), m_controller.texts(), m_controller.numbers());
+}
+
+bool RuleEditor::isValid() const {
+  const auto found = problems();
+  return std::none_of(found.begin(), found.end(), [](const auto& problem) { return problem.has_value(); });
+}
+
+std::optional<InvalidField> RuleEditor::refuse() {
+  const auto found = problems();
+  const auto first = std::find_if(found.begin(), found.end(), [](const auto& problem) { return problem.has_value(); });
+  if (first == found.end()) return std::nullopt;
+  const auto row = static_cast<std::size_t>(first - found.begin());
+  if (m_view) m_view->rowWasRefused(row);
+  const Localize& localize = m_controller.localize();
+  const std::string& kind = m_rows[row].criteria.front()->name();
+  return InvalidField{.message = localize.ruleCantBeSaved(localize.int_(static_cast<std::int64_t>(row) + 1), kind),
+                      .reason = text(**first, localize)};
 }
 
 void RuleEditor::addRowBehind(std::size_t row) {
@@ -80,6 +97,11 @@ void RuleEditor::setRow(std::size_t row, RuleRow content) {
   if (row >= m_rows.size() || m_rows[row] == content) return;
   m_rows[row] = std::move(content);
   changed([](RuleEditorType& view) { view.rowsWereLoaded(); });
+}
+
+void RuleEditor::setContent(std::vector<RuleRow> rows) {
+  m_rows = std::move(rows);
+  rowsWereLoaded();
 }
 
 void RuleEditor::rowsWereLoaded() {

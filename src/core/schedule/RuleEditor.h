@@ -8,6 +8,7 @@
 #include "core/schedule/NumberProblem.h"
 #include "core/schedule/RuleRow.h"
 #include "core/schedule/ScheduledController.h"
+#include "core/support/InvalidField.h"
 
 namespace mirvel::Scheduled {
 
@@ -27,10 +28,12 @@ class RuleEditorType {
   virtual void valueWasEntered() = 0;
   /// All rows are others.
   virtual void rowsWereLoaded() = 0;
+  /// The row can't be saved: the user is to mend its number.
+  virtual void rowWasRefused(std::size_t row) = 0;
 };
 
-/// The rows of a rule editor, as the user puts them together. Each change is told to what shows it and then to the
-/// delegate of the controller, neither while rules are loaded. A row or a position that isn't there changes nothing,
+/// The rows of a rule editor, as the user puts them together. Each change is told to what shows it and then to its
+/// delegate, neither while rules are loaded. A row or a position that isn't there changes nothing,
 /// and nothing is told of what stays the same. For the main thread.
 class RuleEditor {
  public:
@@ -40,16 +43,25 @@ class RuleEditor {
   RuleEditor(const RuleEditor&) = delete;
   RuleEditor& operator=(const RuleEditor&) = delete;
 
+  /// Who hears of changes; null: nobody. Outlives the editor, or takes itself out.
+  void setDelegate(ScheduledDelegate* delegate) { m_delegate = delegate; }
   ScheduledController& controller() const { return m_controller; }
   std::size_t numberOfRows() const { return m_rows.size(); }
   const RuleRow& row(std::size_t row) const { return m_rows.at(row); }
   /// What can be chosen there: the criterion at that position, and its siblings.
   const Criteria& choices(std::size_t row, std::size_t position) const;
+  const std::vector<RuleRow>& content() const { return m_rows; }
+  /// Replaces all rows, whatever is in them; the delegate isn't told.
+  void setContent(std::vector<RuleRow> rows);
   /// All that `readRows` reads.
   std::vector<Row> rows() const;
   /// What the rows say, without those that say nothing.
   std::vector<ScheduledType> rules() const;
   std::vector<std::optional<NumberProblem>> problems() const;
+  /// Whether the rows can be saved as they stand.
+  bool isValid() const;
+  /// The first row that can't be saved, which is then told to what shows it. None: they are valid.
+  std::optional<InvalidField> refuse();
 
   /// A new row at the end: as `addRowBehind` makes it, and in an empty editor one with a repeat interval.
   void addRow() { insertRow(m_rows.size()); }
@@ -74,6 +86,7 @@ class RuleEditor {
 
   ScheduledController& m_controller;
   RuleEditorType* const m_view;
+  ScheduledDelegate* m_delegate = nullptr;
   std::vector<RuleRow> m_rows;
 };
 

@@ -63,8 +63,4 @@ void ScheduledController::load(const std::vector<Scheduled::ScheduledType>& rule
   editor.rowsWereLoaded();
 }
 
-void ScheduledController::rowsDidChange() {
-  if (delegate) delegate->rulesDidChange();
-}
-
 }  // namespace mirvel

@@ -16,7 +16,7 @@ namespace Scheduled {
 class RuleEditor;
 }
 
-/// Hears that the rows of the rule editor have changed.
+/// Hears that the rows of a rule editor have changed.
 class ScheduledDelegate {
  public:
   ScheduledDelegate() = default;
@@ -25,12 +25,6 @@ class ScheduledDelegate {
   ScheduledDelegate& operator=(const ScheduledDelegate&) = delete;
 
   virtual void rulesDidChange() = 0;
-
-  /// Expires when it goes.
-  std::weak_ptr<const void> life() const { return m_life; }
-
- private:
-  const std::shared_ptr<const int> m_life = std::make_shared<const int>(0);
 };
 
 /// The data source of the rule editors: what can be chosen in their rows, and how rules become rows. Everything slow is
@@ -42,8 +36,6 @@ class ScheduledController {
   ~ScheduledController();
   ScheduledController(const ScheduledController&) = delete;
   ScheduledController& operator=(const ScheduledController&) = delete;
-
-  ScheduledDelegate* delegate = nullptr;  ///< whoever it is takes itself out when it goes
 
   const Localize& localize() const { return m_localize; }
   /// The criteria below that one; with none, the six kinds of rule.
@@ -57,13 +49,10 @@ class ScheduledController {
   /// How moments are told in the time zone that the machine keeps now.
   const MomentTexts& moments() const;
 
-  /// Replaces the editor's rows by those of the rules; the delegate isn't told. A rule that no row can show, one with a
+  /// Replaces the editor's rows by those of the rules; its delegate isn't told. A rule that no row can show, one with a
   /// number out of range, leaves a new row in its place.
   void load(const std::vector<Scheduled::ScheduledType>& rules, Scheduled::RuleEditor& editor);
   bool isBuilding() const { return m_isBuilding; }
-
-  /// Tells the delegate.
-  void rowsDidChange();
 
  private:
   struct Source;

@@ -70,7 +70,7 @@ std::optional<std::string> Defaults::text(std::string_view key) const {
 }
 
 Result<void> Defaults::setText(std::string_view key, std::string value) {
-  return m_file.set(key, std::move(value));
+  return m_file.set(std::string(key), std::move(value));
 }
 
 std::optional<std::vector<std::int64_t>> Defaults::expandedGroups() const {
@@ -86,15 +86,15 @@ std::optional<std::vector<std::int64_t>> Defaults::expandedGroups() const {
 }
 
 Result<void> Defaults::setExpandedGroups(const std::vector<std::int64_t>& kinds) {
-  return m_file.set(Key::expandedGroups, plist::Array(kinds.begin(), kinds.end()));
+  return m_file.set(std::string(Key::expandedGroups), plist::Array(kinds.begin(), kinds.end()));
 }
 
 Result<void> Defaults::set(std::string_view key, bool value) {
-  return m_file.set(key, value);
+  return m_file.set(std::string(key), value);
 }
 
 Result<void> Defaults::set(std::string_view key, std::int64_t value) {
-  return m_file.set(key, value);
+  return m_file.set(std::string(key), value);
 }
 
 }  // namespace mirvel

@@ -8,13 +8,14 @@
 #include <variant>
 #include <vector>
 
-#include "core/support/PreferencesFile.h"
 #include "core/support/Result.h"
+#include "core/support/Store.h"
 
 namespace mirvel {
 
 /// The program's whole configuration, kept in one property list. Every read sees the file as it is now, every write
-/// goes to the file at once and touches one key; see `PreferencesFile` for what others may do to the file meanwhile.
+/// goes to the file at once and touches one key; see `Store` for what others may do to the file meanwhile. A setting
+/// that can't be written holds until the program ends, which the store reports: callers needn't tell the user.
 ///
 /// A key that is absent, or holds a value of another type, has its registered default; what it holds stays in the file
 /// until the key is written. For the main thread.
@@ -47,12 +48,15 @@ class Defaults {
     static constexpr std::string_view windowFrame = "NSWindow Frame Main App Window";
     static constexpr std::string_view splitFrames = "NSSplitView Subview Frames Main App Window";
     static constexpr std::string_view expandedGroups = "Tree";
+    static constexpr std::string_view listColumns = "NSTableView Columns List";
+    static constexpr std::string_view listSort = "NSTableView Sort Ordering List";
   };
 
-  using Damaged = PreferencesFile::Damaged;
+  using Damaged = Store::Damaged;
 
-  explicit Defaults(std::filesystem::path file, Damaged damaged = Damaged::SetAside)
-      : m_file(std::move(file), damaged) {}
+  /// Without `troubles`, which outlives it, nobody is told of a file that can't be read or written.
+  explicit Defaults(std::filesystem::path file, Damaged damaged = Damaged::SetAside, StoreTroubles* troubles = nullptr)
+      : m_file(std::move(file), troubles, damaged) {}
 
   /// The registered default of a key, used by a member or not.
   static std::optional<Value> registered(std::string_view key);
@@ -126,11 +130,8 @@ class Defaults {
   /// Inverts a boolean key; check boxes write by this.
   Result<void> negate(std::string_view key) { return set(key, !boolean(key)); }
 
-  /// Where a damaged file was moved, if one was met: something to tell the user.
-  const std::optional<std::filesystem::path>& damagedFile() const { return m_file.setAside(); }
-
  private:
-  mutable PreferencesFile m_file;  // reading may have to read the file again
+  mutable Store m_file;  // reading may have to read the file again
 };
 
 }  // namespace mirvel

@@ -22,7 +22,10 @@ Error systemError(int errnoValue, const std::string& doing, const std::string& p
   Error::Code code = Error::Code::Io;
   if (errnoValue == ENOENT || errnoValue == ENOTDIR) code = Error::Code::NotFound;
   if (errnoValue == EACCES || errnoValue == EPERM || errnoValue == EROFS) code = Error::Code::NotPermitted;
-  return {.code = code, .message = "can't " + doing + ": " + std::generic_category().message(errnoValue), .file = path};
+  return {.code = code,
+          .message = "can't " + doing + ": " + std::generic_category().message(errnoValue),
+          .file = path,
+          .systemCode = errnoValue};
 }
 
 }  // namespace mirvel

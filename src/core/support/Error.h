@@ -20,6 +20,8 @@ struct Error {
     WrongType,            ///< a key holds a value of another type than it must
     NoForm,               ///< a key that may hold values of several forms holds none of them
     BadArgument,          ///< the caller asked for something that can't be
+    NotTrusted,           ///< somebody else than root and the user could have written the file
+    StillRunning,         ///< a job that was asked to end hasn't ended within the time
   };
 
   Code code;
@@ -29,6 +31,7 @@ struct Error {
   std::size_t column = 0;                    ///< in bytes of UTF-8 text, counted from 1
   std::optional<std::uint64_t> offset = {};  ///< byte offset in a binary list
   std::string keyPath = {};                  ///< such as `KeepAlive.SuccessfulExit` or `Sockets.Listener[0]`
+  int systemCode = 0;                        ///< the errno value of a system call that failed; 0: none did
 
   /// The sentence for a person, place first: "line 13, column 12: <integer> holds `12x`, which is no number".
   std::string text() const;

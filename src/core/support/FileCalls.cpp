@@ -8,8 +8,8 @@
 
 namespace mirvel {
 
-int FileCalls::create(int folder, const char* name) {
-  return ::openat(folder, name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+int FileCalls::create(int folder, const char* name, mode_t mode) {
+  return ::openat(folder, name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
 }
 
 ssize_t FileCalls::write(int file, const char* bytes, std::size_t count) {

@@ -15,8 +15,8 @@ class FileCalls {
   FileCalls(const FileCalls&) = delete;
   FileCalls& operator=(const FileCalls&) = delete;
 
-  /// Makes a new file for writing, open to nobody else; fails with EEXIST if the name is taken.
-  virtual int create(int folder, const char* name);
+  /// Makes a new file for writing, with the mode that the umask leaves; fails with EEXIST if the name is taken.
+  virtual int create(int folder, const char* name, mode_t mode);
   virtual ssize_t write(int file, const char* bytes, std::size_t count);
   virtual int setMode(int file, mode_t mode);
   /// Flushes to the device itself, not just to the device's own cache where the system tells them apart.

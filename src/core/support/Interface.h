@@ -12,13 +12,16 @@
 
 namespace mirvel {
 
-/// A question to the user. A button without a title isn't there; the Escape key presses the last one that is.
+/// A question to the user. A button without a title isn't there.
 struct Alert {
   std::string message;
   std::string informativeText = {};
   std::string defaultTitle;
   std::string alternateTitle = {};
   std::string otherTitle = {};
+  /// The button that loses nothing: Return, Escape and the close button all press it. None: Return presses the first
+  /// button, the others the last one that is there.
+  std::optional<int> safeButton = {};
   std::string suppression = {};  ///< boolean key of `Defaults` for "don't ask again"; empty: not offered
 };
 

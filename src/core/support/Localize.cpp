@@ -79,8 +79,9 @@ class Localize::Numbers {
   std::unique_ptr<icu::NumberFormat> m_format;
 };
 
-Localize::Localize(const std::string& locale, const fs::path& catalogues)
+Localize::Localize(const std::string& locale, const fs::path& catalogues, const std::string& timeLocale)
     : m_locale(locale),
+      m_timeLocale(timeLocale.empty() ? locale : timeLocale),
       m_catalog(findCatalog(icu::Locale(locale.c_str()), catalogues)),
       m_numbers(std::make_unique<Numbers>()) {}
 
@@ -91,6 +92,18 @@ std::string Localize::currentLocale() {
   // The "POSIX" variant of English has no grouping of numbers and sorts by bytes, which nobody wants to read.
   if (std::string_view(locale.getVariant()) == "POSIX") return "en";
   return locale.getName();
+}
+
+std::string Localize::timeLocale(const std::string& locale, const Environment& environment) {
+  const auto value = [&environment](const char* name) {
+    const auto found = environment.find(name);
+    return found == environment.end() ? std::string() : found->second;
+  };
+  const std::string ofTimes = value("LC_TIME");
+  if (ofTimes.empty() || !value("LC_ALL").empty()) return locale;
+  if (ofTimes == "C" || ofTimes == "POSIX" || ofTimes.starts_with("C.")) return "en";
+  const icu::Locale found = icu::Locale::createCanonical(ofTimes.c_str());
+  return *found.getLanguage() == '\0' || found.isBogus() ? locale : found.getName();
 }
 
 bool Localize::isRightToLeft() const {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "core/support/Environment.h"
 #include "core/support/MessageCatalog.h"
 
 namespace mirvel {
@@ -25,15 +26,21 @@ class Localize {
 
   /// Takes the translations from `<catalogues>/<language>/LC_MESSAGES/mirvel.mo`, first of the language as spoken in
   /// the locale's region ("pt_BR"), then of the language ("pt"). With neither, or with a damaged file, texts are
-  /// English. Numbers are always those of the locale.
-  explicit Localize(const std::string& locale = currentLocale(), const std::filesystem::path& catalogues = {});
+  /// English. Numbers are always those of the locale, dates and times those of `timeLocale`, by default the same.
+  explicit Localize(const std::string& locale = currentLocale(), const std::filesystem::path& catalogues = {},
+                    const std::string& timeLocale = {});
   ~Localize();
   Localize(const Localize&) = delete;
   Localize& operator=(const Localize&) = delete;
 
   /// The locale of the user, such as "de_AT"; plain English if the process has none.
   static std::string currentLocale();
+  /// The locale in which the user wants dates and times: that of `LC_TIME`, unless `LC_ALL` overrides it; otherwise
+  /// `locale`.
+  static std::string timeLocale(const std::string& locale, const Environment& environment);
   const std::string& locale() const { return m_locale; }
+  /// That of dates and times.
+  const std::string& timeLocale() const { return m_timeLocale; }
   /// Whether the texts are in a language that is written from right to left.
   bool isRightToLeft() const;
 
@@ -68,11 +75,23 @@ class Localize {
   std::string anUnknownErrorOccurredWhenFetchingTheLog() const {
     return text("An unknown error occurred when fetching the log");
   }
+  std::string anotherJobHasTheName(const std::string& name) const {
+    return format("Another job is called “%@”, too", {name});
+  }
+  std::string anotherJobHasTheNameIn(const std::string& path) const {
+    return format(
+        "It is in the file %@. Of two jobs of one name only one can run, so the restored one would be saved as "
+        "disabled.",
+        {path});
+  }
   std::string anotherProgramChangedTheFile() const {
     return text("Another program changed the job’s file after you opened it.");
   }
   std::string application() const { return text("Application"); }
   std::string applicationHint() const { return text("One that is installed, or any program file"); }
+  std::string askAnAdministrator() const {
+    return text("The password was wrong, or your account isn’t allowed to administer this computer.");
+  }
   std::string atStartupAndWhenSaving() const { return text("At startup and when saving"); }
   std::string areYouSureYouWantToDelete(const std::string& name) const {
     return format("Are you sure you want to delete “%@”?", {name});
@@ -86,10 +105,13 @@ class Localize {
   std::string cannotAuthenticate() const { return text("Cannot authenticate"); }
   std::string change() const { return text("Change"); }
   std::string check() const { return text("Check"); }
+  std::string checkTheContentOfTheJobFile() const { return text("Check the content of the job file."); }
+  std::string checkWhoMayChangeTheFile() const {
+    return text("Check who owns the file and its folder, and who may change them.");
+  }
   std::string chooseIcon() const { return text("Choose Icon…"); }
   std::string chooseOrWriteAScript() const { return text("Choose a script that you have, or write a new one here."); }
   std::string chooseWhatYouWantToRun() const { return text("Choose what you want to run"); }
-  std::string clearMenu() const { return text("Clear Menu"); }
   std::string clients() const { return text("Clients"); }
   std::string close() const { return text("Close"); }
   std::string compare() const { return text("Compare"); }
@@ -101,6 +123,9 @@ class Localize {
   }
   std::string copy() const { return text("Copy"); }
   std::string copyOf(const std::string& name) const { return format("%@ copy", {name}); }
+  std::string couldntBeDeleted(const std::string& file) const { return format("“%@” couldn’t be deleted", {file}); }
+  std::string couldntBeRead(const std::string& file) const { return format("“%@” couldn’t be read", {file}); }
+  std::string couldntBeWritten(const std::string& file) const { return format("“%@” couldn’t be written", {file}); }
   std::string couldntLookForUpdates() const { return text("Couldn’t look for a new version"); }
   std::string couldntOpenInThatFormat(const std::string& name) const {
     return format("The file “%@” couldn’t be opened because it isn’t in the correct format.", {name});
@@ -111,6 +136,20 @@ class Localize {
   std::string dayOfWeek() const { return text("Day of Week"); }
   std::string dayOfYear() const { return text("Day of Year"); }
   std::string delete_() const { return text("Delete"); }
+  std::string deleteAnyway() const { return text("Delete Anyway"); }
+  std::string deleted() const { return text("Deleted"); }
+  std::string deletedJobsAreKept(std::int64_t days) const {
+    return format("Mirvel keeps the jobs that you delete for %@ days.", {int_(days)});
+  }
+  std::string deletedJobStays(const std::string& until) const {
+    return format("You can bring it back with “Restore Deleted” in the File menu until %@.", {until});
+  }
+  std::string deleteRevisions() const { return text("Delete Revisions…"); }
+  std::string deleteRevisionsOf(const std::string& name) const {
+    return format("Do you want to delete the revisions of “%@”?", {name});
+  }
+  std::string deleteRevisionsOfAllJobs() const { return text("Delete for All Jobs"); }
+  std::string deleteRevisionsOfThisJob() const { return text("Delete for This Job"); }
   std::string deprecated() const { return text("Deprecated"); }
   std::string disabled() const { return text("Disabled"); }
   std::string discardChanges() const { return text("Discard Changes"); }
@@ -119,10 +158,12 @@ class Localize {
   std::string edit() const { return text("Edit"); }
   std::string editScript() const { return text("Edit Script…"); }
   std::string enabled() const { return text("Enabled"); }
+  std::string enabledButNotRun() const { return text("Enabled, but not run now"); }
   std::string everyDay() const { return text("Every Day"); }
   std::string everyHour() const { return text("Every Hour"); }
   std::string everyone() const { return text("Everyone"); }
   std::string exclude() const { return text("Exclude"); }
+  std::string file() const { return text("File"); }
   std::string filter() const { return text("Filter"); }
   std::string folderWatch() const { return text("Folder Watch"); }
   std::string fileWasChangedMeanwhile(const std::string& name) const {
@@ -141,12 +182,20 @@ class Localize {
   std::string identifier() const { return text("Identifier"); }
   std::string importString() const { return text("Import"); }
   std::string info() const { return text("Info"); }
+  std::string installPkexec() const {
+    return text(
+        "The program pkexec is missing, by which Mirvel asks for your password. Install the package “pkexec” or "
+        "“policykit-1” and try again.");
+  }
   std::string internalHelperTools() const { return text("Internal Helper Tools"); }
+  std::string itIsTooLargeForAJobFile() const { return text("It’s too large for a job file."); }
   std::string itWillNeverRun() const { return text("It will never run on this schedule"); }
   std::string keepAProgramRunning() const { return text("Keep a Program Running"); }
   std::string keepMine() const { return text("Keep Mine"); }
+  std::string keptUntil() const { return text("Kept Until"); }
   std::string key() const { return text("Key"); }
   std::string kind() const { return text("Kind"); }
+  std::string labelIsInUse(const std::string& label) const { return format("Another job has the label “%@”", {label}); }
   std::string launchAgainIfItCrashes() const { return text("Launch again if it crashes"); }
   std::string later() const { return text("Later"); }
   std::string length() const { return text("Length"); }
@@ -156,6 +205,9 @@ class Localize {
   std::string log() const { return text("Log"); }
   std::string loginItems() const { return text("Login Items"); }
   std::string mail() const { return text("Mail"); }
+  std::string makeSureThatOnlyYouCanChangeTheFile() const {
+    return text("Make sure that only you can change the file and its folder, and try again.");
+  }
   std::string message() const { return text("Message"); }
   std::string minuteNeeded() const { return text("A minute from 0 to 59 is needed"); }
   std::string miscellaneous() const { return text("Miscellaneous"); }
@@ -172,9 +224,13 @@ class Localize {
   }
   std::string nextRunsTitle() const { return text("Next runs"); }
   std::string nightlyScript() const { return text("Nightly Script"); }
+  std::string noDeletedJobs() const { return text("No Deleted Jobs"); }
   std::string noError() const { return text("No error"); }
   std::string noItems() const { return text("No Items"); }
   std::string noSelection() const { return text("No Selection"); }
+  std::string noShellReadsTheCommand(const std::string& sign) const {
+    return format("No shell reads the command: the program would get “%@” as it stands.", {sign});
+  }
   std::string noValue() const { return text("No Value"); }
   std::string notAWholeNumber() const { return text("This isn’t a whole number"); }
   std::string notEditable() const { return text("Not editable"); }
@@ -187,10 +243,28 @@ class Localize {
   std::string off() const { return text("Off"); }
   std::string ok() const { return text("OK"); }
   std::string on() const { return text("On"); }
+  std::string onlyOneOfTheTwoCanBeLoaded(const std::string& path) const {
+    return format(
+        "It is in the file “%@”. Only one of the two jobs can be loaded. Give this one another label, or save it "
+        "disabled.",
+        {path});
+  }
   std::string onlyTheFirstIntervalCounts() const { return text("Only the first repeat interval counts"); }
   std::string onlyWhenStartedByHand() const { return text("Only when it is started by hand"); }
   std::string open() const { return text("Open"); }
   std::string orBeginWith() const { return text("Or begin with"); }
+  std::string ownFileCantBeRead() const { return text("Mirvel can’t read one of its own files"); }
+  std::string ownFileCantBeWritten() const { return text("Mirvel can’t write one of its own files"); }
+  std::string ownFileIsLeftAlone(const std::string& reason) const {
+    return format("%@. The file is left as it is, and what would be written to it is kept until you quit.", {reason});
+  }
+  std::string ownFileStaysInMemory(const std::string& reason) const {
+    return format("%@. What would be written to it is kept until you quit.", {reason});
+  }
+  std::string ownFileWasDamaged() const { return text("One of Mirvel’s own files was damaged"); }
+  std::string ownFileWasMoved(const std::string& reason, const std::string& rescue) const {
+    return format("%1$@. It is now called %2$@, and Mirvel goes on without what it held.", {reason, rescue});
+  }
   std::string part() const { return text("Part"); }
   std::string path() const { return text("Path"); }
   std::string paths() const { return text("Paths"); }
@@ -205,10 +279,21 @@ class Localize {
   std::string removeRule() const { return text("Remove Rule"); }
   std::string renameTheItemAndTryAgain() const { return text("Rename the item and try again"); }
   std::string repeatInterval() const { return text("Repeat Interval"); }
+  std::string restore() const { return text("Restore"); }
+  std::string restoreDeleted() const { return text("Restore Deleted"); }
+  std::string restoreDisabled() const { return text("Restore Disabled"); }
   std::string revealInFinder() const;
   std::string revisions() const { return text("Revisions"); }
+  std::string revisionsAreEarlierContents() const {
+    return text(
+        "Revisions are the earlier contents of a job, as you saved them. The jobs themselves stay as they are. You "
+        "can’t undo this action.");
+  }
   std::string rightSizeAllColumnsIndividually() const { return text("Right-Size All Columns Individually"); }
   std::string rightSizeThisColumn() const { return text("Right-Size This Column"); }
+  std::string ruleCantBeSaved(const std::string& number, const std::string& kind) const {
+    return format("Rule %1$@, “%2$@”, can’t be saved", {number, kind});
+  }
   std::string run() const { return text("Run"); }
   std::string runAScriptEveryNight() const { return text("Run a Script Every Night"); }
   // translators: the second place is a list of times, such as "every day at 09:00 and at every login".
@@ -222,29 +307,65 @@ class Localize {
     return format("“%1$@” runs for everyone who is logged in %2$@.", {name, times});
   }
   std::string save() const { return text("Save"); }
+  std::string saveDisabled() const { return text("Save Disabled"); }
   std::string saveTheScriptToGoOn() const { return text("Save the script to go on."); }
+  std::string saveWithoutComments() const { return text("Save Without Comments"); }
+  std::string savingRemovesComments(const std::string& name) const {
+    return format("The comments in the file of “%@” can’t be kept", {name});
+  }
   std::string scheduled() const { return text("Scheduled"); }
   std::string script() const { return text("Script"); }
   std::string scriptHint() const { return text("One that you have, or that you write now"); }
-  std::string settingsWereDamaged() const { return text("Your settings couldn’t be read"); }
-  std::string settingsWereMoved(const std::string& path) const {
-    return format("The file was damaged and is kept as %@. Mirvel goes on with its usual settings.", {path});
-  }
   std::string share() const { return text("Share"); }
   std::string show() const { return text("Show"); }
   std::string skip() const { return text("Skip"); }
   std::string jobs() const { return text("Jobs"); }
+  std::string jobsDontRun(const std::string& reason) const { return format("Your jobs don’t run now: %@", {reason}); }
   std::string details() const { return text("Details"); }
+  std::string startAnAuthenticationAgent() const {
+    return text(
+        "No program is running that could ask for your password. Start the polkit authentication agent of your "
+        "desktop, or install one, such as “lxpolkit” or “mate-polkit”, and try again.");
+  }
+  std::string startPolkit() const {
+    return text(
+        "The system’s polkit service can’t be reached, which decides who may administer this computer. Make sure that "
+        "the package “polkitd” is installed and its service runs, and try again.");
+  }
   std::string summary() const { return text("Summary"); }
   std::string system() const { return text("System"); }
   std::string takeTheirs() const { return text("Take Theirs"); }
   std::string test() const { return text("Test"); }
+  std::string theDiskCantBeWritten() const { return text("The disk can only be read."); }
+  std::string theDiskIsFull() const { return text("The disk is full. Make room on it and try again."); }
+  std::string theDiskReportsAnError() const {
+    return text("The disk reports an error. Make sure that it works, and try again.");
+  }
+  std::string theFileOrItsFolderIsMissing() const { return text("The file or its folder doesn’t exist."); }
+  std::string theFileWasSaved() const { return text("The file was saved."); }
+  std::string theFileWithItsCommentsIsKept(const std::string& folder) const {
+    return format("The job is saved without them. The file as it is now is kept in the folder “%@”.", {folder});
+  }
   std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
+  std::string theJobCouldntBeKept(const std::string& name) const {
+    return format("“%@” couldn’t be kept to be restored later", {name});
+  }
+  std::string theJobCouldntBeLoaded(const std::string& file) const {
+    return format("The job in “%@” couldn’t be loaded", {file});
+  }
+  std::string theJobCouldntBeStopped(const std::string& file) const {
+    return format("The job in “%@” couldn’t be stopped", {file});
+  }
+  std::string theNameIsTooLong() const { return text("The name is too long. Choose a shorter one and try again."); }
   std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }
   std::string theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError() const {
     return text("The item couldn’t be added or removed because of an unknown error");
   }
   std::string themes() const { return text("Themes"); }
+  std::string thereIsAFileOfThisName() const {
+    return text("There is a file of this name already. Choose another name and try again.");
+  }
+  std::string theTestCouldntBeRun() const { return text("The test couldn’t be run"); }
   std::string time() const { return text("Time"); }
   std::string timePeriod() const { return text("Time Period"); }
   std::string timeline() const { return text("Timeline"); }
@@ -259,6 +380,9 @@ class Localize {
   std::string versionOnDisk() const { return text("Version on Disk"); }
   std::string watchAFolder() const { return text("Watch a Folder"); }
   std::string watchedFolder() const { return text("Watched folder"); }
+  std::string waitUntilTheJobHasEnded() const {
+    return text("Wait until the job has ended, or end its process, and try again.");
+  }
   std::string weekdays() const { return text("Weekdays"); }
   std::string weekends() const { return text("Weekends"); }
   std::string what() const { return text("What"); }
@@ -278,6 +402,7 @@ class Localize {
   std::string text(const char* english) const;
 
   std::string m_locale;
+  std::string m_timeLocale;
   std::optional<MessageCatalog> m_catalog;
   std::unique_ptr<Numbers> m_numbers;
 };
@@ -330,6 +455,7 @@ class Localize::MainMenu {
   std::string importJob() const { return m_localize.text("&Import…"); }
   std::string exportJob() const { return m_localize.text("E&xport…"); }
   std::string delete_() const { return m_localize.text("&Delete…"); }
+  std::string restoreDeleted() const { return m_localize.text("Rest&ore Deleted…"); }
   std::string share() const { return m_localize.text("S&hare"); }
   std::string test() const { return m_localize.text("&Test…"); }
   std::string log() const { return m_localize.text("&Log…"); }

@@ -17,7 +17,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr mode_t newFileMode = 0644;
+constexpr mode_t newFileMode = 0644;  // as far as the umask leaves it
+constexpr mode_t ownersAlone = 0600;
 
 Error writeError(int errnoValue, const fs::path& path) {
   return systemError(errnoValue, "write", path.string());
@@ -74,12 +75,12 @@ class Temporary {
   }
 
   /// Each step gives 0 or what errno says.
-  int create() {
+  int create(mode_t mode) {
     constexpr int attempts = 100;
     std::random_device random;
     for (int attempt = 0; attempt < attempts; ++attempt) {
       const std::string name = std::string(temporaryPrefix) + std::to_string(random()) + "-" + std::to_string(random());
-      m_file = FileDescriptor(m_calls.create(m_folder, name.c_str()));
+      m_file = FileDescriptor(m_calls.create(m_folder, name.c_str(), mode));
       if (m_file) {
         m_name = name;
         return 0;
@@ -113,8 +114,8 @@ class Temporary {
     if (old.file) {
       copyExtendedAttributes(old.file.number(), m_file.number(), fixed ? Attributes::Harmless : Attributes::All);
     }
-    const mode_t mode = fixed ? fixed->mode : old.owner ? old.owner->mode : newFileMode;
-    if (m_calls.setMode(m_file.number(), mode) != 0) return errno;
+    const std::optional<OwnerAndMode>& wanted = fixed ? fixed : old.owner;
+    if (wanted && m_calls.setMode(m_file.number(), wanted->mode) != 0) return errno;
     if (m_calls.sync(m_file.number()) != 0) return errno;
     return m_calls.close(m_file.release()) == 0 ? 0 : errno;
   }
@@ -141,7 +142,9 @@ class Temporary {
 int replaceIn(int folder, const char* name, std::string_view bytes, const Replaced& old,
               const std::optional<OwnerAndMode>& fixed, FileCalls& calls) {
   Temporary temporary(calls, folder);
-  if (const int failure = temporary.create()) return failure;
+  // What is known of the mode at the end comes after the content: until then nobody else may look at it.
+  const bool isNew = !old.owner && !fixed;
+  if (const int failure = temporary.create(isNew ? newFileMode : ownersAlone)) return failure;
   if (const int failure = temporary.write(bytes)) return failure;
   if (const int failure = temporary.finish(old, fixed)) return failure;
   return temporary.takePlaceOf(name);

@@ -19,9 +19,8 @@ inline constexpr std::string_view temporaryPrefix = ".mirvel-";
 ///
 /// - A symbolic link stays one: the file that it leads to is replaced, or made if it is missing.
 /// - The owner, the permission bits and the extended attributes of the old file are kept, as far as this process may
-///   set them. A new file gets 0644 whatever the umask is: launchd refuses a job
-///   file that others may write, which a umask of 002 would give, and the other programs of the user and root must be
-///   able to read it.
+///   set them. A new file gets 0644 less what the umask takes away: others never may write it, even with a umask of
+///   002, since job files that they may write aren't loaded.
 /// - The folder must exist. Anything but a regular file at the path is refused with `BadArgument`.
 ///
 /// On failure the old file is untouched and nothing is left beside it, with one exception: when flushing the folder is

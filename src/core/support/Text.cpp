@@ -4,6 +4,11 @@ namespace mirvel::Text {
 
 namespace {
 
+/// Whether a backslash before the character escapes it in double quotes, too.
+bool isEscapedInQuotes(char c) {
+  return std::string_view("$`\"\\\n").find(c) != std::string_view::npos;
+}
+
 class Splitter {
  public:
   explicit Splitter(std::string_view text) : m_text(text) {}
@@ -15,6 +20,11 @@ class Splitter {
     return std::move(m_arguments);
   }
 
+  std::string unquotedPart() {
+    while (m_at < m_text.size()) step();
+    return std::move(m_unquoted);
+  }
+
  private:
   void step() {
     const char c = m_text[m_at++];
@@ -23,6 +33,7 @@ class Splitter {
       case '\t':
       case '\n':
       case '\r':
+        m_unquoted += ' ';
         return endArgument();
       case '\'':
         return singleQuoted();
@@ -31,6 +42,7 @@ class Splitter {
       case '\\':
         return escaped();
       default:
+        m_unquoted += c;
         append(c);
     }
   }
@@ -59,9 +71,7 @@ class Splitter {
     while (m_at < m_text.size()) {
       const char c = m_text[m_at++];
       if (c == '"') return;
-      const bool escapes = c == '\\' && m_at < m_text.size() &&
-                           std::string_view("$`\"\\\n").find(m_text[m_at]) != std::string_view::npos;
-      if (escapes) {
+      if (c == '\\' && m_at < m_text.size() && isEscapedInQuotes(m_text[m_at])) {
         escaped();
       } else {
         append(c);
@@ -81,12 +91,55 @@ class Splitter {
   std::vector<std::string> m_arguments;
   std::string m_argument;
   bool m_begun = false;  // an argument that is empty as yet may have begun with a quote
+  std::string m_unquoted;
 };
+
+/// Whether a backslash before the character at `next` would be taken for an escape in double quotes; the closing quote
+/// follows the end.
+bool escapesNext(std::string_view argument, std::size_t next) {
+  return next == argument.size() || isEscapedInQuotes(argument[next]);
+}
+
+bool hasEscapes(std::string_view argument) {
+  for (std::size_t i = 0; i < argument.size(); ++i) {
+    if (argument[i] == '\\' && escapesNext(argument, i + 1)) return true;
+  }
+  return false;
+}
+
+void appendEscaped(std::string& command, std::string_view argument) {
+  command += '"';
+  for (std::size_t i = 0; i < argument.size(); ++i) {
+    if (argument[i] == '"' || (argument[i] == '\\' && escapesNext(argument, i + 1))) command += '\\';
+    command += argument[i];
+  }
+  command += '"';
+}
 
 }  // namespace
 
 std::vector<std::string> separateCommand(std::string_view text) {
   return Splitter(text).split();
+}
+
+void appendArgument(std::string& command, std::string_view argument) {
+  const auto holds = [argument](std::string_view signs) {
+    return argument.find_first_of(signs) != std::string_view::npos;
+  };
+  if (!command.empty()) command += ' ';
+  if (!argument.empty() && !holds(" \t\r\n'\"\\")) {
+    command += argument;
+  } else if (!holds("\"") && !hasEscapes(argument)) {
+    command.append(1, '"').append(argument).append(1, '"');
+  } else if (!holds("'")) {
+    command.append(1, '\'').append(argument).append(1, '\'');
+  } else {
+    appendEscaped(command, argument);
+  }
+}
+
+std::string unquotedPart(std::string_view text) {
+  return Splitter(text).unquotedPart();
 }
 
 }  // namespace mirvel::Text

@@ -16,4 +16,10 @@ namespace mirvel::Text {
 /// or one of separators alone, gives one empty element.
 std::vector<std::string> separateCommand(std::string_view text);
 
+/// Adds an argument to a command line so that `separateCommand` reads it back: as it stands if it can, else in quotes.
+void appendArgument(std::string& command, std::string_view argument);
+
+/// What of a command line stands outside quotes and isn't escaped.
+std::string unquotedPart(std::string_view text);
+
 }  // namespace mirvel::Text

@@ -2,10 +2,39 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
+
 #include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Reader.h"
 
 namespace mirvel {
+
+Result<void> JobFiles::writeThenRemove(const std::filesystem::path& from, const std::filesystem::path& to,
+                                       std::string_view content) {
+  const auto before = read(to);
+  std::error_code failure;
+  const bool isLink = std::filesystem::is_symlink(from, failure);  // of which the file may be the target
+  if (before && !isLink) return systemError(EEXIST, "write", to.string());
+  if (auto written = write(to, content); !written) return written;
+  auto removed = remove(from);
+  if (removed) return {};
+  const auto takenBack = before ? write(to, *before) : remove(to);
+  if (takenBack) return removed;
+  Error error = removed.error();
+  error.message += "; the new file " + to.string() + " stays";
+  return error;
+}
+
+Result<void> checkLabel(std::string_view label) {
+  constexpr std::size_t longest = 1024;
+  const auto refuse = [](const char* why) { return Error{.code = Error::Code::BadArgument, .message = why}; };
+  if (label.empty()) return refuse("an empty label names no job");
+  if (label.size() > longest) return refuse("the label is too long");
+  for (const char c : label) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) return refuse("the label holds a control character");
+  }
+  return {};
+}
 
 Result<std::string> labelOf(std::string_view content) {
   if (content.size() > JobFolder::largestFile) {
@@ -21,7 +50,14 @@ Result<std::string> labelOf(std::string_view content) {
   if (!label || label->empty()) {
     return Error{.code = Error::Code::MissingKey, .message = "it has no Label, which names a job"};
   }
+  if (auto checked = checkLabel(*label); !checked) return checked.error();
   return *label;
+}
+
+bool mayBeLoadedFrom(const std::filesystem::path& loaded, const std::filesystem::path& file) {
+  std::error_code failure;
+  return !std::filesystem::exists(loaded, failure) ||
+         std::filesystem::weakly_canonical(loaded, failure) == std::filesystem::weakly_canonical(file, failure);
 }
 
 bool isSameEntry(const std::filesystem::path& a, const std::filesystem::path& b) {

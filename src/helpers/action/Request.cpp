@@ -4,12 +4,15 @@
 #include <vector>
 
 #include "core/support/Decimal.h"
+#include "helpers/action/JobFiles.h"
 
 namespace mirvel {
 
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::size_t longestPath = 4096;
 
 Error bad(Error::Code code, std::string_view key, std::string_view why) {
   return {.code = code, .message = "the request's key " + std::string(key) + " " + std::string(why), .keyPath = {}};
@@ -30,6 +33,7 @@ Result<void> readPath(const plist::Dictionary& from, const char* key, std::optio
   if (!result || !text) return result;
   if (!text->starts_with('/')) return bad(Error::Code::BadArgument, key, "is no absolute path");
   if (text->find('\0') != std::string::npos) return bad(Error::Code::BadArgument, key, "holds a null character");
+  if (text->size() > longestPath) return bad(Error::Code::LimitExceeded, key, "is too long");
   to = *text;
   return {};
 }
@@ -44,6 +48,7 @@ Result<Request::LogQuery> readLogQuery(const plist::Dictionary& query) {
     return bad(Error::Code::BadArgument, "lastSeconds", "is no number of seconds");
   }
   if (!text || text->empty()) return bad(Error::Code::MissingKey, "searchString", "is missing");
+  if (text->size() > longestPath) return bad(Error::Code::LimitExceeded, "searchString", "is too long");
   return Request::LogQuery{.period = std::chrono::seconds(number), .text = *text};
 }
 
@@ -52,7 +57,9 @@ Result<Request::Kind> readKind(const plist::Dictionary& from) {
   const auto* integer = value ? value->as<plist::Integer>() : nullptr;
   const auto number = integer ? integer->toInt64() : std::nullopt;
   if (!number) return bad(Error::Code::MissingKey, "kind", "is missing");
-  if (*number < 0 || *number > 9 || *number == 7) return bad(Error::Code::BadArgument, "kind", "is unknown");
+  const bool isOurs = *number == static_cast<int>(Request::Kind::startHost);
+  if (!isOurs && (*number < 0 || *number > 9 || *number == 7))
+    return bad(Error::Code::BadArgument, "kind", "is unknown");
   return static_cast<Request::Kind>(*number);
 }
 
@@ -77,7 +84,8 @@ Result<void> readFields(const plist::Dictionary& from, Request& request) {
   if (auto result = readPath(from, "testPath", request.testPath); !result) return result;
   if (auto result = readPath(from, "testOutputPath", request.testOutputPath); !result) return result;
   if (auto result = readText(from, "string", request.string); !result) return result;
-  return readText(from, "label", request.label);
+  if (auto result = readText(from, "label", request.label); !result || !request.label) return result;
+  return checkLabel(*request.label);
 }
 
 }  // namespace

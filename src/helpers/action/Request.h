@@ -28,8 +28,8 @@ struct Request {
   std::optional<std::string> label = {};
   std::optional<LogQuery> logQuery = {};
 
-  /// Refuses an unknown kind, a key that the kind needs and that is missing, values of other types, and paths that
-  /// aren't absolute.
+  /// Refuses an unknown kind, a key that the kind needs and that is missing, values of other types, paths that
+  /// aren't absolute, and labels that name no job.
   static Result<Request> read(const plist::Dictionary& dictionary);
 };
 

@@ -11,13 +11,20 @@ namespace fs = std::filesystem;
 
 namespace {
 
-Error labelMismatch(const std::string& asked, const std::string& found) {
-  return {.code = Error::Code::BadArgument,
-          .message = "the job is called “" + asked + "”, and its content has the label “" + found + "”"};
+using Deed = HelperFailure::Deed;
+
+/// What failed, if something did, with the file that it is about.
+std::optional<HelperFailure> failureOf(Deed deed, const Result<void>& result, const fs::path& file,
+                                       bool isWritten = false) {
+  if (result) return std::nullopt;
+  HelperFailure failure{.deed = deed, .cause = result.error(), .isWritten = isWritten};
+  if (failure.cause.file.empty()) failure.cause.file = file.string();
+  return failure;
 }
 
-bool holds(const std::vector<std::string>& labels, const std::string& label) {
-  return std::find(labels.begin(), labels.end(), label) != labels.end();
+template <typename T>
+Result<void> withoutValue(const Result<T>& result) {
+  return result ? Result<void>() : result.error();
 }
 
 plist::Array asReply(const std::vector<JobHost::LogLine>& lines) {
@@ -37,17 +44,17 @@ plist::Array asReply(const std::vector<JobHost::LogLine>& lines) {
 
 plist::Dictionary RequestHandler::handle(const plist::Dictionary& dictionary) {
   const auto request = Request::read(dictionary);
-  return request ? answer(*request) : errorReply(request.error());
+  return request ? answer(*request) : errorReply(HelperFailure{.cause = request.error()});
 }
 
 plist::Dictionary RequestHandler::answer(const Request& request) {
   if (request.kind == Request::Kind::test) return test(request);
   if (request.kind == Request::Kind::log) return log(request);
-  const auto result = act(request);
-  return result ? plist::Dictionary() : errorReply(result.error());
+  const auto failure = act(request);
+  return failure ? errorReply(*failure) : plist::Dictionary();
 }
 
-Result<void> RequestHandler::act(const Request& request) {
+RequestHandler::Outcome RequestHandler::act(const Request& request) {
   switch (request.kind) {
     case Request::Kind::write:
     case Request::Kind::writeAndLoad:
@@ -57,9 +64,15 @@ Result<void> RequestHandler::act(const Request& request) {
     case Request::Kind::unload:
       return unload(request);
     case Request::Kind::load:
-      return load(request);
+      return load(*request.path);
+    case Request::Kind::startHost:
+      if (m_setup.startsHost) return failureOf(Deed::Answer, m_setup.host.start(), {});
+      return failureOf(Deed::Answer,
+                       Error{.code = Error::Code::NotPermitted,
+                             .message = "agents are no business of the privileged helper"},
+                       {});
     case Request::Kind::uninstallHelpers:
-      return m_setup.uninstall();
+      return failureOf(Deed::Answer, m_setup.uninstall(), {});
     case Request::Kind::quitHelper:
       m_isDone = true;
       return {};
@@ -72,86 +85,93 @@ Result<void> RequestHandler::act(const Request& request) {
 
 /// The old job is stopped when the new file stands: one that couldn't be written leaves all as it was. A job that is
 /// only written is stopped too, since it is written so because it was disabled.
-Result<void> RequestHandler::write(const Request& request) {
+RequestHandler::Outcome RequestHandler::write(const Request& request) {
+  const fs::path& file = *request.path;
   const auto label = labelOf(*request.string);
-  if (!label) return label.error();
-  for (const auto& file : {request.path, request.deletePath}) {
-    if (!file) continue;
-    if (auto admitted = m_setup.files.admit(*file); !admitted) return admitted;
+  if (!label) return failureOf(Deed::Write, label.error(), file);
+  if (auto refused = failureOf(Deed::Write, m_setup.files.admit(file), file)) return refused;
+  if (request.deletePath) {
+    const fs::path& old = *request.deletePath;
+    if (auto refused = failureOf(Deed::Delete, m_setup.files.admit(old), old)) return refused;
   }
-  Labels labels;
-  if (m_setup.trustsLabels) labels.push_back(*label);
-  addLabelIn(request.path, labels);
-  addLabelIn(request.deletePath, labels);
+  Jobs jobs;
+  if (m_setup.trustsLabels) add({*label, file}, jobs);
+  addJobIn(request.path, jobs);
+  addJobIn(request.deletePath, jobs);
   // A job that gets another label is still asked for by its old one.
-  if (request.label && *request.label != *label && !holds(labels, *request.label)) {
-    if (!m_setup.trustsLabels) return labelMismatch(*request.label, *label);
-    labels.push_back(*request.label);
-  }
+  if (m_setup.trustsLabels && request.label) add({*request.label, file}, jobs);
 
-  if (auto written = m_setup.files.write(*request.path, *request.string); !written) return written;
-  if (auto unloaded = unloadAll(*request.path, labels); !unloaded) return unloaded;
-  if (request.deletePath && !isSameEntry(*request.path, *request.deletePath)) {
-    if (auto removed = m_setup.files.remove(*request.deletePath); !removed) return removed;
+  const bool moves = request.deletePath && !isSameEntry(file, *request.deletePath);
+  const auto written = moves ? m_setup.files.move(*request.deletePath, file, *request.string)
+                             : m_setup.files.write(file, *request.string);
+  if (auto failure = failureOf(Deed::Write, written, file)) return failure;
+  if (auto failure = unloadAll(jobs)) {
+    failure->isWritten = true;
+    return failure;
   }
-  return request.kind == Request::Kind::writeAndLoad ? m_setup.host.load(*request.path) : Result<void>();
+  if (request.kind == Request::Kind::write) return {};
+  return failureOf(Deed::Load, m_setup.host.load(file), file, true);
 }
 
-Result<void> RequestHandler::delete_(const Request& request) {
-  if (auto admitted = m_setup.files.admit(*request.deletePath); !admitted) return admitted;
-  if (auto unloaded = unloadAll(*request.deletePath, labelsToUnload(*request.deletePath, request)); !unloaded) {
-    return unloaded;
+RequestHandler::Outcome RequestHandler::delete_(const Request& request) {
+  const fs::path& file = *request.deletePath;
+  if (auto refused = failureOf(Deed::Delete, m_setup.files.admitRemoval(file), file)) return refused;
+  if (auto failure = unloadAll(jobsToUnload(file, request))) return failure;
+  return failureOf(Deed::Delete, m_setup.files.remove(file), file);
+}
+
+RequestHandler::Outcome RequestHandler::unload(const Request& request) {
+  const fs::path& file = *request.path;
+  if (m_tests.isTest(request)) return failureOf(Deed::Unload, m_tests.remove(request), file);
+  if (auto refused = failureOf(Deed::Unload, m_setup.files.admit(file), file)) return refused;
+  const Jobs jobs = jobsToUnload(file, request);
+  if (jobs.empty() && m_setup.trustsLabels) {
+    return failureOf(Deed::Unload, m_setup.host.unload(file, std::nullopt), file);
   }
-  return m_setup.files.remove(*request.deletePath);
+  return unloadAll(jobs);
 }
 
-Result<void> RequestHandler::unload(const Request& request) {
-  if (m_tests.isTest(request)) return m_tests.remove(request);
-  if (auto admitted = m_setup.files.admit(*request.path); !admitted) return admitted;
-  const Labels labels = labelsToUnload(*request.path, request);
-  if (labels.empty() && m_setup.trustsLabels) return m_setup.host.unload(*request.path, std::nullopt);
-  return unloadAll(*request.path, labels);
-}
-
-Result<void> RequestHandler::load(const Request& request) {
-  const auto content = m_setup.files.read(*request.path);
-  if (!content) return content.error();
+RequestHandler::Outcome RequestHandler::load(const fs::path& file) {
+  const auto content = m_setup.files.read(file);
+  if (!content) return failureOf(Deed::Read, content.error(), file);
   const auto label = labelOf(*content);
-  if (!label) {
-    Error error = label.error();
-    error.file = request.path->string();
-    return error;
-  }
-  return m_setup.host.load(*request.path);
+  return failureOf(Deed::Load, label ? m_setup.host.load(file) : withoutValue(label), file);
 }
 
 plist::Dictionary RequestHandler::test(const Request& request) {
   const auto output = m_tests.run(request);
-  return output ? plist::Dictionary{{"test", *output}} : errorReply(output.error());
+  if (output) return {{"test", *output}};
+  return errorReply(*failureOf(Deed::Test, output.error(), *request.testPath));
 }
 
 plist::Dictionary RequestHandler::log(const Request& request) {
   const auto lines = m_setup.host.log(request.logQuery->period, request.logQuery->text);
-  return lines ? plist::Dictionary{{"logQuery", asReply(*lines)}} : errorReply(ActionErrorCode::NoLog);
+  return lines ? plist::Dictionary{{"logQuery", asReply(*lines)}}
+               : errorReply({.deed = Deed::Log, .cause = lines.error()});
 }
 
-void RequestHandler::addLabelIn(const std::optional<fs::path>& file, Labels& labels) {
+void RequestHandler::add(Job job, Jobs& jobs) {
+  const auto isSame = [&job](const Job& other) { return other.label == job.label; };
+  if (std::none_of(jobs.begin(), jobs.end(), isSame)) jobs.push_back(std::move(job));
+}
+
+void RequestHandler::addJobIn(const std::optional<fs::path>& file, Jobs& jobs) {
   if (!file) return;
   const auto content = m_setup.files.read(*file);
   const auto label = content ? labelOf(*content) : Result<std::string>(content.error());
-  if (label && !holds(labels, *label)) labels.push_back(*label);
+  if (label) add({*label, *file}, jobs);
 }
 
-RequestHandler::Labels RequestHandler::labelsToUnload(const fs::path& file, const Request& request) {
-  Labels labels;
-  if (request.label && m_setup.trustsLabels) labels.push_back(*request.label);
-  addLabelIn(file, labels);
-  return labels;
+RequestHandler::Jobs RequestHandler::jobsToUnload(const fs::path& file, const Request& request) {
+  Jobs jobs;
+  if (request.label && m_setup.trustsLabels) add({*request.label, file}, jobs);
+  addJobIn(file, jobs);
+  return jobs;
 }
 
-Result<void> RequestHandler::unloadAll(const fs::path& file, const Labels& labels) {
-  for (const auto& label : labels) {
-    if (auto unloaded = m_setup.host.unload(file, label); !unloaded) return unloaded;
+RequestHandler::Outcome RequestHandler::unloadAll(const Jobs& jobs) {
+  for (const Job& job : jobs) {
+    if (auto failure = failureOf(Deed::Unload, m_setup.host.unload(job.file, job.label), job.file)) return failure;
   }
   return {};
 }

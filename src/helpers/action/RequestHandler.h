@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 
+#include "core/actions/HelperFailure.h"
 #include "helpers/action/TestRuns.h"
 
 namespace mirvel {
@@ -15,10 +16,11 @@ class RequestHandler {
     JobHost& host;
     /// Removes what was installed outside of the package.
     std::function<Result<void>()> uninstall;
-    /// Whether a label in a request may stop a job. Otherwise only those of the files that are replaced or removed do,
-    /// so that nobody stops a job that isn't touched.
+    /// Whether the label of a request, and that of new content, may stop a job. Otherwise only those of the files that
+    /// are replaced or removed do, so that nobody stops a job that isn't touched; others are ignored.
     bool trustsLabels = true;
     std::optional<std::filesystem::path> testFolder = {};  ///< see `TestRuns`
+    bool startsHost = false;  ///< whether the host, with the agents of the user of this process, is started on request
   };
 
   explicit RequestHandler(Setup setup) : m_setup(std::move(setup)), m_tests(m_setup.host, m_setup.testFolder) {}
@@ -29,20 +31,28 @@ class RequestHandler {
   bool isDone() const { return m_isDone; }
 
  private:
-  using Labels = std::vector<std::string>;
+  /// None: it was done.
+  using Outcome = std::optional<HelperFailure>;
+  /// A job that may be loaded, and the file that it would have been loaded from.
+  struct Job {
+    std::string label;
+    std::filesystem::path file;
+  };
+  using Jobs = std::vector<Job>;
 
   plist::Dictionary answer(const Request& request);
-  Result<void> act(const Request& request);
-  Result<void> write(const Request& request);
-  Result<void> delete_(const Request& request);
-  Result<void> unload(const Request& request);
-  Result<void> load(const Request& request);
+  Outcome act(const Request& request);
+  Outcome write(const Request& request);
+  Outcome delete_(const Request& request);
+  Outcome unload(const Request& request);
+  Outcome load(const std::filesystem::path& file);
   plist::Dictionary test(const Request& request);
   plist::Dictionary log(const Request& request);
 
-  void addLabelIn(const std::optional<std::filesystem::path>& file, Labels& labels);
-  Labels labelsToUnload(const std::filesystem::path& file, const Request& request);
-  Result<void> unloadAll(const std::filesystem::path& file, const Labels& labels);
+  static void add(Job job, Jobs& jobs);
+  void addJobIn(const std::optional<std::filesystem::path>& file, Jobs& jobs);
+  Jobs jobsToUnload(const std::filesystem::path& file, const Request& request);
+  Outcome unloadAll(const Jobs& jobs);
 
   Setup m_setup;
   TestRuns m_tests;

@@ -7,7 +7,7 @@ namespace mirvel {
 Result<void> serve(int socket, const std::function<plist::Dictionary(const plist::Dictionary&)>& handle,
                    const std::function<bool()>& isDone) {
   wire::ignoreHangUps(socket);
-  wire::FrameReader reader;
+  wire::FrameReader reader(wire::largestRequest);
   while (!isDone()) {
     const auto frame = wire::receiveFrame(socket, reader);
     if (!frame) return frame.error();

@@ -71,7 +71,7 @@ Result<std::string> TestRuns::run(const Request& request) {
   const Run run = *placed;
   if (const auto written = replaceFile(run.job, content); !written) return written.error();
   m_runs.push_back(run);
-  if (const auto loaded = m_host.load(run.job); !loaded) return loaded.error();
+  if (const auto loaded = m_host.loadTemporarily(run.job); !loaded) return loaded.error();
   const auto ended = m_host.waitForEnd(run.label, longestWait);
   if (!ended) return ended.error();
   const auto output = readBeginning(run.output, largestOutput);

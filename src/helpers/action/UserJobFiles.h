@@ -12,10 +12,14 @@ class UserJobFiles final : public JobFiles {
 
   Result<void> admit(const std::filesystem::path&) override { return {}; }
   Result<void> write(const std::filesystem::path& file, std::string_view content) override;
+  Result<void> move(const std::filesystem::path& from, const std::filesystem::path& to,
+                    std::string_view content) override;
   Result<void> remove(const std::filesystem::path& file) override;
   Result<std::string> read(const std::filesystem::path& file) override;
 
  private:
+  Result<void> makeOwnFolder(const std::filesystem::path& file) const;
+
   JobFolders m_folders;
 };
 

@@ -11,6 +11,7 @@
 #include "helpers/action/Service.h"
 #include "helpers/action/UserJobFiles.h"
 #include "helpers/jobhost/JobHosts.h"
+#include "helpers/process/CleanState.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace {
@@ -40,12 +41,13 @@ int main(int argc, char** argv) {
     std::cerr << "mirvel-action: Mirvel starts this program when it needs it; it does nothing by itself.\n";
     return 2;
   }
+  forbidTracing();
   const Environment environment = processEnvironment();
   SystemProcessRunner runner(environment);
   const auto root = rootIn(argc, argv);
   const auto host = jobHostOfThisMachine(root, environment, runner);
   UserJobFiles files(JobFolders::ofUser(root ? Roots::below(*root) : Roots::forThisMachine(environment)));
-  RequestHandler handler({.files = files, .host = *host, .uninstall = notMine});
+  RequestHandler handler({.files = files, .host = *host, .uninstall = notMine, .startsHost = true});
   const auto served = serve(
       wire::helperDescriptor, [&](const auto& request) { return handler.handle(request); },
       [&] { return handler.isDone(); });

@@ -10,7 +10,8 @@ namespace mirvel::host {
 /// still reaches them.
 class Detachment {
  public:
-  /// Closes what was handed down beside the standard files, and sets what jobs would inherit.
+  /// Closes what was handed down beside the standard files, and sets what jobs would inherit. From here on a reader
+  /// that has gone is no reason to end.
   Detachment();
 
   /// Goes on in a child with a session of its own, where it gives true. In the parent, or if there can be no child, it

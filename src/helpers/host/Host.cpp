@@ -1,13 +1,17 @@
 #include "helpers/host/Host.h"
 
 #include <signal.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <system_error>
 
 #include "core/catalogue/JobFolder.h"
+#include "core/support/FileTrust.h"
 #include "core/support/ReadFile.h"
 #include "core/support/RegularFile.h"
+#include "helpers/action/JobFiles.h"
+#include "helpers/jobhost/HostLimits.h"
 
 namespace mirvel::host {
 
@@ -16,6 +20,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* zoneFile = "/etc/localtime";
+constexpr const char* ownLabel = "mirvel-host";  // in the log
 
 bool holdsFiles(const std::string& folder) {
   std::error_code failure;
@@ -34,6 +39,7 @@ Result<launchd::Plist> readJob(const fs::path& file) {
   }
   const auto regular = RegularFile::open(file);
   if (!regular) return regular.error();
+  if (auto trusted = checkTrust(file, regular->descriptor.number(), ::geteuid()); !trusted) return trusted.error();
   const auto bytes = readFile(regular->descriptor.number(), JobFolder::largestFile, file);
   if (!bytes) return bytes.error();
   auto plist = launchd::Plist::read(*bytes);
@@ -50,7 +56,8 @@ Host::Host(Settings settings, PollLoop& loop)
       m_loop(loop),
       m_calendar(m_settings.zone()),
       m_log(m_settings.folder / "log"),
-      m_loadedJobs(m_settings.folder / "loaded.plist"),
+      m_loadedJobs(LoadedJobs::fileIn(m_settings.folder)),
+      m_runNotes(m_settings.folder / "runs"),
       m_surroundings{.exists = exists,
                      .holdsFiles = holdsFiles,
                      .isLoaded =
@@ -66,7 +73,7 @@ Host::Host(Settings settings, PollLoop& loop)
 
 Host::~Host() {
   for (const auto& [label, entry] : m_jobs) {
-    if (entry->process.id > 0) ::kill(-entry->process.id, SIGKILL);
+    signal(*entry, SIGKILL);
     if (entry->process.output) m_loop.forget(entry->process.output.number());
   }
   for (const auto& [number, file] : m_leftOutputs) m_loop.forget(number);
@@ -76,32 +83,90 @@ Host::~Host() {
 
 void Host::restore() {
   const auto files = m_loadedJobs.read();
-  if (!files) return addToLog("mirvel-host", "can't tell which jobs were loaded: " + files.error().text());
-  for (const fs::path& file : *files) {
-    const auto added = add(file);
-    if (!added) addToLog("mirvel-host", "can't load " + file.string() + ": " + added.error().text());
+  if (!files) addToLog(ownLabel, "can't tell which jobs were loaded: " + files.error().text());
+  for (const fs::path& file : files ? *files : std::vector<fs::path>()) {
+    const auto added = add(file, Noted::Yes);
+    if (!added) restoreLater(file, added.error());
   }
+  for (const RunNote& note : m_runNotes.read()) inherit(note);
 }
 
-Result<void> Host::load(const fs::path& file) {
-  if (m_isQuitting) return Error{.code = Error::Code::Io, .message = "the job host is about to end"};
-  const auto added = add(file);
+void Host::tellOfUnloadable(const fs::path& file, const Error& error) {
+  addToLog(ownLabel, "can't load " + file.string() + ": " + error.text());
+}
+
+/// The file may lie on a disk that isn't there yet, or somebody may just be writing it.
+void Host::restoreLater(const fs::path& file, const Error& error) {
+  addToLog(ownLabel, "can't load " + file.string() + ", and tries again when it changes: " + error.text());
+  addPending(file);
+}
+
+void Host::addPending(const fs::path& file) {
+  if (m_pending.insert(file).second) m_pathWatch->add(file);
+}
+
+void Host::retry(const fs::path& file) {
+  if (m_pending.count(file) == 0 || !add(file, Noted::Yes)) return;
+  dropPending(file);
+}
+
+void Host::dropPending(const fs::path& file) {
+  if (m_pending.erase(file) > 0) m_pathWatch->remove(file);
+}
+
+/// What a host that was killed has left of a run is stopped; until then nothing of that label is started.
+void Host::inherit(const RunNote& note) {
+  if (processesOf(note.run, Reach::Everything).empty()) return m_runNotes.remove(note.run);
+  auto found = m_jobs.find(note.label);
+  if (found == m_jobs.end()) {
+    JobRules rules;
+    rules.label = note.label;
+    auto entry = std::make_unique<Entry>(
+        Entry{.file = note.file, .job = HostedJob(rules, m_surroundings), .plan = {}, .noted = Noted::No});
+    entry->job.foundRunning(currentTime());
+    entry->job.unload(currentTime());
+    found = m_jobs.emplace(note.label, std::move(entry)).first;
+  } else {
+    found->second->job.foundRunning(currentTime());
+  }
+  found->second->inherited.push_back(note.run);
+  addToLog(note.label, note.label + ": a run that was left by a job host that was killed is stopped");
+}
+
+Result<void> Host::load(const fs::path& file, Noted noted) {
+  if (m_quitBy) return Error{.code = Error::Code::Io, .message = "the job host is about to end"};
+  const auto added = add(file, noted);
   if (!added) return added.error();
-  const auto noted = note();
-  if (!noted) forget(*m_jobs.at(*added));
-  return noted;
+  dropPending(file);
+  if (noted == Noted::No) return {};
+  const auto written = note();
+  if (!written) forget(*m_jobs.at(*added));
+  return written;
 }
 
-Result<std::string> Host::add(const fs::path& file) {
+Error Host::alreadyLoaded(const Entry& entry, const fs::path& file) const {
+  const std::string& label = entry.job.rules().label;
+  if (entry.job.isUnloaded()) return stillRunning(label);
+  const bool isSame = entry.file == file;
+  return {.code = Error::Code::BadArgument,
+          .message = label + " is loaded already" + (isSame ? "" : ", from " + entry.file.string()),
+          .file = file};
+}
+
+Result<std::string> Host::add(const fs::path& file, Noted noted) {
   const auto plist = readJob(file);
   if (!plist) return plist.error();
   const std::string& label = plist->name;
   if (label.empty()) return Error{.code = Error::Code::MissingKey, .message = "the label is empty", .file = file};
-  if (isLoaded(label)) {
-    return Error{.code = Error::Code::BadArgument, .message = label + " is loaded already", .file = file};
+  if (const auto found = m_jobs.find(label); found != m_jobs.end()) return alreadyLoaded(*found->second, file);
+  auto entry = std::make_unique<Entry>(Entry{.file = file,
+                                             .job = HostedJob(JobRules::of(*plist), m_surroundings),
+                                             .plan = ProcessPlan::of(*plist),
+                                             .noted = noted});
+  if (entry->plan.program.empty()) {
+    return Error{
+        .code = Error::Code::MissingKey, .message = "there is neither Program nor ProgramArguments", .file = file};
   }
-  auto entry = std::make_unique<Entry>(
-      Entry{.file = file, .job = HostedJob(JobRules::of(*plist), m_surroundings), .plan = ProcessPlan::of(*plist)});
   for (const std::string& path : entry->job.rules().pathsToWatch()) m_pathWatch->add(path);
   if (entry->job.rules().startOnMount) watchMounts();
   entry->job.load(currentTime());
@@ -121,26 +186,53 @@ void Host::tellOfUnserved(const std::string& label, const launchd::Plist& plist)
 }
 
 Host::Jobs::iterator Host::find(const fs::path& file, const std::optional<std::string>& label) {
-  if (label) return m_jobs.find(*label);
+  if (label) {
+    const auto found = m_jobs.find(*label);
+    const bool isAnothers = found != m_jobs.end() && !file.empty() && !mayBeLoadedFrom(found->second->file, file);
+    return isAnothers ? m_jobs.end() : found;
+  }
   return std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& job) { return job.second->file == file; });
 }
 
-std::optional<std::string> Host::unload(const fs::path& file, const std::optional<std::string>& label) {
+Result<std::optional<std::string>> Host::unload(const fs::path& file, const std::optional<std::string>& label) {
+  using Name = std::optional<std::string>;
+  const bool wasPending = m_pending.count(file) > 0;
   const auto found = find(file, label);
-  if (found == m_jobs.end()) return std::nullopt;
-  const std::string name = found->first;
-  found->second->job.unload(currentTime());
+  if (found == m_jobs.end() && !wasPending) return Name();
+  Entry* const entry = found == m_jobs.end() ? nullptr : found->second.get();
+  const bool isNoted = wasPending || (!entry->job.isUnloaded() && entry->noted == Noted::Yes);
+  if (wasPending) dropPending(file);
+  const auto written = isNoted && !m_quitBy ? note(entry) : Result<void>();
+  if (!written && wasPending) addPending(file);
+  if (!written) return written.error();
+  if (!entry) return Name();
+  if (!entry->job.isUnloaded()) entry->job.unload(currentTime());
   m_hasNews = true;
-  if (m_isQuitting) return name;
-  const auto noted = note();
-  if (!noted) addToLog(name, name + ": unloaded, but that can't be noted: " + noted.error().text());
-  return name;
+  return Name(found->first);
 }
 
 void Host::quit() {
-  m_isQuitting = true;
+  const HostTime now = currentTime();
+  m_quitBy = now.running + longestQuit;
   m_hasNews = true;
-  for (const auto& [label, entry] : m_jobs) entry->job.unload(currentTime());
+  for (const auto& [label, entry] : m_jobs) entry->job.unload(now, longestStop);
+}
+
+bool Host::hasQuit() const {
+  return m_quitBy && (m_jobs.empty() || currentTime().running >= *m_quitBy);
+}
+
+Error Host::stillRunning(const std::string& label) const {
+  std::string processes;
+  const auto found = m_jobs.find(label);
+  if (found != m_jobs.end()) {
+    for (const pid_t process : leftOf(*found->second)) {
+      processes += (processes.empty() ? "" : ", ") + std::to_string(process);
+    }
+  }
+  return {.code = Error::Code::StillRunning,
+          .message = label + " was asked to end and is still running" +
+                     (processes.empty() ? "" : ", as process " + processes)};
 }
 
 bool Host::hasRun(const std::string& label) const {
@@ -154,7 +246,7 @@ std::vector<HostedJobStatus> Host::status() const {
   result.reserve(m_jobs.size());
   for (const auto& [label, entry] : m_jobs) {
     HostedJobStatus status{.label = label, .path = entry->file, .nextRun = entry->job.nextRun(now)};
-    if (entry->process.id > 0) status.process = entry->process.id;
+    if (entry->process.id > 0 && !entry->job.isClearing()) status.process = entry->process.id;
     if (const auto& end = entry->job.lastEnd()) {
       status.lastEnd = end->text();
       status.lastCode = end->code;
@@ -171,13 +263,15 @@ void Host::settle() {
   if (mustPoll()) takePathChanges();
   if (m_wakeAt && now.running >= *m_wakeAt) m_hasNews = true;
   if (!m_hasNews) return;
-  // What one job does can be what another waits for.
-  while (std::exchange(m_hasNews, false)) {
+  for (const auto& [label, entry] : m_jobs) clear(*entry);
+  // What one job does can be what another waits for; but each waits at least a second between two starts.
+  for (std::size_t rounds = 0; rounds <= m_jobs.size() && std::exchange(m_hasNews, false); ++rounds) {
     std::vector<Entry*> entries;
     for (const auto& [label, entry] : m_jobs) entries.push_back(entry.get());
     for (Entry* const entry : entries) followOrders(*entry, now);
   }
-  m_wakeAt.reset();
+  m_wakeAt = m_quitBy;
+  if (m_hasNews) m_wakeAt = now.running + std::chrono::seconds(1);
   for (const auto& [label, entry] : m_jobs) {
     const auto wake = entry->job.wakeAt(now);
     if (wake) m_wakeAt = std::min(m_wakeAt.value_or(*wake), *wake);
@@ -191,7 +285,9 @@ void Host::noteClock(const HostTime& now) {
   m_clockDifference = difference;
   if (change < 1s && change > -1s) return;  // a clock that is kept right goes a little faster or slower
   m_hasNews = true;
-  for (const auto& [label, entry] : m_jobs) entry->job.clockChanged(now);
+  for (const auto& [label, entry] : m_jobs) {
+    entry->job.clockChanged(now, std::chrono::duration_cast<std::chrono::milliseconds>(change));
+  }
 }
 
 void Host::watchPaths() {
@@ -220,17 +316,19 @@ void Host::takePathChanges() {
         std::any_of(watched.begin(), watched.end(), [&](const std::string& path) { return changed.count(path) > 0; });
     if (isHit) entry->job.watchedPathChanged();
   }
+  for (const std::string& path : changed) retry(path);
 }
 
 void Host::takeZone(const HostTime& now) {
   if (!m_calendar.setZone(m_settings.zone())) return;
-  for (const auto& [label, entry] : m_jobs) entry->job.clockChanged(now);
+  for (const auto& [label, entry] : m_jobs) entry->job.zoneChanged(now);
 }
 
-Result<void> Host::note() {
-  std::vector<fs::path> files;
+Result<void> Host::note(const Entry* without) const {
+  std::vector<fs::path> files(m_pending.begin(), m_pending.end());
   for (const auto& [label, entry] : m_jobs) {
-    if (!entry->job.isUnloaded()) files.push_back(entry->file);
+    const bool isNoted = entry->noted == Noted::Yes && !entry->job.isUnloaded() && entry.get() != without;
+    if (isNoted) files.push_back(entry->file);
   }
   return m_loadedJobs.write(files);
 }
@@ -240,6 +338,9 @@ void Host::forget(Entry& entry) {
   if (entry.process.output) m_loop.forget(entry.process.output.number());
   m_jobs.erase(std::string(entry.job.rules().label));
   m_hasNews = true;
+  if (m_quitBy) return;
+  const std::set<fs::path> pending = m_pending;  // one of them may have the label that is free now
+  for (const fs::path& file : pending) retry(file);
 }
 
 void Host::addToLog(const Entry& entry, std::vector<std::string> lines) {

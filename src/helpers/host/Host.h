@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,7 @@
 #include "helpers/host/OutputLines.h"
 #include "helpers/host/PathWatch.h"
 #include "helpers/host/PollLoop.h"
+#include "helpers/host/RunNotes.h"
 #include "helpers/jobhost/HostMessages.h"
 
 namespace mirvel::host {
@@ -40,16 +42,30 @@ class Host {
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
-  /// Loads what was loaded when the host last ended.
+  /// Loads what was loaded when the host last ended, and stops what a host that was killed has left running. What can't
+  /// be loaded stays noted, and is tried again when its file changes.
   void restore();
-  Result<void> load(const std::filesystem::path& file);
+  enum class Noted { Yes, No };
+  /// A job that isn't noted is forgotten when the host ends. Fails with `NotTrusted` for a file that others could have
+  /// written, and with `StillRunning` while a job of that label is being stopped.
+  Result<void> load(const std::filesystem::path& file, Noted noted = Noted::Yes);
   /// Begins to unload the job of the label or, without one, of the file; gives its label. None: nothing was loaded.
-  std::optional<std::string> unload(const std::filesystem::path& file, const std::optional<std::string>& label);
+  /// With both, a job of that label that was loaded from another file, which is still there, stays. What can't be noted
+  /// isn't done: the job stays loaded.
+  Result<std::optional<std::string>> unload(const std::filesystem::path& file, const std::optional<std::string>& label);
   /// Stops all processes, and starts no more; what is loaded stays noted.
   void quit();
 
+  /// Notes anew what is loaded: the note is gone. False: that isn't possible now.
+  bool noteAgain() { return static_cast<bool>(note()); }
+  /// For the log.
+  void tellOfUnloadable(const std::filesystem::path& file, const Error& error);
+
   bool isLoaded(const std::string& label) const { return m_jobs.find(label) != m_jobs.end(); }
-  bool isEmpty() const { return m_jobs.empty(); }
+  /// Nothing runs any more, or it has been waited for long enough since `quit`.
+  bool hasQuit() const;
+  /// Why a job that is being unloaded isn't gone yet.
+  Error stillRunning(const std::string& label) const;
   /// Whether it has run to its end since it was loaded.
   bool hasRun(const std::string& label) const;
   std::vector<HostedJobStatus> status() const;
@@ -69,14 +85,23 @@ class Host {
     std::filesystem::path file;
     HostedJob job;
     ProcessPlan plan;
+    Noted noted = Noted::Yes;
     JobProcess process = {};
+    JobRun run = {};                     ///< of that process
+    std::vector<JobRun> inherited = {};  ///< what earlier hosts have left
     OutputLines output = {};
   };
   using Jobs = std::map<std::string, std::unique_ptr<Entry>>;
 
   Jobs::iterator find(const std::filesystem::path& file, const std::optional<std::string>& label);
   /// Gives the label.
-  Result<std::string> add(const std::filesystem::path& file);
+  Result<std::string> add(const std::filesystem::path& file, Noted noted);
+  Error alreadyLoaded(const Entry& entry, const std::filesystem::path& file) const;
+  void restoreLater(const std::filesystem::path& file, const Error& error);
+  void retry(const std::filesystem::path& file);
+  void inherit(const RunNote& note);
+  void addPending(const std::filesystem::path& file);
+  void dropPending(const std::filesystem::path& file);
   void tellOfUnserved(const std::string& label, const launchd::Plist& plist);
   void watchPaths();
   void watchMounts();
@@ -85,28 +110,36 @@ class Host {
   void noteClock(const HostTime& now);
   void followOrders(Entry& entry, const HostTime& now);
   void start(Entry& entry, const HostTime& now);
+  void noteRun(const Entry& entry);
+  static void signal(const Entry& entry, int number);
+  static std::vector<pid_t> leftOf(const Entry& entry);
+  void clear(Entry& entry);
   void takeOutput(Entry& entry);
   void endProcess(Entry& entry, const ProcessEnd& end);
+  void finish(Entry& entry);
   void leaveOutput(Entry& entry);
   void forget(Entry& entry);
   void addToLog(const Entry& entry, std::vector<std::string> lines);
   void addToLog(const std::string& label, std::string text);
-  Result<void> note();
+  /// Notes what is loaded, without that job.
+  Result<void> note(const Entry* without = nullptr) const;
 
   Settings m_settings;
   PollLoop& m_loop;
   Calendar m_calendar;
   JobLog m_log;
   LoadedJobs m_loadedJobs;
+  RunNotes m_runNotes;
   Surroundings m_surroundings;
   std::unique_ptr<PathWatch> m_pathWatch;
   MountWatch m_mountWatch;
   Jobs m_jobs;
+  std::set<std::filesystem::path> m_pending;    ///< files that are to be loaded, and couldn't be yet
   std::map<int, FileDescriptor> m_leftOutputs;  ///< of processes that outlive their jobs' own
   std::optional<std::chrono::milliseconds> m_clockDifference;
   std::optional<std::chrono::milliseconds> m_wakeAt;
-  bool m_isQuitting = false;
-  bool m_hasNews = true;  ///< something has happened since the jobs were asked last
+  std::optional<std::chrono::milliseconds> m_quitBy;  ///< set: no more jobs are started
+  bool m_hasNews = true;                              ///< something has happened since the jobs were asked last
 };
 
 }  // namespace mirvel::host

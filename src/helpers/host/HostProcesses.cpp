@@ -8,6 +8,7 @@
 #include <cerrno>
 
 #include "core/support/RegularFile.h"
+#include "core/support/Uuid.h"
 #include "helpers/host/Host.h"
 
 namespace mirvel::host {
@@ -47,12 +48,12 @@ void Host::followOrders(Entry& entry, const HostTime& now) {
         start(entry, now);
         break;
       case Order::Terminate:
-        addToLog(entry, {"is asked to end"});
-        ::kill(entry.process.id, SIGTERM);
+        addToLog(entry, {entry.job.isClearing() ? "what it has left running is asked to end" : "is asked to end"});
+        signal(entry, SIGTERM);
         break;
       case Order::Kill:
         addToLog(entry, {"doesn't end, and is killed"});
-        ::kill(-entry.process.id, SIGKILL);
+        signal(entry, SIGKILL);
         break;
       case Order::Forget:
         return forget(entry);
@@ -61,18 +62,53 @@ void Host::followOrders(Entry& entry, const HostTime& now) {
 }
 
 void Host::start(Entry& entry, const HostTime& now) {
+  entry.run = {.mark = makeUuid(), .isLeaderAlone = entry.job.rules().abandonProcessGroup};
+  entry.plan.environment.insert_or_assign(markVariable, entry.run.mark);
+  noteRun(entry);
   auto process = JobProcess::start(entry.plan, m_settings.environment);
-  entry.job.started(now);
   if (!process) {
-    addToLog(entry.job.rules().label, entry.job.rules().label + ": can't be started: " + process.error().text());
-    entry.job.ended({.code = startFailureCode});
-    return;
+    m_runNotes.remove(entry.run);
+    const std::string& label = entry.job.rules().label;
+    addToLog(label, label + ": can't be started: " + process.error().text());
+    // Without room for one more process now, there may be some later.
+    if (process.error().code == Error::Code::LimitExceeded) return entry.job.startFailed(now);
+    entry.job.started(now);
+    return entry.job.ended({.code = startFailureCode}, now);
   }
+  entry.job.started(now);
   entry.process = *std::move(process);
+  entry.run.leader = entry.process.id;
+  entry.run.start = startOf(entry.process.id);
+  noteRun(entry);
   entry.output = {};
   addToLog(entry, {"started"});
   if (!entry.process.output) return;
   m_loop.watch(entry.process.output.number(), POLLIN, [this, &entry](short) { takeOutput(entry); });
+}
+
+/// With a full disk the jobs run all the same.
+void Host::noteRun(const Entry& entry) {
+  const std::string& label = entry.job.rules().label;
+  const auto noted = m_runNotes.write({.label = label, .file = entry.file, .run = entry.run});
+  if (!noted) addToLog(label, label + ": can't be noted as running: " + noted.error().text());
+}
+
+/// When a job ends by itself, its group ends with it; when it is stopped, so does everything that it has started.
+std::vector<pid_t> Host::leftOf(const Entry& entry) {
+  std::vector<pid_t> result;
+  if (entry.process.id > 0) result = processesOf(entry.run, entry.job.isUnloaded() ? Reach::Everything : Reach::Group);
+  for (const JobRun& run : entry.inherited) {
+    const auto found = processesOf(run, Reach::Everything);
+    result.insert(result.end(), found.begin(), found.end());
+  }
+  return result;
+}
+
+void Host::signal(const Entry& entry, int number) {
+  if (entry.process.id > 0) {
+    signalRun(entry.run, entry.job.isUnloaded() ? Reach::Everything : Reach::Group, number);
+  }
+  for (const JobRun& run : entry.inherited) signalRun(run, Reach::Everything, number);
 }
 
 void Host::takeOutput(Entry& entry) {
@@ -86,26 +122,46 @@ void Host::takeOutput(Entry& entry) {
 
 void Host::collect() {
   for (const auto& [label, entry] : m_jobs) {
-    if (entry->process.id == 0) continue;
+    if (entry->process.id == 0 || entry->job.isClearing()) continue;
     const auto end = endOf(entry->process.id);
     if (end) endProcess(*entry, *end);
   }
 }
 
 void Host::endProcess(Entry& entry, const ProcessEnd& end) {
-  const pid_t child = entry.process.id;
-  if (!entry.job.rules().abandonProcessGroup) ::kill(-child, SIGKILL);
-  ::waitpid(child, nullptr, 0);
   // What is left in the pipe; one that its heirs go on filling is given up.
   constexpr int mostReads = 4;
   for (int i = 0; i < mostReads && entry.process.output; ++i) takeOutput(entry);
   addToLog(entry, entry.output.finish());
   const auto failure = entry.process.startFailure();
   addToLog(entry, {failure ? *failure : end.text()});
-  leaveOutput(entry);
-  entry.process = {};
-  entry.job.ended(end);
   m_hasNews = true;
+  const bool isOver = leftOf(entry).empty();
+  entry.job.ended(end, currentTime(), isOver ? HostedJob::Left::Nothing : HostedJob::Left::Others);
+  if (isOver) finish(entry);
+}
+
+/// The first process is collected last: until then its number, which is that of its group too, can't be anybody else's.
+void Host::finish(Entry& entry) {
+  if (entry.process.id > 0) {
+    ::waitpid(entry.process.id, nullptr, 0);
+    m_runNotes.remove(entry.run);
+    leaveOutput(entry);
+    entry.process = {};
+  }
+  for (const JobRun& run : entry.inherited) m_runNotes.remove(run);
+  entry.inherited.clear();
+}
+
+/// Looks whether what an ended process has left running is gone.
+void Host::clear(Entry& entry) {
+  if (!entry.job.isClearing()) return;
+  if (!leftOf(entry).empty()) {
+    if (entry.job.isKilled()) signal(entry, SIGKILL);  // one that was begun while the others were killed
+    return;
+  }
+  finish(entry);
+  entry.job.cleared();
 }
 
 /// A process that a job leaves behind may go on printing: that is read, and dropped, so that it doesn't die of it.
@@ -113,7 +169,6 @@ void Host::leaveOutput(Entry& entry) {
   if (!entry.process.output) return;
   const int number = entry.process.output.number();
   m_loop.forget(number);
-  if (!entry.job.rules().abandonProcessGroup) return;
   m_leftOutputs.insert_or_assign(number, std::move(entry.process.output));
   m_loop.watch(number, POLLIN, [this, number](short) {
     std::array<char, 65536> buffer;

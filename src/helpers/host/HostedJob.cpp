@@ -29,48 +29,93 @@ void HostedJob::load(const HostTime& now) {
 }
 
 void HostedJob::unload(const HostTime& now) {
-  if (m_isUnloaded) return;
+  unload(now, m_rules.exitTimeOut);
+}
+
+void HostedJob::unload(const HostTime& now, milliseconds patience) {
+  if (m_isRunning) beginToStop(now, patience);
   m_isUnloaded = true;
-  if (m_isRunning && m_rules.exitTimeOut) m_killAt = now.running + *m_rules.exitTimeOut;
+}
+
+/// What is being stopped already isn't asked twice, unless there is more to stop now.
+void HostedJob::beginToStop(const HostTime& now, milliseconds patience) {
+  if (!m_isUnloaded) m_isTerminated = false;
+  if (m_isKilled) return;
+  const milliseconds killAt = now.running + std::min<milliseconds>(patience, m_rules.exitTimeOut);
+  m_killAt = std::min(m_killAt.value_or(killAt), killAt);
 }
 
 void HostedJob::started(const HostTime& now) {
   m_isRunning = true;
+  m_hasStarted = true;
   m_isDemanded = false;
-  m_lastStart = now.running;
+  m_lastAttempt = now.running;
 }
 
-void HostedJob::ended(const ProcessEnd& end) {
-  m_isRunning = false;
+void HostedJob::startFailed(const HostTime& now) {
+  m_lastAttempt = now.running;
+}
+
+void HostedJob::ended(const ProcessEnd& end, const HostTime& now, Left left) {
   m_lastEnd = end;
+  if (left == Left::Nothing) return cleared();
+  m_isClearing = true;
+  if (!m_isUnloaded) beginToStop(now, m_rules.exitTimeOut);
+}
+
+void HostedJob::foundRunning(const HostTime& now) {
+  m_isRunning = true;
+  m_isClearing = true;
+  beginToStop(now, m_rules.exitTimeOut);
+}
+
+void HostedJob::cleared() {
+  m_isRunning = false;
+  m_isClearing = false;
+  m_isTerminated = false;
+  m_isKilled = false;
+  m_killAt.reset();
 }
 
 void HostedJob::mounted() {
   if (m_rules.startOnMount) m_isDemanded = true;
 }
 
+void HostedJob::clockChanged(const HostTime& now, milliseconds change) {
+  constexpr milliseconds correction = 1h;
+  const bool isCorrection = change < correction && change > -correction;
+  if (!isCorrection || !m_nextCalendar) planCalendar(now);
+}
+
 HostedJob::Order HostedJob::decide(const HostTime& now) {
-  if (m_isUnloaded) return decideToStop(now);
-  takeDueTimes(now);
+  if (m_isUnloaded && !m_isRunning) return Order::Forget;
+  if (!m_isUnloaded) takeDueTimes(now);
+  if (m_isUnloaded || m_isClearing) return decideToStop(now);
   if (m_isRunning || !isWanted() || now.running < earliestStart()) return Order::Wait;
   return Order::Start;
 }
 
 HostedJob::Order HostedJob::decideToStop(const HostTime& now) {
-  if (!m_isRunning) return Order::Forget;
   if (!m_isTerminated) {
     m_isTerminated = true;
     return Order::Terminate;
   }
   if (!m_killAt || now.running < *m_killAt) return Order::Wait;
   m_killAt.reset();
+  m_isKilled = true;
   return Order::Kill;
 }
 
 std::optional<milliseconds> HostedJob::wakeAt(const HostTime& now) const {
-  if (m_isUnloaded) return m_killAt;
-  std::optional<milliseconds> earliest = m_nextInterval;
+  std::optional<milliseconds> earliest;
   const auto add = [&](milliseconds time) { earliest = std::min(earliest.value_or(time), time); };
+  if (m_isUnloaded || m_isClearing) {
+    // Nobody tells of the end of processes that aren't children.
+    if (m_isClearing) add(now.running + (m_isKilled ? 250ms : 100ms));
+    if (m_killAt) add(*m_killAt);
+    return earliest;
+  }
+  if (m_nextInterval) add(*m_nextInterval);
   if (m_nextCalendar) add(now.running + (*m_nextCalendar - now.wall));
   if (!m_isRunning && isWanted()) add(earliestStart());
   return earliest;
@@ -103,11 +148,11 @@ void HostedJob::takeDueTimes(const HostTime& now) {
     isDue = true;
     planCalendar(now);
   }
-  if (isDue && !m_isRunning) m_isDemanded = true;
+  if (isDue && (!m_isRunning || m_isClearing)) m_isDemanded = true;
 }
 
 bool HostedJob::isWanted() const {
-  if (m_rules.launchOnlyOnce && m_lastStart) return false;
+  if (m_rules.launchOnlyOnce && m_hasStarted) return false;
   return m_isDemanded || isKeptAlive() ||
          std::any_of(m_rules.queueDirectories.begin(), m_rules.queueDirectories.end(), m_surroundings->holdsFiles);
 }
@@ -115,7 +160,7 @@ bool HostedJob::isWanted() const {
 /// Any one of the conditions is enough.
 bool HostedJob::isKeptAlive() const {
   if (m_rules.keepAlive) return true;
-  if (m_rules.onlyAfterInitialDemand && !m_lastStart) return false;
+  if (m_rules.onlyAfterInitialDemand && !m_hasStarted) return false;
   if (m_lastEnd && m_rules.afterSuccess && *m_rules.afterSuccess == m_lastEnd->isSuccess()) return true;
   if (m_lastEnd && m_rules.afterCrash && *m_rules.afterCrash == m_lastEnd->isCrash()) return true;
   const auto holds = [](const auto& conditions, const auto& isThere) {
@@ -127,7 +172,7 @@ bool HostedJob::isKeptAlive() const {
 }
 
 milliseconds HostedJob::earliestStart() const {
-  return m_lastStart ? *m_lastStart + m_rules.throttle : milliseconds::min();
+  return m_lastAttempt ? *m_lastAttempt + m_rules.throttle : milliseconds::min();
 }
 
 }  // namespace mirvel::host

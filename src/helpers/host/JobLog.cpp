@@ -7,11 +7,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 #include "core/support/Ascii.h"
 #include "core/support/Digest.h"
 #include "core/support/FileDescriptor.h"
 #include "core/support/ReadFile.h"
+#include "core/support/RegularFile.h"
 #include "helpers/wire/DateKey.h"
 
 namespace mirvel::host {
@@ -67,9 +69,20 @@ Result<void> append(const fs::path& file, const std::string& bytes) {
   return {};
 }
 
+/// The end of a file, from the first line that begins there.
+Result<std::string> readEnd(const fs::path& file, std::size_t most) {
+  const auto opened = RegularFile::open(file);
+  if (!opened) return opened.error();
+  const bool isWhole = opened->size <= most;
+  if (!isWhole) ::lseek(opened->descriptor.number(), static_cast<off_t>(opened->size - most), SEEK_SET);
+  auto bytes = readFile(opened->descriptor.number(), 2 * most, file);
+  if (bytes && !isWhole) bytes->erase(0, bytes->find('\n'));
+  return bytes;
+}
+
 /// The lines of one file that are asked for.
 void findIn(const fs::path& file, double since, std::string_view text, std::vector<JobHost::LogLine>& result) {
-  const auto bytes = readFile(file, 4 * JobLog::fileSize);
+  const auto bytes = readEnd(file, 4 * JobLog::fileSize);
   if (!bytes) return;  // renamed or removed just now
   std::string_view rest = *bytes;
   while (!rest.empty()) {
@@ -113,11 +126,16 @@ fs::path JobLog::fileOf(const std::string& label) const {
 
 Result<void> JobLog::add(const std::string& label, Moment now, const std::vector<std::string>& lines) const {
   if (lines.empty()) return {};
-  std::string bytes;
-  for (const std::string& line : lines) bytes += lineText(now, line);
   std::error_code failure;
-  fs::create_directories(m_folder, failure);  // if that fails, so does what follows, and tells why
-  return append(fileOf(label), bytes);
+  fs::create_directory(m_folder, failure);  // if that fails, so does what follows, and tells why
+  // In pieces: short lines are many times as long with what stands before them.
+  std::string bytes;
+  for (const std::string& line : lines) {
+    bytes += lineText(now, line);
+    if (bytes.size() < fileSize) continue;
+    if (auto appended = append(fileOf(label), std::exchange(bytes, {})); !appended) return appended;
+  }
+  return bytes.empty() ? Result<void>() : append(fileOf(label), bytes);
 }
 
 std::vector<JobHost::LogLine> JobLog::find(Moment since, std::string_view text, std::size_t maximumBytes) const {

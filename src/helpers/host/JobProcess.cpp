@@ -205,6 +205,13 @@ pid_t forkQuietly() {
   return id;
 }
 
+/// There are too many processes or descriptors, or too little memory: which may be otherwise in a while.
+Error noRoom(int errnoValue, const std::string& program) {
+  Error error = systemError(errnoValue, "run", program);
+  error.code = Error::Code::LimitExceeded;
+  return error;
+}
+
 }  // namespace
 
 Result<JobProcess> JobProcess::start(const ProcessPlan& plan, const Environment& usual) {
@@ -214,11 +221,11 @@ Result<JobProcess> JobProcess::start(const ProcessPlan& plan, const Environment&
   Pipe output = Pipe::make();
   Pipe failure = Pipe::make();
   if (!output || !failure || !liftAboveStandard(output.write) || !liftAboveStandard(failure.write)) {
-    return systemError(errno, "run", plan.program);
+    return noRoom(errno, plan.program);
   }
   Child child(plan, *user, merged(usual, *user, plan), output.write.number(), failure.write.number());
   const pid_t id = forkQuietly();
-  if (id < 0) return systemError(errno, "run", plan.program);
+  if (id < 0) return noRoom(errno, plan.program);
   if (id == 0) child.run();
   ::fcntl(output.read.number(), F_SETFL, O_NONBLOCK);
   ::fcntl(failure.read.number(), F_SETFL, O_NONBLOCK);

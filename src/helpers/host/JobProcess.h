@@ -18,7 +18,8 @@ struct JobProcess {
   FileDescriptor failure;  ///< see `startFailure`
 
   /// Starts the process and returns at once. What goes wrong in the child itself (a missing program or folder) is told
-  /// by `startFailure` when it has ended. Fails if there can be no child, or the user or group isn't known.
+  /// by `startFailure` when it has ended. Fails if the user or group isn't known, and with
+  /// `LimitExceeded` if there can be no more children now.
   static Result<JobProcess> start(const ProcessPlan& plan, const Environment& usual);
 
   /// Of a process that has ended: why the program wasn't run, if it wasn't: "can't run /x: No such file or directory".

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "helpers/jobhost/HostLimits.h"
+
 namespace mirvel::host {
 
 using std::chrono::seconds;
@@ -10,6 +12,9 @@ namespace {
 
 /// So long that nobody waits for it, and short enough to be added to any moment.
 constexpr std::int64_t longest = std::int64_t{100} * 365 * 24 * 3600;
+
+/// A job that ends at once, or can't be started at all, doesn't keep the machine busy, whatever its file says.
+constexpr seconds shortestThrottle{1};
 
 seconds duration(std::int64_t number) {
   return seconds(std::clamp<std::int64_t>(number, 0, longest));
@@ -41,8 +46,10 @@ void readTimes(const launchd::Plist& plist, JobRules& rules) {
       rules.calendar.push_back(CalendarRule::asRun(interval));
     }
   }
-  if (plist.throttleInterval && *plist.throttleInterval >= 0) rules.throttle = duration(*plist.throttleInterval);
-  if (plist.exitTimeOut && *plist.exitTimeOut == 0) rules.exitTimeOut.reset();
+  if (plist.throttleInterval && *plist.throttleInterval >= 0) {
+    rules.throttle = std::max(duration(*plist.throttleInterval), shortestThrottle);
+  }
+  if (plist.exitTimeOut && *plist.exitTimeOut == 0) rules.exitTimeOut = longestStop;  // launchd would wait for ever
   if (plist.exitTimeOut && *plist.exitTimeOut > 0) rules.exitTimeOut = duration(*plist.exitTimeOut);
 }
 

@@ -35,8 +35,8 @@ struct JobRules {
   std::vector<std::string> watchPaths;
   std::vector<std::string> queueDirectories;
 
-  std::chrono::seconds throttle{10};                    ///< between two starts
-  std::optional<std::chrono::seconds> exitTimeOut{20};  ///< from SIGTERM to SIGKILL; none: SIGKILL never comes
+  std::chrono::seconds throttle{10};     ///< between two starts
+  std::chrono::seconds exitTimeOut{20};  ///< from SIGTERM to SIGKILL
 
   static JobRules of(const launchd::Plist& plist);
 

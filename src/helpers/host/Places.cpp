@@ -28,23 +28,13 @@ Result<void> makePrivate(const fs::path& folder) {
 
 }  // namespace
 
-Places Places::of(const Roots& roots, const Environment& environment) {
-  Places places = below(roots);
-  const auto runtime = environment.find("XDG_RUNTIME_DIR");
-  if (runtime != environment.end() && runtime->second.starts_with('/')) {
-    places.socket = fs::path(runtime->second) / "mirvel" / "host.socket";
-  }
-  return places;
-}
-
-Places Places::below(const Roots& roots) {
+Places Places::of(const Roots& roots) {
   const fs::path folder = roots.applicationSupport / "host";
   return {.folder = folder, .socket = folder / "host.socket"};
 }
 
 Result<void> Places::make() const {
-  const auto made = makePrivate(folder);
-  return made && socket.parent_path() != folder ? makePrivate(socket.parent_path()) : made;
+  return makePrivate(folder);
 }
 
 }  // namespace mirvel::host

@@ -2,23 +2,20 @@
 
 #include <filesystem>
 
-#include "core/support/Environment.h"
 #include "core/support/Result.h"
 #include "core/support/Roots.h"
 
 namespace mirvel::host {
 
-/// Where a user's host keeps its things, and is reached.
+/// Where a user's host keeps its things, and is reached. It follows from the user's folders alone, so that a host that
+/// was started at login and a client in a terminal, whose environments differ, mean the same place.
 struct Places {
-  std::filesystem::path folder;  ///< its state, logs and lock
+  std::filesystem::path folder;  ///< its state, logs, lock and socket
   std::filesystem::path socket;
 
-  /// The socket lies in the user's runtime folder, if there is one, else with the state.
-  static Places of(const Roots& roots, const Environment& environment);
-  /// Everything with the state: for a machine below a folder, which has no runtime folder.
-  static Places below(const Roots& roots);
+  static Places of(const Roots& roots);
 
-  /// Makes the folders, open to nobody else. Fails if one can't be made, or is another's.
+  /// Makes the folder, open to nobody else. Fails if it can't be made, or is another's.
   Result<void> make() const;
 };
 

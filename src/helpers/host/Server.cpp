@@ -2,11 +2,17 @@
 
 #include <fcntl.h>
 #include <sys/socket.h>
+#ifdef __linux__
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
 
+#include "helpers/host/EnabledJobs.h"
 #include "helpers/host/HostSocket.h"
+#include "helpers/jobhost/HostLimits.h"
 #include "helpers/jobhost/HostMessages.h"
 
 namespace mirvel::host {
@@ -22,27 +28,62 @@ seconds durationOf(const plist::Dictionary& request) {
   return seconds(std::clamp<std::int64_t>(numberOf(request, key::seconds).value_or(0), 0, longestPeriod));
 }
 
+#ifdef __linux__
+
+pid_t processOf(int socket) {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 ? peer.pid : 0;
+}
+
+/// Can be read when the process has ended; see pidfd_open(2).
+FileDescriptor openProcess(pid_t process) {
+  return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+}
+
+#else
+
+pid_t processOf(int) {
+  return 0;
+}
+
+FileDescriptor openProcess(pid_t) {
+  return {};
+}
+
+#endif
+
 Error badRequest(const std::string& message) {
   return {.code = Error::Code::BadArgument, .message = message};
 }
 
 }  // namespace
 
-Server::Server(FileDescriptor listening, Host& host, PollLoop& loop)
-    : m_listening(std::move(listening)),
+Server::Server(int listening, IsOfSession isOfSession, Host& host, PollLoop& loop)
+    : m_listening(listening),
+      m_isOfSession(std::move(isOfSession)),
       m_spare(::open("/dev/null", O_RDONLY | O_CLOEXEC)),
       m_host(host),
       m_loop(loop) {
-  m_loop.watch(m_listening.number(), POLLIN, [this](short) { accept(); });
+  m_loop.watch(m_listening, POLLIN, [this](short) { accept(); });
 }
 
 Server::~Server() {
-  m_loop.forget(m_listening.number());
+  m_loop.forget(m_listening);
   for (const Client& client : m_clients) m_loop.forget(client->descriptor());
+  for (const auto& [process, trier] : m_triers) {
+    if (trier.process) m_loop.forget(trier.process.number());
+  }
+}
+
+void Server::listenAnewAt(int listening) {
+  m_loop.forget(m_listening);
+  m_listening = listening;
+  m_loop.watch(m_listening, POLLIN, [this](short) { accept(); });
 }
 
 void Server::accept() {
-  FileDescriptor socket(::accept(m_listening.number(), nullptr, nullptr));
+  FileDescriptor socket(::accept(m_listening, nullptr, nullptr));
   if (!socket && (errno == EMFILE || errno == ENFILE)) return turnAway();
   if (!socket || !isTrustedPeer(socket.number()) || m_clients.size() >= mostConnections) return;
   ::fcntl(socket.number(), F_SETFD, FD_CLOEXEC);
@@ -56,7 +97,7 @@ void Server::accept() {
 /// Else the loop would be told of the same client again and again.
 void Server::turnAway() {
   m_spare.reset();
-  FileDescriptor(::accept(m_listening.number(), nullptr, nullptr)).reset();
+  FileDescriptor(::accept(m_listening, nullptr, nullptr)).reset();
   m_spare = FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
@@ -72,18 +113,67 @@ void Server::answer(const Client& client, const wire::Frame& request) {
   const std::string name = textOf(request.body, key::request).value_or("");
   if (name == request::unload) return unload(client, request);
   if (name == request::waitForEnd) return waitForEnd(client, request);
-  if (name == request::load) return reply(load(request.body));
+  if (name == request::beginSession) return beginSession(client, request);
+  if (name == request::load) return reply(load(client, request.body));
+  if (name == request::start) {
+    start(request.body);
+    return reply({});
+  }
   if (name == request::log) return reply(log(request.body));
   if (name == request::status) return reply(status());
   if (name != request::quit) return reply(errorReply(badRequest("the job host knows no request of that name")));
   m_shallQuit = true;  // the end of the connection is the answer
 }
 
-plist::Dictionary Server::load(const plist::Dictionary& request) {
+plist::Dictionary Server::load(const Client& client, const plist::Dictionary& request) {
   const auto path = textOf(request, key::path);
   if (!path) return errorReply(badRequest("there is no path"));
-  const auto loaded = m_host.load(*path);
+  const plist::Value* const temporary = request.find(key::temporary);
+  const bool isTemporary = temporary && temporary->as<bool>() && *temporary->as<bool>();
+  const auto loaded = m_host.load(*path, isTemporary ? Host::Noted::No : Host::Noted::Yes);
+  if (loaded && isTemporary) unloadWith(client, *path);
   return loaded ? plist::Dictionary() : errorReply(loaded.error());
+}
+
+/// A job that is only tried ends with whoever tries it, even one who is killed and can't unload it. Where the system
+/// doesn't tell of that end, it stays until the host ends.
+void Server::unloadWith(const Client& client, const std::filesystem::path& file) {
+  const pid_t peer = processOf(client->descriptor());
+  if (peer <= 0) return;
+  Trier& trier = m_triers[peer];
+  trier.files.insert(file);
+  if (trier.process) return;
+  trier.process = openProcess(peer);
+  if (!trier.process) return;
+  m_loop.watch(trier.process.number(), POLLIN, [this, peer](short) {
+    const auto found = m_triers.extract(peer);
+    m_loop.forget(found.mapped().process.number());
+    // What is only tried isn't noted, so that nothing can fail.
+    for (const auto& tried : found.mapped().files) (void)m_host.unload(tried, std::nullopt);
+  });
+}
+
+void Server::start(const plist::Dictionary& request) {
+  const plist::Value* const value = request.find(key::folders);
+  const auto* const folders = value ? value->as<plist::Array>() : nullptr;
+  if (!folders) return;
+  for (const plist::Value& folder : *folders) {
+    if (const auto* const path = folder.as<std::string>()) loadEnabledJobs(*path, m_host);
+  }
+}
+
+/// A host of an earlier session has no display any more and an environment that leads nowhere: it makes room for one of
+/// the new session, which starts with the same jobs.
+void Server::beginSession(const Client& client, const wire::Frame& request) {
+  const plist::Value* const value = request.body.find(key::environment);
+  const auto* const variables = value ? value->as<plist::Dictionary>() : nullptr;
+  if (!variables) return client->send({request.id, errorReply(badRequest("there is no environment"))});
+  Environment environment;
+  for (const auto& [name, variable] : *variables) {
+    if (const auto* const text = variable.as<std::string>()) environment.emplace(name, *text);
+  }
+  if (m_isOfSession(environment)) return client->send({request.id, {}});
+  m_shallQuit = true;  // the end of the connection is the answer
 }
 
 plist::Dictionary Server::log(const plist::Dictionary& request) const {
@@ -104,12 +194,13 @@ plist::Dictionary Server::status() const {
 void Server::unload(const Client& client, const wire::Frame& request) {
   const auto path = textOf(request.body, key::path);
   const auto label = textOf(request.body, key::label);
-  const auto unloaded = path || label ? m_host.unload(path.value_or(""), label) : std::nullopt;
-  if (!unloaded) {
-    const bool isGood = path || label;
-    return client->send({request.id, isGood ? plist::Dictionary() : errorReply(badRequest("there is no path"))});
-  }
-  m_waiting.push_back({.client = client, .id = request.id, .label = *unloaded, .forUnload = true});
+  if (!path && !label) return client->send({request.id, errorReply(badRequest("there is no path"))});
+  const auto unloaded = m_host.unload(path.value_or(""), label);
+  if (!unloaded) return client->send({request.id, errorReply(unloaded.error())});
+  if (!*unloaded) return client->send({request.id, {}});
+  const auto limit = request.body.find(key::seconds) ? std::min(durationOf(request.body), longestStop) : longestStop;
+  const auto until = currentTime().running + limit;
+  m_waiting.push_back({.client = client, .id = request.id, .label = **unloaded, .forUnload = true, .until = until});
 }
 
 void Server::waitForEnd(const Client& client, const wire::Frame& request) {
@@ -124,11 +215,12 @@ void Server::waitForEnd(const Client& client, const wire::Frame& request) {
 
 std::optional<plist::Dictionary> Server::answerTo(const Waiting& waiting, milliseconds now) const {
   if (waiting.forUnload) {
-    return m_host.isLoaded(waiting.label) ? std::nullopt : std::optional(plist::Dictionary());
+    if (!m_host.isLoaded(waiting.label)) return plist::Dictionary();
+    return now < waiting.until ? std::nullopt : std::optional(errorReply(m_host.stillRunning(waiting.label)));
   }
   const bool hasRun = m_host.hasRun(waiting.label);
   const bool isGone = !m_host.isLoaded(waiting.label);
-  if (!hasRun && !isGone && now < *waiting.until) return std::nullopt;
+  if (!hasRun && !isGone && now < waiting.until) return std::nullopt;
   return plist::Dictionary{{std::string(key::ended), hasRun || isGone}};
 }
 
@@ -153,7 +245,7 @@ void Server::settle() {
 std::optional<milliseconds> Server::wakeAt() const {
   std::optional<milliseconds> earliest;
   for (const Waiting& waiting : m_waiting) {
-    if (waiting.until) earliest = std::min(earliest.value_or(*waiting.until), *waiting.until);
+    earliest = std::min(earliest.value_or(waiting.until), waiting.until);
   }
   return earliest;
 }

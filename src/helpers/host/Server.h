@@ -1,10 +1,15 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
+#include <functional>
 #include <list>
+#include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
+#include "core/support/Environment.h"
 #include "core/support/FileDescriptor.h"
 #include "helpers/host/Connection.h"
 #include "helpers/host/Host.h"
@@ -17,12 +22,17 @@ class Server {
  public:
   static constexpr std::size_t mostConnections = 128;
 
-  /// `listening` comes of `listenAt`.
-  Server(FileDescriptor listening, Host& host, PollLoop& loop);
+  /// Whether this host belongs to the session of these variables.
+  using IsOfSession = std::function<bool(const Environment&)>;
+
+  /// `listening` is that of the host's presence.
+  Server(int listening, IsOfSession isOfSession, Host& host, PollLoop& loop);
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
 
+  /// Goes on with another socket; the old one is still open. Connections stay.
+  void listenAnewAt(int listening);
   /// Answers those who were waiting for something that has come, and drops connections that are over.
   void settle();
   /// When the first of those has waited long enough.
@@ -38,14 +48,17 @@ class Server {
     std::int64_t id;
     std::string label;
     bool forUnload;  ///< else for its end
-    std::optional<std::chrono::milliseconds> until = {};
+    std::chrono::milliseconds until;
   };
 
   void accept();
   void turnAway();
   void serve(const Client& client);
   void answer(const Client& client, const wire::Frame& request);
-  plist::Dictionary load(const plist::Dictionary& request);
+  plist::Dictionary load(const Client& client, const plist::Dictionary& request);
+  void unloadWith(const Client& client, const std::filesystem::path& file);
+  void start(const plist::Dictionary& request);
+  void beginSession(const Client& client, const wire::Frame& request);
   plist::Dictionary log(const plist::Dictionary& request) const;
   plist::Dictionary status() const;
   void unload(const Client& client, const wire::Frame& request);
@@ -53,12 +66,20 @@ class Server {
   /// None: not yet.
   std::optional<plist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
 
-  FileDescriptor m_listening;
+  /// A process that tries jobs, which end with it.
+  struct Trier {
+    FileDescriptor process;
+    std::set<std::filesystem::path> files;
+  };
+
+  int m_listening;
+  IsOfSession m_isOfSession;
   FileDescriptor m_spare;  ///< given up for a moment when there are no descriptors left
   Host& m_host;
   PollLoop& m_loop;
   std::vector<Client> m_clients;
   std::list<Waiting> m_waiting;
+  std::map<pid_t, Trier> m_triers;
   bool m_shallQuit = false;
 };
 

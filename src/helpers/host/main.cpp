@@ -9,20 +9,24 @@
 
 #include "helpers/host/Daemon.h"
 #include "helpers/host/Detachment.h"
+#include "helpers/host/EnabledJobs.h"
+#include "helpers/process/CleanState.h"
 
 namespace {
 
 using namespace mirvel;
 
 constexpr const char* usage =
-    "usage: mirvel-host [--detach] [--root DIR]\n\n"
+    "usage: mirvel-host [--detach] [--login] [--root DIR]\n\n"
     "Runs launchd jobs where neither launchd nor systemd does: those that it is asked to load, and those that were\n"
     "loaded when it last ended. There is one for each user.\n\n"
     "  --detach     come back as soon as the host can be reached, and leave it running\n"
+    "  --login      a session of the user's begins: its jobs are loaded, and a host of another session ends\n"
     "  --root DIR   a machine's folders below this one, in place of the machine's own\n";
 
 struct Options {
   bool detach = false;
+  bool beginsSession = false;
   std::filesystem::path root;  ///< empty: the user's own places
 };
 
@@ -31,6 +35,8 @@ std::optional<Options> read(const std::vector<std::string>& arguments) {
   for (auto at = arguments.begin(); at != arguments.end(); ++at) {
     if (*at == "--detach") {
       options.detach = true;
+    } else if (*at == "--login") {
+      options.beginsSession = true;
     } else if (*at == "--root" && std::next(at) != arguments.end() && !std::next(at)->empty()) {
       options.root = std::filesystem::absolute(*++at);
     } else {
@@ -41,11 +47,18 @@ std::optional<Options> read(const std::vector<std::string>& arguments) {
 }
 
 int run(const Options& options, const Environment& environment) {
+  // A host below a folder is somebody's trial, and stays with whatever else belongs to that.
+  resetProcessState(options.root.empty() ? ControlGroup::Leave : ControlGroup::Keep);
   host::Detachment detachment;
   if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
-  const auto places = options.root.empty() ? host::Places::of(Roots::forThisMachine(environment), environment)
-                                           : host::Places::below(Roots::below(options.root));
-  const auto ran = host::runHost(places, environment, [&] { detachment.complete(); });
+  const Roots roots = options.root.empty() ? Roots::forThisMachine(environment) : Roots::below(options.root);
+  const host::HostSetup setup{
+      .places = host::Places::of(roots),
+      .environment = environment,
+      .machine = options.root,
+      .beginsSession = options.beginsSession,
+      .jobFolders = options.beginsSession ? host::agentFolders(roots) : std::vector<std::filesystem::path>()};
+  const auto ran = host::runHost(setup, [&] { detachment.complete(); });
   if (!ran) std::cerr << "mirvel-host: " << ran.error().text() << '\n';
   return ran ? 0 : 1;
 }

@@ -1,8 +1,13 @@
 #include "helpers/jobhost/EmbeddedHost.h"
 
+#include <system_error>
 #include <thread>
 
 #include "core/support/Strings.h"
+#include "helpers/action/JobFiles.h"
+#include "helpers/host/EnabledJobs.h"
+#include "helpers/host/HostSocket.h"
+#include "helpers/host/LoadedJobs.h"
 
 namespace mirvel {
 
@@ -32,49 +37,75 @@ std::vector<std::string> argumentsOf(const EmbeddedHost::Settings& settings) {
   return result;
 }
 
-std::vector<std::string> commandOf(const EmbeddedHost::Settings& settings) {
+std::vector<std::string> commandAtLogin(const EmbeddedHost::Settings& settings) {
   std::vector<std::string> result = argumentsOf(settings);
-  result.insert(result.begin(), settings.program.string());
+  result.insert(result.begin(), {settings.program.string(), "--login"});
   return result;
 }
 
 }  // namespace
 
-EmbeddedHost::Settings EmbeddedHost::ofUser(const std::filesystem::path& program, const Roots& roots,
-                                            const Environment& environment) {
-  return {.places = host::Places::of(roots, environment), .program = program, .autostart = roots.ownAutostart};
+EmbeddedHost::Settings EmbeddedHost::ofUser(const std::filesystem::path& program, const Roots& roots) {
+  return {.places = host::Places::of(roots),
+          .program = program,
+          .autostart = roots.ownAutostart,
+          .jobFolders = host::agentFolders(roots)};
 }
 
 EmbeddedHost::Settings EmbeddedHost::below(const std::filesystem::path& program, const std::filesystem::path& root) {
   const Roots roots = Roots::below(root);
-  return {.places = host::Places::below(roots),
+  return {.places = host::Places::of(roots),
           .program = program,
           .arguments = {"--root", root.string()},
-          .autostart = roots.ownAutostart};
+          .autostart = roots.ownAutostart,
+          .jobFolders = host::agentFolders(roots)};
 }
 
 EmbeddedHost::EmbeddedHost(Settings settings, ProcessRunner& runner)
     : m_settings(std::move(settings)),
       m_runner(runner),
       m_client(m_settings.places.socket),
-      m_autostart(m_settings.autostart, commandOf(m_settings)) {}
+      m_autostart(m_settings.autostart, commandAtLogin(m_settings)) {}
+
+Result<void> EmbeddedHost::start() {
+  plist::Array folders;
+  for (const auto& folder : m_settings.jobFolders) folders.emplace_back(folder.string());
+  const plist::Dictionary arguments{{std::string(key::folders), std::move(folders)}};
+  auto started = ask(request::start, arguments, host::longestAnswer);
+  // Of a host that was killed a job on its way to its program may still hold the socket for a moment.
+  if (!started && host::HostClient::isHangUp(started.error()))
+    started = ask(request::start, arguments, host::longestAnswer);
+  if (!started) return started.error();
+  (void)m_autostart.install();  // the jobs run all the same, and the next start tries again
+  return {};
+}
 
 Result<void> EmbeddedHost::load(const std::filesystem::path& file) {
-  const auto loaded = ask(request::load, {{std::string(key::path), file.string()}});
+  const auto loaded = ask(request::load, {{std::string(key::path), file.string()}}, host::longestAnswer);
   if (!loaded) return loaded.error();
   (void)m_autostart.install();  // the job runs all the same, and the next load tries again
   return {};
 }
 
+Result<void> EmbeddedHost::loadTemporarily(const std::filesystem::path& file) {
+  return withoutContent(ask(request::load,
+                            {{std::string(key::path), file.string()}, {std::string(key::temporary), true}},
+                            host::longestAnswer));
+}
+
 Result<void> EmbeddedHost::unload(const std::filesystem::path& file, const std::optional<std::string>& label) {
+  if (auto checked = label ? checkLabel(*label) : Result<void>(); !checked) return checked;
+  if (hasNothingToUnload()) return {};
   plist::Dictionary arguments{{std::string(key::path), file.string()}};
   if (label) arguments.set(key::label, *label);
-  return withoutContent(ask(request::unload, arguments));
+  return withoutContent(ask(request::unload, arguments, host::longestStop + host::longestAnswer));
 }
 
 Result<bool> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
+  if (const auto checked = checkLabel(label); !checked) return checked.error();
   const auto answer = ask(request::waitForEnd,
-                          {{std::string(key::label), label}, {std::string(key::seconds), std::int64_t{limit.count()}}});
+                          {{std::string(key::label), label}, {std::string(key::seconds), std::int64_t{limit.count()}}},
+                          limit + host::longestAnswer);
   if (!answer) return answer.error();
   const plist::Value* const ended = answer->find(key::ended);
   if (!ended || !ended->as<bool>()) return host::HostClient::badAnswer();
@@ -83,7 +114,8 @@ Result<bool> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
 
 Result<std::vector<JobHost::LogLine>> EmbeddedHost::log(seconds period, const std::string& text) {
   const auto answer =
-      ask(request::log, {{std::string(key::seconds), std::int64_t{period.count()}}, {std::string(key::text), text}});
+      ask(request::log, {{std::string(key::seconds), std::int64_t{period.count()}}, {std::string(key::text), text}},
+          host::longestAnswer);
   if (!answer) return answer.error();
   const plist::Value* const value = answer->find(key::lines);
   const auto* const lines = value ? value->as<plist::Array>() : nullptr;
@@ -99,27 +131,36 @@ Result<std::vector<JobHost::LogLine>> EmbeddedHost::log(seconds period, const st
 }
 
 Result<void> EmbeddedHost::quit() {
-  const auto answer = m_client.ask(request::quit);
+  const auto answer = m_client.ask(request::quit, {}, host::longestQuit + host::longestAnswer);
   if (answer || host::HostClient::isNoHost(answer.error()) || host::HostClient::isHangUp(answer.error())) return {};
   return answer.error();
 }
 
-Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plist::Dictionary& arguments) {
+Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plist::Dictionary& arguments,
+                                            seconds limit) {
   // Another may be starting it at the same time and not be as far yet, or one that ends may still be there.
   constexpr auto patience = seconds(5);
   const auto end = steady_clock::now() + patience;
   for (;;) {
-    auto answer = m_client.ask(request, arguments);
+    auto answer = m_client.ask(request, arguments, limit);
     if (answer || !host::HostClient::isNoHost(answer.error()) || steady_clock::now() > end) return answer;
-    const auto started = start();
+    const auto started = launch();
     if (!started) return started.error();
-    answer = m_client.ask(request, arguments);
+    answer = m_client.ask(request, arguments, limit);
     if (answer || !host::HostClient::isNoHost(answer.error())) return answer;
     std::this_thread::sleep_for(milliseconds(10));
   }
 }
 
-Result<void> EmbeddedHost::start() {
+/// A host isn't started to find that it has never had a job.
+bool EmbeddedHost::hasNothingToUnload() const {
+  if (host::connectTo(m_settings.places.socket)) return false;
+  std::error_code failure;
+  const bool hasLoaded = std::filesystem::exists(host::LoadedJobs::fileIn(m_settings.places.folder), failure);
+  return !hasLoaded && !failure;
+}
+
+Result<void> EmbeddedHost::launch() {
   const auto result = m_runner.run(m_settings.program, argumentsOf(m_settings));
   if (!result) return result.error();
   if (result->exitStatus == 0) return {};

@@ -18,20 +18,23 @@ class EmbeddedHost : public JobHost {
  public:
   struct Settings {
     host::Places places;
-    std::filesystem::path program;            ///< `mirvel-host`
-    std::vector<std::string> arguments = {};  ///< for it to find the same places, such as `--root DIR`
-    std::filesystem::path autostart = {};     ///< folder for the entry that starts it at login; empty: none
+    std::filesystem::path program;                       ///< `mirvel-host`
+    std::vector<std::string> arguments = {};             ///< for it to find the same places, such as `--root DIR`
+    std::filesystem::path autostart = {};                ///< folder for the entry that starts it at login; empty: none
+    std::vector<std::filesystem::path> jobFolders = {};  ///< of the jobs that run while the user is logged in
   };
 
   /// The user's own host, which is started at login from its first load on.
-  static Settings ofUser(const std::filesystem::path& program, const Roots& roots, const Environment& environment);
+  static Settings ofUser(const std::filesystem::path& program, const Roots& roots);
   /// That of a machine whose folders are those of `Roots::below(root)`.
   static Settings below(const std::filesystem::path& program, const std::filesystem::path& root);
 
   /// The runner must outlive it.
   EmbeddedHost(Settings settings, ProcessRunner& runner);
 
+  Result<void> start() override;
   Result<void> load(const std::filesystem::path& file) override;
+  Result<void> loadTemporarily(const std::filesystem::path& file) override;
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override;
   Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
   Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override;
@@ -40,8 +43,10 @@ class EmbeddedHost : public JobHost {
   Result<void> quit();
 
  private:
-  Result<plist::Dictionary> ask(std::string_view request, const plist::Dictionary& arguments);
-  Result<void> start();
+  Result<plist::Dictionary> ask(std::string_view request, const plist::Dictionary& arguments,
+                                std::chrono::seconds limit);
+  Result<void> launch();
+  bool hasNothingToUnload() const;
 
   Settings m_settings;
   ProcessRunner& m_runner;

@@ -1,10 +1,14 @@
 #include "helpers/jobhost/HostAutostart.h"
 
 #include <algorithm>
+#include <optional>
+#include <regex>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 #include "core/support/Ascii.h"
+#include "core/support/ReadFile.h"
 #include "core/support/ReplaceFile.h"
 
 namespace mirvel::host {
@@ -26,24 +30,52 @@ std::string quoted(const std::string& text) {
   return result + '"';
 }
 
+constexpr std::string_view execBegin = "Exec=";
+
+std::string execLine(const std::vector<std::string>& command) {
+  std::string words;
+  for (const std::string& word : command) words += (words.empty() ? "" : " ") + quoted(word);
+  return std::string(execBegin) + words;
+}
+
+/// Whether a line is one of those that `execLine` makes for a host, and not what somebody made of it.
+bool isOwnLine(const std::string& line) {
+  static const std::regex form("Exec=\"[^\"]*/mirvel-host\"( --login)?( --detach)( --root \"[^\"]*\")?");
+  return std::regex_match(line, form);
+}
+
+/// The text with another command, if it has one that may be replaced.
+std::optional<std::string> renewed(const std::string& text, const std::string& line) {
+  const auto begin = text.starts_with(execBegin) ? 0 : text.find('\n' + std::string(execBegin)) + 1;
+  if (begin == 0 && !text.starts_with(execBegin)) return std::nullopt;
+  const auto size = std::min(text.find('\n', begin), text.size()) - begin;
+  const std::string old = text.substr(begin, size);
+  if (old == line || !isOwnLine(old)) return std::nullopt;
+  return text.substr(0, begin) + line + text.substr(begin + size);
+}
+
 }  // namespace
 
 Result<void> HostAutostart::install() const {
+  constexpr std::size_t largest = 65536;
   if (m_folder.empty()) return {};
   const auto entry = m_folder / fileName;
+  const std::string line = execLine(m_command);
+  const auto there = readFile(entry, largest);
+  if (!there && there.error().code != Error::Code::NotFound) return there.error();
+  if (there) {
+    const auto text = renewed(*there, line);
+    return text ? replaceFile(entry, *text) : Result<void>();
+  }
   std::error_code failure;
-  if (std::filesystem::exists(entry, failure)) return {};
   std::filesystem::create_directories(m_folder, failure);  // if that fails, so does what follows, and tells why
-  std::string command;
-  for (const std::string& word : m_command) command += (command.empty() ? "" : " ") + quoted(word);
   return replaceFile(entry,
                      "[Desktop Entry]\n"
                      "Type=Application\n"
                      "Name=Mirvel job host\n"
                      "Comment=Runs the jobs that were made with Mirvel\n"
-                     "NoDisplay=true\n"
-                     "Exec=" +
-                         command + "\n");
+                     "NoDisplay=true\n" +
+                         line + "\n");
 }
 
 }  // namespace mirvel::host

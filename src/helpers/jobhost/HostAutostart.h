@@ -17,7 +17,8 @@ class HostAutostart {
   HostAutostart(std::filesystem::path folder, std::vector<std::string> command)
       : m_folder(std::move(folder)), m_command(std::move(command)) {}
 
-  /// Writes the entry unless there is one: whoever switched theirs off keeps it so.
+  /// Writes the entry if there is none. One that is there stays as it is, so that whoever switched theirs off keeps it
+  /// so, but for a command that was written here before the program moved or changed its options: that one is renewed.
   Result<void> install() const;
 
  private:

@@ -1,5 +1,11 @@
 #include "helpers/jobhost/HostClient.h"
 
+#include <poll.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+
 #include "helpers/host/HostSocket.h"
 #include "helpers/wire/FrameSocket.h"
 
@@ -9,9 +15,23 @@ namespace {
 
 constexpr const char* hungUpMessage = "the job host hung up";
 
+/// Whether something comes within the time.
+bool isReadable(int socket, std::chrono::seconds limit) {
+  using Clock = std::chrono::steady_clock;
+  const auto end = Clock::now() + limit;
+  for (;;) {
+    const auto rest = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+    pollfd waiting{.fd = socket, .events = POLLIN, .revents = 0};
+    const int found = ::poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(rest.count(), 0)));
+    if (found > 0) return true;
+    if (found == 0 || errno != EINTR) return false;
+  }
+}
+
 }  // namespace
 
-Result<plist::Dictionary> HostClient::ask(std::string_view request, plist::Dictionary arguments) const {
+Result<plist::Dictionary> HostClient::ask(std::string_view request, plist::Dictionary arguments,
+                                          std::chrono::seconds limit) const {
   const auto connection = connectTo(m_socket);
   if (!connection) return connection.error();
   if (!isTrustedPeer(connection->number())) {
@@ -21,6 +41,10 @@ Result<plist::Dictionary> HostClient::ask(std::string_view request, plist::Dicti
   constexpr std::int64_t id = 1;
   const auto sent = wire::sendFrame(connection->number(), {id, std::move(arguments)});
   if (!sent) return sent.error();
+  if (!isReadable(connection->number(), limit)) {
+    const std::string time = std::to_string(limit.count());
+    return Error{.code = Error::Code::Io, .message = "the job host hasn't answered within " + time + " seconds"};
+  }
   wire::FrameReader reader;
   auto answer = wire::receiveFrame(connection->number(), reader);
   if (!answer) return answer.error();
@@ -54,6 +78,8 @@ bool HostClient::isNoHost(const Error& error) {
 }
 
 bool HostClient::isHangUp(const Error& error) {
+  // The system's codes are those of a host that ends before it has read the request.
+  if (error.systemCode == ECONNRESET || error.systemCode == EPIPE) return true;
   return error.code == Error::Code::Io && error.message == hungUpMessage;
 }
 

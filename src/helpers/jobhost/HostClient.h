@@ -1,11 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <string_view>
 #include <vector>
 
 #include "core/propertylist/Value.h"
 #include "core/support/Result.h"
+#include "helpers/jobhost/HostLimits.h"
 #include "helpers/jobhost/HostMessages.h"
 
 namespace mirvel::host {
@@ -16,7 +18,9 @@ class HostClient {
   explicit HostClient(std::filesystem::path socket) : m_socket(std::move(socket)) {}
 
   /// What the host answers; an error of its own is an error here. See `isNoHost`.
-  Result<plist::Dictionary> ask(std::string_view request, plist::Dictionary arguments = {}) const;
+  /// Waits so long at most.
+  Result<plist::Dictionary> ask(std::string_view request, plist::Dictionary arguments = {},
+                                std::chrono::seconds limit = longestAnswer) const;
   Result<std::vector<HostedJobStatus>> status() const;
 
   /// The error for an answer without what was asked for.

@@ -69,7 +69,7 @@ std::optional<Error> errorOf(const plist::Dictionary& answer) {
   const auto* const dictionary = value->as<plist::Dictionary>();
   if (!dictionary) return error;
   const auto code = numberOf(*dictionary, key::code);
-  if (code && *code >= 0 && *code <= static_cast<int>(Error::Code::BadArgument)) {
+  if (code && *code >= 0 && *code <= static_cast<int>(Error::Code::StillRunning)) {
     error.code = static_cast<Error::Code>(*code);
   }
   error.message = textOf(*dictionary, key::message).value_or(error.message);

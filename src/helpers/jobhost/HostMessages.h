@@ -14,20 +14,28 @@ namespace mirvel::host {
 
 namespace key {
 inline constexpr std::string_view request = "request";
-inline constexpr std::string_view path = "path";        ///< of a job file, absolute
-inline constexpr std::string_view label = "label";      ///< of a job
-inline constexpr std::string_view seconds = "seconds";  ///< a time to wait, or the period of a log query
-inline constexpr std::string_view text = "text";        ///< that lines of the log must hold
-inline constexpr std::string_view ended = "ended";      ///< a boolean, the answer of `waitForEnd`
-inline constexpr std::string_view lines = "lines";      ///< of the log: arrays of a real and a text
-inline constexpr std::string_view jobs = "jobs";        ///< dictionaries, see `HostedJobStatus`
-inline constexpr std::string_view error = "error";      ///< a dictionary with the two below
+inline constexpr std::string_view path = "path";                ///< of a job file, absolute
+inline constexpr std::string_view temporary = "temporary";      ///< true: the job isn't noted for the host's next start
+inline constexpr std::string_view label = "label";              ///< of a job
+inline constexpr std::string_view folders = "folders";          ///< of job files, absolute paths
+inline constexpr std::string_view environment = "environment";  ///< the variables of a session
+inline constexpr std::string_view seconds = "seconds";          ///< a time to wait, or the period of a log query
+inline constexpr std::string_view text = "text";                ///< that lines of the log must hold
+inline constexpr std::string_view ended = "ended";              ///< a boolean, the answer of `waitForEnd`
+inline constexpr std::string_view lines = "lines";              ///< of the log: arrays of a real and a text
+inline constexpr std::string_view jobs = "jobs";                ///< dictionaries, see `HostedJobStatus`
+inline constexpr std::string_view error = "error";              ///< a dictionary with the two below
 inline constexpr std::string_view code = "code";
 inline constexpr std::string_view message = "message";
 }  // namespace key
 
 namespace request {
 inline constexpr std::string_view load = "load";
+/// Loads what lies in job folders, isn't disabled, and isn't loaded, as launchd does when its user logs in. What can't
+/// be loaded is told in the log.
+inline constexpr std::string_view start = "start";
+/// A session of the user's begins: a host of another session ends and hangs up.
+inline constexpr std::string_view beginSession = "beginSession";
 inline constexpr std::string_view unload = "unload";
 inline constexpr std::string_view waitForEnd = "waitForEnd";
 inline constexpr std::string_view log = "log";

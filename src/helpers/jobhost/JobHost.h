@@ -24,10 +24,17 @@ class JobHost {
   JobHost(const JobHost&) = delete;
   JobHost& operator=(const JobHost&) = delete;
 
+  /// Makes sure that there is a host, and that it has loaded the user's enabled jobs. Nothing to do where the system
+  /// itself sees to that.
+  virtual Result<void> start() { return {}; }
   /// Loads the job file. One that is loaded already under its label stays as it is, and that is an error.
   virtual Result<void> load(const std::filesystem::path& file) = 0;
-  /// Unloads the job of the label, or, without one, of the file; its process is stopped. Nothing loaded is no error. A
-  /// file that has gone is `NotFound` without a label, if the host knows its jobs by label alone.
+  /// The same for a job that is only tried: it isn't loaded again when the host is started anew, and is
+  /// unloaded when this process ends, where the host can tell.
+  virtual Result<void> loadTemporarily(const std::filesystem::path& file) { return load(file); }
+  /// Unloads the job of the label, or, without one, of the file; its process is stopped. Nothing loaded is no error,
+  /// and a job of the label that was loaded from another file, which is still there, stays. An empty label is
+  /// `BadArgument`. A file that has gone is `NotFound` without a label, if the host knows its jobs by label alone.
   virtual Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) = 0;
   /// Waits until the loaded job of the label has run to its end once since it was loaded: false if it hasn't within the
   /// time.

@@ -18,8 +18,7 @@ std::unique_ptr<JobHost> jobHostOfThisMachine(const std::optional<std::filesyste
     return std::make_unique<LaunchctlHost>(
         LaunchctlHost::Setup{.runner = runner, .domain = LaunchctlHost::domainOf(::geteuid()), .launchctl = launchctl});
   }
-  return std::make_unique<EmbeddedHost>(EmbeddedHost::ofUser(embedded, Roots::forThisMachine(environment), environment),
-                                        runner);
+  return std::make_unique<EmbeddedHost>(EmbeddedHost::ofUser(embedded, Roots::forThisMachine(environment)), runner);
 }
 
 }  // namespace mirvel

@@ -20,6 +20,16 @@ Error failureOf(const ProcessResult& result, const std::string& doing, const std
   return {.code = Error::Code::Io, .message = "launchd can't " + doing + ": " + said, .file = file};
 }
 
+/// The file from which a job was loaded, by what `launchctl print` says of it; none for one that was submitted.
+std::optional<fs::path> fileIn(const std::string& printed) {
+  constexpr std::string_view key = "\tpath = ";
+  const std::size_t begin = printed.find(key);
+  if (begin == std::string::npos) return std::nullopt;
+  const std::size_t end = printed.find('\n', begin);
+  const std::string path = printed.substr(begin + key.size(), end - begin - key.size());
+  return path.starts_with('/') ? std::optional<fs::path>(path) : std::nullopt;
+}
+
 /// Whether a job has run to its end, by what `launchctl print` says of it.
 bool hasEnded(const std::string& printed) {
   const bool hasExited = printed.find("last exit code = ") != std::string::npos &&
@@ -51,9 +61,12 @@ Result<void> LaunchctlHost::unload(const fs::path& file, const std::optional<std
     const auto found = labelOf(*content);
     return found ? unload(file, *found) : found.error();
   }
+  if (auto checked = checkLabel(*label); !checked) return checked;
   const auto before = print(*label);
   if (!before) return before.error();
   if (!*before) return {};
+  const auto loaded = fileIn(**before);
+  if (loaded && !mayBeLoadedFrom(*loaded, file)) return {};
   const auto result = m_setup.runner.run(m_setup.launchctl, {"bootout", target(*label)});
   if (!result) return result.error();
   // The tool may come back before the job is gone, whatever its exit status; a job that is still there can't be loaded.
@@ -69,6 +82,7 @@ Result<void> LaunchctlHost::unload(const fs::path& file, const std::optional<std
 }
 
 Result<bool> LaunchctlHost::waitForEnd(const std::string& label, std::chrono::seconds limit) {
+  if (const auto checked = checkLabel(label); !checked) return checked.error();
   return waitUntil(
       [&]() -> Result<bool> {
         const auto now = print(label);

@@ -9,19 +9,34 @@
 
 namespace mirvel {
 
+namespace {
+
+constexpr const char* key = "authData";
+
+}  // namespace
+
 Result<Authorisation> Authorisation::make() {
   std::string bytes(size, '\0');
   if (::getentropy(bytes.data(), bytes.size()) != 0) return systemError(errno, "make a random secret", {});
   return Authorisation(std::move(bytes));
 }
 
-bool Authorisation::isIn(const plist::Dictionary& request) const {
-  const auto* value = request.find("authData");
+plist::Dictionary Authorisation::greeting() const {
+  return {{key, plist::Data{m_bytes}}};
+}
+
+std::optional<std::string> Authorisation::dataIn(const plist::Dictionary& message) {
+  const auto* value = message.find(key);
   const auto* data = value ? value->as<plist::Data>() : nullptr;
-  if (!data || data->bytes.size() != m_bytes.size()) return false;
+  return data ? std::optional(data->bytes) : std::nullopt;
+}
+
+bool Authorisation::isIn(const plist::Dictionary& request) const {
+  const auto bytes = dataIn(request);
+  if (!bytes || bytes->size() != m_bytes.size()) return false;
   unsigned difference = 0;
   for (std::size_t i = 0; i < m_bytes.size(); ++i) {
-    const auto ours = static_cast<unsigned char>(m_bytes[i]), theirs = static_cast<unsigned char>(data->bytes[i]);
+    const auto ours = static_cast<unsigned char>(m_bytes[i]), theirs = static_cast<unsigned char>((*bytes)[i]);
     difference |= static_cast<unsigned>(ours ^ theirs);
   }
   return difference == 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "core/propertylist/Value.h"
@@ -19,6 +20,10 @@ class Authorisation {
   explicit Authorisation(std::string bytes) : m_bytes(std::move(bytes)) {}
 
   const std::string& bytes() const { return m_bytes; }
+  /// What the helper says first, which hands the secret over.
+  plist::Dictionary greeting() const;
+  /// The secret in a greeting or a request; none if it holds none.
+  static std::optional<std::string> dataIn(const plist::Dictionary& message);
   /// Whether the request carries it. Takes as long for a wrong one as for the right one.
   bool isIn(const plist::Dictionary& request) const;
 

@@ -1,14 +1,29 @@
 #include "helpers/privileged/Elevation.h"
 
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cerrno>
 #include <optional>
 #include <utility>
 
+#include "core/support/RegularFile.h"
+#include "core/support/SpawnPlan.h"
 #include "core/support/Strings.h"
+#include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/Listener.h"
+#include "helpers/process/ProcessIdentity.h"
+#include "helpers/wire/FrameSocket.h"
 
 namespace mirvel {
 
 namespace {
+
+using Refusal = HelperConnections::Refusal;
+constexpr std::size_t largestOutput = std::size_t{1} << 16U;
 
 std::optional<std::string> bytesOfHex(const std::string& text) {
   constexpr std::string_view digits = "0123456789abcdef";
@@ -21,22 +36,51 @@ std::optional<std::string> bytesOfHex(const std::string& text) {
   return text.size() % 2 == 0 && !bytes.empty() ? std::optional(bytes) : std::nullopt;
 }
 
-bool wasCancelled(const Elevation& elevation, const ProcessResult& result) {
-  constexpr int dismissed = 126;
-  if (elevation.way == Elevation::Way::Pkexec) return result.exitStatus == dismissed;
-  return elevation.way == Elevation::Way::Osascript && result.complaints.find("(-128)") != std::string::npos;
+/// pkexec(1) has one exit status for all that isn't the user's "no", and tells the rest in English.
+std::optional<Elevated> refusalOfPkexec(int exitStatus, const std::string& complaints) {
+  constexpr int dismissed = 126, notAuthorised = 127;
+  const auto says = [&](std::string_view words) { return complaints.find(words) != std::string::npos; };
+  if (exitStatus == dismissed) return Elevated{.isCancelled = true};
+  if (exitStatus != notAuthorised) return std::nullopt;
+  if (says("No authentication agent")) return Elevated{.refusal = Refusal::NoAgent};
+  if (says("Error getting authority") || says("Error checking for authorization")) {
+    return Elevated{.refusal = Refusal::NoService};
+  }
+  return says("Not authorized") ? std::optional(Elevated{.refusal = Refusal::NotAuthorised}) : std::nullopt;
 }
 
-bool wasRefused(const Elevation& elevation, const ProcessResult& result) {
-  constexpr int notAuthorised = 127;
-  if (elevation.way == Elevation::Way::Pkexec) return result.exitStatus == notAuthorised;
-  return elevation.way == Elevation::Way::Osascript && result.complaints.find("(-60005)") != std::string::npos;
+std::optional<Elevated> refusalOfOsascript(const std::string& complaints) {
+  if (complaints.find("(-128)") != std::string::npos) return Elevated{.isCancelled = true};
+  if (complaints.find("(-60005)") != std::string::npos) return Elevated{.refusal = Refusal::NotAuthorised};
+  return std::nullopt;
 }
 
-Error noHelper(const ProcessResult& result) {
-  const std::string said(String::trim(result.complaints, true));
+std::optional<Elevated> refusalOf(Elevation::Way way, int exitStatus, const std::string& complaints) {
+  if (way == Elevation::Way::Pkexec) return refusalOfPkexec(exitStatus, complaints);
+  return way == Elevation::Way::Osascript ? refusalOfOsascript(complaints) : std::nullopt;
+}
+
+Error noHelper(std::string_view complaints) {
+  const std::string said(String::trim(complaints, true));
   return {.code = Error::Code::Io,
           .message = "the privileged helper can't be started" + (said.empty() ? "" : ": " + said)};
+}
+
+/// No variable of the user's: pkexec(1) refuses to work for some values, such as a SHELL that isn't in /etc/shells.
+Environment environmentFor(Elevation::Way way) {
+  Environment result{{"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}};
+  if (way == Elevation::Way::Pkexec) result.emplace("LC_ALL", "C");
+  return result;
+}
+
+std::string allOf(const FileDescriptor& file) {
+  std::string result;
+  std::array<char, 4096> buffer;
+  for (ssize_t count = 1; count > 0 && result.size() < largestOutput;) {
+    count = readUninterrupted(file.number(), buffer.data(), buffer.size());
+    if (count > 0) result.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  return result;
 }
 
 }  // namespace
@@ -47,10 +91,11 @@ std::vector<std::string> Elevation::command(const std::string& program,
   words.insert(words.end(), arguments.begin(), arguments.end());
   if (way == Way::None) return words;
   if (way == Way::Pkexec) {
-    words.insert(words.begin(), tool);
+    // Its own agent would ask on the terminal, at which nobody may be looking.
+    words.insert(words.begin(), {tool, "--disable-internal-agent"});
     return words;
   }
-  words.insert(words.end(), {"--user", std::to_string(user)});
+  words.insert(words.end(), {"--user", std::to_string(user), "--process", ProcessIdentity::ofThisProcess().text()});
   std::string line;
   for (const auto& word : words) line += (line.empty() ? "" : " ") + String::quote(word);
   return {tool, "-e",
@@ -58,23 +103,109 @@ std::vector<std::string> Elevation::command(const std::string& program,
               " without altering line endings with administrator privileges"};
 }
 
-Result<Elevated> startPrivileged(const Elevation& elevation, const std::string& program,
-                                 const std::vector<std::string>& arguments, ProcessRunner& runner) {
-  const auto words = elevation.command(program, arguments);
-  const auto result = runner.run(words[0], {words.begin() + 1, words.end()});
-  if (!result) return result.error();
-  if (result->exitStatus != 0) {
-    const bool isCancelled = wasCancelled(elevation, *result);
-    if (!isCancelled && !wasRefused(elevation, *result)) return noHelper(*result);
-    return Elevated{.isCancelled = isCancelled};
+PrivilegedStart::PrivilegedStart(const Elevation& elevation, std::shared_ptr<wire::Reaper> reaper)
+    : m_elevation(elevation), m_reaper(std::move(reaper)) {}
+
+Result<std::shared_ptr<PrivilegedStart>> PrivilegedStart::begin(const Elevation& elevation, const std::string& program,
+                                                                const std::vector<std::string>& arguments,
+                                                                std::shared_ptr<wire::Reaper> reaper) {
+  // The constructor is private, so that there is none without a process.
+  const std::shared_ptr<PrivilegedStart> result(new PrivilegedStart(elevation, std::move(reaper)));
+  if (auto started = result->start(program, arguments); !started) return started.error();
+  return result;
+}
+
+Result<void> PrivilegedStart::start(const std::string& program, const std::vector<std::string>& arguments) {
+  const auto words = m_elevation.command(program, arguments);
+  const bool passesSocket = m_elevation.passesSocket();
+  wire::SocketPair sockets = passesSocket ? wire::SocketPair::make() : wire::SocketPair();
+  Pipe output = passesSocket ? Pipe() : Pipe::make();
+  Pipe complaints = Pipe::make();
+  const int theirs = passesSocket ? sockets.theirs.number() : output.write.number();
+  if (theirs < 0 || !complaints || !m_cancelling) return systemError(errno, "run", words[0]);
+  SpawnPlan plan;
+  int failure = passesSocket ? plan.give(theirs, STDIN_FILENO) : plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  if (failure == 0) failure = plan.give(theirs, STDOUT_FILENO);
+  if (failure == 0) failure = plan.give(complaints.write.number(), STDERR_FILENO);
+  if (failure == 0) failure = plan.resetSignals();
+  if (failure == 0) {
+    failure = plan.start(m_child, words[0], {words.begin() + 1, words.end()}, environmentFor(m_elevation.way));
   }
-  const std::string said(String::trim(result->output, true));
-  const std::size_t end = said.find('\n');
-  auto authData = end == std::string::npos ? std::nullopt : bytesOfHex(said.substr(end + 1));
-  if (!authData) return noHelper(*result);
-  auto socket = connectTo(said.substr(0, end));
+  if (failure != 0) return systemError(failure, "run", words[0]);
+  m_output = passesSocket ? std::move(sockets.ours) : std::move(output.read);
+  m_complaints = std::move(complaints.read);
+  return {};
+}
+
+PrivilegedStart::~PrivilegedStart() {
+  m_output.reset();
+  if (m_child <= 0) return;
+  ::kill(m_child, SIGTERM);  // one that is root's already isn't reached, and ends with its connection
+  m_reaper->adopt(m_child);
+}
+
+void PrivilegedStart::cancel() {
+  (void)!::write(m_cancelling.write.number(), "", 1);  // it is seen even if nobody waits yet
+}
+
+Result<Elevated> PrivilegedStart::finish() {
+  return m_elevation.passesSocket() ? finishWithSocket() : finishWithAddress();
+}
+
+/// Until there is something to read, which may be the end; false if the wait was cancelled.
+bool PrivilegedStart::waitForOutput() const {
+  std::array<pollfd, 2> waiting{pollfd{.fd = m_cancelling.read.number(), .events = POLLIN, .revents = 0},
+                                pollfd{.fd = m_output.number(), .events = POLLIN, .revents = 0}};
+  while (::poll(waiting.data(), waiting.size(), -1) < 0 && errno == EINTR) {
+  }
+  return waiting[0].revents == 0;
+}
+
+/// The helper greets as soon as it is let.
+Result<Elevated> PrivilegedStart::finishWithSocket() {
+  wire::FrameReader reader(wire::largestGreeting);
+  if (!waitForOutput()) return Elevated{.isCancelled = true};
+  const auto greeting = wire::receiveFrame(m_output.number(), reader);
+  if (!greeting) return noHelper(greeting.error().message);
+  if (!*greeting) return failed();
+  auto authData = Authorisation::dataIn((*greeting)->body);
+  if (!authData) return noHelper("its greeting can't be understood");
+  return Elevated{.socket = std::move(m_output), .authData = *std::move(authData), .child = std::exchange(m_child, -1)};
+}
+
+/// It prints where it listens, and its secret.
+Result<Elevated> PrivilegedStart::finishWithAddress() {
+  std::string said;
+  std::array<char, 4096> buffer;
+  for (ssize_t count = 1; count > 0 && said.size() < largestOutput;) {
+    if (!waitForOutput()) return Elevated{.isCancelled = true};
+    count = readUninterrupted(m_output.number(), buffer.data(), buffer.size());
+    if (count > 0) said.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  if (said.empty()) return failed();
+  const std::string lines(String::trim(said, true));
+  const std::size_t end = lines.find('\n');
+  auto authData = end == std::string::npos ? std::nullopt : bytesOfHex(lines.substr(end + 1));
+  if (!authData) return noHelper(lines);
+  auto socket = connectTo(lines.substr(0, end));
   if (!socket) return std::move(socket).error();
   return Elevated{.socket = *std::move(socket), .authData = *std::move(authData)};
+}
+
+Result<Elevated> PrivilegedStart::failed() {
+  const std::string complaints = allOf(m_complaints);
+  const int status = waitForChild();
+  auto refusal = refusalOf(m_elevation.way, status, complaints);
+  return refusal ? Result<Elevated>(*std::move(refusal)) : noHelper(complaints);
+}
+
+/// Its exit status. It has closed its output, so that it is about to end.
+int PrivilegedStart::waitForChild() {
+  int status = 0;
+  while (::waitpid(m_child, &status, 0) < 0 && errno == EINTR) {
+  }
+  m_child = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 }  // namespace mirvel

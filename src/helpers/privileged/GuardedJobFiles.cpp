@@ -9,6 +9,7 @@
 #include "core/catalogue/JobFolder.h"
 #include "core/support/ReadFile.h"
 #include "core/support/ReplaceFile.h"
+#include "helpers/action/MoveFile.h"
 #include "helpers/action/UserJobFiles.h"
 #include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/TrustedFolder.h"
@@ -62,7 +63,7 @@ Result<T> GuardedJobFiles::logged(Result<T> result) const {
 }
 
 bool GuardedJobFiles::isUsers(const fs::path& file) const {
-  return m_user && isPlain(file) && file.extension() == ".plist" && m_user->folders.holds(file);
+  return m_user && isPlain(file) && m_user->folders.holds(file);
 }
 
 Result<void> GuardedJobFiles::removeAsUser(const fs::path& file) const {
@@ -86,11 +87,7 @@ bool GuardedJobFiles::isTargetOfLink(const fs::path& file) const {
 
 Result<void> GuardedJobFiles::checkPlace(const fs::path& file) const {
   if (!isPlain(file)) return refusal(file, "the path isn't written plainly");
-  if (m_folders.holds(file)) {
-    if (file.extension() != ".plist") return refusal(file, "it is named as no job file is");
-    return {};
-  }
-  if (!isTargetOfLink(file)) return refusal(file, "it lies outside of the folders for jobs");
+  if (!m_folders.holds(file) && !isTargetOfLink(file)) return refusal(file, "it lies outside of the folders for jobs");
   return {};
 }
 
@@ -115,8 +112,21 @@ Result<void> GuardedJobFiles::admit(const fs::path& file) {
     if (folder.error().code == Error::Code::NotFound) return {};
     return logged(Result<void>(folder.error()));
   }
-  const auto entry = entryIn(folder->number(), file);
+  return admitIn(*folder, file);
+}
+
+Result<void> GuardedJobFiles::admitIn(const FileDescriptor& folder, const fs::path& file) const {
+  const auto entry = entryIn(folder.number(), file);
   return entry ? Result<void>() : logged(Result<void>(entry.error()));
+}
+
+/// The folder in which a startup item lies is trusted; what lies in the item isn't asked, since it is only removed.
+Result<void> GuardedJobFiles::admitRemoval(const fs::path& file) {
+  const bool isItem = m_removable.isItem(file);
+  if (!isPlain(file) || (!isItem && !m_removable.isTool(file))) return admit(file);
+  const auto folder = openTrustedFolder(file.parent_path());
+  if (!folder) return logged(Result<void>(folder.error()));
+  return isItem ? Result<void>() : admitIn(*folder, file);
 }
 
 Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view content) {
@@ -129,22 +139,54 @@ Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view conte
   return logged(replaceFileIn(folder->number(), file, content, ownFile(), calls));
 }
 
+/// From one of root's folders to another. What the user has is never renamed into them: it isn't root's.
+Result<void> GuardedJobFiles::move(const fs::path& from, const fs::path& to, std::string_view content) {
+  if (isUsers(from)) return writeThenRemove(from, to, content);
+  const auto fromFolder = folderOf(from, Missing::Refuse), toFolder = folderOf(to, Missing::Make);
+  const bool isGone = !fromFolder && fromFolder.error().code == Error::Code::NotFound;
+  if (isGone) return writeThenRemove(from, to, content);
+  for (const auto* folder : {&fromFolder, &toFolder}) {
+    if (!*folder) return logged(Result<void>(folder->error()));
+  }
+  const auto old = entryIn(fromFolder->number(), from);
+  if (!old) return logged(Result<void>(old.error()));
+  if (!old->exists || old->isLink) return writeThenRemove(from, to, content);
+  const auto moved = moveFile({fromFolder->number(), from}, {toFolder->number(), to}, content, ownFile());
+  if (!moved) return writeThenRemove(from, to, content);
+  if (*moved && m_folders.isInOwnFolder(from)) (void)::rmdir(from.parent_path().c_str());  // others may lie in it
+  return logged(*moved);
+}
+
+Result<void> GuardedJobFiles::removeItem(const fs::path& item) const {
+  const auto folder = openTrustedFolder(item.parent_path());
+  if (!folder) return folder.error();
+  return removeTree(folder->number(), item);
+}
+
 Result<void> GuardedJobFiles::remove(const fs::path& file) {
   if (isUsers(file)) return logged(removeAsUser(file));
+  if (isPlain(file) && m_removable.isItem(file)) return logged(removeItem(file));
+  if (isPlain(file) && m_removable.isTool(file)) {
+    const auto tools = openTrustedFolder(file.parent_path());
+    return logged(tools ? removeFrom(tools->number(), file) : tools.error());
+  }
   const auto folder = folderOf(file, Missing::Refuse);
   if (!folder) {
     if (folder.error().code == Error::Code::NotFound) return {};
     return logged(Result<void>(folder.error()));
   }
-  const auto entry = entryIn(folder->number(), file);
-  if (!entry) return logged(Result<void>(entry.error()));
+  auto removed = removeFrom(folder->number(), file);
+  if (removed && m_folders.isInOwnFolder(file)) (void)::rmdir(file.parent_path().c_str());  // others may lie in it
+  return logged(removed);
+}
+
+Result<void> GuardedJobFiles::removeFrom(int folder, const fs::path& file) const {
+  const auto entry = entryIn(folder, file);
+  if (!entry) return entry.error();
   if (!entry->exists) return {};
-  if (::unlinkat(folder->number(), file.filename().c_str(), 0) != 0) {
-    return logged(Result<void>(systemError(errno, "delete", file.string())));
-  }
+  if (::unlinkat(folder, file.filename().c_str(), 0) != 0) return systemError(errno, "delete", file.string());
   FileCalls calls;
-  (void)calls.sync(folder->number());  // the file is gone already; there is nothing to take back
-  if (m_folders.isInOwnFolder(file)) (void)::rmdir(file.parent_path().c_str());  // others may lie in it
+  (void)calls.sync(folder);  // the file is gone already; there is nothing to take back
   return {};
 }
 

@@ -6,15 +6,16 @@
 #include "core/support/FileDescriptor.h"
 #include "helpers/action/JobFiles.h"
 #include "helpers/action/JobFolders.h"
+#include "helpers/privileged/RemovableItems.h"
 
 namespace mirvel {
 
-/// Files as root may change them for somebody else: regular property list files directly in the job folders, or in a
-/// folder of their own there, or at the end of a symbolic link that lies there. Nobody but root may be able to change
-/// any folder on the way, and no path may go by a link; each is opened folder by folder, so that nothing can be
-/// exchanged between a check and what follows it. What is written is root's. Files of the user's own job folder can be
-/// removed, with the user's rights, which a move out of it needs. Everything else is refused with
-/// `NotPermitted` or `BadArgument`, and a line in the log.
+/// Files as root may change them for somebody else: regular files directly in the job folders, whatever they are
+/// called, or in a folder of their own there, or at the end of a symbolic link that lies there. Startup items and
+/// helper tools can be removed. Nobody but root may be able to change any folder on the way, and no path may go by a
+/// link; each is opened folder by folder, so that nothing can be exchanged between a check and what follows it. What is
+/// written is root's. Files of the user's own job folder can be removed, with the user's rights, which a move out of it
+/// needs. Everything else is refused with `NotPermitted` or `BadArgument`, and a line in the log.
 class GuardedJobFiles final : public JobFiles {
  public:
   /// Whose job folders files may be moved out of.
@@ -23,11 +24,14 @@ class GuardedJobFiles final : public JobFiles {
     JobFolders folders;
   };
 
-  GuardedJobFiles(JobFolders folders, Console& console, std::optional<User> user = {})
-      : m_folders(std::move(folders)), m_console(console), m_user(std::move(user)) {}
+  GuardedJobFiles(JobFolders folders, Console& console, std::optional<User> user = {}, RemovableItems removable = {})
+      : m_folders(std::move(folders)), m_console(console), m_user(std::move(user)), m_removable(std::move(removable)) {}
 
   Result<void> admit(const std::filesystem::path& file) override;
+  Result<void> admitRemoval(const std::filesystem::path& file) override;
   Result<void> write(const std::filesystem::path& file, std::string_view content) override;
+  Result<void> move(const std::filesystem::path& from, const std::filesystem::path& to,
+                    std::string_view content) override;
   Result<void> remove(const std::filesystem::path& file) override;
   Result<std::string> read(const std::filesystem::path& file) override;
 
@@ -35,6 +39,9 @@ class GuardedJobFiles final : public JobFiles {
   enum class Missing { Refuse, Make };
 
   bool isUsers(const std::filesystem::path& file) const;
+  Result<void> admitIn(const FileDescriptor& folder, const std::filesystem::path& file) const;
+  Result<void> removeItem(const std::filesystem::path& item) const;
+  Result<void> removeFrom(int folder, const std::filesystem::path& file) const;
   Result<void> removeAsUser(const std::filesystem::path& file) const;
   bool isTargetOfLink(const std::filesystem::path& file) const;
   Result<void> checkPlace(const std::filesystem::path& file) const;
@@ -46,6 +53,7 @@ class GuardedJobFiles final : public JobFiles {
   JobFolders m_folders;
   Console& m_console;
   std::optional<User> m_user;
+  RemovableItems m_removable;
 };
 
 }  // namespace mirvel

@@ -43,7 +43,7 @@ std::vector<std::string> argumentsFor(const Roots& roots, const host::Places& pl
 
 HelperPrograms HelperPrograms::in(const fs::path& folder, const Roots& roots, const Environment& environment,
                                   const std::optional<fs::path>& machine) {
-  const auto places = machine ? host::Places::below(roots) : host::Places::of(roots, environment);
+  const auto places = host::Places::of(roots);
   HelperPrograms result{.action = {.path = folder / "mirvel-action", .environment = environment},
                         .privileged = folder / "mirvel-privileged",
                         .privilegedArguments = argumentsFor(roots, places),

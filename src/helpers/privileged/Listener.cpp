@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,10 +22,17 @@ constexpr mode_t ownersAlone = 0600;
 
 }  // namespace
 
-Result<Listener> Listener::make(const fs::path& parent, uid_t user) {
-  std::string name = parent / "mirvel-XXXXXX";
-  if (!::mkdtemp(name.data())) return systemError(errno, "make a folder", name);
-  Listener listener(name, user);
+bool Asker::isPeerOf(int socket) const {
+  if (wire::userOfPeer(socket) != user) return false;
+  if (!process) return true;
+  const auto peer = wire::processOfPeer(socket);
+  return peer && ProcessIdentity::of(*peer) == process;
+}
+
+Result<Listener> Listener::make(const fs::path& parent, const Asker& asker) {
+  auto folder = OwnFolder::make(parent);
+  if (!folder) return folder.error();
+  Listener listener(*std::move(folder), asker);
   if (auto listening = listener.listen(); !listening) return listening.error();
   return listener;
 }
@@ -36,23 +42,14 @@ Result<void> Listener::listen() {
   if (!path) return path.error();
   m_socket = wire::makeLocalSocket();
   if (!m_socket) return systemError(errno, "make a socket", address());
-  const bool isReady = ::mkdir(privateFolder().c_str(), 0700) == 0 &&
-                       ::bind(m_socket.number(), path->get(), path->size()) == 0 &&
+  const uid_t user = m_asker.user;
+  const bool isReady = ::bind(m_socket.number(), path->get(), path->size()) == 0 &&
                        ::chmod(address().c_str(), ownersAlone) == 0 &&
-                       (m_user == ::geteuid() || ::chown(address().c_str(), m_user, static_cast<gid_t>(-1)) == 0) &&
+                       (user == ::geteuid() || ::chown(address().c_str(), user, static_cast<gid_t>(-1)) == 0) &&
                        ::listen(m_socket.number(), 4) == 0 &&
-                       ::chmod(m_folder.c_str(), passable) == 0;  // only now can anybody come near
+                       ::chmod(m_folder.path().c_str(), passable) == 0;  // only now can anybody come near
   if (!isReady) return systemError(errno, "make a socket", address());
   return {};
-}
-
-Listener::Listener(Listener&& other) noexcept
-    : m_folder(std::exchange(other.m_folder, {})), m_user(other.m_user), m_socket(std::move(other.m_socket)) {}
-
-Listener::~Listener() {
-  if (m_folder.empty()) return;
-  std::error_code failure;
-  fs::remove_all(m_folder, failure);  // what can't be removed, the next start of the machine removes
 }
 
 Result<FileDescriptor> Listener::accept(std::chrono::milliseconds limit, Console& console) {
@@ -67,12 +64,12 @@ Result<FileDescriptor> Listener::accept(std::chrono::milliseconds limit, Console
     FileDescriptor peer(::accept(m_socket.number(), nullptr, nullptr));
     if (!peer) continue;
     ::fcntl(peer.number(), F_SETFD, FD_CLOEXEC);
-    if (wire::userOfPeer(peer.number()) == m_user) {
+    if (m_asker.isPeerOf(peer.number())) {
       m_socket.reset();
       ::unlink(address().c_str());
       return peer;
     }
-    console.log("refused: a connection of another user");
+    console.log("refused: a connection of another process than the one that asked");
   }
 }
 

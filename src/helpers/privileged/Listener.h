@@ -3,37 +3,42 @@
 #include <sys/types.h>
 
 #include <chrono>
-#include <filesystem>
+#include <optional>
 
 #include "core/support/Console.h"
 #include "core/support/FileDescriptor.h"
-#include "core/support/Result.h"
+#include "helpers/privileged/OwnFolder.h"
+#include "helpers/process/ProcessIdentity.h"
 
 namespace mirvel {
 
-/// A socket in a fresh folder that only this process's user may change, for one connection of one user. Folder and
-/// socket are removed at its end.
+/// Who may ask the privileged helper: the one process that had it started.
+struct Asker {
+  uid_t user = 0;
+  std::optional<ProcessIdentity> process = {};  ///< none: any of the user's
+
+  /// Whether it is at the other end of the socket.
+  bool isPeerOf(int socket) const;
+};
+
+/// A socket in a fresh folder that only this process's user may change, for one connection of one process. For
+/// elevations that pass no socket on.
 class Listener {
  public:
   /// `parent` is the folder for such things, such as /run; the socket is the user's, and nobody else may connect.
-  static Result<Listener> make(const std::filesystem::path& parent, uid_t user);
-  Listener(Listener&& other) noexcept;
-  Listener& operator=(Listener&&) = delete;
-  ~Listener();
+  static Result<Listener> make(const std::filesystem::path& parent, const Asker& asker);
 
-  std::filesystem::path address() const { return m_folder / "socket"; }
-  /// For files of this process alone.
-  std::filesystem::path privateFolder() const { return m_folder / "private"; }
+  std::filesystem::path address() const { return m_folder.path() / "socket"; }
 
-  /// Waits for the user's connection; those of others are cut off. `Io` if it doesn't come in time.
+  /// Waits for the asker's connection; those of others are cut off. `Io` if it doesn't come in time.
   Result<FileDescriptor> accept(std::chrono::milliseconds limit, Console& console);
 
  private:
-  explicit Listener(std::filesystem::path folder, uid_t user) : m_folder(std::move(folder)), m_user(user) {}
+  Listener(OwnFolder folder, const Asker& asker) : m_folder(std::move(folder)), m_asker(asker) {}
   Result<void> listen();
 
-  std::filesystem::path m_folder;  ///< empty once it has been moved away
-  uid_t m_user;
+  OwnFolder m_folder;
+  Asker m_asker;
   FileDescriptor m_socket;
 };
 

@@ -24,6 +24,10 @@ bool take(const std::string& word, const std::string& value, PrivilegedOptions& 
     if (user) options.user = *user;
     return user.has_value();
   }
+  if (word == "--process") {
+    options.process = ProcessIdentity::from(value);
+    return options.process.has_value();
+  }
   if (!value.starts_with('/')) return false;
   if (word == "--root") options.root = value;
   if (word == "--agents") options.agents = value;

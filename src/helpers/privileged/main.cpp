@@ -1,10 +1,8 @@
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <syslog.h>
 #include <unistd.h>
 
-#include <array>
 #include <filesystem>
 #include <iostream>
 
@@ -19,6 +17,8 @@
 #include "helpers/privileged/Installed.h"
 #include "helpers/privileged/Listener.h"
 #include "helpers/privileged/Options.h"
+#include "helpers/process/CleanState.h"
+#include "helpers/wire/FrameSocket.h"
 
 namespace {
 
@@ -39,31 +39,54 @@ int fail(const std::string& why) {
   return 2;
 }
 
-/// What whoever started this program left behind is none of its business.
-void dropInheritance() {
-  const long highest = ::sysconf(_SC_OPEN_MAX);
-  for (int descriptor = 3; descriptor < std::min(highest, 65536L); ++descriptor) ::close(descriptor);
-  ::umask(022);
-  const rlimit none{.rlim_cur = 0, .rlim_max = 0};
-  ::setrlimit(RLIMIT_CORE, &none);  // a core would hold the secret
-  if (::chdir("/") != 0) ::_exit(2);
+Error notByHand() {
+  return {.code = Error::Code::BadArgument, .message = "Mirvel starts this program as root when it needs it"};
 }
 
-/// Goes on as a process of its own, so that what started this one needn't wait, and says where it can be reached.
-void goOn(const Listener& listener, const Authorisation& authorisation) {
-  std::cout << listener.address().string() << '\n' << Data::hexString(authorisation.bytes()) << std::endl;
+void pointStandardFilesToNothing() {
+  const int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+  for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) ::dup2(nowhere, descriptor);
+  ::close(nowhere);
+}
+
+/// Goes on as a process of its own, so that what started this one needn't wait.
+void goOn() {
   const pid_t child = ::fork();
   if (child != 0) ::_exit(child < 0 ? 1 : 0);
   ::setsid();
-  const int nowhere = ::open("/dev/null", O_RDWR);
-  for (int descriptor = 0; descriptor < 3; ++descriptor) ::dup2(nowhere, descriptor);
-  ::close(nowhere);
 }
 
 std::filesystem::path folderForSockets(const PrivilegedOptions& options) {
   if (options.root) return *options.root;
   struct stat status {};
   return ::stat("/run", &status) == 0 ? "/run" : "/var/run";
+}
+
+/// The asker's end is the other one of a pair, which nobody else can have.
+Result<FileDescriptor> standardSocket(const PrivilegedOptions& options, const Authorisation& authorisation) {
+  struct stat status {};
+  if (::fstat(STDIN_FILENO, &status) != 0 || !S_ISSOCK(status.st_mode)) return notByHand();
+  FileDescriptor socket(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  if (!socket) return systemError(errno, "talk to Mirvel", {});
+#ifdef __linux__
+  if (!Asker{.user = options.user}.isPeerOf(socket.number())) return notByHand();
+#else
+  (void)options;  // a pair has no peer whose user the system would tell
+#endif
+  pointStandardFilesToNothing();
+  wire::ignoreHangUps(socket.number());
+  if (auto sent = wire::sendFrame(socket.number(), {.body = authorisation.greeting()}); !sent) return sent.error();
+  return socket;
+}
+
+Result<FileDescriptor> namedSocket(const PrivilegedOptions& options, const Authorisation& authorisation,
+                                   Console& console) {
+  auto listener = Listener::make(folderForSockets(options), {.user = options.user, .process = options.process});
+  if (!listener) return listener.error();
+  std::cout << listener->address().string() << '\n' << Data::hexString(authorisation.bytes()) << std::endl;
+  goOn();
+  pointStandardFilesToNothing();
+  return listener->accept(untilConnected, console);
 }
 
 /// Job files stay.
@@ -85,12 +108,11 @@ void makeJobFolders(const Roots& roots) {
   }
 }
 
-Result<void> work(Listener& listener, const Authorisation& authorisation, const PrivilegedOptions& options) {
-  SystemLog console;
-  const Environment environment{{"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}};
-  auto peer = listener.accept(untilConnected, console);
-  if (!peer) return peer.error();
+Result<void> work(int socket, const Authorisation& authorisation, const PrivilegedOptions& options, Console& console) {
+  const Environment environment = processEnvironment();
   SystemProcessRunner runner(environment);
+  const auto testFolder = OwnFolder::make(folderForSockets(options));
+  if (!testFolder) return testFolder.error();
   // Root has a host of its own on another machine, too.
   const auto root = options.root ? std::optional(*options.root / "root") : std::nullopt;
   const auto host = jobHostOfThisMachine(root, environment, runner);
@@ -98,16 +120,14 @@ Result<void> work(Listener& listener, const Authorisation& authorisation, const 
   makeJobFolders(roots);
   std::optional<GuardedJobFiles::User> user;
   if (options.agents) user = {options.user, JobFolders({*options.agents})};
-  GuardedJobFiles files(JobFolders::ofMachine(roots), console, std::move(user));
+  GuardedJobFiles files(JobFolders::ofMachine(roots), console, std::move(user), RemovableItems::ofMachine(roots));
   RequestHandler handler({.files = files,
                           .host = *host,
                           .uninstall = [&] { return uninstall(options, *host); },
                           .trustsLabels = false,
-                          .testFolder = listener.privateFolder()});
+                          .testFolder = testFolder->path()});
   const auto handle = guarded(authorisation, console, [&](const auto& request) { return handler.handle(request); });
-  auto served = serve(peer->number(), handle, [&] { return handler.isDone(); });
-  if (!served) console.log("cut off: " + served.error().text());
-  return served;
+  return serve(socket, handle, [&] { return handler.isDone(); });
 }
 
 }  // namespace
@@ -118,12 +138,17 @@ int main(int argc, char** argv) {
       PrivilegedOptions::read({argv + (argc > 0 ? 1 : 0), argv + argc}, processEnvironment(), ::getuid());
   if (!options) return fail(options.error().text());
   // On a root of their own users may try it all with the rights that they have.
-  if (::geteuid() != 0 && !options->root) return fail("Mirvel starts this program as root when it needs it");
-  dropInheritance();
-  auto listener = Listener::make(folderForSockets(*options), options->user);
-  if (!listener) return fail(listener.error().text());
+  if (::geteuid() != 0 && !options->root) return fail(notByHand().text());
+  resetProcessState(options->root ? ControlGroup::Keep : ControlGroup::Leave);
+  resetEnvironment();
+  forbidTracing();
+  SystemLog console;
   const auto authorisation = Authorisation::make();
   if (!authorisation) return fail(authorisation.error().text());
-  goOn(*listener, *authorisation);
-  return work(*listener, *authorisation, *options) ? 0 : 1;
+  const auto peer =
+      options->process ? namedSocket(*options, *authorisation, console) : standardSocket(*options, *authorisation);
+  if (!peer) return fail(peer.error().text());
+  const auto served = work(peer->number(), *authorisation, *options, console);
+  if (!served) console.log("cut off: " + served.error().text());
+  return served ? 0 : 1;
 }

@@ -27,9 +27,9 @@ std::size_t lengthIn(std::string_view bytes) {
 }
 
 Result<Frame> decode(std::string_view list) {
+  if (!list.starts_with("bplist")) return malformed("a message is no binary property list");
   const auto document = plist::read(list);
   if (!document) return document.error();
-  if (document->format() != plist::Format::Binary) return malformed("a message is no binary property list");
   plist::Value value = document->value();
   auto* content = value.as<plist::Dictionary>();
   if (!content) return malformed("a message is no dictionary");
@@ -45,9 +45,9 @@ Result<Frame> decode(std::string_view list) {
 
 }  // namespace
 
-Result<std::string> encode(const Frame& frame) {
+Result<std::string> encode(const Frame& frame, std::size_t largest) {
   const std::string list = plist::writeBinary(plist::Dictionary{{"id", frame.id}, {"body", frame.body}});
-  if (list.size() > largestFrame) return tooLarge(list.size());
+  if (list.size() > largest) return tooLarge(list.size());
   std::string bytes;
   bytes.reserve(lengthSize + list.size());
   for (const unsigned shift : {24U, 16U, 8U, 0U}) bytes += static_cast<char>(list.size() >> shift & 0xFFU);
@@ -74,7 +74,7 @@ Result<std::optional<Frame>> FrameReader::take() {
   const std::string_view rest = std::string_view(m_bytes).substr(m_begin);
   if (rest.size() < lengthSize) return std::optional<Frame>();
   const std::size_t length = lengthIn(rest);
-  if (length > largestFrame) return tooLarge(length);
+  if (length > m_largest) return tooLarge(length);
   if (rest.size() - lengthSize < length) return std::optional<Frame>();
   auto frame = decode(rest.substr(lengthSize, length));
   if (!frame) return frame.error();

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Value.h"
 #include "core/support/Result.h"
 
@@ -23,12 +24,20 @@ struct Frame {
 /// The bytes that a frame may take, its length not counted.
 inline constexpr std::size_t largestFrame = std::size_t{64} << 20U;
 
-/// Four bytes of length, big-endian, then a binary property list `{id, body}`. `LimitExceeded` if that is too large.
-Result<std::string> encode(const Frame& frame);
+/// Those of a request: the largest job file, in UTF-16 as such lists have it, and what goes along with it.
+inline constexpr std::size_t largestRequest = 2 * JobFolder::largestFile + (std::size_t{1} << 20U);
+/// Those of what a helper says first.
+inline constexpr std::size_t largestGreeting = 4096;
 
-/// Finds frames in a stream of bytes that comes in pieces.
+/// Four bytes of length, big-endian, then a binary property list `{id, body}`. `LimitExceeded` if that is too large.
+Result<std::string> encode(const Frame& frame, std::size_t largest = largestFrame);
+
+/// Finds frames in a stream of bytes that comes in pieces. Nothing is parsed of a frame that is too large, or whose
+/// content is no binary property list.
 class FrameReader {
  public:
+  explicit FrameReader(std::size_t largest = largestFrame) : m_largest(largest) {}
+
   void append(std::string_view bytes);
   /// The next frame if all of it is there. After an error (`LimitExceeded`, `Malformed`) the stream can't be made sense
   /// of any more, and the error stays.
@@ -39,6 +48,7 @@ class FrameReader {
  private:
   Result<std::optional<Frame>> take();
 
+  std::size_t m_largest;
   std::string m_bytes;
   std::size_t m_begin = 0;  ///< of what hasn't been read yet
   std::optional<Error> m_failure;

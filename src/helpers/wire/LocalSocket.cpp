@@ -41,4 +41,18 @@ std::optional<uid_t> userOfPeer(int socket) {
 #endif
 }
 
+std::optional<pid_t> processOfPeer(int socket) {
+#ifdef SO_PEERCRED
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) return std::nullopt;
+  return peer.pid;
+#else
+  pid_t process = 0;
+  socklen_t size = sizeof process;
+  if (::getsockopt(socket, SOL_LOCAL, LOCAL_PEERPID, &process, &size) != 0) return std::nullopt;
+  return process;
+#endif
+}
+
 }  // namespace mirvel::wire

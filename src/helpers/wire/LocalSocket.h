@@ -30,5 +30,7 @@ FileDescriptor makeLocalSocket();
 
 /// Whose process the peer is; none if the system doesn't tell.
 std::optional<uid_t> userOfPeer(int socket);
+/// Which process connected, or made the pair; none if the system doesn't tell.
+std::optional<pid_t> processOfPeer(int socket);
 
 }  // namespace mirvel::wire

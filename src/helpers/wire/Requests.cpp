@@ -12,7 +12,12 @@ std::int64_t Requests::add(HelperConnection::Reply reply, HelperConnection::Fail
 bool Requests::answer(const Frame& frame) {
   auto found = m_waiting.extract(frame.id);
   if (found.empty()) return false;
-  found.mapped().reply(frame.body);
+  const plist::Value* const error = frame.body.find("error");
+  if (error && !error->as<plist::Dictionary>()) {
+    found.mapped().failure({.code = Error::Code::Malformed, .message = "the helper's answer can't be understood"});
+  } else {
+    found.mapped().reply(frame.body);
+  }
   return true;
 }
 
@@ -21,8 +26,12 @@ void Requests::fail(std::int64_t id, const Error& why) {
   if (!found.empty()) found.mapped().failure(why);
 }
 
-void Requests::failAll(const Error& why) {
+void Requests::refuse(const Error& why) {
   if (!m_brokenBy) m_brokenBy = why;
+}
+
+void Requests::failAll(const Error& why) {
+  refuse(why);
   while (!m_waiting.empty()) fail(m_waiting.begin()->first, why);
 }
 

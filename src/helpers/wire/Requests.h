@@ -15,9 +15,11 @@ class Requests {
  public:
   /// Notes a request and gives its id.
   std::int64_t add(HelperConnection::Reply reply, HelperConnection::Failure failure);
-  /// Hands an answer over; false if nobody waits for it.
+  /// Hands an answer over; false if nobody waits for it. One that can't be an answer is the request's failure.
   [[nodiscard]] bool answer(const Frame& frame);
   void fail(std::int64_t id, const Error& why);
+  /// Notes why no request can succeed from now on. Only the first reason counts.
+  void refuse(const Error& why);
   /// Fails all that wait, and notes why no other can succeed. Only the first reason counts.
   void failAll(const Error& why);
   /// Forgets all that wait; nobody is told.

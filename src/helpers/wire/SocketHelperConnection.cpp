@@ -47,12 +47,17 @@ SocketHelperConnection::SocketHelperConnection(FileDescriptor socket, MainQueue&
 }
 
 SocketHelperConnection::~SocketHelperConnection() {
-  invalidate();
+  m_requests->forget();
+  close();
 }
 
 void SocketHelperConnection::invalidate() {
-  m_requests->forget();
-  m_requests->failAll(hungUp());
+  m_requests->refuse(hungUp());
+  breakOff(hungUp());
+  close();
+}
+
+void SocketHelperConnection::close() {
   {
     const std::lock_guard lock(m_outbox.mutex);
     m_outbox.isClosed = true;
@@ -64,7 +69,7 @@ void SocketHelperConnection::invalidate() {
 void SocketHelperConnection::run(const plist::Dictionary& request, Reply reply, Failure failure) {
   const std::int64_t id = m_requests->add(std::move(reply), std::move(failure));
   if (m_requests->brokenBy()) return postFailure(id, *m_requests->brokenBy());
-  const auto bytes = encode({.id = id, .body = request});
+  const auto bytes = encode({.id = id, .body = request}, largestRequest);
   if (!bytes) return postFailure(id, bytes.error());
   {
     const std::lock_guard lock(m_outbox.mutex);

@@ -42,6 +42,7 @@ class SocketHelperConnection final : public HelperConnection {
   bool receive(FrameReader& reader);
   Sent flush();
   void wake();
+  void close();
   void hangUp();
   void breakOff(Error why);
   void postFailure(std::int64_t id, Error why);

@@ -28,7 +28,6 @@ Application::Application(Roots roots, const Environment& environment, const std:
       m_authorisationQueue("Authorisation"),
       m_helpers({.queue = m_mainQueue,
                  .background = m_authorisationQueue,
-                 .runner = m_processRunner,
                  .programs = HelperPrograms::in(helpersFolder(), m_foundation.roots, environment, machine)}),
       m_program(m_foundation, platform()),
       m_fileQueue("File queue"),

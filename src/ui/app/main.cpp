@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "helpers/process/CleanState.h"
 #include "ui/app/Application.h"
 #include "ui/app/Display.h"
 #include "ui/app/OpenedURLs.h"
@@ -24,6 +25,7 @@ QString urlArgument() {
 
 int main(int argc, char* argv[]) {
   using namespace mirvel;
+  forbidTracing();  // before there is a connection to root's helper, or anything to spy out
   const Environment environment = processEnvironment();
   if (!ui::hasDisplay(environment)) {
     std::fputs("mirvel: there is no display to show a window on\n", stderr);
@@ -42,6 +44,7 @@ int main(int argc, char* argv[]) {
 #ifdef __linux__
   QObject::connect(&instance, &ui::SingleInstance::received, &opened, &ui::OpenedURLs::open);
 #endif
+  mirvel.program().hostStart.begin();  // not on the machines of demo and tests, whose samples nobody wants to run
   mirvel.start();
   if (const QString url = urlArgument(); !url.isEmpty()) opened.open(url);
   return QApplication::exec();

@@ -10,6 +10,7 @@
 #include "ui/creation/ImportDrop.h"
 #include "ui/creation/ImportViewController.h"
 #include "ui/creation/NewViewController.h"
+#include "ui/creation/RestoreSheet.h"
 
 namespace mirvel::ui {
 
@@ -28,6 +29,7 @@ CreationSheets::CreationSheets(Program& program, IconLoader& icons, QWidget& win
   shell.segues[String::new_] = [this, &icons] { show<NewViewController>(icons); };
   shell.segues[String::importSegue] = [this] { show<ImportViewController>(); };
   shell.segues[String::duplicate] = [this] { show<DuplicateViewController>(); };
+  shell.segues[String::restoreDeleted] = [this] { show<RestoreSheet>(); };
   shell.importJob = [&program] { importAction(program, showsHiddenFiles()); };
   shell.exportJob = [&program] { exportJob(program); };
   new ImportDrop(program, window);
@@ -38,6 +40,7 @@ CreationSheets::~CreationSheets() {
   shell.segues.erase(String::new_);
   shell.segues.erase(String::importSegue);
   shell.segues.erase(String::duplicate);
+  shell.segues.erase(String::restoreDeleted);
   shell.importJob = nullptr;
   shell.exportJob = nullptr;
 }

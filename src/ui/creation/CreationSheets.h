@@ -11,7 +11,7 @@ namespace mirvel::ui {
 class IconLoader;
 
 /// Offers the commands that bring jobs into the catalogue and out of it, as long as it lives: new jobs, import, by the
-/// menu and by files that are dropped on the window, duplicate and export.
+/// menu and by files that are dropped on the window, duplicate, export and restoring deleted ones.
 class CreationSheets final {
  public:
   /// All outlive it.

@@ -27,7 +27,7 @@ ImportViewController::ImportViewController(Program& program, QWidget& window)
   m_kindTextField->setFixedHeight(m_kindButtons->lineHeight());
   rows().addRow(m_kindTextField, m_kindButtons);
 
-  connect(m_kindButtons, &KindButtons::clicked, this, [this](int tag) {
+  connect(m_kindButtons, &KindButtons::kindChosen, this, [this](int tag) {
     m_controller.kindChanged(tag);
     updateInterface();
   });

@@ -43,9 +43,10 @@ KindButtons::KindButtons(Program& program, QWidget* parent) : QWidget(parent), m
   }
   setFocusProxy(m_buttons->buttons().constFirst());
   connect(m_buttons, &QButtonGroup::idToggled, this, [this](int tag, bool isOn) {
-    if (isOn) setFocusProxy(m_buttons->button(tag));
+    if (!isOn) return;
+    setFocusProxy(m_buttons->button(tag));
+    Q_EMIT kindChosen(tag);
   });
-  connect(m_buttons, &QButtonGroup::idClicked, this, &KindButtons::clicked);
 }
 
 int KindButtons::lineHeight() const {
@@ -53,9 +54,12 @@ int KindButtons::lineHeight() const {
 }
 
 void KindButtons::setChosen(std::optional<Kind> kind) {
+  const QSignalBlocker quiet(m_buttons);
   m_buttons->setExclusive(false);  // a group that is exclusive keeps one button on
   for (QAbstractButton* button : m_buttons->buttons()) {
-    button->setChecked(kind && m_buttons->id(button) == kind->rawValue());
+    const bool isChosen = kind && m_buttons->id(button) == kind->rawValue();
+    button->setChecked(isChosen);
+    if (isChosen) setFocusProxy(button);
   }
   m_buttons->setExclusive(true);
 }

@@ -27,8 +27,8 @@ class KindButtons final : public QWidget {
   void setChosen(std::optional<Kind> kind);
 
  signals:
-  /// The user chose the button with that tag, the number of its kind, by mouse or keyboard.
-  void clicked(int tag);
+  /// The user chose the button with that tag, the number of its kind.
+  void kindChosen(int tag);
 
  private:
   QButtonGroup* m_buttons;

@@ -29,9 +29,10 @@ NewNameViewController::NewNameViewController(Program& program, NewController& co
   layout->addWidget(new SecondaryLabel(qt(localize.orBeginWith()) + QLatin1Char(':')));
   layout->addWidget(makeStartingPoints(localize));
 
-  connect(m_nameTextField, &QLineEdit::textEdited, this,
-          [this](const QString& text) { newController.name.setName(utf8(text)); });
-  connect(m_kindButtons, &KindButtons::clicked, this, [this](int tag) { newController.name.kindChanged(tag); });
+  connect(m_nameTextField, &QLineEdit::textChanged, this, [this](const QString& text) {
+    if (utf8(text) != newController.name.name()) newController.name.setName(utf8(text));
+  });
+  connect(m_kindButtons, &KindButtons::kindChosen, this, [this](int tag) { newController.name.kindChanged(tag); });
 }
 
 QLayout* NewNameViewController::makeForm(const Localize& localize) {

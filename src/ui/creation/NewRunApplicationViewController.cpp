@@ -34,8 +34,8 @@ NewRunApplicationViewController::NewRunApplicationViewController(Program& progra
   setFocusProxy(m_filter);
   layOut();
   connect(m_filter, &QLineEdit::textChanged, this, [this] { showMatching(); });
-  connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this](const QModelIndex& current) { choose(current); });
+  connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this](const QItemSelection& selected) { choose(selected.indexes().value(0)); });
   connect(m_view, &QListView::clicked, this, [this](const QModelIndex& index) { choose(index); });
 }
 

@@ -3,6 +3,7 @@
 #include "ui/scripts/ScriptModule.h"
 #include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
+#include "ui/support/Quietly.h"
 #include "ui/support/SecondaryLabel.h"
 
 namespace mirvel::ui {
@@ -20,8 +21,8 @@ NewRunScriptViewController::NewRunScriptViewController(Program& program, NewRunS
   m_layout->addLayout(makeButtons());
   m_layout->addWidget(m_hint);
   m_layout->addStretch();  // gives way to the text
-  connect(m_choose, &QPushButton::clicked, this, &NewRunScriptViewController::choose);
-  connect(m_createNew, &QPushButton::clicked, this, &NewRunScriptViewController::createNew);
+  connect(m_choose, &QPushButton::toggled, this, &NewRunScriptViewController::choose);
+  connect(m_createNew, &QPushButton::toggled, this, &NewRunScriptViewController::createNew);
   connect(m_save, &QPushButton::clicked, this, &NewRunScriptViewController::save);
   redraw();
 }
@@ -67,9 +68,9 @@ void NewRunScriptViewController::redrawButtons() {
   } else {
     m_choose->setTitle(m_script.chooseTitle());
   }
-  m_choose->setChecked(m_script.isChooseOn());
+  setCheckedQuietly(*m_choose, m_script.isChooseOn());
   m_createNew->setText(qt(m_script.createNewTitle()));
-  m_createNew->setChecked(m_script.isCreateNewOn());
+  setCheckedQuietly(*m_createNew, m_script.isCreateNewOn());
   m_save->setVisible(m_script.isWriting());
   m_save->setEnabled(!m_script.text().empty());
 }

@@ -31,6 +31,7 @@ NewViewController::NewViewController(Program& program, IconLoader& icons, QWidge
   layout->addWidget(m_tabViewController, 1);
   layout->addWidget(new Hairline);
   layout->addWidget(makeButtons(program.foundation.localize));
+  m_nextButton->setDefault(true);  // a dialog notes the default button that is in it already
 
   m_controller.setChanged([this] { redraw(); });
   m_controller.endEditing = [this] { endEditing(*this); };
@@ -60,7 +61,6 @@ QWidget* NewViewController::makeButtons(const Localize& localize) {
   m_nextButton = new QPushButton;
   cancel->setAutoDefault(false);
   m_previousButton->setAutoDefault(false);
-  m_nextButton->setDefault(true);
   row->addWidget(cancel);
   row->addStretch();
   row->addWidget(m_previousButton);

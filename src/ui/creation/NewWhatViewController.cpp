@@ -23,8 +23,9 @@ NewWhatViewController::NewWhatViewController(Program& program, NewController& co
   addChoice(Run::script, localize.script(), localize.scriptHint(), icon("text-x-script"));
   addChoice(Run::command, localize.command(), localize.commandHint(), icon("utilities-terminal"));
   layout->addStretch();
-  connect(m_buttons, &QButtonGroup::idClicked, this,
-          [this](int id) { newController.what.choose(static_cast<Run>(id)); });
+  connect(m_buttons, &QButtonGroup::idToggled, this, [this](int id, bool isOn) {
+    if (isOn) newController.what.choose(static_cast<Run>(id));
+  });
 }
 
 void NewWhatViewController::addChoice(New::Run run, const std::string& title, const std::string& hint,
@@ -53,6 +54,7 @@ bool NewWhatViewController::eventFilter(QObject* watched, QEvent* event) {
 
 void NewWhatViewController::redraw() {
   const auto chosen = newController.what.chosen();
+  const QSignalBlocker quiet(m_buttons);
   m_buttons->setExclusive(false);  // an exclusive group always has one that is on
   for (QAbstractButton* button : m_buttons->buttons()) {
     button->setChecked(chosen && m_buttons->id(button) == static_cast<int>(*chosen));

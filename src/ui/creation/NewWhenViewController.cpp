@@ -12,6 +12,7 @@
 #include "ui/support/Hairline.h"
 #include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
+#include "ui/support/Quietly.h"
 #include "ui/support/SecondaryLabel.h"
 #include "ui/support/ShownText.h"
 #include "ui/support/ValueText.h"
@@ -39,9 +40,9 @@ NewWhenViewController::NewWhenViewController(Program& program, NewController& co
   layout->addWidget(makeOutlook());
 
   NewWhenPage& when = controller.when;
-  connect(m_runAtLoadButton, &QCheckBox::clicked, this, [&when](bool isOn) { when.runAtLoad(isOn); });
-  connect(m_keepAliveButton, &QCheckBox::clicked, this, [&when](bool isOn) { when.keepAlive(isOn); });
-  connect(m_scheduledButton, &QCheckBox::clicked, this, [&when](bool isOn) { when.scheduled(isOn); });
+  connect(m_runAtLoadButton, &QCheckBox::toggled, this, [&when](bool isOn) { when.runAtLoad(isOn); });
+  connect(m_keepAliveButton, &QCheckBox::toggled, this, [&when](bool isOn) { when.keepAlive(isOn); });
+  connect(m_scheduledButton, &QCheckBox::toggled, this, [&when](bool isOn) { when.scheduled(isOn); });
 }
 
 QWidget* NewWhenViewController::makeChoices() {
@@ -102,9 +103,9 @@ void NewWhenViewController::disappear() {
 
 void NewWhenViewController::redraw() {
   const NewWhenPage& when = newController.when;
-  m_runAtLoadButton->setChecked(when.isRunAtLoad());
-  m_keepAliveButton->setChecked(when.isKeptAlive());
-  m_scheduledButton->setChecked(when.isScheduled());
+  setCheckedQuietly(*m_runAtLoadButton, when.isRunAtLoad());
+  setCheckedQuietly(*m_keepAliveButton, when.isKeptAlive());
+  setCheckedQuietly(*m_scheduledButton, when.isScheduled());
   m_ruleEditor->setVisible(when.isScheduled());
   const std::string folder = when.watchedFolder();
   m_watchedFolder->setVisible(!folder.empty());

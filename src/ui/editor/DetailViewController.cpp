@@ -60,9 +60,17 @@ QWidget* DetailViewController::childOf(DetailTab tab) const {
 }
 
 void DetailViewController::show(DetailTab tab) {
+  if (tab != m_detailTab && tab != DetailTab::launchdEdit) passKeysOn();
   setCurrentWidget(childOf(tab));
   if (std::exchange(m_detailTab, tab) == tab) return;
+  m_program.mainWindow.updateTitle();
   if (m_program.shell.mainWindow) m_program.shell.mainWindow->validateVisibleItems();  // what can be done is another
+}
+
+/// Before what has the keys goes: Qt would give them to any button of the next tab, or to nothing.
+void DetailViewController::passKeysOn() const {
+  const QWidget* const focus = window()->focusWidget();
+  if (keysLeft && (!focus || isAncestorOf(focus))) keysLeft();
 }
 
 void DetailViewController::updateTab() {
@@ -86,9 +94,9 @@ void DetailViewController::updateDetail() {
 }
 
 void DetailViewController::clearDetail() {
+  passKeysOn();
   m_display->clearDetail();
   m_edit->clearDetail();
-  m_program.state.isBusy = false;
   if (m_program.shell.edit) m_program.shell.edit->updateButtons();
   show(DetailTab::noSelection);
 }
@@ -107,8 +115,10 @@ void DetailViewController::showDisplay() {
 }
 
 void DetailViewController::showEdit() {
+  const bool isEntering = m_detailTab != DetailTab::launchdEdit;
   show(DetailTab::launchdEdit);
   updateTab();
+  if (isEntering) m_edit->focusOnFirst();
 }
 
 }  // namespace mirvel::ui

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStackedWidget>
+#include <functional>
 
 #include "core/app/Program.h"
 #include "ui/support/IconLoader.h"
@@ -19,6 +20,8 @@ class DetailViewController final : public QStackedWidget, private DetailType {
 
   const LaunchdEditViewController& editor() const { return *m_edit; }
 
+  std::function<void()> keysLeft;  ///< what had the keys goes: they are to go elsewhere
+
  private:
   void updateDetail() override;
   void clearDetail() override;
@@ -30,6 +33,7 @@ class DetailViewController final : public QStackedWidget, private DetailType {
   QWidget* childOf(DetailTab tab) const;
   void show(DetailTab tab);
   void updateTab();
+  void passKeysOn() const;
 
   Program& m_program;
   DetailTab m_detailTab = DetailTab::noSelection;

@@ -43,9 +43,9 @@ GeneralEditSection::GeneralEditSection(Program& theProgram, IconLoader& icons)
   m_grid->addField(localize().forString(), *m_forPopUpButton, false);
   makeRunRow();
 
-  connect(m_enabledButton, &QCheckBox::clicked, this, [this] { enabled(); });
-  connect(m_nameValueTextField, &QLineEdit::textEdited, this, [this] { nameChanged(); });
-  connect(m_forPopUpButton, &QComboBox::activated, this, [this] { forChanged(); });
+  connect(m_enabledButton, &QCheckBox::toggled, this, [this] { enabled(); });
+  connect(m_nameValueTextField, &QLineEdit::textChanged, this, [this] { nameChanged(); });
+  connect(m_forPopUpButton, &QComboBox::currentIndexChanged, this, [this] { forChanged(); });
   connect(m_runValueTextField, &QPlainTextEdit::textChanged, this, [this] { runChanged(); });
 }
 
@@ -83,38 +83,35 @@ void GeneralEditSection::fillForPopUp() {
 }
 
 void GeneralEditSection::fill(const Launchd& launchd) {
-  m_isFilling = true;
   m_iconButton->setIcon(QIcon(pixmapOf(launchd.displayIcon(localize()))));
   m_enabledButton->setChecked(!launchd.isDisabled());
   m_nameValueTextField->setText(qt(launchd.plist().name));
   m_forPopUpButton->setCurrentIndex(m_forPopUpButton->findData(launchd.kind.rawValue()));
   m_runValueTextField->setText(launchd.plist().run);
-  m_isFilling = false;
   checkRun();
 }
 
 void GeneralEditSection::enabled() {
-  if (Launchd* const job = program().editing.markJobChanged()) {
+  if (Launchd* const job = markJobChanged()) {
     GeneralRules::enabled(job->plist(), {m_enabledButton->isChecked(), optionHeld()});
   }
 }
 
 void GeneralEditSection::forChanged() {
   const auto kind = Kind::fromRawValue(m_forPopUpButton->currentData().toInt());
-  if (kind) GeneralRules::changeKind(program(), *kind);
+  if (kind && !isFilling()) GeneralRules::changeKind(program(), *kind);
 }
 
 void GeneralEditSection::nameChanged() {
-  if (Launchd* const job = program().editing.markJobChanged("name")) {
+  if (Launchd* const job = markJobChanged("name")) {
     job->plist().name = utf8(m_nameValueTextField->text());
   }
 }
 
 void GeneralEditSection::runChanged() {
-  if (m_isFilling) return;
-  if (Launchd* const job = program().editing.markJobChanged("run")) {
-    GeneralRules::run(job->plist(), m_runValueTextField->text(), program().repairs);
-  }
+  Launchd* const job = markJobChanged("run");
+  if (!job) return;
+  GeneralRules::run(job->plist(), m_runValueTextField->text(), program().repairs);
   checkRun();
 }
 

@@ -32,7 +32,6 @@ class GeneralEditSection final : public GeneralSection {
   QLineEdit* m_nameValueTextField;
   QComboBox* m_forPopUpButton;
   RunTextField* m_runValueTextField;
-  bool m_isFilling = false;
 };
 
 }  // namespace mirvel::ui

@@ -21,7 +21,7 @@ void KeysSection::fill(const Launchd& launchd) {
 }
 
 bool KeysSection::remove(const std::string& key) {
-  Launchd* const job = program().editing.markJobChanged();
+  Launchd* const job = markJobChanged();
   if (!job) return false;
   return m_editSection == KeyValueSection::EditSection::unknown ? deleteUnknown(job->plist(), key)
                                                                 : deleteDeprecated(job->plist(), key);

@@ -4,6 +4,7 @@
 #include <QPushButton>
 
 #include "ui/editor/ButtonBar.h"
+#include "ui/editor/FocusPlace.h"
 #include "ui/editor/GeneralDisplaySection.h"
 #include "ui/editor/KeysSection.h"
 #include "ui/editor/NotesSection.h"
@@ -33,7 +34,11 @@ void LaunchdDisplayViewController::updateDetail() {
   Shown shown{
       .path = job->url.text(), .general = GeneralRules::display(program(), *job), .record = job->plist().clone()};
   if (m_shown == shown) return;
+  const FocusPlace place(*this);
+  const bool isSameJob = m_shownPath == shown.path;
   rebuildSections();
+  if (isSameJob) place.restore();  // a note is being typed, say
+  m_shownPath = shown.path;
   m_shown = std::move(shown);
 }
 
@@ -44,6 +49,7 @@ void LaunchdDisplayViewController::updateIcon() {
 
 void LaunchdDisplayViewController::clearDetail() {
   m_shown.reset();
+  m_shownPath.clear();
   dropSections();
 }
 

@@ -38,6 +38,7 @@ class LaunchdDisplayViewController final : public LaunchdViewController {
   IconLoader& m_icons;
   QPushButton* m_editButton;
   std::optional<Shown> m_shown;
+  std::string m_shownPath;  ///< of the job that the sections are about, even if they are to be made anew
 };
 
 }  // namespace mirvel::ui

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QToolButton>
@@ -53,7 +54,6 @@ void LaunchdEditViewController::makeButtons() {
 
 void LaunchdEditViewController::updateDetail() {
   const FocusPlace place(*this);
-  m_controller.releaseSchedule();  // rules that go with their rows write no more
   rebuildSections();
   place.restore();
 }
@@ -92,8 +92,8 @@ void LaunchdEditViewController::showButtons(const EditButtons& buttons) {
   if (content().isEnabled() == buttons.isSaving) holdSections(buttons.isSaving);
   m_saveProgressIndicator->setVisible(buttons.isBusy);
   m_helpButton->setVisible(!buttons.isBusy);
-  m_saveButton->setEnabled(!buttons.isBusy);
-  m_discardButton->setEnabled(!buttons.isBusy);
+  m_saveButton->setEnabled(buttons.canSave);
+  m_discardButton->setEnabled(!buttons.isSaving);
   if (m_discardButton->text() != qt(buttons.discardTitle)) m_discardButton->setText(qt(buttons.discardTitle));
 }
 
@@ -107,6 +107,7 @@ void LaunchdEditViewController::holdSections(bool isHeld) {
 }
 
 void LaunchdEditViewController::hideDiscardButton() {
+  if (m_discardButton->hasFocus()) focusOnFirst();  // or the keys would be anywhere
   m_discardButton->hide();
 }
 
@@ -117,6 +118,18 @@ void LaunchdEditViewController::showEvent(QShowEvent* event) {
 
 void LaunchdEditViewController::endEditing() {
   ui::endEditing(*this);
+}
+
+std::optional<InvalidField> LaunchdEditViewController::refuse() {
+  for (Section* section : sections()) {
+    if (auto invalid = section->refuse()) return invalid;
+  }
+  return std::nullopt;
+}
+
+void LaunchdEditViewController::focusOnFirst() {
+  auto* const name = content().findChild<QLineEdit*>(QStringLiteral("nameValueTextField"));
+  if (name) name->setFocus(Qt::OtherFocusReason);
 }
 
 void LaunchdEditViewController::compare(const Versions& versions, std::function<void(int)> completion) {

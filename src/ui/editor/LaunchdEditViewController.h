@@ -21,6 +21,8 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
 
   /// Shows the selected job anew. The field with the focus keeps it.
   void updateDetail();
+  /// Gives the keys to the field with the name.
+  void focusOnFirst();
   /// Lets go of the job.
   void clearDetail() { dropSections(); }
   /// Whether the changes of a widget are undone here and not by itself.
@@ -37,6 +39,7 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   void showButtons(const EditButtons& buttons) override;
   void hideDiscardButton() override;
   void endEditing() override;
+  std::optional<InvalidField> refuse() override;
   void compare(const Versions& versions, std::function<void(int)> completion) override;
   void makeButtons();
   void holdSections(bool isHeld);

@@ -46,10 +46,12 @@ void LaunchdViewController::addSection(Section& section, const std::shared_ptr<L
                                        const std::optional<std::string>& title) {
   if (title) m_stackView->addWidget(new HeaderSection(*title));
   m_stackView->addWidget(&section);
+  m_sections.push_back(&section);
   section.configure(launchd);
 }
 
 void LaunchdViewController::dropSections() {
+  m_sections.clear();
   QWidget* const old = m_scrollView->takeWidget();
   if (!old) return;
   old->hide();

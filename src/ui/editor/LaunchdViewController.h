@@ -3,6 +3,7 @@
 #include <QScrollArea>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/editor/SectionStack.h"
 #include "ui/editor/Section.h"
@@ -31,6 +32,8 @@ class LaunchdViewController : public QWidget {
   QVBoxLayout& pane() { return *m_pane; }
   /// What scrolls in the pane.
   QWidget& content() { return *m_scrollView; }
+  /// Those that are shown, from the first to the last.
+  const std::vector<Section*>& sections() const { return m_sections; }
 
  private:
   void addSection(Section& section, const std::shared_ptr<Launchd>& launchd, const std::optional<std::string>& title);
@@ -39,6 +42,7 @@ class LaunchdViewController : public QWidget {
   QVBoxLayout* m_pane;
   QScrollArea* m_scrollView;
   QVBoxLayout* m_stackView = nullptr;
+  std::vector<Section*> m_sections;
 };
 
 }  // namespace mirvel::ui

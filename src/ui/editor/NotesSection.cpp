@@ -39,14 +39,12 @@ NotesSection::NotesSection(Program& theProgram) : Section(theProgram), m_textFie
   grid->addRow(*m_textField);
   connect(m_textField, &QPlainTextEdit::textChanged, this, [this] {
     const auto& job = program().state.selectedJob;  // a scan may have made it anew
-    if (job && !m_isFilling) program().notes.setNote(job->url, utf8(m_textField->exactText()));
+    if (job && !isFilling()) program().notes.setNote(job->url, utf8(m_textField->exactText()));
   });
 }
 
 void NotesSection::fill(const Launchd& launchd) {
-  m_isFilling = true;
   m_textField->setPlainText(qt(program().notes.note(launchd.url)));
-  m_isFilling = false;
 }
 
 }  // namespace mirvel::ui

@@ -15,7 +15,6 @@ class NotesSection final : public Section {
   void fill(const Launchd& launchd) override;
 
   GrowingText* m_textField;
-  bool m_isFilling = false;
 };
 
 }  // namespace mirvel::ui

@@ -40,16 +40,16 @@ RootSection::RootSection(Program& theProgram)
   grid->addField("UserName", *m_userNameTextField);
   grid->addField("GroupName", *m_groupNameTextField);
 
-  connect(m_initGroupsButton, &QCheckBox::clicked, this, [this](bool isOn) {
-    if (Launchd* const job = program().editing.markJobChanged()) job->plist().initGroups = isOn;
+  connect(m_initGroupsButton, &QCheckBox::toggled, this, [this](bool isOn) {
+    if (Launchd* const job = markJobChanged()) job->plist().initGroups = isOn;
   });
-  connect(m_userNameTextField, &QLineEdit::textEdited, this, [this](const QString& text) {
-    if (Launchd* const job = program().editing.markJobChanged("UserName")) {
+  connect(m_userNameTextField, &QLineEdit::textChanged, this, [this](const QString& text) {
+    if (Launchd* const job = markJobChanged("UserName")) {
       GeneralRules::userName(job->plist(), utf8(text));
     }
   });
-  connect(m_groupNameTextField, &QLineEdit::textEdited, this, [this](const QString& text) {
-    if (Launchd* const job = program().editing.markJobChanged("GroupName")) {
+  connect(m_groupNameTextField, &QLineEdit::textChanged, this, [this](const QString& text) {
+    if (Launchd* const job = markJobChanged("GroupName")) {
       GeneralRules::groupName(job->plist(), utf8(text));
     }
   });

@@ -40,9 +40,14 @@ QWidget* RowTextDelegate::createEditor(QWidget* parent, const QStyleOptionViewIt
     const bool isAtLeft = option.direction == Qt::LeftToRight || GridTable::holdsPaths(m_table.kind());
     field->setAlignment(Qt::AlignAbsolute | Qt::AlignVCenter | (isAtLeft ? Qt::AlignLeft : Qt::AlignRight));
     if (GridTable::holdsPaths(m_table.kind())) field->setLayoutDirection(Qt::LeftToRight);
-    connect(field, &QLineEdit::textEdited, this, [this](const QString& text) { edit(text); });
+    connect(field, &QLineEdit::textChanged, this, [this](const QString& text) { edit(text); });
   }
   return editor;
+}
+
+void RowTextDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+  const QSignalBlocker quiet(editor);  // a field cuts a text that is too long for it
+  QStyledItemDelegate::setEditorData(editor, index);
 }
 
 void RowTextDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {

@@ -137,14 +137,14 @@ QWidget* RuleRowView::makeNumberField(const std::string& text, bool isMinute) {
   field->setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading) | Qt::AlignAbsolute);
   // Where nothing is entered there is nothing else to mark.
   field->setPlaceholderText(QStringLiteral("?"));
-  connect(field, &QLineEdit::textEdited, this, &RuleRowView::numberEdited);
+  connect(field, &QLineEdit::textChanged, this, &RuleRowView::numberEdited);
   m_number = field;
   return field;
 }
 
 QWidget* RuleRowView::makeTimePicker(Scheduled::Time time) {
   auto* picker = new QTimeEdit(QTime(Date::hour(time), Date::minute(time)), this);
-  picker->setLocale(QLocale(qt(m_localize.locale())));
+  picker->setLocale(QLocale(qt(m_localize.timeLocale())));
   // In a right-to-left window Qt turns the sections around, though text does so by itself as far as it should.
   picker->setLayoutDirection(Qt::LeftToRight);
   picker->setDisplayFormat(timeFormat(picker->locale()));
@@ -165,6 +165,12 @@ void RuleRowView::showMark() {
   const QString what = m_problem ? qt(text(*m_problem, m_localize)) : QString();
   markInvalidData(*m_number, what);
   m_number->setToolTip(what);
+}
+
+void RuleRowView::focusOnNumber() {
+  if (!m_number) return;
+  m_number->setFocus();
+  m_number->selectAll();
 }
 
 std::vector<QWidget*> RuleRowView::controls() const {

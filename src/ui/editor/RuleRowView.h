@@ -28,6 +28,9 @@ class RuleRowView final : public QWidget {
   /// Marks the number as wrong, or as right again.
   void mark(std::optional<Scheduled::NumberProblem> problem);
 
+  /// Gives the keys to the number, if there is one.
+  void focusOnNumber();
+
   /// All that takes keys, in the order of reading; the first is the pop-up of the rule's kind.
   std::vector<QWidget*> controls() const;
   QToolButton& removeButton() { return *m_remove; }

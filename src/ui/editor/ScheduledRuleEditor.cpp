@@ -134,6 +134,10 @@ void ScheduledRuleEditor::valueWasEntered() {
   updateMarks();
 }
 
+void ScheduledRuleEditor::rowWasRefused(std::size_t row) {
+  if (m_isEditable) m_views[row]->focusOnNumber();
+}
+
 void ScheduledRuleEditor::updateMarks() {
   const auto problems = m_editor.problems();
   for (std::size_t row = 0; row < m_views.size(); ++row) m_views[row]->mark(problems[row]);

@@ -36,6 +36,7 @@ class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorT
   void rowWasRechosen(std::size_t row, std::size_t position) override;
   void valueWasEntered() override;
   void rowsWereLoaded() override;
+  void rowWasRefused(std::size_t row) override;
 
   void showRows();
   void showSentences();

@@ -1,5 +1,7 @@
 #include "ui/editor/WhenEditSection.h"
 
+#include <QLabel>
+
 #include "core/editor/WhenRules.h"
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
@@ -9,6 +11,7 @@
 #include "ui/support/CheckBox.h"
 #include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
+#include "ui/support/Quietly.h"
 
 namespace mirvel::ui {
 
@@ -56,23 +59,28 @@ WhenEditSection::WhenEditSection(Program& theProgram) : WhenSection(theProgram) 
   m_startOnMountButton->setObjectName(QStringLiteral("startOnMountButton"));
   m_scheduledButton->setObjectName(QStringLiteral("scheduledButton"));
   connectBoxes();
+  m_scheduledRuleEditor->editor().setDelegate(this);
 }
 
 WhenEditSection::~WhenEditSection() {
-  if (program().scheduledController.delegate == this) program().scheduledController.delegate = nullptr;
+  m_scheduledRuleEditor->editor().setDelegate(nullptr);
+}
+
+std::optional<InvalidField> WhenEditSection::refuse() {
+  return m_areRulesEdited && m_scheduledButton->isChecked() ? m_scheduledRuleEditor->editor().refuse() : std::nullopt;
 }
 
 void WhenEditSection::connectBoxes() {
-  connect(m_runAtLoadButton, &QCheckBox::clicked, this, [this](bool isOn) {
+  connect(m_runAtLoadButton, &QCheckBox::toggled, this, [this](bool isOn) {
     const BoxClick click{isOn, optionHeld()};
-    if (Launchd* const job = program().editing.markJobChanged()) job->plist().runAtLoad = click.value();
+    if (Launchd* const job = markJobChanged()) job->plist().runAtLoad = click.value();
   });
-  connect(m_startOnMountButton, &QCheckBox::clicked, this, [this](bool isOn) {
+  connect(m_startOnMountButton, &QCheckBox::toggled, this, [this](bool isOn) {
     const BoxClick click{isOn, optionHeld()};
-    if (Launchd* const job = program().editing.markJobChanged()) job->plist().startOnMount = click.value();
+    if (Launchd* const job = markJobChanged()) job->plist().startOnMount = click.value();
   });
-  connect(m_keepAliveButton, &QCheckBox::clicked, this, [this](bool isOn) { keepAlive(isOn); });
-  connect(m_scheduledButton, &QCheckBox::clicked, this, [this](bool isOn) { scheduled(isOn); });
+  connect(m_keepAliveButton, &QCheckBox::toggled, this, [this](bool isOn) { keepAlive(isOn); });
+  connect(m_scheduledButton, &QCheckBox::toggled, this, [this](bool isOn) { scheduled(isOn); });
 }
 
 void WhenEditSection::fill(const Launchd& launchd) {
@@ -88,7 +96,6 @@ void WhenEditSection::fill(const Launchd& launchd) {
   m_scheduledView->setVisible(!rules.empty());
   if (!rules.empty()) {
     loadRules(rules);
-    becomeDelegate();
     showNextRuns(plist);
   }
   updateScheduledHelp();
@@ -110,9 +117,9 @@ void WhenEditSection::addCondition(const char* title, const char* help, std::opt
   box->setObjectName(QLatin1String(title));
   box->setToolTip(QLatin1String(help));
   box->setChecked(state.value_or(false));
-  connect(box, &QCheckBox::clicked, this, [this, write](bool isOn) {
+  connect(box, &QCheckBox::toggled, this, [this, write](bool isOn) {
     const BoxClick click{isOn, optionHeld()};
-    if (Launchd* const job = program().editing.markJobChanged()) write(job->plist(), click);
+    if (Launchd* const job = markJobChanged()) write(job->plist(), click);
   });
   m_keepAliveGrid->addRow(*box);
 }
@@ -125,7 +132,7 @@ void WhenEditSection::addTable(std::string_view key, const char* help, const lau
 }
 
 void WhenEditSection::keepAlive(bool isOn) {
-  Launchd* const job = program().editing.markJobChanged();
+  Launchd* const job = markJobChanged();
   if (!job) return;
   WhenRules::keepAlive(job->plist(), isOn);
   if (isOn) {
@@ -137,15 +144,15 @@ void WhenEditSection::keepAlive(bool isOn) {
 }
 
 void WhenEditSection::scheduled(bool isOn) {
+  if (isFilling()) return;
   m_scheduledView->setVisible(isOn);
   if (isOn) {
     if (m_scheduledRuleEditor->editor().numberOfRows() == 0) {
       loadRules({});
       m_scheduledRuleEditor->addRow();
     }
-    becomeDelegate();
     rulesDidChange();
-  } else if (Launchd* const job = program().editing.markJobChanged()) {
+  } else if (Launchd* const job = markJobChanged()) {
     WhenRules::removeSchedule(job->plist());
   }
   updateScheduledHelp();
@@ -158,22 +165,28 @@ void WhenEditSection::updateScheduledHelp() {
 }
 
 void WhenEditSection::gridTableChanged(const std::string& key, const std::vector<GridTable::Item>& rows) {
-  if (Launchd* const job = program().editing.markJobChanged(key)) {
-    WhenRules::gridTableChanged(job->plist(), key, rows);
+  if (Launchd* const job = markJobChanged(key)) {
+    WhenRules::gridTableChanged(job->plist(), key, rows, m_plainKeepAlive);
   }
 }
 
 void WhenEditSection::rulesDidChange() {
-  const DetailType* const detail = program().shell.detail;
-  if (!detail || detail->detailTab() != DetailTab::launchdEdit) return;
-  Launchd* const job = program().editing.markJobChanged("Schedule");
+  if (!isVisible()) return;  // rows that go with their section write no more
+  Launchd* const job = markJobChanged("Schedule");
   if (!job) return;
+  m_areRulesEdited = true;
+  const Scheduled::RuleEditor& rules = m_scheduledRuleEditor->editor();
+  if (rules.numberOfRows() == 0) return endSchedule(*job);
+  if (!rules.isValid()) return m_nextRuns->hide();  // the record keeps the rules that can be saved
   const ScheduledController& controller = program().scheduledController;
-  job->plist().applyRules(m_scheduledRuleEditor->editor().rows(), controller.texts(), controller.numbers());
+  job->plist().applyRules(rules.rows(), controller.texts(), controller.numbers());
   showNextRuns(job->plist());
-  if (m_scheduledRuleEditor->editor().numberOfRows() > 0) return;
-  // Without a rule there is no schedule, and the box is where a new one begins.
-  m_scheduledButton->setChecked(false);
+}
+
+/// Without a rule there is no schedule, and the box is where a new one begins.
+void WhenEditSection::endSchedule(Launchd& job) {
+  WhenRules::removeSchedule(job.plist());
+  setCheckedQuietly(*m_scheduledButton, false);
   m_scheduledView->hide();
   m_scheduledButton->setFocus();
   updateScheduledHelp();

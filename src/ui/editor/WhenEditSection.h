@@ -13,6 +13,8 @@ class WhenEditSection final : public WhenSection, private GridTableDelegate, pri
   explicit WhenEditSection(Program& program);
   ~WhenEditSection() override;
 
+  std::optional<InvalidField> refuse() override;
+
  private:
   void fill(const Launchd& launchd) override;
   void connectBoxes();
@@ -25,7 +27,10 @@ class WhenEditSection final : public WhenSection, private GridTableDelegate, pri
   void updateScheduledHelp();
   void gridTableChanged(const std::string& key, const std::vector<GridTable::Item>& rows) override;
   void rulesDidChange() override;
-  void becomeDelegate() { program().scheduledController.delegate = this; }
+  void endSchedule(Launchd& job);
+
+  std::optional<bool> m_plainKeepAlive;  ///< while conditions stand in its place
+  bool m_areRulesEdited = false;
 };
 
 }  // namespace mirvel::ui

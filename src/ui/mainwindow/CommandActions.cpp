@@ -45,6 +45,7 @@ void CommandActions::addFileCommands() {
   add(Command::export_, texts.exportJob(), nullptr, {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)});
   add(Command::delete_, texts.delete_(), "edit-delete",
       {QKeySequence(Qt::CTRL | Qt::Key_Backspace), QKeySequence(QKeySequence::Delete)});
+  add(Command::restoreDeleted, texts.restoreDeleted());
   add(Command::test, texts.test(), "media-playback-start", {QKeySequence(Qt::CTRL | Qt::Key_T)});
   add(Command::log, texts.log(), "text-x-log", {QKeySequence(Qt::CTRL | Qt::Key_L)});
   add(Command::info, texts.info(), "document-properties", {QKeySequence(Qt::CTRL | Qt::Key_I)});

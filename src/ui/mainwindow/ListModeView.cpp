@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "core/mainwindow/JobMenu.h"
 #include "ui/mainwindow/JobMenuItems.h"
@@ -16,7 +17,8 @@ ListModeView::ListModeView(Program& program, IconLoader& icons, QWidget* parent)
       m_program(program),
       m_table(new ListTable(this)),
       m_mode(program, *this),
-      m_model(program, m_mode, icons) {
+      m_model(program, m_mode, icons),
+      m_delay(program.platform.mainQueue) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_table);
@@ -26,9 +28,11 @@ ListModeView::ListModeView(Program& program, IconLoader& icons, QWidget* parent)
   m_table->setModel(&m_model);
   connectTable();
   setInitialWidths();
+  restoreLayout();
 }
 
 ListModeView::~ListModeView() {
+  keepLayout();
   m_table->setModel(nullptr);  // the model goes before the table does
 }
 
@@ -37,12 +41,9 @@ void ListModeView::connectTable() {
   m_table->selectionMayChange = [this] { return m_mode.selectionMayChange(); };
   m_table->selectionDidChange = [this](int row) { m_mode.selectionDidChange(static_cast<std::size_t>(row)); };
   m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });
+  m_hostChanged = m_program.notifications.hostChanged.subscribe([this] { m_table->viewport()->update(); });
 
-  connect(m_table->header(), &QHeaderView::sortIndicatorChanged, this, [this](int column, Qt::SortOrder order) {
-    if (column < 0) return;
-    const auto sorted = Column::allList.at(static_cast<std::size_t>(column));
-    m_mode.setSortDescriptors({{std::string(Column::identifier(sorted)), order == Qt::AscendingOrder}});
-  });
+  connect(m_table->header(), &QHeaderView::sortIndicatorChanged, this, &ListModeView::sortBy);
   connect(m_table, &QWidget::customContextMenuRequested, this, &ListModeView::showRowMenu);
   connect(m_table->header(), &QWidget::customContextMenuRequested, this, &ListModeView::showHeaderMenu);
 }
@@ -58,6 +59,41 @@ void ListModeView::setInitialWidths() {
     m_table->header()->resizeSection(section, m_table->header()->sectionSizeHint(section));
   }
   m_table->header()->setStretchLastSection(true);
+}
+
+void ListModeView::restoreLayout() {
+  const Defaults& defaults = m_program.foundation.defaults;
+  if (const auto kept = defaults.text(Defaults::Key::listColumns)) m_table->setPlaces(layoutIn(*kept));
+  if (const auto sort = sortIn(defaults.text(Defaults::Key::listSort).value_or(""))) {
+    m_table->header()->setSortIndicator(static_cast<int>(*Column::column(sort->key)),
+                                        sort->isAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
+  }
+  m_keptLayout = layoutText(m_table->places());
+  // A drag tells of each pixel; it is over when there has been nothing for a moment.
+  const auto keepSoon = [this] { m_delay(0.5, [this] { keepLayout(); }); };
+  connect(m_table->header(), &QHeaderView::sectionResized, this, keepSoon);
+  connect(m_table->header(), &QHeaderView::sectionMoved, this, keepSoon);
+}
+
+void ListModeView::keepLayout() {
+  const std::string layout = layoutText(m_table->places());
+  if (layout == std::exchange(m_keptLayout, layout)) return;
+  // Settings that can't be written cost just that.
+  (void)m_program.foundation.defaults.setText(Defaults::Key::listColumns, layout);
+}
+
+void ListModeView::keepSort(const SortDescriptor& descriptor) {
+  Defaults& defaults = m_program.foundation.defaults;
+  const std::string text = sortText(descriptor);
+  if (defaults.text(Defaults::Key::listSort) != text) (void)defaults.setText(Defaults::Key::listSort, text);
+}
+
+void ListModeView::sortBy(int column, Qt::SortOrder order) {
+  if (column < 0) return;
+  const auto sorted = Column::allList.at(static_cast<std::size_t>(column));
+  const SortDescriptor descriptor{std::string(Column::identifier(sorted)), order == Qt::AscendingOrder};
+  m_mode.setSortDescriptors({descriptor});
+  keepSort(descriptor);
 }
 
 void ListModeView::reload() {
@@ -90,6 +126,7 @@ void ListModeView::addColumnItems(QMenu& menu) {
 void ListModeView::toggleTableColumn(Column::List column) {
   if (const auto columns = toggled(m_table->visibleColumns(), column)) {
     m_table->setVisibleColumns(*columns);
+    keepLayout();
   } else {
     m_program.platform.workspace.beep();
   }

@@ -4,6 +4,7 @@
 
 #include "core/app/Program.h"
 #include "core/mainwindow/ListMode.h"
+#include "core/support/Delay.h"
 #include "ui/mainwindow/ListTable.h"
 #include "ui/mainwindow/ListTableModel.h"
 
@@ -30,6 +31,10 @@ class ListModeView final : public QWidget, private ListTableType {
 
   void connectTable();
   void setInitialWidths();
+  void restoreLayout();
+  void keepLayout();
+  void keepSort(const SortDescriptor& descriptor);
+  void sortBy(int column, Qt::SortOrder order);
   void toggleTableColumn(Column::List column);
   void showRowMenu(const QPoint& position);
   void showHeaderMenu(const QPoint& position);
@@ -38,7 +43,9 @@ class ListModeView final : public QWidget, private ListTableType {
   ListTable* m_table;
   ListMode m_mode;
   ListTableModel m_model;
-  Subscription m_loadingChanged;
+  Subscription m_loadingChanged, m_hostChanged;
+  std::string m_keptLayout;  ///< what the settings hold, or nobody has changed yet
+  Delay m_delay;
 };
 
 }  // namespace mirvel::ui

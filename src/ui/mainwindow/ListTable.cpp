@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <QProxyStyle>
 #include <QScrollBar>
 #include <algorithm>
@@ -105,6 +106,30 @@ void ListTable::setVisibleColumns(const std::vector<Column::List>& columns) {
   }
 }
 
+std::vector<ListPlace> ListTable::places() const {
+  std::vector<ListPlace> result;
+  std::size_t last = 0;
+  for (int i = 0; i < header()->count(); ++i) {
+    const int section = header()->logicalIndex(i);
+    result.push_back({.column = Column::allList.at(static_cast<std::size_t>(section)),
+                      .width = header()->sectionSize(section),
+                      .isVisible = !isColumnHidden(section)});
+    if (result.back().isVisible) last = result.size() - 1;
+  }
+  if (!result.empty()) result[last].width = 0;
+  return result;
+}
+
+void ListTable::setPlaces(const std::vector<ListPlace>& places) {
+  for (int i = 0; i < static_cast<int>(places.size()); ++i) {
+    const ListPlace& place = places[static_cast<std::size_t>(i)];
+    const int section = static_cast<int>(place.column);
+    header()->moveSection(header()->visualIndex(section), i);
+    if (place.width > 0) header()->resizeSection(section, place.width);
+    setColumnHidden(section, !place.isVisible);
+  }
+}
+
 void ListTable::rightSize(int column) {
   header()->resizeSection(column, header()->sectionSizeHint(column));
   const int widest = widestCell(column);
@@ -133,6 +158,10 @@ void ListTable::paintEvent(QPaintEvent* event) {
   if (alternatingRowColors() != hasRows) setAlternatingRowColors(hasRows);
   QTreeView::paintEvent(event);
   if (!hasRows && emptyLabel) drawEmptyLabel(*viewport(), emptyLabel());
+}
+
+void ListTable::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) QTreeView::mousePressEvent(event);  // a menu marks nothing
 }
 
 void ListTable::focusInEvent(QFocusEvent* event) {

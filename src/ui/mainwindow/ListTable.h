@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "core/mainwindow/ListColumn.h"
+#include "core/mainwindow/ListLayout.h"
 
 namespace mirvel::ui {
 
@@ -32,12 +32,17 @@ class ListTable final : public QTreeView {
 
   std::vector<Column::List> visibleColumns() const;
   void setVisibleColumns(const std::vector<Column::List>& columns);
+  /// The columns as they stand from the left, without the width of the last, which takes what room there is.
+  std::vector<ListPlace> places() const;
+  /// Columns without a width keep theirs.
+  void setPlaces(const std::vector<ListPlace>& places);
   /// As wide as its header and its widest cell.
   void rightSize(int column);
   void rightSizeAll();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void changeEvent(QEvent* event) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;

@@ -43,7 +43,7 @@ void MainMenu::makeFileMenu() {
   QMenu* revisions = menu->addMenu(qt(texts.revisions()));
   add(*menu, {Command::duplicate, Command::export_});
   QMenu* share = menu->addMenu(IconLoader::symbol("document-send"), qt(texts.share()));
-  add(*menu, {Command::delete_});
+  add(*menu, {Command::delete_, Command::restoreDeleted});
   menu->addSeparator();
   add(*menu, {Command::test, Command::log, Command::info, Command::revealInFinder});
   menu->addSeparator();
@@ -69,7 +69,8 @@ void MainMenu::fillRevisions(QMenu& menu) {
     menu.addAction(qt(item.title), this, [this, revision = item.revision] { insertRevision(m_program, revision); });
   }
   menu.addSeparator();
-  menu.addAction(qt(m_program.foundation.localize.clearMenu()), this, [this] { m_program.revisions.clearRevisions(); });
+  menu.addAction(qt(m_program.foundation.localize.deleteRevisions()), this,
+                 [this] { confirmDeleteRevisions(m_program); });
 }
 
 void MainMenu::makeEditMenu() {

@@ -4,17 +4,20 @@
 #include <QCloseEvent>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QSessionManager>
 #include <QSplitter>
 #include <algorithm>
 
 #include "core/support/Const.h"
 #include "ui/editor/DetailViewController.h"
+#include "ui/mainwindow/HostLine.h"
 #include "ui/mainwindow/ListModeView.h"
 #include "ui/mainwindow/MainMenu.h"
 #include "ui/mainwindow/ModeTabs.h"
 #include "ui/mainwindow/Toolbar.h"
 #include "ui/mainwindow/WindowFrame.h"
 #include "ui/support/QtText.h"
+#include "ui/support/TextKeys.h"
 
 namespace mirvel::ui {
 
@@ -27,16 +30,19 @@ MainWindow::MainWindow(Program& program, IconLoader& icons)
   m_toolbar->filterLeft = [this] { m_tabs->setFocus(); };
   addToolBar(m_toolbar);
   enterShell(icons);
+  new HostLine(program, *this);
   m_program.mainWindow.updateTitle();
   showMode(m_program.mainWindow.mode());
   validateVisibleItems();
 
   const int character = fontMetrics().averageCharWidth();
   if (!restoreFrame(*this, *m_splitter, m_program.foundation.defaults)) {
-    resize(192 * character, 40 * fontMetrics().lineSpacing());
+    resizeToFit(*this, QSize(192 * character, 40 * fontMetrics().lineSpacing()));
   }
   if (m_program.foundation.defaults.preferFullScreen()) setWindowState(windowState() | Qt::WindowFullScreen);
   m_tabs->setFocus();
+  new TextKeys(this);
+  connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::askBeforeSessionEnds);
 }
 
 MainWindow::~MainWindow() {
@@ -57,6 +63,7 @@ void MainWindow::makeContent(IconLoader& icons) {
   m_splitter->setHandleWidth(1);
   m_tabs = new ModeTabs(m_program, icons);
   m_details = new DetailViewController(m_program, icons);
+  m_details->keysLeft = [this] { m_tabs->setFocus(); };
   const int character = fontMetrics().averageCharWidth();
   m_tabs->setMinimumWidth(24 * character);
   constexpr int narrowestDetails = 420;
@@ -152,6 +159,15 @@ bool MainWindow::event(QEvent* event) {
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->setAccepted(m_program.appDelegate.applicationShouldTerminate());
   if (event->isAccepted()) saveFrame(*this, *m_splitter, m_program.foundation.defaults);
+}
+
+void MainWindow::askBeforeSessionEnds(QSessionManager& session) {
+  if (!session.allowsInteraction()) return;  // the desktop doesn't wait for answers
+  if (m_program.mainWindow.sessionMayEnd()) {
+    session.release();
+  } else {
+    session.cancel();
+  }
 }
 
 void MainWindow::changeEvent(QEvent* event) {

@@ -8,6 +8,7 @@
 #include "ui/support/IconLoader.h"
 
 class QLineEdit;
+class QSessionManager;
 class QSplitter;
 
 namespace mirvel::ui {
@@ -46,6 +47,7 @@ class MainWindow final : public QMainWindow, private MainWindowType {
   bool isFullScreen() const override { return QMainWindow::isFullScreen(); }
   void toggleFullScreen() override;
   void showAbout() override;
+  void askBeforeSessionEnds(QSessionManager& session);
 
   void makeContent(IconLoader& icons);
   void enterShell(IconLoader& icons);

@@ -171,6 +171,7 @@ QItemSelectionModel::SelectionFlags TimelineTable::selectionCommand(const QModel
 }
 
 void TimelineTable::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;  // a menu marks nothing
   if (!isGroup(indexAt(event->position().toPoint()))) QListView::mousePressEvent(event);
 }
 

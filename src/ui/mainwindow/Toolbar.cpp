@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScopedValueRollback>
 #include <QShortcut>
 
 #include "core/mainwindow/ModeFilter.h"
@@ -44,7 +45,7 @@ Toolbar::Toolbar(Program& program, QWidget* parent)
   addCommand(ToolbarItem::info, Command::info, "document-properties", localize.info());
   m_loadingChanged = program.notifications.loadingChanged.subscribe([this] {
     // A scan is over in a moment: controls that went grey each time would flicker.
-    if (!m_program.state.isLoading) m_delay(0, [this] { validate(); });
+    if (!m_program.state.scanning.isBusy()) m_delay(0, [this] { validate(); });
   });
 }
 
@@ -68,9 +69,8 @@ void Toolbar::addModes() {
     QToolButton* button = symbolButton(symbol, title);
     button->setCheckable(true);
     button->setIconSize(iconSize());
-    group->addButton(button);
+    group->addButton(button, static_cast<int>(mode));
     layout->addWidget(button);
-    connect(button, &QToolButton::clicked, this, [this, mode] { m_program.mainWindow.switchMode(mode); });
     m_modes[mode] = button;
   };
   add(Mode::grid, "view-grid", localize.grid());
@@ -78,13 +78,17 @@ void Toolbar::addModes() {
   add(Mode::list, "view-list", localize.list());
   add(Mode::timeline, "view-timeline", localize.timeline());
   addWidget(segments);
+  connect(group, &QButtonGroup::idToggled, this, [this](int id, bool isOn) {
+    if (isOn && !m_isMarking) m_program.mainWindow.switchMode(static_cast<Mode>(id));
+  });
 }
 
 void Toolbar::addFilter() {
   m_filter = filterField(m_program.foundation.localize);
   m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
-    if (ModeType* mode = m_program.currentMode()) modeFilter(m_program, *mode, m_program.state.jobs, utf8(text));
+    ModeType* const mode = m_isClearing ? nullptr : m_program.currentMode();
+    if (mode) modeFilter(m_program, *mode, m_program.state.jobs, utf8(text));
   });
   auto* escape = new QShortcut(Qt::Key_Escape, m_filter, nullptr, nullptr, Qt::WidgetShortcut);
   connect(escape, &QShortcut::activated, this, &Toolbar::endFilter);
@@ -118,11 +122,12 @@ void Toolbar::validate() {
 }
 
 void Toolbar::mark(Mode mode) {
+  const QScopedValueRollback marking(m_isMarking, true);
   m_modes.at(mode)->setChecked(true);
 }
 
 void Toolbar::clearFilter() {
-  const QSignalBlocker blocker(m_filter);
+  const QScopedValueRollback clearing(m_isClearing, true);
   m_filter->clear();
 }
 

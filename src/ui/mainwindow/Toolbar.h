@@ -38,6 +38,8 @@ class Toolbar final : public QToolBar {
   std::map<ToolbarItem, QToolButton*> m_buttons;
   std::map<ToolbarItem, QAction*> m_places;  // in the toolbar, by which a control is shown or hidden
   std::map<Mode, QToolButton*> m_modes;
+  bool m_isMarking = false;   ///< shows a mode, and chooses none
+  bool m_isClearing = false;  ///< the filter, which doesn't search
   Delay m_delay;
   Subscription m_loadingChanged;
 };

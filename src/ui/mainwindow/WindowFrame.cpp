@@ -2,6 +2,8 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QStyle>
+#include <algorithm>
 
 #include "ui/support/FrameNumbers.h"
 
@@ -9,18 +11,39 @@ namespace mirvel::ui {
 
 namespace {
 
-/// Whether enough of the window's top can be seen to take hold of it.
-bool isWithinReach(const QRect& frame) {
+/// Where the contents of a window may lie on a screen: below the title bar.
+QRect roomOn(const QScreen& screen, const QMainWindow& window) {
+  const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+  return screen.availableGeometry().adjusted(0, titleBar, 0, 0);
+}
+
+/// The screen that shows most of the frame's top, by which it can be taken hold of; null: none shows enough.
+const QScreen* screenOf(const QRect& frame) {
   constexpr int handle = 64;
   const QRect top(frame.topLeft(), QSize(frame.width(), handle));
+  const QScreen* found = nullptr;
+  int widest = handle - 1;
   for (const QScreen* screen : QGuiApplication::screens()) {
     const QRect seen = screen->availableGeometry().intersected(top);
-    if (seen.width() >= handle && seen.height() >= handle / 2) return true;
+    if (seen.height() < handle / 2 || seen.width() <= widest) continue;
+    found = screen;
+    widest = seen.width();
   }
-  return false;
+  return found;
 }
 
 }  // namespace
+
+QRect fitted(const QRect& frame, const QRect& place) {
+  QRect result(frame.topLeft(), frame.size().boundedTo(place.size()));
+  result.moveLeft(std::clamp(result.left(), place.left(), place.right() - result.width() + 1));
+  result.moveTop(std::clamp(result.top(), place.top(), place.bottom() - result.height() + 1));
+  return result;
+}
+
+void resizeToFit(QMainWindow& window, QSize wished) {
+  window.resize(wished.boundedTo(roomOn(*window.screen(), window).size()));
+}
 
 bool restoreFrame(QMainWindow& window, QSplitter& splitter, const Defaults& defaults) {
   const QList<int> sizes = numbersIn(defaults.text(Defaults::Key::splitFrames));
@@ -28,8 +51,9 @@ bool restoreFrame(QMainWindow& window, QSplitter& splitter, const Defaults& defa
   const QList<int> numbers = numbersIn(defaults.text(Defaults::Key::windowFrame));
   if (numbers.size() < 4) return false;
   const QRect frame(numbers[0], numbers[1], numbers[2], numbers[3]);
-  if (frame.width() <= 0 || frame.height() <= 0 || !isWithinReach(frame)) return false;
-  window.setGeometry(frame);
+  const QScreen* const screen = frame.width() > 0 && frame.height() > 0 ? screenOf(frame) : nullptr;
+  if (!screen) return false;
+  window.setGeometry(fitted(frame, roomOn(*screen, window)));
   return true;
 }
 

@@ -37,18 +37,25 @@ std::vector<Button> buttonsOf(const Alert& question) {
   return buttons;
 }
 
-/// The role decides the place that the desktop gives a button: the first agrees, the last backs out.
-QMessageBox::ButtonRole roleOf(std::size_t index, std::size_t count) {
-  if (index == 0) return QMessageBox::AcceptRole;
-  return index + 1 == count ? QMessageBox::RejectRole : QMessageBox::DestructiveRole;
+/// What the question is answered with if it is closed.
+int escapeAnswer(const Alert& question) {
+  return question.safeButton.value_or(buttonsOf(question).back().answer);
 }
 
-void addButtons(QMessageBox& box, const std::vector<Button>& buttons) {
-  for (std::size_t i = 0; i < buttons.size(); ++i) {
-    QPushButton* button = box.addButton(qt(buttons[i].title), roleOf(i, buttons.size()));
-    button->setProperty(answerProperty, buttons[i].answer);
-    if (i == 0) box.setDefaultButton(button);
-    box.setEscapeButton(button);  // the last one keeps it
+/// The role decides the place that the desktop gives a button: the first agrees, that of Escape backs out.
+QMessageBox::ButtonRole roleOf(int answer, const Alert& question) {
+  const bool isOnlyOne = question.alternateTitle.empty() && question.otherTitle.empty();
+  if (answer == escapeAnswer(question) && !isOnlyOne) return QMessageBox::RejectRole;
+  return answer == Interface::defaultButton ? QMessageBox::AcceptRole : QMessageBox::DestructiveRole;
+}
+
+void addButtons(QMessageBox& box, const Alert& question) {
+  const int returned = question.safeButton.value_or(buttonsOf(question).front().answer);
+  for (const auto& [title, answer] : buttonsOf(question)) {
+    QPushButton* button = box.addButton(qt(title), roleOf(answer, question));
+    button->setProperty(answerProperty, answer);
+    if (answer == returned) box.setDefaultButton(button);
+    if (answer == escapeAnswer(question)) box.setEscapeButton(button);
   }
 }
 
@@ -111,7 +118,7 @@ Interface::Answer QtInterface::showAlert(const Alert& question) {
   // Its parent may take the box with it while the alert is up.
   const QPointer<QMessageBox> box = makeBox(question, activeWindow());
   box->exec();
-  if (!box) return {.button = buttonsOf(question).back().answer};
+  if (!box) return {.button = escapeAnswer(question)};
   const Answer answer{.button = answerOf(*box), .isSuppressed = isTicked(*box)};
   delete box;
   return answer;
@@ -160,14 +167,13 @@ std::optional<fs::path> QtInterface::openPanel(const OpenPanel& panel) {
 }
 
 QMessageBox* QtInterface::makeBox(const Alert& question, QWidget* parent) const {
-  const std::vector<Button> buttons = buttonsOf(question);
   auto* box = new QMessageBox(parent);
-  box->setIcon(buttons.size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
+  box->setIcon(buttonsOf(question).size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
   box->setWindowTitle(QGuiApplication::applicationDisplayName());
   box->setText(qt(question.message));
   box->setInformativeText(qt(question.informativeText));
   usePlainText(*box);
-  addButtons(*box, buttons);
+  addButtons(*box, question);
   if (!question.suppression.empty()) box->setCheckBox(new QCheckBox(qt(m_localize.format("Don’t ask again", {}))));
   return box;
 }

@@ -10,7 +10,6 @@ using plist::Dictionary;
 TEST(ActionTest, TheRequestHoldsWhatThereIsAndNothingElse) {
   auto all = Action::write(URL::file("/nowhere/a.plist"), "text", "label");
   all->deleteURL = URL::file("/nowhere/b.plist");
-  all->localAgentLoadPath = "/load";
   all->localAgentUnloadPath = "/unload";
   all->privileged = true;
   const auto test = Action::test(URL::file("/t.plist"), URL::file("/t.out"), "text", "label");
@@ -31,6 +30,7 @@ TEST(ActionTest, TheRequestHoldsWhatThereIsAndNothingElse) {
                                               {"testOutputPath", "/t.out"},
                                               {"string", "text"},
                                               {"label", "label"}}));
+  EXPECT_EQ(Action::unload("", URL::file("/nowhere/x"))->dictionary({}), unloadOnly) << "an empty label is none";
   EXPECT_FALSE(test->cleanUp);
   EXPECT_EQ(
       Action::log({{"lastString", "4h"}})->dictionary({}),

@@ -20,11 +20,11 @@ class FailureTest : public testdata::ProgramFixture {
 
   std::shared_ptr<Launchd> savedJob(Kind kind, bool isNew = false) {
     const auto file = writeJob(kind, "job", {{"Program", "/bin/ls"}});
-    auto job = Launchd::read(testdata::bytes(file), URL::file(file), kind, Launchd::Source::File, {}, console);
+    auto job = Launchd::read(testdata::bytes(file), URL::file(file), kind, {}, console);
     job->isNewFile = isNew;
     program().state.selectedJob = job;
     program().state.hasUnsavedChanges = true;
-    program().actions.save(*job);
+    program().actions.save(job);
     return job;
   }
   const Error died{.code = Error::Code::Io, .message = "the helper has ended"};
@@ -37,7 +37,7 @@ TEST_F(FailureTest, AServiceThatCantBeReachedSendsNothingAndKeepsNoRevision) {
   EXPECT_THAT(interface.errors, ElementsAre(Pair("Could not establish communication with the helper tool", tryAgain)));
   EXPECT_EQ(program().revisions.revisions().size(), 0U);
   EXPECT_TRUE(program().state.hasUnsavedChanges);
-  EXPECT_FALSE(program().state.isBusy) << "it can be tried again";
+  EXPECT_FALSE(program().state.saving.isBusy()) << "it can be tried again";
 }
 
 TEST_F(FailureTest, AConnectionThatFailsCostsOneRequest) {
@@ -49,7 +49,7 @@ TEST_F(FailureTest, AConnectionThatFailsCostsOneRequest) {
     savedJob(kind);
     helpers.requests.back().failure(died);
     EXPECT_THAT(interface.errors, SizeIs(1));
-    EXPECT_FALSE(program().state.isBusy);
+    EXPECT_FALSE(program().state.saving.isBusy());
     EXPECT_TRUE(program().state.hasUnsavedChanges) << "edits stay";
     EXPECT_THAT(helpers.ended, ElementsAre(kind == Kind::userAgent ? "action" : "privileged"));
     const ActionController& actions = program().actions;
@@ -69,44 +69,146 @@ TEST_F(FailureTest, ANewFilesSelectionGoesWithTheConnection) {
   EXPECT_FALSE(program().state.selectedJob);
 }
 
-TEST_F(FailureTest, ARefusedAuthorisationIsToldAndACancelledOneReadsTheJobAnew) {
+TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
   testdata::RecordingShell shell(program());
   helpers.isHandshakeHeld = true;
-  const auto job = savedJob(Kind::localDaemon);
-  EXPECT_THAT(helpers.requests, IsEmpty());
-  helpers.privilegedReply({});
-  EXPECT_THAT(interface.errors, ElementsAre(Pair("Cannot authenticate", tryAgain)));
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
-  EXPECT_FALSE(job->checksum.empty());
-
-  savedJob(Kind::localDaemon);
-  program().state.hasUnsavedChanges = false;
-  helpers.privilegedReply({.connection = {}, .authData = {}, .isCancelled = true});
-  EXPECT_THAT(interface.errors, SizeIs(1)) << "who cancels knows";
-  EXPECT_TRUE(program().state.selectedJob->checksum.empty());
-  EXPECT_EQ(fetchQueue.count(), 1U);
-
+  const struct {
+    std::function<void()> answer;
+    std::size_t errors;
+  } table[] = {
+      {[this] { helpers.privilegedReply({}); }, 1},
+      {[this] { helpers.privilegedReply({.connection = {}, .authData = {}, .isCancelled = true}); }, 0},
+      {[this] { helpers.privilegedFailure(died); }, 1},
+  };
+  for (const auto& [answer, errors] : table) {
+    for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) {
+      for (const Kind before : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) {
+        if (kind == Kind::userAgent && before == Kind::userAgent) continue;
+        interface.errors.clear();
+        const auto file = writeJob(before, "job", {{"Program", "/bin/ls"}});
+        const auto job = Launchd::read(testdata::bytes(file), URL::file(file), before, {}, console);
+        program().state.hasUnsavedChanges = false;
+        program().state.selectedJob = job;
+        Launchd* const edited = program().editing.markJobChanged();
+        edited->kind = kind;
+        edited->plist().name.clear();  // a save would fill it
+        const launchd::Plist record = job->plist().clone();
+        shell.events.clear();
+        program().actions.save(job);
+        EXPECT_TRUE(program().state.saving.isBusy());
+        answer();
+        EXPECT_THAT(helpers.requests, IsEmpty());
+        EXPECT_THAT(interface.errors, SizeIs(errors)) << "who cancels knows";
+        EXPECT_FALSE(program().state.saving.isBusy());
+        EXPECT_TRUE(program().state.hasUnsavedChanges);
+        EXPECT_EQ(program().state.selectedJob, job);
+        EXPECT_EQ(job->url.path(), file);
+        EXPECT_EQ(job->plist(), record);
+        EXPECT_TRUE(program().editing.canUndo());
+        EXPECT_EQ(shell.count("saveCompleted") + shell.count("showDisplay"), 0U);
+        EXPECT_FALSE(std::filesystem::exists(roots.applicationSupport / "Moves.plist"));
+        std::filesystem::remove(file);
+      }
+    }
+  }
   savedJob(Kind::localDaemon, true);
-  helpers.privilegedFailure(died);
-  EXPECT_THAT(interface.errors, SizeIs(3)) << "by the routine, and by the exchange";
-  EXPECT_FALSE(program().state.selectedJob);
+  helpers.privilegedReply({});
+  EXPECT_FALSE(program().state.selectedJob) << "a new job has no file";
 }
 
-TEST_F(FailureTest, AJobThatWasToMoveAndDidntIsWhereItWas) {
-  for (const bool isCancelled : {true, false}) {
-    helpers.isHandshakeHeld = true;
-    const auto job = savedJob(Kind::userAgent);
-    const std::string before = job->url.text();
-    job->kind = Kind::localDaemon;
-    program().actions.save(*job);
-    EXPECT_NE(job->url.text(), before);
-    if (isCancelled) {
-      helpers.privilegedReply({.connection = {}, .authData = {}, .isCancelled = true});
-    } else {
-      helpers.privilegedFailure(died);
-    }
-    EXPECT_EQ(job->url.text(), before);
+TEST_F(FailureTest, AHelperThatDiesAnswersAllThatWaitAndIsToldOnce) {
+  testdata::RecordingShell shell(program());
+  std::vector<std::string> ended;
+  const auto request = [&](const std::string& name, bool presentError) {
+    auto action = Action::unload(name, URL::file("/x/" + name));
+    action->presentError = presentError;
+    action->ended = [&ended, name](bool isDone) { ended.push_back(name + (isDone ? " done" : " failed")); };
+    EXPECT_TRUE(program().actions.send(action));
+  };
+  request("a", false);
+  request("b", true);
+  request("c", true);
+  EXPECT_TRUE(program().actions.send(Action::log({})));
+  helpers.requests[1].reply({});
+  request("d", true);
+  helpers.requests[2].failure(died);
+  EXPECT_THAT(ended, ElementsAre("b done", "a failed", "c failed", "d failed"));
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_FALSE(program().actions.connection());
+  helpers.requests[0].failure(died);
+  helpers.requests[0].reply({});
+  EXPECT_THAT(ended, SizeIs(4)) << "each is answered once";
+  request("e", true);
+  EXPECT_THAT(ended, SizeIs(4)) << "over a connection of its own";
+}
+
+TEST_F(FailureTest, AnAnswerThatIsNoneEndsWhatWaits) {
+  struct Log final : LogType {
+    int lines = 0, clears = 0;
+    void logReplyReceived(const plist::Array&) override { ++lines; }
+    void clear() override { ++clears; }
+  } log;
+  struct Test final : TestType {
+    int outputs = 0;
+    void testFinished(const std::string&) override { ++outputs; }
+  } test;
+  program().shell.log = &log;
+  program().shell.test = &test;
+  const struct {
+    Action::Kind kind;
+    Dictionary reply;
+    bool isDone;
+  } table[] = {
+      {Action::Kind::unload, {}, true},
+      {Action::Kind::unload, {{"error", "no dictionary"}}, false},
+      {Action::Kind::unload, {{"error", plist::Array{}}}, false},
+      {Action::Kind::log, {{"logQuery", plist::Array{}}}, true},
+      {Action::Kind::log, {}, false},
+      {Action::Kind::log, {{"logQuery", "lines"}}, false},
+      {Action::Kind::log, {{"error", false}, {"logQuery", plist::Array{}}}, false},
+      {Action::Kind::test, {{"test", "output"}}, true},
+      {Action::Kind::test, {}, false},
+      {Action::Kind::test, {{"test", 1}}, false},
+  };
+  int logs = 0, clears = 0, outputs = 0;
+  for (const auto& row : table) {
+    interface.errors.clear();
+    std::vector<bool> ended;
+    const auto action = std::make_shared<Action>(row.kind);
+    action->ended = [&ended](bool isDone) { ended.push_back(isDone); };
+    EXPECT_TRUE(program().actions.send(action));
+    helpers.requests.back().reply(row.reply);
+    EXPECT_THAT(ended, ElementsAre(row.isDone)) << "row " << &row - table;
+    EXPECT_THAT(interface.errors, SizeIs(row.isDone ? 0 : 1)) << "row " << &row - table;
+    if (row.kind == Action::Kind::log) row.isDone ? ++logs : ++clears;
+    if (row.kind == Action::Kind::test && row.isDone) ++outputs;
+    EXPECT_EQ(log.lines, logs);
+    EXPECT_EQ(log.clears, clears) << "row " << &row - table;
+    EXPECT_EQ(test.outputs, outputs);
   }
+  program().shell.log = nullptr;
+  program().shell.test = nullptr;
+}
+
+TEST_F(FailureTest, QuittingEndsTheConnectionAndNoEdit) {
+  testdata::RecordingShell shell(program());
+  savedJob(Kind::localDaemon);
+  helpers.requests.back().reply({});
+  savedJob(Kind::userAgent);
+  helpers.requests.back().failure(died);
+  ASSERT_TRUE(program().state.hasUnsavedChanges);
+  shell.events.clear();
+  helpers.ended.clear();
+  EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
+  ASSERT_THAT(interface.sheets, SizeIs(1));
+  EXPECT_EQ(helpers.requests.back().kind(), 3);
+  EXPECT_THAT(helpers.ended, ElementsAre("privileged"));
+  helpers.requests.back().reply({});
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_THAT(shell.events, IsEmpty());
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
+  EXPECT_THAT(interface.sheets, SizeIs(1)) << "it asks again";
 }
 
 TEST_F(FailureTest, AnAnswerAfterTheProgramsEndIsDropped) {
@@ -153,11 +255,9 @@ TEST_F(FailureTest, AnErrorOfAHelperIsToldAndTheEditsStay) {
     helpers.requests.back().reply({{"error", row.error}});
     EXPECT_THAT(interface.errors, ElementsAre(Pair(row.message, row.informative)));
     EXPECT_TRUE(program().state.hasUnsavedChanges);
-    EXPECT_FALSE(program().state.isBusy);
+    EXPECT_FALSE(program().state.saving.isBusy());
   }
   EXPECT_EQ(shell.count("saveCompleted"), 0U);
-  helpers.requests.back().reply({{"error", "no dictionary"}});
-  EXPECT_EQ(shell.count("saveCompleted"), 1U) << "counts as no error";
 
   interface.errors.clear();
   program().actions.uninstallInternalHelpers();

@@ -11,16 +11,17 @@ namespace {
 
 class RevisionControllerTest : public testdata::ProgramFixture {
  protected:
-  std::shared_ptr<Launchd> job(const std::string& program) {
-    return Launchd::read(testdata::jobText("job", {{"Program", program}}), URL::file("/jobs/a.plist"), Kind::userAgent,
-                         Launchd::Source::Elsewhere, {}, console);
+  std::shared_ptr<Launchd> job(const std::string& program, const char* file = "/jobs/a.plist") {
+    return Launchd::read(testdata::jobText("job", {{"Program", program}}), URL::file(file), Kind::userAgent, {},
+                         console);
   }
-  RevisionController controller() { return {roots.applicationSupport, foundation.defaults, clock}; }
+  RevisionController controller() { return {roots.applicationSupport, foundation.defaults, clock, troubles}; }
+  StoreTroubles troubles;
   std::filesystem::path store() const { return roots.applicationSupport / "Revisions.plist"; }
 
   /// Programs of the kept revisions, the newest first.
-  static std::string kept(const RevisionController& controller) {
-    const plist::Value* const list = controller.revisions().find("/jobs/a.plist");
+  static std::string kept(const RevisionController& controller, const char* file = "/jobs/a.plist") {
+    const plist::Value* const list = controller.revisions().find(file);
     if (!list) return "(nothing)";
     std::string result;
     for (const auto& entry : *list->as<plist::Array>()) {
@@ -66,10 +67,34 @@ TEST_F(RevisionControllerTest, AStoreOfAnotherFormCountsAsEmpty) {
 
 TEST_F(RevisionControllerTest, AStoreThatCantBeWrittenKeepsTheRevisionInMemory) {
   (void)folder.write("support", "a file where the folder should be");
+  int told = 0;
+  troubles.setListener([&](const StoreTrouble&) { ++told; });
   auto revisions = controller();
   revisions.saveRevision(*job("/1"));
-  EXPECT_EQ(kept(revisions), "/1");
-  EXPECT_TRUE(interface.errors.empty());
+  revisions.saveRevision(*job("/2"));
+  EXPECT_EQ(kept(revisions), "/2/1");
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(RevisionControllerTest, ADamagedStoreIsKeptBesideTheNewOne) {
+  (void)folder.write("support/Revisions.plist", "years of work");
+  controller().saveRevision(*job("/1"));
+  EXPECT_EQ(kept(controller()), "/1");
+  EXPECT_EQ(testdata::bytes(roots.applicationSupport / "Revisions.plist.damaged-1"), "years of work");
+}
+
+TEST_F(RevisionControllerTest, RevisionsMoveWithTheirJob) {
+  auto revisions = controller();
+  for (const auto& [program, file] : {std::pair{"/1", "/jobs/a.plist"}, std::pair{"/2", "/jobs/b.plist"},
+                                      std::pair{"/3", "/jobs/a.plist"}, std::pair{"/4", "/jobs/b.plist"}}) {
+    clock.now += 1;
+    revisions.saveRevision(*job(program, file));
+  }
+  revisions.jobMoved(URL::file("/jobs/a.plist"), URL::file("/jobs/b.plist"));
+  EXPECT_EQ(kept(controller(), "/jobs/b.plist"), "/4/3/2/1");
+  EXPECT_EQ(kept(controller(), "/jobs/a.plist"), "(nothing)");
+  revisions.jobMoved(URL::file("/jobs/none.plist"), URL::file("/jobs/b.plist"));
+  EXPECT_EQ(kept(controller(), "/jobs/b.plist"), "/4/3/2/1");
 }
 
 }  // namespace

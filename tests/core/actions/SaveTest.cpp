@@ -22,7 +22,7 @@ class SaveTest : public testdata::ProgramFixture {
     auto keys = plist::Dictionary{{"Program", "/bin/ls"}};
     if (isDisabled) keys.set("Disabled", true);
     const auto file = writeJob(before, "job", keys);
-    auto job = Launchd::read(testdata::bytes(file), URL::file(file), before, Launchd::Source::File, {}, console);
+    auto job = Launchd::read(testdata::bytes(file), URL::file(file), before, {}, console);
     job->kind = now;
     if (!exists) fs::remove(file);
     return job;
@@ -34,7 +34,7 @@ class SaveTest : public testdata::ProgramFixture {
     return std::regex_replace(relative, std::regex("[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}"), "#");
   }
 
-  /// What was asked for since the last time, and after which wait.
+  /// What was asked for since the last time.
   Requests asked() {
     static constexpr std::array names = {"write", "writeAndLoad", "delete", "quit", "unload", "load"};
     Requests result;
@@ -44,31 +44,30 @@ class SaveTest : public testdata::ProgramFixture {
       text += names.at(static_cast<std::size_t>(request.kind()));
       if (request.body.find("path")) text += " " + shortened(request.text("path"));
       if (request.body.find("deletePath")) text += " drop " + shortened(request.text("deletePath"));
-      if (!request.body.find("label")) text += " unlabelled";
-      if (m_waits[m_seen] > 0.29) text += " after a while";
+      if (request.body.find("label")) text += " as " + request.text("label");
       result.push_back(text);
     }
     return result;
   }
   void answerLast() { helpers.requests.back().reply({}); }
+  /// Answers each request when it comes, until there are no more.
+  Requests answerAll() {
+    Requests result;
+    for (auto requests = asked(); !requests.empty(); requests = asked()) {
+      EXPECT_EQ(requests.size(), 1U) << "one at a time";
+      result.insert(result.end(), requests.begin(), requests.end());
+      answerLast();
+    }
+    return result;
+  }
 
   /// Another machine, on which nothing has been asked yet.
   void startAnew() {
     endProgram();
     for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) fs::remove_all(path(kind));
-    m_last = queue.now();
-  }
-
-  void SetUp() override {
-    helpers.whenAsked = [this] {
-      m_waits.push_back(queue.now() - m_last);
-      m_last = queue.now();
-    };
   }
 
  private:
-  std::vector<double> m_waits;  // before each request
-  double m_last = 0;
   std::size_t m_seen = 0;
 };
 
@@ -77,87 +76,178 @@ TEST_F(SaveTest, EachPairOfKindsHasItsRequestsInTheirOrder) {
   const std::string mine = "user/LaunchAgents/job.plist";
   const std::string agents = "local/LaunchAgents/job.plist";
   const std::string daemons = "local/LaunchDaemons/job.plist";
+  const std::string systemAgents = "system/LaunchAgents/job.plist";
+  const std::string as = " as job";
   const struct {
     Kind now, before;
     bool isDisabled, exists;
     std::string url;  // afterwards
     Requests requests;
-    Requests afterReplies = {};
   } table[] = {
-      {user, user, false, true, mine, {"user writeAndLoad " + mine}},
-      {user, user, false, false, mine, {"user writeAndLoad " + mine}},
-      {user, user, true, true, mine, {"user write " + mine}},
+      {user, user, false, true, mine, {"user writeAndLoad " + mine + as}},
+      {user, user, false, false, mine, {"user writeAndLoad " + mine + as}},
+      {user, user, true, true, mine, {"user write " + mine + as}},
       {user,
        agent,
        false,
        true,
        mine,
-       {"user unload " + agents, "root delete drop " + agents, "user writeAndLoad " + mine}},
-      {user, agent, true, false, mine, {"user unload " + agents, "root delete drop " + agents, "user write " + mine}},
-      {user, daemon, false, true, mine, {"root delete drop " + daemons, "user writeAndLoad " + mine}},
+       {"user write " + mine + as, "root delete drop " + agents + as, "user unload " + agents + as,
+        "user load " + mine}},
+      {user,
+       agent,
+       true,
+       false,
+       mine,
+       {"user write " + mine + as, "root delete drop " + agents + as, "user unload " + agents + as}},
+      {user,
+       daemon,
+       false,
+       true,
+       mine,
+       {"user write " + mine + as, "root delete drop " + daemons + as, "user load " + mine}},
+      {user, daemon, true, true, mine, {"user write " + mine + as, "root delete drop " + daemons + as}},
       {agent,
        agent,
        false,
        true,
        agents,
-       {"user unload " + agents + " unlabelled", "root write " + agents + " after a while"},
-       {"user load " + agents + " unlabelled"}},
-      {agent, agent, false, false, agents, {"root write " + agents}, {"user load " + agents + " unlabelled"}},
-      {agent,
-       agent,
-       true,
-       true,
-       agents,
-       {"user unload " + agents + " unlabelled", "root write " + agents + " after a while"}},
+       {"user unload " + agents, "root write " + agents + as, "user load " + agents}},
+      {agent, agent, false, false, agents, {"root write " + agents + as, "user load " + agents}},
+      {agent, agent, true, true, agents, {"user unload " + agents, "root write " + agents + as}},
       {agent,
        user,
        false,
        true,
        agents,
-       {"user unload " + mine + " unlabelled", "root write " + agents + " drop " + mine + " after a while"},
-       {"user load " + agents + " unlabelled"}},
-      {agent,
-       daemon,
-       true,
-       true,
-       agents,
-       {"user unload " + daemons + " unlabelled", "root write " + agents + " drop " + daemons + " after a while"}},
-      {daemon, daemon, false, true, daemons, {"root writeAndLoad " + daemons}},
-      {daemon, daemon, true, false, daemons, {"root write " + daemons}},
+       {"user unload " + mine, "root write " + agents + " drop " + mine + as, "user load " + agents}},
+      {agent, daemon, true, true, agents, {"root write " + agents + " drop " + daemons + as}},
+      {daemon, daemon, false, true, daemons, {"root writeAndLoad " + daemons + as}},
+      {daemon, daemon, true, false, daemons, {"root write " + daemons + as}},
       {daemon,
        user,
        false,
        true,
        daemons,
-       {"user unload " + mine + " unlabelled", "root writeAndLoad " + daemons + " drop " + mine + " after a while"}},
-      {daemon, user, false, false, mine, {"root writeAndLoad " + mine}},
-      {daemon, agent, false, true, daemons, {"root writeAndLoad " + daemons + " drop " + agents}},
+       {"user unload " + mine, "root writeAndLoad " + daemons + " drop " + mine + as}},
+      {daemon, user, false, false, daemons, {"root writeAndLoad " + daemons + as}},
+      {daemon,
+       agent,
+       false,
+       true,
+       daemons,
+       {"user unload " + agents, "root writeAndLoad " + daemons + " drop " + agents + as}},
+      {Kind::systemAgent,
+       Kind::systemAgent,
+       false,
+       true,
+       systemAgents,
+       {"user unload " + systemAgents, "root write " + systemAgents + as, "user load " + systemAgents}},
   };
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
   for (const auto& row : table) {
     SCOPED_TRACE(testing::Message() << row.before.rawValue() << " to " << row.now.rawValue() << ", disabled "
                                     << row.isDisabled << ", exists " << row.exists);
     startAnew();
     testdata::RecordingShell shell(program());
     const auto job = jobOf(row.now, row.before, row.isDisabled, row.exists);
+    const std::string before = job->url.text();
     program().state.selectedJob = job;
-    program().actions.save(*job);
-    EXPECT_TRUE(program().state.isBusy);
-    EXPECT_EQ(asked(), row.requests);
+    program().actions.save(job);
+    EXPECT_TRUE(program().state.saving.isBusy());
+    EXPECT_EQ(job->url.text(), before) << "until it is known";
+    EXPECT_EQ(answerAll(), row.requests);
+    EXPECT_FALSE(program().state.saving.isBusy());
     EXPECT_EQ(shortened(job->url.text()), row.url);
     EXPECT_EQ(job->checksum.empty(), row.now != row.before) << "what moved is read anew, though its bytes are the same";
-    EXPECT_TRUE(program().revisions.revisions().find(job->url.text())) << "kept when the request went out";
-    EXPECT_EQ(helpers.requests.back().text("string"), *job->plistData());
-
-    answerLast();
-    queue.runDue();
-    EXPECT_EQ(asked(), row.afterReplies);
-    if (!row.afterReplies.empty()) answerLast();
+    EXPECT_TRUE(program().revisions.revisions().find(job->url.text()));
     EXPECT_EQ(shell.count("saveCompleted"), 1U);
     EXPECT_EQ(shell.count("showDisplay"), 1U);
+    EXPECT_FALSE(fs::exists(roots.applicationSupport / "Moves.plist"));
     settle();
-    EXPECT_FALSE(program().state.isBusy);
-    EXPECT_EQ(program().state.jobs.size(), row.exists ? 1U : 0U) << "a scan was made";
+    EXPECT_EQ(program().state.jobs.size(), row.exists && !row.before.isSystem() ? 1U : 0U) << "a scan was made";
   }
+}
+
+TEST_F(SaveTest, ARequestCarriesTheLabelThatItsHelperCanUse) {
+  const struct {
+    Kind now, before;
+    std::string label, newLabel;
+    std::vector<std::string> labels;  // of all requests; "-" for none
+  } table[] = {
+      {Kind::userAgent, Kind::userAgent, "old", "new", {"old"}},
+      {Kind::localDaemon, Kind::localDaemon, "old", "new", {"new"}},  // root's helper finds the old one in the file
+      {Kind::localDaemon, Kind::userAgent, "old", "new", {"-", "new"}},
+      {Kind::localAgent, Kind::userAgent, "old", "new", {"-", "new", "-"}},
+      {Kind::userAgent, Kind::localDaemon, "old", "new", {"old", "old", "-"}},
+      {Kind::userAgent, Kind::localAgent, "old", "new", {"old", "old", "old", "-"}},
+      {Kind::localDaemon, Kind::localDaemon, "old", "", {"ls"}},
+      {Kind::userAgent, Kind::userAgent, "", "", {"ls"}},
+      {Kind::localDaemon, Kind::localDaemon, "", "", {"ls"}},
+  };
+  for (const auto& row : table) {
+    startAnew();
+    const auto file =
+        write(row.before, "job.plist", testdata::jobText(row.label, {{"ProgramArguments", plist::Array{"/bin/ls"}}}));
+    const auto job = Launchd::read(testdata::bytes(file), URL::file(file), row.before, {}, console);
+    job->kind = row.now;
+    job->plist().name = row.newLabel;
+    helpers.requests.clear();
+    program().actions.save(job);
+    for (std::size_t i = 0; i < helpers.requests.size() && i < 9; ++i) helpers.requests[i].reply({});
+    std::vector<std::string> labels;
+    for (const auto& request : helpers.requests)
+      labels.push_back(request.body.find("label") ? request.text("label") : "-");
+    EXPECT_EQ(labels, row.labels) << "row " << &row - table;
+    EXPECT_EQ(std::count(labels.begin(), labels.end(), ""), 0) << "it would be the whole session of the user";
+  }
+}
+
+TEST_F(SaveTest, TwoNewJobsOfOneNameGetFilesOfTheirOwnAndOneQuestion) {
+  helpers.isHandshakeHeld = true;
+  std::vector<std::shared_ptr<Launchd>> jobs;
+  for (int i = 0; i < 2; ++i) {
+    jobs.push_back(Launchd::read(testdata::jobText("a", {{"Program", "/bin/ls"}}), URL::address("new"),
+                                 Kind::localDaemon, {}, console));
+    jobs.back()->isNewFile = true;
+    program().actions.save(jobs.back());
+  }
+  EXPECT_THAT(asked(), IsEmpty());
+  helpers.authorise();
+  EXPECT_THAT(asked(), ElementsAre("root writeAndLoad local/LaunchDaemons/a.plist as a",
+                                   "root writeAndLoad local/LaunchDaemons/a#.plist as a"));
+  helpers.requests[1].reply({});
+  EXPECT_TRUE(program().state.saving.isBusy()) << "the first goes on";
+  helpers.requests[0].reply({});
+  EXPECT_FALSE(program().state.saving.isBusy());
+}
+
+TEST_F(SaveTest, TheEndOfAScanIsntThatOfASave) {
+  const auto job = jobOf(Kind::userAgent, Kind::userAgent, false, true);
+  program().fetcher.fetchJobs();
+  program().actions.save(job);
+  settle();
+  EXPECT_TRUE(program().state.saving.isBusy());
+  EXPECT_THAT(program().state.jobs, IsEmpty()) << "nothing is shown of what is half done";
+  answerLast();
+  EXPECT_FALSE(program().state.saving.isBusy());
+  settle();
+  EXPECT_EQ(program().state.jobs.size(), 1U);
+}
+
+TEST_F(SaveTest, ASaveEndsTheEditOfItsOwnJobOnly) {
+  testdata::RecordingShell shell(program());
+  const auto saved = jobOf(Kind::userAgent, Kind::userAgent, false, true);
+  writeJob(Kind::userAgent, "other");
+  scan();
+  program().actions.save(saved);
+  program().state.selectedJob = jobNamed("other");
+  program().state.hasUnsavedChanges = true;
+  shell.events.clear();
+  answerLast();
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_EQ(shell.count("saveCompleted") + shell.count("showDisplay"), 0U);
+  EXPECT_EQ(program().state.selectedJob->name, "other");
 }
 
 TEST_F(SaveTest, ANewJobGetsAFileOfItsNameThatNothingHas) {
@@ -169,31 +259,52 @@ TEST_F(SaveTest, ANewJobGetsAFileOfItsNameThatNothingHas) {
   writeJob(Kind::userAgent, "taken");
   for (const auto& row : table) {
     const auto job = Launchd::read(testdata::jobText(row.label, {{"Program", "/bin/ls"}}), URL::address("new"),
-                                   Kind::userAgent, Launchd::Source::Elsewhere, {}, console);
+                                   Kind::userAgent, {}, console);
     job->isNewFile = true;
     job->customIcon = Image::named("x");
-    program().actions.save(*job);
+    program().actions.save(job);
     EXPECT_EQ(shortened(job->url.text()), row.expected);
     EXPECT_EQ(job->customIconDigest, job->iconStoreName()) << "follows the file";
-    EXPECT_EQ(asked(), Requests{"user writeAndLoad " + row.expected});
+    EXPECT_EQ(asked(), Requests{"user writeAndLoad " + row.expected + " as " + row.label});
+    answerLast();
   }
 }
 
-TEST_F(SaveTest, AMoveToATakenNameEndsInAFolderOfThatName) {
-  const auto job = jobOf(Kind::localDaemon, Kind::localAgent, false, true);
-  writeJob(Kind::localDaemon, "job");
-  program().actions.save(*job);
-  EXPECT_EQ(shortened(job->url.text()), "local/LaunchDaemons/job/#.plist");
+TEST_F(SaveTest, AMoveToATakenNameEndsBesideIt) {
+  for (const bool isLink : {false, true}) {
+    startAnew();
+    const auto job = jobOf(Kind::localDaemon, Kind::localAgent, true, true);
+    writeJob(Kind::localDaemon, "job", {{"Disabled", true}});
+    if (isLink) {
+      fs::remove(path(Kind::localDaemon, "job.plist"));
+      fs::create_symlink("/nowhere/at/all", path(Kind::localDaemon, "job.plist"));
+    }
+    program().actions.save(job);
+    (void)answerAll();
+    EXPECT_EQ(shortened(job->url.text()), "local/LaunchDaemons/job#.plist") << "where scans and launchd look";
+  }
+}
+
+TEST_F(SaveTest, WhatMayNotBeEditedCantBeSaved) {
+  const auto job = jobOf(Kind::systemDaemon, Kind::systemDaemon, false, true);
+  bool isWritten = true;
+  program().actions.save(job, [&](bool result) { isWritten = result; });
+  EXPECT_FALSE(isWritten);
+  EXPECT_EQ(interface.errors.size() + interface.alerts.size(), 1U);
+  EXPECT_THAT(asked(), IsEmpty());
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
+  program().actions.save(job);
+  EXPECT_THAT(asked(), ElementsAre("root writeAndLoad system/LaunchDaemons/job.plist as job"));
 }
 
 TEST_F(SaveTest, AKindWithoutAFolderCantBeSavedTo) {
   testdata::RecordingShell shell(program());
   const auto job = jobOf(Kind::loginItemApplication, Kind::userAgent, false, true);
   const std::string before = job->url.text();
-  program().actions.save(*job);
+  program().actions.save(job);
   EXPECT_EQ(interface.errors.size() + interface.alerts.size(), 1U);
   EXPECT_EQ(job->url.text(), before);
-  EXPECT_FALSE(program().state.isBusy);
+  EXPECT_FALSE(program().state.saving.isBusy());
   EXPECT_THAT(program().revisions.revisions(), testing::SizeIs(0));
 }
 
@@ -202,11 +313,11 @@ TEST_F(SaveTest, AFileWhoseNameIsNoTextIsLeftAlone) {
   job->url = URL::file(path(Kind::userAgent,
                             "j\xF6"
                             "b.plist"));
-  program().actions.save(*job);
+  program().actions.save(job);
   program().actions.deleteConfirmed(Interface::defaultButton, *job);
   EXPECT_THAT(asked(), IsEmpty());
   EXPECT_EQ(interface.errors.size(), 2U);
-  EXPECT_FALSE(program().state.isBusy);
+  EXPECT_FALSE(program().state.saving.isBusy());
 }
 
 TEST_F(SaveTest, ALinkIsWrittenAtItsTargetAndRemovedAsItself) {
@@ -214,13 +325,13 @@ TEST_F(SaveTest, ALinkIsWrittenAtItsTargetAndRemovedAsItself) {
   const auto link = path(Kind::localAgent, "job.plist");
   fs::create_directories(link.parent_path());
   fs::create_symlink(folder.path() / "elsewhere/real.plist", link);
-  const auto job =
-      Launchd::read(testdata::bytes(link), URL::file(link), Kind::localAgent, Launchd::Source::File, {}, console);
-  program().actions.save(*job);
-  EXPECT_EQ(asked().back(), "root write elsewhere/real.plist after a while");
+  const auto job = Launchd::read(testdata::bytes(link), URL::file(link), Kind::localAgent, {}, console);
+  program().actions.save(job);
+  EXPECT_EQ(answerAll().at(1), "root write elsewhere/real.plist as job");
   job->kind = Kind::localDaemon;
-  program().actions.save(*job);
-  EXPECT_EQ(asked(), Requests{"root writeAndLoad local/LaunchDaemons/job.plist drop local/LaunchAgents/job.plist"});
+  program().actions.save(job);
+  EXPECT_EQ(answerAll().at(1),
+            "root writeAndLoad local/LaunchDaemons/job.plist drop local/LaunchAgents/job.plist as job");
 }
 
 TEST_F(SaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
@@ -230,11 +341,11 @@ TEST_F(SaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
     Requests requests;
     Requests afterReply = {};
   } table[] = {
-      {Kind::userAgent, {"user delete drop user/LaunchAgents/job.plist"}},
+      {Kind::userAgent, {"user delete drop user/LaunchAgents/job.plist as job"}},
       {Kind::localAgent,
-       {"root delete drop local/LaunchAgents/job.plist"},
-       {"user unload local/LaunchAgents/job.plist"}},
-      {Kind::localDaemon, {"root delete drop local/LaunchDaemons/job.plist"}},
+       {"root delete drop local/LaunchAgents/job.plist as job"},
+       {"user unload local/LaunchAgents/job.plist as job"}},
+      {Kind::localDaemon, {"root delete drop local/LaunchDaemons/job.plist as job"}},
   };
   for (const auto& row : table) {
     const auto job = jobOf(row.kind, row.kind, false, true);
@@ -246,19 +357,48 @@ TEST_F(SaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
     answerLast();
     queue.runDue();
     EXPECT_EQ(asked(), row.afterReply);
-    EXPECT_EQ(program().state.selectedJob != nullptr, !row.afterReply.empty());
+    EXPECT_FALSE(program().state.selectedJob);
+    if (!row.afterReply.empty()) answerLast();
   }
 }
 
-TEST_F(SaveTest, OfTwoLoginItemsWithOneNameTheFirstGoes) {
+TEST_F(SaveTest, TheAnswerToADeletionConcernsTheDeletedJobOnly) {
+  testdata::RecordingShell shell(program());
+  const auto deleted = jobOf(Kind::userAgent, Kind::userAgent, false, true);
+  writeJob(Kind::userAgent, "other");
+  scan();
+  struct Row {
+    std::string selected;
+    bool hasUnsavedChanges, staysSelected;
+  };
+  for (const Row& row :
+       {Row{"other", true, true}, Row{"other", false, true}, Row{"job", true, true}, Row{"job", false, false}}) {
+    program().state.selectedJob = jobNamed(row.selected);
+    program().actions.deleteConfirmed(Interface::defaultButton, *deleted);
+    program().state.hasUnsavedChanges = row.hasUnsavedChanges;
+    shell.events.clear();
+    answerLast();
+    EXPECT_EQ(program().state.hasUnsavedChanges, row.hasUnsavedChanges);
+    EXPECT_EQ(program().state.selectedJob != nullptr, row.staysSelected) << row.selected << row.hasUnsavedChanges;
+    EXPECT_EQ(shell.count("saveCompleted") + shell.count("showDisplay"), 0U);
+    EXPECT_EQ(shell.count("clearDetail"), row.staysSelected ? 0U : 1U);
+  }
+}
+
+TEST_F(SaveTest, TheLoginItemGoesThatWasAskedAboutWhateverIsSelected) {
   loginItems.ownItems = {{"a", "/1", {}, {}}, {"b", "/not \xff UTF-8", {}, {}}, {"b", "/3", {}, {}}};
   scan();
-  program().state.selectedJob = jobNamed("b");
-  program().actions.deleteConfirmed(Interface::defaultButton, *program().state.selectedJob);
+  const Jobs jobs = program().state.jobs;
+  program().state.selectedJob = jobNamed("a");
+  program().actions.deleteConfirmed(Interface::defaultButton, *jobs.at(2));
   EXPECT_THAT(asked(), IsEmpty());
   settle();
   EXPECT_THAT(names(program().state.jobs), ElementsAre("a", "b"));
-  EXPECT_EQ(jobNamed("b")->run(), "/3");
+  EXPECT_EQ(jobNamed("b")->run(), "/not \xff UTF-8");
+
+  loginItems.removalFailure = Error{.code = Error::Code::NotPermitted, .message = "can't delete", .file = "/a"};
+  program().actions.deleteConfirmed(Interface::defaultButton, *jobs.at(0));
+  EXPECT_EQ(interface.errors.size(), 1U);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "core/support/Const.h"
 #include "core/support/Digest.h"
@@ -106,6 +107,21 @@ TEST_F(AppDelegateTest, AnAgentsFolderThatCantBeMadeIsToldAndLeftOut) {
   EXPECT_EQ(names(state().jobs), (std::vector<std::string>{"other"}));
 }
 
+TEST_F(AppDelegateTest, TheAgentsFolderThatIsMadeIsNotForOthersToWrite) {
+  struct Row {
+    mode_t umask;
+    unsigned mode;
+  };
+  for (const Row& row : {Row{0002, 0755}, Row{0077, 0700}}) {
+    const auto agents = path(Kind::userAgent).parent_path();
+    std::filesystem::remove_all(agents);
+    const mode_t before = ::umask(row.umask);
+    const AppDelegate made(program());
+    ::umask(before);
+    EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(agents).permissions()), row.mode);
+  }
+}
+
 TEST_F(AppDelegateTest, OnlyAnEmptyCatalogueWithoutEditsIsFetchedAtTheStart) {
   state().hasUnsavedChanges = true;
   delegate().applicationDidFinishLaunching();
@@ -127,7 +143,7 @@ TEST_F(AppDelegateTest, ABurstOfChangesIsAScanASecondAndTheLastStateWins) {
   start();
   std::vector<double> scans;
   const auto loading = program().notifications.loadingChanged.subscribe([&] {
-    if (state().isLoading) scans.push_back(queue.now());
+    if (state().scanning.isBusy()) scans.push_back(queue.now());
   });
   const double begin = queue.now();
   for (int i = 1; i <= 500; ++i) {
@@ -148,7 +164,7 @@ TEST_F(AppDelegateTest, EditsHoldTheScansBackUntilTheyAreGone) {
   state().hasUnsavedChanges = true;
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
   pass(3);
-  EXPECT_FALSE(state().isLoading);
+  EXPECT_FALSE(state().scanning.isBusy());
   writeJob(Kind::userAgent, "new");
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
   state().hasUnsavedChanges = false;  // within the 0.1 seconds
@@ -224,6 +240,7 @@ TEST_F(AppDelegateTest, WhileAQuitIsHeldBackChangesAreIgnored) {
 }
 
 TEST_F(AppDelegateTest, TheFirstURLSelectsAJobAfterAMoment) {
+  scan();
   testdata::RecordingShell shell(program());
   const std::string path = "/a/\u00ff\u00ff\u00ff/job.plist";  // whose base64 has slashes
   const std::string url = jobURL(path);
@@ -268,9 +285,50 @@ TEST_F(AppDelegateTest, TheFirstURLSelectsAJobAfterAMoment) {
   state().hasUnsavedChanges = false;
   queue.runFor(5);
   EXPECT_THAT(shell.events, IsEmpty()) << "dropped for good";
+  EXPECT_EQ(interface.sheets.size(), 1U) << "but not without a word";
+}
+
+TEST_F(AppDelegateTest, AURLAtAColdStartWaitsForTheFirstScan) {
+  testdata::RecordingShell shell(program());
+  const auto file = writeJob(Kind::userAgent, "job");
+  delegate().applicationOpenURLs({jobURL("/other.plist")});
+  delegate().applicationOpenURLs({jobURL(file.string())});
+  delegate().applicationDidFinishLaunching();
+  queue.runFor(7);
+  EXPECT_EQ(shell.count("select job.plist"), 0U);
+  settle();
+  EXPECT_EQ(shell.count("select job.plist"), 1U);
+  EXPECT_EQ(shell.count("select other.plist"), 0U) << "the later one counts";
+  ASSERT_TRUE(state().selectedJob);
+  EXPECT_EQ(state().selectedJob->name, "job");
+  scan();
+  EXPECT_EQ(shell.count("select job.plist"), 1U);
+}
+
+TEST_F(AppDelegateTest, AQuitWaitsForASaveUnderWayButForNoPassword) {
+  testdata::RecordingShell shell(program());
+  program().shell.endPrivilegedConnection = [&] { shell.note("goodbye"); };
+  auto saving = state().saving.begin();
+  EXPECT_FALSE(delegate().applicationShouldTerminate());
+  queue.runFor(1);
+  EXPECT_EQ(shell.count("terminate"), 0U);
+  saving.release();
+  queue.runDue();
+  EXPECT_EQ(shell.count("terminate"), 1U);
+  EXPECT_EQ(shell.count("goodbye"), 0U) << "the save needed it";
+  EXPECT_TRUE(delegate().applicationShouldTerminate());
+
+  saving = state().saving.begin();
+  EXPECT_FALSE(delegate().applicationShouldTerminate());
+  EXPECT_TRUE(delegate().applicationShouldTerminate()) << "who insists needn't wait";
+
+  helpers.isHandshakeHeld = true;
+  program().actions.authorise([](bool) {});
+  EXPECT_TRUE(delegate().applicationShouldTerminate());
 }
 
 TEST_F(AppDelegateTest, AURLHoldsAPathOfAnyLengthAndBytes) {
+  scan();
   testdata::RecordingShell shell(program());
   for (const std::string name : {"\xFF\xFE\xFD", "\xC3\xBC", "a", "ab", "abc", "\xFB\xEF\xBE\xFB\xEF\xBE"}) {
     shell.events.clear();

@@ -35,7 +35,7 @@ class FetcherTest : public testdata::ProgramFixture {
   std::size_t jobsWhenUpdated = 0;
   Subscription loading = program().notifications.loadingChanged.subscribe([this] {
     ++loadingChanges;
-    shell.note(state().isLoading ? "loading" : "loaded");
+    shell.note(state().scanning.isBusy() ? "loading" : "loaded");
   });
   Subscription updated = program().notifications.jobsUpdated.subscribe([this] {
     ++jobUpdates;
@@ -46,13 +46,13 @@ class FetcherTest : public testdata::ProgramFixture {
 
 TEST_F(FetcherTest, APublicationTellsTheModeBeforeTheCatalogueAndTheRestBehind) {
   program().fetcher.fetchJobs();
-  EXPECT_TRUE(state().isLoading && state().isBusy);
+  EXPECT_TRUE(state().scanning.isBusy() && !state().saving.isBusy());
   settle();
   EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle", "update, catalogue of 0", "jobsUpdated",
                                         "validateVisibleItems"));
   EXPECT_EQ(names(shell.shown), (Names{"a", "b"}));
   EXPECT_EQ(jobsWhenUpdated, 2U);
-  EXPECT_FALSE(state().isLoading || state().isBusy);
+  EXPECT_FALSE(state().scanning.isBusy());
 }
 
 TEST_F(FetcherTest, AScanThatFindsTheOldListTellsOnlyThatItEnded) {
@@ -77,7 +77,7 @@ TEST_F(FetcherTest, OfTwoScansInARowOneIsPublished) {
   fetchQueue.runAll();
   program().fetcher.fetchJobs();
   queue.runDue();
-  EXPECT_TRUE(state().isLoading) << "the second goes on";
+  EXPECT_TRUE(state().scanning.isBusy()) << "the second goes on";
   settle();
   EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loading", "busy", "loaded", "idle",
                                         "update, catalogue of 2", "jobsUpdated"));

@@ -48,17 +48,39 @@ class AutostartItemsTest : public testing::Test {
   TemporaryFolder m_folder;
 };
 
-TEST_F(AutostartItemsTest, OfOwnEntriesWithOneNameTheFirstIsRemovedAndNoInstalledOne) {
-  for (const char* file : {"own/b.desktop", "own/a.desktop", "second/c.desktop"})
+TEST_F(AutostartItemsTest, EntriesThatAreAlikeAreJobsOfTheirOwn) {
+  for (const char* file : {"own/a.desktop", "own/b.desktop", "first/c.desktop", "second/d.desktop"})
     entry(file, "Name=Same\nExec=player\n");
-  items().remove("Other");
-  EXPECT_EQ(listed().size(), 2U);
-  items().remove("Same");
-  EXPECT_FALSE(fs::exists(path("own/a.desktop")));
-  EXPECT_EQ(listed(), Names{"Same"});
-  items().remove("Same");
-  items().remove("Same");
+  auto list = items();
+  std::vector<std::string> urls;
+  for (const Jobs& jobs : {LoginItem::systemPreferencesItems(list, false), LoginItem::applicationItems(list, false)}) {
+    for (const auto& job : jobs) urls.push_back(job->url.text());
+  }
+  EXPECT_EQ(urls, (std::vector{path("own/a.desktop"), path("own/b.desktop"), path("first/c.desktop"),
+                               path("second/d.desktop")}));
+}
+
+TEST_F(AutostartItemsTest, TheVeryEntryIsRemovedAndNoInstalledOne) {
+  for (const char* file : {"own/a.desktop", "own/b.desktop", "second/c.desktop"})
+    entry(file, "Name=Same\nExec=player\n");
+  auto list = items();
+  const auto itemOf = [](const Jobs& jobs, std::size_t index) -> const LoginItem& {
+    return dynamic_cast<const LoginItem&>(*jobs.at(index));
+  };
+  const Jobs own = LoginItem::systemPreferencesItems(list, false);
+  const Jobs installed = LoginItem::applicationItems(list, false);
+  EXPECT_TRUE(list.remove(itemOf(own, 1)));
+  EXPECT_TRUE(fs::exists(path("own/a.desktop")));
+  EXPECT_FALSE(fs::exists(path("own/b.desktop")));
+  EXPECT_TRUE(list.remove(itemOf(own, 1))) << "it is gone, as was wished";
+  EXPECT_FALSE(list.remove(itemOf(installed, 0)));
   EXPECT_EQ(bundled(), Names{"Same"});
+
+  fs::remove(path("own/a.desktop"));
+  entry("own/a.desktop/child", "");  // a folder with something in it can't be removed
+  const auto failed = list.remove(itemOf(own, 0));
+  ASSERT_FALSE(failed);
+  EXPECT_EQ(failed.error().file, path("own/a.desktop"));
 }
 
 TEST_F(AutostartItemsTest, OwnEntriesAreTheListInTheUsersLanguage) {

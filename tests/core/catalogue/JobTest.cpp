@@ -31,6 +31,15 @@ TEST(JobTest, TheChecksumAloneIsTheIdentity) {
   }
 }
 
+TEST(JobTest, ACatalogueIsAnotherOnceAFileWasRenamedOrMoved) {
+  const auto list = [](Kind kind, const char* path) {
+    return Jobs{std::make_shared<Job>(kind, "job", "", "sum", URL::file(path))};
+  };
+  EXPECT_TRUE(areEqual(list(Kind::userAgent, "/a/job.plist"), list(Kind::userAgent, "/a//job.plist")));
+  EXPECT_FALSE(areEqual(list(Kind::userAgent, "/a/job.plist"), list(Kind::userAgent, "/a/other.plist")));
+  EXPECT_FALSE(areEqual(list(Kind::userAgent, "/a/job.plist"), list(Kind::localAgent, "/a/job.plist")));
+}
+
 TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
   Job plain = job("sum");
   plain.updateCustomIconDigest();
@@ -52,8 +61,8 @@ TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
 TEST(JobTest, TheTextOfASortKeyFollowsAnEditedRecord) {
   const Collator collator("en");
   testdata::RecordingConsole console;
-  const auto launchd = Launchd::read(testdata::jobText("a", {{"Program", "/z"}}), URL::file("/a"), Kind::userAgent,
-                                     Launchd::Source::File, {}, console);
+  const auto launchd =
+      Launchd::read(testdata::jobText("a", {{"Program", "/z"}}), URL::file("/a"), Kind::userAgent, {}, console);
   EXPECT_EQ(launchd->sortKey(Job::SortText::Run, collator), collator.sortKey("/z"));
   launchd->plist().run = "/b";
   EXPECT_EQ(launchd->sortKey(Job::SortText::Run, collator), collator.sortKey("/b"));

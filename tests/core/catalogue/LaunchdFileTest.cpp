@@ -18,8 +18,7 @@ class Silence final : public Console {
 
 std::shared_ptr<Launchd> jobOf(const Dict& file) {
   Silence console;
-  return Launchd::read(plist::writeBinary(file), URL::file("/job.plist"), Kind::userAgent, Launchd::Source::File, {},
-                       console);
+  return Launchd::read(plist::writeBinary(file), URL::file("/job.plist"), Kind::userAgent, {}, console);
 }
 
 TEST(LaunchdTest, TheFileHoldsKnownAndUnknownKeysInOrder) {

@@ -18,9 +18,8 @@ using testdata::jobText;
 
 class LaunchdReaderTest : public testing::Test {
  protected:
-  std::shared_ptr<Launchd> read(const std::string& data, Kind kind = Kind::userAgent,
-                                Launchd::Source source = Launchd::Source::File) {
-    return Launchd::read(data, URL::file(file), kind, source, settings, console);
+  std::shared_ptr<Launchd> read(const std::string& data, Kind kind = Kind::userAgent) {
+    return Launchd::read(data, URL::file(file), kind, settings, console);
   }
 
   ScanSettings settings{
@@ -98,9 +97,7 @@ TEST_F(LaunchdReaderTest, BadFilesGiveALineAndNoJob) {
       {jobText("a").substr(0, 120), "Error in: /jobs/a.plist\nline "},
       {*plist::writeXml(Array{"Label", "a"}), "Error in: /jobs/a.plist\n"},
       {*plist::writeXml(Dictionary{{"Program", "/bin/ls"}}), "Error in: /jobs/a.plist\nLabel not found"},
-      {jobText("a", {{"RunAtLoad", "yes"}}), "Error in: /jobs/a.plist\nRunAtLoad: holds "},
-      {jobText("a", {{"StartCalendarInterval", true}}), "/jobs/a.plist: Start calendar interval type error: "},
-      {jobText("a", {{"LimitLoadToSessionType", true}}), "/jobs/a.plist: Limit load to session type error: "},
+      {*plist::writeXml(Dictionary{{"Label", 1}}), "Error in: /jobs/a.plist\nLabel: holds 1"},
   };
   for (const auto& row : table) {
     console.printed.clear();
@@ -143,23 +140,19 @@ TEST_F(LaunchdReaderTest, OnlyADisabledJobIsMarked) {
   }
 }
 
-TEST_F(LaunchdReaderTest, TheFileThatStandsThereGivesTheUnknownKeys) {
+TEST_F(LaunchdReaderTest, TheUnknownKeysAreThoseOfTheBytesAndNotOfTheFileThatStandsThere) {
   testdata::TemporaryFolder folder;
   file = folder.write("a.plist", jobText("standing", {{"Odd", "standing"}}));
-  const std::string imported = jobText("imported", {{"Odd", "imported"}, {"Even", "imported"}});
-  const auto unknown = [&](Launchd::Source source) {
-    return read(imported, Kind::userAgent, source)->plistDictionary();
-  };
-  EXPECT_EQ(unknown(Launchd::Source::File),
-            (Dictionary{{"Label", "imported"}, {"Odd", "imported"}, {"Even", "imported"}}));
-  EXPECT_EQ(unknown(Launchd::Source::Elsewhere), (Dictionary{{"Label", "imported"}, {"Odd", "standing"}}));
+  const Dictionary imported{{"Label", "imported"}, {"Odd", "imported"}, {"Even", "imported"}};
+  EXPECT_EQ(read(jobText("imported", imported))->plistDictionary(), imported);
+}
 
-  for (const char* standing : {"no list", "<plist><array/></plist>", ""}) {
-    (void)folder.write("a.plist", standing);
-    EXPECT_EQ(unknown(Launchd::Source::Elsewhere), unknown(Launchd::Source::File)) << standing;
-  }
-  file = folder.path() / "none" / "a.plist";
-  EXPECT_EQ(unknown(Launchd::Source::Elsewhere), unknown(Launchd::Source::File));
+TEST_F(LaunchdReaderTest, AValueOfTheWrongTypeHidesNoJob) {
+  const auto job = read(jobText("a", {{"UserName", Dictionary{}}, {"Program", "/bin/ls"}}));
+  ASSERT_TRUE(job);
+  EXPECT_EQ(job->plist().run, "/bin/ls");
+  EXPECT_EQ(job->plist().unknownKeys, std::vector<std::string>{"UserName"});
+  EXPECT_TRUE(console.printed.empty());
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/catalogue/LoginItem.h"
+
 namespace mirvel {
 namespace {
 
@@ -41,12 +43,22 @@ class SystemEventsItemsTest : public testing::Test {
   SystemEventsItems m_items{m_runner, "/tools/osascript", "/missing"};
 };
 
-TEST_F(SystemEventsItemsTest, ANameToBeRemovedIsHandedOverAsAWordAndNotAsScript) {
-  m_items.remove("a\" & beep & \"");
+TEST_F(SystemEventsItemsTest, WhatIsToBeRemovedIsHandedOverAsWordsAndNotAsScript) {
+  m_runner.answer = ProcessResult{.output = "a\" & beep & \"\x1F/p\x1F\x1F\x1E"};
+  const Jobs jobs = LoginItem::systemPreferencesItems(m_items, false);
+  ASSERT_EQ(jobs.size(), 1U);
+  m_runner.calls.clear();
+  EXPECT_TRUE(m_items.remove(dynamic_cast<const LoginItem&>(*jobs[0])));
   ASSERT_EQ(m_runner.calls.size(), 1U);
-  EXPECT_EQ(m_runner.calls[0].size(), 4U);
-  EXPECT_EQ(m_runner.calls[0].back(), "a\" & beep & \"");
+  ASSERT_EQ(m_runner.calls[0].size(), 5U);
+  EXPECT_EQ(m_runner.calls[0][3], "a\" & beep & \"");
+  EXPECT_EQ(m_runner.calls[0][4], "/p");
   EXPECT_THAT(m_runner.calls[0][2], HasSubstr("delete"));
+
+  m_runner.answer = ProcessResult{.exitStatus = 1, .complaints = "not allowed"};
+  const auto refused = m_items.remove(dynamic_cast<const LoginItem&>(*jobs[0]));
+  ASSERT_FALSE(refused);
+  EXPECT_THAT(refused.error().text(), HasSubstr("not allowed"));
 }
 
 TEST_F(SystemEventsItemsTest, TheToolIsAskedOnceForAllItems) {

@@ -162,21 +162,40 @@ TEST_F(CommandRepairsTest, WithoutHelpNothingIsRepaired) {
   EXPECT_EQ(repairs.repairCommand("perl x.pl"), "perl x.pl");
   EXPECT_EQ(repairs.expandTilde("~/a"), "~/a");
   EXPECT_EQ(repairs.stripSudo("sudo ls -l"), "sudo ls -l");
+  interface.answer.button = Interface::alternateButton;
   EXPECT_EQ(repairs.checkComplexCommand("echo hi > /tmp/x", "job"), "echo hi > /tmp/x");
   EXPECT_EQ(interface.alerts.size(), 1U);
 }
 
 TEST_F(CommandRepairsTest, OnlyShellSyntaxIsAskedAbout) {
   interface.answer.button = Interface::alternateButton;
-  const std::vector<std::pair<std::string, bool>> rows{
-      {"echo hi > /tmp/x", true}, {"exec ls", true},    {"ls | wc", true},       {"cat < x", true},
-      {"ls; ls", true},           {"it\u2019s", false}, {"say it\u2019s", true}, {"a>b", false},
-      {"a > b", false},           {"a > bc", true},     {"executable x", false}, {"/bin/ls -l '$a' & b", false},
+  const std::vector<std::pair<std::string, std::string>> rows{
+      {"echo hi > /tmp/x", ">"},
+      {"exec ls", "exec"},
+      {"ls | wc", "|"},
+      {"cat < x | wc", "<"},
+      {"ls; ls", ";"},
+      {"say it\u2019s", "\u2019"},
+      {"a > bc", ">"},
+      {"/bin/sh -c date >> x", ">"},
+      {"grep 'a|b' f > x", ">"},
+      {"it\u2019s", ""},
+      {"a>b", ""},
+      {"a > b", ""},
+      {"executable x", ""},
+      {"/bin/ls -l '$a' & b", ""},
+      {"/bin/sh -c \"date >> x\"", ""},
+      {"/bin/sh -c 'exec a; b | c'", ""},
+      {"python3 -c 'import os; os.nice(1)'", ""},
+      {"find . -exec rm {} \\;", ""},
   };
-  for (const auto& [run, asked] : rows) {
+  for (const auto& [run, sign] : rows) {
     interface.alerts.clear();
     EXPECT_EQ(repairs.checkComplexCommand(run, "job"), run);
-    EXPECT_EQ(interface.alerts.size(), asked ? 1U : 0U) << run;
+    ASSERT_EQ(interface.alerts.size(), sign.empty() ? 0U : 1U) << run;
+    if (sign.empty()) continue;
+    EXPECT_EQ(interface.alerts[0].informativeText,
+              "No shell reads the command: the program would get \u201c" + sign + "\u201d as it stands.");
   }
   EXPECT_TRUE(interface.savePanels.empty());
 }
@@ -189,9 +208,9 @@ TEST_F(CommandRepairsTest, TheQuestionCanBeSuppressed) {
   const Alert& alert = interface.alerts[0];
   EXPECT_EQ(alert.message,
             "Your command might be too complex to run. Do you want to run it as a shell script instead?");
-  EXPECT_EQ(alert.informativeText, "");
   EXPECT_EQ(alert.defaultTitle, "Run Shell Script");
   EXPECT_EQ(alert.alternateTitle, "Continue Anyway");
+  EXPECT_EQ(alert.otherTitle, "Cancel") << "the last button is what Escape presses";
   EXPECT_EQ(alert.suppression, "AlertComplexWhat");
 }
 
@@ -199,7 +218,7 @@ TEST_F(CommandRepairsTest, AComplexCommandBecomesAScript) {
   const std::string run = "ls | wc -l \u2019x";
   for (const char* name : {"job.sh", "two words.sh", "it's.sh"}) {
     interface.savePath = folder.path() / name;
-    const std::string command = repairs.checkComplexCommand(run, "com.x.job");
+    const std::string command = repairs.checkComplexCommand(run, "com.x.job").value_or("");
     EXPECT_EQ(Text::separateCommand(command), (std::vector<std::string>{"/bin/sh", interface.savePath->string()}));
     EXPECT_EQ(testdata::bytes(*interface.savePath), "#!/bin/sh\n\n" + run);
   }
@@ -212,12 +231,17 @@ TEST_F(CommandRepairsTest, AComplexCommandBecomesAScript) {
   EXPECT_TRUE(panel.canCreateDirectories);
 }
 
-TEST_F(CommandRepairsTest, ACancelledPanelOrAFailedWriteLeavesTheCommand) {
-  EXPECT_EQ(repairs.checkComplexCommand("ls | wc", "job"), "ls | wc");
+TEST_F(CommandRepairsTest, GoingBackACancelledPanelAndAFailedWriteGiveNoCommand) {
+  interface.answer.button = Interface::otherButton;
+  EXPECT_EQ(repairs.checkComplexCommand("ls | wc", "job"), std::nullopt);
+  EXPECT_TRUE(interface.savePanels.empty());
+  interface.answer.button = Interface::defaultButton;
+  EXPECT_EQ(repairs.checkComplexCommand("ls | wc", "job"), std::nullopt);
   EXPECT_EQ(interface.savePanels.size(), 1U);
-  interface.savePath = folder.path() / "missing" / "job.sh";
-  EXPECT_EQ(repairs.checkComplexCommand("ls | wc", "job"), "ls | wc");
   EXPECT_TRUE(interface.errors.empty());
+  interface.savePath = folder.path() / "missing" / "job.sh";
+  EXPECT_EQ(repairs.checkComplexCommand("ls | wc", "job"), std::nullopt);
+  EXPECT_EQ(interface.errors.size(), 1U);
 }
 
 TEST_F(CommandRepairsTest, FileArgumentsAreTheAbsoluteOnes) {

@@ -79,7 +79,7 @@ TEST_F(CopiedJobsTest, AnImportedJobGetsAFileOfItsOwnAndKeepsAllItsKeys) {
     sheet.kindChanged(Kind::localDaemon);
     shell.events.clear();
     EXPECT_TRUE(sheet.importFile());
-    EXPECT_EQ(written(), (Dictionary{{"Label", "a/b"}, {"ProgramArguments", plist::Array{"/bin/ls"}}, {"Unheard", 5}}));
+    EXPECT_EQ(written(), (Dictionary{{"Label", "a/b"}, {"Program", "/bin/ls"}, {"Unheard", 5}}));
     EXPECT_TRUE(std::regex_match(writtenPath(), std::regex(isTaken ? "local/LaunchDaemons/a_b[0-9A-F-]{36}\\.plist"
                                                                    : "local/LaunchDaemons/a_b\\.plist")))
         << writtenPath();
@@ -97,7 +97,7 @@ TEST_F(CopiedJobsTest, AFileThatIsNoJobSaysWhereAndWhy) {
       {"hello", ": "},
       {head + "<string>a</strung>\n</dict></plist>", "line 5, column"},
       {"<plist><dict/></plist>", "Label"},
-      {testdata::jobText("a", {{"RunAtLoad", "yes"}}), "RunAtLoad"},
+      {*plist::writeXml(Dictionary{{"Label", 5}}), "Label"},
       {testdata::jobText("app.mirvel.x"), "app.mirvel."},
   };
   for (const auto& [content, reason] : table) {
@@ -162,15 +162,20 @@ TEST_F(CopiedJobsTest, AnAnswerAfterTheSheetHasGoneIsNoMatter) {
 }
 
 TEST_F(CopiedJobsTest, ADuplicateDiffersInItsLabelOnly) {
-  writeJob(Kind::localAgent, "job", {{"ProgramArguments", plist::Array{"/bin/ls"}}, {"Unheard", "x"}});
+  Dictionary keys{{"Program", "sh"},
+                  {"ProgramArguments", plist::Array{"sh", "-c", "cp ~/a \"b  c\" > d", ""}},
+                  {"KeepAlive", Dictionary{{"Crashed", true}, {"Unheard", 1}}},
+                  {"RunAtLoad", "yes"}};
+  writeJob(Kind::localAgent, "job", keys);
   select("job");
   DuplicateController sheet(program());
   EXPECT_EQ(sheet.title(), "Duplicate – job");
   EXPECT_EQ(sheet.nameTitle(), "Name:");
   EXPECT_EQ(sheet.suggestedName(), "job copy");
   EXPECT_TRUE(sheet.save(sheet.suggestedName()));
-  EXPECT_EQ(written(),
-            (Dictionary{{"Label", "job copy"}, {"ProgramArguments", plist::Array{"/bin/ls"}}, {"Unheard", "x"}}));
+  keys.set("Label", "job copy");
+  EXPECT_EQ(written(), keys);
+  EXPECT_THAT(interface.alerts, IsEmpty());
   EXPECT_EQ(writtenPath(), "local/LaunchAgents/job copy.plist");
   EXPECT_THAT(shell.events, testing::IsSupersetOf({"deselect", "updateDetail", "select job job copy"}));
   EXPECT_EQ(selectedName(), "job copy");
@@ -206,7 +211,7 @@ TEST_F(CopiedJobsTest, ADuplicateIsRefusedWhereItMakesNoSense) {
   select("job");
   EXPECT_TRUE(DuplicateController(program()).save("")) << "an empty name gets one";
   EXPECT_EQ(*written().find("Label"), plist::Value("ls"));
-  EXPECT_TRUE(std::regex_match(writtenPath(), std::regex("user/LaunchAgents/[0-9A-F-]{36}\\.plist"))) << writtenPath();
+  EXPECT_EQ(writtenPath(), "user/LaunchAgents/ls.plist");
 }
 
 TEST_F(CopiedJobsTest, AnExportWritesTheSelectedJobWhereTheUserSays) {

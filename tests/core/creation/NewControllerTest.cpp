@@ -97,6 +97,8 @@ TEST_F(NewControllerTest, AnotherWayToRunBeginsAnewAndTheSameKeepsWhatWasEntered
 
 TEST_F(NewControllerTest, EachChangeIsTold) {
   int changes = 0;
+  Scheduled::RuleEditor editor(program().scheduledController);
+  sheet.when.setRuleEditor(&editor);
   sheet.setChanged([&] { ++changes; });
   const std::function<void()> steps[] = {
       [&] { sheet.name.setName("a"); },
@@ -110,7 +112,7 @@ TEST_F(NewControllerTest, EachChangeIsTold) {
       [&] { sheet.when.runAtLoad(false); },
       [&] { sheet.when.keepAlive(true); },
       [&] { sheet.when.scheduled(true); },
-      [&] { program().scheduledController.rowsDidChange(); },
+      [&] { editor.addRow(); },
   };
   for (const auto& step : steps) {
     const int before = changes;
@@ -135,32 +137,55 @@ TEST_F(NewControllerTest, TheRuleEditorStartsWithARowAndKeepsItWhenItIsHidden) {
   EXPECT_EQ(other.rules(), editor.rules()) << "another one goes on with them";
 }
 
-TEST_F(NewControllerTest, TheEditorOfTheSelectedJobHearsOfItsRulesAgainWhenTheSheetHasGone) {
-  struct Editor final : ScheduledDelegate {
-    void rulesDidChange() override { ++count; }
-    int count = 0;
-  } other;
-  ScheduledController& rules = program().scheduledController;
-  rules.delegate = nullptr;  // of the sheet that every test has
-  {
-    auto gone = std::make_unique<Editor>();
-    rules.delegate = gone.get();
-    NewController first(program());
-    gone.reset();  // the details were drawn anew
-  }
-  EXPECT_EQ(rules.delegate, nullptr);
-  rules.delegate = &other;
-  {
-    NewController second(program());
-    rules.rowsDidChange();
-    EXPECT_EQ(other.count, 0);
-  }
-  EXPECT_EQ(rules.delegate, &other);
-  {
-    NewController third(program());
-    program().mainWindow.selectedJobDidChange();
-  }
-  EXPECT_EQ(rules.delegate, nullptr);
+TEST_F(NewControllerTest, ANumberThatIsNoneYetIsStillThereWhenThePageComesBack) {
+  Scheduled::RuleEditor editor(program().scheduledController);
+  sheet.when.setRuleEditor(&editor);
+  sheet.when.scheduled(true);
+  editor.addRow();
+  editor.setNumber(0, "soon");
+  sheet.when.setRuleEditor(nullptr);
+  Scheduled::RuleEditor other(program().scheduledController);
+  sheet.when.setRuleEditor(&other);
+  EXPECT_EQ(other.rows(), editor.rows());
+  EXPECT_FALSE(other.isValid());
+  sheet.begin(New());
+  EXPECT_EQ(other.numberOfRows(), 0U) << "another job has rules of its own";
+}
+
+TEST_F(NewControllerTest, ItHearsOfItsRulesWhateverBecomesOfTheSelectedJob) {
+  writeJob(Kind::userAgent, "a", {{"StartInterval", 60}});
+  Scheduled::RuleEditor editor(program().scheduledController);
+  sheet.when.setRuleEditor(&editor);
+  sheet.when.scheduled(true);
+  scan();  // publishes the jobs under the sheet
+  program().state.selectedJob = jobNamed("a");
+  program().mainWindow.selectedJobDidChange();
+  editor.removeRow(0);
+  EXPECT_FALSE(sheet.when.isScheduled()) << "without a rule there is no schedule";
+
+  sheet.when.setRuleEditor(nullptr);
+  editor.addRow();
+  EXPECT_FALSE(sheet.when.isScheduled()) << "an editor that isn't its own any more";
+}
+
+TEST_F(NewControllerTest, ARuleWithAnImpossibleNumberIsToldAndNotSaved) {
+  sheet.name.setName("a");
+  sheet.next();
+  sheet.what.choose(New::Run::command);
+  sheet.next();
+  sheet.run.command.setText("/bin/ls");
+  sheet.next();
+  Scheduled::RuleEditor editor(program().scheduledController);
+  sheet.when.setRuleEditor(&editor);
+  sheet.when.scheduled(true);
+  editor.setNumber(0, "");
+  EXPECT_FALSE(sheet.next());
+  EXPECT_THAT(interface.errors,
+              ElementsAre(std::pair("Rule 1, “Repeat Interval”, can’t be saved", "This isn’t a whole number")));
+  EXPECT_THAT(helpers.requests, testing::IsEmpty());
+  sheet.when.scheduled(false);
+  EXPECT_TRUE(sheet.next()) << "rules that don't count don't matter";
+  EXPECT_THAT(helpers.requests, SizeIs(1));
 }
 
 TEST_F(NewControllerTest, StartingPointsAreWalkedThroughAsAnyOtherJob) {

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "core/creation/RepairsFixture.h"
+#include "core/editor/GeneralRules.h"
 #include "core/plist/Plist.h"
+#include "core/propertylist/Writer.h"
 
 namespace mirvel::launchd {
 namespace {
@@ -15,7 +17,7 @@ struct NormalizeForSaveTest : RepairsFixture {
     plist.name = name;
     plist.program = "/before";
     plist.programArguments = {"before"};
-    plist.normalizeForSave(repairs);
+    EXPECT_TRUE(plist.normalizeForSave(repairs));
     return plist;
   }
 };
@@ -56,6 +58,49 @@ TEST_F(NormalizeForSaveTest, AComplexCommandIsSavedAsTheScriptThatTheUserMakesOf
   EXPECT_EQ(plist.programArguments, (Arguments{{"/bin/sh", interface.savePath->string()}}));
   EXPECT_EQ(testdata::bytes(*interface.savePath), "#!/bin/sh\n\n/usr/bin/perl x | wc");
   EXPECT_EQ(interface.savePanels.at(0).name, plist.name);
+}
+
+TEST_F(NormalizeForSaveTest, WhoeverGoesBackHasNothingChanged) {
+  interface.answer.button = Interface::otherButton;
+  Plist plist;
+  plist.run = "perl x | wc";
+  const Plist before = plist.clone();
+  EXPECT_FALSE(plist.normalizeForSave(repairs));
+  EXPECT_EQ(plist, before);
+  interface.answer.button = Interface::defaultButton;  // the panel that follows is cancelled
+  EXPECT_FALSE(plist.normalizeForSave(repairs));
+  EXPECT_EQ(plist, before);
+}
+
+TEST_F(NormalizeForSaveTest, ACommandThatWasNotEditedIsLeftAlone) {
+  using List = plist::Array;
+  const plist::Dictionary table[] = {
+      {{"Program", "sh"}, {"ProgramArguments", List{"sh", "-c", "cp ~/a \"b  c\" > d"}}},
+      {{"Program", "/usr/bin/env"}, {"ProgramArguments", List{"/usr/sbin/sshd", "-i"}}},
+      {{"Program", "/my tool"}},
+      {{"Program", List{"/bin/ls"}}, {"ProgramArguments", List{"ls"}}},
+      {{"ProgramArguments", List{"perl", "", "a | b"}}},
+      {{"ProgramArguments", List{}}},
+  };
+  for (plist::Dictionary file : table) {
+    file.set("Label", "");
+    Plist plist = *Plist::readTolerantly(plist::writeBinary(file));
+    plist.nice = 5;
+    EXPECT_TRUE(plist.normalizeForSave(repairs));
+    file.set("Nice", 5);
+    file.set("Label", plist.name);
+    EXPECT_EQ(plist.encodeAll(), file) << plist.run;
+    EXPECT_NE(plist.name, "");
+
+    const std::string text = plist.run;
+    plist.run = "/bin/other";
+    EXPECT_TRUE(plist.normalizeForSave(repairs));
+    EXPECT_NE(plist.encodeAll(), file);
+    GeneralRules::run(plist, text, repairs);
+    EXPECT_TRUE(plist.normalizeForSave(repairs));
+    EXPECT_EQ(plist.encodeAll(), file) << "typed back";
+  }
+  EXPECT_TRUE(interface.alerts.empty());
 }
 
 }  // namespace

@@ -160,7 +160,7 @@ TEST_F(RunChoosersTest, AWrittenScriptRunsByTheInterpreterOfItsLanguage) {
     EXPECT_EQ(testdata::bytes(file), row.text);
     EXPECT_EQ(interface.savePanels.back().name, row.suggested);
     launchd::Plist plist = record().clone();
-    plist.normalizeForSave(program().repairs);
+    EXPECT_TRUE(plist.normalizeForSave(program().repairs));
     EXPECT_EQ(plist.programArguments, (std::vector<std::string>{row.interpreter, file.string()})) << record().run;
   }
 }

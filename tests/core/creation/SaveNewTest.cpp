@@ -103,6 +103,9 @@ TEST_F(SaveNewTest, TheJobGoesToTheFolderOfItsKindAndIsSelected) {
     ASSERT_TRUE(selected);
     EXPECT_TRUE(selected->isNewFile);
     EXPECT_THAT(shell.events, ElementsAre("busy", "deselect", "title Mirvel – job", "updateDetail", "select job job"));
+    for (std::size_t answered = 0; answered < helpers.requests.size(); ++answered) helpers.requests[answered].reply({});
+    EXPECT_FALSE(selected->isNewFile) << "another save goes to the same file";
+    helpers.requests.clear();
   }
 }
 
@@ -118,13 +121,40 @@ TEST_F(SaveNewTest, AnUnusableNameLeavesTheSheetAsItIs) {
   EXPECT_EQ(writtenPath(), "user/LaunchAgents/mine.plist");
 }
 
-TEST_F(SaveNewTest, ACommandTooComplexIsAskedAboutTwice) {
+TEST_F(SaveNewTest, ACommandTooComplexIsAskedAboutOnce) {
   interface.answer.button = Interface::alternateButton;
   NewController sheet(program());
   fill(sheet, "a", "/bin/ls | wc");
   EXPECT_TRUE(sheet.next());
-  EXPECT_THAT(interface.alerts, SizeIs(2));
+  EXPECT_THAT(interface.alerts, SizeIs(1));
   EXPECT_EQ(*written().find("ProgramArguments"), plist::Value(Array{"/bin/ls", "|", "wc"}));
+}
+
+TEST_F(SaveNewTest, WhoeverGoesBackFromThatQuestionIsInTheSheetAgain) {
+  interface.answer.button = Interface::otherButton;
+  NewController sheet(program());
+  fill(sheet, "a", "/bin/ls | wc");
+  EXPECT_FALSE(sheet.next());
+  EXPECT_EQ(sheet.currentPage(), New::Page::when);
+  EXPECT_EQ(sheet.job().plist.run, "/bin/ls | wc");
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_THAT(interface.errors, IsEmpty());
+}
+
+TEST_F(SaveNewTest, ATypedCommandArrivesAsTyped) {
+  const std::pair<std::string, Array> table[] = {
+      {"/bin/grep -E 'a\\.b' f", {"/bin/grep", "-E", "a\\.b", "f"}},
+      {"/usr/bin/printf \"\" x", {"/usr/bin/printf", "", "x"}},
+      {"/bin/sh -c \"date >> 'a b'\"", {"/bin/sh", "-c", "date >> 'a b'"}},
+      {"/bin/echo '\"a b\"' \\\\", {"/bin/echo", "\"a b\"", "\\"}},
+  };
+  for (const auto& [typed, words] : table) {
+    NewController sheet(program());
+    fill(sheet, "a", typed);
+    EXPECT_TRUE(sheet.next());
+    EXPECT_EQ(*written().find("ProgramArguments"), plist::Value(words)) << typed;
+  }
+  EXPECT_THAT(interface.alerts, IsEmpty());
 }
 
 TEST_F(SaveNewTest, AJobThatCouldntBeSavedIsThereInTheNextSheet) {

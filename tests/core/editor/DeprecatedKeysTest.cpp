@@ -12,7 +12,7 @@ using plist::Array;
 using plist::Dictionary;
 
 launchd::Plist record(const Dictionary& keys) {
-  return std::move(*launchd::Plist::read(testdata::jobText("job", keys)));
+  return std::move(*launchd::Plist::readTolerantly(testdata::jobText("job", keys)));
 }
 
 bool isSectionShown(const launchd::Plist& plist, StackSection section) {
@@ -67,6 +67,15 @@ TEST(DeprecatedKeysTest, ADeletedUnknownKeyIsNotWrittenBack) {
   EXPECT_TRUE(deleteUnknown(job, "Strange"));
   EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}}));
   EXPECT_TRUE(isSectionShown(job, StackSection::unknown)) << "the title stays until the editor is shown anew";
+}
+
+TEST(DeprecatedKeysTest, WhatIsNotKnownBelowAKnownKeyCanBeDeletedToo) {
+  launchd::Plist job = record({{"KeepAlive", Dictionary{{"Crashed", true}, {"Odd", 1}}}});
+  EXPECT_TRUE(isSectionShown(job, StackSection::unknown));
+  EXPECT_TRUE(deleteUnknown(job, "KeepAlive.Odd"));
+  EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}, {"KeepAlive", Dictionary{{"Crashed", true}}}}));
+  EXPECT_FALSE(deleteUnknown(job, "KeepAlive.Odd"));
+  EXPECT_FALSE(deleteUnknown(job, "KeepAlive.Crashed"));
 }
 
 }  // namespace

@@ -19,12 +19,14 @@ class FakeStack final : public EditStackType {
   EditButtons buttons = {};
   bool isDiscardHidden = false;
   int endedEditing = 0;
+  std::optional<InvalidField> refused = {};
   Versions versions = {};
   std::function<void(int)> answer = {};
 
   void showButtons(const EditButtons& shown) override { buttons = shown; }
   void hideDiscardButton() override { isDiscardHidden = true; }
   void endEditing() override { ++endedEditing; }
+  std::optional<InvalidField> refuse() override { return refused; }
   void compare(const Versions& both, std::function<void(int)> completion) override {
     versions = both;
     answer = std::move(completion);
@@ -53,18 +55,24 @@ class EditControllerTest : public testdata::ProgramFixture {
 
 TEST_F(EditControllerTest, ButtonsFollowTheState) {
   const struct {
-    bool isBusy;
-    bool isLoading;
+    bool isSaving;
+    bool isScanning;
     bool hasUnsavedChanges;
+    Kind kind;
     EditButtons buttons;
-  } table[] = {{false, false, false, {false, false, "Done"}},
-               {false, false, true, {false, false, "Discard Changes"}},
-               {true, false, false, {true, true, "Done"}},
-               {true, false, true, {true, true, "Discard Changes"}},
-               {true, true, false, {true, false, "Done"}}};  // a scan takes no keys away
+  } table[] = {
+      {false, false, false, Kind::userAgent, {false, false, true, "Done"}},
+      {false, false, true, Kind::userAgent, {false, false, true, "Discard Changes"}},
+      {true, false, false, Kind::userAgent, {true, true, false, "Done"}},
+      {true, false, true, Kind::userAgent, {true, true, false, "Discard Changes"}},
+      {false, true, false, Kind::userAgent, {true, false, true, "Done"}},  // a scan takes no keys away
+      {true, true, false, Kind::userAgent, {true, true, false, "Done"}},
+      {false, false, true, Kind::systemDaemon, {false, false, false, "Discard Changes"}},
+  };
   for (const auto& row : table) {
-    program().state.isBusy = row.isBusy;
-    program().state.isLoading = row.isLoading;
+    const auto saving = row.isSaving ? program().state.saving.begin() : Busy::Token();
+    const auto scanning = row.isScanning ? program().state.scanning.begin() : Busy::Token();
+    program().state.selectedJob->kind = row.kind;
     program().state.hasUnsavedChanges = row.hasUnsavedChanges;
     controller.updateButtons();
     EXPECT_EQ(stack.buttons, row.buttons);
@@ -85,6 +93,17 @@ TEST_F(EditControllerTest, SavingTakesOverWhatIsTypedAndSendsTheRecord) {
   EXPECT_EQ(shell.count("showDisplay"), 1U);
 }
 
+TEST_F(EditControllerTest, AFieldThatCantBeSavedIsNamedAndTheEditGoesOn) {
+  edit();
+  stack.refused = InvalidField{"Rule 1", "no number"};
+  controller.save();
+  EXPECT_EQ(stack.endedEditing, 1) << "what is being typed counts";
+  EXPECT_THAT(interface.errors, ElementsAre(std::pair(std::string("Rule 1"), std::string("no number"))));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_EQ(shell.count("showDisplay"), 0U);
+}
+
 TEST_F(EditControllerTest, OnlyAJobOfLaunchdCanBeSaved) {
   program().state.selectedJob.reset();
   controller.save();
@@ -93,18 +112,13 @@ TEST_F(EditControllerTest, OnlyAJobOfLaunchdCanBeSaved) {
 }
 
 TEST_F(EditControllerTest, DiscardingReadsTheFileAnewAndLeavesAlsoWithoutAChange) {
-  class Delegate final : public ScheduledDelegate {
-    void rulesDidChange() override {}
-  } delegate;
   controller.discardEdits();
   EXPECT_EQ(shell.count("showDisplay"), 1U);
   EXPECT_EQ(fetchQueue.count(), 0U);
 
   edit();
-  program().scheduledController.delegate = &delegate;
   controller.discardEdits();
   EXPECT_TRUE(stack.isDiscardHidden);
-  EXPECT_FALSE(program().scheduledController.delegate);
   EXPECT_EQ(shell.count("showDisplay"), 2U);
   EXPECT_EQ(fetchQueue.count(), 1U);
   settle();
@@ -158,6 +172,36 @@ TEST_F(EditControllerTest, TheirVersionTakesThePlaceOfMine) {
   EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
   EXPECT_FALSE(program().state.hasUnsavedChanges);
   EXPECT_THAT(helpers.requests, IsEmpty());
+}
+
+TEST_F(EditControllerTest, TheirVersionIsTakenWithoutAChangeOfMineToo) {
+  changeFile();
+  controller.save();
+  interface.answerSheet(Interface::alternateButton);
+  settle();
+  EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
+  EXPECT_EQ(program().state.selectedJob, jobNamed("a"));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+}
+
+TEST_F(EditControllerTest, OneSaveAtATime) {
+  edit();
+  controller.save();
+  controller.save();
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+  EXPECT_EQ(stack.endedEditing, 1);
+}
+
+TEST_F(EditControllerTest, AJobThatMayNotBeEditedIsntSaved) {
+  edit();
+  program().state.selectedJob->kind = Kind::systemAgent;
+  controller.save();
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
+  controller.save();
+  EXPECT_THAT(helpers.requests, SizeIs(1));
 }
 
 TEST_F(EditControllerTest, AFileThatIsGoneOrNoLongerAJobIsNoObstacle) {

@@ -107,9 +107,40 @@ TEST_F(EditingTest, OnlyASelectedLaunchdJobCanBeChangedAndStepsAreItsOwn) {
 
 TEST_F(EditingTest, NothingIsUndoneWhileASaveRuns) {
   setNice(1);
-  program().state.isBusy = true;
+  const auto saving = program().state.saving.begin();
   editing().undo();
   EXPECT_EQ(record().nice, 1);
+}
+
+TEST_F(EditingTest, UndoingEverythingMakesTheScanThatTheEditsHeldBack) {
+  setNice(1);
+  writeJob(Kind::userAgent, "new");
+  editing().undo();
+  EXPECT_EQ(fetchQueue.count(), 1U);
+  settle();
+  EXPECT_EQ(names(program().state.jobs), (std::vector<std::string>{"a", "b", "new"}));
+}
+
+TEST_F(EditingTest, AfterASaveThatFailedLateUndoingEverythingReadsTheJobAnew) {
+  const auto job = program().state.selectedJob;
+  setNice(7);
+  program().actions.save(std::dynamic_pointer_cast<Launchd>(job));
+  (void)write(Kind::userAgent, "a.plist", helpers.requests.front().text("string"));
+  helpers.requests.front().failure(Error{.code = Error::Code::Io, .message = "it couldn't be loaded"});
+  editing().undo();
+  EXPECT_FALSE(hasChanges());
+  settle();
+  EXPECT_NE(program().state.selectedJob, job);
+  EXPECT_EQ(record().nice, 7) << "as the file has it";
+}
+
+TEST_F(EditingTest, WhatWasUndoneToTheEndCanBeDoneAgain) {
+  setNice(7);
+  editing().undo();
+  settle();
+  editing().redo();
+  EXPECT_EQ(record().nice, 7);
+  EXPECT_TRUE(hasChanges());
 }
 
 TEST_F(EditingTest, ARestoredRevisionStaysAChangeAndKnowsTheFileThatItIsToReplace) {

@@ -22,6 +22,11 @@ class EditorRulesTest : public testdata::ProgramFixture {
   }
 };
 
+void tableChanged(Plist& plist, const char* key, const std::vector<GridTable::Item>& rows) {
+  std::optional<bool> plain;
+  WhenRules::gridTableChanged(plist, key, rows, plain);
+}
+
 constexpr BoxClick on{true, false};
 constexpr BoxClick off{false, false};
 constexpr BoxClick optionOn{true, true};
@@ -69,22 +74,22 @@ TEST_F(EditorRulesTest, KeepingAliveIsAllOrNothingAndAConditionTakesItsPlace) {
       {std::nullopt, [](Plist& p) { WhenRules::successfulExit(p, off); }, KeepAlive({}, {}, false, {}, {})},
       {always,
        [](Plist& p) {
-         WhenRules::gridTableChanged(p, "PathState", {{true, "a"}, {true, ""}, {false, "a"}});
+         tableChanged(p, "PathState", {{true, "a"}, {true, ""}, {false, "a"}});
        },
        KeepAlive({}, {}, {}, launchd::StringMap<bool>{{"a", false}}, {})},
       {std::nullopt,
        [](Plist& p) {
-         WhenRules::gridTableChanged(p, "OtherJobEnabled", {{true, "b"}});
+         tableChanged(p, "OtherJobEnabled", {{true, "b"}});
        },
        KeepAlive({}, {}, {}, {}, launchd::StringMap<bool>{{"b", true}})},
       {many,
        [](Plist& p) {
-         WhenRules::gridTableChanged(p, "PathState", {{true, ""}});
+         tableChanged(p, "PathState", {{true, ""}});
        },
        KeepAlive({}, true, false, {}, {})},
       {always,
        [](Plist& p) {
-         WhenRules::gridTableChanged(p, "Else", {{true, "b"}});
+         tableChanged(p, "Else", {{true, "b"}});
        },
        always},
   };
@@ -94,6 +99,19 @@ TEST_F(EditorRulesTest, KeepingAliveIsAllOrNothingAndAConditionTakesItsPlace) {
     if (row.before) plist.keepAlive = *row.before;
     row.change(plist);
     EXPECT_EQ(plist.keepAlive ? std::optional(*plist.keepAlive) : std::nullopt, row.after);
+  }
+}
+
+TEST_F(EditorRulesTest, AConditionThatComesAndGoesAgainLeavesWhatStoodThere) {
+  const KeepAlive crashing({}, true, {}, {}, {});
+  for (const auto& before : {KeepAlive(true, {}, {}, {}, {}), KeepAlive(false, {}, {}, {}, {}), crashing}) {
+    Plist plist = recordWith(before);
+    std::optional<bool> plain;
+    for (const char* typed : {"o", "org.other", ""}) {
+      WhenRules::gridTableChanged(plist, "OtherJobEnabled", {{true, typed}}, plain);
+      EXPECT_EQ(plist.keepAlive->bool_.has_value(), *typed == '\0' && before.bool_.has_value()) << typed;
+    }
+    EXPECT_EQ(*plist.keepAlive, before);
   }
 }
 

@@ -61,7 +61,9 @@ TEST(GridTableTest, EachChangeIsToldWithAllRows) {
     bool isTold;
     std::vector<Item> rows;
   } steps[] = {
-      {"an empty row", [&] { EXPECT_EQ(table.add(""), 1U); }, true, {{false, "a"}, {true, ""}}},
+      {"a row to be given its text", [&] { EXPECT_EQ(table.add(""), 1U); }, false, {{false, "a"}, {true, ""}}},
+      {"its box", [&] { table.setBox(1, false); }, false, {{false, "a"}, {false, ""}}},
+      {"its box again", [&] { table.setBox(1, true); }, false, {{false, "a"}, {true, ""}}},
       {"its text", [&] { table.setText(1, "b"); }, true, {{false, "a"}, {true, "b"}}},
       {"the same text", [&] { table.setText(1, "b"); }, false, {{false, "a"}, {true, "b"}}},
       {"a row beyond the last", [&] { table.setText(2, "c"); }, false, {{false, "a"}, {true, "b"}}},
@@ -71,6 +73,8 @@ TEST(GridTableTest, EachChangeIsToldWithAllRows) {
       {"no row to delete", [&] { EXPECT_FALSE(table.remove(2)); }, false, {{true, "a"}, {true, "b"}}},
       {"the first goes", [&] { EXPECT_TRUE(table.remove(0)); }, true, {{true, "b"}}},
       {"the last goes", [&] { EXPECT_TRUE(table.remove(0)); }, true, {}},
+      {"another", [&] { EXPECT_EQ(table.add(""), 0U); }, false, {{true, ""}}},
+      {"goes without a text", [&] { EXPECT_TRUE(table.remove(0)); }, false, {}},
   };
   for (const auto& step : steps) {
     recorder.calls = 0;

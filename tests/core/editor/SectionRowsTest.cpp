@@ -19,7 +19,7 @@ const Foundation& foundation() {
 }
 
 Plist record(const Dictionary& keys) {
-  auto read = Plist::read(testdata::jobText("job", keys));
+  auto read = Plist::readTolerantly(testdata::jobText("job", keys));
   if (!read) throw std::runtime_error(read.error().text());
   return std::move(*read);
 }
@@ -158,6 +158,12 @@ TEST(SectionRowsTest, UnknownKeysKeepTheirValuesWhileTheyAreToBeKept) {
   EXPECT_EQ(sectionRows(StackSection::unknown, job, foundation()), (Rows{{"Beta", "b"}, {"Zeta", Array{1, 2}}}));
   job.dictionary.reset();
   EXPECT_EQ(sectionRows(StackSection::unknown, job, foundation()), Rows());
+}
+
+TEST(SectionRowsTest, WhatLiesBelowAKnownKeyAndIsNotUnderstoodIsShownWithItsPath) {
+  const Plist job = record({{"Odd", 1}, {"Sockets", Dictionary{{"L", Dictionary{{"SockPathMode", "0666"}}}}}});
+  EXPECT_EQ(sectionRows(StackSection::unknown, job, foundation()),
+            (std::vector<KeyValueItem>{{"Odd", 1}, {"Sockets.L.SockPathMode", "0666"}}));
 }
 
 TEST(SectionRowsTest, KeysComeFirstInALanguageFromRightToLeft) {

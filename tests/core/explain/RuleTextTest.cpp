@@ -51,6 +51,10 @@ TEST(RuleTextTest, TimesCanBeReadAsOnClocksOfTheLocale) {
   const std::string english = ruleText(rule, Localize("en_US"), TimeForm::ofTheLocale);
   EXPECT_TRUE(english.starts_with("Every day at 9:05") && english.ends_with("PM")) << english;
   EXPECT_EQ(ruleText(rule, Localize("de"), TimeForm::ofTheLocale), "Every day at 21:05");
+  EXPECT_EQ(ruleText(rule, Localize("en_US", {}, "de_DE"), TimeForm::ofTheLocale), "Every day at 21:05");
+  const ScheduledType onMonday = DayOfWeek{1, Date::timeOfDay(21, 5)};
+  EXPECT_EQ(ruleText(onMonday, Localize("en_US", {}, "de_DE"), TimeForm::ofTheLocale), "Every Monday at 21:05")
+      << "a sentence is in one language";
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ TEST(LintTest, FindingsStandAtTheirPlacesInTheOrderOfTheFile) {
           "error: Label not found",
           "warning: line 3, column 3: Nicee: unknown key; did you mean Nice?",
           "warning: line 7, column 5: ProgramArguments[1]: launchd is no shell; the program gets | as an argument",
-          "warning: line 9, column 31: KeepAlive.Foo: unknown key, lost when the job is saved",
+          "warning: line 9, column 31: KeepAlive.Foo: unknown key",
           "error: line 10, column 19: Nice: holds \"x\", a string, where an integer belongs",
           "error: line 11, column 24: RunAtLoad: holds 1, an integer, where a boolean belongs",
       }));
@@ -65,7 +65,7 @@ TEST(LintTest, AllErrorsAreToldAtOnceAndTheRestIsChecked) {
                 "error: StartCalendarInterval.Hour: Start calendar interval type error: \"3\", a string, where an "
                 "integer belongs",
                 "error: Nice: holds \"x\", a string, where an integer belongs",
-                "warning: Umask: the value doesn't fit its key; it is lost when the job is saved",
+                "warning: Umask: the value doesn't fit its key",
             }));
 }
 
@@ -78,6 +78,37 @@ TEST(LintTest, WarningsOfTheReaderAreTold) {
   EXPECT_EQ(found[0].severity, Severity::warning);
   EXPECT_NE(found[0].message.find("Label"), std::string::npos) << found[0].text();
   EXPECT_EQ(found[0].line, 1U);
+}
+
+TEST(LintTest, OfEachSeverityTheFirst200AreToldAndTheRestIsCounted) {
+  Dict file = job({});
+  for (int i = 0; i < 230; ++i) file.set("x" + std::to_string(i), true);
+  List intervals;
+  for (int i = 0; i < 201; ++i) intervals.push_back(Dict{{"Minute", 99}});
+  file.set("StartCalendarInterval", intervals);
+  const auto found = remarks(file);
+  ASSERT_EQ(found.size(), 402U);
+  EXPECT_EQ(found[400], "error: and 1 more error");
+  EXPECT_EQ(found[401], "warning: and 30 more warnings");
+
+  std::string repeated = "<dict><key>Label</key><string>a</string><key>Program</key><string>/bin/ls</string>";
+  for (int i = 0; i < 1235; ++i) repeated += "<key>RunAtLoad</key><true/>";
+  const auto ofReader = remarksOn(repeated + "</dict>");
+  ASSERT_EQ(ofReader.size(), 101U) << "the reader tells 100 of 1234";
+  EXPECT_EQ(ofReader.back(), "warning: and 1134 more warnings");
+}
+
+TEST(LintTest, LongTextsAreCutInTheirMiddle) {
+  // U+20AC has three bytes, and isn't cut in two.
+  std::string key = "begin";
+  for (int i = 0; i < 1000; ++i) key += "\u20ac";
+  const auto found =
+      lint(plist::writeBinary(job({{key + "end", true}, {"ProcessType", std::string(9000, 'x')}})), smallMachine());
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_LE(found[0].keyPath.size(), 403U);
+  EXPECT_TRUE(found[0].keyPath.starts_with("begin\u20ac\u20ac")) << found[0].keyPath;
+  EXPECT_TRUE(found[0].keyPath.ends_with("\u20acend"));
+  EXPECT_NE(found[0].keyPath.find("\u20ac...\u20ac"), std::string::npos);
 }
 
 TEST(LintTest, EveryPrefixOfAGoodFileIsRefusedWithoutHarm) {

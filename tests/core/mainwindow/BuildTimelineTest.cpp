@@ -26,7 +26,7 @@ class BuildTimelineTest : public testdata::ProgramFixture {
  protected:
   void add(const std::string& label, plist::Dictionary keys) {
     jobs.push_back(Launchd::read(testdata::jobText(label, std::move(keys)), URL::file("/" + label), Kind::userAgent,
-                                 Launchd::Source::Elsewhere, foundation.scanSettings(), console));
+                                 foundation.scanSettings(), console));
   }
   void addCalendar(const std::string& label, plist::Dictionary interval) {
     add(label, {{"StartCalendarInterval", plist::Value(std::move(interval))}});

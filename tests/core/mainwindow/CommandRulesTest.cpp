@@ -24,9 +24,9 @@ CommandContext allowing(Command command) {
           .mode = Mode::list};
 }
 
-const std::vector<Command> fileCommands{C::new_,         C::edit,    C::save,           C::revert, C::duplicate,
-                                        C::importAction, C::export_, C::delete_,        C::share,  C::test,
-                                        C::log,          C::info,    C::revealInFinder, C::refresh};
+const std::vector<Command> fileCommands{C::new_,         C::edit,    C::save,           C::revert,  C::duplicate,
+                                        C::importAction, C::export_, C::delete_,        C::share,   C::test,
+                                        C::log,          C::info,    C::revealInFinder, C::refresh, C::restoreDeleted};
 const std::vector<Command> viewCommands{C::filter,   C::grid,   C::tree,    C::list,
                                         C::timeline, C::system, C::columns, C::titleBar};
 const std::vector<Command> otherCommands{C::fullScreen,      C::help, C::manLaunchdplist, C::site, C::mailSupport,
@@ -51,24 +51,26 @@ TEST(CommandRules, EachConditionTakesAwayItsCommandsAndNoOthers) {
       {"nothing", [](auto&) {}, {}},
       {"unsaved changes",
        [](auto& context) { context.hasUnsavedChanges = true; },
-       {C::new_, C::refresh, C::revert, C::duplicate, C::importAction, C::export_, C::grid, C::tree, C::timeline,
-        C::system}},
+       {C::new_, C::refresh, C::revert, C::duplicate, C::importAction, C::restoreDeleted, C::export_, C::grid, C::tree,
+        C::timeline, C::system}},
       {"a sheet", [](auto& context) { context.hasSheet = true; }, besidesOthers},
-      {"a scan", [](auto& context) { context.isBusy = true; }, {}},
+      {"a save", [](auto& context) { context.isSaving = true; }, {C::save}},
       {"no selection",
        [](auto& context) { context.selected.reset(); },
        {C::edit, C::save, C::revert, C::duplicate, C::export_, C::delete_, C::share, C::test, C::log, C::info,
         C::revealInFinder}},
       {"a login item",
        [](auto& context) { context.selected = Kind(Kind::loginItemApplication); },
-       {C::edit, C::save, C::duplicate, C::export_, C::test, C::log}},
+       {C::edit, C::save, C::revert, C::duplicate, C::export_, C::test, C::log}},
       {"a startup item",
        [](auto& context) { context.selected = Kind(Kind::localStartupItem); },
-       {C::edit, C::save, C::duplicate, C::export_, C::test, C::log}},
+       {C::edit, C::save, C::revert, C::duplicate, C::export_, C::test, C::log}},
       {"a helper tool",
        [](auto& context) { context.selected = Kind(Kind::privilegedHelperTool); },
-       {C::edit, C::save, C::duplicate, C::export_, C::test, C::log}},
-      {"a system daemon", [](auto& context) { context.selected = Kind(Kind::systemDaemon); }, {C::save, C::duplicate}},
+       {C::edit, C::save, C::revert, C::duplicate, C::export_, C::test, C::log}},
+      {"a system daemon",
+       [](auto& context) { context.selected = Kind(Kind::systemDaemon); },
+       {C::edit, C::save, C::revert, C::duplicate}},
       {"an edited system agent",
        [](auto& context) {
          context.selected = Kind(Kind::systemAgent);
@@ -117,7 +119,7 @@ TEST(ToolbarRules, EachItemHasItsConditions) {
   const Row table[] = {
       {"nothing", [](auto&) {}, {I::new_, I::mode, I::filter, I::share, I::log, I::info}},
       {"unsaved changes", [](auto& context) { context.hasUnsavedChanges = true; }, {I::share, I::log, I::info}},
-      {"a scan", [](auto& context) { context.isBusy = true; }, {}},
+      {"a save", [](auto& context) { context.isSaving = true; }, {}},
       {"no selection", [](auto& context) { context.selected.reset(); }, {I::new_, I::mode, I::filter}},
       {"a login item",
        [](auto& context) { context.selected = Kind(Kind::loginItemSystemPreferences); },

@@ -40,8 +40,8 @@ class ListModeTest : public testdata::ProgramFixture {
   URL url(const std::string& label) const { return URL::file(path(Kind::userAgent, label + ".plist")); }
   /// The same job, read another time.
   std::shared_ptr<Job> launchdCopy(const std::string& label) {
-    return Launchd::read(testdata::bytes(url(label).path()), url(label), Kind::userAgent, Launchd::Source::File,
-                         foundation.scanSettings(), console);
+    return Launchd::read(testdata::bytes(url(label).path()), url(label), Kind::userAgent, foundation.scanSettings(),
+                         console);
   }
   Names rows() { return names(list.content()); }
   void fill() {
@@ -250,6 +250,13 @@ TEST_F(ListModeTest, TheMenuHoldsWhatCanBeDoneWithTheJob) {
                           "reveal /bundled.app", "open /bundled.app"));
   ASSERT_EQ(interface.sheets.size(), 1U);
   EXPECT_EQ(interface.sheets.front().first.message, "Are you sure you want to delete “agent”?");
+  interface.answerSheet(Interface::alternateButton);
+
+  state().selectedJob = state().jobs[0];
+  choose(list.menuForRow(1), "Delete");
+  EXPECT_EQ(interface.sheets.front().first.message, "Are you sure you want to delete “own”?") << "the one clicked";
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_THAT(loginItems.ownItems, IsEmpty());
 
   state().hasUnsavedChanges = true;
   EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal));

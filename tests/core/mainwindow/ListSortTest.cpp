@@ -17,8 +17,7 @@ using plist::Dictionary;
 
 std::shared_ptr<Job> launchd(const std::string& name, Dictionary keys = {}, Kind kind = Kind::userAgent) {
   testdata::RecordingConsole console;
-  return Launchd::read(testdata::jobText(name, std::move(keys)), URL::file("/" + name), kind, Launchd::Source::File, {},
-                       console);
+  return Launchd::read(testdata::jobText(name, std::move(keys)), URL::file("/" + name), kind, {}, console);
 }
 
 std::shared_ptr<Job> other(const std::string& name, Kind kind = Kind::localStartupItem) {
@@ -52,18 +51,19 @@ TEST(ListSortTest, OfEachPairThePredicatesAnswerExactly) {
       {List::kind, item, tool, true, false, false, true},
       {List::kind, plain, timed, false, false, false, false},
       {List::enabled, plain, disabled, true, false, false, true},
-      {List::enabled, plain, enabled, true, true, true, true},
+      {List::enabled, plain, enabled, false, false, false, false},
       {List::enabled, item, disabled, true, false, false, true},
       {List::enabled, disabled, disabled, false, false, false, false},
-      {List::keepAlive, kept, plain, true, true, false, true},
-      {List::keepAlive, kept, kept, true, true, true, true},
+      {List::keepAlive, kept, plain, true, false, false, true},
+      {List::keepAlive, kept, kept, false, false, false, false},
       {List::keepAlive, plain, plain, false, false, false, false},
-      {List::keepAlive, kept, item, false, false, false, false},
+      {List::keepAlive, kept, item, true, false, false, true},
+      {List::keepAlive, plain, item, false, false, false, false},
       {List::keepAlive, item, tool, false, false, false, false},
       {List::scheduled, timed, plain, true, false, false, true},
       {List::scheduled, timed, timed, false, false, false, false},
-      {List::scheduled, plain, plain, true, true, true, true},
-      {List::scheduled, timed, item, false, false, false, false},
+      {List::scheduled, plain, plain, false, false, false, false},
+      {List::scheduled, timed, item, true, false, false, true},
       {List::scheduled, item, tool, false, false, false, false},
   };
   for (const auto& row : table) {
@@ -88,7 +88,7 @@ TEST(ListSortTest, EachColumnSortsBothWaysAndKeepsEqualJobs) {
   } table[] = {
       {List::name, "a \u00e1 B2 b10", "b10 B2 \u00e1 a"},      {List::summary, "a b10 \u00e1 B2", "B2 b10 \u00e1 a"},
       {List::run, "b10 \u00e1 B2 a", "a B2 b10 \u00e1"},       {List::kind, "b10 \u00e1 a B2", "B2 a b10 \u00e1"},
-      {List::enabled, "B2 a \u00e1 b10", "b10 B2 a \u00e1"},   {List::keepAlive, "b10 B2 a \u00e1", "b10 B2 \u00e1 a"},
+      {List::enabled, "B2 a \u00e1 b10", "b10 B2 a \u00e1"},   {List::keepAlive, "a b10 B2 \u00e1", "b10 B2 \u00e1 a"},
       {List::scheduled, "B2 b10 a \u00e1", "b10 a \u00e1 B2"},
   };
   for (const auto& row : table) {
@@ -98,6 +98,17 @@ TEST(ListSortTest, EachColumnSortsBothWaysAndKeepsEqualJobs) {
     sorted = jobs;
     sortJobs(sorted, row.column, false, collator);
     EXPECT_EQ(order(sorted), row.descending) << Column::identifier(row.column);
+  }
+}
+
+TEST(ListSortTest, OtherJobsInBetweenDontKeepTheMarkedOnesFromComingFirst) {
+  const Collator collator("en");
+  const Jobs jobs{launchd("plain"), other("item"), other("tool", Kind::privilegedHelperTool),
+                  launchd("kept", {{"KeepAlive", true}, {"StartInterval", 60}}, Kind::systemDaemon)};
+  for (const List column : {List::keepAlive, List::scheduled}) {
+    Jobs sorted = jobs;
+    sortJobs(sorted, column, true, collator);
+    EXPECT_EQ(order(sorted), "kept plain item tool") << Column::identifier(column);
   }
 }
 

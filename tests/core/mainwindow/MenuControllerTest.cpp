@@ -38,6 +38,7 @@ TEST_F(MenuControllerTest, ACommandIsOfferedOnceThereIsWhoDoesIt) {
   const Row table[] = {
       {Command::new_, segue(String::new_)},
       {Command::duplicate, segue(String::duplicate)},
+      {Command::restoreDeleted, segue(String::restoreDeleted)},
       {Command::test, segue(String::test)},
       {Command::log, segue(String::log)},
       {Command::info, segue(String::info)},
@@ -63,7 +64,8 @@ TEST_F(MenuControllerTest, CommandsReachWhoDoesThem) {
   shell.events.clear();
   const auto note = [this](const std::string& text) { return [this, text] { shell.note(text); }; };
   Shell& to = program().shell;
-  for (const auto name : {String::new_, String::duplicate, String::test, String::log, String::info}) {
+  for (const auto name :
+       {String::new_, String::duplicate, String::restoreDeleted, String::test, String::log, String::info}) {
     to.segues[name] = note("sheet " + std::string(name));
   }
   to.importJob = note("import");
@@ -71,16 +73,16 @@ TEST_F(MenuControllerTest, CommandsReachWhoDoesThem) {
   to.emptyIconCache = note("icons anew");
   to.checkForUpdate = [this](bool isManual) { shell.note(isManual ? "updates, asked" : "updates"); };
   shell.tab = DetailTab::launchdDisplay;
-  for (const Command command : {Command::new_, Command::duplicate, Command::test, Command::log, Command::info,
-                                Command::importAction, Command::export_, Command::edit, Command::filter,
+  for (const Command command : {Command::new_, Command::duplicate, Command::restoreDeleted, Command::test, Command::log,
+                                Command::info, Command::importAction, Command::export_, Command::edit, Command::filter,
                                 Command::fullScreen, Command::about, Command::checkForUpdates}) {
     menus().perform(command);
   }
   shell.tab = DetailTab::launchdEdit;
   menus().perform(Command::save);
-  EXPECT_THAT(shell.events,
-              ElementsAre("sheet New", "sheet Duplicate", "sheet Test", "sheet Log", "sheet Info", "import", "export",
-                          "showEdit", "focusOnFilter", "toggleFullScreen", "showAbout", "updates, asked", "save"));
+  EXPECT_THAT(shell.events, ElementsAre("sheet New", "sheet Duplicate", "sheet Restore Deleted", "sheet Test",
+                                        "sheet Log", "sheet Info", "import", "export", "showEdit", "focusOnFilter",
+                                        "toggleFullScreen", "showAbout", "updates, asked", "save"));
   for (const Command command :
        {Command::help, Command::manLaunchdplist, Command::site, Command::mailSupport, Command::revealInFinder}) {
     menus().perform(command);
@@ -126,7 +128,7 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   menus().perform(Command::tree);
   EXPECT_TRUE(state().selectedJob) << "the mode that is there leaves what is being edited";
   state().hasUnsavedChanges = false;
-  state().isBusy = true;
+  const auto scanning = state().scanning.begin();
   menus().perform(Command::list);
   EXPECT_EQ(program().mainWindow.mode(), Mode::list) << "a scan is no reason to wait";
   ASSERT_TRUE(foundation.defaults.setSelectedMode(4));
@@ -152,7 +154,8 @@ TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
   ASSERT_EQ(interface.sheets.size(), 1U);
   const Alert& question = interface.sheets.front().first;
   EXPECT_EQ(question.message, "Are you sure you want to delete “a”?");
-  EXPECT_EQ(question.informativeText, "You can’t undo this action.");
+  EXPECT_THAT(question.informativeText, HasSubstr("“Restore Deleted”"));
+  EXPECT_EQ(question.safeButton, Interface::alternateButton) << "Return doesn't delete";
   interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
 
@@ -161,6 +164,47 @@ TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
   interface.answerSheet(Interface::defaultButton);
   ASSERT_EQ(helpers.requests.size(), 1U);
   EXPECT_EQ(helpers.requests.front().text("deletePath"), path(Kind::userAgent, "a.plist").string());
+}
+
+TEST_F(MenuControllerTest, WhatIsntShownAsSelectedIsntActedOn) {
+  writeJob(Kind::userAgent, "a");
+  select("a");
+  for (const auto name : {String::duplicate, String::test, String::log, String::info}) {
+    program().shell.segues[name] = [] {};
+  }
+  program().shell.exportJob = [] {};
+  const Command commands[] = {Command::delete_, Command::duplicate, Command::export_, Command::test,
+                              Command::log,     Command::info,      Command::share,   Command::revealInFinder};
+  for (const bool isShown : {true, false}) {
+    shell.tab = isShown ? DetailTab::launchdDisplay : DetailTab::noSelection;  // a filter hides it
+    for (const Command command : commands) {
+      EXPECT_EQ(menus().isEnabled(command), isShown) << static_cast<int>(command);
+    }
+    for (const ToolbarItem item : {ToolbarItem::share, ToolbarItem::info, ToolbarItem::log}) {
+      EXPECT_EQ(menus().isEnabled(item), isShown) << static_cast<int>(item);
+    }
+    EXPECT_EQ(program().mainWindow.title(), isShown ? "Mirvel – a" : "Mirvel");
+  }
+  menus().perform(Command::delete_);
+  EXPECT_THAT(interface.sheets, IsEmpty());
+}
+
+TEST_F(MenuControllerTest, TheEndOfTheSessionAsksAboutUnsavedChanges) {
+  writeJob(Kind::userAgent, "a");
+  select("a");
+  EXPECT_TRUE(program().mainWindow.sessionMayEnd());
+  EXPECT_THAT(interface.alerts, IsEmpty());
+
+  state().hasUnsavedChanges = true;
+  interface.answer.button = Interface::defaultButton;
+  EXPECT_FALSE(program().mainWindow.sessionMayEnd());
+  EXPECT_EQ(shell.count("discardEdits"), 0U);
+  interface.answer.button = Interface::alternateButton;
+  EXPECT_TRUE(program().mainWindow.sessionMayEnd());
+  EXPECT_EQ(shell.count("discardEdits"), 1U);
+  ASSERT_EQ(interface.alerts.size(), 2U);
+  EXPECT_EQ(interface.alerts.front().alternateTitle, "Discard Changes");
+  EXPECT_EQ(interface.alerts.front().safeButton, Interface::defaultButton) << "closing it stays";
 }
 
 TEST_F(MenuControllerTest, ALaunchdJobIsSharedAsFileAndTextAndOthersAsTheirCommand) {

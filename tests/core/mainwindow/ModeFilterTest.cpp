@@ -42,7 +42,7 @@ TEST_F(ModeFilterTest, TextNameAndPathAreSearchedWhateverCaseAndAccents) {
   EXPECT_TRUE(filtered(jobs, std::string(1, '\0')).empty());
 }
 
-TEST_F(ModeFilterTest, AFilterMarksNothingAndAnEmptyOneMarksTheSelectedJob) {
+TEST_F(ModeFilterTest, AFilterLeavesTheSelectedJobMarkedOrNothing) {
   testdata::RecordingShell shell(program());
   program().state.selectedJob = jobs[1];
   modeFilter(program(), shell, jobs, "four");
@@ -50,6 +50,16 @@ TEST_F(ModeFilterTest, AFilterMarksNothingAndAnEmptyOneMarksTheSelectedJob) {
   EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "deselect"));
   EXPECT_EQ(program().state.filterString, "four");
   EXPECT_EQ(program().state.selectedJob, jobs[1]);
+
+  shell.events.clear();
+  shell.tab = DetailTab::noSelection;
+  modeFilter(program(), shell, jobs, "t");
+  EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "select job two", "updateDetail"))
+      << "a job that the filter leaves stays selected, and one that it leaves again is";
+  shell.events.clear();
+  shell.tab = DetailTab::launchdDisplay;
+  modeFilter(program(), shell, jobs, "tw");
+  EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "select job two")) << "the details stay as they are";
 
   shell.events.clear();
   modeFilter(program(), shell, jobs, "");

@@ -27,7 +27,8 @@ TEST_F(ModeRulesTest, TheSelectionIsGuardedWithOneQuestion) {
   };
   for (const auto& step : steps) {
     state().hasUnsavedChanges = step.state == Unsaved || step.state == UnsavedAndBusy;
-    state().isBusy = step.state == Busy || step.state == UnsavedAndBusy;
+    const bool isBusy = step.state == Busy || step.state == UnsavedAndBusy;
+    const auto saving = isBusy ? state().saving.begin() : mirvel::Busy::Token();
     EXPECT_EQ(guard.mayChange(), step.mayChange);
     EXPECT_EQ(interface.sheets.size(), step.questions);
   }
@@ -37,11 +38,11 @@ TEST_F(ModeRulesTest, TheSelectionIsGuardedWithOneQuestion) {
 
 TEST_F(ModeRulesTest, AnEmptyViewTellsWhyUnlessAFilterMadeItSo) {
   EXPECT_EQ(emptyStateLabel(program()), "No Items");
-  state().isLoading = true;
+  auto scanning = state().scanning.begin();
   EXPECT_EQ(emptyStateLabel(program()), "Loading\u2026");
   state().jobs = {job(Kind::userAgent)};
   EXPECT_EQ(emptyStateLabel(program()), "Loading\u2026");
-  state().isLoading = false;
+  scanning.release();
   EXPECT_EQ(emptyStateLabel(program()), std::nullopt);
 }
 
@@ -70,6 +71,8 @@ TEST_F(ModeRulesTest, TheKindDecidesWhatCanBeDraggedAndDeleted) {
     state().hasUnsavedChanges = true;
     EXPECT_FALSE(canDelete(row.kind)) << row.kind.name();
     state().hasUnsavedChanges = false;
+    const auto saving = state().saving.begin();
+    EXPECT_FALSE(canDelete(row.kind)) << row.kind.name();
   }
   ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
   for (const auto& row : table) EXPECT_EQ(canDelete(row.kind), row.canDeleteByPermission) << row.kind.name();

@@ -50,6 +50,17 @@ TEST_F(RevisionMenuTest, AnEarlierContentComesBackAsAnUnsavedChange) {
   EXPECT_THAT(testdata::bytes(path(Kind::userAgent, "a.plist")), testing::HasSubstr("/bin/ls")) << "not on the disk";
 }
 
+TEST_F(RevisionMenuTest, OfTwoFilesWithTheSameBytesTheSelectedOneIsReplaced) {
+  writeJob(Kind::localAgent, "a", {{"Program", "/bin/ls"}, {"Own", 1}});
+  scan();
+  const auto other = program().state.jobAt(URL::file(path(Kind::userAgent, "a.plist")));
+  program().state.selectedJob = program().state.jobAt(URL::file(path(Kind::localAgent, "a.plist")));
+  program().revisions.saveRevision(selected());
+  insertRevision(program(), revisionItems(program()).at(0).revision);
+  EXPECT_EQ(program().state.jobAt(other->url), other);
+  EXPECT_EQ(program().state.jobAt(selected().url), program().state.selectedJob);
+}
+
 TEST_F(RevisionMenuTest, WhatIsNoContentOfAJobChangesNothing) {
   scan();
   const auto job = jobNamed("a");
@@ -62,6 +73,35 @@ TEST_F(RevisionMenuTest, WhatIsNoContentOfAJobChangesNothing) {
   EXPECT_FALSE(program().state.hasUnsavedChanges);
   program().state.selectedJob = nullptr;
   EXPECT_THAT(revisionItems(program()), IsEmpty());
+}
+
+TEST_F(RevisionMenuTest, RevisionsAreDeletedForOneJobOrForAllAndNeverByReturnOrEscape) {
+  struct Row {
+    int answer;
+    bool isAKept;
+    bool isBKept;
+  };
+  for (const Row& row : {Row{Interface::otherButton, true, true}, Row{Interface::defaultButton, false, true},
+                         Row{Interface::alternateButton, false, false}}) {
+    scan();
+    for (const char* name : {"b", "a"}) {
+      program().state.selectedJob = jobNamed(name);
+      program().revisions.saveRevision(selected());
+    }
+    confirmDeleteRevisions(program());
+    ASSERT_THAT(interface.sheets, SizeIs(1));
+    const Alert question = interface.sheets.front().first;
+    EXPECT_EQ(question.message, "Do you want to delete the revisions of “a”?");
+    EXPECT_EQ(question.safeButton, Interface::otherButton);
+    EXPECT_EQ(question.otherTitle, "Cancel");
+    program().state.selectedJob = jobNamed("b");  // the question was about the other one
+    interface.answerSheet(row.answer);
+    EXPECT_EQ(program().revisions.revisions().find(path(Kind::userAgent, "a.plist").string()) != nullptr, row.isAKept);
+    EXPECT_EQ(program().revisions.revisions().find(path(Kind::userAgent, "b.plist").string()) != nullptr, row.isBKept);
+  }
+  program().state.selectedJob = nullptr;
+  confirmDeleteRevisions(program());
+  EXPECT_THAT(interface.sheets, IsEmpty());
 }
 
 }  // namespace

@@ -43,8 +43,8 @@ class TimelineModeTest : public testdata::ProgramFixture {
     writeJob(kind, label, {{"StartCalendarInterval", plist::Value(std::move(interval))}});
   }
   std::shared_ptr<Job> launchdCopy(const std::string& label) {
-    return Launchd::read(testdata::bytes(url(label).path()), url(label), Kind::userAgent, Launchd::Source::File,
-                         foundation.scanSettings(), console);
+    return Launchd::read(testdata::bytes(url(label).path()), url(label), Kind::userAgent, foundation.scanSettings(),
+                         console);
   }
   Names rows() const {
     Names result;

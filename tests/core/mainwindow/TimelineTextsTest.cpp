@@ -20,6 +20,15 @@ std::string withPlainBlanks(std::string text) {
 
 constexpr sys_seconds sundayEvening = sys_days(2026y / 11 / 22) + 20h + 5min;
 
+TEST(TimelineTexts, DatesAndTimesAreThoseOfTheirOwnLocaleAndWordsThoseOfTheLanguage) {
+  const Localize localize("en_US", {}, "de_DE");
+  const TimelineTexts texts(localize, "Europe/Berlin");
+  EXPECT_EQ(texts.day(sundayEvening, 0), "Today");
+  EXPECT_EQ(texts.day(sundayEvening, 3), "Sonntag, 22. November 2026");
+  EXPECT_EQ(texts.time(sundayEvening), "21:05");
+  EXPECT_EQ(texts.duration(2h), "2 hours");
+}
+
 TEST(TimelineTexts, AreThoseOfTheLanguageAndTheZone) {
   const struct {
     const char* locale;

@@ -204,7 +204,7 @@ TEST_F(TreeModeTest, GroupsAreNeverSelectedAndNeverAskAboutChanges) {
   };
   for (const auto& row : rows) {
     state().hasUnsavedChanges = row.state == Unsaved;
-    state().isBusy = row.state == Busy;
+    const auto saving = row.state == Busy ? state().saving.begin() : mirvel::Busy::Token();
     EXPECT_EQ(tree->maySelect(row.path), row.maySelect) << testing::PrintToString(row.path);
     EXPECT_EQ(interface.sheets.size(), row.questions) << testing::PrintToString(row.path);
   }

@@ -4,6 +4,7 @@
 
 #include "core/plist/Plist.h"
 #include "core/plist/RunString.h"
+#include "core/support/Text.h"
 
 namespace mirvel::launchd {
 namespace {
@@ -24,20 +25,60 @@ TEST(RunStringTest, ProgramAndArgumentsBecomeOneLine) {
       {"/bin/ls", Arguments{"-ls", "ls"}, {"/bin/ls -ls ls", "/bin/ls"}},
       {{}, Arguments{"/bin/echo", "a b"}, {"/bin/echo \"a b\"", "/bin/echo"}},
       {{}, Arguments{"/my tool", "x"}, {"\"/my tool\" x", "/my tool"}},
-      {"/my tool", Arguments{"x"}, {"/my tool x", "/my tool"}},
+      {"/my tool", Arguments{"x"}, {"\"/my tool\" x", "/my tool"}},
+      {"/my tool", {}, {"\"/my tool\"", {}}},
+      {"/usr/bin/env", Arguments{"/usr/sbin/sshd", "-i"}, {"/usr/bin/env /usr/sbin/sshd -i", "/usr/bin/env"}},
       {{}, Arguments{"e", "say \"a b\""}, {"e 'say \"a b\"'", "e"}},
-      {{}, Arguments{"e", "\"a b\" c"}, {"e \"a b\" c", "e"}},
-      {{}, Arguments{"e", "'a b"}, {"e 'a b", "e"}},
-      {{}, Arguments{"e", "a\\ b"}, {"e a\\ b", "e"}},
-      {{}, Arguments{"e", "a\\ b c"}, {"e \"a\\ b c\"", "e"}},
-      {{}, Arguments{"e", "", "x"}, {"e  x", "e"}},
-      {{}, Arguments{"", "x"}, {"x", ""}},
+      {{}, Arguments{"e", "\"a b\" c"}, {"e '\"a b\" c'", "e"}},
+      {{}, Arguments{"e", "'a b"}, {"e \"'a b\"", "e"}},
+      {{}, Arguments{"e", "a\\ b"}, {"e \"a\\ b\"", "e"}},
+      {{}, Arguments{"e", "a\\.b"}, {"e \"a\\.b\"", "e"}},
+      {{}, Arguments{"e", "it's \"x\" \\"}, {"e \"it's \\\"x\\\" \\\\\"", "e"}},
+      {{}, Arguments{"e", "", "x"}, {"e \"\" x", "e"}},
+      {{}, Arguments{"", "x"}, {"\"\" x", ""}},
   };
   for (const auto& row : table) {
     const auto result = makeRunString(row.program, row.arguments);
     EXPECT_EQ(result.run, row.expected.run);
     EXPECT_EQ(result.iconPath, row.expected.iconPath) << row.expected.run;
   }
+}
+
+TEST(RunStringTest, EveryArgumentIsReadBackFromTheText) {
+  const std::string signs = "a \t\n\r'\"\\$`;";
+  std::vector<std::string> words = {"", "-x", "\u00e4 b"};
+  for (const char a : signs) {
+    words.push_back({a});
+    for (const char b : signs) {
+      words.push_back({a, b});
+      for (const char c : signs) words.push_back({a, b, c});
+    }
+  }
+  for (const std::string& word : words) {
+    const Arguments arguments{"/bin/echo", word, "end"};
+    EXPECT_EQ(Text::separateCommand(makeRunString({}, arguments).run), arguments) << word;
+  }
+}
+
+TEST(CommandTest, AnEditedCommandKeepsTheFormThatItHad) {
+  const struct {
+    Command before;
+    std::string run;
+    Command expected;
+  } table[] = {
+      {{}, "/bin/ls -l", {{}, Arguments{"/bin/ls", "-l"}}},
+      {{{}, Arguments{"/bin/ls"}}, "/bin/ls -l", {{}, Arguments{"/bin/ls", "-l"}}},
+      {{"/bin/ls", Arguments{"/bin/ls"}}, "", {}},
+      {{"/bin/ls", Arguments{"ls"}}, "/bin/ls -l", {"/bin/ls", Arguments{"ls", "-l"}}},
+      {{"/bin/ls", Arguments{"ls"}}, "/bin/dir -l", {{}, Arguments{"/bin/dir", "-l"}}},
+      {{"/bin/env", Arguments{"sshd", "-i"}}, "/bin/env sshd -D", {"/bin/env", Arguments{"sshd", "-D"}}},
+      {{"/bin/env", Arguments{"sshd", "-i"}}, "/bin/nice sshd -i", {"/bin/nice", Arguments{"sshd", "-i"}}},
+      {{"/bin/env", Arguments{"sshd", "-i"}}, "/bin/env", {"/bin/env", {}}},
+      {{"/my tool", {}}, "\"/my other tool\"", {"/my other tool", {}}},
+      {{"/my tool", {}}, "\"/my tool\" -x", {{}, Arguments{"/my tool", "-x"}}},
+      {{"", Arguments{"/bin/ls"}}, "/bin/ls -l", {{}, Arguments{"/bin/ls", "-l"}}},
+  };
+  for (const auto& row : table) EXPECT_EQ(commandOf(row.run, row.before), row.expected) << row.run;
 }
 
 TEST(EmptyLabelTest, TheCommandGivesTheLabel) {

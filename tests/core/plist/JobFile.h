@@ -44,9 +44,9 @@ inline Plist decoded(const plist::Value& file) {
   return std::move(*plist);
 }
 
-/// Likewise, with the file itself.
+/// Likewise, as the program opens it, with the file itself.
 inline Plist loaded(const plist::Value& file) {
-  auto plist = Plist::read(plist::writeBinary(file));
+  auto plist = Plist::readTolerantly(plist::writeBinary(file));
   if (!plist) throw std::runtime_error("not loaded: " + plist.error().text());
   return std::move(*plist);
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -89,6 +90,45 @@ TEST(BinaryReaderTest, RefusalsTellWhatAndWhere) {
   }
 }
 
+/// A number in so many bytes, with these in front of its last eight.
+std::string wideNumber(std::uint64_t number, int width, char front) {
+  std::string bytes(static_cast<std::size_t>(width), front);
+  for (std::size_t i = 0; i < std::min<std::size_t>(8, bytes.size()); ++i) {
+    bytes[bytes.size() - 1 - i] = static_cast<char>(number >> (8 * i));
+  }
+  return bytes;
+}
+
+TEST(BinaryReaderTest, OffsetsAndReferencesAreReadByTheirLastEightBytes) {
+  const struct {
+    int offsetSize, referenceSize;
+    char front;
+    bool isRead;
+  } rows[] = {
+      {1, 1, 0, true},        {3, 5, 0, true},     {8, 8, 0, true},   {9, 1, 0, true},  {1, 9, 0, true},
+      {16, 16, '\xFF', true}, {255, 255, 7, true}, {255, 1, 0, true}, {0, 1, 0, false}, {1, 0, 0, false},
+  };
+  for (const auto& [offsetSize, referenceSize, front, isRead] : rows) {
+    // [true, {"k": true}]
+    const auto reference = [size = referenceSize, byte = front](std::uint64_t object) {
+      return wideNumber(object, size, byte);
+    };
+    std::string list = "bplist00";
+    std::string offsets;
+    for (const std::string& object :
+         {"\xA2" + reference(1) + reference(2), "\x09"s, "\xD1" + reference(3) + reference(1), "\x51k"s}) {
+      offsets += wideNumber(list.size(), offsetSize, front);
+      list += object;
+    }
+    const std::size_t table = list.size();
+    list += offsets + std::string(6, '\0') + static_cast<char>(offsetSize) + static_cast<char>(referenceSize);
+    list += wideNumber(4, 8, 0) + wideNumber(0, 8, 0) + wideNumber(table, 8, 0);
+    const auto document = read(list);
+    ASSERT_EQ(static_cast<bool>(document), isRead) << offsetSize << ' ' << referenceSize;
+    if (isRead) EXPECT_EQ(document->value(), Value(Array{true, Dictionary{{"k", true}}})) << offsetSize;
+  }
+}
+
 /// Every byte of the trailer changed in every way: refused or the same list, and never anything worse.
 TEST(BinaryReaderTest, AnyDamageOfTheTrailerIsSafe) {
   const std::string list = writeBinary(Dictionary{{"a", Array{1, "x", true}}, {"b", Data{"xyz"}}});
@@ -118,6 +158,26 @@ TEST(BinaryReaderTest, SharedContainersMayNotGrowBeyondTheLimits) {
   EXPECT_EQ(small->value().as<Array>()->size(), 2U);
 }
 
+/// Arrays in each other that all claim the same references as their own.
+TEST(BinaryReaderTest, OverlappingContainersMayNotGrowBeyondTheLimits) {
+  constexpr std::uint64_t count = 100000;
+  constexpr std::size_t arrays = 100;
+  std::string list = "bplist00";
+  std::string offsets;
+  for (std::size_t i = 0; i < arrays; ++i) {
+    offsets += wideNumber(list.size(), 4, 0);
+    list += "\xAF\x12" + wideNumber(count, 4, 0) + static_cast<char>(i + 1);
+  }
+  offsets += wideNumber(list.size(), 4, 0);
+  list += std::string(count, '\x09');
+  const std::size_t table = list.size();
+  list += offsets + std::string(6, '\0') + "\4\1" + wideNumber(arrays + 1, 8, 0) + wideNumber(0, 8, 0);
+  const auto document = read(list + wideNumber(table, 8, 0));
+  ASSERT_FALSE(document);
+  EXPECT_EQ(document.error().code, Error::Code::LimitExceeded);
+  EXPECT_EQ(document.error().text().find("offset 8: "), std::string::npos) << "the first one is no fault yet";
+}
+
 TEST(BinaryReaderTest, OfRepeatedKeysTheFirstWins) {
   const auto document = read(listOf({"\xD2\1\2\3\4", "\x51"s + "a", "\x51"s + "a", "\x09", "\x08"}));
   ASSERT_TRUE(document);
@@ -126,11 +186,24 @@ TEST(BinaryReaderTest, OfRepeatedKeysTheFirstWins) {
   EXPECT_EQ(document->warnings()[0].text(), "offset 8: the key `a` is repeated; the first one counts");
 }
 
-TEST(BinaryReaderTest, AnIntegerOfSixteenBytesIsReadByItsLowerHalfWithAWarning) {
-  const auto document = read(listOf({"\x14\0\0\0\0\0\0\0\1\0\0\0\0\0\0\0\5"s}));
-  ASSERT_TRUE(document);
-  EXPECT_EQ(document->value(), Value(5));
-  EXPECT_EQ(document->warnings().size(), 1U);
+TEST(BinaryReaderTest, NumbersOfSixteenBytesAreReadByTheirLowerHalfWithAWarning) {
+  const std::string number = "\0\0\0\0\0\0\0\1\0\0\0\0\0\0\0\5"s;
+  const struct {
+    std::string object;
+    Value value;
+    std::size_t warnings;
+  } rows[] = {
+      {"\x14" + number, 5, 1},
+      {"\x8F" + number, Uid{5}, 1},
+      {"\x8F" + std::string(15, '\0') + "\5", Uid{5}, 0},
+      {"\x88" + std::string(8, '\0') + "\5", Uid{5}, 0},
+  };
+  for (const auto& [object, value, warnings] : rows) {
+    const auto document = read(listOf({object}));
+    ASSERT_TRUE(document) << document.error().text();
+    EXPECT_EQ(document->value(), value);
+    EXPECT_EQ(document->warnings().size(), warnings);
+  }
 }
 
 }  // namespace

@@ -70,6 +70,32 @@ TEST(WriterTest, DataLinesGrowShorterWithTheIndentUpToEightLevels) {
   EXPECT_EQ(lineLength(9), 12U);
 }
 
+TEST(WriterTest, DataInDeepNestingIsIndentedByEightTabsAtMostAndAllElseByItsDepth) {
+  const struct {
+    Value value;
+    const char* lines;  ///< ten levels deep
+  } rows[] = {
+      {Data{"ab"}, "\t\t\t\t\t\t\t\t\t\t<data>\n\t\t\t\t\t\t\t\tYWI=\n\t\t\t\t\t\t\t\t\t\t</data>\n"},
+      {Data{"0123456789"},
+       "\t\t\t\t\t\t\t\t\t\t<data>\n\t\t\t\t\t\t\t\tMDEyMzQ1Njc4\n\t\t\t\t\t\t\t\tOQ==\n\t\t\t\t\t\t\t\t\t\t</data>\n"},
+      {Data{}, "\t\t\t\t\t\t\t\t\t\t<data>\n\t\t\t\t\t\t\t\t\t\t</data>\n"},
+      {"ab", "\t\t\t\t\t\t\t\t\t\t<string>ab</string>\n"},
+      {Array{}, "\t\t\t\t\t\t\t\t\t\t<array/>\n"},
+      {Dictionary{{"a", true}},
+       "\t\t\t\t\t\t\t\t\t\t<dict>\n\t\t\t\t\t\t\t\t\t\t\t<key>a</key>\n\t\t\t\t\t\t\t\t\t\t\t<true/>\n"
+       "\t\t\t\t\t\t\t\t\t\t</dict>\n"},
+  };
+  for (const auto& [value, lines] : rows) {
+    Value nested = value;
+    for (int i = 0; i < 10; ++i) nested = Array{nested};
+    const std::string body = bodyOf(nested);
+    const std::string before = "\t\t\t\t\t\t\t\t\t<array>\n";
+    const std::size_t start = body.find(before);
+    ASSERT_NE(start, std::string::npos);
+    EXPECT_EQ(body.substr(start + before.size()).rfind(lines, 0), 0U) << body;
+  }
+}
+
 TEST(WriterTest, BothFormsAreReadAgainAsTheSameList) {
   Array many;
   for (int i = 0; i < 70000; ++i) many.emplace_back(i);  // references of four bytes

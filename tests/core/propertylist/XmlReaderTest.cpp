@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,9 @@ TEST(XmlReaderTest, EveryTypeIsRead) {
       {"<dict><key>b</key><true/><key>a</key><integer>1</integer></dict>", Dictionary{{"a", 1}, {"b", true}}},
       {"<dict><key>CF$UID</key><integer>7</integer></dict>", Uid{7}},
       {"<dict><key>CF$UID</key><string>7</string></dict>", Dictionary{{"CF$UID", "7"}}},
+      {"<dict><key>CF$UID</key><integer>7</integer><key>CF$UID</key><integer>8</integer></dict>", Uid{8}},
+      {"<dict><key>CF$UID</key><integer>7</integer><key>a</key><true/></dict>", Dictionary{{"CF$UID", 7}, {"a", true}}},
+      {"<data>QQ=\v\f=</data>", Data{"A"}},
   };
   for (const auto& [element, value] : rows) {
     EXPECT_EQ(valueIn(element), value) << element;
@@ -58,6 +62,84 @@ TEST(XmlReaderTest, EveryTypeIsRead) {
               value);
     EXPECT_EQ(valueIn("<array a='b'>" + std::string(element) + "<!-- - --></array >"), Value(Array{value})) << element;
   }
+}
+
+TEST(XmlReaderTest, AnyWhiteSpaceOfUnicodeMayStandBeforeANumberAndNoneBehindIt) {
+  const struct {
+    const char* text;
+    bool isSpace;
+  } rows[] = {
+      {" \t\r\n", true}, {"\v", true},     {"\f", true},      {"\u0085", true},  {"\u00A0", true},  {"\u1680", true},
+      {"\u2003", true},  {"\u200B", true}, {"\u2028", true},  {"\u2029", true},  {"\u202F", true},  {"\u205F", true},
+      {"\u3000", true},  {"\x1F", false},  {"\u180E", false}, {"\u200C", false}, {"\uFEFF", false}, {"\xC2", false},
+  };
+  for (const auto& [space, isSpace] : rows) {
+    const std::string text = space;
+    EXPECT_EQ(static_cast<bool>(read("<integer>" + text + "7</integer>")), isSpace) << testing::PrintToString(text);
+    EXPECT_EQ(static_cast<bool>(read("<integer>-" + text + "7</integer>")), isSpace) << testing::PrintToString(text);
+    EXPECT_EQ(static_cast<bool>(read("<real>" + text + "1.5</real>")), isSpace) << testing::PrintToString(text);
+    for (const char* const refused : {"<integer>7@</integer>", "<integer>@</integer>", "<real>1.5@</real>",
+                                      "<real>-@1.5</real>", "<real>@nan</real>", "<real>nan@</real>",
+                                      "<date>@2001-01-01T00:00:00Z</date>", "<date>2001-01-01T00:00:00Z@</date>"}) {
+      std::string xml = refused;
+      xml.replace(xml.find('@'), 1, text);
+      EXPECT_FALSE(read(xml)) << testing::PrintToString(xml);
+    }
+  }
+  EXPECT_EQ(valueIn("<integer>\u3000-\u00A0\v0x1F</integer>"), Value(-31));
+  EXPECT_EQ(valueIn("<real>&#x2003; -1.5e1</real>"), Value(-15.0)) << "a reference counts as its character";
+}
+
+TEST(XmlReaderTest, RealsAreDecimalOrOneOfAFewWords) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const struct {
+    const char* text;
+    std::optional<Value> value;
+  } rows[] = {
+      {"NaN", std::numeric_limits<double>::quiet_NaN()},
+      {"Infinity", infinity},
+      {"+inf", infinity},
+      {"-INFINITY", -infinity},
+      {"1e999", infinity},
+      {"-1e999", -infinity},
+      {"1e-999", 0.0},
+      {".5", 0.5},
+      {"5.", 5.0},
+      {"+5.e-1", 0.5},
+      {"00012", 12.0},
+      {"<![CDATA[1.5]]>", 1.5},
+      {"+nan", {}},
+      {"-nan", {}},
+      {"nan(1)", {}},
+      {"infinit", {}},
+      {"0x10", {}},
+      {".", {}},
+      {"-", {}},
+      {"1e", {}},
+      {"1e+", {}},
+      {"1.5.2", {}},
+      {"--1", {}},
+      {"1_000", {}},
+      {"", {}},
+  };
+  for (const auto& [text, value] : rows) {
+    const auto document = read("<real>" + std::string(text) + "</real>");
+    ASSERT_EQ(static_cast<bool>(document), value.has_value()) << text;
+    if (value) EXPECT_EQ(document->value(), *value) << text;
+  }
+}
+
+TEST(XmlReaderTest, ATagIsItsNameUpToWhiteSpaceAndASlashAtTheVeryEnd) {
+  const struct {
+    const char* xml;
+    bool isRead;
+  } rows[] = {
+      {"<array/>", true},           {"<array />", true},        {"<array\n/>", true}, {"<array a='/'></array>", true},
+      {"<array a/></array>", true}, {"<array/ >", false},       {"<array//>", false}, {"<array/a></array>", false},
+      {"< array/>", false},         {"<Array/>", false},        {"</array>", false},  {"<true/ ></true>", false},
+      {"<array></ array>", false},  {"<array></array >", true},
+  };
+  for (const auto& [xml, isRead] : rows) EXPECT_EQ(static_cast<bool>(read(xml)), isRead) << xml;
 }
 
 TEST(XmlReaderTest, RefusalsTellWhatAndWhere) {
@@ -108,6 +190,12 @@ TEST(XmlReaderTest, RefusalsTellWhatAndWhere) {
       {"<array", "line 1, column 1: the tag isn't closed by `>`"},
       {"<", "line 1, column 1: the tag isn't closed by `>`"},
       {"<?xml encoding='foobar'?><true/>", "line 1, column 1: the encoding `foobar` isn't known"},
+      {"<?xml encoding=''?><true/>", "line 1, column 1: the XML declaration names no encoding that is known"},
+      {"<?xml encoding=\"\"?><true/>", "line 1, column 1: the XML declaration names no encoding that is known"},
+      {"<?xml encoding=' '?><true/>", "line 1, column 1: the XML declaration names no encoding that is known"},
+      {"<?xml encoding='utf-8,version=1'?><true/>",
+       "line 1, column 1: the XML declaration names no encoding that is known"},
+      {"<?xml encoding='../x'?><true/>", "line 1, column 1: the XML declaration names no encoding that is known"},
       {"", "the file is empty"},
   };
   for (const auto& [xml, text] : rows) {
@@ -168,7 +256,13 @@ TEST(XmlReaderTest, EncodingsComeByMarkByZerosOrByDeclaration) {
   EXPECT_EQ(valueIn(wide(false)), Value("\u00e9\u20ac"));
   EXPECT_EQ(valueIn(wide(true)), Value("\u00e9\u20ac"));
   EXPECT_EQ(valueIn("<?xml version=\"1.0\" encoding=\"ISO-8859-15\"?><string>\xA4</string>"), Value("\u20ac"));
-  EXPECT_EQ(valueIn("<?xml version=\"1.0\" encoding = 'x-mac-utf-8'?>" + utf8), Value("\u00e9\u20ac"));
+  EXPECT_EQ(valueIn("<?xml version=\"1.0\" encoding='x-mac-utf-8'?>" + utf8), Value("\u00e9\u20ac"));
+  EXPECT_EQ(valueIn("<?xml version=\"1.0\" ENCODING='latin1' encoding='Utf-8'?>" + utf8), Value("\u00e9\u20ac"));
+  // What isn't quoted directly behind `encoding=` within the declaration isn't looked at.
+  for (const char* const passedOver : {"<?xml encoding = 'latin1'?>", "<?xml encoding=latin1?>", "<?xml encoding=?>",
+                                       "<?xml version='1.0'?><?x encoding='latin1'?>", "<?xml encoding='latin1?>"}) {
+    EXPECT_EQ(valueIn(passedOver + utf8), Value("\u00e9\u20ac")) << passedOver;
+  }
   EXPECT_FALSE(read("\xFF\xFE" + wide(false) + "\xD8"));  // half a character at the end
   EXPECT_FALSE(read("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + utf8));
 }
@@ -205,15 +299,35 @@ TEST(XmlReaderTest, NestingEndsAt512) {
   EXPECT_TRUE(read(nested(200000, "<plist>", "</plist>")));  // adds no depth to the value
 }
 
+TEST(XmlReaderTest, PlacesAreCountedFromOneInAnyOrder) {
+  const std::string text = "ab\n\ncd\r\ne";
+  const Lines lines(text);
+  const struct {
+    std::size_t offset, line, column;
+  } rows[] = {{9, 4, 2}, {0, 1, 1}, {2, 1, 3}, {3, 2, 1}, {4, 3, 1}, {7, 3, 4}, {8, 4, 1}, {1, 1, 2}};
+  for (const auto& [offset, line, column] : rows) {
+    EXPECT_EQ(lines.placeOf(offset).line, line) << offset;
+    EXPECT_EQ(lines.placeOf(offset).column, column) << offset;
+    EXPECT_EQ(placeOf(text, offset).line, line) << offset;
+    EXPECT_EQ(placeOf(text, offset).column, column) << offset;
+  }
+}
+
 TEST(XmlReaderTest, PositionsAreThoseOfKeysAndValues) {
   Positions positions;
-  ASSERT_TRUE(read(
-      "<plist>\n<dict>\n\t<key>a</key>\n\t<array><true/> <dict><key>b</key>\n<true/></dict></array>\n</dict></plist>",
-      &positions));
+  ASSERT_TRUE(
+      read("<plist>\n<dict>\n\t<key>a</key>\n\t<array><true/> <dict><key>b</key>\n<true/></dict></array>\n"
+           "<key>c&amp;d</key><dict><key></key><true/></dict>\n"
+           "<key>r</key><true/><key>r</key><false/>\n"
+           "<key>p</key><plist><array><plist><true/></plist><true/><true/><true/><true/><true/><true/><true/><true/>"
+           "<true/><true/></array></plist></dict></plist>",
+           &positions));
   const struct {
     const char* path;
     std::size_t keyLine, keyColumn, valueLine, valueColumn;
-  } rows[] = {{"", 2, 1, 2, 1}, {"a", 3, 2, 4, 2}, {"a[0]", 4, 9, 4, 9}, {"a[1].b", 4, 23, 5, 1}};
+  } rows[] = {{"", 2, 1, 2, 1},       {"a", 3, 2, 4, 2},      {"a[0]", 4, 9, 4, 9},     {"a[1].b", 4, 23, 5, 1},
+              {"c&d", 6, 1, 6, 19},   {"c&d.", 6, 25, 6, 36}, {"r", 7, 20, 7, 32},      {"p", 8, 1, 8, 20},
+              {"p[0]", 8, 34, 8, 34}, {"p[1]", 8, 49, 8, 49}, {"p[10]", 8, 112, 8, 112}};
   for (const auto& row : rows) {
     const auto spot = positions.find(row.path);
     ASSERT_TRUE(spot) << row.path;

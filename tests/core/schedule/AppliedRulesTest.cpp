@@ -118,7 +118,8 @@ TEST(AppliedRulesTest, TheRecordTakesTheRowsAndKeepsItsReadRules) {
   const NumberText numbers("en_US");
   plist.applyRules({{"Every day", halfPastNine}}, texts, numbers, egypt);
   EXPECT_EQ(plist.startInterval, std::nullopt);
-  EXPECT_EQ(plist.startCalendarInterval, (StartCalendarInterval{.intervals = {{.minute = 30, .hour = 9}}}));
+  EXPECT_EQ(plist.startCalendarInterval,
+            (StartCalendarInterval{.intervals = {{.minute = 30, .hour = 9}}, .singleValue = true}));
   EXPECT_EQ(plist.scheduled, (std::vector<ScheduledType>{EveryHour{0}}));
   plist.applyRules({}, texts, numbers, egypt);
   EXPECT_EQ(plist.startCalendarInterval, std::nullopt);

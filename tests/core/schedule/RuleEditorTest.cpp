@@ -13,6 +13,7 @@ namespace mirvel::Scheduled {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 using Unit = RepeatInterval::Unit;
 using Rules = std::vector<ScheduledType>;
 using Lines = std::vector<std::string>;
@@ -47,12 +48,13 @@ class Told final : public RuleEditorType, public ScheduledDelegate {
   }
   void valueWasEntered() override { news.push_back("entered"); }
   void rowsWereLoaded() override { news.push_back("loaded"); }
+  void rowWasRefused(std::size_t row) override { news.push_back("refused " + std::to_string(row)); }
   void rulesDidChange() override { news.push_back("rules"); }
 };
 
 class RuleEditorTest : public testing::Test {
  protected:
-  RuleEditorTest() { controller.delegate = &told; }
+  RuleEditorTest() { editor.setDelegate(&told); }
 
   Lines lines() const {
     Lines result;
@@ -193,9 +195,52 @@ TEST_F(RuleEditorTest, EachChangeIsToldAndWhatChangesNothingIsNot) {
     change();
     EXPECT_EQ(told.take(), news) << "row " << &news - &table[0].second;
   }
-  controller.delegate = nullptr;
+  editor.setDelegate(nullptr);
   editor.addRow();
   EXPECT_THAT(told.take(), ElementsAre("added 0"));
+}
+
+TEST_F(RuleEditorTest, EachEditorTellsItsOwnListener) {
+  Told other;
+  RuleEditor second(controller, &other);
+  second.setDelegate(&other);
+  editor.addRow();
+  EXPECT_THAT(told.take(), ElementsAre("added 0", "rules"));
+  EXPECT_THAT(other.take(), IsEmpty());
+  second.addRow();
+  EXPECT_THAT(told.take(), IsEmpty());
+  EXPECT_THAT(other.take(), ElementsAre("added 0", "rules"));
+}
+
+TEST_F(RuleEditorTest, TheFirstRowThatCantBeSavedIsNamedAndShown) {
+  const std::vector<ScheduledType> rules{EveryDay{at(9, 0)}, EveryHour{5}, RepeatInterval{2, Unit::hours},
+                                         RepeatInterval{3, Unit::hours}};
+  const struct {
+    std::size_t row;
+    const char* number;
+    std::optional<InvalidField> refusal;
+    const char* shown;
+  } table[] = {
+      {1, "", InvalidField{"Rule 2, “Every Hour”, can’t be saved", "This isn’t a whole number"}, "refused 1"},
+      {1, "99", InvalidField{"Rule 2, “Every Hour”, can’t be saved", "A minute from 0 to 59 is needed"}, "refused 1"},
+      {2, "0", InvalidField{"Rule 3, “Repeat Interval”, can’t be saved", "Less than 10 seconds counts as 10 seconds"},
+       "refused 2"},
+      {2, "2", InvalidField{"Rule 4, “Repeat Interval”, can’t be saved", "Only the first repeat interval counts"},
+       "refused 3"},
+  };
+  for (const auto& row : table) {
+    controller.load(rules, editor);
+    editor.setNumber(row.row, row.number);
+    (void)told.take();
+    EXPECT_FALSE(editor.isValid()) << row.number;
+    EXPECT_EQ(editor.refuse(), row.refusal) << row.number;
+    EXPECT_THAT(told.take(), ElementsAre(row.shown)) << row.number;
+  }
+  controller.load({EveryDay{at(9, 0)}, EveryHour{59}, RepeatInterval{10, Unit::seconds}}, editor);
+  (void)told.take();
+  EXPECT_TRUE(editor.isValid());
+  EXPECT_EQ(editor.refuse(), std::nullopt);
+  EXPECT_THAT(told.take(), IsEmpty());
 }
 
 TEST_F(RuleEditorTest, ProblemsOfNumbersAreFound) {

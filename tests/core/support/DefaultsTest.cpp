@@ -108,21 +108,18 @@ TEST(DefaultsTest, ValuesOfAnotherTypeAreSkippedAndNotLost) {
   EXPECT_EQ(content(file), Value(expected));
 }
 
-TEST(DefaultsTest, DamagedFilesAreSetAsideAndNeverOverwritten) {
+TEST(DefaultsTest, ASettingThatCantBeWrittenHoldsUntilTheEndAndIsReported) {
   const TemporaryFolder folder;
-  folder.write("p.plist.damaged-1", "from before");
-  const std::vector<std::string> damaged{"", "<plist><dict><key>a", "text", xml(plist::Array{1}), "bplist00\xff"};
-  for (std::size_t i = 0; i < damaged.size(); ++i) {
-    const fs::path file = folder.write("p.plist", damaged[i]);
-    Defaults defaults(file);
-    EXPECT_TRUE(defaults.automaticHelp());
-    ASSERT_TRUE(defaults.setAutomaticHelp(false));
-    const fs::path aside = folder.path() / ("p.plist.damaged-" + std::to_string(i + 2));
-    EXPECT_EQ(defaults.damagedFile(), aside);
-    EXPECT_EQ(testdata::bytes(aside), damaged[i]);
-    EXPECT_EQ(content(file), Value(Dictionary{{"AutomaticHelp", false}}));
-  }
-  EXPECT_EQ(testdata::bytes(folder.path() / "p.plist.damaged-1"), "from before");
+  fs::create_directories(folder.path() / "p.plist");
+  StoreTroubles troubles;
+  std::vector<fs::path> told;
+  troubles.setListener([&](const StoreTrouble& trouble) { told.emplace_back(trouble.error.file); });
+  Defaults defaults(folder.path() / "p.plist", Defaults::Damaged::SetAside, &troubles);
+  EXPECT_FALSE(defaults.negate("AutomaticHelp"));
+  EXPECT_FALSE(defaults.automaticHelp());
+  EXPECT_FALSE(defaults.negate("AutomaticHelp"));
+  EXPECT_TRUE(defaults.automaticHelp());
+  EXPECT_EQ(told, std::vector{folder.path() / "p.plist"});
 }
 
 TEST(DefaultsTest, AProgramThatOnlyReadsLeavesADamagedFile) {
@@ -133,22 +130,7 @@ TEST(DefaultsTest, AProgramThatOnlyReadsLeavesADamagedFile) {
   const auto written = defaults.setAutomaticHelp(false);
   ASSERT_FALSE(written);
   EXPECT_EQ(written.error().code, Error::Code::Malformed);
-  EXPECT_EQ(defaults.damagedFile(), std::nullopt);
   EXPECT_EQ(testdata::bytes(file), "text");
-}
-
-TEST(DefaultsTest, WhatCantBeReadOrWrittenIsAnErrorOfTheSetter) {
-  const TemporaryFolder folder;
-  folder.write("file", "x");
-  fs::create_directories(folder.path() / "folder");
-  for (const fs::path& path :
-       {folder.path() / "folder", folder.path() / "file" / "p.plist", fs::path("/proc/x/p.plist")}) {
-    Defaults defaults(path);
-    EXPECT_TRUE(defaults.automaticHelp());
-    EXPECT_FALSE(defaults.setAutomaticHelp(false)) << path;
-    EXPECT_TRUE(defaults.automaticHelp());
-    EXPECT_EQ(defaults.damagedFile(), std::nullopt);
-  }
 }
 
 TEST(InterfaceTest, ATickedSuppressionIsStoredUnderItsKey) {

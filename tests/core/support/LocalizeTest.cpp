@@ -35,6 +35,32 @@ TEST(LocalizeTest, ADamagedCatalogueGivesEnglish) {
   EXPECT_EQ(Localize("de", folder.path()).cancel(), "Cancel");
 }
 
+TEST(LocalizeTest, DatesAndTimesFollowTheirOwnCategory) {
+  const struct {
+    Environment environment;
+    const char* timeLocale;
+  } table[] = {
+      {{}, "en_US"},
+      {{{"LANG", "fr_FR.UTF-8"}}, "en_US"},
+      {{{"LC_TIME", "de_DE.UTF-8"}}, "de_DE"},
+      {{{"LC_TIME", "de_DE.UTF-8"}, {"LC_ALL", ""}}, "de_DE"},
+      {{{"LC_TIME", "de_DE.UTF-8"}, {"LC_ALL", "en_US.UTF-8"}}, "en_US"},
+      {{{"LC_TIME", ""}}, "en_US"},
+      {{{"LC_TIME", "C"}}, "en"},
+      {{{"LC_TIME", "C.UTF-8"}}, "en"},
+      {{{"LC_TIME", "POSIX"}}, "en"},
+      {{{"LC_TIME", "en_DK.utf8"}}, "en_DK"},
+  };
+  for (const auto& row : table) {
+    const auto found = row.environment.find("LC_TIME");
+    const std::string name = found == row.environment.end() ? "(none)" : found->second;
+    EXPECT_EQ(Localize::timeLocale("en_US", row.environment), row.timeLocale) << name;
+  }
+  EXPECT_EQ(Localize("en_US").timeLocale(), "en_US");
+  EXPECT_EQ(Localize("en_US", {}, "de_DE").timeLocale(), "de_DE");
+  EXPECT_EQ(Localize("en_US", {}, "de_DE").int_(1000), "1,000") << "numbers are another category";
+}
+
 TEST(LocalizeTest, FormatFillsPlacesAndLeavesTheRest) {
   const Localize localize("en");
   struct Row {

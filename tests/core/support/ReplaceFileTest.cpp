@@ -38,7 +38,9 @@ class FailingCalls : public FileCalls {
   bool renamed() const { return m_renamed; }
   bool failed() const { return m_count >= m_failing; }
 
-  int create(int folder, const char* name) override { return fails() ? -1 : FileCalls::create(folder, name); }
+  int create(int folder, const char* name, mode_t mode) override {
+    return fails() ? -1 : FileCalls::create(folder, name, mode);
+  }
   ssize_t write(int file, const char* data, std::size_t count) override {
     return fails() ? -1 : FileCalls::write(file, data, std::min<std::size_t>(count, 3));
   }
@@ -81,9 +83,9 @@ TEST(ReplaceFileTest, AFailureAtAnyStepLeavesTheOldFileAndNothingElse) {
 TEST(ReplaceFileTest, InterruptedAndTakenNamesAreTriedAgain) {
   class Troubled : public FileCalls {
    public:
-    int create(int folder, const char* name) override {
+    int create(int folder, const char* name, mode_t mode) override {
       errno = EEXIST;
-      return ++m_creations < 3 ? -1 : FileCalls::create(folder, name);
+      return ++m_creations < 3 ? -1 : FileCalls::create(folder, name, mode);
     }
     ssize_t write(int file, const char* data, std::size_t count) override {
       errno = EINTR;
@@ -100,7 +102,7 @@ TEST(ReplaceFileTest, InterruptedAndTakenNamesAreTriedAgain) {
   EXPECT_EQ(bytes(folder.path() / "a"), "content");
 }
 
-TEST(ReplaceFileTest, ModeIsKeptAndNewFilesAreReadableByAll) {
+TEST(ReplaceFileTest, ModeIsKept) {
   const TemporaryFolder folder;
   const mode_t before = ::umask(0077);
   for (const mode_t mode : {0600U, 0755U, 0664U}) {
@@ -109,12 +111,40 @@ TEST(ReplaceFileTest, ModeIsKeptAndNewFilesAreReadableByAll) {
     EXPECT_TRUE(replaceFile(file, "new"));
     EXPECT_EQ(modeOf(file), mode);
   }
-  EXPECT_TRUE(replaceFile(folder.path() / "made", "new"));
-  ::umask(0002);
-  EXPECT_TRUE(replaceFile(folder.path() / "made too", "new"));
   ::umask(before);
-  EXPECT_EQ(modeOf(folder.path() / "made"), 0644U);
-  EXPECT_EQ(modeOf(folder.path() / "made too"), 0644U);
+}
+
+TEST(ReplaceFileTest, NewFilesHaveWhatTheUmaskLeavesAndAreNeverForOthersToWrite) {
+  struct Row {
+    mode_t umask;
+    mode_t mode;
+  };
+  const TemporaryFolder folder;
+  for (const Row& row : {Row{0000, 0644}, Row{0002, 0644}, Row{0022, 0644}, Row{0027, 0640}, Row{0077, 0600}}) {
+    const fs::path file = folder.path() / ("made with " + std::to_string(row.umask));
+    const mode_t before = ::umask(row.umask);
+    EXPECT_TRUE(replaceFile(file, "new"));
+    ::umask(before);
+    EXPECT_EQ(modeOf(file), row.mode) << row.umask;
+  }
+}
+
+TEST(ReplaceFileTest, NobodyReadsTheNewContentOfAPrivateFileWhileItIsWritten) {
+  class Looking : public FileCalls {
+   public:
+    mode_t seen = 0;
+    ssize_t write(int file, const char* data, std::size_t count) override {
+      struct stat status {};
+      if (::fstat(file, &status) == 0) seen |= status.st_mode & 07777U;
+      return FileCalls::write(file, data, count);
+    }
+  };
+  const TemporaryFolder folder;
+  const fs::path file = folder.write("private", "old");
+  ASSERT_EQ(::chmod(file.c_str(), 0600), 0);
+  Looking calls;
+  EXPECT_TRUE(replaceFile(file, "secret", calls));
+  EXPECT_EQ(calls.seen, 0600U);
 }
 
 TEST(ReplaceFileTest, OwnerAndExtendedAttributesAreKept) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "core/support/SystemProcessRunner.h"
+#include "helpers/EndsHost.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/wire/ProcessHelperConnection.h"
 #include "support/ThreadQueue.h"
@@ -17,6 +18,7 @@ using plist::Dictionary;
 /// The program itself on a root of its own.
 TEST(ActionServiceTest, TheProgramWritesAnswersInOrderAndEndsWithItsPeer) {
   const testdata::TemporaryFolder root;
+  const testdata::EndsHost end(root.path());
   const fs::path folder = root.path() / "home/.config/mirvel/LaunchAgents";
   fs::create_directories(folder);
   testdata::ThreadQueue queue;

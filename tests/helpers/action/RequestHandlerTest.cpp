@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "core/catalogue/JobFolder.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/action/ErrorReply.h"
@@ -71,12 +73,16 @@ TEST_F(RequestHandlerTest, AJobThatGetsAnotherLabelIsStoppedUnderTheOneItHad) {
 
 TEST_F(RequestHandlerTest, AMoveRemovesTheOldFileOnlyWhenTheNewOneStands) {
   const fs::path old = put("old.plist", "a");
+  put("taken.plist", "b");
   const auto move = [&](const std::string& to) {
     return handler.handle(
         {{"kind", 1}, {"path", to}, {"deletePath", old.string()}, {"string", jobText("a")}, {"label", "a"}});
   };
   EXPECT_NE(move(path("missing/a.plist")), Dictionary());
   EXPECT_TRUE(fs::exists(old));
+  EXPECT_EQ(errorCode(move(path("taken.plist"))), 5);
+  EXPECT_TRUE(fs::exists(old));
+  EXPECT_EQ(bytes(path("taken.plist")), jobText("b"));
   EXPECT_THAT(host.calls, IsEmpty());
   EXPECT_EQ(move(old), Dictionary());  // to itself
   EXPECT_TRUE(fs::exists(old));
@@ -106,18 +112,28 @@ TEST_F(RequestHandlerTest, FoldersOfTheirOwnAreMadeForUuidNamesAndGoWithThem) {
   EXPECT_TRUE(fs::is_empty(folder));
 }
 
-TEST_F(RequestHandlerTest, NewFilesAreReadableAndOldOnesKeepTheirMode) {
+TEST_F(RequestHandlerTest, NewFilesFollowTheUmaskAndOldOnesKeepTheirMode) {
   const mode_t before = ::umask(0077);
   write(0, "new.plist", "a");
   ::umask(before);
   const fs::path old = put("old.plist", "a");
-  ASSERT_EQ(::chmod(old.c_str(), 0600), 0);
+  ASSERT_EQ(::chmod(old.c_str(), 0640), 0);
   write(0, "old.plist", "a");
   struct stat status {};
   ASSERT_EQ(::stat(path("new.plist").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777U, 0644U);
-  ASSERT_EQ(::stat(old.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777U, 0600U);
+  ASSERT_EQ(::stat(old.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0640U);
+}
+
+TEST_F(RequestHandlerTest, TheHostIsStartedByTheHelperOfTheUserAlone) {
+  EXPECT_EQ(errorCode(handler.handle({{"kind", 32}})), static_cast<int>(Error::Code::NotPermitted) + 1);
+  EXPECT_THAT(host.calls, IsEmpty());
+  RequestHandler ofUser({.files = files, .host = host, .uninstall = {}, .startsHost = true});
+  EXPECT_EQ(ofUser.handle({{"kind", 32}}), Dictionary());
+  host.failing = {"start"};
+  EXPECT_THAT(errorText(ofUser.handle({{"kind", 32}}), "description"), HasSubstr("the host can't start"));
+  EXPECT_THAT(host.calls, ElementsAre("start", "start"));
 }
 
 TEST_F(RequestHandlerTest, DeletingStopsTheJobFirstAndForgivesAMissingFile) {
@@ -168,9 +184,16 @@ TEST_F(RequestHandlerTest, WhatIsNoGoodRequestDoesNothingAndSaysWhy) {
       {{{"kind", 1}, {"path", a}, {"string", "<plist version=\"1.0\"><array/></plist>"}}, "dictionary"},
       {{{"kind", 1}, {"path", a}, {"string", huge}}, "too large"},
       {{{"kind", 2}, {"label", "a"}}, "deletePath"},
-      {{{"kind", 2}, {"deletePath", folder.string()}}, "deleted"},
+      {{{"kind", 2}, {"deletePath", folder.string()}}, "delete"},
       {{{"kind", 4}, {"label", "a"}}, "path"},
       {{{"kind", 6}, {"testPath", a}, {"string", jobText("a")}}, "testOutputPath"},
+      {{{"kind", 2}, {"deletePath", a}, {"label", ""}}, "empty label"},
+      {{{"kind", 4}, {"path", a}, {"label", ""}}, "empty label"},
+      {{{"kind", 4}, {"path", a}, {"label", "a\nb"}}, "control character"},
+      {{{"kind", 4}, {"path", a}, {"label", std::string(1025, 'x')}}, "too long"},
+      {{{"kind", 1}, {"path", a}, {"string", jobText("")}}, "Label"},
+      {{{"kind", 1}, {"path", a}, {"string", jobText("a\tb")}}, "control character"},
+      {{{"kind", 4}, {"path", "/" + std::string(5000, 'x')}}, "too long"},
       {{{"kind", 9}}, "logQuery"},
       {{{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "1h"}, {"searchString", "a"}}}}, "lastSeconds"},
       {{{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "-5"}, {"searchString", "a"}}}}, "lastSeconds"},
@@ -178,20 +201,50 @@ TEST_F(RequestHandlerTest, WhatIsNoGoodRequestDoesNothingAndSaysWhy) {
   };
   for (const auto& row : rows) {
     const Dictionary reply = handler.handle(row.request);
-    EXPECT_EQ(errorText(reply, "domain"), helperErrorDomain) << row.says;
-    EXPECT_THAT(errorText(reply, "description"), HasSubstr(row.says));
-    EXPECT_FALSE(errorText(reply, "suggestion").empty()) << row.says;
+    EXPECT_THAT(errorText(reply, "detail"), HasSubstr(row.says));
   }
   EXPECT_EQ(bytes(a), jobText("a"));
   EXPECT_THAT(host.calls, IsEmpty());
 }
 
-TEST_F(RequestHandlerTest, FailuresOfTheFileSystemNameTheFolderAndTheReason) {
-  EXPECT_EQ(errorText(write(0, "missing/a.plist", "a"), "description"),
-            "The folder " + path("missing") + " can't be written: no such file or directory");
+TEST_F(RequestHandlerTest, FailuresAreAnsweredInTheirParts) {
+  using Deed = HelperFailure::Deed;
   root.write("LaunchAgents/folder.plist/x", "");
-  EXPECT_EQ(errorText(write(0, "folder.plist", "a"), "description"),
-            "The file " + path("folder.plist") + " can't be written: it is a folder");
+  put("a.plist", "a");
+  host.failing = {"unload a", "load b.plist"};
+  struct Row {
+    Dictionary reply;
+    const char* domain;
+    int code;
+    Deed deed;
+    std::string file;
+    int systemCode;
+    bool isWritten;
+  };
+  const std::string longName = std::string(300, 'x') + ".plist";
+  const std::vector<Row> rows{
+      {write(0, "missing/a.plist", "a"), actionErrorDomain, 4, Deed::Write, path("missing/a.plist"), ENOENT, false},
+      {write(0, "folder.plist", "a"), actionErrorDomain, 5, Deed::Write, path("folder.plist"), 0, false},
+      {write(0, longName, "a"), actionErrorDomain, 5, Deed::Write, path(longName), ENAMETOOLONG, false},
+      {handler.handle({{"kind", 2}, {"deletePath", path("folder.plist")}}), actionErrorDomain, 5, Deed::Delete,
+       path("folder.plist"), EISDIR, false},
+      {write(1, "a.plist", "a"), helperErrorDomain, 3, Deed::Unload, path("a.plist"), 0, true},
+      {write(1, "b.plist", "b"), helperErrorDomain, 3, Deed::Load, path("b.plist"), 0, true},
+      {handler.handle({{"kind", 5}, {"path", path("no.plist")}}), helperErrorDomain, 1, Deed::Read, path("no.plist"),
+       ENOENT, false},
+  };
+  for (const auto& row : rows) {
+    const auto* const error = row.reply.find("error");
+    ASSERT_TRUE(error) << row.file;
+    EXPECT_EQ(errorText(row.reply, "domain"), row.domain) << row.file;
+    EXPECT_EQ(errorCode(row.reply), row.code) << row.file;
+    const auto failure = HelperFailure::from(*error->as<Dictionary>());
+    ASSERT_TRUE(failure) << row.file;
+    EXPECT_EQ(failure->deed, row.deed) << row.file;
+    EXPECT_EQ(failure->cause.file, row.file);
+    EXPECT_EQ(failure->cause.systemCode, row.systemCode) << row.file;
+    EXPECT_EQ(failure->isWritten, row.isWritten) << row.file;
+  }
 }
 
 TEST_F(RequestHandlerTest, AFileThatCannotBeLoadedStaysWrittenAndTheReasonIsTold) {

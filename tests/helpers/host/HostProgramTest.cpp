@@ -13,6 +13,7 @@
 #include "helpers/host/HostSocket.h"
 #include "helpers/host/JobLog.h"
 #include "helpers/host/LoadedJobs.h"
+#include "helpers/host/Signpost.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::host {
@@ -25,37 +26,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 using HostProgram = HostFixture;
-
-/// A pipe with a name, by which a job tells the test that it has come so far: nothing is waited for by the clock.
-class Signpost {
- public:
-  explicit Signpost(const fs::path& path) : m_path(makePipe(path)), m_lines(path, std::ios::in | std::ios::out) {}
-
-  /// The next line that somebody writes.
-  std::string line() {
-    std::string line;
-    std::getline(m_lines, line);
-    return line;
-  }
-
-  static fs::path makePipe(const fs::path& path) {
-    if (::mkfifo(path.c_str(), 0600) != 0) throw std::runtime_error("no named pipe");
-    return path;
-  }
-
- private:
-  fs::path m_path;
-  std::fstream m_lines;  // open for writing too, so that it doesn't end with a writer
-};
-
-bool isAlive(const std::string& process) {
-  // A process that has ended, but isn't collected by whoever inherited it, doesn't run any more.
-  std::ifstream stat("/proc/" + process + "/stat");
-  std::string text;
-  std::getline(stat, text);
-  const auto name = text.rfind(") ");
-  return name != std::string::npos && text[name + 2] != 'Z';
-}
 
 TEST_F(HostProgram, RunsAJobAtLoadAndKeepsWhatItSays) {
   load(job("talker", "echo first; echo second >&2; printf third; exit 3", {{"RunAtLoad", true}}));
@@ -303,7 +273,7 @@ TEST_F(HostProgram, LeavesAnAutostartEntryThatThePersonMayChange) {
   load(job("one", "true"));
   const auto entry = Roots::below(folder.path()).ownAutostart / "mirvel-host.desktop";
   EXPECT_THAT(testdata::bytes(entry),
-              HasSubstr("Exec=\"" MIRVEL_HOST "\" --detach --root \"" + folder.path().string() + "\"\n"));
+              HasSubstr("Exec=\"" MIRVEL_HOST "\" --login --detach --root \"" + folder.path().string() + "\"\n"));
   folder.write(fs::relative(entry, folder.path()), "Hidden=true\n");
   load(job("two", "true"));
   EXPECT_EQ(testdata::bytes(entry), "Hidden=true\n");

@@ -36,6 +36,7 @@ TEST(HostedJob, StartsWhenItsKeysSaySo) {
       {"<key>KeepAlive</key><true/>", 25s, failure, 60, {0, 25, 50}},
       {"<key>KeepAlive</key><true/><key>ThrottleInterval</key><integer>4</integer>", 1s, success, 10, {0, 4, 8}},
       {"<key>KeepAlive</key><true/><key>ThrottleInterval</key><integer>-4</integer>", 1s, success, 15, {0, 10}},
+      {"<key>KeepAlive</key><true/><key>ThrottleInterval</key><integer>0</integer>", 0s, failure, 3, {0, 1, 2, 3}},
       {"<key>OnDemand</key><false/>", 1s, success, 15, {0, 10}},
       {"<key>OnDemand</key><false/><key>KeepAlive</key><false/>", 1s, success, 15, {0, 10}},
       {"<key>KeepAlive</key><true/><key>LaunchOnlyOnce</key><true/>", 1s, success, 100, {0}},
@@ -117,6 +118,72 @@ TEST(HostedJob, FindsItsTimeAnewWhenTheClockIsSet) {
   EXPECT_THAT(earlier.starts, ElementsAre(3 * 3600));
 }
 
+TEST(HostedJob, RunsOnceADayHoweverTheClockIsPutRight) {
+  const std::string atTwo =
+      "<key>StartCalendarInterval</key><dict><key>Hour</key><integer>2</integer><key>Minute</key>"
+      "<integer>0</integer></dict>";
+  constexpr long two = 2 * 3600, day = 24 * 3600;
+  const struct {
+    long when;
+    seconds by;
+    Seconds starts;
+  } rows[] = {
+      {two - 1, 2s, {two - 1, two + day - 2}},  // over the time
+      {two + 1, -2s, {two, two + day + 2}},     // back to before it
+      {two - 3, 2s, {two - 2, two + day - 2}},  // towards it
+      {two + 9, -1s, {two, two + day + 1}},     // after it
+      {two - 60, 10min, {two - 60, two + day - 600}}, {two + 60, -10min, {two, two + day + 600}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.when);
+    VirtualMachine machine(atTwo);
+    machine.load();
+    machine.runUntil(row.when);
+    machine.setClock(row.by);
+    machine.runUntil(two + day + 1200);
+    EXPECT_EQ(machine.starts, row.starts);
+  }
+}
+
+TEST(HostedJob, IsTriedAgainWhenThereWasNoRoomForIt) {
+  VirtualMachine machine("<key>RunAtLoad</key><true/><key>LaunchOnlyOnce</key><true/>");
+  machine.failures = 2;
+  machine.load();
+  machine.runUntil(100);
+  EXPECT_THAT(machine.starts, ElementsAre(20)) << "after the throttle interval each time";
+}
+
+TEST(HostedJob, EndsWhatItsProcessHasLeftBeforeItIsStartedAgain) {
+  VirtualMachine machine("<key>KeepAlive</key><true/><key>ExitTimeOut</key><integer>15</integer>");
+  machine.left = 1000s;
+  machine.load();
+  machine.runUntil(10);
+  EXPECT_THAT(machine.stops, ElementsAre("TERM 1"));
+  machine.runUntil(17);
+  EXPECT_THAT(machine.stops, ElementsAre("TERM 1", "KILL 16"));
+  EXPECT_THAT(machine.starts, ElementsAre(0)) << "it would run twice";
+  machine.clear();
+  machine.runUntil(18);
+  EXPECT_THAT(machine.starts, ElementsAre(0, 17));
+
+  VirtualMachine inherits("<key>RunAtLoad</key><true/>");
+  inherits.left = 4s;
+  inherits.loadWithRemains();
+  inherits.runUntil(30);
+  EXPECT_EQ(inherits.stops.front(), "TERM 0");
+  ASSERT_FALSE(inherits.starts.empty());
+  EXPECT_EQ(inherits.starts.front(), 4);
+}
+
+TEST(HostedJob, MissesNoTimeWhileItEndsWhatWasLeft) {
+  VirtualMachine machine("<key>StartCalendarInterval</key><dict/>");
+  machine.left = 15s;
+  machine.duration = 50s;  // from 60 to 110, and the rest to 125
+  machine.load();
+  machine.runUntil(130);
+  EXPECT_THAT(machine.starts, ElementsAre(60, 125));
+}
+
 TEST(HostedJob, FollowsTheLocalTimeOverAChangeOfTheOffset) {
   const sys_seconds evening = sys_days(2026y / March / 28) + 23h;  // midnight in Berlin
   VirtualMachine machine("<key>StartCalendarInterval</key><dict><key>Minute</key><integer>30</integer></dict>", evening,
@@ -195,7 +262,7 @@ TEST(HostedJob, IsStoppedByForceOnlyAfterItsTime) {
   const StopRow rows[] = {
       {"<key>RunAtLoad</key><true/>", {}, {"TERM 5", "KILL 25"}},
       {"<key>RunAtLoad</key><true/><key>ExitTimeOut</key><integer>1</integer>", {}, {"TERM 5", "KILL 6"}},
-      {"<key>RunAtLoad</key><true/><key>ExitTimeOut</key><integer>0</integer>", {}, {"TERM 5"}},
+      {"<key>RunAtLoad</key><true/><key>ExitTimeOut</key><integer>0</integer>", {}, {"TERM 5", "KILL 35"}},
       {"<key>RunAtLoad</key><true/><key>KeepAlive</key><true/>", 8s, {"TERM 5", "forgotten 8"}},
       {"<key>RunAtLoad</key><true/>", 1s, {"forgotten 5"}},
       {"<key>StartInterval</key><integer>7</integer>", 1s, {"forgotten 5"}},

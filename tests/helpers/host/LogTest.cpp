@@ -85,6 +85,32 @@ TEST(JobLog, KeepsTheYoungestOfAJobThatSaysMuchAndAllOfTheOthers) {
   EXPECT_GT(lines.size(), JobLog::fileSize / 1100) << "what was rotated is there too";
 }
 
+TEST(JobLog, IsFoundHoweverManyLinesComeAtOnce) {
+  const testdata::TemporaryFolder folder;
+  const JobLog log(folder.path());
+  constexpr int count = 60000;
+  std::vector<std::string> lines;
+  for (int i = 0; i < count; ++i) lines.push_back("job[1]: " + std::to_string(i));
+  ASSERT_TRUE(log.add("job", moment(1), lines));
+  ASSERT_TRUE(log.add("job", moment(2), {"job[1]: the end"}));
+  const auto found = messages(log.find(moment(0), "job", unbounded));
+  ASSERT_GT(found.size(), 1000U);
+  EXPECT_EQ(found.back(), "job[1]: the end");
+  EXPECT_EQ(found[found.size() - 2], "job[1]: 59999");
+  for (const auto& file : fs::directory_iterator(folder.path())) EXPECT_LT(fs::file_size(file), 2 * JobLog::fileSize);
+}
+
+TEST(JobLog, ShowsTheEndOfAFileThatIsTooLarge) {
+  const testdata::TemporaryFolder folder;
+  std::string text;
+  while (text.size() < 10 * JobLog::fileSize) text += "12.000 job[1]: line\n";
+  folder.write("job.log", text + "13.000 job[1]: last\n");
+  const auto found = messages(JobLog(folder.path()).find(moment(0), "job", unbounded));
+  ASSERT_GT(found.size(), 1000U);
+  EXPECT_EQ(found.front(), "job[1]: line");
+  EXPECT_EQ(found.back(), "job[1]: last");
+}
+
 TEST(JobLog, StaysInItsFolderWhateverTheLabelIs) {
   const testdata::TemporaryFolder folder;
   const JobLog log(folder.path() / "log");
@@ -104,15 +130,22 @@ TEST(JobLog, SkipsWhatSomebodyElseHasWrittenIntoIt) {
 
 TEST(LoadedJobs, AreReadAsTheyWereWrittenAndRefusedIfTheFileIsNoList) {
   const testdata::TemporaryFolder folder;
-  const LoadedJobs jobs(folder.path() / "loaded.plist");
+  LoadedJobs jobs(folder.path() / "loaded.plist");
   EXPECT_THAT(*jobs.read(), ElementsAre());
   ASSERT_TRUE(jobs.write({"/a b", "/ü"}));
   EXPECT_THAT(*jobs.read(), ElementsAre("/a b", "/ü"));
   for (const char* content :
-       {"", "garbage", "<plist><array/></plist>", "<plist><dict><key>Loaded</key><true/></dict></plist>"}) {
+       {"", "garbage", "<plist><array/></plist>", "<plist><dict><key>Loaded</key><true/></dict></plist>",
+        "<plist><dict><key>Loaded</key><array><string>/a</string><true/></array></dict></plist>"}) {
     folder.write("loaded.plist", content);
     EXPECT_FALSE(jobs.read()) << content;
+    EXPECT_TRUE(jobs.read()) << "it was moved aside";
   }
+  EXPECT_TRUE(fs::exists(folder.path() / "loaded.plist.damaged-5"));
+  fs::create_directory(folder.path() / "loaded.plist");
+  EXPECT_FALSE(jobs.read());
+  fs::remove(folder.path() / "loaded.plist");
+  EXPECT_FALSE(jobs.write({})) << "what couldn't be read is never overwritten";
 }
 
 }  // namespace

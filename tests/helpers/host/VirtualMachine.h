@@ -30,6 +30,20 @@ class VirtualMachine {
     settle();
   }
 
+  /// With processes of an earlier host's run.
+  void loadWithRemains() {
+    m_job.load(now);
+    m_job.foundRunning(now);
+    m_clearedAt = now.running + left;
+    settle();
+  }
+
+  /// What an ended process has left is gone.
+  void clear() {
+    m_clearedAt = now.running;
+    settle();
+  }
+
   /// Lets the time pass, second by second where something happens.
   void runUntil(long second) {
     const std::chrono::milliseconds last = std::chrono::seconds(second);
@@ -37,6 +51,7 @@ class VirtualMachine {
       auto next = last;
       if (const auto wake = m_job.wakeAt(now)) next = std::min(next, std::max(*wake, now.running + tick));
       if (m_endsAt) next = std::min(next, *m_endsAt);
+      if (m_clearedAt) next = std::min(next, *m_clearedAt);
       advance(next - now.running);
       settle();
     }
@@ -50,7 +65,7 @@ class VirtualMachine {
 
   void setClock(std::chrono::seconds by) {
     now.wall += by;
-    m_job.clockChanged(now);
+    m_job.clockChanged(now, by);
     settle();
   }
 
@@ -63,7 +78,12 @@ class VirtualMachine {
   void settle() {
     if (m_endsAt && *m_endsAt <= now.running) {
       m_endsAt.reset();
-      m_job.ended(end);
+      m_job.ended(end, now, left > left.zero() ? HostedJob::Left::Others : HostedJob::Left::Nothing);
+      if (left > left.zero()) m_clearedAt = now.running + left;
+    }
+    if (m_clearedAt && *m_clearedAt <= now.running) {
+      m_clearedAt.reset();
+      m_job.cleared();
     }
     for (int i = 0; i < 100 && !m_isForgotten; ++i) {
       switch (m_job.decide(now)) {
@@ -91,6 +111,8 @@ class VirtualMachine {
 
   HostTime now;
   std::optional<std::chrono::seconds> duration = std::chrono::seconds(1);  ///< of its process; none: until it is told
+  std::chrono::seconds left{0};  ///< how long what its process leaves running stays
+  int failures = 0;              ///< so many starts find no room for a process
   ProcessEnd end;
   std::vector<long> starts;
   std::vector<std::string> stops;
@@ -106,6 +128,10 @@ class VirtualMachine {
   }
 
   void start() {
+    if (failures > 0) {
+      --failures;
+      return m_job.startFailed(now);
+    }
     starts.push_back(std::chrono::duration_cast<std::chrono::seconds>(now.running).count());
     m_job.started(now);
     if (duration) m_endsAt = now.running + *duration;
@@ -122,6 +148,7 @@ class VirtualMachine {
 
   ZoneStretches m_zone;
   std::optional<std::chrono::milliseconds> m_endsAt;
+  std::optional<std::chrono::milliseconds> m_clearedAt;
   Surroundings m_surroundings{
       .exists = [this](const std::string& path) { return there.count(path) > 0; },
       .holdsFiles = [this](const std::string& folder) { return there.count(folder) > 0; },

@@ -65,6 +65,30 @@ TEST_F(LaunchctlHostTest, WhatIsNotLoadedIsLeftAloneAndWhatStaysIsAnError) {
   EXPECT_GE(waited, LaunchctlHost::longestStop);
 }
 
+/// `bootout gui/501/` would end all that the user runs.
+TEST_F(LaunchctlHostTest, AnEmptyLabelReachesNoTool) {
+  const testdata::TemporaryFolder folder;
+  EXPECT_FALSE(host.unload("/a.plist", ""));
+  EXPECT_FALSE(host.waitForEnd("", std::chrono::seconds(0)));
+  EXPECT_FALSE(host.unload(folder.write("a.plist", testdata::jobText("")), std::nullopt));
+  EXPECT_THAT(tool.calls, testing::IsEmpty());
+}
+
+TEST_F(LaunchctlHostTest, AJobOfTheLabelThatIsAnotherFilesGoesOn) {
+  const testdata::TemporaryFolder folder;
+  const std::string original = folder.write("original.plist", testdata::jobText("a"));
+  const ProcessResult loaded{.output = "system/a = {\n\tactive count = 1\n\tpath = " + original + "\n\ttype = x\n}\n"};
+  tool.answers = {loaded};
+  EXPECT_TRUE(host.unload(folder.path() / "copy.plist", "a"));
+  EXPECT_THAT(tool.calls, ElementsAre("/bin/launchctl|print|gui/501/a"));
+  tool.answers = {loaded, {}, notLoaded};
+  EXPECT_TRUE(host.unload(original, "a"));
+  std::filesystem::remove(original);  // it has moved
+  tool.answers = {loaded, {}, notLoaded};
+  EXPECT_TRUE(host.unload(folder.path() / "copy.plist", "a"));
+  EXPECT_EQ(tool.calls.size(), 7U);
+}
+
 TEST_F(LaunchctlHostTest, WithoutALabelTheFileTellsIt) {
   const testdata::TemporaryFolder folder;
   tool.answers = {notLoaded};

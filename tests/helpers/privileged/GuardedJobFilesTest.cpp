@@ -3,12 +3,16 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <stdio.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
+#include <random>
 #include <thread>
 
 #include "core/catalogue/JobFolder.h"
@@ -70,7 +74,8 @@ TEST_F(GuardTest, JobFilesAreWrittenAsRootsWhateverTheyWere) {
   const fs::path old = folder / "mine.plist";
   ASSERT_EQ(::chown(old.c_str(), 1234, 4321), 0);
   ASSERT_EQ(::chmod(old.c_str(), 0666), 0);
-  for (const fs::path& path : {old, folder / "new.plist", folder / "job" / (std::string(uuid) + ".plist")}) {
+  for (const fs::path& path : {old, folder / "new.plist", folder / "no list.txt", folder / "Makefile",
+                               folder / "job" / (std::string(uuid) + ".plist")}) {
     EXPECT_EQ(write(path), Dictionary()) << path;
     struct stat status {};
     ASSERT_EQ(::stat(path.c_str(), &status), 0) << path;
@@ -124,7 +129,6 @@ TEST_F(GuardTest, EverythingElseIsRefusedAndChangesNothing) {
       folder / "x" / ".." / "new.plist",
       folder / "job" / "new.plist",
       folder / "job" / "deeper" / name,
-      folder / "no list.txt",
       folder / name / "",
       root.path() / "other way" / "new.plist",
       folder / "linkedFolder" / name,
@@ -175,6 +179,7 @@ TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
   const fs::path mine = root.write("agents/mine.plist", jobText("moved"));
   EXPECT_NE(move(mine), Dictionary());  // the folder is root's, so the user couldn't remove it
   EXPECT_TRUE(fs::exists(mine));
+  EXPECT_FALSE(fs::exists(folder / "moved.plist"));
   ASSERT_EQ(::chown(agents.c_str(), nobody, nobody), 0);
   EXPECT_EQ(move(mine), Dictionary());
   EXPECT_FALSE(fs::exists(mine));
@@ -190,6 +195,89 @@ TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
   EXPECT_FALSE(fs::exists(folder / "a.plist"));
 }
 
+TEST_F(GuardTest, NameAndKindMayChangeInOneRequest) {
+  const fs::path other = root.path() / "LaunchAgents";
+  fs::create_directory(other);
+  GuardedJobFiles both(JobFolders({folder, other}), console);
+  RequestHandler mover({.files = both, .host = host, .uninstall = {}, .trustsLabels = false});
+  const auto move = [&](const std::string& to) {
+    return mover.handle({{"kind", 1},
+                         {"path", to},
+                         {"deletePath", (folder / "mine.plist").string()},
+                         {"string", jobText("renamed")},
+                         {"label", "renamed"}});
+  };
+  root.write("LaunchAgents/taken.plist", jobText("taken"));
+  EXPECT_NE(move(other / "taken.plist"), Dictionary());
+  EXPECT_EQ(bytes(other / "taken.plist"), jobText("taken"));
+  EXPECT_EQ(bytes(folder / "mine.plist"), jobText("mine"));
+  host.calls.clear();
+  EXPECT_EQ(move(other / "mine.plist"), Dictionary());
+  EXPECT_EQ(bytes(other / "mine.plist"), jobText("renamed"));
+  EXPECT_FALSE(fs::exists(folder / "mine.plist"));
+  EXPECT_THAT(host.calls, testing::ElementsAre("unload mine", "load mine.plist"));
+}
+
+/// The files are moved to and fro by a process that is killed at any moment.
+TEST_F(GuardTest, AKilledMoveLeavesTheJobExactlyOnce) {
+  const fs::path other = root.path() / "LaunchAgents";
+  fs::create_directory(other);
+  const fs::path here = folder / "mine.plist", there = other / "mine.plist";
+  std::mt19937 random{20261122};
+  for (int i = 0; i < testdata::tries(40, 1000); ++i) {
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      GuardedJobFiles both(JobFolders({folder, other}), console);
+      while (true)
+        (void)(fs::exists(here) ? both.move(here, there, jobText("a")) : both.move(there, here, jobText("b")));
+    }
+    const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 4000);
+    while (std::chrono::steady_clock::now() < end) {
+    }
+    ::kill(child, SIGKILL);
+    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    ASSERT_NE(fs::exists(here), fs::exists(there)) << i;
+  }
+}
+
+TEST_F(GuardTest, StartupItemsAndHelperToolsAreRemovedAndNothingElse) {
+  root.write("StartupItems/Item/Item", "#!/bin/sh\n");
+  root.write("StartupItems/Item/Resources/de.lproj/texts", "");
+  root.write("StartupItems/Other/Other", "");
+  root.write("Tools/tool", "");
+  root.write("Tools/folder/file", "");
+  fs::create_symlink(outside, root.path() / "StartupItems/Item/way out");
+  fs::create_symlink(outside, root.path() / "StartupItems/Linked");
+  GuardedJobFiles removing(
+      JobFolders({folder}), console, {},
+      RemovableItems{.itemFolders = {root.path() / "StartupItems"}, .toolFolders = {root.path() / "Tools"}});
+  RequestHandler remover({.files = removing, .host = host, .uninstall = {}, .trustsLabels = false});
+  struct Row {
+    fs::path path;
+    bool isRemoved;
+  };
+  const std::vector<Row> rows{
+      {root.path() / "StartupItems/Item", true},
+      {root.path() / "StartupItems/Linked", true},
+      {root.path() / "Tools/tool", true},
+      {root.path() / "Tools/folder", false},
+      {root.path() / "StartupItems/Other/Other", false},
+      {root.path() / "StartupItems", false},
+      {root.path() / "StartupItems/..", false},
+      {root.path() / "Tools/folder/file", false},
+  };
+  for (const auto& row : rows) {
+    const Dictionary reply = remover.handle({{"kind", 2}, {"deletePath", row.path.string()}, {"label", "Item"}});
+    EXPECT_EQ(reply == Dictionary(), row.isRemoved) << row.path;
+    EXPECT_EQ(fs::exists(fs::symlink_status(row.path)), !row.isRemoved) << row.path;
+  }
+  EXPECT_TRUE(fs::exists(outside / "secret.plist"));
+  EXPECT_NE(remover.handle({{"kind", 0}, {"path", (root.path() / "Tools/new").string()}, {"string", jobText("a")}}),
+            Dictionary());
+  EXPECT_THAT(host.calls, IsEmpty());
+}
+
 TEST_F(GuardTest, ContentThatIsNoJobIsRefused) {
   const auto before = everything();
   for (const std::string& content :
@@ -202,8 +290,9 @@ TEST_F(GuardTest, ContentThatIsNoJobIsRefused) {
 
 TEST_F(GuardTest, ALabelStopsNoJobButThatOfTheFile) {
   const std::string mine = folder / "mine.plist";
-  EXPECT_NE(handler.handle({{"kind", 1}, {"path", mine}, {"string", jobText("a")}, {"label", "other"}}), Dictionary());
-  handler.handle({{"kind", 1}, {"path", (folder / "new.plist").string()}, {"string", jobText("other")}});
+  const std::string renamed = folder / "new.plist";
+  EXPECT_EQ(handler.handle({{"kind", 1}, {"path", renamed}, {"string", jobText("other")}, {"label", "one more"}}),
+            Dictionary());
   EXPECT_THAT(host.calls, testing::ElementsAre("load new.plist"));
   host.calls.clear();
   handler.handle({{"kind", 4}, {"path", mine}, {"label", "other"}});

@@ -52,6 +52,8 @@ TEST(PrivilegedOptionsTest, TheUserComesFromTheElevationAndAnotherRootIsForRootA
       {{"--user", "4294967295"}, {}, 0, {}, ""},
       {{"--user", "5 "}, {}, 0, {}, ""},
       {{}, {{"PKEXEC_UID", "root"}}, 0, {}, ""},
+      {{"--process", "12:34"}, {}, 0, 0, ""},
+      {{"--process", "12"}, {}, 0, {}, ""},
       {{"--shell", "/bin/sh"}, {}, 0, {}, ""},
   };
   for (const auto& row : rows) {
@@ -89,13 +91,13 @@ TEST(AuthorisationTest, OnlyTheExactSecretLetsARequestThrough) {
   EXPECT_EQ(handled, 1);
 }
 
-TEST(ListenerTest, OnlyTheUserIsLetInAndTheFolderGoes) {
+TEST(ListenerTest, OnlyTheProcessThatAskedIsLetInAndTheFolderGoes) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
   const testdata::TemporaryFolder root;
   ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
   testdata::RecordingConsole console;
   {
-    auto listener = Listener::make(root.path(), ::geteuid());
+    auto listener = Listener::make(root.path(), {.user = ::geteuid(), .process = ProcessIdentity::ofThisProcess()});
     ASSERT_TRUE(listener) << listener.error().text();
     const auto connectAs = [&](uid_t user) {
       const pid_t child = ::fork();
@@ -106,74 +108,146 @@ TEST(ListenerTest, OnlyTheUserIsLetInAndTheFolderGoes) {
     EXPECT_FALSE(connectAs(nobody));
     ASSERT_EQ(::chmod(listener->address().c_str(), 0666), 0);  // even if the socket were open to all
     EXPECT_TRUE(connectAs(nobody));
+    EXPECT_TRUE(connectAs(0));  // of the same user, and before the one that asked
     EXPECT_FALSE(listener->accept(std::chrono::milliseconds(20), console));
-    EXPECT_THAT(console.logged, ElementsAre("refused: a connection of another user"));
-    EXPECT_TRUE(connectAs(0));
+    EXPECT_THAT(console.logged, testing::SizeIs(2));
+    const auto ours = connectTo(listener->address());
     EXPECT_TRUE(listener->accept(std::chrono::seconds(20), console));
     EXPECT_FALSE(connectTo(listener->address()));  // one connection, and no more
   }
   EXPECT_TRUE(fs::is_empty(root.path()));
 }
 
-/// A tool that ends in one way, whatever it is asked.
-class FakeElevation final : public ProcessRunner {
- public:
-  ProcessResult result;
-  std::vector<std::string> words;
-
-  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
-    words = arguments;
-    words.insert(words.begin(), program);
-    return result;
+TEST(ProcessIdentityTest, ANumberThatIsUsedAgainIsAnotherProcess) {
+  const auto own = ProcessIdentity::ofThisProcess();
+  EXPECT_EQ(own.id, ::getpid());
+  EXPECT_EQ(ProcessIdentity::from(own.text()), own);
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(0);
+  const auto other = ProcessIdentity::of(child);  // a zombie still has a start
+  ::waitpid(child, nullptr, 0);
+  ASSERT_TRUE(other);
+  EXPECT_GE(other->start, own.start);
+  EXPECT_FALSE(ProcessIdentity::of(child));
+  for (const char* text : {"", "5", "5:", ":5", "x:5", "0:5", "-5:5", "99999999999:5"}) {
+    EXPECT_FALSE(ProcessIdentity::from(text)) << text;
   }
-};
+}
 
 TEST(ElevationTest, EachWayHasItsCommand) {
   const std::string program = "/opt/it's \"here\"/mirvel-privileged";
+  const std::string process = ProcessIdentity::ofThisProcess().text();
   using Way = Elevation::Way;
   EXPECT_THAT((Elevation{Way::None}.command(program, {"--root", "/r"})), ElementsAre(program, "--root", "/r"));
   EXPECT_THAT((Elevation{Way::Pkexec, "/usr/bin/pkexec", 1000}.command(program, {})),
-              ElementsAre("/usr/bin/pkexec", program));
+              ElementsAre("/usr/bin/pkexec", "--disable-internal-agent", program));
   EXPECT_THAT(
       (Elevation{Way::Osascript, "/usr/bin/osascript", 501}.command(program, {})),
       ElementsAre("/usr/bin/osascript", "-e",
-                  R"x(do shell script "\"/opt/it's \\\"here\\\"/mirvel-privileged\" \"--user\" \"501\"" without )x"
-                  "altering line endings with administrator privileges"));
+                  R"x(do shell script "\"/opt/it's \\\"here\\\"/mirvel-privileged\" \"--user\" \"501\" \"--process\" )x"
+                  R"x(\")x" +
+                      process + R"x(\"" without altering line endings with administrator privileges)x"));
 }
 
-TEST(ElevationTest, NoAndMayNotAreToldFromWhatFails) {
+/// A tool of an elevation that is a shell script.
+class ToolTest : public testing::Test {
+ protected:
+  testdata::TemporaryFolder folder;
+  std::shared_ptr<wire::Reaper> reaper = std::make_shared<wire::Reaper>(std::chrono::seconds(20));
+
+  Result<std::shared_ptr<PrivilegedStart>> begin(Elevation::Way way, const std::string& script) {
+    const std::string tool = folder.write("tool", "#!/bin/sh\n" + script);
+    ::chmod(tool.c_str(), 0755);
+    return PrivilegedStart::begin({.way = way, .tool = tool}, way == Elevation::Way::None ? tool : "/helper", {},
+                                  reaper);
+  }
+};
+
+TEST_F(ToolTest, WhatFailsTellsWhy) {
   using Way = Elevation::Way;
+  using Refusal = HelperConnections::Refusal;
+  constexpr const char* pkexecFails = "echo 'Error executing command as another user: ";
   struct Row {
     Way way;
-    ProcessResult result;
+    std::string script;
     bool isError, isCancelled;
+    Refusal refusal = Refusal::Unknown;
   };
   const std::vector<Row> rows{
-      {Way::Pkexec, {.exitStatus = 126}, false, true},
-      {Way::Pkexec, {.exitStatus = 127}, false, false},
-      {Way::Pkexec, {.exitStatus = 2, .complaints = "mirvel-privileged: can't"}, true, false},
-      {Way::Osascript, {.exitStatus = 1, .complaints = "execution error: User canceled. (-128)"}, false, true},
-      {Way::Osascript,
-       {.exitStatus = 1, .complaints = "The user name or password was incorrect. (-60005)"},
-       false,
-       false},
-      {Way::Osascript, {.exitStatus = 126}, true, false},
-      {Way::None, {.exitStatus = 126}, true, false},
-      {Way::None, {.output = ""}, true, false},
-      {Way::None, {.output = "/run/mirvel/socket\n"}, true, false},
-      {Way::None, {.output = "/run/mirvel/socket\nxyz\n"}, true, false},
-      {Way::None, {.output = "/nowhere/socket\n00ff\n"}, true, false},
+      {Way::Pkexec, "exit 126", false, true},
+      {Way::Pkexec, std::string(pkexecFails) + "Not authorized' >&2; exit 127", false, false, Refusal::NotAuthorised},
+      {Way::Pkexec, std::string(pkexecFails) + "No authentication agent found.' >&2; exit 127", false, false,
+       Refusal::NoAgent},
+      {Way::Pkexec, "echo 'Error getting authority: Could not connect' >&2; exit 127", false, false,
+       Refusal::NoService},
+      {Way::Pkexec, "echo 'pkexec must be setuid root' >&2; exit 127", true, false},
+      {Way::Pkexec, "echo \"mirvel-privileged: can't\" >&2; exit 2", true, false},
+      {Way::Pkexec, "test -z \"$SHELL$XDG_RUNTIME_DIR$HOME\" && test \"$LC_ALL\" = C && exit 126", false, true},
+      {Way::Pkexec, "echo hello; exec cat", true, false},
+      {Way::Osascript, "echo 'execution error: User canceled. (-128)' >&2; exit 1", false, true},
+      {Way::Osascript, "echo 'The user name or password was incorrect. (-60005)' >&2; exit 1", false, false,
+       Refusal::NotAuthorised},
+      {Way::Osascript, "exit 126", true, false},
+      {Way::Osascript, "echo /run/mirvel/socket", true, false},
+      {Way::Osascript, "echo /run/mirvel/socket; echo xyz", true, false},
+      {Way::Osascript, "echo /nowhere/socket; echo 00ff", true, false},
+      {Way::None, "exit 126", true, false},
+      {Way::None, "kill -9 $$", true, false},
   };
   for (const auto& row : rows) {
-    FakeElevation tool;
-    tool.result = row.result;
-    const auto elevated = startPrivileged({.way = row.way, .tool = "/tool"}, "/helper", {}, tool);
-    const std::string what = row.result.complaints + row.result.output + std::to_string(row.result.exitStatus);
-    ASSERT_EQ(!elevated, row.isError) << what;
+    const auto start = begin(row.way, row.script);
+    ASSERT_TRUE(start) << row.script;
+    const auto elevated = (*start)->finish();
+    ASSERT_EQ(!elevated, row.isError) << row.script;
     if (!elevated) continue;
-    EXPECT_FALSE(elevated->socket) << what;
-    EXPECT_EQ(elevated->isCancelled, row.isCancelled) << what;
+    EXPECT_FALSE(elevated->socket) << row.script;
+    EXPECT_EQ(elevated->isCancelled, row.isCancelled) << row.script;
+    EXPECT_EQ(elevated->refusal, row.refusal) << row.script;
   }
+}
+
+TEST_F(ToolTest, QuittingWhileTheUserIsAskedWaitsForNothing) {
+  testdata::ThreadQueue queue;
+  const std::string tool = folder.write("tool", "#!/bin/sh\necho $$ >&2\nexec sleep 600\n");
+  ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
+  bool isAnswered = false;
+  {
+    ThreadWorkQueue background("background");
+    SystemHelperConnections connections(
+        {.queue = queue,
+         .background = background,
+         .programs = {
+             .action = {}, .privileged = "/helper", .elevation = {.way = Elevation::Way::Pkexec, .tool = tool}}});
+    connections.connectToPrivileged(
+        "", [&](auto) { isAnswered = true; }, [&](const Error&) { isAnswered = true; });
+  }
+  EXPECT_FALSE(isAnswered);
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);  // and the tool has ended, too
+}
+
+TEST_F(ToolTest, AMachineWithoutTheToolIsARefusal) {
+  testdata::ThreadQueue queue;
+  ThreadWorkQueue background("background");
+  SystemHelperConnections connections(
+      {.queue = queue,
+       .background = background,
+       .programs = {.action = {},
+                    .privileged = "/helper",
+                    .elevation = {.way = Elevation::Way::Pkexec, .tool = "/nowhere/pkexec"}}});
+  std::optional<HelperConnections::Refusal> refusal;
+  connections.connectToPrivileged(
+      "", [&](auto answer) { refusal = answer.refusal; }, [&](const Error& error) { FAIL() << error.text(); });
+  EXPECT_FALSE(refusal) << "later, not from within the call";
+  ASSERT_TRUE(queue.runUntil([&] { return refusal.has_value(); }));
+  EXPECT_EQ(refusal, HelperConnections::Refusal::NoTool);
+}
+
+TEST_F(ToolTest, StartedByHandTheProgramSaysWhatItIsFor) {
+  SystemProcessRunner runner(Environment{{"PATH", "/usr/bin:/bin"}});
+  const auto result = runner.run(MIRVEL_PRIVILEGED, {"--root", folder.path()});
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->exitStatus, 2);
+  EXPECT_EQ(result->complaints, "mirvel-privileged: Mirvel starts this program as root when it needs it\n");
 }
 
 /// The program itself, without elevation, on a root of its own.
@@ -185,11 +259,9 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
   const fs::path entry = root.write("autostart/mirvel-host.desktop", "");
   testdata::ThreadQueue queue;
   ThreadWorkQueue background("background");
-  SystemProcessRunner runner(Environment{});
   SystemHelperConnections connections(
       {.queue = queue,
        .background = background,
-       .runner = runner,
        .programs = {.action = {},
                     .privileged = MIRVEL_PRIVILEGED,
                     .privilegedArguments = {"--root", root.path(), "--installed", entry}}});

@@ -39,30 +39,29 @@ class RunningJobsTest : public testing::Test {
   }
 
   std::shared_ptr<Launchd> newJob(Kind kind, const Dictionary& keys) {
-    auto job = Launchd::read(testdata::jobText("job", keys), URL::address("new"), kind, Launchd::Source::Elsewhere, {},
-                             console);
+    auto job = Launchd::read(testdata::jobText("job", keys), URL::address("new"), kind, {}, console);
     job->isNewFile = true;
     return job;
   }
   /// What the catalogue says of the one job on the machine; null if there is none.
   std::shared_ptr<Launchd> read() {
     program.fetcher.fetchJobs();
-    EXPECT_TRUE(queue.runUntil([this] { return !program.state.isLoading; }));
+    EXPECT_TRUE(queue.runUntil([this] { return !program.state.scanning.isBusy(); }));
     return program.state.jobs.empty() ? nullptr : std::dynamic_pointer_cast<Launchd>(program.state.jobs.front());
   }
   void waitFor(const std::function<bool()>& isSo) {
     ASSERT_TRUE(queue.runUntil(isSo)) << testing::PrintToString(interface.errors);
   }
   /// Saves, and waits for the last answer.
-  void save(Launchd& job) {
+  void save(const std::shared_ptr<Launchd>& job) {
     program.actions.save(job);
-    waitFor([this] { return !program.state.isBusy; });
-    EXPECT_EQ(testdata::bytes(job.url.path()), *job.plistData());
+    waitFor([this] { return !program.state.saving.isBusy(); });
+    EXPECT_EQ(testdata::bytes(job->url.path()), *job->plistData());
   }
   /// What the host of that kind of job says: the user has one, and root.
   std::vector<host::HostedJobStatus> loaded(Kind kind = Kind::userAgent) {
     const Roots hosts = kind == Kind::userAgent ? roots : Roots::below(folder.path() / "root");
-    const auto status = host::HostClient(host::Places::below(hosts).socket).status();
+    const auto status = host::HostClient(host::Places::of(hosts).socket).status();
     return status ? *status : std::vector<host::HostedJobStatus>();
   }
   static bool isAlive(std::int64_t process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
@@ -86,7 +85,6 @@ class RunningJobsTest : public testing::Test {
   SystemHelperConnections helpers{
       {.queue = queue,
        .background = background,
-       .runner = runner,
        .programs = HelperPrograms::in(fs::path(MIRVEL_ACTION).parent_path(), roots, environment, folder.path())}};
   ThreadWorkQueue fetchQueue{"Fetch queue"};
   Program program{foundation,
@@ -108,7 +106,7 @@ TEST_F(RunningJobsTest, AnAgentIsSavedRunsIsChangedDisabledAndDeleted) {
   const auto made = newJob(Kind::userAgent, {{"ProgramArguments", Array{"/bin/sh", "-c", "echo ran; exec sleep 1000"}},
                                              {"RunAtLoad", true},
                                              {"StandardOutPath", output.string()}});
-  save(*made);
+  save(made);
   EXPECT_EQ(made->url.text(), (*Kind(Kind::userAgent).folderURL(roots) / "job.plist").string());
   ASSERT_EQ(loaded().size(), 1U);
   const auto process = loaded().front().process;
@@ -121,7 +119,7 @@ TEST_F(RunningJobsTest, AnAgentIsSavedRunsIsChangedDisabledAndDeleted) {
   job->plist().startInterval = 3600;
   job->plist().programArguments = std::vector<std::string>{"/bin/sh", "-c", "echo again"};
   job->plist().run = "/bin/sh -c \"echo again\"";
-  save(*job);
+  save(job);
   EXPECT_FALSE(isAlive(*process)) << "the job that was replaced is stopped";
   ASSERT_TRUE(*host.waitForEnd("job", std::chrono::seconds(60)));
   EXPECT_EQ(testdata::bytes(output), "ran\nagain\n");
@@ -130,7 +128,7 @@ TEST_F(RunningJobsTest, AnAgentIsSavedRunsIsChangedDisabledAndDeleted) {
 
   job = read();
   job->plist().disabled = true;
-  save(*job);
+  save(job);
   EXPECT_THAT(loaded(), IsEmpty());
   EXPECT_EQ(program.revisions.revisions().find(job->url.text())->as<Array>()->size(), 3U);
 
@@ -144,7 +142,7 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
   const auto made = newJob(Kind::localDaemon, {{"ProgramArguments", Array{"/bin/sh", "-c", "echo ran"}},
                                                {"RunAtLoad", true},
                                                {"StandardOutPath", output.string()}});
-  save(*made);
+  save(made);
   ASSERT_TRUE(*rootsHost.waitForEnd("job", std::chrono::seconds(60)));
   EXPECT_EQ(testdata::bytes(output), "ran\n");
 
@@ -155,10 +153,11 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
     ASSERT_TRUE(job);
     const fs::path before = job->url.path();
     job->kind = kind;
-    program.actions.save(*job);
-    // Two helpers take part, and either may be the first to answer.
+    save(job);
     const Kind other = kind == Kind::userAgent ? Kind::localDaemon : Kind::userAgent;
-    waitFor([&] { return !fs::exists(before) && loaded(kind).size() == 1 && loaded(other).empty(); });
+    EXPECT_FALSE(fs::exists(before));
+    ASSERT_EQ(loaded(kind).size(), 1U);
+    EXPECT_THAT(loaded(other), IsEmpty());
     ASSERT_TRUE(*(kind == Kind::userAgent ? host : rootsHost).waitForEnd("job", std::chrono::seconds(60)));
     expected += "ran\n";
     EXPECT_EQ(testdata::bytes(output), expected);
@@ -173,12 +172,12 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
 TEST_F(RunningJobsTest, UninstallingTakesAwayTheHostsButNoJobFile) {
   for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
     const auto made = newJob(kind, {{"ProgramArguments", Array{"/bin/sleep", "1000"}}, {"RunAtLoad", true}});
-    save(*made);
+    save(made);
     ASSERT_EQ(loaded(kind).size(), 1U);
   }
   const auto processes = std::vector{*loaded().front().process, *loaded(Kind::localDaemon).front().process};
   const fs::path autostart = roots.ownAutostart / host::HostAutostart::fileName;
-  const fs::path state = host::Places::below(roots).folder;
+  const fs::path state = host::Places::of(roots).folder;
   ASSERT_TRUE(fs::exists(autostart));
   ASSERT_TRUE(fs::exists(state));
 

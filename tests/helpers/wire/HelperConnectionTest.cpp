@@ -56,7 +56,8 @@ class Peer {
     EXPECT_TRUE(frame && *frame);
     return frame && *frame ? **frame : Frame{};
   }
-  void answer(std::int64_t id) { EXPECT_TRUE(sendFrame(m_socket.number(), {.id = id, .body = {{"to", id}}})); }
+  void answer(std::int64_t id) { send({.id = id, .body = {{"to", id}}}); }
+  void send(const Frame& frame) { EXPECT_TRUE(sendFrame(m_socket.number(), frame)); }
   void say(const std::string& bytes) { sendUninterrupted(m_socket.number(), bytes); }
   void hangUp() { m_socket.reset(); }
 
@@ -113,6 +114,13 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLater
        Error::Code::Io},
       {"says garbage", [](Peer& p, std::int64_t) { p.say(std::string("\0\0\0\x05hello", 9)); }, 0, 1,
        Error::Code::Malformed},
+      {"says it in XML",
+       [](Peer& p, std::int64_t id) {
+         const std::string list = "<plist version=\"1.0\"><dict><key>id</key><integer>" + std::to_string(id) +
+                                  "</integer><key>body</key><dict/></dict></plist>";
+         p.say(std::string("\0\0\0", 3) + static_cast<char>(list.size()) + list);
+       },
+       0, 1, Error::Code::Malformed},
       {"says too much", [](Peer& p, std::int64_t) { p.say("\xff\xff\xff\xff"); }, 0, 1, Error::Code::LimitExceeded},
       {"answers an unknown id", [](Peer& p, std::int64_t id) { p.answer(id + 100); }, 0, 1, Error::Code::Malformed},
       {"answers twice", [](Peer& p, std::int64_t id) { p.answer(id), p.answer(id), p.hangUp(); }, 1, 0,
@@ -152,7 +160,7 @@ TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadHoldsNobodyUp) {
 }
 
 TEST_F(SocketHelperConnectionTest, ARequestThatIsTooLargeFailsAloneAndNotBeforeTheCallReturns) {
-  outcome.ask(*connection, {{"data", plist::Data{std::string(largestFrame, 'x')}}});
+  outcome.ask(*connection, {{"data", plist::Data{std::string(largestRequest, 'x')}}});
   EXPECT_EQ(outcome.count(), 0U);
   ASSERT_TRUE(wait(1));
   ASSERT_EQ(outcome.failures.size(), 1U);
@@ -163,19 +171,46 @@ TEST_F(SocketHelperConnectionTest, ARequestThatIsTooLargeFailsAloneAndNotBeforeT
   EXPECT_EQ(outcome.replies.size(), 1U);
 }
 
-TEST_F(SocketHelperConnectionTest, NobodyIsAnsweredAfterTheEnd) {
+TEST_F(SocketHelperConnectionTest, AnErrorThatIsNoneIsAFailureOfItsRequestAlone) {
+  outcome.ask(*connection, request(1));
+  outcome.ask(*connection, request(2));
+  const Frame first = peer.next(), second = peer.next();
+  peer.send({.id = first.id, .body = {{"error", "something"}}});
+  peer.answer(second.id);
+  ASSERT_TRUE(wait(2));
+  ASSERT_EQ(outcome.failures.size(), 1U);
+  EXPECT_EQ(outcome.failures[0].code, Error::Code::Malformed);
+  EXPECT_EQ(outcome.replies.size(), 1U);
+}
+
+TEST_F(SocketHelperConnectionTest, AllThatWaitAreToldOnceWhenTheHelperDiesOrTheConnectionIsEnded) {
+  for (const bool dies : {true, false}) {
+    SocketPair pair = SocketPair::make();
+    Peer other(std::move(pair.theirs));
+    SocketHelperConnection ending(std::move(pair.ours), queue);
+    Outcome result;
+    for (int i = 0; i < 3; ++i) result.ask(ending, request(i));
+    dies ? other.hangUp() : ending.invalidate();
+    EXPECT_EQ(result.count(), 0U) << "later, not from within the call";
+    result.ask(ending, request(3));
+    ASSERT_TRUE(queue.runUntil([&] { return result.count() >= 4; })) << dies;
+    ending.invalidate();
+    bool isRun = false;
+    queue.post([&] { isRun = true; });
+    ASSERT_TRUE(queue.runUntil([&] { return isRun; }));
+    EXPECT_EQ(result.failures.size(), 4U) << dies;
+  }
+}
+
+TEST_F(SocketHelperConnectionTest, NobodyIsAnsweredAfterTheOwnersEnd) {
   outcome.ask(*connection);
   peer.answer(peer.next().id);
   peer.hangUp();
-  connection->invalidate();
-  outcome.ask(*connection);  // this one is told
-  ASSERT_TRUE(wait(1));
-  EXPECT_EQ(outcome.failures.size(), 1U);
   connection.reset();
   bool isRun = false;
   queue.post([&] { isRun = true; });
   ASSERT_TRUE(queue.runUntil([&] { return isRun; }));
-  EXPECT_EQ(outcome.count(), 1U);
+  EXPECT_EQ(outcome.count(), 0U);
 }
 
 TEST_F(SocketHelperConnectionTest, AnAnswerMayEndTheConnection) {

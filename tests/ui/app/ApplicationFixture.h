@@ -24,7 +24,7 @@ class ApplicationFixture : public testing::Test {
     EXPECT_TRUE(defaults.setAutomaticallyCheckForUpdate(false));  // nothing beyond this machine
     m_application.start();
     pass(0.05);
-    EXPECT_TRUE(testdata::eventually([this] { return !program().state.isLoading; }));
+    EXPECT_TRUE(testdata::eventually([this] { return !program().state.scanning.isBusy(); }));
   }
   /// Lets the program do all that it put off by less than so many seconds.
   void pass(double seconds) {

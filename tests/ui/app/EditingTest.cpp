@@ -23,7 +23,7 @@ class EditingTest : public MachineFixture {
     return ui::control<Control>(window(), name);
   }
   DetailTab tab() { return program().shell.detail->detailTab(); }
-  bool isSettled() { return !program().state.isBusy && !program().state.isLoading; }
+  bool isSettled() { return !program().state.saving.isBusy() && !program().state.scanning.isBusy(); }
   launchd::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
   /// Opens the editor with its key, and gives the job another label and command.
   void editTexts(const std::string& label, const std::string& command) {

@@ -1,12 +1,15 @@
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QCommandLinkButton>
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
 #include "ui/creation/NewViewController.h"
+#include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
@@ -80,6 +83,76 @@ class NewSheetTest : public WindowFixture {
     return result;
   }
 };
+
+TEST_F(NewSheetTest, ReturnGoesOnAgainAfterGoingBack) {
+  open();
+  type("backup");
+  for (const bool isByKey : {true, false}) {
+    press(Qt::Key_Return);
+    ASSERT_EQ(controller().currentPage(), New::Page::what) << isByKey;
+    button("Previous").setFocus();
+    if (isByKey) {
+      press(Qt::Key_Space);
+    } else {
+      QTest::mouseClick(&button("Previous"), Qt::LeftButton);
+      testdata::settle();
+    }
+    ASSERT_EQ(controller().currentPage(), New::Page::name) << isByKey;
+    EXPECT_EQ(sheet().focusWidget(), &control<QLineEdit>("nameTextField")) << isByKey;
+  }
+  press(Qt::Key_Return);
+  EXPECT_EQ(controller().currentPage(), New::Page::what);
+}
+
+TEST_F(NewSheetTest, EachControlTakesItsValueFromWhateverWayItWasChanged) {
+  open();
+  QAccessible::setActive(true);
+  const auto toggle = [](QWidget& widget) {
+    QAccessible::queryAccessibleInterface(&widget)->actionInterface()->doAction(
+        QAccessibleActionInterface::toggleAction());
+  };
+  QAccessible::queryAccessibleInterface(&control<QLineEdit>("nameTextField"))
+      ->editableTextInterface()
+      ->insertText(0, QStringLiteral("backup"));
+  EXPECT_EQ(controller().job().plist.name, "backup");
+  toggle(control<QAbstractButton>("kindLocalDaemonButton"));
+  EXPECT_EQ(controller().job().kind, Kind::localDaemon);
+  press(Qt::Key_Return);
+  for (auto* choice : sheet().findChildren<QCommandLinkButton*>()) {
+    if (choice->text() == qt(foundation.localize.command())) toggle(*choice);
+  }
+  EXPECT_EQ(controller().what.chosen(), New::Run::command);
+  press(Qt::Key_Return);
+  type("/bin/ls");
+  press(Qt::Key_Return);
+  ASSERT_EQ(controller().currentPage(), New::Page::when);
+  const bool wasRunAtLoad = controller().when.isRunAtLoad();
+  toggle(control<QCheckBox>("runAtLoadButton"));
+  EXPECT_NE(controller().when.isRunAtLoad(), wasRunAtLoad);
+  toggle(control<QCheckBox>("keepAliveButton"));
+  EXPECT_TRUE(controller().when.isKeptAlive());
+  toggle(control<QCheckBox>("scheduledButton"));
+  EXPECT_TRUE(controller().when.isScheduled());
+  QAccessible::setActive(false);
+}
+
+TEST_F(NewSheetTest, ItsRulesAreHeardOfAfterAScanToo) {
+  fill({"other"});
+  program().currentMode()->select(program().state.jobs.front()->url);
+  open();
+  type("backup");
+  goToCommand();
+  type("/bin/ls");
+  press(Qt::Key_Return);
+  ASSERT_EQ(controller().currentPage(), New::Page::when);
+  control<QCheckBox>("scheduledButton").click();
+  writeJob(Kind::userAgent, "other", {{"StartInterval", 60}});
+  scan();
+  const std::string before = outlook();
+  auto* const number = sheet().findChild<ScheduledRuleEditor*>()->findChild<QLineEdit*>();
+  number->setText(QStringLiteral("7200"));
+  EXPECT_NE(outlook(), before) << "the outlook follows the rules";
+}
 
 TEST_F(NewSheetTest, AJobIsMadeByTheKeyboardAlone) {
   open();
@@ -213,6 +286,9 @@ TEST_F(NewSheetTest, AnApplicationIsFoundByAPartOfItsName) {
   press(Qt::Key_Down);
   press(Qt::Key_Down);
   EXPECT_EQ(control<QLabel>("applicationTextField").text(), QStringLiteral("Clock"));
+  list.selectionModel()->select(list.model()->index(0, 0), QItemSelectionModel::ClearAndSelect);
+  EXPECT_EQ(control<QLabel>("applicationTextField").text(), QStringLiteral("Calculator")) << "as screen readers select";
+  press(Qt::Key_Down);
   EXPECT_EQ(controller().job().plist.run, "\"/bin/Clock\"");
   type("x");
   EXPECT_EQ(list.model()->rowCount(), 0);

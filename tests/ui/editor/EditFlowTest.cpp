@@ -78,6 +78,105 @@ TEST_F(EditFlowTest, WhatIsTypedAndClickedIsInTheRecordAtOnce) {
   EXPECT_FALSE(record().startInterval || record().startCalendarInterval);
 }
 
+TEST_F(EditFlowTest, ANumberThatCantBeSavedIsNamedAndKeepsTheEditor) {
+  edit({{"StartInterval", 60}, {"UserName", "ada"}});
+  const auto number = [&] {
+    return window().details().currentWidget()->findChild<ScheduledRuleEditor*>()->findChild<QLineEdit*>();
+  };
+  number()->clear();
+  control<QCheckBox>("runAtLoadButton").setFocus();
+  button("Save").click();
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  ASSERT_THAT(interface.errors, SizeIs(1));
+  EXPECT_EQ(interface.errors.front(), std::pair(std::string("Rule 1, “Repeat Interval”, can’t be saved"),
+                                                std::string("This isn’t a whole number")));
+  EXPECT_EQ(window().focusWidget(), number());
+  EXPECT_FALSE(number()->toolTip().isEmpty()) << "it is marked";
+  EXPECT_TRUE(hasChanges());
+  EXPECT_EQ(record().startInterval, 60) << "until there is a number, the schedule stays as it was";
+
+  control<QCheckBox>("scheduledButton").click();
+  button("Save").click();
+  EXPECT_THAT(helpers.requests, SizeIs(1)) << "without the rule nothing is wrong";
+}
+
+TEST_F(EditFlowTest, ANumberThatNobodyTouchedKeepsNothingFromBeingSaved) {
+  edit({{"StartInterval", 5}});
+  control<QCheckBox>("runAtLoadButton").click();
+  button("Save").click();
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+  EXPECT_EQ(record().startInterval, 5);
+}
+
+TEST_F(EditFlowTest, ARowWithoutATextIsNoCondition) {
+  edit({{"KeepAlive", true}});
+  QToolButton* add = nullptr;
+  for (auto* found : window().details().currentWidget()->findChildren<QToolButton*>()) {
+    if (found->accessibleName() == QStringLiteral("Add – OtherJobEnabled")) add = found;
+  }
+  ASSERT_NE(add, nullptr);
+  add->click();
+  EXPECT_FALSE(hasChanges());
+  QWidget* const field = QApplication::focusWidget();
+  ASSERT_NE(qobject_cast<QLineEdit*>(field), nullptr);
+  QTest::keyClicks(field, QStringLiteral("org.b"));
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (launchd::StringMap<bool>{{"org.b", true}}));
+  QTest::keyClick(field, Qt::Key_Escape);
+  ASSERT_TRUE(record().keepAlive);
+  EXPECT_EQ(record().keepAlive->bool_, true);
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, std::nullopt);
+}
+
+TEST_F(EditFlowTest, TheKeysAreWhereTheWorkIs) {
+  edit({{"Program", "/bin/ls"}});
+  EXPECT_EQ(window().focusWidget(), &control<QLineEdit>("nameValueTextField"));
+  QTest::keyClicks(window().focusWidget(), QStringLiteral("x"));
+  EXPECT_EQ(record().name, "ax") << "no other job is looked for";
+  QTest::keyClick(window().focusWidget(), Qt::Key_S, Qt::ControlModifier);
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  helpers.requests.front().reply({});
+  EXPECT_TRUE(table().hasFocus()) << "saved";
+  settle();
+
+  QTest::keyClick(&table(), Qt::Key_E, Qt::ControlModifier);
+  button("Done").setFocus();
+  button("Done").click();
+  EXPECT_TRUE(table().hasFocus()) << "left";
+}
+
+TEST_F(EditFlowTest, AnotherModeHasTheKeysWhenTheDetailsHadThem) {
+  edit({{"Program", "/bin/ls"}, {"StartInterval", 60}});
+  for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_4, Qt::Key_3}) {
+    program().currentMode()->select(program().state.jobs.front()->url);
+    control<QPlainTextEdit>("notesTextField").setFocus();
+    QTest::keyClick(window().focusWidget(), key, Qt::ControlModifier);
+    ASSERT_NE(window().focusWidget(), nullptr) << key;
+    EXPECT_FALSE(window().details().isAncestorOf(window().focusWidget())) << key;
+    EXPECT_TRUE(window().focusWidget()->isVisible()) << key;
+    settle();
+  }
+}
+
+TEST_F(EditFlowTest, ANoteThatIsBeingTypedKeepsTheKeysWhenItsJobChanges) {
+  edit({{"Program", "/bin/ls"}});
+  button("Done").click();
+  for (const char* filter : {"", "a"}) {
+    window().filter().setText(QLatin1String(filter));
+    auto& note = control<QPlainTextEdit>("notesTextField");
+    note.setFocus();
+    note.selectAll();
+    QTest::keyClicks(&note, QStringLiteral("onthree"));
+    for (int i = 0; i < 5; ++i) QTest::keyClick(&note, Qt::Key_Left);
+    writeJob(Kind::userAgent, "a", {{"Program", *filter == '\0' ? "/bin/cat" : "/bin/dd"}});
+    scan();
+    testdata::settle();
+    ASSERT_NE(QApplication::focusWidget(), nullptr) << filter;
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("e "));
+    EXPECT_EQ(control<QPlainTextEdit>("notesTextField").toPlainText(), QStringLiteral("one three")) << filter;
+    EXPECT_EQ(program().notes.note(program().state.selectedJob->url), "one three") << filter;
+  }
+}
+
 TEST_F(EditFlowTest, WithoutItsLastRuleAScheduleIsOff) {
   edit({{"StartInterval", 60}});
   for (auto* found : window().details().currentWidget()->findChildren<QToolButton*>()) {

@@ -42,8 +42,6 @@ constexpr auto at = Date::timeOfDay;
 
 class ScheduledRuleEditorTest : public testdata::ProgramFixture, public ScheduledDelegate {
  protected:
-  ~ScheduledRuleEditorTest() override { program().scheduledController.delegate = nullptr; }
-
   /// A window with the editor between two buttons, and those rules in it.
   ScheduledRuleEditor& open(const Rules& rules, int width = 520) {
     m_window = std::make_unique<QWidget>();
@@ -61,7 +59,7 @@ class ScheduledRuleEditorTest : public testdata::ProgramFixture, public Schedule
       layout->addWidget(widget);
     }
     layout->addStretch();
-    program().scheduledController.delegate = this;
+    m_editor->editor().setDelegate(this);
     program().scheduledController.load(rules, m_editor->editor());
     m_window->resize(width, 800);
     m_window->show();
@@ -198,7 +196,6 @@ TEST_F(ScheduledRuleEditorTest, EachKeyInANumberIsAChangeAndAWrongOneIsMarked) {
   EXPECT_EQ(field.palette().color(QPalette::Text), invalidData(paletteOf(Scheme::Dark)));
   field.clear();
   QTest::keyClick(&field, Qt::Key_7);
-  field.setText({});
   control<QComboBox>("Unit").setCurrentIndex(2);
   EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval").toolTip()), "") << "7 hours";
 }

@@ -239,7 +239,7 @@ TEST_F(GridModeViewTest, AnEmptyViewTellsWhy) {
     return label();
   };
   EXPECT_EQ(utf8(label()), "No Items");
-  program().state.isLoading = true;
+  const auto scanning = program().state.scanning.begin();
   EXPECT_EQ(utf8(label()), "Loading\u2026");
   (void)view().grab();
   EXPECT_GT(asked, 0);

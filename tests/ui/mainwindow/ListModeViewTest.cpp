@@ -69,11 +69,11 @@ TEST_F(ListModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
       {"home", [&] { QTest::keyClick(&table(), Qt::Key_Home); }},
       {"letter", [&] { QTest::keyClick(&table(), Qt::Key_G); }},
   };
-  program().state.isBusy = true;
+  auto saving = program().state.saving.begin();
   click(0);
   expectSelected("beta", "busy");
   EXPECT_TRUE(interface.sheets.empty());
-  program().state.isBusy = false;
+  saving.release();
 
   program().state.hasUnsavedChanges = true;
   for (const auto& [act, does] : acts) {
@@ -123,6 +123,39 @@ TEST_F(ListModeViewTest, MenuOfARowIsThatOfItsJob) {
   expectSelected("alpha", "a menu selects nothing");
 
   EXPECT_EQ(menuAt(table(), cell(2).center() + QPoint(0, 60)), nullptr) << "below the rows";
+}
+
+TEST_F(ListModeViewTest, TheOtherMouseButtonSelectsNothing) {
+  fill({"alpha", "beta"});
+  click(0);
+  QTest::mouseClick(table().viewport(), Qt::RightButton, {}, cell(1).center());
+  expectSelected("alpha", "right click");
+  EXPECT_EQ(table().currentIndex().row(), 0);
+}
+
+TEST_F(ListModeViewTest, ColumnsTheirWidthsAndTheSortOrderComeBack) {
+  IconLoader icons;
+  {
+    ListModeView first(program(), icons);
+    first.show();
+    QHeaderView& columns = *first.table().header();
+    columns.resizeSection(static_cast<int>(List::summary), 123);
+    columns.moveSection(columns.visualIndex(static_cast<int>(List::run)), 0);
+    first.table().setVisibleColumns({List::name, List::summary, List::run, List::scheduled});
+    columns.setSortIndicator(static_cast<int>(List::name), Qt::DescendingOrder);
+  }
+  ListModeView second(program(), icons);
+  second.show();
+  EXPECT_EQ(layoutText(second.table().places()).substr(0, 4), "run ");
+  EXPECT_EQ(second.table().columnWidth(static_cast<int>(List::summary)), 123);
+  EXPECT_EQ(second.table().visibleColumns(), (std::vector{List::name, List::summary, List::scheduled, List::run}));
+  EXPECT_EQ(second.table().header()->sortIndicatorSection(), static_cast<int>(List::name));
+  EXPECT_EQ(second.table().header()->sortIndicatorOrder(), Qt::DescendingOrder);
+  writeJob(Kind::userAgent, "a");
+  writeJob(Kind::userAgent, "b");
+  ASSERT_TRUE(foundation.defaults.setSelectedMode(static_cast<int>(Mode::list)));
+  scan();
+  EXPECT_EQ(texts(second.table()), (Names{"b", "a"}));
 }
 
 TEST_F(ListModeViewTest, MenuKeyOpensTheMenuOfTheMarkedRow) {

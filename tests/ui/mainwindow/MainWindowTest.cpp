@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QPlainTextEdit>
+#include <QToolButton>
 #include <algorithm>
 
 #include "ui/mainwindow/WindowFixture.h"
@@ -57,6 +59,55 @@ TEST_F(MainWindowTest, FilterLeavesWhatHoldsItAndItsEndMarksTheSelectedJobAgain)
     EXPECT_EQ(markedJob(table()), "beta") << end;
     EXPECT_EQ(shownJob(window()), "beta") << end;
   }
+}
+
+TEST_F(MainWindowTest, WhatAFilterHidesIsntActedOnAndWhatItLeavesStaysSelected) {
+  fill({"alpha", "beta"});
+  click(1);
+  type("beta");
+  EXPECT_EQ(markedJob(table()), "beta");
+  EXPECT_EQ(shownJob(window()), "beta");
+  window().filter().setText(QStringLiteral("alpha"));
+  EXPECT_EQ(shownJob(window()), "");
+  EXPECT_FALSE(window().windowTitle().contains(QStringLiteral("beta")));
+  QTest::keyClick(&table(), Qt::Key_Delete);
+  QTest::keyClick(&table(), Qt::Key_E, Qt::ControlModifier);
+  EXPECT_THAT(interface.sheets, IsEmpty());
+  EXPECT_EQ(shownJob(window()), "");
+}
+
+TEST_F(MainWindowTest, AFieldKeepsTheKeysThatDeleteText) {
+  fill({"alpha"});
+  click(0);
+  const auto deleteIn = [](QWidget& field) {
+    field.setFocus();
+    for (const Qt::Key key : {Qt::Key_Backspace, Qt::Key_Delete}) {
+      QTest::keyClick(&field, key, Qt::ControlModifier);
+      QTest::keyClick(&field, key);
+    }
+  };
+  auto* const note = window().details().currentWidget()->findChild<QPlainTextEdit*>();
+  note->setPlainText(QStringLiteral("one two"));
+  note->moveCursor(QTextCursor::End);
+  deleteIn(*note);
+  EXPECT_EQ(note->toPlainText(), QStringLiteral("one"));
+  type("one two");
+  deleteIn(window().filter());
+  EXPECT_EQ(window().filter().text(), QStringLiteral("one"));
+  EXPECT_THAT(interface.sheets, IsEmpty());
+
+  window().filter().clear();
+  table().setFocus();
+  QTest::keyClick(&table(), Qt::Key_Backspace, Qt::ControlModifier);
+  EXPECT_EQ(interface.sheets.size(), 1U) << "in the list it is the job that is meant";
+}
+
+TEST_F(MainWindowTest, AModeIsChosenByWhateverTurnsItsButtonOn) {
+  fill({"alpha"});
+  for (auto* segment : window().findChildren<QToolButton*>()) {
+    if (segment->accessibleName() == qt(foundation.localize.tree())) segment->toggle();
+  }
+  EXPECT_EQ(program().mainWindow.mode(), Mode::tree);
 }
 
 TEST_F(MainWindowTest, EscapeInAnEmptyFilterGivesTheKeysBackToTheList) {

@@ -72,6 +72,14 @@ class TimelineModeViewTest : public testdata::ProgramFixture {
   std::unique_ptr<TimelineModeView> m_view;
 };
 
+TEST_F(TimelineModeViewTest, TheOtherMouseButtonSelectsNothing) {
+  fill();
+  click(3);
+  expectSelected("alpha", 3, "click");
+  QTest::mouseClick(table().viewport(), Qt::RightButton, {}, middle(5));
+  expectSelected("alpha", 3, "right click");
+}
+
 TEST_F(TimelineModeViewTest, MouseAndKeysSelectTheJobAndNeverAHeader) {
   fill();
   const struct {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QScreen>
+
 #include "support/TestData.h"
 
 namespace mirvel::ui {
@@ -36,6 +38,29 @@ TEST_F(WindowFrameTest, ComesBackWhereItWas) {
   EXPECT_EQ(window.geometry(), QRect(40, 50, 600, 400));
   splitter.resize(600, 400);
   EXPECT_NEAR(splitter.sizes().front(), sizes.front(), 2);
+}
+
+TEST_F(WindowFrameTest, AFrameIsMovedAndMadeSmallerAsFarAsItMustBe) {
+  const QRect place(10, 30, 1000, 700);
+  const struct {
+    QRect frame, fitted;
+  } table[] = {
+      {{20, 40, 600, 400}, {20, 40, 600, 400}},        {{500, 40, 600, 400}, {410, 40, 600, 400}},
+      {{-50, 10, 600, 400}, {10, 30, 600, 400}},       {{20, 500, 600, 400}, {20, 330, 600, 400}},
+      {{20, 40, 1400, 400}, {10, 40, 1000, 400}},      {{20, 40, 600, 900}, {20, 30, 600, 700}},
+      {{-500, -500, 3000, 3000}, {10, 30, 1000, 700}},
+  };
+  for (const auto& row : table) EXPECT_EQ(fitted(row.frame, place), row.fitted) << row.frame.width();
+}
+
+TEST_F(WindowFrameTest, OnASmallScreenAWindowIsNoLargerThanIt) {
+  const QRect screen = window.screen()->availableGeometry();
+  resizeToFit(window, QSize(5000, 4000));
+  EXPECT_EQ(window.width(), screen.width());
+  EXPECT_LT(window.height(), screen.height()) << "there is a title bar";
+  ASSERT_TRUE(defaults.setText(Defaults::Key::windowFrame, "40 50 5000 4000"));
+  EXPECT_TRUE(restoreFrame(window, splitter, defaults));
+  EXPECT_TRUE(screen.contains(window.geometry()));
 }
 
 TEST_F(WindowFrameTest, WhatCantBeSeenOrUnderstoodIsNotFollowed) {

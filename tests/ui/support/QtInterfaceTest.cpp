@@ -72,13 +72,17 @@ TEST_F(QtInterfaceTest, AnswersWithTheButton) {
   }
 }
 
-TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirst) {
+TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirstOrBothTheSafeOne) {
   Alert two = m_question;
   two.otherTitle.clear();
   Alert one = two;
   one.alternateTitle.clear();
   Alert gap = m_question;
   gap.alternateTitle.clear();
+  Alert safeLast = m_question;
+  safeLast.safeButton = Interface::otherButton;
+  Alert safeFirst = m_question;
+  safeFirst.safeButton = Interface::defaultButton;
   const struct {
     const Alert& question;
     Qt::Key key;
@@ -86,6 +90,7 @@ TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirst) {
   } rows[] = {
       {m_question, Qt::Key_Escape, 1002}, {two, Qt::Key_Escape, 1001},        {one, Qt::Key_Escape, 1000},
       {gap, Qt::Key_Escape, 1002},        {m_question, Qt::Key_Return, 1000}, {two, Qt::Key_Return, 1000},
+      {safeLast, Qt::Key_Return, 1002},   {safeLast, Qt::Key_Escape, 1002},   {safeFirst, Qt::Key_Escape, 1000},
   };
   for (const auto& row : rows) {
     whenUp<QMessageBox>([&](QMessageBox& box) { QTest::keyClick(&box, row.key); });
@@ -93,6 +98,27 @@ TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirst) {
   }
   whenUp<QMessageBox>([](QMessageBox& box) { box.close(); });
   EXPECT_EQ(m_interface.alert(m_question), 1002) << "closed by the window manager";
+}
+
+TEST_F(QtInterfaceTest, ReturnEscapeAndClosingPressTheSafeButton) {
+  Alert first = m_question;
+  first.otherTitle.clear();
+  first.safeButton = Interface::defaultButton;
+  Alert second = first;
+  second.safeButton = Interface::alternateButton;
+  for (const Alert& question : {first, second}) {
+    const auto answer = [&](const std::function<void(QMessageBox&)>& act) {
+      whenUp<QMessageBox>(act);
+      return m_interface.alert(question);
+    };
+    const int safe = *question.safeButton;
+    EXPECT_EQ(answer([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }), safe);
+    EXPECT_EQ(answer([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }), safe);
+    EXPECT_EQ(answer([](QMessageBox& box) { box.close(); }), safe);
+    EXPECT_EQ(answer([](QMessageBox& box) { QTest::keyClick(box.focusWidget(), Qt::Key_Space); }), safe);
+    EXPECT_EQ(answer([](QMessageBox& box) { press(box, "Save"); }), 1000);
+    EXPECT_EQ(answer([](QMessageBox& box) { press(box, "Don’t Save"); }), 1001);
+  }
 }
 
 TEST_F(QtInterfaceTest, ShowsTextAsItIs) {

@@ -1,4 +1,4 @@
-#include "core/lint/LostKeys.h"
+#include "core/lint/NestedKeyLint.h"
 
 #include <algorithm>
 #include <optional>
@@ -7,10 +7,13 @@
 
 #include "core/lint/Suggestion.h"
 #include "core/lint/Vocabulary.h"
+#include "core/plist/Place.h"
 
 namespace mirvel::lint {
 
 namespace {
+
+constexpr const char* unfit = "the value doesn't fit its key";
 
 std::optional<double> number(const plist::Value& value) {
   if (const auto* real = value.as<double>()) return *real;
@@ -33,40 +36,46 @@ class Comparison {
       : m_owner(owner), m_nested(nestedKeysOf(owner)), m_findings(findings) {}
 
   /// `depth` counts the dictionaries that are open.
-  void compare(const plist::Value& before, const plist::Value& after, const std::string& path, std::size_t depth) {
+  void compare(const plist::Value& before, const plist::Value& after, const launchd::Place& place, std::size_t depth) {
     const auto* dictionary = before.as<plist::Dictionary>();
     const auto* array = before.as<plist::Array>();
     if (dictionary && after.as<plist::Dictionary>()) {
-      compareEntries(*dictionary, *after.as<plist::Dictionary>(), path, depth + 1);
+      compareEntries(*dictionary, *after.as<plist::Dictionary>(), place, depth + 1);
     } else if (array && after.as<plist::Array>() && array->size() == after.as<plist::Array>()->size()) {
       for (std::size_t i = 0; i < array->size(); ++i) {
-        compare((*array)[i], (*after.as<plist::Array>())[i], plist::childPath(path, i), depth);
+        compare((*array)[i], (*after.as<plist::Array>())[i], place.index(i), depth);
       }
     } else if (!isKept(before, after)) {
-      m_findings.warning(path, "the value doesn't fit its key; it is lost when the job is saved");
+      tellUnfit(place);
     }
   }
 
  private:
-  void compareEntries(const plist::Dictionary& before, const plist::Dictionary& after, const std::string& path,
+  void compareEntries(const plist::Dictionary& before, const plist::Dictionary& after, const launchd::Place& place,
                       std::size_t depth) {
     for (const auto& [key, value] : before) {
-      const std::string child = plist::childPath(path, key);
+      const launchd::Place child = place.key(key);
       if (const plist::Value* kept = after.find(key)) {
         compare(value, *kept, child, depth);
       } else {
-        tellLost(key, child, depth);
+        tellMissing(key, child, depth);
       }
     }
   }
 
-  void tellLost(const std::string& key, const std::string& path, std::size_t depth) {
+  void tellUnfit(const launchd::Place& place) {
+    if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
+    m_findings.warning(place.text(), unfit);
+  }
+
+  void tellMissing(const std::string& key, const launchd::Place& place, std::size_t depth) {
+    if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
     const bool isListed = m_nested && m_nested->depth == depth &&
                           std::find(m_nested->keys.begin(), m_nested->keys.end(), key) == m_nested->keys.end();
     if (isListed) {
-      m_findings.keyWarning(path, "unknown key, lost when the job is saved" + suggestionText(key, m_nested->keys));
+      m_findings.keyWarning(place.text(), "unknown key" + suggestionText(key, m_nested->keys));
     } else {
-      m_findings.keyWarning(path, "the value can't be kept; it is lost when the job is saved");
+      m_findings.keyWarning(place.text(), unfit);
     }
   }
 
@@ -84,14 +93,16 @@ class Comparison {
 
 }  // namespace
 
-void checkLostKeys(const Subject& subject, Findings& findings) {
+void checkNestedKeys(const Subject& subject, Findings& findings) {
   const plist::Dictionary written = subject.record.encode();
   for (const auto& [key, value] : subject.file) {
-    if (!launchd::Plist::codingKey(key)) continue;
+    // What an event brings is for whoever handles it.
+    if (!launchd::Plist::codingKey(key) || key == "LaunchEvents") continue;
     if (const plist::Value* after = written.find(key)) {
-      Comparison(key, findings).compare(value, *after, key, 0);
+      const launchd::Place top;
+      Comparison(key, findings).compare(value, *after, top.key(key), 0);
     } else if (!isEmptyContainer(value)) {
-      findings.warning(key, "the value doesn't fit its key; it is lost when the job is saved");
+      findings.warning(key, unfit);
     }
   }
 }

@@ -1,0 +1,116 @@
+#include "core/actions/DeletedJobs.h"
+
+#include <algorithm>
+
+#include "core/catalogue/JobFolder.h"
+#include "core/support/ReadFile.h"
+#include "core/support/Uuid.h"
+
+namespace mirvel {
+
+namespace {
+
+constexpr const char* nameKey = "Name";
+constexpr const char* pathKey = "Path";
+constexpr const char* kindKey = "Kind";
+constexpr const char* dateKey = "Date";
+constexpr const char* contentsKey = "Contents";
+
+template <typename T>
+const T* entry(const plist::Dictionary& dictionary, const char* key) {
+  const plist::Value* const value = dictionary.find(key);
+  return value ? value->as<T>() : nullptr;
+}
+
+std::optional<DeletedJob> decode(const std::string& id, const plist::Value& value) {
+  const auto* const fields = value.as<plist::Dictionary>();
+  if (!fields) return std::nullopt;
+  const auto* const name = entry<std::string>(*fields, nameKey);
+  const auto* const path = entry<std::string>(*fields, pathKey);
+  const auto* const number = entry<plist::Integer>(*fields, kindKey);
+  const auto* const date = entry<double>(*fields, dateKey);
+  const auto* const contents = entry<plist::Data>(*fields, contentsKey);
+  if (!name || !path || !number || !date || !contents) return std::nullopt;
+  const auto kind = Kind::fromRawValue(static_cast<int>(number->toInt64().value_or(-1)));
+  if (!kind || !DeletedJobs::canKeep(*kind)) return std::nullopt;
+  return DeletedJob{
+      .id = id, .name = *name, .url = URL::file(*path), .kind = *kind, .deletedAt = *date, .bytes = contents->bytes};
+}
+
+plist::Value encode(const DeletedJob& job) {
+  return plist::Dictionary{{nameKey, job.name},
+                           {pathKey, job.url.text()},
+                           {kindKey, job.kind.rawValue()},
+                           {dateKey, job.deletedAt},
+                           {contentsKey, plist::Data{job.bytes}}};
+}
+
+bool standsAsItWas(const DeletedJob& job) {
+  const auto bytes = readFile(job.url.path(), JobFolder::largestFile);
+  return bytes && *bytes == job.bytes;
+}
+
+}  // namespace
+
+DeletedJobs::DeletedJobs(const std::filesystem::path& folder, const Clock& clock, StoreTroubles& troubles)
+    : DeletedJobs(folder, clock, troubles, Limits()) {}
+
+DeletedJobs::DeletedJobs(const std::filesystem::path& folder, const Clock& clock, StoreTroubles& troubles,
+                         Limits limits)
+    : m_store(folder / "DeletedJobs.plist", &troubles), m_clock(clock), m_limits(limits) {}
+
+Result<std::string> DeletedJobs::keep(const Job& job) {
+  auto bytes = readFile(job.url.path(), JobFolder::largestFile);
+  if (!bytes) return bytes.error();
+  DeletedJob deleted{.id = makeUuid(),
+                     .name = job.name,
+                     .url = job.url,
+                     .kind = job.originalKind,
+                     .deletedAt = m_clock.secondsSince1970(),
+                     .bytes = *std::move(bytes)};
+  m_store.put(deleted.id, encode(deleted));
+  prune(deleted.id);
+  if (auto written = m_store.write(); !written) return written.error();
+  return deleted.id;
+}
+
+void DeletedJobs::forget(const std::string& id) {
+  (void)m_store.set(id, std::nullopt);  // the store reports what fails
+}
+
+/// Entries of another form stay, and aren't counted: a newer version may have made them.
+void DeletedJobs::prune(const std::string& newest) {
+  std::size_t count = 0, size = 0;
+  for (const DeletedJob& job : kept()) {
+    size += job.bytes.size();
+    const bool isTooOld = keptUntil(job.deletedAt) < m_clock.secondsSince1970();
+    const bool isBeyond = isTooOld || ++count > m_limits.jobs || size > m_limits.bytes;
+    // The newest stays whatever its size, and whatever the clock said before: it is about to be deleted.
+    if (isBeyond && job.id != newest) m_store.put(job.id, std::nullopt);
+  }
+}
+
+std::vector<DeletedJob> DeletedJobs::kept() const {
+  std::vector<DeletedJob> result;
+  for (const auto& [id, value] : m_store.contents()) {
+    if (auto job = decode(id, value)) result.push_back(*std::move(job));
+  }
+  std::stable_sort(result.begin(), result.end(),
+                   [](const DeletedJob& a, const DeletedJob& b) { return a.deletedAt > b.deletedAt; });
+  return result;
+}
+
+std::vector<DeletedJob> DeletedJobs::jobs() const {
+  std::vector<DeletedJob> result = kept();
+  std::erase_if(result, [&](const DeletedJob& job) {
+    return keptUntil(job.deletedAt) < m_clock.secondsSince1970() || standsAsItWas(job);
+  });
+  return result;
+}
+
+std::optional<DeletedJob> DeletedJobs::job(const std::string& id) const {
+  const plist::Value* const value = m_store.find(id);
+  return value ? decode(id, *value) : std::nullopt;
+}
+
+}  // namespace mirvel

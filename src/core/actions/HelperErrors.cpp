@@ -1,0 +1,169 @@
+#include "core/actions/HelperErrors.h"
+
+#include <cerrno>
+#include <string>
+
+#include "core/actions/ActionError.h"
+#include "core/actions/HelperFailure.h"
+#include "core/support/Bidirectional.h"
+#include "core/support/Interface.h"
+#include "core/support/Localize.h"
+
+namespace mirvel {
+
+namespace {
+
+using Deed = HelperFailure::Deed;
+
+std::string unknownError(const plist::Integer& code, const Localize& localize) {
+  return bidirectionalString({localize.anUnknownErrorOccurred(), '(' + code.text() + ')'}, " ",
+                             localize.isRightToLeft());
+}
+
+/// What couldn't be done; empty for what has no file.
+std::string deedOf(const HelperFailure& failure, const Localize& localize) {
+  const std::string& file = failure.cause.file;
+  if (failure.deed == Deed::Test) return localize.theTestCouldntBeRun();
+  if (failure.deed == Deed::Log) return localize.anUnknownErrorOccurredWhenFetchingTheLog();
+  if (file.empty()) return {};
+  switch (failure.deed) {
+    case Deed::Write:
+      return localize.couldntBeWritten(file);
+    case Deed::Delete:
+      return localize.couldntBeDeleted(file);
+    case Deed::Read:
+      return localize.couldntBeRead(file);
+    case Deed::Load:
+      return localize.theJobCouldntBeLoaded(file);
+    case Deed::Unload:
+      return localize.theJobCouldntBeStopped(file);
+    case Deed::Answer:
+    case Deed::Test:
+    case Deed::Log:
+      break;
+  }
+  return {};
+}
+
+/// What the system says, with what to do about it; empty for what it seldom says.
+std::string systemReason(int systemCode, const Localize& localize) {
+  switch (systemCode) {
+    case ENOSPC:
+    case EDQUOT:
+      return localize.theDiskIsFull();
+    case EROFS:
+      return localize.theDiskCantBeWritten();
+    case EACCES:
+    case EPERM:
+      return localize.checkWhoMayChangeTheFile();
+    case ENOENT:
+    case ENOTDIR:
+      return localize.theFileOrItsFolderIsMissing();
+    case EEXIST:
+      return localize.thereIsAFileOfThisName();
+    case ENAMETOOLONG:
+      return localize.theNameIsTooLong();
+    case EIO:
+      return localize.theDiskReportsAnError();
+    default:
+      return {};
+  }
+}
+
+/// The same for what we say ourselves.
+std::string ownReason(const HelperFailure& failure, const Localize& localize) {
+  switch (failure.cause.code) {
+    case Error::Code::NotFound:
+      return localize.theFileOrItsFolderIsMissing();
+    case Error::Code::NotPermitted:
+      return localize.checkWhoMayChangeTheFile();
+    case Error::Code::Malformed:
+    case Error::Code::UnsupportedEncoding:
+    case Error::Code::MissingKey:
+    case Error::Code::WrongType:
+    case Error::Code::NoForm:
+      return failure.deed == Deed::Answer ? localize.pleaseTryAgain() : localize.checkTheContentOfTheJobFile();
+    case Error::Code::LimitExceeded:
+      return localize.itIsTooLargeForAJobFile();
+    case Error::Code::BadArgument:
+      return failure.deed == Deed::Write ? localize.renameTheItemAndTryAgain() : localize.pleaseTryAgain();
+    case Error::Code::NotTrusted:
+      return localize.makeSureThatOnlyYouCanChangeTheFile();
+    case Error::Code::StillRunning:
+      return localize.waitUntilTheJobHasEnded();
+    case Error::Code::Io:
+      break;
+  }
+  return localize.pleaseTryAgain();
+}
+
+/// The words of the one who knows, which nobody has translated: a tool of the system, or the place in a file.
+std::string detailOf(const Error& cause) {
+  Error withoutFile = cause;
+  withoutFile.file.clear();
+  return withoutFile.text();
+}
+
+void present(const HelperFailure& failure, const std::string& unknown, const Localize& localize, Interface& interface) {
+  const std::string deed = deedOf(failure, localize);
+  const std::string known = systemReason(failure.cause.systemCode, localize);
+  std::string text = known.empty() ? ownReason(failure, localize) : known;
+  if (failure.isWritten) text = localize.theFileWasSaved() + ' ' + text;
+  if (known.empty() && !failure.cause.message.empty()) text += "\n\n" + detailOf(failure.cause);
+  interface.error(deed.empty() ? unknown : deed, text);
+}
+
+}  // namespace
+
+void presentHelperError(const plist::Dictionary& error, const Localize& localize, Interface& interface) {
+  const auto string = [&error](std::string_view key) {
+    const plist::Value* const value = error.find(key);
+    return value ? value->as<std::string>() : nullptr;
+  };
+  const plist::Value* const codeValue = error.find("code");
+  const auto* integer = codeValue ? codeValue->as<plist::Integer>() : nullptr;
+  const std::string* const domain = string("domain");
+  if (!domain || !integer) return interface.error(localize.anUnknownErrorOccurred(), localize.pleaseTryAgain());
+
+  const std::string unknown = unknownError(*integer, localize);
+  if (const auto failure = HelperFailure::from(error)) return present(*failure, unknown, localize, interface);
+  if (*domain != actionErrorDomain) {
+    const std::string* const description = string("description");
+    const std::string* const suggestion = string("suggestion");
+    if (description && suggestion) return interface.error(*description, *suggestion);
+    return interface.error(unknown, localize.pleaseTryAgain());
+  }
+  const std::string notChanged = localize.theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError();
+  switch (static_cast<ActionErrorCode>(integer->toInt64().value_or(0))) {
+    case ActionErrorCode::NotConnected:
+      return interface.error(localize.couldNotEstablishCommunicationWithHelperTool(), localize.pleaseTryAgain());
+    case ActionErrorCode::NotChanged:
+      return interface.error(notChanged, localize.pleaseTryAgain());
+    case ActionErrorCode::NotChangedTryNewName:
+      return interface.error(notChanged, localize.renameTheItemAndTryAgain());
+    case ActionErrorCode::NoLog:
+      return interface.error(localize.anUnknownErrorOccurredWhenFetchingTheLog(), localize.pleaseTryAgain());
+  }
+  interface.error(unknown, localize.pleaseTryAgain());
+}
+
+void presentRefusal(HelperConnections::Refusal refusal, const Localize& localize, Interface& interface) {
+  const auto advice = [&] {
+    switch (refusal) {
+      case HelperConnections::Refusal::NoAgent:
+        return localize.startAnAuthenticationAgent();
+      case HelperConnections::Refusal::NoService:
+        return localize.startPolkit();
+      case HelperConnections::Refusal::NoTool:
+        return localize.installPkexec();
+      case HelperConnections::Refusal::NotAuthorised:
+        return localize.askAnAdministrator();
+      case HelperConnections::Refusal::Unknown:
+        break;
+    }
+    return localize.pleaseTryAgain();
+  };
+  interface.error(localize.cannotAuthenticate(), advice());
+}
+
+}  // namespace mirvel

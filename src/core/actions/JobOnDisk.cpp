@@ -1,0 +1,58 @@
+#include "core/actions/JobOnDisk.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "core/catalogue/JobFolder.h"
+#include "core/propertylist/Reader.h"
+#include "core/propertylist/Value.h"
+#include "core/support/ReadFile.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::optional<plist::Dictionary> jobDictionary(const URL& url) {
+  const auto bytes = jobBytes(url);
+  if (!bytes) return std::nullopt;
+  const auto document = plist::read(*bytes);
+  if (!document) return std::nullopt;
+  plist::Value value = document->value();
+  auto* dictionary = value.as<plist::Dictionary>();
+  return dictionary ? std::optional(std::move(*dictionary)) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> jobBytes(const URL& url) {
+  auto bytes = readFile(url.path(), JobFolder::largestFile);
+  return bytes ? std::optional(*std::move(bytes)) : std::nullopt;
+}
+
+std::optional<std::string> jobLabel(const URL& url) {
+  const auto job = jobDictionary(url);
+  const plist::Value* const label = job ? job->find("Label") : nullptr;
+  const auto* text = label ? label->as<std::string>() : nullptr;
+  return text ? std::optional(*text) : std::nullopt;
+}
+
+bool isEnabledOnDisk(const URL& url) {
+  const auto job = jobDictionary(url);
+  const plist::Value* const disabled = job ? job->find("Disabled") : nullptr;
+  const bool* const isDisabled = disabled ? disabled->as<bool>() : nullptr;
+  return job && !(isDisabled && *isDisabled);
+}
+
+bool isGone(const URL& url) {
+  std::error_code failure;
+  return fs::symlink_status(url.path(), failure).type() == fs::file_type::not_found;
+}
+
+bool stands(const URL& url) {
+  std::error_code failure;
+  return fs::exists(fs::symlink_status(url.path(), failure));
+}
+
+}  // namespace mirvel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "core/support/URL.h"
+
+namespace mirvel {
+
+/// What stands in a job's file at this moment. None if there is no such file, or it can't be read.
+std::optional<std::string> jobBytes(const URL& url);
+/// Its label; none if it has none.
+std::optional<std::string> jobLabel(const URL& url);
+/// Whether the file is a job's that is to be loaded: it isn't disabled.
+bool isEnabledOnDisk(const URL& url);
+/// Whether there is nothing, not even a link that leads nowhere; whether there is something. Both are false if that
+/// can't be told.
+bool isGone(const URL& url);
+bool stands(const URL& url);
+
+}  // namespace mirvel

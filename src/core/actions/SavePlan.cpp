@@ -1,0 +1,99 @@
+#include "core/actions/SavePlan.h"
+
+#include <system_error>
+
+#include "core/catalogue/Launchd.h"
+
+namespace mirvel {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Role = SaveStep::Role;
+
+bool isThere(const URL& url) {
+  std::error_code failure;
+  return fs::exists(url.path(), failure);
+}
+
+/// Loaded in the session of each user, though its file is root's.
+bool isAgentOfEveryone(Kind kind) {
+  return kind == Kind::localAgent || kind == Kind::systemAgent;
+}
+
+bool isAgent(Kind kind) {
+  return kind == Kind::userAgent || isAgentOfEveryone(kind);
+}
+
+/// What the helpers are asked for never ends an edit by itself: the save does, when all has been answered.
+SaveStep step(Role role, Action::Shared action, bool isRoots = false) {
+  action->cleanUp = false;
+  return {role, std::move(action), isRoots};
+}
+
+Action::Shared write(const SavePlan& plan, bool isLoaded, std::string label) {
+  auto action = Action::write(plan.to, plan.text, std::move(label));
+  if (isLoaded) action->kind = Action::Kind::writeAndLoad;
+  return action;
+}
+
+/// The file of a job that leaves a folder of root's: the one that was read or, where that has gone, the one of its
+/// name.
+URL oldFile(const Launchd& job, const Roots& roots) {
+  const auto folder = job.originalKind.folderURL(roots);
+  return isThere(job.url) || !folder ? job.url : URL::file(*folder / (job.name + ".plist"));
+}
+
+void addStepsAsUser(SavePlan& plan, const Launchd& job, const Roots& roots) {
+  const bool isLoaded = !job.isDisabled();
+  // The user's helper trusts labels: a job that gets another one is unloaded by the old one.
+  plan.steps.push_back(
+      step(Role::Write, write(plan, isLoaded && !plan.isMove, job.name.empty() ? plan.label : job.name)));
+  if (!plan.isMove) return;
+  plan.steps.push_back(step(Role::RemoveOld, Action::delete_(oldFile(job, roots), job.name), true));
+  if (isAgentOfEveryone(job.originalKind)) {
+    plan.steps.push_back(step(Role::UnloadForGood, Action::unload(job.name, plan.from)));
+  }
+  if (isLoaded) plan.steps.push_back(step(Role::Load, Action::load(plan.to)));
+}
+
+void addStepsAsRoot(SavePlan& plan, const Launchd& job) {
+  const bool isOldThere = !job.isNewFile && isThere(plan.from);
+  const bool isAgentNow = isAgentOfEveryone(job.kind);
+  if (isOldThere && isAgent(job.originalKind)) {
+    plan.steps.push_back(step(Role::UnloadOld, Action::unload(std::nullopt, plan.from)));
+  }
+  // Root's helper trusts no label but that of the content and those in the files that it touches.
+  const auto action = write(plan, !isAgentNow && !job.isDisabled(), plan.label);
+  if (plan.isMove && isOldThere) action->deleteURL = plan.from;
+  plan.steps.push_back(step(Role::Write, action, true));
+  if (isAgentNow && !job.isDisabled()) plan.steps.push_back(step(Role::Load, Action::load(plan.to)));
+}
+
+}  // namespace
+
+std::optional<SavePlan> SavePlan::of(const Launchd& job, const Roots& roots, const IsTaken& isTaken) {
+  const bool isMove = !job.isNewFile && job.kind != job.originalKind;
+  const std::string& label = job.plist().name;
+  auto text = job.plistData();
+  std::optional<URL> to = job.url;
+  if (job.isNewFile) to = newFileURL(job.kind, label, roots, isTaken);
+  if (isMove) to = moveTarget(job.kind, job.url, roots, isTaken);
+  if (!text || !to) return std::nullopt;
+
+  SavePlan plan{.from = job.isNewFile ? *to : job.url,
+                .to = *to,
+                .isMove = isMove,
+                .isFresh = isMove || job.isNewFile,
+                .needsRoot = job.kind != Kind::userAgent || (isMove && job.originalKind != Kind::userAgent),
+                .label = label,
+                .text = *std::move(text)};
+  if (job.kind == Kind::userAgent) {
+    addStepsAsUser(plan, job, roots);
+  } else {
+    addStepsAsRoot(plan, job);
+  }
+  return plan;
+}
+
+}  // namespace mirvel

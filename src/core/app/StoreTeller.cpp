@@ -1,0 +1,46 @@
+#include "core/app/StoreTeller.h"
+
+#include <utility>
+
+namespace mirvel {
+
+namespace {
+
+Alert alertAbout(const StoreTrouble& trouble, const Localize& localize) {
+  const std::string reason = trouble.error.text();
+  switch (trouble.kind) {
+    case StoreTrouble::Kind::Damaged:
+      return {.message = localize.ownFileWasDamaged(),
+              .informativeText = localize.ownFileWasMoved(reason, trouble.rescue.string()),
+              .defaultTitle = localize.ok()};
+    case StoreTrouble::Kind::Unread:
+      return {.message = localize.ownFileCantBeRead(),
+              .informativeText = localize.ownFileIsLeftAlone(reason),
+              .defaultTitle = localize.ok()};
+    case StoreTrouble::Kind::Unwritten:
+      break;
+  }
+  return {.message = localize.ownFileCantBeWritten(),
+          .informativeText = localize.ownFileStaysInMemory(reason),
+          .defaultTitle = localize.ok()};
+}
+
+}  // namespace
+
+StoreTeller::StoreTeller(StoreTroubles& troubles, Interface& interface, Console& console, MainQueue& queue,
+                         const Localize& localize)
+    : m_troubles(troubles), m_interface(interface), m_console(console), m_localize(localize), m_delay(queue) {
+  m_troubles.setListener([this](const StoreTrouble& trouble) { tell(trouble); });
+}
+
+StoreTeller::~StoreTeller() {
+  m_troubles.setListener(nullptr);
+}
+
+void StoreTeller::tell(const StoreTrouble& trouble) {
+  m_console.log(trouble.error.text());
+  // Later, since any code may be on the stack that reads a setting.
+  m_delay(0, [this, alert = alertAbout(trouble, m_localize)] { m_interface.beginSheet(alert, [](int) {}); });
+}
+
+}  // namespace mirvel

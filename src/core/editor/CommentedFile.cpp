@@ -1,0 +1,79 @@
+#include "core/editor/CommentedFile.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "core/actions/MoveTarget.h"
+#include "core/app/Program.h"
+#include "core/catalogue/JobFolder.h"
+#include "core/catalogue/Launchd.h"
+#include "core/propertylist/Comments.h"
+#include "core/propertylist/DateText.h"
+#include "core/support/ReadFile.h"
+#include "core/support/ReplaceFile.h"
+#include "core/support/Strings.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path keptFilesFolder(const Program& program) {
+  return program.foundation.roots.applicationSupport / "Kept Files";
+}
+
+/// The moment in UTC, without colons, which some file systems don't take in a name.
+std::string timeText(double secondsSince1970) {
+  constexpr double from1970To2001 = 978307200;
+  std::string text = plist::dateText({.seconds = secondsSince1970 - from1970To2001});
+  std::replace(text.begin(), text.end(), ':', '.');
+  return text;
+}
+
+fs::path freshPath(const fs::path& folder, const std::string& name) {
+  fs::path path = folder / (name + ".plist");
+  std::error_code failure;
+  for (int number = 2; fs::exists(fs::symlink_status(path, failure)); ++number) {
+    path = folder / (name + ' ' + std::to_string(number) + ".plist");
+  }
+  return path;
+}
+
+Result<void> keepFile(const Program& program, const Launchd& job, std::string_view bytes) {
+  constexpr std::size_t longestName = 48;  // in characters, so that any name has room
+  const fs::path folder = keptFilesFolder(program);
+  std::error_code failure;
+  fs::create_directories(folder, failure);  // the write tells if that has failed
+  const std::string name(String::firstCharacters(jobFileName(job.name), longestName));
+  return replaceFile(freshPath(folder, name + ' ' + timeText(program.platform.clock.secondsSince1970())), bytes);
+}
+
+bool mayCommentsGo(const Program& program, const Launchd& job) {
+  const Localize& localize = program.foundation.localize;
+  const int answer = program.platform.interface.alert({
+      .message = localize.savingRemovesComments(job.name),
+      .informativeText = localize.theFileWithItsCommentsIsKept(keptFilesFolder(program).string()),
+      .defaultTitle = localize.saveWithoutComments(),
+      .alternateTitle = localize.cancel(),
+      .safeButton = Interface::alternateButton,
+  });
+  return answer == Interface::defaultButton;
+}
+
+}  // namespace
+
+bool letCommentsGo(Program& program, const Launchd& job) {
+  if (job.isNewFile) return true;
+  const auto bytes = readFile(job.url.path(), JobFolder::largestFile);
+  if (!bytes || !plist::hasComments(*bytes)) return true;
+  if (!mayCommentsGo(program, job)) return false;
+  const auto kept = keepFile(program, job, *bytes);
+  if (!kept) program.platform.interface.present(kept.error());
+  return static_cast<bool>(kept);
+}
+
+}  // namespace mirvel

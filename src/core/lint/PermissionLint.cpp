@@ -1,0 +1,13 @@
+#include "core/lint/PermissionLint.h"
+
+#include "core/support/FileTrust.h"
+
+namespace mirvel::lint {
+
+std::vector<Finding> checkPermissions(const std::filesystem::path& file, uid_t user) {
+  const auto trusted = checkTrust(file, user);
+  if (trusted || trusted.error().code != Error::Code::NotTrusted) return {};
+  return {{.severity = Severity::warning, .message = "can't be loaded: " + trusted.error().text()}};
+}
+
+}  // namespace mirvel::lint

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "core/propertylist/Value.h"
+
+namespace mirvel::launchd {
+
+/// A value in a job file, below a known key, that the record can't represent: its key is unknown, its type is wrong, or
+/// it lies too deep. A save keeps it where it is.
+struct OpaqueValue {
+  /// From the top: the keys of dictionaries, and the places in arrays, such as "[0]".
+  using Path = std::vector<std::string>;
+
+  Path path;
+  plist::Value value;
+
+  /// The path for a person: `Sockets.Listener[1].SockPathMode`.
+  std::string text() const;
+};
+
+/// What `file` holds in its dictionaries and `read`, which was made of it, doesn't.
+std::vector<OpaqueValue> opaqueValues(const plist::Value& file, const plist::Value& read);
+
+bool holdsAt(const plist::Value& file, std::span<const std::string> path);
+/// Takes the entry of a dictionary out, if it is there.
+void removeAt(plist::Value& file, std::span<const std::string> path);
+
+}  // namespace mirvel::launchd

@@ -1,0 +1,50 @@
+#include "helpers/host/Presence.h"
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace mirvel::host {
+
+Result<std::unique_ptr<Presence>> Presence::claim(const Places& places) {
+  if (const auto made = places.make(); !made) return made.error();
+  auto lock = lockFolder(places.folder);
+  if (!lock) return lock.error();
+  if (!*lock) return std::unique_ptr<Presence>();
+  auto listening = listenAt(places.socket);
+  if (!listening) return listening.error();
+  return std::unique_ptr<Presence>(new Presence(places, *std::move(lock), *std::move(listening)));
+}
+
+Presence::Presence(Places places, FileDescriptor lock, FileDescriptor listening)
+    : m_places(std::move(places)),
+      m_lock(std::move(lock)),
+      m_listening(std::move(listening)),
+      m_socket(FileIdentity::at(m_places.socket)) {}
+
+Presence::~Presence() {
+  if (hasLock() && hasSocket()) ::unlink(m_places.socket.c_str());
+}
+
+bool Presence::isWhole() const {
+  return hasLock() && hasSocket();
+}
+
+Result<bool> Presence::lockAgain() {
+  if (hasLock()) return true;
+  if (const auto made = m_places.make(); !made) return made.error();
+  auto lock = lockFolder(m_places.folder);
+  if (!lock) return lock.error();
+  if (!*lock) return false;
+  m_lock = *std::move(lock);
+  return true;
+}
+
+Result<FileDescriptor> Presence::listenAgain() {
+  if (hasSocket()) return FileDescriptor();
+  auto listening = listenAt(m_places.socket);
+  if (listening) m_socket = FileIdentity::at(m_places.socket);
+  return listening;
+}
+
+}  // namespace mirvel::host

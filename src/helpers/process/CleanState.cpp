@@ -1,0 +1,178 @@
+#include "helpers/process/CleanState.h"
+
+#include <fcntl.h>
+#include <grp.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <unistd.h>
+#ifdef __linux__
+#include <sched.h>
+#include <sys/personality.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#endif
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "core/support/Environment.h"
+#include "core/support/FileDescriptor.h"
+
+namespace mirvel {
+
+namespace {
+
+struct Limit {
+#ifdef __GLIBC__
+  __rlimit_resource resource;
+#else
+  int resource;
+#endif
+  rlim_t soft, hard;
+};
+
+constexpr rlim_t none = RLIM_INFINITY;
+
+/// Those that Linux and systemd give to services. No core: it would hold what others may not read.
+constexpr std::array limits{
+    Limit{RLIMIT_CPU, none, none},
+    Limit{RLIMIT_FSIZE, none, none},
+    Limit{RLIMIT_DATA, none, none},
+    Limit{RLIMIT_STACK, rlim_t{8} << 20U, none},
+    Limit{RLIMIT_CORE, 0, none},
+    Limit{RLIMIT_AS, none, none},
+    Limit{RLIMIT_NOFILE, 1024, 524288},
+    Limit{RLIMIT_MEMLOCK, rlim_t{8} << 20U, rlim_t{8} << 20U},
+    Limit{RLIMIT_NPROC, none, none},
+#ifdef __linux__
+    Limit{RLIMIT_RSS, none, none},
+    Limit{RLIMIT_LOCKS, none, none},
+    Limit{RLIMIT_SIGPENDING, none, none},
+    Limit{RLIMIT_MSGQUEUE, 819200, 819200},
+    Limit{RLIMIT_NICE, 0, 0},
+    Limit{RLIMIT_RTPRIO, 0, 0},
+    Limit{RLIMIT_RTTIME, none, none},
+#endif
+};
+
+/// Only root can raise a hard limit; for others it bounds the soft one.
+void resetLimits() {
+  for (const Limit& limit : limits) {
+    const rlimit wanted{.rlim_cur = limit.soft, .rlim_max = limit.hard};
+    rlimit now{};
+    if (::setrlimit(limit.resource, &wanted) == 0 || ::getrlimit(limit.resource, &now) != 0) continue;
+    now.rlim_cur = std::min(limit.soft, now.rlim_max);
+    ::setrlimit(limit.resource, &now);
+  }
+}
+
+/// Writes a short text to a file of the kernel's. False if that can't be.
+bool tell(const std::filesystem::path& file, std::string_view text) {
+  const FileDescriptor open(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
+  return open && ::write(open.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
+}
+
+void resetPriority() {
+#ifdef __linux__
+  const sched_param usual{};
+  ::sched_setscheduler(0, SCHED_OTHER, &usual);
+  cpu_set_t all;
+  std::fill_n(reinterpret_cast<unsigned char*>(&all), sizeof all, static_cast<unsigned char>(0xFF));
+  ::sched_setaffinity(0, sizeof all, &all);
+  constexpr long thisProcess = 1, byNiceValue = 0;  // ioprio_set(2), which has no header
+  ::syscall(SYS_ioprio_set, thisProcess, 0, byNiceValue);
+  tell("/proc/self/oom_score_adj", "0");
+  ::prctl(PR_SET_TIMERSLACK, 50000UL);
+  ::personality(PER_LINUX);
+#endif
+  ::setpriority(PRIO_PROCESS, 0, 0);
+}
+
+/// A signal that is ignored is no longer pending. So none arrives that was sent to the one before.
+void resetSignals() {
+  for (int number = 1; number < NSIG; ++number) ::signal(number, SIG_IGN);
+  sigset_t nothing;
+  sigemptyset(&nothing);
+  ::sigprocmask(SIG_SETMASK, &nothing, nullptr);
+  for (int number = 1; number < NSIG; ++number) ::signal(number, SIG_DFL);
+#ifdef __linux__
+  ::prctl(PR_SET_PDEATHSIG, 0);
+#endif
+}
+
+void stopTimers() {
+  const itimerval off{};
+  ::setitimer(ITIMER_REAL, &off, nullptr);
+  ::setitimer(ITIMER_VIRTUAL, &off, nullptr);
+  ::setitimer(ITIMER_PROF, &off, nullptr);
+}
+
+/// Also the ones above the limit, which may have been lowered when they were open.
+void closeDescriptors() {
+  constexpr int first = STDERR_FILENO + 1;
+#ifdef SYS_close_range
+  if (::syscall(SYS_close_range, first, ~0U, 0) == 0) return;
+#endif
+  constexpr int most = 65536;
+  for (int number = first; number < most; ++number) ::close(number);
+}
+
+/// A file that is opened later would otherwise take the place of a missing one, and be written what is meant for it.
+void fillStandardDescriptors() {
+  for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
+    if (::fcntl(number, F_GETFD) < 0) (void)::open("/dev/null", O_RDWR);  // gets the lowest free number, this one
+  }
+}
+
+/// A call that fails leaves what was, which is root's all the same.
+void takeRootsGroups() {
+  if (::geteuid() != 0) return;
+  const gid_t group = 0;
+  [[maybe_unused]] const bool isDone = ::setgroups(1, &group) == 0 && ::setgid(group) == 0 && ::setuid(0) == 0;
+}
+
+}  // namespace
+
+void leaveControlGroup(const std::filesystem::path& hierarchy) {
+  if (::geteuid() != 0 || ::access((hierarchy / "cgroup.procs").c_str(), W_OK) != 0) return;
+  const std::filesystem::path group = hierarchy / "mirvel";
+  ::mkdir(group.c_str(), 0755);  // mostly it is there already
+  tell(group / "cgroup.procs", "0");
+}
+
+void resetProcessState(ControlGroup controlGroup) {
+  stopTimers();
+  resetSignals();
+  resetLimits();
+  closeDescriptors();
+  fillStandardDescriptors();
+  resetPriority();
+  ::setsid();  // fails for one that leads a group, which then is its own already
+  ::umask(022);
+  (void)!::chdir("/");  // a folder that stays busy is no reason not to work
+  takeRootsGroups();
+#ifdef __linux__
+  if (controlGroup == ControlGroup::Leave) {
+    for (const char* hierarchy : {"/sys/fs/cgroup", "/sys/fs/cgroup/unified"}) leaveControlGroup(hierarchy);
+  }
+#else
+  (void)controlGroup;
+#endif
+}
+
+void resetEnvironment() {
+  for (const auto& [name, value] : processEnvironment()) ::unsetenv(name.c_str());
+  ::setenv("PATH", "/usr/bin:/bin:/usr/sbin:/sbin", 1);
+}
+
+void forbidTracing() {
+#ifdef __linux__
+  ::prctl(PR_SET_DUMPABLE, 0);
+#endif
+}
+
+}  // namespace mirvel

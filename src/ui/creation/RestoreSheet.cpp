@@ -1,0 +1,91 @@
+#include "ui/creation/RestoreSheet.h"
+
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "core/app/Program.h"
+#include "core/creation/RestoreDeleted.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+constexpr int idRole = Qt::UserRole;
+
+}  // namespace
+
+RestoreSheet::RestoreSheet(Program& program, QWidget& window)
+    : SheetViewController(window, program.foundation.defaults, "Restore Sheet"),
+      m_program(program),
+      m_list(new QTreeWidget),
+      m_restoreButton(new QPushButton) {
+  const Localize& localize = program.foundation.localize;
+  setWindowTitle(qt(localize.restoreDeleted()));
+  makeList();
+  auto* const hint = new QLabel(qt(localize.deletedJobsAreKept(DeletedJobs::days)));
+  hint->setWordWrap(true);
+  auto* const buttons = new QDialogButtonBox;
+  m_restoreButton->setText(qt(localize.restore()));
+  m_restoreButton->setObjectName(QStringLiteral("restoreButton"));
+  m_restoreButton->setDefault(true);
+  buttons->addButton(m_restoreButton, QDialogButtonBox::AcceptRole);
+  buttons->addButton(qt(localize.cancel()), QDialogButtonBox::RejectRole);
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(hint);
+  layout->addWidget(m_list, 1);
+  layout->addWidget(buttons);
+
+  connect(m_restoreButton, &QPushButton::clicked, this, [this] { restore(); });
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  connect(m_list, &QTreeWidget::itemDoubleClicked, this, [this] { restore(); });
+  connect(m_list, &QTreeWidget::itemSelectionChanged, this,
+          [this] { m_restoreButton->setEnabled(!m_list->selectedItems().isEmpty()); });
+  fill();
+  m_list->setFocus();
+  restoreSize({fontMetrics().averageCharWidth() * 110, fontMetrics().lineSpacing() * 20});
+}
+
+void RestoreSheet::makeList() {
+  const Localize& localize = m_program.foundation.localize;
+  m_list->setObjectName(QStringLiteral("deletedJobs"));
+  m_list->setAccessibleName(qt(localize.restoreDeleted()));
+  m_list->setRootIsDecorated(false);
+  m_list->setUniformRowHeights(true);
+  m_list->setAllColumnsShowFocus(true);
+  m_list->setHeaderLabels({qt(localize.name()), qt(localize.kind()), qt(localize.file()), qt(localize.deleted()),
+                           qt(localize.keptUntil())});
+}
+
+void RestoreSheet::fill() {
+  for (const DeletedJobRow& row : deletedJobRows(m_program)) {
+    auto* const item =
+        new QTreeWidgetItem(m_list, {qt(row.name), qt(row.kind), qt(row.file), qt(row.deleted), qt(row.until)});
+    item->setData(0, idRole, qt(row.id));
+    for (int column = 0; column < m_list->columnCount(); ++column) item->setToolTip(column, item->text(column));
+  }
+  const bool isEmpty = m_list->topLevelItemCount() == 0;
+  if (isEmpty) {
+    auto* const note = new QTreeWidgetItem(m_list, {qt(m_program.foundation.localize.noDeletedJobs())});
+    note->setFlags(Qt::NoItemFlags);
+  } else {
+    m_list->setCurrentItem(m_list->topLevelItem(0));
+  }
+  m_restoreButton->setEnabled(!isEmpty);
+  for (int column = 0; column < m_list->columnCount(); ++column) m_list->resizeColumnToContents(column);
+}
+
+void RestoreSheet::restore() {
+  const auto selected = m_list->selectedItems();
+  if (selected.isEmpty()) return;
+  const std::string id = utf8(selected.first()->data(0, idRole).toString());
+  Program& program = m_program;
+  accept();  // first, since there may be a question in a sheet of its own
+  restoreDeleted(program, id);
+}
+
+}  // namespace mirvel::ui

@@ -1,0 +1,116 @@
+#include "core/actions/HelperErrors.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "core/actions/HelperFailure.h"
+#include "core/support/Defaults.h"
+#include "core/support/Localize.h"
+#include "support/FakeInterface.h"
+#include "support/TestData.h"
+
+namespace mirvel {
+namespace {
+
+using Deed = HelperFailure::Deed;
+using Code = Error::Code;
+using Refusal = HelperConnections::Refusal;
+
+class HelperErrorsTest : public testing::Test {
+ protected:
+  testdata::TemporaryFolder folder;
+  Localize localize{"en"};
+  Defaults defaults{folder.path() / "defaults.plist"};
+  testdata::FakeInterface interface { defaults, localize };
+};
+
+TEST_F(HelperErrorsTest, EachFailureIsToldWithItsFileAndWhatToDo) {
+  struct Row {
+    HelperFailure failure;
+    const char* message;
+    const char* text;
+  };
+  const std::vector<Row> rows{
+      {{Deed::Write, {.code = Code::Io, .message = "x", .file = "/a.plist", .systemCode = ENOSPC}},
+       "“/a.plist” couldn’t be written",
+       "The disk is full. Make room on it and try again."},
+      {{Deed::Delete, {.code = Code::NotPermitted, .message = "x", .file = "/a.plist", .systemCode = EACCES}},
+       "“/a.plist” couldn’t be deleted",
+       "Check who owns the file and its folder, and who may change them."},
+      {{Deed::Write, {.code = Code::Io, .message = "x", .file = "/a.plist", .systemCode = EEXIST}},
+       "“/a.plist” couldn’t be written",
+       "There is a file of this name already. Choose another name and try again."},
+      {{Deed::Write, {.code = Code::BadArgument, .message = "it is a folder", .file = "/a.plist"}},
+       "“/a.plist” couldn’t be written",
+       "Rename the item and try again\n\nit is a folder"},
+      {{Deed::Load, {.code = Code::Io, .message = "launchd says no", .file = "/a.plist"}, true},
+       "The job in “/a.plist” couldn’t be loaded",
+       "The file was saved. Please try again.\n\nlaunchd says no"},
+      {{Deed::Unload, {.code = Code::Io, .message = "it still runs", .file = "/a.plist"}},
+       "The job in “/a.plist” couldn’t be stopped",
+       "Please try again.\n\nit still runs"},
+      {{Deed::Read, {.code = Code::Malformed, .message = "no list", .file = "/a.plist", .line = 3, .column = 4}},
+       "“/a.plist” couldn’t be read",
+       "Check the content of the job file.\n\nline 3, column 4: no list"},
+      {{Deed::Test, {.code = Code::Io, .message = "no host"}},
+       "The test couldn’t be run",
+       "Please try again.\n\nno host"},
+      {{Deed::Log, {.code = Code::Io, .message = "no journal"}},
+       "An unknown error occurred when fetching the log",
+       "Please try again.\n\nno journal"},
+      {{Deed::Answer, {.code = Code::MissingKey, .message = "the request's key kind is missing"}},
+       "An unknown error occurred (7)",
+       "Please try again.\n\nthe request's key kind is missing"},
+  };
+  for (const auto& row : rows) {
+    interface.errors.clear();
+    presentHelperError(row.failure.dictionary(), localize, interface);
+    EXPECT_THAT(interface.errors, testing::ElementsAre(testing::Pair(row.message, row.text)));
+  }
+}
+
+TEST_F(HelperErrorsTest, WhatIsNoFailureInPartsIsToldByItsDomainAndCode) {
+  struct Row {
+    plist::Dictionary error;
+    const char* message;
+    const char* text;
+  };
+  const std::vector<Row> rows{
+      {{{"domain", "MirvelHelperErrorDomain"}, {"code", 3}, {"deed", 99}, {"cause", 2}},
+       "An unknown error occurred (3)",
+       "Please try again."},
+      {{{"domain", "MirvelHelperErrorDomain"}, {"code", 3}, {"deed", 1}, {"cause", -1}},
+       "An unknown error occurred (3)",
+       "Please try again."},
+      {{{"domain", "MirvelActionErrorDomain"}, {"code", 5}},
+       "The item couldn’t be added or removed because of an unknown error",
+       "Rename the item and try again"},
+      {{{"domain", "Other"}, {"code", 5}, {"description", "a"}, {"suggestion", "b"}}, "a", "b"},
+      {{{"code", 5}}, "An unknown error occurred", "Please try again."},
+  };
+  for (const auto& row : rows) {
+    interface.errors.clear();
+    presentHelperError(row.error, localize, interface);
+    EXPECT_THAT(interface.errors, testing::ElementsAre(testing::Pair(row.message, row.text)));
+  }
+}
+
+TEST_F(HelperErrorsTest, ARefusalSaysWhatToDo) {
+  struct Row {
+    Refusal refusal;
+    const char* says;
+  };
+  for (const Row& row : {Row{Refusal::Unknown, "Please try again."}, Row{Refusal::NotAuthorised, "password was wrong"},
+                         Row{Refusal::NoAgent, "polkit authentication agent"}, Row{Refusal::NoService, "“polkitd”"},
+                         Row{Refusal::NoTool, "“pkexec”"}}) {
+    interface.errors.clear();
+    presentRefusal(row.refusal, localize, interface);
+    EXPECT_THAT(interface.errors,
+                testing::ElementsAre(testing::Pair("Cannot authenticate", testing::HasSubstr(row.says))));
+  }
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,143 @@
+#include "core/actions/MoveJournal.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/catalogue/Launchd.h"
+#include "support/ProgramFixture.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// Programs that end in the middle of a move, and those that are started next. The helpers do what the requests say as
+/// far as files go.
+class MoveJournalTest : public testdata::ProgramFixture {
+ protected:
+  /// Moves the job and ends the program after so many answers; true: the next request was carried out all the same.
+  void moveAndEnd(Kind before, Kind now, std::size_t answers, bool isNextCarriedOut) {
+    endProgram();
+    for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) fs::remove_all(path(kind));
+    const auto file = writeJob(before, "job", {{"ProgramArguments", plist::Array{"/bin/ls"}}});
+    const auto job = Launchd::read(testdata::bytes(file), URL::file(file), before, {}, console);
+    job->kind = now;
+    helpers.requests.clear();
+    program().actions.save(job);
+    for (std::size_t i = 0; i < answers; ++i) {
+      carryOut(helpers.requests[i]);
+      helpers.requests[i].reply({});
+    }
+    if (isNextCarriedOut) carryOut(helpers.requests[answers]);
+    helpers.requests.clear();
+    endProgram();
+  }
+  void carryOut(const testdata::FakeHelpers::Request& request) {
+    if (request.body.find("string")) {
+      (void)folder.write(fs::path(request.text("path")).lexically_relative(folder.path()), request.text("string"));
+    }
+    if (request.body.find("deletePath")) fs::remove(request.text("deletePath"));
+  }
+  /// What a program asks of the helpers that is started now: "delete u", "load a".
+  std::vector<std::string> askedAtStart() {
+    program().appDelegate.applicationDidFinishLaunching();
+    std::vector<std::string> result;
+    for (std::size_t i = 0; i < helpers.requests.size(); ++i) {
+      const auto& request = helpers.requests[i];
+      EXPECT_FALSE(request.isPrivileged) << "nobody is asked for a password";
+      const bool isDeletion = request.body.find("deletePath");
+      const fs::path file = request.text(isDeletion ? "deletePath" : "path");
+      result.push_back((isDeletion ? "delete " : "load ") + letterOf(file));
+      EXPECT_EQ(request.kind(), isDeletion ? 2 : 5);
+      carryOut(request);
+      helpers.requests[i].reply({});
+    }
+    helpers.requests.clear();
+    endProgram();
+    return result;
+  }
+  std::string letterOf(const fs::path& file) const {
+    return file.parent_path() == path(Kind::userAgent).parent_path()    ? "u"
+           : file.parent_path() == path(Kind::localAgent).parent_path() ? "a"
+                                                                        : "d";
+  }
+  std::string files() const {
+    std::string result;
+    for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) {
+      std::error_code failure;
+      for (const auto& entry : fs::directory_iterator(path(kind), failure)) result += letterOf(entry.path());
+    }
+    return result;
+  }
+
+  const fs::path journal = roots.applicationSupport / "Moves.plist";
+};
+
+TEST_F(MoveJournalTest, AMoveThatTheProgramsEndInterruptsIsEndedByTheNextStart) {
+  constexpr Kind user = Kind::userAgent, agent = Kind::localAgent, daemon = Kind::localDaemon;
+  const struct {
+    Kind before, now;
+    std::size_t answers;
+    bool isNextCarriedOut;
+    std::vector<std::string> asked;
+    std::string files;
+  } table[] = {
+      {user, daemon, 0, false, {"load u"}, "u"},  // it may have been unloaded
+      {user, daemon, 0, true, {"load u"}, "u"},   {user, daemon, 1, false, {"load u"}, "u"},
+      {user, daemon, 1, true, {}, "d"},           {user, agent, 1, false, {"load u"}, "u"},
+      {user, agent, 1, true, {"load a"}, "a"},    {daemon, user, 0, false, {}, "d"},
+      {daemon, user, 0, true, {"delete u"}, "d"}, {daemon, user, 1, false, {"delete u"}, "d"},
+      {daemon, user, 1, true, {"load u"}, "u"},   {agent, user, 1, false, {"delete u", "load a"}, "a"},
+      {agent, user, 1, true, {"load u"}, "u"},
+  };
+  for (const auto& row : table) {
+    SCOPED_TRACE("row " + std::to_string(&row - table));
+    moveAndEnd(row.before, row.now, row.answers, row.isNextCarriedOut);
+    EXPECT_TRUE(fs::exists(journal));
+    EXPECT_EQ(askedAtStart(), row.asked);
+    EXPECT_EQ(files(), row.files);
+    EXPECT_FALSE(fs::exists(journal));
+    EXPECT_THAT(askedAtStart(), IsEmpty()) << "once";
+  }
+}
+
+/// Root's helper was killed between writing and removing.
+TEST_F(MoveJournalTest, OfAMoveToRootThatIsHalfDoneTheUsersFileGoes) {
+  moveAndEnd(Kind::userAgent, Kind::localAgent, 1, true);
+  const auto file = writeJob(Kind::userAgent, "job", {{"ProgramArguments", plist::Array{"/bin/ls"}}});
+  (void)fs::remove(journal);
+  MoveJournal moves(roots.applicationSupport);
+  const auto rootsFile = URL::file(path(Kind::localAgent, "job.plist"));
+  const std::string checksum = JobFile::checksumOf(testdata::bytes(file));
+  ASSERT_TRUE(moves.begin({URL::file(file), rootsFile, "job", checksum}));
+  EXPECT_EQ(files(), "ua");
+  EXPECT_EQ(askedAtStart(), (std::vector<std::string>{"delete u", "load a"}));
+  EXPECT_EQ(files(), "a");
+}
+
+TEST_F(MoveJournalTest, NoFileIsRemovedThatIsntTheOneThatMoved) {
+  const auto file = writeJob(Kind::userAgent, "job", {{"Nice", 1}});
+  const auto rootsFile = writeJob(Kind::localDaemon, "job");
+  const std::string checksum = JobFile::checksumOf(testdata::bytes(file));
+  const MoveJournal::Move move{URL::file(file), URL::file(rootsFile), "job", checksum};
+  EXPECT_EQ(remedyFor(move), MoveRemedy::RemoveUsers);
+  auto other = move;
+  other.label = "another";
+  EXPECT_EQ(remedyFor(other), MoveRemedy::LoadUsers) << "root's file is another job's";
+  (void)writeJob(Kind::userAgent, "job", {{"Nice", 2}});
+  EXPECT_EQ(remedyFor(move), MoveRemedy::None) << "it was edited since";
+  fs::remove(file);
+  EXPECT_EQ(remedyFor(move), MoveRemedy::LoadRoots);
+}
+
+TEST_F(MoveJournalTest, ADamagedJournalAsksForNothing) {
+  for (const std::string content : {"", "no list", "<plist><dict><key>/a</key><dict/></dict></plist>"}) {
+    (void)folder.write(journal.lexically_relative(folder.path()), content);
+    EXPECT_THAT(MoveJournal(roots.applicationSupport).unfinished(), IsEmpty());
+  }
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,189 @@
+#include "core/app/JobMoves.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "core/catalogue/CustomIcons.h"
+#include "core/catalogue/Launchd.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Contains;
+
+class JobMovesTest : public testdata::ProgramFixture {
+ protected:
+  JobMovesTest() { writeJob(Kind::userAgent, "a"); }
+
+  URL at(Kind kind, const std::string& name) const { return URL::file(path(kind, name)); }
+  fs::path iconOf(const URL& url) const { return customIconFile(roots.applicationSupport, *iconStoreName(url)); }
+  /// Gives the selected job all that a user can keep beside it.
+  void giveEverything() {
+    const auto job = program().state.selectedJob;
+    program().notes.setNote(job->url, "my note");
+    program().revisions.saveRevision(dynamic_cast<Launchd&>(*job));
+    fs::create_directories(iconOf(job->url).parent_path());
+    std::ofstream(iconOf(job->url)) << "picture";
+    queue.runFor(1);
+  }
+  bool hasEverything(const URL& url) {
+    return program().notes.note(url) == "my note" && program().revisions.revisions().find(url.text()) &&
+           testdata::bytes(iconOf(url)) == "picture";
+  }
+  bool hasAnything(const URL& url) {
+    return program().notes.has(url) || program().revisions.revisions().find(url.text()) || fs::exists(iconOf(url));
+  }
+  void select(const std::string& name) { program().state.selectedJob = jobNamed(name); }
+  void rename(const URL& from, const URL& to) const {
+    fs::create_directories(to.path().parent_path());
+    fs::rename(from.path(), to.path());
+  }
+
+  const URL old = at(Kind::userAgent, "a.plist");
+};
+
+TEST_F(JobMovesTest, WhatBelongsToAJobFollowsItsFileWhileTheProgramRunsAndWhileItDoesnt) {
+  for (const bool isRunning : {true, false}) {
+    for (const URL& to : {at(Kind::userAgent, "renamed.plist"), at(Kind::localAgent, "a.plist")}) {
+      fs::remove_all(roots.applicationSupport);
+      scan();
+      select("a");
+      giveEverything();
+      ASSERT_TRUE(hasEverything(old));
+      if (isRunning) scan();
+      if (!isRunning) endProgram();
+      rename(old, to);
+      scan();
+      EXPECT_TRUE(hasEverything(to)) << to.text() << isRunning;
+      EXPECT_FALSE(hasAnything(old)) << to.text() << isRunning;
+      EXPECT_TRUE(jobNamed("a")->customIcon) << "shown at once";
+      rename(to, old);
+      scan();
+      EXPECT_TRUE(hasEverything(old)) << "and back";
+    }
+  }
+}
+
+TEST_F(JobMovesTest, ASaveThatMovesTheFileTakesEverythingAlong) {
+  struct Row {
+    Kind from;
+    Kind to;
+    const char* label;
+  };
+  for (const Row& row : {Row{Kind::userAgent, Kind::localDaemon, "a"}, Row{Kind::localDaemon, Kind::userAgent, "a"},
+                         Row{Kind::userAgent, Kind::localDaemon, "another name"}}) {
+    for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) fs::remove_all(path(kind));
+    fs::create_directories(path(row.to));
+    fs::remove_all(roots.applicationSupport);
+    writeJob(row.from, "a");
+    scan();
+    select("a");
+    giveEverything();
+    const auto job = std::dynamic_pointer_cast<Launchd>(program().state.selectedJob);
+    job->kind = row.to;
+    job->plist().name = row.label;
+    helpers.requests.clear();
+    program().actions.save(job);
+    for (std::size_t i = 0; i < helpers.requests.size(); ++i) {
+      const auto request = helpers.requests[i];
+      if (request.body.find("deletePath")) fs::remove(request.text("deletePath"));
+      if (request.body.find("string")) std::ofstream(request.text("path")) << request.text("string");
+      request.reply({});
+    }
+    program().state.hasUnsavedChanges = false;
+    scan();
+    EXPECT_TRUE(hasEverything(at(row.to, "a.plist"))) << row.from.name() << " " << row.label;
+    EXPECT_FALSE(hasAnything(at(row.from, "a.plist"))) << row.from.name() << " " << row.label;
+  }
+}
+
+TEST_F(JobMovesTest, ANoteIsFoundAgainThatWasTypedJustBeforeTheEnd) {
+  scan();
+  select("a");
+  program().notes.setNote(old, "last words");
+  endProgram();
+  rename(old, at(Kind::userAgent, "b.plist"));
+  scan();
+  EXPECT_EQ(program().notes.note(at(Kind::userAgent, "b.plist")), "last words");
+}
+
+TEST_F(JobMovesTest, NothingFollowsWhereItIsntCertainThatTheFileMoved) {
+  struct Row {
+    const char* name;
+    std::function<void()> change;
+  };
+  const Row table[] = {
+      {"copied", [&] { writeJob(Kind::localAgent, "a"); }},
+      {"deleted", [&] { fs::remove(old.path()); }},
+      {"another label in its place",
+       [&] {
+         fs::remove(old.path());
+         writeJob(Kind::userAgent, "other");
+       }},
+      {"two candidates",
+       [&] {
+         fs::remove(old.path());
+         writeJob(Kind::localAgent, "a");
+         writeJob(Kind::localDaemon, "a");
+       }},
+      {"can't be read as a job for the moment", [&] { write(Kind::userAgent, "a.plist", "half a file"); }},
+  };
+  for (const Row& row : table) {
+    for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) fs::remove_all(path(kind));
+    writeJob(Kind::userAgent, "a");
+    scan();
+    select("a");
+    giveEverything();
+    scan();
+    row.change();
+    scan();
+    EXPECT_TRUE(hasEverything(old)) << row.name;
+  }
+}
+
+TEST_F(JobMovesTest, AFileWhoseNameIsNoTextKeepsItsNote) {
+  const URL odd = at(Kind::userAgent, "odd\xff.plist");
+  write(Kind::userAgent, "odd\xff.plist", testdata::jobText("odd"));
+  scan();
+  select("odd");
+  program().notes.setNote(odd, "kept");
+  queue.runFor(1);
+  scan();
+  EXPECT_EQ(program().notes.note(odd), "kept");
+}
+
+class MovedSelectionTest : public JobMovesTest {
+ protected:
+  testdata::RecordingShell shell{program()};
+};
+
+TEST_F(MovedSelectionTest, ARenamedFileIsNoticedAndItsJobStaysSelected) {
+  scan();
+  select("a");
+  const URL now = at(Kind::userAgent, "z.plist");
+  rename(old, now);
+  shell.events.clear();
+  scan();
+  ASSERT_TRUE(program().state.selectedJob);
+  EXPECT_EQ(program().state.selectedJob, jobNamed("a"));
+  EXPECT_EQ(program().state.selectedJob->url.text(), now.text());
+  EXPECT_THAT(shell.events, Contains("select z.plist"));
+  EXPECT_THAT(shell.events, testing::Not(Contains("clearDetail")));
+}
+
+TEST_F(MovedSelectionTest, ACopyThatWasThereBeforeIsntTheMovedJob) {
+  writeJob(Kind::localAgent, "a");
+  scan();
+  program().state.selectedJob = program().state.jobAt(old);
+  fs::remove(old.path());
+  scan();
+  EXPECT_FALSE(program().state.selectedJob);
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,173 @@
+#include "core/creation/RestoreDeleted.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/propertylist/Reader.h"
+#include "core/propertylist/Writer.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Dictionary;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class RestoreDeletedTest : public testdata::ProgramFixture {
+ protected:
+  /// Asks for the deletion, agrees, and lets the helper do it.
+  void deleteJob(const std::string& name, bool isDone = true) {
+    scan();
+    const auto job = jobNamed(name);
+    program().mainWindow.confirmDelete(job);
+    interface.answerSheet(Interface::defaultButton);
+    answer(isDone, [&] { fs::remove(job->url.path()); });
+  }
+  /// Answers the last request.
+  void answer(
+      bool isDone, const std::function<void()>& whatTheHelperDoes = [] {}) {
+    ASSERT_FALSE(helpers.requests.empty());
+    const auto request = helpers.requests.back();
+    if (isDone) whatTheHelperDoes();
+    request.reply(isDone ? Dictionary{} : Dictionary{{"error", Dictionary{{"domain", "x"}, {"code", 1}}}});
+    settle();
+  }
+  std::vector<std::string> rows() {
+    std::vector<std::string> result;
+    for (const auto& row : deletedJobRows(program())) result.push_back(row.name + " " + row.file);
+    return result;
+  }
+  void restoreFirst() {
+    helpers.requests.clear();
+    restoreDeleted(program(), deletedJobRows(program()).at(0).id);
+  }
+  const testdata::FakeHelpers::Request& request() const { return helpers.requests.front(); }
+
+  testdata::RecordingShell shell{program()};
+};
+
+TEST_F(RestoreDeletedTest, ADeletedJobComesBackAsItWas) {
+  struct Row {
+    Kind kind;
+    bool isPrivileged;
+    int request;
+  };
+  for (const Row& row :
+       {Row{Kind::userAgent, false, 1}, Row{Kind::localAgent, true, 0}, Row{Kind::localDaemon, true, 1}}) {
+    const std::string content = "<!-- mine -->" + testdata::jobText("a", {{"Own key", 1}});
+    const auto file = write(row.kind, "a.plist", content);
+    deleteJob("a");
+    ASSERT_FALSE(fs::exists(file));
+    EXPECT_THAT(rows(), ElementsAre("a " + file.string()));
+    restoreFirst();
+    ASSERT_THAT(helpers.requests, SizeIs(1));
+    EXPECT_EQ(request().isPrivileged, row.isPrivileged);
+    EXPECT_EQ(request().kind(), row.request);
+    EXPECT_EQ(request().text("path"), fs::canonical(file.parent_path()) / "a.plist");
+    EXPECT_EQ(request().text("string"), content);
+    EXPECT_THAT(rows(), SizeIs(1)) << "until it is written";
+    const auto count = helpers.requests.size();
+    answer(true, [&] { write(row.kind, "a.plist", content); });
+    EXPECT_THAT(rows(), IsEmpty());
+    ASSERT_TRUE(program().state.selectedJob);
+    EXPECT_EQ(program().state.selectedJob, jobNamed("a"));
+    EXPECT_EQ(helpers.requests.size() > count, row.kind == Kind::localAgent) << "loaded in the user's session";
+    fs::remove(file);
+    scan();
+  }
+}
+
+TEST_F(RestoreDeletedTest, AJobStaysAmongTheDeletedUntilItIsWritten) {
+  const auto file = writeJob(Kind::userAgent, "a");
+  deleteJob("a");
+  restoreFirst();
+  answer(false);
+  EXPECT_THAT(rows(), SizeIs(1));
+  helpers.requests.front().failure({.code = Error::Code::Io, .message = "the helper died"});
+  EXPECT_THAT(rows(), SizeIs(1));
+}
+
+TEST_F(RestoreDeletedTest, AJobThatWasntDeletedIsntListedEvenAfterItChanges) {
+  const auto file = writeJob(Kind::userAgent, "a");
+  deleteJob("a", false);
+  EXPECT_THAT(rows(), IsEmpty());
+  write(Kind::userAgent, "a.plist", testdata::jobText("a", {{"Nice", 1}}));
+  EXPECT_THAT(rows(), IsEmpty());
+}
+
+TEST_F(RestoreDeletedTest, ATakenNameLeadsToAFileBesideIt) {
+  const auto file = writeJob(Kind::userAgent, "a");
+  deleteJob("a");
+  write(Kind::userAgent, "a.plist", testdata::jobText("another"));
+  scan();
+  restoreFirst();
+  const fs::path place = request().text("path");
+  EXPECT_EQ(place.parent_path(), fs::canonical(file.parent_path()));
+  EXPECT_NE(place.filename(), "a.plist");
+  EXPECT_EQ(place.extension(), ".plist");
+}
+
+TEST_F(RestoreDeletedTest, AJobOfTheSameNameIsntStoppedByTheRestoredOne) {
+  writeJob(Kind::userAgent, "a");
+  deleteJob("a");
+  const auto other = write(Kind::userAgent, "other.plist", testdata::jobText("a"));
+  scan();
+  restoreFirst();
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  ASSERT_THAT(interface.sheets, SizeIs(1));
+  EXPECT_THAT(interface.sheets.front().first.informativeText, HasSubstr(other.string()));
+  EXPECT_EQ(interface.sheets.front().first.safeButton, Interface::alternateButton);
+  interface.answerSheet(Interface::alternateButton);
+  EXPECT_THAT(helpers.requests, IsEmpty());
+
+  restoreFirst();
+  interface.answerSheet(Interface::defaultButton);
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  EXPECT_EQ(request().kind(), 0) << "written, and not loaded";
+  EXPECT_EQ(*helpers.written().find("Disabled"), plist::Value(true));
+}
+
+TEST_F(RestoreDeletedTest, ABinaryFileComesBackWithTheSameValues) {
+  const Dictionary content{{"Label", "a"}, {"Program", "/bin/ls"}, {"Own", plist::Data{std::string("\0\xff", 2)}}};
+  write(Kind::userAgent, "a.plist", plist::writeBinary(content));
+  deleteJob("a");
+  restoreFirst();
+  EXPECT_EQ(helpers.written(), content);
+}
+
+TEST_F(RestoreDeletedTest, TheQuestionSaysUntilWhenAndForWhichJobsItIsTooLate) {
+  foundation.localize.locale();
+  loginItems.ownItems = {{"own", "/own/item", {}, {}}};
+  writeJob(Kind::userAgent, "a");
+  scan();
+  EXPECT_THAT(consequenceOfDeleting(program(), *jobNamed("a")), HasSubstr("“Restore Deleted”"));
+  EXPECT_THAT(consequenceOfDeleting(program(), *jobNamed("a")), HasSubstr("1970")) << "30 days after the clock's now";
+  EXPECT_EQ(consequenceOfDeleting(program(), *jobNamed("own")), "You can’t undo this action.");
+  for (const Kind kind : {Kind::privilegedHelperTool, Kind::localStartupItem, Kind::systemStartupItem}) {
+    EXPECT_EQ(consequenceOfDeleting(program(), Job(kind, "x", "", "", URL::file("/x"))), "You can’t undo this action.");
+  }
+}
+
+TEST_F(RestoreDeletedTest, WhatCantBeKeptIsDeletedOnlyAfterAnotherQuestion) {
+  (void)folder.write("support", "a file where the folder should be");
+  writeJob(Kind::userAgent, "a");
+  scan();
+  for (const int button : {Interface::alternateButton, Interface::defaultButton}) {
+    program().mainWindow.confirmDelete(jobNamed("a"));
+    interface.answerSheet(Interface::defaultButton);
+    ASSERT_THAT(interface.sheets, SizeIs(1));
+    EXPECT_EQ(interface.sheets.front().first.safeButton, Interface::alternateButton);
+    EXPECT_THAT(interface.sheets.front().first.informativeText, HasSubstr(roots.applicationSupport.string()));
+    EXPECT_THAT(helpers.requests, IsEmpty());
+    interface.answerSheet(button);
+  }
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,80 @@
+#include "core/editor/CommentedFile.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/catalogue/Launchd.h"
+#include "support/ProgramFixture.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+const std::string commented =
+    "<plist><dict><!-- who needs this? --><key>Label</key><string>a/b</string><key>Nice</key><integer>5</integer>"
+    "</dict></plist>";
+
+class CommentedFileTest : public testdata::ProgramFixture {
+ protected:
+  Launchd& jobOf(const std::string& bytes) {
+    (void)write(Kind::userAgent, "a.plist", bytes);
+    scan();
+    return dynamic_cast<Launchd&>(*jobNamed("a/b"));
+  }
+  std::vector<std::string> keptFiles() const {
+    std::vector<std::string> names;
+    std::error_code failure;
+    for (const auto& entry : fs::directory_iterator(kept, failure)) names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  const fs::path kept = roots.applicationSupport / "Kept Files";
+};
+
+TEST_F(CommentedFileTest, TheBytesAreKeptBeforeTheCommentsGo) {
+  clock.now = 1'700'000'000;
+  const Launchd& job = jobOf(commented);
+  interface.answer.button = Interface::defaultButton;
+  EXPECT_TRUE(letCommentsGo(program(), job));
+  EXPECT_TRUE(letCommentsGo(program(), job)) << "a second time in the same second";
+  EXPECT_THAT(keptFiles(), ElementsAre("a_b 2023-11-14T22.13.20Z 2.plist", "a_b 2023-11-14T22.13.20Z.plist"));
+  for (const std::string& name : keptFiles()) EXPECT_EQ(testdata::bytes(kept / name), commented);
+  const Alert& question = interface.alerts.at(0);
+  EXPECT_NE(question.informativeText.find(kept.string()), std::string::npos);
+  EXPECT_EQ(question.alternateTitle, "Cancel");
+  EXPECT_EQ(question.safeButton, Interface::alternateButton);
+}
+
+TEST_F(CommentedFileTest, WhoeverGoesBackKeepsEverything) {
+  const Launchd& job = jobOf(commented);
+  interface.answer.button = Interface::alternateButton;
+  EXPECT_FALSE(letCommentsGo(program(), job));
+  EXPECT_THAT(keptFiles(), IsEmpty());
+  EXPECT_THAT(interface.errors, IsEmpty());
+}
+
+TEST_F(CommentedFileTest, WhatCantBeKeptIsNotReplaced) {
+  const Launchd& job = jobOf(commented);
+  (void)folder.write(kept.lexically_relative(folder.path()), "no folder");
+  EXPECT_FALSE(letCommentsGo(program(), job));
+  EXPECT_THAT(interface.errors, SizeIs(1));
+}
+
+TEST_F(CommentedFileTest, AFileWithoutCommentsAndANewJobAreNotAskedAbout) {
+  EXPECT_TRUE(letCommentsGo(program(), jobOf(testdata::jobText("a/b"))));
+  Launchd& job = jobOf(commented);
+  job.isNewFile = true;
+  EXPECT_TRUE(letCommentsGo(program(), job));
+  job.isNewFile = false;
+  fs::remove(job.url.path());
+  EXPECT_TRUE(letCommentsGo(program(), job));
+  EXPECT_THAT(interface.alerts, IsEmpty());
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "helpers/host/Places.h"
+#include "helpers/jobhost/HostClient.h"
+
+namespace mirvel::testdata {
+
+/// Ends the job host of the machine below a folder, if one was started there: helpers start it when they need it. To be
+/// declared behind the folder.
+class EndsHost {
+ public:
+  explicit EndsHost(const std::filesystem::path& root) : m_client(host::Places::of(Roots::below(root)).socket) {}
+  ~EndsHost() {
+    const auto answer = m_client.ask(host::request::quit, {}, host::longestQuit);
+    const bool hasEnded =
+        answer || host::HostClient::isNoHost(answer.error()) || host::HostClient::isHangUp(answer.error());
+    EXPECT_TRUE(hasEnded) << answer.error().text();
+  }
+  EndsHost(const EndsHost&) = delete;
+  EndsHost& operator=(const EndsHost&) = delete;
+
+ private:
+  host::HostClient m_client;
+};
+
+}  // namespace mirvel::testdata

@@ -1,0 +1,155 @@
+// What a host remembers from one start to the next, and which files it refuses.
+
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "helpers/host/HostFixture.h"
+#include "helpers/host/LoadedJobs.h"
+#include "helpers/host/Signpost.h"
+
+namespace mirvel::host {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class HostMemory : public HostFixture {
+ protected:
+  void restart() {
+    ASSERT_TRUE(embedded.quit());
+    ASSERT_TRUE(embedded.unload("/nothing", {}));
+  }
+  std::vector<std::string> loaded() {
+    std::vector<std::string> labels;
+    for (const auto& job : status()) labels.push_back(job.label);
+    return labels;
+  }
+};
+
+TEST_F(HostMemory, LoadsAJobWhoseFileWasMissingAsSoonAsItIsThere) {
+  Signpost ran(folder.path() / "ran");
+  const std::string script = "echo ran > '" + (folder.path() / "ran").string() + "'";
+  const auto file = job("absent", script);
+  load(file);
+  fs::rename(folder.path() / "jobs", folder.path() / "unmounted");
+  restart();
+  restart();  // it is still noted
+  EXPECT_THAT(loaded(), IsEmpty());
+  const plist::Dictionary keys{{"RunAtLoad", true}, {"ProgramArguments", plist::Array{"/bin/sh", "-c", script}}};
+  folder.write("unmounted/absent.plist", testdata::jobText("absent", keys));
+  fs::rename(folder.path() / "unmounted", folder.path() / "jobs");
+  EXPECT_EQ(ran.line(), "ran");
+  EXPECT_THAT(loaded(), ElementsAre("absent"));
+
+  fs::remove(file);
+  restart();
+  EXPECT_TRUE(embedded.unload(file, "absent"));
+  job("absent", script);
+  restart();
+  EXPECT_THAT(loaded(), IsEmpty()) << "it was unloaded while its file was missing";
+}
+
+TEST_F(HostMemory, KeepsADamagedListBesideTheNewOne) {
+  const auto list = places.folder / "loaded.plist";
+  for (const char* damage : {"first damage", "second damage"}) {
+    load(job(damage, "true"));
+    ASSERT_TRUE(embedded.quit());
+    folder.write(fs::relative(list, folder.path()), damage);
+    ASSERT_TRUE(embedded.unload("/nothing", {}));
+    EXPECT_THAT(loaded(), IsEmpty());
+  }
+  EXPECT_EQ(testdata::bytes(list.string() + ".damaged-1"), "first damage");
+  EXPECT_EQ(testdata::bytes(list.string() + ".damaged-2"), "second damage");
+  load(job("third", "true"));
+  restart();
+  EXPECT_THAT(loaded(), ElementsAre("third"));
+}
+
+TEST_F(HostMemory, UnloadsNothingThatWouldBeLoadedAgainAtTheNextStart) {
+  const auto list = places.folder / "loaded.plist";
+  const auto file = job("noted", "true");
+  load(file);
+  fs::remove(list);
+  fs::create_directory(list);  // as good as a full disk: nothing can be written there
+  EXPECT_FALSE(embedded.unload(file, "noted"));
+  EXPECT_THAT(loaded(), ElementsAre("noted"));
+  EXPECT_FALSE(embedded.load(job("more", "true")));
+  EXPECT_THAT(loaded(), ElementsAre("noted"));
+  fs::remove(list);
+  EXPECT_TRUE(embedded.unload(file, "noted"));
+  restart();
+  EXPECT_THAT(loaded(), IsEmpty());
+}
+
+TEST_F(HostMemory, ForgetsAJobThatWasOnlyTried) {
+  load(job("kept", "true"));
+  ASSERT_TRUE(embedded.loadTemporarily(job("tried", "true")));
+  EXPECT_THAT(loaded(), ElementsAre("kept", "tried"));
+  restart();
+  EXPECT_THAT(loaded(), ElementsAre("kept"));
+}
+
+TEST_F(HostMemory, EndsWhatIsTriedByAProcessThatIsKilled) {
+#ifndef __linux__
+  GTEST_SKIP() << "only Linux tells of the end of any process";
+#endif
+  const auto pipe = Signpost::makePipe(folder.path() / "pipe");
+  const auto file =
+      job("tried", "exec 9> '" + pipe.string() + "'; echo $$ >&9; exec sleep 1000", {{"RunAtLoad", true}});
+  const pid_t helper = ::fork();
+  if (helper == 0) {
+    (void)embedded.loadTemporarily(file);
+    for (;;) ::pause();
+  }
+  std::ifstream lines(pipe);
+  std::string process, rest;
+  std::getline(lines, process);
+  EXPECT_TRUE(isAlive(process));
+  ::kill(helper, SIGKILL);
+  ::waitpid(helper, nullptr, 0);
+  EXPECT_FALSE(std::getline(lines, rest)) << "the pipe ends with the last process that has it open";
+}
+
+TEST_F(HostMemory, LoadsNothingThatOthersCouldHaveWritten) {
+  const auto file = job("open", "true");
+  const struct {
+    fs::path changed;
+    mode_t mode;
+  } rows[] = {{file, 0666}, {file.parent_path(), 0777}};
+  for (const auto& row : rows) {
+    struct stat before {};
+    ASSERT_EQ(::stat(row.changed.c_str(), &before), 0);
+    ASSERT_EQ(::chmod(row.changed.c_str(), row.mode), 0);
+    const auto refused = embedded.load(file);
+    ASSERT_FALSE(refused) << row.changed;
+    EXPECT_EQ(refused.error().code, Error::Code::NotTrusted);
+    EXPECT_EQ(refused.error().file, row.changed);
+    ASSERT_EQ(::chmod(row.changed.c_str(), before.st_mode & 07777), 0);
+  }
+  load(file);
+}
+
+TEST_F(HostMemory, NamesTheFileFromWhichALabelIsLoadedAlready) {
+  const auto first = job("same", "true");
+  load(first);
+  const auto second = embedded.load(folder.write("jobs/other.plist", testdata::bytes(first)));
+  ASSERT_FALSE(second);
+  EXPECT_EQ(second.error().code, Error::Code::BadArgument);
+  EXPECT_THAT(second.error().text(), testing::HasSubstr(first.string()));
+
+  const auto copy = folder.path() / "jobs" / "other.plist";
+  EXPECT_TRUE(embedded.unload(copy, "same"));
+  EXPECT_THAT(loaded(), ElementsAre("same")) << "it isn't the copy that is loaded";
+  fs::rename(first, copy);
+  EXPECT_TRUE(embedded.unload(copy, "same")) << "now it is";
+  EXPECT_THAT(loaded(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace mirvel::host

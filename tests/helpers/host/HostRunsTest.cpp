@@ -1,0 +1,230 @@
+// The processes of jobs: how they are stopped, what is left when a host is killed, and what it can't start.
+
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <thread>
+
+#include "helpers/host/HostFixture.h"
+#include "helpers/host/JobProcess.h"
+#include "helpers/host/LoadedJobs.h"
+#include "helpers/host/RunNotes.h"
+#include "helpers/host/Signpost.h"
+
+namespace mirvel::host {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class HostRuns : public HostFixture {
+ protected:
+  std::string quoted(const char* name) const { return "'" + (folder.path() / name).string() + "'"; }
+  std::size_t notes() const {
+    const fs::path runs = places.folder / "runs";
+    return fs::exists(runs) ? static_cast<std::size_t>(std::distance(fs::directory_iterator(runs), {})) : 0;
+  }
+};
+
+void killHost(const std::string& process) {
+  ::kill(std::stoi(process), SIGKILL);
+  while (isAlive(process)) std::this_thread::yield();
+}
+
+std::vector<std::string> words(const std::string& line) {
+  std::istringstream stream(line);
+  return {std::istream_iterator<std::string>(stream), {}};
+}
+
+TEST_F(HostRuns, AsksTheWholeGroupToEndBeforeAnyOfItIsKilled) {
+  Signpost ready(folder.path() / "ready");
+  const std::string tidy = "trap 'echo tidied > " + quoted("tidied") + "; exit' TERM; ";
+  load(job("family", "(" + tidy + "echo > " + quoted("ready") + "; sleep 1000 & wait) & wait", {{"RunAtLoad", true}}));
+  ready.line();
+  unload("family");
+  EXPECT_EQ(testdata::bytes(folder.path() / "tidied"), "tidied\n");
+  EXPECT_EQ(notes(), 0U);
+}
+
+TEST_F(HostRuns, StopsWhatHasBegunASessionOfItsOwnToo) {
+  Signpost ready(folder.path() / "ready");
+  load(job("daemon", "setsid sleep 1000 & echo $! > " + quoted("ready") + "; wait", {{"RunAtLoad", true}}));
+  const std::string process = ready.line();
+  ASSERT_TRUE(isAlive(process));
+  unload("daemon");
+  EXPECT_FALSE(isAlive(process));
+}
+
+TEST_F(HostRuns, LeavesASessionOfItsOwnRunningWhenTheJobEndsByItself) {
+  Signpost ready(folder.path() / "ready");
+  const std::string go = Signpost::makePipe(folder.path() / "go").string();
+  load(job("starter",
+           "setsid sh -c 'echo $$ > " + go + "; exec sleep 1000' & read -r line < " + go + "; echo $line > " +
+               quoted("ready"),
+           {{"RunAtLoad", true}}));
+  const std::string process = ready.line();
+  EXPECT_TRUE(hasEnded("starter"));
+  unload("starter");
+  EXPECT_TRUE(isAlive(process)) << "as with launchd, it is no part of the job any more";
+  ::kill(std::stoi(process), SIGKILL);
+}
+
+TEST_F(HostRuns, SaysWhatIsStillRunningWhenTheTimeToWaitIsOver) {
+  Signpost ready(folder.path() / "ready");
+  const auto file = job("stubborn", "trap '' TERM; echo $$ > " + quoted("ready") + "; while :; do sleep 1000; done",
+                        {{"RunAtLoad", true}, {"ExitTimeOut", 1}});
+  load(file);
+  const std::string process = ready.line();
+  const auto unloaded = client.ask("unload", {{"label", "stubborn"}, {"seconds", 0}});
+  ASSERT_FALSE(unloaded);
+  EXPECT_EQ(unloaded.error().code, Error::Code::StillRunning);
+  EXPECT_THAT(unloaded.error().text(), HasSubstr("process " + process));
+  const auto again = embedded.load(file);
+  ASSERT_FALSE(again);
+  EXPECT_EQ(again.error().code, Error::Code::StillRunning);
+  unload("stubborn");
+  EXPECT_FALSE(isAlive(process));
+  EXPECT_TRUE(LoadedJobs(places.folder / "loaded.plist").read()->empty());
+}
+
+TEST_F(HostRuns, EndsWhatAKilledHostHasLeftBeforeAnythingRunsTwice) {
+  for (const bool isStubborn : {false, true}) {
+    const std::string label = isStubborn ? "stubborn" : "willing";
+    Signpost ready(folder.path() / label);
+    load(job(label,
+             std::string(isStubborn ? "trap '' TERM; " : "") +
+                 "sleep 1000 & group=$!; setsid sleep 1000 & session=$!; env -i sleep 1000 & "
+                 "echo $PPID $$ $group $session $! > " +
+                 quoted(label.c_str()) + "; wait",
+             {{"RunAtLoad", true}, {"ExitTimeOut", 1}}));
+    const auto before = words(ready.line());
+    ASSERT_EQ(before.size(), 5U);
+    killHost(before[0]);
+    EXPECT_TRUE(embedded.unload("/nothing", {})) << "the next one is started";
+    const auto after = words(ready.line());
+    EXPECT_NE(after[0], before[0]);
+    for (const auto& process : before) EXPECT_FALSE(isAlive(process)) << process;
+    unload(label);
+    for (const auto& process : after) EXPECT_EQ(isAlive(process), process == after[0]) << process;
+    EXPECT_THAT(said(label), Contains(HasSubstr("a run that was left by a job host that was killed is stopped")));
+  }
+  EXPECT_EQ(notes(), 0U);
+}
+
+TEST_F(HostRuns, EndsWhatIsLeftOfAJobThatIsNoLongerLoaded) {
+  Signpost ready(folder.path() / "ready");
+  load(job("gone", "sleep 1000 & echo $PPID $! > " + quoted("ready") + "; wait", {{"RunAtLoad", true}}));
+  const auto before = words(ready.line());
+  killHost(before[0]);
+  fs::remove(places.folder / "loaded.plist");
+  unload("gone");
+  EXPECT_FALSE(isAlive(before[1]));
+  EXPECT_THAT(status(), IsEmpty());
+}
+
+TEST_F(HostRuns, OutlivesAJobThatCanNeverBeStarted) {
+  std::vector<std::string> labels = {"no-program"};
+  load(job("no-program", "true", {{"Program", "/no/such"}, {"KeepAlive", true}, {"ThrottleInterval", 0}}));
+  if (::geteuid() == 0) {
+    labels.emplace_back("no-user");
+    load(job("no-user", "true", {{"UserName", "no such user"}, {"KeepAlive", true}, {"ThrottleInterval", 0}}));
+  }
+  for (const auto& label : labels) {
+    EXPECT_TRUE(hasEnded(label));
+    const auto lines = said(label);
+    EXPECT_LE(lines.size(), 20U) << label << ": one try a second at most";
+    unload(label);
+  }
+  const auto empty = embedded.load(folder.write("empty.plist", testdata::jobText("empty", {{"KeepAlive", true}})));
+  ASSERT_FALSE(empty);
+  EXPECT_EQ(empty.error().code, Error::Code::MissingKey);
+}
+
+TEST_F(HostRuns, DoesNotInheritTheLimitsOfWhoeverStartedIt) {
+  const rlim_t little = 64 << 10;
+  const auto limited = [&] {
+    // In the shell that becomes the host: the next one is started by the fixture, without limits.
+    return runner.run("/bin/sh", {"-c", "ulimit -S -f 8; ulimit -S -n 40; umask 077; exec nice -n 5 '" MIRVEL_HOST
+                                        "' --detach --root '" +
+                                            folder.path().string() + "'"});
+  };
+  const auto started = limited();
+  ASSERT_TRUE(started);
+  ASSERT_EQ(started->exitStatus, 0) << started->complaints;
+  load(job("free",
+           "ulimit -S -f; head -c " + std::to_string(2 * little) + " /dev/zero > " + quoted("big") + "; umask; nice",
+           {{"RunAtLoad", true}}));
+  EXPECT_TRUE(hasEnded("free"));
+  const std::string niceValue = ::geteuid() == 0 ? "0" : "5";  // only root can take it back
+  EXPECT_THAT(said("free"), ElementsAre("started", "unlimited", "0022", niceValue, "exited with 0"));
+  EXPECT_EQ(fs::file_size(folder.path() / "big"), 2 * little);
+}
+
+TEST(JobProcess, TellsThatThereIsNoRoomNowFromWhatNeverWorks) {
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  rlimit none = before;
+  none.rlim_cur = 3;  // the standard files
+  ProcessPlan plan;
+  plan.program = "/bin/true";
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  const auto started = JobProcess::start(plan, {});
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+  ASSERT_FALSE(started);
+  EXPECT_EQ(started.error().code, Error::Code::LimitExceeded);
+}
+
+TEST(RunNotes, AreForgottenWithTheMachineThatTheyAreOf) {
+  const testdata::TemporaryFolder folder;
+  const RunNotes notes(folder.path() / "runs");
+  const JobRun run{.mark = "mark", .leader = 42, .start = 4242, .isLeaderAlone = true};
+  ASSERT_TRUE(notes.write({.label = "job", .file = "/job.plist", .run = run}));
+  ASSERT_EQ(notes.read().size(), 1U);
+  const RunNote read = notes.read().front();
+  EXPECT_EQ(read.label, "job");
+  EXPECT_EQ(read.file, "/job.plist");
+  EXPECT_EQ(read.run.mark, "mark");
+  EXPECT_EQ(read.run.leader, 42);
+  EXPECT_EQ(read.run.start, 4242U);
+  EXPECT_TRUE(read.run.isLeaderAlone);
+  folder.write("runs/other",
+               testdata::jobText("other", {{"Boot", "another start"}, {"Process", ::getpid()}, {"Start", 1}}));
+  folder.write("runs/garbage", "garbage");
+  EXPECT_EQ(notes.read().size(), 1U);
+  EXPECT_FALSE(fs::exists(folder.path() / "runs" / "other"));
+  EXPECT_FALSE(fs::exists(folder.path() / "runs" / "garbage"));
+  notes.remove(run);
+  EXPECT_THAT(notes.read(), IsEmpty());
+}
+
+TEST(RunProcesses, AreNotTakenForThoseOfAnotherTimeOrMark) {
+  const std::uint64_t start = startOf(::getppid());
+  ASSERT_NE(start, 0U);
+  const pid_t parent = ::getppid();
+  const struct {
+    JobRun run;
+    bool isFound;
+  } rows[] = {
+      {{.mark = "none", .leader = parent, .start = start, .isLeaderAlone = true}, true},
+      {{.mark = "none", .leader = parent, .start = start - 1, .isLeaderAlone = true}, false},
+      {{.mark = "none", .leader = parent, .start = start + 1, .isLeaderAlone = true}, false},
+      {{.mark = "none", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
+      {{.mark = "", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
+  };
+  for (const auto& row : rows) {
+    const auto found = processesOf(row.run, Reach::Everything);
+    EXPECT_EQ(std::count(found.begin(), found.end(), parent), row.isFound ? 1 : 0) << row.run.start;
+  }
+}
+
+}  // namespace
+}  // namespace mirvel::host

@@ -1,0 +1,76 @@
+#include <unistd.h>
+
+#include <iostream>
+#include <optional>
+#include <string>
+
+#include "core/support/ThreadWorkQueue.h"
+#include "helpers/privileged/SystemHelperConnections.h"
+#include "helpers/process/CleanState.h"
+#include "support/ThreadQueue.h"
+
+namespace {
+
+using namespace mirvel;
+
+const char* nameOf(HelperConnections::Refusal refusal) {
+  switch (refusal) {
+    case HelperConnections::Refusal::NotAuthorised:
+      return "not authorised";
+    case HelperConnections::Refusal::NoAgent:
+      return "no agent";
+    case HelperConnections::Refusal::NoService:
+      return "no service";
+    case HelperConnections::Refusal::NoTool:
+      return "no tool";
+    case HelperConnections::Refusal::Unknown:
+      break;
+  }
+  return "unknown";
+}
+
+std::string write(HelperConnections::Privileged& privileged, const std::string& label, testdata::ThreadQueue& queue) {
+  const std::string text = "<plist version=\"1.0\"><dict><key>Label</key><string>" + label +
+                           "</string><key>Program</key><string>/bin/true</string></dict></plist>\n";
+  std::optional<std::string> result;
+  privileged.connection->run(
+      {{"kind", 0},
+       {"path", "/etc/mirvel/LaunchDaemons/" + label + ".plist"},
+       {"string", text},
+       {"authData", plist::Data{privileged.authData}}},
+      [&](const plist::Dictionary& reply) { result = reply.find("error") ? "error" : "written"; },
+      [&](const Error& error) { result = "failed: " + error.text(); });
+  return queue.runUntil([&] { return result.has_value(); }) ? *result : "no answer";
+}
+
+}  // namespace
+
+/// Stands for the application where the privileged helper is tried with the system's real elevation: connects to the
+/// helper of a folder, and then writes a job for each line of the standard input. Says what came of each.
+int main(int argc, char** argv) {
+  if (argc != 2) return 2;
+  forbidTracing();
+  const Environment environment = processEnvironment();
+  testdata::ThreadQueue queue;
+  ThreadWorkQueue background("Authorisation");
+  SystemHelperConnections connections(
+      {.queue = queue,
+       .background = background,
+       .programs = HelperPrograms::in(argv[1], Roots::forThisMachine(environment), environment, {})});
+  std::optional<HelperConnections::Privileged> answer;
+  std::cout << "asking" << std::endl;
+  connections.connectToPrivileged(
+      "", [&](auto privileged) { answer = std::move(privileged); },
+      [&](const Error& error) {
+        std::cout << "failed: " << error.text() << std::endl;
+        ::_exit(1);
+      });
+  while (!answer) (void)queue.runUntil([&] { return answer.has_value(); });
+  if (!answer->connection) {
+    std::cout << (answer->isCancelled ? "cancelled" : nameOf(answer->refusal)) << std::endl;
+    return 0;
+  }
+  std::cout << "connected" << std::endl;
+  for (std::string label; std::getline(std::cin, label);) std::cout << write(*answer, label, queue) << std::endl;
+  return 0;
+}

@@ -1,0 +1,313 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <deque>
+#include <map>
+
+#include "core/catalogue/Launchd.h"
+#include "helpers/action/JobFolders.h"
+#include "helpers/action/RequestHandler.h"
+#include "helpers/action/UserJobFiles.h"
+#include "helpers/privileged/GuardedJobFiles.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Dictionary;
+
+Error because(const char* why) {
+  return {.code = Error::Code::Io, .message = why};
+}
+
+/// Runs no job, but knows which ones would run, and with which content. A label is loaded from one file at a time.
+class MemoryHost final : public JobHost {
+ public:
+  struct Loaded {
+    fs::path file;
+    std::string content;
+  };
+  std::map<std::string, Loaded> jobs;
+
+  Result<void> load(const fs::path& file) override {
+    const std::string content = testdata::bytes(file);
+    const auto label = labelOf(content);
+    if (!label) return label.error();
+    return jobs.emplace(*label, Loaded{file, content}).second ? Result<void>() : because("the label is loaded already");
+  }
+  Result<void> unload(const fs::path& file, const std::optional<std::string>& label) override {
+    std::erase_if(jobs, [&](const auto& job) {
+      return label ? job.first == *label : job.second.file == file;
+    });
+    return {};
+  }
+  Result<bool> waitForEnd(const std::string&, std::chrono::seconds) override { return true; }
+  Result<std::vector<LogLine>> log(std::chrono::seconds, const std::string&) override { return std::vector<LogLine>(); }
+};
+
+/// What becomes of a request.
+enum class Fate {
+  Done,
+  Refused,      ///< an error reply, and nothing done
+  DiesBefore,   ///< the helper
+  DiesHalfway,  ///< with the new file written, and the old one not yet gone
+  DiesAfter,
+};
+
+/// Both helpers with their real handlers. Requests wait until a test says what becomes of them.
+class HandlingHelpers final : public HelperConnections {
+ public:
+  HandlingHelpers(RequestHandler& user, RequestHandler& root) : m_user(user), m_root(root) {}
+
+  enum class Password { Right, Wrong, Cancelled };
+  Password password = Password::Right;
+
+  std::size_t count() const { return m_waiting.size(); }
+  void answer(Fate fate) {
+    Waiting request = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    RequestHandler& handler = request.isRoots ? m_root : m_user;
+    if (fate == Fate::DiesHalfway) {
+      request.body.remove("deletePath");
+      request.body.set("kind", 0);
+    }
+    Dictionary reply{{"error", Dictionary{{"domain", "MirvelActionErrorDomain"}, {"code", 4}}}};
+    if (fate != Fate::Refused && fate != Fate::DiesBefore) reply = handler.handle(request.body);
+    if (fate == Fate::Done || fate == Fate::Refused) return request.reply(reply);
+    request.failure(because("the helper has ended"));
+  }
+
+  std::unique_ptr<HelperConnection> connectToAction() override { return std::make_unique<Connection>(*this, false); }
+  void connectToPrivileged(const std::string&, PrivilegedReply reply, HelperConnection::Failure) override {
+    if (password != Password::Right) return reply({.isCancelled = password == Password::Cancelled});
+    reply({.connection = std::make_unique<Connection>(*this, true), .authData = "secret"});
+  }
+
+ private:
+  struct Waiting {
+    bool isRoots;
+    Dictionary body;
+    HelperConnection::Reply reply;
+    HelperConnection::Failure failure;
+  };
+  class Connection final : public HelperConnection {
+   public:
+    Connection(HandlingHelpers& owner, bool isRoots) : m_owner(owner), m_isRoots(isRoots) {}
+    void run(const Dictionary& request, Reply reply, Failure failure) override {
+      m_owner.m_waiting.push_back({m_isRoots, request, std::move(reply), std::move(failure)});
+    }
+    void invalidate() override {}
+
+   private:
+    HandlingHelpers& m_owner;
+    bool m_isRoots;
+  };
+
+  RequestHandler& m_user;
+  RequestHandler& m_root;
+  std::deque<Waiting> m_waiting;
+};
+
+/// A program whose saves go through the real handlers to real files. "u", "a" and "d" stand for the user's agents, the
+/// agents of everyone and the daemons; 1 is the job as it was and 2 as it was edited.
+class SaveSequencesTest : public testdata::ProgramFixture {
+ protected:
+  static Kind kindOf(char letter) {
+    return letter == 'u' ? Kind::userAgent : letter == 'a' ? Kind::localAgent : Kind::localDaemon;
+  }
+
+  void SetUp() override {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can give files to root";
+    for (const char letter : {'u', 'a', 'd'}) fs::create_directories(path(kindOf(letter)));
+    platform.helpers = &handlers;
+  }
+
+  void TearDown() override {
+    m_shell.reset();
+    endProgram();
+  }
+
+  /// The job as it is loaded and being edited, with another kind, label and command.
+  void edit(char before, char now) {
+    for (const char letter : {'u', 'a', 'd'}) {
+      for (const auto& entry : fs::directory_iterator(path(kindOf(letter)))) fs::remove(entry.path());
+    }
+    session.jobs.clear();
+    system.jobs.clear();
+    interface.errors.clear();
+    const auto file = writeJob(kindOf(before), "job", {{"ProgramArguments", plist::Array{"/bin/old"}}});
+    ASSERT_TRUE((before == 'd' ? system : session).load(file));
+    TearDown();
+    m_shell = std::make_unique<testdata::RecordingShell>(program());
+    scan();
+    job = std::dynamic_pointer_cast<Launchd>(jobNamed("job"));
+    program().state.selectedJob = job;
+    Launchd* const edited = program().editing.markJobChanged();
+    edited->kind = kindOf(now);
+    edited->plist().run = "/bin/new";
+    edited->plist().name = "renamed";
+    record = job->plist().clone();
+    url = job->url.text();
+  }
+
+  /// "u1 a2" for the files, "u1" for what is loaded, and whether the job is being edited, separated by bars.
+  std::string state() {
+    std::string files, loaded;
+    const auto version = [](const std::string& content) {
+      return content.find("/bin/new") == std::string::npos ? '1' : '2';
+    };
+    for (const char letter : {'u', 'a', 'd'}) {
+      for (const auto& entry : fs::directory_iterator(path(kindOf(letter)))) {
+        files += {letter, version(testdata::bytes(entry.path()))};
+      }
+      for (const auto* host : {&session, &system}) {
+        for (const auto& [label, entry] : host->jobs) {
+          if (entry.file.parent_path() != path(kindOf(letter)).parent_path()) continue;
+          const bool isRightHost = (letter == 'd') == (host == &system);
+          loaded += {isRightHost ? letter : '!', version(entry.content)};
+        }
+      }
+    }
+    return files + '|' + loaded + '|' + (isEdited() ? "edited" : "saved");
+  }
+
+  /// All that belongs to an edit is there, or nothing of it.
+  bool isEdited() {
+    const bool isEdited = program().state.hasUnsavedChanges;
+    EXPECT_FALSE(program().state.saving.isBusy());
+    EXPECT_FALSE(fs::exists(roots.applicationSupport / "Moves.plist"));
+    EXPECT_EQ(program().state.selectedJob, job);
+    EXPECT_EQ(m_shell->count("saveCompleted"), isEdited ? 0U : 1U);
+    if (isEdited) {
+      EXPECT_EQ(job->url.text(), url);
+      EXPECT_EQ(job->plist(), record);
+      EXPECT_TRUE(program().editing.canUndo());
+    } else {
+      EXPECT_TRUE(fs::exists(job->url.path()));
+    }
+    return isEdited;
+  }
+
+  /// Lets all requests succeed but one.
+  std::string saveWith(std::size_t step, Fate fate) {
+    program().actions.save(job);
+    for (std::size_t i = 0; handlers.count() > 0; ++i) {
+      EXPECT_EQ(handlers.count(), 1U) << "each step waits for the one before it";
+      handlers.answer(i == step ? fate : Fate::Done);
+      queue.runDue();
+    }
+    return state();
+  }
+
+  MemoryHost session, system;
+  const JobFolders users = JobFolders::ofUser(roots);
+  const JobFolders machines = JobFolders::ofMachine(roots);
+  UserJobFiles userFiles{users};
+  GuardedJobFiles rootFiles{machines, console, GuardedJobFiles::User{::geteuid(), users}};
+  RequestHandler userHandler{{.files = userFiles, .host = session, .uninstall = [] { return Result<void>(); }}};
+  RequestHandler rootHandler{
+      {.files = rootFiles, .host = system, .uninstall = [] { return Result<void>(); }, .trustsLabels = false}};
+  HandlingHelpers handlers{userHandler, rootHandler};
+  std::shared_ptr<Launchd> job;
+  launchd::Plist record;
+  std::string url;
+
+ private:
+  std::unique_ptr<testdata::RecordingShell> m_shell;
+};
+
+TEST_F(SaveSequencesTest, WhateverAStepComesToTheJobIsInOnePlaceAndLoadedOrEdited) {
+  struct Row {
+    char before, now;
+    std::size_t step;
+    std::string refused, diesBefore, diesAfter;
+  };
+  const Row table[] = {
+      {'u', 'u', 0, "u1|u1|edited", "u1|u1|edited", "u2|u2|edited"},
+      // unload, write and remove, load
+      {'u', 'a', 0, "u1|u1|edited", "u1|u1|edited", "u1|u1|edited"},
+      {'u', 'a', 1, "u1|u1|edited", "u1|u1|edited", "a2|a2|saved"},
+      {'u', 'a', 2, "a2||saved", "a2||saved", "a2|a2|saved"},
+      // unload, write and remove and load
+      {'u', 'd', 0, "u1|u1|edited", "u1|u1|edited", "u1|u1|edited"},
+      {'u', 'd', 1, "u1|u1|edited", "u1|u1|edited", "d2|d2|saved"},
+      // write, remove, unload, load
+      {'a', 'u', 0, "a1|a1|edited", "a1|a1|edited", "a1|a1|edited"},
+      {'a', 'u', 1, "a1|a1|edited", "a1|a1|edited", "u2|u2|saved"},
+      {'a', 'u', 2, "u2|u2|saved", "u2|u2|saved", "u2|u2|saved"},
+      {'a', 'u', 3, "u2||saved", "u2||saved", "u2|u2|saved"},
+      // unload, write, load
+      {'a', 'a', 0, "a1|a1|edited", "a1|a1|edited", "a1|a1|edited"},
+      {'a', 'a', 1, "a1|a1|edited", "a1|a1|edited", "a2|a2|edited"},
+      {'a', 'a', 2, "a2||edited", "a2||edited", "a2|a2|edited"},
+      // unload, write and remove and load
+      {'a', 'd', 0, "a1|a1|edited", "a1|a1|edited", "a1|a1|edited"},
+      {'a', 'd', 1, "a1|a1|edited", "a1|a1|edited", "d2|d2|saved"},
+      // write, remove, load
+      {'d', 'u', 0, "d1|d1|edited", "d1|d1|edited", "d1|d1|edited"},
+      {'d', 'u', 1, "d1|d1|edited", "d1|d1|edited", "u2|u2|saved"},
+      {'d', 'u', 2, "u2||saved", "u2||saved", "u2|u2|saved"},
+      // write and remove, load
+      {'d', 'a', 0, "d1|d1|edited", "d1|d1|edited", "a2|a2|saved"},
+      {'d', 'a', 1, "a2||saved", "a2||saved", "a2|a2|saved"},
+      {'d', 'd', 0, "d1|d1|edited", "d1|d1|edited", "d2|d2|edited"},
+  };
+  for (const Row& row : table) {
+    for (const auto& [fate, expected] :
+         {std::pair(Fate::Refused, row.refused), std::pair(Fate::DiesBefore, row.diesBefore),
+          std::pair(Fate::DiesAfter, row.diesAfter)}) {
+      SCOPED_TRACE(std::string{row.before} + " to " + row.now + ", step " + std::to_string(row.step) + ", fate " +
+                   std::to_string(static_cast<int>(fate)));
+      edit(row.before, row.now);
+      EXPECT_EQ(saveWith(row.step, fate), expected);
+      EXPECT_EQ(interface.errors.size(), 1U) << "the user is told, once";
+    }
+  }
+}
+
+TEST_F(SaveSequencesTest, EachPairOfKindsIsSavedOrLeftAloneByThePassword) {
+  using Password = HandlingHelpers::Password;
+  for (const char before : {'u', 'a', 'd'}) {
+    for (const char now : {'u', 'a', 'd'}) {
+      SCOPED_TRACE(std::string{before} + " to " + now);
+      const std::string saved = std::string{now, '2', '|', now} + "2|saved";
+      const std::string left = std::string{before, '1', '|', before} + "1|edited";
+      const bool needsNone = before == 'u' && now == 'u';
+      for (const auto& [password, errors] :
+           {std::pair(Password::Right, 0U), std::pair(Password::Wrong, 1U), std::pair(Password::Cancelled, 0U)}) {
+        edit(before, now);
+        handlers.password = password;
+        const bool isSaved = needsNone || password == Password::Right;
+        EXPECT_EQ(saveWith(99, Fate::Done), isSaved ? saved : left);
+        EXPECT_EQ(interface.errors.size(), isSaved ? 0U : errors);
+      }
+    }
+  }
+}
+
+/// The user's file can go without a password. Of two files of root's the helper itself has to take care.
+TEST_F(SaveSequencesTest, AMoveOutOfTheUsersFolderThatDiesHalfwayGoesOn) {
+  edit('u', 'a');
+  EXPECT_EQ(saveWith(1, Fate::DiesHalfway), "a2|a2|saved");
+  edit('u', 'd');
+  EXPECT_EQ(saveWith(1, Fate::DiesHalfway), "d2||saved");
+  EXPECT_EQ(interface.errors.size(), 1U);
+  edit('a', 'd');
+  EXPECT_EQ(saveWith(1, Fate::DiesHalfway), "a1d2|a1|edited");
+  EXPECT_EQ(interface.errors.size(), 2U);
+  EXPECT_THAT(interface.errors.back().second + interface.errors.back().first,
+              testing::HasSubstr(path(Kind::localDaemon, "job.plist").string()));
+}
+
+TEST_F(SaveSequencesTest, ADisabledJobIsNeverLoadedOnItsWayBack) {
+  edit('u', 'd');
+  (void)writeJob(Kind::userAgent, "job", {{"Disabled", true}});
+  session.jobs.clear();
+  EXPECT_EQ(saveWith(1, Fate::Refused), "u1||edited");
+}
+
+}  // namespace
+}  // namespace mirvel

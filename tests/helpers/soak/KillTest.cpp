@@ -1,0 +1,272 @@
+// Kills helper and host between each two of their steps, and looks at what is left when they are there again.
+
+#include <gmock/gmock.h>
+#include <sched.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <deque>
+#include <fstream>
+#include <iostream>
+#include <random>
+#include <sstream>
+
+#include "core/support/Pipe.h"
+#include "core/support/RegularFile.h"
+#include "core/support/SystemProcessRunner.h"
+#include "helpers/Soak.h"
+#include "helpers/action/RequestHandler.h"
+#include "helpers/action/UserJobFiles.h"
+#include "helpers/host/Daemon.h"
+#include "helpers/jobhost/EmbeddedHost.h"
+#include "helpers/soak/Steps.h"
+#include "support/JobText.h"
+#include "support/TestData.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Dictionary;
+
+/// The seed of a long run is another each time, unless MIRVEL_SOAK gives the one of a run that failed.
+unsigned seedOfRun() {
+  const char* const asked = std::getenv("MIRVEL_SOAK");
+  const unsigned given = asked ? static_cast<unsigned>(std::strtoul(asked, nullptr, 10)) : 20261122;
+  return given > 1 ? given : std::random_device()();
+}
+
+/// Some time to see what will come to be; it takes a moment, and no more, unless it never does.
+bool eventually(const std::function<bool()>& isSo) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (!isSo()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    ::sched_yield();
+  }
+  return true;
+}
+
+bool isAlive(std::int64_t process) {
+  // One that has ended and isn't collected by whoever inherited it doesn't run any more.
+  std::ifstream stat("/proc/" + std::to_string(process) + "/stat");
+  std::string text;
+  std::getline(stat, text);
+  const auto name = text.rfind(") ");
+  return name != std::string::npos && text[name + 2] != 'Z';
+}
+
+enum class Victim { Helper, Host };
+
+/// What is going on when the victim is killed.
+enum class Deed { Save, Move, TestRun, Nothing };
+
+struct Scene {
+  Victim victim;
+  Deed deed;
+};
+
+std::string nameOf(const testing::TestParamInfo<Scene>& info) {
+  const char* const deeds[] = {"ASave", "AMove", "ATestRun", "AHostRestart"};
+  return std::string(info.param.victim == Victim::Helper ? "TheHelperIn" : "TheHostIn") +
+         deeds[static_cast<int>(info.param.deed)];
+}
+
+class KillTest : public testing::TestWithParam<Scene> {
+ protected:
+  KillTest() {
+    fs::create_directories(m_agents);
+    std::cout << "MIRVEL_SOAK=" << m_seed << " repeats this run\n";
+  }
+  ~KillTest() override { EXPECT_TRUE(m_host.quit()); }
+
+  /// Kills before each step in turn. Gives how often.
+  int killAtEachStep() {
+    int kills = 0;
+    for (long step = 1;; ++step) {
+      for (int i = 0; i < testdata::tries(1, 50); ++i) {
+        prepare();
+        const bool isKilled = GetParam().victim == Victim::Helper ? killHelper(step) : killHost(step);
+        check("step " + std::to_string(step) + ", try " + std::to_string(i));
+        if (HasFatalFailure()) return kills;
+        if (!isKilled && i == 0) return kills;
+        kills += isKilled ? 1 : 0;
+      }
+    }
+  }
+
+ private:
+  static constexpr const char* label = "org.example.job";
+
+  fs::path file(int number) const { return m_agents / (std::string(label) + (number == 0 ? "" : "-moved") + ".plist"); }
+
+  /// A job that tells its process and stays, in versions of different sizes, so that half of one is no other.
+  std::string content(int version, const std::string& name = label) const {
+    std::mt19937 random(m_seed + static_cast<unsigned>(version));
+    const std::string comment(1 + random() % 100'000, 'x');
+    return testdata::jobText(
+        name, {{"ProgramArguments",
+                plist::Array{"/bin/sh", "-c", "echo $$ >> '" + m_processes.string() + "'; exec sleep 1000"}},
+               {"RunAtLoad", true},
+               {"Comment", comment}});
+  }
+  std::string testContent() const {
+    return testdata::jobText(std::string(label) + ".test",
+                             {{"ProgramArguments", plist::Array{"/bin/echo", "tested"}}, {"RunAtLoad", true}});
+  }
+
+  /// The job lies in one file or the other, and is loaded.
+  void prepare() {
+    if (m_where) return;
+    m_where = 0;
+    std::ofstream(file(0), std::ios::binary) << content(m_version);
+    const auto started = m_host.start();
+    ASSERT_TRUE(started) << started.error().text();
+  }
+
+  Dictionary request() {
+    const fs::path folder = m_folder.path();
+    switch (GetParam().deed) {
+      case Deed::Save:
+        return {{"kind", 1}, {"path", file(*m_where).string()}, {"string", content(m_version + 1)}, {"label", label}};
+      case Deed::Move:
+        return {{"kind", 1},
+                {"path", file(1 - *m_where).string()},
+                {"deletePath", file(*m_where).string()},
+                {"string", content(m_version + 1)},
+                {"label", label}};
+      case Deed::TestRun:
+        return {{"kind", 6},
+                {"testPath", (folder / "test.plist").string()},
+                {"testOutputPath", (folder / "test.out").string()},
+                {"string", testContent()},
+                {"label", label}};
+      case Deed::Nothing:
+        break;
+    }
+    return {};
+  }
+
+  void act() {
+    if (GetParam().deed == Deed::Nothing) return;
+    SystemProcessRunner runner(m_environment);
+    EmbeddedHost host(EmbeddedHost::below(MIRVEL_HOST, m_folder.path()), runner);
+    UserJobFiles files(JobFolders::ofUser(m_roots));
+    RequestHandler handler({.files = files, .host = host, .uninstall = {}, .startsHost = true});
+    (void)handler.handle(request());  // what came of it is looked at later, whatever it answers
+  }
+
+  bool killHelper(long step) {
+    steps::Victim helper(step, [this] { act(); });
+    return helper.outcome().isKilled;
+  }
+
+  /// From its start on, which takes its jobs up again, to its end.
+  bool killHost(long step) {
+    EXPECT_TRUE(m_host.quit());
+    Pipe ready = Pipe::make();
+    steps::Victim victim(step, [&] {
+      const host::HostSetup setup{.places = host::Places::of(m_roots), .environment = m_environment};
+      (void)host::runHost(setup, [&] { (void)!::write(ready.write.number(), "", 1); });
+    });
+    ready.write.reset();
+    char byte = 0;
+    (void)readUninterrupted(ready.read.number(), &byte, 1);  // its end is told the same way
+    passSomeTime();
+    act();
+    passSomeTime();
+    EXPECT_TRUE(m_host.quit());
+    return victim.outcome().isKilled;
+  }
+
+  /// So that host and helper meet at other moments each time.
+  void passSomeTime() {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(m_random() % 1000);
+    while (std::chrono::steady_clock::now() < end) {
+    }
+  }
+
+  /// What the application does when it starts again; then nothing is lost, doubled or left running.
+  void check(const std::string& when) {
+    SCOPED_TRACE(when);
+    const auto started = m_host.start();
+    ASSERT_TRUE(started) << started.error().text();
+    checkFiles();
+    checkLoaded();
+    checkProcesses();
+  }
+
+  void checkFiles() {
+    std::vector<int> there;
+    for (const int number : {0, 1}) {
+      if (fs::exists(file(number))) there.push_back(number);
+    }
+    ASSERT_EQ(there.size(), 1U) << "the job lies in as many files";
+    m_where = there.front();
+    const std::string found = testdata::bytes(file(*m_where));
+    const bool isNew = found == content(m_version + 1);
+    ASSERT_TRUE(isNew || found == content(m_version)) << found.size() << " bytes";
+    m_version += isNew ? 1 : 0;
+  }
+
+  void checkLoaded() {
+    const auto status = host::HostClient(host::Places::of(m_roots).socket).status();
+    ASSERT_TRUE(status) << status.error().text();
+    std::vector<std::string> labels;
+    for (const auto& job : *status) labels.push_back(job.label);
+    ASSERT_THAT(labels, testing::ElementsAre(label));
+    m_process = status->front().process;
+    ASSERT_TRUE(m_process) << "it runs as long as it is loaded";
+  }
+
+  void checkProcesses() {
+    const auto others = [this] {
+      std::vector<std::int64_t> result;
+      for (const auto process : recentProcesses()) {
+        if (process != *m_process && isAlive(process)) result.push_back(process);
+      }
+      return result;
+    };
+    ASSERT_TRUE(eventually([&] { return others().empty(); })) << testing::PrintToString(others()) << " run too";
+    ASSERT_TRUE(isAlive(*m_process));
+  }
+
+  /// Those of which the last runs have told.
+  std::vector<std::int64_t> recentProcesses() const {
+    constexpr std::size_t most = 50;
+    std::ifstream lines(m_processes);
+    std::deque<std::int64_t> result;
+    for (std::int64_t process = 0; lines >> process;) {
+      result.push_back(process);
+      if (result.size() > most) result.pop_front();
+    }
+    return {result.begin(), result.end()};
+  }
+
+  const testdata::TemporaryFolder m_folder;
+  const Roots m_roots = Roots::below(m_folder.path());
+  const fs::path m_agents = *Kind(Kind::userAgent).folderURL(m_roots);
+  const fs::path m_processes = m_folder.path() / "processes";
+  const Environment m_environment{{"PATH", "/usr/bin:/bin"}, {"HOME", m_folder.path()}};
+  SystemProcessRunner m_runner{m_environment};
+  EmbeddedHost m_host{EmbeddedHost::below(MIRVEL_HOST, m_folder.path()), m_runner};
+  const unsigned m_seed = seedOfRun();
+  std::mt19937 m_random{m_seed};  ///< of the moments
+  std::optional<int> m_where;
+  std::optional<std::int64_t> m_process;
+  int m_version = 0;
+};
+
+TEST_P(KillTest, NeverLosesDoublesOrLeavesAJob) {
+  const int kills = killAtEachStep();
+  std::cout << kills << " kills\n";
+  EXPECT_GE(kills, testdata::tries(5, 250)) << "so few steps can't be all";
+}
+
+INSTANTIATE_TEST_SUITE_P(Soak, KillTest,
+                         testing::Values(Scene{Victim::Helper, Deed::Save}, Scene{Victim::Host, Deed::Save},
+                                         Scene{Victim::Host, Deed::TestRun}, Scene{Victim::Host, Deed::Nothing}),
+                         nameOf);
+
+}  // namespace
+}  // namespace mirvel

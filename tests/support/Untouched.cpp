@@ -1,0 +1,39 @@
+#include "support/Untouched.h"
+
+#include <sstream>
+#include <stdexcept>
+
+#include "core/support/Commands.h"
+#include "core/support/Environment.h"
+#include "core/support/SystemProcessRunner.h"
+#include "support/TestData.h"
+
+namespace mirvel::testdata {
+
+void Untouched::add(const std::string& name, const std::string& edited, std::string_view before,
+                    std::string_view after) {
+  const bool isKnown = m_count > 0 && before == m_before;
+  m_cases += name + '\t' + edited + '\t' + (isKnown ? "-" : std::to_string(before.size())) + '\t' +
+             std::to_string(after.size()) + '\n';
+  if (!isKnown) m_cases += before;
+  m_cases += after;
+  m_before = before;
+  ++m_count;
+}
+
+std::optional<std::vector<std::string>> Untouched::complaints() const {
+  const Environment environment = processEnvironment();
+  const auto python = findProgram("python3", environment);
+  if (!python) return std::nullopt;
+  const TemporaryFolder folder;
+  SystemProcessRunner processes(environment);
+  const auto result = processes.run(*python, {MIRVEL_UNTOUCHED, folder.write("cases", m_cases).string()});
+  if (!result) throw std::runtime_error(result.error().text());
+  if (result->exitStatus != 0) throw std::runtime_error(result->complaints);
+  std::vector<std::string> lines;
+  std::istringstream output(result->output);
+  for (std::string line; std::getline(output, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace mirvel::testdata

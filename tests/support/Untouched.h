@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mirvel::testdata {
+
+/// Job files before and after an edit, which Python's reader of property lists compares: see untouched.py.
+class Untouched {
+ public:
+  /// `edited`: the keys that may and must differ, such as "Program|ProgramArguments" or "KeepAlive:Crashed".
+  void add(const std::string& name, const std::string& edited, std::string_view before, std::string_view after);
+  std::size_t count() const { return m_count; }
+
+  /// A line for each difference that wasn't asked for; none where there is no Python.
+  std::optional<std::vector<std::string>> complaints() const;
+
+ private:
+  std::string m_cases;
+  std::string m_before;
+  std::size_t m_count = 0;
+};
+
+}  // namespace mirvel::testdata

@@ -1,0 +1,84 @@
+#!/usr/bin/env python3
+"""Compares property lists before and after an edit, by the reader of Python's standard library.
+
+The input file holds one case after another: a line with the name, the keys that were edited, and the sizes of the two
+lists, parted by tabs, and then the bytes of both. The keys are parted by bars; `Key:Entry` allows a change of the
+entries of that name anywhere below the key, a key alone any change of its value. A size of "-" stands for the list
+before in the last case. Prints a line for each difference that wasn't asked for, and for each case without the change
+that was.
+"""
+
+import plistlib
+import sys
+
+
+def load(data):
+    """Python's XML parser is strict about the root's tag and what stands before it, which macOS isn't."""
+    try:
+        return plistlib.loads(data)
+    except Exception:
+        root = data.find(b"<plist")
+        if root < 0:
+            raise
+        return plistlib.loads(b"<plist>" + data[data.index(b">", root) + 1 :])
+
+
+def differences(before, after, path=()):
+    if type(before) is dict and type(after) is dict:
+        for key in sorted(before.keys() | after.keys()):
+            if key in before and key in after:
+                yield from differences(before[key], after[key], path + (key,))
+            else:
+                yield path + (key,)
+    elif type(before) is list and type(after) is list and len(before) == len(after):
+        for index, (old, new) in enumerate(zip(before, after)):
+            yield from differences(old, new, path + (index,))
+    elif type(before) is not type(after) or repr(before) != repr(after):
+        yield path
+
+
+def is_allowed(path, edited, before, after):
+    for key in edited:
+        owner, _, entry = key.partition(":")
+        if path[0] != owner:
+            continue
+        # Where there was nothing that the entry could be in, the whole value is new.
+        is_new = len(path) == 1 and type(before.get(owner)) is not type(after.get(owner))
+        if not entry or path[-1] == entry or is_new:
+            return True
+    return False
+
+
+def cases(stream):
+    before = None
+    while line := stream.readline():
+        name, edited, *sizes = line.decode().rstrip("\n").split("\t")
+        if sizes[0] != "-":
+            before = stream.read(int(sizes[0]))
+        yield name, edited.split("|"), before, stream.read(int(sizes[1]))
+
+
+def check(name, edited, before, after):
+    try:
+        before = load(before)
+    except Exception as error:
+        return [f"{name}: not read: {error}"]
+    try:
+        after = load(after)
+        found = list(differences(before, after))
+    except Exception as error:
+        return [f"{name}: {'|'.join(edited)}: what was saved isn't read: {error}"]
+    complaints = [path for path in found if not is_allowed(path, edited, before, after)]
+    if edited != [""] and len(found) == len(complaints):
+        complaints.append("nothing was changed")
+    return [f"{name}: {'|'.join(edited)}: {complaint}" for complaint in complaints]
+
+
+def main():
+    with open(sys.argv[1], "rb") as stream:
+        for case in cases(stream):
+            for line in check(*case):
+                print(line)
+
+
+main()

@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QListWidget>
+#include <QTimeEdit>
+#include <functional>
+
+#include "ui/editor/EditorFixture.h"
+#include "ui/editor/ScheduledRuleEditor.h"
+
+namespace mirvel::ui {
+namespace {
+
+/// Someone who works the editor by a screen reader or by voice: without the mouse, and without keys.
+class AccessibleEditingTest : public EditorFixture {
+ protected:
+  AccessibleEditingTest() { QAccessible::setActive(true); }
+  ~AccessibleEditingTest() override { QAccessible::setActive(false); }
+
+  /// As `edit`, with the keys let go again: what the user holds counts at a click.
+  void editWithoutKeys(plist::Dictionary keys) {
+    edit(std::move(keys));
+    QTest::keyRelease(&window(), Qt::Key_Control);
+  }
+  static QAccessibleInterface& accessible(QWidget& widget) { return *QAccessible::queryAccessibleInterface(&widget); }
+  void toggle(const char* box) {
+    accessible(control<QCheckBox>(box)).actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  }
+  void write(const char* field, const char* text) {
+    accessible(control<QLineEdit>(field)).setText(QAccessible::Value, QLatin1String(text));
+  }
+  QLineEdit& number() {
+    return *window().details().currentWidget()->findChild<ScheduledRuleEditor*>()->findChild<QLineEdit*>();
+  }
+};
+
+TEST_F(AccessibleEditingTest, WhateverWayAControlIsChangedTheJobIs) {
+  editWithoutKeys({{"Program", "/bin/ls"}, {"StartInterval", 60}, {"KeepAlive", plist::Dictionary{{"Crashed", true}}}});
+  const struct {
+    const char* what;
+    std::function<void()> change;
+    std::function<bool()> isWritten;
+  } table[] = {
+      {"enabled", [&] { toggle("enabledButton"); }, [&] { return record().disabled == true; }},
+      {"enabled again", [&] { toggle("enabledButton"); }, [&] { return record().disabled == false; }},
+      {"at load", [&] { toggle("runAtLoadButton"); }, [&] { return record().runAtLoad == true; }},
+      {"at load off", [&] { toggle("runAtLoadButton"); }, [&] { return record().runAtLoad == false; }},
+      {"on mount", [&] { toggle("startOnMountButton"); }, [&] { return record().startOnMount == true; }},
+      {"crashed", [&] { toggle("Crashed"); }, [&] { return record().keepAlive->crashed == false; }},
+      {"kept alive", [&] { toggle("keepAliveButton"); }, [&] { return !record().keepAlive; }},
+      {"the name", [&] { write("nameValueTextField", "new"); }, [&] { return record().name == "new"; }},
+      {"part of the name",
+       [&] {
+         accessible(control<QLineEdit>("nameValueTextField"))
+             .editableTextInterface()
+             ->insertText(3, QStringLiteral("er"));
+       },
+       [&] { return record().name == "newer"; }},
+      {"the command",
+       [&] {
+         accessible(control<QPlainTextEdit>("runValueTextField"))
+             .editableTextInterface()
+             ->insertText(7, QStringLiteral(" x"));
+       },
+       [&] { return record().run == "/bin/ls x"; }},
+      {"for whom", [&] { control<QComboBox>("forPopUpButton").setCurrentIndex(2); },
+       [&] { return program().state.selectedJob->kind == Kind::localDaemon; }},
+      {"the user", [&] { write("userNameTextField", "ada"); }, [&] { return record().userName == "ada"; }},
+      {"the group", [&] { write("groupNameTextField", "staff"); }, [&] { return record().groupName == "staff"; }},
+      {"groups", [&] { toggle("initGroupsButton"); }, [&] { return record().initGroups == false; }},
+      {"a number", [&] { accessible(number()).setText(QAccessible::Value, QStringLiteral("45")); },
+       [&] { return record().startInterval == 45 * 60; }},
+      {"scheduled", [&] { toggle("scheduledButton"); }, [&] { return !record().startInterval; }},
+  };
+  for (const auto& row : table) {
+    row.change();
+    EXPECT_TRUE(row.isWritten()) << row.what;
+  }
+  EXPECT_TRUE(hasChanges());
+}
+
+TEST_F(AccessibleEditingTest, RowsOfTablesAndTimesTakeTheirValuesFromAnywhere) {
+  edit({{"StartCalendarInterval", plist::Dictionary{{"Hour", 9}}},
+        {"KeepAlive", plist::Dictionary{{"OtherJobEnabled", plist::Dictionary{{"b", true}}}}}});
+  window().details().currentWidget()->findChild<QTimeEdit*>()->setTime(QTime(7, 5));
+  ASSERT_TRUE(record().startCalendarInterval);
+  EXPECT_EQ(record().startCalendarInterval->intervals.front().hour, 7);
+  EXPECT_EQ(record().startCalendarInterval->intervals.front().minute, 5);
+  for (auto* list : window().details().currentWidget()->findChildren<QListWidget*>()) {
+    if (list->count() == 0) continue;
+    list->model()->setData(list->model()->index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
+  }
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (launchd::StringMap<bool>{{"b", false}}));
+}
+
+TEST_F(AccessibleEditingTest, OptionStillTakesAKeyAway) {
+  edit({{"Program", "/bin/ls"}, {"RunAtLoad", true}, {"Disabled", false}});
+  clickBox(control<QCheckBox>("runAtLoadButton"), Qt::AltModifier);
+  EXPECT_EQ(record().runAtLoad, std::nullopt);
+  clickBox(control<QCheckBox>("enabledButton"), Qt::AltModifier);
+  EXPECT_EQ(record().disabled, std::nullopt);
+  clickBox(control<QCheckBox>("enabledButton"), Qt::AltModifier);
+  EXPECT_EQ(record().disabled, false) << "only where a box goes off";
+}
+
+}  // namespace
+}  // namespace mirvel::ui

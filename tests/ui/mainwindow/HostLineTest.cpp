@@ -1,0 +1,35 @@
+#include "ui/mainwindow/HostLine.h"
+
+#include <gtest/gtest.h>
+
+#include "ui/mainwindow/WindowFixture.h"
+
+namespace mirvel::ui {
+namespace {
+
+using HostLineTest = WindowFixture;
+
+TEST_F(HostLineTest, SaysWhyJobsDoNotRunAsLongAsTheyDoNot) {
+  const auto* const line = window().findChild<HostLine*>();
+  ASSERT_NE(line, nullptr);
+  EXPECT_FALSE(line->isVisible());
+  program().hostStart.begin();
+  fill({"one"});
+  ASSERT_EQ(helpers.requests.size(), 1U);
+  helpers.requests.back().reply({{"error", plist::Dictionary{{"code", 3}, {"description", "<b>no room</b>"}}}});
+  settle();
+  EXPECT_TRUE(line->isVisible());
+  EXPECT_EQ(utf8(line->text()), "Your jobs don’t run now: <b>no room</b>");
+  EXPECT_EQ(line->textFormat(), Qt::PlainText);
+
+  queue.runFor(HostStart::secondsBetweenAttempts);
+  program().notifications.appStatusChanged.post();
+  settle();
+  ASSERT_EQ(helpers.requests.size(), 2U);
+  helpers.requests.back().reply({});
+  settle();
+  EXPECT_FALSE(line->isVisible());
+}
+
+}  // namespace
+}  // namespace mirvel::ui
