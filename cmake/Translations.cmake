@@ -6,7 +6,7 @@ if(XGETTEXT)
   set(MIRVEL_POT ${CMAKE_BINARY_DIR}/mirvel.pot)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/src/*.cpp
        ${CMAKE_SOURCE_DIR}/src/*.h)
-  list(FILTER sources EXCLUDE REGEX "^src/demo/")
+  list(FILTER sources EXCLUDE REGEX "^src/(demo|ctl)/")
   add_custom_command(
     OUTPUT ${MIRVEL_POT}
     COMMAND

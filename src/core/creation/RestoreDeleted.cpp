@@ -18,7 +18,7 @@ namespace mirvel {
 namespace {
 
 std::string momentText(Program& program, double seconds) {
-  return Date::standardText(seconds, program.foundation.localize.locale());
+  return Date::standardText(seconds, program.foundation.localize.timeLocale());
 }
 
 void deleteWithoutKeeping(Program& program, const std::shared_ptr<Job>& job) {

@@ -125,7 +125,8 @@ TEST(BinaryReaderTest, OffsetsAndReferencesAreReadByTheirLastEightBytes) {
     list += wideNumber(4, 8, 0) + wideNumber(0, 8, 0) + wideNumber(table, 8, 0);
     const auto document = read(list);
     ASSERT_EQ(static_cast<bool>(document), isRead) << offsetSize << ' ' << referenceSize;
-    if (isRead) EXPECT_EQ(document->value(), Value(Array{true, Dictionary{{"k", true}}})) << offsetSize;
+    if (!isRead) continue;
+    EXPECT_EQ(document->value(), Value(Array{true, Dictionary{{"k", true}}})) << offsetSize;
   }
 }
 

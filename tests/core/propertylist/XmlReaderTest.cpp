@@ -125,7 +125,8 @@ TEST(XmlReaderTest, RealsAreDecimalOrOneOfAFewWords) {
   for (const auto& [text, value] : rows) {
     const auto document = read("<real>" + std::string(text) + "</real>");
     ASSERT_EQ(static_cast<bool>(document), value.has_value()) << text;
-    if (value) EXPECT_EQ(document->value(), *value) << text;
+    if (!value) continue;
+    EXPECT_EQ(document->value(), *value) << text;
   }
 }
 
