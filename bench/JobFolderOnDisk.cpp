@@ -16,7 +16,7 @@ class NoLoginItems final : public LoginItems {
  public:
   std::vector<Listed> listed() override { return {}; }
   std::vector<Bundled> bundled() override { return {}; }
-  void remove(const std::string&) override {}
+  Result<void> remove(const LoginItem&) override { return {}; }
 };
 
 class Silence final : public Console {
