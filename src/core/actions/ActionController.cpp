@@ -181,7 +181,8 @@ void ActionController::deleteConfirmed(int response, const Job& job, const Ended
     (void)send(action);
     return;
   }
-  if (job.kind == Kind::localAgent && !isOthersLabel) action->localAgentUnloadPath = job.url.text();
+  const bool isAgentOfEveryone = job.kind.isLaunchd() && !job.kind.isDaemon();
+  if (isAgentOfEveryone && !isOthersLabel) action->localAgentUnloadPath = job.url.text();
   (void)sendPrivileged(action);
 }
 

@@ -9,9 +9,9 @@ void ActionController::finishMoves() {
 }
 
 void ActionController::finishMove(const MoveJournal::Move& move) {
-  const auto isAgents = [this](const URL& url) {
-    const auto folder = Kind(Kind::localAgent).folderURL(m_program.foundation.roots);
-    return folder && url.path().parent_path() == *folder;
+  const auto isAgents = [&roots = m_program.foundation.roots](const URL& url) {
+    const auto liesIn = [&](Kind kind) { return url.path().parent_path() == kind.folderURL(roots); };
+    return liesIn(Kind::localAgent) || liesIn(Kind::systemAgent);
   };
   const MoveRemedy remedy = remedyFor(move);
   if (remedy == MoveRemedy::RemoveUsers) {

@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "core/actions/JobOnDisk.h"
 #include "core/catalogue/Launchd.h"
 
 namespace mirvel {
@@ -38,10 +39,12 @@ Action::Shared write(const SavePlan& plan, bool isLoaded, std::string label) {
 }
 
 /// The file of a job that leaves a folder of root's: the one that was read or, where that has gone, the one of its
-/// name.
+/// name, if that is the job's.
 URL oldFile(const Launchd& job, const Roots& roots) {
   const auto folder = job.originalKind.folderURL(roots);
-  return isThere(job.url) || !folder ? job.url : URL::file(*folder / (job.name + ".plist"));
+  if (isThere(job.url) || !folder) return job.url;
+  URL named = URL::file(*folder / (job.name + ".plist"));
+  return jobLabel(named) == job.name ? named : job.url;
 }
 
 void addStepsAsUser(SavePlan& plan, const Launchd& job, const Roots& roots) {

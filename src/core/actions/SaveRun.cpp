@@ -26,8 +26,25 @@ void SaveRun::start() {
 }
 
 void SaveRun::begin() {
+  if (m_plan.isFresh && stands(m_plan.to)) {
+    const Localize& localize = m_program.foundation.localize;
+    m_program.platform.interface.error(localize.couldntBeWritten(m_plan.to.text()), localize.thereIsAFileOfThisName());
+    return finish(false);
+  }
+  if (wasOvertaken()) {
+    finish(false);
+    if (m_program.shell.edit) m_program.shell.edit->save();  // which asks what is to become of the two
+    return;
+  }
   if (m_plan.isMove && !noteMove()) return finish(false);
   next();
+}
+
+/// Whether something else wrote to the file of the edited job while the user was asked for a password.
+bool SaveRun::wasOvertaken() const {
+  if (m_job->isNewFile || m_program.state.selectedJob != m_job) return false;
+  const auto bytes = jobBytes(m_plan.from);
+  return bytes && !m_program.editing.expectsInFile(JobFile::checksumOf(*bytes));
 }
 
 /// Only moves between the user's and root's folders need more than one request. What the user's file holds is noted, so

@@ -35,6 +35,7 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
   using Role = SaveStep::Role;
 
   void begin();
+  bool wasOvertaken() const;
   void next();
   void send(const SaveStep& step);
   bool noteMove();

@@ -111,7 +111,9 @@ bool AppDelegate::applicationShouldTerminate() {
   // A save that is under way still needs its helper.
   const bool isSaving = m_program.state.saving.isBusy();
   if (m_program.shell.endPrivilegedConnection && !isSaving) m_program.shell.endPrivilegedConnection();
-  if (!m_program.state.hasUnsavedChanges) return !waitsForSave();
+  const bool isBeingSaved = isSaving && !m_program.actions.isAuthorising();
+  if ((isBeingSaved || !m_program.state.hasUnsavedChanges) && waitsForSave()) return false;
+  if (!m_program.state.hasUnsavedChanges) return true;
   if (!isTerminating) m_program.mainWindow.unsavedChangesAlert();
   isTerminating = true;
   return false;

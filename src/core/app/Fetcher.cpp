@@ -72,6 +72,7 @@ void Fetcher::replaceJobs(Jobs jobs) {
       modeFilter(m_program, *mode, jobs, m_program.state.filterString);
     }
   }
+  m_program.jobMoves.follow(m_program.state.jobs, jobs);
   if (const auto& selected = m_program.state.selectedJob) {
     if (const auto moved = findMoved(*selected, m_program.state.jobs, jobs)) selected->url = moved->url;
   }
@@ -82,7 +83,6 @@ void Fetcher::replaceJobs(Jobs jobs) {
 }
 
 void Fetcher::jobsDidUpdate() {
-  m_program.jobMoves.follow(m_program.state.jobs);
   reconcileSelection();
   matchIcons();
   m_program.jobMoves.remember(m_program.state.jobs);

@@ -28,13 +28,13 @@ bool HostStart::keepsFromRunning(const Job& job) const {
 void HostStart::startIfNeeded() {
   const Jobs& jobs = m_program.state.jobs;
   const bool hasJobs = std::any_of(jobs.begin(), jobs.end(), [](const auto& job) { return isRunByHost(*job); });
-  if (m_isStarted || m_connection || !hasJobs) return;
+  if (m_connection || !hasJobs) return;
   m_limit.interval("HostStart", secondsBetweenAttempts, [this] { start(); });
 }
 
 void HostStart::start() {
   HelperConnections* const helpers = m_program.platform.helpers;
-  if (m_isStarted || m_connection || !helpers) return;
+  if (m_connection || !helpers) return;
   m_connection = helpers->connectToAction();
   if (!m_connection) return ended(m_program.foundation.localize.couldNotEstablishCommunicationWithHelperTool());
   m_connection->run(Action(Action::Kind::startHost).dictionary({}),
@@ -54,7 +54,6 @@ void HostStart::replied(const plist::Dictionary& reply) {
 void HostStart::ended(std::optional<std::string> failure) {
   // It may be this connection that is telling of its end.
   m_program.platform.mainQueue.post([old = std::shared_ptr<HelperConnection>(std::move(m_connection))] {});
-  m_isStarted = !failure;
   if (failure == m_failure) return;
   m_failure = std::move(failure);
   m_program.notifications.hostChanged.post();

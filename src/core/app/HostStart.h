@@ -44,7 +44,6 @@ class HostStart {
   Subscription m_jobsUpdated, m_statusChanged;
   std::unique_ptr<HelperConnection> m_connection;  ///< while an answer is waited for; saves have one of their own
   std::optional<std::string> m_failure;
-  bool m_isStarted = false;
 };
 
 }  // namespace mirvel

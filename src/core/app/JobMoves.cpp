@@ -67,14 +67,15 @@ void JobMoves::moveIcon(const URL& from, const URL& to) {
   const auto newName = iconStoreName(to);
   if (!oldName || !newName) return;
   const fs::path old = customIconFile(m_applicationSupport, *oldName);
-  if (std::error_code failure; !fs::exists(old, failure)) return;
-  if (std::error_code failure; fs::rename(old, customIconFile(m_applicationSupport, *newName), failure), failure) {
+  const fs::path target = customIconFile(m_applicationSupport, *newName);
+  if (std::error_code failure; !fs::exists(old, failure) || fs::exists(target, failure)) return;
+  if (std::error_code failure; fs::rename(old, target, failure), failure) {
     m_troubles.report({.kind = StoreTrouble::Kind::Unwritten,
                        .error = systemError(failure.value(), "rename the picture", old.string())});
   }
 }
 
-void JobMoves::follow(const Jobs& jobs) {
+void JobMoves::follow(const Jobs& oldJobs, const Jobs& jobs) {
   const plist::Dictionary labels = m_labels.contents();
   if (labels.empty()) return;
   const auto byLabel = jobsByLabel(jobs);
@@ -84,7 +85,9 @@ void JobMoves::follow(const Jobs& jobs) {
     if (found == byLabel.end() || !found->second) continue;
     const URL old = URL::file(path);
     const URL& now = found->second->url;
-    if (storeKey(now) != path && isGone(old)) jobMoved(old, now);
+    // Another job of that label that has been there before isn't the one that has gone.
+    const bool isNewThere = storeKey(now) != path && !labels.find(storeKey(now)) && !isAt(oldJobs, now);
+    if (isNewThere && isGone(old)) jobMoved(old, now);
   }
 }
 

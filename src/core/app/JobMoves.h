@@ -25,7 +25,7 @@ class JobMoves {
   void jobMoved(const URL& from, const URL& to);
   /// Finds the files that other programs moved: of which the path is gone, while one job of the catalogue, and no
   /// other, has the label. To be called with each new catalogue, before it is shown.
-  void follow(const Jobs& jobs);
+  void follow(const Jobs& oldJobs, const Jobs& jobs);
   /// Notes the labels of those jobs that have something which would have to follow them. To be called with each new
   /// catalogue once the jobs have their custom icons.
   void remember(const Jobs& jobs);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <system_error>
 
+#include "core/actions/LabelConflict.h"
 #include "core/actions/MoveTarget.h"
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
@@ -77,28 +78,29 @@ void load(Program& program, const URL& url) {
   (void)program.actions.send(action);  // the user has been told if that can't be
 }
 
+std::shared_ptr<Launchd> read(Program& program, const DeletedJob& deleted, const URL& url, const std::string& text) {
+  return Launchd::read(text, url, deleted.kind, program.foundation.scanSettings(), program.platform.console);
+}
+
 void write(Program& program, const DeletedJob& deleted, const URL& url, const std::string& text) {
-  const auto job = Launchd::read(text, url, deleted.kind, program.foundation.scanSettings(), program.platform.console);
+  const auto job = read(program, deleted, url, text);
   const auto action = Action::write(url, text, deleted.name);
   action->cleanUp = false;  // whatever is being edited when the answer comes is another job
   // Root only writes an agent's file: it is loaded in the user's session.
-  const bool isLoaded = job && !job->isDisabled(), loadsApart = isLoaded && deleted.kind == Kind::localAgent;
+  const bool isUsers = deleted.kind == Kind::userAgent;
+  const bool isLoaded = job && !job->isDisabled(), loadsApart = isLoaded && !isUsers && !deleted.kind.isDaemon();
   if (isLoaded && !loadsApart) action->kind = Action::Kind::writeAndLoad;
-  action->ended = [&program, job, url, loadsApart, id = deleted.id](bool isWritten) {
+  const bool isAsItWas = text == deleted.bytes;
+  const auto saving = std::make_shared<Busy::Token>(program.state.saving.begin());
+  action->ended = [&program, job, url, loadsApart, isAsItWas, saving, id = deleted.id](bool isWritten) {
+    saving->release();
     if (!isWritten) return;
     if (loadsApart) load(program, url);
-    program.deletedJobs.forget(id);
+    if (isAsItWas) program.deletedJobs.forget(id);  // otherwise only what is kept has all that the file had
     show(program, job);
   };
-  (void)(deleted.kind == Kind::userAgent ? program.actions.send(action) : program.actions.sendPrivileged(action));
-}
-
-/// A job that would run under the same name; null: none.
-std::shared_ptr<Job> namesake(const Program& program, const DeletedJob& deleted) {
-  for (const auto& job : program.state.jobs) {
-    if (job->kind.isLaunchd() && job->name == deleted.name && !job->isDisabled()) return job;
-  }
-  return nullptr;
+  const bool isSent = isUsers ? program.actions.send(action) : program.actions.sendPrivileged(action);
+  if (!isSent) saving->release();
 }
 
 void askAboutNamesake(Program& program, const DeletedJob& deleted, const URL& url, const Job& other) {
@@ -116,23 +118,18 @@ void askAboutNamesake(Program& program, const DeletedJob& deleted, const URL& ur
                                         });
 }
 
-bool isDisabled(const std::string& bytes) {
-  const auto document = plist::read(bytes);
-  const plist::Value content = document ? document->value() : plist::Value();
-  const auto* const keys = content.as<plist::Dictionary>();
-  const plist::Value* const disabled = keys ? keys->find("Disabled") : nullptr;
-  const bool* const value = disabled ? disabled->as<bool>() : nullptr;
-  return value && *value;
-}
-
 }  // namespace
 
 void deleteAndKeep(Program& program, const std::shared_ptr<Job>& job) {
   if (!DeletedJobs::canKeep(job->kind) || !plist::isUtf8(job->url.text())) return deleteWithoutKeeping(program, job);
   const auto kept = program.deletedJobs.keep(*job);
   if (!kept) return askToDeleteAnyway(program, job, kept.error());
-  program.actions.deleteConfirmed(Interface::defaultButton, *job, [&program, id = *kept](bool isDeleted) {
-    if (!isDeleted) program.deletedJobs.forget(id);
+  const bool isUsers = job->kind == Kind::userAgent;
+  program.actions.deleteConfirmed(Interface::defaultButton, *job, [&program, isUsers, id = *kept](bool isDeleted) {
+    if (isDeleted) return;
+    // A helper that was cut off may still delete the file: then what is kept stays, and is listed once the file is gone.
+    const bool isAnswered = isUsers ? program.actions.connection() != nullptr : program.actions.isAuthorised();
+    if (isAnswered) program.deletedJobs.forget(id);
   });
 }
 
@@ -161,9 +158,11 @@ void restoreDeleted(Program& program, const std::string& id) {
   if (!deleted) return;
   const auto url = placeFor(*deleted, program.foundation.roots);
   const auto text = textOf(deleted->bytes);
-  if (!url || !text) return program.platform.interface.saveError();
-  const auto other = namesake(program, *deleted);
-  if (other && !isDisabled(deleted->bytes)) return askAboutNamesake(program, *deleted, *url, *other);
+  const auto job = url && text ? read(program, *deleted, *url, *text) : nullptr;
+  if (!job) return program.platform.interface.saveError();
+  if (const auto other = conflictingJob(*job, job->name, program.state.jobs)) {
+    return askAboutNamesake(program, *deleted, *url, *other);
+  }
   write(program, *deleted, *url, *text);
 }
 

@@ -108,7 +108,8 @@ void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const 
   if (job != m_program.state.selectedJob) return;
   if (answer == Interface::alternateButton) {
     m_stack.hideDiscardButton();
-    return readAnew();
+    readAnew();
+    return take(*job, theirs);
   }
   if (answer != Interface::defaultButton) return;
   m_program.editing.setFileChecksum(JobFile::checksumOf(theirs));
@@ -121,9 +122,21 @@ void EditController::discardEdits() {
   if (m_program.shell.detail) m_program.shell.detail->showDisplay();
 }
 
+/// What can be edited until the scan comes isn't what was dropped.
+void EditController::take(Launchd& job, const std::string& theirs) {
+  const auto read =
+      Launchd::read(theirs, job.url, job.originalKind, m_program.foundation.scanSettings(), m_program.platform.console);
+  if (read) job.plist() = std::move(read->plist());
+  if (m_program.shell.detail) m_program.shell.detail->showDisplay();
+}
+
 /// The record was written to all along, or the file was: the scan is to read it anew.
 void EditController::readAnew() {
-  if (m_program.state.selectedJob) m_program.state.selectedJob->checksum.clear();
+  if (const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob)) {
+    if (auto asRead = job->plist().asRead()) job->plist() = *std::move(asRead);
+    job->kind = job->originalKind;
+    job->checksum.clear();
+  }
   saveCompleted();
   if (m_program.shell.detail) m_program.shell.detail->showDisplay();
   m_program.mainWindow.refresh();

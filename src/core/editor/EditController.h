@@ -69,6 +69,7 @@ class EditController final : public EditType {
  private:
   void send(const std::shared_ptr<Launchd>& job);
   void readAnew();
+  void take(Launchd& job, const std::string& theirs);
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
   void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer);
 

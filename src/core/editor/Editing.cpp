@@ -2,13 +2,26 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/JobFile.h"
+#include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
+#include "core/support/ReadFile.h"
 
 namespace mirvel {
 
 std::shared_ptr<Launchd> Editing::selected() const {
   return std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
 }
+
+namespace {
+
+/// Of a job that is still to be read again the file counts as it is now: what changes from here on is another's doing.
+std::string checksumAtStart(const Launchd& job) {
+  if (!job.checksum.empty()) return job.checksum;
+  const auto bytes = readFile(job.url.path(), JobFolder::largestFile);
+  return bytes ? JobFile::checksumOf(*bytes) : std::string();
+}
+
+}  // namespace
 
 bool Editing::isAbout(const std::shared_ptr<Launchd>& job) const {
   return job && job == m_job.lock();
@@ -18,7 +31,7 @@ Launchd* Editing::markJobChanged(std::string_view field) {
   const auto job = selected();
   if (!job) return nullptr;
   AppState& state = m_program.state;
-  if (!isAbout(job) || (!state.hasUnsavedChanges && m_undone.empty())) began(job, job->checksum);
+  if (!isAbout(job) || (!state.hasUnsavedChanges && m_undone.empty())) began(job, checksumAtStart(*job));
   if (!continuesStep(field)) {
     if (m_done.empty()) m_wasChanged = state.hasUnsavedChanges;
     m_done.push_back({.record = job->plist().clone(), .kind = job->kind});

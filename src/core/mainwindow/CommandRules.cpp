@@ -48,9 +48,10 @@ bool isEnabled(Command command, const CommandContext& context) {
     case Command::new_:
     case Command::refresh:
     case Command::importAction:
-    case Command::restoreDeleted:
     case Command::system:
       return !hasUnsavedChanges;
+    case Command::restoreDeleted:
+      return !hasUnsavedChanges && !context.isSaving;  // the place of a job that is being written looks free
     case Command::revealInFinder:
     case Command::info:
     case Command::share:

@@ -11,10 +11,12 @@ namespace mirvel {
 
 Result<void> JobFiles::writeThenRemove(const std::filesystem::path& from, const std::filesystem::path& to,
                                        std::string_view content) {
+  namespace fs = std::filesystem;
   const auto before = read(to);
   std::error_code failure;
-  const bool isLink = std::filesystem::is_symlink(from, failure);  // of which the file may be the target
-  if (before && !isLink) return systemError(EEXIST, "write", to.string());
+  const bool isThere = fs::exists(fs::symlink_status(to, failure));
+  const bool isTarget = fs::is_symlink(from, failure) && fs::equivalent(from, to, failure);
+  if (isThere && !isTarget) return systemError(EEXIST, "write", to.string());
   if (auto written = write(to, content); !written) return written;
   auto removed = remove(from);
   if (removed) return {};

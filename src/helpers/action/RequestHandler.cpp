@@ -67,10 +67,9 @@ RequestHandler::Outcome RequestHandler::act(const Request& request) {
       return load(*request.path);
     case Request::Kind::startHost:
       if (m_setup.startsHost) return failureOf(Deed::Answer, m_setup.host.start(), {});
-      return failureOf(Deed::Answer,
-                       Error{.code = Error::Code::NotPermitted,
-                             .message = "agents are no business of the privileged helper"},
-                       {});
+      return failureOf(
+          Deed::Answer,
+          Error{.code = Error::Code::NotPermitted, .message = "agents are no business of the privileged helper"}, {});
     case Request::Kind::uninstallHelpers:
       return failureOf(Deed::Answer, m_setup.uninstall(), {});
     case Request::Kind::quitHelper:
@@ -107,6 +106,9 @@ RequestHandler::Outcome RequestHandler::write(const Request& request) {
   if (auto failure = failureOf(Deed::Write, written, file)) return failure;
   if (auto failure = unloadAll(jobs)) {
     failure->isWritten = true;
+    // The host then loads it as soon as the last run has ended.
+    const bool isStillRunning = failure->cause.code == Error::Code::StillRunning;
+    if (isStillRunning && request.kind == Request::Kind::writeAndLoad) (void)m_setup.host.load(file);
     return failure;
   }
   if (request.kind == Request::Kind::write) return {};

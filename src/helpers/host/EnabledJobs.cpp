@@ -58,7 +58,7 @@ std::vector<EnabledJob> enabledJobsIn(const std::filesystem::path& folder) {
 
 void loadEnabledJobs(const std::filesystem::path& folder, Host& host) {
   for (const EnabledJob& job : enabledJobsIn(folder)) {
-    if (host.isLoaded(job.label)) continue;
+    if (host.isLoaded(job.label) && !host.isEnding(job.label)) continue;
     if (const auto loaded = host.load(job.file); !loaded) host.tellOfUnloadable(job.file, loaded.error());
   }
 }

@@ -49,6 +49,11 @@ Result<launchd::Plist> readJob(const fs::path& file) {
   return error;
 }
 
+bool isSwitchedOff(const fs::path& file) {
+  const auto plist = readJob(file);
+  return plist && plist->disabled == true;
+}
+
 }  // namespace
 
 Host::Host(Settings settings, PollLoop& loop)
@@ -57,7 +62,7 @@ Host::Host(Settings settings, PollLoop& loop)
       m_calendar(m_settings.zone()),
       m_log(m_settings.folder / "log"),
       m_loadedJobs(LoadedJobs::fileIn(m_settings.folder)),
-      m_runNotes(m_settings.folder / "runs"),
+      m_runNotes(RunNotes::folderIn(m_settings.folder)),
       m_surroundings{.exists = exists,
                      .holdsFiles = holdsFiles,
                      .isLoaded =
@@ -85,6 +90,7 @@ void Host::restore() {
   const auto files = m_loadedJobs.read();
   if (!files) addToLog(ownLabel, "can't tell which jobs were loaded: " + files.error().text());
   for (const fs::path& file : files ? *files : std::vector<fs::path>()) {
+    if (isSwitchedOff(file)) continue;  // while no host was there
     const auto added = add(file, Noted::Yes);
     if (!added) restoreLater(file, added.error());
   }
@@ -106,8 +112,8 @@ void Host::addPending(const fs::path& file) {
 }
 
 void Host::retry(const fs::path& file) {
-  if (m_pending.count(file) == 0 || !add(file, Noted::Yes)) return;
-  dropPending(file);
+  if (m_quitBy || m_pending.count(file) == 0) return;
+  if (isSwitchedOff(file) || add(file, Noted::Yes)) dropPending(file);
 }
 
 void Host::dropPending(const fs::path& file) {
@@ -136,6 +142,10 @@ void Host::inherit(const RunNote& note) {
 Result<void> Host::load(const fs::path& file, Noted noted) {
   if (m_quitBy) return Error{.code = Error::Code::Io, .message = "the job host is about to end"};
   const auto added = add(file, noted);
+  if (!added && added.error().code == Error::Code::StillRunning && noted == Noted::Yes) {
+    addPending(file);  // for when its last run has ended
+    (void)note();      // the answer is an error anyway
+  }
   if (!added) return added.error();
   dropPending(file);
   if (noted == Noted::No) return {};

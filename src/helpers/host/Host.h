@@ -62,6 +62,11 @@ class Host {
   void tellOfUnloadable(const std::filesystem::path& file, const Error& error);
 
   bool isLoaded(const std::string& label) const { return m_jobs.find(label) != m_jobs.end(); }
+  /// Whether its last run is being stopped: a load of it then waits for that.
+  bool isEnding(const std::string& label) const {
+    const auto found = m_jobs.find(label);
+    return found != m_jobs.end() && found->second->job.isUnloaded();
+  }
   /// Nothing runs any more, or it has been waited for long enough since `quit`.
   bool hasQuit() const;
   /// Why a job that is being unloaded isn't gone yet.

@@ -1,3 +1,4 @@
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -47,8 +48,11 @@ std::optional<Options> read(const std::vector<std::string>& arguments) {
 }
 
 int run(const Options& options, const Environment& environment) {
-  // A host below a folder is somebody's trial, and stays with whatever else belongs to that.
+  // The umask is the session's, which the files of jobs follow. A host below a folder is somebody's trial, and stays
+  // with whatever else belongs to that.
+  const mode_t umaskOfSession = ::umask(022);
   resetProcessState(options.root.empty() ? ControlGroup::Leave : ControlGroup::Keep);
+  ::umask(umaskOfSession);
   host::Detachment detachment;
   if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
   const Roots roots = options.root.empty() ? Roots::forThisMachine(environment) : Roots::below(options.root);

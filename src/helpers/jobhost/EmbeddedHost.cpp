@@ -8,6 +8,7 @@
 #include "helpers/host/EnabledJobs.h"
 #include "helpers/host/HostSocket.h"
 #include "helpers/host/LoadedJobs.h"
+#include "helpers/host/RunNotes.h"
 
 namespace mirvel {
 
@@ -156,7 +157,9 @@ Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plis
 bool EmbeddedHost::hasNothingToUnload() const {
   if (host::connectTo(m_settings.places.socket)) return false;
   std::error_code failure;
-  const bool hasLoaded = std::filesystem::exists(host::LoadedJobs::fileIn(m_settings.places.folder), failure);
+  const auto& folder = m_settings.places.folder;
+  const bool hasLoaded = std::filesystem::exists(host::LoadedJobs::fileIn(folder), failure) ||
+                         std::filesystem::exists(host::RunNotes::folderIn(folder), failure);
   return !hasLoaded && !failure;
 }
 

@@ -10,6 +10,8 @@ namespace mirvel::ui {
 
 /// A line at the foot of the window that says why the jobs don't run; there is none while they do.
 class HostLine final : public QLabel {
+  Q_OBJECT
+
  public:
   HostLine(Program& program, QMainWindow& window);
 

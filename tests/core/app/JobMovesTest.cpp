@@ -69,6 +69,28 @@ TEST_F(JobMovesTest, WhatBelongsToAJobFollowsItsFileWhileTheProgramRunsAndWhileI
   }
 }
 
+TEST_F(JobMovesTest, AnotherJobOfTheLabelInheritsNothing) {
+  for (const bool hasItsOwn : {false, true}) {
+    fs::remove_all(roots.applicationSupport);
+    const URL other = at(Kind::localDaemon, "a.plist");
+    writeJob(Kind::userAgent, "a");
+    writeJob(Kind::localDaemon, "a");
+    scan();
+    program().state.selectedJob = program().state.jobAt(old);
+    giveEverything();
+    if (hasItsOwn) {
+      fs::create_directories(iconOf(other).parent_path());
+      std::ofstream(iconOf(other)) << "another picture";
+    }
+    scan();
+    fs::remove(old.path());
+    scan();
+    EXPECT_EQ(fs::exists(iconOf(other)), hasItsOwn);
+    EXPECT_FALSE(program().notes.has(other));
+    EXPECT_TRUE(hasEverything(old)) << "for a job that is restored";
+  }
+}
+
 TEST_F(JobMovesTest, ASaveThatMovesTheFileTakesEverythingAlong) {
   struct Row {
     Kind from;

@@ -100,6 +100,30 @@ TEST_F(RestoreDeletedTest, AJobThatWasntDeletedIsntListedEvenAfterItChanges) {
   EXPECT_THAT(rows(), IsEmpty());
 }
 
+TEST_F(RestoreDeletedTest, WhatAHelperDeletesThatWasCutOffIsKept) {
+  const auto file = writeJob(Kind::localDaemon, "a");
+  scan();
+  program().mainWindow.confirmDelete(jobNamed("a"));
+  interface.answerSheet(Interface::defaultButton);
+  helpers.requests.back().failure({.code = Error::Code::Io, .message = "the helper has ended"});
+  settle();
+  EXPECT_THAT(rows(), IsEmpty()) << "it is still there";
+  fs::remove(file);
+  EXPECT_THAT(rows(), SizeIs(1));
+}
+
+TEST_F(RestoreDeletedTest, ASystemAgentIsntLoadedByRoot) {
+  ASSERT_TRUE(foundation.defaults.negate(Defaults::Key::editSystemJobs));
+  ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
+  const auto file = writeJob(Kind::systemAgent, "a");
+  deleteJob("a");
+  restoreFirst();
+  EXPECT_EQ(request().kind(), 0) << "only written";
+  answer(true, [&] { writeJob(Kind::systemAgent, "a"); });
+  ASSERT_EQ(helpers.requests.back().kind(), 5);
+  EXPECT_FALSE(helpers.requests.back().isPrivileged);
+}
+
 TEST_F(RestoreDeletedTest, ATakenNameLeadsToAFileBesideIt) {
   const auto file = writeJob(Kind::userAgent, "a");
   deleteJob("a");

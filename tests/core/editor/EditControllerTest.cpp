@@ -184,6 +184,42 @@ TEST_F(EditControllerTest, TheirVersionIsTakenWithoutAChangeOfMineToo) {
   EXPECT_THAT(helpers.requests, IsEmpty());
 }
 
+// The scan that reads the job anew may take a while.
+TEST_F(EditControllerTest, WhatWasDroppedIsGoneAtOnce) {
+  edit();
+  program().state.selectedJob->kind = Kind::localDaemon;
+  controller.discardEdits();
+  const auto& job = dynamic_cast<const Launchd&>(*program().state.selectedJob);
+  EXPECT_FALSE(job.plist().nice);
+  EXPECT_EQ(job.kind, Kind::userAgent);
+
+  edit();
+  changeFile();
+  controller.save();
+  ASSERT_EQ(interface.sheets.size(), 1U) << "a change by another program is noticed in between, too";
+  interface.answerSheet(Interface::alternateButton);
+  EXPECT_FALSE(job.plist().nice);
+  EXPECT_EQ(job.plist().run, "/bin/theirs");
+  EXPECT_THAT(helpers.requests, IsEmpty());
+}
+
+TEST_F(EditControllerTest, AChangeThatComesWhileThePasswordIsAskedForIsAskedAbout) {
+  file = writeJob(Kind::localDaemon, "root", {{"Program", "/bin/ls"}});
+  scan();
+  program().state.selectedJob = jobNamed("root");
+  edit();
+  helpers.isHandshakeHeld = true;
+  controller.save();
+  (void)writeJob(Kind::localDaemon, "root", {{"Program", "/bin/theirs"}});
+  helpers.authorise();
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  ASSERT_EQ(interface.sheets.size(), 1U);
+  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_FALSE(program().state.saving.isBusy());
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_THAT(helpers.requests, SizeIs(1)) << "mine, and no second password";
+}
+
 TEST_F(EditControllerTest, OneSaveAtATime) {
   edit();
   controller.save();

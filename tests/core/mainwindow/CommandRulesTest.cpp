@@ -54,7 +54,7 @@ TEST(CommandRules, EachConditionTakesAwayItsCommandsAndNoOthers) {
        {C::new_, C::refresh, C::revert, C::duplicate, C::importAction, C::restoreDeleted, C::export_, C::grid, C::tree,
         C::timeline, C::system}},
       {"a sheet", [](auto& context) { context.hasSheet = true; }, besidesOthers},
-      {"a save", [](auto& context) { context.isSaving = true; }, {C::save}},
+      {"a save", [](auto& context) { context.isSaving = true; }, {C::save, C::restoreDeleted}},
       {"no selection",
        [](auto& context) { context.selected.reset(); },
        {C::edit, C::save, C::revert, C::duplicate, C::export_, C::delete_, C::share, C::test, C::log, C::info,

@@ -87,6 +87,24 @@ TEST_F(HostMemory, UnloadsNothingThatWouldBeLoadedAgainAtTheNextStart) {
   EXPECT_THAT(loaded(), IsEmpty());
 }
 
+TEST_F(HostMemory, StartsNothingThatWasSwitchedOffMeanwhile) {
+  const auto file = job("off", "touch " + (folder.path() / "ran").string(), {{"StartInterval", 100'000}});
+  const auto late = job("late", "touch " + (folder.path() / "ran").string());
+  load(file);
+  load(late);
+  ASSERT_TRUE(embedded.quit());
+  const auto switchOff = [&](const std::string& label) {
+    return job(label, "touch " + (folder.path() / "ran").string(), {{"RunAtLoad", true}, {"Disabled", true}});
+  };
+  switchOff("off");
+  fs::remove(late);
+  ASSERT_TRUE(embedded.unload("/nothing", {})) << "the next one is started";
+  switchOff("late");
+  load(job("last", "true"));
+  EXPECT_THAT(loaded(), ElementsAre("last"));
+  EXPECT_FALSE(fs::exists(folder.path() / "ran"));
+}
+
 TEST_F(HostMemory, ForgetsAJobThatWasOnlyTried) {
   load(job("kept", "true"));
   ASSERT_TRUE(embedded.loadTemporarily(job("tried", "true")));
