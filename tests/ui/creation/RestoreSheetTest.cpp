@@ -31,6 +31,7 @@ class RestoreSheetTest : public WindowFixture {
     if (!sheet) throw std::runtime_error("no sheet");
     sheet->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(sheet));
+    testdata::settle();  // only then has it the keys
     return *sheet;
   }
   static QTreeWidget& list(RestoreSheet& sheet) { return *sheet.findChild<QTreeWidget*>(); }

@@ -122,17 +122,19 @@ class EditRoundTripTest : public EditorFixture {
   std::string save() {
     helpers.requests.clear();
     program().actions.save(m_job);
+    std::string sent;
     for (std::size_t i = 0; i < helpers.requests.size(); ++i) {
       const auto request = helpers.requests[i];
-      if (!request.body.find("string")) {  // what comes before the write
+      if (!request.body.find("string")) {  // what comes before the write, and what takes it back
         request.reply({});
         continue;
       }
+      sent = request.text("string");
       m_savedRecord = record().encode();
       request.failure({.code = Error::Code::Io, .message = "enough is known"});
-      return request.text("string");
     }
-    return {};
+    EXPECT_FALSE(program().state.saving.isBusy());
+    return sent;
   }
   std::vector<fs::path> corpus() const {
     const auto folder = testdata::folder("corpus");
