@@ -127,7 +127,8 @@ void deleteAndKeep(Program& program, const std::shared_ptr<Job>& job) {
   const bool isUsers = job->kind == Kind::userAgent;
   program.actions.deleteConfirmed(Interface::defaultButton, *job, [&program, isUsers, id = *kept](bool isDeleted) {
     if (isDeleted) return;
-    // A helper that was cut off may still delete the file: then what is kept stays, and is listed once the file is gone.
+    // A helper that was cut off may still delete the file: then what is kept stays, and is listed once the file is
+    // gone.
     const bool isAnswered = isUsers ? program.actions.connection() != nullptr : program.actions.isAuthorised();
     if (isAnswered) program.deletedJobs.forget(id);
   });

@@ -142,9 +142,10 @@ std::vector<pid_t> processesOf(const JobRun& run, Reach reach) {
 void signalRun(const JobRun& run, Reach reach, int signal) {
   // At once, as long as the number is held by the first process: none of the group slips through by forking.
   const bool isHeld = run.leader > 0 && startOf(run.leader) == run.start;
-  if (isHeld) ::kill(run.isLeaderAlone ? run.leader : -run.leader, signal);
+  // A process that has only just been forked leads no group yet, and is told by itself.
+  const bool isReached = isHeld && ::kill(run.isLeaderAlone ? run.leader : -run.leader, signal) == 0;
   for (const pid_t process : processesOf(run, reach)) {
-    const bool isDone = isHeld && (process == run.leader || ::getpgid(process) == run.leader);
+    const bool isDone = isReached && (process == run.leader || ::getpgid(process) == run.leader);
     if (!isDone) ::kill(process, signal);
   }
 }

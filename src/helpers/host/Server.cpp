@@ -48,6 +48,7 @@ pid_t processOf(int) {
 }
 
 FileDescriptor openProcess(pid_t) {
+  errno = ENOSYS;
   return {};
 }
 
@@ -144,7 +145,12 @@ void Server::unloadWith(const Client& client, const std::filesystem::path& file)
   trier.files.insert(file);
   if (trier.process) return;
   trier.process = openProcess(peer);
-  if (!trier.process) return;
+  if (!trier.process) {
+    if (errno != ESRCH) return;
+    m_triers.erase(peer);  // it has ended before its request was read
+    (void)m_host.unload(file, std::nullopt);
+    return;
+  }
   m_loop.watch(trier.process.number(), POLLIN, [this, peer](short) {
     const auto found = m_triers.extract(peer);
     m_loop.forget(found.mapped().process.number());

@@ -39,9 +39,7 @@ class MemoryHost final : public JobHost {
     return jobs.emplace(*label, Loaded{file, content}).second ? Result<void>() : because("the label is loaded already");
   }
   Result<void> unload(const fs::path& file, const std::optional<std::string>& label) override {
-    std::erase_if(jobs, [&](const auto& job) {
-      return label ? job.first == *label : job.second.file == file;
-    });
+    std::erase_if(jobs, [&](const auto& job) { return label ? job.first == *label : job.second.file == file; });
     return {};
   }
   Result<bool> waitForEnd(const std::string&, std::chrono::seconds) override { return true; }
