@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 #include "core/support/Environment.h"
@@ -92,6 +93,23 @@ void resetPriority() {
   ::setpriority(PRIO_PROCESS, 0, 0);
 }
 
+#ifdef __linux__
+/// Two signals are the C library's own, which doesn't let anybody name them. It sets them with the first thread; until
+/// then they are as they were inherited. See rt_sigaction(2): the kernel's structure begins with the handler, and zeros
+/// are its default everywhere.
+void resetReservedSignals() {
+  struct {
+    void (*handler)(int) = nullptr;
+    std::array<std::uint64_t, 4> rest{};
+  } before, byDefault;
+  constexpr std::size_t maskSize = 8;
+  for (const int number : {32, 33}) {
+    const bool isKnown = ::syscall(SYS_rt_sigaction, number, nullptr, &before, maskSize) == 0;
+    if (isKnown && before.handler == SIG_IGN) ::syscall(SYS_rt_sigaction, number, &byDefault, nullptr, maskSize);
+  }
+}
+#endif
+
 /// A signal that is ignored is no longer pending. So none arrives that was sent to the one before.
 void resetSignals() {
   for (int number = 1; number < NSIG; ++number) ::signal(number, SIG_IGN);
@@ -100,6 +118,7 @@ void resetSignals() {
   ::sigprocmask(SIG_SETMASK, &nothing, nullptr);
   for (int number = 1; number < NSIG; ++number) ::signal(number, SIG_DFL);
 #ifdef __linux__
+  resetReservedSignals();
   ::prctl(PR_SET_PDEATHSIG, 0);
 #endif
 }
