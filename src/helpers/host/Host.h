@@ -69,7 +69,6 @@ class Host {
   }
   /// Nothing runs any more, or it has been waited for long enough since `quit`.
   bool hasQuit() const;
-  bool isQuitting() const { return m_quitBy.has_value(); }
   /// Why a job that is being unloaded isn't gone yet.
   Error stillRunning(const std::string& label) const;
   /// Whether it has run to its end since it was loaded.

@@ -112,8 +112,6 @@ void Server::serve(const Client& client) {
 void Server::answer(const Client& client, const wire::Frame& request) {
   const auto reply = [&](plist::Dictionary body) { client->send({request.id, std::move(body)}); };
   const std::string name = textOf(request.body, key::request).value_or("");
-  // What a host that ends would promise, the next one wouldn't know of. The end of the connection is the answer.
-  if (m_host.isQuitting() && (name == request::load || name == request::unload || name == request::start)) return;
   if (name == request::unload) return unload(client, request);
   if (name == request::waitForEnd) return waitForEnd(client, request);
   if (name == request::beginSession) return beginSession(client, request);

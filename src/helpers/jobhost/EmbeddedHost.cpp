@@ -2,7 +2,6 @@
 
 #include <system_error>
 #include <thread>
-#include <utility>
 
 #include "core/support/Strings.h"
 #include "helpers/action/JobFiles.h"
@@ -73,7 +72,10 @@ Result<void> EmbeddedHost::start() {
   plist::Array folders;
   for (const auto& folder : m_settings.jobFolders) folders.emplace_back(folder.string());
   const plist::Dictionary arguments{{std::string(key::folders), std::move(folders)}};
-  const auto started = ask(request::start, arguments, host::longestAnswer);
+  auto started = ask(request::start, arguments, host::longestAnswer);
+  // Of a host that was killed a job on its way to its program may still hold the socket for a moment.
+  if (!started && host::HostClient::isHangUp(started.error()))
+    started = ask(request::start, arguments, host::longestAnswer);
   if (!started) return started.error();
   (void)m_autostart.install();  // the jobs run all the same, and the next start tries again
   return {};
@@ -137,16 +139,11 @@ Result<void> EmbeddedHost::quit() {
 
 Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plist::Dictionary& arguments,
                                             seconds limit) {
-  // Another may be starting it at the same time and not be as far yet. One that ends hangs up when its jobs have ended,
-  // and so does one that is killed; the next is asked then.
+  // Another may be starting it at the same time and not be as far yet, or one that ends may still be there.
   constexpr auto patience = seconds(5);
-  auto end = steady_clock::now() + patience;
-  for (bool hasHungUp = false;;) {
-    auto answer = m_client.ask(request, arguments, limit + host::longestQuit);
-    if (!answer && host::HostClient::isHangUp(answer.error()) && !std::exchange(hasHungUp, true)) {
-      end = steady_clock::now() + patience;
-      continue;
-    }
+  const auto end = steady_clock::now() + patience;
+  for (;;) {
+    auto answer = m_client.ask(request, arguments, limit);
     if (answer || !host::HostClient::isNoHost(answer.error()) || steady_clock::now() > end) return answer;
     const auto started = launch();
     if (!started) return started.error();

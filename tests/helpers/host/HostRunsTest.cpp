@@ -99,22 +99,6 @@ TEST_F(HostRuns, SaysWhatIsStillRunningWhenTheTimeToWaitIsOver) {
   EXPECT_TRUE(LoadedJobs(places.folder / "loaded.plist").read()->empty());
 }
 
-TEST_F(HostRuns, WhatIsAskedOfAHostThatIsEndingIsDoneByTheNext) {
-  Signpost ready(folder.path() / "ready");
-  const auto stubborn =
-      job("stubborn", "trap '' TERM; echo $PPID > " + quoted("ready") + "; while :; do sleep 1000; done",
-          {{"RunAtLoad", true}, {"ExitTimeOut", 1}});
-  load(stubborn);
-  const pid_t ending = std::stoi(ready.line());
-  ASSERT_EQ(::kill(ending, SIGTERM), 0);
-  load(job("asked", "true"));
-  EXPECT_NE(std::stoi(ready.line()), ending) << "the next one has the jobs of the one before";
-  const auto all = status();
-  ASSERT_EQ(all.size(), 2U);
-  EXPECT_EQ(all[0].label, "asked");
-  EXPECT_EQ(all[1].label, "stubborn");
-}
-
 TEST_F(HostRuns, EndsWhatAKilledHostHasLeftBeforeAnythingRunsTwice) {
   for (const bool isStubborn : {false, true}) {
     const std::string label = isStubborn ? "stubborn" : "willing";
