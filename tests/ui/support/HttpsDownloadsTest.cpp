@@ -45,7 +45,7 @@ class HttpsServer {
       });
     });
   }
-  std::string address() const { return "https://localhost:" + std::to_string(m_server.serverPort()) + "/feed"; }
+  std::string address() const { return "https://127.0.0.1:" + std::to_string(m_server.serverPort()) + "/feed"; }
 
  private:
   QByteArray m_answer;

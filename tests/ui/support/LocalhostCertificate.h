@@ -4,7 +4,7 @@ namespace mirvel::testdata {
 
 /// Of a server on this machine, signed by itself, and its key, which is no secret. Made with
 /// `openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 36500 -subj /CN=localhost`
-/// and a subjectAltName of DNS:localhost.
+/// and a subjectAltName of DNS:localhost and IP:127.0.0.1; not every machine knows the name.
 inline constexpr char localhostCertificate[] = R"(-----BEGIN CERTIFICATE-----
 MIIBmzCCAUGgAwIBAgIUFbuTA1JFuZMVFn5t55+l18f+9TYwCgYIKoZIzj0EAwIw
 FDESMBAGA1UEAwwJbG9jYWxob3N0MCAXDTI2MTEyMTIxMDc0M1oYDzIxMjYxMDI4
