@@ -17,8 +17,7 @@ class HostClient {
  public:
   explicit HostClient(std::filesystem::path socket) : m_socket(std::move(socket)) {}
 
-  /// What the host answers; an error of its own is an error here. See `isNoHost`.
-  /// Waits so long at most.
+  /// What the host answers, waiting no longer than the limit; an error of its own is an error here. See `isNoHost`.
   Result<plist::Dictionary> ask(std::string_view request, plist::Dictionary arguments = {},
                                 std::chrono::seconds limit = longestAnswer) const;
   Result<std::vector<HostedJobStatus>> status() const;

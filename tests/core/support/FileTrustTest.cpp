@@ -40,7 +40,7 @@ TEST(FileTrustTest, NobodyElseMayWriteToFileOrFolder) {
   }
 }
 
-TEST(FileTrustTest, OnlyAGroupOfOnesOwnMayWrite) {
+TEST(FileTrustTest, NoGroupMayWriteToRootsFiles) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can give a file to another group";
   const testdata::TemporaryFolder folder;
   const auto file = folder.write("a", "content");
