@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "core/actions/ActionController.h"
 #include "core/actions/JobOnDisk.h"
 #include "core/app/Program.h"
@@ -10,8 +12,9 @@ void ActionController::finishMoves() {
 
 void ActionController::finishMove(const MoveJournal::Move& move) {
   const auto isAgents = [&roots = m_program.foundation.roots](const URL& url) {
-    const auto liesIn = [&](Kind kind) { return url.path().parent_path() == kind.folderURL(roots); };
-    return liesIn(Kind::localAgent) || liesIn(Kind::systemAgent);
+    return std::any_of(Kind::allCases.begin(), Kind::allCases.end(), [&](Kind kind) {
+      return kind.isAgentOfEveryone() && url.path().parent_path() == kind.folderURL(roots);
+    });
   };
   const MoveRemedy remedy = remedyFor(move);
   if (remedy == MoveRemedy::RemoveUsers) {

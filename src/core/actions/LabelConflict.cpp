@@ -10,7 +10,7 @@ namespace {
 
 /// Only an agent of the user's own may have the label of a daemon.
 bool shareADomain(Kind a, Kind b) {
-  return a.isDaemon() == b.isDaemon() || (a != Kind::userAgent && b != Kind::userAgent);
+  return a.isDaemon() == b.isDaemon() || a.isAgentOfEveryone() || b.isAgentOfEveryone();
 }
 
 bool isLoadedAs(const std::string& label, const Job& job) {

@@ -17,8 +17,7 @@ void HostStart::begin() {
 
 /// Root's jobs have a host of their own, which only root can start.
 bool HostStart::isRunByHost(const Job& job) {
-  const bool isAgent = job.kind == Kind::userAgent || job.kind == Kind::localAgent || job.kind == Kind::systemAgent;
-  return isAgent && !job.isDisabled();
+  return job.kind.isAgent() && !job.isDisabled();
 }
 
 bool HostStart::keepsFromRunning(const Job& job) const {

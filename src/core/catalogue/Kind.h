@@ -51,6 +51,10 @@ class Kind {
   constexpr bool isLoginItem() const { return m_case == loginItemSystemPreferences || m_case == loginItemApplication; }
   /// Run by launchd as root, or as the user that the job names.
   constexpr bool isDaemon() const { return m_case == localDaemon || m_case == systemDaemon; }
+  /// Run by launchd in the session of a user.
+  constexpr bool isAgent() const { return isLaunchd() && !isDaemon(); }
+  /// An agent whose file is root's, loaded in the session of each user.
+  constexpr bool isAgentOfEveryone() const { return isAgent() && m_case != userAgent; }
   /// Hidden while system jobs aren't shown.
   constexpr bool isSystem() const { return m_case >= systemAgent && m_case <= systemStartupItem; }
   /// Whether jobs of the kind may be changed; `editSystemJobs` is what the user set for those of the system.

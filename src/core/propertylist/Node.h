@@ -18,16 +18,17 @@ struct Member;
 /// The entries of a dictionary as they were read: in the order of the file, the keys distinct.
 class Members {
  public:
-  explicit Members(std::span<const Member> members) : m_members(members) {}
+  Members(const Member* first, std::size_t count) : m_first(first), m_count(count) {}
 
   const Member* begin() const;
   const Member* end() const;
-  std::size_t size() const { return m_members.size(); }
+  std::size_t size() const { return m_count; }
   /// Goes through the entries; null: no such key.
   const class Node* find(std::string_view key) const;
 
  private:
-  std::span<const Member> m_members;
+  const Member* m_first;
+  std::size_t m_count;
 };
 
 /// A value of a list that was read. It can't be changed, is cheap to copy, and lives as long as its `Document`: reading
@@ -103,13 +104,13 @@ struct Member {
 };
 
 inline const Member* Members::begin() const {
-  return m_members.data();
+  return m_first;
 }
 inline const Member* Members::end() const {
-  return m_members.data() + m_members.size();
+  return m_first + m_count;
 }
 inline const Node* Members::find(std::string_view key) const {
-  for (const Member& member : m_members) {
+  for (const Member& member : *this) {
     if (member.key() == key) return &member.value;
   }
   return nullptr;
@@ -118,7 +119,7 @@ static_assert(sizeof(Member) == 2 * sizeof(Node));
 
 inline std::optional<Members> Node::dictionary() const {
   if (m_type != Type::Dictionary) return std::nullopt;
-  return Members({place<Member>(), m_size});
+  return Members(place<Member>(), m_size);
 }
 
 /// A copy that stands on its own.

@@ -39,8 +39,8 @@ std::optional<launchd::Plist> recordOf(const JobFolder& folder, const std::strin
 
 std::vector<std::filesystem::path> agentFolders(const Roots& roots) {
   std::vector<std::filesystem::path> folders;
-  for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::systemAgent}) {
-    if (auto folder = kind.folderURL(roots)) folders.push_back(*std::move(folder));
+  for (const Kind kind : Kind::allCases) {
+    if (kind.isAgent()) folders.push_back(*kind.folderURL(roots));
   }
   return folders;
 }

@@ -46,6 +46,8 @@ TEST(KindTest, EachKindHasItsFolderAndItsRights) {
     EXPECT_EQ(kind->folderURL(roots), row.folder) << row.name;
     EXPECT_EQ(kind->infoName(), row.info) << row.name;
     EXPECT_EQ(kind->isLaunchd(), row.info == Info::launchd) << row.name;
+    EXPECT_EQ(kind->isAgentOfEveryone(), row.rawValue == 1 || row.rawValue == 6) << row.name;
+    EXPECT_EQ(kind->isAgent(), kind->isAgentOfEveryone() || row.rawValue == 0) << row.name;
     EXPECT_EQ(kind->isEditable(false), row.isEditable) << row.name;
     EXPECT_EQ(kind->isEditable(true), row.isEditableByPermission) << row.name;
     const auto& visible = Kind::visibleKinds;
