@@ -2,11 +2,10 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <initializer_list>
 
 #include "core/support/RegularFile.h"
 
@@ -21,25 +20,11 @@ void pointToNothing(std::initializer_list<int> descriptors) {
   if (nothing > STDERR_FILENO) ::close(nothing);
 }
 
-/// What is opened later would take the place of a standard file that is missing.
-void openStandardFiles() {
-  int last = STDIN_FILENO;
-  while (last >= 0 && last <= STDERR_FILENO) last = ::open("/dev/null", O_RDWR);
-  if (last > STDERR_FILENO) ::close(last);
-}
-
 }  // namespace
 
 Detachment::Detachment() {
   ::signal(SIGPIPE, SIG_IGN);  // whoever started this may be gone before it is ready
-  openStandardFiles();
-  constexpr long most = 65536;
-  const long count = std::clamp(::sysconf(_SC_OPEN_MAX), 256L, most);
-  for (int number = STDERR_FILENO + 1; number < count; ++number) ::close(number);
   pointToNothing({STDIN_FILENO});
-  const mode_t given = ::umask(022);
-  ::umask(given | 022);  // files of jobs are never for others to write, and no more open than the user's own
-  (void)!::chdir("/");   // a folder that stays busy is no reason not to run
 }
 
 bool Detachment::fork() {

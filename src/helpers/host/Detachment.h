@@ -6,12 +6,11 @@
 
 namespace mirvel::host {
 
-/// Frees a program from whoever started it: from their files, terminal and session. Until it is ready what it says
-/// still reaches them.
+/// Lets a program go on without whoever started it. Until it is ready what it says still reaches them. For a process
+/// that has a clean state, see `resetProcessState`.
 class Detachment {
  public:
-  /// Closes what was handed down beside the standard files, and sets what jobs would inherit. From here on a reader
-  /// that has gone is no reason to end.
+  /// Takes no more input. From here on a reader that has gone is no reason to end.
   Detachment();
 
   /// Goes on in a child with a session of its own, where it gives true. In the parent, or if there can be no child, it

@@ -10,6 +10,7 @@
 #include "core/support/RegularFile.h"
 #include "core/support/Uuid.h"
 #include "helpers/host/Host.h"
+#include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {
 
@@ -78,7 +79,7 @@ void Host::start(Entry& entry, const HostTime& now) {
   entry.job.started(now);
   entry.process = *std::move(process);
   entry.run.leader = entry.process.id;
-  entry.run.start = startOf(entry.process.id);
+  if (const auto status = ProcessStatus::of(entry.process.id)) entry.run.start = status->start;
   noteRun(entry);
   entry.output = {};
   addToLog(entry, {"started"});

@@ -47,20 +47,19 @@ std::optional<RunNote> noteIn(const fs::path& file, const std::string& boot) {
                  .file = textOf(*dictionary, fileKey).value_or(""),
                  .run = {.mark = file.filename(),
                          .leader = static_cast<pid_t>(numberOf(*dictionary, processKey).value_or(0)),
-                         .start = static_cast<std::uint64_t>(numberOf(*dictionary, startKey).value_or(0)),
+                         .start = numberOf(*dictionary, startKey).value_or(0),
                          .isLeaderAlone = numberOf(*dictionary, aloneKey).value_or(0) != 0}};
 }
 
 }  // namespace
 
 Result<void> RunNotes::write(const RunNote& note) const {
-  const auto text =
-      plist::writeXml(plist::Dictionary{{std::string(bootKey), m_boot},
-                                        {std::string(labelKey), note.label},
-                                        {std::string(fileKey), note.file.string()},
-                                        {std::string(processKey), std::int64_t{note.run.leader}},
-                                        {std::string(startKey), static_cast<std::int64_t>(note.run.start)},
-                                        {std::string(aloneKey), note.run.isLeaderAlone ? 1 : 0}});
+  const auto text = plist::writeXml(plist::Dictionary{{std::string(bootKey), m_boot},
+                                                      {std::string(labelKey), note.label},
+                                                      {std::string(fileKey), note.file.string()},
+                                                      {std::string(processKey), std::int64_t{note.run.leader}},
+                                                      {std::string(startKey), note.run.start},
+                                                      {std::string(aloneKey), note.run.isLeaderAlone ? 1 : 0}});
   if (!text) return text.error();
   std::error_code failure;
   fs::create_directories(m_folder, failure);  // if that fails, so does what follows, and tells why

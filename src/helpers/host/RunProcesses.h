@@ -10,9 +10,9 @@ namespace mirvel::host {
 
 /// One run of a job, told in a way by which its processes are found by another host, too.
 struct JobRun {
-  std::string mark;         ///< what `markVariable` holds in the environment of all its processes
-  pid_t leader = 0;         ///< its first process, of which session and process group have their number; 0: not known
-  std::uint64_t start = 0;  ///< when that began, as the system counts; a number is given to another process later
+  std::string mark;        ///< what `markVariable` holds in the environment of all its processes
+  pid_t leader = 0;        ///< its first process, of which session and process group have their number; 0: not known
+  std::int64_t start = 0;  ///< when that began, see `ProcessStatus`; a number is given to another process later
   bool isLeaderAlone = false;  ///< what the first process leaves running isn't the job's business
 };
 
@@ -28,9 +28,6 @@ std::vector<pid_t> processesOf(const JobRun& run, Reach reach);
 
 /// Sends a signal to all of them.
 void signalRun(const JobRun& run, Reach reach, int signal);
-
-/// When the process began; 0 if there is none of that number.
-std::uint64_t startOf(pid_t process);
 
 /// A text that is another one after each start of the machine, or of the container whose processes these are: until
 /// then numbers and times of processes can be compared. Empty where nobody can tell.

@@ -14,6 +14,7 @@
 #include "helpers/host/HostSocket.h"
 #include "helpers/jobhost/HostLimits.h"
 #include "helpers/jobhost/HostMessages.h"
+#include "helpers/wire/LocalSocket.h"
 
 namespace mirvel::host {
 
@@ -30,22 +31,12 @@ seconds durationOf(const plist::Dictionary& request) {
 
 #ifdef __linux__
 
-pid_t processOf(int socket) {
-  ucred peer{};
-  socklen_t size = sizeof peer;
-  return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 ? peer.pid : 0;
-}
-
 /// Can be read when the process has ended; see pidfd_open(2).
 FileDescriptor openProcess(pid_t process) {
   return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
 }
 
 #else
-
-pid_t processOf(int) {
-  return 0;
-}
 
 FileDescriptor openProcess(pid_t) {
   errno = ENOSYS;
@@ -139,7 +130,7 @@ plist::Dictionary Server::load(const Client& client, const plist::Dictionary& re
 /// A job that is only tried ends with whoever tries it, even one who is killed and can't unload it. Where the system
 /// doesn't tell of that end, it stays until the host ends.
 void Server::unloadWith(const Client& client, const std::filesystem::path& file) {
-  const pid_t peer = processOf(client->descriptor());
+  const pid_t peer = wire::processOfPeer(client->descriptor()).value_or(0);
   if (peer <= 0) return;
   Trier& trier = m_triers[peer];
   trier.files.insert(file);

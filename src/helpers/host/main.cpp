@@ -48,11 +48,11 @@ std::optional<Options> read(const std::vector<std::string>& arguments) {
 }
 
 int run(const Options& options, const Environment& environment) {
-  // The umask is the session's, which the files of jobs follow. A host below a folder is somebody's trial, and stays
-  // with whatever else belongs to that.
+  // The umask is the session's, which the files of jobs follow; but they are never for others to write. A host below a
+  // folder is somebody's trial, and stays with whatever else belongs to that.
   const mode_t umaskOfSession = ::umask(022);
   resetProcessState(options.root.empty() ? ControlGroup::Leave : ControlGroup::Keep);
-  ::umask(umaskOfSession);
+  ::umask(umaskOfSession | 022);
   host::Detachment detachment;
   if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
   const Roots roots = options.root.empty() ? Roots::forThisMachine(environment) : Roots::below(options.root);

@@ -60,13 +60,16 @@ constexpr std::array limits{
 #endif
 };
 
-/// Only root can raise a hard limit; for others it bounds the soft one.
+/// Only root can raise a hard limit. Another user keeps what the machine grants: soft limits are raised as far as the
+/// hard ones allow, and nothing is lowered, which nobody could raise again.
 void resetLimits() {
+  const bool isRoot = ::geteuid() == 0;
   for (const Limit& limit : limits) {
     const rlimit wanted{.rlim_cur = limit.soft, .rlim_max = limit.hard};
+    if (isRoot && ::setrlimit(limit.resource, &wanted) == 0) continue;
     rlimit now{};
-    if (::setrlimit(limit.resource, &wanted) == 0 || ::getrlimit(limit.resource, &now) != 0) continue;
-    now.rlim_cur = std::min(limit.soft, now.rlim_max);
+    if (::getrlimit(limit.resource, &now) != 0) continue;
+    now.rlim_cur = std::min(isRoot ? limit.soft : std::max(limit.soft, now.rlim_cur), now.rlim_max);
     ::setrlimit(limit.resource, &now);
   }
 }

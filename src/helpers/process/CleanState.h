@@ -11,8 +11,8 @@ enum class ControlGroup { Keep, Leave };
 /// it nor its children are limited, slowed down, stopped or watched by that: limits on resources, nice value,
 /// scheduler, processors, I/O priority, OOM score, timers, signals (mask, dispositions, pending ones), session and
 /// terminal, working directory, umask, and all descriptors but the standard ones, of which missing ones are opened on
-/// /dev/null. Root takes root's own user, group and groups. Limits become those that a service of the machine starts
-/// with; other users' can't exceed what they inherited.
+/// /dev/null. Root takes root's own user, group and groups. Root's limits become those that a service of the
+/// machine starts with; of other users only soft limits are raised, as far as their hard ones allow.
 ///
 /// What can't be reset stays as it is: none of it is a reason not to work. For a process with one thread, at its start.
 /// The environment is left alone, see `resetEnvironment`.

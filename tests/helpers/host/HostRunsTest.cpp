@@ -16,6 +16,7 @@
 #include "helpers/host/LoadedJobs.h"
 #include "helpers/host/RunNotes.h"
 #include "helpers/host/Signpost.h"
+#include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {
 namespace {
@@ -198,7 +199,7 @@ TEST(RunNotes, AreForgottenWithTheMachineThatTheyAreOf) {
   EXPECT_EQ(read.file, "/job.plist");
   EXPECT_EQ(read.run.mark, "mark");
   EXPECT_EQ(read.run.leader, 42);
-  EXPECT_EQ(read.run.start, 4242U);
+  EXPECT_EQ(read.run.start, 4242);
   EXPECT_TRUE(read.run.isLeaderAlone);
   folder.write("runs/other",
                testdata::jobText("other", {{"Boot", "another start"}, {"Process", ::getpid()}, {"Start", 1}}));
@@ -211,9 +212,9 @@ TEST(RunNotes, AreForgottenWithTheMachineThatTheyAreOf) {
 }
 
 TEST(RunProcesses, AreNotTakenForThoseOfAnotherTimeOrMark) {
-  const std::uint64_t start = startOf(::getppid());
-  ASSERT_NE(start, 0U);
   const pid_t parent = ::getppid();
+  const std::int64_t start = ProcessStatus::of(parent).value_or(ProcessStatus()).start;
+  ASSERT_NE(start, 0);
   const struct {
     JobRun run;
     bool isFound;

@@ -147,6 +147,20 @@ TEST(CleanStateTest, AUserGetsWhatTheHardLimitsAllow) {
   EXPECT_EQ(printed, "64\nunlimited\n");
 }
 
+TEST(CleanStateTest, AUserKeepsWhatTheMachineGrants) {
+  const auto spoil = [](bool isReset) {
+    return [isReset] {
+      const rlimit granted{.rlim_cur = 50, .rlim_max = 60}, much{.rlim_cur = 1U << 24U, .rlim_max = 1U << 25U};
+      for (const auto limit : {RLIMIT_RTPRIO, RLIMIT_NICE}) ::setrlimit(limit, &granted);
+      for (const auto limit : {RLIMIT_MEMLOCK, RLIMIT_MSGQUEUE}) ::setrlimit(limit, &much);
+      if (::geteuid() == 0) (void)!::setuid(65534);
+      if (isReset) resetProcessState(ControlGroup::Leave);
+    };
+  };
+  const std::string granted = "for limit in r e l q; do ulimit -S$limit; ulimit -H$limit; done; ulimit -Ha";
+  EXPECT_EQ(printedAfter(spoil(true), granted), printedAfter(spoil(false), granted));
+}
+
 TEST(CleanStateTest, RootLeavesTheControlGroupOfItsUser) {
   const fs::path hierarchy =
       ::access("/sys/fs/cgroup/cgroup.procs", W_OK) == 0 ? "/sys/fs/cgroup" : "/sys/fs/cgroup/unified";
