@@ -34,7 +34,7 @@ ActionController::ActionController(Program& program)
       m_savingChanged(program.state.saving.changed().subscribe([&program] {
         if (program.shell.edit) program.shell.edit->updateButtons();
       })),
-      m_moves(program.foundation.roots.applicationSupport),
+      m_moves(program.foundation.roots.applicationSupport, program.foundation.storeTroubles),
       m_user(program.platform.mainQueue),
       m_privileged(program.platform.mainQueue) {}
 
@@ -181,8 +181,7 @@ void ActionController::deleteConfirmed(int response, const Job& job, const Ended
     (void)send(action);
     return;
   }
-  const bool isAgentOfEveryone = job.kind.isLaunchd() && !job.kind.isDaemon();
-  if (isAgentOfEveryone && !isOthersLabel) action->localAgentUnloadPath = job.url.text();
+  if (job.kind.isAgentOfEveryone() && !isOthersLabel) action->localAgentUnloadPath = job.url.text();
   (void)sendPrivileged(action);
 }
 

@@ -1,15 +1,10 @@
 #include "core/actions/MoveJournal.h"
 
 #include <optional>
-#include <system_error>
 
 #include "core/actions/JobOnDisk.h"
 #include "core/catalogue/JobFile.h"
-#include "core/propertylist/Reader.h"
 #include "core/propertylist/Value.h"
-#include "core/propertylist/Writer.h"
-#include "core/support/ReadFile.h"
-#include "core/support/ReplaceFile.h"
 
 namespace mirvel {
 
@@ -17,32 +12,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t largestJournal = std::size_t{1} << 20U;
 constexpr const char* rootsKey = "Root";
 constexpr const char* labelKey = "Label";
 constexpr const char* checksumKey = "Checksum";
-
-/// By the path of the user's file.
-plist::Dictionary readMoves(const fs::path& file) {
-  const auto bytes = readFile(file, largestJournal);
-  const auto document = bytes ? plist::read(*bytes) : Result<plist::Document>(bytes.error());
-  if (!document) return {};
-  plist::Value value = document->value();
-  auto* dictionary = value.as<plist::Dictionary>();
-  return dictionary ? std::move(*dictionary) : plist::Dictionary();
-}
-
-Result<void> writeMoves(const fs::path& file, const plist::Dictionary& moves) {
-  std::error_code failure;
-  if (moves.size() == 0) {
-    fs::remove(file, failure);
-    return failure ? Result<void>(systemError(failure.value(), "delete", file.string())) : Result<void>();
-  }
-  const auto text = plist::writeXml(moves);
-  if (!text) return text.error();
-  fs::create_directories(file.parent_path(), failure);
-  return replaceFile(file, *text);
-}
 
 std::optional<MoveJournal::Move> moveOf(const std::string& users, const plist::Value& value) {
   const auto* entry = value.as<plist::Dictionary>();
@@ -60,23 +32,32 @@ std::optional<MoveJournal::Move> moveOf(const std::string& users, const plist::V
 
 }  // namespace
 
+// The entries have the path of the user's file for a key.
+
+MoveJournal::MoveJournal(const fs::path& folder, StoreTroubles& troubles)
+    : m_store(folder / "Moves.plist", &m_troubles) {
+  m_troubles.setListener([&troubles](const StoreTrouble& trouble) {
+    // Whoever begins or ends a move tells of that.
+    if (trouble.kind != StoreTrouble::Kind::Unwritten) troubles.report(trouble);
+  });
+}
+
 Result<void> MoveJournal::begin(const Move& move) {
-  plist::Dictionary moves = readMoves(m_file);
-  moves.set(move.users.text(),
-            plist::Dictionary{{rootsKey, move.roots.text()}, {labelKey, move.label}, {checksumKey, move.checksum}});
-  return writeMoves(m_file, moves);
+  const std::string key = move.users.text();
+  auto noted = m_store.set(
+      key, plist::Dictionary{{rootsKey, move.roots.text()}, {labelKey, move.label}, {checksumKey, move.checksum}});
+  if (!noted) m_store.put(key, std::nullopt);  // or a later one would be noted with it
+  return noted;
 }
 
 Result<void> MoveJournal::end(const URL& users) {
-  plist::Dictionary moves = readMoves(m_file);
-  if (!moves.find(users.text())) return {};
-  moves.remove(users.text());
-  return writeMoves(m_file, moves);
+  m_store.put(users.text(), std::nullopt);
+  return m_store.contents().size() == 0 ? m_store.clear() : m_store.write();
 }
 
-std::vector<MoveJournal::Move> MoveJournal::unfinished() const {
+std::vector<MoveJournal::Move> MoveJournal::unfinished() {
   std::vector<Move> result;
-  for (const auto& [users, value] : readMoves(m_file)) {
+  for (const auto& [users, value] : m_store.contents()) {
     if (auto move = moveOf(users, value)) result.push_back(*std::move(move));
   }
   return result;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/support/Result.h"
+#include "core/support/Store.h"
 #include "core/support/URL.h"
 
 namespace mirvel {
@@ -21,16 +22,19 @@ class MoveJournal {
     std::string checksum;  ///< of the user's file; see `JobFile::checksumOf`
   };
 
-  /// The journal lies in the folder.
-  explicit MoveJournal(const std::filesystem::path& folder) : m_file(folder / "Moves.plist") {}
+  /// The journal, "Moves.plist", lies in the folder. `troubles` outlives it, and hears what is wrong with a journal
+  /// that was read.
+  MoveJournal(const std::filesystem::path& folder, StoreTroubles& troubles);
 
+  /// If it can't be noted, the error is all that is left of it.
   Result<void> begin(const Move& move);
   Result<void> end(const URL& users);
   /// What was begun and has not ended. None if the journal can't be read.
-  std::vector<Move> unfinished() const;
+  std::vector<Move> unfinished();
 
  private:
-  const std::filesystem::path m_file;
+  StoreTroubles m_troubles;
+  Store m_store;
 };
 
 /// What is to be done about an interrupted move.

@@ -12,6 +12,7 @@
 #include "core/catalogue/Launchd.h"
 #include "core/propertylist/Comments.h"
 #include "core/propertylist/DateText.h"
+#include "core/support/PrivateFolder.h"
 #include "core/support/ReadFile.h"
 #include "core/support/ReplaceFile.h"
 #include "core/support/Strings.h"
@@ -46,10 +47,10 @@ fs::path freshPath(const fs::path& folder, const std::string& name) {
 Result<void> keepFile(const Program& program, const Launchd& job, std::string_view bytes) {
   constexpr std::size_t longestName = 48;  // in characters, so that any name has room
   const fs::path folder = keptFilesFolder(program);
-  std::error_code failure;
-  fs::create_directories(folder, failure);  // the write tells if that has failed
+  if (auto made = makePrivateFolder(folder); !made) return made;
   const std::string name(String::firstCharacters(jobFileName(job.name), longestName));
-  return replaceFile(freshPath(folder, name + ' ' + timeText(program.platform.clock.secondsSince1970())), bytes);
+  return replaceFile(freshPath(folder, name + ' ' + timeText(program.platform.clock.secondsSince1970())), bytes,
+                     privateFile);
 }
 
 bool mayCommentsGo(const Program& program, const Launchd& job) {

@@ -5,6 +5,7 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/CustomIcons.h"
+#include "core/support/PrivateFolder.h"
 #include "core/support/ReplaceFile.h"
 
 namespace mirvel {
@@ -30,8 +31,7 @@ void setCustomIcon(Program& program, const std::shared_ptr<Job>& job, const std:
   const auto name = job->iconStoreName();
   if (!name) return;
   const fs::path file = customIconFile(program.foundation.roots.applicationSupport, *name);
-  std::error_code failure;
-  fs::create_directories(file.parent_path(), failure);
+  if (const auto made = makePrivateFolder(file.parent_path()); !made) return tell(program, made.error());
   if (const auto written = replaceFile(file, png); !written) return tell(program, written.error());
   job->customIconDigest = name;
   job->customIcon = program.platform.workspace.image(file);

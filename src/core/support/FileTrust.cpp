@@ -1,16 +1,16 @@
 #include "core/support/FileTrust.h"
 
 #include <fcntl.h>
-#include <grp.h>
-#include <pwd.h>
 #include <sys/stat.h>
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <string>
-#include <vector>
 
 #include "core/support/FileDescriptor.h"
 #include "core/support/RegularFile.h"
@@ -31,36 +31,27 @@ Error notTrusted(const fs::path& path, std::string message) {
   return {.code = Error::Code::NotTrusted, .message = std::move(message), .file = path};
 }
 
+/// Whether an access list (acl(5)) gives rights to users or groups by their names: what the mode says of the group is
+/// then the most that any of them has. True if that can't be told.
+bool hasAccessList(int file) {
 #ifdef __linux__
-bool isPrivateGroup(gid_t number, uid_t owner) {
-  constexpr std::size_t entrySize = std::size_t{1} << 16U;
-  std::vector<char> userBuffer(entrySize);
-  std::vector<char> groupBuffer(entrySize);
-  passwd user{};
-  passwd* foundUser = nullptr;
-  group group{};
-  struct group* foundGroup = nullptr;
-  ::getpwuid_r(owner, &user, userBuffer.data(), userBuffer.size(), &foundUser);
-  ::getgrgid_r(number, &group, groupBuffer.data(), groupBuffer.size(), &foundGroup);
-  if (!foundUser || !foundGroup || user.pw_gid != number) return false;
-  const std::string name = user.pw_name;
-  if (name != group.gr_name) return false;
-  for (char** member = group.gr_mem; *member; ++member) {
-    if (name != *member) return false;
+  constexpr const char* name = "system.posix_acl_access";
+  ssize_t size = ::fgetxattr(file, name, nullptr, 0);
+  if (size < 0 && errno == EBADF) {  // of a folder that is open for its path alone
+    size = ::getxattr(("/proc/self/fd/" + std::to_string(file)).c_str(), name, nullptr, 0);
   }
-  return true;
-}
+  return size >= 0 || (errno != ENODATA && errno != ENOTSUP);
 #else
-bool isPrivateGroup(gid_t, uid_t) {
+  (void)file;
   return false;
-}
 #endif
+}
 
-bool isWritableByOthers(const struct stat& status) {
+bool isWritableByOthers(int file, const struct stat& status, const PrivateGroups& isPrivate) {
   if ((status.st_mode & S_IWOTH) != 0) return true;
   if ((status.st_mode & S_IWGRP) == 0) return false;
-  // What root runs is trusted no further than launchd trusts it; the bits of a group may be those of an access list.
-  return status.st_uid == 0 || !isPrivateGroup(status.st_gid, status.st_uid);
+  // What root runs is trusted no further than launchd trusts it.
+  return status.st_uid == 0 || hasAccessList(file) || !isPrivate(status.st_gid, status.st_uid);
 }
 
 Result<void> checkOwner(const fs::path& path, const struct stat& status, uid_t user) {
@@ -70,17 +61,17 @@ Result<void> checkOwner(const fs::path& path, const struct stat& status, uid_t u
                               "), who could change what is run: change its owner with chown");
 }
 
-Result<void> checkMode(const fs::path& path, const struct stat& status) {
-  if (!isWritableByOthers(status)) return {};
+Result<void> checkMode(const fs::path& path, int file, const struct stat& status, const PrivateGroups& isPrivate) {
+  if (!isWritableByOthers(file, status, isPrivate)) return {};
   return notTrusted(path, "others may write to it and could change what is run: forbid that with chmod go-w");
 }
 
-Result<void> checkFolder(const fs::path& path, int folder, uid_t user) {
+Result<void> checkFolder(const fs::path& path, int folder, uid_t user, const PrivateGroups& isPrivate) {
   struct stat status {};
   if (::fstat(folder, &status) != 0) return systemError(errno, "read", path);
   const auto owned = checkOwner(path, status, user);
   const bool isSticky = (status.st_mode & S_ISVTX) != 0;
-  return owned && !isSticky ? checkMode(path, status) : owned;
+  return owned && !isSticky ? checkMode(path, folder, status, isPrivate) : owned;
 }
 
 /// Where a link leads, seen from its folder.
@@ -93,7 +84,7 @@ Result<fs::path> targetOf(const fs::path& link, int folder) {
 
 }  // namespace
 
-Result<void> checkTrust(const fs::path& file, int descriptor, uid_t user) {
+Result<void> checkTrust(const fs::path& file, int descriptor, uid_t user, const PrivateGroups& isPrivate) {
   struct stat opened {};
   if (::fstat(descriptor, &opened) != 0) return systemError(errno, "read", file);
   fs::path at = file;
@@ -102,7 +93,7 @@ Result<void> checkTrust(const fs::path& file, int descriptor, uid_t user) {
     const fs::path parent = at.has_parent_path() ? at.parent_path() : fs::path(".");
     const FileDescriptor folder(::open(parent.c_str(), openFolder));
     if (!folder) return systemError(errno, "read", parent);
-    if (auto trusted = checkFolder(parent, folder.number(), user); !trusted) return trusted;
+    if (auto trusted = checkFolder(parent, folder.number(), user, isPrivate); !trusted) return trusted;
     struct stat entry {};
     if (::fstatat(folder.number(), at.filename().c_str(), &entry, AT_SYMLINK_NOFOLLOW) != 0) {
       return systemError(errno, "read", at);
@@ -110,7 +101,8 @@ Result<void> checkTrust(const fs::path& file, int descriptor, uid_t user) {
     if (auto owned = checkOwner(at, entry, user); !owned) return owned;
     if (!S_ISLNK(entry.st_mode)) {
       const bool isSame = entry.st_dev == opened.st_dev && entry.st_ino == opened.st_ino;
-      return isSame ? checkMode(at, opened) : notTrusted(at, "it was replaced while it was read: try again");
+      return isSame ? checkMode(at, descriptor, opened, isPrivate)
+                    : notTrusted(at, "it was replaced while it was read: try again");
     }
     auto target = targetOf(at, folder.number());
     if (!target) return target.error();
@@ -119,9 +111,9 @@ Result<void> checkTrust(const fs::path& file, int descriptor, uid_t user) {
   return systemError(ELOOP, "read", file);
 }
 
-Result<void> checkTrust(const fs::path& file, uid_t user) {
+Result<void> checkTrust(const fs::path& file, uid_t user, const PrivateGroups& isPrivate) {
   const auto regular = RegularFile::open(file);
-  return regular ? checkTrust(file, regular->descriptor.number(), user) : regular.error();
+  return regular ? checkTrust(file, regular->descriptor.number(), user, isPrivate) : regular.error();
 }
 
 }  // namespace mirvel

@@ -63,6 +63,16 @@ Result<Replaced> replacedBy(int folder, const fs::path& target) {
   };
 }
 
+/// What the new file is to have; none: it is new, and has what it was made with.
+std::optional<OwnerAndMode> ownerFor(const Replaced& old, const std::optional<OwnerAndMode>& fixed) {
+  if (!fixed || !old.owner) return fixed ? fixed : old.owner;
+  OwnerAndMode result = *fixed;
+  result.mode &= old.owner->mode | S_IRWXU;
+  const bool isGroups = (old.owner->mode & S_IROTH) == 0;
+  if (isGroups && old.owner->user == fixed->user) result.group = old.owner->group;
+  return result;
+}
+
 /// A file beside the one that is replaced; gone at the end of its life unless it has taken that one's place.
 class Temporary {
  public:
@@ -106,15 +116,15 @@ class Temporary {
 
   /// The owner comes first: a change of owner may clear bits of the mode.
   int finish(const Replaced& old, const std::optional<OwnerAndMode>& fixed) {
+    const auto wanted = ownerFor(old, fixed);
     if (fixed) {
-      if (::fchown(m_file.number(), fixed->user, fixed->group) != 0) return errno;
-    } else if (old.owner) {
-      keepOwner(*old.owner);
+      if (::fchown(m_file.number(), wanted->user, wanted->group) != 0) return errno;
+    } else if (wanted) {
+      keepOwner(*wanted);
     }
     if (old.file) {
       copyExtendedAttributes(old.file.number(), m_file.number(), fixed ? Attributes::Harmless : Attributes::All);
     }
-    const std::optional<OwnerAndMode>& wanted = fixed ? fixed : old.owner;
     if (wanted && m_calls.setMode(m_file.number(), wanted->mode) != 0) return errno;
     if (m_calls.sync(m_file.number()) != 0) return errno;
     return m_calls.close(m_file.release()) == 0 ? 0 : errno;
@@ -140,11 +150,12 @@ class Temporary {
 };
 
 int replaceIn(int folder, const char* name, std::string_view bytes, const Replaced& old,
-              const std::optional<OwnerAndMode>& fixed, FileCalls& calls) {
+              const std::optional<OwnerAndMode>& fixed, mode_t mostOpen, FileCalls& calls) {
   Temporary temporary(calls, folder);
   // What is known of the mode at the end comes after the content: until then nobody else may look at it.
   const bool isNew = !old.owner && !fixed;
-  if (const int failure = temporary.create(isNew ? newFileMode : ownersAlone)) return failure;
+  if (const int failure = temporary.create(isNew ? newFileMode & (mostOpen | ownersAlone) : ownersAlone))
+    return failure;
   if (const int failure = temporary.write(bytes)) return failure;
   if (const int failure = temporary.finish(old, fixed)) return failure;
   return temporary.takePlaceOf(name);
@@ -156,14 +167,16 @@ Result<void> syncFolder(int folder, const fs::path& target, FileCalls& calls) {
   return systemError(errno, "make sure that the new content stays", target.string());
 }
 
-}  // namespace
-
-Result<void> replaceFile(const fs::path& path, std::string_view bytes) {
-  FileCalls calls;
-  return replaceFile(path, bytes, calls);
+Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view bytes,
+                           const std::optional<OwnerAndMode>& fixed, mode_t mostOpen, FileCalls& calls) {
+  const auto old = replacedBy(folder, path);
+  if (!old) return old.error();
+  const int failure = replaceIn(folder, path.filename().c_str(), bytes, *old, fixed, mostOpen, calls);
+  if (failure != 0) return writeError(failure, path);
+  return syncFolder(folder, path, calls);
 }
 
-Result<void> replaceFile(const fs::path& path, std::string_view bytes, FileCalls& calls) {
+Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mostOpen, FileCalls& calls) {
   if (path.native().find('\0') != std::string::npos) return badPath("the path holds a null character", path);
   const auto target = followLinks(path);
   if (!target) return target.error();
@@ -172,16 +185,28 @@ Result<void> replaceFile(const fs::path& path, std::string_view bytes, FileCalls
   const fs::path parent = target->has_parent_path() ? target->parent_path() : fs::path(".");
   const FileDescriptor folder(::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!folder) return writeError(errno, *target);
-  return replaceFileIn(folder.number(), *target, bytes, std::nullopt, calls);
+  return replaceFileIn(folder.number(), *target, bytes, std::nullopt, mostOpen, calls);
+}
+
+}  // namespace
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes) {
+  FileCalls calls;
+  return replaceFile(path, bytes, newFileMode, calls);
+}
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes, FileCalls& calls) {
+  return replaceFile(path, bytes, newFileMode, calls);
+}
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mostOpen) {
+  FileCalls calls;
+  return replaceFile(path, bytes, mostOpen, calls);
 }
 
 Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view bytes,
                            const std::optional<OwnerAndMode>& fixed, FileCalls& calls) {
-  const auto old = replacedBy(folder, path);
-  if (!old) return old.error();
-  const int failure = replaceIn(folder, path.filename().c_str(), bytes, *old, fixed, calls);
-  if (failure != 0) return writeError(failure, path);
-  return syncFolder(folder, path, calls);
+  return replaceFileIn(folder, path, bytes, fixed, newFileMode, calls);
 }
 
 }  // namespace mirvel

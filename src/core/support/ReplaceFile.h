@@ -27,6 +27,8 @@ inline constexpr std::string_view temporaryPrefix = ".mirvel-";
 /// what fails, the new content is in place, but may not outlive a loss of power.
 Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes);
 Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, FileCalls& calls);
+/// The same, where a new file gets none of the rights that `mostOpen` doesn't have.
+Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, mode_t mostOpen);
 
 /// Whose a file is, and what others may do with it.
 struct OwnerAndMode {
@@ -36,8 +38,9 @@ struct OwnerAndMode {
 };
 
 /// The same in a folder that is open already, for callers who may not trust the path to it: only the last component of
-/// `path` counts, and a link of that name is refused. A file made with `fixed` has that owner and mode whatever the old
-/// one's are, and keeps no attribute that gives rights to anybody.
+/// `path` counts, and a link of that name is refused. A file made with `fixed` has that owner and mode, and keeps no
+/// attribute that gives rights to anybody. But in place of a file that group or others had fewer rights to, they get no
+/// more; and one of the same owner that not everybody could read keeps its group.
 Result<void> replaceFileIn(int folder, const std::filesystem::path& path, std::string_view bytes,
                            const std::optional<OwnerAndMode>& fixed, FileCalls& calls);
 

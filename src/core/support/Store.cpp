@@ -10,6 +10,7 @@
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "core/support/FileDescriptor.h"
+#include "core/support/PrivateFolder.h"
 #include "core/support/ReadFile.h"
 #include "core/support/ReplaceFile.h"
 
@@ -70,13 +71,6 @@ std::string bytesOf(const plist::Dictionary& dictionary) {
   return xml && holds(*xml, dictionary) ? *std::move(xml) : plist::writeBinary(dictionary);
 }
 
-Result<void> makeFolder(const fs::path& folder) {
-  std::error_code failure;
-  fs::create_directories(folder, failure);
-  if (failure) return systemError(failure.value(), "make the folder", folder.string());
-  return {};
-}
-
 }  // namespace
 
 const plist::Dictionary& Store::contents() {
@@ -85,6 +79,12 @@ const plist::Dictionary& Store::contents() {
     applyChanges();
   }
   return m_contents;
+}
+
+Result<void> Store::refresh() {
+  auto asItIs = read();
+  applyChanges();
+  return asItIs;
 }
 
 void Store::put(const std::string& key, std::optional<plist::Value> value) {
@@ -130,17 +130,13 @@ Result<void> Store::write() {
 }
 
 Result<void> Store::replace() {
-  if (auto made = makeFolder(m_path.parent_path()); !made) return made;
+  if (auto made = makePrivateFolder(m_path.parent_path()); !made) return made;
   const std::string bytes = bytesOf(m_contents);
   if (bytes.size() > largestFile) {
     return Error{.code = Error::Code::LimitExceeded, .message = "it would become too large", .file = m_path.string()};
   }
-  std::error_code failure;
-  const bool isNew = !fs::exists(m_path, failure);
-  if (auto written = replaceFile(m_path, bytes); !written) return written;
   // It may repeat what stands in files that only the user can read.
-  if (isNew) fs::permissions(m_path, fs::perms::owner_read | fs::perms::owner_write, failure);
-  return {};
+  return replaceFile(m_path, bytes, privateFile);
 }
 
 Result<void> Store::clear() {
@@ -192,11 +188,12 @@ Result<void> Store::takeDictionary(const std::string& bytes) {
     damage.code = Error::Code::Malformed;
     damage.file = m_path.string();
   }
-  if (m_damaged == Damaged::SetAside) return moveAside(damage);
+  if (m_damaged == Damaged::SetAside) return setAside(damage);
   return damage;
 }
 
-Result<void> Store::moveAside(const Error& damage) {
+Result<void> Store::setAside(const Error& damage) {
+  m_contents = {};
   const auto name = reserveName(m_path);
   if (!name) return name.error();
   std::error_code failure;

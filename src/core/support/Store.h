@@ -43,20 +43,25 @@ class Store {
   /// The value of a key, or null. Valid until the next call.
   const plist::Value* find(std::string_view key) { return contents().find(key); }
 
+  /// Reads the file now. Why it can't be read; a damaged one is moved aside, which is no failure.
+  Result<void> refresh();
+
   /// Changes one key in memory; without a value it is removed.
   void put(const std::string& key, std::optional<plist::Value> value);
   bool hasChanges() const { return !m_changes.empty(); }
-  /// Brings the changes to the file, making it and its folders if they are missing. A new file is the user's alone.
+  /// Brings the changes to the file, making it and its folders if they are missing. What is new is
+  /// the user's alone.
   Result<void> write();
   /// Changes one key and writes.
   Result<void> set(const std::string& key, std::optional<plist::Value> value);
+  /// Moves the file aside as a damaged one: it holds what its owner can't make sense of.
+  Result<void> setAside(const Error& damage);
   /// Removes the file with all that it holds, and forgets the changes.
   Result<void> clear();
 
  private:
   Result<void> read();
   Result<void> takeDictionary(const std::string& bytes);
-  Result<void> moveAside(const Error& damage);
   bool applyChanges();
   Result<void> replace();
   void report(StoreTrouble::Kind kind, const Error& error, std::string& told) const;

@@ -334,7 +334,7 @@ void Host::takeZone(const HostTime& now) {
   for (const auto& [label, entry] : m_jobs) entry->job.zoneChanged(now);
 }
 
-Result<void> Host::note(const Entry* without) const {
+Result<void> Host::note(const Entry* without) {
   std::vector<fs::path> files(m_pending.begin(), m_pending.end());
   for (const auto& [label, entry] : m_jobs) {
     const bool isNoted = entry->noted == Noted::Yes && !entry->job.isUnloaded() && entry.get() != without;

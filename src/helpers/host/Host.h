@@ -127,7 +127,7 @@ class Host {
   void addToLog(const Entry& entry, std::vector<std::string> lines);
   void addToLog(const std::string& label, std::string text);
   /// Notes what is loaded, without that job.
-  Result<void> note(const Entry* without = nullptr) const;
+  Result<void> note(const Entry* without = nullptr);
 
   Settings m_settings;
   PollLoop& m_loop;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/support/Result.h"
+#include "core/support/Store.h"
 
 namespace mirvel::host {
 
@@ -15,19 +16,20 @@ class LoadedJobs {
   /// Where a host with that folder has it.
   static std::filesystem::path fileIn(const std::filesystem::path& folder) { return folder / "loaded.plist"; }
 
-  explicit LoadedJobs(std::filesystem::path file) : m_file(std::move(file)) {}
+  explicit LoadedJobs(std::filesystem::path file);
 
   /// None if there is no such file yet. A file that isn't one of these is moved aside under a name that was free, which
   /// the error tells. One that can't be read for another reason stays, is the error, and is never overwritten.
   Result<std::vector<std::filesystem::path>> read();
   /// The file holds all of the new list or all of the old one, whenever the power fails.
-  Result<void> write(const std::vector<std::filesystem::path>& files) const;
+  Result<void> write(const std::vector<std::filesystem::path>& files);
 
  private:
-  std::optional<std::filesystem::path> moveAside() const;
-
   std::filesystem::path m_file;
-  bool m_mayWrite = true;
+  StoreTroubles m_troubles;
+  Store m_store;
+  std::optional<Error> m_damage;  ///< for which the file was moved aside
+  bool m_mayWrite = true;         ///< what was loaded is known
 };
 
 }  // namespace mirvel::host

@@ -4,7 +4,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
+
+#include "core/support/PrivateFolder.h"
 
 namespace mirvel::host {
 
@@ -13,9 +14,7 @@ namespace fs = std::filesystem;
 namespace {
 
 Result<void> makePrivate(const fs::path& folder) {
-  std::error_code failure;
-  fs::create_directories(folder.parent_path(), failure);
-  if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return systemError(errno, "make the folder", folder);
+  if (auto made = makePrivateFolder(folder); !made) return made;
   struct stat status {};
   if (::lstat(folder.c_str(), &status) != 0) return systemError(errno, "look at the folder", folder);
   const bool isOurs = S_ISDIR(status.st_mode) && status.st_uid == ::geteuid();

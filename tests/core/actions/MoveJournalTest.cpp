@@ -108,7 +108,7 @@ TEST_F(MoveJournalTest, OfAMoveToRootThatIsHalfDoneTheUsersFileGoes) {
   moveAndEnd(Kind::userAgent, Kind::localAgent, 1, true);
   const auto file = writeJob(Kind::userAgent, "job", {{"ProgramArguments", plist::Array{"/bin/ls"}}});
   (void)fs::remove(journal);
-  MoveJournal moves(roots.applicationSupport);
+  MoveJournal moves(roots.applicationSupport, foundation.storeTroubles);
   const auto rootsFile = URL::file(path(Kind::localAgent, "job.plist"));
   const std::string checksum = JobFile::checksumOf(testdata::bytes(file));
   ASSERT_TRUE(moves.begin({URL::file(file), rootsFile, "job", checksum}));
@@ -132,11 +132,34 @@ TEST_F(MoveJournalTest, NoFileIsRemovedThatIsntTheOneThatMoved) {
   EXPECT_EQ(remedyFor(move), MoveRemedy::LoadRoots);
 }
 
-TEST_F(MoveJournalTest, ADamagedJournalAsksForNothing) {
+TEST_F(MoveJournalTest, ADamagedJournalIsKeptAndToldAndAsksForNothing) {
+  const MoveJournal::Move move{URL::file("/u/job.plist"), URL::file("/d/job.plist"), "job", "sum"};
   for (const std::string content : {"", "no list", "<plist><dict><key>/a</key><dict/></dict></plist>"}) {
     (void)folder.write(journal.lexically_relative(folder.path()), content);
-    EXPECT_THAT(MoveJournal(roots.applicationSupport).unfinished(), IsEmpty());
+    StoreTroubles troubles;
+    std::vector<fs::path> rescued;
+    troubles.setListener([&](const StoreTrouble& trouble) { rescued.push_back(trouble.rescue); });
+    MoveJournal moves(roots.applicationSupport, troubles);
+    EXPECT_THAT(moves.unfinished(), IsEmpty());
+    ASSERT_TRUE(moves.begin(move));
+    EXPECT_THAT(moves.unfinished(), SizeIs(1));
+    const bool isList = content.starts_with("<plist>");
+    ASSERT_THAT(rescued, SizeIs(isList ? 0 : 1)) << content;
+    const std::string kept = testdata::bytes(isList ? journal : rescued.front());
+    EXPECT_NE(kept.find(isList ? "<key>/a</key>" : content), std::string::npos) << "of another version, perhaps";
   }
+}
+
+TEST_F(MoveJournalTest, AMoveThatCantBeNotedIsToldOnceAndForgotten) {
+  fs::create_directories(journal);
+  int told = 0;
+  foundation.storeTroubles.setListener([&](const StoreTrouble&) { ++told; });
+  MoveJournal moves(roots.applicationSupport, foundation.storeTroubles);
+  EXPECT_THAT(moves.unfinished(), IsEmpty());
+  EXPECT_FALSE(moves.begin({URL::file("/u/job.plist"), URL::file("/d/job.plist"), "job", "sum"}));
+  EXPECT_EQ(told, 1);
+  fs::remove(journal);
+  EXPECT_THAT(moves.unfinished(), IsEmpty());
 }
 
 }  // namespace

@@ -43,7 +43,11 @@ TEST_F(CommentedFileTest, TheBytesAreKeptBeforeTheCommentsGo) {
   EXPECT_TRUE(letCommentsGo(program(), job));
   EXPECT_TRUE(letCommentsGo(program(), job)) << "a second time in the same second";
   EXPECT_THAT(keptFiles(), ElementsAre("a_b 2023-11-14T22.13.20Z 2.plist", "a_b 2023-11-14T22.13.20Z.plist"));
-  for (const std::string& name : keptFiles()) EXPECT_EQ(testdata::bytes(kept / name), commented);
+  for (const std::string& name : keptFiles()) {
+    EXPECT_EQ(testdata::bytes(kept / name), commented);
+    EXPECT_EQ(fs::status(kept / name).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  }
+  EXPECT_EQ(fs::status(kept).permissions(), fs::perms::owner_all);
   const Alert& question = interface.alerts.at(0);
   EXPECT_NE(question.informativeText.find(kept.string()), std::string::npos);
   EXPECT_EQ(question.alternateTitle, "Cancel");

@@ -3,6 +3,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
 #include <unistd.h>
 
 #include "core/support/FileDescriptor.h"
@@ -16,8 +19,9 @@ namespace fs = std::filesystem;
 constexpr uid_t stranger = 54321;
 
 /// The path at fault, relative to the folder; empty: the file is trusted.
-std::string faultOf(const fs::path& folder, const char* file) {
-  const auto trusted = checkTrust(folder / file, ::geteuid());
+std::string faultOf(const fs::path& folder, const char* file, uid_t user = ::geteuid(),
+                    const PrivateGroups& isPrivate = isPrivateGroup) {
+  const auto trusted = checkTrust(folder / file, user, isPrivate);
   if (trusted) return {};
   EXPECT_EQ(trusted.error().code, Error::Code::NotTrusted) << trusted.error().text();
   return fs::path(trusted.error().file).lexically_relative(folder);
@@ -50,6 +54,62 @@ TEST(FileTrustTest, NoGroupMayWriteToRootsFiles) {
   ASSERT_EQ(::chown(file.c_str(), 0, 0), 0);
   EXPECT_EQ(faultOf(folder.path(), "a"), "a") << "of root's files not even root's own";
 }
+
+TEST(FileTrustTest, OnlyAPrivateGroupMayWriteToAUsersOwn) {
+  const uid_t user = ::geteuid() == 0 ? stranger : ::geteuid();
+  const struct {
+    const char* opened;  ///< to the group
+    bool isPrivate;
+    const char* fault;
+  } rows[] = {{"jobs/a", true, ""}, {"jobs", true, ""}, {"jobs/a", false, "jobs/a"}, {"jobs", false, "jobs"}};
+  for (const auto& row : rows) {
+    const testdata::TemporaryFolder folder;
+    const gid_t group = ::geteuid() == 0 ? 4321 : ::getegid();
+    for (const fs::path& path : {folder.write("jobs/a", "content"), folder.path() / "jobs"}) {
+      ASSERT_EQ(::chown(path.c_str(), user, group), 0);
+      ASSERT_EQ(::chmod(path.c_str(), 0755), 0);
+    }
+    ASSERT_EQ(::chmod((folder.path() / row.opened).c_str(), 0775), 0);
+    const auto isPrivate = [&](gid_t itsGroup, uid_t owner) {
+      return row.isPrivate && itsGroup == group && owner == user;
+    };
+    EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, isPrivate), row.fault) << row.opened;
+  }
+}
+
+#ifdef __linux__
+/// As acl(5) has it on disk: a version, and for each entry a tag, the rights and a number.
+std::string accessList(std::uint16_t rightsOfStranger) {
+  const struct {
+    std::uint16_t tag, rights;
+    std::uint32_t number;
+  } entries[] = {{1, 6, ~0U}, {2, rightsOfStranger, stranger}, {4, 4, ~0U}, {16, 6, ~0U}, {32, 4, ~0U}};
+  std::string result{2, 0, 0, 0};
+  return result.append(reinterpret_cast<const char*>(entries), sizeof entries);
+}
+
+TEST(FileTrustTest, AnAccessListMakesAGroupNoLongerPrivate) {
+  const testdata::TemporaryFolder folder;
+  const auto file = folder.write("jobs/a", "content");
+  const uid_t user = ::geteuid() == 0 ? 4321 : ::geteuid();
+  for (const fs::path& path : {file, file.parent_path()}) {
+    ASSERT_EQ(::chown(path.c_str(), user, static_cast<gid_t>(-1)), 0);
+    ASSERT_EQ(::chmod(path.c_str(), 0775), 0);
+  }
+  const auto everyGroup = [](gid_t, uid_t) { return true; };
+  EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), "");
+  const std::string list = accessList(6);
+  for (const char* path : {"jobs/a", "jobs"}) {
+    const fs::path listed = folder.path() / path;
+    if (::setxattr(listed.c_str(), "system.posix_acl_access", list.data(), list.size(), 0) != 0) {
+      GTEST_SKIP() << "there are no access lists here";
+    }
+    EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), path);
+    ASSERT_EQ(::chmod(listed.c_str(), 0755), 0);
+    EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), "") << "nobody that it names may write any more";
+  }
+}
+#endif
 
 TEST(FileTrustTest, NothingOfAStrangerIsTrusted) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can give a file to another user";

@@ -54,6 +54,9 @@ TEST_F(StoreTest, AnAbsentFileIsEmptyAndMadeForItsUserAlone) {
   ASSERT_TRUE(store.set("key", "value"));
   EXPECT_EQ(fs::status(folder.path() / "a" / "b" / "List.plist").permissions(),
             fs::perms::owner_read | fs::perms::owner_write);
+  for (const char* made : {"a", "a/b"}) {
+    EXPECT_EQ(fs::status(folder.path() / made).permissions(), fs::perms::owner_all) << made;
+  }
   EXPECT_THAT(told, IsEmpty());
 }
 
