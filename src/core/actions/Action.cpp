@@ -80,6 +80,7 @@ plist::Dictionary Action::dictionary(const std::optional<std::string>& authData)
   setIfPresent(request, "string", string);
   if (authData) request.set("authData", plist::Data{*authData});
   if (label && !label->empty()) request.set("label", *label);  // an empty one could mean all jobs of a domain
+  if (mode) request.set("mode", *mode);
   if (logQuery) {
     plist::Dictionary query;
     for (const auto& [key, value] : *logQuery) query.set(key, value);

@@ -50,6 +50,7 @@ class Action {
   std::optional<std::string> label = {};                 ///< an empty one isn't sent
   std::optional<std::string> localAgentUnloadPath = {};  ///< unloaded in the user's session once root has removed it
   std::optional<std::string> string = {};                ///< mostly the whole file
+  std::optional<int> mode = {};                          ///< that a file which is new is to have at most
   std::optional<std::map<std::string, std::string>> logQuery = {};
   std::function<void(bool isDone)> ended = {};  ///< called once if the request went out, with what came of it
 

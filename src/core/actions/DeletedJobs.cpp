@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/actions/JobOnDisk.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/support/ReadFile.h"
 #include "core/support/Uuid.h"
@@ -15,6 +16,7 @@ constexpr const char* pathKey = "Path";
 constexpr const char* kindKey = "Kind";
 constexpr const char* dateKey = "Date";
 constexpr const char* contentsKey = "Contents";
+constexpr const char* modeKey = "Mode";
 
 template <typename T>
 const T* entry(const plist::Dictionary& dictionary, const char* key) {
@@ -31,18 +33,26 @@ std::optional<DeletedJob> decode(const std::string& id, const plist::Value& valu
   const auto* const date = entry<double>(*fields, dateKey);
   const auto* const contents = entry<plist::Data>(*fields, contentsKey);
   if (!name || !path || !number || !date || !contents) return std::nullopt;
+  const auto* const mode = entry<plist::Integer>(*fields, modeKey);
   const auto kind = Kind::fromRawValue(static_cast<int>(number->toInt64().value_or(-1)));
   if (!kind || !DeletedJobs::canKeep(*kind)) return std::nullopt;
-  return DeletedJob{
-      .id = id, .name = *name, .url = URL::file(*path), .kind = *kind, .deletedAt = *date, .bytes = contents->bytes};
+  return DeletedJob{.id = id,
+                    .name = *name,
+                    .url = URL::file(*path),
+                    .kind = *kind,
+                    .deletedAt = *date,
+                    .bytes = contents->bytes,
+                    .mode = mode ? std::optional(static_cast<int>(mode->toInt64().value_or(0) & 0777)) : std::nullopt};
 }
 
 plist::Value encode(const DeletedJob& job) {
-  return plist::Dictionary{{nameKey, job.name},
+  plist::Dictionary fields{{nameKey, job.name},
                            {pathKey, job.url.text()},
                            {kindKey, job.kind.rawValue()},
                            {dateKey, job.deletedAt},
                            {contentsKey, plist::Data{job.bytes}}};
+  if (job.mode) fields.set(modeKey, *job.mode);
+  return fields;
 }
 
 bool standsAsItWas(const DeletedJob& job) {
@@ -67,7 +77,8 @@ Result<std::string> DeletedJobs::keep(const Job& job) {
                      .url = job.url,
                      .kind = job.originalKind,
                      .deletedAt = m_clock.secondsSince1970(),
-                     .bytes = *std::move(bytes)};
+                     .bytes = *std::move(bytes),
+                     .mode = restrictedMode(job.url)};
   m_store.put(deleted.id, encode(deleted));
   prune(deleted.id);
   if (auto written = m_store.write(); !written) return written.error();

@@ -18,8 +18,9 @@ struct DeletedJob {
   std::string name;
   URL url;
   Kind kind;
-  double deletedAt;   ///< in seconds since 1970
-  std::string bytes;  ///< of the file
+  double deletedAt;              ///< in seconds since 1970
+  std::string bytes;             ///< of the file
+  std::optional<int> mode = {};  ///< of a file that not everybody could read
 };
 
 /// Keeps deleted job files for 30 days, so that they can be brought back. Beyond its limits the oldest go. For the main

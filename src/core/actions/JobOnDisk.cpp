@@ -1,5 +1,7 @@
 #include "core/actions/JobOnDisk.h"
 
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <system_error>
 
@@ -43,6 +45,14 @@ bool isEnabledOnDisk(const URL& url) {
   const plist::Value* const disabled = job ? job->find("Disabled") : nullptr;
   const bool* const isDisabled = disabled ? disabled->as<bool>() : nullptr;
   return job && !(isDisabled && *isDisabled);
+}
+
+std::optional<int> restrictedMode(const URL& url) {
+  constexpr mode_t readByAll = 0444;
+  struct stat status {};
+  if (::stat(url.path().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  if ((status.st_mode & readByAll) == readByAll) return std::nullopt;
+  return static_cast<int>(status.st_mode & 0777U);
 }
 
 bool isGone(const URL& url) {

@@ -13,6 +13,8 @@ std::optional<std::string> jobBytes(const URL& url);
 std::optional<std::string> jobLabel(const URL& url);
 /// Whether the file is a job's that is to be loaded: it isn't disabled.
 bool isEnabledOnDisk(const URL& url);
+/// The mode of a file that not everybody may read, so that copies can be made no more open; none of any other.
+std::optional<int> restrictedMode(const URL& url);
 /// Whether there is nothing, not even a link that leads nowhere; whether there is something. Both are false if that
 /// can't be told.
 bool isGone(const URL& url);

@@ -17,15 +17,6 @@ bool isThere(const URL& url) {
   return fs::exists(url.path(), failure);
 }
 
-/// Loaded in the session of each user, though its file is root's.
-bool isAgentOfEveryone(Kind kind) {
-  return kind == Kind::localAgent || kind == Kind::systemAgent;
-}
-
-bool isAgent(Kind kind) {
-  return kind == Kind::userAgent || isAgentOfEveryone(kind);
-}
-
 /// What the helpers are asked for never ends an edit by itself: the save does, when all has been answered.
 SaveStep step(Role role, Action::Shared action, bool isRoots = false) {
   action->cleanUp = false;
@@ -34,6 +25,7 @@ SaveStep step(Role role, Action::Shared action, bool isRoots = false) {
 
 Action::Shared write(const SavePlan& plan, bool isLoaded, std::string label) {
   auto action = Action::write(plan.to, plan.text, std::move(label));
+  action->mode = plan.mode;
   if (isLoaded) action->kind = Action::Kind::writeAndLoad;
   return action;
 }
@@ -54,7 +46,7 @@ void addStepsAsUser(SavePlan& plan, const Launchd& job, const Roots& roots) {
       step(Role::Write, write(plan, isLoaded && !plan.isMove, job.name.empty() ? plan.label : job.name)));
   if (!plan.isMove) return;
   plan.steps.push_back(step(Role::RemoveOld, Action::delete_(oldFile(job, roots), job.name), true));
-  if (isAgentOfEveryone(job.originalKind)) {
+  if (job.originalKind.isAgentOfEveryone()) {
     plan.steps.push_back(step(Role::UnloadForGood, Action::unload(job.name, plan.from)));
   }
   if (isLoaded) plan.steps.push_back(step(Role::Load, Action::load(plan.to)));
@@ -62,8 +54,8 @@ void addStepsAsUser(SavePlan& plan, const Launchd& job, const Roots& roots) {
 
 void addStepsAsRoot(SavePlan& plan, const Launchd& job) {
   const bool isOldThere = !job.isNewFile && isThere(plan.from);
-  const bool isAgentNow = isAgentOfEveryone(job.kind);
-  if (isOldThere && isAgent(job.originalKind)) {
+  const bool isAgentNow = job.kind.isAgentOfEveryone();
+  if (isOldThere && job.originalKind.isAgent()) {
     plan.steps.push_back(step(Role::UnloadOld, Action::unload(std::nullopt, plan.from)));
   }
   // Root's helper trusts no label but that of the content and those in the files that it touches.
@@ -90,7 +82,8 @@ std::optional<SavePlan> SavePlan::of(const Launchd& job, const Roots& roots, con
                 .isFresh = isMove || job.isNewFile,
                 .needsRoot = job.kind != Kind::userAgent || (isMove && job.originalKind != Kind::userAgent),
                 .label = label,
-                .text = *std::move(text)};
+                .text = *std::move(text),
+                .mode = isMove || job.isNewFile ? restrictedMode(job.url) : std::nullopt};
   if (job.kind == Kind::userAgent) {
     addStepsAsUser(plan, job, roots);
   } else {

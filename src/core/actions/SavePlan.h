@@ -44,6 +44,8 @@ struct SavePlan {
   bool needsRoot = false;
   std::string label;  ///< that the new file has
   std::string text;   ///< that is written
+  std::optional<int> mode =
+      {};  ///< that a fresh file is to have at most: it is no more open than the one it comes from
   std::deque<SaveStep> steps = {};
 
   /// The job's record is ready to be written. No plan: the kind has no folder, or the record has no form as a file.

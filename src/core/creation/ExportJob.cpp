@@ -1,5 +1,6 @@
 #include "core/creation/ExportJob.h"
 
+#include "core/actions/JobOnDisk.h"
 #include "core/actions/MoveTarget.h"
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
@@ -15,7 +16,8 @@ void exportJob(Program& program) {
   const auto file = interface.savePanel(
       {.folder = program.foundation.roots.home, .name = jobFileName(job->name), .allowedType = "plist"});
   if (!file) return;
-  if (const auto written = replaceFile(*file, text); !written) interface.present(written.error());
+  const auto mode = static_cast<mode_t>(restrictedMode(job->url).value_or(0777));
+  if (const auto written = replaceFile(*file, text, mode); !written) interface.present(written.error());
 }
 
 }  // namespace mirvel

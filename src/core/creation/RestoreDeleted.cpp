@@ -85,10 +85,11 @@ std::shared_ptr<Launchd> read(Program& program, const DeletedJob& deleted, const
 void write(Program& program, const DeletedJob& deleted, const URL& url, const std::string& text) {
   const auto job = read(program, deleted, url, text);
   const auto action = Action::write(url, text, deleted.name);
+  action->mode = deleted.mode;
   action->cleanUp = false;  // whatever is being edited when the answer comes is another job
   // Root only writes an agent's file: it is loaded in the user's session.
   const bool isUsers = deleted.kind == Kind::userAgent;
-  const bool isLoaded = job && !job->isDisabled(), loadsApart = isLoaded && !isUsers && !deleted.kind.isDaemon();
+  const bool isLoaded = job && !job->isDisabled(), loadsApart = isLoaded && deleted.kind.isAgentOfEveryone();
   if (isLoaded && !loadsApart) action->kind = Action::Kind::writeAndLoad;
   const bool isAsItWas = text == deleted.bytes;
   const auto saving = std::make_shared<Busy::Token>(program.state.saving.begin());

@@ -9,18 +9,23 @@
 
 namespace mirvel {
 
+bool JobFiles::isForJobs(const std::filesystem::path& file) const {
+  std::error_code failure;
+  return !std::filesystem::is_directory(file, failure);
+}
+
 Result<void> JobFiles::writeThenRemove(const std::filesystem::path& from, const std::filesystem::path& to,
-                                       std::string_view content) {
+                                       std::string_view content, mode_t mostOpen) {
   namespace fs = std::filesystem;
   const auto before = read(to);
   std::error_code failure;
   const bool isThere = fs::exists(fs::symlink_status(to, failure));
   const bool isTarget = fs::is_symlink(from, failure) && fs::equivalent(from, to, failure);
   if (isThere && !isTarget) return systemError(EEXIST, "write", to.string());
-  if (auto written = write(to, content); !written) return written;
+  if (auto written = write(to, content, mostOpen); !written) return written;
   auto removed = remove(from);
   if (removed) return {};
-  const auto takenBack = before ? write(to, *before) : remove(to);
+  const auto takenBack = before ? write(to, *before, mostOpen) : remove(to);
   if (takenBack) return removed;
   Error error = removed.error();
   error.message += "; the new file " + to.string() + " stays";

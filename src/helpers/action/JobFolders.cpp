@@ -1,6 +1,7 @@
 #include "helpers/action/JobFolders.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace mirvel {
 
@@ -15,16 +16,22 @@ bool isUuid(std::string_view text) {
   return text.size() == form.size() && std::equal(text.begin(), text.end(), form.begin(), fits);
 }
 
+JobFolders::JobFolders(std::vector<fs::path> folders, std::vector<fs::path> agents)
+    : m_ownJobs(std::move(folders)), m_folders(m_ownJobs) {
+  m_folders.insert(m_folders.end(), std::make_move_iterator(agents.begin()), std::make_move_iterator(agents.end()));
+}
+
 JobFolders JobFolders::ofUser(const Roots& roots) {
   return JobFolders({*Kind(Kind::userAgent).folderURL(roots)});
 }
 
 JobFolders JobFolders::ofMachine(const Roots& roots) {
-  std::vector<fs::path> folders;
+  std::vector<fs::path> daemons, agents;
   for (const Kind kind : Kind::allCases) {
-    if (kind.isLaunchd() && kind != Kind::userAgent) folders.push_back(*kind.folderURL(roots));
+    if (kind.isDaemon()) daemons.push_back(*kind.folderURL(roots));
+    if (kind.isAgentOfEveryone()) agents.push_back(*kind.folderURL(roots));
   }
-  return JobFolders(std::move(folders));
+  return JobFolders(std::move(daemons), std::move(agents));
 }
 
 bool JobFolders::holds(const fs::path& file) const {

@@ -27,6 +27,16 @@ Result<void> readText(const plist::Dictionary& from, const char* key, std::optio
   return {};
 }
 
+Result<void> readMode(const plist::Dictionary& from, std::optional<mode_t>& to) {
+  const auto* value = from.find("mode");
+  if (!value) return {};
+  const auto* integer = value->as<plist::Integer>();
+  const auto number = integer ? integer->toInt64() : std::nullopt;
+  if (!number || *number < 0 || *number > 0777) return bad(Error::Code::BadArgument, "mode", "is no mode of a file");
+  to = static_cast<mode_t>(*number);
+  return {};
+}
+
 Result<void> readPath(const plist::Dictionary& from, const char* key, std::optional<fs::path>& to) {
   std::optional<std::string> text;
   auto result = readText(from, key, text);
@@ -84,6 +94,7 @@ Result<void> readFields(const plist::Dictionary& from, Request& request) {
   if (auto result = readPath(from, "testPath", request.testPath); !result) return result;
   if (auto result = readPath(from, "testOutputPath", request.testOutputPath); !result) return result;
   if (auto result = readText(from, "string", request.string); !result) return result;
+  if (auto result = readMode(from, request.mode); !result) return result;
   if (auto result = readText(from, "label", request.label); !result || !request.label) return result;
   return checkLabel(*request.label);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <chrono>
 #include <filesystem>
 #include <optional>
@@ -26,6 +28,7 @@ struct Request {
   std::optional<std::filesystem::path> testOutputPath = {};
   std::optional<std::string> string = {};
   std::optional<std::string> label = {};
+  std::optional<mode_t> mode = {};  ///< that a new file is to have at most
   std::optional<LogQuery> logQuery = {};
 
   /// Refuses an unknown kind, a key that the kind needs and that is missing, values of other types, paths that

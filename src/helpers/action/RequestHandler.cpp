@@ -89,30 +89,30 @@ RequestHandler::Outcome RequestHandler::write(const Request& request) {
   const auto label = labelOf(*request.string);
   if (!label) return failureOf(Deed::Write, label.error(), file);
   if (auto refused = failureOf(Deed::Write, m_setup.files.admit(file), file)) return refused;
+  const bool loads = request.kind == Request::Kind::writeAndLoad;
+  if (loads) {
+    if (auto refused = failureOf(Deed::Load, m_setup.files.admitLoad(file), file)) return refused;
+  }
   if (request.deletePath) {
     const fs::path& old = *request.deletePath;
     if (auto refused = failureOf(Deed::Delete, m_setup.files.admit(old), old)) return refused;
   }
-  Jobs jobs;
-  if (m_setup.trustsLabels) add({*label, file}, jobs);
-  addJobIn(request.path, jobs);
-  addJobIn(request.deletePath, jobs);
-  // A job that gets another label is still asked for by its old one.
-  if (m_setup.trustsLabels && request.label) add({*request.label, file}, jobs);
+  Jobs jobs = jobsToUnload(file, request, *label);
+  if (request.deletePath) addJobIn(*request.deletePath, jobs);
 
   const bool moves = request.deletePath && !isSameEntry(file, *request.deletePath);
-  const auto written = moves ? m_setup.files.move(*request.deletePath, file, *request.string)
-                             : m_setup.files.write(file, *request.string);
+  const mode_t mostOpen = request.mode.value_or(0777);
+  const auto written = moves ? m_setup.files.move(*request.deletePath, file, *request.string, mostOpen)
+                             : m_setup.files.write(file, *request.string, mostOpen);
   if (auto failure = failureOf(Deed::Write, written, file)) return failure;
   if (auto failure = unloadAll(jobs)) {
     failure->isWritten = true;
     // The host then loads it as soon as the last run has ended.
     const bool isStillRunning = failure->cause.code == Error::Code::StillRunning;
-    if (isStillRunning && request.kind == Request::Kind::writeAndLoad) (void)m_setup.host.load(file);
+    if (isStillRunning && loads) (void)m_setup.host.load(file);
     return failure;
   }
-  if (request.kind == Request::Kind::write) return {};
-  return failureOf(Deed::Load, m_setup.host.load(file), file, true);
+  return loads ? failureOf(Deed::Load, m_setup.host.load(file), file, true) : std::nullopt;
 }
 
 RequestHandler::Outcome RequestHandler::delete_(const Request& request) {
@@ -126,14 +126,11 @@ RequestHandler::Outcome RequestHandler::unload(const Request& request) {
   const fs::path& file = *request.path;
   if (m_tests.isTest(request)) return failureOf(Deed::Unload, m_tests.remove(request), file);
   if (auto refused = failureOf(Deed::Unload, m_setup.files.admit(file), file)) return refused;
-  const Jobs jobs = jobsToUnload(file, request);
-  if (jobs.empty() && m_setup.trustsLabels) {
-    return failureOf(Deed::Unload, m_setup.host.unload(file, std::nullopt), file);
-  }
-  return unloadAll(jobs);
+  return unloadAll(jobsToUnload(file, request));
 }
 
 RequestHandler::Outcome RequestHandler::load(const fs::path& file) {
+  if (auto refused = failureOf(Deed::Load, m_setup.files.admitLoad(file), file)) return refused;
   const auto content = m_setup.files.read(file);
   if (!content) return failureOf(Deed::Read, content.error(), file);
   const auto label = labelOf(*content);
@@ -152,28 +149,38 @@ plist::Dictionary RequestHandler::log(const Request& request) {
                : errorReply({.deed = Deed::Log, .cause = lines.error()});
 }
 
-void RequestHandler::add(Job job, Jobs& jobs) {
-  const auto isSame = [&job](const Job& other) { return other.label == job.label; };
-  if (std::none_of(jobs.begin(), jobs.end(), isSame)) jobs.push_back(std::move(job));
-}
-
-void RequestHandler::addJobIn(const std::optional<fs::path>& file, Jobs& jobs) {
-  if (!file) return;
-  const auto content = m_setup.files.read(*file);
-  const auto label = content ? labelOf(*content) : Result<std::string>(content.error());
-  if (label) add({*label, *file}, jobs);
-}
-
-RequestHandler::Jobs RequestHandler::jobsToUnload(const fs::path& file, const Request& request) {
-  Jobs jobs;
-  if (request.label && m_setup.trustsLabels) add({*request.label, file}, jobs);
+/// The jobs of the file, as it is before the request is done; `newLabel` is that of new content.
+RequestHandler::Jobs RequestHandler::jobsToUnload(const fs::path& file, const Request& request,
+                                                  const std::optional<std::string>& newLabel) {
+  Jobs jobs{.labelled = {}, .files = {}, .label = request.label ? request.label : newLabel};
+  // A job that gets another label is still asked for by its old one.
+  for (const auto& label : {newLabel, request.label}) {
+    if (label && m_setup.trustsLabels) add({*label, file}, jobs);
+  }
   addJobIn(file, jobs);
   return jobs;
 }
 
+void RequestHandler::add(Job job, Jobs& jobs) {
+  const auto isSame = [&job](const Job& other) { return other.label == job.label; };
+  if (std::none_of(jobs.labelled.begin(), jobs.labelled.end(), isSame)) jobs.labelled.push_back(std::move(job));
+}
+
+/// What was loaded from a file that has gone, or that holds no job any more, runs on.
+void RequestHandler::addJobIn(const fs::path& file, Jobs& jobs) {
+  const auto content = m_setup.files.read(file);
+  const auto label = content ? labelOf(*content) : Result<std::string>(content.error());
+  if (label) return add({*label, file}, jobs);
+  const bool isNamed = m_setup.trustsLabels && jobs.label;
+  if (!isNamed && m_setup.files.isForJobs(file)) jobs.files.push_back(file);
+}
+
 RequestHandler::Outcome RequestHandler::unloadAll(const Jobs& jobs) {
-  for (const Job& job : jobs) {
+  for (const Job& job : jobs.labelled) {
     if (auto failure = failureOf(Deed::Unload, m_setup.host.unload(job.file, job.label), job.file)) return failure;
+  }
+  for (const fs::path& file : jobs.files) {
+    if (auto failure = failureOf(Deed::Unload, m_setup.host.unloadFrom(file, jobs.label), file)) return failure;
   }
   return {};
 }

@@ -38,7 +38,11 @@ class RequestHandler {
     std::string label;
     std::filesystem::path file;
   };
-  using Jobs = std::vector<Job>;
+  struct Jobs {
+    std::vector<Job> labelled;
+    std::vector<std::filesystem::path> files;  ///< that say no label: whatever was loaded from them
+    std::optional<std::string> label;          ///< that those may have
+  };
 
   plist::Dictionary answer(const Request& request);
   Outcome act(const Request& request);
@@ -49,9 +53,10 @@ class RequestHandler {
   plist::Dictionary test(const Request& request);
   plist::Dictionary log(const Request& request);
 
+  Jobs jobsToUnload(const std::filesystem::path& file, const Request& request,
+                    const std::optional<std::string>& newLabel = {});
   static void add(Job job, Jobs& jobs);
-  void addJobIn(const std::optional<std::filesystem::path>& file, Jobs& jobs);
-  Jobs jobsToUnload(const std::filesystem::path& file, const Request& request);
+  void addJobIn(const std::filesystem::path& file, Jobs& jobs);
   Outcome unloadAll(const Jobs& jobs);
 
   Setup m_setup;

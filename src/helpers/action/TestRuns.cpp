@@ -7,6 +7,7 @@
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
+#include "core/support/PrivateFolder.h"
 #include "core/support/ReadFile.h"
 #include "core/support/ReplaceFile.h"
 #include "core/support/Uuid.h"
@@ -69,7 +70,7 @@ Result<std::string> TestRuns::run(const Request& request) {
   const auto placed = place(request, *label, content);
   if (!placed) return placed.error();
   const Run run = *placed;
-  if (const auto written = replaceFile(run.job, content); !written) return written.error();
+  if (const auto written = replaceFile(run.job, content, privateFile); !written) return written.error();
   m_runs.push_back(run);
   if (const auto loaded = m_host.loadTemporarily(run.job); !loaded) return loaded.error();
   const auto ended = m_host.waitForEnd(run.label, longestWait);

@@ -37,18 +37,18 @@ void syncFolder(const fs::path& folder) {
 
 }  // namespace
 
-Result<void> UserJobFiles::write(const fs::path& file, std::string_view content) {
+Result<void> UserJobFiles::write(const fs::path& file, std::string_view content, mode_t mostOpen) {
   if (auto made = makeOwnFolder(file); !made) return made;
-  return replaceFile(file, content);
+  return replaceFile(file, content, mostOpen);
 }
 
-Result<void> UserJobFiles::move(const fs::path& from, const fs::path& to, std::string_view content) {
-  if (!isRegularFile(from)) return writeThenRemove(from, to, content);
+Result<void> UserJobFiles::move(const fs::path& from, const fs::path& to, std::string_view content, mode_t mostOpen) {
+  if (!isRegularFile(from)) return writeThenRemove(from, to, content, mostOpen);
   if (auto made = makeOwnFolder(to); !made) return made;
   const FileDescriptor fromFolder = openFolder(from.parent_path()), toFolder = openFolder(to.parent_path());
   if (!fromFolder || !toFolder) return systemError(errno, "write", to.string());
   const auto moved = moveFile({fromFolder.number(), from}, {toFolder.number(), to}, content, std::nullopt);
-  if (!moved) return writeThenRemove(from, to, content);
+  if (!moved) return writeThenRemove(from, to, content, mostOpen);
   if (*moved && m_folders.isInOwnFolder(from)) (void)::rmdir(from.parent_path().c_str());  // others may lie in it
   return *moved;
 }

@@ -11,9 +11,9 @@ class UserJobFiles final : public JobFiles {
   explicit UserJobFiles(JobFolders folders) : m_folders(std::move(folders)) {}
 
   Result<void> admit(const std::filesystem::path&) override { return {}; }
-  Result<void> write(const std::filesystem::path& file, std::string_view content) override;
-  Result<void> move(const std::filesystem::path& from, const std::filesystem::path& to,
-                    std::string_view content) override;
+  Result<void> write(const std::filesystem::path& file, std::string_view content, mode_t mostOpen) override;
+  Result<void> move(const std::filesystem::path& from, const std::filesystem::path& to, std::string_view content,
+                    mode_t mostOpen) override;
   Result<void> remove(const std::filesystem::path& file) override;
   Result<std::string> read(const std::filesystem::path& file) override;
 

@@ -81,6 +81,17 @@ Result<void> LaunchctlHost::unload(const fs::path& file, const std::optional<std
   return {};
 }
 
+Result<void> LaunchctlHost::unloadFrom(const fs::path& file, const std::optional<std::string>& label) {
+  if (!label) return unload(file, std::nullopt);
+  if (auto checked = checkLabel(*label); !checked) return checked;
+  const auto printed = print(*label);
+  if (!printed) return printed.error();
+  std::error_code failure;
+  const auto resolved = [&](const fs::path& path) { return fs::weakly_canonical(path, failure); };
+  const auto loaded = *printed ? fileIn(**printed) : std::nullopt;
+  return loaded && resolved(*loaded) == resolved(file) ? unload(file, label) : Result<void>();
+}
+
 Result<bool> LaunchctlHost::waitForEnd(const std::string& label, std::chrono::seconds limit) {
   if (const auto checked = checkLabel(label); !checked) return checked.error();
   return waitUntil(

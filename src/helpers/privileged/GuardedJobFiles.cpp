@@ -8,7 +8,6 @@
 
 #include "core/catalogue/JobFolder.h"
 #include "core/support/ReadFile.h"
-#include "core/support/ReplaceFile.h"
 #include "helpers/action/MoveFile.h"
 #include "helpers/action/UserJobFiles.h"
 #include "helpers/privileged/ActingAs.h"
@@ -21,11 +20,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr mode_t folderMode = 0755;
-
-/// Root's, or whose rights this process has.
-OwnerAndMode ownFile() {
-  return {.user = ::geteuid(), .group = ::getegid(), .mode = 0644};
-}
 
 Error refusal(const fs::path& file, const char* why) {
   return {.code = Error::Code::NotPermitted, .message = why, .file = file.string()};
@@ -73,8 +67,8 @@ Result<void> GuardedJobFiles::removeAsUser(const fs::path& file) const {
 }
 
 /// The links are read where they lie: in folders that only root changes.
-bool GuardedJobFiles::isTargetOfLink(const fs::path& file) const {
-  for (const fs::path& folder : m_folders.all()) {
+bool GuardedJobFiles::isTargetOfLink(const fs::path& file, const JobFolders& folders) {
+  for (const fs::path& folder : folders.all()) {
     if (!openTrustedFolder(folder)) continue;
     std::error_code failure;
     for (const auto& entry : fs::directory_iterator(folder, failure)) {
@@ -87,7 +81,8 @@ bool GuardedJobFiles::isTargetOfLink(const fs::path& file) const {
 
 Result<void> GuardedJobFiles::checkPlace(const fs::path& file) const {
   if (!isPlain(file)) return refusal(file, "the path isn't written plainly");
-  if (!m_folders.holds(file) && !isTargetOfLink(file)) return refusal(file, "it lies outside of the folders for jobs");
+  if (!m_folders.holds(file) && !isTargetOfLink(file, m_folders))
+    return refusal(file, "it lies outside of the folders for jobs");
   return {};
 }
 
@@ -129,30 +124,52 @@ Result<void> GuardedJobFiles::admitRemoval(const fs::path& file) {
   return isItem ? Result<void>() : admitIn(*folder, file);
 }
 
-Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view content) {
+Result<void> GuardedJobFiles::admitLoad(const fs::path& file) {
+  const JobFolders daemons = m_folders.ofOwnJobs();
+  if (isPlain(file) && (daemons.holds(file) || isTargetOfLink(file, daemons))) return {};
+  return logged(Result<void>(refusal(file, "only daemons are loaded as root, and it lies outside of their folders")));
+}
+
+bool GuardedJobFiles::isForJobs(const fs::path& file) const {
+  return JobFiles::isForJobs(file) && !m_removable.isItem(file) && !m_removable.isTool(file);
+}
+
+/// Root's, or theirs whose rights this process has. One that others may not read is left to the user for whom it is
+/// written, who otherwise would no longer see the job.
+OwnerAndMode GuardedJobFiles::newFile(mode_t mostOpen) const {
+  const auto mode = static_cast<mode_t>(0600U | (0644U & mostOpen));
+  OwnerAndMode result{.user = ::geteuid(), .group = ::getegid(), .mode = mode};
+  if ((mostOpen & S_IROTH) != 0 || !m_user || !m_user->group) return result;
+  result.group = *m_user->group;
+  result.mode |= S_IRGRP;
+  return result;
+}
+
+Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view content, mode_t mostOpen) {
   const auto folder = folderOf(file, Missing::Make);
   if (!folder) return logged(Result<void>(folder.error()));
   const auto entry = entryIn(folder->number(), file);
   if (!entry) return logged(Result<void>(entry.error()));
   if (entry->isLink) return logged(Result<void>(refusal(file, "it is a link")));
   FileCalls calls;
-  return logged(replaceFileIn(folder->number(), file, content, ownFile(), calls));
+  return logged(replaceFileIn(folder->number(), file, content, newFile(mostOpen), calls));
 }
 
 /// From one of root's folders to another. What the user has is never renamed into them: it isn't root's.
-Result<void> GuardedJobFiles::move(const fs::path& from, const fs::path& to, std::string_view content) {
-  if (isUsers(from)) return writeThenRemove(from, to, content);
+Result<void> GuardedJobFiles::move(const fs::path& from, const fs::path& to, std::string_view content,
+                                   mode_t mostOpen) {
+  if (isUsers(from)) return writeThenRemove(from, to, content, mostOpen);
   const auto fromFolder = folderOf(from, Missing::Refuse), toFolder = folderOf(to, Missing::Make);
   const bool isGone = !fromFolder && fromFolder.error().code == Error::Code::NotFound;
-  if (isGone) return writeThenRemove(from, to, content);
+  if (isGone) return writeThenRemove(from, to, content, mostOpen);
   for (const auto* folder : {&fromFolder, &toFolder}) {
     if (!*folder) return logged(Result<void>(folder->error()));
   }
   const auto old = entryIn(fromFolder->number(), from);
   if (!old) return logged(Result<void>(old.error()));
-  if (!old->exists || old->isLink) return writeThenRemove(from, to, content);
-  const auto moved = moveFile({fromFolder->number(), from}, {toFolder->number(), to}, content, ownFile());
-  if (!moved) return writeThenRemove(from, to, content);
+  if (!old->exists || old->isLink) return writeThenRemove(from, to, content, mostOpen);
+  const auto moved = moveFile({fromFolder->number(), from}, {toFolder->number(), to}, content, newFile(mostOpen));
+  if (!moved) return writeThenRemove(from, to, content, mostOpen);
   if (*moved && m_folders.isInOwnFolder(from)) (void)::rmdir(from.parent_path().c_str());  // others may lie in it
   return logged(*moved);
 }

@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "core/support/Digest.h"
+#include "core/support/PrivateGroup.h"
 #include "core/support/SystemProcessRunner.h"
 #include "helpers/action/Service.h"
 #include "helpers/jobhost/EmbeddedHost.h"
@@ -119,7 +120,7 @@ Result<void> work(int socket, const Authorisation& authorisation, const Privileg
   const Roots roots = options.root ? Roots::below(*options.root) : Roots::forThisMachine({});
   makeJobFolders(roots);
   std::optional<GuardedJobFiles::User> user;
-  if (options.agents) user = {options.user, JobFolders({*options.agents})};
+  if (options.agents) user = {options.user, JobFolders({*options.agents}), privateGroupOf(options.user)};
   GuardedJobFiles files(JobFolders::ofMachine(roots), console, std::move(user), RemovableItems::ofMachine(roots));
   RequestHandler handler({.files = files,
                           .host = *host,

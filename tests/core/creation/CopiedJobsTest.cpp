@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <regex>
 
 #include "core/creation/CreationFixture.h"
@@ -179,6 +181,41 @@ TEST_F(CopiedJobsTest, ADuplicateDiffersInItsLabelOnly) {
   EXPECT_EQ(writtenPath(), "local/LaunchAgents/job copy.plist");
   EXPECT_THAT(shell.events, testing::IsSupersetOf({"deselect", "updateDetail", "select job job copy"}));
   EXPECT_EQ(selectedName(), "job copy");
+}
+
+/// A job file may hold a password.
+TEST_F(CopiedJobsTest, ACopyIsNoMoreOpenThanWhatItIsMadeFrom) {
+  const struct {
+    mode_t mode;
+    std::string asked;  ///< of the helper
+    mode_t exported;
+  } rows[] = {{0644, "none", 0644}, {0600, "384", 0600}, {0640, "416", 0640}, {0400, "256", 0600}};
+  const mode_t before = ::umask(022);
+  for (const auto& row : rows) {
+    const auto asked = [&] {
+      const auto* const mode = helpers.requests.back().body.find("mode");
+      return mode ? std::to_string(*mode->as<plist::Integer>()->toInt64()) : "none";
+    };
+    const auto job = writeJob(Kind::userAgent, "job", {{"Program", "/bin/ls"}});
+    const auto other = source("x.plist", testdata::jobText("imported"));
+    for (const fs::path& file : {job, other}) ASSERT_EQ(::chmod(file.c_str(), row.mode), 0);
+    select("job");
+    EXPECT_TRUE(DuplicateController(program()).save("other"));
+    EXPECT_EQ(asked(), row.asked);
+    helpers.requests.clear();
+    auto import = importOf({other});
+    import.kindChanged(0);
+    EXPECT_TRUE(import.importFile());
+    ASSERT_THAT(helpers.requests, SizeIs(1));
+    EXPECT_EQ(asked(), row.asked);
+    select("job");
+    interface.savePath = folder.path() / "out.plist";
+    exportJob(program());
+    EXPECT_EQ(static_cast<mode_t>(fs::status(*interface.savePath).permissions()), row.exported);
+    fs::remove(*interface.savePath);
+    fs::remove(job), fs::remove(other);
+  }
+  ::umask(before);
 }
 
 TEST_F(CopiedJobsTest, ADuplicateIsRefusedWhereItMakesNoSense) {

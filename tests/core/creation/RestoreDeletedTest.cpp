@@ -82,6 +82,15 @@ TEST_F(RestoreDeletedTest, ADeletedJobComesBackAsItWas) {
   }
 }
 
+TEST_F(RestoreDeletedTest, WhatOthersCouldntReadTheyStillCant) {
+  const auto file = writeJob(Kind::userAgent, "a");
+  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+  deleteJob("a");
+  restoreFirst();
+  ASSERT_TRUE(request().body.find("mode"));
+  EXPECT_EQ(request().at("mode"), plist::Value(0600));
+}
+
 TEST_F(RestoreDeletedTest, AJobStaysAmongTheDeletedUntilItIsWritten) {
   const auto file = writeJob(Kind::userAgent, "a");
   deleteJob("a");

@@ -112,18 +112,32 @@ TEST_F(RequestHandlerTest, FoldersOfTheirOwnAreMadeForUuidNamesAndGoWithThem) {
   EXPECT_TRUE(fs::is_empty(folder));
 }
 
-TEST_F(RequestHandlerTest, NewFilesFollowTheUmaskAndOldOnesKeepTheirMode) {
-  const mode_t before = ::umask(0077);
-  write(0, "new.plist", "a");
-  ::umask(before);
-  const fs::path old = put("old.plist", "a");
-  ASSERT_EQ(::chmod(old.c_str(), 0640), 0);
-  write(0, "old.plist", "a");
-  struct stat status {};
-  ASSERT_EQ(::stat(path("new.plist").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777U, 0600U);
-  ASSERT_EQ(::stat(old.c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777U, 0640U);
+TEST_F(RequestHandlerTest, NewFilesFollowUmaskAndRequestAndOldOnesKeepTheirMode) {
+  const struct {
+    mode_t before, umask;
+    std::optional<int> asked;
+    mode_t after;
+  } rows[] = {{0, 077, {}, 0600},   {0, 022, {}, 0644},    {0, 022, 0600, 0600},  {0, 022, 0000, 0600},
+              {0, 002, 0777, 0644}, {0640, 022, {}, 0640}, {0600, 022, {}, 0600}, {0644, 077, 0600, 0644}};
+  for (const auto& row : rows) {
+    const auto modeOf = [this](const char* name) {
+      struct stat status {};
+      EXPECT_EQ(::stat(path(name).c_str(), &status), 0);
+      return status.st_mode & 07777U;
+    };
+    fs::remove(path("moved.plist"));
+    if (row.before != 0) ASSERT_EQ(::chmod(put("mode.plist", "a").c_str(), row.before), 0);
+    const mode_t before = ::umask(row.umask);
+    Dictionary request{{"kind", 0}, {"path", path("mode.plist")}, {"string", jobText("a")}, {"label", "a"}};
+    if (row.asked) request.set("mode", *row.asked);
+    EXPECT_EQ(handler.handle(request), Dictionary());
+    EXPECT_EQ(modeOf("mode.plist"), row.after) << &row - rows;
+    request.set("deletePath", path("mode.plist"));
+    request.set("path", path("moved.plist"));
+    EXPECT_EQ(handler.handle(request), Dictionary());
+    EXPECT_EQ(modeOf("moved.plist"), row.after) << &row - rows;
+    ::umask(before);
+  }
 }
 
 TEST_F(RequestHandlerTest, TheHostIsStartedByTheHelperOfTheUserAlone) {
@@ -183,6 +197,8 @@ TEST_F(RequestHandlerTest, WhatIsNoGoodRequestDoesNothingAndSaysWhy) {
       {{{"kind", 1}, {"path", a}, {"string", "<plist version=\"1.0\"><dict/></plist>"}}, "Label"},
       {{{"kind", 1}, {"path", a}, {"string", "<plist version=\"1.0\"><array/></plist>"}}, "dictionary"},
       {{{"kind", 1}, {"path", a}, {"string", huge}}, "too large"},
+      {{{"kind", 1}, {"path", a}, {"string", jobText("a")}, {"mode", 01000}}, "mode"},
+      {{{"kind", 1}, {"path", a}, {"string", jobText("a")}, {"mode", "0600"}}, "mode"},
       {{{"kind", 2}, {"label", "a"}}, "deletePath"},
       {{{"kind", 2}, {"deletePath", folder.string()}}, "delete"},
       {{{"kind", 4}, {"label", "a"}}, "path"},

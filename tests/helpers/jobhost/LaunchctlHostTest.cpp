@@ -89,6 +89,19 @@ TEST_F(LaunchctlHostTest, AJobOfTheLabelThatIsAnotherFilesGoesOn) {
   EXPECT_EQ(tool.calls.size(), 7U);
 }
 
+TEST_F(LaunchctlHostTest, OfAFileThatHasGoneOnlyWhatWasLoadedFromItIsUnloaded) {
+  const ProcessResult loaded{.output = "system/a = {\n\tpath = /gone/a.plist\n}\n"};
+  tool.answers = {loaded};
+  EXPECT_TRUE(host.unloadFrom("/gone/b.plist", "a"));
+  tool.answers = {notLoaded};
+  EXPECT_TRUE(host.unloadFrom("/gone/a.plist", "a"));
+  EXPECT_EQ(tool.calls.size(), 2U);
+  tool.answers = {loaded, loaded, {}, notLoaded};
+  EXPECT_TRUE(host.unloadFrom("/gone/a.plist", "a"));
+  EXPECT_EQ(tool.calls.at(4), "/bin/launchctl|bootout|gui/501/a");
+  EXPECT_FALSE(host.unloadFrom("/gone/a.plist", {})) << "nobody can tell";
+}
+
 TEST_F(LaunchctlHostTest, WithoutALabelTheFileTellsIt) {
   const testdata::TemporaryFolder folder;
   tool.answers = {notLoaded};

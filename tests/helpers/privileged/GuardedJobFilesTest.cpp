@@ -41,8 +41,7 @@ class GuardTest : public testing::Test {
   testdata::FakeJobHost host;
   testdata::RecordingConsole console;
   GuardedJobFiles files{JobFolders({folder, root.path() / "missing"}), console};
-  RequestHandler handler{
-      {.files = files, .host = host, .uninstall = [] { return Result<void>(); }, .trustsLabels = false}};
+  RequestHandler handler = handlerFor(files);
 
   void SetUp() override {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can give files to root";
@@ -52,6 +51,9 @@ class GuardTest : public testing::Test {
     root.write("LaunchDaemons/mine.plist", jobText("mine"));
   }
 
+  RequestHandler handlerFor(GuardedJobFiles& guarded) {
+    return RequestHandler({.files = guarded, .host = host, .uninstall = {}, .trustsLabels = false});
+  }
   Dictionary write(const fs::path& path, const std::string& content = jobText("a")) {
     return handler.handle({{"kind", 1}, {"path", path.string()}, {"string", content}});
   }
@@ -169,7 +171,7 @@ TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
   const fs::path agents = root.path() / "agents";
   ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
   GuardedJobFiles usersToo(JobFolders({folder}), console, GuardedJobFiles::User{nobody, JobFolders({agents})});
-  RequestHandler mover({.files = usersToo, .host = host, .uninstall = {}, .trustsLabels = false});
+  RequestHandler mover = handlerFor(usersToo);
   const auto move = [&](const fs::path& from) {
     return mover.handle({{"kind", 1},
                          {"path", (folder / "moved.plist").string()},
@@ -199,7 +201,7 @@ TEST_F(GuardTest, NameAndKindMayChangeInOneRequest) {
   const fs::path other = root.path() / "LaunchAgents";
   fs::create_directory(other);
   GuardedJobFiles both(JobFolders({folder, other}), console);
-  RequestHandler mover({.files = both, .host = host, .uninstall = {}, .trustsLabels = false});
+  RequestHandler mover = handlerFor(both);
   const auto move = [&](const std::string& to) {
     return mover.handle({{"kind", 1},
                          {"path", to},
@@ -215,7 +217,7 @@ TEST_F(GuardTest, NameAndKindMayChangeInOneRequest) {
   EXPECT_EQ(move(other / "mine.plist"), Dictionary());
   EXPECT_EQ(bytes(other / "mine.plist"), jobText("renamed"));
   EXPECT_FALSE(fs::exists(folder / "mine.plist"));
-  EXPECT_THAT(host.calls, testing::ElementsAre("unload mine", "load mine.plist"));
+  EXPECT_THAT(host.calls, testing::ElementsAre("unload mine", "unload mine.plist", "load mine.plist"));
 }
 
 /// The files are moved to and fro by a process that is killed at any moment.
@@ -230,7 +232,8 @@ TEST_F(GuardTest, AKilledMoveLeavesTheJobExactlyOnce) {
     if (child == 0) {
       GuardedJobFiles both(JobFolders({folder, other}), console);
       while (true)
-        (void)(fs::exists(here) ? both.move(here, there, jobText("a")) : both.move(there, here, jobText("b")));
+        (void)(fs::exists(here) ? both.move(here, there, jobText("a"), 0777)
+                                : both.move(there, here, jobText("b"), 0777));
     }
     const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 4000);
     while (std::chrono::steady_clock::now() < end) {
@@ -252,7 +255,7 @@ TEST_F(GuardTest, StartupItemsAndHelperToolsAreRemovedAndNothingElse) {
   GuardedJobFiles removing(
       JobFolders({folder}), console, {},
       RemovableItems{.itemFolders = {root.path() / "StartupItems"}, .toolFolders = {root.path() / "Tools"}});
-  RequestHandler remover({.files = removing, .host = host, .uninstall = {}, .trustsLabels = false});
+  RequestHandler remover = handlerFor(removing);
   struct Row {
     fs::path path;
     bool isRemoved;
@@ -293,13 +296,111 @@ TEST_F(GuardTest, ALabelStopsNoJobButThatOfTheFile) {
   const std::string renamed = folder / "new.plist";
   EXPECT_EQ(handler.handle({{"kind", 1}, {"path", renamed}, {"string", jobText("other")}, {"label", "one more"}}),
             Dictionary());
-  EXPECT_THAT(host.calls, testing::ElementsAre("load new.plist"));
+  EXPECT_THAT(host.calls, testing::ElementsAre("unload new.plist", "load new.plist"));
   host.calls.clear();
   handler.handle({{"kind", 4}, {"path", mine}, {"label", "other"}});
-  handler.handle({{"kind", 4}, {"path", (folder / "gone.plist").string()}, {"label", "other"}});
-  handler.handle({{"kind", 2}, {"deletePath", mine}, {"label", "other"}});
   handler.handle({{"kind", 2}, {"deletePath", mine}, {"label", "other"}});
   EXPECT_THAT(host.calls, testing::Each("unload mine"));
+}
+
+TEST_F(GuardTest, WhatWasLoadedFromAFileThatHasGoneIsStoppedOrToldOf) {
+  const std::string gone = folder / "gone.plist", damaged = folder / "damaged.plist";
+  root.write("LaunchDaemons/damaged.plist", "no list");
+  const struct {
+    Dictionary request;
+    const char* file;
+  } rows[] = {
+      {{{"kind", 4}, {"path", gone}}, "gone.plist"},
+      {{{"kind", 4}, {"path", gone}, {"label", "any"}}, "gone.plist"},
+      {{{"kind", 2}, {"deletePath", gone}, {"label", "any"}}, "gone.plist"},
+      {{{"kind", 0}, {"path", gone}, {"string", jobText("a")}}, "gone.plist"},
+      {{{"kind", 0}, {"path", gone}, {"deletePath", damaged}, {"string", jobText("a")}}, "damaged.plist"},
+      {{{"kind", 2}, {"deletePath", damaged}}, "damaged.plist"},
+  };
+  for (const auto& row : rows) {
+    root.write("LaunchDaemons/damaged.plist", "no list");
+    fs::remove(gone);
+    const std::string call = std::string("unload ") + row.file;
+    host.calls.clear();
+    host.failing = {call};
+    EXPECT_NE(handler.handle(row.request), Dictionary()) << call;
+    EXPECT_THAT(host.calls, testing::Contains(call));
+    root.write("LaunchDaemons/damaged.plist", "no list");
+    fs::remove(gone);
+    host.failing.clear();
+    EXPECT_EQ(handler.handle(row.request), Dictionary()) << call;
+  }
+}
+
+TEST_F(GuardTest, OnlyDaemonsAreLoadedAsRoot) {
+  const fs::path agents = root.path() / "LaunchAgents";
+  root.write("LaunchAgents/agent.plist", jobText("agent"));
+  fs::create_symlink(root.write("outside/agent", jobText("a")), agents / "link.plist");
+  fs::create_symlink(root.write("outside/daemon", jobText("d")), folder / "link.plist");
+  GuardedJobFiles both(JobFolders({folder}, {agents}), console);
+  RequestHandler loader = handlerFor(both);
+  const struct {
+    fs::path file;
+    bool isLoaded;
+  } rows[] = {{folder / "mine.plist", true},
+              {outside / "daemon", true},
+              {agents / "agent.plist", false},
+              {outside / "agent", false},
+              {agents / "job" / (std::string(uuid) + ".plist"), false}};
+  for (const auto& row : rows) {
+    const auto before = everything();
+    host.calls.clear();
+    const Dictionary load{{"kind", 5}, {"path", row.file.string()}};
+    const Dictionary write{{"kind", 1}, {"path", row.file.string()}, {"string", jobText("new")}};
+    EXPECT_EQ(loader.handle(load) == Dictionary(), row.isLoaded) << row.file;
+    EXPECT_EQ(loader.handle(write) == Dictionary(), row.isLoaded) << row.file;
+    EXPECT_EQ(everything() == before, !row.isLoaded) << row.file;
+    EXPECT_EQ(host.calls.empty(), !row.isLoaded) << row.file;
+    EXPECT_EQ(loader.handle({{"kind", 0}, {"path", row.file.string()}, {"string", jobText("new")}}), Dictionary())
+        << row.file;
+  }
+}
+
+TEST_F(GuardTest, NoFileBecomesMoreOpen) {
+  const fs::path other = root.path() / "LaunchAgents", agents = root.path() / "agents";
+  fs::create_directory(other);
+  GuardedJobFiles both(JobFolders({folder, other}), console, GuardedJobFiles::User{12345, JobFolders({agents}), 7777});
+  RequestHandler mover = handlerFor(both);
+  const struct {
+    uid_t user;
+    mode_t before;
+    std::optional<int> asked;
+    mode_t after;
+    gid_t group;
+  } rows[] = {
+      {0, 0600, {}, 0600, 4321},  {0, 0640, {}, 0640, 4321},  {0, 0444, {}, 0644, 0},      {0, 0664, {}, 0644, 0},
+      {12345, 0600, {}, 0600, 0}, {12345, 0640, {}, 0640, 0}, {0, 0644, 0600, 0640, 7777}, {0, 0, 0600, 0640, 7777},
+      {0, 0, 0640, 0640, 7777},   {0, 0, 0777, 0644, 0},      {0, 0, 0000, 0640, 7777},    {0, 0, {}, 0644, 0},
+  };
+  for (const auto& row : rows) {
+    const fs::path file = folder / "mode.plist", moved = other / "mode.plist";
+    fs::remove(file), fs::remove(moved);
+    if (row.before != 0) {
+      root.write("LaunchDaemons/mode.plist", jobText("a"));
+      ASSERT_EQ(::chown(file.c_str(), row.user, 4321), 0);
+      ASSERT_EQ(::chmod(file.c_str(), row.before), 0);
+    }
+    const auto expectAt = [&](const fs::path& path) {
+      struct stat status {};
+      ASSERT_EQ(::stat(path.c_str(), &status), 0);
+      EXPECT_EQ(status.st_mode & 07777U, row.after) << &row - rows;
+      EXPECT_EQ(status.st_gid, row.group) << &row - rows;
+      EXPECT_EQ(status.st_uid, 0U) << &row - rows;
+    };
+    Dictionary request{{"kind", 0}, {"path", file.string()}, {"string", jobText("a")}};
+    if (row.asked) request.set("mode", *row.asked);
+    EXPECT_EQ(mover.handle(request), Dictionary());
+    expectAt(file);
+    EXPECT_EQ(
+        mover.handle({{"kind", 0}, {"path", moved.string()}, {"deletePath", file.string()}, {"string", jobText("b")}}),
+        Dictionary());
+    expectAt(moved);
+  }
 }
 
 /// Two names exchanged in one step, so that the one is always there.

@@ -149,6 +149,22 @@ TEST(ElevationTest, EachWayHasItsCommand) {
                       process + R"x(\"" without altering line endings with administrator privileges)x"));
 }
 
+/// The application's connections, and what they run on.
+struct Connections {
+  explicit Connections(HelperPrograms programs)
+      : m_connections({.queue = queue, .background = m_background, .programs = std::move(programs)}) {}
+
+  void connect(HelperConnections::PrivilegedReply reply, HelperConnection::Failure failure) {
+    m_connections.connectToPrivileged("", std::move(reply), std::move(failure));
+  }
+
+  testdata::ThreadQueue queue;
+
+ private:
+  ThreadWorkQueue m_background{"background"};
+  SystemHelperConnections m_connections;
+};
+
 /// A tool of an elevation that is a shell script.
 class ToolTest : public testing::Test {
  protected:
@@ -207,38 +223,25 @@ TEST_F(ToolTest, WhatFailsTellsWhy) {
 }
 
 TEST_F(ToolTest, QuittingWhileTheUserIsAskedWaitsForNothing) {
-  testdata::ThreadQueue queue;
   const std::string tool = folder.write("tool", "#!/bin/sh\necho $$ >&2\nexec sleep 600\n");
   ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
   bool isAnswered = false;
   {
-    ThreadWorkQueue background("background");
-    SystemHelperConnections connections(
-        {.queue = queue,
-         .background = background,
-         .programs = {
-             .action = {}, .privileged = "/helper", .elevation = {.way = Elevation::Way::Pkexec, .tool = tool}}});
-    connections.connectToPrivileged(
-        "", [&](auto) { isAnswered = true; }, [&](const Error&) { isAnswered = true; });
+    Connections connections({.action = {}, .privileged = "/helper", .elevation = {Elevation::Way::Pkexec, tool}});
+    connections.connect([&](auto) { isAnswered = true; }, [&](const Error&) { isAnswered = true; });
   }
   EXPECT_FALSE(isAnswered);
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);  // and the tool has ended, too
 }
 
 TEST_F(ToolTest, AMachineWithoutTheToolIsARefusal) {
-  testdata::ThreadQueue queue;
-  ThreadWorkQueue background("background");
-  SystemHelperConnections connections(
-      {.queue = queue,
-       .background = background,
-       .programs = {.action = {},
-                    .privileged = "/helper",
-                    .elevation = {.way = Elevation::Way::Pkexec, .tool = "/nowhere/pkexec"}}});
+  Connections connections(
+      {.action = {}, .privileged = "/helper", .elevation = {Elevation::Way::Pkexec, "/nowhere/pkexec"}});
   std::optional<HelperConnections::Refusal> refusal;
-  connections.connectToPrivileged(
-      "", [&](auto answer) { refusal = answer.refusal; }, [&](const Error& error) { FAIL() << error.text(); });
+  connections.connect([&](auto answer) { refusal = answer.refusal; },
+                      [&](const Error& error) { FAIL() << error.text(); });
   EXPECT_FALSE(refusal) << "later, not from within the call";
-  ASSERT_TRUE(queue.runUntil([&] { return refusal.has_value(); }));
+  ASSERT_TRUE(connections.queue.runUntil([&] { return refusal.has_value(); }));
   EXPECT_EQ(refusal, HelperConnections::Refusal::NoTool);
 }
 
@@ -257,21 +260,13 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
   const fs::path folder = root.path() / "etc/mirvel/LaunchDaemons";
   fs::create_directories(folder);
   const fs::path entry = root.write("autostart/mirvel-host.desktop", "");
-  testdata::ThreadQueue queue;
-  ThreadWorkQueue background("background");
-  SystemHelperConnections connections(
-      {.queue = queue,
-       .background = background,
-       .programs = {.action = {},
-                    .privileged = MIRVEL_PRIVILEGED,
-                    .privilegedArguments = {"--root", root.path(), "--installed", entry}}});
+  Connections connections({.action = {},
+                           .privileged = MIRVEL_PRIVILEGED,
+                           .privilegedArguments = {"--root", root.path(), "--installed", entry}});
   HelperConnections::Privileged privileged;
-  bool isAnswered = false;
-  connections.connectToPrivileged(
-      "", [&](auto result) { privileged = std::move(result), isAnswered = true; },
-      [&](const Error& error) { ADD_FAILURE() << error.text(), isAnswered = true; });
-  ASSERT_TRUE(queue.runUntil([&] { return isAnswered; }));
-  ASSERT_TRUE(privileged.connection);
+  connections.connect([&](auto result) { privileged = std::move(result); },
+                      [&](const Error& error) { FAIL() << error.text(); });
+  ASSERT_TRUE(connections.queue.runUntil([&] { return privileged.connection != nullptr; }));
 
   const auto ask = [&](Dictionary request, const std::string& authData) {
     request.set("authData", plist::Data{authData});
@@ -281,24 +276,36 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
         [&](const Error&) {
           answer = Dictionary{{"failed", true}};
         });
-    EXPECT_TRUE(queue.runUntil([&] { return answer.has_value(); }));
+    EXPECT_TRUE(connections.queue.runUntil([&] { return answer.has_value(); }));
     return answer.value_or(Dictionary());
   };
-  const std::string file = folder / "a.plist";
-  const Dictionary write{{"kind", 0}, {"path", file}, {"string", testdata::jobText("a")}};
-  EXPECT_NE(ask(write, std::string(32, 'x')).find("error"), nullptr);
-  EXPECT_FALSE(fs::exists(file));
-  EXPECT_EQ(ask(write, privileged.authData), Dictionary());
+  const auto write = [](const fs::path& path) {
+    return Dictionary{{"kind", 0}, {"path", path.string()}, {"string", testdata::jobText("a")}};
+  };
+  const fs::path file = folder / "a.plist", outside = root.path() / "x.plist";
+  const std::string& secret = privileged.authData;
+  const struct {
+    Dictionary request;
+    std::string secret;
+    const char* answer;  ///< the key that it has
+    bool isFileThere, isEntryThere;
+  } rows[] = {
+      {write(file), std::string(32, 'x'), "error", false, true},
+      {write(outside), secret, "error", false, true},
+      {write(file), secret, "", true, true},
+      {{{"kind", 8}}, secret, "", true, false},
+      {{{"kind", 3}}, secret, "", true, false},
+      {write(file), secret, "failed", true, false},  // it has ended
+  };
+  for (const auto& row : rows) {
+    const Dictionary answer = ask(row.request, row.secret);
+    EXPECT_EQ(answer.find(row.answer) != nullptr, *row.answer != '\0') << &row - rows;
+    EXPECT_EQ(answer.size() == 0, *row.answer == '\0') << &row - rows;
+    EXPECT_EQ(fs::exists(file), row.isFileThere) << &row - rows;
+    EXPECT_EQ(fs::exists(entry), row.isEntryThere) << &row - rows;
+    EXPECT_FALSE(fs::exists(outside));
+  }
   EXPECT_EQ(testdata::bytes(file), testdata::jobText("a"));
-  const Dictionary outside{
-      {"kind", 0}, {"path", (root.path() / "x.plist").string()}, {"string", testdata::jobText("a")}};
-  EXPECT_NE(ask(outside, privileged.authData).find("error"), nullptr);
-  EXPECT_FALSE(fs::exists(root.path() / "x.plist"));
-  EXPECT_EQ(ask({{"kind", 8}}, privileged.authData), Dictionary());
-  EXPECT_FALSE(fs::exists(entry));
-  EXPECT_TRUE(fs::exists(file));
-  EXPECT_EQ(ask({{"kind", 3}}, privileged.authData), Dictionary());
-  EXPECT_NE(ask(write, privileged.authData).find("failed"), nullptr);  // it has ended
 }
 
 }  // namespace

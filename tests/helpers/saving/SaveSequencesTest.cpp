@@ -217,6 +217,20 @@ class SaveSequencesTest : public testdata::ProgramFixture {
   std::unique_ptr<testdata::RecordingShell> m_shell;
 };
 
+/// A job file may hold a password.
+TEST_F(SaveSequencesTest, APrivateFileStaysPrivateWhereverItGoes) {
+  constexpr auto ownersAlone = fs::perms::owner_read | fs::perms::owner_write;
+  for (const char before : {'u', 'a', 'd'}) {
+    for (const char now : {'u', 'a', 'd'}) {
+      edit(before, now);
+      fs::permissions(job->url.path(), ownersAlone);
+      (void)saveWith(99, Fate::Done);
+      EXPECT_EQ(job->url.path(), path(kindOf(now), "job.plist"));
+      EXPECT_EQ(fs::status(job->url.path()).permissions(), ownersAlone) << before << now;
+    }
+  }
+}
+
 TEST_F(SaveSequencesTest, WhateverAStepComesToTheJobIsInOnePlaceAndLoadedOrEdited) {
   struct Row {
     char before, now;
