@@ -126,7 +126,9 @@ TEST_F(RequestHandlerTest, NewFilesFollowUmaskAndRequestAndOldOnesKeepTheirMode)
       return status.st_mode & 07777U;
     };
     fs::remove(path("moved.plist"));
-    if (row.before != 0) ASSERT_EQ(::chmod(put("mode.plist", "a").c_str(), row.before), 0);
+    if (row.before != 0) {
+      ASSERT_EQ(::chmod(put("mode.plist", "a").c_str(), row.before), 0);
+    }
     const mode_t before = ::umask(row.umask);
     Dictionary request{{"kind", 0}, {"path", path("mode.plist")}, {"string", jobText("a")}, {"label", "a"}};
     if (row.asked) request.set("mode", *row.asked);
