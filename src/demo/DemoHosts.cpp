@@ -7,6 +7,7 @@
 #include <iostream>
 #include <utility>
 
+#include "helpers/host/Lifeline.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "ui/support/InstalledFolders.h"
 
@@ -22,8 +23,17 @@ DemoHosts::DemoHosts(std::filesystem::path machine, const Environment& environme
   });
 }
 
+Result<void> DemoHosts::tieToThisProcess() {
+  for (const auto& machine : machines()) {
+    auto held = host::Lifeline::hold(machine);
+    if (!held) return held.error();
+    m_lifelines.push_back(*std::move(held));
+  }
+  return {};
+}
+
 DemoHosts::~DemoHosts() {
-  for (const auto& machine : {m_machine, m_machine / "root"}) {
+  for (const auto& machine : machines()) {
     EmbeddedHost host(EmbeddedHost::below(ui::helpersFolder() / "mirvel-host", machine), m_runner);
     if (const auto ended = host.quit(); !ended) std::cerr << "mirvel-demo: " << ended.error().text() << '\n';
   }

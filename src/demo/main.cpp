@@ -27,12 +27,13 @@ int main(int argc, char* argv[]) {
 
   const QTemporaryDir folder;
   const std::filesystem::path machine = ui::path(folder.path()) / "machine";
-  const demo::DemoHosts hosts(machine, environment);
+  demo::DemoHosts hosts(machine, environment);
   const auto root = demo::SampleRoot::create(machine);
   if (!root) {
     std::cerr << "mirvel-demo: " << root.error().text() << '\n';
     return 1;
   }
+  if (const auto tied = hosts.tieToThisProcess(); !tied) std::cerr << "mirvel-demo: " << tied.error().text() << '\n';
   environment["XDG_DATA_DIRS"] = (root->folder() / "usr/share").native();  // its applications, not this machine's
   ui::ColorScheme scheme;
   if (options.isDark) {

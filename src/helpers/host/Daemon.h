@@ -7,6 +7,7 @@
 #include "core/support/Environment.h"
 #include "core/support/Result.h"
 #include "helpers/host/Places.h"
+#include "helpers/host/Session.h"
 
 namespace mirvel::host {
 
@@ -14,14 +15,16 @@ struct HostSetup {
   Places places;
   Environment environment;             ///< of the process
   std::filesystem::path machine = {};  ///< the folder that stands for a machine; empty: there is none
-  /// A session of the user's begins: the jobs of these folders are loaded that are enabled, and the host of another
-  /// session, which is gone, makes room.
+  /// A session of the user's begins: the jobs of these folders are loaded that are enabled. The host of another session
+  /// makes room, at once if that is gone, or else when it ends.
   bool beginsSession = false;
   std::vector<std::filesystem::path> jobFolders = {};
+  std::filesystem::path sessionRecords = Session::usualRecords;
 };
 
 /// Runs a host until somebody asks it to end, a signal does, or its session or its machine is over; returns at once if
-/// there is one already. `isReady` is called when it can be reached. Fails if it never can.
+/// there is one already, unless it is to come after that. `isReady` is called when there is a host that can be reached,
+/// and again when this is the one. Fails if it never can.
 Result<void> runHost(const HostSetup& setup, const std::function<void()>& isReady);
 
 }  // namespace mirvel::host

@@ -31,7 +31,7 @@ std::optional<launchd::Plist> recordOf(const JobFolder& folder, const std::strin
   if (!stamp) return std::nullopt;
   const auto bytes = folder.read(name, *stamp);
   if (!bytes) return std::nullopt;
-  auto plist = launchd::Plist::read(*bytes);
+  auto plist = launchd::Plist::readTolerantly(*bytes);
   return plist ? std::optional(*std::move(plist)) : std::nullopt;
 }
 

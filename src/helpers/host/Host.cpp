@@ -42,7 +42,7 @@ Result<launchd::Plist> readJob(const fs::path& file) {
   if (auto trusted = checkTrust(file, regular->descriptor.number(), ::geteuid()); !trusted) return trusted.error();
   const auto bytes = readFile(regular->descriptor.number(), JobFolder::largestFile, file);
   if (!bytes) return bytes.error();
-  auto plist = launchd::Plist::read(*bytes);
+  auto plist = launchd::Plist::readTolerantly(*bytes);
   if (plist) return plist;
   Error error = plist.error();
   error.file = file;
@@ -77,8 +77,8 @@ Host::Host(Settings settings, PollLoop& loop)
 }
 
 Host::~Host() {
+  kill();
   for (const auto& [label, entry] : m_jobs) {
-    signal(*entry, SIGKILL);
     if (entry->process.output) m_loop.forget(entry->process.output.number());
   }
   for (const auto& [number, file] : m_leftOutputs) m_loop.forget(number);
@@ -88,22 +88,35 @@ Host::~Host() {
 
 void Host::restore() {
   const auto files = m_loadedJobs.read();
-  if (!files) addToLog(ownLabel, "can't tell which jobs were loaded: " + files.error().text());
-  for (const fs::path& file : files ? *files : std::vector<fs::path>()) {
-    if (isSwitchedOff(file)) continue;  // while no host was there
-    const auto added = add(file, Noted::Yes);
-    if (!added) restoreLater(file, added.error());
-  }
+  if (!files) tell("can't tell which jobs were loaded: " + files.error().text());
+  for (const fs::path& file : files ? *files : std::vector<fs::path>()) restore(file);
   for (const RunNote& note : m_runNotes.read()) inherit(note);
 }
 
+void Host::restore(const fs::path& file) {
+  if (isSwitchedOff(file)) return;  // while no host was there
+  const auto added = add(file, Noted::Yes);
+  if (!added) restoreLater(file, added.error());
+}
+
+Result<void> Host::takeOver(const std::vector<fs::path>& files) {
+  for (const fs::path& file : files) {
+    if (find(file, std::nullopt) == m_jobs.end()) restore(file);
+  }
+  return note();
+}
+
+void Host::tell(std::string text) {
+  addToLog(ownLabel, std::move(text));
+}
+
 void Host::tellOfUnloadable(const fs::path& file, const Error& error) {
-  addToLog(ownLabel, "can't load " + file.string() + ": " + error.text());
+  tell("can't load " + file.string() + ": " + error.text());
 }
 
 /// The file may lie on a disk that isn't there yet, or somebody may just be writing it.
 void Host::restoreLater(const fs::path& file, const Error& error) {
-  addToLog(ownLabel, "can't load " + file.string() + ", and tries again when it changes: " + error.text());
+  tell("can't load " + file.string() + ", and tries again when it changes: " + error.text());
   addPending(file);
 }
 
@@ -127,8 +140,11 @@ void Host::inherit(const RunNote& note) {
   if (found == m_jobs.end()) {
     JobRules rules;
     rules.label = note.label;
-    auto entry = std::make_unique<Entry>(
-        Entry{.file = note.file, .job = HostedJob(rules, m_surroundings), .plan = {}, .noted = Noted::No});
+    auto entry = std::make_unique<Entry>(Entry{.serial = ++m_lastSerial,
+                                               .file = note.file,
+                                               .job = HostedJob(rules, m_surroundings),
+                                               .plan = {},
+                                               .noted = Noted::No});
     entry->job.foundRunning(currentTime());
     entry->job.unload(currentTime());
     found = m_jobs.emplace(note.label, std::move(entry)).first;
@@ -154,9 +170,9 @@ Result<void> Host::load(const fs::path& file, Noted noted) {
   return written;
 }
 
-Error Host::alreadyLoaded(const Entry& entry, const fs::path& file) const {
+Error Host::alreadyLoaded(const Entry& entry, const fs::path& file) {
   const std::string& label = entry.job.rules().label;
-  if (entry.job.isUnloaded()) return stillRunning(label);
+  if (entry.job.isUnloaded()) return stillRunning(entry);
   const bool isSame = entry.file == file;
   return {.code = Error::Code::BadArgument,
           .message = label + " is loaded already" + (isSame ? "" : ", from " + entry.file.string()),
@@ -166,10 +182,12 @@ Error Host::alreadyLoaded(const Entry& entry, const fs::path& file) const {
 Result<std::string> Host::add(const fs::path& file, Noted noted) {
   const auto plist = readJob(file);
   if (!plist) return plist.error();
+  if (const auto safe = checkRights(*plist, ::geteuid()); !safe) return safe.error();
   const std::string& label = plist->name;
   if (label.empty()) return Error{.code = Error::Code::MissingKey, .message = "the label is empty", .file = file};
   if (const auto found = m_jobs.find(label); found != m_jobs.end()) return alreadyLoaded(*found->second, file);
-  auto entry = std::make_unique<Entry>(Entry{.file = file,
+  auto entry = std::make_unique<Entry>(Entry{.serial = ++m_lastSerial,
+                                             .file = file,
                                              .job = HostedJob(JobRules::of(*plist), m_surroundings),
                                              .plan = ProcessPlan::of(*plist),
                                              .noted = noted});
@@ -190,6 +208,9 @@ void Host::tellOfUnserved(const std::string& label, const launchd::Plist& plist)
   for (const std::string& name : unservedKeys(plist)) {
     addToLog(label, label + ": this host can't serve the key " + name + "; it runs the rest of the job");
   }
+  for (const std::string& name : unusableValues(plist)) {
+    addToLog(label, label + ": the value of " + name + " can't be used; the rest of the job is run");
+  }
   if (plist.startOnMount == true && m_mountWatch.descriptor() < 0) {
     addToLog(label, label + ": this host can't notice mounts here; it runs the rest of the job");
   }
@@ -204,21 +225,21 @@ Host::Jobs::iterator Host::find(const fs::path& file, const std::optional<std::s
   return std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& job) { return job.second->file == file; });
 }
 
-Result<std::optional<std::string>> Host::unload(const fs::path& file, const std::optional<std::string>& label) {
-  using Name = std::optional<std::string>;
+Result<std::optional<Host::Serial>> Host::unload(const fs::path& file, const std::optional<std::string>& label) {
+  using Unloaded = std::optional<Serial>;
   const bool wasPending = m_pending.count(file) > 0;
   const auto found = find(file, label);
-  if (found == m_jobs.end() && !wasPending) return Name();
+  if (found == m_jobs.end() && !wasPending) return Unloaded();
   Entry* const entry = found == m_jobs.end() ? nullptr : found->second.get();
   const bool isNoted = wasPending || (!entry->job.isUnloaded() && entry->noted == Noted::Yes);
   if (wasPending) dropPending(file);
   const auto written = isNoted && !m_quitBy ? note(entry) : Result<void>();
   if (!written && wasPending) addPending(file);
   if (!written) return written.error();
-  if (!entry) return Name();
+  if (!entry) return Unloaded();
   if (!entry->job.isUnloaded()) entry->job.unload(currentTime());
   m_hasNews = true;
-  return Name(found->first);
+  return Unloaded(entry->serial);
 }
 
 void Host::quit() {
@@ -228,26 +249,43 @@ void Host::quit() {
   for (const auto& [label, entry] : m_jobs) entry->job.unload(now, longestStop);
 }
 
+void Host::kill() const {
+  for (const auto& [label, entry] : m_jobs) signal(*entry, SIGKILL);
+}
+
 bool Host::hasQuit() const {
   return m_quitBy && (m_jobs.empty() || currentTime().running >= *m_quitBy);
 }
 
-Error Host::stillRunning(const std::string& label) const {
-  std::string processes;
+const Host::Entry* Host::entryOf(Serial job) const {
+  const auto found =
+      std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& loaded) { return loaded.second->serial == job; });
+  return found == m_jobs.end() ? nullptr : found->second.get();
+}
+
+std::optional<Host::Serial> Host::serialOf(const std::string& label) const {
   const auto found = m_jobs.find(label);
-  if (found != m_jobs.end()) {
-    for (const pid_t process : leftOf(*found->second)) {
-      processes += (processes.empty() ? "" : ", ") + std::to_string(process);
-    }
+  return found == m_jobs.end() ? std::nullopt : std::optional(found->second->serial);
+}
+
+Error Host::stillRunning(Serial job) const {
+  const Entry* const entry = entryOf(job);
+  return entry ? stillRunning(*entry) : Error{.code = Error::Code::NotFound, .message = "the job isn't loaded"};
+}
+
+Error Host::stillRunning(const Entry& entry) {
+  std::string processes;
+  for (const pid_t process : leftOf(entry)) {
+    processes += (processes.empty() ? "" : ", ") + std::to_string(process);
   }
   return {.code = Error::Code::StillRunning,
-          .message = label + " was asked to end and is still running" +
+          .message = entry.job.rules().label + " was asked to end and is still running" +
                      (processes.empty() ? "" : ", as process " + processes)};
 }
 
-bool Host::hasRun(const std::string& label) const {
-  const auto found = m_jobs.find(label);
-  return found != m_jobs.end() && found->second->job.lastEnd().has_value();
+bool Host::hasRun(Serial job) const {
+  const Entry* const entry = entryOf(job);
+  return entry && entry->job.lastEnd().has_value();
 }
 
 std::vector<HostedJobStatus> Host::status() const {
@@ -334,13 +372,20 @@ void Host::takeZone(const HostTime& now) {
   for (const auto& [label, entry] : m_jobs) entry->job.zoneChanged(now);
 }
 
-Result<void> Host::note(const Entry* without) {
+std::vector<fs::path> Host::noted(const Entry* without) const {
   std::vector<fs::path> files(m_pending.begin(), m_pending.end());
   for (const auto& [label, entry] : m_jobs) {
     const bool isNoted = entry->noted == Noted::Yes && !entry->job.isUnloaded() && entry.get() != without;
     if (isNoted) files.push_back(entry->file);
   }
-  return m_loadedJobs.write(files);
+  return files;
+}
+
+/// The list comes last: it tells that all is noted.
+bool Host::noteAgain() {
+  bool isNoted = true;
+  for (const auto& [label, entry] : m_jobs) isNoted = noteRun(*entry) && isNoted;
+  return note() && isNoted;
 }
 
 void Host::forget(Entry& entry) {

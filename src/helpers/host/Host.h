@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -45,23 +46,36 @@ class Host {
   /// Loads what was loaded when the host last ended, and stops what a host that was killed has left running. What can't
   /// be loaded stays noted, and is tried again when its file changes.
   void restore();
+  /// Does the same with what another host had loaded; what is loaded here stays. Fails if it can't be noted.
+  Result<void> takeOver(const std::vector<std::filesystem::path>& files);
+  /// The files that `restore` would find, and so would another host.
+  std::vector<std::filesystem::path> noted() const { return noted(nullptr); }
   enum class Noted { Yes, No };
   /// A job that isn't noted is forgotten when the host ends. Fails with `NotTrusted` for a file that others could have
   /// written, and with `StillRunning` while a job of that label is being stopped.
   Result<void> load(const std::filesystem::path& file, Noted noted = Noted::Yes);
-  /// Begins to unload the job of the label or, without one, of the file; gives its label. None: nothing was loaded.
+  /// One loaded job. Another that is loaded from the same file or under the same label later isn't the same.
+  using Serial = std::uint64_t;
+  /// Begins to unload the job of the label or, without one, of the file, and gives it. None: nothing was loaded.
   /// With both, a job of that label that was loaded from another file, which is still there, stays. What can't be noted
   /// isn't done: the job stays loaded.
-  Result<std::optional<std::string>> unload(const std::filesystem::path& file, const std::optional<std::string>& label);
+  Result<std::optional<Serial>> unload(const std::filesystem::path& file, const std::optional<std::string>& label);
   /// Stops all processes, and starts no more; what is loaded stays noted.
   void quit();
+  bool isQuitting() const { return m_quitBy.has_value(); }
+  /// Kills what runs.
+  void kill() const;
 
-  /// Notes anew what is loaded: the note is gone. False: that isn't possible now.
-  bool noteAgain() { return static_cast<bool>(note()); }
+  /// Notes anew what is loaded and what runs: the notes are gone. False: that isn't possible now.
+  bool noteAgain();
   /// For the log.
+  void tell(std::string text);
   void tellOfUnloadable(const std::filesystem::path& file, const Error& error);
 
   bool isLoaded(const std::string& label) const { return m_jobs.find(label) != m_jobs.end(); }
+  bool isLoaded(Serial job) const { return entryOf(job) != nullptr; }
+  /// None: nothing is loaded under that label.
+  std::optional<Serial> serialOf(const std::string& label) const;
   /// Whether its last run is being stopped: a load of it then waits for that.
   bool isEnding(const std::string& label) const {
     const auto found = m_jobs.find(label);
@@ -70,9 +84,9 @@ class Host {
   /// Nothing runs any more, or it has been waited for long enough since `quit`.
   bool hasQuit() const;
   /// Why a job that is being unloaded isn't gone yet.
-  Error stillRunning(const std::string& label) const;
+  Error stillRunning(Serial job) const;
   /// Whether it has run to its end since it was loaded.
-  bool hasRun(const std::string& label) const;
+  bool hasRun(Serial job) const;
   std::vector<HostedJobStatus> status() const;
   const JobLog& log() const { return m_log; }
 
@@ -87,6 +101,7 @@ class Host {
 
  private:
   struct Entry {
+    Serial serial = 0;
     std::filesystem::path file;
     HostedJob job;
     ProcessPlan plan;
@@ -101,7 +116,10 @@ class Host {
   Jobs::iterator find(const std::filesystem::path& file, const std::optional<std::string>& label);
   /// Gives the label.
   Result<std::string> add(const std::filesystem::path& file, Noted noted);
-  Error alreadyLoaded(const Entry& entry, const std::filesystem::path& file) const;
+  const Entry* entryOf(Serial job) const;
+  static Error stillRunning(const Entry& entry);
+  static Error alreadyLoaded(const Entry& entry, const std::filesystem::path& file);
+  void restore(const std::filesystem::path& file);
   void restoreLater(const std::filesystem::path& file, const Error& error);
   void retry(const std::filesystem::path& file);
   void inherit(const RunNote& note);
@@ -115,7 +133,8 @@ class Host {
   void noteClock(const HostTime& now);
   void followOrders(Entry& entry, const HostTime& now);
   void start(Entry& entry, const HostTime& now);
-  void noteRun(const Entry& entry);
+  Result<void> noteRun(const Entry& entry) const;
+  void noteNewRun(const Entry& entry);
   static void signal(const Entry& entry, int number);
   static std::vector<pid_t> leftOf(const Entry& entry);
   void clear(Entry& entry);
@@ -126,8 +145,9 @@ class Host {
   void forget(Entry& entry);
   void addToLog(const Entry& entry, std::vector<std::string> lines);
   void addToLog(const std::string& label, std::string text);
+  std::vector<std::filesystem::path> noted(const Entry* without) const;
   /// Notes what is loaded, without that job.
-  Result<void> note(const Entry* without = nullptr);
+  Result<void> note(const Entry* without = nullptr) { return m_loadedJobs.write(noted(without)); }
 
   Settings m_settings;
   PollLoop& m_loop;
@@ -139,6 +159,7 @@ class Host {
   std::unique_ptr<PathWatch> m_pathWatch;
   MountWatch m_mountWatch;
   Jobs m_jobs;
+  Serial m_lastSerial = 0;
   std::set<std::filesystem::path> m_pending;    ///< files that are to be loaded, and couldn't be yet
   std::map<int, FileDescriptor> m_leftOutputs;  ///< of processes that outlive their jobs' own
   std::optional<std::chrono::milliseconds> m_clockDifference;

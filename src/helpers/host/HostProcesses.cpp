@@ -65,7 +65,7 @@ void Host::followOrders(Entry& entry, const HostTime& now) {
 void Host::start(Entry& entry, const HostTime& now) {
   entry.run = {.mark = makeUuid(), .isLeaderAlone = entry.job.rules().abandonProcessGroup};
   entry.plan.environment.insert_or_assign(markVariable, entry.run.mark);
-  noteRun(entry);
+  noteNewRun(entry);
   auto process = JobProcess::start(entry.plan, m_settings.environment);
   if (!process) {
     m_runNotes.remove(entry.run);
@@ -80,7 +80,7 @@ void Host::start(Entry& entry, const HostTime& now) {
   entry.process = *std::move(process);
   entry.run.leader = entry.process.id;
   if (const auto status = ProcessStatus::of(entry.process.id)) entry.run.start = status->start;
-  noteRun(entry);
+  noteNewRun(entry);
   entry.output = {};
   addToLog(entry, {"started"});
   if (!entry.process.output) return;
@@ -88,10 +88,21 @@ void Host::start(Entry& entry, const HostTime& now) {
 }
 
 /// With a full disk the jobs run all the same.
-void Host::noteRun(const Entry& entry) {
+void Host::noteNewRun(const Entry& entry) {
   const std::string& label = entry.job.rules().label;
   const auto noted = m_runNotes.write({.label = label, .file = entry.file, .run = entry.run});
   if (!noted) addToLog(label, label + ": can't be noted as running: " + noted.error().text());
+}
+
+/// All that there is of its run, and of those that earlier hosts have left.
+Result<void> Host::noteRun(const Entry& entry) const {
+  std::vector<JobRun> runs = entry.inherited;
+  if (entry.process.id > 0) runs.push_back(entry.run);
+  for (const JobRun& run : runs) {
+    const auto noted = m_runNotes.write({.label = entry.job.rules().label, .file = entry.file, .run = run});
+    if (!noted) return noted;
+  }
+  return {};
 }
 
 /// When a job ends by itself, its group ends with it; when it is stopped, so does everything that it has started.

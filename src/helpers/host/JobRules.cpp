@@ -1,6 +1,8 @@
 #include "helpers/host/JobRules.h"
 
 #include <algorithm>
+#include <array>
+#include <set>
 
 #include "helpers/jobhost/HostLimits.h"
 
@@ -39,13 +41,31 @@ void readKeepAlive(const launchd::KeepAlive& keepAlive, JobRules& rules) {
   if (rules.afterSuccess && !rules.onlyAfterInitialDemand) rules.runAtLoad = true;
 }
 
+/// The places of the calendar intervals with a value that can't be used: without it they would come far more often than
+/// the file says. Of a single interval the place is empty.
+std::set<std::string> unusableIntervals(const launchd::Plist& plist) {
+  std::set<std::string> places;
+  for (const auto& value : plist.opaqueValues()) {
+    const auto& path = value.path;
+    const bool isTime = path.front() == launchd::Plist::text(launchd::Plist::CodingKeys::startCalendarInterval) &&
+                        launchd::StartCalendarInterval::Interval::codingKey(path.back());
+    if (isTime) places.insert(path.size() > 2 ? path[1] : "");
+  }
+  return places;
+}
+
+void readCalendar(const launchd::Plist& plist, JobRules& rules) {
+  const auto& [intervals, isSingle] = *plist.startCalendarInterval;
+  const auto unusable = unusableIntervals(plist);
+  for (std::size_t i = 0; i < intervals.size(); ++i) {
+    const std::string place = isSingle ? "" : "[" + std::to_string(i) + "]";
+    if (!unusable.contains(place)) rules.calendar.push_back(CalendarRule::asRun(intervals[i]));
+  }
+}
+
 void readTimes(const launchd::Plist& plist, JobRules& rules) {
   if (plist.startInterval && *plist.startInterval > 0) rules.interval = duration(*plist.startInterval);
-  if (plist.startCalendarInterval) {
-    for (const auto& interval : plist.startCalendarInterval->intervals) {
-      rules.calendar.push_back(CalendarRule::asRun(interval));
-    }
-  }
+  if (plist.startCalendarInterval) readCalendar(plist, rules);
   if (plist.throttleInterval && *plist.throttleInterval >= 0) {
     rules.throttle = std::max(duration(*plist.throttleInterval), shortestThrottle);
   }
@@ -90,6 +110,30 @@ std::vector<std::string> unservedKeys(const launchd::Plist& plist) {
   note(plist.launchEvents.has_value(), Keys::launchEvents);
   note(plist.inetdCompatibility.has_value(), Keys::inetdCompatibility);
   return result;
+}
+
+std::vector<std::string> unusableValues(const launchd::Plist& plist) {
+  std::vector<std::string> result;
+  for (const std::string& key : plist.unknownKeys.value_or(std::vector<std::string>())) {
+    if (launchd::Plist::codingKey(key)) result.push_back(key);
+  }
+  for (const auto& value : plist.opaqueValues()) result.push_back(value.text());
+  return result;
+}
+
+Result<void> checkRights(const launchd::Plist& plist, uid_t user) {
+  using Keys = launchd::Plist::CodingKeys;
+  constexpr std::array limiting = {Keys::userName, Keys::groupName, Keys::rootDirectory};
+  if (user != 0 || !plist.unknownKeys) return {};
+  for (const Keys key : limiting) {
+    const std::string name(launchd::Plist::text(key));
+    if (std::find(plist.unknownKeys->begin(), plist.unknownKeys->end(), name) == plist.unknownKeys->end()) continue;
+    return Error{
+        .code = Error::Code::WrongType,
+        .message = "without its value of " + name + ", which can't be used, the job would have all of root's rights",
+        .keyPath = name};
+  }
+  return {};
 }
 
 }  // namespace mirvel::host

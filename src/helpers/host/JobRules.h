@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <chrono>
 #include <optional>
 #include <string>
@@ -46,5 +48,10 @@ struct JobRules {
 
 /// The keys of the job that this host can't serve; the rest of the job is run.
 std::vector<std::string> unservedKeys(const launchd::Plist& plist);
+/// What in the file has a value that doesn't fit it, by key path; it is ignored, as launchd does.
+std::vector<std::string> unusableValues(const launchd::Plist& plist);
+/// Fails with `WrongType` for a job of root's that would have more rights than its file wants, because the value of a
+/// key that takes some away can't be used.
+Result<void> checkRights(const launchd::Plist& plist, uid_t user);
 
 }  // namespace mirvel::host

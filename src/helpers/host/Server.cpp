@@ -8,6 +8,7 @@
 #endif
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 
 #include "helpers/host/EnabledJobs.h"
@@ -45,15 +46,22 @@ FileDescriptor openProcess(pid_t) {
 
 #endif
 
+/// What the next host would have to know of.
+bool concernsTheNextHost(std::string_view name) {
+  constexpr std::array names = {request::load, request::unload, request::start, request::takeOver,
+                                request::beginSession};
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 Error badRequest(const std::string& message) {
   return {.code = Error::Code::BadArgument, .message = message};
 }
 
 }  // namespace
 
-Server::Server(int listening, IsOfSession isOfSession, Host& host, PollLoop& loop)
+Server::Server(int listening, const Session& session, Host& host, PollLoop& loop)
     : m_listening(listening),
-      m_isOfSession(std::move(isOfSession)),
+      m_session(session),
       m_spare(::open("/dev/null", O_RDONLY | O_CLOEXEC)),
       m_host(host),
       m_loop(loop) {
@@ -103,6 +111,7 @@ void Server::serve(const Client& client) {
 void Server::answer(const Client& client, const wire::Frame& request) {
   const auto reply = [&](plist::Dictionary body) { client->send({request.id, std::move(body)}); };
   const std::string name = textOf(request.body, key::request).value_or("");
+  if ((m_shallQuit || m_host.isQuitting()) && concernsTheNextHost(name)) return reply(endingReply());
   if (name == request::unload) return unload(client, request);
   if (name == request::waitForEnd) return waitForEnd(client, request);
   if (name == request::beginSession) return beginSession(client, request);
@@ -111,17 +120,26 @@ void Server::answer(const Client& client, const wire::Frame& request) {
     start(request.body);
     return reply({});
   }
+  if (name == request::takeOver) return reply(takeOver(request.body));
   if (name == request::log) return reply(log(request.body));
   if (name == request::status) return reply(status());
   if (name != request::quit) return reply(errorReply(badRequest("the job host knows no request of that name")));
-  m_shallQuit = true;  // the end of the connection is the answer
+  quit();
+}
+
+/// The end of the connection is the answer.
+void Server::quit() {
+  m_shallQuit = true;
+  for (const auto& [weak, id] : m_successors) {
+    if (const auto successor = weak.lock()) successor->send({id, {}});
+  }
+  m_successors.clear();
 }
 
 plist::Dictionary Server::load(const Client& client, const plist::Dictionary& request) {
   const auto path = textOf(request, key::path);
   if (!path) return errorReply(badRequest("there is no path"));
-  const plist::Value* const temporary = request.find(key::temporary);
-  const bool isTemporary = temporary && temporary->as<bool>() && *temporary->as<bool>();
+  const bool isTemporary = isTrue(request, key::temporary);
   const auto loaded = m_host.load(*path, isTemporary ? Host::Noted::No : Host::Noted::Yes);
   if (loaded && isTemporary) unloadWith(client, *path);
   return loaded ? plist::Dictionary() : errorReply(loaded.error());
@@ -150,17 +168,19 @@ void Server::unloadWith(const Client& client, const std::filesystem::path& file)
   });
 }
 
+plist::Dictionary Server::takeOver(const plist::Dictionary& request) {
+  const auto paths = textsOf(request, key::paths);
+  const auto taken = m_host.takeOver({paths.begin(), paths.end()});
+  return taken ? plist::Dictionary() : errorReply(taken.error());
+}
+
 void Server::start(const plist::Dictionary& request) {
-  const plist::Value* const value = request.find(key::folders);
-  const auto* const folders = value ? value->as<plist::Array>() : nullptr;
-  if (!folders) return;
-  for (const plist::Value& folder : *folders) {
-    if (const auto* const path = folder.as<std::string>()) loadEnabledJobs(*path, m_host);
-  }
+  for (const std::string& folder : textsOf(request, key::folders)) loadEnabledJobs(folder, m_host);
 }
 
 /// A host of an earlier session has no display any more and an environment that leads nowhere: it makes room for one of
-/// the new session, which starts with the same jobs.
+/// the new session, which starts with the same jobs. As long as the desktop of the earlier one is open its jobs stay
+/// there, since they can't move without being stopped.
 void Server::beginSession(const Client& client, const wire::Frame& request) {
   const plist::Value* const value = request.body.find(key::environment);
   const auto* const variables = value ? value->as<plist::Dictionary>() : nullptr;
@@ -169,8 +189,14 @@ void Server::beginSession(const Client& client, const wire::Frame& request) {
   for (const auto& [name, variable] : *variables) {
     if (const auto* const text = variable.as<std::string>()) environment.emplace(name, *text);
   }
-  if (m_isOfSession(environment)) return client->send({request.id, {}});
-  m_shallQuit = true;  // the end of the connection is the answer
+  const bool isOwn = m_session.isThatOf(environment);
+  if (!isOwn && !m_session.isOpenDesktop()) {
+    m_shallQuit = true;  // the end of the connection is the answer
+    return;
+  }
+  start(request.body);
+  client->send({request.id, {{std::string(key::staysOpen), !isOwn}}});
+  if (!isOwn) m_successors.emplace_back(client, request.id);
 }
 
 plist::Dictionary Server::log(const plist::Dictionary& request) const {
@@ -197,26 +223,27 @@ void Server::unload(const Client& client, const wire::Frame& request) {
   if (!*unloaded) return client->send({request.id, {}});
   const auto limit = request.body.find(key::seconds) ? std::min(durationOf(request.body), longestStop) : longestStop;
   const auto until = currentTime().running + limit;
-  m_waiting.push_back({.client = client, .id = request.id, .label = **unloaded, .forUnload = true, .until = until});
+  m_waiting.push_back({.client = client, .id = request.id, .job = **unloaded, .forUnload = true, .until = until});
 }
 
 void Server::waitForEnd(const Client& client, const wire::Frame& request) {
   const auto label = textOf(request.body, key::label);
-  if (!label || !m_host.isLoaded(*label)) {
+  const auto job = label ? m_host.serialOf(*label) : std::nullopt;
+  if (!job) {
     Error error{.code = Error::Code::NotFound, .message = label.value_or("the job") + " isn't loaded"};
     return client->send({request.id, errorReply(error)});
   }
   const auto until = currentTime().running + durationOf(request.body);
-  m_waiting.push_back({.client = client, .id = request.id, .label = *label, .forUnload = false, .until = until});
+  m_waiting.push_back({.client = client, .id = request.id, .job = *job, .forUnload = false, .until = until});
 }
 
 std::optional<plist::Dictionary> Server::answerTo(const Waiting& waiting, milliseconds now) const {
   if (waiting.forUnload) {
-    if (!m_host.isLoaded(waiting.label)) return plist::Dictionary();
-    return now < waiting.until ? std::nullopt : std::optional(errorReply(m_host.stillRunning(waiting.label)));
+    if (!m_host.isLoaded(waiting.job)) return plist::Dictionary();
+    return now < waiting.until ? std::nullopt : std::optional(errorReply(m_host.stillRunning(waiting.job)));
   }
-  const bool hasRun = m_host.hasRun(waiting.label);
-  const bool isGone = !m_host.isLoaded(waiting.label);
+  const bool hasRun = m_host.hasRun(waiting.job);
+  const bool isGone = !m_host.isLoaded(waiting.job);
   if (!hasRun && !isGone && now < waiting.until) return std::nullopt;
   return plist::Dictionary{{std::string(key::ended), hasRun || isGone}};
 }

@@ -2,18 +2,18 @@
 
 #include <chrono>
 #include <filesystem>
-#include <functional>
 #include <list>
 #include <map>
 #include <memory>
 #include <set>
+#include <utility>
 #include <vector>
 
-#include "core/support/Environment.h"
 #include "core/support/FileDescriptor.h"
 #include "helpers/host/Connection.h"
 #include "helpers/host/Host.h"
 #include "helpers/host/PollLoop.h"
+#include "helpers/host/Session.h"
 
 namespace mirvel::host {
 
@@ -22,11 +22,8 @@ class Server {
  public:
   static constexpr std::size_t mostConnections = 128;
 
-  /// Whether this host belongs to the session of these variables.
-  using IsOfSession = std::function<bool(const Environment&)>;
-
-  /// `listening` is that of the host's presence.
-  Server(int listening, IsOfSession isOfSession, Host& host, PollLoop& loop);
+  /// `listening` is that of the host's presence, `session` that in which the host began; it must outlive the server.
+  Server(int listening, const Session& session, Host& host, PollLoop& loop);
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
@@ -46,7 +43,7 @@ class Server {
   struct Waiting {
     std::weak_ptr<Connection> client;
     std::int64_t id;
-    std::string label;
+    Host::Serial job;
     bool forUnload;  ///< else for its end
     std::chrono::milliseconds until;
   };
@@ -57,8 +54,10 @@ class Server {
   void answer(const Client& client, const wire::Frame& request);
   plist::Dictionary load(const Client& client, const plist::Dictionary& request);
   void unloadWith(const Client& client, const std::filesystem::path& file);
+  plist::Dictionary takeOver(const plist::Dictionary& request);
   void start(const plist::Dictionary& request);
   void beginSession(const Client& client, const wire::Frame& request);
+  void quit();
   plist::Dictionary log(const plist::Dictionary& request) const;
   plist::Dictionary status() const;
   void unload(const Client& client, const wire::Frame& request);
@@ -73,12 +72,14 @@ class Server {
   };
 
   int m_listening;
-  IsOfSession m_isOfSession;
+  const Session& m_session;
   FileDescriptor m_spare;  ///< given up for a moment when there are no descriptors left
   Host& m_host;
   PollLoop& m_loop;
   std::vector<Client> m_clients;
   std::list<Waiting> m_waiting;
+  /// Hosts of other sessions, with the numbers of their requests: one of them comes next.
+  std::vector<std::pair<std::weak_ptr<Connection>, std::int64_t>> m_successors;
   std::map<pid_t, Trier> m_triers;
   bool m_shallQuit = false;
 };

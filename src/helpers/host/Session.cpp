@@ -26,6 +26,7 @@ Session::Session(const Environment& environment, const fs::path& records) : m_va
   std::error_code failure;
   const fs::path record = records / number->second;
   if (fs::exists(record, failure)) m_record = record;
+  if (isOver()) m_record.clear();  // it was left before, as by a terminal multiplexer: its end is no news
 }
 
 Environment Session::variablesOf(const Environment& environment) {
@@ -47,6 +48,10 @@ bool Session::isOver() const {
   const auto text = readFile(m_record, largest);
   if (!text) return text.error().code == Error::Code::NotFound;
   return ("\n" + *text).find("\nSTATE=closing\n") != std::string::npos;
+}
+
+bool Session::isOpenDesktop() const {
+  return (m_variables.contains("DISPLAY") || m_variables.contains("WAYLAND_DISPLAY")) && !m_record.empty() && !isOver();
 }
 
 }  // namespace mirvel::host

@@ -22,7 +22,7 @@ constexpr const char* usage =
     "Runs launchd jobs where neither launchd nor systemd does: those that it is asked to load, and those that were\n"
     "loaded when it last ended. There is one for each user.\n\n"
     "  --detach     come back as soon as the host can be reached, and leave it running\n"
-    "  --login      a session of the user's begins: its jobs are loaded, and a host of another session ends\n"
+    "  --login      a session of the user's begins: its jobs are loaded, and the host of another session is followed\n"
     "  --root DIR   a machine's folders below this one, in place of the machine's own\n";
 
 struct Options {
@@ -61,7 +61,8 @@ int run(const Options& options, const Environment& environment) {
       .environment = environment,
       .machine = options.root,
       .beginsSession = options.beginsSession,
-      .jobFolders = options.beginsSession ? host::agentFolders(roots) : std::vector<std::filesystem::path>()};
+      .jobFolders = options.beginsSession ? host::agentFolders(roots) : std::vector<std::filesystem::path>(),
+      .sessionRecords = ("/" / options.root) / std::filesystem::path(host::Session::usualRecords).relative_path()};
   const auto ran = host::runHost(setup, [&] { detachment.complete(); });
   if (!ran) std::cerr << "mirvel-host: " << ran.error().text() << '\n';
   return ran ? 0 : 1;

@@ -44,6 +44,13 @@ std::vector<std::string> commandAtLogin(const EmbeddedHost::Settings& settings) 
   return result;
 }
 
+/// A host that hangs up without a word was killed. It may have done what it was asked for; what can be done twice is.
+bool mayAskTheNext(std::string_view request, const Error& error) {
+  using host::HostClient;
+  const bool canBeDoneTwice = request == request::start || request == request::unload;
+  return HostClient::hasEnded(error) || (canBeDoneTwice && HostClient::isHangUp(error));
+}
+
 }  // namespace
 
 EmbeddedHost::Settings EmbeddedHost::ofUser(const std::filesystem::path& program, const Roots& roots) {
@@ -72,10 +79,7 @@ Result<void> EmbeddedHost::start() {
   plist::Array folders;
   for (const auto& folder : m_settings.jobFolders) folders.emplace_back(folder.string());
   const plist::Dictionary arguments{{std::string(key::folders), std::move(folders)}};
-  auto started = ask(request::start, arguments, host::longestAnswer);
-  // Of a host that was killed a job on its way to its program may still hold the socket for a moment.
-  if (!started && host::HostClient::isHangUp(started.error()))
-    started = ask(request::start, arguments, host::longestAnswer);
+  const auto started = ask(request::start, arguments, host::longestAnswer);
   if (!started) return started.error();
   (void)m_autostart.install();  // the jobs run all the same, and the next start tries again
   return {};
@@ -139,7 +143,18 @@ Result<void> EmbeddedHost::quit() {
 
 Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plist::Dictionary& arguments,
                                             seconds limit) {
-  // Another may be starting it at the same time and not be as far yet, or one that ends may still be there.
+  constexpr int mostHosts = 3;  // one that ends with its session may be followed by another of that session
+  auto answer = askOne(request, arguments, limit);
+  for (int hosts = 1; hosts < mostHosts && !answer && mayAskTheNext(request, answer.error()); ++hosts) {
+    answer = askOne(request, arguments, limit);
+  }
+  return answer;
+}
+
+Result<plist::Dictionary> EmbeddedHost::askOne(std::string_view request, const plist::Dictionary& arguments,
+                                               seconds limit) {
+  // Another may be starting it at the same time and not be as far yet; of one that was killed a job on its way to its
+  // program may still hold the lock for a moment.
   constexpr auto patience = seconds(5);
   const auto end = steady_clock::now() + patience;
   for (;;) {

@@ -45,6 +45,8 @@ class EmbeddedHost : public JobHost {
  private:
   Result<plist::Dictionary> ask(std::string_view request, const plist::Dictionary& arguments,
                                 std::chrono::seconds limit);
+  Result<plist::Dictionary> askOne(std::string_view request, const plist::Dictionary& arguments,
+                                   std::chrono::seconds limit);
   Result<void> launch();
   bool hasNothingToUnload() const;
 

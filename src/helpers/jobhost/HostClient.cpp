@@ -28,28 +28,44 @@ bool isReadable(int socket, std::chrono::seconds limit) {
   }
 }
 
+/// Waits until a host that is ending hangs up; it says nothing more before.
+Error endOf(int connection) {
+  if (!isReadable(connection, longestQuit + longestAnswer)) {
+    return {.code = Error::Code::Io, .message = "the job host is about to end, and doesn't"};
+  }
+  return {.code = Error::Code::Io, .message = "the job host has ended", .systemCode = ECONNRESET};
+}
+
 }  // namespace
 
 Result<plist::Dictionary> HostClient::ask(std::string_view request, plist::Dictionary arguments,
                                           std::chrono::seconds limit) const {
-  const auto connection = connectTo(m_socket);
-  if (!connection) return connection.error();
-  if (!isTrustedPeer(connection->number())) {
-    return Error{.code = Error::Code::NotPermitted, .message = "the job host is another user's", .file = m_socket};
-  }
+  const auto connection = connect();
+  return connection ? askAt(*connection, request, std::move(arguments), limit) : connection.error();
+}
+
+Result<FileDescriptor> HostClient::connect() const {
+  auto connection = connectTo(m_socket);
+  if (!connection || isTrustedPeer(connection->number())) return connection;
+  return Error{.code = Error::Code::NotPermitted, .message = "the job host is another user's", .file = m_socket};
+}
+
+Result<plist::Dictionary> HostClient::askAt(const FileDescriptor& connection, std::string_view request,
+                                            plist::Dictionary arguments, std::chrono::seconds limit) {
   arguments.set(key::request, request);
   constexpr std::int64_t id = 1;
-  const auto sent = wire::sendFrame(connection->number(), {id, std::move(arguments)});
+  const auto sent = wire::sendFrame(connection.number(), {id, std::move(arguments)});
   if (!sent) return sent.error();
-  if (!isReadable(connection->number(), limit)) {
+  if (!isReadable(connection.number(), limit)) {
     const std::string time = std::to_string(limit.count());
     return Error{.code = Error::Code::Io, .message = "the job host hasn't answered within " + time + " seconds"};
   }
   wire::FrameReader reader;
-  auto answer = wire::receiveFrame(connection->number(), reader);
+  auto answer = wire::receiveFrame(connection.number(), reader);
   if (!answer) return answer.error();
   if (!*answer) return Error{.code = Error::Code::Io, .message = hungUpMessage};
   if ((*answer)->id != id) return badAnswer();
+  if (isTrue((*answer)->body, key::ending)) return endOf(connection.number());
   if (auto error = errorOf((*answer)->body)) return *std::move(error);
   return std::move((*answer)->body);
 }
@@ -78,9 +94,12 @@ bool HostClient::isNoHost(const Error& error) {
 }
 
 bool HostClient::isHangUp(const Error& error) {
-  // The system's codes are those of a host that ends before it has read the request.
-  if (error.systemCode == ECONNRESET || error.systemCode == EPIPE) return true;
-  return error.code == Error::Code::Io && error.message == hungUpMessage;
+  return hasEnded(error) || (error.code == Error::Code::Io && error.message == hungUpMessage);
+}
+
+bool HostClient::hasEnded(const Error& error) {
+  // The system says so of a host that ends before it has read the request.
+  return error.systemCode == ECONNRESET || error.systemCode == EPIPE;
 }
 
 }  // namespace mirvel::host

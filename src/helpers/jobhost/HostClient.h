@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/propertylist/Value.h"
+#include "core/support/FileDescriptor.h"
 #include "core/support/Result.h"
 #include "helpers/jobhost/HostLimits.h"
 #include "helpers/jobhost/HostMessages.h"
@@ -22,12 +23,19 @@ class HostClient {
                                 std::chrono::seconds limit = longestAnswer) const;
   Result<std::vector<HostedJobStatus>> status() const;
 
+  /// The two steps of `ask`, for those who stay connected.
+  Result<FileDescriptor> connect() const;
+  static Result<plist::Dictionary> askAt(const FileDescriptor& connection, std::string_view request,
+                                         plist::Dictionary arguments, std::chrono::seconds limit);
+
   /// The error for an answer without what was asked for.
   static Error badAnswer();
   /// Whether an error of `ask` says that no host is running.
   static bool isNoHost(const Error& error);
   /// Whether it says that the host hung up, which is its answer to `quit`.
   static bool isHangUp(const Error& error);
+  /// Whether it says that the host has ended and left undone what it was asked for: the next one can be asked.
+  static bool hasEnded(const Error& error);
 
  private:
   std::filesystem::path m_socket;

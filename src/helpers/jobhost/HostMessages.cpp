@@ -17,6 +17,22 @@ void put(plist::Dictionary& dictionary, std::string_view key, const std::optiona
 
 }  // namespace
 
+bool isTrue(const plist::Dictionary& dictionary, std::string_view key) {
+  const plist::Value* const value = dictionary.find(key);
+  return value && value->as<bool>() && *value->as<bool>();
+}
+
+std::vector<std::string> textsOf(const plist::Dictionary& dictionary, std::string_view key) {
+  const plist::Value* const value = dictionary.find(key);
+  const auto* const array = value ? value->as<plist::Array>() : nullptr;
+  std::vector<std::string> result;
+  if (!array) return result;
+  for (const plist::Value& element : *array) {
+    if (const auto* const text = element.as<std::string>()) result.push_back(*text);
+  }
+  return result;
+}
+
 std::optional<std::string> textOf(const plist::Dictionary& dictionary, std::string_view key) {
   const plist::Value* const value = dictionary.find(key);
   const auto* const text = value ? value->as<std::string>() : nullptr;
@@ -60,6 +76,12 @@ plist::Dictionary errorReply(const Error& error) {
   return {{std::string(key::error), plist::Dictionary{{std::string(key::code), static_cast<int>(error.code)},
                                                       {std::string(key::message), error.message},
                                                       {std::string(key::path), error.file}}}};
+}
+
+plist::Dictionary endingReply() {
+  auto reply = errorReply({.code = Error::Code::Io, .message = "the job host is about to end"});
+  reply.set(key::ending, true);
+  return reply;
 }
 
 std::optional<Error> errorOf(const plist::Dictionary& answer) {

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "core/support/SystemProcessRunner.h"
+#include "helpers/host/LoadedJobs.h"
+#include "helpers/host/Signpost.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
@@ -24,6 +26,18 @@ class HostFixture : public testing::Test {
   std::filesystem::path job(const std::string& label, const std::string& script, plist::Dictionary keys = {}) {
     keys.set("ProgramArguments", plist::Array{"/bin/sh", "-c", script});
     return folder.write("jobs/" + label + ".plist", testdata::jobText(label, std::move(keys)));
+  }
+
+  /// A job that tells its process, that of the host, and its display, and stays.
+  std::filesystem::path lastingJob(const std::string& label, const Signpost& post, plist::Dictionary keys = {}) {
+    keys.set("RunAtLoad", true);
+    return job(label, "exec 9> " + post.quoted() + "; echo $$ $PPID $DISPLAY >&9; exec sleep 1000", std::move(keys));
+  }
+
+  /// One that tells its process and that of the host, doesn't end when it is asked to, and is killed after a second.
+  std::filesystem::path stubbornJob(const std::string& label, const Signpost& post) {
+    return job(label, "trap '' TERM; echo $$ $PPID > " + post.quoted() + "; while :; do sleep 1000; done",
+               {{"RunAtLoad", true}, {"ExitTimeOut", 1}});
   }
 
   void load(const std::filesystem::path& file) {
@@ -56,6 +70,27 @@ class HostFixture : public testing::Test {
     const auto result = client.status();
     EXPECT_TRUE(result) << result.error().text();
     return result ? *result : std::vector<HostedJobStatus>();
+  }
+
+  std::vector<std::string> labels() {
+    std::vector<std::string> result;
+    for (const auto& job : status()) result.push_back(job.label);
+    return result;
+  }
+
+  void restart() {
+    ASSERT_TRUE(embedded.quit());
+    startNext();
+  }
+
+  /// Without loading anything but what is noted.
+  void startNext() { ASSERT_TRUE(embedded.unload("/nothing", {})); }
+
+  /// What the host notes for the next one.
+  std::vector<std::filesystem::path> noted() const {
+    const auto files = LoadedJobs(LoadedJobs::fileIn(places.folder)).read();
+    EXPECT_TRUE(files) << files.error().text();
+    return files ? *files : std::vector<std::filesystem::path>();
   }
 
   testdata::TemporaryFolder folder;

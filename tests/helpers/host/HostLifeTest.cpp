@@ -10,13 +10,14 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <functional>
 #include <sstream>
+#include <thread>
 
-#include "core/support/RegularFile.h"
 #include "helpers/host/Detachment.h"
 #include "helpers/host/EnabledJobs.h"
 #include "helpers/host/HostFixture.h"
-#include "helpers/host/LoadedJobs.h"
+#include "helpers/host/Lifeline.h"
 #include "helpers/host/PathWatch.h"
 #include "helpers/host/Session.h"
 #include "helpers/jobhost/HostAutostart.h"
@@ -27,48 +28,8 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-constexpr int longestWait = 60'000;  // milliseconds; then the test fails
-
-/// A pipe with a name, to which jobs write.
-class NamedPipe {
- public:
-  explicit NamedPipe(const fs::path& path) : m_path(make(path)), m_end(::open(path.c_str(), O_RDONLY | O_NONBLOCK)) {}
-
-  std::string path() const { return m_path.string(); }
-  /// The next line; none: the last writer has gone, or there was nobody.
-  std::optional<std::string> line() {
-    std::string line;
-    for (char c = 0; wait() && readUninterrupted(m_end.number(), &c, 1) == 1;) {
-      if (c == '\n') return line;
-      line += c;
-    }
-    return std::nullopt;
-  }
-  /// Keeps the pipe from ending between two writers.
-  void keepOpen() { m_writer = FileDescriptor(::open(m_path.c_str(), O_WRONLY)); }
-
- private:
-  static fs::path make(const fs::path& path) {
-    if (::mkfifo(path.c_str(), 0600) != 0) throw std::runtime_error("no named pipe");
-    return path;
-  }
-  bool wait() const {
-    pollfd waiting{.fd = m_end.number(), .events = POLLIN, .revents = 0};
-    return ::poll(&waiting, 1, longestWait) == 1;
-  }
-
-  fs::path m_path;
-  FileDescriptor m_end, m_writer;
-};
-
 class HostLife : public HostFixture {
  protected:
-  /// A job that tells its process, that of the host, and its display, and stays.
-  fs::path lastingJob(const std::string& label, const NamedPipe& pipe, plist::Dictionary keys = {}) {
-    keys.set("RunAtLoad", true);
-    return job(label, "exec 9> '" + pipe.path() + "'; echo $$ $PPID $DISPLAY >&9; exec sleep 1000", std::move(keys));
-  }
-
   /// Waits until there is something at the path.
   static bool appears(const fs::path& path) {
     const auto watch = makePathWatch();
@@ -83,18 +44,12 @@ class HostLife : public HostFixture {
   }
 
   /// Runs the host's program with a display, and waits until it goes on by itself.
-  void startOn(const std::string& display, std::vector<std::string> arguments) {
-    SystemProcessRunner session({{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}, {"DISPLAY", display}});
+  bool startOn(const std::string& display, std::vector<std::string> arguments, const std::string& number = {}) {
+    SystemProcessRunner session(
+        {{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}, {"DISPLAY", display}, {"XDG_SESSION_ID", number}});
     arguments.insert(arguments.end(), {"--detach", "--root", folder.path().string()});
     const auto result = session.run(MIRVEL_HOST, arguments);
-    ASSERT_TRUE(result) << result.error().text();
-    EXPECT_EQ(result->exitStatus, 0) << result->complaints;
-  }
-
-  std::vector<std::string> labels() {
-    std::vector<std::string> result;
-    for (const auto& job : status()) result.push_back(job.label);
-    return result;
+    return result && result->exitStatus == 0;
   }
 
   fs::path agent(const std::string& label, plist::Dictionary keys = {}) {
@@ -102,27 +57,13 @@ class HostLife : public HostFixture {
     keys.set("ProgramArguments", plist::Array{"/bin/true"});
     return folder.write(fs::relative(file, folder.path()), testdata::jobText(label, std::move(keys)));
   }
-
-  static bool isAlive(std::int64_t process) {
-    // One that has ended and isn't collected by whoever inherited it doesn't run any more.
-    std::ifstream stat("/proc/" + std::to_string(process) + "/stat");
-    std::string text;
-    std::getline(stat, text);
-    const auto name = text.rfind(") ");
-    return name != std::string::npos && text[name + 2] != 'Z';
-  }
 };
 
+/// What `lastingJob` tells.
 struct Processes {
-  std::int64_t job = 0;
-  std::int64_t host = 0;
-  std::string display;
+  std::string job, host, display;
 
-  static Processes of(const std::optional<std::string>& line) {
-    Processes result;
-    std::istringstream(line.value_or("")) >> result.job >> result.host >> result.display;
-    return result;
-  }
+  explicit Processes(Signpost& post) { std::istringstream(post.line()) >> job >> host >> display; }
 };
 
 TEST_F(HostLife, ALongPathToItsFolderIsNoObstacle) {
@@ -157,55 +98,79 @@ TEST_F(HostLife, IsFoundWhateverTheRuntimeFolderOfWhoAsks) {
 }
 
 TEST_F(HostLife, IsReachedAgainAfterItsFolderWasRemovedAndKeepsItsJobs) {
-  NamedPipe pipe(folder.path() / "pipe");
+  Signpost pipe(folder.path() / "pipe");
   load(lastingJob("stays", pipe));
-  const auto before = Processes::of(pipe.line());
+  const Processes before(pipe);
   for (const fs::path& removed : {places.socket, places.folder / "lock", places.folder}) {
     fs::rename(removed, folder.path() / "removed");  // all at once
     fs::remove_all(folder.path() / "removed");
     ASSERT_TRUE(appears(places.socket)) << removed;
     ASSERT_TRUE(appears(places.folder / "lock")) << removed;
     ASSERT_EQ(labels(), std::vector<std::string>{"stays"}) << removed;
-    EXPECT_EQ(status().front().process, before.job) << "nothing has happened to it";
+    EXPECT_EQ(status().front().process, std::stoi(before.job)) << "nothing has happened to it";
   }
   ASSERT_TRUE(appears(LoadedJobs::fileIn(places.folder)));
-  ASSERT_TRUE(embedded.quit());
-  ASSERT_TRUE(embedded.start());
+  ::kill(std::stoi(before.host), SIGKILL);
+  while (isAlive(before.host)) std::this_thread::yield();
+  startNext();
+  EXPECT_NE(Processes(pipe).job, before.job);
+  EXPECT_FALSE(isAlive(before.job)) << "the run is noted anew, too";
   EXPECT_THAT(labels(), ElementsAre("stays"));
 }
 
 TEST_F(HostLife, HandsItsJobsToTheHostThatHasTakenItsPlace) {
-  NamedPipe pipe(folder.path() / "pipe");
-  pipe.keepOpen();
-  load(lastingJob("first", pipe));
-  const auto before = Processes::of(pipe.line());
-  ASSERT_EQ(::kill(static_cast<pid_t>(before.host), SIGSTOP), 0);
+  Signpost pipe(folder.path() / "pipe"), stubborn(folder.path() / "stubborn");
+  const auto first = lastingJob("first", pipe), second = job("second", "true"), missing = job("missing", "true");
+  load(missing);
+  fs::remove(missing);
+  restart();
+  load(first);
+  const Processes before(pipe);
+  load(stubbornJob("unloaded", stubborn));
+  const auto left = stubborn.words();
+  (void)client.ask(request::unload, {{"label", "unloaded"}, {"seconds", 0}});
+  ASSERT_TRUE(embedded.loadTemporarily(job("tried", "true")));
+  ASSERT_EQ(::kill(std::stoi(before.host), SIGSTOP), 0);
   fs::remove_all(places.folder);
-  load(job("second", "true"));
-  ASSERT_EQ(::kill(static_cast<pid_t>(before.host), SIGCONT), 0);
-  const auto after = Processes::of(pipe.line());
+  load(second);
+  ASSERT_EQ(::kill(std::stoi(before.host), SIGCONT), 0);
+  const Processes after(pipe);
   EXPECT_NE(after.job, before.job);
   EXPECT_NE(after.host, before.host);
-  EXPECT_FALSE(isAlive(before.job));
+  for (const auto& process : {before.job, left.front()}) EXPECT_FALSE(isAlive(process));
   EXPECT_THAT(labels(), ElementsAre("first", "second"));
+  EXPECT_THAT(noted(), testing::UnorderedElementsAre(first, second, missing));
 }
 
 TEST_F(HostLife, EndsWithTheMachineBelowAFolder) {
   const testdata::TemporaryFolder elsewhere;
-  NamedPipe pipe(elsewhere.path() / "pipe");
+  Signpost pipe(elsewhere.path() / "pipe");
   const auto machine = elsewhere.path() / "machine";
   fs::create_directory(machine);
   EmbeddedHost other(EmbeddedHost::below(MIRVEL_HOST, machine), runner);
   ASSERT_TRUE(other.load(lastingJob("stays", pipe)));
-  ASSERT_NE(pipe.line(), std::nullopt);
+  pipe.line();
   fs::rename(machine, elsewhere.path() / "removed");
-  EXPECT_EQ(pipe.line(), std::nullopt) << "the job is stopped";
+  EXPECT_TRUE(pipe.isDeserted()) << "the job is stopped";
   EXPECT_FALSE(fs::exists(machine));
 }
 
+TEST_F(HostLife, EndsWithWhoeverMadeTheMachineEvenIfTheMachineStays) {
+  Signpost pipe(folder.path() / "pipe");
+  auto lifeline = Lifeline::hold(folder.path());
+  ASSERT_TRUE(lifeline) << lifeline.error().text();
+  const auto file = lastingJob("stays", pipe);
+  load(file);
+  const Processes before(pipe);
+  EXPECT_TRUE(isAlive(before.job));
+  lifeline->reset();
+  EXPECT_TRUE(pipe.isDeserted()) << "the job is stopped";
+  while (isAlive(before.host)) std::this_thread::yield();
+  EXPECT_FALSE(embedded.load(file)) << "there is no host for a machine that was left";
+}
+
 TEST_F(HostLife, SurvivesThatItsStarterHasGone) {
-  NamedPipe pipe(folder.path() / "pipe");
-  pipe.keepOpen();
+  Signpost pipe(folder.path() / "pipe");
   const pid_t child = ::fork();
   if (child == 0) {
     ::signal(SIGPIPE, SIG_DFL);
@@ -213,7 +178,7 @@ TEST_F(HostLife, SurvivesThatItsStarterHasGone) {
     Detachment detachment;
     if (!detachment.fork()) ::_exit(0);
     while (::getppid() == parent) ::sched_yield();
-    const int out = ::open(pipe.path().c_str(), O_WRONLY);
+    const int out = ::open((folder.path() / "pipe").c_str(), O_WRONLY);
     detachment.complete();
     (void)!::write(out, "survived\n", 9);
     ::_exit(0);
@@ -247,27 +212,58 @@ TEST_F(HostLife, FilesOfJobsAreNoMoreOpenThanTheUsersOwn) {
 }
 
 TEST_F(HostLife, ALoginStartsAnewUnlessItIsOfTheSameSession) {
-  NamedPipe pipe(folder.path() / "pipe");
-  pipe.keepOpen();
-  startOn(":1", {"--login"});
+  Signpost pipe(folder.path() / "pipe");
+  EXPECT_TRUE(startOn(":1", {"--login"}));
   load(lastingJob("shows", pipe));
-  const auto first = Processes::of(pipe.line());
+  const Processes first(pipe);
   EXPECT_EQ(first.display, ":1");
-  startOn(":1", {"--login"});
-  startOn(":2", {});  // no login: somebody only wants a host, and there is one
-  EXPECT_EQ(status().front().process, first.job);
-  startOn(":2", {"--login"});
-  const auto second = Processes::of(pipe.line());
+  EXPECT_TRUE(startOn(":1", {"--login"}));
+  EXPECT_TRUE(startOn(":2", {}));  // no login: somebody only wants a host, and there is one
+  EXPECT_EQ(status().front().process, std::stoi(first.job));
+  EXPECT_TRUE(startOn(":2", {"--login"}));
+  const Processes second(pipe);
   EXPECT_EQ(second.display, ":2");
   EXPECT_FALSE(isAlive(first.job));
   EXPECT_THAT(labels(), ElementsAre("shows"));
+}
+
+TEST_F(HostLife, ASecondLoginLeavesTheJobsToTheFirstUntilThatIsOver) {
+  Signpost pipe(folder.path() / "pipe");
+  folder.write("run/systemd/sessions/c1", "STATE=active\n");
+  folder.write("run/systemd/sessions/c2", "STATE=active\n");
+  EXPECT_TRUE(startOn(":1", {"--login"}, "c1"));
+  load(lastingJob("shows", pipe));
+  const Processes first(pipe);
+  agent("later");
+  EXPECT_TRUE(startOn(":2", {"--login"}, "c2"));
+  EXPECT_EQ(status().front().process, std::nullopt);
+  EXPECT_EQ(status().back().process, std::stoi(first.job));
+  EXPECT_THAT(labels(), ElementsAre("later", "shows")) << "a login loads the jobs of the folders all the same";
+  folder.write("run/systemd/sessions/c1", "STATE=closing\n");
+  EXPECT_EQ(Processes(pipe).display, ":2");
+  EXPECT_FALSE(isAlive(first.job));
+  EXPECT_THAT(labels(), ElementsAre("later", "shows"));
+}
+
+TEST_F(HostLife, NobodyFollowsAHostThatWasAskedToEnd) {
+  folder.write("run/systemd/sessions/c1", "STATE=active\n");
+  EXPECT_TRUE(startOn(":1", {"--login"}, "c1"));
+  const auto successor = client.connect();
+  ASSERT_TRUE(successor);
+  const plist::Dictionary session{{"environment", plist::Dictionary{{"DISPLAY", ":2"}}}};
+  const auto answer = HostClient::askAt(*successor, request::beginSession, session, longestAnswer);
+  ASSERT_TRUE(answer) << answer.error().text();
+  EXPECT_TRUE(isTrue(*answer, key::staysOpen));
+  ASSERT_TRUE(embedded.quit());
+  char byte = 0;
+  EXPECT_EQ(readUninterrupted(successor->number(), &byte, 1), 1) << "it isn't only hung up";
 }
 
 TEST_F(HostLife, ALoginAndAStartLoadTheEnabledJobsOfTheFolders) {
   agent("enabled");
   agent("disabled", {{"Disabled", true}});
   folder.write("home/.config/mirvel/LaunchAgents/no job.txt", testdata::jobText("text"));
-  startOn(":1", {"--login"});
+  EXPECT_TRUE(startOn(":1", {"--login"}));
   EXPECT_THAT(labels(), ElementsAre("enabled"));
   agent("later");
   const auto broken = agent("broken");
@@ -278,6 +274,37 @@ TEST_F(HostLife, ALoginAndAStartLoadTheEnabledJobsOfTheFolders) {
   ASSERT_TRUE(lines);
   EXPECT_EQ(lines->size(), 1U);
   EXPECT_TRUE(fs::exists(Roots::below(folder.path()).ownAutostart / HostAutostart::fileName));
+}
+
+TEST_F(HostLife, WhatIsAskedOfAHostThatIsEndingIsDoneByTheNext) {
+  Signpost post(folder.path() / "post"), willing(folder.path() / "willing");
+  const auto stubborn = stubbornJob("stubborn", post), loaded = job("loaded", "true");
+  const struct {
+    const char* name;
+    std::function<bool()> isDone;
+    std::vector<std::string> labels;
+  } rows[] = {
+      {"load", [&] { return static_cast<bool>(embedded.load(loaded)); }, {"loaded", "stubborn", "willing"}},
+      {"start", [&] { return static_cast<bool>(embedded.start()); }, {"agent", "loaded", "stubborn", "willing"}},
+      {"login", [&] { return startOn(":1", {"--login"}); }, {"agent", "loaded", "stubborn", "willing"}},
+      {"unload",
+       [&] { return static_cast<bool>(embedded.unload(stubborn, "stubborn")); },
+       {"agent", "loaded", "willing"}},
+  };
+  load(stubborn);
+  load(lastingJob("willing", willing));
+  agent("agent");
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const auto before = post.words();
+    ASSERT_EQ(before.size(), 2U);
+    willing.line();
+    ASSERT_EQ(::kill(std::stoi(before[1]), SIGTERM), 0);
+    ASSERT_TRUE(willing.isDeserted()) << "all jobs are asked to end";
+    EXPECT_TRUE(row.isDone());
+    EXPECT_EQ(labels(), row.labels);
+    EXPECT_FALSE(isAlive(before[0]));
+  }
 }
 
 TEST_F(HostLife, IsNotStartedToUnloadWhatCannotBeLoaded) {
@@ -337,6 +364,8 @@ TEST_F(HostLife, ASessionIsOverWhenItsRecordSaysSo) {
     EXPECT_EQ(Session({{"XDG_SESSION_ID", number}}, folder.path()).record(), fs::path()) << number;
   }
   EXPECT_FALSE(Session({}, folder.path()).isOver());
+  folder.write("c2", "STATE=closing\n");
+  EXPECT_FALSE(Session({{"XDG_SESSION_ID", "c2"}}, folder.path()).isOver()) << "what it outlived has no more to say";
 }
 
 }  // namespace

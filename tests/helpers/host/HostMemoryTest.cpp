@@ -6,11 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
-
 #include "helpers/host/HostFixture.h"
-#include "helpers/host/LoadedJobs.h"
-#include "helpers/host/Signpost.h"
 
 namespace mirvel::host {
 namespace {
@@ -19,40 +15,29 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class HostMemory : public HostFixture {
- protected:
-  void restart() {
-    ASSERT_TRUE(embedded.quit());
-    ASSERT_TRUE(embedded.unload("/nothing", {}));
-  }
-  std::vector<std::string> loaded() {
-    std::vector<std::string> labels;
-    for (const auto& job : status()) labels.push_back(job.label);
-    return labels;
-  }
-};
+using HostMemory = HostFixture;
 
 TEST_F(HostMemory, LoadsAJobWhoseFileWasMissingAsSoonAsItIsThere) {
   Signpost ran(folder.path() / "ran");
-  const std::string script = "echo ran > '" + (folder.path() / "ran").string() + "'";
+  const std::string script = "echo ran > " + ran.quoted();
   const auto file = job("absent", script);
   load(file);
   fs::rename(folder.path() / "jobs", folder.path() / "unmounted");
   restart();
   restart();  // it is still noted
-  EXPECT_THAT(loaded(), IsEmpty());
+  EXPECT_THAT(labels(), IsEmpty());
   const plist::Dictionary keys{{"RunAtLoad", true}, {"ProgramArguments", plist::Array{"/bin/sh", "-c", script}}};
   folder.write("unmounted/absent.plist", testdata::jobText("absent", keys));
   fs::rename(folder.path() / "unmounted", folder.path() / "jobs");
   EXPECT_EQ(ran.line(), "ran");
-  EXPECT_THAT(loaded(), ElementsAre("absent"));
+  EXPECT_THAT(labels(), ElementsAre("absent"));
 
   fs::remove(file);
   restart();
   EXPECT_TRUE(embedded.unload(file, "absent"));
   job("absent", script);
   restart();
-  EXPECT_THAT(loaded(), IsEmpty()) << "it was unloaded while its file was missing";
+  EXPECT_THAT(labels(), IsEmpty()) << "it was unloaded while its file was missing";
 }
 
 TEST_F(HostMemory, KeepsADamagedListBesideTheNewOne) {
@@ -61,14 +46,14 @@ TEST_F(HostMemory, KeepsADamagedListBesideTheNewOne) {
     load(job(damage, "true"));
     ASSERT_TRUE(embedded.quit());
     folder.write(fs::relative(list, folder.path()), damage);
-    ASSERT_TRUE(embedded.unload("/nothing", {}));
-    EXPECT_THAT(loaded(), IsEmpty());
+    startNext();
+    EXPECT_THAT(labels(), IsEmpty());
   }
   EXPECT_EQ(testdata::bytes(list.string() + ".damaged-1"), "first damage");
   EXPECT_EQ(testdata::bytes(list.string() + ".damaged-2"), "second damage");
   load(job("third", "true"));
   restart();
-  EXPECT_THAT(loaded(), ElementsAre("third"));
+  EXPECT_THAT(labels(), ElementsAre("third"));
 }
 
 TEST_F(HostMemory, UnloadsNothingThatWouldBeLoadedAgainAtTheNextStart) {
@@ -78,13 +63,13 @@ TEST_F(HostMemory, UnloadsNothingThatWouldBeLoadedAgainAtTheNextStart) {
   fs::remove(list);
   fs::create_directory(list);  // as good as a full disk: nothing can be written there
   EXPECT_FALSE(embedded.unload(file, "noted"));
-  EXPECT_THAT(loaded(), ElementsAre("noted"));
+  EXPECT_THAT(labels(), ElementsAre("noted"));
   EXPECT_FALSE(embedded.load(job("more", "true")));
-  EXPECT_THAT(loaded(), ElementsAre("noted"));
+  EXPECT_THAT(labels(), ElementsAre("noted"));
   fs::remove(list);
   EXPECT_TRUE(embedded.unload(file, "noted"));
   restart();
-  EXPECT_THAT(loaded(), IsEmpty());
+  EXPECT_THAT(labels(), IsEmpty());
 }
 
 TEST_F(HostMemory, StartsNothingThatWasSwitchedOffMeanwhile) {
@@ -98,40 +83,36 @@ TEST_F(HostMemory, StartsNothingThatWasSwitchedOffMeanwhile) {
   };
   switchOff("off");
   fs::remove(late);
-  ASSERT_TRUE(embedded.unload("/nothing", {})) << "the next one is started";
+  startNext();
   switchOff("late");
   load(job("last", "true"));
-  EXPECT_THAT(loaded(), ElementsAre("last"));
+  EXPECT_THAT(labels(), ElementsAre("last"));
   EXPECT_FALSE(fs::exists(folder.path() / "ran"));
 }
 
 TEST_F(HostMemory, ForgetsAJobThatWasOnlyTried) {
   load(job("kept", "true"));
   ASSERT_TRUE(embedded.loadTemporarily(job("tried", "true")));
-  EXPECT_THAT(loaded(), ElementsAre("kept", "tried"));
+  EXPECT_THAT(labels(), ElementsAre("kept", "tried"));
   restart();
-  EXPECT_THAT(loaded(), ElementsAre("kept"));
+  EXPECT_THAT(labels(), ElementsAre("kept"));
 }
 
 TEST_F(HostMemory, EndsWhatIsTriedByAProcessThatIsKilled) {
 #ifndef __linux__
   GTEST_SKIP() << "only Linux tells of the end of any process";
 #endif
-  const auto pipe = Signpost::makePipe(folder.path() / "pipe");
-  const auto file =
-      job("tried", "exec 9> '" + pipe.string() + "'; echo $$ >&9; exec sleep 1000", {{"RunAtLoad", true}});
+  Signpost pipe(folder.path() / "pipe");
+  const auto file = lastingJob("tried", pipe);
   const pid_t helper = ::fork();
   if (helper == 0) {
     (void)embedded.loadTemporarily(file);
     for (;;) ::pause();
   }
-  std::ifstream lines(pipe);
-  std::string process, rest;
-  std::getline(lines, process);
-  EXPECT_TRUE(isAlive(process));
+  EXPECT_TRUE(isAlive(pipe.words().front()));
   ::kill(helper, SIGKILL);
   ::waitpid(helper, nullptr, 0);
-  EXPECT_FALSE(std::getline(lines, rest)) << "the pipe ends with the last process that has it open";
+  EXPECT_TRUE(pipe.isDeserted());
 }
 
 TEST_F(HostMemory, LoadsNothingThatOthersCouldHaveWritten) {
@@ -163,10 +144,10 @@ TEST_F(HostMemory, NamesTheFileFromWhichALabelIsLoadedAlready) {
 
   const auto copy = folder.path() / "jobs" / "other.plist";
   EXPECT_TRUE(embedded.unload(copy, "same"));
-  EXPECT_THAT(loaded(), ElementsAre("same")) << "it isn't the copy that is loaded";
+  EXPECT_THAT(labels(), ElementsAre("same")) << "it isn't the copy that is loaded";
   fs::rename(first, copy);
   EXPECT_TRUE(embedded.unload(copy, "same")) << "now it is";
-  EXPECT_THAT(loaded(), IsEmpty());
+  EXPECT_THAT(labels(), IsEmpty());
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <signal.h>
 #include <sys/stat.h>
 
-#include <fstream>
 #include <sstream>
 #include <thread>
 
@@ -12,8 +11,6 @@
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/HostSocket.h"
 #include "helpers/host/JobLog.h"
-#include "helpers/host/LoadedJobs.h"
-#include "helpers/host/Signpost.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::host {
@@ -91,8 +88,7 @@ TEST_F(HostProgram, BecomesTheUserOfARootJob) {
 
 TEST_F(HostProgram, StartsAKeptAliveJobAgain) {
   Signpost signpost(folder.path() / "pipe");
-  load(job("phoenix", "echo $$ > '" + (folder.path() / "pipe").string() + "'",
-           {{"KeepAlive", true}, {"ThrottleInterval", 0}}));
+  load(job("phoenix", "echo $$ > " + signpost.quoted(), {{"KeepAlive", true}, {"ThrottleInterval", 0}}));
   const std::string first = signpost.line();
   const std::string second = signpost.line();
   EXPECT_NE(first, "");
@@ -101,10 +97,8 @@ TEST_F(HostProgram, StartsAKeptAliveJobAgain) {
 
 TEST_F(HostProgram, KillsAJobThatDoesNotWantToEnd) {
   Signpost signpost(folder.path() / "pipe");
-  load(job("stubborn",
-           "trap '' TERM; echo $$ > '" + (folder.path() / "pipe").string() + "'; while :; do sleep 1000; done",
-           {{"RunAtLoad", true}, {"ExitTimeOut", 1}}));
-  const std::string process = signpost.line();
+  load(stubbornJob("stubborn", signpost));
+  const std::string process = signpost.words().front();
   EXPECT_TRUE(isAlive(process));
   unload("stubborn");
   EXPECT_FALSE(isAlive(process));
@@ -115,27 +109,25 @@ TEST_F(HostProgram, KillsAJobThatDoesNotWantToEnd) {
 TEST_F(HostProgram, StopsWhatAJobLeavesBehindUnlessTheFileForbidsIt) {
   for (const bool isAbandoned : {false, true}) {
     const std::string label = isAbandoned ? "abandons" : "leaves";
-    const auto pipe = Signpost::makePipe(folder.path() / label);
-    load(job(label, "exec 9> '" + pipe.string() + "'; sleep 1000 & echo $! >&9",
+    Signpost pipe(folder.path() / label);
+    load(job(label, "exec 9> " + pipe.quoted() + "; sleep 1000 & echo $! >&9",
              {{"RunAtLoad", true}, {"AbandonProcessGroup", isAbandoned}}));
-    std::ifstream lines(pipe);
-    std::string process, rest;
-    std::getline(lines, process);
+    const std::string process = pipe.line();
     EXPECT_TRUE(hasEnded(label));
     if (isAbandoned) {
       EXPECT_TRUE(isAlive(process));
       ::kill(std::stoi(process), SIGKILL);
     }
-    EXPECT_FALSE(std::getline(lines, rest)) << "the pipe ends with the last process that has it open";
+    EXPECT_TRUE(pipe.isDeserted());
   }
 }
 
 TEST_F(HostProgram, KeepsItsLogBoundedForAJobThatPrintsWithoutEnd) {
   Signpost signpost(folder.path() / "pipe");
-  load(job("chatterbox",
-           "head -c 20000000 /dev/zero | tr '\\0' 'x'; yes | head -n 2000000; echo > '" +
-               (folder.path() / "pipe").string() + "'; exec yes",
-           {{"RunAtLoad", true}}));
+  load(job(
+      "chatterbox",
+      "head -c 20000000 /dev/zero | tr '\\0' 'x'; yes | head -n 2000000; echo > " + signpost.quoted() + "; exec yes",
+      {{"RunAtLoad", true}}));
   signpost.line();
   unload("chatterbox");
   std::uintmax_t size = 0;
@@ -148,13 +140,13 @@ TEST_F(HostProgram, KeepsItsLogBoundedForAJobThatPrintsWithoutEnd) {
 TEST_F(HostProgram, NoticesPathsAndQueues) {
   const auto& root = folder.path();
   Signpost watched(root / "watched"), queued(root / "queued"), there(root / "there");
-  const auto tell = [&](const std::string& name) { return "echo " + name + " > '" + (root / name).string() + "'"; };
   fs::create_directories(root / "queue");
-  load(job("watcher", tell("watched"), {{"WatchPaths", plist::Array{(root / "later" / "file").string()}}}));
-  load(job("queue", "rm '" + (root / "queue" / "item").string() + "'; " + tell("queued"),
+  load(job("watcher", "echo watched > " + watched.quoted(),
+           {{"WatchPaths", plist::Array{(root / "later" / "file").string()}}}));
+  load(job("queue", "rm '" + (root / "queue" / "item").string() + "'; " + "echo queued > " + queued.quoted(),
            {{"QueueDirectories", plist::Array{(root / "queue").string()}}}));
   const plist::Dictionary flag{{(root / "flag").string(), true}};
-  load(job("state", tell("there"), {{"KeepAlive", plist::Dictionary{{"PathState", flag}}}}));
+  load(job("state", "echo there > " + there.quoted(), {{"KeepAlive", plist::Dictionary{{"PathState", flag}}}}));
   folder.write("later/file", "1");
   EXPECT_EQ(watched.line(), "watched");
   folder.write("queue/item", "1");
@@ -171,7 +163,7 @@ TEST_F(HostProgram, KnowsItsJobsAgainAfterARestart) {
   fs::remove(folder.path() / "jobs" / "vanishes.plist");
   ASSERT_TRUE(embedded.quit());
   EXPECT_FALSE(client.status()) << "it has ended";
-  EXPECT_TRUE(embedded.unload("/nothing", {})) << "it is started again";
+  startNext();
   ASSERT_EQ(status().size(), 1U);
   EXPECT_EQ(status()[0].label, "stays");
   EXPECT_NE(status()[0].nextRun, std::nullopt);
@@ -210,6 +202,19 @@ TEST_F(HostProgram, TellsOfTheKeysThatItCannotServe) {
   load(job("rich", "echo here", {{"RunAtLoad", true}, {"MachServices", plist::Dictionary{{"a.b", true}}}}));
   EXPECT_TRUE(hasEnded("rich"));
   EXPECT_THAT(said("rich"), ElementsAre(HasSubstr("MachServices"), "started", "here", "exited with 0"));
+}
+
+TEST_F(HostProgram, RunsAJobWithoutTheValuesThatCannotBeUsed) {
+  load(job("odd", "echo here; nice",
+           {{"RunAtLoad", true},
+            {"Nice", "much"},
+            {"Disabled", "no"},
+            {"EnvironmentVariables", plist::Dictionary{{"GOOD", "1"}, {"BAD", 1}}},
+            {"Comment", "an unknown key is no matter"}}));
+  EXPECT_TRUE(hasEnded("odd"));
+  EXPECT_THAT(said("odd"),
+              ElementsAre(HasSubstr("the value of Disabled can't be used"), HasSubstr("of Nice can't"),
+                          HasSubstr("of EnvironmentVariables.BAD can't"), "started", "here", "0", "exited with 0"));
 }
 
 TEST_F(HostProgram, LosesNothingButTheConnectionToAClientThatMisbehaves) {

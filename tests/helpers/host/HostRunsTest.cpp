@@ -6,16 +6,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
-#include <sstream>
 #include <thread>
 
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/JobProcess.h"
-#include "helpers/host/LoadedJobs.h"
 #include "helpers/host/RunNotes.h"
-#include "helpers/host/Signpost.h"
 #include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {
@@ -41,15 +37,10 @@ void killHost(const std::string& process) {
   while (isAlive(process)) std::this_thread::yield();
 }
 
-std::vector<std::string> words(const std::string& line) {
-  std::istringstream stream(line);
-  return {std::istream_iterator<std::string>(stream), {}};
-}
-
 TEST_F(HostRuns, AsksTheWholeGroupToEndBeforeAnyOfItIsKilled) {
   Signpost ready(folder.path() / "ready");
   const std::string tidy = "trap 'echo tidied > " + quoted("tidied") + "; exit' TERM; ";
-  load(job("family", "(" + tidy + "echo > " + quoted("ready") + "; sleep 1000 & wait) & wait", {{"RunAtLoad", true}}));
+  load(job("family", "(" + tidy + "echo > " + ready.quoted() + "; sleep 1000 & wait) & wait", {{"RunAtLoad", true}}));
   ready.line();
   unload("family");
   EXPECT_EQ(testdata::bytes(folder.path() / "tidied"), "tidied\n");
@@ -58,7 +49,7 @@ TEST_F(HostRuns, AsksTheWholeGroupToEndBeforeAnyOfItIsKilled) {
 
 TEST_F(HostRuns, StopsWhatHasBegunASessionOfItsOwnToo) {
   Signpost ready(folder.path() / "ready");
-  load(job("daemon", "setsid sleep 1000 & echo $! > " + quoted("ready") + "; wait", {{"RunAtLoad", true}}));
+  load(job("daemon", "setsid sleep 1000 & echo $! > " + ready.quoted() + "; wait", {{"RunAtLoad", true}}));
   const std::string process = ready.line();
   ASSERT_TRUE(isAlive(process));
   unload("daemon");
@@ -70,7 +61,7 @@ TEST_F(HostRuns, LeavesASessionOfItsOwnRunningWhenTheJobEndsByItself) {
   const std::string go = Signpost::makePipe(folder.path() / "go").string();
   load(job("starter",
            "setsid sh -c 'echo $$ > " + go + "; exec sleep 1000' & read -r line < " + go + "; echo $line > " +
-               quoted("ready"),
+               ready.quoted(),
            {{"RunAtLoad", true}}));
   const std::string process = ready.line();
   EXPECT_TRUE(hasEnded("starter"));
@@ -81,23 +72,34 @@ TEST_F(HostRuns, LeavesASessionOfItsOwnRunningWhenTheJobEndsByItself) {
 
 TEST_F(HostRuns, SaysWhatIsStillRunningWhenTheTimeToWaitIsOver) {
   Signpost ready(folder.path() / "ready");
-  const auto file = job("stubborn", "trap '' TERM; echo $$ > " + quoted("ready") + "; while :; do sleep 1000; done",
-                        {{"RunAtLoad", true}, {"ExitTimeOut", 1}});
+  const auto file = stubbornJob("stubborn", ready);
   load(file);
-  const std::string process = ready.line();
-  const auto unloaded = client.ask("unload", {{"label", "stubborn"}, {"seconds", 0}});
+  const std::string process = ready.words().front();
+  const auto unloaded = client.ask(request::unload, {{"label", "stubborn"}, {"seconds", 0}});
   ASSERT_FALSE(unloaded);
   EXPECT_EQ(unloaded.error().code, Error::Code::StillRunning);
   EXPECT_THAT(unloaded.error().text(), HasSubstr("process " + process));
   const auto again = embedded.load(file);
   ASSERT_FALSE(again);
   EXPECT_EQ(again.error().code, Error::Code::StillRunning);
-  EXPECT_NE(ready.line(), process) << "it is loaded once its last run has ended";
+  EXPECT_NE(ready.words().front(), process) << "it is loaded once its last run has ended";
   EXPECT_FALSE(isAlive(process));
-  (void)client.ask("unload", {{"label", "stubborn"}, {"seconds", 0}});
+  (void)client.ask(request::unload, {{"label", "stubborn"}, {"seconds", 0}});
   ASSERT_FALSE(embedded.load(file));
   EXPECT_TRUE(embedded.unload(file, "stubborn")) << "which takes the load back, too";
-  EXPECT_TRUE(LoadedJobs(places.folder / "loaded.plist").read()->empty());
+  EXPECT_THAT(noted(), IsEmpty());
+}
+
+TEST_F(HostRuns, AnUnloadWaitsForItsOwnJobAndNotForTheNextOfThatLabel) {
+  const auto first = job("same", "true"), second = folder.write("jobs/second.plist", testdata::bytes(first));
+  fs::create_directories(places.folder);
+  ASSERT_TRUE(LoadedJobs(LoadedJobs::fileIn(places.folder)).write({first, second}));
+  startNext();
+  const auto path = [&] { return status().empty() ? "" : status().front().path; };
+  EXPECT_EQ(path(), first);
+  const auto unloaded = client.ask(request::unload, {{"path", first.string()}, {"seconds", 0}});
+  EXPECT_TRUE(unloaded) << unloaded.error().text();
+  EXPECT_EQ(path(), second);
 }
 
 TEST_F(HostRuns, EndsWhatAKilledHostHasLeftBeforeAnythingRunsTwice) {
@@ -108,13 +110,13 @@ TEST_F(HostRuns, EndsWhatAKilledHostHasLeftBeforeAnythingRunsTwice) {
              std::string(isStubborn ? "trap '' TERM; " : "") +
                  "sleep 1000 & group=$!; setsid sleep 1000 & session=$!; env -i sleep 1000 & "
                  "echo $PPID $$ $group $session $! > " +
-                 quoted(label.c_str()) + "; wait",
+                 ready.quoted() + "; wait",
              {{"RunAtLoad", true}, {"ExitTimeOut", 1}}));
-    const auto before = words(ready.line());
+    const auto before = ready.words();
     ASSERT_EQ(before.size(), 5U);
     killHost(before[0]);
-    EXPECT_TRUE(embedded.unload("/nothing", {})) << "the next one is started";
-    const auto after = words(ready.line());
+    startNext();
+    const auto after = ready.words();
     EXPECT_NE(after[0], before[0]);
     for (const auto& process : before) EXPECT_FALSE(isAlive(process)) << process;
     unload(label);
@@ -126,8 +128,8 @@ TEST_F(HostRuns, EndsWhatAKilledHostHasLeftBeforeAnythingRunsTwice) {
 
 TEST_F(HostRuns, EndsWhatIsLeftOfAJobThatIsNoLongerLoaded) {
   Signpost ready(folder.path() / "ready");
-  load(job("gone", "sleep 1000 & echo $PPID $! > " + quoted("ready") + "; wait", {{"RunAtLoad", true}}));
-  const auto before = words(ready.line());
+  load(job("gone", "sleep 1000 & echo $PPID $! > " + ready.quoted() + "; wait", {{"RunAtLoad", true}}));
+  const auto before = ready.words();
   killHost(before[0]);
   fs::remove(places.folder / "loaded.plist");
   unload("gone");

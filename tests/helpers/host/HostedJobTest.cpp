@@ -281,5 +281,46 @@ TEST(HostedJob, IsStoppedByForceOnlyAfterItsTime) {
   }
 }
 
+launchd::Plist jobWith(const std::string& keys) {
+  auto plist =
+      launchd::Plist::readTolerantly("<plist><dict><key>Label</key><string>job</string>" + keys + "</dict></plist>");
+  EXPECT_TRUE(plist) << keys;
+  return plist ? *std::move(plist) : launchd::Plist();
+}
+
+TEST(JobRules, AnIntervalWithATimeThatCannotBeUsedIsNotTakenForOneThatComesMoreOften) {
+  const std::string noon = "<dict><key>Hour</key><integer>12</integer><key>Minute</key><integer>0</integer></dict>";
+  const std::string wrong = "<dict><key>Hour</key><string>noon</string><key>Minute</key><integer>0</integer></dict>";
+  const struct {
+    std::string interval;
+    std::size_t rules;
+  } rows[] = {{noon, 1},
+              {wrong, 0},
+              {"<array>" + wrong + noon + "</array>", 1},
+              {"<array>" + noon + wrong + wrong + "</array>", 1},
+              {"<dict><key>Comment</key><true/></dict>", 1},
+              {"<string>noon</string>", 0}};
+  for (const auto& row : rows) {
+    const auto rules = JobRules::of(jobWith("<key>StartCalendarInterval</key>" + row.interval));
+    EXPECT_EQ(rules.calendar.size(), row.rules) << row.interval;
+  }
+}
+
+TEST(JobRules, NoJobOfRootsHasMoreRightsThanItsFileWants) {
+  const struct {
+    const char* keys;
+    uid_t user;
+    bool isRefused;
+  } rows[] = {{"<key>UserName</key><integer>501</integer>", 0, true},
+              {"<key>GroupName</key><true/>", 0, true},
+              {"<key>RootDirectory</key><array/>", 0, true},
+              {"<key>UserName</key><integer>501</integer>", 501, false},  // it has the user's rights anyway
+              {"<key>UserName</key><string>nobody</string>", 0, false},
+              {"<key>Nice</key><string>much</string>", 0, false}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(!checkRights(jobWith(row.keys), row.user), row.isRefused) << row.keys << " of " << row.user;
+  }
+}
+
 }  // namespace
 }  // namespace mirvel::host

@@ -1,0 +1,48 @@
+#include "helpers/host/Lifeline.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "core/support/RegularFile.h"
+
+namespace mirvel::host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path pipeIn(const fs::path& machine) {
+  return machine / "lifeline";
+}
+
+FileDescriptor openToRead(const fs::path& pipe) {
+  return FileDescriptor(::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW));
+}
+
+}  // namespace
+
+Result<FileDescriptor> Lifeline::hold(const fs::path& machine) {
+  const fs::path pipe = pipeIn(machine);
+  std::error_code failure;
+  fs::create_directories(machine, failure);  // if that fails, so does what follows, and tells why
+  if (::mkfifo(pipe.c_str(), 0600) != 0) return systemError(errno, "make", pipe);
+  const FileDescriptor reader = openToRead(pipe);  // without one a writer would wait
+  FileDescriptor writer(reader ? ::open(pipe.c_str(), O_WRONLY | O_CLOEXEC) : -1);
+  return writer ? Result<FileDescriptor>(std::move(writer)) : systemError(errno, "open", pipe);
+}
+
+FileDescriptor Lifeline::grasp(const fs::path& machine) {
+  struct stat found {};
+  if (machine.empty() || ::lstat(pipeIn(machine).c_str(), &found) != 0 || !S_ISFIFO(found.st_mode)) return {};
+  return openToRead(pipeIn(machine));
+}
+
+bool Lifeline::isCut(const FileDescriptor& grasped) {
+  char byte = 0;
+  return grasped && readUninterrupted(grasped.number(), &byte, 1) == 0;
+}
+
+}  // namespace mirvel::host
