@@ -10,7 +10,8 @@ namespace mirvel::testdata {
 /// Job files before and after an edit, which Python's reader of property lists compares: see untouched.py.
 class Untouched {
  public:
-  /// `edited`: the keys that may and must differ, such as "Program|ProgramArguments" or "KeepAlive:Crashed".
+  /// `edited`: the keys that may and must differ, such as "Program|ProgramArguments", "KeepAlive:Crashed" or
+  /// "WatchPaths[0]+2".
   void add(const std::string& name, const std::string& edited, std::string_view before, std::string_view after);
   std::size_t count() const { return m_count; }
 

@@ -3,12 +3,14 @@
 
 The input file holds one case after another: a line with the name, the keys that were edited, and the sizes of the two
 lists, parted by tabs, and then the bytes of both. The keys are parted by bars; `Key:Entry` allows a change of the
-entries of that name anywhere below the key, a key alone any change of its value. A size of "-" stands for the list
-before in the last case. Prints a line for each difference that wasn't asked for, and for each case without the change
+entries of that name anywhere below the key, a key alone any change of its value, and `Key[1,4]+2` that of the elements
+of a list (or of a dictionary alone, which counts as one of them) 1 and 4 went and two came, the others being as they
+were and in their order. A size of "-" stands for the list before in the last case. Prints a line for each difference that wasn't asked for, and for each case without the change
 that was.
 """
 
 import plistlib
+import re
 import sys
 
 
@@ -37,8 +39,29 @@ def differences(before, after, path=()):
         yield path
 
 
+def elements(value):
+    return value if type(value) is list else [value]
+
+
+def keeps_elements(before, after, gone, added):
+    """Whether the elements that stayed are those that should have."""
+    kept = [element for index, element in enumerate(elements(before)) if index not in gone]
+    now = elements(after) if after is not None else []
+    found = 0
+    for element in now:
+        if found < len(kept) and next(differences(kept[found], element), None) is None:
+            found += 1
+    return found == len(kept) and len(now) == len(kept) + added
+
+
 def is_allowed(path, edited, before, after):
     for key in edited:
+        if counts := re.fullmatch(r"(\w+)\[([\d,]*)\]\+(\d+)", key):
+            owner, gone, added = counts.groups()
+            gone = {int(index) for index in gone.split(",") if index}
+            if path[0] == owner and keeps_elements(before.get(owner, []), after.get(owner), gone, int(added)):
+                return True
+            continue
         owner, _, entry = key.partition(":")
         if path[0] != owner:
             continue

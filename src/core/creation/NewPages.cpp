@@ -86,7 +86,7 @@ void NewWhenPage::applyRules(launchd::Plist& plist) const {
   ScheduledController& controller = m_sheet.program.scheduledController;
   Scheduled::RuleEditor own(controller);
   if (!m_editor) controller.load(m_sheet.job.rules, own);
-  plist.applyRules((m_editor ? *m_editor : own).rows(), controller.texts(), controller.numbers());
+  plist.applyRules((m_editor ? *m_editor : own).applied());
 }
 
 void NewWhenPage::keepRules() {

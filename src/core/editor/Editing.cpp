@@ -34,7 +34,7 @@ Launchd* Editing::markJobChanged(std::string_view field) {
   if (!isAbout(job) || (!state.hasUnsavedChanges && m_undone.empty())) began(job, checksumAtStart(*job));
   if (!continuesStep(field)) {
     if (m_done.empty()) m_wasChanged = state.hasUnsavedChanges;
-    m_done.push_back({.record = job->plist().clone(), .kind = job->kind});
+    m_done.push_back({.record = job->plist().clone(), .kind = job->kind, .unfinished = m_unfinished});
     dropOldSteps();
   }
   m_undone.clear();
@@ -60,6 +60,11 @@ bool Editing::continuesStep(std::string_view field) {
   return continues;
 }
 
+Unfinished& Editing::unfinished() {
+  if (!isAbout(selected())) m_unfinished = {};
+  return m_unfinished;
+}
+
 bool Editing::canUndo() const {
   return isAbout(selected()) && !m_done.empty() && !m_program.state.saving.isBusy();
 }
@@ -78,9 +83,10 @@ void Editing::redo() {
 
 void Editing::swap(std::vector<State>& from, std::vector<State>& to) {
   const auto job = selected();
-  to.push_back({.record = std::move(job->plist()), .kind = job->kind});
+  to.push_back({.record = std::move(job->plist()), .kind = job->kind, .unfinished = std::move(m_unfinished)});
   job->plist() = std::move(from.back().record);
   job->kind = from.back().kind;
+  m_unfinished = std::move(from.back().unfinished);
   from.pop_back();
   m_field.clear();
   m_program.state.hasUnsavedChanges = !m_done.empty() || m_wasChanged;
@@ -95,6 +101,7 @@ void Editing::swap(std::vector<State>& from, std::vector<State>& to) {
 
 void Editing::reset() {
   m_job.reset();
+  m_unfinished = {};
   m_done.clear();
   m_undone.clear();
   m_field.clear();

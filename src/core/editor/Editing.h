@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/catalogue/Kind.h"
+#include "core/editor/Unfinished.h"
 #include "core/plist/Plist.h"
 
 namespace mirvel {
@@ -23,6 +24,9 @@ class Editing {
   /// selected, and nothing has happened. Of one field that is named, what follows shortly upon another change of it is
   /// part of the same step.
   Launchd* markJobChanged(std::string_view field = {});
+
+  /// What is entered for the selected job without being in its record. To be changed after `markJobChanged` only.
+  Unfinished& unfinished();
 
   bool canUndo() const;
   bool canRedo() const;
@@ -49,6 +53,7 @@ class Editing {
   struct State {
     launchd::Plist record;
     Kind kind;
+    Unfinished unfinished;
   };
 
   std::shared_ptr<Launchd> selected() const;
@@ -62,6 +67,7 @@ class Editing {
   std::string m_fileChecksum;
   std::string m_sentChecksum;
   bool m_wasChanged = false;  ///< before the first step
+  Unfinished m_unfinished;
   std::vector<State> m_done;
   std::vector<State> m_undone;
   std::string m_field;  ///< of the last step

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <utility>
 
 #include "core/plist/LimitLoadToSessionType.h"
+#include "core/support/Localize.h"
 
 namespace mirvel::GridTable {
 
@@ -105,6 +107,25 @@ void Table::tell() {
   if (rows == m_told) return;
   m_told = std::move(rows);
   m_delegate.gridTableChanged(m_key, m_rows);
+}
+
+std::optional<std::size_t> Table::refusedRow() const {
+  return hasBox(m_kind) ? repeatedRow(m_rows) : std::nullopt;
+}
+
+std::optional<InvalidField> Table::refuse(const Localize& localize) const {
+  const auto row = refusedRow();
+  if (!row) return std::nullopt;
+  return InvalidField{.message = localize.tableCantBeSaved(m_key),
+                      .reason = localize.moreThanOneRowIsCalled(m_rows[*row].string)};
+}
+
+std::optional<std::size_t> repeatedRow(const std::vector<Item>& rows) {
+  std::set<std::string_view> texts;
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    if (!rows[row].string.empty() && !texts.insert(rows[row].string).second) return row;
+  }
+  return std::nullopt;
 }
 
 std::optional<launchd::StringMap<bool>> dictionaryOf(const std::vector<Item>& rows) {

@@ -9,10 +9,12 @@
 #include <vector>
 
 #include "core/plist/StringMap.h"
+#include "core/support/InvalidField.h"
 
 namespace mirvel {
 
 class GridTableDelegate;
+class Localize;
 
 /// The rules of a small table with add and delete buttons.
 namespace GridTable {
@@ -52,7 +54,7 @@ struct SessionTypeItem {
 };
 
 /// What a table is filled from: a dictionary gives rows sorted by their texts, an array rows in its order.
-using Source = std::variant<launchd::StringMap<bool>, std::vector<std::string>>;
+using Source = std::variant<launchd::StringMap<bool>, std::vector<std::string>, std::vector<Item>>;
 
 /// The rows, which tell the delegate of each change of their contents. Rows without a text are none, so that one which
 /// is still to be given its text isn't told. A change of a row that isn't there does nothing.
@@ -65,6 +67,10 @@ class Table {
   const std::string& key() const { return m_key; }
   const std::vector<Item>& rows() const { return m_rows; }
   std::array<SessionTypeItem, 4> sessionTypeItems() const;
+  /// The first row that can't be saved beside those before it.
+  std::optional<std::size_t> refusedRow() const;
+  /// Why it can't be. None: all can.
+  std::optional<InvalidField> refuse(const Localize& localize) const;
 
   /// Adds a row at the end, its box ticked, and gives its index. One without a text is then to be given it by the user.
   std::size_t add(std::string text);
@@ -76,6 +82,7 @@ class Table {
  private:
   void load(const launchd::StringMap<bool>& source);
   void load(const std::vector<std::string>& source);
+  void load(const std::vector<Item>& source) { m_rows = source; }
   void tell();
 
   Kind m_kind;
@@ -85,6 +92,8 @@ class Table {
   std::vector<Item> m_told;  ///< the rows with a text, as the delegate knows them
 };
 
+/// The first row with the text of one before it: a dictionary would lose one of the two. Rows without a text are none.
+std::optional<std::size_t> repeatedRow(const std::vector<Item>& rows);
 /// The rows as a dictionary, without those that have no text; of like texts the last wins. None if nothing is left.
 std::optional<launchd::StringMap<bool>> dictionaryOf(const std::vector<Item>& rows);
 /// The texts of the rows in their order, without empty ones. None if nothing is left.

@@ -44,7 +44,11 @@ class Search {
   void compareElements(const Array& file, const Array& read) {
     for (std::size_t i = 0; i < file.size(); ++i) {
       m_path.push_back('[' + std::to_string(i) + ']');
-      compare(file[i], read[i]);
+      if (read[i].as<Dictionary>() && !file[i].as<Dictionary>()) {
+        m_found.push_back({m_path, file[i]});
+      } else {
+        compare(file[i], read[i]);
+      }
       m_path.pop_back();
     }
   }
@@ -105,8 +109,12 @@ bool holdsAt(const Value& file, std::span<const std::string> path) {
 void removeAt(Value& file, std::span<const std::string> path) {
   if (path.empty()) return;
   Value* const parent = valueAt(file, path.first(path.size() - 1));
-  auto* const dictionary = parent ? parent->as<Dictionary>() : nullptr;
-  if (dictionary) (void)dictionary->remove(path.back());  // it may be gone already
+  if (!parent) return;
+  if (auto* const dictionary = parent->as<Dictionary>()) {
+    (void)dictionary->remove(path.back());  // it may be gone already
+  } else if (Value* const value = element(*parent, path.back())) {
+    *value = Dictionary();
+  }
 }
 
 }  // namespace mirvel::launchd

@@ -21,11 +21,13 @@ struct OpaqueValue {
   std::string text() const;
 };
 
-/// What `file` holds in its dictionaries and `read`, which was made of it, doesn't.
+/// What `file` holds in its dictionaries and `read`, which was made of it, doesn't; and what is no dictionary there
+/// where `read` has one in a list.
 std::vector<OpaqueValue> opaqueValues(const plist::Value& file, const plist::Value& read);
 
 bool holdsAt(const plist::Value& file, std::span<const std::string> path);
-/// Takes the entry of a dictionary out, if it is there.
+/// Takes the entry of a dictionary out, if it is there. An element of a list leaves an empty dictionary, so that the
+/// others keep their places.
 void removeAt(plist::Value& file, std::span<const std::string> path);
 
 }  // namespace mirvel::launchd

@@ -1,13 +1,16 @@
 #include "core/plist/Plist.h"
 
+#include "core/plist/IntervalOrigins.h"
 #include "core/plist/MergeIntoFile.h"
 #include "core/plist/PlistKeys.h"
+#include "core/schedule/AppliedRules.h"
 
 namespace mirvel::launchd {
 
 namespace {
 
 constexpr auto keyTexts = textsOf(plistKeys);
+constexpr std::string_view calendarKey = keyTexts[static_cast<std::size_t>(Plist::CodingKeys::startCalendarInterval)];
 
 }  // namespace
 
@@ -37,22 +40,48 @@ plist::Dictionary Plist::encodeWithUnknown() const {
   return file;
 }
 
+/// The file as it was read, without what the next save takes out.
+plist::Value Plist::fileWithoutRemoved() const {
+  plist::Value file = dictionary->value();
+  for (const auto& path : removedValues) removeAt(file, path);
+  return file;
+}
+
 plist::Dictionary Plist::encodeAll() const {
   const auto read = asRead();
   if (!read) return encode();
-  plist::Value file = dictionary->value();
-  for (const auto& path : removedValues) removeAt(file, path);
-  return mergeIntoFile(*file.as<plist::Dictionary>(), read->encodeWithUnknown(), encodeWithUnknown());
+  const plist::Value whole = fileWithoutRemoved();
+  const auto& file = *whole.as<plist::Dictionary>();
+  plist::Dictionary merged = mergeIntoFile(file, read->encodeWithUnknown(), encodeWithUnknown());
+  const plist::Value* const intervals = file.find(calendarKey);
+  if (!intervals || !read->startCalendarInterval) return merged;
+  auto merge =
+      mergeIntervals(*intervals, *read->startCalendarInterval, startCalendarInterval.value_or(StartCalendarInterval()));
+  const auto* list = merge.as<plist::Array>();
+  if (!list || !list->empty()) merged.set(calendarKey, std::move(merge));
+  return merged;
 }
 
 std::vector<OpaqueValue> Plist::opaqueValues() const {
   const auto read = asRead();
   if (!read) return {};
-  plist::Value file = dictionary->value();
-  for (const auto& path : removedValues) removeAt(file, path);
-  auto values = launchd::opaqueValues(file, read->encodeWithUnknown());
-  const plist::Value edited = encodeWithUnknown();
-  std::erase_if(values, [&edited](const OpaqueValue& value) { return holdsAt(edited, value.path); });
+  const plist::Value whole = fileWithoutRemoved();
+  const auto* const intervals = whole.as<plist::Dictionary>()->find(calendarKey);
+  const auto arranged = [intervals](const Plist& record, Absent absent) {
+    plist::Dictionary values = record.encodeWithUnknown();
+    const auto& calendar = record.startCalendarInterval;
+    if (intervals && calendar) values.set(calendarKey, arrangedLike(*intervals, *calendar, absent));
+    return plist::Value(std::move(values));
+  };
+  auto values = launchd::opaqueValues(whole, arranged(*read, Absent::IsEmpty));
+  // What belongs to a key or an interval that was removed goes with it, unless the interval never was one.
+  const plist::Value edited = arranged(*this, Absent::IsAsInFile);
+  const bool isList = intervals && intervals->as<plist::Array>();
+  std::erase_if(values, [&](const OpaqueValue& value) {
+    const bool isElement = isList && value.path.size() == 2 && value.path.front() == calendarKey;
+    if (isElement) return false;
+    return !edited.as<plist::Dictionary>()->find(value.path.front()) || holdsAt(edited, value.path);
+  });
   return values;
 }
 
@@ -70,13 +99,13 @@ Plist Plist::blankPlist() {
   return plist;
 }
 
-void Plist::applyRules(const std::vector<Scheduled::Row>& rows, const Scheduled::Texts& texts,
-                       const Scheduled::NumberText& numbers, const Scheduled::Week& week) {
-  auto rules = Scheduled::readRows(rows, texts, numbers, week);
-  const bool wasSingle = startCalendarInterval && startCalendarInterval->singleValue;
+void Plist::applyRules(Scheduled::AppliedRules rules) {
+  const plist::Node* const inFile = dictionary ? dictionary->find(calendarKey) : nullptr;
+  const bool isSingle =
+      inFile ? inFile->type() == plist::Type::Dictionary : startCalendarInterval && startCalendarInterval->singleValue;
   startInterval = rules.startInterval;
   startCalendarInterval = std::move(rules.startCalendarInterval);
-  if (startCalendarInterval) startCalendarInterval->singleValue = wasSingle;
+  if (startCalendarInterval) startCalendarInterval->singleValue = isSingle;
 }
 
 }  // namespace mirvel::launchd

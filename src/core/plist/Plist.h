@@ -23,14 +23,16 @@
 #include "core/plist/Umask.h"
 #include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
-#include "core/schedule/AppliedRules.h"
 #include "core/schedule/Scheduled.h"
 #include "core/support/Boxed.h"
 #include "core/support/Result.h"
 
 namespace mirvel {
 class CommandRepairs;
+namespace Scheduled {
+struct AppliedRules;
 }
+}  // namespace mirvel
 
 namespace mirvel::launchd {
 
@@ -151,9 +153,8 @@ class Plist {
   [[nodiscard]] bool normalizeForSave(CommandRepairs& repairs);
 
   /// Sets the schedule to what the rows of the rule editor say. `scheduled` keeps the rules of the file, and one
-  /// interval its form.
-  void applyRules(const std::vector<Scheduled::Row>& rows, const Scheduled::Texts& texts,
-                  const Scheduled::NumberText& numbers, const Scheduled::Week& week = Scheduled::Week::current());
+  /// interval the form that it has there.
+  void applyRules(Scheduled::AppliedRules rules);
 
   Plist() = default;
   Plist(Plist&&) = default;
@@ -226,6 +227,7 @@ class Plist {
 
  private:
   plist::Dictionary encodeWithUnknown() const;
+  plist::Value fileWithoutRemoved() const;
 
   Plist(const Plist&) = default;
   Plist& operator=(const Plist&) = default;

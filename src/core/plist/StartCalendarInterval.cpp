@@ -17,12 +17,24 @@ constexpr auto keys = std::tuple{
 static_assert(isComplete(keys, K::month));
 constexpr auto keyTexts = textsOf(keys);
 
+void decodeElements(const plist::Node& node, const Place& place, std::vector<Interval>& result) {
+  const auto elements = elementsOf(node, place);
+  result.reserve(elements.size());
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    if (place.isTolerant() && elements[i].type() != plist::Type::Dictionary) continue;  // the file keeps it
+    Interval& interval = result.emplace_back();
+    decode(elements[i], place.index(i), interval);
+    interval.origin = i;
+  }
+}
+
 void decodeForms(const plist::Node& node, const Place& place, StartCalendarInterval& result) {
   if (node.type() == plist::Type::Array) {
-    decode(node, place, result.intervals);
+    decodeElements(node, place, result.intervals);
   } else if (node.type() == plist::Type::Dictionary) {
     result.singleValue = true;
     decode(node, place, result.intervals.emplace_back());
+    result.intervals.front().origin = 0;
   } else {
     failWrongType(node, place, "a dictionary or an array of dictionaries");
   }

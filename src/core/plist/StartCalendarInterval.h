@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -25,6 +26,8 @@ struct StartCalendarInterval {
     std::optional<std::int64_t> day = {};      ///< of the month
     std::optional<std::int64_t> weekday = {};  ///< 0 and 7 are Sunday
     std::optional<std::int64_t> month = {};    ///< 1 to 12
+    /// The index of the element in the file that it was read from, with which a save merges it. None: it is new.
+    std::optional<std::size_t> origin = {};
 
     bool operator==(const Interval&) const = default;
   };
@@ -35,7 +38,8 @@ struct StartCalendarInterval {
   bool operator==(const StartCalendarInterval&) const = default;
 };
 
-/// Neither a dictionary nor an array of them, or a number of the wrong type: a failure of code `NoForm`.
+/// Neither a dictionary nor an array of them, or a number of the wrong type: a failure of code `NoForm`. At a tolerant
+/// place, elements that aren't dictionaries are left out.
 void decode(const plist::Node& node, const Place& place, StartCalendarInterval& result);
 void decode(const plist::Node& node, const Place& place, StartCalendarInterval::Interval& result);
 std::optional<plist::Value> encode(const StartCalendarInterval& value);

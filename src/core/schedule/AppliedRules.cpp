@@ -3,14 +3,18 @@
 #include <algorithm>
 #include <limits>
 #include <string_view>
+#include <utility>
 
+#include "core/schedule/FileRules.h"
+#include "core/schedule/RuleRow.h"
 #include "core/support/Dates.h"
 
 namespace mirvel::Scheduled {
 
 namespace {
 
-using Interval = launchd::StartCalendarInterval::Interval;
+using launchd::StartCalendarInterval;
+using Interval = StartCalendarInterval::Interval;
 
 /// The element of a row as that type; null if it is missing or of another.
 template <typename Element>
@@ -133,12 +137,85 @@ class RowReader {
   std::vector<Interval> m_intervals;
 };
 
+/// Whether the two are about the same day of the week, or neither about any.
+bool areOfOneDay(const Interval& one, const Interval& other) {
+  return shownInterval(one).weekday == shownInterval(other).weekday;
+}
+
+/// `interval` so edited that it shows what `wanted` says. What it holds beside that stays, unless it would show.
+Interval edited(const Interval& interval, const Interval& wanted) {
+  const Interval shown = shownInterval(interval);
+  Interval result = interval;
+  if (shown.minute != wanted.minute || shown.hour != wanted.hour) {  // they are one control
+    result.minute = wanted.minute;
+    result.hour = wanted.hour;
+  }
+  if (shown.day != wanted.day) result.day = wanted.day;
+  if (shown.weekday != wanted.weekday) result.weekday = wanted.weekday;
+  if (shown.month != wanted.month) result.month = wanted.month;
+  if (shownInterval(result) == shownInterval(wanted)) return result;
+  result = wanted;
+  result.origin = interval.origin;
+  return result;
+}
+
+/// The intervals of a row that was edited. Those of one day belong together; if no day stayed, they do in their order.
+std::vector<Interval> edited(const std::vector<Interval>& intervals, const std::vector<Interval>& wanted) {
+  std::vector<Interval> result;
+  bool hasCommonDay = false;
+  for (const Interval& now : wanted) {
+    const std::size_t before = result.size();
+    for (const Interval& interval : intervals) {
+      if (areOfOneDay(interval, now)) result.push_back(edited(interval, now));
+    }
+    hasCommonDay = hasCommonDay || result.size() > before;
+    if (result.size() == before) result.push_back(now);
+  }
+  for (std::size_t i = 0; !hasCommonDay && i < std::min(intervals.size(), result.size()); ++i) {
+    result[i] = edited(intervals[i], result[i]);
+  }
+  return result;
+}
+
+/// In the order of the file; what is new follows what it stands behind.
+void sortByOrigin(std::vector<Interval>& intervals) {
+  std::vector<std::pair<std::size_t, Interval>> placed;
+  std::size_t place = 0;
+  for (const Interval& interval : intervals) {
+    if (interval.origin) place = *interval.origin + 1;
+    placed.emplace_back(place, interval);
+  }
+  std::stable_sort(placed.begin(), placed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::transform(placed.begin(), placed.end(), intervals.begin(), [](auto& each) { return each.second; });
+}
+
 }  // namespace
 
 AppliedRules readRows(const std::vector<Row>& rows, const Texts& texts, const NumberText& numbers, const Week& week) {
   RowReader reader(texts, numbers, week);
   for (const Row& row : rows) reader.read(row);
   return std::move(reader).result();
+}
+
+AppliedRules appliedRules(const std::vector<RuleRow>& rows, const Texts& texts, const NumberText& numbers,
+                          const Week& week) {
+  const auto read = [&](const Row& row) { return readRows({row}, texts, numbers, week); };
+  AppliedRules result;
+  std::vector<Interval> intervals;
+  for (const RuleRow& row : rows) {
+    const AppliedRules now = read(row.displayValues);
+    FileSource source{now.startInterval, now.startCalendarInterval.value_or(StartCalendarInterval()).intervals};
+    if (row.origin && read(row.origin->row) == now) {
+      source = row.origin->source;
+    } else if (row.origin) {
+      source.intervals = edited(row.origin->source.intervals, source.intervals);
+    }
+    if (!result.startInterval) result.startInterval = source.startInterval;
+    intervals.insert(intervals.end(), source.intervals.begin(), source.intervals.end());
+  }
+  sortByOrigin(intervals);
+  if (!intervals.empty()) result.startCalendarInterval = {.intervals = std::move(intervals)};
+  return result;
 }
 
 }  // namespace mirvel::Scheduled

@@ -14,6 +14,8 @@ namespace mirvel::Scheduled {
 /// The fewest seconds between two runs (launchd.plist(5), ThrottleInterval).
 inline constexpr std::int64_t shortestInterval = 10;
 
+struct RuleRow;
+
 /// What the rows of the rule editor stand for in the job file.
 struct AppliedRules {
   std::optional<std::int64_t> startInterval = {};  ///< at least 10 seconds
@@ -27,5 +29,11 @@ struct AppliedRules {
 /// rows with a repeat interval the first counts.
 AppliedRules readRows(const std::vector<Row>& rows, const Texts& texts, const NumberText& numbers,
                       const Week& week = Week::current());
+
+/// Likewise, but a row that says what it said at first stands for what it was made from, even if that is more than the
+/// row can say; and one that was edited changes nothing of that but what the edit is about. The intervals stand in the
+/// order of the file, new ones behind what the row before stands for.
+AppliedRules appliedRules(const std::vector<RuleRow>& rows, const Texts& texts, const NumberText& numbers,
+                          const Week& week = Week::current());
 
 }  // namespace mirvel::Scheduled

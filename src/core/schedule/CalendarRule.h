@@ -20,6 +20,9 @@ class CalendarRule {
   /// number out of range never comes.
   static CalendarRule asRun(const launchd::StartCalendarInterval::Interval& interval);
 
+  /// Whether the same minutes fit both.
+  bool operator==(const CalendarRule&) const = default;
+
   /// The first fitting minute at or after that time, but before `end`.
   std::optional<std::chrono::local_seconds> first(std::chrono::local_seconds from,
                                                   std::chrono::local_seconds end) const;

@@ -2,46 +2,54 @@
 
 #include <cstddef>
 #include <map>
+#include <tuple>
+#include <utility>
 
 namespace mirvel::Scheduled {
 
 namespace {
 
-/// What there is at one time of day.
-struct Slot {
-  Days days;     // with a rule
-  Days grouped;  // of these, told by a group
-  bool isFolded = false;
-};
+std::size_t dayOf(const FileRule& rule) {
+  return static_cast<std::size_t>(std::get<DayOfWeek>(rule.rule).day);
+}
+
+/// The same for rules that differ in nothing but their days.
+auto slotOf(const FileRule& rule) {
+  const auto& interval = rule.source.intervals.front();
+  const bool isDay = *interval.weekday >= 0 && *interval.weekday <= 7;
+  return std::tuple(interval.minute, interval.hour, interval.month, isDay ? 0 : *interval.weekday);
+}
 
 bool holdsAll(const Days& days, const Days& members) {
   return members.any() && (days & members) == members;
 }
 
-void foldSlot(Slot& slot, Time time, const Week& week, std::vector<DayOfWeek>& result) {
-  const auto addGroup = [&](const Days& members, int groupDay) {
-    if (!holdsAll(slot.days, members)) return;
-    result.push_back({.day = groupDay, .time = time});
-    slot.grouped |= members;
-  };
-  addGroup(week.weekdays, DayOfWeek::weekdays);
-  addGroup(week.weekends, DayOfWeek::weekends);
-  slot.isFolded = true;
-}
-
 }  // namespace
 
-std::vector<DayOfWeek> foldDays(const std::vector<DayOfWeek>& singleDays, const Week& week) {
-  std::map<Time, Slot> slots;
-  for (const DayOfWeek& rule : singleDays) slots[rule.time].days.set(static_cast<std::size_t>(rule.day));
+std::vector<FileRule> foldDays(std::vector<FileRule> singleDays, const Week& week) {
+  using Slot = decltype(slotOf(singleDays.front()));
+  std::map<Slot, Days> days;
+  for (const FileRule& rule : singleDays) days[slotOf(rule)].set(dayOf(rule));
 
-  std::vector<DayOfWeek> result;
-  for (const DayOfWeek& rule : singleDays) {
-    Slot& slot = slots[rule.time];
-    if (!slot.isFolded) foldSlot(slot, rule.time, week, result);
+  std::vector<FileRule> result;
+  std::map<std::pair<Slot, int>, std::size_t> groups;  // where they stand in the result
+  const auto addGroup = [&](const FileRule& rule, const Days& members, int groupDay) {
+    const Slot slot = slotOf(rule);
+    if (!holdsAll(days[slot], members) || !groups.try_emplace({slot, groupDay}, result.size()).second) return;
+    result.push_back({DayOfWeek{.day = groupDay, .time = std::get<DayOfWeek>(rule.rule).time}});
+  };
+  for (const FileRule& rule : singleDays) {
+    addGroup(rule, week.weekdays, DayOfWeek::weekdays);
+    addGroup(rule, week.weekends, DayOfWeek::weekends);
   }
-  for (const DayOfWeek& rule : singleDays) {
-    if (!slots[rule.time].grouped.test(static_cast<std::size_t>(rule.day))) result.push_back(rule);
+  for (FileRule& rule : singleDays) {
+    const int groupDay = week.weekdays.test(dayOf(rule)) ? DayOfWeek::weekdays : DayOfWeek::weekends;
+    const auto group = groups.find({slotOf(rule), groupDay});
+    if (group == groups.end()) {
+      result.push_back(std::move(rule));
+    } else {
+      result[group->second].source.intervals.push_back(rule.source.intervals.front());
+    }
   }
   return result;
 }

@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "core/schedule/FileRules.h"
 #include "core/schedule/Scheduled.h"
 
 /// What the rule editor shows, as plain values.
@@ -30,6 +31,14 @@ using DisplayValue = std::variant<std::string, NumberField, TimePicker>;
 
 /// One row of the editor, its elements from the left; the first is the text of the rule's kind.
 using Row = std::vector<DisplayValue>;
+
+/// What of the job file a row was made from, and what the row said then.
+struct RowOrigin {
+  FileSource source;
+  Row row;
+
+  bool operator==(const RowOrigin&) const = default;
+};
 
 /// The texts that the editor shows in its pop-ups, and by which its rows are read back: those of one list must be
 /// distinct.

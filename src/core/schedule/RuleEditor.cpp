@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/schedule/UntoldText.h"
+
 namespace mirvel::Scheduled {
 
 template <typename Tell>
@@ -24,31 +26,55 @@ std::vector<Row> RuleEditor::rows() const {
 
 std::vector<ScheduledType> RuleEditor::rules() const {
   std::vector<ScheduledType> result;
-  for (const RuleRow& row : m_rows) {
-    if (const auto rule = ruleOf(row, m_controller.criteria(), m_controller.numbers())) result.push_back(*rule);
+  for (std::size_t i = 0; i < m_rows.size(); ++i) {
+    if (const auto shown = rule(i)) result.push_back(*shown);
   }
   return result;
+}
+
+std::optional<ScheduledType> RuleEditor::rule(std::size_t row) const {
+  return ruleOf(m_rows.at(row), m_controller.criteria(), m_controller.numbers());
+}
+
+AppliedRules RuleEditor::applied() const {
+  return appliedRules(m_rows, m_controller.texts(), m_controller.numbers());
+}
+
+std::string RuleEditor::untold(std::size_t row) const {
+  if (!m_rows.at(row).origin) return {};
+  const auto applied = appliedRules({m_rows[row]}, m_controller.texts(), m_controller.numbers());
+  return applied.startCalendarInterval ? untoldText(applied.startCalendarInterval->intervals, m_controller.localize())
+                                       : std::string();
 }
 
 std::vector<std::optional<NumberProblem>> RuleEditor::problems() const {
   return numberProblems(rows(), m_controller.texts(), m_controller.numbers());
 }
 
+/// A row that is still as it was made from the file is no obstacle, whatever stands there.
+std::optional<std::size_t> RuleEditor::refusedRow(const std::vector<std::optional<NumberProblem>>& found) const {
+  for (std::size_t row = 0; row < m_rows.size(); ++row) {
+    const auto& origin = m_rows[row].origin;
+    const bool isAsInFile = origin && origin->row == m_rows[row].displayValues;
+    if (found[row] && !(isAsInFile && found[row] != NumberProblem::notTheFirstInterval)) return row;
+  }
+  return std::nullopt;
+}
+
 bool RuleEditor::isValid() const {
-  const auto found = problems();
-  return std::none_of(found.begin(), found.end(), [](const auto& problem) { return problem.has_value(); });
+  return !refusedRow(problems());
 }
 
 std::optional<InvalidField> RuleEditor::refuse() {
   const auto found = problems();
-  const auto first = std::find_if(found.begin(), found.end(), [](const auto& problem) { return problem.has_value(); });
-  if (first == found.end()) return std::nullopt;
-  const auto row = static_cast<std::size_t>(first - found.begin());
+  const auto refused = refusedRow(found);
+  if (!refused) return std::nullopt;
+  const std::size_t row = *refused;
   if (m_view) m_view->rowWasRefused(row);
   const Localize& localize = m_controller.localize();
   const std::string& kind = m_rows[row].criteria.front()->name();
   return InvalidField{.message = localize.ruleCantBeSaved(localize.int_(static_cast<std::int64_t>(row) + 1), kind),
-                      .reason = text(**first, localize)};
+                      .reason = text(*found[row], localize)};
 }
 
 void RuleEditor::addRowBehind(std::size_t row) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/schedule/AppliedRules.h"
 #include "core/schedule/NumberProblem.h"
 #include "core/schedule/RuleRow.h"
 #include "core/schedule/ScheduledController.h"
@@ -53,11 +54,17 @@ class RuleEditor {
   const std::vector<RuleRow>& content() const { return m_rows; }
   /// Replaces all rows, whatever is in them; the delegate isn't told.
   void setContent(std::vector<RuleRow> rows);
-  /// All that `readRows` reads.
+  /// What is shown in the rows.
   std::vector<Row> rows() const;
+  /// What the job file is to hold.
+  AppliedRules applied() const;
+  /// What the row stands for, if it can't tell all of that: the entries of the file, for the user. Empty: it does.
+  std::string untold(std::size_t row) const;
   /// What the rows say, without those that say nothing.
   std::vector<ScheduledType> rules() const;
   std::vector<std::optional<NumberProblem>> problems() const;
+  /// The rule that a row shows; none as in `rules`.
+  std::optional<ScheduledType> rule(std::size_t row) const;
   /// Whether the rows can be saved as they stand.
   bool isValid() const;
   /// The first row that can't be saved, which is then told to what shows it. None: they are valid.
@@ -81,6 +88,7 @@ class RuleEditor {
   void insertRow(std::size_t row);
   const Criteria& pathOfNewRow(std::size_t row) const;
   void setControl(std::size_t row, DisplayValue value);
+  std::optional<std::size_t> refusedRow(const std::vector<std::optional<NumberProblem>>& problems) const;
   template <typename Tell>
   void changed(Tell tellView);
 

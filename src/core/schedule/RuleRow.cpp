@@ -98,6 +98,7 @@ RuleRow rechosen(const RuleRow& row, std::size_t position, std::shared_ptr<const
     path.push_back(row.criteria[at]);
   }
   RuleRow result = newRow(std::move(path));
+  result.origin = row.origin;
   for (std::size_t at = 0; at < result.criteria.size(); ++at) {
     const auto old = indexIn(row.criteria, result.criteria[at]);
     if (old) result.displayValues[at] = row.displayValues[static_cast<std::size_t>(*old)];

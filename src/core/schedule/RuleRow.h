@@ -13,6 +13,7 @@ namespace mirvel::Scheduled {
 struct RuleRow {
   Criteria criteria;
   Row displayValues;
+  std::optional<RowOrigin> origin = {};  ///< none: the user has added it
 
   bool operator==(const RuleRow&) const = default;
 };

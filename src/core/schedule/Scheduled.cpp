@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "core/schedule/CalendarRule.h"
 #include "core/schedule/DayGroups.h"
+#include "core/schedule/FileRules.h"
 #include "core/support/Dates.h"
 
 namespace mirvel::Scheduled {
@@ -13,28 +16,39 @@ namespace {
 using Interval = launchd::StartCalendarInterval::Interval;
 
 /// The number, or 0 if it is absent or out of its range.
-int orZero(const std::optional<std::int64_t>& number, int greatest) {
-  return number && *number >= 0 && *number <= greatest ? static_cast<int>(*number) : 0;
-}
-
-/// The index of a number that counts from 1, clamped to its range.
-int indexOf(std::int64_t number, std::int64_t greatest) {
-  return static_cast<int>(std::clamp<std::int64_t>(number, 1, greatest) - 1);
-}
-
-ScheduledType ruleOf(const Interval& interval) {
-  const int minute = orZero(interval.minute, 59);
-  const Time time = Date::timeOfDay(orZero(interval.hour, 23), minute);
-  if (interval.day && interval.month) {
-    return DayOfYear{.month = indexOf(*interval.month, 12), .day = indexOf(*interval.day, 31), .time = time};
-  }
-  if (interval.day) return DayOfMonth{.day = indexOf(*interval.day, 31), .time = time};
-  if (interval.weekday) return DayOfWeek{.day = orZero(interval.weekday, 6), .time = time};
-  if (interval.hour) return EveryDay{.time = time};
-  return EveryHour{.minute = minute};
+std::int64_t orZero(const std::optional<std::int64_t>& number, std::int64_t greatest) {
+  return number && *number >= 0 && *number <= greatest ? *number : 0;
 }
 
 }  // namespace
+
+Interval shownInterval(const Interval& interval) {
+  Interval shown{.minute = orZero(interval.minute, 59)};
+  if (!interval.day && !interval.weekday && !interval.hour) return shown;
+  shown.hour = orZero(interval.hour, 23);
+  if (interval.day) {
+    shown.day = std::clamp<std::int64_t>(*interval.day, 1, 31);
+    if (interval.month) shown.month = std::clamp<std::int64_t>(*interval.month, 1, 12);
+  } else if (interval.weekday) {
+    shown.weekday = orZero(interval.weekday, 6);
+  }
+  return shown;
+}
+
+ScheduledType ruleOf(const Interval& interval) {
+  const Interval shown = shownInterval(interval);
+  const auto number = [](const std::optional<std::int64_t>& field) { return static_cast<int>(*field); };
+  if (!shown.hour) return EveryHour{.minute = number(shown.minute)};
+  const Time time = Date::timeOfDay(number(shown.hour), number(shown.minute));
+  if (shown.month) return DayOfYear{.month = number(shown.month) - 1, .day = number(shown.day) - 1, .time = time};
+  if (shown.day) return DayOfMonth{.day = number(shown.day) - 1, .time = time};
+  if (shown.weekday) return DayOfWeek{.day = number(shown.weekday), .time = time};
+  return EveryDay{.time = time};
+}
+
+bool isTold(const Interval& interval) {
+  return CalendarRule::asRun(shownInterval(interval)) == CalendarRule::asRun(interval);
+}
 
 Kind kindOf(const ScheduledType& rule) {
   return static_cast<Kind>(rule.index());
@@ -52,23 +66,28 @@ RepeatInterval splitInterval(std::int64_t seconds) {
   return {.interval = seconds, .unit = Unit::seconds};
 }
 
+std::vector<FileRule> fileRules(std::optional<std::int64_t> startInterval,
+                                const std::optional<launchd::StartCalendarInterval>& startCalendarInterval,
+                                const Week& week) {
+  std::vector<FileRule> result;
+  if (startInterval) result.push_back({splitInterval(*startInterval), {.startInterval = startInterval}});
+  if (!startCalendarInterval) return result;
+
+  std::vector<FileRule> daysOfWeek;
+  for (const Interval& interval : startCalendarInterval->intervals) {
+    FileRule rule{ruleOf(interval), {.intervals = {interval}}};
+    const bool isDayOfWeek = kindOf(rule.rule) == Kind::dayOfWeek;
+    (isDayOfWeek ? daysOfWeek : result).push_back(std::move(rule));
+  }
+  for (FileRule& rule : foldDays(std::move(daysOfWeek), week)) result.push_back(std::move(rule));
+  return result;
+}
+
 std::vector<ScheduledType> rules(std::optional<std::int64_t> startInterval,
                                  const std::optional<launchd::StartCalendarInterval>& startCalendarInterval,
                                  const Week& week) {
   std::vector<ScheduledType> result;
-  if (startInterval) result.emplace_back(splitInterval(*startInterval));
-  if (!startCalendarInterval) return result;
-
-  std::vector<DayOfWeek> daysOfWeek;
-  for (const Interval& interval : startCalendarInterval->intervals) {
-    const ScheduledType rule = ruleOf(interval);
-    if (const auto* dayOfWeek = std::get_if<DayOfWeek>(&rule)) {
-      daysOfWeek.push_back(*dayOfWeek);
-    } else {
-      result.push_back(rule);
-    }
-  }
-  for (const DayOfWeek& rule : foldDays(daysOfWeek, week)) result.emplace_back(rule);
+  for (const FileRule& rule : fileRules(startInterval, startCalendarInterval, week)) result.push_back(rule.rule);
   return result;
 }
 

@@ -52,12 +52,20 @@ const MomentTexts& ScheduledController::moments() const {
 }
 
 void ScheduledController::load(const std::vector<Scheduled::ScheduledType>& rules, Scheduled::RuleEditor& editor) {
+  std::vector<Scheduled::FileRule> fileRules;
+  for (const auto& rule : rules) fileRules.push_back({rule});
+  loadFileRules(fileRules, editor);
+}
+
+void ScheduledController::loadFileRules(const std::vector<Scheduled::FileRule>& rules, Scheduled::RuleEditor& editor) {
   m_isBuilding = true;
   while (editor.numberOfRows() > 0) editor.removeRow(editor.numberOfRows() - 1);
-  for (const auto& rule : rules) {
+  for (const auto& [rule, source] : rules) {
     editor.addRow();
     auto row = Scheduled::rowOf(rule, criteriaRows()[rule.index()], m_localize);
-    if (row) editor.setRow(editor.numberOfRows() - 1, *std::move(row));
+    if (!row) continue;
+    if (source != Scheduled::FileSource()) row->origin = {source, row->displayValues};
+    editor.setRow(editor.numberOfRows() - 1, *std::move(row));
   }
   m_isBuilding = false;
   editor.rowsWereLoaded();

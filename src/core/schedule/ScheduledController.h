@@ -52,6 +52,8 @@ class ScheduledController {
   /// Replaces the editor's rows by those of the rules; its delegate isn't told. A rule that no row can show, one with a
   /// number out of range, leaves a new row in its place.
   void load(const std::vector<Scheduled::ScheduledType>& rules, Scheduled::RuleEditor& editor);
+  /// Likewise the rows of a job file's schedule, of which each remembers what it was made from.
+  void loadFileRules(const std::vector<Scheduled::FileRule>& rules, Scheduled::RuleEditor& editor);
   bool isBuilding() const { return m_isBuilding; }
 
  private:

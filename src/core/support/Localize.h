@@ -161,6 +161,7 @@ class Localize {
   std::string enabledButNotRun() const { return text("Enabled, but not run now"); }
   std::string everyDay() const { return text("Every Day"); }
   std::string everyHour() const { return text("Every Hour"); }
+  std::string everyMinute() const { return text("Every minute"); }
   std::string everyone() const { return text("Everyone"); }
   std::string exclude() const { return text("Exclude"); }
   std::string file() const { return text("File"); }
@@ -187,6 +188,7 @@ class Localize {
         "The program pkexec is missing, by which Mirvel asks for your password. Install the package “pkexec” or "
         "“policykit-1” and try again.");
   }
+  std::string inTheJobFile(const std::string& entries) const { return format("In the job file: %@", {entries}); }
   std::string internalHelperTools() const { return text("Internal Helper Tools"); }
   std::string itIsTooLargeForAJobFile() const { return text("It’s too large for a job file."); }
   std::string itWillNeverRun() const { return text("It will never run on this schedule"); }
@@ -213,6 +215,9 @@ class Localize {
   std::string miscellaneous() const { return text("Miscellaneous"); }
   std::string mode() const { return text("Mode"); }
   std::string month() const { return text("Month"); }
+  std::string moreThanOneRowIsCalled(const std::string& name) const {
+    return format("More than one row is called “%@”", {name});
+  }
   std::string mountingLogicalVolume() const { return text("Mounting a logical volume"); }
   std::string name() const { return text("Name"); }
   std::string new_() const { return text("New"); }
@@ -334,6 +339,7 @@ class Localize {
   }
   std::string summary() const { return text("Summary"); }
   std::string system() const { return text("System"); }
+  std::string tableCantBeSaved(const std::string& key) const { return format("“%@” can’t be saved", {key}); }
   std::string takeTheirs() const { return text("Take Theirs"); }
   std::string test() const { return text("Test"); }
   std::string theDiskCantBeWritten() const { return text("The disk can only be read."); }

@@ -104,7 +104,7 @@ void DetailViewController::clearDetail() {
 void DetailViewController::updateIcon() {
   m_display->updateIcon();
   m_otherJob->updateIcon();
-  if (m_detailTab == DetailTab::launchdEdit) m_edit->updateDetail();
+  m_edit->updateIcon();
 }
 
 void DetailViewController::showDisplay() {

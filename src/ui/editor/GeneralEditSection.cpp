@@ -82,8 +82,12 @@ void GeneralEditSection::fillForPopUp() {
   }
 }
 
-void GeneralEditSection::fill(const Launchd& launchd) {
+void GeneralEditSection::updateIcon(const Launchd& launchd) {
   m_iconButton->setIcon(QIcon(pixmapOf(launchd.displayIcon(localize()))));
+}
+
+void GeneralEditSection::fill(const Launchd& launchd) {
+  updateIcon(launchd);
   m_enabledButton->setChecked(!launchd.isDisabled());
   m_nameValueTextField->setText(qt(launchd.plist().name));
   m_forPopUpButton->setCurrentIndex(m_forPopUpButton->findData(launchd.kind.rawValue()));

@@ -16,6 +16,8 @@ class GeneralEditSection final : public GeneralSection {
  public:
   GeneralEditSection(Program& program, IconLoader& icons);
 
+  void updateIcon(const Launchd& launchd) override;
+
  private:
   void fill(const Launchd& launchd) override;
   void nameControls();

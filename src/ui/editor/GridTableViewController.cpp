@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QPointer>
+#include <QSignalBlocker>
 #include <QStyle>
 #include <QToolButton>
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include "core/support/Bidirectional.h"
 #include "core/support/Const.h"
 #include "ui/editor/RowTextDelegate.h"
+#include "ui/support/InvalidData.h"
 #include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
@@ -71,6 +73,7 @@ void GridTableViewController::prepareList() {
                                     QAbstractItemView::EditKeyPressed
                               : QAbstractItemView::NoEditTriggers);
   for (const GridTable::Item& row : m_table.rows()) m_list->addItem(makeItem(row));
+  markRows();
   m_list->installEventFilter(this);
   connect(m_list, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) { itemChanged(*item); });
 }
@@ -104,6 +107,28 @@ void GridTableViewController::itemChanged(QListWidgetItem& item) {
   m_table.setText(row, text);
   const QString toolTip = shownToolTip(text);
   if (item.toolTip() != toolTip) item.setToolTip(toolTip);
+  markRows();
+}
+
+/// The row that can't be saved has the colour of what is invalid.
+void GridTableViewController::markRows() {
+  const QSignalBlocker quiet(m_list);
+  const auto refused = m_table.refusedRow();
+  for (int row = 0; row < m_list->count(); ++row) {
+    const bool isRefused = refused && *refused == static_cast<std::size_t>(row);
+    const QVariant color = isRefused ? QVariant(invalidData(palette())) : QVariant();
+    QListWidgetItem* const item = m_list->item(row);
+    // Anything new, even the same, would end what is being typed in the row.
+    if (item->data(Qt::ForegroundRole) != color) item->setData(Qt::ForegroundRole, color);
+  }
+}
+
+std::optional<InvalidField> GridTableViewController::refuse() {
+  const auto row = m_table.refusedRow();
+  if (!row) return std::nullopt;
+  m_list->setFocus();
+  m_list->setCurrentRow(static_cast<int>(*row));
+  return m_table.refuse(m_program.foundation.localize);
 }
 
 void GridTableViewController::add() {
@@ -144,6 +169,7 @@ void GridTableViewController::addRow(const std::string& text) {
   m_list->setFocus();  // what is being typed in another row is done
   const std::size_t row = m_table.add(text);
   m_list->addItem(makeItem(m_table.rows()[row]));
+  markRows();
   fitHeight();
   m_list->setCurrentRow(static_cast<int>(row));
   if (text.empty()) editSelected();
@@ -155,6 +181,7 @@ void GridTableViewController::deleteSelected() {
   const int row = m_list->row(selected.front());
   (void)m_table.remove(static_cast<std::size_t>(row));  // there is such a row
   delete m_list->takeItem(row);
+  markRows();
   fitHeight();
 }
 
@@ -199,6 +226,7 @@ bool GridTableViewController::pressed(int key) {
 
 void GridTableViewController::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) markRows();
   if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) fitHeight();
 }
 

@@ -18,6 +18,9 @@ class GridTableViewController final : public QWidget {
   GridTableViewController(Program& program, GridTable::Kind kind, const GridTable::Source& content,
                           const std::string& key, GridTableDelegate& delegate, QWidget* parent = nullptr);
 
+  /// Why the rows can't be saved; the one that is the reason then gets the keys. None: they can be.
+  std::optional<InvalidField> refuse();
+
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
@@ -37,6 +40,7 @@ class GridTableViewController final : public QWidget {
   void deleteSelected();
   void editSelected();
   void fitHeight();
+  void markRows();
 
   Program& m_program;
   GridTable::Table m_table;

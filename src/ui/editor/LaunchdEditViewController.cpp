@@ -58,6 +58,12 @@ void LaunchdEditViewController::updateDetail() {
   place.restore();
 }
 
+void LaunchdEditViewController::updateIcon() {
+  const auto job = selectedJob();
+  if (!job) return;
+  for (Section* const section : sections()) section->updateIcon(*job);
+}
+
 std::vector<StackEntry> LaunchdEditViewController::entries(const Launchd& launchd) const {
   return editStack(launchd.plist(), localize());
 }

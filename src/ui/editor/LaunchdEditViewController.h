@@ -21,6 +21,8 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
 
   /// Shows the selected job anew. The field with the focus keeps it.
   void updateDetail();
+  /// Shows another icon, and nothing else anew: something may be typed right now.
+  void updateIcon();
   /// Gives the keys to the field with the name.
   void focusOnFirst();
   /// Lets go of the job.

@@ -15,6 +15,7 @@
 #include "ui/support/FlowLayout.h"
 #include "ui/support/InvalidData.h"
 #include "ui/support/QtText.h"
+#include "ui/support/SecondaryLabel.h"
 #include "ui/support/SymbolButton.h"
 #include "ui/support/WheelGuard.h"
 
@@ -70,10 +71,16 @@ RuleRowView::RuleRowView(const Localize& localize, QWidget* parent)
     : QWidget(parent),
       m_localize(localize),
       m_flow(new FlowLayout),
+      m_untold(new SecondaryLabel(QString(), this)),
       m_remove(symbolButton("list-remove", localize.removeRule(), this)),
       m_add(symbolButton("list-add", localize.addRule(), this)) {
-  auto* layout = new QHBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
+  auto* lines = new QVBoxLayout(this);
+  lines->setContentsMargins(0, 0, 0, 0);
+  auto* layout = new QHBoxLayout;
+  lines->addLayout(layout);
+  lines->addWidget(m_untold);
+  m_untold->setWordWrap(true);
+  m_untold->hide();
   layout->addLayout(m_flow, 1);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(0);
@@ -165,6 +172,11 @@ void RuleRowView::showMark() {
   const QString what = m_problem ? qt(text(*m_problem, m_localize)) : QString();
   markInvalidData(*m_number, what);
   m_number->setToolTip(what);
+}
+
+void RuleRowView::showUntold(const QString& text) {
+  m_untold->setText(text);
+  m_untold->setVisible(!text.isEmpty());
 }
 
 void RuleRowView::focusOnNumber() {

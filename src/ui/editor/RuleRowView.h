@@ -9,6 +9,7 @@
 
 #include "core/schedule/RuleEditor.h"
 
+class QLabel;
 class QLineEdit;
 class QToolButton;
 
@@ -27,6 +28,8 @@ class RuleRowView final : public QWidget {
   void showRow(const Scheduled::RuleEditor& editor, std::size_t row, std::size_t from);
   /// Marks the number as wrong, or as right again.
   void mark(std::optional<Scheduled::NumberProblem> problem);
+  /// Shows below the row what it doesn't tell itself; nothing if that is empty.
+  void showUntold(const QString& text);
 
   /// Gives the keys to the number, if there is one.
   void focusOnNumber();
@@ -57,6 +60,7 @@ class RuleRowView final : public QWidget {
   std::vector<QWidget*> m_elements;
   QLineEdit* m_number = nullptr;
   std::optional<Scheduled::NumberProblem> m_problem;
+  QLabel* m_untold;
   QToolButton* m_remove;
   QToolButton* m_add;
 };

@@ -57,8 +57,11 @@ void ScheduledRuleEditor::showRows() {
 
 void ScheduledRuleEditor::showSentences() {
   QStringList lines;
-  for (const auto& rule : m_editor.rules()) {
-    lines.append(qt(explain::ruleText(rule, m_localize, explain::TimeForm::ofTheLocale)));
+  for (std::size_t row = 0; row < m_editor.numberOfRows(); ++row) {
+    const auto rule = m_editor.rule(row);
+    if (rule) lines.append(qt(explain::ruleText(*rule, m_localize, explain::TimeForm::ofTheLocale)));
+    const std::string untold = m_editor.untold(row);
+    if (!untold.empty()) lines.append(qt(untold));
   }
   m_sentences = new ValueText(lines.join(QLatin1Char('\n')), this);
   m_sentences->setAccessibleName(accessibleName());
@@ -140,7 +143,10 @@ void ScheduledRuleEditor::rowWasRefused(std::size_t row) {
 
 void ScheduledRuleEditor::updateMarks() {
   const auto problems = m_editor.problems();
-  for (std::size_t row = 0; row < m_views.size(); ++row) m_views[row]->mark(problems[row]);
+  for (std::size_t row = 0; row < m_views.size(); ++row) {
+    m_views[row]->mark(problems[row]);
+    m_views[row]->showUntold(qt(m_editor.untold(row)));
+  }
 }
 
 void ScheduledRuleEditor::updateTabOrder() {

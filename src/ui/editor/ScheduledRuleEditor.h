@@ -15,7 +15,7 @@ class RuleRowView;
 /// Shows the rows of a rule editor, and hands over what is changed in them. Wraps its rows in a narrow place, and takes
 /// part in the order of its window’s tab stops where it was made itself.
 ///
-///     program.scheduledController.load(record.scheduled, widget.editor());
+///     program.scheduledController.load({Scheduled::EveryHour{30}}, widget.editor());
 class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorType {
   Q_OBJECT
 

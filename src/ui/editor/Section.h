@@ -24,6 +24,8 @@ class Section : public QWidget {
     fill(*launchd);
     m_isFilling = false;
   }
+  /// The job has another icon.
+  virtual void updateIcon(const Launchd& /*launchd*/) {}
   /// The control that keeps the job from being saved, which then gets the keys. None: all can be saved.
   virtual std::optional<InvalidField> refuse() { return std::nullopt; }
 

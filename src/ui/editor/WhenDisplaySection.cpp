@@ -31,7 +31,7 @@ void WhenDisplaySection::fill(const Launchd& launchd) {
   m_scheduledView->setVisible(content.isScheduled);
   m_scheduledRuleEditor->setEditable(false);
   if (!content.isScheduled) return;
-  loadRules(launchd.plist().scheduled);
+  loadRules(launchd.plist());
   showNextRuns(launchd.plist());
 }
 

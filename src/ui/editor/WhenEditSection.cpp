@@ -67,7 +67,10 @@ WhenEditSection::~WhenEditSection() {
 }
 
 std::optional<InvalidField> WhenEditSection::refuse() {
-  return m_areRulesEdited && m_scheduledButton->isChecked() ? m_scheduledRuleEditor->editor().refuse() : std::nullopt;
+  for (GridTableViewController* const table : m_tables) {
+    if (auto invalid = table->refuse()) return invalid;
+  }
+  return m_scheduledButton->isChecked() ? m_scheduledRuleEditor->editor().refuse() : std::nullopt;
 }
 
 void WhenEditSection::connectBoxes() {
@@ -91,14 +94,22 @@ void WhenEditSection::fill(const Launchd& launchd) {
   m_keepAliveButton->setChecked(plist.keepAlive.has_value());
   if (plist.keepAlive) addConditions(plist);
   m_keepAliveGridView->setVisible(plist.keepAlive.has_value());
-  const auto rules = Scheduled::rules(plist.startInterval, plist.startCalendarInterval);
-  m_scheduledButton->setChecked(!rules.empty());
-  m_scheduledView->setVisible(!rules.empty());
-  if (!rules.empty()) {
-    loadRules(rules);
-    showNextRuns(plist);
-  }
+  fillRules(plist);
   updateScheduledHelp();
+}
+
+void WhenEditSection::fillRules(const launchd::Plist& plist) {
+  const auto& unfinished = program().editing.unfinished().rules;
+  if (unfinished.empty()) {
+    loadRules(plist);
+  } else {
+    m_scheduledRuleEditor->editor().setContent(unfinished);
+  }
+  const bool isScheduled = m_scheduledRuleEditor->editor().numberOfRows() > 0;
+  m_scheduledButton->setChecked(isScheduled);
+  m_scheduledView->setVisible(isScheduled);
+  m_nextRuns->hide();
+  if (isScheduled && unfinished.empty()) showNextRuns(plist);
 }
 
 void WhenEditSection::addConditions(const launchd::Plist& plist) {
@@ -106,9 +117,8 @@ void WhenEditSection::addConditions(const launchd::Plist& plist) {
   const auto& keepAlive = *plist.keepAlive;
   addCondition("Crashed", crashedHelp, keepAlive.crashed, WhenRules::crashed);
   addCondition("SuccessfulExit", successfulExitHelp, keepAlive.successfulExit, WhenRules::successfulExit);
-  addTable(WhenRules::pathStateKey, pathStateHelp, keepAlive.pathState.value_or(launchd::StringMap<bool>()));
-  addTable(WhenRules::otherJobEnabledKey, otherJobEnabledHelp,
-           keepAlive.otherJobEnabled.value_or(launchd::StringMap<bool>()));
+  addTable(WhenRules::pathStateKey, pathStateHelp, keepAlive.pathState);
+  addTable(WhenRules::otherJobEnabledKey, otherJobEnabledHelp, keepAlive.otherJobEnabled);
 }
 
 void WhenEditSection::addCondition(const char* title, const char* help, std::optional<bool> state,
@@ -124,10 +134,16 @@ void WhenEditSection::addCondition(const char* title, const char* help, std::opt
   m_keepAliveGrid->addRow(*box);
 }
 
-void WhenEditSection::addTable(std::string_view key, const char* help, const launchd::StringMap<bool>& rows) {
+void WhenEditSection::addTable(std::string_view key, const char* help,
+                               const std::optional<launchd::StringMap<bool>>& entries) {
   const auto kind = key == WhenRules::pathStateKey ? GridTable::Kind::boolPath : GridTable::Kind::boolString;
-  auto* table = new GridTableViewController(program(), kind, rows, std::string(key), *this);
+  const auto& unfinished = program().editing.unfinished().tables;
+  const auto rows = unfinished.find(std::string(key));
+  const auto content = rows == unfinished.end() ? GridTable::Source(entries.value_or(launchd::StringMap<bool>()))
+                                                : GridTable::Source(rows->second);
+  auto* table = new GridTableViewController(program(), kind, content, std::string(key), *this);
   table->setToolTip(QLatin1String(help));
+  m_tables.push_back(table);
   m_keepAliveGrid->addText(std::string(key), *table, 0);
 }
 
@@ -138,7 +154,9 @@ void WhenEditSection::keepAlive(bool isOn) {
   if (isOn) {
     addConditions(job->plist());
   } else {
+    m_tables.clear();
     m_keepAliveGrid->clear();  // the conditions have gone from the record, too
+    program().editing.unfinished().tables.clear();
   }
   m_keepAliveGridView->setVisible(isOn);
 }
@@ -147,13 +165,10 @@ void WhenEditSection::scheduled(bool isOn) {
   if (isFilling()) return;
   m_scheduledView->setVisible(isOn);
   if (isOn) {
-    if (m_scheduledRuleEditor->editor().numberOfRows() == 0) {
-      loadRules({});
-      m_scheduledRuleEditor->addRow();
-    }
+    if (m_scheduledRuleEditor->editor().numberOfRows() == 0) m_scheduledRuleEditor->addRow();
     rulesDidChange();
   } else if (Launchd* const job = markJobChanged()) {
-    WhenRules::removeSchedule(job->plist());
+    removeSchedule(*job);
   }
   updateScheduledHelp();
 }
@@ -165,7 +180,13 @@ void WhenEditSection::updateScheduledHelp() {
 }
 
 void WhenEditSection::gridTableChanged(const std::string& key, const std::vector<GridTable::Item>& rows) {
-  if (Launchd* const job = markJobChanged(key)) {
+  Launchd* const job = markJobChanged(key);
+  if (!job) return;
+  auto& unfinished = program().editing.unfinished().tables;
+  unfinished.erase(key);
+  if (GridTable::repeatedRow(rows)) {
+    unfinished.emplace(key, rows);  // the record keeps the rows that can be saved
+  } else {
     WhenRules::gridTableChanged(job->plist(), key, rows, m_plainKeepAlive);
   }
 }
@@ -174,18 +195,26 @@ void WhenEditSection::rulesDidChange() {
   if (!isVisible()) return;  // rows that go with their section write no more
   Launchd* const job = markJobChanged("Schedule");
   if (!job) return;
-  m_areRulesEdited = true;
   const Scheduled::RuleEditor& rules = m_scheduledRuleEditor->editor();
   if (rules.numberOfRows() == 0) return endSchedule(*job);
-  if (!rules.isValid()) return m_nextRuns->hide();  // the record keeps the rules that can be saved
-  const ScheduledController& controller = program().scheduledController;
-  job->plist().applyRules(rules.rows(), controller.texts(), controller.numbers());
+  auto& unfinished = program().editing.unfinished().rules;
+  unfinished.clear();
+  if (!rules.isValid()) {
+    unfinished = rules.content();  // the record keeps the rules that can be saved
+    return m_nextRuns->hide();
+  }
+  job->plist().applyRules(rules.applied());
   showNextRuns(job->plist());
+}
+
+void WhenEditSection::removeSchedule(Launchd& job) {
+  WhenRules::removeSchedule(job.plist());
+  program().editing.unfinished().rules.clear();
 }
 
 /// Without a rule there is no schedule, and the box is where a new one begins.
 void WhenEditSection::endSchedule(Launchd& job) {
-  WhenRules::removeSchedule(job.plist());
+  removeSchedule(job);
   setCheckedQuietly(*m_scheduledButton, false);
   m_scheduledView->hide();
   m_scheduledButton->setFocus();

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <vector>
+
 #include "core/editor/BoxClick.h"
 #include "core/editor/GridTable.h"
 #include "core/schedule/ScheduledController.h"
 #include "ui/editor/WhenSection.h"
 
 namespace mirvel::ui {
+
+class GridTableViewController;
 
 /// When a job runs, to be edited.
 class WhenEditSection final : public WhenSection, private GridTableDelegate, private ScheduledDelegate {
@@ -21,16 +25,18 @@ class WhenEditSection final : public WhenSection, private GridTableDelegate, pri
   void addConditions(const launchd::Plist& plist);
   void addCondition(const char* title, const char* help, std::optional<bool> state,
                     void (*write)(launchd::Plist&, BoxClick));
-  void addTable(std::string_view key, const char* help, const launchd::StringMap<bool>& rows);
+  void addTable(std::string_view key, const char* help, const std::optional<launchd::StringMap<bool>>& entries);
   void keepAlive(bool isOn);
   void scheduled(bool isOn);
   void updateScheduledHelp();
   void gridTableChanged(const std::string& key, const std::vector<GridTable::Item>& rows) override;
   void rulesDidChange() override;
+  void fillRules(const launchd::Plist& plist);
+  void removeSchedule(Launchd& job);
   void endSchedule(Launchd& job);
 
-  std::optional<bool> m_plainKeepAlive;  ///< while conditions stand in its place
-  bool m_areRulesEdited = false;
+  std::optional<bool> m_plainKeepAlive;            ///< while conditions stand in its place
+  std::vector<GridTableViewController*> m_tables;  ///< those of conditions that are shown
 };
 
 }  // namespace mirvel::ui

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "core/schedule/FileRules.h"
 #include "core/schedule/NextRuns.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
@@ -43,8 +44,9 @@ WhenSection::WhenSection(Program& theProgram)
   m_scheduledView->hide();
 }
 
-void WhenSection::loadRules(const std::vector<Scheduled::ScheduledType>& rules) {
-  program().scheduledController.load(rules, m_scheduledRuleEditor->editor());
+void WhenSection::loadRules(const launchd::Plist& plist) {
+  program().scheduledController.loadFileRules(Scheduled::fileRules(plist.startInterval, plist.startCalendarInterval),
+                                              m_scheduledRuleEditor->editor());
 }
 
 void WhenSection::showNextRuns(const launchd::Plist& plist) {

@@ -15,8 +15,8 @@ class WhenSection : public Section {
  protected:
   explicit WhenSection(Program& program);
 
-  /// Shows the rules in the rule editor, which is no edit.
-  void loadRules(const std::vector<Scheduled::ScheduledType>& rules);
+  /// Shows the record's rules in the rule editor, which is no edit.
+  void loadRules(const launchd::Plist& plist);
   /// Tells when the job runs next.
   void showNextRuns(const launchd::Plist& plist);
 

@@ -64,6 +64,25 @@ TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForthAgain) {
   EXPECT_TRUE(hasChanges());
 }
 
+TEST_F(EditingTest, WhatIsUnfinishedIsUndoneWithTheRestAndGoesWithItsJob) {
+  const auto rows = [&] { return editing().unfinished().tables["PathState"].size(); };
+  const auto enter = [&](std::size_t count) {
+    ASSERT_TRUE(editing().markJobChanged());
+    editing().unfinished().tables["PathState"].resize(count);
+  };
+  enter(1);
+  enter(2);
+  setNice(1);
+  for (const std::size_t count : {2U, 1U, 0U}) {
+    editing().undo();
+    EXPECT_EQ(rows(), count);
+  }
+  editing().redo();
+  EXPECT_EQ(rows(), 1U);
+  program().state.selectedJob = jobNamed("b");
+  EXPECT_EQ(rows(), 0U);
+}
+
 TEST_F(EditingTest, APauseAndAnotherFieldEndAStep) {
   rename("x");
   clock.now += 2;

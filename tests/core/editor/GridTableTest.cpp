@@ -4,6 +4,8 @@
 
 #include <functional>
 
+#include "core/support/Localize.h"
+
 namespace mirvel::GridTable {
 namespace {
 
@@ -103,6 +105,28 @@ TEST(GridTableTest, EachSessionTypeCanBeAddedOnce) {
   EXPECT_EQ(offered(), (Texts{"LoginWindow", "StandardIO"}));
   table.remove(0);
   EXPECT_EQ(offered(), (Texts{"Background", "LoginWindow", "StandardIO"}));
+}
+
+TEST(GridTableTest, TwoRowsOfOneNameCantBeSavedInADictionary) {
+  const Localize localize("en");
+  const struct {
+    Kind kind;
+    std::vector<Item> rows;
+    std::optional<InvalidField> refusal;
+  } table[] = {
+      {Kind::boolString, {{true, "a"}, {true, "b"}, {false, "A"}}, {}},
+      {Kind::boolString, {{true, ""}, {true, "a"}, {true, ""}}, {}},
+      {Kind::boolPath,
+       {{true, "/a"}, {true, "/b"}, {false, "/b"}},
+       InvalidField{"“PathState” can’t be saved", "More than one row is called “/b”"}},
+      {Kind::path, {{false, "/a"}, {false, "/a"}}, {}},
+  };
+  Recorder recorder;
+  for (const auto& row : table) {
+    const Table itsTable(row.kind, row.rows, "PathState", recorder);
+    EXPECT_EQ(itsTable.rows(), row.rows);
+    EXPECT_EQ(itsTable.refuse(localize), row.refusal);
+  }
 }
 
 TEST(GridTableTest, RowsWithoutATextAreNotWritten) {

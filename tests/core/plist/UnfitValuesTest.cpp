@@ -104,5 +104,23 @@ TEST(UnfitValuesTest, BelowAKeyTheyAreToldAndCanBeRemoved) {
   EXPECT_EQ(record.encodeAll(), expected);
 }
 
+TEST(UnfitValuesTest, InAListOfIntervalsTheyBelongToTheirElement) {
+  const std::string key = "StartCalendarInterval";
+  Plist record = loaded(fileWith(key, List{Dict{{"Hour", 3}, {"X", 1}}, "text", Dict{{"Hour", 4}, {"Y", 1}}}));
+  EXPECT_THAT(opaqueTexts(record), ElementsAre(key + "[0].X", key + "[1]", key + "[2].Y"));
+  auto& intervals = record.startCalendarInterval->intervals;
+  intervals.erase(intervals.begin());
+  EXPECT_THAT(opaqueTexts(record), ElementsAre(key + "[1]", key + "[2].Y"));
+  EXPECT_EQ(record.encodeAll(), fileWith(key, List{"text", Dict{{"Hour", 4}, {"Y", 1}}}));
+  record.removedValues = {{key, "[1]"}, {key, "[2]", "Y"}};
+  EXPECT_THAT(opaqueTexts(record), ElementsAre());
+  EXPECT_EQ(record.encodeAll(), fileWith(key, List{Dict{{"Hour", 4}}}));
+  record.startCalendarInterval.reset();
+  EXPECT_EQ(record.encodeAll(), (Dict{{"Label", "job"}}));
+  record.removedValues.clear();
+  EXPECT_THAT(opaqueTexts(record), ElementsAre(key + "[1]"));
+  EXPECT_EQ(record.encodeAll(), fileWith(key, List{"text"}));
+}
+
 }  // namespace
 }  // namespace mirvel::launchd

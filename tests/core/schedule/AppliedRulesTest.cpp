@@ -115,13 +115,12 @@ TEST(AppliedRulesTest, TheRecordTakesTheRowsAndKeepsItsReadRules) {
   plist.startInterval = 60;
   plist.startCalendarInterval = StartCalendarInterval{.intervals = {{}}, .singleValue = true};
   plist.scheduled = {EveryHour{0}};
-  const NumberText numbers("en_US");
-  plist.applyRules({{"Every day", halfPastNine}}, texts, numbers, egypt);
+  plist.applyRules(read({{"Every day", halfPastNine}}));
   EXPECT_EQ(plist.startInterval, std::nullopt);
   EXPECT_EQ(plist.startCalendarInterval,
             (StartCalendarInterval{.intervals = {{.minute = 30, .hour = 9}}, .singleValue = true}));
   EXPECT_EQ(plist.scheduled, (std::vector<ScheduledType>{EveryHour{0}}));
-  plist.applyRules({}, texts, numbers, egypt);
+  plist.applyRules({});
   EXPECT_EQ(plist.startCalendarInterval, std::nullopt);
 }
 

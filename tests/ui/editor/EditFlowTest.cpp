@@ -2,12 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <QDragEnterEvent>
+#include <QLabel>
 #include <QListWidget>
 #include <QMimeData>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QToolButton>
 #include <QUrl>
+#include <algorithm>
 
 #include "ui/editor/EditorFixture.h"
 #include "ui/editor/RunTextField.h"
@@ -22,6 +24,13 @@ using testing::SizeIs;
 
 class EditFlowTest : public EditorFixture {
  protected:
+  ScheduledRuleEditor& ruleEditor() { return *window().details().currentWidget()->findChild<ScheduledRuleEditor*>(); }
+  QToolButton& toolButton(const char* name) {
+    for (auto* found : window().details().currentWidget()->findChildren<QToolButton*>()) {
+      if (found->accessibleName() == QString::fromUtf8(name)) return *found;
+    }
+    throw std::runtime_error(name);
+  }
   RunTextField& runField() { return dynamic_cast<RunTextField&>(control<QPlainTextEdit>("runValueTextField")); }
   void press(QKeySequence::StandardKey key) { QTest::keySequence(window().focusWidget(), QKeySequence(key)); }
 };
@@ -80,9 +89,7 @@ TEST_F(EditFlowTest, WhatIsTypedAndClickedIsInTheRecordAtOnce) {
 
 TEST_F(EditFlowTest, ANumberThatCantBeSavedIsNamedAndKeepsTheEditor) {
   edit({{"StartInterval", 60}, {"UserName", "ada"}});
-  const auto number = [&] {
-    return window().details().currentWidget()->findChild<ScheduledRuleEditor*>()->findChild<QLineEdit*>();
-  };
+  const auto number = [&] { return ruleEditor().findChild<QLineEdit*>(); };
   number()->clear();
   control<QCheckBox>("runAtLoadButton").setFocus();
   button("Save").click();
@@ -108,14 +115,78 @@ TEST_F(EditFlowTest, ANumberThatNobodyTouchedKeepsNothingFromBeingSaved) {
   EXPECT_EQ(record().startInterval, 5);
 }
 
+TEST_F(EditFlowTest, ANumberThatCantBeSavedStaysWhateverElseIsDone) {
+  edit({{"StartCalendarInterval", plist::Dictionary{{"Minute", 5}}}});
+  const auto number = [&] { return ruleEditor().findChild<QLineEdit*>(); };
+  number()->setFocus();
+  QTest::keyClicks(number(), QStringLiteral("xy"));
+  const QLineEdit* const typedIn = number();
+  program().shell.detail->updateIcon();
+  EXPECT_EQ(number(), typedIn) << "only the icon is another";
+  EXPECT_EQ(window().focusWidget(), typedIn);
+  control<QCheckBox>("runAtLoadButton").click();
+  press(QKeySequence::Undo);
+  EXPECT_EQ(record().runAtLoad, std::nullopt);
+  EXPECT_EQ(number()->text(), QStringLiteral("5xy"));
+  button("Save").click();
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  press(QKeySequence::Undo);
+  EXPECT_EQ(number()->text(), QStringLiteral("5"));
+  EXPECT_FALSE(hasChanges());
+  press(QKeySequence::Redo);
+  EXPECT_EQ(number()->text(), QStringLiteral("5xy"));
+  EXPECT_EQ(record().startCalendarInterval->intervals.front().minute, 5);
+}
+
+TEST_F(EditFlowTest, AFirstRuleThatCantBeSavedYetIsNoReasonToHideIt) {
+  edit({{"Program", "/bin/ls"}});
+  control<QCheckBox>("scheduledButton").click();
+  ruleEditor().findChild<QLineEdit*>()->setText(QStringLiteral("x"));
+  control<QCheckBox>("runAtLoadButton").click();
+  program().editing.undo();
+  EXPECT_TRUE(control<QCheckBox>("scheduledButton").isChecked());
+  EXPECT_EQ(ruleEditor().findChild<QLineEdit*>()->text(), QStringLiteral("x"));
+}
+
+TEST_F(EditFlowTest, ARuleThatDoesntTellAllOfItsIntervalSaysSo) {
+  edit({{"StartCalendarInterval", plist::Dictionary{{"Month", 3}, {"Minute", 5}}}});
+  const auto hasText = [&](const QString& text) {
+    const auto labels = ruleEditor().findChildren<QLabel*>();
+    return std::any_of(labels.begin(), labels.end(),
+                       [&](const QLabel* label) { return label->isVisibleTo(&ruleEditor()) && label->text() == text; });
+  };
+  EXPECT_TRUE(hasText(QStringLiteral("In the job file: Month 3, Minute 5")));
+  ruleEditor().findChild<QLineEdit*>()->setText(QStringLiteral("7"));
+  EXPECT_TRUE(hasText(QStringLiteral("In the job file: Month 3, Minute 7")));
+  EXPECT_EQ(record().startCalendarInterval->intervals.front().month, 3);
+}
+
+TEST_F(EditFlowTest, TwoConditionsOfOneNameAreKeptAndNamedAtSaving) {
+  const launchd::StringMap<bool> jobs{{"org.a", false}, {"org.b", true}};
+  edit({{"KeepAlive", plist::Dictionary{{"OtherJobEnabled", plist::Dictionary{{"org.a", false}, {"org.b", true}}}}}});
+  const auto list = [&] { return toolButton("Add – OtherJobEnabled").parentWidget()->findChild<QListWidget*>(); };
+  list()->item(1)->setText(QStringLiteral("org.a"));
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, jobs) << "none of the two is lost";
+  control<QCheckBox>("runAtLoadButton").click();
+  program().editing.undo();
+  EXPECT_EQ(list()->item(1)->text(), QStringLiteral("org.a"));
+  EXPECT_EQ(list()->item(1)->checkState(), Qt::Checked);
+  button("Save").click();
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_THAT(interface.errors, testing::ElementsAre(std::pair(std::string("“OtherJobEnabled” can’t be saved"),
+                                                               std::string("More than one row is called “org.a”"))));
+  EXPECT_EQ(window().focusWidget(), list());
+  EXPECT_EQ(list()->currentRow(), 1);
+  list()->item(1)->setText(QStringLiteral("org.c"));
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (launchd::StringMap<bool>{{"org.a", false}, {"org.c", true}}));
+  button("Save").click();
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+}
+
 TEST_F(EditFlowTest, ARowWithoutATextIsNoCondition) {
   edit({{"KeepAlive", true}});
-  QToolButton* add = nullptr;
-  for (auto* found : window().details().currentWidget()->findChildren<QToolButton*>()) {
-    if (found->accessibleName() == QStringLiteral("Add – OtherJobEnabled")) add = found;
-  }
-  ASSERT_NE(add, nullptr);
-  add->click();
+  toolButton("Add – OtherJobEnabled").click();
   EXPECT_FALSE(hasChanges());
   QWidget* const field = QApplication::focusWidget();
   ASSERT_NE(qobject_cast<QLineEdit*>(field), nullptr);
@@ -179,9 +250,7 @@ TEST_F(EditFlowTest, ANoteThatIsBeingTypedKeepsTheKeysWhenItsJobChanges) {
 
 TEST_F(EditFlowTest, WithoutItsLastRuleAScheduleIsOff) {
   edit({{"StartInterval", 60}});
-  for (auto* found : window().details().currentWidget()->findChildren<QToolButton*>()) {
-    if (found->accessibleName() == QStringLiteral("Remove Rule")) found->click();
-  }
+  toolButton("Remove Rule").click();
   EXPECT_EQ(record().startInterval, std::nullopt);
   EXPECT_FALSE(control<QCheckBox>("scheduledButton").isChecked());
   control<QCheckBox>("scheduledButton").click();
@@ -193,9 +262,7 @@ TEST_F(EditFlowTest, UndoKeepsTheKeysInControlsWithoutANameAndTheFormInItsPlace)
   window().resize(700, 300);
   testdata::settle();
   auto* const bar = window().details().currentWidget()->findChild<QScrollArea*>()->verticalScrollBar();
-  const auto numberField = [&] {
-    return window().details().currentWidget()->findChild<ScheduledRuleEditor*>()->findChild<QLineEdit*>();
-  };
+  const auto numberField = [&] { return ruleEditor().findChild<QLineEdit*>(); };
   numberField()->setFocus();
   bar->setValue(40);
   numberField()->selectAll();

@@ -1,0 +1,50 @@
+#include "core/schedule/UntoldText.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "core/schedule/FileRules.h"
+
+namespace mirvel::Scheduled {
+
+namespace {
+
+using Interval = launchd::StartCalendarInterval::Interval;
+using Key = Interval::CodingKeys;
+
+constexpr std::size_t mostIntervals = 7;  // a week of them
+
+void append(std::string& list, const char* separator, const std::string& text) {
+  if (!list.empty()) list += separator;
+  list += text;
+}
+
+std::string entries(const Interval& interval) {
+  std::string result;
+  const auto add = [&result](Key key, const std::optional<std::int64_t>& number) {
+    if (number) append(result, ", ", std::string(Interval::text(key)) + ' ' + std::to_string(*number));
+  };
+  add(Key::month, interval.month);
+  add(Key::day, interval.day);
+  add(Key::weekday, interval.weekday);
+  add(Key::hour, interval.hour);
+  add(Key::minute, interval.minute);
+  return result;
+}
+
+}  // namespace
+
+std::string untoldText(const std::vector<Interval>& intervals, const Localize& localize) {
+  std::string result;
+  std::size_t count = 0;
+  for (const Interval& interval : intervals) {
+    if (isTold(interval)) continue;
+    if (++count > mostIntervals) return localize.inTheJobFile(result + "; …");
+    const std::string text = entries(interval);
+    append(result, "; ", text.empty() ? localize.everyMinute() : text);
+  }
+  return count == 0 ? result : localize.inTheJobFile(result);
+}
+
+}  // namespace mirvel::Scheduled
