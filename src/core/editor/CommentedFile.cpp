@@ -8,6 +8,7 @@
 
 #include "core/actions/MoveTarget.h"
 #include "core/app/Program.h"
+#include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
 #include "core/propertylist/Comments.h"
@@ -21,10 +22,6 @@ namespace mirvel {
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path keptFilesFolder(const Program& program) {
-  return program.foundation.roots.applicationSupport / "Kept Files";
-}
 
 /// The moment in UTC, without colons, which some file systems don't take in a name.
 std::string timeText(double secondsSince1970) {
@@ -43,13 +40,14 @@ fs::path freshPath(const fs::path& folder, const std::string& name) {
   return path;
 }
 
-Result<void> keepFile(const Program& program, const Launchd& job, std::string_view bytes) {
-  constexpr std::size_t longestName = 48;  // in characters, so that any name has room
-  const fs::path folder = keptFilesFolder(program);
+bool isKept(const fs::path& folder, std::string_view bytes) {
   std::error_code failure;
-  fs::create_directories(folder, failure);  // the write tells if that has failed
-  const std::string name(String::firstCharacters(jobFileName(job.name), longestName));
-  return replaceFile(freshPath(folder, name + ' ' + timeText(program.platform.clock.secondsSince1970())), bytes);
+  for (const auto& entry : fs::directory_iterator(folder, failure)) {
+    if (entry.file_size(failure) != bytes.size()) continue;
+    const auto kept = readFile(entry.path(), JobFolder::largestFile);
+    if (kept && *kept == bytes) return true;
+  }
+  return false;
 }
 
 bool mayCommentsGo(const Program& program, const Launchd& job) {
@@ -66,14 +64,33 @@ bool mayCommentsGo(const Program& program, const Launchd& job) {
 
 }  // namespace
 
-bool letCommentsGo(Program& program, const Launchd& job) {
-  if (job.isNewFile) return true;
-  const auto bytes = readFile(job.url.path(), JobFolder::largestFile);
+fs::path keptFilesFolder(const Program& program) {
+  return program.foundation.roots.applicationSupport / "Kept Files";
+}
+
+Result<void> keepFile(const Program& program, const std::string& job, std::string_view bytes) {
+  constexpr std::size_t longestName = 48;  // in characters, so that any name has room
+  const fs::path folder = keptFilesFolder(program);
+  if (isKept(folder, bytes)) return {};
+  std::error_code failure;
+  fs::create_directories(folder, failure);  // the write tells if that has failed
+  const std::string name(String::firstCharacters(jobFileName(job), longestName));
+  return replaceFile(freshPath(folder, name + ' ' + timeText(program.platform.clock.secondsSince1970())), bytes);
+}
+
+bool letCommentsGo(Program& program, const std::shared_ptr<Launchd>& job) {
+  if (job->isNewFile) return true;
+  const auto bytes = readFile(job->url.path(), JobFolder::largestFile);
   if (!bytes || !plist::hasComments(*bytes)) return true;
-  if (!mayCommentsGo(program, job)) return false;
-  const auto kept = keepFile(program, job, *bytes);
-  if (!kept) program.platform.interface.present(kept.error());
-  return static_cast<bool>(kept);
+  const std::string checksum = JobFile::checksumOf(*bytes);
+  if (program.editing.hasAgreed(job, checksum)) return true;
+  if (!mayCommentsGo(program, *job)) return false;
+  if (const auto kept = keepFile(program, job->name, *bytes); !kept) {
+    program.platform.interface.present(kept.error());
+    return false;
+  }
+  program.editing.agreed(job, checksum);
+  return true;
 }
 
 }  // namespace mirvel
