@@ -173,7 +173,10 @@ void ActionController::deleteConfirmed(int response, const Job& job, const Ended
   if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem(dynamic_cast<const LoginItem&>(job));
   if (!canBeNamed(job.url)) return;
   const auto action = Action::delete_(job.url, job.name);
-  action->ended = ended;
+  action->ended = [ended, deleting = std::make_shared<Busy::Token>(m_program.state.deleting.begin())](bool isDeleted) {
+    deleting->release();
+    if (ended) ended(isDeleted);
+  };
   // A copy that never ran: what is loaded under its label is the other job.
   const bool isOthersLabel = isOtherLoaded(job, m_program.state.jobs);
   if (isOthersLabel) action->label.reset();

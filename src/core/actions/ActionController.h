@@ -10,7 +10,9 @@
 #include "core/actions/HelperConnection.h"
 #include "core/actions/HelperLink.h"
 #include "core/actions/MoveJournal.h"
+#include "core/actions/MoveTarget.h"
 #include "core/catalogue/Job.h"
+#include "core/support/Claims.h"
 #include "core/support/Delay.h"
 #include "core/support/Signal.h"
 
@@ -19,7 +21,6 @@ namespace mirvel {
 class Launchd;
 class LoginItem;
 class Program;
-class SaveRun;
 
 /// Sends requests to the two helpers, and answers everyone who waits for one. For the main thread.
 ///
@@ -55,6 +56,13 @@ class ActionController {
   void finishMoves();
   MoveJournal& moves() { return m_moves; }
 
+  /// Held by whoever is going to write a job file, so that nobody else takes its place before it is there.
+  Claims::Claim claim(const URL& file) { return m_written.claim(file.text()); }
+  /// Tells of the files that have been claimed.
+  IsTaken isTaken() const {
+    return [this](const std::filesystem::path& file) { return m_written.isClaimed(URL::file(file).text()); };
+  }
+
   /// For whoever wants to end a request. Null while there is no connection.
   HelperConnection* connection() const { return m_user.connection(); }
   HelperConnection* privilegedConnection() const { return m_privileged.connection(); }
@@ -77,7 +85,6 @@ class ActionController {
   static void disable(Program& program, const std::shared_ptr<Launchd>& job);
   void deselect(const std::shared_ptr<Launchd>& job);
   void startSave(const std::shared_ptr<Launchd>& job, const Ended& ended);
-  bool isBeingWritten(const std::filesystem::path& file) const;
   void finishMove(const MoveJournal::Move& move);
   void endMove(const URL& users);
   void loadQuietly(const URL& url);
@@ -92,7 +99,7 @@ class ActionController {
   MoveJournal m_moves;
   std::optional<std::string> m_authData;
   std::vector<std::function<void(bool)>> m_awaitingAuthorisation;
-  std::vector<std::weak_ptr<SaveRun>> m_saves;
+  Claims m_written;
   HelperLink m_user;
   HelperLink m_privileged;
 };

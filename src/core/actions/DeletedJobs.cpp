@@ -114,13 +114,14 @@ std::vector<DeletedJob> DeletedJobs::kept() const {
 std::vector<DeletedJob> DeletedJobs::jobs() const {
   std::vector<DeletedJob> result = kept();
   std::erase_if(result, [&](const DeletedJob& job) {
-    return keptUntil(job.deletedAt) < m_clock.secondsSince1970() || standsAsItWas(job);
+    const bool isOver = keptUntil(job.deletedAt) < m_clock.secondsSince1970();
+    return isOver || m_claimed.isClaimed(job.id) || standsAsItWas(job);
   });
   return result;
 }
 
 std::optional<DeletedJob> DeletedJobs::job(const std::string& id) const {
-  const plist::Value* const value = m_store.find(id);
+  const plist::Value* const value = m_claimed.isClaimed(id) ? nullptr : m_store.find(id);
   return value ? decode(id, *value) : std::nullopt;
 }
 

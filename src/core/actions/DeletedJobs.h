@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/catalogue/Job.h"
+#include "core/support/Claims.h"
 #include "core/support/Clock.h"
 #include "core/support/Result.h"
 #include "core/support/Store.h"
@@ -47,8 +48,12 @@ class DeletedJobs {
   /// Of a job that was brought back, or wasn't deleted after all.
   void forget(const std::string& id);
 
+  /// Held while the job is brought back, so that it isn't a second time.
+  Claims::Claim claim(const std::string& id) { return m_claimed.claim(id); }
+
   /// What can be brought back, the newest first. A job whose file still stands as it was isn't deleted.
   std::vector<DeletedJob> jobs() const;
+  /// None too while it is brought back.
   std::optional<DeletedJob> job(const std::string& id) const;
 
  private:
@@ -58,6 +63,7 @@ class DeletedJobs {
   mutable Store m_store;  // reading may have to read the file again
   const Clock& m_clock;
   const Limits m_limits;
+  Claims m_claimed;
 };
 
 }  // namespace mirvel

@@ -46,6 +46,18 @@ fs::path withUuid(const fs::path& folder, std::string name) {
 
 }  // namespace
 
+Result<void> makeAgentsFolder(const Roots& roots) {
+  const fs::path folder = *Kind(Kind::userAgent).folderURL(roots);
+  std::error_code failure;
+  if (fs::exists(folder, failure)) return {};
+  fs::create_directories(folder, failure);
+  if (!failure) {
+    fs::permissions(folder, fs::perms::group_write | fs::perms::others_write, fs::perm_options::remove, failure);
+  }
+  if (failure) return systemError(failure.value(), "make the folder", folder.string());
+  return {};
+}
+
 std::optional<URL> moveTarget(Kind kind, const URL& url, const Roots& roots, const IsTaken& isTaken) {
   const auto folder = kind.folderURL(roots);
   if (!folder) return std::nullopt;

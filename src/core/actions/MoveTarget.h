@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "core/catalogue/Kind.h"
+#include "core/support/Result.h"
 #include "core/support/Roots.h"
 #include "core/support/URL.h"
 
@@ -16,6 +17,10 @@ using IsTaken = std::function<bool(const std::filesystem::path&)>;
 /// Where a job's file goes in the folder of another kind: under its own name or, where something has that, with a new
 /// UUID at the end of its name. None if the kind has no folder.
 std::optional<URL> moveTarget(Kind kind, const URL& url, const Roots& roots, const IsTaken& isTaken = {});
+
+/// Makes the folder of the user's own agents where it is missing. Nobody else may write in it, whatever the umask:
+/// jobs aren't loaded from such a folder.
+Result<void> makeAgentsFolder(const Roots& roots);
 
 /// What the file of a job of that name is called, without its extension: the name with "_" in place of each "/". One
 /// that is too long for a file name loses its end.

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <utility>
 
 #include "core/actions/ActionController.h"
@@ -61,25 +60,16 @@ void ActionController::startSave(const std::shared_ptr<Launchd>& job, const Ende
     if (ended) ended(false);
   };
   if (!job->plist().normalizeForSave(m_program.repairs)) return giveUp();
-  const auto isTaken = [this](const std::filesystem::path& file) { return isBeingWritten(file); };
-  auto plan = SavePlan::of(*job, m_program.foundation.roots, isTaken);
+  auto plan = SavePlan::of(*job, m_program.foundation.roots, isTaken());
   if (!plan) m_program.platform.interface.saveError();
   if (!plan || !canBeNamed(plan->to)) return giveUp();
   if (job->isNewFile) {
     job->url = plan->to;
     job->updateCustomIconDigest();
   }
-  const auto run = std::make_shared<SaveRun>(m_program, job, std::move(before), *std::move(plan), ended);
-  std::erase_if(m_saves, [](const auto& save) { return save.expired(); });
-  m_saves.push_back(run);
-  run->start();
-}
-
-bool ActionController::isBeingWritten(const std::filesystem::path& file) const {
-  return std::any_of(m_saves.begin(), m_saves.end(), [&file](const auto& save) {
-    const auto run = save.lock();
-    return run && run->takes(file);
-  });
+  // The folder may have been removed meanwhile; the write tells if it can't be made.
+  if (job->kind == Kind::userAgent) (void)makeAgentsFolder(m_program.foundation.roots);
+  std::make_shared<SaveRun>(m_program, job, std::move(before), *std::move(plan), ended)->start();
 }
 
 void ActionController::deselect(const std::shared_ptr<Launchd>& job) {

@@ -6,6 +6,7 @@
 #include "core/app/Program.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/Launchd.h"
+#include "core/editor/CommentedFile.h"
 
 namespace mirvel {
 
@@ -15,7 +16,8 @@ SaveRun::SaveRun(Program& program, std::shared_ptr<Launchd> job, launchd::Plist 
       m_before(std::move(before)),
       m_plan(std::move(plan)),
       m_ended(std::move(ended)),
-      m_saving(program.state.saving.begin()) {}
+      m_saving(program.state.saving.begin()),
+      m_file(program.actions.claim(m_plan.to)) {}
 
 void SaveRun::start() {
   if (!m_plan.needsRoot) return begin();
@@ -31,13 +33,20 @@ void SaveRun::begin() {
     m_program.platform.interface.error(localize.couldntBeWritten(m_plan.to.text()), localize.thereIsAFileOfThisName());
     return finish(false);
   }
-  if (wasOvertaken()) {
-    finish(false);
-    if (m_program.shell.edit) m_program.shell.edit->save();  // which asks what is to become of the two
-    return;
-  }
+  // The last question of a save, so that it is asked once; the file may change while the user thinks about it.
+  if (endsOvertaken()) return;
+  if (!letCommentsGo(m_program, m_job)) return finish(false);
+  if (endsOvertaken()) return;
   if (m_plan.isMove && !noteMove()) return finish(false);
   next();
+}
+
+/// Leaves it to the editor to ask what is to become of the two.
+bool SaveRun::endsOvertaken() {
+  if (!wasOvertaken()) return false;
+  finish(false);
+  if (m_program.shell.edit) m_program.shell.edit->save();
+  return true;
 }
 
 /// Whether something else wrote to the file of the edited job while the user was asked for a password.
@@ -178,11 +187,20 @@ void SaveRun::keepWritten() {
   m_job->url = m_plan.to;
   m_job->isNewFile = false;
   m_job->updateCustomIconDigest();
+  becomeWhatWasWritten();
   if (!m_plan.isMove) return;
   // The bytes of a job that only moved are the same, but it must be read again: its kind isn't what it was.
   m_job->checksum.clear();
   m_program.jobMoves.jobMoved(m_plan.from, m_plan.to);
   m_program.revisions.saveRevision(*m_job);
+}
+
+/// Until a scan has read the file, the job may be edited again, and what is edited then be dropped or saved.
+void SaveRun::becomeWhatWasWritten() {
+  const auto read = Launchd::read(m_plan.text, m_plan.to, m_job->kind, m_program.foundation.scanSettings(),
+                                  m_program.platform.console);
+  if (read) m_job->plist() = std::move(read->plist());
+  m_program.editing.fileHolds(m_job, m_plan.text);
 }
 
 /// The edit is that of the job itself, or of one without changes that a scan has put in its place.

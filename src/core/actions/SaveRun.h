@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -8,6 +7,7 @@
 #include "core/actions/SavePlan.h"
 #include "core/app/Busy.h"
 #include "core/plist/Plist.h"
+#include "core/support/Claims.h"
 
 namespace mirvel {
 
@@ -28,14 +28,13 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
 
   /// Asks for the password, if one is needed, before anything else.
   void start();
-  /// Whether the file is one that it is going to write.
-  bool takes(const std::filesystem::path& file) const { return m_plan.to.path() == file; }
 
  private:
   using Role = SaveStep::Role;
 
   void begin();
   bool wasOvertaken() const;
+  bool endsOvertaken();
   void next();
   void send(const SaveStep& step);
   bool noteMove();
@@ -49,6 +48,7 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
 
   void finish(bool isWritten);
   void keepWritten();
+  void becomeWhatWasWritten();
   void putBack();
   void endEdit();
   bool isWritten() const;
@@ -59,6 +59,7 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
   SavePlan m_plan;
   Ended m_ended;
   Busy::Token m_saving;
+  Claims::Claim m_file;
   std::optional<Role> m_role;  ///< of the step that is waited for
   bool m_isTakingBack = false;
   bool m_isOldUnloaded = false;

@@ -1,7 +1,6 @@
 #include "core/app/AppDelegate.h"
 
 #include <optional>
-#include <system_error>
 #include <utility>
 
 #include "core/app/Program.h"
@@ -9,8 +8,6 @@
 #include "core/support/Digest.h"
 
 namespace mirvel {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -47,23 +44,13 @@ std::string base64Text(std::string host) {
 
 AppDelegate::AppDelegate(Program& program)
     : m_program(program), m_limit(program.platform.mainQueue), m_delay(program.platform.mainQueue) {
-  makeAgentsFolder();
-}
-
-void AppDelegate::makeAgentsFolder() {
-  const fs::path folder = *Kind(Kind::userAgent).folderURL(m_program.foundation.roots);
-  std::error_code failure;
-  if (fs::exists(folder, failure)) return;
-  fs::create_directories(folder, failure);
-  // Jobs aren't loaded from a folder in which others may write, as a umask of 002 would make it.
-  if (!failure) {
-    fs::permissions(folder, fs::perms::group_write | fs::perms::others_write, fs::perm_options::remove, failure);
-  }
-  if (failure) m_program.platform.interface.present(systemError(failure.value(), "make the folder", folder.string()));
+  const auto made = makeAgentsFolder(program.foundation.roots);
+  if (!made) program.platform.interface.present(made.error());
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
   m_program.actions.finishMoves();
+  m_program.drafts.offer();
   if (m_program.state.jobs.empty() && !m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
   m_delay(0.01, [this] { setUpMonitors(); });
 }
@@ -108,29 +95,49 @@ void AppDelegate::folderDidChange() {
 }
 
 bool AppDelegate::applicationShouldTerminate() {
-  // A save that is under way still needs its helper.
-  const bool isSaving = m_program.state.saving.isBusy();
-  if (m_program.shell.endPrivilegedConnection && !isSaving) m_program.shell.endPrivilegedConnection();
-  const bool isBeingSaved = isSaving && !m_program.actions.isAuthorising();
-  if ((isBeingSaved || !m_program.state.hasUnsavedChanges) && waitsForSave()) return false;
-  if (!m_program.state.hasUnsavedChanges) return true;
+  const bool isAsked = m_program.state.saving.isBusy() || m_program.state.deleting.isBusy();
+  if (m_program.shell.endPrivilegedConnection && !isAsked) m_program.shell.endPrivilegedConnection();
+  if ((isHelperAtWork() || !m_program.state.hasUnsavedChanges) && waitsForHelper()) return false;
+  const bool mayEnd = !m_program.state.hasUnsavedChanges || m_endsUnasked;
+  if (mayEnd && m_program.drafts.settle()) return true;
+  m_endsUnasked = false;
   if (!isTerminating) m_program.mainWindow.unsavedChangesAlert();
   isTerminating = true;
   return false;
 }
 
-/// While the user is asked for a password nothing has begun yet.
-bool AppDelegate::waitsForSave() {
-  const bool isSecondTry = m_isWaitingForSave;
-  m_isWaitingForSave = m_program.state.saving.isBusy() && !m_program.actions.isAuthorising();
-  if (!m_isWaitingForSave || isSecondTry) return false;
-  m_saved = m_program.state.saving.changed().subscribe([this] {
-    m_isWaitingForSave = false;
+void AppDelegate::endUnasked() {
+  keepEdit();
+  m_endsUnasked = true;
+  if (m_program.shell.terminate) m_program.shell.terminate();
+}
+
+void AppDelegate::keepEdit() {
+  if (m_program.shell.edit) m_program.shell.edit->endEditing();
+  (void)m_program.drafts.settle();  // what fails has been reported
+}
+
+/// Whether a save or deletion is under way, which still needs its helper. While the user is asked for a password
+/// nothing has begun yet.
+bool AppDelegate::isHelperAtWork() const {
+  const AppState& state = m_program.state;
+  return (state.saving.isBusy() || state.deleting.isBusy()) && !m_program.actions.isAuthorising();
+}
+
+bool AppDelegate::waitsForHelper() {
+  const bool isSecondTry = m_isWaiting;
+  m_isWaiting = isHelperAtWork();
+  if (!m_isWaiting || isSecondTry) return false;
+  const auto tryAgain = [this] {
+    if (!std::exchange(m_isWaiting, false)) return;
     m_delay(0, [this] {
+      m_saved = {};
+      m_deleted = {};
       if (m_program.shell.terminate) m_program.shell.terminate();
     });
-    m_saved = {};
-  });
+  };
+  m_saved = m_program.state.saving.changed().subscribe(tryAgain);
+  m_deleted = m_program.state.deleting.changed().subscribe(tryAgain);
   return true;
 }
 

@@ -24,8 +24,14 @@ class AppDelegate {
   /// To be called when the window is there.
   void applicationDidFinishLaunching();
   /// Whether the application may quit now. If not, the user is asked, and the application quits by itself if they wish;
-  /// or a save is under way, and the application quits by itself when that has ended. A second try needn't wait for it.
+  /// or a save or deletion is under way, and the application quits by itself when that has ended. A second try needn't
+  /// wait for it.
   bool applicationShouldTerminate();
+  /// Whoever ends the program doesn't wait for answers: an edit that isn't saved is kept, see `Drafts`, and the
+  /// application quits; if it can't be kept, only after the user was asked.
+  void endUnasked();
+  /// The same may come soon, without a word.
+  void keepEdit();
   /// Closing the last window always quits.
   static constexpr bool applicationShouldTerminateAfterLastWindowClosed() { return true; }
   void applicationDidBecomeActive();
@@ -41,12 +47,12 @@ class AppDelegate {
   bool isTerminating = false;
 
  private:
-  void makeAgentsFolder();
   void setUpMonitors();
   void updateAgent();
   void renewRegistration();
   void folderDidChange();
-  bool waitsForSave();
+  bool isHelperAtWork() const;
+  bool waitsForHelper();
   void selectOpened();
 
   Program& m_program;
@@ -54,8 +60,10 @@ class AppDelegate {
   std::vector<std::unique_ptr<FolderMonitor>> m_monitors;
   std::optional<URL> m_opened;  ///< of the job that is to be selected
   Subscription m_scanned;       ///< while a URL waits for a scan
-  Subscription m_saved;         ///< while a quit waits for a save
-  bool m_isWaitingForSave = false;
+  Subscription m_saved;         ///< while a quit waits for a helper
+  Subscription m_deleted;       ///< the same
+  bool m_endsUnasked = false;
+  bool m_isWaiting = false;  ///< a quit, for a helper
   Delay m_delay;
 };
 

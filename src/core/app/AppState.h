@@ -14,6 +14,7 @@ struct AppState {
   std::shared_ptr<Job> selectedJob;  ///< whose details are shown; null: none
   bool hasUnsavedChanges = false;    ///< of the selected job
   Busy saving = {};                  ///< saves from their first request, or the password, to the last answer
+  Busy deleting = {};                ///< deletions, in the same way
   Busy scanning = {};
   std::string filterString;  ///< text of the search field
 

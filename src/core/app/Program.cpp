@@ -20,6 +20,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       notes(foundation.roots.applicationSupport, platform.mainQueue, foundation.storeTroubles),
       jobMoves(foundation.roots.applicationSupport, state, notes, revisions, foundation.storeTroubles),
       editing(*this),
+      drafts(*this),
       scheduledController(foundation.localize),
       actions(*this),
       hostStart(*this),

@@ -15,6 +15,7 @@
 #include "core/catalogue/KindTexts.h"
 #include "core/creation/CommandRepairs.h"
 #include "core/creation/Creation.h"
+#include "core/editor/Drafts.h"
 #include "core/editor/Editing.h"
 #include "core/editor/NotesStore.h"
 #include "core/mainwindow/MainWindowController.h"
@@ -53,6 +54,7 @@ class Program {
   NotesStore notes;
   JobMoves jobMoves;
   Editing editing;
+  Drafts drafts;
   ScheduledController scheduledController;
   ActionController actions;
   HostStart hostStart;

@@ -39,6 +39,7 @@ bool replaceSelected(Program& program, const plist::Dictionary& dictionary) {
   program.state.selectedJob = job;
   program.mainWindow.selectedJobDidChange();
   program.state.hasUnsavedChanges = true;
+  program.drafts.edited();
   if (program.shell.edit) program.shell.edit->refreshEditedState();
   return true;
 }

@@ -157,7 +157,7 @@ std::optional<std::string> CommandRepairs::checkComplexCommand(const std::string
   if (String::characterCount(run) <= 5 || m_defaults.suppressAlertComplexRun()) return run;
   const auto sign = shellSign(run);
   if (!sign) return run;
-  const int answer = m_interface.alert({
+  const Alert question{
       .message = m_localize.format(
           "Your command might be too complex to run. Do you want to run it as a shell script instead?", {}),
       .informativeText = m_localize.noShellReadsTheCommand(*sign),
@@ -165,8 +165,13 @@ std::optional<std::string> CommandRepairs::checkComplexCommand(const std::string
       .alternateTitle = m_localize.format("Continue Anyway", {}),
       .otherTitle = m_localize.cancel(),
       .suppression = std::string(Defaults::Key::suppressAlertComplexRun),
-  });
-  if (answer == Interface::defaultButton) return asShellScript(run, name);
+  };
+  const int answer = m_interface.alert(question);
+  if (answer == Interface::defaultButton) {
+    auto script = asShellScript(run, name);
+    if (!script) m_interface.askAgain(question);
+    return script;
+  }
   return answer == Interface::alternateButton ? std::optional(run) : std::nullopt;
 }
 

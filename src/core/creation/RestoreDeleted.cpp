@@ -9,6 +9,8 @@
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
 #include "core/creation/SaveNewJob.h"
+#include "core/editor/CommentedFile.h"
+#include "core/propertylist/Comments.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
@@ -58,12 +60,28 @@ std::optional<std::string> disabledText(const std::string& bytes) {
   return xml ? std::optional(*std::move(xml)) : std::nullopt;
 }
 
-/// Where the file was, or beside that if something else has the name by now.
-std::optional<URL> placeFor(const DeletedJob& deleted, const Roots& roots) {
+/// A deleted job on its way back. Until it ends nobody else brings it back, or writes a file in its place.
+struct Restoration {
+  DeletedJob deleted;
+  std::string text = {};  ///< that is written
+  URL url = deleted.url;
+  bool isCopyKept = false;  ///< of the file, apart from the deleted jobs
+  Claims::Claim job = {};
+  Claims::Claim file = {};
+  Busy::Token saving = {};
+};
+using Restoring = std::shared_ptr<Restoration>;
+
+/// Where the file was, or beside that if something else has the name by now; where its folder has gone, in that of its
+/// kind.
+std::optional<URL> placeFor(Program& program, const DeletedJob& deleted) {
   std::error_code failure;
-  const auto status = std::filesystem::symlink_status(deleted.url.path(), failure);
-  if (status.type() == std::filesystem::file_type::not_found) return deleted.url;
-  return newFileURL(deleted.kind, deleted.name, roots);
+  const std::filesystem::path old = deleted.url.path();
+  const auto status = std::filesystem::symlink_status(old, failure);
+  const IsTaken isTaken = program.actions.isTaken();
+  const bool isFree = status.type() == std::filesystem::file_type::not_found && !isTaken(old);
+  if (isFree && std::filesystem::is_directory(old.parent_path(), failure)) return deleted.url;
+  return newFileURL(deleted.kind, deleted.name, program.foundation.roots, isTaken);
 }
 
 void show(Program& program, const std::shared_ptr<Launchd>& job) {
@@ -78,44 +96,85 @@ void load(Program& program, const URL& url) {
   (void)program.actions.send(action);  // the user has been told if that can't be
 }
 
-std::shared_ptr<Launchd> read(Program& program, const DeletedJob& deleted, const URL& url, const std::string& text) {
-  return Launchd::read(text, url, deleted.kind, program.foundation.scanSettings(), program.platform.console);
+std::shared_ptr<Launchd> read(Program& program, const Restoration& restoration) {
+  return Launchd::read(restoration.text, restoration.url, restoration.deleted.kind, program.foundation.scanSettings(),
+                       program.platform.console);
 }
 
-void write(Program& program, const DeletedJob& deleted, const URL& url, const std::string& text) {
-  const auto job = read(program, deleted, url, text);
-  const auto action = Action::write(url, text, deleted.name);
+/// Whether nothing is lost if the job isn't kept among the deleted ones any more.
+bool isAllBack(const Restoration& restoration) {
+  const std::string& bytes = restoration.deleted.bytes;
+  return restoration.text == bytes || restoration.isCopyKept || !plist::hasComments(bytes);
+}
+
+void send(Program& program, const Restoring& restoring) {
+  const DeletedJob& deleted = restoring->deleted;
+  const auto job = read(program, *restoring);
+  const auto action = Action::write(restoring->url, restoring->text, deleted.name);
   action->mode = deleted.mode;
   action->cleanUp = false;  // whatever is being edited when the answer comes is another job
   // Root only writes an agent's file: it is loaded in the user's session.
   const bool isUsers = deleted.kind == Kind::userAgent;
   const bool isLoaded = job && !job->isDisabled(), loadsApart = isLoaded && deleted.kind.isAgentOfEveryone();
   if (isLoaded && !loadsApart) action->kind = Action::Kind::writeAndLoad;
-  const bool isAsItWas = text == deleted.bytes;
-  const auto saving = std::make_shared<Busy::Token>(program.state.saving.begin());
-  action->ended = [&program, job, url, loadsApart, isAsItWas, saving, id = deleted.id](bool isWritten) {
-    saving->release();
+  action->ended = [&program, job, loadsApart, restoring](bool isWritten) {
+    restoring->saving.release();
+    restoring->job = {};
+    restoring->file = {};
     if (!isWritten) return;
-    if (loadsApart) load(program, url);
-    if (isAsItWas) program.deletedJobs.forget(id);  // otherwise only what is kept has all that the file had
+    if (loadsApart) load(program, restoring->url);
+    if (isAllBack(*restoring)) program.deletedJobs.forget(restoring->deleted.id);
     show(program, job);
   };
-  const bool isSent = isUsers ? program.actions.send(action) : program.actions.sendPrivileged(action);
-  if (!isSent) saving->release();
+  (void)(isUsers ? program.actions.send(action) : program.actions.sendPrivileged(action));
 }
 
-void askAboutNamesake(Program& program, const DeletedJob& deleted, const URL& url, const Job& other) {
+/// The place is looked for when nothing is left that the user has to answer.
+void begin(Program& program, const Restoring& restoring) {
+  const DeletedJob& deleted = restoring->deleted;
+  if (deleted.kind == Kind::userAgent) (void)makeAgentsFolder(program.foundation.roots);  // the write tells what fails
+  const auto url = placeFor(program, deleted);
+  if (!url) return program.platform.interface.saveError();
+  restoring->url = *url;
+  restoring->file = program.actions.claim(*url);
+  send(program, restoring);
+}
+
+void authoriseAndBegin(Program& program, const Restoring& restoring) {
+  restoring->saving = program.state.saving.begin();
+  if (restoring->deleted.kind == Kind::userAgent) return begin(program, restoring);
+  program.actions.authorise([&program, restoring](bool isGranted) {
+    if (isGranted) begin(program, restoring);
+  });
+}
+
+void restoreDisabled(Program& program, const Restoring& restoring) {
+  const DeletedJob& deleted = restoring->deleted;
+  auto text = disabledText(deleted.bytes);
+  if (!text) return program.platform.interface.saveError();
+  if (plist::hasComments(deleted.bytes)) {
+    const auto kept = keepFile(program, deleted.name, deleted.bytes);
+    if (!kept) return program.platform.interface.present(kept.error());
+    restoring->isCopyKept = true;
+  }
+  restoring->text = *std::move(text);
+  authoriseAndBegin(program, restoring);
+}
+
+void askAboutNamesake(Program& program, const Restoring& restoring, const Job& other) {
   const Localize& localize = program.foundation.localize;
+  const DeletedJob& deleted = restoring->deleted;
+  std::string consequences = localize.anotherJobHasTheNameIn(other.url.text());
+  if (plist::hasComments(deleted.bytes)) {
+    consequences += "\n\n" + localize.restoredWithoutComments(keptFilesFolder(program).string());
+  }
   program.platform.interface.beginSheet({.message = localize.anotherJobHasTheName(deleted.name),
-                                         .informativeText = localize.anotherJobHasTheNameIn(other.url.text()),
+                                         .informativeText = std::move(consequences),
                                          .defaultTitle = localize.restoreDisabled(),
                                          .alternateTitle = localize.cancel(),
                                          .safeButton = Interface::alternateButton},
-                                        [&program, deleted, url](int answer) {
-                                          const auto text = disabledText(deleted.bytes);
-                                          if (answer != Interface::defaultButton) return;
-                                          if (!text) return program.platform.interface.saveError();
-                                          write(program, deleted, url, *text);
+                                        [&program, restoring](int answer) {
+                                          if (answer == Interface::defaultButton) restoreDisabled(program, restoring);
                                         });
 }
 
@@ -156,16 +215,20 @@ std::vector<DeletedJobRow> deletedJobRows(Program& program) {
 }
 
 void restoreDeleted(Program& program, const std::string& id) {
-  const auto deleted = program.deletedJobs.job(id);
+  auto deleted = program.deletedJobs.job(id);
   if (!deleted) return;
-  const auto url = placeFor(*deleted, program.foundation.roots);
-  const auto text = textOf(deleted->bytes);
-  const auto job = url && text ? read(program, *deleted, *url, *text) : nullptr;
+  auto text = textOf(deleted->bytes);
+  if (!text) return program.platform.interface.saveError();
+  const auto restoring = std::make_shared<Restoration>(Restoration{.deleted = *std::move(deleted)});
+  restoring->text = *std::move(text);
+  restoring->job = program.deletedJobs.claim(id);
+  const auto job = read(program, *restoring);
   if (!job) return program.platform.interface.saveError();
+  job->isNewFile = true;  // whatever stands in its old place is another job
   if (const auto other = conflictingJob(*job, job->name, program.state.jobs)) {
-    return askAboutNamesake(program, *deleted, *url, *other);
+    return askAboutNamesake(program, restoring, *other);
   }
-  write(program, *deleted, *url, *text);
+  authoriseAndBegin(program, restoring);
 }
 
 }  // namespace mirvel

@@ -8,6 +8,7 @@
 
 #include "core/actions/MoveTarget.h"
 #include "core/app/Program.h"
+#include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
 #include "core/propertylist/Comments.h"
@@ -22,10 +23,6 @@ namespace mirvel {
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path keptFilesFolder(const Program& program) {
-  return program.foundation.roots.applicationSupport / "Kept Files";
-}
 
 /// The moment in UTC, without colons, which some file systems don't take in a name.
 std::string timeText(double secondsSince1970) {
@@ -44,13 +41,15 @@ fs::path freshPath(const fs::path& folder, const std::string& name) {
   return path;
 }
 
-Result<void> keepFile(const Program& program, const Launchd& job, std::string_view bytes) {
-  constexpr std::size_t longestName = 48;  // in characters, so that any name has room
-  const fs::path folder = keptFilesFolder(program);
-  if (auto made = makePrivateFolder(folder); !made) return made;
-  const std::string name(String::firstCharacters(jobFileName(job.name), longestName));
-  return replaceFile(freshPath(folder, name + ' ' + timeText(program.platform.clock.secondsSince1970())), bytes,
-                     privateFile);
+bool isKept(const fs::path& folder, std::string_view bytes) {
+  std::error_code failure;
+  for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end; entry.increment(failure)) {
+    std::error_code unreadable;
+    if (entry->file_size(unreadable) != bytes.size()) continue;
+    const auto kept = readFile(entry->path(), JobFolder::largestFile);
+    if (kept && *kept == bytes) return true;
+  }
+  return false;
 }
 
 bool mayCommentsGo(const Program& program, const Launchd& job) {
@@ -67,14 +66,33 @@ bool mayCommentsGo(const Program& program, const Launchd& job) {
 
 }  // namespace
 
-bool letCommentsGo(Program& program, const Launchd& job) {
-  if (job.isNewFile) return true;
-  const auto bytes = readFile(job.url.path(), JobFolder::largestFile);
+fs::path keptFilesFolder(const Program& program) {
+  return program.foundation.roots.applicationSupport / "Kept Files";
+}
+
+Result<void> keepFile(const Program& program, const std::string& job, std::string_view bytes) {
+  constexpr std::size_t longestName = 48;  // in characters, so that any name has room
+  const fs::path folder = keptFilesFolder(program);
+  if (isKept(folder, bytes)) return {};
+  if (auto made = makePrivateFolder(folder); !made) return made;
+  const std::string name(String::firstCharacters(jobFileName(job), longestName));
+  return replaceFile(freshPath(folder, name + ' ' + timeText(program.platform.clock.secondsSince1970())), bytes,
+                     privateFile);
+}
+
+bool letCommentsGo(Program& program, const std::shared_ptr<Launchd>& job) {
+  if (job->isNewFile) return true;
+  const auto bytes = readFile(job->url.path(), JobFolder::largestFile);
   if (!bytes || !plist::hasComments(*bytes)) return true;
-  if (!mayCommentsGo(program, job)) return false;
-  const auto kept = keepFile(program, job, *bytes);
-  if (!kept) program.platform.interface.present(kept.error());
-  return static_cast<bool>(kept);
+  const std::string checksum = JobFile::checksumOf(*bytes);
+  if (program.editing.hasAgreed(job, checksum)) return true;
+  if (!mayCommentsGo(program, *job)) return false;
+  if (const auto kept = keepFile(program, job->name, *bytes); !kept) {
+    program.platform.interface.present(kept.error());
+    return false;
+  }
+  program.editing.agreed(job, checksum);
+  return true;
 }
 
 }  // namespace mirvel

@@ -45,6 +45,8 @@ class EditType {
   virtual void updateButtons() = 0;
   /// Shows whether there are unsaved changes.
   virtual void refreshEditedState() = 0;
+  /// Takes over what is being typed.
+  virtual void endEditing() {}
   /// Takes over what is being typed, and saves the job.
   virtual void save() = 0;
   /// Goes back to what was read.

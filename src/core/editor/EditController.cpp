@@ -6,8 +6,7 @@
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
-#include "core/editor/CommentedFile.h"
-#include "core/plist/NormalizeForSave.h"
+#include "core/editor/Drafts.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "core/support/Const.h"
@@ -27,14 +26,6 @@ std::optional<std::string> changedFile(const Launchd& job, const Editing& editin
 
 bool mayBeSaved(const Job* job, const Defaults& defaults) {
   return job && job->record() && job->kind.isEditable(defaults.editSystemJobs());
-}
-
-/// The job as a save would write it now.
-std::string asEdited(const Launchd& job) {
-  launchd::Plist record = job.plist().clone();
-  launchd::takeArgumentsFromRun(record);
-  const auto text = plist::writeXml(record.encodeAll());
-  return text ? *text : std::string();
 }
 
 /// As a person reads a job file, whatever form it has.
@@ -79,11 +70,6 @@ void EditController::save() {
     return m_program.platform.interface.error(invalid->message, invalid->reason);
   }
   if (const auto theirs = changedFile(*job, m_program.editing)) return askAboutConflict(job, *theirs);
-  send(job);
-}
-
-void EditController::send(const std::shared_ptr<Launchd>& job) {
-  if (!letCommentsGo(m_program, *job)) return;
   m_program.actions.save(job);
 }
 
@@ -92,28 +78,29 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
   m_program.platform.interface.beginSheet(
       {.message = localize.fileWasChangedMeanwhile(job->name),
        .informativeText = localize.anotherProgramChangedTheFile(),
-       .defaultTitle = localize.keepMine(),
-       .alternateTitle = localize.takeTheirs(),
-       .otherTitle = localize.compare()},
+       .defaultTitle = localize.compare(),
+       .alternateTitle = localize.keepMine(),
+       .otherTitle = localize.takeTheirs(),
+       .cancelTitle = localize.cancel()},
       [this, job, theirs](int answer) {
-        if (answer != Interface::otherButton) {
-          return resolveConflict(job, theirs, answer);
-        }
+        if (answer == Interface::alternateButton) return resolveConflict(job, theirs, Choice::Mine);
+        if (answer == Interface::otherButton) return resolveConflict(job, theirs, Choice::Theirs);
+        if (answer != Interface::defaultButton) return;
         const Versions versions{.mine = asEdited(*job), .theirs = readable(theirs)};
-        m_stack.compare(versions, [this, job, theirs](int choice) { resolveConflict(job, theirs, choice); });
+        m_stack.compare(versions, [this, job, theirs](Choice choice) { resolveConflict(job, theirs, choice); });
       });
 }
 
-void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer) {
+void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, Choice choice) {
   if (job != m_program.state.selectedJob) return;
-  if (answer == Interface::alternateButton) {
+  if (choice == Choice::Theirs) {
     m_stack.hideDiscardButton();
     readAnew();
-    return take(*job, theirs);
+    return take(job, theirs);
   }
-  if (answer != Interface::defaultButton) return;
+  if (choice != Choice::Mine) return;
   m_program.editing.setFileChecksum(JobFile::checksumOf(theirs));
-  send(job);
+  m_program.actions.save(job);
 }
 
 void EditController::discardEdits() {
@@ -123,10 +110,11 @@ void EditController::discardEdits() {
 }
 
 /// What can be edited until the scan comes isn't what was dropped.
-void EditController::take(Launchd& job, const std::string& theirs) {
-  const auto read =
-      Launchd::read(theirs, job.url, job.originalKind, m_program.foundation.scanSettings(), m_program.platform.console);
-  if (read) job.plist() = std::move(read->plist());
+void EditController::take(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
+  const auto read = Launchd::read(theirs, job->url, job->originalKind, m_program.foundation.scanSettings(),
+                                  m_program.platform.console);
+  if (read) job->plist() = std::move(read->plist());
+  m_program.editing.fileHolds(job, theirs);
   if (m_program.shell.detail) m_program.shell.detail->showDisplay();
 }
 
@@ -144,6 +132,7 @@ void EditController::readAnew() {
 
 void EditController::saveCompleted() {
   m_program.state.hasUnsavedChanges = false;
+  m_program.drafts.edited();
   refreshEditedState();
 }
 

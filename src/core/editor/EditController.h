@@ -23,6 +23,9 @@ struct EditButtons {
   bool operator==(const EditButtons&) const = default;
 };
 
+/// What becomes of a job whose file another program changed while it was edited.
+enum class Choice { Neither, Mine, Theirs };
+
 /// The job as the user edited it and as its file is now, both as the text of a job file.
 struct Versions {
   std::string mine;
@@ -44,9 +47,8 @@ class EditStackType {
   virtual void endEditing() = 0;
   /// The field that keeps the job from being saved, which then gets the keys. None: all can be saved.
   virtual std::optional<InvalidField> refuse() { return std::nullopt; }
-  /// Shows both versions in a sheet, and asks which is to be the job's. `completion` gets the answer as that of an
-  /// alert: the default button's for mine, the alternate's for theirs, the other for neither.
-  virtual void compare(const Versions& versions, std::function<void(int)> completion) = 0;
+  /// Shows both versions in a sheet, and asks which is to be the job's.
+  virtual void compare(const Versions& versions, std::function<void(Choice)> completion) = 0;
 };
 
 /// What the editor's buttons do, and what they show. For the main thread.
@@ -58,6 +60,7 @@ class EditController final : public EditType {
 
   void updateButtons() override;
   void refreshEditedState() override;
+  void endEditing() override { m_stack.endEditing(); }
   /// Saves the selected job, unless a field holds what can't be saved: the user is told which one. If something else
   /// changed its file meanwhile the user is asked first.
   void save() override;
@@ -67,11 +70,10 @@ class EditController final : public EditType {
   void help();
 
  private:
-  void send(const std::shared_ptr<Launchd>& job);
   void readAnew();
-  void take(Launchd& job, const std::string& theirs);
+  void take(const std::shared_ptr<Launchd>& job, const std::string& theirs);
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
-  void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, int answer);
+  void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, Choice choice);
 
   Program& m_program;
   EditStackType& m_stack;

@@ -12,16 +12,18 @@ std::shared_ptr<Launchd> Editing::selected() const {
   return std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
 }
 
-namespace {
-
-/// Of a job that is still to be read again the file counts as it is now: what changes from here on is another's doing.
-std::string checksumAtStart(const Launchd& job) {
-  if (!job.checksum.empty()) return job.checksum;
-  const auto bytes = readFile(job.url.path(), JobFolder::largestFile);
-  return bytes ? JobFile::checksumOf(*bytes) : std::string();
+/// Of the last bytes in its file that are the job's: those that it was read from, or that a save has written since.
+std::string Editing::checksumLastSeen(const std::shared_ptr<Launchd>& job) const {
+  return job == m_writtenJob.lock() ? m_writtenChecksum : job->checksum;
 }
 
-}  // namespace
+/// Of a job that is still to be read again the file counts as it is now: what changes from here on is another's doing.
+std::string Editing::checksumAtStart(const std::shared_ptr<Launchd>& job) const {
+  std::string seen = checksumLastSeen(job);
+  if (!seen.empty()) return seen;
+  const auto bytes = readFile(job->url.path(), JobFolder::largestFile);
+  return bytes ? JobFile::checksumOf(*bytes) : std::string();
+}
 
 bool Editing::isAbout(const std::shared_ptr<Launchd>& job) const {
   return job && job == m_job.lock();
@@ -31,7 +33,7 @@ Launchd* Editing::markJobChanged(std::string_view field) {
   const auto job = selected();
   if (!job) return nullptr;
   AppState& state = m_program.state;
-  if (!isAbout(job) || (!state.hasUnsavedChanges && m_undone.empty())) began(job, checksumAtStart(*job));
+  if (!isAbout(job) || (!state.hasUnsavedChanges && m_undone.empty())) began(job, checksumAtStart(job));
   if (!continuesStep(field)) {
     if (m_done.empty()) m_wasChanged = state.hasUnsavedChanges;
     m_done.push_back({.record = job->plist().clone(), .kind = job->kind, .unfinished = m_unfinished});
@@ -39,6 +41,7 @@ Launchd* Editing::markJobChanged(std::string_view field) {
   }
   m_undone.clear();
   state.hasUnsavedChanges = true;
+  m_program.drafts.edited();
   if (EditType* const edit = m_program.shell.edit) edit->refreshEditedState();
   return job.get();
 }
@@ -90,6 +93,7 @@ void Editing::swap(std::vector<State>& from, std::vector<State>& to) {
   from.pop_back();
   m_field.clear();
   m_program.state.hasUnsavedChanges = !m_done.empty() || m_wasChanged;
+  m_program.drafts.edited();
   const Shell& shell = m_program.shell;
   if (shell.detail) shell.detail->showEdit();
   if (shell.edit) shell.edit->refreshEditedState();
@@ -112,12 +116,13 @@ void Editing::began(const std::shared_ptr<Launchd>& job, std::string fileChecksu
   m_job = job;
   m_fileChecksum = std::move(fileChecksum);
   m_sentChecksum.clear();
+  m_agreedChecksum.clear();
 }
 
 std::string Editing::fileChecksum() const {
   const auto job = selected();
   if (!job) return {};
-  return isAbout(job) ? m_fileChecksum : job->checksum;
+  return isAbout(job) ? m_fileChecksum : checksumLastSeen(job);
 }
 
 bool Editing::expectsInFile(const std::string& checksum) const {
@@ -127,8 +132,22 @@ bool Editing::expectsInFile(const std::string& checksum) const {
 
 void Editing::sent(const std::shared_ptr<Launchd>& job, const std::string& text) {
   if (!job || job != selected()) return;
-  if (!isAbout(job)) began(job, job->checksum);
+  if (!isAbout(job)) began(job, checksumLastSeen(job));
   m_sentChecksum = JobFile::checksumOf(text);
+}
+
+void Editing::fileHolds(const std::shared_ptr<Launchd>& job, const std::string& text) {
+  m_writtenJob = job;
+  m_writtenChecksum = JobFile::checksumOf(text);
+}
+
+void Editing::agreed(const std::shared_ptr<Launchd>& job, std::string checksum) {
+  if (!isAbout(job)) began(job, checksumLastSeen(job));
+  m_agreedChecksum = std::move(checksum);
+}
+
+bool Editing::hasAgreed(const std::shared_ptr<Launchd>& job, const std::string& checksum) const {
+  return isAbout(job) && m_agreedChecksum == checksum;
 }
 
 void Editing::setFileChecksum(std::string checksum) {

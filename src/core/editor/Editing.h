@@ -48,6 +48,11 @@ class Editing {
   void setFileChecksum(std::string checksum);
   /// The job is on its way to its file. A save that fails may have written it.
   void sent(const std::shared_ptr<Launchd>& job, const std::string& text);
+  /// The job's file holds that now, though the job hasn't been read from it again.
+  void fileHolds(const std::shared_ptr<Launchd>& job, const std::string& text);
+  /// The user agreed that a save loses something of what has that checksum. Forgotten with the steps.
+  void agreed(const std::shared_ptr<Launchd>& job, std::string checksum);
+  bool hasAgreed(const std::shared_ptr<Launchd>& job, const std::string& checksum) const;
 
  private:
   struct State {
@@ -58,6 +63,8 @@ class Editing {
 
   std::shared_ptr<Launchd> selected() const;
   bool isAbout(const std::shared_ptr<Launchd>& job) const;
+  std::string checksumAtStart(const std::shared_ptr<Launchd>& job) const;
+  std::string checksumLastSeen(const std::shared_ptr<Launchd>& job) const;
   void dropOldSteps();
   bool continuesStep(std::string_view field);
   void swap(std::vector<State>& from, std::vector<State>& to);
@@ -66,6 +73,9 @@ class Editing {
   std::weak_ptr<Launchd> m_job;  ///< whose steps these are
   std::string m_fileChecksum;
   std::string m_sentChecksum;
+  std::string m_agreedChecksum;
+  std::weak_ptr<Launchd> m_writtenJob;  ///< the last that a save wrote
+  std::string m_writtenChecksum;
   bool m_wasChanged = false;  ///< before the first step
   Unfinished m_unfinished;
   std::vector<State> m_done;

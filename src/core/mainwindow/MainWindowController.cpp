@@ -84,7 +84,8 @@ void MainWindowController::confirmDelete(const std::shared_ptr<Job>& job) {
                                            .alternateTitle = localize.cancel(),
                                            .safeButton = Interface::alternateButton},
                                           [this, job](int button) {
-                                            if (button == Interface::defaultButton) deleteAndKeep(m_program, job);
+                                            const bool isAgreed = button == Interface::defaultButton;
+                                            if (isAgreed && canDeleteJob(*job)) deleteAndKeep(m_program, job);
                                           });
 }
 
@@ -107,6 +108,7 @@ bool MainWindowController::sessionMayEnd() {
   if (m_program.platform.interface.alert(unsavedChangesQuestion()) != Interface::alternateButton) return false;
   // Another program may still call the end off: what the user said goes all the same.
   if (EditType* const edit = m_program.shell.edit) edit->discardEdits();
+  (void)m_program.drafts.settle();  // what fails has been reported
   return true;
 }
 

@@ -54,17 +54,17 @@ std::vector<Problem> numberProblems(const std::vector<Row>& rows, const Texts& t
 std::string text(NumberProblem problem, const Localize& localize) {
   switch (problem) {
     case NumberProblem::notAWholeNumber:
-      return localize.notAWholeNumber();
+      return localize.enterAWholeNumber();
     case NumberProblem::tooLarge:
-      return localize.tooLarge();
+      return localize.enterASmallerNumber();
     case NumberProblem::lessThanTenSeconds:
-      return localize.lessThanTenSeconds();
+      return localize.enterAtLeastTenSeconds();
     case NumberProblem::noMinute:
-      return localize.minuteNeeded();
+      return localize.enterAMinute();
     case NumberProblem::notTheFirstInterval:
       break;
   }
-  return localize.onlyTheFirstIntervalCounts();
+  return localize.onlyOneRepeatInterval();
 }
 
 }  // namespace mirvel::Scheduled

@@ -19,10 +19,22 @@ struct Alert {
   std::string defaultTitle;
   std::string alternateTitle = {};
   std::string otherTitle = {};
+  std::string cancelTitle = {};  ///< of a last one that does nothing, where the other three all do something
   /// The button that loses nothing: Return, Escape and the close button all press it. None: Return presses the first
   /// button, the others the last one that is there.
   std::optional<int> safeButton = {};
   std::string suppression = {};  ///< boolean key of `Defaults` for "don't ask again"; empty: not offered
+
+  struct Button {
+    std::string title;
+    int answer;
+  };
+  /// Those that are there, in their order.
+  std::vector<Button> buttons() const;
+  /// What Return answers.
+  int returnAnswer() const;
+  /// What Escape answers, and the close button.
+  int escapeAnswer() const;
 };
 
 /// A panel that asks for the place of a file to be written.
@@ -48,15 +60,18 @@ class Interface {
   static constexpr int defaultButton = 1000;
   static constexpr int alternateButton = 1001;
   static constexpr int otherButton = 1002;
+  static constexpr int cancelButton = 1003;
 
   Interface(Defaults& defaults, const Localize& localize) : m_defaults(defaults), m_localize(localize) {}
   virtual ~Interface() = default;
   Interface(const Interface&) = delete;
   Interface& operator=(const Interface&) = delete;
 
-  /// Asks, and gives the button. If the user ticked "don't ask again", the suppression key is set; not to ask then is
-  /// the caller's part.
+  /// Asks, and gives the button. If the user ticked "don't ask again", and didn't go back, the suppression key is set;
+  /// not to ask then is the caller's part.
   int alert(const Alert& question);
+  /// Takes back that a question isn't to come again: the user went back after all.
+  void askAgain(const Alert& question);
   /// Asks in a sheet on the main window and goes on at once; `completion` gets the button, on the main thread. A sheet
   /// that ends with its window answers nothing.
   virtual void beginSheet(const Alert& question, std::function<void(int)> completion) = 0;
@@ -77,8 +92,8 @@ class Interface {
     bool isSuppressed = false;
   };
   virtual Answer showAlert(const Alert& question) = 0;
-  /// Sets the suppression key of a question whose "don't ask again" was ticked.
-  void remember(const Alert& question);
+  /// Sets the suppression key of a question whose "don't ask again" was ticked, unless it was answered by going back.
+  void remember(const Alert& question, int answer);
 
  private:
   Defaults& m_defaults;

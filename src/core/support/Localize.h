@@ -76,21 +76,25 @@ class Localize {
     return text("An unknown error occurred when fetching the log");
   }
   std::string anotherJobHasTheName(const std::string& name) const {
-    return format("Another job is called “%@”, too", {name});
+    return format("Another job is also called “%@”", {name});
   }
   std::string anotherJobHasTheNameIn(const std::string& path) const {
     return format(
-        "It is in the file %@. Of two jobs of one name only one can run, so the restored one would be saved as "
+        "It is in the file “%@”. Only one of two jobs with the same name can run. You can restore this one as "
         "disabled.",
         {path});
   }
   std::string anotherProgramChangedTheFile() const {
-    return text("Another program changed the job’s file after you opened it.");
+    return text(
+        "Another program changed the job’s file after you opened it. Compare the two versions, or choose the one to "
+        "keep.");
   }
   std::string application() const { return text("Application"); }
   std::string applicationHint() const { return text("One that is installed, or any program file"); }
   std::string askAnAdministrator() const {
-    return text("The password was wrong, or your account isn’t allowed to administer this computer.");
+    return text(
+        "The password was wrong, or your account isn’t allowed to administer this computer. Try again, or ask an "
+        "administrator.");
   }
   std::string atStartupAndWhenSaving() const { return text("At startup and when saving"); }
   std::string areYouSureYouWantToDelete(const std::string& name) const {
@@ -121,6 +125,7 @@ class Localize {
   std::string couldNotEstablishCommunicationWithHelperTool() const {
     return text("Could not establish communication with the helper tool");
   }
+  std::string continueEditing() const { return text("Continue Editing"); }
   std::string copy() const { return text("Copy"); }
   std::string copyOf(const std::string& name) const { return format("%@ copy", {name}); }
   std::string couldntBeDeleted(const std::string& file) const { return format("“%@” couldn’t be deleted", {file}); }
@@ -157,6 +162,10 @@ class Localize {
   std::string duplicate() const { return text("Duplicate"); }
   std::string edit() const { return text("Edit"); }
   std::string editScript() const { return text("Edit Script…"); }
+  std::string enterAMinute() const { return text("Enter a minute from 0 to 59."); }
+  std::string enterASmallerNumber() const { return text("Enter a smaller number."); }
+  std::string enterAtLeastTenSeconds() const { return text("Enter at least 10 seconds."); }
+  std::string enterAWholeNumber() const { return text("Enter a whole number."); }
   std::string enabled() const { return text("Enabled"); }
   std::string enabledButNotRun() const { return text("Enabled, but not run now"); }
   std::string everyDay() const { return text("Every Day"); }
@@ -168,7 +177,7 @@ class Localize {
   std::string filter() const { return text("Filter"); }
   std::string folderWatch() const { return text("Folder Watch"); }
   std::string fileWasChangedMeanwhile(const std::string& name) const {
-    return format("“%@” was changed meanwhile", {name});
+    return format("The file of “%@” has changed", {name});
   }
   std::string folders() const { return text("Folders"); }
   std::string forString() const { return text("For"); }
@@ -185,7 +194,7 @@ class Localize {
   std::string info() const { return text("Info"); }
   std::string installPkexec() const {
     return text(
-        "The program pkexec is missing, by which Mirvel asks for your password. Install the package “pkexec” or "
+        "The program pkexec, with which Mirvel asks for your password, is missing. Install the package “pkexec” or "
         "“policykit-1” and try again.");
   }
   std::string inTheJobFile(const std::string& entries) const { return format("In the job file: %@", {entries}); }
@@ -201,7 +210,6 @@ class Localize {
   std::string launchAgainIfItCrashes() const { return text("Launch again if it crashes"); }
   std::string later() const { return text("Later"); }
   std::string length() const { return text("Length"); }
-  std::string lessThanTenSeconds() const { return text("Less than 10 seconds counts as 10 seconds"); }
   std::string limits() const { return text("Limits"); }
   std::string list() const { return text("List"); }
   std::string log() const { return text("Log"); }
@@ -211,7 +219,9 @@ class Localize {
     return text("Make sure that only you can change the file and its folder, and try again.");
   }
   std::string message() const { return text("Message"); }
-  std::string minuteNeeded() const { return text("A minute from 0 to 59 is needed"); }
+  std::string mirvelEndedBeforeYouSavedThem() const {
+    return text("Mirvel ended before you saved them. The job’s file doesn’t contain them yet.");
+  }
   std::string miscellaneous() const { return text("Miscellaneous"); }
   std::string mode() const { return text("Mode"); }
   std::string month() const { return text("Month"); }
@@ -234,10 +244,9 @@ class Localize {
   std::string noItems() const { return text("No Items"); }
   std::string noSelection() const { return text("No Selection"); }
   std::string noShellReadsTheCommand(const std::string& sign) const {
-    return format("No shell reads the command: the program would get “%@” as it stands.", {sign});
+    return format("The command runs without a shell, so the program would get “%@” as an ordinary argument.", {sign});
   }
   std::string noValue() const { return text("No Value"); }
-  std::string notAWholeNumber() const { return text("This isn’t a whole number"); }
   std::string notEditable() const { return text("Not editable"); }
   std::string notFound(const std::string& files) const { return format("Not found: %@", {files}); }
   std::string notes() const { return text("Notes"); }
@@ -254,7 +263,9 @@ class Localize {
         "disabled.",
         {path});
   }
-  std::string onlyTheFirstIntervalCounts() const { return text("Only the first repeat interval counts"); }
+  std::string onlyOneRepeatInterval() const {
+    return text("A job can have only one repeat interval. Remove this rule.");
+  }
   std::string onlyWhenStartedByHand() const { return text("Only when it is started by hand"); }
   std::string open() const { return text("Open"); }
   std::string orBeginWith() const { return text("Or begin with"); }
@@ -287,6 +298,10 @@ class Localize {
   std::string restore() const { return text("Restore"); }
   std::string restoreDeleted() const { return text("Restore Deleted"); }
   std::string restoreDisabled() const { return text("Restore Disabled"); }
+  std::string restoredWithoutComments(const std::string& folder) const {
+    return format("The comments in its file can’t be restored with it. The file as it was is put into the folder “%@”.",
+                  {folder});
+  }
   std::string revealInFinder() const;
   std::string revisions() const { return text("Revisions"); }
   std::string revisionsAreEarlierContents() const {
@@ -301,8 +316,8 @@ class Localize {
   }
   std::string run() const { return text("Run"); }
   std::string runAScriptEveryNight() const { return text("Run a Script Every Night"); }
-  // translators: the second place is a list of times, such as "every day at 09:00 and at every login".
   std::string runsAsRoot(const std::string& name, const std::string& times) const {
+    // translators: the second place is a list of times, such as "every day at 09:00 and at every login".
     return format("“%1$@” runs as root %2$@.", {name, times});
   }
   std::string runsAsYou(const std::string& name, const std::string& times) const {
@@ -316,7 +331,7 @@ class Localize {
   std::string saveTheScriptToGoOn() const { return text("Save the script to go on."); }
   std::string saveWithoutComments() const { return text("Save Without Comments"); }
   std::string savingRemovesComments(const std::string& name) const {
-    return format("The comments in the file of “%@” can’t be kept", {name});
+    return format("Saving removes the comments from the file of “%@”", {name});
   }
   std::string scheduled() const { return text("Scheduled"); }
   std::string script() const { return text("Script"); }
@@ -325,7 +340,7 @@ class Localize {
   std::string show() const { return text("Show"); }
   std::string skip() const { return text("Skip"); }
   std::string jobs() const { return text("Jobs"); }
-  std::string jobsDontRun(const std::string& reason) const { return format("Your jobs don’t run now: %@", {reason}); }
+  std::string jobsDontRun(const std::string& reason) const { return format("Your jobs aren’t running: %@", {reason}); }
   std::string details() const { return text("Details"); }
   std::string startAnAuthenticationAgent() const {
     return text(
@@ -334,15 +349,15 @@ class Localize {
   }
   std::string startPolkit() const {
     return text(
-        "The system’s polkit service can’t be reached, which decides who may administer this computer. Make sure that "
-        "the package “polkitd” is installed and its service runs, and try again.");
+        "The system’s polkit service, which decides who may administer this computer, can’t be reached. Make sure that "
+        "the package “polkitd” is installed and its service is running, and try again.");
   }
   std::string summary() const { return text("Summary"); }
   std::string system() const { return text("System"); }
   std::string tableCantBeSaved(const std::string& key) const { return format("“%@” can’t be saved", {key}); }
   std::string takeTheirs() const { return text("Take Theirs"); }
   std::string test() const { return text("Test"); }
-  std::string theDiskCantBeWritten() const { return text("The disk can only be read."); }
+  std::string theDiskCantBeWritten() const { return text("The disk is read-only. Make it writable and try again."); }
   std::string theDiskIsFull() const { return text("The disk is full. Make room on it and try again."); }
   std::string theDiskReportsAnError() const {
     return text("The disk reports an error. Make sure that it works, and try again.");
@@ -350,17 +365,20 @@ class Localize {
   std::string theFileOrItsFolderIsMissing() const { return text("The file or its folder doesn’t exist."); }
   std::string theFileWasSaved() const { return text("The file was saved."); }
   std::string theFileWithItsCommentsIsKept(const std::string& folder) const {
-    return format("The job is saved without them. The file as it is now is kept in the folder “%@”.", {folder});
+    return format("A copy of the file as it is now will be kept in the folder “%@”.", {folder});
   }
   std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
   std::string theJobCouldntBeKept(const std::string& name) const {
-    return format("“%@” couldn’t be kept to be restored later", {name});
+    return format("If you delete “%@” now, you can’t restore it later", {name});
   }
   std::string theJobCouldntBeLoaded(const std::string& file) const {
     return format("The job in “%@” couldn’t be loaded", {file});
   }
   std::string theJobCouldntBeStopped(const std::string& file) const {
     return format("The job in “%@” couldn’t be stopped", {file});
+  }
+  std::string theJobIsGone(const std::string& folder) const {
+    return format("The job’s own file is gone. A file with your changes is now in the folder “%@”.", {folder});
   }
   std::string theNameIsTooLong() const { return text("The name is too long. Choose a shorter one and try again."); }
   std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }
@@ -375,13 +393,15 @@ class Localize {
   std::string time() const { return text("Time"); }
   std::string timePeriod() const { return text("Time Period"); }
   std::string timeline() const { return text("Timeline"); }
-  std::string tooLarge() const { return text("This number is too large"); }
   std::string toolbar() const { return text("Toolbar"); }
   std::string tree() const { return text("Tree"); }
   std::string uninstall() const { return text("Uninstall"); }
   std::string unit() const { return text("Unit"); }
   std::string unknown() const { return text("Unknown"); }
   std::string unsavedChanges() const { return text("There are unsaved changes"); }
+  std::string unsavedChangesWereKept(const std::string& name) const {
+    return format("Your unsaved changes to “%@” were kept", {name});
+  }
   std::string value() const { return text("Value"); }
   std::string versionOnDisk() const { return text("Version on Disk"); }
   std::string watchAFolder() const { return text("Watch a Folder"); }

@@ -5,6 +5,7 @@
 #include "helpers/process/CleanState.h"
 #include "ui/app/Application.h"
 #include "ui/app/Display.h"
+#include "ui/app/EndSignals.h"
 #include "ui/app/OpenedURLs.h"
 #include "ui/support/InstalledFolders.h"
 #include "ui/support/QtText.h"
@@ -41,6 +42,7 @@ int main(int argc, char* argv[]) {
   ui::prepareApplication(Localize(Localize::currentLocale(), ui::catalogues()));
   ui::Application mirvel(Roots::forThisMachine(environment), environment);
   ui::OpenedURLs opened(mirvel);
+  const ui::EndSignals endSignals(mirvel.program());
 #ifdef __linux__
   QObject::connect(&instance, &ui::SingleInstance::received, &opened, &ui::OpenedURLs::open);
 #endif

@@ -50,7 +50,7 @@ QPlainTextEdit* makeText(const std::vector<DiffLine>& lines, DiffLine::In side, 
 
 }  // namespace
 
-CompareSheet::CompareSheet(Program& program, const Versions& versions, std::function<void(int)> completion,
+CompareSheet::CompareSheet(Program& program, const Versions& versions, std::function<void(Choice)> completion,
                            QWidget* window)
     : QDialog(window) {
   setAttribute(Qt::WA_DeleteOnClose);
@@ -61,15 +61,16 @@ CompareSheet::CompareSheet(Program& program, const Versions& versions, std::func
   layout->addWidget(makeTexts(localize, versions), 1);
   auto* buttons = new QDialogButtonBox;
   layout->addWidget(buttons);
-  const auto addButton = [&](const std::string& title, QDialogButtonBox::ButtonRole role, int answer) {
+  const auto addButton = [&](const std::string& title, QDialogButtonBox::ButtonRole role, Choice choice) {
     QPushButton* const button = buttons->addButton(qt(title), role);
-    connect(button, &QPushButton::clicked, this, [this, answer] { done(answer); });
+    button->setDefault(choice == Choice::Neither);
+    connect(button, &QPushButton::clicked, this, [this, choice] { done(static_cast<int>(choice)); });
   };
-  addButton(localize.keepMine(), QDialogButtonBox::AcceptRole, Interface::defaultButton);
-  addButton(localize.takeTheirs(), QDialogButtonBox::DestructiveRole, Interface::alternateButton);
-  addButton(localize.cancel(), QDialogButtonBox::RejectRole, Interface::otherButton);
-  connect(this, &QDialog::finished, this, [completion = std::move(completion)](int answer) {
-    completion(answer == QDialog::Rejected ? Interface::otherButton : answer);
+  addButton(localize.keepMine(), QDialogButtonBox::AcceptRole, Choice::Mine);
+  addButton(localize.takeTheirs(), QDialogButtonBox::DestructiveRole, Choice::Theirs);
+  addButton(localize.cancel(), QDialogButtonBox::RejectRole, Choice::Neither);
+  connect(this, &QDialog::finished, this, [completion = std::move(completion)](int choice) {
+    completion(static_cast<Choice>(choice));  // of a dialog that was rejected: neither
   });
   resize(fontMetrics().averageCharWidth() * 130, fontMetrics().lineSpacing() * 32);
 }

@@ -11,8 +11,8 @@ namespace mirvel::ui {
 /// Two versions of a job file side by side, of which the user chooses one.
 class CompareSheet final : public QDialog {
  public:
-  /// `completion` gets the answer as that of an alert, and the sheet goes.
-  CompareSheet(Program& program, const Versions& versions, std::function<void(int)> completion, QWidget* window);
+  /// `completion` gets the answer, and the sheet goes. Return, Escape and the close button choose neither.
+  CompareSheet(Program& program, const Versions& versions, std::function<void(Choice)> completion, QWidget* window);
 
  private:
   QWidget* makeTexts(const Localize& localize, const Versions& versions);

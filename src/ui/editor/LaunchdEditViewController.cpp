@@ -138,7 +138,7 @@ void LaunchdEditViewController::focusOnFirst() {
   if (name) name->setFocus(Qt::OtherFocusReason);
 }
 
-void LaunchdEditViewController::compare(const Versions& versions, std::function<void(int)> completion) {
+void LaunchdEditViewController::compare(const Versions& versions, std::function<void(Choice)> completion) {
   auto* sheet = new CompareSheet(program(), versions, std::move(completion), window());
   sheet->open();
 }

@@ -162,7 +162,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::askBeforeSessionEnds(QSessionManager& session) {
-  if (!session.allowsInteraction()) return;  // the desktop doesn't wait for answers
+  if (!session.allowsInteraction()) return m_program.appDelegate.keepEdit();  // the desktop doesn't wait for answers
   if (m_program.mainWindow.sessionMayEnd()) {
     session.release();
   } else {

@@ -22,40 +22,19 @@ namespace {
 
 constexpr char answerProperty[] = "answer";
 
-struct Button {
-  std::string title;
-  int answer;
-};
-
-std::vector<Button> buttonsOf(const Alert& question) {
-  std::vector<Button> buttons;
-  for (const Button& button : {Button{question.defaultTitle, Interface::defaultButton},
-                               Button{question.alternateTitle, Interface::alternateButton},
-                               Button{question.otherTitle, Interface::otherButton}}) {
-    if (!button.title.empty()) buttons.push_back(button);
-  }
-  return buttons;
-}
-
-/// What the question is answered with if it is closed.
-int escapeAnswer(const Alert& question) {
-  return question.safeButton.value_or(buttonsOf(question).back().answer);
-}
-
 /// The role decides the place that the desktop gives a button: the first agrees, that of Escape backs out.
 QMessageBox::ButtonRole roleOf(int answer, const Alert& question) {
-  const bool isOnlyOne = question.alternateTitle.empty() && question.otherTitle.empty();
-  if (answer == escapeAnswer(question) && !isOnlyOne) return QMessageBox::RejectRole;
+  const bool isOnlyOne = question.buttons().size() == 1;
+  if (answer == question.escapeAnswer() && !isOnlyOne) return QMessageBox::RejectRole;
   return answer == Interface::defaultButton ? QMessageBox::AcceptRole : QMessageBox::DestructiveRole;
 }
 
 void addButtons(QMessageBox& box, const Alert& question) {
-  const int returned = question.safeButton.value_or(buttonsOf(question).front().answer);
-  for (const auto& [title, answer] : buttonsOf(question)) {
+  for (const auto& [title, answer] : question.buttons()) {
     QPushButton* button = box.addButton(qt(title), roleOf(answer, question));
     button->setProperty(answerProperty, answer);
-    if (answer == returned) box.setDefaultButton(button);
-    if (answer == escapeAnswer(question)) box.setEscapeButton(button);
+    if (answer == question.returnAnswer()) box.setDefaultButton(button);
+    if (answer == question.escapeAnswer()) box.setEscapeButton(button);
   }
 }
 
@@ -103,9 +82,10 @@ void QtInterface::beginSheet(const Alert& question, std::function<void(int)> com
   box->setWindowModality(Qt::WindowModal);
   QObject* context = m_window ? new SheetEnd(*m_window, *box) : static_cast<QObject*>(box);
   QObject::connect(box, &QDialog::finished, context, [this, box, question, completion = std::move(completion)] {
-    if (isTicked(*box)) remember(question);
+    const int button = answerOf(*box);
+    if (isTicked(*box)) remember(question, button);
     const auto answer = completion;  // the call may end the box
-    answer(answerOf(*box));
+    answer(button);
   });
   box->open();
 }
@@ -118,7 +98,7 @@ Interface::Answer QtInterface::showAlert(const Alert& question) {
   // Its parent may take the box with it while the alert is up.
   const QPointer<QMessageBox> box = makeBox(question, activeWindow());
   box->exec();
-  if (!box) return {.button = escapeAnswer(question)};
+  if (!box) return {.button = question.escapeAnswer()};
   const Answer answer{.button = answerOf(*box), .isSuppressed = isTicked(*box)};
   delete box;
   return answer;
@@ -168,7 +148,7 @@ std::optional<fs::path> QtInterface::openPanel(const OpenPanel& panel) {
 
 QMessageBox* QtInterface::makeBox(const Alert& question, QWidget* parent) const {
   auto* box = new QMessageBox(parent);
-  box->setIcon(buttonsOf(question).size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
+  box->setIcon(question.buttons().size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
   box->setWindowTitle(QGuiApplication::applicationDisplayName());
   box->setText(qt(question.message));
   box->setInformativeText(qt(question.informativeText));

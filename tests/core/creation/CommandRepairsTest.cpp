@@ -194,8 +194,8 @@ TEST_F(CommandRepairsTest, OnlyShellSyntaxIsAskedAbout) {
     EXPECT_EQ(repairs.checkComplexCommand(run, "job"), run);
     ASSERT_EQ(interface.alerts.size(), sign.empty() ? 0U : 1U) << run;
     if (sign.empty()) continue;
-    EXPECT_EQ(interface.alerts[0].informativeText,
-              "No shell reads the command: the program would get \u201c" + sign + "\u201d as it stands.");
+    EXPECT_EQ(interface.alerts[0].informativeText, "The command runs without a shell, so the program would get \u201c" +
+                                                       sign + "\u201d as an ordinary argument.");
   }
   EXPECT_TRUE(interface.savePanels.empty());
 }

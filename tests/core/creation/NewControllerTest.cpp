@@ -181,7 +181,7 @@ TEST_F(NewControllerTest, ARuleWithAnImpossibleNumberIsToldAndNotSaved) {
   editor.setNumber(0, "");
   EXPECT_FALSE(sheet.next());
   EXPECT_THAT(interface.errors,
-              ElementsAre(std::pair("Rule 1, “Repeat Interval”, can’t be saved", "This isn’t a whole number")));
+              ElementsAre(std::pair("Rule 1, “Repeat Interval”, can’t be saved", "Enter a whole number.")));
   EXPECT_THAT(helpers.requests, testing::IsEmpty());
   sheet.when.scheduled(false);
   EXPECT_TRUE(sheet.next()) << "rules that don't count don't matter";

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/creation/SaveNewJob.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "support/ProgramFixture.h"
@@ -70,7 +71,7 @@ TEST_F(RestoreDeletedTest, ADeletedJobComesBackAsItWas) {
     EXPECT_EQ(request().kind(), row.request);
     EXPECT_EQ(request().text("path"), fs::canonical(file.parent_path()) / "a.plist");
     EXPECT_EQ(request().text("string"), content);
-    EXPECT_THAT(rows(), SizeIs(1)) << "until it is written";
+    EXPECT_THAT(rows(), IsEmpty()) << "it can't be restored a second time";
     const auto count = helpers.requests.size();
     answer(true, [&] { write(row.kind, "a.plist", content); });
     EXPECT_THAT(rows(), IsEmpty());
@@ -163,6 +164,97 @@ TEST_F(RestoreDeletedTest, AJobOfTheSameNameIsntStoppedByTheRestoredOne) {
   ASSERT_THAT(helpers.requests, SizeIs(1));
   EXPECT_EQ(request().kind(), 0) << "written, and not loaded";
   EXPECT_EQ(*helpers.written().find("Disabled"), plist::Value(true));
+}
+
+TEST_F(RestoreDeletedTest, WhatIsRestoredDisabledIsNoLongerKeptAndItsCommentsAreInAnotherPlace) {
+  const std::string plain = testdata::jobText("a"), commented = "<!-- mine -->" + plain;
+  for (const std::string& content : {plain, commented}) {
+    write(Kind::userAgent, "a.plist", content);
+    deleteJob("a");
+    const auto other = write(Kind::userAgent, "other.plist", testdata::jobText("a"));
+    scan();
+    restoreFirst();
+    const fs::path kept = roots.applicationSupport / "Kept Files";
+    const bool isTold = interface.sheets.front().first.informativeText.find(kept.string()) != std::string::npos;
+    EXPECT_EQ(isTold, content == commented);
+    interface.answerSheet(Interface::defaultButton);
+    answer(true);
+    EXPECT_THAT(rows(), IsEmpty());
+    EXPECT_EQ(fs::exists(kept), content == commented);
+    if (content == commented) EXPECT_EQ(testdata::bytes(*fs::directory_iterator(kept)), commented);
+    fs::remove(other);
+    scan();
+  }
+}
+
+TEST_F(RestoreDeletedTest, AJobIsRestoredOnceAtATime) {
+  writeJob(Kind::userAgent, "a");
+  deleteJob("a");
+  const std::string id = deletedJobRows(program()).at(0).id;
+  helpers.requests.clear();
+  restoreDeleted(program(), id);
+  restoreDeleted(program(), id);
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+}
+
+TEST_F(RestoreDeletedTest, ANewJobOfTheSameNameGetsAnotherFile) {
+  for (const bool isRestoredFirst : {true, false}) {
+    const auto file = writeJob(Kind::userAgent, "a");
+    deleteJob("a");
+    helpers.requests.clear();
+    const auto restore = [this] { restoreDeleted(program(), deletedJobRows(program()).at(0).id); };
+    if (isRestoredFirst) restore();
+    saveNewJob(program(),
+               makeNewJob(program(), {{"Label", "a"}, {"Program", "/bin/ls"}}, URL::file("/new"), Kind::userAgent));
+    if (!isRestoredFirst) restore();
+    ASSERT_THAT(helpers.requests, SizeIs(2));
+    EXPECT_NE(helpers.requests[0].text("path"), helpers.requests[1].text("path"));
+    for (const auto& request : std::vector(helpers.requests)) request.reply({});
+    program().state.selectedJob = nullptr;
+    scan();
+  }
+}
+
+TEST_F(RestoreDeletedTest, AFolderThatHasGoneIsMadeAnew) {
+  const auto file = writeJob(Kind::userAgent, "a");
+  deleteJob("a");
+  fs::remove_all(file.parent_path());
+  restoreFirst();
+  EXPECT_EQ(request().text("path"), fs::canonical(file.parent_path()) / "a.plist");
+}
+
+TEST_F(RestoreDeletedTest, WhatTakesThePlaceWhileThePasswordIsAskedForStays) {
+  const auto file = writeJob(Kind::localDaemon, "a");
+  deleteJob("a");
+  program().shell.endPrivilegedConnection();
+  helpers.isHandshakeHeld = true;
+  restoreFirst();
+  const auto count = helpers.requests.size();
+  write(Kind::localDaemon, "a.plist", testdata::jobText("another"));
+  helpers.authorise();
+  ASSERT_EQ(helpers.requests.size(), count + 1);
+  EXPECT_NE(fs::path(helpers.requests.back().text("path")).filename(), "a.plist");
+}
+
+TEST_F(RestoreDeletedTest, AnEditThatBeganWhileTheQuestionWasUpIsntDeleted) {
+  const auto file = writeJob(Kind::userAgent, "a");
+  scan();
+  program().mainWindow.confirmDelete(jobNamed("a"));
+  program().state.hasUnsavedChanges = true;
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_THAT(helpers.requests, IsEmpty());
+}
+
+TEST_F(RestoreDeletedTest, AQuitWaitsForADeletionUnderWay) {
+  writeJob(Kind::localDaemon, "a");
+  scan();
+  program().mainWindow.confirmDelete(jobNamed("a"));
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
+  EXPECT_THAT(helpers.ended, IsEmpty()) << "the helper is still needed";
+  answer(true);
+  EXPECT_EQ(shell.count("terminate"), 1U);
+  EXPECT_TRUE(program().appDelegate.applicationShouldTerminate());
 }
 
 TEST_F(RestoreDeletedTest, ABinaryFileComesBackWithTheSameValues) {

@@ -20,10 +20,10 @@ const std::string commented =
 
 class CommentedFileTest : public testdata::ProgramFixture {
  protected:
-  Launchd& jobOf(const std::string& bytes) {
+  std::shared_ptr<Launchd> jobOf(const std::string& bytes) {
     (void)write(Kind::userAgent, "a.plist", bytes);
     scan();
-    return dynamic_cast<Launchd&>(*jobNamed("a/b"));
+    return std::dynamic_pointer_cast<Launchd>(program().state.selectedJob = jobNamed("a/b"));
   }
   std::vector<std::string> keptFiles() const {
     std::vector<std::string> names;
@@ -38,15 +38,20 @@ class CommentedFileTest : public testdata::ProgramFixture {
 
 TEST_F(CommentedFileTest, TheBytesAreKeptBeforeTheCommentsGo) {
   clock.now = 1'700'000'000;
-  const Launchd& job = jobOf(commented);
+  const auto job = jobOf(commented);
   interface.answer.button = Interface::defaultButton;
   EXPECT_TRUE(letCommentsGo(program(), job));
-  EXPECT_TRUE(letCommentsGo(program(), job)) << "a second time in the same second";
+  EXPECT_TRUE(letCommentsGo(program(), job)) << "asked once";
+  EXPECT_THAT(interface.alerts, SizeIs(1));
+  program().editing.reset();
+  EXPECT_TRUE(letCommentsGo(program(), job)) << "another edit";
+  EXPECT_THAT(interface.alerts, SizeIs(2));
+  EXPECT_THAT(keptFiles(), ElementsAre("a_b 2023-11-14T22.13.20Z.plist")) << "the same bytes";
+  (void)folder.write(job->url.path(), commented + " ");
+  EXPECT_TRUE(letCommentsGo(program(), job));
   EXPECT_THAT(keptFiles(), ElementsAre("a_b 2023-11-14T22.13.20Z 2.plist", "a_b 2023-11-14T22.13.20Z.plist"));
-  for (const std::string& name : keptFiles()) {
-    EXPECT_EQ(testdata::bytes(kept / name), commented);
-    EXPECT_EQ(fs::status(kept / name).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-  }
+  EXPECT_EQ(testdata::bytes(kept / keptFiles().back()), commented);
+  EXPECT_EQ(fs::status(kept / keptFiles().back()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
   EXPECT_EQ(fs::status(kept).permissions(), fs::perms::owner_all);
   const Alert& question = interface.alerts.at(0);
   EXPECT_NE(question.informativeText.find(kept.string()), std::string::npos);
@@ -55,7 +60,7 @@ TEST_F(CommentedFileTest, TheBytesAreKeptBeforeTheCommentsGo) {
 }
 
 TEST_F(CommentedFileTest, WhoeverGoesBackKeepsEverything) {
-  const Launchd& job = jobOf(commented);
+  const auto job = jobOf(commented);
   interface.answer.button = Interface::alternateButton;
   EXPECT_FALSE(letCommentsGo(program(), job));
   EXPECT_THAT(keptFiles(), IsEmpty());
@@ -63,7 +68,7 @@ TEST_F(CommentedFileTest, WhoeverGoesBackKeepsEverything) {
 }
 
 TEST_F(CommentedFileTest, WhatCantBeKeptIsNotReplaced) {
-  const Launchd& job = jobOf(commented);
+  const auto job = jobOf(commented);
   (void)folder.write(kept.lexically_relative(folder.path()), "no folder");
   EXPECT_FALSE(letCommentsGo(program(), job));
   EXPECT_THAT(interface.errors, SizeIs(1));
@@ -71,11 +76,11 @@ TEST_F(CommentedFileTest, WhatCantBeKeptIsNotReplaced) {
 
 TEST_F(CommentedFileTest, AFileWithoutCommentsAndANewJobAreNotAskedAbout) {
   EXPECT_TRUE(letCommentsGo(program(), jobOf(testdata::jobText("a/b"))));
-  Launchd& job = jobOf(commented);
-  job.isNewFile = true;
+  const auto job = jobOf(commented);
+  job->isNewFile = true;
   EXPECT_TRUE(letCommentsGo(program(), job));
-  job.isNewFile = false;
-  fs::remove(job.url.path());
+  job->isNewFile = false;
+  fs::remove(job->url.path());
   EXPECT_TRUE(letCommentsGo(program(), job));
   EXPECT_THAT(interface.alerts, IsEmpty());
 }

@@ -21,13 +21,13 @@ class FakeStack final : public EditStackType {
   int endedEditing = 0;
   std::optional<InvalidField> refused = {};
   Versions versions = {};
-  std::function<void(int)> answer = {};
+  std::function<void(Choice)> answer = {};
 
   void showButtons(const EditButtons& shown) override { buttons = shown; }
   void hideDiscardButton() override { isDiscardHidden = true; }
   void endEditing() override { ++endedEditing; }
   std::optional<InvalidField> refuse() override { return refused; }
-  void compare(const Versions& both, std::function<void(int)> completion) override {
+  void compare(const Versions& both, std::function<void(Choice)> completion) override {
     versions = both;
     answer = std::move(completion);
   }
@@ -133,18 +133,18 @@ TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSay
   controller.save();
   EXPECT_THAT(helpers.requests, IsEmpty());
   ASSERT_THAT(interface.sheets, SizeIs(1));
-  EXPECT_EQ(interface.sheets.front().first.message, "“a” was changed meanwhile");
+  EXPECT_EQ(interface.sheets.front().first.message, "The file of “a” has changed");
 
-  interface.answerSheet(Interface::otherButton);
+  interface.answerSheet(Interface::defaultButton);
   EXPECT_EQ(stack.versions.theirs, theirs);
   EXPECT_NE(stack.versions.mine.find("Nice"), std::string::npos);
   EXPECT_NE(stack.versions.mine.find("<string>/bin/mine</string>"), std::string::npos) << "as a save would write it";
-  stack.answer(Interface::otherButton);
+  stack.answer(Choice::Neither);
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_TRUE(program().state.hasUnsavedChanges);
 
   controller.save();
-  interface.answerSheet(Interface::defaultButton);
+  interface.answerSheet(Interface::alternateButton);
   ASSERT_THAT(helpers.requests, SizeIs(1));
   helpers.requests.front().failure(Error{.code = Error::Code::Io, .message = "the helper has ended"});
   controller.save();
@@ -163,11 +163,52 @@ TEST_F(EditControllerTest, WhatAFailedSaveWroteIsNobodyElsesChange) {
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 
+TEST_F(EditControllerTest, AnEditBeforeTheScanThatFollowsASaveBeginsWithWhatWasSaved) {
+  const auto saveFirst = [this] {
+    edit();
+    controller.save();
+    (void)write(Kind::userAgent, "a.plist", helpers.requests.back().text("string"));
+    helpers.requests.back().reply({});
+  };
+  auto& record = dynamic_cast<Launchd&>(*program().state.selectedJob).plist();
+  saveFirst();
+  program().editing.markJobChanged()->plist().nice = 6;
+  controller.discardEdits();
+  EXPECT_EQ(record.nice, 5) << "what was saved isn't dropped";
+
+  program().editing.markJobChanged()->plist().nice = 7;
+  controller.save();
+  EXPECT_THAT(interface.sheets, IsEmpty()) << "no other program wrote that";
+  EXPECT_EQ(*helpers.written().find("Nice"), plist::Value(7));
+  helpers.requests.back().reply({});
+  changeFile();
+  program().editing.markJobChanged()->plist().nice = 8;
+  controller.save();
+  EXPECT_THAT(interface.sheets, SizeIs(1)) << "but that one did";
+}
+
+TEST_F(EditControllerTest, CommentsAreAskedAboutOnceWhenAllElseIsDecided) {
+  (void)write(Kind::localDaemon, "root.plist", "<!-- mine -->" + testdata::jobText("root"));
+  scan();
+  program().state.selectedJob = jobNamed("root");
+  edit();
+  helpers.isHandshakeHeld = true;
+  controller.save();
+  EXPECT_THAT(interface.alerts, IsEmpty()) << "the password may be wrong";
+  helpers.authorise();
+  EXPECT_THAT(interface.alerts, SizeIs(1));
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  helpers.requests.back().reply({{"error", plist::Dictionary{{"domain", "x"}, {"code", 1}}}});
+  controller.save();
+  EXPECT_THAT(interface.alerts, SizeIs(1));
+  EXPECT_THAT(helpers.requests, SizeIs(2));
+}
+
 TEST_F(EditControllerTest, TheirVersionTakesThePlaceOfMine) {
   edit();
   changeFile();
   controller.save();
-  interface.answerSheet(Interface::alternateButton);
+  interface.answerSheet(Interface::otherButton);
   settle();
   EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
   EXPECT_FALSE(program().state.hasUnsavedChanges);
@@ -177,7 +218,7 @@ TEST_F(EditControllerTest, TheirVersionTakesThePlaceOfMine) {
 TEST_F(EditControllerTest, TheirVersionIsTakenWithoutAChangeOfMineToo) {
   changeFile();
   controller.save();
-  interface.answerSheet(Interface::alternateButton);
+  interface.answerSheet(Interface::otherButton);
   settle();
   EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
   EXPECT_EQ(program().state.selectedJob, jobNamed("a"));
@@ -197,7 +238,7 @@ TEST_F(EditControllerTest, WhatWasDroppedIsGoneAtOnce) {
   changeFile();
   controller.save();
   ASSERT_EQ(interface.sheets.size(), 1U) << "a change by another program is noticed in between, too";
-  interface.answerSheet(Interface::alternateButton);
+  interface.answerSheet(Interface::otherButton);
   EXPECT_FALSE(job.plist().nice);
   EXPECT_EQ(job.plist().run, "/bin/theirs");
   EXPECT_THAT(helpers.requests, IsEmpty());
@@ -216,7 +257,7 @@ TEST_F(EditControllerTest, AChangeThatComesWhileThePasswordIsAskedForIsAskedAbou
   ASSERT_EQ(interface.sheets.size(), 1U);
   EXPECT_TRUE(program().state.hasUnsavedChanges);
   EXPECT_FALSE(program().state.saving.isBusy());
-  interface.answerSheet(Interface::defaultButton);
+  interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(helpers.requests, SizeIs(1)) << "mine, and no second password";
 }
 
@@ -249,9 +290,9 @@ TEST_F(EditControllerTest, AFileThatIsGoneOrNoLongerAJobIsNoObstacle) {
 
   (void)write(Kind::userAgent, "a.plist", "garbage");
   controller.save();
-  interface.answerSheet(Interface::otherButton);
+  interface.answerSheet(Interface::defaultButton);
   EXPECT_EQ(stack.versions.theirs, "garbage");
-  stack.answer(Interface::defaultButton);
+  stack.answer(Choice::Mine);
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 

@@ -16,7 +16,7 @@ class QuietStack final : public EditStackType {
   void showButtons(const EditButtons&) override {}
   void hideDiscardButton() override {}
   void endEditing() override {}
-  void compare(const Versions&, std::function<void(int)>) override {}
+  void compare(const Versions&, std::function<void(Choice)>) override {}
 };
 
 /// Saves an edited job whose save asks a question.

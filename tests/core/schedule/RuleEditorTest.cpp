@@ -221,11 +221,12 @@ TEST_F(RuleEditorTest, TheFirstRowThatCantBeSavedIsNamedAndShown) {
     std::optional<InvalidField> refusal;
     const char* shown;
   } table[] = {
-      {1, "", InvalidField{"Rule 2, “Every Hour”, can’t be saved", "This isn’t a whole number"}, "refused 1"},
-      {1, "99", InvalidField{"Rule 2, “Every Hour”, can’t be saved", "A minute from 0 to 59 is needed"}, "refused 1"},
-      {2, "0", InvalidField{"Rule 3, “Repeat Interval”, can’t be saved", "Less than 10 seconds counts as 10 seconds"},
-       "refused 2"},
-      {2, "2", InvalidField{"Rule 4, “Repeat Interval”, can’t be saved", "Only the first repeat interval counts"},
+      {1, "", InvalidField{"Rule 2, “Every Hour”, can’t be saved", "Enter a whole number."}, "refused 1"},
+      {1, "99", InvalidField{"Rule 2, “Every Hour”, can’t be saved", "Enter a minute from 0 to 59."}, "refused 1"},
+      {2, "0", InvalidField{"Rule 3, “Repeat Interval”, can’t be saved", "Enter at least 10 seconds."}, "refused 2"},
+      {2, "2",
+       InvalidField{"Rule 4, “Repeat Interval”, can’t be saved",
+                    "A job can have only one repeat interval. Remove this rule."},
        "refused 3"},
   };
   for (const auto& row : table) {

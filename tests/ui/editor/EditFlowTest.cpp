@@ -95,8 +95,8 @@ TEST_F(EditFlowTest, ANumberThatCantBeSavedIsNamedAndKeepsTheEditor) {
   button("Save").click();
   EXPECT_THAT(helpers.requests, IsEmpty());
   ASSERT_THAT(interface.errors, SizeIs(1));
-  EXPECT_EQ(interface.errors.front(), std::pair(std::string("Rule 1, “Repeat Interval”, can’t be saved"),
-                                                std::string("This isn’t a whole number")));
+  EXPECT_EQ(interface.errors.front(),
+            std::pair(std::string("Rule 1, “Repeat Interval”, can’t be saved"), std::string("Enter a whole number.")));
   EXPECT_EQ(window().focusWidget(), number());
   EXPECT_FALSE(number()->toolTip().isEmpty()) << "it is marked";
   EXPECT_TRUE(hasChanges());

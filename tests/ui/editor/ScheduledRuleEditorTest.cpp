@@ -177,9 +177,9 @@ TEST_F(ScheduledRuleEditorTest, EachKeyInANumberIsAChangeAndAWrongOneIsMarked) {
     const char* typed;
     const char* problem;
   } table[] = {
-      {"4", "Less than 10 seconds counts as 10 seconds"},
+      {"4", "Enter at least 10 seconds."},
       {"5", ""},
-      {"x", "This isn\u2019t a whole number"},
+      {"x", "Enter a whole number."},
   };
   field.setFocus();
   field.selectAll();
@@ -202,7 +202,8 @@ TEST_F(ScheduledRuleEditorTest, EachKeyInANumberIsAChangeAndAWrongOneIsMarked) {
 
 TEST_F(ScheduledRuleEditorTest, AFieldIsMarkedForWhatStandsInAnotherRow) {
   open({RepeatInterval{1, Unit::hours}, RepeatInterval{1, Unit::days}});
-  EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval", 1).toolTip()), "Only the first repeat interval counts");
+  EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval", 1).toolTip()),
+            "A job can have only one repeat interval. Remove this rule.");
   control<QToolButton>("Remove Rule", 0).click();
   testdata::settle();
   EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval", 0).toolTip()), "");

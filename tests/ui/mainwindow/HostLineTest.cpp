@@ -19,7 +19,7 @@ TEST_F(HostLineTest, SaysWhyJobsDoNotRunAsLongAsTheyDoNot) {
   helpers.requests.back().reply({{"error", plist::Dictionary{{"code", 3}, {"description", "<b>no room</b>"}}}});
   settle();
   EXPECT_TRUE(line->isVisible());
-  EXPECT_EQ(utf8(line->text()), "Your jobs don’t run now: <b>no room</b>");
+  EXPECT_EQ(utf8(line->text()), "Your jobs aren’t running: <b>no room</b>");
   EXPECT_EQ(line->textFormat(), Qt::PlainText);
 
   queue.runFor(HostStart::secondsBetweenAttempts);

@@ -79,6 +79,8 @@ TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirstOrBothTheSafe
   one.alternateTitle.clear();
   Alert gap = m_question;
   gap.alternateTitle.clear();
+  Alert four = m_question;
+  four.cancelTitle = "Later";
   Alert safeLast = m_question;
   safeLast.safeButton = Interface::otherButton;
   Alert safeFirst = m_question;
@@ -88,9 +90,10 @@ TEST_F(QtInterfaceTest, EscapePressesTheLastButtonAndReturnTheFirstOrBothTheSafe
     Qt::Key key;
     int answer;
   } rows[] = {
-      {m_question, Qt::Key_Escape, 1002}, {two, Qt::Key_Escape, 1001},        {one, Qt::Key_Escape, 1000},
-      {gap, Qt::Key_Escape, 1002},        {m_question, Qt::Key_Return, 1000}, {two, Qt::Key_Return, 1000},
-      {safeLast, Qt::Key_Return, 1002},   {safeLast, Qt::Key_Escape, 1002},   {safeFirst, Qt::Key_Escape, 1000},
+      {four, Qt::Key_Escape, 1003},       {four, Qt::Key_Return, 1000},      {m_question, Qt::Key_Escape, 1002},
+      {two, Qt::Key_Escape, 1001},        {one, Qt::Key_Escape, 1000},       {gap, Qt::Key_Escape, 1002},
+      {m_question, Qt::Key_Return, 1000}, {two, Qt::Key_Return, 1000},       {safeLast, Qt::Key_Return, 1002},
+      {safeLast, Qt::Key_Escape, 1002},   {safeFirst, Qt::Key_Escape, 1000},
   };
   for (const auto& row : rows) {
     whenUp<QMessageBox>([&](QMessageBox& box) { QTest::keyClick(&box, row.key); });

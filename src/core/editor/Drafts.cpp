@@ -1,0 +1,186 @@
+#include "core/editor/Drafts.h"
+
+#include <utility>
+
+#include "core/actions/JobOnDisk.h"
+#include "core/app/Program.h"
+#include "core/app/ReplaceSelected.h"
+#include "core/catalogue/Launchd.h"
+#include "core/creation/SaveNewJob.h"
+#include "core/editor/CommentedFile.h"
+#include "core/plist/NormalizeForSave.h"
+#include "core/propertylist/Encoding.h"
+#include "core/propertylist/Reader.h"
+#include "core/propertylist/Writer.h"
+#include "core/support/Uuid.h"
+
+namespace mirvel {
+
+namespace {
+
+constexpr const char* nameKey = "Name";
+constexpr const char* pathKey = "Path";
+constexpr const char* kindKey = "Kind";
+constexpr const char* checksumKey = "FileChecksum";
+constexpr const char* contentsKey = "Contents";
+
+/// In seconds. Long enough for a word to be typed, short enough for what a crash may take.
+constexpr double pause = 1;
+
+template <typename T>
+const T* entry(const plist::Dictionary& dictionary, const char* key) {
+  const plist::Value* const value = dictionary.find(key);
+  return value ? value->as<T>() : nullptr;
+}
+
+}  // namespace
+
+std::string asEdited(const Launchd& job) {
+  launchd::Plist record = job.plist().clone();
+  launchd::takeArgumentsFromRun(record);
+  const auto text = plist::writeXml(record.encodeAll());
+  return text ? *text : std::string();
+}
+
+std::optional<Drafts::Draft> Drafts::decode(const std::string& id, const plist::Value& value) {
+  const auto* const fields = value.as<plist::Dictionary>();
+  if (!fields) return std::nullopt;
+  const auto* const name = entry<std::string>(*fields, nameKey);
+  const auto* const path = entry<std::string>(*fields, pathKey);
+  const auto* const number = entry<plist::Integer>(*fields, kindKey);
+  const auto* const checksum = entry<std::string>(*fields, checksumKey);
+  const auto* const contents = entry<plist::Data>(*fields, contentsKey);
+  if (!name || !path || !number || !checksum || !contents) return std::nullopt;
+  const auto kind = Kind::fromRawValue(static_cast<int>(number->toInt64().value_or(-1)));
+  if (!kind || !kind->isLaunchd()) return std::nullopt;
+  return Draft{.id = id,
+               .name = *name,
+               .url = URL::file(*path),
+               .kind = *kind,
+               .fileChecksum = *checksum,
+               .text = contents->bytes};
+}
+
+plist::Value Drafts::encode(const Draft& draft) {
+  return plist::Dictionary{{nameKey, draft.name},
+                           {pathKey, draft.url.text()},
+                           {kindKey, draft.kind.rawValue()},
+                           {checksumKey, draft.fileChecksum},
+                           {contentsKey, plist::Data{draft.text}}};
+}
+
+Drafts::Drafts(Program& program)
+    : m_program(program),
+      m_store(program.foundation.roots.applicationSupport / "Drafts.plist", &program.foundation.storeTroubles),
+      m_delay(program.platform.mainQueue),
+      // Jobs are only published while nothing is unsaved.
+      m_updated(program.notifications.jobsUpdated.subscribe([this] { (void)settle(); })) {}
+
+void Drafts::edited() {
+  if (std::exchange(m_isDue, true)) return;
+  m_delay(pause, [this] {
+    m_isDue = false;
+    (void)settle();
+  });
+}
+
+bool Drafts::settle() {
+  const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
+  if (!m_program.state.hasUnsavedChanges || !job) {
+    follow(nullptr);
+    return true;
+  }
+  if (job != m_job.lock()) follow(job);
+  Draft draft{.id = m_id,
+              .name = job->name,
+              .url = job->url,
+              .kind = job->kind,
+              .fileChecksum = m_program.editing.fileChecksum(),
+              .text = asEdited(*job)};
+  // A path that is no text has no place in a property list.
+  if (draft.text.empty() || !plist::isUtf8(draft.url.text())) return false;
+  const plist::Value value = encode(draft);
+  const plist::Value* const kept = m_store.find(m_id);
+  return (kept && *kept == value && !m_store.hasChanges()) || m_store.set(m_id, value);
+}
+
+/// Another edit begins, or none.
+void Drafts::follow(const std::shared_ptr<Launchd>& job) {
+  if (!m_id.empty()) forget(m_id);
+  m_job = job;
+  m_id = job ? makeUuid() : std::string();
+}
+
+void Drafts::forget(const std::string& id) {
+  if (m_store.find(id)) (void)m_store.set(id, std::nullopt);  // the store reports what fails
+}
+
+std::vector<Drafts::Draft> Drafts::drafts() {
+  std::vector<Draft> result;
+  for (const auto& [id, value] : m_store.contents()) {
+    auto draft = decode(id, value);
+    if (draft && draft->id != m_id) result.push_back(*std::move(draft));
+  }
+  return result;
+}
+
+void Drafts::offer() {
+  m_waiting = drafts();
+  if (m_waiting.empty()) return;
+  m_scanned = m_program.notifications.loadingChanged.subscribe([this] {
+    if (!m_program.fetcher.hasScanned()) return;
+    m_scanned = {};
+    m_delay(0, [this] { askAboutNext(); });  // when they are published
+  });
+}
+
+/// One after another. What is edited by now, or kept of a job that holds it, isn't asked about.
+void Drafts::askAboutNext() {
+  while (!m_waiting.empty() && !m_program.state.hasUnsavedChanges) {
+    const Draft draft = std::move(m_waiting.back());
+    m_waiting.pop_back();
+    if (jobBytes(draft.url) != draft.text) return ask(draft);
+    forget(draft.id);
+  }
+}
+
+void Drafts::ask(const Draft& draft) {
+  const Localize& localize = m_program.foundation.localize;
+  m_program.platform.interface.beginSheet({.message = localize.unsavedChangesWereKept(draft.name),
+                                           .informativeText = localize.mirvelEndedBeforeYouSavedThem(),
+                                           .defaultTitle = localize.continueEditing(),
+                                           .alternateTitle = localize.discardChanges(),
+                                           .cancelTitle = localize.later()},
+                                          m_delay.whileOwned([this, draft](int answer) {
+                                            if (answer == Interface::defaultButton) return goOn(draft);
+                                            if (answer == Interface::alternateButton) forget(draft.id);
+                                            askAboutNext();
+                                          }));
+}
+
+/// The others wait for the next start.
+void Drafts::goOn(const Draft& draft) {
+  const auto document = plist::read(draft.text);
+  const plist::Value content = document ? document->value() : plist::Value(false);
+  const auto* const keys = content.as<plist::Dictionary>();
+  const auto job = m_program.state.jobAt(draft.url);
+  if (m_program.state.hasUnsavedChanges) return;
+  if (!job || !keys) return putAside(draft);
+  selectNewJob(m_program, job);
+  if (!replaceSelected(m_program, *keys)) return;
+  m_program.editing.setFileChecksum(draft.fileChecksum);
+  m_program.state.selectedJob->kind = draft.kind;
+  if (m_program.shell.detail) m_program.shell.detail->showEdit();
+  if (settle()) forget(draft.id);
+}
+
+void Drafts::putAside(const Draft& draft) {
+  Interface& interface = m_program.platform.interface;
+  const Localize& localize = m_program.foundation.localize;
+  if (const auto kept = keepFile(m_program, draft.name, draft.text); !kept) return interface.present(kept.error());
+  forget(draft.id);
+  interface.error(localize.unsavedChangesWereKept(draft.name),
+                  localize.theJobIsGone(keptFilesFolder(m_program).string()));
+}
+
+}  // namespace mirvel

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/catalogue/Kind.h"
+#include "core/support/Delay.h"
+#include "core/support/Signal.h"
+#include "core/support/Store.h"
+
+namespace mirvel {
+
+class Launchd;
+class Program;
+
+/// The text of a job file as a save would write it now.
+std::string asEdited(const Launchd& job);
+
+/// Keeps the edit of a job while it isn't saved, so that it outlives an end of the program at which nobody can be
+/// asked: a signal, a crash, the end of the desktop. The next start offers to go on with it. For the main thread.
+class Drafts {
+ public:
+  explicit Drafts(Program& program);
+
+  /// The selected job was edited, or isn't any more; that is settled a moment later.
+  void edited();
+  /// Keeps the edit as it is now or, if there is none any more, forgets what was kept of it. False if it can't be
+  /// kept.
+  bool settle();
+  /// Once there are jobs, asks about the edits that earlier runs kept.
+  void offer();
+
+ private:
+  struct Draft {
+    std::string id;
+    std::string name;
+    URL url;
+    Kind kind;                 ///< that the user gave it
+    std::string fileChecksum;  ///< of the file that the edit began with
+    std::string text;
+  };
+  static std::optional<Draft> decode(const std::string& id, const plist::Value& value);
+  static plist::Value encode(const Draft& draft);
+
+  std::vector<Draft> drafts();
+  void follow(const std::shared_ptr<Launchd>& job);
+  void forget(const std::string& id);
+  void askAboutNext();
+  void ask(const Draft& draft);
+  void goOn(const Draft& draft);
+  void putAside(const Draft& draft);
+
+  Program& m_program;
+  Store m_store;
+  Delay m_delay;
+  bool m_isDue = false;
+  std::weak_ptr<Launchd> m_job;  ///< whose edit is kept under `m_id`
+  std::string m_id;              ///< empty: nothing is kept of this run's
+  std::string m_text;            ///< what is kept
+  std::vector<Draft> m_waiting;  ///< to be asked about
+  Subscription m_scanned;        ///< while they wait for jobs
+  Subscription m_updated;
+};
+
+}  // namespace mirvel

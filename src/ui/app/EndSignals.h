@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QObject>
+
+#include "helpers/host/Signals.h"
+
+namespace mirvel {
+class Program;
+}
+
+namespace mirvel::ui {
+
+/// Has the application end when SIGTERM, SIGINT or SIGHUP comes, without asking and without losing an edit. One in a
+/// process.
+class EndSignals final : public QObject {
+ public:
+  explicit EndSignals(Program& program);
+
+ private:
+  host::Signals m_signals;
+};
+
+}  // namespace mirvel::ui

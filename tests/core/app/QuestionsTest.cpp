@@ -1,0 +1,160 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/app/UpdateManager.h"
+#include "core/catalogue/Launchd.h"
+#include "core/creation/RestoreDeleted.h"
+#include "core/editor/EditController.h"
+#include "core/mainwindow/RevisionMenu.h"
+#include "core/propertylist/Writer.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using plist::Dictionary;
+
+class SilentStack final : public EditStackType {
+ public:
+  void showButtons(const EditButtons&) override {}
+  void hideDiscardButton() override {}
+  void endEditing() override {}
+  void compare(const Versions&, std::function<void(Choice)>) override {}
+};
+
+class OneRelease final : public Downloads {
+ public:
+  void get(const std::string&, Reply reply) override {
+    reply(*plist::writeXml(Dictionary{{"Mirvel", Dictionary{{"Version", "2"}, {"URL", "https://x"}}}}));
+  }
+};
+
+/// Asks each question that the program has.
+class QuestionsTest : public testdata::ProgramFixture {
+ protected:
+  Launchd& edit(const std::string& content) {
+    write(Kind::userAgent, "a.plist", content);
+    scan();
+    program().state.selectedJob = jobNamed("a");
+    return *program().editing.markJobChanged();
+  }
+  void save() { EditController(program(), stack).save(); }
+  void deleteJob() {
+    program().mainWindow.confirmDelete(jobNamed("a"));
+    const auto answer = std::move(interface.sheets.back().second);
+    interface.sheets.clear();
+    answer(Interface::defaultButton);
+  }
+  /// The last question, with all else forgotten.
+  Alert asked() {
+    auto& sheets = interface.sheets;
+    auto& alerts = interface.alerts;
+    EXPECT_EQ(sheets.size() + alerts.size(), 1U);
+    Alert question = sheets.empty() ? alerts.back() : sheets.back().first;
+    sheets.clear();
+    alerts.clear();
+    return question;
+  }
+
+  const std::string plain = testdata::jobText("a", {{"Program", "/bin/ls"}});
+  testdata::RecordingShell shell{program()};
+  SilentStack stack;
+};
+
+std::string titleOf(const Alert& question, int answer) {
+  for (const auto& button : question.buttons()) {
+    if (button.answer == answer) return button.title;
+  }
+  return "(none)";
+}
+
+TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
+  const struct {
+    const char* escape;
+    const char* returns;
+    std::function<void()> ask;
+  } rows[] = {
+      {"Check", "Check", [&] { program().mainWindow.unsavedChangesAlert(); }},
+      {"Check", "Check", [&] { edit(plain), (void)program().mainWindow.sessionMayEnd(); }},
+      {"Cancel", "Cancel", [&] { program().mainWindow.confirmDelete(jobNamed("a")); }},
+      {"Cancel", "Cancel", [&] { confirmDeleteRevisions(program()); }},
+      {"Cancel", "Compare", [&] { edit(plain), write(Kind::userAgent, "a.plist", "theirs"), save(); }},
+      {"Cancel", "Cancel", [&] { edit(plain + "<!-- mine -->"), save(); }},
+      {"Cancel", "Run Shell Script", [&] { edit(plain).plist().run = "/bin/ls | wc", save(); }},
+      {"Cancel", "Cancel",
+       [&] {
+         write(Kind::userAgent, "b.plist", plain);
+         edit(plain), save();
+         fs::remove(path(Kind::userAgent, "b.plist"));
+       }},
+      {"Cancel", "Cancel",
+       [&] {
+         deleteJob();
+         fs::remove(path(Kind::userAgent, "a.plist"));
+         write(Kind::userAgent, "b.plist", plain);
+         scan();
+         restoreDeleted(program(), deletedJobRows(program()).at(0).id);
+       }},
+      {"Cancel", "Cancel",
+       [&] {
+         fs::remove_all(roots.applicationSupport);
+         (void)folder.write("support", "a file where the folder should be");
+         deleteJob();
+       }},
+      {"Later", "Continue Editing",
+       [&] {
+         (void)folder.write("support/Drafts.plist",
+                            *plist::writeXml(Dictionary{{"x", Dictionary{{"Name", "a"},
+                                                                         {"Path", "/a.plist"},
+                                                                         {"Kind", Kind(Kind::userAgent).rawValue()},
+                                                                         {"FileChecksum", ""},
+                                                                         {"Contents", plist::Data{plain}}}}}));
+         program().drafts.offer();
+         scan();
+       }},
+      {"Later", "Show",
+       [&] {
+         OneRelease release;
+         UpdateManager(program(), release, "1").check("Mirvel", true);
+       }},
+  };
+  interface.answer.button = Interface::otherButton;  // which goes back, or is none
+  for (const auto& row : rows) {
+    SCOPED_TRACE(&row - rows);
+    fs::remove_all(roots.applicationSupport);
+    write(Kind::userAgent, "a.plist", plain);
+    scan();
+    program().state.selectedJob = jobNamed("a");
+    interface.sheets.clear();  // of stores that couldn't be written
+    row.ask();
+    const Alert question = asked();
+    EXPECT_EQ(titleOf(question, question.escapeAnswer()), row.escape) << question.message;
+    EXPECT_EQ(titleOf(question, question.returnAnswer()), row.returns) << question.message;
+    program().state.hasUnsavedChanges = false;
+    program().editing.reset();
+    settle();
+  }
+}
+
+TEST_F(QuestionsTest, NotToAskAgainIsRememberedOnlyOfADecision) {
+  const struct {
+    int answer;
+    std::optional<fs::path> script;
+    bool isRemembered;
+  } rows[] = {{Interface::otherButton, {}, false},
+              {Interface::defaultButton, {}, false},  // and back from the panel
+              {Interface::defaultButton, folder.path() / "a.sh", true},
+              {Interface::alternateButton, {}, true}};
+  for (const auto& row : rows) {
+    (void)foundation.defaults.set(Defaults::Key::suppressAlertComplexRun, false);
+    interface.answer = {.button = row.answer, .isSuppressed = true};
+    interface.savePath = row.script;
+    (void)program().repairs.checkComplexCommand("/bin/ls | wc", "a");
+    EXPECT_EQ(foundation.defaults.suppressAlertComplexRun(), row.isRemembered) << row.answer;
+  }
+}
+
+}  // namespace
+}  // namespace mirvel
