@@ -78,12 +78,12 @@ TEST(FileTrustTest, OnlyAPrivateGroupMayWriteToAUsersOwn) {
 }
 
 #ifdef __linux__
-/// As acl(5) has it on disk: a version, and for each entry a tag, the rights and a number.
-std::string accessList(std::uint16_t rightsOfStranger) {
+/// As the kernel has it: a version, and for each entry (owner, a user, group, mask, others) a tag, rights and a number.
+std::string accessListForStranger() {
   const struct {
     std::uint16_t tag, rights;
     std::uint32_t number;
-  } entries[] = {{1, 6, ~0U}, {2, rightsOfStranger, stranger}, {4, 4, ~0U}, {16, 6, ~0U}, {32, 4, ~0U}};
+  } entries[] = {{1, 7, ~0U}, {2, 7, stranger}, {4, 5, ~0U}, {16, 7, ~0U}, {32, 5, ~0U}};
   std::string result{2, 0, 0, 0};
   return result.append(reinterpret_cast<const char*>(entries), sizeof entries);
 }
@@ -98,7 +98,7 @@ TEST(FileTrustTest, AnAccessListMakesAGroupNoLongerPrivate) {
   }
   const auto everyGroup = [](gid_t, uid_t) { return true; };
   EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), "");
-  const std::string list = accessList(6);
+  const std::string list = accessListForStranger();
   for (const char* path : {"jobs/a", "jobs"}) {
     const fs::path listed = folder.path() / path;
     if (::setxattr(listed.c_str(), "system.posix_acl_access", list.data(), list.size(), 0) != 0) {
