@@ -22,7 +22,7 @@ constexpr const char* usage =
     "Runs launchd jobs where neither launchd nor systemd does: those that it is asked to load, and those that were\n"
     "loaded when it last ended. There is one for each user.\n\n"
     "  --detach     come back as soon as the host can be reached, and leave it running\n"
-    "  --login      a session of the user's begins: its jobs are loaded, and the host of another session is followed\n"
+    "  --login      a session of the user's begins: its jobs are loaded, if need be after another session\n"
     "  --root DIR   a machine's folders below this one, in place of the machine's own\n";
 
 struct Options {

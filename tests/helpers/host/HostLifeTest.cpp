@@ -99,22 +99,23 @@ TEST_F(HostLife, IsFoundWhateverTheRuntimeFolderOfWhoAsks) {
 
 TEST_F(HostLife, IsReachedAgainAfterItsFolderWasRemovedAndKeepsItsJobs) {
   Signpost pipe(folder.path() / "pipe");
-  load(lastingJob("stays", pipe));
-  const Processes before(pipe);
+  load(job("stays", "sleep 1000 & echo $$ $PPID $! > " + pipe.quoted() + "; wait", {{"RunAtLoad", true}}));
+  const auto before = pipe.words();
+  ASSERT_EQ(before.size(), 3U);
   for (const fs::path& removed : {places.socket, places.folder / "lock", places.folder}) {
     fs::rename(removed, folder.path() / "removed");  // all at once
     fs::remove_all(folder.path() / "removed");
     ASSERT_TRUE(appears(places.socket)) << removed;
     ASSERT_TRUE(appears(places.folder / "lock")) << removed;
     ASSERT_EQ(labels(), std::vector<std::string>{"stays"}) << removed;
-    EXPECT_EQ(status().front().process, std::stoi(before.job)) << "nothing has happened to it";
+    EXPECT_EQ(status().front().process, std::stoi(before[0])) << "nothing has happened to it";
   }
   ASSERT_TRUE(appears(LoadedJobs::fileIn(places.folder)));
-  ::kill(std::stoi(before.host), SIGKILL);
-  while (isAlive(before.host)) std::this_thread::yield();
+  ::kill(std::stoi(before[1]), SIGKILL);
+  while (isAlive(before[1])) std::this_thread::yield();
   startNext();
-  EXPECT_NE(Processes(pipe).job, before.job);
-  EXPECT_FALSE(isAlive(before.job)) << "the run is noted anew, too";
+  EXPECT_NE(pipe.words().front(), before[0]);
+  EXPECT_FALSE(isAlive(before[2])) << "the run is noted anew, too, and what a killed host has left of it is ended";
   EXPECT_THAT(labels(), ElementsAre("stays"));
 }
 
