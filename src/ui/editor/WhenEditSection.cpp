@@ -93,6 +93,7 @@ void WhenEditSection::fill(const Launchd& launchd) {
   // Whatever it says, it is there: clearing the box takes it away.
   m_keepAliveButton->setChecked(plist.keepAlive.has_value());
   if (plist.keepAlive) addConditions(plist);
+  if (const auto read = plist.asRead(); read && read->keepAlive) m_plainKeepAlive = read->keepAlive->bool_;
   m_keepAliveGridView->setVisible(plist.keepAlive.has_value());
   fillRules(plist);
   updateScheduledHelp();

@@ -198,6 +198,20 @@ TEST_F(EditFlowTest, ARowWithoutATextIsNoCondition) {
   EXPECT_EQ(record().keepAlive->otherJobEnabled, std::nullopt);
 }
 
+TEST_F(EditFlowTest, AConditionThatGoesLeavesWhatWasThereBeforeItEvenInAnEditorMadeAnew) {
+  edit({{"KeepAlive", true}});
+  toolButton("Add – OtherJobEnabled").click();
+  QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("org.b"));
+  control<QCheckBox>("runAtLoadButton").click();
+  program().editing.undo();
+  auto* const list = toolButton("Add – OtherJobEnabled").parentWidget()->findChild<QListWidget*>();
+  ASSERT_EQ(list->count(), 1);
+  EXPECT_EQ(record().keepAlive->bool_, std::nullopt);
+  list->setCurrentRow(0);
+  toolButton("Delete – OtherJobEnabled").click();
+  EXPECT_EQ(record().keepAlive->bool_, true);
+}
+
 TEST_F(EditFlowTest, TheKeysAreWhereTheWorkIs) {
   edit({{"Program", "/bin/ls"}});
   EXPECT_EQ(window().focusWidget(), &control<QLineEdit>("nameValueTextField"));
