@@ -26,7 +26,7 @@ Jobs LoginItem::systemPreferencesItems(LoginItems& items, bool showInternalHelpe
 
 std::shared_ptr<LoginItem> LoginItem::make(const LoginItems::Listed& item) {
   const std::string& path = *item.path;
-  const std::shared_ptr<LoginItem> job(new LoginItem(
+  std::shared_ptr<LoginItem> job(new LoginItem(
       Kind::loginItemSystemPreferences, *item.name, std::string(String::lastPathComponent(path)),
       String::toBase64(*item.name + path),
       item.file.empty() ? URL::address("LoginItem.SystemPreferences." + *item.name) : URL::file(item.file)));
@@ -49,9 +49,9 @@ Jobs LoginItem::applicationItems(LoginItems& items, bool showInternalHelpers) {
 }
 
 std::shared_ptr<LoginItem> LoginItem::make(const LoginItems::Bundled& item) {
-  const std::shared_ptr<LoginItem> job(new LoginItem(Kind::loginItemApplication, item.name, item.itemName,
-                                                     String::toBase64(item.name + item.itemName + item.applicationPath),
-                                                     URL::file(item.file.empty() ? item.applicationPath : item.file)));
+  std::shared_ptr<LoginItem> job(new LoginItem(Kind::loginItemApplication, item.name, item.itemName,
+                                               String::toBase64(item.name + item.itemName + item.applicationPath),
+                                               URL::file(item.file.empty() ? item.applicationPath : item.file)));
   job->path = item.itemPath;
   job->icon = item.icon ? item.icon : Image::iconOfPath(item.applicationPath);
   job->textContent = item.applicationPath;

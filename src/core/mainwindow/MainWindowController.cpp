@@ -28,7 +28,7 @@ void MainWindowController::applySelection() {
 }
 
 std::string MainWindowController::title() const {
-  const std::string name(Const::AppName::mirvel);
+  std::string name(Const::AppName::mirvel);
   const auto job = shownJob(m_program);
   if (!job || job->name.empty()) return name;
   return bidirectionalString({name, job->name}, Const::separator, m_program.foundation.localize.isRightToLeft());

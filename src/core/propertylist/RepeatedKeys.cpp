@@ -13,7 +13,7 @@ std::uint64_t markOf(std::string_view key) {
   if (key.empty()) return 1;
   const auto first = static_cast<unsigned char>(key.front());
   const auto last = static_cast<unsigned char>(key.back());
-  return std::uint64_t{1} << ((key.size() * 7 + first * 5U + last) & 63U);
+  return std::uint64_t{1} << ((key.size() * 7 + std::size_t{first} * 5 + last) & 63U);
 }
 
 bool hasRepeatedKey(std::span<const Node> entries) {

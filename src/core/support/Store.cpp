@@ -114,7 +114,7 @@ bool Store::applyChanges() {
 }
 
 Result<void> Store::write() {
-  const auto asItIs = read();
+  auto asItIs = read();
   const bool isChanged = applyChanges();
   if (!asItIs) return asItIs;
   if (isChanged) {

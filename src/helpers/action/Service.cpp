@@ -12,7 +12,7 @@ Result<void> serve(int socket, const std::function<plist::Dictionary(const plist
     const auto frame = wire::receiveFrame(socket, reader);
     if (!frame) return frame.error();
     if (!*frame) return {};
-    const auto sent = wire::sendFrame(socket, {.id = (*frame)->id, .body = handle((*frame)->body)});
+    auto sent = wire::sendFrame(socket, {.id = (*frame)->id, .body = handle((*frame)->body)});
     if (!sent) return sent;
   }
   return {};

@@ -69,7 +69,7 @@ Result<std::string> TestRuns::run(const Request& request) {
   if (!label) return label.error();
   const auto placed = place(request, *label, content);
   if (!placed) return placed.error();
-  const Run run = *placed;
+  const Run& run = *placed;
   if (const auto written = replaceFile(run.job, content, privateFile); !written) return written.error();
   m_runs.push_back(run);
   if (const auto loaded = m_host.loadTemporarily(run.job); !loaded) return loaded.error();

@@ -165,7 +165,7 @@ Result<void> Host::load(const fs::path& file, Noted noted) {
   if (!added) return added.error();
   dropPending(file);
   if (noted == Noted::No) return {};
-  const auto written = note();
+  auto written = note();
   if (!written) forget(*m_jobs.at(*added));
   return written;
 }
@@ -231,7 +231,7 @@ Result<std::optional<Host::Serial>> Host::unload(const fs::path& file, const std
   const auto found = find(file, label);
   if (found == m_jobs.end() && !wasPending) return Unloaded();
   Entry* const entry = found == m_jobs.end() ? nullptr : found->second.get();
-  const bool isNoted = wasPending || (!entry->job.isUnloaded() && entry->noted == Noted::Yes);
+  const bool isNoted = wasPending || (entry && !entry->job.isUnloaded() && entry->noted == Noted::Yes);
   if (wasPending) dropPending(file);
   const auto written = isNoted && !m_quitBy ? note(entry) : Result<void>();
   if (!written && wasPending) addPending(file);

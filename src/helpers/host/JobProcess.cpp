@@ -68,7 +68,7 @@ std::vector<std::string> candidates(const std::string& program, const Environmen
 /// handler may be called: nothing here takes memory.
 class Child {
  public:
-  Child(const ProcessPlan& plan, const JobUser& user, Environment environment, int output, int failure)
+  Child(const ProcessPlan& plan, const JobUser& user, const Environment& environment, int output, int failure)
       : m_plan(plan), m_user(user), m_output(output), m_failure(failure), m_host(::getpid()) {
     m_programs = candidates(plan.program, environment);
     m_variables = execVariables(environment);

@@ -22,7 +22,7 @@ class NoteField final : public GrowingText {
     const bool isBack = event->key() == Qt::Key_Backtab;
     const bool isForth = event->key() == Qt::Key_Tab && event->modifiers().testFlag(Qt::ControlModifier);
     if (isBack || isForth) {
-      (void)QWidget::focusNextPrevChild(isForth);
+      (void)QWidget::focusNextPrevChild(isForth);  // NOLINT(bugprone-parent-virtual-call): a text keeps the Tab key
     } else {
       GrowingText::keyPressEvent(event);
     }

@@ -166,7 +166,7 @@ void ListTable::mousePressEvent(QMouseEvent* event) {
 
 void ListTable::focusInEvent(QFocusEvent* event) {
   // The one of QAbstractItemView moves to the first row, which then looks half selected.
-  QAbstractScrollArea::focusInEvent(event);
+  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }
 

@@ -24,11 +24,9 @@ class ColorScheme final : public QObject {
   /// Takes this scheme, whatever the desktop has, until `follow` is called.
   void force(Scheme scheme);
 
- private Q_SLOTS:
-  // As a message, since Qt 6.4 refuses to connect a slot that takes a QDBusVariant before it has met one.
-  void settingChanged(const QDBusMessage& signal);
-
  private:
+  // As a message, since Qt 6.4 refuses to connect a slot that takes a QDBusVariant before it has met one.
+  Q_SLOT void settingChanged(const QDBusMessage& signal);
   void read();
   void take(const QVariant& preference);
   void apply(std::optional<Scheme> scheme);

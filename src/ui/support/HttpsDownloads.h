@@ -11,8 +11,8 @@ namespace mirvel::ui {
 /// than a mebibyte.
 class HttpsDownloads final : public Downloads {
  public:
-  explicit HttpsDownloads(QSslConfiguration configuration = QSslConfiguration::defaultConfiguration())
-      : m_configuration(std::move(configuration)) {}
+  explicit HttpsDownloads(const QSslConfiguration& configuration = QSslConfiguration::defaultConfiguration())
+      : m_configuration(configuration) {}
 
   void get(const std::string& address, Reply reply) override;
 

@@ -42,7 +42,7 @@ class DeletedJobsTest : public testing::Test {
 };
 
 TEST_F(DeletedJobsTest, AFileIsKeptByteForByteWithWhereItWas) {
-  const std::string bytes("bplist00\0\xff<!-- mine -->\r\n", 26);
+  const std::string bytes("bplist00\0\xff<!-- mine -->\r\n", 25);
   auto deleted = store();
   const double then = clock.now;
   const auto id = lose(deleted, "a", bytes);
