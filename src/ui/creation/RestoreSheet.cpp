@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "core/app/Program.h"
 #include "core/creation/RestoreDeleted.h"
@@ -57,6 +58,7 @@ void RestoreSheet::makeList() {
   m_list->setRootIsDecorated(false);
   m_list->setUniformRowHeights(true);
   m_list->setAllColumnsShowFocus(true);
+  m_list->setTextElideMode(Qt::ElideMiddle);
   m_list->setHeaderLabels({qt(localize.name()), qt(localize.kind()), qt(localize.file()), qt(localize.deleted()),
                            qt(localize.keptUntil())});
 }
@@ -77,6 +79,10 @@ void RestoreSheet::fill() {
   }
   m_restoreButton->setEnabled(!isEmpty);
   for (int column = 0; column < m_list->columnCount(); ++column) m_list->resizeColumnToContents(column);
+  // A long path, which its tip shows whole, doesn't push the dates out of sight.
+  constexpr int fileColumn = 2, mostCharacters = 40;
+  const int most = fontMetrics().averageCharWidth() * mostCharacters;
+  m_list->setColumnWidth(fileColumn, std::min(m_list->columnWidth(fileColumn), most));
 }
 
 void RestoreSheet::restore() {
