@@ -181,7 +181,9 @@ TEST_F(RestoreDeletedTest, WhatIsRestoredDisabledIsNoLongerKeptAndItsCommentsAre
     answer(true);
     EXPECT_THAT(rows(), IsEmpty());
     EXPECT_EQ(fs::exists(kept), content == commented);
-    if (content == commented) EXPECT_EQ(testdata::bytes(*fs::directory_iterator(kept)), commented);
+    if (content == commented) {
+      EXPECT_EQ(testdata::bytes(*fs::directory_iterator(kept)), commented);
+    }
     fs::remove(other);
     scan();
   }
