@@ -13,8 +13,12 @@ namespace mirvel::ui {
 
 namespace {
 
+/// In points. Where the sections need more they have it.
+constexpr int narrowest = 420;
+
 QWidget* makeNoSelection(const Localize& localize) {
   auto* label = new SecondaryLabel(qt(localize.noSelection()));
+  label->setMinimumWidth(narrowest);
   label->setAlignment(Qt::AlignCenter);
   QFont font = label->font();
   font.setPointSizeF(font.pointSizeF() * 1.5);

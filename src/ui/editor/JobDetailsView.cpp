@@ -10,13 +10,8 @@
 
 namespace mirvel::ui {
 
-JobDetailsView::JobDetailsView(Program& program, IconLoader& icons) : m_program(program), m_icons(icons) {
-  setWidgetResizable(true);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setFrameShape(QFrame::NoFrame);
-  setFocusPolicy(Qt::NoFocus);  // the texts in it take the keys
-  setAccessibleName(qt(program.foundation.localize.details()));
-}
+JobDetailsView::JobDetailsView(Program& program, IconLoader& icons)
+    : StackScrollView(qt(program.foundation.localize.details())), m_program(program), m_icons(icons) {}
 
 void JobDetailsView::updateDetail() {
   const auto& job = m_program.state.selectedJob;

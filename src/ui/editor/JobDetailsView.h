@@ -1,17 +1,17 @@
 #pragma once
 
-#include <QScrollArea>
 #include <optional>
 #include <vector>
 
 #include "core/editor/GeneralRules.h"
 #include "core/editor/JobDetails.h"
+#include "ui/editor/StackScrollView.h"
 #include "ui/support/IconLoader.h"
 
 namespace mirvel::ui {
 
 /// A job that isn't launchd's, to be looked at.
-class JobDetailsView final : public QScrollArea {
+class JobDetailsView final : public StackScrollView {
  public:
   JobDetailsView(Program& program, IconLoader& icons);
 

@@ -9,14 +9,11 @@
 namespace mirvel::ui {
 
 LaunchdViewController::LaunchdViewController(Program& program)
-    : m_program(program), m_pane(new QVBoxLayout(this)), m_scrollView(new QScrollArea) {
+    : m_program(program),
+      m_pane(new QVBoxLayout(this)),
+      m_scrollView(new StackScrollView(qt(program.foundation.localize.details()))) {
   m_pane->setContentsMargins(0, 0, 0, 0);
   m_pane->setSpacing(0);
-  m_scrollView->setWidgetResizable(true);
-  m_scrollView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  m_scrollView->setFrameShape(QFrame::NoFrame);
-  m_scrollView->setFocusPolicy(Qt::NoFocus);  // what stands in it takes the keys
-  m_scrollView->setAccessibleName(qt(program.foundation.localize.details()));
   m_pane->addWidget(m_scrollView, 1);
 }
 

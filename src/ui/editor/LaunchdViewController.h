@@ -1,12 +1,13 @@
 #pragma once
 
-#include <QScrollArea>
+#include <QWidget>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "core/editor/SectionStack.h"
 #include "ui/editor/Section.h"
+#include "ui/editor/StackScrollView.h"
 
 class QVBoxLayout;
 
@@ -40,7 +41,7 @@ class LaunchdViewController : public QWidget {
 
   Program& m_program;
   QVBoxLayout* m_pane;
-  QScrollArea* m_scrollView;
+  StackScrollView* m_scrollView;
   QVBoxLayout* m_stackView = nullptr;
   std::vector<Section*> m_sections;
 };

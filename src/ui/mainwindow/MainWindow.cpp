@@ -66,8 +66,6 @@ void MainWindow::makeContent(IconLoader& icons) {
   m_details->keysLeft = [this] { m_tabs->setFocus(); };
   const int character = fontMetrics().averageCharWidth();
   m_tabs->setMinimumWidth(24 * character);
-  constexpr int narrowestDetails = 420;
-  m_details->setMinimumWidth(narrowestDetails);
   m_splitter->addWidget(m_tabs);
   m_splitter->addWidget(m_details);
   m_splitter->setStretchFactor(0, 2);
