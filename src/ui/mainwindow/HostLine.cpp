@@ -1,28 +1,34 @@
 #include "ui/mainwindow/HostLine.h"
 
 #include <QAccessible>
-#include <QMainWindow>
-#include <QStatusBar>
+#include <QLabel>
+#include <QVBoxLayout>
 
+#include "ui/support/Hairline.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-HostLine::HostLine(Program& program, QMainWindow& window) : QLabel(&window), m_program(program), m_window(window) {
-  setWordWrap(true);
-  setTextFormat(Qt::PlainText);
-  window.statusBar()->addWidget(this, 1);
-  window.statusBar()->hide();
+HostLine::HostLine(Program& program) : m_program(program), m_text(new QLabel) {
+  m_text->setWordWrap(true);
+  m_text->setTextFormat(Qt::PlainText);
+  m_text->setContentsMargins(10, 6, 10, 6);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(new Hairline);
+  layout->addWidget(m_text);
+  hide();
   m_hostChanged = program.notifications.hostChanged.subscribe([this] { show(m_program.hostStart.failure()); });
 }
 
 void HostLine::show(const std::optional<std::string>& failure) {
-  m_window.statusBar()->setVisible(failure.has_value());
+  setVisible(failure.has_value());
   const auto selectable = Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard;
-  setTextInteractionFlags(failure ? Qt::TextInteractionFlags(selectable) : Qt::NoTextInteraction);
-  setText(failure ? qt(m_program.foundation.localize.jobsDontRun(*failure)) : QString());
+  m_text->setTextInteractionFlags(failure ? Qt::TextInteractionFlags(selectable) : Qt::NoTextInteraction);
+  m_text->setText(failure ? qt(m_program.foundation.localize.jobsDontRun(*failure)) : QString());
   if (!failure) return;
-  QAccessibleEvent event(this, QAccessible::Alert);
+  QAccessibleEvent event(m_text, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);
 }
 

@@ -1,25 +1,25 @@
 #pragma once
 
-#include <QLabel>
+#include <QWidget>
 
 #include "core/app/Program.h"
 
-class QMainWindow;
+class QLabel;
 
 namespace mirvel::ui {
 
-/// A line at the foot of the window that says why the jobs don't run; there is none while they do.
-class HostLine final : public QLabel {
+/// A line for the foot of the window that says why the jobs don't run; hidden while they do.
+class HostLine final : public QWidget {
   Q_OBJECT
 
  public:
-  HostLine(Program& program, QMainWindow& window);
+  explicit HostLine(Program& program);
 
  private:
   void show(const std::optional<std::string>& failure);
 
   Program& m_program;
-  QMainWindow& m_window;
+  QLabel* m_text;
   Subscription m_hostChanged;
 };
 

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QSessionManager>
 #include <QSplitter>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "core/support/Const.h"
@@ -30,7 +31,6 @@ MainWindow::MainWindow(Program& program, IconLoader& icons)
   m_toolbar->filterLeft = [this] { m_tabs->setFocus(); };
   addToolBar(m_toolbar);
   enterShell(icons);
-  new HostLine(program, *this);
   m_program.mainWindow.updateTitle();
   showMode(m_program.mainWindow.mode());
   validateVisibleItems();
@@ -71,7 +71,13 @@ void MainWindow::makeContent(IconLoader& icons) {
   m_splitter->setStretchFactor(0, 2);
   m_splitter->setStretchFactor(1, 1);
   m_splitter->setSizes({127 * character, 64 * character});
-  setCentralWidget(m_splitter);
+  auto* content = new QWidget(this);
+  auto* layout = new QVBoxLayout(content);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(m_splitter, 1);
+  layout->addWidget(new HostLine(m_program));
+  setCentralWidget(content);
 }
 
 ListModeView& MainWindow::listMode() {

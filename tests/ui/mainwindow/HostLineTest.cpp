@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
+
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
@@ -19,8 +21,10 @@ TEST_F(HostLineTest, SaysWhyJobsDoNotRunAsLongAsTheyDoNot) {
   helpers.requests.back().reply({{"error", plist::Dictionary{{"code", 3}, {"description", "<b>no room</b>"}}}});
   settle();
   EXPECT_TRUE(line->isVisible());
-  EXPECT_EQ(utf8(line->text()), "Your jobs aren’t running: <b>no room</b>");
-  EXPECT_EQ(line->textFormat(), Qt::PlainText);
+  const auto* const text = line->findChild<QLabel*>();
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(utf8(text->text()), "Your jobs aren’t running: <b>no room</b>");
+  EXPECT_EQ(text->textFormat(), Qt::PlainText);
 
   queue.runFor(HostStart::secondsBetweenAttempts);
   program().notifications.appStatusChanged.post();
