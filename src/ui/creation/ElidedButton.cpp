@@ -8,15 +8,6 @@
 
 namespace mirvel::ui {
 
-namespace {
-
-/// A path runs from left to right in any text (Unicode Standard Annex 9, isolates).
-QString leftToRight(const QString& path) {
-  return QChar(0x2066) + path + QChar(0x2069);
-}
-
-}  // namespace
-
 void ElidedButton::setTitle(const std::string& title) {
   m_path.clear();
   setText(literalTitle(qt(title)));

@@ -11,6 +11,7 @@
 #include "core/app/Program.h"
 #include "core/creation/RestoreDeleted.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -65,8 +66,8 @@ void RestoreSheet::makeList() {
 
 void RestoreSheet::fill() {
   for (const DeletedJobRow& row : deletedJobRows(m_program)) {
-    auto* const item =
-        new QTreeWidgetItem(m_list, {qt(row.name), qt(row.kind), qt(row.file), qt(row.deleted), qt(row.until)});
+    auto* const item = new QTreeWidgetItem(
+        m_list, {qt(row.name), qt(row.kind), leftToRight(qt(row.file)), qt(row.deleted), qt(row.until)});
     item->setData(0, idRole, qt(row.id));
     for (int column = 0; column < m_list->columnCount(); ++column) item->setToolTip(column, item->text(column));
   }

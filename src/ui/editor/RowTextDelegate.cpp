@@ -8,13 +8,6 @@
 
 namespace mirvel::ui {
 
-namespace {
-
-constexpr QChar leftToRightIsolate(0x2066);
-constexpr QChar popIsolate(0x2069);
-
-}  // namespace
-
 RowTextDelegate::RowTextDelegate(GridTable::Table& table, QObject* parent)
     : QStyledItemDelegate(parent), m_table(table) {
   connect(this, &QAbstractItemDelegate::closeEditor, this, [this](QWidget*, EndEditHint hint) {
@@ -24,7 +17,7 @@ RowTextDelegate::RowTextDelegate(GridTable::Table& table, QObject* parent)
 
 QString RowTextDelegate::displayText(const QVariant& value, const QLocale& /*locale*/) const {
   const QString text = shownText(utf8(value.toString()));
-  return GridTable::holdsPaths(m_table.kind()) ? leftToRightIsolate + text + popIsolate : text;
+  return GridTable::holdsPaths(m_table.kind()) ? leftToRight(text) : text;
 }
 
 QSize RowTextDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

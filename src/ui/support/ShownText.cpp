@@ -19,4 +19,8 @@ QString shownToolTip(std::string_view text) {
   return QStringLiteral("<qt>") + shown.toHtmlEscaped() + QStringLiteral("</qt>");
 }
 
+QString leftToRight(const QString& path) {
+  return QChar(0x2066) + path + QChar(0x2069);
+}
+
 }  // namespace mirvel::ui

@@ -10,4 +10,7 @@ QString shownText(std::string_view text);
 /// Likewise, for a tool tip: a text that looks like markup is shown as it stands.
 QString shownToolTip(std::string_view text);
 
+/// A path to be shown: it runs from left to right in any text (Unicode Standard Annex 9, isolates).
+QString leftToRight(const QString& path);
+
 }  // namespace mirvel::ui

@@ -48,7 +48,8 @@ TEST_F(RestoreSheetTest, TheJobThatIsChosenByTheKeyboardIsRestoredOnce) {
   auto& rows = list(sheet);
   ASSERT_EQ(rows.topLevelItemCount(), 2);
   EXPECT_EQ(rows.topLevelItem(0)->text(0), QStringLiteral("newer"));
-  EXPECT_EQ(rows.topLevelItem(1)->text(2), qt((path(Kind::userAgent) / "older.plist").string()));
+  EXPECT_EQ(utf8(rows.topLevelItem(1)->text(2)),
+            "\u2066" + (path(Kind::userAgent) / "older.plist").string() + "\u2069");
   EXPECT_TRUE(rows.hasFocus());
   QTest::keyClick(&rows, Qt::Key_Down);
   QTest::keyClick(&rows, Qt::Key_Return);
