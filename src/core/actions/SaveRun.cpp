@@ -49,7 +49,8 @@ bool SaveRun::endsOvertaken() {
   return true;
 }
 
-/// Whether something else wrote to the file of the edited job while the user was asked for a password.
+/// Whether something else wrote to the file of the edited job while the user was asked for a password, or about
+/// comments.
 bool SaveRun::wasOvertaken() const {
   if (m_job->isNewFile || m_program.state.selectedJob != m_job) return false;
   const auto bytes = jobBytes(m_plan.from);
@@ -186,6 +187,7 @@ void SaveRun::finish(bool isWritten) {
 void SaveRun::keepWritten() {
   m_job->url = m_plan.to;
   m_job->isNewFile = false;
+  m_job->originalKind = m_job->kind;
   m_job->updateCustomIconDigest();
   becomeWhatWasWritten();
   if (!m_plan.isMove) return;

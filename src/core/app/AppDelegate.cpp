@@ -99,7 +99,8 @@ bool AppDelegate::applicationShouldTerminate() {
   if (m_program.shell.endPrivilegedConnection && !isAsked) m_program.shell.endPrivilegedConnection();
   if ((isHelperAtWork() || !m_program.state.hasUnsavedChanges) && waitsForHelper()) return false;
   const bool mayEnd = !m_program.state.hasUnsavedChanges || m_endsUnasked;
-  if (mayEnd && m_program.drafts.settle()) return true;
+  const bool wasAsked = isTerminating && m_endsUnasked;  // a second signal ends what doesn't answer
+  if (mayEnd && (m_program.drafts.settle() || wasAsked)) return true;
   m_endsUnasked = false;
   if (!isTerminating) m_program.mainWindow.unsavedChangesAlert();
   isTerminating = true;
@@ -117,8 +118,8 @@ void AppDelegate::keepEdit() {
   (void)m_program.drafts.settle();  // what fails has been reported
 }
 
-/// Whether a save or deletion is under way, which still needs its helper. While the user is asked for a password
-/// nothing has begun yet.
+/// Whether a save or deletion is under way, which still needs its helper or an answer to its own question. While the
+/// user is asked for a password nothing has begun yet.
 bool AppDelegate::isHelperAtWork() const {
   const AppState& state = m_program.state;
   return (state.saving.isBusy() || state.deleting.isBusy()) && !m_program.actions.isAuthorising();

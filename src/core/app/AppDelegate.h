@@ -28,7 +28,7 @@ class AppDelegate {
   /// wait for it.
   bool applicationShouldTerminate();
   /// Whoever ends the program doesn't wait for answers: an edit that isn't saved is kept, see `Drafts`, and the
-  /// application quits; if it can't be kept, only after the user was asked.
+  /// application quits; if it can't be kept, only after the user was asked, or the second time.
   void endUnasked();
   /// The same may come soon, without a word.
   void keepEdit();

@@ -32,9 +32,9 @@ class Job {
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
 
-  Kind kind;                ///< where the job belongs now
-  const Kind originalKind;  ///< where it was when it was read
-  const std::string name;   ///< the label of a launchd job
+  Kind kind;               ///< where the job belongs now
+  Kind originalKind;       ///< where its file is: another kind than `kind` while a move isn't saved
+  const std::string name;  ///< the label of a launchd job
   const std::string summary;
   std::string checksum;  ///< the identity, in base64; empty marks a job that must be read again
   URL url;

@@ -121,7 +121,7 @@ void send(Program& program, const Restoring& restoring) {
     restoring->saving.release();
     restoring->job = {};
     restoring->file = {};
-    if (!isWritten) return;
+    if (!isWritten) return program.mainWindow.refresh();  // what others did meanwhile was not shown
     if (loadsApart) load(program, restoring->url);
     if (isAllBack(*restoring)) program.deletedJobs.forget(restoring->deleted.id);
     show(program, job);
@@ -134,7 +134,10 @@ void begin(Program& program, const Restoring& restoring) {
   const DeletedJob& deleted = restoring->deleted;
   if (deleted.kind == Kind::userAgent) (void)makeAgentsFolder(program.foundation.roots);  // the write tells what fails
   const auto url = placeFor(program, deleted);
-  if (!url) return program.platform.interface.saveError();
+  if (!url) {
+    program.mainWindow.refresh();
+    return program.platform.interface.saveError();
+  }
   restoring->url = *url;
   restoring->file = program.actions.claim(*url);
   send(program, restoring);
@@ -143,9 +146,8 @@ void begin(Program& program, const Restoring& restoring) {
 void authoriseAndBegin(Program& program, const Restoring& restoring) {
   restoring->saving = program.state.saving.begin();
   if (restoring->deleted.kind == Kind::userAgent) return begin(program, restoring);
-  program.actions.authorise([&program, restoring](bool isGranted) {
-    if (isGranted) begin(program, restoring);
-  });
+  program.actions.authorise(
+      [&program, restoring](bool isGranted) { isGranted ? begin(program, restoring) : program.mainWindow.refresh(); });
 }
 
 void restoreDisabled(Program& program, const Restoring& restoring) {

@@ -101,7 +101,8 @@ bool Drafts::settle() {
   if (draft.text.empty() || !plist::isUtf8(draft.url.text())) return false;
   const plist::Value value = encode(draft);
   const plist::Value* const kept = m_store.find(m_id);
-  return (kept && *kept == value && !m_store.hasChanges()) || m_store.set(m_id, value);
+  const bool isKept = (kept && *kept == value && !m_store.hasChanges()) || m_store.set(m_id, value);
+  return isKept && m_program.editing.unfinished().isEmpty();
 }
 
 /// Another edit begins, or none.
@@ -139,9 +140,15 @@ void Drafts::askAboutNext() {
   while (!m_waiting.empty() && !m_program.state.hasUnsavedChanges) {
     const Draft draft = std::move(m_waiting.back());
     m_waiting.pop_back();
-    if (jobBytes(draft.url) != draft.text) return ask(draft);
+    if (!isHeld(draft)) return ask(draft);
     forget(draft.id);
   }
+}
+
+/// Whether the job's file is as the edit would have it.
+bool Drafts::isHeld(const Draft& draft) const {
+  const auto job = m_program.state.jobAt(draft.url);
+  return jobBytes(draft.url) == draft.text && !(job && job->kind != draft.kind);
 }
 
 void Drafts::ask(const Draft& draft) {
@@ -165,6 +172,10 @@ void Drafts::goOn(const Draft& draft) {
   const auto* const keys = content.as<plist::Dictionary>();
   const auto job = m_program.state.jobAt(draft.url);
   if (m_program.state.hasUnsavedChanges) return;
+  if (!job && stands(draft.url)) {
+    const Localize& localize = m_program.foundation.localize;
+    return m_program.platform.interface.error(localize.unsavedChangesWereKept(draft.name), localize.theJobIsNotShown());
+  }
   if (!job || !keys) return putAside(draft);
   selectNewJob(m_program, job);
   if (!replaceSelected(m_program, *keys)) return;

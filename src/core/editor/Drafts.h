@@ -27,7 +27,7 @@ class Drafts {
   /// The selected job was edited, or isn't any more; that is settled a moment later.
   void edited();
   /// Keeps the edit as it is now or, if there is none any more, forgets what was kept of it. False if it can't be
-  /// kept.
+  /// kept, or not all of it: what can't be in a job file has no place there.
   bool settle();
   /// Once there are jobs, asks about the edits that earlier runs kept.
   void offer();
@@ -50,6 +50,7 @@ class Drafts {
   void askAboutNext();
   void ask(const Draft& draft);
   void goOn(const Draft& draft);
+  bool isHeld(const Draft& draft) const;
   void putAside(const Draft& draft);
 
   Program& m_program;
@@ -58,7 +59,6 @@ class Drafts {
   bool m_isDue = false;
   std::weak_ptr<Launchd> m_job;  ///< whose edit is kept under `m_id`
   std::string m_id;              ///< empty: nothing is kept of this run's
-  std::string m_text;            ///< what is kept
   std::vector<Draft> m_waiting;  ///< to be asked about
   Subscription m_scanned;        ///< while they wait for jobs
   Subscription m_updated;

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "core/actions/JobOnDisk.h"
 #include "core/app/Program.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
@@ -95,8 +96,7 @@ void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const 
   if (job != m_program.state.selectedJob) return;
   if (choice == Choice::Theirs) {
     m_stack.hideDiscardButton();
-    readAnew();
-    return take(job, theirs);
+    return readAnew();
   }
   if (choice != Choice::Mine) return;
   m_program.editing.setFileChecksum(JobFile::checksumOf(theirs));
@@ -109,20 +109,25 @@ void EditController::discardEdits() {
   if (m_program.shell.detail) m_program.shell.detail->showDisplay();
 }
 
-/// What can be edited until the scan comes isn't what was dropped.
-void EditController::take(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
-  const auto read = Launchd::read(theirs, job->url, job->originalKind, m_program.foundation.scanSettings(),
-                                  m_program.platform.console);
-  if (read) job->plist() = std::move(read->plist());
-  m_program.editing.fileHolds(job, theirs);
-  if (m_program.shell.detail) m_program.shell.detail->showDisplay();
+/// What can be edited until the scan comes isn't what was dropped, nor what another program has replaced.
+void EditController::takeFile(const std::shared_ptr<Launchd>& job) {
+  job->kind = job->originalKind;
+  const auto bytes = jobBytes(job->url);
+  const auto read = bytes ? Launchd::read(*bytes, job->url, job->kind, m_program.foundation.scanSettings(),
+                                          m_program.platform.console)
+                          : nullptr;
+  if (read) {
+    job->plist() = std::move(read->plist());
+    m_program.editing.fileHolds(job, *bytes);
+  } else if (auto asRead = job->plist().asRead()) {
+    job->plist() = *std::move(asRead);
+  }
 }
 
 /// The record was written to all along, or the file was: the scan is to read it anew.
 void EditController::readAnew() {
   if (const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob)) {
-    if (auto asRead = job->plist().asRead()) job->plist() = *std::move(asRead);
-    job->kind = job->originalKind;
+    takeFile(job);
     job->checksum.clear();
   }
   saveCompleted();

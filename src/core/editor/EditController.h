@@ -71,7 +71,7 @@ class EditController final : public EditType {
 
  private:
   void readAnew();
-  void take(const std::shared_ptr<Launchd>& job, const std::string& theirs);
+  void takeFile(const std::shared_ptr<Launchd>& job);
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
   void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, Choice choice);
 

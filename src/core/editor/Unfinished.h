@@ -14,6 +14,8 @@ namespace mirvel {
 struct Unfinished {
   std::vector<Scheduled::RuleRow> rules = {};                       ///< empty: the record has them
   std::map<std::string, std::vector<GridTable::Item>> tables = {};  ///< by their keys; likewise
+
+  bool isEmpty() const { return rules.empty() && tables.empty(); }
 };
 
 }  // namespace mirvel

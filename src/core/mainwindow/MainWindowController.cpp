@@ -84,9 +84,15 @@ void MainWindowController::confirmDelete(const std::shared_ptr<Job>& job) {
                                            .alternateTitle = localize.cancel(),
                                            .safeButton = Interface::alternateButton},
                                           [this, job](int button) {
-                                            const bool isAgreed = button == Interface::defaultButton;
-                                            if (isAgreed && canDeleteJob(*job)) deleteAndKeep(m_program, job);
+                                            if (button == Interface::defaultButton) deleteConfirmed(job);
                                           });
+}
+
+/// Meanwhile an edit or a save may have begun.
+void MainWindowController::deleteConfirmed(const std::shared_ptr<Job>& job) {
+  if (canDeleteJob(*job)) return deleteAndKeep(m_program, job);
+  const Localize& localize = m_program.foundation.localize;
+  m_program.platform.interface.error(localize.couldntBeDeleted(job->name), localize.saveOrDiscardFirst());
 }
 
 Alert MainWindowController::unsavedChangesQuestion() const {

@@ -45,6 +45,7 @@ class MainWindowController {
   void revealInFinder(const Job& job);
 
  private:
+  void deleteConfirmed(const std::shared_ptr<Job>& job);
   Alert unsavedChangesQuestion() const;
   void answerUnsavedChanges(int button);
 

@@ -328,6 +328,9 @@ class Localize {
   }
   std::string save() const { return text("Save"); }
   std::string saveDisabled() const { return text("Save Disabled"); }
+  std::string saveOrDiscardFirst() const {
+    return text("Save or discard your changes first, or wait until they are saved. Then try again.");
+  }
   std::string saveTheScriptToGoOn() const { return text("Save the script to go on."); }
   std::string saveWithoutComments() const { return text("Save Without Comments"); }
   std::string savingRemovesComments(const std::string& name) const {
@@ -379,6 +382,9 @@ class Localize {
   }
   std::string theJobIsGone(const std::string& folder) const {
     return format("The job’s own file is gone. A file with your changes is now in the folder “%@”.", {folder});
+  }
+  std::string theJobIsNotShown() const {
+    return text("The job’s file is there, but the job isn’t in the list now. The changes stay kept until it is.");
   }
   std::string theNameIsTooLong() const { return text("The name is too long. Choose a shorter one and try again."); }
   std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }

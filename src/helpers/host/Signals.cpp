@@ -7,6 +7,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <utility>
 
 namespace mirvel::host {
 
@@ -24,7 +25,7 @@ void note(int number) {
 
 }  // namespace
 
-Signals::Signals(std::initializer_list<int> numbers) : m_pipe(Pipe::make()), m_numbers(numbers) {
+Signals::Signals(std::set<int> numbers) : m_pipe(Pipe::make()), m_numbers(std::move(numbers)) {
   if (!m_pipe) return;
   ::fcntl(m_pipe.read.number(), F_SETFL, O_NONBLOCK);
   ::fcntl(m_pipe.write.number(), F_SETFL, O_NONBLOCK);
@@ -32,7 +33,7 @@ Signals::Signals(std::initializer_list<int> numbers) : m_pipe(Pipe::make()), m_n
   struct sigaction action {};
   action.sa_handler = note;
   action.sa_flags = SA_RESTART;
-  for (const int number : numbers) ::sigaction(number, &action, nullptr);
+  for (const int number : m_numbers) ::sigaction(number, &action, nullptr);
 }
 
 Signals::~Signals() {

@@ -11,7 +11,8 @@ namespace mirvel::host {
 class Signals {
  public:
   /// Fails, as `isGood` tells, if the process has no descriptors left.
-  explicit Signals(std::initializer_list<int> numbers);
+  explicit Signals(std::set<int> numbers);
+  Signals(std::initializer_list<int> numbers) : Signals(std::set<int>(numbers)) {}
   ~Signals();
   Signals(const Signals&) = delete;
   Signals& operator=(const Signals&) = delete;

@@ -10,8 +10,8 @@ class Program;
 
 namespace mirvel::ui {
 
-/// Has the application end when SIGTERM, SIGINT or SIGHUP comes, without asking and without losing an edit. One in a
-/// process.
+/// Has the application end when SIGTERM, SIGINT or SIGHUP comes, unless it was started to ignore that, without asking
+/// and without losing an edit. One in a process.
 class EndSignals final : public QObject {
  public:
   explicit EndSignals(Program& program);

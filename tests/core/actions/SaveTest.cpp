@@ -11,8 +11,11 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::Each;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using Requests = std::vector<std::string>;
 
 class SaveTest : public testdata::ProgramFixture {
@@ -164,6 +167,9 @@ TEST_F(SaveTest, EachPairOfKindsHasItsRequestsInTheirOrder) {
     EXPECT_EQ(shell.count("saveCompleted"), 1U);
     EXPECT_EQ(shell.count("showDisplay"), 1U);
     EXPECT_FALSE(fs::exists(roots.applicationSupport / "Moves.plist"));
+    program().actions.save(job);  // before the scan
+    EXPECT_THAT(answerAll(), Each(Not(HasSubstr("drop")))) << "it moves once";
+    EXPECT_EQ(shortened(job->url.text()), row.url);
     settle();
     EXPECT_EQ(program().state.jobs.size(), row.exists && !row.before.isSystem() ? 1U : 0U) << "a scan was made";
   }

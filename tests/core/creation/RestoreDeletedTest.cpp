@@ -245,6 +245,7 @@ TEST_F(RestoreDeletedTest, AnEditThatBeganWhileTheQuestionWasUpIsntDeleted) {
   program().state.hasUnsavedChanges = true;
   interface.answerSheet(Interface::defaultButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_THAT(interface.errors, SizeIs(1));
 }
 
 TEST_F(RestoreDeletedTest, AQuitWaitsForADeletionUnderWay) {

@@ -93,6 +93,7 @@ TEST_F(DraftsTest, WhatIsKeptGoesWithTheEdit) {
     row.end();
     settle();
     queue.runFor(1.5);
+    EXPECT_EQ(testdata::bytes(roots.applicationSupport / "Drafts.plist").find("Contents"), std::string::npos);
     restart();
     EXPECT_THAT(interface.sheets, IsEmpty());
   }
@@ -122,6 +123,32 @@ TEST_F(DraftsTest, TheKindIsKeptAndAnotherProgramsChangeNoticed) {
   EXPECT_FALSE(program().editing.expectsInFile(JobFile::checksumOf(testdata::bytes(file))));
 }
 
+TEST_F(DraftsTest, AMoveAloneIsAnEditToo) {
+  start();
+  program().state.selectedJob = jobNamed("a");
+  program().editing.markJobChanged()->kind = Kind::localDaemon;
+  EXPECT_TRUE(program().drafts.settle());
+  restart();
+  ASSERT_THAT(interface.sheets, SizeIs(1));
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_EQ(selected().kind, Kind::localDaemon);
+}
+
+TEST_F(DraftsTest, TheEditOfAJobThatCantBeShownWaitsUntilItCan) {
+  editAndCrash();
+  const std::string before = testdata::bytes(file);
+  write(Kind::userAgent, "a.plist", "<plist");
+  scan();
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_FALSE(fs::exists(roots.applicationSupport / "Kept Files"));
+  write(Kind::userAgent, "a.plist", before);
+  restart();
+  ASSERT_THAT(interface.sheets, SizeIs(1));
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_EQ(nice(), 5);
+}
+
 TEST_F(DraftsTest, TheEditOfAJobThatIsGoneIsPutAside) {
   editAndCrash();
   fs::remove(file);
@@ -145,6 +172,17 @@ TEST_F(DraftsTest, AnEndAtWhichNobodyIsAskedKeepsTheEdit) {
   EXPECT_THAT(interface.sheets, IsEmpty());
   restart();
   EXPECT_THAT(interface.sheets, SizeIs(1));
+}
+
+TEST_F(DraftsTest, TextThatCantBeInAJobFileIsAskedAboutOnce) {
+  start();
+  edit("a", 5);
+  program().editing.unfinished().tables["PathState"] = {{.string = "/a"}, {.string = "/a"}};
+  program().appDelegate.endUnasked();
+  EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
+  EXPECT_THAT(interface.sheets, SizeIs(1));
+  program().appDelegate.endUnasked();
+  EXPECT_TRUE(program().appDelegate.applicationShouldTerminate()) << "a second signal";
 }
 
 TEST_F(DraftsTest, WhatCantBeKeptIsAskedAbout) {

@@ -45,7 +45,7 @@ class EditControllerTest : public testdata::ProgramFixture {
     ASSERT_TRUE(job);
     job->plist().nice = 5;
   }
-  void changeFile() { (void)writeJob(Kind::userAgent, "a", {{"Program", "/bin/theirs"}}); }
+  void changeFile(const char* command = "/bin/theirs") { (void)writeJob(Kind::userAgent, "a", {{"Program", command}}); }
 
   std::filesystem::path file;
   testdata::RecordingShell shell;
@@ -185,6 +185,18 @@ TEST_F(EditControllerTest, AnEditBeforeTheScanThatFollowsASaveBeginsWithWhatWasS
   program().editing.markJobChanged()->plist().nice = 8;
   controller.save();
   EXPECT_THAT(interface.sheets, SizeIs(1)) << "but that one did";
+}
+
+TEST_F(EditControllerTest, WhatAnotherProgramWroteIsThereAtOnceWhenAnEditIsDiscarded) {
+  edit();
+  changeFile();
+  controller.discardEdits();
+  const Launchd* const job = program().editing.markJobChanged("a");  // the scan waits for the edit
+  EXPECT_EQ(job->plist().program, "/bin/theirs");
+  EXPECT_FALSE(job->plist().nice);
+  changeFile("/bin/others");
+  controller.save();
+  EXPECT_THAT(interface.sheets, SizeIs(1)) << "changed since then";
 }
 
 TEST_F(EditControllerTest, CommentsAreAskedAboutOnceWhenAllElseIsDecided) {
