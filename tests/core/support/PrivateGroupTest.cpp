@@ -44,7 +44,7 @@ TEST(PrivateGroupTest, AUserDatabaseThatCannotBeReadToItsEndTellsNothing) {
       return 0;
     });
     ASSERT_EQ(users.has_value(), row.isKnown) << row.failure;
-    if (users) EXPECT_EQ(users->size(), 1U) << row.failure;
+    EXPECT_EQ(users ? users->size() : 1U, 1U) << row.failure;
   }
 }
 #endif
