@@ -3,6 +3,7 @@
 #include <sys/types.h>
 #include <sys/xattr.h>
 
+#include <cerrno>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -68,6 +69,20 @@ void copyExtendedAttributes(int from, int to, Attributes which) {
     if (which == Attributes::All || isHarmless(name)) copy(from, to, name.c_str());
     at += name.size() + 1;
   }
+}
+
+bool hasAccessList(int file) {
+#ifdef __linux__
+  constexpr const char* name = "system.posix_acl_access";
+  ssize_t size = get(file, name, nullptr, 0);
+  if (size < 0 && errno == EBADF) {  // of a folder that is open for its path alone
+    size = ::getxattr(("/proc/self/fd/" + std::to_string(file)).c_str(), name, nullptr, 0);
+  }
+  return size >= 0 || (errno != ENODATA && errno != ENOTSUP);
+#else
+  (void)file;
+  return false;
+#endif
 }
 
 }  // namespace mirvel

@@ -11,4 +11,8 @@ enum class Attributes {
 /// allow is left out.
 void copyExtendedAttributes(int from, int to, Attributes which);
 
+/// Whether the open file has an access list (acl(5)), which makes of the group's rights in its mode the most that
+/// anybody has whom the list names. Never where the mode means the group alone. True if it can't be told.
+bool hasAccessList(int file);
+
 }  // namespace mirvel

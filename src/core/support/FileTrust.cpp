@@ -2,9 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#ifdef __linux__
-#include <sys/xattr.h>
-#endif
 #include <unistd.h>
 
 #include <array>
@@ -12,6 +9,7 @@
 #include <climits>
 #include <string>
 
+#include "core/support/ExtendedAttributes.h"
 #include "core/support/FileDescriptor.h"
 #include "core/support/RegularFile.h"
 
@@ -29,22 +27,6 @@ constexpr int openFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 Error notTrusted(const fs::path& path, std::string message) {
   return {.code = Error::Code::NotTrusted, .message = std::move(message), .file = path};
-}
-
-/// Whether an access list (acl(5)) gives rights to users or groups by their names: what the mode says of the group is
-/// then the most that any of them has. True if that can't be told.
-bool hasAccessList(int file) {
-#ifdef __linux__
-  constexpr const char* name = "system.posix_acl_access";
-  ssize_t size = ::fgetxattr(file, name, nullptr, 0);
-  if (size < 0 && errno == EBADF) {  // of a folder that is open for its path alone
-    size = ::getxattr(("/proc/self/fd/" + std::to_string(file)).c_str(), name, nullptr, 0);
-  }
-  return size >= 0 || (errno != ENODATA && errno != ENOTSUP);
-#else
-  (void)file;
-  return false;
-#endif
 }
 
 bool isWritableByOthers(int file, const struct stat& status, const PrivateGroups& isPrivate) {

@@ -2,11 +2,11 @@
 
 #ifdef __linux__
 #include <grp.h>
-#include <pwd.h>
 #endif
 
 #include <algorithm>
 #ifdef __linux__
+#include <cerrno>
 #include <mutex>
 #endif
 
@@ -35,28 +35,38 @@ std::optional<passwd> entryOf(uid_t user, std::vector<char>& buffer) {
 }
 
 /// Where a database isn't listed (large ones in a network often aren't), those in it aren't found.
-std::vector<GroupUsers::User> usersWithPrimary(gid_t group) {
+std::optional<std::vector<GroupUsers::User>> usersInDatabase(gid_t group) {
   static std::mutex mutex;  // there is one position in the list for the whole process
   const std::lock_guard lock(mutex);
-  std::vector<GroupUsers::User> result;
   std::vector<char> buffer(entrySize);
   passwd entry{};
-  passwd* found = nullptr;
   ::setpwent();
-  while (::getpwent_r(&entry, buffer.data(), buffer.size(), &found) == 0 && found) {
-    if (entry.pw_gid == group) result.push_back({entry.pw_name, entry.pw_uid});
-  }
+  auto result = usersWithPrimary(
+      group, [&](passwd*& found) { return ::getpwent_r(&entry, buffer.data(), buffer.size(), &found); });
   ::endpwent();
   return result;
 }
 
 }  // namespace
 
+std::optional<std::vector<GroupUsers::User>> usersWithPrimary(gid_t group, const std::function<int(passwd*&)>& next) {
+  std::vector<GroupUsers::User> result;
+  for (;;) {
+    passwd* found = nullptr;
+    const int failure = next(found);
+    if (failure != 0 && failure != ENOENT) return std::nullopt;
+    if (!found) return result;
+    if (found->pw_gid == group) result.push_back({found->pw_name, found->pw_uid});
+  }
+}
+
 bool isPrivateGroup(gid_t group, uid_t user) {
   std::vector<char> buffer(entrySize);
   const auto owner = entryOf(user, buffer);
   if (!owner || owner->pw_gid != group) return false;
-  GroupUsers users{.name = {}, .primary = usersWithPrimary(group), .members = {}};
+  auto primary = usersInDatabase(group);
+  if (!primary) return false;
+  GroupUsers users{.name = {}, .primary = *std::move(primary), .members = {}};
   users.primary.push_back({owner->pw_name, user});
   struct group entry {};
   struct group* found = nullptr;

@@ -1,7 +1,11 @@
 #pragma once
 
 #include <sys/types.h>
+#ifdef __linux__
+#include <pwd.h>
+#endif
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,7 +28,14 @@ struct GroupUsers {
   bool isPrivateTo(uid_t user) const;
 };
 
-/// Whether the group is private to the user. Linux only: elsewhere no group is. From any thread.
+#ifdef __linux__
+/// The users with that primary group, in a list that `next` walks through as getpwent_r(3) does: null and an error of 0
+/// or ENOENT are its end. None if it fails before.
+std::optional<std::vector<GroupUsers::User>> usersWithPrimary(gid_t group, const std::function<int(passwd*&)>& next);
+#endif
+
+/// Whether the group is private to the user; not if that can't be told. Linux only: elsewhere no group is. From any
+/// thread.
 bool isPrivateGroup(gid_t group, uid_t user);
 /// The user's private group; none if there is no such group.
 std::optional<gid_t> privateGroupOf(uid_t user);

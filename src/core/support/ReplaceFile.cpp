@@ -68,6 +68,8 @@ std::optional<OwnerAndMode> ownerFor(const Replaced& old, const std::optional<Ow
   if (!fixed || !old.owner) return fixed ? fixed : old.owner;
   OwnerAndMode result = *fixed;
   result.mode &= old.owner->mode | S_IRWXU;
+  // The list isn't kept, and what the mode says of the group was what the list allowed at most.
+  if (old.file && hasAccessList(old.file.number())) result.mode &= ~static_cast<mode_t>(S_IRWXG);
   const bool isGroups = (old.owner->mode & S_IROTH) == 0;
   if (isGroups && old.owner->user == fixed->user) result.group = old.owner->group;
   return result;

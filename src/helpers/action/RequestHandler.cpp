@@ -118,7 +118,12 @@ RequestHandler::Outcome RequestHandler::write(const Request& request) {
 RequestHandler::Outcome RequestHandler::delete_(const Request& request) {
   const fs::path& file = *request.deletePath;
   if (auto refused = failureOf(Deed::Delete, m_setup.files.admitRemoval(file), file)) return refused;
-  if (auto failure = unloadAll(jobsToUnload(file, request))) return failure;
+  Jobs jobs = jobsToUnload(file, request);
+  // Whatever a damaged file was loaded as nobody can tell any more; that is no reason to keep it for ever.
+  std::error_code failure;
+  const bool isThere = fs::exists(fs::symlink_status(file, failure));
+  if (isThere && !jobs.label && !m_setup.host.knowsFiles()) jobs.files.clear();
+  if (auto failed = unloadAll(jobs)) return failed;
   return failureOf(Deed::Delete, m_setup.files.remove(file), file);
 }
 

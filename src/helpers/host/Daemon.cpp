@@ -4,11 +4,15 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <set>
+#include <thread>
 #include <utility>
 
 #include "core/schedule/ZoneStretches.h"
 #include "helpers/host/EnabledJobs.h"
 #include "helpers/host/Lifeline.h"
+#include "helpers/host/LoadedJobs.h"
 #include "helpers/host/Presence.h"
 #include "helpers/host/Server.h"
 #include "helpers/host/Session.h"
@@ -57,8 +61,9 @@ class Daemon {
     }
     if (m_lifeline) {
       m_loop.watch(m_lifeline.number(), POLLIN, [this](short) {
-        m_mustLook = Lifeline::isCut(m_lifeline);
-        if (m_mustLook) m_loop.forget(m_lifeline.number());  // its end is told for ever
+        const bool isCut = Lifeline::isCut(m_lifeline);
+        m_mustLook = isCut || m_mustLook;
+        if (isCut) m_loop.forget(m_lifeline.number());  // its end is told for ever
       });
     }
     if (m_watch->descriptor() < 0) return;
@@ -101,6 +106,8 @@ class Daemon {
     m_mustLook = false;
     if (isMachineGone(m_setup) || Lifeline::isCut(m_lifeline) || m_session.isOver()) return end();
     if (!m_presence->isWhole()) renewPresence();
+    if (m_mustNote) m_mustNote = !m_host.noteAgain();
+    m_mustLook = m_mustLook || m_mustNote;
   }
 
   void renewPresence() {
@@ -108,22 +115,52 @@ class Daemon {
     if (!renewed) {
       m_mustLook = true;  // the disk may be full, or the folder not be mounted: this is tried again
     } else if (*renewed) {
-      m_mustLook = !m_host.noteAgain();  // the notes may have gone with the socket
+      m_mustNote = true;  // the notes may have gone with the socket
     } else {
       m_replacedJobs = m_host.noted();
       m_isReplaced = true;
+      m_mustNote = false;  // the list is another's now
       end();
     }
   }
 
-  /// The other host was started without knowing of this one's jobs. It tells in its log what it can't load.
+  /// The other host was started without knowing of this one's jobs. It tells in its log what it can't load. One that
+  /// isn't reached is about to begin, or to end.
   void handOver() {
+    using Clock = std::chrono::steady_clock;
     m_host.kill();  // what didn't end in time
+    const auto until = Clock::now() + longestQuit + longestAnswer;
+    auto handed = offerJobs();
+    while (handed && !*handed && Clock::now() < until) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      handed = offerJobs();
+    }
+    if (handed && *handed) return;
+    m_host.tell("can't hand over its jobs to the next host: " + (handed ? "it isn't reached" : handed.error().text()));
+  }
+
+  /// False: there is another host, and it isn't reached.
+  Result<bool> offerJobs() {
     plist::Array files;
     for (const fs::path& file : m_replacedJobs) files.emplace_back(file.string());
     const auto taken =
         HostClient(m_setup.places.socket).ask(request::takeOver, {{std::string(key::paths), std::move(files)}});
-    if (!taken) m_host.tell("can't hand over its jobs to the next host: " + taken.error().text());
+    if (taken) return true;
+    if (!HostClient::isNoHost(taken.error()) && !HostClient::isHangUp(taken.error())) return taken.error();
+    const auto presence = Presence::claim(m_setup.places);
+    if (!presence) return presence.error();
+    return *presence ? noteJobs() : Result<bool>(false);
+  }
+
+  /// For whichever host comes next, while none is there.
+  Result<bool> noteJobs() {
+    LoadedJobs list(LoadedJobs::fileIn(m_setup.places.folder));
+    const auto known = list.read();
+    if (!known) m_host.tell("can't tell which jobs were loaded: " + known.error().text());
+    std::set<fs::path> files(m_replacedJobs.begin(), m_replacedJobs.end());
+    if (known) files.insert(known->begin(), known->end());
+    const auto written = list.write({files.begin(), files.end()});
+    return written ? Result<bool>(true) : written.error();
   }
 
   const HostSetup& m_setup;
@@ -139,6 +176,7 @@ class Daemon {
       m_presence;  ///< goes before the server hangs up: whoever waits for that may start the next host at once
   std::vector<fs::path> m_replacedJobs;
   bool m_mustLook = true;
+  bool m_mustNote = false;  ///< what is loaded, and runs
   bool m_isEnding = false;
   bool m_isReplaced = false;
 };

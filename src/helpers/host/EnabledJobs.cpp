@@ -6,6 +6,7 @@
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Kind.h"
 #include "core/plist/Plist.h"
+#include "helpers/host/JobRules.h"
 
 namespace mirvel::host {
 
@@ -51,7 +52,11 @@ std::vector<EnabledJob> enabledJobsIn(const std::filesystem::path& folder) {
   if (!open) return jobs;
   for (const std::string& name : jobFilesIn(*open)) {
     const auto plist = recordOf(*open, name);
-    if (!plist || plist->disabled != true) jobs.push_back({folder / name, plist ? plist->name : std::string()});
+    const auto enabled = plist ? isEnabled(*plist) : true;
+    if (enabled && !*enabled) continue;
+    jobs.push_back({.file = folder / name,
+                    .label = plist ? plist->name : std::string(),
+                    .isCertain = enabled ? Result<void>() : enabled.error()});
   }
   return jobs;
 }
@@ -59,7 +64,8 @@ std::vector<EnabledJob> enabledJobsIn(const std::filesystem::path& folder) {
 void loadEnabledJobs(const std::filesystem::path& folder, Host& host) {
   for (const EnabledJob& job : enabledJobsIn(folder)) {
     if (host.isLoaded(job.label) && !host.isEnding(job.label)) continue;
-    if (const auto loaded = host.load(job.file); !loaded) host.tellOfUnloadable(job.file, loaded.error());
+    const auto loaded = job.isCertain ? host.load(job.file) : job.isCertain;
+    if (!loaded) host.tellOfUnloadable(job.file, loaded.error());
   }
 }
 

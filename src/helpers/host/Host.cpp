@@ -49,9 +49,10 @@ Result<launchd::Plist> readJob(const fs::path& file) {
   return error;
 }
 
-bool isSwitchedOff(const fs::path& file) {
+/// Whether the job is loaded at a start; what can't be read is tried all the same, which tells why it can't be loaded.
+Result<bool> isEnabledIn(const fs::path& file) {
   const auto plist = readJob(file);
-  return plist && plist->disabled == true;
+  return plist ? isEnabled(*plist) : true;
 }
 
 }  // namespace
@@ -94,7 +95,9 @@ void Host::restore() {
 }
 
 void Host::restore(const fs::path& file) {
-  if (isSwitchedOff(file)) return;  // while no host was there
+  const auto enabled = isEnabledIn(file);
+  if (!enabled) return tellOfUnloadable(file, enabled.error());
+  if (!*enabled) return;  // it was switched off while no host was there
   const auto added = add(file, Noted::Yes);
   if (!added) restoreLater(file, added.error());
 }
@@ -126,7 +129,9 @@ void Host::addPending(const fs::path& file) {
 
 void Host::retry(const fs::path& file) {
   if (m_quitBy || m_pending.count(file) == 0) return;
-  if (isSwitchedOff(file) || add(file, Noted::Yes)) dropPending(file);
+  const auto enabled = isEnabledIn(file);
+  if (enabled && !*enabled) return dropPending(file);
+  if (enabled && add(file, Noted::Yes)) dropPending(file);
 }
 
 void Host::dropPending(const fs::path& file) {
@@ -182,7 +187,7 @@ Error Host::alreadyLoaded(const Entry& entry, const fs::path& file) {
 Result<std::string> Host::add(const fs::path& file, Noted noted) {
   const auto plist = readJob(file);
   if (!plist) return plist.error();
-  if (const auto safe = checkRights(*plist, ::geteuid()); !safe) return safe.error();
+  if (const auto safe = checkRunnable(*plist, ::geteuid()); !safe) return safe.error();
   const std::string& label = plist->name;
   if (label.empty()) return Error{.code = Error::Code::MissingKey, .message = "the label is empty", .file = file};
   if (const auto found = m_jobs.find(label); found != m_jobs.end()) return alreadyLoaded(*found->second, file);
@@ -381,11 +386,12 @@ std::vector<fs::path> Host::noted(const Entry* without) const {
   return files;
 }
 
-/// The list comes last: it tells that all is noted.
+/// The list comes last: it tells that all is noted. It may be that of another host, which has been there meanwhile.
 bool Host::noteAgain() {
   bool isNoted = true;
   for (const auto& [label, entry] : m_jobs) isNoted = noteRun(*entry) && isNoted;
-  return note() && isNoted;
+  const auto found = m_loadedJobs.read();
+  return takeOver(found ? *found : std::vector<fs::path>()) && isNoted;
 }
 
 void Host::forget(Entry& entry) {

@@ -1,7 +1,6 @@
 #include "helpers/host/JobRules.h"
 
 #include <algorithm>
-#include <array>
 #include <set>
 
 #include "helpers/jobhost/HostLimits.h"
@@ -58,7 +57,8 @@ void readCalendar(const launchd::Plist& plist, JobRules& rules) {
   const auto& [intervals, isSingle] = *plist.startCalendarInterval;
   const auto unusable = unusableIntervals(plist);
   for (std::size_t i = 0; i < intervals.size(); ++i) {
-    const std::string place = isSingle ? "" : "[" + std::to_string(i) + "]";
+    const std::size_t element = intervals[i].origin.value_or(i);  // others of the file may be no intervals
+    const std::string place = isSingle ? "" : "[" + std::to_string(element) + "]";
     if (!unusable.contains(place)) rules.calendar.push_back(CalendarRule::asRun(intervals[i]));
   }
 }
@@ -71,6 +71,21 @@ void readTimes(const launchd::Plist& plist, JobRules& rules) {
   }
   if (plist.exitTimeOut && *plist.exitTimeOut == 0) rules.exitTimeOut = longestStop;  // launchd would wait for ever
   if (plist.exitTimeOut && *plist.exitTimeOut > 0) rules.exitTimeOut = duration(*plist.exitTimeOut);
+}
+
+bool isUnusable(const launchd::Plist& plist, launchd::Plist::CodingKeys key) {
+  const std::string name(launchd::Plist::text(key));
+  const auto unknown = plist.unknownKeys.value_or(std::vector<std::string>());
+  const auto opaque = plist.opaqueValues();
+  return std::find(unknown.begin(), unknown.end(), name) != unknown.end() ||
+         std::any_of(opaque.begin(), opaque.end(), [&](const auto& value) { return value.path.front() == name; });
+}
+
+Error unusable(launchd::Plist::CodingKeys key, const std::string& consequence) {
+  const std::string name(launchd::Plist::text(key));
+  return {.code = Error::Code::WrongType,
+          .message = "the value of " + name + " can't be used, and " + consequence,
+          .keyPath = name};
 }
 
 }  // namespace
@@ -121,19 +136,22 @@ std::vector<std::string> unusableValues(const launchd::Plist& plist) {
   return result;
 }
 
-Result<void> checkRights(const launchd::Plist& plist, uid_t user) {
+Result<void> checkRunnable(const launchd::Plist& plist, uid_t user) {
   using Keys = launchd::Plist::CodingKeys;
-  constexpr std::array limiting = {Keys::userName, Keys::groupName, Keys::rootDirectory};
-  if (user != 0 || !plist.unknownKeys) return {};
-  for (const Keys key : limiting) {
-    const std::string name(launchd::Plist::text(key));
-    if (std::find(plist.unknownKeys->begin(), plist.unknownKeys->end(), name) == plist.unknownKeys->end()) continue;
-    return Error{
-        .code = Error::Code::WrongType,
-        .message = "without its value of " + name + ", which can't be used, the job would have all of root's rights",
-        .keyPath = name};
+  std::vector<Keys> essential = {Keys::program, Keys::programArguments, Keys::workingDirectory};
+  if (user == 0) {
+    essential.insert(essential.end(), {Keys::userName, Keys::groupName, Keys::rootDirectory, Keys::umask});
+  }
+  for (const Keys key : essential) {
+    if (isUnusable(plist, key)) return unusable(key, "without it the job would do something else than its file says");
   }
   return {};
+}
+
+Result<bool> isEnabled(const launchd::Plist& plist) {
+  constexpr auto key = launchd::Plist::CodingKeys::disabled;
+  if (isUnusable(plist, key)) return unusable(key, "may say that the job is disabled");
+  return plist.disabled != true;
 }
 
 }  // namespace mirvel::host

@@ -50,8 +50,11 @@ struct JobRules {
 std::vector<std::string> unservedKeys(const launchd::Plist& plist);
 /// What in the file has a value that doesn't fit it, by key path; it is ignored, as launchd does.
 std::vector<std::string> unusableValues(const launchd::Plist& plist);
-/// Fails with `WrongType` for a job of root's that would have more rights than its file wants, because the value of a
-/// key that takes some away can't be used.
-Result<void> checkRights(const launchd::Plist& plist, uid_t user);
+/// Fails with `WrongType` for a job that would run another command than its file says, or with other rights, because
+/// the value of a key can't be used.
+Result<void> checkRunnable(const launchd::Plist& plist, uid_t user);
+/// Whether the job is loaded at a login and at a start of the host. Fails with `WrongType` if its file can't tell; then
+/// it is loaded only when somebody asks for just that.
+Result<bool> isEnabled(const launchd::Plist& plist);
 
 }  // namespace mirvel::host

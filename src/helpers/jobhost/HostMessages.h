@@ -38,9 +38,9 @@ inline constexpr std::string_view load = "load";
 /// Loads what lies in job folders, isn't disabled, and isn't loaded, as launchd does when its user logs in. What can't
 /// be loaded is told in the log.
 inline constexpr std::string_view start = "start";
-/// A session of the user's begins: its jobs are loaded, as by `start`. A host whose own session is over, or can't be
-/// told from one that is, ends and hangs up. The host of another session that is still open says so, and hangs up when
-/// it ends, too. A second answer before that says that nobody shall take its place.
+/// A session of the user's begins: its jobs are loaded, as by `start`. A host whose own session is over, can't be told
+/// from one that is, or has no display, ends and hangs up. The host of another session that is still open says so, and
+/// hangs up when it ends, too. A second answer before that says that nobody shall take its place.
 inline constexpr std::string_view beginSession = "beginSession";
 /// Loads what another host had loaded and noted.
 inline constexpr std::string_view takeOver = "takeOver";

@@ -36,6 +36,8 @@ class JobHost {
   /// and a job of the label that was loaded from another file, which is still there, stays. An empty label is
   /// `BadArgument`. A file that has gone is `NotFound` without a label, if the host knows its jobs by label alone.
   virtual Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) = 0;
+  /// Whether it can tell what was loaded from a file that tells no label; otherwise it knows its jobs by label alone.
+  virtual bool knowsFiles() const { return true; }
   /// Unloads what was loaded from the file, which may have gone, and nothing else. A host that knows its jobs by label
   /// alone looks at the one of the label.
   virtual Result<void> unloadFrom(const std::filesystem::path& file, const std::optional<std::string>&) {

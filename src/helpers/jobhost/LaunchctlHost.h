@@ -28,6 +28,7 @@ class LaunchctlHost final : public JobHost {
 
   Result<void> load(const std::filesystem::path& file) override;
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override;
+  bool knowsFiles() const override { return false; }
   Result<void> unloadFrom(const std::filesystem::path& file, const std::optional<std::string>& label) override;
   Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
   Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override;

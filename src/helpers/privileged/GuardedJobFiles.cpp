@@ -124,14 +124,23 @@ Result<void> GuardedJobFiles::admitRemoval(const fs::path& file) {
   return isItem ? Result<void>() : admitIn(*folder, file);
 }
 
-Result<void> GuardedJobFiles::admitLoad(const fs::path& file) {
+bool GuardedJobFiles::isForDaemons(const fs::path& file) const {
   const JobFolders daemons = m_folders.ofOwnJobs();
-  if (isPlain(file) && (daemons.holds(file) || isTargetOfLink(file, daemons))) return {};
+  return isPlain(file) && (daemons.holds(file) || isTargetOfLink(file, daemons));
+}
+
+Result<void> GuardedJobFiles::admitLoad(const fs::path& file) {
+  if (isForDaemons(file)) return {};
   return logged(Result<void>(refusal(file, "only daemons are loaded as root, and it lies outside of their folders")));
 }
 
 bool GuardedJobFiles::isForJobs(const fs::path& file) const {
-  return JobFiles::isForJobs(file) && !m_removable.isItem(file) && !m_removable.isTool(file);
+  return JobFiles::isForJobs(file) && isForDaemons(file);
+}
+
+/// Whether a new file of root's would be one that the user can't read.
+bool GuardedJobFiles::mayHide(mode_t mostOpen) const {
+  return (mostOpen & S_IROTH) == 0 && m_user && m_user->id != ::geteuid() && !m_user->group;
 }
 
 /// Root's, or theirs whose rights this process has. One that others may not read is left to the user for whom it is
@@ -158,6 +167,12 @@ Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view conte
 /// From one of root's folders to another. What the user has is never renamed into them: it isn't root's.
 Result<void> GuardedJobFiles::move(const fs::path& from, const fs::path& to, std::string_view content,
                                    mode_t mostOpen) {
+  if (isUsers(from) && mayHide(mostOpen)) {
+    return logged(Result<void>(
+        refusal(from,
+                "only its user may read it, and as root's it would be hidden from that user, who has no group of "
+                "their own: let others read it first, as with chmod o+r")));
+  }
   if (isUsers(from)) return writeThenRemove(from, to, content, mostOpen);
   const auto fromFolder = folderOf(from, Missing::Refuse), toFolder = folderOf(to, Missing::Make);
   const bool isGone = !fromFolder && fromFolder.error().code == Error::Code::NotFound;

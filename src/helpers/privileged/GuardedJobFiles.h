@@ -44,6 +44,8 @@ class GuardedJobFiles final : public JobFiles {
   enum class Missing { Refuse, Make };
 
   bool isUsers(const std::filesystem::path& file) const;
+  bool isForDaemons(const std::filesystem::path& file) const;
+  bool mayHide(mode_t mostOpen) const;
   OwnerAndMode newFile(mode_t mostOpen) const;
   Result<void> admitIn(const FileDescriptor& folder, const std::filesystem::path& file) const;
   Result<void> removeItem(const std::filesystem::path& item) const;

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "core/support/FileDescriptor.h"
+#include "support/AccessList.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -78,16 +79,6 @@ TEST(FileTrustTest, OnlyAPrivateGroupMayWriteToAUsersOwn) {
 }
 
 #ifdef __linux__
-/// As the kernel has it: a version, and for each entry (owner, a user, group, mask, others) a tag, rights and a number.
-std::string accessListForStranger() {
-  const struct {
-    std::uint16_t tag, rights;
-    std::uint32_t number;
-  } entries[] = {{1, 7, ~0U}, {2, 7, stranger}, {4, 5, ~0U}, {16, 7, ~0U}, {32, 5, ~0U}};
-  std::string result{2, 0, 0, 0};
-  return result.append(reinterpret_cast<const char*>(entries), sizeof entries);
-}
-
 TEST(FileTrustTest, AnAccessListMakesAGroupNoLongerPrivate) {
   const testdata::TemporaryFolder folder;
   const auto file = folder.write("jobs/a", "content");
@@ -98,12 +89,10 @@ TEST(FileTrustTest, AnAccessListMakesAGroupNoLongerPrivate) {
   }
   const auto everyGroup = [](gid_t, uid_t) { return true; };
   EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), "");
-  const std::string list = accessListForStranger();
   for (const char* path : {"jobs/a", "jobs"}) {
     const fs::path listed = folder.path() / path;
-    if (::setxattr(listed.c_str(), "system.posix_acl_access", list.data(), list.size(), 0) != 0) {
-      GTEST_SKIP() << "there are no access lists here";
-    }
+    const testdata::AccessList list{.owner = 7, .user = 7, .group = 5, .mask = 7, .others = 5};
+    if (!list.setOn(listed, stranger)) GTEST_SKIP() << "there are no access lists here";
     EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), path);
     ASSERT_EQ(::chmod(listed.c_str(), 0755), 0);
     EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), "") << "nobody that it names may write any more";

@@ -1,5 +1,6 @@
 #include "core/support/ReplaceFile.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -9,6 +10,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "core/support/FileDescriptor.h"
+#include "support/AccessList.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -146,6 +149,21 @@ TEST(ReplaceFileTest, NobodyReadsTheNewContentOfAPrivateFileWhileItIsWritten) {
   EXPECT_TRUE(replaceFile(file, "secret", calls));
   EXPECT_EQ(calls.seen, 0600U);
 }
+
+#ifdef __linux__
+TEST(ReplaceFileTest, AnAccessListThatIsNotKeptMakesNoFileMoreOpen) {
+  const TemporaryFolder folder;
+  const fs::path file = folder.write("listed", "old");
+  const testdata::AccessList list{.owner = 6, .user = 4, .group = 0, .mask = 4, .others = 0};
+  if (!list.setOn(file, 1234)) GTEST_SKIP() << "there are no access lists here";
+  ASSERT_EQ(modeOf(file), 0640U) << "the mask, where the group has nothing";
+  const FileDescriptor open(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  FileCalls calls;
+  const OwnerAndMode owner{.user = ::geteuid(), .group = ::getegid(), .mode = 0644};
+  ASSERT_TRUE(replaceFileIn(open.number(), file, "new", owner, calls));
+  EXPECT_EQ(modeOf(file), 0600U);
+}
+#endif
 
 TEST(ReplaceFileTest, OwnerAndExtendedAttributesAreKept) {
   const TemporaryFolder folder;

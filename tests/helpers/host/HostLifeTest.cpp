@@ -9,8 +9,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <sstream>
 #include <thread>
 
@@ -30,6 +32,8 @@ using testing::ElementsAre;
 
 class HostLife : public HostFixture {
  protected:
+  enum class Detached { Yes, No };
+
   /// Waits until there is something at the path.
   static bool appears(const fs::path& path) {
     const auto watch = makePathWatch();
@@ -43,11 +47,29 @@ class HostLife : public HostFixture {
     return true;
   }
 
-  /// Runs the host's program with a display, and waits until it goes on by itself.
-  bool startOn(const std::string& display, std::vector<std::string> arguments, const std::string& number = {}) {
+  /// Waits until the process has ended.
+  static bool ends(const std::string& process) {
+    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(longestWait);
+    while (isAlive(process) && std::chrono::steady_clock::now() < until) std::this_thread::yield();
+    return !isAlive(process);
+  }
+
+  /// Stops a host while its folder is removed, and another host loads a job and ends.
+  void replaceBriefly(const std::string& host, const fs::path& jobOfOther, const std::function<void()>& meanwhile) {
+    ASSERT_EQ(::kill(std::stoi(host), SIGSTOP), 0);
+    fs::remove_all(places.folder);
+    load(jobOfOther);
+    meanwhile();
+    ASSERT_TRUE(embedded.quit());
+  }
+
+  /// Runs the host's program with a display, and waits until it goes on by itself, or until it ends.
+  bool startOn(const std::string& display, std::vector<std::string> arguments, const std::string& number = {},
+               Detached detached = Detached::Yes) {
     SystemProcessRunner session(
         {{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}, {"DISPLAY", display}, {"XDG_SESSION_ID", number}});
-    arguments.insert(arguments.end(), {"--detach", "--root", folder.path().string()});
+    arguments.insert(arguments.end(), {"--root", folder.path().string()});
+    if (detached == Detached::Yes) arguments.emplace_back("--detach");
     const auto result = session.run(MIRVEL_HOST, arguments);
     return result && result->exitStatus == 0;
   }
@@ -112,7 +134,7 @@ TEST_F(HostLife, IsReachedAgainAfterItsFolderWasRemovedAndKeepsItsJobs) {
   }
   ASSERT_TRUE(appears(LoadedJobs::fileIn(places.folder)));
   ::kill(std::stoi(before[1]), SIGKILL);
-  while (isAlive(before[1])) std::this_thread::yield();
+  ASSERT_TRUE(ends(before[1]));
   startNext();
   EXPECT_NE(pipe.words().front(), before[0]);
   EXPECT_FALSE(isAlive(before[2])) << "the run is noted anew, too, and what a killed host has left of it is ended";
@@ -143,6 +165,49 @@ TEST_F(HostLife, HandsItsJobsToTheHostThatHasTakenItsPlace) {
   EXPECT_THAT(noted(), testing::UnorderedElementsAre(first, second, missing));
 }
 
+TEST_F(HostLife, LosesNoJobsToAHostThatIsThereOnlyMeanwhile) {
+  Signpost pipe(folder.path() / "pipe"), stubborn(folder.path() / "stubborn");
+  const auto first = lastingJob("first", pipe), slow = stubbornJob("slow", stubborn), second = job("second", "true");
+  load(first);
+  load(slow);
+  const Processes before(pipe);
+  const auto goOn = [&] { EXPECT_EQ(::kill(std::stoi(before.host), SIGCONT), 0); };
+  replaceBriefly(before.host, second, [] {});
+  goOn();
+  ASSERT_TRUE(appears(places.socket));
+  EXPECT_THAT(labels(), ElementsAre("first", "second", "slow")) << "it is the host again";
+  EXPECT_TRUE(isAlive(before.job));
+  ASSERT_TRUE(embedded.unload(second, "second"));
+  replaceBriefly(before.host, second, [&] {
+    goOn();
+    EXPECT_TRUE(pipe.isDeserted()) << "it ends, since another has taken its place";
+  });
+  ASSERT_TRUE(ends(before.host));
+  EXPECT_THAT(noted(), testing::UnorderedElementsAre(first, second, slow));
+}
+
+TEST_F(HostLife, NotesItsJobsAnewAsSoonAsThatCanBe) {
+  Signpost pipe(folder.path() / "pipe");
+  const auto lifeline = Lifeline::hold(folder.path());
+  ASSERT_TRUE(lifeline);
+  const auto file = lastingJob("stays", pipe);
+  load(file);
+  const Processes before(pipe);
+  const auto list = LoadedJobs::fileIn(places.folder);
+  ASSERT_EQ(::kill(std::stoi(before.host), SIGSTOP), 0);
+  fs::remove_all(places.folder);
+  fs::create_directories(list);  // as good as a full disk: nothing can be written there
+  ASSERT_EQ(::chmod(places.folder.c_str(), 0700), 0);
+  ASSERT_EQ(::kill(std::stoi(before.host), SIGCONT), 0);
+  ASSERT_TRUE(appears(places.socket));
+  EXPECT_THAT(labels(), ElementsAre("stays")) << "it has looked, and couldn't note them";
+  ASSERT_EQ(::write(lifeline->number(), "x", 1), 1);  // which is no end
+  EXPECT_THAT(labels(), ElementsAre("stays"));
+  fs::remove(list);
+  ASSERT_TRUE(appears(list));
+  EXPECT_THAT(noted(), ElementsAre(file));
+}
+
 TEST_F(HostLife, EndsWithTheMachineBelowAFolder) {
   const testdata::TemporaryFolder elsewhere;
   Signpost pipe(elsewhere.path() / "pipe");
@@ -166,7 +231,7 @@ TEST_F(HostLife, EndsWithWhoeverMadeTheMachineEvenIfTheMachineStays) {
   EXPECT_TRUE(isAlive(before.job));
   lifeline->reset();
   EXPECT_TRUE(pipe.isDeserted()) << "the job is stopped";
-  while (isAlive(before.host)) std::this_thread::yield();
+  ASSERT_TRUE(ends(before.host));
   EXPECT_FALSE(embedded.load(file)) << "there is no host for a machine that was left";
 }
 
@@ -260,9 +325,27 @@ TEST_F(HostLife, NobodyFollowsAHostThatWasAskedToEnd) {
   EXPECT_EQ(readUninterrupted(successor->number(), &byte, 1), 1) << "it isn't only hung up";
 }
 
+TEST_F(HostLife, ASuccessorEndsWithTheHostThatWasAskedTo) {
+  folder.write("run/systemd/sessions/c1", "STATE=active\n");
+  folder.write("run/systemd/sessions/c2", "STATE=active\n");
+  EXPECT_TRUE(startOn(":1", {"--login"}, "c1"));
+  Signpost pipe(folder.path() / "pipe");
+  const auto agents = agentFolders(Roots::below(folder.path())).front();
+  fs::create_directories(agents);
+  fs::copy_file(lastingJob("told", pipe), agents / "told.plist");
+  auto successor = std::async(std::launch::async, [&] { return startOn(":2", {"--login"}, "c2", Detached::No); });
+  pipe.line();  // what the second login brings is loaded by the host of the first
+  ASSERT_TRUE(embedded.quit());
+  EXPECT_EQ(successor.wait_for(std::chrono::milliseconds(longestWait)), std::future_status::ready);
+  EXPECT_TRUE(embedded.quit());  // or this test would never end
+  EXPECT_TRUE(successor.get());
+  EXPECT_FALSE(fs::exists(places.socket));
+}
+
 TEST_F(HostLife, ALoginAndAStartLoadTheEnabledJobsOfTheFolders) {
   agent("enabled");
   agent("disabled", {{"Disabled", true}});
+  const auto unclear = agent("unclear", {{"Disabled", "yes"}});
   folder.write("home/.config/mirvel/LaunchAgents/no job.txt", testdata::jobText("text"));
   EXPECT_TRUE(startOn(":1", {"--login"}));
   EXPECT_THAT(labels(), ElementsAre("enabled"));
@@ -274,6 +357,12 @@ TEST_F(HostLife, ALoginAndAStartLoadTheEnabledJobsOfTheFolders) {
   const auto lines = embedded.log(seconds(60), "broken.plist");
   ASSERT_TRUE(lines);
   EXPECT_EQ(lines->size(), 1U);
+  const auto reasons = embedded.log(seconds(60), "the value of Disabled can't be used");
+  ASSERT_TRUE(reasons);
+  EXPECT_EQ(reasons->size(), 2U) << "at the login and at the start";
+  load(unclear);
+  restart();
+  EXPECT_THAT(labels(), ElementsAre("enabled", "later")) << "somebody asked for it then";
   EXPECT_TRUE(fs::exists(Roots::below(folder.path()).ownAutostart / HostAutostart::fileName));
 }
 

@@ -291,34 +291,46 @@ launchd::Plist jobWith(const std::string& keys) {
 TEST(JobRules, AnIntervalWithATimeThatCannotBeUsedIsNotTakenForOneThatComesMoreOften) {
   const std::string noon = "<dict><key>Hour</key><integer>12</integer><key>Minute</key><integer>0</integer></dict>";
   const std::string wrong = "<dict><key>Hour</key><string>noon</string><key>Minute</key><integer>0</integer></dict>";
+  const CalendarRule atNoon = CalendarRule::asRun({.minute = 0, .hour = 12});
   const struct {
     std::string interval;
-    std::size_t rules;
-  } rows[] = {{noon, 1},
-              {wrong, 0},
-              {"<array>" + wrong + noon + "</array>", 1},
-              {"<array>" + noon + wrong + wrong + "</array>", 1},
-              {"<dict><key>Comment</key><true/></dict>", 1},
-              {"<string>noon</string>", 0}};
+    std::vector<CalendarRule> rules;
+  } rows[] = {{noon, {atNoon}},
+              {wrong, {}},
+              {"<array>" + wrong + noon + "</array>", {atNoon}},
+              {"<array>" + noon + wrong + wrong + "</array>", {atNoon}},
+              {"<array><string>no interval</string>" + wrong + noon + "</array>", {atNoon}},
+              {"<dict><key>Comment</key><true/></dict>", {CalendarRule::asRun({})}},
+              {"<string>noon</string>", {}}};
   for (const auto& row : rows) {
     const auto rules = JobRules::of(jobWith("<key>StartCalendarInterval</key>" + row.interval));
-    EXPECT_EQ(rules.calendar.size(), row.rules) << row.interval;
+    EXPECT_TRUE(rules.calendar == row.rules) << row.interval;
   }
 }
 
-TEST(JobRules, NoJobOfRootsHasMoreRightsThanItsFileWants) {
+TEST(JobRules, NoJobRunsAnotherCommandOrHasMoreRightsThanItsFileWants) {
+  constexpr uid_t root = 0, user = 501;
   const struct {
     const char* keys;
-    uid_t user;
-    bool isRefused;
-  } rows[] = {{"<key>UserName</key><integer>501</integer>", 0, true},
-              {"<key>GroupName</key><true/>", 0, true},
-              {"<key>RootDirectory</key><array/>", 0, true},
-              {"<key>UserName</key><integer>501</integer>", 501, false},  // it has the user's rights anyway
-              {"<key>UserName</key><string>nobody</string>", 0, false},
-              {"<key>Nice</key><string>much</string>", 0, false}};
+    std::vector<uid_t> refused;  ///< for whom
+  } rows[] = {{"<key>Program</key><integer>5</integer>", {root, user}},
+              {"<key>ProgramArguments</key><array><string>a</string><integer>5</integer></array>", {root, user}},
+              {"<key>ProgramArguments</key><string>a</string>", {root, user}},
+              {"<key>WorkingDirectory</key><integer>5</integer>", {root, user}},
+              {"<key>UserName</key><integer>501</integer>", {root}},  // another has the user's rights anyway
+              {"<key>GroupName</key><true/>", {root}},
+              {"<key>RootDirectory</key><array/>", {root}},
+              {"<key>Umask</key><string>u=rwx</string>", {root}},
+              {"<key>Umask</key><string>077</string>", {}},
+              {"<key>UserName</key><string>nobody</string>", {}},
+              {"<key>Nice</key><string>much</string>", {}},
+              {"<key>Disabled</key><string>no</string>", {}}};
   for (const auto& row : rows) {
-    EXPECT_EQ(!checkRights(jobWith(row.keys), row.user), row.isRefused) << row.keys << " of " << row.user;
+    std::vector<uid_t> refused;
+    for (const uid_t who : {root, user}) {
+      if (!checkRunnable(jobWith(row.keys), who)) refused.push_back(who);
+    }
+    EXPECT_EQ(refused, row.refused) << row.keys;
   }
 }
 

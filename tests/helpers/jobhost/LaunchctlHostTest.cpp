@@ -6,6 +6,8 @@
 #include <deque>
 
 #include "helpers/FakeJobHost.h"
+#include "helpers/action/RequestHandler.h"
+#include "helpers/action/UserJobFiles.h"
 
 namespace mirvel {
 namespace {
@@ -100,6 +102,26 @@ TEST_F(LaunchctlHostTest, OfAFileThatHasGoneOnlyWhatWasLoadedFromItIsUnloaded) {
   EXPECT_TRUE(host.unloadFrom("/gone/a.plist", "a"));
   EXPECT_EQ(tool.calls.at(4), "/bin/launchctl|bootout|gui/501/a");
   EXPECT_FALSE(host.unloadFrom("/gone/a.plist", {})) << "nobody can tell";
+}
+
+TEST_F(LaunchctlHostTest, AFileThatTellsNoLabelCanBeDeleted) {
+  const testdata::TemporaryFolder folder;
+  UserJobFiles files{JobFolders({folder.path()})};
+  RequestHandler handler({.files = files, .host = host, .uninstall = {}});
+  const struct {
+    std::optional<std::string> content;
+    std::optional<int> kind;  ///< of a request that fails
+  } rows[] = {{"damaged", {}}, {testdata::jobText(""), {}}, {"damaged", 4}, {{}, 2}, {{}, 4}};
+  for (const auto& row : rows) {
+    const auto file = folder.path() / "a.plist";
+    std::filesystem::remove(file);
+    if (row.content) folder.write("a.plist", *row.content);
+    const char* const key = row.kind == 4 ? "path" : "deletePath";
+    const auto reply = handler.handle({{"kind", row.kind.value_or(2)}, {key, file.string()}});
+    EXPECT_EQ(reply.find("error") != nullptr, row.kind.has_value()) << &row - rows;
+    EXPECT_EQ(std::filesystem::exists(file), row.content && row.kind) << &row - rows;
+  }
+  EXPECT_THAT(tool.calls, testing::IsEmpty());
 }
 
 TEST_F(LaunchctlHostTest, WithoutALabelTheFileTellsIt) {

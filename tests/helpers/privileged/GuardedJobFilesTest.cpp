@@ -197,6 +197,33 @@ TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
   EXPECT_FALSE(fs::exists(folder / "a.plist"));
 }
 
+TEST_F(GuardTest, APrivateJobMovesOnlyWhereItsUserStillSeesIt) {
+  constexpr uid_t nobody = 65534;
+  const fs::path agents = root.path() / "agents", mine = agents / "mine.plist", moved = folder / "moved.plist";
+  ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
+  fs::create_directory(agents);
+  ASSERT_EQ(::chown(agents.c_str(), nobody, nobody), 0);
+  const struct {
+    uid_t user;
+    std::optional<gid_t> group;
+    std::optional<int> mode;
+    bool isMoved;
+  } rows[] = {{nobody, {}, 0600, false},    {nobody, {}, 0640, false}, {nobody, {}, 0604, true},
+              {nobody, nobody, 0600, true}, {nobody, {}, {}, true},    {0, {}, 0600, true}};
+  for (const auto& row : rows) {
+    fs::remove(moved);
+    root.write("agents/mine.plist", jobText("moved"));
+    GuardedJobFiles guarded(JobFolders({folder}), console,
+                            GuardedJobFiles::User{row.user, JobFolders({agents}), row.group});
+    Dictionary request{
+        {"kind", 0}, {"path", moved.string()}, {"deletePath", mine.string()}, {"string", jobText("moved")}};
+    if (row.mode) request.set("mode", *row.mode);
+    EXPECT_EQ(handlerFor(guarded).handle(request) == Dictionary(), row.isMoved) << &row - rows;
+    EXPECT_EQ(fs::exists(moved), row.isMoved) << &row - rows;
+    EXPECT_NE(fs::exists(mine), row.isMoved) << &row - rows;
+  }
+}
+
 TEST_F(GuardTest, NameAndKindMayChangeInOneRequest) {
   const fs::path other = root.path() / "LaunchAgents";
   fs::create_directory(other);
@@ -358,6 +385,10 @@ TEST_F(GuardTest, OnlyDaemonsAreLoadedAsRoot) {
     EXPECT_EQ(host.calls.empty(), !row.isLoaded) << row.file;
     EXPECT_EQ(loader.handle({{"kind", 0}, {"path", row.file.string()}, {"string", jobText("new")}}), Dictionary())
         << row.file;
+    fs::remove(row.file);
+    host.calls.clear();
+    loader.handle({{"kind", 0}, {"path", row.file.string()}, {"string", jobText("new")}});
+    EXPECT_TRUE(row.isLoaded || host.calls.empty()) << "root's host has nothing to do with a new agent: " << row.file;
   }
 }
 

@@ -16,6 +16,7 @@
 #include <sys/syscall.h>
 #endif
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <filesystem>
@@ -150,15 +151,24 @@ TEST(CleanStateTest, AUserGetsWhatTheHardLimitsAllow) {
 TEST(CleanStateTest, AUserKeepsWhatTheMachineGrants) {
   const auto spoil = [](bool isReset) {
     return [isReset] {
+      const auto set = [](auto limit, const rlimit& value) {
+        if (::setrlimit(limit, &value) != 0) (void)!::write(STDOUT_FILENO, "refused\n", 8);
+      };
       const rlimit granted{.rlim_cur = 50, .rlim_max = 60}, much{.rlim_cur = 1U << 24U, .rlim_max = 1U << 25U};
-      for (const auto limit : {RLIMIT_RTPRIO, RLIMIT_NICE}) ::setrlimit(limit, &granted);
-      for (const auto limit : {RLIMIT_MEMLOCK, RLIMIT_MSGQUEUE}) ::setrlimit(limit, &much);
+      for (const auto limit : {RLIMIT_RTPRIO, RLIMIT_NICE}) set(limit, granted);
+      for (const auto limit : {RLIMIT_MEMLOCK, RLIMIT_MSGQUEUE}) set(limit, much);
+      rlimit files{};
+      ::getrlimit(RLIMIT_NOFILE, &files);
+      files.rlim_cur = std::min<rlim_t>(2000, files.rlim_max);
+      set(RLIMIT_NOFILE, files);
       if (::geteuid() == 0) (void)!::setuid(65534);
       if (isReset) resetProcessState(ControlGroup::Leave);
     };
   };
   const std::string granted = "for limit in n r e l q; do ulimit -S$limit; done; ulimit -Ha";
-  EXPECT_EQ(printedAfter(spoil(true), granted), printedAfter(spoil(false), granted));
+  const std::string kept = printedAfter(spoil(false), granted);
+  EXPECT_EQ(printedAfter(spoil(true), granted), kept);
+  if (kept.starts_with("refused")) GTEST_SKIP() << "not all of it could be tried without the right to raise limits";
 }
 
 TEST(CleanStateTest, RootLeavesTheControlGroupOfItsUser) {
