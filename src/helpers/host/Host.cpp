@@ -96,7 +96,7 @@ void Host::restore() {
 
 void Host::restore(const fs::path& file) {
   const auto enabled = isEnabledIn(file);
-  if (!enabled) return tellOfUnloadable(file, enabled.error());
+  if (!enabled) return restoreLater(file, enabled.error());
   if (!*enabled) return;  // it was switched off while no host was there
   const auto added = add(file, Noted::Yes);
   if (!added) restoreLater(file, added.error());
