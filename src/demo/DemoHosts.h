@@ -8,7 +8,7 @@
 #include "core/support/FileDescriptor.h"
 #include "core/support/Result.h"
 #include "core/support/SystemProcessRunner.h"
-#include "helpers/host/Signals.h"
+#include "helpers/process/Signals.h"
 
 namespace mirvel::demo {
 
@@ -28,7 +28,7 @@ class DemoHosts final : public QObject {
 
   std::filesystem::path m_machine;
   SystemProcessRunner m_runner;
-  host::Signals m_signals;
+  Signals m_signals;
   std::vector<FileDescriptor> m_lifelines;
 };
 

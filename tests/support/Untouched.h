@@ -1,5 +1,8 @@
 #pragma once
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +20,12 @@ class Untouched {
 
   /// A line for each difference that wasn't asked for; none where there is no Python.
   std::optional<std::vector<std::string>> complaints() const;
+  /// The last check of a test, which is skipped where there is no Python.
+  void expectNoComplaints() const {
+    const auto found = complaints();
+    if (!found) GTEST_SKIP() << "no python3 here";
+    EXPECT_THAT(*found, testing::IsEmpty());
+  }
 
  private:
   std::string m_cases;

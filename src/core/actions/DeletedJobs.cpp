@@ -18,12 +18,6 @@ constexpr const char* dateKey = "Date";
 constexpr const char* contentsKey = "Contents";
 constexpr const char* modeKey = "Mode";
 
-template <typename T>
-const T* entry(const plist::Dictionary& dictionary, const char* key) {
-  const plist::Value* const value = dictionary.find(key);
-  return value ? value->as<T>() : nullptr;
-}
-
 std::optional<DeletedJob> decode(const std::string& id, const plist::Value& value) {
   const auto* const fields = value.as<plist::Dictionary>();
   if (!fields) return std::nullopt;

@@ -17,15 +17,11 @@ constexpr const char* labelKey = "Label";
 constexpr const char* checksumKey = "Checksum";
 
 std::optional<MoveJournal::Move> moveOf(const std::string& users, const plist::Value& value) {
-  const auto* entry = value.as<plist::Dictionary>();
-  if (!entry) return std::nullopt;
-  const auto text = [entry](const char* key) {
-    const plist::Value* const found = entry->find(key);
-    return found ? found->as<std::string>() : nullptr;
-  };
-  const std::string* const roots = text(rootsKey);
-  const std::string* const label = text(labelKey);
-  const std::string* const checksum = text(checksumKey);
+  const auto* const fields = value.as<plist::Dictionary>();
+  if (!fields) return std::nullopt;
+  const auto* const roots = entry<std::string>(*fields, rootsKey);
+  const auto* const label = entry<std::string>(*fields, labelKey);
+  const auto* const checksum = entry<std::string>(*fields, checksumKey);
   if (!roots || !label || !checksum) return std::nullopt;
   return MoveJournal::Move{URL::file(users), URL::file(*roots), *label, *checksum};
 }

@@ -189,20 +189,12 @@ void SaveRun::keepWritten() {
   m_job->isNewFile = false;
   m_job->originalKind = m_job->kind;
   m_job->updateCustomIconDigest();
-  becomeWhatWasWritten();
+  (void)m_program.editing.take(m_job, m_plan.text);  // until a scan has read it
   if (!m_plan.isMove) return;
   // The bytes of a job that only moved are the same, but it must be read again: its kind isn't what it was.
   m_job->checksum.clear();
   m_program.jobMoves.jobMoved(m_plan.from, m_plan.to);
   m_program.revisions.saveRevision(*m_job);
-}
-
-/// Until a scan has read the file, the job may be edited again, and what is edited then be dropped or saved.
-void SaveRun::becomeWhatWasWritten() {
-  const auto read = Launchd::read(m_plan.text, m_plan.to, m_job->kind, m_program.foundation.scanSettings(),
-                                  m_program.platform.console);
-  if (read) m_job->plist() = std::move(read->plist());
-  m_program.editing.fileHolds(m_job, m_plan.text);
 }
 
 /// The edit is that of the job itself, or of one without changes that a scan has put in its place.

@@ -48,7 +48,6 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
 
   void finish(bool isWritten);
   void keepWritten();
-  void becomeWhatWasWritten();
   void putBack();
   void endEdit();
   bool isWritten() const;

@@ -11,7 +11,6 @@
 #include "core/plist/NormalizeForSave.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
-#include "core/propertylist/Writer.h"
 #include "core/support/Uuid.h"
 
 namespace mirvel {
@@ -27,20 +26,7 @@ constexpr const char* contentsKey = "Contents";
 /// In seconds. Long enough for a word to be typed, short enough for what a crash may take.
 constexpr double pause = 1;
 
-template <typename T>
-const T* entry(const plist::Dictionary& dictionary, const char* key) {
-  const plist::Value* const value = dictionary.find(key);
-  return value ? value->as<T>() : nullptr;
-}
-
 }  // namespace
-
-std::string asEdited(const Launchd& job) {
-  launchd::Plist record = job.plist().clone();
-  launchd::takeArgumentsFromRun(record);
-  const auto text = plist::writeXml(record.encodeAll());
-  return text ? *text : std::string();
-}
 
 std::optional<Drafts::Draft> Drafts::decode(const std::string& id, const plist::Value& value) {
   const auto* const fields = value.as<plist::Dictionary>();
@@ -96,7 +82,7 @@ bool Drafts::settle() {
               .url = job->url,
               .kind = job->kind,
               .fileChecksum = m_program.editing.fileChecksum(),
-              .text = asEdited(*job)};
+              .text = launchd::textAsEdited(job->plist())};
   // A path that is no text has no place in a property list.
   if (draft.text.empty() || !plist::isUtf8(draft.url.text())) return false;
   const plist::Value value = encode(draft);

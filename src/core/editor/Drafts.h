@@ -15,9 +15,6 @@ namespace mirvel {
 class Launchd;
 class Program;
 
-/// The text of a job file as a save would write it now.
-std::string asEdited(const Launchd& job);
-
 /// Keeps the edit of a job while it isn't saved, so that it outlives an end of the program at which nobody can be
 /// asked: a signal, a crash, the end of the desktop. The next start offers to go on with it. For the main thread.
 class Drafts {

@@ -7,7 +7,7 @@
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
-#include "core/editor/Drafts.h"
+#include "core/plist/NormalizeForSave.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "core/support/Const.h"
@@ -87,7 +87,7 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
         if (answer == Interface::alternateButton) return resolveConflict(job, theirs, Choice::Mine);
         if (answer == Interface::otherButton) return resolveConflict(job, theirs, Choice::Theirs);
         if (answer != Interface::defaultButton) return;
-        const Versions versions{.mine = asEdited(*job), .theirs = readable(theirs)};
+        const Versions versions{.mine = launchd::textAsEdited(job->plist()), .theirs = readable(theirs)};
         m_stack.compare(versions, [this, job, theirs](Choice choice) { resolveConflict(job, theirs, choice); });
       });
 }
@@ -113,15 +113,8 @@ void EditController::discardEdits() {
 void EditController::takeFile(const std::shared_ptr<Launchd>& job) {
   job->kind = job->originalKind;
   const auto bytes = jobBytes(job->url);
-  const auto read = bytes ? Launchd::read(*bytes, job->url, job->kind, m_program.foundation.scanSettings(),
-                                          m_program.platform.console)
-                          : nullptr;
-  if (read) {
-    job->plist() = std::move(read->plist());
-    m_program.editing.fileHolds(job, *bytes);
-  } else if (auto asRead = job->plist().asRead()) {
-    job->plist() = *std::move(asRead);
-  }
+  if (bytes && m_program.editing.take(job, *bytes)) return;
+  if (auto asRead = job->plist().asRead()) job->plist() = *std::move(asRead);
 }
 
 /// The record was written to all along, or the file was: the scan is to read it anew.

@@ -136,9 +136,14 @@ void Editing::sent(const std::shared_ptr<Launchd>& job, const std::string& text)
   m_sentChecksum = JobFile::checksumOf(text);
 }
 
-void Editing::fileHolds(const std::shared_ptr<Launchd>& job, const std::string& text) {
+bool Editing::take(const std::shared_ptr<Launchd>& job, const std::string& text) {
+  const auto read =
+      Launchd::read(text, job->url, job->kind, m_program.foundation.scanSettings(), m_program.platform.console);
+  if (!read) return false;
+  job->plist() = std::move(read->plist());
   m_writtenJob = job;
   m_writtenChecksum = JobFile::checksumOf(text);
+  return true;
 }
 
 void Editing::agreed(const std::shared_ptr<Launchd>& job, std::string checksum) {

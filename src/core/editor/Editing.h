@@ -48,8 +48,9 @@ class Editing {
   void setFileChecksum(std::string checksum);
   /// The job is on its way to its file. A save that fails may have written it.
   void sent(const std::shared_ptr<Launchd>& job, const std::string& text);
-  /// The job's file holds that now, though the job hasn't been read from it again.
-  void fileHolds(const std::shared_ptr<Launchd>& job, const std::string& text);
+  /// The job becomes what its file holds by now, before a scan has read it: what is edited until then begins with that.
+  /// False: that is no job, and nothing has changed.
+  bool take(const std::shared_ptr<Launchd>& job, const std::string& text);
   /// The user agreed that a save loses something of what has that checksum. Forgotten with the steps.
   void agreed(const std::shared_ptr<Launchd>& job, std::string checksum);
   bool hasAgreed(const std::shared_ptr<Launchd>& job, const std::string& checksum) const;

@@ -59,11 +59,12 @@ Display display(const Plist& plist, const Program& program) {
   return result;
 }
 
-void keepAlive(Plist& plist, bool isOn) {
+void keepAlive(Plist& plist, Unfinished& unfinished, bool isOn) {
   if (isOn) {
     plist.keepAlive.emplace().bool_ = true;
   } else {
     plist.keepAlive.reset();
+    unfinished.tables.clear();
   }
 }
 
@@ -75,17 +76,43 @@ void successfulExit(Plist& plist, BoxClick click) {
   conditional(plist).successfulExit = click.value();
 }
 
-void gridTableChanged(Plist& plist, std::string_view key, const std::vector<GridTable::Item>& rows,
-                      std::optional<bool>& plain) {
+GridTable::Source conditionRows(const Plist& plist, const Unfinished& unfinished, std::string_view key) {
+  const auto rows = unfinished.tables.find(std::string(key));
+  if (rows != unfinished.tables.end()) return rows->second;
+  const KeepAlive none;
+  const KeepAlive& keepAlive = plist.keepAlive ? *plist.keepAlive : none;
+  return (key == pathStateKey ? keepAlive.pathState : keepAlive.otherJobEnabled).value_or(launchd::StringMap<bool>());
+}
+
+void gridTableChanged(Plist& plist, Unfinished& unfinished, std::string_view key,
+                      const std::vector<GridTable::Item>& rows, std::optional<bool>& plain) {
+  unfinished.tables.erase(std::string(key));
+  if (GridTable::repeatedRow(rows)) {
+    unfinished.tables.emplace(std::string(key), rows);
+    return;
+  }
   if (plist.keepAlive && plist.keepAlive->bool_) plain = plist.keepAlive->bool_;
   if (key == pathStateKey) conditional(plist).pathState = GridTable::dictionaryOf(rows);
   if (key == otherJobEnabledKey) conditional(plist).otherJobEnabled = GridTable::dictionaryOf(rows);
   if (plist.keepAlive && *plist.keepAlive == KeepAlive()) plist.keepAlive->bool_ = plain;
 }
 
-void removeSchedule(Plist& plist) {
+bool rulesChanged(Plist& plist, Unfinished& unfinished, const Scheduled::RuleEditor& rules) {
+  unfinished.rules.clear();
+  if (rules.numberOfRows() == 0) {
+    removeSchedule(plist, unfinished);
+  } else if (rules.isValid()) {
+    plist.applyRules(rules.applied());
+  } else {
+    unfinished.rules = rules.content();
+  }
+  return unfinished.rules.empty();
+}
+
+void removeSchedule(Plist& plist, Unfinished& unfinished) {
   plist.startInterval.reset();
   plist.startCalendarInterval.reset();
+  unfinished.rules.clear();
 }
 
 }  // namespace mirvel::WhenRules

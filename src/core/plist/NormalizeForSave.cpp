@@ -5,6 +5,7 @@
 #include "core/creation/CommandRepairs.h"
 #include "core/plist/Plist.h"
 #include "core/plist/RunString.h"
+#include "core/propertylist/Writer.h"
 
 namespace mirvel::launchd {
 
@@ -31,6 +32,13 @@ void takeArgumentsFromRun(Plist& record) {
   if (!read || read->run != record.run) command = commandOf(record.run, command);
   record.program = std::move(command.program);
   record.programArguments = std::move(command.arguments);
+}
+
+std::string textAsEdited(const Plist& record) {
+  Plist edited = record.clone();
+  takeArgumentsFromRun(edited);
+  const auto text = plist::writeXml(edited.encodeAll());
+  return text ? *text : std::string();
 }
 
 }  // namespace mirvel::launchd

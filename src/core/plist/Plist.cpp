@@ -53,6 +53,8 @@ plist::Dictionary Plist::encodeAll() const {
   const plist::Value whole = fileWithoutRemoved();
   const auto& file = *whole.as<plist::Dictionary>();
   plist::Dictionary merged = mergeIntoFile(file, read->encodeWithUnknown(), encodeWithUnknown());
+  // Other lists are paired by their ends. Intervals know their elements, since they are grouped and sorted for the
+  // rows.
   const plist::Value* const intervals = file.find(calendarKey);
   if (!intervals || !read->startCalendarInterval) return merged;
   auto merge =

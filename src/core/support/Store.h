@@ -15,6 +15,13 @@
 
 namespace mirvel {
 
+/// What a dictionary has under that key, if it is of that type; null otherwise.
+template <typename T>
+const T* entry(const plist::Dictionary& dictionary, std::string_view key) {
+  const plist::Value* const value = dictionary.find(key);
+  return value ? value->as<T>() : nullptr;
+}
+
 /// A property list that the program keeps for itself: a dictionary that other programs may change at any time. Reading
 /// notices a changed file by its identity, size and times; writing reads the file anew first, so that all keys but the
 /// changed ones keep what others wrote. There is no lock: of two writes in the same instant one may be lost, never the

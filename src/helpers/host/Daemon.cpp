@@ -16,9 +16,9 @@
 #include "helpers/host/Presence.h"
 #include "helpers/host/Server.h"
 #include "helpers/host/Session.h"
-#include "helpers/host/Signals.h"
 #include "helpers/host/Succession.h"
 #include "helpers/jobhost/HostClient.h"
+#include "helpers/process/Signals.h"
 
 namespace mirvel::host {
 

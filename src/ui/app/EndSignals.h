@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "helpers/host/Signals.h"
+#include "helpers/process/Signals.h"
 
 namespace mirvel {
 class Program;
@@ -17,7 +17,7 @@ class EndSignals final : public QObject {
   explicit EndSignals(Program& program);
 
  private:
-  host::Signals m_signals;
+  Signals m_signals;
 };
 
 }  // namespace mirvel::ui

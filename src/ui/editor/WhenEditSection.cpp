@@ -118,8 +118,8 @@ void WhenEditSection::addConditions(const launchd::Plist& plist) {
   const auto& keepAlive = *plist.keepAlive;
   addCondition("Crashed", crashedHelp, keepAlive.crashed, WhenRules::crashed);
   addCondition("SuccessfulExit", successfulExitHelp, keepAlive.successfulExit, WhenRules::successfulExit);
-  addTable(WhenRules::pathStateKey, pathStateHelp, keepAlive.pathState);
-  addTable(WhenRules::otherJobEnabledKey, otherJobEnabledHelp, keepAlive.otherJobEnabled);
+  addTable(plist, WhenRules::pathStateKey, pathStateHelp);
+  addTable(plist, WhenRules::otherJobEnabledKey, otherJobEnabledHelp);
 }
 
 void WhenEditSection::addCondition(const char* title, const char* help, std::optional<bool> state,
@@ -135,13 +135,9 @@ void WhenEditSection::addCondition(const char* title, const char* help, std::opt
   m_keepAliveGrid->addRow(*box);
 }
 
-void WhenEditSection::addTable(std::string_view key, const char* help,
-                               const std::optional<launchd::StringMap<bool>>& entries) {
+void WhenEditSection::addTable(const launchd::Plist& plist, std::string_view key, const char* help) {
   const auto kind = key == WhenRules::pathStateKey ? GridTable::Kind::boolPath : GridTable::Kind::boolString;
-  const auto& unfinished = program().editing.unfinished().tables;
-  const auto rows = unfinished.find(std::string(key));
-  const auto content = rows == unfinished.end() ? GridTable::Source(entries.value_or(launchd::StringMap<bool>()))
-                                                : GridTable::Source(rows->second);
+  const auto content = WhenRules::conditionRows(plist, program().editing.unfinished(), key);
   auto* table = new GridTableViewController(program(), kind, content, std::string(key), *this);
   table->setToolTip(QLatin1String(help));
   m_tables.push_back(table);
@@ -151,13 +147,12 @@ void WhenEditSection::addTable(std::string_view key, const char* help,
 void WhenEditSection::keepAlive(bool isOn) {
   Launchd* const job = markJobChanged();
   if (!job) return;
-  WhenRules::keepAlive(job->plist(), isOn);
+  WhenRules::keepAlive(job->plist(), program().editing.unfinished(), isOn);
   if (isOn) {
     addConditions(job->plist());
   } else {
     m_tables.clear();
     m_keepAliveGrid->clear();  // the conditions have gone from the record, too
-    program().editing.unfinished().tables.clear();
   }
   m_keepAliveGridView->setVisible(isOn);
 }
@@ -169,7 +164,7 @@ void WhenEditSection::scheduled(bool isOn) {
     if (m_scheduledRuleEditor->editor().numberOfRows() == 0) m_scheduledRuleEditor->addRow();
     rulesDidChange();
   } else if (Launchd* const job = markJobChanged()) {
-    removeSchedule(*job);
+    WhenRules::removeSchedule(job->plist(), program().editing.unfinished());
   }
   updateScheduledHelp();
 }
@@ -181,14 +176,8 @@ void WhenEditSection::updateScheduledHelp() {
 }
 
 void WhenEditSection::gridTableChanged(const std::string& key, const std::vector<GridTable::Item>& rows) {
-  Launchd* const job = markJobChanged(key);
-  if (!job) return;
-  auto& unfinished = program().editing.unfinished().tables;
-  unfinished.erase(key);
-  if (GridTable::repeatedRow(rows)) {
-    unfinished.emplace(key, rows);  // the record keeps the rows that can be saved
-  } else {
-    WhenRules::gridTableChanged(job->plist(), key, rows, m_plainKeepAlive);
+  if (Launchd* const job = markJobChanged(key)) {
+    WhenRules::gridTableChanged(job->plist(), program().editing.unfinished(), key, rows, m_plainKeepAlive);
   }
 }
 
@@ -197,25 +186,13 @@ void WhenEditSection::rulesDidChange() {
   Launchd* const job = markJobChanged("Schedule");
   if (!job) return;
   const Scheduled::RuleEditor& rules = m_scheduledRuleEditor->editor();
-  if (rules.numberOfRows() == 0) return endSchedule(*job);
-  auto& unfinished = program().editing.unfinished().rules;
-  unfinished.clear();
-  if (!rules.isValid()) {
-    unfinished = rules.content();  // the record keeps the rules that can be saved
-    return m_nextRuns->hide();
-  }
-  job->plist().applyRules(rules.applied());
-  showNextRuns(job->plist());
+  const bool canBeSaved = WhenRules::rulesChanged(job->plist(), program().editing.unfinished(), rules);
+  if (rules.numberOfRows() == 0) return endSchedule();
+  canBeSaved ? showNextRuns(job->plist()) : m_nextRuns->hide();
 }
 
-void WhenEditSection::removeSchedule(Launchd& job) {
-  WhenRules::removeSchedule(job.plist());
-  program().editing.unfinished().rules.clear();
-}
-
-/// Without a rule there is no schedule, and the box is where a new one begins.
-void WhenEditSection::endSchedule(Launchd& job) {
-  removeSchedule(job);
+/// The box is where a new schedule begins.
+void WhenEditSection::endSchedule() {
   setCheckedQuietly(*m_scheduledButton, false);
   m_scheduledView->hide();
   m_scheduledButton->setFocus();

@@ -25,15 +25,14 @@ class WhenEditSection final : public WhenSection, private GridTableDelegate, pri
   void addConditions(const launchd::Plist& plist);
   void addCondition(const char* title, const char* help, std::optional<bool> state,
                     void (*write)(launchd::Plist&, BoxClick));
-  void addTable(std::string_view key, const char* help, const std::optional<launchd::StringMap<bool>>& entries);
+  void addTable(const launchd::Plist& plist, std::string_view key, const char* help);
   void keepAlive(bool isOn);
   void scheduled(bool isOn);
   void updateScheduledHelp();
   void gridTableChanged(const std::string& key, const std::vector<GridTable::Item>& rows) override;
   void rulesDidChange() override;
   void fillRules(const launchd::Plist& plist);
-  void removeSchedule(Launchd& job);
-  void endSchedule(Launchd& job);
+  void endSchedule();
 
   std::optional<bool> m_plainKeepAlive;            ///< while conditions stand in its place
   std::vector<GridTableViewController*> m_tables;  ///< those of conditions that are shown

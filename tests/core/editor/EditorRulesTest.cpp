@@ -24,7 +24,13 @@ class EditorRulesTest : public testdata::ProgramFixture {
 
 void tableChanged(Plist& plist, const char* key, const std::vector<GridTable::Item>& rows) {
   std::optional<bool> plain;
-  WhenRules::gridTableChanged(plist, key, rows, plain);
+  Unfinished unfinished;
+  WhenRules::gridTableChanged(plist, unfinished, key, rows, plain);
+}
+
+void keepAlive(Plist& plist, bool isOn) {
+  Unfinished unfinished;
+  WhenRules::keepAlive(plist, unfinished, isOn);
 }
 
 constexpr BoxClick on{true, false};
@@ -61,9 +67,9 @@ TEST_F(EditorRulesTest, KeepingAliveIsAllOrNothingAndAConditionTakesItsPlace) {
     Change change;
     std::optional<KeepAlive> after;
   } table[] = {
-      {std::nullopt, [](Plist& p) { WhenRules::keepAlive(p, true); }, always},
-      {many, [](Plist& p) { WhenRules::keepAlive(p, true); }, always},
-      {many, [](Plist& p) { WhenRules::keepAlive(p, false); }, std::nullopt},
+      {std::nullopt, [](Plist& p) { keepAlive(p, true); }, always},
+      {many, [](Plist& p) { keepAlive(p, true); }, always},
+      {many, [](Plist& p) { keepAlive(p, false); }, std::nullopt},
       {always, [](Plist& p) { WhenRules::crashed(p, on); }, KeepAlive({}, true, {}, {}, {})},
       {always, [](Plist& p) { WhenRules::crashed(p, off); }, KeepAlive({}, false, {}, {}, {})},
       {KeepAlive({}, true, {}, {}, {}), [](Plist& p) { WhenRules::crashed(p, optionOff); }, KeepAlive()},
@@ -74,7 +80,7 @@ TEST_F(EditorRulesTest, KeepingAliveIsAllOrNothingAndAConditionTakesItsPlace) {
       {std::nullopt, [](Plist& p) { WhenRules::successfulExit(p, off); }, KeepAlive({}, {}, false, {}, {})},
       {always,
        [](Plist& p) {
-         tableChanged(p, "PathState", {{true, "a"}, {true, ""}, {false, "a"}});
+         tableChanged(p, "PathState", {{true, ""}, {false, "a"}});
        },
        KeepAlive({}, {}, {}, launchd::StringMap<bool>{{"a", false}}, {})},
       {std::nullopt,
@@ -107,12 +113,42 @@ TEST_F(EditorRulesTest, AConditionThatComesAndGoesAgainLeavesWhatStoodThere) {
   for (const auto& before : {KeepAlive(true, {}, {}, {}, {}), KeepAlive(false, {}, {}, {}, {}), crashing}) {
     Plist plist = recordWith(before);
     std::optional<bool> plain;
+    Unfinished unfinished;
     for (const char* typed : {"o", "org.other", ""}) {
-      WhenRules::gridTableChanged(plist, "OtherJobEnabled", {{true, typed}}, plain);
+      WhenRules::gridTableChanged(plist, unfinished, "OtherJobEnabled", {{true, typed}}, plain);
       EXPECT_EQ(plist.keepAlive->bool_.has_value(), *typed == '\0' && before.bool_.has_value()) << typed;
     }
     EXPECT_EQ(*plist.keepAlive, before);
   }
+}
+
+TEST_F(EditorRulesTest, RowsThatCantBeSavedAreUnfinishedAndLeaveTheRecordAlone) {
+  const std::vector<GridTable::Item> twice{{true, "/a"}, {false, "/a"}};
+  Plist plist = recordWith(KeepAlive({}, {}, {}, launchd::StringMap<bool>{{"/b", true}}, {}));
+  Unfinished unfinished;
+  std::optional<bool> plain;
+  WhenRules::gridTableChanged(plist, unfinished, "PathState", twice, plain);
+  EXPECT_THAT(*plist.keepAlive->pathState, ElementsAre(std::pair<const std::string, bool>("/b", true)));
+  EXPECT_EQ(std::get<std::vector<GridTable::Item>>(WhenRules::conditionRows(plist, unfinished, "PathState")), twice);
+  EXPECT_TRUE(
+      std::get<launchd::StringMap<bool>>(WhenRules::conditionRows(plist, unfinished, "OtherJobEnabled")).empty());
+  WhenRules::gridTableChanged(plist, unfinished, "PathState", {{false, "/a"}}, plain);
+  EXPECT_TRUE(unfinished.isEmpty());
+  EXPECT_THAT(*plist.keepAlive->pathState, ElementsAre(std::pair<const std::string, bool>("/a", false)));
+
+  plist.startInterval = 60;
+  Scheduled::RuleEditor rules(program().scheduledController);
+  program().scheduledController.load({Scheduled::EveryHour{.minute = 5}}, rules);
+  rules.setNumber(0, "99");
+  EXPECT_FALSE(WhenRules::rulesChanged(plist, unfinished, rules));
+  EXPECT_EQ(plist.startInterval, 60);
+  EXPECT_EQ(unfinished.rules, rules.content());
+  rules.setNumber(0, "30");
+  EXPECT_TRUE(WhenRules::rulesChanged(plist, unfinished, rules));
+  EXPECT_EQ(plist.startCalendarInterval->intervals.front().minute, 30);
+  rules.removeRow(0);
+  EXPECT_TRUE(WhenRules::rulesChanged(plist, unfinished, rules));
+  EXPECT_FALSE(plist.startInterval || plist.startCalendarInterval);
 }
 
 TEST_F(EditorRulesTest, TheDetailsShowWhatTheRecordHoldsAndNothingElse) {

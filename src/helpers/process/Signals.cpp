@@ -1,4 +1,4 @@
-#include "helpers/host/Signals.h"
+#include "helpers/process/Signals.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <utility>
 
-namespace mirvel::host {
+namespace mirvel {
 
 namespace {
 
@@ -53,4 +53,4 @@ std::set<int> Signals::take() {
   return result;
 }
 
-}  // namespace mirvel::host
+}  // namespace mirvel

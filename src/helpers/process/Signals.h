@@ -5,7 +5,7 @@
 
 #include "core/support/Pipe.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
 /// Turns signals into something to poll for. One at a time in a process.
 class Signals {
@@ -28,4 +28,4 @@ class Signals {
   std::set<int> m_numbers;
 };
 
-}  // namespace mirvel::host
+}  // namespace mirvel
