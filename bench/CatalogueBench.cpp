@@ -11,9 +11,9 @@
 #include <memory>
 
 #include "JobFolderOnDisk.h"
+#include "core/base/ThreadHeap.h"
 #include "core/mainwindow/ListSort.h"
-#include "core/mainwindow/ModeFilter.h"
-#include "core/support/ThreadHeap.h"
+#include "core/session/ModeFilter.h"
 
 namespace mirvel::bench {
 

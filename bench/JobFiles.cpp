@@ -6,15 +6,15 @@
 #include <filesystem>
 #include <random>
 
+#include "core/files/ReadFile.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "core/support/ReadFile.h"
 
 namespace mirvel::bench {
 
 namespace {
 
-using plist::Value;
+using propertylist::Value;
 
 bool libplistReads(const std::string& xml) {
   plist_t list = nullptr;
@@ -24,9 +24,9 @@ bool libplistReads(const std::string& xml) {
 }
 
 void add(JobFiles& files, std::string bytes) {
-  const auto document = plist::read(bytes);
-  if (!document || document->format() != plist::Format::Xml || !libplistReads(bytes)) return;
-  files.binary.push_back(plist::writeBinary(document->value()));
+  const auto document = propertylist::read(bytes);
+  if (!document || document->format() != propertylist::Format::Xml || !libplistReads(bytes)) return;
+  files.binary.push_back(propertylist::writeBinary(document->value()));
   files.xml.push_back(std::move(bytes));
 }
 
@@ -36,7 +36,7 @@ JobFiles readCorpus() {
   std::error_code missing;
   for (const auto& entry : std::filesystem::directory_iterator(folder, missing)) {
     if (entry.path().extension() != ".plist") continue;
-    if (auto bytes = readFile(entry.path(), plist::Limits::bytes)) add(files, *std::move(bytes));
+    if (auto bytes = readFile(entry.path(), propertylist::Limits::bytes)) add(files, *std::move(bytes));
   }
   return files;
 }
@@ -46,22 +46,23 @@ class Generator {
  public:
   std::string jobFile() {
     const std::string label = "org.example." + word() + '.' + word() + std::to_string(number(1, 9999));
-    plist::Dictionary job{{"Label", label}, {"ProgramArguments", arguments()}};
+    propertylist::Dictionary job{{"Label", label}, {"ProgramArguments", arguments()}};
     if (chance(50)) job.set("RunAtLoad", chance(80));
     if (chance(33)) job.set("KeepAlive", keepAlive());
     if (chance(30)) job.set("StandardErrorPath", path() + ".err");
     if (chance(30)) job.set("StandardOutPath", path() + ".log");
     if (chance(15)) job.set("WorkingDirectory", path());
     if (chance(15))
-      job.set("EnvironmentVariables", plist::Dictionary{{"PATH", "/usr/local/bin:/usr/bin:/bin"}, {"HOME", path()}});
+      job.set("EnvironmentVariables",
+              propertylist::Dictionary{{"PATH", "/usr/local/bin:/usr/bin:/bin"}, {"HOME", path()}});
     if (chance(20)) job.set("StartCalendarInterval", calendar());
     if (chance(15)) job.set("StartInterval", number(1, 720) * 60);
-    if (chance(15)) job.set("MachServices", plist::Dictionary{{label, true}});
-    if (chance(10)) job.set("WatchPaths", plist::Array{path(), path()});
+    if (chance(15)) job.set("MachServices", propertylist::Dictionary{{label, true}});
+    if (chance(10)) job.set("WatchPaths", propertylist::Array{path(), path()});
     if (chance(10)) job.set("Nice", number(-20, 20));
     if (chance(8)) job.set("Sockets", sockets());
     if (chance(5)) job.set("X-Notes", "made for \u00e4 caf\u00e9 & <others>");
-    return *plist::writeXml(job);
+    return *propertylist::writeXml(job);
   }
 
  private:
@@ -72,24 +73,25 @@ class Generator {
     return words[number(0, 7)];
   }
   std::string path() { return "/Users/someone/Library/" + word() + '/' + word() + '-' + word(); }
-  plist::Array arguments() {
-    plist::Array result{"/usr/local/bin/" + word()};
+  propertylist::Array arguments() {
+    propertylist::Array result{"/usr/local/bin/" + word()};
     for (int i = number(0, 4); i > 0; --i) result.emplace_back(chance(50) ? "--" + word() : path());
     return result;
   }
   Value keepAlive() {
     if (chance(70)) return true;
-    return plist::Dictionary{{"SuccessfulExit", false}, {"PathState", plist::Dictionary{{path(), true}}}};
+    return propertylist::Dictionary{{"SuccessfulExit", false}, {"PathState", propertylist::Dictionary{{path(), true}}}};
   }
   Value calendar() {
-    plist::Array days;
+    propertylist::Array days;
     for (int day = number(1, 5); day > 0; --day)
-      days.emplace_back(plist::Dictionary{{"Hour", number(0, 23)}, {"Minute", number(0, 59)}, {"Weekday", day}});
+      days.emplace_back(propertylist::Dictionary{{"Hour", number(0, 23)}, {"Minute", number(0, 59)}, {"Weekday", day}});
     return days.size() == 1 ? days.front() : Value(days);
   }
   Value sockets() {
-    return plist::Dictionary{
-        {"Listeners", plist::Dictionary{{"SockServiceName", "http"}, {"SockType", "stream"}, {"SockFamily", "IPv4"}}}};
+    return propertylist::Dictionary{
+        {"Listeners",
+         propertylist::Dictionary{{"SockServiceName", "http"}, {"SockType", "stream"}, {"SockFamily", "IPv4"}}}};
   }
 
   std::mt19937 m_random{20261121};

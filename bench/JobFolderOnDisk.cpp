@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "JobFiles.h"
-#include "core/support/SystemProcessRunner.h"
+#include "core/process/SystemProcessRunner.h"
 
 namespace mirvel::bench {
 

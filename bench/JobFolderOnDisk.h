@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/app/Foundation.h"
-#include "core/catalogue/FetchOperation.h"
+#include "core/scan/FetchOperation.h"
+#include "core/session/Foundation.h"
 
 namespace mirvel::bench {
 

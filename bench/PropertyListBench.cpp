@@ -40,7 +40,7 @@ void report(benchmark::State& state, std::size_t files, std::size_t bytes) {
 void readOurs(benchmark::State& state, const List& lists, std::size_t bytes) {
   for (auto _ : state) {
     inBatches(lists, [&](const std::string& list) {
-      const auto document = plist::read(list);
+      const auto document = propertylist::read(list);
       if (!document) state.SkipWithError("a list wasn't read");
       benchmark::DoNotOptimize(document->root());
     });
@@ -75,11 +75,11 @@ void readBinaryLibplist(benchmark::State& state, Files files) {
 }
 
 void writeXml(benchmark::State& state, Files files) {
-  std::vector<plist::Value> values;
-  for (const std::string& xml : files().xml) values.push_back(plist::read(xml)->value());
+  std::vector<propertylist::Value> values;
+  for (const std::string& xml : files().xml) values.push_back(propertylist::read(xml)->value());
   for (auto _ : state) {
-    inBatches(values, [&](const plist::Value& value) {
-      const auto xml = plist::writeXml(value);
+    inBatches(values, [&](const propertylist::Value& value) {
+      const auto xml = propertylist::writeXml(value);
       if (!xml) state.SkipWithError("a list wasn't written");
       benchmark::DoNotOptimize(xml->data());
     });
@@ -128,7 +128,7 @@ void decodeRecord(benchmark::State& state, Files files) {
 void readXmlToValues(benchmark::State& state, Files files) {
   for (auto _ : state) {
     inBatches(files().xml, [&](const std::string& xml) {
-      const plist::Value value = plist::read(xml)->value();
+      const propertylist::Value value = propertylist::read(xml)->value();
       benchmark::DoNotOptimize(value.type());
     });
   }

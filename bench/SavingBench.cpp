@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "core/catalogue/Kind.h"
-#include "core/support/SystemProcessRunner.h"
+#include "core/process/SystemProcessRunner.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/wire/ProcessHelperConnection.h"
 #include "support/JobText.h"
@@ -30,7 +30,7 @@ void saveAndLoad(benchmark::State& state) {
   for (auto _ : state) {
     bool isDone = false;
     bool isWell = false;
-    const plist::Dictionary request{
+    const propertylist::Dictionary request{
         {"kind", 1},
         {"path", (folder / "job.plist").string()},
         {"label", "job"},
@@ -38,7 +38,7 @@ void saveAndLoad(benchmark::State& state) {
     (*connection)
         ->run(
             request,
-            [&](const plist::Dictionary& reply) {
+            [&](const propertylist::Dictionary& reply) {
               isDone = true;
               isWell = reply.empty();
             },

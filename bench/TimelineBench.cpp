@@ -9,7 +9,7 @@
 #include "JobFolderOnDisk.h"
 #include "core/catalogue/Launchd.h"
 #include "core/mainwindow/BuildTimeline.h"
-#include "core/support/Console.h"
+#include "core/ports/Console.h"
 
 namespace mirvel::bench {
 

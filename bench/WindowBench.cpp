@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "JobFolderOnDisk.h"
-#include "core/support/Environment.h"
-#include "core/support/Pipe.h"
+#include "core/process/Environment.h"
+#include "core/process/FileDescriptor.h"
 #include "ui/app/Application.h"
 
 namespace mirvel::bench {

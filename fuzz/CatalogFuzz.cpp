@@ -1,7 +1,7 @@
 #include <string_view>
 
 #include "Check.h"
-#include "core/support/MessageCatalog.h"
+#include "core/locale/MessageCatalog.h"
 
 using namespace mirvel;
 

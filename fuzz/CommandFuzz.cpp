@@ -2,8 +2,8 @@
 #include <string_view>
 
 #include "Check.h"
-#include "core/support/Strings.h"
-#include "core/support/Text.h"
+#include "core/text/Strings.h"
+#include "core/text/Text.h"
 
 using namespace mirvel;
 

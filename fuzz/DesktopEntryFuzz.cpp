@@ -2,8 +2,8 @@
 #include <string_view>
 
 #include "Check.h"
-#include "core/catalogue/DesktopEntry.h"
-#include "core/catalogue/DesktopLocale.h"
+#include "core/loginitems/DesktopEntry.h"
+#include "core/loginitems/DesktopLocale.h"
 
 using namespace mirvel;
 

@@ -14,8 +14,8 @@ using namespace mirvel;
 
 namespace {
 
-bool hasRest(const plist::Document& document) {
-  return std::any_of(document.warnings().begin(), document.warnings().end(), [](const plist::Warning& warning) {
+bool hasRest(const propertylist::Document& document) {
+  return std::any_of(document.warnings().begin(), document.warnings().end(), [](const propertylist::Warning& warning) {
     return warning.message.find("behind the end of the list") != std::string::npos;
   });
 }
@@ -25,11 +25,11 @@ bool hasRest(const plist::Document& document) {
 /// What our reader takes as XML, expat takes too, save for what is known that macOS takes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  const auto document = plist::read(bytes);
-  if (!document || document->format() != plist::Format::Xml) return 0;
+  const auto document = propertylist::read(bytes);
+  if (!document || document->format() != propertylist::Format::Xml) return 0;
 
-  plist::DecodedText decoded;
-  FUZZ_CHECK(plist::decodeText(bytes, decoded));
+  propertylist::DecodedText decoded;
+  FUZZ_CHECK(propertylist::decodeText(bytes, decoded));
   const std::string_view text = decoded.utf8;
   const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate("UTF-8"), &XML_ParserFree);
   FUZZ_CHECK(parser);

@@ -24,10 +24,10 @@ void checkLines(std::string_view text) {
 }
 
 void checkList(std::string_view bytes) {
-  const auto document = plist::read(bytes);
+  const auto document = propertylist::read(bytes);
   if (!document) return;
   constexpr std::size_t maximumSize = std::size_t{1} << 20U;
-  const auto text = plist::oldStyleText(document->root(), maximumSize);
+  const auto text = propertylist::oldStyleText(document->root(), maximumSize);
   if (!text) return;
   FUZZ_CHECK(text->size() <= maximumSize && text->ends_with(";\n"));
   checkLines(*text);

@@ -9,24 +9,24 @@ using namespace mirvel;
 
 /// Whatever is read is written in both forms and read again, as the same list.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  plist::Positions positions;
+  propertylist::Positions positions;
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  const auto document = plist::read(bytes, &positions);
+  const auto document = propertylist::read(bytes, &positions);
   if (!document) {
     FUZZ_CHECK(!document.error().message.empty());
     return 0;
   }
-  const plist::Value value = document->value();
+  const propertylist::Value value = document->value();
 
-  const auto binary = plist::read(plist::writeBinary(value));
+  const auto binary = propertylist::read(propertylist::writeBinary(value));
   FUZZ_CHECK(binary && binary->value() == value);
 
-  const auto xml = plist::writeXml(value);
+  const auto xml = propertylist::writeXml(value);
   if (!xml) return 0;  // a set
-  const auto again = plist::read(*xml);
+  const auto again = propertylist::read(*xml);
   FUZZ_CHECK(again);
   // Not the values are compared, since a date loses its fraction of a second in XML.
-  const auto xmlAgain = plist::writeXml(again->value());
+  const auto xmlAgain = propertylist::writeXml(again->value());
   FUZZ_CHECK(xmlAgain && *xmlAgain == *xml);
   return 0;
 }

@@ -25,7 +25,7 @@ std::shared_ptr<Launchd> jobOf(std::string_view bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto job = jobOf({reinterpret_cast<const char*>(data), size});
   if (!job) return 0;
-  FUZZ_CHECK(plist::Value(job->plist().encodeAll()) == job->plist().dictionary->value());  // nothing was edited
+  FUZZ_CHECK(propertylist::Value(job->plist().encodeAll()) == job->plist().dictionary->value());  // nothing was edited
   const auto file = job->plistData();
   if (!file) return 0;  // an unknown key holds a set
 

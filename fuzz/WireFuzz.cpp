@@ -50,6 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view input(reinterpret_cast<const char*>(data), size);
   checkStream(input);
   checkStream(framed(input));
-  checkStream(*wire::encode({.id = 1, .body = {{"string", plist::Data{std::string(input)}}}}) + std::string(input));
+  checkStream(*wire::encode({.id = 1, .body = {{"string", propertylist::Data{std::string(input)}}}}) +
+              std::string(input));
   return 0;
 }

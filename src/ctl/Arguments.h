@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 #include "ctl/Command.h"
 
 namespace mirvel::ctl {

@@ -6,12 +6,12 @@
 #include <string>
 #include <string_view>
 
-#include "core/lint/Subject.h"
-#include "core/support/Clock.h"
-#include "core/support/Environment.h"
-#include "core/support/Localize.h"
-#include "core/support/ProcessRunner.h"
-#include "core/support/Roots.h"
+#include "core/files/Roots.h"
+#include "core/lint/Findings.h"
+#include "core/locale/Localize.h"
+#include "core/ports/Clock.h"
+#include "core/process/Environment.h"
+#include "core/process/ProcessRunner.h"
 
 /// The commands of the terminal companion. It only reads; nothing on the machine is changed.
 namespace mirvel::ctl {

@@ -14,10 +14,10 @@ namespace {
 Result<std::string> converted(const std::string& file, bool toXml, const Context& context) {
   const auto bytes = readInput(file, context);
   if (!bytes) return bytes.error();
-  const auto document = plist::read(*bytes);
+  const auto document = propertylist::read(*bytes);
   if (!document) return document.error();
-  if (toXml) return plist::writeXml(document->value());
-  return plist::writeBinary(document->value());
+  if (toXml) return propertylist::writeXml(document->value());
+  return propertylist::writeBinary(document->value());
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 #include <array>
 #include <istream>
 
+#include "core/files/ReadFile.h"
 #include "core/propertylist/Reader.h"
-#include "core/support/ReadFile.h"
 #include "ctl/Printable.h"
 
 namespace mirvel::ctl {
@@ -16,7 +16,7 @@ Result<std::string> readStream(std::istream& stream) {
   std::array<char, 65536> buffer;
   while (stream.read(buffer.data(), buffer.size()), stream.gcount() > 0) {
     bytes.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
-    if (bytes.size() > plist::Limits::bytes) {
+    if (bytes.size() > propertylist::Limits::bytes) {
       return Error{.code = Error::Code::LimitExceeded, .message = "the list is larger than a gibibyte"};
     }
   }
@@ -28,7 +28,7 @@ Result<std::string> readStream(std::istream& stream) {
 
 Result<std::string> readInput(const std::string& file, const Context& context) {
   if (file == "-") return readStream(context.in);
-  auto bytes = readFile(file, plist::Limits::bytes);
+  auto bytes = readFile(file, propertylist::Limits::bytes);
   if (bytes) return bytes;
   Error error = bytes.error();
   error.file.clear();

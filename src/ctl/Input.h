@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 #include "ctl/Command.h"
 
 namespace mirvel::ctl {

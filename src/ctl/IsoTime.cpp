@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "core/schedule/ZoneStretches.h"
-#include "core/support/Decimal.h"
+#include "core/text/Digits.h"
 
 namespace mirvel::ctl {
 

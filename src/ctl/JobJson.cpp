@@ -4,7 +4,8 @@
 #include <string_view>
 #include <utility>
 
-#include "core/support/Dates.h"
+#include "core/locale/Dates.h"
+#include "core/schedule/Scheduled.h"
 
 namespace mirvel::ctl {
 
@@ -48,9 +49,11 @@ Json ruleObject(const ScheduledType& rule) {
 
 }  // namespace
 
-Json jobObject(const launchd::Plist& job) {
+Json jobObject(const jobfile::Plist& job) {
   Json scheduled = Json::array();
-  for (const auto& rule : job.scheduled) scheduled.push_back(ruleObject(rule));
+  for (const auto& rule : Scheduled::rules(job.startInterval, job.startCalendarInterval)) {
+    scheduled.push_back(ruleObject(rule));
+  }
   Json unknownKeys = Json::array();
   if (job.unknownKeys) unknownKeys = *job.unknownKeys;
   return {{"label", job.name},

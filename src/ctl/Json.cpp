@@ -14,20 +14,21 @@ namespace {
 std::string realOf(double number) {
   if (std::isinf(number)) return number > 0 ? "inf" : "-inf";
   if (number == 0 && std::signbit(number)) return "-0.0";
-  return plist::realText(number);
+  return propertylist::realText(number);
 }
 
-Json elementTrees(std::span<const plist::Node> elements) {
+Json elementTrees(std::span<const propertylist::Node> elements) {
   Json result = Json::array();
-  for (const plist::Node& element : elements) result.push_back(typedTree(element));
+  for (const propertylist::Node& element : elements) result.push_back(typedTree(element));
   return result;
 }
 
-Json entryTrees(const plist::Members& members) {
+Json entryTrees(const propertylist::Members& members) {
   Json result = Json::object();
   // Keys are distinct, so they needn't be looked up, which goes through all that are there.
   auto& object = result.get_ref<Json::object_t&>();
-  for (const plist::Member& member : members) object.push_back({std::string(member.key()), typedTree(member.value)});
+  for (const propertylist::Member& member : members)
+    object.push_back({std::string(member.key()), typedTree(member.value)});
   return result;
 }
 
@@ -53,27 +54,27 @@ Json tree(const char* type, Json value) {
 
 }  // namespace
 
-Json typedTree(const plist::Node& node) {
+Json typedTree(const propertylist::Node& node) {
   switch (node.type()) {
-    case plist::Type::Boolean:
+    case propertylist::Type::Boolean:
       return tree("bool", *node.boolean());
-    case plist::Type::Integer:
+    case propertylist::Type::Integer:
       return tree("int", node.integer()->text());
-    case plist::Type::Real:
+    case propertylist::Type::Real:
       return tree("real", realOf(*node.real()));
-    case plist::Type::String:
+    case propertylist::Type::String:
       return tree("string", std::string(*node.string()));
-    case plist::Type::Data:
-      return tree("data", plist::base64(*node.data()));
-    case plist::Type::Date:
-      return tree("date", plist::dateText(*node.date()));
-    case plist::Type::Uid:
+    case propertylist::Type::Data:
+      return tree("data", propertylist::base64(*node.data()));
+    case propertylist::Type::Date:
+      return tree("date", propertylist::dateText(*node.date()));
+    case propertylist::Type::Uid:
       return tree("uid", std::to_string(node.uid()->number));
-    case plist::Type::Array:
+    case propertylist::Type::Array:
       return tree("array", elementTrees(*node.array()));
-    case plist::Type::Set:
+    case propertylist::Type::Set:
       return tree("set", elementTrees(*node.set()));
-    case plist::Type::Dictionary:
+    case propertylist::Type::Dictionary:
       return tree("dict", entryTrees(*node.dictionary()));
   }
   return {};

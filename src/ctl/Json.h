@@ -2,8 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "core/base/Error.h"
 #include "core/propertylist/Node.h"
-#include "core/support/Error.h"
 
 namespace mirvel::ctl {
 
@@ -11,7 +11,7 @@ using Json = nlohmann::ordered_json;
 
 /// A typed tree that tells every type of property list apart: `{"t":"int","v":"123"}`, and likewise "real", "string",
 /// "bool", "data" (base64), "date" (UTC), "uid", "array", "set" and "dict" (an object of such trees).
-Json typedTree(const plist::Node& node);
+Json typedTree(const propertylist::Node& node);
 
 /// `error` (the whole sentence), and of `line`, `column`, `offset` and `key` what is known.
 Json errorObject(const Error& error);

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <ostream>
 
+#include "core/base/Const.h"
 #include "core/catalogue/KindTitle.h"
-#include "core/support/Const.h"
 #include "ctl/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Json.h"

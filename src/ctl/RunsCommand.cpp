@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "core/plist/Plist.h"
+#include "core/jobfile/Plist.h"
 #include "core/schedule/MergedRuns.h"
-#include "core/support/Decimal.h"
+#include "core/text/Digits.h"
 #include "ctl/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Input.h"
@@ -26,7 +26,7 @@ namespace {
 struct CalendarJob {
   std::string label;
   std::string path;
-  std::vector<launchd::StartCalendarInterval::Interval> intervals;
+  std::vector<jobfile::StartCalendarInterval::Interval> intervals;
 };
 
 struct Span {
@@ -35,11 +35,11 @@ struct Span {
   sys_seconds end;
 };
 
-CalendarJob calendarJob(const launchd::Plist& job, const std::string& path) {
+CalendarJob calendarJob(const jobfile::Plist& job, const std::string& path) {
   const auto& calendar = job.startCalendarInterval;
   return {.label = job.name,
           .path = path,
-          .intervals = calendar ? calendar->intervals : std::vector<launchd::StartCalendarInterval::Interval>()};
+          .intervals = calendar ? calendar->intervals : std::vector<jobfile::StartCalendarInterval::Interval>()};
 }
 
 /// The jobs of those files that can be read; the status tells whether that is all.
@@ -47,7 +47,7 @@ int readFiles(const std::vector<std::string>& files, std::vector<CalendarJob>& j
   int status = Success;
   for (const std::string& file : files) {
     const auto bytes = readInput(file, context);
-    const auto job = bytes ? launchd::Plist::readTolerantly(*bytes) : Result<launchd::Plist>(bytes.error());
+    const auto job = bytes ? jobfile::Plist::readTolerantly(*bytes) : Result<jobfile::Plist>(bytes.error());
     if (job) {
       jobs.push_back(calendarJob(*job, inputName(file)));
     } else {

@@ -2,9 +2,9 @@
 
 #include <ostream>
 
-#include "core/app/Foundation.h"
-#include "core/catalogue/FetchOperation.h"
-#include "core/catalogue/PlatformLoginItems.h"
+#include "core/loginitems/PlatformLoginItems.h"
+#include "core/scan/FetchOperation.h"
+#include "core/session/Foundation.h"
 #include "ctl/Printable.h"
 
 namespace mirvel::ctl {

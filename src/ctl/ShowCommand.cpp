@@ -14,20 +14,20 @@ namespace mirvel::ctl {
 
 namespace {
 
-Result<plist::Document> readDocument(const std::string& file, const Context& context) {
+Result<propertylist::Document> readDocument(const std::string& file, const Context& context) {
   const auto bytes = readInput(file, context);
-  return bytes ? plist::read(*bytes) : Result<plist::Document>(bytes.error());
+  return bytes ? propertylist::read(*bytes) : Result<propertylist::Document>(bytes.error());
 }
 
-int showJson(const Result<plist::Document>& document, const Context& context) {
+int showJson(const Result<propertylist::Document>& document, const Context& context) {
   Json json{{"ok", static_cast<bool>(document)}};
   if (!document) {
     json.update(errorObject(document.error()));
   } else {
-    json["format"] = document->format() == plist::Format::Xml ? "xml" : "binary";
+    json["format"] = document->format() == propertylist::Format::Xml ? "xml" : "binary";
     json["value"] = typedTree(document->root());
-    launchd::Plist job;
-    if (launchd::Plist::decodeTolerantly(document->root(), job)) json["job"] = jobObject(job);
+    jobfile::Plist job;
+    if (jobfile::Plist::decodeTolerantly(document->root(), job)) json["job"] = jobObject(job);
   }
   context.out << text(json) << '\n';
   return document ? Success : Failed;
@@ -42,20 +42,20 @@ void writeLines(const std::string& title, const std::vector<std::string>& lines,
   }
 }
 
-void writeJob(const launchd::Plist& job, const Context& context) {
+void writeJob(const jobfile::Plist& job, const Context& context) {
   context.out << bold(printable(job.name), context.hasColour) << '\n';
   if (!job.run.empty()) writeLines(context.localize.command(), {job.run}, context.out);
   writeLines(context.localize.when(), explain::occasions(job, context.localize), context.out);
   context.out << '\n';
 }
 
-int showWords(const std::string& file, const Result<plist::Document>& document, const Context& context) {
+int showWords(const std::string& file, const Result<propertylist::Document>& document, const Context& context) {
   if (!document) {
     context.err << errorLine(file, document.error()) << '\n';
     return Failed;
   }
-  launchd::Plist job;
-  const auto decoded = launchd::Plist::decodeTolerantly(document->root(), job);
+  jobfile::Plist job;
+  const auto decoded = jobfile::Plist::decodeTolerantly(document->root(), job);
   if (decoded) writeJob(job, context);
   writeValue(document->root(), context.out);
   const auto members = document->root().dictionary();

@@ -4,15 +4,15 @@
 #include <ostream>
 #include <sstream>
 
-#include "core/support/Commands.h"
-#include "core/support/Decimal.h"
+#include "core/process/Commands.h"
+#include "core/text/Digits.h"
 #include "ctl/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Json.h"
 #include "ctl/Printable.h"
 #include "ctl/Style.h"
-#include "helpers/host/EnabledJobs.h"
-#include "helpers/host/Places.h"
+#include "helpers/hostdata/EnabledJobs.h"
+#include "helpers/hostdata/Places.h"
 #include "helpers/jobhost/HostClient.h"
 
 namespace mirvel::ctl {

@@ -16,45 +16,45 @@ namespace {
 std::string dataText(std::string_view bytes) {
   constexpr std::size_t shown = 48;
   const std::string more = bytes.size() > shown ? "..." : "";
-  return std::to_string(bytes.size()) + " bytes: " + plist::base64(bytes.substr(0, shown)) + more;
+  return std::to_string(bytes.size()) + " bytes: " + propertylist::base64(bytes.substr(0, shown)) + more;
 }
 
-std::string scalarText(const plist::Node& node) {
+std::string scalarText(const propertylist::Node& node) {
   switch (node.type()) {
-    case plist::Type::Boolean:
+    case propertylist::Type::Boolean:
       return *node.boolean() ? "true" : "false";
-    case plist::Type::Integer:
+    case propertylist::Type::Integer:
       return node.integer()->text();
-    case plist::Type::Real:
-      return plist::realText(*node.real());
-    case plist::Type::String:
+    case propertylist::Type::Real:
+      return propertylist::realText(*node.real());
+    case propertylist::Type::String:
       return '"' + printable(*node.string()) + '"';
-    case plist::Type::Data:
+    case propertylist::Type::Data:
       return dataText(*node.data());
-    case plist::Type::Date:
-      return plist::dateText(*node.date());
-    case plist::Type::Uid:
+    case propertylist::Type::Date:
+      return propertylist::dateText(*node.date());
+    case propertylist::Type::Uid:
       return "uid " + std::to_string(node.uid()->number);
-    case plist::Type::Array:
+    case propertylist::Type::Array:
       return "(empty array)";
-    case plist::Type::Set:
+    case propertylist::Type::Set:
       return "(empty set)";
-    case plist::Type::Dictionary:
+    case propertylist::Type::Dictionary:
       return "(empty dictionary)";
   }
   return {};
 }
 
-std::span<const plist::Node> elementsOf(const plist::Node& node) {
+std::span<const propertylist::Node> elementsOf(const propertylist::Node& node) {
   if (const auto array = node.array()) return *array;
-  return node.set().value_or(std::span<const plist::Node>{});
+  return node.set().value_or(std::span<const propertylist::Node>{});
 }
 
 class Writer {
  public:
   explicit Writer(std::ostream& out) : m_out(out) {}
 
-  void write(const plist::Node& node, std::size_t depth) {
+  void write(const propertylist::Node& node, std::size_t depth) {
     if (const auto members = node.dictionary(); members && members->size() > 0) {
       for (const auto& member : *members) writeEntry(printable(member.key()) + ':', member.value, depth);
     } else if (const auto elements = elementsOf(node); !elements.empty()) {
@@ -65,7 +65,7 @@ class Writer {
   }
 
  private:
-  void writeEntry(const std::string& title, const plist::Node& value, std::size_t depth) {
+  void writeEntry(const std::string& title, const propertylist::Node& value, std::size_t depth) {
     const auto members = value.dictionary();
     const bool isDeep = !elementsOf(value).empty() || (members && members->size() > 0);
     indent(depth) << title;
@@ -84,7 +84,7 @@ class Writer {
 
 }  // namespace
 
-void writeValue(const plist::Node& root, std::ostream& out) {
+void writeValue(const propertylist::Node& root, std::ostream& out) {
   Writer(out).write(root, 0);
 }
 

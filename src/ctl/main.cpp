@@ -5,10 +5,10 @@
 #include <system_error>
 #include <vector>
 
+#include "core/process/Environment.h"
+#include "core/process/SystemProcessRunner.h"
+#include "core/process/UserName.h"
 #include "core/schedule/ZoneStretches.h"
-#include "core/support/Environment.h"
-#include "core/support/SystemProcessRunner.h"
-#include "core/support/UserName.h"
 #include "ctl/Command.h"
 
 namespace {

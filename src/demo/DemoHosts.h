@@ -4,10 +4,10 @@
 #include <filesystem>
 #include <vector>
 
-#include "core/support/Environment.h"
-#include "core/support/FileDescriptor.h"
-#include "core/support/Result.h"
-#include "core/support/SystemProcessRunner.h"
+#include "core/base/Result.h"
+#include "core/process/Environment.h"
+#include "core/process/FileDescriptor.h"
+#include "core/process/SystemProcessRunner.h"
 #include "helpers/process/Signals.h"
 
 namespace mirvel::demo {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 #include "demo/NewPages.h"
 #include "ui/support/QtText.h"
 

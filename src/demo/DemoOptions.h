@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "core/mainwindow/Mode.h"
+#include "core/session/Mode.h"
 
 namespace mirvel::demo {
 

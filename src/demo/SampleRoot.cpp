@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/process/UserName.h"
 #include "core/propertylist/Encoding.h"
-#include "core/support/UserName.h"
 #include "demo/HelperToolFile.h"
 #include "demo/SampleText.h"
 
@@ -62,7 +62,7 @@ Error errorOf(const std::error_code& code, const std::string& doing, const fs::p
 
 bool canBeTold(const std::string& path) {
   const auto isControl = [](char character) { return (character >= 0 && character < ' ') || character == '\x7f'; };
-  return plist::isUtf8(path) && std::none_of(path.begin(), path.end(), isControl);
+  return propertylist::isUtf8(path) && std::none_of(path.begin(), path.end(), isControl);
 }
 
 Result<void> makeFolder(const fs::path& folder) {

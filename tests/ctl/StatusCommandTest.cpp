@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "core/catalogue/Kind.h"
-#include "core/support/SystemProcessRunner.h"
+#include "core/process/SystemProcessRunner.h"
 #include "ctl/CommandFixture.h"
 #include "ctl/Json.h"
 #include "helpers/jobhost/EmbeddedHost.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/SystemProcessRunner.h"
+#include "core/process/SystemProcessRunner.h"
 #include "helpers/host/PathWatch.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "support/TestData.h"

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "core/jobfile/Plist.h"
 #include "core/lint/Lint.h"
-#include "core/plist/Plist.h"
 #include "core/propertylist/Reader.h"
 #include "support/TestData.h"
 
@@ -68,7 +68,7 @@ bool isExecutable(const fs::path& file) {
 }
 
 /// The files and folders below the root that must be there for the job to do its work.
-std::vector<fs::path> neededPaths(const launchd::Plist& job, const Roots& roots) {
+std::vector<fs::path> neededPaths(const jobfile::Plist& job, const Roots& roots) {
   std::vector<std::string> texts = job.programArguments.value_or(std::vector<std::string>{});
   for (const auto& watched : {job.watchPaths, job.queueDirectories}) {
     if (watched) texts.insert(texts.end(), watched->begin(), watched->end());
@@ -90,7 +90,7 @@ TEST_F(SampleRootTest, EveryJobIsSoundAndFindsWhatItNeeds) {
   const auto anything = [](const std::string&) { return true; };
   for (const fs::path& file : jobFiles(roots)) {
     SCOPED_TRACE(file);
-    const auto job = launchd::Plist::read(bytes(file));
+    const auto job = jobfile::Plist::read(bytes(file));
     ASSERT_TRUE(job) << job.error().text();
     EXPECT_EQ(job->name, file.stem());
     for (const auto& finding : lint::lint(bytes(file), {.exists = anything}))
@@ -118,13 +118,13 @@ TEST_F(SampleRootTest, StartupItemsAreComplete) {
   for (const fs::path& library : {roots.localLibrary, roots.systemLibrary}) {
     for (const fs::path& item : entries(library / "StartupItems")) {
       EXPECT_TRUE(isExecutable(item / item.filename())) << item;
-      const auto list = plist::read(bytes(item / "StartupParameter.plist"));
+      const auto list = propertylist::read(bytes(item / "StartupParameter.plist"));
       ASSERT_TRUE(list) << list.error().text();
-      const plist::Value value = list->value();
-      const auto* parameters = value.as<plist::Dictionary>();
+      const propertylist::Value value = list->value();
+      const auto* parameters = value.as<propertylist::Dictionary>();
       ASSERT_TRUE(parameters && parameters->find("Description") && parameters->find("Provides")) << item;
       EXPECT_TRUE(parameters->find("Description")->as<std::string>()) << item;
-      const auto* provides = parameters->find("Provides")->as<plist::Array>();
+      const auto* provides = parameters->find("Provides")->as<propertylist::Array>();
       EXPECT_TRUE(provides && !provides->empty()) << item;
     }
   }
@@ -152,7 +152,7 @@ TEST_F(SampleRootTest, AwkwardFolderNamesReachJobsAndLoginItems) {
   for (const auto& [name, inEntry] : rows) {
     const Roots roots = make(name);
     EXPECT_EQ(roots.home, folder() / name / "home");
-    const auto job = launchd::Plist::read(bytes(roots.userLibrary / "LaunchAgents" / "home.inbox.count.plist"));
+    const auto job = jobfile::Plist::read(bytes(roots.userLibrary / "LaunchAgents" / "home.inbox.count.plist"));
     ASSERT_TRUE(job) << job.error().text();
     EXPECT_EQ(job->programArguments->front(), roots.home / "bin" / "count-inbox.sh");
     EXPECT_THAT(bytes(roots.ownAutostart / "journal.desktop"),

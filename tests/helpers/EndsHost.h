@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "helpers/host/Places.h"
+#include "helpers/hostdata/Places.h"
 #include "helpers/jobhost/HostClient.h"
 
 namespace mirvel::testdata {

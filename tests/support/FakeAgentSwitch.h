@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/AgentSwitch.h"
+#include "core/ports/AgentSwitch.h"
 #include "support/VirtualQueue.h"
 
 namespace mirvel::testdata {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/support/Clock.h"
+#include "core/ports/Clock.h"
 
 namespace mirvel::testdata {
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/support/FolderMonitor.h"
+#include "core/ports/FolderMonitor.h"
 
 namespace mirvel::testdata {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/actions/HelperConnection.h"
+#include "core/ports/HelperConnection.h"
 #include "core/propertylist/Reader.h"
 
 namespace mirvel::testdata {
@@ -15,32 +15,32 @@ class FakeHelpers final : public HelperConnections {
  public:
   struct Request {
     bool isPrivileged = false;
-    plist::Dictionary body;
+    propertylist::Dictionary body;
     HelperConnection::Reply reply;
     HelperConnection::Failure failure;
 
-    const plist::Value& at(const std::string& key) const {
-      const plist::Value* value = body.find(key);
+    const propertylist::Value& at(const std::string& key) const {
+      const propertylist::Value* value = body.find(key);
       if (!value) throw std::runtime_error("no " + key);
       return *value;
     }
     std::string text(const std::string& key) const {
-      const plist::Value* value = body.find(key);
+      const propertylist::Value* value = body.find(key);
       const auto* text = value ? value->as<std::string>() : nullptr;
       return text ? *text : "(none)";
     }
-    int kind() const { return static_cast<int>(*at("kind").as<plist::Integer>()->toInt64()); }
+    int kind() const { return static_cast<int>(*at("kind").as<propertylist::Integer>()->toInt64()); }
   };
 
   std::vector<Request> requests = {};
   std::vector<std::string> ended = {};  ///< connections that were invalidated
   /// The content of the job file that was asked for last; empty if none was.
-  plist::Dictionary written() const {
+  propertylist::Dictionary written() const {
     if (requests.empty()) return {};
-    const auto document = plist::read(requests.back().text("string"));
-    const plist::Value value = document ? document->value() : plist::Value(false);
-    const auto* content = value.as<plist::Dictionary>();
-    return content ? *content : plist::Dictionary();
+    const auto document = propertylist::read(requests.back().text("string"));
+    const propertylist::Value value = document ? document->value() : propertylist::Value(false);
+    const auto* content = value.as<propertylist::Dictionary>();
+    return content ? *content : propertylist::Dictionary();
   }
 
   bool canConnect = true;
@@ -63,7 +63,7 @@ class FakeHelpers final : public HelperConnections {
   class Connection final : public HelperConnection {
    public:
     Connection(FakeHelpers& owner, bool isPrivileged) : m_owner(owner), m_isPrivileged(isPrivileged) {}
-    void run(const plist::Dictionary& request, Reply reply, Failure failure) override {
+    void run(const propertylist::Dictionary& request, Reply reply, Failure failure) override {
       m_owner.requests.push_back({m_isPrivileged, request, std::move(reply), std::move(failure)});
       m_owner.whenAsked();
     }

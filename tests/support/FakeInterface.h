@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/support/Interface.h"
+#include "core/ports/Interface.h"
 
 namespace mirvel::testdata {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/ProcessRunner.h"
+#include "core/process/ProcessRunner.h"
 
 namespace mirvel::testdata {
 

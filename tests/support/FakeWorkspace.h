@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Workspace.h"
+#include "core/ports/Workspace.h"
 
 namespace mirvel::testdata {
 

@@ -7,15 +7,15 @@
 namespace mirvel::testdata {
 
 /// A job file with that label and further keys.
-inline std::string jobText(const std::string& label, plist::Dictionary keys = {}) {
+inline std::string jobText(const std::string& label, propertylist::Dictionary keys = {}) {
   keys.set("Label", label);
-  return *plist::writeXml(keys);
+  return *propertylist::writeXml(keys);
 }
 
 /// What a startup item's parameter file says.
-inline std::string startupParameters(plist::Value description, plist::Value provides) {
-  return *plist::writeXml(
-      plist::Dictionary{{"Description", std::move(description)}, {"Provides", std::move(provides)}});
+inline std::string startupParameters(propertylist::Value description, propertylist::Value provides) {
+  return *propertylist::writeXml(
+      propertylist::Dictionary{{"Description", std::move(description)}, {"Provides", std::move(provides)}});
 }
 
 }  // namespace mirvel::testdata

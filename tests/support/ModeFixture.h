@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/catalogue/KindSection.h"
-#include "core/mainwindow/IndexPath.h"
 #include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/JobSections.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 

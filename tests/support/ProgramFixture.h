@@ -47,7 +47,7 @@ class ProgramFixture : public testing::Test {
     std::filesystem::last_write_time(file, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
     return file;
   }
-  std::filesystem::path writeJob(Kind kind, const std::string& label, plist::Dictionary keys = {}) const {
+  std::filesystem::path writeJob(Kind kind, const std::string& label, propertylist::Dictionary keys = {}) const {
     return write(kind, label + ".plist", jobText(label, std::move(keys)));
   }
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Console.h"
+#include "core/ports/Console.h"
 
 namespace mirvel::testdata {
 

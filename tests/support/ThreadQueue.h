@@ -7,7 +7,7 @@
 #include <mutex>
 #include <utility>
 
-#include "core/support/MainQueue.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel::testdata {
 

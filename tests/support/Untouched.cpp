@@ -3,9 +3,9 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "core/support/Commands.h"
-#include "core/support/Environment.h"
-#include "core/support/SystemProcessRunner.h"
+#include "core/process/Commands.h"
+#include "core/process/Environment.h"
+#include "core/process/SystemProcessRunner.h"
 #include "support/TestData.h"
 
 namespace mirvel::testdata {

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "core/support/MainQueue.h"
-#include "core/support/WorkQueue.h"
+#include "core/base/ThreadWorkQueue.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel::testdata {
 

@@ -16,11 +16,11 @@ std::string resolvedPath(const URL& url) {
   return failure ? url.text() : resolved.native();
 }
 
-void setIfPresent(plist::Dictionary& dictionary, std::string_view key, const std::optional<URL>& url) {
+void setIfPresent(propertylist::Dictionary& dictionary, std::string_view key, const std::optional<URL>& url) {
   if (url) dictionary.set(key, url->text());
 }
 
-void setIfPresent(plist::Dictionary& dictionary, std::string_view key, const std::optional<std::string>& text) {
+void setIfPresent(propertylist::Dictionary& dictionary, std::string_view key, const std::optional<std::string>& text) {
   if (text) dictionary.set(key, *text);
 }
 
@@ -70,19 +70,19 @@ Action::Shared Action::log(std::map<std::string, std::string> query) {
   return action;
 }
 
-plist::Dictionary Action::dictionary(const std::optional<std::string>& authData) const {
-  plist::Dictionary request{
+propertylist::Dictionary Action::dictionary(const std::optional<std::string>& authData) const {
+  propertylist::Dictionary request{
       {"kind", static_cast<int>(kind)}, {"presentError", presentError}, {"privileged", privileged}};
   if (url) request.set("path", resolvedPath(*url));
   setIfPresent(request, "deletePath", deleteURL);
   setIfPresent(request, "testPath", testURL);
   setIfPresent(request, "testOutputPath", testOutputURL);
   setIfPresent(request, "string", string);
-  if (authData) request.set("authData", plist::Data{*authData});
+  if (authData) request.set("authData", propertylist::Data{*authData});
   if (label && !label->empty()) request.set("label", *label);  // an empty one could mean all jobs of a domain
   if (mode) request.set("mode", *mode);
   if (logQuery) {
-    plist::Dictionary query;
+    propertylist::Dictionary query;
     for (const auto& [key, value] : *logQuery) query.set(key, value);
     request.set("logQuery", std::move(query));
   }

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "core/files/URL.h"
 #include "core/propertylist/Value.h"
-#include "core/support/URL.h"
 
 namespace mirvel {
 
@@ -56,7 +56,7 @@ class Action {
 
   /// The request as it goes over the wire, with the authorisation if there is one. The path of `url` is that of the
   /// file that links lead to.
-  plist::Dictionary dictionary(const std::optional<std::string>& authData) const;
+  propertylist::Dictionary dictionary(const std::optional<std::string>& authData) const;
 };
 
 }  // namespace mirvel

@@ -5,25 +5,25 @@
 #include "core/actions/HelperErrors.h"
 #include "core/actions/LabelConflict.h"
 #include "core/app/Program.h"
+#include "core/base/Const.h"
 #include "core/catalogue/LoginItem.h"
 #include "core/propertylist/Encoding.h"
-#include "core/support/Const.h"
 
 namespace mirvel {
 
 namespace {
 
 /// What is wrong with a reply, as `presentHelperError` takes it; none if it is what was asked for.
-std::optional<plist::Dictionary> faultIn(const plist::Dictionary& reply, const Action& action) {
-  if (const plist::Value* const error = reply.find("error")) {
-    const auto* details = error->as<plist::Dictionary>();
-    return details ? *details : plist::Dictionary();
+std::optional<propertylist::Dictionary> faultIn(const propertylist::Dictionary& reply, const Action& action) {
+  if (const propertylist::Value* const error = reply.find("error")) {
+    const auto* details = error->as<propertylist::Dictionary>();
+    return details ? *details : propertylist::Dictionary();
   }
-  const plist::Value* const output = reply.find("test");
-  const plist::Value* const lines = reply.find("logQuery");
+  const propertylist::Value* const output = reply.find("test");
+  const propertylist::Value* const lines = reply.find("logQuery");
   const bool isMalformed = (action.kind == Action::Kind::test && !(output && output->as<std::string>())) ||
-                           (action.kind == Action::Kind::log && !(lines && lines->as<plist::Array>()));
-  return isMalformed ? std::optional(plist::Dictionary()) : std::nullopt;
+                           (action.kind == Action::Kind::log && !(lines && lines->as<propertylist::Array>()));
+  return isMalformed ? std::optional(propertylist::Dictionary()) : std::nullopt;
 }
 
 }  // namespace
@@ -65,7 +65,8 @@ bool ActionController::sendPrivileged(const Action::Shared& action) {
 
 void ActionController::run(HelperLink& link, const Action::Shared& action) {
   link.run(
-      action->dictionary(m_authData), [this, action](const plist::Dictionary& reply) { replied(reply, *action); },
+      action->dictionary(m_authData),
+      [this, action](const propertylist::Dictionary& reply) { replied(reply, *action); },
       [this, action](const Error& error, bool isTold) { return requestFailed(error, isTold, *action); });
 }
 
@@ -110,7 +111,7 @@ void ActionController::endPrivilegedConnection() {
   Action quit(Action::Kind::quitHelper);
   quit.privileged = true;
   m_privileged.connection()->run(
-      quit.dictionary(m_authData), [](const plist::Dictionary&) {}, [](const Error&) {});
+      quit.dictionary(m_authData), [](const propertylist::Dictionary&) {}, [](const Error&) {});
   m_privileged.close(Error{.code = Error::Code::Io, .message = "the helper was ended"});
   m_authData.reset();
   m_program.shell.endPrivilegedConnection = nullptr;
@@ -128,7 +129,7 @@ bool ActionController::requestFailed(const Error& error, bool isTold, const Acti
   return tells;
 }
 
-void ActionController::replied(const plist::Dictionary& reply, const Action& action) {
+void ActionController::replied(const propertylist::Dictionary& reply, const Action& action) {
   if (const auto fault = faultIn(reply, action)) {
     if (action.presentError) presentHelperError(*fault, m_program.foundation.localize, m_program.platform.interface);
     if (action.kind == Action::Kind::log) clearLog();
@@ -138,7 +139,7 @@ void ActionController::replied(const plist::Dictionary& reply, const Action& act
   if (action.kind == Action::Kind::test) {
     if (shell.test) shell.test->testFinished(*reply.find("test")->as<std::string>());
   } else if (action.kind == Action::Kind::log) {
-    if (shell.log) shell.log->logReplyReceived(*reply.find("logQuery")->as<plist::Array>());
+    if (shell.log) shell.log->logReplyReceived(*reply.find("logQuery")->as<propertylist::Array>());
   } else if (action.cleanUp) {
     endedWell(action);
   }
@@ -205,7 +206,7 @@ void ActionController::uninstallInternalHelpers() {
 
 /// Requests and revisions name a file by text. The user is told if it has a name that is none.
 bool ActionController::canBeNamed(const URL& url) {
-  if (plist::isUtf8(url.text())) return true;
+  if (propertylist::isUtf8(url.text())) return true;
   m_program.platform.interface.present(Error{.code = Error::Code::BadArgument,
                                              .message = "the file's name isn't valid UTF-8; rename the file first",
                                              .file = url.text()});

@@ -7,14 +7,14 @@
 #include <vector>
 
 #include "core/actions/Action.h"
-#include "core/actions/HelperConnection.h"
 #include "core/actions/HelperLink.h"
 #include "core/actions/MoveJournal.h"
 #include "core/actions/MoveTarget.h"
+#include "core/base/Claims.h"
+#include "core/base/Signal.h"
 #include "core/catalogue/Job.h"
-#include "core/support/Claims.h"
-#include "core/support/Delay.h"
-#include "core/support/Signal.h"
+#include "core/ports/HelperConnection.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel {
 
@@ -73,7 +73,7 @@ class ActionController {
   void connected(HelperConnections::Privileged answer);
   void answerAuthorisation(bool isGranted);
   void endPrivilegedConnection();
-  void replied(const plist::Dictionary& reply, const Action& action);
+  void replied(const propertylist::Dictionary& reply, const Action& action);
   bool requestFailed(const Error& error, bool isTold, const Action& action);
   static void end(const Action& action, bool isDone);
   void endedWell(const Action& action);

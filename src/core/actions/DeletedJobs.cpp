@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "core/actions/JobOnDisk.h"
+#include "core/base/Uuid.h"
 #include "core/catalogue/JobFolder.h"
-#include "core/support/ReadFile.h"
-#include "core/support/Uuid.h"
+#include "core/files/ReadFile.h"
 
 namespace mirvel {
 
@@ -18,16 +18,16 @@ constexpr const char* dateKey = "Date";
 constexpr const char* contentsKey = "Contents";
 constexpr const char* modeKey = "Mode";
 
-std::optional<DeletedJob> decode(const std::string& id, const plist::Value& value) {
-  const auto* const fields = value.as<plist::Dictionary>();
+std::optional<DeletedJob> decode(const std::string& id, const propertylist::Value& value) {
+  const auto* const fields = value.as<propertylist::Dictionary>();
   if (!fields) return std::nullopt;
   const auto* const name = entry<std::string>(*fields, nameKey);
   const auto* const path = entry<std::string>(*fields, pathKey);
-  const auto* const number = entry<plist::Integer>(*fields, kindKey);
+  const auto* const number = entry<propertylist::Integer>(*fields, kindKey);
   const auto* const date = entry<double>(*fields, dateKey);
-  const auto* const contents = entry<plist::Data>(*fields, contentsKey);
+  const auto* const contents = entry<propertylist::Data>(*fields, contentsKey);
   if (!name || !path || !number || !date || !contents) return std::nullopt;
-  const auto* const mode = entry<plist::Integer>(*fields, modeKey);
+  const auto* const mode = entry<propertylist::Integer>(*fields, modeKey);
   const auto kind = Kind::fromRawValue(static_cast<int>(number->toInt64().value_or(-1)));
   if (!kind || !DeletedJobs::canKeep(*kind)) return std::nullopt;
   return DeletedJob{.id = id,
@@ -39,12 +39,12 @@ std::optional<DeletedJob> decode(const std::string& id, const plist::Value& valu
                     .mode = mode ? std::optional(static_cast<int>(mode->toInt64().value_or(0) & 0777)) : std::nullopt};
 }
 
-plist::Value encode(const DeletedJob& job) {
-  plist::Dictionary fields{{nameKey, job.name},
-                           {pathKey, job.url.text()},
-                           {kindKey, job.kind.rawValue()},
-                           {dateKey, job.deletedAt},
-                           {contentsKey, plist::Data{job.bytes}}};
+propertylist::Value encode(const DeletedJob& job) {
+  propertylist::Dictionary fields{{nameKey, job.name},
+                                  {pathKey, job.url.text()},
+                                  {kindKey, job.kind.rawValue()},
+                                  {dateKey, job.deletedAt},
+                                  {contentsKey, propertylist::Data{job.bytes}}};
   if (job.mode) fields.set(modeKey, *job.mode);
   return fields;
 }
@@ -115,7 +115,7 @@ std::vector<DeletedJob> DeletedJobs::jobs() const {
 }
 
 std::optional<DeletedJob> DeletedJobs::job(const std::string& id) const {
-  const plist::Value* const value = m_claimed.isClaimed(id) ? nullptr : m_store.find(id);
+  const propertylist::Value* const value = m_claimed.isClaimed(id) ? nullptr : m_store.find(id);
   return value ? decode(id, *value) : std::nullopt;
 }
 

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "core/base/Claims.h"
+#include "core/base/Result.h"
 #include "core/catalogue/Job.h"
-#include "core/support/Claims.h"
-#include "core/support/Clock.h"
-#include "core/support/Result.h"
-#include "core/support/Store.h"
+#include "core/ports/Clock.h"
+#include "core/settings/Store.h"
 
 namespace mirvel {
 

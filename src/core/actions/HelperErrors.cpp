@@ -3,11 +3,10 @@
 #include <cerrno>
 #include <string>
 
-#include "core/actions/ActionError.h"
 #include "core/actions/HelperFailure.h"
-#include "core/support/Bidirectional.h"
-#include "core/support/Interface.h"
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
+#include "core/ports/Interface.h"
+#include "core/text/Bidirectional.h"
 
 namespace mirvel {
 
@@ -15,7 +14,7 @@ namespace {
 
 using Deed = HelperFailure::Deed;
 
-std::string unknownError(const plist::Integer& code, const Localize& localize) {
+std::string unknownError(const propertylist::Integer& code, const Localize& localize) {
   return bidirectionalString({localize.anUnknownErrorOccurred(), '(' + code.text() + ')'}, " ",
                              localize.isRightToLeft());
 }
@@ -115,13 +114,13 @@ void present(const HelperFailure& failure, const std::string& unknown, const Loc
 
 }  // namespace
 
-void presentHelperError(const plist::Dictionary& error, const Localize& localize, Interface& interface) {
+void presentHelperError(const propertylist::Dictionary& error, const Localize& localize, Interface& interface) {
   const auto string = [&error](std::string_view key) {
-    const plist::Value* const value = error.find(key);
+    const propertylist::Value* const value = error.find(key);
     return value ? value->as<std::string>() : nullptr;
   };
-  const plist::Value* const codeValue = error.find("code");
-  const auto* integer = codeValue ? codeValue->as<plist::Integer>() : nullptr;
+  const propertylist::Value* const codeValue = error.find("code");
+  const auto* integer = codeValue ? codeValue->as<propertylist::Integer>() : nullptr;
   const std::string* const domain = string("domain");
   if (!domain || !integer) return interface.error(localize.anUnknownErrorOccurred(), localize.pleaseTryAgain());
 

@@ -3,8 +3,6 @@
 #include <cerrno>
 #include <string>
 
-#include "core/actions/ActionError.h"
-
 namespace mirvel {
 
 namespace {
@@ -13,19 +11,19 @@ constexpr std::string_view deedKey = "deed", causeKey = "cause", systemKey = "er
                            lineKey = "line", columnKey = "column", placeKey = "keyPath", detailKey = "detail",
                            writtenKey = "isWritten";
 
-std::optional<std::int64_t> numberIn(const plist::Dictionary& error, std::string_view key) {
-  const plist::Value* const value = error.find(key);
-  const auto* const number = value ? value->as<plist::Integer>() : nullptr;
+std::optional<std::int64_t> numberIn(const propertylist::Dictionary& error, std::string_view key) {
+  const propertylist::Value* const value = error.find(key);
+  const auto* const number = value ? value->as<propertylist::Integer>() : nullptr;
   return number ? number->toInt64() : std::nullopt;
 }
 
-std::string textIn(const plist::Dictionary& error, std::string_view key) {
-  const plist::Value* const value = error.find(key);
+std::string textIn(const propertylist::Dictionary& error, std::string_view key) {
+  const propertylist::Value* const value = error.find(key);
   const auto* const text = value ? value->as<std::string>() : nullptr;
   return text ? *text : std::string();
 }
 
-std::size_t countIn(const plist::Dictionary& error, std::string_view key) {
+std::size_t countIn(const propertylist::Dictionary& error, std::string_view key) {
   const auto number = numberIn(error, key).value_or(0);
   return number > 0 ? static_cast<std::size_t>(number) : 0;
 }
@@ -58,11 +56,11 @@ bool HelperFailure::isMatterOfName() const {
   }
 }
 
-plist::Dictionary HelperFailure::dictionary() const {
+propertylist::Dictionary HelperFailure::dictionary() const {
   const auto action = actionCodeOf(*this);
   // Codes of our own are never 0, which would mean that there is no error.
   const int code = action ? static_cast<int>(*action) : static_cast<int>(cause.code) + 1;
-  plist::Dictionary result{
+  propertylist::Dictionary result{
       {"domain", action ? actionErrorDomain : helperErrorDomain}, {"code", code}, {"description", cause.text()}};
   result.set(deedKey, static_cast<int>(deed));
   result.set(causeKey, static_cast<int>(cause.code));
@@ -76,11 +74,11 @@ plist::Dictionary HelperFailure::dictionary() const {
   return result;
 }
 
-std::optional<HelperFailure> HelperFailure::from(const plist::Dictionary& error) {
+std::optional<HelperFailure> HelperFailure::from(const propertylist::Dictionary& error) {
   const auto deed = numberIn(error, deedKey), cause = numberIn(error, causeKey);
   if (!deed || *deed < 0 || *deed > static_cast<int>(Deed::Log)) return std::nullopt;
   if (!cause || *cause < 0 || *cause > static_cast<int>(Error::Code::StillRunning)) return std::nullopt;
-  const plist::Value* const written = error.find(writtenKey);
+  const propertylist::Value* const written = error.find(writtenKey);
   const bool* const isWritten = written ? written->as<bool>() : nullptr;
   return HelperFailure{.deed = static_cast<Deed>(*deed),
                        .cause = {.code = static_cast<Error::Code>(*cause),

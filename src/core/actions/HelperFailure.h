@@ -2,10 +2,18 @@
 
 #include <optional>
 
+#include "core/base/Error.h"
 #include "core/propertylist/Value.h"
-#include "core/support/Error.h"
 
 namespace mirvel {
+
+/// The domain of the errors whose code alone tells the application what to say.
+inline constexpr const char* actionErrorDomain = "MirvelActionErrorDomain";
+
+enum class ActionErrorCode { NotConnected = 1, NotChanged = 4, NotChangedTryNewName = 5, NoLog = 7 };
+
+/// The domain of all others, whose code is that of the cause. See `HelperFailure`.
+inline constexpr const char* helperErrorDomain = "MirvelHelperErrorDomain";
 
 /// What a helper couldn't do, and why. It goes over the wire in its parts, of which the application makes sentences in
 /// the user's language.
@@ -18,9 +26,9 @@ struct HelperFailure {
   bool isWritten = false;  ///< the job's file stands as was asked, and what followed failed
 
   /// The dictionary under "error". Files that can't be written or deleted, and the log, have the domain of actions.
-  plist::Dictionary dictionary() const;
+  propertylist::Dictionary dictionary() const;
   /// None if it doesn't hold one.
-  static std::optional<HelperFailure> from(const plist::Dictionary& error);
+  static std::optional<HelperFailure> from(const propertylist::Dictionary& error);
   /// Whether another name of the file may help.
   bool isMatterOfName() const;
 };

@@ -4,10 +4,10 @@
 
 namespace mirvel {
 
-void HelperLink::run(const plist::Dictionary& request, Reply reply, Failure failure) {
+void HelperLink::run(const propertylist::Dictionary& request, Reply reply, Failure failure) {
   const std::int64_t id = ++m_lastId;
   m_waiting.emplace(id, Waiting{std::move(reply), std::move(failure)});
-  m_connection->run(request, m_delay.whileOwned([this, id](const plist::Dictionary& answer) {
+  m_connection->run(request, m_delay.whileOwned([this, id](const propertylist::Dictionary& answer) {
     if (const auto waiting = m_waiting.extract(id)) waiting.mapped().reply(answer);
   }),
                     m_delay.whileOwned([this, id](const Error& why) {

@@ -5,8 +5,8 @@
 #include <map>
 #include <memory>
 
-#include "core/actions/HelperConnection.h"
-#include "core/support/Delay.h"
+#include "core/ports/HelperConnection.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel {
 
@@ -27,7 +27,7 @@ class HelperLink {
   HelperConnection* connection() const { return m_connection.get(); }
 
   /// Sends a request. Only while the link is open.
-  void run(const plist::Dictionary& request, Reply reply, Failure failure);
+  void run(const propertylist::Dictionary& request, Reply reply, Failure failure);
   /// Ends the connection. What still waits fails, without the user being told.
   void close(const Error& why) { breakOff(why, true); }
 

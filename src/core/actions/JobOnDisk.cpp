@@ -6,9 +6,9 @@
 #include <system_error>
 
 #include "core/catalogue/JobFolder.h"
+#include "core/files/ReadFile.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Value.h"
-#include "core/support/ReadFile.h"
 
 namespace mirvel {
 
@@ -16,13 +16,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::optional<plist::Dictionary> jobDictionary(const URL& url) {
+std::optional<propertylist::Dictionary> jobDictionary(const URL& url) {
   const auto bytes = jobBytes(url);
   if (!bytes) return std::nullopt;
-  const auto document = plist::read(*bytes);
+  const auto document = propertylist::read(*bytes);
   if (!document) return std::nullopt;
-  plist::Value value = document->value();
-  auto* dictionary = value.as<plist::Dictionary>();
+  propertylist::Value value = document->value();
+  auto* dictionary = value.as<propertylist::Dictionary>();
   return dictionary ? std::optional(std::move(*dictionary)) : std::nullopt;
 }
 
@@ -35,14 +35,14 @@ std::optional<std::string> jobBytes(const URL& url) {
 
 std::optional<std::string> jobLabel(const URL& url) {
   const auto job = jobDictionary(url);
-  const plist::Value* const label = job ? job->find("Label") : nullptr;
+  const propertylist::Value* const label = job ? job->find("Label") : nullptr;
   const auto* text = label ? label->as<std::string>() : nullptr;
   return text ? std::optional(*text) : std::nullopt;
 }
 
 bool isEnabledOnDisk(const URL& url) {
   const auto job = jobDictionary(url);
-  const plist::Value* const disabled = job ? job->find("Disabled") : nullptr;
+  const propertylist::Value* const disabled = job ? job->find("Disabled") : nullptr;
   const bool* const isDisabled = disabled ? disabled->as<bool>() : nullptr;
   return job && !(isDisabled && *isDisabled);
 }

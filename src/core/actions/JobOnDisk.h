@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "core/support/URL.h"
+#include "core/files/URL.h"
 
 namespace mirvel {
 

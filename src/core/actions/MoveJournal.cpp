@@ -16,8 +16,8 @@ constexpr const char* rootsKey = "Root";
 constexpr const char* labelKey = "Label";
 constexpr const char* checksumKey = "Checksum";
 
-std::optional<MoveJournal::Move> moveOf(const std::string& users, const plist::Value& value) {
-  const auto* const fields = value.as<plist::Dictionary>();
+std::optional<MoveJournal::Move> moveOf(const std::string& users, const propertylist::Value& value) {
+  const auto* const fields = value.as<propertylist::Dictionary>();
   if (!fields) return std::nullopt;
   const auto* const roots = entry<std::string>(*fields, rootsKey);
   const auto* const label = entry<std::string>(*fields, labelKey);
@@ -41,7 +41,8 @@ MoveJournal::MoveJournal(const fs::path& folder, StoreTroubles& troubles)
 Result<void> MoveJournal::begin(const Move& move) {
   const std::string key = move.users.text();
   auto noted = m_store.set(
-      key, plist::Dictionary{{rootsKey, move.roots.text()}, {labelKey, move.label}, {checksumKey, move.checksum}});
+      key,
+      propertylist::Dictionary{{rootsKey, move.roots.text()}, {labelKey, move.label}, {checksumKey, move.checksum}});
   if (!noted) m_store.put(key, std::nullopt);  // or a later one would be noted with it
   return noted;
 }

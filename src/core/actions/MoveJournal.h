@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Result.h"
-#include "core/support/Store.h"
-#include "core/support/URL.h"
+#include "core/base/Result.h"
+#include "core/files/URL.h"
+#include "core/settings/Store.h"
 
 namespace mirvel {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "core/support/Uuid.h"
+#include "core/base/Uuid.h"
 
 namespace mirvel {
 

@@ -4,10 +4,10 @@
 #include <functional>
 #include <optional>
 
+#include "core/base/Result.h"
 #include "core/catalogue/Kind.h"
-#include "core/support/Result.h"
-#include "core/support/Roots.h"
-#include "core/support/URL.h"
+#include "core/files/Roots.h"
+#include "core/files/URL.h"
 
 namespace mirvel {
 

@@ -9,16 +9,18 @@ namespace mirvel {
 namespace {
 
 /// The value as an array of dictionaries; empty if it is anything else.
-plist::Array revisionsIn(const plist::Value* value) {
-  const auto* array = value ? value->as<plist::Array>() : nullptr;
-  const auto isRevision = [](const plist::Value& entry) { return entry.as<plist::Dictionary>() != nullptr; };
-  return array && std::all_of(array->begin(), array->end(), isRevision) ? *array : plist::Array();
+propertylist::Array revisionsIn(const propertylist::Value* value) {
+  const auto* array = value ? value->as<propertylist::Array>() : nullptr;
+  const auto isRevision = [](const propertylist::Value& entry) {
+    return entry.as<propertylist::Dictionary>() != nullptr;
+  };
+  return array && std::all_of(array->begin(), array->end(), isRevision) ? *array : propertylist::Array();
 }
 
 /// 0 if it has none.
-double dateOf(const plist::Value& revision) {
-  const auto* const dictionary = revision.as<plist::Dictionary>();
-  const plist::Value* const date = dictionary ? dictionary->find(RevisionController::dateKey) : nullptr;
+double dateOf(const propertylist::Value& revision) {
+  const auto* const dictionary = revision.as<propertylist::Dictionary>();
+  const propertylist::Value* const date = dictionary ? dictionary->find(RevisionController::dateKey) : nullptr;
   const auto* const seconds = date ? date->as<double>() : nullptr;
   return seconds ? *seconds : 0;
 }
@@ -33,9 +35,9 @@ RevisionController::RevisionController(const std::filesystem::path& folder, cons
 
 void RevisionController::saveRevision(const Launchd& job) {
   const std::string key = storeKey(job.url);
-  plist::Array kept = revisionsIn(m_store.find(key));
+  propertylist::Array kept = revisionsIn(m_store.find(key));
   if (auto content = job.plistDictionary()) {
-    plist::Dictionary revision{{dateKey, m_clock.secondsSince1970()}, {plistKey, *std::move(content)}};
+    propertylist::Dictionary revision{{dateKey, m_clock.secondsSince1970()}, {plistKey, *std::move(content)}};
     kept.insert(kept.begin(), std::move(revision));
   }
   const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(m_defaults.numberOfSavedRevisions(), 0));
@@ -52,9 +54,9 @@ void RevisionController::clearRevisions() {
 }
 
 void RevisionController::jobMoved(const URL& from, const URL& to) {
-  plist::Array moved = revisionsIn(m_store.find(storeKey(from)));
+  propertylist::Array moved = revisionsIn(m_store.find(storeKey(from)));
   if (moved.empty()) return;
-  const plist::Array there = revisionsIn(m_store.find(storeKey(to)));
+  const propertylist::Array there = revisionsIn(m_store.find(storeKey(to)));
   moved.insert(moved.end(), there.begin(), there.end());
   std::stable_sort(moved.begin(), moved.end(), [](const auto& a, const auto& b) { return dateOf(a) > dateOf(b); });
   m_store.put(storeKey(to), std::move(moved));

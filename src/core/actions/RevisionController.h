@@ -2,11 +2,11 @@
 
 #include <filesystem>
 
+#include "core/files/URL.h"
+#include "core/ports/Clock.h"
 #include "core/propertylist/Value.h"
-#include "core/support/Clock.h"
-#include "core/support/Defaults.h"
-#include "core/support/Store.h"
-#include "core/support/URL.h"
+#include "core/settings/Defaults.h"
+#include "core/settings/Store.h"
 
 namespace mirvel {
 
@@ -25,7 +25,7 @@ class RevisionController {
                      StoreTroubles& troubles);
 
   /// An array of revisions under each path. Valid until the next call.
-  const plist::Dictionary& revisions() const { return m_store.contents(); }
+  const propertylist::Dictionary& revisions() const { return m_store.contents(); }
   /// Keeps what the job holds now, and drops the oldest beyond `Defaults::numberOfSavedRevisions`. A store that can't
   /// be written keeps it until the program ends.
   void saveRevision(const Launchd& job);

@@ -18,7 +18,7 @@ void ActionController::save(const std::shared_ptr<Launchd>& job, const Ended& en
     m_program.platform.interface.saveError();
     return refuse();
   }
-  launchd::Plist named = job->plist().clone();
+  jobfile::Plist named = job->plist().clone();
   named.fillEmptyLabel();
   if (const auto other = conflictingJob(*job, named.name, m_program.state.jobs)) {
     return askAboutLabel(job, *other, named.name, ended);
@@ -53,7 +53,7 @@ void ActionController::disable(Program& program, const std::shared_ptr<Launchd>&
 }
 
 void ActionController::startSave(const std::shared_ptr<Launchd>& job, const Ended& ended) {
-  launchd::Plist before = job->plist().clone();
+  jobfile::Plist before = job->plist().clone();
   const auto giveUp = [&] {
     job->plist() = std::move(before);
     if (job->isNewFile) deselect(job);

@@ -2,15 +2,15 @@
 
 #include <utility>
 
+#include "core/actions/CommentedFile.h"
 #include "core/actions/JobOnDisk.h"
 #include "core/app/Program.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/Launchd.h"
-#include "core/editor/CommentedFile.h"
 
 namespace mirvel {
 
-SaveRun::SaveRun(Program& program, std::shared_ptr<Launchd> job, launchd::Plist before, SavePlan plan, Ended ended)
+SaveRun::SaveRun(Program& program, std::shared_ptr<Launchd> job, jobfile::Plist before, SavePlan plan, Ended ended)
     : m_program(program),
       m_job(std::move(job)),
       m_before(std::move(before)),

@@ -5,9 +5,9 @@
 #include <optional>
 
 #include "core/actions/SavePlan.h"
-#include "core/app/Busy.h"
-#include "core/plist/Plist.h"
-#include "core/support/Claims.h"
+#include "core/base/Claims.h"
+#include "core/jobfile/Plist.h"
+#include "core/session/Busy.h"
 
 namespace mirvel {
 
@@ -24,7 +24,7 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
   using Ended = std::function<void(bool isWritten)>;
 
   /// The record is ready to be written; `before` is what it becomes again if the save fails.
-  SaveRun(Program& program, std::shared_ptr<Launchd> job, launchd::Plist before, SavePlan plan, Ended ended);
+  SaveRun(Program& program, std::shared_ptr<Launchd> job, jobfile::Plist before, SavePlan plan, Ended ended);
 
   /// Asks for the password, if one is needed, before anything else.
   void start();
@@ -54,7 +54,7 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
 
   Program& m_program;
   const std::shared_ptr<Launchd> m_job;
-  launchd::Plist m_before;
+  jobfile::Plist m_before;
   SavePlan m_plan;
   Ended m_ended;
   Busy::Token m_saving;

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "core/app/Program.h"
-#include "core/support/Const.h"
-#include "core/support/Digest.h"
+#include "core/base/Const.h"
+#include "core/text/Digest.h"
 
 namespace mirvel {
 

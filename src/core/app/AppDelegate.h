@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Delay.h"
-#include "core/support/FolderMonitor.h"
-#include "core/support/Limit.h"
-#include "core/support/Signal.h"
-#include "core/support/URL.h"
+#include "core/base/Signal.h"
+#include "core/files/URL.h"
+#include "core/ports/FolderMonitor.h"
+#include "core/ports/Limit.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel {
 

@@ -37,15 +37,15 @@ void HostStart::start() {
   m_connection = helpers->connectToAction();
   if (!m_connection) return ended(m_program.foundation.localize.couldNotEstablishCommunicationWithHelperTool());
   m_connection->run(Action(Action::Kind::startHost).dictionary({}),
-                    m_delay.whileOwned([this](const plist::Dictionary& reply) { replied(reply); }),
+                    m_delay.whileOwned([this](const propertylist::Dictionary& reply) { replied(reply); }),
                     m_delay.whileOwned([this](const Error& error) { ended(error.text()); }));
 }
 
-void HostStart::replied(const plist::Dictionary& reply) {
-  const plist::Value* const error = reply.find("error");
+void HostStart::replied(const propertylist::Dictionary& reply) {
+  const propertylist::Value* const error = reply.find("error");
   if (!error) return ended(std::nullopt);
-  const auto* const details = error->as<plist::Dictionary>();
-  const plist::Value* const description = details ? details->find("description") : nullptr;
+  const auto* const details = error->as<propertylist::Dictionary>();
+  const propertylist::Value* const description = details ? details->find("description") : nullptr;
   const auto* const text = description ? description->as<std::string>() : nullptr;
   ended(text ? *text : m_program.foundation.localize.anUnknownErrorOccurred());
 }

@@ -4,11 +4,11 @@
 #include <optional>
 #include <string>
 
-#include "core/actions/HelperConnection.h"
+#include "core/base/Signal.h"
 #include "core/catalogue/Job.h"
-#include "core/support/Delay.h"
-#include "core/support/Limit.h"
-#include "core/support/Signal.h"
+#include "core/ports/HelperConnection.h"
+#include "core/ports/Limit.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel {
 
@@ -35,7 +35,7 @@ class HostStart {
   static bool isRunByHost(const Job& job);
   void startIfNeeded();
   void start();
-  void replied(const plist::Dictionary& reply);
+  void replied(const propertylist::Dictionary& reply);
   void ended(std::optional<std::string> failure);
 
   Program& m_program;

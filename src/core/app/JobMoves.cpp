@@ -56,8 +56,8 @@ void JobMoves::jobMoved(const URL& from, const URL& to) {
   m_notes.jobMoved(from, to);
   m_revisions.jobMoved(from, to);
   moveIcon(from, to);
-  if (const plist::Value* const label = m_labels.find(storeKey(from))) {
-    m_labels.put(storeKey(to), plist::Value(*label));
+  if (const propertylist::Value* const label = m_labels.find(storeKey(from))) {
+    m_labels.put(storeKey(to), propertylist::Value(*label));
     (void)m_labels.set(storeKey(from), std::nullopt);  // the store reports what fails
   }
 }
@@ -76,7 +76,7 @@ void JobMoves::moveIcon(const URL& from, const URL& to) {
 }
 
 void JobMoves::follow(const Jobs& oldJobs, const Jobs& jobs) {
-  const plist::Dictionary labels = m_labels.contents();
+  const propertylist::Dictionary labels = m_labels.contents();
   if (labels.empty()) return;
   const auto byLabel = jobsByLabel(jobs);
   for (const auto& [path, value] : labels) {
@@ -92,16 +92,16 @@ void JobMoves::follow(const Jobs& oldJobs, const Jobs& jobs) {
 }
 
 void JobMoves::remember(const Jobs& jobs) {
-  const plist::Dictionary& notes = m_notes.notes();
-  const plist::Dictionary& revisions = m_revisions.revisions();
-  const plist::Dictionary& labels = m_labels.contents();
+  const propertylist::Dictionary& notes = m_notes.notes();
+  const propertylist::Dictionary& revisions = m_revisions.revisions();
+  const propertylist::Dictionary& labels = m_labels.contents();
   std::map<std::string, std::string> isNew;
   for (const auto& job : jobs) {
     if (!job->kind.isLaunchd()) continue;
     std::string key = storeKey(job->url);
     if (!job->customIcon && !notes.find(key) && !revisions.find(key)) continue;
-    const plist::Value* const known = labels.find(key);
-    if (!known || *known != plist::Value(job->name)) isNew.emplace(std::move(key), job->name);
+    const propertylist::Value* const known = labels.find(key);
+    if (!known || *known != propertylist::Value(job->name)) isNew.emplace(std::move(key), job->name);
   }
   if (isNew.empty()) return;
   for (auto& [key, label] : isNew) m_labels.put(key, std::move(label));
@@ -110,8 +110,8 @@ void JobMoves::remember(const Jobs& jobs) {
 
 void JobMoves::remember(const Job& job) {
   if (!job.kind.isLaunchd()) return;
-  const plist::Value* const known = m_labels.find(storeKey(job.url));
-  if (!known || *known != plist::Value(job.name)) (void)m_labels.set(storeKey(job.url), job.name);
+  const propertylist::Value* const known = m_labels.find(storeKey(job.url));
+  if (!known || *known != propertylist::Value(job.name)) (void)m_labels.set(storeKey(job.url), job.name);
 }
 
 std::shared_ptr<Job> findMoved(const Job& job, const Jobs& oldJobs, const Jobs& newJobs) {

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "core/app/AppState.h"
-#include "core/support/Signal.h"
-#include "core/support/Store.h"
+#include "core/base/Signal.h"
+#include "core/session/AppState.h"
+#include "core/settings/Store.h"
 
 namespace mirvel {
 

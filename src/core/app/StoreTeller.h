@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/support/Console.h"
-#include "core/support/Delay.h"
-#include "core/support/Interface.h"
-#include "core/support/StoreTroubles.h"
+#include "core/ports/Console.h"
+#include "core/ports/Interface.h"
+#include "core/ports/MainQueue.h"
+#include "core/settings/Store.h"
 
 namespace mirvel {
 

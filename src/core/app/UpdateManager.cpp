@@ -4,9 +4,9 @@
 #include <cstdint>
 
 #include "core/app/Program.h"
+#include "core/base/Const.h"
 #include "core/propertylist/Reader.h"
-#include "core/support/Const.h"
-#include "core/support/Decimal.h"
+#include "core/text/Digits.h"
 
 namespace mirvel {
 
@@ -22,14 +22,14 @@ Error badFeed() {
 }
 
 Result<Release> releaseIn(const std::string& feed, std::string_view app) {
-  const auto document = plist::read(feed);
+  const auto document = propertylist::read(feed);
   if (!document) return document.error();
-  const plist::Value value = document->value();
-  const auto* const apps = value.as<plist::Dictionary>();
-  const plist::Value* const entry = apps ? apps->find(app) : nullptr;
-  const auto* const release = entry ? entry->as<plist::Dictionary>() : nullptr;
-  const plist::Value* const version = release ? release->find("Version") : nullptr;
-  const plist::Value* const address = release ? release->find("URL") : nullptr;
+  const propertylist::Value value = document->value();
+  const auto* const apps = value.as<propertylist::Dictionary>();
+  const propertylist::Value* const entry = apps ? apps->find(app) : nullptr;
+  const auto* const release = entry ? entry->as<propertylist::Dictionary>() : nullptr;
+  const propertylist::Value* const version = release ? release->find("Version") : nullptr;
+  const propertylist::Value* const address = release ? release->find("URL") : nullptr;
   if (!version || !version->as<std::string>() || !address || !address->as<std::string>()) return badFeed();
   if (!address->as<std::string>()->starts_with("https://")) return badFeed();
   return Release{*version->as<std::string>(), *address->as<std::string>()};

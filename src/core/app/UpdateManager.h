@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 
 namespace mirvel {
 

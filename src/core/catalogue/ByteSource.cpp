@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
 
 namespace mirvel {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/support/FileDescriptor.h"
-#include "core/support/Result.h"
+#include "core/base/Result.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "core/catalogue/Job.h"
-#include "core/support/Workspace.h"
+#include "core/ports/Workspace.h"
 
 namespace mirvel {
 

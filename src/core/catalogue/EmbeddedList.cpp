@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "core/catalogue/MachO.h"
+#include "core/process/Commands.h"
 #include "core/propertylist/OldStyleText.h"
 #include "core/propertylist/Reader.h"
-#include "core/support/Commands.h"
 
 namespace mirvel {
 
@@ -14,9 +14,9 @@ namespace {
 std::string textInFile(const std::filesystem::path& executable) {
   const auto section = infoPlistSection(executable);
   if (!section) return {};
-  const auto document = plist::read(*section);
+  const auto document = propertylist::read(*section);
   if (!document) return {};
-  auto text = plist::oldStyleText(document->root());
+  auto text = propertylist::oldStyleText(document->root());
   return text ? *std::move(text) : std::string();
 }
 

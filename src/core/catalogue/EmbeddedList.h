@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "core/support/ProcessRunner.h"
+#include "core/process/ProcessRunner.h"
 
 namespace mirvel {
 
@@ -14,8 +14,8 @@ class EmbeddedList {
   /// Looks once whether there is such a tool at the path `launchctl`. The runner must outlive this.
   EmbeddedList(ProcessRunner& runner, std::string launchctl);
 
-  /// The list in the old text form (see `plist::oldStyleText`), for `HelperToolLines`. Empty if the file has none or it
-  /// can't be read, for whatever reason.
+  /// The list in the old text form (see `propertylist::oldStyleText`), for `HelperToolLines`. Empty if the file has
+  /// none or it can't be read, for whatever reason.
   std::string text(const std::filesystem::path& executable) const;
 
  private:

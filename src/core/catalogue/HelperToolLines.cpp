@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "core/support/Strings.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "core/support/Digest.h"
-#include "core/support/Strings.h"
+#include "core/text/Digest.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 

@@ -7,16 +7,16 @@
 #include <string_view>
 #include <vector>
 
+#include "core/base/Image.h"
 #include "core/catalogue/Kind.h"
-#include "core/support/Collator.h"
-#include "core/support/Image.h"
-#include "core/support/Localize.h"
-#include "core/support/SharedText.h"
-#include "core/support/URL.h"
+#include "core/files/URL.h"
+#include "core/locale/Collator.h"
+#include "core/locale/Localize.h"
+#include "core/text/SharedText.h"
 
 namespace mirvel {
 
-namespace launchd {
+namespace jobfile {
 class Plist;
 }
 
@@ -55,7 +55,7 @@ class Job {
   /// What the job runs, as one text; empty if there is nothing.
   virtual std::string run() const { return {}; }
   /// The record of a launchd job; null of all others.
-  virtual const launchd::Plist* record() const { return nullptr; }
+  virtual const jobfile::Plist* record() const { return nullptr; }
   /// Switched off by its own record.
   virtual bool isDisabled() const { return false; }
 

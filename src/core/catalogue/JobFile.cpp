@@ -1,14 +1,14 @@
 #include "core/catalogue/JobFile.h"
 
 #include "core/propertylist/Encoding.h"
-#include "core/support/Digest.h"
+#include "core/text/Digest.h"
 
 namespace mirvel {
 
 namespace {
 
-SharedText textOf(std::string_view bytes, const std::shared_ptr<const plist::Document>& list) {
-  if (!plist::isUtf8(bytes)) return {};
+SharedText textOf(std::string_view bytes, const std::shared_ptr<const propertylist::Document>& list) {
+  if (!propertylist::isUtf8(bytes)) return {};
   if (const auto source = list->source()) return {list, *source};
   return std::string(bytes);
 }
@@ -18,12 +18,12 @@ SharedText textOf(std::string_view bytes, const std::shared_ptr<const plist::Doc
 std::optional<JobFile> JobFile::read(std::string_view bytes, const URL& url, Console& console) {
   std::string checksum = checksumOf(bytes);
   if (checksum.empty()) return std::nullopt;
-  auto document = plist::read(bytes);
+  auto document = propertylist::read(bytes);
   if (!document) {
     tellOfBadFile(document.error(), url, console);
     return std::nullopt;
   }
-  auto list = std::make_shared<const plist::Document>(*std::move(document));
+  auto list = std::make_shared<const propertylist::Document>(*std::move(document));
   SharedText text = textOf(bytes, list);
   return JobFile{.text = std::move(text), .checksum = std::move(checksum), .list = std::move(list)};
 }

@@ -9,7 +9,7 @@
 #include <memory>
 #include <utility>
 
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
 
 namespace mirvel {
 

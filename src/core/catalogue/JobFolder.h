@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "core/support/FileDescriptor.h"
-#include "core/support/Result.h"
-#include "core/support/URL.h"
+#include "core/base/Result.h"
+#include "core/files/URL.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel {
 

@@ -1,6 +1,6 @@
 #include "core/catalogue/Kind.h"
 
-#include "core/support/Const.h"
+#include "core/base/Const.h"
 
 namespace mirvel {
 

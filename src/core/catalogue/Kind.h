@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "core/support/Roots.h"
+#include "core/files/Roots.h"
 
 namespace mirvel {
 

@@ -1,6 +1,6 @@
 #include "core/catalogue/KindTexts.h"
 
-#include "core/support/Const.h"
+#include "core/base/Const.h"
 
 namespace mirvel {
 

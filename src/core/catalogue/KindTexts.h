@@ -4,12 +4,12 @@
 #include <optional>
 #include <string>
 
+#include "core/base/Image.h"
 #include "core/catalogue/Kind.h"
 #include "core/catalogue/KindTitle.h"
-#include "core/support/Defaults.h"
-#include "core/support/Image.h"
-#include "core/support/Localize.h"
-#include "core/support/Workspace.h"
+#include "core/locale/Localize.h"
+#include "core/ports/Workspace.h"
+#include "core/settings/Defaults.h"
 
 namespace mirvel {
 

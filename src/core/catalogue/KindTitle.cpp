@@ -1,7 +1,7 @@
 #include "core/catalogue/KindTitle.h"
 
-#include "core/support/Bidirectional.h"
-#include "core/support/Const.h"
+#include "core/base/Const.h"
+#include "core/text/Bidirectional.h"
 
 namespace mirvel {
 

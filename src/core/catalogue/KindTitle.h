@@ -3,7 +3,7 @@
 #include <string>
 
 #include "core/catalogue/Kind.h"
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel {
 

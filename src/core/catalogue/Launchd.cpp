@@ -1,9 +1,9 @@
 #include "core/catalogue/Launchd.h"
 
+#include "core/base/Const.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "core/support/Const.h"
-#include "core/support/Strings.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -52,7 +52,7 @@ std::shared_ptr<Launchd> Launchd::read(JobFile file, URL url, Kind kind, const S
   return job;
 }
 
-std::string launchdSummary(const launchd::Plist& plist, const std::filesystem::path& home) {
+std::string launchdSummary(const jobfile::Plist& plist, const std::filesystem::path& home) {
   std::string text(plist.program ? String::lastPathComponent(*plist.program) : std::string_view());
   if (!plist.programArguments) return String::shortenHomeFolder(text, home.native());
   const std::vector<std::string>& arguments = *plist.programArguments;
@@ -80,18 +80,18 @@ std::optional<std::string> launchdIconPath(const std::optional<std::string>& too
 }
 
 std::optional<std::string> Launchd::plistData() const {
-  auto text = plist::writeXml(m_plist->encodeAll());
+  auto text = propertylist::writeXml(m_plist->encodeAll());
   if (!text) return std::nullopt;
   return std::move(*text);
 }
 
-std::optional<plist::Dictionary> Launchd::plistDictionary() const {
+std::optional<propertylist::Dictionary> Launchd::plistDictionary() const {
   const auto data = plistData();
   if (!data) return std::nullopt;
-  const auto document = plist::read(*data);
+  const auto document = propertylist::read(*data);
   if (!document) return std::nullopt;
-  plist::Value file = document->value();
-  auto* dictionary = file.as<plist::Dictionary>();
+  propertylist::Value file = document->value();
+  auto* dictionary = file.as<propertylist::Dictionary>();
   return dictionary ? std::optional(std::move(*dictionary)) : std::nullopt;
 }
 

@@ -8,15 +8,15 @@
 #include "core/catalogue/Job.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/ScanSettings.h"
-#include "core/plist/Plist.h"
-#include "core/support/Console.h"
+#include "core/jobfile/Plist.h"
+#include "core/ports/Console.h"
 
 namespace mirvel {
 
 /// A job of launchd: one property list, and what the catalogue needs of it.
 class Launchd final : public Job {
  public:
-  using Plist = launchd::Plist;
+  using Plist = jobfile::Plist;
 
   /// The job that a file's bytes stand for. Null if they aren't a job file, which a line on the console tells, or if it
   /// is an internal helper that isn't to be shown. A value that doesn't fit its key hides no job; see
@@ -38,7 +38,7 @@ class Launchd final : public Job {
   /// if a value has no form in XML.
   std::optional<std::string> plistData() const;
   /// What a reader makes of these bytes.
-  std::optional<plist::Dictionary> plistDictionary() const;
+  std::optional<propertylist::Dictionary> plistDictionary() const;
 
  private:
   struct Pass {
@@ -53,7 +53,7 @@ class Launchd final : public Job {
 };
 
 /// The second line of a job's display: its command with the tool's path cut short, and the home folder as "~".
-std::string launchdSummary(const launchd::Plist& plist, const std::filesystem::path& home);
+std::string launchdSummary(const jobfile::Plist& plist, const std::filesystem::path& home);
 /// Whose icon a job with a tool at this path has: the tool's, or that of the bundle around it.
 std::optional<std::string> launchdIconPath(const std::optional<std::string>& tool, const ScanSettings& settings);
 

@@ -1,8 +1,8 @@
 #include "core/catalogue/LoginItem.h"
 
-#include "core/support/Const.h"
-#include "core/support/Digest.h"
-#include "core/support/Strings.h"
+#include "core/base/Const.h"
+#include "core/text/Digest.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 

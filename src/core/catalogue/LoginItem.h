@@ -4,9 +4,9 @@
 #include <variant>
 
 #include "core/catalogue/Job.h"
-#include "core/catalogue/LoginItems.h"
-#include "core/support/Roots.h"
-#include "core/support/Workspace.h"
+#include "core/files/Roots.h"
+#include "core/ports/LoginItems.h"
+#include "core/ports/Workspace.h"
 
 namespace mirvel {
 

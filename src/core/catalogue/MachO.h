@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 
 namespace mirvel {
 

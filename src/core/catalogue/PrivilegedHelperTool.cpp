@@ -1,8 +1,8 @@
 #include "core/catalogue/PrivilegedHelperTool.h"
 
+#include "core/base/Const.h"
 #include "core/catalogue/HelperToolLines.h"
-#include "core/support/Const.h"
-#include "core/support/Digest.h"
+#include "core/text/Digest.h"
 
 namespace mirvel {
 

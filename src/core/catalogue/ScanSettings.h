@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "core/support/Roots.h"
+#include "core/files/Roots.h"
 
 namespace mirvel {
 

@@ -5,7 +5,7 @@
 #include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
-#include "core/support/Digest.h"
+#include "core/text/Digest.h"
 
 namespace mirvel {
 
@@ -24,7 +24,7 @@ std::optional<std::string> readFileIn(const JobFolder& folder, const std::string
 }
 
 /// The first entry of an array of strings; none if there is none, or an entry of another type.
-std::optional<std::string> firstString(const plist::Node& list) {
+std::optional<std::string> firstString(const propertylist::Node& list) {
   const auto entries = list.array();
   if (!entries || entries->empty()) return std::nullopt;
   for (const auto& entry : *entries) {
@@ -34,12 +34,12 @@ std::optional<std::string> firstString(const plist::Node& list) {
 }
 
 std::optional<Parameters> readParameters(const std::string& bytes) {
-  const auto document = plist::read(bytes);
+  const auto document = propertylist::read(bytes);
   if (!document) return std::nullopt;
   const auto members = document->root().dictionary();
   if (!members) return std::nullopt;
-  const plist::Node* description = members->find("Description");
-  const plist::Node* provides = members->find("Provides");
+  const propertylist::Node* description = members->find("Description");
+  const propertylist::Node* provides = members->find("Provides");
   const auto firstProvided = provides ? firstString(*provides) : std::nullopt;
   if (!description || !description->string() || !firstProvided) return std::nullopt;
   return Parameters{.description = std::string(*description->string()), .firstProvided = *firstProvided};
@@ -54,7 +54,7 @@ std::shared_ptr<StartupItem> StartupItem::read(const URL& url, Kind kind) {
   const auto parameters = list ? readParameters(*list) : std::nullopt;
   if (!parameters || parameters->description.empty()) return nullptr;
   auto script = readFileIn(*folder, url.lastPathComponent());
-  if (!script || !plist::isUtf8(*script)) return nullptr;
+  if (!script || !propertylist::isUtf8(*script)) return nullptr;
 
   const std::shared_ptr<StartupItem> job(new StartupItem(kind, parameters->description, parameters->firstProvided,
                                                          String::toBase64(parameters->description + *script), url));

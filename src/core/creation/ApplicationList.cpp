@@ -1,7 +1,7 @@
 #include "core/creation/ApplicationList.h"
 
 #include "core/app/Program.h"
-#include "core/support/Strings.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 

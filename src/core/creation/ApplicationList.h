@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/creation/InstalledApplications.h"
-#include "core/support/Delay.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/creation/New.h"
-#include "core/support/URL.h"
+#include "core/files/URL.h"
 
 namespace mirvel {
 

@@ -1,10 +1,10 @@
 #include "core/creation/DuplicateController.h"
 
 #include "core/app/Program.h"
+#include "core/base/Const.h"
 #include "core/catalogue/Launchd.h"
 #include "core/creation/SaveNewJob.h"
-#include "core/support/Bidirectional.h"
-#include "core/support/Const.h"
+#include "core/text/Bidirectional.h"
 
 namespace mirvel {
 

@@ -4,7 +4,7 @@
 #include "core/actions/MoveTarget.h"
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
-#include "core/support/ReplaceFile.h"
+#include "core/files/ReplaceFile.h"
 
 namespace mirvel {
 

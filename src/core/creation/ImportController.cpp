@@ -1,15 +1,15 @@
 #include "core/creation/ImportController.h"
 
 #include "core/app/Program.h"
+#include "core/base/Const.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
 #include "core/creation/SaveNewJob.h"
-#include "core/mainwindow/Segue.h"
-#include "core/support/Ascii.h"
-#include "core/support/Bidirectional.h"
-#include "core/support/Const.h"
-#include "core/support/ReadFile.h"
-#include "core/support/Strings.h"
+#include "core/files/ReadFile.h"
+#include "core/session/Shell.h"
+#include "core/text/Ascii.h"
+#include "core/text/Bidirectional.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -17,7 +17,7 @@ namespace {
 
 /// Why bytes are no job that can be imported.
 Error reasonAgainst(std::string_view bytes) {
-  const auto record = launchd::Plist::readTolerantly(bytes);
+  const auto record = jobfile::Plist::readTolerantly(bytes);
   if (!record) return record.error();
   return {.code = Error::Code::BadArgument,
           .message = "labels that begin with " + std::string(Const::excludePrefix) + " are for Mirvel's own helpers"};

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "core/base/Error.h"
 #include "core/creation/KindChoices.h"
-#include "core/support/Delay.h"
-#include "core/support/Error.h"
-#include "core/support/URL.h"
+#include "core/files/URL.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel {
 

@@ -5,8 +5,8 @@
 #include <sstream>
 #include <system_error>
 
-#include "core/catalogue/DesktopEntry.h"
-#include "core/support/ReadFile.h"
+#include "core/files/ReadFile.h"
+#include "core/loginitems/DesktopEntry.h"
 
 namespace mirvel {
 

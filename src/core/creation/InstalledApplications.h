@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Collator.h"
-#include "core/support/Environment.h"
-#include "core/support/Image.h"
+#include "core/base/Image.h"
+#include "core/locale/Collator.h"
+#include "core/process/Environment.h"
 
 namespace mirvel {
 

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "core/catalogue/Kind.h"
-#include "core/plist/Plist.h"
+#include "core/jobfile/Plist.h"
 #include "core/schedule/Scheduled.h"
 #include "core/scripts/SyntaxType.h"
 
@@ -31,7 +32,7 @@ struct New {
   };
 
   Kind kind = Kind::userAgent;
-  launchd::Plist plist = launchd::Plist::blankPlist();
+  jobfile::Plist plist = jobfile::Plist::blankPlist();
   std::optional<Run> runPage = {};
   std::string shownApplication = {};
   std::filesystem::path application = {};  ///< its file or desktop entry
@@ -50,6 +51,19 @@ struct New {
             .command = command,
             .isScheduled = isScheduled,
             .rules = rules};
+  }
+};
+
+class Program;
+
+/// What the pages of the sheet share.
+struct NewSheet {
+  Program& program;
+  New job;
+  std::function<void()> changed = {};
+
+  void tellOfChange() const {
+    if (changed) changed();
   }
 };
 

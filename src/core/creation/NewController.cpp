@@ -3,11 +3,11 @@
 #include <array>
 
 #include "core/app/Program.h"
+#include "core/base/Const.h"
 #include "core/catalogue/Launchd.h"
 #include "core/creation/SaveNewJob.h"
-#include "core/schedule/NextRuns.h"
-#include "core/support/Bidirectional.h"
-#include "core/support/Misc.h"
+#include "core/explain/NextRuns.h"
+#include "core/text/Bidirectional.h"
 
 namespace mirvel {
 
@@ -103,7 +103,7 @@ void NewController::begin(New job) {
 }
 
 NewOutlook NewController::outlook() const {
-  launchd::Plist plist = job().plist.clone();
+  jobfile::Plist plist = job().plist.clone();
   when.applyRules(plist);
   const Program& program = m_sheet.program;
   constexpr std::size_t shownRuns = 3;
@@ -115,13 +115,13 @@ NewOutlook NewController::outlook() const {
 
 /// All that the file will say. The job of the sheet stays as the user made it, but for a script that a command has
 /// become meanwhile. None: the user went back.
-std::optional<launchd::Plist> NewController::finishedRecord() {
+std::optional<jobfile::Plist> NewController::finishedRecord() {
   Program& program = m_sheet.program;
-  launchd::Plist plist = job().plist.clone();
+  jobfile::Plist plist = job().plist.clone();
   if (!plist.normalizeForSave(program.repairs)) return std::nullopt;
   m_sheet.job.plist.run = plist.run;
   if (program.foundation.defaults.automaticPATH()) {
-    plist.environmentVariables = {{"PATH", std::string(Misc::defaultPATH)}};
+    plist.environmentVariables = {{"PATH", std::string(Const::defaultPATH)}};
   }
   when.applyRules(plist);
   return plist;

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "core/creation/New.h"
 #include "core/creation/NewOutlook.h"
 #include "core/creation/NewPages.h"
-#include "core/creation/NewSheet.h"
 #include "core/creation/RunChoosers.h"
 
 namespace mirvel {
@@ -66,7 +66,7 @@ class NewController {
   void show(New::Page page);
   std::string titleOf(New::Page page) const;
   bool save();
-  std::optional<launchd::Plist> finishedRecord();
+  std::optional<jobfile::Plist> finishedRecord();
 
   New::Page m_page = New::Page::name;
   std::string m_suggestedName;  ///< that of the job which was begun with

@@ -1,12 +1,12 @@
 #include "core/creation/NewOutlook.h"
 
 #include "core/explain/Occasions.h"
-#include "core/support/ListText.h"
-#include "core/support/Strings.h"
+#include "core/text/ListText.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
-std::string newJobSentence(Kind kind, const launchd::Plist& plist, const Localize& localize, std::string_view home) {
+std::string newJobSentence(Kind kind, const jobfile::Plist& plist, const Localize& localize, std::string_view home) {
   std::vector<std::string> times = explain::laterOccasions(plist, localize, explain::TimeForm::ofTheLocale);
   for (std::string& time : times) time = String::shortenHomeFolder(String::firstLowercased(time), home);
   if (plist.runAtLoad == true) {

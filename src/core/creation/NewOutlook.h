@@ -5,14 +5,14 @@
 #include <vector>
 
 #include "core/catalogue/Kind.h"
-#include "core/plist/Plist.h"
-#include "core/support/Localize.h"
+#include "core/jobfile/Plist.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel {
 
 /// What will come of a new job once it is saved, as one sentence: "“backup” runs as you every day at 9:00 PM, at
 /// every login, and once when it is saved." The home folder's path reads "~".
-std::string newJobSentence(Kind kind, const launchd::Plist& plist, const Localize& localize, std::string_view home);
+std::string newJobSentence(Kind kind, const jobfile::Plist& plist, const Localize& localize, std::string_view home);
 
 /// What the last page tells before the job is saved.
 struct NewOutlook {

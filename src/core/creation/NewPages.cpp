@@ -1,7 +1,7 @@
 #include "core/creation/NewPages.h"
 
 #include "core/app/Program.h"
-#include "core/support/DisplayPath.h"
+#include "core/files/DisplayPath.h"
 
 namespace mirvel {
 
@@ -32,7 +32,7 @@ void NewWhenPage::runAtLoad(bool isOn) {
 
 void NewWhenPage::keepAlive(bool isOn) {
   if (isOn) {
-    m_sheet.job.plist.keepAlive = launchd::KeepAlive({}, {}, true, {}, {});
+    m_sheet.job.plist.keepAlive = jobfile::KeepAlive({}, {}, true, {}, {});
   } else {
     m_sheet.job.plist.keepAlive.reset();
   }
@@ -81,12 +81,12 @@ std::optional<InvalidField> NewWhenPage::refuse() const {
   return isScheduled() && m_editor ? m_editor->refuse() : std::nullopt;
 }
 
-void NewWhenPage::applyRules(launchd::Plist& plist) const {
+void NewWhenPage::applyRules(jobfile::Plist& plist) const {
   if (!isScheduled()) return;
   ScheduledController& controller = m_sheet.program.scheduledController;
   Scheduled::RuleEditor own(controller);
   if (!m_editor) controller.load(m_sheet.job.rules, own);
-  plist.applyRules((m_editor ? *m_editor : own).applied());
+  Scheduled::apply((m_editor ? *m_editor : own).applied(), plist);
 }
 
 void NewWhenPage::keepRules() {

@@ -7,7 +7,6 @@
 
 #include "core/creation/KindChoices.h"
 #include "core/creation/New.h"
-#include "core/creation/NewSheet.h"
 #include "core/schedule/RuleEditor.h"
 
 namespace mirvel {
@@ -74,7 +73,7 @@ class NewWhenPage final : public ScheduledDelegate {
   /// The rule that keeps the job from being saved, which gets the keys. None: there is none that counts.
   std::optional<InvalidField> refuse() const;
   /// Sets the schedule of a record to the rules, if they count.
-  void applyRules(launchd::Plist& plist) const;
+  void applyRules(jobfile::Plist& plist) const;
   /// Keeps the rules of the editor in the job of the sheet.
   void keepRules();
   /// The job of the sheet is another.

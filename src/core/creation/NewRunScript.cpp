@@ -1,13 +1,13 @@
 #include <array>
 
 #include "core/app/Program.h"
-#include "core/creation/FileCommand.h"
+#include "core/commands/FileCommand.h"
 #include "core/creation/RunChoosers.h"
 #include "core/editor/RunMenu.h"
+#include "core/files/DisplayPath.h"
+#include "core/files/ReplaceFile.h"
 #include "core/scripts/SyntaxHelper.h"
-#include "core/support/DisplayPath.h"
-#include "core/support/ReplaceFile.h"
-#include "core/support/Strings.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 

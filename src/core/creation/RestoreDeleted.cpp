@@ -4,17 +4,17 @@
 #include <optional>
 #include <system_error>
 
+#include "core/actions/CommentedFile.h"
 #include "core/actions/LabelConflict.h"
 #include "core/actions/MoveTarget.h"
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
 #include "core/creation/SaveNewJob.h"
-#include "core/editor/CommentedFile.h"
+#include "core/locale/Dates.h"
 #include "core/propertylist/Comments.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "core/support/Dates.h"
 
 namespace mirvel {
 
@@ -42,21 +42,21 @@ void askToDeleteAnyway(Program& program, const std::shared_ptr<Job>& job, const 
 
 /// Requests carry text: a file in the binary form, or in another encoding than UTF-8, becomes XML with the same values.
 std::optional<std::string> textOf(const std::string& bytes) {
-  if (plist::isUtf8(bytes) && bytes.find('\0') == std::string::npos) return bytes;
-  const auto document = plist::read(bytes);
+  if (propertylist::isUtf8(bytes) && bytes.find('\0') == std::string::npos) return bytes;
+  const auto document = propertylist::read(bytes);
   if (!document) return std::nullopt;
-  auto xml = plist::writeXml(document->value());
+  auto xml = propertylist::writeXml(document->value());
   return xml ? std::optional(*std::move(xml)) : std::nullopt;
 }
 
 std::optional<std::string> disabledText(const std::string& bytes) {
-  const auto document = plist::read(bytes);
+  const auto document = propertylist::read(bytes);
   if (!document) return std::nullopt;
-  plist::Value content = document->value();
-  auto* const keys = content.as<plist::Dictionary>();
+  propertylist::Value content = document->value();
+  auto* const keys = content.as<propertylist::Dictionary>();
   if (!keys) return std::nullopt;
   keys->set("Disabled", true);
-  auto xml = plist::writeXml(content);
+  auto xml = propertylist::writeXml(content);
   return xml ? std::optional(*std::move(xml)) : std::nullopt;
 }
 
@@ -104,7 +104,7 @@ std::shared_ptr<Launchd> read(Program& program, const Restoration& restoration) 
 /// Whether nothing is lost if the job isn't kept among the deleted ones any more.
 bool isAllBack(const Restoration& restoration) {
   const std::string& bytes = restoration.deleted.bytes;
-  return restoration.text == bytes || restoration.isCopyKept || !plist::hasComments(bytes);
+  return restoration.text == bytes || restoration.isCopyKept || !propertylist::hasComments(bytes);
 }
 
 void send(Program& program, const Restoring& restoring) {
@@ -154,7 +154,7 @@ void restoreDisabled(Program& program, const Restoring& restoring) {
   const DeletedJob& deleted = restoring->deleted;
   auto text = disabledText(deleted.bytes);
   if (!text) return program.platform.interface.saveError();
-  if (plist::hasComments(deleted.bytes)) {
+  if (propertylist::hasComments(deleted.bytes)) {
     const auto kept = keepFile(program, deleted.name, deleted.bytes);
     if (!kept) return program.platform.interface.present(kept.error());
     restoring->isCopyKept = true;
@@ -167,7 +167,7 @@ void askAboutNamesake(Program& program, const Restoring& restoring, const Job& o
   const Localize& localize = program.foundation.localize;
   const DeletedJob& deleted = restoring->deleted;
   std::string consequences = localize.anotherJobHasTheNameIn(other.url.text());
-  if (plist::hasComments(deleted.bytes)) {
+  if (propertylist::hasComments(deleted.bytes)) {
     consequences += "\n\n" + localize.restoredWithoutComments(keptFilesFolder(program).string());
   }
   program.platform.interface.beginSheet({.message = localize.anotherJobHasTheName(deleted.name),
@@ -183,7 +183,8 @@ void askAboutNamesake(Program& program, const Restoring& restoring, const Job& o
 }  // namespace
 
 void deleteAndKeep(Program& program, const std::shared_ptr<Job>& job) {
-  if (!DeletedJobs::canKeep(job->kind) || !plist::isUtf8(job->url.text())) return deleteWithoutKeeping(program, job);
+  if (!DeletedJobs::canKeep(job->kind) || !propertylist::isUtf8(job->url.text()))
+    return deleteWithoutKeeping(program, job);
   const auto kept = program.deletedJobs.keep(*job);
   if (!kept) return askToDeleteAnyway(program, job, kept.error());
   const bool isUsers = job->kind == Kind::userAgent;

@@ -4,7 +4,7 @@
 #include "core/creation/InstalledApplications.h"
 #include "core/editor/GeneralRules.h"
 #include "core/editor/RunMenu.h"
-#include "core/support/DisplayPath.h"
+#include "core/files/DisplayPath.h"
 
 namespace mirvel {
 
@@ -56,7 +56,7 @@ void NewRunApplication::clear() {
 NewRunCommand::NewRunCommand(NewSheet& sheet) : m_sheet(sheet), m_check(sheet.program) {}
 
 void NewRunCommand::setText(std::string text) {
-  launchd::Plist& plist = m_sheet.job.plist;
+  jobfile::Plist& plist = m_sheet.job.plist;
   GeneralRules::run(plist, text, m_sheet.program.repairs);
   plist.processType.reset();  // that of an application which was chosen before
   m_sheet.job.command = std::move(text);

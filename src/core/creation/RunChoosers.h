@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/creation/NewSheet.h"
+#include "core/creation/New.h"
 #include "core/editor/FileCheck.h"
 
 namespace mirvel {

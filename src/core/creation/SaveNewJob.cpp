@@ -6,8 +6,9 @@
 
 namespace mirvel {
 
-std::shared_ptr<Launchd> makeNewJob(Program& program, const plist::Dictionary& content, const URL& url, Kind kind) {
-  const auto data = plist::writeXml(content);
+std::shared_ptr<Launchd> makeNewJob(Program& program, const propertylist::Dictionary& content, const URL& url,
+                                    Kind kind) {
+  const auto data = propertylist::writeXml(content);
   if (!data) return nullptr;
   return Launchd::read(*data, url, kind, program.foundation.scanSettings(), program.platform.console);
 }

@@ -1,7 +1,7 @@
 #include "core/creation/StartingPoints.h"
 
-#include "core/creation/FileCommand.h"
-#include "core/support/Dates.h"
+#include "core/commands/FileCommand.h"
+#include "core/locale/Dates.h"
 
 namespace mirvel {
 
@@ -38,7 +38,7 @@ New nightlyScript(const Localize& localize) {
 New keptProgram(const Localize& localize) {
   New job = jobOf(localize.program(), New::Run::command);
   job.plist.runAtLoad = true;
-  job.plist.keepAlive = launchd::KeepAlive(true, {}, {}, {}, {});
+  job.plist.keepAlive = jobfile::KeepAlive(true, {}, {}, {}, {});
   return job;
 }
 

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "core/creation/New.h"
-#include "core/support/Localize.h"
-#include "core/support/Roots.h"
+#include "core/files/Roots.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel {
 

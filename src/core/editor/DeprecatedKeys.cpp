@@ -6,7 +6,7 @@
 
 namespace mirvel {
 
-bool deleteDeprecated(launchd::Plist& plist, std::string_view key) {
+bool deleteDeprecated(jobfile::Plist& plist, std::string_view key) {
   bool isRemoved = false;
   SectionKeys::Deprecated::forEach([&](const auto& row) {
     auto& field = plist.*row.field;
@@ -17,7 +17,7 @@ bool deleteDeprecated(launchd::Plist& plist, std::string_view key) {
   return isRemoved;
 }
 
-bool deleteUnknown(launchd::Plist& plist, std::string_view key) {
+bool deleteUnknown(jobfile::Plist& plist, std::string_view key) {
   if (plist.unknownKeys) {
     auto& keys = *plist.unknownKeys;
     const auto found = std::find(keys.begin(), keys.end(), key);

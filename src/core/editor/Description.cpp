@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "core/editor/ValueTexts.h"
-#include "core/support/Strings.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -17,30 +17,30 @@ class Writer {
   explicit Writer(const Localize& localize) : m_texts(localize) {}
 
   /// `indent` is that of the value's own lines.
-  void write(const plist::Value& value, std::size_t indent) {
+  void write(const propertylist::Value& value, std::size_t indent) {
     if (!isOverLines(value)) {
       append(plainText(value));
-    } else if (const auto* array = value.as<plist::Array>()) {
+    } else if (const auto* array = value.as<propertylist::Array>()) {
       writeElements(*array, indent);
-    } else if (const auto* set = value.as<plist::Set>()) {
+    } else if (const auto* set = value.as<propertylist::Set>()) {
       writeElements(set->elements, indent);
     } else {
-      writeEntries(*value.as<plist::Dictionary>(), indent);
+      writeEntries(*value.as<propertylist::Dictionary>(), indent);
     }
   }
 
   std::string take() && { return std::move(m_text); }
 
  private:
-  static bool isOverLines(const plist::Value& value) {
-    if (const auto* array = value.as<plist::Array>()) return !array->empty();
-    if (const auto* set = value.as<plist::Set>()) return !set->elements.empty();
-    const auto* dictionary = value.as<plist::Dictionary>();
+  static bool isOverLines(const propertylist::Value& value) {
+    if (const auto* array = value.as<propertylist::Array>()) return !array->empty();
+    if (const auto* set = value.as<propertylist::Set>()) return !set->elements.empty();
+    const auto* dictionary = value.as<propertylist::Dictionary>();
     return dictionary && !dictionary->empty();
   }
 
-  void writeElements(const plist::Array& elements, std::size_t indent) {
-    for (const plist::Value& element : elements) {
+  void writeElements(const propertylist::Array& elements, std::size_t indent) {
+    for (const propertylist::Value& element : elements) {
       if (m_isFull) return;
       if (&element != &elements.front()) startLine(indent);
       if (isOverLines(element)) {
@@ -52,7 +52,7 @@ class Writer {
     }
   }
 
-  void writeEntries(const plist::Dictionary& entries, std::size_t indent) {
+  void writeEntries(const propertylist::Dictionary& entries, std::size_t indent) {
     for (const auto& [key, value] : entries) {
       if (m_isFull) return;
       if (&key != &entries.begin()->key) startLine(indent);
@@ -65,31 +65,31 @@ class Writer {
     }
   }
 
-  void writeBelow(const plist::Value& value, std::size_t indent) {
+  void writeBelow(const propertylist::Value& value, std::size_t indent) {
     startLine(indent + indentWidth);
     if (!m_isFull) write(value, indent + indentWidth);
   }
 
-  std::string plainText(const plist::Value& value) const {
+  std::string plainText(const propertylist::Value& value) const {
     switch (value.type()) {
-      case plist::Type::Boolean:
+      case propertylist::Type::Boolean:
         return m_texts.boolean(*value.as<bool>());
-      case plist::Type::Integer:
-        return value.as<plist::Integer>()->text();
-      case plist::Type::Real:
+      case propertylist::Type::Integer:
+        return value.as<propertylist::Integer>()->text();
+      case propertylist::Type::Real:
         return m_texts.real(*value.as<double>());
-      case plist::Type::String:
+      case propertylist::Type::String:
         return cut(*value.as<std::string>());
-      case plist::Type::Data:
-        return m_texts.data(*value.as<plist::Data>());
-      case plist::Type::Date:
-        return m_texts.date(*value.as<plist::Date>());
-      case plist::Type::Uid:
-        return std::to_string(value.as<plist::Uid>()->number);
-      case plist::Type::Array:
-      case plist::Type::Set:
+      case propertylist::Type::Data:
+        return m_texts.data(*value.as<propertylist::Data>());
+      case propertylist::Type::Date:
+        return m_texts.date(*value.as<propertylist::Date>());
+      case propertylist::Type::Uid:
+        return std::to_string(value.as<propertylist::Uid>()->number);
+      case propertylist::Type::Array:
+      case propertylist::Type::Set:
         return "[ ]";
-      case plist::Type::Dictionary:
+      case propertylist::Type::Dictionary:
         return "{ }";
     }
     return {};
@@ -117,7 +117,7 @@ class Writer {
 
 }  // namespace
 
-std::string description(const plist::Value& value, const Localize& localize) {
+std::string description(const propertylist::Value& value, const Localize& localize) {
   Writer writer(localize);
   writer.write(value, 0);
   return std::move(writer).take();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/editor/DetailType.h"
+#include "core/session/DetailType.h"
 
 namespace mirvel {
 

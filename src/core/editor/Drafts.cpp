@@ -2,16 +2,16 @@
 
 #include <utility>
 
+#include "core/actions/CommentedFile.h"
 #include "core/actions/JobOnDisk.h"
 #include "core/app/Program.h"
-#include "core/app/ReplaceSelected.h"
+#include "core/base/Uuid.h"
 #include "core/catalogue/Launchd.h"
+#include "core/commands/NormalizeForSave.h"
 #include "core/creation/SaveNewJob.h"
-#include "core/editor/CommentedFile.h"
-#include "core/plist/NormalizeForSave.h"
+#include "core/editor/ReplaceSelected.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
-#include "core/support/Uuid.h"
 
 namespace mirvel {
 
@@ -28,14 +28,14 @@ constexpr double pause = 1;
 
 }  // namespace
 
-std::optional<Drafts::Draft> Drafts::decode(const std::string& id, const plist::Value& value) {
-  const auto* const fields = value.as<plist::Dictionary>();
+std::optional<Drafts::Draft> Drafts::decode(const std::string& id, const propertylist::Value& value) {
+  const auto* const fields = value.as<propertylist::Dictionary>();
   if (!fields) return std::nullopt;
   const auto* const name = entry<std::string>(*fields, nameKey);
   const auto* const path = entry<std::string>(*fields, pathKey);
-  const auto* const number = entry<plist::Integer>(*fields, kindKey);
+  const auto* const number = entry<propertylist::Integer>(*fields, kindKey);
   const auto* const checksum = entry<std::string>(*fields, checksumKey);
-  const auto* const contents = entry<plist::Data>(*fields, contentsKey);
+  const auto* const contents = entry<propertylist::Data>(*fields, contentsKey);
   if (!name || !path || !number || !checksum || !contents) return std::nullopt;
   const auto kind = Kind::fromRawValue(static_cast<int>(number->toInt64().value_or(-1)));
   if (!kind || !kind->isLaunchd()) return std::nullopt;
@@ -47,12 +47,12 @@ std::optional<Drafts::Draft> Drafts::decode(const std::string& id, const plist::
                .text = contents->bytes};
 }
 
-plist::Value Drafts::encode(const Draft& draft) {
-  return plist::Dictionary{{nameKey, draft.name},
-                           {pathKey, draft.url.text()},
-                           {kindKey, draft.kind.rawValue()},
-                           {checksumKey, draft.fileChecksum},
-                           {contentsKey, plist::Data{draft.text}}};
+propertylist::Value Drafts::encode(const Draft& draft) {
+  return propertylist::Dictionary{{nameKey, draft.name},
+                                  {pathKey, draft.url.text()},
+                                  {kindKey, draft.kind.rawValue()},
+                                  {checksumKey, draft.fileChecksum},
+                                  {contentsKey, propertylist::Data{draft.text}}};
 }
 
 Drafts::Drafts(Program& program)
@@ -82,11 +82,11 @@ bool Drafts::settle() {
               .url = job->url,
               .kind = job->kind,
               .fileChecksum = m_program.editing.fileChecksum(),
-              .text = launchd::textAsEdited(job->plist())};
+              .text = jobfile::textAsEdited(job->plist())};
   // A path that is no text has no place in a property list.
-  if (draft.text.empty() || !plist::isUtf8(draft.url.text())) return false;
-  const plist::Value value = encode(draft);
-  const plist::Value* const kept = m_store.find(m_id);
+  if (draft.text.empty() || !propertylist::isUtf8(draft.url.text())) return false;
+  const propertylist::Value value = encode(draft);
+  const propertylist::Value* const kept = m_store.find(m_id);
   const bool isKept = (kept && *kept == value && !m_store.hasChanges()) || m_store.set(m_id, value);
   return isKept && m_program.editing.unfinished().isEmpty();
 }
@@ -153,9 +153,9 @@ void Drafts::ask(const Draft& draft) {
 
 /// The others wait for the next start.
 void Drafts::goOn(const Draft& draft) {
-  const auto document = plist::read(draft.text);
-  const plist::Value content = document ? document->value() : plist::Value(false);
-  const auto* const keys = content.as<plist::Dictionary>();
+  const auto document = propertylist::read(draft.text);
+  const propertylist::Value content = document ? document->value() : propertylist::Value(false);
+  const auto* const keys = content.as<propertylist::Dictionary>();
   const auto job = m_program.state.jobAt(draft.url);
   if (m_program.state.hasUnsavedChanges) return;
   if (!job && stands(draft.url)) {

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "core/base/Signal.h"
 #include "core/catalogue/Kind.h"
-#include "core/support/Delay.h"
-#include "core/support/Signal.h"
-#include "core/support/Store.h"
+#include "core/ports/MainQueue.h"
+#include "core/settings/Store.h"
 
 namespace mirvel {
 
@@ -38,8 +38,8 @@ class Drafts {
     std::string fileChecksum;  ///< of the file that the edit began with
     std::string text;
   };
-  static std::optional<Draft> decode(const std::string& id, const plist::Value& value);
-  static plist::Value encode(const Draft& draft);
+  static std::optional<Draft> decode(const std::string& id, const propertylist::Value& value);
+  static propertylist::Value encode(const Draft& draft);
 
   std::vector<Draft> drafts();
   void follow(const std::shared_ptr<Launchd>& job);

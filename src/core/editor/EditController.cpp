@@ -4,14 +4,14 @@
 
 #include "core/actions/JobOnDisk.h"
 #include "core/app/Program.h"
+#include "core/base/Const.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
-#include "core/plist/NormalizeForSave.h"
+#include "core/commands/NormalizeForSave.h"
+#include "core/files/ReadFile.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "core/support/Const.h"
-#include "core/support/ReadFile.h"
 
 namespace mirvel {
 
@@ -31,9 +31,9 @@ bool mayBeSaved(const Job* job, const Defaults& defaults) {
 
 /// As a person reads a job file, whatever form it has.
 std::string readable(const std::string& bytes) {
-  const auto document = plist::read(bytes);
+  const auto document = propertylist::read(bytes);
   if (!document) return bytes;
-  const auto text = plist::writeXml(document->value());
+  const auto text = propertylist::writeXml(document->value());
   return text ? *text : bytes;
 }
 
@@ -87,7 +87,7 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
         if (answer == Interface::alternateButton) return resolveConflict(job, theirs, Choice::Mine);
         if (answer == Interface::otherButton) return resolveConflict(job, theirs, Choice::Theirs);
         if (answer != Interface::defaultButton) return;
-        const Versions versions{.mine = launchd::textAsEdited(job->plist()), .theirs = readable(theirs)};
+        const Versions versions{.mine = jobfile::textAsEdited(job->plist()), .theirs = readable(theirs)};
         m_stack.compare(versions, [this, job, theirs](Choice choice) { resolveConflict(job, theirs, choice); });
       });
 }

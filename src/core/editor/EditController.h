@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "core/editor/DetailType.h"
-#include "core/support/InvalidField.h"
+#include "core/ports/InvalidField.h"
+#include "core/session/DetailType.h"
 
 namespace mirvel {
 

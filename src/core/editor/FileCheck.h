@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Delay.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel {
 

@@ -9,7 +9,7 @@ namespace mirvel::GeneralRules {
 
 namespace {
 
-using launchd::Plist;
+using jobfile::Plist;
 
 std::optional<std::string> textOrNothing(const std::string& text) {
   return text.empty() ? std::nullopt : std::optional(text);

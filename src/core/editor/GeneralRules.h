@@ -7,7 +7,7 @@
 #include "core/catalogue/Job.h"
 #include "core/catalogue/Kind.h"
 #include "core/editor/BoxClick.h"
-#include "core/plist/Plist.h"
+#include "core/jobfile/Plist.h"
 
 namespace mirvel {
 
@@ -43,12 +43,12 @@ std::vector<ForItem> forItems(bool editSystemJobs);
 void changeKind(Program& program, Kind kind);
 
 /// The box that says whether the job is loaded. Other than the other boxes it writes false when it goes on.
-void enabled(launchd::Plist& plist, BoxClick click);
+void enabled(jobfile::Plist& plist, BoxClick click);
 /// The command as typed, put right as far as the user wants that; the one of the file stays as it is.
-void run(launchd::Plist& plist, const std::string& text, const CommandRepairs& repairs);
+void run(jobfile::Plist& plist, const std::string& text, const CommandRepairs& repairs);
 /// An emptied text takes the key away.
-void userName(launchd::Plist& plist, const std::string& text);
-void groupName(launchd::Plist& plist, const std::string& text);
+void userName(jobfile::Plist& plist, const std::string& text);
+void groupName(jobfile::Plist& plist, const std::string& text);
 
 }  // namespace GeneralRules
 

@@ -5,8 +5,8 @@
 #include <set>
 #include <utility>
 
-#include "core/plist/LimitLoadToSessionType.h"
-#include "core/support/Localize.h"
+#include "core/jobfile/LimitLoadToSessionType.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel::GridTable {
 
@@ -55,7 +55,7 @@ Table::Table(Kind kind, const Source& source, std::string key, GridTableDelegate
   m_told = withText(m_rows);
 }
 
-void Table::load(const launchd::StringMap<bool>& source) {
+void Table::load(const jobfile::StringMap<bool>& source) {
   for (const auto& [text, isOn] : source) m_rows.push_back({.bool_ = isOn, .string = text});
 }
 
@@ -64,9 +64,9 @@ void Table::load(const std::vector<std::string>& source) {
 }
 
 std::array<SessionTypeItem, 4> Table::sessionTypeItems() const {
-  using Agent = launchd::LimitLoadToSessionType::Agent;
+  using Agent = jobfile::LimitLoadToSessionType::Agent;
   const auto item = [this](Agent agent, std::string_view toolTip) {
-    const auto title = launchd::LimitLoadToSessionType::text(agent);
+    const auto title = jobfile::LimitLoadToSessionType::text(agent);
     const bool isThere =
         std::any_of(m_rows.begin(), m_rows.end(), [&](const Item& row) { return row.string == title; });
     return SessionTypeItem{.title = title, .toolTip = toolTip, .isEnabled = !isThere};
@@ -128,8 +128,8 @@ std::optional<std::size_t> repeatedRow(const std::vector<Item>& rows) {
   return std::nullopt;
 }
 
-std::optional<launchd::StringMap<bool>> dictionaryOf(const std::vector<Item>& rows) {
-  launchd::StringMap<bool> result;
+std::optional<jobfile::StringMap<bool>> dictionaryOf(const std::vector<Item>& rows) {
+  jobfile::StringMap<bool> result;
   for (const Item& row : rows) {
     if (!row.string.empty()) result.insert_or_assign(row.string, row.bool_);
   }

@@ -8,8 +8,8 @@
 #include <variant>
 #include <vector>
 
-#include "core/plist/StringMap.h"
-#include "core/support/InvalidField.h"
+#include "core/jobfile/StringMap.h"
+#include "core/ports/InvalidField.h"
 
 namespace mirvel {
 
@@ -54,7 +54,7 @@ struct SessionTypeItem {
 };
 
 /// What a table is filled from: a dictionary gives rows sorted by their texts, an array rows in its order.
-using Source = std::variant<launchd::StringMap<bool>, std::vector<std::string>, std::vector<Item>>;
+using Source = std::variant<jobfile::StringMap<bool>, std::vector<std::string>, std::vector<Item>>;
 
 /// The rows, which tell the delegate of each change of their contents. Rows without a text are none, so that one which
 /// is still to be given its text isn't told. A change of a row that isn't there does nothing.
@@ -80,7 +80,7 @@ class Table {
   void setBox(std::size_t row, bool isOn);
 
  private:
-  void load(const launchd::StringMap<bool>& source);
+  void load(const jobfile::StringMap<bool>& source);
   void load(const std::vector<std::string>& source);
   void load(const std::vector<Item>& source) { m_rows = source; }
   void tell();
@@ -95,7 +95,7 @@ class Table {
 /// The first row with the text of one before it: a dictionary would lose one of the two. Rows without a text are none.
 std::optional<std::size_t> repeatedRow(const std::vector<Item>& rows);
 /// The rows as a dictionary, without those that have no text; of like texts the last wins. None if nothing is left.
-std::optional<launchd::StringMap<bool>> dictionaryOf(const std::vector<Item>& rows);
+std::optional<jobfile::StringMap<bool>> dictionaryOf(const std::vector<Item>& rows);
 /// The texts of the rows in their order, without empty ones. None if nothing is left.
 std::optional<std::vector<std::string>> arrayOf(const std::vector<Item>& rows);
 

@@ -5,8 +5,8 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/CustomIcons.h"
-#include "core/support/PrivateFolder.h"
-#include "core/support/ReplaceFile.h"
+#include "core/files/PrivateFolder.h"
+#include "core/files/ReplaceFile.h"
 
 namespace mirvel {
 

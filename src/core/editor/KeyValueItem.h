@@ -10,7 +10,7 @@ namespace mirvel {
 /// else as a description.
 struct KeyValueItem {
   std::string key;
-  plist::Value value;
+  propertylist::Value value;
 
   bool operator==(const KeyValueItem&) const = default;
 };

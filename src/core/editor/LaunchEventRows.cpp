@@ -7,9 +7,9 @@ namespace mirvel::NestedRows {
 
 namespace {
 
-using launchd::LaunchEvents;
-using launchd::PlistType;
-using launchd::StringMap;
+using jobfile::LaunchEvents;
+using jobfile::PlistType;
+using jobfile::StringMap;
 
 /// The values of the events of one stream, each below the path that leads to it.
 class Leaves {

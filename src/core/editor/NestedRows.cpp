@@ -8,9 +8,9 @@ namespace mirvel::NestedRows {
 
 namespace {
 
-using launchd::MachServices;
-using launchd::Sockets;
-using launchd::StringMap;
+using jobfile::MachServices;
+using jobfile::Sockets;
+using jobfile::StringMap;
 
 /// Keys and values, one line each.
 class Lines {

@@ -12,7 +12,7 @@ NotesStore::~NotesStore() {
 }
 
 std::string NotesStore::note(const URL& job) const {
-  const plist::Value* const note = m_store.find(storeKey(job));
+  const propertylist::Value* const note = m_store.find(storeKey(job));
   const auto* const text = note ? note->as<std::string>() : nullptr;
   return text ? *text : std::string();
 }

@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <string>
 
-#include "core/support/Delay.h"
-#include "core/support/Signal.h"
-#include "core/support/Store.h"
-#include "core/support/URL.h"
+#include "core/base/Signal.h"
+#include "core/files/URL.h"
+#include "core/ports/MainQueue.h"
+#include "core/settings/Store.h"
 
 namespace mirvel {
 
@@ -25,7 +25,7 @@ class NotesStore {
   std::string note(const URL& job) const;
   bool has(const URL& job) const;
   /// All notes, under the keys of their jobs. Valid until the next call.
-  const plist::Dictionary& notes() const { return m_store.contents(); }
+  const propertylist::Dictionary& notes() const { return m_store.contents(); }
   /// Writes the store 0.3 seconds after the last change. What can't be written is kept until the program ends.
   void setNote(const URL& job, std::string text);
   /// Gives a note that belongs to one file to another. If that has one, too, it comes last.

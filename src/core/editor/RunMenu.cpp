@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/app/Program.h"
-#include "core/mainwindow/Segue.h"
-#include "core/support/Strings.h"
+#include "core/session/Shell.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 

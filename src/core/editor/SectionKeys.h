@@ -2,15 +2,15 @@
 
 #include <tuple>
 
-#include "core/plist/PlistKeys.h"
+#include "core/jobfile/PlistKeys.h"
 
 namespace mirvel {
 
 /// Keys of the record, in the order in which a section shows them.
-template <launchd::Plist::CodingKeys... keys>
+template <jobfile::Plist::CodingKeys... keys>
 struct KeyList {
   /// A key that is in the file is set, be it false, 0 or empty.
-  static bool isAnySet(const launchd::Plist& plist) { return ((plist.*row<keys>().field).has_value() || ...); }
+  static bool isAnySet(const jobfile::Plist& plist) { return ((plist.*row<keys>().field).has_value() || ...); }
 
   /// Calls `visit` with each row of the table of keys: its `text` and its `field`.
   template <typename Visit>
@@ -19,15 +19,15 @@ struct KeyList {
   }
 
  private:
-  template <launchd::Plist::CodingKeys key>
+  template <jobfile::Plist::CodingKeys key>
   static constexpr const auto& row() {
-    return std::get<static_cast<std::size_t>(key)>(launchd::plistKeys);
+    return std::get<static_cast<std::size_t>(key)>(jobfile::plistKeys);
   }
 };
 
 namespace SectionKeys {
 
-using K = launchd::Plist::CodingKeys;
+using K = jobfile::Plist::CodingKeys;
 
 using Paths = KeyList<K::standardErrorPath, K::standardInPath, K::standardOutPath, K::workingDirectory>;
 using PathLists = KeyList<K::queueDirectories, K::watchPaths>;

@@ -8,45 +8,45 @@
 #include "core/editor/NestedRows.h"
 #include "core/editor/SectionKeys.h"
 #include "core/editor/ValueTexts.h"
-#include "core/support/DisplayPath.h"
-#include "core/support/Octal.h"
+#include "core/files/DisplayPath.h"
+#include "core/text/Digits.h"
 
 namespace mirvel {
 
 namespace {
 
-using launchd::Plist;
+using jobfile::Plist;
 using Rows = std::vector<KeyValueItem>;
 
 // The forms of the values of single keys.
 
-plist::Value shown(bool value, const ValueTexts& /*texts*/) {
+propertylist::Value shown(bool value, const ValueTexts& /*texts*/) {
   return value;
 }
 
-plist::Value shown(std::int64_t value, const ValueTexts& texts) {
+propertylist::Value shown(std::int64_t value, const ValueTexts& texts) {
   return texts.number(value);
 }
 
-plist::Value shown(const std::string& value, const ValueTexts& /*texts*/) {
+propertylist::Value shown(const std::string& value, const ValueTexts& /*texts*/) {
   return value;
 }
 
-plist::Value shown(const std::vector<std::string>& value, const ValueTexts& /*texts*/) {
+propertylist::Value shown(const std::vector<std::string>& value, const ValueTexts& /*texts*/) {
   return joinedLines(value);
 }
 
-plist::Value shown(const Plist::LimitLoadToSessionType& value, const ValueTexts& /*texts*/) {
+propertylist::Value shown(const Plist::LimitLoadToSessionType& value, const ValueTexts& /*texts*/) {
   return joinedLines(value.types);
 }
 
-plist::Value shown(const launchd::StringMap<std::vector<std::string>>& value, const ValueTexts& /*texts*/) {
+propertylist::Value shown(const jobfile::StringMap<std::vector<std::string>>& value, const ValueTexts& /*texts*/) {
   std::vector<std::string> lines;
   for (const auto& [key, values] : value) lines.insert(lines.end(), values.begin(), values.end());
   return joinedLines(lines);
 }
 
-plist::Value shown(const Plist::ResourceLimits& value, const ValueTexts& texts) {
+propertylist::Value shown(const Plist::ResourceLimits& value, const ValueTexts& texts) {
   using Limits = Plist::ResourceLimits;
   using K = Limits::CodingKeys;
   std::vector<std::string> lines;
@@ -65,12 +65,12 @@ plist::Value shown(const Plist::ResourceLimits& value, const ValueTexts& texts) 
   return joinedLines(lines);
 }
 
-std::optional<plist::Value> shown(const Plist::Umask& value, const ValueTexts& /*texts*/) {
-  return value.int_ ? std::optional<plist::Value>(Octal::displayString(*value.int_)) : std::nullopt;
+std::optional<propertylist::Value> shown(const Plist::Umask& value, const ValueTexts& /*texts*/) {
+  return value.int_ ? std::optional<propertylist::Value>(Octal::displayString(*value.int_)) : std::nullopt;
 }
 
-plist::Value shown(const Plist::InetdCompatibility& value, const ValueTexts& texts) {
-  launchd::StringMap<std::string> entries;
+propertylist::Value shown(const Plist::InetdCompatibility& value, const ValueTexts& texts) {
+  jobfile::StringMap<std::string> entries;
   for (const auto& [key, isOn] : value.bools) entries.emplace(key, texts.boolean(isOn));
   for (const auto& [key, number] : value.integers) entries.emplace(key, texts.number(number));
   std::vector<std::string> lines;
@@ -84,7 +84,7 @@ Rows rowsOf(const Plist& plist, const ValueTexts& texts) {
   Keys::forEach([&](const auto& key) {
     const auto& field = plist.*key.field;
     if (!field.has_value()) return;
-    if (std::optional<plist::Value> value = shown(*field, texts)) {
+    if (std::optional<propertylist::Value> value = shown(*field, texts)) {
       rows.push_back({std::string(key.text), std::move(*value)});
     }
   });
@@ -132,9 +132,9 @@ Rows environmentRows(const Plist& plist, const Collator& collator) {
 
 void addUnknownKeys(const Plist& plist, Rows& rows) {
   if (!plist.unknownKeys) return;
-  std::unordered_map<std::string_view, const plist::Node*> values;
-  for (const plist::Member& member : plist.dictionary->members()) values.emplace(member.key(), &member.value);
-  const plist::Dictionary known = plist.encode();
+  std::unordered_map<std::string_view, const propertylist::Node*> values;
+  for (const propertylist::Member& member : plist.dictionary->members()) values.emplace(member.key(), &member.value);
+  const propertylist::Dictionary known = plist.encode();
   for (const std::string& key : *plist.unknownKeys) {
     const auto found = values.find(key);
     const bool isReplaced = known.find(key) != nullptr;  // by what the user entered for a value that didn't fit

@@ -6,7 +6,7 @@ namespace mirvel {
 
 namespace {
 
-using launchd::Plist;
+using jobfile::Plist;
 
 // A key that is in the file is shown, be it false, 0 or empty.
 template <typename... Fields>
@@ -17,7 +17,7 @@ bool isAnySet(const Fields&... fields) {
 bool isShown(StackSection section, const Plist& plist) {
   switch (section) {
     case StackSection::when:
-      return isAnySet(plist.runAtLoad, plist.keepAlive, plist.startOnMount) || !plist.scheduled.empty();
+      return isAnySet(plist.runAtLoad, plist.keepAlive, plist.startOnMount) || plist.isScheduled();
     case StackSection::paths:
       return SectionKeys::Paths::isAnySet(plist) || SectionKeys::PathLists::isAnySet(plist);
     case StackSection::limits:

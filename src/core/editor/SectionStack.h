@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "core/plist/Plist.h"
-#include "core/support/Localize.h"
+#include "core/jobfile/Plist.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel {
 
@@ -34,8 +34,8 @@ struct StackEntry {
 };
 
 /// The sections that have something to say of the job.
-std::vector<StackEntry> displayStack(const launchd::Plist& plist, const Localize& localize);
+std::vector<StackEntry> displayStack(const jobfile::Plist& plist, const Localize& localize);
 /// The sections with which the job can be edited, and those with what can't be edited but removed.
-std::vector<StackEntry> editStack(const launchd::Plist& plist, const Localize& localize);
+std::vector<StackEntry> editStack(const jobfile::Plist& plist, const Localize& localize);
 
 }  // namespace mirvel

@@ -3,9 +3,9 @@
 #include <array>
 #include <charconv>
 
-#include "core/support/Bidirectional.h"
-#include "core/support/ByteCount.h"
-#include "core/support/Dates.h"
+#include "core/locale/Dates.h"
+#include "core/text/Bidirectional.h"
+#include "core/text/ByteCount.h"
 
 namespace mirvel {
 
@@ -17,11 +17,11 @@ std::string ValueTexts::real(double number) const {
   return {digits.data(), result.ptr};
 }
 
-std::string ValueTexts::data(const plist::Data& data) const {
+std::string ValueTexts::data(const propertylist::Data& data) const {
   return byteCount(data.bytes.size(), m_localize.locale());
 }
 
-std::string ValueTexts::date(plist::Date date) const {
+std::string ValueTexts::date(propertylist::Date date) const {
   constexpr double from1970To2001 = 978'307'200;
   return Date::standardText(date.seconds + from1970To2001, m_localize.timeLocale());
 }

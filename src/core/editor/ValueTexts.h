@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/locale/Localize.h"
 #include "core/propertylist/Value.h"
-#include "core/support/Localize.h"
 
 namespace mirvel {
 
@@ -20,8 +20,8 @@ class ValueTexts {
   /// With the fewest digits that mean this very number.
   std::string real(double number) const;
   /// Its size: nobody reads bytes.
-  std::string data(const plist::Data& data) const;
-  std::string date(plist::Date date) const;
+  std::string data(const propertylist::Data& data) const;
+  std::string date(propertylist::Date date) const;
 
   /// "key : value", key first in any language.
   std::string line(const std::string& key, const std::string& value) const { return joined({key, value}, " : "); }

@@ -2,16 +2,16 @@
 
 #include "core/app/Program.h"
 #include "core/editor/ValueTexts.h"
-#include "core/support/DisplayPath.h"
+#include "core/files/DisplayPath.h"
 
 namespace mirvel::WhenRules {
 
 namespace {
 
-using launchd::KeepAlive;
-using launchd::Plist;
+using jobfile::KeepAlive;
+using jobfile::Plist;
 
-std::vector<std::string> lines(const launchd::StringMap<bool>& entries, const Program& program, bool arePaths) {
+std::vector<std::string> lines(const jobfile::StringMap<bool>& entries, const Program& program, bool arePaths) {
   const ValueTexts texts(program.foundation.localize);
   const std::string home = program.foundation.roots.home.native();
   std::vector<std::string> result;
@@ -28,7 +28,7 @@ std::vector<Condition> conditions(const KeepAlive& keepAlive, const Program& pro
   const auto addBox = [&result](std::string key, std::optional<bool> state) {
     if (state) result.push_back({.key = std::move(key), .state = state});
   };
-  const auto addLines = [&](std::string_view key, const std::optional<launchd::StringMap<bool>>& entries) {
+  const auto addLines = [&](std::string_view key, const std::optional<jobfile::StringMap<bool>>& entries) {
     const bool arePaths = key == pathStateKey;
     if (entries) result.push_back({.key = std::string(key), .lines = lines(*entries, program, arePaths)});
   };
@@ -51,8 +51,7 @@ KeepAlive& conditional(Plist& plist) {
 }  // namespace
 
 Display display(const Plist& plist, const Program& program) {
-  Display result{
-      .runAtLoad = plist.runAtLoad, .startOnMount = plist.startOnMount, .isScheduled = !plist.scheduled.empty()};
+  Display result{.runAtLoad = plist.runAtLoad, .startOnMount = plist.startOnMount, .isScheduled = plist.isScheduled()};
   if (!plist.keepAlive) return result;
   result.keepAlive = plist.keepAlive->bool_.value_or(true);
   if (!plist.keepAlive->bool_) result.conditions = conditions(*plist.keepAlive, program);
@@ -81,7 +80,7 @@ GridTable::Source conditionRows(const Plist& plist, const Unfinished& unfinished
   if (rows != unfinished.tables.end()) return rows->second;
   const KeepAlive none;
   const KeepAlive& keepAlive = plist.keepAlive ? *plist.keepAlive : none;
-  return (key == pathStateKey ? keepAlive.pathState : keepAlive.otherJobEnabled).value_or(launchd::StringMap<bool>());
+  return (key == pathStateKey ? keepAlive.pathState : keepAlive.otherJobEnabled).value_or(jobfile::StringMap<bool>());
 }
 
 void gridTableChanged(Plist& plist, Unfinished& unfinished, std::string_view key,
@@ -102,7 +101,7 @@ bool rulesChanged(Plist& plist, Unfinished& unfinished, const Scheduled::RuleEdi
   if (rules.numberOfRows() == 0) {
     removeSchedule(plist, unfinished);
   } else if (rules.isValid()) {
-    plist.applyRules(rules.applied());
+    Scheduled::apply(rules.applied(), plist);
   } else {
     unfinished.rules = rules.content();
   }

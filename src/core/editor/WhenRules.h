@@ -7,9 +7,9 @@
 
 #include "core/editor/BoxClick.h"
 #include "core/editor/GridTable.h"
-#include "core/editor/Unfinished.h"
-#include "core/plist/Plist.h"
+#include "core/jobfile/Plist.h"
 #include "core/schedule/RuleEditor.h"
+#include "core/session/Unfinished.h"
 
 namespace mirvel {
 
@@ -42,25 +42,25 @@ struct Display {
   bool operator==(const Display&) const = default;
 };
 
-Display display(const launchd::Plist& plist, const Program& program);
+Display display(const jobfile::Plist& plist, const Program& program);
 
 /// The box that keeps a job alive: off takes the key away, whatever it held.
-void keepAlive(launchd::Plist& plist, Unfinished& unfinished, bool isOn);
+void keepAlive(jobfile::Plist& plist, Unfinished& unfinished, bool isOn);
 // A condition takes the place of the plain form.
-void crashed(launchd::Plist& plist, BoxClick click);
-void successfulExit(launchd::Plist& plist, BoxClick click);
+void crashed(jobfile::Plist& plist, BoxClick click);
+void successfulExit(jobfile::Plist& plist, BoxClick click);
 /// What the table of conditions with that key is filled from.
-GridTable::Source conditionRows(const launchd::Plist& plist, const Unfinished& unfinished, std::string_view key);
+GridTable::Source conditionRows(const jobfile::Plist& plist, const Unfinished& unfinished, std::string_view key);
 /// Takes over the rows of the table with that key; nothing for any other. Rows that can't all be saved are unfinished,
 /// and the record keeps those it has. `plain` keeps the plain form while conditions stand in its place: those that come
 /// and go again leave the key as it was.
-void gridTableChanged(launchd::Plist& plist, Unfinished& unfinished, std::string_view key,
+void gridTableChanged(jobfile::Plist& plist, Unfinished& unfinished, std::string_view key,
                       const std::vector<GridTable::Item>& rows, std::optional<bool>& plain);
 /// Takes over the rows of the rule editor; without one there is no schedule. False: they can't be saved as they stand
 /// and are unfinished, and the record keeps its rules.
-bool rulesChanged(launchd::Plist& plist, Unfinished& unfinished, const Scheduled::RuleEditor& rules);
+bool rulesChanged(jobfile::Plist& plist, Unfinished& unfinished, const Scheduled::RuleEditor& rules);
 /// The job has no schedule any more.
-void removeSchedule(launchd::Plist& plist, Unfinished& unfinished);
+void removeSchedule(jobfile::Plist& plist, Unfinished& unfinished);
 
 }  // namespace WhenRules
 

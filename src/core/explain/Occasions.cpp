@@ -17,21 +17,21 @@ class Sentences {
  public:
   explicit Sentences(const Localize& localize) : m_localize(localize) {}
 
-  void addStart(const launchd::Plist& plist) {
+  void addStart(const jobfile::Plist& plist) {
     if (plist.runAtLoad == true) add(text("When it is loaded, that is, at login or at startup"));
   }
 
-  void addRestarts(const launchd::Plist& plist) {
+  void addRestarts(const jobfile::Plist& plist) {
     if (plist.keepAlive) addKeepAlive(*plist.keepAlive);
     // Without KeepAlive the older key keeps the job running by itself.
     if (!plist.keepAlive && plist.onDemand == false) add(text("Always: it is started again whenever it ends"));
   }
 
-  void addSchedule(const launchd::Plist& plist, TimeForm form) {
+  void addSchedule(const jobfile::Plist& plist, TimeForm form) {
     for (std::string& line : scheduleText(plist, m_localize, form)) m_lines.push_back(std::move(line));
   }
 
-  void addEvents(const launchd::Plist& plist) {
+  void addEvents(const jobfile::Plist& plist) {
     if (plist.startOnMount == true) add(text("When a volume is mounted"));
     if (plist.watchPaths) addEach(text("When %@ changes"), *plist.watchPaths);
     if (plist.queueDirectories) addEach(text("While there is something in %@"), *plist.queueDirectories);
@@ -52,7 +52,7 @@ class Sentences {
   std::vector<std::string> take() && { return std::move(m_lines); }
 
  private:
-  void addKeepAlive(const launchd::KeepAlive& keepAlive) {
+  void addKeepAlive(const jobfile::KeepAlive& keepAlive) {
     if (keepAlive.bool_ == true) add(text("Always: it is started again whenever it ends"));
     if (keepAlive.bool_) return;
     if (keepAlive.successfulExit) {
@@ -79,11 +79,11 @@ class Sentences {
   }
 
   template <typename Element>
-  void addKeys(const char* sentence, const launchd::StringMap<Element>& elements) {
+  void addKeys(const char* sentence, const jobfile::StringMap<Element>& elements) {
     for (const auto& element : elements) m_lines.push_back(m_localize.format(sentence, {element.first}));
   }
 
-  void addStates(const char* wanted, const char* unwanted, const launchd::StringMap<bool>& states) {
+  void addStates(const char* wanted, const char* unwanted, const jobfile::StringMap<bool>& states) {
     for (const auto& [name, isWanted] : states) {
       m_lines.push_back(m_localize.format(isWanted ? wanted : unwanted, {name}));
     }
@@ -95,7 +95,7 @@ class Sentences {
 
 }  // namespace
 
-std::vector<std::string> occasions(const launchd::Plist& plist, const Localize& localize) {
+std::vector<std::string> occasions(const jobfile::Plist& plist, const Localize& localize) {
   Sentences sentences(localize);
   sentences.addStart(plist);
   sentences.addRestarts(plist);
@@ -104,7 +104,7 @@ std::vector<std::string> occasions(const launchd::Plist& plist, const Localize& 
   return std::move(sentences).take(plist.disabled == true);
 }
 
-std::vector<std::string> laterOccasions(const launchd::Plist& plist, const Localize& localize, TimeForm form) {
+std::vector<std::string> laterOccasions(const jobfile::Plist& plist, const Localize& localize, TimeForm form) {
   Sentences sentences(localize);
   sentences.addRestarts(plist);
   sentences.addSchedule(plist, form);

@@ -12,8 +12,8 @@
 #include <array>
 #include <memory>
 
-#include "core/support/Dates.h"
-#include "core/support/MomentFormat.h"
+#include "core/locale/Dates.h"
+#include "core/locale/MomentFormat.h"
 
 namespace mirvel::explain {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "core/locale/Localize.h"
 #include "core/schedule/Scheduled.h"
-#include "core/support/Localize.h"
 
 namespace mirvel::explain {
 

@@ -4,13 +4,13 @@
 #include <array>
 #include <utility>
 
-#include "core/support/Dates.h"
+#include "core/locale/Dates.h"
 
 namespace mirvel::explain {
 
 namespace {
 
-using Interval = launchd::StartCalendarInterval::Interval;
+using Interval = jobfile::StartCalendarInterval::Interval;
 
 /// The rules have months together with a day of the month only.
 bool hasMonthOfItsOwn(const Interval& interval) {
@@ -28,7 +28,7 @@ class Texts {
   Texts(const Localize& localize, TimeForm form)
       : m_localize(localize), m_form(form), m_months(Date::months(localize.locale())) {}
 
-  void addRules(const std::optional<std::int64_t>& startInterval, const launchd::StartCalendarInterval& calendar) {
+  void addRules(const std::optional<std::int64_t>& startInterval, const jobfile::StartCalendarInterval& calendar) {
     for (const auto& rule : Scheduled::rules(startInterval, calendar))
       m_lines.push_back(ruleText(rule, m_localize, m_form));
   }
@@ -36,7 +36,7 @@ class Texts {
   void addBound(Interval interval) {
     const std::string& month = m_months.at(static_cast<std::size_t>(*interval.month - 1));
     interval.month.reset();
-    for (const auto& rule : Scheduled::rules({}, launchd::StartCalendarInterval{.intervals = {interval}})) {
+    for (const auto& rule : Scheduled::rules({}, jobfile::StartCalendarInterval{.intervals = {interval}})) {
       const std::string text = ruleText(rule, m_localize, m_form);
       auto found = std::find_if(m_bound.begin(), m_bound.end(), [&](const Bound& bound) { return bound.rule == text; });
       if (found == m_bound.end()) found = m_bound.insert(found, Bound{.rule = text, .months = {}});
@@ -67,8 +67,8 @@ class Texts {
 
 }  // namespace
 
-std::vector<std::string> scheduleText(const launchd::Plist& plist, const Localize& localize, TimeForm form) {
-  launchd::StartCalendarInterval plain;
+std::vector<std::string> scheduleText(const jobfile::Plist& plist, const Localize& localize, TimeForm form) {
+  jobfile::StartCalendarInterval plain;
   std::vector<Interval> bound;
   if (plist.startCalendarInterval) {
     for (const Interval& interval : plist.startCalendarInterval->intervals) {

@@ -17,13 +17,13 @@ struct Executable {
   std::string keyPath;
 };
 
-std::optional<Executable> executableOf(const launchd::Plist& record) {
+std::optional<Executable> executableOf(const jobfile::Plist& record) {
   if (record.program) return Executable{*record.program, "Program"};
   if (!record.programArguments || record.programArguments->empty()) return std::nullopt;
   return Executable{record.programArguments->front(), "ProgramArguments[0]"};
 }
 
-std::vector<std::string> wordsOf(const launchd::Plist& record) {
+std::vector<std::string> wordsOf(const jobfile::Plist& record) {
   std::vector<std::string> words;
   if (record.program) words.push_back(*record.program);
   for (const std::string& argument : record.programArguments.value_or(std::vector<std::string>())) {
@@ -67,7 +67,7 @@ void checkExecutable(const Executable& executable, const Surroundings& surroundi
 }
 
 /// The arguments that the program gets as they stand, that is, not the script of a shell.
-void checkArguments(const launchd::Plist& record, const Surroundings& surroundings, Findings& findings) {
+void checkArguments(const jobfile::Plist& record, const Surroundings& surroundings, Findings& findings) {
   if (!record.programArguments) return;
   const std::vector<std::string> words = wordsOf(record);
   const std::size_t scriptStart = shellScriptStart(words);
@@ -75,7 +75,7 @@ void checkArguments(const launchd::Plist& record, const Surroundings& surroundin
   const bool mayTakeOperators = takesOperators(words);
   for (std::size_t i = 1; i < record.programArguments->size() && i + offset < scriptStart; ++i) {
     const std::string& argument = (*record.programArguments)[i];
-    const std::string keyPath = plist::childPath("ProgramArguments", i);
+    const std::string keyPath = propertylist::childPath("ProgramArguments", i);
     const auto expansion = leadingExpansion(argument);
     if (isShellSyntax(argument) && !mayTakeOperators) {
       findings.warning(keyPath, "launchd is no shell; the program gets " + argument + " as an argument");
@@ -88,7 +88,7 @@ void checkArguments(const launchd::Plist& record, const Surroundings& surroundin
 }  // namespace
 
 void checkCommand(const Subject& subject, const Surroundings& surroundings, Findings& findings) {
-  const launchd::Plist& record = subject.record;
+  const jobfile::Plist& record = subject.record;
   checkArguments(record, surroundings, findings);
   // Paths of a job in an application's bundle count from the bundle.
   if (subject.file.find("BundleProgram")) return;

@@ -52,7 +52,7 @@ void Findings::addAt(Severity severity, const std::string& keyPath, std::string 
   if (isFull(severity)) return addUnreported(severity, 1);
   Finding finding{.severity = severity, .message = std::move(message), .keyPath = keyPath};
   if (const auto spot = m_positions.find(keyPath)) {
-    const plist::Place& place = part == Part::Key ? spot->key : spot->value;
+    const propertylist::Place& place = part == Part::Key ? spot->key : spot->value;
     finding.line = place.line;
     finding.column = place.column;
   }

@@ -12,7 +12,7 @@ namespace mirvel::lint {
 
 namespace {
 
-using launchd::Plist;
+using jobfile::Plist;
 
 struct DeprecatedKey {
   std::string_view key;
@@ -34,11 +34,11 @@ constexpr std::array<DeprecatedKey, 12> deprecatedKeys = {{
     {"KeepAlive.NetworkState", "; launchd takes no account of it"},
 }};
 
-const plist::Value* valueAt(const plist::Dictionary& file, std::string_view path) {
+const propertylist::Value* valueAt(const propertylist::Dictionary& file, std::string_view path) {
   const std::size_t dot = path.find('.');
-  const plist::Value* value = file.find(path.substr(0, dot));
+  const propertylist::Value* value = file.find(path.substr(0, dot));
   if (!value || dot == std::string_view::npos) return value;
-  const auto* inner = value->as<plist::Dictionary>();
+  const auto* inner = value->as<propertylist::Dictionary>();
   return inner ? inner->find(path.substr(dot + 1)) : nullptr;
 }
 
@@ -63,7 +63,7 @@ void checkUnknownKey(const std::string& key, Findings& findings) {
   }
 }
 
-void checkDeprecatedKeys(const plist::Dictionary& file, Findings& findings) {
+void checkDeprecatedKeys(const propertylist::Dictionary& file, Findings& findings) {
   for (const auto& [key, advice] : deprecatedKeys) {
     if (valueAt(file, key)) findings.keyWarning(std::string(key), "deprecated key" + std::string(advice));
   }
@@ -77,12 +77,12 @@ void checkWord(const std::string& keyPath, const std::string& word, std::span<co
 }
 
 void checkWords(const Plist& record, Findings& findings) {
-  if (record.processType) checkWord("ProcessType", *record.processType, launchd::processTypes, findings);
+  if (record.processType) checkWord("ProcessType", *record.processType, jobfile::processTypes, findings);
   if (!record.limitLoadToSessionType) return;
   const auto& [types, singleValue] = *record.limitLoadToSessionType;
   for (std::size_t i = 0; i < types.size(); ++i) {
     const std::string path = "LimitLoadToSessionType";
-    checkWord(singleValue ? path : plist::childPath(path, i), types[i], launchd::LimitLoadToSessionType::agents,
+    checkWord(singleValue ? path : propertylist::childPath(path, i), types[i], jobfile::LimitLoadToSessionType::agents,
               findings);
   }
 }

@@ -17,8 +17,8 @@ namespace mirvel::lint {
 
 namespace {
 
-void addWarnings(const plist::Document& document, Findings& findings) {
-  for (const plist::Warning& warning : document.warnings()) {
+void addWarnings(const propertylist::Document& document, Findings& findings) {
+  for (const propertylist::Warning& warning : document.warnings()) {
     findings.add({.severity = Severity::warning,
                   .message = warning.message,
                   .line = warning.line,
@@ -28,7 +28,7 @@ void addWarnings(const plist::Document& document, Findings& findings) {
   findings.addUnreported(Severity::warning, document.unreportedWarnings());
 }
 
-void checkJob(const plist::Document& document, const Surroundings& surroundings, Findings& findings) {
+void checkJob(const propertylist::Document& document, const Surroundings& surroundings, Findings& findings) {
   const auto subject = decodeTolerantly(document.root(), findings);
   if (!subject) return;
   checkKeys(*subject, findings);
@@ -42,14 +42,14 @@ void checkJob(const plist::Document& document, const Surroundings& surroundings,
 }  // namespace
 
 std::vector<Finding> lint(std::string_view bytes, const Surroundings& surroundings) {
-  plist::Positions positions;
+  propertylist::Positions positions;
   Findings findings(positions);
-  const auto document = plist::read(bytes, &positions);
+  const auto document = propertylist::read(bytes, &positions);
   if (!document) {
     findings.error(document.error());
     return std::move(findings).inOrder();
   }
-  if (document->format() == plist::Format::Xml) checkProlog(bytes, findings);
+  if (document->format() == propertylist::Format::Xml) checkProlog(bytes, findings);
   checkJob(*document, surroundings, findings);
   addWarnings(*document, findings);
   return std::move(findings).inOrder();

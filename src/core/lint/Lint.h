@@ -3,8 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/lint/Finding.h"
-#include "core/lint/Subject.h"
+#include "core/lint/Findings.h"
 
 namespace mirvel::lint {
 

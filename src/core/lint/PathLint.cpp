@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "core/jobfile/Place.h"
 #include "core/lint/Placeholder.h"
-#include "core/plist/Place.h"
 
 namespace mirvel::lint {
 
@@ -22,7 +22,7 @@ class PathCheck {
   }
 
   /// Where a path is only worth putting together if there is something to tell.
-  void check(const launchd::Place& place, const std::optional<std::string>& text) {
+  void check(const jobfile::Place& place, const std::optional<std::string>& text) {
     const auto placeholder = text ? findPlaceholder(*text) : std::nullopt;
     if (!placeholder) return;
     if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
@@ -35,7 +35,7 @@ class PathCheck {
 
   void check(const std::string& keyPath, const std::optional<std::vector<std::string>>& texts) {
     if (!texts) return;
-    for (std::size_t i = 0; i < texts->size(); ++i) check(plist::childPath(keyPath, i), (*texts)[i]);
+    for (std::size_t i = 0; i < texts->size(); ++i) check(propertylist::childPath(keyPath, i), (*texts)[i]);
   }
 
  private:
@@ -43,24 +43,24 @@ class PathCheck {
   Findings& m_findings;
 };
 
-void checkSocket(const launchd::Place& place, const launchd::Sockets::SubDictionary& socket, PathCheck& paths) {
+void checkSocket(const jobfile::Place& place, const jobfile::Sockets::SubDictionary& socket, PathCheck& paths) {
   paths.check(place.key("SockPathName"), socket.sockPathName);
   for (std::size_t i = 0; i < socket.array.size(); ++i) {
     checkSocket(place.index(i), socket.array[i], paths);
   }
 }
 
-void checkPathState(const launchd::Plist& record, PathCheck& paths) {
+void checkPathState(const jobfile::Plist& record, PathCheck& paths) {
   if (!record.keepAlive || !record.keepAlive->pathState) return;
   for (const auto& [path, isWanted] : *record.keepAlive->pathState) {
-    paths.check(plist::childPath("KeepAlive.PathState", path), path);
+    paths.check(propertylist::childPath("KeepAlive.PathState", path), path);
   }
 }
 
 }  // namespace
 
 void checkPaths(const Subject& subject, const Surroundings& surroundings, Findings& findings) {
-  const launchd::Plist& record = subject.record;
+  const jobfile::Plist& record = subject.record;
   PathCheck paths(surroundings, findings);
   paths.check("Label", record.name);
   paths.check("WorkingDirectory", record.workingDirectory);
@@ -73,12 +73,12 @@ void checkPaths(const Subject& subject, const Surroundings& surroundings, Findin
   checkPathState(record, paths);
   if (record.environmentVariables) {
     for (const auto& [name, value] : *record.environmentVariables) {
-      paths.check(plist::childPath("EnvironmentVariables", name), value);
+      paths.check(propertylist::childPath("EnvironmentVariables", name), value);
     }
   }
   if (!record.sockets) return;
-  const launchd::Place top;
-  const launchd::Place sockets = top.key("Sockets");
+  const jobfile::Place top;
+  const jobfile::Place sockets = top.key("Sockets");
   for (const auto& [name, socket] : record.sockets->dictionaries) checkSocket(sockets.key(name), socket, paths);
 }
 

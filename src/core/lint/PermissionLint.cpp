@@ -1,6 +1,6 @@
 #include "core/lint/PermissionLint.h"
 
-#include "core/support/FileTrust.h"
+#include "core/files/FileTrust.h"
 
 namespace mirvel::lint {
 

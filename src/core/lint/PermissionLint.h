@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "core/lint/Finding.h"
+#include "core/lint/Findings.h"
 
 namespace mirvel::lint {
 

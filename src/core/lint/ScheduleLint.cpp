@@ -10,7 +10,7 @@ namespace mirvel::lint {
 
 namespace {
 
-using Interval = launchd::StartCalendarInterval::Interval;
+using Interval = jobfile::StartCalendarInterval::Interval;
 
 struct Field {
   std::optional<std::int64_t> Interval::*number;
@@ -40,7 +40,7 @@ bool checkRanges(const Interval& interval, const std::string& path, Findings& fi
     if (!number || (*number >= field.least && *number <= field.greatest)) continue;
     isGood = false;
     const std::string range = std::to_string(field.least) + " to " + std::to_string(field.greatest);
-    findings.error(plist::childPath(path, Interval::text(field.key)),
+    findings.error(propertylist::childPath(path, Interval::text(field.key)),
                    std::to_string(*number) + " is outside " + range + ": such a time never comes");
   }
   return isGood;
@@ -51,7 +51,7 @@ void checkDate(const Interval& interval, const std::string& path, Findings& find
   if (!interval.day || !interval.month || interval.weekday) return;
   const auto month = static_cast<std::size_t>(*interval.month - 1);
   if (*interval.day <= longestMonths[month]) return;
-  findings.error(plist::childPath(path, "Day"),
+  findings.error(propertylist::childPath(path, "Day"),
                  std::string(monthNames[month]) + " has no day " + std::to_string(*interval.day) + ": it never comes");
 }
 
@@ -77,7 +77,7 @@ void checkInterval(const Interval& interval, const std::string& path, Findings& 
   checkWildcards(interval, path, findings);
 }
 
-void checkStartInterval(const launchd::Plist& record, Findings& findings) {
+void checkStartInterval(const jobfile::Plist& record, Findings& findings) {
   constexpr std::int64_t usualThrottle = 10;
   if (!record.startInterval) return;
   const std::int64_t seconds = *record.startInterval;
@@ -89,7 +89,7 @@ void checkStartInterval(const launchd::Plist& record, Findings& findings) {
   }
 }
 
-void checkNice(const launchd::Plist& record, Findings& findings) {
+void checkNice(const jobfile::Plist& record, Findings& findings) {
   if (!record.nice || (*record.nice >= -20 && *record.nice <= 20)) return;
   findings.warning("Nice", std::to_string(*record.nice) + " is outside -20 to 20");
 }
@@ -103,7 +103,7 @@ void checkSchedule(const Subject& subject, Findings& findings) {
   if (!calendar) return;
   const std::string path = "StartCalendarInterval";
   for (std::size_t i = 0; i < calendar->intervals.size(); ++i) {
-    checkInterval(calendar->intervals[i], calendar->singleValue ? path : plist::childPath(path, i), findings);
+    checkInterval(calendar->intervals[i], calendar->singleValue ? path : propertylist::childPath(path, i), findings);
   }
 }
 

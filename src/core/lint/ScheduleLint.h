@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/lint/Findings.h"
-#include "core/lint/Subject.h"
 
 namespace mirvel::lint {
 

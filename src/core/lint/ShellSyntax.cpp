@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "core/support/Strings.h"
+#include "core/text/Strings.h"
 
 namespace mirvel::lint {
 

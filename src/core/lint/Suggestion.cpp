@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/support/Ascii.h"
+#include "core/text/Ascii.h"
 
 namespace mirvel::lint {
 

@@ -9,7 +9,7 @@ namespace mirvel::lint {
 
 namespace {
 
-using launchd::Plist;
+using jobfile::Plist;
 
 std::string topLevelKey(const Error& error) {
   return error.keyPath.substr(0, error.keyPath.find_first_of(".["));
@@ -22,37 +22,37 @@ bool isLabel(std::string_view key) {
 /// The file in both its forms, from which keys are taken out one by one. What stays is shared with the file as read.
 class ShrinkingFile {
  public:
-  ShrinkingFile(const plist::Members& members, plist::Dictionary file)
+  ShrinkingFile(const propertylist::Members& members, propertylist::Dictionary file)
       : m_members(members.begin(), members.end()), m_file(std::move(file)) {}
 
   /// Takes out what was refused; false if that changes nothing. In place of a label comes another one.
   bool mend(const std::string& key) {
     const bool wasThere = m_file.remove(key);
-    std::erase_if(m_members, [&](const plist::Member& member) { return member.key() == key; });
+    std::erase_if(m_members, [&](const propertylist::Member& member) { return member.key() == key; });
     if (!isLabel(key)) return wasThere;
     constexpr std::string_view standIn = "label";
     const auto name = Plist::text(Plist::CodingKeys::name);
     m_file.set(name, standIn);
-    m_members.push_back({.keyNode = plist::Node::string(name), .value = plist::Node::string(standIn)});
+    m_members.push_back({.keyNode = propertylist::Node::string(name), .value = propertylist::Node::string(standIn)});
     return true;
   }
 
   Result<Plist> decode() const {
-    return Plist::decode(plist::Node::dictionary(&m_members.data()->keyNode, m_members.size()));
+    return Plist::decode(propertylist::Node::dictionary(&m_members.data()->keyNode, m_members.size()));
   }
-  plist::Dictionary file() && { return std::move(m_file); }
+  propertylist::Dictionary file() && { return std::move(m_file); }
 
  private:
-  std::vector<plist::Member> m_members;
-  plist::Dictionary m_file;
+  std::vector<propertylist::Member> m_members;
+  propertylist::Dictionary m_file;
 };
 
 }  // namespace
 
-std::optional<Subject> decodeTolerantly(const plist::Node& root, Findings& findings) {
+std::optional<Subject> decodeTolerantly(const propertylist::Node& root, Findings& findings) {
   auto record = Plist::decode(root);
-  plist::Value whole = plist::valueOf(root);
-  auto* const dictionary = whole.as<plist::Dictionary>();
+  propertylist::Value whole = propertylist::valueOf(root);
+  auto* const dictionary = whole.as<propertylist::Dictionary>();
   if (!dictionary) {
     findings.error(record.error());
     return std::nullopt;

@@ -24,7 +24,7 @@ constexpr auto startingKeys = std::to_array<std::string_view>({
 
 /// Keys that start it unless they are false, and what was refused of them may be anything.
 bool startsByItself(const Subject& subject) {
-  const launchd::Plist& record = subject.record;
+  const jobfile::Plist& record = subject.record;
   const bool isRefused = subject.refusedKeys.count("RunAtLoad") + subject.refusedKeys.count("KeepAlive") +
                              subject.refusedKeys.count("StartOnMount") + subject.refusedKeys.count("OnDemand") !=
                          0;

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <array>
 
-#include "core/plist/Plist.h"
+#include "core/jobfile/Plist.h"
 
 namespace mirvel::lint {
 
 namespace {
 
-using launchd::Plist;
+using jobfile::Plist;
 
 /// Keys beside those of the record: of launchd.plist(5) and SMAppService, and what system jobs bring.
 constexpr auto otherKeys = std::to_array<std::string_view>({

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/plist/Plist.h"
+#include "core/jobfile/Plist.h"
 #include "core/schedule/MergedRuns.h"
 
 namespace mirvel {

@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "core/catalogue/Kind.h"
-#include "core/editor/DetailType.h"
-#include "core/mainwindow/Mode.h"
+#include "core/session/DetailType.h"
+#include "core/session/Mode.h"
 
 namespace mirvel {
 

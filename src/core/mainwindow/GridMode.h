@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/base/Image.h"
 #include "core/mainwindow/JobMenu.h"
 #include "core/mainwindow/JobSections.h"
-#include "core/mainwindow/Mode.h"
-#include "core/support/Image.h"
+#include "core/session/Mode.h"
 
 namespace mirvel {
 

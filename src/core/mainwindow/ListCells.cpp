@@ -1,7 +1,7 @@
 #include "core/mainwindow/ListCells.h"
 
 #include "core/app/Program.h"
-#include "core/plist/Plist.h"
+#include "core/jobfile/Plist.h"
 
 namespace mirvel {
 
@@ -27,7 +27,7 @@ ListCell statusCell(const Program& program, const Job& job) {
 }  // namespace
 
 ListCell listCell(Program& program, const Job& job, Column::List column) {
-  const launchd::Plist* record = job.record();
+  const jobfile::Plist* record = job.record();
   switch (column) {
     case Column::List::name:
       return textCell(job, job.name);
@@ -40,7 +40,7 @@ ListCell listCell(Program& program, const Job& job, Column::List column) {
     case Column::List::keepAlive:
       return {.isChecked = record && record->keepAlive};
     case Column::List::scheduled:
-      return {.isChecked = record && !record->scheduled.empty()};
+      return {.isChecked = record && record->isScheduled()};
     case Column::List::run:
       return textCell(job, job.run());
   }

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel::Column {
 

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "core/base/Image.h"
 #include "core/mainwindow/ListColumn.h"
 #include "core/mainwindow/ListSort.h"
-#include "core/mainwindow/Mode.h"
 #include "core/mainwindow/ModeRules.h"
-#include "core/support/Delay.h"
-#include "core/support/Image.h"
+#include "core/ports/MainQueue.h"
+#include "core/session/Mode.h"
 
 namespace mirvel {
 

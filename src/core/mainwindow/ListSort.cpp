@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "core/catalogue/KeyedRow.h"
-#include "core/plist/Plist.h"
+#include "core/jobfile/Plist.h"
+#include "core/scan/KeyedRow.h"
 
 namespace mirvel {
 
@@ -35,14 +35,14 @@ void sortByText(Jobs& jobs, Job::SortText text, bool isAscending, const Collator
 
 /// Whether the job has what the column shows by a mark. A job that isn't launchd's is neither kept alive nor scheduled.
 bool hasMark(const Job& job, Column::List column) {
-  const launchd::Plist* const record = job.record();
+  const jobfile::Plist* const record = job.record();
   switch (column) {
     case Column::List::enabled:
       return !job.isDisabled();
     case Column::List::keepAlive:
       return record && record->keepAlive;
     case Column::List::scheduled:
-      return record && !record->scheduled.empty();
+      return record && record->isScheduled();
     default:
       return false;
   }

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "core/catalogue/Job.h"
+#include "core/locale/Collator.h"
 #include "core/mainwindow/ListColumn.h"
-#include "core/support/Collator.h"
 
 namespace mirvel {
 

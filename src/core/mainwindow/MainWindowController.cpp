@@ -1,11 +1,11 @@
 #include "core/mainwindow/MainWindowController.h"
 
 #include "core/app/Program.h"
+#include "core/base/Const.h"
 #include "core/catalogue/LoginItem.h"
 #include "core/creation/RestoreDeleted.h"
 #include "core/mainwindow/ModeJob.h"
-#include "core/support/Bidirectional.h"
-#include "core/support/Const.h"
+#include "core/text/Bidirectional.h"
 
 namespace mirvel {
 

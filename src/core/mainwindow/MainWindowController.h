@@ -3,8 +3,8 @@
 #include <string>
 
 #include "core/catalogue/Job.h"
-#include "core/mainwindow/Mode.h"
-#include "core/support/Interface.h"
+#include "core/ports/Interface.h"
+#include "core/session/Mode.h"
 
 namespace mirvel {
 

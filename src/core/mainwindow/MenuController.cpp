@@ -1,11 +1,11 @@
 #include "core/mainwindow/MenuController.h"
 
 #include "core/app/Program.h"
+#include "core/base/Const.h"
 #include "core/catalogue/Launchd.h"
 #include "core/mainwindow/ModeJob.h"
 #include "core/mainwindow/RevisionMenu.h"
-#include "core/mainwindow/Segue.h"
-#include "core/support/Const.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 

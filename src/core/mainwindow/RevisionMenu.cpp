@@ -1,29 +1,29 @@
 #include "core/mainwindow/RevisionMenu.h"
 
 #include "core/app/Program.h"
-#include "core/app/ReplaceSelected.h"
-#include "core/support/Dates.h"
+#include "core/editor/ReplaceSelected.h"
+#include "core/locale/Dates.h"
 
 namespace mirvel {
 
 std::vector<RevisionItem> revisionItems(Program& program) {
   std::vector<RevisionItem> result;
   const auto& job = program.state.selectedJob;
-  const plist::Value* const kept = job ? program.revisions.revisions().find(storeKey(job->url)) : nullptr;
-  const auto* const revisions = kept ? kept->as<plist::Array>() : nullptr;
+  const propertylist::Value* const kept = job ? program.revisions.revisions().find(storeKey(job->url)) : nullptr;
+  const auto* const revisions = kept ? kept->as<propertylist::Array>() : nullptr;
   if (!revisions) return result;
-  for (const plist::Value& entry : *revisions) {
-    const auto* const revision = entry.as<plist::Dictionary>();
-    const plist::Value* const date = revision ? revision->find(RevisionController::dateKey) : nullptr;
+  for (const propertylist::Value& entry : *revisions) {
+    const auto* const revision = entry.as<propertylist::Dictionary>();
+    const propertylist::Value* const date = revision ? revision->find(RevisionController::dateKey) : nullptr;
     const auto* const seconds = date ? date->as<double>() : nullptr;
     if (seconds) result.push_back({Date::standardText(*seconds, program.foundation.localize.timeLocale()), *revision});
   }
   return result;
 }
 
-void insertRevision(Program& program, const plist::Dictionary& revision) {
-  const plist::Value* const content = revision.find(RevisionController::plistKey);
-  const auto* const dictionary = content ? content->as<plist::Dictionary>() : nullptr;
+void insertRevision(Program& program, const propertylist::Dictionary& revision) {
+  const propertylist::Value* const content = revision.find(RevisionController::plistKey);
+  const auto* const dictionary = content ? content->as<propertylist::Dictionary>() : nullptr;
   if (!dictionary || !replaceSelected(program, *dictionary)) return;
   if (program.shell.detail) program.shell.detail->showEdit();
 }

@@ -2,8 +2,8 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
-#include "core/support/Ascii.h"
-#include "core/support/Digest.h"
+#include "core/text/Ascii.h"
+#include "core/text/Digest.h"
 
 namespace mirvel {
 

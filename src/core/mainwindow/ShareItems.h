@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Localize.h"
-#include "core/support/URL.h"
+#include "core/files/URL.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/URL.h"
+#include "core/files/URL.h"
 
 namespace mirvel {
 

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "core/mainwindow/Mode.h"
 #include "core/mainwindow/ModeRules.h"
 #include "core/mainwindow/Timeline.h"
 #include "core/mainwindow/TimelineTexts.h"
 #include "core/schedule/ZoneStretches.h"
+#include "core/session/Mode.h"
 
 namespace mirvel {
 

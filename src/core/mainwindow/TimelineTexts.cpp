@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "core/support/Bidirectional.h"
-#include "core/support/Const.h"
-#include "core/support/MomentFormat.h"
+#include "core/base/Const.h"
+#include "core/locale/MomentFormat.h"
+#include "core/text/Bidirectional.h"
 
 namespace mirvel {
 

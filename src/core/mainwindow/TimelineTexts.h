@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel {
 

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "core/catalogue/KindSection.h"
-#include "core/support/Defaults.h"
+#include "core/settings/Defaults.h"
 
 namespace mirvel {
 

@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "core/base/Image.h"
+#include "core/base/Signal.h"
 #include "core/mainwindow/JobMenu.h"
 #include "core/mainwindow/JobSections.h"
-#include "core/mainwindow/Mode.h"
 #include "core/mainwindow/ModeRules.h"
 #include "core/mainwindow/TreeExpansion.h"
-#include "core/support/Image.h"
-#include "core/support/Signal.h"
+#include "core/session/Mode.h"
 
 namespace mirvel {
 

@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// Memory that is handed out piece by piece and freed as a whole, when the arena goes. Pieces don't move.
 class Arena {
@@ -75,4 +75,4 @@ class Arena {
   std::size_t m_total = 0;
 };
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

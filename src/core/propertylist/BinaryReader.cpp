@@ -12,7 +12,7 @@
 #include "core/propertylist/RepeatedKeys.h"
 #include "core/propertylist/Words.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -326,4 +326,4 @@ Node BinaryReader::wideString(std::uint64_t offset) {
   return Node::string(m_arena.copy(*text));
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

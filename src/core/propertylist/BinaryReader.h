@@ -7,7 +7,7 @@
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Room.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// Builds the nodes of a binary list ("bplist0"): a header of eight bytes, the objects, a table of their offsets, and a
 /// trailer of 32 bytes. Objects name each other by number; a container that is named twice is read once and shared, but
@@ -104,4 +104,4 @@ class BinaryReader {
   Warnings m_warnings;
 };
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -5,9 +5,9 @@
 
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Writer.h"
-#include "core/support/Ascii.h"
+#include "core/text/Ascii.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -184,4 +184,4 @@ std::string writeBinary(const Value& value) {
   return BinaryWriter().write(value);
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

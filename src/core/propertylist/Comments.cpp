@@ -2,7 +2,7 @@
 
 #include "core/propertylist/Encoding.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -35,4 +35,4 @@ bool hasComments(std::string_view bytes) {
   return false;
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

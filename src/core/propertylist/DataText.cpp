@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -83,4 +83,4 @@ std::string base64(std::string_view bytes) {
   return result;
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

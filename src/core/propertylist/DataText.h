@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 struct ParsedData {
   std::string bytes;
@@ -22,4 +22,4 @@ void appendDataLines(std::string& out, std::string_view bytes, std::size_t inden
 /// In one line, with padding.
 std::string base64(std::string_view bytes);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <limits>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -144,4 +144,4 @@ std::string dateText(Date date) {
   return buffer.data();
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

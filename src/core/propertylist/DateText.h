@@ -6,7 +6,7 @@
 
 #include "core/propertylist/Value.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// Dates lie within the years that a 32-bit number holds, as on macOS.
 bool isReadable(Date date);
@@ -22,4 +22,4 @@ struct ParsedDate {
 /// The moment in the text of a <date>: a year of any number of digits, then exactly `-MM-DDTHH:MM:SSZ`.
 std::optional<ParsedDate> parseDate(std::string_view text);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

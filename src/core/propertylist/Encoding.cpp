@@ -10,9 +10,9 @@
 
 #include "core/propertylist/Words.h"
 #include "core/propertylist/XmlHeader.h"
-#include "core/support/Ascii.h"
+#include "core/text/Ascii.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -221,4 +221,4 @@ std::string utf8FromLatin1(std::string_view bytes) {
   return result;
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// The text of an XML list in UTF-8. `converted` holds it where the bytes were in another encoding.
 struct DecodedText {
@@ -39,4 +39,4 @@ std::string utf16BigEndian(std::string_view utf8);
 /// UTF-8 of Latin-1.
 std::string utf8FromLatin1(std::string_view bytes);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -4,7 +4,7 @@
 
 #include "core/propertylist/LeadingSpace.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -52,4 +52,4 @@ ParsedInteger parseInteger(std::string_view text) {
   return {.number = Integer(static_cast<std::int64_t>(~number + 1))};
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -6,7 +6,7 @@
 
 #include "core/propertylist/Value.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 struct ParsedInteger {
   std::optional<Integer> number;
@@ -17,4 +17,4 @@ struct ParsedInteger {
 /// decimal digits or `0x` and hexadecimal ones, up to the very end.
 ParsedInteger parseInteger(std::string_view text);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

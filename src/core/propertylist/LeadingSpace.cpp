@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -32,4 +32,4 @@ std::string_view withoutLeadingSpace(std::string_view text) {
   return {};
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -2,7 +2,7 @@
 
 #include "core/propertylist/RealText.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -61,4 +61,4 @@ std::string summary(const Node& node) {
   return std::string(typeName(node.type()));
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

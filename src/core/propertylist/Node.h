@@ -10,7 +10,7 @@
 
 #include "core/propertylist/Value.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 class Dictionary;
 struct Member;
@@ -128,4 +128,4 @@ Value valueOf(const Node& node);
 /// A short rendering for messages: `"text"`, `42`, `true`, `an array of 3`. Long texts are cut.
 std::string summary(const Node& node);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

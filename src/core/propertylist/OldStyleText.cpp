@@ -7,9 +7,9 @@
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/RealText.h"
-#include "core/support/Digest.h"
+#include "core/text/Digest.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -106,4 +106,4 @@ Result<std::string> oldStyleText(const Node& node, std::size_t maximumSize) {
   return writer.text();
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <string>
 
+#include "core/base/Result.h"
 #include "core/propertylist/Node.h"
-#include "core/support/Result.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// The old text form, one entry to a line, as `launchctl plist` of macOS prints it:
 ///
@@ -24,4 +24,4 @@ namespace mirvel::plist {
 /// shared parts make a text far longer than the file.
 Result<std::string> oldStyleText(const Node& node, std::size_t maximumSize = std::size_t{16} << 20U);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <tuple>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 Place placeOf(std::string_view text, std::size_t offset) {
   const std::string_view before = text.substr(0, offset);
@@ -71,4 +71,4 @@ std::optional<Positions::Spot> Positions::find(std::string_view path) const {
   return Spot{.key = m_lines.placeOf(next[-1].key), .value = m_lines.placeOf(next[-1].value)};
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

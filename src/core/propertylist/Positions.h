@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// A place in a text, counted from 1; columns in bytes.
 struct Place {
@@ -78,4 +78,4 @@ class Positions {
   Lines m_lines;
 };
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -4,11 +4,11 @@
 #include <string>
 #include <string_view>
 
+#include "core/base/Error.h"
 #include "core/propertylist/Encoding.h"
-#include "core/support/Digest.h"
-#include "core/support/Error.h"
+#include "core/text/Digest.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// Carries a refusal from the depth of a reader to `read`, and no further.
 struct ReadFailure {
@@ -30,4 +30,4 @@ inline std::string hexByte(unsigned char byte) {
   return "0x" + mirvel::Data::hexString({&c, 1});
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -8,7 +8,7 @@
 #include "core/propertylist/ReadFailure.h"
 #include "core/propertylist/XmlReader.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -90,4 +90,4 @@ Result<Document> read(std::string_view bytes, Positions* positions) {
   return readXml(bytes, positions);
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
+#include "core/base/Result.h"
 #include "core/propertylist/Arena.h"
 #include "core/propertylist/Node.h"
-#include "core/support/Result.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 class Positions;
 
@@ -73,4 +73,4 @@ struct Limits {
 /// offset (binary). With `positions`, the place of every key and value of an XML list is noted there.
 Result<Document> read(std::string_view bytes, Positions* positions = nullptr);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -13,9 +13,9 @@
 #include <limits>
 
 #include "core/propertylist/LeadingSpace.h"
-#include "core/support/Ascii.h"
+#include "core/text/Ascii.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -93,4 +93,4 @@ std::optional<double> parseReal(std::string_view text) {
   return toDouble(std::string(text));
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

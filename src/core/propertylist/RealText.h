@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// The text of a real as the macOS writer gives it: the manner of printf's `%.17g` (`0.10000000000000001`, `1`,
 /// `1e+100`), and `nan`, `+infinity`, `-infinity`; zero of either sign is `0.0`.
@@ -14,4 +14,4 @@ std::string realText(double number);
 /// before digits, but not before a word such as `nan`, and never behind either.
 std::optional<double> parseReal(std::string_view text);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

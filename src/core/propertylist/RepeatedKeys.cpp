@@ -4,7 +4,7 @@
 #include <numeric>
 #include <vector>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -70,4 +70,4 @@ std::size_t dropRepeatedKeys(std::span<Node> entries, Repeated repeated,
   return kept;
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -7,7 +7,7 @@
 
 #include "core/propertylist/Node.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// Which entry stays when a key is repeated.
 enum class Repeated { FirstWins, LastWins };
@@ -17,4 +17,4 @@ enum class Repeated { FirstWins, LastWins };
 std::size_t dropRepeatedKeys(std::span<Node> entries, Repeated repeated,
                              const std::function<void(std::string_view key)>& report);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

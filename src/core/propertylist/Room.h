@@ -7,7 +7,7 @@
 #include <memory>
 #include <type_traits>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// A row of plain values that grows and shrinks at its end. The first `N` cost no allocation, and unlike in a vector
 /// room can be claimed before it is filled.
@@ -61,4 +61,4 @@ class Room {
   T* m_last = m_begin + N;
 };
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

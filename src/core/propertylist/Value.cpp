@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -123,4 +123,4 @@ std::string_view typeName(Type type) {
   return "";
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -12,7 +12,7 @@
 
 /// Property lists: the values, and (in the headers beside this one) their XML and binary forms.
 /// See plist(5) of macOS for the types.
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 class Value;
 
@@ -181,4 +181,4 @@ inline Dictionary::const_iterator Dictionary::end() const {
 /// What a person calls the type, with its article: "a string", "an integer", "a dictionary".
 std::string_view typeName(Type type);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -8,7 +8,7 @@
 #include <string_view>
 
 /// Eight bytes of text at once, as a number of the machine's own byte order.
-namespace mirvel::plist::words {
+namespace mirvel::propertylist::words {
 
 constexpr std::size_t size = 8;
 
@@ -53,4 +53,4 @@ constexpr std::uint64_t find(std::uint64_t word, char c) {
   return (zeroWhereFound - ones) & ~zeroWhereFound & tops;
 }
 
-}  // namespace mirvel::plist::words
+}  // namespace mirvel::propertylist::words

@@ -2,10 +2,10 @@
 
 #include <string>
 
+#include "core/base/Result.h"
 #include "core/propertylist/Value.h"
-#include "core/support/Result.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// The XML form, byte for byte as the macOS writer gives it. Fails for a list that holds a set, which XML can't.
 Result<std::string> writeXml(const Value& value);
@@ -13,4 +13,4 @@ Result<std::string> writeXml(const Value& value);
 /// The binary form. Equal strings are written once.
 std::string writeBinary(const Value& value);
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

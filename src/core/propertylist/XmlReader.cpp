@@ -10,7 +10,7 @@
 #include "core/propertylist/RealText.h"
 #include "core/propertylist/RepeatedKeys.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -287,4 +287,4 @@ void XmlReader::checkRest() {
   }
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

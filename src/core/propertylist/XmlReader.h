@@ -10,7 +10,7 @@
 #include "core/propertylist/Room.h"
 #include "core/propertylist/XmlScanner.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 /// Builds the nodes of an XML list in one pass, with a stack of its own in place of recursion. Throws `ReadFailure`.
 class XmlReader {
@@ -81,4 +81,4 @@ class XmlReader {
   std::size_t m_unreported = 0;
 };
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -9,7 +9,7 @@
 #include "core/propertylist/ReadFailure.h"
 #include "core/propertylist/XmlHeader.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -240,4 +240,4 @@ void XmlScanner::appendCharacterReference() {
   ++m_at;
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -9,7 +9,7 @@
 
 #include "core/propertylist/Words.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 enum class Element : std::uint8_t { Array, Data, Date, Dict, False, Integer, Key, Plist, Real, String, True };
 
@@ -182,4 +182,4 @@ inline const char* XmlScanner::findSpecial(const char* at) {
   }
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -10,7 +10,7 @@
 #include "core/propertylist/Writer.h"
 #include "core/propertylist/XmlHeader.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 
 namespace {
 
@@ -162,4 +162,4 @@ Result<std::string> writeXml(const Value& value) {
   return writer.text();
 }
 
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -5,15 +5,16 @@
 #include <string_view>
 #include <utility>
 
-#include "core/schedule/FileRules.h"
+#include "core/jobfile/Plist.h"
+#include "core/locale/Dates.h"
 #include "core/schedule/RuleRow.h"
-#include "core/support/Dates.h"
+#include "core/schedule/Scheduled.h"
 
 namespace mirvel::Scheduled {
 
 namespace {
 
-using launchd::StartCalendarInterval;
+using jobfile::StartCalendarInterval;
 using Interval = StartCalendarInterval::Interval;
 
 /// The element of a row as that type; null if it is missing or of another.
@@ -216,6 +217,11 @@ AppliedRules appliedRules(const std::vector<RuleRow>& rows, const Texts& texts, 
   sortByOrigin(intervals);
   if (!intervals.empty()) result.startCalendarInterval = {.intervals = std::move(intervals)};
   return result;
+}
+
+void apply(AppliedRules rules, jobfile::Plist& record) {
+  record.startInterval = rules.startInterval;
+  record.setCalendarIntervals(std::move(rules.startCalendarInterval));
 }
 
 }  // namespace mirvel::Scheduled

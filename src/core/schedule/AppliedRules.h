@@ -4,10 +4,14 @@
 #include <optional>
 #include <vector>
 
-#include "core/plist/StartCalendarInterval.h"
+#include "core/jobfile/StartCalendarInterval.h"
 #include "core/schedule/NumberText.h"
 #include "core/schedule/Row.h"
 #include "core/schedule/Week.h"
+
+namespace mirvel::jobfile {
+class Plist;
+}
 
 namespace mirvel::Scheduled {
 
@@ -19,7 +23,7 @@ struct RuleRow;
 /// What the rows of the rule editor stand for in the job file.
 struct AppliedRules {
   std::optional<std::int64_t> startInterval = {};  ///< at least 10 seconds
-  std::optional<launchd::StartCalendarInterval> startCalendarInterval = {};
+  std::optional<jobfile::StartCalendarInterval> startCalendarInterval = {};
 
   bool operator==(const AppliedRules&) const = default;
 };
@@ -35,5 +39,8 @@ AppliedRules readRows(const std::vector<Row>& rows, const Texts& texts, const Nu
 /// order of the file, new ones behind what the row before stands for.
 AppliedRules appliedRules(const std::vector<RuleRow>& rows, const Texts& texts, const NumberText& numbers,
                           const Week& week = Week::current());
+
+/// Makes the rules the schedule of a job. A single calendar interval keeps the form that it has in the file.
+void apply(AppliedRules rules, jobfile::Plist& record);
 
 }  // namespace mirvel::Scheduled

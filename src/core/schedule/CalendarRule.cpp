@@ -6,7 +6,7 @@
 namespace mirvel {
 
 using namespace std::chrono;
-using Interval = launchd::StartCalendarInterval::Interval;
+using Interval = jobfile::StartCalendarInterval::Interval;
 
 namespace {
 

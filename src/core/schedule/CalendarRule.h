@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "core/plist/StartCalendarInterval.h"
+#include "core/jobfile/StartCalendarInterval.h"
 
 namespace mirvel {
 
@@ -15,10 +15,10 @@ class CalendarRule {
   /// What the timeline shows: a missing hour or minute is 0 (a missing hour beside nothing but a minute is any); a day
   /// counts before a weekday, and a month only beside a day; days and months out of range are brought into it, a
   /// weekday out of range is Sunday, hours and minutes out of range never come. Without a field there are no runs.
-  static CalendarRule asShown(const launchd::StartCalendarInterval::Interval& interval);
+  static CalendarRule asShown(const jobfile::StartCalendarInterval::Interval& interval);
   /// How launchd.plist(5) has it, and jobs are run: what is missing is any; of a day and a weekday either is enough; a
   /// number out of range never comes.
-  static CalendarRule asRun(const launchd::StartCalendarInterval::Interval& interval);
+  static CalendarRule asRun(const jobfile::StartCalendarInterval::Interval& interval);
 
   /// Whether the same minutes fit both.
   bool operator==(const CalendarRule&) const = default;

@@ -1,6 +1,6 @@
 #include "core/schedule/Criterion.h"
 
-#include "core/support/Dates.h"
+#include "core/locale/Dates.h"
 
 namespace mirvel {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "core/locale/Localize.h"
 #include "core/schedule/Row.h"
-#include "core/support/Localize.h"
 
 namespace mirvel {
 

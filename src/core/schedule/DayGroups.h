@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "core/schedule/FileRules.h"
+#include "core/schedule/Scheduled.h"
 
 namespace mirvel::Scheduled {
 

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-#include "core/support/MomentFormat.h"
+#include "core/locale/MomentFormat.h"
 
 namespace mirvel {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "core/locale/Localize.h"
 #include "core/schedule/NumberText.h"
 #include "core/schedule/Row.h"
-#include "core/support/Localize.h"
 
 namespace mirvel::Scheduled {
 

@@ -6,7 +6,6 @@
 #include <variant>
 #include <vector>
 
-#include "core/schedule/FileRules.h"
 #include "core/schedule/Scheduled.h"
 
 /// What the rule editor shows, as plain values.

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "core/ports/InvalidField.h"
 #include "core/schedule/AppliedRules.h"
 #include "core/schedule/NumberProblem.h"
 #include "core/schedule/RuleRow.h"
 #include "core/schedule/ScheduledController.h"
-#include "core/support/InvalidField.h"
 
 namespace mirvel::Scheduled {
 

@@ -4,16 +4,15 @@
 #include <cmath>
 #include <utility>
 
+#include "core/locale/Dates.h"
 #include "core/schedule/CalendarRule.h"
 #include "core/schedule/DayGroups.h"
-#include "core/schedule/FileRules.h"
-#include "core/support/Dates.h"
 
 namespace mirvel::Scheduled {
 
 namespace {
 
-using Interval = launchd::StartCalendarInterval::Interval;
+using Interval = jobfile::StartCalendarInterval::Interval;
 
 /// The number, or 0 if it is absent or out of its range.
 std::int64_t orZero(const std::optional<std::int64_t>& number, std::int64_t greatest) {
@@ -67,7 +66,7 @@ RepeatInterval splitInterval(std::int64_t seconds) {
 }
 
 std::vector<FileRule> fileRules(std::optional<std::int64_t> startInterval,
-                                const std::optional<launchd::StartCalendarInterval>& startCalendarInterval,
+                                const std::optional<jobfile::StartCalendarInterval>& startCalendarInterval,
                                 const Week& week) {
   std::vector<FileRule> result;
   if (startInterval) result.push_back({splitInterval(*startInterval), {.startInterval = startInterval}});
@@ -84,7 +83,7 @@ std::vector<FileRule> fileRules(std::optional<std::int64_t> startInterval,
 }
 
 std::vector<ScheduledType> rules(std::optional<std::int64_t> startInterval,
-                                 const std::optional<launchd::StartCalendarInterval>& startCalendarInterval,
+                                 const std::optional<jobfile::StartCalendarInterval>& startCalendarInterval,
                                  const Week& week) {
   std::vector<ScheduledType> result;
   for (const FileRule& rule : fileRules(startInterval, startCalendarInterval, week)) result.push_back(rule.rule);

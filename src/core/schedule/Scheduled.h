@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "core/plist/StartCalendarInterval.h"
+#include "core/jobfile/StartCalendarInterval.h"
 #include "core/schedule/Week.h"
 
 /// A job's schedule as rules that a person reads: the six types of rule, made from what the job file says. The other
@@ -84,10 +84,42 @@ Kind kindOf(const ScheduledType& rule);
 /// the single days of the week. Numbers out of range are clamped or read as 0; a month without a day and a weekday
 /// beside a day are left out. Never fails.
 std::vector<ScheduledType> rules(std::optional<std::int64_t> startInterval,
-                                 const std::optional<launchd::StartCalendarInterval>& startCalendarInterval,
+                                 const std::optional<jobfile::StartCalendarInterval>& startCalendarInterval,
                                  const Week& week = Week::current());
 
 /// The seconds in the largest unit that divides them: 2 `hours` of 7200, 90 `seconds` of 90, 0 `days` of 0.
 RepeatInterval splitInterval(std::int64_t seconds);
+
+}  // namespace mirvel::Scheduled
+
+/// The rules of a job together with what of its file they were made from, which can be more than they tell.
+namespace mirvel::Scheduled {
+
+/// What of a job file a rule stands for: one of the two.
+struct FileSource {
+  std::optional<std::int64_t> startInterval = {};
+  std::vector<jobfile::StartCalendarInterval::Interval> intervals = {};  ///< several of a group of days
+
+  bool operator==(const FileSource&) const = default;
+};
+
+struct FileRule {
+  ScheduledType rule;
+  FileSource source = {};
+};
+
+/// As `rules`, each with its source.
+std::vector<FileRule> fileRules(std::optional<std::int64_t> startInterval,
+                                const std::optional<jobfile::StartCalendarInterval>& startCalendarInterval,
+                                const Week& week = Week::current());
+
+/// The interval that says no more than its rule does.
+jobfile::StartCalendarInterval::Interval shownInterval(const jobfile::StartCalendarInterval::Interval& interval);
+
+/// The rule that shows the most of an interval.
+ScheduledType ruleOf(const jobfile::StartCalendarInterval::Interval& interval);
+
+/// Whether its rule tells when launchd runs it.
+bool isTold(const jobfile::StartCalendarInterval::Interval& interval);
 
 }  // namespace mirvel::Scheduled

@@ -1,8 +1,25 @@
 #include "core/schedule/ScheduledController.h"
 
-#include "core/schedule/LocalizedTexts.h"
+#include "core/locale/Dates.h"
 #include "core/schedule/RuleEditor.h"
 #include "core/schedule/ZoneStretches.h"
+
+namespace mirvel::Scheduled {
+
+Texts localizedTexts(const Localize& localize) {
+  const auto lower = localize.lowercase();
+  return {
+      .kinds = {localize.repeatInterval(), localize.everyHour(), localize.everyDay(), localize.dayOfWeek(),
+                localize.dayOfMonth(), localize.dayOfYear()},
+      .units = {lower.seconds(), lower.minutes(), lower.hours(), lower.days()},
+      .weekdays = localize.weekdays(),
+      .weekends = localize.weekends(),
+      .dayNames = Date::weekdays(localize.locale()),
+      .monthNames = Date::months(localize.locale()),
+  };
+}
+
+}  // namespace mirvel::Scheduled
 
 namespace mirvel {
 

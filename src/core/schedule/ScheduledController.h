@@ -3,12 +3,19 @@
 #include <memory>
 #include <vector>
 
+#include "core/locale/Localize.h"
 #include "core/schedule/Criterion.h"
 #include "core/schedule/MomentTexts.h"
 #include "core/schedule/NumberText.h"
 #include "core/schedule/Row.h"
 #include "core/schedule/Scheduled.h"
-#include "core/support/Localize.h"
+
+namespace mirvel::Scheduled {
+
+/// The rule editor's texts in the user's language.
+Texts localizedTexts(const Localize& localize);
+
+}  // namespace mirvel::Scheduled
 
 namespace mirvel {
 

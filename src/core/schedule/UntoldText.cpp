@@ -4,13 +4,13 @@
 #include <cstdint>
 #include <optional>
 
-#include "core/schedule/FileRules.h"
+#include "core/schedule/Scheduled.h"
 
 namespace mirvel::Scheduled {
 
 namespace {
 
-using Interval = launchd::StartCalendarInterval::Interval;
+using Interval = jobfile::StartCalendarInterval::Interval;
 using Key = Interval::CodingKeys;
 
 constexpr std::size_t mostIntervals = 7;  // a week of them

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "core/support/Ascii.h"
-#include "core/support/Strings.h"
+#include "core/text/Ascii.h"
+#include "core/text/Strings.h"
 
 namespace mirvel::SyntaxHelper {
 

@@ -2,11 +2,11 @@
 
 namespace mirvel {
 
-plist::Dictionary errorReply(ActionErrorCode code) {
-  return {{"error", plist::Dictionary{{"domain", actionErrorDomain}, {"code", static_cast<int>(code)}}}};
+propertylist::Dictionary errorReply(ActionErrorCode code) {
+  return {{"error", propertylist::Dictionary{{"domain", actionErrorDomain}, {"code", static_cast<int>(code)}}}};
 }
 
-plist::Dictionary errorReply(const HelperFailure& failure) {
+propertylist::Dictionary errorReply(const HelperFailure& failure) {
   return {{"error", failure.dictionary()}};
 }
 

@@ -3,8 +3,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/support/Decimal.h"
-#include "helpers/action/JobFiles.h"
+#include "core/text/Digits.h"
+#include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel {
 
@@ -18,7 +18,7 @@ Error bad(Error::Code code, std::string_view key, std::string_view why) {
   return {.code = code, .message = "the request's key " + std::string(key) + " " + std::string(why), .keyPath = {}};
 }
 
-Result<void> readText(const plist::Dictionary& from, const char* key, std::optional<std::string>& to) {
+Result<void> readText(const propertylist::Dictionary& from, const char* key, std::optional<std::string>& to) {
   const auto* value = from.find(key);
   if (!value) return {};
   const auto* text = value->as<std::string>();
@@ -27,17 +27,17 @@ Result<void> readText(const plist::Dictionary& from, const char* key, std::optio
   return {};
 }
 
-Result<void> readMode(const plist::Dictionary& from, std::optional<mode_t>& to) {
+Result<void> readMode(const propertylist::Dictionary& from, std::optional<mode_t>& to) {
   const auto* value = from.find("mode");
   if (!value) return {};
-  const auto* integer = value->as<plist::Integer>();
+  const auto* integer = value->as<propertylist::Integer>();
   const auto number = integer ? integer->toInt64() : std::nullopt;
   if (!number || *number < 0 || *number > 0777) return bad(Error::Code::BadArgument, "mode", "is no mode of a file");
   to = static_cast<mode_t>(*number);
   return {};
 }
 
-Result<void> readPath(const plist::Dictionary& from, const char* key, std::optional<fs::path>& to) {
+Result<void> readPath(const propertylist::Dictionary& from, const char* key, std::optional<fs::path>& to) {
   std::optional<std::string> text;
   auto result = readText(from, key, text);
   if (!result || !text) return result;
@@ -48,7 +48,7 @@ Result<void> readPath(const plist::Dictionary& from, const char* key, std::optio
   return {};
 }
 
-Result<Request::LogQuery> readLogQuery(const plist::Dictionary& query) {
+Result<Request::LogQuery> readLogQuery(const propertylist::Dictionary& query) {
   std::optional<std::string> seconds, text;
   if (auto result = readText(query, "lastSeconds", seconds); !result) return result.error();
   if (auto result = readText(query, "searchString", text); !result) return result.error();
@@ -62,9 +62,9 @@ Result<Request::LogQuery> readLogQuery(const plist::Dictionary& query) {
   return Request::LogQuery{.period = std::chrono::seconds(number), .text = *text};
 }
 
-Result<Request::Kind> readKind(const plist::Dictionary& from) {
+Result<Request::Kind> readKind(const propertylist::Dictionary& from) {
   const auto* value = from.find("kind");
-  const auto* integer = value ? value->as<plist::Integer>() : nullptr;
+  const auto* integer = value ? value->as<propertylist::Integer>() : nullptr;
   const auto number = integer ? integer->toInt64() : std::nullopt;
   if (!number) return bad(Error::Code::MissingKey, "kind", "is missing");
   const bool isOurs = *number == static_cast<int>(Request::Kind::startHost);
@@ -88,7 +88,7 @@ std::vector<const char*> missingKeys(const Request& request) {
   return missing;
 }
 
-Result<void> readFields(const plist::Dictionary& from, Request& request) {
+Result<void> readFields(const propertylist::Dictionary& from, Request& request) {
   if (auto result = readPath(from, "path", request.path); !result) return result;
   if (auto result = readPath(from, "deletePath", request.deletePath); !result) return result;
   if (auto result = readPath(from, "testPath", request.testPath); !result) return result;
@@ -101,13 +101,13 @@ Result<void> readFields(const plist::Dictionary& from, Request& request) {
 
 }  // namespace
 
-Result<Request> Request::read(const plist::Dictionary& dictionary) {
+Result<Request> Request::read(const propertylist::Dictionary& dictionary) {
   const auto kind = readKind(dictionary);
   if (!kind) return kind.error();
   Request request{.kind = *kind};
   if (auto result = readFields(dictionary, request); !result) return result.error();
   if (const auto* value = dictionary.find("logQuery")) {
-    const auto* query = value->as<plist::Dictionary>();
+    const auto* query = value->as<propertylist::Dictionary>();
     if (!query) return bad(Error::Code::WrongType, "logQuery", "is no dictionary");
     const auto read = readLogQuery(*query);
     if (!read) return read.error();

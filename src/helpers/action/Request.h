@@ -8,8 +8,8 @@
 #include <string>
 
 #include "core/actions/Action.h"
+#include "core/base/Result.h"
 #include "core/propertylist/Value.h"
-#include "core/support/Result.h"
 
 namespace mirvel {
 
@@ -33,7 +33,7 @@ struct Request {
 
   /// Refuses an unknown kind, a key that the kind needs and that is missing, values of other types, paths that
   /// aren't absolute, and labels that name no job.
-  static Result<Request> read(const plist::Dictionary& dictionary);
+  static Result<Request> read(const propertylist::Dictionary& dictionary);
 };
 
 }  // namespace mirvel

@@ -27,31 +27,31 @@ Result<void> withoutValue(const Result<T>& result) {
   return result ? Result<void>() : result.error();
 }
 
-plist::Array asReply(const std::vector<JobHost::LogLine>& lines) {
+propertylist::Array asReply(const std::vector<JobHost::LogLine>& lines) {
   constexpr std::size_t largestLog = std::size_t{16} << 20U;
   constexpr std::size_t largestMessage = std::size_t{64} << 10U;
-  plist::Array newestFirst;
+  propertylist::Array newestFirst;
   std::size_t size = 0;
   for (auto line = lines.rbegin(); line != lines.rend() && size < largestLog; ++line) {
     const std::string message = readableText(line->message, largestMessage);
     size += message.size() + sizeof(*line);
-    newestFirst.emplace_back(plist::Dictionary{{wire::dateKey(line->seconds), message}});
+    newestFirst.emplace_back(propertylist::Dictionary{{wire::dateKey(line->seconds), message}});
   }
   return {newestFirst.rbegin(), newestFirst.rend()};
 }
 
 }  // namespace
 
-plist::Dictionary RequestHandler::handle(const plist::Dictionary& dictionary) {
+propertylist::Dictionary RequestHandler::handle(const propertylist::Dictionary& dictionary) {
   const auto request = Request::read(dictionary);
   return request ? answer(*request) : errorReply(HelperFailure{.cause = request.error()});
 }
 
-plist::Dictionary RequestHandler::answer(const Request& request) {
+propertylist::Dictionary RequestHandler::answer(const Request& request) {
   if (request.kind == Request::Kind::test) return test(request);
   if (request.kind == Request::Kind::log) return log(request);
   const auto failure = act(request);
-  return failure ? errorReply(*failure) : plist::Dictionary();
+  return failure ? errorReply(*failure) : propertylist::Dictionary();
 }
 
 RequestHandler::Outcome RequestHandler::act(const Request& request) {
@@ -142,15 +142,15 @@ RequestHandler::Outcome RequestHandler::load(const fs::path& file) {
   return failureOf(Deed::Load, label ? m_setup.host.load(file) : withoutValue(label), file);
 }
 
-plist::Dictionary RequestHandler::test(const Request& request) {
+propertylist::Dictionary RequestHandler::test(const Request& request) {
   const auto output = m_tests.run(request);
   if (output) return {{"test", *output}};
   return errorReply(*failureOf(Deed::Test, output.error(), *request.testPath));
 }
 
-plist::Dictionary RequestHandler::log(const Request& request) {
+propertylist::Dictionary RequestHandler::log(const Request& request) {
   const auto lines = m_setup.host.log(request.logQuery->period, request.logQuery->text);
-  return lines ? plist::Dictionary{{"logQuery", asReply(*lines)}}
+  return lines ? propertylist::Dictionary{{"logQuery", asReply(*lines)}}
                : errorReply({.deed = Deed::Log, .cause = lines.error()});
 }
 

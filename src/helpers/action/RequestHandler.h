@@ -26,7 +26,7 @@ class RequestHandler {
   explicit RequestHandler(Setup setup) : m_setup(std::move(setup)), m_tests(m_setup.host, m_setup.testFolder) {}
 
   /// The answer: empty for what was done, `error` for what wasn't, or what was asked for.
-  plist::Dictionary handle(const plist::Dictionary& dictionary);
+  propertylist::Dictionary handle(const propertylist::Dictionary& dictionary);
   /// Whether the helper was asked to end.
   bool isDone() const { return m_isDone; }
 
@@ -44,14 +44,14 @@ class RequestHandler {
     std::optional<std::string> label;          ///< that those may have
   };
 
-  plist::Dictionary answer(const Request& request);
+  propertylist::Dictionary answer(const Request& request);
   Outcome act(const Request& request);
   Outcome write(const Request& request);
   Outcome delete_(const Request& request);
   Outcome unload(const Request& request);
   Outcome load(const std::filesystem::path& file);
-  plist::Dictionary test(const Request& request);
-  plist::Dictionary log(const Request& request);
+  propertylist::Dictionary test(const Request& request);
+  propertylist::Dictionary log(const Request& request);
 
   Jobs jobsToUnload(const std::filesystem::path& file, const Request& request,
                     const std::optional<std::string>& newLabel = {});

@@ -4,7 +4,7 @@
 
 namespace mirvel {
 
-Result<void> serve(int socket, const std::function<plist::Dictionary(const plist::Dictionary&)>& handle,
+Result<void> serve(int socket, const std::function<propertylist::Dictionary(const propertylist::Dictionary&)>& handle,
                    const std::function<bool()>& isDone) {
   wire::ignoreHangUps(socket);
   wire::FrameReader reader(wire::largestRequest);

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 
+#include "core/base/Uuid.h"
+#include "core/files/PrivateFolder.h"
+#include "core/files/ReadFile.h"
+#include "core/files/ReplaceFile.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "core/support/PrivateFolder.h"
-#include "core/support/ReadFile.h"
-#include "core/support/ReplaceFile.h"
-#include "core/support/Uuid.h"
 
 namespace mirvel {
 
@@ -20,14 +20,14 @@ namespace {
 
 /// The job with its output going elsewhere.
 Result<std::string> withOutput(const std::string& content, const fs::path& output) {
-  const auto document = plist::read(content);
+  const auto document = propertylist::read(content);
   if (!document) return document.error();
-  plist::Value value = document->value();
-  auto* job = value.as<plist::Dictionary>();
+  propertylist::Value value = document->value();
+  auto* job = value.as<propertylist::Dictionary>();
   if (!job) return Error{.code = Error::Code::WrongType, .message = "it is no dictionary, as a job file must be"};
   job->set("StandardOutPath", output.string());
   job->set("StandardErrorPath", output.string());
-  return plist::writeXml(value);
+  return propertylist::writeXml(value);
 }
 
 /// The same path by another name, such as /tmp and /private/tmp on macOS.
@@ -39,7 +39,7 @@ bool isSamePath(const fs::path& a, const fs::path& b) {
 /// How many bytes at the begin of the text make one character; 0: none do.
 std::size_t characterSize(std::string_view text) {
   for (std::size_t size = 1; size <= std::min<std::size_t>(4, text.size()); ++size) {
-    if (plist::isUtf8(text.substr(0, size))) return size;
+    if (propertylist::isUtf8(text.substr(0, size))) return size;
   }
   return 0;
 }

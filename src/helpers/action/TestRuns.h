@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "helpers/action/JobFiles.h"
 #include "helpers/action/Request.h"
+#include "helpers/jobfiles/JobFiles.h"
 #include "helpers/jobhost/JobHost.h"
 
 namespace mirvel {

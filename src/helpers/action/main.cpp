@@ -7,9 +7,9 @@
 #include <optional>
 #include <string_view>
 
-#include "core/support/SystemProcessRunner.h"
+#include "core/process/SystemProcessRunner.h"
 #include "helpers/action/Service.h"
-#include "helpers/action/UserJobFiles.h"
+#include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/jobhost/JobHosts.h"
 #include "helpers/process/CleanState.h"
 #include "helpers/wire/FrameSocket.h"

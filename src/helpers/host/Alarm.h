@@ -3,7 +3,7 @@
 #include <chrono>
 #include <optional>
 
-#include "core/support/FileDescriptor.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/host/HostedJob.h"
 
 namespace mirvel::host {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/support/FileDescriptor.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/wire/Frame.h"
 
 namespace mirvel::host {

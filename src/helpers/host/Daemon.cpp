@@ -10,13 +10,13 @@
 #include <utility>
 
 #include "core/schedule/ZoneStretches.h"
-#include "helpers/host/EnabledJobs.h"
 #include "helpers/host/Lifeline.h"
-#include "helpers/host/LoadedJobs.h"
 #include "helpers/host/Presence.h"
 #include "helpers/host/Server.h"
 #include "helpers/host/Session.h"
 #include "helpers/host/Succession.h"
+#include "helpers/hostdata/EnabledJobs.h"
+#include "helpers/hostdata/LoadedJobs.h"
 #include "helpers/jobhost/HostClient.h"
 #include "helpers/process/Signals.h"
 
@@ -141,7 +141,7 @@ class Daemon {
 
   /// False: there is another host, and it isn't reached.
   Result<bool> offerJobs() {
-    plist::Array files;
+    propertylist::Array files;
     for (const fs::path& file : m_replacedJobs) files.emplace_back(file.string());
     const auto taken =
         HostClient(m_setup.places.socket).ask(request::takeOver, {{std::string(key::paths), std::move(files)}});

@@ -4,10 +4,10 @@
 #include <functional>
 #include <vector>
 
-#include "core/support/Environment.h"
-#include "core/support/Result.h"
-#include "helpers/host/Places.h"
+#include "core/base/Result.h"
+#include "core/process/Environment.h"
 #include "helpers/host/Session.h"
+#include "helpers/hostdata/Places.h"
 
 namespace mirvel::host {
 

@@ -7,7 +7,7 @@
 
 #include <initializer_list>
 
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
 
 namespace mirvel::host {
 

@@ -2,7 +2,7 @@
 
 #include <sys/types.h>
 
-#include "core/support/Pipe.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel::host {
 

@@ -7,11 +7,11 @@
 #include <system_error>
 
 #include "core/catalogue/JobFolder.h"
-#include "core/support/FileTrust.h"
-#include "core/support/ReadFile.h"
-#include "core/support/RegularFile.h"
-#include "helpers/action/JobFiles.h"
-#include "helpers/jobhost/HostLimits.h"
+#include "core/files/FileTrust.h"
+#include "core/files/ReadFile.h"
+#include "core/files/RegularFile.h"
+#include "helpers/hostdata/HostMessages.h"
+#include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel::host {
 
@@ -33,7 +33,7 @@ bool exists(const std::string& path) {
   return fs::exists(path, failure);
 }
 
-Result<launchd::Plist> readJob(const fs::path& file) {
+Result<jobfile::Plist> readJob(const fs::path& file) {
   if (!file.is_absolute()) {
     return Error{.code = Error::Code::BadArgument, .message = "the path isn't absolute", .file = file};
   }
@@ -42,7 +42,7 @@ Result<launchd::Plist> readJob(const fs::path& file) {
   if (auto trusted = checkTrust(file, regular->descriptor.number(), ::geteuid()); !trusted) return trusted.error();
   const auto bytes = readFile(regular->descriptor.number(), JobFolder::largestFile, file);
   if (!bytes) return bytes.error();
-  auto plist = launchd::Plist::readTolerantly(*bytes);
+  auto plist = jobfile::Plist::readTolerantly(*bytes);
   if (plist) return plist;
   Error error = plist.error();
   error.file = file;
@@ -209,7 +209,7 @@ Result<std::string> Host::add(const fs::path& file, Noted noted) {
   return label;
 }
 
-void Host::tellOfUnserved(const std::string& label, const launchd::Plist& plist) {
+void Host::tellOfUnserved(const std::string& label, const jobfile::Plist& plist) {
   for (const std::string& name : unservedKeys(plist)) {
     addToLog(label, label + ": this host can't serve the key " + name + "; it runs the rest of the job");
   }

@@ -11,20 +11,20 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Environment.h"
-#include "core/support/Result.h"
+#include "core/base/Result.h"
+#include "core/process/Environment.h"
 #include "helpers/host/Alarm.h"
 #include "helpers/host/Calendar.h"
 #include "helpers/host/HostedJob.h"
 #include "helpers/host/JobLog.h"
 #include "helpers/host/JobProcess.h"
-#include "helpers/host/LoadedJobs.h"
 #include "helpers/host/MountWatch.h"
 #include "helpers/host/OutputLines.h"
 #include "helpers/host/PathWatch.h"
 #include "helpers/host/PollLoop.h"
-#include "helpers/host/RunNotes.h"
-#include "helpers/jobhost/HostMessages.h"
+#include "helpers/hostdata/HostMessages.h"
+#include "helpers/hostdata/LoadedJobs.h"
+#include "helpers/hostdata/RunNotes.h"
 
 namespace mirvel::host {
 
@@ -125,7 +125,7 @@ class Host {
   void inherit(const RunNote& note);
   void addPending(const std::filesystem::path& file);
   void dropPending(const std::filesystem::path& file);
-  void tellOfUnserved(const std::string& label, const launchd::Plist& plist);
+  void tellOfUnserved(const std::string& label, const jobfile::Plist& plist);
   void watchPaths();
   void watchMounts();
   void takePathChanges();

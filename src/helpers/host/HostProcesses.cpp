@@ -7,8 +7,8 @@
 #include <array>
 #include <cerrno>
 
-#include "core/support/RegularFile.h"
-#include "core/support/Uuid.h"
+#include "core/base/Uuid.h"
+#include "core/files/RegularFile.h"
 #include "helpers/host/Host.h"
 #include "helpers/process/ProcessStatus.h"
 

@@ -10,7 +10,7 @@
 #include <map>
 #include <vector>
 
-#include "core/support/FileDescriptor.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/host/PathWatch.h"
 
 namespace mirvel::host {

@@ -9,11 +9,11 @@
 #include <system_error>
 #include <utility>
 
-#include "core/support/Ascii.h"
-#include "core/support/Digest.h"
-#include "core/support/FileDescriptor.h"
-#include "core/support/ReadFile.h"
-#include "core/support/RegularFile.h"
+#include "core/files/ReadFile.h"
+#include "core/files/RegularFile.h"
+#include "core/process/FileDescriptor.h"
+#include "core/text/Ascii.h"
+#include "core/text/Digest.h"
 #include "helpers/wire/DateKey.h"
 
 namespace mirvel::host {

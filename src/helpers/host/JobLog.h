@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 #include "helpers/jobhost/JobHost.h"
 
 namespace mirvel::host {

@@ -14,8 +14,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "core/support/ExecTexts.h"
-#include "core/support/Pipe.h"
+#include "core/process/FileDescriptor.h"
+#include "core/process/SpawnPlan.h"
 #include "helpers/host/JobUser.h"
 
 namespace mirvel::host {

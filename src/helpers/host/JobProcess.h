@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "core/support/FileDescriptor.h"
-#include "core/support/Result.h"
+#include "core/base/Result.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/host/ProcessPlan.h"
 
 namespace mirvel::host {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "helpers/jobhost/HostLimits.h"
+#include "helpers/hostdata/HostMessages.h"
 
 namespace mirvel::host {
 
@@ -21,14 +21,14 @@ seconds duration(std::int64_t number) {
   return seconds(std::clamp<std::int64_t>(number, 0, longest));
 }
 
-std::vector<JobRules::Condition> conditions(const std::optional<launchd::StringMap<bool>>& map) {
+std::vector<JobRules::Condition> conditions(const std::optional<jobfile::StringMap<bool>>& map) {
   std::vector<JobRules::Condition> result;
   if (!map) return result;
   for (const auto& [subject, isWanted] : *map) result.push_back({subject, isWanted});
   return result;
 }
 
-void readKeepAlive(const launchd::KeepAlive& keepAlive, JobRules& rules) {
+void readKeepAlive(const jobfile::KeepAlive& keepAlive, JobRules& rules) {
   rules.keepAlive = keepAlive.bool_.value_or(false);
   if (keepAlive.bool_) return;
   rules.onlyAfterInitialDemand = keepAlive.afterInitialDemand.value_or(false);
@@ -42,18 +42,18 @@ void readKeepAlive(const launchd::KeepAlive& keepAlive, JobRules& rules) {
 
 /// The places of the calendar intervals with a value that can't be used: without it they would come far more often than
 /// the file says. Of a single interval the place is empty.
-std::set<std::string> unusableIntervals(const launchd::Plist& plist) {
+std::set<std::string> unusableIntervals(const jobfile::Plist& plist) {
   std::set<std::string> places;
   for (const auto& value : plist.opaqueValues()) {
     const auto& path = value.path;
-    const bool isTime = path.front() == launchd::Plist::text(launchd::Plist::CodingKeys::startCalendarInterval) &&
-                        launchd::StartCalendarInterval::Interval::codingKey(path.back());
+    const bool isTime = path.front() == jobfile::Plist::text(jobfile::Plist::CodingKeys::startCalendarInterval) &&
+                        jobfile::StartCalendarInterval::Interval::codingKey(path.back());
     if (isTime) places.insert(path.size() > 2 ? path[1] : "");
   }
   return places;
 }
 
-void readCalendar(const launchd::Plist& plist, JobRules& rules) {
+void readCalendar(const jobfile::Plist& plist, JobRules& rules) {
   const auto& [intervals, isSingle] = *plist.startCalendarInterval;
   const auto unusable = unusableIntervals(plist);
   for (std::size_t i = 0; i < intervals.size(); ++i) {
@@ -63,7 +63,7 @@ void readCalendar(const launchd::Plist& plist, JobRules& rules) {
   }
 }
 
-void readTimes(const launchd::Plist& plist, JobRules& rules) {
+void readTimes(const jobfile::Plist& plist, JobRules& rules) {
   if (plist.startInterval && *plist.startInterval > 0) rules.interval = duration(*plist.startInterval);
   if (plist.startCalendarInterval) readCalendar(plist, rules);
   if (plist.throttleInterval && *plist.throttleInterval >= 0) {
@@ -73,16 +73,16 @@ void readTimes(const launchd::Plist& plist, JobRules& rules) {
   if (plist.exitTimeOut && *plist.exitTimeOut > 0) rules.exitTimeOut = duration(*plist.exitTimeOut);
 }
 
-bool isUnusable(const launchd::Plist& plist, launchd::Plist::CodingKeys key) {
-  const std::string name(launchd::Plist::text(key));
+bool isUnusable(const jobfile::Plist& plist, jobfile::Plist::CodingKeys key) {
+  const std::string name(jobfile::Plist::text(key));
   const auto unknown = plist.unknownKeys.value_or(std::vector<std::string>());
   const auto opaque = plist.opaqueValues();
   return std::find(unknown.begin(), unknown.end(), name) != unknown.end() ||
          std::any_of(opaque.begin(), opaque.end(), [&](const auto& value) { return value.path.front() == name; });
 }
 
-Error unusable(launchd::Plist::CodingKeys key, const std::string& consequence) {
-  const std::string name(launchd::Plist::text(key));
+Error unusable(jobfile::Plist::CodingKeys key, const std::string& consequence) {
+  const std::string name(jobfile::Plist::text(key));
   return {.code = Error::Code::WrongType,
           .message = "the value of " + name + " can't be used, and " + consequence,
           .keyPath = name};
@@ -90,7 +90,7 @@ Error unusable(launchd::Plist::CodingKeys key, const std::string& consequence) {
 
 }  // namespace
 
-JobRules JobRules::of(const launchd::Plist& plist) {
+JobRules JobRules::of(const jobfile::Plist& plist) {
   JobRules rules;
   rules.label = plist.name;
   rules.runAtLoad = plist.runAtLoad.value_or(false);
@@ -114,11 +114,11 @@ std::vector<std::string> JobRules::pathsToWatch() const {
   return result;
 }
 
-std::vector<std::string> unservedKeys(const launchd::Plist& plist) {
-  using Keys = launchd::Plist::CodingKeys;
+std::vector<std::string> unservedKeys(const jobfile::Plist& plist) {
+  using Keys = jobfile::Plist::CodingKeys;
   std::vector<std::string> result;
   const auto note = [&](bool isPresent, Keys key) {
-    if (isPresent) result.emplace_back(launchd::Plist::text(key));
+    if (isPresent) result.emplace_back(jobfile::Plist::text(key));
   };
   note(plist.sockets.has_value(), Keys::sockets);
   note(plist.machServices.has_value(), Keys::machServices);
@@ -127,17 +127,17 @@ std::vector<std::string> unservedKeys(const launchd::Plist& plist) {
   return result;
 }
 
-std::vector<std::string> unusableValues(const launchd::Plist& plist) {
+std::vector<std::string> unusableValues(const jobfile::Plist& plist) {
   std::vector<std::string> result;
   for (const std::string& key : plist.unknownKeys.value_or(std::vector<std::string>())) {
-    if (launchd::Plist::codingKey(key)) result.push_back(key);
+    if (jobfile::Plist::codingKey(key)) result.push_back(key);
   }
   for (const auto& value : plist.opaqueValues()) result.push_back(value.text());
   return result;
 }
 
-Result<void> checkRunnable(const launchd::Plist& plist, uid_t user) {
-  using Keys = launchd::Plist::CodingKeys;
+Result<void> checkRunnable(const jobfile::Plist& plist, uid_t user) {
+  using Keys = jobfile::Plist::CodingKeys;
   std::vector<Keys> essential = {Keys::program, Keys::programArguments, Keys::workingDirectory};
   if (user == 0) {
     essential.insert(essential.end(), {Keys::userName, Keys::groupName, Keys::rootDirectory, Keys::umask});
@@ -148,8 +148,8 @@ Result<void> checkRunnable(const launchd::Plist& plist, uid_t user) {
   return {};
 }
 
-Result<bool> isEnabled(const launchd::Plist& plist) {
-  constexpr auto key = launchd::Plist::CodingKeys::disabled;
+Result<bool> isEnabled(const jobfile::Plist& plist) {
+  constexpr auto key = jobfile::Plist::CodingKeys::disabled;
   if (isUnusable(plist, key)) return unusable(key, "may say that the job is disabled");
   return plist.disabled != true;
 }

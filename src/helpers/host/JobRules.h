@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/plist/Plist.h"
+#include "core/jobfile/Plist.h"
 #include "core/schedule/CalendarRule.h"
 
 namespace mirvel::host {
@@ -40,21 +40,21 @@ struct JobRules {
   std::chrono::seconds throttle{10};     ///< between two starts
   std::chrono::seconds exitTimeOut{20};  ///< from SIGTERM to SIGKILL
 
-  static JobRules of(const launchd::Plist& plist);
+  static JobRules of(const jobfile::Plist& plist);
 
   /// Everything in the file system that `HostedJob` asks about.
   std::vector<std::string> pathsToWatch() const;
 };
 
 /// The keys of the job that this host can't serve; the rest of the job is run.
-std::vector<std::string> unservedKeys(const launchd::Plist& plist);
+std::vector<std::string> unservedKeys(const jobfile::Plist& plist);
 /// What in the file has a value that doesn't fit it, by key path; it is ignored, as launchd does.
-std::vector<std::string> unusableValues(const launchd::Plist& plist);
+std::vector<std::string> unusableValues(const jobfile::Plist& plist);
 /// Fails with `WrongType` for a job that would run another command than its file says, or with other rights, because
 /// the value of a key can't be used.
-Result<void> checkRunnable(const launchd::Plist& plist, uid_t user);
+Result<void> checkRunnable(const jobfile::Plist& plist, uid_t user);
 /// Whether the job is loaded at a login and at a start of the host. Fails with `WrongType` if its file can't tell; then
 /// it is loaded only when somebody asks for just that.
-Result<bool> isEnabled(const launchd::Plist& plist);
+Result<bool> isEnabled(const jobfile::Plist& plist);
 
 }  // namespace mirvel::host

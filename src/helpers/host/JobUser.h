@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 #include "helpers/host/ProcessPlan.h"
 
 namespace mirvel::host {

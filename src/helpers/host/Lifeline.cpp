@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
 
 namespace mirvel::host {
 

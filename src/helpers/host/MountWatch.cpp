@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "core/support/ReadFile.h"
+#include "core/files/ReadFile.h"
 
 namespace mirvel::host {
 

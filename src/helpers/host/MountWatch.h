@@ -3,7 +3,7 @@
 #include <set>
 #include <string>
 
-#include "core/support/FileDescriptor.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel::host {
 

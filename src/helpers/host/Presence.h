@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "core/support/FileDescriptor.h"
-#include "core/support/Result.h"
-#include "helpers/host/HostSocket.h"
-#include "helpers/host/Places.h"
+#include "core/base/Result.h"
+#include "core/process/FileDescriptor.h"
+#include "helpers/hostdata/HostSocket.h"
+#include "helpers/hostdata/Places.h"
 
 namespace mirvel::host {
 

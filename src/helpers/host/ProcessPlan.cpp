@@ -10,7 +10,7 @@ namespace mirvel::host {
 
 namespace {
 
-using Limits = launchd::ResourceLimits;
+using Limits = jobfile::ResourceLimits;
 
 struct LimitRow {
   std::optional<std::int64_t> Limits::*field;
@@ -29,7 +29,7 @@ constexpr std::array<LimitRow, 9> limitRows = {{
     {&Limits::stack, RLIMIT_STACK},
 }};
 
-std::vector<ProcessPlan::Limit> limitsOf(const launchd::Plist& plist) {
+std::vector<ProcessPlan::Limit> limitsOf(const jobfile::Plist& plist) {
   const Limits none;
   const Limits& soft = plist.softResourceLimits ? *plist.softResourceLimits : none;
   const Limits& hard = plist.hardResourceLimits ? *plist.hardResourceLimits : none;
@@ -42,7 +42,7 @@ std::vector<ProcessPlan::Limit> limitsOf(const launchd::Plist& plist) {
 
 }  // namespace
 
-ProcessPlan ProcessPlan::of(const launchd::Plist& plist) {
+ProcessPlan ProcessPlan::of(const jobfile::Plist& plist) {
   ProcessPlan plan;
   plan.arguments = plist.programArguments.value_or(std::vector<std::string>());
   plan.program = plist.program.value_or(plan.arguments.empty() ? "" : plan.arguments.front());

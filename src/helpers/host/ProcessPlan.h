@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/plist/Plist.h"
-#include "core/support/Environment.h"
+#include "core/jobfile/Plist.h"
+#include "core/process/Environment.h"
 
 namespace mirvel::host {
 
@@ -34,7 +34,7 @@ struct ProcessPlan {
   std::optional<std::string> groupName;
   bool initGroups = true;
 
-  static ProcessPlan of(const launchd::Plist& plist);
+  static ProcessPlan of(const jobfile::Plist& plist);
 };
 
 /// The variables that every job gets: a plain path, who and where the user is, and what leads to the user's session.

@@ -8,7 +8,7 @@
 
 #include <optional>
 
-#include "core/support/ReadFile.h"
+#include "core/files/ReadFile.h"
 #include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {

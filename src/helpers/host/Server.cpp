@@ -11,10 +11,9 @@
 #include <array>
 #include <cerrno>
 
-#include "helpers/host/EnabledJobs.h"
-#include "helpers/host/HostSocket.h"
-#include "helpers/jobhost/HostLimits.h"
-#include "helpers/jobhost/HostMessages.h"
+#include "helpers/hostdata/EnabledJobs.h"
+#include "helpers/hostdata/HostMessages.h"
+#include "helpers/hostdata/HostSocket.h"
 #include "helpers/wire/LocalSocket.h"
 
 namespace mirvel::host {
@@ -26,7 +25,7 @@ namespace {
 constexpr std::size_t largestLog = std::size_t{8} << 20U;
 constexpr std::int64_t longestPeriod = std::int64_t{100} * 366 * 24 * 3600;
 
-seconds durationOf(const plist::Dictionary& request) {
+seconds durationOf(const propertylist::Dictionary& request) {
   return seconds(std::clamp<std::int64_t>(numberOf(request, key::seconds).value_or(0), 0, longestPeriod));
 }
 
@@ -109,7 +108,7 @@ void Server::serve(const Client& client) {
 }
 
 void Server::answer(const Client& client, const wire::Frame& request) {
-  const auto reply = [&](plist::Dictionary body) { client->send({request.id, std::move(body)}); };
+  const auto reply = [&](propertylist::Dictionary body) { client->send({request.id, std::move(body)}); };
   const std::string name = textOf(request.body, key::request).value_or("");
   if ((m_shallQuit || m_host.isQuitting()) && concernsTheNextHost(name)) return reply(endingReply());
   if (name == request::unload) return unload(client, request);
@@ -136,13 +135,13 @@ void Server::quit() {
   m_successors.clear();
 }
 
-plist::Dictionary Server::load(const Client& client, const plist::Dictionary& request) {
+propertylist::Dictionary Server::load(const Client& client, const propertylist::Dictionary& request) {
   const auto path = textOf(request, key::path);
   if (!path) return errorReply(badRequest("there is no path"));
   const bool isTemporary = isTrue(request, key::temporary);
   const auto loaded = m_host.load(*path, isTemporary ? Host::Noted::No : Host::Noted::Yes);
   if (loaded && isTemporary) unloadWith(client, *path);
-  return loaded ? plist::Dictionary() : errorReply(loaded.error());
+  return loaded ? propertylist::Dictionary() : errorReply(loaded.error());
 }
 
 /// A job that is only tried ends with whoever tries it, even one who is killed and can't unload it. Where the system
@@ -168,13 +167,13 @@ void Server::unloadWith(const Client& client, const std::filesystem::path& file)
   });
 }
 
-plist::Dictionary Server::takeOver(const plist::Dictionary& request) {
+propertylist::Dictionary Server::takeOver(const propertylist::Dictionary& request) {
   const auto paths = textsOf(request, key::paths);
   const auto taken = m_host.takeOver({paths.begin(), paths.end()});
-  return taken ? plist::Dictionary() : errorReply(taken.error());
+  return taken ? propertylist::Dictionary() : errorReply(taken.error());
 }
 
-void Server::start(const plist::Dictionary& request) {
+void Server::start(const propertylist::Dictionary& request) {
   for (const std::string& folder : textsOf(request, key::folders)) loadEnabledJobs(folder, m_host);
 }
 
@@ -182,8 +181,8 @@ void Server::start(const plist::Dictionary& request) {
 /// the new session, which starts with the same jobs. As long as the desktop of the earlier one is open its jobs stay
 /// there, since they can't move without being stopped.
 void Server::beginSession(const Client& client, const wire::Frame& request) {
-  const plist::Value* const value = request.body.find(key::environment);
-  const auto* const variables = value ? value->as<plist::Dictionary>() : nullptr;
+  const propertylist::Value* const value = request.body.find(key::environment);
+  const auto* const variables = value ? value->as<propertylist::Dictionary>() : nullptr;
   if (!variables) return client->send({request.id, errorReply(badRequest("there is no environment"))});
   Environment environment;
   for (const auto& [name, variable] : *variables) {
@@ -199,17 +198,17 @@ void Server::beginSession(const Client& client, const wire::Frame& request) {
   if (!isOwn) m_successors.emplace_back(client, request.id);
 }
 
-plist::Dictionary Server::log(const plist::Dictionary& request) const {
+propertylist::Dictionary Server::log(const propertylist::Dictionary& request) const {
   const auto since = currentTime().wall - durationOf(request);
-  plist::Array lines;
+  propertylist::Array lines;
   for (auto& line : m_host.log().find(since, textOf(request, key::text).value_or(""), largestLog)) {
-    lines.emplace_back(plist::Array{line.seconds, std::move(line.message)});
+    lines.emplace_back(propertylist::Array{line.seconds, std::move(line.message)});
   }
   return {{std::string(key::lines), std::move(lines)}};
 }
 
-plist::Dictionary Server::status() const {
-  plist::Array jobs;
+propertylist::Dictionary Server::status() const {
+  propertylist::Array jobs;
   for (const HostedJobStatus& job : m_host.status()) jobs.emplace_back(job.toDictionary());
   return {{std::string(key::jobs), std::move(jobs)}};
 }
@@ -237,15 +236,15 @@ void Server::waitForEnd(const Client& client, const wire::Frame& request) {
   m_waiting.push_back({.client = client, .id = request.id, .job = *job, .forUnload = false, .until = until});
 }
 
-std::optional<plist::Dictionary> Server::answerTo(const Waiting& waiting, milliseconds now) const {
+std::optional<propertylist::Dictionary> Server::answerTo(const Waiting& waiting, milliseconds now) const {
   if (waiting.forUnload) {
-    if (!m_host.isLoaded(waiting.job)) return plist::Dictionary();
+    if (!m_host.isLoaded(waiting.job)) return propertylist::Dictionary();
     return now < waiting.until ? std::nullopt : std::optional(errorReply(m_host.stillRunning(waiting.job)));
   }
   const bool hasRun = m_host.hasRun(waiting.job);
   const bool isGone = !m_host.isLoaded(waiting.job);
   if (!hasRun && !isGone && now < waiting.until) return std::nullopt;
-  return plist::Dictionary{{std::string(key::ended), hasRun || isGone}};
+  return propertylist::Dictionary{{std::string(key::ended), hasRun || isGone}};
 }
 
 void Server::settle() {

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/support/FileDescriptor.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/host/Connection.h"
 #include "helpers/host/Host.h"
 #include "helpers/host/PollLoop.h"
@@ -52,18 +52,18 @@ class Server {
   void turnAway();
   void serve(const Client& client);
   void answer(const Client& client, const wire::Frame& request);
-  plist::Dictionary load(const Client& client, const plist::Dictionary& request);
+  propertylist::Dictionary load(const Client& client, const propertylist::Dictionary& request);
   void unloadWith(const Client& client, const std::filesystem::path& file);
-  plist::Dictionary takeOver(const plist::Dictionary& request);
-  void start(const plist::Dictionary& request);
+  propertylist::Dictionary takeOver(const propertylist::Dictionary& request);
+  void start(const propertylist::Dictionary& request);
   void beginSession(const Client& client, const wire::Frame& request);
   void quit();
-  plist::Dictionary log(const plist::Dictionary& request) const;
-  plist::Dictionary status() const;
+  propertylist::Dictionary log(const propertylist::Dictionary& request) const;
+  propertylist::Dictionary status() const;
   void unload(const Client& client, const wire::Frame& request);
   void waitForEnd(const Client& client, const wire::Frame& request);
   /// None: not yet.
-  std::optional<plist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
+  std::optional<propertylist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
 
   /// A process that tries jobs, which end with it.
   struct Trier {

@@ -3,7 +3,7 @@
 #include <array>
 #include <system_error>
 
-#include "core/support/ReadFile.h"
+#include "core/files/ReadFile.h"
 
 namespace mirvel::host {
 

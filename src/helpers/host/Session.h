@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "core/support/Environment.h"
+#include "core/process/Environment.h"
 
 namespace mirvel::host {
 

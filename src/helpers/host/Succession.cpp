@@ -7,7 +7,7 @@
 #include <system_error>
 #include <thread>
 
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
 #include "helpers/host/PathWatch.h"
 #include "helpers/jobhost/HostClient.h"
 
@@ -18,10 +18,10 @@ namespace {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-plist::Dictionary requestOf(const HostSetup& setup, const Session& session) {
-  plist::Dictionary variables;
+propertylist::Dictionary requestOf(const HostSetup& setup, const Session& session) {
+  propertylist::Dictionary variables;
   for (const auto& [name, value] : session.variables()) variables.set(name, value);
-  plist::Array folders;
+  propertylist::Array folders;
   for (const fs::path& folder : setup.jobFolders) folders.emplace_back(folder.string());
   return {{std::string(key::environment), std::move(variables)}, {std::string(key::folders), std::move(folders)}};
 }
@@ -59,7 +59,7 @@ Result<std::unique_ptr<Presence>> succeed(const HostSetup& setup, const std::fun
     if (!claimed || *claimed) return claimed;
     const auto host = HostClient(setup.places.socket).connect();
     const auto answer = host ? HostClient::askAt(*host, request::beginSession, requestOf(setup, session), patience)
-                             : Result<plist::Dictionary>(host.error());
+                             : Result<propertylist::Dictionary>(host.error());
     if (answer && !isTrue(*answer, key::staysOpen)) return std::unique_ptr<Presence>();
     if (answer) {
       isReady();

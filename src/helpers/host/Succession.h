@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 #include "helpers/host/Daemon.h"
 #include "helpers/host/Presence.h"
 

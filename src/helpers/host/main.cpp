@@ -10,7 +10,7 @@
 
 #include "helpers/host/Daemon.h"
 #include "helpers/host/Detachment.h"
-#include "helpers/host/EnabledJobs.h"
+#include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/process/CleanState.h"
 
 namespace {

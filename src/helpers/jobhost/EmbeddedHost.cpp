@@ -3,12 +3,12 @@
 #include <system_error>
 #include <thread>
 
-#include "core/support/Strings.h"
-#include "helpers/action/JobFiles.h"
-#include "helpers/host/EnabledJobs.h"
-#include "helpers/host/HostSocket.h"
-#include "helpers/host/LoadedJobs.h"
-#include "helpers/host/RunNotes.h"
+#include "core/text/Strings.h"
+#include "helpers/hostdata/EnabledJobs.h"
+#include "helpers/hostdata/HostSocket.h"
+#include "helpers/hostdata/LoadedJobs.h"
+#include "helpers/hostdata/RunNotes.h"
+#include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel {
 
@@ -19,8 +19,8 @@ namespace {
 namespace key = host::key;
 namespace request = host::request;
 
-std::optional<JobHost::LogLine> lineOf(const plist::Value& value) {
-  const auto* const parts = value.as<plist::Array>();
+std::optional<JobHost::LogLine> lineOf(const propertylist::Value& value) {
+  const auto* const parts = value.as<propertylist::Array>();
   if (!parts || parts->size() != 2) return std::nullopt;
   const auto* const seconds = (*parts)[0].as<double>();
   const auto* const message = (*parts)[1].as<std::string>();
@@ -28,7 +28,7 @@ std::optional<JobHost::LogLine> lineOf(const plist::Value& value) {
   return JobHost::LogLine{*seconds, *message};
 }
 
-Result<void> withoutContent(const Result<plist::Dictionary>& answer) {
+Result<void> withoutContent(const Result<propertylist::Dictionary>& answer) {
   return answer ? Result<void>() : answer.error();
 }
 
@@ -76,9 +76,9 @@ EmbeddedHost::EmbeddedHost(Settings settings, ProcessRunner& runner)
       m_autostart(m_settings.autostart, commandAtLogin(m_settings)) {}
 
 Result<void> EmbeddedHost::start() {
-  plist::Array folders;
+  propertylist::Array folders;
   for (const auto& folder : m_settings.jobFolders) folders.emplace_back(folder.string());
-  const plist::Dictionary arguments{{std::string(key::folders), std::move(folders)}};
+  const propertylist::Dictionary arguments{{std::string(key::folders), std::move(folders)}};
   const auto started = ask(request::start, arguments, host::longestAnswer);
   if (!started) return started.error();
   (void)m_autostart.install();  // the jobs run all the same, and the next start tries again
@@ -101,7 +101,7 @@ Result<void> EmbeddedHost::loadTemporarily(const std::filesystem::path& file) {
 Result<void> EmbeddedHost::unload(const std::filesystem::path& file, const std::optional<std::string>& label) {
   if (auto checked = label ? checkLabel(*label) : Result<void>(); !checked) return checked;
   if (hasNothingToUnload()) return {};
-  plist::Dictionary arguments{{std::string(key::path), file.string()}};
+  propertylist::Dictionary arguments{{std::string(key::path), file.string()}};
   if (label) arguments.set(key::label, *label);
   return withoutContent(ask(request::unload, arguments, host::longestStop + host::longestAnswer));
 }
@@ -112,7 +112,7 @@ Result<bool> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
                           {{std::string(key::label), label}, {std::string(key::seconds), std::int64_t{limit.count()}}},
                           limit + host::longestAnswer);
   if (!answer) return answer.error();
-  const plist::Value* const ended = answer->find(key::ended);
+  const propertylist::Value* const ended = answer->find(key::ended);
   if (!ended || !ended->as<bool>()) return host::HostClient::badAnswer();
   return *ended->as<bool>();
 }
@@ -122,12 +122,12 @@ Result<std::vector<JobHost::LogLine>> EmbeddedHost::log(seconds period, const st
       ask(request::log, {{std::string(key::seconds), std::int64_t{period.count()}}, {std::string(key::text), text}},
           host::longestAnswer);
   if (!answer) return answer.error();
-  const plist::Value* const value = answer->find(key::lines);
-  const auto* const lines = value ? value->as<plist::Array>() : nullptr;
+  const propertylist::Value* const value = answer->find(key::lines);
+  const auto* const lines = value ? value->as<propertylist::Array>() : nullptr;
   if (!lines) return host::HostClient::badAnswer();
   std::vector<LogLine> result;
   result.reserve(lines->size());
-  for (const plist::Value& element : *lines) {
+  for (const propertylist::Value& element : *lines) {
     auto line = lineOf(element);
     if (!line) return host::HostClient::badAnswer();
     result.push_back(*std::move(line));
@@ -141,8 +141,8 @@ Result<void> EmbeddedHost::quit() {
   return answer.error();
 }
 
-Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plist::Dictionary& arguments,
-                                            seconds limit) {
+Result<propertylist::Dictionary> EmbeddedHost::ask(std::string_view request, const propertylist::Dictionary& arguments,
+                                                   seconds limit) {
   constexpr int mostHosts = 3;  // one that ends with its session may be followed by another of that session
   auto answer = askOne(request, arguments, limit);
   for (int hosts = 1; hosts < mostHosts && !answer && mayAskTheNext(request, answer.error()); ++hosts) {
@@ -151,8 +151,8 @@ Result<plist::Dictionary> EmbeddedHost::ask(std::string_view request, const plis
   return answer;
 }
 
-Result<plist::Dictionary> EmbeddedHost::askOne(std::string_view request, const plist::Dictionary& arguments,
-                                               seconds limit) {
+Result<propertylist::Dictionary> EmbeddedHost::askOne(std::string_view request,
+                                                      const propertylist::Dictionary& arguments, seconds limit) {
   // Another may be starting it at the same time and not be as far yet; of one that was killed a job on its way to its
   // program may still hold the lock for a moment.
   constexpr auto patience = seconds(5);

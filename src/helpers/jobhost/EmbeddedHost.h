@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "core/support/ProcessRunner.h"
-#include "helpers/host/Places.h"
+#include "core/process/ProcessRunner.h"
+#include "helpers/hostdata/Places.h"
 #include "helpers/jobhost/HostAutostart.h"
 #include "helpers/jobhost/HostClient.h"
 #include "helpers/jobhost/JobHost.h"
@@ -43,10 +43,10 @@ class EmbeddedHost : public JobHost {
   Result<void> quit();
 
  private:
-  Result<plist::Dictionary> ask(std::string_view request, const plist::Dictionary& arguments,
-                                std::chrono::seconds limit);
-  Result<plist::Dictionary> askOne(std::string_view request, const plist::Dictionary& arguments,
-                                   std::chrono::seconds limit);
+  Result<propertylist::Dictionary> ask(std::string_view request, const propertylist::Dictionary& arguments,
+                                       std::chrono::seconds limit);
+  Result<propertylist::Dictionary> askOne(std::string_view request, const propertylist::Dictionary& arguments,
+                                          std::chrono::seconds limit);
   Result<void> launch();
   bool hasNothingToUnload() const;
 

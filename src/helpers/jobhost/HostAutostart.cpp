@@ -7,9 +7,9 @@
 #include <string_view>
 #include <system_error>
 
-#include "core/support/Ascii.h"
-#include "core/support/ReadFile.h"
-#include "core/support/ReplaceFile.h"
+#include "core/files/ReadFile.h"
+#include "core/files/ReplaceFile.h"
+#include "core/text/Ascii.h"
 
 namespace mirvel::host {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 
 namespace mirvel::host {
 

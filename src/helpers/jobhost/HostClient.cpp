@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <string>
 
-#include "helpers/host/HostSocket.h"
+#include "helpers/hostdata/HostSocket.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::host {
@@ -38,8 +38,8 @@ Error endOf(int connection) {
 
 }  // namespace
 
-Result<plist::Dictionary> HostClient::ask(std::string_view request, plist::Dictionary arguments,
-                                          std::chrono::seconds limit) const {
+Result<propertylist::Dictionary> HostClient::ask(std::string_view request, propertylist::Dictionary arguments,
+                                                 std::chrono::seconds limit) const {
   const auto connection = connect();
   return connection ? askAt(*connection, request, std::move(arguments), limit) : connection.error();
 }
@@ -50,8 +50,8 @@ Result<FileDescriptor> HostClient::connect() const {
   return Error{.code = Error::Code::NotPermitted, .message = "the job host is another user's", .file = m_socket};
 }
 
-Result<plist::Dictionary> HostClient::askAt(const FileDescriptor& connection, std::string_view request,
-                                            plist::Dictionary arguments, std::chrono::seconds limit) {
+Result<propertylist::Dictionary> HostClient::askAt(const FileDescriptor& connection, std::string_view request,
+                                                   propertylist::Dictionary arguments, std::chrono::seconds limit) {
   arguments.set(key::request, request);
   constexpr std::int64_t id = 1;
   const auto sent = wire::sendFrame(connection.number(), {id, std::move(arguments)});
@@ -73,11 +73,11 @@ Result<plist::Dictionary> HostClient::askAt(const FileDescriptor& connection, st
 Result<std::vector<HostedJobStatus>> HostClient::status() const {
   const auto answer = ask(request::status);
   if (!answer) return answer.error();
-  const plist::Value* const value = answer->find(key::jobs);
-  const auto* const jobs = value ? value->as<plist::Array>() : nullptr;
+  const propertylist::Value* const value = answer->find(key::jobs);
+  const auto* const jobs = value ? value->as<propertylist::Array>() : nullptr;
   if (!jobs) return badAnswer();
   std::vector<HostedJobStatus> result;
-  for (const plist::Value& job : *jobs) {
+  for (const propertylist::Value& job : *jobs) {
     auto status = HostedJobStatus::from(job);
     if (!status) return badAnswer();
     result.push_back(*std::move(status));

@@ -5,11 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/base/Result.h"
+#include "core/process/FileDescriptor.h"
 #include "core/propertylist/Value.h"
-#include "core/support/FileDescriptor.h"
-#include "core/support/Result.h"
-#include "helpers/jobhost/HostLimits.h"
-#include "helpers/jobhost/HostMessages.h"
+#include "helpers/hostdata/HostMessages.h"
 
 namespace mirvel::host {
 
@@ -19,14 +18,14 @@ class HostClient {
   explicit HostClient(std::filesystem::path socket) : m_socket(std::move(socket)) {}
 
   /// What the host answers, waiting no longer than the limit; an error of its own is an error here. See `isNoHost`.
-  Result<plist::Dictionary> ask(std::string_view request, plist::Dictionary arguments = {},
-                                std::chrono::seconds limit = longestAnswer) const;
+  Result<propertylist::Dictionary> ask(std::string_view request, propertylist::Dictionary arguments = {},
+                                       std::chrono::seconds limit = longestAnswer) const;
   Result<std::vector<HostedJobStatus>> status() const;
 
   /// The two steps of `ask`, for those who stay connected.
   Result<FileDescriptor> connect() const;
-  static Result<plist::Dictionary> askAt(const FileDescriptor& connection, std::string_view request,
-                                         plist::Dictionary arguments, std::chrono::seconds limit);
+  static Result<propertylist::Dictionary> askAt(const FileDescriptor& connection, std::string_view request,
+                                                propertylist::Dictionary arguments, std::chrono::seconds limit);
 
   /// The error for an answer without what was asked for.
   static Error badAnswer();

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 
 namespace mirvel {
 

@@ -2,8 +2,8 @@
 
 #include <unistd.h>
 
-#include "core/support/Commands.h"
-#include "core/support/ExecutablePath.h"
+#include "core/files/ExecutablePath.h"
+#include "core/process/Commands.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/jobhost/LaunchctlHost.h"
 

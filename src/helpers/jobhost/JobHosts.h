@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
-#include "core/support/Environment.h"
-#include "core/support/ProcessRunner.h"
+#include "core/process/Environment.h"
+#include "core/process/ProcessRunner.h"
 #include "helpers/jobhost/JobHost.h"
 
 namespace mirvel {

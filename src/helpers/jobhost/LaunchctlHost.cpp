@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "core/catalogue/JobFolder.h"
-#include "core/support/ReadFile.h"
-#include "core/support/Strings.h"
-#include "helpers/action/JobFiles.h"
+#include "core/files/ReadFile.h"
+#include "core/text/Strings.h"
+#include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel {
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "core/support/ProcessRunner.h"
+#include "core/process/ProcessRunner.h"
 #include "helpers/jobhost/JobHost.h"
 
 namespace mirvel {

@@ -1,6 +1,6 @@
 #include <sstream>
 
-#include "core/support/Decimal.h"
+#include "core/text/Digits.h"
 #include "helpers/jobhost/LaunchctlHost.h"
 
 namespace mirvel {

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 
 namespace mirvel {
 

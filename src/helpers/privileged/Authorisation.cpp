@@ -21,17 +21,17 @@ Result<Authorisation> Authorisation::make() {
   return Authorisation(std::move(bytes));
 }
 
-plist::Dictionary Authorisation::greeting() const {
-  return {{key, plist::Data{m_bytes}}};
+propertylist::Dictionary Authorisation::greeting() const {
+  return {{key, propertylist::Data{m_bytes}}};
 }
 
-std::optional<std::string> Authorisation::dataIn(const plist::Dictionary& message) {
+std::optional<std::string> Authorisation::dataIn(const propertylist::Dictionary& message) {
   const auto* value = message.find(key);
-  const auto* data = value ? value->as<plist::Data>() : nullptr;
+  const auto* data = value ? value->as<propertylist::Data>() : nullptr;
   return data ? std::optional(data->bytes) : std::nullopt;
 }
 
-bool Authorisation::isIn(const plist::Dictionary& request) const {
+bool Authorisation::isIn(const propertylist::Dictionary& request) const {
   const auto bytes = dataIn(request);
   if (!bytes || bytes->size() != m_bytes.size()) return false;
   unsigned difference = 0;
@@ -42,10 +42,11 @@ bool Authorisation::isIn(const plist::Dictionary& request) const {
   return difference == 0;
 }
 
-std::function<plist::Dictionary(const plist::Dictionary&)> guarded(
-    Authorisation authorisation, Console& console, std::function<plist::Dictionary(const plist::Dictionary&)> handle) {
+std::function<propertylist::Dictionary(const propertylist::Dictionary&)> guarded(
+    Authorisation authorisation, Console& console,
+    std::function<propertylist::Dictionary(const propertylist::Dictionary&)> handle) {
   return [authorisation = std::move(authorisation), &console,
-          handle = std::move(handle)](const plist::Dictionary& request) {
+          handle = std::move(handle)](const propertylist::Dictionary& request) {
     if (authorisation.isIn(request)) return handle(request);
     console.log("refused: a request without the authorisation");
     return errorReply(ActionErrorCode::NotConnected);

@@ -4,9 +4,9 @@
 #include <optional>
 #include <string>
 
+#include "core/base/Result.h"
+#include "core/ports/Console.h"
 #include "core/propertylist/Value.h"
-#include "core/support/Console.h"
-#include "core/support/Result.h"
 
 namespace mirvel {
 
@@ -21,18 +21,19 @@ class Authorisation {
 
   const std::string& bytes() const { return m_bytes; }
   /// What the helper says first, which hands the secret over.
-  plist::Dictionary greeting() const;
+  propertylist::Dictionary greeting() const;
   /// The secret in a greeting or a request; none if it holds none.
-  static std::optional<std::string> dataIn(const plist::Dictionary& message);
+  static std::optional<std::string> dataIn(const propertylist::Dictionary& message);
   /// Whether the request carries it. Takes as long for a wrong one as for the right one.
-  bool isIn(const plist::Dictionary& request) const;
+  bool isIn(const propertylist::Dictionary& request) const;
 
  private:
   std::string m_bytes;
 };
 
 /// Lets requests through that carry the secret, and answers the others with an error and a line in the log.
-std::function<plist::Dictionary(const plist::Dictionary&)> guarded(
-    Authorisation authorisation, Console& console, std::function<plist::Dictionary(const plist::Dictionary&)> handle);
+std::function<propertylist::Dictionary(const propertylist::Dictionary&)> guarded(
+    Authorisation authorisation, Console& console,
+    std::function<propertylist::Dictionary(const propertylist::Dictionary&)> handle);
 
 }  // namespace mirvel

@@ -10,9 +10,9 @@
 #include <optional>
 #include <utility>
 
-#include "core/support/RegularFile.h"
-#include "core/support/SpawnPlan.h"
-#include "core/support/Strings.h"
+#include "core/files/RegularFile.h"
+#include "core/process/SpawnPlan.h"
+#include "core/text/Strings.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/Listener.h"
 #include "helpers/process/ProcessIdentity.h"

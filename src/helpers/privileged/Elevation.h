@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "core/actions/HelperConnection.h"
-#include "core/support/Pipe.h"
-#include "core/support/Result.h"
+#include "core/base/Result.h"
+#include "core/ports/HelperConnection.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/wire/Reaper.h"
 
 namespace mirvel {

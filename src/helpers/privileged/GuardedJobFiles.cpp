@@ -7,9 +7,9 @@
 #include <cerrno>
 
 #include "core/catalogue/JobFolder.h"
-#include "core/support/ReadFile.h"
-#include "helpers/action/MoveFile.h"
-#include "helpers/action/UserJobFiles.h"
+#include "core/files/ReadFile.h"
+#include "helpers/jobfiles/MoveFile.h"
+#include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/TrustedFolder.h"
 

@@ -2,11 +2,11 @@
 
 #include <sys/types.h>
 
-#include "core/support/Console.h"
-#include "core/support/FileDescriptor.h"
-#include "core/support/ReplaceFile.h"
-#include "helpers/action/JobFiles.h"
-#include "helpers/action/JobFolders.h"
+#include "core/files/ReplaceFile.h"
+#include "core/ports/Console.h"
+#include "core/process/FileDescriptor.h"
+#include "helpers/jobfiles/JobFiles.h"
+#include "helpers/jobfiles/JobFolders.h"
 #include "helpers/privileged/RemovableItems.h"
 
 namespace mirvel {

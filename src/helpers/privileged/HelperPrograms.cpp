@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include "core/catalogue/Kind.h"
-#include "core/support/Commands.h"
-#include "helpers/host/Places.h"
+#include "core/process/Commands.h"
+#include "helpers/hostdata/Places.h"
 #include "helpers/jobhost/HostAutostart.h"
 
 namespace mirvel {

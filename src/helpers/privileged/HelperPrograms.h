@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Environment.h"
-#include "core/support/Roots.h"
+#include "core/files/Roots.h"
+#include "core/process/Environment.h"
 #include "helpers/privileged/Elevation.h"
 #include "helpers/wire/ProcessHelperConnection.h"
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 
 namespace mirvel {
 

@@ -5,8 +5,8 @@
 #include <chrono>
 #include <optional>
 
-#include "core/support/Console.h"
-#include "core/support/FileDescriptor.h"
+#include "core/ports/Console.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/privileged/OwnFolder.h"
 #include "helpers/process/ProcessIdentity.h"
 

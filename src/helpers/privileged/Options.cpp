@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "core/support/Decimal.h"
+#include "core/text/Digits.h"
 
 namespace mirvel {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Environment.h"
-#include "core/support/Result.h"
+#include "core/base/Result.h"
+#include "core/process/Environment.h"
 #include "helpers/process/ProcessIdentity.h"
 
 namespace mirvel {

@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "core/catalogue/Kind.h"
-#include "core/support/FileDescriptor.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel {
 

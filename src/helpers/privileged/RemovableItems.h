@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <vector>
 
-#include "core/support/Result.h"
-#include "core/support/Roots.h"
+#include "core/base/Result.h"
+#include "core/files/Roots.h"
 
 namespace mirvel {
 

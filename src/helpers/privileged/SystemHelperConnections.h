@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "core/actions/HelperConnection.h"
-#include "core/support/MainQueue.h"
-#include "core/support/WorkQueue.h"
+#include "core/base/ThreadWorkQueue.h"
+#include "core/ports/HelperConnection.h"
+#include "core/ports/MainQueue.h"
 #include "helpers/privileged/HelperPrograms.h"
 
 namespace mirvel {

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "core/support/FileDescriptor.h"
-#include "core/support/Result.h"
+#include "core/base/Result.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel {
 

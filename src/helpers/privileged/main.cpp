@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <iostream>
 
-#include "core/support/Digest.h"
-#include "core/support/PrivateGroup.h"
-#include "core/support/SystemProcessRunner.h"
+#include "core/files/FileTrust.h"
+#include "core/process/SystemProcessRunner.h"
+#include "core/text/Digest.h"
 #include "helpers/action/Service.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/jobhost/JobHosts.h"

@@ -20,8 +20,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/support/Environment.h"
-#include "core/support/FileDescriptor.h"
+#include "core/process/Environment.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel {
 

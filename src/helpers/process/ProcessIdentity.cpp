@@ -4,7 +4,7 @@
 
 #include <limits>
 
-#include "core/support/Decimal.h"
+#include "core/text/Digits.h"
 #include "helpers/process/ProcessStatus.h"
 
 namespace mirvel {

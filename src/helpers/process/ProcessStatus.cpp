@@ -9,8 +9,8 @@
 #include <string>
 #include <system_error>
 
-#include "core/support/Decimal.h"
-#include "core/support/ReadFile.h"
+#include "core/files/ReadFile.h"
+#include "core/text/Digits.h"
 
 namespace mirvel {
 

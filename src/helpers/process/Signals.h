@@ -3,7 +3,7 @@
 #include <initializer_list>
 #include <set>
 
-#include "core/support/Pipe.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "core/support/Decimal.h"
+#include "core/text/Digits.h"
 
 namespace mirvel::wire {
 

@@ -28,17 +28,17 @@ std::size_t lengthIn(std::string_view bytes) {
 
 Result<Frame> decode(std::string_view list) {
   if (!list.starts_with("bplist")) return malformed("a message is no binary property list");
-  const auto document = plist::read(list);
+  const auto document = propertylist::read(list);
   if (!document) return document.error();
-  plist::Value value = document->value();
-  auto* content = value.as<plist::Dictionary>();
+  propertylist::Value value = document->value();
+  auto* content = value.as<propertylist::Dictionary>();
   if (!content) return malformed("a message is no dictionary");
   const auto* idValue = content->find("id");
-  const auto* number = idValue ? idValue->as<plist::Integer>() : nullptr;
+  const auto* number = idValue ? idValue->as<propertylist::Integer>() : nullptr;
   const auto id = number ? number->toInt64() : std::nullopt;
   if (!id) return malformed("a message has no id");
   auto* bodyValue = content->find("body");
-  auto* body = bodyValue ? bodyValue->as<plist::Dictionary>() : nullptr;
+  auto* body = bodyValue ? bodyValue->as<propertylist::Dictionary>() : nullptr;
   if (!body) return malformed("the body of a message is no dictionary");
   return Frame{.id = *id, .body = std::move(*body)};
 }
@@ -46,7 +46,7 @@ Result<Frame> decode(std::string_view list) {
 }  // namespace
 
 Result<std::string> encode(const Frame& frame, std::size_t largest) {
-  const std::string list = plist::writeBinary(plist::Dictionary{{"id", frame.id}, {"body", frame.body}});
+  const std::string list = propertylist::writeBinary(propertylist::Dictionary{{"id", frame.id}, {"body", frame.body}});
   if (list.size() > largest) return tooLarge(list.size());
   std::string bytes;
   bytes.reserve(lengthSize + list.size());

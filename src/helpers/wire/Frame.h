@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "core/base/Result.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Value.h"
-#include "core/support/Result.h"
 
 /// What passes between the application and its helpers: requests one way, answers the other. An answer carries the id
 /// of its request.
@@ -16,7 +16,7 @@ namespace mirvel::wire {
 
 struct Frame {
   std::int64_t id = 0;
-  plist::Dictionary body = {};
+  propertylist::Dictionary body = {};
 
   bool operator==(const Frame&) const = default;
 };

@@ -6,7 +6,7 @@
 #include <array>
 #include <cerrno>
 
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
 
 namespace mirvel::wire {
 

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "core/support/FileDescriptor.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/wire/Frame.h"
 
 namespace mirvel::wire {

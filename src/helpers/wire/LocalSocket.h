@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <optional>
 
-#include "core/support/FileDescriptor.h"
-#include "core/support/Result.h"
+#include "core/base/Result.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel::wire {
 

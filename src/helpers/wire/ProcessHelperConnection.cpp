@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "core/support/SpawnPlan.h"
+#include "core/process/SpawnPlan.h"
 #include "helpers/wire/FrameSocket.h"
 #include "helpers/wire/SocketHelperConnection.h"
 

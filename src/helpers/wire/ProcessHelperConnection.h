@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "core/actions/HelperConnection.h"
-#include "core/support/Environment.h"
-#include "core/support/MainQueue.h"
+#include "core/ports/HelperConnection.h"
+#include "core/ports/MainQueue.h"
+#include "core/process/Environment.h"
 #include "helpers/wire/Reaper.h"
 
 namespace mirvel::wire {

@@ -12,8 +12,8 @@ std::int64_t Requests::add(HelperConnection::Reply reply, HelperConnection::Fail
 bool Requests::answer(const Frame& frame) {
   auto found = m_waiting.extract(frame.id);
   if (found.empty()) return false;
-  const plist::Value* const error = frame.body.find("error");
-  if (error && !error->as<plist::Dictionary>()) {
+  const propertylist::Value* const error = frame.body.find("error");
+  if (error && !error->as<propertylist::Dictionary>()) {
     found.mapped().failure({.code = Error::Code::Malformed, .message = "the helper's answer can't be understood"});
   } else {
     found.mapped().reply(frame.body);

@@ -4,7 +4,7 @@
 #include <map>
 #include <optional>
 
-#include "core/actions/HelperConnection.h"
+#include "core/ports/HelperConnection.h"
 #include "helpers/wire/Frame.h"
 
 namespace mirvel::wire {

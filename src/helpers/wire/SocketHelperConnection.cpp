@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::wire {
@@ -66,7 +66,7 @@ void SocketHelperConnection::close() {
   if (m_thread.joinable()) m_thread.join();
 }
 
-void SocketHelperConnection::run(const plist::Dictionary& request, Reply reply, Failure failure) {
+void SocketHelperConnection::run(const propertylist::Dictionary& request, Reply reply, Failure failure) {
   const std::int64_t id = m_requests->add(std::move(reply), std::move(failure));
   if (m_requests->brokenBy()) return postFailure(id, *m_requests->brokenBy());
   const auto bytes = encode({.id = id, .body = request}, largestRequest);

@@ -6,9 +6,9 @@
 #include <string>
 #include <thread>
 
-#include "core/actions/HelperConnection.h"
-#include "core/support/MainQueue.h"
-#include "core/support/Pipe.h"
+#include "core/ports/HelperConnection.h"
+#include "core/ports/MainQueue.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/wire/Requests.h"
 
 namespace mirvel::wire {
@@ -23,7 +23,7 @@ class SocketHelperConnection final : public HelperConnection {
   SocketHelperConnection(FileDescriptor socket, MainQueue& queue, std::function<void()> ended = {});
   ~SocketHelperConnection() override;
 
-  void run(const plist::Dictionary& request, Reply reply, Failure failure) override;
+  void run(const propertylist::Dictionary& request, Reply reply, Failure failure) override;
   void invalidate() override;
 
  private:

@@ -5,9 +5,9 @@
 #include <QTranslator>
 #include <utility>
 
-#include "core/catalogue/PlatformLoginItems.h"
-#include "core/support/Const.h"
-#include "core/support/ThreadHeap.h"
+#include "core/base/Const.h"
+#include "core/base/ThreadHeap.h"
+#include "core/loginitems/PlatformLoginItems.h"
 #include "ui/support/InstalledFolders.h"
 #include "ui/support/OwnIcons.h"
 #include "ui/support/PlatformFolderMonitors.h"

@@ -5,11 +5,11 @@
 #include <optional>
 #include <string>
 
-#include "core/app/Foundation.h"
 #include "core/app/Program.h"
 #include "core/app/UpdateManager.h"
-#include "core/support/SystemProcessRunner.h"
-#include "core/support/ThreadWorkQueue.h"
+#include "core/base/ThreadWorkQueue.h"
+#include "core/process/SystemProcessRunner.h"
+#include "core/session/Foundation.h"
 #include "helpers/privileged/SystemHelperConnections.h"
 #include "ui/mainwindow/MainWindow.h"
 #include "ui/support/HttpsDownloads.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/support/Environment.h"
+#include "core/process/Environment.h"
 
 namespace mirvel::ui {
 

@@ -1,6 +1,6 @@
 #include "ui/creation/ApplicationView.h"
 
-#include "ui/mainwindow/EmptyLabel.h"
+#include "ui/support/EmptyLabel.h"
 
 namespace mirvel::ui {
 

@@ -4,7 +4,7 @@
 #include <QFormLayout>
 #include <QPushButton>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 #include "ui/creation/ElidedLabel.h"
 #include "ui/support/QtText.h"
 

@@ -5,7 +5,7 @@
 #include "core/app/Program.h"
 #include "core/creation/ExportJob.h"
 #include "core/creation/ImportController.h"
-#include "core/mainwindow/Segue.h"
+#include "core/session/Shell.h"
 #include "ui/creation/DuplicateViewController.h"
 #include "ui/creation/ImportDrop.h"
 #include "ui/creation/ImportViewController.h"

@@ -4,7 +4,7 @@
 
 #include "core/creation/ApplicationList.h"
 #include "core/creation/RunChoosers.h"
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 #include "ui/support/IconLoader.h"
 
 class QLabel;

@@ -3,7 +3,7 @@
 #include <QWidget>
 
 #include "core/creation/RunChoosers.h"
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel::ui {
 

@@ -10,8 +10,8 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "core/support/Bidirectional.h"
-#include "core/support/Const.h"
+#include "core/base/Const.h"
+#include "core/text/Bidirectional.h"
 #include "ui/editor/RowTextDelegate.h"
 #include "ui/support/InvalidData.h"
 #include "ui/support/OptionKey.h"

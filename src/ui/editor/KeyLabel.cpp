@@ -1,6 +1,6 @@
 #include "ui/editor/KeyLabel.h"
 
-#include "core/support/Bidirectional.h"
+#include "core/text/Bidirectional.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"

@@ -5,9 +5,9 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "core/base/Const.h"
 #include "core/editor/Description.h"
-#include "core/support/Bidirectional.h"
-#include "core/support/Const.h"
+#include "core/text/Bidirectional.h"
 #include "ui/editor/KeyLabel.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/CheckBox.h"

@@ -27,7 +27,7 @@ class LaunchdDisplayViewController final : public LaunchdViewController {
   struct Shown {
     std::string path;
     GeneralRules::Display general;
-    launchd::Plist record;
+    jobfile::Plist record;
 
     bool operator==(const Shown&) const = default;
   };

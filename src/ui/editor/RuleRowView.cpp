@@ -11,7 +11,7 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "core/support/Dates.h"
+#include "core/locale/Dates.h"
 #include "ui/support/FlowLayout.h"
 #include "ui/support/InvalidData.h"
 #include "ui/support/QtText.h"

@@ -4,7 +4,7 @@
 #include <QPointer>
 
 #include "core/editor/RunMenu.h"
-#include "core/mainwindow/Segue.h"
+#include "core/session/Shell.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/OptionKey.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 #include "ui/editor/GrowingText.h"
 
 namespace mirvel::ui {

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "core/explain/RuleText.h"
-#include "core/support/Dates.h"
+#include "core/locale/Dates.h"
 #include "ui/editor/RuleRowView.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ValueText.h"

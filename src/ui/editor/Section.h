@@ -7,7 +7,7 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
-#include "core/support/InvalidField.h"
+#include "core/ports/InvalidField.h"
 
 namespace mirvel::ui {
 

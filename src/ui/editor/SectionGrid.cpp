@@ -5,7 +5,7 @@
 #include <QLabel>
 #include <memory>
 
-#include "core/support/Bidirectional.h"
+#include "core/text/Bidirectional.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SecondaryLabel.h"
 

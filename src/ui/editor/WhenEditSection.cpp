@@ -2,9 +2,9 @@
 
 #include <QLabel>
 
+#include "core/base/Const.h"
 #include "core/editor/WhenRules.h"
-#include "core/support/Bidirectional.h"
-#include "core/support/Const.h"
+#include "core/text/Bidirectional.h"
 #include "ui/editor/GridTableViewController.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
@@ -87,7 +87,7 @@ void WhenEditSection::connectBoxes() {
 }
 
 void WhenEditSection::fill(const Launchd& launchd) {
-  const launchd::Plist& plist = launchd.plist();
+  const jobfile::Plist& plist = launchd.plist();
   m_runAtLoadButton->setChecked(plist.runAtLoad.value_or(false));
   m_startOnMountButton->setChecked(plist.startOnMount.value_or(false));
   // Whatever it says, it is there: clearing the box takes it away.
@@ -99,7 +99,7 @@ void WhenEditSection::fill(const Launchd& launchd) {
   updateScheduledHelp();
 }
 
-void WhenEditSection::fillRules(const launchd::Plist& plist) {
+void WhenEditSection::fillRules(const jobfile::Plist& plist) {
   const auto& unfinished = program().editing.unfinished().rules;
   if (unfinished.empty()) {
     loadRules(plist);
@@ -113,7 +113,7 @@ void WhenEditSection::fillRules(const launchd::Plist& plist) {
   if (isScheduled && unfinished.empty()) showNextRuns(plist);
 }
 
-void WhenEditSection::addConditions(const launchd::Plist& plist) {
+void WhenEditSection::addConditions(const jobfile::Plist& plist) {
   if (m_keepAliveGridView->findChild<QCheckBox*>()) return;  // they are there
   const auto& keepAlive = *plist.keepAlive;
   addCondition("Crashed", crashedHelp, keepAlive.crashed, WhenRules::crashed);
@@ -123,7 +123,7 @@ void WhenEditSection::addConditions(const launchd::Plist& plist) {
 }
 
 void WhenEditSection::addCondition(const char* title, const char* help, std::optional<bool> state,
-                                   void (*write)(launchd::Plist&, BoxClick)) {
+                                   void (*write)(jobfile::Plist&, BoxClick)) {
   auto* box = new CheckBox(QLatin1String(title));
   box->setObjectName(QLatin1String(title));
   box->setToolTip(QLatin1String(help));
@@ -135,7 +135,7 @@ void WhenEditSection::addCondition(const char* title, const char* help, std::opt
   m_keepAliveGrid->addRow(*box);
 }
 
-void WhenEditSection::addTable(const launchd::Plist& plist, std::string_view key, const char* help) {
+void WhenEditSection::addTable(const jobfile::Plist& plist, std::string_view key, const char* help) {
   const auto kind = key == WhenRules::pathStateKey ? GridTable::Kind::boolPath : GridTable::Kind::boolString;
   const auto content = WhenRules::conditionRows(plist, program().editing.unfinished(), key);
   auto* table = new GridTableViewController(program(), kind, content, std::string(key), *this);

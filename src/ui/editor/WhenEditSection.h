@@ -22,16 +22,16 @@ class WhenEditSection final : public WhenSection, private GridTableDelegate, pri
  private:
   void fill(const Launchd& launchd) override;
   void connectBoxes();
-  void addConditions(const launchd::Plist& plist);
+  void addConditions(const jobfile::Plist& plist);
   void addCondition(const char* title, const char* help, std::optional<bool> state,
-                    void (*write)(launchd::Plist&, BoxClick));
-  void addTable(const launchd::Plist& plist, std::string_view key, const char* help);
+                    void (*write)(jobfile::Plist&, BoxClick));
+  void addTable(const jobfile::Plist& plist, std::string_view key, const char* help);
   void keepAlive(bool isOn);
   void scheduled(bool isOn);
   void updateScheduledHelp();
   void gridTableChanged(const std::string& key, const std::vector<GridTable::Item>& rows) override;
   void rulesDidChange() override;
-  void fillRules(const launchd::Plist& plist);
+  void fillRules(const jobfile::Plist& plist);
   void endSchedule();
 
   std::optional<bool> m_plainKeepAlive;            ///< while conditions stand in its place

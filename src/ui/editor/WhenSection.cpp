@@ -3,8 +3,8 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "core/schedule/FileRules.h"
-#include "core/schedule/NextRuns.h"
+#include "core/explain/NextRuns.h"
+#include "core/schedule/Scheduled.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/CheckBox.h"
@@ -44,12 +44,12 @@ WhenSection::WhenSection(Program& theProgram)
   m_scheduledView->hide();
 }
 
-void WhenSection::loadRules(const launchd::Plist& plist) {
+void WhenSection::loadRules(const jobfile::Plist& plist) {
   program().scheduledController.loadFileRules(Scheduled::fileRules(plist.startInterval, plist.startCalendarInterval),
                                               m_scheduledRuleEditor->editor());
 }
 
-void WhenSection::showNextRuns(const launchd::Plist& plist) {
+void WhenSection::showNextRuns(const jobfile::Plist& plist) {
   const auto text =
       nextRunsText(plist, program().platform.clock.currentSecond(), program().scheduledController.moments());
   m_nextRuns->setText(qt(text.value_or("")));

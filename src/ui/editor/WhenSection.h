@@ -16,9 +16,9 @@ class WhenSection : public Section {
   explicit WhenSection(Program& program);
 
   /// Shows the record's rules in the rule editor, which is no edit.
-  void loadRules(const launchd::Plist& plist);
+  void loadRules(const jobfile::Plist& plist);
   /// Tells when the job runs next.
-  void showNextRuns(const launchd::Plist& plist);
+  void showNextRuns(const jobfile::Plist& plist);
 
   QCheckBox* m_runAtLoadButton;
   QCheckBox* m_keepAliveButton;

@@ -6,10 +6,10 @@
 #include <QScrollBar>
 #include <algorithm>
 
-#include "ui/mainwindow/EmptyLabel.h"
 #include "ui/mainwindow/GridAccessible.h"
 #include "ui/mainwindow/GridItemDelegate.h"
 #include "ui/mainwindow/JobView.h"
+#include "ui/support/EmptyLabel.h"
 
 namespace mirvel::ui {
 

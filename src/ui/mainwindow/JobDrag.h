@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <optional>
 
-#include "core/support/URL.h"
+#include "core/files/URL.h"
 
 namespace mirvel::ui {
 

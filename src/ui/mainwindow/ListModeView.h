@@ -4,7 +4,7 @@
 
 #include "core/app/Program.h"
 #include "core/mainwindow/ListMode.h"
-#include "core/support/Delay.h"
+#include "core/ports/MainQueue.h"
 #include "ui/mainwindow/ListTable.h"
 #include "ui/mainwindow/ListTableModel.h"
 

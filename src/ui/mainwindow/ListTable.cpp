@@ -7,9 +7,9 @@
 #include <QScrollBar>
 #include <algorithm>
 
-#include "ui/mainwindow/EmptyLabel.h"
 #include "ui/mainwindow/JobView.h"
 #include "ui/mainwindow/ListCellDelegate.h"
+#include "ui/support/EmptyLabel.h"
 
 namespace mirvel::ui {
 

@@ -9,7 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "core/support/Const.h"
+#include "core/base/Const.h"
 #include "ui/editor/DetailViewController.h"
 #include "ui/mainwindow/HostLine.h"
 #include "ui/mainwindow/ListModeView.h"

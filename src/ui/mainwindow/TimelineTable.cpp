@@ -6,8 +6,8 @@
 #include <QScrollBar>
 #include <algorithm>
 
-#include "ui/mainwindow/EmptyLabel.h"
 #include "ui/mainwindow/JobView.h"
+#include "ui/support/EmptyLabel.h"
 
 namespace mirvel::ui {
 

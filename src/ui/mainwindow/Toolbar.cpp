@@ -7,7 +7,7 @@
 #include <QScopedValueRollback>
 #include <QShortcut>
 
-#include "core/mainwindow/ModeFilter.h"
+#include "core/session/ModeFilter.h"
 #include "ui/mainwindow/MainMenu.h"
 #include "ui/support/FilterField.h"
 #include "ui/support/IconLoader.h"

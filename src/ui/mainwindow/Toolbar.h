@@ -6,7 +6,7 @@
 #include <map>
 
 #include "core/app/Program.h"
-#include "core/support/Delay.h"
+#include "core/ports/MainQueue.h"
 
 class QLineEdit;
 

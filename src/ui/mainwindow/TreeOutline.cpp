@@ -3,10 +3,10 @@
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 
-#include "ui/mainwindow/EmptyLabel.h"
 #include "ui/mainwindow/JobView.h"
 #include "ui/mainwindow/TreeRowDelegate.h"
 #include "ui/mainwindow/TreeSelection.h"
+#include "ui/support/EmptyLabel.h"
 
 namespace mirvel::ui {
 

@@ -3,7 +3,7 @@
 #include <QMainWindow>
 #include <QSplitter>
 
-#include "core/support/Defaults.h"
+#include "core/settings/Defaults.h"
 
 namespace mirvel::ui {
 

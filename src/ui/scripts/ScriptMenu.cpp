@@ -5,7 +5,7 @@
 #include <QMenu>
 #include <QMimeData>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 #include "ui/scripts/ScriptEditor.h"
 #include "ui/support/QtText.h"
 #include "ui/support/TextCommands.h"

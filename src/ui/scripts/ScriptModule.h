@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "core/support/Result.h"
+#include "core/base/Result.h"
 #include "ui/scripts/ScriptText.h"
 
 namespace mirvel {

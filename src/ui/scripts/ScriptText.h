@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/locale/Localize.h"
 #include "core/scripts/SyntaxType.h"
-#include "core/support/Localize.h"
 
 namespace mirvel::ui {
 

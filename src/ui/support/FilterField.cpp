@@ -2,7 +2,7 @@
 
 #include <QLineEdit>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SymbolButton.h"

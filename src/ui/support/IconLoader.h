@@ -5,7 +5,7 @@
 #include <QString>
 #include <filesystem>
 
-#include "core/support/Image.h"
+#include "core/base/Image.h"
 #include "ui/support/FileIcons.h"
 
 namespace mirvel::ui {

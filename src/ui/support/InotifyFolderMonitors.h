@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/support/FileDescriptor.h"
+#include "core/process/FileDescriptor.h"
 #include "ui/support/WatcherFolderMonitors.h"
 
 namespace mirvel::ui {

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
 
 namespace mirvel::ui {
 

@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "core/support/Interface.h"
+#include "core/ports/Interface.h"
 
 class QAbstractButton;
 class QMessageBox;

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <optional>
 
-#include "core/support/MainQueue.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel::ui {
 

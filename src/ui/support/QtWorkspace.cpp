@@ -10,7 +10,7 @@
 #include <system_error>
 #include <utility>
 
-#include "core/support/UserName.h"
+#include "core/process/UserName.h"
 #include "ui/support/FileManager.h"
 #include "ui/support/Picture.h"
 #include "ui/support/QtText.h"

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <vector>
 
-#include "core/support/Workspace.h"
+#include "core/ports/Workspace.h"
 
 namespace mirvel::ui {
 

@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <string>
 
-#include "core/support/Defaults.h"
+#include "core/settings/Defaults.h"
 
 namespace mirvel::ui {
 

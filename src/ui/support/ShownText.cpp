@@ -2,7 +2,7 @@
 
 #include <QTextDocument>
 
-#include "core/support/Strings.h"
+#include "core/text/Strings.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {

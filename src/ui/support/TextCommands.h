@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 
 class QAction;
 class QMenu;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/support/FolderMonitor.h"
+#include "core/ports/FolderMonitor.h"
 
 namespace mirvel::ui {
 

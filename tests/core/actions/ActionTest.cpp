@@ -5,7 +5,7 @@
 namespace mirvel {
 namespace {
 
-using plist::Dictionary;
+using propertylist::Dictionary;
 
 TEST(ActionTest, TheRequestHoldsWhatThereIsAndNothingElse) {
   auto all = Action::write(URL::file("/nowhere/a.plist"), "text", "label");
@@ -20,7 +20,7 @@ TEST(ActionTest, TheRequestHoldsWhatThereIsAndNothingElse) {
                                                  {"path", "/nowhere/a.plist"},
                                                  {"deletePath", "/nowhere/b.plist"},
                                                  {"string", "text"},
-                                                 {"authData", plist::Data{"auth"}},
+                                                 {"authData", propertylist::Data{"auth"}},
                                                  {"label", "label"}}));
   EXPECT_EQ(Action::unload(std::nullopt, URL::file("/nowhere/x"))->dictionary({}), unloadOnly);
   EXPECT_EQ(test->dictionary({}), (Dictionary{{"kind", 6},

@@ -8,7 +8,7 @@
 namespace mirvel {
 namespace {
 
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
@@ -92,7 +92,7 @@ TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
         Launchd* const edited = program().editing.markJobChanged();
         edited->kind = kind;
         edited->plist().name.clear();  // a save would fill it
-        const launchd::Plist record = job->plist().clone();
+        const jobfile::Plist record = job->plist().clone();
         shell.events.clear();
         program().actions.save(job);
         EXPECT_TRUE(program().state.saving.isBusy());
@@ -145,7 +145,7 @@ TEST_F(FailureTest, AHelperThatDiesAnswersAllThatWaitAndIsToldOnce) {
 TEST_F(FailureTest, AnAnswerThatIsNoneEndsWhatWaits) {
   struct Log final : LogType {
     int lines = 0, clears = 0;
-    void logReplyReceived(const plist::Array&) override { ++lines; }
+    void logReplyReceived(const propertylist::Array&) override { ++lines; }
     void clear() override { ++clears; }
   } log;
   struct Test final : TestType {
@@ -161,11 +161,11 @@ TEST_F(FailureTest, AnAnswerThatIsNoneEndsWhatWaits) {
   } table[] = {
       {Action::Kind::unload, {}, true},
       {Action::Kind::unload, {{"error", "no dictionary"}}, false},
-      {Action::Kind::unload, {{"error", plist::Array{}}}, false},
-      {Action::Kind::log, {{"logQuery", plist::Array{}}}, true},
+      {Action::Kind::unload, {{"error", propertylist::Array{}}}, false},
+      {Action::Kind::log, {{"logQuery", propertylist::Array{}}}, true},
       {Action::Kind::log, {}, false},
       {Action::Kind::log, {{"logQuery", "lines"}}, false},
-      {Action::Kind::log, {{"error", false}, {"logQuery", plist::Array{}}}, false},
+      {Action::Kind::log, {{"error", false}, {"logQuery", propertylist::Array{}}}, false},
       {Action::Kind::test, {{"test", "output"}}, true},
       {Action::Kind::test, {}, false},
       {Action::Kind::test, {{"test", 1}}, false},
@@ -224,7 +224,7 @@ TEST_F(FailureTest, TheAuthorisationGoesAlongOnceThereIsOneAndUntilItsConnection
   EXPECT_FALSE(helpers.requests.back().body.find("authData"));
   savedJob(Kind::localDaemon);
   savedJob(Kind::userAgent);
-  EXPECT_EQ(helpers.requests.back().at("authData"), plist::Value(plist::Data{"secret"}));
+  EXPECT_EQ(helpers.requests.back().at("authData"), propertylist::Value(propertylist::Data{"secret"}));
   helpers.requests[1].failure(died);
   savedJob(Kind::userAgent);
   EXPECT_FALSE(helpers.requests.back().body.find("authData"));
@@ -235,7 +235,7 @@ TEST_F(FailureTest, AnErrorOfAHelperIsToldAndTheEditsStay) {
   const std::string unknown = "An unknown error occurred";
   const std::string item = "The item couldn’t be added or removed because of an unknown error";
   const struct {
-    plist::Value error;
+    propertylist::Value error;
     std::string message, informative;
   } table[] = {
       {Dictionary{{"domain", domain}}, unknown, tryAgain},

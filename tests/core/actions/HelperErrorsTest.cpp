@@ -6,8 +6,8 @@
 #include <cerrno>
 
 #include "core/actions/HelperFailure.h"
-#include "core/support/Defaults.h"
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
+#include "core/settings/Defaults.h"
 #include "support/FakeInterface.h"
 #include "support/TestData.h"
 
@@ -73,7 +73,7 @@ TEST_F(HelperErrorsTest, EachFailureIsToldWithItsFileAndWhatToDo) {
 
 TEST_F(HelperErrorsTest, WhatIsNoFailureInPartsIsToldByItsDomainAndCode) {
   struct Row {
-    plist::Dictionary error;
+    propertylist::Dictionary error;
     const char* message;
     const char* text;
   };

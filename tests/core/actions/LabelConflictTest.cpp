@@ -11,7 +11,7 @@
 namespace mirvel {
 namespace {
 
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -20,14 +20,14 @@ class LabelConflictTest : public testdata::ProgramFixture {
  protected:
   std::shared_ptr<Launchd> jobOf(Kind kind, const std::string& file, const std::string& label,
                                  bool isDisabled = false) {
-    Dictionary keys{{"ProgramArguments", plist::Array{"/bin/ls"}}};
+    Dictionary keys{{"ProgramArguments", propertylist::Array{"/bin/ls"}}};
     if (isDisabled) keys.set("Disabled", true);
     return Launchd::read(testdata::jobText(label, keys), URL::file(path(kind, file)), kind, {}, console);
   }
   bool isDisabledInRequest() {
     const Dictionary content = helpers.written();
     const auto* const disabled = content.find("Disabled");
-    return disabled && *disabled == plist::Value(true);
+    return disabled && *disabled == propertylist::Value(true);
   }
 };
 
@@ -120,7 +120,7 @@ TEST_F(LabelConflictTest, ANewJobOfATakenLabelIsAskedAboutToo) {
   scan();
   for (const int answer : {Interface::defaultButton, Interface::alternateButton}) {
     // Without a label it will get that of its program.
-    const auto made = makeNewJob(program(), {{"Label", ""}, {"ProgramArguments", plist::Array{"/bin/ls"}}},
+    const auto made = makeNewJob(program(), {{"Label", ""}, {"ProgramArguments", propertylist::Array{"/bin/ls"}}},
                                  URL::file("/"), Kind::localDaemon);
     std::vector<bool> ended;
     saveNewJob(program(), made, [&ended](bool isWritten) { ended.push_back(isWritten); });

@@ -21,7 +21,7 @@ class MoveJournalTest : public testdata::ProgramFixture {
   void moveAndEnd(Kind before, Kind now, std::size_t answers, bool isNextCarriedOut) {
     endProgram();
     for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) fs::remove_all(path(kind));
-    const auto file = writeJob(before, "job", {{"ProgramArguments", plist::Array{"/bin/ls"}}});
+    const auto file = writeJob(before, "job", {{"ProgramArguments", propertylist::Array{"/bin/ls"}}});
     const auto job = Launchd::read(testdata::bytes(file), URL::file(file), before, {}, console);
     job->kind = now;
     helpers.requests.clear();
@@ -106,7 +106,7 @@ TEST_F(MoveJournalTest, AMoveThatTheProgramsEndInterruptsIsEndedByTheNextStart) 
 /// Root's helper was killed between writing and removing.
 TEST_F(MoveJournalTest, OfAMoveToRootThatIsHalfDoneTheUsersFileGoes) {
   moveAndEnd(Kind::userAgent, Kind::localAgent, 1, true);
-  const auto file = writeJob(Kind::userAgent, "job", {{"ProgramArguments", plist::Array{"/bin/ls"}}});
+  const auto file = writeJob(Kind::userAgent, "job", {{"ProgramArguments", propertylist::Array{"/bin/ls"}}});
   (void)fs::remove(journal);
   MoveJournal moves(roots.applicationSupport, foundation.storeTroubles);
   const auto rootsFile = URL::file(path(Kind::localAgent, "job.plist"));

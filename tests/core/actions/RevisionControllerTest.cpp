@@ -21,12 +21,12 @@ class RevisionControllerTest : public testdata::ProgramFixture {
 
   /// Programs of the kept revisions, the newest first.
   static std::string kept(const RevisionController& controller, const char* file = "/jobs/a.plist") {
-    const plist::Value* const list = controller.revisions().find(file);
+    const propertylist::Value* const list = controller.revisions().find(file);
     if (!list) return "(nothing)";
     std::string result;
-    for (const auto& entry : *list->as<plist::Array>()) {
-      const auto& revision = *entry.as<plist::Dictionary>();
-      result += *revision.find("Plist")->as<plist::Dictionary>()->find("Program")->as<std::string>();
+    for (const auto& entry : *list->as<propertylist::Array>()) {
+      const auto& revision = *entry.as<propertylist::Dictionary>();
+      result += *revision.find("Plist")->as<propertylist::Dictionary>()->find("Program")->as<std::string>();
     }
     return result;
   }
@@ -43,8 +43,8 @@ TEST_F(RevisionControllerTest, TheLatestAreKeptOnDiskTheNewestFirst) {
   EXPECT_EQ(kept(revisions), "/3/2");
   EXPECT_EQ(kept(controller()), "/3/2") << "as another start reads it";
   const auto& newest =
-      *revisions.revisions().find("/jobs/a.plist")->as<plist::Array>()->front().as<plist::Dictionary>();
-  EXPECT_EQ(*newest.find("Date"), plist::Value(1'000'001.5));
+      *revisions.revisions().find("/jobs/a.plist")->as<propertylist::Array>()->front().as<propertylist::Dictionary>();
+  EXPECT_EQ(*newest.find("Date"), propertylist::Value(1'000'001.5));
 
   ASSERT_TRUE(foundation.defaults.setNumberOfSavedRevisions(0));
   revisions.saveRevision(*job("/4"));

@@ -22,7 +22,7 @@ class SaveTest : public testdata::ProgramFixture {
  protected:
   /// A job that was read from the folder of one kind and now is of another.
   std::shared_ptr<Launchd> jobOf(Kind now, Kind before, bool isDisabled, bool exists) {
-    auto keys = plist::Dictionary{{"Program", "/bin/ls"}};
+    auto keys = propertylist::Dictionary{{"Program", "/bin/ls"}};
     if (isDisabled) keys.set("Disabled", true);
     const auto file = writeJob(before, "job", keys);
     auto job = Launchd::read(testdata::bytes(file), URL::file(file), before, {}, console);
@@ -193,8 +193,8 @@ TEST_F(SaveTest, ARequestCarriesTheLabelThatItsHelperCanUse) {
   };
   for (const auto& row : table) {
     startAnew();
-    const auto file =
-        write(row.before, "job.plist", testdata::jobText(row.label, {{"ProgramArguments", plist::Array{"/bin/ls"}}}));
+    const auto file = write(row.before, "job.plist",
+                            testdata::jobText(row.label, {{"ProgramArguments", propertylist::Array{"/bin/ls"}}}));
     const auto job = Launchd::read(testdata::bytes(file), URL::file(file), row.before, {}, console);
     job->kind = row.now;
     job->plist().name = row.newLabel;

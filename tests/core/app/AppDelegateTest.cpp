@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "core/support/Const.h"
-#include "core/support/Digest.h"
+#include "core/base/Const.h"
+#include "core/text/Digest.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 

@@ -9,7 +9,7 @@
 namespace mirvel {
 namespace {
 
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testing::SizeIs;
 
 class HostStartTest : public testdata::ProgramFixture {

@@ -14,7 +14,7 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 
 class SilentStack final : public EditStackType {
  public:
@@ -27,7 +27,7 @@ class SilentStack final : public EditStackType {
 class OneRelease final : public Downloads {
  public:
   void get(const std::string&, Reply reply) override {
-    reply(*plist::writeXml(Dictionary{{"Mirvel", Dictionary{{"Version", "2"}, {"URL", "https://x"}}}}));
+    reply(*propertylist::writeXml(Dictionary{{"Mirvel", Dictionary{{"Version", "2"}, {"URL", "https://x"}}}}));
   }
 };
 
@@ -105,12 +105,13 @@ TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
        }},
       {"Later", "Continue Editing",
        [&] {
-         (void)folder.write("support/Drafts.plist",
-                            *plist::writeXml(Dictionary{{"x", Dictionary{{"Name", "a"},
-                                                                         {"Path", "/a.plist"},
-                                                                         {"Kind", Kind(Kind::userAgent).rawValue()},
-                                                                         {"FileChecksum", ""},
-                                                                         {"Contents", plist::Data{plain}}}}}));
+         (void)folder.write(
+             "support/Drafts.plist",
+             *propertylist::writeXml(Dictionary{{"x", Dictionary{{"Name", "a"},
+                                                                 {"Path", "/a.plist"},
+                                                                 {"Kind", Kind(Kind::userAgent).rawValue()},
+                                                                 {"FileChecksum", ""},
+                                                                 {"Contents", propertylist::Data{plain}}}}}));
          program().drafts.offer();
          scan();
        }},

@@ -10,7 +10,7 @@
 namespace mirvel {
 namespace {
 
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -29,7 +29,8 @@ class FakeDownloads final : public Downloads {
 class UpdateManagerTest : public testdata::ProgramFixture {
  protected:
   void answer(const std::string& version, const std::string& address = "https://mirvel.app/get") {
-    downloads.answer = *plist::writeXml(Dictionary{{"Mirvel", Dictionary{{"Version", version}, {"URL", address}}}});
+    downloads.answer =
+        *propertylist::writeXml(Dictionary{{"Mirvel", Dictionary{{"Version", version}, {"URL", address}}}});
   }
 
   FakeDownloads downloads;
@@ -64,7 +65,7 @@ TEST_F(UpdateManagerTest, NobodyIsDisturbedWithAnythingElseUnlessTheyAsked) {
       {"an older one", feedOf("1.8.7", "https://x"), false},
       {"no network", Error{.code = Error::Code::Io, .message = "no network"}, true},
       {"no list", std::string("<html>404</html>"), true},
-      {"another program's", *plist::writeXml(Dictionary{{"Other", Dictionary{}}}), true},
+      {"another program's", *propertylist::writeXml(Dictionary{{"Other", Dictionary{}}}), true},
       {"a page that isn't safe", feedOf("2.0", "http://mirvel.app"), true},
       {"a program instead of a page", feedOf("2.0", "file:///bin/sh"), true},
   };

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
-#include "core/support/Digest.h"
+#include "core/text/Digest.h"
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "core/catalogue/KindTexts.h"
-#include "core/support/Bidirectional.h"
+#include "core/text/Bidirectional.h"
 #include "support/FakeWorkspace.h"
 #include "support/TestData.h"
 

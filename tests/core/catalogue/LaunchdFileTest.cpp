@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "core/plist/JobFile.h"
+#include "core/jobfile/JobFile.h"
 
 namespace mirvel {
 namespace {
 
-using launchd::Dict;
+using jobfile::Dict;
 
 /// A console that nobody reads.
 class Silence final : public Console {
@@ -18,12 +18,12 @@ class Silence final : public Console {
 
 std::shared_ptr<Launchd> jobOf(const Dict& file) {
   Silence console;
-  return Launchd::read(plist::writeBinary(file), URL::file("/job.plist"), Kind::userAgent, {}, console);
+  return Launchd::read(propertylist::writeBinary(file), URL::file("/job.plist"), Kind::userAgent, {}, console);
 }
 
 TEST(LaunchdTest, TheFileHoldsKnownAndUnknownKeysInOrder) {
-  const auto job =
-      jobOf({{"Label", "job"}, {"Zebra", plist::Date{0}}, {"Alpha", plist::Data{"x"}}, {"RunAtLoad", false}});
+  const auto job = jobOf(
+      {{"Label", "job"}, {"Zebra", propertylist::Date{0}}, {"Alpha", propertylist::Data{"x"}}, {"RunAtLoad", false}});
   job->plist().nice = 5;
   EXPECT_EQ(job->plistData(),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -40,7 +40,7 @@ TEST(LaunchdTest, TheFileHoldsKnownAndUnknownKeysInOrder) {
 }
 
 TEST(LaunchdTest, WhatXmlCantHoldGivesNoFile) {
-  const auto job = jobOf({{"Label", "job"}, {"Odd", plist::Set{}}});
+  const auto job = jobOf({{"Label", "job"}, {"Odd", propertylist::Set{}}});
   EXPECT_FALSE(job->plistData());
   EXPECT_FALSE(job->plistDictionary());
 }

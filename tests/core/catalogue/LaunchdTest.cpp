@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/propertylist/Reader.h"
-#include "core/support/Digest.h"
+#include "core/text/Digest.h"
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
 #include "support/TestData.h"
@@ -11,9 +11,9 @@
 namespace mirvel {
 namespace {
 
-using launchd::Plist;
-using plist::Array;
-using plist::Dictionary;
+using jobfile::Plist;
+using propertylist::Array;
+using propertylist::Dictionary;
 using testdata::jobText;
 
 class LaunchdReaderTest : public testing::Test {
@@ -77,7 +77,7 @@ TEST_F(LaunchdReaderTest, TheIconIsThatOfTheToolOrOfTheBundleAroundIt) {
 
 TEST_F(LaunchdReaderTest, TheChecksumIsThatOfTheBytesAndTheTextIsTheFile) {
   const std::string text = jobText("Ünï");
-  const std::string binary = plist::writeBinary(Dictionary{{"Label", "a"}});
+  const std::string binary = propertylist::writeBinary(Dictionary{{"Label", "a"}});
   for (const std::string& data : {text, binary, text + "\n"}) {
     const auto job = read(data);
     ASSERT_TRUE(job);
@@ -95,9 +95,9 @@ TEST_F(LaunchdReaderTest, BadFilesGiveALineAndNoJob) {
       {"", "Error in: /jobs/a.plist\n"},
       {"no list", "Error in: /jobs/a.plist\n"},
       {jobText("a").substr(0, 120), "Error in: /jobs/a.plist\nline "},
-      {*plist::writeXml(Array{"Label", "a"}), "Error in: /jobs/a.plist\n"},
-      {*plist::writeXml(Dictionary{{"Program", "/bin/ls"}}), "Error in: /jobs/a.plist\nLabel not found"},
-      {*plist::writeXml(Dictionary{{"Label", 1}}), "Error in: /jobs/a.plist\nLabel: holds 1"},
+      {*propertylist::writeXml(Array{"Label", "a"}), "Error in: /jobs/a.plist\n"},
+      {*propertylist::writeXml(Dictionary{{"Program", "/bin/ls"}}), "Error in: /jobs/a.plist\nLabel not found"},
+      {*propertylist::writeXml(Dictionary{{"Label", 1}}), "Error in: /jobs/a.plist\nLabel: holds 1"},
   };
   for (const auto& row : table) {
     console.printed.clear();

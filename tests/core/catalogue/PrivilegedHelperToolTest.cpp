@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/support/Digest.h"
+#include "core/text/Digest.h"
 #include "support/TestData.h"
 
 namespace mirvel {

@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "core/support/Digest.h"
+#include "core/text/Digest.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
 
 namespace mirvel {
 namespace {
 
-using plist::Array;
+using propertylist::Array;
 using testdata::startupParameters;
 
 class StartupItemTest : public testing::Test {
@@ -48,8 +48,8 @@ TEST_F(StartupItemTest, WhatLacksAPartIsNone) {
       {startupParameters("Web Server", Array{}), ""},
       {startupParameters("Web Server", "Web"), ""},
       {startupParameters("Web Server", Array{"Web", 5}), ""},
-      {*plist::writeXml(plist::Dictionary{{"Provides", Array{"Web"}}}), ""},
-      {*plist::writeXml(plist::Dictionary{{"Description", "Web"}}), ""},
+      {*propertylist::writeXml(propertylist::Dictionary{{"Provides", Array{"Web"}}}), ""},
+      {*propertylist::writeXml(propertylist::Dictionary{{"Description", "Web"}}), ""},
       {"<plist><array/></plist>", ""},
       {"", ""},
       {good, "caf\xE9"},

@@ -6,13 +6,13 @@
 #include "core/creation/DuplicateController.h"
 #include "core/creation/ExportJob.h"
 #include "core/creation/ImportController.h"
-#include "core/mainwindow/Segue.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -99,7 +99,7 @@ TEST_F(CopiedJobsTest, AFileThatIsNoJobSaysWhereAndWhy) {
       {"hello", ": "},
       {head + "<string>a</strung>\n</dict></plist>", "line 5, column"},
       {"<plist><dict/></plist>", "Label"},
-      {*plist::writeXml(Dictionary{{"Label", 5}}), "Label"},
+      {*propertylist::writeXml(Dictionary{{"Label", 5}}), "Label"},
       {testdata::jobText("app.mirvel.x"), "app.mirvel."},
   };
   for (const auto& [content, reason] : table) {
@@ -165,7 +165,7 @@ TEST_F(CopiedJobsTest, AnAnswerAfterTheSheetHasGoneIsNoMatter) {
 
 TEST_F(CopiedJobsTest, ADuplicateDiffersInItsLabelOnly) {
   Dictionary keys{{"Program", "sh"},
-                  {"ProgramArguments", plist::Array{"sh", "-c", "cp ~/a \"b  c\" > d", ""}},
+                  {"ProgramArguments", propertylist::Array{"sh", "-c", "cp ~/a \"b  c\" > d", ""}},
                   {"KeepAlive", Dictionary{{"Crashed", true}, {"Unheard", 1}}},
                   {"RunAtLoad", "yes"}};
   writeJob(Kind::localAgent, "job", keys);
@@ -194,7 +194,7 @@ TEST_F(CopiedJobsTest, ACopyIsNoMoreOpenThanWhatItIsMadeFrom) {
   for (const auto& row : rows) {
     const auto asked = [&] {
       const auto* const mode = helpers.requests.back().body.find("mode");
-      return mode ? std::to_string(*mode->as<plist::Integer>()->toInt64()) : "none";
+      return mode ? std::to_string(*mode->as<propertylist::Integer>()->toInt64()) : "none";
     };
     const auto job = writeJob(Kind::userAgent, "job", {{"Program", "/bin/ls"}});
     const auto other = source("x.plist", testdata::jobText("imported"));
@@ -247,7 +247,7 @@ TEST_F(CopiedJobsTest, ADuplicateIsRefusedWhereItMakesNoSense) {
   EXPECT_THAT(helpers.requests, IsEmpty());
   select("job");
   EXPECT_TRUE(DuplicateController(program()).save("")) << "an empty name gets one";
-  EXPECT_EQ(*written().find("Label"), plist::Value("ls"));
+  EXPECT_EQ(*written().find("Label"), propertylist::Value("ls"));
   EXPECT_EQ(writtenPath(), "user/LaunchAgents/ls.plist");
 }
 

@@ -15,7 +15,7 @@ class CreationFixture : public testdata::ProgramFixture {
     (void)foundation.defaults.setAutomaticPATH(false);
   }
 
-  plist::Dictionary written() const { return helpers.written(); }
+  propertylist::Dictionary written() const { return helpers.written(); }
   /// The file's place below the machine's root.
   std::string writtenPath() const {
     if (helpers.requests.empty()) return "(nothing)";

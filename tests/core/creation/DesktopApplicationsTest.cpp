@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include "core/commands/RepairsFixture.h"
 #include "core/creation/InstalledApplications.h"
-#include "core/creation/RepairsFixture.h"
 
 namespace mirvel {
 namespace {

@@ -51,7 +51,7 @@ TEST(NewFileNameTest, EveryNameHasAFileName) {
     EXPECT_EQ(url->path().parent_path(), folder.path() / "LaunchAgents") << name;
     EXPECT_EQ(std::regex_replace(url->lastPathComponent(), uuid, "#"), fileName + ".plist");
     EXPECT_LE(url->lastPathComponent().size(), 255U) << name;
-    EXPECT_TRUE(plist::isUtf8(url->text())) << name;
+    EXPECT_TRUE(propertylist::isUtf8(url->text())) << name;
     EXPECT_NO_THROW((void)folder.write(url->path().lexically_relative(folder.path()), "")) << name;
   }
 }

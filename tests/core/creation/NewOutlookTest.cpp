@@ -2,7 +2,7 @@
 
 #include "core/creation/CreationFixture.h"
 #include "core/creation/NewController.h"
-#include "core/schedule/NextRuns.h"
+#include "core/explain/NextRuns.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -12,15 +12,15 @@ using namespace std::chrono;
 using testing::IsEmpty;
 
 TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
-  using Change = std::function<void(launchd::Plist&)>;
-  const Change nothing = [](launchd::Plist& plist) { plist.runAtLoad = false; };
-  const Change atLoad = [](launchd::Plist&) {};
-  const Change nightly = [](launchd::Plist& plist) {
+  using Change = std::function<void(jobfile::Plist&)>;
+  const Change nothing = [](jobfile::Plist& plist) { plist.runAtLoad = false; };
+  const Change atLoad = [](jobfile::Plist&) {};
+  const Change nightly = [](jobfile::Plist& plist) {
     plist.startCalendarInterval = {.intervals = {{.minute = 0, .hour = 21}}};
     plist.runAtLoad = false;
   };
-  const Change all = [](launchd::Plist& plist) {
-    plist.keepAlive = launchd::KeepAlive({}, {}, true, {}, {});
+  const Change all = [](jobfile::Plist& plist) {
+    plist.keepAlive = jobfile::KeepAlive({}, {}, true, {}, {});
     plist.startInterval = 7200;
     plist.watchPaths = {"/home/x/A b"};
   };
@@ -46,7 +46,7 @@ TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
   for (const auto& row : table) {
     const std::string locale = row.locale;
     if (locale != "en" && !std::filesystem::exists(testdata::catalogues())) continue;  // no msgfmt made them
-    launchd::Plist plist = launchd::Plist::blankPlist();
+    jobfile::Plist plist = jobfile::Plist::blankPlist();
     plist.name = "backup";
     row.change(plist);
     EXPECT_EQ(newJobSentence(row.kind, plist, Localize(locale, testdata::catalogues()), "/home/x"), row.sentence);
@@ -54,7 +54,7 @@ TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
 }
 
 TEST(NewOutlookTest, TheNextRunsAreThoseOfTheCalendarAndOfTheInterval) {
-  using Interval = launchd::StartCalendarInterval::Interval;
+  using Interval = jobfile::StartCalendarInterval::Interval;
   const Localize localize("de_DE");
   const MomentTexts texts(localize, "UTC");
   const sys_seconds now = sys_days(2026y / 11 / 22) + 20h;
@@ -76,7 +76,7 @@ TEST(NewOutlookTest, TheNextRunsAreThoseOfTheCalendarAndOfTheInterval) {
       {INT64_MAX, {}, {}},
   };
   for (const auto& row : table) {
-    launchd::Plist plist;
+    jobfile::Plist plist;
     plist.startInterval = row.seconds;
     if (!row.calendar.empty()) plist.startCalendarInterval = {.intervals = row.calendar};
     EXPECT_EQ(nextRunTexts(plist, now, 3, texts), row.runs) << "row " << &row - table;

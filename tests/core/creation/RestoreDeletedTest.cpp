@@ -13,7 +13,7 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -89,7 +89,7 @@ TEST_F(RestoreDeletedTest, WhatOthersCouldntReadTheyStillCant) {
   deleteJob("a");
   restoreFirst();
   ASSERT_TRUE(request().body.find("mode"));
-  EXPECT_EQ(request().at("mode"), plist::Value(0600));
+  EXPECT_EQ(request().at("mode"), propertylist::Value(0600));
 }
 
 TEST_F(RestoreDeletedTest, AJobStaysAmongTheDeletedUntilItIsWritten) {
@@ -163,7 +163,7 @@ TEST_F(RestoreDeletedTest, AJobOfTheSameNameIsntStoppedByTheRestoredOne) {
   interface.answerSheet(Interface::defaultButton);
   ASSERT_THAT(helpers.requests, SizeIs(1));
   EXPECT_EQ(request().kind(), 0) << "written, and not loaded";
-  EXPECT_EQ(*helpers.written().find("Disabled"), plist::Value(true));
+  EXPECT_EQ(*helpers.written().find("Disabled"), propertylist::Value(true));
 }
 
 TEST_F(RestoreDeletedTest, WhatIsRestoredDisabledIsNoLongerKeptAndItsCommentsAreInAnotherPlace) {
@@ -261,8 +261,9 @@ TEST_F(RestoreDeletedTest, AQuitWaitsForADeletionUnderWay) {
 }
 
 TEST_F(RestoreDeletedTest, ABinaryFileComesBackWithTheSameValues) {
-  const Dictionary content{{"Label", "a"}, {"Program", "/bin/ls"}, {"Own", plist::Data{std::string("\0\xff", 2)}}};
-  write(Kind::userAgent, "a.plist", plist::writeBinary(content));
+  const Dictionary content{
+      {"Label", "a"}, {"Program", "/bin/ls"}, {"Own", propertylist::Data{std::string("\0\xff", 2)}}};
+  write(Kind::userAgent, "a.plist", propertylist::writeBinary(content));
   deleteJob("a");
   restoreFirst();
   EXPECT_EQ(helpers.written(), content);

@@ -18,7 +18,7 @@ class RunChoosersTest : public CreationFixture {
  protected:
   RunChoosersTest() { fs::create_directories(roots.home); }
 
-  const launchd::Plist& record() const { return sheet.job().plist; }
+  const jobfile::Plist& record() const { return sheet.job().plist; }
   /// What the script's page shows, beside its texts.
   std::string shown() const {
     const NewRunScript& script = sheet.run.script;
@@ -159,7 +159,7 @@ TEST_F(RunChoosersTest, AWrittenScriptRunsByTheInterpreterOfItsLanguage) {
     EXPECT_EQ(script.syntaxType(), row.syntax) << row.text;
     EXPECT_EQ(testdata::bytes(file), row.text);
     EXPECT_EQ(interface.savePanels.back().name, row.suggested);
-    launchd::Plist plist = record().clone();
+    jobfile::Plist plist = record().clone();
     EXPECT_TRUE(plist.normalizeForSave(program().repairs));
     EXPECT_EQ(plist.programArguments, (std::vector<std::string>{row.interpreter, file.string()})) << record().run;
   }

@@ -1,12 +1,12 @@
+#include "core/base/Const.h"
 #include "core/creation/CreationFixture.h"
 #include "core/creation/NewController.h"
-#include "core/support/Misc.h"
 
 namespace mirvel {
 namespace {
 
-using plist::Array;
-using plist::Dictionary;
+using propertylist::Array;
+using propertylist::Dictionary;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
@@ -54,7 +54,7 @@ TEST_F(SaveNewTest, TheFileHoldsWhatThePagesSay) {
       {[](NewController& sheet) { sheet.when.scheduled(true); },
        {{"Label", "a b"}, {"ProgramArguments", arguments}, {"RunAtLoad", true}, {"StartInterval", 10}}},
       {[this](NewController&) { ASSERT_TRUE(foundation.defaults.setAutomaticPATH(true)); },
-       {{"EnvironmentVariables", Dictionary{{"PATH", std::string(Misc::defaultPATH)}}},
+       {{"EnvironmentVariables", Dictionary{{"PATH", std::string(Const::defaultPATH)}}},
         {"Label", "a b"},
         {"ProgramArguments", arguments},
         {"RunAtLoad", true}}},
@@ -80,7 +80,7 @@ TEST_F(SaveNewTest, WhatIsHalfTypedInTheRulesIsTakenOver) {
   sheet.when.scheduled(true);
   sheet.endEditing = [&] { editor.setNumber(0, "45"); };
   EXPECT_TRUE(sheet.next());
-  EXPECT_EQ(written().find("StartInterval")->as<plist::Integer>()->toInt64(), 45);
+  EXPECT_EQ(written().find("StartInterval")->as<propertylist::Integer>()->toInt64(), 45);
 }
 
 TEST_F(SaveNewTest, TheJobGoesToTheFolderOfItsKindAndIsSelected) {
@@ -127,7 +127,7 @@ TEST_F(SaveNewTest, ACommandTooComplexIsAskedAboutOnce) {
   fill(sheet, "a", "/bin/ls | wc");
   EXPECT_TRUE(sheet.next());
   EXPECT_THAT(interface.alerts, SizeIs(1));
-  EXPECT_EQ(*written().find("ProgramArguments"), plist::Value(Array{"/bin/ls", "|", "wc"}));
+  EXPECT_EQ(*written().find("ProgramArguments"), propertylist::Value(Array{"/bin/ls", "|", "wc"}));
 }
 
 TEST_F(SaveNewTest, WhoeverGoesBackFromThatQuestionIsInTheSheetAgain) {
@@ -152,7 +152,7 @@ TEST_F(SaveNewTest, ATypedCommandArrivesAsTyped) {
     NewController sheet(program());
     fill(sheet, "a", typed);
     EXPECT_TRUE(sheet.next());
-    EXPECT_EQ(*written().find("ProgramArguments"), plist::Value(words)) << typed;
+    EXPECT_EQ(*written().find("ProgramArguments"), propertylist::Value(words)) << typed;
   }
   EXPECT_THAT(interface.alerts, IsEmpty());
 }
@@ -207,7 +207,7 @@ TEST_F(SaveNewTest, AJobThatCouldntBeSavedIsThereInTheNextSheet) {
       EXPECT_TRUE(next.next()) << "it needs nothing more";
       if (helpers.requests.empty()) helpers.authorise();
       ASSERT_THAT(helpers.requests, SizeIs(1));
-      EXPECT_EQ(written().find("StartInterval")->as<plist::Integer>()->toInt64(), 77);
+      EXPECT_EQ(written().find("StartInterval")->as<propertylist::Integer>()->toInt64(), 77);
     }
     helpers.requests.back().failure(died);  // so that the next row has a connection of its own
     queue.runDue();

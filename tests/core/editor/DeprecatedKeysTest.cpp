@@ -8,14 +8,14 @@
 namespace mirvel {
 namespace {
 
-using plist::Array;
-using plist::Dictionary;
+using propertylist::Array;
+using propertylist::Dictionary;
 
-launchd::Plist record(const Dictionary& keys) {
-  return std::move(*launchd::Plist::readTolerantly(testdata::jobText("job", keys)));
+jobfile::Plist record(const Dictionary& keys) {
+  return std::move(*jobfile::Plist::readTolerantly(testdata::jobText("job", keys)));
 }
 
-bool isSectionShown(const launchd::Plist& plist, StackSection section) {
+bool isSectionShown(const jobfile::Plist& plist, StackSection section) {
   for (const auto& entry : editStack(plist, Localize("en"))) {
     if (entry.section == section) return true;
   }
@@ -24,7 +24,7 @@ bool isSectionShown(const launchd::Plist& plist, StackSection section) {
 
 TEST(DeprecatedKeysTest, EachDeprecatedKeyIsShownAndGoesByItsName) {
   const Foundation foundation(Roots::below("/nowhere"), {}, {}, "en");
-  const std::pair<const char*, plist::Value> table[] = {
+  const std::pair<const char*, propertylist::Value> table[] = {
       {"Debug", false},
       {"EnableGlobbing", true},
       {"OnDemand", false},
@@ -37,9 +37,9 @@ TEST(DeprecatedKeysTest, EachDeprecatedKeyIsShownAndGoesByItsName) {
       {"LimitLoadToHosts", Array{"h"}},
       {"inetdCompatibility", Dictionary{}},
   };
-  const launchd::Plist bare = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}});
+  const jobfile::Plist bare = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}});
   for (const auto& [key, value] : table) {
-    launchd::Plist job = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}, {key, value}});
+    jobfile::Plist job = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}, {key, value}});
     EXPECT_TRUE(isSectionShown(job, StackSection::deprecated)) << key;
     const auto rows = sectionRows(StackSection::deprecated, job, foundation);
     ASSERT_EQ(rows.size(), 1U) << key;
@@ -52,7 +52,7 @@ TEST(DeprecatedKeysTest, EachDeprecatedKeyIsShownAndGoesByItsName) {
 }
 
 TEST(DeprecatedKeysTest, OtherKeysAreNoneOfThese) {
-  launchd::Plist job = record({{"Nice", 1}, {"Debug", true}, {"Odd", 1}});
+  jobfile::Plist job = record({{"Nice", 1}, {"Debug", true}, {"Odd", 1}});
   for (const char* key : {"Nice", "debug", "InetdCompatibility", "Odd", "Label", ""}) {
     EXPECT_FALSE(deleteDeprecated(job, key)) << key;
   }
@@ -60,7 +60,7 @@ TEST(DeprecatedKeysTest, OtherKeysAreNoneOfThese) {
 }
 
 TEST(DeprecatedKeysTest, ADeletedUnknownKeyIsNotWrittenBack) {
-  launchd::Plist job = record({{"Odd", 1}, {"Strange", "s"}});
+  jobfile::Plist job = record({{"Odd", 1}, {"Strange", "s"}});
   EXPECT_TRUE(deleteUnknown(job, "Odd"));
   EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}, {"Strange", "s"}}));
   EXPECT_FALSE(deleteUnknown(job, "Odd"));
@@ -70,7 +70,7 @@ TEST(DeprecatedKeysTest, ADeletedUnknownKeyIsNotWrittenBack) {
 }
 
 TEST(DeprecatedKeysTest, WhatIsNotKnownBelowAKnownKeyCanBeDeletedToo) {
-  launchd::Plist job = record({{"KeepAlive", Dictionary{{"Crashed", true}, {"Odd", 1}}}});
+  jobfile::Plist job = record({{"KeepAlive", Dictionary{{"Crashed", true}, {"Odd", 1}}}});
   EXPECT_TRUE(isSectionShown(job, StackSection::unknown));
   EXPECT_TRUE(deleteUnknown(job, "KeepAlive.Odd"));
   EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}, {"KeepAlive", Dictionary{{"Crashed", true}}}}));

@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "core/support/Strings.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 namespace {
 
-using plist::Array;
-using plist::Dictionary;
-using plist::Value;
+using propertylist::Array;
+using propertylist::Dictionary;
+using propertylist::Value;
 
 const Localize& english() {
   static const Localize texts("en");
@@ -23,22 +23,22 @@ TEST(DescriptionTest, EveryTypeReadsAsAPersonWritesIt) {
   } table[] = {
       {true, "On"},
       {86400, "86400"},
-      {plist::Integer::fromUnsigned(UINT64_MAX), "18446744073709551615"},
+      {propertylist::Integer::fromUnsigned(UINT64_MAX), "18446744073709551615"},
       {0.1, "0.1"},
       {"a\nb", "a\nb"},
-      {plist::Data{"12345"}, "5 bytes"},
-      {plist::Data{std::string(1, '\0')}, "1 byte"},
-      {plist::Uid{7}, "7"},
+      {propertylist::Data{"12345"}, "5 bytes"},
+      {propertylist::Data{std::string(1, '\0')}, "1 byte"},
+      {propertylist::Uid{7}, "7"},
       {Array{}, "[ ]"},
       {Dictionary{}, "{ }"},
       {Array{1, "b", Array{}}, "– 1\n– b\n– [ ]"},
       {Array{Array{1, 2}, Dictionary{{"k", false}}}, "–\n  – 1\n  – 2\n–\n  k : Off"},
       {Dictionary{{"a", Dictionary{{"b", Array{"x"}}, {"c", Dictionary{}}}}, {"d", 1}},
        "a :\n  b :\n    – x\n  c : { }\nd : 1"},
-      {plist::Set{{1}}, "– 1"},
+      {propertylist::Set{{1}}, "– 1"},
   };
   for (const auto& row : table) EXPECT_EQ(description(row.value, english()), row.text);
-  const std::string year = description(plist::Date{200 * 86400.0}, english());
+  const std::string year = description(propertylist::Date{200 * 86400.0}, english());
   EXPECT_NE(year.find("2001"), std::string::npos) << year;
 }
 

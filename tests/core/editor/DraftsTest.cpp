@@ -40,7 +40,7 @@ class DraftsTest : public testdata::ProgramFixture {
     queue.runFor(1.5);
     restart();
   }
-  std::optional<plist::Integer> nice() { return selected().plist().nice; }
+  std::optional<propertylist::Integer> nice() { return selected().plist().nice; }
   Launchd& selected() { return dynamic_cast<Launchd&>(*program().state.selectedJob); }
 
   const fs::path file = writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}, {"Own", 1}});
@@ -56,7 +56,7 @@ TEST_F(DraftsTest, AnEditThatACrashCutOffGoesOn) {
   EXPECT_TRUE(program().state.hasUnsavedChanges);
   EXPECT_EQ(shell->count("showEdit"), 1U);
   EXPECT_EQ(selected().plistDictionary(),
-            (plist::Dictionary{{"Label", "a"}, {"Program", "/bin/ls"}, {"Own", 1}, {"Nice", 5}}));
+            (propertylist::Dictionary{{"Label", "a"}, {"Program", "/bin/ls"}, {"Own", 1}, {"Nice", 5}}));
   restart();
   EXPECT_THAT(interface.sheets, SizeIs(1)) << "it still isn't saved";
 }

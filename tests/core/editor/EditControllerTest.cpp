@@ -179,7 +179,7 @@ TEST_F(EditControllerTest, AnEditBeforeTheScanThatFollowsASaveBeginsWithWhatWasS
   program().editing.markJobChanged()->plist().nice = 7;
   controller.save();
   EXPECT_THAT(interface.sheets, IsEmpty()) << "no other program wrote that";
-  EXPECT_EQ(*helpers.written().find("Nice"), plist::Value(7));
+  EXPECT_EQ(*helpers.written().find("Nice"), propertylist::Value(7));
   helpers.requests.back().reply({});
   changeFile();
   program().editing.markJobChanged()->plist().nice = 8;
@@ -210,7 +210,7 @@ TEST_F(EditControllerTest, CommentsAreAskedAboutOnceWhenAllElseIsDecided) {
   helpers.authorise();
   EXPECT_THAT(interface.alerts, SizeIs(1));
   ASSERT_THAT(helpers.requests, SizeIs(1));
-  helpers.requests.back().reply({{"error", plist::Dictionary{{"domain", "x"}, {"code", 1}}}});
+  helpers.requests.back().reply({{"error", propertylist::Dictionary{{"domain", "x"}, {"code", 1}}}});
   controller.save();
   EXPECT_THAT(interface.alerts, SizeIs(1));
   EXPECT_THAT(helpers.requests, SizeIs(2));

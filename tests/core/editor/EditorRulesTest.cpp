@@ -8,8 +8,8 @@
 namespace mirvel {
 namespace {
 
-using launchd::KeepAlive;
-using launchd::Plist;
+using jobfile::KeepAlive;
+using jobfile::Plist;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -60,7 +60,7 @@ TEST_F(EditorRulesTest, TheBoxOfADisabledJobIsTheOtherWayRound) {
 
 TEST_F(EditorRulesTest, KeepingAliveIsAllOrNothingAndAConditionTakesItsPlace) {
   const KeepAlive always(true, {}, {}, {}, {});
-  const KeepAlive many(false, true, false, launchd::StringMap<bool>{{"/a", true}}, {});
+  const KeepAlive many(false, true, false, jobfile::StringMap<bool>{{"/a", true}}, {});
   using Change = void (*)(Plist&);
   const struct {
     std::optional<KeepAlive> before;
@@ -82,12 +82,12 @@ TEST_F(EditorRulesTest, KeepingAliveIsAllOrNothingAndAConditionTakesItsPlace) {
        [](Plist& p) {
          tableChanged(p, "PathState", {{true, ""}, {false, "a"}});
        },
-       KeepAlive({}, {}, {}, launchd::StringMap<bool>{{"a", false}}, {})},
+       KeepAlive({}, {}, {}, jobfile::StringMap<bool>{{"a", false}}, {})},
       {std::nullopt,
        [](Plist& p) {
          tableChanged(p, "OtherJobEnabled", {{true, "b"}});
        },
-       KeepAlive({}, {}, {}, {}, launchd::StringMap<bool>{{"b", true}})},
+       KeepAlive({}, {}, {}, {}, jobfile::StringMap<bool>{{"b", true}})},
       {many,
        [](Plist& p) {
          tableChanged(p, "PathState", {{true, ""}});
@@ -124,14 +124,14 @@ TEST_F(EditorRulesTest, AConditionThatComesAndGoesAgainLeavesWhatStoodThere) {
 
 TEST_F(EditorRulesTest, RowsThatCantBeSavedAreUnfinishedAndLeaveTheRecordAlone) {
   const std::vector<GridTable::Item> twice{{true, "/a"}, {false, "/a"}};
-  Plist plist = recordWith(KeepAlive({}, {}, {}, launchd::StringMap<bool>{{"/b", true}}, {}));
+  Plist plist = recordWith(KeepAlive({}, {}, {}, jobfile::StringMap<bool>{{"/b", true}}, {}));
   Unfinished unfinished;
   std::optional<bool> plain;
   WhenRules::gridTableChanged(plist, unfinished, "PathState", twice, plain);
   EXPECT_THAT(*plist.keepAlive->pathState, ElementsAre(std::pair<const std::string, bool>("/b", true)));
   EXPECT_EQ(std::get<std::vector<GridTable::Item>>(WhenRules::conditionRows(plist, unfinished, "PathState")), twice);
   EXPECT_TRUE(
-      std::get<launchd::StringMap<bool>>(WhenRules::conditionRows(plist, unfinished, "OtherJobEnabled")).empty());
+      std::get<jobfile::StringMap<bool>>(WhenRules::conditionRows(plist, unfinished, "OtherJobEnabled")).empty());
   WhenRules::gridTableChanged(plist, unfinished, "PathState", {{false, "/a"}}, plain);
   EXPECT_TRUE(unfinished.isEmpty());
   EXPECT_THAT(*plist.keepAlive->pathState, ElementsAre(std::pair<const std::string, bool>("/a", false)));
@@ -157,13 +157,13 @@ TEST_F(EditorRulesTest, TheDetailsShowWhatTheRecordHoldsAndNothingElse) {
   EXPECT_EQ(WhenRules::display(recordWith(KeepAlive(false, true, {}, {}, {})), program()), Display{.keepAlive = false});
   EXPECT_EQ(WhenRules::display(recordWith(KeepAlive()), program()), Display{.keepAlive = true});
 
-  Plist plist = recordWith(KeepAlive({}, true, false, launchd::StringMap<bool>{{roots.home / "x", true}, {"/b", false}},
-                                     launchd::StringMap<bool>{{"org.b", false}, {"", true}}));
+  Plist plist = recordWith(KeepAlive({}, true, false, jobfile::StringMap<bool>{{roots.home / "x", true}, {"/b", false}},
+                                     jobfile::StringMap<bool>{{"org.b", false}, {"", true}}));
   plist.keepAlive->networkState = true;
   plist.keepAlive->afterInitialDemand = false;
   plist.runAtLoad = false;
   plist.startOnMount = true;
-  plist.scheduled = Scheduled::rules(60, std::nullopt);
+  plist.startInterval = 60;
   const Display display = WhenRules::display(plist, program());
   EXPECT_EQ(display.runAtLoad, false);
   EXPECT_EQ(display.startOnMount, true);

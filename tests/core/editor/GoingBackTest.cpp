@@ -22,7 +22,7 @@ class QuietStack final : public EditStackType {
 /// Saves an edited job whose save asks a question.
 class GoingBackTest : public testdata::ProgramFixture {
  protected:
-  launchd::Plist& open(const std::string& bytes) {
+  jobfile::Plist& open(const std::string& bytes) {
     (void)write(Kind::userAgent, "a.plist", bytes);
     scan();
     program().state.selectedJob = program().state.jobs.at(0);
@@ -34,9 +34,9 @@ class GoingBackTest : public testdata::ProgramFixture {
 };
 
 TEST_F(GoingBackTest, FromTheQuestionAboutTheCommandNothingIsSavedOrChanged) {
-  launchd::Plist& record = open(testdata::jobText("a", {{"Program", "/bin/ls"}}));
+  jobfile::Plist& record = open(testdata::jobText("a", {{"Program", "/bin/ls"}}));
   record.run = "/bin/ls | wc";
-  const launchd::Plist before = record.clone();
+  const jobfile::Plist before = record.clone();
   interface.answer.button = Interface::otherButton;
   save();
   EXPECT_THAT(interface.alerts, SizeIs(1));
@@ -47,11 +47,12 @@ TEST_F(GoingBackTest, FromTheQuestionAboutTheCommandNothingIsSavedOrChanged) {
 
   interface.answer.button = Interface::alternateButton;
   save();
-  EXPECT_EQ(*helpers.written().find("ProgramArguments"), plist::Value(plist::Array{"/bin/ls", "|", "wc"}));
+  EXPECT_EQ(*helpers.written().find("ProgramArguments"),
+            propertylist::Value(propertylist::Array{"/bin/ls", "|", "wc"}));
 }
 
 TEST_F(GoingBackTest, FromTheQuestionAboutCommentsNothingIsSavedOrChanged) {
-  launchd::Plist& record =
+  jobfile::Plist& record =
       open("<plist><dict><!-- kept --><key>Label</key><string>a</string><key>Odd</key><real>1</real></dict></plist>");
   record.nice = 5;
   interface.answer.button = Interface::alternateButton;
@@ -62,7 +63,7 @@ TEST_F(GoingBackTest, FromTheQuestionAboutCommentsNothingIsSavedOrChanged) {
 
   interface.answer.button = Interface::defaultButton;
   save();
-  EXPECT_EQ(helpers.written(), (plist::Dictionary{{"Label", "a"}, {"Odd", 1.0}, {"Nice", 5}}));
+  EXPECT_EQ(helpers.written(), (propertylist::Dictionary{{"Label", "a"}, {"Odd", 1.0}, {"Nice", 5}}));
 }
 
 }  // namespace

@@ -4,13 +4,13 @@
 
 #include <functional>
 
-#include "core/support/Localize.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel::GridTable {
 namespace {
 
 using Texts = std::vector<std::string>;
-using Map = launchd::StringMap<bool>;
+using Map = jobfile::StringMap<bool>;
 
 class Recorder final : public GridTableDelegate {
  public:

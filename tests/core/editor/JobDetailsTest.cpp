@@ -21,7 +21,7 @@ class JobDetailsTest : public testdata::ProgramFixture {
 TEST_F(JobDetailsTest, EachSortOfJobTellsWhatItIsAndWhenItRuns) {
   loginItems.ownItems = {{"own", roots.home.string() + "/own", {}, {}}};
   (void)write(Kind::localStartupItem, "Web/StartupParameter.plist",
-              testdata::startupParameters("Web", plist::Array{"Web"}));
+              testdata::startupParameters("Web", propertylist::Array{"Web"}));
   (void)write(Kind::localStartupItem, "Web/Web", "");
   (void)write(Kind::privilegedHelperTool, "tool", "");
   scan();

@@ -3,7 +3,7 @@
 
 #include "core/editor/FileCheck.h"
 #include "core/editor/RunMenu.h"
-#include "core/mainwindow/Segue.h"
+#include "core/session/Shell.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 

@@ -8,9 +8,9 @@
 namespace mirvel {
 namespace {
 
-using launchd::Plist;
-using plist::Array;
-using plist::Dictionary;
+using jobfile::Plist;
+using propertylist::Array;
+using propertylist::Dictionary;
 using Texts = std::vector<std::string>;
 
 const Foundation& foundation() {
@@ -129,16 +129,16 @@ TEST(SectionRowsTest, TreesHaveARowForEachNameAndALineForEachValue) {
        {"b=Bonjour : On", "bare="}},
       {StackSection::launchEvents,
        {{"LaunchEvents",
-         Dictionary{
-             {"com.example.usb",
-              Dictionary{{"plugged", Dictionary{{"idVendor", 1452},
-                                                {"Rate", 0.1},
-                                                {"Match", true},
-                                                {"Names", Array{"a", "b"}},
-                                                {"Numbers", Array{1, 2}},
-                                                {"Deep", Dictionary{{"Key", "v"}, {"Raw", plist::Data{"abc"}}}}}},
-                         {"bare", Dictionary{}}}},
-             {"com.example.none", Dictionary{}}}}},
+         Dictionary{{"com.example.usb",
+                     Dictionary{{"plugged",
+                                 Dictionary{{"idVendor", 1452},
+                                            {"Rate", 0.1},
+                                            {"Match", true},
+                                            {"Names", Array{"a", "b"}},
+                                            {"Numbers", Array{1, 2}},
+                                            {"Deep", Dictionary{{"Key", "v"}, {"Raw", propertylist::Data{"abc"}}}}}},
+                                {"bare", Dictionary{}}}},
+                    {"com.example.none", Dictionary{}}}}},
        {"com.example.none=",
         "com.example.usb=bare\nplugged / Deep / Key : v\nplugged / Deep / Raw : 3 bytes\nplugged / Match : On\n"
         "plugged / Names : a, b\nplugged / Numbers : 1, 2\nplugged / Rate : 0.1\nplugged / idVendor : 1,452"}},
@@ -150,7 +150,7 @@ TEST(SectionRowsTest, TreesHaveARowForEachNameAndALineForEachValue) {
 }
 
 TEST(SectionRowsTest, UnknownKeysKeepTheirValuesWhileTheyAreToBeKept) {
-  Plist job = record({{"Zeta", Array{1, 2}}, {"Alpha", plist::Date{0}}, {"Beta", "b"}, {"Nice", 1}});
+  Plist job = record({{"Zeta", Array{1, 2}}, {"Alpha", propertylist::Date{0}}, {"Beta", "b"}, {"Nice", 1}});
   const auto rows = sectionRows(StackSection::unknown, job, foundation());
   ASSERT_EQ(rows.size(), 3U);
   job.unknownKeys = Texts{"Beta", "Gone", "Zeta"};

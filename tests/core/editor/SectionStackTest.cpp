@@ -7,7 +7,7 @@
 namespace mirvel {
 namespace {
 
-using launchd::Plist;
+using jobfile::Plist;
 using S = StackSection;
 
 const Localize localize("en");
@@ -27,7 +27,8 @@ TEST(SectionStackTest, EachKeyBringsItsSectionIntoTheDetails) {
       {"RunAtLoad", S::when, [](Plist& p) { p.runAtLoad = false; }},
       {"KeepAlive without a condition", S::when, [](Plist& p) { p.keepAlive.emplace(); }},
       {"StartOnMount", S::when, [](Plist& p) { p.startOnMount = false; }},
-      {"a rule", S::when, [](Plist& p) { p.scheduled = Scheduled::rules(60, std::nullopt); }},
+      {"StartInterval", S::when, [](Plist& p) { p.startInterval = 60; }},
+      {"StartCalendarInterval", S::when, [](Plist& p) { p.startCalendarInterval = {.intervals = {{}}}; }},
       {"StandardErrorPath", S::paths, [](Plist& p) { p.standardErrorPath = ""; }},
       {"StandardInPath", S::paths, [](Plist& p) { p.standardInPath = ""; }},
       {"StandardOutPath", S::paths, [](Plist& p) { p.standardOutPath = ""; }},
@@ -58,7 +59,7 @@ TEST(SectionStackTest, EachKeyBringsItsSectionIntoTheDetails) {
       {"Umask", S::miscellaneous, [](Plist& p) { p.umask.emplace(); }},
       {"EnvironmentVariables", S::environmentVariables,
        [](Plist& p) {
-         p.environmentVariables = launchd::StringMap<std::string>{{"A", ""}};
+         p.environmentVariables = jobfile::StringMap<std::string>{{"A", ""}};
        }},
       {"LaunchEvents", S::launchEvents, [](Plist& p) { p.launchEvents.emplace(); }},
       {"MachServices", S::machServices, [](Plist& p) { p.machServices.emplace(); }},

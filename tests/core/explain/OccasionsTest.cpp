@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "core/plist/JobFile.h"
+#include "core/jobfile/JobFile.h"
 
 namespace mirvel::explain {
 namespace {
 
-using launchd::Dict;
-using launchd::List;
+using jobfile::Dict;
+using jobfile::List;
 
 TEST(OccasionsTest, EveryOccasionIsASentence) {
   const std::string byHand = "Only when it is started by hand";
@@ -49,7 +49,8 @@ TEST(OccasionsTest, EveryOccasionIsASentence) {
   for (const auto& row : table) {
     Dict file = row.file;
     file.set("Label", "job");
-    EXPECT_EQ(occasions(launchd::decoded(file), english), row.sentences) << testing::PrintToString(plist::Value(file));
+    EXPECT_EQ(occasions(jobfile::decoded(file), english), row.sentences)
+        << testing::PrintToString(propertylist::Value(file));
   }
 }
 

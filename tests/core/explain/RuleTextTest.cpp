@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/support/Dates.h"
+#include "core/locale/Dates.h"
 
 namespace mirvel::explain {
 namespace {

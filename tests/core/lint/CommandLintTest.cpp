@@ -39,7 +39,7 @@ TEST(CommandLintTest, TheProgramMustBeThereAndAbsolute) {
        {"error: ProgramArguments: holds \"/bin/ls\", a string, where an array belongs"}},
   };
   for (const Row& row : table) {
-    EXPECT_EQ(remarks(job(row.entries)), row.remarks) << testing::PrintToString(plist::Value(job(row.entries)));
+    EXPECT_EQ(remarks(job(row.entries)), row.remarks) << testing::PrintToString(propertylist::Value(job(row.entries)));
   }
 }
 
@@ -63,12 +63,12 @@ TEST(CommandLintTest, ShellSyntaxIsToldUnlessAShellReadsIt) {
   };
   for (const auto& row : table) {
     std::vector<std::string> suspects;
-    for (const Finding& finding : lint(plist::writeBinary(job({{"ProgramArguments", row.arguments}})),
+    for (const Finding& finding : lint(propertylist::writeBinary(job({{"ProgramArguments", row.arguments}})),
                                        {.exists = [](const std::string&) { return true; }})) {
       ASSERT_TRUE(finding.message.starts_with("launchd is no shell; the program gets ")) << finding.text();
       suspects.push_back(finding.message.substr(38, finding.message.size() - 38 - 15));
     }
-    EXPECT_EQ(suspects, row.suspects) << testing::PrintToString(plist::Value(row.arguments));
+    EXPECT_EQ(suspects, row.suspects) << testing::PrintToString(propertylist::Value(row.arguments));
   }
 }
 
@@ -88,7 +88,7 @@ TEST(CommandLintTest, ArgumentsThatAShellWouldExpandAreTold) {
       {{{"ProgramArguments", List{"ls", "~/x"}}, {"Program", "/bin/ls"}}, {second + "~; write /Users/me in its place"}},
   };
   for (const Row& row : table) {
-    EXPECT_EQ(remarks(job(row.entries)), row.remarks) << testing::PrintToString(plist::Value(job(row.entries)));
+    EXPECT_EQ(remarks(job(row.entries)), row.remarks) << testing::PrintToString(propertylist::Value(job(row.entries)));
   }
 }
 

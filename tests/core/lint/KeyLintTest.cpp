@@ -7,7 +7,7 @@ namespace {
 
 void check(const std::vector<Row>& table) {
   for (const Row& row : table) {
-    EXPECT_EQ(remarks(job(row.entries)), row.remarks) << testing::PrintToString(plist::Value(job(row.entries)));
+    EXPECT_EQ(remarks(job(row.entries)), row.remarks) << testing::PrintToString(propertylist::Value(job(row.entries)));
   }
 }
 

@@ -48,7 +48,7 @@ TEST(LintTest, AFileThatIsNoJobIsRefusedWithOneError) {
       {"", {"error: the file is empty"}},
       {"hello", {"error: line 1, column 1: an XML property list can't start with `h`"}},
       {"<plist><array/></plist>", {"error: line 1, column 8: the file holds an array of 0 where a dictionary belongs"}},
-      {plist::writeBinary("x"), {"error: the file holds \"x\", a string, where a dictionary belongs"}},
+      {propertylist::writeBinary("x"), {"error: the file holds \"x\", a string, where a dictionary belongs"}},
   };
   for (const auto& row : table) EXPECT_EQ(remarksOn(row.bytes), row.remarks) << row.bytes;
 }
@@ -102,8 +102,8 @@ TEST(LintTest, LongTextsAreCutInTheirMiddle) {
   // U+20AC has three bytes, and isn't cut in two.
   std::string key = "begin";
   for (int i = 0; i < 1000; ++i) key += "\u20ac";
-  const auto found =
-      lint(plist::writeBinary(job({{key + "end", true}, {"ProcessType", std::string(9000, 'x')}})), smallMachine());
+  const auto found = lint(
+      propertylist::writeBinary(job({{key + "end", true}, {"ProcessType", std::string(9000, 'x')}})), smallMachine());
   ASSERT_EQ(found.size(), 1U);
   EXPECT_LE(found[0].keyPath.size(), 403U);
   EXPECT_TRUE(found[0].keyPath.starts_with("begin\u20ac\u20ac")) << found[0].keyPath;
@@ -112,7 +112,7 @@ TEST(LintTest, LongTextsAreCutInTheirMiddle) {
 }
 
 TEST(LintTest, EveryPrefixOfAGoodFileIsRefusedWithoutHarm) {
-  const auto whole = plist::writeXml(job({{"StartCalendarInterval", Dict{{"Hour", 3}, {"Minute", 0}}}}));
+  const auto whole = propertylist::writeXml(job({{"StartCalendarInterval", Dict{{"Hour", 3}, {"Minute", 0}}}}));
   ASSERT_TRUE(whole);
   ASSERT_TRUE(lint(*whole, smallMachine()).empty());
   const std::size_t end = whole->find("</plist>");

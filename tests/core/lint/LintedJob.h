@@ -4,13 +4,13 @@
 #include <utility>
 #include <vector>
 
+#include "core/jobfile/JobFile.h"
 #include "core/lint/Lint.h"
-#include "core/plist/JobFile.h"
 
 namespace mirvel::lint {
 
-using launchd::Dict;
-using launchd::List;
+using jobfile::Dict;
+using jobfile::List;
 
 /// A machine on which a few programs exist, and a user with a home.
 inline Surroundings smallMachine() {
@@ -21,8 +21,8 @@ inline Surroundings smallMachine() {
 
 /// A job that nobody could find fault with, save for what the entries make of it. An entry that holds `absent` is left
 /// out of the file.
-inline const plist::Value absent = plist::Uid{0};
-inline Dict job(const std::vector<std::pair<std::string, plist::Value>>& entries) {
+inline const propertylist::Value absent = propertylist::Uid{0};
+inline Dict job(const std::vector<std::pair<std::string, propertylist::Value>>& entries) {
   Dict file{{"Label", "job"}, {"ProgramArguments", List{"/bin/ls"}}, {"RunAtLoad", true}};
   for (const auto& [key, value] : entries) {
     if (value == absent) {
@@ -35,15 +35,15 @@ inline Dict job(const std::vector<std::pair<std::string, plist::Value>>& entries
 }
 
 /// The findings on that file, in words.
-inline std::vector<std::string> remarks(const plist::Value& file) {
+inline std::vector<std::string> remarks(const propertylist::Value& file) {
   std::vector<std::string> result;
-  for (const Finding& finding : lint(plist::writeBinary(file), smallMachine())) result.push_back(finding.text());
+  for (const Finding& finding : lint(propertylist::writeBinary(file), smallMachine())) result.push_back(finding.text());
   return result;
 }
 
 /// What each row is a table of: the entries of a job, and all that is said of it.
 struct Row {
-  std::vector<std::pair<std::string, plist::Value>> entries;
+  std::vector<std::pair<std::string, propertylist::Value>> entries;
   std::vector<std::string> remarks;
 };
 

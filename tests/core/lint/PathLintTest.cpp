@@ -42,7 +42,7 @@ TEST(PathLintTest, PlaceholdersAreFoundInPaths) {
 }
 
 TEST(PathLintTest, EveryPathOfAJobIsLookedAt) {
-  const plist::Value path = "$X/a";
+  const propertylist::Value path = "$X/a";
   const Dict file = job({
       {"WorkingDirectory", path},
       {"RootDirectory", path},
@@ -56,7 +56,7 @@ TEST(PathLintTest, EveryPathOfAJobIsLookedAt) {
       {"Sockets", Dict{{"S", Dict{{"SockPathName", path}}}, {"T", List{Dict{{"SockPathName", path}}}}}},
   });
   std::vector<std::string> places;
-  for (const Finding& finding : lint(plist::writeBinary(file), smallMachine())) {
+  for (const Finding& finding : lint(propertylist::writeBinary(file), smallMachine())) {
     if (finding.message == "launchd doesn't expand $X") places.push_back(finding.keyPath);
   }
   EXPECT_EQ(places, (std::vector<std::string>{"WorkingDirectory", "RootDirectory", "StandardInPath", "StandardOutPath",

@@ -41,7 +41,7 @@ TEST(PrologTest, WhatOnlyMacOSReadsIsTold) {
       {"<string>“quoted”</string>", "", 0, 0},
   };
   for (const auto& row : table) {
-    const plist::Positions positions;
+    const propertylist::Positions positions;
     Findings findings(positions);
     checkProlog(row.text, findings);
     const auto found = std::move(findings).inOrder();

@@ -34,7 +34,7 @@ TEST(ScheduleLintTest, TimesThatNeverComeAreErrors) {
       {{{"Minute", 0}, {"Hour", 0}, {"Day", 30}, {"Month", 2}, {"Weekday", 1}}, {}},
   };
   for (const auto& row : table) {
-    EXPECT_EQ(remarksOn(row.interval), row.remarks) << testing::PrintToString(plist::Value(row.interval));
+    EXPECT_EQ(remarksOn(row.interval), row.remarks) << testing::PrintToString(propertylist::Value(row.interval));
   }
 }
 
@@ -73,14 +73,14 @@ TEST(ScheduleLintTest, IntervalsOfSecondsMustMakeSense) {
        {"error: StartCalendarInterval[1].Minute: 60 is outside 0 to 59: such a time never comes"}},
   };
   for (const Row& row : table) {
-    EXPECT_EQ(remarks(job(row.entries)), row.remarks) << testing::PrintToString(plist::Value(job(row.entries)));
+    EXPECT_EQ(remarks(job(row.entries)), row.remarks) << testing::PrintToString(propertylist::Value(job(row.entries)));
   }
 }
 
 TEST(ScheduleLintTest, AJobThatNothingStartsIsTold) {
   const std::string idle = "warning: nothing in the file ever starts the job; it runs only when it is started by hand";
   const struct {
-    std::vector<std::pair<std::string, plist::Value>> entries;
+    std::vector<std::pair<std::string, propertylist::Value>> entries;
     bool isStarted;
   } table[] = {
       {{}, false},
@@ -100,7 +100,7 @@ TEST(ScheduleLintTest, AJobThatNothingStartsIsTold) {
     Dict file = job(row.entries);
     if (!file.find("KeepAlive") || row.isStarted) file.remove("RunAtLoad");
     EXPECT_EQ(remarks(file), row.isStarted ? std::vector<std::string>{} : std::vector{idle})
-        << testing::PrintToString(plist::Value(file));
+        << testing::PrintToString(propertylist::Value(file));
   }
   // Of a value that was refused nobody knows what was meant.
   EXPECT_EQ(remarks(job({{"RunAtLoad", "yes"}})).size(), 1U);

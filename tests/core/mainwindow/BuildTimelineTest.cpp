@@ -16,20 +16,20 @@ using Rows = std::vector<std::string>;
 
 static_assert(sizeof(Timeline) <= 64);
 
-plist::Dictionary at(std::initializer_list<std::pair<const char*, std::int64_t>> numbers) {
-  plist::Dictionary interval;
-  for (const auto& [key, number] : numbers) interval.set(key, plist::Value(number));
+propertylist::Dictionary at(std::initializer_list<std::pair<const char*, std::int64_t>> numbers) {
+  propertylist::Dictionary interval;
+  for (const auto& [key, number] : numbers) interval.set(key, propertylist::Value(number));
   return interval;
 }
 
 class BuildTimelineTest : public testdata::ProgramFixture {
  protected:
-  void add(const std::string& label, plist::Dictionary keys) {
+  void add(const std::string& label, propertylist::Dictionary keys) {
     jobs.push_back(Launchd::read(testdata::jobText(label, std::move(keys)), URL::file("/" + label), Kind::userAgent,
                                  foundation.scanSettings(), console));
   }
-  void addCalendar(const std::string& label, plist::Dictionary interval) {
-    add(label, {{"StartCalendarInterval", plist::Value(std::move(interval))}});
+  void addCalendar(const std::string& label, propertylist::Dictionary interval) {
+    add(label, {{"StartCalendarInterval", propertylist::Value(std::move(interval))}});
   }
   TimelineArray built(sys_seconds now, const char* zone = "UTC") {
     return buildTimeline(jobs, now, TimelineTexts(localize, zone));
@@ -62,10 +62,10 @@ constexpr sys_seconds sunday = sys_days(2026y / 11 / 22) + 10h;
 
 TEST_F(BuildTimelineTest, IntervalsStandAboveTheDays) {
   add("plain", {});
-  add("often", {{"StartInterval", plist::Value(90)}});
-  add("both", {{"StartInterval", plist::Value(3600)},
+  add("often", {{"StartInterval", propertylist::Value(90)}});
+  add("both", {{"StartInterval", propertylist::Value(3600)},
                {"Disabled", true},
-               {"StartCalendarInterval", plist::Value(at({{"Day", 24}, {"Hour", 3}}))}});
+               {"StartCalendarInterval", propertylist::Value(at({{"Day", 24}, {"Hour", 3}}))}});
   jobs.push_back(std::make_shared<Job>(Kind::loginItemApplication, "item", "", "", URL::file("/item")));
   addCalendar("noon", at({{"Weekday", 1}, {"Hour", 12}}));
   addCalendar("eleven", at({{"Day", 22}, {"Hour", 11}, {"Month", 11}}));
@@ -86,14 +86,15 @@ TEST_F(BuildTimelineTest, OnlyIntervalsHaveNoDaysAndNoScheduleNoRows) {
   addCalendar("never", at({{"Hour", 24}}));
   addCalendar("empty", {});
   EXPECT_THAT(told(built(sunday)), IsEmpty());
-  add("often", {{"StartInterval", plist::Value(60)}});
+  add("often", {{"StartInterval", propertylist::Value(60)}});
   EXPECT_THAT(told(built(sunday)), ElementsAre("# Repeat Interval", "* often – 1 minute"));
 }
 
 TEST_F(BuildTimelineTest, JobsAtOneMomentShareAHeaderAndEveryIntervalCounts) {
   addCalendar("b", at({{"Day", 23}}));
-  add("a", {{"StartCalendarInterval", plist::Value(plist::Array{plist::Value(at({{"Day", 23}})),
-                                                                plist::Value(at({{"Day", 23}, {"Hour", 1}}))})}});
+  add("a", {{"StartCalendarInterval",
+             propertylist::Value(propertylist::Array{propertylist::Value(at({{"Day", 23}})),
+                                                     propertylist::Value(at({{"Day", 23}, {"Hour", 1}}))})}});
   EXPECT_THAT(told(built(sys_days(2026y / 11 / 22) + 23h)),
               ElementsAre("# Tomorrow", "2026-11-23 00:00 b", "2026-11-23 00:00 a", "2026-11-23 01:00 a"));
 }

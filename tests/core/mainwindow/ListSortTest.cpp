@@ -13,7 +13,7 @@ namespace mirvel {
 namespace {
 
 using Column::List;
-using plist::Dictionary;
+using propertylist::Dictionary;
 
 std::shared_ptr<Job> launchd(const std::string& name, Dictionary keys = {}, Kind kind = Kind::userAgent) {
   testdata::RecordingConsole console;

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/mainwindow/Segue.h"
 #include "core/mainwindow/ShareItems.h"
+#include "core/session/Shell.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 

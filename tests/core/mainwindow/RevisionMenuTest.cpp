@@ -10,7 +10,7 @@
 namespace mirvel {
 namespace {
 
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testing::Contains;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -67,7 +67,7 @@ TEST_F(RevisionMenuTest, WhatIsNoContentOfAJobChangesNothing) {
   program().state.selectedJob = job;
   insertRevision(program(), {{"Date", 1.0}});
   EXPECT_THAT(interface.errors, IsEmpty());
-  insertRevision(program(), {{"Date", 1.0}, {"Plist", Dictionary{{"Label", plist::Array{}}}}});
+  insertRevision(program(), {{"Date", 1.0}, {"Plist", Dictionary{{"Label", propertylist::Array{}}}}});
   EXPECT_THAT(interface.errors, SizeIs(1));
   EXPECT_EQ(program().state.selectedJob, job);
   EXPECT_FALSE(program().state.hasUnsavedChanges);

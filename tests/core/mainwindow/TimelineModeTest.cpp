@@ -5,7 +5,7 @@
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
 #include "core/mainwindow/JobMenu.h"
-#include "core/mainwindow/ModeFilter.h"
+#include "core/session/ModeFilter.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 
@@ -38,9 +38,9 @@ class TimelineModeTest : public testdata::ProgramFixture {
   AppState& state() { return program().state; }
   URL url(const std::string& label) const { return URL::file(path(Kind::userAgent, label + ".plist")); }
   void writeDaily(const std::string& label, std::int64_t day, Kind kind = Kind::userAgent) {
-    plist::Dictionary interval;
-    interval.set("Day", plist::Value(day));
-    writeJob(kind, label, {{"StartCalendarInterval", plist::Value(std::move(interval))}});
+    propertylist::Dictionary interval;
+    interval.set("Day", propertylist::Value(day));
+    writeJob(kind, label, {{"StartCalendarInterval", propertylist::Value(std::move(interval))}});
   }
   std::shared_ptr<Job> launchdCopy(const std::string& label) {
     return Launchd::read(testdata::bytes(url(label).path()), url(label), Kind::userAgent, foundation.scanSettings(),
@@ -54,8 +54,9 @@ class TimelineModeTest : public testdata::ProgramFixture {
   /// Rows: header, a; header, b; header, a.
   void fill() {
     writeJob(Kind::userAgent, "a",
-             {{"StartCalendarInterval", plist::Value(plist::Array{plist::Value(plist::Dictionary{{"Day", 13}}),
-                                                                  plist::Value(plist::Dictionary{{"Day", 20}})})}});
+             {{"StartCalendarInterval",
+               propertylist::Value(propertylist::Array{propertylist::Value(propertylist::Dictionary{{"Day", 13}}),
+                                                       propertylist::Value(propertylist::Dictionary{{"Day", 20}})})}});
     writeDaily("b", 15);
     scan();
     shell.events.clear();

@@ -157,8 +157,8 @@ TEST_F(TreeModeTest, OpenGroupsAreSavedByTheNumbersOfTheirKinds) {
     EXPECT_EQ(groups(), row.groups) << row.saved;
   }
   tree->toggle(0);
-  const auto settings = plist::read(testdata::bytes(roots.defaultsFile));
-  EXPECT_EQ(*settings->value().as<plist::Dictionary>()->find("Tree"), (plist::Array{1, 2}));
+  const auto settings = propertylist::read(testdata::bytes(roots.defaultsFile));
+  EXPECT_EQ(*settings->value().as<propertylist::Dictionary>()->find("Tree"), (propertylist::Array{1, 2}));
 }
 
 TEST_F(TreeModeTest, SelectOpensTheGroupOfTheJob) {

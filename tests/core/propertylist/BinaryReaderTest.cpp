@@ -8,7 +8,7 @@
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 namespace {
 
 using namespace std::string_literals;
@@ -208,4 +208,4 @@ TEST(BinaryReaderTest, NumbersOfSixteenBytesAreReadByTheirLowerHalfWithAWarning)
 }
 
 }  // namespace
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

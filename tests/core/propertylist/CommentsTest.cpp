@@ -5,7 +5,7 @@
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Writer.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 namespace {
 
 TEST(CommentsTest, OnlyCommentsCount) {
@@ -28,4 +28,4 @@ TEST(CommentsTest, OnlyCommentsCount) {
 }
 
 }  // namespace
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

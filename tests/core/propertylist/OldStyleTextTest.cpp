@@ -5,7 +5,7 @@
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 namespace {
 
 Result<std::string> textOf(const std::string& element, std::size_t maximumSize = 1000) {
@@ -71,4 +71,4 @@ TEST(OldStyleTextTest, TheDeepestDocumentIsWrittenAndAFloodOfTabsIsnt) {
 }
 
 }  // namespace
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

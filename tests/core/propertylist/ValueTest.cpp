@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 namespace {
 
 std::vector<std::string> keys(const Dictionary& dictionary) {
@@ -49,4 +49,4 @@ TEST(ValueTest, IntegersReachFromMinus2To63To2To64) {
 }
 
 }  // namespace
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

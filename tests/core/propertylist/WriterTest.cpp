@@ -7,7 +7,7 @@
 
 #include "core/propertylist/Reader.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 namespace {
 
 constexpr const char* head =
@@ -124,4 +124,4 @@ TEST(WriterTest, EqualStringsAreWrittenOnceInTheBinaryForm) {
 }
 
 }  // namespace
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

@@ -8,7 +8,7 @@
 #include "core/propertylist/Positions.h"
 #include "core/propertylist/Reader.h"
 
-namespace mirvel::plist {
+namespace mirvel::propertylist {
 namespace {
 
 Value valueIn(const std::string& xml) {
@@ -341,4 +341,4 @@ TEST(XmlReaderTest, PositionsAreThoseOfKeysAndValues) {
 }
 
 }  // namespace
-}  // namespace mirvel::plist
+}  // namespace mirvel::propertylist

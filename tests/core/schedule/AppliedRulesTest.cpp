@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "core/plist/Plist.h"
-#include "core/support/Dates.h"
+#include "core/jobfile/Plist.h"
+#include "core/locale/Dates.h"
 
 namespace mirvel::Scheduled {
 namespace {
 
-using launchd::StartCalendarInterval;
+using jobfile::StartCalendarInterval;
 using Interval = StartCalendarInterval::Interval;
 
 const Texts texts{
@@ -110,17 +110,15 @@ TEST(AppliedRulesTest, RowsThatCantBeReadAreSkipped) {
             (std::vector<Interval>{{.minute = 30, .hour = 9}, {.minute = 5}}));
 }
 
-TEST(AppliedRulesTest, TheRecordTakesTheRowsAndKeepsItsReadRules) {
-  launchd::Plist plist;
+TEST(AppliedRulesTest, TheRecordTakesTheRows) {
+  jobfile::Plist plist;
   plist.startInterval = 60;
   plist.startCalendarInterval = StartCalendarInterval{.intervals = {{}}, .singleValue = true};
-  plist.scheduled = {EveryHour{0}};
-  plist.applyRules(read({{"Every day", halfPastNine}}));
+  apply(read({{"Every day", halfPastNine}}), plist);
   EXPECT_EQ(plist.startInterval, std::nullopt);
   EXPECT_EQ(plist.startCalendarInterval,
             (StartCalendarInterval{.intervals = {{.minute = 30, .hour = 9}}, .singleValue = true}));
-  EXPECT_EQ(plist.scheduled, (std::vector<ScheduledType>{EveryHour{0}}));
-  plist.applyRules({});
+  apply({}, plist);
   EXPECT_EQ(plist.startCalendarInterval, std::nullopt);
 }
 

@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "core/process/SystemProcessRunner.h"
 #include "core/schedule/ComingRuns.h"
-#include "core/support/SystemProcessRunner.h"
 
 namespace mirvel {
 namespace {
 
 using namespace std::chrono;
-using Interval = launchd::StartCalendarInterval::Interval;
+using Interval = jobfile::StartCalendarInterval::Interval;
 using Texts = std::vector<std::string>;
 
 constexpr const char* tool = "/usr/bin/systemd-analyze";

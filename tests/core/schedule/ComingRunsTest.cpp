@@ -10,7 +10,7 @@ namespace mirvel {
 namespace {
 
 using namespace std::chrono;
-using Interval = launchd::StartCalendarInterval::Interval;
+using Interval = jobfile::StartCalendarInterval::Interval;
 using Texts = std::vector<std::string>;
 
 /// "2026-03-29 01:30", in UTC.

@@ -5,11 +5,11 @@
 #include <random>
 
 #include "core/catalogue/Launchd.h"
-#include "core/plist/JobFile.h"
+#include "core/jobfile/JobFile.h"
+#include "core/locale/Dates.h"
 #include "core/schedule/AppliedRules.h"
 #include "core/schedule/RuleEditor.h"
 #include "core/schedule/UntoldText.h"
-#include "core/support/Dates.h"
 #include "support/RecordingConsole.h"
 #include "support/TestData.h"
 #include "support/Untouched.h"
@@ -17,15 +17,15 @@
 namespace mirvel::Scheduled {
 namespace {
 
-using launchd::Dict;
-using launchd::List;
-using plist::Value;
+using jobfile::Dict;
+using jobfile::List;
+using propertylist::Value;
 
 constexpr auto at = Date::timeOfDay;
 
 class KeptIntervalsTest : public testing::Test {
  protected:
-  void open(const launchd::Plist& record) {
+  void open(const jobfile::Plist& record) {
     controller.loadFileRules(fileRules(record.startInterval, record.startCalendarInterval), editor);
   }
 
@@ -35,7 +35,7 @@ class KeptIntervalsTest : public testing::Test {
 };
 
 std::string xml(const Dict& file) {
-  return *plist::writeXml(file);
+  return *propertylist::writeXml(file);
 }
 
 Dict odd(Dict interval, const char* text = "kept") {
@@ -100,11 +100,11 @@ TEST_F(KeptIntervalsTest, OnlyWhatIsEditedChangesInTheFile) {
       {"a dictionary becomes one of two", odd(at8), addBehind(0), List{odd(at8), new9}},
   };
   for (const auto& row : table) {
-    launchd::Plist record = launchd::loaded(launchd::fileWith("StartCalendarInterval", row.before));
+    jobfile::Plist record = jobfile::loaded(jobfile::fileWith("StartCalendarInterval", row.before));
     open(record);
     row.edit(editor);
-    record.applyRules(editor.applied());
-    EXPECT_EQ(xml(record.encodeAll()), xml(launchd::fileWith("StartCalendarInterval", row.after))) << row.what;
+    apply(editor.applied(), record);
+    EXPECT_EQ(xml(record.encodeAll()), xml(jobfile::fileWith("StartCalendarInterval", row.after))) << row.what;
   }
 }
 
@@ -112,18 +112,18 @@ TEST_F(KeptIntervalsTest, AnIntervalOfSecondsStaysAsItIs) {
   const Dict calendar{{"Hour", 8}, {"Minute", 0}};
   for (const Value& seconds : std::initializer_list<Value>{5, 0, -60, 300.0, std::int64_t{16777217} * 60, "300"}) {
     Dict file{{"Label", "job"}, {"StartInterval", seconds}, {"StartCalendarInterval", calendar}};
-    launchd::Plist record = launchd::loaded(file);
+    jobfile::Plist record = jobfile::loaded(file);
     open(record);
     editor.setTime(editor.numberOfRows() - 1, at(9, 15));
     EXPECT_TRUE(editor.isValid()) << "nobody touched the seconds";
-    record.applyRules(editor.applied());
+    apply(editor.applied(), record);
     file.set("StartCalendarInterval", Dict{{"Hour", 9}, {"Minute", 15}});
     EXPECT_EQ(xml(record.encodeAll()), xml(file));
   }
 }
 
 TEST_F(KeptIntervalsTest, AFirstIntervalOfSecondsDoesntHideThatOfTheFile) {
-  open(launchd::loaded(Dict{{"Label", "job"}, {"StartInterval", 5}}));
+  open(jobfile::loaded(Dict{{"Label", "job"}, {"StartInterval", 5}}));
   EXPECT_TRUE(editor.isValid());
   editor.addRowBehind(0);
   editor.chooseChild(1, 0, 0);
@@ -150,7 +150,7 @@ TEST_F(KeptIntervalsTest, WhatARuleDoesntTellIsSaid) {
       {{{"Day", 1}, {"Weekday", 1}, {"Hour", 9}, {"Minute", 0}}, "In the job file: Day 1, Weekday 1, Hour 9, Minute 0"},
   };
   for (const auto& row : table) {
-    open(launchd::loaded(launchd::fileWith("StartCalendarInterval", row.interval)));
+    open(jobfile::loaded(jobfile::fileWith("StartCalendarInterval", row.interval)));
     EXPECT_EQ(editor.untold(0), row.text);
   }
   editor.chooseChild(0, 0, 2);
@@ -166,12 +166,12 @@ class KeptInFilesTest : public KeptIntervalsTest {
     open(job->plist());
     for (std::size_t row = 0; row < editor.numberOfRows(); ++row) {
       ++rules;
-      const launchd::Plist before = job->plist().clone();
+      const jobfile::Plist before = job->plist().clone();
       const auto save = [&](const std::string& edited) {
-        job->plist().applyRules(editor.applied());
+        apply(editor.applied(), job->plist());
         untouched.add(name, edited, bytes, job->plistData().value_or(""));
         open(job->plist());
-        job->plist().applyRules(editor.applied());
+        apply(editor.applied(), job->plist());
         untouched.add(name, edited, bytes, job->plistData().value_or(""));
         job->plist() = before.clone();
         open(job->plist());
@@ -233,7 +233,7 @@ TEST_F(KeptInFilesTest, SoItIsOfAnyOtherSchedule) {
     for (int day = 0; below(3) == 0 && day < 7; ++day) intervals.emplace_back(Dict{{"Weekday", day}, {"Hour", 9}});
     Dict file{{"Label", "job"}, {"StartInterval", static_cast<int>(below(100)) * 7}};
     file.set("StartCalendarInterval", below(6) == 0 ? Value(interval()) : Value(intervals));
-    addAllRules("generated " + std::to_string(i), plist::writeBinary(file));
+    addAllRules("generated " + std::to_string(i), propertylist::writeBinary(file));
   }
   EXPECT_GT(rules, 300U);
   untouched.expectNoComplaints();

@@ -6,8 +6,8 @@
 #include <random>
 #include <utility>
 
+#include "core/locale/Dates.h"
 #include "core/schedule/AppliedRules.h"
-#include "core/support/Dates.h"
 
 namespace mirvel::Scheduled {
 namespace {

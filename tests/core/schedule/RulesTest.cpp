@@ -1,12 +1,12 @@
 #include <gmock/gmock.h>
 
+#include "core/locale/Dates.h"
 #include "core/schedule/Scheduled.h"
-#include "core/support/Dates.h"
 
 namespace mirvel::Scheduled {
 namespace {
 
-using launchd::StartCalendarInterval;
+using jobfile::StartCalendarInterval;
 using Interval = StartCalendarInterval::Interval;
 using Unit = RepeatInterval::Unit;
 using Rules = std::vector<ScheduledType>;

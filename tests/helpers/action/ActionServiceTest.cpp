@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "core/support/SystemProcessRunner.h"
+#include "core/process/SystemProcessRunner.h"
 #include "helpers/EndsHost.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/wire/ProcessHelperConnection.h"
@@ -13,7 +13,7 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 
 /// The program itself on a root of its own.
 TEST(ActionServiceTest, TheProgramWritesAnswersInOrderAndEndsWithItsPeer) {

@@ -12,13 +12,13 @@
 #include "helpers/FakeJobHost.h"
 #include "helpers/Soak.h"
 #include "helpers/action/RequestHandler.h"
-#include "helpers/action/UserJobFiles.h"
+#include "helpers/jobfiles/UserJobFiles.h"
 
 namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testdata::bytes;
 using testdata::jobText;
 

@@ -11,13 +11,13 @@
 #include "core/catalogue/JobFolder.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/action/ErrorReply.h"
-#include "helpers/action/UserJobFiles.h"
+#include "helpers/jobfiles/UserJobFiles.h"
 
 namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testdata::bytes;
 using testdata::jobText;
 using testing::ElementsAre;
@@ -34,7 +34,7 @@ std::string errorText(const Dictionary& reply, const char* key) {
 int errorCode(const Dictionary& reply) {
   const auto* error = reply.find("error");
   const auto* code = error ? error->as<Dictionary>()->find("code") : nullptr;
-  return code ? static_cast<int>(*code->as<plist::Integer>()->toInt64()) : 0;
+  return code ? static_cast<int>(*code->as<propertylist::Integer>()->toInt64()) : 0;
 }
 
 class RequestHandlerTest : public testing::Test {
@@ -326,8 +326,8 @@ TEST_F(RequestHandlerTest, TheLogIsAListOfTimesWithMessages) {
       {"kind", 9},
       {"logQuery", Dictionary{{"lastString", "4h"}, {"lastSeconds", "14400"}, {"searchString", "org.example"}}}};
   EXPECT_EQ(handler.handle(query),
-            (Dictionary{{"logQuery", plist::Array{Dictionary{{"1700000000.5", "first"}},
-                                                  Dictionary{{"1700000001", "bad \xEF\xBF\xBD byte"}}}}}));
+            (Dictionary{{"logQuery", propertylist::Array{Dictionary{{"1700000000.5", "first"}},
+                                                         Dictionary{{"1700000001", "bad \xEF\xBF\xBD byte"}}}}}));
   host.failing = {"log 14400 s of org.example"};
   const Dictionary failure = handler.handle(query);
   EXPECT_EQ(errorText(failure, "domain"), actionErrorDomain);

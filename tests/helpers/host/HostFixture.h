@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "core/support/SystemProcessRunner.h"
-#include "helpers/host/LoadedJobs.h"
+#include "core/process/SystemProcessRunner.h"
 #include "helpers/host/Signpost.h"
+#include "helpers/hostdata/LoadedJobs.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
@@ -23,13 +23,13 @@ class HostFixture : public testing::Test {
   ~HostFixture() override { EXPECT_TRUE(embedded.quit()); }
 
   /// A job that runs a shell script.
-  std::filesystem::path job(const std::string& label, const std::string& script, plist::Dictionary keys = {}) {
-    keys.set("ProgramArguments", plist::Array{"/bin/sh", "-c", script});
+  std::filesystem::path job(const std::string& label, const std::string& script, propertylist::Dictionary keys = {}) {
+    keys.set("ProgramArguments", propertylist::Array{"/bin/sh", "-c", script});
     return folder.write("jobs/" + label + ".plist", testdata::jobText(label, std::move(keys)));
   }
 
   /// A job that tells its process, that of the host, and its display, and stays.
-  std::filesystem::path lastingJob(const std::string& label, const Signpost& post, plist::Dictionary keys = {}) {
+  std::filesystem::path lastingJob(const std::string& label, const Signpost& post, propertylist::Dictionary keys = {}) {
     keys.set("RunAtLoad", true);
     return job(label, "exec 9> " + post.quoted() + "; echo $$ $PPID $DISPLAY >&9; exec sleep 1000", std::move(keys));
   }

@@ -17,11 +17,11 @@
 #include <thread>
 
 #include "helpers/host/Detachment.h"
-#include "helpers/host/EnabledJobs.h"
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/Lifeline.h"
 #include "helpers/host/PathWatch.h"
 #include "helpers/host/Session.h"
+#include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/jobhost/HostAutostart.h"
 
 namespace mirvel::host {
@@ -74,9 +74,9 @@ class HostLife : public HostFixture {
     return result && result->exitStatus == 0;
   }
 
-  fs::path agent(const std::string& label, plist::Dictionary keys = {}) {
+  fs::path agent(const std::string& label, propertylist::Dictionary keys = {}) {
     const auto file = agentFolders(Roots::below(folder.path())).front() / (label + ".plist");
-    keys.set("ProgramArguments", plist::Array{"/bin/true"});
+    keys.set("ProgramArguments", propertylist::Array{"/bin/true"});
     return folder.write(fs::relative(file, folder.path()), testdata::jobText(label, std::move(keys)));
   }
 };
@@ -316,7 +316,7 @@ TEST_F(HostLife, NobodyFollowsAHostThatWasAskedToEnd) {
   EXPECT_TRUE(startOn(":1", {"--login"}, "c1"));
   const auto successor = client.connect();
   ASSERT_TRUE(successor);
-  const plist::Dictionary session{{"environment", plist::Dictionary{{"DISPLAY", ":2"}}}};
+  const propertylist::Dictionary session{{"environment", propertylist::Dictionary{{"DISPLAY", ":2"}}}};
   const auto answer = HostClient::askAt(*successor, request::beginSession, session, longestAnswer);
   ASSERT_TRUE(answer) << answer.error().text();
   EXPECT_TRUE(isTrue(*answer, key::staysOpen));

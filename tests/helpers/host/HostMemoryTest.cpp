@@ -26,7 +26,8 @@ TEST_F(HostMemory, LoadsAJobWhoseFileWasMissingAsSoonAsItIsThere) {
   restart();
   restart();  // it is still noted
   EXPECT_THAT(labels(), IsEmpty());
-  const plist::Dictionary keys{{"RunAtLoad", true}, {"ProgramArguments", plist::Array{"/bin/sh", "-c", script}}};
+  const propertylist::Dictionary keys{{"RunAtLoad", true},
+                                      {"ProgramArguments", propertylist::Array{"/bin/sh", "-c", script}}};
   folder.write("unmounted/absent.plist", testdata::jobText("absent", keys));
   fs::rename(folder.path() / "unmounted", folder.path() / "jobs");
   EXPECT_EQ(ran.line(), "ran");

@@ -11,8 +11,8 @@
 #include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Writer.h"
 #include "helpers/host/HostFixture.h"
-#include "helpers/host/HostSocket.h"
 #include "helpers/host/JobLog.h"
+#include "helpers/hostdata/HostSocket.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::host {
@@ -45,10 +45,10 @@ TEST_F(HostProgram, MakesTheProcessAsTheFileSays) {
             {"StandardInPath", (root / "input").string()},
             {"StandardOutPath", (root / "out").string()},
             {"StandardErrorPath", (root / "err").string()},
-            {"EnvironmentVariables", plist::Dictionary{{"FRUIT", "pear"}}},
+            {"EnvironmentVariables", propertylist::Dictionary{{"FRUIT", "pear"}}},
             {"Umask", 27},
             {"Nice", 5},
-            {"SoftResourceLimits", plist::Dictionary{{"NumberOfFiles", 77}}}}));
+            {"SoftResourceLimits", propertylist::Dictionary{{"NumberOfFiles", 77}}}}));
   EXPECT_TRUE(hasEnded("made"));
   EXPECT_EQ(testdata::bytes(root / "out"), (root / "work").string() + "\nfrom the input\npear " + root.string() +
                                                "\n0033\n77\n5\n/usr/bin:/bin:/usr/sbin:/sbin\n");
@@ -59,7 +59,7 @@ TEST_F(HostProgram, MakesTheProcessAsTheFileSays) {
 TEST_F(HostProgram, SaysWhyAJobCannotBeStarted) {
   struct Row {
     const char* label;
-    plist::Dictionary keys;
+    propertylist::Dictionary keys;
     const char* message;
   };
   const Row rows[] = {
@@ -144,11 +144,11 @@ TEST_F(HostProgram, NoticesPathsAndQueues) {
   Signpost watched(root / "watched"), queued(root / "queued"), there(root / "there");
   fs::create_directories(root / "queue");
   load(job("watcher", "echo watched > " + watched.quoted(),
-           {{"WatchPaths", plist::Array{(root / "later" / "file").string()}}}));
+           {{"WatchPaths", propertylist::Array{(root / "later" / "file").string()}}}));
   load(job("queue", "rm '" + (root / "queue" / "item").string() + "'; " + "echo queued > " + queued.quoted(),
-           {{"QueueDirectories", plist::Array{(root / "queue").string()}}}));
-  const plist::Dictionary flag{{(root / "flag").string(), true}};
-  load(job("state", "echo there > " + there.quoted(), {{"KeepAlive", plist::Dictionary{{"PathState", flag}}}}));
+           {{"QueueDirectories", propertylist::Array{(root / "queue").string()}}}));
+  const propertylist::Dictionary flag{{(root / "flag").string(), true}};
+  load(job("state", "echo there > " + there.quoted(), {{"KeepAlive", propertylist::Dictionary{{"PathState", flag}}}}));
   folder.write("later/file", "1");
   EXPECT_EQ(watched.line(), "watched");
   folder.write("queue/item", "1");
@@ -201,7 +201,7 @@ TEST_F(HostProgram, RefusesWhatIsNoJob) {
 }
 
 TEST_F(HostProgram, TellsOfTheKeysThatItCannotServe) {
-  load(job("rich", "echo here", {{"RunAtLoad", true}, {"MachServices", plist::Dictionary{{"a.b", true}}}}));
+  load(job("rich", "echo here", {{"RunAtLoad", true}, {"MachServices", propertylist::Dictionary{{"a.b", true}}}}));
   EXPECT_TRUE(hasEnded("rich"));
   EXPECT_THAT(said("rich"), ElementsAre(HasSubstr("MachServices"), "started", "here", "exited with 0"));
 }
@@ -213,7 +213,7 @@ TEST_F(HostProgram, RunsAJobWithoutTheValuesThatCannotBeUsed) {
            {{"RunAtLoad", true},
             {"Nice", "much"},
             {"Disabled", "no"},
-            {"EnvironmentVariables", plist::Dictionary{{"GOOD", "1"}, {"BAD", 1}}},
+            {"EnvironmentVariables", propertylist::Dictionary{{"GOOD", "1"}, {"BAD", 1}}},
             {"Comment", "an unknown key is no matter"}}));
   EXPECT_TRUE(hasEnded("odd"));
   EXPECT_THAT(said("odd"),
@@ -293,8 +293,8 @@ TEST_F(HostProgram, HoldsAThousandIdleJobsAtLittleCost) {
   for (int i = 0; i < 1000; ++i) {
     const auto n = std::to_string(i);
     files.push_back(job("idle" + n, "true",
-                        {{"StartCalendarInterval", plist::Dictionary{{"Hour", i % 24}, {"Minute", 0}}},
-                         {"WatchPaths", plist::Array{(folder.path() / n).string()}}}));
+                        {{"StartCalendarInterval", propertylist::Dictionary{{"Hour", i % 24}, {"Minute", 0}}},
+                         {"WatchPaths", propertylist::Array{(folder.path() / n).string()}}}));
   }
   fs::create_directories(places.folder);
   ASSERT_TRUE(LoadedJobs(places.folder / "loaded.plist").write(files));

@@ -11,7 +11,7 @@
 
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/JobProcess.h"
-#include "helpers/host/RunNotes.h"
+#include "helpers/hostdata/RunNotes.h"
 #include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {

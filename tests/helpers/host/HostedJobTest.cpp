@@ -281,11 +281,11 @@ TEST(HostedJob, IsStoppedByForceOnlyAfterItsTime) {
   }
 }
 
-launchd::Plist jobWith(const std::string& keys) {
+jobfile::Plist jobWith(const std::string& keys) {
   auto plist =
-      launchd::Plist::readTolerantly("<plist><dict><key>Label</key><string>job</string>" + keys + "</dict></plist>");
+      jobfile::Plist::readTolerantly("<plist><dict><key>Label</key><string>job</string>" + keys + "</dict></plist>");
   EXPECT_TRUE(plist) << keys;
-  return plist ? *std::move(plist) : launchd::Plist();
+  return plist ? *std::move(plist) : jobfile::Plist();
 }
 
 TEST(JobRules, AnIntervalWithATimeThatCannotBeUsedIsNotTakenForOneThatComesMoreOften) {

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
 #include "helpers/host/JobLog.h"
-#include "helpers/host/LoadedJobs.h"
 #include "helpers/host/OutputLines.h"
+#include "helpers/hostdata/LoadedJobs.h"
 #include "support/TestData.h"
 
 namespace mirvel::host {

@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "core/support/FileDescriptor.h"
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel::host {
 

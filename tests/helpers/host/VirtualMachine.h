@@ -122,7 +122,7 @@ class VirtualMachine {
   static constexpr std::chrono::milliseconds tick{1};
 
   static JobRules rules(const std::string& keys) {
-    auto plist = launchd::Plist::read("<plist><dict><key>Label</key><string>job</string>" + keys + "</dict></plist>");
+    auto plist = jobfile::Plist::read("<plist><dict><key>Label</key><string>job</string>" + keys + "</dict></plist>");
     if (!plist) throw std::runtime_error(plist.error().text());
     return JobRules::of(*plist);
   }

@@ -7,7 +7,7 @@
 
 #include "helpers/FakeJobHost.h"
 #include "helpers/action/RequestHandler.h"
-#include "helpers/action/UserJobFiles.h"
+#include "helpers/jobfiles/UserJobFiles.h"
 
 namespace mirvel {
 namespace {

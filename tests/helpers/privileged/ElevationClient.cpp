@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "core/support/ThreadWorkQueue.h"
+#include "core/base/ThreadWorkQueue.h"
 #include "helpers/privileged/SystemHelperConnections.h"
 #include "helpers/process/CleanState.h"
 #include "support/ThreadQueue.h"
@@ -37,8 +37,8 @@ std::string write(HelperConnections::Privileged& privileged, const std::string& 
       {{"kind", 0},
        {"path", "/etc/mirvel/LaunchDaemons/" + label + ".plist"},
        {"string", text},
-       {"authData", plist::Data{privileged.authData}}},
-      [&](const plist::Dictionary& reply) { result = reply.find("error") ? "error" : "written"; },
+       {"authData", propertylist::Data{privileged.authData}}},
+      [&](const propertylist::Dictionary& reply) { result = reply.find("error") ? "error" : "written"; },
       [&](const Error& error) { result = "failed: " + error.text(); });
   return queue.runUntil([&] { return result.has_value(); }) ? *result : "no answer";
 }

@@ -25,7 +25,7 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testdata::bytes;
 using testdata::jobText;
 using testing::IsEmpty;

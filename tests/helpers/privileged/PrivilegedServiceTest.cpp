@@ -6,8 +6,8 @@
 
 #include <filesystem>
 
-#include "core/support/SystemProcessRunner.h"
-#include "core/support/ThreadWorkQueue.h"
+#include "core/base/ThreadWorkQueue.h"
+#include "core/process/SystemProcessRunner.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/Listener.h"
@@ -20,7 +20,7 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 using testing::ElementsAre;
 
 constexpr uid_t nobody = 65534;
@@ -80,14 +80,15 @@ TEST(AuthorisationTest, OnlyTheExactSecretLetsARequestThrough) {
   std::string wrong = secret->bytes();
   wrong.back() = static_cast<char>(wrong.back() ^ 1);
   for (const Dictionary& request :
-       {Dictionary{}, Dictionary{{"authData", plist::Data{}}}, Dictionary{{"authData", plist::Data{wrong}}},
-        Dictionary{{"authData", secret->bytes()}}, Dictionary{{"authData", plist::Data{secret->bytes() + "x"}}},
-        Dictionary{{"authData", plist::Data{secret->bytes().substr(1)}}}}) {
+       {Dictionary{}, Dictionary{{"authData", propertylist::Data{}}},
+        Dictionary{{"authData", propertylist::Data{wrong}}}, Dictionary{{"authData", secret->bytes()}},
+        Dictionary{{"authData", propertylist::Data{secret->bytes() + "x"}}},
+        Dictionary{{"authData", propertylist::Data{secret->bytes().substr(1)}}}}) {
     EXPECT_EQ(handle(request), (Dictionary{{"error", Dictionary{{"domain", "MirvelActionErrorDomain"}, {"code", 1}}}}));
   }
   EXPECT_EQ(handled, 0);
   EXPECT_EQ(console.logged.size(), 6U);
-  EXPECT_EQ(handle({{"authData", plist::Data{secret->bytes()}}}), Dictionary());
+  EXPECT_EQ(handle({{"authData", propertylist::Data{secret->bytes()}}}), Dictionary());
   EXPECT_EQ(handled, 1);
 }
 
@@ -269,7 +270,7 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
   ASSERT_TRUE(connections.queue.runUntil([&] { return privileged.connection != nullptr; }));
 
   const auto ask = [&](Dictionary request, const std::string& authData) {
-    request.set("authData", plist::Data{authData});
+    request.set("authData", propertylist::Data{authData});
     std::optional<Dictionary> answer;
     privileged.connection->run(
         request, [&](const auto& reply) { answer = reply; },

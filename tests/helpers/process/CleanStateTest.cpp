@@ -22,8 +22,8 @@
 #include <filesystem>
 #include <functional>
 
-#include "core/support/Pipe.h"
-#include "core/support/RegularFile.h"
+#include "core/files/RegularFile.h"
+#include "core/process/FileDescriptor.h"
 #include "support/TestData.h"
 
 #ifdef __linux__

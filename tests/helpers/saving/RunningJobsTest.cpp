@@ -6,9 +6,9 @@
 #include <filesystem>
 
 #include "core/app/Program.h"
+#include "core/base/ThreadWorkQueue.h"
 #include "core/catalogue/Launchd.h"
-#include "core/support/SystemProcessRunner.h"
-#include "core/support/ThreadWorkQueue.h"
+#include "core/process/SystemProcessRunner.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/jobhost/HostAutostart.h"
 #include "helpers/privileged/SystemHelperConnections.h"
@@ -25,8 +25,8 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Array;
-using plist::Dictionary;
+using propertylist::Array;
+using propertylist::Dictionary;
 using testing::IsEmpty;
 
 /// The program's logic with its real helpers and the real host, on a machine below a folder that has nothing yet.

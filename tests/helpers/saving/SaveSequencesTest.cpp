@@ -6,9 +6,9 @@
 #include <map>
 
 #include "core/catalogue/Launchd.h"
-#include "helpers/action/JobFolders.h"
 #include "helpers/action/RequestHandler.h"
-#include "helpers/action/UserJobFiles.h"
+#include "helpers/jobfiles/JobFolders.h"
+#include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/privileged/GuardedJobFiles.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
@@ -17,7 +17,7 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 
 Error because(const char* why) {
   return {.code = Error::Code::Io, .message = why};
@@ -136,7 +136,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     session.jobs.clear();
     system.jobs.clear();
     interface.errors.clear();
-    const auto file = writeJob(kindOf(before), "job", {{"ProgramArguments", plist::Array{"/bin/old"}}});
+    const auto file = writeJob(kindOf(before), "job", {{"ProgramArguments", propertylist::Array{"/bin/old"}}});
     ASSERT_TRUE((before == 'd' ? system : session).load(file));
     TearDown();
     m_shell = std::make_unique<testdata::RecordingShell>(program());
@@ -210,7 +210,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
       {.files = rootFiles, .host = system, .uninstall = [] { return Result<void>(); }, .trustsLabels = false}};
   HandlingHelpers handlers{userHandler, rootHandler};
   std::shared_ptr<Launchd> job;
-  launchd::Plist record;
+  jobfile::Plist record;
   std::string url;
 
  private:

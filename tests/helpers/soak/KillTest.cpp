@@ -12,13 +12,13 @@
 #include <random>
 #include <sstream>
 
-#include "core/support/Pipe.h"
-#include "core/support/RegularFile.h"
-#include "core/support/SystemProcessRunner.h"
+#include "core/files/RegularFile.h"
+#include "core/process/FileDescriptor.h"
+#include "core/process/SystemProcessRunner.h"
 #include "helpers/Soak.h"
 #include "helpers/action/RequestHandler.h"
-#include "helpers/action/UserJobFiles.h"
 #include "helpers/host/Daemon.h"
+#include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/soak/Steps.h"
 #include "support/JobText.h"
@@ -28,7 +28,7 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using plist::Dictionary;
+using propertylist::Dictionary;
 
 /// The seed of a long run is another each time, unless MIRVEL_SOAK gives the one of a run that failed.
 unsigned seedOfRun() {
@@ -106,13 +106,13 @@ class KillTest : public testing::TestWithParam<Scene> {
     const std::string comment(1 + random() % 100'000, 'x');
     return testdata::jobText(
         name, {{"ProgramArguments",
-                plist::Array{"/bin/sh", "-c", "echo $$ >> '" + m_processes.string() + "'; exec sleep 1000"}},
+                propertylist::Array{"/bin/sh", "-c", "echo $$ >> '" + m_processes.string() + "'; exec sleep 1000"}},
                {"RunAtLoad", true},
                {"Comment", comment}});
   }
   std::string testContent() const {
     return testdata::jobText(std::string(label) + ".test",
-                             {{"ProgramArguments", plist::Array{"/bin/echo", "tested"}}, {"RunAtLoad", true}});
+                             {{"ProgramArguments", propertylist::Array{"/bin/echo", "tested"}}, {"RunAtLoad", true}});
   }
 
   /// The job lies in one file or the other, and is loaded.

@@ -15,9 +15,9 @@ Frame sampleFrame(std::int64_t id = 7) {
   return {.id = id,
           .body = {{"kind", 1},
                    {"privileged", true},
-                   {"authData", plist::Data{std::string("\0\xff", 2)}},
+                   {"authData", propertylist::Data{std::string("\0\xff", 2)}},
                    {"string", "Größe"},
-                   {"logQuery", plist::Dictionary{{"lastString", "4h"}}}}};
+                   {"logQuery", propertylist::Dictionary{{"lastString", "4h"}}}}};
 }
 
 std::string sampleBytes(std::int64_t id = 7) {
@@ -64,8 +64,8 @@ TEST(FrameTest, EveryBeginOfAFrameIsWaitedOn) {
 }
 
 TEST(FrameTest, WhatIsNoFrameEndsTheStream) {
-  using plist::Dictionary;
-  const auto list = [](const plist::Value& value) { return framed(plist::writeBinary(value)); };
+  using propertylist::Dictionary;
+  const auto list = [](const propertylist::Value& value) { return framed(propertylist::writeBinary(value)); };
   struct Row {
     const char* what;
     std::string bytes;
@@ -76,14 +76,16 @@ TEST(FrameTest, WhatIsNoFrameEndsTheStream) {
       {"the longest length", "\xff\xff\xff\xff", Error::Code::LimitExceeded},
       {"nothing in it", framed(""), Error::Code::Malformed},
       {"no list", framed("hello, helper"), Error::Code::Malformed},
-      {"an XML list", framed(*plist::writeXml(Dictionary{{"id", 1}, {"body", Dictionary{}}})), Error::Code::Malformed},
-      {"no dictionary", list(plist::Array{1}), Error::Code::Malformed},
+      {"an XML list", framed(*propertylist::writeXml(Dictionary{{"id", 1}, {"body", Dictionary{}}})),
+       Error::Code::Malformed},
+      {"no dictionary", list(propertylist::Array{1}), Error::Code::Malformed},
       {"no id", list(Dictionary{{"body", Dictionary{}}}), Error::Code::Malformed},
       {"an id that is text", list(Dictionary{{"id", "1"}, {"body", Dictionary{}}}), Error::Code::Malformed},
-      {"an id over 2^63", list(Dictionary{{"id", plist::Integer::fromUnsigned(UINT64_MAX)}, {"body", Dictionary{}}}),
+      {"an id over 2^63",
+       list(Dictionary{{"id", propertylist::Integer::fromUnsigned(UINT64_MAX)}, {"body", Dictionary{}}}),
        Error::Code::Malformed},
       {"no body", list(Dictionary{{"id", 1}}), Error::Code::Malformed},
-      {"a body that is an array", list(Dictionary{{"id", 1}, {"body", plist::Array{}}}), Error::Code::Malformed},
+      {"a body that is an array", list(Dictionary{{"id", 1}, {"body", propertylist::Array{}}}), Error::Code::Malformed},
   };
   for (const auto& row : rows) {
     FrameReader reader;
@@ -99,10 +101,10 @@ TEST(FrameTest, WhatIsNoFrameEndsTheStream) {
 
 TEST(FrameTest, TheLargestFrameGoesThroughAndALargerOneIsRefused) {
   const auto frameOf = [](std::size_t size) {
-    return Frame{.id = 1, .body = {{"data", plist::Data{std::string(size, 'x')}}}};
+    return Frame{.id = 1, .body = {{"data", propertylist::Data{std::string(size, 'x')}}}};
   };
   const std::size_t around =
-      plist::writeBinary(plist::Dictionary{{"id", 1}, {"body", frameOf(largestFrame / 2).body}}).size() -
+      propertylist::writeBinary(propertylist::Dictionary{{"id", 1}, {"body", frameOf(largestFrame / 2).body}}).size() -
       largestFrame / 2;
   const Frame largest = frameOf(largestFrame - around);
   const auto bytes = encode(largest);

@@ -16,7 +16,7 @@
 namespace mirvel::wire {
 namespace {
 
-using plist::Dictionary;
+using propertylist::Dictionary;
 
 /// What became of the requests of a test.
 struct Outcome {
@@ -144,7 +144,7 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLater
 }
 
 TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadHoldsNobodyUp) {
-  const Dictionary large{{"string", plist::Data{std::string(std::size_t{2} << 20U, 'x')}}};
+  const Dictionary large{{"string", propertylist::Data{std::string(std::size_t{2} << 20U, 'x')}}};
   for (int i = 0; i < 4; ++i) outcome.ask(*connection, large);  // far more than a socket takes
   EXPECT_EQ(outcome.count(), 0U);
   for (int i = 0; i < 4; ++i) {
@@ -160,7 +160,7 @@ TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadHoldsNobodyUp) {
 }
 
 TEST_F(SocketHelperConnectionTest, ARequestThatIsTooLargeFailsAloneAndNotBeforeTheCallReturns) {
-  outcome.ask(*connection, {{"data", plist::Data{std::string(largestRequest, 'x')}}});
+  outcome.ask(*connection, {{"data", propertylist::Data{std::string(largestRequest, 'x')}}});
   EXPECT_EQ(outcome.count(), 0U);
   ASSERT_TRUE(wait(1));
   ASSERT_EQ(outcome.failures.size(), 1U);

@@ -38,7 +38,7 @@ class ApplicationFixture : public testing::Test {
   Application& application() { return m_application; }
 
   std::filesystem::path path(const std::string& label) const { return m_agents / (label + ".plist"); }
-  void writeJob(const std::string& label, plist::Dictionary keys = {}) const {
+  void writeJob(const std::string& label, propertylist::Dictionary keys = {}) const {
     (void)m_folder.write(path(label), testdata::jobText(label, std::move(keys)));
   }
   void select(const std::string& label) { program().currentMode()->select(URL::file(path(label))); }

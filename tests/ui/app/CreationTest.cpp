@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <fstream>
 
+#include "core/base/Const.h"
 #include "core/creation/ImportController.h"
-#include "core/support/Misc.h"
 #include "ui/app/MachineFixture.h"
 #include "ui/creation/NewViewController.h"
 #include "ui/editor/ScheduledRuleEditor.h"
@@ -124,7 +124,7 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
 	<dict>
 		<key>PATH</key>
 		<string>)" +
-                       std::string(Misc::defaultPATH) +
+                       std::string(Const::defaultPATH) +
                        R"(</string>
 	</dict>
 	<key>Label</key>

@@ -14,7 +14,8 @@ namespace fs = std::filesystem;
 class EditingTest : public MachineFixture {
  protected:
   EditingTest() {
-    write("backup", {{"ProgramArguments", plist::Array{"/bin/echo", "before"}}, {"Disabled", true}, {"Odd", "kept"}});
+    write("backup",
+          {{"ProgramArguments", propertylist::Array{"/bin/echo", "before"}}, {"Disabled", true}, {"Odd", "kept"}});
     start(Mode::list, 1);
     program().currentMode()->select(URL::file(file("backup")));
   }
@@ -24,7 +25,7 @@ class EditingTest : public MachineFixture {
   }
   DetailTab tab() { return program().shell.detail->detailTab(); }
   bool isSettled() { return !program().state.saving.isBusy() && !program().state.scanning.isBusy(); }
-  launchd::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
+  jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
   /// Opens the editor with its key, and gives the job another label and command.
   void editTexts(const std::string& label, const std::string& command) {
     QTest::keyClick(&window(), Qt::Key_E, Qt::ControlModifier);

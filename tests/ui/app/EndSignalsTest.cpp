@@ -4,7 +4,7 @@
 #include <signal.h>
 
 #include "core/catalogue/Launchd.h"
-#include "core/support/ReadFile.h"
+#include "core/files/ReadFile.h"
 #include "ui/app/ApplicationFixture.h"
 
 namespace mirvel::ui {

@@ -41,7 +41,7 @@ class MachineFixture : public testing::Test {
   std::filesystem::path file(const std::string& label) const {
     return *Kind(Kind::userAgent).folderURL(m_roots) / (label + ".plist");
   }
-  void write(const std::string& label, plist::Dictionary keys) const {
+  void write(const std::string& label, propertylist::Dictionary keys) const {
     const auto text = testdata::jobText(label, std::move(keys));
     (void)m_folder.write(file(label).lexically_relative(m_folder.path()), text);
   }

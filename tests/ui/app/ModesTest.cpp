@@ -20,7 +20,7 @@ using Names = std::vector<std::string>;
 class ModesTest : public MachineFixture {
  protected:
   ModesTest() {
-    const plist::Dictionary daily{{"Hour", 9}, {"Minute", 0}};
+    const propertylist::Dictionary daily{{"Hour", 9}, {"Minute", 0}};
     for (const std::string label : {"alpha", "beta", "gamma"}) {
       write(label, {{"Program", "/bin/ls"}, {"StartCalendarInterval", daily}});
     }

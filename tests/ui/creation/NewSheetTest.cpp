@@ -183,8 +183,8 @@ TEST_F(NewSheetTest, AJobIsMadeByTheKeyboardAlone) {
   press(Qt::Key_Return);
   EXPECT_FALSE(hasSheet());
   ASSERT_FALSE(helpers.requests.empty());
-  EXPECT_EQ(testdata::jobText("backup", {{"KeepAlive", plist::Dictionary{{"SuccessfulExit", true}}},
-                                         {"ProgramArguments", plist::Array{"/bin/echo", "hello"}},
+  EXPECT_EQ(testdata::jobText("backup", {{"KeepAlive", propertylist::Dictionary{{"SuccessfulExit", true}}},
+                                         {"ProgramArguments", propertylist::Array{"/bin/echo", "hello"}},
                                          {"RunAtLoad", true}}),
             helpers.requests.back().text("string"));
   EXPECT_EQ(program().state.selectedJob->name, "backup");
@@ -205,10 +205,10 @@ TEST_F(NewSheetTest, NamesOfAnyKindArriveAsTheyWereTyped) {
     EXPECT_THAT(outlook(), HasSubstr("“" + name + "”"));
     press(Qt::Key_Return);
     ASSERT_FALSE(hasSheet()) << name;
-    const plist::Dictionary content = helpers.written();
+    const propertylist::Dictionary content = helpers.written();
     const auto* label = content.find("Label");
     ASSERT_TRUE(label) << name;
-    EXPECT_EQ(*label, plist::Value(name));
+    EXPECT_EQ(*label, propertylist::Value(name));
     helpers.requests.back().reply({});
     settle();
   }

@@ -18,7 +18,7 @@ class AccessibleEditingTest : public EditorFixture {
   ~AccessibleEditingTest() override { QAccessible::setActive(false); }
 
   /// As `edit`, with the keys let go again: what the user holds counts at a click.
-  void editWithoutKeys(plist::Dictionary keys) {
+  void editWithoutKeys(propertylist::Dictionary keys) {
     edit(std::move(keys));
     QTest::keyRelease(&window(), Qt::Key_Control);
   }
@@ -35,7 +35,8 @@ class AccessibleEditingTest : public EditorFixture {
 };
 
 TEST_F(AccessibleEditingTest, WhateverWayAControlIsChangedTheJobIs) {
-  editWithoutKeys({{"Program", "/bin/ls"}, {"StartInterval", 60}, {"KeepAlive", plist::Dictionary{{"Crashed", true}}}});
+  editWithoutKeys(
+      {{"Program", "/bin/ls"}, {"StartInterval", 60}, {"KeepAlive", propertylist::Dictionary{{"Crashed", true}}}});
   const struct {
     const char* what;
     std::function<void()> change;
@@ -80,8 +81,8 @@ TEST_F(AccessibleEditingTest, WhateverWayAControlIsChangedTheJobIs) {
 }
 
 TEST_F(AccessibleEditingTest, RowsOfTablesAndTimesTakeTheirValuesFromAnywhere) {
-  edit({{"StartCalendarInterval", plist::Dictionary{{"Hour", 9}}},
-        {"KeepAlive", plist::Dictionary{{"OtherJobEnabled", plist::Dictionary{{"b", true}}}}}});
+  edit({{"StartCalendarInterval", propertylist::Dictionary{{"Hour", 9}}},
+        {"KeepAlive", propertylist::Dictionary{{"OtherJobEnabled", propertylist::Dictionary{{"b", true}}}}}});
   window().details().currentWidget()->findChild<QTimeEdit*>()->setTime(QTime(7, 5));
   ASSERT_TRUE(record().startCalendarInterval);
   EXPECT_EQ(record().startCalendarInterval->intervals.front().hour, 7);
@@ -90,7 +91,7 @@ TEST_F(AccessibleEditingTest, RowsOfTablesAndTimesTakeTheirValuesFromAnywhere) {
     if (list->count() == 0) continue;
     list->model()->setData(list->model()->index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
   }
-  EXPECT_EQ(record().keepAlive->otherJobEnabled, (launchd::StringMap<bool>{{"b", false}}));
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"b", false}}));
 }
 
 TEST_F(AccessibleEditingTest, OptionStillTakesAKeyAway) {

@@ -36,13 +36,13 @@ class EditFlowTest : public EditorFixture {
 };
 
 TEST_F(EditFlowTest, OpeningTheEditorChangesNothing) {
-  edit({{"ProgramArguments", plist::Array{"/bin/ls", "a b"}},
+  edit({{"ProgramArguments", propertylist::Array{"/bin/ls", "a b"}},
         {"Disabled", true},
         {"KeepAlive", false},
         {"StartInterval", 5},
         {"Unheard", "of"},
         {"Debug", true}});
-  const launchd::Plist before = record().clone();
+  const jobfile::Plist before = record().clone();
   testdata::settle();
   EXPECT_FALSE(hasChanges());
   EXPECT_EQ(record(), before);
@@ -116,7 +116,7 @@ TEST_F(EditFlowTest, ANumberThatNobodyTouchedKeepsNothingFromBeingSaved) {
 }
 
 TEST_F(EditFlowTest, ANumberThatCantBeSavedStaysWhateverElseIsDone) {
-  edit({{"StartCalendarInterval", plist::Dictionary{{"Minute", 5}}}});
+  edit({{"StartCalendarInterval", propertylist::Dictionary{{"Minute", 5}}}});
   const auto number = [&] { return ruleEditor().findChild<QLineEdit*>(); };
   number()->setFocus();
   QTest::keyClicks(number(), QStringLiteral("xy"));
@@ -150,7 +150,7 @@ TEST_F(EditFlowTest, AFirstRuleThatCantBeSavedYetIsNoReasonToHideIt) {
 }
 
 TEST_F(EditFlowTest, ARuleThatDoesntTellAllOfItsIntervalSaysSo) {
-  edit({{"StartCalendarInterval", plist::Dictionary{{"Month", 3}, {"Minute", 5}}}});
+  edit({{"StartCalendarInterval", propertylist::Dictionary{{"Month", 3}, {"Minute", 5}}}});
   const auto hasText = [&](const QString& text) {
     const auto labels = ruleEditor().findChildren<QLabel*>();
     return std::any_of(labels.begin(), labels.end(),
@@ -163,8 +163,9 @@ TEST_F(EditFlowTest, ARuleThatDoesntTellAllOfItsIntervalSaysSo) {
 }
 
 TEST_F(EditFlowTest, TwoConditionsOfOneNameAreKeptAndNamedAtSaving) {
-  const launchd::StringMap<bool> jobs{{"org.a", false}, {"org.b", true}};
-  edit({{"KeepAlive", plist::Dictionary{{"OtherJobEnabled", plist::Dictionary{{"org.a", false}, {"org.b", true}}}}}});
+  const jobfile::StringMap<bool> jobs{{"org.a", false}, {"org.b", true}};
+  edit({{"KeepAlive",
+         propertylist::Dictionary{{"OtherJobEnabled", propertylist::Dictionary{{"org.a", false}, {"org.b", true}}}}}});
   const auto list = [&] { return toolButton("Add – OtherJobEnabled").parentWidget()->findChild<QListWidget*>(); };
   list()->item(1)->setText(QStringLiteral("org.a"));
   EXPECT_EQ(record().keepAlive->otherJobEnabled, jobs) << "none of the two is lost";
@@ -179,7 +180,7 @@ TEST_F(EditFlowTest, TwoConditionsOfOneNameAreKeptAndNamedAtSaving) {
   EXPECT_EQ(window().focusWidget(), list());
   EXPECT_EQ(list()->currentRow(), 1);
   list()->item(1)->setText(QStringLiteral("org.c"));
-  EXPECT_EQ(record().keepAlive->otherJobEnabled, (launchd::StringMap<bool>{{"org.a", false}, {"org.c", true}}));
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"org.a", false}, {"org.c", true}}));
   button("Save").click();
   EXPECT_THAT(helpers.requests, SizeIs(1));
 }
@@ -191,7 +192,7 @@ TEST_F(EditFlowTest, ARowWithoutATextIsNoCondition) {
   QWidget* const field = QApplication::focusWidget();
   ASSERT_NE(qobject_cast<QLineEdit*>(field), nullptr);
   QTest::keyClicks(field, QStringLiteral("org.b"));
-  EXPECT_EQ(record().keepAlive->otherJobEnabled, (launchd::StringMap<bool>{{"org.b", true}}));
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"org.b", true}}));
   QTest::keyClick(field, Qt::Key_Escape);
   ASSERT_TRUE(record().keepAlive);
   EXPECT_EQ(record().keepAlive->bool_, true);
@@ -292,14 +293,15 @@ TEST_F(EditFlowTest, UndoKeepsTheKeysInControlsWithoutANameAndTheFormInItsPlace)
 
 TEST_F(EditFlowTest, ACommandKeepsTheLineEndsAndBlanksWithinItsQuotes) {
   const std::string script = "a\u00a0b\nc d";
-  edit({{"ProgramArguments", plist::Array{"/bin/sh", "-c", script}}});
+  edit({{"ProgramArguments", propertylist::Array{"/bin/sh", "-c", script}}});
   runField().moveCursor(QTextCursor::End);
   QTest::keyClicks(&runField(), QStringLiteral(" x"));
   EXPECT_EQ(record().run, "/bin/sh -c \"" + script + "\" x");
 }
 
 TEST_F(EditFlowTest, ConditionsThatWereClearedComeBackEmpty) {
-  edit({{"KeepAlive", plist::Dictionary{{"Crashed", true}, {"PathState", plist::Dictionary{{"/tmp/x", true}}}}}});
+  edit({{"KeepAlive",
+         propertylist::Dictionary{{"Crashed", true}, {"PathState", propertylist::Dictionary{{"/tmp/x", true}}}}}});
   auto& keepAlive = control<QCheckBox>("keepAliveButton");
   keepAlive.click();
   keepAlive.click();
@@ -317,7 +319,7 @@ TEST_F(EditFlowTest, ANoteThatWasWrittenInTheEditorStandsInTheDetails) {
 
 TEST_F(EditFlowTest, UndoGoesThroughFieldsAndBoxesAndKeepsTheFocus) {
   edit({{"Program", "/bin/ls"}});
-  const launchd::Plist before = record().clone();
+  const jobfile::Plist before = record().clone();
   control<QCheckBox>("runAtLoadButton").click();
   control<QLineEdit>("userNameTextField");
   auto& name = control<QLineEdit>("nameValueTextField");
@@ -415,7 +417,7 @@ TEST_F(EditFlowTest, AFailedSaveKeepsWhatWasTypedAndAnotherSavesIt) {
   click(0);
   EXPECT_THAT(interface.sheets, IsEmpty()) << "refused without a question while it runs";
   helpers.requests.front().reply(
-      {{"error", plist::Dictionary{{"domain", "app.mirvel"}, {"code", 5}, {"message", "full"}}}});
+      {{"error", propertylist::Dictionary{{"domain", "app.mirvel"}, {"code", 5}, {"message", "full"}}}});
   EXPECT_TRUE(hasChanges());
   EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("ax"));
   EXPECT_TRUE(button("Save").isEnabled());

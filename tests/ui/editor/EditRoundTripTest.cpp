@@ -77,12 +77,12 @@ class Monkey {
 
 /// A job file with some of the keys that the editor has controls for.
 std::string generated(Monkey& monkey) {
-  const plist::Dictionary conditions{{"Crashed", monkey.below(2) == 0},
-                                     {"PathState", plist::Dictionary{{"/a", true}, {"/b c", false}}}};
-  const plist::Dictionary daily{{"Hour", static_cast<int>(monkey.below(24))}, {"Minute", 5}};
-  const plist::Dictionary weekly{{"Weekday", static_cast<int>(monkey.below(9))}, {"Hour", 7}};
-  const std::pair<const char*, plist::Value> keys[] = {
-      {"ProgramArguments", plist::Array{"/bin/echo", "it's", "a \"b\"", ""}},
+  const propertylist::Dictionary conditions{{"Crashed", monkey.below(2) == 0},
+                                            {"PathState", propertylist::Dictionary{{"/a", true}, {"/b c", false}}}};
+  const propertylist::Dictionary daily{{"Hour", static_cast<int>(monkey.below(24))}, {"Minute", 5}};
+  const propertylist::Dictionary weekly{{"Weekday", static_cast<int>(monkey.below(9))}, {"Hour", 7}};
+  const std::pair<const char*, propertylist::Value> keys[] = {
+      {"ProgramArguments", propertylist::Array{"/bin/echo", "it's", "a \"b\"", ""}},
       {"Program", "/bin/ls"},
       {"Disabled", monkey.below(2) == 0},
       {"RunAtLoad", monkey.below(2) == 0},
@@ -91,14 +91,15 @@ std::string generated(Monkey& monkey) {
       {"StartOnMount", false},
       {"StartInterval", static_cast<int>(monkey.below(100'000))},
       {"StartCalendarInterval", daily},
-      {"StartCalendarInterval", plist::Array{daily, weekly, plist::Dictionary{{"Day", 31}, {"Month", 2}}}},
+      {"StartCalendarInterval",
+       propertylist::Array{daily, weekly, propertylist::Dictionary{{"Day", 31}, {"Month", 2}}}},
       {"UserName", "ada"},
       {"InitGroups", true},
       {"Debug", true},
       {"TimeOut", 5},
-      {"Unheard", plist::Array{"of", 1}},
+      {"Unheard", propertylist::Array{"of", 1}},
   };
-  plist::Dictionary chosen;
+  propertylist::Dictionary chosen;
   for (const auto& [key, value] : keys) {
     if (monkey.below(3) == 0) chosen.set(key, value);
   }
@@ -141,7 +142,7 @@ class EditRoundTripTest : public EditorFixture {
     return folder ? testdata::files(*folder, ".plist") : std::vector<fs::path>();
   }
 
-  plist::Value m_savedRecord = plist::Dictionary();  ///< as the save made it
+  propertylist::Value m_savedRecord = propertylist::Dictionary();  ///< as the save made it
   std::shared_ptr<Launchd> m_job;
 };
 
@@ -151,7 +152,7 @@ TEST_F(EditRoundTripTest, PublishedJobsGoThroughTheEditorUnchanged) {
   for (const fs::path& file : corpus()) {
     SCOPED_TRACE(file.filename());
     if (!open(testdata::bytes(file))) continue;
-    const launchd::Plist before = record().clone();
+    const jobfile::Plist before = record().clone();
     testdata::settle();
     button("Done").click();
     EXPECT_FALSE(hasChanges());
@@ -201,7 +202,7 @@ TEST_F(EditRoundTripTest, WhateverIsDoneInTheEditorIsWhatAReaderOfTheFileGets) {
     const std::string saved = save();
     const auto again = Launchd::read(saved, m_job->url, m_job->kind, {}, console);
     ASSERT_TRUE(again) << saved;
-    EXPECT_EQ(plist::Value(again->plist().encode()), m_savedRecord);
+    EXPECT_EQ(propertylist::Value(again->plist().encode()), m_savedRecord);
     if (HasFailure()) return;
   }
   EXPECT_GT(changed, 400);

@@ -37,7 +37,7 @@ inline void clickBox(QCheckBox& box, Qt::KeyboardModifiers modifiers = {}) {
 class EditorFixture : public WindowFixture {
  protected:
   /// Selects the first job, and has it edited.
-  void edit(plist::Dictionary keys) {
+  void edit(propertylist::Dictionary keys) {
     writeJob(Kind::userAgent, "a", std::move(keys));
     (void)window();
     scan();
@@ -46,7 +46,7 @@ class EditorFixture : public WindowFixture {
     QTest::keyClick(&window(), Qt::Key_E, Qt::ControlModifier);
     ASSERT_EQ(program().shell.detail->detailTab(), DetailTab::launchdEdit);
   }
-  launchd::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
+  jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
   bool hasChanges() { return program().state.hasUnsavedChanges; }
   template <typename Control>
   Control& control(const char* name) {

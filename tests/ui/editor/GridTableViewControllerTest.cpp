@@ -17,7 +17,7 @@ namespace {
 
 using GridTable::Kind;
 using Texts = std::vector<std::string>;
-using Map = launchd::StringMap<bool>;
+using Map = jobfile::StringMap<bool>;
 
 class Recorder final : public GridTableDelegate {
  public:

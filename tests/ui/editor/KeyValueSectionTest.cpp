@@ -60,7 +60,7 @@ class KeyValueSectionTest : public testdata::ProgramFixture {
 };
 
 TEST_F(KeyValueSectionTest, EachValueHasItsForm) {
-  show({{"Text", "a\nb"}, {"On & on", true}, {"Off", false}, {"List", plist::Array{1, "b"}}});
+  show({{"Text", "a\nb"}, {"On & on", true}, {"Off", false}, {"List", propertylist::Array{1, "b"}}});
   EXPECT_EQ(cells(), (Texts{"=a\nb", "=– 1\n– b", "List", "Text", "[ ]Off", "[x]On && on"}));
   for (const auto* box : section.findChildren<QCheckBox*>()) EXPECT_FALSE(box->isEnabled());
   show({{"Other", "c"}});

@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-#include "core/support/Dates.h"
+#include "core/locale/Dates.h"
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"
 #include "ui/support/InvalidData.h"

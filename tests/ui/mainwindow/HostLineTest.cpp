@@ -18,7 +18,7 @@ TEST_F(HostLineTest, SaysWhyJobsDoNotRunAsLongAsTheyDoNot) {
   program().hostStart.begin();
   fill({"one"});
   ASSERT_EQ(helpers.requests.size(), 1U);
-  helpers.requests.back().reply({{"error", plist::Dictionary{{"code", 3}, {"description", "<b>no room</b>"}}}});
+  helpers.requests.back().reply({{"error", propertylist::Dictionary{{"code", 3}, {"description", "<b>no room</b>"}}}});
   settle();
   EXPECT_TRUE(line->isVisible());
   const auto* const text = line->findChild<QLabel*>();

@@ -47,10 +47,10 @@ class TimelineModeViewTest : public testdata::ProgramFixture {
     testdata::settle();
   }
   void writeCalendar(const std::string& label, const std::vector<std::int64_t>& days) {
-    plist::Array intervals;
+    propertylist::Array intervals;
     for (const std::int64_t day : days)
-      intervals.push_back(plist::Value(plist::Dictionary{{"Day", plist::Value(day)}}));
-    writeJob(Kind::userAgent, label, {{"StartCalendarInterval", plist::Value(std::move(intervals))}});
+      intervals.push_back(propertylist::Value(propertylist::Dictionary{{"Day", propertylist::Value(day)}}));
+    writeJob(Kind::userAgent, label, {{"StartCalendarInterval", propertylist::Value(std::move(intervals))}});
   }
   QPoint middle(int row) { return table().visualRect(table().model()->index(row, 0)).center(); }
   void click(int row, Qt::KeyboardModifiers modifiers = {}) {

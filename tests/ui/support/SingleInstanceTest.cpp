@@ -12,7 +12,7 @@
 #include <future>
 #include <vector>
 
-#include "core/support/FileDescriptor.h"
+#include "core/process/FileDescriptor.h"
 #include "support/TestData.h"
 #include "ui/EventLoop.h"
 

@@ -1,0 +1,98 @@
+#include "core/actions/CommentedFile.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "core/actions/MoveTarget.h"
+#include "core/app/Program.h"
+#include "core/catalogue/JobFile.h"
+#include "core/catalogue/JobFolder.h"
+#include "core/catalogue/Launchd.h"
+#include "core/files/PrivateFolder.h"
+#include "core/files/ReadFile.h"
+#include "core/files/ReplaceFile.h"
+#include "core/propertylist/Comments.h"
+#include "core/propertylist/DateText.h"
+#include "core/text/Strings.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The moment in UTC, without colons, which some file systems don't take in a name.
+std::string timeText(double secondsSince1970) {
+  constexpr double from1970To2001 = 978307200;
+  std::string text = propertylist::dateText({.seconds = secondsSince1970 - from1970To2001});
+  std::replace(text.begin(), text.end(), ':', '.');
+  return text;
+}
+
+fs::path freshPath(const fs::path& folder, const std::string& name) {
+  fs::path path = folder / (name + ".plist");
+  std::error_code failure;
+  for (int number = 2; fs::exists(fs::symlink_status(path, failure)); ++number) {
+    path = folder / (name + ' ' + std::to_string(number) + ".plist");
+  }
+  return path;
+}
+
+bool isKept(const fs::path& folder, std::string_view bytes) {
+  std::error_code failure;
+  for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end; entry.increment(failure)) {
+    std::error_code unreadable;
+    if (entry->file_size(unreadable) != bytes.size()) continue;
+    const auto kept = readFile(entry->path(), JobFolder::largestFile);
+    if (kept && *kept == bytes) return true;
+  }
+  return false;
+}
+
+bool mayCommentsGo(const Program& program, const Launchd& job) {
+  const Localize& localize = program.foundation.localize;
+  const int answer = program.platform.interface.alert({
+      .message = localize.savingRemovesComments(job.name),
+      .informativeText = localize.theFileWithItsCommentsIsKept(keptFilesFolder(program).string()),
+      .defaultTitle = localize.saveWithoutComments(),
+      .alternateTitle = localize.cancel(),
+      .safeButton = Interface::alternateButton,
+  });
+  return answer == Interface::defaultButton;
+}
+
+}  // namespace
+
+fs::path keptFilesFolder(const Program& program) {
+  return program.foundation.roots.applicationSupport / "Kept Files";
+}
+
+Result<void> keepFile(const Program& program, const std::string& job, std::string_view bytes) {
+  constexpr std::size_t longestName = 48;  // in characters, so that any name has room
+  const fs::path folder = keptFilesFolder(program);
+  if (isKept(folder, bytes)) return {};
+  if (auto made = makePrivateFolder(folder); !made) return made;
+  const std::string name(String::firstCharacters(jobFileName(job), longestName));
+  return replaceFile(freshPath(folder, name + ' ' + timeText(program.platform.clock.secondsSince1970())), bytes,
+                     privateFile);
+}
+
+bool letCommentsGo(Program& program, const std::shared_ptr<Launchd>& job) {
+  if (job->isNewFile) return true;
+  const auto bytes = readFile(job->url.path(), JobFolder::largestFile);
+  if (!bytes || !propertylist::hasComments(*bytes)) return true;
+  const std::string checksum = JobFile::checksumOf(*bytes);
+  if (program.editing.hasAgreed(job, checksum)) return true;
+  if (!mayCommentsGo(program, *job)) return false;
+  if (const auto kept = keepFile(program, job->name, *bytes); !kept) {
+    program.platform.interface.present(kept.error());
+    return false;
+  }
+  program.editing.agreed(job, checksum);
+  return true;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <string_view>
+
+namespace mirvel::Const {
+
+/// The `PATH` that is written into new jobs, since launchd's own one has few folders: those where users put their tools
+/// and those of the system.
+#ifdef __APPLE__
+inline constexpr std::string_view defaultPATH =
+    "/opt/homebrew/bin:/opt/homebrew/sbin:/usr/local/bin:/usr/local/sbin:/usr/bin:/bin:/usr/sbin:/sbin";
+#else
+inline constexpr std::string_view defaultPATH = "/usr/local/bin:/usr/local/sbin:/usr/bin:/bin:/usr/sbin:/sbin";
+#endif
+
+}  // namespace mirvel::Const
+
+/// Names that the programs of the family share.
+namespace mirvel::Const {
+
+/// Bundle identifier of the background agent.
+inline constexpr std::string_view agent = "app.mirvel.agent";
+/// Label prefix of the application's own internal helpers.
+inline constexpr std::string_view excludePrefix = "app.mirvel.";
+/// Help site and support address.
+inline constexpr std::string_view siteURL = "https://mirvel.app";
+inline constexpr std::string_view supportMail = "support@mirvel.app";
+/// The manual page of job files.
+#ifdef __APPLE__
+inline constexpr std::string_view launchdManual = "x-man-page://5/launchd.plist";
+#else
+inline constexpr std::string_view launchdManual = "https://keith.github.io/xcode-man-pages/launchd.plist.5.html";
+#endif
+/// URL scheme with which a job is addressed from outside.
+inline constexpr std::string_view jobScheme = "mirvel";
+/// Joins a title and a detail.
+inline constexpr std::string_view separator = " \u2013 ";
+
+namespace PrivilegedHelper {
+inline constexpr std::string_view version = "app.mirvel.privileged.1";
+}  // namespace PrivilegedHelper
+
+namespace AppName {
+inline constexpr std::string_view mirvel = "Mirvel";
+inline constexpr std::string_view systemPreferences = "System Settings";
+}  // namespace AppName
+
+namespace FileName {
+inline constexpr std::string_view dsStore = ".DS_Store";
+inline constexpr std::string_view exceptions = "Exceptions.plist";
+}  // namespace FileName
+
+/// Keys of the exceptions file.
+namespace Key {
+inline constexpr std::string_view exceptions = "Exceptions";
+inline constexpr std::string_view exceptionsPrefix = "ExceptionsPrefix";
+}  // namespace Key
+
+/// Folders below a library folder.
+namespace PathComponent {
+inline constexpr std::string_view launchAgents = "LaunchAgents";
+inline constexpr std::string_view launchDaemons = "LaunchDaemons";
+inline constexpr std::string_view startupItems = "StartupItems";
+inline constexpr std::string_view privilegedHelperTool = "PrivilegedHelperTools";
+}  // namespace PathComponent
+
+}  // namespace mirvel::Const

@@ -1,0 +1,31 @@
+#include "core/base/Error.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace mirvel {
+
+std::string Error::text() const {
+  std::string place;
+  if (!file.empty()) place = file + ": ";
+  if (line != 0) {
+    place += "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
+  } else if (offset) {
+    place += "offset " + std::to_string(*offset) + ": ";
+  }
+  const bool saysKeyItself = message.compare(0, keyPath.size(), keyPath) == 0;
+  if (!saysKeyItself) place += keyPath + ": ";
+  return place + message;
+}
+
+Error systemError(int errnoValue, const std::string& doing, const std::string& path) {
+  Error::Code code = Error::Code::Io;
+  if (errnoValue == ENOENT || errnoValue == ENOTDIR) code = Error::Code::NotFound;
+  if (errnoValue == EACCES || errnoValue == EPERM || errnoValue == EROFS) code = Error::Code::NotPermitted;
+  return {.code = code,
+          .message = "can't " + doing + ": " + std::generic_category().message(errnoValue),
+          .file = path,
+          .systemCode = errnoValue};
+}
+
+}  // namespace mirvel

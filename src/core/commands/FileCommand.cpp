@@ -1,0 +1,122 @@
+#include "core/commands/FileCommand.h"
+
+#include <sys/stat.h>
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "core/files/ReadFile.h"
+#include "core/loginitems/DesktopEntry.h"
+#include "core/propertylist/Reader.h"
+#include "core/text/Ascii.h"
+#include "core/text/Strings.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Interpreter {
+  std::string_view extension;
+  std::string Commands::*command;
+};
+
+constexpr std::array interpreters{
+    Interpreter{"scpt", &Commands::osascript},
+    Interpreter{"automator", &Commands::automator},
+    Interpreter{"workflow", &Commands::automator},
+    Interpreter{"pl", &Commands::perl},
+    Interpreter{"php", &Commands::php},
+    Interpreter{"py", &Commands::python},
+    Interpreter{"rb", &Commands::ruby},
+    Interpreter{"sh", &Commands::shell},
+    Interpreter{"bash", &Commands::bash},
+};
+
+/// Without its dot: "sh" of "x.sh".
+std::string extensionOf(const fs::path& file) {
+  const std::string extension = file.extension().string();
+  return extension.empty() ? extension : extension.substr(1);
+}
+
+/// What the bundle's property list names as its executable, or the bundle's own name.
+std::string executableName(const fs::path& bundle) {
+  constexpr std::size_t largestList = std::size_t{1} << 20U;
+  const auto bytes = readFile(bundle / "Contents" / "Info.plist", largestList);
+  if (!bytes) return bundle.stem().string();
+  const auto document = propertylist::read(*bytes);
+  const auto info = document ? document->root().dictionary() : std::nullopt;
+  const auto* value = info ? info->find("CFBundleExecutable") : nullptr;
+  const auto name = value ? value->string() : std::nullopt;
+  return name ? std::string(*name) : bundle.stem().string();
+}
+
+std::optional<fs::path> executableOf(const fs::path& bundle) {
+  const std::string name = executableName(bundle);
+  if (name.empty() || name.find_first_of(std::string_view("/\0", 2)) != std::string::npos) return std::nullopt;
+  const fs::path executable = bundle / "Contents" / "MacOS" / name;
+  std::error_code ignored;
+  if (!fs::is_regular_file(executable, ignored)) return std::nullopt;
+  return executable;
+}
+
+/// Whether the permissions are one of the three that a program usually has. Others may be executable too, but then the
+/// interpreter is the safer way.
+bool runsDirectly(const fs::path& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return false;
+  const mode_t permissions = status.st_mode & 07777U;
+  return permissions == 0645 || permissions == 0755 || permissions == 0744;
+}
+
+/// What follows "#!" on the first line, arguments included.
+std::optional<std::string> declaredInterpreter(const fs::path& file) {
+  constexpr std::size_t longestLine = 4096;
+  const auto start = readBeginning(file, longestLine);
+  if (!start || !start->starts_with("#!")) return std::nullopt;
+  const std::string_view line = std::string_view(*start).substr(2, start->find('\n') - 2);
+  const std::string_view interpreter = String::trim(line, true);
+  if (interpreter.empty() || interpreter.find('\0') != std::string_view::npos) return std::nullopt;
+  return std::string(interpreter);
+}
+
+std::optional<std::string> interpreterOf(const fs::path& file, const Commands& commands) {
+  const std::string extension = Ascii::lower(extensionOf(file));
+  if (extension.empty()) return declaredInterpreter(file);
+  for (const Interpreter& interpreter : interpreters) {
+    if (interpreter.extension == extension) return commands.*interpreter.command;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::string fileCommand(const fs::path& path, const Commands& commands) {
+  const fs::path file = path.has_filename() ? path : path.parent_path();  // a folder may come with a slash at its end
+  std::string quoted = String::quote(file.string());
+  if (extensionOf(file) == "app") {
+    const auto executable = executableOf(file);
+    return executable ? String::quote(executable->string()) : quoted;
+  }
+  if (runsDirectly(file)) return quoted;
+  return interpreterOf(file, commands).value_or(commands.open) + ' ' + quoted;
+}
+
+std::optional<std::vector<std::string>> desktopCommand(const fs::path& file) {
+  if (extensionOf(file) != "desktop") return std::nullopt;
+  const auto bytes = readFile(file, DesktopEntry::largestFile);
+  auto entry = bytes ? DesktopEntry::read(*bytes, {}) : std::nullopt;
+  if (!entry || entry->type != "Application" || entry->command.empty() || entry->command.front().empty()) {
+    return std::nullopt;
+  }
+  return std::move(entry->command);
+}
+
+std::string commandWord(const std::string& text) {
+  constexpr std::string_view signs = " \t\r\n\"'\\$`*?[]{}()<>|&;!#";  // that mean something to a shell
+  return text.empty() || text.find_first_of(signs) != std::string::npos ? String::quote(text) : text;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,88 @@
+#include "core/files/ExtendedAttributes.h"
+
+#include <sys/types.h>
+#include <sys/xattr.h>
+
+#include <cerrno>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mirvel {
+
+namespace {
+
+#ifdef __APPLE__
+ssize_t list(int file, char* names, std::size_t size) {
+  return ::flistxattr(file, names, size, 0);
+}
+ssize_t get(int file, const char* name, char* value, std::size_t size) {
+  return ::fgetxattr(file, name, value, size, 0, 0);
+}
+int set(int file, const char* name, const std::string& value) {
+  return ::fsetxattr(file, name, value.data(), value.size(), 0, 0);
+}
+bool isHarmless(std::string_view name) {
+  return name != "com.apple.system.Security";
+}
+#else
+ssize_t list(int file, char* names, std::size_t size) {
+  return ::flistxattr(file, names, size);
+}
+ssize_t get(int file, const char* name, char* value, std::size_t size) {
+  return ::fgetxattr(file, name, value, size);
+}
+int set(int file, const char* name, const std::string& value) {
+  return ::fsetxattr(file, name, value.data(), value.size(), 0);
+}
+bool isHarmless(std::string_view name) {
+  return name.starts_with("user.");
+}
+#endif
+
+/// The names, each with a null character behind it.
+std::string namesOf(int file) {
+  const ssize_t size = list(file, nullptr, 0);
+  if (size <= 0) return {};
+  std::string names(static_cast<std::size_t>(size), '\0');
+  const ssize_t read = list(file, names.data(), names.size());
+  names.resize(read > 0 ? static_cast<std::size_t>(read) : 0);
+  return names;
+}
+
+void copy(int from, int to, const char* name) {
+  const ssize_t size = get(from, name, nullptr, 0);
+  if (size < 0) return;
+  std::string value(static_cast<std::size_t>(size), '\0');
+  const ssize_t read = get(from, name, value.data(), value.size());
+  if (read < 0) return;
+  value.resize(static_cast<std::size_t>(read));
+  (void)set(to, name, value);  // as the header says
+}
+
+}  // namespace
+
+void copyExtendedAttributes(int from, int to, Attributes which) {
+  const std::string names = namesOf(from);
+  for (std::size_t at = 0; at < names.size();) {
+    const std::string name = names.c_str() + at;
+    if (which == Attributes::All || isHarmless(name)) copy(from, to, name.c_str());
+    at += name.size() + 1;
+  }
+}
+
+bool hasAccessList(int file) {
+#ifdef __linux__
+  constexpr const char* name = "system.posix_acl_access";
+  ssize_t size = get(file, name, nullptr, 0);
+  if (size < 0 && errno == EBADF) {  // of a folder that is open for its path alone
+    size = ::getxattr(("/proc/self/fd/" + std::to_string(file)).c_str(), name, nullptr, 0);
+  }
+  return size >= 0 || (errno != ENODATA && errno != ENOTSUP);
+#else
+  (void)file;
+  return false;
+#endif
+}
+
+}  // namespace mirvel

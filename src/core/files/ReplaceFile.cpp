@@ -1,0 +1,214 @@
+#include "core/files/ReplaceFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <optional>
+#include <random>
+#include <string>
+
+#include "core/files/ExtendedAttributes.h"
+#include "core/process/FileDescriptor.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr mode_t newFileMode = 0644;  // as far as the umask leaves it
+constexpr mode_t ownersAlone = 0600;
+
+Error writeError(int errnoValue, const fs::path& path) {
+  return systemError(errnoValue, "write", path.string());
+}
+
+Error badPath(const char* why, const fs::path& path) {
+  return {.code = Error::Code::BadArgument, .message = why, .file = path.string()};
+}
+
+/// The file that a chain of symbolic links leads to, whether it exists or not.
+Result<fs::path> followLinks(const fs::path& path) {
+  constexpr int longestChain = 40;
+  fs::path target = path;
+  for (int links = 0; links < longestChain; ++links) {
+    std::error_code failure;
+    if (!fs::is_symlink(fs::symlink_status(target, failure))) return target;
+    const fs::path next = fs::read_symlink(target, failure);
+    if (failure) return writeError(failure.value(), path);
+    target = target.parent_path() / next;
+  }
+  return writeError(ELOOP, path);
+}
+
+/// What lies at the place of the new file.
+struct Replaced {
+  FileDescriptor file = {};  ///< none where nothing lies, or what is there may not be read
+  std::optional<OwnerAndMode> owner = {};
+};
+
+Result<Replaced> replacedBy(int folder, const fs::path& target) {
+  struct stat old {};
+  if (::fstatat(folder, target.filename().c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (errno == ENOENT) return Replaced();
+    return writeError(errno, target);
+  }
+  if (S_ISDIR(old.st_mode)) return badPath("can't write: it is a folder", target);
+  if (!S_ISREG(old.st_mode)) return badPath("can't write: it is no regular file", target);
+  constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  return Replaced{
+      .file = FileDescriptor(::openat(folder, target.filename().c_str(), flags)),
+      .owner = OwnerAndMode{old.st_uid, old.st_gid, static_cast<mode_t>(old.st_mode & 0777U)},
+  };
+}
+
+/// What the new file is to have; none: it is new, and has what it was made with.
+std::optional<OwnerAndMode> ownerFor(const Replaced& old, const std::optional<OwnerAndMode>& fixed) {
+  if (!fixed || !old.owner) return fixed ? fixed : old.owner;
+  OwnerAndMode result = *fixed;
+  result.mode &= old.owner->mode | S_IRWXU;
+  // The list isn't kept, and what the mode says of the group was what the list allowed at most.
+  if (old.file && hasAccessList(old.file.number())) result.mode &= ~static_cast<mode_t>(S_IRWXG);
+  const bool isGroups = (old.owner->mode & S_IROTH) == 0;
+  if (isGroups && old.owner->user == fixed->user) result.group = old.owner->group;
+  return result;
+}
+
+/// A file beside the one that is replaced; gone at the end of its life unless it has taken that one's place.
+class Temporary {
+ public:
+  Temporary(FileCalls& calls, int folder) : m_calls(calls), m_folder(folder) {}
+  Temporary(const Temporary&) = delete;
+  Temporary& operator=(const Temporary&) = delete;
+  ~Temporary() {
+    m_file.reset();
+    if (!m_name.empty()) ::unlinkat(m_folder, m_name.c_str(), 0);
+  }
+
+  /// Each step gives 0 or what errno says.
+  int create(mode_t mode) {
+    constexpr int attempts = 100;
+    std::random_device random;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+      const std::string name = std::string(temporaryPrefix) + std::to_string(random()) + "-" + std::to_string(random());
+      m_file = FileDescriptor(m_calls.create(m_folder, name.c_str(), mode));
+      if (m_file) {
+        m_name = name;
+        return 0;
+      }
+      if (errno != EEXIST && errno != EINTR) return errno;
+    }
+    return EEXIST;
+  }
+
+  int write(std::string_view bytes) {
+    while (!bytes.empty()) {
+      const ssize_t written = m_calls.write(m_file.number(), bytes.data(), bytes.size());
+      if (written > 0) {
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+      } else if (written == 0) {
+        return EIO;
+      } else if (errno != EINTR) {
+        return errno;
+      }
+    }
+    return 0;
+  }
+
+  /// The owner comes first: a change of owner may clear bits of the mode.
+  int finish(const Replaced& old, const std::optional<OwnerAndMode>& fixed) {
+    const auto wanted = ownerFor(old, fixed);
+    if (fixed) {
+      if (::fchown(m_file.number(), wanted->user, wanted->group) != 0) return errno;
+    } else if (wanted) {
+      keepOwner(*wanted);
+    }
+    if (old.file) {
+      copyExtendedAttributes(old.file.number(), m_file.number(), fixed ? Attributes::Harmless : Attributes::All);
+    }
+    if (wanted && m_calls.setMode(m_file.number(), wanted->mode) != 0) return errno;
+    if (m_calls.sync(m_file.number()) != 0) return errno;
+    return m_calls.close(m_file.release()) == 0 ? 0 : errno;
+  }
+
+  int takePlaceOf(const char* name) {
+    if (m_calls.rename(m_folder, m_name.c_str(), name) != 0) return errno;
+    m_name.clear();
+    return 0;
+  }
+
+ private:
+  /// Only root may give a file away; a user may at most choose among the own groups.
+  void keepOwner(const OwnerAndMode& owner) {
+    if (::fchown(m_file.number(), owner.user, owner.group) == 0) return;
+    [[maybe_unused]] const int kept = ::fchown(m_file.number(), static_cast<uid_t>(-1), owner.group);
+  }
+
+  FileCalls& m_calls;
+  int m_folder;
+  FileDescriptor m_file;
+  std::string m_name;
+};
+
+int replaceIn(int folder, const char* name, std::string_view bytes, const Replaced& old,
+              const std::optional<OwnerAndMode>& fixed, mode_t mostOpen, FileCalls& calls) {
+  Temporary temporary(calls, folder);
+  // What is known of the mode at the end comes after the content: until then nobody else may look at it.
+  const bool isNew = !old.owner && !fixed;
+  if (const int failure = temporary.create(isNew ? newFileMode & (mostOpen | ownersAlone) : ownersAlone))
+    return failure;
+  if (const int failure = temporary.write(bytes)) return failure;
+  if (const int failure = temporary.finish(old, fixed)) return failure;
+  return temporary.takePlaceOf(name);
+}
+
+Result<void> syncFolder(int folder, const fs::path& target, FileCalls& calls) {
+  // Some file systems can't flush a folder and say so in these two ways.
+  if (calls.sync(folder) == 0 || errno == EINVAL || errno == ENOTSUP) return {};
+  return systemError(errno, "make sure that the new content stays", target.string());
+}
+
+Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view bytes,
+                           const std::optional<OwnerAndMode>& fixed, mode_t mostOpen, FileCalls& calls) {
+  const auto old = replacedBy(folder, path);
+  if (!old) return old.error();
+  const int failure = replaceIn(folder, path.filename().c_str(), bytes, *old, fixed, mostOpen, calls);
+  if (failure != 0) return writeError(failure, path);
+  return syncFolder(folder, path, calls);
+}
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mostOpen, FileCalls& calls) {
+  if (path.native().find('\0') != std::string::npos) return badPath("the path holds a null character", path);
+  const auto target = followLinks(path);
+  if (!target) return target.error();
+  if (!target->has_filename()) return badPath("can't write: the path names no file", path);
+
+  const fs::path parent = target->has_parent_path() ? target->parent_path() : fs::path(".");
+  const FileDescriptor folder(::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder) return writeError(errno, *target);
+  return replaceFileIn(folder.number(), *target, bytes, std::nullopt, mostOpen, calls);
+}
+
+}  // namespace
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes) {
+  FileCalls calls;
+  return replaceFile(path, bytes, newFileMode, calls);
+}
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes, FileCalls& calls) {
+  return replaceFile(path, bytes, newFileMode, calls);
+}
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mostOpen) {
+  FileCalls calls;
+  return replaceFile(path, bytes, mostOpen, calls);
+}
+
+Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view bytes,
+                           const std::optional<OwnerAndMode>& fixed, FileCalls& calls) {
+  return replaceFileIn(folder, path, bytes, fixed, newFileMode, calls);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,43 @@
+#include "core/files/URL.h"
+
+#include "core/text/Strings.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Standardised, without a slash at the end.
+std::string standardised(const std::string& path) {
+  std::string text = fs::path(path).lexically_normal().native();
+  while (text.size() > 1 && text.back() == '/') text.pop_back();
+  return text;
+}
+
+/// Whether a path is standardised as it stands, which nearly all are: then texts can be compared.
+bool isPlain(const std::string& path) {
+  return !path.empty() && path.back() != '/' && path.find("/.") == std::string::npos &&
+         path.find("//") == std::string::npos && path.front() != '.';
+}
+
+}  // namespace
+
+std::string URL::lastPathComponent() const {
+  return std::string(String::lastPathComponent(text()));
+}
+
+std::string URL::pathExtension() const {
+  const fs::path name = lastPathComponent();
+  const std::string extension = name.extension().native();
+  return extension.empty() ? extension : extension.substr(1);
+}
+
+bool URL::equalTo(const URL& other) const {
+  if (isFile() != other.isFile()) return false;
+  if (text() == other.text()) return true;
+  if (!isFile() || (isPlain(text()) && isPlain(other.text()))) return false;
+  return standardised(m_text) == standardised(other.m_text);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,111 @@
+#include "core/jobfile/Plist.h"
+
+#include "core/jobfile/IntervalOrigins.h"
+#include "core/jobfile/MergeIntoFile.h"
+#include "core/jobfile/PlistKeys.h"
+
+namespace mirvel::jobfile {
+
+namespace {
+
+constexpr auto keyTexts = textsOf(plistKeys);
+constexpr std::string_view calendarKey = keyTexts[static_cast<std::size_t>(Plist::CodingKeys::startCalendarInterval)];
+
+}  // namespace
+
+std::string_view Plist::text(CodingKeys key) {
+  return keyTexts[static_cast<std::size_t>(key)];
+}
+
+std::optional<Plist::CodingKeys> Plist::codingKey(std::string_view text) {
+  return codingKeyIn<CodingKeys>(keyTexts, text);
+}
+
+std::span<const std::string_view> Plist::knownKeys() {
+  return keyTexts;
+}
+
+propertylist::Dictionary Plist::encode() const {
+  return encodeKeys(*this, plistKeys);
+}
+
+propertylist::Dictionary Plist::encodeWithUnknown() const {
+  propertylist::Dictionary file = encode();
+  if (!unknownKeys || !dictionary) return file;
+  for (const std::string& key : *unknownKeys) {
+    const propertylist::Node* const value = dictionary->find(key);
+    if (value && !file.find(key)) file.set(key, propertylist::valueOf(*value));
+  }
+  return file;
+}
+
+/// The file as it was read, without what the next save takes out.
+propertylist::Value Plist::fileWithoutRemoved() const {
+  propertylist::Value file = dictionary->value();
+  for (const auto& path : removedValues) removeAt(file, path);
+  return file;
+}
+
+propertylist::Dictionary Plist::encodeAll() const {
+  const auto read = asRead();
+  if (!read) return encode();
+  const propertylist::Value whole = fileWithoutRemoved();
+  const auto& file = *whole.as<propertylist::Dictionary>();
+  propertylist::Dictionary merged = mergeIntoFile(file, read->encodeWithUnknown(), encodeWithUnknown());
+  // Other lists are paired by their ends. Intervals know their elements, since they are grouped and sorted for the
+  // rows.
+  const propertylist::Value* const intervals = file.find(calendarKey);
+  if (!intervals || !read->startCalendarInterval) return merged;
+  auto merge =
+      mergeIntervals(*intervals, *read->startCalendarInterval, startCalendarInterval.value_or(StartCalendarInterval()));
+  const auto* list = merge.as<propertylist::Array>();
+  if (!list || !list->empty()) merged.set(calendarKey, std::move(merge));
+  return merged;
+}
+
+std::vector<OpaqueValue> Plist::opaqueValues() const {
+  const auto read = asRead();
+  if (!read) return {};
+  const propertylist::Value whole = fileWithoutRemoved();
+  const auto* const intervals = whole.as<propertylist::Dictionary>()->find(calendarKey);
+  const auto arranged = [intervals](const Plist& record, Absent absent) {
+    propertylist::Dictionary values = record.encodeWithUnknown();
+    const auto& calendar = record.startCalendarInterval;
+    if (intervals && calendar) values.set(calendarKey, arrangedLike(*intervals, *calendar, absent));
+    return propertylist::Value(std::move(values));
+  };
+  auto values = jobfile::opaqueValues(whole, arranged(*read, Absent::IsEmpty));
+  // What belongs to a key or an interval that was removed goes with it, unless the interval never was one.
+  const propertylist::Value edited = arranged(*this, Absent::IsAsInFile);
+  const bool isList = intervals && intervals->as<propertylist::Array>();
+  std::erase_if(values, [&](const OpaqueValue& value) {
+    const bool isElement = isList && value.path.size() == 2 && value.path.front() == calendarKey;
+    if (isElement) return false;
+    return !edited.as<propertylist::Dictionary>()->find(value.path.front()) || holdsAt(edited, value.path);
+  });
+  return values;
+}
+
+std::optional<Plist> Plist::asRead() const {
+  if (!dictionary) return std::nullopt;
+  Plist read;
+  if (!decodeTolerantly(dictionary->root(), read)) return std::nullopt;
+  read.dictionary = dictionary;
+  return read;
+}
+
+Plist Plist::blankPlist() {
+  Plist plist;
+  plist.runAtLoad = true;
+  return plist;
+}
+
+void Plist::setCalendarIntervals(std::optional<StartCalendarInterval> intervals) {
+  const propertylist::Node* const inFile = dictionary ? dictionary->find(calendarKey) : nullptr;
+  const bool isSingle = inFile ? inFile->type() == propertylist::Type::Dictionary
+                               : startCalendarInterval && startCalendarInterval->singleValue;
+  startCalendarInterval = std::move(intervals);
+  if (startCalendarInterval) startCalendarInterval->singleValue = isSingle;
+}
+
+}  // namespace mirvel::jobfile

@@ -1,0 +1,187 @@
+#include <array>
+#include <bitset>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+#include "core/jobfile/PlistKeys.h"
+#include "core/jobfile/RunString.h"
+#include "core/propertylist/Reader.h"
+
+namespace mirvel::jobfile {
+
+namespace {
+
+using K = Plist::CodingKeys;
+
+constexpr std::size_t keyCount = std::tuple_size_v<decltype(plistKeys)>;
+
+/// The known keys for looking up, hashed: a file has many keys, and each is looked for.
+class KnownKeys {
+ public:
+  constexpr KnownKeys() {
+    for (std::size_t row = 0; row < keyCount; ++row) {
+      std::size_t slot = slotOf(m_texts[row]);
+      while (m_rows[slot] != none) slot = next(slot);
+      m_rows[slot] = static_cast<std::uint8_t>(row);
+    }
+  }
+
+  std::optional<std::size_t> find(std::string_view key) const {
+    if (key.empty()) return std::nullopt;
+    for (std::size_t slot = slotOf(key); m_rows[slot] != none; slot = next(slot)) {
+      if (m_texts[m_rows[slot]] == key) return m_rows[slot];
+    }
+    return std::nullopt;
+  }
+
+ private:
+  static constexpr std::size_t slots = 256;
+  static constexpr std::uint8_t none = 255;
+  static_assert(keyCount < slots / 2);
+
+  static constexpr std::size_t slotOf(std::string_view key) {
+    const auto letter = [key](std::size_t i) { return static_cast<std::size_t>(static_cast<unsigned char>(key[i])); };
+    // The factors are such that no two known keys share a slot.
+    return (key.size() + letter(0) + 15 * letter(key.size() / 2) + 25 * letter(key.size() - 1)) % slots;
+  }
+  static constexpr std::size_t next(std::size_t slot) { return (slot + 1) % slots; }
+
+  std::array<std::string_view, keyCount> m_texts = textsOf(plistKeys);
+  std::array<std::uint8_t, slots> m_rows = [] {
+    std::array<std::uint8_t, slots> rows{};
+    rows.fill(none);
+    return rows;
+  }();
+};
+
+constexpr KnownKeys knownKeys;
+
+// What forgiving decoders make of a value that they can't use: nothing that would be worth showing or writing.
+template <typename Field>
+bool isUsable(const propertylist::Node& /*node*/, const Field& /*field*/) {
+  return true;
+}
+bool isUsable(const propertylist::Node& node, const KeepAlive& /*keepAlive*/) {
+  return node.type() == propertylist::Type::Boolean || node.type() == propertylist::Type::Dictionary;
+}
+bool isUsable(const propertylist::Node& /*node*/, const Umask& umask) {
+  return umask.int_.has_value();
+}
+bool isUsable(const propertylist::Node& /*node*/, const LimitLoadToSessionType& sessions) {
+  return !sessions.types.empty();
+}
+bool isUsable(const propertylist::Node& /*node*/, const StartCalendarInterval& calendar) {
+  return !calendar.intervals.empty();
+}
+
+class PlistDecoder {
+ public:
+  PlistDecoder(const propertylist::Node& file, const Place& top, Plist& plist)
+      : m_top(top), m_members(membersOf(file, m_top)), m_plist(plist) {
+    for (const auto& member : m_members) {
+      if (const auto row = knownKeys.find(member.key())) {
+        m_found[*row] = &member.value;
+      } else {
+        noteUnknown(member.key());
+      }
+    }
+  }
+
+  void decode() {
+    std::apply([this](const auto&... row) { (decodeRow(row), ...); }, plistKeys);
+    if (m_kept.any()) noteUnknownAgain();
+
+    auto command = makeRunString(m_plist.program, m_plist.programArguments);
+    m_plist.run = std::move(command.run);
+    m_plist.iconPath = std::move(command.iconPath);
+  }
+
+ private:
+  template <typename Row>
+  void decodeRow(const Row& row) {
+    auto& field = m_plist.*row.field;
+    const propertylist::Node* const node = find(row.key);
+    decodeField(node, m_top.key(row.text), field);
+    if constexpr (!std::is_same_v<decltype(field), std::string&>) {
+      if (node && m_top.isTolerant() && !(field.has_value() && isUsable(*node, *field))) {
+        field.reset();
+        m_kept.set(static_cast<std::size_t>(row.key));
+      }
+    }
+    if (row.key == K::keepAlive) applyOnDemand();
+  }
+
+  /// A job that isn't started on demand is always kept alive, whatever its conditions say.
+  void applyOnDemand() {
+    std::optional<bool> onDemand;
+    decodeField(find(K::onDemand), m_top.key(Plist::text(K::onDemand)), onDemand);
+    if (onDemand == false && m_plist.keepAlive) m_plist.keepAlive->bool_ = true;
+  }
+
+  /// The values that don't fit stand among the unknown ones, in the order of the file.
+  void noteUnknownAgain() {
+    m_plist.unknownKeys.reset();
+    for (const auto& member : m_members) {
+      const auto row = knownKeys.find(member.key());
+      if (!row || m_kept.test(*row)) noteUnknown(member.key());
+    }
+  }
+
+  void noteUnknown(std::string_view key) {
+    if (!m_plist.unknownKeys) m_plist.unknownKeys.emplace();
+    m_plist.unknownKeys->emplace_back(key);
+  }
+
+  const propertylist::Node* find(K key) const { return m_found[static_cast<std::size_t>(key)]; }
+
+  std::array<const propertylist::Node*, keyCount> m_found{};
+  const Place& m_top;
+  propertylist::Members m_members;
+  Plist& m_plist;
+  std::bitset<keyCount> m_kept;  ///< the keys whose values don't fit
+};
+
+Result<void> decodeInto(Plist& fresh, const propertylist::Node& file, const Place& top) {
+  try {
+    PlistDecoder(file, top, fresh).decode();
+    return {};
+  } catch (DecodingFailure& failure) {
+    return std::move(failure.error);
+  }
+}
+
+}  // namespace
+
+Result<Plist> Plist::decode(const propertylist::Node& file) {
+  Plist plist;
+  if (auto result = decode(file, plist); !result) return result.error();
+  return plist;
+}
+
+Result<void> Plist::decode(const propertylist::Node& file, Plist& fresh) {
+  return decodeInto(fresh, file, Place());
+}
+
+Result<void> Plist::decodeTolerantly(const propertylist::Node& file, Plist& fresh) {
+  return decodeInto(fresh, file, Place::tolerant());
+}
+
+Result<Plist> Plist::read(std::string_view bytes) {
+  auto document = propertylist::read(bytes);
+  if (!document) return std::move(document).error();
+  auto result = decode(document->root());
+  if (result) result->dictionary.emplace(*std::move(document));
+  return result;
+}
+
+Result<Plist> Plist::readTolerantly(std::string_view bytes) {
+  auto document = propertylist::read(bytes);
+  if (!document) return std::move(document).error();
+  Plist plist;
+  if (auto result = decodeTolerantly(document->root(), plist); !result) return std::move(result).error();
+  plist.dictionary.emplace(*std::move(document));
+  return plist;
+}
+
+}  // namespace mirvel::jobfile

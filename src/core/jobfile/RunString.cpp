@@ -1,0 +1,71 @@
+#include "core/jobfile/RunString.h"
+
+#include "core/text/Strings.h"
+#include "core/text/Text.h"
+
+namespace mirvel::jobfile {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+/// Whether the first argument only repeats the program, as is usual, and isn't shown.
+bool repeatsProgram(const std::string& program, const Words& arguments) {
+  return arguments.front() == program || arguments.front() == String::lastPathComponent(program);
+}
+
+/// With a blank and quotes for each.
+std::size_t lengthOf(const Words& arguments) {
+  std::size_t length = 0;
+  for (const auto& argument : arguments) length += argument.size() + 3;
+  return length;
+}
+
+bool hasProgram(const Command& command) {
+  return command.program && !command.program->empty();
+}
+
+bool hasArguments(const Command& command) {
+  return command.arguments && !command.arguments->empty();
+}
+
+/// None for a program without arguments: it is its own first argument then.
+std::optional<Words> argumentsBehind(Words words) {
+  words.erase(words.begin());
+  return words.empty() ? std::nullopt : std::optional(std::move(words));
+}
+
+}  // namespace
+
+RunString makeRunString(const std::optional<std::string>& program, const std::optional<Words>& programArguments) {
+  RunString result{.run = {}, .iconPath = {}};
+  const bool isNamed = program && !program->empty();
+  if (isNamed) Text::appendArgument(result.run, *program);
+  if (!programArguments || programArguments->empty()) return result;
+
+  result.iconPath = isNamed ? *program : programArguments->front();
+  result.run.reserve(lengthOf(*programArguments) + result.run.size());
+  const std::size_t first = isNamed && repeatsProgram(*program, *programArguments) ? 1 : 0;
+  for (std::size_t i = first; i < programArguments->size(); ++i) {
+    Text::appendArgument(result.run, (*programArguments)[i]);
+  }
+  return result;
+}
+
+Command commandOf(const std::string& run, const Command& before) {
+  Words words = Text::separateCommand(run);
+  if (words == Words{""}) return {};
+  const std::string program = words.front();
+  if (hasProgram(before) && hasArguments(before)) {
+    if (!repeatsProgram(*before.program, *before.arguments)) return {program, argumentsBehind(std::move(words))};
+    if (program == *before.program) {
+      words.front() = before.arguments->front();
+      return {program, std::move(words)};
+    }
+  } else if (hasProgram(before) && words.size() == 1) {
+    return {program, std::nullopt};
+  }
+  return {std::nullopt, std::move(words)};
+}
+
+}  // namespace mirvel::jobfile

@@ -1,0 +1,75 @@
+#include "core/loginitems/BundledItems.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <string>
+#include <system_error>
+
+#include "core/catalogue/JobFolder.h"
+
+namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool isHidden(const fs::path& path) {
+  if (path.filename().native().starts_with('.')) return true;
+#ifdef __APPLE__
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && (status.st_flags & UF_HIDDEN) != 0;
+#else
+  return false;
+#endif
+}
+
+/// The visible entries of a folder by name; none if there is no such folder or it can't be listed.
+std::vector<fs::path> entriesOf(const fs::path& path) {
+  const auto folder = JobFolder::open(path);
+  if (!folder) return {};
+  std::vector<fs::path> entries;
+  for (const auto& listed : folder->entries()) {
+    fs::path entry = path / listed.name;
+    if (!isHidden(entry)) entries.push_back(std::move(entry));
+  }
+  std::sort(entries.begin(), entries.end());
+  return entries;
+}
+
+bool isBundle(const fs::path& path) {
+  return path.extension() == ".app";
+}
+
+/// A link to a folder isn't one: the search never leaves the place where it began.
+bool isFolder(const fs::path& path) {
+  std::error_code failure;
+  return fs::symlink_status(path, failure).type() == fs::file_type::directory;
+}
+
+void addItemOf(const fs::path& application, std::vector<LoginItems::Bundled>& items) {
+  const auto entries = entriesOf(application / "Contents" / "Library" / "LoginItems");
+  if (entries.empty()) return;
+  items.push_back({.name = application.stem().native(),
+                   .itemName = entries.front().filename().native(),
+                   .itemPath = entries.front().native(),
+                   .applicationPath = application.native()});
+}
+
+}  // namespace
+
+std::vector<LoginItems::Bundled> bundledItems(const fs::path& applications) {
+  std::vector<LoginItems::Bundled> items;
+  for (const auto& entry : entriesOf(applications)) {
+    if (isBundle(entry)) {
+      addItemOf(entry, items);
+    } else if (isFolder(entry)) {
+      for (const auto& inner : entriesOf(entry)) {
+        if (isBundle(inner)) addItemOf(inner, items);
+      }
+    }
+  }
+  return items;
+}
+
+}  // namespace mirvel

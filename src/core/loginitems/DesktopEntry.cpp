@@ -1,0 +1,174 @@
+#include "core/loginitems/DesktopEntry.h"
+
+#include <algorithm>
+#include <map>
+
+#include "core/loginitems/DesktopLocale.h"
+#include "core/process/Commands.h"
+#include "core/text/Strings.h"
+#include "core/text/Text.h"
+
+namespace mirvel {
+
+namespace {
+
+using Values = std::map<std::string_view, std::string_view>;
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view groupHeader = "[Desktop Entry]";
+
+/// The raw values of the one group that counts; none if it isn't there.
+std::optional<Values> valuesIn(std::string_view bytes) {
+  if (bytes.starts_with(byteOrderMark)) bytes.remove_prefix(byteOrderMark.size());
+  Values values;
+  bool isThere = false;
+  bool isInGroup = false;
+  while (!bytes.empty()) {
+    std::string_view line = bytes.substr(0, bytes.find('\n'));
+    bytes.remove_prefix(std::min(line.size() + 1, bytes.size()));
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    const std::string_view trimmed = String::trim(line);
+    if (trimmed.starts_with('[')) {
+      isInGroup = trimmed == groupHeader;
+      isThere = isThere || isInGroup;
+    }
+    const auto equals = line.find('=');
+    if (!isInGroup || equals == std::string_view::npos || trimmed.starts_with('#')) continue;
+    const std::string_view value = line.substr(equals + 1);
+    values.insert_or_assign(String::trim(line.substr(0, equals)),
+                            value.substr(std::min(value.find_first_not_of(" \t"), value.size())));
+  }
+  return isThere ? std::optional(std::move(values)) : std::nullopt;
+}
+
+/// What stands for the character behind a backslash; none of such as mean nothing.
+std::optional<char> escaped(char c) {
+  switch (c) {
+    case 's':
+      return ' ';
+    case 'n':
+      return '\n';
+    case 't':
+      return '\t';
+    case 'r':
+      return '\r';
+    case '\\':
+    case ';':
+      return c;
+    default:
+      return std::nullopt;
+  }
+}
+
+std::string unescape(std::string_view raw) {
+  std::string result;
+  for (std::size_t at = 0; at < raw.size(); ++at) {
+    const auto meant = raw[at] == '\\' && at + 1 < raw.size() ? escaped(raw[at + 1]) : std::nullopt;
+    result += meant.value_or(raw[at]);
+    if (meant) ++at;
+  }
+  return result;
+}
+
+std::string textOf(const Values& values, std::string_view key) {
+  const auto found = values.find(key);
+  return found == values.end() ? std::string() : unescape(found->second);
+}
+
+std::string localizedTextOf(const Values& values, std::string_view key, const std::vector<std::string>& locales) {
+  for (const auto& locale : locales) {
+    const std::string localizedKey = std::string(key).append("[").append(locale).append("]");
+    if (auto text = textOf(values, localizedKey); !text.empty()) return text;
+  }
+  return textOf(values, key);
+}
+
+/// Elements end with a semicolon, which the last one needn't.
+std::optional<std::vector<std::string>> listOf(const Values& values, std::string_view key) {
+  const auto found = values.find(key);
+  if (found == values.end()) return std::nullopt;
+  const std::string_view raw = found->second;
+  std::vector<std::string> elements;
+  std::size_t begin = 0;
+  for (std::size_t at = 0; at <= raw.size(); ++at) {
+    if (at < raw.size() && raw[at] == '\\') {
+      ++at;
+    } else if (at == raw.size() || raw[at] == ';') {
+      if (at > begin) elements.push_back(unescape(raw.substr(begin, at - begin)));
+      begin = at + 1;
+    }
+  }
+  return elements;
+}
+
+/// Two percent signs stand for one; one with any other character is for files and the like to be put in.
+std::string withoutFieldCodes(std::string_view argument) {
+  std::string result;
+  for (std::size_t at = 0; at < argument.size(); ++at) {
+    if (argument[at] != '%') {
+      result += argument[at];
+    } else if (++at == argument.size() || argument[at] == '%') {
+      result += '%';
+    }
+  }
+  return result;
+}
+
+/// The quoting is read as a shell does, which takes all that desktop entries may have, and single quotes too, which
+/// many entries have.
+std::vector<std::string> commandIn(std::string_view exec) {
+  if (String::trim(exec, true).empty()) return {};
+  std::vector<std::string> command;
+  for (const auto& argument : Text::separateCommand(exec)) {
+    std::string plain = withoutFieldCodes(argument);
+    if (!plain.empty() || argument.empty()) command.push_back(std::move(plain));
+  }
+  return command;
+}
+
+bool holds(const std::vector<std::string>& names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+}  // namespace
+
+std::optional<DesktopEntry> DesktopEntry::read(std::string_view bytes, const std::string& locale) {
+  if (bytes.size() > largestFile) return std::nullopt;
+  const auto values = valuesIn(bytes);
+  if (!values) return std::nullopt;
+  const auto locales = desktopLocales(locale);
+  return DesktopEntry{.type = textOf(*values, "Type"),
+                      .name = localizedTextOf(*values, "Name", locales),
+                      .icon = localizedTextOf(*values, "Icon", locales),
+                      .tryExec = textOf(*values, "TryExec"),
+                      .command = commandIn(textOf(*values, "Exec")),
+                      .onlyShowIn = listOf(*values, "OnlyShowIn"),
+                      .notShowIn = listOf(*values, "NotShowIn").value_or(std::vector<std::string>()),
+                      .isHidden = textOf(*values, "Hidden") == "true",
+                      .isNoDisplay = textOf(*values, "NoDisplay") == "true"};
+}
+
+bool DesktopEntry::isShownIn(std::string_view desktops) const {
+  while (!desktops.empty()) {
+    const std::string_view desktop = desktops.substr(0, desktops.find(':'));
+    desktops.remove_prefix(std::min(desktop.size() + 1, desktops.size()));
+    if (onlyShowIn && holds(*onlyShowIn, desktop)) return true;
+    if (holds(notShowIn, desktop)) return false;
+  }
+  return !onlyShowIn;
+}
+
+bool DesktopEntry::canBeStarted(const Environment& environment) const {
+  const auto desktops = environment.find("XDG_CURRENT_DESKTOP");
+  const bool hasProgram = !command.empty() && !command.front().empty();
+  return type == "Application" && !isHidden && hasProgram &&
+         isShownIn(desktops == environment.end() ? "" : desktops->second) &&
+         (tryExec.empty() || findProgram(tryExec, environment));
+}
+
+std::optional<Image> DesktopEntry::image() const {
+  if (icon.empty()) return std::nullopt;
+  return icon.starts_with('/') ? Image::file(icon) : Image::named(icon);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,98 @@
+#include "core/loginitems/SystemEventsItems.h"
+
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "core/catalogue/LoginItem.h"
+#include "core/loginitems/BundledItems.h"
+
+namespace mirvel {
+
+namespace {
+
+// The separators of ASCII that are made for this: no name or path that a person gives holds them.
+constexpr char fieldEnd = '\x1F';
+constexpr char recordEnd = '\x1E';
+
+/// Prints a record of name, path and kind for each item that has the first two. An item that vanishes meanwhile is
+/// passed over, and so is one that tells no path.
+constexpr const char* script =
+    "set fieldEnd to character id 31\n"
+    "set recordEnd to character id 30\n"
+    "set report to \"\"\n"
+    "tell application \"System Events\"\n"
+    "\trepeat with anItem in (get login items)\n"
+    "\t\ttry\n"
+    "\t\t\tset itemName to name of anItem\n"
+    "\t\t\tset itemPath to path of anItem\n"
+    "\t\t\tset itemKind to \"\"\n"
+    "\t\t\ttry\n"
+    "\t\t\t\tif kind of anItem is not missing value then set itemKind to (kind of anItem) as text\n"
+    "\t\t\tend try\n"
+    "\t\t\tif itemName is not missing value and itemPath is not missing value then\n"
+    "\t\t\t\tset report to report & itemName & fieldEnd & itemPath & fieldEnd & itemKind & fieldEnd & recordEnd\n"
+    "\t\t\tend if\n"
+    "\t\tend try\n"
+    "\tend repeat\n"
+    "end tell\n"
+    "return report\n";
+
+/// Deletes the first item that has the name and the path which are the script's arguments.
+constexpr const char* removalScript =
+    "on run arguments\n"
+    "\ttell application \"System Events\"\n"
+    "\t\trepeat with anItem in (get login items)\n"
+    "\t\t\tif name of anItem is item 1 of arguments and path of anItem is item 2 of arguments then\n"
+    "\t\t\t\tdelete anItem\n"
+    "\t\t\t\treturn\n"
+    "\t\t\tend if\n"
+    "\t\tend repeat\n"
+    "\tend tell\n"
+    "end run\n";
+
+/// What stands before the next such end, which is taken off with it; none if there is no end.
+std::optional<std::string_view> takeUntil(char end, std::string_view& text) {
+  const auto at = text.find(end);
+  if (at == std::string_view::npos) return std::nullopt;
+  const std::string_view piece = text.substr(0, at);
+  text.remove_prefix(at + 1);
+  return piece;
+}
+
+std::optional<LoginItems::Listed> itemIn(std::string_view record) {
+  const auto name = takeUntil(fieldEnd, record);
+  const auto path = takeUntil(fieldEnd, record);
+  const auto kind = takeUntil(fieldEnd, record);
+  if (!kind || !record.empty()) return std::nullopt;
+  return LoginItems::Listed{.name = std::string(*name), .path = std::string(*path), .kind = std::string(*kind)};
+}
+
+}  // namespace
+
+SystemEventsItems::SystemEventsItems(ProcessRunner& runner, std::string osascript, std::filesystem::path applications)
+    : m_runner(runner), m_osascript(std::move(osascript)), m_applications(std::move(applications)) {}
+
+std::vector<LoginItems::Listed> SystemEventsItems::listed() {
+  const auto result = m_runner.run(m_osascript, {"-e", script});
+  if (!result || result->exitStatus != 0) return {};
+  std::vector<Listed> items;
+  std::string_view rest = result->output;
+  while (const auto record = takeUntil(recordEnd, rest)) {
+    if (auto item = itemIn(*record)) items.push_back(*std::move(item));
+  }
+  return items;
+}
+
+Result<void> SystemEventsItems::remove(const LoginItem& item) {
+  const auto result = m_runner.run(m_osascript, {"-e", removalScript, item.name, item.path});
+  if (!result) return result.error();
+  if (result->exitStatus == 0) return {};
+  return Error{.code = Error::Code::Io, .message = "System Events: " + result->complaints, .file = item.path};
+}
+
+std::vector<LoginItems::Bundled> SystemEventsItems::bundled() {
+  return bundledItems(m_applications);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,25 @@
+#include "core/ports/Console.h"
+
+#include <cstdio>
+
+namespace mirvel {
+
+namespace {
+
+void writeLine(std::FILE* stream, const std::string& line) {
+  const std::string whole = line + '\n';
+  (void)std::fwrite(whole.data(), 1, whole.size(), stream);  // there is nobody left to tell of a failure
+  (void)std::fflush(stream);
+}
+
+}  // namespace
+
+void StandardConsole::print(const std::string& line) {
+  writeLine(stdout, line);
+}
+
+void StandardConsole::log(const std::string& line) {
+  writeLine(stderr, line);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,152 @@
+#include "core/process/SystemProcessRunner.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "core/process/FileDescriptor.h"
+#include "core/process/SpawnPlan.h"
+
+namespace mirvel {
+
+namespace {
+
+/// A started child; killed and collected at the end of its life unless `wait` or `hasEnded` has collected it.
+class Child {
+ public:
+  explicit Child(pid_t id) : m_id(id) {}
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+  ~Child() {
+    if (m_ended) return;
+    ::kill(m_id, SIGKILL);
+    (void)wait();  // it is gone either way
+  }
+
+  bool hasEnded() { return m_ended || collect(WNOHANG); }
+  int wait() {
+    while (!m_ended && !collect(0)) {
+    }
+    return WIFSIGNALED(m_status) ? 128 + WTERMSIG(m_status) : WEXITSTATUS(m_status);
+  }
+
+ private:
+  bool collect(int options) {
+    const pid_t found = ::waitpid(m_id, &m_status, options);
+    m_ended = found == m_id || (found < 0 && errno != EINTR);
+    return m_ended;
+  }
+
+  pid_t m_id;
+  int m_status = 0;
+  bool m_ended = false;
+};
+
+/// The reading ends of a child's two outputs, and what has come from them.
+class Outputs {
+ public:
+  Outputs(FileDescriptor output, FileDescriptor complaints, std::size_t maximum)
+      : m_files{std::move(output), std::move(complaints)}, m_room(maximum) {
+    for (const auto& file : m_files) ::fcntl(file.number(), F_SETFL, O_NONBLOCK);
+  }
+
+  bool areOpen() const { return m_files[0] || m_files[1]; }
+  bool isOverfull() const { return m_overfull; }
+  std::string text(std::size_t which) { return std::move(m_texts[which]); }
+
+  /// Takes what is there, or what comes within that time.
+  void take(int milliseconds) {
+    std::array<pollfd, 2> waiting{};
+    for (std::size_t i = 0; i < m_files.size(); ++i) {
+      waiting[i] = {.fd = m_files[i].number(), .events = POLLIN, .revents = 0};
+    }
+    int ready = -1;
+    do {
+      ready = ::poll(waiting.data(), waiting.size(), milliseconds);
+    } while (ready < 0 && errno == EINTR);
+    for (std::size_t i = 0; i < m_files.size(); ++i) {
+      if (waiting[i].revents != 0) drain(i);
+    }
+  }
+
+ private:
+  void drain(std::size_t which) {
+    std::array<char, 65536> buffer;
+    while (!m_overfull) {
+      const ssize_t count = ::read(m_files[which].number(), buffer.data(), buffer.size());
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0 && errno == EAGAIN) return;
+      if (count <= 0) return m_files[which].reset();
+      keep(which, {buffer.data(), static_cast<std::size_t>(count)});
+    }
+  }
+
+  void keep(std::size_t which, std::string_view bytes) {
+    m_overfull = bytes.size() > m_room;
+    if (m_overfull) return;
+    m_room -= bytes.size();
+    m_texts[which] += bytes;
+  }
+
+  std::array<FileDescriptor, 2> m_files;
+  std::array<std::string, 2> m_texts;
+  std::size_t m_room;
+  bool m_overfull = false;
+};
+
+bool holdsNull(const std::string& text) {
+  return text.find('\0') != std::string::npos;
+}
+
+/// Until both outputs end, or the tool has ended and left them open to a process of its own.
+void takeAll(Outputs& outputs, Child& child) {
+  constexpr int patience = 100;  // milliseconds between two looks at the tool
+  while (outputs.areOpen() && !outputs.isOverfull()) {
+    const bool ended = child.hasEnded();
+    outputs.take(ended ? 0 : patience);
+    if (ended) return;
+  }
+}
+
+Error tooMuch(const std::string& program, std::size_t maximum) {
+  return {.code = Error::Code::LimitExceeded,
+          .message = "it prints more than " + std::to_string(maximum) + " bytes",
+          .file = program};
+}
+
+Error badArgument(const std::string& program) {
+  return {.code = Error::Code::BadArgument, .message = "an argument holds a null character", .file = program};
+}
+
+}  // namespace
+
+Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const std::vector<std::string>& arguments) {
+  if (holdsNull(program) || std::any_of(arguments.begin(), arguments.end(), holdsNull)) return badArgument(program);
+  Pipe output = Pipe::make();
+  Pipe complaints = Pipe::make();
+  if (!output || !complaints) return systemError(errno, "run", program);
+  SpawnPlan plan;
+  pid_t id = 0;
+  int failure = plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  if (failure == 0) failure = plan.give(output.write.number(), STDOUT_FILENO);
+  if (failure == 0) failure = plan.give(complaints.write.number(), STDERR_FILENO);
+  if (failure == 0) failure = plan.resetSignals();
+  if (failure == 0) failure = plan.start(id, program, arguments, m_environment);
+  if (failure != 0) return systemError(failure, "run", program);
+
+  Child child(id);
+  output.write.reset();
+  complaints.write.reset();
+  Outputs outputs(std::move(output.read), std::move(complaints.read), m_maximumOutput);
+  takeAll(outputs, child);
+  if (outputs.isOverfull()) return tooMuch(program, m_maximumOutput);
+  const int status = child.wait();
+  return ProcessResult{.exitStatus = status, .output = outputs.text(0), .complaints = outputs.text(1)};
+}
+
+}  // namespace mirvel

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "core/base/Signal.h"
+
+namespace mirvel {
+
+/// Counts what is in progress, of one sort. Each piece of work holds a token for as long as it runs, so that the end of
+/// one never ends another. For the main thread.
+class Busy {
+  struct State {
+    int count = 0;
+    Signal<> changed = {};
+  };
+
+ public:
+  /// One piece of work; over when the token is destroyed, released or assigned to. May outlive the `Busy`.
+  class Token {
+   public:
+    Token() = default;
+    Token(Token&& other) noexcept : m_state(std::exchange(other.m_state, {})) {}
+    Token& operator=(Token&& other) noexcept {
+      const Token before(std::move(*this));
+      m_state = std::exchange(other.m_state, {});
+      return *this;
+    }
+    Token(const Token&) = delete;
+    Token& operator=(const Token&) = delete;
+    ~Token() { release(); }
+
+    void release() {
+      const auto state = std::exchange(m_state, {}).lock();
+      if (state && --state->count == 0) state->changed.post();
+    }
+
+   private:
+    friend class Busy;
+    explicit Token(const std::shared_ptr<State>& state) : m_state(state) {}
+    std::weak_ptr<State> m_state;
+  };
+
+  Busy() = default;
+  Busy(const Busy&) = delete;
+  Busy& operator=(const Busy&) = delete;
+
+  [[nodiscard]] Token begin() {
+    Token token(m_state);
+    if (++m_state->count == 1) m_state->changed.post();
+    return token;
+  }
+  bool isBusy() const { return m_state->count > 0; }
+  /// Posted when the first piece of work begins and when the last one ends.
+  Signal<>& changed() { return m_state->changed; }
+
+ private:
+  std::shared_ptr<State> m_state = std::make_shared<State>();
+};
+
+}  // namespace mirvel

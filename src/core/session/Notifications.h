@@ -1,0 +1,16 @@
+#pragma once
+
+#include "core/base/Signal.h"
+
+namespace mirvel {
+
+/// What parts of the program tell to whoever listens. For the main thread.
+struct Notifications {
+  Signal<> loadingChanged;    ///< a scan started or ended
+  Signal<> jobsUpdated;       ///< a changed catalogue is published
+  Signal<> rootChanged;       ///< the job being edited is to run as root from now on
+  Signal<> hostChanged;       ///< the host of the user's jobs can't be started, or can again
+  Signal<> appStatusChanged;  ///< the application became the active one, or stopped being it
+};
+
+}  // namespace mirvel

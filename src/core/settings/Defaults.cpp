@@ -1,0 +1,100 @@
+#include "core/settings/Defaults.h"
+
+#include <array>
+
+namespace mirvel {
+
+namespace {
+
+struct Registered {
+  std::string_view key;
+  Defaults::Value value;
+};
+
+constexpr std::array table{
+    Registered{Defaults::Key::showSystemJobs, false},
+    Registered{Defaults::Key::showInternalHelpers, false},
+    Registered{Defaults::Key::automaticHelp, true},
+    Registered{Defaults::Key::automaticPATH, true},
+    Registered{Defaults::Key::runAgent, false},
+    Registered{Defaults::Key::numberOfSavedRevisions, std::int64_t{10}},
+    Registered{Defaults::Key::selectedMode, std::int64_t{0}},
+    Registered{"Exceptions", std::string_view()},
+    Registered{Defaults::Key::preferFullScreen, false},
+    Registered{"PreferencesTab", std::int64_t{0}},
+    Registered{"Resume", true},
+    Registered{Defaults::Key::hasManuallyChangedTheme, false},
+    Registered{Defaults::Key::showTitleBar, false},
+    Registered{Defaults::Key::notificationTab, std::int64_t{0}},
+    Registered{Defaults::Key::logLength, std::int64_t{0}},
+    Registered{Defaults::Key::logPeriod, std::int64_t{1}},
+    Registered{Defaults::Key::firstMirvelLaunch, true},
+    Registered{Defaults::Key::editSystemJobs, false},
+    Registered{Defaults::Key::automaticallyCheckForUpdate, true},
+    Registered{Defaults::Key::showInvalidData, true},
+};
+
+template <typename T>
+T registeredOr(std::string_view key, T otherwise) {
+  const auto found = Defaults::registered(key);
+  const T* value = found ? std::get_if<T>(&*found) : nullptr;
+  return value ? *value : otherwise;
+}
+
+}  // namespace
+
+std::optional<Defaults::Value> Defaults::registered(std::string_view key) {
+  for (const Registered& row : table) {
+    if (row.key == key) return row.value;
+  }
+  return std::nullopt;
+}
+
+bool Defaults::boolean(std::string_view key) const {
+  const propertylist::Value* value = m_file.find(key);
+  const bool* stored = value ? value->as<bool>() : nullptr;
+  return stored ? *stored : registeredOr(key, false);
+}
+
+std::int64_t Defaults::integer(std::string_view key) const {
+  const propertylist::Value* value = m_file.find(key);
+  const propertylist::Integer* stored = value ? value->as<propertylist::Integer>() : nullptr;
+  const auto number = stored ? stored->toInt64() : std::nullopt;
+  return number ? *number : registeredOr(key, std::int64_t{0});
+}
+
+std::optional<std::string> Defaults::text(std::string_view key) const {
+  const propertylist::Value* value = m_file.find(key);
+  const std::string* stored = value ? value->as<std::string>() : nullptr;
+  return stored ? std::optional(*stored) : std::nullopt;
+}
+
+Result<void> Defaults::setText(std::string_view key, std::string value) {
+  return m_file.set(std::string(key), std::move(value));
+}
+
+std::optional<std::vector<std::int64_t>> Defaults::expandedGroups() const {
+  const propertylist::Value* value = m_file.find(Key::expandedGroups);
+  const propertylist::Array* stored = value ? value->as<propertylist::Array>() : nullptr;
+  if (!stored) return std::nullopt;
+  std::vector<std::int64_t> kinds;
+  for (const propertylist::Value& element : *stored) {
+    const propertylist::Integer* kind = element.as<propertylist::Integer>();
+    if (const auto number = kind ? kind->toInt64() : std::nullopt) kinds.push_back(*number);
+  }
+  return kinds;
+}
+
+Result<void> Defaults::setExpandedGroups(const std::vector<std::int64_t>& kinds) {
+  return m_file.set(std::string(Key::expandedGroups), propertylist::Array(kinds.begin(), kinds.end()));
+}
+
+Result<void> Defaults::set(std::string_view key, bool value) {
+  return m_file.set(std::string(key), value);
+}
+
+Result<void> Defaults::set(std::string_view key, std::int64_t value) {
+  return m_file.set(std::string(key), value);
+}
+
+}  // namespace mirvel

@@ -1,0 +1,244 @@
+#include "core/settings/Store.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include "core/files/PrivateFolder.h"
+#include "core/files/ReadFile.h"
+#include "core/files/ReplaceFile.h"
+#include "core/process/FileDescriptor.h"
+#include "core/propertylist/Encoding.h"
+#include "core/propertylist/Reader.h"
+#include "core/propertylist/Writer.h"
+
+namespace mirvel {
+
+void StoreTroubles::report(StoreTrouble trouble) {
+  if (m_listener) return m_listener(trouble);
+  m_waiting.push_back(std::move(trouble));
+}
+
+void StoreTroubles::setListener(Listener listener) {
+  m_listener = std::move(listener);
+  if (!m_listener) return;
+  for (const StoreTrouble& trouble : std::exchange(m_waiting, {})) m_listener(trouble);
+}
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// All zero where there is no file.
+struct stat statusOf(const fs::path& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return {};
+  return status;
+}
+
+auto times(const struct stat& status) {
+#ifdef __APPLE__
+  return std::pair(status.st_mtimespec, status.st_ctimespec);
+#else
+  return std::pair(status.st_mtim, status.st_ctim);
+#endif
+}
+
+bool sameTime(const timespec& a, const timespec& b) {
+  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+bool sameVersion(const struct stat& a, const struct stat& b) {
+  const auto [modifiedA, changedA] = times(a);
+  const auto [modifiedB, changedB] = times(b);
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size && sameTime(modifiedA, modifiedB) &&
+         sameTime(changedA, changedB);
+}
+
+/// Takes a free name by making an empty file of that name, so that nothing that lies there is overwritten.
+Result<fs::path> reserveName(const fs::path& path) {
+  constexpr int mostNames = 10000;
+  for (int number = 1; number < mostNames; ++number) {
+    fs::path name = path;
+    name += ".damaged-" + std::to_string(number);
+    const FileDescriptor file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    if (file) return name;
+    if (errno != EEXIST) return systemError(errno, "set the damaged file aside", path.string());
+  }
+  return systemError(EEXIST, "set the damaged file aside", path.string());
+}
+
+bool holds(std::string_view bytes, const propertylist::Value& value) {
+  const auto document = propertylist::read(bytes);
+  return document && document->value() == value;
+}
+
+/// In XML, which can be mended by hand. What XML doesn't give back as it was, such as text with control characters,
+/// goes into the binary form.
+std::string bytesOf(const propertylist::Dictionary& dictionary) {
+  auto xml = propertylist::writeXml(dictionary);
+  return xml && holds(*xml, dictionary) ? *std::move(xml) : propertylist::writeBinary(dictionary);
+}
+
+}  // namespace
+
+const propertylist::Dictionary& Store::contents() {
+  if (!m_loaded || !sameVersion(*m_loaded, statusOf(m_path))) {
+    (void)read();  // a file that can't be read is empty, which has been reported
+    applyChanges();
+  }
+  return m_contents;
+}
+
+Result<void> Store::refresh() {
+  auto asItIs = read();
+  applyChanges();
+  return asItIs;
+}
+
+void Store::put(const std::string& key, std::optional<propertylist::Value> value) {
+  m_changes[key] = std::move(value);
+  applyChanges();
+}
+
+Result<void> Store::set(const std::string& key, std::optional<propertylist::Value> value) {
+  put(key, std::move(value));
+  return write();
+}
+
+/// Whether they change anything.
+bool Store::applyChanges() {
+  bool isChanged = false;
+  for (const auto& [key, value] : m_changes) {
+    const propertylist::Value* const old = std::as_const(m_contents).find(key);
+    if (value ? old && *old == *value : !old) continue;
+    isChanged = true;
+    if (value) {
+      m_contents.set(key, *value);
+    } else {
+      m_contents.remove(key);
+    }
+  }
+  return isChanged;
+}
+
+Result<void> Store::write() {
+  auto asItIs = read();
+  const bool isChanged = applyChanges();
+  if (!asItIs) return asItIs;
+  if (isChanged) {
+    m_loaded.reset();
+    if (auto written = replace(); !written) {
+      report(StoreTrouble::Kind::Unwritten, written.error(), m_toldOfWriting);
+      return written;
+    }
+    m_toldOfWriting.clear();
+  }
+  m_changes.clear();
+  return {};
+}
+
+Result<void> Store::replace() {
+  if (auto made = makePrivateFolder(m_path.parent_path()); !made) return made;
+  const std::string bytes = bytesOf(m_contents);
+  if (bytes.size() > largestFile) {
+    return Error{.code = Error::Code::LimitExceeded, .message = "it would become too large", .file = m_path.string()};
+  }
+  // It may repeat what stands in files that only the user can read.
+  return replaceFile(m_path, bytes, privateFile);
+}
+
+Result<void> Store::clear() {
+  if (auto asItIs = read(); !asItIs) {
+    applyChanges();
+    return asItIs;
+  }
+  std::error_code failure;
+  fs::remove(m_path, failure);
+  m_loaded.reset();
+  if (failure) {
+    auto error = systemError(failure.value(), "remove the file", m_path.string());
+    report(StoreTrouble::Kind::Unwritten, error, m_toldOfWriting);
+    return error;
+  }
+  m_changes.clear();
+  return {};
+}
+
+Result<void> Store::read() {
+  m_contents = {};
+  m_loaded = statusOf(m_path);  // before reading: a change in between is then seen as one
+  const auto bytes = readFile(m_path, largestFile);
+  Result<void> result;
+  if (bytes) {
+    result = takeDictionary(*bytes);
+  } else if (bytes.error().code != Error::Code::NotFound) {
+    result = bytes.error();
+  }
+  if (result) {
+    m_toldOfReading.clear();
+  } else {
+    report(StoreTrouble::Kind::Unread, result.error(), m_toldOfReading);
+  }
+  return result;
+}
+
+Result<void> Store::takeDictionary(const std::string& bytes) {
+  const auto document = propertylist::read(bytes);
+  Error damage{.code = Error::Code::Malformed, .message = "it holds no dictionary", .file = m_path.string()};
+  if (document) {
+    propertylist::Value value = document->value();
+    if (auto* dictionary = value.as<propertylist::Dictionary>()) {
+      m_contents = std::move(*dictionary);
+      return {};
+    }
+  } else {
+    damage = document.error();
+    damage.code = Error::Code::Malformed;
+    damage.file = m_path.string();
+  }
+  if (m_damaged == Damaged::SetAside) return setAside(damage);
+  return damage;
+}
+
+Result<void> Store::setAside(const Error& damage) {
+  m_contents = {};
+  const auto name = reserveName(m_path);
+  if (!name) return name.error();
+  std::error_code failure;
+  fs::rename(m_path, *name, failure);
+  if (failure) {
+    std::error_code ignored;
+    fs::remove(*name, ignored);
+    return systemError(failure.value(), "set the damaged file aside", m_path.string());
+  }
+  m_loaded.reset();
+  if (m_troubles) m_troubles->report({.kind = StoreTrouble::Kind::Damaged, .error = damage, .rescue = *name});
+  return {};
+}
+
+void Store::report(StoreTrouble::Kind kind, const Error& error, std::string& told) const {
+  if (std::string text = error.text(); text != std::exchange(told, text) && m_troubles) {
+    m_troubles->report({.kind = kind, .error = error});
+  }
+}
+
+std::string storeKey(const URL& url) {
+  const std::string& path = url.text();
+  if (propertylist::isUtf8(path)) return path;
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string key;
+  for (const char character : path) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte < 0x80) {
+      key += character;
+    } else {
+      key.append({'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]});
+    }
+  }
+  return key;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,77 @@
+#include "helpers/jobfiles/JobFiles.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "core/catalogue/JobFolder.h"
+#include "core/propertylist/Reader.h"
+
+namespace mirvel {
+
+bool JobFiles::isForJobs(const std::filesystem::path& file) const {
+  std::error_code failure;
+  return !std::filesystem::is_directory(file, failure);
+}
+
+Result<void> JobFiles::writeThenRemove(const std::filesystem::path& from, const std::filesystem::path& to,
+                                       std::string_view content, mode_t mostOpen) {
+  namespace fs = std::filesystem;
+  const auto before = read(to);
+  std::error_code failure;
+  const bool isThere = fs::exists(fs::symlink_status(to, failure));
+  const bool isTarget = fs::is_symlink(from, failure) && fs::equivalent(from, to, failure);
+  if (isThere && !isTarget) return systemError(EEXIST, "write", to.string());
+  if (auto written = write(to, content, mostOpen); !written) return written;
+  auto removed = remove(from);
+  if (removed) return {};
+  const auto takenBack = before ? write(to, *before, mostOpen) : remove(to);
+  if (takenBack) return removed;
+  Error error = removed.error();
+  error.message += "; the new file " + to.string() + " stays";
+  return error;
+}
+
+Result<void> checkLabel(std::string_view label) {
+  constexpr std::size_t longest = 1024;
+  const auto refuse = [](const char* why) { return Error{.code = Error::Code::BadArgument, .message = why}; };
+  if (label.empty()) return refuse("an empty label names no job");
+  if (label.size() > longest) return refuse("the label is too long");
+  for (const char c : label) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) return refuse("the label holds a control character");
+  }
+  return {};
+}
+
+Result<std::string> labelOf(std::string_view content) {
+  if (content.size() > JobFolder::largestFile) {
+    return Error{.code = Error::Code::LimitExceeded, .message = "it is too large for a job file"};
+  }
+  const auto document = propertylist::read(content);
+  if (!document) return document.error();
+  const propertylist::Value value = document->value();
+  const auto* job = value.as<propertylist::Dictionary>();
+  if (!job) return Error{.code = Error::Code::WrongType, .message = "it is no dictionary, as a job file must be"};
+  const auto* found = job->find("Label");
+  const auto* label = found ? found->as<std::string>() : nullptr;
+  if (!label || label->empty()) {
+    return Error{.code = Error::Code::MissingKey, .message = "it has no Label, which names a job"};
+  }
+  if (auto checked = checkLabel(*label); !checked) return checked.error();
+  return *label;
+}
+
+bool mayBeLoadedFrom(const std::filesystem::path& loaded, const std::filesystem::path& file) {
+  std::error_code failure;
+  return !std::filesystem::exists(loaded, failure) ||
+         std::filesystem::weakly_canonical(loaded, failure) == std::filesystem::weakly_canonical(file, failure);
+}
+
+bool isSameEntry(const std::filesystem::path& a, const std::filesystem::path& b) {
+  struct stat first {
+  }, second{};
+  if (::lstat(a.c_str(), &first) != 0 || ::lstat(b.c_str(), &second) != 0) return false;
+  return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+}  // namespace mirvel

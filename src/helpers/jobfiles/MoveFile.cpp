@@ -1,0 +1,47 @@
+#include "helpers/jobfiles/MoveFile.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+namespace mirvel {
+
+namespace {
+
+/// rename(2) that replaces nothing; 0 or an errno value. File systems that don't know how are looked at first: only a
+/// process of the same user could make a file of that name in between.
+int renameExclusively(const FileIn& from, const FileIn& to) {
+  const std::string old = from.path.filename(), name = to.path.filename();
+#ifdef __APPLE__
+  const int result = ::renameatx_np(from.folder, old.c_str(), to.folder, name.c_str(), RENAME_EXCL);
+#else
+  const int result = ::renameat2(from.folder, old.c_str(), to.folder, name.c_str(), RENAME_NOREPLACE);
+#endif
+  if (result == 0) return 0;
+  if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) return errno;
+  struct stat status {};
+  if (::fstatat(to.folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
+  return ::renameat(from.folder, old.c_str(), to.folder, name.c_str()) == 0 ? 0 : errno;
+}
+
+}  // namespace
+
+std::optional<Result<void>> moveFile(const FileIn& from, const FileIn& to, std::string_view content,
+                                     const std::optional<OwnerAndMode>& fixed) {
+  const int failure = renameExclusively(from, to);
+  if (failure == EXDEV) return std::nullopt;
+  if (failure != 0) return Result<void>(systemError(failure, "write", to.path.string()));
+  FileCalls calls;
+  auto written = replaceFileIn(to.folder, to.path, content, fixed, calls);
+  if (!written && renameExclusively(to, from) != 0) {
+    Error error = written.error();
+    error.message += "; the file is at its new place now, with the content that it had";
+    written = error;
+  }
+  (void)calls.sync(from.folder);  // if power fails before the system does it, the file is there under both names
+  return written;
+}
+
+}  // namespace mirvel

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "core/commands/CommandRepairs.h"
+#include "support/FakeInterface.h"
+#include "support/FakeWhich.h"
+#include "support/TestData.h"
+
+namespace mirvel {
+
+/// Command repairs for the home folder /Users/x, over fakes and defaults of their own.
+struct RepairsFixture : testing::Test {
+  testdata::TemporaryFolder folder;
+  Defaults defaults{folder.path() / "defaults.plist"};
+  Localize localize{"en"};
+  Commands commands;
+  testdata::FakeInterface interface { defaults, localize };
+  testdata::FakeWhich which;
+  CommandRepairs repairs{defaults, commands, interface, which, localize, "/Users/x"};
+};
+
+}  // namespace mirvel

@@ -1,0 +1,103 @@
+#include "core/explain/NextRuns.h"
+
+#include <gtest/gtest.h>
+
+namespace mirvel {
+namespace {
+
+using namespace std::chrono;
+using Interval = jobfile::StartCalendarInterval::Interval;
+
+/// Some versions of the locale data have a narrow blank before "AM".
+std::string withPlainBlanks(std::string text) {
+  const std::string narrow = "\u202f";
+  for (auto at = text.find(narrow); at != std::string::npos; at = text.find(narrow))
+    text.replace(at, narrow.size(), " ");
+  return text;
+}
+
+struct Schedule {
+  std::optional<std::int64_t> seconds = {};
+  std::optional<std::vector<Interval>> intervals = {};
+};
+
+std::optional<std::string> textOf(const Schedule& schedule, sys_seconds now, const char* locale = "en_US",
+                                  const char* zone = "UTC") {
+  const Localize localize(locale);
+  const MomentTexts texts(localize, zone);
+  jobfile::Plist record;
+  record.startInterval = schedule.seconds;
+  if (schedule.intervals) record.startCalendarInterval = {.intervals = *schedule.intervals};
+  const auto text = nextRunsText(record, now, texts);
+  return text ? std::optional(withPlainBlanks(*text)) : std::nullopt;
+}
+
+constexpr sys_seconds sundayEvening = sys_days(2026y / 11 / 22) + 20h + 5min;
+
+TEST(NextRunsTest, TheNextTwoRunsAreNamedAsOneSaysThem) {
+  const std::pair<Schedule, std::optional<std::string>> table[] = {
+      {{}, std::nullopt},
+      {{{}, {{{.minute = 0, .hour = 9}}}}, "Next: tomorrow 9:00 AM, then Tuesday 9:00 AM"},
+      {{{}, {{{.minute = 6, .hour = 20}}}}, "Next: today 8:06 PM, then tomorrow 8:06 PM"},
+      {{{}, {{{.minute = 5, .hour = 20}}}}, "Next: tomorrow 8:05 PM, then Tuesday 8:05 PM"},
+      {{{}, {{{.minute = 0, .hour = 9, .weekday = 6}}}}, "Next: Saturday 9:00 AM, then Dec 5, 9:00 AM"},
+      {{{}, {{{.minute = 0, .hour = 9, .weekday = 0}}}}, "Next: Nov 29, 9:00 AM, then Dec 6, 9:00 AM"},
+      {{{}, {{{.minute = 0, .hour = 0, .day = 31}}}}, "Next: Dec 31, 12:00 AM, then Jan 31, 2027, 12:00 AM"},
+      {{{}, {{{.minute = 30}}}}, "Next: today 8:30 PM, then today 9:30 PM"},
+      {{{}, {{{.minute = 0, .hour = 12, .weekday = 5}, {.minute = 0, .hour = 7, .weekday = 3}}}},
+       "Next: Wednesday 7:00 AM, then Friday 12:00 PM"},
+      {{{}, {{{.minute = 0, .hour = 12, .day = 29, .month = 2}}}},
+       "Next: Feb 29, 2028, 12:00 PM, then Feb 29, 2032, 12:00 PM"},
+      {{{}, {{{.minute = 0, .hour = 12, .day = 31, .month = 2}}}}, "It will never run on this schedule"},
+      {{{}, {{{.minute = 60}}}}, "It will never run on this schedule"},
+      {{{}, std::vector<Interval>{}}, "It will never run on this schedule"},
+      {{{}, std::vector<Interval>{{}}}, "Next: today 8:06 PM, then today 8:07 PM"},
+      {{7200, {}}, "Every 2 hours, counted from when the job is loaded"},
+      {{0, {}}, "It will never run on this schedule"},
+      {{60, {{{.minute = 0, .hour = 9}}}},
+       "Next: tomorrow 9:00 AM, then Tuesday 9:00 AM\nEvery minute, counted from when the job is loaded"},
+      {{60, {{{.minute = 60}}}}, "Every minute, counted from when the job is loaded"},
+      {{-5, {{{.minute = 0, .hour = 9}}}}, "Next: tomorrow 9:00 AM, then Tuesday 9:00 AM"},
+  };
+  for (const auto& [schedule, text] : table) {
+    EXPECT_EQ(textOf(schedule, sundayEvening), text) << "row " << &schedule - &table[0].first;
+  }
+}
+
+TEST(NextRunsTest, MomentsAreThoseOfTheLanguageAndTheZone) {
+  const Schedule atNine{{}, {{{.minute = 0, .hour = 9}}}};
+  const Schedule onChristmas{{}, {{{.minute = 0, .hour = 21, .day = 24, .month = 12}}}};
+  const struct {
+    Schedule schedule;
+    const char* locale;
+    const char* zone;
+    const char* text;
+  } table[] = {
+      {atNine, "de_DE", "Europe/Berlin", "Next: morgen, 09:00, then Dienstag, 09:00"},
+      {onChristmas, "de_DE", "Europe/Berlin", "Next: 24. Dez., 21:00, then 24. Dez. 2027, 21:00"},
+      {atNine, "fr_FR", "Europe/Paris", "Next: demain 09:00, then mardi 09:00"},
+      {atNine, "en_US", "Asia/Tokyo", "Next: today 9:00 AM, then tomorrow 9:00 AM"},
+      {atNine, "en_US", "No/Where", "Next: tomorrow 9:00 AM, then Tuesday 9:00 AM"},
+  };
+  for (const auto& row : table) {
+    EXPECT_EQ(textOf(row.schedule, sundayEvening, row.locale, row.zone), row.text) << row.locale << ' ' << row.zone;
+  }
+}
+
+TEST(NextRunsTest, ATimeThatIsSkippedWaitsAndOneThatComesTwiceRunsOnce) {
+  const Schedule halfPastTwo{{}, {{{.minute = 30, .hour = 2}}}};
+  const std::pair<sys_seconds, const char*> table[] = {
+      {sys_days(2026y / 3 / 28) + 12h, "Next: Monday 2:30 AM, then Tuesday 2:30 AM"},       // skipped on Sunday
+      {sys_days(2026y / 10 / 25), "Next: today 2:30 AM, then tomorrow 2:30 AM"},            // twice on Sunday
+      {sys_days(2026y / 10 / 25) + 45min, "Next: tomorrow 2:30 AM, then Tuesday 2:30 AM"},  // between the two
+  };
+  for (const auto& [now, text] : table) EXPECT_EQ(textOf(halfPastTwo, now, "en_US", "Europe/Berlin"), text);
+}
+
+TEST(NextRunsTest, TheLeapDayIsFoundOverTheTurnOfACentury) {
+  const Schedule leapDay{{}, {{{.minute = 0, .hour = 0, .day = 29, .month = 2}}}};
+  EXPECT_EQ(textOf(leapDay, sys_days(2096y / 3 / 1)), "Next: Feb 29, 2104, 12:00 AM, then Feb 29, 2108, 12:00 AM");
+}
+
+}  // namespace
+}  // namespace mirvel

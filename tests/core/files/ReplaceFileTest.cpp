@@ -1,0 +1,235 @@
+#include "core/files/ReplaceFile.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "core/process/FileDescriptor.h"
+#include "support/AccessList.h"
+#include "support/TestData.h"
+
+namespace mirvel {
+namespace {
+
+namespace fs = std::filesystem;
+using testdata::bytes;
+using testdata::TemporaryFolder;
+using testing::UnorderedElementsAre;
+
+std::vector<std::string> namesIn(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
+  return names;
+}
+
+mode_t modeOf(const fs::path& path) {
+  struct stat status {};
+  EXPECT_EQ(::stat(path.c_str(), &status), 0);
+  return status.st_mode & 07777U;
+}
+
+/// Fails one call of many, counted from 1, and writes at most three bytes at a time.
+class FailingCalls : public FileCalls {
+ public:
+  explicit FailingCalls(int failing) : m_failing(failing) {}
+  bool renamed() const { return m_renamed; }
+  bool failed() const { return m_count >= m_failing; }
+
+  int create(int folder, const char* name, mode_t mode) override {
+    return fails() ? -1 : FileCalls::create(folder, name, mode);
+  }
+  ssize_t write(int file, const char* data, std::size_t count) override {
+    return fails() ? -1 : FileCalls::write(file, data, std::min<std::size_t>(count, 3));
+  }
+  int setMode(int file, mode_t mode) override { return fails() ? -1 : FileCalls::setMode(file, mode); }
+  int sync(int file) override { return fails() ? -1 : FileCalls::sync(file); }
+  int close(int file) override { return FileCalls::close(file) + (fails() ? -1 : 0); }
+  int rename(int folder, const char* from, const char* to) override {
+    if (fails()) return -1;
+    m_renamed = true;
+    return FileCalls::rename(folder, from, to);
+  }
+
+ private:
+  bool fails() {
+    errno = ENOSPC;
+    return ++m_count == m_failing;
+  }
+
+  int m_failing;
+  int m_count = 0;
+  bool m_renamed = false;
+};
+
+TEST(ReplaceFileTest, AFailureAtAnyStepLeavesTheOldFileAndNothingElse) {
+  const TemporaryFolder folder;
+  int step = 1;
+  for (bool failed = true; failed; ++step) {
+    const fs::path file = folder.write("job.plist", "old");
+    FailingCalls calls(step);
+    const auto result = replaceFile(file, "new content", calls);
+    failed = calls.failed();
+    EXPECT_EQ(static_cast<bool>(result), !failed) << "step " << step;
+    EXPECT_EQ(bytes(file), calls.renamed() ? "new content" : "old") << "step " << step;
+    EXPECT_THAT(namesIn(folder.path()), UnorderedElementsAre("job.plist")) << "step " << step;
+    ASSERT_LT(step, 100);
+  }
+  EXPECT_EQ(step - 2, 10);  // create, four writes, mode, flush, close, rename, flush of the folder
+}
+
+TEST(ReplaceFileTest, InterruptedAndTakenNamesAreTriedAgain) {
+  class Troubled : public FileCalls {
+   public:
+    int create(int folder, const char* name, mode_t mode) override {
+      errno = EEXIST;
+      return ++m_creations < 3 ? -1 : FileCalls::create(folder, name, mode);
+    }
+    ssize_t write(int file, const char* data, std::size_t count) override {
+      errno = EINTR;
+      return ++m_writes % 2 == 1 ? -1 : FileCalls::write(file, data, std::min<std::size_t>(count, 2));
+    }
+
+   private:
+    int m_creations = 0;
+    int m_writes = 0;
+  };
+  const TemporaryFolder folder;
+  Troubled calls;
+  ASSERT_TRUE(replaceFile(folder.path() / "a", "content", calls));
+  EXPECT_EQ(bytes(folder.path() / "a"), "content");
+}
+
+TEST(ReplaceFileTest, ModeIsKept) {
+  const TemporaryFolder folder;
+  const mode_t before = ::umask(0077);
+  for (const mode_t mode : {0600U, 0755U, 0664U}) {
+    const fs::path file = folder.write("kept", "old");
+    ASSERT_EQ(::chmod(file.c_str(), mode), 0);
+    EXPECT_TRUE(replaceFile(file, "new"));
+    EXPECT_EQ(modeOf(file), mode);
+  }
+  ::umask(before);
+}
+
+TEST(ReplaceFileTest, NewFilesHaveWhatTheUmaskLeavesAndAreNeverForOthersToWrite) {
+  struct Row {
+    mode_t umask;
+    mode_t mode;
+  };
+  const TemporaryFolder folder;
+  for (const Row& row : {Row{0000, 0644}, Row{0002, 0644}, Row{0022, 0644}, Row{0027, 0640}, Row{0077, 0600}}) {
+    const fs::path file = folder.path() / ("made with " + std::to_string(row.umask));
+    const mode_t before = ::umask(row.umask);
+    EXPECT_TRUE(replaceFile(file, "new"));
+    ::umask(before);
+    EXPECT_EQ(modeOf(file), row.mode) << row.umask;
+  }
+}
+
+TEST(ReplaceFileTest, NobodyReadsTheNewContentOfAPrivateFileWhileItIsWritten) {
+  class Looking : public FileCalls {
+   public:
+    mode_t seen = 0;
+    ssize_t write(int file, const char* data, std::size_t count) override {
+      struct stat status {};
+      if (::fstat(file, &status) == 0) seen |= status.st_mode & 07777U;
+      return FileCalls::write(file, data, count);
+    }
+  };
+  const TemporaryFolder folder;
+  const fs::path file = folder.write("private", "old");
+  ASSERT_EQ(::chmod(file.c_str(), 0600), 0);
+  Looking calls;
+  EXPECT_TRUE(replaceFile(file, "secret", calls));
+  EXPECT_EQ(calls.seen, 0600U);
+}
+
+#ifdef __linux__
+TEST(ReplaceFileTest, AnAccessListThatIsNotKeptMakesNoFileMoreOpen) {
+  const TemporaryFolder folder;
+  const fs::path file = folder.write("listed", "old");
+  const testdata::AccessList list{.owner = 6, .user = 4, .group = 0, .mask = 4, .others = 0};
+  if (!list.setOn(file, 1234)) GTEST_SKIP() << "there are no access lists here";
+  ASSERT_EQ(modeOf(file), 0640U) << "the mask, where the group has nothing";
+  const FileDescriptor open(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  FileCalls calls;
+  const OwnerAndMode owner{.user = ::geteuid(), .group = ::getegid(), .mode = 0644};
+  ASSERT_TRUE(replaceFileIn(open.number(), file, "new", owner, calls));
+  EXPECT_EQ(modeOf(file), 0600U);
+}
+#endif
+
+TEST(ReplaceFileTest, OwnerAndExtendedAttributesAreKept) {
+  const TemporaryFolder folder;
+  const fs::path file = folder.write("kept", "old");
+  if (::setxattr(file.c_str(), "user.note", "mine", 4, 0) != 0) GTEST_SKIP() << "no extended attributes here";
+  const bool isRoot = ::geteuid() == 0;  // nobody else may give a file away
+  const int given = isRoot ? ::chown(file.c_str(), 1234, 4321) : 0;
+  ASSERT_EQ(given, 0);
+  ASSERT_TRUE(replaceFile(file, "new"));
+  std::string note(4, ' ');
+  EXPECT_EQ(::getxattr(file.c_str(), "user.note", note.data(), note.size()), 4);
+  EXPECT_EQ(note, "mine");
+  struct stat status {};
+  ASSERT_EQ(::stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, isRoot ? 1234 : ::geteuid());
+  EXPECT_EQ(status.st_gid, isRoot ? 4321 : ::getegid());
+}
+
+TEST(ReplaceFileTest, LinksStayLinksAndTheirTargetsAreReplaced) {
+  const TemporaryFolder folder;
+  folder.write("real/target", "old");
+  fs::create_symlink("real/target", folder.path() / "relative");
+  fs::create_symlink(folder.path() / "relative", folder.path() / "chained");
+  fs::create_symlink("real/missing", folder.path() / "dangling");
+  fs::create_symlink("loop", folder.path() / "loop");
+
+  EXPECT_TRUE(replaceFile(folder.path() / "chained", "new"));
+  EXPECT_EQ(bytes(folder.path() / "real/target"), "new");
+  EXPECT_TRUE(fs::is_symlink(folder.path() / "chained"));
+  EXPECT_TRUE(fs::is_symlink(folder.path() / "relative"));
+  EXPECT_TRUE(replaceFile(folder.path() / "dangling", "made"));
+  EXPECT_EQ(bytes(folder.path() / "real/missing"), "made");
+  EXPECT_FALSE(replaceFile(folder.path() / "loop", "x"));
+}
+
+TEST(ReplaceFileTest, WhatIsNoFileIsRefused) {
+  const TemporaryFolder folder;
+  folder.write("folder/inside", "x");
+  folder.write("file", "x");
+  ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
+  struct Row {
+    fs::path path;
+    Error::Code code;
+  };
+  const std::vector<Row> rows{
+      {folder.path() / "folder", Error::Code::BadArgument},
+      {folder.path() / "folder" / "", Error::Code::BadArgument},
+      {folder.path() / "pipe", Error::Code::BadArgument},
+      {fs::path(std::string("/tmp/a\0b", 8)), Error::Code::BadArgument},
+      {folder.path() / "missing" / "file", Error::Code::NotFound},
+      {folder.path() / "file" / "file", Error::Code::NotFound},
+      {"/proc/file", Error::Code::NotFound},  // a folder that takes no new files, not even from root
+  };
+  for (const auto& row : rows) {
+    const auto result = replaceFile(row.path, "new");
+    ASSERT_FALSE(result) << row.path;
+    EXPECT_EQ(result.error().code, row.code) << result.error().text();
+  }
+}
+
+TEST(ReplaceFileTest, TheLongestNameAndNoContentAreFine) {
+  const TemporaryFolder folder;
+  const fs::path file = folder.path() / std::string(255, 'n');
+  EXPECT_TRUE(replaceFile(file, ""));
+  EXPECT_EQ(bytes(file), "");
+}
+
+}  // namespace
+}  // namespace mirvel

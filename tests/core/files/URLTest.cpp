@@ -1,0 +1,37 @@
+#include "core/files/URL.h"
+
+#include <gtest/gtest.h>
+
+namespace mirvel {
+namespace {
+
+TEST(URLTest, EqualPathsAreThoseOfOnePlace) {
+  const struct {
+    const char* a;
+    const char* b;
+    bool isEqual;
+  } table[] = {
+      {"/a/b", "/a/b", true},      {"/a/b", "/a/b/", true},  {"/a/b", "/a//b", true},  {"/a/b", "/a/./b/.", true},
+      {"/a/b", "/a/c/../b", true}, {"/a/.b", "/a/.b", true}, {"/a/.b", "/a/b", false}, {"/a/b", "/a/B", false},
+      {"/a/b", "/a", false},       {"/", "//", true},        {"/", "/..", true},       {"/a\xFF", "/a\xFF", true},
+      {"/a\xFF", "/a\xFE", false},
+  };
+  for (const auto& row : table) {
+    EXPECT_EQ(URL::file(row.a).equalTo(URL::file(row.b)), row.isEqual) << row.a << " " << row.b;
+    EXPECT_EQ(URL::file(row.b).equalTo(URL::file(row.a)), row.isEqual) << row.b << " " << row.a;
+  }
+  EXPECT_TRUE(URL::address("x").equalTo(URL::address("x")));
+  EXPECT_FALSE(URL::address("x/").equalTo(URL::address("x")));
+  EXPECT_FALSE(URL::address("/x").equalTo(URL::file("/x")));
+}
+
+TEST(URLTest, TheExtensionFollowsTheLastDotOfTheLastComponent) {
+  const std::pair<const char*, const char*> table[] = {
+      {"/a/b.plist", "plist"}, {"/a/b.app/", "app"}, {"/a.b/c", ""},    {"/a/.hidden", ""},
+      {"/a/.hidden.x", "x"},   {"/a/b.", ""},        {"/a/b.c.d", "d"}, {"/", ""},
+  };
+  for (const auto& [path, extension] : table) EXPECT_EQ(URL::file(path).pathExtension(), extension) << path;
+}
+
+}  // namespace
+}  // namespace mirvel

@@ -1,0 +1,180 @@
+#include "core/session/Editing.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/catalogue/Launchd.h"
+#include "core/editor/ReplaceSelected.h"
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+class EditingTest : public testdata::ProgramFixture {
+ protected:
+  EditingTest() : shell(program()) {
+    writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
+    writeJob(Kind::userAgent, "b");
+    scan();
+    program().state.selectedJob = jobNamed("a");
+  }
+  Editing& editing() { return program().editing; }
+  jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
+  void rename(const std::string& name) {
+    ASSERT_TRUE(editing().markJobChanged("name"));
+    record().name = name;
+  }
+  void setNice(int nice) {
+    ASSERT_TRUE(editing().markJobChanged());
+    record().nice = nice;
+  }
+  bool hasChanges() { return program().state.hasUnsavedChanges; }
+
+  testdata::RecordingShell shell;
+};
+
+TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForthAgain) {
+  const jobfile::Plist read = record().clone();
+  setNice(1);
+  setNice(2);
+  rename("x");
+  rename("xy");
+  ASSERT_TRUE(editing().markJobChanged());
+  program().state.selectedJob->kind = Kind::localDaemon;
+  const jobfile::Plist edited = record().clone();
+
+  editing().undo();
+  EXPECT_EQ(program().state.selectedJob->kind, Kind::userAgent);
+  EXPECT_EQ(record().name, "xy");
+  editing().undo();
+  EXPECT_EQ(record().name, "a") << "what was typed in one go is one step";
+  editing().undo();
+  EXPECT_EQ(record().nice, 1);
+  EXPECT_TRUE(hasChanges());
+  editing().undo();
+  EXPECT_EQ(record(), read);
+  EXPECT_FALSE(hasChanges());
+  EXPECT_FALSE(editing().canUndo());
+  EXPECT_EQ(shell.count("showEdit"), 4U);
+
+  while (editing().canRedo()) editing().redo();
+  EXPECT_EQ(record(), edited);
+  EXPECT_EQ(program().state.selectedJob->kind, Kind::localDaemon);
+  EXPECT_TRUE(hasChanges());
+}
+
+TEST_F(EditingTest, WhatIsUnfinishedIsUndoneWithTheRestAndGoesWithItsJob) {
+  const auto rows = [&] { return editing().unfinished().tables["PathState"].size(); };
+  const auto enter = [&](std::size_t count) {
+    ASSERT_TRUE(editing().markJobChanged());
+    editing().unfinished().tables["PathState"].resize(count);
+  };
+  enter(1);
+  enter(2);
+  setNice(1);
+  for (const std::size_t count : {2U, 1U, 0U}) {
+    editing().undo();
+    EXPECT_EQ(rows(), count);
+  }
+  editing().redo();
+  EXPECT_EQ(rows(), 1U);
+  program().state.selectedJob = jobNamed("b");
+  EXPECT_EQ(rows(), 0U);
+}
+
+TEST_F(EditingTest, APauseAndAnotherFieldEndAStep) {
+  rename("x");
+  clock.now += 2;
+  rename("xy");
+  setNice(1);
+  rename("xyz");
+  const char* const names[] = {"xy", "xy", "x", "a"};
+  for (const char* const name : names) {
+    editing().undo();
+    EXPECT_EQ(record().name, name);
+  }
+  EXPECT_FALSE(editing().canUndo());
+}
+
+TEST_F(EditingTest, AChangeAfterUndoForgetsWhatWasUndone) {
+  setNice(1);
+  editing().undo();
+  EXPECT_TRUE(editing().canRedo());
+  setNice(2);
+  EXPECT_FALSE(editing().canRedo());
+  editing().undo();
+  EXPECT_EQ(record().nice, std::nullopt);
+  EXPECT_FALSE(hasChanges());
+}
+
+TEST_F(EditingTest, OnlyASelectedLaunchdJobCanBeChangedAndStepsAreItsOwn) {
+  setNice(1);
+  program().state.hasUnsavedChanges = false;
+  program().state.selectedJob = jobNamed("b");
+  EXPECT_FALSE(editing().canUndo());
+  editing().undo();
+  EXPECT_EQ(record().nice, std::nullopt);
+  setNice(5);
+  editing().undo();
+  EXPECT_FALSE(editing().canUndo());
+
+  program().state.selectedJob.reset();
+  EXPECT_FALSE(editing().markJobChanged());
+  EXPECT_FALSE(hasChanges());
+}
+
+TEST_F(EditingTest, NothingIsUndoneWhileASaveRuns) {
+  setNice(1);
+  const auto saving = program().state.saving.begin();
+  editing().undo();
+  EXPECT_EQ(record().nice, 1);
+}
+
+TEST_F(EditingTest, UndoingEverythingMakesTheScanThatTheEditsHeldBack) {
+  setNice(1);
+  writeJob(Kind::userAgent, "new");
+  editing().undo();
+  EXPECT_EQ(fetchQueue.count(), 1U);
+  settle();
+  EXPECT_EQ(names(program().state.jobs), (std::vector<std::string>{"a", "b", "new"}));
+}
+
+TEST_F(EditingTest, AfterASaveThatFailedLateUndoingEverythingReadsTheJobAnew) {
+  const auto job = program().state.selectedJob;
+  setNice(7);
+  program().actions.save(std::dynamic_pointer_cast<Launchd>(job));
+  (void)write(Kind::userAgent, "a.plist", helpers.requests.front().text("string"));
+  helpers.requests.front().failure(Error{.code = Error::Code::Io, .message = "it couldn't be loaded"});
+  editing().undo();
+  EXPECT_FALSE(hasChanges());
+  settle();
+  EXPECT_NE(program().state.selectedJob, job);
+  EXPECT_EQ(record().nice, 7) << "as the file has it";
+}
+
+TEST_F(EditingTest, WhatWasUndoneToTheEndCanBeDoneAgain) {
+  setNice(7);
+  editing().undo();
+  settle();
+  editing().redo();
+  EXPECT_EQ(record().nice, 7);
+  EXPECT_TRUE(hasChanges());
+}
+
+TEST_F(EditingTest, ARestoredRevisionStaysAChangeAndKnowsTheFileThatItIsToReplace) {
+  const std::string checksum = program().state.selectedJob->checksum;
+  EXPECT_EQ(editing().fileChecksum(), checksum);
+  ASSERT_TRUE(replaceSelected(program(), {{"Label", "a"}, {"Nice", 3}}));
+  EXPECT_EQ(editing().fileChecksum(), checksum);
+  ASSERT_TRUE(replaceSelected(program(), {{"Label", "a"}, {"Nice", 4}}));
+  EXPECT_EQ(editing().fileChecksum(), checksum);
+  setNice(9);
+  EXPECT_EQ(editing().fileChecksum(), checksum);
+  editing().undo();
+  EXPECT_EQ(record().nice, 4);
+  EXPECT_TRUE(hasChanges());
+}
+
+}  // namespace
+}  // namespace mirvel

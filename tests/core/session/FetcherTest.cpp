@@ -1,0 +1,195 @@
+#include "core/session/Fetcher.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+using testdata::jobText;
+using testing::ElementsAre;
+using testing::IsSupersetOf;
+using Names = std::vector<std::string>;
+
+class FetcherTest : public testdata::ProgramFixture {
+ protected:
+  FetcherTest() {
+    writeJob(Kind::userAgent, "a");
+    writeJob(Kind::userAgent, "b");
+  }
+
+  AppState& state() { return program().state; }
+  void select(const std::string& name) { state().selectedJob = jobNamed(name); }
+  /// The catalogue with nothing noted of how it came.
+  void scanQuietly() {
+    scan();
+    shell.events.clear();
+  }
+
+  testdata::RecordingShell shell{program()};
+  int loadingChanges = 0;
+  int jobUpdates = 0;
+  std::size_t jobsWhenUpdated = 0;
+  Subscription loading = program().notifications.loadingChanged.subscribe([this] {
+    ++loadingChanges;
+    shell.note(state().scanning.isBusy() ? "loading" : "loaded");
+  });
+  Subscription updated = program().notifications.jobsUpdated.subscribe([this] {
+    ++jobUpdates;
+    jobsWhenUpdated = state().jobs.size();
+    shell.note("jobsUpdated");
+  });
+};
+
+TEST_F(FetcherTest, APublicationTellsTheModeBeforeTheCatalogueAndTheRestBehind) {
+  program().fetcher.fetchJobs();
+  EXPECT_TRUE(state().scanning.isBusy() && !state().saving.isBusy());
+  settle();
+  EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle", "update, catalogue of 0", "jobsUpdated",
+                                        "validateVisibleItems"));
+  EXPECT_EQ(names(shell.shown), (Names{"a", "b"}));
+  EXPECT_EQ(jobsWhenUpdated, 2U);
+  EXPECT_FALSE(state().scanning.isBusy());
+}
+
+TEST_F(FetcherTest, AScanThatFindsTheOldListTellsOnlyThatItEnded) {
+  scanQuietly();
+  const Jobs before = state().jobs;
+  scan();
+  EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle"));
+  EXPECT_EQ(state().jobs, before);
+}
+
+TEST_F(FetcherTest, OfTwoScansInARowOneIsPublished) {
+  program().fetcher.fetchJobs();
+  program().fetcher.fetchJobs();
+  settle();
+  EXPECT_EQ(shell.count("update, catalogue of 0"), 1U);
+  EXPECT_EQ(jobUpdates, 1);
+
+  // The first has ended, and waits for the main thread.
+  writeJob(Kind::userAgent, "c");
+  shell.events.clear();
+  program().fetcher.fetchJobs();
+  fetchQueue.runAll();
+  program().fetcher.fetchJobs();
+  queue.runDue();
+  EXPECT_TRUE(state().scanning.isBusy()) << "the second goes on";
+  settle();
+  EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loading", "busy", "loaded", "idle",
+                                        "update, catalogue of 2", "jobsUpdated"));
+}
+
+TEST_F(FetcherTest, AnEmptiedChecksumMakesTheNextScanPublish) {
+  scan();
+  const auto edited = jobNamed("a");
+  edited->checksum.clear();
+  scan();
+  EXPECT_EQ(jobUpdates, 2);
+  EXPECT_NE(jobNamed("a"), edited);
+  EXPECT_FALSE(jobNamed("a")->checksum.empty());
+}
+
+TEST_F(FetcherTest, AnOldCatalogueIsGivenUpOnceANewOneIsThere) {
+  scan();
+  const std::weak_ptr<Job> old = state().jobs.front();
+  writeJob(Kind::userAgent, "c");
+  scan();
+  EXPECT_TRUE(old.expired());
+}
+
+TEST_F(FetcherTest, AChangedJobStaysSelectedAsItNowIs) {
+  scan();
+  select("b");
+  const auto before = state().selectedJob;
+  (void)write(Kind::userAgent, "b.plist", jobText("b") + " ");
+  shell.events.clear();
+  scan();
+  EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle", "update, catalogue of 2", "select b.plist",
+                                        "title Mirvel – b", "updateDetail", "jobsUpdated"));
+  EXPECT_EQ(state().selectedJob, jobNamed("b"));
+  EXPECT_NE(state().selectedJob, before);
+}
+
+TEST_F(FetcherTest, ARemovedJobIsNoLongerSelectedAndAnotherScanFollows) {
+  scan();
+  select("b");
+  std::filesystem::remove(path(Kind::userAgent, "b.plist"));
+  shell.events.clear();
+  scan();
+  EXPECT_FALSE(state().selectedJob);
+  EXPECT_THAT(shell.events,
+              ElementsAre("loading", "busy", "loaded", "idle", "update, catalogue of 2", "clearDetail", "title Mirvel",
+                          "updateDetail", "loading", "busy", "jobsUpdated", "loaded", "idle"));
+}
+
+TEST_F(FetcherTest, AFilterOutlastsAScanAndHidesNothingFromTheSelection) {
+  writeJob(Kind::userAgent, "zap1");
+  scan();
+  select("b");
+  state().filterString = "ZAP";
+  writeJob(Kind::userAgent, "zap2");
+  (void)write(Kind::userAgent, "b.plist", jobText("b") + " ");
+  shell.events.clear();
+  scan();
+  EXPECT_EQ(names(shell.shown), (Names{"zap1", "zap2"}));
+  EXPECT_THAT(shell.events, IsSupersetOf({"update, catalogue of 3", "deselect", "select b.plist"}));
+  EXPECT_EQ(state().selectedJob, jobNamed("b"));
+  EXPECT_EQ(state().filterString, "ZAP");
+}
+
+TEST_F(FetcherTest, EditsThatBeginDuringAScanAreKeptAndTheCatalogueWaits) {
+  scan();
+  select("b");
+  std::filesystem::remove(path(Kind::userAgent, "b.plist"));
+  shell.events.clear();
+  program().fetcher.fetchJobs();
+  state().hasUnsavedChanges = true;
+  settle();
+  EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle"));
+  EXPECT_EQ(names(state().jobs), (Names{"a", "b"}));
+  EXPECT_TRUE(state().selectedJob);
+
+  state().hasUnsavedChanges = false;
+  scan();
+  EXPECT_EQ(names(state().jobs), Names{"a"});
+}
+
+TEST_F(FetcherTest, AnIconOfTheSelectedJobIsDrawnWhenItComes) {
+  scan();
+  select("b");
+  (void)folder.write("support/Icons/" + *jobNamed("b")->iconStoreName() + ".png", "");
+  writeJob(Kind::userAgent, "c");
+  shell.events.clear();
+  scan();
+  EXPECT_TRUE(state().selectedJob->customIcon);
+  EXPECT_THAT(shell.events, IsSupersetOf({"select b.plist", "updateIcon", "reloadJob b", "jobsUpdated"}));
+}
+
+TEST_F(FetcherTest, AProgramWithoutAShellScansAllTheSame) {
+  program().shell = {};
+  EXPECT_EQ(names(scan()), (Names{"a", "b"}));
+  select("b");
+  std::filesystem::remove(path(Kind::userAgent, "b.plist"));
+  scan();
+  EXPECT_FALSE(state().selectedJob);
+}
+
+using FetcherEndTest = testdata::ProgramFixture;
+
+TEST_F(FetcherEndTest, ScansThatOutliveTheProgramAreDropped) {
+  int asked = 0;
+  loginItems.whenAsked = [&] { ++asked; };
+  program().fetcher.fetchJobs();
+  fetchQueue.runAll();
+  program().fetcher.fetchJobs();
+  endProgram();
+  settle();
+  EXPECT_EQ(asked, 1) << "the second had not begun";
+}
+
+}  // namespace
+}  // namespace mirvel

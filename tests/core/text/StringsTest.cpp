@@ -1,0 +1,124 @@
+#include "core/text/Strings.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "core/locale/Collator.h"
+#include "core/text/Digest.h"
+
+namespace mirvel {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(StringsTest, LastPathComponentIgnoresSlashesAtTheEnd) {
+  const std::vector<std::pair<std::string, std::string>> rows{
+      {"/a/b", "b"}, {"/a/b//", "b"}, {"b", "b"}, {"b/", "b"}, {"/", "/"}, {"//", "/"}, {"", ""}, {"/a b", "a b"},
+  };
+  for (const auto& [path, component] : rows) EXPECT_EQ(String::lastPathComponent(path), component) << path;
+}
+
+TEST(StringsTest, TrimKeepsLineEndsUnlessAsked) {
+  EXPECT_EQ(String::trim(" \t a b\n "), "a b\n");
+  EXPECT_EQ(String::trim(" \n a b\r\n ", true), "a b");
+  EXPECT_EQ(String::trim(" \t "), "");
+}
+
+TEST(StringsTest, OnlyTheHomeFolderItselfIsShortened) {
+  const std::vector<std::pair<std::string, std::string>> rows{
+      {"/Users/x", "~"},
+      {"/Users/x/a", "~/a"},
+      {"rsync -a /Users/x/a /Users/x/b", "rsync -a ~/a ~/b"},
+      {"cp --to=/Users/x '/Users/x/a b'", "cp --to=~ '~/a b'"},
+      {"/Users/xavier/a", "/Users/xavier/a"},
+      {"/Users/x-y /Users/x.old", "/Users/x-y /Users/x.old"},
+      {"/Users/x\u00e9", "/Users/x\u00e9"},
+      {"/Volumes/Users/x /mnt//Users/x", "/Volumes/Users/x /mnt//Users/x"},
+  };
+  for (const auto& [text, shortened] : rows) {
+    EXPECT_EQ(String::shortenHomeFolder(text, "/Users/x"), shortened);
+    EXPECT_EQ(String::shortenHomeFolder(text, "/Users/x/"), shortened);
+  }
+  EXPECT_EQ(String::shortenHomeFolder("/a/b", "/"), "/a/b");
+  EXPECT_EQ(String::shortenHomeFolder("/a/b", ""), "/a/b");
+}
+
+TEST(StringsTest, CharactersAreCodePoints) {
+  EXPECT_EQ(String::characterCount("K\u00e4\u4e16\U0001F600"), 4U);
+  EXPECT_EQ(String::firstCharacters("K\u00e4\u4e16\U0001F600", 2), "K\u00e4");
+  EXPECT_EQ(String::firstCharacters("K\u00e4", 2), "K\u00e4");
+  EXPECT_EQ(String::firstCharacters("K\u00e4", 9), "K\u00e4");
+  EXPECT_EQ(String::firstCharacters("K\u00e4", 0), "");
+}
+
+TEST(StringsTest, FirstLetterIsRaisedAndTheRestKept) {
+  const std::vector<std::pair<std::string, std::string>> rows{
+      {"no selection", "No selection"},
+      {"\u00e9tat ABC", "\u00c9tat ABC"},
+      {"\U00010428x", "\U00010400x"},
+      {"\u01c6ep", "\u01c5ep"},
+      {"1a", "1a"},
+      {"", ""},
+  };
+  for (const auto& [text, raised] : rows) EXPECT_EQ(String::firstUppercased(text), raised);
+}
+
+TEST(StringsTest, FoldingForgetsCaseAndAccentsOnly) {
+  const std::vector<std::vector<std::string>> alike{
+      {"resume", "R\u00e9sum\u00e9", "RE\u0301SUME\u0301"},
+      {"strasse", "STRASSE", "Stra\u00dfe", "STRA\u1e9eE"},
+      {"i", "I", "\u0130", "i\u0307"},
+      {"\u03bf\u03b4\u03bf\u03c3", "\u039f\u0394\u039f\u03a3", "\u03bf\u03b4\u03cc\u03c2"},
+      {"\uac00", "\u1100\u1161"},
+  };
+  for (const auto& row : alike) {
+    for (const auto& text : row) EXPECT_EQ(String::fold(text), String::fold(row[0])) << text;
+  }
+  EXPECT_NE(String::fold("\u304b"), String::fold("\u304c"));  // ka and ga
+  EXPECT_NE(String::fold("o"), String::fold("0"));
+  EXPECT_EQ(String::fold("bad \xff utf-8 \xe2\x82").find("bad "), 0U);
+}
+
+TEST(CollatorTest, OrderIsThatOfTheLanguageWithNumbersByValue) {
+  struct Row {
+    std::string locale;
+    std::vector<std::string> sorted;
+  };
+  const std::vector<Row> rows{
+      {"en", {"", "a", "A", "\u00e5", "\u00e4", "b", "job 2", "job 10", "z"}},
+      {"sv", {"a", "b", "z", "\u00e5", "\u00e4"}},
+      {"xx_NOWHERE", {"a", "A", "b"}},
+  };
+  for (const auto& row : rows) {
+    const Collator collator(row.locale);
+    for (std::size_t i = 1; i < row.sorted.size(); ++i) {
+      const auto &before = row.sorted[i - 1], &after = row.sorted[i];
+      EXPECT_LT(collator.localizedStandardCompare(before, after), 0) << before << " " << after;
+      EXPECT_GT(collator.localizedStandardCompare(after, before), 0) << before << " " << after;
+      EXPECT_LT(collator.sortKey(before), collator.sortKey(after)) << before << " " << after;
+    }
+  }
+}
+
+TEST(DigestTest, Base64IsReadStrictly) {
+  EXPECT_EQ(String::fromBase64(""), "");
+  EXPECT_EQ(String::fromBase64("YQ=="), "a");
+  EXPECT_EQ(String::fromBase64("YWI="), "ab");
+  EXPECT_EQ(String::fromBase64("L1VzZXJzL3gvYS5wbGlzdA=="), "/Users/x/a.plist");
+  EXPECT_EQ(String::fromBase64("AP+/"), "\0\xff\xbf"s);
+  for (const char* bad :
+       {"YQ", "YQ=", "YQ===", "YR==", "YWJ=", "Y Q=", " YQ==", "YQ==\n", "====", "Y===", "_-8=", "=YQ="}) {
+    EXPECT_EQ(String::fromBase64(bad), std::nullopt) << bad;
+  }
+}
+
+TEST(DigestTest, Sha256IsThatOfTheStandard) {
+  // FIPS 180-2, appendix B.1.
+  EXPECT_EQ(Data::hexString(*Data::sha256Digest("abc")),
+            "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+}
+
+}  // namespace
+}  // namespace mirvel
