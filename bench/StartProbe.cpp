@@ -30,7 +30,7 @@ int main(int argc, char* argv[]) {
   const Subscription filled = mirvel.program().notifications.jobsUpdated.subscribe([&mirvel] {
     mirvel.window().repaint();
     tellThatItIsDrawn();
-    QCoreApplication::exit(mirvel.program().state.jobs.empty() ? 1 : 0);
+    QCoreApplication::exit(mirvel.program().catalogue.jobs().empty() ? 1 : 0);
   });
   mirvel.start();
   return QApplication::exec();

@@ -62,7 +62,7 @@ class ProgramFixture : public testing::Test {
   const Jobs& scan() {
     program().fetcher.fetchJobs();
     settle();
-    return program().state.jobs;
+    return program().catalogue.jobs();
   }
   static std::vector<std::string> names(const Jobs& jobs) {
     std::vector<std::string> result;
@@ -70,7 +70,7 @@ class ProgramFixture : public testing::Test {
     return result;
   }
   std::shared_ptr<Job> jobNamed(const std::string& name) {
-    for (const auto& job : program().state.jobs) {
+    for (const auto& job : program().catalogue.jobs()) {
       if (job->name == name) return job;
     }
     throw std::runtime_error("no job " + name);

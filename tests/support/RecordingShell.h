@@ -37,14 +37,14 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
     note("select " + url.lastPathComponent());
     const bool isShown =
         std::any_of(shown.begin(), shown.end(), [&](const auto& job) { return job->url.equalTo(url); });
-    const auto job = m_program.state.jobAt(url);
-    if (!isShown || !job || m_program.state.hasUnsavedChanges) return;
-    m_program.state.selectedJob = job;
+    const auto job = m_program.catalogue.jobAt(url);
+    if (!isShown || !job || m_program.editing.hasUnsavedChanges()) return;
+    m_program.selection.select(job);
     m_program.mainWindow.selectedJobDidChange();
   }
   void select(const std::shared_ptr<Job>& job) override { note("select job " + job->name); }
   void update(const Jobs& jobs) override {
-    note("update, catalogue of " + std::to_string(m_program.state.jobs.size()));
+    note("update, catalogue of " + std::to_string(m_program.catalogue.jobs().size()));
     shown = jobs;
   }
   void deselect() override { note("deselect"); }
@@ -66,7 +66,7 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
   void discardEdits() override { note("discardEdits"); }
   void saveCompleted() override {
     note("saveCompleted");
-    m_program.state.hasUnsavedChanges = false;
+    m_program.editing.setUnsavedChanges(false);
   }
 
   void setTitle(const std::string& title) override { note("title " + title); }

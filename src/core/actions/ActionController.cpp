@@ -162,9 +162,10 @@ void ActionController::endedWell(const Action& action) {
 
 /// Whatever is selected by now and isn't that job stays; so does the job itself if it is being edited again.
 void ActionController::wasDeleted(const URL& url) {
-  AppState& state = m_program.state;
-  if (!state.selectedJob || state.hasUnsavedChanges || !state.selectedJob->url.equalTo(url)) return;
-  state.selectedJob = nullptr;
+  if (!m_program.selection.job() || m_program.editing.hasUnsavedChanges() ||
+      !m_program.selection.job()->url.equalTo(url))
+    return;
+  m_program.selection.select(nullptr);
   m_program.mainWindow.selectedJobDidChange();
   if (m_program.shell.detail) m_program.shell.detail->clearDetail();
 }
@@ -179,7 +180,7 @@ void ActionController::deleteConfirmed(int response, const Job& job, const Ended
     if (ended) ended(isDeleted);
   };
   // A copy that never ran: what is loaded under its label is the other job.
-  const bool isOthersLabel = isOtherLoaded(job, m_program.state.jobs);
+  const bool isOthersLabel = isOtherLoaded(job, m_program.catalogue.jobs());
   if (isOthersLabel) action->label.reset();
   if (job.kind == Kind::userAgent) {
     (void)send(action);
@@ -218,7 +219,7 @@ void ActionController::clearLog() {
 }
 
 void ActionController::fetchUnlessEdited() {
-  if (!m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+  if (!m_program.editing.hasUnsavedChanges()) m_program.fetcher.fetchJobs();
 }
 
 void ActionController::tellOfNoCommunication() {

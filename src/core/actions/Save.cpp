@@ -20,7 +20,7 @@ void ActionController::save(const std::shared_ptr<Launchd>& job, const Ended& en
   }
   jobfile::Plist named = job->plist().clone();
   named.fillEmptyLabel();
-  if (const auto other = conflictingJob(*job, named.name, m_program.state.jobs)) {
+  if (const auto other = conflictingJob(*job, named.name, m_program.catalogue.jobs())) {
     return askAboutLabel(job, *other, named.name, ended);
   }
   startSave(job, ended);
@@ -46,7 +46,7 @@ void ActionController::askAboutLabel(const std::shared_ptr<Launchd>& job, const 
 
 /// As a step of undo, if the job is being edited.
 void ActionController::disable(Program& program, const std::shared_ptr<Launchd>& job) {
-  const bool isEdited = program.state.selectedJob == job && !job->isNewFile;
+  const bool isEdited = program.selection.job() == job && !job->isNewFile;
   if (isEdited) (void)program.editing.markJobChanged();
   job->plist().disabled = true;
   if (isEdited && program.shell.detail) program.shell.detail->showEdit();
@@ -73,8 +73,8 @@ void ActionController::startSave(const std::shared_ptr<Launchd>& job, const Ende
 }
 
 void ActionController::deselect(const std::shared_ptr<Launchd>& job) {
-  if (m_program.state.selectedJob != job) return;
-  m_program.state.selectedJob = nullptr;
+  if (m_program.selection.job() != job) return;
+  m_program.selection.select(nullptr);
   m_program.mainWindow.selectedJobDidChange();
 }
 

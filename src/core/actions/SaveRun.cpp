@@ -52,7 +52,7 @@ bool SaveRun::endsOvertaken() {
 /// Whether something else wrote to the file of the edited job while the user was asked for a password, or about
 /// comments.
 bool SaveRun::wasOvertaken() const {
-  if (m_job->isNewFile || m_program.state.selectedJob != m_job) return false;
+  if (m_job->isNewFile || m_program.selection.job() != m_job) return false;
   const auto bytes = jobBytes(m_plan.from);
   return bytes && !m_program.editing.expectsInFile(JobFile::checksumOf(*bytes));
 }
@@ -180,7 +180,7 @@ void SaveRun::finish(bool isWritten) {
   }
   m_saving.release();
   isWritten ? endEdit() : putBack();
-  if (!m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+  if (!m_program.editing.hasUnsavedChanges()) m_program.fetcher.fetchJobs();
   if (const auto ended = std::exchange(m_ended, {})) ended(isWritten);
 }
 
@@ -199,24 +199,22 @@ void SaveRun::keepWritten() {
 
 /// The edit is that of the job itself, or of one without changes that a scan has put in its place.
 void SaveRun::endEdit() {
-  AppState& state = m_program.state;
   const Shell& shell = m_program.shell;
-  const auto& selected = state.selectedJob;
-  const bool isSuccessor = selected && !state.hasUnsavedChanges && selected->url.equalTo(m_job->url);
+  const auto selected = m_program.selection.job();
+  const bool isSuccessor = selected && !m_program.editing.hasUnsavedChanges() && selected->url.equalTo(m_job->url);
   if (selected != m_job && !isSuccessor) return;
-  state.hasUnsavedChanges = false;
+  m_program.editing.setUnsavedChanges(false);
   if (!shell.edit) return;
   shell.edit->saveCompleted();
   if (shell.detail) shell.detail->showDisplay();
 }
 
 void SaveRun::putBack() {
-  AppState& state = m_program.state;
   // Its file may have been written, or half of the way back not been gone.
-  if (!state.hasUnsavedChanges) m_job->checksum.clear();
-  if (state.selectedJob != m_job) return;
+  if (!m_program.editing.hasUnsavedChanges()) m_job->checksum.clear();
+  if (m_program.selection.job() != m_job) return;
   if (m_job->isNewFile) {
-    state.selectedJob = nullptr;
+    m_program.selection.select(nullptr);
     m_program.mainWindow.selectedJobDidChange();
   } else if (m_program.shell.edit) {
     m_program.shell.edit->refreshEditedState();

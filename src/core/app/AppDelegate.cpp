@@ -51,7 +51,7 @@ AppDelegate::AppDelegate(Program& program)
 void AppDelegate::applicationDidFinishLaunching() {
   m_program.actions.finishMoves();
   m_program.drafts.offer();
-  if (m_program.state.jobs.empty() && !m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+  if (m_program.catalogue.jobs().empty() && !m_program.editing.hasUnsavedChanges()) m_program.fetcher.fetchJobs();
   m_delay(0.01, [this] { setUpMonitors(); });
 }
 
@@ -89,7 +89,7 @@ void AppDelegate::folderDidChange() {
   if (isTerminating) return;
   m_limit.interval("MainMonitor", 1.0, [this] {
     m_delay(0.1, [this] {
-      if (!m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+      if (!m_program.editing.hasUnsavedChanges()) m_program.fetcher.fetchJobs();
     });
   });
 }
@@ -97,8 +97,8 @@ void AppDelegate::folderDidChange() {
 bool AppDelegate::applicationShouldTerminate() {
   const bool isAsked = m_program.state.saving.isBusy() || m_program.state.deleting.isBusy();
   if (m_program.shell.endPrivilegedConnection && !isAsked) m_program.shell.endPrivilegedConnection();
-  if ((isHelperAtWork() || !m_program.state.hasUnsavedChanges) && waitsForHelper()) return false;
-  const bool mayEnd = !m_program.state.hasUnsavedChanges || m_endsUnasked;
+  if ((isHelperAtWork() || !m_program.editing.hasUnsavedChanges()) && waitsForHelper()) return false;
+  const bool mayEnd = !m_program.editing.hasUnsavedChanges() || m_endsUnasked;
   const bool wasAsked = isTerminating && m_endsUnasked;  // a second signal ends what doesn't answer
   if (mayEnd && (m_program.drafts.settle() || wasAsked)) return true;
   m_endsUnasked = false;
@@ -155,7 +155,7 @@ void AppDelegate::applicationOpenURLs(const std::vector<std::string>& urls) {
   if (!url || url->scheme != Const::jobScheme || url->host.empty()) return;
   const auto path = String::fromBase64(base64Text(url->host));
   if (!path || path->empty()) return;
-  if (m_program.state.hasUnsavedChanges) return m_program.mainWindow.unsavedChangesAlert();
+  if (m_program.editing.hasUnsavedChanges()) return m_program.mainWindow.unsavedChangesAlert();
   m_delay(0.3, [this, job = URL::file(*path)] {
     m_opened = job;
     selectOpened();

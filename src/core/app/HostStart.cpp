@@ -25,7 +25,7 @@ bool HostStart::keepsFromRunning(const Job& job) const {
 }
 
 void HostStart::startIfNeeded() {
-  const Jobs& jobs = m_program.state.jobs;
+  const Jobs& jobs = m_program.catalogue.jobs();
   const bool hasJobs = std::any_of(jobs.begin(), jobs.end(), [](const auto& job) { return isRunByHost(*job); });
   if (m_connection || !hasJobs) return;
   m_limit.interval("HostStart", secondsBetweenAttempts, [this] { start(); });

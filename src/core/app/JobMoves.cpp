@@ -40,15 +40,16 @@ std::unordered_map<std::string_view, const Job*> jobsByLabel(const Jobs& jobs) {
 
 }  // namespace
 
-JobMoves::JobMoves(const fs::path& applicationSupport, const AppState& state, NotesStore& notes,
+JobMoves::JobMoves(const fs::path& applicationSupport, const Selection& selection, NotesStore& notes,
                    RevisionController& revisions, StoreTroubles& troubles)
     : m_applicationSupport(applicationSupport),
       m_notes(notes),
       m_revisions(revisions),
       m_troubles(troubles),
       m_labels(applicationSupport / "JobLabels.plist", &troubles),
-      m_noteChanged(notes.changed.subscribe([this, &state](const URL& url) {
-        if (state.selectedJob && state.selectedJob->url.equalTo(url)) remember(*state.selectedJob);
+      m_noteChanged(notes.changed.subscribe([this, &selection](const URL& url) {
+        const auto job = selection.job();
+        if (job && job->url.equalTo(url)) remember(*job);
       })) {}
 
 void JobMoves::jobMoved(const URL& from, const URL& to) {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "core/base/Signal.h"
-#include "core/session/AppState.h"
+#include "core/session/Selection.h"
 #include "core/settings/Store.h"
 
 namespace mirvel {
@@ -18,7 +18,7 @@ class RevisionController;
 class JobMoves {
  public:
   /// Labels and icons lie in the folder. The references outlive it.
-  JobMoves(const std::filesystem::path& applicationSupport, const AppState& state, NotesStore& notes,
+  JobMoves(const std::filesystem::path& applicationSupport, const Selection& selection, NotesStore& notes,
            RevisionController& revisions, StoreTroubles& troubles);
 
   /// What belongs to the job of one file belongs to that of another from now on. What the other has is kept, too.

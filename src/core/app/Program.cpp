@@ -18,7 +18,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock, foundation.storeTroubles),
       deletedJobs(foundation.roots.applicationSupport, platform.clock, foundation.storeTroubles),
       notes(foundation.roots.applicationSupport, platform.mainQueue, foundation.storeTroubles),
-      jobMoves(foundation.roots.applicationSupport, state, notes, revisions, foundation.storeTroubles),
+      jobMoves(foundation.roots.applicationSupport, selection, notes, revisions, foundation.storeTroubles),
       editing(*this),
       drafts(*this),
       scheduledController(foundation.localize),

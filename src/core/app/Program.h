@@ -16,11 +16,13 @@
 #include "core/mainwindow/MenuController.h"
 #include "core/schedule/ScheduledController.h"
 #include "core/session/AppState.h"
+#include "core/session/Catalogue.h"
 #include "core/session/Editing.h"
 #include "core/session/Fetcher.h"
 #include "core/session/Foundation.h"
 #include "core/session/Notifications.h"
 #include "core/session/Platform.h"
+#include "core/session/Selection.h"
 #include "core/session/Shell.h"
 
 namespace mirvel {
@@ -40,6 +42,8 @@ class Program {
   Foundation& foundation;
   const Platform platform;
   AppState state = {};
+  Catalogue catalogue = {};
+  Selection selection = {};
   Notifications notifications = {};
   Shell shell = {};
   StoreTeller storeTeller;

@@ -9,7 +9,7 @@
 namespace mirvel {
 
 std::string DuplicateController::selectedName() const {
-  const auto& job = m_program.state.selectedJob;
+  const auto job = m_program.selection.job();
   return job ? job->name : std::string();
 }
 
@@ -24,14 +24,14 @@ std::string DuplicateController::nameTitle() const {
 
 std::string DuplicateController::suggestedName() const {
   const auto& unsaved = m_program.creation.unsavedCopy;
-  const auto& job = m_program.state.selectedJob;
+  const auto job = m_program.selection.job();
   if (unsaved && job && unsaved->source.equalTo(job->url)) return unsaved->name;
   return m_program.foundation.localize.copyOf(selectedName());
 }
 
 bool DuplicateController::save(const std::string& name) {
-  const auto source = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
-  if (!source || m_program.state.hasUnsavedChanges) return false;
+  const auto source = m_program.selection.launchd();
+  if (!source || m_program.editing.hasUnsavedChanges()) return false;
   auto content = source->plistDictionary();
   if (!content) return false;
 

@@ -9,7 +9,7 @@
 namespace mirvel {
 
 void exportJob(Program& program) {
-  const auto job = std::dynamic_pointer_cast<Launchd>(program.state.selectedJob);
+  const auto job = program.selection.launchd();
   if (!job) return;
   const std::string text = job->plistData().value_or("");
   Interface& interface = program.platform.interface;

@@ -85,7 +85,7 @@ std::optional<URL> placeFor(Program& program, const DeletedJob& deleted) {
 }
 
 void show(Program& program, const std::shared_ptr<Launchd>& job) {
-  if (program.state.hasUnsavedChanges) return;
+  if (program.editing.hasUnsavedChanges()) return;
   if (job) selectNewJob(program, job);
   program.mainWindow.refresh();
 }
@@ -228,7 +228,7 @@ void restoreDeleted(Program& program, const std::string& id) {
   const auto job = read(program, *restoring);
   if (!job) return program.platform.interface.saveError();
   job->isNewFile = true;  // whatever stands in its old place is another job
-  if (const auto other = conflictingJob(*job, job->name, program.state.jobs)) {
+  if (const auto other = conflictingJob(*job, job->name, program.catalogue.jobs())) {
     return askAboutNamesake(program, restoring, *other);
   }
   authoriseAndBegin(program, restoring);

@@ -27,7 +27,7 @@ void saveNewJob(Program& program, const std::shared_ptr<Launchd>& job,
 void selectNewJob(Program& program, const std::shared_ptr<Job>& job) {
   ModeType* const mode = program.currentMode();
   if (mode) mode->deselect();
-  program.state.selectedJob = job;
+  program.selection.select(job);
   program.mainWindow.selectedJobDidChange();
   if (mode) mode->select(job);
 }

@@ -71,8 +71,8 @@ void Drafts::edited() {
 }
 
 bool Drafts::settle() {
-  const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
-  if (!m_program.state.hasUnsavedChanges || !job) {
+  const auto job = m_program.selection.launchd();
+  if (!m_program.editing.hasUnsavedChanges() || !job) {
     follow(nullptr);
     return true;
   }
@@ -123,7 +123,7 @@ void Drafts::offer() {
 
 /// One after another. What is edited by now, or kept of a job that holds it, isn't asked about.
 void Drafts::askAboutNext() {
-  while (!m_waiting.empty() && !m_program.state.hasUnsavedChanges) {
+  while (!m_waiting.empty() && !m_program.editing.hasUnsavedChanges()) {
     const Draft draft = std::move(m_waiting.back());
     m_waiting.pop_back();
     if (!isHeld(draft)) return ask(draft);
@@ -133,7 +133,7 @@ void Drafts::askAboutNext() {
 
 /// Whether the job's file is as the edit would have it.
 bool Drafts::isHeld(const Draft& draft) const {
-  const auto job = m_program.state.jobAt(draft.url);
+  const auto job = m_program.catalogue.jobAt(draft.url);
   return jobBytes(draft.url) == draft.text && !(job && job->kind != draft.kind);
 }
 
@@ -156,8 +156,8 @@ void Drafts::goOn(const Draft& draft) {
   const auto document = propertylist::read(draft.text);
   const propertylist::Value content = document ? document->value() : propertylist::Value(false);
   const auto* const keys = content.as<propertylist::Dictionary>();
-  const auto job = m_program.state.jobAt(draft.url);
-  if (m_program.state.hasUnsavedChanges) return;
+  const auto job = m_program.catalogue.jobAt(draft.url);
+  if (m_program.editing.hasUnsavedChanges()) return;
   if (!job && stands(draft.url)) {
     const Localize& localize = m_program.foundation.localize;
     return m_program.platform.interface.error(localize.unsavedChangesWereKept(draft.name), localize.theJobIsNotShown());
@@ -166,7 +166,7 @@ void Drafts::goOn(const Draft& draft) {
   selectNewJob(m_program, job);
   if (!replaceSelected(m_program, *keys)) return;
   m_program.editing.setFileChecksum(draft.fileChecksum);
-  m_program.state.selectedJob->kind = draft.kind;
+  m_program.selection.job()->kind = draft.kind;
   if (m_program.shell.detail) m_program.shell.detail->showEdit();
   if (settle()) forget(draft.id);
 }

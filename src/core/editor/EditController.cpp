@@ -51,19 +51,20 @@ void EditController::updateButtons() {
   const AppState& state = m_program.state;
   const Localize& localize = m_program.foundation.localize;
   const bool isSaving = state.saving.isBusy();
-  m_stack.showButtons({.isBusy = isSaving || state.scanning.isBusy(),
-                       .isSaving = isSaving,
-                       .canSave = !isSaving && mayBeSaved(state.selectedJob.get(), m_program.foundation.defaults),
-                       .discardTitle = state.hasUnsavedChanges ? localize.discardChanges() : localize.done()});
+  m_stack.showButtons(
+      {.isBusy = isSaving || state.scanning.isBusy(),
+       .isSaving = isSaving,
+       .canSave = !isSaving && mayBeSaved(m_program.selection.job().get(), m_program.foundation.defaults),
+       .discardTitle = m_program.editing.hasUnsavedChanges() ? localize.discardChanges() : localize.done()});
 }
 
 void EditController::refreshEditedState() {
-  if (m_program.shell.mainWindow) m_program.shell.mainWindow->setEdited(m_program.state.hasUnsavedChanges);
+  if (m_program.shell.mainWindow) m_program.shell.mainWindow->setEdited(m_program.editing.hasUnsavedChanges());
   updateButtons();
 }
 
 void EditController::save() {
-  const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
+  const auto job = m_program.selection.launchd();
   if (m_program.state.saving.isBusy()) return;
   if (!mayBeSaved(job.get(), m_program.foundation.defaults)) return m_program.platform.interface.saveError();
   m_stack.endEditing();
@@ -93,7 +94,7 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
 }
 
 void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, Choice choice) {
-  if (job != m_program.state.selectedJob) return;
+  if (job != m_program.selection.job()) return;
   if (choice == Choice::Theirs) {
     m_stack.hideDiscardButton();
     return readAnew();
@@ -105,7 +106,7 @@ void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const 
 
 void EditController::discardEdits() {
   m_stack.hideDiscardButton();
-  if (m_program.state.hasUnsavedChanges) return readAnew();
+  if (m_program.editing.hasUnsavedChanges()) return readAnew();
   if (m_program.shell.detail) m_program.shell.detail->showDisplay();
 }
 
@@ -119,7 +120,7 @@ void EditController::takeFile(const std::shared_ptr<Launchd>& job) {
 
 /// The record was written to all along, or the file was: the scan is to read it anew.
 void EditController::readAnew() {
-  if (const auto job = std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob)) {
+  if (const auto job = m_program.selection.launchd()) {
     takeFile(job);
     job->checksum.clear();
   }
@@ -129,7 +130,7 @@ void EditController::readAnew() {
 }
 
 void EditController::saveCompleted() {
-  m_program.state.hasUnsavedChanges = false;
+  m_program.editing.setUnsavedChanges(false);
   m_program.drafts.edited();
   refreshEditedState();
 }

@@ -39,7 +39,7 @@ std::vector<ForItem> forItems(bool editSystemJobs) {
 }
 
 void changeKind(Program& program, Kind kind) {
-  const auto& selected = program.state.selectedJob;
+  const auto selected = program.selection.job();
   const bool isChange = selected && selected->kind != kind;
   if (Launchd* const job = isChange ? program.editing.markJobChanged() : nullptr) job->kind = kind;
   if (kind.isDaemon()) program.notifications.rootChanged.post();

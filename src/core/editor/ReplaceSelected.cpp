@@ -20,7 +20,7 @@ std::shared_ptr<Launchd> jobInPlaceOf(const std::shared_ptr<Job>& old, Program& 
 }  // namespace
 
 bool replaceSelected(Program& program, const propertylist::Dictionary& dictionary) {
-  const auto old = program.state.selectedJob;
+  const auto old = program.selection.job();
   const auto job = jobInPlaceOf(old, program, dictionary);
   if (!job) {
     const Localize& localize = program.foundation.localize;
@@ -28,7 +28,7 @@ bool replaceSelected(Program& program, const propertylist::Dictionary& dictionar
     return false;
   }
   std::string fileChecksum = program.editing.fileChecksum();
-  Jobs jobs = program.state.jobs;
+  Jobs jobs = program.catalogue.jobs();
   const auto found =
       std::find_if(jobs.begin(), jobs.end(), [&old](const auto& other) { return isUnchanged(*other, *old); });
   if (found != jobs.end()) {
@@ -36,9 +36,9 @@ bool replaceSelected(Program& program, const propertylist::Dictionary& dictionar
     program.fetcher.replaceJobs(std::move(jobs));
   }
   program.editing.began(job, std::move(fileChecksum));
-  program.state.selectedJob = job;
+  program.selection.select(job);
   program.mainWindow.selectedJobDidChange();
-  program.state.hasUnsavedChanges = true;
+  program.editing.setUnsavedChanges(true);
   program.drafts.edited();
   if (program.shell.edit) program.shell.edit->refreshEditedState();
   return true;

@@ -79,16 +79,16 @@ std::string GridMode::header(std::size_t section) const {
 void GridMode::selectionDidChange(std::optional<IndexPath> path) {
   if (!path) return;
   if (m_program.state.saving.isBusy()) return;  // what is on its way to its file needs no question
-  if (m_program.state.hasUnsavedChanges) return m_program.mainWindow.unsavedChangesAlert();
+  if (m_program.editing.hasUnsavedChanges()) return m_program.mainWindow.unsavedChangesAlert();
   const auto job = m_sections.job(*path);
   if (!job) return;
-  m_program.state.selectedJob = job;
+  m_program.selection.select(job);
   m_program.mainWindow.selectedJobDidChange();
 }
 
 void GridMode::markedItemWasClicked(IndexPath path) {
   const auto job = m_sections.job(path);
-  const auto& selected = m_program.state.selectedJob;
+  const auto selected = m_program.selection.job();
   const bool isShown = job && selected && job->url.equalTo(selected->url);
   if (!isShown) selectionDidChange(path);
 }

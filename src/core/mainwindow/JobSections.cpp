@@ -36,7 +36,7 @@ const Sections& JobSections::all() const {
 const JobSections::Shown& JobSections::shown() const {
   if (!m_shown) {
     const bool showSystemJobs = m_program.foundation.defaults.showSystemJobs();
-    const Jobs& jobs = m_program.state.jobs;
+    const Jobs& jobs = m_program.catalogue.jobs();
     m_shown = Shown{jobs, showSystemJobs, makeSections(jobs, showSystemJobs)};
   }
   return *m_shown;

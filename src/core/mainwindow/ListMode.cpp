@@ -19,7 +19,7 @@ ListMode::~ListMode() {
 }
 
 const Jobs& ListMode::content() const {
-  if (!m_content) m_content = m_program.state.jobs;
+  if (!m_content) m_content = m_program.catalogue.jobs();
   return *m_content;
 }
 
@@ -75,7 +75,7 @@ void ListMode::setSortDescriptors(std::vector<SortDescriptor> descriptors) {
   (void)content();
   sort();
   m_table.reload();
-  if (const auto job = m_program.state.selectedJob) select(job->url);
+  if (const auto job = m_program.selection.job()) select(job->url);
 }
 
 void ListMode::sort() {

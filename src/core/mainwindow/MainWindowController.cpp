@@ -13,11 +13,11 @@ void MainWindowController::selectedJobDidChange() {
   updateTitle();
   if (m_program.shell.mainWindow) m_program.shell.mainWindow->setEdited(false);
   if (m_program.shell.detail) m_program.shell.detail->updateDetail();
-  if (!m_program.state.selectedJob) refresh();
+  if (!m_program.selection.job()) refresh();
 }
 
 void MainWindowController::applySelection() {
-  const auto job = m_program.state.selectedJob;
+  const auto job = m_program.selection.job();
   ModeType* mode = m_program.currentMode();
   if (!job || !mode) return;
   if (job->isNewFile) {
@@ -49,7 +49,7 @@ Mode MainWindowController::mode() const {
 void MainWindowController::switchMode(Mode mode) {
   AppState& state = m_program.state;
   MainWindowType* const window = m_program.shell.mainWindow;
-  if (state.hasUnsavedChanges) {  // what is being edited stays where it is
+  if (m_program.editing.hasUnsavedChanges()) {  // what is being edited stays where it is
     if (window) window->showMode(this->mode());
     return;
   }
@@ -60,17 +60,17 @@ void MainWindowController::switchMode(Mode mode) {
   }
   state.filterString.clear();
   if (ModeType* const current = m_program.currentMode()) {
-    current->update(state.jobs);
+    current->update(m_program.catalogue.jobs());
     current->deselect();
   }
   if (m_program.shell.detail) m_program.shell.detail->clearDetail();
-  state.selectedJob = nullptr;
+  m_program.selection.select(nullptr);
   selectedJobDidChange();
 }
 
 bool MainWindowController::canDeleteJob(const Job& job) const {
   const AppState& state = m_program.state;
-  if (state.hasUnsavedChanges || state.saving.isBusy()) return false;
+  if (m_program.editing.hasUnsavedChanges() || state.saving.isBusy()) return false;
   if (job.isNewFile || job.kind == Kind::loginItemApplication) return false;
   return !job.kind.isSystem() || m_program.foundation.defaults.editSystemJobs();
 }
@@ -110,7 +110,7 @@ void MainWindowController::unsavedChangesAlert() {
 }
 
 bool MainWindowController::sessionMayEnd() {
-  if (!m_program.state.hasUnsavedChanges) return true;
+  if (!m_program.editing.hasUnsavedChanges()) return true;
   if (m_program.platform.interface.alert(unsavedChangesQuestion()) != Interface::alternateButton) return false;
   // Another program may still call the end off: what the user said goes all the same.
   if (EditType* const edit = m_program.shell.edit) edit->discardEdits();
@@ -129,13 +129,13 @@ void MainWindowController::answerUnsavedChanges(int button) {
     if (edit) edit->discardEdits();
     return;
   }
-  m_program.state.hasUnsavedChanges = false;
+  m_program.editing.setUnsavedChanges(false);
   if (edit) edit->refreshEditedState();
   if (m_program.shell.terminate) m_program.shell.terminate();
 }
 
 void MainWindowController::refresh() {
-  if (!m_program.state.hasUnsavedChanges) m_program.fetcher.fetchJobs();
+  if (!m_program.editing.hasUnsavedChanges()) m_program.fetcher.fetchJobs();
 }
 
 void MainWindowController::toggleSystemJobs() {

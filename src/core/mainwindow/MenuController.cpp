@@ -56,7 +56,7 @@ CommandContext MenuController::context() const {
   const AppState& state = m_program.state;
   const Shell& shell = m_program.shell;
   const Defaults& defaults = m_program.foundation.defaults;
-  CommandContext result{.hasUnsavedChanges = state.hasUnsavedChanges,
+  CommandContext result{.hasUnsavedChanges = m_program.editing.hasUnsavedChanges(),
                         .isSaving = state.saving.isBusy(),
                         .isScriptInFront = static_cast<bool>(shell.saveScript),
                         .editsSystemJobs = defaults.editSystemJobs(),
@@ -101,9 +101,9 @@ void MenuController::performFile(Command command) {
     case Command::export_:
       return shell.exportJob();
     case Command::delete_:
-      return window.confirmDelete(m_program.state.selectedJob);
+      return window.confirmDelete(m_program.selection.job());
     case Command::revealInFinder:
-      return window.revealInFinder(*m_program.state.selectedJob);
+      return window.revealInFinder(*m_program.selection.job());
     case Command::refresh:
       if (shell.emptyIconCache) shell.emptyIconCache();
       return m_program.fetcher.fetchJobs();
@@ -115,7 +115,7 @@ void MenuController::performFile(Command command) {
 void MenuController::saveSelected() {
   const Shell& shell = m_program.shell;
   if (shell.saveScript) return shell.saveScript();
-  if (!std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob)) return m_program.platform.interface.saveError();
+  if (!m_program.selection.launchd()) return m_program.platform.interface.saveError();
   shell.edit->save();
 }
 

@@ -7,10 +7,10 @@
 namespace mirvel {
 
 bool selectInCatalogue(Program& program, const URL& url) {
-  if (program.state.hasUnsavedChanges) return false;
-  const auto job = program.state.jobAt(url);
+  if (program.editing.hasUnsavedChanges()) return false;
+  const auto job = program.catalogue.jobAt(url);
   if (!job) return false;
-  program.state.selectedJob = job;
+  program.selection.select(job);
   program.mainWindow.selectedJobDidChange();
   return true;
 }
@@ -18,7 +18,7 @@ bool selectInCatalogue(Program& program, const URL& url) {
 std::shared_ptr<Job> shownJob(const Program& program) {
   const DetailType* const detail = program.shell.detail;
   const bool isShown = !detail || detail->detailTab() != DetailTab::noSelection;
-  return isShown ? program.state.selectedJob : nullptr;
+  return isShown ? program.selection.job() : nullptr;
 }
 
 JobMenu menuForJob(Program& program, const std::shared_ptr<Job>& job) {

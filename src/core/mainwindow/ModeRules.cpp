@@ -6,7 +6,7 @@ namespace mirvel {
 
 bool SelectionGuard::mayChange() {
   if (m_program.state.saving.isBusy()) return false;
-  if (!m_program.state.hasUnsavedChanges) {
+  if (!m_program.editing.hasUnsavedChanges()) {
     m_isWarningAboutUnsaved = false;
     return true;
   }
@@ -19,7 +19,7 @@ bool SelectionGuard::mayChange() {
 
 std::optional<std::string> emptyStateLabel(const Program& program) {
   if (program.state.scanning.isBusy()) return program.foundation.localize.ellipsis().loading();
-  if (program.state.jobs.empty()) return program.foundation.localize.noItems();
+  if (program.catalogue.jobs().empty()) return program.foundation.localize.noItems();
   return std::nullopt;
 }
 

@@ -8,7 +8,7 @@ namespace mirvel {
 
 std::vector<RevisionItem> revisionItems(Program& program) {
   std::vector<RevisionItem> result;
-  const auto& job = program.state.selectedJob;
+  const auto job = program.selection.job();
   const propertylist::Value* const kept = job ? program.revisions.revisions().find(storeKey(job->url)) : nullptr;
   const auto* const revisions = kept ? kept->as<propertylist::Array>() : nullptr;
   if (!revisions) return result;
@@ -29,7 +29,7 @@ void insertRevision(Program& program, const propertylist::Dictionary& revision) 
 }
 
 void confirmDeleteRevisions(Program& program) {
-  const auto& job = program.state.selectedJob;
+  const auto job = program.selection.job();
   if (!job) return;
   const Localize& localize = program.foundation.localize;
   program.platform.interface.beginSheet({.message = localize.deleteRevisionsOf(job->name),

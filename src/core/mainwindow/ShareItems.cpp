@@ -25,7 +25,7 @@ std::string percentEncoded(std::string_view text) {
 }  // namespace
 
 std::optional<ShareItems> shareItems(const Program& program) {
-  const auto& job = program.state.selectedJob;
+  const auto job = program.selection.job();
   if (!job) return std::nullopt;
   const auto* const launchd = dynamic_cast<const Launchd*>(job.get());
   if (!launchd) return ShareItems{.text = job->run()};

@@ -35,7 +35,7 @@ TimelineMode::~TimelineMode() {
 }
 
 const Jobs& TimelineMode::content() const {
-  if (!m_content) m_content = m_program.state.jobs;
+  if (!m_content) m_content = m_program.catalogue.jobs();
   return *m_content;
 }
 
@@ -79,7 +79,7 @@ void TimelineMode::select(const URL& url) {
 }
 
 void TimelineMode::makeSelected(const std::shared_ptr<Job>& job) {
-  m_program.state.selectedJob = job;
+  m_program.selection.select(job);
   m_program.mainWindow.selectedJobDidChange();
 }
 
@@ -118,9 +118,9 @@ std::shared_ptr<Job> TimelineMode::jobAt(std::size_t row) const {
 void TimelineMode::selectionDidChange(std::size_t row) {
   const auto job = jobAt(row);
   if (!job) return;
-  const auto& selected = m_program.state.selectedJob;
+  const auto selected = m_program.selection.job();
   if (selected && selected->url.equalTo(job->url)) return;
-  const auto current = m_program.state.jobAt(job->url);
+  const auto current = m_program.catalogue.jobAt(job->url);
   makeSelected(current ? current : job);
 }
 

@@ -9,7 +9,7 @@
 namespace mirvel {
 
 std::shared_ptr<Launchd> Editing::selected() const {
-  return std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
+  return m_program.selection.launchd();
 }
 
 /// Of the last bytes in its file that are the job's: those that it was read from, or that a save has written since.
@@ -32,15 +32,14 @@ bool Editing::isAbout(const std::shared_ptr<Launchd>& job) const {
 Launchd* Editing::markJobChanged(std::string_view field) {
   const auto job = selected();
   if (!job) return nullptr;
-  AppState& state = m_program.state;
-  if (!isAbout(job) || (!state.hasUnsavedChanges && m_undone.empty())) began(job, checksumAtStart(job));
+  if (!isAbout(job) || (!m_hasUnsavedChanges && m_undone.empty())) began(job, checksumAtStart(job));
   if (!continuesStep(field)) {
-    if (m_done.empty()) m_wasChanged = state.hasUnsavedChanges;
+    if (m_done.empty()) m_wasChanged = m_hasUnsavedChanges;
     m_done.push_back({.record = job->plist().clone(), .kind = job->kind, .unfinished = m_unfinished});
     dropOldSteps();
   }
   m_undone.clear();
-  state.hasUnsavedChanges = true;
+  m_hasUnsavedChanges = true;
   m_program.drafts.edited();
   if (EditType* const edit = m_program.shell.edit) edit->refreshEditedState();
   return job.get();
@@ -92,12 +91,12 @@ void Editing::swap(std::vector<State>& from, std::vector<State>& to) {
   m_unfinished = std::move(from.back().unfinished);
   from.pop_back();
   m_field.clear();
-  m_program.state.hasUnsavedChanges = !m_done.empty() || m_wasChanged;
+  m_hasUnsavedChanges = !m_done.empty() || m_wasChanged;
   m_program.drafts.edited();
   const Shell& shell = m_program.shell;
   if (shell.detail) shell.detail->showEdit();
   if (shell.edit) shell.edit->refreshEditedState();
-  if (m_program.state.hasUnsavedChanges) return;
+  if (m_hasUnsavedChanges) return;
   // A save that failed may have written its file all the same.
   if (!m_sentChecksum.empty()) job->checksum.clear();
   m_program.mainWindow.refresh();

@@ -20,6 +20,10 @@ class Editing {
  public:
   explicit Editing(Program& program) : m_program(program) {}
 
+  /// Whether the selected job was edited and not saved since.
+  bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
+  void setUnsavedChanges(bool hasUnsavedChanges) { m_hasUnsavedChanges = hasUnsavedChanges; }
+
   /// The selected launchd job, marked as changed: what the caller does to it next is a step of undo. Null: none is
   /// selected, and nothing has happened. Of one field that is named, what follows shortly upon another change of it is
   /// part of the same step.
@@ -77,6 +81,7 @@ class Editing {
   std::string m_agreedChecksum;
   std::weak_ptr<Launchd> m_writtenJob;  ///< the last that a save wrote
   std::string m_writtenChecksum;
+  bool m_hasUnsavedChanges = false;
   bool m_wasChanged = false;  ///< before the first step
   Unfinished m_unfinished;
   std::vector<State> m_done;

@@ -31,7 +31,7 @@ void Fetcher::fetchJobs() {
   scanningChanged();
   if (m_operation) m_operation->cancel();
   const auto operation =
-      std::make_shared<FetchOperation>(m_program.state.jobs, m_program.foundation.scanSettings(), m_tools->scan);
+      std::make_shared<FetchOperation>(m_program.catalogue.jobs(), m_program.foundation.scanSettings(), m_tools->scan);
   m_operation = operation;
 
   auto publication = m_delay.whileOwned([this, operation] { publish(*operation); });
@@ -53,14 +53,14 @@ void Fetcher::publish(FetchOperation& operation) {
   m_scanning.release();
   m_hasScanned = true;
   scanningChanged();
-  if (m_program.state.jobs.empty()) {
+  if (m_program.catalogue.jobs().empty()) {
     m_delay(0, [this] {
       if (m_program.shell.mainWindow) m_program.shell.mainWindow->validateVisibleItems();
     });
   }
   // Edits that began during the scan would be lost with their job, and a save is only half done; a scan follows when
   // they are saved or dropped.
-  if (!operation.jobs || m_program.state.hasUnsavedChanges || m_program.state.saving.isBusy()) return;
+  if (!operation.jobs || m_program.editing.hasUnsavedChanges() || m_program.state.saving.isBusy()) return;
   replaceJobs(*std::move(operation.jobs));
 }
 
@@ -72,11 +72,11 @@ void Fetcher::replaceJobs(Jobs jobs) {
       modeFilter(m_program, *mode, jobs, m_program.state.filterString);
     }
   }
-  m_program.jobMoves.follow(m_program.state.jobs, jobs);
-  if (const auto& selected = m_program.state.selectedJob) {
-    if (const auto moved = findMoved(*selected, m_program.state.jobs, jobs)) selected->url = moved->url;
+  m_program.jobMoves.follow(m_program.catalogue.jobs(), jobs);
+  if (const auto selected = m_program.selection.job()) {
+    if (const auto moved = findMoved(*selected, m_program.catalogue.jobs(), jobs)) selected->url = moved->url;
   }
-  m_program.state.jobs.swap(jobs);
+  m_program.catalogue.publish(std::move(jobs));
   jobsDidUpdate();
   // To take ten thousand old jobs apart takes a while, and is nothing that the main thread must wait for.
   m_program.platform.fetchQueue.add([old = std::make_shared<Jobs>(std::move(jobs))]() mutable { old.reset(); });
@@ -85,32 +85,31 @@ void Fetcher::replaceJobs(Jobs jobs) {
 void Fetcher::jobsDidUpdate() {
   reconcileSelection();
   matchIcons();
-  m_program.jobMoves.remember(m_program.state.jobs);
+  m_program.jobMoves.remember(m_program.catalogue.jobs());
   m_program.notifications.jobsUpdated.post();
 }
 
 void Fetcher::reconcileSelection() {
-  AppState& state = m_program.state;
-  if (!state.selectedJob) return;
-  const URL url = state.selectedJob->url;
-  if (const auto job = state.jobAt(url)) {
+  if (!m_program.selection.job()) return;
+  const URL url = m_program.selection.job()->url;
+  if (const auto job = m_program.catalogue.jobAt(url)) {
     if (ModeType* mode = m_program.currentMode()) mode->select(url);
     // A filter may hide the job from the mode; it is selected all the same, as it now is.
-    if (!state.hasUnsavedChanges) state.selectedJob = job;
+    if (!m_program.editing.hasUnsavedChanges()) m_program.selection.select(job);
     return;
   }
   if (m_program.shell.detail) m_program.shell.detail->clearDetail();
-  state.selectedJob.reset();
+  m_program.selection.select(nullptr);
   m_program.mainWindow.selectedJobDidChange();
 }
 
 void Fetcher::matchIcons() {
-  AppState& state = m_program.state;
-  const auto before = state.selectedJob ? state.selectedJob->customIcon : std::nullopt;
-  matchCustomIcons(state.jobs, m_program.foundation.roots.applicationSupport, m_program.platform.workspace);
-  if (!state.selectedJob || state.selectedJob->customIcon == before) return;
+  const auto before = m_program.selection.job() ? m_program.selection.job()->customIcon : std::nullopt;
+  matchCustomIcons(m_program.catalogue.jobs(), m_program.foundation.roots.applicationSupport,
+                   m_program.platform.workspace);
+  if (!m_program.selection.job() || m_program.selection.job()->customIcon == before) return;
   if (m_program.shell.detail) m_program.shell.detail->updateIcon();
-  if (ModeType* mode = m_program.currentMode()) mode->reloadJob(state.selectedJob);
+  if (ModeType* mode = m_program.currentMode()) mode->reloadJob(m_program.selection.job());
 }
 
 }  // namespace mirvel

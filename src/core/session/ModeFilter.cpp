@@ -28,12 +28,12 @@ void modeFilter(Program& program, ModeType& mode, const Jobs& jobs, const std::s
   if (text.empty()) {
     mode.update(jobs);
     program.mainWindow.applySelection();
-    if (program.state.selectedJob && program.shell.detail) program.shell.detail->updateDetail();
+    if (program.selection.job() && program.shell.detail) program.shell.detail->updateDetail();
     return;
   }
   const Jobs left = filtered(jobs, text);
   mode.update(left);
-  if (isAmong(left, program.state.selectedJob)) {
+  if (isAmong(left, program.selection.job())) {
     keepSelection(program);
   } else {
     mode.deselect();

@@ -93,7 +93,7 @@ void DetailViewController::updateTab() {
 }
 
 void DetailViewController::updateDetail() {
-  show(detailTabFor(m_program.state.selectedJob.get(), m_program.state.hasUnsavedChanges));
+  show(detailTabFor(m_program.selection.job().get(), m_program.editing.hasUnsavedChanges()));
   updateTab();
 }
 
@@ -113,7 +113,7 @@ void DetailViewController::updateIcon() {
 
 void DetailViewController::showDisplay() {
   m_program.editing.reset();
-  if (!m_program.state.selectedJob) return updateDetail();
+  if (!m_program.selection.job()) return updateDetail();
   show(DetailTab::launchdDisplay);
   updateTab();
 }

@@ -61,10 +61,10 @@ IconButton::IconButton(Program& program, QWidget* parent) : QToolButton(parent),
   auto* menu = new QMenu(this);
   menu->addAction(IconLoader::symbol("document-open"), qt(localize.chooseIcon()), this, [this] { choose(); });
   QAction* remove = menu->addAction(IconLoader::symbol("edit-delete"), qt(localize.removeIcon()), this, [this] {
-    if (const auto job = m_program.state.selectedJob) removeCustomIcon(m_program, job);
+    if (const auto job = m_program.selection.job()) removeCustomIcon(m_program, job);
   });
   connect(menu, &QMenu::aboutToShow, remove, [this, remove] {
-    const auto& job = m_program.state.selectedJob;
+    const auto job = m_program.selection.job();
     remove->setEnabled(job && job->customIcon);
   });
   setMenu(menu);
@@ -78,7 +78,7 @@ void IconButton::choose() {
 }
 
 void IconButton::use(const fs::path& picture) {
-  const auto job = m_program.state.selectedJob;
+  const auto job = m_program.selection.job();
   if (!job) return;
   const std::string png = pngOf(picture);
   if (!png.empty()) return setCustomIcon(m_program, job, png);

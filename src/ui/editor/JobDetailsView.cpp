@@ -14,7 +14,7 @@ JobDetailsView::JobDetailsView(Program& program, IconLoader& icons)
     : StackScrollView(qt(program.foundation.localize.details())), m_program(program), m_icons(icons) {}
 
 void JobDetailsView::updateDetail() {
-  const auto& job = m_program.state.selectedJob;
+  const auto job = m_program.selection.job();
   if (!job) return;
   Shown content{.general = GeneralRules::display(m_program, *job), .rows = JobDetails::rows(m_program, *job)};
   if (m_shown == content) return;

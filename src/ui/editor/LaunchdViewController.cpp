@@ -18,7 +18,7 @@ LaunchdViewController::LaunchdViewController(Program& program)
 }
 
 std::shared_ptr<Launchd> LaunchdViewController::selectedJob() const {
-  return std::dynamic_pointer_cast<Launchd>(m_program.state.selectedJob);
+  return m_program.selection.launchd();
 }
 
 void LaunchdViewController::rebuildSections() {

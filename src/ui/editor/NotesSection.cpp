@@ -38,7 +38,7 @@ NotesSection::NotesSection(Program& theProgram) : Section(theProgram), m_textFie
   auto* grid = new SectionGrid(this);
   grid->addRow(*m_textField);
   connect(m_textField, &QPlainTextEdit::textChanged, this, [this] {
-    const auto& job = program().state.selectedJob;  // a scan may have made it anew
+    const auto job = program().selection.job();  // a scan may have made it anew
     if (job && !isFilling()) program().notes.setNote(job->url, utf8(m_textField->exactText()));
   });
 }

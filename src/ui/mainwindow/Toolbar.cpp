@@ -88,7 +88,7 @@ void Toolbar::addFilter() {
   m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
     ModeType* const mode = m_isClearing ? nullptr : m_program.currentMode();
-    if (mode) modeFilter(m_program, *mode, m_program.state.jobs, utf8(text));
+    if (mode) modeFilter(m_program, *mode, m_program.catalogue.jobs(), utf8(text));
   });
   auto* escape = new QShortcut(Qt::Key_Escape, m_filter, nullptr, nullptr, Qt::WidgetShortcut);
   connect(escape, &QShortcut::activated, this, &Toolbar::endFilter);

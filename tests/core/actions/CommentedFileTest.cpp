@@ -23,7 +23,8 @@ class CommentedFileTest : public testdata::ProgramFixture {
   std::shared_ptr<Launchd> jobOf(const std::string& bytes) {
     (void)write(Kind::userAgent, "a.plist", bytes);
     scan();
-    return std::dynamic_pointer_cast<Launchd>(program().state.selectedJob = jobNamed("a/b"));
+    program().selection.select(jobNamed("a/b"));
+    return program().selection.launchd();
   }
   std::vector<std::string> keptFiles() const {
     std::vector<std::string> names;

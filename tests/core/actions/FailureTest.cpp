@@ -22,8 +22,8 @@ class FailureTest : public testdata::ProgramFixture {
     const auto file = writeJob(kind, "job", {{"Program", "/bin/ls"}});
     auto job = Launchd::read(testdata::bytes(file), URL::file(file), kind, {}, console);
     job->isNewFile = isNew;
-    program().state.selectedJob = job;
-    program().state.hasUnsavedChanges = true;
+    program().selection.select(job);
+    program().editing.setUnsavedChanges(true);
     program().actions.save(job);
     return job;
   }
@@ -36,7 +36,7 @@ TEST_F(FailureTest, AServiceThatCantBeReachedSendsNothingAndKeepsNoRevision) {
   savedJob(Kind::userAgent);
   EXPECT_THAT(interface.errors, ElementsAre(Pair("Could not establish communication with the helper tool", tryAgain)));
   EXPECT_EQ(program().revisions.revisions().size(), 0U);
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_FALSE(program().state.saving.isBusy()) << "it can be tried again";
 }
 
@@ -50,7 +50,7 @@ TEST_F(FailureTest, AConnectionThatFailsCostsOneRequest) {
     helpers.requests.back().failure(died);
     EXPECT_THAT(interface.errors, SizeIs(1));
     EXPECT_FALSE(program().state.saving.isBusy());
-    EXPECT_TRUE(program().state.hasUnsavedChanges) << "edits stay";
+    EXPECT_TRUE(program().editing.hasUnsavedChanges()) << "edits stay";
     EXPECT_THAT(helpers.ended, ElementsAre(kind == Kind::userAgent ? "action" : "privileged"));
     const ActionController& actions = program().actions;
     EXPECT_FALSE(kind == Kind::userAgent ? actions.connection() : actions.privilegedConnection());
@@ -66,7 +66,7 @@ TEST_F(FailureTest, ANewFilesSelectionGoesWithTheConnection) {
   testdata::RecordingShell shell(program());
   savedJob(Kind::userAgent, true);
   helpers.requests.back().failure(died);
-  EXPECT_FALSE(program().state.selectedJob);
+  EXPECT_FALSE(program().selection.job());
 }
 
 TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
@@ -87,8 +87,8 @@ TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
         interface.errors.clear();
         const auto file = writeJob(before, "job", {{"Program", "/bin/ls"}});
         const auto job = Launchd::read(testdata::bytes(file), URL::file(file), before, {}, console);
-        program().state.hasUnsavedChanges = false;
-        program().state.selectedJob = job;
+        program().editing.setUnsavedChanges(false);
+        program().selection.select(job);
         Launchd* const edited = program().editing.markJobChanged();
         edited->kind = kind;
         edited->plist().name.clear();  // a save would fill it
@@ -100,8 +100,8 @@ TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
         EXPECT_THAT(helpers.requests, IsEmpty());
         EXPECT_THAT(interface.errors, SizeIs(errors)) << "who cancels knows";
         EXPECT_FALSE(program().state.saving.isBusy());
-        EXPECT_TRUE(program().state.hasUnsavedChanges);
-        EXPECT_EQ(program().state.selectedJob, job);
+        EXPECT_TRUE(program().editing.hasUnsavedChanges());
+        EXPECT_EQ(program().selection.job(), job);
         EXPECT_EQ(job->url.path(), file);
         EXPECT_EQ(job->plist(), record);
         EXPECT_TRUE(program().editing.canUndo());
@@ -113,7 +113,7 @@ TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
   }
   savedJob(Kind::localDaemon, true);
   helpers.privilegedReply({});
-  EXPECT_FALSE(program().state.selectedJob) << "a new job has no file";
+  EXPECT_FALSE(program().selection.job()) << "a new job has no file";
 }
 
 TEST_F(FailureTest, AHelperThatDiesAnswersAllThatWaitAndIsToldOnce) {
@@ -196,7 +196,7 @@ TEST_F(FailureTest, QuittingEndsTheConnectionAndNoEdit) {
   helpers.requests.back().reply({});
   savedJob(Kind::userAgent);
   helpers.requests.back().failure(died);
-  ASSERT_TRUE(program().state.hasUnsavedChanges);
+  ASSERT_TRUE(program().editing.hasUnsavedChanges());
   shell.events.clear();
   helpers.ended.clear();
   EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
@@ -204,7 +204,7 @@ TEST_F(FailureTest, QuittingEndsTheConnectionAndNoEdit) {
   EXPECT_EQ(helpers.requests.back().kind(), 3);
   EXPECT_THAT(helpers.ended, ElementsAre("privileged"));
   helpers.requests.back().reply({});
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_THAT(shell.events, IsEmpty());
   interface.answerSheet(Interface::defaultButton);
   EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
@@ -254,7 +254,7 @@ TEST_F(FailureTest, AnErrorOfAHelperIsToldAndTheEditsStay) {
     savedJob(Kind::userAgent);
     helpers.requests.back().reply({{"error", row.error}});
     EXPECT_THAT(interface.errors, ElementsAre(Pair(row.message, row.informative)));
-    EXPECT_TRUE(program().state.hasUnsavedChanges);
+    EXPECT_TRUE(program().editing.hasUnsavedChanges());
     EXPECT_FALSE(program().state.saving.isBusy());
   }
   EXPECT_EQ(shell.count("saveCompleted"), 0U);

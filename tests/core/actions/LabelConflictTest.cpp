@@ -70,7 +70,7 @@ TEST_F(LabelConflictTest, ASaveAsksAndNamesTheOtherFile) {
   (void)writeJob(Kind::userAgent, "other", {{"Program", "/bin/ls"}});
   scan();
   const auto job = std::dynamic_pointer_cast<Launchd>(jobNamed("job"));
-  program().state.selectedJob = job;
+  program().selection.select(job);
   program().editing.markJobChanged()->plist().name = "other";
   std::vector<bool> ended;
   const auto save = [&] { program().actions.save(job, [&ended](bool isWritten) { ended.push_back(isWritten); }); };
@@ -85,7 +85,7 @@ TEST_F(LabelConflictTest, ASaveAsksAndNamesTheOtherFile) {
   interface.answerSheet(Interface::defaultButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_THAT(ended, testing::ElementsAre(false));
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_FALSE(job->isDisabled());
 
   save();
@@ -104,7 +104,7 @@ TEST_F(LabelConflictTest, ACopyThatIsDeletedDoesntStopTheOtherJob) {
   for (const bool isOtherThere : {false, true}) {
     if (isOtherThere) (void)writeJob(Kind::localAgent, "job");
     scan();
-    const auto copy = program().state.jobAt(URL::file(path(Kind::localAgent, "copy.plist")));
+    const auto copy = program().catalogue.jobAt(URL::file(path(Kind::localAgent, "copy.plist")));
     ASSERT_TRUE(copy);
     helpers.requests.clear();
     program().actions.deleteConfirmed(Interface::defaultButton, *copy);
@@ -128,7 +128,7 @@ TEST_F(LabelConflictTest, ANewJobOfATakenLabelIsAskedAboutToo) {
     interface.answerSheet(answer);
     const bool isCancelled = answer == Interface::defaultButton;
     EXPECT_THAT(helpers.requests, SizeIs(isCancelled ? 0 : 1));
-    EXPECT_EQ(program().state.selectedJob, isCancelled ? nullptr : std::shared_ptr<Job>(made));
+    EXPECT_EQ(program().selection.job(), isCancelled ? nullptr : std::shared_ptr<Job>(made));
     EXPECT_EQ(ended, isCancelled ? std::vector<bool>{false} : std::vector<bool>{});
   }
   EXPECT_TRUE(isDisabledInRequest());

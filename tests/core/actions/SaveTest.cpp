@@ -155,7 +155,7 @@ TEST_F(SaveTest, EachPairOfKindsHasItsRequestsInTheirOrder) {
     testdata::RecordingShell shell(program());
     const auto job = jobOf(row.now, row.before, row.isDisabled, row.exists);
     const std::string before = job->url.text();
-    program().state.selectedJob = job;
+    program().selection.select(job);
     program().actions.save(job);
     EXPECT_TRUE(program().state.saving.isBusy());
     EXPECT_EQ(job->url.text(), before) << "until it is known";
@@ -171,7 +171,7 @@ TEST_F(SaveTest, EachPairOfKindsHasItsRequestsInTheirOrder) {
     EXPECT_THAT(answerAll(), Each(Not(HasSubstr("drop")))) << "it moves once";
     EXPECT_EQ(shortened(job->url.text()), row.url);
     settle();
-    EXPECT_EQ(program().state.jobs.size(), row.exists && !row.before.isSystem() ? 1U : 0U) << "a scan was made";
+    EXPECT_EQ(program().catalogue.jobs().size(), row.exists && !row.before.isSystem() ? 1U : 0U) << "a scan was made";
   }
 }
 
@@ -234,11 +234,11 @@ TEST_F(SaveTest, TheEndOfAScanIsntThatOfASave) {
   program().actions.save(job);
   settle();
   EXPECT_TRUE(program().state.saving.isBusy());
-  EXPECT_THAT(program().state.jobs, IsEmpty()) << "nothing is shown of what is half done";
+  EXPECT_THAT(program().catalogue.jobs(), IsEmpty()) << "nothing is shown of what is half done";
   answerLast();
   EXPECT_FALSE(program().state.saving.isBusy());
   settle();
-  EXPECT_EQ(program().state.jobs.size(), 1U);
+  EXPECT_EQ(program().catalogue.jobs().size(), 1U);
 }
 
 TEST_F(SaveTest, ASaveEndsTheEditOfItsOwnJobOnly) {
@@ -247,13 +247,13 @@ TEST_F(SaveTest, ASaveEndsTheEditOfItsOwnJobOnly) {
   writeJob(Kind::userAgent, "other");
   scan();
   program().actions.save(saved);
-  program().state.selectedJob = jobNamed("other");
-  program().state.hasUnsavedChanges = true;
+  program().selection.select(jobNamed("other"));
+  program().editing.setUnsavedChanges(true);
   shell.events.clear();
   answerLast();
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_EQ(shell.count("saveCompleted") + shell.count("showDisplay"), 0U);
-  EXPECT_EQ(program().state.selectedJob->name, "other");
+  EXPECT_EQ(program().selection.job()->name, "other");
 }
 
 TEST_F(SaveTest, ANewJobGetsAFileOfItsNameThatNothingHas) {
@@ -355,7 +355,7 @@ TEST_F(SaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
   };
   for (const auto& row : table) {
     const auto job = jobOf(row.kind, row.kind, false, true);
-    program().state.selectedJob = job;
+    program().selection.select(job);
     program().actions.deleteConfirmed(Interface::alternateButton, *job);
     EXPECT_THAT(asked(), IsEmpty());
     program().actions.deleteConfirmed(Interface::defaultButton, *job);
@@ -363,7 +363,7 @@ TEST_F(SaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
     answerLast();
     queue.runDue();
     EXPECT_EQ(asked(), row.afterReply);
-    EXPECT_FALSE(program().state.selectedJob);
+    EXPECT_FALSE(program().selection.job());
     if (!row.afterReply.empty()) answerLast();
   }
 }
@@ -379,13 +379,13 @@ TEST_F(SaveTest, TheAnswerToADeletionConcernsTheDeletedJobOnly) {
   };
   for (const Row& row :
        {Row{"other", true, true}, Row{"other", false, true}, Row{"job", true, true}, Row{"job", false, false}}) {
-    program().state.selectedJob = jobNamed(row.selected);
+    program().selection.select(jobNamed(row.selected));
     program().actions.deleteConfirmed(Interface::defaultButton, *deleted);
-    program().state.hasUnsavedChanges = row.hasUnsavedChanges;
+    program().editing.setUnsavedChanges(row.hasUnsavedChanges);
     shell.events.clear();
     answerLast();
-    EXPECT_EQ(program().state.hasUnsavedChanges, row.hasUnsavedChanges);
-    EXPECT_EQ(program().state.selectedJob != nullptr, row.staysSelected) << row.selected << row.hasUnsavedChanges;
+    EXPECT_EQ(program().editing.hasUnsavedChanges(), row.hasUnsavedChanges);
+    EXPECT_EQ(program().selection.job() != nullptr, row.staysSelected) << row.selected << row.hasUnsavedChanges;
     EXPECT_EQ(shell.count("saveCompleted") + shell.count("showDisplay"), 0U);
     EXPECT_EQ(shell.count("clearDetail"), row.staysSelected ? 0U : 1U);
   }
@@ -394,12 +394,12 @@ TEST_F(SaveTest, TheAnswerToADeletionConcernsTheDeletedJobOnly) {
 TEST_F(SaveTest, TheLoginItemGoesThatWasAskedAboutWhateverIsSelected) {
   loginItems.ownItems = {{"a", "/1", {}, {}}, {"b", "/not \xff UTF-8", {}, {}}, {"b", "/3", {}, {}}};
   scan();
-  const Jobs jobs = program().state.jobs;
-  program().state.selectedJob = jobNamed("a");
+  const Jobs jobs = program().catalogue.jobs();
+  program().selection.select(jobNamed("a"));
   program().actions.deleteConfirmed(Interface::defaultButton, *jobs.at(2));
   EXPECT_THAT(asked(), IsEmpty());
   settle();
-  EXPECT_THAT(names(program().state.jobs), ElementsAre("a", "b"));
+  EXPECT_THAT(names(program().catalogue.jobs()), ElementsAre("a", "b"));
   EXPECT_EQ(jobNamed("b")->run(), "/not \xff UTF-8");
 
   loginItems.removalFailure = Error{.code = Error::Code::NotPermitted, .message = "can't delete", .file = "/a"};

@@ -104,7 +104,7 @@ TEST_F(AppDelegateTest, AnAgentsFolderThatCantBeMadeIsToldAndLeftOut) {
   start();
   ASSERT_EQ(interface.errors.size(), 1U);
   EXPECT_NE(interface.errors[0].first.find(path(Kind::userAgent).parent_path()), std::string::npos);
-  EXPECT_EQ(names(state().jobs), (std::vector<std::string>{"other"}));
+  EXPECT_EQ(names(program().catalogue.jobs()), (std::vector<std::string>{"other"}));
 }
 
 TEST_F(AppDelegateTest, TheAgentsFolderThatIsMadeIsNotForOthersToWrite) {
@@ -123,10 +123,10 @@ TEST_F(AppDelegateTest, TheAgentsFolderThatIsMadeIsNotForOthersToWrite) {
 }
 
 TEST_F(AppDelegateTest, OnlyAnEmptyCatalogueWithoutEditsIsFetchedAtTheStart) {
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   delegate().applicationDidFinishLaunching();
-  state().hasUnsavedChanges = false;
-  state().jobs = {std::make_shared<Job>(Kind::userAgent, "a", "", "a", URL::file("/a"))};
+  program().editing.setUnsavedChanges(false);
+  program().catalogue.publish({std::make_shared<Job>(Kind::userAgent, "a", "", "a", URL::file("/a"))});
   delegate().applicationDidFinishLaunching();
   EXPECT_EQ(fetchQueue.count(), 0U);
 }
@@ -161,15 +161,15 @@ TEST_F(AppDelegateTest, ABurstOfChangesIsAScanASecondAndTheLastStateWins) {
 
 TEST_F(AppDelegateTest, EditsHoldTheScansBackUntilTheyAreGone) {
   start();
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
   pass(3);
   EXPECT_FALSE(state().scanning.isBusy());
   writeJob(Kind::userAgent, "new");
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
-  state().hasUnsavedChanges = false;  // within the 0.1 seconds
+  program().editing.setUnsavedChanges(false);  // within the 0.1 seconds
   pass(3);
-  EXPECT_EQ(state().jobs.size(), 1U);
+  EXPECT_EQ(program().catalogue.jobs().size(), 1U);
 }
 
 TEST_F(AppDelegateTest, AQuitIsHeldBackByEditsAlone) {
@@ -178,7 +178,7 @@ TEST_F(AppDelegateTest, AQuitIsHeldBackByEditsAlone) {
   EXPECT_TRUE(delegate().applicationShouldTerminate());
   EXPECT_THAT(interface.sheets, IsEmpty());
 
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   EXPECT_FALSE(delegate().applicationShouldTerminate());
   EXPECT_THAT(shell.events, ElementsAre("goodbye", "goodbye"));
   ASSERT_EQ(interface.sheets.size(), 1U);
@@ -205,7 +205,7 @@ TEST_F(AppDelegateTest, TheAnswerToAHeldBackQuitCounts) {
   };
   for (const auto& row : table) {
     testdata::RecordingShell shell(program());
-    state().hasUnsavedChanges = true;
+    program().editing.setUnsavedChanges(true);
     if (row.isTerminating) {
       EXPECT_FALSE(delegate().applicationShouldTerminate());
     } else {
@@ -214,7 +214,7 @@ TEST_F(AppDelegateTest, TheAnswerToAHeldBackQuitCounts) {
     EXPECT_EQ(delegate().isTerminating, row.isTerminating);
     interface.answerSheet(row.answer);
     EXPECT_EQ(shell.events, row.events);
-    EXPECT_EQ(state().hasUnsavedChanges, row.hasUnsavedChanges);
+    EXPECT_EQ(program().editing.hasUnsavedChanges(), row.hasUnsavedChanges);
     EXPECT_EQ(delegate().isTerminating, row.isTerminatingThen);
     if (row.isTerminatingThen) {
       EXPECT_TRUE(delegate().applicationShouldTerminate());
@@ -226,17 +226,17 @@ TEST_F(AppDelegateTest, TheAnswerToAHeldBackQuitCounts) {
 TEST_F(AppDelegateTest, WhileAQuitIsHeldBackChangesAreIgnored) {
   start();
   writeJob(Kind::userAgent, "new");
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   EXPECT_FALSE(delegate().applicationShouldTerminate());
-  state().hasUnsavedChanges = false;  // so that nothing else holds the scan back
+  program().editing.setUnsavedChanges(false);  // so that nothing else holds the scan back
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
   pass(3);
-  EXPECT_THAT(state().jobs, IsEmpty());
+  EXPECT_THAT(program().catalogue.jobs(), IsEmpty());
 
   interface.answerSheet(Interface::defaultButton);
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
   pass(3);
-  EXPECT_EQ(state().jobs.size(), 1U);
+  EXPECT_EQ(program().catalogue.jobs().size(), 1U);
 }
 
 TEST_F(AppDelegateTest, TheFirstURLSelectsAJobAfterAMoment) {
@@ -279,10 +279,10 @@ TEST_F(AppDelegateTest, TheFirstURLSelectsAJobAfterAMoment) {
     EXPECT_EQ(shell.events, expected) << (row.urls.empty() ? "" : row.urls[0]);
   }
 
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   shell.events.clear();
   delegate().applicationOpenURLs({url});
-  state().hasUnsavedChanges = false;
+  program().editing.setUnsavedChanges(false);
   queue.runFor(5);
   EXPECT_THAT(shell.events, IsEmpty()) << "dropped for good";
   EXPECT_EQ(interface.sheets.size(), 1U) << "but not without a word";
@@ -299,8 +299,8 @@ TEST_F(AppDelegateTest, AURLAtAColdStartWaitsForTheFirstScan) {
   settle();
   EXPECT_EQ(shell.count("select job.plist"), 1U);
   EXPECT_EQ(shell.count("select other.plist"), 0U) << "the later one counts";
-  ASSERT_TRUE(state().selectedJob);
-  EXPECT_EQ(state().selectedJob->name, "job");
+  ASSERT_TRUE(program().selection.job());
+  EXPECT_EQ(program().selection.job()->name, "job");
   scan();
   EXPECT_EQ(shell.count("select job.plist"), 1U);
 }

@@ -24,7 +24,7 @@ class JobMovesTest : public testdata::ProgramFixture {
   fs::path iconOf(const URL& url) const { return customIconFile(roots.applicationSupport, *iconStoreName(url)); }
   /// Gives the selected job all that a user can keep beside it.
   void giveEverything() {
-    const auto job = program().state.selectedJob;
+    const auto job = program().selection.job();
     program().notes.setNote(job->url, "my note");
     program().revisions.saveRevision(dynamic_cast<Launchd&>(*job));
     fs::create_directories(iconOf(job->url).parent_path());
@@ -38,7 +38,7 @@ class JobMovesTest : public testdata::ProgramFixture {
   bool hasAnything(const URL& url) {
     return program().notes.has(url) || program().revisions.revisions().find(url.text()) || fs::exists(iconOf(url));
   }
-  void select(const std::string& name) { program().state.selectedJob = jobNamed(name); }
+  void select(const std::string& name) { program().selection.select(jobNamed(name)); }
   void rename(const URL& from, const URL& to) const {
     fs::create_directories(to.path().parent_path());
     fs::rename(from.path(), to.path());
@@ -76,7 +76,7 @@ TEST_F(JobMovesTest, AnotherJobOfTheLabelInheritsNothing) {
     writeJob(Kind::userAgent, "a");
     writeJob(Kind::localDaemon, "a");
     scan();
-    program().state.selectedJob = program().state.jobAt(old);
+    program().selection.select(program().catalogue.jobAt(old));
     giveEverything();
     if (hasItsOwn) {
       fs::create_directories(iconOf(other).parent_path());
@@ -106,7 +106,7 @@ TEST_F(JobMovesTest, ASaveThatMovesTheFileTakesEverythingAlong) {
     scan();
     select("a");
     giveEverything();
-    const auto job = std::dynamic_pointer_cast<Launchd>(program().state.selectedJob);
+    const auto job = program().selection.launchd();
     job->kind = row.to;
     job->plist().name = row.label;
     helpers.requests.clear();
@@ -117,7 +117,7 @@ TEST_F(JobMovesTest, ASaveThatMovesTheFileTakesEverythingAlong) {
       if (request.body.find("string")) std::ofstream(request.text("path")) << request.text("string");
       request.reply({});
     }
-    program().state.hasUnsavedChanges = false;
+    program().editing.setUnsavedChanges(false);
     scan();
     EXPECT_TRUE(hasEverything(at(row.to, "a.plist"))) << row.from.name() << " " << row.label;
     EXPECT_FALSE(hasAnything(at(row.from, "a.plist"))) << row.from.name() << " " << row.label;
@@ -191,9 +191,9 @@ TEST_F(MovedSelectionTest, ARenamedFileIsNoticedAndItsJobStaysSelected) {
   rename(old, now);
   shell.events.clear();
   scan();
-  ASSERT_TRUE(program().state.selectedJob);
-  EXPECT_EQ(program().state.selectedJob, jobNamed("a"));
-  EXPECT_EQ(program().state.selectedJob->url.text(), now.text());
+  ASSERT_TRUE(program().selection.job());
+  EXPECT_EQ(program().selection.job(), jobNamed("a"));
+  EXPECT_EQ(program().selection.job()->url.text(), now.text());
   EXPECT_THAT(shell.events, Contains("select z.plist"));
   EXPECT_THAT(shell.events, testing::Not(Contains("clearDetail")));
 }
@@ -201,10 +201,10 @@ TEST_F(MovedSelectionTest, ARenamedFileIsNoticedAndItsJobStaysSelected) {
 TEST_F(MovedSelectionTest, ACopyThatWasThereBeforeIsntTheMovedJob) {
   writeJob(Kind::localAgent, "a");
   scan();
-  program().state.selectedJob = program().state.jobAt(old);
+  program().selection.select(program().catalogue.jobAt(old));
   fs::remove(old.path());
   scan();
-  EXPECT_FALSE(program().state.selectedJob);
+  EXPECT_FALSE(program().selection.job());
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ class QuestionsTest : public testdata::ProgramFixture {
   Launchd& edit(const std::string& content) {
     write(Kind::userAgent, "a.plist", content);
     scan();
-    program().state.selectedJob = jobNamed("a");
+    program().selection.select(jobNamed("a"));
     return *program().editing.markJobChanged();
   }
   void save() { EditController(program(), stack).save(); }
@@ -127,13 +127,13 @@ TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
     fs::remove_all(roots.applicationSupport);
     write(Kind::userAgent, "a.plist", plain);
     scan();
-    program().state.selectedJob = jobNamed("a");
+    program().selection.select(jobNamed("a"));
     interface.sheets.clear();  // of stores that couldn't be written
     row.ask();
     const Alert question = asked();
     EXPECT_EQ(titleOf(question, question.escapeAnswer()), row.escape) << question.message;
     EXPECT_EQ(titleOf(question, question.returnAnswer()), row.returns) << question.message;
-    program().state.hasUnsavedChanges = false;
+    program().editing.setUnsavedChanges(false);
     program().editing.reset();
     settle();
   }

@@ -33,7 +33,7 @@ class CopiedJobsTest : public CreationFixture {
   }
   void select(const std::string& name) {
     scan();
-    program().state.selectedJob = jobNamed(name);
+    program().selection.select(jobNamed(name));
     shell.events.clear();
   }
 };
@@ -120,7 +120,7 @@ TEST_F(CopiedJobsTest, AFileThatIsNoJobSaysWhereAndWhy) {
   EXPECT_FALSE(gone.importFile());
   EXPECT_THAT(interface.errors.back().second, HasSubstr("/none/gone.plist: can't"));
   EXPECT_THAT(helpers.requests, IsEmpty());
-  EXPECT_FALSE(program().state.selectedJob);
+  EXPECT_FALSE(program().selection.job());
 }
 
 TEST_F(CopiedJobsTest, SeveralFilesAreImportedOneAfterTheOther) {
@@ -234,15 +234,15 @@ TEST_F(CopiedJobsTest, ADuplicateIsRefusedWhereItMakesNoSense) {
   };
   for (const auto& row : table) {
     if (row.selected.empty()) {
-      program().state.selectedJob = nullptr;
+      program().selection.select(nullptr);
     } else {
       select(row.selected);
     }
-    program().state.hasUnsavedChanges = row.hasUnsavedChanges;
+    program().editing.setUnsavedChanges(row.hasUnsavedChanges);
     interface.errors.clear();
     EXPECT_FALSE(DuplicateController(program()).save(row.name)) << row.name;
     EXPECT_EQ(interface.errors, row.errors) << row.name;
-    program().state.hasUnsavedChanges = false;
+    program().editing.setUnsavedChanges(false);
   }
   EXPECT_THAT(helpers.requests, IsEmpty());
   select("job");

@@ -22,7 +22,7 @@ class CreationFixture : public testdata::ProgramFixture {
     return std::filesystem::path(helpers.requests.back().text("path")).lexically_relative(folder.path());
   }
   std::string selectedName() {
-    const auto& job = program().state.selectedJob;
+    const auto job = program().selection.job();
     return job ? job->name : "(none)";
   }
 

@@ -158,7 +158,7 @@ TEST_F(NewControllerTest, ItHearsOfItsRulesWhateverBecomesOfTheSelectedJob) {
   sheet.when.setRuleEditor(&editor);
   sheet.when.scheduled(true);
   scan();  // publishes the jobs under the sheet
-  program().state.selectedJob = jobNamed("a");
+  program().selection.select(jobNamed("a"));
   program().mainWindow.selectedJobDidChange();
   editor.removeRow(0);
   EXPECT_FALSE(sheet.when.isScheduled()) << "without a rule there is no schedule";

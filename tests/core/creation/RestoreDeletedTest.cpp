@@ -75,8 +75,8 @@ TEST_F(RestoreDeletedTest, ADeletedJobComesBackAsItWas) {
     const auto count = helpers.requests.size();
     answer(true, [&] { write(row.kind, "a.plist", content); });
     EXPECT_THAT(rows(), IsEmpty());
-    ASSERT_TRUE(program().state.selectedJob);
-    EXPECT_EQ(program().state.selectedJob, jobNamed("a"));
+    ASSERT_TRUE(program().selection.job());
+    EXPECT_EQ(program().selection.job(), jobNamed("a"));
     EXPECT_EQ(helpers.requests.size() > count, row.kind == Kind::localAgent) << "loaded in the user's session";
     fs::remove(file);
     scan();
@@ -212,7 +212,7 @@ TEST_F(RestoreDeletedTest, ANewJobOfTheSameNameGetsAnotherFile) {
     ASSERT_THAT(helpers.requests, SizeIs(2));
     EXPECT_NE(helpers.requests[0].text("path"), helpers.requests[1].text("path"));
     for (const auto& request : std::vector(helpers.requests)) request.reply({});
-    program().state.selectedJob = nullptr;
+    program().selection.select(nullptr);
     scan();
   }
 }
@@ -242,7 +242,7 @@ TEST_F(RestoreDeletedTest, AnEditThatBeganWhileTheQuestionWasUpIsntDeleted) {
   const auto file = writeJob(Kind::userAgent, "a");
   scan();
   program().mainWindow.confirmDelete(jobNamed("a"));
-  program().state.hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   interface.answerSheet(Interface::defaultButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_THAT(interface.errors, SizeIs(1));

@@ -99,7 +99,7 @@ TEST_F(SaveNewTest, TheJobGoesToTheFolderOfItsKindAndIsSelected) {
     EXPECT_EQ(writtenPath(), row.path);
     EXPECT_EQ(helpers.requests.back().isPrivileged, row.isPrivileged);
     EXPECT_EQ(program().revisions.revisions().find((folder.path() / row.path).string()) != nullptr, true);
-    const auto& selected = program().state.selectedJob;
+    const auto selected = program().selection.job();
     ASSERT_TRUE(selected);
     EXPECT_TRUE(selected->isNewFile);
     EXPECT_THAT(shell.events, ElementsAre("busy", "deselect", "title Mirvel – job", "updateDetail", "select job job"));

@@ -31,7 +31,7 @@ class DraftsTest : public testdata::ProgramFixture {
     start();
   }
   void edit(const std::string& name, int nice) {
-    program().state.selectedJob = jobNamed(name);
+    program().selection.select(jobNamed(name));
     program().editing.markJobChanged()->plist().nice = nice;
   }
   void editAndCrash() {
@@ -41,7 +41,7 @@ class DraftsTest : public testdata::ProgramFixture {
     restart();
   }
   std::optional<propertylist::Integer> nice() { return selected().plist().nice; }
-  Launchd& selected() { return dynamic_cast<Launchd&>(*program().state.selectedJob); }
+  Launchd& selected() { return dynamic_cast<Launchd&>(*program().selection.job()); }
 
   const fs::path file = writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}, {"Own", 1}});
   std::unique_ptr<testdata::RecordingShell> shell;
@@ -53,7 +53,7 @@ TEST_F(DraftsTest, AnEditThatACrashCutOffGoesOn) {
   EXPECT_EQ(interface.sheets.front().first.message, "Your unsaved changes to “a” were kept");
   interface.answerSheet(Interface::defaultButton);
   EXPECT_EQ(nice(), 5);
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_EQ(shell->count("showEdit"), 1U);
   EXPECT_EQ(selected().plistDictionary(),
             (propertylist::Dictionary{{"Label", "a"}, {"Program", "/bin/ls"}, {"Own", 1}, {"Nice", 5}}));
@@ -68,14 +68,14 @@ TEST_F(DraftsTest, WhatIsKeptGoesWithTheEdit) {
   } rows[] = {
       {"saved",
        [&] {
-         program().actions.save(std::dynamic_pointer_cast<Launchd>(program().state.selectedJob));
+         program().actions.save(program().selection.launchd());
          write(Kind::userAgent, "a.plist", helpers.requests.back().text("string"));
          helpers.requests.back().reply({});
        }},
       {"undone", [&] { program().editing.undo(); }},
       {"dropped, and quit",
        [&] {
-         program().state.hasUnsavedChanges = false;
+         program().editing.setUnsavedChanges(false);
          EXPECT_TRUE(program().appDelegate.applicationShouldTerminate());
        }},
       {"discarded at the next start",
@@ -113,7 +113,7 @@ TEST_F(DraftsTest, LaterLeavesItForTheNextStartBesideANewerOne) {
 TEST_F(DraftsTest, TheKindIsKeptAndAnotherProgramsChangeNoticed) {
   start();
   edit("a", 5);
-  program().state.selectedJob->kind = Kind::localDaemon;
+  program().selection.job()->kind = Kind::localDaemon;
   EXPECT_TRUE(program().drafts.settle());
   writeJob(Kind::userAgent, "a", {{"Program", "/bin/theirs"}});
   restart();
@@ -125,7 +125,7 @@ TEST_F(DraftsTest, TheKindIsKeptAndAnotherProgramsChangeNoticed) {
 
 TEST_F(DraftsTest, AMoveAloneIsAnEditToo) {
   start();
-  program().state.selectedJob = jobNamed("a");
+  program().selection.select(jobNamed("a"));
   program().editing.markJobChanged()->kind = Kind::localDaemon;
   EXPECT_TRUE(program().drafts.settle());
   restart();
@@ -192,7 +192,7 @@ TEST_F(DraftsTest, WhatCantBeKeptIsAskedAbout) {
   program().appDelegate.endUnasked();
   EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
   ASSERT_FALSE(interface.sheets.empty());
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ class EditControllerTest : public testdata::ProgramFixture {
   EditControllerTest() : shell(program()), controller(program(), stack) {
     file = writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
     scan();
-    program().state.selectedJob = jobNamed("a");
+    program().selection.select(jobNamed("a"));
   }
   void edit() {
     Launchd* const job = program().editing.markJobChanged();
@@ -72,8 +72,8 @@ TEST_F(EditControllerTest, ButtonsFollowTheState) {
   for (const auto& row : table) {
     const auto saving = row.isSaving ? program().state.saving.begin() : Busy::Token();
     const auto scanning = row.isScanning ? program().state.scanning.begin() : Busy::Token();
-    program().state.selectedJob->kind = row.kind;
-    program().state.hasUnsavedChanges = row.hasUnsavedChanges;
+    program().selection.job()->kind = row.kind;
+    program().editing.setUnsavedChanges(row.hasUnsavedChanges);
     controller.updateButtons();
     EXPECT_EQ(stack.buttons, row.buttons);
   }
@@ -88,7 +88,7 @@ TEST_F(EditControllerTest, SavingTakesOverWhatIsTypedAndSendsTheRecord) {
   EXPECT_TRUE(stack.buttons.isBusy);
 
   helpers.requests.front().reply({});
-  EXPECT_FALSE(program().state.hasUnsavedChanges);
+  EXPECT_FALSE(program().editing.hasUnsavedChanges());
   EXPECT_EQ(stack.buttons.discardTitle, "Done");
   EXPECT_EQ(shell.count("showDisplay"), 1U);
 }
@@ -100,12 +100,12 @@ TEST_F(EditControllerTest, AFieldThatCantBeSavedIsNamedAndTheEditGoesOn) {
   EXPECT_EQ(stack.endedEditing, 1) << "what is being typed counts";
   EXPECT_THAT(interface.errors, ElementsAre(std::pair(std::string("Rule 1"), std::string("no number"))));
   EXPECT_THAT(helpers.requests, IsEmpty());
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_EQ(shell.count("showDisplay"), 0U);
 }
 
 TEST_F(EditControllerTest, OnlyAJobOfLaunchdCanBeSaved) {
-  program().state.selectedJob.reset();
+  program().selection.select(nullptr);
   controller.save();
   EXPECT_THAT(interface.errors, SizeIs(1));
   EXPECT_EQ(stack.endedEditing, 0);
@@ -127,7 +127,7 @@ TEST_F(EditControllerTest, DiscardingReadsTheFileAnewAndLeavesAlsoWithoutAChange
 
 TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSaysSo) {
   edit();
-  dynamic_cast<Launchd&>(*program().state.selectedJob).plist().run = "/bin/mine";
+  dynamic_cast<Launchd&>(*program().selection.job()).plist().run = "/bin/mine";
   changeFile();
   const std::string theirs = testdata::bytes(file);
   controller.save();
@@ -141,7 +141,7 @@ TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSay
   EXPECT_NE(stack.versions.mine.find("<string>/bin/mine</string>"), std::string::npos) << "as a save would write it";
   stack.answer(Choice::Neither);
   EXPECT_THAT(helpers.requests, IsEmpty());
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
 
   controller.save();
   interface.answerSheet(Interface::alternateButton);
@@ -170,7 +170,7 @@ TEST_F(EditControllerTest, AnEditBeforeTheScanThatFollowsASaveBeginsWithWhatWasS
     (void)write(Kind::userAgent, "a.plist", helpers.requests.back().text("string"));
     helpers.requests.back().reply({});
   };
-  auto& record = dynamic_cast<Launchd&>(*program().state.selectedJob).plist();
+  auto& record = dynamic_cast<Launchd&>(*program().selection.job()).plist();
   saveFirst();
   program().editing.markJobChanged()->plist().nice = 6;
   controller.discardEdits();
@@ -202,7 +202,7 @@ TEST_F(EditControllerTest, WhatAnotherProgramWroteIsThereAtOnceWhenAnEditIsDisca
 TEST_F(EditControllerTest, CommentsAreAskedAboutOnceWhenAllElseIsDecided) {
   (void)write(Kind::localDaemon, "root.plist", "<!-- mine -->" + testdata::jobText("root"));
   scan();
-  program().state.selectedJob = jobNamed("root");
+  program().selection.select(jobNamed("root"));
   edit();
   helpers.isHandshakeHeld = true;
   controller.save();
@@ -223,7 +223,7 @@ TEST_F(EditControllerTest, TheirVersionTakesThePlaceOfMine) {
   interface.answerSheet(Interface::otherButton);
   settle();
   EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
-  EXPECT_FALSE(program().state.hasUnsavedChanges);
+  EXPECT_FALSE(program().editing.hasUnsavedChanges());
   EXPECT_THAT(helpers.requests, IsEmpty());
 }
 
@@ -233,16 +233,16 @@ TEST_F(EditControllerTest, TheirVersionIsTakenWithoutAChangeOfMineToo) {
   interface.answerSheet(Interface::otherButton);
   settle();
   EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
-  EXPECT_EQ(program().state.selectedJob, jobNamed("a"));
+  EXPECT_EQ(program().selection.job(), jobNamed("a"));
   EXPECT_THAT(helpers.requests, IsEmpty());
 }
 
 // The scan that reads the job anew may take a while.
 TEST_F(EditControllerTest, WhatWasDroppedIsGoneAtOnce) {
   edit();
-  program().state.selectedJob->kind = Kind::localDaemon;
+  program().selection.job()->kind = Kind::localDaemon;
   controller.discardEdits();
-  const auto& job = dynamic_cast<const Launchd&>(*program().state.selectedJob);
+  const auto& job = dynamic_cast<const Launchd&>(*program().selection.job());
   EXPECT_FALSE(job.plist().nice);
   EXPECT_EQ(job.kind, Kind::userAgent);
 
@@ -259,7 +259,7 @@ TEST_F(EditControllerTest, WhatWasDroppedIsGoneAtOnce) {
 TEST_F(EditControllerTest, AChangeThatComesWhileThePasswordIsAskedForIsAskedAbout) {
   file = writeJob(Kind::localDaemon, "root", {{"Program", "/bin/ls"}});
   scan();
-  program().state.selectedJob = jobNamed("root");
+  program().selection.select(jobNamed("root"));
   edit();
   helpers.isHandshakeHeld = true;
   controller.save();
@@ -267,7 +267,7 @@ TEST_F(EditControllerTest, AChangeThatComesWhileThePasswordIsAskedForIsAskedAbou
   helpers.authorise();
   EXPECT_THAT(helpers.requests, IsEmpty());
   ASSERT_EQ(interface.sheets.size(), 1U);
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_FALSE(program().state.saving.isBusy());
   interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(helpers.requests, SizeIs(1)) << "mine, and no second password";
@@ -283,11 +283,11 @@ TEST_F(EditControllerTest, OneSaveAtATime) {
 
 TEST_F(EditControllerTest, AJobThatMayNotBeEditedIsntSaved) {
   edit();
-  program().state.selectedJob->kind = Kind::systemAgent;
+  program().selection.job()->kind = Kind::systemAgent;
   controller.save();
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_THAT(interface.errors, SizeIs(1));
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
   controller.save();
   EXPECT_THAT(helpers.requests, SizeIs(1));

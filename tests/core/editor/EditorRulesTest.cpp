@@ -190,17 +190,17 @@ TEST_F(EditorRulesTest, AJobMovesToTheKindsThatTheUserMayChange) {
   const auto subscription = program().notifications.rootChanged.subscribe([&] { ++asked; });
   GeneralRules::changeKind(program(), Kind::systemDaemon);
   EXPECT_EQ(asked, 1) << "also without a job";
-  EXPECT_FALSE(program().state.hasUnsavedChanges);
-  program().state.selectedJob = jobNamed("a");
+  EXPECT_FALSE(program().editing.hasUnsavedChanges());
+  program().selection.select(jobNamed("a"));
   GeneralRules::changeKind(program(), Kind::userAgent);
-  EXPECT_FALSE(program().state.hasUnsavedChanges) << "it is of that kind";
+  EXPECT_FALSE(program().editing.hasUnsavedChanges()) << "it is of that kind";
   GeneralRules::changeKind(program(), Kind::localDaemon);
   EXPECT_EQ(asked, 2);
   GeneralRules::changeKind(program(), Kind::localAgent);
   EXPECT_EQ(asked, 2) << "not when it stops running as root";
   EXPECT_EQ(jobNamed("a")->kind, Kind::localAgent);
   EXPECT_EQ(jobNamed("a")->originalKind, Kind::userAgent);
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
 }
 
 TEST_F(EditorRulesTest, TextsGoIntoTheRecordAndEmptyOnesOutOfIt) {

@@ -25,7 +25,7 @@ class GoingBackTest : public testdata::ProgramFixture {
   jobfile::Plist& open(const std::string& bytes) {
     (void)write(Kind::userAgent, "a.plist", bytes);
     scan();
-    program().state.selectedJob = program().state.jobs.at(0);
+    program().selection.select(program().catalogue.jobs().at(0));
     return program().editing.markJobChanged()->plist();
   }
   void save() { EditController(program(), stack).save(); }
@@ -42,7 +42,7 @@ TEST_F(GoingBackTest, FromTheQuestionAboutTheCommandNothingIsSavedOrChanged) {
   EXPECT_THAT(interface.alerts, SizeIs(1));
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_EQ(record, before);
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_TRUE(program().editing.canUndo());
 
   interface.answer.button = Interface::alternateButton;
@@ -59,7 +59,7 @@ TEST_F(GoingBackTest, FromTheQuestionAboutCommentsNothingIsSavedOrChanged) {
   save();
   EXPECT_THAT(interface.alerts, SizeIs(1));
   EXPECT_THAT(helpers.requests, IsEmpty());
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
 
   interface.answer.button = Interface::defaultButton;
   save();

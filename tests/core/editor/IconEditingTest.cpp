@@ -19,7 +19,7 @@ TEST_F(IconEditingTest, AnIconIsStoredUnderThePathOfItsJobAndShown) {
   scan();
   testdata::RecordingShell shell(program());
   const auto job = jobNamed("a");
-  program().state.selectedJob = job;
+  program().selection.select(job);
   const auto file = customIconFile(roots.applicationSupport, *job->iconStoreName());
 
   setCustomIcon(program(), job, "picture");
@@ -29,7 +29,7 @@ TEST_F(IconEditingTest, AnIconIsStoredUnderThePathOfItsJobAndShown) {
   EXPECT_EQ(testdata::bytes(file), "another");
   EXPECT_EQ(shell.count("updateIcon"), 2U);
   EXPECT_EQ(shell.count("reloadJob a"), 2U);
-  EXPECT_FALSE(program().state.hasUnsavedChanges) << "it is no part of the job's file";
+  EXPECT_FALSE(program().editing.hasUnsavedChanges()) << "it is no part of the job's file";
 
   removeCustomIcon(program(), job);
   EXPECT_FALSE(std::filesystem::exists(file));

@@ -34,7 +34,7 @@ class GridModeTest : public testdata::ModeFixture {
   /// The catalogue, as it is published.
   void publish(const Jobs& jobs) {
     grid.update(jobs);
-    state().jobs = jobs;
+    program().catalogue.publish(jobs);
     shell.events.clear();
   }
 
@@ -75,8 +75,8 @@ TEST_F(GridModeTest, OnlyWhatDiffersIsShownAnew) {
 
 TEST_F(GridModeTest, EqualJobsAreFoundAsTheObjectsThatTheyNowAre) {
   publish({job(Kind::userAgent, "a"), job(Kind::userAgent, "b")});
-  publish({copy(*state().jobs[0]), copy(*state().jobs[1])});
-  grid.select(state().jobs[1]);
+  publish({copy(*program().catalogue.jobs()[0]), copy(*program().catalogue.jobs()[1])});
+  grid.select(program().catalogue.jobs()[1]);
   EXPECT_EQ(collection.marked, (IndexPath{0, 1}));
   EXPECT_EQ(collection.reloads, 1);
 }
@@ -132,7 +132,7 @@ TEST_F(GridModeTest, AnItemTellsWhatTheJobIs) {
     std::optional<Image> icon;
     bool isSecondary;
   } rows[] = {{"off", disabled, true}, {"own", picture, true}, {"plain", jobNamed("plain")->icon, false}};
-  grid.update(state().jobs);
+  grid.update(program().catalogue.jobs());
   for (std::size_t i = 0; i < std::size(rows); ++i) {
     const GridItem item = grid.item({0, i});
     EXPECT_EQ(item.name, rows[i].name);
@@ -170,11 +170,11 @@ TEST_F(GridModeTest, AClickSelectsUnlessChangesOrWorkStandAgainstIt) {
       {"saved", Clean, IndexPath{0, 1}, "b", 2},
   };
   for (const auto& row : rows) {
-    state().hasUnsavedChanges = row.state == Unsaved || row.state == UnsavedAndBusy;
+    program().editing.setUnsavedChanges(row.state == Unsaved || row.state == UnsavedAndBusy);
     const bool isBusy = row.state == Busy || row.state == UnsavedAndBusy;
     const auto saving = isBusy ? state().saving.begin() : mirvel::Busy::Token();
     grid.selectionDidChange(row.path);
-    EXPECT_EQ(state().selectedJob ? state().selectedJob->name : "", row.selected) << row.what;
+    EXPECT_EQ(program().selection.job() ? program().selection.job()->name : "", row.selected) << row.what;
     EXPECT_EQ(interface.sheets.size(), row.questions) << row.what;
   }
   EXPECT_FALSE(collection.marked) << "no mark is put back";
@@ -184,14 +184,14 @@ TEST_F(GridModeTest, AClickSelectsUnlessChangesOrWorkStandAgainstIt) {
 TEST_F(GridModeTest, AClickOnTheMarkedItemIsAnotherTryIfItsJobIsntShown) {
   publish(someJobs());
   grid.selectionDidChange(IndexPath{0, 0});
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   grid.selectionDidChange(IndexPath{0, 1});
   ASSERT_EQ(interface.sheets.size(), 1U);
   grid.markedItemWasClicked({0, 1});
   EXPECT_EQ(interface.sheets.size(), 2U);
-  state().hasUnsavedChanges = false;
+  program().editing.setUnsavedChanges(false);
   grid.markedItemWasClicked({0, 1});
-  EXPECT_EQ(state().selectedJob->name, "b");
+  EXPECT_EQ(program().selection.job()->name, "b");
   shell.events.clear();
   grid.markedItemWasClicked({0, 1});
   EXPECT_THAT(shell.events, IsEmpty()) << "it is shown already";
@@ -201,35 +201,35 @@ TEST_F(GridModeTest, SelectMarksAndShowsTheItem) {
   publish(someJobs());
   grid.select(URL::file("/jobs/none.plist"));
   EXPECT_FALSE(collection.marked);
-  EXPECT_FALSE(state().selectedJob);
+  EXPECT_FALSE(program().selection.job());
   grid.select(URL::file("/jobs/./c.plist"));
   EXPECT_EQ(collection.marked, (IndexPath{1, 0}));
   EXPECT_EQ(collection.scrolledTo, (IndexPath{1, 0}));
-  EXPECT_EQ(state().selectedJob, state().jobs[2]);
+  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]);
 
-  state().hasUnsavedChanges = true;
-  grid.select(state().jobs[1]->url);
+  program().editing.setUnsavedChanges(true);
+  grid.select(program().catalogue.jobs()[1]->url);
   EXPECT_EQ(collection.marked, (IndexPath{0, 1}));
-  EXPECT_EQ(state().selectedJob, state().jobs[2]);
-  state().hasUnsavedChanges = false;
+  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]);
+  program().editing.setUnsavedChanges(false);
 
-  grid.select(state().jobs[4]);
+  grid.select(program().catalogue.jobs()[4]);
   EXPECT_EQ(collection.marked, (IndexPath{3, 0}));
-  EXPECT_EQ(state().selectedJob, state().jobs[2]) << "a job is only marked";
-  grid.select(copy(*state().jobs[0]));
+  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]) << "a job is only marked";
+  grid.select(copy(*program().catalogue.jobs()[0]));
   EXPECT_EQ(collection.marked, (IndexPath{3, 0})) << "not this very job";
 
   shell.events.clear();
   grid.deselect();
   EXPECT_FALSE(collection.marked);
   EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_EQ(state().selectedJob, state().jobs[2]);
+  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]);
 }
 
 TEST_F(GridModeTest, ReloadJobTouchesThatItemOnly) {
   publish(someJobs());
-  grid.reloadJob(state().jobs[2]);
-  grid.reloadJob(copy(*state().jobs[1]));
+  grid.reloadJob(program().catalogue.jobs()[2]);
+  grid.reloadJob(copy(*program().catalogue.jobs()[1]));
   EXPECT_THAT(collection.reloadedItems, ElementsAre(IndexPath{1, 0}));
 }
 
@@ -239,10 +239,10 @@ TEST_F(GridModeTest, MenuAndDragAreThoseOfTheJob) {
   EXPECT_THAT(titles(grid.menuForItem({1, 0})), ElementsAre("c", "", reveal, "Delete"));
   EXPECT_THAT(titles(grid.menuForItem({3, 0})), ElementsAre("bundled", "", reveal, "Open"));
   EXPECT_THAT(titles(grid.menuForItem(nowhere)), IsEmpty());
-  state().jobs[2]->isNewFile = true;
+  program().catalogue.jobs()[2]->isNewFile = true;
   EXPECT_THAT(titles(grid.menuForItem({1, 0})), IsEmpty());
 
-  EXPECT_EQ(grid.dragItems({{0, 1}, {3, 0}})->text(), state().jobs[1]->url.text());
+  EXPECT_EQ(grid.dragItems({{0, 1}, {3, 0}})->text(), program().catalogue.jobs()[1]->url.text());
   EXPECT_FALSE(grid.dragItems({{3, 0}, {0, 1}})) << "a login item comes first";
   EXPECT_FALSE(grid.dragItems({nowhere, {0, 1}}));
   EXPECT_FALSE(grid.dragItems({}));

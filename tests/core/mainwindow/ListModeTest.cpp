@@ -123,7 +123,7 @@ TEST_F(ListModeTest, TheFirstDescriptorOfAKnownColumnSorts) {
 
 TEST_F(ListModeTest, ASortKeepsTheSelectedJobInSight) {
   fill();
-  state().selectedJob = jobNamed("a");
+  program().selection.select(jobNamed("a"));
   list.setSortDescriptors({{"run", true}});
   EXPECT_EQ(table.marked, 2U);
   EXPECT_EQ(table.scrolledTo, 2U);
@@ -156,30 +156,30 @@ TEST_F(ListModeTest, CopiesOfOneFileKeepTheOrderOfTheUserToo) {
   writeJob(Kind::localAgent, "same");
   scan();
   list.setSortDescriptors({{"kind", false}});
-  list.update(state().jobs);  // equal by checksum, row by row, to the rows the other way round
+  list.update(program().catalogue.jobs());  // equal by checksum, row by row, to the rows the other way round
   EXPECT_EQ(list.content()[0]->kind, Kind::localAgent);
 }
 
 TEST_F(ListModeTest, SelectByURLMarksTheRowAndSelectsTheJobOfTheCatalogue) {
   fill();
-  const Jobs catalogue = state().jobs;
+  const Jobs catalogue = program().catalogue.jobs();
   list.update({launchdCopy("b"), launchdCopy("c")});
   list.select(url("a"));
   EXPECT_FALSE(table.marked) << "hidden";
-  EXPECT_FALSE(state().selectedJob);
+  EXPECT_FALSE(program().selection.job());
 
   list.select(URL::file(path(Kind::userAgent) / "." / "c.plist"));
   EXPECT_EQ(table.marked, 1U);
   EXPECT_EQ(table.scrolledTo, 1U);
-  EXPECT_EQ(state().selectedJob, catalogue[2]);
+  EXPECT_EQ(program().selection.job(), catalogue[2]);
   EXPECT_THAT(shell.events, ElementsAre("title Mirvel – c", "updateDetail"));
 
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   list.select(url("b"));
   EXPECT_EQ(table.marked, 0U);
-  EXPECT_EQ(state().selectedJob, catalogue[2]);
+  EXPECT_EQ(program().selection.job(), catalogue[2]);
   list.selectionDidChange(0);
-  EXPECT_EQ(state().selectedJob, catalogue[2]);
+  EXPECT_EQ(program().selection.job(), catalogue[2]);
 }
 
 TEST_F(ListModeTest, SelectByJobMarksThatVeryJobAndNoMore) {
@@ -189,7 +189,7 @@ TEST_F(ListModeTest, SelectByJobMarksThatVeryJobAndNoMore) {
   table.marked.reset();
   list.select(launchdCopy("c"));
   EXPECT_FALSE(table.marked);
-  EXPECT_FALSE(state().selectedJob);
+  EXPECT_FALSE(program().selection.job());
   EXPECT_THAT(shell.events, IsEmpty());
 }
 
@@ -197,10 +197,10 @@ TEST_F(ListModeTest, AClickSelectsTheJobOfItsRow) {
   fill();
   list.setSortDescriptors({{"run", true}});
   list.selectionDidChange(0);
-  EXPECT_EQ(state().selectedJob, jobNamed("c"));
+  EXPECT_EQ(program().selection.job(), jobNamed("c"));
   list.selectionDidChange(3);
   list.selectionDidChange(static_cast<std::size_t>(-1));
-  EXPECT_EQ(state().selectedJob, jobNamed("c"));
+  EXPECT_EQ(program().selection.job(), jobNamed("c"));
 }
 
 TEST_F(ListModeTest, DeselectLeavesTheSelectedJob) {
@@ -210,7 +210,7 @@ TEST_F(ListModeTest, DeselectLeavesTheSelectedJob) {
   list.deselect();
   EXPECT_FALSE(table.marked);
   EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_TRUE(state().selectedJob);
+  EXPECT_TRUE(program().selection.job());
 }
 
 TEST_F(ListModeTest, TheMenuHoldsWhatCanBeDoneWithTheJob) {
@@ -252,15 +252,15 @@ TEST_F(ListModeTest, TheMenuHoldsWhatCanBeDoneWithTheJob) {
   EXPECT_EQ(interface.sheets.front().first.message, "Are you sure you want to delete “agent”?");
   interface.answerSheet(Interface::alternateButton);
 
-  state().selectedJob = state().jobs[0];
+  program().selection.select(program().catalogue.jobs()[0]);
   choose(list.menuForRow(1), "Delete");
   EXPECT_EQ(interface.sheets.front().first.message, "Are you sure you want to delete “own”?") << "the one clicked";
   interface.answerSheet(Interface::defaultButton);
   EXPECT_THAT(loginItems.ownItems, IsEmpty());
 
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal));
-  state().jobs[0]->isNewFile = true;
+  program().catalogue.jobs()[0]->isNewFile = true;
   EXPECT_THAT(titles(0), IsEmpty());
 }
 

@@ -22,7 +22,7 @@ class MenuControllerTest : public testdata::ProgramFixture {
   AppState& state() { return program().state; }
   void select(const std::string& name) {
     scan();
-    state().selectedJob = jobNamed(name);
+    program().selection.select(jobNamed(name));
   }
 
   testdata::RecordingShell shell{program()};
@@ -116,18 +116,18 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   EXPECT_THAT(shell.events, ElementsAre("showMode 1", "clearFilter", "update, catalogue of 2", "deselect",
                                         "clearDetail", "title Mirvel", "updateDetail", "busy"));
   EXPECT_EQ(names(shell.shown), (std::vector<std::string>{"a", "b"}));
-  EXPECT_FALSE(state().selectedJob);
+  EXPECT_FALSE(program().selection.job());
   EXPECT_EQ(state().filterString, "");
   EXPECT_EQ(fetchQueue.count(), 1U);
 
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   menus().perform(Command::grid);
   EXPECT_EQ(program().mainWindow.mode(), Mode::tree);
   select("a");
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   menus().perform(Command::tree);
-  EXPECT_TRUE(state().selectedJob) << "the mode that is there leaves what is being edited";
-  state().hasUnsavedChanges = false;
+  EXPECT_TRUE(program().selection.job()) << "the mode that is there leaves what is being edited";
+  program().editing.setUnsavedChanges(false);
   const auto scanning = state().scanning.begin();
   menus().perform(Command::list);
   EXPECT_EQ(program().mainWindow.mode(), Mode::list) << "a scan is no reason to wait";
@@ -160,7 +160,7 @@ TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
   EXPECT_THAT(helpers.requests, IsEmpty());
 
   menus().perform(Command::delete_);
-  state().selectedJob = nullptr;  // the question was about this job all the same
+  program().selection.select(nullptr);  // the question was about this job all the same
   interface.answerSheet(Interface::defaultButton);
   ASSERT_EQ(helpers.requests.size(), 1U);
   EXPECT_EQ(helpers.requests.front().text("deletePath"), path(Kind::userAgent, "a.plist").string());
@@ -195,7 +195,7 @@ TEST_F(MenuControllerTest, TheEndOfTheSessionAsksAboutUnsavedChanges) {
   EXPECT_TRUE(program().mainWindow.sessionMayEnd());
   EXPECT_THAT(interface.alerts, IsEmpty());
 
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   interface.answer.button = Interface::defaultButton;
   EXPECT_FALSE(program().mainWindow.sessionMayEnd());
   EXPECT_EQ(shell.count("discardEdits"), 0U);
@@ -221,7 +221,7 @@ TEST_F(MenuControllerTest, ALaunchdJobIsSharedAsFileAndTextAndOthersAsTheirComma
   EXPECT_THAT(workspace.deeds,
               ElementsAre("copy " + file + ": " + items->text,
                           HasSubstr("mailto:?subject=a%20b.plist&body=%3c%3fxml%20version"), "open " + file));
-  state().selectedJob = jobNamed("own");
+  program().selection.select(jobNamed("own"));
   EXPECT_EQ(shareItems(program())->text, "/own/item");
   EXPECT_EQ(sharingServices(*shareItems(program()), foundation.localize).size(), 2U) << "there is no file to open";
 }

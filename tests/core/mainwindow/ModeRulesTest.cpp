@@ -26,7 +26,7 @@ TEST_F(ModeRulesTest, TheSelectionIsGuardedWithOneQuestion) {
       {Busy, false, 1}, {Unsaved, false, 1}, {Clean, true, 1},           {Unsaved, false, 2}, {Unsaved, false, 2},
   };
   for (const auto& step : steps) {
-    state().hasUnsavedChanges = step.state == Unsaved || step.state == UnsavedAndBusy;
+    program().editing.setUnsavedChanges(step.state == Unsaved || step.state == UnsavedAndBusy);
     const bool isBusy = step.state == Busy || step.state == UnsavedAndBusy;
     const auto saving = isBusy ? state().saving.begin() : mirvel::Busy::Token();
     EXPECT_EQ(guard.mayChange(), step.mayChange);
@@ -40,7 +40,7 @@ TEST_F(ModeRulesTest, AnEmptyViewTellsWhyUnlessAFilterMadeItSo) {
   EXPECT_EQ(emptyStateLabel(program()), "No Items");
   auto scanning = state().scanning.begin();
   EXPECT_EQ(emptyStateLabel(program()), "Loading\u2026");
-  state().jobs = {job(Kind::userAgent)};
+  program().catalogue.publish({job(Kind::userAgent)});
   EXPECT_EQ(emptyStateLabel(program()), "Loading\u2026");
   scanning.release();
   EXPECT_EQ(emptyStateLabel(program()), std::nullopt);
@@ -68,9 +68,9 @@ TEST_F(ModeRulesTest, TheKindDecidesWhatCanBeDraggedAndDeleted) {
   for (const auto& row : table) {
     EXPECT_EQ(draggedURL(*job(row.kind)).has_value(), row.canDrag) << row.kind.name();
     EXPECT_EQ(canDelete(row.kind), row.canDelete) << row.kind.name();
-    state().hasUnsavedChanges = true;
+    program().editing.setUnsavedChanges(true);
     EXPECT_FALSE(canDelete(row.kind)) << row.kind.name();
-    state().hasUnsavedChanges = false;
+    program().editing.setUnsavedChanges(false);
     const auto saving = state().saving.begin();
     EXPECT_FALSE(canDelete(row.kind)) << row.kind.name();
   }
@@ -80,34 +80,34 @@ TEST_F(ModeRulesTest, TheKindDecidesWhatCanBeDraggedAndDeleted) {
 
 TEST_F(ModeRulesTest, TheTitleNamesTheSelectedJob) {
   EXPECT_EQ(program().mainWindow.title(), "Mirvel");
-  state().selectedJob = job(Kind::userAgent);
+  program().selection.select(job(Kind::userAgent));
   EXPECT_EQ(program().mainWindow.title(), "Mirvel \u2013 job");
-  state().selectedJob = std::make_shared<Job>(Kind::userAgent, "", "", "", URL::file("/job"));
+  program().selection.select(std::make_shared<Job>(Kind::userAgent, "", "", "", URL::file("/job")));
   EXPECT_EQ(program().mainWindow.title(), "Mirvel");
 }
 
 TEST_F(ModeRulesTest, AClearedSelectionIsFollowedByAScanUnlessThereAreEdits) {
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   program().mainWindow.selectedJobDidChange();
   EXPECT_EQ(fetchQueue.count(), 0U);
-  state().hasUnsavedChanges = false;
-  state().selectedJob = job(Kind::userAgent);
+  program().editing.setUnsavedChanges(false);
+  program().selection.select(job(Kind::userAgent));
   program().mainWindow.selectedJobDidChange();
   EXPECT_EQ(fetchQueue.count(), 0U);
-  state().selectedJob.reset();
+  program().selection.select(nullptr);
   program().mainWindow.selectedJobDidChange();
   EXPECT_EQ(fetchQueue.count(), 1U);
 }
 
 TEST_F(ModeRulesTest, CommandsOnTheCatalogueWaitForUnsavedChanges) {
   auto& window = program().mainWindow;
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   window.refresh();
   program().menus.perform(Command::system);
   EXPECT_EQ(fetchQueue.count(), 0U);
   EXPECT_FALSE(foundation.defaults.showSystemJobs());
 
-  state().hasUnsavedChanges = false;
+  program().editing.setUnsavedChanges(false);
   program().menus.perform(Command::system);
   EXPECT_EQ(fetchQueue.count(), 1U);
   EXPECT_TRUE(foundation.defaults.showSystemJobs());

@@ -21,14 +21,14 @@ class RevisionMenuTest : public testdata::ProgramFixture {
     writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}, {"Own", 1}});
     writeJob(Kind::userAgent, "b");
   }
-  Launchd& selected() { return dynamic_cast<Launchd&>(*program().state.selectedJob); }
+  Launchd& selected() { return dynamic_cast<Launchd&>(*program().selection.job()); }
 
   testdata::RecordingShell shell{program()};
 };
 
 TEST_F(RevisionMenuTest, AnEarlierContentComesBackAsAnUnsavedChange) {
   scan();
-  program().state.selectedJob = jobNamed("a");
+  program().selection.select(jobNamed("a"));
   EXPECT_THAT(revisionItems(program()), IsEmpty());
   program().revisions.saveRevision(selected());
   clock.now += 3600;
@@ -41,10 +41,10 @@ TEST_F(RevisionMenuTest, AnEarlierContentComesBackAsAnUnsavedChange) {
   shell.events.clear();
   insertRevision(program(), items[1].revision);
   EXPECT_FALSE(selected().plist().nice) << "as it was in the older one";
-  EXPECT_EQ(program().state.jobs.front(), program().state.selectedJob) << "in the catalogue, too";
-  EXPECT_EQ(shell.shown.front(), program().state.selectedJob);
+  EXPECT_EQ(program().catalogue.jobs().front(), program().selection.job()) << "in the catalogue, too";
+  EXPECT_EQ(shell.shown.front(), program().selection.job());
   EXPECT_EQ(selected().url.path(), path(Kind::userAgent, "a.plist"));
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_THAT(shell.events, Contains("refreshEditedState"));
   EXPECT_EQ(shell.events.back(), "showEdit");
   EXPECT_THAT(testdata::bytes(path(Kind::userAgent, "a.plist")), testing::HasSubstr("/bin/ls")) << "not on the disk";
@@ -53,25 +53,25 @@ TEST_F(RevisionMenuTest, AnEarlierContentComesBackAsAnUnsavedChange) {
 TEST_F(RevisionMenuTest, OfTwoFilesWithTheSameBytesTheSelectedOneIsReplaced) {
   writeJob(Kind::localAgent, "a", {{"Program", "/bin/ls"}, {"Own", 1}});
   scan();
-  const auto other = program().state.jobAt(URL::file(path(Kind::userAgent, "a.plist")));
-  program().state.selectedJob = program().state.jobAt(URL::file(path(Kind::localAgent, "a.plist")));
+  const auto other = program().catalogue.jobAt(URL::file(path(Kind::userAgent, "a.plist")));
+  program().selection.select(program().catalogue.jobAt(URL::file(path(Kind::localAgent, "a.plist"))));
   program().revisions.saveRevision(selected());
   insertRevision(program(), revisionItems(program()).at(0).revision);
-  EXPECT_EQ(program().state.jobAt(other->url), other);
-  EXPECT_EQ(program().state.jobAt(selected().url), program().state.selectedJob);
+  EXPECT_EQ(program().catalogue.jobAt(other->url), other);
+  EXPECT_EQ(program().catalogue.jobAt(selected().url), program().selection.job());
 }
 
 TEST_F(RevisionMenuTest, WhatIsNoContentOfAJobChangesNothing) {
   scan();
   const auto job = jobNamed("a");
-  program().state.selectedJob = job;
+  program().selection.select(job);
   insertRevision(program(), {{"Date", 1.0}});
   EXPECT_THAT(interface.errors, IsEmpty());
   insertRevision(program(), {{"Date", 1.0}, {"Plist", Dictionary{{"Label", propertylist::Array{}}}}});
   EXPECT_THAT(interface.errors, SizeIs(1));
-  EXPECT_EQ(program().state.selectedJob, job);
-  EXPECT_FALSE(program().state.hasUnsavedChanges);
-  program().state.selectedJob = nullptr;
+  EXPECT_EQ(program().selection.job(), job);
+  EXPECT_FALSE(program().editing.hasUnsavedChanges());
+  program().selection.select(nullptr);
   EXPECT_THAT(revisionItems(program()), IsEmpty());
 }
 
@@ -85,7 +85,7 @@ TEST_F(RevisionMenuTest, RevisionsAreDeletedForOneJobOrForAllAndNeverByReturnOrE
                          Row{Interface::alternateButton, false, false}}) {
     scan();
     for (const char* name : {"b", "a"}) {
-      program().state.selectedJob = jobNamed(name);
+      program().selection.select(jobNamed(name));
       program().revisions.saveRevision(selected());
     }
     confirmDeleteRevisions(program());
@@ -94,12 +94,12 @@ TEST_F(RevisionMenuTest, RevisionsAreDeletedForOneJobOrForAllAndNeverByReturnOrE
     EXPECT_EQ(question.message, "Do you want to delete the revisions of “a”?");
     EXPECT_EQ(question.safeButton, Interface::otherButton);
     EXPECT_EQ(question.otherTitle, "Cancel");
-    program().state.selectedJob = jobNamed("b");  // the question was about the other one
+    program().selection.select(jobNamed("b"));  // the question was about the other one
     interface.answerSheet(row.answer);
     EXPECT_EQ(program().revisions.revisions().find(path(Kind::userAgent, "a.plist").string()) != nullptr, row.isAKept);
     EXPECT_EQ(program().revisions.revisions().find(path(Kind::userAgent, "b.plist").string()) != nullptr, row.isBKept);
   }
-  program().state.selectedJob = nullptr;
+  program().selection.select(nullptr);
   confirmDeleteRevisions(program());
   EXPECT_THAT(interface.sheets, IsEmpty());
 }

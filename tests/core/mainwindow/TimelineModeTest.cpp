@@ -128,9 +128,9 @@ TEST_F(TimelineModeTest, EveryBuildAsksForTheZone) {
 
 TEST_F(TimelineModeTest, AFilterNarrowsTheRows) {
   fill();
-  modeFilter(program(), timeline, state().jobs, "b.plist");
+  modeFilter(program(), timeline, program().catalogue.jobs(), "b.plist");
   EXPECT_THAT(rows(), ElementsAre("Thursday, January 15, 1970", "b"));
-  modeFilter(program(), timeline, state().jobs, "");
+  modeFilter(program(), timeline, program().catalogue.jobs(), "");
   EXPECT_EQ(rows().size(), 6U);
 }
 
@@ -141,13 +141,13 @@ TEST_F(TimelineModeTest, SelectByURLMarksTheFirstRunAndSelectsTheJobOfTheCatalog
   timeline.select(URL::file(path(Kind::userAgent) / "." / "a.plist"));
   EXPECT_EQ(table.marked, 1U);
   EXPECT_EQ(table.scrolledTo, 1U);
-  EXPECT_EQ(state().selectedJob, jobNamed("a"));
+  EXPECT_EQ(program().selection.job(), jobNamed("a"));
   EXPECT_THAT(shell.events, ElementsAre("title Mirvel – a", "updateDetail"));
 
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   timeline.select(url("b"));
   EXPECT_EQ(table.marked, 3U);
-  EXPECT_EQ(state().selectedJob, jobNamed("a"));
+  EXPECT_EQ(program().selection.job(), jobNamed("a"));
   timeline.select(jobNamed("a"));
   EXPECT_EQ(table.marked, 3U) << "by job it does nothing";
 }
@@ -156,15 +156,15 @@ TEST_F(TimelineModeTest, AClickSelectsTheJobOfItsRow) {
   fill();
   for (const std::size_t row : {0U, 2U, 99U}) timeline.selectionDidChange(row);
   timeline.selectionDidChange(static_cast<std::size_t>(-1));
-  EXPECT_FALSE(state().selectedJob) << "headers and rows that aren't there";
+  EXPECT_FALSE(program().selection.job()) << "headers and rows that aren't there";
   timeline.selectionDidChange(5);
-  EXPECT_EQ(state().selectedJob, jobNamed("a"));
+  EXPECT_EQ(program().selection.job(), jobNamed("a"));
   shell.events.clear();
   timeline.selectionDidChange(1);
   EXPECT_THAT(shell.events, IsEmpty()) << "another run of the selected job";
   timeline.update({launchdCopy("a"), launchdCopy("b")});
   timeline.selectionDidChange(3);
-  EXPECT_EQ(state().selectedJob, jobNamed("b")) << "that of the catalogue";
+  EXPECT_EQ(program().selection.job(), jobNamed("b")) << "that of the catalogue";
 }
 
 TEST_F(TimelineModeTest, DeselectLeavesTheSelectedJob) {
@@ -174,7 +174,7 @@ TEST_F(TimelineModeTest, DeselectLeavesTheSelectedJob) {
   timeline.deselect();
   EXPECT_FALSE(table.marked);
   EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_TRUE(state().selectedJob);
+  EXPECT_TRUE(program().selection.job());
 }
 
 TEST_F(TimelineModeTest, TheMenuNeverOffersToDelete) {
@@ -195,7 +195,7 @@ TEST_F(TimelineModeTest, TheMenuNeverOffersToDelete) {
   const auto application = std::make_shared<Job>(Kind::loginItemApplication, "item", "", "", URL::file("/item.app"));
   timeline.contextMenu(item, application);
   EXPECT_THAT(titles(item), ElementsAre("item", "", reveal, "Open"));
-  state().jobs[0]->isNewFile = true;
+  program().catalogue.jobs()[0]->isNewFile = true;
   EXPECT_THAT(titles(timeline.menuForRow(1)), IsEmpty());
 }
 
@@ -211,7 +211,7 @@ TEST_F(TimelineModeTest, RowsOfAJobThatHasGoneDoNothing) {
   fill();
   timeline.content()[0]->url = URL::file("/moved");
   timeline.selectionDidChange(1);
-  EXPECT_FALSE(state().selectedJob);
+  EXPECT_FALSE(program().selection.job());
   EXPECT_THAT(timeline.menuForRow(1).items(), IsEmpty());
   EXPECT_FALSE(timeline.dragRows({1}));
 }
@@ -220,7 +220,7 @@ TEST_F(TimelineModeTest, CopiesOfOneFileHaveRowsOfTheirOwn) {
   writeDaily("same", 13);
   writeDaily("same", 13, Kind::localAgent);
   scan();
-  const Jobs jobs = state().jobs;
+  const Jobs jobs = program().catalogue.jobs();
   timeline.update({jobs[1], jobs[0]});  // equal by checksum, the other way round
   EXPECT_EQ(timeline.timelineArray().rows()[1].url()->text(), jobs[1]->url.text());
 }

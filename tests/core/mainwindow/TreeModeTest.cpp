@@ -42,7 +42,7 @@ class TreeModeTest : public testdata::ModeFixture {
 
   void publish(const Jobs& jobs) {
     tree->update(jobs);
-    state().jobs = jobs;
+    program().catalogue.publish(jobs);
     shell.events.clear();
   }
   /// As at the next start of the program.
@@ -167,21 +167,21 @@ TEST_F(TreeModeTest, SelectOpensTheGroupOfTheJob) {
   tree->select(URL::file("/jobs/none.plist"));
   EXPECT_FALSE(outline.marked);
   EXPECT_FALSE(tree->isExpanded(0));
-  tree->select(state().jobs[1]->url);
+  tree->select(program().catalogue.jobs()[1]->url);
   EXPECT_TRUE(outline.expanded[0]);
   EXPECT_EQ(outline.marked, (IndexPath{0, 1}));
   EXPECT_EQ(outline.scrolledTo, (IndexPath{0, 1}));
-  EXPECT_EQ(state().selectedJob, state().jobs[1]);
+  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[1]);
 
   tree->toggle(1);
-  tree->select(state().jobs[2]);
+  tree->select(program().catalogue.jobs()[2]);
   EXPECT_TRUE(outline.expanded[1]);
   EXPECT_EQ(outline.marked, (IndexPath{1, 0}));
-  EXPECT_EQ(state().selectedJob, state().jobs[1]) << "a job is only marked";
-  state().hasUnsavedChanges = true;
-  tree->select(state().jobs[0]->url);
+  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[1]) << "a job is only marked";
+  program().editing.setUnsavedChanges(true);
+  tree->select(program().catalogue.jobs()[0]->url);
   EXPECT_EQ(outline.marked, (IndexPath{0, 0}));
-  EXPECT_EQ(state().selectedJob, state().jobs[1]);
+  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[1]);
 
   shell.events.clear();
   tree->deselect();
@@ -203,22 +203,22 @@ TEST_F(TreeModeTest, GroupsAreNeverSelectedAndNeverAskAboutChanges) {
       {Unsaved, {0, 0}, false, 1}, {Clean, {1, 0}, true, 1},    {Unsaved, {0, 0}, false, 2},
   };
   for (const auto& row : rows) {
-    state().hasUnsavedChanges = row.state == Unsaved;
+    program().editing.setUnsavedChanges(row.state == Unsaved);
     const auto saving = row.state == Busy ? state().saving.begin() : mirvel::Busy::Token();
     EXPECT_EQ(tree->maySelect(row.path), row.maySelect) << testing::PrintToString(row.path);
     EXPECT_EQ(interface.sheets.size(), row.questions) << testing::PrintToString(row.path);
   }
-  state().hasUnsavedChanges = false;
+  program().editing.setUnsavedChanges(false);
   tree->selectionDidChange({1, 0});
-  EXPECT_EQ(state().selectedJob, state().jobs[2]);
+  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]);
   for (const IndexPath path : {IndexPath{0}, nowhere, IndexPath{0, 2}}) tree->selectionDidChange(path);
-  EXPECT_EQ(state().selectedJob, state().jobs[2]) << "the details keep their job";
+  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]) << "the details keep their job";
 }
 
 TEST_F(TreeModeTest, APressSelectsWhatItCan) {
   publish(someJobs());
   const auto gone = job(Kind::userAgent, "gone");
-  tree->update({state().jobs[0], gone});
+  tree->update({program().catalogue.jobs()[0], gone});
   const struct {
     bool hasUnsavedChanges;
     IndexPath path;
@@ -229,11 +229,11 @@ TEST_F(TreeModeTest, APressSelectsWhatItCan) {
               {false, nowhere, false},
               {false, {0, 1}, false}};
   for (const auto& row : rows) {
-    state().hasUnsavedChanges = row.hasUnsavedChanges;
-    state().selectedJob.reset();
+    program().editing.setUnsavedChanges(row.hasUnsavedChanges);
+    program().selection.select(nullptr);
     outline.marked.reset();
     EXPECT_EQ(tree->accessibilityPress(row.path), row.succeeds) << testing::PrintToString(row.path);
-    EXPECT_EQ(state().selectedJob, row.succeeds ? state().jobs[0] : nullptr);
+    EXPECT_EQ(program().selection.job(), row.succeeds ? program().catalogue.jobs()[0] : nullptr);
     EXPECT_EQ(outline.marked.has_value(), row.succeeds);
     EXPECT_TRUE(interface.sheets.empty());
   }
@@ -250,8 +250,8 @@ TEST_F(TreeModeTest, FollowsTheCatalogueWhileItIsVisible) {
   tree->didDisappear();
   news();
   EXPECT_EQ(outline.redraws, 1);
-  tree->reloadJob(state().jobs[2]);
-  tree->reloadJob(copy(*state().jobs[2]));
+  tree->reloadJob(program().catalogue.jobs()[2]);
+  tree->reloadJob(copy(*program().catalogue.jobs()[2]));
   EXPECT_THAT(outline.reloadedRows, ElementsAre(IndexPath{1, 0}));
 }
 
@@ -261,10 +261,10 @@ TEST_F(TreeModeTest, MenuAndDragAreThoseOfTheJobAndGroupsHaveNone) {
   EXPECT_THAT(titles(tree->menuForRow({1, 0})), ElementsAre("c", "", reveal, "Delete"));
   EXPECT_THAT(titles(tree->menuForRow({1})), IsEmpty());
   EXPECT_THAT(titles(tree->menuForRow(nowhere)), IsEmpty());
-  state().jobs[2]->isNewFile = true;
+  program().catalogue.jobs()[2]->isNewFile = true;
   EXPECT_THAT(titles(tree->menuForRow({1, 0})), IsEmpty());
 
-  EXPECT_EQ(tree->dragRows({{0, 1}, {1}})->text(), state().jobs[1]->url.text());
+  EXPECT_EQ(tree->dragRows({{0, 1}, {1}})->text(), program().catalogue.jobs()[1]->url.text());
   for (const IndexPath first : {IndexPath{0}, IndexPath{3, 0}, nowhere}) {
     EXPECT_FALSE(tree->dragRows({first, {0, 1}})) << testing::PrintToString(first);
   }

@@ -68,7 +68,7 @@ TEST_F(FetchOperationTest, JobsStandByKindAndThenAsAFileViewerSorts) {
   EXPECT_EQ(names(scan()),
             (Names{"E", "\u00e9tat", "f", "Job1", "job2", "job10", "zebra", "local agent", "local daemon", "A", "b",
                    "bundled", "local item", "system agent", "system daemon", "system item", "tool"}));
-  EXPECT_TRUE(std::is_sorted(program().state.jobs.begin(), program().state.jobs.end(),
+  EXPECT_TRUE(std::is_sorted(program().catalogue.jobs().begin(), program().catalogue.jobs().end(),
                              [](const auto& a, const auto& b) { return a->kind < b->kind; }));
 }
 
@@ -88,7 +88,7 @@ TEST_F(FetchOperationTest, JobsOfOneNameStandByTheirPath) {
     (void)write(Kind::userAgent, file, jobText("same", {{"Program", file}}));
   scan();
   Names files;
-  for (const auto& job : program().state.jobs) files.push_back(job->url.lastPathComponent());
+  for (const auto& job : program().catalogue.jobs()) files.push_back(job->url.lastPathComponent());
   EXPECT_EQ(files, (Names{"a", "b", "c", "d"}));
 }
 

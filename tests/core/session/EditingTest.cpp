@@ -17,10 +17,10 @@ class EditingTest : public testdata::ProgramFixture {
     writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
     writeJob(Kind::userAgent, "b");
     scan();
-    program().state.selectedJob = jobNamed("a");
+    program().selection.select(jobNamed("a"));
   }
   Editing& editing() { return program().editing; }
-  jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
+  jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().selection.job()).plist(); }
   void rename(const std::string& name) {
     ASSERT_TRUE(editing().markJobChanged("name"));
     record().name = name;
@@ -29,7 +29,7 @@ class EditingTest : public testdata::ProgramFixture {
     ASSERT_TRUE(editing().markJobChanged());
     record().nice = nice;
   }
-  bool hasChanges() { return program().state.hasUnsavedChanges; }
+  bool hasChanges() { return program().editing.hasUnsavedChanges(); }
 
   testdata::RecordingShell shell;
 };
@@ -41,11 +41,11 @@ TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForthAgain) {
   rename("x");
   rename("xy");
   ASSERT_TRUE(editing().markJobChanged());
-  program().state.selectedJob->kind = Kind::localDaemon;
+  program().selection.job()->kind = Kind::localDaemon;
   const jobfile::Plist edited = record().clone();
 
   editing().undo();
-  EXPECT_EQ(program().state.selectedJob->kind, Kind::userAgent);
+  EXPECT_EQ(program().selection.job()->kind, Kind::userAgent);
   EXPECT_EQ(record().name, "xy");
   editing().undo();
   EXPECT_EQ(record().name, "a") << "what was typed in one go is one step";
@@ -60,7 +60,7 @@ TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForthAgain) {
 
   while (editing().canRedo()) editing().redo();
   EXPECT_EQ(record(), edited);
-  EXPECT_EQ(program().state.selectedJob->kind, Kind::localDaemon);
+  EXPECT_EQ(program().selection.job()->kind, Kind::localDaemon);
   EXPECT_TRUE(hasChanges());
 }
 
@@ -79,7 +79,7 @@ TEST_F(EditingTest, WhatIsUnfinishedIsUndoneWithTheRestAndGoesWithItsJob) {
   }
   editing().redo();
   EXPECT_EQ(rows(), 1U);
-  program().state.selectedJob = jobNamed("b");
+  program().selection.select(jobNamed("b"));
   EXPECT_EQ(rows(), 0U);
 }
 
@@ -110,8 +110,8 @@ TEST_F(EditingTest, AChangeAfterUndoForgetsWhatWasUndone) {
 
 TEST_F(EditingTest, OnlyASelectedLaunchdJobCanBeChangedAndStepsAreItsOwn) {
   setNice(1);
-  program().state.hasUnsavedChanges = false;
-  program().state.selectedJob = jobNamed("b");
+  program().editing.setUnsavedChanges(false);
+  program().selection.select(jobNamed("b"));
   EXPECT_FALSE(editing().canUndo());
   editing().undo();
   EXPECT_EQ(record().nice, std::nullopt);
@@ -119,7 +119,7 @@ TEST_F(EditingTest, OnlyASelectedLaunchdJobCanBeChangedAndStepsAreItsOwn) {
   editing().undo();
   EXPECT_FALSE(editing().canUndo());
 
-  program().state.selectedJob.reset();
+  program().selection.select(nullptr);
   EXPECT_FALSE(editing().markJobChanged());
   EXPECT_FALSE(hasChanges());
 }
@@ -137,11 +137,11 @@ TEST_F(EditingTest, UndoingEverythingMakesTheScanThatTheEditsHeldBack) {
   editing().undo();
   EXPECT_EQ(fetchQueue.count(), 1U);
   settle();
-  EXPECT_EQ(names(program().state.jobs), (std::vector<std::string>{"a", "b", "new"}));
+  EXPECT_EQ(names(program().catalogue.jobs()), (std::vector<std::string>{"a", "b", "new"}));
 }
 
 TEST_F(EditingTest, AfterASaveThatFailedLateUndoingEverythingReadsTheJobAnew) {
-  const auto job = program().state.selectedJob;
+  const auto job = program().selection.job();
   setNice(7);
   program().actions.save(std::dynamic_pointer_cast<Launchd>(job));
   (void)write(Kind::userAgent, "a.plist", helpers.requests.front().text("string"));
@@ -149,7 +149,7 @@ TEST_F(EditingTest, AfterASaveThatFailedLateUndoingEverythingReadsTheJobAnew) {
   editing().undo();
   EXPECT_FALSE(hasChanges());
   settle();
-  EXPECT_NE(program().state.selectedJob, job);
+  EXPECT_NE(program().selection.job(), job);
   EXPECT_EQ(record().nice, 7) << "as the file has it";
 }
 
@@ -163,7 +163,7 @@ TEST_F(EditingTest, WhatWasUndoneToTheEndCanBeDoneAgain) {
 }
 
 TEST_F(EditingTest, ARestoredRevisionStaysAChangeAndKnowsTheFileThatItIsToReplace) {
-  const std::string checksum = program().state.selectedJob->checksum;
+  const std::string checksum = program().selection.job()->checksum;
   EXPECT_EQ(editing().fileChecksum(), checksum);
   ASSERT_TRUE(replaceSelected(program(), {{"Label", "a"}, {"Nice", 3}}));
   EXPECT_EQ(editing().fileChecksum(), checksum);

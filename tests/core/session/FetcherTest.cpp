@@ -22,7 +22,7 @@ class FetcherTest : public testdata::ProgramFixture {
   }
 
   AppState& state() { return program().state; }
-  void select(const std::string& name) { state().selectedJob = jobNamed(name); }
+  void select(const std::string& name) { program().selection.select(jobNamed(name)); }
   /// The catalogue with nothing noted of how it came.
   void scanQuietly() {
     scan();
@@ -39,7 +39,7 @@ class FetcherTest : public testdata::ProgramFixture {
   });
   Subscription updated = program().notifications.jobsUpdated.subscribe([this] {
     ++jobUpdates;
-    jobsWhenUpdated = state().jobs.size();
+    jobsWhenUpdated = program().catalogue.jobs().size();
     shell.note("jobsUpdated");
   });
 };
@@ -57,10 +57,10 @@ TEST_F(FetcherTest, APublicationTellsTheModeBeforeTheCatalogueAndTheRestBehind) 
 
 TEST_F(FetcherTest, AScanThatFindsTheOldListTellsOnlyThatItEnded) {
   scanQuietly();
-  const Jobs before = state().jobs;
+  const Jobs before = program().catalogue.jobs();
   scan();
   EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle"));
-  EXPECT_EQ(state().jobs, before);
+  EXPECT_EQ(program().catalogue.jobs(), before);
 }
 
 TEST_F(FetcherTest, OfTwoScansInARowOneIsPublished) {
@@ -95,7 +95,7 @@ TEST_F(FetcherTest, AnEmptiedChecksumMakesTheNextScanPublish) {
 
 TEST_F(FetcherTest, AnOldCatalogueIsGivenUpOnceANewOneIsThere) {
   scan();
-  const std::weak_ptr<Job> old = state().jobs.front();
+  const std::weak_ptr<Job> old = program().catalogue.jobs().front();
   writeJob(Kind::userAgent, "c");
   scan();
   EXPECT_TRUE(old.expired());
@@ -104,14 +104,14 @@ TEST_F(FetcherTest, AnOldCatalogueIsGivenUpOnceANewOneIsThere) {
 TEST_F(FetcherTest, AChangedJobStaysSelectedAsItNowIs) {
   scan();
   select("b");
-  const auto before = state().selectedJob;
+  const auto before = program().selection.job();
   (void)write(Kind::userAgent, "b.plist", jobText("b") + " ");
   shell.events.clear();
   scan();
   EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle", "update, catalogue of 2", "select b.plist",
                                         "title Mirvel – b", "updateDetail", "jobsUpdated"));
-  EXPECT_EQ(state().selectedJob, jobNamed("b"));
-  EXPECT_NE(state().selectedJob, before);
+  EXPECT_EQ(program().selection.job(), jobNamed("b"));
+  EXPECT_NE(program().selection.job(), before);
 }
 
 TEST_F(FetcherTest, ARemovedJobIsNoLongerSelectedAndAnotherScanFollows) {
@@ -120,7 +120,7 @@ TEST_F(FetcherTest, ARemovedJobIsNoLongerSelectedAndAnotherScanFollows) {
   std::filesystem::remove(path(Kind::userAgent, "b.plist"));
   shell.events.clear();
   scan();
-  EXPECT_FALSE(state().selectedJob);
+  EXPECT_FALSE(program().selection.job());
   EXPECT_THAT(shell.events,
               ElementsAre("loading", "busy", "loaded", "idle", "update, catalogue of 2", "clearDetail", "title Mirvel",
                           "updateDetail", "loading", "busy", "jobsUpdated", "loaded", "idle"));
@@ -137,7 +137,7 @@ TEST_F(FetcherTest, AFilterOutlastsAScanAndHidesNothingFromTheSelection) {
   scan();
   EXPECT_EQ(names(shell.shown), (Names{"zap1", "zap2"}));
   EXPECT_THAT(shell.events, IsSupersetOf({"update, catalogue of 3", "deselect", "select b.plist"}));
-  EXPECT_EQ(state().selectedJob, jobNamed("b"));
+  EXPECT_EQ(program().selection.job(), jobNamed("b"));
   EXPECT_EQ(state().filterString, "ZAP");
 }
 
@@ -147,15 +147,15 @@ TEST_F(FetcherTest, EditsThatBeginDuringAScanAreKeptAndTheCatalogueWaits) {
   std::filesystem::remove(path(Kind::userAgent, "b.plist"));
   shell.events.clear();
   program().fetcher.fetchJobs();
-  state().hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   settle();
   EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle"));
-  EXPECT_EQ(names(state().jobs), (Names{"a", "b"}));
-  EXPECT_TRUE(state().selectedJob);
+  EXPECT_EQ(names(program().catalogue.jobs()), (Names{"a", "b"}));
+  EXPECT_TRUE(program().selection.job());
 
-  state().hasUnsavedChanges = false;
+  program().editing.setUnsavedChanges(false);
   scan();
-  EXPECT_EQ(names(state().jobs), Names{"a"});
+  EXPECT_EQ(names(program().catalogue.jobs()), Names{"a"});
 }
 
 TEST_F(FetcherTest, AnIconOfTheSelectedJobIsDrawnWhenItComes) {
@@ -165,7 +165,7 @@ TEST_F(FetcherTest, AnIconOfTheSelectedJobIsDrawnWhenItComes) {
   writeJob(Kind::userAgent, "c");
   shell.events.clear();
   scan();
-  EXPECT_TRUE(state().selectedJob->customIcon);
+  EXPECT_TRUE(program().selection.job()->customIcon);
   EXPECT_THAT(shell.events, IsSupersetOf({"select b.plist", "updateIcon", "reloadJob b", "jobsUpdated"}));
 }
 
@@ -175,7 +175,7 @@ TEST_F(FetcherTest, AProgramWithoutAShellScansAllTheSame) {
   select("b");
   std::filesystem::remove(path(Kind::userAgent, "b.plist"));
   scan();
-  EXPECT_FALSE(state().selectedJob);
+  EXPECT_FALSE(program().selection.job());
 }
 
 using FetcherEndTest = testdata::ProgramFixture;

@@ -44,12 +44,12 @@ TEST_F(ModeFilterTest, TextNameAndPathAreSearchedWhateverCaseAndAccents) {
 
 TEST_F(ModeFilterTest, AFilterLeavesTheSelectedJobMarkedOrNothing) {
   testdata::RecordingShell shell(program());
-  program().state.selectedJob = jobs[1];
+  program().selection.select(jobs[1]);
   modeFilter(program(), shell, jobs, "four");
   EXPECT_EQ(names(shell.shown), Names{"four"});
   EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "deselect"));
   EXPECT_EQ(program().state.filterString, "four");
-  EXPECT_EQ(program().state.selectedJob, jobs[1]);
+  EXPECT_EQ(program().selection.job(), jobs[1]);
 
   shell.events.clear();
   shell.tab = DetailTab::noSelection;

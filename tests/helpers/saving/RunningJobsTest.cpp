@@ -47,7 +47,8 @@ class RunningJobsTest : public testing::Test {
   std::shared_ptr<Launchd> read() {
     program.fetcher.fetchJobs();
     EXPECT_TRUE(queue.runUntil([this] { return !program.state.scanning.isBusy(); }));
-    return program.state.jobs.empty() ? nullptr : std::dynamic_pointer_cast<Launchd>(program.state.jobs.front());
+    return program.catalogue.jobs().empty() ? nullptr
+                                            : std::dynamic_pointer_cast<Launchd>(program.catalogue.jobs().front());
   }
   void waitFor(const std::function<bool()>& isSo) {
     ASSERT_TRUE(queue.runUntil(isSo)) << testing::PrintToString(interface.errors);

@@ -142,7 +142,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     m_shell = std::make_unique<testdata::RecordingShell>(program());
     scan();
     job = std::dynamic_pointer_cast<Launchd>(jobNamed("job"));
-    program().state.selectedJob = job;
+    program().selection.select(job);
     Launchd* const edited = program().editing.markJobChanged();
     edited->kind = kindOf(now);
     edited->plist().run = "/bin/new";
@@ -174,10 +174,10 @@ class SaveSequencesTest : public testdata::ProgramFixture {
 
   /// All that belongs to an edit is there, or nothing of it.
   bool isEdited() {
-    const bool isEdited = program().state.hasUnsavedChanges;
+    const bool isEdited = program().editing.hasUnsavedChanges();
     EXPECT_FALSE(program().state.saving.isBusy());
     EXPECT_FALSE(fs::exists(roots.applicationSupport / "Moves.plist"));
-    EXPECT_EQ(program().state.selectedJob, job);
+    EXPECT_EQ(program().selection.job(), job);
     EXPECT_EQ(m_shell->count("saveCompleted"), isEdited ? 0U : 1U);
     if (isEdited) {
       EXPECT_EQ(job->url.text(), url);

@@ -69,7 +69,7 @@ TEST_F(CatalogueTest, SelectedJobStaysSelectedWhileFilesChange) {
     EXPECT_TRUE(showsSoon(row.runs, Column::List::run)) << row.change;
     EXPECT_EQ(markedJob(table()), "m") << row.change;
     EXPECT_EQ(shownJob(window()), "m") << row.change;
-    EXPECT_EQ(program().state.selectedJob, program().state.jobAt(URL::file(path("m")))) << row.change;
+    EXPECT_EQ(program().selection.job(), program().catalogue.jobAt(URL::file(path("m")))) << row.change;
   }
 
   fs::remove(path("m"));
@@ -77,7 +77,7 @@ TEST_F(CatalogueTest, SelectedJobStaysSelectedWhileFilesChange) {
   EXPECT_TRUE(testdata::eventually([&] { return !program().state.scanning.isBusy(); }));
   EXPECT_EQ(markedJob(table()), "");
   EXPECT_EQ(shownJob(window()), "");
-  EXPECT_EQ(program().state.selectedJob, nullptr);
+  EXPECT_EQ(program().selection.job(), nullptr);
   EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]"));
 }
 

@@ -76,11 +76,11 @@ class CreationTest : public MachineFixture {
   bool hasJobs(std::size_t count) {
     return testdata::eventually([&] {
       const AppState& state = program().state;
-      return state.jobs.size() == count && !state.saving.isBusy() && !state.scanning.isBusy();
+      return program().catalogue.jobs().size() == count && !state.saving.isBusy() && !state.scanning.isBusy();
     });
   }
   std::string selected() {
-    const auto& job = program().state.selectedJob;
+    const auto job = program().selection.job();
     return job ? job->url.path().filename().string() : "(none)";
   }
   /// Walks through the sheet by the keyboard: the script, at load and each minute.
@@ -162,7 +162,7 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
   press(Qt::Key_Return);
   answerSheet(program().foundation.localize.saveDisabled());
   ASSERT_TRUE(hasJobs(3));
-  EXPECT_TRUE(program().state.selectedJob->isDisabled());
+  EXPECT_TRUE(program().selection.job()->isDisabled());
   EXPECT_TRUE(selected().starts_with("org.minute copy")) << "the label stays, and the file gets a name of its own";
   EXPECT_NE(selected(), "org.minute copy.plist");
 

@@ -25,7 +25,7 @@ class EditingTest : public MachineFixture {
   }
   DetailTab tab() { return program().shell.detail->detailTab(); }
   bool isSettled() { return !program().state.saving.isBusy() && !program().state.scanning.isBusy(); }
-  jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
+  jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().selection.job()).plist(); }
   /// Opens the editor with its key, and gives the job another label and command.
   void editTexts(const std::string& label, const std::string& command) {
     QTest::keyClick(&window(), Qt::Key_E, Qt::ControlModifier);
@@ -113,7 +113,7 @@ TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
   ASSERT_EQ(revisions.size(), 2U);
   insertRevision(program(), revisions.back().revision);
   EXPECT_EQ(tab(), DetailTab::launchdEdit);
-  EXPECT_TRUE(program().state.hasUnsavedChanges);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
   save();
   EXPECT_EQ(testdata::bytes(file("backup")), saved);
 }

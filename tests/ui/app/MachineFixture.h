@@ -31,7 +31,7 @@ class MachineFixture : public testing::Test {
     Defaults& defaults = program().foundation.defaults;
     EXPECT_TRUE(defaults.setSelectedMode(static_cast<int>(mode)));
     m_application->start();
-    EXPECT_TRUE(testdata::eventually([this, jobs] { return program().state.jobs.size() == jobs; }));
+    EXPECT_TRUE(testdata::eventually([this, jobs] { return program().catalogue.jobs().size() == jobs; }));
     window().show();
     window().activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));

@@ -70,7 +70,7 @@ TEST_F(ModesTest, AJobIsFoundInEachModeAndDeletedFromDiskAndView) {
     EXPECT_TRUE(isShown("alpha"));
 
     program().currentMode()->select(URL::file(file("beta")));
-    EXPECT_EQ(program().state.selectedJob->name, "beta");
+    EXPECT_EQ(program().selection.job()->name, "beta");
     EXPECT_FALSE(view().selectionModel()->selectedIndexes().isEmpty());
   }
 
@@ -93,11 +93,11 @@ TEST_F(ModesTest, AJobIsFoundInEachModeAndDeletedFromDiskAndView) {
     button->click();  // the question goes, with its buttons
     break;
   }
-  EXPECT_TRUE(testdata::eventually([this] { return program().state.jobs.size() == 2; }));
+  EXPECT_TRUE(testdata::eventually([this] { return program().catalogue.jobs().size() == 2; }));
   EXPECT_FALSE(fs::exists(file("beta")));
   EXPECT_FALSE(isShown("beta"));
   EXPECT_TRUE(isShown("gamma"));
-  EXPECT_FALSE(program().state.selectedJob);
+  EXPECT_FALSE(program().selection.job());
 }
 
 }  // namespace

@@ -42,12 +42,12 @@ TEST_F(OpenedURLsTest, WhatTellsOfNoJobOrWouldLoseChangesIsDropped) {
       {"a path", qt(path("beta").string()), false},
   };
   for (const auto& row : rows) {
-    program().state.hasUnsavedChanges = row.hasUnsavedChanges;
+    program().editing.setUnsavedChanges(row.hasUnsavedChanges);
     m_opened.open(row.url);
     pass(0.35);
     EXPECT_EQ(shownJob(window()), "alpha") << row.what;
     EXPECT_EQ(markedJob(table()), "alpha") << row.what;
-    program().state.hasUnsavedChanges = false;
+    program().editing.setUnsavedChanges(false);
   }
 }
 

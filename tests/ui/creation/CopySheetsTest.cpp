@@ -160,7 +160,7 @@ TEST_F(CopySheetsTest, JobFilesThatAreDroppedOnTheWindowAreImported) {
   EXPECT_FALSE(drop(window(), {job})) << "a sheet is up";
   sheet<ImportViewController>().reject();
   EXPECT_FALSE(hasSheet());
-  program().state.hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   EXPECT_FALSE(drop(window(), {job})) << "what is being edited would go";
 }
 

@@ -138,7 +138,7 @@ TEST_F(NewSheetTest, EachControlTakesItsValueFromWhateverWayItWasChanged) {
 
 TEST_F(NewSheetTest, ItsRulesAreHeardOfAfterAScanToo) {
   fill({"other"});
-  program().currentMode()->select(program().state.jobs.front()->url);
+  program().currentMode()->select(program().catalogue.jobs().front()->url);
   open();
   type("backup");
   goToCommand();
@@ -187,7 +187,7 @@ TEST_F(NewSheetTest, AJobIsMadeByTheKeyboardAlone) {
                                          {"ProgramArguments", propertylist::Array{"/bin/echo", "hello"}},
                                          {"RunAtLoad", true}}),
             helpers.requests.back().text("string"));
-  EXPECT_EQ(program().state.selectedJob->name, "backup");
+  EXPECT_EQ(program().selection.job()->name, "backup");
   EXPECT_EQ(shownJob(window()), "backup");
 }
 

@@ -65,7 +65,7 @@ TEST_F(AccessibleEditingTest, WhateverWayAControlIsChangedTheJobIs) {
        },
        [&] { return record().run == "/bin/ls x"; }},
       {"for whom", [&] { control<QComboBox>("forPopUpButton").setCurrentIndex(2); },
-       [&] { return program().state.selectedJob->kind == Kind::localDaemon; }},
+       [&] { return program().selection.job()->kind == Kind::localDaemon; }},
       {"the user", [&] { write("userNameTextField", "ada"); }, [&] { return record().userName == "ada"; }},
       {"the group", [&] { write("groupNameTextField", "staff"); }, [&] { return record().groupName == "staff"; }},
       {"groups", [&] { toggle("initGroupsButton"); }, [&] { return record().initGroups == false; }},

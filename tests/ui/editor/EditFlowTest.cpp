@@ -233,7 +233,7 @@ TEST_F(EditFlowTest, TheKeysAreWhereTheWorkIs) {
 TEST_F(EditFlowTest, AnotherModeHasTheKeysWhenTheDetailsHadThem) {
   edit({{"Program", "/bin/ls"}, {"StartInterval", 60}});
   for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_4, Qt::Key_3}) {
-    program().currentMode()->select(program().state.jobs.front()->url);
+    program().currentMode()->select(program().catalogue.jobs().front()->url);
     control<QPlainTextEdit>("notesTextField").setFocus();
     QTest::keyClick(window().focusWidget(), key, Qt::ControlModifier);
     ASSERT_NE(window().focusWidget(), nullptr) << key;
@@ -259,7 +259,7 @@ TEST_F(EditFlowTest, ANoteThatIsBeingTypedKeepsTheKeysWhenItsJobChanges) {
     ASSERT_NE(QApplication::focusWidget(), nullptr) << filter;
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("e "));
     EXPECT_EQ(control<QPlainTextEdit>("notesTextField").toPlainText(), QStringLiteral("one three")) << filter;
-    EXPECT_EQ(program().notes.note(program().state.selectedJob->url), "one three") << filter;
+    EXPECT_EQ(program().notes.note(program().selection.job()->url), "one three") << filter;
   }
 }
 
@@ -347,7 +347,7 @@ TEST_F(EditFlowTest, ANoteIsNoChangeOfTheJobAndUndoesItself) {
   QTest::keyClick(&note, Qt::Key_Tab);
   QTest::keyClick(&note, Qt::Key_Return);
   EXPECT_FALSE(hasChanges());
-  EXPECT_EQ(program().notes.note(program().state.selectedJob->url), "one\t\n");
+  EXPECT_EQ(program().notes.note(program().selection.job()->url), "one\t\n");
   press(QKeySequence::Undo);
   EXPECT_NE(note.toPlainText(), QStringLiteral("one\t\n"));
   EXPECT_EQ(window().focusWidget(), &note);
@@ -368,7 +368,7 @@ TEST_F(EditFlowTest, RootIsAskedForOnlyByDaemonsAndTheForPopUpSaysWhich) {
   popUp.setFocus();
   QTest::keyClick(&popUp, Qt::Key_Down);
   QTest::keyClick(&popUp, Qt::Key_Down);
-  EXPECT_EQ(program().state.selectedJob->kind, Kind::localDaemon);
+  EXPECT_EQ(program().selection.job()->kind, Kind::localDaemon);
   EXPECT_TRUE(control<QLineEdit>("userNameTextField").isEnabled());
   QTest::keyClicks(&control<QLineEdit>("userNameTextField"), QStringLiteral("ada"));
   EXPECT_EQ(record().userName, "ada");

@@ -113,8 +113,8 @@ class EditRoundTripTest : public EditorFixture {
     const auto file = write(kind, "job.plist", bytes);
     m_job = Launchd::read(bytes, URL::file(file), kind, {}, console);
     if (!m_job) return false;
-    program().state.hasUnsavedChanges = false;
-    program().state.selectedJob = m_job;
+    program().editing.setUnsavedChanges(false);
+    program().selection.select(m_job);
     program().shell.detail->showEdit();
     testdata::settle();  // what is new in a layout is seen a moment later
     return true;

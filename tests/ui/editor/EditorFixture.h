@@ -46,8 +46,8 @@ class EditorFixture : public WindowFixture {
     QTest::keyClick(&window(), Qt::Key_E, Qt::ControlModifier);
     ASSERT_EQ(program().shell.detail->detailTab(), DetailTab::launchdEdit);
   }
-  jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().state.selectedJob).plist(); }
-  bool hasChanges() { return program().state.hasUnsavedChanges; }
+  jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().selection.job()).plist(); }
+  bool hasChanges() { return program().editing.hasUnsavedChanges(); }
   template <typename Control>
   Control& control(const char* name) {
     return ui::control<Control>(window(), name);

@@ -117,7 +117,7 @@ TEST_F(GridModeViewTest, FromRightToLeftTheNextItemIsAtTheLeft) {
 TEST_F(GridModeViewTest, UnsavedChangesAreAskedAboutAtEveryClick) {
   showThreeColumns();
   click("a1");
-  program().state.hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   const std::pair<const char*, std::size_t> clicks[] = {{"b1", 1}, {"b2", 2}, {"b2", 3}, {"a1", 4}, {"b1", 5}};
   for (const auto& [name, questions] : clicks) {
     click(name);
@@ -125,7 +125,7 @@ TEST_F(GridModeViewTest, UnsavedChangesAreAskedAboutAtEveryClick) {
     EXPECT_EQ(selectedJob(), "a1") << name;
     EXPECT_EQ(markedName(grid()), name) << "the mark isn't put back";
   }
-  program().state.hasUnsavedChanges = false;
+  program().editing.setUnsavedChanges(false);
   click("b1");
   EXPECT_EQ(selectedJob(), "b1") << "though it was marked before";
   EXPECT_EQ(interface.sheets.size(), 5U);

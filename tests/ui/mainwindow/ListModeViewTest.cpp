@@ -24,7 +24,7 @@ class ListModeViewTest : public WindowFixture {
   void expectSelected(const std::string& name, const std::string& why) {
     EXPECT_EQ(markedJob(table()), name) << why;
     EXPECT_EQ(shownJob(window()), name) << why;
-    const auto& job = program().state.selectedJob;
+    const auto job = program().selection.job();
     EXPECT_EQ(job ? job->name : "", name) << why;
   }
 };
@@ -75,14 +75,14 @@ TEST_F(ListModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
   EXPECT_TRUE(interface.sheets.empty());
   saving.release();
 
-  program().state.hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   for (const auto& [act, does] : acts) {
     does();
     expectSelected("beta", act);
     EXPECT_EQ(table().currentIndex().row(), 1) << act;
     EXPECT_EQ(interface.sheets.size(), 1U) << act;
   }
-  program().state.hasUnsavedChanges = false;
+  program().editing.setUnsavedChanges(false);
   click(0);
   expectSelected("alpha", "saved");
 }
@@ -246,11 +246,12 @@ class Asked final : public QIdentityProxyModel {
 
 TEST_F(ListModeViewTest, TenThousandJobsAreFilteredAndScrolledByAskingOnlyForThoseInSight) {
   fill({});
+  Jobs jobs = program().catalogue.jobs();
   for (int i = 0; i < 10'000; ++i) {
     const std::string name = "job" + std::to_string(i);
-    program().state.jobs.push_back(
-        std::make_shared<Job>(Kind::userAgent, name, "", name, URL::file("/jobs/" + name + ".plist")));
+    jobs.push_back(std::make_shared<Job>(Kind::userAgent, name, "", name, URL::file("/jobs/" + name + ".plist")));
   }
+  program().catalogue.publish(std::move(jobs));
   Asked asked;
   asked.setSourceModel(table().model());
   ListTable second;

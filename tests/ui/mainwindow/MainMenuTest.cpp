@@ -84,7 +84,7 @@ TEST_F(MainMenuTest, WhatIsNotThereIsNotShownAndWhatMayNotBeIsGrey) {
   EXPECT_TRUE(item(file, "Share")->isEnabled());
   EXPECT_TRUE(item(file, "Edit Job")->isEnabled());
   EXPECT_TRUE(item(file, "Delete")->isEnabled());
-  program().state.hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   open(file);
   EXPECT_FALSE(item(file, "New")->isEnabled());
   EXPECT_FALSE(item(file, "Delete")->isEnabled());

@@ -53,7 +53,7 @@ TEST_F(MainWindowTest, FilterLeavesWhatHoldsItAndItsEndMarksTheSelectedJobAgain)
     type("gAmma");
     EXPECT_EQ(texts(table()), Names{"gamma"}) << end;
     EXPECT_EQ(markedJob(table()), "") << end;
-    EXPECT_EQ(program().state.selectedJob->name, "beta") << end;
+    EXPECT_EQ(program().selection.job()->name, "beta") << end;
     does();
     EXPECT_EQ(texts(table()), (Names{"alpha", "beta", "gamma"})) << end;
     EXPECT_EQ(markedJob(table()), "beta") << end;
@@ -128,7 +128,7 @@ TEST_F(MainWindowTest, FilterHoldsOverAScan) {
   writeJob(Kind::userAgent, "zeta");
   scan();
   EXPECT_EQ(texts(table()), (Names{"alpha", "alphabet"}));
-  EXPECT_EQ(program().state.selectedJob->name, "beta");
+  EXPECT_EQ(program().selection.job()->name, "beta");
 }
 
 TEST_F(MainWindowTest, LabelTellsOfAnEmptyCatalogueAndNotOfAFilter) {
@@ -157,7 +157,7 @@ TEST_F(MainWindowTest, ShortcutOfTheFilterFocusesItAndSelectsItsText) {
 
 TEST_F(MainWindowTest, UnsavedChangesKeepTheWindowOpenUntilTheyAreDropped) {
   fill({"alpha"});
-  program().state.hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   for (const int answer : {Interface::defaultButton, Interface::alternateButton}) {
     EXPECT_FALSE(window().close());
     EXPECT_TRUE(window().isVisible());
@@ -165,14 +165,14 @@ TEST_F(MainWindowTest, UnsavedChangesKeepTheWindowOpenUntilTheyAreDropped) {
     interface.answerSheet(answer);
     EXPECT_EQ(window().isVisible(), answer == Interface::defaultButton);
   }
-  EXPECT_FALSE(program().state.hasUnsavedChanges);
+  EXPECT_FALSE(program().editing.hasUnsavedChanges());
 }
 
 TEST_F(MainWindowTest, UnsavedChangesForbidWhatWouldLoseThem) {
   fill({"alpha"});
   click(0);
   for (const bool hasUnsavedChanges : {true, false}) {
-    program().state.hasUnsavedChanges = hasUnsavedChanges;
+    program().editing.setUnsavedChanges(hasUnsavedChanges);
     program().shell.mainWindow->setEdited(hasUnsavedChanges);
     program().shell.mainWindow->validateVisibleItems();
     EXPECT_EQ(window().filter().isEnabled(), !hasUnsavedChanges);

@@ -33,7 +33,7 @@ class ModeViewFixture : public WindowFixture {
     scan();
     testdata::settle();
   }
-  std::string selectedJob() { return program().state.selectedJob ? program().state.selectedJob->name : std::string(); }
+  std::string selectedJob() { return program().selection.job() ? program().selection.job()->name : std::string(); }
   static std::string markedName(const QAbstractItemView& items) {
     const QModelIndexList marked = items.selectionModel()->selectedIndexes();
     return marked.isEmpty() ? std::string() : utf8(marked.front().data().toString());

@@ -59,7 +59,7 @@ class TimelineModeViewTest : public testdata::ProgramFixture {
   void expectSelected(const std::string& name, int row, const std::string& why) {
     const QModelIndexList marked = table().selectionModel()->selectedRows();
     EXPECT_EQ(marked.isEmpty() ? -1 : marked.front().row(), row) << why;
-    const auto& job = program().state.selectedJob;
+    const auto job = program().selection.job();
     EXPECT_EQ(job ? job->name : "", name) << why;
   }
   QMenu* menuAt(QPoint position) {
@@ -108,7 +108,7 @@ TEST_F(TimelineModeViewTest, MouseAndKeysSelectTheJobAndNeverAHeader) {
 TEST_F(TimelineModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
   fill();
   click(5);
-  program().state.hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   const std::pair<const char*, std::function<void()>> acts[] = {
       {"click", [&] { click(3); }},
       {"down", [&] { QTest::keyClick(&table(), Qt::Key_Down); }},
@@ -120,7 +120,7 @@ TEST_F(TimelineModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce)
     EXPECT_EQ(table().currentIndex().row(), 5) << act;
     EXPECT_EQ(interface.sheets.size(), 1U) << act;
   }
-  program().state.hasUnsavedChanges = false;
+  program().editing.setUnsavedChanges(false);
   click(3);
   expectSelected("alpha", 3, "saved");
 }

@@ -81,7 +81,7 @@ TEST_F(TreeModeViewTest, RowsAreMarkedAndGroupsLeaveTheMark) {
 TEST_F(TreeModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
   show({"a1", "a2", "b1"});
   click(outline(), job(0, 0));
-  program().state.hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   const std::pair<std::function<void()>, std::size_t> acts[] = {
       {[&] { click(outline(), group(1)); }, 0},
       {[&] { click(outline(), job(1, 0)); }, 1},
@@ -95,7 +95,7 @@ TEST_F(TreeModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
     EXPECT_EQ(selectedJob(), "a1");
     EXPECT_EQ(interface.sheets.size(), questions);
   }
-  program().state.hasUnsavedChanges = false;
+  program().editing.setUnsavedChanges(false);
   click(outline(), job(0, 1));
   EXPECT_EQ(selectedJob(), "a2");
 }
@@ -190,7 +190,7 @@ TEST_F(TreeModeViewTest, AnAssistiveProgramHearsAndPressesRows) {
   EXPECT_EQ(markedName(outline()), "a2");
   press(0);
   EXPECT_EQ(markedName(outline()), "a2") << "a group can't be pressed";
-  program().state.hasUnsavedChanges = true;
+  program().editing.setUnsavedChanges(true);
   press(1);
   EXPECT_EQ(selectedJob(), "a2");
   EXPECT_EQ(markedName(outline()), "a2");
