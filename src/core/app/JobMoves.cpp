@@ -55,11 +55,13 @@ JobMoves::JobMoves(const fs::path& applicationSupport, Catalogue& catalogue, con
         const auto job = selection.job();
         if (job && job->url.equalTo(url)) remember(*job);
       })),
+      m_iconGiven(notifications.iconGiven.subscribe([this](const Job& job) { remember(job); })),
       m_catalogueWillChange(
           catalogue.willChange().subscribe([this](const Jobs& old, const Jobs& jobs) { follow(old, jobs); })),
       m_jobsUpdated(notifications.jobsUpdated.subscribe([this, &catalogue] { remember(catalogue.jobs()); })),
       m_jobMoved(notifications.jobMoved.subscribe([this](const URL& from, const URL& to) { jobMoved(from, to); })) {}
 
+/// What belongs to the target already is kept.
 void JobMoves::jobMoved(const URL& from, const URL& to) {
   if (storeKey(from) == storeKey(to)) return;
   m_notes.jobMoved(from, to);

@@ -24,14 +24,11 @@ class JobMoves {
   JobMoves(const std::filesystem::path& applicationSupport, Catalogue& catalogue, const Selection& selection,
            Notifications& notifications, NotesStore& notes, RevisionController& revisions, StoreTroubles& troubles);
 
-  /// Gives all that belongs to the job of one file to that of another, which keeps what it has.
-  void jobMoved(const URL& from, const URL& to);
-  /// To be called when a job was given an icon. Changes of notes are noticed without that.
-  void remember(const Job& job);
-
  private:
   void follow(const Jobs& oldJobs, const Jobs& jobs);
   void remember(const Jobs& jobs);
+  void remember(const Job& job);
+  void jobMoved(const URL& from, const URL& to);
   void moveIcon(const URL& from, const URL& to);
 
   const std::filesystem::path m_applicationSupport;
@@ -39,7 +36,7 @@ class JobMoves {
   RevisionController& m_revisions;
   StoreTroubles& m_troubles;
   Store m_labels;
-  Subscription m_noteChanged, m_catalogueWillChange, m_jobsUpdated, m_jobMoved;
+  Subscription m_noteChanged, m_iconGiven, m_catalogueWillChange, m_jobsUpdated, m_jobMoved;
 };
 
 }  // namespace mirvel

@@ -35,7 +35,7 @@ void setCustomIcon(Program& program, const std::shared_ptr<Job>& job, const std:
   if (const auto written = replaceFile(file, png); !written) return tell(program, written.error());
   job->customIconDigest = name;
   job->customIcon = program.platform.workspace.image(file);
-  program.jobMoves.remember(*job);
+  program.notifications.iconGiven.post(*job);
   showIcon(program, job);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -9,8 +10,8 @@
 #include "core/mainwindow/JobMenu.h"
 #include "core/mainwindow/JobSections.h"
 #include "core/mainwindow/ModeRules.h"
-#include "core/mainwindow/TreeExpansion.h"
 #include "core/session/Mode.h"
+#include "core/settings/Defaults.h"
 
 namespace mirvel {
 
@@ -43,6 +44,26 @@ struct TreeCell {
   std::string count = {};    ///< on the button of a group; empty for a job
   bool isSecondary = false;  ///< in the quieter text colour
   std::optional<URL> url = {};
+};
+
+/// Which groups of the tree are expanded, across scans and program starts. All are until the user closes one.
+class TreeExpansion {
+ public:
+  /// The settings outlive it.
+  explicit TreeExpansion(Defaults& defaults) : m_defaults(defaults) {}
+
+  bool isExpanded(Kind kind) const;
+  /// Saves which of the present groups are expanded, and forgets the state of groups that are gone.
+  void setExpanded(Kind kind, bool isExpanded, const Sections& present);
+
+ private:
+  using Kinds = std::set<int>;
+
+  const std::optional<Kinds>& saved() const;
+
+  Defaults& m_defaults;
+  mutable bool m_isRead = false;
+  mutable std::optional<Kinds> m_saved;  // by their numbers
 };
 
 /// The jobs under their groups. For the main thread.
