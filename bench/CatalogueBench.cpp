@@ -13,7 +13,7 @@
 #include "JobFolderOnDisk.h"
 #include "core/base/ThreadHeap.h"
 #include "core/mainwindow/ListSort.h"
-#include "core/session/ModeFilter.h"
+#include "core/session/CurrentMode.h"
 
 namespace mirvel::bench {
 

@@ -37,7 +37,7 @@ class FilledWindow {
   void settle() {
     do {
       QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    } while (program().state.scanning.isBusy());
+    } while (program().scanning.isBusy());
   }
 
   ui::Application m_application;

@@ -23,7 +23,8 @@ void save(QWidget& window, const QString& file) {
 void arrange(ui::Application& application, const DemoOptions& options) {
   Program& program = application.program();
   for (const auto& job : program.catalogue.jobs()) {
-    if (!options.selected.isEmpty() && ui::qt(job->name) == options.selected) program.currentMode()->select(job->url);
+    if (!options.selected.isEmpty() && ui::qt(job->name) == options.selected)
+      program.currentMode.view()->select(job->url);
   }
   if (options.isEdited) program.menus.perform(Command::edit);
   if (!options.filter.isEmpty()) application.window().filter().setText(options.filter);

@@ -11,7 +11,6 @@ namespace mirvel::testdata {
 /// A program for the tests of a mode that shows groups.
 class ModeFixture : public ProgramFixture {
  protected:
-  AppState& state() { return program().state; }
   /// One job of a kind, of which nothing is on the disk.
   static std::shared_ptr<Job> job(Kind kind, const std::string& name, const std::string& folder = "/jobs") {
     return std::make_shared<Job>(kind, name, "summary of " + name, "sum " + name,

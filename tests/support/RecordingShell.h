@@ -40,7 +40,6 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
     const auto job = m_program.catalogue.jobAt(url);
     if (!isShown || !job || m_program.editing.hasUnsavedChanges()) return;
     m_program.selection.select(job);
-    m_program.mainWindow.selectedJobDidChange();
   }
   void select(const std::shared_ptr<Job>& job) override { note("select job " + job->name); }
   void update(const Jobs& jobs) override {
@@ -58,9 +57,7 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
   void showDisplay() override { note("showDisplay"); }
   void showEdit() override { note("showEdit"); }
 
-  void updateButtons() override {
-    note(m_program.state.saving.isBusy() || m_program.state.scanning.isBusy() ? "busy" : "idle");
-  }
+  void updateButtons() override { note(m_program.saving.isBusy() || m_program.scanning.isBusy() ? "busy" : "idle"); }
   void refreshEditedState() override { note("refreshEditedState"); }
   void save() override { note("save"); }
   void discardEdits() override { note("discardEdits"); }

@@ -4,10 +4,18 @@
 
 #include "core/actions/HelperErrors.h"
 #include "core/actions/LabelConflict.h"
-#include "core/app/Program.h"
 #include "core/base/Const.h"
+#include "core/catalogue/Job.h"
 #include "core/catalogue/LoginItem.h"
 #include "core/propertylist/Encoding.h"
+#include "core/session/Busy.h"
+#include "core/session/Catalogue.h"
+#include "core/session/Editing.h"
+#include "core/session/Fetcher.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
@@ -28,18 +36,18 @@ std::optional<propertylist::Dictionary> faultIn(const propertylist::Dictionary& 
 
 }  // namespace
 
-ActionController::ActionController(Program& program)
-    : m_program(program),
-      m_delay(program.platform.mainQueue),
-      m_savingChanged(program.state.saving.changed().subscribe([&program] {
-        if (program.shell.edit) program.shell.edit->updateButtons();
+ActionController::ActionController(const ActionContext& context)
+    : m_context(context),
+      m_delay(context.platform.mainQueue),
+      m_savingChanged(context.saving.changed().subscribe([&shell = context.shell] {
+        if (shell.edit) shell.edit->updateButtons();
       })),
-      m_moves(program.foundation.roots.applicationSupport, program.foundation.storeTroubles),
-      m_user(program.platform.mainQueue),
-      m_privileged(program.platform.mainQueue) {}
+      m_moves(context.foundation.roots.applicationSupport, context.foundation.storeTroubles),
+      m_user(context.platform.mainQueue),
+      m_privileged(context.platform.mainQueue) {}
 
 bool ActionController::send(const Action::Shared& action) {
-  HelperConnections* const helpers = m_program.platform.helpers;
+  HelperConnections* const helpers = m_context.platform.helpers;
   if (!m_user.isOpen() && helpers) m_user.open(helpers->connectToAction());
   if (!m_user.isOpen()) {
     tellOfNoCommunication();
@@ -51,7 +59,7 @@ bool ActionController::send(const Action::Shared& action) {
 
 bool ActionController::sendPrivileged(const Action::Shared& action) {
   action->privileged = true;
-  if (!m_program.platform.helpers) {
+  if (!m_context.platform.helpers) {
     tellOfNoCommunication();
     return false;
   }
@@ -72,7 +80,7 @@ void ActionController::run(HelperLink& link, const Action::Shared& action) {
 
 void ActionController::authorise(std::function<void(bool isGranted)> answer) {
   if (m_privileged.isOpen()) return answer(true);
-  HelperConnections* const helpers = m_program.platform.helpers;
+  HelperConnections* const helpers = m_context.platform.helpers;
   if (!helpers) {
     tellOfNoCommunication();
     return answer(false);
@@ -83,7 +91,7 @@ void ActionController::authorise(std::function<void(bool isGranted)> answer) {
       std::string(Const::PrivilegedHelper::version),
       m_delay.whileOwned([this](HelperConnections::Privileged privileged) { connected(std::move(privileged)); }),
       m_delay.whileOwned([this](const Error& error) {
-        m_program.platform.interface.present(error);
+        m_context.platform.interface.present(error);
         answerAuthorisation(false);
       }));
 }
@@ -93,9 +101,9 @@ void ActionController::connected(HelperConnections::Privileged answer) {
   if (isGranted) {
     m_authData = std::move(answer.authData);
     m_privileged.open(std::move(answer.connection));
-    m_program.shell.endPrivilegedConnection = m_delay.whileOwned([this] { endPrivilegedConnection(); });
+    m_context.shell.endPrivilegedConnection = m_delay.whileOwned([this] { endPrivilegedConnection(); });
   } else if (!answer.isCancelled) {
-    presentRefusal(answer.refusal, m_program.foundation.localize, m_program.platform.interface);
+    presentRefusal(answer.refusal, m_context.foundation.localize, m_context.platform.interface);
   }
   answerAuthorisation(isGranted);
 }
@@ -114,16 +122,16 @@ void ActionController::endPrivilegedConnection() {
       quit.dictionary(m_authData), [](const propertylist::Dictionary&) {}, [](const Error&) {});
   m_privileged.close(Error{.code = Error::Code::Io, .message = "the helper was ended"});
   m_authData.reset();
-  m_program.shell.endPrivilegedConnection = nullptr;
+  m_context.shell.endPrivilegedConnection = nullptr;
 }
 
 bool ActionController::requestFailed(const Error& error, bool isTold, const Action& action) {
   if (action.privileged && !m_privileged.isOpen()) {
     m_authData.reset();
-    m_program.shell.endPrivilegedConnection = nullptr;
+    m_context.shell.endPrivilegedConnection = nullptr;
   }
   const bool tells = action.presentError && !isTold;
-  if (tells) m_program.platform.interface.present(error);
+  if (tells) m_context.platform.interface.present(error);
   if (action.kind == Action::Kind::log) clearLog();
   end(action, false);
   return tells;
@@ -131,11 +139,11 @@ bool ActionController::requestFailed(const Error& error, bool isTold, const Acti
 
 void ActionController::replied(const propertylist::Dictionary& reply, const Action& action) {
   if (const auto fault = faultIn(reply, action)) {
-    if (action.presentError) presentHelperError(*fault, m_program.foundation.localize, m_program.platform.interface);
+    if (action.presentError) presentHelperError(*fault, m_context.foundation.localize, m_context.platform.interface);
     if (action.kind == Action::Kind::log) clearLog();
     return end(action, false);
   }
-  const Shell& shell = m_program.shell;
+  const Shell& shell = m_context.shell;
   if (action.kind == Action::Kind::test) {
     if (shell.test) shell.test->testFinished(*reply.find("test")->as<std::string>());
   } else if (action.kind == Action::Kind::log) {
@@ -155,19 +163,18 @@ void ActionController::endedWell(const Action& action) {
   if (const auto& path = action.localAgentUnloadPath) {
     auto unload = Action::unload(action.label, URL::file(*path));
     unload->cleanUp = false;
-    if (!send(unload)) m_program.platform.console.log("Error unloading job at path: " + *path);
+    if (!send(unload)) m_context.platform.console.log("Error unloading job at path: " + *path);
   }
-  m_delay(0, [this] { fetchUnlessEdited(); });
+  m_delay(0, [this] { m_context.fetcher.refresh(); });
 }
 
 /// Whatever is selected by now and isn't that job stays; so does the job itself if it is being edited again.
 void ActionController::wasDeleted(const URL& url) {
-  if (!m_program.selection.job() || m_program.editing.hasUnsavedChanges() ||
-      !m_program.selection.job()->url.equalTo(url))
+  if (!m_context.selection.job() || m_context.editing.hasUnsavedChanges() ||
+      !m_context.selection.job()->url.equalTo(url))
     return;
-  m_program.selection.select(nullptr);
-  m_program.mainWindow.selectedJobDidChange();
-  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  m_context.selection.select(nullptr);
+  if (m_context.shell.detail) m_context.shell.detail->clearDetail();
 }
 
 void ActionController::deleteConfirmed(int response, const Job& job, const Ended& ended) {
@@ -175,12 +182,12 @@ void ActionController::deleteConfirmed(int response, const Job& job, const Ended
   if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem(dynamic_cast<const LoginItem&>(job));
   if (!canBeNamed(job.url)) return;
   const auto action = Action::delete_(job.url, job.name);
-  action->ended = [ended, deleting = std::make_shared<Busy::Token>(m_program.state.deleting.begin())](bool isDeleted) {
+  action->ended = [ended, deleting = std::make_shared<Busy::Token>(m_context.deleting.begin())](bool isDeleted) {
     deleting->release();
     if (ended) ended(isDeleted);
   };
   // A copy that never ran: what is loaded under its label is the other job.
-  const bool isOthersLabel = isOtherLoaded(job, m_program.catalogue.jobs());
+  const bool isOthersLabel = isOtherLoaded(job, m_context.catalogue.jobs());
   if (isOthersLabel) action->label.reset();
   if (job.kind == Kind::userAgent) {
     (void)send(action);
@@ -191,10 +198,10 @@ void ActionController::deleteConfirmed(int response, const Job& job, const Ended
 }
 
 void ActionController::deleteLoginItem(const LoginItem& item) {
-  if (const auto removed = m_program.platform.loginItems.remove(item); !removed) {
-    m_program.platform.interface.present(removed.error());
+  if (const auto removed = m_context.platform.loginItems.remove(item); !removed) {
+    m_context.platform.interface.present(removed.error());
   }
-  fetchUnlessEdited();
+  m_context.fetcher.refresh();
 }
 
 void ActionController::uninstallInternalHelpers() {
@@ -202,29 +209,25 @@ void ActionController::uninstallInternalHelpers() {
   action->presentError = false;
   action->cleanUp = false;
   (void)sendPrivileged(action);
-  m_delay(1.0, [this] { fetchUnlessEdited(); });
+  m_delay(1.0, [this] { m_context.fetcher.refresh(); });
 }
 
 /// Requests and revisions name a file by text. The user is told if it has a name that is none.
 bool ActionController::canBeNamed(const URL& url) {
   if (propertylist::isUtf8(url.text())) return true;
-  m_program.platform.interface.present(Error{.code = Error::Code::BadArgument,
+  m_context.platform.interface.present(Error{.code = Error::Code::BadArgument,
                                              .message = "the file's name isn't valid UTF-8; rename the file first",
                                              .file = url.text()});
   return false;
 }
 
 void ActionController::clearLog() {
-  if (m_program.shell.log) m_program.shell.log->clear();
-}
-
-void ActionController::fetchUnlessEdited() {
-  if (!m_program.editing.hasUnsavedChanges()) m_program.fetcher.fetchJobs();
+  if (m_context.shell.log) m_context.shell.log->clear();
 }
 
 void ActionController::tellOfNoCommunication() {
-  const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.error(localize.couldNotEstablishCommunicationWithHelperTool(),
+  const Localize& localize = m_context.foundation.localize;
+  m_context.platform.interface.error(localize.couldNotEstablishCommunicationWithHelperTool(),
                                      localize.pleaseTryAgain());
 }
 

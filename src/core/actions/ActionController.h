@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/actions/Action.h"
+#include "core/actions/ActionContext.h"
 #include "core/actions/HelperLink.h"
 #include "core/actions/MoveJournal.h"
 #include "core/actions/MoveTarget.h"
@@ -20,7 +21,6 @@ namespace mirvel {
 
 class Launchd;
 class LoginItem;
-class Program;
 
 /// Sends requests to the two helpers, and answers everyone who waits for one. For the main thread.
 ///
@@ -30,7 +30,7 @@ class ActionController {
  public:
   using Ended = std::function<void(bool isWritten)>;
 
-  explicit ActionController(Program& program);
+  explicit ActionController(const ActionContext& context);
 
   /// To the helper that acts as the user.
   bool send(const Action::Shared& action);
@@ -82,7 +82,7 @@ class ActionController {
 
   void askAboutLabel(const std::shared_ptr<Launchd>& job, const Job& other, const std::string& label,
                      const Ended& ended);
-  static void disable(Program& program, const std::shared_ptr<Launchd>& job);
+  void disable(const std::shared_ptr<Launchd>& job);
   void deselect(const std::shared_ptr<Launchd>& job);
   void startSave(const std::shared_ptr<Launchd>& job, const Ended& ended);
   void finishMove(const MoveJournal::Move& move);
@@ -90,10 +90,9 @@ class ActionController {
   void loadQuietly(const URL& url);
   void deleteLoginItem(const LoginItem& item);
 
-  void fetchUnlessEdited();
   void tellOfNoCommunication();
 
-  Program& m_program;
+  const ActionContext m_context;
   Delay m_delay;
   Subscription m_savingChanged;
   MoveJournal m_moves;

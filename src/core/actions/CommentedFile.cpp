@@ -7,7 +7,6 @@
 #include <system_error>
 
 #include "core/actions/MoveTarget.h"
-#include "core/app/Program.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
@@ -16,6 +15,9 @@
 #include "core/files/ReplaceFile.h"
 #include "core/propertylist/Comments.h"
 #include "core/propertylist/DateText.h"
+#include "core/session/Editing.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 #include "core/text/Strings.h"
 
 namespace mirvel {
@@ -52,11 +54,11 @@ bool isKept(const fs::path& folder, std::string_view bytes) {
   return false;
 }
 
-bool mayCommentsGo(const Program& program, const Launchd& job) {
-  const Localize& localize = program.foundation.localize;
-  const int answer = program.platform.interface.alert({
+bool mayCommentsGo(const Foundation& foundation, Interface& interface, const Launchd& job) {
+  const Localize& localize = foundation.localize;
+  const int answer = interface.alert({
       .message = localize.savingRemovesComments(job.name),
-      .informativeText = localize.theFileWithItsCommentsIsKept(keptFilesFolder(program).string()),
+      .informativeText = localize.theFileWithItsCommentsIsKept(keptFilesFolder(foundation.roots).string()),
       .defaultTitle = localize.saveWithoutComments(),
       .alternateTitle = localize.cancel(),
       .safeButton = Interface::alternateButton,
@@ -66,32 +68,32 @@ bool mayCommentsGo(const Program& program, const Launchd& job) {
 
 }  // namespace
 
-fs::path keptFilesFolder(const Program& program) {
-  return program.foundation.roots.applicationSupport / "Kept Files";
+fs::path keptFilesFolder(const Roots& roots) {
+  return roots.applicationSupport / "Kept Files";
 }
 
-Result<void> keepFile(const Program& program, const std::string& job, std::string_view bytes) {
+Result<void> keepFile(const Roots& roots, const Clock& clock, const std::string& job, std::string_view bytes) {
   constexpr std::size_t longestName = 48;  // in characters, so that any name has room
-  const fs::path folder = keptFilesFolder(program);
+  const fs::path folder = keptFilesFolder(roots);
   if (isKept(folder, bytes)) return {};
   if (auto made = makePrivateFolder(folder); !made) return made;
   const std::string name(String::firstCharacters(jobFileName(job), longestName));
-  return replaceFile(freshPath(folder, name + ' ' + timeText(program.platform.clock.secondsSince1970())), bytes,
-                     privateFile);
+  return replaceFile(freshPath(folder, name + ' ' + timeText(clock.secondsSince1970())), bytes, privateFile);
 }
 
-bool letCommentsGo(Program& program, const std::shared_ptr<Launchd>& job) {
+bool letCommentsGo(const Foundation& foundation, const Platform& platform, Editing& editing,
+                   const std::shared_ptr<Launchd>& job) {
   if (job->isNewFile) return true;
   const auto bytes = readFile(job->url.path(), JobFolder::largestFile);
   if (!bytes || !propertylist::hasComments(*bytes)) return true;
   const std::string checksum = JobFile::checksumOf(*bytes);
-  if (program.editing.hasAgreed(job, checksum)) return true;
-  if (!mayCommentsGo(program, *job)) return false;
-  if (const auto kept = keepFile(program, job->name, *bytes); !kept) {
-    program.platform.interface.present(kept.error());
+  if (editing.hasAgreed(job, checksum)) return true;
+  if (!mayCommentsGo(foundation, platform.interface, *job)) return false;
+  if (const auto kept = keepFile(foundation.roots, platform.clock, job->name, *bytes); !kept) {
+    platform.interface.present(kept.error());
     return false;
   }
-  program.editing.agreed(job, checksum);
+  editing.agreed(job, checksum);
   return true;
 }
 

@@ -9,18 +9,23 @@
 
 namespace mirvel {
 
+class Clock;
+class Editing;
 class Launchd;
-class Program;
+struct Foundation;
+struct Platform;
+struct Roots;
 
-/// Where files are kept as they were, among the program's own stores.
-std::filesystem::path keptFilesFolder(const Program& program);
-/// Keeps the bytes of a job's file there, under the job's name and the time, for the user alone, unless the same
-/// bytes are kept already.
-Result<void> keepFile(const Program& program, const std::string& job, std::string_view bytes);
+/// The folder of files that are kept as they were.
+std::filesystem::path keptFilesFolder(const Roots& roots);
+/// Keeps the bytes of a job's file there, named after the job and the time, readable by the user alone. Does nothing if
+/// the same bytes are kept already.
+Result<void> keepFile(const Roots& roots, const Clock& clock, const std::string& job, std::string_view bytes);
 
 /// A save writes no comments. If the job's file has some, asks the user whether they may go, once for each edit, and
-/// keeps the file as it is. False: the user went back, or the file can't be kept, which they were told; then the job
-/// isn't to be saved.
-bool letCommentsGo(Program& program, const std::shared_ptr<Launchd>& job);
+/// keeps the file as it is. False if the user cancelled, or the file couldn't be kept, which has been reported; then
+/// the job isn't to be saved.
+bool letCommentsGo(const Foundation& foundation, const Platform& platform, Editing& editing,
+                   const std::shared_ptr<Launchd>& job);
 
 }  // namespace mirvel

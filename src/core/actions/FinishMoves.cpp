@@ -2,7 +2,8 @@
 
 #include "core/actions/ActionController.h"
 #include "core/actions/JobOnDisk.h"
-#include "core/app/Program.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 
 namespace mirvel {
 
@@ -11,7 +12,7 @@ void ActionController::finishMoves() {
 }
 
 void ActionController::finishMove(const MoveJournal::Move& move) {
-  const auto isAgents = [&roots = m_program.foundation.roots](const URL& url) {
+  const auto isAgents = [&roots = m_context.foundation.roots](const URL& url) {
     return std::any_of(Kind::allCases.begin(), Kind::allCases.end(), [&](Kind kind) {
       return kind.isAgentOfEveryone() && url.path().parent_path() == kind.folderURL(roots);
     });
@@ -33,7 +34,7 @@ void ActionController::finishMove(const MoveJournal::Move& move) {
 
 void ActionController::endMove(const URL& users) {
   const auto ended = m_moves.end(users);
-  if (!ended) m_program.platform.interface.present(ended.error());
+  if (!ended) m_context.platform.interface.present(ended.error());
 }
 
 /// Nobody is told if that fails: it may be loaded already.

@@ -2,9 +2,15 @@
 
 #include "core/actions/ActionController.h"
 #include "core/actions/LabelConflict.h"
+#include "core/actions/NormalizeForSave.h"
 #include "core/actions/SaveRun.h"
-#include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
+#include "core/session/Catalogue.h"
+#include "core/session/Editing.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
@@ -12,15 +18,15 @@ void ActionController::save(const std::shared_ptr<Launchd>& job, const Ended& en
   const auto refuse = [&ended] {
     if (ended) ended(false);
   };
-  const bool editsSystemJobs = m_program.foundation.defaults.editSystemJobs();
+  const bool editsSystemJobs = m_context.foundation.defaults.editSystemJobs();
   if (!job->isNewFile && !canBeNamed(job->url)) return refuse();
   if (!job->kind.isEditable(editsSystemJobs) || !job->originalKind.isEditable(editsSystemJobs)) {
-    m_program.platform.interface.saveError();
+    m_context.platform.interface.saveError();
     return refuse();
   }
   jobfile::Plist named = job->plist().clone();
   named.fillEmptyLabel();
-  if (const auto other = conflictingJob(*job, named.name, m_program.catalogue.jobs())) {
+  if (const auto other = conflictingJob(*job, named.name, m_context.catalogue.jobs())) {
     return askAboutLabel(job, *other, named.name, ended);
   }
   startSave(job, ended);
@@ -28,15 +34,15 @@ void ActionController::save(const std::shared_ptr<Launchd>& job, const Ended& en
 
 void ActionController::askAboutLabel(const std::shared_ptr<Launchd>& job, const Job& other, const std::string& label,
                                      const Ended& ended) {
-  const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.beginSheet({.message = localize.labelIsInUse(label),
+  const Localize& localize = m_context.foundation.localize;
+  m_context.platform.interface.beginSheet({.message = localize.labelIsInUse(label),
                                            .informativeText = localize.onlyOneOfTheTwoCanBeLoaded(other.url.text()),
                                            .defaultTitle = localize.cancel(),
                                            .alternateTitle = localize.saveDisabled(),
                                            .safeButton = Interface::defaultButton},
                                           m_delay.whileOwned([this, job, ended](int button) {
                                             if (button == Interface::alternateButton) {
-                                              disable(m_program, job);
+                                              disable(job);
                                               return startSave(job, ended);
                                             }
                                             if (job->isNewFile) deselect(job);
@@ -45,11 +51,11 @@ void ActionController::askAboutLabel(const std::shared_ptr<Launchd>& job, const 
 }
 
 /// As a step of undo, if the job is being edited.
-void ActionController::disable(Program& program, const std::shared_ptr<Launchd>& job) {
-  const bool isEdited = program.selection.job() == job && !job->isNewFile;
-  if (isEdited) (void)program.editing.markJobChanged();
+void ActionController::disable(const std::shared_ptr<Launchd>& job) {
+  const bool isEdited = m_context.selection.job() == job && !job->isNewFile;
+  if (isEdited) (void)m_context.editing.markJobChanged();
   job->plist().disabled = true;
-  if (isEdited && program.shell.detail) program.shell.detail->showEdit();
+  if (isEdited && m_context.shell.detail) m_context.shell.detail->showEdit();
 }
 
 void ActionController::startSave(const std::shared_ptr<Launchd>& job, const Ended& ended) {
@@ -59,23 +65,22 @@ void ActionController::startSave(const std::shared_ptr<Launchd>& job, const Ende
     if (job->isNewFile) deselect(job);
     if (ended) ended(false);
   };
-  if (!job->plist().normalizeForSave(m_program.repairs)) return giveUp();
-  auto plan = SavePlan::of(*job, m_program.foundation.roots, isTaken());
-  if (!plan) m_program.platform.interface.saveError();
+  if (!normalizeForSave(job->plist(), m_context.repairs)) return giveUp();
+  auto plan = SavePlan::of(*job, m_context.foundation.roots, isTaken());
+  if (!plan) m_context.platform.interface.saveError();
   if (!plan || !canBeNamed(plan->to)) return giveUp();
   if (job->isNewFile) {
     job->url = plan->to;
     job->updateCustomIconDigest();
   }
   // The folder may have been removed meanwhile; the write tells if it can't be made.
-  if (job->kind == Kind::userAgent) (void)makeAgentsFolder(m_program.foundation.roots);
-  std::make_shared<SaveRun>(m_program, job, std::move(before), *std::move(plan), ended)->start();
+  if (job->kind == Kind::userAgent) (void)makeAgentsFolder(m_context.foundation.roots);
+  std::make_shared<SaveRun>(*this, m_context, job, std::move(before), *std::move(plan), ended)->start();
 }
 
 void ActionController::deselect(const std::shared_ptr<Launchd>& job) {
-  if (m_program.selection.job() != job) return;
-  m_program.selection.select(nullptr);
-  m_program.mainWindow.selectedJobDidChange();
+  if (m_context.selection.job() != job) return;
+  m_context.selection.select(nullptr);
 }
 
 }  // namespace mirvel

@@ -2,26 +2,36 @@
 
 #include <utility>
 
+#include "core/actions/ActionController.h"
 #include "core/actions/CommentedFile.h"
 #include "core/actions/JobOnDisk.h"
-#include "core/app/Program.h"
+#include "core/actions/RevisionController.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/Launchd.h"
+#include "core/session/Editing.h"
+#include "core/session/Fetcher.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
-SaveRun::SaveRun(Program& program, std::shared_ptr<Launchd> job, jobfile::Plist before, SavePlan plan, Ended ended)
-    : m_program(program),
+SaveRun::SaveRun(ActionController& actions, const ActionContext& context, std::shared_ptr<Launchd> job,
+                 jobfile::Plist before, SavePlan plan, Ended ended)
+    : m_actions(actions),
+      m_context(context),
       m_job(std::move(job)),
       m_before(std::move(before)),
       m_plan(std::move(plan)),
       m_ended(std::move(ended)),
-      m_saving(program.state.saving.begin()),
-      m_file(program.actions.claim(m_plan.to)) {}
+      m_saving(context.saving.begin()),
+      m_file(actions.claim(m_plan.to)) {}
 
 void SaveRun::start() {
   if (!m_plan.needsRoot) return begin();
-  m_program.actions.authorise([self = shared_from_this()](bool isGranted) {
+  m_actions.authorise([self = shared_from_this()](bool isGranted) {
     if (isGranted) return self->begin();
     self->finish(false);
   });
@@ -29,13 +39,13 @@ void SaveRun::start() {
 
 void SaveRun::begin() {
   if (m_plan.isFresh && stands(m_plan.to)) {
-    const Localize& localize = m_program.foundation.localize;
-    m_program.platform.interface.error(localize.couldntBeWritten(m_plan.to.text()), localize.thereIsAFileOfThisName());
+    const Localize& localize = m_context.foundation.localize;
+    m_context.platform.interface.error(localize.couldntBeWritten(m_plan.to.text()), localize.thereIsAFileOfThisName());
     return finish(false);
   }
   // The last question of a save, so that it is asked once; the file may change while the user thinks about it.
   if (endsOvertaken()) return;
-  if (!letCommentsGo(m_program, m_job)) return finish(false);
+  if (!letCommentsGo(m_context.foundation, m_context.platform, m_context.editing, m_job)) return finish(false);
   if (endsOvertaken()) return;
   if (m_plan.isMove && !noteMove()) return finish(false);
   next();
@@ -45,16 +55,16 @@ void SaveRun::begin() {
 bool SaveRun::endsOvertaken() {
   if (!wasOvertaken()) return false;
   finish(false);
-  if (m_program.shell.edit) m_program.shell.edit->save();
+  if (m_context.shell.edit) m_context.shell.edit->save();
   return true;
 }
 
 /// Whether something else wrote to the file of the edited job while the user was asked for a password, or about
 /// comments.
 bool SaveRun::wasOvertaken() const {
-  if (m_job->isNewFile || m_program.selection.job() != m_job) return false;
+  if (m_job->isNewFile || m_context.selection.job() != m_job) return false;
   const auto bytes = jobBytes(m_plan.from);
-  return bytes && !m_program.editing.expectsInFile(JobFile::checksumOf(*bytes));
+  return bytes && !m_context.editing.expectsInFile(JobFile::checksumOf(*bytes));
 }
 
 /// Only moves between the user's and root's folders need more than one request. What the user's file holds is noted, so
@@ -68,8 +78,8 @@ bool SaveRun::noteMove() {
     if (!old) return true;  // nothing there that could be left
     move = {m_plan.from, m_plan.to, m_plan.label, JobFile::checksumOf(*old)};
   }
-  const auto noted = m_program.actions.moves().begin(move);
-  if (!noted) m_program.platform.interface.present(noted.error());
+  const auto noted = m_actions.moves().begin(move);
+  if (!noted) m_context.platform.interface.present(noted.error());
   m_isNoted = static_cast<bool>(noted);
   return m_isNoted;
 }
@@ -84,13 +94,12 @@ void SaveRun::next() {
 void SaveRun::send(const SaveStep& step) {
   m_role = step.role;
   step.action->ended = [self = shared_from_this()](bool isDone) { self->answered(isDone); };
-  ActionController& actions = m_program.actions;
-  const bool isSent = step.isRoots ? actions.sendPrivileged(step.action) : actions.send(step.action);
+  const bool isSent = step.isRoots ? m_actions.sendPrivileged(step.action) : m_actions.send(step.action);
   if (!isSent) return answered(false);
   if (step.role != Role::Write || m_isTakingBack) return;
-  m_program.editing.sent(m_job, m_plan.text);
+  m_context.editing.sent(m_job, m_plan.text);
   // A revision is kept under the path of the file: that of a job which moves has to wait for its new one.
-  if (!m_plan.isMove) m_program.revisions.saveRevision(*m_job);
+  if (!m_plan.isMove) m_context.revisions.saveRevision(*m_job);
 }
 
 void SaveRun::answered(bool isDone) {
@@ -125,7 +134,7 @@ void SaveRun::writeFailed() {
   if (m_job->kind == Kind::userAgent) return takeBack();
   if (isGone(m_plan.from)) return next();
   // The helper that has ended can't be asked to remove the new file; but the old one, if it is the user's, can go.
-  if (m_program.actions.isAuthorised() || m_job->originalKind != Kind::userAgent) return takeBack();
+  if (m_actions.isAuthorised() || m_job->originalKind != Kind::userAgent) return takeBack();
   auto removal = Action::delete_(m_plan.from, m_job->name);
   removal->cleanUp = false;
   m_plan.steps.push_front({Role::RemoveOld, std::move(removal), false});
@@ -144,8 +153,8 @@ void SaveRun::takeBack() {
 /// Nobody is asked for a password again in order to take something back.
 void SaveRun::addRemovalOfNew() {
   const bool isRoots = m_job->kind != Kind::userAgent;
-  if (!isRoots || m_program.actions.isAuthorised()) return addStep(Action::delete_(m_plan.to, m_plan.label), isRoots);
-  m_program.platform.interface.present(Error{.code = Error::Code::Io,
+  if (!isRoots || m_actions.isAuthorised()) return addStep(Action::delete_(m_plan.to, m_plan.label), isRoots);
+  m_context.platform.interface.present(Error{.code = Error::Code::Io,
                                              .message = "the job wasn't moved, but its new file couldn't be deleted",
                                              .file = m_plan.to.text()});
 }
@@ -156,7 +165,7 @@ void SaveRun::addLoadOfOld() {
   auto action = Action::load(m_plan.from);
   action->presentError = false;
   const bool isRoots = m_job->originalKind.isDaemon();
-  if (!isRoots || m_program.actions.isAuthorised()) addStep(std::move(action), isRoots);
+  if (!isRoots || m_actions.isAuthorised()) addStep(std::move(action), isRoots);
 }
 
 void SaveRun::addStep(Action::Shared action, bool isRoots) {
@@ -170,8 +179,8 @@ bool SaveRun::isWritten() const {
 
 void SaveRun::finish(bool isWritten) {
   if (m_isNoted) {
-    const auto ended = m_program.actions.moves().end(m_job->kind == Kind::userAgent ? m_plan.to : m_plan.from);
-    if (!ended) m_program.platform.interface.present(ended.error());
+    const auto ended = m_actions.moves().end(m_job->kind == Kind::userAgent ? m_plan.to : m_plan.from);
+    if (!ended) m_context.platform.interface.present(ended.error());
   }
   if (isWritten) {
     keepWritten();
@@ -180,7 +189,7 @@ void SaveRun::finish(bool isWritten) {
   }
   m_saving.release();
   isWritten ? endEdit() : putBack();
-  if (!m_program.editing.hasUnsavedChanges()) m_program.fetcher.fetchJobs();
+  m_context.fetcher.refresh();
   if (const auto ended = std::exchange(m_ended, {})) ended(isWritten);
 }
 
@@ -189,21 +198,21 @@ void SaveRun::keepWritten() {
   m_job->isNewFile = false;
   m_job->originalKind = m_job->kind;
   m_job->updateCustomIconDigest();
-  (void)m_program.editing.take(m_job, m_plan.text);  // until a scan has read it
+  (void)m_context.editing.take(m_job, m_plan.text);  // until a scan has read it
   if (!m_plan.isMove) return;
   // The bytes of a job that only moved are the same, but it must be read again: its kind isn't what it was.
-  m_job->checksum.clear();
-  m_program.jobMoves.jobMoved(m_plan.from, m_plan.to);
-  m_program.revisions.saveRevision(*m_job);
+  m_job->readAgain();
+  m_context.notifications.jobMoved.post(m_plan.from, m_plan.to);
+  m_context.revisions.saveRevision(*m_job);
 }
 
 /// The edit is that of the job itself, or of one without changes that a scan has put in its place.
 void SaveRun::endEdit() {
-  const Shell& shell = m_program.shell;
-  const auto selected = m_program.selection.job();
-  const bool isSuccessor = selected && !m_program.editing.hasUnsavedChanges() && selected->url.equalTo(m_job->url);
+  const Shell& shell = m_context.shell;
+  const auto selected = m_context.selection.job();
+  const bool isSuccessor = selected && !m_context.editing.hasUnsavedChanges() && selected->url.equalTo(m_job->url);
   if (selected != m_job && !isSuccessor) return;
-  m_program.editing.setUnsavedChanges(false);
+  m_context.editing.setUnsavedChanges(false);
   if (!shell.edit) return;
   shell.edit->saveCompleted();
   if (shell.detail) shell.detail->showDisplay();
@@ -211,13 +220,12 @@ void SaveRun::endEdit() {
 
 void SaveRun::putBack() {
   // Its file may have been written, or half of the way back not been gone.
-  if (!m_program.editing.hasUnsavedChanges()) m_job->checksum.clear();
-  if (m_program.selection.job() != m_job) return;
+  if (!m_context.editing.hasUnsavedChanges()) m_job->readAgain();
+  if (m_context.selection.job() != m_job) return;
   if (m_job->isNewFile) {
-    m_program.selection.select(nullptr);
-    m_program.mainWindow.selectedJobDidChange();
-  } else if (m_program.shell.edit) {
-    m_program.shell.edit->refreshEditedState();
+    m_context.selection.select(nullptr);
+  } else if (m_context.shell.edit) {
+    m_context.shell.edit->refreshEditedState();
   }
 }
 

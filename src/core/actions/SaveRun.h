@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "core/actions/ActionContext.h"
 #include "core/actions/SavePlan.h"
 #include "core/base/Claims.h"
 #include "core/jobfile/Plist.h"
@@ -11,22 +12,21 @@
 
 namespace mirvel {
 
+class ActionController;
 class Launchd;
-class Program;
 
-/// One save of a job, from the password to the last answer. It alone ends the job's edit, when all that it asked for
-/// has been done. If a step fails, those before it are taken back, and the job, its record and its edit are as they
-/// were: the job is in one place, and loaded if it was. For the main thread.
-///
-/// Lives as long as an answer is waited for.
+/// One save of a job, from the password to the last answer. Ends the job's edit when all steps have succeeded. If one
+/// fails, the steps before it are rolled back, and the job, its record and its edit are as they were: the job is in one
+/// place, and loaded if it was. Owned by the requests that it waits for. For the main thread.
 class SaveRun final : public std::enable_shared_from_this<SaveRun> {
  public:
   using Ended = std::function<void(bool isWritten)>;
 
-  /// The record is ready to be written; `before` is what it becomes again if the save fails.
-  SaveRun(Program& program, std::shared_ptr<Launchd> job, jobfile::Plist before, SavePlan plan, Ended ended);
+  /// The record is ready to be written; `before` replaces it if the save fails.
+  SaveRun(ActionController& actions, const ActionContext& context, std::shared_ptr<Launchd> job, jobfile::Plist before,
+          SavePlan plan, Ended ended);
 
-  /// Asks for the password, if one is needed, before anything else.
+  /// Starts with the password, if one is needed.
   void start();
 
  private:
@@ -52,14 +52,15 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
   void endEdit();
   bool isWritten() const;
 
-  Program& m_program;
+  ActionController& m_actions;
+  const ActionContext& m_context;  ///< of the controller
   const std::shared_ptr<Launchd> m_job;
   jobfile::Plist m_before;
   SavePlan m_plan;
   Ended m_ended;
   Busy::Token m_saving;
   Claims::Claim m_file;
-  std::optional<Role> m_role;  ///< of the step that is waited for
+  std::optional<Role> m_role;  ///< of the pending step
   bool m_isTakingBack = false;
   bool m_isOldUnloaded = false;
   bool m_isNoted = false;  ///< in the journal of moves

@@ -51,7 +51,7 @@ AppDelegate::AppDelegate(Program& program)
 void AppDelegate::applicationDidFinishLaunching() {
   m_program.actions.finishMoves();
   m_program.drafts.offer();
-  if (m_program.catalogue.jobs().empty() && !m_program.editing.hasUnsavedChanges()) m_program.fetcher.fetchJobs();
+  if (m_program.catalogue.jobs().empty()) m_program.fetcher.refresh();
   m_delay(0.01, [this] { setUpMonitors(); });
 }
 
@@ -86,24 +86,20 @@ void AppDelegate::updateWillInstall() {
 }
 
 void AppDelegate::folderDidChange() {
-  if (isTerminating) return;
-  m_limit.interval("MainMonitor", 1.0, [this] {
-    m_delay(0.1, [this] {
-      if (!m_program.editing.hasUnsavedChanges()) m_program.fetcher.fetchJobs();
-    });
-  });
+  if (m_program.mainWindow.isTerminating()) return;
+  m_limit.interval("MainMonitor", 1.0, [this] { m_delay(0.1, [this] { m_program.fetcher.refresh(); }); });
 }
 
 bool AppDelegate::applicationShouldTerminate() {
-  const bool isAsked = m_program.state.saving.isBusy() || m_program.state.deleting.isBusy();
+  const bool isAsked = m_program.saving.isBusy() || m_program.deleting.isBusy();
   if (m_program.shell.endPrivilegedConnection && !isAsked) m_program.shell.endPrivilegedConnection();
   if ((isHelperAtWork() || !m_program.editing.hasUnsavedChanges()) && waitsForHelper()) return false;
   const bool mayEnd = !m_program.editing.hasUnsavedChanges() || m_endsUnasked;
-  const bool wasAsked = isTerminating && m_endsUnasked;  // a second signal ends what doesn't answer
+  const bool wasAsked =
+      m_program.mainWindow.isTerminating() && m_endsUnasked;  // a second signal ends what doesn't answer
   if (mayEnd && (m_program.drafts.settle() || wasAsked)) return true;
   m_endsUnasked = false;
-  if (!isTerminating) m_program.mainWindow.unsavedChangesAlert();
-  isTerminating = true;
+  m_program.mainWindow.askBeforeQuitting();
   return false;
 }
 
@@ -121,8 +117,7 @@ void AppDelegate::keepEdit() {
 /// Whether a save or deletion is under way, which still needs its helper or an answer to its own question. While the
 /// user is asked for a password nothing has begun yet.
 bool AppDelegate::isHelperAtWork() const {
-  const AppState& state = m_program.state;
-  return (state.saving.isBusy() || state.deleting.isBusy()) && !m_program.actions.isAuthorising();
+  return (m_program.saving.isBusy() || m_program.deleting.isBusy()) && !m_program.actions.isAuthorising();
 }
 
 bool AppDelegate::waitsForHelper() {
@@ -137,8 +132,8 @@ bool AppDelegate::waitsForHelper() {
       if (m_program.shell.terminate) m_program.shell.terminate();
     });
   };
-  m_saved = m_program.state.saving.changed().subscribe(tryAgain);
-  m_deleted = m_program.state.deleting.changed().subscribe(tryAgain);
+  m_saved = m_program.saving.changed().subscribe(tryAgain);
+  m_deleted = m_program.deleting.changed().subscribe(tryAgain);
   return true;
 }
 
@@ -171,7 +166,7 @@ void AppDelegate::selectOpened() {
   }
   m_scanned = {};
   const URL job = *std::exchange(m_opened, std::nullopt);
-  if (ModeType* mode = m_program.currentMode()) mode->select(job);
+  if (ModeType* mode = m_program.currentMode.view()) mode->select(job);
 }
 
 std::string jobURL(const std::string& path) {

@@ -15,36 +15,33 @@ namespace mirvel {
 
 class Program;
 
-/// What the application's own events lead to. For the main thread.
+/// Handles the events of the application itself. For the main thread.
 class AppDelegate {
  public:
-  /// Makes sure that the user's own agents folder exists; a failure is shown, and the program runs without.
+  /// Creates the user's agents folder if it is missing. A failure is shown, and the program runs without the folder.
   explicit AppDelegate(Program& program);
 
   /// To be called when the window is there.
   void applicationDidFinishLaunching();
-  /// Whether the application may quit now. If not, the user is asked, and the application quits by itself if they wish;
-  /// or a save or deletion is under way, and the application quits by itself when that has ended. A second try needn't
-  /// wait for it.
+  /// Whether the application may quit now. If not, the user is asked about unsaved changes, and the application quits
+  /// if they may be dropped; or a save or deletion is under way, and the application quits when that has ended. A
+  /// second call doesn't wait for it.
   bool applicationShouldTerminate();
-  /// Whoever ends the program doesn't wait for answers: an edit that isn't saved is kept, see `Drafts`, and the
-  /// application quits; if it can't be kept, only after the user was asked, or the second time.
+  /// Quits without waiting for answers, after a signal: an unsaved edit is kept (see `Drafts`). If it can't be kept,
+  /// quits only after the user was asked, or at the second call.
   void endUnasked();
-  /// The same may come soon, without a word.
+  /// Keeps an unsaved edit, since the program may be ended at any moment.
   void keepEdit();
   /// Closing the last window always quits.
   static constexpr bool applicationShouldTerminateAfterLastWindowClosed() { return true; }
   void applicationDidBecomeActive();
   void applicationDidResignActive();
-  /// Selects the job that the first URL tells of, see `jobURL`, as soon as a scan has found the jobs. Unsaved changes
-  /// stand against it, and are asked about. Other URLs, and others than the first, do nothing.
+  /// Selects the job of the first URL (see `jobURL`) as soon as a scan has found the jobs. If there are unsaved
+  /// changes, asks about them instead. Ignores all other URLs.
   void applicationOpenURLs(const std::vector<std::string>& urls);
 
   /// An update is about to install: the agent is switched off.
   void updateWillInstall();
-
-  /// From the moment a quit was held back by the question about unsaved changes until that is answered.
-  bool isTerminating = false;
 
  private:
   void setUpMonitors();

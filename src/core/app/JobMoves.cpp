@@ -11,6 +11,9 @@
 #include "core/actions/RevisionController.h"
 #include "core/catalogue/CustomIcons.h"
 #include "core/editor/NotesStore.h"
+#include "core/session/Catalogue.h"
+#include "core/session/Notifications.h"
+#include "core/session/Selection.h"
 
 namespace mirvel {
 
@@ -40,8 +43,9 @@ std::unordered_map<std::string_view, const Job*> jobsByLabel(const Jobs& jobs) {
 
 }  // namespace
 
-JobMoves::JobMoves(const fs::path& applicationSupport, const Selection& selection, NotesStore& notes,
-                   RevisionController& revisions, StoreTroubles& troubles)
+JobMoves::JobMoves(const fs::path& applicationSupport, Catalogue& catalogue, const Selection& selection,
+                   Notifications& notifications, NotesStore& notes, RevisionController& revisions,
+                   StoreTroubles& troubles)
     : m_applicationSupport(applicationSupport),
       m_notes(notes),
       m_revisions(revisions),
@@ -50,8 +54,14 @@ JobMoves::JobMoves(const fs::path& applicationSupport, const Selection& selectio
       m_noteChanged(notes.changed.subscribe([this, &selection](const URL& url) {
         const auto job = selection.job();
         if (job && job->url.equalTo(url)) remember(*job);
-      })) {}
+      })),
+      m_iconGiven(notifications.iconGiven.subscribe([this](const Job& job) { remember(job); })),
+      m_catalogueWillChange(
+          catalogue.willChange().subscribe([this](const Jobs& old, const Jobs& jobs) { follow(old, jobs); })),
+      m_jobsUpdated(notifications.jobsUpdated.subscribe([this, &catalogue] { remember(catalogue.jobs()); })),
+      m_jobMoved(notifications.jobMoved.subscribe([this](const URL& from, const URL& to) { jobMoved(from, to); })) {}
 
+/// What belongs to the target already is kept.
 void JobMoves::jobMoved(const URL& from, const URL& to) {
   if (storeKey(from) == storeKey(to)) return;
   m_notes.jobMoved(from, to);
@@ -76,6 +86,8 @@ void JobMoves::moveIcon(const URL& from, const URL& to) {
   }
 }
 
+/// Finds the files that other programs moved: their path is gone, and exactly one job of the new catalogue has the
+/// label.
 void JobMoves::follow(const Jobs& oldJobs, const Jobs& jobs) {
   const propertylist::Dictionary labels = m_labels.contents();
   if (labels.empty()) return;
@@ -92,6 +104,7 @@ void JobMoves::follow(const Jobs& oldJobs, const Jobs& jobs) {
   }
 }
 
+/// Stores the labels of those jobs that have something which would have to follow them.
 void JobMoves::remember(const Jobs& jobs) {
   const propertylist::Dictionary& notes = m_notes.notes();
   const propertylist::Dictionary& revisions = m_revisions.revisions();
@@ -113,17 +126,6 @@ void JobMoves::remember(const Job& job) {
   if (!job.kind.isLaunchd()) return;
   const propertylist::Value* const known = m_labels.find(storeKey(job.url));
   if (!known || *known != propertylist::Value(job.name)) (void)m_labels.set(storeKey(job.url), job.name);
-}
-
-std::shared_ptr<Job> findMoved(const Job& job, const Jobs& oldJobs, const Jobs& newJobs) {
-  if (job.name.empty() || !job.kind.isLaunchd() || job.isNewFile || !isGone(job.url)) return nullptr;
-  std::shared_ptr<Job> found;
-  for (const auto& candidate : newJobs) {
-    if (!candidate->kind.isLaunchd() || candidate->name != job.name) continue;
-    if (found) return nullptr;
-    found = candidate;
-  }
-  return found && !isAt(oldJobs, found->url) ? found : nullptr;
 }
 
 }  // namespace mirvel

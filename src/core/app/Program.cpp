@@ -1,35 +1,91 @@
 #include "core/app/Program.h"
 
-#include <algorithm>
+#include "core/editor/ReplaceSelected.h"
 
 namespace mirvel {
+
+namespace {
+
+ActionContext actionContext(Program& program) {
+  return {.foundation = program.foundation,
+          .platform = program.platform,
+          .shell = program.shell,
+          .catalogue = program.catalogue,
+          .selection = program.selection,
+          .editing = program.editing,
+          .fetcher = program.fetcher,
+          .revisions = program.revisions,
+          .repairs = program.repairs,
+          .notifications = program.notifications,
+          .saving = program.saving,
+          .deleting = program.deleting};
+}
+
+CreationContext makeCreationContext(Program& program) {
+  return {.foundation = program.foundation,
+          .platform = program.platform,
+          .shell = program.shell,
+          .catalogue = program.catalogue,
+          .selection = program.selection,
+          .currentMode = program.currentMode,
+          .editing = program.editing,
+          .fetcher = program.fetcher,
+          .actions = program.actions,
+          .repairs = program.repairs,
+          .deletedJobs = program.deletedJobs,
+          .scheduledController = program.scheduledController,
+          .kinds = program.kinds,
+          .creation = program.creation,
+          .saving = program.saving};
+}
+
+WindowContext makeWindowContext(Program& program) {
+  return {.foundation = program.foundation,
+          .platform = program.platform,
+          .shell = program.shell,
+          .catalogue = program.catalogue,
+          .selection = program.selection,
+          .currentMode = program.currentMode,
+          .editing = program.editing,
+          .fetcher = program.fetcher,
+          .notifications = program.notifications,
+          .revisions = program.revisions,
+          .deletion = program.deletion,
+          .hostStart = program.hostStart,
+          .kinds = program.kinds,
+          .mainWindow = program.mainWindow,
+          .saving = program.saving,
+          .scanning = program.scanning,
+          .replaceSelected = [&program](const auto& content) { return replaceSelected(program, content); }};
+}
+
+}  // namespace
 
 Program::Program(Foundation& theFoundation, const Platform& thePlatform)
     : foundation(theFoundation),
       platform(thePlatform),
+      currentMode(shell, foundation.defaults, selection),
       storeTeller(foundation.storeTroubles, platform.interface, platform.console, platform.mainQueue,
                   foundation.localize),
-      kinds(foundation.localize, foundation.defaults, platform.workspace),
-      mainWindow(*this),
-      fetcher(*this),
-      appDelegate(*this),
-      repairs(foundation.defaults, foundation.commands, platform.interface, platform.processRunner, foundation.localize,
-              foundation.roots.home),
       revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock, foundation.storeTroubles),
       deletedJobs(foundation.roots.applicationSupport, platform.clock, foundation.storeTroubles),
       notes(foundation.roots.applicationSupport, platform.mainQueue, foundation.storeTroubles),
-      jobMoves(foundation.roots.applicationSupport, selection, notes, revisions, foundation.storeTroubles),
-      editing(*this),
-      drafts(*this),
+      jobMoves(foundation.roots.applicationSupport, catalogue, selection, notifications, notes, revisions,
+               foundation.storeTroubles),
+      kinds(foundation.localize, foundation.defaults, platform.workspace),
+      repairs(foundation.defaults, foundation.commands, platform.interface, platform.processRunner, foundation.localize,
+              foundation.roots.home),
       scheduledController(foundation.localize),
-      actions(*this),
-      hostStart(*this),
-      menus(*this) {}
-
-ModeType* Program::currentMode() const {
-  if (ModeType* const chosen = shell.modes.at(static_cast<std::size_t>(mainWindow.mode()))) return chosen;
-  const auto* first = std::find_if(shell.modes.begin(), shell.modes.end(), [](const ModeType* mode) { return mode; });
-  return first == shell.modes.end() ? nullptr : *first;
-}
+      editing(*this),
+      fetcher(foundation, platform, catalogue, selection, currentMode, editing, notifications, shell, scanning, saving),
+      drafts(*this),
+      actions(actionContext(*this)),
+      deletion(actions, deletedJobs, editing, saving, foundation, platform, shell),
+      hostStart(platform, foundation.localize, catalogue, notifications),
+      creationContext(makeCreationContext(*this)),
+      mainWindow(foundation, platform, shell, catalogue, selection, currentMode, editing, fetcher, drafts),
+      windowContext(makeWindowContext(*this)),
+      menus(windowContext),
+      appDelegate(*this) {}
 
 }  // namespace mirvel

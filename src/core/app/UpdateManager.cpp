@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "core/app/Program.h"
 #include "core/base/Const.h"
+#include "core/locale/Localize.h"
 #include "core/propertylist/Reader.h"
+#include "core/session/Platform.h"
+#include "core/session/Shell.h"
 #include "core/text/Digits.h"
 
 namespace mirvel {
@@ -58,32 +60,30 @@ void UpdateManager::check(std::string_view app, bool manual) {
 }
 
 void UpdateManager::read(const Result<std::string>& feed, std::string_view app, bool manual) {
-  const Localize& localize = m_program.foundation.localize;
   const auto release = feed ? releaseIn(*feed, app) : Result<Release>(feed.error());
   if (release && isNewer(release->version, m_version)) {
-    const MainWindowType* const window = m_program.shell.mainWindow;
+    const MainWindowType* const window = m_shell.mainWindow;
     if (manual || !window || !window->hasSheet()) offer(release->version, release->address);
   } else if (!manual) {
     return;
   } else if (!release) {
-    m_program.platform.interface.error(localize.couldntLookForUpdates(), release.error().text());
+    m_platform.interface.error(m_localize.couldntLookForUpdates(), release.error().text());
   } else {
-    m_program.platform.interface.beginSheet({.message = localize.yourVersionIsTheLatest(),
-                                             .informativeText = localize.youHaveVersion(m_version),
-                                             .defaultTitle = localize.ok()},
-                                            [](int) {});
+    m_platform.interface.beginSheet({.message = m_localize.yourVersionIsTheLatest(),
+                                     .informativeText = m_localize.youHaveVersion(m_version),
+                                     .defaultTitle = m_localize.ok()},
+                                    [](int) {});
   }
 }
 
 void UpdateManager::offer(const std::string& version, const std::string& address) {
-  const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.beginSheet({.message = localize.newVersion(version),
-                                           .informativeText = localize.youHaveVersion(m_version),
-                                           .defaultTitle = localize.show(),
-                                           .alternateTitle = localize.later()},
-                                          [&workspace = m_program.platform.workspace, address](int button) {
-                                            if (button == Interface::defaultButton) workspace.openAddress(address);
-                                          });
+  m_platform.interface.beginSheet({.message = m_localize.newVersion(version),
+                                   .informativeText = m_localize.youHaveVersion(m_version),
+                                   .defaultTitle = m_localize.show(),
+                                   .alternateTitle = m_localize.later()},
+                                  [&workspace = m_platform.workspace, address](int button) {
+                                    if (button == Interface::defaultButton) workspace.openAddress(address);
+                                  });
 }
 
 }  // namespace mirvel

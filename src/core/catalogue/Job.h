@@ -36,7 +36,7 @@ class Job {
   Kind originalKind;       ///< where its file is: another kind than `kind` while a move isn't saved
   const std::string name;  ///< the label of a launchd job
   const std::string summary;
-  std::string checksum;  ///< the identity, in base64; empty marks a job that must be read again
+  const std::string checksum;  ///< of the bytes that the job was read from, in base64: its identity
   URL url;
   std::optional<Image> icon;
   std::optional<std::string> iconPath;          ///< what the icon was taken from
@@ -49,8 +49,15 @@ class Job {
   /// The texts by which jobs can be sorted.
   enum class SortText { Name, Summary, Run };
 
-  /// Equal by their checksum and nothing else.
-  bool operator==(const Job& other) const { return checksum == other.checksum; }
+  /// Requests that the next scan replaces this job by a new reading of its file, even if the bytes are the same: its
+  /// record, its kind or its place aren't those of the file.
+  void readAgain() { m_isToBeReadAgain = true; }
+  bool isToBeReadAgain() const { return m_isToBeReadAgain; }
+
+  /// Equal by their checksums. A job that is to be read again differs from what is read.
+  bool operator==(const Job& other) const {
+    return checksum == other.checksum && m_isToBeReadAgain == other.m_isToBeReadAgain;
+  }
 
   /// What the job runs, as one text; empty if there is nothing.
   virtual std::string run() const { return {}; }
@@ -74,6 +81,7 @@ class Job {
  private:
   const std::string& searchText() const;
 
+  bool m_isToBeReadAgain = false;
   mutable std::string m_searchText;  // made when first searched; each job is searched at every keystroke
   mutable std::array<std::string, 3> m_sortKeys;
   mutable std::string m_sortedRun;  // the text of the key: a record may be edited

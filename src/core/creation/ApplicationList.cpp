@@ -1,11 +1,13 @@
 #include "core/creation/ApplicationList.h"
 
-#include "core/app/Program.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 #include "core/text/Strings.h"
 
 namespace mirvel {
 
-ApplicationList::ApplicationList(Program& program) : m_program(program), m_delay(program.platform.mainQueue) {}
+ApplicationList::ApplicationList(const Foundation& foundation, const Platform& platform)
+    : m_foundation(foundation), m_platform(platform), m_delay(platform.mainQueue) {}
 
 void ApplicationList::find(std::function<void()> found) {
   m_isFinding = true;
@@ -14,12 +16,11 @@ void ApplicationList::find(std::function<void()> found) {
     m_all = std::move(applications);
     found();
   });
-  m_program.platform.fileQueue.add(
-      [&foundation = m_program.foundation, &queue = m_program.platform.mainQueue, deliver = std::move(deliver)] {
-        auto applications = installedApplications(foundation.environment, foundation.roots.home,
-                                                  foundation.localize.locale(), foundation.collator);
-        queue.post([deliver, applications = std::move(applications)] { deliver(applications); });
-      });
+  m_platform.fileQueue.add([&foundation = m_foundation, &queue = m_platform.mainQueue, deliver = std::move(deliver)] {
+    auto applications = installedApplications(foundation.environment, foundation.roots.home,
+                                              foundation.localize.locale(), foundation.collator);
+    queue.post([deliver, applications = std::move(applications)] { deliver(applications); });
+  });
 }
 
 std::vector<const InstalledApplication*> ApplicationList::matching(std::string_view text) const {

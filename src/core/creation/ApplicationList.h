@@ -9,14 +9,15 @@
 
 namespace mirvel {
 
-class Program;
+struct Foundation;
+struct Platform;
 
 /// The applications of the machine, to choose one from. They are looked for beside the main thread. For the main
 /// thread.
 class ApplicationList {
  public:
-  /// The program outlives it.
-  explicit ApplicationList(Program& program);
+  /// Both outlive it.
+  ApplicationList(const Foundation& foundation, const Platform& platform);
 
   /// Looks for them anew; `found` is called once they are there, unless the list has gone by then.
   void find(std::function<void()> found);
@@ -27,7 +28,8 @@ class ApplicationList {
   std::vector<const InstalledApplication*> matching(std::string_view text) const;
 
  private:
-  Program& m_program;
+  const Foundation& m_foundation;
+  const Platform& m_platform;
   Delay m_delay;
   std::vector<InstalledApplication> m_all;
   bool m_isFinding = false;

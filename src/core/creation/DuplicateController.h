@@ -4,13 +4,13 @@
 
 namespace mirvel {
 
-class Program;
+struct CreationContext;
 
 /// The sheet that copies the selected job under another name. For the main thread.
 class DuplicateController {
  public:
-  /// The program outlives it.
-  explicit DuplicateController(Program& program) : m_program(program) {}
+  /// The context outlives it.
+  explicit DuplicateController(const CreationContext& context) : m_context(context) {}
 
   /// "Duplicate – backup".
   std::string title() const;
@@ -24,7 +24,7 @@ class DuplicateController {
  private:
   std::string selectedName() const;
 
-  Program& m_program;
+  const CreationContext& m_context;
 };
 
 }  // namespace mirvel

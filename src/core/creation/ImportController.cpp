@@ -1,11 +1,14 @@
 #include "core/creation/ImportController.h"
 
-#include "core/app/Program.h"
 #include "core/base/Const.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
+#include "core/creation/Creation.h"
+#include "core/creation/CreationContext.h"
 #include "core/creation/SaveNewJob.h"
 #include "core/files/ReadFile.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 #include "core/session/Shell.h"
 #include "core/text/Ascii.h"
 #include "core/text/Bidirectional.h"
@@ -23,26 +26,26 @@ Error reasonAgainst(std::string_view bytes) {
           .message = "labels that begin with " + std::string(Const::excludePrefix) + " are for Mirvel's own helpers"};
 }
 
-Result<std::shared_ptr<Launchd>> jobOf(const URL& file, Kind kind, Program& program) {
+Result<std::shared_ptr<Launchd>> jobOf(const URL& file, Kind kind, const CreationContext& context) {
   const auto bytes = readFile(file.path(), JobFolder::largestFile);
   if (!bytes) return bytes.error();
-  auto job = Launchd::read(*bytes, file, kind, program.foundation.scanSettings(), program.platform.console);
+  auto job = Launchd::read(*bytes, file, kind, context.foundation.scanSettings(), context.platform.console);
   if (!job) return reasonAgainst(*bytes);
   return job;
 }
 
 }  // namespace
 
-void importAction(Program& program, bool showsHiddenFiles) {
+void importAction(const CreationContext& context, bool showsHiddenFiles) {
   const auto file =
-      program.platform.interface.openPanel({.showsHiddenFiles = showsHiddenFiles, .allowedTypes = {"plist"}});
-  if (file) importFiles(program, {URL::file(*file)});
+      context.platform.interface.openPanel({.showsHiddenFiles = showsHiddenFiles, .allowedTypes = {"plist"}});
+  if (file) importFiles(context, {URL::file(*file)});
 }
 
-void importFiles(Program& program, std::vector<URL> files) {
-  const auto sheet = program.shell.segues.find(String::importSegue);
-  if (files.empty() || sheet == program.shell.segues.end()) return;
-  program.creation.filesToImport = std::move(files);
+void importFiles(const CreationContext& context, std::vector<URL> files) {
+  const auto sheet = context.shell.segues.find(String::importSegue);
+  if (files.empty() || sheet == context.shell.segues.end()) return;
+  context.creation.filesToImport = std::move(files);
   sheet->second();
 }
 
@@ -56,13 +59,13 @@ std::vector<URL> importableFiles(const std::vector<std::filesystem::path>& files
   return result;
 }
 
-ImportController::ImportController(Program& program)
-    : m_program(program),
-      m_delay(program.platform.mainQueue),
-      m_files(std::exchange(program.creation.filesToImport, {})) {}
+ImportController::ImportController(const CreationContext& context)
+    : m_context(context),
+      m_delay(context.platform.mainQueue),
+      m_files(std::exchange(context.creation.filesToImport, {})) {}
 
 std::string ImportController::title() const {
-  const Localize& localize = m_program.foundation.localize;
+  const Localize& localize = m_context.foundation.localize;
   if (!current()) return localize.duplicate();
   std::vector<std::string> parts{localize.importString(), current()->lastPathComponent()};
   if (m_files.size() > 1) {
@@ -73,11 +76,11 @@ std::string ImportController::title() const {
 }
 
 std::string ImportController::kindTitle() const {
-  return m_program.foundation.localize.forString() + ':';
+  return m_context.foundation.localize.forString() + ':';
 }
 
 std::string ImportController::skipTitle() const {
-  return m_program.foundation.localize.skip();
+  return m_context.foundation.localize.skip();
 }
 
 bool ImportController::importFile() {
@@ -86,14 +89,14 @@ bool ImportController::importFile() {
     tellOfFailure({.code = Error::Code::BadArgument, .message = "there is no file to import"});
     return false;
   }
-  const auto job = jobOf(*current(), *m_kind, m_program);
+  const auto job = jobOf(*current(), *m_kind, m_context);
   if (!job) {
     tellOfFailure(job.error());
     return false;
   }
   m_isSaving = true;
   const bool isLast = !hasMore();
-  saveNewJob(m_program, *job, m_delay.whileOwned([this](bool isWritten) { ended(isWritten); }));
+  saveNewJob(m_context, *job, m_delay.whileOwned([this](bool isWritten) { ended(isWritten); }));
   return isLast && (m_isSaving || !current());
 }
 
@@ -101,7 +104,7 @@ bool ImportController::importFile() {
 void ImportController::tellOfFailure(Error reason) {
   reason.file = current() ? current()->text() : std::string();
   const std::string name = current() ? current()->lastPathComponent() : std::string();
-  m_program.platform.interface.error(m_program.foundation.localize.couldntOpenInThatFormat(name),
+  m_context.platform.interface.error(m_context.foundation.localize.couldntOpenInThatFormat(name),
                                      String::firstUppercased(reason.text()));
 }
 

@@ -8,18 +8,18 @@
 #include <vector>
 
 #include "core/base/Error.h"
-#include "core/creation/KindChoices.h"
+#include "core/creation/Creation.h"
 #include "core/files/URL.h"
 #include "core/ports/MainQueue.h"
 
 namespace mirvel {
 
-class Program;
+struct CreationContext;
 
 /// Asks for a job file, and shows the sheet that imports it.
-void importAction(Program& program, bool showsHiddenFiles);
+void importAction(const CreationContext& context, bool showsHiddenFiles);
 /// Shows the sheet that imports these files, one after the other.
-void importFiles(Program& program, std::vector<URL> files);
+void importFiles(const CreationContext& context, std::vector<URL> files);
 
 /// Of files that are handed over together, those that can be job files by their names, in the same order. Looks at the
 /// disk: a folder is none.
@@ -31,8 +31,8 @@ std::vector<URL> importableFiles(const std::vector<std::filesystem::path>& files
 /// Whoever shows it draws it anew after each of its operations and when `changed` is called.
 class ImportController {
  public:
-  /// Takes over the files that are to be imported. The program outlives it.
-  explicit ImportController(Program& program);
+  /// Takes over the files that are to be imported. The context outlives it.
+  explicit ImportController(const CreationContext& context);
 
   /// "Import – backup.plist", and of several files which of them it is.
   std::string title() const;
@@ -61,7 +61,7 @@ class ImportController {
   void tellOfFailure(Error reason);
   void ended(bool isWritten);
 
-  Program& m_program;
+  const CreationContext& m_context;
   const Delay m_delay;
   const std::vector<URL> m_files;
   std::size_t m_current = 0;

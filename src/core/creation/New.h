@@ -13,6 +13,8 @@
 
 namespace mirvel {
 
+struct CreationContext;
+
 /// A job under construction: what its file will say and whose it is, and what the pages show of the way there. Nothing
 /// of it is on the disk.
 struct New {
@@ -54,11 +56,9 @@ struct New {
   }
 };
 
-class Program;
-
 /// What the pages of the sheet share.
 struct NewSheet {
-  Program& program;
+  const CreationContext& context;
   New job;
   std::function<void()> changed = {};
 

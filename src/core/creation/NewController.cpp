@@ -2,12 +2,20 @@
 
 #include <array>
 
-#include "core/app/Program.h"
+#include "core/actions/NormalizeForSave.h"
 #include "core/base/Const.h"
 #include "core/catalogue/Launchd.h"
+#include "core/commands/CommandRepairs.h"
+#include "core/creation/Creation.h"
+#include "core/creation/CreationContext.h"
 #include "core/creation/SaveNewJob.h"
 #include "core/explain/NextRuns.h"
+#include "core/explain/Occasions.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 #include "core/text/Bidirectional.h"
+#include "core/text/ListText.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -23,11 +31,11 @@ Page besides(Page page, int step) {
 
 }  // namespace
 
-NewController::NewController(Program& program)
-    : m_sheet{.program = program, .job = program.creation.takeUnsaved().value_or(New())} {}
+NewController::NewController(const CreationContext& context)
+    : m_sheet{.context = context, .job = context.creation.takeUnsaved().value_or(New())} {}
 
 std::vector<NewController::Cell> NewController::pageBar() const {
-  const Localize& localize = m_sheet.program.foundation.localize;
+  const Localize& localize = m_sheet.context.foundation.localize;
   std::vector<Cell> cells;
   for (const Page page : pages) {
     const std::string number = localize.int_(static_cast<int>(page) + 1);
@@ -38,7 +46,7 @@ std::vector<NewController::Cell> NewController::pageBar() const {
 }
 
 std::string NewController::titleOf(Page page) const {
-  const Localize& localize = m_sheet.program.foundation.localize;
+  const Localize& localize = m_sheet.context.foundation.localize;
   if (page == Page::name) return localize.name();
   if (page == Page::what) return localize.what();
   if (page == Page::when) return localize.when();
@@ -55,7 +63,7 @@ std::string NewController::titleOf(Page page) const {
 }
 
 std::string NewController::nextTitle() const {
-  const Localize& localize = m_sheet.program.foundation.localize;
+  const Localize& localize = m_sheet.context.foundation.localize;
   return m_page == Page::when ? localize.save() : localize.next();
 }
 
@@ -105,22 +113,22 @@ void NewController::begin(New job) {
 NewOutlook NewController::outlook() const {
   jobfile::Plist plist = job().plist.clone();
   when.applyRules(plist);
-  const Program& program = m_sheet.program;
+  const CreationContext& context = m_sheet.context;
   constexpr std::size_t shownRuns = 3;
   return {.sentence =
-              newJobSentence(job().kind, plist, program.foundation.localize, program.foundation.roots.home.native()),
-          .nextRuns = nextRunTexts(plist, program.platform.clock.currentSecond(), shownRuns,
-                                   program.scheduledController.moments())};
+              newJobSentence(job().kind, plist, context.foundation.localize, context.foundation.roots.home.native()),
+          .nextRuns = nextRunTexts(plist, context.platform.clock.currentSecond(), shownRuns,
+                                   context.scheduledController.moments())};
 }
 
 /// All that the file will say. The job of the sheet stays as the user made it, but for a script that a command has
 /// become meanwhile. None: the user went back.
 std::optional<jobfile::Plist> NewController::finishedRecord() {
-  Program& program = m_sheet.program;
+  const CreationContext& context = m_sheet.context;
   jobfile::Plist plist = job().plist.clone();
-  if (!plist.normalizeForSave(program.repairs)) return std::nullopt;
+  if (!normalizeForSave(plist, context.repairs)) return std::nullopt;
   m_sheet.job.plist.run = plist.run;
-  if (program.foundation.defaults.automaticPATH()) {
+  if (context.foundation.defaults.automaticPATH()) {
     plist.environmentVariables = {{"PATH", std::string(Const::defaultPATH)}};
   }
   when.applyRules(plist);
@@ -128,25 +136,39 @@ std::optional<jobfile::Plist> NewController::finishedRecord() {
 }
 
 bool NewController::save() {
-  Program& program = m_sheet.program;
+  const CreationContext& context = m_sheet.context;
   if (when.isScheduled() && endEditing) endEditing();
   if (const auto invalid = when.refuse()) {
-    program.platform.interface.error(invalid->message, invalid->reason);
+    context.platform.interface.error(invalid->message, invalid->reason);
     return false;
   }
   const auto record = finishedRecord();
   if (!record) return false;
-  const auto made = makeNewJob(program, record->encodeAll(), URL::file("/"), job().kind);
+  const auto made = makeNewJob(context, record->encodeAll(), URL::file("/"), job().kind);
   if (!made) {
-    program.platform.interface.saveError();
+    context.platform.interface.saveError();
     return false;
   }
   when.keepRules();
   const auto kept = std::make_shared<New>(job().clone());
-  saveNewJob(program, made, [&program, kept](bool isWritten) {
-    if (!isWritten) program.creation.unsaved = std::move(*kept);
+  saveNewJob(context, made, [&creation = context.creation, kept](bool isWritten) {
+    if (!isWritten) creation.unsaved = std::move(*kept);
   });
   return true;
+}
+
+std::string newJobSentence(Kind kind, const jobfile::Plist& plist, const Localize& localize, std::string_view home) {
+  std::vector<std::string> times = explain::laterOccasions(plist, localize, explain::TimeForm::ofTheLocale);
+  for (std::string& time : times) time = String::shortenHomeFolder(String::firstLowercased(time), home);
+  if (plist.runAtLoad == true) {
+    const auto words = localize.lowercase();
+    times.push_back(kind.isDaemon() ? words.atEverySystemStart() : words.atEveryLogin());
+    times.push_back(words.onceWhenSaved());
+  }
+  if (times.empty()) times.push_back(String::firstLowercased(localize.onlyWhenStartedByHand()));
+  const std::string list = listText(times, localize.locale());
+  if (kind.isDaemon()) return localize.runsAsRoot(plist.name, list);
+  return kind == Kind::userAgent ? localize.runsAsYou(plist.name, list) : localize.runsForEveryone(plist.name, list);
 }
 
 }  // namespace mirvel

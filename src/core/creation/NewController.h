@@ -3,14 +3,27 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "core/catalogue/Kind.h"
 #include "core/creation/New.h"
-#include "core/creation/NewOutlook.h"
 #include "core/creation/NewPages.h"
 #include "core/creation/RunChoosers.h"
+#include "core/jobfile/Plist.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel {
+
+/// What will come of a new job once it is saved, as one sentence: "“backup” runs as you every day at 9:00 PM, at
+/// every login, and once when it is saved." The home folder's path reads "~".
+std::string newJobSentence(Kind kind, const jobfile::Plist& plist, const Localize& localize, std::string_view home);
+
+/// What the last page tells before the job is saved.
+struct NewOutlook {
+  std::string sentence;
+  std::vector<std::string> nextRuns;  ///< the coming three of its schedule, such as "tomorrow 9:00 AM"
+};
 
 /// The sheet that makes a new job, page by page. Until the last page is confirmed nothing is written but scripts which
 /// the user saves. For the main thread.
@@ -26,8 +39,8 @@ class NewController {
     bool operator==(const Cell&) const = default;
   };
 
-  /// Begins with the last new job that couldn't be saved, if there is one. The program outlives it.
-  explicit NewController(Program& program);
+  /// Begins with the last new job that couldn't be saved, if there is one. The context outlives it.
+  explicit NewController(const CreationContext& context);
   NewController(const NewController&) = delete;
   NewController& operator=(const NewController&) = delete;
 

@@ -1,7 +1,10 @@
 #include "core/creation/NewPages.h"
 
-#include "core/app/Program.h"
+#include "core/creation/CreationContext.h"
 #include "core/files/DisplayPath.h"
+#include "core/schedule/ScheduledController.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 
 namespace mirvel {
 
@@ -17,7 +20,7 @@ void NewNamePage::kindChanged(int tag) {
 }
 
 std::string NewWhatPage::title() const {
-  return m_sheet.program.foundation.localize.chooseWhatYouWantToRun() + ':';
+  return m_sheet.context.foundation.localize.chooseWhatYouWantToRun() + ':';
 }
 
 void NewWhatPage::choose(New::Run run) {
@@ -48,12 +51,12 @@ void NewWhenPage::scheduled(bool isOn) {
 std::string NewWhenPage::watchedFolder() const {
   const auto& paths = m_sheet.job.plist.watchPaths;
   if (!paths || paths->empty()) return {};
-  return localizedDisplayPath(paths->front(), m_sheet.program.foundation.roots.home.native());
+  return localizedDisplayPath(paths->front(), m_sheet.context.foundation.roots.home.native());
 }
 
 void NewWhenPage::chooseWatchedFolder(bool showsHiddenFiles) {
   const auto folder =
-      m_sheet.program.platform.interface.openPanel({.choosesFolders = true, .showsHiddenFiles = showsHiddenFiles});
+      m_sheet.context.platform.interface.openPanel({.choosesFolders = true, .showsHiddenFiles = showsHiddenFiles});
   if (!folder) return;
   m_sheet.job.plist.watchPaths = {folder->native()};
   m_sheet.tellOfChange();
@@ -71,7 +74,7 @@ void NewWhenPage::setRuleEditor(Scheduled::RuleEditor* editor) {
 
 void NewWhenPage::fillEditor() {
   if (m_rows.empty()) {
-    m_sheet.program.scheduledController.load(m_sheet.job.rules, *m_editor);
+    m_sheet.context.scheduledController.load(m_sheet.job.rules, *m_editor);
   } else {
     m_editor->setContent(m_rows);
   }
@@ -83,7 +86,7 @@ std::optional<InvalidField> NewWhenPage::refuse() const {
 
 void NewWhenPage::applyRules(jobfile::Plist& plist) const {
   if (!isScheduled()) return;
-  ScheduledController& controller = m_sheet.program.scheduledController;
+  ScheduledController& controller = m_sheet.context.scheduledController;
   Scheduled::RuleEditor own(controller);
   if (!m_editor) controller.load(m_sheet.job.rules, own);
   Scheduled::apply((m_editor ? *m_editor : own).applied(), plist);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/creation/KindChoices.h"
+#include "core/creation/Creation.h"
 #include "core/creation/New.h"
 #include "core/schedule/RuleEditor.h"
 

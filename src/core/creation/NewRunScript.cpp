@@ -1,12 +1,14 @@
 #include <array>
 
-#include "core/app/Program.h"
 #include "core/commands/FileCommand.h"
+#include "core/creation/CreationContext.h"
 #include "core/creation/RunChoosers.h"
 #include "core/editor/RunMenu.h"
 #include "core/files/DisplayPath.h"
 #include "core/files/ReplaceFile.h"
 #include "core/scripts/SyntaxHelper.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 #include "core/text/Strings.h"
 
 namespace mirvel {
@@ -45,12 +47,12 @@ std::optional<std::size_t> NewRunScript::insertionPoint() const {
 }
 
 std::string NewRunScript::chooseTitle() const {
-  return state() == State::ready ? script().shownFile : m_sheet.program.foundation.localize.ellipsis().choose();
+  return state() == State::ready ? script().shownFile : m_sheet.context.foundation.localize.ellipsis().choose();
 }
 
 std::string NewRunScript::createNewTitle() const {
   constexpr std::string_view ellipsis = "\u2026";
-  std::string title = m_sheet.program.foundation.localize.ellipsis().createNew();
+  std::string title = m_sheet.context.foundation.localize.ellipsis().createNew();
   const auto at = title.find(ellipsis);
   if (at != std::string::npos) title.erase(at, ellipsis.size());
   while (title.ends_with(' ')) title.pop_back();
@@ -70,15 +72,15 @@ void NewRunScript::setText(std::string text) {
 }
 
 void NewRunScript::choose(bool showsHiddenFiles) {
-  const auto file = m_sheet.program.platform.interface.openPanel({.showsHiddenFiles = showsHiddenFiles});
-  if (file) becomeReady(*file, chosenCommand(m_sheet.program, *file));
+  const auto file = m_sheet.context.platform.interface.openPanel({.showsHiddenFiles = showsHiddenFiles});
+  if (file) becomeReady(*file, chosenCommand(m_sheet.context.repairs, *file));
   m_sheet.tellOfChange();  // a button that was clicked is drawn as its state is
 }
 
 void NewRunScript::save() {
   if (text().empty()) return;
-  const Foundation& foundation = m_sheet.program.foundation;
-  Interface& interface = m_sheet.program.platform.interface;
+  const Foundation& foundation = m_sheet.context.foundation;
+  Interface& interface = m_sheet.context.platform.interface;
   const Language& language = languageOf(syntaxType());
   const auto file =
       interface.savePanel({.folder = foundation.roots.home, .name = language.fileName, .allowedType = {}});
@@ -90,7 +92,7 @@ void NewRunScript::save() {
 
 void NewRunScript::becomeReady(const fs::path& file, std::string run) {
   script().state = State::ready;
-  script().shownFile = localizedDisplayPath(file.native(), m_sheet.program.foundation.roots.home.native());
+  script().shownFile = localizedDisplayPath(file.native(), m_sheet.context.foundation.roots.home.native());
   m_sheet.job.plist.run = std::move(run);
   m_sheet.job.plist.processType.reset();  // that of an application which was chosen before
 }

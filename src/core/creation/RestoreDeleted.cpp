@@ -4,40 +4,34 @@
 #include <optional>
 #include <system_error>
 
+#include "core/actions/ActionController.h"
 #include "core/actions/CommentedFile.h"
+#include "core/actions/DeletedJobs.h"
 #include "core/actions/LabelConflict.h"
 #include "core/actions/MoveTarget.h"
-#include "core/app/Program.h"
+#include "core/catalogue/KindTexts.h"
 #include "core/catalogue/Launchd.h"
+#include "core/creation/CreationContext.h"
 #include "core/creation/SaveNewJob.h"
 #include "core/locale/Dates.h"
 #include "core/propertylist/Comments.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
+#include "core/session/Busy.h"
+#include "core/session/Catalogue.h"
+#include "core/session/CurrentMode.h"
+#include "core/session/Editing.h"
+#include "core/session/Fetcher.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 
 namespace mirvel {
 
 namespace {
 
-std::string momentText(Program& program, double seconds) {
-  return Date::standardText(seconds, program.foundation.localize.timeLocale());
-}
-
-void deleteWithoutKeeping(Program& program, const std::shared_ptr<Job>& job) {
-  program.actions.deleteConfirmed(Interface::defaultButton, *job);
-}
-
-void askToDeleteAnyway(Program& program, const std::shared_ptr<Job>& job, const Error& reason) {
-  const Localize& localize = program.foundation.localize;
-  program.platform.interface.beginSheet({.message = localize.theJobCouldntBeKept(job->name),
-                                         .informativeText = reason.text() + "\n\n" + localize.youCantUndoThisAction(),
-                                         .defaultTitle = localize.deleteAnyway(),
-                                         .alternateTitle = localize.cancel(),
-                                         .safeButton = Interface::alternateButton},
-                                        [&program, job](int answer) {
-                                          if (answer == Interface::defaultButton) deleteWithoutKeeping(program, job);
-                                        });
+std::string momentText(const CreationContext& context, double seconds) {
+  return Date::standardText(seconds, context.foundation.localize.timeLocale());
 }
 
 /// Requests carry text: a file in the binary form, or in another encoding than UTF-8, becomes XML with the same values.
@@ -74,31 +68,31 @@ using Restoring = std::shared_ptr<Restoration>;
 
 /// Where the file was, or beside that if something else has the name by now; where its folder has gone, in that of its
 /// kind.
-std::optional<URL> placeFor(Program& program, const DeletedJob& deleted) {
+std::optional<URL> placeFor(const CreationContext& context, const DeletedJob& deleted) {
   std::error_code failure;
   const std::filesystem::path old = deleted.url.path();
   const auto status = std::filesystem::symlink_status(old, failure);
-  const IsTaken isTaken = program.actions.isTaken();
+  const IsTaken isTaken = context.actions.isTaken();
   const bool isFree = status.type() == std::filesystem::file_type::not_found && !isTaken(old);
   if (isFree && std::filesystem::is_directory(old.parent_path(), failure)) return deleted.url;
-  return newFileURL(deleted.kind, deleted.name, program.foundation.roots, isTaken);
+  return newFileURL(deleted.kind, deleted.name, context.foundation.roots, isTaken);
 }
 
-void show(Program& program, const std::shared_ptr<Launchd>& job) {
-  if (program.editing.hasUnsavedChanges()) return;
-  if (job) selectNewJob(program, job);
-  program.mainWindow.refresh();
+void show(const CreationContext& context, const std::shared_ptr<Launchd>& job) {
+  if (context.editing.hasUnsavedChanges()) return;
+  if (job) context.currentMode.select(job);
+  context.fetcher.refresh();
 }
 
-void load(Program& program, const URL& url) {
+void load(const CreationContext& context, const URL& url) {
   const auto action = Action::load(url);
   action->cleanUp = false;
-  (void)program.actions.send(action);  // the user has been told if that can't be
+  (void)context.actions.send(action);  // the user has been told if that can't be
 }
 
-std::shared_ptr<Launchd> read(Program& program, const Restoration& restoration) {
-  return Launchd::read(restoration.text, restoration.url, restoration.deleted.kind, program.foundation.scanSettings(),
-                       program.platform.console);
+std::shared_ptr<Launchd> read(const CreationContext& context, const Restoration& restoration) {
+  return Launchd::read(restoration.text, restoration.url, restoration.deleted.kind, context.foundation.scanSettings(),
+                       context.platform.console);
 }
 
 /// Whether nothing is lost if the job isn't kept among the deleted ones any more.
@@ -107,9 +101,9 @@ bool isAllBack(const Restoration& restoration) {
   return restoration.text == bytes || restoration.isCopyKept || !propertylist::hasComments(bytes);
 }
 
-void send(Program& program, const Restoring& restoring) {
+void send(const CreationContext& context, const Restoring& restoring) {
   const DeletedJob& deleted = restoring->deleted;
-  const auto job = read(program, *restoring);
+  const auto job = read(context, *restoring);
   const auto action = Action::write(restoring->url, restoring->text, deleted.name);
   action->mode = deleted.mode;
   action->cleanUp = false;  // whatever is being edited when the answer comes is another job
@@ -117,121 +111,99 @@ void send(Program& program, const Restoring& restoring) {
   const bool isUsers = deleted.kind == Kind::userAgent;
   const bool isLoaded = job && !job->isDisabled(), loadsApart = isLoaded && deleted.kind.isAgentOfEveryone();
   if (isLoaded && !loadsApart) action->kind = Action::Kind::writeAndLoad;
-  action->ended = [&program, job, loadsApart, restoring](bool isWritten) {
+  action->ended = [&context, job, loadsApart, restoring](bool isWritten) {
     restoring->saving.release();
     restoring->job = {};
     restoring->file = {};
-    if (!isWritten) return program.mainWindow.refresh();  // what others did meanwhile was not shown
-    if (loadsApart) load(program, restoring->url);
-    if (isAllBack(*restoring)) program.deletedJobs.forget(restoring->deleted.id);
-    show(program, job);
+    if (!isWritten) return context.fetcher.refresh();  // what others did meanwhile was not shown
+    if (loadsApart) load(context, restoring->url);
+    if (isAllBack(*restoring)) context.deletedJobs.forget(restoring->deleted.id);
+    show(context, job);
   };
-  (void)(isUsers ? program.actions.send(action) : program.actions.sendPrivileged(action));
+  (void)(isUsers ? context.actions.send(action) : context.actions.sendPrivileged(action));
 }
 
 /// The place is looked for when nothing is left that the user has to answer.
-void begin(Program& program, const Restoring& restoring) {
+void begin(const CreationContext& context, const Restoring& restoring) {
   const DeletedJob& deleted = restoring->deleted;
-  if (deleted.kind == Kind::userAgent) (void)makeAgentsFolder(program.foundation.roots);  // the write tells what fails
-  const auto url = placeFor(program, deleted);
+  if (deleted.kind == Kind::userAgent) (void)makeAgentsFolder(context.foundation.roots);  // the write tells what fails
+  const auto url = placeFor(context, deleted);
   if (!url) {
-    program.mainWindow.refresh();
-    return program.platform.interface.saveError();
+    context.fetcher.refresh();
+    return context.platform.interface.saveError();
   }
   restoring->url = *url;
-  restoring->file = program.actions.claim(*url);
-  send(program, restoring);
+  restoring->file = context.actions.claim(*url);
+  send(context, restoring);
 }
 
-void authoriseAndBegin(Program& program, const Restoring& restoring) {
-  restoring->saving = program.state.saving.begin();
-  if (restoring->deleted.kind == Kind::userAgent) return begin(program, restoring);
-  program.actions.authorise(
-      [&program, restoring](bool isGranted) { isGranted ? begin(program, restoring) : program.mainWindow.refresh(); });
+void authoriseAndBegin(const CreationContext& context, const Restoring& restoring) {
+  restoring->saving = context.saving.begin();
+  if (restoring->deleted.kind == Kind::userAgent) return begin(context, restoring);
+  context.actions.authorise(
+      [&context, restoring](bool isGranted) { isGranted ? begin(context, restoring) : context.fetcher.refresh(); });
 }
 
-void restoreDisabled(Program& program, const Restoring& restoring) {
+void restoreDisabled(const CreationContext& context, const Restoring& restoring) {
   const DeletedJob& deleted = restoring->deleted;
   auto text = disabledText(deleted.bytes);
-  if (!text) return program.platform.interface.saveError();
+  if (!text) return context.platform.interface.saveError();
   if (propertylist::hasComments(deleted.bytes)) {
-    const auto kept = keepFile(program, deleted.name, deleted.bytes);
-    if (!kept) return program.platform.interface.present(kept.error());
+    const auto kept = keepFile(context.foundation.roots, context.platform.clock, deleted.name, deleted.bytes);
+    if (!kept) return context.platform.interface.present(kept.error());
     restoring->isCopyKept = true;
   }
   restoring->text = *std::move(text);
-  authoriseAndBegin(program, restoring);
+  authoriseAndBegin(context, restoring);
 }
 
-void askAboutNamesake(Program& program, const Restoring& restoring, const Job& other) {
-  const Localize& localize = program.foundation.localize;
+void askAboutNamesake(const CreationContext& context, const Restoring& restoring, const Job& other) {
+  const Localize& localize = context.foundation.localize;
   const DeletedJob& deleted = restoring->deleted;
   std::string consequences = localize.anotherJobHasTheNameIn(other.url.text());
   if (propertylist::hasComments(deleted.bytes)) {
-    consequences += "\n\n" + localize.restoredWithoutComments(keptFilesFolder(program).string());
+    consequences += "\n\n" + localize.restoredWithoutComments(keptFilesFolder(context.foundation.roots).string());
   }
-  program.platform.interface.beginSheet({.message = localize.anotherJobHasTheName(deleted.name),
+  context.platform.interface.beginSheet({.message = localize.anotherJobHasTheName(deleted.name),
                                          .informativeText = std::move(consequences),
                                          .defaultTitle = localize.restoreDisabled(),
                                          .alternateTitle = localize.cancel(),
                                          .safeButton = Interface::alternateButton},
-                                        [&program, restoring](int answer) {
-                                          if (answer == Interface::defaultButton) restoreDisabled(program, restoring);
+                                        [&context, restoring](int answer) {
+                                          if (answer == Interface::defaultButton) restoreDisabled(context, restoring);
                                         });
 }
 
 }  // namespace
 
-void deleteAndKeep(Program& program, const std::shared_ptr<Job>& job) {
-  if (!DeletedJobs::canKeep(job->kind) || !propertylist::isUtf8(job->url.text()))
-    return deleteWithoutKeeping(program, job);
-  const auto kept = program.deletedJobs.keep(*job);
-  if (!kept) return askToDeleteAnyway(program, job, kept.error());
-  const bool isUsers = job->kind == Kind::userAgent;
-  program.actions.deleteConfirmed(Interface::defaultButton, *job, [&program, isUsers, id = *kept](bool isDeleted) {
-    if (isDeleted) return;
-    // A helper that was cut off may still delete the file: then what is kept stays, and is listed once the file is
-    // gone.
-    const bool isAnswered = isUsers ? program.actions.connection() != nullptr : program.actions.isAuthorised();
-    if (isAnswered) program.deletedJobs.forget(id);
-  });
-}
-
-std::string consequenceOfDeleting(Program& program, const Job& job) {
-  const Localize& localize = program.foundation.localize;
-  if (!DeletedJobs::canKeep(job.kind)) return localize.youCantUndoThisAction();
-  const double until = DeletedJobs::keptUntil(program.platform.clock.secondsSince1970());
-  return localize.deletedJobStays(momentText(program, until));
-}
-
-std::vector<DeletedJobRow> deletedJobRows(Program& program) {
+std::vector<DeletedJobRow> deletedJobRows(const CreationContext& context) {
   std::vector<DeletedJobRow> rows;
-  for (const DeletedJob& job : program.deletedJobs.jobs()) {
+  for (const DeletedJob& job : context.deletedJobs.jobs()) {
     rows.push_back({.id = job.id,
                     .name = job.name,
-                    .kind = program.kinds.title(job.kind),
+                    .kind = context.kinds.title(job.kind),
                     .file = job.url.text(),
-                    .deleted = momentText(program, job.deletedAt),
-                    .until = momentText(program, DeletedJobs::keptUntil(job.deletedAt))});
+                    .deleted = momentText(context, job.deletedAt),
+                    .until = momentText(context, DeletedJobs::keptUntil(job.deletedAt))});
   }
   return rows;
 }
 
-void restoreDeleted(Program& program, const std::string& id) {
-  auto deleted = program.deletedJobs.job(id);
+void restoreDeleted(const CreationContext& context, const std::string& id) {
+  auto deleted = context.deletedJobs.job(id);
   if (!deleted) return;
   auto text = textOf(deleted->bytes);
-  if (!text) return program.platform.interface.saveError();
+  if (!text) return context.platform.interface.saveError();
   const auto restoring = std::make_shared<Restoration>(Restoration{.deleted = *std::move(deleted)});
   restoring->text = *std::move(text);
-  restoring->job = program.deletedJobs.claim(id);
-  const auto job = read(program, *restoring);
-  if (!job) return program.platform.interface.saveError();
+  restoring->job = context.deletedJobs.claim(id);
+  const auto job = read(context, *restoring);
+  if (!job) return context.platform.interface.saveError();
   job->isNewFile = true;  // whatever stands in its old place is another job
-  if (const auto other = conflictingJob(*job, job->name, program.catalogue.jobs())) {
-    return askAboutNamesake(program, restoring, *other);
+  if (const auto other = conflictingJob(*job, job->name, context.catalogue.jobs())) {
+    return askAboutNamesake(context, restoring, *other);
   }
-  authoriseAndBegin(program, restoring);
+  authoriseAndBegin(context, restoring);
 }
 
 }  // namespace mirvel

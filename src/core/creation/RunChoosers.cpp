@@ -1,10 +1,13 @@
 #include "core/creation/RunChoosers.h"
 
-#include "core/app/Program.h"
+#include "core/commands/CommandRepairs.h"
+#include "core/creation/CreationContext.h"
 #include "core/creation/InstalledApplications.h"
 #include "core/editor/GeneralRules.h"
 #include "core/editor/RunMenu.h"
 #include "core/files/DisplayPath.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 
 namespace mirvel {
 
@@ -22,13 +25,13 @@ std::vector<std::string> applicationTypes() {
 }
 
 std::string shownPath(const NewSheet& sheet, const fs::path& file) {
-  return localizedDisplayPath(file.native(), sheet.program.foundation.roots.home.native());
+  return localizedDisplayPath(file.native(), sheet.context.foundation.roots.home.native());
 }
 
 }  // namespace
 
 void NewRunApplication::choose(bool showsHiddenFiles) {
-  const auto file = m_sheet.program.platform.interface.openPanel(
+  const auto file = m_sheet.context.platform.interface.openPanel(
       {.showsHiddenFiles = showsHiddenFiles, .allowedTypes = applicationTypes()});
   if (file) take(*file, shownPath(m_sheet, *file));
 }
@@ -44,7 +47,7 @@ bool NewRunApplication::isChosen(const InstalledApplication& application) const 
 void NewRunApplication::take(const fs::path& file, std::string shown) {
   m_sheet.job.shownApplication = std::move(shown);
   m_sheet.job.application = file;
-  m_sheet.job.plist.run = chosenCommand(m_sheet.program, file);
+  m_sheet.job.plist.run = chosenCommand(m_sheet.context.repairs, file);
   m_sheet.job.plist.processType = "Interactive";
   m_sheet.tellOfChange();
 }
@@ -53,11 +56,12 @@ void NewRunApplication::clear() {
   m_sheet.job.shownApplication.clear();
 }
 
-NewRunCommand::NewRunCommand(NewSheet& sheet) : m_sheet(sheet), m_check(sheet.program) {}
+NewRunCommand::NewRunCommand(NewSheet& sheet)
+    : m_sheet(sheet), m_check(sheet.context.foundation.defaults, sheet.context.repairs, sheet.context.platform) {}
 
 void NewRunCommand::setText(std::string text) {
   jobfile::Plist& plist = m_sheet.job.plist;
-  GeneralRules::run(plist, text, m_sheet.program.repairs);
+  GeneralRules::run(plist, text, m_sheet.context.repairs);
   plist.processType.reset();  // that of an application which was chosen before
   m_sheet.job.command = std::move(text);
   check();

@@ -1,35 +1,31 @@
 #include "core/creation/SaveNewJob.h"
 
-#include "core/app/Program.h"
+#include "core/actions/ActionController.h"
 #include "core/catalogue/Launchd.h"
+#include "core/creation/CreationContext.h"
 #include "core/propertylist/Writer.h"
+#include "core/session/CurrentMode.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 
 namespace mirvel {
 
-std::shared_ptr<Launchd> makeNewJob(Program& program, const propertylist::Dictionary& content, const URL& url,
-                                    Kind kind) {
+std::shared_ptr<Launchd> makeNewJob(const CreationContext& context, const propertylist::Dictionary& content,
+                                    const URL& url, Kind kind) {
   const auto data = propertylist::writeXml(content);
   if (!data) return nullptr;
-  return Launchd::read(*data, url, kind, program.foundation.scanSettings(), program.platform.console);
+  return Launchd::read(*data, url, kind, context.foundation.scanSettings(), context.platform.console);
 }
 
-void saveNewJob(Program& program, const std::shared_ptr<Launchd>& job,
+void saveNewJob(const CreationContext& context, const std::shared_ptr<Launchd>& job,
                 const std::function<void(bool isWritten)>& ended) {
   job->isNewFile = true;
   const auto isLost = std::make_shared<bool>(false);
-  program.actions.save(job, [isLost, ended](bool isWritten) {
+  context.actions.save(job, [isLost, ended](bool isWritten) {
     *isLost = !isWritten;
     if (ended) ended(isWritten);
   });
-  if (!*isLost) selectNewJob(program, job);
-}
-
-void selectNewJob(Program& program, const std::shared_ptr<Job>& job) {
-  ModeType* const mode = program.currentMode();
-  if (mode) mode->deselect();
-  program.selection.select(job);
-  program.mainWindow.selectedJobDidChange();
-  if (mode) mode->select(job);
+  if (!*isLost) context.currentMode.select(job);
 }
 
 }  // namespace mirvel

@@ -10,20 +10,17 @@ namespace mirvel {
 class Job;
 class Kind;
 class Launchd;
-class Program;
 class URL;
+struct CreationContext;
 
 /// The new job of that content, to be saved by `saveNewJob`. Null if the content is no job's, or that of an internal
 /// helper that isn't shown. It gets a URL of its own when it is saved.
-std::shared_ptr<Launchd> makeNewJob(Program& program, const propertylist::Dictionary& content, const URL& url,
-                                    Kind kind);
+std::shared_ptr<Launchd> makeNewJob(const CreationContext& context, const propertylist::Dictionary& content,
+                                    const URL& url, Kind kind);
 
 /// Has the job written to a file of its own and loaded, and shows it as the selected one, unless it is known at once
 /// that it can't be written. `ended` hears, now or later, whether the file was written.
-void saveNewJob(Program& program, const std::shared_ptr<Launchd>& job,
+void saveNewJob(const CreationContext& context, const std::shared_ptr<Launchd>& job,
                 const std::function<void(bool isWritten)>& ended = {});
-
-/// Makes a job that isn't in the catalogue yet the selected one.
-void selectNewJob(Program& program, const std::shared_ptr<Job>& job);
 
 }  // namespace mirvel

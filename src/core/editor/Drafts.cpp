@@ -7,8 +7,7 @@
 #include "core/app/Program.h"
 #include "core/base/Uuid.h"
 #include "core/catalogue/Launchd.h"
-#include "core/commands/NormalizeForSave.h"
-#include "core/creation/SaveNewJob.h"
+#include "core/commands/TextAsEdited.h"
 #include "core/editor/ReplaceSelected.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
@@ -82,7 +81,7 @@ bool Drafts::settle() {
               .url = job->url,
               .kind = job->kind,
               .fileChecksum = m_program.editing.fileChecksum(),
-              .text = jobfile::textAsEdited(job->plist())};
+              .text = textAsEdited(job->plist())};
   // A path that is no text has no place in a property list.
   if (draft.text.empty() || !propertylist::isUtf8(draft.url.text())) return false;
   const propertylist::Value value = encode(draft);
@@ -163,7 +162,7 @@ void Drafts::goOn(const Draft& draft) {
     return m_program.platform.interface.error(localize.unsavedChangesWereKept(draft.name), localize.theJobIsNotShown());
   }
   if (!job || !keys) return putAside(draft);
-  selectNewJob(m_program, job);
+  m_program.currentMode.select(job);
   if (!replaceSelected(m_program, *keys)) return;
   m_program.editing.setFileChecksum(draft.fileChecksum);
   m_program.selection.job()->kind = draft.kind;
@@ -174,10 +173,11 @@ void Drafts::goOn(const Draft& draft) {
 void Drafts::putAside(const Draft& draft) {
   Interface& interface = m_program.platform.interface;
   const Localize& localize = m_program.foundation.localize;
-  if (const auto kept = keepFile(m_program, draft.name, draft.text); !kept) return interface.present(kept.error());
+  if (const auto kept = keepFile(m_program.foundation.roots, m_program.platform.clock, draft.name, draft.text); !kept)
+    return interface.present(kept.error());
   forget(draft.id);
   interface.error(localize.unsavedChangesWereKept(draft.name),
-                  localize.theJobIsGone(keptFilesFolder(m_program).string()));
+                  localize.theJobIsGone(keptFilesFolder(m_program.foundation.roots).string()));
 }
 
 }  // namespace mirvel

@@ -8,7 +8,7 @@
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
-#include "core/commands/NormalizeForSave.h"
+#include "core/commands/TextAsEdited.h"
 #include "core/files/ReadFile.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
@@ -48,11 +48,10 @@ EditController::~EditController() {
 }
 
 void EditController::updateButtons() {
-  const AppState& state = m_program.state;
   const Localize& localize = m_program.foundation.localize;
-  const bool isSaving = state.saving.isBusy();
+  const bool isSaving = m_program.saving.isBusy();
   m_stack.showButtons(
-      {.isBusy = isSaving || state.scanning.isBusy(),
+      {.isBusy = isSaving || m_program.scanning.isBusy(),
        .isSaving = isSaving,
        .canSave = !isSaving && mayBeSaved(m_program.selection.job().get(), m_program.foundation.defaults),
        .discardTitle = m_program.editing.hasUnsavedChanges() ? localize.discardChanges() : localize.done()});
@@ -65,7 +64,7 @@ void EditController::refreshEditedState() {
 
 void EditController::save() {
   const auto job = m_program.selection.launchd();
-  if (m_program.state.saving.isBusy()) return;
+  if (m_program.saving.isBusy()) return;
   if (!mayBeSaved(job.get(), m_program.foundation.defaults)) return m_program.platform.interface.saveError();
   m_stack.endEditing();
   if (const auto invalid = m_stack.refuse()) {
@@ -88,7 +87,7 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
         if (answer == Interface::alternateButton) return resolveConflict(job, theirs, Choice::Mine);
         if (answer == Interface::otherButton) return resolveConflict(job, theirs, Choice::Theirs);
         if (answer != Interface::defaultButton) return;
-        const Versions versions{.mine = jobfile::textAsEdited(job->plist()), .theirs = readable(theirs)};
+        const Versions versions{.mine = textAsEdited(job->plist()), .theirs = readable(theirs)};
         m_stack.compare(versions, [this, job, theirs](Choice choice) { resolveConflict(job, theirs, choice); });
       });
 }
@@ -122,11 +121,11 @@ void EditController::takeFile(const std::shared_ptr<Launchd>& job) {
 void EditController::readAnew() {
   if (const auto job = m_program.selection.launchd()) {
     takeFile(job);
-    job->checksum.clear();
+    job->readAgain();
   }
   saveCompleted();
   if (m_program.shell.detail) m_program.shell.detail->showDisplay();
-  m_program.mainWindow.refresh();
+  m_program.fetcher.refresh();
 }
 
 void EditController::saveCompleted() {

@@ -11,7 +11,9 @@
 
 namespace mirvel {
 
-class Program;
+class CommandRepairs;
+class Defaults;
+struct Platform;
 
 /// Looks whether the files are there that a command names. A disk may take its time to answer, so it is asked beside
 /// the main thread; only the answer to the last question is given. For the main thread.
@@ -19,14 +21,16 @@ class FileCheck {
  public:
   using Answer = std::function<void(const std::vector<std::filesystem::path>& missing)>;
 
-  explicit FileCheck(Program& program);
+  FileCheck(const Defaults& defaults, const CommandRepairs& repairs, const Platform& platform);
 
   /// The answer comes on the main thread, later; at once, and with none missing, if the command names no file or the
   /// user doesn't want to know.
   void check(const std::string& command, Answer answer);
 
  private:
-  Program& m_program;
+  const Defaults& m_defaults;
+  const CommandRepairs& m_repairs;
+  const Platform& m_platform;
   Delay m_delay;
   std::shared_ptr<std::atomic<int>> m_last = std::make_shared<std::atomic<int>>(0);
 };

@@ -18,7 +18,7 @@ void showIcon(Program& program, const std::shared_ptr<Job>& job) {
   const Shell& shell = program.shell;
   if (shell.emptyIconCache) shell.emptyIconCache();  // the picture has the name of the one before
   if (shell.detail && job == program.selection.job()) shell.detail->updateIcon();
-  if (ModeType* const mode = program.currentMode()) mode->reloadJob(job);
+  if (ModeType* const mode = program.currentMode.view()) mode->reloadJob(job);
 }
 
 void tell(Program& program, const Error& failure) {
@@ -35,7 +35,7 @@ void setCustomIcon(Program& program, const std::shared_ptr<Job>& job, const std:
   if (const auto written = replaceFile(file, png); !written) return tell(program, written.error());
   job->customIconDigest = name;
   job->customIcon = program.platform.workspace.image(file);
-  program.jobMoves.remember(*job);
+  program.notifications.iconGiven.post(*job);
   showIcon(program, job);
 }
 

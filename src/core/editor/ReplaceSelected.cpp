@@ -37,7 +37,6 @@ bool replaceSelected(Program& program, const propertylist::Dictionary& dictionar
   }
   program.editing.began(job, std::move(fileChecksum));
   program.selection.select(job);
-  program.mainWindow.selectedJobDidChange();
   program.editing.setUnsavedChanges(true);
   program.drafts.edited();
   if (program.shell.edit) program.shell.edit->refreshEditedState();

@@ -29,8 +29,8 @@ std::optional<fs::path> RunMenu::offeredFile(const std::vector<fs::path>& files,
   return files.size() > 1 && isInterpreter ? files[1] : files.front();
 }
 
-std::string chosenCommand(const Program& program, const fs::path& file) {
-  return program.repairs.commandForFile(file).value_or(String::quote(file.native()));
+std::string chosenCommand(const CommandRepairs& repairs, const fs::path& file) {
+  return repairs.commandForFile(file).value_or(String::quote(file.native()));
 }
 
 std::string withCommand(std::string text, const std::string& command) {

@@ -7,6 +7,7 @@
 
 namespace mirvel {
 
+class CommandRepairs;
 class Program;
 
 /// The menu beside a field with a command. There is always an item to choose a file.
@@ -26,7 +27,7 @@ struct RunMenu {
 };
 
 /// The command that runs a file which the user chose.
-std::string chosenCommand(const Program& program, const std::filesystem::path& file);
+std::string chosenCommand(const CommandRepairs& repairs, const std::filesystem::path& file);
 /// The text of a field with the command behind it.
 std::string withCommand(std::string text, const std::string& command);
 /// How a file stands in a command as one argument: quoted only if it has to be.

@@ -26,10 +26,6 @@
 #include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
-namespace mirvel {
-class CommandRepairs;
-}  // namespace mirvel
-
 namespace mirvel::jobfile {
 
 /// The record of one launchd job file: every key that the program knows, and what it needs to keep the others. Absent
@@ -142,11 +138,6 @@ class Plist {
 
   /// Gives an empty label a value: what the command `run` is called, or else a new UUID.
   void fillEmptyLabel();
-
-  /// Makes the record fit to be saved: an empty label is filled, and a command that was edited is repaired, asked about
-  /// if it is too complex for launchd, and split; see `takeArgumentsFromRun`. False: the user went back to the editor,
-  /// and nothing has changed.
-  [[nodiscard]] bool normalizeForSave(CommandRepairs& repairs);
 
   /// Whether the job runs at times of the calendar or at intervals.
   bool isScheduled() const {

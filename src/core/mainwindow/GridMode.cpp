@@ -1,8 +1,15 @@
 #include "core/mainwindow/GridMode.h"
 
-#include "core/app/Program.h"
-#include "core/mainwindow/ModeJob.h"
+#include "core/catalogue/KindTexts.h"
+#include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/ModeRules.h"
+#include "core/mainwindow/WindowContext.h"
+#include "core/session/Busy.h"
+#include "core/session/Editing.h"
+#include "core/session/Foundation.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
@@ -16,13 +23,13 @@ Image noWriteImage(const Localize& localize) {
 
 }  // namespace
 
-GridMode::GridMode(Program& program, GridCollectionType& collection)
-    : m_program(program), m_collection(collection), m_sections(program) {
-  m_program.shell.modes.at(static_cast<std::size_t>(Mode::grid)) = this;
+GridMode::GridMode(const WindowContext& context, GridCollectionType& collection)
+    : m_context(context), m_collection(collection), m_sections(context.catalogue, context.foundation.defaults) {
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::grid)) = this;
 }
 
 GridMode::~GridMode() {
-  m_program.shell.modes.at(static_cast<std::size_t>(Mode::grid)) = nullptr;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::grid)) = nullptr;
 }
 
 void GridMode::show(IndexPath path) {
@@ -34,7 +41,7 @@ void GridMode::select(const URL& url) {
   const auto path = m_sections.find(url);
   if (!path) return;
   show(*path);
-  selectInCatalogue(m_program, url);
+  selectInCatalogue(m_context, url);
 }
 
 void GridMode::select(const std::shared_ptr<Job>& job) {
@@ -46,12 +53,12 @@ void GridMode::update(const Jobs& jobs) {
 }
 
 void GridMode::deselect() {
-  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  if (m_context.shell.detail) m_context.shell.detail->clearDetail();
   m_collection.mark(std::nullopt);
 }
 
 void GridMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
-  jobContextMenu(m_program, menu, job);
+  jobContextMenu(m_context, menu, job);
 }
 
 void GridMode::reloadJob(const std::shared_ptr<Job>& job) {
@@ -66,35 +73,34 @@ std::string_view GridMode::name(IndexPath path) const {
 GridItem GridMode::item(IndexPath path) const {
   const auto job = m_sections.job(path);
   if (!job) return {};
-  const Localize& localize = m_program.foundation.localize;
+  const Localize& localize = m_context.foundation.localize;
   GridItem item{.job = job, .name = job->name, .icon = job->displayIcon(localize), .isSecondary = job->isDisabled()};
-  if (!job->kind.isEditable(m_program.foundation.defaults.editSystemJobs())) item.noWriteBadge = noWriteImage(localize);
+  if (!job->kind.isEditable(m_context.foundation.defaults.editSystemJobs())) item.noWriteBadge = noWriteImage(localize);
   return item;
 }
 
 std::string GridMode::header(std::size_t section) const {
-  return section < sections().size() ? m_program.kinds.title(sections()[section].kind) : std::string();
+  return section < sections().size() ? m_context.kinds.title(sections()[section].kind) : std::string();
 }
 
 void GridMode::selectionDidChange(std::optional<IndexPath> path) {
   if (!path) return;
-  if (m_program.state.saving.isBusy()) return;  // what is on its way to its file needs no question
-  if (m_program.editing.hasUnsavedChanges()) return m_program.mainWindow.unsavedChangesAlert();
+  if (m_context.saving.isBusy()) return;  // what is on its way to its file needs no question
+  if (m_context.editing.hasUnsavedChanges()) return m_context.mainWindow.unsavedChangesAlert();
   const auto job = m_sections.job(*path);
   if (!job) return;
-  m_program.selection.select(job);
-  m_program.mainWindow.selectedJobDidChange();
+  m_context.selection.select(job);
 }
 
 void GridMode::markedItemWasClicked(IndexPath path) {
   const auto job = m_sections.job(path);
-  const auto selected = m_program.selection.job();
+  const auto selected = m_context.selection.job();
   const bool isShown = job && selected && job->url.equalTo(selected->url);
   if (!isShown) selectionDidChange(path);
 }
 
 JobMenu GridMode::menuForItem(IndexPath path) {
-  return menuForJob(m_program, m_sections.job(path));
+  return menuForJob(m_context, m_sections.job(path));
 }
 
 std::optional<URL> GridMode::dragItems(const std::vector<IndexPath>& paths) const {

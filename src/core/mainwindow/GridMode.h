@@ -12,7 +12,7 @@
 
 namespace mirvel {
 
-/// The view of grid mode, as far as its logic touches it.
+/// The view of grid mode, as the logic sees it.
 class GridCollectionType {
  public:
   GridCollectionType() = default;
@@ -20,11 +20,11 @@ class GridCollectionType {
   GridCollectionType(const GridCollectionType&) = delete;
   GridCollectionType& operator=(const GridCollectionType&) = delete;
 
-  /// The groups are others now. Tells of no change of selection, leaves nothing marked, and stays at its place.
+  /// Shows the new groups. Reports no change of selection, leaves nothing marked, and keeps the scroll position.
   virtual void reload() = 0;
-  /// Marks just this item, or none, without telling of it.
+  /// Marks just this item, or none, without reporting it.
   virtual void mark(std::optional<IndexPath> path) = 0;
-  /// Shows the item at the edge that is nearest.
+  /// Scrolls until the item is visible, at the nearest edge.
   virtual void scrollTo(IndexPath path) = 0;
   virtual void reloadItem(IndexPath path) = 0;
 };
@@ -41,8 +41,8 @@ struct GridItem {
 /// All jobs as icons in groups. For the main thread.
 class GridMode final : public ModeType {
  public:
-  /// Puts itself in as a mode of the program for as long as it lives.
-  GridMode(Program& program, GridCollectionType& collection);
+  /// Registers itself in the shell for as long as it lives.
+  GridMode(const WindowContext& context, GridCollectionType& collection);
   ~GridMode() override;
 
   void select(const URL& url) override;
@@ -59,21 +59,20 @@ class GridMode final : public ModeType {
   /// The title over a group; empty beyond them.
   std::string header(std::size_t section) const;
 
-  /// The user marked an item, or none. With unsaved changes the user is asked about them each time, and while the
-  /// program is busy nothing happens; the mark stays where it was set in both cases.
+  /// The user marked an item, or none. Asks about unsaved changes each time, and does nothing during a save; the mark
+  /// stays where the user set it in both cases.
   void selectionDidChange(std::optional<IndexPath> path);
-  /// The user clicked an item that is marked already. It may be marked without its job being shown, after a click that
-  /// came to nothing; then this is another try.
+  /// The user clicked a marked item. If its job isn't shown, since the first click had no effect, this is another try.
   void markedItemWasClicked(IndexPath path);
   /// The menu for a click on an item.
   JobMenu menuForItem(IndexPath path);
-  /// What a drag of these items takes along: the file of the first. None: the drag is refused.
+  /// The file that a drag of these items carries: that of the first. None if the drag is refused.
   std::optional<URL> dragItems(const std::vector<IndexPath>& paths) const;
 
  private:
   void show(IndexPath path);
 
-  Program& m_program;
+  const WindowContext& m_context;
   GridCollectionType& m_collection;
   JobSections m_sections;
 };

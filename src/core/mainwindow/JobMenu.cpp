@@ -1,6 +1,10 @@
 #include "core/mainwindow/JobMenu.h"
-
-#include "core/app/Program.h"
+#include "core/actions/JobDeletion.h"
+#include "core/mainwindow/MainWindowController.h"
+#include "core/mainwindow/WindowContext.h"
+#include "core/session/CurrentMode.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 
 namespace mirvel {
 
@@ -8,27 +12,34 @@ namespace {
 
 enum class Deletion { LeftOut, Offered };
 
-void fill(Program& program, JobMenu& menu, const std::shared_ptr<Job>& job, Deletion deletion) {
-  const Localize& localize = program.foundation.localize;
+void fill(const WindowContext& context, JobMenu& menu, const std::shared_ptr<Job>& job, Deletion deletion) {
+  const Localize& localize = context.foundation.localize;
   menu.addTitle(job->name);
   menu.addSeparator();
-  menu.add(localize.revealInFinder(), [&program, job] { program.mainWindow.revealInFinder(*job); });
-  if (deletion == Deletion::Offered && program.mainWindow.canDeleteJob(*job)) {
-    menu.add(localize.delete_(), [&program, job] { program.mainWindow.confirmDelete(job); });
+  menu.add(localize.revealInFinder(), [&context, job] { context.mainWindow.revealInFinder(*job); });
+  if (deletion == Deletion::Offered && context.deletion.canDelete(*job)) {
+    menu.add(localize.delete_(), [&context, job] { context.deletion.confirm(job); });
   }
   if (job->kind == Kind::loginItemApplication) {
-    menu.add(localize.open(), [&program, job] { program.platform.workspace.open(job->url); });
+    menu.add(localize.open(), [&context, job] { context.platform.workspace.open(job->url); });
   }
 }
 
 }  // namespace
 
-void jobContextMenu(Program& program, JobMenu& menu, const std::shared_ptr<Job>& job) {
-  fill(program, menu, job, Deletion::Offered);
+void jobContextMenu(const WindowContext& context, JobMenu& menu, const std::shared_ptr<Job>& job) {
+  fill(context, menu, job, Deletion::Offered);
 }
 
-void jobContextMenuWithoutDelete(Program& program, JobMenu& menu, const std::shared_ptr<Job>& job) {
-  fill(program, menu, job, Deletion::LeftOut);
+void jobContextMenuWithoutDelete(const WindowContext& context, JobMenu& menu, const std::shared_ptr<Job>& job) {
+  fill(context, menu, job, Deletion::LeftOut);
+}
+
+JobMenu menuForJob(const WindowContext& context, const std::shared_ptr<Job>& job) {
+  JobMenu menu;
+  if (!job || job->isNewFile) return menu;
+  if (ModeType* mode = context.currentMode.view()) mode->contextMenu(menu, job);
+  return menu;
 }
 
 }  // namespace mirvel

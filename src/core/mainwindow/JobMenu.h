@@ -9,7 +9,7 @@
 
 namespace mirvel {
 
-class Program;
+struct WindowContext;
 
 /// The contextual menu of a job, as rows for the shell to show.
 class JobMenu {
@@ -35,9 +35,12 @@ class JobMenu {
   std::vector<Item> m_items;
 };
 
-/// The menu that all modes but one give a job.
-void jobContextMenu(Program& program, JobMenu& menu, const std::shared_ptr<Job>& job);
-/// The menu of that one mode.
-void jobContextMenuWithoutDelete(Program& program, JobMenu& menu, const std::shared_ptr<Job>& job);
+/// Fills the menu of a job, in all modes but the timeline.
+void jobContextMenu(const WindowContext& context, JobMenu& menu, const std::shared_ptr<Job>& job);
+/// Fills it in the timeline: without deletion.
+void jobContextMenuWithoutDelete(const WindowContext& context, JobMenu& menu, const std::shared_ptr<Job>& job);
+
+/// The menu for a click on a job, as the current mode fills it. Empty for null and for a job without a file.
+JobMenu menuForJob(const WindowContext& context, const std::shared_ptr<Job>& job);
 
 }  // namespace mirvel

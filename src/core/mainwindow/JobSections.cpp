@@ -1,7 +1,8 @@
 #include "core/mainwindow/JobSections.h"
 
-#include "core/app/Program.h"
-#include "core/mainwindow/ModeJob.h"
+#include "core/mainwindow/ModeRules.h"
+#include "core/session/Catalogue.h"
+#include "core/settings/Defaults.h"
 
 namespace mirvel {
 
@@ -24,7 +25,7 @@ bool JobSections::update(const Jobs& jobs) {
   const Shown& before = shown();
   const bool isEqual = haveSameRows(jobs, before.content);
   // Equal jobs stay in the groups they have, even if the user has meanwhile asked for others to be shown.
-  const bool showSystemJobs = isEqual ? before.showSystemJobs : m_program.foundation.defaults.showSystemJobs();
+  const bool showSystemJobs = isEqual ? before.showSystemJobs : m_defaults.showSystemJobs();
   m_shown = Shown{jobs, showSystemJobs, makeSections(jobs, showSystemJobs)};
   return !isEqual;
 }
@@ -35,8 +36,8 @@ const Sections& JobSections::all() const {
 
 const JobSections::Shown& JobSections::shown() const {
   if (!m_shown) {
-    const bool showSystemJobs = m_program.foundation.defaults.showSystemJobs();
-    const Jobs& jobs = m_program.catalogue.jobs();
+    const bool showSystemJobs = m_defaults.showSystemJobs();
+    const Jobs& jobs = m_catalogue.jobs();
     m_shown = Shown{jobs, showSystemJobs, makeSections(jobs, showSystemJobs)};
   }
   return *m_shown;

@@ -8,9 +8,9 @@
 
 namespace mirvel {
 
-/// The place of a job among groups of jobs, or that of a group itself.
+/// The position of a job among groups of jobs, or that of a group itself.
 struct IndexPath {
-  /// Stands for a group in place of an item.
+  /// In place of an item: the group itself.
   static constexpr std::size_t group = std::numeric_limits<std::size_t>::max();
 
   std::size_t section = 0;
@@ -19,24 +19,26 @@ struct IndexPath {
   bool operator==(const IndexPath&) const = default;
 };
 
-class Program;
+class Catalogue;
+class Defaults;
 
-/// What a mode shows that groups the jobs by their kind. For the main thread.
+/// The jobs grouped by kind, as grid and tree show them. For the main thread.
 class JobSections {
  public:
-  explicit JobSections(const Program& program) : m_program(program) {}
+  /// Both outlive it.
+  JobSections(const Catalogue& catalogue, const Defaults& defaults) : m_catalogue(catalogue), m_defaults(defaults) {}
 
-  /// Takes other jobs. False: they are equal to those before, one by one and in the same places, so that the groups
-  /// stay; only the jobs in them are now those given.
+  /// Takes new jobs. False if they are equal to the old ones and have the same URLs: then the groups stay, and only the
+  /// jobs in them are replaced.
   bool update(const Jobs& jobs);
 
-  /// The groups; at first those of the catalogue as it is when they are first asked for.
+  /// The groups, at first those of the catalogue at the time of the first call.
   const Sections& all() const;
   /// Null beyond the groups, and for a group itself.
   std::shared_ptr<Job> job(IndexPath path) const;
-  /// Where the first job at this URL stands.
+  /// The first job at this URL.
   std::optional<IndexPath> find(const URL& url) const;
-  /// Where this very job stands.
+  /// This very job.
   std::optional<IndexPath> find(const Job* job) const;
 
  private:
@@ -48,7 +50,8 @@ class JobSections {
 
   const Shown& shown() const;
 
-  const Program& m_program;
+  const Catalogue& m_catalogue;
+  const Defaults& m_defaults;
   mutable std::optional<Shown> m_shown;
 };
 

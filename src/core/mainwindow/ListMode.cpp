@@ -2,24 +2,73 @@
 
 #include <algorithm>
 
-#include "core/app/Program.h"
+#include "core/actions/HostStart.h"
+#include "core/catalogue/KindTexts.h"
+#include "core/jobfile/Plist.h"
 #include "core/mainwindow/JobMenu.h"
-#include "core/mainwindow/ListCells.h"
-#include "core/mainwindow/ModeJob.h"
+#include "core/mainwindow/ModeRules.h"
+#include "core/mainwindow/WindowContext.h"
+#include "core/session/Catalogue.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
-ListMode::ListMode(Program& program, ListTableType& table)
-    : m_program(program), m_table(table), m_guard(program), m_delay(program.platform.mainQueue) {
-  m_program.shell.modes.at(static_cast<std::size_t>(Mode::list)) = this;
+namespace {
+
+ListCell textCell(const Job& job, const std::string& text) {
+  return {.text = text, .toolTip = text, .isSecondary = job.isDisabled()};
+}
+
+ListCell kindCell(KindTexts& kinds, Kind kind) {
+  Image icon = kinds.icon(kind);
+  const std::string title = kinds.title(kind);
+  icon.accessibilityDescription = title;
+  return {.toolTip = title, .image = std::move(icon)};
+}
+
+ListCell statusCell(const WindowContext& context, const Job& job) {
+  const Localize& localize = context.foundation.localize;
+  if (!context.hostStart.keepsFromRunning(job)) return {.image = statusImage(!job.isDisabled(), localize)};
+  return {.toolTip = localize.enabledButNotRun(), .image = notRunImage(localize)};
+}
+
+}  // namespace
+
+ListCell listCell(const WindowContext& context, const Job& job, Column::List column) {
+  const jobfile::Plist* record = job.record();
+  switch (column) {
+    case Column::List::name:
+      return textCell(job, job.name);
+    case Column::List::summary:
+      return textCell(job, job.summary);
+    case Column::List::kind:
+      return kindCell(context.kinds, job.kind);
+    case Column::List::enabled:
+      return statusCell(context, job);
+    case Column::List::keepAlive:
+      return {.isChecked = record && record->keepAlive};
+    case Column::List::scheduled:
+      return {.isChecked = record && record->isScheduled()};
+    case Column::List::run:
+      return textCell(job, job.run());
+  }
+  return {};
+}
+
+ListMode::ListMode(const WindowContext& context, ListTableType& table)
+    : m_context(context), m_table(table), m_guard(context), m_delay(context.platform.mainQueue) {
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::list)) = this;
 }
 
 ListMode::~ListMode() {
-  m_program.shell.modes.at(static_cast<std::size_t>(Mode::list)) = nullptr;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::list)) = nullptr;
 }
 
 const Jobs& ListMode::content() const {
-  if (!m_content) m_content = m_program.catalogue.jobs();
+  if (!m_content) m_content = m_context.catalogue.jobs();
   return *m_content;
 }
 
@@ -39,7 +88,7 @@ void ListMode::select(const URL& url) {
   const auto row = rowAt(url);
   if (!row) return;
   show(*row);
-  selectInCatalogue(m_program, url);
+  selectInCatalogue(m_context, url);
 }
 
 void ListMode::select(const std::shared_ptr<Job>& job) {
@@ -57,17 +106,17 @@ void ListMode::update(const Jobs& jobs) {
 }
 
 void ListMode::deselect() {
-  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  if (m_context.shell.detail) m_context.shell.detail->clearDetail();
   m_table.mark(std::nullopt);
 }
 
 void ListMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
-  jobContextMenu(m_program, menu, job);
+  jobContextMenu(m_context, menu, job);
 }
 
 ListCell ListMode::cell(Column::List column, std::size_t row) const {
   if (row >= content().size()) return {};
-  return listCell(m_program, *content()[row], column);
+  return listCell(m_context, *content()[row], column);
 }
 
 void ListMode::setSortDescriptors(std::vector<SortDescriptor> descriptors) {
@@ -75,7 +124,7 @@ void ListMode::setSortDescriptors(std::vector<SortDescriptor> descriptors) {
   (void)content();
   sort();
   m_table.reload();
-  if (const auto job = m_program.selection.job()) select(job->url);
+  if (const auto job = m_context.selection.job()) select(job->url);
 }
 
 void ListMode::sort() {
@@ -83,16 +132,16 @@ void ListMode::sort() {
   const SortDescriptor& first = m_sortDescriptors.front();
   const auto column = Column::column(first.key);
   if (!column) return;
-  sortJobs(*m_content, *column, first.isAscending, m_program.foundation.collator);
+  sortJobs(*m_content, *column, first.isAscending, m_context.foundation.collator);
   m_delay(0.01, [this] { m_table.prepareHeaders(); });
 }
 
 void ListMode::selectionDidChange(std::size_t row) {
-  if (row < content().size()) selectInCatalogue(m_program, content()[row]->url);
+  if (row < content().size()) selectInCatalogue(m_context, content()[row]->url);
 }
 
 JobMenu ListMode::menuForRow(std::size_t row) {
-  return menuForJob(m_program, row < content().size() ? content()[row] : nullptr);
+  return menuForJob(m_context, row < content().size() ? content()[row] : nullptr);
 }
 
 std::optional<URL> ListMode::dragRows(const std::vector<std::size_t>& rows) const {

@@ -14,9 +14,9 @@
 
 namespace mirvel {
 
-class Program;
+struct WindowContext;
 
-/// The table of list mode, as far as its logic touches it.
+/// The table of list mode, as the logic sees it.
 class ListTableType {
  public:
   ListTableType() = default;
@@ -24,7 +24,7 @@ class ListTableType {
   ListTableType(const ListTableType&) = delete;
   ListTableType& operator=(const ListTableType&) = delete;
 
-  /// The rows are others now. Tells of no change of selection, and leaves no row marked.
+  /// Shows the new rows. Reports no change of selection, and leaves no row marked.
   virtual void reload() = 0;
   /// Marks just this row, or none.
   virtual void mark(std::optional<std::size_t> row) = 0;
@@ -42,11 +42,14 @@ struct ListCell {
   bool isSecondary = false;            ///< in the quieter text colour
 };
 
+/// What the table shows of a job in a column.
+ListCell listCell(const WindowContext& context, const Job& job, Column::List column);
+
 /// The flat, sortable table of all jobs. For the main thread.
 class ListMode final : public ModeType {
  public:
-  /// Puts itself in as a mode of the program for as long as it lives.
-  ListMode(Program& program, ListTableType& table);
+  /// Registers itself in the shell for as long as it lives.
+  ListMode(const WindowContext& context, ListTableType& table);
   ~ListMode() override;
 
   void select(const URL& url) override;
@@ -61,12 +64,12 @@ class ListMode final : public ModeType {
 
   /// The user clicked a header. Only the first descriptor counts; with none the rows stay as they are.
   void setSortDescriptors(std::vector<SortDescriptor> descriptors);
-  /// The user marked a row; one that isn't there does nothing.
+  /// The user marked a row. Ignores an index out of range.
   void selectionDidChange(std::size_t row);
   bool selectionMayChange() { return m_guard.mayChange(); }
-  /// The menu for a click on a row; empty beyond the rows and for a job without a file.
+  /// The menu for a click on a row. Empty beyond the rows and for a job without a file.
   JobMenu menuForRow(std::size_t row);
-  /// What a drag of these rows takes along: the file of the first. None: the drag is refused.
+  /// The file that a drag of these rows carries: that of the first. None if the drag is refused.
   std::optional<URL> dragRows(const std::vector<std::size_t>& rows) const;
 
  private:
@@ -74,7 +77,7 @@ class ListMode final : public ModeType {
   void show(std::size_t row);
   void sort();
 
-  Program& m_program;
+  const WindowContext& m_context;
   ListTableType& m_table;
   SelectionGuard m_guard;
   mutable std::optional<Jobs> m_content;  // taken from the catalogue when first asked for
@@ -82,7 +85,7 @@ class ListMode final : public ModeType {
   Delay m_delay;
 };
 
-/// The columns that are shown, after a click on one in a menu. None: it is the last visible one, and stays.
+/// The visible columns after a click on one in the menu. None if it is the last visible one, which stays.
 std::optional<std::vector<Column::List>> toggled(std::vector<Column::List> visible, Column::List column);
 
 }  // namespace mirvel

@@ -2,54 +2,69 @@
 
 #include <string>
 
-#include "core/catalogue/Job.h"
+#include "core/base/Signal.h"
 #include "core/ports/Interface.h"
 #include "core/session/Mode.h"
 
 namespace mirvel {
 
-class Program;
+class Catalogue;
+class CurrentMode;
+class Drafts;
+class Editing;
+class Fetcher;
+class Job;
+class Selection;
+struct Foundation;
+struct Platform;
+struct Shell;
 
-/// The routines of the main window. For the main thread.
+/// The main window as a whole: its title, its mode, and the question about unsaved changes. Shows the selected job
+/// whenever a selection is made, and starts a scan when nothing is selected any more. For the main thread.
 class MainWindowController {
  public:
-  explicit MainWindowController(Program& program) : m_program(program) {}
+  /// All outlive it.
+  MainWindowController(Foundation& foundation, const Platform& platform, const Shell& shell, const Catalogue& catalogue,
+                       Selection& selection, CurrentMode& currentMode, Editing& editing, Fetcher& fetcher,
+                       Drafts& drafts);
 
-  /// To be run after each change of the selected job: title, details, and a scan if there is no job any more.
-  void selectedJobDidChange();
-  /// Marks the selected job in the current mode.
-  void applySelection();
   /// The application's name, with that of the selected job.
   std::string title() const;
   void updateTitle();
-  /// The mode that the user chose.
-  Mode mode() const;
-  /// Shows all jobs in another mode, and ends with no selection, no filter, and a scan.
+  /// Shows all jobs in another mode, without selection and filter, and starts a scan.
   void switchMode(Mode mode);
-  bool canDeleteJob(const Job& job) const;
-  /// Asks whether to delete the job, in a sheet, and deletes it if the user says so; Return and
-  /// Escape don't. Does nothing without a window.
-  void confirmDelete(const std::shared_ptr<Job>& job);
-  /// Asks what to do with unsaved changes, in a sheet: to stay, or to drop them and go on with what was wanted. To
-  /// close the question is to stay.
+  /// Asks what to do with unsaved changes, in a sheet: to keep them, which closing the sheet does too, or to drop them.
   void unsavedChangesAlert();
-  /// Whether the desktop session may end now. The user is asked as at the end of the program, and waited for.
+  /// Asks the same because the application is to quit; if the changes may be dropped, it quits. Until the answer a
+  /// second call does nothing, and another question of the kind counts as this one.
+  void askBeforeQuitting();
+  /// From `askBeforeQuitting` to the answer.
+  bool isTerminating() const { return m_isTerminating; }
+  /// Whether the desktop session may end now. The user is asked as before quitting, and waited for.
   bool sessionMayEnd();
-  /// A scan, now, unless there are unsaved changes.
-  void refresh();
   void toggleSystemJobs();
   void toggleTitleBar();
-  /// The user went to full screen or back.
+  /// The user entered or left full screen.
   void fullScreenDidChange(bool isFullScreen);
   /// Shows the job's file in the file viewer; of a login item, the settings where it is listed.
   void revealInFinder(const Job& job);
 
  private:
-  void deleteConfirmed(const std::shared_ptr<Job>& job);
+  void selectedJobDidChange();
   Alert unsavedChangesQuestion() const;
   void answerUnsavedChanges(int button);
 
-  Program& m_program;
+  Foundation& m_foundation;
+  const Platform& m_platform;
+  const Shell& m_shell;
+  const Catalogue& m_catalogue;
+  Selection& m_selection;
+  CurrentMode& m_currentMode;
+  Editing& m_editing;
+  Fetcher& m_fetcher;
+  Drafts& m_drafts;
+  Subscription m_selectionChanged;
+  bool m_isTerminating = false;
 };
 
 }  // namespace mirvel

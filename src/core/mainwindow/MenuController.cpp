@@ -1,10 +1,20 @@
 #include "core/mainwindow/MenuController.h"
 
-#include "core/app/Program.h"
+#include "core/actions/JobDeletion.h"
+#include "core/actions/RevisionController.h"
 #include "core/base/Const.h"
 #include "core/catalogue/Launchd.h"
-#include "core/mainwindow/ModeJob.h"
+#include "core/mainwindow/MainWindowController.h"
+#include "core/mainwindow/ModeRules.h"
 #include "core/mainwindow/RevisionMenu.h"
+#include "core/mainwindow/WindowContext.h"
+#include "core/session/Busy.h"
+#include "core/session/CurrentMode.h"
+#include "core/session/Editing.h"
+#include "core/session/Fetcher.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
 #include "core/session/Shell.h"
 
 namespace mirvel {
@@ -33,7 +43,7 @@ std::optional<std::string_view> segueOf(Command command) {
 }  // namespace
 
 bool MenuController::isOffered(Command command) const {
-  const Shell& shell = m_program.shell;
+  const Shell& shell = m_context.shell;
   if (const auto segue = segueOf(command)) return shell.segues.contains(*segue);
   switch (command) {
     case Command::save:
@@ -53,21 +63,20 @@ bool MenuController::isOffered(Command command) const {
 }
 
 CommandContext MenuController::context() const {
-  const AppState& state = m_program.state;
-  const Shell& shell = m_program.shell;
-  const Defaults& defaults = m_program.foundation.defaults;
-  CommandContext result{.hasUnsavedChanges = m_program.editing.hasUnsavedChanges(),
-                        .isSaving = state.saving.isBusy(),
+  const Shell& shell = m_context.shell;
+  const Defaults& defaults = m_context.foundation.defaults;
+  CommandContext result{.hasUnsavedChanges = m_context.editing.hasUnsavedChanges(),
+                        .isSaving = m_context.saving.isBusy(),
                         .isScriptInFront = static_cast<bool>(shell.saveScript),
                         .editsSystemJobs = defaults.editSystemJobs(),
                         .showsSystemJobs = defaults.showSystemJobs(),
                         .showsTitleBar = defaults.showTitleBar(),
-                        .mode = m_program.mainWindow.mode()};
-  if (const auto job = shownJob(m_program)) {
+                        .mode = m_context.currentMode.chosen()};
+  if (const auto job = shownJob(m_context.selection, m_context.shell)) {
     result.selected = job->kind;
     result.isSelectedNamed = !job->name.empty();
-    result.canDeleteSelected = m_program.mainWindow.canDeleteJob(*job);
-    result.hasRevisions = m_program.revisions.revisions().find(storeKey(job->url)) != nullptr;
+    result.canDeleteSelected = m_context.deletion.canDelete(*job);
+    result.hasRevisions = m_context.revisions.revisions().find(storeKey(job->url)) != nullptr;
   }
   if (shell.detail) result.detailTab = shell.detail->detailTab();
   if (shell.mainWindow) {
@@ -80,16 +89,16 @@ CommandContext MenuController::context() const {
 
 void MenuController::perform(Command command) {
   if (!isOffered(command) || !isEnabled(command)) return;
-  if (const auto mode = modeOf(command)) return m_program.mainWindow.switchMode(*mode);
-  if (const auto segue = segueOf(command)) return m_program.shell.segues.at(*segue)();
+  if (const auto mode = modeOf(command)) return m_context.mainWindow.switchMode(*mode);
+  if (const auto segue = segueOf(command)) return m_context.shell.segues.at(*segue)();
   performFile(command);
   performView(command);
   performHelp(command);
 }
 
 void MenuController::performFile(Command command) {
-  MainWindowController& window = m_program.mainWindow;
-  const Shell& shell = m_program.shell;
+  MainWindowController& window = m_context.mainWindow;
+  const Shell& shell = m_context.shell;
   switch (command) {
     case Command::edit:
       if (shell.detail) shell.detail->showEdit();
@@ -101,26 +110,26 @@ void MenuController::performFile(Command command) {
     case Command::export_:
       return shell.exportJob();
     case Command::delete_:
-      return window.confirmDelete(m_program.selection.job());
+      return m_context.deletion.confirm(m_context.selection.job());
     case Command::revealInFinder:
-      return window.revealInFinder(*m_program.selection.job());
+      return window.revealInFinder(*m_context.selection.job());
     case Command::refresh:
       if (shell.emptyIconCache) shell.emptyIconCache();
-      return m_program.fetcher.fetchJobs();
+      return m_context.fetcher.fetchJobs();
     default:
       return;
   }
 }
 
 void MenuController::saveSelected() {
-  const Shell& shell = m_program.shell;
+  const Shell& shell = m_context.shell;
   if (shell.saveScript) return shell.saveScript();
-  if (!m_program.selection.launchd()) return m_program.platform.interface.saveError();
+  if (!m_context.selection.launchd()) return m_context.platform.interface.saveError();
   shell.edit->save();
 }
 
 void MenuController::performView(Command command) {
-  MainWindowType* const window = m_program.shell.mainWindow;
+  MainWindowType* const window = m_context.shell.mainWindow;
   switch (command) {
     case Command::filter:
       if (window) window->focusOnFilter();
@@ -129,16 +138,16 @@ void MenuController::performView(Command command) {
       if (window) window->toggleFullScreen();
       return;
     case Command::system:
-      return m_program.mainWindow.toggleSystemJobs();
+      return m_context.mainWindow.toggleSystemJobs();
     case Command::titleBar:
-      return m_program.mainWindow.toggleTitleBar();
+      return m_context.mainWindow.toggleTitleBar();
     default:
       return;
   }
 }
 
 void MenuController::performHelp(Command command) {
-  Workspace& workspace = m_program.platform.workspace;
+  Workspace& workspace = m_context.platform.workspace;
   const std::string site(Const::siteURL);
   switch (command) {
     case Command::help:
@@ -154,9 +163,9 @@ void MenuController::performHelp(Command command) {
       workspace.openAddress(std::string(Const::launchdManual));
       return;
     case Command::checkForUpdates:
-      return m_program.shell.checkForUpdate(true);
+      return m_context.shell.checkForUpdate(true);
     case Command::about:
-      if (m_program.shell.mainWindow) m_program.shell.mainWindow->showAbout();
+      if (m_context.shell.mainWindow) m_context.shell.mainWindow->showAbout();
       return;
     default:
       return;

@@ -6,22 +6,21 @@
 
 namespace mirvel {
 
-class Program;
+struct WindowContext;
 
-/// The target of all menus: knows which commands there are now, and does what they say. For the main thread.
+/// The target of all menus: decides which commands are available, and performs them. For the main thread.
 class MenuController {
  public:
-  explicit MenuController(Program& program) : m_program(program) {}
+  explicit MenuController(const WindowContext& context) : m_context(context) {}
 
-  /// Whether the program can do it at all: what a command needs may not be there.
+  /// Whether the command exists at all: what it needs may not be registered.
   bool isOffered(Command command) const;
   bool isEnabled(Command command) const { return mirvel::isEnabled(command, context()); }
   std::optional<bool> isOn(Command command) const { return mirvel::isOn(command, context()); }
   bool isEnabled(ToolbarItem item) const { return mirvel::isEnabled(item, context()); }
   CommandContext context() const;
 
-  /// Does what the command says; nothing if it isn't enabled. `revert`, `share` and `columns` are submenus with items
-  /// of their own.
+  /// Performs the command if it is enabled. `revert`, `share` and `columns` are submenus with items of their own.
   void perform(Command command);
 
  private:
@@ -30,7 +29,7 @@ class MenuController {
   void performHelp(Command command);
   void saveSelected();
 
-  Program& m_program;
+  const WindowContext& m_context;
 };
 
 }  // namespace mirvel

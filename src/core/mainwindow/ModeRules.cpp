@@ -1,30 +1,54 @@
 #include "core/mainwindow/ModeRules.h"
-
-#include "core/app/Program.h"
+#include "core/mainwindow/MainWindowController.h"
+#include "core/mainwindow/WindowContext.h"
+#include "core/session/Busy.h"
+#include "core/session/Catalogue.h"
+#include "core/session/Editing.h"
+#include "core/session/Foundation.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
 bool SelectionGuard::mayChange() {
-  if (m_program.state.saving.isBusy()) return false;
-  if (!m_program.editing.hasUnsavedChanges()) {
+  if (m_context.saving.isBusy()) return false;
+  if (!m_context.editing.hasUnsavedChanges()) {
     m_isWarningAboutUnsaved = false;
     return true;
   }
   if (!m_isWarningAboutUnsaved) {
-    m_program.mainWindow.unsavedChangesAlert();
+    m_context.mainWindow.unsavedChangesAlert();
     m_isWarningAboutUnsaved = true;
   }
   return false;
 }
 
-std::optional<std::string> emptyStateLabel(const Program& program) {
-  if (program.state.scanning.isBusy()) return program.foundation.localize.ellipsis().loading();
-  if (program.catalogue.jobs().empty()) return program.foundation.localize.noItems();
+std::optional<std::string> emptyStateLabel(const WindowContext& context) {
+  if (context.scanning.isBusy()) return context.foundation.localize.ellipsis().loading();
+  if (context.catalogue.jobs().empty()) return context.foundation.localize.noItems();
   return std::nullopt;
 }
 
 std::optional<URL> draggedURL(const Job& job) {
   return job.kind.isLaunchd() ? std::optional(job.url) : std::nullopt;
+}
+
+bool selectInCatalogue(const WindowContext& context, const URL& url) {
+  if (context.editing.hasUnsavedChanges()) return false;
+  const auto job = context.catalogue.jobAt(url);
+  if (!job) return false;
+  context.selection.select(job);
+  return true;
+}
+
+std::shared_ptr<Job> shownJob(const Selection& selection, const Shell& shell) {
+  const DetailType* const detail = shell.detail;
+  const bool isShown = !detail || detail->detailTab() != DetailTab::noSelection;
+  return isShown ? selection.job() : nullptr;
+}
+
+bool haveSameRows(const Jobs& a, const Jobs& b) {
+  return areEqual(a, b);
 }
 
 }  // namespace mirvel

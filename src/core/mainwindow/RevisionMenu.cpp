@@ -1,46 +1,50 @@
 #include "core/mainwindow/RevisionMenu.h"
 
-#include "core/app/Program.h"
-#include "core/editor/ReplaceSelected.h"
+#include "core/actions/RevisionController.h"
 #include "core/locale/Dates.h"
+#include "core/mainwindow/WindowContext.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
-std::vector<RevisionItem> revisionItems(Program& program) {
+std::vector<RevisionItem> revisionItems(const WindowContext& context) {
   std::vector<RevisionItem> result;
-  const auto job = program.selection.job();
-  const propertylist::Value* const kept = job ? program.revisions.revisions().find(storeKey(job->url)) : nullptr;
+  const auto job = context.selection.job();
+  const propertylist::Value* const kept = job ? context.revisions.revisions().find(storeKey(job->url)) : nullptr;
   const auto* const revisions = kept ? kept->as<propertylist::Array>() : nullptr;
   if (!revisions) return result;
   for (const propertylist::Value& entry : *revisions) {
     const auto* const revision = entry.as<propertylist::Dictionary>();
     const propertylist::Value* const date = revision ? revision->find(RevisionController::dateKey) : nullptr;
     const auto* const seconds = date ? date->as<double>() : nullptr;
-    if (seconds) result.push_back({Date::standardText(*seconds, program.foundation.localize.timeLocale()), *revision});
+    if (seconds) result.push_back({Date::standardText(*seconds, context.foundation.localize.timeLocale()), *revision});
   }
   return result;
 }
 
-void insertRevision(Program& program, const propertylist::Dictionary& revision) {
+void insertRevision(const WindowContext& context, const propertylist::Dictionary& revision) {
   const propertylist::Value* const content = revision.find(RevisionController::plistKey);
   const auto* const dictionary = content ? content->as<propertylist::Dictionary>() : nullptr;
-  if (!dictionary || !replaceSelected(program, *dictionary)) return;
-  if (program.shell.detail) program.shell.detail->showEdit();
+  if (!dictionary || !context.replaceSelected(*dictionary)) return;
+  if (context.shell.detail) context.shell.detail->showEdit();
 }
 
-void confirmDeleteRevisions(Program& program) {
-  const auto job = program.selection.job();
+void confirmDeleteRevisions(const WindowContext& context) {
+  const auto job = context.selection.job();
   if (!job) return;
-  const Localize& localize = program.foundation.localize;
-  program.platform.interface.beginSheet({.message = localize.deleteRevisionsOf(job->name),
+  const Localize& localize = context.foundation.localize;
+  context.platform.interface.beginSheet({.message = localize.deleteRevisionsOf(job->name),
                                          .informativeText = localize.revisionsAreEarlierContents(),
                                          .defaultTitle = localize.deleteRevisionsOfThisJob(),
                                          .alternateTitle = localize.deleteRevisionsOfAllJobs(),
                                          .otherTitle = localize.cancel(),
                                          .safeButton = Interface::otherButton},
-                                        [&program, url = job->url](int answer) {
-                                          if (answer == Interface::defaultButton) program.revisions.clearRevisions(url);
-                                          if (answer == Interface::alternateButton) program.revisions.clearRevisions();
+                                        [&revisions = context.revisions, url = job->url](int answer) {
+                                          if (answer == Interface::defaultButton) revisions.clearRevisions(url);
+                                          if (answer == Interface::alternateButton) revisions.clearRevisions();
                                         });
 }
 

@@ -7,7 +7,7 @@
 
 namespace mirvel {
 
-class Program;
+struct WindowContext;
 
 /// An item of the submenu of revisions.
 struct RevisionItem {
@@ -15,14 +15,14 @@ struct RevisionItem {
   propertylist::Dictionary revision;
 };
 
-/// The revisions of the selected job, the newest first; none if there is no selected job.
-std::vector<RevisionItem> revisionItems(Program& program);
+/// The revisions of the selected job, the newest first. Empty if no job is selected.
+std::vector<RevisionItem> revisionItems(const WindowContext& context);
 
-/// Puts the content of a revision in place of the selected job, to be edited and saved. Nothing happens if the revision
+/// Replaces the content of the selected job by that of a revision, to be edited and saved. Does nothing if the revision
 /// has no content.
-void insertRevision(Program& program, const propertylist::Dictionary& revision);
+void insertRevision(const WindowContext& context, const propertylist::Dictionary& revision);
 
 /// Asks, in a sheet, whether to delete the revisions of the selected job, or those of all jobs, and does it.
-void confirmDeleteRevisions(Program& program);
+void confirmDeleteRevisions(const WindowContext& context);
 
 }  // namespace mirvel

@@ -1,7 +1,8 @@
 #include "core/mainwindow/ShareItems.h"
 
-#include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
+#include "core/ports/Workspace.h"
+#include "core/session/Selection.h"
 #include "core/text/Ascii.h"
 #include "core/text/Digest.h"
 
@@ -24,10 +25,10 @@ std::string percentEncoded(std::string_view text) {
 
 }  // namespace
 
-std::optional<ShareItems> shareItems(const Program& program) {
-  const auto job = program.selection.job();
+std::optional<ShareItems> shareItems(const Selection& selection) {
+  const auto job = selection.job();
   if (!job) return std::nullopt;
-  const auto* const launchd = dynamic_cast<const Launchd*>(job.get());
+  const auto launchd = selection.launchd();
   if (!launchd) return ShareItems{.text = job->run()};
   return ShareItems{.url = job->url, .text = launchd->plistData().value_or("")};
 }
@@ -39,8 +40,7 @@ std::vector<SharingService> sharingServices(const ShareItems& items, const Local
   return result;
 }
 
-void share(Program& program, SharingService::Way way, const ShareItems& items) {
-  Workspace& workspace = program.platform.workspace;
+void share(Workspace& workspace, SharingService::Way way, const ShareItems& items) {
   switch (way) {
     case SharingService::Way::Copy:
       return workspace.copy(items.text, items.url);

@@ -9,26 +9,27 @@
 
 namespace mirvel {
 
-class Program;
+class Selection;
+class Workspace;
 
-/// What of the selected job is shared.
+/// The parts of the selected job that are shared.
 struct ShareItems {
   std::optional<URL> url = {};  ///< the file of a launchd job
   std::string text = {};        ///< its record in XML; of any other job its command
 };
 
 /// None if there is no selected job.
-std::optional<ShareItems> shareItems(const Program& program);
+std::optional<ShareItems> shareItems(const Selection& selection);
 
-/// A way to share: a title, and what it does with the items.
+/// A way to share items, with its title.
 struct SharingService {
   enum class Way { Copy, Mail, Open };
   Way way;
   std::string title;
 };
 
-/// Those that can take the items.
+/// The services that accept the items.
 std::vector<SharingService> sharingServices(const ShareItems& items, const Localize& localize);
-void share(Program& program, SharingService::Way way, const ShareItems& items);
+void share(Workspace& workspace, SharingService::Way way, const ShareItems& items);
 
 }  // namespace mirvel

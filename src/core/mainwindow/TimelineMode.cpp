@@ -3,10 +3,15 @@
 #include <algorithm>
 #include <chrono>
 
-#include "core/app/Program.h"
 #include "core/mainwindow/BuildTimeline.h"
 #include "core/mainwindow/JobMenu.h"
-#include "core/mainwindow/ModeJob.h"
+#include "core/mainwindow/ModeRules.h"
+#include "core/mainwindow/WindowContext.h"
+#include "core/session/Catalogue.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
@@ -21,21 +26,21 @@ std::shared_ptr<Job> jobWithURL(const Jobs& jobs, const URL& url) {
 
 }  // namespace
 
-TimelineMode::TimelineMode(Program& program, TimelineTableType& table, Zone zone)
-    : m_program(program),
+TimelineMode::TimelineMode(const WindowContext& context, TimelineTableType& table, Zone zone)
+    : m_context(context),
       m_table(table),
-      m_guard(program),
+      m_guard(context),
       m_zone(std::move(zone)),
-      m_texts(std::make_unique<TimelineTexts>(program.foundation.localize, m_zone())) {
-  m_program.shell.modes.at(static_cast<std::size_t>(Mode::timeline)) = this;
+      m_texts(std::make_unique<TimelineTexts>(context.foundation.localize, m_zone())) {
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::timeline)) = this;
 }
 
 TimelineMode::~TimelineMode() {
-  m_program.shell.modes.at(static_cast<std::size_t>(Mode::timeline)) = nullptr;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::timeline)) = nullptr;
 }
 
 const Jobs& TimelineMode::content() const {
-  if (!m_content) m_content = m_program.catalogue.jobs();
+  if (!m_content) m_content = m_context.catalogue.jobs();
   return *m_content;
 }
 
@@ -49,10 +54,10 @@ void TimelineMode::update(const Jobs& jobs) {
 }
 
 void TimelineMode::buildTimeline() {
-  const auto now = m_program.platform.clock.currentSecond();
+  const auto now = m_context.platform.clock.currentSecond();
   std::string zone = m_zone();
   if (zone != m_texts->zone()) {
-    m_texts = std::make_unique<TimelineTexts>(m_program.foundation.localize, std::move(zone));
+    m_texts = std::make_unique<TimelineTexts>(m_context.foundation.localize, std::move(zone));
   }
   m_timelineArray = mirvel::buildTimeline(content(), now, *m_texts);
 }
@@ -75,21 +80,16 @@ void TimelineMode::select(const URL& url) {
   if (!row) return;
   m_table.mark(*row);
   m_table.scrollTo(*row);
-  selectInCatalogue(m_program, url);
-}
-
-void TimelineMode::makeSelected(const std::shared_ptr<Job>& job) {
-  m_program.selection.select(job);
-  m_program.mainWindow.selectedJobDidChange();
+  selectInCatalogue(m_context, url);
 }
 
 void TimelineMode::deselect() {
-  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  if (m_context.shell.detail) m_context.shell.detail->clearDetail();
   m_table.mark(std::nullopt);
 }
 
 void TimelineMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
-  jobContextMenuWithoutDelete(m_program, menu, job);
+  jobContextMenuWithoutDelete(m_context, menu, job);
 }
 
 TimelineCell TimelineMode::cell(std::size_t row) const {
@@ -118,14 +118,14 @@ std::shared_ptr<Job> TimelineMode::jobAt(std::size_t row) const {
 void TimelineMode::selectionDidChange(std::size_t row) {
   const auto job = jobAt(row);
   if (!job) return;
-  const auto selected = m_program.selection.job();
+  const auto selected = m_context.selection.job();
   if (selected && selected->url.equalTo(job->url)) return;
-  const auto current = m_program.catalogue.jobAt(job->url);
-  makeSelected(current ? current : job);
+  const auto current = m_context.catalogue.jobAt(job->url);
+  m_context.selection.select(current ? current : job);
 }
 
 JobMenu TimelineMode::menuForRow(std::size_t row) {
-  return menuForJob(m_program, jobAt(row));
+  return menuForJob(m_context, jobAt(row));
 }
 
 std::optional<URL> TimelineMode::dragRows(const std::vector<std::size_t>& rows) const {

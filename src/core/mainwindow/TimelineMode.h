@@ -15,9 +15,9 @@
 
 namespace mirvel {
 
-class Program;
+struct WindowContext;
 
-/// The table of timeline mode, as far as its logic touches it.
+/// The table of timeline mode, as the logic sees it.
 class TimelineTableType {
  public:
   TimelineTableType() = default;
@@ -25,7 +25,7 @@ class TimelineTableType {
   TimelineTableType(const TimelineTableType&) = delete;
   TimelineTableType& operator=(const TimelineTableType&) = delete;
 
-  /// The rows are others now. Tells of no change of selection, and leaves no row marked.
+  /// Shows the new rows. Reports no change of selection, and leaves no row marked.
   virtual void reload() = 0;
   /// Marks just this row, or none.
   virtual void mark(std::optional<std::size_t> row) = 0;
@@ -45,9 +45,9 @@ class TimelineMode final : public ModeType {
  public:
   using Zone = std::function<std::string()>;
 
-  /// Puts itself in as a mode of the program for as long as it lives. `zone` is asked for whenever the timeline is
+  /// Registers itself in the shell for as long as it lives. `zone` is asked for whenever the timeline is
   /// built.
-  TimelineMode(Program& program, TimelineTableType& table, Zone zone = zoneOfThisMachine);
+  TimelineMode(const WindowContext& context, TimelineTableType& table, Zone zone = zoneOfThisMachine);
   ~TimelineMode() override;
 
   /// Of a job with several rows this marks the first.
@@ -63,24 +63,23 @@ class TimelineMode final : public ModeType {
   const Jobs& content() const;
   const TimelineArray& timelineArray() const { return m_timelineArray; }
   TimelineCell cell(std::size_t row) const;
-  /// A time of each hour, as the cells tell it: what a column of times must have room for.
+  /// A time of each hour as the cells show it, to measure the column of times.
   std::vector<std::string> sampleTimes() const;
 
-  /// The user marked a row; one without a job does nothing.
+  /// The user marked a row. Ignores one without a job.
   void selectionDidChange(std::size_t row);
   bool selectionMayChange() { return m_guard.mayChange(); }
   /// The menu for a click on a row; empty beyond the rows, on a header, and for a job without a file.
   JobMenu menuForRow(std::size_t row);
-  /// What a drag of these rows takes along: the file of the first. None: the drag is refused.
+  /// The file that a drag of these rows carries: that of the first. None if the drag is refused.
   std::optional<URL> dragRows(const std::vector<std::size_t>& rows) const;
 
  private:
   void buildTimeline();
   std::shared_ptr<Job> jobAt(std::size_t row) const;
   std::optional<std::size_t> firstRow(const URL& url) const;
-  void makeSelected(const std::shared_ptr<Job>& job);
 
-  Program& m_program;
+  const WindowContext& m_context;
   TimelineTableType& m_table;
   SelectionGuard m_guard;
   Zone m_zone;

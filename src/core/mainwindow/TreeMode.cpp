@@ -1,21 +1,26 @@
 #include "core/mainwindow/TreeMode.h"
 
-#include "core/app/Program.h"
-#include "core/mainwindow/ModeJob.h"
+#include "core/catalogue/KindTexts.h"
+#include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/ModeRules.h"
+#include "core/mainwindow/WindowContext.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
-TreeMode::TreeMode(Program& program, TreeOutlineType& outline)
-    : m_program(program),
+TreeMode::TreeMode(const WindowContext& context, TreeOutlineType& outline)
+    : m_context(context),
       m_outline(outline),
-      m_sections(program),
-      m_guard(program),
-      m_expansion(program.foundation.defaults) {
-  m_program.shell.modes.at(static_cast<std::size_t>(Mode::tree)) = this;
+      m_sections(context.catalogue, context.foundation.defaults),
+      m_guard(context),
+      m_expansion(context.foundation.defaults) {
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::tree)) = this;
 }
 
 TreeMode::~TreeMode() {
-  m_program.shell.modes.at(static_cast<std::size_t>(Mode::tree)) = nullptr;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::tree)) = nullptr;
 }
 
 void TreeMode::show(IndexPath path) {
@@ -28,7 +33,7 @@ void TreeMode::select(const URL& url) {
   const auto path = m_sections.find(url);
   if (!path) return;
   show(*path);
-  selectInCatalogue(m_program, url);
+  selectInCatalogue(m_context, url);
 }
 
 void TreeMode::select(const std::shared_ptr<Job>& job) {
@@ -40,12 +45,12 @@ void TreeMode::update(const Jobs& jobs) {
 }
 
 void TreeMode::deselect() {
-  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
+  if (m_context.shell.detail) m_context.shell.detail->clearDetail();
   m_outline.mark(std::nullopt);
 }
 
 void TreeMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
-  jobContextMenu(m_program, menu, job);
+  jobContextMenu(m_context, menu, job);
 }
 
 void TreeMode::reloadJob(const std::shared_ptr<Job>& job) {
@@ -53,7 +58,7 @@ void TreeMode::reloadJob(const std::shared_ptr<Job>& job) {
 }
 
 void TreeMode::didAppear() {
-  m_jobsUpdated = m_program.notifications.jobsUpdated.subscribe([this] { m_outline.redraw(); });
+  m_jobsUpdated = m_context.notifications.jobsUpdated.subscribe([this] { m_outline.redraw(); });
 }
 
 void TreeMode::didDisappear() {
@@ -66,15 +71,15 @@ TreeCell TreeMode::cell(IndexPath path) const {
   if (!job) return {};
   return {.text = job->name,
           .toolTip = job->summary,
-          .image = job->displayIcon(m_program.foundation.localize),
+          .image = job->displayIcon(m_context.foundation.localize),
           .isSecondary = job->isDisabled(),
           .url = job->url};
 }
 
 TreeCell TreeMode::groupCell(const Kind::Section& section) const {
-  return {.text = m_program.kinds.title(section.kind),
-          .image = m_program.kinds.icon(section.kind),
-          .count = m_program.foundation.localize.int_(static_cast<std::int64_t>(section.jobs.size()))};
+  return {.text = m_context.kinds.title(section.kind),
+          .image = m_context.kinds.icon(section.kind),
+          .count = m_context.foundation.localize.int_(static_cast<std::int64_t>(section.jobs.size()))};
 }
 
 bool TreeMode::isExpanded(std::size_t section) const {
@@ -92,23 +97,53 @@ bool TreeMode::maySelect(IndexPath path) {
 }
 
 void TreeMode::selectionDidChange(IndexPath path) {
-  if (const auto job = m_sections.job(path)) selectInCatalogue(m_program, job->url);
+  if (const auto job = m_sections.job(path)) selectInCatalogue(m_context, job->url);
 }
 
 bool TreeMode::accessibilityPress(IndexPath path) {
   const auto url = cell(path).url;
-  if (!url || !selectInCatalogue(m_program, *url)) return false;
+  if (!url || !selectInCatalogue(m_context, *url)) return false;
   m_outline.mark(path);
   return true;
 }
 
 JobMenu TreeMode::menuForRow(IndexPath path) {
-  return menuForJob(m_program, m_sections.job(path));
+  return menuForJob(m_context, m_sections.job(path));
 }
 
 std::optional<URL> TreeMode::dragRows(const std::vector<IndexPath>& paths) const {
   const auto job = paths.empty() ? nullptr : m_sections.job(paths.front());
   return job ? draggedURL(*job) : std::nullopt;
+}
+
+const std::optional<TreeExpansion::Kinds>& TreeExpansion::saved() const {
+  if (m_isRead) return m_saved;
+  m_isRead = true;
+  if (const auto numbers = m_defaults.expandedGroups()) {
+    m_saved.emplace();
+    for (const Kind kind : Kind::allCases) {
+      for (const std::int64_t number : *numbers) {
+        if (number == kind.rawValue()) m_saved->insert(kind.rawValue());
+      }
+    }
+  }
+  return m_saved;
+}
+
+bool TreeExpansion::isExpanded(Kind kind) const {
+  return !saved() || saved()->contains(kind.rawValue());
+}
+
+void TreeExpansion::setExpanded(Kind kind, bool isExpanded, const Sections& present) {
+  Kinds open;
+  for (const Kind::Section& section : present) {
+    const bool isOpen = section.kind == kind ? isExpanded : this->isExpanded(section.kind);
+    if (isOpen) open.insert(section.kind.rawValue());
+  }
+  m_saved = open;
+  // Where the settings can't be written the state lasts until the program ends, which is nothing to interrupt
+  // the user for.
+  (void)m_defaults.setExpandedGroups({open.begin(), open.end()});
 }
 
 }  // namespace mirvel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -9,12 +10,12 @@
 #include "core/mainwindow/JobMenu.h"
 #include "core/mainwindow/JobSections.h"
 #include "core/mainwindow/ModeRules.h"
-#include "core/mainwindow/TreeExpansion.h"
 #include "core/session/Mode.h"
+#include "core/settings/Defaults.h"
 
 namespace mirvel {
 
-/// The outline of tree mode, as far as its logic touches it.
+/// The outline of tree mode, as the logic sees it.
 class TreeOutlineType {
  public:
   TreeOutlineType() = default;
@@ -22,14 +23,14 @@ class TreeOutlineType {
   TreeOutlineType(const TreeOutlineType&) = delete;
   TreeOutlineType& operator=(const TreeOutlineType&) = delete;
 
-  /// The groups are others now, and open as `isExpanded` tells. Tells of no change of selection, leaves no row marked,
-  /// and stays at its place.
+  /// Shows the new groups, expanded as `isExpanded` says. Reports no change of selection, leaves no row marked, and
+  /// keeps the scroll position.
   virtual void reload() = 0;
-  /// The same rows may look different.
+  /// Repaints the same rows.
   virtual void redraw() = 0;
   /// Opens or closes a group.
   virtual void setExpanded(std::size_t section, bool isExpanded) = 0;
-  /// Marks just this row, or none, without telling of it.
+  /// Marks just this row, or none, without reporting it.
   virtual void mark(std::optional<IndexPath> path) = 0;
   virtual void scrollTo(IndexPath path) = 0;
   virtual void reloadRow(IndexPath path) = 0;
@@ -45,11 +46,31 @@ struct TreeCell {
   std::optional<URL> url = {};
 };
 
+/// Which groups of the tree are expanded, across scans and program starts. All are until the user closes one.
+class TreeExpansion {
+ public:
+  /// The settings outlive it.
+  explicit TreeExpansion(Defaults& defaults) : m_defaults(defaults) {}
+
+  bool isExpanded(Kind kind) const;
+  /// Saves which of the present groups are expanded, and forgets the state of groups that are gone.
+  void setExpanded(Kind kind, bool isExpanded, const Sections& present);
+
+ private:
+  using Kinds = std::set<int>;
+
+  const std::optional<Kinds>& saved() const;
+
+  Defaults& m_defaults;
+  mutable bool m_isRead = false;
+  mutable std::optional<Kinds> m_saved;  // by their numbers
+};
+
 /// The jobs under their groups. For the main thread.
 class TreeMode final : public ModeType {
  public:
-  /// Puts itself in as a mode of the program for as long as it lives.
-  TreeMode(Program& program, TreeOutlineType& outline);
+  /// Registers itself in the shell for as long as it lives.
+  TreeMode(const WindowContext& context, TreeOutlineType& outline);
   ~TreeMode() override;
 
   void select(const URL& url) override;
@@ -59,7 +80,7 @@ class TreeMode final : public ModeType {
   void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) override;
   void reloadJob(const std::shared_ptr<Job>& job) override;
 
-  /// While the outline is visible it follows what becomes of the catalogue.
+  /// While the outline is visible it is repainted after each change of the catalogue.
   void didAppear();
   void didDisappear();
 
@@ -75,20 +96,20 @@ class TreeMode final : public ModeType {
 
   /// Whether the user may mark this row now: never a group.
   bool maySelect(IndexPath path);
-  /// The user marked a row; a group, or one that isn't there, does nothing.
+  /// The user marked a row. Ignores groups and paths out of range.
   void selectionDidChange(IndexPath path);
-  /// A row was pressed by an assistive program: its job becomes the selected one. False: it doesn't.
+  /// An assistive program pressed a row: selects its job. False if that isn't possible.
   bool accessibilityPress(IndexPath path);
   /// The menu for a click on a row; empty for a group.
   JobMenu menuForRow(IndexPath path);
-  /// What a drag of these rows takes along: the file of the first. None: the drag is refused.
+  /// The file that a drag of these rows carries: that of the first. None if the drag is refused.
   std::optional<URL> dragRows(const std::vector<IndexPath>& paths) const;
 
  private:
   TreeCell groupCell(const Kind::Section& section) const;
   void show(IndexPath path);
 
-  Program& m_program;
+  const WindowContext& m_context;
   TreeOutlineType& m_outline;
   JobSections m_sections;
   SelectionGuard m_guard;

@@ -41,7 +41,10 @@ bool isSettled(const JobFolder::Stamp& stamp) {
 FetchOperation::FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanTools& tools)
     : m_settings(std::move(settings)), m_tools(tools) {
   m_oldJobs.reserve(oldJobs.size());
-  for (const auto& job : oldJobs) m_oldJobs.push_back({.checksum = job->checksum, .kind = job->kind, .url = job->url});
+  for (const auto& job : oldJobs) {
+    m_oldJobs.push_back(
+        {.checksum = job->checksum, .kind = job->kind, .url = job->url, .isToBeReadAgain = job->isToBeReadAgain()});
+  }
 }
 
 void FetchOperation::main() {
@@ -54,7 +57,8 @@ void FetchOperation::main() {
 bool FetchOperation::isOld(const Jobs& found) const {
   return std::equal(found.begin(), found.end(), m_oldJobs.begin(), m_oldJobs.end(),
                     [](const auto& job, const OldJob& old) {
-                      return job->checksum == old.checksum && job->kind == old.kind && job->url.equalTo(old.url);
+                      return !old.isToBeReadAgain && job->checksum == old.checksum && job->kind == old.kind &&
+                             job->url.equalTo(old.url);
                     });
 }
 

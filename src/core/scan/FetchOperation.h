@@ -65,6 +65,7 @@ class FetchOperation {
     std::string checksum;
     Kind kind;
     URL url;
+    bool isToBeReadAgain;
   };
 
   std::vector<OldJob> m_oldJobs;

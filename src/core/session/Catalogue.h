@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "core/base/Signal.h"
 #include "core/catalogue/Job.h"
 
 namespace mirvel {
@@ -18,10 +19,17 @@ class Catalogue {
     }
     return nullptr;
   }
-  void publish(Jobs jobs) { m_jobs = std::move(jobs); }
+  /// Replaces all jobs, and returns the old ones: destroying thousands takes a while.
+  Jobs publish(Jobs jobs) {
+    m_willChange.post(m_jobs, jobs);
+    return std::exchange(m_jobs, std::move(jobs));
+  }
+  /// Posted before the jobs are replaced, with the old and the new ones.
+  Signal<Jobs, Jobs>& willChange() { return m_willChange; }
 
  private:
   Jobs m_jobs;
+  Signal<Jobs, Jobs> m_willChange;
 };
 
 }  // namespace mirvel

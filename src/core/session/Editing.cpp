@@ -14,7 +14,8 @@ std::shared_ptr<Launchd> Editing::selected() const {
 
 /// Of the last bytes in its file that are the job's: those that it was read from, or that a save has written since.
 std::string Editing::checksumLastSeen(const std::shared_ptr<Launchd>& job) const {
-  return job == m_writtenJob.lock() ? m_writtenChecksum : job->checksum;
+  if (job == m_writtenJob.lock()) return m_writtenChecksum;
+  return job->isToBeReadAgain() ? std::string() : job->checksum;
 }
 
 /// Of a job that is still to be read again the file counts as it is now: what changes from here on is another's doing.
@@ -68,11 +69,11 @@ Unfinished& Editing::unfinished() {
 }
 
 bool Editing::canUndo() const {
-  return isAbout(selected()) && !m_done.empty() && !m_program.state.saving.isBusy();
+  return isAbout(selected()) && !m_done.empty() && !m_program.saving.isBusy();
 }
 
 bool Editing::canRedo() const {
-  return isAbout(selected()) && !m_undone.empty() && !m_program.state.saving.isBusy();
+  return isAbout(selected()) && !m_undone.empty() && !m_program.saving.isBusy();
 }
 
 void Editing::undo() {
@@ -98,8 +99,8 @@ void Editing::swap(std::vector<State>& from, std::vector<State>& to) {
   if (shell.edit) shell.edit->refreshEditedState();
   if (m_hasUnsavedChanges) return;
   // A save that failed may have written its file all the same.
-  if (!m_sentChecksum.empty()) job->checksum.clear();
-  m_program.mainWindow.refresh();
+  if (!m_sentChecksum.empty()) job->readAgain();
+  m_program.fetcher.refresh();
 }
 
 void Editing::reset() {

@@ -1,42 +1,69 @@
 #include "core/session/Fetcher.h"
 
-#include "core/app/Program.h"
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
 #include "core/catalogue/CustomIcons.h"
-#include "core/session/ModeFilter.h"
+#include "core/session/Catalogue.h"
+#include "core/session/CurrentMode.h"
+#include "core/session/Editing.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
 /// Shared with the scans, which may outlive the program's end by a moment.
 struct Fetcher::Tools {
-  Tools(Program& program)
-      : embeddedList(program.platform.processRunner, program.foundation.commands.launchctl),
-        scan{.collator = program.foundation.collator,
-             .loginItems = program.platform.loginItems,
+  Tools(const Foundation& foundation, const Platform& platform)
+      : embeddedList(platform.processRunner, foundation.commands.launchctl),
+        scan{.collator = foundation.collator,
+             .loginItems = platform.loginItems,
              .embeddedList = embeddedList,
-             .console = program.platform.console} {}
+             .console = platform.console} {}
 
   EmbeddedList embeddedList;
   ScanTools scan;
 };
 
-Fetcher::Fetcher(Program& program)
-    : m_program(program), m_tools(std::make_shared<Tools>(program)), m_delay(program.platform.mainQueue) {}
+Fetcher::Fetcher(const Foundation& foundation, const Platform& platform, Catalogue& catalogue, Selection& selection,
+                 CurrentMode& currentMode, Editing& editing, Notifications& notifications, const Shell& shell,
+                 Busy& scanning, const Busy& saving)
+    : m_foundation(foundation),
+      m_platform(platform),
+      m_catalogue(catalogue),
+      m_selection(selection),
+      m_currentMode(currentMode),
+      m_editing(editing),
+      m_notifications(notifications),
+      m_shell(shell),
+      m_busy(scanning),
+      m_saving(saving),
+      m_tools(std::make_shared<Tools>(foundation, platform)),
+      m_delay(platform.mainQueue) {}
 
 Fetcher::~Fetcher() {
   if (m_operation) m_operation->cancel();
 }
 
+void Fetcher::refresh() {
+  if (!m_editing.hasUnsavedChanges()) fetchJobs();
+}
+
 void Fetcher::fetchJobs() {
-  m_scanning = m_program.state.scanning.begin();
+  m_scanning = m_busy.begin();
   scanningChanged();
   if (m_operation) m_operation->cancel();
   const auto operation =
-      std::make_shared<FetchOperation>(m_program.catalogue.jobs(), m_program.foundation.scanSettings(), m_tools->scan);
+      std::make_shared<FetchOperation>(m_catalogue.jobs(), m_foundation.scanSettings(), m_tools->scan);
   m_operation = operation;
 
   auto publication = m_delay.whileOwned([this, operation] { publish(*operation); });
-  m_program.platform.fetchQueue.add(
-      [operation, tools = m_tools, &queue = m_program.platform.mainQueue, publication = std::move(publication)] {
+  m_platform.fetchQueue.add(
+      [operation, tools = m_tools, &queue = m_platform.mainQueue, publication = std::move(publication)] {
         operation->main();
         // The scan that cancelled this one will end the loading.
         if (!operation->isCancelled()) queue.post(publication);
@@ -44,8 +71,8 @@ void Fetcher::fetchJobs() {
 }
 
 void Fetcher::scanningChanged() {
-  m_program.notifications.loadingChanged.post();
-  if (m_program.shell.edit) m_program.shell.edit->updateButtons();
+  m_notifications.loadingChanged.post();
+  if (m_shell.edit) m_shell.edit->updateButtons();
 }
 
 void Fetcher::publish(FetchOperation& operation) {
@@ -53,63 +80,73 @@ void Fetcher::publish(FetchOperation& operation) {
   m_scanning.release();
   m_hasScanned = true;
   scanningChanged();
-  if (m_program.catalogue.jobs().empty()) {
+  if (m_catalogue.jobs().empty()) {
     m_delay(0, [this] {
-      if (m_program.shell.mainWindow) m_program.shell.mainWindow->validateVisibleItems();
+      if (m_shell.mainWindow) m_shell.mainWindow->validateVisibleItems();
     });
   }
   // Edits that began during the scan would be lost with their job, and a save is only half done; a scan follows when
   // they are saved or dropped.
-  if (!operation.jobs || m_program.editing.hasUnsavedChanges() || m_program.state.saving.isBusy()) return;
+  if (!operation.jobs || m_editing.hasUnsavedChanges() || m_saving.isBusy()) return;
   replaceJobs(*std::move(operation.jobs));
 }
 
 void Fetcher::replaceJobs(Jobs jobs) {
-  if (ModeType* mode = m_program.currentMode()) {
-    if (m_program.state.filterString.empty()) {
-      mode->update(jobs);
-    } else {
-      modeFilter(m_program, *mode, jobs, m_program.state.filterString);
-    }
-  }
-  m_program.jobMoves.follow(m_program.catalogue.jobs(), jobs);
-  if (const auto selected = m_program.selection.job()) {
-    if (const auto moved = findMoved(*selected, m_program.catalogue.jobs(), jobs)) selected->url = moved->url;
-  }
-  m_program.catalogue.publish(std::move(jobs));
+  m_currentMode.update(jobs);
+  auto old = std::make_shared<Jobs>(m_catalogue.publish(std::move(jobs)));
+  followMovedSelection(*old);
   jobsDidUpdate();
-  // To take ten thousand old jobs apart takes a while, and is nothing that the main thread must wait for.
-  m_program.platform.fetchQueue.add([old = std::make_shared<Jobs>(std::move(jobs))]() mutable { old.reset(); });
+  // Destroying ten thousand jobs takes a while; the main thread needn't wait for it.
+  m_platform.fetchQueue.add([old = std::move(old)]() mutable { old.reset(); });
+}
+
+void Fetcher::followMovedSelection(const Jobs& old) {
+  const auto selected = m_selection.job();
+  const auto moved = selected ? findMoved(*selected, old, m_catalogue.jobs()) : nullptr;
+  if (moved) selected->url = moved->url;
 }
 
 void Fetcher::jobsDidUpdate() {
   reconcileSelection();
   matchIcons();
-  m_program.jobMoves.remember(m_program.catalogue.jobs());
-  m_program.notifications.jobsUpdated.post();
+  m_notifications.jobsUpdated.post();
 }
 
 void Fetcher::reconcileSelection() {
-  if (!m_program.selection.job()) return;
-  const URL url = m_program.selection.job()->url;
-  if (const auto job = m_program.catalogue.jobAt(url)) {
-    if (ModeType* mode = m_program.currentMode()) mode->select(url);
+  if (!m_selection.job()) return;
+  const URL url = m_selection.job()->url;
+  if (const auto job = m_catalogue.jobAt(url)) {
+    if (ModeType* const mode = m_currentMode.view()) mode->select(url);
     // A filter may hide the job from the mode; it is selected all the same, as it now is.
-    if (!m_program.editing.hasUnsavedChanges()) m_program.selection.select(job);
+    if (!m_editing.hasUnsavedChanges()) m_selection.replace(job);
     return;
   }
-  if (m_program.shell.detail) m_program.shell.detail->clearDetail();
-  m_program.selection.select(nullptr);
-  m_program.mainWindow.selectedJobDidChange();
+  if (m_shell.detail) m_shell.detail->clearDetail();
+  m_selection.select(nullptr);
 }
 
 void Fetcher::matchIcons() {
-  const auto before = m_program.selection.job() ? m_program.selection.job()->customIcon : std::nullopt;
-  matchCustomIcons(m_program.catalogue.jobs(), m_program.foundation.roots.applicationSupport,
-                   m_program.platform.workspace);
-  if (!m_program.selection.job() || m_program.selection.job()->customIcon == before) return;
-  if (m_program.shell.detail) m_program.shell.detail->updateIcon();
-  if (ModeType* mode = m_program.currentMode()) mode->reloadJob(m_program.selection.job());
+  const auto before = m_selection.job() ? m_selection.job()->customIcon : std::nullopt;
+  matchCustomIcons(m_catalogue.jobs(), m_foundation.roots.applicationSupport, m_platform.workspace);
+  const auto selected = m_selection.job();
+  if (!selected || selected->customIcon == before) return;
+  if (m_shell.detail) m_shell.detail->updateIcon();
+  if (ModeType* const mode = m_currentMode.view()) mode->reloadJob(selected);
+}
+
+std::shared_ptr<Job> findMoved(const Job& job, const Jobs& oldJobs, const Jobs& newJobs) {
+  if (job.name.empty() || !job.kind.isLaunchd() || job.isNewFile) return nullptr;
+  std::error_code failure;
+  const auto type = std::filesystem::symlink_status(job.url.path(), failure).type();
+  if (type != std::filesystem::file_type::not_found) return nullptr;
+  std::shared_ptr<Job> found;
+  for (const auto& candidate : newJobs) {
+    if (!candidate->kind.isLaunchd() || candidate->name != job.name) continue;
+    if (found) return nullptr;
+    found = candidate;
+  }
+  const auto isThere = [&found](const auto& old) { return old->url.equalTo(found->url); };
+  return found && std::none_of(oldJobs.begin(), oldJobs.end(), isThere) ? found : nullptr;
 }
 
 }  // namespace mirvel

@@ -9,11 +9,13 @@ std::shared_ptr<Launchd> Selection::launchd() const {
 }
 
 void Selection::select(const std::shared_ptr<Job>& job) {
-  Jobs jobs;
-  if (job) jobs.push_back(job);
-  if (jobs == m_jobs) return;
-  m_jobs = std::move(jobs);
+  replace(job);
   m_changed.post();
+}
+
+void Selection::replace(const std::shared_ptr<Job>& job) {
+  m_jobs.clear();
+  if (job) m_jobs.push_back(job);
 }
 
 }  // namespace mirvel

@@ -17,9 +17,12 @@ class Selection {
   /// The same job, if it is a launchd job; null otherwise.
   std::shared_ptr<Launchd> launchd() const;
   const Jobs& jobs() const { return m_jobs; }
-  /// Selects that job alone; null selects nothing.
+  /// Selects that job alone; null selects nothing. Posts `changed` even if it is selected already, since its details
+  /// may have been cleared meanwhile.
   void select(const std::shared_ptr<Job>& job);
-  /// Posted after each change of what is selected.
+  /// Puts a newer reading of the selected job in its place. The selection is the same, so nothing is posted.
+  void replace(const std::shared_ptr<Job>& job);
+  /// Posted after each `select`.
   Signal<>& changed() { return m_changed; }
 
  private:

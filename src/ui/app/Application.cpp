@@ -68,7 +68,8 @@ void Application::lookForUpdates() {
   m_program.shell.checkForUpdate = [this](bool isManual) {
     if (!m_updates) {  // the network is only made ready when it is needed
       m_downloads = std::make_unique<HttpsDownloads>();
-      m_updates = std::make_unique<UpdateManager>(m_program, *m_downloads, MIRVEL_VERSION);
+      m_updates = std::make_unique<UpdateManager>(m_foundation.localize, m_program.platform, m_program.shell,
+                                                  *m_downloads, MIRVEL_VERSION);
     }
     m_updates->check(Const::AppName::mirvel, isManual);
   };

@@ -30,8 +30,8 @@ CreationSheets::CreationSheets(Program& program, IconLoader& icons, QWidget& win
   shell.segues[String::importSegue] = [this] { show<ImportViewController>(); };
   shell.segues[String::duplicate] = [this] { show<DuplicateViewController>(); };
   shell.segues[String::restoreDeleted] = [this] { show<RestoreSheet>(); };
-  shell.importJob = [&program] { importAction(program, showsHiddenFiles()); };
-  shell.exportJob = [&program] { exportJob(program); };
+  shell.importJob = [&program] { importAction(program.creationContext, showsHiddenFiles()); };
+  shell.exportJob = [&program] { exportJob(program.selection, program.foundation.roots, program.platform.interface); };
   new ImportDrop(program, window);
 }
 

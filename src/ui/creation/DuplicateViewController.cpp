@@ -13,7 +13,7 @@ namespace mirvel::ui {
 
 DuplicateViewController::DuplicateViewController(Program& program, QWidget& window)
     : CopySheet(window, program.foundation.defaults, "Duplicate Sheet"),
-      m_controller(program),
+      m_controller(program.creationContext),
       m_duplicateTextField(&heading()),
       m_nameTitleTextField(new QLabel(qt(m_controller.nameTitle()))),
       m_nameValueTextField(new QLineEdit(qt(m_controller.suggestedName()))),

@@ -6,6 +6,10 @@
 class QLabel;
 class QLineEdit;
 
+namespace mirvel {
+class Program;
+}  // namespace mirvel
+
 namespace mirvel::ui {
 
 /// The sheet that copies the selected job under another name.

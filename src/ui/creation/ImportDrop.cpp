@@ -61,7 +61,7 @@ void ImportDrop::drop(QDropEvent& event) {
   answer(event);
   if (!m_isTaken) return;
   m_window.activateWindow();
-  importFiles(m_program, filesOf(*event.mimeData()));
+  importFiles(m_program.creationContext, filesOf(*event.mimeData()));
 }
 
 }  // namespace mirvel::ui

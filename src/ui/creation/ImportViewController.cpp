@@ -13,7 +13,7 @@ namespace mirvel::ui {
 
 ImportViewController::ImportViewController(Program& program, QWidget& window)
     : CopySheet(window, program.foundation.defaults, "Import Sheet"),
-      m_controller(program),
+      m_controller(program.creationContext),
       m_importTextField(&heading()),
       m_kindTextField(new QLabel(qt(m_controller.kindTitle()))),
       m_kindButtons(new KindButtons(program)),

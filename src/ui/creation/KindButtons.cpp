@@ -4,7 +4,7 @@
 #include <QVBoxLayout>
 
 #include "core/app/Program.h"
-#include "core/creation/KindChoices.h"
+#include "core/creation/Creation.h"
 #include "ui/support/LiteralTitle.h"
 #include "ui/support/QtText.h"
 #include "ui/support/RadioButton.h"
@@ -34,7 +34,7 @@ void setTitle(QRadioButton& button, const QString& title) {
 KindButtons::KindButtons(Program& program, QWidget* parent) : QWidget(parent), m_buttons(new QButtonGroup(this)) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  for (const KindChoice& choice : kindChoices(program)) {
+  for (const KindChoice& choice : kindChoices(program.kinds)) {
     auto* button = new RadioButton;
     button->setObjectName(nameOfButton(choice.kind));
     setTitle(*button, qt(choice.title));

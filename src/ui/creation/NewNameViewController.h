@@ -9,6 +9,10 @@ class QAbstractButton;
 class QButtonGroup;
 class QLineEdit;
 
+namespace mirvel {
+class Program;
+}  // namespace mirvel
+
 namespace mirvel::ui {
 
 class KindButtons;

@@ -22,7 +22,7 @@ NewRunApplicationViewController::NewRunApplicationViewController(Program& progra
                                                                  IconLoader& icons)
     : m_localize(program.foundation.localize),
       m_chooser(chooser),
-      m_list(program),
+      m_list(program.foundation, program.platform),
       m_filter(filterField(program.foundation.localize)),
       m_model(new ApplicationModel(icons, this)),
       m_view(new ApplicationView),

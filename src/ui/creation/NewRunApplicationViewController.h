@@ -10,6 +10,10 @@
 class QLabel;
 class QLineEdit;
 
+namespace mirvel {
+class Program;
+}  // namespace mirvel
+
 namespace mirvel::ui {
 
 class ApplicationModel;

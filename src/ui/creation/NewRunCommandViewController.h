@@ -5,6 +5,10 @@
 #include "core/creation/RunChoosers.h"
 #include "core/locale/Localize.h"
 
+namespace mirvel {
+class Program;
+}  // namespace mirvel
+
 namespace mirvel::ui {
 
 class RunTextField;

@@ -5,6 +5,10 @@
 
 class QStackedWidget;
 
+namespace mirvel {
+class Program;
+}  // namespace mirvel
+
 namespace mirvel::ui {
 
 class NewRunApplicationViewController;

@@ -19,7 +19,7 @@ namespace mirvel::ui {
 
 NewViewController::NewViewController(Program& program, IconLoader& icons, QWidget& window)
     : SheetViewController(window, program.foundation.defaults, "New sheet"),
-      m_controller(program),
+      m_controller(program.creationContext),
       m_pageBar(new PageBar(icons)),
       m_tabViewController(new NewTabViewController) {
   setWindowTitle(qt(program.foundation.localize.new_()));

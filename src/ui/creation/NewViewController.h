@@ -6,6 +6,10 @@
 
 class QPushButton;
 
+namespace mirvel {
+class Program;
+}  // namespace mirvel
+
 namespace mirvel::ui {
 
 class NewTabViewController;

@@ -5,6 +5,10 @@
 
 class QButtonGroup;
 
+namespace mirvel {
+class Program;
+}  // namespace mirvel
+
 namespace mirvel::ui {
 
 /// The page that asks in which way the user wants to say what the job runs.

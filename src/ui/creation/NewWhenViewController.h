@@ -5,6 +5,10 @@
 class QCheckBox;
 class QLabel;
 
+namespace mirvel {
+class Program;
+}  // namespace mirvel
+
 namespace mirvel::ui {
 
 class ElidedLabel;

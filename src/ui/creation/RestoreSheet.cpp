@@ -65,7 +65,7 @@ void RestoreSheet::makeList() {
 }
 
 void RestoreSheet::fill() {
-  for (const DeletedJobRow& row : deletedJobRows(m_program)) {
+  for (const DeletedJobRow& row : deletedJobRows(m_program.creationContext)) {
     auto* const item = new QTreeWidgetItem(
         m_list, {qt(row.name), qt(row.kind), leftToRight(qt(row.file)), qt(row.deleted), qt(row.until)});
     item->setData(0, idRole, qt(row.id));
@@ -92,7 +92,7 @@ void RestoreSheet::restore() {
   const std::string id = utf8(selected.first()->data(0, idRole).toString());
   Program& program = m_program;
   accept();  // first, since there may be a question in a sheet of its own
-  restoreDeleted(program, id);
+  restoreDeleted(program.creationContext, id);
 }
 
 }  // namespace mirvel::ui

@@ -29,7 +29,7 @@ constexpr auto runHelp = "Program / ProgramArguments: The paths should be absolu
 
 GeneralEditSection::GeneralEditSection(Program& theProgram, IconLoader& icons)
     : GeneralSection(theProgram, icons),
-      m_fileCheck(theProgram),
+      m_fileCheck(theProgram.foundation.defaults, theProgram.repairs, theProgram.platform),
       m_iconButton(new IconButton(theProgram)),
       m_nameValueTextField(new QLineEdit),
       m_forPopUpButton(new QComboBox),

@@ -48,7 +48,7 @@ void RunMenuButton::choose() {
   const auto file = m_program.platform.interface.openPanel({.showsHiddenFiles = optionHeld()});
   if (!file || !self) return;
   if (!qtPath(*file)) return m_program.platform.workspace.beep();  // no job file can hold such a name
-  m_field.insertCommand(chosenCommand(m_program, *file));
+  m_field.insertCommand(chosenCommand(m_program.repairs, *file));
 }
 
 }  // namespace mirvel::ui

@@ -14,7 +14,7 @@ GridModeView::GridModeView(Program& program, IconLoader& icons, QWidget* parent)
       m_program(program),
       m_icons(icons),
       m_grid(new GridView(this)),
-      m_mode(program, *this),
+      m_mode(program.windowContext, *this),
       m_model(program, m_mode, icons) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -31,7 +31,7 @@ GridModeView::~GridModeView() {
 }
 
 void GridModeView::connectGrid() {
-  m_grid->emptyLabel = [this] { return qt(emptyStateLabel(m_program).value_or("")); };
+  m_grid->emptyLabel = [this] { return qt(emptyStateLabel(m_program.windowContext).value_or("")); };
   m_grid->selectionDidChange = [this](int row) { m_mode.selectionDidChange(m_model.path(row)); };
   m_grid->markedItemWasClicked = [this](int row) { m_mode.markedItemWasClicked(m_model.path(row)); };
   m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_grid->viewport()->update(); });

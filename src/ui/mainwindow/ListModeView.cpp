@@ -16,7 +16,7 @@ ListModeView::ListModeView(Program& program, IconLoader& icons, QWidget* parent)
     : QWidget(parent),
       m_program(program),
       m_table(new ListTable(this)),
-      m_mode(program, *this),
+      m_mode(program.windowContext, *this),
       m_model(program, m_mode, icons),
       m_delay(program.platform.mainQueue) {
   auto* layout = new QVBoxLayout(this);
@@ -37,7 +37,7 @@ ListModeView::~ListModeView() {
 }
 
 void ListModeView::connectTable() {
-  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_program).value_or("")); };
+  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_program.windowContext).value_or("")); };
   m_table->selectionMayChange = [this] { return m_mode.selectionMayChange(); };
   m_table->selectionDidChange = [this](int row) { m_mode.selectionDidChange(static_cast<std::size_t>(row)); };
   m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });

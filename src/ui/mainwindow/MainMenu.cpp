@@ -65,12 +65,13 @@ void MainMenu::makeFileMenu() {
 
 void MainMenu::fillRevisions(QMenu& menu) {
   menu.clear();
-  for (const RevisionItem& item : revisionItems(m_program)) {
-    menu.addAction(qt(item.title), this, [this, revision = item.revision] { insertRevision(m_program, revision); });
+  for (const RevisionItem& item : revisionItems(m_program.windowContext)) {
+    menu.addAction(qt(item.title), this,
+                   [this, revision = item.revision] { insertRevision(m_program.windowContext, revision); });
   }
   menu.addSeparator();
   menu.addAction(qt(m_program.foundation.localize.deleteRevisions()), this,
-                 [this] { confirmDeleteRevisions(m_program); });
+                 [this] { confirmDeleteRevisions(m_program.windowContext); });
 }
 
 void MainMenu::makeEditMenu() {
@@ -106,14 +107,14 @@ void MainMenu::makeHelpMenu() {
 
 void fillShareMenu(QMenu& menu, Program& program) {
   menu.clear();
-  const auto items = shareItems(program);
+  const auto items = shareItems(program.selection);
   if (!items) return;
   for (const SharingService& service : sharingServices(*items, program.foundation.localize)) {
     const char* symbol = service.way == SharingService::Way::Copy   ? "edit-copy"
                          : service.way == SharingService::Way::Mail ? "mail-send"
                                                                     : "document-open";
     menu.addAction(IconLoader::symbol(symbol), qt(service.title),
-                   [&program, way = service.way, items] { share(program, way, *items); });
+                   [&program, way = service.way, items] { share(program.platform.workspace, way, *items); });
   }
 }
 

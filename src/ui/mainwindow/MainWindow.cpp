@@ -32,7 +32,7 @@ MainWindow::MainWindow(Program& program, IconLoader& icons)
   addToolBar(m_toolbar);
   enterShell(icons);
   m_program.mainWindow.updateTitle();
-  showMode(m_program.mainWindow.mode());
+  showMode(m_program.currentMode.chosen());
   validateVisibleItems();
 
   const int character = fontMetrics().averageCharWidth();

@@ -15,7 +15,7 @@ TimelineModeView::TimelineModeView(Program& program, QWidget* parent, TimelineMo
       m_program(program),
       m_table(new TimelineTable(this)),
       m_delegate(new TimelineDelegate([this] { return sampleTimes(); }, m_table)),
-      m_mode(program, *this, std::move(zone)),
+      m_mode(program.windowContext, *this, std::move(zone)),
       m_model(m_mode, program.foundation.localize) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -35,7 +35,7 @@ TimelineModeView::~TimelineModeView() {
 }
 
 void TimelineModeView::connectTable() {
-  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_program).value_or("")); };
+  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_program.windowContext).value_or("")); };
   m_table->selectionMayChange = [this] { return m_mode.selectionMayChange(); };
   m_table->selectionDidChange = [this](int row) { m_mode.selectionDidChange(static_cast<std::size_t>(row)); };
   m_table->appearanceDidChange = [this] { m_delegate->measure(m_table->font()); };

@@ -7,7 +7,7 @@
 #include <QScopedValueRollback>
 #include <QShortcut>
 
-#include "core/session/ModeFilter.h"
+#include "core/session/CurrentMode.h"
 #include "ui/mainwindow/MainMenu.h"
 #include "ui/support/FilterField.h"
 #include "ui/support/IconLoader.h"
@@ -45,7 +45,7 @@ Toolbar::Toolbar(Program& program, QWidget* parent)
   addCommand(ToolbarItem::info, Command::info, "document-properties", localize.info());
   m_loadingChanged = program.notifications.loadingChanged.subscribe([this] {
     // A scan is over in a moment: controls that went grey each time would flicker.
-    if (!m_program.state.scanning.isBusy()) m_delay(0, [this] { validate(); });
+    if (!m_program.scanning.isBusy()) m_delay(0, [this] { validate(); });
   });
 }
 
@@ -87,8 +87,7 @@ void Toolbar::addFilter() {
   m_filter = filterField(m_program.foundation.localize);
   m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
-    ModeType* const mode = m_isClearing ? nullptr : m_program.currentMode();
-    if (mode) modeFilter(m_program, *mode, m_program.catalogue.jobs(), utf8(text));
+    if (!m_isClearing) m_program.currentMode.setFilter(m_program.catalogue.jobs(), utf8(text));
   });
   auto* escape = new QShortcut(Qt::Key_Escape, m_filter, nullptr, nullptr, Qt::WidgetShortcut);
   connect(escape, &QShortcut::activated, this, &Toolbar::endFilter);

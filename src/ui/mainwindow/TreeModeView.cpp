@@ -12,7 +12,7 @@ TreeModeView::TreeModeView(Program& program, IconLoader& icons, QWidget* parent)
     : QWidget(parent),
       m_program(program),
       m_outline(new TreeOutline(this)),
-      m_mode(program, *this),
+      m_mode(program.windowContext, *this),
       m_model(m_mode, icons) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -29,7 +29,7 @@ TreeModeView::~TreeModeView() {
 }
 
 void TreeModeView::connectOutline() {
-  m_outline->emptyLabel = [this] { return qt(emptyStateLabel(m_program).value_or("")); };
+  m_outline->emptyLabel = [this] { return qt(emptyStateLabel(m_program.windowContext).value_or("")); };
   m_outline->maySelect = [this](const QModelIndex& index) { return m_mode.maySelect(TreeModel::path(index)); };
   m_outline->accessibilityPress = [this](const QModelIndex& index) {
     return m_mode.accessibilityPress(TreeModel::path(index));

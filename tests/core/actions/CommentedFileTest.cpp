@@ -41,15 +41,15 @@ TEST_F(CommentedFileTest, TheBytesAreKeptBeforeTheCommentsGo) {
   clock.now = 1'700'000'000;
   const auto job = jobOf(commented);
   interface.answer.button = Interface::defaultButton;
-  EXPECT_TRUE(letCommentsGo(program(), job));
-  EXPECT_TRUE(letCommentsGo(program(), job)) << "asked once";
+  EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job));
+  EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job)) << "asked once";
   EXPECT_THAT(interface.alerts, SizeIs(1));
   program().editing.reset();
-  EXPECT_TRUE(letCommentsGo(program(), job)) << "another edit";
+  EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job)) << "another edit";
   EXPECT_THAT(interface.alerts, SizeIs(2));
   EXPECT_THAT(keptFiles(), ElementsAre("a_b 2023-11-14T22.13.20Z.plist")) << "the same bytes";
   (void)folder.write(job->url.path(), commented + " ");
-  EXPECT_TRUE(letCommentsGo(program(), job));
+  EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job));
   EXPECT_THAT(keptFiles(), ElementsAre("a_b 2023-11-14T22.13.20Z 2.plist", "a_b 2023-11-14T22.13.20Z.plist"));
   EXPECT_EQ(testdata::bytes(kept / keptFiles().back()), commented);
   EXPECT_EQ(fs::status(kept / keptFiles().back()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
@@ -63,7 +63,7 @@ TEST_F(CommentedFileTest, TheBytesAreKeptBeforeTheCommentsGo) {
 TEST_F(CommentedFileTest, WhoeverGoesBackKeepsEverything) {
   const auto job = jobOf(commented);
   interface.answer.button = Interface::alternateButton;
-  EXPECT_FALSE(letCommentsGo(program(), job));
+  EXPECT_FALSE(letCommentsGo(foundation, platform, program().editing, job));
   EXPECT_THAT(keptFiles(), IsEmpty());
   EXPECT_THAT(interface.errors, IsEmpty());
 }
@@ -71,18 +71,18 @@ TEST_F(CommentedFileTest, WhoeverGoesBackKeepsEverything) {
 TEST_F(CommentedFileTest, WhatCantBeKeptIsNotReplaced) {
   const auto job = jobOf(commented);
   (void)folder.write(kept.lexically_relative(folder.path()), "no folder");
-  EXPECT_FALSE(letCommentsGo(program(), job));
+  EXPECT_FALSE(letCommentsGo(foundation, platform, program().editing, job));
   EXPECT_THAT(interface.errors, SizeIs(1));
 }
 
 TEST_F(CommentedFileTest, AFileWithoutCommentsAndANewJobAreNotAskedAbout) {
-  EXPECT_TRUE(letCommentsGo(program(), jobOf(testdata::jobText("a/b"))));
+  EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, jobOf(testdata::jobText("a/b"))));
   const auto job = jobOf(commented);
   job->isNewFile = true;
-  EXPECT_TRUE(letCommentsGo(program(), job));
+  EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job));
   job->isNewFile = false;
   fs::remove(job->url.path());
-  EXPECT_TRUE(letCommentsGo(program(), job));
+  EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job));
   EXPECT_THAT(interface.alerts, IsEmpty());
 }
 

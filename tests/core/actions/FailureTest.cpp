@@ -37,7 +37,7 @@ TEST_F(FailureTest, AServiceThatCantBeReachedSendsNothingAndKeepsNoRevision) {
   EXPECT_THAT(interface.errors, ElementsAre(Pair("Could not establish communication with the helper tool", tryAgain)));
   EXPECT_EQ(program().revisions.revisions().size(), 0U);
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
-  EXPECT_FALSE(program().state.saving.isBusy()) << "it can be tried again";
+  EXPECT_FALSE(program().saving.isBusy()) << "it can be tried again";
 }
 
 TEST_F(FailureTest, AConnectionThatFailsCostsOneRequest) {
@@ -49,7 +49,7 @@ TEST_F(FailureTest, AConnectionThatFailsCostsOneRequest) {
     savedJob(kind);
     helpers.requests.back().failure(died);
     EXPECT_THAT(interface.errors, SizeIs(1));
-    EXPECT_FALSE(program().state.saving.isBusy());
+    EXPECT_FALSE(program().saving.isBusy());
     EXPECT_TRUE(program().editing.hasUnsavedChanges()) << "edits stay";
     EXPECT_THAT(helpers.ended, ElementsAre(kind == Kind::userAgent ? "action" : "privileged"));
     const ActionController& actions = program().actions;
@@ -95,11 +95,11 @@ TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
         const jobfile::Plist record = job->plist().clone();
         shell.events.clear();
         program().actions.save(job);
-        EXPECT_TRUE(program().state.saving.isBusy());
+        EXPECT_TRUE(program().saving.isBusy());
         answer();
         EXPECT_THAT(helpers.requests, IsEmpty());
         EXPECT_THAT(interface.errors, SizeIs(errors)) << "who cancels knows";
-        EXPECT_FALSE(program().state.saving.isBusy());
+        EXPECT_FALSE(program().saving.isBusy());
         EXPECT_TRUE(program().editing.hasUnsavedChanges());
         EXPECT_EQ(program().selection.job(), job);
         EXPECT_EQ(job->url.path(), file);
@@ -255,7 +255,7 @@ TEST_F(FailureTest, AnErrorOfAHelperIsToldAndTheEditsStay) {
     helpers.requests.back().reply({{"error", row.error}});
     EXPECT_THAT(interface.errors, ElementsAre(Pair(row.message, row.informative)));
     EXPECT_TRUE(program().editing.hasUnsavedChanges());
-    EXPECT_FALSE(program().state.saving.isBusy());
+    EXPECT_FALSE(program().saving.isBusy());
   }
   EXPECT_EQ(shell.count("saveCompleted"), 0U);
 

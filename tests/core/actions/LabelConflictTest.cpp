@@ -120,10 +120,11 @@ TEST_F(LabelConflictTest, ANewJobOfATakenLabelIsAskedAboutToo) {
   scan();
   for (const int answer : {Interface::defaultButton, Interface::alternateButton}) {
     // Without a label it will get that of its program.
-    const auto made = makeNewJob(program(), {{"Label", ""}, {"ProgramArguments", propertylist::Array{"/bin/ls"}}},
-                                 URL::file("/"), Kind::localDaemon);
+    const auto made =
+        makeNewJob(program().creationContext, {{"Label", ""}, {"ProgramArguments", propertylist::Array{"/bin/ls"}}},
+                   URL::file("/"), Kind::localDaemon);
     std::vector<bool> ended;
-    saveNewJob(program(), made, [&ended](bool isWritten) { ended.push_back(isWritten); });
+    saveNewJob(program().creationContext, made, [&ended](bool isWritten) { ended.push_back(isWritten); });
     ASSERT_THAT(interface.sheets, SizeIs(1));
     interface.answerSheet(answer);
     const bool isCancelled = answer == Interface::defaultButton;

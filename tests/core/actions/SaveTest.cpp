@@ -157,12 +157,12 @@ TEST_F(SaveTest, EachPairOfKindsHasItsRequestsInTheirOrder) {
     const std::string before = job->url.text();
     program().selection.select(job);
     program().actions.save(job);
-    EXPECT_TRUE(program().state.saving.isBusy());
+    EXPECT_TRUE(program().saving.isBusy());
     EXPECT_EQ(job->url.text(), before) << "until it is known";
     EXPECT_EQ(answerAll(), row.requests);
-    EXPECT_FALSE(program().state.saving.isBusy());
+    EXPECT_FALSE(program().saving.isBusy());
     EXPECT_EQ(shortened(job->url.text()), row.url);
-    EXPECT_EQ(job->checksum.empty(), row.now != row.before) << "what moved is read anew, though its bytes are the same";
+    EXPECT_EQ(job->isToBeReadAgain(), row.now != row.before) << "although its bytes are the same";
     EXPECT_TRUE(program().revisions.revisions().find(job->url.text()));
     EXPECT_EQ(shell.count("saveCompleted"), 1U);
     EXPECT_EQ(shell.count("showDisplay"), 1U);
@@ -223,9 +223,9 @@ TEST_F(SaveTest, TwoNewJobsOfOneNameGetFilesOfTheirOwnAndOneQuestion) {
   EXPECT_THAT(asked(), ElementsAre("root writeAndLoad local/LaunchDaemons/a.plist as a",
                                    "root writeAndLoad local/LaunchDaemons/a#.plist as a"));
   helpers.requests[1].reply({});
-  EXPECT_TRUE(program().state.saving.isBusy()) << "the first goes on";
+  EXPECT_TRUE(program().saving.isBusy()) << "the first goes on";
   helpers.requests[0].reply({});
-  EXPECT_FALSE(program().state.saving.isBusy());
+  EXPECT_FALSE(program().saving.isBusy());
 }
 
 TEST_F(SaveTest, TheEndOfAScanIsntThatOfASave) {
@@ -233,10 +233,10 @@ TEST_F(SaveTest, TheEndOfAScanIsntThatOfASave) {
   program().fetcher.fetchJobs();
   program().actions.save(job);
   settle();
-  EXPECT_TRUE(program().state.saving.isBusy());
+  EXPECT_TRUE(program().saving.isBusy());
   EXPECT_THAT(program().catalogue.jobs(), IsEmpty()) << "nothing is shown of what is half done";
   answerLast();
-  EXPECT_FALSE(program().state.saving.isBusy());
+  EXPECT_FALSE(program().saving.isBusy());
   settle();
   EXPECT_EQ(program().catalogue.jobs().size(), 1U);
 }
@@ -310,7 +310,7 @@ TEST_F(SaveTest, AKindWithoutAFolderCantBeSavedTo) {
   program().actions.save(job);
   EXPECT_EQ(interface.errors.size() + interface.alerts.size(), 1U);
   EXPECT_EQ(job->url.text(), before);
-  EXPECT_FALSE(program().state.saving.isBusy());
+  EXPECT_FALSE(program().saving.isBusy());
   EXPECT_THAT(program().revisions.revisions(), testing::SizeIs(0));
 }
 
@@ -323,7 +323,7 @@ TEST_F(SaveTest, AFileWhoseNameIsNoTextIsLeftAlone) {
   program().actions.deleteConfirmed(Interface::defaultButton, *job);
   EXPECT_THAT(asked(), IsEmpty());
   EXPECT_EQ(interface.errors.size(), 2U);
-  EXPECT_FALSE(program().state.saving.isBusy());
+  EXPECT_FALSE(program().saving.isBusy());
 }
 
 TEST_F(SaveTest, ALinkIsWrittenAtItsTargetAndRemovedAsItself) {

@@ -18,7 +18,6 @@ using testing::IsEmpty;
 class AppDelegateTest : public testdata::ProgramFixture {
  protected:
   AppDelegate& delegate() { return program().appDelegate; }
-  AppState& state() { return program().state; }
   /// Lets time pass in small steps, with the scans that fall into it.
   void pass(double seconds) {
     for (const double end = queue.now() + seconds; queue.now() < end - 1e-9;) {
@@ -143,7 +142,7 @@ TEST_F(AppDelegateTest, ABurstOfChangesIsAScanASecondAndTheLastStateWins) {
   start();
   std::vector<double> scans;
   const auto loading = program().notifications.loadingChanged.subscribe([&] {
-    if (state().scanning.isBusy()) scans.push_back(queue.now());
+    if (program().scanning.isBusy()) scans.push_back(queue.now());
   });
   const double begin = queue.now();
   for (int i = 1; i <= 500; ++i) {
@@ -164,7 +163,7 @@ TEST_F(AppDelegateTest, EditsHoldTheScansBackUntilTheyAreGone) {
   program().editing.setUnsavedChanges(true);
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
   pass(3);
-  EXPECT_FALSE(state().scanning.isBusy());
+  EXPECT_FALSE(program().scanning.isBusy());
   writeJob(Kind::userAgent, "new");
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
   program().editing.setUnsavedChanges(false);  // within the 0.1 seconds
@@ -211,15 +210,16 @@ TEST_F(AppDelegateTest, TheAnswerToAHeldBackQuitCounts) {
     } else {
       program().mainWindow.unsavedChangesAlert();
     }
-    EXPECT_EQ(delegate().isTerminating, row.isTerminating);
+    EXPECT_EQ(program().mainWindow.isTerminating(), row.isTerminating);
     interface.answerSheet(row.answer);
     EXPECT_EQ(shell.events, row.events);
     EXPECT_EQ(program().editing.hasUnsavedChanges(), row.hasUnsavedChanges);
-    EXPECT_EQ(delegate().isTerminating, row.isTerminatingThen);
+    EXPECT_EQ(program().mainWindow.isTerminating(), row.isTerminatingThen);
     if (row.isTerminatingThen) {
       EXPECT_TRUE(delegate().applicationShouldTerminate());
     }
-    delegate().isTerminating = false;
+    program().mainWindow.unsavedChangesAlert();
+    interface.answerSheet(1000);
   }
 }
 
@@ -308,7 +308,7 @@ TEST_F(AppDelegateTest, AURLAtAColdStartWaitsForTheFirstScan) {
 TEST_F(AppDelegateTest, AQuitWaitsForASaveUnderWayButForNoPassword) {
   testdata::RecordingShell shell(program());
   program().shell.endPrivilegedConnection = [&] { shell.note("goodbye"); };
-  auto saving = state().saving.begin();
+  auto saving = program().saving.begin();
   EXPECT_FALSE(delegate().applicationShouldTerminate());
   queue.runFor(1);
   EXPECT_EQ(shell.count("terminate"), 0U);
@@ -318,7 +318,7 @@ TEST_F(AppDelegateTest, AQuitWaitsForASaveUnderWayButForNoPassword) {
   EXPECT_EQ(shell.count("goodbye"), 0U) << "the save needed it";
   EXPECT_TRUE(delegate().applicationShouldTerminate());
 
-  saving = state().saving.begin();
+  saving = program().saving.begin();
   EXPECT_FALSE(delegate().applicationShouldTerminate());
   EXPECT_TRUE(delegate().applicationShouldTerminate()) << "who insists needn't wait";
 

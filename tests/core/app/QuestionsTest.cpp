@@ -42,7 +42,7 @@ class QuestionsTest : public testdata::ProgramFixture {
   }
   void save() { EditController(program(), stack).save(); }
   void deleteJob() {
-    program().mainWindow.confirmDelete(jobNamed("a"));
+    program().deletion.confirm(jobNamed("a"));
     const auto answer = std::move(interface.sheets.back().second);
     interface.sheets.clear();
     answer(Interface::defaultButton);
@@ -78,8 +78,8 @@ TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
   } rows[] = {
       {"Check", "Check", [&] { program().mainWindow.unsavedChangesAlert(); }},
       {"Check", "Check", [&] { edit(plain), (void)program().mainWindow.sessionMayEnd(); }},
-      {"Cancel", "Cancel", [&] { program().mainWindow.confirmDelete(jobNamed("a")); }},
-      {"Cancel", "Cancel", [&] { confirmDeleteRevisions(program()); }},
+      {"Cancel", "Cancel", [&] { program().deletion.confirm(jobNamed("a")); }},
+      {"Cancel", "Cancel", [&] { confirmDeleteRevisions(program().windowContext); }},
       {"Cancel", "Compare", [&] { edit(plain), write(Kind::userAgent, "a.plist", "theirs"), save(); }},
       {"Cancel", "Cancel", [&] { edit(plain + "<!-- mine -->"), save(); }},
       {"Cancel", "Run Shell Script", [&] { edit(plain).plist().run = "/bin/ls | wc", save(); }},
@@ -95,7 +95,7 @@ TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
          fs::remove(path(Kind::userAgent, "a.plist"));
          write(Kind::userAgent, "b.plist", plain);
          scan();
-         restoreDeleted(program(), deletedJobRows(program()).at(0).id);
+         restoreDeleted(program().creationContext, deletedJobRows(program().creationContext).at(0).id);
        }},
       {"Cancel", "Cancel",
        [&] {
@@ -118,7 +118,7 @@ TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
       {"Later", "Show",
        [&] {
          OneRelease release;
-         UpdateManager(program(), release, "1").check("Mirvel", true);
+         UpdateManager(foundation.localize, platform, program().shell, release, "1").check("Mirvel", true);
        }},
   };
   interface.answer.button = Interface::otherButton;  // which goes back, or is none

@@ -34,7 +34,7 @@ class UpdateManagerTest : public testdata::ProgramFixture {
   }
 
   FakeDownloads downloads;
-  UpdateManager updates{program(), downloads, "1.9"};
+  UpdateManager updates{foundation.localize, platform, program().shell, downloads, "1.9"};
 };
 
 TEST_F(UpdateManagerTest, ANewVersionIsOffered) {

@@ -26,7 +26,7 @@ class CopiedJobsTest : public CreationFixture {
     std::vector<URL> urls;
     for (const auto& file : files) urls.push_back(URL::file(file));
     program().creation.filesToImport = urls;
-    return ImportController(program());
+    return ImportController(program().creationContext);
   }
   fs::path source(const std::string& name, const std::string& content) const {
     return folder.write("source/" + name, content);
@@ -41,18 +41,18 @@ class CopiedJobsTest : public CreationFixture {
 TEST_F(CopiedJobsTest, TheSheetOpensOnceThereIsAFileToImport) {
   int count = 0;
   program().shell.segues[String::importSegue] = [&] { ++count; };
-  importAction(program(), true);
+  importAction(program().creationContext, true);
   EXPECT_EQ(count, 0);
   EXPECT_TRUE(interface.openPanels.at(0).showsHiddenFiles);
   EXPECT_THAT(interface.openPanels.at(0).allowedTypes, ElementsAre("plist"));
   interface.openPath = "/x/a b.plist";
-  importAction(program(), false);
+  importAction(program().creationContext, false);
   EXPECT_EQ(count, 1);
-  EXPECT_EQ(ImportController(program()).title(), "Import – a b.plist");
-  importFiles(program(), {});
+  EXPECT_EQ(ImportController(program().creationContext).title(), "Import – a b.plist");
+  importFiles(program().creationContext, {});
   EXPECT_EQ(count, 1);
-  EXPECT_EQ(ImportController(program()).title(), "Duplicate") << "of no file";
-  EXPECT_EQ(ImportController(program()).kindTitle(), "For:");
+  EXPECT_EQ(ImportController(program().creationContext).title(), "Duplicate") << "of no file";
+  EXPECT_EQ(ImportController(program().creationContext).kindTitle(), "For:");
 }
 
 TEST_F(CopiedJobsTest, AnImportNeedsAKind) {
@@ -170,7 +170,7 @@ TEST_F(CopiedJobsTest, ADuplicateDiffersInItsLabelOnly) {
                   {"RunAtLoad", "yes"}};
   writeJob(Kind::localAgent, "job", keys);
   select("job");
-  DuplicateController sheet(program());
+  DuplicateController sheet(program().creationContext);
   EXPECT_EQ(sheet.title(), "Duplicate – job");
   EXPECT_EQ(sheet.nameTitle(), "Name:");
   EXPECT_EQ(sheet.suggestedName(), "job copy");
@@ -200,7 +200,7 @@ TEST_F(CopiedJobsTest, ACopyIsNoMoreOpenThanWhatItIsMadeFrom) {
     const auto other = source("x.plist", testdata::jobText("imported"));
     for (const fs::path& file : {job, other}) ASSERT_EQ(::chmod(file.c_str(), row.mode), 0);
     select("job");
-    EXPECT_TRUE(DuplicateController(program()).save("other"));
+    EXPECT_TRUE(DuplicateController(program().creationContext).save("other"));
     EXPECT_EQ(asked(), row.asked);
     helpers.requests.clear();
     auto import = importOf({other});
@@ -210,7 +210,7 @@ TEST_F(CopiedJobsTest, ACopyIsNoMoreOpenThanWhatItIsMadeFrom) {
     EXPECT_EQ(asked(), row.asked);
     select("job");
     interface.savePath = folder.path() / "out.plist";
-    exportJob(program());
+    exportJob(program().selection, program().foundation.roots, program().platform.interface);
     EXPECT_EQ(static_cast<mode_t>(fs::status(*interface.savePath).permissions()), row.exported);
     fs::remove(*interface.savePath);
     fs::remove(job), fs::remove(other);
@@ -240,13 +240,13 @@ TEST_F(CopiedJobsTest, ADuplicateIsRefusedWhereItMakesNoSense) {
     }
     program().editing.setUnsavedChanges(row.hasUnsavedChanges);
     interface.errors.clear();
-    EXPECT_FALSE(DuplicateController(program()).save(row.name)) << row.name;
+    EXPECT_FALSE(DuplicateController(program().creationContext).save(row.name)) << row.name;
     EXPECT_EQ(interface.errors, row.errors) << row.name;
     program().editing.setUnsavedChanges(false);
   }
   EXPECT_THAT(helpers.requests, IsEmpty());
   select("job");
-  EXPECT_TRUE(DuplicateController(program()).save("")) << "an empty name gets one";
+  EXPECT_TRUE(DuplicateController(program().creationContext).save("")) << "an empty name gets one";
   EXPECT_EQ(*written().find("Label"), propertylist::Value("ls"));
   EXPECT_EQ(writtenPath(), "user/LaunchAgents/ls.plist");
 }
@@ -254,24 +254,24 @@ TEST_F(CopiedJobsTest, ADuplicateIsRefusedWhereItMakesNoSense) {
 TEST_F(CopiedJobsTest, AnExportWritesTheSelectedJobWhereTheUserSays) {
   writeJob(Kind::userAgent, "a_b", {{"Program", "/bin/ls"}, {"Unheard", 1}});
   loginItems.ownItems = {{"own", "/own/item", {}, {}}};
-  exportJob(program());
+  exportJob(program().selection, program().foundation.roots, program().platform.interface);
   select("own");
-  exportJob(program());
+  exportJob(program().selection, program().foundation.roots, program().platform.interface);
   EXPECT_THAT(interface.savePanels, IsEmpty()) << "there is no job file to export";
 
   select("a_b");
-  exportJob(program());
+  exportJob(program().selection, program().foundation.roots, program().platform.interface);
   const SavePanel& panel = interface.savePanels.at(0);
   EXPECT_EQ(panel.folder, roots.home);
   EXPECT_EQ(panel.name, "a_b");
   EXPECT_EQ(panel.allowedType, "plist");
 
   interface.savePath = folder.path() / "out.plist";
-  exportJob(program());
+  exportJob(program().selection, program().foundation.roots, program().platform.interface);
   EXPECT_EQ(testdata::bytes(*interface.savePath), testdata::bytes(path(Kind::userAgent, "a_b.plist")));
   EXPECT_THAT(interface.errors, IsEmpty());
   interface.savePath = folder.path() / "missing" / "out.plist";
-  exportJob(program());
+  exportJob(program().selection, program().foundation.roots, program().platform.interface);
   EXPECT_THAT(interface.errors, ElementsAre(Pair(HasSubstr("missing"), "")));
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_EQ(selectedName(), "a_b");

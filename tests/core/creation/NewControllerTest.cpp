@@ -18,7 +18,7 @@ class NewControllerTest : public CreationFixture {
     return result + sheet.nextTitle() + (sheet.isNextEnabled() ? "" : " (off)");
   }
 
-  NewController sheet{program()};
+  NewController sheet{program().creationContext};
 };
 
 TEST_F(NewControllerTest, PagesAreWalkedThroughAsFarAsEachAllows) {
@@ -53,7 +53,7 @@ TEST_F(NewControllerTest, PagesAreWalkedThroughAsFarAsEachAllows) {
 }
 
 TEST_F(NewControllerTest, OneOfThreeKindsIsOn) {
-  EXPECT_THAT(kindChoices(program()),
+  EXPECT_THAT(kindChoices(program().kinds),
               ElementsAre(KindChoice{Kind::userAgent, "Ada Lovelace"}, KindChoice{Kind::localAgent, "Everyone"},
                           KindChoice{Kind::localDaemon, "root"}));
   const struct {
@@ -159,7 +159,6 @@ TEST_F(NewControllerTest, ItHearsOfItsRulesWhateverBecomesOfTheSelectedJob) {
   sheet.when.scheduled(true);
   scan();  // publishes the jobs under the sheet
   program().selection.select(jobNamed("a"));
-  program().mainWindow.selectedJobDidChange();
   editor.removeRow(0);
   EXPECT_FALSE(sheet.when.isScheduled()) << "without a rule there is no schedule";
 

@@ -1,7 +1,6 @@
-#include "core/creation/NewOutlook.h"
+#include "core/creation/NewController.h"
 
 #include "core/creation/CreationFixture.h"
-#include "core/creation/NewController.h"
 #include "core/explain/NextRuns.h"
 #include "support/TestData.h"
 
@@ -86,7 +85,7 @@ TEST(NewOutlookTest, TheNextRunsAreThoseOfTheCalendarAndOfTheInterval) {
 class OutlookOfSheetTest : public CreationFixture {};
 
 TEST_F(OutlookOfSheetTest, RulesCountOnlyWhileTheJobIsScheduled) {
-  NewController sheet(program());
+  NewController sheet(program().creationContext);
   Scheduled::RuleEditor editor(program().scheduledController);
   sheet.when.setRuleEditor(&editor);
   sheet.name.setName("a");

@@ -25,7 +25,7 @@ class RestoreDeletedTest : public testdata::ProgramFixture {
   void deleteJob(const std::string& name, bool isDone = true) {
     scan();
     const auto job = jobNamed(name);
-    program().mainWindow.confirmDelete(job);
+    program().deletion.confirm(job);
     interface.answerSheet(Interface::defaultButton);
     answer(isDone, [&] { fs::remove(job->url.path()); });
   }
@@ -40,12 +40,12 @@ class RestoreDeletedTest : public testdata::ProgramFixture {
   }
   std::vector<std::string> rows() {
     std::vector<std::string> result;
-    for (const auto& row : deletedJobRows(program())) result.push_back(row.name + " " + row.file);
+    for (const auto& row : deletedJobRows(program().creationContext)) result.push_back(row.name + " " + row.file);
     return result;
   }
   void restoreFirst() {
     helpers.requests.clear();
-    restoreDeleted(program(), deletedJobRows(program()).at(0).id);
+    restoreDeleted(program().creationContext, deletedJobRows(program().creationContext).at(0).id);
   }
   const testdata::FakeHelpers::Request& request() const { return helpers.requests.front(); }
 
@@ -113,7 +113,7 @@ TEST_F(RestoreDeletedTest, AJobThatWasntDeletedIsntListedEvenAfterItChanges) {
 TEST_F(RestoreDeletedTest, WhatAHelperDeletesThatWasCutOffIsKept) {
   const auto file = writeJob(Kind::localDaemon, "a");
   scan();
-  program().mainWindow.confirmDelete(jobNamed("a"));
+  program().deletion.confirm(jobNamed("a"));
   interface.answerSheet(Interface::defaultButton);
   helpers.requests.back().failure({.code = Error::Code::Io, .message = "the helper has ended"});
   settle();
@@ -192,10 +192,10 @@ TEST_F(RestoreDeletedTest, WhatIsRestoredDisabledIsNoLongerKeptAndItsCommentsAre
 TEST_F(RestoreDeletedTest, AJobIsRestoredOnceAtATime) {
   writeJob(Kind::userAgent, "a");
   deleteJob("a");
-  const std::string id = deletedJobRows(program()).at(0).id;
+  const std::string id = deletedJobRows(program().creationContext).at(0).id;
   helpers.requests.clear();
-  restoreDeleted(program(), id);
-  restoreDeleted(program(), id);
+  restoreDeleted(program().creationContext, id);
+  restoreDeleted(program().creationContext, id);
   EXPECT_THAT(helpers.requests, SizeIs(1));
 }
 
@@ -204,10 +204,13 @@ TEST_F(RestoreDeletedTest, ANewJobOfTheSameNameGetsAnotherFile) {
     const auto file = writeJob(Kind::userAgent, "a");
     deleteJob("a");
     helpers.requests.clear();
-    const auto restore = [this] { restoreDeleted(program(), deletedJobRows(program()).at(0).id); };
+    const auto restore = [this] {
+      restoreDeleted(program().creationContext, deletedJobRows(program().creationContext).at(0).id);
+    };
     if (isRestoredFirst) restore();
-    saveNewJob(program(),
-               makeNewJob(program(), {{"Label", "a"}, {"Program", "/bin/ls"}}, URL::file("/new"), Kind::userAgent));
+    saveNewJob(program().creationContext,
+               makeNewJob(program().creationContext, {{"Label", "a"}, {"Program", "/bin/ls"}}, URL::file("/new"),
+                          Kind::userAgent));
     if (!isRestoredFirst) restore();
     ASSERT_THAT(helpers.requests, SizeIs(2));
     EXPECT_NE(helpers.requests[0].text("path"), helpers.requests[1].text("path"));
@@ -241,7 +244,7 @@ TEST_F(RestoreDeletedTest, WhatTakesThePlaceWhileThePasswordIsAskedForStays) {
 TEST_F(RestoreDeletedTest, AnEditThatBeganWhileTheQuestionWasUpIsntDeleted) {
   const auto file = writeJob(Kind::userAgent, "a");
   scan();
-  program().mainWindow.confirmDelete(jobNamed("a"));
+  program().deletion.confirm(jobNamed("a"));
   program().editing.setUnsavedChanges(true);
   interface.answerSheet(Interface::defaultButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
@@ -251,7 +254,7 @@ TEST_F(RestoreDeletedTest, AnEditThatBeganWhileTheQuestionWasUpIsntDeleted) {
 TEST_F(RestoreDeletedTest, AQuitWaitsForADeletionUnderWay) {
   writeJob(Kind::localDaemon, "a");
   scan();
-  program().mainWindow.confirmDelete(jobNamed("a"));
+  program().deletion.confirm(jobNamed("a"));
   interface.answerSheet(Interface::defaultButton);
   EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
   EXPECT_THAT(helpers.ended, IsEmpty()) << "the helper is still needed";
@@ -274,11 +277,11 @@ TEST_F(RestoreDeletedTest, TheQuestionSaysUntilWhenAndForWhichJobsItIsTooLate) {
   loginItems.ownItems = {{"own", "/own/item", {}, {}}};
   writeJob(Kind::userAgent, "a");
   scan();
-  EXPECT_THAT(consequenceOfDeleting(program(), *jobNamed("a")), HasSubstr("“Restore Deleted”"));
-  EXPECT_THAT(consequenceOfDeleting(program(), *jobNamed("a")), HasSubstr("1970")) << "30 days after the clock's now";
-  EXPECT_EQ(consequenceOfDeleting(program(), *jobNamed("own")), "You can’t undo this action.");
+  EXPECT_THAT(program().deletion.consequence(*jobNamed("a")), HasSubstr("“Restore Deleted”"));
+  EXPECT_THAT(program().deletion.consequence(*jobNamed("a")), HasSubstr("1970")) << "30 days after the clock's now";
+  EXPECT_EQ(program().deletion.consequence(*jobNamed("own")), "You can’t undo this action.");
   for (const Kind kind : {Kind::privilegedHelperTool, Kind::localStartupItem, Kind::systemStartupItem}) {
-    EXPECT_EQ(consequenceOfDeleting(program(), Job(kind, "x", "", "", URL::file("/x"))), "You can’t undo this action.");
+    EXPECT_EQ(program().deletion.consequence(Job(kind, "x", "", "", URL::file("/x"))), "You can’t undo this action.");
   }
 }
 
@@ -287,7 +290,7 @@ TEST_F(RestoreDeletedTest, WhatCantBeKeptIsDeletedOnlyAfterAnotherQuestion) {
   writeJob(Kind::userAgent, "a");
   scan();
   for (const int button : {Interface::alternateButton, Interface::defaultButton}) {
-    program().mainWindow.confirmDelete(jobNamed("a"));
+    program().deletion.confirm(jobNamed("a"));
     interface.answerSheet(Interface::defaultButton);
     ASSERT_THAT(interface.sheets, SizeIs(1));
     EXPECT_EQ(interface.sheets.front().first.safeButton, Interface::alternateButton);

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include "core/actions/NormalizeForSave.h"
 #include "core/creation/ApplicationList.h"
 #include "core/creation/CreationFixture.h"
 #include "core/creation/InstalledApplications.h"
@@ -27,7 +28,7 @@ class RunChoosersTest : public CreationFixture {
            (script.mayGoOn() ? ", next" : "");
   }
 
-  NewController sheet{program()};
+  NewController sheet{program().creationContext};
 };
 
 TEST_F(RunChoosersTest, ApplicationsAreFoundBesideTheMainThreadAndByPartsOfTheirNames) {
@@ -35,7 +36,7 @@ TEST_F(RunChoosersTest, ApplicationsAreFoundBesideTheMainThreadAndByPartsOfTheir
     (void)folder.write("home/.local/share/applications/" + std::string(name) + ".desktop",
                        "[Desktop Entry]\nType=Application\nExec=tool\nName=" + std::string(name) + '\n');
   }
-  auto list = std::make_unique<ApplicationList>(program());
+  auto list = std::make_unique<ApplicationList>(foundation, platform);
   int found = 0;
   list->find([&] { ++found; });
   EXPECT_TRUE(list->isFinding());
@@ -160,7 +161,7 @@ TEST_F(RunChoosersTest, AWrittenScriptRunsByTheInterpreterOfItsLanguage) {
     EXPECT_EQ(testdata::bytes(file), row.text);
     EXPECT_EQ(interface.savePanels.back().name, row.suggested);
     jobfile::Plist plist = record().clone();
-    EXPECT_TRUE(plist.normalizeForSave(program().repairs));
+    EXPECT_TRUE(normalizeForSave(plist, program().repairs));
     EXPECT_EQ(plist.programArguments, (std::vector<std::string>{row.interpreter, file.string()})) << record().run;
   }
 }

@@ -24,7 +24,7 @@ class SaveNewTest : public CreationFixture {
     sheet.next();
   }
   bool save(const std::string& name, Kind kind = Kind::userAgent) {
-    NewController sheet(program());
+    NewController sheet(program().creationContext);
     fill(sheet, name);
     sheet.name.kindChanged(kind.rawValue());
     return sheet.next();
@@ -60,7 +60,7 @@ TEST_F(SaveNewTest, TheFileHoldsWhatThePagesSay) {
         {"RunAtLoad", true}}},
   };
   for (const auto& [change, content] : table) {
-    NewController sheet(program());
+    NewController sheet(program().creationContext);
     Scheduled::RuleEditor editor(program().scheduledController);
     sheet.when.setRuleEditor(&editor);
     fill(sheet, "a b");
@@ -73,7 +73,7 @@ TEST_F(SaveNewTest, TheFileHoldsWhatThePagesSay) {
 }
 
 TEST_F(SaveNewTest, WhatIsHalfTypedInTheRulesIsTakenOver) {
-  NewController sheet(program());
+  NewController sheet(program().creationContext);
   Scheduled::RuleEditor editor(program().scheduledController);
   sheet.when.setRuleEditor(&editor);
   fill(sheet, "a");
@@ -110,7 +110,7 @@ TEST_F(SaveNewTest, TheJobGoesToTheFolderOfItsKindAndIsSelected) {
 }
 
 TEST_F(SaveNewTest, AnUnusableNameLeavesTheSheetAsItIs) {
-  NewController sheet(program());
+  NewController sheet(program().creationContext);
   fill(sheet, "app.mirvel.mine");  // only Mirvel itself has such jobs, and they aren't shown
   EXPECT_FALSE(sheet.next());
   EXPECT_THAT(interface.errors, ElementsAre(Pair("An error occurred while saving", "Please try again.")));
@@ -123,7 +123,7 @@ TEST_F(SaveNewTest, AnUnusableNameLeavesTheSheetAsItIs) {
 
 TEST_F(SaveNewTest, ACommandTooComplexIsAskedAboutOnce) {
   interface.answer.button = Interface::alternateButton;
-  NewController sheet(program());
+  NewController sheet(program().creationContext);
   fill(sheet, "a", "/bin/ls | wc");
   EXPECT_TRUE(sheet.next());
   EXPECT_THAT(interface.alerts, SizeIs(1));
@@ -132,7 +132,7 @@ TEST_F(SaveNewTest, ACommandTooComplexIsAskedAboutOnce) {
 
 TEST_F(SaveNewTest, WhoeverGoesBackFromThatQuestionIsInTheSheetAgain) {
   interface.answer.button = Interface::otherButton;
-  NewController sheet(program());
+  NewController sheet(program().creationContext);
   fill(sheet, "a", "/bin/ls | wc");
   EXPECT_FALSE(sheet.next());
   EXPECT_EQ(sheet.currentPage(), New::Page::when);
@@ -149,7 +149,7 @@ TEST_F(SaveNewTest, ATypedCommandArrivesAsTyped) {
       {"/bin/echo '\"a b\"' \\\\", {"/bin/echo", "\"a b\"", "\\"}},
   };
   for (const auto& [typed, words] : table) {
-    NewController sheet(program());
+    NewController sheet(program().creationContext);
     fill(sheet, "a", typed);
     EXPECT_TRUE(sheet.next());
     EXPECT_EQ(*written().find("ProgramArguments"), propertylist::Value(words)) << typed;
@@ -185,7 +185,7 @@ TEST_F(SaveNewTest, AJobThatCouldntBeSavedIsThereInTheNextSheet) {
   for (const auto& [kind, answer, isKept] : table) {
     const auto row = &kind - &std::get<0>(table[0]);
     {
-      NewController sheet(program());
+      NewController sheet(program().creationContext);
       Scheduled::RuleEditor editor(program().scheduledController);
       sheet.when.setRuleEditor(&editor);
       fill(sheet, "job");
@@ -197,7 +197,7 @@ TEST_F(SaveNewTest, AJobThatCouldntBeSavedIsThereInTheNextSheet) {
     EXPECT_FALSE(program().creation.unsaved) << "not before it is known, row " << row;
     answer();
     queue.runDue();
-    NewController next(program());
+    NewController next(program().creationContext);
     EXPECT_EQ(next.name.name(), isKept ? "job" : "") << "row " << row;
     EXPECT_EQ(next.run.command.text(), isKept ? "/bin/ls -l" : "");
     EXPECT_EQ(next.name.chosenKind(), isKept ? kind : Kind(Kind::userAgent));
@@ -220,8 +220,8 @@ TEST_F(SaveNewTest, WithoutAnyHelperTheJobIsKept) {
   helpers.canConnect = false;
   EXPECT_TRUE(save("job"));
   EXPECT_THAT(interface.errors, SizeIs(1));
-  EXPECT_EQ(NewController(program()).name.name(), "job");
-  EXPECT_EQ(NewController(program()).name.name(), "") << "and forgotten with the sheet that took it";
+  EXPECT_EQ(NewController(program().creationContext).name.name(), "job");
+  EXPECT_EQ(NewController(program().creationContext).name.name(), "") << "and forgotten with the sheet that took it";
 }
 
 }  // namespace

@@ -70,8 +70,8 @@ TEST_F(EditControllerTest, ButtonsFollowTheState) {
       {false, false, true, Kind::systemDaemon, {false, false, false, "Discard Changes"}},
   };
   for (const auto& row : table) {
-    const auto saving = row.isSaving ? program().state.saving.begin() : Busy::Token();
-    const auto scanning = row.isScanning ? program().state.scanning.begin() : Busy::Token();
+    const auto saving = row.isSaving ? program().saving.begin() : Busy::Token();
+    const auto scanning = row.isScanning ? program().scanning.begin() : Busy::Token();
     program().selection.job()->kind = row.kind;
     program().editing.setUnsavedChanges(row.hasUnsavedChanges);
     controller.updateButtons();
@@ -268,7 +268,7 @@ TEST_F(EditControllerTest, AChangeThatComesWhileThePasswordIsAskedForIsAskedAbou
   EXPECT_THAT(helpers.requests, IsEmpty());
   ASSERT_EQ(interface.sheets.size(), 1U);
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
-  EXPECT_FALSE(program().state.saving.isBusy());
+  EXPECT_FALSE(program().saving.isBusy());
   interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(helpers.requests, SizeIs(1)) << "mine, and no second password";
 }

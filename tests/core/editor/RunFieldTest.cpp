@@ -56,11 +56,11 @@ TEST_F(RunFieldTest, FilesStandInACommandSoThatTheyAreOneArgument) {
   EXPECT_EQ(withCommand("/bin/sh ", "/x"), "/bin/sh /x");
   const auto script = folder.write("my script.txt", "#!/bin/sh\n");
   ASSERT_TRUE(foundation.defaults.set(Defaults::Key::automaticHelp, false));
-  EXPECT_EQ(chosenCommand(program(), script), "\"" + script.string() + "\"");
+  EXPECT_EQ(chosenCommand(program().repairs, script), "\"" + script.string() + "\"");
 }
 
 TEST_F(RunFieldTest, MissingFilesAreFoundBesideTheMainThreadAndTheLastQuestionCounts) {
-  FileCheck check(program());
+  FileCheck check(foundation.defaults, program().repairs, platform);
   using Answers = std::vector<std::vector<fs::path>>;
   Answers answers;
   const auto ask = [&](const std::string& command) {

@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "core/catalogue/Launchd.h"
-#include "core/commands/NormalizeForSave.h"
+#include "core/commands/TextAsEdited.h"
 #include "core/jobfile/JobFile.h"
 #include "core/jobfile/PlistKeys.h"
 #include "support/RecordingConsole.h"

@@ -39,7 +39,7 @@ class GridModeTest : public testdata::ModeFixture {
   }
 
   RecordingCollection collection;
-  GridMode grid{program(), collection};
+  GridMode grid{program().windowContext, collection};
 };
 
 TEST_F(GridModeTest, OnlyWhatDiffersIsShownAnew) {
@@ -172,7 +172,7 @@ TEST_F(GridModeTest, AClickSelectsUnlessChangesOrWorkStandAgainstIt) {
   for (const auto& row : rows) {
     program().editing.setUnsavedChanges(row.state == Unsaved || row.state == UnsavedAndBusy);
     const bool isBusy = row.state == Busy || row.state == UnsavedAndBusy;
-    const auto saving = isBusy ? state().saving.begin() : mirvel::Busy::Token();
+    const auto saving = isBusy ? program().saving.begin() : mirvel::Busy::Token();
     grid.selectionDidChange(row.path);
     EXPECT_EQ(program().selection.job() ? program().selection.job()->name : "", row.selected) << row.what;
     EXPECT_EQ(interface.sheets.size(), row.questions) << row.what;

@@ -36,7 +36,6 @@ class ListModeTest : public testdata::ProgramFixture {
  protected:
   ListModeTest() { (void)foundation.defaults.setSelectedMode(2); }
 
-  AppState& state() { return program().state; }
   URL url(const std::string& label) const { return URL::file(path(Kind::userAgent, label + ".plist")); }
   /// The same job, read another time.
   std::shared_ptr<Job> launchdCopy(const std::string& label) {
@@ -54,7 +53,7 @@ class ListModeTest : public testdata::ProgramFixture {
 
   testdata::RecordingShell shell{program()};
   RecordingTable table;
-  ListMode list{program(), table};
+  ListMode list{program().windowContext, table};
 };
 
 TEST_F(ListModeTest, CellsTellWhatTheJobIs) {
@@ -130,7 +129,7 @@ TEST_F(ListModeTest, ASortKeepsTheSelectedJobInSight) {
 }
 
 TEST_F(ListModeTest, HeadersArentPreparedForATableThatHasGone) {
-  auto ending = std::make_unique<ListMode>(program(), table);
+  auto ending = std::make_unique<ListMode>(program().windowContext, table);
   ending->setSortDescriptors({{"name", true}});
   ending.reset();
   queue.runFor(1);

@@ -19,7 +19,6 @@ using testing::IsEmpty;
 class MenuControllerTest : public testdata::ProgramFixture {
  protected:
   MenuController& menus() { return program().menus; }
-  AppState& state() { return program().state; }
   void select(const std::string& name) {
     scan();
     program().selection.select(jobNamed(name));
@@ -108,31 +107,31 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   writeJob(Kind::userAgent, "a");
   writeJob(Kind::userAgent, "b");
   select("a");
-  state().filterString = "b";
+  program().currentMode.setFilter(program().catalogue.jobs(), "b");
   shell.events.clear();
   menus().perform(Command::tree);
   EXPECT_EQ(foundation.defaults.selectedMode(), 1);
-  EXPECT_EQ(program().mainWindow.mode(), Mode::tree);
+  EXPECT_EQ(program().currentMode.chosen(), Mode::tree);
   EXPECT_THAT(shell.events, ElementsAre("showMode 1", "clearFilter", "update, catalogue of 2", "deselect",
                                         "clearDetail", "title Mirvel", "updateDetail", "busy"));
   EXPECT_EQ(names(shell.shown), (std::vector<std::string>{"a", "b"}));
   EXPECT_FALSE(program().selection.job());
-  EXPECT_EQ(state().filterString, "");
+  EXPECT_EQ(program().currentMode.filter(), "");
   EXPECT_EQ(fetchQueue.count(), 1U);
 
   program().editing.setUnsavedChanges(true);
   menus().perform(Command::grid);
-  EXPECT_EQ(program().mainWindow.mode(), Mode::tree);
+  EXPECT_EQ(program().currentMode.chosen(), Mode::tree);
   select("a");
   program().editing.setUnsavedChanges(true);
   menus().perform(Command::tree);
   EXPECT_TRUE(program().selection.job()) << "the mode that is there leaves what is being edited";
   program().editing.setUnsavedChanges(false);
-  const auto scanning = state().scanning.begin();
+  const auto scanning = program().scanning.begin();
   menus().perform(Command::list);
-  EXPECT_EQ(program().mainWindow.mode(), Mode::list) << "a scan is no reason to wait";
+  EXPECT_EQ(program().currentMode.chosen(), Mode::list) << "a scan is no reason to wait";
   ASSERT_TRUE(foundation.defaults.setSelectedMode(4));
-  EXPECT_EQ(program().mainWindow.mode(), Mode::grid) << "a mode that there isn't";
+  EXPECT_EQ(program().currentMode.chosen(), Mode::grid) << "a mode that there isn't";
 }
 
 TEST_F(MenuControllerTest, SettingsOfTheViewAreTurnedAroundAndFollowed) {
@@ -210,20 +209,22 @@ TEST_F(MenuControllerTest, TheEndOfTheSessionAsksAboutUnsavedChanges) {
 TEST_F(MenuControllerTest, ALaunchdJobIsSharedAsFileAndTextAndOthersAsTheirCommand) {
   writeJob(Kind::userAgent, "a b", {{"Program", "/bin/ls"}});
   loginItems.ownItems = {{"own", "/own/item", {}, {}}};
-  EXPECT_FALSE(shareItems(program()));
+  EXPECT_FALSE(shareItems(program().selection));
   select("a b");
-  const auto items = shareItems(program());
+  const auto items = shareItems(program().selection);
   ASSERT_TRUE(items && items->url);
   EXPECT_THAT(items->text, HasSubstr("<string>/bin/ls</string>"));
   EXPECT_EQ(sharingServices(*items, foundation.localize).size(), 3U);
-  for (const auto& service : sharingServices(*items, foundation.localize)) share(program(), service.way, *items);
+  for (const auto& service : sharingServices(*items, foundation.localize))
+    share(program().platform.workspace, service.way, *items);
   const std::string file = path(Kind::userAgent, "a b.plist").string();
   EXPECT_THAT(workspace.deeds,
               ElementsAre("copy " + file + ": " + items->text,
                           HasSubstr("mailto:?subject=a%20b.plist&body=%3c%3fxml%20version"), "open " + file));
   program().selection.select(jobNamed("own"));
-  EXPECT_EQ(shareItems(program())->text, "/own/item");
-  EXPECT_EQ(sharingServices(*shareItems(program()), foundation.localize).size(), 2U) << "there is no file to open";
+  EXPECT_EQ(shareItems(program().selection)->text, "/own/item");
+  EXPECT_EQ(sharingServices(*shareItems(program().selection), foundation.localize).size(), 2U)
+      << "there is no file to open";
 }
 
 }  // namespace

@@ -9,13 +9,12 @@ namespace {
 
 class ModeRulesTest : public testdata::ProgramFixture {
  protected:
-  AppState& state() { return program().state; }
   static std::shared_ptr<Job> job(Kind kind) { return std::make_shared<Job>(kind, "job", "", "", URL::file("/job")); }
 };
 
 TEST_F(ModeRulesTest, TheSelectionIsGuardedWithOneQuestion) {
-  SelectionGuard guard(program());
-  SelectionGuard otherGuard(program());
+  SelectionGuard guard(program().windowContext);
+  SelectionGuard otherGuard(program().windowContext);
   enum { Clean, Unsaved, Busy, UnsavedAndBusy };
   const struct {
     int state;
@@ -28,7 +27,7 @@ TEST_F(ModeRulesTest, TheSelectionIsGuardedWithOneQuestion) {
   for (const auto& step : steps) {
     program().editing.setUnsavedChanges(step.state == Unsaved || step.state == UnsavedAndBusy);
     const bool isBusy = step.state == Busy || step.state == UnsavedAndBusy;
-    const auto saving = isBusy ? state().saving.begin() : mirvel::Busy::Token();
+    const auto saving = isBusy ? program().saving.begin() : mirvel::Busy::Token();
     EXPECT_EQ(guard.mayChange(), step.mayChange);
     EXPECT_EQ(interface.sheets.size(), step.questions);
   }
@@ -37,13 +36,13 @@ TEST_F(ModeRulesTest, TheSelectionIsGuardedWithOneQuestion) {
 }
 
 TEST_F(ModeRulesTest, AnEmptyViewTellsWhyUnlessAFilterMadeItSo) {
-  EXPECT_EQ(emptyStateLabel(program()), "No Items");
-  auto scanning = state().scanning.begin();
-  EXPECT_EQ(emptyStateLabel(program()), "Loading\u2026");
+  EXPECT_EQ(emptyStateLabel(program().windowContext), "No Items");
+  auto scanning = program().scanning.begin();
+  EXPECT_EQ(emptyStateLabel(program().windowContext), "Loading\u2026");
   program().catalogue.publish({job(Kind::userAgent)});
-  EXPECT_EQ(emptyStateLabel(program()), "Loading\u2026");
+  EXPECT_EQ(emptyStateLabel(program().windowContext), "Loading\u2026");
   scanning.release();
-  EXPECT_EQ(emptyStateLabel(program()), std::nullopt);
+  EXPECT_EQ(emptyStateLabel(program().windowContext), std::nullopt);
 }
 
 TEST_F(ModeRulesTest, TheKindDecidesWhatCanBeDraggedAndDeleted) {
@@ -64,14 +63,14 @@ TEST_F(ModeRulesTest, TheKindDecidesWhatCanBeDraggedAndDeleted) {
       {Kind::systemStartupItem, false, false, true},
       {Kind::privilegedHelperTool, false, true, true},
   };
-  const auto canDelete = [&](Kind kind) { return program().mainWindow.canDeleteJob(*job(kind)); };
+  const auto canDelete = [&](Kind kind) { return program().deletion.canDelete(*job(kind)); };
   for (const auto& row : table) {
     EXPECT_EQ(draggedURL(*job(row.kind)).has_value(), row.canDrag) << row.kind.name();
     EXPECT_EQ(canDelete(row.kind), row.canDelete) << row.kind.name();
     program().editing.setUnsavedChanges(true);
     EXPECT_FALSE(canDelete(row.kind)) << row.kind.name();
     program().editing.setUnsavedChanges(false);
-    const auto saving = state().saving.begin();
+    const auto saving = program().saving.begin();
     EXPECT_FALSE(canDelete(row.kind)) << row.kind.name();
   }
   ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
@@ -88,21 +87,17 @@ TEST_F(ModeRulesTest, TheTitleNamesTheSelectedJob) {
 
 TEST_F(ModeRulesTest, AClearedSelectionIsFollowedByAScanUnlessThereAreEdits) {
   program().editing.setUnsavedChanges(true);
-  program().mainWindow.selectedJobDidChange();
   EXPECT_EQ(fetchQueue.count(), 0U);
   program().editing.setUnsavedChanges(false);
   program().selection.select(job(Kind::userAgent));
-  program().mainWindow.selectedJobDidChange();
   EXPECT_EQ(fetchQueue.count(), 0U);
   program().selection.select(nullptr);
-  program().mainWindow.selectedJobDidChange();
   EXPECT_EQ(fetchQueue.count(), 1U);
 }
 
 TEST_F(ModeRulesTest, CommandsOnTheCatalogueWaitForUnsavedChanges) {
-  auto& window = program().mainWindow;
   program().editing.setUnsavedChanges(true);
-  window.refresh();
+  program().fetcher.refresh();
   program().menus.perform(Command::system);
   EXPECT_EQ(fetchQueue.count(), 0U);
   EXPECT_FALSE(foundation.defaults.showSystemJobs());

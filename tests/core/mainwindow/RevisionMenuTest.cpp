@@ -29,17 +29,17 @@ class RevisionMenuTest : public testdata::ProgramFixture {
 TEST_F(RevisionMenuTest, AnEarlierContentComesBackAsAnUnsavedChange) {
   scan();
   program().selection.select(jobNamed("a"));
-  EXPECT_THAT(revisionItems(program()), IsEmpty());
+  EXPECT_THAT(revisionItems(program().windowContext), IsEmpty());
   program().revisions.saveRevision(selected());
   clock.now += 3600;
   selected().plist().nice = 5;
   program().revisions.saveRevision(selected());
 
-  const auto items = revisionItems(program());
+  const auto items = revisionItems(program().windowContext);
   ASSERT_THAT(items, SizeIs(2));
   EXPECT_NE(items[0].title, items[1].title);
   shell.events.clear();
-  insertRevision(program(), items[1].revision);
+  insertRevision(program().windowContext, items[1].revision);
   EXPECT_FALSE(selected().plist().nice) << "as it was in the older one";
   EXPECT_EQ(program().catalogue.jobs().front(), program().selection.job()) << "in the catalogue, too";
   EXPECT_EQ(shell.shown.front(), program().selection.job());
@@ -56,7 +56,7 @@ TEST_F(RevisionMenuTest, OfTwoFilesWithTheSameBytesTheSelectedOneIsReplaced) {
   const auto other = program().catalogue.jobAt(URL::file(path(Kind::userAgent, "a.plist")));
   program().selection.select(program().catalogue.jobAt(URL::file(path(Kind::localAgent, "a.plist"))));
   program().revisions.saveRevision(selected());
-  insertRevision(program(), revisionItems(program()).at(0).revision);
+  insertRevision(program().windowContext, revisionItems(program().windowContext).at(0).revision);
   EXPECT_EQ(program().catalogue.jobAt(other->url), other);
   EXPECT_EQ(program().catalogue.jobAt(selected().url), program().selection.job());
 }
@@ -65,14 +65,14 @@ TEST_F(RevisionMenuTest, WhatIsNoContentOfAJobChangesNothing) {
   scan();
   const auto job = jobNamed("a");
   program().selection.select(job);
-  insertRevision(program(), {{"Date", 1.0}});
+  insertRevision(program().windowContext, {{"Date", 1.0}});
   EXPECT_THAT(interface.errors, IsEmpty());
-  insertRevision(program(), {{"Date", 1.0}, {"Plist", Dictionary{{"Label", propertylist::Array{}}}}});
+  insertRevision(program().windowContext, {{"Date", 1.0}, {"Plist", Dictionary{{"Label", propertylist::Array{}}}}});
   EXPECT_THAT(interface.errors, SizeIs(1));
   EXPECT_EQ(program().selection.job(), job);
   EXPECT_FALSE(program().editing.hasUnsavedChanges());
   program().selection.select(nullptr);
-  EXPECT_THAT(revisionItems(program()), IsEmpty());
+  EXPECT_THAT(revisionItems(program().windowContext), IsEmpty());
 }
 
 TEST_F(RevisionMenuTest, RevisionsAreDeletedForOneJobOrForAllAndNeverByReturnOrEscape) {
@@ -88,7 +88,7 @@ TEST_F(RevisionMenuTest, RevisionsAreDeletedForOneJobOrForAllAndNeverByReturnOrE
       program().selection.select(jobNamed(name));
       program().revisions.saveRevision(selected());
     }
-    confirmDeleteRevisions(program());
+    confirmDeleteRevisions(program().windowContext);
     ASSERT_THAT(interface.sheets, SizeIs(1));
     const Alert question = interface.sheets.front().first;
     EXPECT_EQ(question.message, "Do you want to delete the revisions of “a”?");
@@ -100,7 +100,7 @@ TEST_F(RevisionMenuTest, RevisionsAreDeletedForOneJobOrForAllAndNeverByReturnOrE
     EXPECT_EQ(program().revisions.revisions().find(path(Kind::userAgent, "b.plist").string()) != nullptr, row.isBKept);
   }
   program().selection.select(nullptr);
-  confirmDeleteRevisions(program());
+  confirmDeleteRevisions(program().windowContext);
   EXPECT_THAT(interface.sheets, IsEmpty());
 }
 

@@ -5,7 +5,7 @@
 #include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
 #include "core/mainwindow/JobMenu.h"
-#include "core/session/ModeFilter.h"
+#include "core/session/CurrentMode.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 
@@ -35,7 +35,6 @@ class TimelineModeTest : public testdata::ProgramFixture {
  protected:
   TimelineModeTest() { (void)foundation.defaults.setSelectedMode(3); }
 
-  AppState& state() { return program().state; }
   URL url(const std::string& label) const { return URL::file(path(Kind::userAgent, label + ".plist")); }
   void writeDaily(const std::string& label, std::int64_t day, Kind kind = Kind::userAgent) {
     propertylist::Dictionary interval;
@@ -65,7 +64,7 @@ class TimelineModeTest : public testdata::ProgramFixture {
   testdata::RecordingShell shell{program()};
   RecordingTimeline table;
   std::string zone = "UTC";
-  TimelineMode timeline{program(), table, [this] { return zone; }};
+  TimelineMode timeline{program().windowContext, table, [this] { return zone; }};
 };
 
 TEST_F(TimelineModeTest, CellsTellTimeAndJob) {
@@ -128,9 +127,9 @@ TEST_F(TimelineModeTest, EveryBuildAsksForTheZone) {
 
 TEST_F(TimelineModeTest, AFilterNarrowsTheRows) {
   fill();
-  modeFilter(program(), timeline, program().catalogue.jobs(), "b.plist");
+  program().currentMode.setFilter(program().catalogue.jobs(), "b.plist");
   EXPECT_THAT(rows(), ElementsAre("Thursday, January 15, 1970", "b"));
-  modeFilter(program(), timeline, program().catalogue.jobs(), "");
+  program().currentMode.setFilter(program().catalogue.jobs(), "");
   EXPECT_EQ(rows().size(), 6U);
 }
 

@@ -48,7 +48,7 @@ class TreeModeTest : public testdata::ModeFixture {
   /// As at the next start of the program.
   void startAgain() {
     tree.reset();
-    tree = std::make_unique<TreeMode>(program(), outline);
+    tree = std::make_unique<TreeMode>(program().windowContext, outline);
   }
   /// The groups by the letters of their first jobs, capital if they are open.
   std::string groups() const {
@@ -61,7 +61,7 @@ class TreeModeTest : public testdata::ModeFixture {
   }
 
   RecordingOutline outline;
-  std::unique_ptr<TreeMode> tree = std::make_unique<TreeMode>(program(), outline);
+  std::unique_ptr<TreeMode> tree = std::make_unique<TreeMode>(program().windowContext, outline);
 };
 
 TEST_F(TreeModeTest, RowsAreThoseOfTheGroupsAndCountWhatTheFilterLeaves) {
@@ -204,7 +204,7 @@ TEST_F(TreeModeTest, GroupsAreNeverSelectedAndNeverAskAboutChanges) {
   };
   for (const auto& row : rows) {
     program().editing.setUnsavedChanges(row.state == Unsaved);
-    const auto saving = row.state == Busy ? state().saving.begin() : mirvel::Busy::Token();
+    const auto saving = row.state == Busy ? program().saving.begin() : mirvel::Busy::Token();
     EXPECT_EQ(tree->maySelect(row.path), row.maySelect) << testing::PrintToString(row.path);
     EXPECT_EQ(interface.sheets.size(), row.questions) << testing::PrintToString(row.path);
   }

@@ -126,7 +126,7 @@ TEST_F(EditingTest, OnlyASelectedLaunchdJobCanBeChangedAndStepsAreItsOwn) {
 
 TEST_F(EditingTest, NothingIsUndoneWhileASaveRuns) {
   setNice(1);
-  const auto saving = program().state.saving.begin();
+  const auto saving = program().saving.begin();
   editing().undo();
   EXPECT_EQ(record().nice, 1);
 }

@@ -21,7 +21,6 @@ class FetcherTest : public testdata::ProgramFixture {
     writeJob(Kind::userAgent, "b");
   }
 
-  AppState& state() { return program().state; }
   void select(const std::string& name) { program().selection.select(jobNamed(name)); }
   /// The catalogue with nothing noted of how it came.
   void scanQuietly() {
@@ -35,7 +34,7 @@ class FetcherTest : public testdata::ProgramFixture {
   std::size_t jobsWhenUpdated = 0;
   Subscription loading = program().notifications.loadingChanged.subscribe([this] {
     ++loadingChanges;
-    shell.note(state().scanning.isBusy() ? "loading" : "loaded");
+    shell.note(program().scanning.isBusy() ? "loading" : "loaded");
   });
   Subscription updated = program().notifications.jobsUpdated.subscribe([this] {
     ++jobUpdates;
@@ -46,13 +45,13 @@ class FetcherTest : public testdata::ProgramFixture {
 
 TEST_F(FetcherTest, APublicationTellsTheModeBeforeTheCatalogueAndTheRestBehind) {
   program().fetcher.fetchJobs();
-  EXPECT_TRUE(state().scanning.isBusy() && !state().saving.isBusy());
+  EXPECT_TRUE(program().scanning.isBusy() && !program().saving.isBusy());
   settle();
   EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle", "update, catalogue of 0", "jobsUpdated",
                                         "validateVisibleItems"));
   EXPECT_EQ(names(shell.shown), (Names{"a", "b"}));
   EXPECT_EQ(jobsWhenUpdated, 2U);
-  EXPECT_FALSE(state().scanning.isBusy());
+  EXPECT_FALSE(program().scanning.isBusy());
 }
 
 TEST_F(FetcherTest, AScanThatFindsTheOldListTellsOnlyThatItEnded) {
@@ -77,20 +76,20 @@ TEST_F(FetcherTest, OfTwoScansInARowOneIsPublished) {
   fetchQueue.runAll();
   program().fetcher.fetchJobs();
   queue.runDue();
-  EXPECT_TRUE(state().scanning.isBusy()) << "the second goes on";
+  EXPECT_TRUE(program().scanning.isBusy()) << "the second goes on";
   settle();
   EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loading", "busy", "loaded", "idle",
                                         "update, catalogue of 2", "jobsUpdated"));
 }
 
-TEST_F(FetcherTest, AnEmptiedChecksumMakesTheNextScanPublish) {
+TEST_F(FetcherTest, AJobThatIsToBeReadAgainMakesTheNextScanPublish) {
   scan();
   const auto edited = jobNamed("a");
-  edited->checksum.clear();
+  edited->readAgain();
   scan();
   EXPECT_EQ(jobUpdates, 2);
   EXPECT_NE(jobNamed("a"), edited);
-  EXPECT_FALSE(jobNamed("a")->checksum.empty());
+  EXPECT_FALSE(jobNamed("a")->isToBeReadAgain());
 }
 
 TEST_F(FetcherTest, AnOldCatalogueIsGivenUpOnceANewOneIsThere) {
@@ -130,7 +129,7 @@ TEST_F(FetcherTest, AFilterOutlastsAScanAndHidesNothingFromTheSelection) {
   writeJob(Kind::userAgent, "zap1");
   scan();
   select("b");
-  state().filterString = "ZAP";
+  program().currentMode.setFilter(program().catalogue.jobs(), "ZAP");
   writeJob(Kind::userAgent, "zap2");
   (void)write(Kind::userAgent, "b.plist", jobText("b") + " ");
   shell.events.clear();
@@ -138,7 +137,7 @@ TEST_F(FetcherTest, AFilterOutlastsAScanAndHidesNothingFromTheSelection) {
   EXPECT_EQ(names(shell.shown), (Names{"zap1", "zap2"}));
   EXPECT_THAT(shell.events, IsSupersetOf({"update, catalogue of 3", "deselect", "select b.plist"}));
   EXPECT_EQ(program().selection.job(), jobNamed("b"));
-  EXPECT_EQ(state().filterString, "ZAP");
+  EXPECT_EQ(program().currentMode.filter(), "ZAP");
 }
 
 TEST_F(FetcherTest, EditsThatBeginDuringAScanAreKeptAndTheCatalogueWaits) {

@@ -46,7 +46,7 @@ class RunningJobsTest : public testing::Test {
   /// What the catalogue says of the one job on the machine; null if there is none.
   std::shared_ptr<Launchd> read() {
     program.fetcher.fetchJobs();
-    EXPECT_TRUE(queue.runUntil([this] { return !program.state.scanning.isBusy(); }));
+    EXPECT_TRUE(queue.runUntil([this] { return !program.scanning.isBusy(); }));
     return program.catalogue.jobs().empty() ? nullptr
                                             : std::dynamic_pointer_cast<Launchd>(program.catalogue.jobs().front());
   }
@@ -56,7 +56,7 @@ class RunningJobsTest : public testing::Test {
   /// Saves, and waits for the last answer.
   void save(const std::shared_ptr<Launchd>& job) {
     program.actions.save(job);
-    waitFor([this] { return !program.state.saving.isBusy(); });
+    waitFor([this] { return !program.saving.isBusy(); });
     EXPECT_EQ(testdata::bytes(job->url.path()), *job->plistData());
   }
   /// What the host of that kind of job says: the user has one, and root.

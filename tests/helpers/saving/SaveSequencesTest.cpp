@@ -175,7 +175,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
   /// All that belongs to an edit is there, or nothing of it.
   bool isEdited() {
     const bool isEdited = program().editing.hasUnsavedChanges();
-    EXPECT_FALSE(program().state.saving.isBusy());
+    EXPECT_FALSE(program().saving.isBusy());
     EXPECT_FALSE(fs::exists(roots.applicationSupport / "Moves.plist"));
     EXPECT_EQ(program().selection.job(), job);
     EXPECT_EQ(m_shell->count("saveCompleted"), isEdited ? 0U : 1U);

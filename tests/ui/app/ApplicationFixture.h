@@ -24,7 +24,7 @@ class ApplicationFixture : public testing::Test {
     EXPECT_TRUE(defaults.setAutomaticallyCheckForUpdate(false));  // nothing beyond this machine
     m_application.start();
     pass(0.05);
-    EXPECT_TRUE(testdata::eventually([this] { return !program().state.scanning.isBusy(); }));
+    EXPECT_TRUE(testdata::eventually([this] { return !program().scanning.isBusy(); }));
   }
   /// Lets the program do all that it put off by less than so many seconds.
   void pass(double seconds) {
@@ -41,7 +41,7 @@ class ApplicationFixture : public testing::Test {
   void writeJob(const std::string& label, propertylist::Dictionary keys = {}) const {
     (void)m_folder.write(path(label), testdata::jobText(label, std::move(keys)));
   }
-  void select(const std::string& label) { program().currentMode()->select(URL::file(path(label))); }
+  void select(const std::string& label) { program().currentMode.view()->select(URL::file(path(label))); }
 
   std::filesystem::path agents() const { return m_agents; }
 

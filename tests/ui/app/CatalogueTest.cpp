@@ -74,7 +74,7 @@ TEST_F(CatalogueTest, SelectedJobStaysSelectedWhileFilesChange) {
 
   fs::remove(path("m"));
   EXPECT_TRUE(showsSoon({"n"}));
-  EXPECT_TRUE(testdata::eventually([&] { return !program().state.scanning.isBusy(); }));
+  EXPECT_TRUE(testdata::eventually([&] { return !program().scanning.isBusy(); }));
   EXPECT_EQ(markedJob(table()), "");
   EXPECT_EQ(shownJob(window()), "");
   EXPECT_EQ(program().selection.job(), nullptr);
@@ -85,7 +85,7 @@ TEST_F(CatalogueTest, BurstOfChangesIsScannedOnceASecondAndItsLastStateIsShown) 
   start();
   int scans = 0;
   const Subscription counting =
-      program().notifications.loadingChanged.subscribe([&] { scans += program().state.scanning.isBusy() ? 1 : 0; });
+      program().notifications.loadingChanged.subscribe([&] { scans += program().scanning.isBusy() ? 1 : 0; });
   QElapsedTimer clock;
   clock.start();
   std::string last;

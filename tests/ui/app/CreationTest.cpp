@@ -75,8 +75,8 @@ class CreationTest : public MachineFixture {
   }
   bool hasJobs(std::size_t count) {
     return testdata::eventually([&] {
-      const AppState& state = program().state;
-      return program().catalogue.jobs().size() == count && !state.saving.isBusy() && !state.scanning.isBusy();
+      const Program& now = program();
+      return now.catalogue.jobs().size() == count && !now.saving.isBusy() && !now.scanning.isBusy();
     });
   }
   std::string selected() {
@@ -155,7 +155,7 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
   program().menus.perform(Command::export_);
   EXPECT_EQ(testdata::bytes(exported), testdata::bytes(file("org.minute copy")));
 
-  importFiles(program(), {URL::file(exported)});
+  importFiles(program().creationContext, {URL::file(exported)});
   sheet().activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&sheet()));
   sheet().findChild<QRadioButton*>()->click();
@@ -189,7 +189,7 @@ TEST_F(CreationTest, WhatCantBeWrittenIsToldAndStandsInTheNextSheet) {
   QString told;
   answerAlert(told);
   makeJob();
-  EXPECT_TRUE(testdata::eventually([&] { return !told.isEmpty() && !program().state.saving.isBusy(); }));
+  EXPECT_TRUE(testdata::eventually([&] { return !told.isEmpty() && !program().saving.isBusy(); }));
   EXPECT_EQ(testdata::bytes(folder), "no folder");
   open(Command::new_);
   EXPECT_EQ(sheet<NewViewController>().controller().name.name(), "org.minute");

@@ -17,14 +17,14 @@ class EditingTest : public MachineFixture {
     write("backup",
           {{"ProgramArguments", propertylist::Array{"/bin/echo", "before"}}, {"Disabled", true}, {"Odd", "kept"}});
     start(Mode::list, 1);
-    program().currentMode()->select(URL::file(file("backup")));
+    program().currentMode.view()->select(URL::file(file("backup")));
   }
   template <typename Control>
   Control& control(const char* name) {
     return ui::control<Control>(window(), name);
   }
   DetailTab tab() { return program().shell.detail->detailTab(); }
-  bool isSettled() { return !program().state.saving.isBusy() && !program().state.scanning.isBusy(); }
+  bool isSettled() { return !program().saving.isBusy() && !program().scanning.isBusy(); }
   jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().selection.job()).plist(); }
   /// Opens the editor with its key, and gives the job another label and command.
   void editTexts(const std::string& label, const std::string& command) {
@@ -109,9 +109,9 @@ TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
   editTexts("org.backup", "/bin/echo later");
   save();
   EXPECT_NE(testdata::bytes(file("backup")), saved);
-  const auto revisions = revisionItems(program());
+  const auto revisions = revisionItems(program().windowContext);
   ASSERT_EQ(revisions.size(), 2U);
-  insertRevision(program(), revisions.back().revision);
+  insertRevision(program().windowContext, revisions.back().revision);
   EXPECT_EQ(tab(), DetailTab::launchdEdit);
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
   save();

@@ -59,7 +59,7 @@ TEST_F(ModesTest, AJobIsFoundInEachModeAndDeletedFromDiskAndView) {
     QTest::keyClick(&window(), key, Qt::ControlModifier);
     SCOPED_TRACE("mode " + std::to_string(program().foundation.defaults.selectedMode()));
     EXPECT_EQ(program().foundation.defaults.selectedMode(), key - Qt::Key_1);
-    EXPECT_TRUE(testdata::eventually([this] { return !program().state.scanning.isBusy(); }));
+    EXPECT_TRUE(testdata::eventually([this] { return !program().scanning.isBusy(); }));
     for (const char* label : {"alpha", "beta", "gamma"}) EXPECT_TRUE(isShown(label)) << label;
 
     ASSERT_TRUE(testdata::eventually([this] { return window().filter().isEnabled(); }));
@@ -69,7 +69,7 @@ TEST_F(ModesTest, AJobIsFoundInEachModeAndDeletedFromDiskAndView) {
     window().filter().clear();
     EXPECT_TRUE(isShown("alpha"));
 
-    program().currentMode()->select(URL::file(file("beta")));
+    program().currentMode.view()->select(URL::file(file("beta")));
     EXPECT_EQ(program().selection.job()->name, "beta");
     EXPECT_FALSE(view().selectionModel()->selectedIndexes().isEmpty());
   }

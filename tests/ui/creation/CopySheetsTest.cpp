@@ -72,8 +72,9 @@ class CopySheetsTest : public WindowFixture {
 };
 
 TEST_F(CopySheetsTest, FilesAreImportedOneAfterTheOtherByTheKeyboard) {
-  importFiles(program(), {source("a.plist", testdata::jobText("a")), source("bad.plist", "<plist>\n<dict>"),
-                          source("c.plist", testdata::jobText("c"))});
+  importFiles(program().creationContext,
+              {source("a.plist", testdata::jobText("a")), source("bad.plist", "<plist>\n<dict>"),
+               source("c.plist", testdata::jobText("c"))});
   auto& title = control<QLabel>("importTextField");
   EXPECT_EQ(title.text(), QStringLiteral("Import – a.plist – 1 of 3"));
   EXPECT_FALSE(control<QPushButton>("importButton").isEnabled());
@@ -125,7 +126,7 @@ TEST_F(CopySheetsTest, ACopyNeedsAnotherNameAndKeepsTheOneThatWasTyped) {
 
 TEST_F(CopySheetsTest, ALongNameLeavesTheSheetInItsPlace) {
   const std::string name = "\u0646\u0633\u062e <b> & \U0001F600 " + std::string(300, 'n') + ".plist";
-  importFiles(program(), {source("folder/" + name.substr(0, 200) + ".plist", testdata::jobText("a"))});
+  importFiles(program().creationContext, {source("folder/" + name.substr(0, 200) + ".plist", testdata::jobText("a"))});
   auto& shown = sheet<ImportViewController>();
   EXPECT_LE(shown.width(), shown.fontMetrics().averageCharWidth() * 90);
   EXPECT_THAT(utf8(control<QLabel>("importTextField").text()), HasSubstr("…"));
@@ -156,7 +157,7 @@ TEST_F(CopySheetsTest, JobFilesThatAreDroppedOnTheWindowAreImported) {
       if (row.isTaken) sheet<ImportViewController>().reject();
     }
   }
-  importFiles(program(), {source("a.plist", testdata::jobText("a"))});
+  importFiles(program().creationContext, {source("a.plist", testdata::jobText("a"))});
   EXPECT_FALSE(drop(window(), {job})) << "a sheet is up";
   sheet<ImportViewController>().reject();
   EXPECT_FALSE(hasSheet());

@@ -63,7 +63,7 @@ class NewRunScriptViewControllerTest : public testdata::ProgramFixture {
                                 : "nothing");
   }
 
-  NewSheet m_sheet{.program = program(), .job = {}};
+  NewSheet m_sheet{.context = program().creationContext, .job = {}};
   NewRunScript m_script{m_sheet};
   const std::unique_ptr<NewRunScriptViewController> m_page =
       std::make_unique<NewRunScriptViewController>(program(), m_script);

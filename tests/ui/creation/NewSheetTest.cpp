@@ -138,7 +138,7 @@ TEST_F(NewSheetTest, EachControlTakesItsValueFromWhateverWayItWasChanged) {
 
 TEST_F(NewSheetTest, ItsRulesAreHeardOfAfterAScanToo) {
   fill({"other"});
-  program().currentMode()->select(program().catalogue.jobs().front()->url);
+  program().currentMode.view()->select(program().catalogue.jobs().front()->url);
   open();
   type("backup");
   goToCommand();

@@ -233,7 +233,7 @@ TEST_F(EditFlowTest, TheKeysAreWhereTheWorkIs) {
 TEST_F(EditFlowTest, AnotherModeHasTheKeysWhenTheDetailsHadThem) {
   edit({{"Program", "/bin/ls"}, {"StartInterval", 60}});
   for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_4, Qt::Key_3}) {
-    program().currentMode()->select(program().catalogue.jobs().front()->url);
+    program().currentMode.view()->select(program().catalogue.jobs().front()->url);
     control<QPlainTextEdit>("notesTextField").setFocus();
     QTest::keyClick(window().focusWidget(), key, Qt::ControlModifier);
     ASSERT_NE(window().focusWidget(), nullptr) << key;

@@ -134,7 +134,7 @@ class EditRoundTripTest : public EditorFixture {
       m_savedRecord = record().encode();
       request.failure({.code = Error::Code::Io, .message = "enough is known"});
     }
-    EXPECT_FALSE(program().state.saving.isBusy());
+    EXPECT_FALSE(program().saving.isBusy());
     return sent;
   }
   std::vector<fs::path> corpus() const {

@@ -153,7 +153,7 @@ TEST_F(GridModeViewTest, ARefreshKeepsPlaceAndSelection) {
 TEST_F(GridModeViewTest, OtherWidthsKeepTheMarkedItemWhereItIs) {
   show(manyNames(200));
   fitColumns(3, 500);
-  program().currentMode()->select(jobNamed("a1100")->url);
+  program().currentMode.view()->select(jobNamed("a1100")->url);
   grid().verticalScrollBar()->setValue(grid().verticalScrollBar()->value() + 100);
   const int place = grid().visualRect(named("a1100")).top();
   ASSERT_GT(place, 0);
@@ -168,7 +168,7 @@ TEST_F(GridModeViewTest, AShownItemIsClearOfThePinnedHeader) {
   fitColumns(3, 500);
   const int header = grid().grid().measures().header;
   for (const char* name : {"a1099", "a1050", "a1000", "a1060", "a1099"}) {
-    program().currentMode()->select(jobNamed(name));
+    program().currentMode.view()->select(jobNamed(name));
     const QRect item = grid().visualRect(named(name));
     EXPECT_GE(item.top(), header) << name;
     EXPECT_LT(item.bottom(), grid().viewport()->height()) << name;
@@ -224,7 +224,7 @@ TEST_F(GridModeViewTest, AnAssistiveProgramHearsAndPressesItems) {
   EXPECT_TRUE(pressed->state().selected);
   EXPECT_EQ(list->focusChild(), pressed);
   EXPECT_EQ(list->child(3), nullptr);
-  program().currentMode()->update({});
+  program().currentMode.view()->update({});
   EXPECT_FALSE(pressed->isValid());
   EXPECT_EQ(list->childCount(), 0);
   QAccessible::setActive(false);
@@ -239,7 +239,7 @@ TEST_F(GridModeViewTest, AnEmptyViewTellsWhy) {
     return label();
   };
   EXPECT_EQ(utf8(label()), "No Items");
-  const auto scanning = program().state.scanning.begin();
+  const auto scanning = program().scanning.begin();
   EXPECT_EQ(utf8(label()), "Loading\u2026");
   (void)view().grab();
   EXPECT_GT(asked, 0);

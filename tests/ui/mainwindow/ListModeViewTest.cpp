@@ -69,7 +69,7 @@ TEST_F(ListModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
       {"home", [&] { QTest::keyClick(&table(), Qt::Key_Home); }},
       {"letter", [&] { QTest::keyClick(&table(), Qt::Key_G); }},
   };
-  auto saving = program().state.saving.begin();
+  auto saving = program().saving.begin();
   click(0);
   expectSelected("beta", "busy");
   EXPECT_TRUE(interface.sheets.empty());
@@ -163,7 +163,7 @@ TEST_F(ListModeViewTest, MenuKeyOpensTheMenuOfTheMarkedRow) {
   for (const bool isNameHidden : {false, true}) {
     table().setColumnHidden(0, isNameHidden);
     for (const char* name : {"alpha", "gamma"}) {
-      program().currentMode()->select(URL::file(path(Kind::userAgent, std::string(name) + ".plist")));
+      program().currentMode.view()->select(URL::file(path(Kind::userAgent, std::string(name) + ".plist")));
       window().activateWindow();  // as it isn't any more once a menu has been up
       ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
       table().setFocus();

@@ -107,7 +107,7 @@ TEST_F(MainWindowTest, AModeIsChosenByWhateverTurnsItsButtonOn) {
   for (auto* segment : window().findChildren<QToolButton*>()) {
     if (segment->accessibleName() == qt(foundation.localize.tree())) segment->toggle();
   }
-  EXPECT_EQ(program().mainWindow.mode(), Mode::tree);
+  EXPECT_EQ(program().currentMode.chosen(), Mode::tree);
 }
 
 TEST_F(MainWindowTest, EscapeInAnEmptyFilterGivesTheKeysBackToTheList) {

@@ -132,7 +132,7 @@ TEST_F(TreeModeViewTest, SelectOpensTheGroupAndShowsTheRow) {
   view().resize(300, 200);
   clickButton(0);
   ASSERT_EQ(rows().size(), 1U);
-  program().currentMode()->select(jobNamed("a180")->url);
+  program().currentMode.view()->select(jobNamed("a180")->url);
   EXPECT_EQ(markedName(outline()), "a180");
   EXPECT_EQ(selectedJob(), "a180");
   EXPECT_TRUE(outline().viewport()->rect().contains(outline().visualRect(job(0, 80))));
@@ -146,7 +146,7 @@ TEST_F(TreeModeViewTest, SelectOpensTheGroupAndShowsTheRow) {
     EXPECT_EQ(markedName(outline()), "a180") << change;
   }
   ASSERT_EQ(outline().model()->rowCount(), 2);
-  program().currentMode()->deselect();
+  program().currentMode.view()->deselect();
   EXPECT_EQ(markedName(outline()), "");
   EXPECT_EQ(outline().verticalScrollBar()->value(), place);
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "core/actions/NormalizeForSave.h"
 #include "core/commands/RepairsFixture.h"
 #include "core/editor/GeneralRules.h"
 #include "core/jobfile/Plist.h"
@@ -17,7 +18,7 @@ struct NormalizeForSaveTest : RepairsFixture {
     plist.name = name;
     plist.program = "/before";
     plist.programArguments = {"before"};
-    EXPECT_TRUE(plist.normalizeForSave(repairs));
+    EXPECT_TRUE(normalizeForSave(plist, repairs));
     return plist;
   }
 };
@@ -65,10 +66,10 @@ TEST_F(NormalizeForSaveTest, WhoeverGoesBackHasNothingChanged) {
   Plist plist;
   plist.run = "perl x | wc";
   const Plist before = plist.clone();
-  EXPECT_FALSE(plist.normalizeForSave(repairs));
+  EXPECT_FALSE(normalizeForSave(plist, repairs));
   EXPECT_EQ(plist, before);
   interface.answer.button = Interface::defaultButton;  // the panel that follows is cancelled
-  EXPECT_FALSE(plist.normalizeForSave(repairs));
+  EXPECT_FALSE(normalizeForSave(plist, repairs));
   EXPECT_EQ(plist, before);
 }
 
@@ -86,7 +87,7 @@ TEST_F(NormalizeForSaveTest, ACommandThatWasNotEditedIsLeftAlone) {
     file.set("Label", "");
     Plist plist = *Plist::readTolerantly(propertylist::writeBinary(file));
     plist.nice = 5;
-    EXPECT_TRUE(plist.normalizeForSave(repairs));
+    EXPECT_TRUE(normalizeForSave(plist, repairs));
     file.set("Nice", 5);
     file.set("Label", plist.name);
     EXPECT_EQ(plist.encodeAll(), file) << plist.run;
@@ -94,10 +95,10 @@ TEST_F(NormalizeForSaveTest, ACommandThatWasNotEditedIsLeftAlone) {
 
     const std::string text = plist.run;
     plist.run = "/bin/other";
-    EXPECT_TRUE(plist.normalizeForSave(repairs));
+    EXPECT_TRUE(normalizeForSave(plist, repairs));
     EXPECT_NE(plist.encodeAll(), file);
     GeneralRules::run(plist, text, repairs);
-    EXPECT_TRUE(plist.normalizeForSave(repairs));
+    EXPECT_TRUE(normalizeForSave(plist, repairs));
     EXPECT_EQ(plist.encodeAll(), file) << "typed back";
   }
   EXPECT_TRUE(interface.alerts.empty());

@@ -1,9 +1,8 @@
-#include "core/creation/KindChoices.h"
+#include "core/creation/Creation.h"
 
 #include <algorithm>
 #include <array>
-
-#include "core/app/Program.h"
+#include "core/catalogue/KindTexts.h"
 
 namespace mirvel {
 
@@ -13,9 +12,9 @@ constexpr std::array<Kind, 3> kinds{Kind::userAgent, Kind::localAgent, Kind::loc
 
 }  // namespace
 
-std::vector<KindChoice> kindChoices(Program& program) {
+std::vector<KindChoice> kindChoices(KindTexts& texts) {
   std::vector<KindChoice> result;
-  for (const Kind kind : kinds) result.push_back({kind, program.kinds.title(kind)});
+  for (const Kind kind : kinds) result.push_back({kind, texts.title(kind)});
   return result;
 }
 

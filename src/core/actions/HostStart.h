@@ -12,21 +12,26 @@
 
 namespace mirvel {
 
-class Program;
+class Catalogue;
+class Localize;
+struct Notifications;
+struct Platform;
 
-/// Has the host started that runs the user's jobs, and knows why it can't be. Where the system itself runs them there
-/// is nothing to start, and that is a success. For the main thread.
+/// Starts the host that runs the user's jobs, and knows why it can't be started. Where the system itself runs them
+/// there is nothing to start, which counts as success. For the main thread.
 class HostStart {
  public:
-  /// A host that couldn't be started is tried again no sooner than this.
+  /// The shortest time between two attempts to start the host.
   static constexpr double secondsBetweenAttempts = 30;
 
-  explicit HostStart(Program& program);
+  /// All outlive it.
+  HostStart(const Platform& platform, const Localize& localize, const Catalogue& catalogue,
+            Notifications& notifications);
 
   /// From now on the host is started as soon as the catalogue has a job to run. A failure is tried again when the
   /// catalogue changes or the user comes back to the window.
   void begin();
-  /// Why the host doesn't run; none: it does, or hasn't been needed.
+  /// Why the host couldn't be started. None if it runs or wasn't needed.
   const std::optional<std::string>& failure() const { return m_failure; }
   /// Whether the job is enabled and doesn't run because the host doesn't.
   bool keepsFromRunning(const Job& job) const;
@@ -38,7 +43,10 @@ class HostStart {
   void replied(const propertylist::Dictionary& reply);
   void ended(std::optional<std::string> failure);
 
-  Program& m_program;
+  const Platform& m_platform;
+  const Localize& m_localize;
+  const Catalogue& m_catalogue;
+  Notifications& m_notifications;
   Limit m_limit;
   Delay m_delay;
   Subscription m_jobsUpdated, m_statusChanged;

@@ -1,8 +1,7 @@
-#include "core/app/HostStart.h"
+#include "core/actions/HostStart.h"
 
 #include <gmock/gmock.h>
 
-#include "core/mainwindow/ListCells.h"
 #include "core/mainwindow/ListMode.h"
 #include "support/ProgramFixture.h"
 
@@ -28,7 +27,7 @@ class HostStartTest : public testdata::ProgramFixture {
   }
   /// What the list says of a job's state.
   std::string mark(const std::string& name) {
-    return listCell(program(), *jobNamed(name), Column::List::enabled).image->accessibilityDescription;
+    return listCell(program().windowContext, *jobNamed(name), Column::List::enabled).image->accessibilityDescription;
   }
 
   const Dictionary failure{{"error", Dictionary{{"domain", "helper"}, {"code", 3}, {"description", "no room"}}}};

@@ -1,18 +1,27 @@
-#include "core/app/HostStart.h"
+#include "core/actions/HostStart.h"
 
 #include <algorithm>
 
 #include "core/actions/Action.h"
-#include "core/app/Program.h"
+#include "core/locale/Localize.h"
+#include "core/session/Catalogue.h"
+#include "core/session/Notifications.h"
+#include "core/session/Platform.h"
 
 namespace mirvel {
 
-HostStart::HostStart(Program& program)
-    : m_program(program), m_limit(program.platform.mainQueue), m_delay(program.platform.mainQueue) {}
+HostStart::HostStart(const Platform& platform, const Localize& localize, const Catalogue& catalogue,
+                     Notifications& notifications)
+    : m_platform(platform),
+      m_localize(localize),
+      m_catalogue(catalogue),
+      m_notifications(notifications),
+      m_limit(platform.mainQueue),
+      m_delay(platform.mainQueue) {}
 
 void HostStart::begin() {
-  m_jobsUpdated = m_program.notifications.jobsUpdated.subscribe([this] { startIfNeeded(); });
-  m_statusChanged = m_program.notifications.appStatusChanged.subscribe([this] { startIfNeeded(); });
+  m_jobsUpdated = m_notifications.jobsUpdated.subscribe([this] { startIfNeeded(); });
+  m_statusChanged = m_notifications.appStatusChanged.subscribe([this] { startIfNeeded(); });
 }
 
 /// Root's jobs have a host of their own, which only root can start.
@@ -25,17 +34,17 @@ bool HostStart::keepsFromRunning(const Job& job) const {
 }
 
 void HostStart::startIfNeeded() {
-  const Jobs& jobs = m_program.catalogue.jobs();
+  const Jobs& jobs = m_catalogue.jobs();
   const bool hasJobs = std::any_of(jobs.begin(), jobs.end(), [](const auto& job) { return isRunByHost(*job); });
   if (m_connection || !hasJobs) return;
   m_limit.interval("HostStart", secondsBetweenAttempts, [this] { start(); });
 }
 
 void HostStart::start() {
-  HelperConnections* const helpers = m_program.platform.helpers;
+  HelperConnections* const helpers = m_platform.helpers;
   if (m_connection || !helpers) return;
   m_connection = helpers->connectToAction();
-  if (!m_connection) return ended(m_program.foundation.localize.couldNotEstablishCommunicationWithHelperTool());
+  if (!m_connection) return ended(m_localize.couldNotEstablishCommunicationWithHelperTool());
   m_connection->run(Action(Action::Kind::startHost).dictionary({}),
                     m_delay.whileOwned([this](const propertylist::Dictionary& reply) { replied(reply); }),
                     m_delay.whileOwned([this](const Error& error) { ended(error.text()); }));
@@ -47,15 +56,15 @@ void HostStart::replied(const propertylist::Dictionary& reply) {
   const auto* const details = error->as<propertylist::Dictionary>();
   const propertylist::Value* const description = details ? details->find("description") : nullptr;
   const auto* const text = description ? description->as<std::string>() : nullptr;
-  ended(text ? *text : m_program.foundation.localize.anUnknownErrorOccurred());
+  ended(text ? *text : m_localize.anUnknownErrorOccurred());
 }
 
 void HostStart::ended(std::optional<std::string> failure) {
   // It may be this connection that is telling of its end.
-  m_program.platform.mainQueue.post([old = std::shared_ptr<HelperConnection>(std::move(m_connection))] {});
+  m_platform.mainQueue.post([old = std::shared_ptr<HelperConnection>(std::move(m_connection))] {});
   if (failure == m_failure) return;
   m_failure = std::move(failure);
-  m_program.notifications.hostChanged.post();
+  m_notifications.hostChanged.post();
 }
 
 }  // namespace mirvel

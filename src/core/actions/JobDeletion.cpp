@@ -1,0 +1,77 @@
+#include "core/actions/JobDeletion.h"
+
+#include "core/actions/ActionController.h"
+#include "core/actions/DeletedJobs.h"
+#include "core/locale/Dates.h"
+#include "core/propertylist/Encoding.h"
+#include "core/session/Busy.h"
+#include "core/session/Editing.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Shell.h"
+
+namespace mirvel {
+
+bool JobDeletion::canDelete(const Job& job) const {
+  if (m_editing.hasUnsavedChanges() || m_saving.isBusy()) return false;
+  if (job.isNewFile || job.kind == Kind::loginItemApplication) return false;
+  return !job.kind.isSystem() || m_foundation.defaults.editSystemJobs();
+}
+
+void JobDeletion::confirm(const std::shared_ptr<Job>& job) {
+  if (!job || !m_shell.mainWindow) return;
+  const Localize& localize = m_foundation.localize;
+  m_platform.interface.beginSheet({.message = localize.areYouSureYouWantToDelete(job->name),
+                                   .informativeText = consequence(*job),
+                                   .defaultTitle = localize.delete_(),
+                                   .alternateTitle = localize.cancel(),
+                                   .safeButton = Interface::alternateButton},
+                                  [this, job](int button) {
+                                    if (button == Interface::defaultButton) confirmed(job);
+                                  });
+}
+
+/// An edit or a save may have begun while the sheet was up.
+void JobDeletion::confirmed(const std::shared_ptr<Job>& job) {
+  if (canDelete(*job)) return deleteAndKeep(job);
+  const Localize& localize = m_foundation.localize;
+  m_platform.interface.error(localize.couldntBeDeleted(job->name), localize.saveOrDiscardFirst());
+}
+
+void JobDeletion::deleteAndKeep(const std::shared_ptr<Job>& job) {
+  if (!DeletedJobs::canKeep(job->kind) || !propertylist::isUtf8(job->url.text())) return deleteWithoutKeeping(*job);
+  const auto kept = m_deletedJobs.keep(*job);
+  if (!kept) return askToDeleteAnyway(job, kept.error());
+  const bool isUsers = job->kind == Kind::userAgent;
+  m_actions.deleteConfirmed(Interface::defaultButton, *job, [this, isUsers, id = *kept](bool isDeleted) {
+    if (isDeleted) return;
+    // A helper that was cut off may still delete the file: then the copy stays, and is listed once the file is gone.
+    const bool isAnswered = isUsers ? m_actions.connection() != nullptr : m_actions.isAuthorised();
+    if (isAnswered) m_deletedJobs.forget(id);
+  });
+}
+
+void JobDeletion::askToDeleteAnyway(const std::shared_ptr<Job>& job, const Error& reason) {
+  const Localize& localize = m_foundation.localize;
+  m_platform.interface.beginSheet({.message = localize.theJobCouldntBeKept(job->name),
+                                   .informativeText = reason.text() + "\n\n" + localize.youCantUndoThisAction(),
+                                   .defaultTitle = localize.deleteAnyway(),
+                                   .alternateTitle = localize.cancel(),
+                                   .safeButton = Interface::alternateButton},
+                                  [this, job](int button) {
+                                    if (button == Interface::defaultButton) deleteWithoutKeeping(*job);
+                                  });
+}
+
+void JobDeletion::deleteWithoutKeeping(const Job& job) {
+  m_actions.deleteConfirmed(Interface::defaultButton, job);
+}
+
+std::string JobDeletion::consequence(const Job& job) const {
+  const Localize& localize = m_foundation.localize;
+  if (!DeletedJobs::canKeep(job.kind)) return localize.youCantUndoThisAction();
+  const double until = DeletedJobs::keptUntil(m_platform.clock.secondsSince1970());
+  return localize.deletedJobStays(Date::standardText(until, localize.timeLocale()));
+}
+
+}  // namespace mirvel

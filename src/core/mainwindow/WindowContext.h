@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+
+#include "core/propertylist/Value.h"
+
+namespace mirvel {
+
+class Busy;
+class Catalogue;
+class CurrentMode;
+class Editing;
+class Fetcher;
+class HostStart;
+class JobDeletion;
+class KindTexts;
+class MainWindowController;
+class RevisionController;
+class Selection;
+struct Foundation;
+struct Notifications;
+struct Platform;
+struct Shell;
+
+/// What the modes and menus of the main window use. All outlive those, and so does the record itself.
+struct WindowContext {
+  Foundation& foundation;
+  const Platform& platform;
+  Shell& shell;
+  const Catalogue& catalogue;
+  Selection& selection;
+  CurrentMode& currentMode;
+  Editing& editing;
+  Fetcher& fetcher;
+  Notifications& notifications;
+  RevisionController& revisions;
+  JobDeletion& deletion;
+  const HostStart& hostStart;
+  KindTexts& kinds;
+  MainWindowController& mainWindow;
+  const Busy& saving;
+  const Busy& scanning;
+  /// Has the selected job edited with this content in place of its own. False if that failed, which has been reported.
+  std::function<bool(const propertylist::Dictionary& content)> replaceSelected;
+};
+
+}  // namespace mirvel

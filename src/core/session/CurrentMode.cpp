@@ -1,0 +1,90 @@
+#include "core/session/CurrentMode.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
+#include "core/settings/Defaults.h"
+#include "core/text/Strings.h"
+
+namespace mirvel {
+
+namespace {
+
+bool isAmong(const Jobs& jobs, const std::shared_ptr<Job>& selected) {
+  return selected &&
+         std::any_of(jobs.begin(), jobs.end(), [&](const auto& job) { return job->url.equalTo(selected->url); });
+}
+
+}  // namespace
+
+Mode CurrentMode::chosen() const {
+  const auto stored = m_defaults.selectedMode();
+  return stored >= 0 && stored < 4 ? static_cast<Mode>(stored) : Mode::grid;
+}
+
+ModeType* CurrentMode::view() const {
+  const auto& modes = m_shell.modes;
+  if (ModeType* const view = modes.at(static_cast<std::size_t>(chosen()))) return view;
+  const auto* first = std::find_if(modes.begin(), modes.end(), [](const ModeType* mode) { return mode; });
+  return first == modes.end() ? nullptr : *first;
+}
+
+void CurrentMode::setFilter(const Jobs& jobs, const std::string& text) {
+  ModeType* const mode = view();
+  if (!mode) return;
+  m_filter = text;
+  if (text.empty()) {
+    mode->update(jobs);
+    markSelected();
+    if (m_selection.job() && m_shell.detail) m_shell.detail->updateDetail();
+    return;
+  }
+  const Jobs left = filtered(jobs, text);
+  mode->update(left);
+  if (isAmong(left, m_selection.job())) {
+    keepSelection();
+  } else {
+    mode->deselect();
+  }
+}
+
+void CurrentMode::keepSelection() const {
+  markSelected();
+  DetailType* const detail = m_shell.detail;
+  if (detail && detail->detailTab() == DetailTab::noSelection) detail->updateDetail();
+}
+
+void CurrentMode::update(const Jobs& jobs) {
+  if (!m_filter.empty()) return setFilter(jobs, std::string(m_filter));
+  if (ModeType* const mode = view()) mode->update(jobs);
+}
+
+void CurrentMode::markSelected() const {
+  const auto job = m_selection.job();
+  ModeType* const mode = view();
+  if (!job || !mode) return;
+  if (job->isNewFile) {
+    mode->select(job->url);
+  } else {
+    mode->select(job);
+  }
+}
+
+void CurrentMode::select(const std::shared_ptr<Job>& job) const {
+  ModeType* const mode = view();
+  if (mode) mode->deselect();
+  m_selection.select(job);
+  if (mode) mode->select(job);
+}
+
+Jobs filtered(const Jobs& jobs, const std::string& text) {
+  const std::string folded = String::fold(text);
+  Jobs result;
+  std::copy_if(jobs.begin(), jobs.end(), std::back_inserter(result),
+               [&](const auto& job) { return job->contains(folded); });
+  return result;
+}
+
+}  // namespace mirvel
