@@ -116,7 +116,7 @@ void send(Program& program, const Restoring& restoring) {
   // Root only writes an agent's file: it is loaded in the user's session.
   const bool isUsers = deleted.kind == Kind::userAgent;
   const bool isLoaded = job && !job->isDisabled(), loadsApart = isLoaded && deleted.kind.isAgentOfEveryone();
-  if (isLoaded && !loadsApart) action->kind = Action::Kind::writeAndLoad;
+  if (isLoaded && !loadsApart) action->kind = Action::Kind::WriteAndLoad;
   action->ended = [&program, job, loadsApart, restoring](bool isWritten) {
     restoring->saving.release();
     restoring->job = {};
@@ -192,7 +192,7 @@ void deleteAndKeep(Program& program, const std::shared_ptr<Job>& job) {
     if (isDeleted) return;
     // A helper that was cut off may still delete the file: then what is kept stays, and is listed once the file is
     // gone.
-    const bool isAnswered = isUsers ? program.actions.connection() != nullptr : program.actions.isAuthorised();
+    const bool isAnswered = isUsers ? program.actions.isConnected() : program.actions.isAuthorised();
     if (isAnswered) program.deletedJobs.forget(id);
   });
 }
