@@ -12,14 +12,14 @@
 #include "ctl/Printable.h"
 #include "ctl/Style.h"
 #include "helpers/hostdata/EnabledJobs.h"
-#include "helpers/hostdata/Places.h"
-#include "helpers/jobhost/HostClient.h"
+#include "helpers/hostdata/HostPlaces.h"
+#include "helpers/hostdata/HostClient.h"
 
 namespace mirvel::ctl {
 
 namespace {
 
-using Jobs = std::vector<host::HostedJobStatus>;
+using Jobs = std::vector<HostedJobStatus>;
 
 /// "2026-03-29 03:00", by the clock on the wall.
 std::string localText(std::chrono::sys_seconds moment) {
@@ -35,7 +35,7 @@ Json numberOrNull(const std::optional<Number>& number) {
   return number ? Json(*number) : Json(nullptr);
 }
 
-Json jobObject(const host::HostedJobStatus& job) {
+Json jobObject(const HostedJobStatus& job) {
   Json lastExit = nullptr;
   if (job.lastEnd) {
     lastExit = {{"code", numberOrNull(job.lastCode)}, {"signal", numberOrNull(job.lastSignal)}, {"text", *job.lastEnd}};
@@ -53,7 +53,7 @@ struct Answer {
   std::string_view hostName;
   bool isRunning;
   Jobs jobs;
-  std::vector<host::EnabledJob> notLoaded = {};  ///< job files that should be loaded; launchd isn't asked for them
+  std::vector<EnabledJob> notLoaded = {};  ///< job files that should be loaded; launchd isn't asked for them
 };
 
 void writeJson(const Answer& answer, const Context& context) {
@@ -69,7 +69,7 @@ void writeJson(const Answer& answer, const Context& context) {
               << '\n';
 }
 
-std::string describe(const host::HostedJobStatus& job) {
+std::string describe(const HostedJobStatus& job) {
   std::string result = job.process ? "runs as process " + std::to_string(*job.process) : "doesn't run";
   if (job.lastEnd) result += "; last " + *job.lastEnd;
   if (job.nextRun) result += "; next run " + localText(*job.nextRun);
@@ -90,7 +90,7 @@ void writeText(const Answer& answer, const Context& context) {
 }
 
 /// A line of `launchctl list`: process or "-", last exit status (of a signal its negative number), label.
-std::optional<host::HostedJobStatus> jobInLine(const std::string& line) {
+std::optional<HostedJobStatus> jobInLine(const std::string& line) {
   std::istringstream words(line);
   std::string process, last, label;
   if (!std::getline(words, process, '\t') || !std::getline(words, last, '\t') || !std::getline(words, label)) return {};
@@ -100,7 +100,7 @@ std::optional<host::HostedJobStatus> jobInLine(const std::string& line) {
     return size ? std::optional(-*size) : std::nullopt;
   };
   if (process != "-" && !number(process)) return {};  // the heading
-  host::HostedJobStatus job{.label = label, .path = {}, .process = number(process)};
+  HostedJobStatus job{.label = label, .path = {}, .process = number(process)};
   if (const auto end = number(last)) {
     job.lastCode = std::max<std::int64_t>(*end, 0);
     job.lastSignal = std::max<std::int64_t>(-*end, 0);
@@ -124,10 +124,10 @@ Result<Answer> askLaunchd(const std::string& launchctl, ProcessRunner& runner) {
 }
 
 /// The enabled jobs of the user's folders that a host doesn't know, which is all of them while none is running.
-std::vector<host::EnabledJob> notLoadedIn(const Roots& roots, const Jobs& loaded) {
-  std::vector<host::EnabledJob> result;
-  for (const auto& folder : host::agentFolders(roots)) {
-    for (auto& job : host::enabledJobsIn(folder)) {
+std::vector<EnabledJob> notLoadedIn(const Roots& roots, const Jobs& loaded) {
+  std::vector<EnabledJob> result;
+  for (const auto& folder : agentFolders(roots)) {
+    for (auto& job : enabledJobsIn(folder)) {
       const bool isLoaded =
           std::any_of(loaded.begin(), loaded.end(), [&](const auto& known) { return known.label == job.label; });
       if (!isLoaded) result.push_back(std::move(job));
@@ -138,8 +138,8 @@ std::vector<host::EnabledJob> notLoadedIn(const Roots& roots, const Jobs& loaded
 
 /// It isn't started for being asked: the terminal companion changes nothing.
 Result<Answer> askEmbeddedHost(const Roots& roots) {
-  auto jobs = host::HostClient(host::Places::of(roots).socket).status();
-  if (!jobs && !host::HostClient::isNoHost(jobs.error())) return jobs.error();
+  auto jobs = HostClient(HostPlaces::of(roots).socket).status();
+  if (!jobs && !HostClient::isNoHost(jobs.error())) return jobs.error();
   Answer answer{.hostName = "mirvel-host", .isRunning = static_cast<bool>(jobs), .jobs = {}};
   if (jobs) answer.jobs = *std::move(jobs);
   answer.notLoaded = notLoadedIn(roots, answer.jobs);

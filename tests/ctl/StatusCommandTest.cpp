@@ -48,7 +48,7 @@ TEST_F(StatusCommandTest, LoadedJobsAreToldWithWhatTheyDo) {
   const auto support = folder.path() / "mirvel";
   std::filesystem::create_directory(support);
   std::filesystem::create_directory_symlink(support, folder.path() / "support");
-  EmbeddedHost embedded({.places = host::Places::of(roots()), .program = MIRVEL_HOST}, processes);
+  EmbeddedHost embedded({.places = HostPlaces::of(roots()), .program = MIRVEL_HOST}, processes);
   const auto job = [&](const std::string& label, const std::string& keys) {
     return file(label + ".plist", "<plist><dict><key>Label</key><string>" + label + "</string>" + keys +
                                       "<key>Program</key><string>/bin/false</string></dict></plist>");

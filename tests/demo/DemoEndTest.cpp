@@ -74,8 +74,8 @@ TEST_P(DemoEndTest, ASignalEndsTheDemoWithItsHostsAndItsFolder) {
     EmbeddedHost host(EmbeddedHost::below(MIRVEL_HOST, root), runner);
     const auto loaded = host.load(folder.write("none.plist", ""));
     EXPECT_FALSE(loaded);  // the host says so, and so is there
-    sockets.push_back(host::Places::of(Roots::below(root)).socket);
-    EXPECT_TRUE(host::HostClient(sockets.back()).status());
+    sockets.push_back(HostPlaces::of(Roots::below(root)).socket);
+    EXPECT_TRUE(HostClient(sockets.back()).status());
   }
 
   ASSERT_EQ(::kill(demo, GetParam()), 0);
@@ -85,7 +85,7 @@ TEST_P(DemoEndTest, ASignalEndsTheDemoWithItsHostsAndItsFolder) {
   EXPECT_TRUE(isKilled || (WIFEXITED(status) && WEXITSTATUS(status) == 0)) << status;
   for (const fs::path& socket : sockets) {
     EXPECT_TRUE(!isKilled || changesUntil(socket, [&] { return !fs::exists(socket); })) << socket;
-    EXPECT_FALSE(host::HostClient(socket).status());
+    EXPECT_FALSE(HostClient(socket).status());
   }
   EXPECT_EQ(fs::is_empty(temporary), !isKilled);
 }

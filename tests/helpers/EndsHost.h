@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-#include "helpers/hostdata/Places.h"
-#include "helpers/jobhost/HostClient.h"
+#include "helpers/hostdata/HostPlaces.h"
+#include "helpers/hostdata/HostClient.h"
 
 namespace mirvel::testdata {
 
@@ -13,18 +13,18 @@ namespace mirvel::testdata {
 /// declared behind the folder.
 class EndsHost {
  public:
-  explicit EndsHost(const std::filesystem::path& root) : m_client(host::Places::of(Roots::below(root)).socket) {}
+  explicit EndsHost(const std::filesystem::path& root) : m_client(HostPlaces::of(Roots::below(root)).socket) {}
   ~EndsHost() {
-    const auto answer = m_client.ask(host::request::quit, {}, host::longestQuit);
+    const auto answer = m_client.ask(hostdata::Quit(), longestQuit);
     const bool hasEnded =
-        answer || host::HostClient::isNoHost(answer.error()) || host::HostClient::isHangUp(answer.error());
+        answer || HostClient::isNoHost(answer.error()) || HostClient::isHangUp(answer.error());
     EXPECT_TRUE(hasEnded) << answer.error().text();
   }
   EndsHost(const EndsHost&) = delete;
   EndsHost& operator=(const EndsHost&) = delete;
 
  private:
-  host::HostClient m_client;
+  HostClient m_client;
 };
 
 }  // namespace mirvel::testdata

@@ -18,6 +18,8 @@ class FakeHelpers final : public HelperConnections {
     propertylist::Dictionary body;
     HelperConnection::Reply reply;
     HelperConnection::Failure failure;
+    HelperConnection::Event event = {};
+    bool isCancelled = false;
 
     const propertylist::Value& at(const std::string& key) const {
       const propertylist::Value* value = body.find(key);
@@ -44,6 +46,7 @@ class FakeHelpers final : public HelperConnections {
   }
 
   bool canConnect = true;
+  bool failsWithConnection = true;  ///< a request that a test lets fail is one whose helper has died
   bool isHandshakeHeld = false;  ///< the user hasn't answered yet
   std::function<void()> whenAsked = [] {};
   PrivilegedReply privilegedReply;
@@ -63,10 +66,14 @@ class FakeHelpers final : public HelperConnections {
   class Connection final : public HelperConnection {
    public:
     Connection(FakeHelpers& owner, bool isPrivileged) : m_owner(owner), m_isPrivileged(isPrivileged) {}
-    void run(const propertylist::Dictionary& request, Reply reply, Failure failure) override {
-      m_owner.requests.push_back({m_isPrivileged, request, std::move(reply), std::move(failure)});
+    Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, Event event) override {
+      m_owner.requests.push_back({m_isPrivileged, request, std::move(reply), std::move(failure), std::move(event)});
+      const auto id = static_cast<Id>(m_owner.requests.size());
       m_owner.whenAsked();
+      return id;
     }
+    void cancel(Id request) override { m_owner.requests.at(static_cast<std::size_t>(request) - 1).isCancelled = true; }
+    bool hasFailed() const override { return m_owner.failsWithConnection; }
     void invalidate() override { m_owner.ended.push_back(m_isPrivileged ? "privileged" : "action"); }
 
    private:

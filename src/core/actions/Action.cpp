@@ -10,44 +10,41 @@ namespace {
 namespace fs = std::filesystem;
 
 /// The path without links, as far as it exists.
-std::string resolvedPath(const URL& url) {
+fs::path resolvedPath(const std::optional<URL>& url) {
+  if (!url) return {};
   std::error_code failure;
-  const fs::path resolved = fs::weakly_canonical(url.path(), failure);
-  return failure ? url.text() : resolved.native();
+  const fs::path resolved = fs::weakly_canonical(url->path(), failure);
+  return failure ? fs::path(url->text()) : resolved;
 }
 
-void setIfPresent(propertylist::Dictionary& dictionary, std::string_view key, const std::optional<URL>& url) {
-  if (url) dictionary.set(key, url->text());
-}
-
-void setIfPresent(propertylist::Dictionary& dictionary, std::string_view key, const std::optional<std::string>& text) {
-  if (text) dictionary.set(key, *text);
+fs::path pathOf(const std::optional<URL>& url) {
+  return url ? url->text() : std::string();
 }
 
 }  // namespace
 
 Action::Shared Action::unload(std::optional<std::string> label, URL url) {
-  auto action = std::make_shared<Action>(Kind::unload);
+  auto action = std::make_shared<Action>(Kind::Unload);
   action->label = std::move(label);
   action->url = std::move(url);
   return action;
 }
 
 Action::Shared Action::load(URL url) {
-  auto action = std::make_shared<Action>(Kind::load);
+  auto action = std::make_shared<Action>(Kind::Load);
   action->url = std::move(url);
   return action;
 }
 
 Action::Shared Action::delete_(URL url, std::string label) {
-  auto action = std::make_shared<Action>(Kind::delete_);
+  auto action = std::make_shared<Action>(Kind::Delete);
   action->deleteURL = std::move(url);
   action->label = std::move(label);
   return action;
 }
 
-Action::Shared Action::write(URL url, std::optional<std::string> string, std::string label) {
-  auto action = std::make_shared<Action>(Kind::write);
+Action::Shared Action::write(URL url, std::string string, std::string label) {
+  auto action = std::make_shared<Action>(Kind::Write);
   action->url = std::move(url);
   action->string = std::move(string);
   action->label = std::move(label);
@@ -55,7 +52,7 @@ Action::Shared Action::write(URL url, std::optional<std::string> string, std::st
 }
 
 Action::Shared Action::test(URL testURL, URL testOutputURL, std::string string, std::string label) {
-  auto action = std::make_shared<Action>(Kind::test);
+  auto action = std::make_shared<Action>(Kind::Test);
   action->testURL = std::move(testURL);
   action->testOutputURL = std::move(testOutputURL);
   action->string = std::move(string);
@@ -64,29 +61,49 @@ Action::Shared Action::test(URL testURL, URL testOutputURL, std::string string, 
   return action;
 }
 
-Action::Shared Action::log(std::map<std::string, std::string> query) {
-  auto action = std::make_shared<Action>(Kind::log);
+Action::Shared Action::log(messages::LogQuery query) {
+  auto action = std::make_shared<Action>(Kind::Log);
   action->logQuery = std::move(query);
   return action;
 }
 
-propertylist::Dictionary Action::dictionary(const std::optional<std::string>& authData) const {
-  propertylist::Dictionary request{
-      {"kind", static_cast<int>(kind)}, {"presentError", presentError}, {"privileged", privileged}};
-  if (url) request.set("path", resolvedPath(*url));
-  setIfPresent(request, "deletePath", deleteURL);
-  setIfPresent(request, "testPath", testURL);
-  setIfPresent(request, "testOutputPath", testOutputURL);
-  setIfPresent(request, "string", string);
-  if (authData) request.set("authData", propertylist::Data{*authData});
-  if (label && !label->empty()) request.set("label", *label);  // an empty one could mean all jobs of a domain
-  if (mode) request.set("mode", *mode);
-  if (logQuery) {
-    propertylist::Dictionary query;
-    for (const auto& [key, value] : *logQuery) query.set(key, value);
-    request.set("logQuery", std::move(query));
-  }
+messages::Request Action::request(const std::optional<std::string>& authData) const {
+  messages::Request request{.content = content(), .presentError = presentError, .privileged = privileged};
+  if (authData) request.authorisation.authData = propertylist::Data{*authData};
   return request;
+}
+
+messages::RequestContent Action::content() const {
+  const auto sentLabel = label && !label->empty() ? label : std::nullopt;
+  switch (kind) {
+    case Kind::Write:
+    case Kind::WriteAndLoad:
+      return messages::Write{.path = resolvedPath(url),
+                             .deletePath = deleteURL ? std::optional(pathOf(deleteURL)) : std::nullopt,
+                             .string = string,
+                             .label = sentLabel,
+                             .mode = mode,
+                             .loads = kind == Kind::WriteAndLoad};
+    case Kind::Delete:
+      return messages::Delete{.deletePath = pathOf(deleteURL), .label = sentLabel};
+    case Kind::Unload:
+      return messages::Unload{.path = resolvedPath(url), .label = sentLabel};
+    case Kind::Load:
+      return messages::Load{.path = resolvedPath(url)};
+    case Kind::Test:
+      return messages::Test{
+          .testPath = pathOf(testURL), .testOutputPath = pathOf(testOutputURL), .string = string, .label = sentLabel};
+    case Kind::Uninstall:
+      return messages::Uninstall();
+    case Kind::Log:
+      return messages::Log{.query = logQuery};
+    case Kind::StartHost:
+      return messages::StartHost();
+    case Kind::Quit:
+    case Kind::Subscribe:  // no action: nothing waits for its outcome
+      break;
+  }
+  return messages::Quit();
 }
 
 }  // namespace mirvel

@@ -1,62 +1,50 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "core/files/URL.h"
-#include "core/propertylist/Value.h"
+#include "core/messages/Requests.h"
 
 namespace mirvel {
 
-/// A deed that the program asks of a helper, which alone writes job files and loads jobs. Held for as long as
-/// the request runs; whoever else looks on holds it weakly. For the main thread.
+/// One request to a helper, which alone writes job files and loads jobs, and what the program does with its outcome.
+/// Held for as long as the request is in flight. For the main thread.
 class Action {
  public:
   using Shared = std::shared_ptr<Action>;
-
-  /// The number goes over the wire. 7 is reserved.
-  enum class Kind {
-    write = 0,
-    writeAndLoad = 1,
-    delete_ = 2,
-    quitHelper = 3,
-    unload = 4,
-    load = 5,
-    test = 6,
-    uninstallHelpers = 8,
-    log = 9,
-    startHost = 32  ///< makes sure that the user's jobs run
-  };
+  using Kind = messages::Kind;
 
   explicit Action(Kind theKind) : kind(theKind) {}
   static Shared unload(std::optional<std::string> label, URL url);
   static Shared load(URL url);
   static Shared delete_(URL url, std::string label);
-  static Shared write(URL url, std::optional<std::string> string, std::string label);
+  static Shared write(URL url, std::string string, std::string label);
   static Shared test(URL testURL, URL testOutputURL, std::string string, std::string label);
-  static Shared log(std::map<std::string, std::string> query);
+  static Shared log(messages::LogQuery query);
 
   Kind kind;
-  bool presentError = true;  ///< show an error reply to the user
-  bool cleanUp = true;       ///< on success, show what has changed; a save sees to that itself
-  bool privileged = false;   ///< it goes to the helper that acts as root
+  bool presentError = true;  ///< show a failure to the user
+  bool cleanUp = true;       ///< on success, show what has changed; a save does that itself
+  bool privileged = false;   ///< sent to the helper that acts as root
   std::optional<URL> url = {};
   std::optional<URL> deleteURL = {};
   std::optional<URL> testURL = {};
   std::optional<URL> testOutputURL = {};
   std::optional<std::string> label = {};                 ///< an empty one isn't sent
   std::optional<std::string> localAgentUnloadPath = {};  ///< unloaded in the user's session once root has removed it
-  std::optional<std::string> string = {};                ///< mostly the whole file
-  std::optional<int> mode = {};                          ///< that a file which is new is to have at most
-  std::optional<std::map<std::string, std::string>> logQuery = {};
-  std::function<void(bool isDone)> ended = {};  ///< called once if the request went out, with what came of it
+  std::string string = {};                               ///< the whole content of a file
+  std::optional<int> mode = {};                          ///< permissions that a new file has at most
+  messages::LogQuery logQuery = {};
+  std::function<void(bool isDone)> ended = {};  ///< called once if the request was sent, with its outcome
 
-  /// The request as it goes over the wire, with the authorisation if there is one. The path of `url` is that of the
-  /// file that links lead to.
-  propertylist::Dictionary dictionary(const std::optional<std::string>& authData) const;
+  /// What is sent, with the authorisation if there is one. The path of `url` is that of the file that links lead to.
+  messages::Request request(const std::optional<std::string>& authData) const;
+
+ private:
+  messages::RequestContent content() const;
 };
 
 }  // namespace mirvel

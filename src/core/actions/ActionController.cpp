@@ -7,6 +7,7 @@
 #include "core/base/Const.h"
 #include "core/catalogue/Job.h"
 #include "core/catalogue/LoginItem.h"
+#include "core/messages/Replies.h"
 #include "core/propertylist/Encoding.h"
 #include "core/session/Busy.h"
 #include "core/session/Catalogue.h"
@@ -18,23 +19,6 @@
 #include "core/session/Shell.h"
 
 namespace mirvel {
-
-namespace {
-
-/// What is wrong with a reply, as `presentHelperError` takes it; none if it is what was asked for.
-std::optional<propertylist::Dictionary> faultIn(const propertylist::Dictionary& reply, const Action& action) {
-  if (const propertylist::Value* const error = reply.find("error")) {
-    const auto* details = error->as<propertylist::Dictionary>();
-    return details ? *details : propertylist::Dictionary();
-  }
-  const propertylist::Value* const output = reply.find("test");
-  const propertylist::Value* const lines = reply.find("logQuery");
-  const bool isMalformed = (action.kind == Action::Kind::test && !(output && output->as<std::string>())) ||
-                           (action.kind == Action::Kind::log && !(lines && lines->as<propertylist::Array>()));
-  return isMalformed ? std::optional(propertylist::Dictionary()) : std::nullopt;
-}
-
-}  // namespace
 
 ActionController::ActionController(const ActionContext& context)
     : m_context(context),
@@ -63,19 +47,29 @@ bool ActionController::sendPrivileged(const Action::Shared& action) {
     tellOfNoCommunication();
     return false;
   }
+  m_inFlight.try_emplace(action.get());
   authorise([this, action](bool isGranted) {
-    if (isGranted) return run(m_privileged, action);
-    if (action->kind == Action::Kind::log) clearLog();
-    end(*action, false);
+    if (!m_inFlight.contains(action.get())) return;  // it was cancelled meanwhile
+    isGranted ? run(m_privileged, action) : failed(*action);
   });
   return true;
 }
 
+void ActionController::cancel(const Action::Shared& action) {
+  const auto found = m_inFlight.find(action.get());
+  if (found == m_inFlight.end()) return;
+  const Flight flight = found->second;
+  flight.link ? flight.link->cancel(flight.id) : failed(*action);
+}
+
 void ActionController::run(HelperLink& link, const Action::Shared& action) {
-  link.run(
-      action->dictionary(m_authData),
+  m_inFlight[action.get()].link = &link;
+  const auto id = link.run(
+      action->request(m_authData).write(),
       [this, action](const propertylist::Dictionary& reply) { replied(reply, *action); },
       [this, action](const Error& error, bool isTold) { return requestFailed(error, isTold, *action); });
+  const auto found = m_inFlight.find(action.get());
+  if (found != m_inFlight.end()) found->second.id = id;
 }
 
 void ActionController::authorise(std::function<void(bool isGranted)> answer) {
@@ -113,13 +107,14 @@ void ActionController::answerAuthorisation(bool isGranted) {
   for (const auto& answer : waiting) answer(isGranted && m_privileged.isOpen());
 }
 
-/// What the helper answers doesn't matter. The request has been sent by the time the connection is closed.
+/// The request has been sent by the time the connection is closed; its reply doesn't matter.
 void ActionController::endPrivilegedConnection() {
   if (!m_privileged.isOpen()) return;
-  Action quit(Action::Kind::quitHelper);
+  Action quit(Action::Kind::Quit);
   quit.privileged = true;
-  m_privileged.connection()->run(
-      quit.dictionary(m_authData), [](const propertylist::Dictionary&) {}, [](const Error&) {});
+  (void)m_privileged.run(
+      quit.request(m_authData).write(), [](const propertylist::Dictionary&) {},
+      [](const Error&, bool) { return false; });
   m_privileged.close(Error{.code = Error::Code::Io, .message = "the helper was ended"});
   m_authData.reset();
   m_context.shell.endPrivilegedConnection = nullptr;
@@ -132,34 +127,42 @@ bool ActionController::requestFailed(const Error& error, bool isTold, const Acti
   }
   const bool tells = action.presentError && !isTold;
   if (tells) m_context.platform.interface.present(error);
-  if (action.kind == Action::Kind::log) clearLog();
-  end(action, false);
+  failed(action);
   return tells;
 }
 
-void ActionController::replied(const propertylist::Dictionary& reply, const Action& action) {
-  if (const auto fault = faultIn(reply, action)) {
-    if (action.presentError) presentHelperError(*fault, m_context.foundation.localize, m_context.platform.interface);
-    if (action.kind == Action::Kind::log) clearLog();
-    return end(action, false);
-  }
+void ActionController::failed(const Action& action) {
+  if (action.kind == Action::Kind::Log) clearLog();
+  end(action, false);
+}
+
+void ActionController::replied(const propertylist::Dictionary& body, const Action& action) {
+  const auto reply = messages::readReply(action.kind, body);
+  if (!reply) return refused({}, action);
+  if (const auto* const error = std::get_if<HelperError>(&*reply)) return refused(*error, action);
   const Shell& shell = m_context.shell;
-  if (action.kind == Action::Kind::test) {
-    if (shell.test) shell.test->testFinished(*reply.find("test")->as<std::string>());
-  } else if (action.kind == Action::Kind::log) {
-    if (shell.log) shell.log->logReplyReceived(*reply.find("logQuery")->as<propertylist::Array>());
+  if (const auto* const output = std::get_if<messages::TestOutput>(&*reply)) {
+    if (shell.test) shell.test->testFinished(output->text);
+  } else if (const auto* const log = std::get_if<messages::LogLines>(&*reply)) {
+    if (shell.log) shell.log->logReplyReceived(log->lines);
   } else if (action.cleanUp) {
     endedWell(action);
   }
   end(action, true);
 }
 
+void ActionController::refused(const HelperError& error, const Action& action) {
+  if (action.presentError) presentHelperError(error, m_context.foundation.localize, m_context.platform.interface);
+  failed(action);
+}
+
 void ActionController::end(const Action& action, bool isDone) {
+  m_inFlight.erase(&action);
   if (action.ended) action.ended(isDone);
 }
 
 void ActionController::endedWell(const Action& action) {
-  if (action.kind == Action::Kind::delete_ && action.deleteURL) wasDeleted(*action.deleteURL);
+  if (action.kind == Action::Kind::Delete && action.deleteURL) wasDeleted(*action.deleteURL);
   if (const auto& path = action.localAgentUnloadPath) {
     auto unload = Action::unload(action.label, URL::file(*path));
     unload->cleanUp = false;
@@ -205,7 +208,7 @@ void ActionController::deleteLoginItem(const LoginItem& item) {
 }
 
 void ActionController::uninstallInternalHelpers() {
-  auto action = std::make_shared<Action>(Action::Kind::uninstallHelpers);
+  auto action = std::make_shared<Action>(Action::Kind::Uninstall);
   action->presentError = false;
   action->cleanUp = false;
   (void)sendPrivileged(action);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +22,7 @@ namespace mirvel {
 
 class Launchd;
 class LoginItem;
+struct HelperError;
 
 /// Sends requests to the two helpers, and answers everyone who waits for one. For the main thread.
 ///
@@ -36,6 +38,10 @@ class ActionController {
   bool send(const Action::Shared& action);
   /// To the helper that acts as root; the first time the user authorises it.
   bool sendPrivileged(const Action::Shared& action);
+  /// Ends the wait for an action, as a failure of which the user isn't told; the helper stops what can be stopped
+  /// without leaving anything half done. The connection and all other actions go on. Without effect on one that has
+  /// ended.
+  void cancel(const Action::Shared& action);
   /// Connects to the helper that acts as root, which may ask for a password. Those who ask while the user is being
   /// asked get the same answer. Whoever gets false needn't tell the user.
   void authorise(std::function<void(bool isGranted)> answer);
@@ -63,19 +69,26 @@ class ActionController {
     return [this](const std::filesystem::path& file) { return m_written.isClaimed(URL::file(file).text()); };
   }
 
-  /// For whoever wants to end a request. Null while there is no connection.
-  HelperConnection* connection() const { return m_user.connection(); }
-  HelperConnection* privilegedConnection() const { return m_privileged.connection(); }
+  /// Whether there is a connection to the helper that acts as the user.
+  bool isConnected() const { return m_user.isOpen(); }
 
  private:
+  /// Where a request is in flight. No link: the user is being asked for a password.
+  struct Flight {
+    HelperLink* link = nullptr;
+    HelperLink::Id id = 0;
+  };
+
   bool canBeNamed(const URL& url);
   void run(HelperLink& link, const Action::Shared& action);
   void connected(HelperConnections::Privileged answer);
   void answerAuthorisation(bool isGranted);
   void endPrivilegedConnection();
-  void replied(const propertylist::Dictionary& reply, const Action& action);
+  void replied(const propertylist::Dictionary& body, const Action& action);
+  void refused(const HelperError& error, const Action& action);
+  void failed(const Action& action);
   bool requestFailed(const Error& error, bool isTold, const Action& action);
-  static void end(const Action& action, bool isDone);
+  void end(const Action& action, bool isDone);
   void endedWell(const Action& action);
   void wasDeleted(const URL& url);
   void clearLog();
@@ -99,6 +112,7 @@ class ActionController {
   std::optional<std::string> m_authData;
   std::vector<std::function<void(bool)>> m_awaitingAuthorisation;
   Claims m_written;
+  std::map<const Action*, Flight> m_inFlight;
   HelperLink m_user;
   HelperLink m_privileged;
 };

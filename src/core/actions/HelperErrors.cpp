@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <string>
 
-#include "core/actions/HelperFailure.h"
 #include "core/locale/Localize.h"
+#include "core/messages/HelperFailure.h"
 #include "core/ports/Interface.h"
 #include "core/text/Bidirectional.h"
 
@@ -91,6 +91,9 @@ std::string ownReason(const HelperFailure& failure, const Localize& localize) {
     case Error::Code::StillRunning:
       return localize.waitUntilTheJobHasEnded();
     case Error::Code::Io:
+    case Error::Code::NotRunning:
+    case Error::Code::HungUp:
+    case Error::Code::Cancelled:
       break;
   }
   return localize.pleaseTryAgain();
@@ -114,26 +117,18 @@ void present(const HelperFailure& failure, const std::string& unknown, const Loc
 
 }  // namespace
 
-void presentHelperError(const propertylist::Dictionary& error, const Localize& localize, Interface& interface) {
-  const auto string = [&error](std::string_view key) {
-    const propertylist::Value* const value = error.find(key);
-    return value ? value->as<std::string>() : nullptr;
-  };
-  const propertylist::Value* const codeValue = error.find("code");
-  const auto* integer = codeValue ? codeValue->as<propertylist::Integer>() : nullptr;
-  const std::string* const domain = string("domain");
-  if (!domain || !integer) return interface.error(localize.anUnknownErrorOccurred(), localize.pleaseTryAgain());
+void presentHelperError(const HelperError& error, const Localize& localize, Interface& interface) {
+  if (!error.domain || !error.code)
+    return interface.error(localize.anUnknownErrorOccurred(), localize.pleaseTryAgain());
 
-  const std::string unknown = unknownError(*integer, localize);
-  if (const auto failure = HelperFailure::from(error)) return present(*failure, unknown, localize, interface);
-  if (*domain != actionErrorDomain) {
-    const std::string* const description = string("description");
-    const std::string* const suggestion = string("suggestion");
-    if (description && suggestion) return interface.error(*description, *suggestion);
+  const std::string unknown = unknownError(*error.code, localize);
+  if (error.failure) return present(*error.failure, unknown, localize, interface);
+  if (*error.domain != actionErrorDomain) {
+    if (error.description && error.suggestion) return interface.error(*error.description, *error.suggestion);
     return interface.error(unknown, localize.pleaseTryAgain());
   }
   const std::string notChanged = localize.theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError();
-  switch (static_cast<ActionErrorCode>(integer->toInt64().value_or(0))) {
+  switch (static_cast<ActionErrorCode>(error.code->toInt64().value_or(0))) {
     case ActionErrorCode::NotConnected:
       return interface.error(localize.couldNotEstablishCommunicationWithHelperTool(), localize.pleaseTryAgain());
     case ActionErrorCode::NotChanged:

@@ -6,11 +6,12 @@ namespace mirvel {
 
 class Interface;
 class Localize;
+struct HelperError;
 
-/// Tells the user what an error reply of a helper says: the dictionary under "error".
-void presentHelperError(const propertylist::Dictionary& error, const Localize& localize, Interface& interface);
+/// Shows the error of a helper's reply to the user.
+void presentHelperError(const HelperError& error, const Localize& localize, Interface& interface);
 
-/// Tells the user why the helper that acts as root wasn't started, and what to do.
+/// Shows the user why the helper that acts as root wasn't started, and what to do.
 void presentRefusal(HelperConnections::Refusal refusal, const Localize& localize, Interface& interface);
 
 }  // namespace mirvel

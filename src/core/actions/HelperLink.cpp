@@ -4,21 +4,41 @@
 
 namespace mirvel {
 
-void HelperLink::run(const propertylist::Dictionary& request, Reply reply, Failure failure) {
-  const std::int64_t id = ++m_lastId;
+HelperLink::Id HelperLink::run(const propertylist::Dictionary& request, Reply reply, Failure failure,
+                               const Event& event) {
+  const Id id = ++m_lastId;
   m_waiting.emplace(id, Waiting{std::move(reply), std::move(failure)});
-  m_connection->run(request, m_delay.whileOwned([this, id](const propertylist::Dictionary& answer) {
+  const auto answered = [this, id](const propertylist::Dictionary& answer) {
     if (const auto waiting = m_waiting.extract(id)) waiting.mapped().reply(answer);
-  }),
-                    m_delay.whileOwned([this, id](const Error& why) {
-                      if (m_waiting.contains(id)) breakOff(why, false);
-                    }));
+  };
+  const auto failed = [this, id](const Error& why) { requestFailed(id, why); };
+  const auto happened = [this, id, event](const propertylist::Dictionary& news) {
+    if (m_waiting.contains(id)) event(news);
+  };
+  const auto sent = m_connection->run(request, m_delay.whileOwned(answered), m_delay.whileOwned(failed),
+                                      event ? Event(m_delay.whileOwned(happened)) : Event());
+  if (const auto waiting = m_waiting.find(id); waiting != m_waiting.end()) waiting->second.request = sent;
+  return id;
+}
+
+void HelperLink::cancel(Id id) {
+  const auto waiting = m_waiting.extract(id);
+  if (!waiting) return;
+  m_connection->cancel(waiting.mapped().request);
+  (void)waiting.mapped().failure({.code = Error::Code::Cancelled, .message = "the request was cancelled"}, true);
+}
+
+/// A request that can't be sent fails alone.
+void HelperLink::requestFailed(Id id, const Error& why) {
+  if (!m_waiting.contains(id)) return;
+  if (m_connection->hasFailed()) return breakOff(why, false);
+  (void)m_waiting.extract(id).mapped().failure(why, false);
 }
 
 void HelperLink::breakOff(const Error& why, bool isTold) {
   if (const auto connection = std::exchange(m_connection, nullptr)) {
     connection->invalidate();
-    m_queue.post([connection] {});  // it may be this one that is telling of its end
+    m_queue.post([connection] {});  // this may be a callback of the connection
   }
   const auto waiting = std::exchange(m_waiting, {});
   for (const auto& [id, request] : waiting) isTold = request.failure(why, isTold) || isTold;

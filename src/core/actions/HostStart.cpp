@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "core/actions/Action.h"
 #include "core/locale/Localize.h"
+#include "core/messages/Replies.h"
 #include "core/session/Catalogue.h"
 #include "core/session/Notifications.h"
 #include "core/session/Platform.h"
@@ -45,18 +45,17 @@ void HostStart::start() {
   if (m_connection || !helpers) return;
   m_connection = helpers->connectToAction();
   if (!m_connection) return ended(m_localize.couldNotEstablishCommunicationWithHelperTool());
-  m_connection->run(Action(Action::Kind::startHost).dictionary({}),
+  m_connection->run(messages::Request{.content = messages::StartHost()}.write(),
                     m_delay.whileOwned([this](const propertylist::Dictionary& reply) { replied(reply); }),
                     m_delay.whileOwned([this](const Error& error) { ended(error.text()); }));
 }
 
-void HostStart::replied(const propertylist::Dictionary& reply) {
-  const propertylist::Value* const error = reply.find("error");
-  if (!error) return ended(std::nullopt);
-  const auto* const details = error->as<propertylist::Dictionary>();
-  const propertylist::Value* const description = details ? details->find("description") : nullptr;
-  const auto* const text = description ? description->as<std::string>() : nullptr;
-  ended(text ? *text : m_localize.anUnknownErrorOccurred());
+void HostStart::replied(const propertylist::Dictionary& body) {
+  const auto reply = messages::readReply(messages::Kind::StartHost, body);
+  if (reply && std::holds_alternative<messages::Done>(*reply)) return ended(std::nullopt);
+  const auto* const error = reply ? std::get_if<HelperError>(&*reply) : nullptr;
+  const std::string unknown = m_localize.anUnknownErrorOccurred();
+  ended(error ? error->description.value_or(unknown) : unknown);
 }
 
 void HostStart::ended(std::optional<std::string> failure) {

@@ -40,7 +40,7 @@ class HostStart {
   static bool isRunByHost(const Job& job);
   void startIfNeeded();
   void start();
-  void replied(const propertylist::Dictionary& reply);
+  void replied(const propertylist::Dictionary& body);
   void ended(std::optional<std::string> failure);
 
   const Platform& m_platform;

@@ -46,7 +46,7 @@ void JobDeletion::deleteAndKeep(const std::shared_ptr<Job>& job) {
   m_actions.deleteConfirmed(Interface::defaultButton, *job, [this, isUsers, id = *kept](bool isDeleted) {
     if (isDeleted) return;
     // A helper that was cut off may still delete the file: then the copy stays, and is listed once the file is gone.
-    const bool isAnswered = isUsers ? m_actions.connection() != nullptr : m_actions.isAuthorised();
+    const bool isAnswered = isUsers ? m_actions.isConnected() : m_actions.isAuthorised();
     if (isAnswered) m_deletedJobs.forget(id);
   });
 }

@@ -26,7 +26,7 @@ SaveStep step(Role role, Action::Shared action, bool isRoots = false) {
 Action::Shared write(const SavePlan& plan, bool isLoaded, std::string label) {
   auto action = Action::write(plan.to, plan.text, std::move(label));
   action->mode = plan.mode;
-  if (isLoaded) action->kind = Action::Kind::writeAndLoad;
+  if (isLoaded) action->kind = Action::Kind::WriteAndLoad;
   return action;
 }
 

@@ -22,7 +22,11 @@ struct Error {
     BadArgument,          ///< the caller asked for something that can't be
     NotTrusted,           ///< somebody else than root and the user could have written the file
     StillRunning,         ///< a job that was asked to end hasn't ended within the time
+    NotRunning,           ///< the program that was to be asked isn't running
+    HungUp,               ///< the peer closed the connection instead of answering; it may have done what was asked
+    Cancelled,            ///< the caller gave up waiting, or asked for the work to be dropped
   };
+  static constexpr Code lastCode = Code::Cancelled;  ///< codes travel as numbers, of which no other is valid
 
   Code code;
   std::string message;                       ///< one clause, without the place, without a full stop

@@ -110,7 +110,7 @@ void send(const CreationContext& context, const Restoring& restoring) {
   // Root only writes an agent's file: it is loaded in the user's session.
   const bool isUsers = deleted.kind == Kind::userAgent;
   const bool isLoaded = job && !job->isDisabled(), loadsApart = isLoaded && deleted.kind.isAgentOfEveryone();
-  if (isLoaded && !loadsApart) action->kind = Action::Kind::writeAndLoad;
+  if (isLoaded && !loadsApart) action->kind = Action::Kind::WriteAndLoad;
   action->ended = [&context, job, loadsApart, restoring](bool isWritten) {
     restoring->saving.release();
     restoring->job = {};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,22 +10,34 @@
 
 namespace mirvel {
 
-/// One connection to a helper. For the main thread, on which the answers come too.
+/// One connection to a helper. Requests run side by side, and are answered in any order. For the main thread, on which
+/// the callbacks run too.
 class HelperConnection {
  public:
+  /// Of a request; never used again by the same connection.
+  using Id = std::int64_t;
   using Reply = std::function<void(const propertylist::Dictionary&)>;
   using Failure = std::function<void(const Error&)>;
+  /// What a request subscribed to; any number of times before its reply.
+  using Event = std::function<void(const propertylist::Dictionary&)>;
 
   HelperConnection() = default;
-  /// Ends the connection; nobody is answered any more.
+  /// Closes the connection; none of the callbacks is called any more.
   virtual ~HelperConnection() = default;
   HelperConnection(const HelperConnection&) = delete;
   HelperConnection& operator=(const HelperConnection&) = delete;
 
-  /// Sends a request, and returns at once. Exactly one of the two is called, once and never before this returns:
-  /// `failure` if the helper can't be reached, ends, or answers what isn't an answer.
-  virtual void run(const propertylist::Dictionary& request, Reply reply, Failure failure) = 0;
-  /// Ends the connection at once; requests without an answer fail, later.
+  /// Sends a request, and returns at once. Either `reply` or `failure` is called, once, and never before this returns,
+  /// unless the request is cancelled. `failure` gets `LimitExceeded` for a request that is too large or one too many,
+  /// which costs no other; every other failure is that of the whole connection: the helper can't be reached, has ended,
+  /// or has broken the rules. See `hasFailed`.
+  virtual Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, Event event = {}) = 0;
+  /// Tells the helper that nobody waits for the request any more; it stops what it can stop without leaving anything half
+  /// done. None of the request's callbacks is called from now on. Without effect on a request that has been answered.
+  virtual void cancel(Id request) = 0;
+  /// Whether no request can succeed any more.
+  virtual bool hasFailed() const = 0;
+  /// Closes the connection at once; requests without an answer fail, later.
   virtual void invalidate() = 0;
 };
 

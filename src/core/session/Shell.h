@@ -5,11 +5,15 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/files/URL.h"
-#include "core/propertylist/Value.h"
 #include "core/session/DetailType.h"
 #include "core/session/Mode.h"
+
+namespace mirvel::messages {
+struct LogLine;
+}
 
 /// The names under which sheets are asked for.
 namespace mirvel::String {
@@ -74,8 +78,8 @@ class LogType {
   LogType(const LogType&) = delete;
   LogType& operator=(const LogType&) = delete;
 
-  /// An array of dictionaries, whose keys are times in decimal seconds since 1970 and whose values are messages.
-  virtual void logReplyReceived(const propertylist::Array& lines) = 0;
+  /// The oldest line first.
+  virtual void logReplyReceived(const std::vector<messages::LogLine>& lines) = 0;
   /// The query has ended without an answer.
   virtual void clear() = 0;
 };

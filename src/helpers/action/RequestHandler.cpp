@@ -2,9 +2,6 @@
 
 #include <algorithm>
 
-#include "helpers/action/ErrorReply.h"
-#include "helpers/wire/DateKey.h"
-
 namespace mirvel {
 
 namespace fs = std::filesystem;
@@ -27,98 +24,125 @@ Result<void> withoutValue(const Result<T>& result) {
   return result ? Result<void>() : result.error();
 }
 
-propertylist::Array asReply(const std::vector<JobHost::LogLine>& lines) {
+/// The youngest lines, as many as fit.
+messages::LogLines replyOf(const std::vector<messages::LogLine>& lines) {
   constexpr std::size_t largestLog = std::size_t{16} << 20U;
   constexpr std::size_t largestMessage = std::size_t{64} << 10U;
-  propertylist::Array newestFirst;
+  messages::LogLines reply;
   std::size_t size = 0;
   for (auto line = lines.rbegin(); line != lines.rend() && size < largestLog; ++line) {
-    const std::string message = readableText(line->message, largestMessage);
-    size += message.size() + sizeof(*line);
-    newestFirst.emplace_back(propertylist::Dictionary{{wire::dateKey(line->seconds), message}});
+    reply.lines.push_back({line->seconds, readableText(line->message, largestMessage)});
+    size += reply.lines.back().message.size() + sizeof(*line);
   }
-  return {newestFirst.rbegin(), newestFirst.rend()};
+  std::reverse(reply.lines.begin(), reply.lines.end());
+  return reply;
+}
+
+Result<void> checkLabelIn(const messages::RequestContent& content) {
+  return std::visit(
+      [](const auto& request) {
+        if constexpr (requires { request.label; }) {
+          if (request.label) return checkLabel(*request.label);
+        }
+        return Result<void>();
+      },
+      content);
 }
 
 }  // namespace
 
 propertylist::Dictionary RequestHandler::handle(const propertylist::Dictionary& dictionary) {
-  const auto request = Request::read(dictionary);
-  return request ? answer(*request) : errorReply(HelperFailure{.cause = request.error()});
+  const auto request = messages::Request::read(dictionary);
+  Cancellation none;
+  return messages::write(request ? answer(*request, none) : HelperError::of(HelperFailure{.cause = request.error()}));
 }
 
-propertylist::Dictionary RequestHandler::answer(const Request& request) {
-  if (request.kind == Request::Kind::test) return test(request);
-  if (request.kind == Request::Kind::log) return log(request);
-  const auto failure = act(request);
-  return failure ? errorReply(*failure) : propertylist::Dictionary();
-}
-
-RequestHandler::Outcome RequestHandler::act(const Request& request) {
-  switch (request.kind) {
-    case Request::Kind::write:
-    case Request::Kind::writeAndLoad:
-      return write(request);
-    case Request::Kind::delete_:
-      return delete_(request);
-    case Request::Kind::unload:
-      return unload(request);
-    case Request::Kind::load:
-      return load(*request.path);
-    case Request::Kind::startHost:
-      if (m_setup.startsHost) return failureOf(Deed::Answer, m_setup.host.start(), {});
-      return failureOf(
-          Deed::Answer,
-          Error{.code = Error::Code::NotPermitted, .message = "agents are no business of the privileged helper"}, {});
-    case Request::Kind::uninstallHelpers:
-      return failureOf(Deed::Answer, m_setup.uninstall(), {});
-    case Request::Kind::quitHelper:
-      m_isDone = true;
-      return {};
-    case Request::Kind::test:
-    case Request::Kind::log:
-      break;
+messages::Reply RequestHandler::answer(const messages::Request& request, Cancellation& cancellation) {
+  if (const auto checked = checkLabelIn(request.content); !checked) {
+    return HelperError::of(HelperFailure{.cause = checked.error()});
   }
+  return std::visit([&](const auto& content) { return reply(content, cancellation); }, request.content);
+}
+
+std::shared_ptr<void> RequestHandler::subscribe(const messages::Subscribe& request, EventReceiver receiver) const {
+  return m_setup.publisher ? m_setup.publisher(request.topic, std::move(receiver)) : nullptr;
+}
+
+template <typename Request>
+messages::Reply RequestHandler::reply(const Request& request, Cancellation&) {
+  auto failure = act(request);
+  if (failure) return HelperError::of(*std::move(failure));
+  return messages::Done();
+}
+
+messages::Reply RequestHandler::reply(const messages::Test& request, Cancellation& cancellation) {
+  auto output = m_tests.run(request, cancellation);
+  if (output) return messages::TestOutput{*std::move(output)};
+  return HelperError::of(*failureOf(Deed::Test, output.error(), request.testPath));
+}
+
+messages::Reply RequestHandler::reply(const messages::Log& request, Cancellation&) {
+  const auto lines = m_setup.host.log(request.query.period, request.query.searchString);
+  if (lines) return replyOf(*lines);
+  return HelperError::of(HelperFailure{.deed = Deed::Log, .cause = lines.error()});
+}
+
+RequestHandler::Outcome RequestHandler::act(const messages::StartHost&) {
+  if (m_setup.startsHost) return failureOf(Deed::Answer, m_setup.host.start(), {});
+  return failureOf(
+      Deed::Answer,
+      Error{.code = Error::Code::NotPermitted, .message = "agents are no business of the privileged helper"}, {});
+}
+
+RequestHandler::Outcome RequestHandler::act(const messages::Uninstall&) {
+  return failureOf(Deed::Answer, m_setup.uninstall(), {});
+}
+
+RequestHandler::Outcome RequestHandler::act(const messages::Quit&) {
+  m_isDone = true;
   return {};
 }
 
-/// The old job is stopped when the new file stands: one that couldn't be written leaves all as it was. A job that is
-/// only written is stopped too, since it is written so because it was disabled.
-RequestHandler::Outcome RequestHandler::write(const Request& request) {
-  const fs::path& file = *request.path;
-  const auto label = labelOf(*request.string);
+RequestHandler::Outcome RequestHandler::act(const messages::Subscribe&) {
+  return HelperFailure{.cause = {.code = Error::Code::BadArgument, .message = "a subscription needs a connection"}};
+}
+
+/// The old job is stopped once the new file is in place: a file that can't be written changes nothing. A job that is
+/// only written is stopped, too: it is written that way because it was disabled.
+RequestHandler::Outcome RequestHandler::act(const messages::Write& request) {
+  const fs::path& file = request.path;
+  const auto label = labelOf(request.string);
   if (!label) return failureOf(Deed::Write, label.error(), file);
   if (auto refused = failureOf(Deed::Write, m_setup.files.admit(file), file)) return refused;
-  const bool loads = request.kind == Request::Kind::writeAndLoad;
-  if (loads) {
+  if (request.loads) {
     if (auto refused = failureOf(Deed::Load, m_setup.files.admitLoad(file), file)) return refused;
   }
   if (request.deletePath) {
     const fs::path& old = *request.deletePath;
     if (auto refused = failureOf(Deed::Delete, m_setup.files.admit(old), old)) return refused;
   }
-  Jobs jobs = jobsToUnload(file, request, *label);
+  Jobs jobs = jobsToUnload(file, request.label, *label);
   if (request.deletePath) addJobIn(*request.deletePath, jobs);
 
   const bool moves = request.deletePath && !isSameEntry(file, *request.deletePath);
-  const mode_t mostOpen = request.mode.value_or(0777);
-  const auto written = moves ? m_setup.files.move(*request.deletePath, file, *request.string, mostOpen)
-                             : m_setup.files.write(file, *request.string, mostOpen);
+  const auto mostOpen = static_cast<mode_t>(request.mode.value_or(0777));
+  const auto written = moves ? m_setup.files.move(*request.deletePath, file, request.string, mostOpen)
+                             : m_setup.files.write(file, request.string, mostOpen);
   if (auto failure = failureOf(Deed::Write, written, file)) return failure;
   if (auto failure = unloadAll(jobs)) {
     failure->isWritten = true;
     // The host then loads it as soon as the last run has ended.
     const bool isStillRunning = failure->cause.code == Error::Code::StillRunning;
-    if (isStillRunning && loads) (void)m_setup.host.load(file);
+    if (isStillRunning && request.loads) (void)m_setup.host.load(file);
     return failure;
   }
-  return loads ? failureOf(Deed::Load, m_setup.host.load(file), file, true) : std::nullopt;
+  return request.loads ? failureOf(Deed::Load, m_setup.host.load(file), file, true) : std::nullopt;
 }
 
-RequestHandler::Outcome RequestHandler::delete_(const Request& request) {
-  const fs::path& file = *request.deletePath;
+RequestHandler::Outcome RequestHandler::act(const messages::Delete& request) {
+  const fs::path& file = request.deletePath;
   if (auto refused = failureOf(Deed::Delete, m_setup.files.admitRemoval(file), file)) return refused;
-  Jobs jobs = jobsToUnload(file, request);
+  Jobs jobs = jobsToUnload(file, request.label);
   // Whatever a damaged file was loaded as nobody can tell any more; that is no reason to keep it for ever.
   std::error_code failure;
   const bool isThere = fs::exists(fs::symlink_status(file, failure));
@@ -127,14 +151,15 @@ RequestHandler::Outcome RequestHandler::delete_(const Request& request) {
   return failureOf(Deed::Delete, m_setup.files.remove(file), file);
 }
 
-RequestHandler::Outcome RequestHandler::unload(const Request& request) {
-  const fs::path& file = *request.path;
-  if (m_tests.isTest(request)) return failureOf(Deed::Unload, m_tests.remove(request), file);
+RequestHandler::Outcome RequestHandler::act(const messages::Unload& request) {
+  const fs::path& file = request.path;
+  if (const auto removed = m_tests.remove(file)) return failureOf(Deed::Unload, *removed, file);
   if (auto refused = failureOf(Deed::Unload, m_setup.files.admit(file), file)) return refused;
-  return unloadAll(jobsToUnload(file, request));
+  return unloadAll(jobsToUnload(file, request.label));
 }
 
-RequestHandler::Outcome RequestHandler::load(const fs::path& file) {
+RequestHandler::Outcome RequestHandler::act(const messages::Load& request) {
+  const fs::path& file = request.path;
   if (auto refused = failureOf(Deed::Load, m_setup.files.admitLoad(file), file)) return refused;
   const auto content = m_setup.files.read(file);
   if (!content) return failureOf(Deed::Read, content.error(), file);
@@ -142,25 +167,14 @@ RequestHandler::Outcome RequestHandler::load(const fs::path& file) {
   return failureOf(Deed::Load, label ? m_setup.host.load(file) : withoutValue(label), file);
 }
 
-propertylist::Dictionary RequestHandler::test(const Request& request) {
-  const auto output = m_tests.run(request);
-  if (output) return {{"test", *output}};
-  return errorReply(*failureOf(Deed::Test, output.error(), *request.testPath));
-}
-
-propertylist::Dictionary RequestHandler::log(const Request& request) {
-  const auto lines = m_setup.host.log(request.logQuery->period, request.logQuery->text);
-  return lines ? propertylist::Dictionary{{"logQuery", asReply(*lines)}}
-               : errorReply({.deed = Deed::Log, .cause = lines.error()});
-}
-
-/// The jobs of the file, as it is before the request is done; `newLabel` is that of new content.
-RequestHandler::Jobs RequestHandler::jobsToUnload(const fs::path& file, const Request& request,
+/// The jobs of the file, as it is before the request is carried out; `label` is that of the request, `newLabel` that of
+/// new content.
+RequestHandler::Jobs RequestHandler::jobsToUnload(const fs::path& file, const std::optional<std::string>& label,
                                                   const std::optional<std::string>& newLabel) {
-  Jobs jobs{.labelled = {}, .files = {}, .label = request.label ? request.label : newLabel};
+  Jobs jobs{.labelled = {}, .files = {}, .label = label ? label : newLabel};
   // A job that gets another label is still asked for by its old one.
-  for (const auto& label : {newLabel, request.label}) {
-    if (label && m_setup.trustsLabels) add({*label, file}, jobs);
+  for (const auto& each : {newLabel, label}) {
+    if (each && m_setup.trustsLabels) add({*each, file}, jobs);
   }
   addJobIn(file, jobs);
   return jobs;

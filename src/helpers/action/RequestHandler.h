@@ -1,16 +1,26 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 
-#include "core/actions/HelperFailure.h"
+#include "core/messages/Replies.h"
+#include "helpers/action/Cancellation.h"
 #include "helpers/action/TestRuns.h"
+#include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel {
 
-/// Does what a helper is asked for. One request at a time.
+/// Carries out what a helper is asked for.
+///
+/// Test runs and queries of the log may be answered on any number of threads, beside each other and beside one other
+/// request; of all the others only one at a time, which is what keeps the order of a job's changes, and lets the rights
+/// of only one user be taken at once.
 class RequestHandler {
  public:
+  using EventReceiver = std::function<void(const propertylist::Dictionary& event)>;
+
   struct Setup {
     JobFiles& files;
     JobHost& host;
@@ -21,17 +31,24 @@ class RequestHandler {
     bool trustsLabels = true;
     std::optional<std::filesystem::path> testFolder = {};  ///< see `TestRuns`
     bool startsHost = false;  ///< whether the host, with the agents of the user of this process, is started on request
+    /// Begins a subscription, which ends when the result is released; from then on the receiver isn't called any more.
+    /// The receiver may be called on any thread. Null for an unknown topic; without this function there are no topics.
+    std::function<std::shared_ptr<void>(const std::string& topic, EventReceiver receiver)> publisher = {};
   };
 
   explicit RequestHandler(Setup setup) : m_setup(std::move(setup)), m_tests(m_setup.host, m_setup.testFolder) {}
 
-  /// The answer: empty for what was done, `error` for what wasn't, or what was asked for.
+  /// Reads a request and writes the reply.
   propertylist::Dictionary handle(const propertylist::Dictionary& dictionary);
+  /// A test ends early when it is cancelled. Not for subscriptions.
+  messages::Reply answer(const messages::Request& request, Cancellation& cancellation);
+  /// Null for an unknown topic.
+  std::shared_ptr<void> subscribe(const messages::Subscribe& request, EventReceiver receiver) const;
   /// Whether the helper was asked to end.
   bool isDone() const { return m_isDone; }
 
  private:
-  /// None: it was done.
+  /// None: it has been done.
   using Outcome = std::optional<HelperFailure>;
   /// A job that may be loaded, and the file that it would have been loaded from.
   struct Job {
@@ -44,16 +61,20 @@ class RequestHandler {
     std::optional<std::string> label;          ///< that those may have
   };
 
-  propertylist::Dictionary answer(const Request& request);
-  Outcome act(const Request& request);
-  Outcome write(const Request& request);
-  Outcome delete_(const Request& request);
-  Outcome unload(const Request& request);
-  Outcome load(const std::filesystem::path& file);
-  propertylist::Dictionary test(const Request& request);
-  propertylist::Dictionary log(const Request& request);
+  messages::Reply reply(const messages::Test& request, Cancellation& cancellation);
+  messages::Reply reply(const messages::Log& request, Cancellation&);
+  template <typename Request>
+  messages::Reply reply(const Request& request, Cancellation&);
+  Outcome act(const messages::Write& request);
+  Outcome act(const messages::Delete& request);
+  Outcome act(const messages::Unload& request);
+  Outcome act(const messages::Load& request);
+  Outcome act(const messages::StartHost&);
+  Outcome act(const messages::Uninstall&);
+  Outcome act(const messages::Quit&);
+  static Outcome act(const messages::Subscribe&);
 
-  Jobs jobsToUnload(const std::filesystem::path& file, const Request& request,
+  Jobs jobsToUnload(const std::filesystem::path& file, const std::optional<std::string>& label,
                     const std::optional<std::string>& newLabel = {});
   static void add(Job job, Jobs& jobs);
   void addJobIn(const std::filesystem::path& file, Jobs& jobs);
@@ -61,7 +82,7 @@ class RequestHandler {
 
   Setup m_setup;
   TestRuns m_tests;
-  bool m_isDone = false;
+  std::atomic<bool> m_isDone = false;
 };
 
 }  // namespace mirvel

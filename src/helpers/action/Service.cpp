@@ -1,21 +1,220 @@
 #include "helpers/action/Service.h"
 
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel {
 
-Result<void> serve(int socket, const std::function<propertylist::Dictionary(const propertylist::Dictionary&)>& handle,
-                   const std::function<bool()>& isDone) {
+namespace {
+
+Error brokenRule(const char* what) {
+  return {.code = Error::Code::Malformed, .message = what};
+}
+
+messages::Reply refusal(Error::Code code, const char* why) {
+  return HelperError::of(HelperFailure{.cause = {.code = code, .message = why}});
+}
+
+messages::Reply cancelled() {
+  return refusal(Error::Code::Cancelled, "the request was cancelled");
+}
+
+}  // namespace
+
+Service::Service(int socket, RequestHandler& handler, Admission admits)
+    : m_socket(socket),
+      m_handler(handler),
+      m_admits(std::move(admits)),
+      m_outbox(socket, [this](Id id) { forget(id); }) {
   wire::ignoreHangUps(socket);
+}
+
+Result<void> Service::run() {
+  std::thread inOrder([this] { workInOrder(); });
+  const auto received = readAll();
+  finish();
+  inOrder.join();
+  m_threads.join();
+  const auto sent = m_outbox.finish();
+  return received ? sent : received;
+}
+
+Result<void> Service::readAll() {
   wire::FrameReader reader(wire::largestRequest);
-  while (!isDone()) {
-    const auto frame = wire::receiveFrame(socket, reader);
+  while (true) {
+    const auto frame = wire::receiveFrame(m_socket, reader);
     if (!frame) return frame.error();
     if (!*frame) return {};
-    auto sent = wire::sendFrame(socket, {.id = (*frame)->id, .body = handle((*frame)->body)});
-    if (!sent) return sent;
+    if (auto taken = take(**frame); !taken) return taken;
+  }
+}
+
+/// Nobody waits for the requests in flight any more, but those that are to run in order do so.
+void Service::finish() {
+  std::vector<Shared> flights;
+  {
+    const std::lock_guard lock(m_mutex);
+    m_isEnding = true;
+    for (const auto& [id, flight] : m_inFlight) flights.push_back(flight);
+  }
+  m_changed.notify_all();
+  for (const Shared& flight : flights) {
+    if (flight->course == Course::Beside) cancelBeside(flight);
+    const std::lock_guard lock(flight->mutex);
+    flight->isAnswered = flight->isAnswered || flight->course == Course::Subscription;
+  }
+  for (const Shared& flight : flights) flight->subscription.reset();
+}
+
+Result<void> Service::take(const wire::Frame& frame) {
+  switch (frame.kind) {
+    case wire::Frame::Kind::Message:
+      return takeRequest(frame);
+    case wire::Frame::Kind::Cancel:
+      cancel(frame.id);
+      return {};
+    case wire::Frame::Kind::Event:
+      break;
+  }
+  return brokenRule("the peer sent an event");
+}
+
+Result<void> Service::takeRequest(const wire::Frame& frame) {
+  const auto flight = std::make_shared<Flight>();
+  {
+    const std::lock_guard lock(m_mutex);
+    if (m_isEnding) return {};
+    if (m_inFlight.size() >= wire::mostRequests) return brokenRule("the peer sent too many requests");
+    if (!m_inFlight.emplace(frame.id, flight).second) return brokenRule("the peer used an id twice");
+  }
+  if (m_admits && !m_admits(frame.body)) {
+    answer(frame.id, flight, HelperError::of(ActionErrorCode::NotConnected));
+  } else if (auto request = messages::Request::read(frame.body)) {
+    begin(frame.id, flight, *std::move(request));
+  } else {
+    answer(frame.id, flight, HelperError::of(HelperFailure{.cause = request.error()}));
   }
   return {};
+}
+
+void Service::begin(Id id, const Shared& flight, messages::Request request) {
+  if (const auto* const subscription = std::get_if<messages::Subscribe>(&request.content)) {
+    flight->course = Course::Subscription;
+    return subscribe(id, flight, *subscription);
+  }
+  const bool isBeside =
+      std::holds_alternative<messages::Test>(request.content) || std::holds_alternative<messages::Log>(request.content);
+  flight->course = isBeside ? Course::Beside : Course::InOrder;
+  isBeside ? runBeside(id, flight, std::move(request)) : enqueue({id, flight, std::move(request)});
+}
+
+void Service::enqueue(Queued queued) {
+  const std::lock_guard lock(m_mutex);
+  m_queue.push_back(std::move(queued));
+  m_changed.notify_all();
+}
+
+void Service::runBeside(Id id, const Shared& flight, messages::Request request) {
+  bool hasRoom = false;
+  {
+    const std::lock_guard lock(m_mutex);
+    hasRoom = m_beside < mostBeside;
+    if (hasRoom) ++m_beside;
+  }
+  const bool runs = hasRoom && m_threads.start([this, id, flight, request = std::move(request)] {
+    const auto reply = m_handler.answer(request, flight->cancellation);
+    {
+      const std::lock_guard lock(m_mutex);
+      --m_beside;
+    }
+    answer(id, flight, flight->cancellation.isCancelled() ? cancelled() : reply);
+  });
+  if (runs) return;
+  if (hasRoom) {
+    const std::lock_guard lock(m_mutex);
+    --m_beside;
+  }
+  answer(id, flight, refusal(Error::Code::LimitExceeded, "too many tests and queries run at the same time"));
+}
+
+void Service::subscribe(Id id, const Shared& flight, const messages::Subscribe& request) {
+  auto subscription = m_handler.subscribe(
+      request,
+      [this, id, weak = std::weak_ptr(flight)](const propertylist::Dictionary& event) { publish(id, weak, event); });
+  if (!subscription) return answer(id, flight, refusal(Error::Code::BadArgument, "there is nothing of that topic"));
+  flight->subscription = std::move(subscription);
+}
+
+/// A subscriber that doesn't keep up loses its subscription rather than the newest events.
+void Service::publish(Id id, const std::weak_ptr<Flight>& weak, const propertylist::Dictionary& event) {
+  const auto flight = weak.lock();
+  if (!flight) return;
+  {
+    const std::lock_guard lock(flight->mutex);
+    if (flight->isAnswered) return;
+    if (m_outbox.addEvent({.id = id, .body = event, .kind = wire::Frame::Kind::Event})) return;
+  }
+  answer(id, flight, refusal(Error::Code::LimitExceeded, "the events aren't taken fast enough"));
+}
+
+/// A request that runs in order and has begun isn't interrupted: nothing is left half done.
+void Service::cancel(Id id) {
+  Shared flight;
+  bool wasQueued = false;
+  {
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_inFlight.find(id);
+    if (found == m_inFlight.end()) return;  // its answer is on the way
+    flight = found->second;
+    wasQueued = std::erase_if(m_queue, [id](const Queued& queued) { return queued.id == id; }) > 0;
+  }
+  if (flight->course == Course::Beside) return cancelBeside(flight);
+  if (wasQueued || flight->course == Course::Subscription) answer(id, flight, cancelled());
+}
+
+/// To stop a test can take as long as its `ExitTimeOut`.
+void Service::cancelBeside(const Shared& flight) {
+  if (flight->cancellation.isCancelled()) return;
+  const bool isStarted = m_threads.start([flight] { flight->cancellation.cancel(); });
+  if (!isStarted) flight->cancellation.cancel();
+}
+
+void Service::answer(Id id, const Shared& flight, const messages::Reply& reply) {
+  const std::lock_guard lock(flight->mutex);
+  if (std::exchange(flight->isAnswered, true)) return;
+  m_outbox.addAnswer({.id = id, .body = messages::write(reply)});
+}
+
+/// A subscription may wait for an event that is being published as it ends.
+void Service::forget(Id id) {
+  std::map<Id, Shared>::node_type flight;
+  const std::lock_guard lock(m_mutex);
+  flight = m_inFlight.extract(id);
+}
+
+void Service::workInOrder() {
+  while (const auto queued = nextInOrder()) {
+    answer(queued->id, queued->flight, m_handler.answer(queued->request, queued->flight->cancellation));
+    if (!m_handler.isDone()) continue;
+    const std::lock_guard lock(m_mutex);
+    m_isEnding = true;
+    ::shutdown(m_socket, SHUT_RD);  // wakes the reader
+    return;
+  }
+}
+
+std::optional<Service::Queued> Service::nextInOrder() {
+  std::unique_lock lock(m_mutex);
+  m_changed.wait(lock, [this] { return m_isEnding || !m_queue.empty(); });
+  if (m_queue.empty()) return std::nullopt;
+  Queued queued = std::move(m_queue.front());
+  m_queue.pop_front();
+  return queued;
 }
 
 }  // namespace mirvel

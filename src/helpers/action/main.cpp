@@ -35,7 +35,7 @@ Result<void> notMine() {
 
 }  // namespace
 
-/// The action service: does as the user what the application asks for over descriptor 3.
+/// The action service: carries out as the user what the application asks for over descriptor 3.
 int main(int argc, char** argv) {
   if ((argc != 1 && !rootIn(argc, argv)) || !isSocket(wire::helperDescriptor)) {
     std::cerr << "mirvel-action: Mirvel starts this program when it needs it; it does nothing by itself.\n";
@@ -48,9 +48,7 @@ int main(int argc, char** argv) {
   const auto host = jobHostOfThisMachine(root, environment, runner);
   UserJobFiles files(JobFolders::ofUser(root ? Roots::below(*root) : Roots::forThisMachine(environment)));
   RequestHandler handler({.files = files, .host = *host, .uninstall = notMine, .startsHost = true});
-  const auto served = serve(
-      wire::helperDescriptor, [&](const auto& request) { return handler.handle(request); },
-      [&] { return handler.isDone(); });
+  const auto served = Service(wire::helperDescriptor, handler).run();
   if (!served) std::cerr << "mirvel-action: " << served.error().text() << '\n';
   return served ? 0 : 1;
 }

@@ -26,8 +26,9 @@ class Connection {
   void send(const wire::Frame& frame);
   /// Sends what the socket takes.
   void flush();
-  /// It was hung up, or has broken the rules.
+  /// The client has hung up, or has broken the rules.
   bool isOver() const { return m_isOver; }
+  void cutOff() { m_isOver = true; }
 
  private:
   FileDescriptor m_socket;

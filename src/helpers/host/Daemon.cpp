@@ -15,9 +15,8 @@
 #include "helpers/host/Server.h"
 #include "helpers/host/Session.h"
 #include "helpers/host/Succession.h"
-#include "helpers/hostdata/EnabledJobs.h"
+#include "helpers/hostdata/HostClient.h"
 #include "helpers/hostdata/LoadedJobs.h"
-#include "helpers/jobhost/HostClient.h"
 #include "helpers/process/Signals.h"
 
 namespace mirvel::host {
@@ -45,7 +44,7 @@ class Daemon {
     }
     watchSurroundings();
     m_host.restore();
-    for (const fs::path& folder : setup.jobFolders) loadEnabledJobs(folder, m_host);
+    for (const fs::path& folder : setup.jobFolders) m_host.loadEnabled(folder);
   }
 
   void run() {
@@ -141,10 +140,8 @@ class Daemon {
 
   /// False: there is another host, and it isn't reached.
   Result<bool> offerJobs() {
-    propertylist::Array files;
-    for (const fs::path& file : m_replacedJobs) files.emplace_back(file.string());
-    const auto taken =
-        HostClient(m_setup.places.socket).ask(request::takeOver, {{std::string(key::paths), std::move(files)}});
+    const auto taken = HostClient(m_setup.places.socket)
+                           .ask(hostdata::TakeOver{.paths = {m_replacedJobs.begin(), m_replacedJobs.end()}});
     if (taken) return true;
     if (!HostClient::isNoHost(taken.error()) && !HostClient::isHangUp(taken.error())) return taken.error();
     const auto presence = Presence::claim(m_setup.places);

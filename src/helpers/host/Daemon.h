@@ -7,12 +7,12 @@
 #include "core/base/Result.h"
 #include "core/process/Environment.h"
 #include "helpers/host/Session.h"
-#include "helpers/hostdata/Places.h"
+#include "helpers/hostdata/HostPlaces.h"
 
 namespace mirvel::host {
 
 struct HostSetup {
-  Places places;
+  HostPlaces places;
   Environment environment;             ///< of the process
   std::filesystem::path machine = {};  ///< the folder that stands for a machine; empty: there is none
   /// A session of the user's begins: the jobs of these folders are loaded that are enabled. The host of another session

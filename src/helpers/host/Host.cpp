@@ -10,7 +10,9 @@
 #include "core/files/FileTrust.h"
 #include "core/files/ReadFile.h"
 #include "core/files/RegularFile.h"
+#include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/hostdata/HostMessages.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel::host {
@@ -63,7 +65,7 @@ Host::Host(Settings settings, PollLoop& loop)
       m_calendar(m_settings.zone()),
       m_log(m_settings.folder / "log"),
       m_loadedJobs(LoadedJobs::fileIn(m_settings.folder)),
-      m_runNotes(RunNotes::folderIn(m_settings.folder)),
+      m_runNotes(runNotesIn(m_settings.folder)),
       m_surroundings{.exists = exists,
                      .holdsFiles = holdsFiles,
                      .isLoaded =
@@ -113,8 +115,12 @@ void Host::tell(std::string text) {
   addToLog(ownLabel, std::move(text));
 }
 
-void Host::tellOfUnloadable(const fs::path& file, const Error& error) {
-  tell("can't load " + file.string() + ": " + error.text());
+void Host::loadEnabled(const fs::path& folder) {
+  for (const EnabledJob& job : enabledJobsIn(folder)) {
+    if (isLoaded(job.label) && !isEnding(job.label)) continue;
+    const auto loaded = job.isCertain ? load(job.file) : job.isCertain;
+    if (!loaded) tell("can't load " + job.file.string() + ": " + loaded.error().text());
+  }
 }
 
 /// The file may lie on a disk that isn't there yet, or somebody may just be writing it.

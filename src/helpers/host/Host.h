@@ -22,9 +22,9 @@
 #include "helpers/host/OutputLines.h"
 #include "helpers/host/PathWatch.h"
 #include "helpers/host/PollLoop.h"
+#include "helpers/host/RunNotes.h"
 #include "helpers/hostdata/HostMessages.h"
 #include "helpers/hostdata/LoadedJobs.h"
-#include "helpers/hostdata/RunNotes.h"
 
 namespace mirvel::host {
 
@@ -54,6 +54,9 @@ class Host {
   /// A job that isn't noted is forgotten when the host ends. Fails with `NotTrusted` for a file that others could have
   /// written, and with `StillRunning` while a job of that label is being stopped.
   Result<void> load(const std::filesystem::path& file, Noted noted = Noted::Yes);
+  /// Loads the jobs of a folder that are enabled and whose labels aren't loaded yet, in the order of their file names.
+  /// One that can't be loaded, or may be disabled, is named in the log, and is no reason to leave out the others.
+  void loadEnabled(const std::filesystem::path& folder);
   /// One loaded job. Another that is loaded from the same file or under the same label later isn't the same.
   using Serial = std::uint64_t;
   /// Begins to unload the job of the label or, without one, of the file, and gives it. None: nothing was loaded.
@@ -70,7 +73,6 @@ class Host {
   bool noteAgain();
   /// For the log.
   void tell(std::string text);
-  void tellOfUnloadable(const std::filesystem::path& file, const Error& error);
 
   bool isLoaded(const std::string& label) const { return m_jobs.find(label) != m_jobs.end(); }
   bool isLoaded(Serial job) const { return entryOf(job) != nullptr; }

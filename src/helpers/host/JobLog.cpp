@@ -11,10 +11,10 @@
 
 #include "core/files/ReadFile.h"
 #include "core/files/RegularFile.h"
+#include "core/messages/DateKey.h"
 #include "core/process/FileDescriptor.h"
 #include "core/text/Ascii.h"
 #include "core/text/Digest.h"
-#include "helpers/wire/DateKey.h"
 
 namespace mirvel::host {
 
@@ -81,7 +81,7 @@ Result<std::string> readEnd(const fs::path& file, std::size_t most) {
 }
 
 /// The lines of one file that are asked for.
-void findIn(const fs::path& file, double since, std::string_view text, std::vector<JobHost::LogLine>& result) {
+void findIn(const fs::path& file, double since, std::string_view text, std::vector<messages::LogLine>& result) {
   const auto bytes = readEnd(file, 4 * JobLog::fileSize);
   if (!bytes) return;  // renamed or removed just now
   std::string_view rest = *bytes;
@@ -89,7 +89,7 @@ void findIn(const fs::path& file, double since, std::string_view text, std::vect
     const std::string_view line = rest.substr(0, rest.find('\n'));
     rest.remove_prefix(std::min(rest.size(), line.size() + 1));
     const std::size_t blank = line.find(' ');
-    const auto seconds = wire::dateOfKey(line.substr(0, blank));
+    const auto seconds = messages::dateOfKey(line.substr(0, blank));
     if (!seconds || *seconds < since || blank == std::string_view::npos) continue;
     const std::string_view message = line.substr(blank + 1);
     if (message.find(text) != std::string_view::npos) result.push_back({*seconds, std::string(message)});
@@ -108,12 +108,12 @@ std::vector<fs::path> filesIn(const fs::path& folder) {
   return result;
 }
 
-void keepYoungest(std::vector<JobHost::LogLine>& lines, std::size_t maximumBytes) {
+void keepYoungest(std::vector<messages::LogLine>& lines, std::size_t maximumBytes) {
   std::size_t size = 0;
   auto first = lines.end();
   while (first != lines.begin() && size + std::prev(first)->message.size() <= maximumBytes) {
     --first;
-    size += first->message.size() + sizeof(JobHost::LogLine);
+    size += first->message.size() + sizeof(messages::LogLine);
   }
   lines.erase(lines.begin(), first);
 }
@@ -138,9 +138,9 @@ Result<void> JobLog::add(const std::string& label, Moment now, const std::vector
   return bytes.empty() ? Result<void>() : append(fileOf(label), bytes);
 }
 
-std::vector<JobHost::LogLine> JobLog::find(Moment since, std::string_view text, std::size_t maximumBytes) const {
+std::vector<messages::LogLine> JobLog::find(Moment since, std::string_view text, std::size_t maximumBytes) const {
   const double begin = static_cast<double>(since.time_since_epoch().count()) / 1000;
-  std::vector<JobHost::LogLine> result;
+  std::vector<messages::LogLine> result;
   for (const fs::path& file : filesIn(m_folder)) findIn(file, begin, text, result);
   std::stable_sort(result.begin(), result.end(), [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
   keepYoungest(result, maximumBytes);

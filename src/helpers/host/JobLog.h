@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "core/base/Result.h"
-#include "helpers/jobhost/JobHost.h"
+#include "core/messages/Replies.h"
 
 namespace mirvel::host {
 
@@ -26,7 +26,7 @@ class JobLog {
   Result<void> add(const std::string& label, Moment now, const std::vector<std::string>& lines) const;
   /// The lines since that moment that hold the text, "" being in all of them, the oldest first; at most so many bytes
   /// of the youngest.
-  std::vector<JobHost::LogLine> find(Moment since, std::string_view text, std::size_t maximumBytes) const;
+  std::vector<messages::LogLine> find(Moment since, std::string_view text, std::size_t maximumBytes) const;
   /// Removes the files of jobs that have been silent for long.
   void prune(Moment now) const;
 

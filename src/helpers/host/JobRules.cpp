@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/hostdata/HostMessages.h"
 
 namespace mirvel::host {
@@ -73,21 +74,6 @@ void readTimes(const jobfile::Plist& plist, JobRules& rules) {
   if (plist.exitTimeOut && *plist.exitTimeOut > 0) rules.exitTimeOut = duration(*plist.exitTimeOut);
 }
 
-bool isUnusable(const jobfile::Plist& plist, jobfile::Plist::CodingKeys key) {
-  const std::string name(jobfile::Plist::text(key));
-  const auto unknown = plist.unknownKeys.value_or(std::vector<std::string>());
-  const auto opaque = plist.opaqueValues();
-  return std::find(unknown.begin(), unknown.end(), name) != unknown.end() ||
-         std::any_of(opaque.begin(), opaque.end(), [&](const auto& value) { return value.path.front() == name; });
-}
-
-Error unusable(jobfile::Plist::CodingKeys key, const std::string& consequence) {
-  const std::string name(jobfile::Plist::text(key));
-  return {.code = Error::Code::WrongType,
-          .message = "the value of " + name + " can't be used, and " + consequence,
-          .keyPath = name};
-}
-
 }  // namespace
 
 JobRules JobRules::of(const jobfile::Plist& plist) {
@@ -143,15 +129,10 @@ Result<void> checkRunnable(const jobfile::Plist& plist, uid_t user) {
     essential.insert(essential.end(), {Keys::userName, Keys::groupName, Keys::rootDirectory, Keys::umask});
   }
   for (const Keys key : essential) {
-    if (isUnusable(plist, key)) return unusable(key, "without it the job would do something else than its file says");
+    if (isUnusable(plist, key))
+      return unusableError(key, "without it the job would do something else than its file says");
   }
   return {};
-}
-
-Result<bool> isEnabled(const jobfile::Plist& plist) {
-  constexpr auto key = jobfile::Plist::CodingKeys::disabled;
-  if (isUnusable(plist, key)) return unusable(key, "may say that the job is disabled");
-  return plist.disabled != true;
 }
 
 }  // namespace mirvel::host

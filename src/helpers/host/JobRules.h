@@ -53,8 +53,5 @@ std::vector<std::string> unusableValues(const jobfile::Plist& plist);
 /// Fails with `WrongType` for a job that would run another command than its file says, or with other rights, because
 /// the value of a key can't be used.
 Result<void> checkRunnable(const jobfile::Plist& plist, uid_t user);
-/// Whether the job is loaded at a login and at a start of the host. Fails with `WrongType` if its file can't tell; then
-/// it is loaded only when somebody asks for just that.
-Result<bool> isEnabled(const jobfile::Plist& plist);
 
 }  // namespace mirvel::host

@@ -6,7 +6,7 @@
 
 namespace mirvel::host {
 
-Result<std::unique_ptr<Presence>> Presence::claim(const Places& places) {
+Result<std::unique_ptr<Presence>> Presence::claim(const HostPlaces& places) {
   if (const auto made = places.make(); !made) return made.error();
   auto lock = lockFolder(places.folder);
   if (!lock) return lock.error();
@@ -16,7 +16,7 @@ Result<std::unique_ptr<Presence>> Presence::claim(const Places& places) {
   return std::unique_ptr<Presence>(new Presence(places, *std::move(lock), *std::move(listening)));
 }
 
-Presence::Presence(Places places, FileDescriptor lock, FileDescriptor listening)
+Presence::Presence(HostPlaces places, FileDescriptor lock, FileDescriptor listening)
     : m_places(std::move(places)),
       m_lock(std::move(lock)),
       m_listening(std::move(listening)),

@@ -4,8 +4,8 @@
 
 #include "core/base/Result.h"
 #include "core/process/FileDescriptor.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/hostdata/HostSocket.h"
-#include "helpers/hostdata/Places.h"
 
 namespace mirvel::host {
 
@@ -14,7 +14,7 @@ namespace mirvel::host {
 class Presence {
  public:
   /// Null: there is another host. Fails if there can't be one.
-  static Result<std::unique_ptr<Presence>> claim(const Places& places);
+  static Result<std::unique_ptr<Presence>> claim(const HostPlaces& places);
   Presence(const Presence&) = delete;
   Presence& operator=(const Presence&) = delete;
   /// The socket goes if it is still this one's.
@@ -38,7 +38,7 @@ class Presence {
   }
 
  private:
-  Presence(Places places, FileDescriptor lock, FileDescriptor listening);
+  Presence(HostPlaces places, FileDescriptor lock, FileDescriptor listening);
   /// False: it is another's.
   Result<bool> lockAgain();
   /// None: the socket is there.
@@ -46,7 +46,7 @@ class Presence {
   bool hasLock() const { return FileIdentity::of(m_lock.number()) == FileIdentity::at(lockOf(m_places.folder)); }
   bool hasSocket() const { return m_socket == FileIdentity::at(m_places.socket); }
 
-  Places m_places;
+  HostPlaces m_places;
   FileDescriptor m_lock;
   FileDescriptor m_listening;
   FileIdentity m_socket;  ///< the file of the listening socket

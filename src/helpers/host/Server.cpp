@@ -8,11 +8,9 @@
 #endif
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
+#include <type_traits>
 
-#include "helpers/hostdata/EnabledJobs.h"
-#include "helpers/hostdata/HostMessages.h"
 #include "helpers/hostdata/HostSocket.h"
 #include "helpers/wire/LocalSocket.h"
 
@@ -23,12 +21,6 @@ using namespace std::chrono;
 namespace {
 
 constexpr std::size_t largestLog = std::size_t{8} << 20U;
-constexpr std::int64_t longestPeriod = std::int64_t{100} * 366 * 24 * 3600;
-
-seconds durationOf(const propertylist::Dictionary& request) {
-  return seconds(std::clamp<std::int64_t>(numberOf(request, key::seconds).value_or(0), 0, longestPeriod));
-}
-
 #ifdef __linux__
 
 /// Can be read when the process has ended; see pidfd_open(2).
@@ -45,15 +37,24 @@ FileDescriptor openProcess(pid_t) {
 
 #endif
 
-/// What the next host would have to know of.
-bool concernsTheNextHost(std::string_view name) {
-  constexpr std::array names = {request::load, request::unload, request::start, request::takeOver,
-                                request::beginSession};
-  return std::find(names.begin(), names.end(), name) != names.end();
+/// Requests whose effect the next host would have to know of.
+template <typename Request>
+constexpr bool concernsTheNextHost =
+    std::is_same_v<Request, hostdata::Load> || std::is_same_v<Request, hostdata::Unload> ||
+    std::is_same_v<Request, hostdata::Start> || std::is_same_v<Request, hostdata::TakeOver> ||
+    std::is_same_v<Request, hostdata::BeginSession>;
+
+void refuse(Connection& client, std::int64_t id, const Error& error) {
+  client.send({.id = id, .body = hostdata::Refusal{.error = error}.write()});
 }
 
-Error badRequest(const std::string& message) {
-  return {.code = Error::Code::BadArgument, .message = message};
+void done(Connection& client, std::int64_t id) {
+  client.send({.id = id});
+}
+
+template <typename Answer>
+void send(Connection& client, std::int64_t id, const Answer& answer) {
+  client.send({.id = id, .body = messages::FieldWriter::write(answer)});
 }
 
 }  // namespace
@@ -104,48 +105,49 @@ void Server::serve(const Client& client) {
   if (!client) return;
   client->flush();
   client->receive();
-  while (const auto request = client->next()) answer(client, *request);
+  while (const auto frame = client->next()) take(client, *frame);
 }
 
-void Server::answer(const Client& client, const wire::Frame& request) {
-  const auto reply = [&](propertylist::Dictionary body) { client->send({request.id, std::move(body)}); };
-  const std::string name = textOf(request.body, key::request).value_or("");
-  if ((m_shallQuit || m_host.isQuitting()) && concernsTheNextHost(name)) return reply(endingReply());
-  if (name == request::unload) return unload(client, request);
-  if (name == request::waitForEnd) return waitForEnd(client, request);
-  if (name == request::beginSession) return beginSession(client, request);
-  if (name == request::load) return reply(load(client, request.body));
-  if (name == request::start) {
-    start(request.body);
-    return reply({});
-  }
-  if (name == request::takeOver) return reply(takeOver(request.body));
-  if (name == request::log) return reply(log(request.body));
-  if (name == request::status) return reply(status());
-  if (name != request::quit) return reply(errorReply(badRequest("the job host knows no request of that name")));
-  quit();
+void Server::take(const Client& client, const wire::Frame& frame) {
+  if (frame.kind == wire::Frame::Kind::Cancel) return cancel(client, frame.id);
+  if (frame.kind != wire::Frame::Kind::Message) return client->cutOff();
+  const auto request = hostdata::readRequest(frame.body);
+  if (!request) return refuse(*client, frame.id, request.error());
+  std::visit(
+      [&](const auto& content) {
+        const bool isEnding = m_shallQuit || m_host.isQuitting();
+        if (isEnding && concernsTheNextHost<std::decay_t<decltype(content)>>) {
+          return client->send({.id = frame.id, .body = hostdata::Refusal::ending().write()});
+        }
+        answer(client, frame.id, content);
+      },
+      *request);
 }
 
-/// The end of the connection is the answer.
-void Server::quit() {
-  m_shallQuit = true;
+/// The job goes on being stopped; only nobody waits for that.
+void Server::cancel(const Client& client, std::int64_t id) {
+  const auto isMeant = [&](const Waiting& waiting) { return waiting.id == id && waiting.client.lock() == client; };
+  if (m_waiting.remove_if(isMeant) == 0) return;  // its answer is on the way
+  refuse(*client, id, {.code = Error::Code::Cancelled, .message = "the request was cancelled"});
+}
+
+void Server::answer(const Client&, std::int64_t, const hostdata::Quit&) {
+  m_shallQuit = true;  // the end of the connection is the answer
   for (const auto& [weak, id] : m_successors) {
-    if (const auto successor = weak.lock()) successor->send({id, {}});
+    if (const auto successor = weak.lock()) send(*successor, id, hostdata::BeginSession::Answer{.staysOpen = false});
   }
   m_successors.clear();
 }
 
-propertylist::Dictionary Server::load(const Client& client, const propertylist::Dictionary& request) {
-  const auto path = textOf(request, key::path);
-  if (!path) return errorReply(badRequest("there is no path"));
-  const bool isTemporary = isTrue(request, key::temporary);
-  const auto loaded = m_host.load(*path, isTemporary ? Host::Noted::No : Host::Noted::Yes);
-  if (loaded && isTemporary) unloadWith(client, *path);
-  return loaded ? propertylist::Dictionary() : errorReply(loaded.error());
+void Server::answer(const Client& client, std::int64_t id, const hostdata::Load& request) {
+  const auto loaded = m_host.load(request.path, request.isTemporary ? Host::Noted::No : Host::Noted::Yes);
+  if (!loaded) return refuse(*client, id, loaded.error());
+  if (request.isTemporary) unloadWith(client, request.path);
+  done(*client, id);
 }
 
-/// A job that is only tried ends with whoever tries it, even one who is killed and can't unload it. Where the system
-/// doesn't tell of that end, it stays until the host ends.
+/// A job that is only tried ends with the process that tries it, even one that is killed and can't unload it. Where the
+/// system doesn't report that end, it stays until the host ends.
 void Server::unloadWith(const Client& client, const std::filesystem::path& file) {
   const pid_t peer = wire::processOfPeer(client->descriptor()).value_or(0);
   if (peer <= 0) return;
@@ -167,84 +169,81 @@ void Server::unloadWith(const Client& client, const std::filesystem::path& file)
   });
 }
 
-propertylist::Dictionary Server::takeOver(const propertylist::Dictionary& request) {
-  const auto paths = textsOf(request, key::paths);
-  const auto taken = m_host.takeOver({paths.begin(), paths.end()});
-  return taken ? propertylist::Dictionary() : errorReply(taken.error());
+void Server::answer(const Client& client, std::int64_t id, const hostdata::TakeOver& request) {
+  const auto taken = m_host.takeOver({request.paths.begin(), request.paths.end()});
+  taken ? done(*client, id) : refuse(*client, id, taken.error());
 }
 
-void Server::start(const propertylist::Dictionary& request) {
-  for (const std::string& folder : textsOf(request, key::folders)) loadEnabledJobs(folder, m_host);
+void Server::answer(const Client& client, std::int64_t id, const hostdata::Start& request) {
+  loadFolders(request.folders);
+  done(*client, id);
+}
+
+void Server::loadFolders(const std::vector<std::string>& folders) {
+  for (const std::string& folder : folders) m_host.loadEnabled(folder);
 }
 
 /// A host of an earlier session has no display any more and an environment that leads nowhere: it makes room for one of
 /// the new session, which starts with the same jobs. As long as the desktop of the earlier one is open its jobs stay
 /// there, since they can't move without being stopped.
-void Server::beginSession(const Client& client, const wire::Frame& request) {
-  const propertylist::Value* const value = request.body.find(key::environment);
-  const auto* const variables = value ? value->as<propertylist::Dictionary>() : nullptr;
-  if (!variables) return client->send({request.id, errorReply(badRequest("there is no environment"))});
-  Environment environment;
-  for (const auto& [name, variable] : *variables) {
-    if (const auto* const text = variable.as<std::string>()) environment.emplace(name, *text);
-  }
-  const bool isOwn = m_session.isThatOf(environment);
+void Server::answer(const Client& client, std::int64_t id, const hostdata::BeginSession& request) {
+  const bool isOwn = m_session.isThatOf({request.environment.begin(), request.environment.end()});
   if (!isOwn && !m_session.isOpenDesktop()) {
     m_shallQuit = true;  // the end of the connection is the answer
     return;
   }
-  start(request.body);
-  client->send({request.id, {{std::string(key::staysOpen), !isOwn}}});
-  if (!isOwn) m_successors.emplace_back(client, request.id);
+  loadFolders(request.folders);
+  send(*client, id, hostdata::BeginSession::Answer{.staysOpen = !isOwn});
+  if (!isOwn) m_successors.emplace_back(client, id);
 }
 
-propertylist::Dictionary Server::log(const propertylist::Dictionary& request) const {
-  const auto since = currentTime().wall - durationOf(request);
-  propertylist::Array lines;
-  for (auto& line : m_host.log().find(since, textOf(request, key::text).value_or(""), largestLog)) {
-    lines.emplace_back(propertylist::Array{line.seconds, std::move(line.message)});
+void Server::answer(const Client& client, std::int64_t id, const hostdata::Log& request) {
+  const auto since = currentTime().wall - seconds(request.seconds);
+  send(*client, id, hostdata::Log::Answer{.lines = m_host.log().find(since, request.text, largestLog)});
+}
+
+void Server::answer(const Client& client, std::int64_t id, const hostdata::Status&) {
+  send(*client, id, hostdata::Status::Answer{.jobs = m_host.status()});
+}
+
+void Server::answer(const Client& client, std::int64_t id, const hostdata::Unload& request) {
+  if (!request.path && !request.label) {
+    return refuse(*client, id, {.code = Error::Code::BadArgument, .message = "there is no path"});
   }
-  return {{std::string(key::lines), std::move(lines)}};
-}
-
-propertylist::Dictionary Server::status() const {
-  propertylist::Array jobs;
-  for (const HostedJobStatus& job : m_host.status()) jobs.emplace_back(job.toDictionary());
-  return {{std::string(key::jobs), std::move(jobs)}};
-}
-
-void Server::unload(const Client& client, const wire::Frame& request) {
-  const auto path = textOf(request.body, key::path);
-  const auto label = textOf(request.body, key::label);
-  if (!path && !label) return client->send({request.id, errorReply(badRequest("there is no path"))});
-  const auto unloaded = m_host.unload(path.value_or(""), label);
-  if (!unloaded) return client->send({request.id, errorReply(unloaded.error())});
-  if (!*unloaded) return client->send({request.id, {}});
-  const auto limit = request.body.find(key::seconds) ? std::min(durationOf(request.body), longestStop) : longestStop;
+  const auto unloaded = m_host.unload(request.path.value_or(""), request.label);
+  if (!unloaded) return refuse(*client, id, unloaded.error());
+  if (!*unloaded) return done(*client, id);
+  const auto limit = request.seconds ? std::min(seconds(*request.seconds), longestStop) : longestStop;
   const auto until = currentTime().running + limit;
-  m_waiting.push_back({.client = client, .id = request.id, .job = **unloaded, .forUnload = true, .until = until});
+  wait(client, {.client = client, .id = id, .job = **unloaded, .forUnload = true, .until = until});
 }
 
-void Server::waitForEnd(const Client& client, const wire::Frame& request) {
-  const auto label = textOf(request.body, key::label);
-  const auto job = label ? m_host.serialOf(*label) : std::nullopt;
+void Server::answer(const Client& client, std::int64_t id, const hostdata::WaitForEnd& request) {
+  const auto job = m_host.serialOf(request.label);
   if (!job) {
-    Error error{.code = Error::Code::NotFound, .message = label.value_or("the job") + " isn't loaded"};
-    return client->send({request.id, errorReply(error)});
+    return refuse(*client, id, {.code = Error::Code::NotFound, .message = request.label + " isn't loaded"});
   }
-  const auto until = currentTime().running + durationOf(request.body);
-  m_waiting.push_back({.client = client, .id = request.id, .job = *job, .forUnload = false, .until = until});
+  const auto until = currentTime().running + seconds(request.seconds);
+  wait(client, {.client = client, .id = id, .job = *job, .forUnload = false, .until = until});
+}
+
+void Server::wait(const Client& client, Waiting waiting) {
+  const auto count = std::count_if(m_waiting.begin(), m_waiting.end(),
+                                   [&](const Waiting& other) { return other.client.lock() == client; });
+  if (static_cast<std::size_t>(count) >= wire::mostRequests) return client->cutOff();
+  m_waiting.push_back(std::move(waiting));
 }
 
 std::optional<propertylist::Dictionary> Server::answerTo(const Waiting& waiting, milliseconds now) const {
   if (waiting.forUnload) {
     if (!m_host.isLoaded(waiting.job)) return propertylist::Dictionary();
-    return now < waiting.until ? std::nullopt : std::optional(errorReply(m_host.stillRunning(waiting.job)));
+    if (now < waiting.until) return std::nullopt;
+    return hostdata::Refusal{.error = m_host.stillRunning(waiting.job)}.write();
   }
   const bool hasRun = m_host.hasRun(waiting.job);
   const bool isGone = !m_host.isLoaded(waiting.job);
   if (!hasRun && !isGone && now < waiting.until) return std::nullopt;
-  return propertylist::Dictionary{{std::string(key::ended), hasRun || isGone}};
+  return messages::FieldWriter::write(hostdata::WaitForEnd::Answer{.hasEnded = hasRun || isGone});
 }
 
 void Server::settle() {
@@ -253,7 +252,7 @@ void Server::settle() {
     const auto client = waiting.client.lock();
     if (!client) return true;
     auto body = answerTo(waiting, now);
-    if (body) client->send({waiting.id, std::move(*body)});
+    if (body) client->send({.id = waiting.id, .body = *std::move(body)});
     return body.has_value();
   });
   for (const Client& client : m_clients) {

@@ -14,10 +14,12 @@
 #include "helpers/host/Host.h"
 #include "helpers/host/PollLoop.h"
 #include "helpers/host/Session.h"
+#include "helpers/hostdata/HostMessages.h"
 
 namespace mirvel::host {
 
-/// Answers those who ask the host. Who owns it calls `settle` after each turn of the loop.
+/// Answers the clients of the host. Requests that wait for a job hold up no others, of the same client or another one;
+/// each can be cancelled. The owner calls `settle` after each turn of the loop.
 class Server {
  public:
   static constexpr std::size_t mostConnections = 128;
@@ -30,38 +32,42 @@ class Server {
 
   /// Goes on with another socket; the old one is still open. Connections stay.
   void listenAnewAt(int listening);
-  /// Answers those who were waiting for something that has come, and drops connections that are over.
+  /// Answers the requests that waited for something that has happened, and drops connections that are over.
   void settle();
-  /// When the first of those has waited long enough.
+  /// When the first of those has waited long enough, by the running clock.
   std::optional<std::chrono::milliseconds> wakeAt() const;
   /// Somebody has asked the host to end.
   bool shallQuit() const { return m_shallQuit; }
 
  private:
   using Client = std::shared_ptr<Connection>;
-  /// An answer that must wait for a job.
+  /// A request whose answer depends on a job.
   struct Waiting {
     std::weak_ptr<Connection> client;
     std::int64_t id;
     Host::Serial job;
-    bool forUnload;  ///< else for its end
+    bool forUnload;  ///< or else for its end
     std::chrono::milliseconds until;
   };
 
   void accept();
   void turnAway();
   void serve(const Client& client);
-  void answer(const Client& client, const wire::Frame& request);
-  propertylist::Dictionary load(const Client& client, const propertylist::Dictionary& request);
+  void take(const Client& client, const wire::Frame& frame);
+  /// Answers a request at once, or registers it among those that wait.
+  void answer(const Client& client, std::int64_t id, const hostdata::Load& request);
+  void answer(const Client& client, std::int64_t id, const hostdata::Start& request);
+  void answer(const Client& client, std::int64_t id, const hostdata::BeginSession& request);
+  void answer(const Client& client, std::int64_t id, const hostdata::TakeOver& request);
+  void answer(const Client& client, std::int64_t id, const hostdata::Unload& request);
+  void answer(const Client& client, std::int64_t id, const hostdata::WaitForEnd& request);
+  void answer(const Client& client, std::int64_t id, const hostdata::Log& request);
+  void answer(const Client& client, std::int64_t id, const hostdata::Status&);
+  void answer(const Client& client, std::int64_t id, const hostdata::Quit&);
+  void loadFolders(const std::vector<std::string>& folders);
   void unloadWith(const Client& client, const std::filesystem::path& file);
-  propertylist::Dictionary takeOver(const propertylist::Dictionary& request);
-  void start(const propertylist::Dictionary& request);
-  void beginSession(const Client& client, const wire::Frame& request);
-  void quit();
-  propertylist::Dictionary log(const propertylist::Dictionary& request) const;
-  propertylist::Dictionary status() const;
-  void unload(const Client& client, const wire::Frame& request);
-  void waitForEnd(const Client& client, const wire::Frame& request);
+  void wait(const Client& client, Waiting waiting);
+  void cancel(const Client& client, std::int64_t id);
   /// None: not yet.
   std::optional<propertylist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
 

@@ -9,7 +9,7 @@
 
 #include "core/files/RegularFile.h"
 #include "helpers/host/PathWatch.h"
-#include "helpers/jobhost/HostClient.h"
+#include "helpers/hostdata/HostClient.h"
 
 namespace mirvel::host {
 
@@ -18,12 +18,10 @@ namespace {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-propertylist::Dictionary requestOf(const HostSetup& setup, const Session& session) {
-  propertylist::Dictionary variables;
-  for (const auto& [name, value] : session.variables()) variables.set(name, value);
-  propertylist::Array folders;
-  for (const fs::path& folder : setup.jobFolders) folders.emplace_back(folder.string());
-  return {{std::string(key::environment), std::move(variables)}, {std::string(key::folders), std::move(folders)}};
+hostdata::BeginSession requestOf(const HostSetup& setup, const Session& session) {
+  const auto variables = session.variables();
+  return {.environment = {variables.begin(), variables.end()},
+          .folders = {setup.jobFolders.begin(), setup.jobFolders.end()}};
 }
 
 /// Waits until the host hangs up. False: it has said that none shall follow, or this session is over before.
@@ -58,9 +56,9 @@ Result<std::unique_ptr<Presence>> succeed(const HostSetup& setup, const std::fun
     auto claimed = Presence::claim(setup.places);
     if (!claimed || *claimed) return claimed;
     const auto host = HostClient(setup.places.socket).connect();
-    const auto answer = host ? HostClient::askAt(*host, request::beginSession, requestOf(setup, session), patience)
-                             : Result<propertylist::Dictionary>(host.error());
-    if (answer && !isTrue(*answer, key::staysOpen)) return std::unique_ptr<Presence>();
+    const auto answer = host ? HostClient::askAt(*host, requestOf(setup, session), patience)
+                             : Result<hostdata::BeginSession::Answer>(host.error());
+    if (answer && !answer->staysOpen) return std::unique_ptr<Presence>();
     if (answer) {
       isReady();
       if (!outlives(session, *host)) return std::unique_ptr<Presence>();

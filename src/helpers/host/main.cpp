@@ -57,11 +57,11 @@ int run(const Options& options, const Environment& environment) {
   if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
   const Roots roots = options.root.empty() ? Roots::forThisMachine(environment) : Roots::below(options.root);
   const host::HostSetup setup{
-      .places = host::Places::of(roots),
+      .places = HostPlaces::of(roots),
       .environment = environment,
       .machine = options.root,
       .beginsSession = options.beginsSession,
-      .jobFolders = options.beginsSession ? host::agentFolders(roots) : std::vector<std::filesystem::path>(),
+      .jobFolders = options.beginsSession ? agentFolders(roots) : std::vector<std::filesystem::path>(),
       .sessionRecords = ("/" / options.root) / std::filesystem::path(host::Session::usualRecords).relative_path()};
   const auto ran = host::runHost(setup, [&] { detachment.complete(); });
   if (!ran) std::cerr << "mirvel-host: " << ran.error().text() << '\n';

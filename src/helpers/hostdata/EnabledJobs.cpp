@@ -5,10 +5,8 @@
 
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Kind.h"
-#include "core/jobfile/Plist.h"
-#include "helpers/host/JobRules.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
 namespace {
 
@@ -61,12 +59,25 @@ std::vector<EnabledJob> enabledJobsIn(const std::filesystem::path& folder) {
   return jobs;
 }
 
-void loadEnabledJobs(const std::filesystem::path& folder, Host& host) {
-  for (const EnabledJob& job : enabledJobsIn(folder)) {
-    if (host.isLoaded(job.label) && !host.isEnding(job.label)) continue;
-    const auto loaded = job.isCertain ? host.load(job.file) : job.isCertain;
-    if (!loaded) host.tellOfUnloadable(job.file, loaded.error());
-  }
+bool isUnusable(const jobfile::Plist& plist, jobfile::Plist::CodingKeys key) {
+  const std::string name(jobfile::Plist::text(key));
+  const auto unknown = plist.unknownKeys.value_or(std::vector<std::string>());
+  const auto opaque = plist.opaqueValues();
+  return std::find(unknown.begin(), unknown.end(), name) != unknown.end() ||
+         std::any_of(opaque.begin(), opaque.end(), [&](const auto& value) { return value.path.front() == name; });
 }
 
-}  // namespace mirvel::host
+Error unusableError(jobfile::Plist::CodingKeys key, const std::string& consequence) {
+  const std::string name(jobfile::Plist::text(key));
+  return {.code = Error::Code::WrongType,
+          .message = "the value of " + name + " can't be used, and " + consequence,
+          .keyPath = name};
+}
+
+Result<bool> isEnabled(const jobfile::Plist& plist) {
+  constexpr auto key = jobfile::Plist::CodingKeys::disabled;
+  if (isUnusable(plist, key)) return unusableError(key, "may say that the job is disabled");
+  return plist.disabled != true;
+}
+
+}  // namespace mirvel

@@ -4,10 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "core/base/Result.h"
 #include "core/files/Roots.h"
-#include "helpers/host/Host.h"
+#include "core/jobfile/Plist.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
 /// The folders of the jobs that run while a user is logged in: the user's own, those for everyone, and the system's.
 std::vector<std::filesystem::path> agentFolders(const Roots& roots);
@@ -15,14 +16,19 @@ std::vector<std::filesystem::path> agentFolders(const Roots& roots);
 struct EnabledJob {
   std::filesystem::path file;
   std::string label;            ///< empty for a file that can't be read as a job
-  Result<void> isCertain = {};  ///< why it may be disabled all the same
+  Result<void> isCertain = {};  ///< or why it may be disabled
 };
 
-/// The job files of a folder that aren't disabled, by name; files whose content isn't understood are among them.
+/// The job files of a folder that aren't disabled, sorted by name; among them files whose content can't be read.
 std::vector<EnabledJob> enabledJobsIn(const std::filesystem::path& folder);
 
-/// Loads the jobs of a folder that aren't disabled and whose labels aren't loaded yet, in the order of their file
-/// names. One that can't be loaded, or may be disabled, is told in the log and is no reason to leave out the others.
-void loadEnabledJobs(const std::filesystem::path& folder, Host& host);
+/// Whether the job is loaded at a login and at a start of the host. Fails with `WrongType` if its file doesn't say so
+/// clearly; then it is loaded only when somebody asks for just that.
+Result<bool> isEnabled(const jobfile::Plist& plist);
 
-}  // namespace mirvel::host
+/// Whether the file has a value for the key that can't be used; it is as if it had none, with the value kept.
+bool isUnusable(const jobfile::Plist& plist, jobfile::Plist::CodingKeys key);
+/// The error for that; `consequence` says why it matters.
+Error unusableError(jobfile::Plist::CodingKeys key, const std::string& consequence);
+
+}  // namespace mirvel

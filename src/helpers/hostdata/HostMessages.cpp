@@ -1,102 +1,93 @@
 #include "helpers/hostdata/HostMessages.h"
 
-namespace mirvel::host {
+#include <utility>
+
+namespace mirvel::hostdata {
+
+using messages::FieldReader;
+using messages::FieldWriter;
 
 namespace {
 
-constexpr std::string_view processKey = "process";
-constexpr std::string_view lastEndKey = "lastEnd";
-constexpr std::string_view lastCodeKey = "lastCode";
-constexpr std::string_view lastSignalKey = "lastSignal";
-constexpr std::string_view nextRunKey = "nextRun";
+constexpr std::string_view requestKey = "request", errorKey = "error";
 
-template <typename Content>
-void put(propertylist::Dictionary& dictionary, std::string_view key, const std::optional<Content>& content) {
-  if (content) dictionary.set(key, *content);
+/// Reads the alternative whose name it is; none of them: an error.
+template <std::size_t index = 0>
+Result<Request> readNamed(const std::string& name, const propertylist::Dictionary& from) {
+  if constexpr (index < std::variant_size_v<Request>) {
+    using Candidate = std::variant_alternative_t<index, Request>;
+    if (name != Candidate::name) return readNamed<index + 1>(name, from);
+    auto request = FieldReader::read<Candidate>(from);
+    return request ? Result<Request>(Request(*std::move(request))) : request.error();
+  } else {
+    return Error{.code = Error::Code::BadArgument, .message = "the job host knows no request of that name"};
+  }
 }
+
+/// An error as it is sent.
+struct SentError {
+  std::int64_t code = 0;
+  std::string message;
+  std::string path;
+
+  template <typename Self, typename Fields>
+  static void fields(Self& self, Fields& fields) {
+    fields("code", self.code, messages::NumberRange{0, static_cast<int>(Error::lastCode), "is no code"});
+    fields("message", self.message);
+    fields("path", self.path);
+  }
+};
+
+struct SentRefusal {
+  SentError error;
+  bool isEnding = false;
+
+  template <typename Self, typename Fields>
+  static void fields(Self& self, Fields& fields) {
+    fields(errorKey, self.error);
+    fields("ending", self.isEnding);
+  }
+};
 
 }  // namespace
 
-bool isTrue(const propertylist::Dictionary& dictionary, std::string_view key) {
-  const propertylist::Value* const value = dictionary.find(key);
-  return value && value->as<bool>() && *value->as<bool>();
+propertylist::Dictionary write(const Request& request) {
+  return std::visit(
+      [](const auto& content) {
+        auto dictionary = FieldWriter::write(content);
+        dictionary.set(requestKey, content.name);
+        return dictionary;
+      },
+      request);
 }
 
-std::vector<std::string> textsOf(const propertylist::Dictionary& dictionary, std::string_view key) {
-  const propertylist::Value* const value = dictionary.find(key);
-  const auto* const array = value ? value->as<propertylist::Array>() : nullptr;
-  std::vector<std::string> result;
-  if (!array) return result;
-  for (const propertylist::Value& element : *array) {
-    if (const auto* const text = element.as<std::string>()) result.push_back(*text);
+Result<Request> readRequest(const propertylist::Dictionary& dictionary) {
+  const auto* const value = dictionary.find(requestKey);
+  const auto* const name = value ? value->as<std::string>() : nullptr;
+  return readNamed(name ? *name : std::string(), dictionary);
+}
+
+Refusal Refusal::ending() {
+  return {.error = {.code = Error::Code::Io, .message = "the job host is about to end"}, .isEnding = true};
+}
+
+propertylist::Dictionary Refusal::write() const {
+  return FieldWriter::write(
+      SentRefusal{.error = {.code = static_cast<int>(error.code), .message = error.message, .path = error.file},
+                  .isEnding = isEnding});
+}
+
+std::optional<Refusal> Refusal::read(const propertylist::Dictionary& answer) {
+  if (!answer.find(errorKey)) return std::nullopt;
+  auto sent = FieldReader::read<SentRefusal>(answer);
+  if (!sent) {
+    return Refusal{
+        .error = {.code = Error::Code::Io, .message = "the job host answers with an error that can't be read"}};
   }
-  return result;
+  return Refusal{.error = {.code = static_cast<Error::Code>(sent->error.code),
+                           .message = std::move(sent->error.message),
+                           .file = std::move(sent->error.path)},
+                 .isEnding = sent->isEnding};
 }
 
-std::optional<std::string> textOf(const propertylist::Dictionary& dictionary, std::string_view key) {
-  const propertylist::Value* const value = dictionary.find(key);
-  const auto* const text = value ? value->as<std::string>() : nullptr;
-  return text ? std::optional(*text) : std::nullopt;
-}
-
-std::optional<std::int64_t> numberOf(const propertylist::Dictionary& dictionary, std::string_view key) {
-  const propertylist::Value* const value = dictionary.find(key);
-  const auto* const number = value ? value->as<propertylist::Integer>() : nullptr;
-  return number ? number->toInt64() : std::nullopt;
-}
-
-propertylist::Dictionary HostedJobStatus::toDictionary() const {
-  propertylist::Dictionary result{{std::string(key::label), label}, {std::string(key::path), path}};
-  put(result, processKey, process);
-  put(result, lastEndKey, lastEnd);
-  put(result, lastCodeKey, lastCode);
-  put(result, lastSignalKey, lastSignal);
-  if (nextRun) result.set(nextRunKey, static_cast<std::int64_t>(nextRun->time_since_epoch().count()));
-  return result;
-}
-
-std::optional<HostedJobStatus> HostedJobStatus::from(const propertylist::Value& value) {
-  const auto* const dictionary = value.as<propertylist::Dictionary>();
-  if (!dictionary) return std::nullopt;
-  const auto label = textOf(*dictionary, key::label);
-  const auto path = textOf(*dictionary, key::path);
-  if (!label || !path) return std::nullopt;
-  HostedJobStatus status{.label = *label, .path = *path};
-  status.process = numberOf(*dictionary, processKey);
-  status.lastEnd = textOf(*dictionary, lastEndKey);
-  status.lastCode = numberOf(*dictionary, lastCodeKey);
-  status.lastSignal = numberOf(*dictionary, lastSignalKey);
-  if (const auto next = numberOf(*dictionary, nextRunKey)) {
-    status.nextRun = std::chrono::sys_seconds(std::chrono::seconds(*next));
-  }
-  return status;
-}
-
-propertylist::Dictionary errorReply(const Error& error) {
-  return {{std::string(key::error), propertylist::Dictionary{{std::string(key::code), static_cast<int>(error.code)},
-                                                             {std::string(key::message), error.message},
-                                                             {std::string(key::path), error.file}}}};
-}
-
-propertylist::Dictionary endingReply() {
-  auto reply = errorReply({.code = Error::Code::Io, .message = "the job host is about to end"});
-  reply.set(key::ending, true);
-  return reply;
-}
-
-std::optional<Error> errorOf(const propertylist::Dictionary& answer) {
-  const propertylist::Value* const value = answer.find(key::error);
-  if (!value) return std::nullopt;
-  Error error{.code = Error::Code::Io, .message = "the job host answers with an error that can't be read"};
-  const auto* const dictionary = value->as<propertylist::Dictionary>();
-  if (!dictionary) return error;
-  const auto code = numberOf(*dictionary, key::code);
-  if (code && *code >= 0 && *code <= static_cast<int>(Error::Code::StillRunning)) {
-    error.code = static_cast<Error::Code>(*code);
-  }
-  error.message = textOf(*dictionary, key::message).value_or(error.message);
-  error.file = textOf(*dictionary, key::path).value_or("");
-  return error;
-}
-
-}  // namespace mirvel::host
+}  // namespace mirvel::hostdata

@@ -12,9 +12,13 @@
 
 #include "helpers/wire/LocalSocket.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
 namespace {
+
+Error noHost(const std::filesystem::path& socket) {
+  return {.code = Error::Code::NotRunning, .message = "no job host is running", .file = socket};
+}
 
 /// The address of a socket's path. One that is too long for an address is reached by way of its open folder, where the
 /// system shows a process its descriptors as folders; elsewhere it is refused.
@@ -41,7 +45,7 @@ class Address {
   Address(FileDescriptor folder, const wire::LocalAddress& address) : m_folder(std::move(folder)), m_address(address) {}
 
   static Error failedAt(const std::filesystem::path& path) {
-    if (errno == ENOENT) return {.code = Error::Code::NotFound, .message = noHostMessage, .file = path};
+    if (errno == ENOENT) return noHost(path);
     return systemError(errno, "open the folder of", path);
   }
 
@@ -97,14 +101,14 @@ Result<FileDescriptor> listenAt(const std::filesystem::path& path) {
   return listening;
 }
 
-Result<FileDescriptor> connectTo(const std::filesystem::path& path) {
+Result<FileDescriptor> connectToHost(const std::filesystem::path& path) {
   const auto address = Address::of(path);
   if (!address) return address.error();
   FileDescriptor connection = wire::makeLocalSocket();
   if (!connection) return systemError(errno, "connect to", path);
   if (::connect(connection.number(), address->get(), address->size()) == 0) return connection;
   if (errno == ENOENT || errno == ECONNREFUSED) {
-    return Error{.code = Error::Code::NotFound, .message = noHostMessage, .file = path};
+    return noHost(path);
   }
   return systemError(errno, "connect to", path);
 }
@@ -114,4 +118,4 @@ bool isTrustedPeer(int socket) {
   return user && (*user == 0 || *user == ::geteuid());
 }
 
-}  // namespace mirvel::host
+}  // namespace mirvel

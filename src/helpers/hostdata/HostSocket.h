@@ -7,9 +7,9 @@
 #include "core/base/Result.h"
 #include "core/process/FileDescriptor.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
-/// What a path leads to, without following a link; nothing for a path without a file.
+/// The file at a path, without following a link; all zero for a path without a file.
 struct FileIdentity {
   dev_t device = 0;
   ino_t node = 0;
@@ -34,13 +34,10 @@ Result<FileDescriptor> lockFolder(const std::filesystem::path& folder);
 /// as folders (Linux), paths may be longer; elsewhere such a path is `LimitExceeded`.
 Result<FileDescriptor> listenAt(const std::filesystem::path& path);
 
-/// The message of the error of `connectTo` if no host is running.
-inline constexpr const char* noHostMessage = "no job host is running";
-
-/// A connection to the host.
-Result<FileDescriptor> connectTo(const std::filesystem::path& path);
+/// A connection to the host. `NotRunning` if there is none.
+Result<FileDescriptor> connectToHost(const std::filesystem::path& path);
 
 /// Whether the peer is the user of this process, or root.
 bool isTrustedPeer(int socket);
 
-}  // namespace mirvel::host
+}  // namespace mirvel

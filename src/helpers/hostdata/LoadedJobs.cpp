@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace mirvel::host {
+namespace mirvel {
 
 namespace {
 
@@ -53,4 +53,4 @@ Result<void> LoadedJobs::write(const std::vector<std::filesystem::path>& files) 
   return m_store.set(loadedKey, std::move(paths));
 }
 
-}  // namespace mirvel::host
+}  // namespace mirvel

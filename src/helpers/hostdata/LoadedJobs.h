@@ -8,7 +8,7 @@
 #include "core/base/Result.h"
 #include "core/settings/Store.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
 /// The file in which a host notes which job files are loaded, so that it knows them again when it is started anew.
 class LoadedJobs {
@@ -32,4 +32,4 @@ class LoadedJobs {
   bool m_mayWrite = true;         ///< what was loaded is known
 };
 
-}  // namespace mirvel::host
+}  // namespace mirvel

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "core/process/ProcessRunner.h"
-#include "helpers/hostdata/Places.h"
+#include "helpers/hostdata/HostClient.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/jobhost/HostAutostart.h"
-#include "helpers/jobhost/HostClient.h"
 #include "helpers/jobhost/JobHost.h"
 
 namespace mirvel {
@@ -17,7 +17,7 @@ namespace mirvel {
 class EmbeddedHost : public JobHost {
  public:
   struct Settings {
-    host::Places places;
+    HostPlaces places;
     std::filesystem::path program;                       ///< `mirvel-host`
     std::vector<std::string> arguments = {};             ///< for it to find the same places, such as `--root DIR`
     std::filesystem::path autostart = {};                ///< folder for the entry that starts it at login; empty: none
@@ -43,17 +43,17 @@ class EmbeddedHost : public JobHost {
   Result<void> quit();
 
  private:
-  Result<propertylist::Dictionary> ask(std::string_view request, const propertylist::Dictionary& arguments,
-                                       std::chrono::seconds limit);
-  Result<propertylist::Dictionary> askOne(std::string_view request, const propertylist::Dictionary& arguments,
-                                          std::chrono::seconds limit);
+  template <typename Request>
+  Result<typename Request::Answer> ask(const Request& request, std::chrono::seconds limit = longestAnswer);
+  template <typename Request>
+  Result<typename Request::Answer> askOne(const Request& request, std::chrono::seconds limit);
   Result<void> launch();
   bool hasNothingToUnload() const;
 
   Settings m_settings;
   ProcessRunner& m_runner;
-  host::HostClient m_client;
-  host::HostAutostart m_autostart;
+  HostClient m_client;
+  HostAutostart m_autostart;
 };
 
 }  // namespace mirvel

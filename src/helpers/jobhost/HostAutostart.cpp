@@ -11,7 +11,7 @@
 #include "core/files/ReplaceFile.h"
 #include "core/text/Ascii.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
 namespace {
 
@@ -78,4 +78,4 @@ Result<void> HostAutostart::install() const {
                          line + "\n");
 }
 
-}  // namespace mirvel::host
+}  // namespace mirvel

@@ -6,7 +6,7 @@
 
 #include "core/base/Result.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
 /// Has the host started when the user logs in, by an entry in a folder of autostart-spec (freedesktop.org).
 class HostAutostart {
@@ -26,4 +26,4 @@ class HostAutostart {
   std::vector<std::string> m_command;
 };
 
-}  // namespace mirvel::host
+}  // namespace mirvel

@@ -7,17 +7,16 @@
 #include <vector>
 
 #include "core/base/Result.h"
+#include "core/messages/Replies.h"
 
 namespace mirvel {
 
-/// Whatever runs jobs on this machine. A helper uses the host of the user that it acts as. For one thread at a time;
-/// each operation waits for the host's answer.
+/// Runs jobs on this machine. A helper uses the host of the user that it acts as. Each operation blocks until the host
+/// has answered. `waitForEnd` and `log` may be called from any thread, beside each other and beside one of the others;
+/// to unload a job ends the wait for its end.
 class JobHost {
  public:
-  struct LogLine {
-    double seconds = 0;  ///< since 1970
-    std::string message;
-  };
+  using LogLine = messages::LogLine;
 
   JobHost() = default;
   virtual ~JobHost() = default;

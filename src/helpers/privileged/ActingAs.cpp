@@ -3,6 +3,11 @@
 #include <grp.h>
 #include <pwd.h>
 #include <unistd.h>
+#ifdef __APPLE__
+#include <sys/kauth.h>
+#else
+#include <sys/syscall.h>
+#endif
 
 #include <cstdlib>
 
@@ -17,22 +22,68 @@ std::vector<gid_t> currentGroups() {
   return groups;
 }
 
+#ifdef __APPLE__
+
+// Deprecated without a successor: nothing else changes the rights of a single thread here.
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"
+
+/// The groups are those that the system knows of the user.
+bool takeRights(uid_t user, gid_t group) {
+  return ::pthread_setugid_np(user, group) == 0;
+}
+
+bool giveBackRights(uid_t, gid_t, const std::vector<gid_t>&) {
+  return ::pthread_setugid_np(KAUTH_UID_NONE, KAUTH_GID_NONE) == 0;
+}
+
+#else
+
+// The system calls themselves: the functions of the C library change all threads of the process (nptl(7)).
+#ifdef SYS_setresuid32
+constexpr long setUser = SYS_setresuid32, setGroup = SYS_setresgid32, setGroups = SYS_setgroups32;
+#else
+constexpr long setUser = SYS_setresuid, setGroup = SYS_setresgid, setGroups = SYS_setgroups;
+#endif
+constexpr long unchanged = -1;
+
+bool takeUser(uid_t user) {
+  return ::syscall(setUser, unchanged, static_cast<long>(user), unchanged) == 0;
+}
+
+bool takeGroup(gid_t group) {
+  return ::syscall(setGroup, unchanged, static_cast<long>(group), unchanged) == 0;
+}
+
+bool takeGroups(const gid_t* groups, std::size_t count) {
+  return ::syscall(setGroups, count, groups) == 0;
+}
+
+bool takeRights(uid_t user, gid_t group) {
+  return takeGroups(&group, 1) && takeGroup(group) && takeUser(user);
+}
+
+bool giveBackRights(uid_t user, gid_t group, const std::vector<gid_t>& groups) {
+  return takeUser(user) && takeGroup(group) && (user != 0 || takeGroups(groups.data(), groups.size()));
+}
+
+#endif
+
 bool take(uid_t user) {
   const passwd* entry = ::getpwuid(user);
-  if (!entry) return false;
-  const gid_t group = entry->pw_gid;
-  return ::setgroups(1, &group) == 0 && ::setegid(group) == 0 && ::seteuid(user) == 0;
+  return entry && takeRights(user, entry->pw_gid);
 }
 
 }  // namespace
 
 ActingAs::ActingAs(uid_t user)
-    : m_groups(currentGroups()), m_group(::getegid()), m_user(::geteuid()), m_isActing(user == m_user || take(user)) {}
+    : m_groups(currentGroups()),
+      m_group(::getegid()),
+      m_user(::geteuid()),
+      m_isOther(user != m_user),
+      m_isActing(!m_isOther || take(user)) {}
 
 ActingAs::~ActingAs() {
-  const bool isBack = ::seteuid(m_user) == 0 && ::setegid(m_group) == 0 &&
-                      (m_user != 0 || ::setgroups(m_groups.size(), m_groups.data()) == 0);
-  if (!isBack) std::abort();
+  if (m_isOther && !giveBackRights(m_user, m_group, m_groups)) std::abort();
 }
 
 }  // namespace mirvel

@@ -5,15 +5,9 @@
 
 #include <cerrno>
 
-#include "helpers/action/ErrorReply.h"
+#include "core/messages/Requests.h"
 
 namespace mirvel {
-
-namespace {
-
-constexpr const char* key = "authData";
-
-}  // namespace
 
 Result<Authorisation> Authorisation::make() {
   std::string bytes(size, '\0');
@@ -22,13 +16,12 @@ Result<Authorisation> Authorisation::make() {
 }
 
 propertylist::Dictionary Authorisation::greeting() const {
-  return {{key, propertylist::Data{m_bytes}}};
+  return messages::FieldWriter::write(messages::AuthData{propertylist::Data{m_bytes}});
 }
 
 std::optional<std::string> Authorisation::dataIn(const propertylist::Dictionary& message) {
-  const auto* value = message.find(key);
-  const auto* data = value ? value->as<propertylist::Data>() : nullptr;
-  return data ? std::optional(data->bytes) : std::nullopt;
+  auto read = messages::FieldReader::read<messages::AuthData>(message);
+  return read && read->authData ? std::optional(std::move(read->authData->bytes)) : std::nullopt;
 }
 
 bool Authorisation::isIn(const propertylist::Dictionary& request) const {
@@ -42,14 +35,11 @@ bool Authorisation::isIn(const propertylist::Dictionary& request) const {
   return difference == 0;
 }
 
-std::function<propertylist::Dictionary(const propertylist::Dictionary&)> guarded(
-    Authorisation authorisation, Console& console,
-    std::function<propertylist::Dictionary(const propertylist::Dictionary&)> handle) {
-  return [authorisation = std::move(authorisation), &console,
-          handle = std::move(handle)](const propertylist::Dictionary& request) {
-    if (authorisation.isIn(request)) return handle(request);
-    console.log("refused: a request without the authorisation");
-    return errorReply(ActionErrorCode::NotConnected);
+std::function<bool(const propertylist::Dictionary& request)> admission(Authorisation authorisation, Console& console) {
+  return [authorisation = std::move(authorisation), &console](const propertylist::Dictionary& request) {
+    const bool isAdmitted = authorisation.isIn(request);
+    if (!isAdmitted) console.log("refused: a request without the authorisation");
+    return isAdmitted;
   };
 }
 

@@ -31,9 +31,7 @@ class Authorisation {
   std::string m_bytes;
 };
 
-/// Lets requests through that carry the secret, and answers the others with an error and a line in the log.
-std::function<propertylist::Dictionary(const propertylist::Dictionary&)> guarded(
-    Authorisation authorisation, Console& console,
-    std::function<propertylist::Dictionary(const propertylist::Dictionary&)> handle);
+/// Admits requests that carry the secret, and logs the others.
+std::function<bool(const propertylist::Dictionary& request)> admission(Authorisation authorisation, Console& console);
 
 }  // namespace mirvel

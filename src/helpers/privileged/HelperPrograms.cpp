@@ -4,7 +4,7 @@
 
 #include "core/catalogue/Kind.h"
 #include "core/process/Commands.h"
-#include "helpers/hostdata/Places.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/jobhost/HostAutostart.h"
 
 namespace mirvel {
@@ -28,13 +28,13 @@ Elevation elevationOf(const Environment& environment, bool isOtherMachine) {
 }
 
 /// What root's helper can't know of the user for whom it works.
-std::vector<std::string> argumentsFor(const Roots& roots, const host::Places& places) {
+std::vector<std::string> argumentsFor(const Roots& roots, const HostPlaces& places) {
   std::vector<std::string> result{"--user",      std::to_string(::getuid()),
                                   "--agents",    *Kind(Kind::userAgent).folderURL(roots),
                                   "--host",      places.socket,
                                   "--installed", places.folder};
   if (!roots.ownAutostart.empty()) {
-    result.insert(result.end(), {"--installed", roots.ownAutostart / host::HostAutostart::fileName});
+    result.insert(result.end(), {"--installed", roots.ownAutostart / HostAutostart::fileName});
   }
   return result;
 }
@@ -43,7 +43,7 @@ std::vector<std::string> argumentsFor(const Roots& roots, const host::Places& pl
 
 HelperPrograms HelperPrograms::in(const fs::path& folder, const Roots& roots, const Environment& environment,
                                   const std::optional<fs::path>& machine) {
-  const auto places = host::Places::of(roots);
+  const auto places = HostPlaces::of(roots);
   HelperPrograms result{.action = {.path = folder / "mirvel-action", .environment = environment},
                         .privileged = folder / "mirvel-privileged",
                         .privilegedArguments = argumentsFor(roots, places),

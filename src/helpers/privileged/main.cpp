@@ -15,7 +15,6 @@
 #include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/GuardedJobFiles.h"
-#include "helpers/privileged/Installed.h"
 #include "helpers/privileged/Listener.h"
 #include "helpers/privileged/Options.h"
 #include "helpers/process/CleanState.h"
@@ -90,6 +89,18 @@ Result<FileDescriptor> namedSocket(const PrivilegedOptions& options, const Autho
   return listener->accept(untilConnected, console);
 }
 
+/// Removes files, and folders with all their contents, without following links. What isn't there is no error; after a
+/// failure, the first of which is the error, the others are removed all the same.
+Result<void> removeInstalled(const std::vector<std::filesystem::path>& paths) {
+  Result<void> result;
+  for (const auto& path : paths) {
+    std::error_code failure;
+    std::filesystem::remove_all(path, failure);
+    if (failure && result) result = systemError(failure.value(), "delete", path.string());
+  }
+  return result;
+}
+
 /// Job files stay.
 Result<void> uninstall(const PrivilegedOptions& options, JobHost& ownHost) {
   if (auto* embedded = dynamic_cast<EmbeddedHost*>(&ownHost)) {
@@ -97,7 +108,7 @@ Result<void> uninstall(const PrivilegedOptions& options, JobHost& ownHost) {
   }
   const ActingAs acting(options.user);
   if (!acting) return Error{.code = Error::Code::NotPermitted, .message = "the rights of the user can't be taken"};
-  if (options.host) (void)host::HostClient(*options.host).ask(host::request::quit);  // it may well not run
+  if (options.host) (void)HostClient(*options.host).ask(hostdata::Quit());  // it may well not run
   return removeInstalled(options.installed);
 }
 
@@ -127,8 +138,7 @@ Result<void> work(int socket, const Authorisation& authorisation, const Privileg
                           .uninstall = [&] { return uninstall(options, *host); },
                           .trustsLabels = false,
                           .testFolder = testFolder->path()});
-  const auto handle = guarded(authorisation, console, [&](const auto& request) { return handler.handle(request); });
-  return serve(socket, handle, [&] { return handler.isDone(); });
+  return Service(socket, handler, admission(authorisation, console)).run();
 }
 
 }  // namespace

@@ -10,6 +10,7 @@ namespace mirvel::wire {
 namespace {
 
 constexpr std::size_t lengthSize = 4;
+constexpr std::string_view idKey = "id", bodyKey = "body", cancelKey = "cancel", eventKey = "event";
 
 Error tooLarge(std::size_t size) {
   return {.code = Error::Code::LimitExceeded,
@@ -26,6 +27,21 @@ std::size_t lengthIn(std::string_view bytes) {
   return length;
 }
 
+/// Exactly one of the three keys says what the frame is.
+Result<Frame> decodeContent(std::int64_t id, propertylist::Dictionary& content) {
+  auto* const body = content.find(bodyKey);
+  auto* const event = content.find(eventKey);
+  const auto* const cancel = content.find(cancelKey);
+  if ((body != nullptr) + (event != nullptr) + (cancel != nullptr) != 1) return malformed("a message has no body");
+  if (cancel) {
+    const bool* const isSet = cancel->as<bool>();
+    return isSet && *isSet ? Result(Frame{.id = id, .kind = Frame::Kind::Cancel}) : malformed("a message has no body");
+  }
+  auto* const dictionary = (body ? body : event)->as<propertylist::Dictionary>();
+  if (!dictionary) return malformed("the body of a message is no dictionary");
+  return Frame{.id = id, .body = std::move(*dictionary), .kind = body ? Frame::Kind::Message : Frame::Kind::Event};
+}
+
 Result<Frame> decode(std::string_view list) {
   if (!list.starts_with("bplist")) return malformed("a message is no binary property list");
   const auto document = propertylist::read(list);
@@ -33,20 +49,22 @@ Result<Frame> decode(std::string_view list) {
   propertylist::Value value = document->value();
   auto* content = value.as<propertylist::Dictionary>();
   if (!content) return malformed("a message is no dictionary");
-  const auto* idValue = content->find("id");
+  const auto* idValue = content->find(idKey);
   const auto* number = idValue ? idValue->as<propertylist::Integer>() : nullptr;
   const auto id = number ? number->toInt64() : std::nullopt;
   if (!id) return malformed("a message has no id");
-  auto* bodyValue = content->find("body");
-  auto* body = bodyValue ? bodyValue->as<propertylist::Dictionary>() : nullptr;
-  if (!body) return malformed("the body of a message is no dictionary");
-  return Frame{.id = *id, .body = std::move(*body)};
+  return decodeContent(*id, *content);
 }
 
 }  // namespace
 
 Result<std::string> encode(const Frame& frame, std::size_t largest) {
-  const std::string list = propertylist::writeBinary(propertylist::Dictionary{{"id", frame.id}, {"body", frame.body}});
+  propertylist::Dictionary content;
+  content.set(idKey, frame.id);
+  if (frame.kind == Frame::Kind::Message) content.set(bodyKey, frame.body);
+  if (frame.kind == Frame::Kind::Event) content.set(eventKey, frame.body);
+  if (frame.kind == Frame::Kind::Cancel) content.set(cancelKey, true);
+  const std::string list = propertylist::writeBinary(std::move(content));
   if (list.size() > largest) return tooLarge(list.size());
   std::string bytes;
   bytes.reserve(lengthSize + list.size());

@@ -4,24 +4,34 @@
 
 namespace mirvel::wire {
 
-std::int64_t Requests::add(HelperConnection::Reply reply, HelperConnection::Failure failure) {
-  m_waiting.emplace(++m_lastId, Waiting{std::move(reply), std::move(failure)});
+Requests::Id Requests::add(HelperConnection::Reply reply, HelperConnection::Failure failure,
+                           HelperConnection::Event event) {
+  m_waiting.emplace(++m_lastId, Waiting{std::move(reply), std::move(failure), std::move(event)});
   return m_lastId;
 }
 
-bool Requests::answer(const Frame& frame) {
-  auto found = m_waiting.extract(frame.id);
-  if (found.empty()) return false;
-  const propertylist::Value* const error = frame.body.find("error");
-  if (error && !error->as<propertylist::Dictionary>()) {
-    found.mapped().failure({.code = Error::Code::Malformed, .message = "the helper's answer can't be understood"});
-  } else {
-    found.mapped().reply(frame.body);
-  }
+bool Requests::cancel(Id id) {
+  const auto found = m_waiting.find(id);
+  if (found == m_waiting.end() || found->second.isCancelled) return false;
+  found->second = {.reply = [](const auto&) {}, .failure = [](const auto&) {}, .event = {}, .isCancelled = true};
   return true;
 }
 
-void Requests::fail(std::int64_t id, const Error& why) {
+bool Requests::take(const Frame& frame) {
+  if (frame.kind == Frame::Kind::Message) {
+    const auto found = m_waiting.extract(frame.id);
+    if (found) found.mapped().reply(frame.body);
+    return !found.empty();
+  }
+  const auto found = m_waiting.find(frame.id);
+  if (frame.kind == Frame::Kind::Cancel || found == m_waiting.end()) return false;
+  if (found->second.isCancelled) return true;
+  const auto event = found->second.event;  // which may cancel its request
+  if (event) event(frame.body);
+  return static_cast<bool>(event);
+}
+
+void Requests::fail(Id id, const Error& why) {
   auto found = m_waiting.extract(id);
   if (!found.empty()) found.mapped().failure(why);
 }

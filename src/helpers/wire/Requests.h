@@ -9,20 +9,26 @@
 
 namespace mirvel::wire {
 
-/// The requests of one connection that wait for their answer. For the main thread. What is called back may end the
+/// The requests of one connection that wait for their answer. For the main thread. A callback may destroy the
 /// connection.
 class Requests {
  public:
-  /// Notes a request and gives its id.
-  std::int64_t add(HelperConnection::Reply reply, HelperConnection::Failure failure);
-  /// Hands an answer over; false if nobody waits for it. One that can't be an answer is the request's failure.
-  [[nodiscard]] bool answer(const Frame& frame);
-  void fail(std::int64_t id, const Error& why);
-  /// Notes why no request can succeed from now on. Only the first reason counts.
+  using Id = HelperConnection::Id;
+
+  /// Registers a request and returns its id.
+  Id add(HelperConnection::Reply reply, HelperConnection::Failure failure, HelperConnection::Event event);
+  /// Whether no more requests may be sent for now.
+  bool isFull() const { return m_waiting.size() > mostRequests; }
+  /// Drops the callbacks of a request; its answer is still expected, and ignored. False if it doesn't wait.
+  [[nodiscard]] bool cancel(Id id);
+  /// Hands an answer or an event to its request; false if none waits for it.
+  [[nodiscard]] bool take(const Frame& frame);
+  void fail(Id id, const Error& why);
+  /// Records why no request can succeed from now on. Only the first reason counts.
   void refuse(const Error& why);
-  /// Fails all that wait, and notes why no other can succeed. Only the first reason counts.
+  /// Fails all that wait, and records why no other can succeed. Only the first reason counts.
   void failAll(const Error& why);
-  /// Forgets all that wait; nobody is told.
+  /// Drops all that wait without calling anything.
   void forget() { m_waiting.clear(); }
   const std::optional<Error>& brokenBy() const { return m_brokenBy; }
 
@@ -30,10 +36,12 @@ class Requests {
   struct Waiting {
     HelperConnection::Reply reply;
     HelperConnection::Failure failure;
+    HelperConnection::Event event;
+    bool isCancelled = false;
   };
 
-  std::map<std::int64_t, Waiting> m_waiting;
-  std::int64_t m_lastId = 0;
+  std::map<Id, Waiting> m_waiting;
+  Id m_lastId = 0;
   std::optional<Error> m_brokenBy;
 };
 

@@ -15,7 +15,7 @@ namespace mirvel::wire {
 namespace {
 
 Error hungUp() {
-  return {.code = Error::Code::Io, .message = "the helper has ended"};
+  return {.code = Error::Code::HungUp, .message = "the helper has ended"};
 }
 
 Error spokeOutOfTurn() {
@@ -66,17 +66,33 @@ void SocketHelperConnection::close() {
   if (m_thread.joinable()) m_thread.join();
 }
 
-void SocketHelperConnection::run(const propertylist::Dictionary& request, Reply reply, Failure failure) {
-  const std::int64_t id = m_requests->add(std::move(reply), std::move(failure));
-  if (m_requests->brokenBy()) return postFailure(id, *m_requests->brokenBy());
-  const auto bytes = encode({.id = id, .body = request}, largestRequest);
-  if (!bytes) return postFailure(id, bytes.error());
+HelperConnection::Id SocketHelperConnection::run(const propertylist::Dictionary& request, Reply reply, Failure failure,
+                                                 Event event) {
+  const Id id = m_requests->add(std::move(reply), std::move(failure), std::move(event));
+  if (m_requests->brokenBy()) {
+    postFailure(id, *m_requests->brokenBy());
+  } else if (m_requests->isFull()) {
+    postFailure(id, {.code = Error::Code::LimitExceeded, .message = "the helper has too much to do; try again later"});
+  } else if (const auto bytes = encode({.id = id, .body = request}, largestRequest)) {
+    send(*bytes);
+  } else {
+    postFailure(id, bytes.error());
+  }
+  return id;
+}
+
+void SocketHelperConnection::cancel(Id request) {
+  if (!m_requests->cancel(request) || m_requests->brokenBy()) return;
+  if (const auto bytes = encode({.id = request, .kind = Frame::Kind::Cancel})) send(*bytes);
+}
+
+/// What fits is sent at once: a request that is followed by the program's end still arrives. The thread notices a
+/// failure, too, and reports it.
+void SocketHelperConnection::send(const std::string& bytes) {
   {
     const std::lock_guard lock(m_outbox.mutex);
-    m_outbox.bytes += *bytes;
+    m_outbox.bytes += bytes;
   }
-  // What fits goes at once: a request that is followed by the program's end still arrives. A failure shows in the
-  // thread as well, which tells of it.
   if (flush() != Sent::All) wake();
 }
 
@@ -89,7 +105,8 @@ void SocketHelperConnection::work() {
 
 /// One round of waiting and taking what came; false when there is no more to do.
 bool SocketHelperConnection::exchange(FrameReader& reader) {
-  std::array<pollfd, 2> waiting{pollfd{.fd = m_socket.number(), .events = POLLIN, .revents = 0},
+  const short events = m_waitingEvents < mostEvents ? POLLIN : 0;
+  std::array<pollfd, 2> waiting{pollfd{.fd = m_socket.number(), .events = events, .revents = 0},
                                 pollfd{.fd = m_waking.read.number(), .events = POLLIN, .revents = 0}};
   {
     const std::lock_guard lock(m_outbox.mutex);
@@ -106,7 +123,7 @@ bool SocketHelperConnection::exchange(FrameReader& reader) {
   return false;
 }
 
-/// Takes the bytes that are there and hands on the answers in them.
+/// Reads the bytes that are there and posts the frames in them.
 bool SocketHelperConnection::receive(FrameReader& reader) {
   std::array<char, 65536> buffer;
   const ssize_t count = readUninterrupted(m_socket.number(), buffer.data(), buffer.size());
@@ -118,14 +135,20 @@ bool SocketHelperConnection::receive(FrameReader& reader) {
     return false;
   }
   auto frame = reader.next();
-  for (; frame && *frame; frame = reader.next()) {
-    m_queue.post([listeners = m_listeners, answer = **frame] {
-      const auto requests = listeners.lock();
-      if (requests && !requests->brokenBy() && !requests->answer(answer)) requests->failAll(spokeOutOfTurn());
-    });
-  }
+  for (; frame && *frame; frame = reader.next()) post(*std::move(*frame));
   if (!frame) breakOff(frame.error());
   return static_cast<bool>(frame);
+}
+
+void SocketHelperConnection::post(Frame frame) {
+  const bool isEvent = frame.kind == Frame::Kind::Event;
+  if (isEvent) ++m_waitingEvents;
+  m_queue.post([this, isEvent, listeners = m_listeners, frame = std::move(frame)] {
+    const auto requests = listeners.lock();
+    if (!requests) return;  // the connection is gone
+    if (isEvent && m_waitingEvents-- == mostEvents) wake();
+    if (!requests->brokenBy() && !requests->take(frame)) requests->failAll(spokeOutOfTurn());
+  });
 }
 
 /// Sends what the socket takes now.
@@ -160,7 +183,7 @@ void SocketHelperConnection::breakOff(Error why) {
   });
 }
 
-void SocketHelperConnection::postFailure(std::int64_t id, Error why) {
+void SocketHelperConnection::postFailure(Id id, Error why) {
   m_queue.post([listeners = m_listeners, id, why = std::move(why)] {
     if (const auto requests = listeners.lock()) requests->fail(id, why);
   });

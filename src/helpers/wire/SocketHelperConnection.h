@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -13,21 +14,23 @@
 
 namespace mirvel::wire {
 
-/// A connection over a stream socket. A thread of its own reads the answers and sends what the socket doesn't take at
-/// once, so that nothing here waits. A peer that hangs up, or sends anything but one answer to each request, is cut
-/// off: what waits fails, and so does every later request.
+/// A connection over a stream socket. A thread of its own reads, and sends what the socket doesn't take at once, so
+/// that no call blocks. A peer that hangs up or breaks the rules is cut off: all requests that wait fail, and so does
+/// every later one. While `mostEvents` events wait for the main thread nothing more is read.
 class SocketHelperConnection final : public HelperConnection {
  public:
-  /// Takes the socket. The queue must outlive the connection. `ended` is called once, from some thread, when nothing
-  /// more is said over the socket.
+  /// Takes the socket. The queue must outlive the connection. `ended` is called once, from some thread, when the socket
+  /// has been closed.
   SocketHelperConnection(FileDescriptor socket, MainQueue& queue, std::function<void()> ended = {});
   ~SocketHelperConnection() override;
 
-  void run(const propertylist::Dictionary& request, Reply reply, Failure failure) override;
+  Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, Event event = {}) override;
+  void cancel(Id request) override;
+  bool hasFailed() const override { return m_requests->brokenBy().has_value(); }
   void invalidate() override;
 
  private:
-  /// What hasn't been sent yet. A part is erased when all of it has gone.
+  /// What hasn't been sent yet. It is erased when all of it has been.
   struct Outbox {
     std::mutex mutex;
     std::string bytes;
@@ -37,21 +40,24 @@ class SocketHelperConnection final : public HelperConnection {
 
   enum class Sent { All, Part, Failed };
 
+  void send(const std::string& bytes);
   void work();
   bool exchange(FrameReader& reader);
   bool receive(FrameReader& reader);
+  void post(Frame frame);
   Sent flush();
   void wake();
   void close();
   void hangUp();
   void breakOff(Error why);
-  void postFailure(std::int64_t id, Error why);
+  void postFailure(Id id, Error why);
 
   MainQueue& m_queue;
   std::function<void()> m_ended;
   FileDescriptor m_socket;
   Pipe m_waking = Pipe::make();
   Outbox m_outbox;
+  std::atomic<std::size_t> m_waitingEvents = 0;  ///< for the main thread
   std::shared_ptr<Requests> m_requests = std::make_shared<Requests>();
   std::weak_ptr<Requests> m_listeners = m_requests;  ///< read by the thread; what it posts holds nothing alive
   std::thread m_thread;                              // last, so that it starts when all else is there

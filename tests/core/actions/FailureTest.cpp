@@ -53,7 +53,7 @@ TEST_F(FailureTest, AConnectionThatFailsCostsOneRequest) {
     EXPECT_TRUE(program().editing.hasUnsavedChanges()) << "edits stay";
     EXPECT_THAT(helpers.ended, ElementsAre(kind == Kind::userAgent ? "action" : "privileged"));
     const ActionController& actions = program().actions;
-    EXPECT_FALSE(kind == Kind::userAgent ? actions.connection() : actions.privilegedConnection());
+    EXPECT_FALSE(kind == Kind::userAgent ? actions.isConnected() : actions.isAuthorised());
     queue.runDue();
     savedJob(kind);
     helpers.requests.back().reply({});
@@ -134,7 +134,7 @@ TEST_F(FailureTest, AHelperThatDiesAnswersAllThatWaitAndIsToldOnce) {
   helpers.requests[2].failure(died);
   EXPECT_THAT(ended, ElementsAre("b done", "a failed", "c failed", "d failed"));
   EXPECT_THAT(interface.errors, SizeIs(1));
-  EXPECT_FALSE(program().actions.connection());
+  EXPECT_FALSE(program().actions.isConnected());
   helpers.requests[0].failure(died);
   helpers.requests[0].reply({});
   EXPECT_THAT(ended, SizeIs(4)) << "each is answered once";
@@ -142,10 +142,69 @@ TEST_F(FailureTest, AHelperThatDiesAnswersAllThatWaitAndIsToldOnce) {
   EXPECT_THAT(ended, SizeIs(4)) << "over a connection of its own";
 }
 
+TEST_F(FailureTest, ACancelledRequestEndsAloneAndItsConnectionServesOn) {
+  for (const bool isPrivileged : {false, true}) {
+    SCOPED_TRACE(isPrivileged);
+    helpers.requests.clear();
+    std::vector<std::string> ended;
+    const auto request = [&](const std::string& name, const Action::Shared& action) {
+      action->ended = [&ended, name](bool isDone) { ended.push_back(name + (isDone ? " done" : " failed")); };
+      ActionController& actions = program().actions;
+      EXPECT_TRUE(isPrivileged ? actions.sendPrivileged(action) : actions.send(action));
+      return action;
+    };
+    const auto first = request("first", Action::log({}));
+    (void)request("save", Action::unload("a", URL::file("/x/a")));
+    const auto last = request("last", Action::log({}));
+    program().actions.cancel(first);
+    helpers.requests[1].reply({});
+    program().actions.cancel(last);
+    program().actions.cancel(last);
+    helpers.requests[0].reply({{"logQuery", propertylist::Array{}}});
+    helpers.requests[2].failure(died);
+    EXPECT_THAT(ended, ElementsAre("first failed", "save done", "last failed"));
+    EXPECT_TRUE(helpers.requests[0].isCancelled && !helpers.requests[1].isCancelled && helpers.requests[2].isCancelled);
+    EXPECT_THAT(helpers.ended, IsEmpty()) << "no second password";
+    EXPECT_THAT(interface.errors, IsEmpty());
+    (void)request("next", Action::log({}));
+    helpers.requests.back().reply({{"logQuery", propertylist::Array{}}});
+    EXPECT_EQ(ended.back(), "next done");
+  }
+}
+
+TEST_F(FailureTest, WhatIsCancelledWhileThePasswordIsAskedForIsNeverSent) {
+  helpers.isHandshakeHeld = true;
+  int failures = 0;
+  const auto action = Action::log({});
+  action->ended = [&](bool isDone) { failures += isDone ? 0 : 1; };
+  EXPECT_TRUE(program().actions.sendPrivileged(action));
+  program().actions.cancel(action);
+  helpers.authorise();
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_EQ(failures, 1);
+  EXPECT_TRUE(program().actions.isAuthorised());
+}
+
+TEST_F(FailureTest, ARequestThatCannotBeSentFailsAlone) {
+  helpers.failsWithConnection = false;
+  std::vector<bool> ended;
+  for (int i = 0; i < 2; ++i) {
+    const auto action = Action::unload("a", URL::file("/x/a"));
+    action->ended = [&](bool isDone) { ended.push_back(isDone); };
+    EXPECT_TRUE(program().actions.send(action));
+  }
+  helpers.requests[0].failure({.code = Error::Code::LimitExceeded, .message = "too large"});
+  EXPECT_THAT(ended, ElementsAre(false));
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  helpers.requests[1].reply({});
+  EXPECT_THAT(ended, ElementsAre(false, true));
+  EXPECT_TRUE(program().actions.isConnected());
+}
+
 TEST_F(FailureTest, AnAnswerThatIsNoneEndsWhatWaits) {
   struct Log final : LogType {
     int lines = 0, clears = 0;
-    void logReplyReceived(const propertylist::Array&) override { ++lines; }
+    void logReplyReceived(const std::vector<messages::LogLine>&) override { ++lines; }
     void clear() override { ++clears; }
   } log;
   struct Test final : TestType {
@@ -159,16 +218,16 @@ TEST_F(FailureTest, AnAnswerThatIsNoneEndsWhatWaits) {
     Dictionary reply;
     bool isDone;
   } table[] = {
-      {Action::Kind::unload, {}, true},
-      {Action::Kind::unload, {{"error", "no dictionary"}}, false},
-      {Action::Kind::unload, {{"error", propertylist::Array{}}}, false},
-      {Action::Kind::log, {{"logQuery", propertylist::Array{}}}, true},
-      {Action::Kind::log, {}, false},
-      {Action::Kind::log, {{"logQuery", "lines"}}, false},
-      {Action::Kind::log, {{"error", false}, {"logQuery", propertylist::Array{}}}, false},
-      {Action::Kind::test, {{"test", "output"}}, true},
-      {Action::Kind::test, {}, false},
-      {Action::Kind::test, {{"test", 1}}, false},
+      {Action::Kind::Unload, {}, true},
+      {Action::Kind::Unload, {{"error", "no dictionary"}}, false},
+      {Action::Kind::Unload, {{"error", propertylist::Array{}}}, false},
+      {Action::Kind::Log, {{"logQuery", propertylist::Array{}}}, true},
+      {Action::Kind::Log, {}, false},
+      {Action::Kind::Log, {{"logQuery", "lines"}}, false},
+      {Action::Kind::Log, {{"error", false}, {"logQuery", propertylist::Array{}}}, false},
+      {Action::Kind::Test, {{"test", "output"}}, true},
+      {Action::Kind::Test, {}, false},
+      {Action::Kind::Test, {{"test", 1}}, false},
   };
   int logs = 0, clears = 0, outputs = 0;
   for (const auto& row : table) {
@@ -180,8 +239,8 @@ TEST_F(FailureTest, AnAnswerThatIsNoneEndsWhatWaits) {
     helpers.requests.back().reply(row.reply);
     EXPECT_THAT(ended, ElementsAre(row.isDone)) << "row " << &row - table;
     EXPECT_THAT(interface.errors, SizeIs(row.isDone ? 0 : 1)) << "row " << &row - table;
-    if (row.kind == Action::Kind::log) row.isDone ? ++logs : ++clears;
-    if (row.kind == Action::Kind::test && row.isDone) ++outputs;
+    if (row.kind == Action::Kind::Log) row.isDone ? ++logs : ++clears;
+    if (row.kind == Action::Kind::Test && row.isDone) ++outputs;
     EXPECT_EQ(log.lines, logs);
     EXPECT_EQ(log.clears, clears) << "row " << &row - table;
     EXPECT_EQ(test.outputs, outputs);

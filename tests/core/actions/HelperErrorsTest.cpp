@@ -5,8 +5,8 @@
 
 #include <cerrno>
 
-#include "core/actions/HelperFailure.h"
 #include "core/locale/Localize.h"
+#include "core/messages/HelperFailure.h"
 #include "core/settings/Defaults.h"
 #include "support/FakeInterface.h"
 #include "support/TestData.h"
@@ -66,7 +66,7 @@ TEST_F(HelperErrorsTest, EachFailureIsToldWithItsFileAndWhatToDo) {
   };
   for (const auto& row : rows) {
     interface.errors.clear();
-    presentHelperError(row.failure.dictionary(), localize, interface);
+    presentHelperError(HelperError::of(row.failure), localize, interface);
     EXPECT_THAT(interface.errors, testing::ElementsAre(testing::Pair(row.message, row.text)));
   }
 }
@@ -92,7 +92,7 @@ TEST_F(HelperErrorsTest, WhatIsNoFailureInPartsIsToldByItsDomainAndCode) {
   };
   for (const auto& row : rows) {
     interface.errors.clear();
-    presentHelperError(row.error, localize, interface);
+    presentHelperError(HelperError::read(row.error), localize, interface);
     EXPECT_THAT(interface.errors, testing::ElementsAre(testing::Pair(row.message, row.text)));
   }
 }

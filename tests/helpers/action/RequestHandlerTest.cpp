@@ -10,7 +10,6 @@
 
 #include "core/catalogue/JobFolder.h"
 #include "helpers/FakeJobHost.h"
-#include "helpers/action/ErrorReply.h"
 #include "helpers/jobfiles/UserJobFiles.h"
 
 namespace mirvel {
@@ -256,7 +255,7 @@ TEST_F(RequestHandlerTest, FailuresAreAnsweredInTheirParts) {
     ASSERT_TRUE(error) << row.file;
     EXPECT_EQ(errorText(row.reply, "domain"), row.domain) << row.file;
     EXPECT_EQ(errorCode(row.reply), row.code) << row.file;
-    const auto failure = HelperFailure::from(*error->as<Dictionary>());
+    const auto failure = HelperError::read(*error->as<Dictionary>()).failure;
     ASSERT_TRUE(failure) << row.file;
     EXPECT_EQ(failure->deed, row.deed) << row.file;
     EXPECT_EQ(failure->cause.file, row.file);

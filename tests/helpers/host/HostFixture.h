@@ -94,7 +94,7 @@ class HostFixture : public testing::Test {
   }
 
   testdata::TemporaryFolder folder;
-  const Places places = Places::of(Roots::below(folder.path()));
+  const HostPlaces places = HostPlaces::of(Roots::below(folder.path()));
   SystemProcessRunner runner{{{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}}};
   EmbeddedHost embedded{EmbeddedHost::below(MIRVEL_HOST, folder.path()), runner};
   HostClient client{places.socket};

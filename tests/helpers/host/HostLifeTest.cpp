@@ -95,7 +95,7 @@ TEST_F(HostLife, ALongPathToItsFolderIsNoObstacle) {
   EmbeddedHost far(EmbeddedHost::below(MIRVEL_HOST, deep), runner);
   const auto loaded = far.load(job("far", "true"));
   EXPECT_TRUE(loaded) << loaded.error().text();
-  EXPECT_EQ(HostClient(Places::of(Roots::below(deep)).socket).status()->size(), 1U);
+  EXPECT_EQ(HostClient(HostPlaces::of(Roots::below(deep)).socket).status()->size(), 1U);
   EXPECT_TRUE(far.quit());
 }
 
@@ -115,7 +115,7 @@ TEST_F(HostLife, IsFoundWhateverTheRuntimeFolderOfWhoAsks) {
   ASSERT_TRUE(first.load(job("one", "true")));
   EXPECT_FALSE(second.load(folder.path() / "jobs" / "one.plist")) << "it is loaded already";
   ASSERT_TRUE(second.load(job("two", "true")));
-  EXPECT_EQ(HostClient(Places::of(roots).socket).status()->size(), 2U);
+  EXPECT_EQ(HostClient(HostPlaces::of(roots).socket).status()->size(), 2U);
   EXPECT_TRUE(second.quit());
 }
 
@@ -151,7 +151,7 @@ TEST_F(HostLife, HandsItsJobsToTheHostThatHasTakenItsPlace) {
   const Processes before(pipe);
   load(stubbornJob("unloaded", stubborn));
   const auto left = stubborn.words();
-  (void)client.ask(request::unload, {{"label", "unloaded"}, {"seconds", 0}});
+  (void)client.ask(hostdata::Unload{.label = "unloaded", .seconds = 0});
   ASSERT_TRUE(embedded.loadTemporarily(job("tried", "true")));
   ASSERT_EQ(::kill(std::stoi(before.host), SIGSTOP), 0);
   fs::remove_all(places.folder);
@@ -316,10 +316,10 @@ TEST_F(HostLife, NobodyFollowsAHostThatWasAskedToEnd) {
   EXPECT_TRUE(startOn(":1", {"--login"}, "c1"));
   const auto successor = client.connect();
   ASSERT_TRUE(successor);
-  const propertylist::Dictionary session{{"environment", propertylist::Dictionary{{"DISPLAY", ":2"}}}};
-  const auto answer = HostClient::askAt(*successor, request::beginSession, session, longestAnswer);
+  const hostdata::BeginSession session{.environment = {{"DISPLAY", ":2"}}, .folders = {}};
+  const auto answer = HostClient::askAt(*successor, session, longestAnswer);
   ASSERT_TRUE(answer) << answer.error().text();
-  EXPECT_TRUE(isTrue(*answer, key::staysOpen));
+  EXPECT_TRUE(answer->staysOpen);
   ASSERT_TRUE(embedded.quit());
   char byte = 0;
   EXPECT_EQ(readUninterrupted(successor->number(), &byte, 1), 1) << "it isn't only hung up";

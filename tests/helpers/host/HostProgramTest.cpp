@@ -224,7 +224,7 @@ TEST_F(HostProgram, RunsAJobWithoutTheValuesThatCannotBeUsed) {
 TEST_F(HostProgram, LosesNothingButTheConnectionToAClientThatMisbehaves) {
   load(job("quiet", "true"));
   const auto connect = [&] {
-    auto connection = connectTo(places.socket);
+    auto connection = connectToHost(places.socket);
     if (!connection) throw std::runtime_error(connection.error().text());
     return *std::move(connection);
   };
@@ -248,10 +248,43 @@ TEST_F(HostProgram, LosesNothingButTheConnectionToAClientThatMisbehaves) {
     ASSERT_TRUE(
         wire::sendFrame(leaves.number(), {1, {{"request", "waitForEnd"}, {"label", "quiet"}, {"seconds", 60}}}));
   }
-  const auto unknown = client.ask("dance");
-  ASSERT_FALSE(unknown);
-  EXPECT_EQ(unknown.error().code, Error::Code::BadArgument);
+  const auto unknown = connect();
+  ASSERT_TRUE(wire::sendFrame(unknown.number(), {.id = 7, .body = {{"request", "dance"}}}));
+  wire::FrameReader reader;
+  const auto answer = wire::receiveFrame(unknown.number(), reader);
+  ASSERT_TRUE(answer && *answer);
+  EXPECT_EQ(hostdata::Refusal::read((*answer)->body)->error.code, Error::Code::BadArgument);
   EXPECT_EQ(status().size(), 1U);
+}
+
+TEST_F(HostProgram, ARequestThatWaitsHoldsUpNoOtherOfItsClientAndCanBeCancelled) {
+  Signpost ready(folder.path() / "ready");
+  load(job("long", "echo > " + ready.quoted() + "; exec sleep 1000", {{"RunAtLoad", true}}));
+  (void)ready.line();
+  const auto connection = connectToHost(places.socket);
+  ASSERT_TRUE(connection);
+  wire::FrameReader reader;
+  const auto send = [&](const wire::Frame& frame) {
+    return static_cast<bool>(wire::sendFrame(connection->number(), frame));
+  };
+  const auto next = [&] {
+    const auto frame = wire::receiveFrame(connection->number(), reader);
+    return frame && *frame ? **frame : wire::Frame();
+  };
+  const auto waiting = hostdata::write(hostdata::WaitForEnd{.label = "long", .seconds = 60});
+  for (const std::int64_t id : {1, 2}) ASSERT_TRUE(send({.id = id, .body = waiting}));
+  ASSERT_TRUE(send({.id = 3, .body = hostdata::write(hostdata::Status())}));
+  EXPECT_EQ(next().id, 3);
+  ASSERT_TRUE(send({.id = 1, .kind = wire::Frame::Kind::Cancel}));
+  const auto cancelled = next();
+  EXPECT_EQ(cancelled.id, 1);
+  EXPECT_EQ(hostdata::Refusal::read(cancelled.body)->error.code, Error::Code::Cancelled);
+  unload("long");
+  const auto ended = next();
+  EXPECT_EQ(ended.id, 2);
+  EXPECT_TRUE(messages::FieldReader::read<hostdata::WaitForEnd::Answer>(ended.body)->hasEnded);
+  ASSERT_TRUE(send({.id = 4, .kind = wire::Frame::Kind::Event}));
+  EXPECT_EQ(next(), wire::Frame()) << "it is cut off";
 }
 
 TEST_F(HostProgram, IsReadByItsUserAlone) {

@@ -11,7 +11,7 @@
 
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/JobProcess.h"
-#include "helpers/hostdata/RunNotes.h"
+#include "helpers/host/RunNotes.h"
 #include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {
@@ -75,7 +75,7 @@ TEST_F(HostRuns, SaysWhatIsStillRunningWhenTheTimeToWaitIsOver) {
   const auto file = stubbornJob("stubborn", ready);
   load(file);
   const std::string process = ready.words().front();
-  const auto unloaded = client.ask(request::unload, {{"label", "stubborn"}, {"seconds", 0}});
+  const auto unloaded = client.ask(hostdata::Unload{.label = "stubborn", .seconds = 0});
   ASSERT_FALSE(unloaded);
   EXPECT_EQ(unloaded.error().code, Error::Code::StillRunning);
   EXPECT_THAT(unloaded.error().text(), HasSubstr("process " + process));
@@ -84,7 +84,7 @@ TEST_F(HostRuns, SaysWhatIsStillRunningWhenTheTimeToWaitIsOver) {
   EXPECT_EQ(again.error().code, Error::Code::StillRunning);
   EXPECT_NE(ready.words().front(), process) << "it is loaded once its last run has ended";
   EXPECT_FALSE(isAlive(process));
-  (void)client.ask(request::unload, {{"label", "stubborn"}, {"seconds", 0}});
+  (void)client.ask(hostdata::Unload{.label = "stubborn", .seconds = 0});
   ASSERT_FALSE(embedded.load(file));
   EXPECT_TRUE(embedded.unload(file, "stubborn")) << "which takes the load back, too";
   EXPECT_THAT(noted(), IsEmpty());
@@ -97,7 +97,7 @@ TEST_F(HostRuns, AnUnloadWaitsForItsOwnJobAndNotForTheNextOfThatLabel) {
   startNext();
   const auto path = [&] { return status().empty() ? "" : status().front().path; };
   EXPECT_EQ(path(), first);
-  const auto unloaded = client.ask(request::unload, {{"path", first.string()}, {"seconds", 0}});
+  const auto unloaded = client.ask(hostdata::Unload{.path = first.string(), .seconds = 0});
   EXPECT_TRUE(unloaded) << unloaded.error().text();
   EXPECT_EQ(path(), second);
 }

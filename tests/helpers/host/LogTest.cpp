@@ -18,7 +18,7 @@ JobLog::Moment moment(double seconds) {
   return JobLog::Moment(milliseconds(static_cast<std::int64_t>(seconds * 1000)));
 }
 
-std::vector<std::string> messages(const std::vector<JobHost::LogLine>& lines) {
+std::vector<std::string> messages(const std::vector<messages::LogLine>& lines) {
   std::vector<std::string> result;
   for (const auto& line : lines) result.push_back(line.message);
   return result;

@@ -60,10 +60,10 @@ class RunningJobsTest : public testing::Test {
     EXPECT_EQ(testdata::bytes(job->url.path()), *job->plistData());
   }
   /// What the host of that kind of job says: the user has one, and root.
-  std::vector<host::HostedJobStatus> loaded(Kind kind = Kind::userAgent) {
+  std::vector<HostedJobStatus> loaded(Kind kind = Kind::userAgent) {
     const Roots hosts = kind == Kind::userAgent ? roots : Roots::below(folder.path() / "root");
-    const auto status = host::HostClient(host::Places::of(hosts).socket).status();
-    return status ? *status : std::vector<host::HostedJobStatus>();
+    const auto status = HostClient(HostPlaces::of(hosts).socket).status();
+    return status ? *status : std::vector<HostedJobStatus>();
   }
   static bool isAlive(std::int64_t process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
 
@@ -177,8 +177,8 @@ TEST_F(RunningJobsTest, UninstallingTakesAwayTheHostsButNoJobFile) {
     ASSERT_EQ(loaded(kind).size(), 1U);
   }
   const auto processes = std::vector{*loaded().front().process, *loaded(Kind::localDaemon).front().process};
-  const fs::path autostart = roots.ownAutostart / host::HostAutostart::fileName;
-  const fs::path state = host::Places::of(roots).folder;
+  const fs::path autostart = roots.ownAutostart / HostAutostart::fileName;
+  const fs::path state = HostPlaces::of(roots).folder;
   ASSERT_TRUE(fs::exists(autostart));
   ASSERT_TRUE(fs::exists(state));
 

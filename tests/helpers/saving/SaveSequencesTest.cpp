@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <deque>
 #include <map>
 
@@ -55,6 +56,11 @@ enum class Fate {
   DiesAfter,
 };
 
+/// What becomes of two queries of the log, one to each helper, that are in flight while a save runs.
+enum class Beside { None, Answered, Cancelled };
+/// Before which request of the save; `Last`: after all of them.
+enum class When { First, Second, Last };
+
 /// Both helpers with their real handlers. Requests wait until a test says what becomes of them.
 class HandlingHelpers final : public HelperConnections {
  public:
@@ -63,10 +69,24 @@ class HandlingHelpers final : public HelperConnections {
   enum class Password { Right, Wrong, Cancelled };
   Password password = Password::Right;
 
-  std::size_t count() const { return m_waiting.size(); }
+  /// Of the requests about files.
+  std::size_t count() const {
+    return static_cast<std::size_t>(std::count_if(m_waiting.begin(), m_waiting.end(), isAboutFiles));
+  }
+  void answerQueries() {
+    std::deque<Waiting> waiting;
+    waiting.swap(m_waiting);
+    for (const Waiting& request : waiting) {
+      if (isAboutFiles(request)) m_waiting.push_back(request);
+    }
+    for (const Waiting& request : waiting) {
+      if (!isAboutFiles(request)) request.reply((request.isRoots ? m_root : m_user).handle(request.body));
+    }
+  }
   void answer(Fate fate) {
-    Waiting request = std::move(m_waiting.front());
-    m_waiting.pop_front();
+    const auto found = std::find_if(m_waiting.begin(), m_waiting.end(), isAboutFiles);
+    Waiting request = *found;
+    m_waiting.erase(found);
     RequestHandler& handler = request.isRoots ? m_root : m_user;
     if (fate == Fate::DiesHalfway) {
       request.body.remove("deletePath");
@@ -75,6 +95,7 @@ class HandlingHelpers final : public HelperConnections {
     Dictionary reply{{"error", Dictionary{{"domain", "MirvelActionErrorDomain"}, {"code", 4}}}};
     if (fate != Fate::Refused && fate != Fate::DiesBefore) reply = handler.handle(request.body);
     if (fate == Fate::Done || fate == Fate::Refused) return request.reply(reply);
+    std::erase_if(m_waiting, [&](const Waiting& other) { return other.isRoots == request.isRoots; });
     request.failure(because("the helper has ended"));
   }
 
@@ -86,17 +107,24 @@ class HandlingHelpers final : public HelperConnections {
 
  private:
   struct Waiting {
+    HelperConnection::Id id;
     bool isRoots;
     Dictionary body;
     HelperConnection::Reply reply;
     HelperConnection::Failure failure;
   };
+  static bool isAboutFiles(const Waiting& request) { return *request.body.find("kind") != propertylist::Value(9); }
   class Connection final : public HelperConnection {
    public:
     Connection(HandlingHelpers& owner, bool isRoots) : m_owner(owner), m_isRoots(isRoots) {}
-    void run(const Dictionary& request, Reply reply, Failure failure) override {
-      m_owner.m_waiting.push_back({m_isRoots, request, std::move(reply), std::move(failure)});
+    Id run(const Dictionary& request, Reply reply, Failure failure, Event) override {
+      m_owner.m_waiting.push_back({++m_owner.m_lastId, m_isRoots, request, std::move(reply), std::move(failure)});
+      return m_owner.m_lastId;
     }
+    void cancel(Id id) override {
+      EXPECT_EQ(std::erase_if(m_owner.m_waiting, [&](const Waiting& request) { return request.id == id; }), 1U);
+    }
+    bool hasFailed() const override { return true; }
     void invalidate() override {}
 
    private:
@@ -107,6 +135,7 @@ class HandlingHelpers final : public HelperConnections {
   RequestHandler& m_user;
   RequestHandler& m_root;
   std::deque<Waiting> m_waiting;
+  HelperConnection::Id m_lastId = 0;
 };
 
 /// A program whose saves go through the real handlers to real files. "u", "a" and "d" stand for the user's agents, the
@@ -190,14 +219,36 @@ class SaveSequencesTest : public testdata::ProgramFixture {
   }
 
   /// Lets all requests succeed but one.
-  std::string saveWith(std::size_t step, Fate fate) {
+  std::string saveWith(std::size_t step, Fate fate, Beside beside = Beside::None, When when = When::Last) {
+    const auto queries = startQueries(beside);
+    if (when == When::First) endQueries(beside, queries);
     program().actions.save(job);
     for (std::size_t i = 0; handlers.count() > 0; ++i) {
       EXPECT_EQ(handlers.count(), 1U) << "each step waits for the one before it";
+      if (when == When::Second && i == 1) endQueries(beside, queries);
       handlers.answer(i == step ? fate : Fate::Done);
       queue.runDue();
     }
+    endQueries(beside, queries);
+    EXPECT_EQ(m_endedQueries.size(), queries.size()) << "each ends once";
     return state();
+  }
+
+  std::vector<Action::Shared> startQueries(Beside beside) {
+    m_endedQueries.clear();
+    if (beside == Beside::None) return {};
+    std::vector<Action::Shared> queries;
+    for (const bool isRoots : {false, true}) {
+      queries.push_back(Action::log({.period = std::chrono::seconds(60), .searchString = "job"}));
+      queries.back()->ended = [this](bool isDone) { m_endedQueries.push_back(isDone); };
+      auto& actions = program().actions;
+      EXPECT_TRUE(isRoots ? actions.sendPrivileged(queries.back()) : actions.send(queries.back()));
+    }
+    return queries;
+  }
+  void endQueries(Beside beside, const std::vector<Action::Shared>& queries) {
+    if (beside == Beside::Answered) handlers.answerQueries();
+    for (const auto& query : queries) program().actions.cancel(query);  // without effect on one that has ended
   }
 
   MemoryHost session, system;
@@ -215,6 +266,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
 
  private:
   std::unique_ptr<testdata::RecordingShell> m_shell;
+  std::vector<bool> m_endedQueries;
 };
 
 /// A job file may hold a password.
@@ -273,9 +325,15 @@ TEST_F(SaveSequencesTest, WhateverAStepComesToTheJobIsInOnePlaceAndLoadedOrEdite
           std::pair(Fate::DiesAfter, row.diesAfter)}) {
       SCOPED_TRACE(std::string{row.before} + " to " + row.now + ", step " + std::to_string(row.step) + ", fate " +
                    std::to_string(static_cast<int>(fate)));
-      edit(row.before, row.now);
-      EXPECT_EQ(saveWith(row.step, fate), expected);
-      EXPECT_EQ(interface.errors.size(), 1U) << "the user is told, once";
+      for (const Beside beside : {Beside::None, Beside::Answered, Beside::Cancelled}) {
+        for (const When when : {When::First, When::Second, When::Last}) {
+          if (beside == Beside::None && when != When::Last) continue;
+          SCOPED_TRACE("queries " + std::to_string(static_cast<int>(beside)) + std::to_string(static_cast<int>(when)));
+          edit(row.before, row.now);
+          EXPECT_EQ(saveWith(row.step, fate, beside, when), expected);
+          EXPECT_EQ(interface.errors.size(), 1U) << "the user is told, once";
+        }
+      }
     }
   }
 }

@@ -166,7 +166,7 @@ class KillTest : public testing::TestWithParam<Scene> {
     EXPECT_TRUE(m_host.quit());
     Pipe ready = Pipe::make();
     steps::Victim victim(step, [&] {
-      const host::HostSetup setup{.places = host::Places::of(m_roots), .environment = m_environment};
+      const host::HostSetup setup{.places = HostPlaces::of(m_roots), .environment = m_environment};
       (void)host::runHost(setup, [&] { (void)!::write(ready.write.number(), "", 1); });
     });
     ready.write.reset();
@@ -213,8 +213,8 @@ class KillTest : public testing::TestWithParam<Scene> {
     std::vector<std::string> labels;
     const auto isAlone = [&] {
       labels.clear();
-      const auto status = host::HostClient(host::Places::of(m_roots).socket).status();
-      for (const auto& job : status ? *status : std::vector<host::HostedJobStatus>()) labels.push_back(job.label);
+      const auto status = HostClient(HostPlaces::of(m_roots).socket).status();
+      for (const auto& job : status ? *status : std::vector<HostedJobStatus>()) labels.push_back(job.label);
       if (labels != std::vector<std::string>{label}) return false;
       m_process = status->front().process;
       return m_process.has_value();  // it may just be on its way

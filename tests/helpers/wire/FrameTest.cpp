@@ -5,7 +5,6 @@
 #include <thread>
 
 #include "core/propertylist/Writer.h"
-#include "helpers/wire/DateKey.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::wire {
@@ -152,21 +151,6 @@ TEST(FrameSocketTest, APeerThatHangsUpIsAnErrorAndNoSignal) {
   const auto sent = sendFrame(cutOff.theirs.number(), sampleFrame());
   ASSERT_FALSE(sent);
   EXPECT_EQ(sent.error().code, Error::Code::Io);
-}
-
-TEST(DateKeyTest, MomentsAreDecimalSeconds) {
-  struct Row {
-    double seconds;
-    const char* key;
-  };
-  for (const Row& row : {Row{0, "0"}, Row{1700000000.25, "1700000000.25"}, Row{-1.5, "-1.5"}, Row{0.000001, "0.000001"},
-                         Row{2147483648, "2147483648"}, Row{12.05, "12.05"}}) {
-    EXPECT_EQ(dateKey(row.seconds), row.key);
-    EXPECT_EQ(dateOfKey(row.key), row.seconds) << row.key;
-  }
-  for (const char* key : {"", "-", ".5", "5.", "1e3", "1,5", " 1", "1 ", "+1", "nan", "99999999999999999999"}) {
-    EXPECT_FALSE(dateOfKey(key)) << key;
-  }
 }
 
 }  // namespace

@@ -108,10 +108,10 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLater
     Error::Code code;
   };
   const std::vector<Row> rows{
-      {"hangs up", [](Peer& p, std::int64_t) { p.hangUp(); }, 0, 1, Error::Code::Io},
-      {"answers and hangs up", [](Peer& p, std::int64_t id) { p.answer(id), p.hangUp(); }, 1, 0, Error::Code::Io},
+      {"hangs up", [](Peer& p, std::int64_t) { p.hangUp(); }, 0, 1, Error::Code::HungUp},
+      {"answers and hangs up", [](Peer& p, std::int64_t id) { p.answer(id), p.hangUp(); }, 1, 0, Error::Code::HungUp},
       {"hangs up in mid-answer", [](Peer& p, std::int64_t) { p.say(std::string("\0\0\0\x09x", 5)), p.hangUp(); }, 0, 1,
-       Error::Code::Io},
+       Error::Code::HungUp},
       {"says garbage", [](Peer& p, std::int64_t) { p.say(std::string("\0\0\0\x05hello", 9)); }, 0, 1,
        Error::Code::Malformed},
       {"says it in XML",
@@ -122,6 +122,10 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLater
        },
        0, 1, Error::Code::Malformed},
       {"says too much", [](Peer& p, std::int64_t) { p.say("\xff\xff\xff\xff"); }, 0, 1, Error::Code::LimitExceeded},
+      {"sends an event to a request without a subscription",
+       [](Peer& p, std::int64_t id) { p.send({.id = id, .kind = Frame::Kind::Event}); }, 0, 1, Error::Code::Malformed},
+      {"cancels", [](Peer& p, std::int64_t id) { p.send({.id = id, .kind = Frame::Kind::Cancel}); }, 0, 1,
+       Error::Code::Malformed},
       {"answers an unknown id", [](Peer& p, std::int64_t id) { p.answer(id + 100); }, 0, 1, Error::Code::Malformed},
       {"answers twice", [](Peer& p, std::int64_t id) { p.answer(id), p.answer(id), p.hangUp(); }, 1, 0,
        Error::Code::Malformed},
@@ -171,16 +175,53 @@ TEST_F(SocketHelperConnectionTest, ARequestThatIsTooLargeFailsAloneAndNotBeforeT
   EXPECT_EQ(outcome.replies.size(), 1U);
 }
 
-TEST_F(SocketHelperConnectionTest, AnErrorThatIsNoneIsAFailureOfItsRequestAlone) {
-  outcome.ask(*connection, request(1));
-  outcome.ask(*connection, request(2));
-  const Frame first = peer.next(), second = peer.next();
-  peer.send({.id = first.id, .body = {{"error", "something"}}});
-  peer.answer(second.id);
-  ASSERT_TRUE(wait(2));
+TEST_F(SocketHelperConnectionTest, TheAnswerToACancelledRequestIsDroppedAndTheOthersArrive) {
+  std::vector<HelperConnection::Id> ids;
+  for (int i = 0; i < 3; ++i) {
+    outcome.ask(*connection, request(i));
+    ids.push_back(peer.next().id);
+  }
+  peer.answer(ids[0]);  // crosses the cancel frame
+  connection->cancel(ids[0]);
+  connection->cancel(ids[1]);
+  connection->cancel(ids[1]);
+  for (const auto id : {ids[0], ids[1]}) EXPECT_EQ(peer.next(), (Frame{.id = id, .kind = Frame::Kind::Cancel}));
+  peer.send({.id = ids[1], .body = {{"late", true}}, .kind = Frame::Kind::Event});
+  peer.answer(ids[1]);
+  peer.answer(ids[2]);
+  ASSERT_TRUE(wait(1));
+  EXPECT_EQ(outcome.replies, (std::vector<Dictionary>{{{"to", ids[2]}}}));
+  EXPECT_FALSE(connection->hasFailed());
+}
+
+TEST_F(SocketHelperConnectionTest, MoreRequestsThanMayBeInFlightAreNotSent) {
+  for (std::size_t i = 0; i <= mostRequests; ++i) outcome.ask(*connection);
+  ASSERT_TRUE(wait(1));
   ASSERT_EQ(outcome.failures.size(), 1U);
-  EXPECT_EQ(outcome.failures[0].code, Error::Code::Malformed);
-  EXPECT_EQ(outcome.replies.size(), 1U);
+  EXPECT_EQ(outcome.failures[0].code, Error::Code::LimitExceeded);
+  for (std::size_t i = 0; i < mostRequests; ++i) peer.answer(peer.next().id);
+  ASSERT_TRUE(wait(mostRequests + 1));
+  outcome.ask(*connection);
+  peer.answer(peer.next().id);
+  ASSERT_TRUE(wait(mostRequests + 2));
+  EXPECT_EQ(outcome.failures.size(), 1U);
+}
+
+TEST_F(SocketHelperConnectionTest, ABusyMainThreadIsNotFloodedAndMissesNoEvent) {
+  constexpr int count = 5000;
+  int events = 0;
+  connection->run(
+      {}, [](const auto&) {}, [](const auto&) {},
+      [&](const Dictionary& event) {
+        EXPECT_EQ(event, request(events));
+        ++events;
+      });
+  const auto id = peer.next().id;
+  std::thread sender([&] {
+    for (int i = 0; i < count; ++i) peer.send({.id = id, .body = request(i), .kind = Frame::Kind::Event});
+  });
+  EXPECT_TRUE(queue.runUntil([&] { return events == count; }));
+  sender.join();
 }
 
 TEST_F(SocketHelperConnectionTest, AllThatWaitAreToldOnceWhenTheHelperDiesOrTheConnectionIsEnded) {

@@ -21,9 +21,6 @@ struct RunNote {
 /// no processes either.
 class RunNotes {
  public:
-  /// Where a host with that folder has them.
-  static std::filesystem::path folderIn(const std::filesystem::path& folder) { return folder / "runs"; }
-
   /// The folder is made with the first note.
   explicit RunNotes(std::filesystem::path folder) : m_folder(std::move(folder)), m_boot(bootIdentity()) {}
 

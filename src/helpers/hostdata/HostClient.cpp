@@ -1,4 +1,4 @@
-#include "helpers/jobhost/HostClient.h"
+#include "helpers/hostdata/HostClient.h"
 
 #include <poll.h>
 
@@ -9,11 +9,9 @@
 #include "helpers/hostdata/HostSocket.h"
 #include "helpers/wire/FrameSocket.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
 namespace {
-
-constexpr const char* hungUpMessage = "the job host hung up";
 
 /// Whether something comes within the time.
 bool isReadable(int socket, std::chrono::seconds limit) {
@@ -28,7 +26,7 @@ bool isReadable(int socket, std::chrono::seconds limit) {
   }
 }
 
-/// Waits until a host that is ending hangs up; it says nothing more before.
+/// Waits until a host that is ending hangs up; it sends nothing more before.
 Error endOf(int connection) {
   if (!isReadable(connection, longestQuit + longestAnswer)) {
     return {.code = Error::Code::Io, .message = "the job host is about to end, and doesn't"};
@@ -38,23 +36,16 @@ Error endOf(int connection) {
 
 }  // namespace
 
-Result<propertylist::Dictionary> HostClient::ask(std::string_view request, propertylist::Dictionary arguments,
-                                                 std::chrono::seconds limit) const {
-  const auto connection = connect();
-  return connection ? askAt(*connection, request, std::move(arguments), limit) : connection.error();
-}
-
 Result<FileDescriptor> HostClient::connect() const {
-  auto connection = connectTo(m_socket);
+  auto connection = connectToHost(m_socket);
   if (!connection || isTrustedPeer(connection->number())) return connection;
   return Error{.code = Error::Code::NotPermitted, .message = "the job host is another user's", .file = m_socket};
 }
 
-Result<propertylist::Dictionary> HostClient::askAt(const FileDescriptor& connection, std::string_view request,
-                                                   propertylist::Dictionary arguments, std::chrono::seconds limit) {
-  arguments.set(key::request, request);
+Result<propertylist::Dictionary> HostClient::exchange(const FileDescriptor& connection,
+                                                      propertylist::Dictionary request, std::chrono::seconds limit) {
   constexpr std::int64_t id = 1;
-  const auto sent = wire::sendFrame(connection.number(), {id, std::move(arguments)});
+  const auto sent = wire::sendFrame(connection.number(), {.id = id, .body = std::move(request)});
   if (!sent) return sent.error();
   if (!isReadable(connection.number(), limit)) {
     const std::string time = std::to_string(limit.count());
@@ -63,26 +54,17 @@ Result<propertylist::Dictionary> HostClient::askAt(const FileDescriptor& connect
   wire::FrameReader reader;
   auto answer = wire::receiveFrame(connection.number(), reader);
   if (!answer) return answer.error();
-  if (!*answer) return Error{.code = Error::Code::Io, .message = hungUpMessage};
-  if ((*answer)->id != id) return badAnswer();
-  if (isTrue((*answer)->body, key::ending)) return endOf(connection.number());
-  if (auto error = errorOf((*answer)->body)) return *std::move(error);
-  return std::move((*answer)->body);
+  if (!*answer) return Error{.code = Error::Code::HungUp, .message = "the job host hung up"};
+  if ((*answer)->id != id || (*answer)->kind != wire::Frame::Kind::Message) return badAnswer();
+  const auto refusal = hostdata::Refusal::read((*answer)->body);
+  if (!refusal) return std::move((*answer)->body);
+  return refusal->isEnding ? endOf(connection.number()) : refusal->error;
 }
 
 Result<std::vector<HostedJobStatus>> HostClient::status() const {
-  const auto answer = ask(request::status);
+  auto answer = ask(hostdata::Status());
   if (!answer) return answer.error();
-  const propertylist::Value* const value = answer->find(key::jobs);
-  const auto* const jobs = value ? value->as<propertylist::Array>() : nullptr;
-  if (!jobs) return badAnswer();
-  std::vector<HostedJobStatus> result;
-  for (const propertylist::Value& job : *jobs) {
-    auto status = HostedJobStatus::from(job);
-    if (!status) return badAnswer();
-    result.push_back(*std::move(status));
-  }
-  return result;
+  return std::move(answer->jobs);
 }
 
 Error HostClient::badAnswer() {
@@ -90,11 +72,11 @@ Error HostClient::badAnswer() {
 }
 
 bool HostClient::isNoHost(const Error& error) {
-  return error.code == Error::Code::NotFound && error.message == noHostMessage;
+  return error.code == Error::Code::NotRunning;
 }
 
 bool HostClient::isHangUp(const Error& error) {
-  return hasEnded(error) || (error.code == Error::Code::Io && error.message == hungUpMessage);
+  return hasEnded(error) || error.code == Error::Code::HungUp;
 }
 
 bool HostClient::hasEnded(const Error& error) {
@@ -102,4 +84,4 @@ bool HostClient::hasEnded(const Error& error) {
   return error.systemCode == ECONNRESET || error.systemCode == EPIPE;
 }
 
-}  // namespace mirvel::host
+}  // namespace mirvel

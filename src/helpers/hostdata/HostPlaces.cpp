@@ -1,4 +1,4 @@
-#include "helpers/hostdata/Places.h"
+#include "helpers/hostdata/HostPlaces.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,7 +7,7 @@
 
 #include "core/files/PrivateFolder.h"
 
-namespace mirvel::host {
+namespace mirvel {
 
 namespace fs = std::filesystem;
 
@@ -27,13 +27,13 @@ Result<void> makePrivate(const fs::path& folder) {
 
 }  // namespace
 
-Places Places::of(const Roots& roots) {
+HostPlaces HostPlaces::of(const Roots& roots) {
   const fs::path folder = roots.applicationSupport / "host";
   return {.folder = folder, .socket = folder / "host.socket"};
 }
 
-Result<void> Places::make() const {
+Result<void> HostPlaces::make() const {
   return makePrivate(folder);
 }
 
-}  // namespace mirvel::host
+}  // namespace mirvel

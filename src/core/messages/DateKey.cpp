@@ -1,16 +1,17 @@
-#include "helpers/wire/DateKey.h"
+#include "core/messages/DateKey.h"
 
 #include <cmath>
 #include <cstdint>
 
 #include "core/text/Digits.h"
 
-namespace mirvel::wire {
+namespace mirvel::messages {
 
 namespace {
 
 constexpr std::int64_t perSecond = 1'000'000;
 constexpr std::size_t fractionDigits = 6;
+constexpr double farthest = 1e12;  // beyond it, microseconds don't fit into 64 bits
 
 }  // namespace
 
@@ -38,7 +39,8 @@ std::optional<double> dateOfKey(std::string_view key) {
     if (!part) return std::nullopt;
     seconds += static_cast<double>(*part) / std::pow(10.0, static_cast<double>(fraction.size()));
   }
+  if (seconds > farthest) return std::nullopt;
   return isNegative ? -seconds : seconds;
 }
 
-}  // namespace mirvel::wire
+}  // namespace mirvel::messages

@@ -1,4 +1,4 @@
-#include "helpers/hostdata/RunNotes.h"
+#include "helpers/host/RunNotes.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -8,10 +8,10 @@
 #include <system_error>
 
 #include "core/files/ReadFile.h"
+#include "core/messages/Fields.h"
 #include "core/process/FileDescriptor.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "helpers/hostdata/HostMessages.h"
 
 namespace mirvel::host {
 
@@ -19,12 +19,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view bootKey = "Boot";
-constexpr std::string_view labelKey = "Label";
-constexpr std::string_view fileKey = "File";
-constexpr std::string_view processKey = "Process";
-constexpr std::string_view startKey = "Start";
-constexpr std::string_view aloneKey = "Alone";
 constexpr std::size_t largest = std::size_t{1} << 20U;
 constexpr const char* unfinished = ".new";
 
@@ -39,28 +33,45 @@ Result<propertylist::Dictionary> readDictionary(const fs::path& file) {
   return *dictionary;
 }
 
+/// A note as it is in its file.
+struct StoredNote {
+  std::string boot, label, file;
+  std::int64_t process = 0, start = 0, alone = 0;
+
+  template <typename Self, typename Fields>
+  static void fields(Self& self, Fields& fields) {
+    constexpr messages::NumberRange any{INT64_MIN, INT64_MAX, "is no number"};
+    fields("Boot", self.boot);
+    fields("Label", self.label);
+    fields("File", self.file);
+    fields("Process", self.process, any);
+    fields("Start", self.start, any);
+    fields("Alone", self.alone, any);
+  }
+};
+
 /// None if there can be no process of that run any more.
 std::optional<RunNote> noteIn(const fs::path& file, const std::string& boot) {
   const auto dictionary = readDictionary(file);
-  if (!dictionary || file.extension() == unfinished || textOf(*dictionary, bootKey) != boot) return std::nullopt;
-  return RunNote{.label = textOf(*dictionary, labelKey).value_or(""),
-                 .file = textOf(*dictionary, fileKey).value_or(""),
+  const auto stored = dictionary ? messages::FieldReader::read<StoredNote>(*dictionary) : dictionary.error();
+  if (!stored || file.extension() == unfinished || stored->boot != boot) return std::nullopt;
+  return RunNote{.label = stored->label,
+                 .file = stored->file,
                  .run = {.mark = file.filename(),
-                         .leader = static_cast<pid_t>(numberOf(*dictionary, processKey).value_or(0)),
-                         .start = numberOf(*dictionary, startKey).value_or(0),
-                         .isLeaderAlone = numberOf(*dictionary, aloneKey).value_or(0) != 0}};
+                         .leader = static_cast<pid_t>(stored->process),
+                         .start = stored->start,
+                         .isLeaderAlone = stored->alone != 0}};
 }
 
 }  // namespace
 
 Result<void> RunNotes::write(const RunNote& note) const {
-  const auto text =
-      propertylist::writeXml(propertylist::Dictionary{{std::string(bootKey), m_boot},
-                                                      {std::string(labelKey), note.label},
-                                                      {std::string(fileKey), note.file.string()},
-                                                      {std::string(processKey), std::int64_t{note.run.leader}},
-                                                      {std::string(startKey), note.run.start},
-                                                      {std::string(aloneKey), note.run.isLeaderAlone ? 1 : 0}});
+  const auto text = propertylist::writeXml(messages::FieldWriter::write(StoredNote{.boot = m_boot,
+                                                                                   .label = note.label,
+                                                                                   .file = note.file.string(),
+                                                                                   .process = note.run.leader,
+                                                                                   .start = note.run.start,
+                                                                                   .alone = note.run.isLeaderAlone}));
   if (!text) return text.error();
   std::error_code failure;
   fs::create_directories(m_folder, failure);  // if that fails, so does what follows, and tells why

@@ -1,0 +1,104 @@
+#include "core/messages/Fields.h"
+
+#include "core/text/Digits.h"
+
+namespace mirvel::messages {
+
+void FieldWriter::operator()(std::string_view key, std::chrono::sys_seconds time) {
+  m_dictionary.set(key, static_cast<std::int64_t>(time.time_since_epoch().count()));
+}
+
+void FieldWriter::operator()(std::string_view key, const std::vector<std::string>& texts) {
+  propertylist::Array array;
+  for (const std::string& text : texts) array.emplace_back(text);
+  m_dictionary.set(key, std::move(array));
+}
+
+void FieldWriter::operator()(std::string_view key, const std::map<std::string, std::string>& texts) {
+  propertylist::Dictionary dictionary;
+  for (const auto& [name, text] : texts) dictionary.set(name, text);
+  m_dictionary.set(key, std::move(dictionary));
+}
+
+void FieldReader::fail(Error::Code code, std::string_view key, std::string_view why) {
+  if (m_failure) return;
+  m_failure = Error{.code = code, .message = "the request's key " + std::string(key) + " " + std::string(why)};
+}
+
+void FieldReader::operator()(std::string_view key, bool& value) {
+  if (!m_from.find(key)) return;
+  if (const auto* const found = find<bool>(key, "is no boolean")) value = *found;
+}
+
+void FieldReader::operator()(std::string_view key, double& value) {
+  if (const auto* const found = find<double>(key, "is no real number")) value = *found;
+}
+
+void FieldReader::operator()(std::string_view key, std::string& text) {
+  if (const auto* const found = find<std::string>(key, "is no text")) text = *found;
+}
+
+void FieldReader::operator()(std::string_view key, propertylist::Data& data) {
+  if (const auto* const found = find<propertylist::Data>(key, "is no data")) data = *found;
+}
+
+void FieldReader::operator()(std::string_view key, std::filesystem::path& path) {
+  std::string text;
+  (*this)(key, text);
+  if (m_failure) return;
+  if (!text.starts_with('/')) return fail(Error::Code::BadArgument, key, "is no absolute path");
+  if (text.find('\0') != std::string::npos) return fail(Error::Code::BadArgument, key, "holds a null character");
+  if (text.size() > longestPath) return fail(Error::Code::LimitExceeded, key, "is too long");
+  path = text;
+}
+
+void FieldReader::operator()(std::string_view key, std::chrono::sys_seconds& time) {
+  const auto number = readNumber(key, {INT64_MIN, INT64_MAX, "is no time"});
+  if (number) time = std::chrono::sys_seconds(std::chrono::seconds(*number));
+}
+
+void FieldReader::operator()(std::string_view key, std::vector<std::string>& texts) {
+  const auto* const array = find<propertylist::Array>(key, "is no list");
+  if (!array) return;
+  for (const propertylist::Value& element : *array) {
+    const auto* const text = element.as<std::string>();
+    if (!text) return fail(Error::Code::WrongType, key, "is no list of texts");
+    texts.push_back(*text);
+  }
+}
+
+void FieldReader::operator()(std::string_view key, std::map<std::string, std::string>& texts) {
+  const auto* const dictionary = find<propertylist::Dictionary>(key, "is no dictionary");
+  if (!dictionary) return;
+  for (const auto& [name, value] : *dictionary) {
+    const auto* const text = value.as<std::string>();
+    if (!text) return fail(Error::Code::WrongType, key, "is no dictionary of texts");
+    texts.insert_or_assign(name, *text);
+  }
+}
+
+void FieldReader::requiredText(std::string_view key, std::string& text) {
+  (*this)(key, text);
+  if (!m_failure && text.empty()) fail(Error::Code::MissingKey, key, "is missing");
+  if (!m_failure && text.size() > longestPath) fail(Error::Code::LimitExceeded, key, "is too long");
+}
+
+void FieldReader::decimalSeconds(std::string_view key, std::chrono::seconds& time) {
+  constexpr std::int64_t longest = std::int64_t{100} * 366 * 86400;
+  std::string text;
+  (*this)(key, text);
+  const std::int64_t number = Decimal::toInt(text).value_or(0);
+  if (number <= 0 || number > longest) return fail(Error::Code::BadArgument, key, "is no number of seconds");
+  time = std::chrono::seconds(number);
+}
+
+std::optional<std::int64_t> FieldReader::readNumber(std::string_view key, const NumberRange& range) {
+  const auto* const integer = find<propertylist::Integer>(key, range.refusal);
+  if (!integer) return std::nullopt;
+  const auto number = integer->toInt64();
+  if (number && *number >= range.smallest && *number <= range.largest) return number;
+  fail(Error::Code::BadArgument, key, range.refusal);
+  return std::nullopt;
+}
+
+}  // namespace mirvel::messages

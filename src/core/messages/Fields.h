@@ -1,0 +1,172 @@
+#pragma once
+
+#include <chrono>
+#include <concepts>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "core/base/Result.h"
+#include "core/propertylist/Value.h"
+
+/// The messages between the application and its helpers, and what they are made of.
+///
+/// A message is a struct that names its fields once, in a function that serves reading and writing:
+///
+///     struct Load {
+///       std::filesystem::path path;
+///       template <typename Self, typename Fields>
+///       static void fields(Self& self, Fields& fields) {
+///         fields("path", self.path);
+///       }
+///     };
+namespace mirvel::messages {
+
+class FieldReader;
+class FieldWriter;
+
+template <typename T>
+concept HasFields = requires(T& message, FieldReader& reader) {
+  T::fields(message, reader);
+};
+
+/// The numbers that a field may hold, both ends included, and the clause about any other.
+struct NumberRange {
+  std::int64_t smallest;
+  std::int64_t largest;
+  const char* refusal;
+};
+
+/// Writes fields into a dictionary. An optional field without a value leaves no key.
+class FieldWriter {
+ public:
+  void operator()(std::string_view key, bool value) { m_dictionary.set(key, value); }
+  void operator()(std::string_view key, double value) { m_dictionary.set(key, value); }
+  void operator()(std::string_view key, const std::string& text) { m_dictionary.set(key, text); }
+  void operator()(std::string_view key, const std::filesystem::path& path) { m_dictionary.set(key, path.native()); }
+  void operator()(std::string_view key, const propertylist::Data& data) { m_dictionary.set(key, data); }
+  void operator()(std::string_view key, std::int64_t number, const NumberRange&) { m_dictionary.set(key, number); }
+  void operator()(std::string_view key, std::chrono::sys_seconds time);
+  void operator()(std::string_view key, const std::vector<std::string>& texts);
+  void operator()(std::string_view key, const std::map<std::string, std::string>& texts);
+  template <typename T, typename... Rest>
+  void operator()(std::string_view key, const std::optional<T>& value, const Rest&... rest) {
+    if (value) (*this)(key, *value, rest...);
+  }
+  template <HasFields T>
+  void operator()(std::string_view key, const T& part) {
+    m_dictionary.set(key, write(part));
+  }
+  template <HasFields T>
+  void operator()(std::string_view key, const std::vector<T>& parts) {
+    propertylist::Array array;
+    for (const T& part : parts) array.emplace_back(write(part));
+    m_dictionary.set(key, std::move(array));
+  }
+  void requiredText(std::string_view key, const std::string& text) { (*this)(key, text); }
+  void decimalSeconds(std::string_view key, std::chrono::seconds time) { (*this)(key, std::to_string(time.count())); }
+
+  template <HasFields T>
+  static propertylist::Dictionary write(const T& message) {
+    FieldWriter writer;
+    T::fields(message, writer);
+    return std::move(writer.m_dictionary);
+  }
+
+ private:
+  propertylist::Dictionary m_dictionary;
+};
+
+/// Reads fields from a dictionary. After the first error the rest is left alone. Keys that no field asks for are
+/// ignored, so that a later version may send more.
+///
+/// Errors: `MissingKey` for an absent key, unless the field is optional or a boolean, which then keeps its value;
+/// `WrongType`; `BadArgument` for a number out of its range, and for a path that isn't absolute or contains a null
+/// character; `LimitExceeded` for a path of more than `longestPath` bytes.
+class FieldReader {
+ public:
+  static constexpr std::size_t longestPath = 4096;
+
+  explicit FieldReader(const propertylist::Dictionary& from) : m_from(from) {}
+
+  void operator()(std::string_view key, bool& value);
+  void operator()(std::string_view key, double& value);
+  void operator()(std::string_view key, std::string& text);
+  void operator()(std::string_view key, std::filesystem::path& path);
+  void operator()(std::string_view key, propertylist::Data& data);
+  template <std::signed_integral T>
+  void operator()(std::string_view key, T& number, const NumberRange& range) {
+    number = static_cast<T>(readNumber(key, range).value_or(number));
+  }
+  void operator()(std::string_view key, std::chrono::sys_seconds& time);
+  void operator()(std::string_view key, std::vector<std::string>& texts);
+  void operator()(std::string_view key, std::map<std::string, std::string>& texts);
+  template <typename T, typename... Rest>
+  void operator()(std::string_view key, std::optional<T>& value, const Rest&... rest) {
+    if (m_failure || !m_from.find(key)) return;
+    T read{};
+    (*this)(key, read, rest...);
+    if (!m_failure) value = std::move(read);
+  }
+  template <HasFields T>
+  void operator()(std::string_view key, T& part) {
+    if (const auto* const dictionary = find<propertylist::Dictionary>(key, "is no dictionary"))
+      readPart(*dictionary, part);
+  }
+  template <HasFields T>
+  void operator()(std::string_view key, std::vector<T>& parts) {
+    const auto* const array = find<propertylist::Array>(key, "is no list");
+    for (const propertylist::Value& element : array ? *array : propertylist::Array()) {
+      const auto* const dictionary = element.as<propertylist::Dictionary>();
+      if (!dictionary) return fail(Error::Code::WrongType, key, "is no list of dictionaries");
+      readPart(*dictionary, parts.emplace_back());
+    }
+  }
+  /// A text that isn't empty, of at most `longestPath` bytes.
+  void requiredText(std::string_view key, std::string& text);
+  /// A positive number of seconds, a century at most, as decimal text.
+  void decimalSeconds(std::string_view key, std::chrono::seconds& time);
+
+  Result<void> result() const { return m_failure ? Result<void>(*m_failure) : Result<void>(); }
+
+  /// The message with the fields of the dictionary; `initial` has what isn't read.
+  template <HasFields T>
+  static Result<T> read(const propertylist::Dictionary& from, T initial = {}) {
+    FieldReader reader(from);
+    T::fields(initial, reader);
+    if (reader.m_failure) return *std::move(reader.m_failure);
+    return initial;
+  }
+
+ private:
+  template <typename T>
+  const T* find(std::string_view key, std::string_view refusal) {
+    if (m_failure) return nullptr;
+    const propertylist::Value* const value = m_from.find(key);
+    const T* const content = value ? value->as<T>() : nullptr;
+    if (!value) fail(Error::Code::MissingKey, key, "is missing");
+    if (value && !content) fail(Error::Code::WrongType, key, refusal);
+    return content;
+  }
+  template <HasFields T>
+  void readPart(const propertylist::Dictionary& from, T& part) {
+    auto read = FieldReader::read<T>(from);
+    if (read)
+      part = *std::move(read);
+    else if (!m_failure)
+      m_failure = read.error();
+  }
+  std::optional<std::int64_t> readNumber(std::string_view key, const NumberRange& range);
+  void fail(Error::Code code, std::string_view key, std::string_view why);
+
+  const propertylist::Dictionary& m_from;
+  std::optional<Error> m_failure;
+};
+
+}  // namespace mirvel::messages

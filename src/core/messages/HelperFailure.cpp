@@ -1,0 +1,128 @@
+#include "core/messages/HelperFailure.h"
+
+#include <cerrno>
+#include <utility>
+
+namespace mirvel {
+
+namespace {
+
+constexpr std::string_view domainKey = "domain", codeKey = "code", descriptionKey = "description",
+                           suggestionKey = "suggestion", deedKey = "deed", causeKey = "cause", systemKey = "errno",
+                           pathKey = "path", lineKey = "line", columnKey = "column", placeKey = "keyPath",
+                           detailKey = "detail", writtenKey = "isWritten";
+
+std::optional<propertylist::Integer> integerIn(const propertylist::Dictionary& error, std::string_view key) {
+  const propertylist::Value* const value = error.find(key);
+  const auto* const number = value ? value->as<propertylist::Integer>() : nullptr;
+  return number ? std::optional(*number) : std::nullopt;
+}
+
+std::optional<std::int64_t> numberIn(const propertylist::Dictionary& error, std::string_view key) {
+  const auto integer = integerIn(error, key);
+  return integer ? integer->toInt64() : std::nullopt;
+}
+
+std::optional<std::string> textIn(const propertylist::Dictionary& error, std::string_view key) {
+  const propertylist::Value* const value = error.find(key);
+  const auto* const text = value ? value->as<std::string>() : nullptr;
+  return text ? std::optional(*text) : std::nullopt;
+}
+
+std::size_t countIn(const propertylist::Dictionary& error, std::string_view key) {
+  const auto number = numberIn(error, key).value_or(0);
+  return number > 0 ? static_cast<std::size_t>(number) : 0;
+}
+
+void write(const HelperFailure& failure, propertylist::Dictionary& to) {
+  const Error& cause = failure.cause;
+  to.set(deedKey, static_cast<int>(failure.deed));
+  to.set(causeKey, static_cast<int>(cause.code));
+  to.set(detailKey, cause.message);
+  if (cause.systemCode != 0) to.set(systemKey, cause.systemCode);
+  if (!cause.file.empty()) to.set(pathKey, cause.file);
+  if (cause.line != 0) to.set(lineKey, static_cast<std::int64_t>(cause.line));
+  if (cause.column != 0) to.set(columnKey, static_cast<std::int64_t>(cause.column));
+  if (!cause.keyPath.empty()) to.set(placeKey, cause.keyPath);
+  if (failure.isWritten) to.set(writtenKey, true);
+}
+
+std::optional<HelperFailure> readFailure(const propertylist::Dictionary& error) {
+  using Deed = HelperFailure::Deed;
+  const auto deed = numberIn(error, deedKey), cause = numberIn(error, causeKey);
+  if (!deed || *deed < 0 || *deed > static_cast<int>(Deed::Log)) return std::nullopt;
+  if (!cause || *cause < 0 || *cause > static_cast<int>(Error::lastCode)) return std::nullopt;
+  const propertylist::Value* const written = error.find(writtenKey);
+  const bool* const isWritten = written ? written->as<bool>() : nullptr;
+  return HelperFailure{.deed = static_cast<Deed>(*deed),
+                       .cause = {.code = static_cast<Error::Code>(*cause),
+                                 .message = textIn(error, detailKey).value_or(""),
+                                 .file = textIn(error, pathKey).value_or(""),
+                                 .line = countIn(error, lineKey),
+                                 .column = countIn(error, columnKey),
+                                 .keyPath = textIn(error, placeKey).value_or(""),
+                                 .systemCode = static_cast<int>(numberIn(error, systemKey).value_or(0))},
+                       .isWritten = isWritten && *isWritten};
+}
+
+}  // namespace
+
+bool HelperFailure::isMatterOfName() const {
+  switch (cause.systemCode) {
+    case EEXIST:
+    case EISDIR:
+    case ENAMETOOLONG:
+    case EILSEQ:
+    case EINVAL:
+      return true;
+    default:
+      return cause.systemCode == 0 && cause.code == Error::Code::BadArgument;
+  }
+}
+
+std::optional<ActionErrorCode> HelperFailure::actionCode() const {
+  switch (deed) {
+    case Deed::Write:
+    case Deed::Delete:
+      return isMatterOfName() ? ActionErrorCode::NotChangedTryNewName : ActionErrorCode::NotChanged;
+    case Deed::Log:
+      return ActionErrorCode::NoLog;
+    default:
+      return std::nullopt;
+  }
+}
+
+HelperError HelperError::of(ActionErrorCode code) {
+  return {.domain = actionErrorDomain, .code = propertylist::Integer(static_cast<int>(code))};
+}
+
+HelperError HelperError::of(HelperFailure failure) {
+  const auto action = failure.actionCode();
+  // Codes of our own are never 0, which would mean that there is no error.
+  const int code = action ? static_cast<int>(*action) : static_cast<int>(failure.cause.code) + 1;
+  HelperError error{.domain = action ? actionErrorDomain : helperErrorDomain,
+                    .code = propertylist::Integer(code),
+                    .description = failure.cause.text()};
+  error.failure = std::move(failure);
+  return error;
+}
+
+propertylist::Dictionary HelperError::dictionary() const {
+  propertylist::Dictionary result;
+  if (domain) result.set(domainKey, *domain);
+  if (code) result.set(codeKey, *code);
+  if (description) result.set(descriptionKey, *description);
+  if (suggestion) result.set(suggestionKey, *suggestion);
+  if (failure) mirvel::write(*failure, result);
+  return result;
+}
+
+HelperError HelperError::read(const propertylist::Dictionary& dictionary) {
+  return {.domain = textIn(dictionary, domainKey),
+          .code = integerIn(dictionary, codeKey),
+          .description = textIn(dictionary, descriptionKey),
+          .suggestion = textIn(dictionary, suggestionKey),
+          .failure = readFailure(dictionary)};
+}
+
+}  // namespace mirvel
