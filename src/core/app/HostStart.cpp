@@ -45,8 +45,7 @@ void HostStart::replied(const propertylist::Dictionary& reply) {
   const propertylist::Value* const error = reply.find("error");
   if (!error) return ended(std::nullopt);
   const auto* const details = error->as<propertylist::Dictionary>();
-  const propertylist::Value* const description = details ? details->find("description") : nullptr;
-  const auto* const text = description ? description->as<std::string>() : nullptr;
+  const auto* const text = details ? details->get<std::string>("description") : nullptr;
   ended(text ? *text : m_program.foundation.localize.anUnknownErrorOccurred());
 }
 

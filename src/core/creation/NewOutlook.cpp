@@ -1,7 +1,7 @@
 #include "core/creation/NewOutlook.h"
 
 #include "core/explain/Occasions.h"
-#include "core/text/ListText.h"
+#include "core/locale/LocaleTexts.h"
 #include "core/text/Strings.h"
 
 namespace mirvel {

@@ -1,7 +1,7 @@
 #include "core/creation/NewPages.h"
 
 #include "core/app/Program.h"
-#include "core/files/DisplayPath.h"
+#include "core/files/URL.h"
 
 namespace mirvel {
 

@@ -4,8 +4,8 @@
 #include "core/commands/FileCommand.h"
 #include "core/creation/RunChoosers.h"
 #include "core/editor/RunMenu.h"
-#include "core/files/DisplayPath.h"
 #include "core/files/ReplaceFile.h"
+#include "core/files/URL.h"
 #include "core/scripts/SyntaxHelper.h"
 #include "core/text/Strings.h"
 

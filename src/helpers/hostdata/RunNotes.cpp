@@ -7,7 +7,6 @@
 #include <optional>
 #include <system_error>
 
-#include "core/files/ReadFile.h"
 #include "core/process/FileDescriptor.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
@@ -28,20 +27,9 @@ constexpr std::string_view aloneKey = "Alone";
 constexpr std::size_t largest = std::size_t{1} << 20U;
 constexpr const char* unfinished = ".new";
 
-Result<propertylist::Dictionary> readDictionary(const fs::path& file) {
-  const auto bytes = readFile(file, largest);
-  if (!bytes) return bytes.error();
-  const auto document = propertylist::read(*bytes);
-  if (!document) return document.error();
-  const propertylist::Value value = document->value();
-  const auto* const dictionary = value.as<propertylist::Dictionary>();
-  if (!dictionary) return Error{.code = Error::Code::WrongType, .message = "it is no dictionary", .file = file};
-  return *dictionary;
-}
-
 /// None if there can be no process of that run any more.
 std::optional<RunNote> noteIn(const fs::path& file, const std::string& boot) {
-  const auto dictionary = readDictionary(file);
+  const auto dictionary = propertylist::readDictionary(file, largest);
   if (!dictionary || file.extension() == unfinished || textOf(*dictionary, bootKey) != boot) return std::nullopt;
   return RunNote{.label = textOf(*dictionary, labelKey).value_or(""),
                  .file = textOf(*dictionary, fileKey).value_or(""),
