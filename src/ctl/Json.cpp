@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/NumberText.h"
+#include "core/text/Bytes.h"
 #include "ctl/Printable.h"
 
 namespace mirvel::ctl {

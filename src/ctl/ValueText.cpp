@@ -4,9 +4,9 @@
 #include <span>
 #include <string>
 
-#include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/NumberText.h"
+#include "core/text/Bytes.h"
 #include "ctl/Printable.h"
 
 namespace mirvel::ctl {
