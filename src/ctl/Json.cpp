@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "core/propertylist/DateText.h"
-#include "core/propertylist/NumberText.h"
+#include "core/propertylist/Numbers.h"
 #include "core/text/Bytes.h"
 #include "ctl/Printable.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/propertylist/DateText.h"
-#include "core/propertylist/NumberText.h"
+#include "core/propertylist/Numbers.h"
 #include "core/text/Bytes.h"
 #include "ctl/Printable.h"
 

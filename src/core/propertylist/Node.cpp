@@ -1,6 +1,6 @@
 #include "core/propertylist/Node.h"
 
-#include "core/propertylist/NumberText.h"
+#include "core/propertylist/Numbers.h"
 #include "core/text/Strings.h"
 
 namespace mirvel::propertylist {

@@ -6,7 +6,7 @@
 
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/Document.h"
-#include "core/propertylist/NumberText.h"
+#include "core/propertylist/Numbers.h"
 #include "core/text/Bytes.h"
 
 namespace mirvel::propertylist {

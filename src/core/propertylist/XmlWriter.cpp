@@ -5,7 +5,7 @@
 #include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/Encoding.h"
-#include "core/propertylist/NumberText.h"
+#include "core/propertylist/Numbers.h"
 #include "core/propertylist/Room.h"
 #include "core/propertylist/Words.h"
 #include "core/propertylist/Writer.h"

@@ -1,4 +1,4 @@
-#include "core/propertylist/NumberText.h"
+#include "core/propertylist/Numbers.h"
 
 #include <locale.h>
 #include <stdlib.h>
