@@ -2,15 +2,16 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 
 #include "core/files/FileCalls.h"
 
 namespace mirvel::testdata {
 
-/// A device that is full at one step, and takes three bytes at a time.
+/// A device that is full at one step, counted from 1, and takes few bytes at a time.
 class FailingCalls : public FileCalls {
  public:
-  explicit FailingCalls(int failing) : m_failing(failing) {}
+  explicit FailingCalls(int failing, std::size_t bytesAtOnce = 3) : m_failing(failing), m_bytesAtOnce(bytesAtOnce) {}
   bool renamed() const { return m_renamed; }
   bool failed() const { return m_count >= m_failing; }
 
@@ -18,7 +19,7 @@ class FailingCalls : public FileCalls {
     return fails() ? -1 : FileCalls::create(folder, name, mode);
   }
   ssize_t write(int file, const char* data, std::size_t count) override {
-    return fails() ? -1 : FileCalls::write(file, data, std::min<std::size_t>(count, 3));
+    return fails() ? -1 : FileCalls::write(file, data, std::min(count, m_bytesAtOnce));
   }
   int setMode(int file, mode_t mode) override { return fails() ? -1 : FileCalls::setMode(file, mode); }
   int sync(int file) override { return fails() ? -1 : FileCalls::sync(file); }
@@ -36,6 +37,7 @@ class FailingCalls : public FileCalls {
   }
 
   int m_failing;
+  std::size_t m_bytesAtOnce;
   int m_count = 0;
   bool m_renamed = false;
 };
