@@ -10,6 +10,7 @@
 #include "core/lint/Findings.h"
 #include "core/locale/Localize.h"
 #include "core/ports/Clock.h"
+#include "core/process/Arguments.h"
 #include "core/process/Environment.h"
 #include "core/process/ProcessRunner.h"
 
@@ -39,8 +40,6 @@ struct Context {
   const lint::Surroundings& surroundings;
   const Machine& machine;
 };
-
-using Arguments = std::span<const std::string>;
 
 /// A command takes what stands behind its name, and gives the exit status.
 struct Command {

@@ -1,8 +1,8 @@
 #include <ostream>
 
+#include "core/process/Arguments.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "ctl/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Input.h"
 #include "ctl/Printable.h"
@@ -26,10 +26,9 @@ int convert(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--to", true}});
   if (!parsed) return usageError("convert", parsed.error().message, context);
   if (parsed->operands.size() != 1) return usageError("convert", "it takes one file", context);
-  const auto form = parsed->options.find("--to");
-  const bool isKnownForm = form != parsed->options.end() && (form->second == "xml" || form->second == "binary");
-  if (!isKnownForm) return usageError("convert", "the form must be xml or binary", context);
-  const bool toXml = form->second == "xml";
+  const auto form = parsed->value("--to");
+  if (form != "xml" && form != "binary") return usageError("convert", "the form must be xml or binary", context);
+  const bool toXml = form == "xml";
   if (!toXml && context.isTerminal) {
     return usageError("convert", "a binary list can't be shown; send it to a file or a pipe", context);
   }

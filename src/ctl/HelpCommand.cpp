@@ -1,6 +1,6 @@
 #include <ostream>
 
-#include "ctl/Arguments.h"
+#include "core/process/Arguments.h"
 #include "ctl/Command.h"
 
 namespace mirvel::ctl {

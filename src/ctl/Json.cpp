@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
-#include "core/propertylist/RealText.h"
+#include "core/propertylist/Numbers.h"
+#include "core/text/Bytes.h"
 #include "ctl/Printable.h"
 
 namespace mirvel::ctl {
@@ -65,7 +65,7 @@ Json typedTree(const propertylist::Node& node) {
     case propertylist::Type::String:
       return tree("string", std::string(*node.string()));
     case propertylist::Type::Data:
-      return tree("data", propertylist::base64(*node.data()));
+      return tree("data", toBase64(*node.data()));
     case propertylist::Type::Date:
       return tree("date", propertylist::dateText(*node.date()));
     case propertylist::Type::Uid:

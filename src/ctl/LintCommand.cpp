@@ -6,7 +6,7 @@
 
 #include "core/lint/Lint.h"
 #include "core/lint/PermissionLint.h"
-#include "ctl/Arguments.h"
+#include "core/process/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Input.h"
 #include "ctl/JobJson.h"

@@ -2,8 +2,8 @@
 #include <ostream>
 
 #include "core/base/Const.h"
-#include "core/catalogue/KindTitle.h"
-#include "ctl/Arguments.h"
+#include "core/catalogue/KindTexts.h"
+#include "core/process/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Json.h"
 #include "ctl/Printable.h"

@@ -5,19 +5,14 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "core/text/Bytes.h"
+
 namespace mirvel::ctl {
 
 namespace {
 
-std::string hexadecimal(char32_t number, int digits) {
-  constexpr std::string_view letters = "0123456789abcdef";
-  std::string result;
-  for (int i = digits - 1; i >= 0; --i) result += letters[(number >> (4 * i)) & 0xFU];
-  return result;
-}
-
 std::string escapedByte(char byte) {
-  return "\\x" + hexadecimal(static_cast<unsigned char>(byte), 2);
+  return "\\x" + toHex({&byte, 1});
 }
 
 std::string escapedControl(char control) {
@@ -78,7 +73,7 @@ std::size_t plainLength(std::string_view text) {
 }
 
 std::string escapedCharacter(char32_t character) {
-  return "\\u" + hexadecimal(character, 4);
+  return "\\u" + toHex(character, 4);
 }
 
 std::string printable(std::string_view text, Lines lines) {

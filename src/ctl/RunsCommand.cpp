@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "core/jobfile/Plist.h"
+#include "core/process/Arguments.h"
 #include "core/schedule/MergedRuns.h"
 #include "core/text/Digits.h"
-#include "ctl/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Input.h"
 #include "ctl/IsoTime.h"
@@ -114,16 +114,14 @@ Result<Span> spanOf(const ParsedArguments& arguments, const Machine& machine) {
   Span span{.zone = machine.timeZone(),
             .after = sys_seconds(seconds(std::llround(std::floor(machine.clock.secondsSince1970())))),
             .end = {}};
-  if (const auto from = arguments.options.find("--from"); from != arguments.options.end()) {
-    const auto moment = isoMoment(from->second, span.zone);
-    if (!moment) return badArgument("`" + from->second + "` is no time such as 2026-11-21T09:00");
+  if (const auto from = arguments.value("--from")) {
+    const auto moment = isoMoment(*from, span.zone);
+    if (!moment) return badArgument("`" + *from + "` is no time such as 2026-11-21T09:00");
     span.after = *moment;
   }
   constexpr std::int64_t usual = 30, most = 3660;
   std::optional<std::int64_t> count = usual;
-  if (const auto given = arguments.options.find("--days"); given != arguments.options.end()) {
-    count = Decimal::toInt(given->second);
-  }
+  if (const auto given = arguments.value("--days")) count = Decimal::toInt(*given);
   if (!count || *count < 1 || *count > most) return badArgument("--days takes a number from 1 to 3660");
   span.end = span.after + hours(24) * *count;
   return span;

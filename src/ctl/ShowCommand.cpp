@@ -1,8 +1,8 @@
 #include <ostream>
 
 #include "core/explain/Occasions.h"
+#include "core/process/Arguments.h"
 #include "core/propertylist/Reader.h"
-#include "ctl/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Input.h"
 #include "ctl/JobJson.h"

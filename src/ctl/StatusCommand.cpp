@@ -4,9 +4,9 @@
 #include <ostream>
 #include <sstream>
 
+#include "core/process/Arguments.h"
 #include "core/process/Commands.h"
 #include "core/text/Digits.h"
-#include "ctl/Arguments.h"
 #include "ctl/Command.h"
 #include "ctl/Json.h"
 #include "ctl/Printable.h"

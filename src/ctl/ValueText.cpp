@@ -4,9 +4,9 @@
 #include <span>
 #include <string>
 
-#include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
-#include "core/propertylist/RealText.h"
+#include "core/propertylist/Numbers.h"
+#include "core/text/Bytes.h"
 #include "ctl/Printable.h"
 
 namespace mirvel::ctl {
@@ -16,7 +16,7 @@ namespace {
 std::string dataText(std::string_view bytes) {
   constexpr std::size_t shown = 48;
   const std::string more = bytes.size() > shown ? "..." : "";
-  return std::to_string(bytes.size()) + " bytes: " + propertylist::base64(bytes.substr(0, shown)) + more;
+  return std::to_string(bytes.size()) + " bytes: " + toBase64(bytes.substr(0, shown)) + more;
 }
 
 std::string scalarText(const propertylist::Node& node) {

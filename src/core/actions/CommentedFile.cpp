@@ -10,7 +10,6 @@
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
-#include "core/files/PrivateFolder.h"
 #include "core/files/ReadFile.h"
 #include "core/files/ReplaceFile.h"
 #include "core/propertylist/Comments.h"

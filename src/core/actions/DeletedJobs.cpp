@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "core/actions/JobOnDisk.h"
-#include "core/base/Uuid.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/files/ReadFile.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel {
 
@@ -21,13 +21,13 @@ constexpr const char* modeKey = "Mode";
 std::optional<DeletedJob> decode(const std::string& id, const propertylist::Value& value) {
   const auto* const fields = value.as<propertylist::Dictionary>();
   if (!fields) return std::nullopt;
-  const auto* const name = entry<std::string>(*fields, nameKey);
-  const auto* const path = entry<std::string>(*fields, pathKey);
-  const auto* const number = entry<propertylist::Integer>(*fields, kindKey);
-  const auto* const date = entry<double>(*fields, dateKey);
-  const auto* const contents = entry<propertylist::Data>(*fields, contentsKey);
+  const auto* const name = fields->get<std::string>(nameKey);
+  const auto* const path = fields->get<std::string>(pathKey);
+  const auto* const number = fields->get<propertylist::Integer>(kindKey);
+  const auto* const date = fields->get<double>(dateKey);
+  const auto* const contents = fields->get<propertylist::Data>(contentsKey);
   if (!name || !path || !number || !date || !contents) return std::nullopt;
-  const auto* const mode = entry<propertylist::Integer>(*fields, modeKey);
+  const auto* const mode = fields->get<propertylist::Integer>(modeKey);
   const auto kind = Kind::fromRawValue(static_cast<int>(number->toInt64().value_or(-1)));
   if (!kind || !DeletedJobs::canKeep(*kind)) return std::nullopt;
   return DeletedJob{.id = id,

@@ -17,13 +17,8 @@ namespace fs = std::filesystem;
 namespace {
 
 std::optional<propertylist::Dictionary> jobDictionary(const URL& url) {
-  const auto bytes = jobBytes(url);
-  if (!bytes) return std::nullopt;
-  const auto document = propertylist::read(*bytes);
-  if (!document) return std::nullopt;
-  propertylist::Value value = document->value();
-  auto* dictionary = value.as<propertylist::Dictionary>();
-  return dictionary ? std::optional(std::move(*dictionary)) : std::nullopt;
+  auto job = propertylist::readDictionary(url.path(), JobFolder::largestFile);
+  return job ? std::optional(*std::move(job)) : std::nullopt;
 }
 
 }  // namespace
@@ -35,15 +30,13 @@ std::optional<std::string> jobBytes(const URL& url) {
 
 std::optional<std::string> jobLabel(const URL& url) {
   const auto job = jobDictionary(url);
-  const propertylist::Value* const label = job ? job->find("Label") : nullptr;
-  const auto* text = label ? label->as<std::string>() : nullptr;
-  return text ? std::optional(*text) : std::nullopt;
+  const auto* const label = job ? job->get<std::string>("Label") : nullptr;
+  return label ? std::optional(*label) : std::nullopt;
 }
 
 bool isEnabledOnDisk(const URL& url) {
   const auto job = jobDictionary(url);
-  const propertylist::Value* const disabled = job ? job->find("Disabled") : nullptr;
-  const bool* const isDisabled = disabled ? disabled->as<bool>() : nullptr;
+  const bool* const isDisabled = job ? job->get<bool>("Disabled") : nullptr;
   return job && !(isDisabled && *isDisabled);
 }
 

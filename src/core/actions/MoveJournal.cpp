@@ -19,9 +19,9 @@ constexpr const char* checksumKey = "Checksum";
 std::optional<MoveJournal::Move> moveOf(const std::string& users, const propertylist::Value& value) {
   const auto* const fields = value.as<propertylist::Dictionary>();
   if (!fields) return std::nullopt;
-  const auto* const roots = entry<std::string>(*fields, rootsKey);
-  const auto* const label = entry<std::string>(*fields, labelKey);
-  const auto* const checksum = entry<std::string>(*fields, checksumKey);
+  const auto* const roots = fields->get<std::string>(rootsKey);
+  const auto* const label = fields->get<std::string>(labelKey);
+  const auto* const checksum = fields->get<std::string>(checksumKey);
   if (!roots || !label || !checksum) return std::nullopt;
   return MoveJournal::Move{URL::file(users), URL::file(*roots), *label, *checksum};
 }

@@ -4,7 +4,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "core/base/Uuid.h"
+#include "core/text/Bytes.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -27,21 +28,10 @@ std::string withoutSlashes(std::string name) {
   return name;
 }
 
-/// At most so many bytes, and no part of a character.
-std::string shortened(std::string text, std::size_t size) {
-  if (text.size() <= size) return text;
-  const auto isContinuation = [&text](std::size_t at) {
-    return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
-  };
-  while (size > 0 && isContinuation(size)) --size;
-  text.resize(size);
-  return text;
-}
-
 /// A name that nothing has, beginning with this one.
-fs::path withUuid(const fs::path& folder, std::string name) {
+fs::path withUuid(const fs::path& folder, std::string_view name) {
   const std::string uuid = makeUuid();
-  return folder / (shortened(std::move(name), longestName - uuid.size()) + uuid).append(extension);
+  return folder / (std::string(String::firstBytes(name, longestName - uuid.size())) + uuid).append(extension);
 }
 
 }  // namespace
@@ -66,7 +56,7 @@ std::optional<URL> moveTarget(Kind kind, const URL& url, const Roots& roots, con
 }
 
 std::string jobFileName(const std::string& name) {
-  return shortened(withoutSlashes(name), longestName);
+  return std::string(String::firstBytes(withoutSlashes(name), longestName));
 }
 
 std::optional<URL> newFileURL(Kind kind, const std::string& name, const Roots& roots, const IsTaken& isTaken) {

@@ -8,9 +8,9 @@ namespace mirvel {
 
 namespace {
 
-/// The value as an array of dictionaries; empty if it is anything else.
-propertylist::Array revisionsIn(const propertylist::Value* value) {
-  const auto* array = value ? value->as<propertylist::Array>() : nullptr;
+/// A job's revisions; none if they aren't all dictionaries.
+propertylist::Array revisionsIn(Store& store, const std::string& key) {
+  const auto* const array = store.get<propertylist::Array>(key);
   const auto isRevision = [](const propertylist::Value& entry) {
     return entry.as<propertylist::Dictionary>() != nullptr;
   };
@@ -20,8 +20,7 @@ propertylist::Array revisionsIn(const propertylist::Value* value) {
 /// 0 if it has none.
 double dateOf(const propertylist::Value& revision) {
   const auto* const dictionary = revision.as<propertylist::Dictionary>();
-  const propertylist::Value* const date = dictionary ? dictionary->find(RevisionController::dateKey) : nullptr;
-  const auto* const seconds = date ? date->as<double>() : nullptr;
+  const auto* const seconds = dictionary ? dictionary->get<double>(RevisionController::dateKey) : nullptr;
   return seconds ? *seconds : 0;
 }
 
@@ -35,7 +34,7 @@ RevisionController::RevisionController(const std::filesystem::path& folder, cons
 
 void RevisionController::saveRevision(const Launchd& job) {
   const std::string key = storeKey(job.url);
-  propertylist::Array kept = revisionsIn(m_store.find(key));
+  propertylist::Array kept = revisionsIn(m_store, key);
   if (auto content = job.plistDictionary()) {
     propertylist::Dictionary revision{{dateKey, m_clock.secondsSince1970()}, {plistKey, *std::move(content)}};
     kept.insert(kept.begin(), std::move(revision));
@@ -54,9 +53,9 @@ void RevisionController::clearRevisions() {
 }
 
 void RevisionController::jobMoved(const URL& from, const URL& to) {
-  propertylist::Array moved = revisionsIn(m_store.find(storeKey(from)));
+  propertylist::Array moved = revisionsIn(m_store, storeKey(from));
   if (moved.empty()) return;
-  const propertylist::Array there = revisionsIn(m_store.find(storeKey(to)));
+  const propertylist::Array there = revisionsIn(m_store, storeKey(to));
   moved.insert(moved.end(), there.begin(), there.end());
   std::stable_sort(moved.begin(), moved.end(), [](const auto& a, const auto& b) { return dateOf(a) > dateOf(b); });
   m_store.put(storeKey(to), std::move(moved));

@@ -5,7 +5,7 @@
 
 #include "core/app/Program.h"
 #include "core/base/Const.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel {
 
@@ -148,7 +148,7 @@ void AppDelegate::applicationDidResignActive() {
 void AppDelegate::applicationOpenURLs(const std::vector<std::string>& urls) {
   const auto url = urls.empty() ? std::nullopt : parse(urls.front());
   if (!url || url->scheme != Const::jobScheme || url->host.empty()) return;
-  const auto path = String::fromBase64(base64Text(url->host));
+  const auto path = fromBase64(base64Text(url->host));
   if (!path || path->empty()) return;
   if (m_program.editing.hasUnsavedChanges()) return m_program.mainWindow.unsavedChangesAlert();
   m_delay(0.3, [this, job = URL::file(*path)] {
@@ -170,7 +170,7 @@ void AppDelegate::selectOpened() {
 }
 
 std::string jobURL(const std::string& path) {
-  return std::string(Const::jobScheme) + "://" + String::toBase64(path);
+  return std::string(Const::jobScheme) + "://" + toBase64(path);
 }
 
 }  // namespace mirvel

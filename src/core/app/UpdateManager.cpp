@@ -24,17 +24,13 @@ Error badFeed() {
 }
 
 Result<Release> releaseIn(const std::string& feed, std::string_view app) {
-  const auto document = propertylist::read(feed);
-  if (!document) return document.error();
-  const propertylist::Value value = document->value();
-  const auto* const apps = value.as<propertylist::Dictionary>();
-  const propertylist::Value* const entry = apps ? apps->find(app) : nullptr;
-  const auto* const release = entry ? entry->as<propertylist::Dictionary>() : nullptr;
-  const propertylist::Value* const version = release ? release->find("Version") : nullptr;
-  const propertylist::Value* const address = release ? release->find("URL") : nullptr;
-  if (!version || !version->as<std::string>() || !address || !address->as<std::string>()) return badFeed();
-  if (!address->as<std::string>()->starts_with("https://")) return badFeed();
-  return Release{*version->as<std::string>(), *address->as<std::string>()};
+  const auto apps = propertylist::readDictionary(feed);
+  if (!apps) return apps.error().code == Error::Code::WrongType ? badFeed() : apps.error();
+  const auto* const release = apps->get<propertylist::Dictionary>(app);
+  const auto* const version = release ? release->get<std::string>("Version") : nullptr;
+  const auto* const address = release ? release->get<std::string>("URL") : nullptr;
+  if (!version || !address || !address->starts_with("https://")) return badFeed();
+  return Release{*version, *address};
 }
 
 /// The number before the first dot, which is cut off with it; 0 if there is none.

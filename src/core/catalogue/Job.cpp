@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "core/text/Strings.h"
 
 namespace mirvel {
@@ -35,8 +35,8 @@ std::optional<Image> Job::displayIcon(const Localize& localize) const {
 }
 
 std::optional<std::string> iconStoreName(const URL& url) {
-  const auto digest = Data::sha256Digest(url.text());
-  return digest ? std::optional(Data::hexString(*digest)) : std::nullopt;
+  const auto digest = sha256(url.text());
+  return digest ? std::optional(toHex(*digest)) : std::nullopt;
 }
 
 void Job::updateCustomIconDigest() {

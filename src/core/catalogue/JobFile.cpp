@@ -1,7 +1,7 @@
 #include "core/catalogue/JobFile.h"
 
 #include "core/propertylist/Encoding.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel {
 
@@ -29,8 +29,8 @@ std::optional<JobFile> JobFile::read(std::string_view bytes, const URL& url, Con
 }
 
 std::string JobFile::checksumOf(std::string_view bytes) {
-  const auto digest = Data::sha256Digest(bytes);
-  return digest ? String::toBase64(*digest) : std::string();
+  const auto digest = sha256(bytes);
+  return digest ? toBase64(*digest) : std::string();
 }
 
 void tellOfBadFile(const Error& error, const URL& url, Console& console) {

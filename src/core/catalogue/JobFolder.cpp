@@ -9,6 +9,7 @@
 #include <memory>
 #include <utility>
 
+#include "core/files/FileTimes.h"
 #include "core/files/RegularFile.h"
 
 namespace mirvel {
@@ -19,18 +20,9 @@ struct DirectoryCloser {
   void operator()(DIR* directory) const { ::closedir(directory); }
 };
 
-/// The modification date, which macOS names otherwise.
-const timespec& modified(const struct stat& status) {
-#ifdef __APPLE__
-  return status.st_mtimespec;
-#else
-  return status.st_mtim;
-#endif
-}
-
 JobFolder::Stamp stampOf(const struct stat& status) {
-  return {.seconds = modified(status).tv_sec,
-          .nanoseconds = modified(status).tv_nsec,
+  return {.seconds = modificationTime(status).tv_sec,
+          .nanoseconds = modificationTime(status).tv_nsec,
           .size = static_cast<std::uint64_t>(status.st_size),
           .isRegular = S_ISREG(status.st_mode)};
 }

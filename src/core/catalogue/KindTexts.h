@@ -6,12 +6,20 @@
 
 #include "core/base/Image.h"
 #include "core/catalogue/Kind.h"
-#include "core/catalogue/KindTitle.h"
 #include "core/locale/Localize.h"
 #include "core/ports/Workspace.h"
 #include "core/settings/Defaults.h"
 
 namespace mirvel {
+
+/// The parts of titles that depend on the machine.
+struct KindNames {
+  std::string user;         ///< the user's name as people write it
+  std::string preferences;  ///< the application in which the user's login items are set
+};
+
+/// The title of a group of jobs of that kind.
+std::string kindTitle(Kind kind, const KindNames& names, const Localize& localize);
 
 /// The titles and pictures of the kinds. For the main thread.
 class KindTexts {
@@ -20,7 +28,7 @@ class KindTexts {
   KindTexts(const Localize& localize, const Defaults& defaults, Workspace& workspace)
       : m_localize(localize), m_defaults(defaults), m_workspace(workspace) {}
 
-  /// Under which a group of jobs of the kind is shown.
+  /// The title of a group of jobs of that kind.
   std::string title(Kind kind);
   /// Made on first use and then kept: a lock that shows whether system jobs may be edited changes with the next start.
   const Image& icon(Kind kind);

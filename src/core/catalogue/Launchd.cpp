@@ -88,11 +88,8 @@ std::optional<std::string> Launchd::plistData() const {
 std::optional<propertylist::Dictionary> Launchd::plistDictionary() const {
   const auto data = plistData();
   if (!data) return std::nullopt;
-  const auto document = propertylist::read(*data);
-  if (!document) return std::nullopt;
-  propertylist::Value file = document->value();
-  auto* dictionary = file.as<propertylist::Dictionary>();
-  return dictionary ? std::optional(std::move(*dictionary)) : std::nullopt;
+  auto file = propertylist::readDictionary(*data);
+  return file ? std::optional(*std::move(file)) : std::nullopt;
 }
 
 }  // namespace mirvel

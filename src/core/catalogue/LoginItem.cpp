@@ -1,7 +1,7 @@
 #include "core/catalogue/LoginItem.h"
 
 #include "core/base/Const.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "core/text/Strings.h"
 
 namespace mirvel {
@@ -28,7 +28,7 @@ std::shared_ptr<LoginItem> LoginItem::make(const LoginItems::Listed& item) {
   const std::string& path = *item.path;
   std::shared_ptr<LoginItem> job(new LoginItem(
       Kind::loginItemSystemPreferences, *item.name, std::string(String::lastPathComponent(path)),
-      String::toBase64(*item.name + path),
+      toBase64(*item.name + path),
       item.file.empty() ? URL::address("LoginItem.SystemPreferences." + *item.name) : URL::file(item.file)));
   job->path = path;
   job->iconPath = path;
@@ -50,7 +50,7 @@ Jobs LoginItem::applicationItems(LoginItems& items, bool showInternalHelpers) {
 
 std::shared_ptr<LoginItem> LoginItem::make(const LoginItems::Bundled& item) {
   std::shared_ptr<LoginItem> job(new LoginItem(Kind::loginItemApplication, item.name, item.itemName,
-                                               String::toBase64(item.name + item.itemName + item.applicationPath),
+                                               toBase64(item.name + item.itemName + item.applicationPath),
                                                URL::file(item.file.empty() ? item.applicationPath : item.file)));
   job->path = item.itemPath;
   job->icon = item.icon ? item.icon : Image::iconOfPath(item.applicationPath);

@@ -2,7 +2,7 @@
 
 #include "core/base/Const.h"
 #include "core/catalogue/HelperToolLines.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel {
 
@@ -16,8 +16,7 @@ std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url,
   const std::string path = url.text();
   if (name.empty() || path.empty()) return nullptr;
 
-  const std::shared_ptr<PrivilegedHelperTool> job(
-      new PrivilegedHelperTool(kind, name, name, String::toBase64(path), url));
+  const std::shared_ptr<PrivilegedHelperTool> job(new PrivilegedHelperTool(kind, name, name, toBase64(path), url));
   job->textContent = lines.identifier + lines.clients + path;
   job->identifier = std::move(lines.identifier);
   job->clients = std::move(lines.clients);

@@ -1,11 +1,12 @@
 #include "core/catalogue/StartupItem.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel {
 
@@ -24,25 +25,20 @@ std::optional<std::string> readFileIn(const JobFolder& folder, const std::string
 }
 
 /// The first entry of an array of strings; none if there is none, or an entry of another type.
-std::optional<std::string> firstString(const propertylist::Node& list) {
-  const auto entries = list.array();
-  if (!entries || entries->empty()) return std::nullopt;
-  for (const auto& entry : *entries) {
-    if (!entry.string()) return std::nullopt;
-  }
-  return std::string(*entries->front().string());
+std::optional<std::string> firstString(const propertylist::Array& entries) {
+  const auto isText = [](const propertylist::Value& entry) { return entry.as<std::string>() != nullptr; };
+  if (entries.empty() || !std::all_of(entries.begin(), entries.end(), isText)) return std::nullopt;
+  return *entries.front().as<std::string>();
 }
 
 std::optional<Parameters> readParameters(const std::string& bytes) {
-  const auto document = propertylist::read(bytes);
-  if (!document) return std::nullopt;
-  const auto members = document->root().dictionary();
-  if (!members) return std::nullopt;
-  const propertylist::Node* description = members->find("Description");
-  const propertylist::Node* provides = members->find("Provides");
+  const auto list = propertylist::readDictionary(bytes);
+  if (!list) return std::nullopt;
+  const auto* const description = list->get<std::string>("Description");
+  const auto* const provides = list->get<propertylist::Array>("Provides");
   const auto firstProvided = provides ? firstString(*provides) : std::nullopt;
-  if (!description || !description->string() || !firstProvided) return std::nullopt;
-  return Parameters{.description = std::string(*description->string()), .firstProvided = *firstProvided};
+  if (!description || !firstProvided) return std::nullopt;
+  return Parameters{.description = *description, .firstProvided = *firstProvided};
 }
 
 }  // namespace
@@ -57,7 +53,7 @@ std::shared_ptr<StartupItem> StartupItem::read(const URL& url, Kind kind) {
   if (!script || !propertylist::isUtf8(*script)) return nullptr;
 
   const std::shared_ptr<StartupItem> job(new StartupItem(kind, parameters->description, parameters->firstProvided,
-                                                         String::toBase64(parameters->description + *script), url));
+                                                         toBase64(parameters->description + *script), url));
   job->path = url.appending(url.lastPathComponent()).text();
   job->textContent = *std::move(script);
   job->icon = Image::iconOfPath(url.text());

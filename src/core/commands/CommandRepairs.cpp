@@ -89,8 +89,8 @@ std::string CommandRepairs::commandOfEntry(const std::vector<std::string>& words
   const std::string& program = words.front();
   const auto directory = program.starts_with('/') ? std::nullopt : lookUp(program);
   const std::string path = directory.value_or("") + program;
-  std::string command = path.starts_with('/') ? String::quote(path) : commandWord(path);
-  for (auto word = words.begin() + 1; word != words.end(); ++word) command += ' ' + commandWord(*word);
+  std::string command = path.starts_with('/') ? String::quote(path) : String::shellWord(path);
+  for (auto word = words.begin() + 1; word != words.end(); ++word) command += ' ' + String::shellWord(*word);
   return command;
 }
 

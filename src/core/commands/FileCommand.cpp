@@ -44,13 +44,9 @@ std::string extensionOf(const fs::path& file) {
 /// What the bundle's property list names as its executable, or the bundle's own name.
 std::string executableName(const fs::path& bundle) {
   constexpr std::size_t largestList = std::size_t{1} << 20U;
-  const auto bytes = readFile(bundle / "Contents" / "Info.plist", largestList);
-  if (!bytes) return bundle.stem().string();
-  const auto document = propertylist::read(*bytes);
-  const auto info = document ? document->root().dictionary() : std::nullopt;
-  const auto* value = info ? info->find("CFBundleExecutable") : nullptr;
-  const auto name = value ? value->string() : std::nullopt;
-  return name ? std::string(*name) : bundle.stem().string();
+  const auto info = propertylist::readDictionary(bundle / "Contents" / "Info.plist", largestList);
+  const auto* const name = info ? info->get<std::string>("CFBundleExecutable") : nullptr;
+  return name ? *name : bundle.stem().string();
 }
 
 std::optional<fs::path> executableOf(const fs::path& bundle) {
@@ -112,11 +108,6 @@ std::optional<std::vector<std::string>> desktopCommand(const fs::path& file) {
     return std::nullopt;
   }
   return std::move(entry->command);
-}
-
-std::string commandWord(const std::string& text) {
-  constexpr std::string_view signs = " \t\r\n\"'\\$`*?[]{}()<>|&;!#";  // that mean something to a shell
-  return text.empty() || text.find_first_of(signs) != std::string::npos ? String::quote(text) : text;
 }
 
 }  // namespace mirvel

@@ -16,7 +16,4 @@ std::string fileCommand(const std::filesystem::path& file, const Commands& comma
 /// is no such entry.
 std::optional<std::vector<std::string>> desktopCommand(const std::filesystem::path& file);
 
-/// A text as one argument of a command line: quoted only if it has to be.
-std::string commandWord(const std::string& text);
-
 }  // namespace mirvel

@@ -14,7 +14,7 @@
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "core/text/Bidirectional.h"
-#include "core/text/ListText.h"
+#include "core/locale/LocaleTexts.h"
 #include "core/text/Strings.h"
 
 namespace mirvel {

@@ -1,7 +1,7 @@
 #include "core/creation/NewPages.h"
 
 #include "core/creation/CreationContext.h"
-#include "core/files/DisplayPath.h"
+#include "core/files/URL.h"
 #include "core/schedule/ScheduledController.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"

@@ -44,13 +44,10 @@ std::optional<std::string> textOf(const std::string& bytes) {
 }
 
 std::optional<std::string> disabledText(const std::string& bytes) {
-  const auto document = propertylist::read(bytes);
-  if (!document) return std::nullopt;
-  propertylist::Value content = document->value();
-  auto* const keys = content.as<propertylist::Dictionary>();
+  auto keys = propertylist::readDictionary(bytes);
   if (!keys) return std::nullopt;
   keys->set("Disabled", true);
-  auto xml = propertylist::writeXml(content);
+  auto xml = propertylist::writeXml(*std::move(keys));
   return xml ? std::optional(*std::move(xml)) : std::nullopt;
 }
 

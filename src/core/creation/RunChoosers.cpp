@@ -5,7 +5,7 @@
 #include "core/creation/InstalledApplications.h"
 #include "core/editor/GeneralRules.h"
 #include "core/editor/RunMenu.h"
-#include "core/files/DisplayPath.h"
+#include "core/files/URL.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 

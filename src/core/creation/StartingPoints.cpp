@@ -1,7 +1,7 @@
 #include "core/creation/StartingPoints.h"
 
-#include "core/commands/FileCommand.h"
 #include "core/locale/Dates.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -23,7 +23,8 @@ void runEveryDay(New& job, int hour) {
 New backup(const Localize& localize, const Roots& roots) {
   New job = jobOf(localize.backup(), New::Run::command);
   // It makes the folder "Backup", and copies what changed.
-  job.command = "rsync -a " + commandWord(roots.home / "Documents") + ' ' + commandWord(roots.home / "Backup");
+  job.command = "rsync -a " + String::shellWord((roots.home / "Documents").native()) + ' ' +
+                String::shellWord((roots.home / "Backup").native());
   job.plist.run = job.command;
   runEveryDay(job, 21);
   return job;

@@ -5,12 +5,12 @@
 #include "core/actions/CommentedFile.h"
 #include "core/actions/JobOnDisk.h"
 #include "core/app/Program.h"
-#include "core/base/Uuid.h"
 #include "core/catalogue/Launchd.h"
 #include "core/commands/TextAsEdited.h"
 #include "core/editor/ReplaceSelected.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel {
 
@@ -30,11 +30,11 @@ constexpr double pause = 1;
 std::optional<Drafts::Draft> Drafts::decode(const std::string& id, const propertylist::Value& value) {
   const auto* const fields = value.as<propertylist::Dictionary>();
   if (!fields) return std::nullopt;
-  const auto* const name = entry<std::string>(*fields, nameKey);
-  const auto* const path = entry<std::string>(*fields, pathKey);
-  const auto* const number = entry<propertylist::Integer>(*fields, kindKey);
-  const auto* const checksum = entry<std::string>(*fields, checksumKey);
-  const auto* const contents = entry<propertylist::Data>(*fields, contentsKey);
+  const auto* const name = fields->get<std::string>(nameKey);
+  const auto* const path = fields->get<std::string>(pathKey);
+  const auto* const number = fields->get<propertylist::Integer>(kindKey);
+  const auto* const checksum = fields->get<std::string>(checksumKey);
+  const auto* const contents = fields->get<propertylist::Data>(contentsKey);
   if (!name || !path || !number || !checksum || !contents) return std::nullopt;
   const auto kind = Kind::fromRawValue(static_cast<int>(number->toInt64().value_or(-1)));
   if (!kind || !kind->isLaunchd()) return std::nullopt;
@@ -152,9 +152,7 @@ void Drafts::ask(const Draft& draft) {
 
 /// The others wait for the next start.
 void Drafts::goOn(const Draft& draft) {
-  const auto document = propertylist::read(draft.text);
-  const propertylist::Value content = document ? document->value() : propertylist::Value(false);
-  const auto* const keys = content.as<propertylist::Dictionary>();
+  const auto keys = propertylist::readDictionary(draft.text);
   const auto job = m_program.catalogue.jobAt(draft.url);
   if (m_program.editing.hasUnsavedChanges()) return;
   if (!job && stands(draft.url)) {

@@ -5,7 +5,6 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/CustomIcons.h"
-#include "core/files/PrivateFolder.h"
 #include "core/files/ReplaceFile.h"
 
 namespace mirvel {

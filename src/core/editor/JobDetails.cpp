@@ -2,7 +2,7 @@
 
 #include "core/app/Program.h"
 #include "core/catalogue/PrivilegedHelperTool.h"
-#include "core/files/DisplayPath.h"
+#include "core/files/URL.h"
 
 namespace mirvel {
 

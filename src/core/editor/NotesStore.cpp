@@ -12,8 +12,7 @@ NotesStore::~NotesStore() {
 }
 
 std::string NotesStore::note(const URL& job) const {
-  const propertylist::Value* const note = m_store.find(storeKey(job));
-  const auto* const text = note ? note->as<std::string>() : nullptr;
+  const auto* const text = m_store.get<std::string>(storeKey(job));
   return text ? *text : std::string();
 }
 

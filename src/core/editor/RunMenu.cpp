@@ -5,6 +5,7 @@
 #include "core/app/Program.h"
 #include "core/session/Shell.h"
 #include "core/text/Strings.h"
+#include "core/text/Text.h"
 
 namespace mirvel {
 
@@ -39,8 +40,7 @@ std::string withCommand(std::string text, const std::string& command) {
 }
 
 std::string fileWord(const fs::path& file) {
-  constexpr std::string_view parting = " \t\r\n\"'\\";  // what ends an argument, or means something in one
-  return file.native().find_first_of(parting) == std::string::npos ? file.native() : String::quote(file.native());
+  return Text::needsQuotes(file.native()) ? String::quote(file.native()) : file.native();
 }
 
 }  // namespace mirvel

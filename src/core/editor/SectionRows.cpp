@@ -8,7 +8,7 @@
 #include "core/editor/NestedRows.h"
 #include "core/editor/SectionKeys.h"
 #include "core/editor/ValueTexts.h"
-#include "core/files/DisplayPath.h"
+#include "core/files/URL.h"
 #include "core/text/Digits.h"
 
 namespace mirvel {

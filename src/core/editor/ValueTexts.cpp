@@ -4,8 +4,8 @@
 #include <charconv>
 
 #include "core/locale/Dates.h"
+#include "core/locale/LocaleTexts.h"
 #include "core/text/Bidirectional.h"
-#include "core/text/ByteCount.h"
 
 namespace mirvel {
 

@@ -5,11 +5,12 @@
 
 #include <cerrno>
 #include <optional>
-#include <random>
 #include <string>
+#include <system_error>
 
 #include "core/files/ExtendedAttributes.h"
 #include "core/process/FileDescriptor.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel {
 
@@ -89,9 +90,8 @@ class Temporary {
   /// Each step gives 0 or what errno says.
   int create(mode_t mode) {
     constexpr int attempts = 100;
-    std::random_device random;
     for (int attempt = 0; attempt < attempts; ++attempt) {
-      const std::string name = std::string(temporaryPrefix) + std::to_string(random()) + "-" + std::to_string(random());
+      const std::string name = std::string(temporaryPrefix) + makeUuid();
       m_file = FileDescriptor(m_calls.create(m_folder, name.c_str(), mode));
       if (m_file) {
         m_name = name;
@@ -178,6 +178,8 @@ Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view by
   return syncFolder(folder, path, calls);
 }
 
+}  // namespace
+
 Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mostOpen, FileCalls& calls) {
   if (path.native().find('\0') != std::string::npos) return badPath("the path holds a null character", path);
   const auto target = followLinks(path);
@@ -189,8 +191,6 @@ Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mo
   if (!folder) return writeError(errno, *target);
   return replaceFileIn(folder.number(), *target, bytes, std::nullopt, mostOpen, calls);
 }
-
-}  // namespace
 
 Result<void> replaceFile(const fs::path& path, std::string_view bytes) {
   FileCalls calls;
@@ -209,6 +209,16 @@ Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mo
 Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view bytes,
                            const std::optional<OwnerAndMode>& fixed, FileCalls& calls) {
   return replaceFileIn(folder, path, bytes, fixed, newFileMode, calls);
+}
+
+Result<void> makePrivateFolder(const std::filesystem::path& folder) {
+  std::error_code failure;
+  if (folder.empty() || std::filesystem::is_directory(folder, failure)) return {};
+  const auto parent = folder.parent_path();
+  if (auto made = parent == folder ? Result<void>() : makePrivateFolder(parent); !made) return made;
+  constexpr mode_t mode = 0700;
+  if (::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST) return {};
+  return systemError(errno, "make the folder", folder.string());
 }
 
 }  // namespace mirvel

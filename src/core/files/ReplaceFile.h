@@ -29,6 +29,7 @@ Result<void> replaceFile(const std::filesystem::path& path, std::string_view byt
 Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, FileCalls& calls);
 /// The same, where a new file gets none of the rights that `mostOpen` doesn't have.
 Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, mode_t mostOpen);
+Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, mode_t mostOpen, FileCalls& calls);
 
 /// Whose a file is, and what others may do with it.
 struct OwnerAndMode {
@@ -43,5 +44,11 @@ struct OwnerAndMode {
 /// more; and one of the same owner that not everybody could read keeps its group.
 Result<void> replaceFileIn(int folder, const std::filesystem::path& path, std::string_view bytes,
                            const std::optional<OwnerAndMode>& fixed, FileCalls& calls);
+
+/// The mode of a file that only its owner may read.
+inline constexpr mode_t privateFile = 0600;
+
+/// Makes a folder, and those above it that are missing, for their owner alone. Existing folders stay as they are.
+Result<void> makePrivateFolder(const std::filesystem::path& folder);
 
 }  // namespace mirvel

@@ -40,4 +40,11 @@ bool URL::equalTo(const URL& other) const {
   return standardised(m_text) == standardised(other.m_text);
 }
 
+std::string localizedDisplayPath(std::string_view path, std::string_view home) {
+  while (!home.empty() && home.back() == '/') home.remove_suffix(1);
+  const bool isInside =
+      !home.empty() && path.starts_with(home) && (path.size() == home.size() || path[home.size()] == '/');
+  return isInside ? "~" + std::string(path.substr(home.size())) : std::string(path);
+}
+
 }  // namespace mirvel

@@ -39,4 +39,7 @@ class URL {
   bool m_isFile;
 };
 
+/// A path as its user sees it: "~/x" of what lies in the home folder.
+std::string localizedDisplayPath(std::string_view path, std::string_view home);
+
 }  // namespace mirvel

@@ -12,6 +12,7 @@ namespace {
 using propertylist::Array;
 using propertylist::Dictionary;
 using propertylist::Value;
+using Interval = StartCalendarInterval::Interval;
 using Values = std::span<const Value>;
 
 Value merge(const Value& file, const Value& read, const Value& edited);
@@ -65,6 +66,53 @@ Value merge(const Value& file, const Value& read, const Value& edited) {
   return read.as<Array>() || edited.as<Array>() ? mergeLists(file, read, edited) : edited;
 }
 
+/// The interval of each element of the file; null: none was made of it.
+std::vector<const Interval*> byOrigin(const StartCalendarInterval& calendar, std::size_t count) {
+  std::vector<const Interval*> result(count);
+  for (const Interval& interval : calendar.intervals) {
+    if (interval.origin && *interval.origin < count) result[*interval.origin] = &interval;
+  }
+  return result;
+}
+
+Dictionary encoded(const Interval& interval) {
+  const auto value = encode(interval);
+  return *value->as<Dictionary>();
+}
+
+class IntervalMerge {
+ public:
+  IntervalMerge(std::span<const Value> file, const StartCalendarInterval& read)
+      : m_file(file), m_read(byOrigin(read, file.size())) {}
+
+  void add(const Interval& interval) {
+    const std::size_t origin = interval.origin.value_or(m_file.size());
+    const auto* element = origin < m_file.size() ? m_file[origin].as<Dictionary>() : nullptr;
+    if (!element || !m_read[origin]) return m_result.push_back(encoded(interval));
+    addUnread(origin);
+    m_result.emplace_back(mergeIntoFile(*element, encoded(*m_read[origin]), encoded(interval)));
+  }
+  Array result() && {
+    addUnread(m_file.size());
+    return std::move(m_result);
+  }
+
+ private:
+  /// Up to that element.
+  void addUnread(std::size_t end) {
+    for (; m_next < end; ++m_next) {
+      // Every dictionary is read, so one here is what `removeAt` leaves of another element.
+      const bool isRemoved = m_file[m_next].as<Dictionary>() != nullptr;
+      if (!isRemoved && !m_read[m_next]) m_result.push_back(m_file[m_next]);
+    }
+  }
+
+  const std::span<const Value> m_file;
+  const std::vector<const Interval*> m_read;
+  Array m_result;
+  std::size_t m_next = 0;  ///< the first element that hasn't been looked at
+};
+
 }  // namespace
 
 Dictionary mergeIntoFile(const Dictionary& file, const Dictionary& read, const Dictionary& edited) {
@@ -85,6 +133,27 @@ Dictionary mergeIntoFile(const Dictionary& file, const Dictionary& read, const D
     if (!file.find(key) && !(before && *before == now)) result.emplace_back(key, now);
   }
   return Dictionary::fromDistinct(std::move(result));
+}
+
+Value mergeIntervals(const Value& file, const StartCalendarInterval& read, const StartCalendarInterval& edited) {
+  IntervalMerge intervals(elementsOf(file), read);
+  for (const Interval& interval : edited.intervals) intervals.add(interval);
+  Array elements = std::move(intervals).result();
+  return edited.singleValue && elements.size() == 1 ? std::move(elements.front()) : Value(std::move(elements));
+}
+
+Value arrangedLike(const Value& file, const StartCalendarInterval& calendar, Absent absent) {
+  const auto elements = elementsOf(file);
+  const auto intervals = byOrigin(calendar, elements.size());
+  Array result;
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    if (intervals[i]) {
+      result.emplace_back(encoded(*intervals[i]));
+    } else {
+      result.push_back(absent == Absent::IsEmpty ? Value(Dictionary()) : elements[i]);
+    }
+  }
+  return file.as<Array>() ? Value(std::move(result)) : std::move(result.front());
 }
 
 }  // namespace mirvel::jobfile

@@ -1,6 +1,5 @@
 #include "core/jobfile/Plist.h"
 
-#include "core/jobfile/IntervalOrigins.h"
 #include "core/jobfile/MergeIntoFile.h"
 #include "core/jobfile/PlistKeys.h"
 

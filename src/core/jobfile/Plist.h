@@ -17,7 +17,6 @@
 #include "core/jobfile/MachServices.h"
 #include "core/jobfile/OpaqueValues.h"
 #include "core/jobfile/PlistType.h"
-#include "core/jobfile/ProcessType.h"
 #include "core/jobfile/ResourceLimits.h"
 #include "core/jobfile/Sockets.h"
 #include "core/jobfile/StartCalendarInterval.h"
@@ -27,6 +26,15 @@
 #include "core/propertylist/Value.h"
 
 namespace mirvel::jobfile {
+
+/// The values of the key `ProcessType` that launchd knows. The record keeps any text.
+enum class ProcessType { background, standard, adaptive, interactive };
+
+inline constexpr std::array<std::string_view, 4> processTypes = {"Background", "Standard", "Adaptive", "Interactive"};
+
+constexpr std::string_view text(ProcessType type) {
+  return processTypes[static_cast<std::size_t>(type)];
+}
 
 /// The record of one launchd job file: every key that the program knows, and what it needs to keep the others. Absent
 /// is a state of its own, other than false, 0 and empty. For the keys see launchd.plist(5).

@@ -1,5 +1,7 @@
 #include "core/jobfile/RunString.h"
 
+#include "core/jobfile/Plist.h"
+#include "core/text/Bytes.h"
 #include "core/text/Strings.h"
 #include "core/text/Text.h"
 
@@ -35,6 +37,35 @@ std::optional<Words> argumentsBehind(Words words) {
   return words.empty() ? std::nullopt : std::optional(std::move(words));
 }
 
+std::string replaceEscapedBlanks(std::string_view text, std::string_view replacement) {
+  constexpr std::string_view escaped = "\\ ";
+  std::string result;
+  while (true) {
+    const std::size_t at = text.find(escaped);
+    result += text.substr(0, at);
+    if (at == std::string_view::npos) return result;
+    result += replacement;
+    text.remove_prefix(at + escaped.size());
+  }
+}
+
+std::string_view withoutExtension(std::string_view name) {
+  const std::size_t dot = name.rfind('.');
+  const bool isExtension = dot != std::string_view::npos && dot != 0 && dot + 1 != name.size();
+  return isExtension ? name.substr(0, dot) : name;
+}
+
+/// A label for a command line: what its last path is called. Empty for a command too short to tell.
+std::string labelOf(std::string_view run) {
+  constexpr std::size_t shortestCommand = 4;
+  constexpr std::size_t longestLabel = 48;
+  if (String::characterCount(run) < shortestCommand) return {};
+  std::string label = replaceEscapedBlanks(withoutExtension(String::lastPathComponent(run)), " ");
+  std::erase_if(label, [](char c) { return c == '"' || c == '\'' || c == '\\'; });
+  if (String::characterCount(label) <= longestLabel) return label;
+  return std::string(String::trim(String::firstCharacters(label, longestLabel)));
+}
+
 }  // namespace
 
 RunString makeRunString(const std::optional<std::string>& program, const std::optional<Words>& programArguments) {
@@ -66,6 +97,12 @@ Command commandOf(const std::string& run, const Command& before) {
     return {program, std::nullopt};
   }
   return {std::nullopt, std::move(words)};
+}
+
+void Plist::fillEmptyLabel() {
+  if (!name.empty()) return;
+  name = labelOf(run);
+  if (name.empty()) name = makeUuid();
 }
 
 }  // namespace mirvel::jobfile

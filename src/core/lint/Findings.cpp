@@ -3,23 +3,17 @@
 #include <algorithm>
 #include <tuple>
 
+#include "core/text/Strings.h"
+
 namespace mirvel::lint {
 
 namespace {
 
-/// Whether the byte is the first of a character.
-bool isStart(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-}
-
-/// The text with its middle left out, if it is very long.
+/// The text without its middle, if it is very long.
 std::string shortened(std::string text) {
   if (text.size() <= Findings::longestText) return text;
-  std::size_t front = Findings::longestText / 2;
-  std::size_t back = text.size() - Findings::longestText / 2;
-  while (front > 0 && !isStart(text[front])) --front;
-  while (back < text.size() && !isStart(text[back])) ++back;
-  return text.substr(0, front) + "..." + text.substr(back);
+  constexpr std::size_t half = Findings::longestText / 2;
+  return std::string(String::firstBytes(text, half)).append("...").append(String::lastBytes(text, half));
 }
 
 /// "and 3 more warnings"
@@ -52,7 +46,7 @@ void Findings::addAt(Severity severity, const std::string& keyPath, std::string 
   if (isFull(severity)) return addUnreported(severity, 1);
   Finding finding{.severity = severity, .message = std::move(message), .keyPath = keyPath};
   if (const auto spot = m_positions.find(keyPath)) {
-    const propertylist::Place& place = part == Part::Key ? spot->key : spot->value;
+    const propertylist::Position& place = part == Part::Key ? spot->key : spot->value;
     finding.line = place.line;
     finding.column = place.column;
   }

@@ -36,9 +36,8 @@ constexpr std::array<DeprecatedKey, 12> deprecatedKeys = {{
 
 const propertylist::Value* valueAt(const propertylist::Dictionary& file, std::string_view path) {
   const std::size_t dot = path.find('.');
-  const propertylist::Value* value = file.find(path.substr(0, dot));
-  if (!value || dot == std::string_view::npos) return value;
-  const auto* inner = value->as<propertylist::Dictionary>();
+  if (dot == std::string_view::npos) return file.find(path);
+  const auto* const inner = file.get<propertylist::Dictionary>(path.substr(0, dot));
   return inner ? inner->find(path.substr(dot + 1)) : nullptr;
 }
 

@@ -76,7 +76,7 @@ class PrologCheck {
 
   void warn(std::size_t at, const std::string& what) {
     if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
-    const propertylist::Place place = propertylist::placeOf(m_text, at);
+    const propertylist::Position place = propertylist::positionOf(m_text, at);
     m_findings.add({.severity = Severity::warning,
                     .message = what + "; macOS reads such a file, other programs may not",
                     .line = place.line,

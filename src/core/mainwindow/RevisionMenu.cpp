@@ -13,21 +13,19 @@ namespace mirvel {
 std::vector<RevisionItem> revisionItems(const WindowContext& context) {
   std::vector<RevisionItem> result;
   const auto job = context.selection.job();
-  const propertylist::Value* const kept = job ? context.revisions.revisions().find(storeKey(job->url)) : nullptr;
-  const auto* const revisions = kept ? kept->as<propertylist::Array>() : nullptr;
+  const auto* const revisions =
+      job ? context.revisions.revisions().get<propertylist::Array>(storeKey(job->url)) : nullptr;
   if (!revisions) return result;
   for (const propertylist::Value& entry : *revisions) {
     const auto* const revision = entry.as<propertylist::Dictionary>();
-    const propertylist::Value* const date = revision ? revision->find(RevisionController::dateKey) : nullptr;
-    const auto* const seconds = date ? date->as<double>() : nullptr;
+    const auto* const seconds = revision ? revision->get<double>(RevisionController::dateKey) : nullptr;
     if (seconds) result.push_back({Date::standardText(*seconds, context.foundation.localize.timeLocale()), *revision});
   }
   return result;
 }
 
 void insertRevision(const WindowContext& context, const propertylist::Dictionary& revision) {
-  const propertylist::Value* const content = revision.find(RevisionController::plistKey);
-  const auto* const dictionary = content ? content->as<propertylist::Dictionary>() : nullptr;
+  const auto* const dictionary = revision.get<propertylist::Dictionary>(RevisionController::plistKey);
   if (!dictionary || !context.replaceSelected(*dictionary)) return;
   if (context.shell.detail) context.shell.detail->showEdit();
 }

@@ -3,27 +3,9 @@
 #include "core/catalogue/Launchd.h"
 #include "core/ports/Workspace.h"
 #include "core/session/Selection.h"
-#include "core/text/Ascii.h"
-#include "core/text/Digest.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
-
-namespace {
-
-/// Everything but letters, digits and a few signs as "%XX" (RFC 3986).
-std::string percentEncoded(std::string_view text) {
-  std::string result;
-  for (const char c : text) {
-    if (Ascii::isLetter(c) || Ascii::isDigit(c) || std::string_view("-._~").find(c) != std::string_view::npos) {
-      result += c;
-    } else {
-      result += '%' + Data::hexString({&c, 1});
-    }
-  }
-  return result;
-}
-
-}  // namespace
 
 std::optional<ShareItems> shareItems(const Selection& selection) {
   const auto job = selection.job();
@@ -46,7 +28,8 @@ void share(Workspace& workspace, SharingService::Way way, const ShareItems& item
       return workspace.copy(items.text, items.url);
     case SharingService::Way::Mail: {
       const std::string subject = items.url ? items.url->lastPathComponent() : std::string();
-      workspace.openAddress("mailto:?subject=" + percentEncoded(subject) + "&body=" + percentEncoded(items.text));
+      const auto encoded = [](std::string_view text) { return String::percentEncoded(text, "-._~"); };
+      workspace.openAddress("mailto:?subject=" + encoded(subject) + "&body=" + encoded(items.text));
       return;
     }
     case SharingService::Way::Open:

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "core/propertylist/Reader.h"
+#include "core/propertylist/Document.h"
 #include "core/propertylist/Room.h"
 
 namespace mirvel::propertylist {

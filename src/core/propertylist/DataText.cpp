@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdint>
 
+#include "core/text/Bytes.h"
+
 namespace mirvel::propertylist {
 
 namespace {
@@ -23,19 +25,6 @@ constexpr std::array<std::uint8_t, 256> makeTable() {
   return table;
 }
 constexpr auto table = makeTable();
-
-void appendBase64(std::string& out, std::string_view bytes) {
-  const auto byte = [&](std::size_t i) {
-    return i < bytes.size() ? static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i])) : 0U;
-  };
-  for (std::size_t i = 0; i < bytes.size(); i += 3) {
-    const std::uint32_t group = byte(i) << 16U | byte(i + 1) << 8U | byte(i + 2);
-    out += alphabet[group >> 18U];
-    out += alphabet[group >> 12U & 63U];
-    out += i + 1 < bytes.size() ? alphabet[group >> 6U & 63U] : '=';
-    out += i + 2 < bytes.size() ? alphabet[group & 63U] : '=';
-  }
-}
 
 }  // namespace
 
@@ -74,13 +63,6 @@ void appendDataLines(std::string& out, std::string_view bytes, std::size_t inden
     appendBase64(out, bytes.substr(at, bytesPerLine));
     out += '\n';
   }
-}
-
-std::string base64(std::string_view bytes) {
-  std::string result;
-  result.reserve((bytes.size() + 2) / 3 * 4);
-  appendBase64(result, bytes);
-  return result;
 }
 
 }  // namespace mirvel::propertylist

@@ -19,7 +19,4 @@ ParsedData parseData(std::string_view text);
 /// behind `indent` tabs, but never more than 8, and 76 columns long less 8 for each tab.
 void appendDataLines(std::string& out, std::string_view bytes, std::size_t indent);
 
-/// In one line, with padding.
-std::string base64(std::string_view bytes);
-
 }  // namespace mirvel::propertylist

@@ -9,7 +9,6 @@
 #include <memory>
 
 #include "core/propertylist/Words.h"
-#include "core/propertylist/XmlHeader.h"
 #include "core/text/Ascii.h"
 
 namespace mirvel::propertylist {

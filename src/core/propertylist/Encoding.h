@@ -8,6 +8,11 @@
 
 namespace mirvel::propertylist {
 
+/// The beginning of a list as the macOS writer has it. Nearly all lists have the same declaration.
+constexpr std::string_view xmlDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+constexpr std::string_view xmlDoctype =
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n";
+
 /// The text of an XML list in UTF-8. `converted` holds it where the bytes were in another encoding.
 struct DecodedText {
   std::optional<std::string> converted;

@@ -1,6 +1,7 @@
 #include "core/propertylist/Node.h"
 
-#include "core/propertylist/RealText.h"
+#include "core/propertylist/Numbers.h"
+#include "core/text/Strings.h"
 
 namespace mirvel::propertylist {
 
@@ -54,9 +55,7 @@ std::string summary(const Node& node) {
   if (const auto dictionary = node.dictionary()) return "a dictionary of " + std::to_string(dictionary->size());
   if (const auto string = node.string()) {
     if (string->size() <= longest) return '"' + std::string(*string) + '"';
-    std::size_t end = longest;
-    while (end > 0 && (static_cast<unsigned char>((*string)[end]) & 0xC0U) == 0x80U) --end;
-    return '"' + std::string(string->substr(0, end)) + "...\"";
+    return '"' + std::string(String::firstBytes(*string, longest)) + "...\"";
   }
   return std::string(typeName(node.type()));
 }

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "core/propertylist/DateText.h"
-#include "core/propertylist/Reader.h"
-#include "core/propertylist/RealText.h"
-#include "core/text/Digest.h"
+#include "core/propertylist/Document.h"
+#include "core/propertylist/Numbers.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel::propertylist {
 
@@ -41,7 +41,7 @@ class OldStyleWriter {
     if (const auto integer = node.integer()) m_text += integer->text();
     if (const auto real = node.real()) m_text += realText(*real);
     if (const auto date = node.date()) m_text += dateText(*date);
-    if (const auto data = node.data()) m_text.append("<").append(mirvel::Data::hexString(*data)).append(">");
+    if (const auto data = node.data()) m_text.append("<").append(toHex(*data)).append(">");
     if (const auto uid = node.uid()) m_text += std::to_string(uid->number);
   }
 

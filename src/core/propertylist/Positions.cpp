@@ -7,7 +7,7 @@
 
 namespace mirvel::propertylist {
 
-Place placeOf(std::string_view text, std::size_t offset) {
+Position positionOf(std::string_view text, std::size_t offset) {
   const std::string_view before = text.substr(0, offset);
   const auto lines = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
   const std::size_t lineStart = before.rfind('\n') + 1;  // npos + 1 is 0
@@ -20,7 +20,7 @@ Lines::Lines(std::string_view text) {
   }
 }
 
-Place Lines::placeOf(std::size_t offset) const {
+Position Lines::positionOf(std::size_t offset) const {
   const auto next = std::upper_bound(m_starts.begin(), m_starts.end(), offset);
   const std::size_t start = next == m_starts.begin() ? 0 : next[-1];
   return {.line = static_cast<std::size_t>(next - m_starts.begin()) + 1, .column = offset - start + 1};
@@ -68,7 +68,7 @@ std::optional<Positions::Spot> Positions::find(std::string_view path) const {
   const auto next = std::upper_bound(m_entries.begin(), m_entries.end(), number,
                                      [](std::uint64_t wanted, const Entry& entry) { return wanted < entry.path; });
   if (next == m_entries.begin() || next[-1].path != number) return std::nullopt;
-  return Spot{.key = m_lines.placeOf(next[-1].key), .value = m_lines.placeOf(next[-1].value)};
+  return Spot{.key = m_lines.positionOf(next[-1].key), .value = m_lines.positionOf(next[-1].value)};
 }
 
 }  // namespace mirvel::propertylist

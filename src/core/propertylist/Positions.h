@@ -10,19 +10,19 @@
 namespace mirvel::propertylist {
 
 /// A place in a text, counted from 1; columns in bytes.
-struct Place {
+struct Position {
   std::size_t line = 0;
   std::size_t column = 0;
 };
 
-Place placeOf(std::string_view text, std::size_t offset);
+Position positionOf(std::string_view text, std::size_t offset);
 
 /// Likewise for many offsets of one text, in any order: the text is gone through once.
 class Lines {
  public:
   Lines() = default;  ///< of the empty text
   explicit Lines(std::string_view text);
-  Place placeOf(std::size_t offset) const;
+  Position positionOf(std::size_t offset) const;
 
  private:
   std::vector<std::uint32_t> m_starts;  // of all lines but the first
@@ -56,8 +56,8 @@ class PathHash {
 class Positions {
  public:
   struct Spot {
-    Place key;  ///< where the value has no key: as `value`
-    Place value;
+    Position key;  ///< where the value has no key: as `value`
+    Position value;
   };
 
   std::optional<Spot> find(std::string_view path) const;

@@ -6,7 +6,7 @@
 
 #include "core/base/Error.h"
 #include "core/propertylist/Encoding.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel::propertylist {
 
@@ -27,7 +27,7 @@ inline std::string quoted(std::string_view text) {
 /// A byte as messages tell it: `0x1f`.
 inline std::string hexByte(unsigned char byte) {
   const char c = static_cast<char>(byte);
-  return "0x" + mirvel::Data::hexString({&c, 1});
+  return "0x" + toHex({&c, 1});
 }
 
 }  // namespace mirvel::propertylist

@@ -1,7 +1,10 @@
 #include "core/propertylist/Reader.h"
 
 #include <cstring>
+#include <string>
+#include <utility>
 
+#include "core/files/ReadFile.h"
 #include "core/propertylist/BinaryReader.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Positions.h"
@@ -17,7 +20,7 @@ Error binaryError(const ReadFailure& failure) {
 }
 
 Error xmlError(const ReadFailure& failure, std::string_view text) {
-  const Place place = placeOf(text, failure.offset);
+  const Position place = positionOf(text, failure.offset);
   return {.code = failure.code, .message = failure.message, .line = place.line, .column = place.column};
 }
 
@@ -34,7 +37,7 @@ std::size_t roomFor(std::size_t text) {
 }
 
 Warning notAsciiWarning(std::string_view bytes, std::size_t offset) {
-  const Place place = placeOf(bytes, offset);
+  const Position place = positionOf(bytes, offset);
   return {.message = "the list calls itself ASCII, but it isn't; it is read as Latin-1",
           .line = place.line,
           .column = place.column};
@@ -75,11 +78,6 @@ Result<Document> readXml(std::string_view bytes, Positions* positions) {
 
 }  // namespace
 
-std::string Warning::text() const {
-  return Error{.code = Error::Code::Malformed, .message = message, .line = line, .column = column, .offset = offset}
-      .text();
-}
-
 Result<Document> read(std::string_view bytes, Positions* positions) {
   if (positions) positions->clear();
   if (bytes.empty()) return Error{.code = Error::Code::Malformed, .message = "the file is empty"};
@@ -88,6 +86,25 @@ Result<Document> read(std::string_view bytes, Positions* positions) {
   }
   if (BinaryReader::isBinary(bytes)) return readBinary(bytes);
   return readXml(bytes, positions);
+}
+
+Result<Dictionary> readDictionary(std::string_view bytes) {
+  const auto document = read(bytes);
+  if (!document) return document.error();
+  Value value = document->value();
+  auto* const dictionary = value.as<Dictionary>();
+  if (!dictionary) return Error{.code = Error::Code::WrongType, .message = "it is no dictionary"};
+  return std::move(*dictionary);
+}
+
+Result<Dictionary> readDictionary(const std::filesystem::path& file, std::size_t maximumSize) {
+  const auto bytes = readFile(file, maximumSize);
+  if (!bytes) return bytes.error();
+  auto dictionary = readDictionary(*bytes);
+  if (dictionary) return dictionary;
+  Error error = dictionary.error();
+  error.file = file.string();
+  return error;
 }
 
 }  // namespace mirvel::propertylist

@@ -99,6 +99,11 @@ class Dictionary {
 
   const Value* find(std::string_view key) const;  ///< null: no such key
   Value* find(std::string_view key);
+  /// The value under the key; null if there is none, or it is of another type. Nothing is converted.
+  template <typename T>
+  const T* get(std::string_view key) const;
+  template <typename T>
+  T* get(std::string_view key);
   void set(std::string_view key, Value value);  ///< adds, or replaces what is there
   bool remove(std::string_view key);            ///< whether it was there
 
@@ -176,6 +181,17 @@ inline Dictionary::const_iterator Dictionary::begin() const {
 }
 inline Dictionary::const_iterator Dictionary::end() const {
   return m_entries.end();
+}
+
+template <typename T>
+const T* Dictionary::get(std::string_view key) const {
+  const Value* const value = find(key);
+  return value ? value->as<T>() : nullptr;
+}
+template <typename T>
+T* Dictionary::get(std::string_view key) {
+  Value* const value = find(key);
+  return value ? value->as<T>() : nullptr;
 }
 
 /// What a person calls the type, with its article: "a string", "an integer", "a dictionary".

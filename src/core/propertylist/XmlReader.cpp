@@ -5,9 +5,8 @@
 #include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/Encoding.h"
-#include "core/propertylist/IntegerText.h"
+#include "core/propertylist/Numbers.h"
 #include "core/propertylist/ReadFailure.h"
-#include "core/propertylist/RealText.h"
 #include "core/propertylist/RepeatedKeys.h"
 
 namespace mirvel::propertylist {
@@ -274,7 +273,7 @@ Warnings XmlReader::takeWarnings() {
   if (m_remarks.empty()) return result;
   const Lines lines(m_text);
   for (Remark& remark : m_remarks) {
-    const Place place = lines.placeOf(remark.offset);
+    const Position place = lines.positionOf(remark.offset);
     result.list.push_back({.message = std::move(remark.message), .line = place.line, .column = place.column});
   }
   return result;

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/propertylist/Document.h"
 #include "core/propertylist/Positions.h"
-#include "core/propertylist/Reader.h"
 #include "core/propertylist/Room.h"
 #include "core/propertylist/XmlScanner.h"
 

@@ -7,7 +7,6 @@
 
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/ReadFailure.h"
-#include "core/propertylist/XmlHeader.h"
 
 namespace mirvel::propertylist {
 

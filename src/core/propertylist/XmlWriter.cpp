@@ -4,11 +4,11 @@
 
 #include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
-#include "core/propertylist/RealText.h"
+#include "core/propertylist/Encoding.h"
+#include "core/propertylist/Numbers.h"
 #include "core/propertylist/Room.h"
 #include "core/propertylist/Words.h"
 #include "core/propertylist/Writer.h"
-#include "core/propertylist/XmlHeader.h"
 
 namespace mirvel::propertylist {
 

@@ -52,7 +52,7 @@ class RowReader {
   AppliedRules result() && {
     AppliedRules rules{.startInterval = m_seconds};
     if (!m_intervals.empty()) {
-      rules.startCalendarInterval = {.intervals = std::move(m_intervals), .singleValue = false};
+      rules.startCalendarInterval = StartCalendarInterval{.intervals = std::move(m_intervals)};
     }
     return rules;
   }
@@ -215,7 +215,7 @@ AppliedRules appliedRules(const std::vector<RuleRow>& rows, const Texts& texts, 
     intervals.insert(intervals.end(), source.intervals.begin(), source.intervals.end());
   }
   sortByOrigin(intervals);
-  if (!intervals.empty()) result.startCalendarInterval = {.intervals = std::move(intervals)};
+  if (!intervals.empty()) result.startCalendarInterval = StartCalendarInterval{.intervals = std::move(intervals)};
   return result;
 }
 

@@ -51,21 +51,18 @@ std::optional<Defaults::Value> Defaults::registered(std::string_view key) {
 }
 
 bool Defaults::boolean(std::string_view key) const {
-  const propertylist::Value* value = m_file.find(key);
-  const bool* stored = value ? value->as<bool>() : nullptr;
+  const auto* const stored = m_file.get<bool>(key);
   return stored ? *stored : registeredOr(key, false);
 }
 
 std::int64_t Defaults::integer(std::string_view key) const {
-  const propertylist::Value* value = m_file.find(key);
-  const propertylist::Integer* stored = value ? value->as<propertylist::Integer>() : nullptr;
+  const auto* const stored = m_file.get<propertylist::Integer>(key);
   const auto number = stored ? stored->toInt64() : std::nullopt;
   return number ? *number : registeredOr(key, std::int64_t{0});
 }
 
 std::optional<std::string> Defaults::text(std::string_view key) const {
-  const propertylist::Value* value = m_file.find(key);
-  const std::string* stored = value ? value->as<std::string>() : nullptr;
+  const auto* const stored = m_file.get<std::string>(key);
   return stored ? std::optional(*stored) : std::nullopt;
 }
 
@@ -74,8 +71,7 @@ Result<void> Defaults::setText(std::string_view key, std::string value) {
 }
 
 std::optional<std::vector<std::int64_t>> Defaults::expandedGroups() const {
-  const propertylist::Value* value = m_file.find(Key::expandedGroups);
-  const propertylist::Array* stored = value ? value->as<propertylist::Array>() : nullptr;
+  const auto* const stored = m_file.get<propertylist::Array>(Key::expandedGroups);
   if (!stored) return std::nullopt;
   std::vector<std::int64_t> kinds;
   for (const propertylist::Value& element : *stored) {

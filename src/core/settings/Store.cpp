@@ -6,13 +6,15 @@
 #include <system_error>
 #include <utility>
 
-#include "core/files/PrivateFolder.h"
+#include "core/files/FileTimes.h"
 #include "core/files/ReadFile.h"
 #include "core/files/ReplaceFile.h"
 #include "core/process/FileDescriptor.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
+#include "core/text/Ascii.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel {
 
@@ -38,23 +40,13 @@ struct stat statusOf(const fs::path& path) {
   return status;
 }
 
-auto times(const struct stat& status) {
-#ifdef __APPLE__
-  return std::pair(status.st_mtimespec, status.st_ctimespec);
-#else
-  return std::pair(status.st_mtim, status.st_ctim);
-#endif
-}
-
 bool sameTime(const timespec& a, const timespec& b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
 bool sameVersion(const struct stat& a, const struct stat& b) {
-  const auto [modifiedA, changedA] = times(a);
-  const auto [modifiedB, changedB] = times(b);
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size && sameTime(modifiedA, modifiedB) &&
-         sameTime(changedA, changedB);
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
+         sameTime(modificationTime(a), modificationTime(b)) && sameTime(changeTime(a), changeTime(b));
 }
 
 /// Takes a free name by making an empty file of that name, so that nothing that lies there is overwritten.
@@ -147,7 +139,8 @@ Result<void> Store::replace() {
     return Error{.code = Error::Code::LimitExceeded, .message = "it would become too large", .file = m_path.string()};
   }
   // It may repeat what stands in files that only the user can read.
-  return replaceFile(m_path, bytes, privateFile);
+  FileCalls system;
+  return replaceFile(m_path, bytes, privateFile, m_calls ? *m_calls : system);
 }
 
 Result<void> Store::clear() {
@@ -186,19 +179,14 @@ Result<void> Store::read() {
 }
 
 Result<void> Store::takeDictionary(const std::string& bytes) {
-  const auto document = propertylist::read(bytes);
-  Error damage{.code = Error::Code::Malformed, .message = "it holds no dictionary", .file = m_path.string()};
-  if (document) {
-    propertylist::Value value = document->value();
-    if (auto* dictionary = value.as<propertylist::Dictionary>()) {
-      m_contents = std::move(*dictionary);
-      return {};
-    }
-  } else {
-    damage = document.error();
-    damage.code = Error::Code::Malformed;
-    damage.file = m_path.string();
+  auto dictionary = propertylist::readDictionary(bytes);
+  if (dictionary) {
+    m_contents = *std::move(dictionary);
+    return {};
   }
+  Error damage = dictionary.error();
+  damage.code = Error::Code::Malformed;
+  damage.file = m_path.string();
   if (m_damaged == Damaged::SetAside) return setAside(damage);
   return damage;
 }
@@ -228,15 +216,9 @@ void Store::report(StoreTrouble::Kind kind, const Error& error, std::string& tol
 std::string storeKey(const URL& url) {
   const std::string& path = url.text();
   if (propertylist::isUtf8(path)) return path;
-  constexpr std::string_view digits = "0123456789abcdef";
   std::string key;
   for (const char character : path) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte < 0x80) {
-      key += character;
-    } else {
-      key.append({'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]});
-    }
+    key += Ascii::holds(character) ? std::string(1, character) : "\\x" + toHex({&character, 1});
   }
   return key;
 }

@@ -45,12 +45,7 @@ class StoreTroubles {
   std::vector<StoreTrouble> m_waiting;
 };
 
-/// What a dictionary has under that key, if it is of that type; null otherwise.
-template <typename T>
-const T* entry(const propertylist::Dictionary& dictionary, std::string_view key) {
-  const propertylist::Value* const value = dictionary.find(key);
-  return value ? value->as<T>() : nullptr;
-}
+class FileCalls;
 
 /// A property list that the program keeps for itself: a dictionary that other programs may change at any time. Reading
 /// notices a changed file by its identity, size and times; writing reads the file anew first, so that all keys but the
@@ -71,14 +66,21 @@ class Store {
   /// In bytes. A larger file is neither read nor written.
   static constexpr std::size_t largestFile = std::size_t{256} << 20U;
 
-  /// Nothing needs to exist at the path yet. Without `troubles`, which outlives the store, nobody is told.
-  explicit Store(std::filesystem::path file, StoreTroubles* troubles = nullptr, Damaged damaged = Damaged::SetAside)
-      : m_path(std::move(file)), m_troubles(troubles), m_damaged(damaged) {}
+  /// Nothing needs to exist at the path yet. Without `troubles` nobody is told. Tests write by `calls` of their own.
+  /// Both outlive the store.
+  explicit Store(std::filesystem::path file, StoreTroubles* troubles = nullptr, Damaged damaged = Damaged::SetAside,
+                 FileCalls* calls = nullptr)
+      : m_path(std::move(file)), m_troubles(troubles), m_damaged(damaged), m_calls(calls) {}
 
   /// All keys, with the changes that aren't written yet. Valid until the next call.
   const propertylist::Dictionary& contents();
   /// The value of a key, or null. Valid until the next call.
   const propertylist::Value* find(std::string_view key) { return contents().find(key); }
+  /// Likewise, null too if it is of another type.
+  template <typename T>
+  const T* get(std::string_view key) {
+    return contents().get<T>(key);
+  }
 
   /// Reads the file now. Why it can't be read; a damaged one is moved aside, which is no failure.
   Result<void> refresh();
@@ -106,6 +108,7 @@ class Store {
   std::filesystem::path m_path;
   StoreTroubles* m_troubles;
   Damaged m_damaged;
+  FileCalls* m_calls;  ///< null: the system's own
   propertylist::Dictionary m_contents;
   std::map<std::string, std::optional<propertylist::Value>> m_changes;  ///< in `m_contents`, but not in the file
   std::optional<struct stat> m_loaded;  ///< of the file that `m_contents` was read from; none: read again

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,11 +18,21 @@ inline bool holds(std::string_view text) {
 constexpr char lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
+constexpr char upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 constexpr bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 constexpr bool isLetter(char c) {
   return lower(c) >= 'a' && lower(c) <= 'z';
+}
+/// The value of a hexadecimal digit of either case; none for any other character.
+constexpr std::optional<unsigned> hexValue(char c) {
+  if (isDigit(c)) return static_cast<unsigned>(c - '0');
+  const char letter = lower(c);
+  if (letter >= 'a' && letter <= 'f') return static_cast<unsigned>(letter - 'a') + 10U;
+  return std::nullopt;
 }
 inline std::string lower(std::string_view text) {
   std::string result(text);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/text/Ascii.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel::String {
 
@@ -39,6 +40,11 @@ std::string quote(std::string_view path) {
     result += c;
   }
   return result + '"';
+}
+
+std::string shellWord(std::string_view text) {
+  constexpr std::string_view special = " \t\r\n\"'\\$`*?[]{}()<>|&;!#";
+  return text.empty() || holdsAny(text, special) ? quote(text) : std::string(text);
 }
 
 std::string quoteWithBackslashes(std::string_view text) {
@@ -91,6 +97,28 @@ std::string_view firstCharacters(std::string_view text, std::size_t count) {
     --count;
   }
   return text.substr(0, end);
+}
+
+std::string_view firstBytes(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  while (most > 0 && isContinuation(text[most])) --most;
+  return text.substr(0, most);
+}
+
+std::string_view lastBytes(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  std::string_view end = text.substr(text.size() - most);
+  while (!end.empty() && isContinuation(end.front())) end.remove_prefix(1);
+  return end;
+}
+
+std::string percentEncoded(std::string_view text, std::string_view plain) {
+  std::string result;
+  for (const char c : text) {
+    const bool isPlain = Ascii::isLetter(c) || Ascii::isDigit(c) || plain.find(c) != std::string_view::npos;
+    result += isPlain ? std::string(1, c) : '%' + toHex({&c, 1});
+  }
+  return result;
 }
 
 }  // namespace mirvel::String

@@ -12,6 +12,9 @@ namespace mirvel::String {
 /// backslashes: `"/a b"`, `'/a $b'`, `"/it's \$b"`.
 std::string quote(std::string_view path);
 
+/// As it is, if a shell takes it as one word that means itself; else quoted. Never empty.
+std::string shellWord(std::string_view text);
+
 /// In double quotes, with a backslash before each double quote and backslash, as AppleScript and the predicates of
 /// log(1) have it.
 std::string quoteWithBackslashes(std::string_view text);
@@ -30,6 +33,13 @@ std::size_t characterCount(std::string_view text);
 
 /// The first so many characters.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
+
+/// The longest part at the text's beginning, or at its end, of at most so many bytes that cuts no character.
+std::string_view firstBytes(std::string_view text, std::size_t most);
+std::string_view lastBytes(std::string_view text, std::size_t most);
+
+/// With every byte but ASCII letters, digits and the characters of `plain` as "%xx" (RFC 3986).
+std::string percentEncoded(std::string_view text, std::string_view plain);
 
 /// With its first letter in upper case.
 std::string firstUppercased(std::string_view text);

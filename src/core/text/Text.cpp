@@ -122,12 +122,16 @@ std::vector<std::string> separateCommand(std::string_view text) {
   return Splitter(text).split();
 }
 
+bool needsQuotes(std::string_view argument) {
+  return argument.empty() || argument.find_first_of(" \t\r\n'\"\\") != std::string_view::npos;
+}
+
 void appendArgument(std::string& command, std::string_view argument) {
   const auto holds = [argument](std::string_view signs) {
     return argument.find_first_of(signs) != std::string_view::npos;
   };
   if (!command.empty()) command += ' ';
-  if (!argument.empty() && !holds(" \t\r\n'\"\\")) {
+  if (!needsQuotes(argument)) {
     command += argument;
   } else if (!holds("\"") && !hasEscapes(argument)) {
     command.append(1, '"').append(argument).append(1, '"');

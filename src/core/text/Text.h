@@ -16,6 +16,9 @@ namespace mirvel::Text {
 /// or one of separators alone, gives one empty element.
 std::vector<std::string> separateCommand(std::string_view text);
 
+/// Whether `separateCommand` would read the text as anything else than itself.
+bool needsQuotes(std::string_view argument);
+
 /// Adds an argument to a command line so that `separateCommand` reads it back: as it stands if it can, else in quotes.
 void appendArgument(std::string& command, std::string_view argument);
 

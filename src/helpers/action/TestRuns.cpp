@@ -4,13 +4,12 @@
 
 #include <algorithm>
 
-#include "core/base/Uuid.h"
-#include "core/files/PrivateFolder.h"
 #include "core/files/ReadFile.h"
 #include "core/files/ReplaceFile.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
+#include "core/text/Bytes.h"
 #include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel {
@@ -21,14 +20,11 @@ namespace {
 
 /// The job with its output going elsewhere.
 Result<std::string> withOutput(const std::string& content, const fs::path& output) {
-  const auto document = propertylist::read(content);
-  if (!document) return document.error();
-  propertylist::Value value = document->value();
-  auto* job = value.as<propertylist::Dictionary>();
-  if (!job) return Error{.code = Error::Code::WrongType, .message = "it is no dictionary, as a job file must be"};
+  auto job = propertylist::readDictionary(content);
+  if (!job) return job.error();
   job->set("StandardOutPath", output.string());
   job->set("StandardErrorPath", output.string());
-  return propertylist::writeXml(value);
+  return propertylist::writeXml(*std::move(job));
 }
 
 /// The same path by another name, such as /tmp and /private/tmp on macOS.

@@ -5,8 +5,10 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
-#include <string_view>
+#include <string>
+#include <vector>
 
+#include "core/process/Arguments.h"
 #include "core/process/SystemProcessRunner.h"
 #include "helpers/action/Service.h"
 #include "helpers/jobfiles/UserJobFiles.h"
@@ -23,12 +25,6 @@ bool isSocket(int descriptor) {
   return ::fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-/// The folder of another machine: `--root DIR`.
-std::optional<std::filesystem::path> rootIn(int argc, char** argv) {
-  if (argc == 3 && std::string_view(argv[1]) == "--root") return argv[2];
-  return std::nullopt;
-}
-
 Result<void> notMine() {
   return Error{.code = Error::Code::BadArgument, .message = "only the privileged helper removes helpers"};
 }
@@ -37,14 +33,17 @@ Result<void> notMine() {
 
 /// The action service: carries out as the user what the application asks for over descriptor 3.
 int main(int argc, char** argv) {
-  if ((argc != 1 && !rootIn(argc, argv)) || !isSocket(wire::helperDescriptor)) {
+  // `--root DIR` stands for another machine.
+  const auto arguments =
+      parseArguments(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc), {{"--root", true}});
+  if (!arguments || !arguments->operands.empty() || !isSocket(wire::helperDescriptor)) {
     std::cerr << "mirvel-action: Mirvel starts this program when it needs it; it does nothing by itself.\n";
     return 2;
   }
   forbidTracing();
   const Environment environment = processEnvironment();
   SystemProcessRunner runner(environment);
-  const auto root = rootIn(argc, argv);
+  const std::optional<std::filesystem::path> root = arguments->value("--root");
   const auto host = jobHostOfThisMachine(root, environment, runner);
   UserJobFiles files(JobFolders::ofUser(root ? Roots::below(*root) : Roots::forThisMachine(environment)));
   RequestHandler handler({.files = files, .host = *host, .uninstall = notMine, .startsHost = true});

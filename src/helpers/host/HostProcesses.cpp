@@ -7,8 +7,8 @@
 #include <array>
 #include <cerrno>
 
-#include "core/base/Uuid.h"
 #include "core/files/RegularFile.h"
+#include "core/text/Bytes.h"
 #include "helpers/host/Host.h"
 #include "helpers/process/ProcessStatus.h"
 

@@ -1,16 +1,11 @@
 #ifdef __linux__
 
-#include <sys/inotify.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <array>
-#include <cstring>
 #include <filesystem>
 #include <map>
-#include <vector>
 
-#include "core/process/FileDescriptor.h"
+#include "core/files/Inotify.h"
 #include "helpers/host/PathWatch.h"
 
 namespace mirvel::host {
@@ -27,9 +22,7 @@ constexpr std::uint32_t ofEntriesOnly = IN_MODIFY | IN_ATTRIB;
 /// one that is replaced is seen to be.
 class InotifyPathWatch final : public PathWatch {
  public:
-  InotifyPathWatch() : m_inotify(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {}
-
-  int descriptor() const override { return m_inotify.number(); }
+  int descriptor() const override { return m_inotify.descriptor(); }
 
   void add(const std::string& path) override {
     Watched& watched = m_paths[path];
@@ -45,16 +38,8 @@ class InotifyPathWatch final : public PathWatch {
 
   std::set<std::string> take() override {
     std::set<std::string> touched, changed;
-    alignas(inotify_event) std::array<char, 16384> buffer;
-    ssize_t count = 0;
-    while ((count = ::read(descriptor(), buffer.data(), buffer.size())) > 0) {
-      for (ssize_t at = 0; at < count;) {
-        inotify_event event;
-        std::memcpy(&event, buffer.data() + at, sizeof event);
-        const char* const name = buffer.data() + at + sizeof event;
-        note(event, event.len > 0 ? name : "", touched, changed);
-        at += static_cast<ssize_t>(sizeof event + event.len);
-      }
+    for (auto events = m_inotify.read(); !events.empty(); events = m_inotify.read()) {
+      for (const Inotify::Event& event : events) note(event, touched, changed);
     }
     for (const std::string& path : touched) renew(path, changed);
     return changed;
@@ -91,7 +76,7 @@ class InotifyPathWatch final : public PathWatch {
   }
 
   int watchOn(const std::string& place, const std::string& path) {
-    const int number = ::inotify_add_watch(descriptor(), place.c_str(), interesting);
+    const int number = m_inotify.add(place, interesting);
     if (number >= 0) m_users[number].insert(path);
     return number;
   }
@@ -103,25 +88,25 @@ class InotifyPathWatch final : public PathWatch {
       if (found == m_users.end()) continue;
       found->second.erase(path);
       if (!found->second.empty()) continue;
-      ::inotify_rm_watch(descriptor(), found->first);
+      m_inotify.remove(found->first);
       m_users.erase(found);
     }
   }
 
-  void note(const inotify_event& event, const std::string& name, std::set<std::string>& touched,
-            std::set<std::string>& changed) {
+  void note(const Inotify::Event& event, std::set<std::string>& touched, std::set<std::string>& changed) {
     if ((event.mask & IN_Q_OVERFLOW) != 0) {
       for (const auto& [path, watched] : m_paths) touched.insert(path), changed.insert(path);
       return;
     }
-    const auto found = m_users.find(event.wd);
+    const auto found = m_users.find(event.watch);
     if (found == m_users.end()) return;
     const bool isGone = (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) != 0;
-    const bool isOfEntryOnly = !name.empty() && (event.mask & ofEntriesOnly) != 0;
+    const bool isOfEntryOnly = !event.name.empty() && (event.mask & ofEntriesOnly) != 0;
     for (const std::string& path : found->second) {
       const Watched& watched = m_paths[path];
-      if (event.wd == watched.own && !isOfEntryOnly && (event.mask & IN_IGNORED) == 0) changed.insert(path);
-      if (isGone || (event.wd == watched.above && !isOfEntryOnly && name == watched.awaited)) touched.insert(path);
+      if (event.watch == watched.own && !isOfEntryOnly && (event.mask & IN_IGNORED) == 0) changed.insert(path);
+      if (isGone || (event.watch == watched.above && !isOfEntryOnly && event.name == watched.awaited))
+        touched.insert(path);
     }
     if ((event.mask & IN_IGNORED) != 0) m_users.erase(found);
   }
@@ -135,7 +120,7 @@ class InotifyPathWatch final : public PathWatch {
     if (watched.identity != before) changed.insert(path);
   }
 
-  FileDescriptor m_inotify;
+  Inotify m_inotify = Inotify::open();
   std::map<std::string, Watched> m_paths;
   std::map<int, std::set<std::string>> m_users;  ///< the paths by the number of a watch that serves them
 };

@@ -13,8 +13,7 @@
 #include "core/files/RegularFile.h"
 #include "core/messages/DateKey.h"
 #include "core/process/FileDescriptor.h"
-#include "core/text/Ascii.h"
-#include "core/text/Digest.h"
+#include "core/text/Strings.h"
 
 namespace mirvel::host {
 
@@ -26,23 +25,12 @@ namespace {
 constexpr const char* extension = ".log";
 constexpr const char* olderExtension = ".older";
 
-bool isPlain(char c) {
-  return Ascii::isLetter(c) || Ascii::isDigit(c) || c == '-' || c == '_';
-}
-
-/// A label may hold what no file name can: other characters are told by their numbers.
+/// A label may hold what no file name can.
 std::string fileName(const std::string& label) {
   constexpr std::size_t longest = 180;
-  std::string name;
-  for (const char c : label) {
-    const bool isPlainDot = c == '.' && !name.empty();
-    if (isPlain(c) || isPlainDot) {
-      name += c;
-    } else {
-      name += '%' + Data::hexString({&c, 1});
-    }
-  }
-  // Two long labels with the same begin share a file, in which each line still has its own label.
+  std::string name = String::percentEncoded(label, "-_.");
+  if (name.starts_with('.')) name.replace(0, 1, "%2e");
+  // Two long labels with the same beginning share a file, in which each line still has its own label.
   if (name.size() > longest) name.resize(longest);
   return name;
 }

@@ -1,10 +1,9 @@
 #ifndef __linux__
 
-#include <sys/stat.h>
-
 #include <map>
 #include <tuple>
 
+#include "core/files/FileTimes.h"
 #include "helpers/host/PathWatch.h"
 
 namespace mirvel::host {
@@ -46,11 +45,7 @@ class PollingPathWatch final : public PathWatch {
   static State stateOf(const std::string& path) {
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0) return {};
-#ifdef __APPLE__
-    const timespec& changed = status.st_ctimespec;
-#else
-    const timespec& changed = status.st_ctim;
-#endif
+    const timespec& changed = changeTime(status);
     return {status.st_dev, status.st_ino, status.st_size, changed.tv_sec, changed.tv_nsec};
   }
 

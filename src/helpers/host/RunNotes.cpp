@@ -22,17 +22,6 @@ namespace {
 constexpr std::size_t largest = std::size_t{1} << 20U;
 constexpr const char* unfinished = ".new";
 
-Result<propertylist::Dictionary> readDictionary(const fs::path& file) {
-  const auto bytes = readFile(file, largest);
-  if (!bytes) return bytes.error();
-  const auto document = propertylist::read(*bytes);
-  if (!document) return document.error();
-  const propertylist::Value value = document->value();
-  const auto* const dictionary = value.as<propertylist::Dictionary>();
-  if (!dictionary) return Error{.code = Error::Code::WrongType, .message = "it is no dictionary", .file = file};
-  return *dictionary;
-}
-
 /// A note as it is in its file.
 struct StoredNote {
   std::string boot, label, file;
@@ -52,7 +41,7 @@ struct StoredNote {
 
 /// None if there can be no process of that run any more.
 std::optional<RunNote> noteIn(const fs::path& file, const std::string& boot) {
-  const auto dictionary = readDictionary(file);
+  const auto dictionary = propertylist::readDictionary(file, largest);
   const auto stored = dictionary ? messages::FieldReader::read<StoredNote>(*dictionary) : dictionary.error();
   if (!stored || file.extension() == unfinished || stored->boot != boot) return std::nullopt;
   return RunNote{.label = stored->label,

@@ -8,10 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "core/process/Arguments.h"
 #include "helpers/host/Daemon.h"
-#include "helpers/host/Detachment.h"
 #include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/process/CleanState.h"
+#include "helpers/process/Detachment.h"
 
 namespace {
 
@@ -28,22 +29,16 @@ constexpr const char* usage =
 struct Options {
   bool detach = false;
   bool beginsSession = false;
-  std::filesystem::path root;  ///< empty: the user's own places
+  std::filesystem::path root = {};  ///< empty: the user's own places
 };
 
-std::optional<Options> read(const std::vector<std::string>& arguments) {
-  Options options;
-  for (auto at = arguments.begin(); at != arguments.end(); ++at) {
-    if (*at == "--detach") {
-      options.detach = true;
-    } else if (*at == "--login") {
-      options.beginsSession = true;
-    } else if (*at == "--root" && std::next(at) != arguments.end() && !std::next(at)->empty()) {
-      options.root = std::filesystem::absolute(*++at);
-    } else {
-      return std::nullopt;
-    }
-  }
+std::optional<Options> read(Arguments arguments) {
+  const auto parsed = parseArguments(arguments, {{"--detach"}, {"--login"}, {"--root", true}});
+  if (!parsed || !parsed->operands.empty()) return std::nullopt;
+  Options options{.detach = parsed->has("--detach"), .beginsSession = parsed->has("--login")};
+  const auto root = parsed->value("--root");
+  if (root && root->empty()) return std::nullopt;
+  if (root) options.root = std::filesystem::absolute(*root);
   return options;
 }
 
@@ -53,7 +48,7 @@ int run(const Options& options, const Environment& environment) {
   const mode_t umaskOfSession = ::umask(022);
   resetProcessState(options.root.empty() ? ControlGroup::Leave : ControlGroup::Keep);
   ::umask(umaskOfSession | 022);
-  host::Detachment detachment;
+  Detachment detachment;
   if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
   const Roots roots = options.root.empty() ? Roots::forThisMachine(environment) : Roots::below(options.root);
   const host::HostSetup setup{

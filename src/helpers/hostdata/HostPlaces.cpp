@@ -5,7 +5,7 @@
 
 #include <cerrno>
 
-#include "core/files/PrivateFolder.h"
+#include "core/files/ReplaceFile.h"
 
 namespace mirvel {
 

@@ -11,8 +11,7 @@ constexpr const char* loadedKey = "Loaded";
 Result<std::vector<std::filesystem::path>> pathsIn(const propertylist::Dictionary& dictionary) {
   std::vector<std::filesystem::path> result;
   if (dictionary.size() == 0) return result;
-  const propertylist::Value* const loaded = dictionary.find(loadedKey);
-  const auto* const paths = loaded ? loaded->as<propertylist::Array>() : nullptr;
+  const auto* const paths = dictionary.get<propertylist::Array>(loadedKey);
   const Error noList{.code = Error::Code::WrongType, .message = "it is no list of jobs"};
   if (!paths) return noList;
   for (const propertylist::Value& path : *paths) {

@@ -47,13 +47,9 @@ Result<std::string> labelOf(std::string_view content) {
   if (content.size() > JobFolder::largestFile) {
     return Error{.code = Error::Code::LimitExceeded, .message = "it is too large for a job file"};
   }
-  const auto document = propertylist::read(content);
-  if (!document) return document.error();
-  const propertylist::Value value = document->value();
-  const auto* job = value.as<propertylist::Dictionary>();
-  if (!job) return Error{.code = Error::Code::WrongType, .message = "it is no dictionary, as a job file must be"};
-  const auto* found = job->find("Label");
-  const auto* label = found ? found->as<std::string>() : nullptr;
+  const auto job = propertylist::readDictionary(content);
+  if (!job) return job.error();
+  const auto* const label = job->get<std::string>("Label");
   if (!label || label->empty()) {
     return Error{.code = Error::Code::MissingKey, .message = "it has no Label, which names a job"};
   }

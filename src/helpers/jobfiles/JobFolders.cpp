@@ -3,16 +3,15 @@
 #include <algorithm>
 #include <iterator>
 
+#include "core/text/Ascii.h"
+
 namespace mirvel {
 
 namespace fs = std::filesystem;
 
 bool isUuid(std::string_view text) {
   constexpr std::string_view form = "00000000-0000-0000-0000-000000000000";
-  const auto fits = [](char c, char at) {
-    constexpr std::string_view digits = "0123456789abcdefABCDEF";
-    return at == '-' ? c == '-' : digits.find(c) != std::string_view::npos;
-  };
+  const auto fits = [](char c, char at) { return at == '-' ? c == '-' : Ascii::hexValue(c).has_value(); };
   return text.size() == form.size() && std::equal(text.begin(), text.end(), form.begin(), fits);
 }
 

@@ -1,18 +1,16 @@
 #include "helpers/privileged/Authorisation.h"
 
-#include <sys/random.h>
-#include <unistd.h>
-
-#include <cerrno>
+#include <utility>
 
 #include "core/messages/Requests.h"
+#include "core/text/Bytes.h"
 
 namespace mirvel {
 
 Result<Authorisation> Authorisation::make() {
-  std::string bytes(size, '\0');
-  if (::getentropy(bytes.data(), bytes.size()) != 0) return systemError(errno, "make a random secret", {});
-  return Authorisation(std::move(bytes));
+  auto bytes = randomBytes(size);
+  if (!bytes) return Error{.code = Error::Code::Io, .message = "can't make a random secret"};
+  return Authorisation(*std::move(bytes));
 }
 
 propertylist::Dictionary Authorisation::greeting() const {
@@ -26,13 +24,7 @@ std::optional<std::string> Authorisation::dataIn(const propertylist::Dictionary&
 
 bool Authorisation::isIn(const propertylist::Dictionary& request) const {
   const auto bytes = dataIn(request);
-  if (!bytes || bytes->size() != m_bytes.size()) return false;
-  unsigned difference = 0;
-  for (std::size_t i = 0; i < m_bytes.size(); ++i) {
-    const auto ours = static_cast<unsigned char>(m_bytes[i]), theirs = static_cast<unsigned char>((*bytes)[i]);
-    difference |= static_cast<unsigned>(ours ^ theirs);
-  }
-  return difference == 0;
+  return bytes && isSameSecret(*bytes, m_bytes);
 }
 
 std::function<bool(const propertylist::Dictionary& request)> admission(Authorisation authorisation, Console& console) {

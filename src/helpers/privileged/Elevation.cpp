@@ -12,6 +12,7 @@
 
 #include "core/files/RegularFile.h"
 #include "core/process/SpawnPlan.h"
+#include "core/text/Bytes.h"
 #include "core/text/Strings.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/Listener.h"
@@ -24,17 +25,6 @@ namespace {
 
 using Refusal = HelperConnections::Refusal;
 constexpr std::size_t largestOutput = std::size_t{1} << 16U;
-
-std::optional<std::string> bytesOfHex(const std::string& text) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  std::string bytes;
-  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
-    const auto high = digits.find(text[i]), low = digits.find(text[i + 1]);
-    if (high == std::string_view::npos || low == std::string_view::npos) return std::nullopt;
-    bytes += static_cast<char>(high << 4U | low);
-  }
-  return text.size() % 2 == 0 && !bytes.empty() ? std::optional(bytes) : std::nullopt;
-}
 
 /// pkexec(1) has one exit status for all that isn't the user's "no", and tells the rest in English.
 std::optional<Elevated> refusalOfPkexec(int exitStatus, const std::string& complaints) {
@@ -185,8 +175,8 @@ Result<Elevated> PrivilegedStart::finishWithAddress() {
   if (said.empty()) return failed();
   const std::string lines(String::trim(said, true));
   const std::size_t end = lines.find('\n');
-  auto authData = end == std::string::npos ? std::nullopt : bytesOfHex(lines.substr(end + 1));
-  if (!authData) return noHelper(lines);
+  auto authData = end == std::string::npos ? std::nullopt : fromHex(std::string_view(lines).substr(end + 1));
+  if (!authData || authData->empty()) return noHelper(lines);
   auto socket = connectTo(lines.substr(0, end));
   if (!socket) return std::move(socket).error();
   return Elevated{.socket = *std::move(socket), .authData = *std::move(authData)};

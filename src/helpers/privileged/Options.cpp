@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "core/process/Arguments.h"
 #include "core/text/Digits.h"
 
 namespace mirvel {
@@ -17,23 +18,22 @@ std::optional<uid_t> userIn(const std::string& digits) {
   return user && *user < UINT32_MAX ? std::optional(static_cast<uid_t>(*user)) : std::nullopt;
 }
 
-/// Whether the word and its value make sense.
-bool take(const std::string& word, const std::string& value, PrivilegedOptions& options) {
-  if (word == "--user") {
+/// Whether the value makes sense for the option.
+bool take(std::string_view option, const std::string& value, PrivilegedOptions& options) {
+  if (option == "--user") {
     const auto user = userIn(value);
     if (user) options.user = *user;
     return user.has_value();
   }
-  if (word == "--process") {
+  if (option == "--process") {
     options.process = ProcessIdentity::from(value);
     return options.process.has_value();
   }
-  if (!value.starts_with('/')) return false;
-  if (word == "--root") options.root = value;
-  if (word == "--agents") options.agents = value;
-  if (word == "--host") options.host = value;
-  if (word == "--installed") options.installed.emplace_back(value);
-  return word == "--root" || word == "--agents" || word == "--host" || word == "--installed";
+  if (option == "--root") options.root = value;
+  if (option == "--agents") options.agents = value;
+  if (option == "--host") options.host = value;
+  if (option == "--installed") options.installed.emplace_back(value);
+  return value.starts_with('/');
 }
 
 }  // namespace
@@ -41,8 +41,16 @@ bool take(const std::string& word, const std::string& value, PrivilegedOptions& 
 Result<PrivilegedOptions> PrivilegedOptions::read(const std::vector<std::string>& words, const Environment& environment,
                                                   uid_t realUser) {
   PrivilegedOptions options{.user = realUser};
-  for (std::size_t i = 0; i < words.size(); i += 2) {
-    if (i + 1 == words.size() || !take(words[i], words[i + 1], options)) return bad("can't make sense of " + words[i]);
+  const auto parsed = parseArguments(words, {{"--user", true},
+                                             {"--process", true},
+                                             {"--root", true},
+                                             {"--agents", true},
+                                             {"--host", true},
+                                             {"--installed", true}});
+  if (!parsed) return parsed.error();
+  if (!parsed->operands.empty()) return bad("can't make sense of " + parsed->operands.front());
+  for (const auto& [option, value] : parsed->options) {
+    if (!take(option, value, options)) return bad("can't make sense of " + option);
   }
   const auto elevated = environment.find("PKEXEC_UID");
   if (elevated != environment.end()) {

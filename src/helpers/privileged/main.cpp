@@ -8,7 +8,7 @@
 
 #include "core/files/FileTrust.h"
 #include "core/process/SystemProcessRunner.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "helpers/action/Service.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/jobhost/JobHosts.h"
@@ -18,6 +18,7 @@
 #include "helpers/privileged/Listener.h"
 #include "helpers/privileged/Options.h"
 #include "helpers/process/CleanState.h"
+#include "helpers/process/Detachment.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace {
@@ -43,17 +44,13 @@ Error notByHand() {
   return {.code = Error::Code::BadArgument, .message = "Mirvel starts this program as root when it needs it"};
 }
 
-void pointStandardFilesToNothing() {
-  const int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
-  for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) ::dup2(nowhere, descriptor);
-  ::close(nowhere);
-}
+constexpr std::initializer_list<int> standardFiles{STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
 
-/// Goes on as a process of its own, so that what started this one needn't wait.
-void goOn() {
-  const pid_t child = ::fork();
-  if (child != 0) ::_exit(child < 0 ? 1 : 0);
-  ::setsid();
+/// Continues in a process of its own, so that the tool that started this one needn't wait.
+void detach() {
+  Detachment detachment;
+  if (!detachment.fork()) ::_exit(detachment.waitUntilReady());
+  detachment.complete();
 }
 
 std::filesystem::path folderForSockets(const PrivilegedOptions& options) {
@@ -73,7 +70,7 @@ Result<FileDescriptor> standardSocket(const PrivilegedOptions& options, const Au
 #else
   (void)options;  // a pair has no peer whose user the system would tell
 #endif
-  pointStandardFilesToNothing();
+  pointToNothing(standardFiles);
   wire::ignoreHangUps(socket.number());
   if (auto sent = wire::sendFrame(socket.number(), {.body = authorisation.greeting()}); !sent) return sent.error();
   return socket;
@@ -83,9 +80,8 @@ Result<FileDescriptor> namedSocket(const PrivilegedOptions& options, const Autho
                                    Console& console) {
   auto listener = Listener::make(folderForSockets(options), {.user = options.user, .process = options.process});
   if (!listener) return listener.error();
-  std::cout << listener->address().string() << '\n' << Data::hexString(authorisation.bytes()) << std::endl;
-  goOn();
-  pointStandardFilesToNothing();
+  std::cout << listener->address().string() << '\n' << toHex(authorisation.bytes()) << std::endl;
+  detach();
   return listener->accept(untilConnected, console);
 }
 

@@ -23,5 +23,5 @@ class ScriptEditorFactory {
 
 }  // namespace mirvel::ui
 
-#define MIRVEL_SCRIPT_EDITOR_FACTORY "app.mirvel.ScriptEditorFactory"
-Q_DECLARE_INTERFACE(mirvel::ui::ScriptEditorFactory, MIRVEL_SCRIPT_EDITOR_FACTORY)
+#define SCRIPT_EDITOR_FACTORY_ID "app.mirvel.ScriptEditorFactory"
+Q_DECLARE_INTERFACE(mirvel::ui::ScriptEditorFactory, SCRIPT_EDITOR_FACTORY_ID)

@@ -22,7 +22,7 @@ Error unusable(const fs::path& module, const std::string& why) {
 /// Whether the file says that it was made with this program: another version may have other classes by these names.
 bool isOurs(const QPluginLoader& loader) {
   const QJsonObject data = loader.metaData();
-  return data.value(QStringLiteral("IID")) == QLatin1String(MIRVEL_SCRIPT_EDITOR_FACTORY) &&
+  return data.value(QStringLiteral("IID")) == QLatin1String(SCRIPT_EDITOR_FACTORY_ID) &&
          data.value(QStringLiteral("MetaData")).toObject().value(QStringLiteral("version")) ==
              QLatin1String(MIRVEL_VERSION);
 }

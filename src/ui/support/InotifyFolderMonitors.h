@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/process/FileDescriptor.h"
+#include "core/files/Inotify.h"
 #include "ui/support/WatcherFolderMonitors.h"
 
 namespace mirvel::ui {
@@ -8,11 +8,10 @@ namespace mirvel::ui {
 /// Folder monitors of Linux, by inotify(7); where the user's share of that is used up, those of Qt serve instead.
 class InotifyFolderMonitors final : public FolderMonitors {
  public:
-  /// Gives a new inotify instance, non-blocking, or none.
-  using Opener = FileDescriptor (*)();
+  /// Returns a new instance, or none.
+  using Opener = Inotify (*)();
 
-  static FileDescriptor openInotify();
-  explicit InotifyFolderMonitors(Opener open = openInotify) : m_open(open) {}
+  explicit InotifyFolderMonitors(Opener open = Inotify::open) : m_open(open) {}
 
   std::unique_ptr<FolderMonitor> watch(const std::filesystem::path& folder,
                                        std::function<void()> folderDidChange) override;

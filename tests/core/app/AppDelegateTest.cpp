@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 
 #include "core/base/Const.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "support/FakeWorkspace.h"
 #include "support/TestData.h"
 
@@ -12,9 +12,7 @@ namespace {
 TEST(CustomIconsTest, ThePicturesOfTheStoreGoToTheirJobs) {
   testdata::TemporaryFolder support;
   testdata::FakeWorkspace workspace;
-  const auto file = [&](const std::string& path, const std::string& ending) {
-    return Data::hexString(*Data::sha256Digest(path)) + ending;
-  };
+  const auto file = [&](const std::string& path, const std::string& ending) { return toHex(*sha256(path)) + ending; };
   const std::string paths[] = {"/png", "/jpg", "/none", "/damaged", "/two"};
   Jobs jobs;
   for (const auto& path : paths) {

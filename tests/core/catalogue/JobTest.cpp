@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
 
@@ -51,11 +51,10 @@ TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
   EXPECT_EQ(own.customIconDigest, "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
   own.url = URL::file("/else");
   own.updateCustomIconDigest();
-  EXPECT_EQ(own.customIconDigest, Data::hexString(*Data::sha256Digest("/else")));
+  EXPECT_EQ(own.customIconDigest, toHex(*sha256("/else")));
 
   const Job address(Kind::loginItemSystemPreferences, "x", "", "sum", URL::address("LoginItem.x"));
-  EXPECT_EQ(address.iconStoreName(), Data::hexString(*Data::sha256Digest("LoginItem.x")))
-      << "or all login items would share one icon";
+  EXPECT_EQ(address.iconStoreName(), toHex(*sha256("LoginItem.x"))) << "or all login items would share one icon";
 }
 
 TEST(JobTest, TheTextOfASortKeyFollowsAnEditedRecord) {

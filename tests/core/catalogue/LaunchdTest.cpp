@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/propertylist/Reader.h"
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
 #include "support/TestData.h"
@@ -81,7 +81,7 @@ TEST_F(LaunchdReaderTest, TheChecksumIsThatOfTheBytesAndTheTextIsTheFile) {
   for (const std::string& data : {text, binary, text + "\n"}) {
     const auto job = read(data);
     ASSERT_TRUE(job);
-    EXPECT_EQ(job->checksum, String::toBase64(*Data::sha256Digest(data)));
+    EXPECT_EQ(job->checksum, toBase64(*sha256(data)));
     EXPECT_EQ(job->textContent, data == binary ? "" : data);
   }
   EXPECT_TRUE(console.printed.empty());

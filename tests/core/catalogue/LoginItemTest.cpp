@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "support/FakeLoginItems.h"
 #include "support/FakeWorkspace.h"
 
@@ -29,7 +29,7 @@ TEST_F(LoginItemTest, AnEntryOfTheUsersListIsKnownByItsName) {
   const auto& item = dynamic_cast<const LoginItem&>(*jobs[0]);
   EXPECT_EQ(item.kind, Kind::loginItemSystemPreferences);
   EXPECT_EQ(item.summary, "Notes.app");
-  EXPECT_EQ(item.checksum, String::toBase64("Café Notes/Applications/Notes.app"));
+  EXPECT_EQ(item.checksum, toBase64("Café Notes/Applications/Notes.app"));
   EXPECT_FALSE(item.url.isFile());
   EXPECT_EQ(item.run(), "/Applications/Notes.app");
   EXPECT_EQ(item.iconPath, "/Applications/Notes.app");
@@ -53,7 +53,7 @@ TEST_F(LoginItemTest, AnItemOfAnApplicationIsNamedAfterIt) {
   EXPECT_EQ(item.kind, Kind::loginItemApplication);
   EXPECT_EQ(item.name, "Notes");
   EXPECT_EQ(item.summary, "Helper.app");
-  EXPECT_EQ(item.checksum, String::toBase64("NotesHelper.app/Applications/Notes.app"));
+  EXPECT_EQ(item.checksum, toBase64("NotesHelper.app/Applications/Notes.app"));
   EXPECT_TRUE(item.url.equalTo(URL::file("/Applications/Notes.app")));
   EXPECT_EQ(item.run(), "/Applications/Notes.app/Contents/Library/LoginItems/Helper.app");
   EXPECT_EQ(item.icon, Image::iconOfPath("/Applications/Notes.app"));

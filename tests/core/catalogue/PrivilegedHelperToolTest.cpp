@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -42,7 +42,7 @@ TEST_F(PrivilegedHelperToolTest, TheEmbeddedListTellsOfTheTool) {
   EXPECT_EQ(tool->summary, "Example");
   EXPECT_EQ(tool->identifier, "com.example.helper");
   EXPECT_EQ(tool->clients, "identifier \\\"com.example\\\"");
-  EXPECT_EQ(tool->checksum, String::toBase64("/tools/com.example.helper"));
+  EXPECT_EQ(tool->checksum, toBase64("/tools/com.example.helper"));
   EXPECT_EQ(tool->run(), "/tools/com.example.helper");
   EXPECT_EQ(tool->textContent, "com.example.helperidentifier \\\"com.example\\\"/tools/com.example.helper");
   EXPECT_EQ(tool->icon, Image::iconOfPath("/tools/com.example.helper"));

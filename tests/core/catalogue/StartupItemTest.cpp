@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/text/Digest.h"
+#include "core/text/Bytes.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
 
@@ -29,7 +29,7 @@ TEST_F(StartupItemTest, AFolderWithParametersAndAScriptIsAnItem) {
   const std::string path = folder.path() / "Web";
   EXPECT_EQ(item->name, "Web Server");
   EXPECT_EQ(item->summary, "Web");
-  EXPECT_EQ(item->checksum, String::toBase64("Web Server#!/bin/sh\nstart\n"));
+  EXPECT_EQ(item->checksum, toBase64("Web Server#!/bin/sh\nstart\n"));
   EXPECT_EQ(item->url.text(), path);
   EXPECT_EQ(item->run(), path + "/Web");
   EXPECT_EQ(item->textContent, "#!/bin/sh\nstart\n");

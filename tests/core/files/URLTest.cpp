@@ -33,5 +33,17 @@ TEST(URLTest, TheExtensionFollowsTheLastDotOfTheLastComponent) {
   for (const auto& [path, extension] : table) EXPECT_EQ(URL::file(path).pathExtension(), extension) << path;
 }
 
+TEST(URLTest, APathIsShortenedByTheHomeFolderItLiesIn) {
+  const struct {
+    const char* path;
+    const char* home;
+    const char* shown;
+  } table[] = {
+      {"/home/a/b c", "/home/a", "~/b c"},         {"/home/a", "/home/a/", "~"},   {"/home/ab", "/home/a", "/home/ab"},
+      {"/x /home/a/b", "/home/a", "/x /home/a/b"}, {"/home/a/b", "", "/home/a/b"}, {"/home/a/b", "/", "/home/a/b"},
+  };
+  for (const auto& row : table) EXPECT_EQ(localizedDisplayPath(row.path, row.home), row.shown) << row.path;
+}
+
 }  // namespace
 }  // namespace mirvel

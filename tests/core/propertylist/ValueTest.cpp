@@ -5,6 +5,10 @@
 #include <cmath>
 #include <limits>
 
+#include "core/propertylist/Reader.h"
+#include "core/propertylist/Writer.h"
+#include "support/TestData.h"
+
 namespace mirvel::propertylist {
 namespace {
 
@@ -29,6 +33,41 @@ TEST(DictionaryTest, SettingReplacesAndRemovingReports) {
   EXPECT_EQ(dictionary.find("A"), nullptr);
   EXPECT_TRUE(dictionary.remove("a"));
   EXPECT_FALSE(dictionary.remove("a"));
+}
+
+TEST(DictionaryTest, AValueIsGotAsItsOwnTypeOnly) {
+  Dictionary dictionary{{"yes", true}, {"one", 1}, {"inner", Dictionary{{"text", "x"}}}};
+  EXPECT_EQ(*dictionary.get<bool>("yes"), true);
+  EXPECT_EQ(dictionary.get<Integer>("yes"), nullptr);
+  EXPECT_EQ(dictionary.get<double>("one"), nullptr);
+  EXPECT_EQ(dictionary.get<Integer>("two"), nullptr);
+  dictionary.get<Dictionary>("inner")->set("text", "y");
+  EXPECT_EQ(*dictionary.get<Dictionary>("inner")->get<std::string>("text"), "y");
+}
+
+TEST(DictionaryTest, AFileIsReadAsADictionaryOrRefusedWithItsName) {
+  const testdata::TemporaryFolder folder;
+  const std::string list = *writeXml(Dictionary{{"a", 1}});
+  const struct {
+    const char* name;
+    std::string bytes;
+    std::optional<Error::Code> refusal;
+  } rows[] = {
+      {"xml", list, std::nullopt},
+      {"binary", writeBinary(Dictionary{{"a", 1}}), std::nullopt},
+      {"array", *writeXml(Array{1}), Error::Code::WrongType},
+      {"damaged", list.substr(0, list.size() / 2), Error::Code::Malformed},
+      {"large", list + std::string(1000, ' '), Error::Code::LimitExceeded},
+  };
+  for (const auto& row : rows) {
+    const auto file = folder.write(row.name, row.bytes);
+    const auto read = readDictionary(file, 500);
+    ASSERT_EQ(static_cast<bool>(read), !row.refusal) << row.name;
+    if (read) EXPECT_EQ(*read, (Dictionary{{"a", 1}})) << row.name;
+    if (!read) EXPECT_EQ(read.error().code, *row.refusal) << row.name;
+    if (!read) EXPECT_EQ(read.error().file, file) << row.name;
+  }
+  EXPECT_EQ(readDictionary(folder.path() / "none", 500).error().code, Error::Code::NotFound);
 }
 
 TEST(ValueTest, TypesAreNotMixedUp) {

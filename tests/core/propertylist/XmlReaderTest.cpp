@@ -307,10 +307,10 @@ TEST(XmlReaderTest, PlacesAreCountedFromOneInAnyOrder) {
     std::size_t offset, line, column;
   } rows[] = {{9, 4, 2}, {0, 1, 1}, {2, 1, 3}, {3, 2, 1}, {4, 3, 1}, {7, 3, 4}, {8, 4, 1}, {1, 1, 2}};
   for (const auto& [offset, line, column] : rows) {
-    EXPECT_EQ(lines.placeOf(offset).line, line) << offset;
-    EXPECT_EQ(lines.placeOf(offset).column, column) << offset;
-    EXPECT_EQ(placeOf(text, offset).line, line) << offset;
-    EXPECT_EQ(placeOf(text, offset).column, column) << offset;
+    EXPECT_EQ(lines.positionOf(offset).line, line) << offset;
+    EXPECT_EQ(lines.positionOf(offset).column, column) << offset;
+    EXPECT_EQ(positionOf(text, offset).line, line) << offset;
+    EXPECT_EQ(positionOf(text, offset).column, column) << offset;
   }
 }
 

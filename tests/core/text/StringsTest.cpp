@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "core/locale/Collator.h"
-#include "core/text/Digest.h"
 
 namespace mirvel {
 namespace {
@@ -102,22 +101,40 @@ TEST(CollatorTest, OrderIsThatOfTheLanguageWithNumbersByValue) {
   }
 }
 
-TEST(DigestTest, Base64IsReadStrictly) {
-  EXPECT_EQ(String::fromBase64(""), "");
-  EXPECT_EQ(String::fromBase64("YQ=="), "a");
-  EXPECT_EQ(String::fromBase64("YWI="), "ab");
-  EXPECT_EQ(String::fromBase64("L1VzZXJzL3gvYS5wbGlzdA=="), "/Users/x/a.plist");
-  EXPECT_EQ(String::fromBase64("AP+/"), "\0\xff\xbf"s);
-  for (const char* bad :
-       {"YQ", "YQ=", "YQ===", "YR==", "YWJ=", "Y Q=", " YQ==", "YQ==\n", "====", "Y===", "_-8=", "=YQ="}) {
-    EXPECT_EQ(String::fromBase64(bad), std::nullopt) << bad;
+TEST(StringsTest, ATextIsCutBetweenCharacters) {
+  const struct {
+    const char* text;
+    std::size_t most;
+    const char* first;
+    const char* last;
+  } rows[] = {
+      {"abc", 3, "abc", "abc"},
+      {"abc", 2, "ab", "bc"},
+      {"abc", 0, "", ""},
+      {"a\u00e4b", 2, "a", "b"},
+      {"\u00e4", 1, "", ""},
+      {"a\U0001f600b", 4, "a", "b"},
+      {"a\U0001f600b", 5, "a\U0001f600", "\U0001f600b"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(String::firstBytes(row.text, row.most), row.first) << row.text;
+    EXPECT_EQ(String::lastBytes(row.text, row.most), row.last) << row.text;
   }
 }
 
-TEST(DigestTest, Sha256IsThatOfTheStandard) {
-  // FIPS 180-2, appendix B.1.
-  EXPECT_EQ(Data::hexString(*Data::sha256Digest("abc")),
-            "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+TEST(StringsTest, AShellWordIsQuotedOnlyIfItMustBe) {
+  const std::vector<std::pair<std::string, std::string>> rows{
+      {"/bin/ls", "/bin/ls"}, {"a=b,c:d@e%f+g~", "a=b,c:d@e%f+g~"},
+      {"", "\"\""},           {"a b", "\"a b\""},
+      {"a;b", "\"a;b\""},     {"$HOME", "'$HOME'"},
+      {"it's", "\"it's\""},   {"a\nb", "\"a\nb\""},
+  };
+  for (const auto& [text, word] : rows) EXPECT_EQ(String::shellWord(text), word) << text;
+}
+
+TEST(StringsTest, PercentEncodingKeepsLettersDigitsAndWhatItIsTold) {
+  EXPECT_EQ(String::percentEncoded("az AZ09-._~/%\xc3\xa4\x7f", "-._~"), "az%20AZ09-._~%2f%25%c3%a4%7f");
+  EXPECT_EQ(String::percentEncoded("-.", ""), "%2d%2e");
 }
 
 }  // namespace

@@ -16,13 +16,13 @@
 #include <sstream>
 #include <thread>
 
-#include "helpers/host/Detachment.h"
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/Lifeline.h"
 #include "helpers/host/PathWatch.h"
 #include "helpers/host/Session.h"
 #include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/jobhost/HostAutostart.h"
+#include "helpers/process/Detachment.h"
 
 namespace mirvel::host {
 namespace {

@@ -31,7 +31,7 @@ std::unique_ptr<FolderMonitors> make() {
 
 #ifdef __linux__
 std::unique_ptr<FolderMonitors> makeWithoutInotify() {
-  return std::make_unique<InotifyFolderMonitors>([] { return FileDescriptor(); });
+  return std::make_unique<InotifyFolderMonitors>([] { return Inotify(); });
 }
 #endif
 

@@ -1,7 +1,9 @@
-#include "core/text/ListText.h"
+#include "core/locale/LocaleTexts.h"
 
 #include <unicode/listformatter.h>
 #include <unicode/locid.h>
+#include <unicode/measunit.h>
+#include <unicode/numberformatter.h>
 #include <unicode/unistr.h>
 
 #include <cstdint>
@@ -31,6 +33,17 @@ std::string listText(const std::vector<std::string>& elements, const std::string
   if (U_FAILURE(status)) return withCommas(elements);
   std::string result;
   return joined.toUTF8String(result);
+}
+
+std::string byteCount(std::size_t count, const std::string& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::UnicodeString text = icu::number::NumberFormatter::withLocale(icu::Locale(locale.c_str()))
+                                      .unit(icu::MeasureUnit::getByte())
+                                      .unitWidth(UNUM_UNIT_WIDTH_FULL_NAME)
+                                      .formatInt(static_cast<std::int64_t>(count), status)
+                                      .toString(status);
+  std::string result;
+  return U_FAILURE(status) ? std::to_string(count) : text.toUTF8String(result);
 }
 
 }  // namespace mirvel

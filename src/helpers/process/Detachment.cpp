@@ -1,17 +1,13 @@
-#include "helpers/host/Detachment.h"
+#include "helpers/process/Detachment.h"
 
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <initializer_list>
-
 #include "core/files/RegularFile.h"
 
-namespace mirvel::host {
-
-namespace {
+namespace mirvel {
 
 void pointToNothing(std::initializer_list<int> descriptors) {
   const int nothing = ::open("/dev/null", O_RDWR);
@@ -19,8 +15,6 @@ void pointToNothing(std::initializer_list<int> descriptors) {
   for (const int descriptor : descriptors) ::dup2(nothing, descriptor);
   if (nothing > STDERR_FILENO) ::close(nothing);
 }
-
-}  // namespace
 
 Detachment::Detachment() {
   ::signal(SIGPIPE, SIG_IGN);  // whoever started this may be gone before it is ready
@@ -53,4 +47,4 @@ void Detachment::complete() {
   pointToNothing({STDOUT_FILENO, STDERR_FILENO});
 }
 
-}  // namespace mirvel::host
+}  // namespace mirvel

@@ -1,7 +1,9 @@
-#include "core/propertylist/RealText.h"
+#include "core/propertylist/Numbers.h"
 
 #include <locale.h>
 #include <stdlib.h>
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
 #ifdef __APPLE__
 #include <xlocale.h>
 #endif
@@ -9,18 +11,47 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <limits>
 
-#include "core/propertylist/LeadingSpace.h"
 #include "core/text/Ascii.h"
 
 namespace mirvel::propertylist {
 
 namespace {
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
+constexpr UChar32 zeroWidthSpace = 0x200B;
+
+/// Separators of the categories Z*, and the controls that are white space: tab to carriage return, and next line. The
+/// information separators, which `u_isspace` counts too, aren't among them.
+bool isSpace(UChar32 character) {
+  return (character >= '\t' && character <= '\r') || character == 0x85 || character == zeroWidthSpace ||
+         (U_GET_GC_MASK(character) & U_GC_Z_MASK) != 0;
+}
+
+/// What macOS skips before a number: Unicode's white space and line ends, with the zero-width space.
+std::string_view withoutLeadingSpace(std::string_view text) {
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  std::size_t next = 0;
+  for (std::size_t at = 0; at < text.size(); at = next) {
+    UChar32 character = 0;
+    U8_NEXT(bytes, next, text.size(), character);
+    if (character < 0 || !isSpace(character)) return text.substr(at);
+  }
+  return {};
+}
+
+bool takeSign(std::string_view& text) {
+  const bool negative = !text.empty() && text.front() == '-';
+  if (negative || (!text.empty() && text.front() == '+')) text.remove_prefix(1);
+  return negative;
+}
+
+bool takeHexPrefix(std::string_view& text) {
+  if (text.size() < 2 || text[0] != '0' || (text[1] != 'x' && text[1] != 'X')) return false;
+  text.remove_prefix(2);
+  return true;
 }
 
 bool equalsIgnoringCase(std::string_view text, std::string_view lower) {
@@ -29,7 +60,7 @@ bool equalsIgnoringCase(std::string_view text, std::string_view lower) {
 }
 
 std::size_t skipDigits(std::string_view text, std::size_t at) {
-  while (at < text.size() && isDigit(text[at])) ++at;
+  while (at < text.size() && Ascii::isDigit(text[at])) ++at;
   return at;
 }
 
@@ -74,6 +105,28 @@ std::optional<double> specialReal(std::string_view text) {
 }
 
 }  // namespace
+
+ParsedInteger parseInteger(std::string_view text) {
+  text = withoutLeadingSpace(text);
+  const bool negative = takeSign(text);
+  text = withoutLeadingSpace(text);
+  const std::uint64_t base = takeHexPrefix(text) ? 16 : 10;
+  if (text.empty()) return {.number = {}, .problem = "is no number"};
+
+  constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+  const std::uint64_t mostBefore = most / base;
+  std::uint64_t number = 0;
+  for (const char c : text) {
+    const auto digit = Ascii::hexValue(c);
+    if (!digit || *digit >= base) return {.number = {}, .problem = "is no number"};
+    if (number > mostBefore || number * base > most - *digit) return {.number = {}, .problem = "is too large"};
+    number = number * base + *digit;
+  }
+  constexpr std::uint64_t leastMagnitude = std::uint64_t{1} << 63U;
+  if (!negative) return {.number = Integer::fromUnsigned(number)};
+  if (number > leastMagnitude) return {.number = {}, .problem = "is too small"};
+  return {.number = Integer(static_cast<std::int64_t>(~number + 1))};
+}
 
 std::string realText(double number) {
   if (std::isnan(number)) return "nan";

@@ -1,8 +1,8 @@
-#include "ctl/Arguments.h"
+#include "core/process/Arguments.h"
 
 #include <algorithm>
 
-namespace mirvel::ctl {
+namespace mirvel {
 
 namespace {
 
@@ -11,6 +11,12 @@ Error usage(const std::string& message) {
 }
 
 }  // namespace
+
+std::optional<std::string> ParsedArguments::value(std::string_view option) const {
+  const auto last =
+      std::find_if(options.rbegin(), options.rend(), [&](const auto& given) { return given.first == option; });
+  return last == options.rend() ? std::nullopt : std::optional(last->second);
+}
 
 Result<ParsedArguments> parseArguments(Arguments arguments, std::initializer_list<Option> known) {
   ParsedArguments result;
@@ -36,9 +42,9 @@ Result<ParsedArguments> parseArguments(Arguments arguments, std::initializer_lis
     }
     std::string value;
     if (option->takesValue) value = equals == std::string::npos ? arguments[++i] : argument.substr(equals + 1);
-    result.options.insert_or_assign(name, value);
+    result.options.emplace_back(name, std::move(value));
   }
   return result;
 }
 
-}  // namespace mirvel::ctl
+}  // namespace mirvel
