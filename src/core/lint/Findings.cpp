@@ -7,16 +7,16 @@ namespace mirvel::lint {
 
 namespace {
 
-/// Whether the byte is the first of a character.
+/// Whether the byte begins a UTF-8 character.
 bool isStart(char c) {
   return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
 }
 
-/// The text with its middle left out, if it is very long.
+/// A text over the limit, with its middle replaced by "...", cut at character boundaries.
 std::string shortened(std::string text) {
-  if (text.size() <= Findings::longestText) return text;
-  std::size_t front = Findings::longestText / 2;
-  std::size_t back = text.size() - Findings::longestText / 2;
+  if (text.size() <= Findings::maxTextSize) return text;
+  std::size_t front = Findings::maxTextSize / 2;
+  std::size_t back = text.size() - Findings::maxTextSize / 2;
   while (front > 0 && !isStart(text[front])) --front;
   while (back < text.size() && !isStart(text[back])) ++back;
   return text.substr(0, front) + "..." + text.substr(back);
@@ -24,7 +24,7 @@ std::string shortened(std::string text) {
 
 /// "and 3 more warnings"
 std::string restText(std::size_t count, Severity severity) {
-  const std::string what = severity == Severity::error ? "error" : "warning";
+  const std::string what = severity == Severity::Error ? "error" : "warning";
   return "and " + std::to_string(count) + " more " + what + (count == 1 ? "" : "s");
 }
 
@@ -37,7 +37,7 @@ std::string Finding::text() const {
                     .column = column,
                     .offset = offset,
                     .keyPath = keyPath};
-  return (severity == Severity::error ? "error: " : "warning: ") + place.text();
+  return (severity == Severity::Error ? "error: " : "warning: ") + place.text();
 }
 
 void Findings::add(Finding finding) {
@@ -60,20 +60,20 @@ void Findings::addAt(Severity severity, const std::string& keyPath, std::string 
 }
 
 void Findings::error(const std::string& keyPath, std::string message) {
-  addAt(Severity::error, keyPath, std::move(message), Part::Value);
+  addAt(Severity::Error, keyPath, std::move(message), Part::Value);
 }
 
 void Findings::warning(const std::string& keyPath, std::string message) {
-  addAt(Severity::warning, keyPath, std::move(message), Part::Value);
+  addAt(Severity::Warning, keyPath, std::move(message), Part::Value);
 }
 
 void Findings::keyWarning(const std::string& keyPath, std::string message) {
-  addAt(Severity::warning, keyPath, std::move(message), Part::Key);
+  addAt(Severity::Warning, keyPath, std::move(message), Part::Key);
 }
 
 void Findings::error(const Error& error) {
-  if (error.line == 0 && !error.offset) return addAt(Severity::error, error.keyPath, error.message, Part::Value);
-  add({.severity = Severity::error,
+  if (error.line == 0 && !error.offset) return addAt(Severity::Error, error.keyPath, error.message, Part::Value);
+  add({.severity = Severity::Error,
        .message = error.message,
        .line = error.line,
        .column = error.column,
@@ -85,7 +85,7 @@ std::vector<Finding> Findings::inOrder() && {
   std::stable_sort(m_findings.begin(), m_findings.end(), [](const Finding& a, const Finding& b) {
     return std::tie(a.line, a.column) < std::tie(b.line, b.column);
   });
-  for (const Severity severity : {Severity::error, Severity::warning}) {
+  for (const Severity severity : {Severity::Error, Severity::Warning}) {
     const std::size_t rest = m_unreported[index(severity)];
     if (rest != 0) m_findings.push_back({.severity = severity, .message = restText(rest, severity)});
   }
