@@ -15,6 +15,7 @@ std::string kindTitle(Kind kind, const KindNames& names, const Localize& localiz
     case Kind::localAgent:
       return localize.everyone();
     case Kind::localDaemon:
+      // The names of the user and of the folders aren't translated.
       return "root";
     case Kind::loginItemSystemPreferences:
       return joined(localize.loginItems(), names.preferences);

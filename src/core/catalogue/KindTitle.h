@@ -7,13 +7,13 @@
 
 namespace mirvel {
 
-/// The names in titles that only the machine can tell.
+/// The parts of titles that depend on the machine.
 struct KindNames {
-  std::string user;         ///< the user's name as people write it
-  std::string preferences;  ///< the application in which the user's login items are set
+  std::string user;         ///< the user's full name
+  std::string preferences;  ///< the name of the application that manages the user's login items
 };
 
-/// Under which a group of jobs of the kind is shown.
+/// The title of a group of jobs of the kind.
 std::string kindTitle(Kind kind, const KindNames& names, const Localize& localize);
 
 }  // namespace mirvel

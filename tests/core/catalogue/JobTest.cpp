@@ -31,7 +31,7 @@ TEST(JobTest, TheChecksumAloneIsTheIdentity) {
   }
 }
 
-TEST(JobTest, ACatalogueIsAnotherOnceAFileWasRenamedOrMoved) {
+TEST(JobTest, ARenamedOrMovedFileChangesTheCatalogue) {
   const auto list = [](Kind kind, const char* path) {
     return Jobs{std::make_shared<Job>(kind, "job", "", "sum", URL::file(path))};
   };
@@ -55,10 +55,10 @@ TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
 
   const Job address(Kind::loginItemSystemPreferences, "x", "", "sum", URL::address("LoginItem.x"));
   EXPECT_EQ(address.iconStoreName(), Data::hexString(*Data::sha256Digest("LoginItem.x")))
-      << "or all login items would share one icon";
+      << "otherwise all login items would share one icon";
 }
 
-TEST(JobTest, TheTextOfASortKeyFollowsAnEditedRecord) {
+TEST(JobTest, TheSortKeyFollowsAnEditedRecord) {
   const Collator collator("en");
   testdata::RecordingConsole console;
   const auto launchd =
