@@ -37,7 +37,7 @@ struct Context {
   bool isTerminal = false;  ///< of `out`: a person looks at it, and control characters would reach the terminal
   bool hasColour = false;   ///< of `out`
   const Localize& localize;
-  const lint::Surroundings& surroundings;
+  const lint::TargetMachine& targetMachine;
   const Machine& machine;
 };
 

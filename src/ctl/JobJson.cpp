@@ -64,7 +64,7 @@ Json jobObject(const jobfile::Plist& job) {
 }
 
 Json findingObject(const lint::Finding& finding) {
-  Json result{{"severity", finding.severity == lint::Severity::error ? "error" : "warning"},
+  Json result{{"severity", finding.severity == lint::Severity::Error ? "error" : "warning"},
               {"message", finding.message},
               {"line", finding.line},
               {"column", finding.column}};

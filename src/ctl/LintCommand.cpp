@@ -30,12 +30,12 @@ Verdict judge(const std::string& file, const Context& context) {
   if (bytes) {
     Verdict verdict{.file = file};
     if (file != "-") verdict.findings = mirvel::lint::checkPermissions(file, ::geteuid());
-    for (Finding& finding : mirvel::lint::lint(*bytes, context.surroundings)) {
+    for (Finding& finding : mirvel::lint::lint(*bytes, context.targetMachine)) {
       verdict.findings.push_back(std::move(finding));
     }
     return verdict;
   }
-  return {.file = file, .findings = {{.severity = Severity::error, .message = bytes.error().message}}};
+  return {.file = file, .findings = {{.severity = Severity::Error, .message = bytes.error().message}}};
 }
 
 void writeVerdict(const Verdict& verdict, const Context& context) {
@@ -44,7 +44,7 @@ void writeVerdict(const Verdict& verdict, const Context& context) {
   for (const Finding& finding : verdict.findings) {
     const std::string text = printable(finding.text());
     const std::size_t severityEnd = text.find(':');
-    const Colour colour = finding.severity == Severity::error ? Colour::Red : Colour::Yellow;
+    const Colour colour = finding.severity == Severity::Error ? Colour::Red : Colour::Yellow;
     context.out << name << ": " << coloured(text.substr(0, severityEnd), colour, context.hasColour)
                 << text.substr(severityEnd) << '\n';
   }

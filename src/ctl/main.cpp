@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
   const Environment environment = processEnvironment();
   const Localize localize;
-  const lint::Surroundings surroundings{.exists = mayExist, .homeFolder = valueOf(environment, "HOME")};
+  const lint::TargetMachine targetMachine{.exists = mayExist, .homeFolder = valueOf(environment, "HOME")};
   SystemProcessRunner runner(environment);
   const SystemClock clock;
   const ctl::Machine machine{.roots = Roots::forThisMachine(environment),
@@ -54,6 +54,6 @@ int main(int argc, char** argv) {
                               .isTerminal = isTerminal,
                               .hasColour = isTerminal && wantsColour(environment),
                               .localize = localize,
-                              .surroundings = surroundings,
+                              .targetMachine = targetMachine,
                               .machine = machine});
 }

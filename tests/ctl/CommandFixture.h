@@ -27,7 +27,7 @@ class CommandFixture : public testing::Test {
     std::ostringstream err;
     out.str({});
     const Localize localize("en");
-    const lint::Surroundings surroundings{.exists = [](const std::string&) { return true; }};
+    const lint::TargetMachine targetMachine{.exists = [](const std::string&) { return true; }};
     const Machine machine{.roots = roots(),
                           .environment = environment,
                           .runner = runner,
@@ -40,7 +40,7 @@ class CommandFixture : public testing::Test {
                                        .isTerminal = isTerminal,
                                        .hasColour = isTerminal,
                                        .localize = localize,
-                                       .surroundings = surroundings,
+                                       .targetMachine = targetMachine,
                                        .machine = machine});
     return {status, out.str(), err.str()};
   }

@@ -71,7 +71,7 @@ TEST_F(CommandsTest, LintTellsOfEachFileAndCountsSeveral) {
   EXPECT_EQ(both.status, Failed);
   EXPECT_EQ(both.err, "");
   EXPECT_THAT(both.out, StartsWith(good + ": ok\n" + bad + ": error: Label not found\n" + bad +
-                                   ": warning: line 2, column 1: there is nothing to run"));
+                                   ": warning: line 2, column 1: the job has nothing to run"));
   EXPECT_THAT(both.out, testing::EndsWith("2 files: 1 ok, 0 with warnings, 1 with errors\n"));
 }
 

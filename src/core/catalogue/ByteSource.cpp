@@ -29,11 +29,13 @@ Result<std::string> FileBytes::read(std::uint64_t offset, std::size_t count) {
   std::string bytes(count, '\0');
   for (std::size_t done = 0; done < count;) {
     const auto place = static_cast<off_t>(offset + done);
+    // pread leaves the file offset alone, and may return less than requested.
     const ssize_t got = ::pread(m_file.number(), bytes.data() + done, count - done, place);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return systemError(errno, "read", m_path);
     if (got == 0) {
-      return Error{.code = Error::Code::Io, .message = "it was cut short while it was read", .file = m_path};
+      return Error{
+          .code = Error::Code::Io, .message = "the file was truncated while it was being read", .file = m_path};
     }
     done += static_cast<std::size_t>(got);
   }

@@ -11,13 +11,14 @@
 
 namespace mirvel {
 
-/// Bytes that are read here and there, such as those of a large file of which little is needed.
+/// Random access to bytes, for large files of which only a little is needed.
 class ByteSource {
  public:
   virtual ~ByteSource() = default;
 
+  /// In bytes; constant for the lifetime of the source.
   virtual std::uint64_t size() const = 0;
-  /// Exactly `count` bytes from `offset` on. The caller asks for none beyond `size()`.
+  /// Reads exactly `count` bytes at `offset`. The range must be within `size()`.
   virtual Result<std::string> read(std::uint64_t offset, std::size_t count) = 0;
 
  protected:
@@ -26,7 +27,7 @@ class ByteSource {
   ByteSource& operator=(ByteSource&&) = default;
 };
 
-/// Bytes in memory, which the caller keeps.
+/// Bytes in memory, which must outlive this.
 class MemoryBytes : public ByteSource {
  public:
   explicit MemoryBytes(std::string_view bytes) : m_bytes(bytes) {}
@@ -38,13 +39,13 @@ class MemoryBytes : public ByteSource {
   std::string_view m_bytes;
 };
 
-/// A regular file.
+/// A regular file, kept open.
 class FileBytes : public ByteSource {
  public:
-  /// Anything but a regular file, or a link to one, is refused with `Malformed`, and nothing waits for its other end.
+  /// Follows links. Anything but a regular file is rejected with `Malformed`, without blocking on pipes or devices.
   static Result<FileBytes> open(const std::filesystem::path& path);
 
-  /// The size at the time of opening. Reading fails with `Io` if the file has become shorter since.
+  /// The size when the file was opened. `read` fails with `Io` if the file has been truncated since.
   std::uint64_t size() const override { return m_size; }
   Result<std::string> read(std::uint64_t offset, std::size_t count) override;
 

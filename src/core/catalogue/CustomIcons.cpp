@@ -13,10 +13,10 @@ fs::path iconFolder(const fs::path& applicationSupport) {
   return applicationSupport / "Icons";
 }
 
-/// The visible picture files of the store by their names without extension.
+/// The visible image files of the store, by their names without extension.
 std::unordered_map<std::string, fs::path> storedIcons(const fs::path& folder) {
   std::unordered_map<std::string, fs::path> icons;
-  std::error_code failure;  // a store that can't be listed is an empty one
+  std::error_code failure;  // a store that can't be listed counts as empty
   for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end; entry.increment(failure)) {
     const fs::path& path = entry->path();
     if (path.extension() == ".png" && !path.filename().native().starts_with('.')) icons.emplace(path.stem(), path);

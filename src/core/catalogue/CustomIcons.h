@@ -7,10 +7,11 @@
 
 namespace mirvel {
 
-/// Where the store below the application support folder has the picture of this name (see `Job::iconStoreName`).
+/// The file of a custom icon in the application support folder. `name` is that of `Job::iconStoreName`.
 std::filesystem::path customIconFile(const std::filesystem::path& applicationSupport, const std::string& name);
 
-/// Gives the jobs the icons that their user chose. Files that aren't such pictures are passed over.
+/// Sets the custom icons and their digests of all jobs. Files that aren't images are ignored, and so is a missing
+/// folder.
 void matchCustomIcons(const Jobs& jobs, const std::filesystem::path& applicationSupport, Workspace& workspace);
 
 }  // namespace mirvel

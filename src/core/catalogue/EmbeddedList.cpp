@@ -28,6 +28,7 @@ EmbeddedList::EmbeddedList(ProcessRunner& runner, std::string launchctl)
 std::string EmbeddedList::text(const std::filesystem::path& executable) const {
   if (!m_hasLaunchctl) return textInFile(executable);
   auto result = m_runner.run(m_launchctl, {"plist", "__TEXT,__info_plist", executable.string()});
+  // The exit status is ignored: HelperToolLines accepts any output.
   return result ? std::move(result->output) : std::string();
 }
 

@@ -7,15 +7,15 @@
 
 namespace mirvel {
 
-/// Reads the property lists that are embedded in executables: by `launchctl plist` of macOS, and on a machine without
-/// that tool from the file itself. To be used where the program may wait, that is, on the fetch queue.
+/// Reads the property lists that are embedded in executables: with `launchctl plist` on macOS, otherwise by parsing the
+/// file. Blocks, so it is used on the fetch queue only.
 class EmbeddedList {
  public:
-  /// Looks once whether there is such a tool at the path `launchctl`. The runner must outlive this.
+  /// Checks once whether `launchctl`, a path, is a program. The runner must outlive this.
   EmbeddedList(ProcessRunner& runner, std::string launchctl);
 
-  /// The list in the old text form (see `propertylist::oldStyleText`), for `HelperToolLines`. Empty if the file has
-  /// none or it can't be read, for whatever reason.
+  /// The list in the old-style text format (see `propertylist::oldStyleText`), for `HelperToolLines`. Empty if there is
+  /// none or on any error.
   std::string text(const std::filesystem::path& executable) const;
 
  private:

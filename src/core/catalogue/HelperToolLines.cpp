@@ -17,11 +17,11 @@ std::string_view withoutEnd(std::string_view text) {
 }
 
 struct Entry {
-  std::string_view key;    ///< with the quote before it
-  std::string_view value;  ///< with the quote and the semicolon behind it
+  std::string_view key;    ///< with the opening quote
+  std::string_view value;  ///< with the closing quote and the semicolon
 };
 
-/// A line such as `"key" = "value";`, and what stands between the first two of the signs in the middle.
+/// Parses a line such as `"key" = "value";`. A further separator ends the value.
 std::optional<Entry> entryOf(std::string_view line) {
   constexpr std::string_view sign = "\" = \"";
   const std::size_t at = line.find(sign);
@@ -32,7 +32,7 @@ std::optional<Entry> entryOf(std::string_view line) {
 
 class LineReader {
  public:
-  /// Takes the next line that isn't empty, without the blanks around it.
+  /// Processes the next line that isn't empty, trimmed.
   void take(std::string_view line) {
     const std::size_t index = m_count++;
     if (const auto entry = entryOf(line)) {
@@ -51,7 +51,7 @@ class LineReader {
  private:
   HelperToolLines m_lines;
   std::size_t m_count = 0;
-  std::size_t m_clientsIndex = 0;  // of the line to be taken as the client: the first one, until the entry is found
+  std::size_t m_clientsIndex = 0;  // index of the line with the first client; 0 until the entry is found
 };
 
 }  // namespace

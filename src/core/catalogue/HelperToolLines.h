@@ -5,15 +5,15 @@
 
 namespace mirvel {
 
-/// What is taken from the embedded property list of a privileged helper tool, in the form that `launchctl plist`
-/// prints. It is read line by line, and escapes within the quotes are kept as they stand.
+/// The values used from the embedded property list of a privileged helper tool, in the format printed by `launchctl
+/// plist`. Parsed line by line; escapes inside quotes are kept.
 struct HelperToolLines {
   std::string identifier;  ///< "CFBundleIdentifier"
-  /// The first of "SMAuthorizedClients". Without that entry it is the first line of the text, which as a rule is "{".
+  /// The first of "SMAuthorizedClients". Without that entry, the first line of the text, usually "{".
   std::string clients;
   std::string name;  ///< "CFBundleName"
 
-  /// What isn't there stays empty.
+  /// Never fails; missing values stay empty.
   static HelperToolLines read(std::string_view text);
 };
 

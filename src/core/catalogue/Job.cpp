@@ -10,10 +10,10 @@ namespace mirvel {
 
 namespace {
 
-/// Between the texts that are searched; no text that is typed holds it.
+/// Separates the searched texts, so that no match spans two of them. No typed text contains it.
 constexpr char boundary = '\0';
 
-/// memmem is many times as fast as `string_view::find` on texts of this size.
+/// `memmem` is many times faster than `string_view::find` for texts of this size.
 bool holds(std::string_view text, std::string_view part) {
   return ::memmem(text.data(), text.size(), part.data(), part.size()) != nullptr;
 }

@@ -20,11 +20,11 @@ namespace jobfile {
 class Plist;
 }
 
-/// The name that a custom icon's file has for the job at a URL; none if it can't be made.
+/// The name of the custom icon's file for the job at a URL, without extension; null if hashing fails.
 std::optional<std::string> iconStoreName(const URL& url);
 
-/// An entry of the catalogue, whatever its origin. Complete before it is published, and for the main thread from then
-/// on; jobs are shared by `std::shared_ptr`, and whoever only looks on holds a `std::weak_ptr`.
+/// An entry of the catalogue, of any kind. Fully initialised before it is published, and used on the main thread only
+/// from then on. Jobs are owned by `std::shared_ptr`; observers hold `std::weak_ptr`.
 class Job {
  public:
   Job(Kind theKind, std::string theName, std::string theSummary, std::string theChecksum, URL theURL);
@@ -32,71 +32,70 @@ class Job {
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
 
-  Kind kind;               ///< where the job belongs now
-  Kind originalKind;       ///< where its file is: another kind than `kind` while a move isn't saved
-  const std::string name;  ///< the label of a launchd job
+  Kind kind;               ///< the current kind
+  Kind originalKind;       ///< the kind of its file; differs from `kind` while a move isn't saved
+  const std::string name;  ///< of a launchd job, its label
   const std::string summary;
-  const std::string checksum;  ///< of the bytes that the job was read from, in base64: its identity
+  const std::string checksum;  ///< identifies the content, in base64
   URL url;
   std::optional<Image> icon;
-  std::optional<std::string> iconPath;          ///< what the icon was taken from
-  std::optional<Image> customIcon;              ///< given by the user
+  std::optional<std::string> iconPath;          ///< the file that the icon belongs to
+  std::optional<Image> customIcon;              ///< chosen by the user
   std::optional<std::string> customIconDigest;  ///< the name of its file in the store, without extension
-  SharedText textContent;                       ///< what a search looks through
-  bool isNewFile = false;                       ///< it has no file yet
+  SharedText textContent;                       ///< searched together with name and path
+  bool isNewFile = false;                       ///< has no file yet
   bool isEditable = true;
 
-  /// The texts by which jobs can be sorted.
+  /// The texts that jobs can be sorted by.
   enum class SortText { Name, Summary, Run };
 
-  /// Requests that the next scan replaces this job by a new reading of its file, even if the bytes are the same: its
-  /// record, its kind or its place aren't those of the file.
+  /// Makes the next scan read the file again and replace this job, even if the content is the same: the record, kind or
+  /// URL differ from those of the file.
   void readAgain() { m_isToBeReadAgain = true; }
   bool isToBeReadAgain() const { return m_isToBeReadAgain; }
 
-  /// Equal by their checksums. A job that is to be read again differs from what is read.
+  /// Compares checksums. A job that is to be read again differs from a newly read one.
   bool operator==(const Job& other) const {
     return checksum == other.checksum && m_isToBeReadAgain == other.m_isToBeReadAgain;
   }
 
-  /// What the job runs, as one text; empty if there is nothing.
+  /// The job's command as one text; empty if there is none.
   virtual std::string run() const { return {}; }
-  /// The record of a launchd job; null of all others.
+  /// The record of a launchd job; null for other kinds.
   virtual const jobfile::Plist* record() const { return nullptr; }
-  /// Switched off by its own record.
+  /// Whether the record disables the job.
   virtual bool isDisabled() const { return false; }
 
-  /// The icon to draw: the user's own, else the mark of a disabled job, else the normal one.
+  /// The icon to display: the custom icon, else the status image if the job is disabled, else `icon`.
   std::optional<Image> displayIcon(const Localize& localize) const;
-  /// Sets `customIconDigest` from the URL's path, if there is a custom icon. To be called after each change of `url`.
+  /// Updates `customIconDigest` if there is a custom icon. Must be called after each change of `url`.
   void updateCustomIconDigest();
   std::optional<std::string> iconStoreName() const { return mirvel::iconStoreName(url); }
 
-  /// Whether the text occurs in the text content, the name or the path; `folded` is `String::fold` of what is looked
-  /// for.
+  /// Whether the text content, the name or the path contains the text. `folded` must be the result of `String::fold`.
   bool contains(std::string_view folded) const;
-  /// The key of a text for sorting, made once, with the program's one collator.
+  /// The sort key of a text, cached. All calls must pass the same collator. The reference is valid until the next call.
   const std::string& sortKey(SortText text, const Collator& collator) const;
 
  private:
   const std::string& searchText() const;
 
   bool m_isToBeReadAgain = false;
-  mutable std::string m_searchText;  // made when first searched; each job is searched at every keystroke
+  mutable std::string m_searchText;  // cached on first use, since each keystroke in the search field searches all jobs
   mutable std::array<std::string, 3> m_sortKeys;
-  mutable std::string m_sortedRun;  // the text of the key: a record may be edited
+  mutable std::string m_sortedRun;  // the text that its key was made from, since records can be edited
 };
 
 using Jobs = std::vector<std::shared_ptr<Job>>;
 
-/// Whether both are the same in the catalogue: of the same content, at the same place, for the same kind.
+/// Whether both have the same content, URL and kind.
 bool isUnchanged(const Job& a, const Job& b);
-/// Equal in length and, one by one, unchanged.
+/// Whether both lists have the same length and pairwise unchanged jobs.
 bool areEqual(const Jobs& a, const Jobs& b);
 
-/// The mark of a job or column: enabled or disabled.
+/// The image for an enabled or disabled job, with a description for accessibility.
 Image statusImage(bool isEnabled, const Localize& localize);
-/// That of a job that is enabled and doesn't run all the same.
+/// The image for a job that is enabled but isn't run by any host.
 Image notRunImage(const Localize& localize);
 
 }  // namespace mirvel

@@ -9,6 +9,7 @@ namespace {
 
 SharedText textOf(std::string_view bytes, const std::shared_ptr<const propertylist::Document>& list) {
   if (!propertylist::isUtf8(bytes)) return {};
+  // Shares the text with the document where that kept it, instead of copying the file.
   if (const auto source = list->source()) return {list, *source};
   return std::string(bytes);
 }
@@ -20,7 +21,7 @@ std::optional<JobFile> JobFile::read(std::string_view bytes, const URL& url, Con
   if (checksum.empty()) return std::nullopt;
   auto document = propertylist::read(bytes);
   if (!document) {
-    tellOfBadFile(document.error(), url, console);
+    logInvalidFile(document.error(), url, console);
     return std::nullopt;
   }
   auto list = std::make_shared<const propertylist::Document>(*std::move(document));
@@ -33,7 +34,7 @@ std::string JobFile::checksumOf(std::string_view bytes) {
   return digest ? toBase64(*digest) : std::string();
 }
 
-void tellOfBadFile(const Error& error, const URL& url, Console& console) {
+void logInvalidFile(const Error& error, const URL& url, Console& console) {
   console.print("Error in: " + url.text() + '\n' + error.text());
 }
 

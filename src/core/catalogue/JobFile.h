@@ -12,19 +12,19 @@
 
 namespace mirvel {
 
-/// What is made of the bytes of a job file alone. Copies share it.
+/// The parsed contents of a job file. Copies share the data.
 struct JobFile {
-  SharedText text;                                     ///< the bytes, if they are text in UTF-8
+  SharedText text;                                     ///< the bytes if they are UTF-8, else empty
   std::string checksum;                                ///< base64 of the SHA-256 digest of the bytes
   std::shared_ptr<const propertylist::Document> list;  ///< never null
 
-  /// None if the bytes are no property list, which a line on the console tells, or have no digest. From any thread.
+  /// Null if the bytes aren't a property list, which is logged to the console, or if hashing fails. Thread-safe.
   static std::optional<JobFile> read(std::string_view bytes, const URL& url, Console& console);
-  /// The checksum of a file with these bytes; empty if it can't be made.
+  /// The checksum of these bytes; empty if hashing fails.
   static std::string checksumOf(std::string_view bytes);
 };
 
-/// What the console says of a file that is no job.
-void tellOfBadFile(const Error& error, const URL& url, Console& console);
+/// Logs why a file isn't a job.
+void logInvalidFile(const Error& error, const URL& url, Console& console);
 
 }  // namespace mirvel

@@ -28,7 +28,7 @@ JobFolder::Stamp stampOf(const struct stat& status) {
 }
 
 Error tooLarge(std::string path) {
-  return {.code = Error::Code::LimitExceeded, .message = "it is too large", .file = std::move(path)};
+  return {.code = Error::Code::LimitExceeded, .message = "the file is too large", .file = std::move(path)};
 }
 
 }  // namespace
@@ -40,7 +40,7 @@ std::optional<JobFolder> JobFolder::open(const std::filesystem::path& path) {
 }
 
 JobFolder::Entries JobFolder::entries() const {
-  // The stream closes what it is given, and its place in the folder is shared with nobody.
+  // The stream takes ownership of its descriptor and changes its offset, so it needs one of its own.
   FileDescriptor own(::openat(m_descriptor.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!own) return {};
   const std::unique_ptr<DIR, DirectoryCloser> directory(::fdopendir(own.number()));
@@ -78,7 +78,7 @@ Result<std::string> JobFolder::read(const std::string& name, const Stamp& stamp)
   if (stamp.size > largestFile) return tooLarge(m_prefix + name);
   const FileDescriptor file = openEntry(name, 0);
   if (!file) return systemError(errno, "read", m_prefix + name);
-  // One byte more than there should be: a read that isn't filled is the last one.
+  // One byte more than expected, so that a short read signals the end.
   std::string room(stamp.size + 1, '\0');
   const auto bytes = readAll(file, name, room);
   if (!bytes) return bytes.error();

@@ -14,44 +14,45 @@
 
 namespace mirvel {
 
-/// A folder with job files, held open: its entries are reached through it, and so stay those of one folder even while
-/// it is renamed or replaced. From any thread.
+/// An open folder with job files. Its entries are accessed relative to its descriptor, so they stay those of one folder
+/// even if it is renamed or replaced. Thread-safe.
 class JobFolder {
  public:
-  /// More than this is no job file, but an accident.
+  /// In bytes; larger files aren't job files.
   static constexpr std::size_t largestFile = std::size_t{16} << 20U;
 
-  /// What can be known of an entry without opening it. Of a link it is what its target says.
+  /// The metadata of an entry, or of a link's target.
   struct Stamp {
-    std::int64_t seconds = 0;  ///< when its content changed last, since 1970
+    std::int64_t seconds = 0;  ///< time of last modification, since 1970
     long nanoseconds = 0;
     std::uint64_t size = 0;
     bool isRegular = false;
   };
 
-  /// An entry as the listing tells it.
+  /// An entry as listed by readdir(3).
   struct Entry {
     std::string name;
-    bool isRegular = false;  ///< certainly a regular file; a link is none, and some file systems tell of nothing
+    bool isRegular = false;  ///< certainly a regular file; false for links, and on file systems that don't report types
   };
 
   using Entries = std::vector<Entry>;
 
-  /// None if there is no such folder or this user may not list it.
+  /// Null if the folder doesn't exist or can't be listed by this user.
   static std::optional<JobFolder> open(const std::filesystem::path& path);
 
   const std::filesystem::path& path() const { return m_path; }
   URL urlOf(const std::string& name) const { return URL::file(m_prefix + name); }
-  /// All entries, hidden ones too, in the order of their inodes, which is the quickest one to read them in. A folder
-  /// that vanishes meanwhile gives what was read.
+  /// All entries, including hidden ones, in the order of their inodes, which is the fastest order to read them in.
+  /// Empty on errors; if the folder is deleted meanwhile, the entries read so far.
   Entries entries() const;
-  /// None if it is gone, or a link that leads nowhere.
+  /// Null if it doesn't exist or is a dangling link.
   std::optional<Stamp> stamp(const std::string& name) const;
-  /// The bytes of a regular file. Anything else isn't opened: to open a pipe or a device can block, or do something.
+  /// Reads a regular file. Fails for anything else without opening it, since opening a pipe or device can block or have
+  /// side effects; with `LimitExceeded` beyond `largestFile`.
   Result<std::string> read(const std::string& name, const Stamp& stamp) const;
-  /// Likewise of an entry that was listed as a regular file, with fewer looks at the folder: if it has become something
-  /// else meanwhile, a link isn't followed, and a pipe not waited for. The bytes lie in `room`, until it is used again,
-  /// and their date is told if it is asked for.
+  /// The same for an entry that was listed as a regular file, with fewer system calls. If it has been replaced
+  /// meanwhile, links aren't followed and pipes don't block. The result refers to `room`, a buffer that is reused;
+  /// `stamp` receives the metadata unless it is null.
   Result<std::string_view> readListed(const std::string& name, std::string& room, Stamp* stamp) const;
 
  private:
@@ -62,11 +63,11 @@ class JobFolder {
   Result<std::string_view> readAll(const FileDescriptor& file, const std::string& name, std::string& room) const;
 
   std::filesystem::path m_path;
-  std::string m_prefix;  // with a slash at its end
+  std::string m_prefix;  // with a trailing slash
   FileDescriptor m_descriptor;
 };
 
-/// What the log says of a job file that can't be read.
+/// The log line for a job file that can't be read.
 std::string unreadableJobLine(const std::string& path);
 
 }  // namespace mirvel

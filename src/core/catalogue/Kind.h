@@ -9,10 +9,10 @@
 
 namespace mirvel {
 
-/// Where a job lives and who it runs for.
+/// The kind of a job: where its file is and who it runs for.
 class Kind {
  public:
-  /// In the order of the catalogue and of every view that groups by kind.
+  /// In the order of the catalogue and of all views that group by kind.
   enum Case : int {
     userAgent = 0,
     localAgent = 1,
@@ -25,19 +25,19 @@ class Kind {
     systemStartupItem = 8,
     privilegedHelperTool = 9,
   };
-  /// Which sheet tells of a job of the kind.
+  /// The information sheet for jobs of the kind.
   enum class InfoName { launchd, loginItem, startupItem, privilegedHelperTool };
   struct Section;  // in KindSection.h
 
   static const std::array<Kind, 10> allCases;
-  /// Those shown while system jobs aren't.
+  /// The kinds that are shown even if system jobs are hidden.
   static const std::array<Kind, 7> visibleKinds;
-  /// Those with a folder, in the order in which folder monitors are made.
+  /// The kinds that have a folder, in the order in which folder monitors are created.
   static const std::array<Kind, 8> monitoredKinds;
 
-  // Implicit, so that a case can stand for its kind.
+  // Implicit, so that a case can be used as a kind.
   constexpr Kind(Case value) : m_case(value) {}
-  /// None outside of 0 to 9.
+  /// Null unless `value` is 0 to 9.
   static std::optional<Kind> fromRawValue(int value);
 
   constexpr operator Case() const { return m_case; }
@@ -45,24 +45,24 @@ class Kind {
   /// The name of the case, such as "userAgent".
   std::string_view name() const;
 
-  /// A job file of launchd.
+  /// Whether jobs are launchd job files.
   constexpr bool isLaunchd() const { return m_case <= localDaemon || m_case == systemAgent || m_case == systemDaemon; }
   constexpr bool isStartupItem() const { return m_case == localStartupItem || m_case == systemStartupItem; }
   constexpr bool isLoginItem() const { return m_case == loginItemSystemPreferences || m_case == loginItemApplication; }
-  /// Run by launchd as root, or as the user that the job names.
+  /// Whether launchd runs the jobs as root, or as the user that the job names.
   constexpr bool isDaemon() const { return m_case == localDaemon || m_case == systemDaemon; }
-  /// Run by launchd in the session of a user.
+  /// Whether launchd runs the jobs in a user's session.
   constexpr bool isAgent() const { return isLaunchd() && !isDaemon(); }
-  /// An agent whose file is root's, loaded in the session of each user.
+  /// Whether the jobs are agents whose files belong to root, loaded in the session of each user.
   constexpr bool isAgentOfEveryone() const { return isAgent() && m_case != userAgent; }
-  /// Hidden while system jobs aren't shown.
+  /// Whether the jobs are hidden unless system jobs are shown.
   constexpr bool isSystem() const { return m_case >= systemAgent && m_case <= systemStartupItem; }
-  /// Whether jobs of the kind may be changed; `editSystemJobs` is what the user set for those of the system.
+  /// Whether jobs of the kind can be edited. `editSystemJobs` is the user's setting for system jobs.
   constexpr bool isEditable(bool editSystemJobs) const {
     return m_case <= localDaemon || (editSystemJobs && (m_case == systemAgent || m_case == systemDaemon));
   }
 
-  /// The folder with the jobs of the kind; none for login items.
+  /// The folder of the jobs; null for login items.
   std::optional<std::filesystem::path> folderURL(const Roots& roots) const;
   InfoName infoName() const;
 

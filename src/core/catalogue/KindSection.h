@@ -6,7 +6,7 @@
 
 namespace mirvel {
 
-/// One group of the catalogue: jobs of one kind.
+/// A group of the catalogue: jobs of one kind.
 struct Kind::Section {
   Kind kind;
   Jobs jobs;
@@ -14,8 +14,8 @@ struct Kind::Section {
 
 using Sections = std::vector<Kind::Section>;
 
-/// The groups of jobs in the order of the kinds, each in the order of the jobs. A kind without jobs has no group, nor
-/// has one of the system's while system jobs aren't shown.
+/// Groups jobs by kind, in the order of the kinds, keeping the order of jobs within a group. Omits empty groups, and
+/// groups of the system unless `showSystemJobs` is set.
 Sections makeSections(const Jobs& jobs, bool showSystemJobs);
 
 }  // namespace mirvel

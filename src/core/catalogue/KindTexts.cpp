@@ -81,6 +81,7 @@ std::string KindTexts::preferencesName() {
   const auto path = m_workspace.fullPathForApplication(application);
   if (!path) return application;
   std::string name = m_workspace.displayName(*path);
+  // Depending on its settings, the Finder displays extensions.
   if (name.ends_with(".app")) name.resize(name.size() - 4);
   return name;
 }

@@ -14,26 +14,28 @@ namespace mirvel {
 
 /// The parts of titles that depend on the machine.
 struct KindNames {
-  std::string user;         ///< the user's name as people write it
-  std::string preferences;  ///< the application in which the user's login items are set
+  std::string user;         ///< the user's full name
+  std::string preferences;  ///< the name of the application that manages the user's login items
 };
 
-/// The title of a group of jobs of that kind.
+/// The title of a group of jobs of the kind.
 std::string kindTitle(Kind kind, const KindNames& names, const Localize& localize);
 
-/// The titles and pictures of the kinds. For the main thread.
+/// The titles and icons of the kinds. Main thread only.
 class KindTexts {
  public:
-  /// All outlive it. The desktop is asked when a text is first needed.
+  /// All arguments must outlive it. Queries the workspace on first use, not here.
   KindTexts(const Localize& localize, const Defaults& defaults, Workspace& workspace)
       : m_localize(localize), m_defaults(defaults), m_workspace(workspace) {}
 
-  /// The title of a group of jobs of that kind.
+  /// The title of a group of jobs of the kind, cached.
   std::string title(Kind kind);
-  /// Made on first use and then kept: a lock that shows whether system jobs may be edited changes with the next start.
+  /// The icon of a group. Cached on first use: the lock of system jobs follows the setting for editing them only after
+  /// a restart.
   const Image& icon(Kind kind);
 
  private:
+  /// Queries the workspace once.
   const KindNames& names();
   Image makeIcon(Kind kind);
   std::string preferencesName();

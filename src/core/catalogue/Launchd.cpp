@@ -9,7 +9,7 @@ namespace mirvel {
 
 namespace {
 
-/// Whether a file name has something behind its last dot and before it.
+/// Whether a file name has an extension that isn't empty. A leading dot doesn't count.
 bool hasExtension(std::string_view name) {
   const auto dot = name.rfind('.');
   return dot != std::string_view::npos && dot != 0 && dot + 1 < name.size();
@@ -30,10 +30,10 @@ std::shared_ptr<Launchd> Launchd::read(std::string_view data, URL url, Kind kind
 
 std::shared_ptr<Launchd> Launchd::read(JobFile file, URL url, Kind kind, const ScanSettings& settings,
                                        Console& console) {
-  // Not make_unique, which would fill it with zeros first.
+  // Unlike make_unique, doesn't zero the memory first.
   auto record = std::make_unique_for_overwrite<Plist>();
   if (const auto result = Plist::decodeTolerantly(file.list->root(), *record); !result) {
-    tellOfBadFile(result.error(), url, console);
+    logInvalidFile(result.error(), url, console);
     return nullptr;
   }
   const bool isInternal = record->name.starts_with(Const::excludePrefix);
@@ -71,7 +71,7 @@ std::string launchdSummary(const jobfile::Plist& plist, const std::filesystem::p
 std::optional<std::string> launchdIconPath(const std::optional<std::string>& tool, const ScanSettings& settings) {
   if (!tool || !tool->starts_with('/')) return std::nullopt;
   if (tool->find('.') == std::string::npos) return *tool == settings.osascript ? settings.scriptEditor : tool;
-  // Upwards from the tool to the first component with an extension.
+  // Ascends from the tool to the first component with an extension.
   for (std::string_view path = *tool; !path.empty(); path = path.substr(0, path.rfind('/'))) {
     while (path.ends_with('/')) path.remove_suffix(1);
     if (hasExtension(String::lastPathComponent(path))) return std::string(path);

@@ -13,31 +13,31 @@
 
 namespace mirvel {
 
-/// A job of launchd: one property list, and what the catalogue needs of it.
+/// A launchd job: its property list, and the derived data for the catalogue.
 class Launchd final : public Job {
  public:
   using Plist = jobfile::Plist;
 
-  /// The job that a file's bytes stand for. Null if they aren't a job file, which a line on the console tells, or if it
-  /// is an internal helper that isn't to be shown. A value that doesn't fit its key hides no job; see
-  /// `Plist::decodeTolerantly`. From any thread.
+  /// Decodes a job file. Null if it isn't one, which is logged to the console, or if it is an internal helper and those
+  /// aren't shown. A value of the wrong type doesn't hide the job; see `Plist::decodeTolerantly`. Thread-safe.
   static std::shared_ptr<Launchd> read(std::string_view data, URL url, Kind kind, const ScanSettings& settings,
                                        Console& console);
   static std::shared_ptr<Launchd> read(JobFile file, URL url, Kind kind, const ScanSettings& settings,
                                        Console& console);
 
-  /// The live record: whoever edits the job changes it in place.
+  /// The live record, which edits change in place.
   Plist& plist() { return *m_plist; }
   const Plist& plist() const { return *m_plist; }
 
+  /// The command as one text; see core/jobfile/RunString.h.
   std::string run() const override { return m_plist->run; }
   const Plist* record() const override { return m_plist.get(); }
   bool isDisabled() const override { return m_plist->disabled.value_or(false); }
 
-  /// The bytes for the job file, in XML: what was edited as the record has it, and everything else as it was read. None
-  /// if a value has no form in XML.
+  /// The job file as XML: edited keys as in the record, everything else as it was read. Null if a value can't be
+  /// written as XML.
   std::optional<std::string> plistData() const;
-  /// What a reader makes of these bytes.
+  /// The result of reading `plistData()`.
   std::optional<propertylist::Dictionary> plistDictionary() const;
 
  private:
@@ -52,9 +52,11 @@ class Launchd final : public Job {
   std::unique_ptr<Plist> m_plist;  // never null
 };
 
-/// The second line of a job's display: its command with the tool's path cut short, and the home folder as "~".
+/// The subtitle of a job: its command without the folder of the tool, with the home folder as "~".
 std::string launchdSummary(const jobfile::Plist& plist, const std::filesystem::path& home);
-/// Whose icon a job with a tool at this path has: the tool's, or that of the bundle around it.
+/// The path whose icon a job with this tool displays. If the path contains no dot, the tool itself, or the script
+/// editor for osascript; else the innermost component with an extension, such as the bundle around the tool. Null if
+/// there is none, and for a path that isn't absolute.
 std::optional<std::string> launchdIconPath(const std::optional<std::string>& tool, const ScanSettings& settings);
 
 }  // namespace mirvel

@@ -28,6 +28,7 @@ std::shared_ptr<LoginItem> LoginItem::make(const LoginItems::Listed& item) {
   const std::string& path = *item.path;
   std::shared_ptr<LoginItem> job(new LoginItem(
       Kind::loginItemSystemPreferences, *item.name, std::string(String::lastPathComponent(path)),
+      // Not a digest: the checksum only has to change with the contents.
       toBase64(*item.name + path),
       item.file.empty() ? URL::address("LoginItem.SystemPreferences." + *item.name) : URL::file(item.file)));
   job->path = path;
@@ -60,6 +61,7 @@ std::shared_ptr<LoginItem> LoginItem::make(const LoginItems::Bundled& item) {
 }
 
 void LoginItem::openAccountsPreferences(Workspace& workspace, const Roots& roots) {
+  // Only Linux has a folder of entries; macOS has a preference pane.
   const bool isFolder = !roots.ownAutostart.empty();
   workspace.open(
       URL::file(isFolder ? roots.ownAutostart : roots.systemLibrary / "PreferencePanes" / "Accounts.prefPane"));

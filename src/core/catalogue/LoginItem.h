@@ -10,26 +10,29 @@
 
 namespace mirvel {
 
-/// Something that starts when the user logs in and is no job file of launchd.
+/// An item that starts at login and isn't a launchd job.
 class LoginItem final : public Job {
  public:
-  /// Of the user's own list, with what the platform calls the item.
+  /// In the user's own list.
   struct SystemPreferences {
     std::string kind;
   };
-  /// Of an application.
+  /// Installed by an application.
   struct Application {};
   using Subtype = std::variant<SystemPreferences, Application>;
 
-  /// Both may wait for the platform: for the fetch queue.
+  /// Read the items from the platform. Items without name or path are skipped, and Mirvel's own unless
+  /// `showInternalHelpers` is set. May block; used on the fetch queue.
   static Jobs systemPreferencesItems(LoginItems& items, bool showInternalHelpers);
   static Jobs applicationItems(LoginItems& items, bool showInternalHelpers);
 
-  /// Opens the settings where the user's own list stands; where the platform has none, its folder.
+  /// Opens the system settings for the user's own list, or its folder if the platform has none.
   static void openAccountsPreferences(Workspace& workspace, const Roots& roots);
 
+  /// The path is all that is known of the command.
   std::string run() const override { return path; }
 
+  /// The program for items of the user's list, the item itself for those of applications.
   std::string path;
   Subtype subtype = Application{};
 

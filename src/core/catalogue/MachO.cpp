@@ -12,7 +12,7 @@ namespace mirvel {
 
 namespace {
 
-/// Carries an error to the border of this file.
+/// Carries an error to the public functions of this file.
 struct Failure {
   Error error;
 };
@@ -21,10 +21,10 @@ struct Failure {
   throw Failure{{.code = code, .message = std::move(message), .offset = offset}};
 }
 
-/// A stretch of the source, as if it were a file of its own.
-class Window {
+/// A range of the source, read as if it were a file of its own.
+class ByteRange {
  public:
-  explicit Window(ByteSource& source) : m_source(&source), m_size(source.size()) {}
+  explicit ByteRange(ByteSource& source) : m_source(&source), m_size(source.size()) {}
 
   std::string bytes(std::uint64_t offset, std::size_t count) const {
     check(offset, count);
@@ -33,9 +33,9 @@ class Window {
     return *std::move(bytes);
   }
 
-  Window part(std::uint64_t offset, std::uint64_t size) const {
+  ByteRange part(std::uint64_t offset, std::uint64_t size) const {
     check(offset, size);
-    Window part = *this;
+    ByteRange part = *this;
     part.m_start += offset;
     part.m_size = size;
     return part;
@@ -43,7 +43,7 @@ class Window {
 
  private:
   void check(std::uint64_t offset, std::uint64_t size) const {
-    if (offset > m_size || size > m_size - offset) fail(Error::Code::Malformed, "the file is cut short", m_start);
+    if (offset > m_size || size > m_size - offset) fail(Error::Code::Malformed, "the file is truncated", m_start);
   }
 
   ByteSource* m_source;
@@ -53,7 +53,7 @@ class Window {
 
 enum class ByteOrder { Little, Big };
 
-/// The fields of a structure, by their offsets in it, which the caller keeps within its size.
+/// The fields of a structure by their offsets, which the caller must keep within its size.
 class Fields {
  public:
   Fields(std::string_view bytes, ByteOrder order) : m_bytes(bytes), m_order(order) {}
@@ -62,7 +62,7 @@ class Fields {
   std::uint32_t word(std::size_t offset) const { return static_cast<std::uint32_t>(number(offset, 4)); }
   std::uint64_t longWord(std::size_t offset) const { return number(offset, 8); }
   Fields part(std::size_t offset, std::size_t size) const { return {m_bytes.substr(offset, size), m_order}; }
-  /// A name of up to 16 bytes, filled up with nulls.
+  /// A name of up to 16 bytes, padded with nulls.
   std::string_view name(std::size_t offset) const {
     const std::string_view field = m_bytes.substr(offset, 16);
     return field.substr(0, field.find('\0'));
@@ -83,11 +83,11 @@ class Fields {
   ByteOrder m_order;
 };
 
-/// What differs between files of 32 and of 64 bits: sizes, and offsets of the fields that are read.
+/// The differences between 32-bit and 64-bit files: sizes, and offsets of the fields that are read.
 struct Layout {
-  std::uint32_t segmentCommand;  ///< the number of the load command
+  std::uint32_t segmentCommand;  ///< its number as a load command
   std::size_t headerSize;
-  std::size_t segmentSize;  ///< without the sections behind it
+  std::size_t segmentSize;  ///< without the sections that follow
   std::size_t sectionCount;
   std::size_t sectionSize;
   std::size_t contentSize;
@@ -111,13 +111,13 @@ constexpr Layout wide{.segmentCommand = 0x19,
                       .contentOffset = 48,
                       .isWide = true};
 
-struct Kind {
+struct FileType {
   Layout layout;
   ByteOrder order;
 };
 
-/// The kind that the first word tells, read as a big-endian number.
-Kind kindOf(std::uint32_t magic) {
+/// The file type by the first word, read as a big-endian number.
+FileType fileTypeOf(std::uint32_t magic) {
   switch (magic) {
     case 0xfeedface:
       return {narrow, ByteOrder::Big};
@@ -128,51 +128,51 @@ Kind kindOf(std::uint32_t magic) {
     case 0xcffaedfe:
       return {wide, ByteOrder::Little};
     default:
-      fail(Error::Code::Malformed, "this is no Mach-O file", 0);
+      fail(Error::Code::Malformed, "not a Mach-O file", 0);
   }
 }
 
-std::uint32_t magicOf(const Window& file) {
+std::uint32_t magicOf(const ByteRange& file) {
   return Fields(file.bytes(0, 4), ByteOrder::Big).word(0);
 }
 
-/// Where in its slice a section's bytes lie.
-struct Content {
+/// A range of bytes: a section within its slice, or a slice within its file.
+struct Extent {
   std::uint64_t offset;
   std::uint64_t size;
 };
 
-std::optional<Content> findInSegment(const Fields& segment, const Layout& layout) {
-  if (segment.size() < layout.segmentSize) fail(Error::Code::Malformed, "a segment is cut short");
+std::optional<Extent> findInSegment(const Fields& segment, const Layout& layout) {
+  if (segment.size() < layout.segmentSize) fail(Error::Code::Malformed, "a segment is truncated");
   const std::uint32_t count = segment.word(layout.sectionCount);
   if (count > (segment.size() - layout.segmentSize) / layout.sectionSize) {
-    fail(Error::Code::Malformed, "a segment tells of more sections than it holds");
+    fail(Error::Code::Malformed, "a segment declares more sections than it contains");
   }
   for (std::size_t i = 0; i < count; ++i) {
     const Fields section = segment.part(layout.segmentSize + i * layout.sectionSize, layout.sectionSize);
     if (section.name(0) != "__info_plist" || section.name(16) != "__TEXT") continue;
-    return Content{.offset = section.word(layout.contentOffset),
-                   .size = layout.isWide ? section.longWord(layout.contentSize) : section.word(layout.contentSize)};
+    return Extent{.offset = section.word(layout.contentOffset),
+                  .size = layout.isWide ? section.longWord(layout.contentSize) : section.word(layout.contentSize)};
   }
   return std::nullopt;
 }
 
-std::optional<Content> findContent(const Fields& commands, std::uint32_t count, const Layout& layout) {
+std::optional<Extent> findExtent(const Fields& commands, std::uint32_t count, const Layout& layout) {
   std::size_t at = 0;
   for (std::uint32_t i = 0; i < count; ++i) {
-    if (commands.size() - at < 8) fail(Error::Code::Malformed, "the load commands are cut short");
+    if (commands.size() - at < 8) fail(Error::Code::Malformed, "the load commands are truncated");
     const std::uint32_t size = commands.word(at + 4);
-    if (size < 8 || size > commands.size() - at) fail(Error::Code::Malformed, "a load command has an impossible size");
+    if (size < 8 || size > commands.size() - at) fail(Error::Code::Malformed, "a load command has an invalid size");
     if (commands.word(at) == layout.segmentCommand) {
-      if (const auto content = findInSegment(commands.part(at, size), layout)) return content;
+      if (const auto extent = findInSegment(commands.part(at, size), layout)) return extent;
     }
     at += size;
   }
   return std::nullopt;
 }
 
-std::string sectionOf(const Window& slice) {
-  const auto [layout, order] = kindOf(magicOf(slice));
+std::string sectionOf(const ByteRange& slice) {
+  const auto [layout, order] = fileTypeOf(magicOf(slice));
   const std::string headerBytes = slice.bytes(0, layout.headerSize);
   const Fields header(headerBytes, order);
   const std::uint32_t count = header.word(16), size = header.word(20);
@@ -180,36 +180,37 @@ std::string sectionOf(const Window& slice) {
     fail(Error::Code::LimitExceeded, "the file has too many load commands");
   }
   const std::string commands = slice.bytes(layout.headerSize, size);
-  const auto content = findContent({commands, order}, count, layout);
-  if (!content) fail(Error::Code::NotFound, "the file has no embedded property list");
-  if (content->size > MachOLimits::sectionBytes) {
+  const auto extent = findExtent({commands, order}, count, layout);
+  if (!extent) fail(Error::Code::NotFound, "the file has no embedded property list");
+  if (extent->size > MachOLimits::sectionBytes) {
     fail(Error::Code::LimitExceeded, "the embedded property list is too large");
   }
-  return slice.bytes(content->offset, static_cast<std::size_t>(content->size));
+  return slice.bytes(extent->offset, static_cast<std::size_t>(extent->size));
 }
 
 constexpr std::uint32_t fatMagic = 0xcafebabe;
 constexpr std::uint32_t fatMagicWide = 0xcafebabf;
 
-/// The places of the slices in a file for several processors, whose own header is always big-endian.
-std::vector<Content> slicesOf(const Window& file, bool isWide) {
+/// The slices of a universal file, whose header is always big-endian.
+std::vector<Extent> slicesOf(const ByteRange& file, bool isWide) {
   const std::uint32_t count = Fields(file.bytes(4, 4), ByteOrder::Big).word(0);
   if (count > MachOLimits::slices) fail(Error::Code::LimitExceeded, "the file has too many slices");
   const std::size_t entrySize = isWide ? 32 : 20;
   const std::string bytes = file.bytes(8, count * entrySize);
-  std::vector<Content> slices;
+  std::vector<Extent> slices;
   for (std::size_t i = 0; i < count; ++i) {
     const Fields entry = Fields(bytes, ByteOrder::Big).part(i * entrySize, entrySize);
-    slices.push_back(isWide ? Content{.offset = entry.longWord(8), .size = entry.longWord(16)}
-                            : Content{.offset = entry.word(8), .size = entry.word(12)});
+    slices.push_back(isWide ? Extent{.offset = entry.longWord(8), .size = entry.longWord(16)}
+                            : Extent{.offset = entry.word(8), .size = entry.word(12)});
   }
   return slices;
 }
 
-/// A slice that is of no use doesn't stand in the way of a later one. If none serves, the first one's error is told.
-std::string sectionOfFirst(const std::vector<Content>& slices, const Window& file) {
+/// Tries the slices in their order; an unusable one doesn't prevent using a later one. If all fail, reports the error
+/// of the first.
+std::string sectionOfFirst(const std::vector<Extent>& slices, const ByteRange& file) {
   std::optional<Failure> first;
-  for (const Content& slice : slices) {
+  for (const Extent& slice : slices) {
     try {
       return sectionOf(file.part(slice.offset, slice.size));
     } catch (Failure& failure) {
@@ -224,7 +225,7 @@ std::string sectionOfFirst(const std::vector<Content>& slices, const Window& fil
 
 Result<std::string> infoPlistSection(ByteSource& source) {
   try {
-    const Window file(source);
+    const ByteRange file(source);
     const std::uint32_t magic = magicOf(file);
     const bool isFat = magic == fatMagic || magic == fatMagicWide;
     return isFat ? sectionOfFirst(slicesOf(file, magic == fatMagicWide), file) : sectionOf(file);

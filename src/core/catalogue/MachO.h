@@ -11,7 +11,7 @@ namespace mirvel {
 
 class ByteSource;
 
-/// Bounds beyond which a file is refused with `LimitExceeded`.
+/// Limits beyond which a file is rejected with `LimitExceeded`.
 struct MachOLimits {
   static constexpr std::uint32_t slices = 64;
   static constexpr std::uint32_t commands = 4096;
@@ -19,14 +19,15 @@ struct MachOLimits {
   static constexpr std::uint64_t sectionBytes = std::uint64_t{1} << 20U;
 };
 
-/// The bytes of the section `__info_plist` of the segment `__TEXT`: the property list that the linker has embedded in
-/// an executable. Of a file for several processors the first slice that has the section serves.
+/// Reads the section `__info_plist` of the segment `__TEXT`: the property list that the linker embedded in an
+/// executable. Accepts 32-bit and 64-bit files of either byte order, and universal files, of which the first slice with
+/// the section counts; unusable slices before it are skipped.
 ///
-/// `Malformed`: this is no Mach-O file, or it points outside itself. `NotFound`: it has no such section. The layout is
-/// that of <mach-o/loader.h> and <mach-o/fat.h> of macOS.
+/// Errors: `Malformed` if it isn't a Mach-O file or an offset points outside of it, `NotFound` without the section,
+/// `LimitExceeded`. The format is defined in <mach-o/loader.h> and <mach-o/fat.h> of macOS.
 Result<std::string> infoPlistSection(ByteSource& source);
 
-/// The same of a file, of which no more is read than is needed. Only regular files are opened.
+/// The same for a file. Reads only the parts that it needs. Rejects anything but regular files.
 Result<std::string> infoPlistSection(const std::filesystem::path& executable);
 
 }  // namespace mirvel

@@ -12,6 +12,7 @@ std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url,
   const std::string fileName = url.lastPathComponent();
   if (fileName.starts_with(Const::excludePrefix) && !showInternalHelpers) return nullptr;
   HelperToolLines lines = HelperToolLines::read(embeddedList.text(url.path()));
+  // Our own tools are recognised by their file name above and not by this name, so that no other tool can hide itself.
   const std::string name = lines.name.empty() ? fileName : lines.name;
   const std::string path = url.text();
   if (name.empty() || path.empty()) return nullptr;

@@ -8,19 +8,20 @@
 
 namespace mirvel {
 
-/// A small executable that an application installed to run as root. What there is to know of it stands in a property
-/// list inside of it. Shown, and not edited.
+/// An executable that an application installed to run as root, described by a property list embedded in it. Read-only
+/// in the program.
 class PrivilegedHelperTool final : public Job {
  public:
-  /// Of the executable; null if it is one of this program's own and those aren't shown. A file of another sort gives a
-  /// tool without identifier and clients. May run a process and wait for it; from any thread.
+  /// Reads an executable. Null if it is one of Mirvel's own helpers and those aren't shown. A file without an embedded
+  /// list yields a tool with its file name, and without identifier and clients. May run a process and wait for it.
+  /// Thread-safe.
   static std::shared_ptr<PrivilegedHelperTool> read(const URL& url, Kind kind, const EmbeddedList& embeddedList,
                                                     bool showInternalHelpers);
 
   std::string run() const override { return url.text(); }
 
-  std::string identifier;  ///< of its bundle
-  std::string clients;     ///< the first client that it serves
+  std::string identifier;  ///< bundle identifier
+  std::string clients;     ///< the code requirement of its first client
 
  private:
   using Job::Job;

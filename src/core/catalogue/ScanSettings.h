@@ -7,12 +7,12 @@
 
 namespace mirvel {
 
-/// What the readers of jobs know of the program's settings: a copy that is taken on the main thread, so that a scan
-/// shares nothing that changes.
+/// A snapshot of the settings that reading jobs depends on. Taken on the main thread, so that a scan shares no mutable
+/// state.
 struct ScanSettings {
   Roots roots;
   std::string osascript;                    ///< path of the tool
-  std::optional<std::string> scriptEditor;  ///< path of the application for its scripts, where there is one
+  std::optional<std::string> scriptEditor;  ///< path of the application that edits AppleScripts, if it exists
   bool showSystemJobs = false;
   bool showInternalHelpers = false;
   bool editSystemJobs = false;

@@ -24,7 +24,7 @@ std::optional<std::string> readFileIn(const JobFolder& folder, const std::string
   return bytes ? std::optional(*std::move(bytes)) : std::nullopt;
 }
 
-/// The first entry of an array of strings; none if there is none, or an entry of another type.
+/// The first element of an array of strings; null if it is empty or has an element of another type.
 std::optional<std::string> firstString(const propertylist::Array& entries) {
   const auto isText = [](const propertylist::Value& entry) { return entry.as<std::string>() != nullptr; };
   if (entries.empty() || !std::all_of(entries.begin(), entries.end(), isText)) return std::nullopt;

@@ -7,11 +7,12 @@
 
 namespace mirvel {
 
-/// The old form of a job that runs when the machine starts: a folder with a parameter file and a script of the folder's
-/// own name. Shown, and not edited.
+/// A startup item, the predecessor of launchd jobs: a folder with a parameter file, and a script that has the name of
+/// the folder. Read-only in the program.
 class StartupItem final : public Job {
  public:
-  /// Of the item's folder; null if it is none. From any thread.
+  /// Reads an item's folder. Null unless it contains a `StartupParameter.plist` with a description and at least one
+  /// service that it provides, and a script in UTF-8. Thread-safe.
   static std::shared_ptr<StartupItem> read(const URL& url, Kind kind);
 
   std::string run() const override { return path; }

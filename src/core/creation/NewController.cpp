@@ -158,7 +158,7 @@ bool NewController::save() {
 }
 
 std::string newJobSentence(Kind kind, const jobfile::Plist& plist, const Localize& localize, std::string_view home) {
-  std::vector<std::string> times = explain::laterOccasions(plist, localize, explain::TimeForm::ofTheLocale);
+  std::vector<std::string> times = explain::laterOccasions(plist, localize, explain::TimeForm::OfTheLocale);
   for (std::string& time : times) time = String::shortenHomeFolder(String::firstLowercased(time), home);
   if (plist.runAtLoad == true) {
     const auto words = localize.lowercase();

@@ -16,17 +16,17 @@ struct Run {
   local_days day;
 };
 
-/// The next runs and the day that it is now.
-struct Outlook {
+/// The next runs and the current day, both in the user's time zone.
+struct UpcomingRuns {
   local_days today;
   std::vector<Run> runs = {};
 };
 
-/// What starts a job by its schedule.
+/// The calendar and the interval of a job.
 struct Starts {
   std::vector<CalendarRule> rules = {};
-  std::optional<seconds> interval = {};  ///< counted from now; positive
-  std::size_t count = 2;                 ///< of the runs that are wanted
+  std::optional<seconds> interval = {};  ///< from now on; positive
+  std::size_t count = 2;                 ///< maximum number of runs to find
 };
 
 std::vector<CalendarRule> rulesOf(const jobfile::StartCalendarInterval& calendar) {
@@ -35,17 +35,17 @@ std::vector<CalendarRule> rulesOf(const jobfile::StartCalendarInterval& calendar
   return rules;
 }
 
-/// The first moment behind `after` that the interval makes, if it lies in the span of the zone.
+/// The first multiple of the interval after `after`, if the span of the zone contains it.
 std::optional<sys_seconds> nextOfInterval(const Starts& starts, const ZoneStretches& zone, sys_seconds now,
                                           sys_seconds after) {
   if (!starts.interval || *starts.interval >= zone.end() - after) return std::nullopt;
   return now + ((after - now) / *starts.interval + 1) * *starts.interval;
 }
 
-Outlook outlook(days span, const Starts& starts, sys_seconds now, const std::string& zoneName) {
+UpcomingRuns upcomingRuns(days span, const Starts& starts, sys_seconds now, const std::string& zoneName) {
   const ZoneStretches zone(zoneName, now, now + span);
   const auto dayOf = [&zone](sys_seconds moment) { return floor<days>(zone.local(moment)); };
-  Outlook result{dayOf(now)};
+  UpcomingRuns result{dayOf(now)};
   sys_seconds after = now;
   while (result.runs.size() < starts.count) {
     auto run = firstRun(starts.rules, zone, after);
@@ -58,25 +58,25 @@ Outlook outlook(days span, const Starts& starts, sys_seconds now, const std::str
   return result;
 }
 
-Outlook outlook(const Starts& starts, sys_seconds now, const std::string& zone) {
-  // Most jobs run so often in so short a time, for which a zone is quickly read. The 29 February is missing for eight
-  // years about most turns of a century, and comes again after four.
+UpcomingRuns upcomingRuns(const Starts& starts, sys_seconds now, const std::string& zone) {
+  // Most jobs run often enough within 35 days, for which the zone's offsets are computed quickly. Around most turns of
+  // a century there is no 29 February for eight years, and the one after that comes four years later.
   constexpr auto shortSpan = days(35);
   constexpr auto longSpan = days(13 * 366);
-  auto result = outlook(shortSpan, starts, now, zone);
-  return result.runs.size() < starts.count ? outlook(longSpan, starts, now, zone) : result;
+  auto result = upcomingRuns(shortSpan, starts, now, zone);
+  return result.runs.size() < starts.count ? upcomingRuns(longSpan, starts, now, zone) : result;
 }
 
 std::optional<std::string> calendarText(const jobfile::Plist& record, sys_seconds now, const MomentTexts& texts) {
   if (!record.startCalendarInterval) return std::nullopt;
-  const auto [today, runs] = outlook({.rules = rulesOf(*record.startCalendarInterval)}, now, texts.zone());
+  const auto [today, runs] = upcomingRuns({.rules = rulesOf(*record.startCalendarInterval)}, now, texts.zone());
   if (runs.empty()) return std::nullopt;
   const auto text = [&texts, today = today](const Run& run) { return texts.text(run.moment, run.day, today); };
   if (runs.size() == 1) return texts.localize().nextRun(text(runs.front()));
   return texts.localize().nextRuns(text(runs.front()), text(runs.back()));
 }
 
-/// launchd takes no account of an interval that isn't positive.
+/// launchd ignores intervals that aren't positive.
 std::optional<std::string> intervalText(const jobfile::Plist& record, const Localize& localize) {
   if (!record.startInterval || *record.startInterval <= 0) return std::nullopt;
   const Scheduled::ScheduledType rule = Scheduled::splitInterval(*record.startInterval);
@@ -100,7 +100,7 @@ std::vector<std::string> nextRunTexts(const jobfile::Plist& record, sys_seconds 
   if (record.startCalendarInterval) starts.rules = rulesOf(*record.startCalendarInterval);
   if (record.startInterval && *record.startInterval > 0) starts.interval = seconds(*record.startInterval);
   if (starts.rules.empty() && !starts.interval) return {};
-  const auto [today, runs] = outlook(starts, now, texts.zone());
+  const auto [today, runs] = upcomingRuns(starts, now, texts.zone());
   std::vector<std::string> result;
   result.reserve(runs.size());
   for (const Run& run : runs) result.push_back(texts.text(run.moment, run.day, today));

@@ -11,14 +11,15 @@
 
 namespace mirvel {
 
-/// When a job runs next by the schedule in its record, as one or two lines: "Next: Monday 9:00 AM, then Tuesday 9:00
-/// AM", and of an interval "Every 2 hours, counted from when the job is loaded". Such as launchd runs it (see
-/// `CalendarRule::asRun`), whether the job is enabled or not. None without a schedule.
+/// Describes the next runs of a job's schedule in one or two lines: "Next: Monday 9:00 AM, then Tuesday 9:00 AM", or
+/// for an interval "Every 2 hours, counted from when the job is loaded". Calendar intervals are interpreted as launchd
+/// runs them (`CalendarRule::asRun`). Doesn't consider whether the job is disabled. Null without a schedule; a schedule
+/// that never triggers yields a text saying so.
 std::optional<std::string> nextRunsText(const jobfile::Plist& record, std::chrono::sys_seconds now,
                                         const MomentTexts& texts);
 
-/// The next moments at which the schedule in a record starts the job, `count` at most, if it is loaded now: those of
-/// the calendar, and those of the interval counted from now.
+/// The next `count` moments, or fewer, at which the schedule starts the job if it is loaded at `now`, merging those of
+/// the calendar and those of the interval. Empty without a schedule.
 std::vector<std::string> nextRunTexts(const jobfile::Plist& record, std::chrono::sys_seconds now, std::size_t count,
                                       const MomentTexts& texts);
 

@@ -8,7 +8,7 @@ namespace mirvel::explain {
 
 namespace {
 
-/// Marks a text for the translators.
+/// Marks a text for extraction by xgettext; it is translated by `Localize::format`.
 constexpr const char* text(const char* english) {
   return english;
 }
@@ -23,7 +23,7 @@ class Sentences {
 
   void addRestarts(const jobfile::Plist& plist) {
     if (plist.keepAlive) addKeepAlive(*plist.keepAlive);
-    // Without KeepAlive the older key keeps the job running by itself.
+    // OnDemand is the predecessor of KeepAlive, which takes precedence.
     if (!plist.keepAlive && plist.onDemand == false) add(text("Always: it is started again whenever it ends"));
   }
 
@@ -99,7 +99,7 @@ std::vector<std::string> occasions(const jobfile::Plist& plist, const Localize& 
   Sentences sentences(localize);
   sentences.addStart(plist);
   sentences.addRestarts(plist);
-  sentences.addSchedule(plist, TimeForm::twentyFourHours);
+  sentences.addSchedule(plist, TimeForm::TwentyFourHours);
   sentences.addEvents(plist);
   return std::move(sentences).take(plist.disabled == true);
 }

@@ -9,11 +9,12 @@
 
 namespace mirvel::explain {
 
-/// When launchd runs a job, in sentences without a full stop, one for each occasion: first loading and restarts, then
-/// the rules of the schedule, then what else can start it. Never empty.
+/// The occasions on which launchd runs a job, as sentences without a full stop: loading and restarts, then the rules of
+/// the schedule, then other triggers. Never empty: a job without triggers yields one sentence that says so. A disabled
+/// job is described as if it were enabled, after a sentence that says that it isn't.
 std::vector<std::string> occasions(const jobfile::Plist& plist, const Localize& localize);
 
-/// Likewise, of all that comes after the first loading. May be empty.
+/// The same without the run at load and without mentioning `Disabled`. May be empty.
 std::vector<std::string> laterOccasions(const jobfile::Plist& plist, const Localize& localize, TimeForm form);
 
 }  // namespace mirvel::explain

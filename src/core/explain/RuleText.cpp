@@ -37,17 +37,17 @@ std::string asInLocale(Time time, const std::string& locale) {
   return formatted(format.get(), std::chrono::sys_seconds(time.time_since_epoch()));
 }
 
-/// What sentences are made of.
+/// The language and the time format of a sentence.
 struct Language {
   const Localize& localize;
   TimeForm form;
 
   std::string time(Time time) const {
-    return form == TimeForm::ofTheLocale ? asInLocale(time, localize.timeLocale()) : inTwentyFourHours(time);
+    return form == TimeForm::OfTheLocale ? asInLocale(time, localize.timeLocale()) : inTwentyFourHours(time);
   }
 };
 
-/// "1st"; just the number where ICU has no ordinals of the language.
+/// "1st"; the plain number if ICU has no ordinals for the language.
 std::string ordinal(int number, const std::string& locale) {
   UErrorCode status = U_ZERO_ERROR;
   const icu::RuleBasedNumberFormat format(icu::URBNF_ORDINAL, icu::Locale(locale.c_str()), status);
@@ -71,7 +71,7 @@ icu::MeasureUnit* newUnit(RepeatInterval::Unit unit, UErrorCode& status) {
   return nullptr;
 }
 
-/// "2 hours", in the plural forms of the language.
+/// "2 hours", in the plural forms of the language; the plain number if ICU has no data.
 std::string duration(const RepeatInterval& rule, const Localize& localize) {
   UErrorCode status = U_ZERO_ERROR;
   const icu::MeasureFormat format(icu::Locale(localize.locale().c_str()), UMEASFMT_WIDTH_WIDE, status);

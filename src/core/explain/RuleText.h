@@ -7,12 +7,13 @@
 
 namespace mirvel::explain {
 
-/// How times of day are told: as in the job file, or as clocks are read in the locale ("9:00 AM").
-enum class TimeForm { twentyFourHours, ofTheLocale };
+/// The format of times of day: that of the job file ("21:05"), or that of the locale ("9:05 PM").
+enum class TimeForm { TwentyFourHours, OfTheLocale };
 
 /// A schedule rule as a sentence without a full stop: "Every 2 hours", "Every Monday at 09:00", "On the 1st of every
-/// month at 00:00". Names and numbers are those of the locale.
+/// month at 00:00". Names, numbers and plural forms follow the locale of `localize`; without a translation the sentence
+/// itself is English.
 std::string ruleText(const Scheduled::ScheduledType& rule, const Localize& localize,
-                     TimeForm form = TimeForm::twentyFourHours);
+                     TimeForm form = TimeForm::TwentyFourHours);
 
 }  // namespace mirvel::explain

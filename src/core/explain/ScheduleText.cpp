@@ -12,20 +12,20 @@ namespace {
 
 using Interval = jobfile::StartCalendarInterval::Interval;
 
-/// The rules have months together with a day of the month only.
-bool hasMonthOfItsOwn(const Interval& interval) {
+/// Rules only have a month in combination with a day of the month.
+bool hasMonthWithoutDay(const Interval& interval) {
   return interval.month && !interval.day && *interval.month >= 1 && *interval.month <= 12;
 }
 
-/// A rule and the months to which the file binds it.
-struct Bound {
+/// A rule that only applies in some months.
+struct RuleInMonths {
   std::string rule;
   std::vector<std::string> months;
 };
 
-class Texts {
+class Sentences {
  public:
-  Texts(const Localize& localize, TimeForm form)
+  Sentences(const Localize& localize, TimeForm form)
       : m_localize(localize), m_form(form), m_months(Date::months(localize.locale())) {}
 
   void addRules(const std::optional<std::int64_t>& startInterval, const jobfile::StartCalendarInterval& calendar) {
@@ -33,20 +33,23 @@ class Texts {
       m_lines.push_back(ruleText(rule, m_localize, m_form));
   }
 
-  void addBound(Interval interval) {
+  /// Merges intervals that differ only in their month into one sentence.
+  void addInMonth(Interval interval) {
     const std::string& month = m_months.at(static_cast<std::size_t>(*interval.month - 1));
     interval.month.reset();
     for (const auto& rule : Scheduled::rules({}, jobfile::StartCalendarInterval{.intervals = {interval}})) {
       const std::string text = ruleText(rule, m_localize, m_form);
-      auto found = std::find_if(m_bound.begin(), m_bound.end(), [&](const Bound& bound) { return bound.rule == text; });
-      if (found == m_bound.end()) found = m_bound.insert(found, Bound{.rule = text, .months = {}});
+      auto found = std::find_if(m_rulesInMonths.begin(), m_rulesInMonths.end(),
+                                [&](const RuleInMonths& each) { return each.rule == text; });
+      if (found == m_rulesInMonths.end())
+        found = m_rulesInMonths.insert(found, RuleInMonths{.rule = text, .months = {}});
       found->months.push_back(month);
     }
   }
 
   std::vector<std::string> take() && {
-    for (const Bound& bound : m_bound) {
-      m_lines.push_back(m_localize.format("%1$@, only in %2$@", {bound.rule, joined(bound.months)}));
+    for (const RuleInMonths& each : m_rulesInMonths) {
+      m_lines.push_back(m_localize.format("%1$@, only in %2$@", {each.rule, joined(each.months)}));
     }
     return std::move(m_lines);
   }
@@ -62,23 +65,23 @@ class Texts {
   const TimeForm m_form;
   std::array<std::string, 12> m_months;
   std::vector<std::string> m_lines;
-  std::vector<Bound> m_bound;
+  std::vector<RuleInMonths> m_rulesInMonths;
 };
 
 }  // namespace
 
 std::vector<std::string> scheduleText(const jobfile::Plist& plist, const Localize& localize, TimeForm form) {
   jobfile::StartCalendarInterval plain;
-  std::vector<Interval> bound;
+  std::vector<Interval> inMonth;
   if (plist.startCalendarInterval) {
     for (const Interval& interval : plist.startCalendarInterval->intervals) {
-      (hasMonthOfItsOwn(interval) ? bound : plain.intervals).push_back(interval);
+      (hasMonthWithoutDay(interval) ? inMonth : plain.intervals).push_back(interval);
     }
   }
-  Texts texts(localize, form);
-  texts.addRules(plist.startInterval, plain);
-  for (const Interval& interval : bound) texts.addBound(interval);
-  return std::move(texts).take();
+  Sentences sentences(localize, form);
+  sentences.addRules(plist.startInterval, plain);
+  for (const Interval& interval : inMonth) sentences.addInMonth(interval);
+  return std::move(sentences).take();
 }
 
 }  // namespace mirvel::explain

@@ -9,9 +9,10 @@
 
 namespace mirvel::explain {
 
-/// The schedule of a job, a sentence for each of its rules. Where a rule can't tell all that the file says, such as a
-/// weekday in certain months, the sentence does.
+/// The schedule of a job, one sentence per rule. Unlike rules, the sentences include months without a day of the month;
+/// intervals that differ only in such a month share a sentence: "Every Monday at 09:00, only in October, December".
+/// Empty without a schedule.
 std::vector<std::string> scheduleText(const jobfile::Plist& plist, const Localize& localize,
-                                      TimeForm form = TimeForm::twentyFourHours);
+                                      TimeForm form = TimeForm::TwentyFourHours);
 
 }  // namespace mirvel::explain

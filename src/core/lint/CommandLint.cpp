@@ -11,7 +11,7 @@ namespace mirvel::lint {
 
 namespace {
 
-/// What launchd starts, and where the file says so.
+/// The program that launchd starts, and the key that names it.
 struct Executable {
   std::string path;
   std::string keyPath;
@@ -36,68 +36,68 @@ std::string firstWord(const std::string& text) {
   return text.substr(0, text.find(' '));
 }
 
-void checkExistence(const Executable& executable, const Surroundings& surroundings, Findings& findings) {
-  if (surroundings.exists(executable.path)) return;
+void checkExistence(const Executable& executable, const TargetMachine& machine, Findings& findings) {
+  if (machine.exists(executable.path)) return;
   const std::string tool = firstWord(executable.path);
-  if (tool != executable.path && surroundings.exists(tool)) {
-    findings.warning(executable.keyPath, "launchd takes all of it for the path of one program; each argument of " +
-                                             tool + " needs an element of its own in ProgramArguments");
+  if (tool != executable.path && machine.exists(tool)) {
+    findings.warning(executable.keyPath, "launchd treats all of this as the path of one program; each argument of " +
+                                             tool + " must be a separate element of ProgramArguments");
   } else {
-    findings.warning(executable.keyPath, executable.path + " doesn't exist here");
+    findings.warning(executable.keyPath, executable.path + " doesn't exist on this machine");
   }
 }
 
-/// What is worth knowing of a path that isn't absolute. A bare name is searched for by execvp(3).
+/// Explains a relative path. execvp(3) searches for a bare name.
 std::string relativeAdvice(const Executable& executable) {
-  if (executable.path.find(' ') != std::string::npos) return ", and each of its arguments needs an element of its own";
+  if (executable.path.find(' ') != std::string::npos) return "; each of its arguments must be a separate element";
   const bool isSearched = executable.keyPath != "Program" && executable.path.find('/') == std::string::npos;
-  return isSearched ? "; launchd looks for it in the system's own folders only" : "";
+  return isSearched ? "; launchd searches for it in the system's folders only" : "";
 }
 
-void checkExecutable(const Executable& executable, const Surroundings& surroundings, Findings& findings) {
+void checkExecutable(const Executable& executable, const TargetMachine& machine, Findings& findings) {
   if (executable.path.empty()) {
     findings.error(executable.keyPath, "the path of the program is empty");
   } else if (const auto placeholder = findPlaceholder(executable.path)) {
-    findings.warning(executable.keyPath, placeholderMessage(*placeholder, surroundings.homeFolder));
+    findings.warning(executable.keyPath, placeholderMessage(*placeholder, machine.homeFolder));
   } else if (executable.path.starts_with('/')) {
-    checkExistence(executable, surroundings, findings);
+    checkExistence(executable, machine, findings);
   } else {
     findings.warning(executable.keyPath, "the path of the program isn't absolute" + relativeAdvice(executable));
   }
 }
 
-/// The arguments that the program gets as they stand, that is, not the script of a shell.
-void checkArguments(const jobfile::Plist& record, const Surroundings& surroundings, Findings& findings) {
+/// Checks the arguments that the program receives literally, up to the script of a shell.
+void checkArguments(const jobfile::Plist& record, const TargetMachine& machine, Findings& findings) {
   if (!record.programArguments) return;
   const std::vector<std::string> words = wordsOf(record);
   const std::size_t scriptStart = shellScriptStart(words);
-  const std::size_t offset = record.program ? 1 : 0;  // of the arguments in the words
+  const std::size_t offset = record.program ? 1 : 0;  // index of the first argument among the words
   const bool mayTakeOperators = takesOperators(words);
   for (std::size_t i = 1; i < record.programArguments->size() && i + offset < scriptStart; ++i) {
     const std::string& argument = (*record.programArguments)[i];
     const std::string keyPath = propertylist::childPath("ProgramArguments", i);
     const auto expansion = leadingExpansion(argument);
     if (isShellSyntax(argument) && !mayTakeOperators) {
-      findings.warning(keyPath, "launchd is no shell; the program gets " + argument + " as an argument");
+      findings.warning(keyPath, "launchd isn't a shell; it passes " + argument + " to the program as an argument");
     } else if (expansion && record.enableGlobbing != true) {
-      findings.warning(keyPath, placeholderMessage(*expansion, surroundings.homeFolder));
+      findings.warning(keyPath, placeholderMessage(*expansion, machine.homeFolder));
     }
   }
 }
 
 }  // namespace
 
-void checkCommand(const Subject& subject, const Surroundings& surroundings, Findings& findings) {
+void checkCommand(const Subject& subject, const TargetMachine& machine, Findings& findings) {
   const jobfile::Plist& record = subject.record;
-  checkArguments(record, surroundings, findings);
-  // Paths of a job in an application's bundle count from the bundle.
+  checkArguments(record, machine, findings);
+  // Paths of a job in an application bundle are relative to the bundle.
   if (subject.file.find("BundleProgram")) return;
-  const bool isProgramRefused = subject.refusedKeys.count("Program") != 0;
+  const bool isProgramRejected = subject.rejectedKeys.count("Program") != 0;
   const auto executable = executableOf(record);
-  if (executable && !isProgramRefused) return checkExecutable(*executable, surroundings, findings);
-  if (executable || isProgramRefused || subject.refusedKeys.count("ProgramArguments") != 0) return;
-  // An application may name the program when it installs the job.
-  findings.warning("", "there is nothing to run: neither Program nor ProgramArguments");
+  if (executable && !isProgramRejected) return checkExecutable(*executable, machine, findings);
+  if (executable || isProgramRejected || subject.rejectedKeys.count("ProgramArguments") != 0) return;
+  // Only a warning: an application may add the program when it installs the job.
+  findings.warning("", "the job has nothing to run: neither Program nor ProgramArguments is set");
 }
 
 }  // namespace mirvel::lint

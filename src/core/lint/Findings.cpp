@@ -9,16 +9,16 @@ namespace mirvel::lint {
 
 namespace {
 
-/// The text without its middle, if it is very long.
+/// A text over the limit, with its middle replaced by "...", cut at character boundaries.
 std::string shortened(std::string text) {
-  if (text.size() <= Findings::longestText) return text;
-  constexpr std::size_t half = Findings::longestText / 2;
+  if (text.size() <= Findings::maxTextSize) return text;
+  constexpr std::size_t half = Findings::maxTextSize / 2;
   return std::string(String::firstBytes(text, half)).append("...").append(String::lastBytes(text, half));
 }
 
 /// "and 3 more warnings"
 std::string restText(std::size_t count, Severity severity) {
-  const std::string what = severity == Severity::error ? "error" : "warning";
+  const std::string what = severity == Severity::Error ? "error" : "warning";
   return "and " + std::to_string(count) + " more " + what + (count == 1 ? "" : "s");
 }
 
@@ -31,7 +31,7 @@ std::string Finding::text() const {
                     .column = column,
                     .offset = offset,
                     .keyPath = keyPath};
-  return (severity == Severity::error ? "error: " : "warning: ") + place.text();
+  return (severity == Severity::Error ? "error: " : "warning: ") + place.text();
 }
 
 void Findings::add(Finding finding) {
@@ -54,20 +54,20 @@ void Findings::addAt(Severity severity, const std::string& keyPath, std::string 
 }
 
 void Findings::error(const std::string& keyPath, std::string message) {
-  addAt(Severity::error, keyPath, std::move(message), Part::Value);
+  addAt(Severity::Error, keyPath, std::move(message), Part::Value);
 }
 
 void Findings::warning(const std::string& keyPath, std::string message) {
-  addAt(Severity::warning, keyPath, std::move(message), Part::Value);
+  addAt(Severity::Warning, keyPath, std::move(message), Part::Value);
 }
 
 void Findings::keyWarning(const std::string& keyPath, std::string message) {
-  addAt(Severity::warning, keyPath, std::move(message), Part::Key);
+  addAt(Severity::Warning, keyPath, std::move(message), Part::Key);
 }
 
 void Findings::error(const Error& error) {
-  if (error.line == 0 && !error.offset) return addAt(Severity::error, error.keyPath, error.message, Part::Value);
-  add({.severity = Severity::error,
+  if (error.line == 0 && !error.offset) return addAt(Severity::Error, error.keyPath, error.message, Part::Value);
+  add({.severity = Severity::Error,
        .message = error.message,
        .line = error.line,
        .column = error.column,
@@ -79,7 +79,7 @@ std::vector<Finding> Findings::inOrder() && {
   std::stable_sort(m_findings.begin(), m_findings.end(), [](const Finding& a, const Finding& b) {
     return std::tie(a.line, a.column) < std::tie(b.line, b.column);
   });
-  for (const Severity severity : {Severity::error, Severity::warning}) {
+  for (const Severity severity : {Severity::Error, Severity::Warning}) {
     const std::size_t rest = m_unreported[index(severity)];
     if (rest != 0) m_findings.push_back({.severity = severity, .message = restText(rest, severity)});
   }

@@ -17,63 +17,69 @@
 
 namespace mirvel::lint {
 
-/// An error is what launchd or this program refuses, or what can never work; a warning is what a person should look at.
-enum class Severity { error, warning };
+/// An error is something that launchd or this program rejects, or that can never work; a warning is something that a
+/// person should look at.
+enum class Severity { Error, Warning };
 
-/// One remark on a job file.
+/// One problem in a job file, with its location as far as it is known.
 struct Finding {
-  Severity severity = Severity::warning;
-  std::string message;                       ///< one clause, without the place, without a full stop
-  std::size_t line = 0;                      ///< counted from 1; 0: the remark has no line, or the file is binary
-  std::size_t column = 0;                    ///< in bytes of UTF-8 text, counted from 1
-  std::optional<std::uint64_t> offset = {};  ///< byte offset in a binary list
-  std::string keyPath = {};                  ///< such as `StartCalendarInterval[1].Hour`
+  Severity severity = Severity::Warning;
+  std::string message;     ///< one clause, without location and full stop
+  std::size_t line = 0;    ///< 1-based; 0 if there is none: the finding concerns the whole file, or the file is binary
+  std::size_t column = 0;  ///< 1-based, in bytes of the UTF-8 text
+  std::optional<std::uint64_t> offset = {};  ///< in bytes; binary lists only
+  std::string keyPath = {};                  ///< such as `StartCalendarInterval[1].Hour`; empty for the whole file
 
-  /// For a person: "error: line 13, column 5: StartInterval: holds ...".
+  /// Formatted for display: "error: line 13, column 5: StartInterval: holds ...".
   std::string text() const;
 };
 
-/// What a check may ask of the machine that the job is for.
-struct Surroundings {
-  /// Must be there; also gives true where nobody can tell.
+/// The machine that the job will run on, as far as checks depend on it.
+struct TargetMachine {
+  /// Whether a file exists there. Must be set; returns true if it can't be determined, which suppresses the warning.
   std::function<bool(const std::string& path)> exists;
-  std::string homeFolder = {};  ///< of the user; empty: not known
+  std::string homeFolder = {};  ///< of the user; empty if unknown
 };
 
-/// What the checks look at: a job file without the keys that were refused.
+/// A decoded job file without the top-level keys that the decoder rejected.
 struct Subject {
   propertylist::Dictionary file;
-  jobfile::Plist record;                                ///< of that file
-  std::set<std::string, std::less<>> refusedKeys = {};  ///< at the top
+  jobfile::Plist record;  ///< decoded from `file`
+  std::set<std::string, std::less<>> rejectedKeys =
+      {};  ///< top-level keys missing from `file`, except Label, which is replaced
 
-  /// Whether the file brought a key, refused or not.
-  bool has(std::string_view key) const { return file.find(key) || refusedKeys.count(key) != 0; }
+  /// Whether the file contained the key, rejected or not.
+  bool has(std::string_view key) const { return file.find(key) || rejectedKeys.count(key) != 0; }
 };
 
-/// Collects findings, and puts each at the place where its key path stands in the file. A file may give a reason for
-/// one with every few bytes: of each severity only the first are kept, the others are counted, and long texts are cut.
+/// Collects findings and looks up the position of their key paths in the file. Since a hostile file can contain a
+/// problem every few bytes, only the first `maxPerSeverity` findings of each severity are kept and the others counted,
+/// and long texts are shortened in the middle.
 class Findings {
  public:
-  static constexpr std::size_t most = 200;         ///< that are kept of one severity
-  static constexpr std::size_t longestText = 400;  ///< of a message or key path, in bytes
+  static constexpr std::size_t maxPerSeverity = 200;  ///< findings that are kept
+  static constexpr std::size_t maxTextSize = 400;     ///< of a message or a key path, in bytes
 
+  /// `positions` maps key paths to lines; empty for binary lists. It must outlive the findings.
   explicit Findings(const propertylist::Positions& positions) : m_positions(positions) {}
 
-  // At the value of that path.
+  // Located at the value of the key path; without a location if the path is unknown.
   void error(const std::string& keyPath, std::string message);
   void warning(const std::string& keyPath, std::string message);
-  /// At the key itself, for what is wrong with the key and not with its value.
+  /// Located at the key itself, for problems of the key rather than its value.
   void keyWarning(const std::string& keyPath, std::string message);
-  /// An error of a reader or decoder, whose place is kept if it has one.
+  /// An error of a reader or decoder. Its own location takes precedence over that of its key path.
   void error(const Error& error);
+  /// Adds a finding whose location is already known.
   void add(Finding finding);
-  /// Counts so many that nothing else is known of.
+  /// Counts findings without keeping them.
   void addUnreported(Severity severity, std::size_t count) { m_unreported[index(severity)] += count; }
 
-  /// Whether the next one of that severity is only counted, so that no work need go into its text.
-  bool isFull(Severity severity) const { return m_kept[index(severity)] >= most; }
+  /// Whether further findings of that severity are only counted, so that callers can skip composing their messages.
+  bool isFull(Severity severity) const { return m_kept[index(severity)] >= maxPerSeverity; }
 
-  /// In the order of the file, those without a place first, and last how many aren't told.
+  /// All findings in file order, those without a location first, followed by one line for each severity whose findings
+  /// weren't all kept ("and 3 more warnings").
   std::vector<Finding> inOrder() &&;
 
  private:
@@ -83,7 +89,7 @@ class Findings {
 
   const propertylist::Positions& m_positions;
   std::vector<Finding> m_findings;
-  std::array<std::size_t, 2> m_kept{};  // how many of each severity
+  std::array<std::size_t, 2> m_kept{};  // by severity
   std::array<std::size_t, 2> m_unreported{};
 };
 

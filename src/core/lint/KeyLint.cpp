@@ -31,7 +31,7 @@ constexpr std::array<DeprecatedKey, 12> deprecatedKeys = {{
     {"LimitLoadFromHosts", ""},
     {"LimitLoadToHosts", ""},
     {"inetdCompatibility", "; use Sockets with launch_activate_socket(3)"},
-    {"KeepAlive.NetworkState", "; launchd takes no account of it"},
+    {"KeepAlive.NetworkState", "; launchd ignores it"},
 }};
 
 const propertylist::Value* valueAt(const propertylist::Dictionary& file, std::string_view path) {
@@ -41,7 +41,7 @@ const propertylist::Value* valueAt(const propertylist::Dictionary& file, std::st
   return inner ? inner->find(path.substr(dot + 1)) : nullptr;
 }
 
-/// The top-level key in whose dictionary the key belongs, or an empty text.
+/// The top-level key whose dictionaries may contain the key; empty if there is none.
 std::string_view ownerOf(std::string_view key) {
   for (const NestedKeys& nested : nestedKeys()) {
     if (std::find(nested.keys.begin(), nested.keys.end(), key) != nested.keys.end()) return nested.owner;
@@ -51,12 +51,12 @@ std::string_view ownerOf(std::string_view key) {
 
 void checkUnknownKey(const std::string& key, Findings& findings) {
   const auto known = topLevelKeys();
-  // A leading underscore marks the private keys of the system's own jobs.
+  // The system's own jobs mark private keys with a leading underscore.
   if (key.starts_with('_') || std::find(known.begin(), known.end(), key) != known.end()) return;
-  if (findings.isFull(Severity::warning)) return findings.addUnreported(Severity::warning, 1);
+  if (findings.isFull(Severity::Warning)) return findings.addUnreported(Severity::Warning, 1);
   const std::string_view owner = ownerOf(key);
   if (!owner.empty()) {
-    findings.keyWarning(key, "unknown key at this place; it belongs in " + std::string(owner));
+    findings.keyWarning(key, "unknown key here; it belongs in " + std::string(owner));
   } else {
     findings.keyWarning(key, "unknown key" + suggestionText(key, known));
   }
@@ -68,11 +68,11 @@ void checkDeprecatedKeys(const propertylist::Dictionary& file, Findings& finding
   }
 }
 
-/// Tells of a word that is nearly one of those that launchd knows. Others are left alone: systems differ.
+/// Warns about a word that is close to a known one. Others are accepted, since versions of macOS differ.
 void checkWord(const std::string& keyPath, const std::string& word, std::span<const std::string_view> known,
                Findings& findings) {
   const std::string meant = suggestionText(word, known);
-  if (!meant.empty()) findings.warning(keyPath, "launchd doesn't know \"" + word + '"' + meant);
+  if (!meant.empty()) findings.warning(keyPath, "unknown value \"" + word + '"' + meant);
 }
 
 void checkWords(const Plist& record, Findings& findings) {

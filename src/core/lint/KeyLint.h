@@ -4,7 +4,8 @@
 
 namespace mirvel::lint {
 
-/// Unknown keys with what was probably meant, deprecated keys, and misspelt words where a key takes one of a few.
+/// Warns about unknown keys (with a suggestion if one is close), deprecated keys, an empty label, and misspelt values
+/// of keys that accept a few fixed words, such as ProcessType.
 void checkKeys(const Subject& subject, Findings& findings);
 
 }  // namespace mirvel::lint

@@ -19,29 +19,29 @@ namespace {
 
 void addWarnings(const propertylist::Document& document, Findings& findings) {
   for (const propertylist::Warning& warning : document.warnings()) {
-    findings.add({.severity = Severity::warning,
+    findings.add({.severity = Severity::Warning,
                   .message = warning.message,
                   .line = warning.line,
                   .column = warning.column,
                   .offset = warning.offset});
   }
-  findings.addUnreported(Severity::warning, document.unreportedWarnings());
+  findings.addUnreported(Severity::Warning, document.unreportedWarnings());
 }
 
-void checkJob(const propertylist::Document& document, const Surroundings& surroundings, Findings& findings) {
+void checkJob(const propertylist::Document& document, const TargetMachine& machine, Findings& findings) {
   const auto subject = decodeTolerantly(document.root(), findings);
   if (!subject) return;
   checkKeys(*subject, findings);
   checkNestedKeys(*subject, findings);
-  checkPaths(*subject, surroundings, findings);
-  checkCommand(*subject, surroundings, findings);
+  checkPaths(*subject, machine, findings);
+  checkCommand(*subject, machine, findings);
   checkSchedule(*subject, findings);
   checkTriggers(*subject, findings);
 }
 
 }  // namespace
 
-std::vector<Finding> lint(std::string_view bytes, const Surroundings& surroundings) {
+std::vector<Finding> lint(std::string_view bytes, const TargetMachine& machine) {
   propertylist::Positions positions;
   Findings findings(positions);
   const auto document = propertylist::read(bytes, &positions);
@@ -50,14 +50,15 @@ std::vector<Finding> lint(std::string_view bytes, const Surroundings& surroundin
     return std::move(findings).inOrder();
   }
   if (document->format() == propertylist::Format::Xml) checkProlog(bytes, findings);
-  checkJob(*document, surroundings, findings);
+  checkJob(*document, machine, findings);
+  // Last, so that the checks above have the first claim to the limited number of warnings.
   addWarnings(*document, findings);
   return std::move(findings).inOrder();
 }
 
 bool hasErrors(const std::vector<Finding>& findings) {
   return std::any_of(findings.begin(), findings.end(),
-                     [](const Finding& finding) { return finding.severity == Severity::error; });
+                     [](const Finding& finding) { return finding.severity == Severity::Error; });
 }
 
 }  // namespace mirvel::lint

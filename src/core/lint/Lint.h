@@ -7,10 +7,11 @@
 
 namespace mirvel::lint {
 
-/// Everything that is wrong, or looks wrong, with the bytes of a job file, in the order of the file; nothing for a good
-/// one. Keys and their meaning are those of launchd.plist(5).
-std::vector<Finding> lint(std::string_view bytes, const Surroundings& surroundings);
+/// Checks the bytes of a job file against launchd.plist(5) and returns all findings in file order; empty if there are
+/// none. Accepts any bytes: a file that can't be read as a property list yields one error.
+std::vector<Finding> lint(std::string_view bytes, const TargetMachine& machine);
 
+/// Whether any finding is an error.
 bool hasErrors(const std::vector<Finding>& findings);
 
 }  // namespace mirvel::lint

@@ -29,13 +29,13 @@ bool isEmptyContainer(const propertylist::Value& value) {
   return dictionary && dictionary->empty();
 }
 
-/// Compares one top-level key's value.
+/// Compares the value of one top-level key, as read and as encoded from the record.
 class Comparison {
  public:
   Comparison(std::string_view owner, Findings& findings)
       : m_owner(owner), m_nested(nestedKeysOf(owner)), m_findings(findings) {}
 
-  /// `depth` counts the dictionaries that are open.
+  /// `depth` is the number of enclosing dictionaries.
   void compare(const propertylist::Value& before, const propertylist::Value& after, const jobfile::Place& place,
                std::size_t depth) {
     const auto* dictionary = before.as<propertylist::Dictionary>();
@@ -47,7 +47,7 @@ class Comparison {
         compare((*array)[i], (*after.as<propertylist::Array>())[i], place.index(i), depth);
       }
     } else if (!isKept(before, after)) {
-      tellUnfit(place);
+      reportUnfit(place);
     }
   }
 
@@ -59,18 +59,18 @@ class Comparison {
       if (const propertylist::Value* kept = after.find(key)) {
         compare(value, *kept, child, depth);
       } else {
-        tellMissing(key, child, depth);
+        reportMissing(key, child, depth);
       }
     }
   }
 
-  void tellUnfit(const jobfile::Place& place) {
-    if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
+  void reportUnfit(const jobfile::Place& place) {
+    if (m_findings.isFull(Severity::Warning)) return m_findings.addUnreported(Severity::Warning, 1);
     m_findings.warning(place.text(), unfit);
   }
 
-  void tellMissing(const std::string& key, const jobfile::Place& place, std::size_t depth) {
-    if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
+  void reportMissing(const std::string& key, const jobfile::Place& place, std::size_t depth) {
+    if (m_findings.isFull(Severity::Warning)) return m_findings.addUnreported(Severity::Warning, 1);
     const bool isListed = m_nested && m_nested->depth == depth &&
                           std::find(m_nested->keys.begin(), m_nested->keys.end(), key) == m_nested->keys.end();
     if (isListed) {
@@ -80,6 +80,7 @@ class Comparison {
     }
   }
 
+  /// A conversion isn't a loss: octal text becomes an integer, and numbers may change their type.
   bool isKept(const propertylist::Value& before, const propertylist::Value& after) const {
     if (before == after) return true;
     if (m_owner == "Umask" && before.as<std::string>()) return after.as<propertylist::Integer>() != nullptr;
@@ -97,7 +98,7 @@ class Comparison {
 void checkNestedKeys(const Subject& subject, Findings& findings) {
   const propertylist::Dictionary written = subject.record.encode();
   for (const auto& [key, value] : subject.file) {
-    // What an event brings is for whoever handles it.
+    // The contents of LaunchEvents are defined by the handler of the event.
     if (!jobfile::Plist::codingKey(key) || key == "LaunchEvents") continue;
     if (const propertylist::Value* after = written.find(key)) {
       const jobfile::Place top;

@@ -4,8 +4,8 @@
 
 namespace mirvel::lint {
 
-/// What lies below the top-level keys and means nothing to the record, because its key is unknown or its value doesn't
-/// fit: found by comparing what was read with what the record makes of it. A save keeps it as it is.
+/// Warns about nested entries that the record can't represent, because their key is unknown or their value has the
+/// wrong type. Finds them by comparing the file with the encoded record. A save preserves them.
 void checkNestedKeys(const Subject& subject, Findings& findings);
 
 }  // namespace mirvel::lint

@@ -13,19 +13,19 @@ namespace {
 
 class PathCheck {
  public:
-  PathCheck(const Surroundings& surroundings, Findings& findings)
-      : m_homeFolder(surroundings.homeFolder), m_findings(findings) {}
+  PathCheck(const TargetMachine& machine, Findings& findings)
+      : m_homeFolder(machine.homeFolder), m_findings(findings) {}
 
   void check(const std::string& keyPath, const std::string& text) {
     const auto placeholder = findPlaceholder(text);
     if (placeholder) m_findings.warning(keyPath, placeholderMessage(*placeholder, m_homeFolder));
   }
 
-  /// Where a path is only worth putting together if there is something to tell.
+  /// For nested values: the key path is only composed if there is something to report.
   void check(const jobfile::Place& place, const std::optional<std::string>& text) {
     const auto placeholder = text ? findPlaceholder(*text) : std::nullopt;
     if (!placeholder) return;
-    if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
+    if (m_findings.isFull(Severity::Warning)) return m_findings.addUnreported(Severity::Warning, 1);
     m_findings.warning(place.text(), placeholderMessage(*placeholder, m_homeFolder));
   }
 
@@ -59,9 +59,9 @@ void checkPathState(const jobfile::Plist& record, PathCheck& paths) {
 
 }  // namespace
 
-void checkPaths(const Subject& subject, const Surroundings& surroundings, Findings& findings) {
+void checkPaths(const Subject& subject, const TargetMachine& machine, Findings& findings) {
   const jobfile::Plist& record = subject.record;
-  PathCheck paths(surroundings, findings);
+  PathCheck paths(machine, findings);
   paths.check("Label", record.name);
   paths.check("WorkingDirectory", record.workingDirectory);
   paths.check("RootDirectory", record.rootDirectory);

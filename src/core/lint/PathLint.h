@@ -4,7 +4,8 @@
 
 namespace mirvel::lint {
 
-/// Paths and environment variables that hold what launchd doesn't expand. The command is a matter of CommandLint.h.
-void checkPaths(const Subject& subject, const Surroundings& surroundings, Findings& findings);
+/// Warns about paths, environment variables and labels that contain something launchd doesn't expand, such as `~` or
+/// `$HOME`. Program and ProgramArguments are checked by CommandLint.h.
+void checkPaths(const Subject& subject, const TargetMachine& machine, Findings& findings);
 
 }  // namespace mirvel::lint

@@ -6,8 +6,9 @@ namespace mirvel::lint {
 
 std::vector<Finding> checkPermissions(const std::filesystem::path& file, uid_t user) {
   const auto trusted = checkTrust(file, user);
+  // Other errors are reported when the file is read.
   if (trusted || trusted.error().code != Error::Code::NotTrusted) return {};
-  return {{.severity = Severity::warning, .message = "can't be loaded: " + trusted.error().text()}};
+  return {{.severity = Severity::Warning, .message = "can't be loaded: " + trusted.error().text()}};
 }
 
 }  // namespace mirvel::lint

@@ -9,8 +9,8 @@
 
 namespace mirvel::lint {
 
-/// What is said of the file itself: others could have written it, so that it isn't loaded as a job of that user.
-/// Nothing of a file that can't be opened, which whoever reads it tells.
+/// Warns if users other than `user` and root could have written the file, which launchd and our hosts refuse to load.
+/// Returns nothing if the file can't be opened; reading it reports that error.
 std::vector<Finding> checkPermissions(const std::filesystem::path& file, uid_t user);
 
 }  // namespace mirvel::lint

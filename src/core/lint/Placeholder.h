@@ -6,24 +6,25 @@
 
 namespace mirvel::lint {
 
-/// What somebody meant to be replaced by something else, and launchd takes as it stands.
+/// Text that was meant to be replaced, but that launchd uses literally.
 struct Placeholder {
   enum class Kind {
-    tilde,     ///< `~` at the begin: a shell makes the home folder of it
-    variable,  ///< `$HOME`, `${HOME}`: a shell makes its value of it
-    template_  ///< `@HOME@`, `{{home}}`, `<%= home %>`, `__HOME__/`: a tool that makes job files fills it in
+    Tilde,     ///< at the beginning; a shell replaces it with the home folder
+    Variable,  ///< a shell replaces it with the value
+    Template   ///< filled in by tools that generate job files
   };
   Kind kind;
-  std::string text;
+  std::string text;  ///< as written in the file, such as `${HOME}`
 };
 
-/// The first placeholder in a path or another text that has no business to hold one.
+/// The first placeholder in a path or another text that shouldn't contain any. Only the first 4096 bytes are searched.
 std::optional<Placeholder> findPlaceholder(std::string_view text);
 
-/// Likewise, if the text begins with one that a shell replaces: an argument may hold a dollar further on.
+/// The shell expansion at the beginning of an argument. Further on a dollar sign is legitimate, so it isn't searched
+/// for.
 std::optional<Placeholder> leadingExpansion(std::string_view text);
 
-/// The remark on it; `homeFolder` may be empty.
+/// The message of a finding. With a home folder, it suggests replacing `~` by it.
 std::string placeholderMessage(const Placeholder& placeholder, std::string_view homeFolder);
 
 }  // namespace mirvel::lint

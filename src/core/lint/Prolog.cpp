@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view blanks = " \t\r\n";
 constexpr std::array<std::string_view, 4> typographicQuotes = {"“", "”", "„", "″"};
 
-/// Goes through the prolog: declarations, comments, the DOCTYPE and the first tag.
+/// Scans the prolog: declarations, comments, the DOCTYPE and the first tag.
 class PrologCheck {
  public:
   PrologCheck(std::string_view text, Findings& findings) : m_text(text), m_findings(findings) {
@@ -54,13 +54,13 @@ class PrologCheck {
         before.rfind("<!--") != std::string_view::npos && before.find("-->") == std::string_view::npos;
     if (isInComment) return;
     warn(declaration,
-         isBlank ? "there are blanks before the XML declaration" : "the XML declaration isn't the first thing");
+         isBlank ? "white space before the XML declaration" : "the XML declaration isn't at the start of the file");
   }
 
   void checkQuotes(std::string_view tag, std::size_t at) {
     for (const std::string_view quote : typographicQuotes) {
       if (const std::size_t found = tag.find(quote); found != std::string_view::npos) {
-        return warn(at + found, "there are typographic quotes where straight ones belong");
+        return warn(at + found, "typographic quotes instead of straight ones");
       }
     }
   }
@@ -71,14 +71,14 @@ class PrologCheck {
     const bool hasTypographic = tag.find("“") != std::string_view::npos || tag.find("”") != std::string_view::npos;
     const bool namesIdentifier =
         tag.find("PUBLIC") != std::string_view::npos || tag.find("SYSTEM") != std::string_view::npos;
-    if (quotes == 0 && namesIdentifier && !hasTypographic) warn(at, "the identifiers of the DOCTYPE need quotes");
+    if (quotes == 0 && namesIdentifier && !hasTypographic) warn(at, "the identifiers of the DOCTYPE aren't quoted");
   }
 
   void warn(std::size_t at, const std::string& what) {
-    if (m_findings.isFull(Severity::warning)) return m_findings.addUnreported(Severity::warning, 1);
+    if (m_findings.isFull(Severity::Warning)) return m_findings.addUnreported(Severity::Warning, 1);
     const propertylist::Position place = propertylist::positionOf(m_text, at);
-    m_findings.add({.severity = Severity::warning,
-                    .message = what + "; macOS reads such a file, other programs may not",
+    m_findings.add({.severity = Severity::Warning,
+                    .message = what + "; macOS accepts this, other programs may not",
                     .line = place.line,
                     .column = place.column});
   }

@@ -32,7 +32,7 @@ constexpr std::array<std::string_view, 12> monthNames = {"January",   "February"
                                                          "May",       "June",     "July",     "August",
                                                          "September", "October",  "November", "December"};
 
-/// Tells of numbers out of their ranges; true if there were none.
+/// Reports numbers out of range; returns whether there were none.
 bool checkRanges(const Interval& interval, const std::string& path, Findings& findings) {
   bool isGood = true;
   for (const Field& field : fields) {
@@ -41,33 +41,33 @@ bool checkRanges(const Interval& interval, const std::string& path, Findings& fi
     isGood = false;
     const std::string range = std::to_string(field.least) + " to " + std::to_string(field.greatest);
     findings.error(propertylist::childPath(path, Interval::text(field.key)),
-                   std::to_string(*number) + " is outside " + range + ": such a time never comes");
+                   std::to_string(*number) + " is out of range (" + range + "); this time never occurs");
   }
   return isGood;
 }
 
-/// The days of both keys count where a weekday stands beside the day of the month.
+/// Reports a date that no year has. With a weekday as well, either day is enough, so the job does run.
 void checkDate(const Interval& interval, const std::string& path, Findings& findings) {
   if (!interval.day || !interval.month || interval.weekday) return;
   const auto month = static_cast<std::size_t>(*interval.month - 1);
   if (*interval.day <= longestMonths[month]) return;
-  findings.error(propertylist::childPath(path, "Day"),
-                 std::string(monthNames[month]) + " has no day " + std::to_string(*interval.day) + ": it never comes");
+  findings.error(propertylist::childPath(path, "Day"), std::string(monthNames[month]) + " has no day " +
+                                                           std::to_string(*interval.day) + "; this date never occurs");
 }
 
-/// What is absent fits any time.
+/// An absent key matches any value, which is easily overlooked.
 void checkWildcards(const Interval& interval, const std::string& path, Findings& findings) {
   const bool hasDate = interval.day || interval.weekday || interval.month;
   if (!interval.minute && interval.hour) {
-    findings.warning(path, "without Minute the job is started every minute of that hour");
+    findings.warning(path, "without Minute the job starts every minute of that hour");
   } else if (!interval.minute && hasDate) {
     findings.warning(path, interval.month && !interval.day && !interval.weekday
-                               ? "without Hour and Minute the job is started every minute of that month"
-                               : "without Hour and Minute the job is started every minute of that day");
+                               ? "without Hour and Minute the job starts every minute of that month"
+                               : "without Hour and Minute the job starts every minute of that day");
   } else if (!interval.minute) {
-    findings.warning(path, "without Hour and Minute the job is started every minute");
+    findings.warning(path, "without Hour and Minute the job starts every minute");
   } else if (!interval.hour && hasDate) {
-    findings.warning(path, "without Hour the job is started every hour at that minute");
+    findings.warning(path, "without Hour the job starts every hour at that minute");
   }
 }
 
@@ -82,16 +82,16 @@ void checkStartInterval(const jobfile::Plist& record, Findings& findings) {
   if (!record.startInterval) return;
   const std::int64_t seconds = *record.startInterval;
   if (seconds <= 0) {
-    findings.error("StartInterval",
-                   "launchd takes no account of an interval of " + std::to_string(seconds) + " seconds");
+    findings.error("StartInterval", "launchd ignores an interval of " + std::to_string(seconds) + " seconds");
   } else if (seconds < usualThrottle && !record.throttleInterval) {
-    findings.warning("StartInterval", "launchd starts a job every 10 seconds at most, unless ThrottleInterval is less");
+    findings.warning("StartInterval",
+                     "launchd starts a job at most every 10 seconds, unless ThrottleInterval is smaller");
   }
 }
 
 void checkNice(const jobfile::Plist& record, Findings& findings) {
   if (!record.nice || (*record.nice >= -20 && *record.nice <= 20)) return;
-  findings.warning("Nice", std::to_string(*record.nice) + " is outside -20 to 20");
+  findings.warning("Nice", std::to_string(*record.nice) + " is out of range (-20 to 20)");
 }
 
 }  // namespace

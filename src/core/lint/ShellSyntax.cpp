@@ -19,7 +19,7 @@ bool contains(const std::array<std::string_view, count>& names, std::string_view
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// `-c`, or short options with a c among them, such as `-lc`.
+/// `-c`, or combined short options that contain it, such as `-lc`.
 bool isCommandOption(std::string_view word) {
   return word.size() > 1 && word[0] == '-' && word[1] != '-' && word.find('c') != std::string_view::npos;
 }

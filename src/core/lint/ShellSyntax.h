@@ -7,15 +7,15 @@
 
 namespace mirvel::lint {
 
-/// Where the arguments end that launchd alone hands over, and text for a shell begins: behind the `-c` of a shell,
-/// wherever in the command it stands. Without one: the count of the words.
+/// The index of the first word that a shell interprets as a script: the one after the `-c` of a shell, wherever the
+/// shell is in the command (`/usr/bin/env sh -c ...`). The number of words if there is none.
 std::size_t shellScriptStart(const std::vector<std::string>& words);
 
-/// Whether a shell would take the word for an operator or a command substitution, while launchd hands it to the program
-/// as it stands.
+/// Whether a shell would interpret the word as an operator or a command substitution, whereas launchd passes it on
+/// literally.
 bool isShellSyntax(std::string_view word);
 
-/// Programs whose own arguments look like operators: `find ... -exec ... ;` and `test a < b`.
+/// Whether the program's own arguments can look like operators: `find ... -exec ... ;` and `test a < b`.
 bool takesOperators(const std::vector<std::string>& words);
 
 }  // namespace mirvel::lint

@@ -10,13 +10,13 @@ namespace mirvel::lint {
 
 namespace {
 
-constexpr std::size_t longestName = 64;  // no key is nearly as long, and a file may bring any
+constexpr std::size_t longestName = 64;  // bounds the work for hostile files; no key is nearly as long
 
 }  // namespace
 
 std::size_t editDistance(std::string_view a, std::string_view b) {
   const auto same = [&](std::size_t i, std::size_t j) { return Ascii::lower(a[i]) == Ascii::lower(b[j]); };
-  // The distances between the beginnings of both texts, row by row; a swap looks two rows back.
+  // Distances between prefixes of both texts, computed row by row; a transposition refers to the row before the last.
   std::vector<std::size_t> beforeLast(b.size() + 1);
   std::vector<std::size_t> last(b.size() + 1);
   std::vector<std::size_t> row(b.size() + 1);
@@ -43,7 +43,7 @@ std::optional<std::string_view> suggestion(std::string_view name, std::span<cons
   for (const std::string_view candidate : candidates) {
     const std::size_t longer = std::max(name.size(), candidate.size());
     const std::size_t shorter = std::min(name.size(), candidate.size());
-    if (longer - shorter >= closest) continue;  // the distance is no less than that
+    if (longer - shorter >= closest) continue;  // a lower bound of the distance
     const std::size_t distance = editDistance(name, candidate);
     if (distance >= closest) continue;
     closest = distance;

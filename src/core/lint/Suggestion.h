@@ -8,15 +8,15 @@
 
 namespace mirvel::lint {
 
-/// How many letters must be changed, added, taken out or swapped with their neighbour to make one text of the other.
-/// Upper and lower case count as the same, in ASCII.
+/// The number of insertions, deletions, substitutions and transpositions of adjacent bytes that turn one text into the
+/// other (optimal string alignment). ASCII letters compare case-insensitively.
 std::size_t editDistance(std::string_view a, std::string_view b);
 
-/// The candidate that was most likely meant by a misspelt name, if one is close enough: one slip for each five letters,
-/// and at least one. Nothing for a name that is itself a candidate.
+/// The closest candidate for a misspelt name, if its distance is at most a fifth of the name's length (at least 1).
+/// Null if the name is itself a candidate, or longer than 64 bytes.
 std::optional<std::string_view> suggestion(std::string_view name, std::span<const std::string_view> candidates);
 
-/// "; did you mean Label?", or nothing.
+/// "; did you mean Label?", or empty without a suggestion.
 std::string suggestionText(std::string_view name, std::span<const std::string_view> candidates);
 
 }  // namespace mirvel::lint

@@ -19,21 +19,23 @@ bool isLabel(std::string_view key) {
   return key == Plist::text(Plist::CodingKeys::name);
 }
 
-/// The file in both its forms, from which keys are taken out one by one. What stays is shared with the file as read.
+/// The file both as nodes and as a dictionary, from which rejected keys are removed one by one. Remaining values are
+/// shared with the document.
 class ShrinkingFile {
  public:
   ShrinkingFile(const propertylist::Members& members, propertylist::Dictionary file)
       : m_members(members.begin(), members.end()), m_file(std::move(file)) {}
 
-  /// Takes out what was refused; false if that changes nothing. In place of a label comes another one.
-  bool mend(const std::string& key) {
+  /// Removes a rejected key; returns false if that changes nothing. A label is replaced instead, since no record can be
+  /// decoded without one.
+  bool remove(const std::string& key) {
     const bool wasThere = m_file.remove(key);
     std::erase_if(m_members, [&](const propertylist::Member& member) { return member.key() == key; });
     if (!isLabel(key)) return wasThere;
-    constexpr std::string_view standIn = "label";
+    constexpr std::string_view substitute = "label";
     const auto name = Plist::text(Plist::CodingKeys::name);
-    m_file.set(name, standIn);
-    m_members.push_back({.keyNode = propertylist::Node::string(name), .value = propertylist::Node::string(standIn)});
+    m_file.set(name, substitute);
+    m_members.push_back({.keyNode = propertylist::Node::string(name), .value = propertylist::Node::string(substitute)});
     return true;
   }
 
@@ -58,15 +60,15 @@ std::optional<Subject> decodeTolerantly(const propertylist::Node& root, Findings
     return std::nullopt;
   }
   ShrinkingFile file(*root.dictionary(), std::move(*dictionary));
-  std::set<std::string, std::less<>> refusedKeys;
+  std::set<std::string, std::less<>> rejectedKeys;
   while (!record) {
     findings.error(record.error());
     const std::string key = topLevelKey(record.error());
-    if (!file.mend(key)) return std::nullopt;
-    refusedKeys.insert(key);
+    if (!file.remove(key)) return std::nullopt;
+    rejectedKeys.insert(key);
     record = file.decode();
   }
-  return Subject{.file = std::move(file).file(), .record = std::move(*record), .refusedKeys = std::move(refusedKeys)};
+  return Subject{.file = std::move(file).file(), .record = std::move(*record), .rejectedKeys = std::move(rejectedKeys)};
 }
 
 }  // namespace mirvel::lint

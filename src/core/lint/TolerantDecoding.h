@@ -7,8 +7,8 @@
 
 namespace mirvel::lint {
 
-/// Decodes a job file again and again, each time without the key that was refused, so that one run tells all errors and
-/// the rest can be checked. A missing label is an error too. Nothing for a list that isn't a dictionary.
+/// Decodes a job file repeatedly, each time without the key that was rejected, so that all errors are found in one run
+/// and the other keys can still be checked. A missing label is an error too. Null if the list isn't a dictionary.
 std::optional<Subject> decodeTolerantly(const propertylist::Node& root, Findings& findings);
 
 }  // namespace mirvel::lint

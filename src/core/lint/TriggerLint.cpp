@@ -8,7 +8,7 @@ namespace mirvel::lint {
 
 namespace {
 
-/// Keys that start a job, whatever they hold.
+/// Keys that start a job whatever their value.
 constexpr auto startingKeys = std::to_array<std::string_view>({
     "StartInterval",
     "StartCalendarInterval",
@@ -22,14 +22,14 @@ constexpr auto startingKeys = std::to_array<std::string_view>({
     "BundleProgram",
 });
 
-/// Keys that start it unless they are false, and what was refused of them may be anything.
+/// Keys that start a job unless they are false. A rejected value could have been anything, so it counts as true.
 bool startsByItself(const Subject& subject) {
   const jobfile::Plist& record = subject.record;
-  const bool isRefused = subject.refusedKeys.count("RunAtLoad") + subject.refusedKeys.count("KeepAlive") +
-                             subject.refusedKeys.count("StartOnMount") + subject.refusedKeys.count("OnDemand") !=
-                         0;
+  const bool isRejected = subject.rejectedKeys.count("RunAtLoad") + subject.rejectedKeys.count("KeepAlive") +
+                              subject.rejectedKeys.count("StartOnMount") + subject.rejectedKeys.count("OnDemand") !=
+                          0;
   const bool isKeptAlive = record.keepAlive && record.keepAlive->bool_ != false;
-  return isRefused || isKeptAlive || record.runAtLoad == true || record.startOnMount == true ||
+  return isRejected || isKeptAlive || record.runAtLoad == true || record.startOnMount == true ||
          record.onDemand == false;
 }
 
@@ -39,7 +39,7 @@ void checkTriggers(const Subject& subject, Findings& findings) {
   const bool isStarted =
       std::any_of(startingKeys.begin(), startingKeys.end(), [&](std::string_view key) { return subject.has(key); });
   if (isStarted || startsByItself(subject)) return;
-  findings.warning("", "nothing in the file ever starts the job; it runs only when it is started by hand");
+  findings.warning("", "no key of the file starts the job; it runs only when started manually");
 }
 
 }  // namespace mirvel::lint

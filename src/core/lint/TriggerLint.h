@@ -4,7 +4,7 @@
 
 namespace mirvel::lint {
 
-/// A job that nothing in its file ever starts.
+/// Warns about a job that no key of its file ever starts.
 void checkTriggers(const Subject& subject, Findings& findings);
 
 }  // namespace mirvel::lint

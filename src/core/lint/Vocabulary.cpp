@@ -11,7 +11,7 @@ namespace {
 
 using jobfile::Plist;
 
-/// Keys beside those of the record: of launchd.plist(5) and SMAppService, and what system jobs bring.
+/// Keys that the record doesn't have: from launchd.plist(5), from SMAppService, and from jobs of the system.
 constexpr auto otherKeys = std::to_array<std::string_view>({
     "AssociatedBundleIdentifiers",
     "BeginTransactionAtShutdown",
@@ -36,6 +36,7 @@ constexpr auto otherKeys = std::to_array<std::string_view>({
 });
 
 template <typename Record, typename CodingKey>
+// The coding keys of a record are consecutive, so `last` determines their number.
 NestedKeys keysOf(std::string_view owner, std::size_t depth, CodingKey last) {
   NestedKeys result{.owner = owner, .depth = depth, .keys = {}};
   for (std::size_t i = 0; i <= static_cast<std::size_t>(last); ++i) {

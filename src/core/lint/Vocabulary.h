@@ -6,22 +6,22 @@
 #include <string_view>
 #include <vector>
 
-/// The keys that job files may hold.
+/// The known keys of job files.
 namespace mirvel::lint {
 
-/// All that stand at the top of a file: those of the record, and others that launchd or its tools read.
+/// All known top-level keys: those of the record, and others that launchd or its tools interpret.
 std::span<const std::string_view> topLevelKeys();
 
-/// The keys that the dictionaries of one top-level key may hold, where they aren't the file's to choose.
+/// The fixed keys of nested dictionaries below one top-level key.
 struct NestedKeys {
-  std::string_view owner;              ///< the top-level key
-  std::size_t depth;                   ///< 1: its own dictionary; 2: the dictionaries in it
-  std::vector<std::string_view> keys;  ///< in the order of the record
+  std::string_view owner;  ///< the top-level key
+  std::size_t depth;       ///< 1 for its own dictionary; 2 for the dictionaries in that one, whose names are arbitrary
+  std::vector<std::string_view> keys;  ///< in the order of the record's coding keys
 };
 
-/// One entry for each top-level key that has such dictionaries.
+/// One element for each top-level key with such dictionaries.
 std::span<const NestedKeys> nestedKeys();
-/// The one of that owner; null: it has none.
+/// The element of a top-level key; null if it has none.
 const NestedKeys* nestedKeysOf(std::string_view owner);
 
 }  // namespace mirvel::lint

@@ -22,7 +22,7 @@ int compareBytes(std::string_view a, std::string_view b) {
 }
 
 std::string keyOf(const icu::Collator& collator, const char16_t* text, std::int32_t length) {
-  // Most keys fit into this, and are then made only once.
+  // Large enough for most keys, which are then computed only once.
   std::array<std::uint8_t, 256> bytes;
   const std::int32_t size = collator.getSortKey(text, length, bytes.data(), static_cast<std::int32_t>(bytes.size()));
   std::string key(static_cast<std::size_t>(size), '\0');
@@ -37,7 +37,7 @@ std::string keyOf(const icu::Collator& collator, const char16_t* text, std::int3
 }  // namespace
 
 struct Collator::Implementation {
-  std::unique_ptr<icu::Collator> collator;  // none: ICU has no data at all, and bytes decide
+  std::unique_ptr<icu::Collator> collator;  // null if ICU has no data; bytes are compared then
 };
 
 Collator::Collator(const std::string& locale) {
@@ -59,7 +59,7 @@ int Collator::localizedStandardCompare(std::string_view a, std::string_view b) c
 
 std::string Collator::sortKey(std::string_view text) const {
   if (!m_implementation->collator) return std::string(text);
-  // Nearly all texts are of this sort, and need no memory but their key's.
+  // Fast path for nearly all texts: no allocation except for the key.
   std::array<char16_t, 256> letters;
   if (text.size() <= letters.size() && Ascii::holds(text)) {
     std::copy(text.begin(), text.end(), letters.begin());

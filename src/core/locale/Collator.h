@@ -6,19 +6,19 @@
 
 namespace mirvel {
 
-/// The order in which a person expects names: that of the locale's language, with numbers inside names by their value
-/// ("job 2" before "job 10"). Making one is slow, so there is one for the program; it may be used from any thread.
+/// Compares names in the order that users expect: that of the locale's language, with numbers inside names compared by
+/// value ("job 2" before "job 10"). Slow to construct, so the program shares one. Thread-safe.
 class Collator {
  public:
-  /// A locale that isn't known gets the root order of Unicode.
+  /// Unknown locales use the root collation of Unicode.
   explicit Collator(const std::string& locale);
   ~Collator();
   Collator(const Collator&) = delete;
   Collator& operator=(const Collator&) = delete;
 
-  /// Below 0: `a` comes first; 0: they are the same in order.
+  /// Negative if `a` sorts before `b`, positive if after, 0 if they are equivalent. Invalid UTF-8 sorts like U+FFFD.
   int localizedStandardCompare(std::string_view a, std::string_view b) const;
-  /// Bytes that compare as the texts do, for sorting long lists.
+  /// A key whose bytes compare as the texts do; for sorting long lists.
   std::string sortKey(std::string_view text) const;
 
  private:

@@ -13,7 +13,7 @@ namespace mirvel::Date {
 
 namespace {
 
-/// As many names as fit; those that ICU doesn't have stay empty.
+/// Copies as many names as fit; names that ICU lacks stay empty.
 template <std::size_t count>
 std::array<std::string, count> names(const icu::UnicodeString* symbols, std::int32_t available, std::int32_t first) {
   std::array<std::string, count> result;

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::size_t largestCatalog = std::size_t{16} << 20U;
 
-/// The names of a locale's catalogue folders, the closest one first.
+/// The names of a locale's catalogue folders, the most specific one first.
 std::vector<std::string> catalogNames(const icu::Locale& locale) {
   std::vector<std::string> names;
   const std::string language = locale.getLanguage();
@@ -43,14 +43,14 @@ std::string toUtf8(const icu::UnicodeString& text) {
   return text.toUTF8String(result);
 }
 
-/// A place in a format: "%@", "%3$@" or "%%".
-struct Placeholder {
-  std::size_t length = 0;                 ///< of its text; 0: it is none
-  std::optional<std::size_t> index = {};  ///< counted from 0, where the place tells it
+/// A specifier in a format: "%@", "%3$@" or "%%".
+struct FormatSpecifier {
+  std::size_t length = 0;                 ///< in bytes; 0 if there is no specifier
+  std::optional<std::size_t> index = {};  ///< 0-based, if given
   bool isPercent = false;
 };
 
-Placeholder placeholderAt(std::string_view text) {
+FormatSpecifier specifierAt(std::string_view text) {
   if (text.starts_with("%%")) return {.length = 2, .isPercent = true};
   if (text.starts_with("%@")) return {.length = 2};
   if (text.size() >= 4 && text[1] >= '1' && text[1] <= '9' && text.substr(2, 2) == "$@") {
@@ -61,10 +61,10 @@ Placeholder placeholderAt(std::string_view text) {
 
 }  // namespace
 
-/// Made when first used: to make the format takes milliseconds.
+/// Created on first use, since creating the format takes milliseconds.
 class Localize::Numbers {
  public:
-  /// Null: ICU has no data, and digits are plain.
+  /// Null if ICU has no data; numbers are then plain digits.
   const icu::NumberFormat* format(const std::string& locale) {
     std::call_once(m_isMade, [&] {
       UErrorCode status = U_ZERO_ERROR;
@@ -89,7 +89,7 @@ Localize::~Localize() = default;
 
 std::string Localize::currentLocale() {
   const icu::Locale locale = icu::Locale::getDefault();
-  // The "POSIX" variant of English has no grouping of numbers and sorts by bytes, which nobody wants to read.
+  // The "POSIX" variant of English has no grouping and sorts by bytes, which is unsuitable for display.
   if (std::string_view(locale.getVariant()) == "POSIX") return "en";
   return locale.getName();
 }
@@ -127,13 +127,13 @@ std::string Localize::format(const char* key, const std::vector<std::string>& ar
   std::string result;
   std::size_t next = 0;
   for (std::size_t at = 0; at < pattern.size();) {
-    const Placeholder place = placeholderAt(std::string_view(pattern).substr(at));
-    const bool counts = place.length > 0 && !place.isPercent && !place.index;
-    const std::size_t index = place.index.value_or(counts ? next++ : 0);
-    const std::size_t length = std::max<std::size_t>(place.length, 1);
-    if (place.isPercent) {
+    const FormatSpecifier specifier = specifierAt(std::string_view(pattern).substr(at));
+    const bool counts = specifier.length > 0 && !specifier.isPercent && !specifier.index;
+    const std::size_t index = specifier.index.value_or(counts ? next++ : 0);
+    const std::size_t length = std::max<std::size_t>(specifier.length, 1);
+    if (specifier.isPercent) {
       result += '%';
-    } else if (place.length > 0 && index < arguments.size()) {
+    } else if (specifier.length > 0 && index < arguments.size()) {
       result += arguments[index];
     } else {
       result.append(pattern, at, length);

@@ -12,44 +12,41 @@
 
 namespace mirvel {
 
-/// All texts that the user reads, in the user's language, one member each. English is the language of the source: the
-/// text in a member is what translators see, and what stands where no translation exists. Buttons, menus and titles
-/// have capitals as such have in English, messages have those of a sentence. No member ends in a colon; the caller adds
-/// one.
+/// All texts that the user reads, translated into the user's language, one member each. The source language is English:
+/// the text in a member is what translators see, and the fallback where no translation exists. Buttons, menus and
+/// titles use title case, messages sentence case. No member ends in a colon; callers append it.
 ///
-/// Texts may be asked for from any thread, `int_` only from the main one.
+/// Texts may be read from any thread, `int_` only from the main thread.
 class Localize {
  public:
   class Lowercase;
   class Ellipsis;
   class MainMenu;
 
-  /// Takes the translations from `<catalogues>/<language>/LC_MESSAGES/mirvel.mo`, first of the language as spoken in
-  /// the locale's region ("pt_BR"), then of the language ("pt"). With neither, or with a damaged file, texts are
-  /// English. Numbers are always those of the locale, dates and times those of `timeLocale`, by default the same.
+  /// Loads the translations from `<catalogues>/<language>/LC_MESSAGES/mirvel.mo`, trying first the language with the
+  /// locale's region ("pt_BR"), then the language ("pt"). If neither exists, or a file is damaged, texts are English.
+  /// Numbers follow `locale`, dates and times `timeLocale`, which defaults to `locale`.
   explicit Localize(const std::string& locale = currentLocale(), const std::filesystem::path& catalogues = {},
                     const std::string& timeLocale = {});
   ~Localize();
   Localize(const Localize&) = delete;
   Localize& operator=(const Localize&) = delete;
 
-  /// The locale of the user, such as "de_AT"; plain English if the process has none.
+  /// The user's locale, such as "de_AT"; "en" if the process has none.
   static std::string currentLocale();
-  /// The locale in which the user wants dates and times: that of `LC_TIME`, unless `LC_ALL` overrides it; otherwise
-  /// `locale`.
+  /// The locale for dates and times: `LC_TIME` of the environment unless `LC_ALL` overrides it, otherwise `locale`.
   static std::string timeLocale(const std::string& locale, const Environment& environment);
   const std::string& locale() const { return m_locale; }
-  /// That of dates and times.
+  /// The locale for dates and times.
   const std::string& timeLocale() const { return m_timeLocale; }
-  /// Whether the texts are in a language that is written from right to left.
+  /// Whether there are translations and their language is written from right to left.
   bool isRightToLeft() const;
 
-  /// The number as the user writes it, with digits and grouping of the locale: "86.400". `Scheduled::NumberText` reads
-  /// it.
+  /// Formats a number with the digits and the grouping of the locale: "86.400". `Scheduled::NumberText` parses it.
   std::string int_(std::int64_t number) const;
 
-  /// The translation of `key`, with each "%@" replaced by the next of the arguments, "%2$@" by the second, and "%%" by
-  /// a percent sign. A place without an argument stays as it stands.
+  /// The translation of `key`, with each "%@" replaced by the next argument, "%2$@" by the second, and "%%" by a
+  /// percent sign. Specifiers without an argument are kept.
   std::string format(const char* key, const std::vector<std::string>& arguments) const;
 
   Lowercase lowercase() const;
@@ -439,7 +436,7 @@ class Localize {
   std::unique_ptr<Numbers> m_numbers;
 };
 
-/// Forms for the middle of a line.
+/// Lower-case forms for the middle of a line.
 class Localize::Lowercase {
  public:
   explicit Lowercase(const Localize& localize) : m_localize(localize) {}
@@ -458,7 +455,7 @@ class Localize::Lowercase {
   const Localize& m_localize;
 };
 
-/// Forms for what asks for more before it acts.
+/// Titles of commands that ask for more input before they act.
 class Localize::Ellipsis {
  public:
   explicit Ellipsis(const Localize& localize) : m_localize(localize) {}
@@ -473,7 +470,7 @@ class Localize::Ellipsis {
   const Localize& m_localize;
 };
 
-/// Titles of the main menu. An ampersand stands before the letter that opens the menu or chooses the item.
+/// Titles of the main menu. An ampersand precedes the mnemonic.
 class Localize::MainMenu {
  public:
   explicit MainMenu(const Localize& localize) : m_localize(localize) {}

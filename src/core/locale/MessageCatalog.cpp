@@ -16,10 +16,10 @@ std::uint32_t swapped(std::uint32_t number) {
   return (number >> 24U) | ((number >> 8U) & 0xff00U) | ((number << 8U) & 0xff0000U) | (number << 24U);
 }
 
-/// The file's numbers and texts, by their offsets.
-class Reader {
+/// Reads numbers and texts at offsets of the file.
+class CatalogReader {
  public:
-  explicit Reader(std::string_view bytes) : m_bytes(bytes) { m_swaps = word(0) == swapped(magic); }
+  explicit CatalogReader(std::string_view bytes) : m_bytes(bytes) { m_swaps = word(0) == swapped(magic); }
 
   std::optional<std::uint32_t> word(std::uint64_t offset) const {
     if (offset + 4 > m_bytes.size()) return std::nullopt;
@@ -30,7 +30,7 @@ class Reader {
     return m_swaps ? swapped(number) : number;
   }
 
-  /// The text that the table entry (length, offset) tells, up to its first null: what follows one is a plural form.
+  /// The text of a table entry (length, offset) up to its first null, which separates plural forms.
   std::optional<std::string> text(std::uint64_t entry) const {
     const auto length = word(entry), offset = word(entry + 4);
     if (!length || !offset || std::uint64_t{*offset} + *length > m_bytes.size()) return std::nullopt;
@@ -43,7 +43,7 @@ class Reader {
   bool m_swaps = false;
 };
 
-/// The header stands as the translation of the empty text.
+/// The header is the translation of the empty text.
 bool isUtf8(const std::string& header) {
   return header.find("charset=UTF-8") != std::string::npos || header.find("charset=utf-8") != std::string::npos;
 }
@@ -51,18 +51,18 @@ bool isUtf8(const std::string& header) {
 }  // namespace
 
 Result<MessageCatalog> MessageCatalog::read(std::string_view bytes) {
-  const Reader reader(bytes);
-  if (reader.word(0) != magic) return malformed("this is no compiled message catalogue", 0);
+  const CatalogReader reader(bytes);
+  if (reader.word(0) != magic) return malformed("not a compiled message catalogue", 0);
   const auto version = reader.word(4), count = reader.word(8), originals = reader.word(12), texts = reader.word(16);
-  if (!texts) return malformed("the catalogue ends in its header", bytes.size());
-  if (*version >> 16U > 1) return malformed("the catalogue has an unknown version", 4);
+  if (!texts) return malformed("the header of the catalogue is truncated", bytes.size());
+  if (*version >> 16U > 1) return malformed("unsupported version of the catalogue", 4);
 
   MessageCatalog catalog;
   for (std::uint64_t i = 0; i < *count; ++i) {
     const auto english = reader.text(*originals + 8 * i), translation = reader.text(*texts + 8 * i);
-    if (!english || !translation) return malformed("the catalogue is cut short", bytes.size());
+    if (!english || !translation) return malformed("the catalogue is truncated", bytes.size());
     if (english->empty() && !isUtf8(*translation)) {
-      return Error{.code = Error::Code::UnsupportedEncoding, .message = "the catalogue's texts aren't UTF-8"};
+      return Error{.code = Error::Code::UnsupportedEncoding, .message = "the catalogue isn't in UTF-8"};
     }
     if (!english->empty()) catalog.m_translations.emplace(*english, *translation);
   }

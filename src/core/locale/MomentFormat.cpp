@@ -11,6 +11,7 @@ std::string formatted(const icu::DateFormat* format, std::chrono::sys_seconds mo
   return text.toUTF8String(result);
 }
 
+// createTimeZone never returns null: an unknown name yields a zone with the rules of GMT.
 std::unique_ptr<icu::TimeZone> rulesOfZone(const std::string& zone) {
   return std::unique_ptr<icu::TimeZone>(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(zone)));
 }

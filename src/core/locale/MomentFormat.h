@@ -1,5 +1,6 @@
 #pragma once
 
+// For sources that use ICU formats themselves. Not for headers, since it includes ICU.
 #include <unicode/datefmt.h>
 #include <unicode/timezone.h>
 
@@ -9,10 +10,10 @@
 
 namespace mirvel {
 
-/// A moment as ICU's format writes it, in UTF-8; empty without a format.
+/// Formats a moment in UTF-8; empty if `format` is null.
 std::string formatted(const icu::DateFormat* format, std::chrono::sys_seconds moment);
 
-/// The rules of a time zone such as "Europe/Berlin"; those of GMT for a name that isn't known. Never null.
+/// Creates a time zone by its name such as "Europe/Berlin"; GMT for an unknown name. Never null.
 std::unique_ptr<icu::TimeZone> rulesOfZone(const std::string& zone);
 
 }  // namespace mirvel

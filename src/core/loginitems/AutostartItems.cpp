@@ -22,7 +22,7 @@ std::optional<DesktopEntry> entryOf(const JobFolder& folder, const std::string& 
   return bytes ? DesktopEntry::read(*bytes, locale) : std::nullopt;
 }
 
-/// Every application has to have a name, and is told by its file where it has none all the same.
+/// The name is mandatory, but some entries lack it; the file name is used then.
 std::string nameOf(const DesktopEntry& entry, const std::string& fileName) {
   return entry.name.empty() ? fileName.substr(0, fileName.size() - extension.size()) : entry.name;
 }
@@ -48,7 +48,8 @@ std::vector<LoginItems::Listed> AutostartItems::listed() {
 Result<void> AutostartItems::remove(const LoginItem& item) {
   const fs::path& file = item.url.path();
   if (file.parent_path() != m_roots.ownAutostart) {
-    return Error{.code = Error::Code::BadArgument, .message = "not an entry of the user's own", .file = file.string()};
+    return Error{
+        .code = Error::Code::BadArgument, .message = "not one of the user's own entries", .file = file.string()};
   }
   std::error_code failure;
   fs::remove(file, failure);

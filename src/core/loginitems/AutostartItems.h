@@ -12,23 +12,24 @@
 
 namespace mirvel {
 
-/// What a Linux desktop starts at login (freedesktop.org, autostart-spec 0.5): the user's
-/// own entries are the list, those that applications installed are the bundled ones. An entry hides all of its file
-/// name in folders that count less. Entries that this desktop doesn't start aren't listed.
+/// The applications that a Linux desktop starts at login (freedesktop.org, autostart-spec 0.5). The user's own entries
+/// are the list, those of the system are the bundled items. An entry overrides entries of the same file name in folders
+/// of lower priority, even if it disables them. Entries that this desktop doesn't start aren't listed.
 class AutostartItems final : public LoginItems {
  public:
-  /// The environment's `PATH` and `XDG_CURRENT_DESKTOP` count. `locale` is the user's.
+  /// Uses `PATH` and `XDG_CURRENT_DESKTOP` of the environment. `locale` is the user's.
   AutostartItems(Roots roots, Environment environment, std::string locale);
 
-  /// Both are sorted by file name.
+  /// Both lists are sorted by file name. May block on the file system.
   std::vector<Listed> listed() override;
   std::vector<Bundled> bundled() override;
+  /// Deletes the entry's file. `BadArgument` unless it is directly in the user's own folder.
   Result<void> remove(const LoginItem& item) override;
 
  private:
   struct Entry {
     std::string path;
-    std::optional<DesktopEntry> content;  ///< none: it isn't started, but hides others
+    std::optional<DesktopEntry> content;  ///< null if it isn't started, but still overrides others
   };
   using Entries = std::map<std::string, Entry>;  // by file name
 

@@ -24,7 +24,7 @@ bool isHidden(const fs::path& path) {
 #endif
 }
 
-/// The visible entries of a folder by name; none if there is no such folder or it can't be listed.
+/// The visible entries of a folder, sorted by name; empty if it can't be listed.
 std::vector<fs::path> entriesOf(const fs::path& path) {
   const auto folder = JobFolder::open(path);
   if (!folder) return {};
@@ -41,7 +41,7 @@ bool isBundle(const fs::path& path) {
   return path.extension() == ".app";
 }
 
-/// A link to a folder isn't one: the search never leaves the place where it began.
+/// Doesn't follow links, so that the search never leaves the folder that it started in.
 bool isFolder(const fs::path& path) {
   std::error_code failure;
   return fs::symlink_status(path, failure).type() == fs::file_type::directory;

@@ -7,9 +7,9 @@
 
 namespace mirvel {
 
-/// The login items that application bundles carry in `Contents/Library/LoginItems`. Bundles are looked for in the
-/// folder itself and one folder deep; of each the first item by name counts. Hidden entries are left out, and so is
-/// what can't be read. Sorted by path.
+/// Finds the login items in `Contents/Library/LoginItems` of application bundles. Searches the folder and its direct
+/// subfolders for bundles, and uses the first item of each by name. Skips hidden entries and whatever can't be read.
+/// Sorted by path.
 std::vector<LoginItems::Bundled> bundledItems(const std::filesystem::path& applications);
 
 }  // namespace mirvel

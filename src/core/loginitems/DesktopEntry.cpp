@@ -17,7 +17,7 @@ using Values = std::map<std::string_view, std::string_view>;
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view groupHeader = "[Desktop Entry]";
 
-/// The raw values of the one group that counts; none if it isn't there.
+/// The unescaped values of the group "Desktop Entry"; null if it is missing.
 std::optional<Values> valuesIn(std::string_view bytes) {
   if (bytes.starts_with(byteOrderMark)) bytes.remove_prefix(byteOrderMark.size());
   Values values;
@@ -41,7 +41,7 @@ std::optional<Values> valuesIn(std::string_view bytes) {
   return isThere ? std::optional(std::move(values)) : std::nullopt;
 }
 
-/// What stands for the character behind a backslash; none of such as mean nothing.
+/// The character that an escape sequence represents; null for an unknown one, which is kept literally.
 std::optional<char> escaped(char c) {
   switch (c) {
     case 's':
@@ -83,7 +83,7 @@ std::string localizedTextOf(const Values& values, std::string_view key, const st
   return textOf(values, key);
 }
 
-/// Elements end with a semicolon, which the last one needn't.
+/// Splits a list at unescaped semicolons; the last one is optional.
 std::optional<std::vector<std::string>> listOf(const Values& values, std::string_view key) {
   const auto found = values.find(key);
   if (found == values.end()) return std::nullopt;
@@ -101,7 +101,7 @@ std::optional<std::vector<std::string>> listOf(const Values& values, std::string
   return elements;
 }
 
-/// Two percent signs stand for one; one with any other character is for files and the like to be put in.
+/// Removes field codes such as `%f`, for which the desktop would insert files; `%%` becomes `%`.
 std::string withoutFieldCodes(std::string_view argument) {
   std::string result;
   for (std::size_t at = 0; at < argument.size(); ++at) {
@@ -114,8 +114,7 @@ std::string withoutFieldCodes(std::string_view argument) {
   return result;
 }
 
-/// The quoting is read as a shell does, which takes all that desktop entries may have, and single quotes too, which
-/// many entries have.
+/// Parses quoting like a shell. That is a superset of the standard, and accepts the single quotes of many real entries.
 std::vector<std::string> commandIn(std::string_view exec) {
   if (String::trim(exec, true).empty()) return {};
   std::vector<std::string> command;

@@ -22,7 +22,8 @@ std::string modifierOfScript(std::string_view script) {
   return {};
 }
 
-/// A part behind the language. Countries have two letters or three digits, scripts four letters, variants more.
+/// Assigns a subtag after the language by its length: countries have two letters or three digits, scripts four letters,
+/// variants are longer.
 void take(std::string_view part, Parts& parts) {
   if (part.size() == 2 || part.size() == 3) {
     parts.country = part;
@@ -42,7 +43,7 @@ Parts partsOf(std::string_view locale) {
     locale.remove_prefix(locale.find('_') + 1);
     take(locale.substr(0, locale.find('_')), parts);
   }
-  // ICU has keywords with values there.
+  // ICU has keywords with values after the "@".
   if (!behind.empty() && behind.find('=') == std::string_view::npos) parts.modifier = behind.substr(1);
   return parts;
 }

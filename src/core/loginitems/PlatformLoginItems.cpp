@@ -5,6 +5,7 @@
 
 namespace mirvel {
 
+// Both implementations are compiled and tested everywhere; only the choice depends on the platform.
 #ifdef __APPLE__
 std::unique_ptr<LoginItems> loginItemsOfThisMachine(const Roots& roots, const Environment&, ProcessRunner& runner,
                                                     const Commands& commands, const std::string&) {

@@ -11,7 +11,8 @@
 
 namespace mirvel {
 
-/// The lists of the platform that the program was built for. The runner outlives them; `locale` is the user's.
+/// Creates the login items of the platform that the program was built for. The runner must outlive them; `locale` is
+/// the user's.
 std::unique_ptr<LoginItems> loginItemsOfThisMachine(const Roots& roots, const Environment& environment,
                                                     ProcessRunner& runner, const Commands& commands,
                                                     const std::string& locale);

@@ -11,12 +11,11 @@ namespace mirvel {
 
 namespace {
 
-// The separators of ASCII that are made for this: no name or path that a person gives holds them.
+// The ASCII separators for this purpose, which occur in no name or path that users enter.
 constexpr char fieldEnd = '\x1F';
 constexpr char recordEnd = '\x1E';
 
-/// Prints a record of name, path and kind for each item that has the first two. An item that vanishes meanwhile is
-/// passed over, and so is one that tells no path.
+/// Prints a record of name, path and kind for each item. Items that disappear meanwhile or have no path are skipped.
 constexpr const char* script =
     "set fieldEnd to character id 31\n"
     "set recordEnd to character id 30\n"
@@ -38,7 +37,7 @@ constexpr const char* script =
     "end tell\n"
     "return report\n";
 
-/// Deletes the first item that has the name and the path which are the script's arguments.
+/// Deletes the first item whose name and path equal the arguments of the script.
 constexpr const char* removalScript =
     "on run arguments\n"
     "\ttell application \"System Events\"\n"
@@ -51,7 +50,7 @@ constexpr const char* removalScript =
     "\tend tell\n"
     "end run\n";
 
-/// What stands before the next such end, which is taken off with it; none if there is no end.
+/// Removes and returns the text up to the next separator, which is removed too; null if there is none.
 std::optional<std::string_view> takeUntil(char end, std::string_view& text) {
   const auto at = text.find(end);
   if (at == std::string_view::npos) return std::nullopt;

@@ -9,16 +9,19 @@
 
 namespace mirvel {
 
-/// The login items of macOS: the user's list as the System Events application tells it, and what application bundles
-/// bring along.
+/// The login items of macOS: the user's list as reported by the System Events application, and the items in application
+/// bundles.
 class SystemEventsItems final : public LoginItems {
  public:
-  /// `osascript` is the path of the tool, `applications` the folder of the bundles. The runner outlives this.
+  /// `osascript` is the path of the tool, `applications` the folder with the bundles. The runner must outlive this.
   SystemEventsItems(ProcessRunner& runner, std::string osascript, std::filesystem::path applications);
 
-  /// Runs the tool once. The first time, the system asks the user whether it may, and the answer is waited for.
+  /// Runs the tool once and waits for it. On first use, macOS asks the user for permission and the call blocks until
+  /// the answer. Empty on errors.
   std::vector<Listed> listed() override;
+  /// See `bundledItems`.
   std::vector<Bundled> bundled() override;
+  /// Removes the first item with the name and the path. `Io` with the tool's message if it fails.
   Result<void> remove(const LoginItem& item) override;
 
  private:

@@ -17,7 +17,7 @@ namespace {
 using jobfile::StartCalendarInterval;
 using Interval = StartCalendarInterval::Interval;
 
-/// The element of a row as that type; null if it is missing or of another.
+/// The element of a row; null if it is missing or of another type.
 template <typename Element>
 const Element* elementAt(const Row& row, std::size_t index) {
   return index < row.size() ? std::get_if<Element>(&row[index]) : nullptr;
@@ -52,7 +52,7 @@ class RowReader {
   AppliedRules result() && {
     AppliedRules rules{.startInterval = m_seconds};
     if (!m_intervals.empty()) {
-      rules.startCalendarInterval = StartCalendarInterval{.intervals = std::move(m_intervals)};
+      rules.startCalendarInterval = StartCalendarInterval{.intervals = std::move(m_intervals), .singleValue = false};
     }
     return rules;
   }
@@ -138,16 +138,17 @@ class RowReader {
   std::vector<Interval> m_intervals;
 };
 
-/// Whether the two are about the same day of the week, or neither about any.
-bool areOfOneDay(const Interval& one, const Interval& other) {
+/// Whether both are on the same weekday, or neither has one.
+bool haveSameWeekday(const Interval& one, const Interval& other) {
   return shownInterval(one).weekday == shownInterval(other).weekday;
 }
 
-/// `interval` so edited that it shows what `wanted` says. What it holds beside that stays, unless it would show.
+/// Changes `interval` so that it shows `wanted`, keeping its other contents unless they would make it show something
+/// else.
 Interval edited(const Interval& interval, const Interval& wanted) {
   const Interval shown = shownInterval(interval);
   Interval result = interval;
-  if (shown.minute != wanted.minute || shown.hour != wanted.hour) {  // they are one control
+  if (shown.minute != wanted.minute || shown.hour != wanted.hour) {  // edited in one control
     result.minute = wanted.minute;
     result.hour = wanted.hour;
   }
@@ -160,14 +161,15 @@ Interval edited(const Interval& interval, const Interval& wanted) {
   return result;
 }
 
-/// The intervals of a row that was edited. Those of one day belong together; if no day stayed, they do in their order.
+/// The intervals of an edited row. Each new interval inherits from the old one of the same weekday; if all weekdays
+/// changed, they are paired in their order instead.
 std::vector<Interval> edited(const std::vector<Interval>& intervals, const std::vector<Interval>& wanted) {
   std::vector<Interval> result;
   bool hasCommonDay = false;
   for (const Interval& now : wanted) {
     const std::size_t before = result.size();
     for (const Interval& interval : intervals) {
-      if (areOfOneDay(interval, now)) result.push_back(edited(interval, now));
+      if (haveSameWeekday(interval, now)) result.push_back(edited(interval, now));
     }
     hasCommonDay = hasCommonDay || result.size() > before;
     if (result.size() == before) result.push_back(now);
@@ -178,7 +180,7 @@ std::vector<Interval> edited(const std::vector<Interval>& intervals, const std::
   return result;
 }
 
-/// In the order of the file; what is new follows what it stands behind.
+/// Restores the order of the file; new intervals stay behind the one that they follow.
 void sortByOrigin(std::vector<Interval>& intervals) {
   std::vector<std::pair<std::size_t, Interval>> placed;
   std::size_t place = 0;

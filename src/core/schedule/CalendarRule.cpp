@@ -23,7 +23,7 @@ constexpr auto allDays = range<std::uint32_t>(1, 31);
 constexpr auto allMonths = range<std::uint32_t>(1, 12);
 constexpr std::uint32_t sunday = 1;
 
-/// The set of that number alone; the empty set if it isn't in the other.
+/// The set with only that number; empty if `all` doesn't contain it.
 template <typename Bits>
 Bits only(std::int64_t number, Bits all) {
   if (number < 0 || number > 63) return 0;
@@ -35,7 +35,7 @@ Bits onlyOrAny(const std::optional<std::int64_t>& number, Bits all) {
   return number ? only(*number, all) : all;
 }
 
-/// The members of a set from that number on.
+/// The members of a set that aren't less than the number.
 template <typename Bits>
 Bits from(unsigned number, Bits bits) {
   return number >= sizeof(Bits) * 8 ? Bits{0} : static_cast<Bits>(bits >> number << number);
@@ -78,12 +78,12 @@ CalendarRule CalendarRule::asRun(const Interval& interval) {
   return rule;
 }
 
-/// The fitting days of a month; bit n stands for day n.
+/// The matching days of a month; bit n represents day n.
 std::uint32_t CalendarRule::daysIn(year_month month) const {
   if ((m_months >> static_cast<unsigned>(month.month()) & 1U) == 0) return 0;
   const auto last = static_cast<unsigned>((month / std::chrono::last).day());
   const unsigned first = weekday(local_days(month / 1)).c_encoding();
-  // The week over and over again, turned so that bit 1 is the weekday of the first.
+  // Repeats the 7-bit week over the month, rotated so that bit 1 is the weekday of the first.
   constexpr std::uint64_t weekly = 1 | 1ULL << 7 | 1ULL << 14 | 1ULL << 21 | 1ULL << 28 | 1ULL << 35;
   const auto byWeekday = static_cast<std::uint32_t>((m_weekdays * weekly) >> first << 1U);
   return (m_days | byWeekday) & range<std::uint32_t>(1, static_cast<int>(last));

@@ -9,36 +9,41 @@
 
 namespace mirvel {
 
-/// One calendar interval as sets of numbers, by which coming runs are found without trying each minute.
+/// One calendar interval as sets of matching minutes, hours, days and months, which makes finding the next run cheap.
 class CalendarRule {
  public:
-  /// What the timeline shows: a missing hour or minute is 0 (a missing hour beside nothing but a minute is any); a day
-  /// counts before a weekday, and a month only beside a day; days and months out of range are brought into it, a
-  /// weekday out of range is Sunday, hours and minutes out of range never come. Without a field there are no runs.
+  /// The interpretation of the timeline: a missing hour or minute is 0, but a lone minute matches every hour. A day
+  /// takes precedence over a weekday, and a month only counts with a day. Days and months out of range are clamped, a
+  /// weekday out of range is Sunday, and hours and minutes out of range never match. Without day, weekday, hour and
+  /// minute there are no runs.
+  /// Two interpretations of the same interval; `interval` may contain any numbers in both.
   static CalendarRule asShown(const jobfile::StartCalendarInterval::Interval& interval);
-  /// How launchd.plist(5) has it, and jobs are run: what is missing is any; of a day and a weekday either is enough; a
-  /// number out of range never comes.
+  /// The interpretation of launchd.plist(5), by which jobs are run: a missing field matches anything, either the day or
+  /// the weekday is enough, weekday 7 is Sunday, and a number out of range never matches.
   static CalendarRule asRun(const jobfile::StartCalendarInterval::Interval& interval);
 
-  /// Whether the same minutes fit both.
+  /// Whether both match the same minutes.
   bool operator==(const CalendarRule&) const = default;
 
-  /// The first fitting minute at or after that time, but before `end`.
+  /// The first matching minute in the range from `from` (inclusive) to `end` (exclusive).
   std::optional<std::chrono::local_seconds> first(std::chrono::local_seconds from,
                                                   std::chrono::local_seconds end) const;
-  /// Calls `visit(std::chrono::local_seconds)` for every fitting minute from that time on, but before `end`. In a few
-  /// nanoseconds each, where a search for one after the other takes many.
+  /// Calls `visit(std::chrono::local_seconds)` for every matching minute from `from` (inclusive) to `end` (exclusive),
+  /// in ascending order. Takes a few nanoseconds per run, many times less than repeated calls of `first`.
   template <typename Visit>
   void forEach(std::chrono::local_seconds from, std::chrono::local_seconds end, Visit visit) const;
 
  private:
+  /// Whether nothing can match, so that searches end at once.
   bool isEmpty() const { return m_months == 0 || m_hours == 0 || m_minutes == 0 || (m_days | m_weekdays) == 0; }
+  /// The days of a month that match; bit n represents day n.
   std::uint32_t daysIn(std::chrono::year_month month) const;
+  /// The first match at or after a time of a day that matches.
   std::optional<std::chrono::local_seconds> firstOnDay(std::chrono::local_days day, std::chrono::minutes from) const;
   template <typename Visit>
   void forEachOnDay(std::chrono::local_days day, Visit visit) const;
 
-  // Bit n stands for the number n. A day fits if either of its two sets holds it.
+  // Bit n represents the number n. A day matches if it is in either of the two sets of days.
   std::uint64_t m_minutes = 0;
   std::uint32_t m_hours = 0;
   std::uint32_t m_days = 0;
@@ -47,6 +52,7 @@ class CalendarRule {
 };
 
 template <typename Visit>
+// Iterates over set bits only: `x &= x - 1` clears the lowest one.
 void CalendarRule::forEachOnDay(std::chrono::local_days day, Visit visit) const {
   for (std::uint32_t hours = m_hours; hours != 0; hours &= hours - 1) {
     const std::chrono::local_seconds hour = day + std::chrono::hours(std::countr_zero(hours));
@@ -70,6 +76,7 @@ void CalendarRule::forEach(std::chrono::local_seconds from, std::chrono::local_s
     const local_days dayZero = local_days(month / 1) - days(1);
     for (std::uint32_t left = daysIn(month); left != 0; left &= left - 1) {
       const local_days day = dayZero + days(std::countr_zero(left));
+      // Only the first and the last day need a check of each minute.
       if (day > firstDay && day < lastDay) {
         forEachOnDay(day, visit);
       } else if (day == firstDay || day == lastDay) {

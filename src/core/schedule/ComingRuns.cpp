@@ -32,6 +32,7 @@ std::optional<sys_seconds> ComingRuns::next() {
 std::optional<sys_seconds> firstRun(std::span<const CalendarRule> rules, const ZoneStretches& zone, sys_seconds after) {
   std::optional<sys_seconds> earliest;
   for (const CalendarRule& rule : rules) {
+    // Each rule only has to be searched up to the earliest run so far.
     const auto run = ComingRuns(rule, zone, after, earliest.value_or(zone.end())).next();
     if (run) earliest = run;
   }

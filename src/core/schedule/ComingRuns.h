@@ -10,29 +10,30 @@
 
 namespace mirvel {
 
-/// The runs of a calendar rule, one by one:
+/// Iterates over the runs of a calendar rule in a time zone:
 ///
 ///     ComingRuns runs(rule, zone, now, end);
 ///     while (const auto run = runs.next()) ...
 ///
-/// A local time that doesn't exist gives no run; one that comes twice gives one, the first. The zone must outlive it.
+/// A local time that is skipped gives no run; one that occurs twice gives one run, at its first occurrence. The zone
+/// must outlive the iterator.
 class ComingRuns {
  public:
-  /// The runs strictly after `after` and before `end`, which both lie in the span of the zone.
+  /// The runs after `after` and before `end`, both exclusive. Both must be in the span of the zone.
   ComingRuns(const CalendarRule& rule, const ZoneStretches& zone, std::chrono::sys_seconds after,
              std::chrono::sys_seconds end);
 
+  /// The next run; null at the end.
   std::optional<std::chrono::sys_seconds> next();
 
  private:
   CalendarRule m_rule;
-  std::span<const ZoneStretches::Stretch> m_stretches;  ///< those not yet done
-  std::chrono::local_seconds m_from;                    ///< in the first of them
+  std::span<const ZoneStretches::Stretch> m_stretches;  ///< those not yet searched completely
+  std::chrono::local_seconds m_from;                    ///< where the search continues in the first of them
   std::chrono::sys_seconds m_end;
 };
 
-/// Calls `visit(std::chrono::sys_seconds)` for each of these runs, in their order. Much quicker than to ask for one
-/// after the other.
+/// Calls `visit(std::chrono::sys_seconds)` for each of these runs, in ascending order. Much faster than `ComingRuns`.
 template <typename Visit>
 void forEachRun(const CalendarRule& rule, const ZoneStretches& zone, std::chrono::sys_seconds after,
                 std::chrono::sys_seconds end, Visit visit) {
@@ -47,7 +48,7 @@ void forEachRun(const CalendarRule& rule, const ZoneStretches& zone, std::chrono
   }
 }
 
-/// The first run of any of the rules after that moment, within the span of the zone.
+/// The first run of any of the rules after `after`, within the span of the zone; null if there is none.
 std::optional<std::chrono::sys_seconds> firstRun(std::span<const CalendarRule> rules, const ZoneStretches& zone,
                                                  std::chrono::sys_seconds after);
 

@@ -23,8 +23,8 @@ Criteria daysOfMonth(const Criteria& children, const Localize& localize) {
 
 Criteria makeCriteria(const Scheduled::Texts& texts, const Localize& localize) {
   using Scheduled::Kind;
-  constexpr int repeats = 30;   // no new rule is wrong from the start, and this is a usual number of any unit
-  constexpr int startHour = 9;  // when most machines are awake
+  constexpr int repeats = 30;   // a plausible number in any unit, and valid in all of them
+  constexpr int startHour = 9;  // when most computers are running
   const Criteria number{std::make_shared<RepeatIntervalCriterion>(localize.int_(repeats))};
   const Criteria minute{std::make_shared<EveryHourCriterion>(localize.int_(0), localize.lowercase().minute())};
   const Criteria time{std::make_shared<DatePickerCriterion>(Date::timeOfDay(startHour, 0))};

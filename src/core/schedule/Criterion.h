@@ -12,10 +12,11 @@ namespace mirvel {
 
 class Criterion;
 
-/// Children of one criterion in the order of their pop-up, or what was chosen in a row from the left.
+/// The children of a criterion in the order of their pop-up menu, or the chosen path in a row from left to right.
 using Criteria = std::vector<std::shared_ptr<const Criterion>>;
 
-/// A node of the tree of all that a row of the rule editor can say. Never changes.
+/// A node of the tree of choices in a row of the rule editor: an item of a pop-up menu, a label or a control.
+/// Immutable.
 class Criterion {
  public:
   explicit Criterion(std::string name = {}, Criteria children = {})
@@ -24,9 +25,11 @@ class Criterion {
   Criterion(const Criterion&) = delete;
   Criterion& operator=(const Criterion&) = delete;
 
+  /// The title of the item or label; empty for controls.
   const std::string& name() const { return m_name; }
+  /// The choices that follow this one; empty at a leaf.
   const Criteria& children() const { return m_children; }
-  /// What a new row shows for it: its name, or a control.
+  /// The initial element of a new row: its name, or a control with its default value.
   virtual Scheduled::DisplayValue displayValue() const { return m_name; }
 
  private:
@@ -34,7 +37,7 @@ class Criterion {
   const Criteria m_children;
 };
 
-/// A field for a number of units of time.
+/// The number field of a repeat interval.
 class RepeatIntervalCriterion final : public Criterion {
  public:
   explicit RepeatIntervalCriterion(std::string number) : m_number(std::move(number)) {}
@@ -44,7 +47,7 @@ class RepeatIntervalCriterion final : public Criterion {
   const std::string m_number;
 };
 
-/// A field for a minute, and the word for it.
+/// The number field for the minute of every hour, followed by a label as its only child.
 class EveryHourCriterion final : public Criterion {
  public:
   EveryHourCriterion(std::string number, const std::string& minute)
@@ -55,7 +58,7 @@ class EveryHourCriterion final : public Criterion {
   const std::string m_number;
 };
 
-/// A picker of a time of day.
+/// The picker for a time of day.
 class DatePickerCriterion final : public Criterion {
  public:
   explicit DatePickerCriterion(Scheduled::Time time) : m_time(time) {}
@@ -65,11 +68,18 @@ class DatePickerCriterion final : public Criterion {
   const Scheduled::Time m_time;
 };
 
-/// The tree: the six kinds of rule, in the order of `Scheduled::Kind`. The index of a child is what rules store. Equal
-/// nodes are one and the same: there is one time picker, and each month has the same days, 31 of them.
+/// Builds the tree: the six kinds of rule in the order of `Scheduled::Kind`. Rules store the index of a child among its
+/// siblings. Equal nodes are shared: there is one time picker, and all months share their 31 days.
+///
+///     Repeat Interval > seconds, minutes, hours, days > number
+///     Every Hour      > number > "minute"
+///     Every Day       > time
+///     Day of Week     > Sunday ... Saturday, Weekdays, Weekends > time
+///     Day of Month    > 1 ... 31 > time
+///     Day of Year     > January ... December > 1 ... 31 > time
 Criteria makeCriteria(const Scheduled::Texts& texts, const Localize& localize);
 
-/// A path made longer by first children to its end.
+/// The path extended to a leaf by first children.
 Criteria completed(Criteria path);
 
 }  // namespace mirvel

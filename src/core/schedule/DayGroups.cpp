@@ -13,7 +13,7 @@ std::size_t dayOf(const FileRule& rule) {
   return static_cast<std::size_t>(std::get<DayOfWeek>(rule.rule).day);
 }
 
-/// The same for rules that differ in nothing but their days.
+/// Equal for rules that differ only in their weekday. Invalid weekdays are shown as Sunday, but must not be merged.
 auto slotOf(const FileRule& rule) {
   const auto& interval = rule.source.intervals.front();
   const bool isDay = *interval.weekday >= 0 && *interval.weekday <= 7;
@@ -32,7 +32,7 @@ std::vector<FileRule> foldDays(std::vector<FileRule> singleDays, const Week& wee
   for (const FileRule& rule : singleDays) days[slotOf(rule)].set(dayOf(rule));
 
   std::vector<FileRule> result;
-  std::map<std::pair<Slot, int>, std::size_t> groups;  // where they stand in the result
+  std::map<std::pair<Slot, int>, std::size_t> groups;  // indices in `result`
   const auto addGroup = [&](const FileRule& rule, const Days& members, int groupDay) {
     const Slot slot = slotOf(rule);
     if (!holdsAll(days[slot], members) || !groups.try_emplace({slot, groupDay}, result.size()).second) return;

@@ -31,7 +31,8 @@ void sortByDigit(const std::vector<OwnedRun>& runs, std::vector<OwnedRun>& sorte
   for (const OwnedRun& run : runs) sorted[places[digitOf(run, begin, shift)]++] = run;
 }
 
-/// A span of a month needs two passes, whatever the number of runs.
+/// A radix sort, since runs are many and their range is small: a span of a month takes two passes, however many they
+/// are.
 void sortByDate(std::vector<OwnedRun>& runs, sys_seconds begin, sys_seconds end) {
   std::vector<OwnedRun> sorted(runs.size());
   const auto span = static_cast<std::uint64_t>((end - begin).count());

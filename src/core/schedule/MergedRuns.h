@@ -10,12 +10,13 @@
 
 namespace mirvel {
 
-/// A calendar rule of one of several owners, who are told apart by numbers of the caller's.
+/// A calendar rule of an owner, which is an arbitrary number chosen by the caller.
 struct OwnedRule {
   CalendarRule rule;
   std::uint32_t owner = 0;
 };
 
+/// A run of one of the rules of `owner`.
 struct OwnedRun {
   std::chrono::sys_seconds date;
   std::uint32_t owner = 0;
@@ -23,8 +24,8 @@ struct OwnedRun {
   bool operator==(const OwnedRun&) const = default;
 };
 
-/// The runs of all rules strictly after `after` and before `end`, which both lie in the span of the zone. In the order
-/// of time, and at one moment in that of the rules.
+/// The runs of all rules after `after` and before `end`, both exclusive and in the span of the zone. Sorted by time;
+/// runs at the same moment are in the order of their rules.
 std::vector<OwnedRun> mergedRuns(std::span<const OwnedRule> rules, const ZoneStretches& zone,
                                  std::chrono::sys_seconds after, std::chrono::sys_seconds end);
 

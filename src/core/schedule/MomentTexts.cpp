@@ -20,13 +20,13 @@ icu::UnicodeString quoted(icu::UnicodeString text) {
   return text.findAndReplace("'", "''").insert(0, '\'').append(u'\'');
 }
 
-/// The pattern of a weekday with a word for the day in the weekday's place; itself without a word.
+/// Replaces the weekday in a pattern by a quoted word; returns the pattern unchanged without a word.
 icu::UnicodeString withWord(icu::UnicodeString pattern, const icu::UnicodeString& word) {
   const std::int32_t begin = pattern.indexOf(u"EEEE");
   return word.isEmpty() || begin < 0 ? pattern : pattern.replace(begin, 4, quoted(word));
 }
 
-/// Makes the formats of one locale and zone; words such as "tomorrow" are those of the language.
+/// Creates the formats of one locale and zone; words such as "tomorrow" are in `language`.
 class Factory {
  public:
   Factory(const icu::Locale& locale, const icu::Locale& language, const icu::TimeZone& zone)
@@ -44,7 +44,7 @@ class Factory {
     return U_SUCCESS(m_status) ? m_words.format(direction, UDAT_ABSOLUTE_DAY, result, m_status) : result;
   }
 
-  /// Null: ICU has no data.
+  /// Null if ICU has no data.
   Format format(const icu::UnicodeString& pattern) {
     auto result = std::make_unique<icu::SimpleDateFormat>(pattern, m_locale, m_status);
     result->setTimeZone(m_zone);

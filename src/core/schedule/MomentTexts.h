@@ -8,20 +8,23 @@
 
 namespace mirvel {
 
-/// Coming moments as one says them in a language and a time zone. Slow to make, quick to ask; for one thread.
+/// Formats future moments relative to today. Slow to construct, fast to use. Not thread-safe.
 class MomentTexts {
  public:
-  /// `localize` outlives it. `zone` is a name such as "Europe/Berlin"; one that isn't known counts as UTC.
+  /// `localize` must outlive it. `zone` is a name such as "Europe/Berlin"; unknown names count as UTC.
   MomentTexts(const Localize& localize, std::string zone);
   ~MomentTexts();
   MomentTexts(const MomentTexts&) = delete;
   MomentTexts& operator=(const MomentTexts&) = delete;
 
+  /// The texts and locales in use.
   const Localize& localize() const { return m_localize; }
+  /// The name as given to the constructor, known or not.
   const std::string& zone() const { return m_zone; }
 
-  /// "tomorrow 9:00 AM", "Monday 9:00 AM" for less than a week, and otherwise "Dec 24, 9:00 AM", with the year if it is
-  /// another. `day` is that of the moment in the zone.
+  /// "today 9:00 AM" or "tomorrow 9:00 AM", "Monday 9:00 AM" within a week, otherwise "Dec 24, 9:00 AM", with the year
+  /// if it isn't the current one. Words are those of the language, formats those of the time locale. `day` is the day
+  /// of the moment in the zone.
   std::string text(std::chrono::sys_seconds moment, std::chrono::local_days day, std::chrono::local_days today) const;
 
  private:

@@ -26,15 +26,16 @@ Problem problemOf(const Row& row, const Texts& texts, const NumberText& numbers)
   const NumberField* const field = fieldOf(row);
   if (!field) return std::nullopt;
   const auto exact = numbers.parseExactly(field->text);
-  if (!exact || std::trunc(*exact) != *exact) return NumberProblem::notAWholeNumber;
+  // NumberText drops fractions, so "1.5" has to be rejected here.
+  if (!exact || std::trunc(*exact) != *exact) return NumberProblem::NotAWholeNumber;
   const auto number = numbers.parseField(field->text);
   if (isOf(Kind::everyHour, row, texts)) {
-    return number && *number >= 0 && *number <= 59 ? Problem() : NumberProblem::noMinute;
+    return number && *number >= 0 && *number <= 59 ? Problem() : NumberProblem::NotAMinute;
   }
-  if (*exact <= 0) return NumberProblem::lessThanTenSeconds;
+  if (*exact <= 0) return NumberProblem::LessThanTenSeconds;
   const AppliedRules applied = readRows({row}, texts, numbers);
-  if (!applied.startInterval) return NumberProblem::tooLarge;
-  return *applied.startInterval == shortestInterval && *number < shortestInterval ? NumberProblem::lessThanTenSeconds
+  if (!applied.startInterval) return NumberProblem::TooLarge;
+  return *applied.startInterval == shortestInterval && *number < shortestInterval ? NumberProblem::LessThanTenSeconds
                                                                                   : Problem();
 }
 
@@ -45,7 +46,8 @@ std::vector<Problem> numberProblems(const std::vector<Row>& rows, const Texts& t
   bool hasInterval = false;
   for (const Row& row : rows) {
     const bool isInterval = isOf(Kind::repeatInterval, row, texts);
-    result.push_back(hasInterval && isInterval ? NumberProblem::notTheFirstInterval : problemOf(row, texts, numbers));
+    result.push_back(hasInterval && isInterval ? NumberProblem::NotTheFirstInterval : problemOf(row, texts, numbers));
+    // Only a readable interval counts: an unreadable one doesn't make the next one redundant.
     hasInterval = hasInterval || (isInterval && readRows({row}, texts, numbers).startInterval);
   }
   return result;
@@ -53,15 +55,15 @@ std::vector<Problem> numberProblems(const std::vector<Row>& rows, const Texts& t
 
 std::string text(NumberProblem problem, const Localize& localize) {
   switch (problem) {
-    case NumberProblem::notAWholeNumber:
+    case NumberProblem::NotAWholeNumber:
       return localize.enterAWholeNumber();
-    case NumberProblem::tooLarge:
+    case NumberProblem::TooLarge:
       return localize.enterASmallerNumber();
-    case NumberProblem::lessThanTenSeconds:
+    case NumberProblem::LessThanTenSeconds:
       return localize.enterAtLeastTenSeconds();
-    case NumberProblem::noMinute:
+    case NumberProblem::NotAMinute:
       return localize.enterAMinute();
-    case NumberProblem::notTheFirstInterval:
+    case NumberProblem::NotTheFirstInterval:
       break;
   }
   return localize.onlyOneRepeatInterval();

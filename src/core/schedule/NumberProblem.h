@@ -10,19 +10,20 @@
 
 namespace mirvel::Scheduled {
 
-/// Why the job won't run as often as the number in a row says. Nothing of it is saved.
+/// Why the number in a row can't be saved as it is.
 enum class NumberProblem {
-  notAWholeNumber,      ///< nor is an empty text
-  tooLarge,             ///< for 64 bits, as seconds
-  lessThanTenSeconds,   ///< counts as 10
-  noMinute,             ///< of every hour
-  notTheFirstInterval,  ///< of rows with a repeat interval the first that can be read counts
+  NotAWholeNumber,      ///< or empty
+  TooLarge,             ///< exceeds 64 bits in seconds
+  LessThanTenSeconds,   ///< would be saved as 10
+  NotAMinute,           ///< not 0 to 59
+  NotTheFirstInterval,  ///< only the first readable repeat interval of all rows counts
 };
 
-/// One for each row; none for a row without a number.
+/// One element per row; null for a valid number and for rows without a number.
 std::vector<std::optional<NumberProblem>> numberProblems(const std::vector<Row>& rows, const Texts& texts,
                                                          const NumberText& numbers);
 
+/// The explanation for the user.
 std::string text(NumberProblem problem, const Localize& localize);
 
 }  // namespace mirvel::Scheduled

@@ -11,7 +11,7 @@
 namespace mirvel::Scheduled {
 
 struct NumberText::Format {
-  std::unique_ptr<icu::NumberFormat> format;  // none: ICU has no data, and no text is a number
+  std::unique_ptr<icu::NumberFormat> format;  // null if ICU has no data; then no text is a number
   icu::UnicodeString groupingSeparator;
 
   std::optional<icu::Formattable> parse(const icu::UnicodeString& text) const;
@@ -39,7 +39,7 @@ std::optional<icu::Formattable> NumberText::Format::parse(const icu::UnicodeStri
   format->parse(text, number, position);
   if (position.getIndex() != text.length()) return std::nullopt;
   UErrorCode status = U_ZERO_ERROR;
-  if (!std::isfinite(number.getDouble(status))) return std::nullopt;  // to ICU "NaN" is a number
+  if (!std::isfinite(number.getDouble(status))) return std::nullopt;  // ICU parses "NaN" and "∞"
   return number;
 }
 

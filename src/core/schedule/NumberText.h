@@ -8,8 +8,8 @@
 
 namespace mirvel::Scheduled {
 
-/// Reads whole numbers as a person writes them in a locale, in its own digits or in Latin ones. What follows a decimal
-/// separator is dropped.
+/// Parses numbers in the format of a locale, in its own digits or in Latin ones. The whole text must be the number.
+/// Without ICU data, no text is a number.
 class NumberText {
  public:
   explicit NumberText(const std::string& locale);
@@ -17,11 +17,12 @@ class NumberText {
   NumberText(const NumberText&) = delete;
   NumberText& operator=(const NumberText&) = delete;
 
-  /// The number that the whole text is, if 64 bits with a sign hold it.
+  /// An integer in the range of a signed 64-bit integer; a fraction is dropped. In English, "1,234" → 1234, "12.75" →
+  /// 12; null for "", "12 apples" and "NaN".
   std::optional<std::int64_t> parse(std::string_view text) const;
-  /// Likewise, whatever grouping separators stand anywhere in the text.
+  /// The same, ignoring grouping separators anywhere in the text: "1,2" → 12. For text that users type.
   std::optional<std::int64_t> parseField(std::string_view text) const;
-  /// Likewise, with its fraction, and of any size.
+  /// As `parseField`, with the fraction and of any finite size.
   std::optional<double> parseExactly(std::string_view text) const;
 
  private:

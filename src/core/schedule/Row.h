@@ -8,30 +8,30 @@
 
 #include "core/schedule/Scheduled.h"
 
-/// What the rule editor shows, as plain values.
+/// The contents of the rule editor as plain values.
 namespace mirvel::Scheduled {
 
-/// The text in a field for a number.
+/// A field with a number, as typed.
 struct NumberField {
   std::string text;
 
   bool operator==(const NumberField&) const = default;
 };
 
-/// The time in a time picker.
+/// A picker for a time of day.
 struct TimePicker {
   Time time;
 
   bool operator==(const TimePicker&) const = default;
 };
 
-/// One element of a row; a text is that of a pop-up or of a label.
+/// One element of a row; a string is the title of a pop-up menu or a label.
 using DisplayValue = std::variant<std::string, NumberField, TimePicker>;
 
-/// One row of the editor, its elements from the left; the first is the text of the rule's kind.
+/// One row of the editor, its elements from left to right. The first one is the title of the rule's kind.
 using Row = std::vector<DisplayValue>;
 
-/// What of the job file a row was made from, and what the row said then.
+/// The values of the job file that a row was made from, and the elements that it had then.
 struct RowOrigin {
   FileSource source;
   Row row;
@@ -39,7 +39,7 @@ struct RowOrigin {
   bool operator==(const RowOrigin&) const = default;
 };
 
-/// The texts that the editor shows in its pop-ups, and by which its rows are read back: those of one list must be
+/// The titles in the pop-up menus of the editor, by which its rows are also read back. Titles within one list must be
 /// distinct.
 struct Texts {
   std::array<std::string, 6> kinds;  ///< in the order of `Kind`
@@ -49,6 +49,7 @@ struct Texts {
   std::array<std::string, 7> dayNames;     ///< Sunday first
   std::array<std::string, 12> monthNames;  ///< January first
 
+  /// The title of a kind or of a unit.
   const std::string& of(Kind kind) const { return kinds[static_cast<std::size_t>(kind)]; }
   const std::string& of(RepeatInterval::Unit unit) const { return units[static_cast<std::size_t>(unit)]; }
 };

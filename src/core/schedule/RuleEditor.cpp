@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/schedule/UntoldText.h"
+#include "core/schedule/UnshownEntries.h"
 
 namespace mirvel::Scheduled {
 
-template <typename Tell>
-void RuleEditor::changed(Tell tellView) {
+template <typename Notify>
+void RuleEditor::changed(Notify notifyView) {
   if (m_controller.isBuilding()) return;
-  if (m_view) tellView(*m_view);
+  if (m_view) notifyView(*m_view);
   if (m_delegate) m_delegate->rulesDidChange();
 }
 
@@ -40,23 +40,25 @@ AppliedRules RuleEditor::applied() const {
   return appliedRules(m_rows, m_controller.texts(), m_controller.numbers());
 }
 
-std::string RuleEditor::untold(std::size_t row) const {
+std::string RuleEditor::unshownEntries(std::size_t row) const {
   if (!m_rows.at(row).origin) return {};
   const auto applied = appliedRules({m_rows[row]}, m_controller.texts(), m_controller.numbers());
-  return applied.startCalendarInterval ? untoldText(applied.startCalendarInterval->intervals, m_controller.localize())
-                                       : std::string();
+  return applied.startCalendarInterval
+             ? Scheduled::unshownEntries(applied.startCalendarInterval->intervals, m_controller.localize())
+             : std::string();
 }
 
 std::vector<std::optional<NumberProblem>> RuleEditor::problems() const {
   return numberProblems(rows(), m_controller.texts(), m_controller.numbers());
 }
 
-/// A row that is still as it was made from the file is no obstacle, whatever stands there.
+/// A row that is unchanged since it was loaded doesn't prevent saving, since the file keeps its values. A second repeat
+/// interval still does: the file has only one.
 std::optional<std::size_t> RuleEditor::refusedRow(const std::vector<std::optional<NumberProblem>>& found) const {
   for (std::size_t row = 0; row < m_rows.size(); ++row) {
     const auto& origin = m_rows[row].origin;
     const bool isAsInFile = origin && origin->row == m_rows[row].displayValues;
-    if (found[row] && !(isAsInFile && found[row] != NumberProblem::notTheFirstInterval)) return row;
+    if (found[row] && !(isAsInFile && found[row] != NumberProblem::NotTheFirstInterval)) return row;
   }
   return std::nullopt;
 }
@@ -77,7 +79,7 @@ std::optional<InvalidField> RuleEditor::refuse() {
                       .reason = text(*found[row], localize)};
 }
 
-void RuleEditor::addRowBehind(std::size_t row) {
+void RuleEditor::addRowAfter(std::size_t row) {
   if (row < m_rows.size()) insertRow(row + 1);
 }
 
@@ -105,8 +107,8 @@ void RuleEditor::chooseChild(std::size_t row, std::size_t position, std::size_t 
   if (row >= m_rows.size() || position >= m_rows[row].criteria.size()) return;
   const Criteria& siblings = choices(row, position);
   if (child >= siblings.size() || siblings[child] == m_rows[row].criteria[position]) return;
-  m_rows[row] = rechosen(m_rows[row], position, siblings[child]);
-  changed([=](RuleEditorType& view) { view.rowWasRechosen(row, position); });
+  m_rows[row] = withChoice(m_rows[row], position, siblings[child]);
+  changed([=](RuleEditorType& view) { view.rowChoiceChanged(row, position); });
 }
 
 void RuleEditor::setControl(std::size_t row, DisplayValue value) {

@@ -6,7 +6,7 @@ namespace mirvel::Scheduled {
 
 namespace {
 
-/// A rule as a row has it: what is chosen behind the kind, and what is entered.
+/// A rule as the entries of a row: the indices chosen after the kind, and the value of the control.
 struct Entries {
   std::vector<int> choices = {};
   DisplayValue control;
@@ -43,7 +43,7 @@ std::optional<int> indexIn(const Criteria& siblings, const std::shared_ptr<const
   return found == siblings.end() ? std::nullopt : std::optional(static_cast<int>(found - siblings.begin()));
 }
 
-/// Where each criterion stands among its siblings; none if one of them isn't of the tree.
+/// The index of each criterion among its siblings; null if one isn't in the tree.
 std::optional<std::vector<int>> indicesOf(const Criteria& path, const Criteria& tree) {
   std::vector<int> result;
   const Criteria* siblings = &tree;
@@ -90,7 +90,7 @@ RuleRow newRow(Criteria path) {
   return row;
 }
 
-RuleRow rechosen(const RuleRow& row, std::size_t position, std::shared_ptr<const Criterion> chosen) {
+RuleRow withChoice(const RuleRow& row, std::size_t position, std::shared_ptr<const Criterion> chosen) {
   Criteria path(row.criteria.begin(), row.criteria.begin() + static_cast<std::ptrdiff_t>(position));
   path.push_back(std::move(chosen));
   for (std::size_t at = position + 1; at < row.criteria.size(); ++at) {

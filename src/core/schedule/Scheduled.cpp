@@ -14,7 +14,7 @@ namespace {
 
 using Interval = jobfile::StartCalendarInterval::Interval;
 
-/// The number, or 0 if it is absent or out of its range.
+/// The number; 0 if it is missing or out of range.
 std::int64_t orZero(const std::optional<std::int64_t>& number, std::int64_t greatest) {
   return number && *number >= 0 && *number <= greatest ? *number : 0;
 }
@@ -45,7 +45,7 @@ ScheduledType ruleOf(const Interval& interval) {
   return EveryDay{.time = time};
 }
 
-bool isTold(const Interval& interval) {
+bool isFullyShown(const Interval& interval) {
   return CalendarRule::asRun(shownInterval(interval)) == CalendarRule::asRun(interval);
 }
 
@@ -55,7 +55,7 @@ Kind kindOf(const ScheduledType& rule) {
 
 RepeatInterval splitInterval(std::int64_t seconds) {
   using Unit = RepeatInterval::Unit;
-  // Divided as single-precision numbers, so a huge interval shows as its nearest such number.
+  // Divides in single precision, so a huge interval is shown rounded.
   const auto inHours = static_cast<float>(seconds) / 60.0F / 60.0F;
   if (seconds % 86400 == 0) return {.interval = std::llround(inHours / 24.0F), .unit = Unit::days};
   if (seconds % 3600 == 0) return {.interval = std::llround(inHours), .unit = Unit::hours};

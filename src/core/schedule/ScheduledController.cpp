@@ -63,6 +63,7 @@ const Scheduled::NumberText& ScheduledController::numbers() const {
 }
 
 const MomentTexts& ScheduledController::moments() const {
+  // The zone can change while the program runs, for example on a journey.
   std::string zone = zoneOfThisMachine();
   if (!m_moments || m_moments->zone() != zone) m_moments = std::make_unique<MomentTexts>(m_localize, std::move(zone));
   return *m_moments;
@@ -76,6 +77,7 @@ void ScheduledController::load(const std::vector<Scheduled::ScheduledType>& rule
 
 void ScheduledController::loadFileRules(const std::vector<Scheduled::FileRule>& rules, Scheduled::RuleEditor& editor) {
   m_isBuilding = true;
+  // Adding and replacing rows below must not count as edits, hence `m_isBuilding`.
   while (editor.numberOfRows() > 0) editor.removeRow(editor.numberOfRows() - 1);
   for (const auto& [rule, source] : rules) {
     editor.addRow();

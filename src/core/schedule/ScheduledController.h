@@ -12,7 +12,7 @@
 
 namespace mirvel::Scheduled {
 
-/// The rule editor's texts in the user's language.
+/// The titles of the rule editor in the user's language.
 Texts localizedTexts(const Localize& localize);
 
 }  // namespace mirvel::Scheduled
@@ -23,7 +23,7 @@ namespace Scheduled {
 class RuleEditor;
 }
 
-/// Hears that the rows of a rule editor have changed.
+/// Is notified when the rows of a rule editor change.
 class ScheduledDelegate {
  public:
   ScheduledDelegate() = default;
@@ -31,39 +31,43 @@ class ScheduledDelegate {
   ScheduledDelegate(const ScheduledDelegate&) = delete;
   ScheduledDelegate& operator=(const ScheduledDelegate&) = delete;
 
+  /// Called after every edit, not after loading.
   virtual void rulesDidChange() = 0;
 };
 
-/// The data source of the rule editors: what can be chosen in their rows, and how rules become rows. Everything slow is
-/// made when it is first asked for. For the main thread.
+/// The data source of the rule editors: provides the choices in their rows, and converts rules to rows. Initialises
+/// everything slow on first use. Main thread only.
 class ScheduledController {
  public:
-  /// `localize` outlives it.
+  /// `localize` must outlive it.
   explicit ScheduledController(const Localize& localize);
   ~ScheduledController();
   ScheduledController(const ScheduledController&) = delete;
   ScheduledController& operator=(const ScheduledController&) = delete;
 
   const Localize& localize() const { return m_localize; }
-  /// The criteria below that one; with none, the six kinds of rule.
+  /// The children of a criterion; if null, the six kinds of rule.
   const Criteria& children(const Criterion* criterion) const;
   const Criteria& criteria() const { return children(nullptr); }
-  /// What is chosen in a new row of each kind.
+  /// The default path of each kind, in the order of `Scheduled::Kind`.
   const std::vector<Criteria>& criteriaRows() const;
-  /// By these the rows of the editors are read, see `Scheduled::readRows`.
+  /// The parameters of `Scheduled::readRows`.
   const Scheduled::Texts& texts() const;
   const Scheduled::NumberText& numbers() const;
-  /// How moments are told in the time zone that the machine keeps now.
+  /// Formats for the current time zone of the machine. The reference is valid until the zone changes and this is called
+  /// again.
   const MomentTexts& moments() const;
 
-  /// Replaces the editor's rows by those of the rules; its delegate isn't told. A rule that no row can show, one with a
-  /// number out of range, leaves a new row in its place.
+  /// Replaces the rows of the editor by those of the rules, without notifying its delegate. A rule that no row can
+  /// represent, because a number is out of range, is replaced by a new row as `RuleEditor::addRow` adds it.
   void load(const std::vector<Scheduled::ScheduledType>& rules, Scheduled::RuleEditor& editor);
-  /// Likewise the rows of a job file's schedule, of which each remembers what it was made from.
+  /// The same for the schedule of a job file: each row remembers its origin.
   void loadFileRules(const std::vector<Scheduled::FileRule>& rules, Scheduled::RuleEditor& editor);
+  /// Whether rules are being loaded, so that changes aren't edits of the user.
   bool isBuilding() const { return m_isBuilding; }
 
  private:
+  /// The texts, the number format and the tree, created together on first use.
   struct Source;
   const Source& source() const;
 

@@ -14,12 +14,12 @@ namespace {
 struct CloseCalendar {
   void operator()(UCalendar* calendar) const { ucal_close(calendar); }
 };
-using CalendarHandle = std::unique_ptr<UCalendar, CloseCalendar>;  // a UCalendar is a void
+using CalendarHandle = std::unique_ptr<UCalendar, CloseCalendar>;  // UCalendar is an alias of void*
 
 constexpr Days saturdayAndSunday(0b1000001);
 
 CalendarHandle calendarOf(const std::string& locale) {
-  constexpr std::u16string_view zone = u"GMT";  // which days are weekends is a matter of the locale alone
+  constexpr std::u16string_view zone = u"GMT";  // weekends depend on the locale only
   UErrorCode status = U_ZERO_ERROR;
   CalendarHandle calendar(
       ucal_open(zone.data(), static_cast<std::int32_t>(zone.size()), locale.c_str(), UCAL_DEFAULT, &status));

@@ -5,18 +5,18 @@
 
 namespace mirvel::Scheduled {
 
-/// Days of the week by number: 0 is Sunday, 6 is Saturday.
+/// A set of days of the week: bit 0 is Sunday, bit 6 is Saturday.
 using Days = std::bitset<7>;
 
-/// Which days a region works on and which it rests on. A day on which the weekend begins or ends counts as the region
-/// has it at noon.
+/// The weekdays and weekends of a region. A day on which the weekend begins or ends is classified by its noon.
 struct Week {
   Days weekends;
-  Days weekdays;  ///< all others
+  Days weekdays;  ///< all other days
 
-  /// The week of a locale such as "en_US"; one without a region of its own gets that of its language's main region.
+  /// The week of a locale such as "en_US". Without a region, that of the main region of its language; without locale
+  /// data, Saturday and Sunday are the weekend.
   static Week of(const std::string& locale);
-  /// The week of the user's locale, as it was when first asked for. Any thread may ask.
+  /// The week of the user's locale, cached on first use. Thread-safe.
   static const Week& current();
 
   bool operator==(const Week&) const = default;

@@ -31,7 +31,7 @@ seconds offsetAt(const icu::TimeZone& zone, sys_seconds moment) {
   return U_SUCCESS(status) ? seconds((raw + daylight) / 1000) : seconds(0);
 }
 
-/// Where the offset changes after that moment, if the zone has any more changes.
+/// The next change of offset after a moment; null if there is none.
 std::optional<sys_seconds> nextChange(const icu::TimeZone& zone, sys_seconds after) {
   const auto* const basic = dynamic_cast<const icu::BasicTimeZone*>(&zone);
   icu::TimeZoneTransition transition;
@@ -42,7 +42,7 @@ std::optional<sys_seconds> nextChange(const icu::TimeZone& zone, sys_seconds aft
 }  // namespace
 
 ZoneStretches::ZoneStretches(const std::string& zone, sys_seconds from, sys_seconds to) {
-  // So far back, whether an hour comes for the second time is known at the begin of the span too.
+  // Starts early enough to know whether an hour at the beginning of the span is repeated.
   constexpr auto memory = days(2);
   const std::unique_ptr<icu::TimeZone> rules(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(zone)));
   sys_seconds begin = from - memory;

@@ -32,7 +32,7 @@ constexpr std::array interpreters{
     Interpreter{"wish", SyntaxType::tcl},
 };
 
-/// Takes the first word off the line.
+/// Removes the first word from the line and returns it.
 std::string_view nextWord(std::string_view& line) {
   line = String::trim(line, true);
   const std::string_view word = line.substr(0, line.find_first_of(" \t\r"));
@@ -48,7 +48,7 @@ std::string_view withoutVersion(std::string_view name) {
   return name;
 }
 
-/// The name of the program that env(1) is to find: behind its options and the variables that it sets.
+/// The program that env(1) runs, after its options and variable assignments.
 std::string_view programOfEnv(std::string_view line) {
   std::string_view word = nextWord(line);
   while (word.starts_with('-') || word.find('=') != std::string_view::npos) word = nextWord(line);

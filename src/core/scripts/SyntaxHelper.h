@@ -7,11 +7,12 @@
 
 namespace mirvel::SyntaxHelper {
 
-/// The language of a script by its first line, in lower case: by the interpreter behind "#!", which may be found by
-/// env(1) and have a version, or by what the files of some languages begin with, such as "<?php".
+/// The language of a script by its first line, which must be in lower case: by the interpreter after "#!", with or
+/// without env(1) and a version number, or by the usual beginning of a file such as "<?php". `none` if it isn't
+/// recognised.
 SyntaxType determineSyntaxFromLowercasedFirstLine(std::string_view line);
 
-/// Likewise of a whole text as it was typed; none if its first line is no mark of a language: then it may be any.
+/// The same for a whole text in any case. Null if its first line doesn't indicate a language, so that it could be any.
 std::optional<SyntaxType> syntaxOfText(std::string_view text);
 
 }  // namespace mirvel::SyntaxHelper

@@ -2,9 +2,9 @@
 
 namespace mirvel {
 
-/// The languages of scripts, as far as the program tells them apart.
+/// The languages of scripts that the program distinguishes.
 enum class SyntaxType {
-  none,  ///< plain text, or a language that isn't known
+  none,  ///< plain text or an unknown language
   shell,
   perl,
   php,

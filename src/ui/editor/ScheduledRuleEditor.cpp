@@ -59,8 +59,8 @@ void ScheduledRuleEditor::showSentences() {
   QStringList lines;
   for (std::size_t row = 0; row < m_editor.numberOfRows(); ++row) {
     const auto rule = m_editor.rule(row);
-    if (rule) lines.append(qt(explain::ruleText(*rule, m_localize, explain::TimeForm::ofTheLocale)));
-    const std::string untold = m_editor.untold(row);
+    if (rule) lines.append(qt(explain::ruleText(*rule, m_localize, explain::TimeForm::OfTheLocale)));
+    const std::string untold = m_editor.unshownEntries(row);
     if (!untold.empty()) lines.append(qt(untold));
   }
   m_sentences = new ValueText(lines.join(QLatin1Char('\n')), this);
@@ -91,7 +91,7 @@ std::size_t ScheduledRuleEditor::rowOf(const RuleRowView& view) const {
 
 void ScheduledRuleEditor::addBehind(const RuleRowView& view) {
   const std::size_t row = rowOf(view);
-  m_editor.addRowBehind(row);
+  m_editor.addRowAfter(row);
   if (row + 1 < m_views.size()) m_views[row + 1]->controls().front()->setFocus(Qt::TabFocusReason);
 }
 
@@ -125,7 +125,7 @@ void ScheduledRuleEditor::dismiss(std::size_t row) {
   view->deleteLater();  // its own click may be what it goes for
 }
 
-void ScheduledRuleEditor::rowWasRechosen(std::size_t row, std::size_t position) {
+void ScheduledRuleEditor::rowChoiceChanged(std::size_t row, std::size_t position) {
   if (!m_isEditable) return rowsWereLoaded();
   m_views[row]->showRow(m_editor, row, position + 1);
   updateMarks();
@@ -145,7 +145,7 @@ void ScheduledRuleEditor::updateMarks() {
   const auto problems = m_editor.problems();
   for (std::size_t row = 0; row < m_views.size(); ++row) {
     m_views[row]->mark(problems[row]);
-    m_views[row]->showUntold(qt(m_editor.untold(row)));
+    m_views[row]->showUntold(qt(m_editor.unshownEntries(row)));
   }
 }
 

@@ -33,7 +33,7 @@ class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorT
  private:
   void rowWasAdded(std::size_t row) override;
   void rowWasRemoved(std::size_t row) override;
-  void rowWasRechosen(std::size_t row, std::size_t position) override;
+  void rowChoiceChanged(std::size_t row, std::size_t position) override;
   void valueWasEntered() override;
   void rowsWereLoaded() override;
   void rowWasRefused(std::size_t row) override;

@@ -9,7 +9,7 @@
 namespace mirvel {
 namespace {
 
-TEST(CustomIconsTest, ThePicturesOfTheStoreGoToTheirJobs) {
+TEST(CustomIconsTest, StoredImagesAreAssignedToTheirJobs) {
   testdata::TemporaryFolder support;
   testdata::FakeWorkspace workspace;
   const auto file = [&](const std::string& path, const std::string& ending) { return toHex(*sha256(path)) + ending; };

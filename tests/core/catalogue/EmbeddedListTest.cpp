@@ -6,6 +6,7 @@
 
 #include "core/catalogue/HelperToolLines.h"
 #include "demo/HelperToolFile.h"
+#include "support/FakeProcessRunner.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -39,22 +40,9 @@ constexpr const char* printed = R"({
 };
 )";
 
-/// A machine whose `launchctl` prints the same of every file.
-class FakeLaunchctl : public ProcessRunner {
- public:
-  Result<ProcessResult> answer = ProcessResult{.output = printed};
-  std::vector<std::vector<std::string>> calls;
-
-  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
-    calls.push_back({program});
-    calls.back().insert(calls.back().end(), arguments.begin(), arguments.end());
-    return answer;
-  }
-};
-
 class EmbeddedListTest : public testing::Test {
  protected:
-  /// A file that passes for the tool.
+  /// A file with the permissions of the tool.
   std::string launchctl(std::filesystem::perms permissions = std::filesystem::perms::owner_all) {
     const auto path = m_folder.write("launchctl", "");
     std::filesystem::permissions(path, permissions);
@@ -65,15 +53,16 @@ class EmbeddedListTest : public testing::Test {
   }
   std::string missing() const { return m_folder.path() / "missing"; }
 
-  FakeLaunchctl m_runner;
+  testdata::FakeProcessRunner m_runner;
 
  private:
   TemporaryFolder m_folder;
 };
 
-TEST_F(EmbeddedListTest, TheToolIsAskedWhereTheMachineHasIt) {
+TEST_F(EmbeddedListTest, TheToolIsUsedIfItExists) {
   const std::string tool = launchctl();
   const EmbeddedList lists(m_runner, tool);
+  m_runner.answer = ProcessResult{.output = printed};
   EXPECT_EQ(lists.text("/tools/a b"), printed);
   const std::vector<std::vector<std::string>> calls{{tool, "plist", "__TEXT,__info_plist", "/tools/a b"}};
   EXPECT_EQ(m_runner.calls, calls);
@@ -84,7 +73,7 @@ TEST_F(EmbeddedListTest, TheToolIsAskedWhereTheMachineHasIt) {
   EXPECT_EQ(lists.text("/tools/c"), "");
 }
 
-TEST_F(EmbeddedListTest, WithoutTheToolTheFileGivesTheSameLines) {
+TEST_F(EmbeddedListTest, WithoutTheToolTheFileYieldsTheSameLines) {
   const auto file = helper(infoPlist);
   for (const std::string& tool : {missing(), launchctl(std::filesystem::perms::owner_read)}) {
     EXPECT_EQ(EmbeddedList(m_runner, tool).text(file), printed) << tool;
@@ -96,7 +85,7 @@ TEST_F(EmbeddedListTest, WithoutTheToolTheFileGivesTheSameLines) {
   EXPECT_EQ(lines.name, "Example & Söhne");
 }
 
-TEST_F(EmbeddedListTest, WhatCantBeReadGivesNoText) {
+TEST_F(EmbeddedListTest, UnreadableFilesYieldNoText) {
   const EmbeddedList lists(m_runner, missing());
   EXPECT_EQ(lists.text(missing()), "");
   EXPECT_EQ(lists.text(helper("")), "");

@@ -35,7 +35,7 @@ TEST(HelperToolLinesTest, TheThreeEntriesAreReadFromAWholeList) {
                "com.example.helper", R"(identifier \"com.example.app\" and anchor apple generic)", "Example"}});
 }
 
-TEST(HelperToolLinesTest, EntriesMustStandExactlyAsTheToolPrintsThem) {
+TEST(HelperToolLinesTest, EntriesMustHaveTheExactFormatOfTheTool) {
   expectRows({
       {"x\n\"CFBundleIdentifier\" = \"a\";", "a", "x", ""},
       {"x\n \t\"CFBundleIdentifier\" = \"a\";\t\r\n", "a", "x", ""},
@@ -53,13 +53,13 @@ TEST(HelperToolLinesTest, EntriesMustStandExactlyAsTheToolPrintsThem) {
   });
 }
 
-TEST(HelperToolLinesTest, ClientsAreTheLineBehindTheirEntryOrElseTheFirstLine) {
+TEST(HelperToolLinesTest, ClientsAreTheLineAfterTheirEntryOrElseTheFirstLine) {
   expectRows({
       {"", "", "", ""},
       {"\n\n\n", "", "", ""},
       {"{\n};\n", "", "{", ""},
       {"\n\n{\n};\n", "", "{", ""},  // empty lines don't count
-      {" \n{\n", "", "", ""},        // lines of blanks do
+      {" \n{\n", "", "", ""},        // lines of white space do
       {"\"first\";\nsecond", "", "first", ""},
       {"could not read it", "", "could not read it", ""},
       {"\"CFBundleName\" = \"a\";\nsecond", "", "", "a"},

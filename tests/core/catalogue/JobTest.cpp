@@ -31,7 +31,7 @@ TEST(JobTest, TheChecksumAloneIsTheIdentity) {
   }
 }
 
-TEST(JobTest, ACatalogueIsAnotherOnceAFileWasRenamedOrMoved) {
+TEST(JobTest, ARenamedOrMovedFileChangesTheCatalogue) {
   const auto list = [](Kind kind, const char* path) {
     return Jobs{std::make_shared<Job>(kind, "job", "", "sum", URL::file(path))};
   };
@@ -54,10 +54,11 @@ TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
   EXPECT_EQ(own.customIconDigest, toHex(*sha256("/else")));
 
   const Job address(Kind::loginItemSystemPreferences, "x", "", "sum", URL::address("LoginItem.x"));
-  EXPECT_EQ(address.iconStoreName(), toHex(*sha256("LoginItem.x"))) << "or all login items would share one icon";
+  EXPECT_EQ(address.iconStoreName(), toHex(*sha256("LoginItem.x")))
+      << "otherwise all login items would share one icon";
 }
 
-TEST(JobTest, TheTextOfASortKeyFollowsAnEditedRecord) {
+TEST(JobTest, TheSortKeyFollowsAnEditedRecord) {
   const Collator collator("en");
   testdata::RecordingConsole console;
   const auto launchd =

@@ -17,7 +17,7 @@ std::string text(const Sections& sections) {
   return result;
 }
 
-TEST(KindSectionTest, JobsStandByKindInTheOrderOfTheCatalogue) {
+TEST(KindSectionTest, JobsAreGroupedByKindInTheOrderOfTheCatalogue) {
   const auto job = [](Kind kind, const char* name) {
     return std::make_shared<Job>(kind, name, "", name, URL::file("/job"));
   };

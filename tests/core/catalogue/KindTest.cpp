@@ -15,7 +15,7 @@ namespace {
 using testdata::FakeWorkspace;
 using testdata::TemporaryFolder;
 
-TEST(KindTest, EachKindHasItsFolderAndItsRights) {
+TEST(KindTest, EachKindHasItsFolderAndPermissions) {
   const Roots roots{"/home", "/user", "/support", "/local", "/system", "/defaults"};
   using Info = Kind::InfoName;
   const struct {
@@ -64,7 +64,7 @@ class KindTextsTest : public testing::Test {
   FakeWorkspace workspace;
 };
 
-TEST_F(KindTextsTest, TitlesNameWhoTheJobsRunForOrWhatTheyAre) {
+TEST_F(KindTextsTest, TitlesNameTheUserOrTheKind) {
   const Localize english("en");
   KindTexts texts(english, defaults, workspace);
   const std::pair<Kind, const char*> table[] = {
@@ -82,7 +82,7 @@ TEST_F(KindTextsTest, TitlesNameWhoTheJobsRunForOrWhatTheyAre) {
   for (const auto& [kind, title] : table) EXPECT_EQ(texts.title(kind), title);
 }
 
-TEST_F(KindTextsTest, TheSettingsApplicationGivesItsOwnNameAndIcon) {
+TEST_F(KindTextsTest, TheSettingsApplicationProvidesNameAndIcon) {
   workspace.applications = {{"System Settings", "/Applications/System Settings.app"}};
   workspace.displayNames = {{"/Applications/System Settings.app", "Systemeinstellungen.app"}};
   const Localize english("en");
@@ -91,7 +91,7 @@ TEST_F(KindTextsTest, TheSettingsApplicationGivesItsOwnNameAndIcon) {
   EXPECT_EQ(texts.icon(Kind::loginItemSystemPreferences), Image::iconOfPath("/Applications/System Settings.app"));
 }
 
-TEST_F(KindTextsTest, TheLockIsThatOfTheStart) {
+TEST_F(KindTextsTest, TheLockIconIsCached) {
   const Localize english("en");
   KindTexts before(english, defaults, workspace);
   EXPECT_EQ(before.icon(Kind::systemAgent), Image::named("changes-prevent"));
@@ -101,7 +101,7 @@ TEST_F(KindTextsTest, TheLockIsThatOfTheStart) {
   EXPECT_EQ(after.icon(Kind::systemAgent), Image::named("changes-allow"));
 }
 
-TEST_F(KindTextsTest, PartsOfATitleKeepTheirOrderFromRightToLeft) {
+TEST_F(KindTextsTest, PartsOfATitleKeepTheirOrderInRightToLeftText) {
   EXPECT_EQ(bidirectionalString({"Agents", "System"}, " – ", false), "Agents – System");
   EXPECT_EQ(bidirectionalString({"Agents", "System"}, " – ", true), "\u200F\u2068Agents\u2069 – \u2068System\u2069");
 }

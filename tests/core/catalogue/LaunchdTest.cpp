@@ -47,7 +47,7 @@ TEST_F(LaunchdReaderTest, TheSummaryIsTheCommandWithAShortTool) {
   for (const auto& row : table) EXPECT_EQ(read(jobText("a", row.keys))->summary, row.summary);
 }
 
-TEST_F(LaunchdReaderTest, TheIconIsThatOfTheToolOrOfTheBundleAroundIt) {
+TEST_F(LaunchdReaderTest, TheIconIsThatOfTheToolOrItsBundle) {
   const std::pair<const char*, std::optional<std::string>> table[] = {
       {"/usr/bin/rsync", "/usr/bin/rsync"},
       {"rsync", std::nullopt},
@@ -72,10 +72,10 @@ TEST_F(LaunchdReaderTest, TheIconIsThatOfTheToolOrOfTheBundleAroundIt) {
   settings.scriptEditor.reset();
   const auto plain = read(jobText("a", {{"ProgramArguments", Array{"/usr/bin/osascript", "-e", "beep"}}}));
   EXPECT_FALSE(plain->iconPath);
-  EXPECT_EQ(plain->icon, Image::iconOfPath(file)) << "of the job file, for want of a better one";
+  EXPECT_EQ(plain->icon, Image::iconOfPath(file)) << "falls back to the job file";
 }
 
-TEST_F(LaunchdReaderTest, TheChecksumIsThatOfTheBytesAndTheTextIsTheFile) {
+TEST_F(LaunchdReaderTest, ChecksumAndTextAreThoseOfTheBytes) {
   const std::string text = jobText("Ünï");
   const std::string binary = propertylist::writeBinary(Dictionary{{"Label", "a"}});
   for (const std::string& data : {text, binary, text + "\n"}) {
@@ -87,7 +87,7 @@ TEST_F(LaunchdReaderTest, TheChecksumIsThatOfTheBytesAndTheTextIsTheFile) {
   EXPECT_TRUE(console.printed.empty());
 }
 
-TEST_F(LaunchdReaderTest, BadFilesGiveALineAndNoJob) {
+TEST_F(LaunchdReaderTest, InvalidFilesAreLoggedAndYieldNoJob) {
   const struct {
     std::string data;
     const char* line;
@@ -108,22 +108,22 @@ TEST_F(LaunchdReaderTest, BadFilesGiveALineAndNoJob) {
   EXPECT_TRUE(console.logged.empty());
 }
 
-TEST_F(LaunchdReaderTest, InternalHelpersAreHiddenOrAtLeastNotEdited) {
+TEST_F(LaunchdReaderTest, InternalHelpersAreHiddenOrReadOnly) {
   EXPECT_FALSE(read(jobText("app.mirvel.helper")));
   EXPECT_TRUE(console.printed.empty());
-  EXPECT_TRUE(read(jobText("app.mirvelous"))->isEditable) << "another's";
+  EXPECT_TRUE(read(jobText("app.mirvelous"))->isEditable) << "of another vendor";
   settings.showInternalHelpers = true;
   EXPECT_FALSE(read(jobText("app.mirvel.helper"))->isEditable);
 }
 
-TEST_F(LaunchdReaderTest, SystemJobsAreEditableByPermissionWhenTheyAreRead) {
+TEST_F(LaunchdReaderTest, TheSettingForSystemJobsAppliesWhenTheyAreRead) {
   const auto before = read(jobText("a"), Kind::systemAgent);
   settings.editSystemJobs = true;
   EXPECT_FALSE(before->isEditable);
   EXPECT_TRUE(read(jobText("a"), Kind::systemAgent)->isEditable);
 }
 
-TEST_F(LaunchdReaderTest, OnlyADisabledJobIsMarked) {
+TEST_F(LaunchdReaderTest, OnlyADisabledJobHasTheStatusIcon) {
   const Localize english("en");
   const Image unavailable = statusImage(false, english);
   EXPECT_EQ(unavailable.accessibilityDescription, "Disabled");
@@ -140,19 +140,43 @@ TEST_F(LaunchdReaderTest, OnlyADisabledJobIsMarked) {
   }
 }
 
-TEST_F(LaunchdReaderTest, TheUnknownKeysAreThoseOfTheBytesAndNotOfTheFileThatStandsThere) {
+TEST_F(LaunchdReaderTest, UnknownKeysComeFromTheBytesAndNotFromTheExistingFile) {
   testdata::TemporaryFolder folder;
-  file = folder.write("a.plist", jobText("standing", {{"Odd", "standing"}}));
+  file = folder.write("a.plist", jobText("existing", {{"Odd", "existing"}}));
   const Dictionary imported{{"Label", "imported"}, {"Odd", "imported"}, {"Even", "imported"}};
   EXPECT_EQ(read(jobText("imported", imported))->plistDictionary(), imported);
 }
 
-TEST_F(LaunchdReaderTest, AValueOfTheWrongTypeHidesNoJob) {
+TEST_F(LaunchdReaderTest, AValueOfTheWrongTypeDoesNotHideTheJob) {
   const auto job = read(jobText("a", {{"UserName", Dictionary{}}, {"Program", "/bin/ls"}}));
   ASSERT_TRUE(job);
   EXPECT_EQ(job->plist().run, "/bin/ls");
   EXPECT_EQ(job->plist().unknownKeys, std::vector<std::string>{"UserName"});
   EXPECT_TRUE(console.printed.empty());
+}
+
+TEST_F(LaunchdReaderTest, TheFileContainsKnownAndUnknownKeysSorted) {
+  const auto job = read(propertylist::writeBinary(Dictionary{
+      {"Label", "job"}, {"Zebra", propertylist::Date{0}}, {"Alpha", propertylist::Data{"x"}}, {"RunAtLoad", false}}));
+  job->plist().nice = 5;
+  EXPECT_EQ(job->plistData(),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+            "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+            "<plist version=\"1.0\">\n<dict>\n"
+            "\t<key>Alpha</key>\n\t<data>\n\teA==\n\t</data>\n"
+            "\t<key>Label</key>\n\t<string>job</string>\n"
+            "\t<key>Nice</key>\n\t<integer>5</integer>\n"
+            "\t<key>RunAtLoad</key>\n\t<false/>\n"
+            "\t<key>Zebra</key>\n\t<date>2001-01-01T00:00:00Z</date>\n"
+            "</dict>\n</plist>\n");
+  EXPECT_EQ(job->plistDictionary(), job->plist().encodeAll());
+}
+
+TEST_F(LaunchdReaderTest, AValueWithoutXmlFormYieldsNoFile) {
+  const auto job = read(propertylist::writeBinary(Dictionary{{"Label", "job"}, {"Odd", propertylist::Set{}}}));
+  EXPECT_FALSE(job->plistData());
+  EXPECT_FALSE(job->plistDictionary());
 }
 
 }  // namespace

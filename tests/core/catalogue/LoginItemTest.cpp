@@ -20,7 +20,7 @@ class LoginItemTest : public testing::Test {
   testdata::FakeLoginItems items;
 };
 
-TEST_F(LoginItemTest, AnEntryOfTheUsersListIsKnownByItsName) {
+TEST_F(LoginItemTest, AnEntryOfTheUsersListIsIdentifiedByItsName) {
   items.ownItems = {{"Café Notes", "/Applications/Notes.app", "Application", {}},
                     {"Twin", "/a", {}, Image::named("twin")},
                     {"Twin", "/a", {}, {}}};
@@ -60,7 +60,7 @@ TEST_F(LoginItemTest, AnItemOfAnApplicationIsNamedAfterIt) {
   EXPECT_EQ(item.textContent, "/Applications/Notes.app");
 }
 
-TEST_F(LoginItemTest, ItemsWithoutNameOrPathAndOurOwnAreLeftOut) {
+TEST_F(LoginItemTest, ItemsWithoutNameOrPathAndOurOwnAreSkipped) {
   using Listed = LoginItems::Listed;
   items.ownItems = {Listed{"", "/a"},
                     Listed{"b", ""},
@@ -76,7 +76,7 @@ TEST_F(LoginItemTest, ItemsWithoutNameOrPathAndOurOwnAreLeftOut) {
   EXPECT_EQ(names(LoginItem::applicationItems(items, true)), (std::vector<std::string>{"Mirvel", "h"}));
 }
 
-TEST_F(LoginItemTest, TheUsersListIsShownWhereThePlatformKeepsIt) {
+TEST_F(LoginItemTest, TheUsersListIsOpenedWhereThePlatformKeepsIt) {
   testdata::FakeWorkspace workspace;
   LoginItem::openAccountsPreferences(workspace, Roots::ofMac("/Users/x"));
   LoginItem::openAccountsPreferences(workspace, Roots::ofLinux("/home/x", {}));

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-/// Mach-O files of every form, with commands and sections around the one that is looked for.
+/// Mach-O files of all forms, with further commands and sections around the one under test.
 namespace mirvel::testdata {
 
 struct MachOForm {
@@ -26,7 +26,7 @@ class MachOBytes {
   void words(std::initializer_list<std::uint32_t> words) {
     for (const auto word : words) number(word, 4);
   }
-  /// Numbers as wide as an address.
+  /// Numbers of the size of an address.
   void addresses(std::initializer_list<std::uint64_t> numbers) {
     for (const auto each : numbers) number(each, m_form.isWide ? 8 : 4);
   }
@@ -38,8 +38,8 @@ class MachOBytes {
   std::string m_bytes;
 };
 
-/// An executable with a command of another kind, a segment without sections, and a segment `__TEXT` with two sections:
-/// code, and the given one.
+/// An executable with an unrelated command, a segment without sections, and a segment `__TEXT` with two sections: code
+/// and the given one.
 inline std::string machOFile(MachOForm form, std::string_view content, std::string_view section = "__info_plist") {
   const std::uint32_t header = form.isWide ? 32 : 28, segment = form.isWide ? 72 : 56, entry = form.isWide ? 80 : 68;
   const std::uint32_t command = form.isWide ? 0x19 : 0x01, other = 24, sizes = other + 2 * segment + 2 * entry;
@@ -69,7 +69,7 @@ struct FatSlice {
   std::uint64_t offset, size;
 };
 
-/// The header of a file for several processors.
+/// The header of a universal file.
 inline std::string fatHeader(bool isWide, const std::vector<FatSlice>& slices) {
   MachOBytes header({.isWide = isWide, .isBigEndian = true});
   header.words({isWide ? 0xcafebabfU : 0xcafebabeU, static_cast<std::uint32_t>(slices.size())});

@@ -36,7 +36,7 @@ std::vector<std::string> goodFiles() {
   return files;
 }
 
-TEST(MachOTest, TheSectionIsFoundInFilesOfEveryForm) {
+TEST(MachOTest, TheSectionIsFoundInFilesOfAllForms) {
   const auto files = goodFiles();
   for (std::size_t i = 0; i < files.size(); ++i) {
     const auto section = sectionIn(files[i]);
@@ -45,7 +45,7 @@ TEST(MachOTest, TheSectionIsFoundInFilesOfEveryForm) {
   }
 }
 
-TEST(MachOTest, EveryPrefixOfAGoodFileIsRefused) {
+TEST(MachOTest, EveryPrefixOfAGoodFileIsRejected) {
   for (const std::string& file : goodFiles()) {
     for (std::size_t length = 0; length < file.size(); ++length) {
       EXPECT_FALSE(sectionIn(std::string_view(file).substr(0, length))) << length << " of " << file.size();
@@ -53,7 +53,7 @@ TEST(MachOTest, EveryPrefixOfAGoodFileIsRefused) {
   }
 }
 
-TEST(MachOTest, DamagedFilesAreRefused) {
+TEST(MachOTest, DamagedFilesAreRejected) {
   struct Row {
     std::string damage;
     std::size_t offset;
@@ -63,28 +63,28 @@ TEST(MachOTest, DamagedFilesAreRefused) {
   const std::vector<Row> rows{
       {"another magic number", 0, 0x464c457f, Code::Malformed},
       {"no commands", 16, 0, Code::NotFound},
-      {"one more than are allowed", 16, 4097, Code::LimitExceeded},
+      {"too many commands", 16, 4097, Code::LimitExceeded},
       {"commands of no size", 20, 0, Code::Malformed},
       {"commands of the largest size", 20, 1 << 20, Code::Malformed},
       {"commands of a larger size", 20, (1 << 20) + 1, Code::LimitExceeded},
-      {"a command of another kind", 32, 0x1b, Code::NotFound},
+      {"an unrelated command", 32, 0x1b, Code::NotFound},
       {"a segment of a 32-bit file", 32, 1, Code::NotFound},
       {"a command of no size", 36, 0, Code::Malformed},
-      {"a command smaller than its head", 36, 7, Code::Malformed},
+      {"a command smaller than its header", 36, 7, Code::Malformed},
       {"a segment smaller than its fields", 36, 71, Code::Malformed},
-      {"a command that ends behind the commands", 36, 153, Code::Malformed},
+      {"a command that ends after the commands", 36, 153, Code::Malformed},
       {"a command of the largest number", 36, 0xffffffff, Code::Malformed},
       {"no sections", 96, 0, Code::NotFound},
-      {"a section more than there is", 96, 2, Code::Malformed},
+      {"one section too many", 96, 2, Code::Malformed},
       {"sections of the largest number", 96, 0xffffffff, Code::Malformed},
       {"a section of another name", 112, 0x7473696d, Code::NotFound},
       {"a section of another segment", 120, 0x41445f5f, Code::NotFound},
-      {"a section that ends behind the file", 144, 9, Code::Malformed},
+      {"a section that ends after the file", 144, 9, Code::Malformed},
       {"a section of the largest size", 144, 1 << 20, Code::Malformed},
       {"a section of a larger size", 144, (1 << 20) + 1, Code::LimitExceeded},
       {"a section size with its high half set", 148, 0xffffffff, Code::LimitExceeded},
       {"a section that begins one byte later", 152, 185, Code::Malformed},
-      {"a section that begins behind the file", 152, 0xffffffff, Code::Malformed},
+      {"a section that begins after the file", 152, 0xffffffff, Code::Malformed},
   };
   for (const auto& row : rows) {
     const auto section = sectionIn(patched(demo::helperToolFile("the list"), row.offset, row.word));
@@ -93,7 +93,7 @@ TEST(MachOTest, DamagedFilesAreRefused) {
   }
 }
 
-TEST(MachOTest, MoreCommandsThanThereAreAreRefused) {
+TEST(MachOTest, TooHighCommandCountsAreRejected) {
   const std::string file = machOFile({.isWide = true, .isBigEndian = false}, "", "__cstring");
   for (const std::uint32_t count : {4U, 5U, 4096U}) {
     const auto section = sectionIn(patched(file, 16, count));
@@ -102,7 +102,7 @@ TEST(MachOTest, MoreCommandsThanThereAreAreRefused) {
   }
 }
 
-TEST(MachOTest, SlicesThatLieAmissAreRefused) {
+TEST(MachOTest, SlicesOutOfBoundsAreRejected) {
   const std::string tool = demo::helperToolFile("the list");
   const std::uint64_t size = tool.size(), most = UINT64_MAX;
   struct Row {
@@ -114,7 +114,7 @@ TEST(MachOTest, SlicesThatLieAmissAreRefused) {
       {patched(fatFile(false, {tool}), 4, 64, true), Code::Malformed},
       {patched(fatFile(false, {tool}), 4, 65, true), Code::LimitExceeded},
       {patched(fatFile(true, {tool}), 4, 0xffffffff, true), Code::LimitExceeded},
-      {fatHeader(false, {{28, size - 1}}) + tool, Code::Malformed},  // the section ends behind its slice
+      {fatHeader(false, {{28, size - 1}}) + tool, Code::Malformed},  // the section ends after its slice
       {fatHeader(false, {{29, size}}) + tool, Code::Malformed},
       {fatHeader(false, {{0xffffffff, 0xffffffff}}) + tool, Code::Malformed},
       {fatHeader(true, {{40, most}}) + tool, Code::Malformed},
@@ -131,7 +131,7 @@ TEST(MachOTest, SlicesThatLieAmissAreRefused) {
   }
 }
 
-TEST(MachOTest, TheFirstSliceThatHasTheSectionServes) {
+TEST(MachOTest, TheFirstSliceWithTheSectionIsUsed) {
   const std::string other = machOFile(machOForms[0], "", "__cstring");
   const auto section = sectionIn(fatFile(false, {"junk", other, demo::helperToolFile("1"), demo::helperToolFile("2")}));
   ASSERT_TRUE(section) << section.error().text();
@@ -143,7 +143,7 @@ TEST(MachOTest, ASliceBeyondFourGigabytesIsRead) {
   constexpr std::uint64_t far = std::uint64_t{5} << 30U;
   const std::string tool = demo::helperToolFile("the list");
   const auto path = folder.write("tool", fatHeader(true, {{far, tool.size()}}));
-  std::filesystem::resize_file(path, far);  // takes no room on the disk
+  std::filesystem::resize_file(path, far);  // sparse
   std::ofstream(path, std::ios::binary | std::ios::app) << tool;
   const auto section = infoPlistSection(path);
   ASSERT_TRUE(section) << section.error().text();
@@ -170,7 +170,7 @@ TEST(MachOTest, OnlyRegularFilesAreOpened) {
   }
 }
 
-TEST(MachOTest, AFileCutShortAfterItWasOpenedIsAnError) {
+TEST(MachOTest, AFileThatIsTruncatedWhileOpenIsAnError) {
   const TemporaryFolder folder;
   const auto path = folder.write("tool", demo::helperToolFile("the list"));
   auto file = FileBytes::open(path);

@@ -3,20 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "core/text/Bytes.h"
+#include "support/FakeProcessRunner.h"
 #include "support/TestData.h"
 
 namespace mirvel {
 namespace {
-
-/// A machine whose `launchctl` prints this.
-class Launchctl final : public ProcessRunner {
- public:
-  std::string output;
-
-  Result<ProcessResult> run(const std::string&, const std::vector<std::string>&) override {
-    return ProcessResult{.output = output};
-  }
-};
 
 class PrivilegedHelperToolTest : public testing::Test {
  protected:
@@ -29,11 +20,11 @@ class PrivilegedHelperToolTest : public testing::Test {
   }
 
   testdata::TemporaryFolder folder;
-  Launchctl launchctl;
+  testdata::FakeProcessRunner launchctl;
 };
 
-TEST_F(PrivilegedHelperToolTest, TheEmbeddedListTellsOfTheTool) {
-  launchctl.output =
+TEST_F(PrivilegedHelperToolTest, TheEmbeddedListDescribesTheTool) {
+  launchctl.answer->output =
       "{\n\t\"CFBundleIdentifier\" = \"com.example.helper\";\n\t\"CFBundleName\" = \"Example\";\n"
       "\t\"SMAuthorizedClients\" = (\n\t\t\"identifier \\\"com.example\\\"\";\n\t\t\"second\";\n\t);\n};\n";
   const auto tool = read("com.example.helper");
@@ -48,17 +39,17 @@ TEST_F(PrivilegedHelperToolTest, TheEmbeddedListTellsOfTheTool) {
   EXPECT_EQ(tool->icon, Image::iconOfPath("/tools/com.example.helper"));
 }
 
-TEST_F(PrivilegedHelperToolTest, AToolThatTellsNothingIsListedByItsFileName) {
+TEST_F(PrivilegedHelperToolTest, AToolWithoutListHasItsFileName) {
   const auto tool = read("mute");
   ASSERT_TRUE(tool);
   EXPECT_EQ(tool->name, "mute");
   EXPECT_EQ(tool->identifier + tool->clients, "");
 }
 
-TEST_F(PrivilegedHelperToolTest, TheFileNameTellsOurOwn) {
+TEST_F(PrivilegedHelperToolTest, OurOwnToolsAreRecognisedByTheirFileName) {
   EXPECT_FALSE(read("app.mirvel.privileged"));
   EXPECT_TRUE(read("app.mirvel.privileged", true));
-  launchctl.output = "\t\"CFBundleName\" = \"app.mirvel.other\";\n";
+  launchctl.answer->output = "\t\"CFBundleName\" = \"app.mirvel.other\";\n";
   EXPECT_TRUE(read("tool"));
 }
 

@@ -40,7 +40,7 @@ TEST_F(StartupItemTest, AFolderWithParametersAndAScriptIsAnItem) {
   EXPECT_EQ(StartupItem::read(withSlash, Kind::localStartupItem)->run(), path + "/Web");
 }
 
-TEST_F(StartupItemTest, WhatLacksAPartIsNone) {
+TEST_F(StartupItemTest, FoldersWithAPartMissingAreRejected) {
   const std::string good = startupParameters("Web Server", Array{"Web"});
   const std::pair<std::string, std::string> table[] = {
       {startupParameters("", Array{"Web"}), ""},

@@ -8,8 +8,8 @@ namespace {
 using namespace std::chrono;
 using Interval = jobfile::StartCalendarInterval::Interval;
 
-/// Some versions of the locale data have a narrow blank before "AM".
-std::string withPlainBlanks(std::string text) {
+/// Some versions of the locale data have a narrow no-break space before "AM".
+std::string withPlainSpaces(std::string text) {
   const std::string narrow = "\u202f";
   for (auto at = text.find(narrow); at != std::string::npos; at = text.find(narrow))
     text.replace(at, narrow.size(), " ");
@@ -29,12 +29,12 @@ std::optional<std::string> textOf(const Schedule& schedule, sys_seconds now, con
   record.startInterval = schedule.seconds;
   if (schedule.intervals) record.startCalendarInterval = {.intervals = *schedule.intervals};
   const auto text = nextRunsText(record, now, texts);
-  return text ? std::optional(withPlainBlanks(*text)) : std::nullopt;
+  return text ? std::optional(withPlainSpaces(*text)) : std::nullopt;
 }
 
 constexpr sys_seconds sundayEvening = sys_days(2026y / 11 / 22) + 20h + 5min;
 
-TEST(NextRunsTest, TheNextTwoRunsAreNamedAsOneSaysThem) {
+TEST(NextRunsTest, TheNextTwoRunsAreNamedRelativeToToday) {
   const std::pair<Schedule, std::optional<std::string>> table[] = {
       {{}, std::nullopt},
       {{{}, {{{.minute = 0, .hour = 9}}}}, "Next: tomorrow 9:00 AM, then Tuesday 9:00 AM"},
@@ -64,7 +64,7 @@ TEST(NextRunsTest, TheNextTwoRunsAreNamedAsOneSaysThem) {
   }
 }
 
-TEST(NextRunsTest, MomentsAreThoseOfTheLanguageAndTheZone) {
+TEST(NextRunsTest, MomentsFollowTheLanguageAndTheTimeZone) {
   const Schedule atNine{{}, {{{.minute = 0, .hour = 9}}}};
   const Schedule onChristmas{{}, {{{.minute = 0, .hour = 21, .day = 24, .month = 12}}}};
   const struct {
@@ -84,7 +84,7 @@ TEST(NextRunsTest, MomentsAreThoseOfTheLanguageAndTheZone) {
   }
 }
 
-TEST(NextRunsTest, ATimeThatIsSkippedWaitsAndOneThatComesTwiceRunsOnce) {
+TEST(NextRunsTest, ASkippedTimeHasNoRunAndARepeatedTimeOne) {
   const Schedule halfPastTwo{{}, {{{.minute = 30, .hour = 2}}}};
   const std::pair<sys_seconds, const char*> table[] = {
       {sys_days(2026y / 3 / 28) + 12h, "Next: Monday 2:30 AM, then Tuesday 2:30 AM"},       // skipped on Sunday
@@ -94,7 +94,7 @@ TEST(NextRunsTest, ATimeThatIsSkippedWaitsAndOneThatComesTwiceRunsOnce) {
   for (const auto& [now, text] : table) EXPECT_EQ(textOf(halfPastTwo, now, "en_US", "Europe/Berlin"), text);
 }
 
-TEST(NextRunsTest, TheLeapDayIsFoundOverTheTurnOfACentury) {
+TEST(NextRunsTest, TheLeapDayIsFoundAcrossACenturyWithoutOne) {
   const Schedule leapDay{{}, {{{.minute = 0, .hour = 0, .day = 29, .month = 2}}}};
   EXPECT_EQ(textOf(leapDay, sys_days(2096y / 3 / 1)), "Next: Feb 29, 2104, 12:00 AM, then Feb 29, 2108, 12:00 AM");
 }

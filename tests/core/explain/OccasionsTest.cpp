@@ -10,7 +10,7 @@ namespace {
 using jobfile::Dict;
 using jobfile::List;
 
-TEST(OccasionsTest, EveryOccasionIsASentence) {
+TEST(OccasionsTest, EachOccasionYieldsASentence) {
   const std::string byHand = "Only when it is started by hand";
   const std::string always = "Always: it is started again whenever it ends";
   const struct {

@@ -37,7 +37,7 @@ TEST(RuleTextTest, RulesAreSentences) {
       {DayOfYear{1, 30, Date::timeOfDay(12, 0)}, "Every year on 31 February at 12:00",
        "Every year on 31 Februar at 12:00"},
   };
-  // The sentences have no translation here, but names, numbers and ordinals follow the locale.
+  // Sentences aren't translated without catalogues, but names, numbers and ordinals follow the locale.
   const Localize english("en");
   const Localize german("de");
   for (const auto& row : table) {
@@ -46,15 +46,15 @@ TEST(RuleTextTest, RulesAreSentences) {
   }
 }
 
-TEST(RuleTextTest, TimesCanBeReadAsOnClocksOfTheLocale) {
+TEST(RuleTextTest, TimesCanFollowTheTimeLocale) {
   const ScheduledType rule = EveryDay{Date::timeOfDay(21, 5)};
-  const std::string english = ruleText(rule, Localize("en_US"), TimeForm::ofTheLocale);
+  const std::string english = ruleText(rule, Localize("en_US"), TimeForm::OfTheLocale);
   EXPECT_TRUE(english.starts_with("Every day at 9:05") && english.ends_with("PM")) << english;
-  EXPECT_EQ(ruleText(rule, Localize("de"), TimeForm::ofTheLocale), "Every day at 21:05");
-  EXPECT_EQ(ruleText(rule, Localize("en_US", {}, "de_DE"), TimeForm::ofTheLocale), "Every day at 21:05");
+  EXPECT_EQ(ruleText(rule, Localize("de"), TimeForm::OfTheLocale), "Every day at 21:05");
+  EXPECT_EQ(ruleText(rule, Localize("en_US", {}, "de_DE"), TimeForm::OfTheLocale), "Every day at 21:05");
   const ScheduledType onMonday = DayOfWeek{1, Date::timeOfDay(21, 5)};
-  EXPECT_EQ(ruleText(onMonday, Localize("en_US", {}, "de_DE"), TimeForm::ofTheLocale), "Every Monday at 21:05")
-      << "a sentence is in one language";
+  EXPECT_EQ(ruleText(onMonday, Localize("en_US", {}, "de_DE"), TimeForm::OfTheLocale), "Every Monday at 21:05")
+      << "names are in the language of the sentence";
 }
 
 }  // namespace

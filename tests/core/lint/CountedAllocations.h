@@ -4,8 +4,7 @@
 
 namespace mirvel::testdata {
 
-/// What this program has allocated so far with `new`, freed or not. The operators that count are linked with whatever
-/// has this source, and serve all of that program.
+/// The bytes allocated with `new` so far, freed or not. Replaces the global operators of the program that links this.
 std::size_t allocatedBytes();
 
 }  // namespace mirvel::testdata

@@ -10,8 +10,8 @@
 namespace mirvel::lint {
 namespace {
 
-/// Every byte that is allocated counts, also what is freed at once: making the path of a value anew for each value
-/// costs time and not memory, and shows all the same.
+/// Counts every allocated byte, freed or not: recreating the path of a value for each value would cost time rather than
+/// memory, and still shows here.
 TEST(LintCostTest, HostileFilesCostInProportionToTheirSize) {
   constexpr std::size_t bytesPerByte = 100;
   constexpr std::size_t small = 100'000;
@@ -23,10 +23,10 @@ TEST(LintCostTest, HostileFilesCostInProportionToTheirSize) {
       const auto findings = lint(file, {.exists = [](const std::string&) { return true; }});
       EXPECT_LT((testdata::allocatedBytes() - before) / file.size(), bytesPerByte)
           << name << ", " << file.size() << " bytes";
-      EXPECT_LE(findings.size(), 2 * (Findings::most + 1)) << name;
+      EXPECT_LE(findings.size(), 2 * (Findings::maxPerSeverity + 1)) << name;
       std::size_t text = 0;
       for (const Finding& finding : findings) text += finding.text().size();
-      EXPECT_LE(text, findings.size() * (2 * Findings::longestText + 100)) << name;
+      EXPECT_LE(text, findings.size() * (2 * Findings::maxTextSize + 100)) << name;
     }
   }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,16 +14,16 @@ namespace mirvel::lint {
 using jobfile::Dict;
 using jobfile::List;
 
-/// A machine on which a few programs exist, and a user with a home.
-inline Surroundings smallMachine() {
+/// A machine on which three programs exist, with a known home folder.
+inline TargetMachine smallMachine() {
   return {
       .exists = [](const std::string& path) { return path == "/bin/ls" || path == "/bin/sh" || path == "/bin/a b"; },
       .homeFolder = "/Users/me"};
 }
 
-/// A job that nobody could find fault with, save for what the entries make of it. An entry that holds `absent` is left
-/// out of the file.
+/// Removes a key from the file of `job`.
 inline const propertylist::Value absent = propertylist::Uid{0};
+/// A job file without findings, with these entries added or replaced.
 inline Dict job(const std::vector<std::pair<std::string, propertylist::Value>>& entries) {
   Dict file{{"Label", "job"}, {"ProgramArguments", List{"/bin/ls"}}, {"RunAtLoad", true}};
   for (const auto& [key, value] : entries) {
@@ -34,17 +36,23 @@ inline Dict job(const std::vector<std::pair<std::string, propertylist::Value>>& 
   return file;
 }
 
-/// The findings on that file, in words.
-inline std::vector<std::string> remarks(const propertylist::Value& file) {
+/// The findings of a job file as text.
+inline std::vector<std::string> findingsOf(const propertylist::Value& file) {
   std::vector<std::string> result;
   for (const Finding& finding : lint(propertylist::writeBinary(file), smallMachine())) result.push_back(finding.text());
   return result;
 }
 
-/// What each row is a table of: the entries of a job, and all that is said of it.
 struct Row {
-  std::vector<std::pair<std::string, propertylist::Value>> entries;
-  std::vector<std::string> remarks;
+  std::vector<std::pair<std::string, propertylist::Value>> entries;  ///< of `job`
+  std::vector<std::string> findings;                                 ///< all of them
 };
+
+inline void expectFindings(const std::vector<Row>& table) {
+  for (const Row& row : table) {
+    const Dict file = job(row.entries);
+    EXPECT_EQ(findingsOf(file), row.findings) << testing::PrintToString(propertylist::Value(file));
+  }
+}
 
 }  // namespace mirvel::lint

@@ -41,7 +41,7 @@ TEST(PathLintTest, PlaceholdersAreFoundInPaths) {
   }
 }
 
-TEST(PathLintTest, EveryPathOfAJobIsLookedAt) {
+TEST(PathLintTest, EveryPathOfAJobIsChecked) {
   const propertylist::Value path = "$X/a";
   const Dict file = job({
       {"WorkingDirectory", path},

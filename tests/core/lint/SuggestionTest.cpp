@@ -7,14 +7,14 @@
 namespace mirvel::lint {
 namespace {
 
-TEST(SuggestionTest, DistancesCountSlips) {
+TEST(SuggestionTest, DistancesCountEditsAndTranspositions) {
   const struct {
     const char* a;
     const char* b;
     std::size_t distance;
   } table[] = {
       {"", "", 0},           {"", "abc", 3},           {"abc", "", 3},
-      {"Label", "label", 0}, {"Label", "Lable", 1},  // a swap is one slip
+      {"Label", "label", 0}, {"Label", "Lable", 1},  // transposed
       {"Label", "Labl", 1},  {"Label", "Labeel", 1},   {"Label", "Lxbel", 1},
       {"ab", "ba", 1},       {"kitten", "sitting", 3}, {"ca", "abc", 3},
   };
@@ -37,7 +37,7 @@ TEST(SuggestionTest, OnlyCloseNamesAreSuggested) {
       {"Lable", "Label"},
       {"Label", ""},    // is one
       {"Group", ""},    // too far from GroupName
-      {"Enabled", ""},  // the contrary of Disabled
+      {"Enabled", ""},  // the opposite of Disabled
       {"Boxen", ""},
       {"Foo", ""},
       {"", ""},

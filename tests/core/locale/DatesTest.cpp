@@ -7,7 +7,7 @@
 namespace mirvel {
 namespace {
 
-TEST(DatesTest, NamesComeInTheOrderOfTheFileAndTheFormOfAList) {
+TEST(DatesTest, NamesAreInCalendarOrderAndStandalone) {
   EXPECT_EQ(Date::weekdays("en").front(), "Sunday");
   EXPECT_EQ(Date::weekdays("en").back(), "Saturday");
   EXPECT_EQ(Date::weekdays("de_DE").at(3), "Mittwoch");

@@ -10,7 +10,7 @@
 namespace mirvel {
 namespace {
 
-/// The compiled catalogue of a language, or empty where the build has no msgfmt.
+/// The compiled catalogue of a language; empty if the build has no msgfmt.
 std::string compiled(const std::string& language) {
   const std::filesystem::path file =
       std::filesystem::path(MIRVEL_TEST_CATALOGUES) / language / "LC_MESSAGES" / "mirvel.mo";
@@ -30,10 +30,10 @@ TEST(MessageCatalogTest, BothByteOrdersAndPluralEntriesAreRead) {
   EXPECT_EQ(big->find("minutes"), "Minute (Schwiiz)");
 }
 
-TEST(MessageCatalogTest, TruncatedAndDamagedFilesAreRefused) {
+TEST(MessageCatalogTest, TruncatedAndDamagedFilesAreRejected) {
   const std::string good = compiled("de");
   if (good.empty()) GTEST_SKIP() << "no msgfmt to compile catalogues with";
-  for (std::size_t size = 0; size + 1 < good.size(); ++size) {  // the null behind the last text isn't missed
+  for (std::size_t size = 0; size + 1 < good.size(); ++size) {  // without the final null the file is still readable
     const auto result = MessageCatalog::read(good.substr(0, size));
     ASSERT_FALSE(result) << size;
     EXPECT_EQ(result.error().code, Error::Code::Malformed);
@@ -42,11 +42,11 @@ TEST(MessageCatalogTest, TruncatedAndDamagedFilesAreRefused) {
   for (int round = 0; round < 5000; ++round) {
     std::string damaged = good;
     damaged[random() % 96] = static_cast<char>(random());
-    (void)MessageCatalog::read(damaged);  // any outcome but a fault
+    (void)MessageCatalog::read(damaged);  // must not crash
   }
 }
 
-TEST(MessageCatalogTest, TextsThatArentUtf8AreRefused) {
+TEST(MessageCatalogTest, OtherEncodingsThanUtf8AreRejected) {
   std::string other = compiled("de");
   if (other.empty()) GTEST_SKIP() << "no msgfmt to compile catalogues with";
   other.replace(other.find("UTF-8"), 5, "cp437");

@@ -24,7 +24,7 @@ TEST(TranslationsTest, EachCatalogueServesItsLocales) {
       {"de_AT.UTF-8", "Abbrechen", false},
       {"ar", "\u0625\u0644\u063a\u0627\u0621", true},
       {"ar_EG", "\u0625\u0644\u063a\u0627\u0621", true},
-      {"he", "Cancel", false},  // no catalogue: English, and laid out as such
+      {"he", "Cancel", false},  // no catalogue, so English from left to right
   };
   for (const auto& row : rows) {
     const Localize localize(row.locale, testdata::catalogues());
@@ -33,8 +33,8 @@ TEST(TranslationsTest, EachCatalogueServesItsLocales) {
   }
 }
 
-// Rows of the rule editor are read back by their texts.
-TEST(TranslationsTest, ScheduleTextsAreDistinct) {
+// The rule editor identifies choices by their titles.
+TEST(TranslationsTest, TitlesOfTheRuleEditorAreDistinct) {
   for (const char* locale : {"en", "de", "ar"}) {
     const Localize localize(locale, testdata::catalogues());
     const Scheduled::Texts editor = Scheduled::localizedTexts(localize);

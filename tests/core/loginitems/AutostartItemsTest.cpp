@@ -48,7 +48,7 @@ class AutostartItemsTest : public testing::Test {
   TemporaryFolder m_folder;
 };
 
-TEST_F(AutostartItemsTest, EntriesThatAreAlikeAreJobsOfTheirOwn) {
+TEST_F(AutostartItemsTest, EqualEntriesAreSeparateJobs) {
   for (const char* file : {"own/a.desktop", "own/b.desktop", "first/c.desktop", "second/d.desktop"})
     entry(file, "Name=Same\nExec=player\n");
   auto list = items();
@@ -60,7 +60,7 @@ TEST_F(AutostartItemsTest, EntriesThatAreAlikeAreJobsOfTheirOwn) {
                                path("second/d.desktop")}));
 }
 
-TEST_F(AutostartItemsTest, TheVeryEntryIsRemovedAndNoInstalledOne) {
+TEST_F(AutostartItemsTest, OnlyTheUsersOwnEntryIsRemoved) {
   for (const char* file : {"own/a.desktop", "own/b.desktop", "second/c.desktop"})
     entry(file, "Name=Same\nExec=player\n");
   auto list = items();
@@ -72,18 +72,18 @@ TEST_F(AutostartItemsTest, TheVeryEntryIsRemovedAndNoInstalledOne) {
   EXPECT_TRUE(list.remove(itemOf(own, 1)));
   EXPECT_TRUE(fs::exists(path("own/a.desktop")));
   EXPECT_FALSE(fs::exists(path("own/b.desktop")));
-  EXPECT_TRUE(list.remove(itemOf(own, 1))) << "it is gone, as was wished";
+  EXPECT_TRUE(list.remove(itemOf(own, 1))) << "already removed";
   EXPECT_FALSE(list.remove(itemOf(installed, 0)));
   EXPECT_EQ(bundled(), Names{"Same"});
 
   fs::remove(path("own/a.desktop"));
-  entry("own/a.desktop/child", "");  // a folder with something in it can't be removed
+  entry("own/a.desktop/child", "");  // a folder that isn't empty can't be removed
   const auto failed = list.remove(itemOf(own, 0));
   ASSERT_FALSE(failed);
   EXPECT_EQ(failed.error().file, path("own/a.desktop"));
 }
 
-TEST_F(AutostartItemsTest, OwnEntriesAreTheListInTheUsersLanguage) {
+TEST_F(AutostartItemsTest, OwnEntriesAreListedInTheUsersLanguage) {
   entry("own/b.desktop", "Name=Clock\nName[de]=Uhr\nExec=clock --utc %U\nIcon=clock\n");
   entry("own/a.desktop", "Exec=\"/no such/program\" x\nIcon=/icons/a.svg\n");
   const auto list = items().listed();
@@ -98,7 +98,7 @@ TEST_F(AutostartItemsTest, OwnEntriesAreTheListInTheUsersLanguage) {
   EXPECT_TRUE(items().bundled().empty());
 }
 
-TEST_F(AutostartItemsTest, InstalledEntriesAreBundledWithTheirFile) {
+TEST_F(AutostartItemsTest, InstalledEntriesAreBundledItems) {
   const std::string file = entry("second/player.desktop", "Name=Player\nExec=player\n");
   const auto bundled = items().bundled();
   ASSERT_EQ(bundled.size(), 1U);
@@ -110,7 +110,7 @@ TEST_F(AutostartItemsTest, InstalledEntriesAreBundledWithTheirFile) {
   EXPECT_TRUE(items().listed().empty());
 }
 
-TEST_F(AutostartItemsTest, AnEntryHidesThoseOfItsFileNameThatCountLess) {
+TEST_F(AutostartItemsTest, AnEntryOverridesThoseOfTheSameFileName) {
   entry("own/a.desktop", "Name=own a\nExec=player\n");
   entry("own/b.desktop", "Name=own b\nExec=player\nHidden=true\n");
   entry("own/c.desktop", "Name=own c\nExec=player\nOnlyShowIn=KDE;\n");
@@ -127,7 +127,7 @@ TEST_F(AutostartItemsTest, AnEntryHidesThoseOfItsFileNameThatCountLess) {
   EXPECT_EQ(bundled(), (Names{"second 0", "first e", "first f"}));
 }
 
-TEST_F(AutostartItemsTest, WhatIsntStartedIsntListed) {
+TEST_F(AutostartItemsTest, EntriesThatAreNotStartedAreNotListed) {
   const struct {
     const char* keys;
     bool isListed;
@@ -169,7 +169,7 @@ TEST_F(AutostartItemsTest, OnlyRegularFilesOfTheExtensionAreOpened) {
   EXPECT_EQ(listed(), (Names{"linked"}));
 }
 
-TEST_F(AutostartItemsTest, BytesThatAreNoTextReachTheJob) {
+TEST_F(AutostartItemsTest, InvalidUtf8IsPassedOn) {
   entry("own/\xFF.desktop", "Name=\xFE\nExec=/\xFD\n");
   auto list = items();
   const auto jobs = LoginItem::systemPreferencesItems(list, false);

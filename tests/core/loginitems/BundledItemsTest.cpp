@@ -25,7 +25,7 @@ class BundledItemsTest : public testing::Test {
   TemporaryFolder m_folder;
 };
 
-TEST_F(BundledItemsTest, AnItemIsToldWithItsApplication) {
+TEST_F(BundledItemsTest, AnItemHasItsApplication) {
   item("Sound 2.1.app", "Helper.app");
   const auto items = bundledItems(m_folder.path());
   ASSERT_EQ(items.size(), 1U);
@@ -55,7 +55,7 @@ TEST_F(BundledItemsTest, OnlyTheFirstVisibleItemOfABundleCounts) {
   EXPECT_EQ(names(), (Names{"A: b"}));
 }
 
-TEST_F(BundledItemsTest, WhatCantBeListedIsPassedOver) {
+TEST_F(BundledItemsTest, UnreadableFoldersAreSkipped) {
   item("Good.app", "g");
   m_folder.write("File.app", "");
   m_folder.write("Flat.app/Contents/Library/LoginItems", "");

@@ -15,7 +15,7 @@ DesktopEntry entryOf(const std::string& keys, const std::string& locale = "en") 
   return entry.value_or(DesktopEntry());
 }
 
-TEST(DesktopEntryTest, OnlyTheKeysOfTheOneGroupCount) {
+TEST(DesktopEntryTest, OnlyKeysOfTheMainGroupAreRead) {
   const struct {
     std::string file;
     std::optional<std::string> name;
@@ -40,14 +40,14 @@ TEST(DesktopEntryTest, OnlyTheKeysOfTheOneGroupCount) {
   }
 }
 
-TEST(DesktopEntryTest, AFileMayHaveAMebibyteAndNoMore) {
+TEST(DesktopEntryTest, FilesOverTheSizeLimitAreRejected) {
   std::string file = "[Desktop Entry]\nName=a\n#";
   file.resize(DesktopEntry::largestFile, 'x');
   EXPECT_TRUE(DesktopEntry::read(file, "en"));
   EXPECT_FALSE(DesktopEntry::read(file + 'x', "en"));
 }
 
-TEST(DesktopEntryTest, EscapesOfTextsAreResolvedOnce) {
+TEST(DesktopEntryTest, EscapesAreResolvedOnce) {
   const struct {
     std::string raw;
     std::string text;
@@ -61,7 +61,7 @@ TEST(DesktopEntryTest, EscapesOfTextsAreResolvedOnce) {
   for (const auto& row : table) EXPECT_EQ(entryOf("Name=" + row.raw).name, row.text) << row.raw;
 }
 
-TEST(DesktopEntryTest, TextsAreInTheClosestLanguage) {
+TEST(DesktopEntryTest, TheMostSpecificLocaleIsUsed) {
   const std::string names =
       "Name[de]=de\nName[de_AT]=at\nName[de_CH]=\nName[sr@latin]=latin\nName[sr]=sr\nName[ca@valencia]=valencia\n"
       "Name=plain\nIcon[de]=symbol\nIcon=icon\n";
@@ -88,7 +88,7 @@ TEST(DesktopEntryTest, TextsAreInTheClosestLanguage) {
   EXPECT_EQ(desktopLocales("zh_Hans_CN@a"), (Words{"zh_CN@a", "zh_CN", "zh@a", "zh"}));
 }
 
-TEST(DesktopEntryTest, CommandsAreUnquotedAndLoseTheirFieldCodes) {
+TEST(DesktopEntryTest, CommandsAreUnquotedAndFieldCodesRemoved) {
   const struct {
     std::string exec;
     Words command;
@@ -110,7 +110,7 @@ TEST(DesktopEntryTest, CommandsAreUnquotedAndLoseTheirFieldCodes) {
   for (const auto& row : table) EXPECT_EQ(entryOf("Exec=" + row.exec).command, row.command) << row.exec;
 }
 
-TEST(DesktopEntryTest, TheFirstDesktopThatAnEntryNamesDecides) {
+TEST(DesktopEntryTest, TheFirstMatchingDesktopDecides) {
   const struct {
     std::string keys;
     std::string desktops;

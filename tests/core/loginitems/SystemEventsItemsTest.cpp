@@ -4,28 +4,16 @@
 #include <gtest/gtest.h>
 
 #include "core/catalogue/LoginItem.h"
+#include "support/FakeProcessRunner.h"
 
 namespace mirvel {
 namespace {
 
 using testing::HasSubstr;
 
-/// A machine whose `osascript` prints the same of every script.
-class FakeOsascript final : public ProcessRunner {
- public:
-  Result<ProcessResult> answer = ProcessResult{};
-  std::vector<std::vector<std::string>> calls;
-
-  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
-    calls.push_back({program});
-    calls.back().insert(calls.back().end(), arguments.begin(), arguments.end());
-    return answer;
-  }
-};
-
 class SystemEventsItemsTest : public testing::Test {
  protected:
-  /// What the list is made of by this output, in which `|` ends a field and `$` a record: "name|path|kind".
+  /// The items of an output in which `|` ends a field and `$` a record, as "name|path|kind".
   std::vector<std::string> listed(std::string output) {
     for (char& c : output) c = c == '|' ? '\x1F' : c == '$' ? '\x1E' : c;
     m_runner.answer = ProcessResult{.output = output};
@@ -39,11 +27,11 @@ class SystemEventsItemsTest : public testing::Test {
     return result;
   }
 
-  FakeOsascript m_runner;
+  testdata::FakeProcessRunner m_runner;
   SystemEventsItems m_items{m_runner, "/tools/osascript", "/missing"};
 };
 
-TEST_F(SystemEventsItemsTest, WhatIsToBeRemovedIsHandedOverAsWordsAndNotAsScript) {
+TEST_F(SystemEventsItemsTest, RemovalPassesTheItemAsArgumentsAndNotInTheScript) {
   m_runner.answer = ProcessResult{.output = "a\" & beep & \"\x1F/p\x1F\x1F\x1E"};
   const Jobs jobs = LoginItem::systemPreferencesItems(m_items, false);
   ASSERT_EQ(jobs.size(), 1U);
@@ -61,7 +49,7 @@ TEST_F(SystemEventsItemsTest, WhatIsToBeRemovedIsHandedOverAsWordsAndNotAsScript
   EXPECT_THAT(refused.error().text(), HasSubstr("not allowed"));
 }
 
-TEST_F(SystemEventsItemsTest, TheToolIsAskedOnceForAllItems) {
+TEST_F(SystemEventsItemsTest, TheToolIsRunOnceForAllItems) {
   EXPECT_TRUE(listed("").empty());
   ASSERT_EQ(m_runner.calls.size(), 1U);
   const auto& call = m_runner.calls[0];
@@ -73,7 +61,7 @@ TEST_F(SystemEventsItemsTest, TheToolIsAskedOnceForAllItems) {
   EXPECT_EQ(m_runner.calls.size(), 1U);
 }
 
-TEST_F(SystemEventsItemsTest, RecordsAreWholeOrPassedOver) {
+TEST_F(SystemEventsItemsTest, IncompleteRecordsAreSkipped) {
   const struct {
     std::string output;
     std::vector<std::string> items;
@@ -92,7 +80,7 @@ TEST_F(SystemEventsItemsTest, RecordsAreWholeOrPassedOver) {
   for (const auto& row : table) EXPECT_EQ(listed(row.output), row.items) << row.output;
 }
 
-TEST_F(SystemEventsItemsTest, ARefusalOrAMissingToolGivesNothing) {
+TEST_F(SystemEventsItemsTest, AFailedOrMissingToolYieldsNothing) {
   m_runner.answer = ProcessResult{.exitStatus = 1,
                                   .output = "A\x1F/a\x1F\x1F\x1E\n",
                                   .complaints = "execution error: Not authorised to send Apple events (-1743)"};

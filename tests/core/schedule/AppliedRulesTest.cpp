@@ -60,7 +60,7 @@ TEST(AppliedRulesTest, TheFirstReadableRepeatRowCounts) {
   EXPECT_EQ(read({repeat("hours", ""), repeat("minutes", "2"), repeat("days", "3")}).startInterval, 120);
 }
 
-TEST(AppliedRulesTest, EachKindOfRowGivesItsIntervals) {
+TEST(AppliedRulesTest, EachKindOfRowYieldsItsIntervals) {
   const struct {
     Row row;
     std::vector<Interval> intervals;
@@ -83,7 +83,7 @@ TEST(AppliedRulesTest, EachKindOfRowGivesItsIntervals) {
   }
 }
 
-TEST(AppliedRulesTest, RowsThatCantBeReadAreSkipped) {
+TEST(AppliedRulesTest, UnreadableRowsAreSkipped) {
   const std::vector<Row> unreadable = {
       {},
       {halfPastNine},
@@ -110,7 +110,7 @@ TEST(AppliedRulesTest, RowsThatCantBeReadAreSkipped) {
             (std::vector<Interval>{{.minute = 30, .hour = 9}, {.minute = 5}}));
 }
 
-TEST(AppliedRulesTest, TheRecordTakesTheRows) {
+TEST(AppliedRulesTest, ApplyReplacesTheScheduleOfTheRecord) {
   jobfile::Plist plist;
   plist.startInterval = 60;
   plist.startCalendarInterval = StartCalendarInterval{.intervals = {{}}, .singleValue = true};
@@ -122,7 +122,7 @@ TEST(AppliedRulesTest, TheRecordTakesTheRows) {
   EXPECT_EQ(plist.startCalendarInterval, std::nullopt);
 }
 
-TEST(NumberTextTest, NumbersAreReadAsTheLocaleWritesThem) {
+TEST(NumberTextTest, NumbersAreParsedInTheFormatOfTheLocale) {
   const struct {
     const char* locale;
     const char* text;

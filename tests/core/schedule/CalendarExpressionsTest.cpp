@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdio>
 #include <filesystem>
 #include <random>
 #include <sstream>
@@ -10,6 +9,7 @@
 
 #include "core/process/SystemProcessRunner.h"
 #include "core/schedule/ComingRuns.h"
+#include "core/schedule/UtcText.h"
 
 namespace mirvel {
 namespace {
@@ -28,8 +28,8 @@ struct Rule {
 
 class Rules {
  public:
-  /// Of every form that the timeline knows. Days, months and weekdays may be out of range; hours and minutes aren't,
-  /// since a rule that never comes has no expression.
+  /// A random rule of one of the forms that the timeline supports. Days, months and weekdays may be out of range; hours
+  /// and minutes aren't, since a rule that never triggers has no expression.
   Rule next() {
     Rule rule{.interval = {}, .zone = m_zones.at(number(0, m_zones.size() - 1))};
     const auto form = number(0, 5);
@@ -51,7 +51,7 @@ class Rules {
   }
 
   std::mt19937 m_random{20261121};
-  // None whose coming changes of the clock are only foretold: the tool may know other ones than ICU.
+  // No zones whose future transitions are only predicted, since the tool may use other data than ICU.
   const std::array<std::string, 5> m_zones{"UTC", "Europe/Berlin", "America/New_York", "Australia/Lord_Howe",
                                            "Asia/Kolkata"};
 };
@@ -60,11 +60,11 @@ std::string twoDigits(std::int64_t number) {
   return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-/// The expression that means what the timeline reads. It differs from the numbers as they stand where
-///   - Hour or Minute is missing: they are 0, and not any; but beside nothing than Minute any hour fits;
-///   - Day stands beside Weekday: Weekday is ignored, where an expression would ask for both;
-///   - Month stands without Day: it is ignored;
-///   - Day or Month is out of range: the nearest in range counts, and a Weekday out of range is Sunday.
+/// The expression with the meaning that the timeline gives to a rule. It isn't a literal translation if
+///   - Hour or Minute is missing: it is 0, except that a lone Minute matches every hour;
+///   - Weekday is combined with Day: Weekday is ignored, whereas an expression would require both;
+///   - Month has no Day: it is ignored;
+///   - Day or Month is out of range: it is clamped, and a Weekday out of range is Sunday.
 std::string expression(const Rule& rule) {
   constexpr const char* weekdays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
   const Interval& interval = rule.interval;
@@ -84,19 +84,7 @@ std::string expression(const Rule& rule) {
   return date + ' ' + hour + ':' + twoDigits(interval.minute.value_or(0)) + ":00 " + rule.zone;
 }
 
-/// "2026-03-29 01:30:00 UTC".
-std::string text(sys_seconds moment) {
-  const year_month_day date(floor<days>(moment));
-  const hh_mm_ss time(moment - floor<days>(moment));
-  char buffer[64];
-  std::snprintf(buffer, sizeof buffer, "%04d-%02u-%02u %02d:%02d:%02d UTC", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                static_cast<int>(time.seconds().count()));
-  return buffer;
-}
-
-/// Those of every expression; "    Next elapse: Sun 2026-10-25 00:30:00 UTC" is a line with the first.
+/// The runs of each expression. The first is in a line such as "    Next elapse: Sun 2026-10-25 00:30:00 UTC".
 std::vector<Texts> runsInOutput(const std::string& output) {
   std::vector<Texts> result;
   std::istringstream lines(output);
@@ -115,14 +103,14 @@ Texts ours(const Rule& rule, const ZoneStretches& zone, sys_seconds after) {
   while (result.size() < iterations) {
     const auto run = runs.next();
     if (!run) break;
-    result.push_back(text(*run));
+    result.push_back(utcText(*run));
   }
   return result;
 }
 
 void compare(Rules& generator, std::size_t count, sys_seconds base) {
   std::vector<std::string> arguments{"calendar", "--iterations=" + std::to_string(iterations),
-                                     "--base-time=" + text(base)};
+                                     "--base-time=" + utcText(base)};
   std::vector<Rule> rules(count);
   for (Rule& rule : rules) {
     rule = generator.next();
@@ -135,12 +123,12 @@ void compare(Rules& generator, std::size_t count, sys_seconds base) {
   ASSERT_EQ(theirs.size(), rules.size()) << said->complaints;
   for (std::size_t i = 0; i < rules.size(); ++i) {
     const ZoneStretches zone(rules[i].zone, base, base + days(9 * 366));
-    EXPECT_EQ(ours(rules[i], zone, base), theirs[i]) << expression(rules[i]) << " after " << text(base);
+    EXPECT_EQ(ours(rules[i], zone, base), theirs[i]) << expression(rules[i]) << " after " << utcText(base);
   }
 }
 
-TEST(CalendarExpressions, OfTheSameMeaningGiveTheSameRuns) {
-  if (!std::filesystem::exists(tool)) GTEST_SKIP() << "there is no " << tool;
+TEST(CalendarExpressionsTest, RunsEqualThoseOfAnEquivalentExpression) {
+  if (!std::filesystem::exists(tool)) GTEST_SKIP() << "missing: " << tool;
   constexpr sys_seconds bases[] = {sys_days(2026y / 2 / 27) + 13h + 20min + 7s,    // before a month end
                                    sys_days(2026y / 3 / 28) + 22h + 59min + 30s,   // before the clocks go forward
                                    sys_days(2026y / 10 / 24) + 21h + 11min + 1s};  // before they go back

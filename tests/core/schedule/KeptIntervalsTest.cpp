@@ -9,7 +9,7 @@
 #include "core/locale/Dates.h"
 #include "core/schedule/AppliedRules.h"
 #include "core/schedule/RuleEditor.h"
-#include "core/schedule/UntoldText.h"
+#include "core/schedule/UnshownEntries.h"
 #include "support/RecordingConsole.h"
 #include "support/TestData.h"
 #include "support/Untouched.h"
@@ -62,7 +62,7 @@ TEST_F(KeptIntervalsTest, OnlyWhatIsEditedChangesInTheFile) {
     for (const std::size_t row : {0U, 1U}) later(row)(rules);
   };
   const auto remove = [](std::size_t row) { return [row](RuleEditor& rules) { rules.removeRow(row); }; };
-  const auto addBehind = [](std::size_t row) { return [row](RuleEditor& rules) { rules.addRowBehind(row); }; };
+  const auto addAfter = [](std::size_t row) { return [row](RuleEditor& rules) { rules.addRowAfter(row); }; };
   const auto choose = [](std::size_t position, std::size_t child) {
     return [=](RuleEditor& rules) { rules.chooseChild(0, position, child); };
   };
@@ -75,10 +75,10 @@ TEST_F(KeptIntervalsTest, OnlyWhatIsEditedChangesInTheFile) {
   } table[] = {
       {"another rule", List{either, inMarch, at8}, later(2), List{either, inMarch, at1030}},
       {"a rule is removed", List{at8, odd(at8), either}, remove(0), List{odd(at8), either}},
-      {"one of two alike", List{odd(at8, "1"), odd(at8, "2")}, remove(0), List{odd(at8, "2")}},
+      {"one of two equal ones", List{odd(at8, "1"), odd(at8, "2")}, remove(0), List{odd(at8, "2")}},
       {"the last one", List{odd(at8, "1"), odd(at8, "2"), either}, remove(2), List{odd(at8, "1"), odd(at8, "2")}},
-      {"a rule is added", List{odd(at8), odd(either)}, addBehind(0), List{odd(at8), new9, odd(either)}},
-      {"a rule is added at the end", List{odd(at8)}, addBehind(0), List{odd(at8), new9}},
+      {"a rule is added", List{odd(at8), odd(either)}, addAfter(0), List{odd(at8), new9, odd(either)}},
+      {"a rule is added at the end", List{odd(at8)}, addAfter(0), List{odd(at8), new9}},
       {"a time", List{odd(at8)}, later(0), List{odd(at1030)}},
       {"the day alone", List{either}, choose(1, 1), List{Dict{{"Day", 2}, {"Weekday", 1}, {"Hour", 9}, {"Minute", 0}}}},
       {"the minute alone", List{odd(inMarch)}, number("10"), List{odd({{"Month", 3}, {"Minute", 10}})}},
@@ -91,13 +91,13 @@ TEST_F(KeptIntervalsTest, OnlyWhatIsEditedChangesInTheFile) {
       {"never", List{Dict{{"Hour", 24}, {"Minute", 0}}, at8}, remove(1), List{Dict{{"Hour", 24}, {"Minute", 0}}}},
       {"a number as text", List{Dict{{"Hour", "9"}}, at8}, later(1), List{Dict{{"Hour", "9"}}, at1030}},
       {"another form of a number", List{Dict{{"Hour", 9.0}}, at8}, later(1), List{Dict{{"Hour", 9.0}}, at1030}},
-      {"elements that are no intervals", List{"x", at8, 5, either}, later(0), List{"x", at1030, 5, either}},
-      {"only they stay", List{"x", at8, 5}, remove(0), List{"x", 5}},
+      {"elements that aren't intervals", List{"x", at8, 5, either}, later(0), List{"x", at1030, 5, either}},
+      {"only they remain", List{"x", at8, 5}, remove(0), List{"x", 5}},
       {"days that show as groups", weekAt(9, 1), bothLater, weekAt(10, 1)},
-      {"a day that is there twice", weekAt(9, 2), bothLater, weekAt(10, 2)},
-      {"a dictionary stays one", odd(at8), later(0), odd(at1030)},
-      {"a list of one stays one", List{odd(at8)}, later(0), List{odd(at1030)}},
-      {"a dictionary becomes one of two", odd(at8), addBehind(0), List{odd(at8), new9}},
+      {"a day that occurs twice", weekAt(9, 2), bothLater, weekAt(10, 2)},
+      {"a dictionary stays a dictionary", odd(at8), later(0), odd(at1030)},
+      {"a list of one stays a list", List{odd(at8)}, later(0), List{odd(at1030)}},
+      {"a dictionary becomes a list of two", odd(at8), addAfter(0), List{odd(at8), new9}},
   };
   for (const auto& row : table) {
     jobfile::Plist record = jobfile::loaded(jobfile::fileWith("StartCalendarInterval", row.before));
@@ -108,24 +108,24 @@ TEST_F(KeptIntervalsTest, OnlyWhatIsEditedChangesInTheFile) {
   }
 }
 
-TEST_F(KeptIntervalsTest, AnIntervalOfSecondsStaysAsItIs) {
+TEST_F(KeptIntervalsTest, AnUneditedStartIntervalIsKept) {
   const Dict calendar{{"Hour", 8}, {"Minute", 0}};
   for (const Value& seconds : std::initializer_list<Value>{5, 0, -60, 300.0, std::int64_t{16777217} * 60, "300"}) {
     Dict file{{"Label", "job"}, {"StartInterval", seconds}, {"StartCalendarInterval", calendar}};
     jobfile::Plist record = jobfile::loaded(file);
     open(record);
     editor.setTime(editor.numberOfRows() - 1, at(9, 15));
-    EXPECT_TRUE(editor.isValid()) << "nobody touched the seconds";
+    EXPECT_TRUE(editor.isValid()) << "the seconds are unchanged";
     apply(editor.applied(), record);
     file.set("StartCalendarInterval", Dict{{"Hour", 9}, {"Minute", 15}});
     EXPECT_EQ(xml(record.encodeAll()), xml(file));
   }
 }
 
-TEST_F(KeptIntervalsTest, AFirstIntervalOfSecondsDoesntHideThatOfTheFile) {
+TEST_F(KeptIntervalsTest, AnInvalidIntervalOfTheFileIsValidUntilItIsEdited) {
   open(jobfile::loaded(Dict{{"Label", "job"}, {"StartInterval", 5}}));
   EXPECT_TRUE(editor.isValid());
-  editor.addRowBehind(0);
+  editor.addRowAfter(0);
   editor.chooseChild(1, 0, 0);
   EXPECT_FALSE(editor.isValid());
   editor.removeRow(1);
@@ -133,7 +133,7 @@ TEST_F(KeptIntervalsTest, AFirstIntervalOfSecondsDoesntHideThatOfTheFile) {
   EXPECT_FALSE(editor.isValid());
 }
 
-TEST_F(KeptIntervalsTest, WhatARuleDoesntTellIsSaid) {
+TEST_F(KeptIntervalsTest, EntriesThatARuleDoesNotShowAreListed) {
   const struct {
     Dict interval;
     const char* text;
@@ -151,13 +151,13 @@ TEST_F(KeptIntervalsTest, WhatARuleDoesntTellIsSaid) {
   };
   for (const auto& row : table) {
     open(jobfile::loaded(jobfile::fileWith("StartCalendarInterval", row.interval)));
-    EXPECT_EQ(editor.untold(0), row.text);
+    EXPECT_EQ(editor.unshownEntries(0), row.text);
   }
   editor.chooseChild(0, 0, 2);
-  EXPECT_EQ(editor.untold(0), "") << "it was edited into what the row tells";
+  EXPECT_EQ(editor.unshownEntries(0), "") << "the row was edited";
 }
 
-/// Each rule of a job edited, removed and followed by a new one, each alone and after the editor was made anew.
+/// Edits and removes each rule of a job, and adds one after it; separately, and again after reloading the editor.
 class KeptInFilesTest : public KeptIntervalsTest {
  protected:
   void addAllRules(const std::string& name, const std::string& bytes) {
@@ -184,7 +184,7 @@ class KeptInFilesTest : public KeptIntervalsTest {
       save(concerned(source.intervals.size()));
       editor.removeRow(row);
       save(concerned(0));
-      editor.addRowBehind(row);
+      editor.addRowAfter(row);
       save("StartCalendarInterval[]+1");
     }
   }
@@ -193,7 +193,7 @@ class KeptInFilesTest : public KeptIntervalsTest {
     const bool isInterval = editor.row(row).origin->source.startInterval.has_value();
     editor.setNumber(row, isInterval ? "4711" : "43");
   }
-  /// As untouched.py has it.
+  /// In the notation of untouched.py.
   static std::string elements(const FileSource& source, std::size_t added) {
     std::string text;
     for (const auto& interval : source.intervals) {
@@ -207,14 +207,14 @@ class KeptInFilesTest : public KeptIntervalsTest {
   std::size_t rules = 0;
 };
 
-TEST_F(KeptInFilesTest, OfPublishedJobsOnlyTheRuleThatIsEditedChanges) {
+TEST_F(KeptInFilesTest, OnlyTheEditedRuleChangesInPublishedJobs) {
   MIRVEL_REQUIRE_TESTDATA(corpus, "corpus");
   for (const auto& file : testdata::files(corpus, ".plist")) addAllRules(file.filename(), testdata::bytes(file));
   EXPECT_GT(rules, 30U);
   untouched.expectNoComplaints();
 }
 
-TEST_F(KeptInFilesTest, SoItIsOfAnyOtherSchedule) {
+TEST_F(KeptInFilesTest, OnlyTheEditedRuleChangesInGeneratedSchedules) {
   std::minstd_rand random(16);
   const auto below = [&random](std::size_t count) { return random() % count; };
   const auto interval = [&] {

@@ -14,7 +14,7 @@ using namespace std::chrono;
 
 constexpr sys_seconds begin = sys_days(2026y / 3 / 1);
 
-TEST(MergedRuns, StandInTheOrderOfTimeAndThenOfTheirRules) {
+TEST(MergedRunsTest, RunsAreSortedByTimeAndThenByRule) {
   const ZoneStretches zone("UTC", begin, begin + days(40));
   const OwnedRule rules[] = {{CalendarRule::asShown({0, 12}), 7},
                              {CalendarRule::asShown({0, 6}), 1},
@@ -27,7 +27,7 @@ TEST(MergedRuns, StandInTheOrderOfTimeAndThenOfTheirRules) {
   EXPECT_TRUE(mergedRuns(rules, zone, begin, begin).empty());
 }
 
-TEST(MergedRuns, OfManyRulesAreThoseThatASortGives) {
+TEST(MergedRunsTest, TheOrderEqualsThatOfAStableSort) {
   const auto end = begin + days(400);
   const ZoneStretches zone("Europe/Berlin", begin, end);
   std::mt19937 random(5);

@@ -33,28 +33,28 @@ std::string line(const Row& row) {
   return result;
 }
 
-/// Keeps what is told, in its order.
-class Told final : public RuleEditorType, public ScheduledDelegate {
+/// Records all notifications in their order.
+class Notifications final : public RuleEditorType, public ScheduledDelegate {
  public:
-  std::vector<std::string> news;
+  std::vector<std::string> calls;
 
-  std::vector<std::string> take() { return std::exchange(news, {}); }
+  std::vector<std::string> take() { return std::exchange(calls, {}); }
 
  private:
-  void rowWasAdded(std::size_t row) override { news.push_back("added " + std::to_string(row)); }
-  void rowWasRemoved(std::size_t row) override { news.push_back("removed " + std::to_string(row)); }
-  void rowWasRechosen(std::size_t row, std::size_t position) override {
-    news.push_back("rechosen " + std::to_string(row) + '.' + std::to_string(position));
+  void rowWasAdded(std::size_t row) override { calls.push_back("added " + std::to_string(row)); }
+  void rowWasRemoved(std::size_t row) override { calls.push_back("removed " + std::to_string(row)); }
+  void rowChoiceChanged(std::size_t row, std::size_t position) override {
+    calls.push_back("chosen " + std::to_string(row) + '.' + std::to_string(position));
   }
-  void valueWasEntered() override { news.push_back("entered"); }
-  void rowsWereLoaded() override { news.push_back("loaded"); }
-  void rowWasRefused(std::size_t row) override { news.push_back("refused " + std::to_string(row)); }
-  void rulesDidChange() override { news.push_back("rules"); }
+  void valueWasEntered() override { calls.push_back("entered"); }
+  void rowsWereLoaded() override { calls.push_back("loaded"); }
+  void rowWasRefused(std::size_t row) override { calls.push_back("refused " + std::to_string(row)); }
+  void rulesDidChange() override { calls.push_back("rules"); }
 };
 
 class RuleEditorTest : public testing::Test {
  protected:
-  RuleEditorTest() { editor.setDelegate(&told); }
+  RuleEditorTest() { editor.setDelegate(&notified); }
 
   Lines lines() const {
     Lines result;
@@ -64,8 +64,8 @@ class RuleEditorTest : public testing::Test {
 
   const Localize localize{"en"};
   ScheduledController controller{localize};
-  Told told;
-  RuleEditor editor{controller, &told};
+  Notifications notified;
+  RuleEditor editor{controller, &notified};
 };
 
 std::vector<std::string> names(const Criteria& criteria) {
@@ -74,7 +74,7 @@ std::vector<std::string> names(const Criteria& criteria) {
   return result;
 }
 
-TEST_F(RuleEditorTest, TheTreeHoldsAllThatRulesCanSay) {
+TEST_F(RuleEditorTest, TheTreeContainsAllChoices) {
   const Criteria& kinds = controller.criteria();
   EXPECT_THAT(names(kinds),
               ElementsAre("Repeat Interval", "Every Hour", "Every Day", "Day of Week", "Day of Month", "Day of Year"));
@@ -106,7 +106,7 @@ TEST_F(RuleEditorTest, EachKindOfRuleIsLoadedIntoItsRow) {
       {DayOfWeek{DayOfWeek::weekends, at(9, 0)}, "Day of Week | Weekends | <9:0>"},
       {DayOfMonth{30, at(9, 0)}, "Day of Month | 31 | <9:0>"},
       {DayOfYear{1, 30, at(9, 0)}, "Day of Year | February | 31 | <9:0>"},
-      // What no row can show leaves a new one.
+      // A rule that no row can show is replaced by a new row.
       {RepeatInterval{2, static_cast<Unit>(4)}, "Repeat Interval | seconds | [30]"},
       {DayOfWeek{9, at(8, 0)}, "Repeat Interval | seconds | [30]"},
       {DayOfMonth{-1, at(8, 0)}, "Repeat Interval | seconds | [30]"},
@@ -119,17 +119,17 @@ TEST_F(RuleEditorTest, EachKindOfRuleIsLoadedIntoItsRow) {
   }
 }
 
-TEST_F(RuleEditorTest, LoadingReplacesTheRowsAndIsNoEdit) {
+TEST_F(RuleEditorTest, LoadingReplacesTheRowsAndIsNotAnEdit) {
   controller.load({EveryHour{1}, EveryHour{2}, EveryHour{3}}, editor);
-  EXPECT_THAT(told.take(), ElementsAre("loaded"));
+  EXPECT_THAT(notified.take(), ElementsAre("loaded"));
   controller.load({EveryDay{at(1, 0)}, DayOfMonth{99, {}}, EveryHour{4}}, editor);
   EXPECT_THAT(lines(), ElementsAre("Every Day | <1:0>", "Every Day | <9:0>", "Every Hour | [4] | minute"));
   controller.load({}, editor);
   EXPECT_EQ(editor.numberOfRows(), 0U);
-  EXPECT_THAT(told.take(), ElementsAre("loaded", "loaded"));
+  EXPECT_THAT(notified.take(), ElementsAre("loaded", "loaded"));
 }
 
-TEST_F(RuleEditorTest, AnotherChoiceReplacesWhatIsBehindItAndKeepsWhatStillFits) {
+TEST_F(RuleEditorTest, AnotherChoiceKeepsLaterChoicesThatStillExist) {
   const struct {
     ScheduledType rule;
     std::size_t position, child;
@@ -150,69 +150,69 @@ TEST_F(RuleEditorTest, AnotherChoiceReplacesWhatIsBehindItAndKeepsWhatStillFits)
   };
   for (const auto& row : table) {
     controller.load({EveryHour{1}, row.rule}, editor);
-    (void)told.take();
+    (void)notified.take();
     editor.chooseChild(1, row.position, row.child);
     EXPECT_THAT(lines(), ElementsAre("Every Hour | [1] | minute", row.shown));
-    EXPECT_THAT(told.take(), ElementsAre("rechosen 1." + std::to_string(row.position), "rules"));
+    EXPECT_THAT(notified.take(), ElementsAre("chosen 1." + std::to_string(row.position), "rules"));
   }
 }
 
-TEST_F(RuleEditorTest, NewRowsAreLikeTheOneBeforeButASecondIntervalWouldNotCount) {
+TEST_F(RuleEditorTest, NewRowsAreOfTheSameKindExceptAfterARepeatInterval) {
   editor.addRow();
-  EXPECT_THAT(told.take(), ElementsAre("added 0", "rules"));
-  editor.addRowBehind(0);
+  EXPECT_THAT(notified.take(), ElementsAre("added 0", "rules"));
+  editor.addRowAfter(0);
   editor.chooseChild(1, 0, 4);
   editor.setTime(1, at(1, 2));
-  editor.addRowBehind(1);
-  (void)told.take();
-  editor.addRowBehind(0);
-  EXPECT_THAT(told.take(), ElementsAre("added 1", "rules"));
+  editor.addRowAfter(1);
+  (void)notified.take();
+  editor.addRowAfter(0);
+  EXPECT_THAT(notified.take(), ElementsAre("added 1", "rules"));
   EXPECT_THAT(lines(), ElementsAre("Repeat Interval | seconds | [30]", "Every Hour | [0] | minute",
                                    "Day of Month | 1 | <1:2>", "Day of Month | 1 | <9:0>"));
 }
 
-TEST_F(RuleEditorTest, EachChangeIsToldAndWhatChangesNothingIsNot) {
+TEST_F(RuleEditorTest, OnlyChangesNotify) {
   const std::pair<std::function<void()>, Lines> table[] = {
       {[&] { editor.setNumber(0, "5"); }, {"entered", "rules"}},
       {[&] { editor.setNumber(0, "5"); }, {}},
       {[&] { editor.setNumber(0, ""); }, {"entered", "rules"}},
-      {[&] { editor.setTime(0, at(1, 0)); }, {}},  // it has no time
+      {[&] { editor.setTime(0, at(1, 0)); }, {}},  // has no time
       {[&] { editor.setTime(1, at(1, 0)); }, {"entered", "rules"}},
       {[&] { editor.setTime(1, at(1, 0)); }, {}},
       {[&] { editor.setNumber(2, "1"); }, {}},
-      {[&] { editor.chooseChild(0, 1, 0); }, {}},  // is chosen
+      {[&] { editor.chooseChild(0, 1, 0); }, {}},  // already chosen
       {[&] { editor.chooseChild(0, 1, 4); }, {}},
       {[&] { editor.chooseChild(0, 3, 0); }, {}},
       {[&] { editor.chooseChild(2, 0, 0); }, {}},
-      {[&] { editor.addRowBehind(2); }, {}},
+      {[&] { editor.addRowAfter(2); }, {}},
       {[&] { editor.removeRow(2); }, {}},
       {[&] { editor.removeRow(0); }, {"removed 0", "rules"}},
       {[&] { editor.removeRow(0); }, {"removed 0", "rules"}},
   };
   controller.load({RepeatInterval{60, Unit::seconds}, EveryDay{at(9, 0)}}, editor);
-  (void)told.take();
-  for (const auto& [change, news] : table) {
+  (void)notified.take();
+  for (const auto& [change, calls] : table) {
     change();
-    EXPECT_EQ(told.take(), news) << "row " << &news - &table[0].second;
+    EXPECT_EQ(notified.take(), calls) << "row " << &calls - &table[0].second;
   }
   editor.setDelegate(nullptr);
   editor.addRow();
-  EXPECT_THAT(told.take(), ElementsAre("added 0"));
+  EXPECT_THAT(notified.take(), ElementsAre("added 0"));
 }
 
-TEST_F(RuleEditorTest, EachEditorTellsItsOwnListener) {
-  Told other;
+TEST_F(RuleEditorTest, EachEditorNotifiesItsOwnDelegate) {
+  Notifications other;
   RuleEditor second(controller, &other);
   second.setDelegate(&other);
   editor.addRow();
-  EXPECT_THAT(told.take(), ElementsAre("added 0", "rules"));
+  EXPECT_THAT(notified.take(), ElementsAre("added 0", "rules"));
   EXPECT_THAT(other.take(), IsEmpty());
   second.addRow();
-  EXPECT_THAT(told.take(), IsEmpty());
+  EXPECT_THAT(notified.take(), IsEmpty());
   EXPECT_THAT(other.take(), ElementsAre("added 0", "rules"));
 }
 
-TEST_F(RuleEditorTest, TheFirstRowThatCantBeSavedIsNamedAndShown) {
+TEST_F(RuleEditorTest, TheFirstInvalidRowIsNamedAndFocused) {
   const std::vector<ScheduledType> rules{EveryDay{at(9, 0)}, EveryHour{5}, RepeatInterval{2, Unit::hours},
                                          RepeatInterval{3, Unit::hours}};
   const struct {
@@ -232,19 +232,19 @@ TEST_F(RuleEditorTest, TheFirstRowThatCantBeSavedIsNamedAndShown) {
   for (const auto& row : table) {
     controller.load(rules, editor);
     editor.setNumber(row.row, row.number);
-    (void)told.take();
+    (void)notified.take();
     EXPECT_FALSE(editor.isValid()) << row.number;
     EXPECT_EQ(editor.refuse(), row.refusal) << row.number;
-    EXPECT_THAT(told.take(), ElementsAre(row.shown)) << row.number;
+    EXPECT_THAT(notified.take(), ElementsAre(row.shown)) << row.number;
   }
   controller.load({EveryDay{at(9, 0)}, EveryHour{59}, RepeatInterval{10, Unit::seconds}}, editor);
-  (void)told.take();
+  (void)notified.take();
   EXPECT_TRUE(editor.isValid());
   EXPECT_EQ(editor.refuse(), std::nullopt);
-  EXPECT_THAT(told.take(), IsEmpty());
+  EXPECT_THAT(notified.take(), IsEmpty());
 }
 
-TEST_F(RuleEditorTest, ProblemsOfNumbersAreFound) {
+TEST_F(RuleEditorTest, InvalidNumbersAreReported) {
   using P = NumberProblem;
   const struct {
     const char* locale;
@@ -253,23 +253,23 @@ TEST_F(RuleEditorTest, ProblemsOfNumbersAreFound) {
     std::optional<P> problem;
   } table[] = {
       {"en", Unit::seconds, "10", {}},
-      {"en", Unit::seconds, "9", P::lessThanTenSeconds},
-      {"en", Unit::seconds, "-20", P::lessThanTenSeconds},
-      {"en", Unit::seconds, "-99999999999999999999", P::lessThanTenSeconds},
+      {"en", Unit::seconds, "9", P::LessThanTenSeconds},
+      {"en", Unit::seconds, "-20", P::LessThanTenSeconds},
+      {"en", Unit::seconds, "-99999999999999999999", P::LessThanTenSeconds},
       {"en", Unit::minutes, "1", {}},
-      {"en", Unit::days, "0", P::lessThanTenSeconds},
+      {"en", Unit::days, "0", P::LessThanTenSeconds},
       {"en", Unit::minutes, "1,000", {}},
-      {"en", Unit::minutes, "1.5", P::notAWholeNumber},
+      {"en", Unit::minutes, "1.5", P::NotAWholeNumber},
       {"en", Unit::minutes, "2.0", {}},
-      {"en", Unit::minutes, "", P::notAWholeNumber},
-      {"en", Unit::minutes, "five", P::notAWholeNumber},
-      {"en", Unit::minutes, "5 ", P::notAWholeNumber},
+      {"en", Unit::minutes, "", P::NotAWholeNumber},
+      {"en", Unit::minutes, "five", P::NotAWholeNumber},
+      {"en", Unit::minutes, "5 ", P::NotAWholeNumber},
       {"en", Unit::days, "106751991167300", {}},
-      {"en", Unit::days, "106751991167301", P::tooLarge},
-      {"en", Unit::seconds, "9223372036854775808", P::tooLarge},
-      {"de", Unit::minutes, "1,5", P::notAWholeNumber},
+      {"en", Unit::days, "106751991167301", P::TooLarge},
+      {"en", Unit::seconds, "9223372036854775808", P::TooLarge},
+      {"de", Unit::minutes, "1,5", P::NotAWholeNumber},
       {"de", Unit::minutes, "1.500", {}},
-      {"ar_EG", Unit::seconds, "\u0669", P::lessThanTenSeconds},
+      {"ar_EG", Unit::seconds, "\u0669", P::LessThanTenSeconds},
       {"ar_EG", Unit::seconds, "\u0661\u0660", {}},
   };
   for (const auto& row : table) {
@@ -280,8 +280,12 @@ TEST_F(RuleEditorTest, ProblemsOfNumbersAreFound) {
     itsEditor.setNumber(0, row.text);
     EXPECT_THAT(itsEditor.problems(), ElementsAre(row.problem)) << row.locale << ": " << row.text;
   }
-  const std::pair<const char*, std::optional<P>> minutes[] = {
-      {"0", {}}, {"59", {}}, {"60", P::noMinute}, {"-1", P::noMinute}, {"1e30", P::noMinute}, {"", P::notAWholeNumber}};
+  const std::pair<const char*, std::optional<P>> minutes[] = {{"0", {}},
+                                                              {"59", {}},
+                                                              {"60", P::NotAMinute},
+                                                              {"-1", P::NotAMinute},
+                                                              {"1e30", P::NotAMinute},
+                                                              {"", P::NotAWholeNumber}};
   controller.load({EveryHour{5}}, editor);
   for (const auto& [text, problem] : minutes) {
     editor.setNumber(0, text);
@@ -289,15 +293,15 @@ TEST_F(RuleEditorTest, ProblemsOfNumbersAreFound) {
   }
 }
 
-TEST_F(RuleEditorTest, AnIntervalBehindTheOneThatCountsIsAProblem) {
+TEST_F(RuleEditorTest, ASecondReadableIntervalIsReported) {
   controller.load({EveryDay{}, RepeatInterval{1, Unit::hours}, EveryHour{}, RepeatInterval{1, Unit::days}}, editor);
-  const std::optional<NumberProblem> none, ignored = NumberProblem::notTheFirstInterval;
+  const std::optional<NumberProblem> none, ignored = NumberProblem::NotTheFirstInterval;
   EXPECT_THAT(editor.problems(), ElementsAre(none, none, none, ignored));
   editor.setNumber(1, "one");
-  EXPECT_THAT(editor.problems(), ElementsAre(none, NumberProblem::notAWholeNumber, none, none));
+  EXPECT_THAT(editor.problems(), ElementsAre(none, NumberProblem::NotAWholeNumber, none, none));
 }
 
-/// Any rule that an editor can show. Intervals aren't less than 10 seconds, and of the largest unit that they have.
+/// A random rule that an editor can show. Intervals are at least 10 seconds and in their largest unit.
 ScheduledType anyRule(std::mt19937& random) {
   const auto to = [&](int greatest) { return std::uniform_int_distribution<int>(0, greatest)(random); };
   const auto time = [&] { return at(to(23), to(59)); };
@@ -318,7 +322,7 @@ ScheduledType anyRule(std::mt19937& random) {
   return DayOfYear{to(11), to(30), time()};
 }
 
-TEST_F(RuleEditorTest, RowsSayWhatTheRulesSay) {
+TEST_F(RuleEditorTest, LoadedRulesAreReadBack) {
   const Week fridayAndSaturday{.weekends = Days(0b1100000), .weekdays = Days(0b0011111)};
   for (const char* locale : {"en", "de", "ar_EG"}) {
     const Localize language(locale);
@@ -330,7 +334,7 @@ TEST_F(RuleEditorTest, RowsSayWhatTheRulesSay) {
       for (unsigned count = seed % 8; count > 0; --count) loaded.push_back(anyRule(random));
       itsController.load(loaded, itsEditor);
       EXPECT_EQ(itsEditor.rules(), loaded) << locale << ", seed " << seed;
-      // Each row by itself, as days of the week would be put together with those of other rows.
+      // Row by row, since days of the week would be merged with those of other rows.
       for (std::size_t i = 0; i < loaded.size(); ++i) {
         const auto [seconds, calendar] = readRows({itsEditor.row(i).displayValues}, itsController.texts(),
                                                   itsController.numbers(), fridayAndSaturday);

@@ -19,7 +19,7 @@ Rules rulesOf(std::vector<Interval> intervals, const Week& week = saturdayAndSun
   return rules({}, StartCalendarInterval{.intervals = std::move(intervals)}, week);
 }
 
-TEST(SplitIntervalTest, TheLargestUnitThatDividesIsTaken) {
+TEST(SplitIntervalTest, TheLargestExactUnitIsUsed) {
   const struct {
     std::int64_t seconds;
     RepeatInterval expected;
@@ -34,13 +34,13 @@ TEST(SplitIntervalTest, TheLargestUnitThatDividesIsTaken) {
       {-7200, {-2, Unit::hours}},
       {16777217, {16777217, Unit::seconds}},
       {INT64_MAX, {INT64_MAX, Unit::seconds}},
-      // 2^24 + 1 minutes aren't a single-precision number.
+      // 2^24 + 1 minutes have no exact single-precision representation.
       {std::int64_t{16777217} * 60, {16777218, Unit::minutes}},
   };
   for (const auto& row : table) EXPECT_EQ(splitInterval(row.seconds), row.expected) << row.seconds;
 }
 
-TEST(RulesTest, EachIntervalBecomesTheRuleThatShowsMostOfIt) {
+TEST(RulesTest, EachIntervalYieldsTheRuleThatShowsMostOfIt) {
   const struct {
     Interval interval;
     ScheduledType rule;
@@ -79,7 +79,7 @@ TEST(RulesTest, EachIntervalBecomesTheRuleThatShowsMostOfIt) {
   }
 }
 
-/// One interval for each day, all at one time.
+/// One interval for each day, at the same hour.
 std::vector<Interval> daysAt(std::int64_t hour, std::initializer_list<int> days) {
   std::vector<Interval> intervals;
   for (const int day : days) intervals.push_back({.hour = hour, .weekday = day});
@@ -91,7 +91,7 @@ std::vector<Interval> operator+(std::vector<Interval> a, const std::vector<Inter
   return a;
 }
 
-TEST(RulesTest, DaysOfTheWeekFoldIntoGroups) {
+TEST(RulesTest, DaysOfTheWeekAreMergedIntoGroups) {
   const struct {
     std::vector<Interval> intervals;
     const Week& week;
@@ -131,7 +131,7 @@ TEST(RulesTest, TheRepeatRuleComesFirstAndSingleDaysLast) {
   EXPECT_EQ(rules({}, {}, saturdayAndSunday), Rules{});
 }
 
-TEST(WeekTest, WeekendsAreThoseOfTheRegion) {
+TEST(WeekTest, WeekendsDependOnTheRegion) {
   const struct {
     const char* locale;
     Days weekends;

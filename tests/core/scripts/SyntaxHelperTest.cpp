@@ -9,7 +9,7 @@ namespace {
 
 using enum SyntaxType;
 
-TEST(SyntaxHelperTest, TheFirstLineTellsTheLanguage) {
+TEST(SyntaxHelperTest, TheFirstLineDeterminesTheLanguage) {
   const std::pair<const char*, std::optional<SyntaxType>> table[] = {
       {"#!/bin/zsh\n\n", shell},
       {"#!/bin/SH", shell},

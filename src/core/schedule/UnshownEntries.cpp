@@ -1,4 +1,4 @@
-#include "core/schedule/UntoldText.h"
+#include "core/schedule/UnshownEntries.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace {
 using Interval = jobfile::StartCalendarInterval::Interval;
 using Key = Interval::CodingKeys;
 
-constexpr std::size_t mostIntervals = 7;  // a week of them
+constexpr std::size_t mostIntervals = 7;  // one for each day of a week
 
 void append(std::string& list, const char* separator, const std::string& text) {
   if (!list.empty()) list += separator;
@@ -35,11 +35,11 @@ std::string entries(const Interval& interval) {
 
 }  // namespace
 
-std::string untoldText(const std::vector<Interval>& intervals, const Localize& localize) {
+std::string unshownEntries(const std::vector<Interval>& intervals, const Localize& localize) {
   std::string result;
   std::size_t count = 0;
   for (const Interval& interval : intervals) {
-    if (isTold(interval)) continue;
+    if (isFullyShown(interval)) continue;
     if (++count > mostIntervals) return localize.inTheJobFile(result + "; …");
     const std::string text = entries(interval);
     append(result, "; ", text.empty() ? localize.everyMinute() : text);
