@@ -11,8 +11,9 @@ Threads::~Threads() {
 
 bool Threads::start(std::function<void()> work) {
   m_entries.remove_if([](Entry& entry) {
-    if (entry.hasEnded) entry.thread.join();
-    return entry.hasEnded.load();
+    const bool hasEnded = entry.hasEnded;
+    if (hasEnded) entry.thread.join();
+    return hasEnded;
   });
   Entry& entry = m_entries.emplace_back();
   try {

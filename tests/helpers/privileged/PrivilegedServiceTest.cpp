@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <future>
 
 #include "core/base/ThreadWorkQueue.h"
 #include "core/process/SystemProcessRunner.h"
 #include "helpers/FakeJobHost.h"
+#include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/Listener.h"
 #include "helpers/privileged/Options.h"
@@ -84,6 +86,24 @@ TEST(AuthorisationTest, OnlyTheExactSecretLetsARequestThrough) {
   }
   EXPECT_EQ(console.logged.size(), 6U);
   EXPECT_TRUE(admits({{"authData", propertylist::Data{secret->bytes()}}}));
+}
+
+TEST(ActingAsTest, OnlyTheThreadItselfHasTheRightsOfTheUser) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
+  std::promise<void> acts;
+  auto seen = std::async(std::launch::async, [&] {
+    acts.get_future().wait();
+    return ::geteuid();
+  });
+  {
+    const ActingAs acting(nobody);
+    EXPECT_TRUE(acting);
+    EXPECT_EQ(::geteuid(), nobody);
+    acts.set_value();
+    EXPECT_EQ(seen.get(), 0U);
+  }
+  EXPECT_EQ(::geteuid(), 0U);
+  EXPECT_EQ(::getegid(), 0U);
 }
 
 TEST(ListenerTest, OnlyTheProcessThatAskedIsLetInAndTheFolderGoes) {
