@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "core/base/Result.h"
-#include "ctl/Command.h"
+#include "ctl/Subcommand.h"
 
 namespace mirvel::ctl {
 
@@ -16,15 +16,16 @@ struct Option {
   bool takesValue = false;
 };
 
-/// A command's arguments, told apart.
+/// A subcommand's arguments, separated into operands and options.
 struct ParsedArguments {
   std::vector<std::string> operands;
-  std::map<std::string, std::string, std::less<>> options;  ///< by name; without a value: empty
+  std::map<std::string, std::string, std::less<>> options;  ///< by name; the value is empty for an option without one
 
   bool has(std::string_view option) const { return options.find(option) != options.end(); }
 };
 
-/// Options may stand anywhere before `--`, their value behind a blank or `=`. Fails with `BadArgument`.
+/// Options may appear anywhere before `--`. A value follows as the next argument or after `=`. If an option is
+/// repeated, the last value wins. Fails with `BadArgument`.
 Result<ParsedArguments> parseArguments(Arguments arguments, std::initializer_list<Option> known);
 
 }  // namespace mirvel::ctl

@@ -3,9 +3,9 @@
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "ctl/Arguments.h"
-#include "ctl/Command.h"
 #include "ctl/Input.h"
 #include "ctl/Printable.h"
+#include "ctl/Subcommand.h"
 
 namespace mirvel::ctl {
 
@@ -25,13 +25,13 @@ Result<std::string> converted(const std::string& file, bool toXml, const Context
 int convert(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--to", true}});
   if (!parsed) return usageError("convert", parsed.error().message, context);
-  if (parsed->operands.size() != 1) return usageError("convert", "it takes one file", context);
-  const auto form = parsed->options.find("--to");
-  const bool isKnownForm = form != parsed->options.end() && (form->second == "xml" || form->second == "binary");
-  if (!isKnownForm) return usageError("convert", "the form must be xml or binary", context);
-  const bool toXml = form->second == "xml";
+  if (parsed->operands.size() != 1) return usageError("convert", "expected one file", context);
+  const auto format = parsed->options.find("--to");
+  const bool isKnownFormat = format != parsed->options.end() && (format->second == "xml" || format->second == "binary");
+  if (!isKnownFormat) return usageError("convert", "--to must be xml or binary", context);
+  const bool toXml = format->second == "xml";
   if (!toXml && context.isTerminal) {
-    return usageError("convert", "a binary list can't be shown; send it to a file or a pipe", context);
+    return usageError("convert", "can't write binary data to a terminal; redirect the output", context);
   }
   const std::string& file = parsed->operands.front();
   const auto result = converted(file, toXml, context);
