@@ -7,11 +7,11 @@
 
 namespace mirvel::demo {
 
-/// Writes a picture of the window, or of the sheet before it, as soon as it shows what was asked for, and ends the
-/// event loop: with 0, or with 1 and a word on the standard error.
+/// Writes a picture of the window, or of its sheet if one is open, once the window is arranged. Then ends the event
+/// loop: with 0, or with 1 and a message on the standard error.
 void takePicture(ui::Application& application, const DemoOptions& options);
 
-/// Brings the window into the state that was asked for, once the jobs are there.
-void arrange(ui::Application& application, const DemoOptions& options);
+/// Puts the window into the requested state. The jobs must have been scanned.
+void arrangeWindow(ui::Application& application, const DemoOptions& options);
 
 }  // namespace mirvel::demo
