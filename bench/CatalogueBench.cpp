@@ -30,7 +30,7 @@ void report(benchmark::State& state, std::size_t items) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(items));
 }
 
-/// The least that a program can do with the files.
+/// The minimum that any program has to do with the files.
 void bareRead(benchmark::State& state) {
   const auto& paths = folder(static_cast<std::size_t>(state.range(0))).paths();
   std::array<char, 65536> buffer;
@@ -44,12 +44,13 @@ void bareRead(benchmark::State& state) {
   report(state, paths.size());
 }
 
-/// What a scan found goes when the next one is published, and not on its time.
+/// Destroys the result of a scan outside of the measured time, because the program does so only when the next result is
+/// published.
 void endOfScan(benchmark::State& state, Jobs& jobs, std::size_t count) {
   state.PauseTiming();
   if (jobs.size() != count) state.SkipWithError("jobs are missing");
   jobs.clear();
-  // The allocator tidies up after ten thousand jobs when it is next asked for a large piece.
+  // After freeing ten thousand jobs, malloc consolidates its free lists on the next large allocation.
   benchmark::DoNotOptimize(std::make_unique<char[]>(std::size_t{1} << 20U));
   state.ResumeTiming();
 }
@@ -57,7 +58,7 @@ void endOfScan(benchmark::State& state, Jobs& jobs, std::size_t count) {
 void coldScan(benchmark::State& state) {
   const auto count = static_cast<std::size_t>(state.range(0));
   Scanner scanner(folder(count));
-  growHeapOfThisThread();  // as the program has it for its scans
+  growHeapOfThisThread();  // as in the program's scan threads
   for (auto _ : state) {
     Jobs jobs = scanner.coldScan();
     endOfScan(state, jobs, count);
@@ -79,7 +80,7 @@ void unchangedScan(benchmark::State& state) {
 constexpr std::size_t many = 10'000;
 constexpr std::size_t textSize = 1024;
 
-/// Ten thousand jobs with a text of a kibibyte each.
+/// Ten thousand jobs with a text of 1 KiB each.
 const Jobs& manyJobs() {
   static const Jobs jobs = [] {
     Jobs made = Scanner(folder(many)).coldScan();
@@ -143,7 +144,7 @@ void repeatedSortIcu(benchmark::State& state) {
   report(state, jobs.size());
 }
 
-/// Not a time: what ten thousand jobs hold in memory, beyond the texts of their files.
+/// Measures memory, not time: the heap used by ten thousand jobs, apart from the texts of their files.
 void memoryPerJob(benchmark::State& state) {
   double bytes = 0;
   for (auto _ : state) {

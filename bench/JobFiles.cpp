@@ -41,7 +41,7 @@ JobFiles readCorpus() {
   return files;
 }
 
-/// Makes job files with the keys about as frequent as in published ones.
+/// Generates job files with about the same frequency of keys as published ones.
 class Generator {
  public:
   std::string jobFile() {

@@ -11,7 +11,7 @@
 
 namespace mirvel::bench {
 
-/// A throw-away machine whose user has so many of the generated job files, all written long ago.
+/// A temporary machine whose user has a number of the generated job files, with modification times long ago.
 class JobFolderOnDisk {
  public:
   explicit JobFolderOnDisk(std::size_t count);
@@ -27,7 +27,7 @@ class JobFolderOnDisk {
   std::vector<std::string> m_paths;
 };
 
-/// Scans of that machine.
+/// Scans that machine.
 class Scanner {
  public:
   explicit Scanner(const JobFolderOnDisk& folder);
@@ -35,7 +35,7 @@ class Scanner {
 
   /// With an empty file cache.
   Jobs coldScan();
-  /// With the cache as the last scan left it.
+  /// With the cache of the previous scan.
   Jobs rescan();
 
   const Collator& collator() const { return m_foundation.collator; }

@@ -3,8 +3,8 @@
 #include "core/lint/Lint.h"
 #include "support/HostileFiles.h"
 
-/// Job files of a megabyte that were made to be slow. Bytes a second should be about the same for each of them, and for
-/// each at both sizes.
+/// Job files of a megabyte that were designed to be slow. The bytes per second should be about equal for all of them,
+/// and for each at both sizes.
 namespace mirvel::bench {
 namespace {
 

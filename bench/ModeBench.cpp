@@ -12,7 +12,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// The program with its window, filled.
+/// The program with a filled window.
 class FilledWindow {
  public:
   explicit FilledWindow(const Roots& roots) : m_application(roots, {}, "en") {
@@ -21,7 +21,8 @@ class FilledWindow {
     settle();
   }
 
-  /// How many seconds the main thread is held: to bring the view up, give it the jobs, arrange them, and draw it.
+  /// The seconds for which the main thread is blocked while it creates the view, sets the jobs, lays them out and draws
+  /// them.
   double secondsToSwitch(Mode mode) {
     const auto start = Clock::now();
     program().mainWindow.switchMode(mode);
@@ -33,7 +34,7 @@ class FilledWindow {
 
  private:
   Program& program() { return m_application.program(); }
-  /// Until the scan is over, which each change of mode begins.
+  /// Runs the event loop until the scan that every change of mode starts has finished.
   void settle() {
     do {
       QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

@@ -8,8 +8,8 @@
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 
-/// Reading and writing, side by side with libplist: each pair does the same work on the same bytes, from the bytes to a
-/// whole list and its end.
+/// Compares reading and writing with libplist. Each pair does the same work on the same bytes, including the
+/// destruction of the list.
 namespace mirvel::bench {
 namespace {
 
@@ -18,8 +18,8 @@ using List = std::vector<std::string>;
 
 constexpr int rounds = 8;
 
-/// Does the work for all items, a hundred at a time and several times over, so that they lie in the cache as the bytes
-/// of a file do that was just read; without this, large sets measure the memory of the machine.
+/// Processes all items in batches of a hundred, each several times, so that the data is in the cache like a file that
+/// was just read. Otherwise large sets would measure the memory bandwidth.
 template <typename Items, typename Work>
 void inBatches(const Items& items, Work work) {
   constexpr std::size_t batch = 100;
@@ -105,7 +105,7 @@ void writeXmlLibplist(benchmark::State& state, Files files) {
   for (const plist_t list : lists) plist_free(list);
 }
 
-/// From the bytes to a checked record, which has no counterpart: it goes beside libplist's reading alone.
+/// From the bytes to a checked record. libplist has no counterpart, so it is compared with libplist's reading alone.
 void decodeRecord(benchmark::State& state, Files files) {
   List jobs;
   std::size_t bytes = 0;
@@ -124,7 +124,7 @@ void decodeRecord(benchmark::State& state, Files files) {
   report(state, jobs.size(), bytes);
 }
 
-/// Reading and copying to values of their own, for a comparison with trees that can be changed.
+/// Reads and copies to mutable values, for comparison with libraries whose trees are mutable.
 void readXmlToValues(benchmark::State& state, Files files) {
   for (auto _ : state) {
     inBatches(files().xml, [&](const std::string& xml) {

@@ -14,8 +14,8 @@ namespace mirvel::bench {
 
 namespace {
 
-/// What a user waits for who saves a loaded job: from the request to the service until the reply that the file is
-/// written and the job runs by it, in the host of our own.
+/// The time that a user waits when saving a loaded job: from the request to the reply of the service that the file is
+/// written and the job loaded, with the embedded host.
 void saveAndLoad(benchmark::State& state) {
   const testdata::TemporaryFolder machine;
   const auto folder = *Kind(Kind::userAgent).folderURL(Roots::below(machine.path()));

@@ -22,7 +22,7 @@ namespace {
 
 using namespace std::chrono;
 
-/// A calendar rule whose numbers are all in range; -1 is any.
+/// A calendar rule with valid numbers; -1 means any.
 struct Rule {
   int minute = 0;
   int hour = -1;
@@ -35,7 +35,7 @@ enum Form { Minute, Hour, Weekday, Day, YearDay };
 constexpr std::size_t forms = 5;
 
 constexpr const char* zoneName = "Europe/Berlin";
-constexpr sys_seconds begin = sys_days(2026y / 10 / 5) + 9h + 41min + 7s;  // the clocks are put back in this month
+constexpr sys_seconds begin = sys_days(2026y / 10 / 5) + 9h + 41min + 7s;  // includes the end of daylight saving time
 constexpr sys_seconds end = sys_days(2026y / 11 / 5) + 10h + 41min + 7s;
 
 Rule makeRule(Form form, std::mt19937& random) {
@@ -72,7 +72,7 @@ const std::vector<Rule>& mixedRules() {
   return all;
 }
 
-/// What every way must find alike.
+/// The result, which must be equal for all implementations.
 struct Found {
   std::int64_t count = 0;
   std::int64_t sum = 0;
@@ -104,7 +104,7 @@ bool fits(const Rule& rule, int month, int day, int weekday) {
          (rule.weekday < 0 || rule.weekday == weekday);
 }
 
-/// Day by day, with the civil time of the library.
+/// Steps day by day with the library's civil time.
 Found withCctz(const std::vector<Rule>& rules) {
   static const auto zone = [] {
     cctz::time_zone loaded;
@@ -127,7 +127,7 @@ Found withCctz(const std::vector<Rule>& rules) {
   return found;
 }
 
-/// Day by day, with ICU's calendar.
+/// Steps day by day with ICU's calendar.
 Found withIcu(const std::vector<Rule>& rules) {
   UErrorCode status = U_ZERO_ERROR;
   icu::GregorianCalendar calendar(icu::TimeZone::createTimeZone(zoneName), status);
@@ -148,7 +148,7 @@ Found withIcu(const std::vector<Rule>& rules) {
         calendar.set(UCAL_HOUR_OF_DAY, hour);
         calendar.set(UCAL_MINUTE, rule.minute);
         const UDate there = calendar.getTime(status);
-        if (calendar.get(UCAL_HOUR_OF_DAY, status) != hour) continue;  // skipped
+        if (calendar.get(UCAL_HOUR_OF_DAY, status) != hour) continue;  // in a skipped hour
         if (there > date(begin) && there < date(end)) found.add(static_cast<std::int64_t>(there / 1000));
       }
     }

@@ -5,14 +5,14 @@
 
 #include "ui/app/Application.h"
 
-/// Whoever started this waits for it.
+/// Notifies the parent process, which waits for it.
 void tellThatItIsDrawn() {
   std::putchar('!');
   std::fflush(stdout);
 }
 
-/// Starts, shows a window, says so once that is drawn, and ends: with a folder as its argument Mirvel with the jobs of
-/// that machine, without one an empty window of Qt.
+/// Shows a window, reports when it has been drawn, and exits: with a folder as its argument Mirvel on the machine in
+/// that folder, otherwise an empty Qt window.
 int main(int argc, char* argv[]) {
   using namespace mirvel;
   QApplication application(argc, argv);

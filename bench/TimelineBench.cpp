@@ -34,7 +34,7 @@ std::string hourly(std::mt19937& random) {
   return key("Minute", random() % 60);
 }
 
-/// As people schedule: each day, each week or each month, and now and then in every hour.
+/// Schedules as people write them: daily, weekly or monthly, and a few hourly ones.
 std::string mixed(std::mt19937& random) {
   const auto form = random() % 10;
   if (form == 0) return hourly(random);

@@ -27,7 +27,7 @@ double secondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-/// Runs the probe to its end, and gives the seconds from its start until its window was drawn.
+/// Runs the probe and returns the seconds from its start until its window was drawn.
 std::optional<double> secondsUntilDrawn(std::string argument) {
   std::string program = MIRVEL_START_PROBE;
   std::vector<char*> arguments{program.data()};
@@ -68,7 +68,7 @@ void startFilledWindow(benchmark::State& state) {
   measureStart(state, folder.roots().home.native());
 }
 
-/// How long the main thread is held by a new catalogue: to publish it, and to draw the window anew.
+/// The time for which the main thread is blocked by a new catalogue: publishing it and redrawing the window.
 void publication(benchmark::State& state) {
   const JobFolderOnDisk folder(static_cast<std::size_t>(state.range(0)));
   ui::Application application(folder.roots(), {}, "en");

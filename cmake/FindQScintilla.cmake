@@ -1,5 +1,5 @@
-# QScintilla for Qt 6, as the target QScintilla::QScintilla. Its authors install headers and a library, and no CMake
-# package. Looked for where Qt 6 is, and in CMAKE_PREFIX_PATH.
+# Finds QScintilla for Qt 6 and defines the target QScintilla::QScintilla. QScintilla installs headers and a library, but
+# no CMake package. Searches the folders of Qt 6 and CMAKE_PREFIX_PATH.
 find_package(Qt6 REQUIRED COMPONENTS Widgets)
 get_target_property(qt_headers Qt6::Core INTERFACE_INCLUDE_DIRECTORIES)
 

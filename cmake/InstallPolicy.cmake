@@ -1,6 +1,6 @@
-# Puts polkit's policy where polkit reads it, which is the same place whatever the prefix is: run at installation, with
-# POLICY_TEMPLATE, MIRVEL_PRIVILEGED (the installed program) and POLICY_COPY (where the policy stays in the prefix).
-# Without rights to that place the installation goes on, and says what is left to do.
+# Run at installation: installs the polkit policy in the folder that polkit reads, which doesn't depend on the prefix.
+# Parameters: POLICY_TEMPLATE, MIRVEL_PRIVILEGED (the installed program) and POLICY_COPY (the policy's path in the prefix).
+# Without permission to write there, the installation continues with a message about the remaining step.
 set(folder /usr/share/polkit-1/actions)
 set(destination $ENV{DESTDIR}${folder})
 configure_file(${POLICY_TEMPLATE} $ENV{DESTDIR}${POLICY_COPY} @ONLY)

@@ -1,5 +1,4 @@
-# Lets moc see files that are new in a subfolder of a target: CMake itself starts it anew only when files that it knows
-# change.
+# Makes automoc consider files that were added in a subfolder of a target; CMake reruns it only when known files change.
 function(mirvel_moc_new_files target)
   set(list ${CMAKE_CURRENT_BINARY_DIR}/${target}_sources.txt)
   file(GENERATE OUTPUT ${list} CONTENT "$<TARGET_PROPERTY:${target},SOURCES>")

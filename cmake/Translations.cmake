@@ -1,6 +1,6 @@
-# The catalogue template: every text that the sources hand to Localize, for translators to start from. The sources are
-# read as Objective-C, the language of the places ("%@"), so that entries with places are marked, and msgfmt can compare
-# the places of a translation with those of the text.
+# The catalogue template with every text that the sources pass to Localize. The sources are parsed as Objective-C, whose
+# format strings use the placeholder "%@" as well, so that msgfmt can compare the placeholders of a translation with those
+# of the original.
 find_program(XGETTEXT xgettext)
 if(XGETTEXT)
   set(MIRVEL_POT ${CMAKE_BINARY_DIR}/mirvel.pot)
@@ -19,7 +19,7 @@ if(XGETTEXT)
   add_custom_target(translations ALL DEPENDS ${MIRVEL_POT})
 endif()
 
-# The catalogues, laid out in the build as they are installed; MIRVEL_LANGUAGES tells which there are.
+# The compiled catalogues, in the same layout as installed. MIRVEL_LANGUAGES lists the languages.
 set(MIRVEL_CATALOGUES ${CMAKE_BINARY_DIR}/locale)
 find_program(MSGFMT msgfmt)
 if(MSGFMT)
@@ -40,5 +40,5 @@ if(MSGFMT)
   endforeach()
   add_custom_target(catalogues ALL DEPENDS ${catalogues})
 else()
-  message(STATUS "No msgfmt: texts are English only")
+  message(STATUS "msgfmt not found: the program will be in English only")
 endif()

@@ -5,7 +5,7 @@
 
 using namespace mirvel;
 
-/// Any file of translations is read or refused.
+/// Any input is either read as a catalogue of translations or refused.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto catalog = MessageCatalog::read({reinterpret_cast<const char*>(data), size});
   if (catalog) FUZZ_CHECK(!catalog->find(""));

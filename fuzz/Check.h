@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Ends the program with a message, so that the fuzzer keeps the input.
+/// Aborts with a message, so that the fuzzer keeps the input.
 #define FUZZ_CHECK(condition)                                                           \
   do {                                                                                  \
     if (!(condition)) {                                                                 \

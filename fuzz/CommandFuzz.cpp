@@ -7,7 +7,8 @@
 
 using namespace mirvel;
 
-/// A command line always splits, and its arguments, quoted and joined, split into the same again.
+/// A command line can always be split, and quoting and joining its arguments gives a line that splits into the same
+/// arguments.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto arguments = Text::separateCommand({reinterpret_cast<const char*>(data), size});
   FUZZ_CHECK(!arguments.empty());

@@ -13,7 +13,7 @@ void checkFile(std::string_view bytes) {
   const auto entry = DesktopEntry::read(bytes, "sr_Latn_RS");
   FUZZ_CHECK(!entry || bytes.find("[Desktop Entry]") != std::string_view::npos);
   if (!entry) return;
-  (void)entry->isShownIn(bytes);  // it needn't be, it must only be told
+  (void)entry->isShownIn(bytes);  // must only return, whatever the result
   if (entry->onlyShowIn) {
     for (const auto& desktop : *entry->onlyShowIn) FUZZ_CHECK(!desktop.empty());
   }
@@ -39,7 +39,8 @@ std::string escaped(std::string_view text) {
   return result;
 }
 
-/// By the rules for `Exec`: double quotes, in which four characters have a backslash, and percent signs twice.
+/// Quotes an argument for `Exec`: in double quotes, with a backslash before four characters, and with doubled percent
+/// signs.
 std::string quoted(std::string_view text) {
   std::string result = "\"";
   for (const char c : text) {
@@ -49,7 +50,7 @@ std::string quoted(std::string_view text) {
   return result + '"';
 }
 
-/// A file made by the rules of the standard is read as what was put into it.
+/// A file that follows the standard is read as it was written.
 void checkWritten(std::string_view text) {
   const std::string file = "[Desktop Entry]\nName[sr@latin]=" + escaped(text) + "\nIcon=" + escaped(text) +
                            "\nExec=" + escaped(quoted(text) + " %U " + quoted("-x")) + '\n';

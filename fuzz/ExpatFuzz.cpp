@@ -22,7 +22,7 @@ bool hasRest(const propertylist::Document& document) {
 
 }  // namespace
 
-/// What our reader takes as XML, expat takes too, save for what is known that macOS takes.
+/// Every XML list that our reader accepts is accepted by expat as well, except for the known leniencies of macOS.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   const auto document = propertylist::read(bytes);
@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate("UTF-8"), &XML_ParserFree);
   FUZZ_CHECK(parser);
   if (XML_Parse(parser.get(), text.data(), static_cast<int>(text.size()), 1) == XML_STATUS_OK) return 0;
-  if (hasRest(*document)) return 0;  // told as a warning: macOS stops at the end of the first element
+  if (hasRest(*document)) return 0;  // reported as a warning: macOS stops after the first element
 
   const auto offset = static_cast<std::size_t>(std::max<XML_Index>(0, XML_GetCurrentByteIndex(parser.get())));
   if (isKnownLeniency(text, offset)) return 0;

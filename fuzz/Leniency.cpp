@@ -10,7 +10,7 @@ bool isControl(char c) {
   return byte < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
 
-/// U+FFFE and U+FFFF in UTF-8: no characters in XML.
+/// Whether the text contains U+FFFE or U+FFFF in UTF-8, which aren't XML characters.
 bool hasNoCharacter(std::string_view text) {
   return text.find("\xEF\xBF\xBE") != std::string_view::npos || text.find("\xEF\xBF\xBF") != std::string_view::npos;
 }
@@ -20,7 +20,7 @@ bool isLenientText(std::string_view text) {
          text.find("&#") != std::string_view::npos || hasNoCharacter(text);
 }
 
-/// A tag that is more than its name, white space and slashes.
+/// Whether a tag contains more than its name, white space and slashes.
 bool isLenientTag(std::string_view tag) {
   tag = tag.substr(1, tag.find('>') - 1);
   const std::size_t nameEnd = tag.find_first_of(" \t\r\n/", tag.front() == '/' ? 1 : 0);
@@ -51,7 +51,7 @@ bool isLenient(std::string_view construct) {
   return construct.starts_with("<") ? isLenientTag(construct) : isLenientText(construct);
 }
 
-/// Whether a quote may be open behind the construct, so that the parser objects only later.
+/// Whether a quote may still be open after the construct, so that the parser reports an error only later.
 bool mayLeaveQuoteOpen(std::string_view construct) {
   if (!construct.starts_with("<") || construct.starts_with("<!--") || construct.starts_with("<![")) return false;
   return isLenient(construct) && construct.find_first_of("\"'") != std::string_view::npos;
@@ -60,7 +60,7 @@ bool mayLeaveQuoteOpen(std::string_view construct) {
 }  // namespace
 
 bool isKnownLeniency(std::string_view text, std::size_t offset) {
-  // The parser may stop at the first byte of what it objects to, in it, or at the first byte behind it.
+  // The parser may stop at the first offending byte, inside the construct, or at the first byte after it.
   bool isData = false;
   for (std::size_t at = 0; at <= offset && at < text.size();) {
     const std::size_t end = endOf(text, at);

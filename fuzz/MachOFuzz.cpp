@@ -41,7 +41,7 @@ void checkFile(std::string_view bytes) {
   checkList(*section);
 }
 
-/// Files of every form, each with a small list.
+/// Files of every format, each with a small list.
 std::vector<std::string> goodFiles() {
   constexpr std::string_view list = "<plist><dict><key>CFBundleName</key><string>a</string></dict></plist>";
   std::vector<std::string> files{demo::helperToolFile(list)};
@@ -51,8 +51,8 @@ std::vector<std::string> goodFiles() {
   return files;
 }
 
-/// The good file that the first byte picks. Each three bytes of the rest change one of it: its place, counted over the
-/// whole file, and what to put there.
+/// Takes the good file selected by the first byte, and changes one byte of it for every three of the rest: two for the
+/// position modulo the size, one for the new value.
 std::string damaged(std::string_view input) {
   static const std::vector<std::string> files = goodFiles();
   std::string file = files[(input.empty() ? 0U : static_cast<unsigned char>(input[0])) % files.size()];
@@ -65,7 +65,8 @@ std::string damaged(std::string_view input) {
 
 }  // namespace
 
-/// Any file's embedded list is found or refused, and what is found lies in the file; any list survives being embedded.
+/// In any file, the embedded list is either found within the bounds of the file or refused; and any list can be read
+/// back after being embedded.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
   checkFile(input);

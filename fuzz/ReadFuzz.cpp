@@ -7,7 +7,7 @@
 
 using namespace mirvel;
 
-/// Whatever is read is written in both forms and read again, as the same list.
+/// Whatever is read can be written in both formats and read back as the same list.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   propertylist::Positions positions;
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
@@ -22,10 +22,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FUZZ_CHECK(binary && binary->value() == value);
 
   const auto xml = propertylist::writeXml(value);
-  if (!xml) return 0;  // a set
+  if (!xml) return 0;  // the list contains a set
   const auto again = propertylist::read(*xml);
   FUZZ_CHECK(again);
-  // Not the values are compared, since a date loses its fraction of a second in XML.
+  // The output is compared instead of the values, because a date loses its fraction of a second in XML.
   const auto xmlAgain = propertylist::writeXml(again->value());
   FUZZ_CHECK(xmlAgain && *xmlAgain == *xml);
   return 0;

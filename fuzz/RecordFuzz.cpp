@@ -7,7 +7,7 @@ using namespace mirvel;
 
 namespace {
 
-/// What the console is told of bad files isn't looked at here.
+/// Discards messages about bad files.
 class Silence final : public Console {
  public:
   void print(const std::string&) override {}
@@ -21,11 +21,11 @@ std::shared_ptr<Launchd> jobOf(std::string_view bytes) {
 
 }  // namespace
 
-/// What makes a job is written and read again, as the same record.
+/// Every job that is read can be written and read back as the same record.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto job = jobOf({reinterpret_cast<const char*>(data), size});
   if (!job) return 0;
-  FUZZ_CHECK(propertylist::Value(job->plist().encodeAll()) == job->plist().dictionary->value());  // nothing was edited
+  FUZZ_CHECK(propertylist::Value(job->plist().encodeAll()) == job->plist().dictionary->value());  // without edits
   const auto file = job->plistData();
   if (!file) return 0;  // an unknown key holds a set
 

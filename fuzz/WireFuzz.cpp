@@ -14,7 +14,7 @@ using namespace mirvel;
 
 namespace {
 
-/// All frames up to the end or the first error, of a stream that comes in pieces of a size.
+/// Splits a stream that arrives in pieces of a given size, and returns the frames up to its end or the first error.
 std::vector<wire::Frame> framesIn(std::string_view stream, std::size_t piece, bool& failed) {
   wire::FrameReader reader;
   std::vector<wire::Frame> frames;

@@ -3,9 +3,9 @@
 #include "core/process/Arguments.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "ctl/Command.h"
 #include "ctl/Input.h"
 #include "ctl/Printable.h"
+#include "ctl/Subcommand.h"
 
 namespace mirvel::ctl {
 
@@ -25,12 +25,12 @@ Result<std::string> converted(const std::string& file, bool toXml, const Context
 int convert(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--to", true}});
   if (!parsed) return usageError("convert", parsed.error().message, context);
-  if (parsed->operands.size() != 1) return usageError("convert", "it takes one file", context);
-  const auto form = parsed->value("--to");
-  if (form != "xml" && form != "binary") return usageError("convert", "the form must be xml or binary", context);
-  const bool toXml = form == "xml";
+  if (parsed->operands.size() != 1) return usageError("convert", "expected one file", context);
+  const auto format = parsed->value("--to");
+  if (format != "xml" && format != "binary") return usageError("convert", "--to must be xml or binary", context);
+  const bool toXml = format == "xml";
   if (!toXml && context.isTerminal) {
-    return usageError("convert", "a binary list can't be shown; send it to a file or a pipe", context);
+    return usageError("convert", "can't write binary data to a terminal; redirect the output", context);
   }
   const std::string& file = parsed->operands.front();
   const auto result = converted(file, toXml, context);

@@ -17,7 +17,7 @@ Result<std::string> readStream(std::istream& stream) {
   while (stream.read(buffer.data(), buffer.size()), stream.gcount() > 0) {
     bytes.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
     if (bytes.size() > propertylist::Limits::bytes) {
-      return Error{.code = Error::Code::LimitExceeded, .message = "the list is larger than a gibibyte"};
+      return Error{.code = Error::Code::LimitExceeded, .message = "the input is larger than a gibibyte"};
     }
   }
   if (stream.bad()) return Error{.code = Error::Code::Io, .message = "can't read"};

@@ -3,18 +3,18 @@
 #include <string>
 
 #include "core/base/Result.h"
-#include "ctl/Command.h"
+#include "ctl/Subcommand.h"
 
 namespace mirvel::ctl {
 
-/// The bytes of a file, or of the standard input for `-`, within the size that a property list may have. The error
-/// doesn't name the file.
+/// Reads a file, or the standard input for `-`, up to the maximum size of a property list. The error doesn't contain
+/// the file name.
 Result<std::string> readInput(const std::string& file, const Context& context);
 
-/// What the file is called in messages.
+/// The name of the file for messages.
 std::string inputName(const std::string& file);
 
-/// The whole line for an error with a file, safe for a terminal.
+/// The error message for a file in one line, safe for a terminal.
 std::string errorLine(const std::string& file, Error error);
 
 }  // namespace mirvel::ctl

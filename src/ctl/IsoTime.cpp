@@ -12,12 +12,12 @@ using namespace std::chrono;
 
 namespace {
 
-/// Takes pieces off the front of a text; once one is missing, nothing fits any more.
+/// Consumes text from the front. After the first mismatch `isValid` is false for good.
 class Reader {
  public:
   explicit Reader(std::string_view text) : m_rest(text) {}
 
-  bool isWell() const { return m_isWell; }
+  bool isValid() const { return m_isValid; }
   bool isAtEnd() const { return m_rest.empty(); }
 
   bool take(char character) {
@@ -25,12 +25,12 @@ class Reader {
     m_rest.remove_prefix(1);
     return true;
   }
-  void expect(char character) { m_isWell = take(character) && m_isWell; }
-  /// So many digits, of a number not above that.
+  void expect(char character) { m_isValid = take(character) && m_isValid; }
+  /// Reads exactly `digits` digits; their value must not exceed `greatest`.
   int number(std::size_t digits, int greatest) {
     const auto value = m_rest.size() < digits ? std::nullopt : Decimal::toInt(m_rest.substr(0, digits));
     if (!value || *value > greatest) {
-      m_isWell = false;
+      m_isValid = false;
       return 0;
     }
     m_rest.remove_prefix(digits);
@@ -38,13 +38,13 @@ class Reader {
   }
   void skipDigits() {
     const std::size_t digits = std::min(m_rest.find_first_not_of("0123456789"), m_rest.size());
-    m_isWell = m_isWell && digits > 0;
+    m_isValid = m_isValid && digits > 0;
     m_rest.remove_prefix(digits);
   }
 
  private:
   std::string_view m_rest;
-  bool m_isWell = true;
+  bool m_isValid = true;
 };
 
 year_month_day readDate(Reader& text) {
@@ -66,7 +66,7 @@ seconds readTime(Reader& text) {
   return time;
 }
 
-/// None: there is none, and the clock on the wall is meant.
+/// nullopt without an offset: the time is local then.
 std::optional<seconds> readOffset(Reader& text) {
   if (text.take('Z')) return seconds(0);
   const bool isBehind = text.take('-');
@@ -88,10 +88,10 @@ std::optional<sys_seconds> isoMoment(std::string_view text, const std::string& z
     time = readTime(reader);
     offset = readOffset(reader);
   }
-  if (!reader.isWell() || !reader.isAtEnd() || !date.ok()) return std::nullopt;
+  if (!reader.isValid() || !reader.isAtEnd() || !date.ok()) return std::nullopt;
   const sys_seconds asUtc = sys_days(date) + time;
   if (offset) return asUtc - *offset;
-  constexpr auto farthest = days(2);  // no zone is farther from UTC, before or after a change
+  constexpr auto farthest = days(2);  // no time zone is farther from UTC, even around a change of its offset
   return ZoneStretches(zone, asUtc - farthest, asUtc + farthest).moment(local_seconds(asUtc.time_since_epoch()));
 }
 

@@ -7,10 +7,10 @@
 
 namespace mirvel::ctl {
 
-/// A moment as ISO 8601 writes it: a date, alone or with a time behind `T` or a blank, of hours and minutes, perhaps
-/// with seconds and a fraction, which is dropped; then `Z`, an offset such as `+01:00`, or nothing, which means the
-/// clock on the wall in the zone. A time that this clock skips means when it is skipped, one that it shows twice the
-/// first. None: the text is no such moment.
+/// Parses an ISO 8601 date, optionally followed by `T` or a space and a time: hours and minutes, optional seconds, and
+/// an optional fraction, which is ignored; then `Z`, an offset such as `+01:00`, or nothing for local time in the zone.
+/// A local time that the zone skips means the moment of the skip; one that occurs twice means the first. Returns
+/// nullopt for anything else.
 std::optional<std::chrono::sys_seconds> isoMoment(std::string_view text, const std::string& zone);
 
 /// "2026-11-21T09:00:00+01:00".

@@ -6,11 +6,11 @@
 
 namespace mirvel::ctl {
 
-/// `label`, `run`, `iconPath` (null: none), `scheduled` and `unknownKeys`. Each rule has its `kind` and its own fields,
-/// with numbers as in `Scheduled` and the time as "HH:MM".
+/// An object with `label`, `run`, `iconPath` (null if none), `scheduled` and `unknownKeys`. Each rule has its `kind`
+/// and the fields of that kind, with numbers as in `Scheduled` and times as "HH:MM".
 Json jobObject(const jobfile::Plist& job);
 
-/// `severity`, `message`, `line` and `column`, and of `offset` and `key` what is known.
+/// An object with `severity`, `message`, `line` and `column`, and with `offset` and `key` if known.
 Json findingObject(const lint::Finding& finding);
 
 }  // namespace mirvel::ctl

@@ -25,14 +25,15 @@ Json elementTrees(std::span<const propertylist::Node> elements) {
 
 Json entryTrees(const propertylist::Members& members) {
   Json result = Json::object();
-  // Keys are distinct, so they needn't be looked up, which goes through all that are there.
+  // Appended without a lookup, which is linear in this type; the keys are distinct already.
   auto& object = result.get_ref<Json::object_t&>();
   for (const propertylist::Member& member : members)
     object.push_back({std::string(member.key()), typedTree(member.value)});
   return result;
 }
 
-/// JSON has control characters escaped, save for DEL, those of C1 and the like. All of them stand within strings.
+/// Escapes what the JSON writer leaves as it is: DEL, C1 controls and directional characters. They occur within strings
+/// only.
 std::string escapedUnsafe(const std::string& json) {
   std::string result;
   result.reserve(json.size());
@@ -92,7 +93,7 @@ Json errorObject(const Error& error) {
 }
 
 std::string text(const Json& json) {
-  // A file name may hold bytes that are no UTF-8.
+  // File names may contain bytes that aren't UTF-8; they are replaced.
   const std::string dumped = json.dump(-1, ' ', false, Json::error_handler_t::replace);
   return escapedUnsafe(dumped);
 }

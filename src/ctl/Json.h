@@ -9,14 +9,14 @@ namespace mirvel::ctl {
 
 using Json = nlohmann::ordered_json;
 
-/// A typed tree that tells every type of property list apart: `{"t":"int","v":"123"}`, and likewise "real", "string",
+/// Represents every type of property list unambiguously: `{"t":"int","v":"123"}`, and likewise "real", "string",
 /// "bool", "data" (base64), "date" (UTC), "uid", "array", "set" and "dict" (an object of such trees).
 Json typedTree(const propertylist::Node& node);
 
-/// `error` (the whole sentence), and of `line`, `column`, `offset` and `key` what is known.
+/// An object with `error` (the full message), and with `line`, `column`, `offset` and `key` if known.
 Json errorObject(const Error& error);
 
-/// In one line, with nothing in it that a terminal would obey.
+/// Serialises to one line without characters that would affect a terminal.
 std::string text(const Json& json);
 
 }  // namespace mirvel::ctl

@@ -7,11 +7,11 @@
 #include "core/lint/Lint.h"
 #include "core/lint/PermissionLint.h"
 #include "core/process/Arguments.h"
-#include "ctl/Command.h"
 #include "ctl/Input.h"
 #include "ctl/JobJson.h"
 #include "ctl/Printable.h"
 #include "ctl/Style.h"
+#include "ctl/Subcommand.h"
 
 namespace mirvel::ctl {
 
@@ -43,6 +43,7 @@ void writeVerdict(const Verdict& verdict, const Context& context) {
   if (verdict.findings.empty()) context.out << name << ": " << coloured("ok", Colour::Green, context.hasColour) << '\n';
   for (const Finding& finding : verdict.findings) {
     const std::string text = printable(finding.text());
+    // Only the severity at the beginning is coloured.
     const std::size_t severityEnd = text.find(':');
     const Colour colour = finding.severity == Severity::Error ? Colour::Red : Colour::Yellow;
     context.out << name << ": " << coloured(text.substr(0, severityEnd), colour, context.hasColour)
@@ -79,7 +80,7 @@ void writeJson(const std::vector<Verdict>& verdicts, const Context& context) {
 int lint(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--json"}});
   if (!parsed) return usageError("lint", parsed.error().message, context);
-  if (parsed->operands.empty()) return usageError("lint", "there is no file", context);
+  if (parsed->operands.empty()) return usageError("lint", "no file given", context);
   const bool asJson = parsed->has("--json");
   std::vector<Verdict> verdicts;
   for (const std::string& file : parsed->operands) {

@@ -4,23 +4,22 @@
 #include "core/base/Const.h"
 #include "core/catalogue/KindTexts.h"
 #include "core/process/Arguments.h"
-#include "ctl/Command.h"
 #include "ctl/Json.h"
 #include "ctl/Printable.h"
 #include "ctl/Scan.h"
 #include "ctl/Style.h"
-#include "ctl/TextWidth.h"
+#include "ctl/Subcommand.h"
 
 namespace mirvel::ctl {
 
 namespace {
 
-/// An item of the user's own list has no file, and is told by what it starts.
+/// An item of the user's own login items has no file; it is identified by what it starts.
 std::string pathOf(const Job& job) {
   return job.url.isFile() ? job.url.text() : job.run();
 }
 
-/// Of other jobs than those of launchd there is nothing to edit, whatever else the application may do with them.
+/// Only launchd jobs can be edited, whatever else the application offers for other kinds.
 bool isEditable(const Job& job) {
   return job.kind.isLaunchd() && job.isEditable;
 }
@@ -38,14 +37,14 @@ void writeJson(const Jobs& jobs, const Context& context) {
   context.out << text(json) << '\n';
 }
 
-/// Columns that all groups share, so that the eye can run down the whole list.
+/// Column widths, shared by all groups so that the whole list is aligned.
 struct Columns {
   std::size_t name = 0;
-  std::size_t mark = 0;  ///< 0: no job has one
+  std::size_t mark = 0;  ///< 0 if no job has a mark
 };
 
 Columns columnsFor(const Jobs& jobs, const std::string& mark) {
-  constexpr std::size_t widestName = 48;  // one long label doesn't push all the rest away
+  constexpr std::size_t widestName = 48;  // a few long names must not widen the column for all
   Columns columns;
   for (const auto& job : jobs) {
     columns.name = std::max(columns.name, std::min(textWidth(printable(job->name)), widestName));
@@ -54,7 +53,7 @@ Columns columnsFor(const Jobs& jobs, const std::string& mark) {
   return columns;
 }
 
-/// The blanks that fill a column behind a text, and part it from the next.
+/// The padding between a text and the next column.
 std::string gap(std::string_view text, std::size_t column) {
   const std::size_t width = textWidth(text);
   return std::string((width < column ? column - width : 0) + 2, ' ');
@@ -92,12 +91,12 @@ void writeGroups(const Jobs& jobs, const Context& context) {
 int list(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--system"}, {"--json"}});
   if (!parsed) return usageError("list", parsed.error().message, context);
-  if (!parsed->operands.empty()) return usageError("list", "it takes no file", context);
+  if (!parsed->operands.empty()) return usageError("list", "expected no file", context);
   const Jobs jobs = scan(parsed->has("--system"), context);
   if (parsed->has("--json")) {
     writeJson(jobs, context);
   } else if (jobs.empty()) {
-    context.err << "mirvelctl list: there are no jobs\n";
+    context.err << "mirvelctl list: no jobs found\n";
   } else {
     writeGroups(jobs, context);
   }

@@ -1,5 +1,6 @@
 #include "ctl/Printable.h"
 
+#include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include <algorithm>
@@ -30,6 +31,7 @@ std::string escapedControl(char control) {
 
 bool isUnsafe(char32_t character) {
   const bool isControl = character >= 0x7F && character < 0xA0;
+  // Embeddings, overrides, isolates and marks: they could make a text look like another one.
   const bool turnsDirection = (character >= 0x202A && character <= 0x202E) ||
                               (character >= 0x2066 && character <= 0x2069) || character == 0x200E ||
                               character == 0x200F || character == 0x061C;
@@ -48,6 +50,13 @@ std::string printable(const Piece& piece, Lines lines) {
   const bool isKept = lines == Lines::Keep && (first == '\n' || first == '\t');
   if (piece.character < 0x20 && !isKept) return escapedControl(first);
   return std::string(piece.bytes);
+}
+
+std::size_t widthOf(UChar32 character) {
+  const auto type = u_charType(character);
+  if (type == U_NON_SPACING_MARK || type == U_ENCLOSING_MARK || type == U_FORMAT_CHAR) return 0;
+  const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
+  return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
 }
 
 }  // namespace
@@ -88,6 +97,16 @@ std::string printable(std::string_view text, Lines lines) {
     at += piece.bytes.size();
   }
   return result;
+}
+
+std::size_t textWidth(std::string_view text) {
+  std::size_t width = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const Piece piece = pieceAt(text, at);
+    width += widthOf(static_cast<UChar32>(piece.character));
+    at += piece.bytes.size();
+  }
+  return width;
 }
 
 }  // namespace mirvel::ctl

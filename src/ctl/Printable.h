@@ -8,24 +8,28 @@ namespace mirvel::ctl {
 
 enum class Lines { Escape, Keep };
 
-/// Text from files or arguments, made safe for a terminal: control characters (those of C1 and DEL too), bytes that are
-/// no UTF-8, and characters that turn the direction of text are told as `\n`, `\x1b`, `\u202e`. With `Lines::Keep` line
-/// ends and tabs stay.
+/// Makes text from files or arguments safe for a terminal: control characters (including C1 and DEL), invalid UTF-8,
+/// line separators and characters that change the text direction are escaped, as in `\n`, `\x1b` and `\u202e`.
+/// `Lines::Keep` preserves line feeds and tabs.
 std::string printable(std::string_view text, Lines lines = Lines::Escape);
 
-/// The piece of a text that begins at a place: a character, or the bytes of none.
+/// A piece of text: a character, or bytes that aren't valid UTF-8.
 struct Piece {
   std::string_view bytes;
   bool isUtf8;
-  bool isUnsafe;  ///< a character beyond ASCII, or DEL, that `printable` tells by its number
+  bool isUnsafe;  ///< DEL or a character beyond ASCII that `printable` escapes
   char32_t character;
 };
 Piece pieceAt(std::string_view text, std::size_t at);
 
-/// How many bytes of visible ASCII and blanks the text begins with.
+/// The length of the prefix that consists of printable ASCII only.
 std::size_t plainLength(std::string_view text);
 
-/// Such as `\u202e`, which is also how JSON writes it.
+/// For example `\u202e`, an escape that JSON uses as well.
 std::string escapedCharacter(char32_t character);
+
+/// The number of terminal columns that a text occupies: two for wide East Asian characters (Unicode Standard Annex 11),
+/// none for combining marks. Expects the output of `printable`.
+std::size_t textWidth(std::string_view text);
 
 }  // namespace mirvel::ctl

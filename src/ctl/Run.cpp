@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <ostream>
 
-#include "ctl/Command.h"
 #include "ctl/Printable.h"
+#include "ctl/Subcommand.h"
 
 namespace mirvel::ctl {
 
@@ -20,15 +20,15 @@ int noCommand(const std::string& problem, const Context& context) {
 }
 
 int runCommand(Arguments arguments, const Context& context) {
-  if (arguments.empty()) return noCommand("there is no command", context);
+  if (arguments.empty()) return noCommand("no command given", context);
   const std::string& name = arguments.front();
   if (name == "--help" || name == "-h") return help({}, context);
   if (name == "--version") {
     context.out << "mirvelctl " MIRVEL_VERSION "\n";
     return Success;
   }
-  const Command* const command = findCommand(name);
-  if (!command) return noCommand("there is no command " + name, context);
+  const Subcommand* const command = findSubcommand(name);
+  if (!command) return noCommand("unknown command " + name, context);
   if (asksForHelp(arguments.subspan(1))) return help(arguments.first(1), context);
   return command->run(arguments.subspan(1), context);
 }
@@ -37,6 +37,7 @@ int runCommand(Arguments arguments, const Context& context) {
 
 int run(Arguments arguments, const Context& context) {
   const int status = runCommand(arguments, context);
+  // A full disk or a closed pipe must not look like success.
   if (context.out.flush()) return status;
   context.err << "mirvelctl: can't write the output\n";
   return Failed;

@@ -10,12 +10,12 @@
 #include "core/process/Arguments.h"
 #include "core/schedule/MergedRuns.h"
 #include "core/text/Digits.h"
-#include "ctl/Command.h"
 #include "ctl/Input.h"
 #include "ctl/IsoTime.h"
 #include "ctl/Json.h"
 #include "ctl/Printable.h"
 #include "ctl/Scan.h"
+#include "ctl/Subcommand.h"
 
 namespace mirvel::ctl {
 
@@ -42,7 +42,7 @@ CalendarJob calendarJob(const jobfile::Plist& job, const std::string& path) {
           .intervals = calendar ? calendar->intervals : std::vector<jobfile::StartCalendarInterval::Interval>()};
 }
 
-/// The jobs of those files that can be read; the status tells whether that is all.
+/// Appends the jobs of all readable files to `jobs`. Returns `Failed` if a file couldn't be read.
 int readFiles(const std::vector<std::string>& files, std::vector<CalendarJob>& jobs, const Context& context) {
   int status = Success;
   for (const std::string& file : files) {
@@ -74,7 +74,7 @@ std::vector<OwnedRun> runsOf(const std::vector<CalendarJob>& jobs, const ZoneStr
     }
   }
   auto runs = mergedRuns(rules, zone, span.after, span.end);
-  // Two intervals of one job that meet are one run.
+  // Several intervals of a job may have a run at the same time; it is listed once.
   runs.erase(std::unique(runs.begin(), runs.end()), runs.end());
   return runs;
 }
@@ -94,11 +94,11 @@ void writeJson(const std::vector<CalendarJob>& jobs, const Span& span, const Con
   context.out << text(json) << '\n';
 }
 
-/// Lines such as "2026-11-21 09:00  org.example.backup".
+/// Writes lines such as "2026-11-21 09:00  org.example.backup".
 void writeLines(const std::vector<CalendarJob>& jobs, const Span& span, const Context& context) {
   const ZoneStretches zone(span.zone, span.after, span.end);
   const auto runs = runsOf(jobs, zone, span);
-  if (runs.empty()) context.err << "mirvelctl runs: there are no runs\n";
+  if (runs.empty()) context.err << "mirvelctl runs: no runs found\n";
   for (const OwnedRun& run : runs) {
     std::string moment = timeText(run.date, zone).substr(0, std::string_view("2026-11-21T09:00").size());
     moment[moment.find('T')] = ' ';
@@ -116,13 +116,13 @@ Result<Span> spanOf(const ParsedArguments& arguments, const Machine& machine) {
             .end = {}};
   if (const auto from = arguments.value("--from")) {
     const auto moment = isoMoment(*from, span.zone);
-    if (!moment) return badArgument("`" + *from + "` is no time such as 2026-11-21T09:00");
+    if (!moment) return badArgument("invalid time `" + *from + "`; expected a time such as 2026-11-21T09:00");
     span.after = *moment;
   }
   constexpr std::int64_t usual = 30, most = 3660;
   std::optional<std::int64_t> count = usual;
   if (const auto given = arguments.value("--days")) count = Decimal::toInt(*given);
-  if (!count || *count < 1 || *count > most) return badArgument("--days takes a number from 1 to 3660");
+  if (!count || *count < 1 || *count > most) return badArgument("--days must be a number from 1 to 3660");
   span.end = span.after + hours(24) * *count;
   return span;
 }

@@ -11,7 +11,7 @@ namespace mirvel::ctl {
 
 namespace {
 
-/// What a scan says of bad files never mixes with the list.
+/// Sends the scan's messages to the error output, apart from the list.
 class ErrorConsole final : public Console {
  public:
   explicit ErrorConsole(std::ostream& err) : m_err(err) {}

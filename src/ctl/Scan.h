@@ -1,12 +1,12 @@
 #pragma once
 
 #include "core/catalogue/Job.h"
-#include "ctl/Command.h"
+#include "ctl/Subcommand.h"
 
 namespace mirvel::ctl {
 
-/// The jobs of the machine, as the application would show them; those of the system too if that is set in it, or asked
-/// for here. Files that can't be read are told on the error output.
+/// Scans the jobs of the machine as the application does. System jobs are included if its settings or `alsoSystem` say
+/// so. Files that can't be read are reported on the error output.
 Jobs scan(bool alsoSystem, const Context& context);
 
 }  // namespace mirvel::ctl

@@ -3,12 +3,12 @@
 #include "core/explain/Occasions.h"
 #include "core/process/Arguments.h"
 #include "core/propertylist/Reader.h"
-#include "ctl/Command.h"
 #include "ctl/Input.h"
 #include "ctl/JobJson.h"
 #include "ctl/Printable.h"
 #include "ctl/Style.h"
-#include "ctl/ValueText.h"
+#include "ctl/Subcommand.h"
+#include "ctl/WriteValue.h"
 
 namespace mirvel::ctl {
 
@@ -60,7 +60,7 @@ int showWords(const std::string& file, const Result<propertylist::Document>& doc
   writeValue(document->root(), context.out);
   const auto members = document->root().dictionary();
   if (!decoded && members && members->find("Label")) {
-    context.out << "\nno job: " << printable(decoded.error().text()) << '\n';
+    context.out << "\nnot a job: " << printable(decoded.error().text()) << '\n';
   }
   return Success;
 }
@@ -70,7 +70,7 @@ int showWords(const std::string& file, const Result<propertylist::Document>& doc
 int show(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--json"}});
   if (!parsed) return usageError("show", parsed.error().message, context);
-  if (parsed->operands.size() != 1) return usageError("show", "it takes one file", context);
+  if (parsed->operands.size() != 1) return usageError("show", "expected one file", context);
   const std::string& file = parsed->operands.front();
   const auto document = readDocument(file, context);
   return parsed->has("--json") ? showJson(document, context) : showWords(file, document, context);

@@ -7,10 +7,10 @@
 #include "core/process/Arguments.h"
 #include "core/process/Commands.h"
 #include "core/text/Digits.h"
-#include "ctl/Command.h"
 #include "ctl/Json.h"
 #include "ctl/Printable.h"
 #include "ctl/Style.h"
+#include "ctl/Subcommand.h"
 #include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/hostdata/HostPlaces.h"
 #include "helpers/hostdata/HostClient.h"
@@ -21,7 +21,7 @@ namespace {
 
 using Jobs = std::vector<HostedJobStatus>;
 
-/// "2026-03-29 03:00", by the clock on the wall.
+/// Local time, such as "2026-03-29 03:00".
 std::string localText(std::chrono::sys_seconds moment) {
   const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
   std::tm time{};
@@ -53,7 +53,8 @@ struct Answer {
   std::string_view hostName;
   bool isRunning;
   Jobs jobs;
-  std::vector<EnabledJob> notLoaded = {};  ///< job files that should be loaded; launchd isn't asked for them
+  std::vector<EnabledJob> notLoaded =
+      {};  ///< enabled but not loaded; always empty for launchd, which isn't asked
 };
 
 void writeJson(const Answer& answer, const Context& context) {
@@ -70,26 +71,27 @@ void writeJson(const Answer& answer, const Context& context) {
 }
 
 std::string describe(const HostedJobStatus& job) {
-  std::string result = job.process ? "runs as process " + std::to_string(*job.process) : "doesn't run";
-  if (job.lastEnd) result += "; last " + *job.lastEnd;
+  std::string result = job.process ? "running as process " + std::to_string(*job.process) : "not running";
+  if (job.lastEnd) result += "; last run " + *job.lastEnd;
   if (job.nextRun) result += "; next run " + localText(*job.nextRun);
   return result;
 }
 
 void writeText(const Answer& answer, const Context& context) {
   context.out << bold(answer.hostName, context.hasColour)
-              << (answer.isRunning ? "" : " isn't running: no job is loaded") << '\n';
-  if (answer.isRunning && answer.jobs.empty()) context.out << "  no job is loaded\n";
+              << (answer.isRunning ? "" : " isn't running, so no jobs are loaded") << '\n';
+  if (answer.isRunning && answer.jobs.empty()) context.out << "  no jobs are loaded\n";
   for (const auto& job : answer.jobs) {
     context.out << "  " << printable(job.label) << "  " << printable(describe(job)) << '\n';
   }
   for (const auto& job : answer.notLoaded) {
     const std::string name = job.label.empty() ? job.file.filename().string() : job.label;
-    context.out << "  " << printable(name) << "  is enabled, but isn't loaded\n";
+    context.out << "  " << printable(name) << "  enabled but not loaded\n";
   }
 }
 
-/// A line of `launchctl list`: process or "-", last exit status (of a signal its negative number), label.
+/// Parses a line of `launchctl list`: process id or "-", last exit status (negative for a signal), label. The heading
+/// yields nullopt.
 std::optional<HostedJobStatus> jobInLine(const std::string& line) {
   std::istringstream words(line);
   std::string process, last, label;
@@ -123,7 +125,7 @@ Result<Answer> askLaunchd(const std::string& launchctl, ProcessRunner& runner) {
   return answer;
 }
 
-/// The enabled jobs of the user's folders that a host doesn't know, which is all of them while none is running.
+/// The enabled jobs of the user's folders that the host hasn't loaded; all of them if it isn't running.
 std::vector<EnabledJob> notLoadedIn(const Roots& roots, const Jobs& loaded) {
   std::vector<EnabledJob> result;
   for (const auto& folder : agentFolders(roots)) {
@@ -136,7 +138,7 @@ std::vector<EnabledJob> notLoadedIn(const Roots& roots, const Jobs& loaded) {
   return result;
 }
 
-/// It isn't started for being asked: the terminal companion changes nothing.
+/// Doesn't start the host, because this program changes nothing on the machine.
 Result<Answer> askEmbeddedHost(const Roots& roots) {
   auto jobs = HostClient(HostPlaces::of(roots).socket).status();
   if (!jobs && !HostClient::isNoHost(jobs.error())) return jobs.error();
@@ -157,7 +159,7 @@ Result<Answer> askHost(const Machine& machine) {
 int status(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--json"}});
   if (!parsed) return usageError("status", parsed.error().message, context);
-  if (!parsed->operands.empty()) return usageError("status", "it takes no file", context);
+  if (!parsed->operands.empty()) return usageError("status", "expected no file", context);
   const auto answer = askHost(context.machine);
   if (!answer) {
     context.err << "mirvelctl status: " << printable(answer.error().text()) << '\n';

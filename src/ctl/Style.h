@@ -7,7 +7,7 @@ namespace mirvel::ctl {
 
 enum class Colour { Red = 31, Green = 32, Yellow = 33 };
 
-/// The text in that colour, if colours are wanted.
+/// Wraps the text in the escape sequence of the colour, or returns it as it is without `hasColour`.
 inline std::string coloured(std::string_view text, Colour colour, bool hasColour) {
   if (!hasColour) return std::string(text);
   return "\x1b[" + std::to_string(static_cast<int>(colour)) + 'm' + std::string(text) + "\x1b[0m";

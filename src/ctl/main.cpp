@@ -9,7 +9,7 @@
 #include "core/process/SystemProcessRunner.h"
 #include "core/process/UserName.h"
 #include "core/schedule/ZoneStretches.h"
-#include "ctl/Command.h"
+#include "ctl/Subcommand.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ std::string valueOf(const Environment& environment, const std::string& name) {
   return found == environment.end() ? std::string() : found->second;
 }
 
-/// See no-color.org for NO_COLOR.
+/// NO_COLOR is defined at no-color.org.
 bool wantsColour(const Environment& environment) {
   return valueOf(environment, "NO_COLOR").empty() && valueOf(environment, "TERM") != "dumb";
 }

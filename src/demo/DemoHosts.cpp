@@ -19,7 +19,7 @@ DemoHosts::DemoHosts(std::filesystem::path machine, const Environment& environme
   auto* const notifier = new QSocketNotifier(m_signals.descriptor(), QSocketNotifier::Read, this);
   connect(notifier, &QSocketNotifier::activated, this, [this] {
     (void)m_signals.take();
-    QCoreApplication::exit();  // nobody is asked: nothing of the demo stays anyway
+    QCoreApplication::exit();  // without asking about unsaved changes, since nothing of the demo is kept
   });
 }
 

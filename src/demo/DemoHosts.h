@@ -12,15 +12,15 @@
 
 namespace mirvel::demo {
 
-/// The job hosts of the sample machine: its user's, and the one that stands for root's. Jobs that
-/// were saved in the demo end with it: a signal that asks it to end does what closing its window does, and if it is
-/// killed, the hosts end by themselves.
+/// Starts and ends the job hosts of the sample machine: the user's, and the one that plays the role of root's. They end
+/// with the demo, so jobs saved there stop too: SIGTERM and similar signals have the effect of closing the window, and
+/// if the demo is killed, the hosts end by themselves.
 class DemoHosts final : public QObject {
  public:
   DemoHosts(std::filesystem::path machine, const Environment& environment);
   ~DemoHosts() override;
 
-  /// To be called as soon as there is the machine. From then on its hosts end with this process.
+  /// Ties the hosts to the life of this process. Must be called once the machine's folder exists.
   Result<void> tieToThisProcess();
 
  private:

@@ -10,19 +10,19 @@
 
 namespace mirvel::demo {
 
-/// What the demo was asked for on its command line.
+/// The options of the demo's command line.
 struct DemoOptions {
-  std::optional<QString> picture;  ///< a file to write a picture of the window to, instead of staying
-  QSize size;                      ///< of the window; invalid: as usual
-  std::optional<bool> isDark;      ///< none: as the desktop
+  std::optional<QString> picture;  ///< file for a picture of the window; the demo ends after writing it
+  QSize size;                      ///< window size; invalid for the default
+  std::optional<bool> isDark;      ///< nullopt for the desktop's scheme
   std::string locale;
   Mode mode = Mode::grid;
-  QString selected;       ///< label of a job to select; empty: none
-  bool isEdited = false;  ///< the selected job, in the editor
-  QString filter;         ///< text of the search field
-  QString newPage;        ///< of the sheet that makes a new job; empty: it isn't shown
+  QString selected;       ///< label of the job to select; empty for none
+  bool isEdited = false;  ///< opens the selected job in the editor
+  QString filter;         ///< text in the filter field
+  QString newPage;        ///< page of the sheet for new jobs to open; empty for none
 
-  /// Ends the process after `--help`, `--version` and wrong use, with words.
+  /// Ends the process on `--help`, `--version` and invalid options, after printing a message.
   static DemoOptions read(const QStringList& arguments);
 };
 

@@ -29,6 +29,7 @@ constexpr std::uint32_t headerSize = 32, segmentSize = 72, sectionSize = 80;
 constexpr std::uint32_t contentOffset = headerSize + segmentSize + sectionSize;
 constexpr std::uint64_t loadAddress = std::uint64_t{1} << 32U;
 
+// The layouts of mach_header_64, segment_command_64 and section_64 in <mach-o/loader.h>.
 void putHeader(std::string& bytes) {
   constexpr std::uint32_t magic = 0xfeedfacf, processor = 0x01000007, anyModel = 3, executable = 2, commandCount = 1;
   putWords(bytes, {magic, processor, anyModel, executable, commandCount, segmentSize + sectionSize, 0, 0});

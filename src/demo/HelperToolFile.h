@@ -5,8 +5,8 @@
 
 namespace mirvel::demo {
 
-/// The bytes of an executable file for macOS that holds nothing but the list, embedded where privileged helper tools
-/// have theirs: Mach-O, 64 bits, little-endian, one segment `__TEXT` with the section `__info_plist`. It can't be run.
+/// The bytes of a macOS executable that contains only the given Info.plist, embedded like those of privileged helper
+/// tools: Mach-O, 64 bit, little-endian, one segment `__TEXT` with the section `__info_plist`. It can't be executed.
 std::string helperToolFile(std::string_view infoPlist);
 
 }  // namespace mirvel::demo

@@ -16,7 +16,8 @@
 #include "demo/HelperToolFile.h"
 #include "demo/SampleText.h"
 
-/// A static library's resources are linked only if they are asked for; the macro allows no namespace around it.
+/// The resources of a static library are linked only if this macro refers to them. It must be used outside of
+/// namespaces.
 static void loadSamples() {
   Q_INIT_RESOURCE(demo);
 }
@@ -35,7 +36,7 @@ constexpr std::string_view systemLibrary = "usr/lib/mirvel";
 constexpr std::string_view installedAutostart = "etc/xdg/autostart";
 constexpr std::string_view applications = "Applications";
 
-/// Where the files of a folder of samples go, below the root.
+/// Where the files of a sample folder are written.
 struct Place {
   std::string_view samples;
   std::string_view folder;
@@ -52,7 +53,7 @@ constexpr std::array<Place, 7> places{{
 }};
 
 struct Sample {
-  fs::path file;  ///< below the root
+  fs::path file;  ///< relative to the root
   std::string bytes;
 };
 
@@ -60,7 +61,7 @@ Error errorOf(const std::error_code& code, const std::string& doing, const fs::p
   return systemError(code.value(), doing, path.string());
 }
 
-bool canBeTold(const std::string& path) {
+bool isRepresentable(const std::string& path) {
   const auto isControl = [](char character) { return (character >= 0 && character < ' ') || character == '\x7f'; };
   return propertylist::isUtf8(path) && std::none_of(path.begin(), path.end(), isControl);
 }
@@ -72,9 +73,9 @@ Result<void> makeFolder(const fs::path& folder) {
   return {};
 }
 
-/// Makes the folder, or makes sure that it is empty.
+/// Creates the folder if necessary, and fails unless it is empty.
 Result<void> claim(const fs::path& folder) {
-  if (!canBeTold(folder.string())) {
+  if (!isRepresentable(folder.string())) {
     return Error{Error::Code::BadArgument, "the folder's name can't be written in a job file", folder.string()};
   }
   auto made = makeFolder(folder);
@@ -92,7 +93,7 @@ std::vector<Sample> samplesOf(const Place& place) {
   QDirIterator files(QString::fromStdString(top), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
   while (files.hasNext()) {
     QFile file(files.next());
-    // Reading what is part of the program fails only if the program is broken.
+    // The resources are part of the program, so reading them can't fail.
     [[maybe_unused]] const bool isOpen = file.open(QIODevice::ReadOnly);
     assert(isOpen);
     const fs::path below = fs::path(file.fileName().toStdString()).lexically_relative(top);
@@ -105,7 +106,7 @@ bool isHelperTool(const Sample& sample) {
   return sample.file.parent_path().filename() == "PrivilegedHelperTools";
 }
 
-/// The list of a privileged helper tool becomes the tool itself.
+/// Turns the property list of a helper tool into the tool itself.
 Sample finished(Sample sample, const SampleNames& names) {
   sample.bytes = filledIn(sample.bytes, sample.file, names);
   if (isHelperTool(sample)) {

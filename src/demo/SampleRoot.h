@@ -8,14 +8,14 @@
 
 namespace mirvel::demo {
 
-/// A folder that stands for a whole machine: a home folder, the job folders of the user, of everyone and of the system,
-/// login items, startup items and privileged helper tools, all filled with samples. Nothing outside of it is touched,
-/// and it may be thrown away at any time; that is left to whoever chose the folder.
+/// A folder that stands for a whole machine: a home folder, the job folders of the user, of all users and of the
+/// system, login items, startup items and privileged helper tools, all filled with samples. Nothing outside of it is
+/// touched. The folder isn't deleted by this class; its creator may do so at any time.
 class SampleRoot {
  public:
-  /// Fills the folder, and makes it if it isn't there. Code `BadArgument` for a folder that isn't empty or that has a
-  /// name which can't be told in a job file (control characters, bytes that aren't UTF-8); else the error of the file
-  /// that couldn't be written, with what was written before it left as it is.
+  /// Fills the folder, and creates it if necessary. Fails with `BadArgument` for a folder that isn't empty or whose
+  /// path can't be written in a job file (control characters, invalid UTF-8), otherwise with the error of the file that
+  /// couldn't be written; earlier files remain then.
   static Result<SampleRoot> create(const std::filesystem::path& folder);
 
   Roots roots() const;

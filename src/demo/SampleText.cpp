@@ -20,7 +20,8 @@ std::string_view asXml(char character) {
   }
 }
 
-/// A quoted argument is read twice, first as a string of the file and then as an argument, hence the two backslashes.
+/// Quoted arguments are unescaped twice, once as a string of the file and once as an argument, hence the double
+/// backslashes.
 std::string_view asArgument(char character) {
   switch (character) {
     case '"':
@@ -42,7 +43,7 @@ std::string_view asItStands(char) {
   return {};
 }
 
-/// Gives what to write in place of a character, or nothing for one that may stay.
+/// Returns the replacement for a character, or an empty string for one that needs none.
 using Escape = std::string_view (*)(char);
 
 Escape escapeOf(const std::filesystem::path& file) {

@@ -4,8 +4,8 @@
 
 #include "demo/DemoHosts.h"
 #include "demo/DemoOptions.h"
-#include "demo/Picture.h"
 #include "demo/SampleRoot.h"
+#include "demo/TakePicture.h"
 #include "ui/app/Application.h"
 #include "ui/app/Display.h"
 #include "ui/support/ColorScheme.h"
@@ -15,13 +15,13 @@
 int main(int argc, char* argv[]) {
   using namespace mirvel;
   Environment environment = processEnvironment();
-  // A picture needs no display; without one, that is all that can be done.
+  // Writing a picture needs no display.
   if (!ui::hasDisplay(environment)) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   QApplication::setApplicationVersion(QStringLiteral(MIRVEL_VERSION));
   const auto options = demo::DemoOptions::read(QCoreApplication::arguments());
   if (!options.picture && !ui::hasDisplay(environment)) {
-    std::cerr << "mirvel-demo: there is no display to show a window on; --picture FILE writes a picture of it\n";
+    std::cerr << "mirvel-demo: no display found; use --picture FILE to write a picture of the window\n";
     return 1;
   }
 
@@ -34,7 +34,7 @@ int main(int argc, char* argv[]) {
     return 1;
   }
   if (const auto tied = hosts.tieToThisProcess(); !tied) std::cerr << "mirvel-demo: " << tied.error().text() << '\n';
-  environment["XDG_DATA_DIRS"] = (root->folder() / "usr/share").native();  // its applications, not this machine's
+  environment["XDG_DATA_DIRS"] = (root->folder() / "usr/share").native();  // lists the sample applications
   ui::ColorScheme scheme;
   if (options.isDark) {
     scheme.force(*options.isDark ? ui::Scheme::Dark : ui::Scheme::Light);
@@ -43,13 +43,13 @@ int main(int argc, char* argv[]) {
   }
   ui::prepareApplication(Localize(options.locale, ui::catalogues()));
   ui::Application mirvel(root->roots(), environment, options.locale, root->folder());
-  mirvel.workspace().setFullUserName("Alex Example");  // the sample machine is nobody's
+  mirvel.workspace().setFullUserName("Alex Example");  // the sample machine has no real users
   Subscription filled = mirvel.program().notifications.jobsUpdated.subscribe([&] {
     filled = {};
     if (options.picture) {
       demo::takePicture(mirvel, options);
     } else {
-      demo::arrange(mirvel, options);
+      demo::arrangeWindow(mirvel, options);
     }
   });
   if (const auto set = mirvel.program().foundation.defaults.setSelectedMode(static_cast<int>(options.mode)); !set) {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "ctl/Command.h"
+#include "ctl/Subcommand.h"
 #include "support/FakeClock.h"
 #include "support/TestData.h"
 
@@ -19,7 +19,7 @@ struct Outcome {
   std::string err;
 };
 
-/// Starts commands on a machine that lies in a temporary folder.
+/// Runs commands on a machine in a temporary folder.
 class CommandFixture : public testing::Test {
  protected:
   Outcome start(const std::vector<std::string>& arguments, const std::string& input = {}) {
@@ -58,6 +58,15 @@ class CommandFixture : public testing::Test {
             .installedAutostart = {root / "installed"}};
   }
 
+  /// A StartCalendarInterval from fields such as "Hour 9 Minute 30".
+  static std::string interval(const std::string& fields) {
+    std::istringstream words(fields);
+    std::string keys;
+    for (std::string key, number; words >> key >> number;) {
+      keys += "<key>" + key + "</key><integer>" + number + "</integer>";
+    }
+    return "<dict>" + keys + "</dict>";
+  }
   std::string file(const std::string& name, const std::string& content) { return folder.write(name, content).string(); }
 
   testdata::TemporaryFolder folder;
@@ -66,7 +75,7 @@ class CommandFixture : public testing::Test {
   std::string timeZone = "UTC";
   std::ostringstream out;
   bool isTerminal = false;
-  std::optional<ProcessResult> answer;  ///< of every tool; none: there are no tools
+  std::optional<ProcessResult> answer;  ///< what every tool returns; nullopt if there are no tools
 
  private:
   class Tools final : public ProcessRunner {

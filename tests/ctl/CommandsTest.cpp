@@ -20,24 +20,25 @@ constexpr const char* badJob = "<plist version=\"1.0\">\n<dict/>\n</plist>";
 
 using CommandsTest = CommandFixture;
 
-TEST_F(CommandsTest, AWrongCommandLineIsAUsageError) {
+TEST_F(CommandsTest, InvalidCommandLineIsAUsageError) {
   const struct {
     std::vector<std::string> arguments;
     std::string message;
   } table[] = {
-      {{}, "mirvelctl: there is no command; try mirvelctl --help\n"},
-      {{"frob\x1b"}, "mirvelctl: there is no command frob\\x1b; try mirvelctl --help\n"},
-      {{"lint"}, "mirvelctl lint: there is no file\nusage: mirvelctl lint [--json] FILE...\n"},
-      {{"lint", "--frob"}, "mirvelctl lint: there is no option --frob\nusage: mirvelctl lint [--json] FILE...\n"},
-      {{"show", "a", "b"}, "mirvelctl show: it takes one file\nusage: mirvelctl show [--json] FILE\n"},
-      {{"list", "a"}, "mirvelctl list: it takes no file\nusage: mirvelctl list [--system] [--json]\n"},
+      {{}, "mirvelctl: no command given; try mirvelctl --help\n"},
+      {{"frob\x1b"}, "mirvelctl: unknown command frob\\x1b; try mirvelctl --help\n"},
+      {{"lint"}, "mirvelctl lint: no file given\nusage: mirvelctl lint [--json] FILE...\n"},
+      {{"lint", "--frob"}, "mirvelctl lint: unknown option --frob\nusage: mirvelctl lint [--json] FILE...\n"},
+      {{"show", "a", "b"}, "mirvelctl show: expected one file\nusage: mirvelctl show [--json] FILE\n"},
+      {{"list", "a"}, "mirvelctl list: expected no file\nusage: mirvelctl list [--system] [--json]\n"},
+      {{"status", "a"}, "mirvelctl status: expected no file\nusage: mirvelctl status [--json]\n"},
       {{"list", "--json=1"},
-       "mirvelctl list: the option --json takes no value\nusage: mirvelctl list [--system] [--json]\n"},
+       "mirvelctl list: option --json takes no value\nusage: mirvelctl list [--system] [--json]\n"},
       {{"convert", "a"},
-       "mirvelctl convert: the form must be xml or binary\nusage: mirvelctl convert FILE --to xml|binary\n"},
+       "mirvelctl convert: --to must be xml or binary\nusage: mirvelctl convert FILE --to xml|binary\n"},
       {{"convert", "a", "--to"},
-       "mirvelctl convert: the option --to needs a value\nusage: mirvelctl convert FILE --to xml|binary\n"},
-      {{"help", "frob"}, "mirvelctl help: there is no command frob\nusage: mirvelctl help [COMMAND]\n"},
+       "mirvelctl convert: option --to requires a value\nusage: mirvelctl convert FILE --to xml|binary\n"},
+      {{"help", "frob"}, "mirvelctl help: unknown command frob\nusage: mirvelctl help [COMMAND]\n"},
   };
   for (const auto& row : table) {
     const Outcome outcome = start(row.arguments);
@@ -47,10 +48,10 @@ TEST_F(CommandsTest, AWrongCommandLineIsAUsageError) {
   }
 }
 
-TEST_F(CommandsTest, HelpTellsOfEveryCommand) {
+TEST_F(CommandsTest, HelpCoversEveryCommand) {
   const Outcome all = start({"--help"});
   EXPECT_EQ(all.status, Success);
-  for (const Command& command : commands()) {
+  for (const Subcommand& command : subcommands()) {
     const std::string name(command.name);
     EXPECT_THAT(all.out, HasSubstr("  " + name + ' '));
     const Outcome one = start({"help", name});
@@ -61,7 +62,7 @@ TEST_F(CommandsTest, HelpTellsOfEveryCommand) {
   EXPECT_EQ(start({"lint", "--", "--help"}).status, Failed) << "a file of that name";
 }
 
-TEST_F(CommandsTest, LintTellsOfEachFileAndCountsSeveral) {
+TEST_F(CommandsTest, LintReportsEachFileAndASummary) {
   const std::string good = file("good.plist", goodJob);
   const std::string bad = file("bad.plist", badJob);
   EXPECT_EQ(start({"lint", good}).out, good + ": ok\n");
@@ -75,7 +76,7 @@ TEST_F(CommandsTest, LintTellsOfEachFileAndCountsSeveral) {
   EXPECT_THAT(both.out, testing::EndsWith("2 files: 1 ok, 0 with warnings, 1 with errors\n"));
 }
 
-TEST_F(CommandsTest, LintTellsThatOthersCouldHaveWrittenAFile) {
+TEST_F(CommandsTest, LintWarnsOfFilesThatOthersMayWrite) {
   const std::string open = file("open.plist", goodJob);
   ASSERT_EQ(::chmod(open.c_str(), 0666), 0);
   const Outcome outcome = start({"lint", open});
@@ -84,13 +85,13 @@ TEST_F(CommandsTest, LintTellsThatOthersCouldHaveWrittenAFile) {
   EXPECT_THAT(outcome.out, HasSubstr("chmod go-w"));
 }
 
-TEST_F(CommandsTest, LintWithWarningsAloneIsASuccess) {
+TEST_F(CommandsTest, WarningsDoNotFailLint) {
   const std::string warned = std::string(goodJob).replace(0, 0, "\n<?xml version=\"1.0\"?>");
   EXPECT_THAT(start({"lint", "-"}, warned).out, StartsWith("standard input: warning: line 2, column 1: "));
   EXPECT_EQ(start({"lint", "-"}, warned).status, Success);
 }
 
-TEST_F(CommandsTest, LintJsonIsAnArrayOfVerdicts) {
+TEST_F(CommandsTest, LintJsonHasOneObjectForEachFile) {
   const std::string good = file("good.plist", goodJob);
   const Outcome outcome = start({"lint", "--json", good, "-", "/nowhere"}, badJob);
   EXPECT_EQ(outcome.status, Failed);
@@ -104,7 +105,7 @@ TEST_F(CommandsTest, LintJsonIsAnArrayOfVerdicts) {
   EXPECT_EQ(json[2]["ok"], false);
 }
 
-TEST_F(CommandsTest, FilesThatCantBeReadAreTold) {
+TEST_F(CommandsTest, UnreadableFilesAreReported) {
   const struct {
     std::string file;
     std::string message;
@@ -129,7 +130,7 @@ TEST_F(CommandsTest, FilesThatCantBeReadAreTold) {
   }
 }
 
-TEST_F(CommandsTest, ShowTellsAJobInWords) {
+TEST_F(CommandsTest, ShowDescribesAJob) {
   EXPECT_EQ(start({"show", "-"}, goodJob).out,
             "a.job\n"
             "  Command: /bin/ls -l\n"
@@ -144,7 +145,7 @@ TEST_F(CommandsTest, ShowTellsAJobInWords) {
             "  Minute: 0\n");
 }
 
-TEST_F(CommandsTest, ShowTellsAnyPropertyList) {
+TEST_F(CommandsTest, ShowPrintsAnyPropertyList) {
   EXPECT_EQ(start({"show", "-"},
                   "<plist><array><data>AQID</data><array><real>1.5</real></array><dict/><array/>"
                   "<date>2001-01-01T00:00:00Z</date><true/></array></plist>")
@@ -158,7 +159,7 @@ TEST_F(CommandsTest, ShowTellsAnyPropertyList) {
             "- true\n");
   const Outcome refused = start({"show", "-"}, "<plist><dict><key>Label</key><integer>1</integer></dict></plist>");
   EXPECT_EQ(refused.status, Success);
-  EXPECT_EQ(refused.out, "Label: 1\n\nno job: Label: holds 1, an integer, where a string belongs\n");
+  EXPECT_EQ(refused.out, "Label: 1\n\nnot a job: Label: holds 1, an integer, where a string belongs\n");
 }
 
 TEST_F(CommandsTest, ShowJsonHasTheJobAndItsRules) {
@@ -169,22 +170,11 @@ TEST_F(CommandsTest, ShowJsonHasTheJobAndItsRules) {
   };
   EXPECT_EQ(jobOf("<key>Program</key><string>/bin/ls</string>"), Json::parse(R"({"label": "x", "run": "/bin/ls",
             "iconPath": null, "scheduled": [], "unknownKeys": []})"));
-  const auto interval = [](const std::string& fields) {
-    std::string result = "<dict>";
-    for (std::size_t at = 0; at < fields.size();) {
-      const std::size_t end = std::min(fields.find(' ', at), fields.size());
-      const std::size_t equals = fields.find('=', at);
-      result += "<key>" + fields.substr(at, equals - at) + "</key><integer>" +
-                fields.substr(equals + 1, end - equals - 1) + "</integer>";
-      at = end + 1;
-    }
-    return result + "</dict>";
-  };
   const Json job = jobOf(
       "<key>StartInterval</key><integer>7200</integer><key>Foo</key><true/>"
       "<key>StartCalendarInterval</key><array>" +
-      interval("Minute=5") + interval("Hour=9 Minute=5") + interval("Day=1 Hour=9") +
-      interval("Day=29 Month=2 Hour=12") + interval("Weekday=3 Hour=21") + "</array>");
+      interval("Minute 5") + interval("Hour 9 Minute 5") + interval("Day 1 Hour 9") +
+      interval("Day 29 Month 2 Hour 12") + interval("Weekday 3 Hour 21") + "</array>");
   EXPECT_EQ(job["scheduled"], Json::parse(R"([
             {"kind": "repeatInterval", "interval": 2, "unit": "hours"},
             {"kind": "everyHour", "minute": 5},
@@ -196,7 +186,7 @@ TEST_F(CommandsTest, ShowJsonHasTheJobAndItsRules) {
   EXPECT_FALSE(Json::parse(start({"show", "--json", "-"}, "<plist><dict/></plist>").out).contains("job"));
 }
 
-TEST_F(CommandsTest, ConvertGivesTheOtherFormAndBack) {
+TEST_F(CommandsTest, ConvertRoundTripsThroughBinary) {
   const Outcome binary = start({"convert", "-", "--to=binary"}, goodJob);
   EXPECT_THAT(binary.out, StartsWith("bplist00"));
   const Outcome xml = start({"convert", "--to", "xml", "-"}, binary.out);
@@ -204,7 +194,7 @@ TEST_F(CommandsTest, ConvertGivesTheOtherFormAndBack) {
   EXPECT_THAT(xml.out, StartsWith("<?xml"));
 }
 
-TEST_F(CommandsTest, ATerminalGetsColoursButNoBytesOfTheFileThatItWouldObey) {
+TEST_F(CommandsTest, TerminalOutputHasColoursAndEscapedControlCharacters) {
   isTerminal = true;
   const std::string odd = start({"convert", "-", "--to", "xml"},
                                 "<plist><string>\xC2\x9B"
@@ -222,7 +212,7 @@ TEST_F(CommandsTest, ATerminalGetsColoursButNoBytesOfTheFileThatItWouldObey) {
   EXPECT_THAT(start({"show", "/tmp/\x1b[2J"}).err, StartsWith("/tmp/\\x1b[2J: can't read"));
 }
 
-TEST_F(CommandsTest, OutputThatCantBeWrittenIsAFailure) {
+TEST_F(CommandsTest, FailureToWriteTheOutputIsReported) {
   out.setstate(std::ios::badbit);
   const Outcome outcome = start({"--help"});
   EXPECT_EQ(outcome.status, Failed);

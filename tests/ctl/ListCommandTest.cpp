@@ -22,7 +22,7 @@ class ListCommandTest : public CommandFixture {
   Json json(const std::vector<std::string>& arguments = {"list", "--json"}) {
     return Json::parse(start(arguments).out);
   }
-  /// Everything below the folder, with what the files hold.
+  /// The paths below the folder with the contents of the files.
   std::map<std::string, std::string> everything() const {
     std::map<std::string, std::string> result;
     for (const auto& entry : fs::recursive_directory_iterator(folder.path())) {
@@ -34,7 +34,7 @@ class ListCommandTest : public CommandFixture {
 
 constexpr const char* disabled = "<key>Disabled</key><true/>";
 
-TEST_F(ListCommandTest, JobsStandInTheirGroupsAndColumns) {
+TEST_F(ListCommandTest, JobsAreGroupedAndAligned) {
   job("user/LaunchAgents/b.plist", "home.job10", "/bin/ls");
   job("user/LaunchAgents/a.plist", "home.job2", "/usr/bin/say", disabled);
   job("local/LaunchDaemons/c.plist", "org.example.webserver", "/bin/serve");
@@ -50,11 +50,11 @@ TEST_F(ListCommandTest, JobsStandInTheirGroupsAndColumns) {
                                       "  org.example.webserver            serve\n"));
 }
 
-TEST_F(ListCommandTest, AMachineWithoutJobsIsAnEmptyList) {
+TEST_F(ListCommandTest, MachineWithoutJobsGivesAnEmptyList) {
   const Outcome words = start({"list"});
   EXPECT_EQ(words.status, Success);
   EXPECT_EQ(words.out, "");
-  EXPECT_EQ(words.err, "mirvelctl list: there are no jobs\n");
+  EXPECT_EQ(words.err, "mirvelctl list: no jobs found\n");
   EXPECT_EQ(start({"list", "--json"}).out, "[]\n");
 }
 
@@ -76,7 +76,7 @@ TEST_F(ListCommandTest, JsonHasTheSixFieldsOfEveryJob) {
 }
 
 #ifndef __APPLE__
-TEST_F(ListCommandTest, LoginItemsOfADesktopAreListed) {
+TEST_F(ListCommandTest, LoginItemsOfALinuxDesktopAreListed) {
   file("own/clock.desktop", "[Desktop Entry]\nType=Application\nName=Clock\nExec=/opt/clock --utc\n");
   file("installed/player.desktop", "[Desktop Entry]\nType=Application\nName=Player\nExec=/opt/player\n");
   const Json jobs = json();
@@ -91,7 +91,7 @@ TEST_F(ListCommandTest, LoginItemsOfADesktopAreListed) {
 }
 #endif
 
-TEST_F(ListCommandTest, SystemJobsAreListedIfAskedForOrSet) {
+TEST_F(ListCommandTest, SystemJobsAreListedByOptionOrSetting) {
   job("system/LaunchAgents/s.plist", "system.job", "/bin/ls");
   EXPECT_TRUE(json().empty());
   EXPECT_EQ(json({"list", "--json", "--system"}).size(), 1U);
@@ -99,7 +99,7 @@ TEST_F(ListCommandTest, SystemJobsAreListedIfAskedForOrSet) {
   EXPECT_EQ(json().size(), 1U);
 }
 
-TEST_F(ListCommandTest, BadFilesAreToldBesideTheList) {
+TEST_F(ListCommandTest, BadFilesAreReportedApartFromTheList) {
   const std::string bad = file("user/LaunchAgents/bad.plist", "<plist version=\"1.0\"><dict/></plist>");
   fs::create_directory(folder.path() / "user/LaunchAgents/\x1b[2J");
   job("user/LaunchAgents/good.plist", "home.job", "/bin/ls");
@@ -122,7 +122,7 @@ TEST_F(ListCommandTest, NothingOnTheMachineChanges) {
   EXPECT_EQ(everything(), before);
 }
 
-TEST_F(ListCommandTest, ATerminalIsSafeFromNamesAndPaths) {
+TEST_F(ListCommandTest, NamesAndPathsAreEscapedOnATerminal) {
   isTerminal = true;
   job("user/LaunchAgents/\xFF.plist", "a\xC2\x9B\n31m", "/bin/\xE2\x80\xAEls", disabled);
   const Outcome words = start({"list"});
@@ -135,7 +135,7 @@ TEST_F(ListCommandTest, ATerminalIsSafeFromNamesAndPaths) {
   EXPECT_THAT(Json::parse(asJson.out)[0]["path"].get<std::string>(), testing::EndsWith("/\xEF\xBF\xBD.plist"));
 }
 
-TEST_F(ListCommandTest, ColumnsAreThoseOfATerminal) {
+TEST_F(ListCommandTest, ColumnsAreAlignedByTerminalWidth) {
   const std::string longLabel(60, 'x');
   job("user/LaunchAgents/a.plist", "\xE6\x97\xA5\xE6\x9C\xAC", "/bin/a");
   job("user/LaunchAgents/b.plist",

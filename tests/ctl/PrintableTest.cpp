@@ -7,7 +7,7 @@
 namespace mirvel::ctl {
 namespace {
 
-TEST(PrintableTest, NothingThatATerminalObeysGetsThrough) {
+TEST(PrintableTest, ControlCharactersAreEscaped) {
   const struct {
     std::string text;
     std::string escaped;
@@ -20,20 +20,20 @@ TEST(PrintableTest, NothingThatATerminalObeysGetsThrough) {
       {"\x7f", "\\u007f"},
       {"\xC2\x9B"
        "31m",
-       "\\u009b31m"},  // the one-character form of ESC [
+       "\\u009b31m"},  // ESC [ as one C1 character
       {"\xE2\x80\xAE"
        "txt",
        "\\u202etxt"},
       {"\xE2\x81\xA6", "\\u2066"},
-      {"\xFF\xC3(", "\\xff\\xc3("},  // no UTF-8
+      {"\xFF\xC3(", "\\xff\\xc3("},  // not UTF-8
       {"\xE2\x80", "\\xe2\\x80"},
-      {"\xED\xA0\x80", "\\xed\\xa0\\x80"},  // half a surrogate pair
+      {"\xED\xA0\x80", "\\xed\\xa0\\x80"},  // a lone surrogate
   };
   for (const auto& row : table) EXPECT_EQ(printable(row.text), row.escaped);
   EXPECT_EQ(printable("a\n\tb\x1b", Lines::Keep), "a\n\tb\\x1b");
 }
 
-TEST(PrintableTest, JsonStaysTheSameJson) {
+TEST(PrintableTest, EscapingPreservesJsonValues) {
   const std::string odd = "\"quoted\" \\ \x1b \x7f \xC2\x9B \xE2\x80\xAE é";
   const std::string dumped = text(Json{{"v", odd}});
   EXPECT_EQ(printable(dumped), dumped) << "something in it isn't safe";

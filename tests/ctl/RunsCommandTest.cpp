@@ -16,21 +16,14 @@ class RunsCommandTest : public CommandFixture {
   /// A job with intervals such as "Hour 9 Minute 30".
   std::string job(const std::string& name, const std::vector<std::string>& intervals, const std::string& keys = {}) {
     std::string array;
-    for (const std::string& interval : intervals) {
-      std::istringstream words(interval);
-      array += "<dict>";
-      for (std::string key, number; words >> key >> number;) {
-        array += "<key>" + key + "</key><integer>" + number + "</integer>";
-      }
-      array += "</dict>";
-    }
+    for (const std::string& fields : intervals) array += interval(fields);
     return file(name,
                 "<plist version=\"1.0\"><dict><key>Label</key><string>" + std::filesystem::path(name).stem().string() +
                     "</string><key>StartCalendarInterval</key><array>" + array + "</array>" + keys + "</dict></plist>");
   }
 };
 
-TEST_F(RunsCommandTest, RunsOfAllFilesStandInTheOrderOfTimeAndThenOfFiles) {
+TEST_F(RunsCommandTest, RunsAreOrderedByTimeThenByFile) {
   const auto z = job("z.plist", {"Hour 9", "Weekday 2 Hour 9"}, "<key>Disabled</key><true/>");
   const auto a = job("a.plist", {"Hour 9", "Hour 7 Minute 5"});
   const auto interval = job("i.plist", {}, "<key>StartInterval</key><integer>5</integer>");
@@ -44,7 +37,7 @@ TEST_F(RunsCommandTest, RunsOfAllFilesStandInTheOrderOfTimeAndThenOfFiles) {
             "2026-11-25 07:05  a\n");
 }
 
-TEST_F(RunsCommandTest, JsonTellsTheOffsetOfEveryMoment) {
+TEST_F(RunsCommandTest, JsonTimesHaveTheirUtcOffset) {
   timeZone = "Europe/Berlin";
   const auto night = job("night.plist", {"Hour 2 Minute 30"});
   const Outcome outcome = start({"runs", "--json", "--from", "2026-10-24T02:00:00Z", night, "--days", "2"});
@@ -56,14 +49,14 @@ TEST_F(RunsCommandTest, JsonTellsTheOffsetOfEveryMoment) {
   EXPECT_EQ(start({"runs", "--json", job("never.plist", {"Hour 24"})}).out, "[]\n");
 }
 
-TEST_F(RunsCommandTest, WithoutATimeTheyComeAfterNow) {
+TEST_F(RunsCommandTest, RunsStartNowByDefault) {
   clock.now = 1'795'000'000.5;  // 2026-11-18 11:06:40.5
   const auto hourly = job("hourly.plist", {"Minute 7"});
   EXPECT_THAT(start({"runs", hourly}).out, StartsWith("2026-11-18 11:07  hourly\n"));
   EXPECT_EQ(Json::parse(start({"runs", "--json", hourly}).out).size(), 30U * 24);
 }
 
-TEST_F(RunsCommandTest, WithoutFilesTheJobsOfTheMachineAreMeant) {
+TEST_F(RunsCommandTest, JobsOfTheMachineAreListedWithoutFiles) {
   job("user/LaunchAgents/mine.plist", {"Hour 12"});
   job("local/LaunchDaemons/ours.plist", {"Hour 11"});
   file("user/LaunchAgents/bad.plist", "<plist version=\"1.0\"><dict/></plist>");
@@ -73,7 +66,7 @@ TEST_F(RunsCommandTest, WithoutFilesTheJobsOfTheMachineAreMeant) {
   EXPECT_THAT(outcome.err, HasSubstr("bad.plist"));
 }
 
-TEST_F(RunsCommandTest, BadFilesAreToldAndTheOthersListed) {
+TEST_F(RunsCommandTest, BadFilesAreReportedAndTheOthersListed) {
   const auto good = job("good.plist", {"Day 21"});
   const auto bad = file("bad.plist", "no list");
   const Outcome outcome = start({"runs", bad, "/nowhere", good, "--from", "2026-11-20"});
@@ -96,7 +89,7 @@ TEST_F(RunsCommandTest, BadArgumentsAreRefused) {
   }
 }
 
-TEST(IsoTime, ReadsMomentsAndNothingElse) {
+TEST(IsoTime, ParsesValidTimesOnly) {
   constexpr sys_seconds eight = sys_days(2026y / 11 / 21) + 8h;
   const std::pair<const char*, sys_seconds> good[] = {
       {"2026-11-21T08:00Z", eight},
@@ -109,8 +102,8 @@ TEST(IsoTime, ReadsMomentsAndNothingElse) {
       {"2026-11-21T10:00+02", eight},
       {"2026-11-21", sys_days(2026y / 11 / 20) + 23h},
       {"2026-07-01T09:00", sys_days(2026y / 7 / 1) + 7h},
-      {"2026-03-29T02:30", sys_days(2026y / 3 / 29) + 1h},      // skipped
-      {"2026-10-25T02:30", sys_days(2026y / 10 / 25) + 30min},  // shown twice
+      {"2026-03-29T02:30", sys_days(2026y / 3 / 29) + 1h},      // in the skipped hour
+      {"2026-10-25T02:30", sys_days(2026y / 10 / 25) + 30min},  // occurs twice
       {"2028-02-29", sys_days(2028y / 2 / 28) + 23h},
   };
   for (const auto& [text, moment] : good) EXPECT_EQ(isoMoment(text, "Europe/Berlin"), moment) << text;
@@ -143,7 +136,7 @@ TEST(IsoTime, ReadsMomentsAndNothingElse) {
   for (const char* text : bad) EXPECT_EQ(isoMoment(text, "Europe/Berlin"), std::nullopt) << text;
 }
 
-TEST(IsoTime, IsWrittenWithItsOffset) {
+TEST(IsoTime, TextHasTheUtcOffset) {
   const local_seconds nine = local_days(2026y / 11 / 21) + 9h;
   EXPECT_EQ(isoText(nine, 0s), "2026-11-21T09:00:00+00:00");
   EXPECT_EQ(isoText(nine + 5s, -210min), "2026-11-21T09:00:05-03:30");

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 constexpr int longestWait = 60'000;  // milliseconds
 
-/// Waits for changes at a path until something is so. False: nothing happens any more.
+/// Watches a path until the condition holds. Returns false after `longestWait` without a change.
 bool changesUntil(const fs::path& path, const std::function<bool()>& isSo) {
   const auto watch = host::makePathWatch();
   watch->add(path.string());
@@ -34,7 +34,7 @@ bool changesUntil(const fs::path& path, const std::function<bool()>& isSo) {
   return true;
 }
 
-/// The first folder in a folder, as soon as there is one; empty: there is none.
+/// The first subfolder, waiting until there is one; empty if there is none.
 fs::path firstFolderIn(const fs::path& folder) {
   fs::path found;
   const auto find = [&] {
@@ -48,7 +48,7 @@ fs::path firstFolderIn(const fs::path& folder) {
 
 class DemoEndTest : public testing::TestWithParam<int> {};
 
-TEST_P(DemoEndTest, ASignalEndsTheDemoWithItsHostsAndItsFolder) {
+TEST_P(DemoEndTest, SignalEndsTheDemoAndItsHostsAndRemovesItsFolder) {
   const testdata::TemporaryFolder folder;
   const fs::path home = folder.path() / "home", temporary = folder.path() / "temporary";
   fs::create_directory(home);
@@ -64,7 +64,7 @@ TEST_P(DemoEndTest, ASignalEndsTheDemoWithItsHostsAndItsFolder) {
   pid_t demo = 0;
   ASSERT_EQ(::posix_spawn(&demo, program.c_str(), nullptr, nullptr, arguments, environment.data()), 0);
 
-  // Its settings are written once the signals are taken care of and the samples are there.
+  // The settings are written after the signal handlers are installed and the samples exist.
   const fs::path machine = firstFolderIn(temporary) / "machine";
   const fs::path settings = Roots::below(machine).defaultsFile;
   ASSERT_TRUE(changesUntil(settings, [&] { return fs::exists(settings); }));
@@ -73,7 +73,7 @@ TEST_P(DemoEndTest, ASignalEndsTheDemoWithItsHostsAndItsFolder) {
   for (const fs::path& root : {machine, machine / "root"}) {
     EmbeddedHost host(EmbeddedHost::below(MIRVEL_HOST, root), runner);
     const auto loaded = host.load(folder.write("none.plist", ""));
-    EXPECT_FALSE(loaded);  // the host says so, and so is there
+    EXPECT_FALSE(loaded);  // refused by the host, which shows that it is running
     sockets.push_back(HostPlaces::of(Roots::below(root)).socket);
     EXPECT_TRUE(HostClient(sockets.back()).status());
   }
@@ -81,7 +81,7 @@ TEST_P(DemoEndTest, ASignalEndsTheDemoWithItsHostsAndItsFolder) {
   ASSERT_EQ(::kill(demo, GetParam()), 0);
   int status = 0;
   ASSERT_EQ(::waitpid(demo, &status, 0), demo);
-  const bool isKilled = GetParam() == SIGKILL;  // then nobody is left to remove the folder
+  const bool isKilled = GetParam() == SIGKILL;  // SIGKILL leaves no process that could remove the folder
   EXPECT_TRUE(isKilled || (WIFEXITED(status) && WEXITSTATUS(status) == 0)) << status;
   for (const fs::path& socket : sockets) {
     EXPECT_TRUE(!isKilled || changesUntil(socket, [&] { return !fs::exists(socket); })) << socket;

@@ -23,7 +23,7 @@ using testdata::TemporaryFolder;
 using testing::HasSubstr;
 using testing::Not;
 
-/// A root in a folder of that name.
+/// A sample root in a folder with a given name.
 class SampleRootTest : public testing::Test {
  protected:
   Roots make(const std::string& name = "root") {
@@ -67,7 +67,7 @@ bool isExecutable(const fs::path& file) {
   return ::access(file.c_str(), X_OK) == 0;
 }
 
-/// The files and folders below the root that must be there for the job to do its work.
+/// The files and folders below the root that the job needs.
 std::vector<fs::path> neededPaths(const jobfile::Plist& job, const Roots& roots) {
   std::vector<std::string> texts = job.programArguments.value_or(std::vector<std::string>{});
   for (const auto& watched : {job.watchPaths, job.queueDirectories}) {
@@ -84,9 +84,9 @@ std::vector<fs::path> neededPaths(const jobfile::Plist& job, const Roots& roots)
   return paths;
 }
 
-TEST_F(SampleRootTest, EveryJobIsSoundAndFindsWhatItNeeds) {
+TEST_F(SampleRootTest, EveryJobPassesLintAndItsFilesExist) {
   const Roots roots = make();
-  // The samples name programs outside of the root that are where macOS has them, and not everywhere else.
+  // Programs outside of the root have the paths that they have on macOS, so they may be missing here.
   const auto anything = [](const std::string&) { return true; };
   for (const fs::path& file : jobFiles(roots)) {
     SCOPED_TRACE(file);
@@ -101,7 +101,7 @@ TEST_F(SampleRootTest, EveryJobIsSoundAndFindsWhatItNeeds) {
   }
 }
 
-TEST_F(SampleRootTest, NoPlaceholderIsLeftAndScriptsCanBeRun) {
+TEST_F(SampleRootTest, PlaceholdersAreReplacedAndScriptsAreExecutable) {
   (void)make();
   for (const fs::path& file : allFiles(folder())) {
     const std::string content = bytes(file);
@@ -130,14 +130,14 @@ TEST_F(SampleRootTest, StartupItemsAreComplete) {
   }
 }
 
-TEST_F(SampleRootTest, HelperToolsCarryTheirListAndItsName) {
+TEST_F(SampleRootTest, HelperToolsContainTheirInfoPlist) {
   for (const fs::path& tool : entries(make().localLibrary / "PrivilegedHelperTools")) {
     EXPECT_THAT(bytes(tool), HasSubstr("<string>" + tool.filename().string() + "</string>"));
     EXPECT_THAT(bytes(tool), Not(testing::StartsWith("<?xml"))) << tool;
   }
 }
 
-TEST_F(SampleRootTest, AwkwardFolderNamesReachJobsAndLoginItems) {
+TEST_F(SampleRootTest, UnusualFolderNamesAreEscapedInJobsAndLoginItems) {
   struct Row {
     std::string name;
     std::string inEntry;
@@ -161,7 +161,7 @@ TEST_F(SampleRootTest, AwkwardFolderNamesReachJobsAndLoginItems) {
   }
 }
 
-TEST_F(SampleRootTest, UnfitFoldersAreRefusedAndLeftAlone) {
+TEST_F(SampleRootTest, UnsuitableFoldersAreRefusedAndNotChanged) {
   fs::create_directories(folder() / "full" / "something");
   const TemporaryFolder other;
   const fs::path file = other.write("plain", "text");
@@ -183,7 +183,7 @@ TEST_F(SampleRootTest, UnfitFoldersAreRefusedAndLeftAlone) {
   EXPECT_EQ(bytes(file), "text");
 }
 
-/// Lets no file grow beyond so many bytes, as on a disk that is full.
+/// Limits the size of files, which has the effect of a full disk.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t size) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
@@ -203,7 +203,7 @@ class FileSizeLimit {
   rlimit m_before{};
 };
 
-TEST_F(SampleRootTest, FileThatCanNotBeWrittenIsNamed) {
+TEST_F(SampleRootTest, ErrorNamesTheFileThatCouldNotBeWritten) {
   const auto made = [&] {
     const FileSizeLimit limit(100);
     return SampleRoot::create(folder() / "root");

@@ -8,7 +8,7 @@
 
 namespace mirvel::testdata {
 
-/// Notes when the agent was switched, and how.
+/// Records how the agent was switched.
 class FakeAgentSwitch final : public AgentSwitch {
  public:
   struct Call {

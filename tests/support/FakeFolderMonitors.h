@@ -10,10 +10,10 @@
 
 namespace mirvel::testdata {
 
-/// Monitors of folders that change when a test says so.
+/// Folder monitors that report a change when a test calls `change`.
 class FakeFolderMonitors final : public FolderMonitors {
  public:
-  /// Those watched now, in the order of their monitors.
+  /// The folders watched now, in the order of their monitors.
   std::vector<std::filesystem::path> folders() const {
     std::vector<std::filesystem::path> result;
     for (const auto& place : m_places) {
@@ -21,7 +21,7 @@ class FakeFolderMonitors final : public FolderMonitors {
     }
     return result;
   }
-  /// Tells the monitors of that folder; false if there is none.
+  /// Notifies the monitors of the folder. Returns false if there is none.
   bool change(const std::filesystem::path& folder) {
     bool isWatched = false;
     for (const auto& place : std::vector(m_places)) {

@@ -10,7 +10,7 @@
 
 namespace mirvel::testdata {
 
-/// Both helpers, as far as the program sees them: what they are asked is kept, and a test answers it.
+/// Stands in for both helpers: records the requests, which the test answers.
 class FakeHelpers final : public HelperConnections {
  public:
   struct Request {
@@ -35,8 +35,8 @@ class FakeHelpers final : public HelperConnections {
   };
 
   std::vector<Request> requests = {};
-  std::vector<std::string> ended = {};  ///< connections that were invalidated
-  /// The content of the job file that was asked for last; empty if none was.
+  std::vector<std::string> ended = {};  ///< labels of invalidated connections
+  /// The content of the last job file that was to be written; empty if there is none.
   propertylist::Dictionary written() const {
     if (requests.empty()) return {};
     const auto document = propertylist::read(requests.back().text("string"));
@@ -46,8 +46,8 @@ class FakeHelpers final : public HelperConnections {
   }
 
   bool canConnect = true;
-  bool failsWithConnection = true;  ///< a request that a test lets fail is one whose helper has died
-  bool isHandshakeHeld = false;  ///< the user hasn't answered yet
+  bool failsWithConnection = true;  ///< a failing request means that the helper has died
+  bool isHandshakeHeld = false;     ///< until the user has answered the password dialog
   std::function<void()> whenAsked = [] {};
   PrivilegedReply privilegedReply;
   HelperConnection::Failure privilegedFailure;

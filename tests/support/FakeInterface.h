@@ -9,7 +9,7 @@
 
 namespace mirvel::testdata {
 
-/// A user who always gives the same answers, and a record of what they were asked.
+/// A user who always gives the same answers, with a record of the questions.
 class FakeInterface : public Interface {
  public:
   using Interface::Interface;
@@ -23,7 +23,7 @@ class FakeInterface : public Interface {
   std::vector<std::pair<std::string, std::string>> errors = {};
   std::vector<std::pair<Alert, std::function<void(int)>>> sheets = {};
 
-  /// Answers a sheet that is up, the oldest first.
+  /// Answers the oldest open sheet.
   void answerSheet(int button) {
     const auto completion = std::move(sheets.front().second);
     sheets.erase(sheets.begin());

@@ -13,7 +13,7 @@ class FakeLoginItems final : public LoginItems {
  public:
   std::vector<Listed> ownItems;
   std::vector<Bundled> bundledItems;
-  std::function<void()> whenAsked;  ///< something that happens in the midst of a scan
+  std::function<void()> whenAsked;  ///< runs in the middle of a scan
 
   std::vector<Listed> listed() override {
     if (whenAsked) whenAsked();

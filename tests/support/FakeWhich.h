@@ -8,7 +8,7 @@
 
 namespace mirvel::testdata {
 
-/// A machine on which `which` knows a few tools.
+/// A machine on which `which` finds a few tools.
 class FakeWhich : public ProcessRunner {
  public:
   std::map<std::string, std::string> answers{

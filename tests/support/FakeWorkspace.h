@@ -9,7 +9,7 @@
 
 namespace mirvel::testdata {
 
-/// A desktop that notes what it was asked to do, with what is installed on it and its user's name to be set.
+/// A desktop with configurable applications and user name that records what it was asked to do.
 class FakeWorkspace final : public Workspace {
  public:
   std::map<std::string, std::string> applications;  ///< paths by name

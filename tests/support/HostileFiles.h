@@ -7,7 +7,7 @@
 
 namespace mirvel {
 
-/// A job file of about a size, made so that a careless reader or check takes much longer for it than its size tells.
+/// A job file of roughly a given size, designed to take a naive reader or check much longer than its size suggests.
 struct HostileFile {
   const char* name;
   std::string (*make)(std::size_t size);

@@ -8,10 +8,10 @@
 
 namespace mirvel::testdata {
 
-/// A program for the tests of a mode that shows groups.
+/// A program for tests of modes that show groups.
 class ModeFixture : public ProgramFixture {
  protected:
-  /// One job of a kind, of which nothing is on the disk.
+  /// A job of the kind, without a file on disk.
   static std::shared_ptr<Job> job(Kind kind, const std::string& name, const std::string& folder = "/jobs") {
     return std::make_shared<Job>(kind, name, "summary of " + name, "sum " + name,
                                  URL::file(folder + "/" + name + ".plist"));
@@ -19,7 +19,7 @@ class ModeFixture : public ProgramFixture {
   static std::shared_ptr<Job> copy(const Job& of) {
     return std::make_shared<Job>(of.kind, of.name, of.summary, of.checksum, of.url);
   }
-  /// Two jobs of the user, one of everyone and two login items.
+  /// Two jobs of the user, one of all users, and two login items.
   static Jobs someJobs() {
     return {job(Kind::userAgent, "a"), job(Kind::userAgent, "b"), job(Kind::localAgent, "c"),
             job(Kind::loginItemSystemPreferences, "own"), job(Kind::loginItemApplication, "bundled")};

@@ -32,7 +32,7 @@ class NoTools final : public ProcessRunner {
 /// A whole program on an empty machine of its own, in virtual time.
 class ProgramFixture : public testing::Test {
  protected:
-  /// Made when first asked for, so that a test can lay out the machine before.
+  /// Created on the first call, so that a test can set up the machine before.
   Program& program() {
     if (!m_program) m_program = std::make_unique<Program>(foundation, platform);
     return *m_program;
@@ -40,7 +40,7 @@ class ProgramFixture : public testing::Test {
   void endProgram() { m_program.reset(); }
 
   std::filesystem::path path(Kind kind, const std::string& name = "") const { return *kind.folderURL(roots) / name; }
-  /// Long ago, so that the bytes may be cached.
+  /// Writes a job file with a modification time long ago, so that a scan may cache its contents.
   std::filesystem::path write(Kind kind, const std::string& name, const std::string& content) const {
     const auto file = path(kind, name);
     (void)folder.write(file.lexically_relative(folder.path()), content);
@@ -51,14 +51,14 @@ class ProgramFixture : public testing::Test {
     return write(kind, label + ".plist", jobText(label, std::move(keys)));
   }
 
-  /// Runs what is due until there is nothing left.
+  /// Runs all due tasks, including those that they post.
   void settle() {
     do {
       fetchQueue.runAll();
       queue.runDue();
     } while (fetchQueue.count() > 0);
   }
-  /// A whole scan with its publication.
+  /// Runs a complete scan and its publication, and returns the jobs.
   const Jobs& scan() {
     program().fetcher.fetchJobs();
     settle();

@@ -7,7 +7,7 @@
 
 namespace mirvel::testdata {
 
-/// Keeps the lines instead of printing them.
+/// Records the lines instead of printing them.
 class RecordingConsole final : public Console {
  public:
   std::vector<std::string> printed;

@@ -9,8 +9,8 @@
 
 namespace mirvel::testdata {
 
-/// Everything that a program tells its shell, in order and in one list. Stands in for mode 0, the window, the detail
-/// pane and the editor for as long as it lives.
+/// Records every call from a program to its shell, in order. Registers itself as mode 0, the window, the detail pane
+/// and the editor for as long as it exists.
 class RecordingShell final : public ModeType, public DetailType, public EditType, public MainWindowType {
  public:
   explicit RecordingShell(Program& program) : m_program(program) {

@@ -5,24 +5,25 @@
 #include <string>
 #include <vector>
 
-/// Published job files and property-list cases, which lie outside the repository.
+/// Published job files and property-list cases, which aren't part of the repository.
 namespace mirvel::testdata {
 
-/// Where these folders are looked for.
+/// The folder that contains the data folders.
 std::filesystem::path place();
 
-/// The folder of that name ("corpus", "conformance"), or none: the test should then be skipped, saying so.
+/// The data folder of this name ("corpus" or "conformance"); nullopt if it is missing, in which case the test should be
+/// skipped with a message.
 std::optional<std::filesystem::path> folder(const std::string& name);
 
-/// All files of a folder with that extension (".plist"), by name.
+/// The files of a folder with this extension (such as ".plist"), sorted by name.
 std::vector<std::filesystem::path> files(const std::filesystem::path& folder, const std::string& extension);
 
-/// The program's own translations; isn't there if no msgfmt made them.
+/// The folder of the program's translations; doesn't exist if they were built without msgfmt.
 std::filesystem::path catalogues();
 
 std::string bytes(const std::filesystem::path& file);
 
-/// A fresh folder below the system's temporary folder, removed at the end of its life.
+/// A new temporary folder, deleted by the destructor.
 class TemporaryFolder {
  public:
   TemporaryFolder();
@@ -31,7 +32,7 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   const std::filesystem::path& path() const { return m_path; }
-  /// Writes a file in it, making the folders on the way.
+  /// Writes a file in the folder, creating parent folders as necessary.
   std::filesystem::path write(const std::filesystem::path& name, const std::string& content) const;
 
  private:
@@ -40,7 +41,7 @@ class TemporaryFolder {
 
 }  // namespace mirvel::testdata
 
-/// Leaves the test when the data folder isn't there, saying so.
+/// Skips the test with a message if the data folder is missing.
 #define MIRVEL_REQUIRE_TESTDATA(variable, name)                                                         \
   const auto variable##Found = mirvel::testdata::folder(name);                                          \
   if (!variable##Found) GTEST_SKIP() << "no folder " << name << " below " << mirvel::testdata::place(); \

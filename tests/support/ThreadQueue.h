@@ -11,8 +11,8 @@
 
 namespace mirvel::testdata {
 
-/// A main run loop for tests with real threads: the test's own thread runs what they post, until it has what it waits
-/// for. Tasks for later run at once.
+/// A main queue for tests with real threads. The test's thread runs the posted tasks until a condition holds; delayed
+/// tasks run at once.
 class ThreadQueue final : public MainQueue {
  public:
   void post(Task task) override {
@@ -23,7 +23,7 @@ class ThreadQueue final : public MainQueue {
   void postAfter(double, Task task) override { post(std::move(task)); }
   void sleep(double) override {}
 
-  /// False if it doesn't come within a time that no machine needs.
+  /// Returns false if the condition doesn't hold within a limit that is generous on any machine.
   bool runUntil(const std::function<bool()>& isDone) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!isDone()) {
@@ -34,7 +34,8 @@ class ThreadQueue final : public MainQueue {
   }
 
  private:
-  /// Waits only a moment for a task: what is waited for may come without one, such as a file that a process writes.
+  /// Waits only briefly for a task, because the condition may become true without one, for example by a file that
+  /// another process writes.
   void runNext() {
     Task task;
     {

@@ -10,17 +10,17 @@
 
 namespace mirvel::testdata {
 
-/// Job files before and after an edit, which Python's reader of property lists compares: see untouched.py.
+/// Collects property lists before and after an edit, and compares them with Python's reader; see untouched.py.
 class Untouched {
  public:
-  /// `edited`: the keys that may and must differ, such as "Program|ProgramArguments", "KeepAlive:Crashed" or
+  /// `edited` lists the keys that must differ and may do so, such as "Program|ProgramArguments", "KeepAlive:Crashed" or
   /// "WatchPaths[0]+2".
   void add(const std::string& name, const std::string& edited, std::string_view before, std::string_view after);
   std::size_t count() const { return m_count; }
 
-  /// A line for each difference that wasn't asked for; none where there is no Python.
+  /// One line for each unexpected difference; nullopt without Python.
   std::optional<std::vector<std::string>> complaints() const;
-  /// The last check of a test, which is skipped where there is no Python.
+  /// Must be the last check of a test, because it skips the test without Python.
   void expectNoComplaints() const {
     const auto found = complaints();
     if (!found) GTEST_SKIP() << "no python3 here";

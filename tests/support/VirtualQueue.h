@@ -10,7 +10,7 @@
 
 namespace mirvel::testdata {
 
-/// A main run loop whose time passes only when a test says so.
+/// A main queue whose time advances only by calls of the test.
 class VirtualQueue final : public MainQueue {
  public:
   void post(Task task) override { postAfter(0, std::move(task)); }
@@ -19,9 +19,9 @@ class VirtualQueue final : public MainQueue {
 
   double now() const { return m_now; }
 
-  /// Runs what is due now, and what that makes due.
+  /// Runs all tasks that are due now, including those that they post.
   void runDue() { runFor(0); }
-  /// Lets time pass and runs what falls due, each task at its time.
+  /// Advances the time, and runs each task when it falls due.
   void runFor(double seconds) {
     const double end = m_now + seconds;
     while (!m_tasks.empty() && m_tasks.begin()->first <= end) {
@@ -36,10 +36,10 @@ class VirtualQueue final : public MainQueue {
 
  private:
   double m_now = 0;
-  std::multimap<double, Task> m_tasks;  // equal times keep the order in which they were posted
+  std::multimap<double, Task> m_tasks;  // a multimap keeps tasks with equal times in the order of posting
 };
 
-/// A work queue that runs its tasks when a test says so.
+/// A work queue that runs its tasks when the test says so.
 class ManualWorkQueue final : public WorkQueue {
  public:
   void add(Task task) override { m_tasks.push_back(std::move(task)); }

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Compares property lists before and after an edit, by the reader of Python's standard library.
+"""Compares property lists before and after an edit with the reader of Python's standard library.
 
-The input file holds one case after another: a line with the name, the keys that were edited, and the sizes of the two
-lists, parted by tabs, and then the bytes of both. The keys are parted by bars; `Key:Entry` allows a change of the
-entries of that name anywhere below the key, a key alone any change of its value, and `Key[1,4]+2` that of the elements
-of a list (or of a dictionary alone, which counts as one of them) 1 and 4 went and two came, the others being as they
-were and in their order. A size of "-" stands for the list before in the last case. Prints a line for each difference that wasn't asked for, and for each case without the change
-that was.
+The input file is a sequence of cases. Each consists of a line with the name, the edited keys and the sizes of both lists,
+separated by tabs, and of the bytes of both lists. A size of "-" means that the list before is the same as in the previous
+case. The keys are separated by bars: a key alone allows any change of its value, `Key:Entry` a change of the entries of
+this name anywhere below the key, and `Key[1,4]+2` that elements 1 and 4 of an array (or of a dictionary that counts as
+the only element) were removed and two were added, the others being unchanged and in the same order. Prints one line for
+each unexpected difference, and one for each case without the expected change.
 """
 
 import plistlib
@@ -15,7 +15,7 @@ import sys
 
 
 def load(data):
-    """Python's XML parser is strict about the root's tag and what stands before it, which macOS isn't."""
+    """Reads a list. Python is stricter than macOS about the root tag and what precedes it, so both are replaced."""
     try:
         return plistlib.loads(data)
     except Exception:
@@ -44,7 +44,7 @@ def elements(value):
 
 
 def keeps_elements(before, after, gone, added):
-    """Whether the elements that stayed are those that should have."""
+    """Whether the remaining elements are the expected ones."""
     kept = [element for index, element in enumerate(elements(before)) if index not in gone]
     now = elements(after) if after is not None else []
     found = 0
@@ -65,7 +65,7 @@ def is_allowed(path, edited, before, after):
         owner, _, entry = key.partition(":")
         if path[0] != owner:
             continue
-        # Where there was nothing that the entry could be in, the whole value is new.
+        # If no value existed that could contain the entry, the whole value is new.
         is_new = len(path) == 1 and type(before.get(owner)) is not type(after.get(owner))
         if not entry or path[-1] == entry or is_new:
             return True

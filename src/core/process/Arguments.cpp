@@ -35,10 +35,10 @@ Result<ParsedArguments> parseArguments(Arguments arguments, std::initializer_lis
     const std::string name = argument.substr(0, equals);
     const auto* const option =
         std::find_if(known.begin(), known.end(), [&](const Option& candidate) { return candidate.name == name; });
-    if (option == known.end()) return usage("there is no option " + name);
-    if (!option->takesValue && equals != std::string::npos) return usage("the option " + name + " takes no value");
+    if (option == known.end()) return usage("unknown option " + name);
+    if (!option->takesValue && equals != std::string::npos) return usage("option " + name + " takes no value");
     if (option->takesValue && equals == std::string::npos && i + 1 == arguments.size()) {
-      return usage("the option " + name + " needs a value");
+      return usage("option " + name + " requires a value");
     }
     std::string value;
     if (option->takesValue) value = equals == std::string::npos ? arguments[++i] : argument.substr(equals + 1);

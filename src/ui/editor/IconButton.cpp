@@ -13,8 +13,8 @@
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/OptionKey.h"
-#include "ui/support/Picture.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ReadPicture.h"
 
 namespace mirvel::ui {
 

@@ -9,7 +9,7 @@ namespace mirvel::ui {
 
 namespace {
 
-/// Those of the desktop; one that Qt doesn't know has none.
+/// The desktop's full-screen shortcuts. On a desktop for which Qt defines none, the command has no shortcut.
 QList<QKeySequence> fullScreenKeys() {
   const QList<QKeySequence> keys = QKeySequence::keyBindings(QKeySequence::FullScreen);
   return keys.isEmpty() ? QList<QKeySequence>{QKeySequence(Qt::Key_F11)} : keys;

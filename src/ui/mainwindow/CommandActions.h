@@ -10,13 +10,13 @@ class QMainWindow;
 
 namespace mirvel::ui {
 
-/// The commands of the program as actions of the window, by which they can be chosen from menus and by shortcuts.
+/// Makes each command of the program available as a `QAction` of the window, for its menus and shortcuts.
 class CommandActions {
  public:
   CommandActions(Program& program, QMainWindow& window);
 
   QAction* action(Command command) const { return m_actions.at(command); }
-  /// Shows, enables and ticks each command by its rules.
+  /// Updates visibility, enabled state and check mark of every command.
   void validate();
 
  private:

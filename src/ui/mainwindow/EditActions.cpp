@@ -11,7 +11,7 @@ namespace mirvel::ui {
 
 namespace {
 
-/// What the editor does for its fields; null: nothing.
+/// The method of `Editing` for a text command; null if the command doesn't concern undo.
 using EditingCommand = void (Editing::*)();
 
 EditingCommand editingCommand(QKeySequence::StandardKey key) {
@@ -23,7 +23,7 @@ bool takes(const QWidget* widget, const char* slot) {
   return widget && widget->metaObject()->indexOfMethod((QByteArray(slot) + "()").constData()) >= 0;
 }
 
-/// The editor, if it undoes what is done in the widget with the focus.
+/// Whether undo in the focused widget is handled by the editor rather than by the widget itself.
 bool editorUndoes(const DetailViewController& details) {
   const QWidget* const focus = QApplication::focusWidget();
   return focus && details.editor().undoesFor(*focus);

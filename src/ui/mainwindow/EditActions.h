@@ -8,8 +8,8 @@ namespace mirvel::ui {
 
 class DetailViewController;
 
-/// Adds the commands on text to a menu. They go to the text widget that has the focus; for the fields of the editor it
-/// is the editor that undoes. Program and details outlive the menu.
+/// Adds the text commands (undo, cut, paste, ...) to a menu. They act on the focused text widget; in the fields of the
+/// editor, undo and redo go to the editor. `program` and `details` must outlive the menu.
 void addEditActions(QMenu& menu, Program& program, const DetailViewController& details);
 
 }  // namespace mirvel::ui

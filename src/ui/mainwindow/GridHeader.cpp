@@ -15,6 +15,7 @@ int iconSide(const QWidget& widget) {
 
 void drawLine(QPainter& painter, const QWidget& widget, const QRect& rect, int margin, bool isPinned) {
   QColor line = widget.palette().color(QPalette::Text);
+  // A pinned header needs a stronger line, since items scroll below it.
   line.setAlphaF(isPinned ? 0.25F : 0.12F);
   const int aside = isPinned ? 0 : margin;
   painter.fillRect(QRect(rect.left() + aside, rect.bottom(), rect.width() - 2 * aside, 1), line);

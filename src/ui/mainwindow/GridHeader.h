@@ -9,16 +9,17 @@ class QWidget;
 
 namespace mirvel::ui {
 
-/// A group of the grid.
+/// The header data of a group of the grid.
 struct GridGroup {
   QString title;
   QIcon icon;
-  int count = 0;  ///< of items
+  int count = 0;  ///< number of items
 };
 
-/// How high a header is in a widget, in pixels.
+/// The height of a group header in pixels, for the font and style of `widget`.
 int groupHeaderHeight(const QWidget& widget);
-/// Draws the header of a group over whatever is there, as part of a widget. With `isPinned` items run below it.
+/// Draws a group header with an opaque background. `isPinned` marks a header that stays on top while items scroll below
+/// it.
 void drawGroupHeader(QPainter& painter, const QWidget& widget, const QRect& rect, const GridGroup& group,
                      bool isPinned);
 

@@ -23,7 +23,7 @@ QStyle& styleOf(const QStyleOptionViewItem& option) {
   return option.widget ? *option.widget->style() : *QApplication::style();
 }
 
-/// Where the parts of an item stand in its cell. The unit of all distances is a fifth of a line of text.
+/// The geometry of an item's parts within its cell. All distances are multiples of `unit`, a fifth of the line height.
 struct Places {
   Places(const QStyleOptionViewItem& option) : unit(std::max(2, option.fontMetrics.height() / 5)) {
     const int side = 3 * styleOf(option).pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);
@@ -45,7 +45,7 @@ struct Places {
   }
 
   int unit;
-  QRect tile;  ///< the ground under the icon of a marked item
+  QRect tile;  ///< background of a selected item's icon
   QRect icon;
   QRect name;
 };
@@ -80,7 +80,7 @@ QColor nameColor(const QStyleOptionViewItem& option, bool isSecondary) {
   return option.palette.color(groupOf(option), role);
 }
 
-/// The ground under the lines of a marked item's name.
+/// The background of a selected item's name: a rounded rectangle around each line.
 QPainterPath pill(const QList<QRectF>& lines, double unit) {
   QPainterPath path;
   for (const QRectF& line : lines) {
@@ -103,7 +103,8 @@ void drawName(QPainter& painter, const QStyleOptionViewItem& option, const Place
   if (option.state.testFlag(QStyle::State_Selected)) {
     painter.fillPath(pill(rects, places.unit), option.palette.color(groupOf(option), QPalette::Highlight));
   }
-  // Each line by the name's own direction, whatever that of the window is: a dot at the end stays there.
+  // The base direction of each line is that of the name, not of the window; otherwise a trailing dot would jump to the
+  // other side.
   const bool isRightToLeft = index.data().toString().isRightToLeft();
   painter.setLayoutDirection(isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
   painter.setFont(option.font);

@@ -6,15 +6,15 @@
 
 namespace mirvel::ui {
 
-/// Draws the items of the grid: an icon with its badge, and the name below.
+/// Paints an item of the grid: an icon with its badge above the name.
 class GridItemDelegate final : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
-  /// The cell that holds any item.
+  /// The cell size, which is the same for all items.
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
-  /// Shows a name that is cut in full.
+  /// Shows the full name as a tool tip if it is elided in the view.
   bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                  const QModelIndex& index) override;
 };

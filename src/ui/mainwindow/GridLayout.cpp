@@ -58,6 +58,7 @@ QRect GridLayout::item(int row) const {
   const Group& group = m_groups[groupOf(row)];
   const int place = row - group.first;
   const int shared = std::max(m_width - 2 * m_measures.margin, m_measures.cell.width());
+  // The remainder of the division is spread over all columns.
   const int left = m_measures.margin + place % m_columns * shared / m_columns;
   const int right = m_measures.margin + (place % m_columns + 1) * shared / m_columns;
   int x = left + (right - left - m_measures.cell.width()) / 2;

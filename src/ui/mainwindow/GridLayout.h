@@ -7,24 +7,24 @@
 
 namespace mirvel::ui {
 
-/// How large the parts of a grid are, in pixels.
+/// The dimensions of a grid, in pixels.
 struct GridMeasures {
   QSize cell = {1, 1};
-  int header = 0;  ///< height of what stands over a group
-  int margin = 0;  ///< at both sides
-  int gap = 0;     ///< below a group
+  int header = 0;  ///< height of a group header
+  int margin = 0;  ///< on the left and on the right
+  int gap = 0;     ///< below each group
 };
 
-/// Where the items of a grid stand: groups one below the other, each under its header, in columns that share the width
-/// evenly. Items are counted through all groups, from 0. Coordinates are those of the whole content. Every answer is
-/// arithmetic over the few groups, whatever the number of items.
+/// The geometry of a grid: groups from top to bottom, each under its header, with columns that share the width evenly.
+/// Items are numbered from 0 across all groups. Coordinates are relative to the top left of the content. Every query is
+/// computed from the list of groups, so its cost doesn't depend on the number of items.
 class GridLayout {
  public:
-  /// The numbers of items in the groups, none of them 0.
+  /// Sets the number of items of each group; none may be 0.
   void setCounts(const std::vector<int>& counts);
   void setMeasures(const GridMeasures& measures);
   void setWidth(int width);
-  /// From right to left the first column is the rightmost.
+  /// With `Qt::RightToLeft` the first column is the rightmost.
   void setDirection(Qt::LayoutDirection direction) { m_direction = direction; }
 
   int count() const;
@@ -33,25 +33,25 @@ class GridLayout {
   const GridMeasures& measures() const { return m_measures; }
 
   QRect item(int row) const;
-  /// Where the header of a group stands while the content is scrolled to `top`: it stays in sight as long as anything
-  /// of its group does.
+  /// The rectangle of a group's header when the content is scrolled to `top`. The header stays visible while any part
+  /// of its group is.
   QRect header(int section, int top) const;
-  /// The item whose cell holds the point; -1: none does.
+  /// The item whose cell contains the point, or -1.
   int itemAt(QPoint point) const;
-  /// The groups, and the first and last items of each group's rows, that reach into the stretch.
+  /// The groups that overlap the vertical range, and for each of these groups the first and the last item in it.
   std::vector<int> sectionsIn(int top, int bottom) const;
   std::vector<std::pair<int, int>> itemsIn(int top, int bottom) const;
 
-  /// In which column an item stands.
+  /// The column of an item.
   int column(int row) const;
-  /// The item in that column, or the last before it, of the next or the previous line of items, across groups; the item
-  /// itself at the ends.
+  /// The item in the next or the previous line, in the given column or, if that line is shorter, its last item. Crosses
+  /// group borders; at either end the result is `row` itself.
   int below(int row, int column) const;
   int above(int row, int column) const;
 
  private:
   struct Group {
-    int first = 0;  ///< item
+    int first = 0;  ///< its first item
     int count = 0;
     int top = 0;
     int height = 0;

@@ -27,7 +27,7 @@ GridModeView::GridModeView(Program& program, IconLoader& icons, QWidget* parent)
 }
 
 GridModeView::~GridModeView() {
-  m_grid->setModel(nullptr);  // the model goes before the view does
+  m_grid->setModel(nullptr);  // m_model is destroyed before the view
 }
 
 void GridModeView::connectGrid() {

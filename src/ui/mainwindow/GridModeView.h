@@ -9,10 +9,10 @@
 
 namespace mirvel::ui {
 
-/// Grid mode in the window.
+/// The view of grid mode.
 class GridModeView final : public QWidget, private GridCollectionType {
  public:
-  /// Both outlive it.
+  /// `program` and `icons` must outlive the view.
   GridModeView(Program& program, IconLoader& icons, QWidget* parent = nullptr);
   ~GridModeView() override;
 

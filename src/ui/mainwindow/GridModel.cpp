@@ -1,7 +1,6 @@
 #include "ui/mainwindow/GridModel.h"
 
-#include "ui/mainwindow/JobDrag.h"
-#include "ui/mainwindow/JobIcon.h"
+#include "ui/mainwindow/JobView.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -44,7 +43,7 @@ int GridModel::rowCount(const QModelIndex& parent) const {
 QVariant GridModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
   const IndexPath at = path(index.row());
-  // Typing a name asks for those of all items, and needs nothing else of them.
+  // A keyboard search asks for the names of all items, so the other item data isn't computed for it.
   if (role == Qt::DisplayRole || role == Qt::AccessibleTextRole) return qt(m_mode.name(at));
   const GridItem item = m_mode.item(at);
   switch (role) {
@@ -61,7 +60,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-/// What can be seen besides the name: the group, and the marks on the icon.
+/// What the view shows besides the name: the group, and the marks on the icon.
 QString GridModel::description(IndexPath path, const GridItem& item) const {
   QStringList parts{qt(m_mode.header(path.section))};
   if (item.isSecondary) parts << qt(m_program.foundation.localize.disabled());

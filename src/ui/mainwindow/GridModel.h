@@ -8,17 +8,17 @@
 
 namespace mirvel::ui {
 
-/// The items of grid mode, for a view: those of all groups, one after the other. It computes nothing.
+/// Presents the rows of grid mode to a view: the items of all groups in one list. The contents come from `GridMode`.
 class GridModel final : public QAbstractListModel {
  public:
-  /// Besides the usual roles: the badge on an icon, and whether the name is in the quieter colour.
+  /// In addition to the standard roles: the icon of the badge, and whether the name is drawn in the secondary colour.
   enum Role { BadgeRole = Qt::UserRole, SecondaryRole };
 
   GridModel(const Program& program, const GridMode& mode, IconLoader& icons);
 
-  /// The items are others now.
+  /// Resets the model after the rows have changed.
   void reload();
-  /// One item looks different.
+  /// Notifies the view of changed data in one row.
   void reloadRow(int row);
 
   IndexPath path(int row) const;

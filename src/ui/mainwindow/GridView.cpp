@@ -14,7 +14,7 @@
 namespace mirvel::ui {
 
 GridView::GridView(QWidget* parent) : QAbstractItemView(parent) {
-  GridAccessible::install();
+  installGridAccessible();
   setFrameShape(QFrame::NoFrame);
   prepareJobView(*this);
   setVerticalScrollMode(ScrollPerPixel);
@@ -82,7 +82,7 @@ QRect GridView::visualRect(const QModelIndex& index) const {
 QModelIndex GridView::indexAt(const QPoint& point) const {
   for (const int section : m_layout.sectionsIn(verticalOffset(), verticalOffset() + viewport()->height())) {
     const QRect header = m_layout.header(section, verticalOffset()).translated(0, -verticalOffset());
-    if (header.contains(point)) return {};  // which may cover items
+    if (header.contains(point)) return {};  // a pinned header may cover items
   }
   const int row = m_layout.itemAt(point + QPoint(0, verticalOffset()));
   return row < 0 || !model() ? QModelIndex() : model()->index(row, 0);
@@ -91,7 +91,7 @@ QModelIndex GridView::indexAt(const QPoint& point) const {
 void GridView::scrollTo(const QModelIndex& index, ScrollHint hint) {
   if (!index.isValid()) return;
   const QRect item = m_layout.item(index.row());
-  const int highest = item.top() - m_layout.measures().header;  // the header stays above the item
+  const int highest = item.top() - m_layout.measures().header;  // leaves room for the pinned header
   const int lowest = item.bottom() + 1 + m_layout.measures().gap / 2 - viewport()->height();
   QScrollBar& bar = *verticalScrollBar();
   if (hint == PositionAtCenter) {
@@ -169,13 +169,13 @@ QRegion GridView::visualRegionForSelection(const QItemSelection& selection) cons
 
 QItemSelectionModel::SelectionFlags GridView::selectionCommand(const QModelIndex& index, const QEvent* event) const {
   const auto command = QAbstractItemView::selectionCommand(index, event);
-  // A click beside the items, or with control held, would take the mark from the item whose job is shown.
+  // A click beside the items, or a Control-click, would deselect the item whose job is shown.
   const bool leavesNothing = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
   return leavesNothing ? QItemSelectionModel::NoUpdate : command;
 }
 
 void GridView::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;  // a menu marks nothing
+  if (event->button() != Qt::LeftButton) return;  // a context menu doesn't change the selection
   m_column = -1;
   const QModelIndex pressed = indexAt(event->position().toPoint());
   const bool wasMarked = pressed.isValid() && selectionModel()->isSelected(pressed);
@@ -191,7 +191,8 @@ void GridView::currentChanged(const QModelIndex& current, const QModelIndex& pre
   QAccessible::updateAccessibility(&event);
 }
 
-/// The item that stays where it is while the columns change: the marked one if it is in sight, else the first that is.
+/// The item that keeps its position while the columns change: the selected one if visible, otherwise the first visible
+/// one.
 int GridView::anchor() const {
   const auto ranges = m_layout.itemsIn(verticalOffset(), verticalOffset() + viewport()->height());
   const int current = currentIndex().row();
@@ -205,7 +206,7 @@ void GridView::reflow() {
   const int kept = anchor();
   const int place = kept < 0 ? 0 : m_layout.item(kept).top() - verticalOffset();
   m_layout.setWidth(viewport()->width());
-  // A scroll bar that comes or goes by this resizes the viewport, and all is arranged again before the range is set.
+  // Showing or hiding the scroll bar resizes the viewport, which runs the layout again before `setRange` returns.
   verticalScrollBar()->setRange(0, std::max(0, m_layout.height() - viewport()->height()));
   if (kept >= 0) verticalScrollBar()->setValue(m_layout.item(kept).top() - place);
 }
@@ -219,7 +220,7 @@ void GridView::updateGeometries() {
 }
 
 void GridView::scrollContentsBy(int /*dx*/, int /*dy*/) {
-  viewport()->update();  // not moved: the headers stay
+  viewport()->update();  // a full repaint, since pinned headers don't scroll
 }
 
 void GridView::changeEvent(QEvent* event) {
@@ -241,7 +242,7 @@ void GridView::changeEvent(QEvent* event) {
 }
 
 void GridView::focusInEvent(QFocusEvent* event) {
-  // The one of QAbstractItemView moves to the first item, which then looks half selected.
+  // QAbstractItemView::focusInEvent would make the first item current, which then looks half selected.
   QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }

@@ -9,34 +9,35 @@
 
 namespace mirvel::ui {
 
-/// The view of grid mode: the rows of a model as icons, in groups under headers that stay on top while their group is
-/// in sight. Only what is in sight is ever asked for.
+/// The view of grid mode: the rows of a model as icons in groups, under headers that stay on top while their group is
+/// visible. No standard item view serves: the icon mode of QListView has no groups and no pinned headers, and lays out
+/// every item, while this view asks the model and the delegate for visible items only.
 class GridView final : public QAbstractItemView {
  public:
   explicit GridView(QWidget* parent = nullptr);
 
   void setModel(QAbstractItemModel* model) override;
-  /// The groups of the rows that the model will have with its next reset.
+  /// Sets the groups of the rows that the model will have after its next reset.
   void setGroups(std::vector<GridGroup> groups);
   const std::vector<GridGroup>& groups() const { return m_groups; }
   const GridLayout& grid() const { return m_layout; }
 
-  /// What stands behind a view without items; an empty text: nothing.
+  /// The text shown instead of items while there are none; nothing is shown if it is empty.
   std::function<QString()> emptyLabel;
-  /// The user marked an item.
+  /// Called when the user has selected an item.
   std::function<void(int row)> selectionDidChange;
-  /// The user clicked the marked item.
+  /// Called when the user clicks the item that is already selected.
   std::function<void(int row)> markedItemWasClicked;
 
-  /// Does what a click on the item does.
+  /// Has the effect of a click on the item.
   void click(int row);
-  /// Marks just this item, or none with -1, without `selectionDidChange`.
+  /// Selects this item alone, or none with -1, without calling `selectionDidChange`.
   void mark(int row);
 
   QRect visualRect(const QModelIndex& index) const override;
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
   QModelIndex indexAt(const QPoint& point) const override;
-  /// Goes on from the marked item through all groups.
+  /// Searches from the selected item on, across groups.
   void keyboardSearch(const QString& search) override;
 
  protected:
@@ -67,7 +68,7 @@ class GridView final : public QAbstractItemView {
 
   std::vector<GridGroup> m_groups;
   GridLayout m_layout;
-  int m_column = -1;  ///< which the user keeps while moving up and down; -1: that of the item
+  int m_column = -1;  ///< column kept while moving up and down; -1: the current item's own
   bool m_isMarking = false;
 };
 

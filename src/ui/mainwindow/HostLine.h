@@ -8,7 +8,7 @@ class QLabel;
 
 namespace mirvel::ui {
 
-/// A line for the foot of the window that says why the jobs don't run; hidden while they do.
+/// A line at the bottom of the window with the reason why jobs can't run. Hidden while they can.
 class HostLine final : public QWidget {
   Q_OBJECT
 

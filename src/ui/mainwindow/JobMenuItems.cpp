@@ -10,7 +10,7 @@ namespace mirvel::ui {
 
 namespace {
 
-/// A text as the title of an item: an ampersand in it is no mark of a shortcut.
+/// Escapes ampersands, which would otherwise mark a shortcut key.
 QString itemTitle(const std::string& text) {
   return literalTitle(qt(text));
 }

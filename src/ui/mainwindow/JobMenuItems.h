@@ -8,9 +8,9 @@ class QPoint;
 
 namespace mirvel::ui {
 
-/// Adds the rows of a job's menu to a menu.
+/// Adds the entries of a job's menu to `menu`.
 void addItems(QMenu& menu, const JobMenu& items);
-/// Shows the menu of a job at a position of a view's viewport; one without rows doesn't show.
+/// Shows the menu of a job at a position in the viewport of `view`. Does nothing if the menu is empty.
 void popUp(const JobMenu& items, QAbstractScrollArea& view, const QPoint& position);
 
 }  // namespace mirvel::ui

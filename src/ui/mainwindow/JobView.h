@@ -1,14 +1,36 @@
 #pragma once
 
-#include <QAbstractItemView>
+#include <QIcon>
+#include <QStringList>
 #include <functional>
+#include <optional>
 
+#include "core/base/Image.h"
+#include "core/files/URL.h"
+#include "ui/support/IconLoader.h"
+
+class QAbstractItemView;
+class QMimeData;
+
+/// Helpers shared by the views of jobs and their models.
 namespace mirvel::ui {
 
-/// What all views of jobs have in common: one job can be marked, none edited, and its file dragged out.
+/// Sets up what all views of jobs have in common: single selection, no editing, a context menu, and dragging of job
+/// files.
 void prepareJobView(QAbstractItemView& view);
 
-/// Gives the view a selection that moves to another row only if it may. `didChange` gets the row that is marked then.
+/// Installs a selection model that selects another row only if `mayChange` returns true. `didChange` receives the newly
+/// selected row.
 void guardSelection(QAbstractItemView& view, std::function<bool()> mayChange, std::function<void(int row)> didChange);
+
+/// The icon of a job; the generic program icon if it has none or it can't be loaded.
+QIcon jobIcon(IconLoader& icons, const std::optional<Image>& image);
+
+/// The MIME types of a dragged job.
+QStringList fileDragTypes();
+
+/// The drag data for a job's file. Null, so that no drag starts, without a URL or if Qt can't represent the path. The
+/// caller owns the result.
+QMimeData* fileDrag(const std::optional<URL>& url);
 
 }  // namespace mirvel::ui

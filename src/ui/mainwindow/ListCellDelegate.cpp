@@ -22,7 +22,7 @@ void drawCheckBox(QPainter* painter, QStyleOptionViewItem option, bool isChecked
                          option.rect);
   option.state.setFlag(isChecked ? QStyle::State_On : QStyle::State_Off);
   option.state.setFlag(QStyle::State_HasFocus, false);
-  // Styles derive the outline from the window's colour, and on a dark ground it vanishes.
+  // Styles derive the outline of a check box from the window colour, so that it vanishes on a dark base.
   const bool isDark = option.palette.base().color().lightness() < 128;
   if (isDark) option.palette.setColor(QPalette::Window, option.palette.color(QPalette::PlaceholderText));
   style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &option, painter, option.widget);
@@ -62,7 +62,8 @@ void ListCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 void ListCellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
   if (option->direction == Qt::LeftToRight || option->text.isRightToLeft()) return;
-  // A left-to-right text stands at the right, where the column begins, and is cut at its own end.
+  // In a right-to-left window, left-to-right text is aligned to the right, where the column begins, but elided at its
+  // own end.
   option->direction = Qt::LeftToRight;
   option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
 }
@@ -71,7 +72,7 @@ QSize ListCellDelegate::sizeHint(const QStyleOptionViewItem& option, const QMode
   const QStyle& style = option.widget ? *option.widget->style() : *QApplication::style();
   const int icon = style.pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);
   QSize size = QStyledItemDelegate::sizeHint(option, index);
-  // Room above and below: a line of the text's own spacing, and never less than the icon needs.
+  // Line spacing plus padding, and never less than the icon needs.
   size.setHeight(std::max(option.fontMetrics.lineSpacing(), icon) + option.fontMetrics.leading() +
                  option.fontMetrics.height() / 3);
   return size;

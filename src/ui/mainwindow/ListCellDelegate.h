@@ -4,7 +4,7 @@
 
 namespace mirvel::ui {
 
-/// Draws the cells of list mode: icons and check boxes stand in the middle of their columns.
+/// Paints the cells of list mode, with icons and check boxes centred in their columns.
 class ListCellDelegate final : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;

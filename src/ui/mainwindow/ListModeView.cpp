@@ -33,7 +33,7 @@ ListModeView::ListModeView(Program& program, IconLoader& icons, QWidget* parent)
 
 ListModeView::~ListModeView() {
   keepLayout();
-  m_table->setModel(nullptr);  // the model goes before the table does
+  m_table->setModel(nullptr);  // m_model is destroyed before the table
 }
 
 void ListModeView::connectTable() {
@@ -49,7 +49,7 @@ void ListModeView::connectTable() {
 }
 
 void ListModeView::setInitialWidths() {
-  // In characters of the font: what fits names and commands of the usual length.
+  // In average characters of the font, enough for names and commands of common length.
   const int character = fontMetrics().averageCharWidth();
   m_table->header()->resizeSection(static_cast<int>(Column::List::name), 27 * character);
   m_table->header()->resizeSection(static_cast<int>(Column::List::summary), 23 * character);
@@ -69,7 +69,7 @@ void ListModeView::restoreLayout() {
                                         sort->isAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
   }
   m_keptLayout = layoutText(m_table->places());
-  // A drag tells of each pixel; it is over when there has been nothing for a moment.
+  // While a column border is dragged, every pixel is reported. The layout is saved half a second after the last change.
   const auto keepSoon = [this] { m_delay(0.5, [this] { keepLayout(); }); };
   connect(m_table->header(), &QHeaderView::sectionResized, this, keepSoon);
   connect(m_table->header(), &QHeaderView::sectionMoved, this, keepSoon);
@@ -78,7 +78,7 @@ void ListModeView::restoreLayout() {
 void ListModeView::keepLayout() {
   const std::string layout = layoutText(m_table->places());
   if (layout == std::exchange(m_keptLayout, layout)) return;
-  // Settings that can't be written cost just that.
+  // If the settings can't be written, only the column layout is lost.
   (void)m_program.foundation.defaults.setText(Defaults::Key::listColumns, layout);
 }
 

@@ -12,7 +12,7 @@ class QMenu;
 
 namespace mirvel::ui {
 
-/// List mode in the window.
+/// The view of list mode.
 class ListModeView final : public QWidget, private ListTableType {
  public:
   ListModeView(Program& program, IconLoader& icons, QWidget* parent = nullptr);
@@ -20,7 +20,7 @@ class ListModeView final : public QWidget, private ListTableType {
 
   ListMode& mode() { return m_mode; }
   ListTable& table() { return *m_table; }
-  /// Fills a menu with an item for each column, ticked while it is shown.
+  /// Adds a checkable item for each column to a menu.
   void addColumnItems(QMenu& menu);
 
  private:
@@ -44,7 +44,7 @@ class ListModeView final : public QWidget, private ListTableType {
   ListMode m_mode;
   ListTableModel m_model;
   Subscription m_loadingChanged, m_hostChanged;
-  std::string m_keptLayout;  ///< what the settings hold, or nobody has changed yet
+  std::string m_keptLayout;  ///< as stored in the settings, or the default before any change
   Delay m_delay;
 };
 

@@ -15,8 +15,8 @@ namespace mirvel::ui {
 
 namespace {
 
-/// The style of the application, with more room at the sides of cells and headers: the table has no frame to keep texts
-/// from the window's edge.
+/// The application's style with more horizontal padding in cells and headers, because the table has no frame that would
+/// keep text away from the window's edge.
 class RoomyStyle final : public QProxyStyle {
  public:
   explicit RoomyStyle(QObject* owner) { setParent(owner); }
@@ -87,7 +87,7 @@ int ListTable::firstVisibleColumn() const {
 
 QItemSelectionModel::SelectionFlags ListTable::selectionCommand(const QModelIndex& index, const QEvent* event) const {
   const auto command = QTreeView::selectionCommand(index, event);
-  // A click beyond the rows, or with control held, would take the mark from the row whose job is shown.
+  // A click below the rows, or a Control-click, would deselect the row whose job is shown.
   const bool leavesNothing = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
   return leavesNothing ? QItemSelectionModel::NoUpdate : command;
 }
@@ -161,11 +161,12 @@ void ListTable::paintEvent(QPaintEvent* event) {
 }
 
 void ListTable::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) QTreeView::mousePressEvent(event);  // a menu marks nothing
+  if (event->button() == Qt::LeftButton)
+    QTreeView::mousePressEvent(event);  // a context menu doesn't change the selection
 }
 
 void ListTable::focusInEvent(QFocusEvent* event) {
-  // The one of QAbstractItemView moves to the first row, which then looks half selected.
+  // QAbstractItemView::focusInEvent would make the first row current, which then looks half selected.
   QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }

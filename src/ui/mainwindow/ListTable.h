@@ -9,34 +9,35 @@
 
 namespace mirvel::ui {
 
-/// The table of list mode: a view with a label behind it while it is empty, and columns that can be hidden and fitted.
+/// The table of list mode: a tree view without levels, with a label while it is empty, and with columns that can be
+/// hidden and fitted to their contents.
 class ListTable final : public QTreeView {
  public:
   explicit ListTable(QWidget* parent = nullptr);
 
   void setModel(QAbstractItemModel* model) override;
-  /// Shows the row; the place to the side stays.
+  /// Scrolls vertically only.
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
-  /// Looks for the letters in the names, whichever column was clicked.
+  /// Searches the name column, whichever column is current.
   void keyboardSearch(const QString& search) override;
 
-  /// What stands behind a table without rows; an empty text: nothing.
+  /// The text shown instead of rows while there are none; nothing is shown if it is empty.
   std::function<QString()> emptyLabel;
   /// Whether the user may change the selection now.
   std::function<bool()> selectionMayChange;
-  /// The user marked a row.
+  /// Called when the user has selected a row.
   std::function<void(int row)> selectionDidChange;
 
-  /// Marks just this row, or none with -1, whatever `selectionMayChange` says and without `selectionDidChange`.
+  /// Selects this row alone, or none with -1, without asking `selectionMayChange` or calling `selectionDidChange`.
   void mark(int row);
 
   std::vector<Column::List> visibleColumns() const;
   void setVisibleColumns(const std::vector<Column::List>& columns);
-  /// The columns as they stand from the left, without the width of the last, which takes what room there is.
+  /// The columns in visual order. The last one has no width, since it fills the remaining space.
   std::vector<ListPlace> places() const;
-  /// Columns without a width keep theirs.
+  /// Restores the order, visibility and widths of columns. A column without a width keeps its current one.
   void setPlaces(const std::vector<ListPlace>& places);
-  /// As wide as its header and its widest cell.
+  /// Resizes a column to the width of its header or its widest cell, whichever is wider.
   void rightSize(int column);
   void rightSizeAll();
 

@@ -3,7 +3,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 
-#include "ui/mainwindow/JobDrag.h"
+#include "ui/mainwindow/JobView.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {

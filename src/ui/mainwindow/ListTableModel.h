@@ -8,12 +8,12 @@
 
 namespace mirvel::ui {
 
-/// The rows of list mode, for a view. It computes nothing: every cell is asked of the core.
+/// Presents the rows of list mode to a view. The contents come from `ListMode`.
 class ListTableModel final : public QAbstractTableModel {
  public:
   ListTableModel(const Program& program, const ListMode& mode, IconLoader& icons);
 
-  /// The rows are others now.
+  /// Resets the model after the rows have changed.
   void reload();
   void reloadHeaders();
 

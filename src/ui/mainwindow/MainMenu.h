@@ -14,7 +14,7 @@ namespace mirvel::ui {
 class DetailViewController;
 class ModeTabs;
 
-/// The menu bar. A command that isn't offered isn't in it.
+/// Builds the menu bar, and leaves out commands that aren't offered.
 class MainMenu final : public QObject {
  public:
   MainMenu(Program& program, CommandActions& actions, ModeTabs& tabs, DetailViewController& details,

@@ -98,16 +98,17 @@ void MainWindow::setTitleVisible(bool isVisible) {
   showTitle();
 }
 
-/// A title bar can't do without a title: one that isn't to be seen is the name of the application.
+/// Window managers need a title, so a hidden one is replaced by the name of the application.
 void MainWindow::showTitle() {
-  const QString mark = QStringLiteral("[*]");  // stands for the sign of unsaved changes, and twice for itself
+  // Qt replaces this placeholder by the mark of unsaved changes. In a title it is escaped by doubling.
+  const QString mark = QStringLiteral("[*]");
   const std::string shown = m_isTitleVisible ? m_title : std::string(Const::AppName::mirvel);
   setWindowTitle(qt(shown).replace(mark, mark + mark) + mark);
 }
 
 void MainWindow::setEdited(bool isEdited) {
   setWindowModified(isEdited);
-  validateVisibleItems();  // told at each change of the selection: shortcuts work without the menu having been opened
+  validateVisibleItems();  // also called when the selection changes: shortcuts must work before a menu has been opened
 }
 
 void MainWindow::validateVisibleItems() {
@@ -152,7 +153,7 @@ void MainWindow::showAbout() {
 }
 
 bool MainWindow::event(QEvent* event) {
-  // A sheet kept commands from being chosen. It is still there while its going is told.
+  // Commands are disabled while a sheet is open. The sheet still exists during this event, so validation has to wait.
   if (event->type() == QEvent::WindowUnblocked) {
     QMetaObject::invokeMethod(
         this, [this] { validateVisibleItems(); }, Qt::QueuedConnection);
@@ -166,7 +167,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::askBeforeSessionEnds(QSessionManager& session) {
-  if (!session.allowsInteraction()) return m_program.appDelegate.keepEdit();  // the desktop doesn't wait for answers
+  if (!session.allowsInteraction()) return m_program.appDelegate.keepEdit();  // the desktop doesn't wait for an answer
   if (m_program.mainWindow.sessionMayEnd()) {
     session.release();
   } else {

@@ -18,7 +18,7 @@ class ListModeView;
 class ModeTabs;
 class Toolbar;
 
-/// The one window of the catalogue.
+/// The main window.
 class MainWindow final : public QMainWindow, private MainWindowType {
  public:
   MainWindow(Program& program, IconLoader& icons);

@@ -10,13 +10,13 @@ namespace mirvel::ui {
 
 class ListModeView;
 
-/// The views of the catalogue, one tab for each mode. A view is made when it is first shown.
+/// The views of the four modes, stacked. Each view is created when it is first shown.
 class ModeTabs final : public QStackedWidget {
  public:
   ModeTabs(Program& program, IconLoader& icons, QWidget* parent = nullptr);
 
   void show(Mode mode);
-  /// The view of a mode.
+  /// Creates the view of the mode if necessary.
   QWidget& view(Mode mode);
   ListModeView& listMode();
 

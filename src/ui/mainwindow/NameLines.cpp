@@ -6,7 +6,7 @@ namespace mirvel::ui {
 
 namespace {
 
-/// The longest beginning that fits and ends at a whole character; at least one character.
+/// The length of the longest prefix that fits and ends at a grapheme boundary; at least one grapheme.
 qsizetype fullLine(const QString& name, const QFontMetrics& metrics, int width) {
   QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, name);
   qsizetype end = characters.toNextBoundary();
@@ -17,7 +17,7 @@ qsizetype fullLine(const QString& name, const QFontMetrics& metrics, int width) 
   return end;
 }
 
-/// Behind the last mark within the first characters at which a name may be broken; 0: there is none.
+/// The index after the last break character within the first `length` characters, or 0 if there is none.
 qsizetype lastBreak(const QString& name, qsizetype length) {
   static const QString marks = QStringLiteral(" .-_/:@");
   for (qsizetype i = length; i > 0; --i) {
@@ -26,7 +26,7 @@ qsizetype lastBreak(const QString& name, qsizetype length) {
   return 0;
 }
 
-/// Whether two lines, the first of this length, show all of the name.
+/// Whether the rest after the first line fits into the second without elision.
 bool fits(const QString& name, qsizetype first, const QFontMetrics& metrics, int width) {
   return metrics.horizontalAdvance(name.mid(first).trimmed()) <= width;
 }
@@ -37,7 +37,7 @@ NameLines nameLines(const QString& name, const QFontMetrics& metrics, int width)
   if (metrics.horizontalAdvance(name) <= width) return {{name}, false};
   const qsizetype full = fullLine(name, metrics, width);
   const qsizetype atMark = lastBreak(name, full);
-  // A mark near the start would leave the first line all but empty and the second one cut.
+  // A break near the start would leave the first line almost empty and elide the second.
   const bool isMarkGood =
       atMark > 0 && (fits(name, atMark, metrics, width) || (atMark > full / 2 && !fits(name, full, metrics, width)));
   const qsizetype first = isMarkGood ? atMark : full;

@@ -5,15 +5,14 @@
 
 namespace mirvel::ui {
 
-/// A name as it stands below an icon.
+/// A name as shown below an icon.
 struct NameLines {
   QStringList lines;      ///< one or two
-  bool isElided = false;  ///< something of the name doesn't show
+  bool isElided = false;  ///< part of the name isn't shown
 };
 
-/// Breaks a name into at most two lines of a width in pixels: after a space, dot, dash or underscore, else where the
-/// first line is full. What doesn't fit into the second is left out of its middle, since names begin and end with what
-/// tells them apart.
+/// Breaks a name into at most two lines of `width` pixels: after a space or one of `.-_/:@`, or where the first line is
+/// full. The second line is elided in the middle, because names differ at their beginning and end.
 NameLines nameLines(const QString& name, const QFontMetrics& metrics, int width);
 
 }  // namespace mirvel::ui

@@ -11,7 +11,7 @@ bool isDigit(QChar character) {
   return character >= u'0' && character <= u'9';
 }
 
-/// Every digit by itself, and what stands between them as it is.
+/// Splits a text into single digits and the stretches between them.
 std::vector<QStringView> partsOf(const QString& text) {
   std::vector<QStringView> parts;
   for (qsizetype begin = 0, end = 0; begin < text.size(); begin = end) {
@@ -33,7 +33,8 @@ TabularText::TabularText(const QFont& font) : m_font(font), m_metrics(font) {
   }
 }
 
-/// Where nothing is to be moved, or where moving would tear what belongs together.
+/// Whether the text can be drawn in one piece: the digits have equal widths already, or it contains right-to-left
+/// characters, whose order drawing in pieces would break.
 bool TabularText::isPlain(const QString& text) const {
   const auto isOfTheRight = [](QChar character) {
     return character.direction() == QChar::DirR || character.direction() == QChar::DirAL;

@@ -6,14 +6,14 @@
 
 namespace mirvel::ui {
 
-/// Short texts with digits that are all of one width, so that those below each other stand in columns, whatever the
-/// font's own digits are.
+/// Draws short texts with tabular digits: all digits take the same width, even in a font with proportional ones, so
+/// that numbers line up in columns.
 class TabularText {
  public:
   explicit TabularText(const QFont& font);
 
   qreal width(const QString& text) const;
-  /// In one line in the middle of the height, at the left or right end.
+  /// Draws one line, vertically centred, aligned to the left or right edge.
   void draw(QPainter& painter, const QRectF& rect, Qt::AlignmentFlag side, const QString& text) const;
 
  private:

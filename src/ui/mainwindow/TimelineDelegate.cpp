@@ -23,13 +23,13 @@ QPalette::ColorGroup groupOf(const QStyleOptionViewItem& option) {
   return option.state.testFlag(QStyle::State_Active) ? QPalette::Normal : QPalette::Inactive;
 }
 
-/// A part of the row, told from its leading end.
+/// A part of the row, `from` pixels from its leading edge.
 QRect leading(const QStyleOptionViewItem& option, int from, int width) {
   const QRect rect(option.rect.left() + from, option.rect.top(), width, option.rect.height());
   return QStyle::visualRect(option.direction, option.rect, rect);
 }
 
-/// A line at the leading end, cut at its own end.
+/// Draws one line, aligned to the leading edge and elided at the end of the text.
 void drawLine(QPainter& painter, const QStyleOptionViewItem& option, const QRect& rect, const QString& text) {
   const auto side = option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
   painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);

@@ -7,13 +7,13 @@
 
 namespace mirvel::ui {
 
-/// Draws the rows of timeline mode: the times in a column of their own, and behind it the names.
+/// Paints the rows of timeline mode: a column of times, followed by the names.
 class TimelineDelegate final : public QStyledItemDelegate {
  public:
-  /// `sampleTimes` gives texts as wide as any time.
+  /// `sampleTimes` returns texts at least as wide as any time that is shown.
   TimelineDelegate(std::function<QStringList()> sampleTimes, QObject* parent);
 
-  /// To be called when font or texts may have changed.
+  /// Updates the width of the time column. Must be called after a change of the font or of the texts.
   void measure(const QFont& font);
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;

@@ -16,7 +16,7 @@ int TimelineLayout::top(int row) const {
 }
 
 int TimelineLayout::rowAt(int y) const {
-  // Below the last header that begins at or above that place all rows are alike.
+  // From the last header at or above `y` down to the next header, all rows have the same height.
   const auto below = std::upper_bound(m_groups.begin(), m_groups.end(), y,
                                       [this](int place, int group) { return place < top(group); });
   if (below == m_groups.begin()) return y / m_heights.other;

@@ -5,8 +5,8 @@
 
 namespace mirvel::ui {
 
-/// Where the rows of a timeline lie, in pixels from the first one's top. Headers are higher than the other rows; there
-/// are few of them, so that every question is answered without a walk through the rows.
+/// The vertical geometry of a timeline's rows, in pixels from the top of the first. Headers are higher than other rows.
+/// Queries search the headers only, which are few, and never walk through the rows.
 class TimelineLayout {
  public:
   struct Heights {
@@ -15,24 +15,25 @@ class TimelineLayout {
   };
 
   TimelineLayout() = default;
-  /// `groups` are the rows that are headers, ascending.
+  /// `groups` holds the indices of the header rows in ascending order.
   TimelineLayout(std::size_t rows, std::vector<std::size_t> groups, Heights heights);
 
   int count() const { return m_count; }
   int height() const { return top(m_count); }
   int height(int row) const { return isGroup(row) ? m_heights.group : m_heights.other; }
   int groupHeight() const { return m_heights.group; }
-  /// Also of the row behind the last.
+  /// Also valid for the index after the last row.
   int top(int row) const;
-  /// The row at that place, which lies within the height.
+  /// The row at `y`, which must be within the total height.
   int rowAt(int y) const;
 
   bool isGroup(int row) const;
-  /// The header that a row stands under; -1: none.
+  /// The header above a row, or the row itself if it is one; -1 if there is none.
   int groupOf(int row) const;
-  /// The header that comes next; the row behind the last: none.
+  /// The next header after a row, or the number of rows if there is none.
   int nextGroup(int row) const;
-  /// The nearest row from that one on that is no header, forward or, with a step of -1, backward; -1: none.
+  /// The nearest row from `row` on that isn't a header, searching forward with a `step` of 1 and backward with -1; -1
+  /// if there is none.
   int nearestOther(int row, int step) const;
 
  private:

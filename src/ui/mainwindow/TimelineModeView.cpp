@@ -31,7 +31,7 @@ TimelineModeView::TimelineModeView(Program& program, QWidget* parent, TimelineMo
 
 TimelineModeView::~TimelineModeView() {
   m_table->appearanceDidChange = {};
-  m_table->setModel(nullptr);  // the model goes before the table does
+  m_table->setModel(nullptr);  // m_model is destroyed before the table
 }
 
 void TimelineModeView::connectTable() {

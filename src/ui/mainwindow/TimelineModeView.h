@@ -11,10 +11,10 @@ namespace mirvel::ui {
 
 class TimelineDelegate;
 
-/// Timeline mode in the window.
+/// The view of timeline mode.
 class TimelineModeView final : public QWidget, private TimelineTableType {
  public:
-  /// `zone` gives the name of the time zone to show.
+  /// `zone` returns the name of the time zone in which times are shown.
   explicit TimelineModeView(Program& program, QWidget* parent = nullptr, TimelineMode::Zone zone = zoneOfThisMachine);
   ~TimelineModeView() override;
 

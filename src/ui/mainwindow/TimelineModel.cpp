@@ -2,7 +2,7 @@
 
 #include <unordered_map>
 
-#include "ui/mainwindow/JobDrag.h"
+#include "ui/mainwindow/JobView.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -13,7 +13,7 @@ std::size_t rowOf(const QModelIndex& index) {
   return static_cast<std::size_t>(index.row());
 }
 
-/// Tells for each source only once whether its name begins with the text.
+/// Matches a prefix against names, once for each source, because a source can occur in thousands of rows.
 class NameSearch {
  public:
   explicit NameSearch(QString text) : m_text(std::move(text)) {}

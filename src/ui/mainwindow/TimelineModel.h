@@ -6,26 +6,27 @@
 
 namespace mirvel::ui {
 
-/// The rows of timeline mode, for a view. It computes nothing: every cell is asked of the core.
+/// Presents the rows of timeline mode to a view. The contents come from `TimelineMode`.
 class TimelineModel final : public QAbstractListModel {
  public:
-  /// The name is the displayed text.
+  /// In addition to the standard roles. The name is `Qt::DisplayRole`.
   enum Role {
-    TimeRole = Qt::UserRole,  ///< a text
+    TimeRole = Qt::UserRole,  ///< QString
     IsGroupRole,
     IsSecondaryRole,
   };
 
-  /// Both outlive it.
+  /// `mode` and `localize` must outlive the model.
   TimelineModel(const TimelineMode& mode, const Localize& localize);
 
-  /// The rows are others now.
+  /// Resets the model after the rows have changed.
   void reload();
 
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
-  /// The first row from `start` on whose job's name begins with the text, for a search by the keyboard. Never a header.
+  /// The first row from `start` on whose job's name begins with the text; used by the keyboard search. Never returns a
+  /// header.
   QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
                         Qt::MatchFlags flags) const override;
   QStringList mimeTypes() const override;

@@ -36,7 +36,7 @@ void TimelineTable::setRows(std::size_t count, std::vector<std::size_t> groups) 
 }
 
 TimelineLayout::Heights TimelineTable::heights() const {
-  // In a usual font; a larger one gets the room that it needs.
+  // Row heights for a font of common size; a larger font increases them.
   constexpr int group = 30, other = 26;
   const int text = fontMetrics().height();
   return {.group = std::max(group, text * 7 / 4), .other = std::max(other, text * 3 / 2)};
@@ -68,7 +68,7 @@ int TimelineTable::pinnedGroup() const {
   return m_layout.count() == 0 ? -1 : m_layout.groupOf(m_layout.rowAt(verticalOffset()));
 }
 
-/// The next header pushes the one on top away.
+/// The pinned header is pushed up by the next one.
 QRect TimelineTable::pinnedRect() const {
   const int group = pinnedGroup();
   if (group < 0) return {};
@@ -86,8 +86,8 @@ QModelIndex TimelineTable::indexAt(const QPoint& point) const {
 void TimelineTable::scrollTo(const QModelIndex& index, ScrollHint hint) {
   if (!index.isValid() || index.row() >= m_layout.count()) return;
   const int covered = isGroup(index) ? 0 : m_layout.groupHeight();
-  const int least = m_layout.top(index.row() + 1) - viewport()->height();  // the row's end at the end of the view
-  const int greatest = m_layout.top(index.row()) - covered;                // its top right below the header on top
+  const int least = m_layout.top(index.row() + 1) - viewport()->height();  // row at the bottom of the viewport
+  const int greatest = m_layout.top(index.row()) - covered;                // row just below the pinned header
   int offset = verticalOffset();
   if (hint == PositionAtTop) offset = greatest;
   if (hint == PositionAtBottom) offset = least;
@@ -108,7 +108,7 @@ void TimelineTable::doItemsLayout() {
 }
 
 void TimelineTable::scrollContentsBy(int, int) {
-  viewport()->update();  // the header on top doesn't move with the rows
+  viewport()->update();  // a full repaint, since the pinned header doesn't scroll
 }
 
 int TimelineTable::rowAPageAway(int row, int direction) const {
@@ -150,7 +150,7 @@ QModelIndex TimelineTable::moveCursor(CursorAction action, Qt::KeyboardModifiers
 }
 
 void TimelineTable::setSelection(const QRect&, QItemSelectionModel::SelectionFlags command) {
-  // There is only one to select, and it has become the current one just before.
+  // Selection is single, and the current index has just been set to the row.
   selectionModel()->select(currentIndex(), command);
 }
 
@@ -165,13 +165,13 @@ QRegion TimelineTable::visualRegionForSelection(const QItemSelection& selection)
 QItemSelectionModel::SelectionFlags TimelineTable::selectionCommand(const QModelIndex& index,
                                                                     const QEvent* event) const {
   const auto command = QListView::selectionCommand(index, event);
-  // A click beyond the rows, or with control held, would take the mark from the row whose job is shown.
+  // A click below the rows, or a Control-click, would deselect the row whose job is shown.
   const bool leavesNothing = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
   return leavesNothing ? QItemSelectionModel::NoUpdate : command;
 }
 
 void TimelineTable::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;  // a menu marks nothing
+  if (event->button() != Qt::LeftButton) return;  // a context menu doesn't change the selection
   if (!isGroup(indexAt(event->position().toPoint()))) QListView::mousePressEvent(event);
 }
 
@@ -180,7 +180,7 @@ void TimelineTable::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void TimelineTable::focusInEvent(QFocusEvent* event) {
-  // The one of QAbstractItemView moves to the first row, which then looks half selected.
+  // QAbstractItemView::focusInEvent would make the first row current, which then looks half selected.
   QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }

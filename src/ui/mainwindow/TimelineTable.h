@@ -8,32 +8,33 @@
 
 namespace mirvel::ui {
 
-/// A list with headers, of which the one above the first row in sight stays on top. Rows are laid out by arithmetic, so
-/// their number costs nothing. It is a QListView for the sake of screen readers, which are told of these as of lists,
-/// and uses nothing of that class's own layout.
+/// A list under headers, where the header of the first visible row stays on top. The layout of a standard view doesn't
+/// serve: with headers higher than rows, QListView measures every one of what can be tens of thousands of rows, and it
+/// has no pinned headers. The layout here is computed (see `TimelineLayout`). The base class is still QListView,
+/// because Qt exposes one to screen readers as a list.
 class TimelineTable final : public QListView {
  public:
   explicit TimelineTable(QWidget* parent = nullptr);
 
   void setModel(QAbstractItemModel* model) override;
-  /// The rows that the model has since its last reset, and which of them are headers.
+  /// Sets the number of rows after the model's last reset, and which of them are headers.
   void setRows(std::size_t count, std::vector<std::size_t> groups);
 
-  /// What stands in a table without rows; an empty text: nothing.
+  /// The text shown instead of rows while there are none; nothing is shown if it is empty.
   std::function<QString()> emptyLabel;
   /// Whether the user may change the selection now.
   std::function<bool()> selectionMayChange;
-  /// The user marked a row.
+  /// Called when the user has selected a row.
   std::function<void(int row)> selectionDidChange;
-  /// The font is another, or the style.
+  /// Called when the font or the style has changed.
   std::function<void()> appearanceDidChange;
 
-  /// Marks just this row, or none with -1, whatever `selectionMayChange` says and without `selectionDidChange`.
+  /// Selects this row alone, or none with -1, without asking `selectionMayChange` or calling `selectionDidChange`.
   void mark(int row);
 
   QRect visualRect(const QModelIndex& index) const override;
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
-  /// The header that stays on top counts where it is drawn.
+  /// Where the pinned header is drawn, returns that header, not the row below it.
   QModelIndex indexAt(const QPoint& point) const override;
 
  protected:

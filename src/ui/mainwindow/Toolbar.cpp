@@ -31,7 +31,7 @@ Toolbar::Toolbar(Program& program, QWidget* parent)
       m_program(program),
       m_delay(program.platform.mainQueue) {
   const Localize& localize = program.foundation.localize;
-  nameButtons(*this, windowTitle());  // shows what has no room
+  nameButtons(*this, windowTitle());  // shows the items that don't fit
   constexpr int size = 18;
   setIconSize({size, size});
   setMovable(false);
@@ -44,7 +44,7 @@ Toolbar::Toolbar(Program& program, QWidget* parent)
   addCommand(ToolbarItem::log, Command::log, "text-x-log", localize.log());
   addCommand(ToolbarItem::info, Command::info, "document-properties", localize.info());
   m_loadingChanged = program.notifications.loadingChanged.subscribe([this] {
-    // A scan is over in a moment: controls that went grey each time would flicker.
+    // A scan takes a moment only; disabling the controls for each would make them flicker.
     if (!m_program.scanning.isBusy()) m_delay(0, [this] { validate(); });
   });
 }
@@ -110,7 +110,7 @@ void Toolbar::validate() {
   const CommandContext context = menus.context();
   for (const auto& [item, button] : m_buttons) button->setEnabled(mirvel::isEnabled(item, context));
   for (const auto& [mode, button] : m_modes) button->setEnabled(mirvel::isEnabled(ToolbarItem::mode, context));
-  // A scan is over in a moment: it doesn't take the field from under the hands of who is typing.
+  // A scan takes a moment only; it must not disable the field while the user types.
   const bool isTyping = m_filter->hasFocus() && !context.hasUnsavedChanges;
   m_filter->setEnabled(isTyping || mirvel::isEnabled(ToolbarItem::filter, context));
   for (const auto& [item, command] : {std::pair(ToolbarItem::new_, Command::new_),

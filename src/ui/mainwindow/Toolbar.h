@@ -12,18 +12,19 @@ class QLineEdit;
 
 namespace mirvel::ui {
 
-/// The toolbar of the window: a new job, the modes, the filter, and what can be done with the selected job.
+/// The toolbar of the window: new job, modes, filter, and the commands on the selected job.
 class Toolbar final : public QToolBar {
  public:
   Toolbar(Program& program, QWidget* parent);
 
-  std::function<void()> filterLeft;  ///< the keys are to go elsewhere
+  std::function<void()>
+      filterLeft;  ///< called when the user leaves the empty filter field by Escape; moves the focus on
 
   QLineEdit& filter() { return *m_filter; }
-  /// Enables each control by its rule.
+  /// Updates the enabled state of every control.
   void validate();
   void mark(Mode mode);
-  /// Empties the search field without searching.
+  /// Clears the filter field without triggering a search.
   void clearFilter();
 
  private:
@@ -36,10 +37,10 @@ class Toolbar final : public QToolBar {
   Program& m_program;
   QLineEdit* m_filter = nullptr;
   std::map<ToolbarItem, QToolButton*> m_buttons;
-  std::map<ToolbarItem, QAction*> m_places;  // in the toolbar, by which a control is shown or hidden
+  std::map<ToolbarItem, QAction*> m_places;  // the actions that show and hide the controls
   std::map<Mode, QToolButton*> m_modes;
-  bool m_isMarking = false;   ///< shows a mode, and chooses none
-  bool m_isClearing = false;  ///< the filter, which doesn't search
+  bool m_isMarking = false;   ///< while a mode is shown that the user didn't choose
+  bool m_isClearing = false;  ///< while the filter is cleared without a search
   Delay m_delay;
   Subscription m_loadingChanged;
 };

@@ -25,7 +25,7 @@ TreeModeView::TreeModeView(Program& program, IconLoader& icons, QWidget* parent)
 }
 
 TreeModeView::~TreeModeView() {
-  m_outline->setModel(nullptr);  // the model goes before the view does
+  m_outline->setModel(nullptr);  // m_model is destroyed before the view
 }
 
 void TreeModeView::connectOutline() {

@@ -9,10 +9,10 @@
 
 namespace mirvel::ui {
 
-/// Tree mode in the window.
+/// The view of tree mode.
 class TreeModeView final : public QWidget, private TreeOutlineType {
  public:
-  /// Both outlive it.
+  /// `program` and `icons` must outlive the view.
   TreeModeView(Program& program, IconLoader& icons, QWidget* parent = nullptr);
   ~TreeModeView() override;
 

@@ -1,14 +1,13 @@
 #include "ui/mainwindow/TreeModel.h"
 
-#include "ui/mainwindow/JobDrag.h"
-#include "ui/mainwindow/JobIcon.h"
+#include "ui/mainwindow/JobView.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
 namespace {
 
-// The number that an index carries tells where it belongs: of a group this, of a job its group's row and one more.
+// The internal id of an index: 0 for a group, and for a job the row of its group plus 1.
 constexpr quintptr ofGroup = 0;
 
 QVariant textOrNothing(const std::string& text) {

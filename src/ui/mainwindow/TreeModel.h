@@ -8,18 +8,18 @@
 
 namespace mirvel::ui {
 
-/// The rows of tree mode, for a view: groups, and under each its jobs. It computes nothing: every row is asked of the
-/// core.
+/// Presents the rows of tree mode to a view: groups, with their jobs as children. The contents come from `TreeMode`.
 class TreeModel final : public QAbstractItemModel {
  public:
-  /// Besides the usual roles: the text on the button of a group, and whether a text is in the quieter colour.
+  /// In addition to the standard roles: the text on a group's button, and whether a text is drawn in the secondary
+  /// colour.
   enum Role { CountRole = Qt::UserRole, SecondaryRole };
 
   TreeModel(const TreeMode& mode, IconLoader& icons);
 
-  /// The rows are others now.
+  /// Resets the model after the rows have changed.
   void reload();
-  /// One row looks different.
+  /// Notifies the view of changed data in one row.
   void reloadRow(const QModelIndex& index);
 
   static bool isGroup(const QModelIndex& index) { return index.isValid() && !index.parent().isValid(); }

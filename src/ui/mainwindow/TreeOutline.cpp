@@ -1,23 +1,62 @@
 #include "ui/mainwindow/TreeOutline.h"
 
+#include <QItemSelectionModel>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 
 #include "ui/mainwindow/JobView.h"
 #include "ui/mainwindow/TreeRowDelegate.h"
-#include "ui/mainwindow/TreeSelection.h"
 #include "ui/support/EmptyLabel.h"
 
 namespace mirvel::ui {
+
+namespace {
+
+/// A selection model that asks before another job is selected. Groups can become current but are never selected; moving
+/// to a group leaves the selection as it is.
+class TreeSelection final : public QItemSelectionModel {
+ public:
+  using MayChange = std::function<bool(const QModelIndex&)>;
+
+  /// `mayChange` receives the index to be selected; an invalid index means clearing the selection.
+  TreeSelection(QAbstractItemModel* model, MayChange mayChange, QObject* parent)
+      : QItemSelectionModel(model, parent), m_mayChange(std::move(mayChange)) {}
+
+  using QItemSelectionModel::select;
+
+  void setCurrentIndex(const QModelIndex& index, SelectionFlags command) override {
+    if (index.isValid() && !index.parent().isValid()) {
+      QItemSelectionModel::setCurrentIndex(index, NoUpdate);
+    } else if (index == currentIndex() || isSelected(index) || m_mayChange(index)) {
+      QItemSelectionModel::setCurrentIndex(index, command);
+    }
+  }
+  void select(const QItemSelection& selection, SelectionFlags command) override {
+    if (command == NoUpdate || selection == this->selection()) return;
+    const QModelIndex index = selection.indexes().value(0);
+    if (m_isResetting || m_mayChange(index)) QItemSelectionModel::select(selection, command | Clear);
+  }
+  void reset() override {
+    m_isResetting = true;
+    QItemSelectionModel::reset();
+    m_isResetting = false;
+  }
+
+ private:
+  MayChange m_mayChange;
+  bool m_isResetting = false;
+};
+
+}  // namespace
 
 TreeOutline::TreeOutline(QWidget* parent) : QTreeView(parent), m_delegate(new TreeRowDelegate(this)) {
   setFrameShape(NoFrame);
   setHeaderHidden(true);
   setUniformRowHeights(true);
-  setTextElideMode(Qt::ElideMiddle);  // names begin and end with what tells them apart
+  setTextElideMode(Qt::ElideMiddle);  // names differ at their beginning and end
   prepareJobView(*this);
-  setSelectionBehavior(
-      SelectItems);  // by rows, Qt's accessible tree takes a row's number below its group for that of all
+  // With SelectRows, Qt's accessible tree confuses a row's number within its group with that in the whole tree.
+  setSelectionBehavior(SelectItems);
   setItemDelegate(m_delegate);
   viewport()->setAttribute(Qt::WA_Hover);
 }
@@ -62,7 +101,7 @@ void TreeOutline::mark(const QModelIndex& index) {
 
 QItemSelectionModel::SelectionFlags TreeOutline::selectionCommand(const QModelIndex& index, const QEvent* event) const {
   const auto command = QTreeView::selectionCommand(index, event);
-  // A click on a group or beyond the rows, or with control held, would take the mark from the row whose job is shown.
+  // A click on a group or below the rows, or a Control-click, would deselect the row whose job is shown.
   const bool leavesNothing =
       !index.flags().testFlag(Qt::ItemIsSelectable) || command.testFlag(QItemSelectionModel::Deselect);
   return leavesNothing ? QItemSelectionModel::NoUpdate : command;
@@ -90,7 +129,7 @@ void TreeOutline::setPressed(const QModelIndex& group) {
 }
 
 void TreeOutline::mousePressEvent(QMouseEvent* event) {
-  const bool isOfRows = event->button() == Qt::LeftButton;  // a menu marks nothing
+  const bool isOfRows = event->button() == Qt::LeftButton;  // a context menu doesn't change the selection
   if (isOfRows && !pressButton(*event)) QTreeView::mousePressEvent(event);
 }
 
@@ -99,7 +138,7 @@ void TreeOutline::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void TreeOutline::mouseMoveEvent(QMouseEvent* event) {
-  if (!m_pressed.isValid()) QTreeView::mouseMoveEvent(event);  // a held button marks no rows
+  if (!m_pressed.isValid()) QTreeView::mouseMoveEvent(event);  // dragging from a pressed button selects no rows
 }
 
 void TreeOutline::mouseReleaseEvent(QMouseEvent* event) {
@@ -116,7 +155,7 @@ void TreeOutline::paintEvent(QPaintEvent* event) {
 }
 
 void TreeOutline::focusInEvent(QFocusEvent* event) {
-  // The one of QAbstractItemView moves to the first row, which then looks half selected.
+  // QAbstractItemView::focusInEvent would make the first row current, which then looks half selected.
   QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }

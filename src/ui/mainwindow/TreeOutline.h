@@ -7,28 +7,28 @@ namespace mirvel::ui {
 
 class TreeRowDelegate;
 
-/// The outline of tree mode: groups that open and close, also by a button with their count, and rows below them.
+/// The outline of tree mode: groups that expand and collapse, with a button that shows the number of their jobs.
 class TreeOutline final : public QTreeView {
  public:
   explicit TreeOutline(QWidget* parent = nullptr);
 
   void setModel(QAbstractItemModel* model) override;
 
-  /// What stands behind an outline without rows; an empty text: nothing.
+  /// The text shown instead of rows while there are none; nothing is shown if it is empty.
   std::function<QString()> emptyLabel;
-  /// Whether the user may mark this row now.
+  /// Whether the user may select this row now.
   std::function<bool(const QModelIndex&)> maySelect;
-  /// Something that is no event of the user, such as an assistive program, wants a row to be marked. Gives whether it
-  /// is.
+  /// Called when a row is to be selected without user input, for example by an assistive program. Returns whether it
+  /// may be.
   std::function<bool(const QModelIndex&)> accessibilityPress;
-  /// The user marked a row.
+  /// Called when the user has selected a row.
   std::function<void(const QModelIndex&)> selectionDidChange;
-  /// The user clicked the button of a group.
+  /// Called when the user has clicked the button of a group.
   std::function<void(const QModelIndex&)> countWasClicked;
 
-  /// Marks just this row, or none with an invalid index, whatever `maySelect` says and without `selectionDidChange`.
+  /// Selects this row alone, or none with an invalid index, without asking `maySelect` or calling `selectionDidChange`.
   void mark(const QModelIndex& index);
-  /// Where the button of a group is in the viewport; empty for a job.
+  /// The rectangle of a group's button in the viewport; empty for a job.
   QRect countButton(const QModelIndex& index) const;
 
  protected:
@@ -49,7 +49,7 @@ class TreeOutline final : public QTreeView {
   void setPressed(const QModelIndex& group);
 
   TreeRowDelegate* m_delegate;
-  QPersistentModelIndex m_pressed;  ///< the group whose button is held
+  QPersistentModelIndex m_pressed;  ///< the group whose button is held down
   bool m_isMarking = false;
   bool m_isHandlingInput = false;
 };

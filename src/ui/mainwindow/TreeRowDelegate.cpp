@@ -43,7 +43,7 @@ QRect TreeRowDelegate::button(const QStyleOptionViewItem& option, const QModelIn
 void TreeRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const QRect count = button(option, index);
   QStyleOptionViewItem row = option;
-  if (!count.isEmpty()) {  // the title ends before it
+  if (!count.isEmpty()) {  // the title must not run under the button
     const int gap = option.fontMetrics.height() / 2;
     if (option.direction == Qt::RightToLeft) {
       row.rect.setLeft(count.right() + 1 + gap);
@@ -69,7 +69,7 @@ QSize TreeRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModel
   const QStyle& style = *option.widget->style();
   const int icon = style.pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);
   QSize size = QStyledItemDelegate::sizeHint(option, index);
-  // Room above and below: the same for all rows, as the outline expects.
+  // Line spacing plus padding, the same for all rows, because the outline has uniform row heights.
   size.setHeight(std::max(option.fontMetrics.lineSpacing(), icon) + option.fontMetrics.height() / 2);
   return size;
 }

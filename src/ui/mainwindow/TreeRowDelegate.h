@@ -5,14 +5,14 @@
 
 namespace mirvel::ui {
 
-/// Draws the rows of the tree: groups with their count on a button at the end.
+/// Paints the rows of tree mode, with the count of a group on a button at the trailing edge.
 class TreeRowDelegate final : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
-  /// Where the button of a group is, for a row in this place; empty for a job.
+  /// The rectangle of the group's button in a row at `option.rect`; empty for a job.
   static QRect button(const QStyleOptionViewItem& option, const QModelIndex& index);
-  /// Which group's button looks pressed.
+  /// Sets the group whose button is drawn pressed.
   void setPressed(const QModelIndex& group) { m_pressed = group; }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;

@@ -11,13 +11,14 @@ namespace mirvel::ui {
 
 namespace {
 
-/// Where the contents of a window may lie on a screen: below the title bar.
+/// The part of a screen that is available to a window's contents, below its title bar.
 QRect roomOn(const QScreen& screen, const QMainWindow& window) {
   const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
   return screen.availableGeometry().adjusted(0, titleBar, 0, 0);
 }
 
-/// The screen that shows most of the frame's top, by which it can be taken hold of; null: none shows enough.
+/// The screen that shows most of the window's top edge, by which the window can be moved; null if no screen shows
+/// enough of it.
 const QScreen* screenOf(const QRect& frame) {
   constexpr int handle = 64;
   const QRect top(frame.topLeft(), QSize(frame.width(), handle));

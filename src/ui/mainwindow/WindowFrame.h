@@ -7,15 +7,15 @@
 
 namespace mirvel::ui {
 
-/// The frame, moved and made smaller as far as it must be to lie within the place.
+/// The frame, moved and shrunk as far as necessary to fit into `place`.
 QRect fitted(const QRect& frame, const QRect& place);
 
-/// A size for a window without a stored frame: as wished, as far as the screen has room for it.
+/// Resizes a window without a stored frame to the wished size, as far as the screen has room for it.
 void resizeToFit(QMainWindow& window, QSize wished);
-/// Gives the window the place and the split that it had when it was last closed, on a smaller screen as far as there is
-/// room. False if nothing is known of it, or the screen isn't there any more.
+/// Restores the position, size and split from when the window was last closed, reduced to fit a smaller screen. Returns
+/// false if nothing is stored or the screen no longer exists.
 bool restoreFrame(QMainWindow& window, QSplitter& splitter, const Defaults& defaults);
-/// Keeps them. Settings that can't be written cost just that.
+/// Stores position, size and split. Failures to write the settings are ignored, since nothing else depends on them.
 void saveFrame(const QMainWindow& window, const QSplitter& splitter, Defaults& defaults);
 
 }  // namespace mirvel::ui

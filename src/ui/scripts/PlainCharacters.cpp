@@ -14,14 +14,14 @@ std::size_t sizeByFirstByte(char first) {
   return byte < 0xC0 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
 }
 
-/// The bytes of the character that a text begins with; one, if it begins with none.
+/// The bytes of the character at the beginning of a text, or a single byte if that isn't valid UTF-8.
 std::string_view firstCharacter(std::string_view text) {
   const std::string_view character = text.substr(0, sizeByFirstByte(text.front()));
   const QByteArrayView bytes(character.data(), static_cast<qsizetype>(character.size()));
   return bytes.isValidUtf8() ? character : text.substr(0, 1);
 }
 
-/// 0: none.
+/// The code point of one UTF-8 character; 0 if the bytes aren't one.
 char32_t codePoint(std::string_view character) {
   const auto first = static_cast<unsigned char>(character.front());
   if (character.size() == 1) return first < 0x80 ? first : 0;
@@ -30,7 +30,7 @@ char32_t codePoint(std::string_view character) {
   return code;
 }
 
-/// Those that end a block of a document, or stand for the end of one of its lines.
+/// Whether a document keeps the character as it is. QTextDocument uses the others to end blocks and lines.
 bool isPlain(char32_t code) {
   constexpr char32_t special[] = {0, '\n', '\r', 0x2028, 0x2029, 0xFDD0, 0xFDD1};
   return std::find(std::begin(special), std::end(special), code) == std::end(special);
@@ -51,7 +51,7 @@ bool endsLine(QChar unit) {
   return unit == QLatin1Char('\n') || unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator;
 }
 
-/// Of a unit that isn't the second of a pair.
+/// Whether a unit outside of surrogate pairs stands for an escaped byte.
 bool isEscape(QChar unit) {
   return unit.unicode() >= escapes && unit.unicode() <= escapes + 0xFF;
 }

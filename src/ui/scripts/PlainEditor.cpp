@@ -6,9 +6,8 @@
 #include <QTextBlock>
 #include <algorithm>
 
-#include "ui/scripts/LineEnd.h"
 #include "ui/scripts/PlainCharacters.h"
-#include "ui/scripts/ScriptKeys.h"
+#include "ui/scripts/ScriptEditor.h"
 #include "ui/scripts/ScriptLook.h"
 
 namespace mirvel::ui {
@@ -18,7 +17,7 @@ PlainEditor::PlainEditor(QWidget* parent) : QPlainTextEdit(parent) {
   QTextOption option = document()->defaultTextOption();
   option.setTextDirection(Qt::LeftToRight);
   document()->setDefaultTextOption(option);
-  connect(this, &QPlainTextEdit::textChanged, this, [this] { tellOfChange(); });
+  connect(this, &QPlainTextEdit::textChanged, this, [this] { notifyChanged(); });
 }
 
 std::string PlainEditor::bytes() const {

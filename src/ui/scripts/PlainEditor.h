@@ -6,8 +6,8 @@
 
 namespace mirvel::ui {
 
-/// Edits a script without colours and line numbers, where there is nothing better. Tab and Shift-Tab move selected
-/// lines.
+/// Edits a script without colours and line numbers; used when the module isn't available. With a selection, Tab and
+/// Shift-Tab indent and unindent its lines.
 class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
   Q_OBJECT
  public:

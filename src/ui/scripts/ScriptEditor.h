@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QKeyEvent>
+#include <QtPlugin>
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -13,11 +15,11 @@ namespace mirvel::ui {
 
 struct ScriptLook;
 
-/// The widget in a `ScriptText` that shows and edits the text. It is a child of another, which deletes it. What is the
-/// same for all of them is said and done there.
+/// The widget inside a `ScriptText` that shows and edits the text. It is a child of another widget, which owns it.
+/// Behaviour common to all editors is documented and implemented in `ScriptText`.
 ///
-/// The bytes of the text stay as they are, line ends and what isn't UTF-8 included; new lines end as the first one
-/// does. Keys that leave the widget are those of `exitOf`.
+/// The editor preserves the bytes of the text, including line ends and invalid UTF-8; new lines end like the first one.
+/// The keys that move the focus out of the widget are defined by `exitOf`.
 class ScriptEditor {
  public:
   ScriptEditor() = default;
@@ -25,20 +27,20 @@ class ScriptEditor {
   ScriptEditor(const ScriptEditor&) = delete;
   ScriptEditor& operator=(const ScriptEditor&) = delete;
 
-  /// Has the slots `undo`, `redo`, `cut`, `copy`, `paste` and `selectAll`.
+  /// Its slots include `undo`, `redo`, `cut`, `copy`, `paste` and `selectAll`.
   virtual QWidget& widget() = 0;
 
   virtual std::string bytes() const = 0;
-  /// Sets the whole text, unmodified and with nothing to be undone, and the insertion point to its start. `changed` is
-  /// called once, unless the text was empty and still is.
+  /// Replaces the whole text, clears the undo history and the modified state, and moves the insertion point to the
+  /// start. Calls `changed` once, unless the text was empty and still is.
   virtual void setBytes(std::string_view text) = 0;
   virtual bool isModified() const = 0;
   virtual void setModified(bool modified) = 0;
 
-  /// Bytes before the insertion point.
+  /// In bytes from the start of the text.
   virtual std::size_t insertionPoint() const = 0;
-  /// Moves it, with nothing selected, and scrolls there. A point behind the text is its end, one within a character is
-  /// behind that.
+  /// Clears the selection, moves the insertion point and scrolls to it. A point beyond the end means the end; one
+  /// inside of a character means the end of that character.
   virtual void setInsertionPoint(std::size_t point) = 0;
 
   virtual bool canUndo() const = 0;
@@ -46,18 +48,54 @@ class ScriptEditor {
   virtual bool hasSelection() const = 0;
   virtual void deleteSelection() = 0;
 
-  /// Text, insertion point and what can be undone stay with each of these. An editor may have no colours.
+  /// The following calls preserve text, insertion point and undo history. An editor may ignore syntax and line numbers.
   virtual void setSyntax(SyntaxType type) = 0;
   virtual void setLook(const ScriptLook& look) = 0;
   virtual void setLineNumbersVisible(bool visible) = 0;
 
-  /// Called when the text has changed.
+  /// Called after every change of the text.
   std::function<void()> changed = {};
 
  protected:
-  void tellOfChange() const {
+  void notifyChanged() const {
     if (changed) changed();
   }
 };
 
+/// The interface by which the module offers its editor. The module links none of the program's libraries, so everything
+/// it uses is declared in headers or passed to it.
+class ScriptEditorFactory {
+ public:
+  ScriptEditorFactory() = default;
+  virtual ~ScriptEditorFactory() = default;
+  ScriptEditorFactory(const ScriptEditorFactory&) = delete;
+  ScriptEditorFactory& operator=(const ScriptEditorFactory&) = delete;
+
+  /// Creates an editor as a child of `parent`.
+  virtual ScriptEditor& make(QWidget& parent) = 0;
+};
+
+/// The line end after the first line of a text: "\n", "\r\n" or "\r"; "\n" for a text of one line.
+inline std::string_view lineEndOf(std::string_view text) {
+  const auto end = text.find_first_of("\r\n");
+  if (end == std::string_view::npos || text[end] == '\n') return "\n";
+  return text.substr(end).starts_with("\r\n") ? "\r\n" : "\r";
+}
+
+/// Where a key press in the text of a script moves the focus.
+enum class Exit { None, Next, Previous };
+
+/// Since Tab inserts a tab, other keys move the focus: Control-Tab to the next widget, and Shift-Tab, with or without
+/// Control, to the previous one. With `movesSelection`, plain Shift-Tab unindents the selected lines instead.
+inline Exit exitOf(const QKeyEvent& event, bool movesSelection) {
+  if (event.key() != Qt::Key_Tab && event.key() != Qt::Key_Backtab) return Exit::None;
+  const bool isBack = event.key() == Qt::Key_Backtab || event.modifiers().testFlag(Qt::ShiftModifier);
+  const bool isControl = (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != Qt::NoModifier;
+  if (!isControl && (!isBack || movesSelection)) return Exit::None;
+  return isBack ? Exit::Previous : Exit::Next;
+}
+
 }  // namespace mirvel::ui
+
+#define SCRIPT_EDITOR_FACTORY_ID "app.mirvel.ScriptEditorFactory"
+Q_DECLARE_INTERFACE(mirvel::ui::ScriptEditorFactory, SCRIPT_EDITOR_FACTORY_ID)

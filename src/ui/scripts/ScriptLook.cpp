@@ -53,7 +53,7 @@ QColor lineNumber(const QPalette& palette) {
   return quiet;
 }
 
-/// The colour, if it can be read on the base and on the current line.
+/// `color` if it has enough contrast to the base and to the current line, otherwise the text colour.
 QColor readable(const QColor& color, const QPalette& palette) {
   const double least =
       std::min(contrast(color, active(palette, QPalette::Base)), contrast(color, currentLine(palette)));
@@ -78,7 +78,7 @@ ScriptLook scriptLook(const QPalette& palette) {
 
 QFont scriptFont() {
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  if (font.pointSizeF() <= 0) font.setPointSizeF(QFontInfo(font).pointSizeF());  // one set in pixels
+  if (font.pointSizeF() <= 0) font.setPointSizeF(QFontInfo(font).pointSizeF());  // the font is defined in pixels
   return font;
 }
 

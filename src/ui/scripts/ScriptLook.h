@@ -8,16 +8,16 @@
 
 namespace mirvel::ui {
 
-/// What a piece of a script is, whatever its language calls it.
+/// The role of a piece of a script, whatever the language calls it.
 enum class ScriptRole { Text, Comment, String, Number, Keyword, Variable, Name, Pattern, Error };
 
-/// What a script is drawn with.
+/// The font and colours of a script.
 struct ScriptLook {
   static constexpr std::size_t roleCount = static_cast<std::size_t>(ScriptRole::Error) + 1;
 
   QFont font;
   QColor base;
-  QColor currentLine;  ///< behind the line with the insertion point
+  QColor currentLine;  ///< background of the line with the insertion point
   QColor lineNumber;
   QColor selection;
   QColor selectedText;
@@ -26,12 +26,12 @@ struct ScriptLook {
   const QColor& color(ScriptRole role) const { return roles[static_cast<std::size_t>(role)]; }
 };
 
-/// The look of scripts in widgets with a palette, in `scriptFont()`. The contrast of its colours to the base and to the
-/// current line is at least 4.5:1 (WCAG 2.1, level AA): where a desktop's base leaves a colour too little, that of
-/// other text takes its place.
+/// The look of scripts in widgets with this palette, in `scriptFont()`. Each colour has a contrast of at least 4.5:1
+/// (WCAG 2.1, level AA) to the base and to the current line; a colour that would have less is replaced by the text
+/// colour.
 ScriptLook scriptLook(const QPalette& palette);
 
-/// The font of the system whose characters are all as wide, with a size in points.
+/// The system's fixed-width font, with a size in points.
 QFont scriptFont();
 
 }  // namespace mirvel::ui

@@ -48,7 +48,7 @@ void popUpScriptMenu(ScriptEditor& editor, const Localize& localize, const QPoin
   QWidget* const widget = &editor.widget();
   auto* menu = new QMenu(widget);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->setLayoutDirection(QGuiApplication::layoutDirection());  // the text has its own
+  menu->setLayoutDirection(QGuiApplication::layoutDirection());  // it would inherit the direction of the text
   for (const TextCommand& command : textCommands(localize)) {
     if (command.key == QKeySequence::SelectAll) addDelete(*menu, editor, localize);
     QAction* action = addTextCommand(*menu, command);

@@ -10,8 +10,8 @@ namespace mirvel::ui {
 
 class ScriptEditor;
 
-/// Shows the commands on the text of an editor, as the Edit menu has them, at a point of the screen. The menu goes with
-/// the editor's widget, or when it is closed.
+/// Shows the context menu of an editor at a point of the screen, with the same commands as the Edit menu. The menu is
+/// deleted when it closes, or with the editor's widget.
 void popUpScriptMenu(ScriptEditor& editor, const Localize& localize, const QPoint& point);
 
 }  // namespace mirvel::ui

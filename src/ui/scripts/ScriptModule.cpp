@@ -5,7 +5,7 @@
 
 #include "core/app/Program.h"
 #include "ui/scripts/PlainEditor.h"
-#include "ui/scripts/ScriptEditorFactory.h"
+#include "ui/scripts/ScriptEditor.h"
 #include "ui/support/InstalledFolders.h"
 #include "ui/support/QtText.h"
 
@@ -19,7 +19,7 @@ Error unusable(const fs::path& module, const std::string& why) {
   return {.code = Error::Code::BadArgument, .message = why, .file = module.native()};
 }
 
-/// Whether the file says that it was made with this program: another version may have other classes by these names.
+/// Whether the module's metadata names this version of the program; classes of the same name differ in other versions.
 bool isOurs(const QPluginLoader& loader) {
   const QJsonObject data = loader.metaData();
   return data.value(QStringLiteral("IID")) == QLatin1String(SCRIPT_EDITOR_FACTORY_ID) &&
@@ -36,7 +36,7 @@ fs::path scriptModule() {
 Result<ScriptEditorFactory*> loadScriptModule(const fs::path& module) {
   const auto file = qtPath(module);
   if (!file) return unusable(module, "the file's name can't be read");
-  QPluginLoader loader(*file);  // which loads a file once, and leaves it loaded when it goes
+  QPluginLoader loader(*file);  // loads each file once, and doesn't unload it in its destructor
   if (loader.metaData().isEmpty()) return unusable(module, utf8(loader.errorString()));
   if (!isOurs(loader)) return unusable(module, "this is no module of version " MIRVEL_VERSION);
   if (auto* factory = qobject_cast<ScriptEditorFactory*>(loader.instance())) return factory;

@@ -13,16 +13,16 @@ namespace mirvel::ui {
 
 class ScriptEditorFactory;
 
-/// Where the module with the editor of scripts is: beside the helper programs.
+/// The path of the editor module, in the folder of the helper programs.
 std::filesystem::path scriptModule();
 
-/// Loads the module, if it isn't yet, and asks it for what it offers, which stays until the program ends. The error
-/// says why there is none: the file is missing or damaged, another program's, or was made for another version.
+/// Loads the module unless it is loaded already, and returns its factory, which lives until the program ends. Fails if
+/// the file is missing or damaged, isn't a module of this program, or was built for another version.
 Result<ScriptEditorFactory*> loadScriptModule(const std::filesystem::path& module);
 
-/// Makes a widget for a script. The first one takes some milliseconds, to load the module. Without one a plain widget
-/// serves, without colours and line numbers, and the log tells why. `name` tells what the text is to those who can't
-/// see it. The program outlives the widget.
+/// Creates a widget for a script. The first call loads the module, which takes some milliseconds. If that fails, the
+/// reason is logged and the widget shows neither colours nor line numbers. `name` is the accessible name. `program`
+/// must outlive the widget.
 ScriptText* makeScriptText(Program& program, const QString& name, QWidget* parent = nullptr,
                            const std::filesystem::path& module = scriptModule());
 

@@ -13,48 +13,49 @@ namespace mirvel::ui {
 
 class ScriptEditor;
 
-/// The text of a script, to be read and edited: coloured by its language, in lines that aren't wrapped, from left to
-/// right in windows of any direction. The bytes of the text stay as they are, line ends and what isn't UTF-8 included;
-/// new lines end as the first one does. `makeScriptText` makes one.
+/// Shows and edits the text of a script: coloured by language, without line wrapping, and left to right whatever the
+/// direction of the window. The bytes of the text are preserved, including line ends and invalid UTF-8; new lines end
+/// like the first one. Created by `makeScriptText`.
 ///
-/// Tab inserts one. Control-Tab leaves for the next widget, Shift-Tab (with nothing selected) for the one before.
+/// Tab inserts a tab. Control-Tab moves the focus to the next widget, Shift-Tab (with nothing selected) to the previous
+/// one.
 class ScriptText final : public QWidget {
   Q_OBJECT
  public:
-  /// Makes the editor within as a child of a widget.
+  /// Creates the inner editor as a child of the given widget.
   using MakeEditor = std::function<ScriptEditor&(QWidget&)>;
 
-  /// `name` tells what this is to those who can't see it. `localize` outlives it.
+  /// `name` is the accessible name. `localize` must outlive the widget.
   ScriptText(const MakeEditor& make, const Localize& localize, const QString& name, QWidget* parent = nullptr);
   ~ScriptText() override;
 
-  /// In UTF-8, if it is a text.
+  /// The bytes of the text, which are UTF-8 unless `setText` was called with something else.
   std::string text() const;
-  /// Sets the whole text, unmodified and with nothing to be undone, and the insertion point to its start. `textChanged`
-  /// is told once, unless the text was empty and still is.
+  /// Replaces the whole text, clears the undo history and the modified state, and moves the insertion point to the
+  /// start. Emits `textChanged` once, unless the text was empty and still is.
   void setText(std::string_view text);
   bool isModified() const;
   void setModified(bool modified);
 
   SyntaxType syntax() const { return m_syntax; }
-  /// Colours the text as one in that language. Insertion point and undo stay.
+  /// Sets the language that determines the colours. Preserves insertion point and undo history.
   void setSyntax(SyntaxType type);
-  /// Whether each change of the text sets the syntax by its first line, if that tells one.
+  /// Whether every change of the text updates the syntax from the first line, if that names an interpreter.
   void setDetectsSyntax(bool detects);
 
-  /// Bytes of the text before the insertion point.
+  /// In bytes from the start of the text.
   std::size_t insertionPoint() const;
-  /// Moves it, with nothing selected, and scrolls there. A point behind the text is its end, one within a character is
-  /// behind that.
+  /// Clears the selection, moves the insertion point and scrolls to it. A point beyond the end means the end; one
+  /// inside of a character means the end of that character.
   void setInsertionPoint(std::size_t point);
 
   bool areLineNumbersVisible() const { return m_lineNumbers; }
   void setLineNumbersVisible(bool visible);
 
  signals:
-  /// Told when the text has changed, by a call or by the user.
+  /// Emitted after every change of the text, by the user or by a call.
   void textChanged();
-  /// Told when the syntax has changed, by a call or by what was typed.
+  /// Emitted after the syntax has changed, by a call or by detection.
   void syntaxChanged();
 
  protected:

@@ -5,11 +5,11 @@
 
 namespace mirvel::ui {
 
-/// The palette to draw the box of a check box, or the circle of a radio button, with. Qt's own style derives its
-/// outline from the window's colour, which leaves next to nothing of an empty box on a dark one.
+/// The palette for drawing the box of a check box or the circle of a radio button. Qt's Fusion style derives their
+/// outline from the window colour, which makes an empty box almost invisible on dark windows.
 QPalette boxPalette(QPalette palette);
 
-/// A check box that is seen in any palette, ticked or not.
+/// A check box whose outline is visible with any palette, checked or not.
 class CheckBox final : public QCheckBox {
  public:
   using QCheckBox::QCheckBox;

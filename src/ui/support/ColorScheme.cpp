@@ -18,13 +18,13 @@ constexpr QLatin1String appearance("org.freedesktop.appearance");
 constexpr QLatin1String colorScheme("color-scheme");
 constexpr QLatin1String fusion("fusion");
 
-/// A value in as many wrappings as the portal puts around it.
+/// Removes all nested QDBusVariants; portals differ in how many there are.
 QVariant unwrapped(QVariant value) {
   while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
   return value;
 }
 
-/// None: the user has no preference.
+/// The scheme for a value of the setting; nullopt if the user has no preference.
 std::optional<Scheme> preferred(const QVariant& preference) {
   switch (unwrapped(preference).toUInt()) {
     case 1:
@@ -43,7 +43,7 @@ ColorScheme::ColorScheme(const QDBusConnection& bus) : m_bus(bus), m_platformSty
 void ColorScheme::follow() {
   if (!m_bus.isConnected()) return;
   if (!m_isFollowing) {
-    // From any sender: to name one makes Qt ask the bus for its owner and wait for the answer.
+    // Accepts the signal from any sender: for a named one, Qt would look up the owner with a blocking call.
     m_bus.connect(QString(), place, settings, QStringLiteral("SettingChanged"), this,
                   SLOT(settingChanged(QDBusMessage)));
   }
@@ -87,7 +87,7 @@ void ColorScheme::apply(std::optional<Scheme> scheme) {
 
 void ColorScheme::useOwn(Scheme scheme) {
   m_isOwn = true;
-  // Other styles draw parts in colours of their own, for which the palette may be wrong.
+  // Other styles draw some parts in colours of their own, which needn't match the palette.
   if (QApplication::style()->name() != fusion) QApplication::setStyle(fusion);
   QApplication::setPalette(paletteOf(scheme));
 }

@@ -10,22 +10,23 @@
 
 namespace mirvel::ui {
 
-/// Gives the application light or dark colours as the desktop has them set, where the platform's theme doesn't do so
-/// by itself.
+/// Applies the desktop's light or dark scheme to the application where the platform theme doesn't.
 class ColorScheme final : public QObject {
   Q_OBJECT
 
  public:
   explicit ColorScheme(const QDBusConnection& bus = QDBusConnection::sessionBus());
 
-  /// Asks the desktop's settings portal, and does so again whenever they change. Returns at once; without a portal
-  /// nothing happens. (https://flatpak.github.io/xdg-desktop-portal/, interface org.freedesktop.portal.Settings)
+  /// Reads the setting from the desktop's settings portal, and again whenever it changes. Returns immediately; without
+  /// a portal nothing happens. (https://flatpak.github.io/xdg-desktop-portal/, interface
+  /// org.freedesktop.portal.Settings)
   void follow();
-  /// Takes this scheme, whatever the desktop has, until `follow` is called.
+  /// Applies this scheme regardless of the desktop's, until `follow` is called.
   void force(Scheme scheme);
 
  private:
-  // As a message, since Qt 6.4 refuses to connect a slot that takes a QDBusVariant before it has met one.
+  // Receives the whole message, because Qt 6.4 refuses to connect a slot with a QDBusVariant parameter until the type
+  // has been used.
   Q_SLOT void settingChanged(const QDBusMessage& signal);
   void read();
   void take(const QVariant& preference);
@@ -36,7 +37,7 @@ class ColorScheme final : public QObject {
   QDBusConnection m_bus;
   bool m_isFollowing = false;
   QString m_platformStyle;
-  bool m_isOwn = false;  ///< the palette is ours, not the platform's
+  bool m_isOwn = false;  ///< the palette was set here, not by the platform
 };
 
 }  // namespace mirvel::ui

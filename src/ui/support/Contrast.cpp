@@ -7,6 +7,7 @@ namespace mirvel::ui {
 
 namespace {
 
+// The constants of these functions are defined by WCAG 2.1 and the sRGB colour space.
 double linear(double value) {
   return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
 }

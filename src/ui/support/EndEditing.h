@@ -4,7 +4,7 @@
 
 namespace mirvel::ui {
 
-/// Has the control with the keys hand over what was typed, as it does at the latest when it loses them.
+/// Makes the focused control of the form commit what was typed, by taking the focus from it for a moment.
 inline void endEditing(const QWidget& form) {
   QWidget* const focus = form.focusWidget();
   if (!focus || !form.isAncestorOf(focus) || !focus->hasFocus()) return;

@@ -9,8 +9,8 @@
 #include <QStringList>
 
 #include "ui/support/OwnIcons.h"
-#include "ui/support/Picture.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ReadPicture.h"
 
 namespace mirvel::ui {
 
@@ -26,7 +26,7 @@ bool isScript(const QMimeType& type) {
   return type.inherits(applicationType) && type.inherits(QStringLiteral("text/plain"));
 }
 
-/// Our picture that comes nearest to a type.
+/// The icon of our own that fits a type best.
 QString ownName(const QMimeType& type) {
   if (type.name() == folderType) return QStringLiteral("folder");
   if (isScript(type)) return QStringLiteral("text-x-script");
@@ -38,7 +38,7 @@ QString ownName(const QMimeType& type) {
 
 QIcon FileIcons::icon(const fs::path& path) {
 #ifdef Q_OS_MACOS
-  return QFileIconProvider().icon(QFileInfo(displayText(path)));  // the system keeps these itself
+  return QFileIconProvider().icon(QFileInfo(displayText(path)));  // cached by the system
 #else
   const QString type = typeOf(path);
   const auto known = m_icons.constFind(type);

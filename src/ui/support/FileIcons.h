@@ -8,8 +8,8 @@
 
 namespace mirvel::ui {
 
-/// The icons of files as the platform's file viewer shows them: by what a file is, or would be by its name. Reads no
-/// more than the first bytes of a regular file, and nothing of any other.
+/// The icons of files, as shown by the platform's file manager: by type, or by name if there is no such file. Reads at
+/// most the first bytes of regular files and nothing of others.
 class FileIcons {
  public:
   QIcon icon(const std::filesystem::path& path);
@@ -20,7 +20,7 @@ class FileIcons {
   QIcon iconOfType(const QString& type) const;
 
   QMimeDatabase m_types;
-  QHash<QString, QIcon> m_icons;  // by type
+  QHash<QString, QIcon> m_icons;  // by MIME type
 };
 
 }  // namespace mirvel::ui

@@ -25,7 +25,7 @@ QUrl fileUrl(const std::filesystem::path& path) {
 // https://www.freedesktop.org/wiki/Specifications/file-manager-interface/
 void showInFileManager(const std::filesystem::path& file, QObject& context, std::function<void()> otherwise) {
   const QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return otherwise();  // a call would never end
+  if (!bus.isConnected()) return otherwise();  // the reply to a call would never arrive
   const QString service = QStringLiteral("org.freedesktop.FileManager1");
   QDBusMessage call = QDBusMessage::createMethodCall(service, QStringLiteral("/org/freedesktop/FileManager1"), service,
                                                      QStringLiteral("ShowItems"));

@@ -8,7 +8,7 @@ class Localize;
 
 namespace mirvel::ui {
 
-/// A field for a text to look for, with a button that clears it.
+/// Creates a text field for searching, with a clear button.
 QLineEdit* filterField(const Localize& localize);
 
 }  // namespace mirvel::ui

@@ -6,8 +6,8 @@
 
 namespace mirvel::ui {
 
-/// Widgets one after the other in as many lines as their width needs. An item that is wider than all there is is made
-/// narrower. A label stays on the line of what stands before it. Those of one line stand on the same middle.
+/// Arranges widgets from left to right in as many lines as their width needs. An item wider than the layout is made
+/// narrower. Labels stay on the line of the preceding item. Items of a line are centred vertically.
 class FlowLayout final : public QLayout {
  public:
   explicit FlowLayout(QWidget* parent = nullptr) : QLayout(parent) {}

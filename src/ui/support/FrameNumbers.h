@@ -6,7 +6,7 @@
 
 namespace mirvel::ui {
 
-/// The numbers of a place or a size, as the settings hold them. Empty if there are none, or anything else stands there.
+/// Parses the numbers of a stored position or size. Returns an empty list if there is none or it is malformed.
 QList<int> numbersIn(const std::optional<std::string>& text);
 std::string textOf(const QList<int>& numbers);
 

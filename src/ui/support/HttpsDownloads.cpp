@@ -18,7 +18,8 @@ Result<std::string> contentOf(QNetworkReply& reply) {
   const auto failed = [&](Error::Code code, const QString& why) {
     return Error{.code = code, .message = utf8(why), .file = utf8(reply.url().toString())};
   };
-  if (reply.bytesAvailable() > largest) return failed(Error::Code::LimitExceeded, QStringLiteral("it is too large"));
+  if (reply.bytesAvailable() > largest)
+    return failed(Error::Code::LimitExceeded, QStringLiteral("it is larger than a mebibyte"));
   if (reply.error() != QNetworkReply::NoError) return failed(Error::Code::Io, reply.errorString());
   return reply.readAll().toStdString();
 }
@@ -28,7 +29,8 @@ Result<std::string> contentOf(QNetworkReply& reply) {
 void HttpsDownloads::get(const std::string& address, Reply reply) {
   const QUrl url(qt(address), QUrl::StrictMode);
   if (url.scheme() != QStringLiteral("https")) {
-    return reply(Error{.code = Error::Code::BadArgument, .message = "the address isn't one of HTTPS", .file = address});
+    return reply(
+        Error{.code = Error::Code::BadArgument, .message = "the address isn't an HTTPS address", .file = address});
   }
   QNetworkRequest request(url);
   request.setSslConfiguration(m_configuration);

@@ -7,8 +7,8 @@
 
 namespace mirvel::ui {
 
-/// Downloads over HTTPS alone, also where they are redirected to. A download ends after half a minute, and with more
-/// than a mebibyte.
+/// Downloads over HTTPS only, including redirects. A download fails after 30 seconds without data, or when it exceeds a
+/// mebibyte.
 class HttpsDownloads final : public Downloads {
  public:
   explicit HttpsDownloads(const QSslConfiguration& configuration = QSslConfiguration::defaultConfiguration())

@@ -9,8 +9,8 @@
 #include <variant>
 
 #include "ui/support/OwnIcons.h"
-#include "ui/support/Picture.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ReadPicture.h"
 
 namespace mirvel::ui {
 
@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int keptPictures = 256;
-constexpr int largestSide = 128;  // in pixels
+constexpr int largestSide = 128;  // pixels
 
 template <typename... Cases>
 struct Match : Cases... {
@@ -36,7 +36,7 @@ QPixmap fitted(const QImage& image, int side) {
   return square;
 }
 
-/// Scaled once for the usual sizes, which looks better than scaling at every drawing.
+/// Scales the image to the usual sizes in advance, which looks better than scaling when drawing.
 QIcon squareIcon(const QImage& image) {
   QIcon icon;
   for (int side = largestSide; side >= 16; side /= 2) icon.addPixmap(fitted(image, side));

@@ -10,16 +10,16 @@
 
 namespace mirvel::ui {
 
-/// Draws the core's images. A picture that can't be had is a null icon. Main thread only.
+/// Provides the icons for images of the core; a null icon if an image can't be loaded. Main thread only.
 class IconLoader {
  public:
   IconLoader();
 
   QIcon icon(const Image& image);
-  /// Looks at files and types anew from now on.
+  /// Discards everything that is cached, so that files and types are read again.
   void clear();
 
-  /// A symbol for a tool bar or button, by its freedesktop name, in the colour of the text around it.
+  /// A symbolic icon for a toolbar or button, by its freedesktop name, drawn in the text colour.
   static QIcon symbol(const char* name);
 
  private:

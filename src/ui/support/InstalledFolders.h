@@ -4,9 +4,9 @@
 
 namespace mirvel::ui {
 
-/// Where the translations lie: beside the installed program, or in the folder where it was built.
+/// The folder of the translations: that of the installation, or of the build tree.
 std::filesystem::path catalogues();
-/// Where the helper programs and modules lie, likewise.
+/// The folder of the helper programs and modules, likewise.
 std::filesystem::path helpersFolder();
 
 }  // namespace mirvel::ui

@@ -11,7 +11,7 @@ QColor invalidData(const QPalette& palette) {
 }
 
 void markInvalidData(QWidget& field, const QString& what) {
-  QPalette colors;  // those that aren't set stay as they are around the field
+  QPalette colors;  // unset roles are inherited from the parent
   if (!what.isEmpty()) {
     const QColor red = invalidData(field.parentWidget() ? field.parentWidget()->palette() : field.palette());
     colors.setColor(QPalette::Text, red);

@@ -8,7 +8,8 @@
 
 #include "ui/support/SvgIconEngine.h"
 
-// A library's resources don't announce themselves. Outside of namespaces, as Qt's macro asks.
+// Registers the resources, which a static library doesn't do by itself. Q_INIT_RESOURCE must be used outside of
+// namespaces.
 static void announceResources() {
 #ifdef MIRVEL_HAS_ICONS
   static const bool isDone = [] {

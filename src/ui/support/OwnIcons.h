@@ -5,22 +5,22 @@
 
 namespace mirvel::ui {
 
-/// The program's own pictures, in its resources.
+/// The icons in the program's resources.
 namespace OwnIcons {
 
-/// One with colours of its own; a null icon if there is none of that name.
+/// An icon with its own colours; null if there is none of this name.
 QIcon color(const QString& name);
-/// One in the colour of the text around it; likewise.
+/// An icon drawn in the text colour; null if there is none of this name.
 QIcon symbolic(const QString& name);
 
-/// The program's.
+/// The icon of the application.
 QIcon application();
 
-/// Whether a name means a picture of ours in any theme.
+/// Whether the name is that of an icon of ours, which no theme replaces.
 bool isOurs(const QString& name);
 
-/// Whether the desktop's icon theme has every picture of a kind that the program has. Pictures of two families don't
-/// go together, so either all are the theme's or none.
+/// Whether the desktop's icon theme has all coloured icons (or all symbolic ones, respectively) that the program uses.
+/// Icons of two designs don't mix well, so either all come from the theme or none.
 bool themeHasAllColor();
 bool themeHasAllSymbolic();
 

@@ -6,11 +6,11 @@ namespace mirvel::ui {
 
 enum class Scheme { Light, Dark };
 
-/// The program's colours for the Fusion style, where the desktop has none of that scheme. Text has a contrast of at
-/// least 7:1 (WCAG 2.1, level AAA).
+/// The program's palette for the Fusion style, used where the desktop offers none for the scheme. Text has a contrast
+/// of at least 7:1 (WCAG 2.1, level AAA).
 QPalette paletteOf(Scheme scheme);
 
-/// Whether a palette's text is lighter than its windows.
+/// Dark if the palette's text is lighter than its windows, otherwise Light.
 Scheme schemeOf(const QPalette& palette);
 
 }  // namespace mirvel::ui

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int mostLinks = 40;  // as many as Linux follows in one path; path_resolution(7)
+constexpr int mostLinks = 40;  // the limit of Linux; path_resolution(7)
 
 void putInFront(const fs::path& path, std::deque<std::string>& names) {
   const fs::path relative = path.relative_path();

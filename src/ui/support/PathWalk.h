@@ -7,12 +7,12 @@
 
 namespace mirvel::ui {
 
-/// Called for each folder on the way, with the name that is looked up in it next.
+/// Called for each folder along a path, with the name that is looked up in it next.
 using PathVisitor = std::function<void(const std::filesystem::path& folder, const std::string& name)>;
 
-/// Walks from the root to an absolute path as the kernel does, through symbolic links and over ".." at their targets,
-/// as far as there is something. Each folder is visited before its entry is looked at, so that a watch set by the
-/// visitor misses no change. Gives the folder at the end, free of links; none if there is no folder.
+/// Resolves an absolute path from the root as the kernel does, following symbolic links, with `..` relative to their
+/// targets, as far as the path exists. `visit` is called for each folder before its entry is read, so that a watch set
+/// by it can't miss a change. Returns the resolved folder, or nullopt if the path doesn't lead to a folder.
 std::optional<std::filesystem::path> walkTo(const std::filesystem::path& path, const PathVisitor& visit);
 
 }  // namespace mirvel::ui

@@ -10,7 +10,7 @@
 
 namespace mirvel::ui {
 
-/// The folder monitors that see most on this platform.
+/// The implementation of FolderMonitors that detects most changes on this platform.
 inline std::unique_ptr<FolderMonitors> platformFolderMonitors() {
 #ifdef __linux__
   return std::make_unique<InotifyFolderMonitors>();

@@ -22,7 +22,8 @@ namespace {
 
 constexpr char answerProperty[] = "answer";
 
-/// The role decides the place that the desktop gives a button: the first agrees, that of Escape backs out.
+/// The role determines where the desktop places the button: as the accepting one, the rejecting one (Escape), or
+/// another.
 QMessageBox::ButtonRole roleOf(int answer, const Alert& question) {
   const bool isOnlyOne = question.buttons().size() == 1;
   if (answer == question.escapeAnswer() && !isOnlyOne) return QMessageBox::RejectRole;
@@ -38,13 +39,13 @@ void addButtons(QMessageBox& box, const Alert& question) {
   }
 }
 
-/// File names may look like markup.
+/// Prevents file names from being interpreted as markup.
 void usePlainText(QMessageBox& box) {
   box.setTextFormat(Qt::PlainText);
   for (QLabel* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
 }
 
-/// The answer of the button that was pressed; that of Escape if the box was closed without one.
+/// The answer of the button that was pressed, or that of Escape if the box was closed without one.
 int answerOf(const QMessageBox& box) {
   const QAbstractButton* button = box.clickedButton() ? box.clickedButton() : box.escapeButton();
   return button ? button->property(answerProperty).toInt() : Interface::defaultButton;
@@ -54,14 +55,14 @@ bool isTicked(const QMessageBox& box) {
   return box.checkBox() && box.checkBox()->isChecked();
 }
 
-/// Ends a sheet without an answer when its window closes.
+/// Closes a sheet without an answer when its window closes.
 class SheetEnd final : public QObject {
  public:
   SheetEnd(QWidget& window, QMessageBox& sheet) : QObject(&sheet), m_sheet(sheet) { window.installEventFilter(this); }
 
   bool eventFilter(QObject* /*window*/, QEvent* event) override {
     if (event->type() == QEvent::Hide && !event->spontaneous()) {
-      m_sheet.disconnect(this);  // the answer is delivered in this object's name
+      m_sheet.disconnect(this);  // the answer is connected with this object as context
       m_sheet.reject();
     }
     return false;
@@ -84,7 +85,7 @@ void QtInterface::beginSheet(const Alert& question, std::function<void(int)> com
   QObject::connect(box, &QDialog::finished, context, [this, box, question, completion = std::move(completion)] {
     const int button = answerOf(*box);
     if (isTicked(*box)) remember(question, button);
-    const auto answer = completion;  // the call may end the box
+    const auto answer = completion;  // a copy, since the call may destroy the box
     answer(button);
   });
   box->open();
@@ -95,7 +96,7 @@ void QtInterface::error(const std::string& message, const std::string& informati
 }
 
 Interface::Answer QtInterface::showAlert(const Alert& question) {
-  // Its parent may take the box with it while the alert is up.
+  // The parent may be destroyed, together with the box, while the alert is open.
   const QPointer<QMessageBox> box = makeBox(question, activeWindow());
   box->exec();
   if (!box) return {.button = question.escapeAnswer()};
@@ -124,7 +125,7 @@ std::optional<fs::path> QtInterface::savePanel(const SavePanel& panel) {
     chosen += extension;
     std::error_code failure;
     if (fs::symlink_status(chosen, failure).type() == fs::file_type::not_found) return chosen;
-    dialog.selectFile(displayText(chosen));  // the dialog has not yet asked whether that file may go
+    dialog.selectFile(displayText(chosen));  // the dialog hasn't asked yet whether to replace that file
   }
   return std::nullopt;
 }

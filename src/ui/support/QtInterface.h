@@ -10,12 +10,12 @@ class QMessageBox;
 
 namespace mirvel::ui {
 
-/// Alerts and panels as message boxes and file dialogs of Qt.
+/// Implements alerts and panels with Qt's message boxes and file dialogs.
 class QtInterface final : public Interface {
  public:
   QtInterface(Defaults& defaults, const Localize& localize);
 
-  /// The main window: the sheets' owner, and that of alerts while no other window of the program is active.
+  /// Sets the main window: the parent of sheets, and of alerts while no other window of the program is active.
   void setWindow(QWidget* window) { m_window = window; }
 
   void beginSheet(const Alert& question, std::function<void(int)> completion) override;

@@ -13,7 +13,7 @@ using Milliseconds = std::chrono::milliseconds;
 
 std::chrono::nanoseconds duration(double seconds) {
   constexpr double longest = 100.0 * 365 * 86400;
-  if (!(seconds > 0)) return {};  // nor of what isn't a number
+  if (!(seconds > 0)) return {};  // negative, zero or NaN
   return std::chrono::duration_cast<std::chrono::nanoseconds>(
       std::chrono::duration<double>(std::min(seconds, longest)));
 }
@@ -27,7 +27,8 @@ QtMainQueue::QtMainQueue() {
 }
 
 QtMainQueue::~QtMainQueue() {
-  std::multimap<Clock::time_point, Task> dropped;  // outside the lock: what a task holds may post at its own end
+  std::multimap<Clock::time_point, Task>
+      dropped;  // destroyed after the lock is released: destroying a task's captures may call post()
   const std::lock_guard lock(m_mutex);
   m_isEnding = true;
   dropped.swap(m_tasks);
@@ -43,7 +44,7 @@ void QtMainQueue::postAfter(double seconds, Task task) {
     const std::lock_guard lock(m_mutex);
     if (m_isEnding) return;
     const auto added = m_tasks.emplace(due, std::move(task));
-    if (added != m_tasks.begin()) return;  // the timer is set, or about to be set, for an earlier one
+    if (added != m_tasks.begin()) return;  // the timer covers an earlier task
   }
   if (QThread::currentThread() == m_timer.thread()) {
     arm();
@@ -57,20 +58,21 @@ void QtMainQueue::sleep(double seconds) {
   std::this_thread::sleep_for(duration(seconds));
 }
 
-/// Sets the timer for the earliest task.
+/// Starts the timer for the earliest task.
 void QtMainQueue::arm() {
   const auto due = earliest();
   if (!due) return m_timer.stop();
-  constexpr Milliseconds longest = std::chrono::hours(24);  // a timer that is early is set again
+  constexpr Milliseconds longest = std::chrono::hours(24);  // on an early timeout the timer is started again
   const auto wait = std::chrono::ceil<Milliseconds>(*due - Clock::now());
   m_timer.start(std::clamp(wait, Milliseconds(0), longest));
 }
 
-/// Runs what is due now. What its tasks post has to wait for the next pass, so that input isn't held up.
+/// Runs the tasks that are due now. Tasks that they post wait for the next pass of the event loop, so that input is
+/// handled in between.
 void QtMainQueue::runDue() {
   const auto limit = Clock::now();
   while (const Task task = takeDue(limit)) {
-    arm();  // before the task, which may run an event loop of its own
+    arm();  // before the task, because it may run a nested event loop
     task();
   }
   arm();

@@ -11,10 +11,11 @@
 
 namespace mirvel::ui {
 
-/// The event loop of the application as the main queue. Tasks run in the order of their times, those of equal times in
-/// the order in which they were posted; also below a modal dialog that a task opens.
+/// Implements the main queue with the application's event loop. Tasks run in the order of their due times, and those of
+/// equal times in the order of posting; also while a modal dialog opened by a task is running.
 ///
-/// Made and destroyed on the main thread, after the last thread that posts has ended; what is pending then is dropped.
+/// Must be created and destroyed on the main thread, and outlive all threads that post. Pending tasks are dropped on
+/// destruction.
 class QtMainQueue final : public MainQueue {
  public:
   QtMainQueue();

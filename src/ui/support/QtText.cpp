@@ -19,7 +19,8 @@ QString displayText(const std::filesystem::path& path) {
 std::optional<QString> qtPath(const std::filesystem::path& path) {
   const QByteArray bytes = QByteArray::fromStdString(path.native());
   const QString text = QFile::decodeName(bytes);
-  // An older macOS file system gives names in decomposed form, which Qt composes: another spelling, the same file.
+  // Older macOS file systems return decomposed names, which Qt composes; that spelling refers to the same file, so only
+  // replacement characters are a loss.
   if (QFile::encodeName(text) != bytes && text.contains(QChar::ReplacementCharacter)) return std::nullopt;
   return text;
 }

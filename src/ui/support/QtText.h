@@ -9,13 +9,13 @@
 
 namespace mirvel::ui {
 
-/// The border between the core's text and Qt's. What isn't UTF-8 shows as replacement characters.
+/// Converts between the core's UTF-8 and Qt's text. Invalid UTF-8 becomes replacement characters.
 QString qt(std::string_view text);
 std::string utf8(const QString& text);
 
-/// A path to be shown. One that isn't UTF-8 can't be opened by it any more.
+/// A path for display only: if it isn't valid UTF-8, the result doesn't lead back to the file.
 QString displayText(const std::filesystem::path& path);
-/// A path to be handed to Qt for use; none if Qt can't hold it without loss.
+/// A path for passing to Qt; nullopt if Qt can't represent it without loss.
 std::optional<QString> qtPath(const std::filesystem::path& path);
 std::filesystem::path path(const QString& qtPath);
 

@@ -12,8 +12,8 @@
 
 #include "core/process/UserName.h"
 #include "ui/support/FileManager.h"
-#include "ui/support/Picture.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ReadPicture.h"
 
 namespace mirvel::ui {
 

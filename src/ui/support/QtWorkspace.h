@@ -7,10 +7,10 @@
 
 namespace mirvel::ui {
 
-/// The desktop as Qt and the platform's file manager offer it.
+/// Implements the workspace with Qt and the platform's file manager.
 class QtWorkspace final : public Workspace {
  public:
-  /// Applications are looked for in these folders and in the folders directly in them.
+  /// Applications are searched for in these folders and their direct subfolders.
   explicit QtWorkspace(std::vector<std::filesystem::path> applicationFolders = platformApplicationFolders());
 
   static std::vector<std::filesystem::path> platformApplicationFolders();
@@ -22,7 +22,7 @@ class QtWorkspace final : public Workspace {
   std::string displayName(const std::filesystem::path& path) override;
   std::optional<Image> image(const std::filesystem::path& file) override;
   std::string fullUserName() override;
-  /// Another name than the one that the machine knows.
+  /// Replaces the full user name that the system reports.
   void setFullUserName(std::string name) { m_fullUserName = std::move(name); }
   void copy(const std::string& text, const std::optional<URL>& file) override;
   void beep() override;

@@ -4,7 +4,7 @@
 
 namespace mirvel::ui {
 
-/// A radio button that is seen in any palette, on or not.
+/// A radio button whose outline is visible with any palette, checked or not.
 class RadioButton final : public QRadioButton {
  public:
   using QRadioButton::QRadioButton;

@@ -21,7 +21,7 @@ void SheetViewController::restoreSize(QSize usual) {
 }
 
 void SheetViewController::done(int result) {
-  // Settings that can't be written cost just that.
+  // If the settings can't be written, only the size is lost.
   if (m_hasSize) (void)m_defaults.setText(m_key, textOf({width(), height()}));
   QDialog::done(result);
 }

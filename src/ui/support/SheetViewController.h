@@ -7,17 +7,17 @@
 
 namespace mirvel::ui {
 
-/// A sheet on the main window: keeps all else from being used, and goes when it is closed. The size that the user gives
-/// it is kept under its frame name.
+/// A window-modal sheet of the main window that is deleted when it closes. If the user can resize it, its size is
+/// stored under the frame name.
 class SheetViewController : public QDialog {
  public:
   void done(int result) override;
 
  protected:
-  /// The window owns the sheet; the settings outlive it.
+  /// `window` becomes the parent; `defaults` must outlive the sheet.
   SheetViewController(QWidget& window, Defaults& defaults, const char* frameName);
 
-  /// Gives it the size that it had last, or else this one. For a sheet that the user can size.
+  /// Restores the stored size, or applies `usual` if there is none. Only for resizable sheets.
   void restoreSize(QSize usual);
 
  private:

@@ -5,12 +5,13 @@
 
 namespace mirvel::ui {
 
-/// A text to be shown, cut with an ellipsis where it is longer than anyone reads: to lay it out would take seconds.
+/// A text for display, truncated with an ellipsis if it is longer than anyone would read, because laying it out would
+/// take seconds.
 QString shownText(std::string_view text);
-/// Likewise, for a tool tip: a text that looks like markup is shown as it stands.
+/// The same for a tool tip, with markup escaped.
 QString shownToolTip(std::string_view text);
 
-/// A path to be shown: it runs from left to right in any text (Unicode Standard Annex 9, isolates).
+/// Makes a path run from left to right within any text (Unicode Standard Annex 9, isolates).
 QString leftToRight(const QString& path);
 
 }  // namespace mirvel::ui

@@ -23,12 +23,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using Length = quint32;  // of the argument that follows, big-endian
+using Length = quint32;  // the length of the following argument, big-endian
 
 constexpr qsizetype mostBytes = 65536;
 constexpr qsizetype headSize = sizeof(Length);
 constexpr int mostPeers = 16;
-constexpr int patience = 5000;  // milliseconds, for a peer to speak or to answer
+constexpr int patience = 5000;  // milliseconds to wait for a peer's message or reply
 constexpr char answer = '\x06';
 
 bool isPrivate(const fs::path& folder) {
@@ -43,7 +43,7 @@ QByteArray framed(const QByteArray& argument) {
   return head + argument;
 }
 
-/// Whether the start of a message promises more than a message may hold.
+/// Whether the message exceeds the maximum length, or the length that it announces.
 bool isTooLong(const QByteArray& bytes) {
   if (bytes.size() < headSize) return false;
   const auto length = static_cast<qsizetype>(qFromBigEndian<Length>(bytes.constData()));
@@ -57,7 +57,7 @@ bool isComplete(const QByteArray& bytes) {
 }  // namespace
 
 SingleInstance::SingleInstance(const QString& key, std::optional<fs::path> folder) : m_folder(std::move(folder)) {
-  // Short, since the addresses of sockets are (about 100 bytes; unix(7)).
+  // Hashed to keep it short: socket addresses are limited to about 100 bytes; unix(7).
   const QByteArray hash = QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha256).toHex().left(16);
   m_name = QStringLiteral("mirvel-") + QString::fromLatin1(hash);
   connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::accept);
@@ -71,7 +71,7 @@ std::optional<fs::path> SingleInstance::privateFolder() {
   std::error_code failure;
   const fs::path own = fs::temp_directory_path(failure) / ("mirvel-" + std::to_string(::getuid()));
   if (failure) return std::nullopt;
-  (void)::mkdir(own.c_str(), 0700);  // it may be there
+  (void)::mkdir(own.c_str(), 0700);  // may exist already
   if (isPrivate(own)) return own;
   return std::nullopt;
 }
@@ -80,12 +80,12 @@ SingleInstance::Role SingleInstance::claim() {
   const auto lockFile = m_folder ? qtPath(place(".lock")) : std::nullopt;
   if (!lockFile) return Role::First;
   m_lock = std::make_unique<QLockFile>(*lockFile);
-  m_lock->setStaleLockTime(0);  // not by age, only when its program has gone
+  m_lock->setStaleLockTime(0);  // stale only if its process has ended, whatever its age
   if (!m_lock->tryLock(0)) return m_lock->error() == QLockFile::LockFailedError ? Role::Second : Role::First;
   const QString address = *qtPath(place(".socket"));
-  QLocalServer::removeServer(address);  // of a program that crashed
+  QLocalServer::removeServer(address);  // left by a program that crashed
   m_server.setSocketOptions(QLocalServer::UserAccessOption);
-  (void)m_server.listen(address);  // a first program that can't be told anything still works
+  (void)m_server.listen(address);  // without a socket the first instance still works
   return Role::First;
 }
 
@@ -98,7 +98,7 @@ bool SingleInstance::hand(const QString& argument) {
   socket.connectToServer(*address);
   while (!socket.waitForConnected(static_cast<int>(deadline.remainingTime()))) {
     if (deadline.hasExpired()) return false;
-    QThread::msleep(20);  // it has the place and is about to listen
+    QThread::msleep(20);  // the first instance holds the lock and is about to listen
     socket.connectToServer(*address);
   }
   socket.write(framed(bytes));
@@ -122,17 +122,17 @@ void SingleInstance::accept() {
   }
 }
 
-/// Waits for the whole message without taking anything of it.
+/// Peeks until the whole message has arrived.
 void SingleInstance::read(QLocalSocket& peer) {
   const QByteArray bytes = peer.peek(headSize + mostBytes + 1);
   if (isTooLong(bytes)) return peer.abort();
   if (!isComplete(bytes)) return;
   const QByteArray text = bytes.mid(headSize);
   const QString argument = QString::fromUtf8(text);
-  if (argument.toUtf8() != text) return peer.abort();  // no UTF-8
+  if (argument.toUtf8() != text) return peer.abort();  // not UTF-8
   disconnect(&peer, &QLocalSocket::readyRead, this, nullptr);
   peer.write(&answer, 1);
-  peer.disconnectFromServer();  // once that is written
+  peer.disconnectFromServer();  // after the answer has been written
   Q_EMIT received(argument);
 }
 

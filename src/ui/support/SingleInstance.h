@@ -12,30 +12,30 @@ class QLocalSocket;
 
 namespace mirvel::ui {
 
-/// Lets the program run once per user: a second start hands its argument to the first and ends.
+/// Limits the program to one instance per user: a second instance passes its argument to the first and exits.
 class SingleInstance final : public QObject {
   Q_OBJECT
 
  public:
   enum class Role { First, Second };
 
-  /// Programs with other keys are other programs. The folder must be the user's alone.
+  /// Instances with different keys don't affect each other. The folder must be private to the user.
   explicit SingleInstance(const QString& key, std::optional<std::filesystem::path> folder = privateFolder());
   ~SingleInstance() override;
 
-  /// `$XDG_RUNTIME_DIR`, or a folder of the user's own below the temporary one, made if need be; none if neither can be
-  /// trusted.
+  /// `$XDG_RUNTIME_DIR`, or a folder of the user in the temporary folder, created if necessary; nullopt if neither is
+  /// private to the user.
   static std::optional<std::filesystem::path> privateFolder();
 
-  /// Takes the first place until the end of this object, if it is free; the place of a program that crashed is. A
-  /// program that can't tell, for want of a folder, is the first too. To be called once.
+  /// Claims the first role until this object is destroyed, unless another running instance holds it; that of a crashed
+  /// instance is free. Without a usable folder the role is First too. Must be called once only.
   Role claim();
-  /// Of a second program: gives the first an argument of up to 64 KiB of UTF-8, which may be empty. Waits for up to
-  /// five seconds; false: the first doesn't answer.
+  /// Called by a second instance: passes an argument of up to 64 KiB of UTF-8, which may be empty, to the first. Waits
+  /// for up to five seconds; returns false if the first instance doesn't answer.
   bool hand(const QString& argument);
 
  Q_SIGNALS:
-  /// Of a first program: a second one was started with this argument, empty if with none.
+  /// Emitted in the first instance when a second one was started; the argument is empty if it had none.
   void received(const QString& argument);
 
  private:
@@ -45,7 +45,7 @@ class SingleInstance final : public QObject {
 
   std::optional<std::filesystem::path> m_folder;
   QString m_name;
-  std::unique_ptr<QLockFile> m_lock;  // held longer than the server
+  std::unique_ptr<QLockFile> m_lock;  // declared first, so that the lock is released after the server has closed
   QLocalServer m_server;
 };
 

@@ -14,7 +14,7 @@ namespace mirvel::ui {
 namespace {
 
 constexpr char colorWord[] = "currentColor";
-constexpr double disabledOpacity = 0.4;  // of an icon with colours of its own
+constexpr double disabledOpacity = 0.4;  // for icons with their own colours
 
 QColor colorOf(QIcon::Mode mode) {
   const QPalette palette = QGuiApplication::palette();

@@ -5,8 +5,8 @@
 
 namespace mirvel::ui {
 
-/// An icon drawn from SVG, crisp at every size and pixel ratio. `currentColor` in it is the palette's colour of text on
-/// buttons at the time of drawing (disabled and selected accordingly); an icon without it keeps its colours.
+/// Draws an icon from SVG, crisp at every size and pixel ratio. `currentColor` becomes the palette's button text colour
+/// at the time of drawing (for the disabled and selected state as well); an icon without it keeps its colours.
 class SvgIconEngine final : public QIconEngine {
  public:
   explicit SvgIconEngine(QByteArray svg);

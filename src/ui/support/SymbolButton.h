@@ -5,11 +5,11 @@
 
 namespace mirvel::ui {
 
-/// A flat button with a symbol (see `IconLoader::symbol`), whose title is its tool tip and what is read out of it. It
-/// takes the keys from the Tab key, not from a click.
+/// Creates a flat button with a symbol (see `IconLoader::symbol`). The title is its tool tip and accessible name. It
+/// gets the focus by Tab, but not by a click.
 QToolButton* symbolButton(const char* symbol, const std::string& title, QWidget* parent = nullptr);
 
-/// Names for the ear what Qt put into a widget by itself: the buttons without a text.
+/// Gives accessible names to the buttons without text that Qt has put into a widget.
 void nameButtons(const QWidget& owner, const QString& name);
 
 }  // namespace mirvel::ui

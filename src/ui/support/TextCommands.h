@@ -11,18 +11,19 @@ class QMenu;
 
 namespace mirvel::ui {
 
-/// A command that every text widget knows.
+/// A command that every text widget has.
 struct TextCommand {
   std::string title;
-  const char* slot;  ///< of the widget
+  const char* slot;  ///< slot of the text widget
   QKeySequence::StandardKey key;
   const char* symbol = nullptr;
 };
 
-/// From Undo to Select All.
+/// Undo, Redo, Cut, Copy, Paste and Select All, in this order.
 std::vector<TextCommand> textCommands(const Localize& localize);
 
-/// Adds a command to a menu, and a separator behind Redo. Its key is only shown: text widgets take it by themselves.
+/// Adds a command to a menu, with a separator after Redo. The shortcut is only displayed, because text widgets handle
+/// it themselves.
 QAction* addTextCommand(QMenu& menu, const TextCommand& command);
 
 }  // namespace mirvel::ui

@@ -37,7 +37,7 @@ bool TextKeys::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::ShortcutOverride) return false;
   const auto* const widget = qobject_cast<const QWidget*>(watched);
   if (!widget || !takesText(*widget) || !isDeleting(static_cast<const QKeyEvent&>(*event))) return false;
-  event->accept();  // comes back as a key press
+  event->accept();  // is then delivered as a key press
   return true;
 }
 

@@ -4,11 +4,11 @@
 
 namespace mirvel::ui {
 
-/// Leaves the keys that delete text to the field in which one types, where the menu has shortcuts of the same keys:
-/// those delete jobs.
+/// Keeps the keys that delete text in an editable field from triggering menu shortcuts of the same keys, which would
+/// delete jobs.
 class TextKeys final : public QObject {
  public:
-  /// Looks after all fields of the application as long as it lives.
+  /// Filters the events of all widgets of the application for as long as it exists.
   explicit TextKeys(QObject* parent);
 
  protected:

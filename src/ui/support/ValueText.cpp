@@ -25,7 +25,7 @@ ValueText::ValueText(const QString& text, QWidget* parent) : QTextEdit(parent) {
 }
 
 void ValueText::setTextDirection(Qt::LayoutDirection direction) {
-  // A text from left to right in a right-to-left window stands at its right all the same.
+  // In a right-to-left window, left-to-right text is aligned to the right as well.
   QTextOption option(Qt::AlignAbsolute | (isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft));
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   option.setTextDirection(direction);
@@ -61,7 +61,7 @@ void ValueText::fitHeight() {
 }
 
 void ValueText::wheelEvent(QWheelEvent* event) {
-  event->ignore();  // the pane around it scrolls
+  event->ignore();  // scrolls the surrounding pane
 }
 
 }  // namespace mirvel::ui

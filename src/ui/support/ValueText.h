@@ -4,14 +4,14 @@
 
 namespace mirvel::ui {
 
-/// A text to be read, selected and copied, as tall as it needs to be. A word that is wider than the widget, such as a
-/// path, is broken, which a label can't do.
+/// A read-only text that can be selected and copied, as high as its contents. Unlike a label, it breaks words that are
+/// wider than the widget, such as paths.
 class ValueText final : public QTextEdit {
  public:
   explicit ValueText(const QString& text, QWidget* parent = nullptr);
 
   void setTextFont(const QFont& font);
-  /// In the font of code, and from left to right in any language.
+  /// Uses a fixed-width font, and left-to-right direction in any language.
   void setCode();
 
   QSize sizeHint() const override;

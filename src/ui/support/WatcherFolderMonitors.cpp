@@ -23,8 +23,8 @@ namespace {
 
 constexpr std::size_t mostFiles = 500;  // each may cost a file descriptor
 
-/// Watches the folder, its files, and each folder on the way to it. Qt tells that a folder has changed, not in which of
-/// its entries: news of the way counts only if the way leads elsewhere than before.
+/// Watches a folder, its files, and each folder along its path. Qt reports that a folder has changed but not which
+/// entry, so a change along the path counts only if the path leads elsewhere than before.
 class WatcherFolderMonitor final : public FolderMonitor {
  public:
   WatcherFolderMonitor(fs::path folder, std::function<void()> folderDidChange)
@@ -38,7 +38,7 @@ class WatcherFolderMonitor final : public FolderMonitor {
   }
 
  private:
-  /// What stands at each step of the way, by device and number.
+  /// The entries along the path, by device and inode number.
   using Way = std::vector<std::pair<dev_t, ino_t>>;
 
   void pathDidChange(const QString& path);
@@ -50,14 +50,14 @@ class WatcherFolderMonitor final : public FolderMonitor {
   fs::path m_folder;
   std::function<void()> m_folderDidChange;
   QFileSystemWatcher m_watcher;
-  QTimer m_soon;  // after a batch of news
+  QTimer m_soon;  // coalesces a batch of notifications
   Way m_way;
-  QString m_watchedFolder;  // free of links; empty: it isn't there
+  QString m_watchedFolder;  // resolved; empty if it doesn't exist
   bool m_isOfFolder = false;
 };
 
 void WatcherFolderMonitor::pathDidChange(const QString& path) {
-  // A path in whose place something else stands now would stay listed, and yet not be watched.
+  // A path that has been replaced would remain in the watcher's list without being watched.
   m_watcher.removePath(path);
   if (!m_watchedFolder.isEmpty() && path.startsWith(m_watchedFolder)) m_isOfFolder = true;
   if (!m_soon.isActive()) m_soon.start(0);
@@ -68,11 +68,11 @@ void WatcherFolderMonitor::look() {
   const bool isNews = std::exchange(m_isOfFolder, false) || way != m_way;
   m_way = std::move(way);
   if (!isNews) return;
-  const auto folderDidChange = m_folderDidChange;  // the call may end this monitor
+  const auto folderDidChange = m_folderDidChange;  // a copy, since the call may destroy this monitor
   folderDidChange();
 }
 
-/// Watches what is there now, and gives the way.
+/// Watches what exists now, and returns the way.
 WatcherFolderMonitor::Way WatcherFolderMonitor::arm() {
   Way way;
   QStringList paths;
@@ -109,7 +109,8 @@ void WatcherFolderMonitor::watchOnly(const QStringList& paths) {
   const QStringList gone = (present - wanted).values();
   const QStringList added = (wanted - present).values();
   if (!gone.isEmpty()) (void)m_watcher.removePaths(gone);
-  if (!added.isEmpty()) (void)m_watcher.addPaths(added);  // a path that has just gone makes its folder speak
+  if (!added.isEmpty())
+    (void)m_watcher.addPaths(added);  // if a path has just been removed, its folder reports a change
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 
 namespace mirvel::ui {
 
-/// Folder monitors by what Qt offers on every platform. Of very full folders a change in place may be missed, since
-/// every file has to be watched for it.
+/// Implements folder monitors with QFileSystemWatcher, which works on every platform. In a folder with more than 500
+/// files, changes of file contents may be missed, since every file needs a watch of its own.
 class WatcherFolderMonitors final : public FolderMonitors {
  public:
   std::unique_ptr<FolderMonitor> watch(const std::filesystem::path& folder,

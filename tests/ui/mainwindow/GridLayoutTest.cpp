@@ -25,11 +25,11 @@ GridLayout threeGroups() {
 constexpr int secondTop = 20 + 3 * 80 + 5;
 constexpr int thirdTop = secondTop + 20 + 80 + 5;
 
-TEST(GridLayoutTest, ColumnsShareTheWidthAndNeverRunOut) {
+TEST(GridLayoutTest, ColumnsFillTheWidthAndThereIsAtLeastOne) {
   const struct {
     int width;
     int columns;
-    int lines;  // of the seven items
+    int lines;  // lines of the group with seven items
   } rows[] = {{0, 1, 7}, {119, 1, 7}, {219, 1, 7}, {220, 2, 4}, {319, 2, 4}, {320, 3, 3}, {719, 6, 2}, {720, 7, 1}};
   for (const auto& row : rows) {
     GridLayout layout = threeGroups();
@@ -43,7 +43,7 @@ TEST(GridLayoutTest, ColumnsShareTheWidthAndNeverRunOut) {
   }
 }
 
-TEST(GridLayoutTest, ItemsStandUnderTheirHeaders) {
+TEST(GridLayoutTest, ItemsArePlacedBelowTheirHeader) {
   GridLayout layout = threeGroups();
   const struct {
     int row;
@@ -69,14 +69,14 @@ TEST(GridLayoutTest, ItemsStandUnderTheirHeaders) {
   EXPECT_EQ(layout.height(), thirdTop + 20 + 160 + 5);
 }
 
-TEST(GridLayoutTest, BesideTheItemsThereIsNone) {
+TEST(GridLayoutTest, NoItemIsHitBesideTheCells) {
   const GridLayout layout = threeGroups();
   const QPoint points[] = {{-5, 50},  {5, 50},    {120, 50}, {345, 50}, {60, 10},
                            {60, 262}, {170, 200}, {60, 900}, {60, -1}};
   for (const QPoint point : points) EXPECT_EQ(layout.itemAt(point), -1) << point.x() << ", " << point.y();
 }
 
-TEST(GridLayoutTest, AHeaderStaysInSightWithItsGroup) {
+TEST(GridLayoutTest, HeaderStaysVisibleWithItsGroup) {
   const GridLayout layout = threeGroups();
   const struct {
     int section;
@@ -85,7 +85,7 @@ TEST(GridLayoutTest, AHeaderStaysInSightWithItsGroup) {
   } rows[] = {{0, 0, 0},
               {0, 100, 100},
               {0, secondTop - 20, secondTop - 20},
-              {0, secondTop - 10, secondTop - 20},  // pushed out by the next
+              {0, secondTop - 10, secondTop - 20},  // pushed up by the next header
               {1, 100, secondTop},
               {1, secondTop + 3, secondTop + 3},
               {2, 0, thirdTop}};
@@ -94,7 +94,7 @@ TEST(GridLayoutTest, AHeaderStaysInSightWithItsGroup) {
   }
 }
 
-TEST(GridLayoutTest, OnlyWhatReachesIntoTheStretchIsNamed) {
+TEST(GridLayoutTest, RangeQueriesReturnOverlappingRowsOnly) {
   const GridLayout layout = threeGroups();
   EXPECT_THAT(layout.itemsIn(0, 20), IsEmpty());
   EXPECT_THAT(layout.itemsIn(0, 21), ElementsAre(Pair(0, 2)));
@@ -108,7 +108,7 @@ TEST(GridLayoutTest, OnlyWhatReachesIntoTheStretchIsNamed) {
   EXPECT_THAT(layout.sectionsIn(10'000, 20'000), IsEmpty());
 }
 
-TEST(GridLayoutTest, UpAndDownGoThroughTheGroups) {
+TEST(GridLayoutTest, UpAndDownCrossGroups) {
   const GridLayout layout = threeGroups();
   const struct {
     int row;

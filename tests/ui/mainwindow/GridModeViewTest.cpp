@@ -4,12 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
-#include <QIdentityProxyModel>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QUrl>
 #include <functional>
-#include <set>
 
 #include "ui/mainwindow/ModeViewFixture.h"
 
@@ -23,7 +21,9 @@ using Names = std::vector<std::string>;
 class GridModeViewTest : public ModeViewFixture<GridModeView> {
  protected:
   GridView& grid() { return view().grid(); }
-  /// Three columns:  a1 a2 a3 / a4 a5 a6 / a7 - b1 b2 - c1 c2 c3 / c4 c5
+  /// Three columns:
+  ///
+  /// a1 a2 a3 / a4 a5 a6 / a7 - b1 b2 - c1 c2 c3 / c4 c5
   void showThreeColumns() {
     show({"a1", "a2", "a3", "a4", "a5", "a6", "a7", "b1", "b2", "c1", "c2", "c3", "c4", "c5"});
     fitColumns(3);
@@ -53,7 +53,7 @@ class GridModeViewTest : public ModeViewFixture<GridModeView> {
   void click(const std::string& name, Qt::KeyboardModifiers modifiers = {}) { click(grid(), named(name), modifiers); }
 };
 
-TEST_F(GridModeViewTest, KeysAndMouseMoveThroughLinesAndGroups) {
+TEST_F(GridModeViewTest, KeyboardAndMouseMoveThroughLinesAndGroups) {
   showThreeColumns();
   const struct {
     const char* act;
@@ -100,7 +100,7 @@ TEST_F(GridModeViewTest, KeysAndMouseMoveThroughLinesAndGroups) {
   }
 }
 
-TEST_F(GridModeViewTest, FromRightToLeftTheNextItemIsAtTheLeft) {
+TEST_F(GridModeViewTest, NextItemIsOnTheLeftInRightToLeftLayout) {
   showThreeColumns();
   view().setLayoutDirection(Qt::RightToLeft);
   testdata::settle();
@@ -114,7 +114,7 @@ TEST_F(GridModeViewTest, FromRightToLeftTheNextItemIsAtTheLeft) {
   EXPECT_EQ(selectedJob(), "a4");
 }
 
-TEST_F(GridModeViewTest, UnsavedChangesAreAskedAboutAtEveryClick) {
+TEST_F(GridModeViewTest, UnsavedChangesAskAtEveryClick) {
   showThreeColumns();
   click("a1");
   program().editing.setUnsavedChanges(true);
@@ -123,15 +123,15 @@ TEST_F(GridModeViewTest, UnsavedChangesAreAskedAboutAtEveryClick) {
     click(name);
     EXPECT_EQ(interface.sheets.size(), questions) << name;
     EXPECT_EQ(selectedJob(), "a1") << name;
-    EXPECT_EQ(markedName(grid()), name) << "the mark isn't put back";
+    EXPECT_EQ(markedName(grid()), name) << "the selection in the view isn't restored";
   }
   program().editing.setUnsavedChanges(false);
   click("b1");
-  EXPECT_EQ(selectedJob(), "b1") << "though it was marked before";
+  EXPECT_EQ(selectedJob(), "b1") << "although it was selected before";
   EXPECT_EQ(interface.sheets.size(), 5U);
 }
 
-TEST_F(GridModeViewTest, ARefreshKeepsPlaceAndSelection) {
+TEST_F(GridModeViewTest, ReloadKeepsScrollPositionAndSelection) {
   show(manyNames(200));
   fitColumns(3, 400);
   grid().verticalScrollBar()->setValue(1000);
@@ -150,7 +150,7 @@ TEST_F(GridModeViewTest, ARefreshKeepsPlaceAndSelection) {
   EXPECT_EQ(grid().model()->rowCount(), 201);
 }
 
-TEST_F(GridModeViewTest, OtherWidthsKeepTheMarkedItemWhereItIs) {
+TEST_F(GridModeViewTest, ResizingKeepsTheSelectedItemInPlace) {
   show(manyNames(200));
   fitColumns(3, 500);
   program().currentMode.view()->select(jobNamed("a1100")->url);
@@ -163,7 +163,7 @@ TEST_F(GridModeViewTest, OtherWidthsKeepTheMarkedItemWhereItIs) {
   }
 }
 
-TEST_F(GridModeViewTest, AShownItemIsClearOfThePinnedHeader) {
+TEST_F(GridModeViewTest, ScrollToKeepsItemsClearOfThePinnedHeader) {
   show(manyNames(100));
   fitColumns(3, 500);
   const int header = grid().grid().measures().header;
@@ -172,11 +172,11 @@ TEST_F(GridModeViewTest, AShownItemIsClearOfThePinnedHeader) {
     const QRect item = grid().visualRect(named(name));
     EXPECT_GE(item.top(), header) << name;
     EXPECT_LT(item.bottom(), grid().viewport()->height()) << name;
-    EXPECT_FALSE(grid().indexAt(QPoint(item.center().x(), header / 2)).isValid()) << "the header covers what is below";
+    EXPECT_FALSE(grid().indexAt(QPoint(item.center().x(), header / 2)).isValid()) << "the header covers items";
   }
 }
 
-TEST_F(GridModeViewTest, MenuAndDragAreThoseOfTheItem) {
+TEST_F(GridModeViewTest, ContextMenuAndDragBelongToTheItem) {
   show({"a & b", "b1"});
   const std::string reveal = foundation.localize.revealInFinder();
   QMenu* menu = menuAt(grid(), grid().visualRect(named("a & b")).center());
@@ -185,7 +185,7 @@ TEST_F(GridModeViewTest, MenuAndDragAreThoseOfTheItem) {
   choose(*menu, reveal);
   EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + path(Kind::userAgent, "a & b.plist").string()));
   menu->close();
-  EXPECT_EQ(selectedJob(), "") << "a menu selects nothing";
+  EXPECT_EQ(selectedJob(), "") << "a menu doesn't select";
   EXPECT_EQ(menuAt(grid(), QPoint(20, 5)), nullptr) << "a header";
 
   const std::unique_ptr<QMimeData> data(grid().model()->mimeData({named("b1")}));
@@ -196,7 +196,7 @@ TEST_F(GridModeViewTest, MenuAndDragAreThoseOfTheItem) {
   EXPECT_EQ(grid().model()->mimeData({named("own")}), nullptr);
 }
 
-TEST_F(GridModeViewTest, AnAssistiveProgramHearsAndPressesItems) {
+TEST_F(GridModeViewTest, AssistiveProgramsReadAndPressItems) {
   QAccessible::setActive(true);
   loginItems.ownItems = {{"own", "/own", {}, {}}};
   writeJob(Kind::userAgent, "off", {{"Disabled", true}});
@@ -230,7 +230,7 @@ TEST_F(GridModeViewTest, AnAssistiveProgramHearsAndPressesItems) {
   QAccessible::setActive(false);
 }
 
-TEST_F(GridModeViewTest, AnEmptyViewTellsWhy) {
+TEST_F(GridModeViewTest, EmptyViewShowsTheReason) {
   (void)view();
   int asked = 0;
   const auto label = grid().emptyLabel;
@@ -249,26 +249,9 @@ TEST_F(GridModeViewTest, AnEmptyViewTellsWhy) {
   EXPECT_EQ(asked, 0);
 }
 
-/// Notes which rows it is asked for.
-class Asked final : public QIdentityProxyModel {
- public:
-  mutable std::set<int> rows;
-
-  QVariant data(const QModelIndex& index, int role) const override {
-    rows.insert(index.row());
-    return QIdentityProxyModel::data(index, role);
-  }
-};
-
-TEST_F(GridModeViewTest, OfTenThousandJobsOnlyThoseInSightAreAskedFor) {
-  Jobs jobs;
-  for (int i = 0; i < 10'000; ++i) {
-    const std::string name = "job" + std::to_string(i);
-    jobs.push_back(std::make_shared<Job>(i % 3 == 0 ? Kind::userAgent : Kind::localDaemon, name, "", name,
-                                         URL::file("/jobs/" + name + ".plist")));
-  }
-  view().mode().update(jobs);
-  Asked asked;
+TEST_F(GridModeViewTest, OnlyVisibleItemsOfTenThousandAreRequested) {
+  view().mode().update(tenThousandJobs());
+  RequestedRows asked;
   asked.setSourceModel(grid().model());
   GridView second;
   second.setGroups(grid().groups());

@@ -11,7 +11,7 @@ namespace {
 
 using HostLineTest = WindowFixture;
 
-TEST_F(HostLineTest, SaysWhyJobsDoNotRunAsLongAsTheyDoNot) {
+TEST_F(HostLineTest, ShowsTheReasonWhileJobsCannotRun) {
   const auto* const line = window().findChild<HostLine*>();
   ASSERT_NE(line, nullptr);
   EXPECT_FALSE(line->isVisible());

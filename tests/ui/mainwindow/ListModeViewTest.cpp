@@ -1,12 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QIdentityProxyModel>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QUrl>
 #include <functional>
-#include <set>
 
 #include "ui/mainwindow/WindowFixture.h"
 
@@ -29,7 +27,7 @@ class ListModeViewTest : public WindowFixture {
   }
 };
 
-TEST_F(ListModeViewTest, MouseAndKeysSelectTheJobAndShowIt) {
+TEST_F(ListModeViewTest, MouseAndKeyboardSelectAndShowTheJob) {
   fill({"alpha", "beta", "gamma", "golf"});
   expectSelected("", "at first");
   const struct {
@@ -59,7 +57,7 @@ TEST_F(ListModeViewTest, MouseAndKeysSelectTheJobAndShowIt) {
   }
 }
 
-TEST_F(ListModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
+TEST_F(ListModeViewTest, UnsavedChangesKeepTheSelectionAndAskOnce) {
   fill({"alpha", "beta", "gamma"});
   click(1);
   const std::pair<const char*, std::function<void()>> acts[] = {
@@ -87,7 +85,7 @@ TEST_F(ListModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
   expectSelected("alpha", "saved");
 }
 
-TEST_F(ListModeViewTest, HeaderSortsUpThenDownAndKeepsTheSelectedJob) {
+TEST_F(ListModeViewTest, HeaderTogglesTheSortOrderAndKeepsTheSelection) {
   fill({"b", "c", "a"});
   writeJob(Kind::userAgent, "d", {{"Program", "/a"}});
   scan();
@@ -108,7 +106,7 @@ TEST_F(ListModeViewTest, HeaderSortsUpThenDownAndKeepsTheSelectedJob) {
   EXPECT_EQ(texts(table()), rows[4].order) << "a scan keeps the order";
 }
 
-TEST_F(ListModeViewTest, MenuOfARowIsThatOfItsJob) {
+TEST_F(ListModeViewTest, ContextMenuBelongsToTheRowsJob) {
   fill({"alpha", "beta & co", "gamma"});
   click(0);
   const std::string reveal = foundation.localize.revealInFinder();
@@ -125,7 +123,7 @@ TEST_F(ListModeViewTest, MenuOfARowIsThatOfItsJob) {
   EXPECT_EQ(menuAt(table(), cell(2).center() + QPoint(0, 60)), nullptr) << "below the rows";
 }
 
-TEST_F(ListModeViewTest, TheOtherMouseButtonSelectsNothing) {
+TEST_F(ListModeViewTest, RightClickDoesNotChangeTheSelection) {
   fill({"alpha", "beta"});
   click(0);
   QTest::mouseClick(table().viewport(), Qt::RightButton, {}, cell(1).center());
@@ -133,7 +131,7 @@ TEST_F(ListModeViewTest, TheOtherMouseButtonSelectsNothing) {
   EXPECT_EQ(table().currentIndex().row(), 0);
 }
 
-TEST_F(ListModeViewTest, ColumnsTheirWidthsAndTheSortOrderComeBack) {
+TEST_F(ListModeViewTest, ColumnLayoutAndSortOrderAreRestored) {
   IconLoader icons;
   {
     ListModeView first(program(), icons);
@@ -158,16 +156,17 @@ TEST_F(ListModeViewTest, ColumnsTheirWidthsAndTheSortOrderComeBack) {
   EXPECT_EQ(texts(second.table()), (Names{"b", "a"}));
 }
 
-TEST_F(ListModeViewTest, MenuKeyOpensTheMenuOfTheMarkedRow) {
+TEST_F(ListModeViewTest, MenuKeyOpensTheMenuOfTheSelectedRow) {
   fill({"alpha", "beta", "gamma"});
   for (const bool isNameHidden : {false, true}) {
     table().setColumnHidden(0, isNameHidden);
     for (const char* name : {"alpha", "gamma"}) {
       program().currentMode.view()->select(URL::file(path(Kind::userAgent, std::string(name) + ".plist")));
-      window().activateWindow();  // as it isn't any more once a menu has been up
+      window().activateWindow();  // no longer active after a menu has been open
       ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
       table().setFocus();
-      QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());  // as the platform tells of the key
+      QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(),
+                            QPoint());  // as sent by the platform for the menu key
       QCoreApplication::sendEvent(window().windowHandle(), &key);
       auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
       ASSERT_NE(menu, nullptr) << name;
@@ -178,7 +177,7 @@ TEST_F(ListModeViewTest, MenuKeyOpensTheMenuOfTheMarkedRow) {
   }
 }
 
-TEST_F(ListModeViewTest, HeaderMenuHidesColumnsButTheLast) {
+TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
   fill({"alpha"});
   const auto chooseInHeader = [&](const std::string& title) {
     QMenu* menu = menuAt(header(), QPoint(20, header().height() / 2));
@@ -206,7 +205,7 @@ TEST_F(ListModeViewTest, HeaderMenuHidesColumnsButTheLast) {
   EXPECT_LT(table().columnWidth(0), before);
 }
 
-TEST_F(ListModeViewTest, ColumnMenuTicksWhatIsShown) {
+TEST_F(ListModeViewTest, ColumnMenuChecksVisibleColumns) {
   fill({});
   table().setVisibleColumns({List::name, List::run});
   QMenu menu;
@@ -218,7 +217,7 @@ TEST_F(ListModeViewTest, ColumnMenuTicksWhatIsShown) {
   EXPECT_THAT(ticked, ElementsAre("Name", "Run"));
 }
 
-TEST_F(ListModeViewTest, DragTakesTheFileOfAJobAndNothingOfALoginItem) {
+TEST_F(ListModeViewTest, DragCarriesTheJobFileAndNothingForLoginItems) {
   loginItems.ownItems = {{"item", "/opt/item", {}, {}}};
   fill({"with b#?%"});
   ASSERT_THAT(texts(table()), ElementsAre("with b#?%", "item"));
@@ -233,26 +232,10 @@ TEST_F(ListModeViewTest, DragTakesTheFileOfAJobAndNothingOfALoginItem) {
   EXPECT_EQ(table().model()->supportedDragActions(), Qt::CopyAction);
 }
 
-/// Notes the rows that a view asks for.
-class Asked final : public QIdentityProxyModel {
- public:
-  mutable std::set<int> rows;
-
-  QVariant data(const QModelIndex& index, int role) const override {
-    rows.insert(index.row());
-    return QIdentityProxyModel::data(index, role);
-  }
-};
-
-TEST_F(ListModeViewTest, TenThousandJobsAreFilteredAndScrolledByAskingOnlyForThoseInSight) {
+TEST_F(ListModeViewTest, OnlyVisibleRowsOfTenThousandAreRequested) {
   fill({});
-  Jobs jobs = program().catalogue.jobs();
-  for (int i = 0; i < 10'000; ++i) {
-    const std::string name = "job" + std::to_string(i);
-    jobs.push_back(std::make_shared<Job>(Kind::userAgent, name, "", name, URL::file("/jobs/" + name + ".plist")));
-  }
-  program().catalogue.publish(std::move(jobs));
-  Asked asked;
+  program().catalogue.publish(tenThousandJobs());
+  RequestedRows asked;
   asked.setSourceModel(table().model());
   ListTable second;
   second.setModel(&asked);
@@ -271,12 +254,12 @@ TEST_F(ListModeViewTest, TenThousandJobsAreFilteredAndScrolledByAskingOnlyForTho
     (void)second.grab();
     EXPECT_EQ(second.model()->rowCount(), row.found) << row.filter;
     EXPECT_EQ(asked.rows.contains(row.found - 1), row.found > 0) << row.filter;
-    EXPECT_LE(asked.rows.size(), 2 * 300U / 10) << row.filter << ": a screen at the top and one at the end";
+    EXPECT_LE(asked.rows.size(), 2 * 300U / 10) << row.filter << ": the visible rows at the top and at the bottom";
   }
   second.setModel(nullptr);
 }
 
-TEST_F(ListModeViewTest, ScanKeepsThePlaceToTheSide) {
+TEST_F(ListModeViewTest, ScanKeepsTheHorizontalScrollPosition) {
   fill({"alpha"});
   click(0);
   header().resizeSection(0, 3000);
@@ -292,7 +275,7 @@ TEST_F(ListModeViewTest, ScanKeepsThePlaceToTheSide) {
   EXPECT_EQ(bar.value(), place);
 }
 
-TEST_F(ListModeViewTest, ScanLeavesTheDetailsOfAnUnchangedJobAlone) {
+TEST_F(ListModeViewTest, ScanDoesNotRebuildTheDetailsOfAnUnchangedJob) {
   fill({"alpha", "beta"});
   click(0);
   const auto marking = [&] { return window().details().currentWidget()->findChild<QTextEdit*>(); };
@@ -303,7 +286,7 @@ TEST_F(ListModeViewTest, ScanLeavesTheDetailsOfAnUnchangedJobAlone) {
   EXPECT_TRUE(marking()->textCursor().hasSelection());
   writeJob(Kind::userAgent, "alpha", {{"Program", "/bin/other"}});
   scan();
-  EXPECT_FALSE(marking()->textCursor().hasSelection()) << "shown anew";
+  EXPECT_FALSE(marking()->textCursor().hasSelection()) << "rebuilt";
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ namespace mirvel::ui {
 
 namespace {
 
-/// So many rows of one text, in as many columns as the list has; notes which rows it is asked for.
+/// Rows of equal text in all columns of the list; records the rows for which data is requested.
 class Rows final : public QAbstractTableModel {
  public:
   int count = 0;
@@ -64,8 +64,8 @@ class ListTableTest : public testing::Test {
   int m_labels = 0;
 };
 
-TEST_F(ListTableTest, RightSizingShowsTheWidestCellWholeAndLeavesOtherColumns) {
-  m_rows.setCount(300);  // the widest is out of sight
+TEST_F(ListTableTest, RightSizingFitsTheWidestCellOfThatColumnOnly) {
+  m_rows.setCount(300);  // the widest row isn't visible
   for (const int length : {1, 10, 200}) {
     m_rows.text = QString(length, QLatin1Char('m'));
     m_table.header()->resizeSection(0, 77);
@@ -81,7 +81,7 @@ TEST_F(ListTableTest, RightSizingShowsTheWidestCellWholeAndLeavesOtherColumns) {
   EXPECT_TRUE(m_table.isColumnHidden(2));
 }
 
-TEST_F(ListTableTest, LabelIsAskedForOnlyWithoutRows) {
+TEST_F(ListTableTest, LabelIsShownOnlyWithoutRows) {
   const struct {
     int rows;
     bool isLabelled;
@@ -91,29 +91,29 @@ TEST_F(ListTableTest, LabelIsAskedForOnlyWithoutRows) {
     m_labels = 0;
     (void)m_table.grab();
     EXPECT_EQ(m_labels > 0, row.isLabelled) << row.rows;
-    EXPECT_EQ(m_table.alternatingRowColors(), !row.isLabelled) << "stripes would go through the label";
+    EXPECT_EQ(m_table.alternatingRowColors(), !row.isLabelled) << "stripes would run through the label";
   }
 }
 
-TEST_F(ListTableTest, RowsOutOfSightAreNotAskedFor) {
+TEST_F(ListTableTest, InvisibleRowsAreNotRequested) {
   m_rows.setCount(10'000);
   testdata::settle();
-  constexpr std::size_t fitting = 300 / 10;  // no row is lower than ten pixels
+  constexpr std::size_t fitting = 300 / 10;  // assuming rows of at least ten pixels
   for (const int place : {0, 5'000, 9'999}) {
     m_rows.asked.clear();
     m_table.scrollTo(m_rows.index(place, 0));
     testdata::settle();
     (void)m_table.grab();
     EXPECT_TRUE(m_rows.asked.contains(place));
-    EXPECT_LE(m_rows.asked.size(), fitting + 1) << place << ": the first, for the height of all, and those in sight";
+    EXPECT_LE(m_rows.asked.size(), fitting + 1) << place << ": the visible rows, and the first for the common height";
   }
   EXPECT_EQ(m_table.verticalScrollBar()->value(), m_table.verticalScrollBar()->maximum());
 }
 
-TEST_F(ListTableTest, MarkTellsNobodyAndAsksNobody) {
+TEST_F(ListTableTest, MarkNeitherAsksNorNotifies) {
   m_rows.setCount(3);
-  int told = 0;
-  m_table.selectionDidChange = [&](int) { ++told; };
+  int notifications = 0;
+  m_table.selectionDidChange = [&](int) { ++notifications; };
   m_table.selectionMayChange = [] { return false; };
   for (const int row : {2, 0, -1, 1}) {
     m_table.mark(row);
@@ -123,7 +123,7 @@ TEST_F(ListTableTest, MarkTellsNobodyAndAsksNobody) {
   }
   m_rows.setCount(2);
   EXPECT_TRUE(m_table.selectionModel()->selectedRows().isEmpty()) << "a reset leaves no row marked";
-  EXPECT_EQ(told, 0);
+  EXPECT_EQ(notifications, 0);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The letter behind an ampersand; null: there is none.
+/// The letter after the ampersand; null if there is none.
 QChar mnemonic(const QString& text) {
   const auto at = text.indexOf(QLatin1Char('&'));
   return at < 0 || at + 1 >= text.size() ? QChar() : text.at(at + 1).toLower();
@@ -35,7 +35,7 @@ class MainMenuTest : public WindowFixture {
     ADD_FAILURE() << "no item " << title;
     return menu.actions().front();
   }
-  /// As if the user opened it.
+  /// Simulates the user opening the menu.
   static void open(QMenu& menu) { emit menu.aboutToShow(); }
 };
 
@@ -62,13 +62,13 @@ TEST_F(MainMenuTest, EveryCommandCanBeReachedByKeyboard) {
       }
       for (const QKeySequence& keys : action->shortcuts()) {
         const bool isNew = ownerOfShortcut.emplace(keys.toString(), text).second;
-        EXPECT_TRUE(isNew) << utf8(text) << " has the keys of " << utf8(ownerOfShortcut[keys.toString()]);
+        EXPECT_TRUE(isNew) << utf8(text) << " has the shortcut of " << utf8(ownerOfShortcut[keys.toString()]);
       }
     }
   }
 }
 
-TEST_F(MainMenuTest, WhatIsNotThereIsNotShownAndWhatMayNotBeIsGrey) {
+TEST_F(MainMenuTest, UnavailableCommandsAreHiddenAndForbiddenOnesDisabled) {
   fill({"alpha"});
   QMenu& file = *menus().front();
   open(file);
@@ -90,7 +90,7 @@ TEST_F(MainMenuTest, WhatIsNotThereIsNotShownAndWhatMayNotBeIsGrey) {
   EXPECT_FALSE(item(file, "Delete")->isEnabled());
 }
 
-TEST_F(MainMenuTest, SharingOffersTheWaysThatThereAre) {
+TEST_F(MainMenuTest, ShareMenuListsTheAvailableWays) {
   fill({"alpha"});
   click(0);
   QMenu& share = *item(*menus().front(), "Share")->menu();
@@ -100,7 +100,7 @@ TEST_F(MainMenuTest, SharingOffersTheWaysThatThereAre) {
   EXPECT_THAT(workspace.deeds, ElementsAre(testing::HasSubstr("alpha.plist: <?xml")));
 }
 
-TEST_F(MainMenuTest, EditCommandsGoToTheFocus) {
+TEST_F(MainMenuTest, EditCommandsActOnTheFocusedWidget) {
   fill({"alpha"});
   QMenu& edit = *menus()[1];
   table().setFocus();

@@ -23,7 +23,7 @@ class MainWindowTest : public WindowFixture {
     window().filter().setFocus();
     QTest::keyClicks(&window().filter(), QString::fromUtf8(text));
   }
-  /// What is drawn behind the table, as its label tells it; null: it isn't asked for.
+  /// The text drawn in the empty table; nullopt if the view doesn't ask for one.
   std::optional<std::string> drawnLabel() {
     std::optional<std::string> drawn;
     const auto label = table().emptyLabel;
@@ -38,7 +38,7 @@ class MainWindowTest : public WindowFixture {
   }
 };
 
-TEST_F(MainWindowTest, FilterLeavesWhatHoldsItAndItsEndMarksTheSelectedJobAgain) {
+TEST_F(MainWindowTest, FilterShowsMatchesAndClearingItRestoresTheSelection) {
   fill({"alpha", "beta", "gamma"});
   const std::pair<const char*, std::function<void()>> ends[] = {
       {"escape", [&] { QTest::keyClick(&window().filter(), Qt::Key_Escape); }},
@@ -61,7 +61,7 @@ TEST_F(MainWindowTest, FilterLeavesWhatHoldsItAndItsEndMarksTheSelectedJobAgain)
   }
 }
 
-TEST_F(MainWindowTest, WhatAFilterHidesIsntActedOnAndWhatItLeavesStaysSelected) {
+TEST_F(MainWindowTest, HiddenJobsAreNotActedOnAndVisibleOnesStaySelected) {
   fill({"alpha", "beta"});
   click(1);
   type("beta");
@@ -76,7 +76,7 @@ TEST_F(MainWindowTest, WhatAFilterHidesIsntActedOnAndWhatItLeavesStaysSelected) 
   EXPECT_EQ(shownJob(window()), "");
 }
 
-TEST_F(MainWindowTest, AFieldKeepsTheKeysThatDeleteText) {
+TEST_F(MainWindowTest, DeletionKeysInAFieldDoNotTriggerShortcuts) {
   fill({"alpha"});
   click(0);
   const auto deleteIn = [](QWidget& field) {
@@ -99,10 +99,10 @@ TEST_F(MainWindowTest, AFieldKeepsTheKeysThatDeleteText) {
   window().filter().clear();
   table().setFocus();
   QTest::keyClick(&table(), Qt::Key_Backspace, Qt::ControlModifier);
-  EXPECT_EQ(interface.sheets.size(), 1U) << "in the list it is the job that is meant";
+  EXPECT_EQ(interface.sheets.size(), 1U) << "in the list, the key deletes the job";
 }
 
-TEST_F(MainWindowTest, AModeIsChosenByWhateverTurnsItsButtonOn) {
+TEST_F(MainWindowTest, CheckingAModeButtonByAnyMeansSwitchesTheMode) {
   fill({"alpha"});
   for (auto* segment : window().findChildren<QToolButton*>()) {
     if (segment->accessibleName() == qt(foundation.localize.tree())) segment->toggle();
@@ -110,7 +110,7 @@ TEST_F(MainWindowTest, AModeIsChosenByWhateverTurnsItsButtonOn) {
   EXPECT_EQ(program().currentMode.chosen(), Mode::tree);
 }
 
-TEST_F(MainWindowTest, EscapeInAnEmptyFilterGivesTheKeysBackToTheList) {
+TEST_F(MainWindowTest, EscapeInAnEmptyFilterMovesTheFocusToTheList) {
   fill({"alpha"});
   window().filter().setFocus();
   type("a");
@@ -120,7 +120,7 @@ TEST_F(MainWindowTest, EscapeInAnEmptyFilterGivesTheKeysBackToTheList) {
   EXPECT_TRUE(table().hasFocus());
 }
 
-TEST_F(MainWindowTest, FilterHoldsOverAScan) {
+TEST_F(MainWindowTest, FilterSurvivesAScan) {
   fill({"alpha", "beta"});
   click(1);
   type("alpha");
@@ -131,7 +131,7 @@ TEST_F(MainWindowTest, FilterHoldsOverAScan) {
   EXPECT_EQ(program().selection.job()->name, "beta");
 }
 
-TEST_F(MainWindowTest, LabelTellsOfAnEmptyCatalogueAndNotOfAFilter) {
+TEST_F(MainWindowTest, LabelDistinguishesAnEmptyCatalogueFromAFilter) {
   fill({});
   EXPECT_EQ(drawnLabel(), "No Items");
   program().fetcher.fetchJobs();
@@ -140,12 +140,12 @@ TEST_F(MainWindowTest, LabelTellsOfAnEmptyCatalogueAndNotOfAFilter) {
   EXPECT_EQ(drawnLabel(), "No Items");
   fill({"alpha"});
   EXPECT_EQ(drawnLabel(), std::nullopt);
-  type("nothing holds this");
+  type("nothing matches this");
   EXPECT_THAT(texts(table()), IsEmpty());
   EXPECT_EQ(drawnLabel(), "");
 }
 
-TEST_F(MainWindowTest, ShortcutOfTheFilterFocusesItAndSelectsItsText) {
+TEST_F(MainWindowTest, FilterShortcutFocusesItAndSelectsItsText) {
   fill({"alpha"});
   type("old");
   table().setFocus();
@@ -155,7 +155,7 @@ TEST_F(MainWindowTest, ShortcutOfTheFilterFocusesItAndSelectsItsText) {
   EXPECT_EQ(window().filter().text(), QStringLiteral("new"));
 }
 
-TEST_F(MainWindowTest, UnsavedChangesKeepTheWindowOpenUntilTheyAreDropped) {
+TEST_F(MainWindowTest, UnsavedChangesKeepTheWindowOpenUntilDiscarded) {
   fill({"alpha"});
   program().editing.setUnsavedChanges(true);
   for (const int answer : {Interface::defaultButton, Interface::alternateButton}) {
@@ -168,7 +168,7 @@ TEST_F(MainWindowTest, UnsavedChangesKeepTheWindowOpenUntilTheyAreDropped) {
   EXPECT_FALSE(program().editing.hasUnsavedChanges());
 }
 
-TEST_F(MainWindowTest, UnsavedChangesForbidWhatWouldLoseThem) {
+TEST_F(MainWindowTest, UnsavedChangesDisableCommandsThatWouldLoseThem) {
   fill({"alpha"});
   click(0);
   for (const bool hasUnsavedChanges : {true, false}) {
@@ -182,7 +182,7 @@ TEST_F(MainWindowTest, UnsavedChangesForbidWhatWouldLoseThem) {
   }
 }
 
-TEST_F(MainWindowTest, ShortcutOfRevealWorksBeforeAMenuWasOpened) {
+TEST_F(MainWindowTest, RevealShortcutWorksBeforeAnyMenuWasOpened) {
   const auto reveals = [this] {
     return std::count_if(workspace.deeds.begin(), workspace.deeds.end(),
                          [](const std::string& deed) { return deed.starts_with("reveal "); });

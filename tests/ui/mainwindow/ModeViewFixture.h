@@ -7,7 +7,7 @@
 
 namespace mirvel::ui {
 
-/// One mode in a window of its own, with the jobs that tests write.
+/// The view of one mode in a window of its own, with the jobs written by the test.
 template <typename View>
 class ModeViewFixture : public WindowFixture {
  protected:
@@ -15,7 +15,7 @@ class ModeViewFixture : public WindowFixture {
     if (!m_view) makeView();
     return *m_view;
   }
-  /// As at the next start of the program.
+  /// Creates a new view, as the next start of the program does.
   void makeView() {
     m_view.reset();
     m_view = std::make_unique<View>(program(), m_icons);
@@ -24,7 +24,7 @@ class ModeViewFixture : public WindowFixture {
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_view.get()));
     m_view->setFocus();
   }
-  /// Jobs in the window: names that begin with "a" are of the user, with "b" of everyone, and others of root.
+  /// Fills the window with jobs: names starting with "a" belong to the user, with "b" to all users, and others to root.
   void show(const std::vector<std::string>& names) {
     for (const std::string& name : names) {
       writeJob(name[0] == 'a' ? Kind::userAgent : name[0] == 'b' ? Kind::localAgent : Kind::localDaemon, name);

@@ -8,13 +8,13 @@ namespace mirvel::ui {
 
 namespace {
 
-TEST(NameLinesTest, NamesBreakWhereTheyMayAndLoseTheirMiddle) {
+TEST(NameLinesTest, NamesBreakAtSeparatorsAndAreElidedInTheMiddle) {
   const QFontMetrics metrics{QFont()};
   const struct {
     const char* name;
-    const char* asWideAs;  // the room
+    const char* asWideAs;  // the width available
     const char* first;
-    const char* second;  // "*" in it: something is left out there
+    const char* second;  // a "*" marks the place of the ellipsis
   } rows[] = {
       {"", "mmmm", "", nullptr},
       {"short", "mmmmmm", "short", nullptr},
@@ -46,7 +46,7 @@ TEST(NameLinesTest, NamesBreakWhereTheyMayAndLoseTheirMiddle) {
   }
 }
 
-TEST(NameLinesTest, ALineEndsWithAWholeCharacter) {
+TEST(NameLinesTest, LinesBreakAtGraphemeBoundaries) {
   const QFontMetrics metrics{QFont()};
   const QString family = QString::fromUtf8("\U0001F468\u200D\U0001F469\u200D\U0001F467");
   const NameLines lines = nameLines(family + family + family, metrics, metrics.horizontalAdvance(family) + 1);

@@ -11,7 +11,7 @@ namespace mirvel::ui {
 
 namespace {
 
-/// The columns of pixels in which anything was drawn, from the first to the last.
+/// The first and the last column of pixels that contain ink.
 std::pair<int, int> inked(const TabularText& text, Qt::AlignmentFlag side, const QString& time) {
   QImage image(300, 40, QImage::Format_RGB32);
   image.fill(Qt::white);
@@ -32,7 +32,7 @@ bool hasUnequalDigits(const QFont& font) {
   return metrics.horizontalAdvance(u'1') != metrics.horizontalAdvance(u'8');
 }
 
-/// The usual one, and one whose own digits differ, if this machine has any.
+/// The default font, and one with digits of different widths if the machine has any.
 std::vector<QFont> fonts() {
   std::vector<QFont> result{QFont()};
   for (const QString& family : QFontDatabase::families()) {
@@ -41,7 +41,7 @@ std::vector<QFont> fonts() {
   return result;
 }
 
-TEST(TabularText, DigitsAreAllOfOneWidth) {
+TEST(TabularText, AllDigitsHaveEqualWidth) {
   for (const QFont& font : fonts()) {
     const TabularText text(font);
     const qreal width = text.width(QStringLiteral("00:00 PM"));
@@ -52,7 +52,7 @@ TEST(TabularText, DigitsAreAllOfOneWidth) {
   }
 }
 
-TEST(TabularText, StandsAtTheSideThatIsAskedFor) {
+TEST(TabularText, TextIsAlignedToTheGivenSide) {
   for (const QFont& font : fonts()) {
     const TabularText text(font);
     for (const QString& time : {QStringLiteral("11:11"), QString::fromUtf8("٩:٠٠ ص")}) {

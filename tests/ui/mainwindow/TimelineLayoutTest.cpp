@@ -9,7 +9,7 @@ namespace mirvel::ui {
 
 namespace {
 
-TEST(TimelineLayout, TopsAndPlacesAreThoseOfAWalkThroughTheRows) {
+TEST(TimelineLayout, PositionsEqualThoseOfALinearWalk) {
   const std::vector<std::vector<std::size_t>> headers = {{}, {0}, {0, 2, 3, 9}, {4, 5}, {0, 1, 2}};
   for (const auto& groups : headers) {
     const TimelineLayout layout(10, groups, {.group = 30, .other = 26});
@@ -27,7 +27,7 @@ TEST(TimelineLayout, TopsAndPlacesAreThoseOfAWalkThroughTheRows) {
   }
 }
 
-TEST(TimelineLayout, HeadersArePassedOver) {
+TEST(TimelineLayout, HeadersAreSkipped) {
   const TimelineLayout layout(6, {0, 3, 5}, {});
   const struct {
     int row, step, nearest;

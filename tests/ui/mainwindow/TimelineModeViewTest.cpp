@@ -72,7 +72,7 @@ class TimelineModeViewTest : public testdata::ProgramFixture {
   std::unique_ptr<TimelineModeView> m_view;
 };
 
-TEST_F(TimelineModeViewTest, TheOtherMouseButtonSelectsNothing) {
+TEST_F(TimelineModeViewTest, RightClickDoesNotChangeTheSelection) {
   fill();
   click(3);
   expectSelected("alpha", 3, "click");
@@ -80,7 +80,7 @@ TEST_F(TimelineModeViewTest, TheOtherMouseButtonSelectsNothing) {
   expectSelected("alpha", 3, "right click");
 }
 
-TEST_F(TimelineModeViewTest, MouseAndKeysSelectTheJobAndNeverAHeader) {
+TEST_F(TimelineModeViewTest, MouseAndKeyboardSelectJobsButNeverHeaders) {
   fill();
   const struct {
     const char* act;
@@ -105,7 +105,7 @@ TEST_F(TimelineModeViewTest, MouseAndKeysSelectTheJobAndNeverAHeader) {
   }
 }
 
-TEST_F(TimelineModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
+TEST_F(TimelineModeViewTest, UnsavedChangesKeepTheSelectionAndAskOnce) {
   fill();
   click(5);
   program().editing.setUnsavedChanges(true);
@@ -125,7 +125,7 @@ TEST_F(TimelineModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce)
   expectSelected("alpha", 3, "saved");
 }
 
-TEST_F(TimelineModeViewTest, ReadersHearTimeAndJob) {
+TEST_F(TimelineModeViewTest, ScreenReadersGetTimeAndJob) {
   fill();
   QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&table());
   ASSERT_NE(list, nullptr);
@@ -138,7 +138,7 @@ TEST_F(TimelineModeViewTest, ReadersHearTimeAndJob) {
   }
 }
 
-TEST_F(TimelineModeViewTest, MenuOfARowIsThatOfItsJob) {
+TEST_F(TimelineModeViewTest, ContextMenuBelongsToTheRowsJob) {
   fill();
   QMenu* menu = menuAt(middle(5));
   ASSERT_NE(menu, nullptr);
@@ -151,7 +151,7 @@ TEST_F(TimelineModeViewTest, MenuOfARowIsThatOfItsJob) {
   EXPECT_EQ(menuAt(middle(7) + QPoint(0, 60)), nullptr) << "below the rows";
 }
 
-TEST_F(TimelineModeViewTest, ADragTakesTheFileOfTheJob) {
+TEST_F(TimelineModeViewTest, DragCarriesTheJobFile) {
   fill();
   const QAbstractItemModel& model = *table().model();
   const std::unique_ptr<QMimeData> dragged(model.mimeData({model.index(5, 0)}));
@@ -161,7 +161,7 @@ TEST_F(TimelineModeViewTest, ADragTakesTheFileOfTheJob) {
   EXPECT_FALSE(model.flags(model.index(4, 0)).testFlag(Qt::ItemIsDragEnabled));
 }
 
-TEST_F(TimelineModeViewTest, AnotherCatalogueKeepsThePlaceAndLeavesNoRowMarked) {
+TEST_F(TimelineModeViewTest, ReloadKeepsTheScrollPositionAndClearsTheSelection) {
   (void)view();
   for (int job = 0; job < 9; ++job) writeCalendar("job" + std::to_string(job), {13, 14, 15, 16});
   scan();
@@ -177,9 +177,9 @@ TEST_F(TimelineModeViewTest, AnotherCatalogueKeepsThePlaceAndLeavesNoRowMarked) 
   EXPECT_TRUE(table().viewport()->rect().contains(middle(7)));
 }
 
-TEST_F(TimelineModeViewTest, TimesAndNamesStandOnTheSideOfTheLanguage) {
+TEST_F(TimelineModeViewTest, TimesAndNamesFollowTheLayoutDirection) {
   fill();
-  // Where the row of a light background is darker, in the middle of its height or near to it.
+  // Looks for dark pixels near the vertical centre of the row, on a light background.
   const auto inked = [&](int row) {
     const QImage image = table().viewport()->grab().toImage();
     const QRect rect = table().visualRect(table().model()->index(row, 0));

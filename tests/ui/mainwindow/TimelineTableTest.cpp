@@ -13,7 +13,7 @@ namespace mirvel::ui {
 
 namespace {
 
-/// Every tenth row is a header; notes which rows it is asked for.
+/// Every tenth row is a header. Records the rows for which data is requested.
 class Rows final : public QAbstractListModel {
  public:
   int count = 0;
@@ -59,19 +59,19 @@ class TimelineTableTest : public testing::Test {
   TimelineTable m_table;
 };
 
-TEST_F(TimelineTableTest, RowsOutOfSightAreNotAskedFor) {
+TEST_F(TimelineTableTest, InvisibleRowsAreNotRequested) {
   fill(720'000);
   for (const int place : {1, 400'001, 719'999}) {
     m_rows.asked.clear();
     m_table.scrollTo(m_rows.index(place));
     (void)m_table.grab();
     EXPECT_TRUE(m_rows.asked.contains(place));
-    EXPECT_LE(m_rows.asked.size(), 300U / 26 + 3) << place << ": those in sight, and the header on top";
+    EXPECT_LE(m_rows.asked.size(), 300U / 26 + 3) << place << ": the visible ones and the pinned header";
   }
   EXPECT_EQ(bar().value(), bar().maximum());
 }
 
-TEST_F(TimelineTableTest, TheHeaderOfTheFirstRowInSightStaysOnTop) {
+TEST_F(TimelineTableTest, HeaderOfTheFirstVisibleRowIsPinned) {
   fill(40);
   const int row = rect(1).height();
   const struct {
@@ -81,9 +81,9 @@ TEST_F(TimelineTableTest, TheHeaderOfTheFirstRowInSightStaysOnTop) {
   } rows[] = {
       {0, 0, "not scrolled"},
       {5 * row, 0, "among its rows"},
-      {rect(10).top() - 1, 0, "pushed away but for a pixel"},
-      {rect(10).top(), 10, "the next one has come"},
-      {rect(20).top() + 3, 20, "that one is scrolled on"},
+      {rect(10).top() - 1, 0, "pushed up except for one pixel"},
+      {rect(10).top(), 10, "the next header"},
+      {rect(20).top() + 3, 20, "below the next header"},
   };
   for (const auto& [offset, atTop, why] : rows) {
     bar().setValue(offset);
@@ -94,7 +94,7 @@ TEST_F(TimelineTableTest, TheHeaderOfTheFirstRowInSightStaysOnTop) {
   EXPECT_EQ(rowAt(rect(21).bottom()), 21) << "below the header";
 }
 
-TEST_F(TimelineTableTest, AShownRowIsNeverUnderTheHeader) {
+TEST_F(TimelineTableTest, ScrollToKeepsRowsClearOfThePinnedHeader) {
   fill(100);
   const int header = rect(0).height();
   for (const int row : {1, 99, 57, 41, 39, 30, 1}) {
@@ -103,10 +103,10 @@ TEST_F(TimelineTableTest, AShownRowIsNeverUnderTheHeader) {
     EXPECT_LE(rect(row).bottom(), m_table.viewport()->height()) << row;
     EXPECT_EQ(rowAt(rect(row).center().y()), row);
   }
-  EXPECT_EQ(bar().value(), 0) << "the first row brings its header along";
+  EXPECT_EQ(bar().value(), 0) << "the first row is shown with its header";
 }
 
-TEST_F(TimelineTableTest, KeysPassOverHeaders) {
+TEST_F(TimelineTableTest, KeyboardSkipsHeaders) {
   fill(40);
   const struct {
     Qt::Key key;
@@ -125,7 +125,7 @@ TEST_F(TimelineTableTest, KeysPassOverHeaders) {
   EXPECT_EQ(m_table.currentIndex().row(), 9);
 }
 
-TEST_F(TimelineTableTest, LabelIsAskedForOnlyWithoutRows) {
+TEST_F(TimelineTableTest, LabelIsShownOnlyWithoutRows) {
   int labels = 0;
   m_table.emptyLabel = [&] {
     ++labels;
@@ -140,7 +140,7 @@ TEST_F(TimelineTableTest, LabelIsAskedForOnlyWithoutRows) {
   EXPECT_EQ(rowAt(5), -1);
 }
 
-TEST_F(TimelineTableTest, ALargerFontGetsHigherRows) {
+TEST_F(TimelineTableTest, LargerFontIncreasesRowHeight) {
   fill(20);
   EXPECT_EQ(rect(0).height(), 30);
   EXPECT_EQ(rect(1).height(), 26);
@@ -152,17 +152,17 @@ TEST_F(TimelineTableTest, ALargerFontGetsHigherRows) {
   EXPECT_EQ(rect(2).top(), rect(1).bottom() + 1);
 }
 
-TEST_F(TimelineTableTest, MarkTellsNobodyAndAsksNobody) {
+TEST_F(TimelineTableTest, MarkNeitherAsksNorNotifies) {
   fill(5);
-  int told = 0;
-  m_table.selectionDidChange = [&](int) { ++told; };
+  int notifications = 0;
+  m_table.selectionDidChange = [&](int) { ++notifications; };
   m_table.selectionMayChange = [] { return false; };
   for (const int row : {2, 4, -1, 1}) {
     m_table.mark(row);
     const QModelIndexList marked = m_table.selectionModel()->selectedRows();
     EXPECT_EQ(marked.isEmpty() ? -1 : marked.front().row(), row);
   }
-  EXPECT_EQ(told, 0);
+  EXPECT_EQ(notifications, 0);
 }
 
 }  // namespace

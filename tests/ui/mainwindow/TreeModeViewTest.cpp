@@ -29,7 +29,7 @@ class TreeModeViewTest : public ModeViewFixture<TreeModeView> {
   void clickButton(int section) {
     QTest::mouseClick(outline().viewport(), Qt::LeftButton, {}, outline().countButton(group(section)).center());
   }
-  /// The rows from top to bottom; those of groups by their counts.
+  /// The rows from top to bottom; groups are represented by their counts.
   Names rows() {
     Names names;
     for (QModelIndex index = group(0); index.isValid(); index = outline().indexBelow(index)) {
@@ -40,7 +40,7 @@ class TreeModeViewTest : public ModeViewFixture<TreeModeView> {
   }
 };
 
-TEST_F(TreeModeViewTest, RowsAreMarkedAndGroupsLeaveTheMark) {
+TEST_F(TreeModeViewTest, RowsAreSelectedAndGroupsKeepTheSelection) {
   show({"a1", "a2", "b1", "c1"});
   const struct {
     const char* act;
@@ -78,7 +78,7 @@ TEST_F(TreeModeViewTest, RowsAreMarkedAndGroupsLeaveTheMark) {
   EXPECT_FALSE(outline().isExpanded(group(2)));
 }
 
-TEST_F(TreeModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
+TEST_F(TreeModeViewTest, UnsavedChangesKeepTheSelectionAndAskOnce) {
   show({"a1", "a2", "b1"});
   click(outline(), job(0, 0));
   program().editing.setUnsavedChanges(true);
@@ -100,7 +100,7 @@ TEST_F(TreeModeViewTest, UnsavedChangesHoldTheSelectionAndAreAskedAboutOnce) {
   EXPECT_EQ(selectedJob(), "a2");
 }
 
-TEST_F(TreeModeViewTest, TheCountOpensAndClosesItsGroupForGood) {
+TEST_F(TreeModeViewTest, CountButtonTogglesItsGroupPersistently) {
   show({"a1", "a2", "b1"});
   EXPECT_EQ(rows(), (Names{"2", "a1", "a2", "1", "b1"})) << "open at first";
   clickButton(0);
@@ -125,7 +125,7 @@ TEST_F(TreeModeViewTest, TheCountOpensAndClosesItsGroupForGood) {
   EXPECT_TRUE(outline().countButton(job(0, 0)).isEmpty());
 }
 
-TEST_F(TreeModeViewTest, SelectOpensTheGroupAndShowsTheRow) {
+TEST_F(TreeModeViewTest, SelectingAJobExpandsItsGroupAndScrollsToIt) {
   Names names;
   for (int i = 0; i < 100; ++i) names.push_back("a" + std::to_string(100 + i));
   show(names);
@@ -151,7 +151,7 @@ TEST_F(TreeModeViewTest, SelectOpensTheGroupAndShowsTheRow) {
   EXPECT_EQ(outline().verticalScrollBar()->value(), place);
 }
 
-TEST_F(TreeModeViewTest, MenuAndDragAreThoseOfTheJob) {
+TEST_F(TreeModeViewTest, ContextMenuAndDragBelongToTheJob) {
   show({"a1", "b1"});
   const std::string reveal = foundation.localize.revealInFinder();
   QMenu* menu = menuAt(outline(), outline().visualRect(job(1, 0)).center());
@@ -167,7 +167,7 @@ TEST_F(TreeModeViewTest, MenuAndDragAreThoseOfTheJob) {
   EXPECT_EQ(outline().model()->mimeData({group(0)}), nullptr);
 }
 
-TEST_F(TreeModeViewTest, AnAssistiveProgramHearsAndPressesRows) {
+TEST_F(TreeModeViewTest, AssistiveProgramsReadAndPressRows) {
   QAccessible::setActive(true);
   show({"a1", "a2"});
   QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(&outline());
@@ -198,7 +198,7 @@ TEST_F(TreeModeViewTest, AnAssistiveProgramHearsAndPressesRows) {
   QAccessible::setActive(false);
 }
 
-TEST_F(TreeModeViewTest, FromRightToLeftTheCountIsAtTheLeft) {
+TEST_F(TreeModeViewTest, CountIsOnTheLeftInRightToLeftLayout) {
   show({"a1"});
   const auto isLeft = [&] {
     const QRect button = outline().countButton(group(0));

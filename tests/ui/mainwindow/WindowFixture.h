@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QIdentityProxyModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
 #include <QTextEdit>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,7 +22,7 @@
 
 namespace mirvel::ui {
 
-/// The name of the job whose details a window shows; empty: none.
+/// The name of the job shown in the detail pane; empty if there is none.
 inline std::string shownJob(const MainWindow& window) {
   const QWidget* const tab = window.details().currentWidget();
   if (qobject_cast<const QLabel*>(tab)) return {};
@@ -31,7 +33,7 @@ inline std::string shownJob(const MainWindow& window) {
   return field ? utf8(field->text()) : "details without a name";
 }
 
-/// The texts of a column, from the first row to the last.
+/// The texts of a column from top to bottom.
 inline std::vector<std::string> texts(const ListTable& table, Column::List column = Column::List::name) {
   std::vector<std::string> result;
   for (int row = 0; row < table.model()->rowCount(); ++row) {
@@ -40,13 +42,35 @@ inline std::vector<std::string> texts(const ListTable& table, Column::List colum
   return result;
 }
 
-/// The name in the row that is marked; empty: none is.
+/// The name in the selected row; empty if none is selected.
 inline std::string markedJob(const ListTable& table) {
   const QModelIndexList rows = table.selectionModel()->selectedRows();
   return rows.isEmpty() ? std::string() : utf8(rows.front().data().toString());
 }
 
-/// The window of a program in virtual time, in front of everything.
+/// Records the rows for which data is requested.
+class RequestedRows final : public QIdentityProxyModel {
+ public:
+  mutable std::set<int> rows;
+
+  QVariant data(const QModelIndex& index, int role) const override {
+    rows.insert(index.row());
+    return QIdentityProxyModel::data(index, role);
+  }
+};
+
+/// Jobs "job0" to "job9999" of two kinds, without files on disk.
+inline Jobs tenThousandJobs() {
+  Jobs jobs;
+  for (int i = 0; i < 10'000; ++i) {
+    const std::string name = "job" + std::to_string(i);
+    jobs.push_back(std::make_shared<Job>(i % 3 == 0 ? Kind::userAgent : Kind::localDaemon, name, "", name,
+                                         URL::file("/jobs/" + name + ".plist")));
+  }
+  return jobs;
+}
+
+/// The main window of a program in virtual time, shown and active.
 class WindowFixture : public testdata::ProgramFixture {
  protected:
   MainWindow& window() {
@@ -62,7 +86,7 @@ class WindowFixture : public testdata::ProgramFixture {
   ListTable& table() { return window().listMode().table(); }
   QHeaderView& header() { return *table().header(); }
 
-  /// Jobs of the user, in the window.
+  /// Fills the window with jobs of the user.
   void fill(const std::vector<std::string>& labels) {
     for (const std::string& label : labels) writeJob(Kind::userAgent, label, {{"Program", "/bin/" + label}});
     (void)window();
@@ -80,7 +104,7 @@ class WindowFixture : public testdata::ProgramFixture {
     return {header().sectionViewportPosition(section) + header().sectionSize(section) / 2, header().height() / 2};
   }
 
-  /// The menu that comes up for a click of the other button; null: none.
+  /// The context menu at a position; null if none opens.
   static QMenu* menuAt(QAbstractScrollArea& area, QPoint position) {
     QContextMenuEvent event(QContextMenuEvent::Mouse, position, area.viewport()->mapToGlobal(position));
     QCoreApplication::sendEvent(area.viewport(), &event);

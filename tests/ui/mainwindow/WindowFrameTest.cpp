@@ -25,7 +25,7 @@ class WindowFrameTest : public testing::Test {
   QMainWindow window;
 };
 
-TEST_F(WindowFrameTest, ComesBackWhereItWas) {
+TEST_F(WindowFrameTest, FrameIsRestored) {
   EXPECT_FALSE(restoreFrame(window, splitter, defaults)) << "nothing is known yet";
   window.setGeometry(40, 50, 600, 400);
   window.show();
@@ -40,7 +40,7 @@ TEST_F(WindowFrameTest, ComesBackWhereItWas) {
   EXPECT_NEAR(splitter.sizes().front(), sizes.front(), 2);
 }
 
-TEST_F(WindowFrameTest, AFrameIsMovedAndMadeSmallerAsFarAsItMustBe) {
+TEST_F(WindowFrameTest, FrameIsMovedAndShrunkOnlyAsNecessary) {
   const QRect place(10, 30, 1000, 700);
   const struct {
     QRect frame, fitted;
@@ -53,7 +53,7 @@ TEST_F(WindowFrameTest, AFrameIsMovedAndMadeSmallerAsFarAsItMustBe) {
   for (const auto& row : table) EXPECT_EQ(fitted(row.frame, place), row.fitted) << row.frame.width();
 }
 
-TEST_F(WindowFrameTest, OnASmallScreenAWindowIsNoLargerThanIt) {
+TEST_F(WindowFrameTest, WindowFitsASmallScreen) {
   const QRect screen = window.screen()->availableGeometry();
   resizeToFit(window, QSize(5000, 4000));
   EXPECT_EQ(window.width(), screen.width());
@@ -63,7 +63,7 @@ TEST_F(WindowFrameTest, OnASmallScreenAWindowIsNoLargerThanIt) {
   EXPECT_TRUE(screen.contains(window.geometry()));
 }
 
-TEST_F(WindowFrameTest, WhatCantBeSeenOrUnderstoodIsNotFollowed) {
+TEST_F(WindowFrameTest, InvisibleOrMalformedFramesAreIgnored) {
   const QRect before = window.geometry();
   for (const char* frame :
        {"", "1 2 3", "a b c d", "10 10 0 300", "90000 10 600 400", "10 -5000 600 400", "10 10 99999999999 300"}) {

@@ -1,9 +1,9 @@
-# The libraries that a program needs stand in it by their names.
+# An executable contains the names of the libraries that it is linked with.
 file(STRINGS ${PROGRAM} widgets REGEX "Qt6?Widgets")
 if(NOT widgets)
-  message(FATAL_ERROR "${PROGRAM} doesn't name its libraries")
+  message(FATAL_ERROR "found no library names in ${PROGRAM}")
 endif()
 file(STRINGS ${PROGRAM} found REGEX "qscintilla|Qt6?PrintSupport")
 if(found)
-  message(FATAL_ERROR "${PROGRAM} is linked with ${found}")
+  message(FATAL_ERROR "${PROGRAM} must not be linked with ${found}")
 endif()

@@ -18,7 +18,7 @@ class ScintillaEditorTest : public testing::Test {
     m_text.show();
     testdata::settle();
   }
-  /// Whether the text takes a key before the menus can.
+  /// Whether the editor overrides menu shortcuts for a key.
   bool claims(int key, Qt::KeyboardModifiers modifiers) {
     QKeyEvent event(QEvent::ShortcutOverride, key, modifiers);
     event.ignore();
@@ -33,14 +33,11 @@ class ScintillaEditorTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(ScintillaEditorTest, OnlyTheKeysOfEveryTextAreKeptFromTheMenus) {
-  const struct {
-    QKeySequence::StandardKey standard;
-  } taken[] = {{QKeySequence::Undo}, {QKeySequence::Redo},  {QKeySequence::Cut},
-               {QKeySequence::Copy}, {QKeySequence::Paste}, {QKeySequence::SelectAll}};
-  for (const auto& row : taken) {
-    const QKeyCombination keys = QKeySequence(row.standard)[0];
-    EXPECT_TRUE(claims(keys.key(), keys.keyboardModifiers())) << row.standard;
+TEST_F(ScintillaEditorTest, OnlyCommonTextKeysOverrideMenuShortcuts) {
+  for (const auto standard : {QKeySequence::Undo, QKeySequence::Redo, QKeySequence::Cut, QKeySequence::Copy,
+                              QKeySequence::Paste, QKeySequence::SelectAll}) {
+    const QKeyCombination keys = QKeySequence(standard)[0];
+    EXPECT_TRUE(claims(keys.key(), keys.keyboardModifiers())) << standard;
   }
   for (int letter = Qt::Key_A; letter <= Qt::Key_Z; ++letter) {
     if (QByteArray("ACVXYZ").contains(static_cast<char>(letter))) continue;
@@ -48,7 +45,7 @@ TEST_F(ScintillaEditorTest, OnlyTheKeysOfEveryTextAreKeptFromTheMenus) {
   }
 }
 
-TEST_F(ScintillaEditorTest, LineNumbersGrowAndShrinkWithTheirDigits) {
+TEST_F(ScintillaEditorTest, MarginFitsTheDigitsOfLineNumbers) {
   const auto width = [this](int lines) {
     m_text.setText(std::string(static_cast<std::size_t>(lines - 1), '\n'));
     return m_editor.marginWidth(0);
@@ -67,7 +64,7 @@ TEST_F(ScintillaEditorTest, LineNumbersGrowAndShrinkWithTheirDigits) {
   EXPECT_GT(m_editor.marginWidth(0), three);
 }
 
-TEST_F(ScintillaEditorTest, TheScrollBarIsAsLongAsTheLongestLine) {
+TEST_F(ScintillaEditorTest, ScrollRangeFitsTheLongestLine) {
   const auto reach = [this](const std::string& text) {
     m_text.setText(text);
     testdata::settle();
@@ -76,10 +73,10 @@ TEST_F(ScintillaEditorTest, TheScrollBarIsAsLongAsTheLongestLine) {
   EXPECT_EQ(reach("short"), 0);
   const std::string below(500, '\n');
   const int hundred = reach(below + std::string(200, 'x'));
-  EXPECT_GT(hundred, 0) << "though the line isn't in view";
+  EXPECT_GT(hundred, 0) << "although the line isn't visible";
   EXPECT_GT(reach(below + std::string(400, 'x')), hundred);
-  EXPECT_EQ(reach(below + std::string(50, '\t')), hundred) << "a tab is four wide";
-  EXPECT_EQ(reach("short"), 0) << "and short again";
+  EXPECT_EQ(reach(below + std::string(50, '\t')), hundred) << "a tab has four columns";
+  EXPECT_EQ(reach("short"), 0) << "shrinks again";
 }
 
 }  // namespace mirvel::ui

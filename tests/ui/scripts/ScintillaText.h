@@ -5,7 +5,7 @@
 
 namespace mirvel::ui {
 
-/// A script in the module's editor, which can be looked at from within.
+/// A script in the module's editor, with access to the editor's internals.
 class ScintillaText {
  public:
   ScintillaText()

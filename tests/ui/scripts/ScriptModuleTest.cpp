@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 class ScriptModuleTest : public testdata::ProgramFixture {
  protected:
-  /// A copy of the module in which a text was replaced by another that is as long.
+  /// A copy of the module in which a text is replaced by another of the same length.
   fs::path changed(const std::string& name, const std::string& from, const std::string& to) const {
     std::string content = testdata::bytes(scriptModule());
     std::size_t count = 0;
@@ -30,7 +30,7 @@ class ScriptModuleTest : public testdata::ProgramFixture {
 
 }  // namespace
 
-TEST_F(ScriptModuleTest, TheModuleIsLoadedOnceAndForAll) {
+TEST_F(ScriptModuleTest, ModuleIsLoadedOnce) {
   const auto first = loadScriptModule(scriptModule());
   ASSERT_TRUE(first) << first.error().text();
   const auto second = loadScriptModule(scriptModule());
@@ -41,7 +41,7 @@ TEST_F(ScriptModuleTest, TheModuleIsLoadedOnceAndForAll) {
   EXPECT_TRUE(console.logged.empty());
 }
 
-TEST_F(ScriptModuleTest, WithoutAModuleThereIsAPlainTextAndTheLogTellsWhy) {
+TEST_F(ScriptModuleTest, WithoutAModuleThePlainEditorIsUsedAndTheReasonLogged) {
   const fs::path foreign = ui::path(QLibraryInfo::path(QLibraryInfo::PluginsPath)) / "platforms" / "libqoffscreen.so";
   const std::pair<fs::path, std::string> rows[] = {
       {folder.path() / "none.so", "not found"},

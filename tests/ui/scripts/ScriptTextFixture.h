@@ -10,22 +10,22 @@
 
 namespace mirvel::ui {
 
-/// What a test of every kind of script text is run with.
+/// The editors with which each test runs.
 enum class Editing { Coloured, Plain };
 
 inline std::string nameOf(const testing::TestParamInfo<Editing>& info) {
   return info.param == Editing::Coloured ? "Coloured" : "Plain";
 }
 
-/// A script in the module's editor, or in the one that is there without a module.
+/// A script in the module's editor, or in the one used without the module.
 class ScriptTextFixture : public testdata::ProgramFixture, public testing::WithParamInterface<Editing> {
  protected:
   ScriptText* makeText(QWidget* parent = nullptr) {
     const auto module = GetParam() == Editing::Coloured ? scriptModule() : folder.path() / "none.so";
     return makeScriptText(program(), QStringLiteral("Script"), parent, module);
   }
-  /// The widget within that has the keys.
-  static QWidget& keys(const ScriptText& text) { return *text.focusProxy(); }
+  /// The inner widget, which has the focus.
+  static QWidget& innerWidget(const ScriptText& text) { return *text.focusProxy(); }
   static void invoke(const ScriptText& text, const char* slot) {
     EXPECT_TRUE(QMetaObject::invokeMethod(text.focusProxy(), slot)) << slot;
   }
@@ -33,6 +33,6 @@ class ScriptTextFixture : public testdata::ProgramFixture, public testing::WithP
 
 }  // namespace mirvel::ui
 
-/// A test case for each of both.
+/// Instantiates the tests for both editors.
 #define MIRVEL_TEST_EDITINGS(name) \
   INSTANTIATE_TEST_SUITE_P(, name, testing::Values(Editing::Coloured, Editing::Plain), nameOf)

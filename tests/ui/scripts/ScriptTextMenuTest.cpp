@@ -20,15 +20,15 @@ class ScriptTextMenuTest : public ScriptTextFixture {
   }
   ~ScriptTextMenuTest() override { QApplication::clipboard()->clear(); }
 
-  /// The menu that comes up for a click of the other button.
+  /// The context menu of the script.
   QMenu* menu() {
-    auto* const area = qobject_cast<QAbstractScrollArea*>(&keys(*m_text));
+    auto* const area = qobject_cast<QAbstractScrollArea*>(&innerWidget(*m_text));
     const QPoint middle = area->viewport()->rect().center();
     QContextMenuEvent event(QContextMenuEvent::Mouse, middle, area->viewport()->mapToGlobal(middle));
     QApplication::sendEvent(area->viewport(), &event);
     return qobject_cast<QMenu*>(QApplication::activePopupWidget());
   }
-  /// The titles that can be chosen, as initials: "Undo, Cut, Select All" is "UCS".
+  /// The initials of the enabled items: "UCS" for Undo, Cut and Select All.
   static std::string enabled(const QMenu& menu) {
     std::string initials;
     for (const QAction* action : menu.actions()) {
@@ -51,7 +51,7 @@ class ScriptTextMenuTest : public ScriptTextFixture {
 
 }  // namespace
 
-TEST_P(ScriptTextMenuTest, CommandsAreThoseOfTheEditMenuAndDelete) {
+TEST_P(ScriptTextMenuTest, MenuHasTheEditCommandsAndDelete) {
   const QPointer<QMenu> shown = menu();
   ASSERT_NE(shown, nullptr);
   std::vector<std::string> titles;
@@ -60,15 +60,15 @@ TEST_P(ScriptTextMenuTest, CommandsAreThoseOfTheEditMenuAndDelete) {
             (std::vector<std::string>{"&Undo", "&Redo", "", "Cu&t", "&Copy", "&Paste", "Delete", "", "Select &All"}));
   shown->close();
   testdata::settle();
-  EXPECT_EQ(shown, nullptr) << "it goes when it is closed";
+  EXPECT_EQ(shown, nullptr) << "deleted when it closes";
 }
 
-TEST_P(ScriptTextMenuTest, EachCommandDoesWhatItSaysWhereItCan) {
-  QTest::keyClicks(&keys(*m_text), QStringLiteral("ab"));
+TEST_P(ScriptTextMenuTest, CommandsWorkWhereEnabled) {
+  QTest::keyClicks(&innerWidget(*m_text), QStringLiteral("ab"));
   const struct {
     const char* command;
     const char* text;
-    const char* enabled;  ///< then
+    const char* enabled;  ///< initials of the items enabled in this state
   } rows[] = {
       {"&Undo", "", "RS"},       {"&Redo", "ab", "US"},       {"Select &All", "ab", "UCCDS"}, {"&Copy", "ab", "UCCPDS"},
       {"Delete", "", "UPS"},     {"&Undo", "ab", nullptr},    {"Select &All", "ab", nullptr}, {"Cu&t", "", "UPS"},

@@ -19,9 +19,9 @@ class ScriptTextTest : public ScriptTextFixture {
   void type(const char* typed) {
     for (const char* c = typed; *c; ++c) {
       if (*c == '\n')
-        QTest::keyClick(&keys(m_text), Qt::Key_Return);
+        QTest::keyClick(&innerWidget(m_text), Qt::Key_Return);
       else
-        QTest::keyClick(&keys(m_text), *c);
+        QTest::keyClick(&innerWidget(m_text), *c);
     }
   }
 
@@ -31,7 +31,7 @@ class ScriptTextTest : public ScriptTextFixture {
 
 }  // namespace
 
-TEST_P(ScriptTextTest, TextComesBackByteForByte) {
+TEST_P(ScriptTextTest, TextIsPreservedByteForByte) {
   const std::string rows[] = {
       "",
       "a",
@@ -59,17 +59,17 @@ TEST_P(ScriptTextTest, TextComesBackByteForByte) {
   }
 }
 
-TEST_P(ScriptTextTest, ANewTextIsToldOnceAndWhole) {
-  std::vector<std::string> told;
-  QObject::connect(&m_text, &ScriptText::textChanged, [&] { told.push_back(m_text.text()); });
+TEST_P(ScriptTextTest, SettingTheTextNotifiesOnce) {
+  std::vector<std::string> notified;
+  QObject::connect(&m_text, &ScriptText::textChanged, [&] { notified.push_back(m_text.text()); });
   for (const char* text : {"one", "two", ""}) m_text.setText(text);
   m_text.setText("");
-  EXPECT_EQ(told, (std::vector<std::string>{"one", "two", ""}));
+  EXPECT_EQ(notified, (std::vector<std::string>{"one", "two", ""}));
   type("a");
-  EXPECT_EQ(told.back(), "a");
+  EXPECT_EQ(notified.back(), "a");
 }
 
-TEST_P(ScriptTextTest, NewLinesEndAsTheFirstOne) {
+TEST_P(ScriptTextTest, NewLinesEndLikeTheFirstOne) {
   const struct {
     std::string text;
     std::string expected;
@@ -83,7 +83,7 @@ TEST_P(ScriptTextTest, NewLinesEndAsTheFirstOne) {
   }
 }
 
-TEST_P(ScriptTextTest, InsertionPointIsInBytesAndNeverWithinACharacter) {
+TEST_P(ScriptTextTest, InsertionPointIsInBytesAndAtACharacterBoundary) {
   const std::string text = "aé😀\r\nb";
   const struct {
     std::size_t wanted;
@@ -117,16 +117,16 @@ TEST_P(ScriptTextTest, SyntaxIsDetectedWhileTyping) {
   m_text.setText("<?php\n");
   EXPECT_EQ(m_text.syntax(), SyntaxType::php);
   m_text.setText("print 1\n");
-  EXPECT_EQ(m_text.syntax(), SyntaxType::php) << "a first line that tells nothing changes nothing";
+  EXPECT_EQ(m_text.syntax(), SyntaxType::php) << "a first line without an interpreter changes nothing";
   m_text.setDetectsSyntax(false);
   m_text.setText("#!/bin/sh\n");
-  EXPECT_EQ(m_text.syntax(), SyntaxType::php) << "switched off";
+  EXPECT_EQ(m_text.syntax(), SyntaxType::php) << "detection is off";
   m_text.setDetectsSyntax(true);
-  EXPECT_EQ(m_text.syntax(), SyntaxType::shell) << "switched on";
+  EXPECT_EQ(m_text.syntax(), SyntaxType::shell) << "detection is on again";
   EXPECT_GE(changes.count(), 4);
 }
 
-TEST_P(ScriptTextTest, AnotherLanguageOrPaletteKeepsInsertionPointAndUndo) {
+TEST_P(ScriptTextTest, SyntaxAndPaletteChangesKeepInsertionPointAndUndo) {
   const QPalette before = QApplication::palette();
   m_text.setSyntax(SyntaxType::shell);
   m_text.setText("if\nfi\n");
@@ -151,8 +151,8 @@ TEST_P(ScriptTextTest, AnotherLanguageOrPaletteKeepsInsertionPointAndUndo) {
   EXPECT_EQ(m_text.text().substr(0, 3), "if ");
 }
 
-/// Lines of a megabyte would keep some lexers busy for hours.
-TEST_P(ScriptTextTest, AMegabyteIsShownAndEdited) {
+/// With one line of a megabyte, some lexers would be busy for hours.
+TEST_P(ScriptTextTest, MegabyteOfTextCanBeShownAndEdited) {
   const std::string pieces[] = {"echo \"some text\" 'x' $var\n", "("};
   m_text.resize(400, 200);
   m_text.show();
@@ -172,26 +172,26 @@ TEST_P(ScriptTextTest, AMegabyteIsShownAndEdited) {
   }
 }
 
-TEST_P(ScriptTextTest, ScriptsRunLeftToRightInAnyWindow) {
+TEST_P(ScriptTextTest, ScriptsAreLeftToRightInAnyWindow) {
   QWidget window;
   window.setLayoutDirection(Qt::RightToLeft);
   ScriptText* const text = makeText(&window);
   (new QVBoxLayout(&window))->addWidget(text);
   window.show();
   testdata::settle();
-  EXPECT_EQ(keys(*text).layoutDirection(), Qt::LeftToRight);
-  EXPECT_EQ(qobject_cast<QAbstractScrollArea*>(&keys(*text))->viewport()->layoutDirection(), Qt::LeftToRight);
+  EXPECT_EQ(innerWidget(*text).layoutDirection(), Qt::LeftToRight);
+  EXPECT_EQ(qobject_cast<QAbstractScrollArea*>(&innerWidget(*text))->viewport()->layoutDirection(), Qt::LeftToRight);
 }
 
-TEST_P(ScriptTextTest, AssistiveTechnologyIsToldNameAndText) {
+TEST_P(ScriptTextTest, AssistiveProgramsGetNameAndText) {
   QAccessible::setActive(true);
   m_text.setText("#!/bin/zsh\n");
-  QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(&keys(m_text));
-  ASSERT_NE(told, nullptr);
-  EXPECT_EQ(told->role(), QAccessible::EditableText);
-  EXPECT_EQ(told->text(QAccessible::Name), QStringLiteral("Script"));
-  ASSERT_NE(told->textInterface(), nullptr);
-  EXPECT_EQ(told->textInterface()->text(0, 10), QStringLiteral("#!/bin/zsh"));
+  QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&innerWidget(m_text));
+  ASSERT_NE(accessible, nullptr);
+  EXPECT_EQ(accessible->role(), QAccessible::EditableText);
+  EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Script"));
+  ASSERT_NE(accessible->textInterface(), nullptr);
+  EXPECT_EQ(accessible->textInterface()->text(0, 10), QStringLiteral("#!/bin/zsh"));
   QAccessible::setActive(false);
 }
 

@@ -6,7 +6,7 @@
 
 namespace mirvel::ui {
 
-TEST(TextColumns, TheLongestLineCountsWhereverItStands) {
+TEST(TextColumns, WidestLineIsFoundAnywhere) {
   const struct {
     std::string text;
     long columns;

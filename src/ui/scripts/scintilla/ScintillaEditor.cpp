@@ -6,8 +6,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 
-#include "ui/scripts/LineEnd.h"
-#include "ui/scripts/ScriptKeys.h"
+#include "ui/scripts/ScriptEditor.h"
 #include "ui/scripts/scintilla/ScriptLexer.h"
 #include "ui/scripts/scintilla/ScriptStyle.h"
 #include "ui/scripts/scintilla/TextColumns.h"
@@ -18,10 +17,10 @@ namespace {
 
 constexpr int tabColumns = 4;
 constexpr int numbersMargin = 0;
-/// Some lexers take time that grows with the square of a line's length, and nobody reads such lines.
+/// Some lexers take time quadratic in the length of a line, and nobody reads lines of this length.
 constexpr long mostColouredColumns = 10'000;
 
-/// A combination of Control and a letter, other than those that every text widget knows.
+/// Whether the key combines Control with a letter, except for the combinations common to all text widgets.
 bool isKeyOfMenus(int key) {
   const QKeySequence sequence(key);
   for (const auto standard : {QKeySequence::Undo, QKeySequence::Redo, QKeySequence::Cut, QKeySequence::Copy,
@@ -61,7 +60,7 @@ void ScintillaEditor::prepare() {
   for (int margin = 1; margin < margins(); ++margin) setMarginWidth(margin, 0);
   SendScintilla(SCI_SETLAYOUTCACHE, static_cast<long>(SC_CACHE_PAGE));
   SendScintilla(SCI_SETIDLESTYLING, static_cast<long>(SC_IDLESTYLING_TOVISIBLE));
-  setScrollWidthTracking(true);  // for characters that are wider than those of the font
+  setScrollWidthTracking(true);  // for characters wider than the font's average
 }
 
 void ScintillaEditor::leaveKeysToMenus() {
@@ -85,7 +84,8 @@ std::string ScintillaEditor::bytes() const {
 void ScintillaEditor::setBytes(std::string_view text) {
   const long events = SendScintilla(SCI_GETMODEVENTMASK);
   SendScintilla(SCI_SETUNDOCOLLECTION, 0L);
-  if (!text.empty()) SendScintilla(SCI_SETMODEVENTMASK, 0L);  // the text isn't empty in between
+  if (!text.empty())
+    SendScintilla(SCI_SETMODEVENTMASK, 0L);  // avoids a notification while the text is empty in between
   SendScintilla(SCI_CLEARALL);
   SendScintilla(SCI_SETMODEVENTMASK, events);
   SendScintilla(SCI_APPENDTEXT, static_cast<uintptr_t>(text.size()), text.data());
@@ -114,7 +114,7 @@ void ScintillaEditor::useLexer() {
   applyStyle();
 }
 
-/// Its styles go with it: without it there is only one that has the font of scripts.
+/// Without a lexer only the default style remains, so all text is drawn in the script font.
 void ScintillaEditor::dropLexer() {
   setLexer(nullptr);
   SendScintilla(SCI_CLEARDOCUMENTSTYLE);
@@ -147,7 +147,7 @@ void ScintillaEditor::textHasChanged() {
   styleInterpreterLine(*this, m_syntax, m_look);
   fitMargin();
   fitScrollWidth();
-  tellOfChange();
+  notifyChanged();
 }
 
 void ScintillaEditor::applyStyle() {
@@ -165,13 +165,13 @@ long ScintillaEditor::characterWidth() const {
 void ScintillaEditor::fitMargin() {
   constexpr qsizetype fewestDigits = 2;
   const qsizetype digits = std::max(fewestDigits, QString::number(lines()).size());
-  // One more is the room beside them.
+  // One more digit than needed serves as padding.
   setMarginWidth(numbersMargin, m_lineNumbers ? QString(digits + 1, QLatin1Char('9')) : QString());
   SendScintilla(SCI_SETMARGINLEFT, 0UL, characterWidth() / 2);
 }
 
 void ScintillaEditor::fitScrollWidth() {
-  const long columns = m_widestLine + 1;  // with room for the insertion point
+  const long columns = m_widestLine + 1;  // including the insertion point
   constexpr long widest = 1L << 30;
   setScrollWidth(static_cast<int>(std::min(characterWidth() * columns, widest)));
 }

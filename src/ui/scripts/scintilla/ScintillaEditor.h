@@ -9,8 +9,8 @@
 
 namespace mirvel::ui {
 
-/// Edits a script with the colours of its language. A text with a line of more than 10 000 columns isn't coloured. With
-/// something selected, Tab and Shift-Tab move its lines.
+/// Edits a script with colours for its language. A text with a line of more than 10 000 columns isn't coloured. With a
+/// selection, Tab and Shift-Tab indent and unindent its lines.
 class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
   Q_OBJECT
  public:
@@ -26,7 +26,7 @@ class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
   void setInsertionPoint(std::size_t point) override;
   bool canUndo() const override { return isUndoAvailable(); }
   bool canRedo() const override { return isRedoAvailable(); }
-  // hasSelectedText() is late to see that a selection was typed over.
+  // hasSelectedText() isn't up to date yet when typing has just replaced the selection.
   bool hasSelection() const override { return SendScintilla(SCI_GETSELECTIONEMPTY) == 0; }
   void deleteSelection() override { removeSelectedText(); }
   void setSyntax(SyntaxType type) override;
@@ -43,10 +43,10 @@ class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
   void useLexer();
   void dropLexer();
   void applyStyle();
-  long characterWidth() const;  ///< in pixels, of most
+  long characterWidth() const;  ///< in pixels, of an average character
   void fitMargin();
   void fitScrollWidth();
-  std::string_view content() const;  ///< valid until the text changes or is asked for anything else
+  std::string_view content() const;  ///< valid until the text changes or Scintilla is called again
 
   SyntaxType m_syntax = SyntaxType::none;
   ScriptLook m_look = {};

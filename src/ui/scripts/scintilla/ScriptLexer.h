@@ -8,8 +8,7 @@
 
 namespace mirvel::ui {
 
-/// What tells the words, strings and comments of a language apart; null for plain text and languages
-/// without one.
+/// Creates the lexer for a language; null for plain text and for languages without one.
 std::unique_ptr<QsciLexer> makeScriptLexer(SyntaxType type);
 
 }  // namespace mirvel::ui

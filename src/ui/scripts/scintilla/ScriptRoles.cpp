@@ -17,7 +17,7 @@ namespace {
 
 using Role = ScriptRole;
 
-/// Styles from the first to the last have a role; those that no row holds are plain text.
+/// The role of the styles from `first` to `last`. Styles without a row are plain text.
 struct Row {
   int first;
   int last;
@@ -114,9 +114,9 @@ constexpr Row tclRows[] = {
     {Tcl::CommentBox, Tcl::CommentBlock, Role::Comment},
 };
 
-constexpr int phpBracedVariable = 104;  // Scintilla's own number, which QScintilla has no name for
+constexpr int phpBracedVariable = 104;  // a style number of Scintilla for which QScintilla has no name
 
-/// XML, and pages with PHP and JavaScript in them.
+/// XML, and HTML with embedded PHP and JavaScript.
 using Page = QsciLexerHTML;
 constexpr Row pageRows[] = {
     {Page::Tag, Page::Tag, Role::Keyword},
@@ -152,7 +152,7 @@ constexpr Row pageRows[] = {
     {Page::PHPDoubleQuotedVariable, Page::PHPDoubleQuotedVariable, Role::Variable},
 };
 
-/// JavaScript and Swift, which are close enough to C++ for its lexer.
+/// JavaScript and Swift, which use the lexer of C++.
 using Braces = QsciLexerCPP;
 constexpr Row bracesRows[] = {
     {Braces::Comment, Braces::CommentDoc, Role::Comment},
@@ -174,7 +174,8 @@ constexpr Row bracesRows[] = {
     {Braces::EscapeSequence, Braces::EscapeSequence, Role::Pattern},
 };
 
-/// C++ has a second set of styles, for code that a directive leaves out: nobody knows here what is left out.
+/// The lexer of C++ has a second set of styles for code that a preprocessor directive excludes. Such directives can't
+/// be evaluated here, so both sets look alike.
 int withoutInactive(SyntaxType type, int style) {
   const bool isBraces = type == SyntaxType::javaScript || type == SyntaxType::swift;
   return isBraces && style >= Braces::InactiveDefault ? style - Braces::InactiveDefault : style;

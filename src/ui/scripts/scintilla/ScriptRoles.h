@@ -5,7 +5,7 @@
 
 namespace mirvel::ui {
 
-/// What a style number of the lexer for a language stands for. The numbers are those of QScintilla's lexer classes.
+/// The role of a style number in the lexer for a language. The numbers are defined by QScintilla's lexer classes.
 ScriptRole roleOfStyle(SyntaxType type, int style);
 
 }  // namespace mirvel::ui

@@ -23,7 +23,7 @@ void styleLexer(QsciLexer& lexer, SyntaxType type, const ScriptLook& look) {
   lexer.setDefaultColor(look.color(ScriptRole::Text));
   lexer.setDefaultPaper(look.base);
   lexer.setDefaultFont(look.font);
-  for (int style = 0; style <= Sci::STYLE_MAX; ++style) {  // some that a lexer uses it doesn't describe
+  for (int style = 0; style <= Sci::STYLE_MAX; ++style) {  // a lexer may use styles that it doesn't describe
     lexer.setColor(look.color(roleOfStyle(type, style)), style);
     lexer.setPaper(look.base, style);
     lexer.setFont(look.font, style);

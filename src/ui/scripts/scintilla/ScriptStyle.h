@@ -8,15 +8,14 @@ class QsciScintilla;
 
 namespace mirvel::ui {
 
-/// Sets what a lexer for a language draws with, whether it is in use or will be. Its own defaults go.
+/// Applies the look to a lexer, replacing its default colours and fonts. The lexer needn't be in use.
 void styleLexer(QsciLexer& lexer, SyntaxType type, const ScriptLook& look);
 
-/// Sets the colours and the font of a text without a lexer, and of all that is around the text of any: margin,
-/// selection, current line and insertion point.
+/// Applies the look to text without a lexer, and to everything around the text: margin, selection, current line and
+/// insertion point.
 void styleSurroundings(QsciScintilla& text, const ScriptLook& look);
 
-/// The first line of a script, if it names its interpreter, looks like a comment in every language: not all lexers know
-/// such lines.
+/// Draws an interpreter line (`#!`) like a comment, because some lexers don't recognise it.
 void styleInterpreterLine(QsciScintilla& text, SyntaxType type, const ScriptLook& look);
 
 }  // namespace mirvel::ui

@@ -13,8 +13,8 @@ long widestLine(std::string_view text, int tabWidth) {
       column = 0;
     } else if (byte == '\t') {
       column += tabWidth - column % tabWidth;
-    } else if (byte < 0x80 || byte >= 0xC0) {  // the other bytes continue a character
-      column += byte < 0xE0 ? 1 : 2;           // from U+0800 on, where the wide characters are
+    } else if (byte < 0x80 || byte >= 0xC0) {  // not a UTF-8 continuation byte
+      column += byte < 0xE0 ? 1 : 2;           // wide characters begin at U+0800, which takes three bytes
     }
     widest = std::max(widest, column);
   }

@@ -4,8 +4,8 @@
 
 namespace mirvel::ui {
 
-/// The columns that the longest line of a UTF-8 text takes in a font of fixed width, or somewhat more: a character may
-/// take two. One pass over the text.
+/// An upper bound for the columns of the longest line of a UTF-8 text in a fixed-width font. Characters that may be
+/// wide count as two columns. One pass over the text.
 long widestLine(std::string_view text, int tabWidth);
 
 }  // namespace mirvel::ui

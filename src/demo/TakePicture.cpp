@@ -1,11 +1,11 @@
-#include "demo/Picture.h"
+#include "demo/TakePicture.h"
 
 #include <QApplication>
 #include <QLineEdit>
 #include <QTimer>
 #include <iostream>
 
-#include "demo/NewPages.h"
+#include "demo/ShowNewPage.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::demo {
@@ -20,7 +20,7 @@ void save(QWidget& window, const QString& file) {
 
 }  // namespace
 
-void arrange(ui::Application& application, const DemoOptions& options) {
+void arrangeWindow(ui::Application& application, const DemoOptions& options) {
   Program& program = application.program();
   for (const auto& job : program.catalogue.jobs()) {
     if (!options.selected.isEmpty() && ui::qt(job->name) == options.selected)
@@ -32,9 +32,9 @@ void arrange(ui::Application& application, const DemoOptions& options) {
 }
 
 void takePicture(ui::Application& application, const DemoOptions& options) {
-  // Layouts and icons settle in the passes of the event loop that follow.
+  // Layouts and icons settle during the next passes of the event loop.
   constexpr int settlingMilliseconds = 300;
-  arrange(application, options);
+  arrangeWindow(application, options);
   QTimer::singleShot(settlingMilliseconds, &application.window(), [&application, file = *options.picture] {
     QWidget* const sheet = QApplication::activeModalWidget();
     save(sheet ? *sheet : application.window(), file);

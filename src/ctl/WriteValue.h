@@ -6,8 +6,8 @@
 
 namespace mirvel::ctl {
 
-/// Writes a property list for a person: one line for each key, element or value, what lies deeper indented. Safe for a
-/// terminal.
+/// Writes a property list in readable form, one line for each key, element or value, with nested ones indented. Safe
+/// for a terminal.
 void writeValue(const propertylist::Node& root, std::ostream& out);
 
 }  // namespace mirvel::ctl

@@ -1,4 +1,4 @@
-#include "ui/support/Picture.h"
+#include "ui/support/ReadPicture.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -41,7 +41,7 @@ std::optional<QImage> readPicture(const std::filesystem::path& file) {
   auto bytes = readStart(file, mostBytes + 1);
   if (!bytes || static_cast<std::size_t>(bytes->size()) > mostBytes) return std::nullopt;
   QBuffer buffer(&*bytes);
-  QImageReader reader(&buffer);  // by content: extensions lie
+  QImageReader reader(&buffer);  // by content, since extensions can be wrong
   reader.setAutoTransform(true);
   if (!reader.canRead() || !fits(reader.size())) return std::nullopt;
   QImage image = reader.read();

@@ -14,66 +14,66 @@
 #include "core/process/Environment.h"
 #include "core/process/ProcessRunner.h"
 
-/// The commands of the terminal companion. It only reads; nothing on the machine is changed.
+/// The subcommands of mirvelctl. They read only; nothing on the machine is changed.
 namespace mirvel::ctl {
 
 enum ExitStatus { Success = 0, Failed = 1, Usage = 2 };
 
-/// The machine whose jobs are listed.
+/// The machine whose jobs are inspected.
 struct Machine {
   Roots roots;
   Environment environment;
   ProcessRunner& runner;
-  std::function<std::string()> userName;  ///< of the user as people write it
+  std::function<std::string()> userName;  ///< full name of the user
   const Clock& clock;
-  std::function<std::string()> timeZone;  ///< its name
+  std::function<std::string()> timeZone;  ///< name of the time zone
 };
 
-/// What a command may use of the world.
+/// The environment in which a subcommand runs.
 struct Context {
   std::istream& in;
   std::ostream& out;
   std::ostream& err;
-  bool isTerminal = false;  ///< of `out`: a person looks at it, and control characters would reach the terminal
-  bool hasColour = false;   ///< of `out`
+  bool isTerminal = false;  ///< `out` is a terminal, so it must not receive control characters
+  bool hasColour = false;   ///< `out` supports colours
   const Localize& localize;
   const lint::TargetMachine& targetMachine;
   const Machine& machine;
 };
 
-/// A command takes what stands behind its name, and gives the exit status.
-struct Command {
+/// `run` receives the arguments after the name and returns the exit status.
+struct Subcommand {
   std::string_view name;
-  std::string_view synopsis;  ///< what follows the name
-  std::string_view summary;   ///< one line
-  std::string_view help;      ///< whole lines
+  std::string_view synopsis;  ///< the arguments in the usage line
+  std::string_view summary;   ///< one line, without a full stop
+  std::string_view help;      ///< complete lines
   int (*run)(Arguments arguments, const Context& context);
 };
 
-/// All commands, in the order of the help.
-std::span<const Command> commands();
-/// Null: there is none of that name.
-const Command* findCommand(std::string_view name);
+/// All subcommands in the order of the help.
+std::span<const Subcommand> subcommands();
+/// Null if there is no subcommand of this name.
+const Subcommand* findSubcommand(std::string_view name);
 
 /// Checks job files.
 int lint(Arguments arguments, const Context& context);
-/// Shows property lists in words, or as JSON.
+/// Describes a property list, or prints it as JSON.
 int show(Arguments arguments, const Context& context);
 /// Lists the jobs of the machine.
 int list(Arguments arguments, const Context& context);
-/// Tells what the loaded jobs do.
+/// Shows the state of the loaded jobs.
 int status(Arguments arguments, const Context& context);
 /// Lists the coming runs of jobs.
 int runs(Arguments arguments, const Context& context);
-/// Writes a property list in its other form.
+/// Converts a property list to XML or binary.
 int convert(Arguments arguments, const Context& context);
-/// Tells about the commands.
+/// Shows the help for a subcommand, or the list of all.
 int help(Arguments arguments, const Context& context);
 
-/// Says how a command is used, after what was wrong; gives `Usage`.
+/// Writes the problem and the usage line to the error output. Returns `Usage`.
 int usageError(std::string_view command, std::string_view problem, const Context& context);
 
-/// The whole program: finds the command by its name.
+/// Runs the program: finds the subcommand and calls it. Returns the exit status.
 int run(Arguments arguments, const Context& context);
 
 }  // namespace mirvel::ctl

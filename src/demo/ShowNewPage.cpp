@@ -1,4 +1,4 @@
-#include "demo/NewPages.h"
+#include "demo/ShowNewPage.h"
 
 #include "core/creation/StartingPoints.h"
 #include "ui/creation/NewViewController.h"
@@ -33,7 +33,7 @@ void chooseFrom(NewController& controller, New::Run run, const std::string& name
 
 }  // namespace
 
-QStringList newPages() {
+QStringList newPageNames() {
   return {QStringLiteral("name"),    QStringLiteral("what"), QStringLiteral("application"), QStringLiteral("script"),
           QStringLiteral("command"), QStringLiteral("when"), QStringLiteral("watch")};
 }

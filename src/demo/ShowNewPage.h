@@ -7,10 +7,10 @@
 
 namespace mirvel::demo {
 
-/// The pages of the sheet that makes a new job, by which the demo can open it.
-QStringList newPages();
+/// The names of the pages of the sheet for new jobs, as used on the command line.
+QStringList newPageNames();
 
-/// Opens the sheet on that page, filled in as a user may have done.
+/// Opens the sheet for new jobs on a page, filled in with sample data.
 void showNewPage(ui::Application& application, const QString& page);
 
 }  // namespace mirvel::demo

@@ -1,4 +1,4 @@
-#include "ui/support/Picture.h"
+#include "ui/support/ReadPicture.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "ctl/ValueText.h"
+#include "ctl/WriteValue.h"
 
 #include <ostream>
 #include <span>
@@ -14,7 +14,7 @@ namespace mirvel::ctl {
 namespace {
 
 std::string dataText(std::string_view bytes) {
-  constexpr std::size_t shown = 48;
+  constexpr std::size_t shown = 48;  // bytes, 64 characters in base64
   const std::string more = bytes.size() > shown ? "..." : "";
   return std::to_string(bytes.size()) + " bytes: " + toBase64(bytes.substr(0, shown)) + more;
 }
