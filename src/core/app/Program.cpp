@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "core/actions/CommentedFile.h"
+#include "core/creation/SaveNewJob.h"
+
 namespace mirvel {
 
 Program::Program(Foundation& theFoundation, const Platform& thePlatform)
@@ -19,12 +22,23 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       deletedJobs(foundation.roots.applicationSupport, platform.clock, foundation.storeTroubles),
       notes(foundation.roots.applicationSupport, platform.mainQueue, foundation.storeTroubles),
       jobMoves(foundation.roots.applicationSupport, selection, notes, revisions, foundation.storeTroubles),
-      editing(*this),
-      drafts(*this),
+      editing(selection, shell, state.saving, foundation, platform.clock, platform.console),
+      drafts(foundation, platform, shell, selection, catalogue, fetcher, notifications, editing,
+             {.select = [this](const auto& job) { selectNewJob(*this, job); },
+              .keepFile = [this](const auto& name, const auto& text) { return keepFile(*this, name, text); },
+              .keptFiles = keptFilesFolder(*this)}),
+      icons(foundation.roots.applicationSupport, platform.interface, platform.workspace, foundation.localize, selection,
+            shell, [this](const auto& job) { iconChanged(job); }),
       scheduledController(foundation.localize),
       actions(*this),
       hostStart(*this),
-      menus(*this) {}
+      menus(*this),
+      m_reverted(editing.reverted().subscribe([this] { mainWindow.refresh(); })) {}
+
+void Program::iconChanged(const std::shared_ptr<Job>& job) {
+  if (job->customIcon) jobMoves.remember(*job);
+  if (ModeType* const mode = currentMode()) mode->reloadJob(job);
+}
 
 ModeType* Program::currentMode() const {
   if (ModeType* const chosen = shell.modes.at(static_cast<std::size_t>(mainWindow.mode()))) return chosen;

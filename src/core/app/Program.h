@@ -11,6 +11,7 @@
 #include "core/commands/CommandRepairs.h"
 #include "core/creation/Creation.h"
 #include "core/editor/Drafts.h"
+#include "core/editor/IconEditing.h"
 #include "core/editor/NotesStore.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/MenuController.h"
@@ -59,10 +60,16 @@ class Program {
   JobMoves jobMoves;
   Editing editing;
   Drafts drafts;
+  IconEditing icons;
   ScheduledController scheduledController;
   ActionController actions;
   HostStart hostStart;
   MenuController menus;
+
+ private:
+  void iconChanged(const std::shared_ptr<Job>& job);
+
+  Subscription m_reverted;
 };
 
 }  // namespace mirvel

@@ -71,7 +71,7 @@ void NewRunScript::setText(std::string text) {
 
 void NewRunScript::choose(bool showsHiddenFiles) {
   const auto file = m_sheet.program.platform.interface.openPanel({.showsHiddenFiles = showsHiddenFiles});
-  if (file) becomeReady(*file, chosenCommand(m_sheet.program, *file));
+  if (file) becomeReady(*file, chosenCommand(m_sheet.program.repairs, *file));
   m_sheet.tellOfChange();  // a button that was clicked is drawn as its state is
 }
 

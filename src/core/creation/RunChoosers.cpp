@@ -44,7 +44,7 @@ bool NewRunApplication::isChosen(const InstalledApplication& application) const 
 void NewRunApplication::take(const fs::path& file, std::string shown) {
   m_sheet.job.shownApplication = std::move(shown);
   m_sheet.job.application = file;
-  m_sheet.job.plist.run = chosenCommand(m_sheet.program, file);
+  m_sheet.job.plist.run = chosenCommand(m_sheet.program.repairs, file);
   m_sheet.job.plist.processType = "Interactive";
   m_sheet.tellOfChange();
 }
@@ -53,11 +53,14 @@ void NewRunApplication::clear() {
   m_sheet.job.shownApplication.clear();
 }
 
-NewRunCommand::NewRunCommand(NewSheet& sheet) : m_sheet(sheet), m_check(sheet.program) {}
+NewRunCommand::NewRunCommand(NewSheet& sheet)
+    : m_sheet(sheet),
+      m_check(sheet.program.foundation.defaults, sheet.program.repairs, sheet.program.platform.fileQueue,
+              sheet.program.platform.mainQueue) {}
 
 void NewRunCommand::setText(std::string text) {
   jobfile::Plist& plist = m_sheet.job.plist;
-  GeneralRules::run(plist, text, m_sheet.program.repairs);
+  plist.run = GeneralRules::command(text, plist, m_sheet.program.repairs);
   plist.processType.reset();  // that of an application which was chosen before
   m_sheet.job.command = std::move(text);
   check();

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/app/Program.h"
+#include "core/commands/CommandRepairs.h"
 #include "core/session/Shell.h"
 #include "core/text/Strings.h"
 
@@ -10,12 +10,12 @@ namespace mirvel {
 
 namespace fs = std::filesystem;
 
-RunMenu RunMenu::of(const Program& program, const std::string& command, const std::string& selected) {
+RunMenu RunMenu::of(const Shell& shell, const CommandRepairs& repairs, const std::string& command,
+                    const std::string& selected) {
   RunMenu menu;
-  const Shell& shell = program.shell;
   const bool hasSheet = shell.mainWindow && shell.mainWindow->hasSheet();
   menu.offersTest = !command.empty() && !hasSheet && shell.segues.contains(String::test);
-  menu.file = offeredFile(program.repairs.fileArguments(command), selected);
+  menu.file = offeredFile(repairs.fileArguments(command), selected);
   menu.offersEdit = menu.file && shell.editScript;
   return menu;
 }
@@ -29,8 +29,8 @@ std::optional<fs::path> RunMenu::offeredFile(const std::vector<fs::path>& files,
   return files.size() > 1 && isInterpreter ? files[1] : files.front();
 }
 
-std::string chosenCommand(const Program& program, const fs::path& file) {
-  return program.repairs.commandForFile(file).value_or(String::quote(file.native()));
+std::string chosenCommand(const CommandRepairs& repairs, const fs::path& file) {
+  return repairs.commandForFile(file).value_or(String::quote(file.native()));
 }
 
 std::string withCommand(std::string text, const std::string& command) {

@@ -24,7 +24,9 @@ std::vector<RevisionItem> revisionItems(Program& program) {
 void insertRevision(Program& program, const propertylist::Dictionary& revision) {
   const propertylist::Value* const content = revision.find(RevisionController::plistKey);
   const auto* const dictionary = content ? content->as<propertylist::Dictionary>() : nullptr;
-  if (!dictionary || !replaceSelected(program, *dictionary)) return;
+  if (!dictionary) return;
+  const Localize& localize = program.foundation.localize;
+  if (!replaceSelected(program.editing, program.platform.interface, localize, *dictionary)) return;
   if (program.shell.detail) program.shell.detail->showEdit();
 }
 

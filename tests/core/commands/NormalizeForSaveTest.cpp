@@ -96,7 +96,7 @@ TEST_F(NormalizeForSaveTest, ACommandThatWasNotEditedIsLeftAlone) {
     plist.run = "/bin/other";
     EXPECT_TRUE(plist.normalizeForSave(repairs));
     EXPECT_NE(plist.encodeAll(), file);
-    GeneralRules::run(plist, text, repairs);
+    plist.run = GeneralRules::command(text, plist, repairs);
     EXPECT_TRUE(plist.normalizeForSave(repairs));
     EXPECT_EQ(plist.encodeAll(), file) << "typed back";
   }

@@ -36,7 +36,9 @@ TEST_F(RunFieldTest, TheFileToOfferIsTheSelectedOneOrTheScript) {
 
 TEST_F(RunFieldTest, TheMenuOffersWhatTheProgramCanDo) {
   testdata::RecordingShell shell(program());
-  const auto menu = [&](const std::string& command) { return RunMenu::of(program(), command, ""); };
+  const auto menu = [&](const std::string& command) {
+    return RunMenu::of(program().shell, program().repairs, command, "");
+  };
   EXPECT_EQ(menu("/bin/sh ~/x"), (RunMenu{false, roots.home / "x", false}));
   program().shell.segues[String::test] = [] {};
   program().shell.editScript = [](const URL&) {};
@@ -56,11 +58,11 @@ TEST_F(RunFieldTest, FilesStandInACommandSoThatTheyAreOneArgument) {
   EXPECT_EQ(withCommand("/bin/sh ", "/x"), "/bin/sh /x");
   const auto script = folder.write("my script.txt", "#!/bin/sh\n");
   ASSERT_TRUE(foundation.defaults.set(Defaults::Key::automaticHelp, false));
-  EXPECT_EQ(chosenCommand(program(), script), "\"" + script.string() + "\"");
+  EXPECT_EQ(chosenCommand(program().repairs, script), "\"" + script.string() + "\"");
 }
 
 TEST_F(RunFieldTest, MissingFilesAreFoundBesideTheMainThreadAndTheLastQuestionCounts) {
-  FileCheck check(program());
+  FileCheck check(foundation.defaults, program().repairs, fileQueue, queue);
   using Answers = std::vector<std::vector<fs::path>>;
   Answers answers;
   const auto ask = [&](const std::string& command) {
