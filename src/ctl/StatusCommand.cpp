@@ -12,8 +12,8 @@
 #include "ctl/Style.h"
 #include "ctl/Subcommand.h"
 #include "helpers/hostdata/EnabledJobs.h"
-#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/hostdata/HostClient.h"
+#include "helpers/hostdata/HostPlaces.h"
 
 namespace mirvel::ctl {
 
@@ -53,8 +53,7 @@ struct Answer {
   std::string_view hostName;
   bool isRunning;
   Jobs jobs;
-  std::vector<EnabledJob> notLoaded =
-      {};  ///< enabled but not loaded; always empty for launchd, which isn't asked
+  std::vector<EnabledJob> notLoaded = {};  ///< enabled but not loaded; always empty for launchd, which isn't asked
 };
 
 void writeJson(const Answer& answer, const Context& context) {

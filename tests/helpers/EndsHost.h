@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/hostdata/HostClient.h"
+#include "helpers/hostdata/HostPlaces.h"
 
 namespace mirvel::testdata {
 
@@ -16,8 +16,7 @@ class EndsHost {
   explicit EndsHost(const std::filesystem::path& root) : m_client(HostPlaces::of(Roots::below(root)).socket) {}
   ~EndsHost() {
     const auto answer = m_client.ask(hostdata::Quit(), longestQuit);
-    const bool hasEnded =
-        answer || HostClient::isNoHost(answer.error()) || HostClient::isHangUp(answer.error());
+    const bool hasEnded = answer || HostClient::isNoHost(answer.error()) || HostClient::isHangUp(answer.error());
     EXPECT_TRUE(hasEnded) << answer.error().text();
   }
   EndsHost(const EndsHost&) = delete;

@@ -1,6 +1,6 @@
 #include "core/app/Program.h"
 
-#include "core/editor/ReplaceSelected.h"
+#include "core/actions/CommentedFile.h"
 
 namespace mirvel {
 
@@ -55,8 +55,7 @@ WindowContext makeWindowContext(Program& program) {
           .kinds = program.kinds,
           .mainWindow = program.mainWindow,
           .saving = program.saving,
-          .scanning = program.scanning,
-          .replaceSelected = [&program](const auto& content) { return replaceSelected(program, content); }};
+          .scanning = program.scanning};
 }
 
 }  // namespace
@@ -76,9 +75,15 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       repairs(foundation.defaults, foundation.commands, platform.interface, platform.processRunner, foundation.localize,
               foundation.roots.home),
       scheduledController(foundation.localize),
-      editing(*this),
+      editing(selection, shell, saving, foundation, platform.clock, platform.console),
       fetcher(foundation, platform, catalogue, selection, currentMode, editing, notifications, shell, scanning, saving),
-      drafts(*this),
+      drafts(foundation, platform, shell, selection, catalogue, fetcher, notifications, editing,
+             {.select = [this](const auto& job) { currentMode.select(job); },
+              .keepFile = [this](const auto& name,
+                                 const auto& text) { return keepFile(foundation.roots, platform.clock, name, text); },
+              .keptFiles = keptFilesFolder(foundation.roots)}),
+      icons(foundation.roots.applicationSupport, platform.interface, platform.workspace, foundation.localize, selection,
+            shell, [this](const auto& job) { iconChanged(job); }),
       actions(actionContext(*this)),
       deletion(actions, deletedJobs, editing, saving, foundation, platform, shell),
       hostStart(platform, foundation.localize, catalogue, notifications),
@@ -86,6 +91,12 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       mainWindow(foundation, platform, shell, catalogue, selection, currentMode, editing, fetcher, drafts),
       windowContext(makeWindowContext(*this)),
       menus(windowContext),
-      appDelegate(*this) {}
+      appDelegate(*this),
+      m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })) {}
+
+void Program::iconChanged(const std::shared_ptr<Job>& job) {
+  if (job->customIcon) notifications.iconGiven.post(*job);
+  if (ModeType* const mode = currentMode.view()) mode->reloadJob(job);
+}
 
 }  // namespace mirvel

@@ -13,6 +13,7 @@
 #include "core/creation/Creation.h"
 #include "core/creation/CreationContext.h"
 #include "core/editor/Drafts.h"
+#include "core/editor/IconEditing.h"
 #include "core/editor/NotesStore.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/MenuController.h"
@@ -69,6 +70,7 @@ class Program {
   Editing editing;
   Fetcher fetcher;
   Drafts drafts;
+  IconEditing icons;
 
   // Requests to the helpers.
   ActionController actions;
@@ -83,6 +85,11 @@ class Program {
   MenuController menus;
 
   AppDelegate appDelegate;
+
+ private:
+  void iconChanged(const std::shared_ptr<Job>& job);
+
+  Subscription m_reverted;
 };
 
 }  // namespace mirvel

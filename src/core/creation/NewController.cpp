@@ -11,10 +11,10 @@
 #include "core/creation/SaveNewJob.h"
 #include "core/explain/NextRuns.h"
 #include "core/explain/Occasions.h"
+#include "core/locale/LocaleTexts.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "core/text/Bidirectional.h"
-#include "core/locale/LocaleTexts.h"
 #include "core/text/Strings.h"
 
 namespace mirvel {

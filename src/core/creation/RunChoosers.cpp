@@ -57,11 +57,13 @@ void NewRunApplication::clear() {
 }
 
 NewRunCommand::NewRunCommand(NewSheet& sheet)
-    : m_sheet(sheet), m_check(sheet.context.foundation.defaults, sheet.context.repairs, sheet.context.platform) {}
+    : m_sheet(sheet),
+      m_check(sheet.context.foundation.defaults, sheet.context.repairs, sheet.context.platform.fileQueue,
+              sheet.context.platform.mainQueue) {}
 
 void NewRunCommand::setText(std::string text) {
   jobfile::Plist& plist = m_sheet.job.plist;
-  GeneralRules::run(plist, text, m_sheet.context.repairs);
+  plist.run = GeneralRules::command(text, plist, m_sheet.context.repairs);
   plist.processType.reset();  // that of an application which was chosen before
   m_sheet.job.command = std::move(text);
   check();

@@ -2,14 +2,20 @@
 
 #include <utility>
 
-#include "core/actions/CommentedFile.h"
 #include "core/actions/JobOnDisk.h"
-#include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
 #include "core/commands/TextAsEdited.h"
 #include "core/editor/ReplaceSelected.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
+#include "core/session/Catalogue.h"
+#include "core/session/Editing.h"
+#include "core/session/Fetcher.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 #include "core/text/Bytes.h"
 
 namespace mirvel {
@@ -54,12 +60,23 @@ propertylist::Value Drafts::encode(const Draft& draft) {
                                   {contentsKey, propertylist::Data{draft.text}}};
 }
 
-Drafts::Drafts(Program& program)
-    : m_program(program),
-      m_store(program.foundation.roots.applicationSupport / "Drafts.plist", &program.foundation.storeTroubles),
-      m_delay(program.platform.mainQueue),
+Drafts::Drafts(Foundation& foundation, const Platform& platform, const Shell& shell, const Selection& selection,
+               const Catalogue& catalogue, const Fetcher& fetcher, Notifications& notifications, Editing& editing,
+               Services services)
+    : m_foundation(foundation),
+      m_platform(platform),
+      m_shell(shell),
+      m_selection(selection),
+      m_catalogue(catalogue),
+      m_fetcher(fetcher),
+      m_notifications(notifications),
+      m_editing(editing),
+      m_services(std::move(services)),
+      m_store(foundation.roots.applicationSupport / "Drafts.plist", &foundation.storeTroubles),
+      m_delay(platform.mainQueue),
       // Jobs are only published while nothing is unsaved.
-      m_updated(program.notifications.jobsUpdated.subscribe([this] { (void)settle(); })) {}
+      m_updated(notifications.jobsUpdated.subscribe([this] { (void)settle(); })),
+      m_edited(editing.edited().subscribe([this] { edited(); })) {}
 
 void Drafts::edited() {
   if (std::exchange(m_isDue, true)) return;
@@ -70,8 +87,8 @@ void Drafts::edited() {
 }
 
 bool Drafts::settle() {
-  const auto job = m_program.selection.launchd();
-  if (!m_program.editing.hasUnsavedChanges() || !job) {
+  const auto job = m_selection.launchd();
+  if (!m_editing.hasUnsavedChanges() || !job) {
     follow(nullptr);
     return true;
   }
@@ -80,17 +97,17 @@ bool Drafts::settle() {
               .name = job->name,
               .url = job->url,
               .kind = job->kind,
-              .fileChecksum = m_program.editing.fileChecksum(),
+              .fileChecksum = m_editing.fileChecksum(),
               .text = textAsEdited(job->plist())};
   // A path that is no text has no place in a property list.
   if (draft.text.empty() || !propertylist::isUtf8(draft.url.text())) return false;
   const propertylist::Value value = encode(draft);
   const propertylist::Value* const kept = m_store.find(m_id);
   const bool isKept = (kept && *kept == value && !m_store.hasChanges()) || m_store.set(m_id, value);
-  return isKept && m_program.editing.unfinished().isEmpty();
+  return isKept && m_editing.unfinished().isEmpty();
 }
 
-/// Another edit begins, or none.
+/// Starts the copy of another edit, or of none.
 void Drafts::follow(const std::shared_ptr<Launchd>& job) {
   if (!m_id.empty()) forget(m_id);
   m_job = job;
@@ -113,16 +130,16 @@ std::vector<Drafts::Draft> Drafts::drafts() {
 void Drafts::offer() {
   m_waiting = drafts();
   if (m_waiting.empty()) return;
-  m_scanned = m_program.notifications.loadingChanged.subscribe([this] {
-    if (!m_program.fetcher.hasScanned()) return;
+  m_scanned = m_notifications.loadingChanged.subscribe([this] {
+    if (!m_fetcher.hasScanned()) return;
     m_scanned = {};
     m_delay(0, [this] { askAboutNext(); });  // when they are published
   });
 }
 
-/// One after another. What is edited by now, or kept of a job that holds it, isn't asked about.
+/// Asks one question after another. Drafts that the job's file already contains are dropped without a question.
 void Drafts::askAboutNext() {
-  while (!m_waiting.empty() && !m_program.editing.hasUnsavedChanges()) {
+  while (!m_waiting.empty() && !m_editing.hasUnsavedChanges()) {
     const Draft draft = std::move(m_waiting.back());
     m_waiting.pop_back();
     if (!isHeld(draft)) return ask(draft);
@@ -132,50 +149,48 @@ void Drafts::askAboutNext() {
 
 /// Whether the job's file is as the edit would have it.
 bool Drafts::isHeld(const Draft& draft) const {
-  const auto job = m_program.catalogue.jobAt(draft.url);
+  const auto job = m_catalogue.jobAt(draft.url);
   return jobBytes(draft.url) == draft.text && !(job && job->kind != draft.kind);
 }
 
 void Drafts::ask(const Draft& draft) {
-  const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.beginSheet({.message = localize.unsavedChangesWereKept(draft.name),
-                                           .informativeText = localize.mirvelEndedBeforeYouSavedThem(),
-                                           .defaultTitle = localize.continueEditing(),
-                                           .alternateTitle = localize.discardChanges(),
-                                           .cancelTitle = localize.later()},
-                                          m_delay.whileOwned([this, draft](int answer) {
-                                            if (answer == Interface::defaultButton) return goOn(draft);
-                                            if (answer == Interface::alternateButton) forget(draft.id);
-                                            askAboutNext();
-                                          }));
+  const Localize& localize = m_foundation.localize;
+  m_platform.interface.beginSheet({.message = localize.unsavedChangesWereKept(draft.name),
+                                   .informativeText = localize.mirvelEndedBeforeYouSavedThem(),
+                                   .defaultTitle = localize.continueEditing(),
+                                   .alternateTitle = localize.discardChanges(),
+                                   .cancelTitle = localize.later()},
+                                  m_delay.whileOwned([this, draft](int answer) {
+                                    if (answer == Interface::defaultButton) return goOn(draft);
+                                    if (answer == Interface::alternateButton) forget(draft.id);
+                                    askAboutNext();
+                                  }));
 }
 
-/// The others wait for the next start.
+/// Opens the draft in the editor. The other drafts wait for the next start.
 void Drafts::goOn(const Draft& draft) {
   const auto keys = propertylist::readDictionary(draft.text);
-  const auto job = m_program.catalogue.jobAt(draft.url);
-  if (m_program.editing.hasUnsavedChanges()) return;
+  const auto job = m_catalogue.jobAt(draft.url);
+  if (m_editing.hasUnsavedChanges()) return;
   if (!job && stands(draft.url)) {
-    const Localize& localize = m_program.foundation.localize;
-    return m_program.platform.interface.error(localize.unsavedChangesWereKept(draft.name), localize.theJobIsNotShown());
+    const Localize& localize = m_foundation.localize;
+    return m_platform.interface.error(localize.unsavedChangesWereKept(draft.name), localize.theJobIsNotShown());
   }
   if (!job || !keys) return putAside(draft);
-  m_program.currentMode.select(job);
-  if (!replaceSelected(m_program, *keys)) return;
-  m_program.editing.setFileChecksum(draft.fileChecksum);
-  m_program.selection.job()->kind = draft.kind;
-  if (m_program.shell.detail) m_program.shell.detail->showEdit();
+  m_services.select(job);
+  if (!replaceSelected(m_editing, m_platform.interface, m_foundation.localize, *keys)) return;
+  m_editing.setFileChecksum(draft.fileChecksum);
+  m_selection.job()->kind = draft.kind;
+  if (m_shell.detail) m_shell.detail->showEdit();
   if (settle()) forget(draft.id);
 }
 
 void Drafts::putAside(const Draft& draft) {
-  Interface& interface = m_program.platform.interface;
-  const Localize& localize = m_program.foundation.localize;
-  if (const auto kept = keepFile(m_program.foundation.roots, m_program.platform.clock, draft.name, draft.text); !kept)
-    return interface.present(kept.error());
+  Interface& interface = m_platform.interface;
+  const Localize& localize = m_foundation.localize;
+  if (const auto kept = m_services.keepFile(draft.name, draft.text); !kept) return interface.present(kept.error());
   forget(draft.id);
-  interface.error(localize.unsavedChangesWereKept(draft.name),
-                  localize.theJobIsGone(keptFilesFolder(m_program.foundation.roots).string()));
+  interface.error(localize.unsavedChangesWereKept(draft.name), localize.theJobIsGone(m_services.keptFiles.string()));
 }
 
 }  // namespace mirvel

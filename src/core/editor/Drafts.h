@@ -1,32 +1,53 @@
 #pragma once
 
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "core/base/Result.h"
 #include "core/base/Signal.h"
+#include "core/catalogue/Job.h"
 #include "core/catalogue/Kind.h"
 #include "core/ports/MainQueue.h"
 #include "core/settings/Store.h"
 
 namespace mirvel {
 
+class Catalogue;
+class Editing;
+class Fetcher;
 class Launchd;
-class Program;
+class Selection;
+struct Foundation;
+struct Notifications;
+struct Platform;
+struct Shell;
 
-/// Keeps the edit of a job while it isn't saved, so that it outlives an end of the program at which nobody can be
-/// asked: a signal, a crash, the end of the desktop. The next start offers to go on with it. For the main thread.
+/// Keeps a copy of the unsaved edit on disk, so that it survives an end of the program at which nobody can be asked: a
+/// signal, a crash, the end of the desktop session. The next start offers to continue it. For the main thread.
 class Drafts {
  public:
-  explicit Drafts(Program& program);
+  /// What other parts of the program do for it.
+  struct Services {
+    /// Selects a job of the catalogue.
+    std::function<void(const std::shared_ptr<Job>& job)> select;
+    /// Keeps the text of a job whose file is gone, in `keptFiles`.
+    std::function<Result<void>(const std::string& name, const std::string& text)> keepFile;
+    std::filesystem::path keptFiles;
+  };
 
-  /// The selected job was edited, or isn't any more; that is settled a moment later.
-  void edited();
-  /// Keeps the edit as it is now or, if there is none any more, forgets what was kept of it. False if it can't be
-  /// kept, or not all of it: what can't be in a job file has no place there.
+  /// All outlive it.
+  Drafts(Foundation& foundation, const Platform& platform, const Shell& shell, const Selection& selection,
+         const Catalogue& catalogue, const Fetcher& fetcher, Notifications& notifications, Editing& editing,
+         Services services);
+
+  /// Writes the edit as it is now or, without one, removes its copy. Returns false if it can't be kept, or not all of
+  /// it: unfinished input has no form in a job file.
   bool settle();
-  /// Once there are jobs, asks about the edits that earlier runs kept.
+  /// Asks about the edits of earlier runs as soon as the catalogue is there.
   void offer();
 
  private:
@@ -41,6 +62,7 @@ class Drafts {
   static std::optional<Draft> decode(const std::string& id, const propertylist::Value& value);
   static propertylist::Value encode(const Draft& draft);
 
+  void edited();
   std::vector<Draft> drafts();
   void follow(const std::shared_ptr<Launchd>& job);
   void forget(const std::string& id);
@@ -50,7 +72,15 @@ class Drafts {
   bool isHeld(const Draft& draft) const;
   void putAside(const Draft& draft);
 
-  Program& m_program;
+  const Foundation& m_foundation;
+  const Platform& m_platform;
+  const Shell& m_shell;
+  const Selection& m_selection;
+  const Catalogue& m_catalogue;
+  const Fetcher& m_fetcher;
+  Notifications& m_notifications;
+  Editing& m_editing;
+  const Services m_services;
   Store m_store;
   Delay m_delay;
   bool m_isDue = false;
@@ -59,6 +89,7 @@ class Drafts {
   std::vector<Draft> m_waiting;  ///< to be asked about
   Subscription m_scanned;        ///< while they wait for jobs
   Subscription m_updated;
+  Subscription m_edited;
 };
 
 }  // namespace mirvel

@@ -2,8 +2,8 @@
 
 #include <optional>
 
+#include "core/actions/ActionController.h"
 #include "core/actions/JobOnDisk.h"
-#include "core/app/Program.h"
 #include "core/base/Const.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
@@ -12,12 +12,19 @@
 #include "core/files/ReadFile.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
+#include "core/session/Busy.h"
+#include "core/session/Editing.h"
+#include "core/session/Fetcher.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
 namespace {
 
-/// What stands in the job's file, if it isn't what was read from it. None too if there is nothing to be lost: no file.
+/// The contents of the job's file, if they aren't those that were read. None too if there is no file to lose.
 std::optional<std::string> changedFile(const Launchd& job, const Editing& editing) {
   if (job.isNewFile) return std::nullopt;
   auto bytes = readFile(job.url.path(), JobFolder::largestFile);
@@ -29,7 +36,7 @@ bool mayBeSaved(const Job* job, const Defaults& defaults) {
   return job && job->record() && job->kind.isEditable(defaults.editSystemJobs());
 }
 
-/// As a person reads a job file, whatever form it has.
+/// A job file as XML, whatever its format.
 std::string readable(const std::string& bytes) {
   const auto document = propertylist::read(bytes);
   if (!document) return bytes;
@@ -39,44 +46,55 @@ std::string readable(const std::string& bytes) {
 
 }  // namespace
 
-EditController::EditController(Program& program, EditStackType& stack) : m_program(program), m_stack(stack) {
-  m_program.shell.edit = this;
+EditController::EditController(const Foundation& foundation, const Platform& platform, Shell& shell, const Busy& saving,
+                               const Busy& scanning, const Selection& selection, Editing& editing,
+                               ActionController& actions, Fetcher& fetcher, EditStackType& stack)
+    : m_foundation(foundation),
+      m_platform(platform),
+      m_shell(shell),
+      m_saving(saving),
+      m_scanning(scanning),
+      m_selection(selection),
+      m_editing(editing),
+      m_actions(actions),
+      m_fetcher(fetcher),
+      m_stack(stack) {
+  m_shell.edit = this;
 }
 
 EditController::~EditController() {
-  m_program.shell.edit = nullptr;
+  m_shell.edit = nullptr;
 }
 
 void EditController::updateButtons() {
-  const Localize& localize = m_program.foundation.localize;
-  const bool isSaving = m_program.saving.isBusy();
-  m_stack.showButtons(
-      {.isBusy = isSaving || m_program.scanning.isBusy(),
-       .isSaving = isSaving,
-       .canSave = !isSaving && mayBeSaved(m_program.selection.job().get(), m_program.foundation.defaults),
-       .discardTitle = m_program.editing.hasUnsavedChanges() ? localize.discardChanges() : localize.done()});
+  const Localize& localize = m_foundation.localize;
+  const bool isSaving = m_saving.isBusy();
+  m_stack.showButtons({.isBusy = isSaving || m_scanning.isBusy(),
+                       .isSaving = isSaving,
+                       .canSave = !isSaving && mayBeSaved(m_selection.job().get(), m_foundation.defaults),
+                       .discardTitle = m_editing.hasUnsavedChanges() ? localize.discardChanges() : localize.done()});
 }
 
 void EditController::refreshEditedState() {
-  if (m_program.shell.mainWindow) m_program.shell.mainWindow->setEdited(m_program.editing.hasUnsavedChanges());
+  if (m_shell.mainWindow) m_shell.mainWindow->setEdited(m_editing.hasUnsavedChanges());
   updateButtons();
 }
 
 void EditController::save() {
-  const auto job = m_program.selection.launchd();
-  if (m_program.saving.isBusy()) return;
-  if (!mayBeSaved(job.get(), m_program.foundation.defaults)) return m_program.platform.interface.saveError();
+  const auto job = m_selection.launchd();
+  if (m_saving.isBusy()) return;
+  if (!mayBeSaved(job.get(), m_foundation.defaults)) return m_platform.interface.saveError();
   m_stack.endEditing();
   if (const auto invalid = m_stack.refuse()) {
-    return m_program.platform.interface.error(invalid->message, invalid->reason);
+    return m_platform.interface.error(invalid->message, invalid->reason);
   }
-  if (const auto theirs = changedFile(*job, m_program.editing)) return askAboutConflict(job, *theirs);
-  m_program.actions.save(job);
+  if (const auto theirs = changedFile(*job, m_editing)) return askAboutConflict(job, *theirs);
+  m_actions.save(job);
 }
 
 void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
-  const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.beginSheet(
+  const Localize& localize = m_foundation.localize;
+  m_platform.interface.beginSheet(
       {.message = localize.fileWasChangedMeanwhile(job->name),
        .informativeText = localize.anotherProgramChangedTheFile(),
        .defaultTitle = localize.compare(),
@@ -93,49 +111,48 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
 }
 
 void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, Choice choice) {
-  if (job != m_program.selection.job()) return;
+  if (job != m_selection.job()) return;
   if (choice == Choice::Theirs) {
     m_stack.hideDiscardButton();
-    return readAnew();
+    return reread();
   }
   if (choice != Choice::Mine) return;
-  m_program.editing.setFileChecksum(JobFile::checksumOf(theirs));
-  m_program.actions.save(job);
+  m_editing.setFileChecksum(JobFile::checksumOf(theirs));
+  m_actions.save(job);
 }
 
 void EditController::discardEdits() {
   m_stack.hideDiscardButton();
-  if (m_program.editing.hasUnsavedChanges()) return readAnew();
-  if (m_program.shell.detail) m_program.shell.detail->showDisplay();
+  if (m_editing.hasUnsavedChanges()) return reread();
+  if (m_shell.detail) m_shell.detail->showDisplay();
 }
 
-/// What can be edited until the scan comes isn't what was dropped, nor what another program has replaced.
+/// Until the scan has read the file, the record is that of the file as it is now.
 void EditController::takeFile(const std::shared_ptr<Launchd>& job) {
   job->kind = job->originalKind;
   const auto bytes = jobBytes(job->url);
-  if (bytes && m_program.editing.take(job, *bytes)) return;
+  if (bytes && m_editing.take(job, *bytes)) return;
   if (auto asRead = job->plist().asRead()) job->plist() = *std::move(asRead);
 }
 
-/// The record was written to all along, or the file was: the scan is to read it anew.
-void EditController::readAnew() {
-  if (const auto job = m_program.selection.launchd()) {
+/// The record holds the discarded edits, or the file has changed: the scan has to read it again.
+void EditController::reread() {
+  if (const auto job = m_selection.launchd()) {
     takeFile(job);
     job->readAgain();
   }
   saveCompleted();
-  if (m_program.shell.detail) m_program.shell.detail->showDisplay();
-  m_program.fetcher.refresh();
+  if (m_shell.detail) m_shell.detail->showDisplay();
+  m_fetcher.refresh();
 }
 
 void EditController::saveCompleted() {
-  m_program.editing.setUnsavedChanges(false);
-  m_program.drafts.edited();
+  m_editing.setUnsavedChanges(false);
   refreshEditedState();
 }
 
 void EditController::help() {
-  m_program.platform.workspace.openAddress(std::string(Const::siteURL) + "/mirvel/#settings");
+  m_platform.workspace.openAddress(std::string(Const::siteURL) + "/mirvel/#settings");
 }
 
 }  // namespace mirvel

@@ -5,13 +5,20 @@
 #include <optional>
 #include <string>
 
-#include "core/ports/InvalidField.h"
+#include "core/ports/Interface.h"
 #include "core/session/DetailType.h"
 
 namespace mirvel {
 
+class ActionController;
+class Editing;
+class Fetcher;
 class Launchd;
-class Program;
+class Selection;
+class Busy;
+struct Foundation;
+struct Platform;
+struct Shell;
 
 /// The buttons below the sections of the editor.
 struct EditButtons {
@@ -23,16 +30,16 @@ struct EditButtons {
   bool operator==(const EditButtons&) const = default;
 };
 
-/// What becomes of a job whose file another program changed while it was edited.
+/// The answer for a job whose file another program changed while it was edited.
 enum class Choice { Neither, Mine, Theirs };
 
-/// The job as the user edited it and as its file is now, both as the text of a job file.
+/// The edited job and its file as it is now, both as the text of a job file.
 struct Versions {
   std::string mine;
   std::string theirs;
 };
 
-/// What shows the editor.
+/// The view of the editor.
 class EditStackType {
  public:
   EditStackType() = default;
@@ -43,26 +50,28 @@ class EditStackType {
   virtual void showButtons(const EditButtons& buttons) = 0;
   /// Hides the button that discards, until the editor is shown again.
   virtual void hideDiscardButton() = 0;
-  /// Takes over what is being typed.
+  /// Commits the text that is being typed.
   virtual void endEditing() = 0;
-  /// The field that keeps the job from being saved, which then gets the keys. None: all can be saved.
+  /// Focuses on the first field that can't be saved, and returns why. None: all can be saved.
   virtual std::optional<InvalidField> refuse() { return std::nullopt; }
-  /// Shows both versions in a sheet, and asks which is to be the job's.
+  /// Shows both versions in a sheet and asks which one to keep.
   virtual void compare(const Versions& versions, std::function<void(Choice)> completion) = 0;
 };
 
-/// What the editor's buttons do, and what they show. For the main thread.
+/// The editor's buttons: their state and their actions. For the main thread.
 class EditController final : public EditType {
  public:
-  /// Is the program's editor for as long as it lives. Both outlive it.
-  EditController(Program& program, EditStackType& stack);
+  /// Registers itself in the shell for as long as it lives. All outlive it.
+  EditController(const Foundation& foundation, const Platform& platform, Shell& shell, const Busy& saving,
+                 const Busy& scanning, const Selection& selection, Editing& editing, ActionController& actions,
+                 Fetcher& fetcher, EditStackType& stack);
   ~EditController() override;
 
   void updateButtons() override;
   void refreshEditedState() override;
   void endEditing() override { m_stack.endEditing(); }
-  /// Saves the selected job, unless a field holds what can't be saved: the user is told which one. If something else
-  /// changed its file meanwhile the user is asked first.
+  /// Saves the selected job. Refuses, naming the field, if one isn't valid; asks first if another program has changed
+  /// the file.
   void save() override;
   void discardEdits() override;
   void saveCompleted() override;
@@ -70,12 +79,20 @@ class EditController final : public EditType {
   void help();
 
  private:
-  void readAnew();
+  void reread();
   void takeFile(const std::shared_ptr<Launchd>& job);
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
   void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, Choice choice);
 
-  Program& m_program;
+  const Foundation& m_foundation;
+  const Platform& m_platform;
+  Shell& m_shell;
+  const Busy& m_saving;
+  const Busy& m_scanning;
+  const Selection& m_selection;
+  Editing& m_editing;
+  ActionController& m_actions;
+  Fetcher& m_fetcher;
   EditStackType& m_stack;
 };
 

@@ -13,24 +13,25 @@ namespace mirvel {
 
 class CommandRepairs;
 class Defaults;
-struct Platform;
+class WorkQueue;
 
-/// Looks whether the files are there that a command names. A disk may take its time to answer, so it is asked beside
-/// the main thread; only the answer to the last question is given. For the main thread.
+/// Finds the missing files among those that a command names. Disks may be slow, so they are read beside the main
+/// thread; only the answer to the last question is delivered. For the main thread.
 class FileCheck {
  public:
   using Answer = std::function<void(const std::vector<std::filesystem::path>& missing)>;
 
-  FileCheck(const Defaults& defaults, const CommandRepairs& repairs, const Platform& platform);
+  FileCheck(const Defaults& defaults, const CommandRepairs& repairs, WorkQueue& fileQueue, MainQueue& mainQueue);
 
-  /// The answer comes on the main thread, later; at once, and with none missing, if the command names no file or the
-  /// user doesn't want to know.
+  /// The answer comes later on the main thread; at once, with none missing, if the command names no file or the user
+  /// has switched the check off.
   void check(const std::string& command, Answer answer);
 
  private:
   const Defaults& m_defaults;
   const CommandRepairs& m_repairs;
-  const Platform& m_platform;
+  WorkQueue& m_fileQueue;
+  MainQueue& m_mainQueue;
   Delay m_delay;
   std::shared_ptr<std::atomic<int>> m_last = std::make_shared<std::atomic<int>>(0);
 };

@@ -1,32 +1,20 @@
 #include "core/editor/GeneralRules.h"
 
-#include "core/app/Program.h"
+#include "core/catalogue/KindTexts.h"
 #include "core/catalogue/Launchd.h"
-#include "core/catalogue/LoginItem.h"
-#include "core/catalogue/StartupItem.h"
+#include "core/commands/CommandRepairs.h"
+#include "core/session/Editing.h"
+#include "core/session/Notifications.h"
+#include "core/session/Selection.h"
 
 namespace mirvel::GeneralRules {
 
-namespace {
-
-using jobfile::Plist;
-
-std::optional<std::string> textOrNothing(const std::string& text) {
-  return text.empty() ? std::nullopt : std::optional(text);
-}
-
-std::string runText(const Job& job) {
-  if (job.kind == Kind::privilegedHelperTool) return job.url.path().string();
-  return job.run();
-}
-
-}  // namespace
-
-Display display(Program& program, const Job& job) {
-  return {.icon = job.displayIcon(program.foundation.localize),
+Display display(const Job& job, KindTexts& kinds, const Localize& localize) {
+  const bool isHelperTool = job.kind == Kind::privilegedHelperTool;
+  return {.icon = job.displayIcon(localize),
           .name = job.name,
-          .for_ = program.kinds.title(job.kind),
-          .run = runText(job),
+          .for_ = kinds.title(job.kind),
+          .run = isHelperTool ? job.url.path().string() : job.run(),
           .isEnabled = !job.isDisabled()};
 }
 
@@ -38,35 +26,17 @@ std::vector<ForItem> forItems(bool editSystemJobs) {
   return result;
 }
 
-void changeKind(Program& program, Kind kind) {
-  const auto selected = program.selection.job();
+void changeKind(Editing& editing, const Selection& selection, Notifications& notifications, Kind kind) {
+  const auto selected = selection.job();
   const bool isChange = selected && selected->kind != kind;
-  if (Launchd* const job = isChange ? program.editing.markJobChanged() : nullptr) job->kind = kind;
-  if (kind.isDaemon()) program.notifications.rootChanged.post();
+  if (Launchd* const job = isChange ? editing.markJobChanged() : nullptr) job->kind = kind;
+  if (kind.isDaemon()) notifications.rootChanged.post();
 }
 
-void enabled(Plist& plist, BoxClick click) {
-  if (click.isOn) {
-    plist.disabled = false;
-  } else if (click.isOptionHeld) {
-    plist.disabled.reset();
-  } else {
-    plist.disabled = true;
-  }
-}
-
-void run(Plist& plist, const std::string& text, const CommandRepairs& repairs) {
+std::string command(const std::string& text, const jobfile::Plist& plist, const CommandRepairs& repairs) {
   const auto read = plist.asRead();
-  const bool isTheFiles = read && read->run == text;
-  plist.run = isTheFiles ? text : repairs.expandTilde(repairs.repairCommand(text));
-}
-
-void userName(Plist& plist, const std::string& text) {
-  plist.userName = textOrNothing(text);
-}
-
-void groupName(Plist& plist, const std::string& text) {
-  plist.groupName = textOrNothing(text);
+  const bool isFromFile = read && read->run == text;
+  return isFromFile ? text : repairs.expandTilde(repairs.repairCommand(text));
 }
 
 }  // namespace mirvel::GeneralRules

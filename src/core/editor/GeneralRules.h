@@ -4,20 +4,24 @@
 #include <string>
 #include <vector>
 
-#include "core/catalogue/Job.h"
+#include "core/base/Image.h"
 #include "core/catalogue/Kind.h"
-#include "core/editor/BoxClick.h"
 #include "core/jobfile/Plist.h"
 
 namespace mirvel {
 
 class CommandRepairs;
-class Program;
+class Editing;
+class Job;
+class KindTexts;
+class Localize;
+class Selection;
+struct Notifications;
 
-/// What the sections about who a job is, what it runs and as whom make of the record.
+/// The rules of the section about what a job is, what it runs and for whom, beyond its fields.
 namespace GeneralRules {
 
-/// What the section shows of a job that is only looked at.
+/// The read-only view of a job of any kind.
 struct Display {
   std::optional<Image> icon = {};
   std::string name;
@@ -28,10 +32,9 @@ struct Display {
   bool operator==(const Display&) const = default;
 };
 
-/// Of a job of any kind.
-Display display(Program& program, const Job& job);
+Display display(const Job& job, KindTexts& kinds, const Localize& localize);
 
-/// A kind that the job can be moved to.
+/// A kind to which the job can be moved.
 struct ForItem {
   Kind kind;
   bool isEnabled = true;
@@ -39,16 +42,11 @@ struct ForItem {
   bool operator==(const ForItem&) const = default;
 };
 std::vector<ForItem> forItems(bool editSystemJobs);
-/// Moves the selected job to another kind, once it is saved.
-void changeKind(Program& program, Kind kind);
+/// Moves the selected job to another kind when it is saved.
+void changeKind(Editing& editing, const Selection& selection, Notifications& notifications, Kind kind);
 
-/// The box that says whether the job is loaded. Other than the other boxes it writes false when it goes on.
-void enabled(jobfile::Plist& plist, BoxClick click);
-/// The command as typed, put right as far as the user wants that; the one of the file stays as it is.
-void run(jobfile::Plist& plist, const std::string& text, const CommandRepairs& repairs);
-/// An emptied text takes the key away.
-void userName(jobfile::Plist& plist, const std::string& text);
-void groupName(jobfile::Plist& plist, const std::string& text);
+/// The command of a typed text, repaired as far as the user wants that; the file's own command is left as it is.
+std::string command(const std::string& text, const jobfile::Plist& plist, const CommandRepairs& repairs);
 
 }  // namespace GeneralRules
 

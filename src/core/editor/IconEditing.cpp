@@ -1,52 +1,60 @@
 #include "core/editor/IconEditing.h"
 
-#include <filesystem>
 #include <system_error>
+#include <utility>
 
-#include "core/app/Program.h"
 #include "core/catalogue/CustomIcons.h"
 #include "core/files/ReplaceFile.h"
+#include "core/locale/Localize.h"
+#include "core/ports/Interface.h"
+#include "core/ports/Workspace.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
 namespace fs = std::filesystem;
 
-namespace {
+IconEditing::IconEditing(fs::path applicationSupport, Interface& interface, Workspace& workspace,
+                         const Localize& localize, const Selection& selection, const Shell& shell, Changed changed)
+    : m_applicationSupport(std::move(applicationSupport)),
+      m_interface(interface),
+      m_workspace(workspace),
+      m_localize(localize),
+      m_selection(selection),
+      m_shell(shell),
+      m_changed(std::move(changed)) {}
 
-void showIcon(Program& program, const std::shared_ptr<Job>& job) {
-  const Shell& shell = program.shell;
-  if (shell.emptyIconCache) shell.emptyIconCache();  // the picture has the name of the one before
-  if (shell.detail && job == program.selection.job()) shell.detail->updateIcon();
-  if (ModeType* const mode = program.currentMode.view()) mode->reloadJob(job);
-}
-
-void tell(Program& program, const Error& failure) {
-  program.platform.interface.error(program.foundation.localize.theIconCouldntBeSaved(), failure.text());
-}
-
-}  // namespace
-
-void setCustomIcon(Program& program, const std::shared_ptr<Job>& job, const std::string& png) {
+void IconEditing::setIcon(const std::shared_ptr<Job>& job, const std::string& png) {
   const auto name = job->iconStoreName();
   if (!name) return;
-  const fs::path file = customIconFile(program.foundation.roots.applicationSupport, *name);
-  if (const auto made = makePrivateFolder(file.parent_path()); !made) return tell(program, made.error());
-  if (const auto written = replaceFile(file, png); !written) return tell(program, written.error());
+  const fs::path file = customIconFile(m_applicationSupport, *name);
+  if (const auto made = makePrivateFolder(file.parent_path()); !made) return report(made.error());
+  if (const auto written = replaceFile(file, png); !written) return report(written.error());
   job->customIconDigest = name;
-  job->customIcon = program.platform.workspace.image(file);
-  program.notifications.iconGiven.post(*job);
-  showIcon(program, job);
+  job->customIcon = m_workspace.image(file);
+  show(job);
 }
 
-void removeCustomIcon(Program& program, const std::shared_ptr<Job>& job) {
+void IconEditing::removeIcon(const std::shared_ptr<Job>& job) {
   const auto name = job->iconStoreName();
   if (!name) return;
-  const fs::path file = customIconFile(program.foundation.roots.applicationSupport, *name);
+  const fs::path file = customIconFile(m_applicationSupport, *name);
   std::error_code failure;
   fs::remove(file, failure);
-  if (failure) return tell(program, systemError(failure.value(), "remove the picture", file.string()));
+  if (failure) return report(systemError(failure.value(), "remove the picture", file.string()));
   job->customIcon.reset();
-  showIcon(program, job);
+  show(job);
+}
+
+void IconEditing::show(const std::shared_ptr<Job>& job) {
+  if (m_shell.emptyIconCache) m_shell.emptyIconCache();  // the new picture has the same file name
+  if (m_shell.detail && job == m_selection.job()) m_shell.detail->updateIcon();
+  m_changed(job);
+}
+
+void IconEditing::report(const Error& failure) {
+  m_interface.error(m_localize.theIconCouldntBeSaved(), failure.text());
 }
 
 }  // namespace mirvel

@@ -1,8 +1,8 @@
 #include "core/editor/JobDetails.h"
 
-#include "core/app/Program.h"
 #include "core/catalogue/PrivilegedHelperTool.h"
 #include "core/files/URL.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel {
 
@@ -22,8 +22,7 @@ void add(std::vector<Row>& rows, std::string label, std::string text, Row::Style
 
 }  // namespace
 
-std::vector<Row> JobDetails::rows(Program& program, const Job& job) {
-  const Localize& localize = program.foundation.localize;
+std::vector<Row> JobDetails::rows(const Job& job, const Localize& localize, const std::string& home) {
   std::vector<Row> rows;
   if (job.summary != job.name) add(rows, localize.summary(), job.summary);
   add(rows, localize.when(), whenStarted(job, localize));
@@ -32,10 +31,17 @@ std::vector<Row> JobDetails::rows(Program& program, const Job& job) {
     add(rows, localize.clients(), tool->clients, Row::Style::Code);
   }
   if (job.url.isFile()) {
-    const std::string path = localizedDisplayPath(job.url.text(), program.foundation.roots.home.native());
+    const std::string path = localizedDisplayPath(job.url.text(), home);
     add(rows, localize.path(), path, Row::Style::Code);
   }
   return rows;
+}
+
+DetailTab detailTabFor(const Job* job, bool hasUnsavedChanges) {
+  if (!job) return DetailTab::noSelection;
+  if (job->kind.isLaunchd()) return hasUnsavedChanges ? DetailTab::launchdEdit : DetailTab::launchdDisplay;
+  if (job->kind.isLoginItem()) return DetailTab::loginItem;
+  return job->kind.isStartupItem() ? DetailTab::startupItem : DetailTab::privilegedHelperTool;
 }
 
 }  // namespace mirvel

@@ -4,12 +4,13 @@
 #include <vector>
 
 #include "core/catalogue/Job.h"
+#include "core/session/DetailType.h"
 
 namespace mirvel {
 
-class Program;
+class Localize;
 
-/// What the details tell of a job that isn't launchd's, below what all jobs have.
+/// The details of a job that isn't launchd's, below those that all jobs have.
 struct JobDetails {
   struct Row {
     enum class Style { Text, Code };
@@ -21,7 +22,10 @@ struct JobDetails {
     bool operator==(const Row&) const = default;
   };
 
-  static std::vector<Row> rows(Program& program, const Job& job);
+  static std::vector<Row> rows(const Job& job, const Localize& localize, const std::string& home);
 };
+
+/// The tab for a job: launchd jobs are edited while they have unsaved changes. Null: no job.
+DetailTab detailTabFor(const Job* job, bool hasUnsavedChanges);
 
 }  // namespace mirvel

@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "core/editor/KeyValueItem.h"
 #include "core/editor/ValueTexts.h"
 #include "core/jobfile/Plist.h"
 #include "core/locale/Collator.h"

@@ -4,11 +4,13 @@
 
 namespace mirvel {
 
-class Program;
+class Editing;
+class Interface;
+class Localize;
 
-/// Puts a job of this content in place of the selected one, with its URL and kind, as an unsaved change: in the
-/// catalogue, in the mode and in the details. False, after the user was told, if there is no selected job or the
-/// content is no job's.
-bool replaceSelected(Program& program, const propertylist::Dictionary& dictionary);
+/// Replaces the contents of the selected job as one edit; see `Editing::replaceRecord`. Returns false, after the user
+/// was told, if there is no selected job or the dictionary is no job's.
+bool replaceSelected(Editing& editing, Interface& interface, const Localize& localize,
+                     const propertylist::Dictionary& dictionary);
 
 }  // namespace mirvel

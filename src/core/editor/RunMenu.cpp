@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/app/Program.h"
+#include "core/commands/CommandRepairs.h"
 #include "core/session/Shell.h"
 #include "core/text/Strings.h"
 #include "core/text/Text.h"
@@ -11,12 +11,12 @@ namespace mirvel {
 
 namespace fs = std::filesystem;
 
-RunMenu RunMenu::of(const Program& program, const std::string& command, const std::string& selected) {
+RunMenu RunMenu::of(const Shell& shell, const CommandRepairs& repairs, const std::string& command,
+                    const std::string& selected) {
   RunMenu menu;
-  const Shell& shell = program.shell;
   const bool hasSheet = shell.mainWindow && shell.mainWindow->hasSheet();
   menu.offersTest = !command.empty() && !hasSheet && shell.segues.contains(String::test);
-  menu.file = offeredFile(program.repairs.fileArguments(command), selected);
+  menu.file = offeredFile(repairs.fileArguments(command), selected);
   menu.offersEdit = menu.file && shell.editScript;
   return menu;
 }

@@ -5,10 +5,11 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "core/editor/Fields.h"
 #include "core/editor/NestedRows.h"
-#include "core/editor/SectionKeys.h"
 #include "core/editor/ValueTexts.h"
 #include "core/files/URL.h"
+#include "core/session/Foundation.h"
 #include "core/text/Digits.h"
 
 namespace mirvel {
@@ -18,107 +19,19 @@ namespace {
 using jobfile::Plist;
 using Rows = std::vector<KeyValueItem>;
 
-// The forms of the values of single keys.
-
-propertylist::Value shown(bool value, const ValueTexts& /*texts*/) {
-  return value;
-}
-
-propertylist::Value shown(std::int64_t value, const ValueTexts& texts) {
-  return texts.number(value);
-}
-
-propertylist::Value shown(const std::string& value, const ValueTexts& /*texts*/) {
-  return value;
-}
-
-propertylist::Value shown(const std::vector<std::string>& value, const ValueTexts& /*texts*/) {
-  return joinedLines(value);
-}
-
-propertylist::Value shown(const Plist::LimitLoadToSessionType& value, const ValueTexts& /*texts*/) {
-  return joinedLines(value.types);
-}
-
-propertylist::Value shown(const jobfile::StringMap<std::vector<std::string>>& value, const ValueTexts& /*texts*/) {
-  std::vector<std::string> lines;
-  for (const auto& [key, values] : value) lines.insert(lines.end(), values.begin(), values.end());
-  return joinedLines(lines);
-}
-
-propertylist::Value shown(const Plist::ResourceLimits& value, const ValueTexts& texts) {
-  using Limits = Plist::ResourceLimits;
-  using K = Limits::CodingKeys;
-  std::vector<std::string> lines;
-  const auto add = [&](K key, std::optional<std::int64_t> limit) {
-    if (limit) lines.push_back(texts.line(std::string(Limits::text(key)), texts.number(*limit)));
-  };
-  add(K::core, value.core);
-  add(K::cpu, value.cpu);
-  add(K::data, value.data);
-  add(K::fileSize, value.fileSize);
-  add(K::memoryLock, value.memoryLock);
-  add(K::numberOfFiles, value.numberOfFiles);
-  add(K::numberOfProcesses, value.numberOfProcesses);
-  add(K::residentSetSize, value.residentSetSize);
-  add(K::stack, value.stack);
-  return joinedLines(lines);
-}
-
-std::optional<propertylist::Value> shown(const Plist::Umask& value, const ValueTexts& /*texts*/) {
-  return value.int_ ? std::optional<propertylist::Value>(Octal::displayString(*value.int_)) : std::nullopt;
-}
-
-propertylist::Value shown(const Plist::InetdCompatibility& value, const ValueTexts& texts) {
-  jobfile::StringMap<std::string> entries;
-  for (const auto& [key, isOn] : value.bools) entries.emplace(key, texts.boolean(isOn));
-  for (const auto& [key, number] : value.integers) entries.emplace(key, texts.number(number));
-  std::vector<std::string> lines;
-  for (const auto& [key, text] : entries) lines.push_back(texts.line(key, text));
-  return joinedLines(lines);
-}
-
-template <typename Keys>
-Rows rowsOf(const Plist& plist, const ValueTexts& texts) {
+Rows fieldRows(StackSection section, const Plist& plist, const ValueTexts& texts) {
   Rows rows;
-  Keys::forEach([&](const auto& key) {
-    const auto& field = plist.*key.field;
-    if (!field.has_value()) return;
-    if (std::optional<propertylist::Value> value = shown(*field, texts)) {
-      rows.push_back({std::string(key.text), std::move(*value)});
-    }
-  });
-  return rows;
-}
-
-bool isEmptyText(const KeyValueItem& row) {
-  const auto* text = row.value.as<std::string>();
-  return text && text->empty();
-}
-
-// The sections that need more than the forms of their keys.
-
-std::string pathLines(const std::vector<std::string>& paths, const std::string& home) {
-  std::vector<std::string> lines;
-  for (const std::string& path : paths) {
-    if (!path.empty()) lines.push_back(path.front() == '/' ? localizedDisplayPath(path, home) : path);
+  for (const Field& field : fieldsOf(section)) {
+    if (auto value = field.access.display(plist, texts)) rows.push_back({std::string(field.key), std::move(*value)});
   }
-  return joinedLines(lines);
-}
-
-Rows pathRows(const Plist& plist, const ValueTexts& texts, const std::string& home) {
-  Rows rows = rowsOf<SectionKeys::Paths>(plist, texts);
-  std::erase_if(rows, isEmptyText);
-  SectionKeys::PathLists::forEach([&](const auto& key) {
-    const auto& paths = plist.*key.field;
-    if (paths && !paths->empty()) rows.push_back({std::string(key.text), pathLines(*paths, home)});
-  });
   return rows;
 }
 
-Rows rootRows(const Plist& plist, const ValueTexts& texts) {
-  Rows rows = rowsOf<SectionKeys::Root>(plist, texts);
-  std::erase_if(rows, isEmptyText);
+/// The rows of a section that doesn't show empty texts.
+Rows rowsWithText(StackSection section, const Plist& plist, const ValueTexts& texts) {
+  Rows rows = fieldRows(section, plist, texts);
+  std::erase_if(
+      rows, [&](const KeyValueItem& row) { return fieldOf(row.key).access.read(plist) == FieldValue(std::string()); });
   return rows;
 }
 
@@ -154,17 +67,16 @@ Rows unknownRows(const Plist& plist) {
 }  // namespace
 
 Rows sectionRows(StackSection section, const Plist& plist, const Foundation& foundation) {
-  const ValueTexts texts(foundation.localize);
+  const ValueTexts texts(foundation.localize, foundation.roots.home.native());
   const Collator& collator = foundation.collator;
   switch (section) {
     case StackSection::paths:
-      return pathRows(plist, texts, foundation.roots.home.native());
-    case StackSection::limits:
-      return rowsOf<SectionKeys::Limits>(plist, texts);
     case StackSection::root:
-      return rootRows(plist, texts);
+      return rowsWithText(section, plist, texts);
+    case StackSection::limits:
     case StackSection::miscellaneous:
-      return rowsOf<SectionKeys::Miscellaneous>(plist, texts);
+    case StackSection::deprecated:
+      return fieldRows(section, plist, texts);
     case StackSection::environmentVariables:
       return environmentRows(plist, collator);
     case StackSection::launchEvents:
@@ -173,8 +85,6 @@ Rows sectionRows(StackSection section, const Plist& plist, const Foundation& fou
       return plist.machServices ? NestedRows::machServices(*plist.machServices, texts, collator) : Rows();
     case StackSection::sockets:
       return plist.sockets ? NestedRows::sockets(*plist.sockets, texts, collator) : Rows();
-    case StackSection::deprecated:
-      return rowsOf<SectionKeys::Deprecated>(plist, texts);
     case StackSection::unknown:
       return unknownRows(plist);
     case StackSection::general:
@@ -183,6 +93,32 @@ Rows sectionRows(StackSection section, const Plist& plist, const Foundation& fou
       return {};
   }
   return {};
+}
+
+bool deleteDeprecated(jobfile::Plist& plist, std::string_view key) {
+  for (const Field& field : fieldsOf(StackSection::deprecated)) {
+    if (field.key != key || !field.access.isSet(plist)) continue;
+    field.access.remove(plist);
+    return true;
+  }
+  return false;
+}
+
+bool deleteUnknown(jobfile::Plist& plist, std::string_view key) {
+  if (plist.unknownKeys) {
+    auto& keys = *plist.unknownKeys;
+    const auto found = std::find(keys.begin(), keys.end(), key);
+    if (found != keys.end()) {
+      keys.erase(found);
+      return true;
+    }
+  }
+  const auto values = plist.opaqueValues();
+  const auto opaque =
+      std::find_if(values.begin(), values.end(), [key](const auto& value) { return value.text() == key; });
+  if (opaque == values.end()) return false;
+  plist.removedValues.push_back(opaque->path);
+  return true;
 }
 
 }  // namespace mirvel

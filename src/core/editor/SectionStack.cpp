@@ -1,6 +1,8 @@
 #include "core/editor/SectionStack.h"
 
-#include "core/editor/SectionKeys.h"
+#include <algorithm>
+
+#include "core/editor/Fields.h"
 
 namespace mirvel {
 
@@ -8,36 +10,32 @@ namespace {
 
 using jobfile::Plist;
 
-// A key that is in the file is shown, be it false, 0 or empty.
-template <typename... Fields>
-bool isAnySet(const Fields&... fields) {
-  return (fields.has_value() || ...);
+/// A key that is in the file is shown, be it false, 0 or empty.
+bool isAnyFieldSet(StackSection section, const Plist& plist) {
+  const auto fields = fieldsOf(section);
+  return std::any_of(fields.begin(), fields.end(), [&](const Field& field) { return field.access.isSet(plist); });
 }
 
 bool isShown(StackSection section, const Plist& plist) {
   switch (section) {
     case StackSection::when:
-      return isAnySet(plist.runAtLoad, plist.keepAlive, plist.startOnMount) || plist.isScheduled();
+      return isAnyFieldSet(section, plist) || plist.isScheduled();
     case StackSection::paths:
-      return SectionKeys::Paths::isAnySet(plist) || SectionKeys::PathLists::isAnySet(plist);
     case StackSection::limits:
-      return SectionKeys::Limits::isAnySet(plist);
     case StackSection::root:
-      return SectionKeys::Root::isAnySet(plist);
     case StackSection::miscellaneous:
-      return SectionKeys::Miscellaneous::isAnySet(plist);
+    case StackSection::deprecated:
+      return isAnyFieldSet(section, plist);
     case StackSection::environmentVariables:
       return plist.environmentVariables && !plist.environmentVariables->empty();
     case StackSection::launchEvents:
-      return isAnySet(plist.launchEvents);
+      return plist.launchEvents.has_value();
     case StackSection::machServices:
-      return isAnySet(plist.machServices);
+      return plist.machServices.has_value();
     case StackSection::sockets:
-      return isAnySet(plist.sockets);
-    case StackSection::deprecated:
-      return SectionKeys::Deprecated::isAnySet(plist);
+      return plist.sockets.has_value();
     case StackSection::unknown:
-      return isAnySet(plist.unknownKeys) || !plist.opaqueValues().empty();
+      return plist.unknownKeys.has_value() || !plist.opaqueValues().empty();
     case StackSection::general:
     case StackSection::notes:
       return true;

@@ -2,14 +2,21 @@
 
 #include <array>
 #include <charconv>
+#include <utility>
 
+#include "core/files/URL.h"
 #include "core/locale/Dates.h"
 #include "core/locale/LocaleTexts.h"
 #include "core/text/Bidirectional.h"
 
 namespace mirvel {
 
-ValueTexts::ValueTexts(const Localize& localize) : m_localize(localize), m_isRightToLeft(localize.isRightToLeft()) {}
+ValueTexts::ValueTexts(const Localize& localize, std::string home)
+    : m_localize(localize), m_home(std::move(home)), m_isRightToLeft(localize.isRightToLeft()) {}
+
+std::string ValueTexts::path(const std::string& path) const {
+  return path.starts_with('/') ? localizedDisplayPath(path, m_home) : path;
+}
 
 std::string ValueTexts::real(double number) const {
   std::array<char, 32> digits;

@@ -10,15 +10,26 @@
 
 namespace mirvel {
 
-/// How the values of a job file read, in the words of a language.
+/// A read-only row of a section: a boolean is shown as a check box, a string literally, anything else by its
+/// description.
+struct KeyValueItem {
+  std::string key;
+  propertylist::Value value;
+
+  bool operator==(const KeyValueItem&) const = default;
+};
+
+/// The values of a job file as localized texts.
 class ValueTexts {
  public:
-  explicit ValueTexts(const Localize& localize);
+  /// Paths below `home` are shown with a tilde.
+  explicit ValueTexts(const Localize& localize, std::string home = {});
 
   std::string boolean(bool isOn) const { return isOn ? m_localize.on() : m_localize.off(); }
   std::string number(std::int64_t number) const { return m_localize.int_(number); }
   /// With the fewest digits that mean this very number.
   std::string real(double number) const;
+  std::string path(const std::string& path) const;
   /// Its size: nobody reads bytes.
   std::string data(const propertylist::Data& data) const;
   std::string date(propertylist::Date date) const;
@@ -30,6 +41,7 @@ class ValueTexts {
 
  private:
   const Localize& m_localize;
+  const std::string m_home;
   const bool m_isRightToLeft;
 };
 

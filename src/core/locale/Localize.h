@@ -97,6 +97,7 @@ class Localize {
   std::string areYouSureYouWantToDelete(const std::string& name) const {
     return format("Are you sure you want to delete “%@”?", {name});
   }
+  std::string aRowHasNoName() const { return text("A row has no name"); }
   std::string atLogin() const { return text("At login"); }
   std::string atSystemStart() const { return text("When the system starts"); }
   std::string automatic() const { return text("Automatic"); }

@@ -26,7 +26,9 @@ std::vector<RevisionItem> revisionItems(const WindowContext& context) {
 
 void insertRevision(const WindowContext& context, const propertylist::Dictionary& revision) {
   const auto* const dictionary = revision.get<propertylist::Dictionary>(RevisionController::plistKey);
-  if (!dictionary || !context.replaceSelected(*dictionary)) return;
+  if (!dictionary) return;
+  const Localize& localize = context.foundation.localize;
+  if (!replaceSelected(context.editing, context.platform.interface, localize, *dictionary)) return;
   if (context.shell.detail) context.shell.detail->showEdit();
 }
 

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <functional>
-
-#include "core/propertylist/Value.h"
-
 namespace mirvel {
 
 class Busy;
@@ -40,8 +36,6 @@ struct WindowContext {
   MainWindowController& mainWindow;
   const Busy& saving;
   const Busy& scanning;
-  /// Has the selected job edited with this content in place of its own. False if that failed, which has been reported.
-  std::function<bool(const propertylist::Dictionary& content)> replaceSelected;
 };
 
 }  // namespace mirvel

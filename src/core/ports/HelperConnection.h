@@ -32,8 +32,9 @@ class HelperConnection {
   /// which costs no other; every other failure is that of the whole connection: the helper can't be reached, has ended,
   /// or has broken the rules. See `hasFailed`.
   virtual Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, Event event = {}) = 0;
-  /// Tells the helper that nobody waits for the request any more; it stops what it can stop without leaving anything half
-  /// done. None of the request's callbacks is called from now on. Without effect on a request that has been answered.
+  /// Tells the helper that nobody waits for the request any more; it stops what it can stop without leaving anything
+  /// half done. None of the request's callbacks is called from now on. Without effect on a request that has been
+  /// answered.
   virtual void cancel(Id request) = 0;
   /// Whether no request can succeed any more.
   virtual bool hasFailed() const = 0;

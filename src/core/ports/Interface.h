@@ -12,6 +12,14 @@
 
 namespace mirvel {
 
+/// A field that can't be saved as it stands.
+struct InvalidField {
+  std::string message;  ///< which one it is
+  std::string reason;   ///< what is wrong with it
+
+  bool operator==(const InvalidField&) const = default;
+};
+
 /// A question to the user. A button without a title isn't there.
 struct Alert {
   std::string message;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/ports/InvalidField.h"
+#include "core/ports/Interface.h"
 #include "core/schedule/AppliedRules.h"
 #include "core/schedule/NumberProblem.h"
 #include "core/schedule/RuleRow.h"

@@ -1,24 +1,39 @@
 #include "core/session/Editing.h"
 
-#include "core/app/Program.h"
+#include <utility>
+
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
 #include "core/files/ReadFile.h"
+#include "core/ports/Clock.h"
+#include "core/session/Busy.h"
+#include "core/session/Foundation.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 
 namespace mirvel {
 
+Editing::Editing(const Selection& selection, Shell& shell, const Busy& saving, const Foundation& foundation,
+                 const Clock& clock, Console& console)
+    : m_selection(selection),
+      m_shell(shell),
+      m_saving(saving),
+      m_foundation(foundation),
+      m_clock(clock),
+      m_console(console) {}
+
 std::shared_ptr<Launchd> Editing::selected() const {
-  return m_program.selection.launchd();
+  return m_selection.launchd();
 }
 
-/// Of the last bytes in its file that are the job's: those that it was read from, or that a save has written since.
+/// The contents of the file that the job was read from, or that a save has written since.
 std::string Editing::checksumLastSeen(const std::shared_ptr<Launchd>& job) const {
   if (job == m_writtenJob.lock()) return m_writtenChecksum;
   return job->isToBeReadAgain() ? std::string() : job->checksum;
 }
 
-/// Of a job that is still to be read again the file counts as it is now: what changes from here on is another's doing.
+/// If the job is still to be read again, the file counts as it is now: later changes are those of other programs.
 std::string Editing::checksumAtStart(const std::shared_ptr<Launchd>& job) const {
   std::string seen = checksumLastSeen(job);
   if (!seen.empty()) return seen;
@@ -26,24 +41,38 @@ std::string Editing::checksumAtStart(const std::shared_ptr<Launchd>& job) const 
   return bytes ? JobFile::checksumOf(*bytes) : std::string();
 }
 
+void Editing::setUnsavedChanges(bool hasUnsavedChanges) {
+  if (std::exchange(m_hasUnsavedChanges, hasUnsavedChanges) != hasUnsavedChanges) m_edited.post();
+}
+
 bool Editing::isAbout(const std::shared_ptr<Launchd>& job) const {
   return job && job == m_job.lock();
 }
 
-Launchd* Editing::markJobChanged(std::string_view field) {
+Launchd* Editing::markJobChanged(Step step, std::string_view field) {
   const auto job = selected();
   if (!job) return nullptr;
   if (!isAbout(job) || (!m_hasUnsavedChanges && m_undone.empty())) began(job, checksumAtStart(job));
-  if (!continuesStep(field)) {
+  if (!continuesStep(step, field)) {
     if (m_done.empty()) m_wasChanged = m_hasUnsavedChanges;
     m_done.push_back({.record = job->plist().clone(), .kind = job->kind, .unfinished = m_unfinished});
     dropOldSteps();
   }
   m_undone.clear();
   m_hasUnsavedChanges = true;
-  m_program.drafts.edited();
-  if (EditType* const edit = m_program.shell.edit) edit->refreshEditedState();
+  m_edited.post();
+  if (m_shell.edit) m_shell.edit->refreshEditedState();
   return job.get();
+}
+
+Result<void> Editing::replaceRecord(const std::string& text) {
+  auto record = jobfile::Plist::readTolerantly(text);
+  if (!record) return record.error();
+  Launchd* const job = markJobChanged();
+  if (!job) return Error{.code = Error::Code::NotFound, .message = "no job is selected"};
+  job->plist() = *std::move(record);
+  m_unfinished = {};
+  return {};
 }
 
 void Editing::dropOldSteps() {
@@ -53,14 +82,14 @@ void Editing::dropOldSteps() {
   m_wasChanged = true;  // undoing all that is left isn't back to what was read
 }
 
-bool Editing::continuesStep(std::string_view field) {
+bool Editing::continuesStep(Step step, std::string_view field) {
   constexpr double pause = 2;
-  const double now = m_program.platform.clock.secondsSince1970();
-  const bool continues =
-      !field.empty() && field == m_field && !m_done.empty() && m_undone.empty() && now - m_lastChange < pause;
-  m_field = field;
+  const double now = m_clock.secondsSince1970();
+  const bool isSoon = !m_done.empty() && m_undone.empty() && now - m_lastChange < pause;
+  const bool continues = step == Step::Continues && isSoon && field == m_field;
+  m_field = step == Step::Continues ? field : std::string_view();
   m_lastChange = now;
-  return continues;
+  return continues && !field.empty();
 }
 
 Unfinished& Editing::unfinished() {
@@ -69,11 +98,11 @@ Unfinished& Editing::unfinished() {
 }
 
 bool Editing::canUndo() const {
-  return isAbout(selected()) && !m_done.empty() && !m_program.saving.isBusy();
+  return isAbout(selected()) && !m_done.empty() && !m_saving.isBusy();
 }
 
 bool Editing::canRedo() const {
-  return isAbout(selected()) && !m_undone.empty() && !m_program.saving.isBusy();
+  return isAbout(selected()) && !m_undone.empty() && !m_saving.isBusy();
 }
 
 void Editing::undo() {
@@ -93,14 +122,13 @@ void Editing::swap(std::vector<State>& from, std::vector<State>& to) {
   from.pop_back();
   m_field.clear();
   m_hasUnsavedChanges = !m_done.empty() || m_wasChanged;
-  m_program.drafts.edited();
-  const Shell& shell = m_program.shell;
-  if (shell.detail) shell.detail->showEdit();
-  if (shell.edit) shell.edit->refreshEditedState();
+  m_edited.post();
+  if (m_shell.detail) m_shell.detail->showEdit();
+  if (m_shell.edit) m_shell.edit->refreshEditedState();
   if (m_hasUnsavedChanges) return;
   // A save that failed may have written its file all the same.
   if (!m_sentChecksum.empty()) job->readAgain();
-  m_program.fetcher.refresh();
+  m_reverted.post();
 }
 
 void Editing::reset() {
@@ -137,8 +165,7 @@ void Editing::sent(const std::shared_ptr<Launchd>& job, const std::string& text)
 }
 
 bool Editing::take(const std::shared_ptr<Launchd>& job, const std::string& text) {
-  const auto read =
-      Launchd::read(text, job->url, job->kind, m_program.foundation.scanSettings(), m_program.platform.console);
+  const auto read = Launchd::read(text, job->url, job->kind, m_foundation.scanSettings(), m_console);
   if (!read) return false;
   job->plist() = std::move(read->plist());
   m_writtenJob = job;

@@ -5,57 +5,77 @@
 #include <string_view>
 #include <vector>
 
+#include "core/base/Result.h"
+#include "core/base/Signal.h"
 #include "core/catalogue/Kind.h"
 #include "core/jobfile/Plist.h"
 #include "core/session/Unfinished.h"
 
 namespace mirvel {
 
+class Busy;
+class Clock;
+class Console;
 class Launchd;
-class Program;
+class Selection;
+struct Foundation;
+struct Shell;
 
-/// The way from a control of the editor to the live record of the selected job, and back again by undo. For the main
+/// Owns the unsaved edits of the selected job: every change of its record starts here and can be undone. For the main
 /// thread.
 class Editing {
  public:
-  explicit Editing(Program& program) : m_program(program) {}
+  /// What an edit is to undo: a step of its own, or part of the typing in a field.
+  enum class Step { Begins, Continues };
+
+  /// All outlive it.
+  Editing(const Selection& selection, Shell& shell, const Busy& saving, const Foundation& foundation,
+          const Clock& clock, Console& console);
 
   /// Whether the selected job was edited and not saved since.
   bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
-  void setUnsavedChanges(bool hasUnsavedChanges) { m_hasUnsavedChanges = hasUnsavedChanges; }
+  void setUnsavedChanges(bool hasUnsavedChanges);
+  /// Posted at each edit, undo and redo, and when the changes have been saved or discarded. The record may change only
+  /// after that.
+  Signal<>& edited() { return m_edited; }
+  /// Posted when undo has returned to the job as it was read, so that a scan which was held back can be made.
+  Signal<>& reverted() { return m_reverted; }
 
-  /// The selected launchd job, marked as changed: what the caller does to it next is a step of undo. Null: none is
-  /// selected, and nothing has happened. Of one field that is named, what follows shortly upon another change of it is
-  /// part of the same step.
-  Launchd* markJobChanged(std::string_view field = {});
+  /// The selected launchd job, marked as changed: the caller's next changes of it can be undone. An edit that continues
+  /// joins the last step if that was of the same field and less than two seconds ago. Null if no launchd job is
+  /// selected; nothing has happened then.
+  Launchd* markJobChanged(Step step = Step::Begins, std::string_view field = {});
+  /// Replaces the whole record of the selected job by what a job file with this text holds, its unknown keys included,
+  /// as one step. The kinds, now and as read, stay. Errors are those of `Plist::readTolerantly`, and `NotFound` if no
+  /// launchd job is selected.
+  Result<void> replaceRecord(const std::string& text);
 
-  /// What is entered for the selected job without being in its record. To be changed after `markJobChanged` only.
+  /// Input for the selected job that its record can't hold. To be changed after `markJobChanged` only.
   Unfinished& unfinished();
 
   bool canUndo() const;
   bool canRedo() const;
-  /// Brings the record back to before the last step, and has the editor show it. Without a step left the job is as it
-  /// was read, and not changed: the scan that the edits held back is made.
+  /// Takes the last step back, and shows that in the editor. When no step is left the job counts as unchanged.
   void undo();
   void redo();
   /// Forgets the steps: the editor is left.
   void reset();
 
-  /// The selected job took the place of one that was read from its file, with this checksum.
-  void began(const std::shared_ptr<Launchd>& job, std::string fileChecksum);
-  /// What the job's file held when the job was read from it; empty if that isn't known.
+  // What the edit knows of the job's file. Checksums are those of `JobFile::checksumOf`.
+
+  /// The contents from which the selected job was read; empty if unknown.
   std::string fileChecksum() const;
-  /// Whether the file of the selected job may hold what has that checksum: it was read from there, or the user knows of
-  /// it, or sent it there. True too if it isn't known what was read.
+  /// Whether the file of the selected job may have these contents without anybody else having written it: the job was
+  /// read from them, or the user knows of them, or they were sent to the file. True if it isn't known what was read.
   bool expectsInFile(const std::string& checksum) const;
-  /// The user knows that the file of the selected job holds something else by now.
+  /// The user knows that the file of the selected job now has other contents.
   void setFileChecksum(std::string checksum);
-  /// The job is on its way to its file. A save that fails may have written it.
+  /// The text is on its way to the job's file. A save that fails may still have written it.
   void sent(const std::shared_ptr<Launchd>& job, const std::string& text);
-  /// The job becomes what its file holds by now, before a scan has read it: what is edited until then begins with that.
-  /// False: that is no job, and nothing has changed.
+  /// Reads the job's record from its file's new contents, ahead of the scan. Returns false, with nothing changed, if
+  /// the text is no job file.
   bool take(const std::shared_ptr<Launchd>& job, const std::string& text);
-  /// The user agreed that a save loses something of what has that checksum. Forgotten with the steps.
+  /// The user agreed to lose something of these contents at a save. Forgotten with the steps.
   void agreed(const std::shared_ptr<Launchd>& job, std::string checksum);
   bool hasAgreed(const std::shared_ptr<Launchd>& job, const std::string& checksum) const;
 
@@ -68,13 +88,21 @@ class Editing {
 
   std::shared_ptr<Launchd> selected() const;
   bool isAbout(const std::shared_ptr<Launchd>& job) const;
+  void began(const std::shared_ptr<Launchd>& job, std::string fileChecksum);
   std::string checksumAtStart(const std::shared_ptr<Launchd>& job) const;
   std::string checksumLastSeen(const std::shared_ptr<Launchd>& job) const;
   void dropOldSteps();
-  bool continuesStep(std::string_view field);
+  bool continuesStep(Step step, std::string_view field);
   void swap(std::vector<State>& from, std::vector<State>& to);
 
-  Program& m_program;
+  const Selection& m_selection;
+  Shell& m_shell;
+  const Busy& m_saving;
+  const Foundation& m_foundation;
+  const Clock& m_clock;
+  Console& m_console;
+  Signal<> m_edited;
+  Signal<> m_reverted;
   std::weak_ptr<Launchd> m_job;  ///< whose steps these are
   std::string m_fileChecksum;
   std::string m_sentChecksum;
@@ -86,7 +114,7 @@ class Editing {
   Unfinished m_unfinished;
   std::vector<State> m_done;
   std::vector<State> m_undone;
-  std::string m_field;  ///< of the last step
+  std::string m_field;  ///< of the last step; empty: it can't be continued
   double m_lastChange = 0;
 };
 

@@ -1,6 +1,6 @@
 #include "ui/creation/ApplicationView.h"
 
-#include "ui/support/EmptyLabel.h"
+#include "ui/support/Labels.h"
 
 namespace mirvel::ui {
 

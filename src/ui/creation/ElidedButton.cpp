@@ -2,7 +2,7 @@
 
 #include <QStyleOptionButton>
 
-#include "ui/support/LiteralTitle.h"
+#include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
 

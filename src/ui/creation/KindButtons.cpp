@@ -5,9 +5,8 @@
 
 #include "core/app/Program.h"
 #include "core/creation/Creation.h"
-#include "ui/support/LiteralTitle.h"
+#include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
-#include "ui/support/RadioButton.h"
 
 namespace mirvel::ui {
 

@@ -9,8 +9,8 @@
 
 #include "core/app/Program.h"
 #include "ui/creation/KindButtons.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SecondaryLabel.h"
 
 namespace mirvel::ui {
 

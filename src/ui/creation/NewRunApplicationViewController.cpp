@@ -12,8 +12,8 @@
 #include "ui/creation/ApplicationModel.h"
 #include "ui/creation/ApplicationView.h"
 #include "ui/creation/ElidedLabel.h"
+#include "ui/support/Controls.h"
 #include "ui/support/FilterField.h"
-#include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {

@@ -6,8 +6,8 @@
 #include "core/app/Program.h"
 #include "ui/editor/RunMenuButton.h"
 #include "ui/editor/RunTextField.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SecondaryLabel.h"
 
 namespace mirvel::ui {
 
@@ -27,7 +27,9 @@ NewRunCommandViewController::NewRunCommandViewController(Program& program, NewRu
   auto* row = new QHBoxLayout;
   row->setSpacing(4);
   row->addWidget(m_runTextField, 1);
-  row->addWidget(new RunMenuButton(program, *m_runTextField), 0, Qt::AlignTop);
+  row->addWidget(
+      new RunMenuButton(program.platform, program.shell, program.repairs, program.foundation.localize, *m_runTextField),
+      0, Qt::AlignTop);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(title);
   layout->addLayout(row);

@@ -1,10 +1,9 @@
 #include "ui/creation/NewRunScriptViewController.h"
 
 #include "ui/scripts/ScriptModule.h"
-#include "ui/support/OptionKey.h"
+#include "ui/support/Controls.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/Quietly.h"
-#include "ui/support/SecondaryLabel.h"
 
 namespace mirvel::ui {
 

@@ -11,8 +11,8 @@
 #include "ui/creation/NewWhatViewController.h"
 #include "ui/creation/NewWhenViewController.h"
 #include "ui/creation/PageBar.h"
-#include "ui/support/EndEditing.h"
-#include "ui/support/Hairline.h"
+#include "ui/support/Controls.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {

@@ -8,12 +8,9 @@
 #include "core/app/Program.h"
 #include "ui/creation/ElidedLabel.h"
 #include "ui/editor/ScheduledRuleEditor.h"
-#include "ui/support/CheckBox.h"
-#include "ui/support/Hairline.h"
-#include "ui/support/OptionKey.h"
+#include "ui/support/Controls.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/Quietly.h"
-#include "ui/support/SecondaryLabel.h"
 #include "ui/support/ShownText.h"
 #include "ui/support/ValueText.h"
 
@@ -25,7 +22,7 @@ NewWhenViewController::NewWhenViewController(Program& program, NewController& co
       m_runAtLoadButton(new CheckBox(qt(program.foundation.localize.atStartupAndWhenSaving()))),
       m_keepAliveButton(new CheckBox(qt(program.foundation.localize.launchAgainIfItCrashes()))),
       m_scheduledButton(new CheckBox(qt(program.foundation.localize.scheduled()))),
-      m_ruleEditor(new ScheduledRuleEditor(program)),
+      m_ruleEditor(new ScheduledRuleEditor(program.scheduledController)),
       m_watchedFolderLabel(new ElidedLabel),
       m_sentence(new ValueText(QString())),
       m_nextRunsTitle(new SecondaryLabel(qt(program.foundation.localize.nextRunsTitle()) + QLatin1Char(':'))),

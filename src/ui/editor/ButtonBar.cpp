@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "ui/support/Hairline.h"
+#include "ui/support/Labels.h"
 
 namespace mirvel::ui {
 

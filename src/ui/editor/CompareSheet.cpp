@@ -50,12 +50,11 @@ QPlainTextEdit* makeText(const std::vector<DiffLine>& lines, DiffLine::In side, 
 
 }  // namespace
 
-CompareSheet::CompareSheet(Program& program, const Versions& versions, std::function<void(Choice)> completion,
+CompareSheet::CompareSheet(const Localize& localize, const Versions& versions, std::function<void(Choice)> completion,
                            QWidget* window)
     : QDialog(window) {
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowModality(Qt::WindowModal);
-  const Localize& localize = program.foundation.localize;
   setWindowTitle(qt(localize.compare()));
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(makeTexts(localize, versions), 1);

@@ -3,16 +3,17 @@
 #include <QDialog>
 #include <functional>
 
-#include "core/app/Program.h"
 #include "core/editor/EditController.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel::ui {
 
-/// Two versions of a job file side by side, of which the user chooses one.
+/// Shows two versions of a job file side by side and asks which one to keep.
 class CompareSheet final : public QDialog {
  public:
-  /// `completion` gets the answer, and the sheet goes. Return, Escape and the close button choose neither.
-  CompareSheet(Program& program, const Versions& versions, std::function<void(Choice)> completion, QWidget* window);
+  /// Passes the answer to `completion` and deletes itself. Return, Escape and the close button choose neither.
+  CompareSheet(const Localize& localize, const Versions& versions, std::function<void(Choice)> completion,
+               QWidget* window);
 
  private:
   QWidget* makeTexts(const Localize& localize, const Versions& versions);

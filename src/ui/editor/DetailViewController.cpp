@@ -2,12 +2,17 @@
 
 #include <utility>
 
-#include "core/editor/DetailTab.h"
+#include "core/editor/JobDetails.h"
+#include "core/mainwindow/MainWindowController.h"
+#include "core/session/Editing.h"
+#include "core/session/Foundation.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
 #include "ui/editor/JobDetailsView.h"
 #include "ui/editor/LaunchdDisplayViewController.h"
 #include "ui/editor/LaunchdEditViewController.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SecondaryLabel.h"
 
 namespace mirvel::ui {
 
@@ -28,23 +33,23 @@ QWidget* makeNoSelection(const Localize& localize) {
 
 }  // namespace
 
-DetailViewController::DetailViewController(Program& program, IconLoader& icons, QWidget* parent)
+DetailViewController::DetailViewController(const EditorContext& context, QWidget* parent)
     : QStackedWidget(parent),
-      m_program(program),
-      m_noSelection(makeNoSelection(program.foundation.localize)),
-      m_display(new LaunchdDisplayViewController(program, icons)),
-      m_edit(new LaunchdEditViewController(program, icons)),
-      m_otherJob(new JobDetailsView(program, icons)) {
+      m_context(context),
+      m_noSelection(makeNoSelection(context.foundation.localize)),
+      m_display(new LaunchdDisplayViewController(context)),
+      m_edit(new LaunchdEditViewController(context)),
+      m_otherJob(new JobDetailsView(context)) {
   for (QWidget* const tab : {m_noSelection, static_cast<QWidget*>(m_display), static_cast<QWidget*>(m_edit),
                              static_cast<QWidget*>(m_otherJob)}) {
     addWidget(tab);
   }
-  setAccessibleName(qt(program.foundation.localize.details()));
-  m_program.shell.detail = this;
+  setAccessibleName(qt(context.foundation.localize.details()));
+  m_context.shell.detail = this;
 }
 
 DetailViewController::~DetailViewController() {
-  m_program.shell.detail = nullptr;
+  m_context.shell.detail = nullptr;
 }
 
 QWidget* DetailViewController::childOf(DetailTab tab) const {
@@ -67,8 +72,8 @@ void DetailViewController::show(DetailTab tab) {
   if (tab != m_detailTab && tab != DetailTab::launchdEdit) passKeysOn();
   setCurrentWidget(childOf(tab));
   if (std::exchange(m_detailTab, tab) == tab) return;
-  m_program.mainWindow.updateTitle();
-  if (m_program.shell.mainWindow) m_program.shell.mainWindow->validateVisibleItems();  // what can be done is another
+  m_context.mainWindow.updateTitle();
+  if (m_context.shell.mainWindow) m_context.shell.mainWindow->validateVisibleItems();  // what can be done is another
 }
 
 /// Before what has the keys goes: Qt would give them to any button of the next tab, or to nothing.
@@ -93,7 +98,7 @@ void DetailViewController::updateTab() {
 }
 
 void DetailViewController::updateDetail() {
-  show(detailTabFor(m_program.selection.job().get(), m_program.editing.hasUnsavedChanges()));
+  show(detailTabFor(m_context.selection.job().get(), m_context.editing.hasUnsavedChanges()));
   updateTab();
 }
 
@@ -101,7 +106,7 @@ void DetailViewController::clearDetail() {
   passKeysOn();
   m_display->clearDetail();
   m_edit->clearDetail();
-  if (m_program.shell.edit) m_program.shell.edit->updateButtons();
+  if (m_context.shell.edit) m_context.shell.edit->updateButtons();
   show(DetailTab::noSelection);
 }
 
@@ -112,8 +117,8 @@ void DetailViewController::updateIcon() {
 }
 
 void DetailViewController::showDisplay() {
-  m_program.editing.reset();
-  if (!m_program.selection.job()) return updateDetail();
+  m_context.editing.reset();
+  if (!m_context.selection.job()) return updateDetail();
   show(DetailTab::launchdDisplay);
   updateTab();
 }

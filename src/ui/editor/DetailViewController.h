@@ -3,8 +3,8 @@
 #include <QStackedWidget>
 #include <functional>
 
-#include "core/app/Program.h"
-#include "ui/support/IconLoader.h"
+#include "core/session/DetailType.h"
+#include "ui/editor/EditorContext.h"
 
 namespace mirvel::ui {
 
@@ -12,15 +12,15 @@ class JobDetailsView;
 class LaunchdDisplayViewController;
 class LaunchdEditViewController;
 
-/// What the window shows of the selected job: a tab for each form of it.
+/// The details of the selected job: a tab for each kind of view.
 class DetailViewController final : public QStackedWidget, private DetailType {
  public:
-  DetailViewController(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  explicit DetailViewController(const EditorContext& context, QWidget* parent = nullptr);
   ~DetailViewController() override;
 
   const LaunchdEditViewController& editor() const { return *m_edit; }
 
-  std::function<void()> keysLeft;  ///< what had the keys goes: they are to go elsewhere
+  std::function<void()> keysLeft;  ///< the widget with the focus is about to go; moves the focus elsewhere
 
  private:
   void updateDetail() override;
@@ -35,7 +35,7 @@ class DetailViewController final : public QStackedWidget, private DetailType {
   void updateTab();
   void passKeysOn() const;
 
-  Program& m_program;
+  const EditorContext m_context;
   DetailTab m_detailTab = DetailTab::noSelection;
   QWidget* m_noSelection;
   LaunchdDisplayViewController* m_display;

@@ -20,11 +20,13 @@ bool isNamed(const QWidget& widget) {
   return !widget.objectName().isEmpty() && !widget.objectName().startsWith(QLatin1String("qt_"));
 }
 
-/// What can have the keys, in the order in which it was made.
+/// The visible controls that can have the focus, in the order of their creation.
 QWidgetList controlsOf(const QWidget& part) {
   QWidgetList controls = part.findChildren<QWidget*>();
   controls.erase(std::remove_if(controls.begin(), controls.end(),
-                                [](const QWidget* child) { return child->focusPolicy() == Qt::NoFocus; }),
+                                [&](const QWidget* child) {
+                                  return child->focusPolicy() == Qt::NoFocus || !child->isVisibleTo(&part);
+                                }),
                  controls.end());
   return controls;
 }
@@ -41,6 +43,7 @@ FocusPlace::FocusPlace(QWidget& form) : m_form(form) {
   if (const auto* const bar = scrollBarOf(form)) m_scroll = bar->value();
   auto* const focus = form.focusWidget();
   if (!focus || !focus->hasFocus()) return;
+  m_focus = focus;
   const QWidget* named = focus;
   while (named != &form && !isNamed(*named)) named = named->parentWidget();
   if (named == &form) return;
@@ -52,15 +55,16 @@ FocusPlace::FocusPlace(QWidget& form) : m_form(form) {
 
 void FocusPlace::restore() const {
   if (auto* const bar = scrollBarOf(m_form)) bar->setValue(m_scroll);
-  QWidget* const control = found();
+  if (m_focus && m_form.isAncestorOf(m_focus) && m_focus->isVisibleTo(&m_form)) return m_focus->setFocus();
+  QWidget* const control = successor();
   if (!control) return;
   control->setFocus();
   if (auto* line = qobject_cast<QLineEdit*>(control)) line->setCursorPosition(m_position);
   if (auto* text = qobject_cast<QPlainTextEdit*>(control)) setPosition(*text, m_position);
 }
 
-/// The control of the same name, or the same part of it; the last one where there are fewer by now.
-QWidget* FocusPlace::found() const {
+/// The control of the same name, or with the same number; the last one if there are fewer now.
+QWidget* FocusPlace::successor() const {
   auto* const named = m_name.isEmpty() ? nullptr : m_form.findChild<QWidget*>(m_name);
   if (!named || m_control < 0) return named;
   const QWidgetList controls = controlsOf(*named);

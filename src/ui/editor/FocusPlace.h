@@ -1,23 +1,26 @@
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <QWidget>
 
 namespace mirvel::ui {
 
-/// Where the keys go within a form that is about to be made anew.
+/// Remembers the focus and the scroll position of a form while its sections are updated.
 class FocusPlace {
  public:
   /// The form outlives it.
   explicit FocusPlace(QWidget& form);
 
-  /// Gives the focus to the control at the same place of the form, at the same place of its text.
+  /// Restores them. A control that is gone is replaced by the one now at its place, with the cursor at the same
+  /// position.
   void restore() const;
 
  private:
-  QWidget* found() const;
+  QWidget* successor() const;
 
   QWidget& m_form;
+  QPointer<QWidget> m_focus;
   QString m_name;      ///< of the control, or of what it is in
   int m_control = -1;  ///< its number there; -1: it is the one with the name
   int m_position = 0;

@@ -1,20 +1,159 @@
 #include "ui/editor/GeneralSection.h"
 
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QStandardItemModel>
+
+#include "core/catalogue/KindTexts.h"
+#include "core/commands/CommandRepairs.h"
+#include "core/session/Notifications.h"
+#include "core/session/Platform.h"
+#include "ui/editor/IconButton.h"
+#include "ui/editor/RunMenuButton.h"
+#include "ui/editor/RunTextField.h"
 #include "ui/editor/SectionGrid.h"
-#include "ui/support/CheckBox.h"
+#include "ui/support/Controls.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
+#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 
-GeneralSection::GeneralSection(Program& theProgram, IconLoader& icons)
-    : Section(theProgram),
-      m_icons(icons),
-      m_grid(new SectionGrid(this)),
-      m_enabledButton(new CheckBox(qt(localize().enabled()))) {}
+namespace {
 
-QPixmap GeneralSection::pixmapOf(const std::optional<Image>& icon) const {
+constexpr auto runHelp = "Program / ProgramArguments: The paths should be absolute paths.";
+
+QPixmap pixmapOf(const std::optional<Image>& icon, const Section& section) {
   const QSize size(SectionGrid::iconSide, SectionGrid::iconSide);
-  return icon ? m_icons.icon(*icon).pixmap(size, devicePixelRatioF()) : QPixmap();
+  return icon ? section.context().icons.icon(*icon).pixmap(size, section.devicePixelRatioF()) : QPixmap();
+}
+
+}  // namespace
+
+GeneralDisplaySection::GeneralDisplaySection(const EditorContext& theContext)
+    : Section(theContext), m_grid(new SectionGrid(this)) {}
+
+void GeneralDisplaySection::fill(const Launchd& launchd) {
+  show(GeneralRules::display(launchd, context().kinds, localize()));
+}
+
+void GeneralDisplaySection::updateIcon(const Launchd& launchd) {
+  m_shown.reset();
+  fill(launchd);
+}
+
+void GeneralDisplaySection::show(const GeneralRules::Display& display) {
+  if (m_shown == display) return;
+  m_shown = display;
+  m_grid->clear();
+  auto* iconImageView = new QLabel;  // says nothing that the texts don't
+  iconImageView->setPixmap(pixmapOf(display.icon, *this));
+  auto* nameValueTextField = new ValueText(shownText(display.name));
+  QFont bold = nameValueTextField->font();
+  bold.setPointSizeF(bold.pointSizeF() * 1.35);
+  bold.setBold(true);
+  nameValueTextField->setTextFont(bold);
+  nameValueTextField->setAccessibleName(qt(localize().name()));
+  m_grid->addIcon(*iconImageView);
+  m_grid->addWidget(nameValueTextField, 0, 1, Qt::AlignVCenter);
+
+  m_grid->addText(localize().forString(), *new ValueText(qt(display.for_)), 0);
+  if (!display.run.empty()) {
+    auto* runValueTextField = new ValueText(shownText(display.run));
+    runValueTextField->setCode();
+    m_grid->addText(localize().run(), *runValueTextField, 0);
+  }
+  auto* enabledButton = new CheckBox(qt(localize().enabled()));
+  enabledButton->setEnabled(false);
+  enabledButton->setChecked(display.isEnabled);
+  m_grid->addRow(*enabledButton);
+}
+
+GeneralEditSection::GeneralEditSection(const EditorContext& theContext)
+    : Section(theContext),
+      m_form(*this),
+      m_fileCheck(theContext.foundation.defaults, theContext.repairs, theContext.platform.fileQueue,
+                  theContext.platform.mainQueue),
+      m_iconButton(new IconButton(theContext)),
+      m_forPopUpButton(new QComboBox),
+      m_runValueTextField(new RunTextField) {
+  auto* const grid = new SectionGrid(this);
+  grid->addIcon(*m_iconButton);
+  grid->addWidget(&m_form.make(fieldOf("Disabled")), 0, 1, Qt::AlignLeading | Qt::AlignVCenter);
+  grid->addField(localize().name(), m_form.make(fieldOf("Label")));
+  makeForPopUp(*grid);
+  makeRunRow(*grid);
+}
+
+GeneralEditSection::~GeneralEditSection() = default;
+
+void GeneralEditSection::makeForPopUp(SectionGrid& grid) {
+  m_forPopUpButton->setObjectName(QStringLiteral("forPopUpButton"));
+  guardFromWheel(*m_forPopUpButton);
+  KindTexts& kinds = context().kinds;
+  auto* const items = qobject_cast<QStandardItemModel*>(m_forPopUpButton->model());
+  for (const auto& item : GeneralRules::forItems(context().foundation.defaults.editSystemJobs())) {
+    m_forPopUpButton->addItem(context().icons.icon(kinds.icon(item.kind)), qt(kinds.title(item.kind)),
+                              item.kind.rawValue());
+    items->item(m_forPopUpButton->count() - 1)->setEnabled(item.isEnabled);
+  }
+  grid.addField(localize().forString(), *m_forPopUpButton, false);
+  connect(m_forPopUpButton, &QComboBox::currentIndexChanged, this, [this] { forChanged(); });
+}
+
+void GeneralEditSection::makeRunRow(SectionGrid& grid) {
+  m_runValueTextField->setObjectName(QStringLiteral("runValueTextField"));
+  m_runValueTextField->setWhatsThis(helpText(runHelp));
+  m_runValueTextField->markInvalid({});
+  m_runValueTextField->setAccessibleName(qt(localize().run()));
+  auto* row = new QWidget;
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(4);
+  layout->addWidget(m_runValueTextField, 1);
+  layout->addWidget(
+      new RunMenuButton(context().platform, context().shell, context().repairs, localize(), *m_runValueTextField), 0,
+      Qt::AlignTop);
+  row->setFocusProxy(m_runValueTextField);
+  grid.addText(localize().run(), *row, m_runValueTextField->textTop());
+  connect(m_runValueTextField, &QPlainTextEdit::textChanged, this, [this] { runChanged(); });
+}
+
+void GeneralEditSection::updateIcon(const Launchd& launchd) {
+  m_iconButton->setIcon(QIcon(pixmapOf(launchd.displayIcon(localize()), *this)));
+}
+
+void GeneralEditSection::fill(const Launchd& launchd) {
+  updateIcon(launchd);
+  m_form.fill(launchd);
+  m_forPopUpButton->setCurrentIndex(m_forPopUpButton->findData(launchd.kind.rawValue()));
+  // What was typed is left as it is while it still means the same command.
+  const std::string& command = launchd.plist().run;
+  if (m_command != command) m_runValueTextField->setText(command);
+  m_command = command;
+  checkRun();
+}
+
+void GeneralEditSection::forChanged() {
+  const auto kind = Kind::fromRawValue(m_forPopUpButton->currentData().toInt());
+  if (!kind || isFilling()) return;
+  GeneralRules::changeKind(context().editing, context().selection, context().notifications, *kind);
+}
+
+void GeneralEditSection::runChanged() {
+  Launchd* const job = markJobChanged(Editing::Step::Continues, "run");
+  if (!job) return;
+  m_command = GeneralRules::command(m_runValueTextField->text(), job->plist(), context().repairs);
+  job->plist().run = m_command;
+  checkRun();
+}
+
+void GeneralEditSection::checkRun() {
+  m_fileCheck.check(m_runValueTextField->text(), [this](const std::vector<std::filesystem::path>& missing) {
+    m_runValueTextField->markMissing(missing, localize());
+  });
 }
 
 }  // namespace mirvel::ui

@@ -4,15 +4,15 @@
 
 namespace mirvel::ui {
 
-/// A text to be edited that is as tall as its lines, from one to many, and wraps them anywhere.
+/// A text field that grows with its lines, up to a limit, and wraps them anywhere.
 class GrowingText : public QPlainTextEdit {
  public:
   explicit GrowingText(int fewestLines = 1, QWidget* parent = nullptr);
 
-  /// The text as it stands: `toPlainText` makes blanks of what keeps words together.
+  /// The exact text: `toPlainText` replaces non-breaking spaces.
   QString exactText() const;
 
-  /// From the top of the widget to that of its text, in pixels.
+  /// The distance from the top of the widget to its text, in pixels.
   int textTop() const;
 
   QSize sizeHint() const override;

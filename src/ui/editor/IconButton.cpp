@@ -10,9 +10,12 @@
 #include <optional>
 
 #include "core/editor/IconEditing.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/Controls.h"
 #include "ui/support/IconLoader.h"
-#include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ReadPicture.h"
 
@@ -50,8 +53,8 @@ std::vector<std::string> pictureTypes() {
 
 }  // namespace
 
-IconButton::IconButton(Program& program, QWidget* parent) : QToolButton(parent), m_program(program) {
-  const Localize& localize = program.foundation.localize;
+IconButton::IconButton(const EditorContext& context) : m_context(context) {
+  const Localize& localize = context.foundation.localize;
   setIconSize({SectionGrid::iconSide, SectionGrid::iconSide});
   setAutoRaise(true);
   setAcceptDrops(true);
@@ -61,10 +64,10 @@ IconButton::IconButton(Program& program, QWidget* parent) : QToolButton(parent),
   auto* menu = new QMenu(this);
   menu->addAction(IconLoader::symbol("document-open"), qt(localize.chooseIcon()), this, [this] { choose(); });
   QAction* remove = menu->addAction(IconLoader::symbol("edit-delete"), qt(localize.removeIcon()), this, [this] {
-    if (const auto job = m_program.selection.job()) removeCustomIcon(m_program, job);
+    if (const auto job = m_context.selection.job()) m_context.iconEditing.removeIcon(job);
   });
   connect(menu, &QMenu::aboutToShow, remove, [this, remove] {
-    const auto job = m_program.selection.job();
+    const auto job = m_context.selection.job();
     remove->setEnabled(job && job->customIcon);
   });
   setMenu(menu);
@@ -73,17 +76,17 @@ IconButton::IconButton(Program& program, QWidget* parent) : QToolButton(parent),
 void IconButton::choose() {
   const OpenPanel panel{.showsHiddenFiles = optionHeld(), .allowedTypes = pictureTypes()};
   const QPointer<IconButton> self(this);  // the job may be gone before the panel is
-  const auto picture = m_program.platform.interface.openPanel(panel);
+  const auto picture = m_context.platform.interface.openPanel(panel);
   if (picture && self) use(*picture);
 }
 
 void IconButton::use(const fs::path& picture) {
-  const auto job = m_program.selection.job();
+  const auto job = m_context.selection.job();
   if (!job) return;
   const std::string png = pngOf(picture);
-  if (!png.empty()) return setCustomIcon(m_program, job, png);
-  const Localize& localize = m_program.foundation.localize;
-  m_program.platform.interface.error(localize.thePictureCouldntBeRead(), picture.string());
+  if (!png.empty()) return m_context.iconEditing.setIcon(job, png);
+  const Localize& localize = m_context.foundation.localize;
+  m_context.platform.interface.error(localize.thePictureCouldntBeRead(), picture.string());
 }
 
 void IconButton::dragEnterEvent(QDragEnterEvent* event) {

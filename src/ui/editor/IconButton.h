@@ -1,15 +1,16 @@
 #pragma once
 
 #include <QToolButton>
+#include <filesystem>
 
-#include "core/app/Program.h"
+#include "ui/editor/EditorContext.h"
 
 namespace mirvel::ui {
 
 /// The icon of the selected job, which can be changed: by its menu, or by a picture that is dropped on it.
 class IconButton final : public QToolButton {
  public:
-  explicit IconButton(Program& program, QWidget* parent = nullptr);
+  explicit IconButton(const EditorContext& context);
 
  protected:
   void dragEnterEvent(QDragEnterEvent* event) override;
@@ -19,7 +20,7 @@ class IconButton final : public QToolButton {
   void choose();
   void use(const std::filesystem::path& picture);
 
-  Program& m_program;
+  const EditorContext m_context;
 };
 
 }  // namespace mirvel::ui

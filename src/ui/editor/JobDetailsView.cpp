@@ -2,7 +2,8 @@
 
 #include <QVBoxLayout>
 
-#include "ui/editor/GeneralDisplaySection.h"
+#include "core/session/Selection.h"
+#include "ui/editor/GeneralSection.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
@@ -10,13 +11,15 @@
 
 namespace mirvel::ui {
 
-JobDetailsView::JobDetailsView(Program& program, IconLoader& icons)
-    : StackScrollView(qt(program.foundation.localize.details())), m_program(program), m_icons(icons) {}
+JobDetailsView::JobDetailsView(const EditorContext& context)
+    : StackScrollView(qt(context.foundation.localize.details())), m_context(context) {}
 
 void JobDetailsView::updateDetail() {
-  const auto job = m_program.selection.job();
+  const auto job = m_context.selection.job();
   if (!job) return;
-  Shown content{.general = GeneralRules::display(m_program, *job), .rows = JobDetails::rows(m_program, *job)};
+  const Foundation& foundation = m_context.foundation;
+  Shown content{.general = GeneralRules::display(*job, m_context.kinds, foundation.localize),
+                .rows = JobDetails::rows(*job, foundation.localize, foundation.roots.home.native())};
   if (m_shown == content) return;
   show(content);
   m_shown = std::move(content);
@@ -32,7 +35,7 @@ void JobDetailsView::show(const Shown& content) {
   auto* layout = new QVBoxLayout(stack);
   layout->setContentsMargins(SectionGrid::paneMargins());
   layout->setSpacing(SectionGrid::sectionSpacing);
-  auto* general = new GeneralDisplaySection(m_program, m_icons);
+  auto* general = new GeneralDisplaySection(m_context);
   general->show(content.general);
   layout->addWidget(general);
   auto* rows = new QWidget;

@@ -5,17 +5,17 @@
 
 #include "core/editor/GeneralRules.h"
 #include "core/editor/JobDetails.h"
+#include "ui/editor/EditorContext.h"
 #include "ui/editor/StackScrollView.h"
-#include "ui/support/IconLoader.h"
 
 namespace mirvel::ui {
 
-/// A job that isn't launchd's, to be looked at.
+/// The read-only details of a job that isn't launchd's.
 class JobDetailsView final : public StackScrollView {
  public:
-  JobDetailsView(Program& program, IconLoader& icons);
+  explicit JobDetailsView(const EditorContext& context);
 
-  /// Shows the selected job. What stays as it is keeps its place, and a text that is being copied its mark.
+  /// Shows the selected job. If nothing has changed, scroll position and selected text stay.
   void updateDetail();
   void updateIcon();
 
@@ -29,8 +29,7 @@ class JobDetailsView final : public StackScrollView {
 
   void show(const Shown& content);
 
-  Program& m_program;
-  IconLoader& m_icons;
+  const EditorContext m_context;
   std::optional<Shown> m_shown;
 };
 

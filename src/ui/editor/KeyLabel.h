@@ -5,11 +5,10 @@
 
 namespace mirvel::ui {
 
-/// A key and a colon before a value, in a column as wide as in all sections. A key that is wider is broken between its
-/// words.
+/// The label of a value: a key and a colon, in the column of labels. A wider key is broken between its words.
 class KeyLabel final : public QLabel {
  public:
-  /// Reads in the direction that its parent has now.
+  /// The text has the direction of its parent.
   explicit KeyLabel(const std::string& key, QWidget* parent);
 };
 

@@ -10,10 +10,9 @@
 #include "core/text/Bidirectional.h"
 #include "ui/editor/KeyLabel.h"
 #include "ui/editor/SectionGrid.h"
-#include "ui/support/CheckBox.h"
-#include "ui/support/LiteralTitle.h"
+#include "ui/support/Controls.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SecondaryLabel.h"
 #include "ui/support/ShownText.h"
 #include "ui/support/ValueText.h"
 
@@ -55,7 +54,7 @@ int firstLineHeight(const QWidget& widget) {
 
 }  // namespace
 
-KeyValueSection::KeyValueSection(Program& program, QWidget* parent) : QWidget(parent), m_program(program) {
+KeyValueSection::KeyValueSection(const Localize& localize, QWidget* parent) : QWidget(parent), m_localize(localize) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
 }
@@ -105,20 +104,19 @@ void KeyValueSection::addRow(const KeyValueItem& item) {
 QWidget* KeyValueSection::makeValue(const KeyValueItem& item) const {
   if (const auto* isOn = item.value.as<bool>()) return makeBox(item.key, *isOn);
   const auto* text = item.value.as<std::string>();
-  auto* value = new ValueText(shownText(text ? *text : description(item.value, m_program.foundation.localize)));
+  auto* value = new ValueText(shownText(text ? *text : description(item.value, m_localize)));
   value->setAccessibleName(shownText(item.key));
   return value;
 }
 
 QWidget* KeyValueSection::makeDeleteButton(const std::string& key) {
-  const Localize& localize = m_program.foundation.localize;
-  auto* button = new QPushButton(qt(localize.delete_()));
+  auto* button = new QPushButton(qt(m_localize.delete_()));
   QFont font = button->font();
   font.setPointSizeF(font.pointSizeF() * 0.85);
   button->setFont(font);
   button->setAttribute(Qt::WA_MacSmallSize);
   button->setAccessibleName(
-      shownText(bidirectionalString({localize.delete_(), key}, Const::separator, localize.isRightToLeft())));
+      shownText(bidirectionalString({m_localize.delete_(), key}, Const::separator, m_localize.isRightToLeft())));
   connect(button, &QPushButton::clicked, this, [this, key] { deleteRow(key); });
   return button;
 }

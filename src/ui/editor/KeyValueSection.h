@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/app/Program.h"
-#include "core/editor/KeyValueItem.h"
+#include "core/editor/ValueTexts.h"
 
 namespace mirvel::ui {
 
@@ -19,12 +18,12 @@ class KeyValueSection final : public QWidget {
  public:
   enum class EditSection { deprecated, unknown };
 
-  explicit KeyValueSection(Program& program, QWidget* parent = nullptr);
+  explicit KeyValueSection(const Localize& localize, QWidget* parent = nullptr);
 
-  /// Deletes a key, and says whether it did: its row goes then. Asked only in the editor.
+  /// Deletes a key, and returns whether it did, so that its row is removed. Called in the editor only.
   std::function<bool(const std::string& key)> remove;
 
-  /// Shows these rows instead of what was shown. With an `editSection` each row has a button that deletes it.
+  /// Replaces the rows. With an `editSection` each row has a button that deletes it.
   void setKeyValues(const std::vector<KeyValueItem>& items, std::optional<EditSection> editSection = std::nullopt);
 
  private:
@@ -40,7 +39,7 @@ class KeyValueSection final : public QWidget {
   void deleteRow(const std::string& key);
   void dropRow(std::vector<Row>::iterator row);
 
-  Program& m_program;
+  const Localize& m_localize;
   std::optional<EditSection> m_editSection;
   QWidget* m_grid = nullptr;  // null: there are no rows
   SectionGrid* m_cells = nullptr;

@@ -2,14 +2,13 @@
 
 #include <QVBoxLayout>
 
-#include "core/editor/DeprecatedKeys.h"
 #include "core/editor/SectionRows.h"
 
 namespace mirvel::ui {
 
-KeysSection::KeysSection(Program& theProgram, StackSection section,
+KeysSection::KeysSection(const EditorContext& theContext, StackSection section,
                          std::optional<KeyValueSection::EditSection> editSection)
-    : Section(theProgram), m_section(section), m_editSection(editSection), m_rows(new KeyValueSection(theProgram)) {
+    : Section(theContext), m_section(section), m_editSection(editSection), m_rows(new KeyValueSection(localize())) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_rows);
@@ -17,14 +16,19 @@ KeysSection::KeysSection(Program& theProgram, StackSection section,
 }
 
 void KeysSection::fill(const Launchd& launchd) {
-  m_rows->setKeyValues(sectionRows(m_section, launchd.plist(), program().foundation), m_editSection);
+  auto rows = sectionRows(m_section, launchd.plist(), context().foundation);
+  if (rows == m_shown) return;
+  m_shown = std::move(rows);
+  m_rows->setKeyValues(m_shown, m_editSection);
 }
 
 bool KeysSection::remove(const std::string& key) {
   Launchd* const job = markJobChanged();
   if (!job) return false;
-  return m_editSection == KeyValueSection::EditSection::unknown ? deleteUnknown(job->plist(), key)
-                                                                : deleteDeprecated(job->plist(), key);
+  const bool isRemoved = m_editSection == KeyValueSection::EditSection::unknown ? deleteUnknown(job->plist(), key)
+                                                                                : deleteDeprecated(job->plist(), key);
+  m_shown = sectionRows(m_section, job->plist(), context().foundation);
+  return isRemoved;
 }
 
 }  // namespace mirvel::ui

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "core/editor/SectionStack.h"
 #include "ui/editor/KeyValueSection.h"
@@ -11,7 +12,7 @@ namespace mirvel::ui {
 /// A section of keys that can only be read, and in the editor be deleted.
 class KeysSection final : public Section {
  public:
-  KeysSection(Program& program, StackSection section,
+  KeysSection(const EditorContext& context, StackSection section,
               std::optional<KeyValueSection::EditSection> editSection = std::nullopt);
 
  private:
@@ -21,6 +22,7 @@ class KeysSection final : public Section {
   StackSection m_section;
   std::optional<KeyValueSection::EditSection> m_editSection;
   KeyValueSection* m_rows;
+  std::vector<KeyValueItem> m_shown;
 };
 
 }  // namespace mirvel::ui

@@ -3,18 +3,19 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 
+#include "core/mainwindow/MenuController.h"
 #include "ui/editor/ButtonBar.h"
 #include "ui/editor/FocusPlace.h"
-#include "ui/editor/GeneralDisplaySection.h"
+#include "ui/editor/GeneralSection.h"
 #include "ui/editor/KeysSection.h"
 #include "ui/editor/NotesSection.h"
-#include "ui/editor/WhenDisplaySection.h"
+#include "ui/editor/WhenSection.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-LaunchdDisplayViewController::LaunchdDisplayViewController(Program& theProgram, IconLoader& icons)
-    : LaunchdViewController(theProgram), m_icons(icons), m_editButton(new QPushButton(qt(localize().edit()))) {
+LaunchdDisplayViewController::LaunchdDisplayViewController(const EditorContext& theContext)
+    : LaunchdViewController(theContext), m_editButton(new QPushButton(qt(localize().edit()))) {
   auto* bar = new ButtonBar;
   auto* reveal = new QPushButton(qt(localize().revealInFinder()));
   bar->row().addWidget(reveal);
@@ -22,34 +23,33 @@ LaunchdDisplayViewController::LaunchdDisplayViewController(Program& theProgram, 
   bar->row().addWidget(m_editButton);
   pane().addWidget(bar);
   m_editButton->setEnabled(false);
-  connect(reveal, &QPushButton::clicked, this, [this] { program().menus.perform(Command::revealInFinder); });
-  connect(m_editButton, &QPushButton::clicked, this, [this] { program().menus.perform(Command::edit); });
+  connect(reveal, &QPushButton::clicked, this, [this] { context().menus.perform(Command::revealInFinder); });
+  connect(m_editButton, &QPushButton::clicked, this, [this] { context().menus.perform(Command::edit); });
 }
 
 void LaunchdDisplayViewController::updateDetail() {
   m_editButton->setEnabled(false);
   const auto job = selectedJob();
   if (!job) return;
-  m_editButton->setEnabled(job->kind.isEditable(program().foundation.defaults.editSystemJobs()));
-  Shown shown{
-      .path = job->url.text(), .general = GeneralRules::display(program(), *job), .record = job->plist().clone()};
+  m_editButton->setEnabled(job->kind.isEditable(context().foundation.defaults.editSystemJobs()));
+  Shown shown{.path = job->url.text(),
+              .general = GeneralRules::display(*job, context().kinds, localize()),
+              .record = job->plist().clone()};
   if (m_shown == shown) return;
   const FocusPlace place(*this);
-  const bool isSameJob = m_shownPath == shown.path;
-  rebuildSections();
-  if (isSameJob) place.restore();  // a note is being typed, say
-  m_shownPath = shown.path;
+  updateSections();
+  place.restore();
   m_shown = std::move(shown);
 }
 
 void LaunchdDisplayViewController::updateIcon() {
-  m_shown.reset();  // another picture may have the same name
-  updateDetail();
+  const auto job = selectedJob();
+  if (!job) return;
+  for (Section* const section : sections()) section->updateIcon(*job);
 }
 
 void LaunchdDisplayViewController::clearDetail() {
   m_shown.reset();
-  m_shownPath.clear();
   dropSections();
 }
 
@@ -65,13 +65,13 @@ std::vector<StackEntry> LaunchdDisplayViewController::entries(const Launchd& lau
 Section* LaunchdDisplayViewController::makeSection(StackSection section) {
   switch (section) {
     case StackSection::general:
-      return new GeneralDisplaySection(program(), m_icons);
+      return new GeneralDisplaySection(context());
     case StackSection::when:
-      return new WhenDisplaySection(program());
+      return new WhenDisplaySection(context());
     case StackSection::notes:
-      return new NotesSection(program());
+      return new NotesSection(context());
     default:
-      return new KeysSection(program(), section);
+      return new KeysSection(context(), section);
   }
 }
 

@@ -4,18 +4,17 @@
 
 #include "core/editor/GeneralRules.h"
 #include "ui/editor/LaunchdViewController.h"
-#include "ui/support/IconLoader.h"
 
 class QPushButton;
 
 namespace mirvel::ui {
 
-/// A launchd job to be looked at, with the button that opens the editor.
+/// The read-only details of a launchd job, with the button that opens the editor.
 class LaunchdDisplayViewController final : public LaunchdViewController {
  public:
-  LaunchdDisplayViewController(Program& program, IconLoader& icons);
+  explicit LaunchdDisplayViewController(const EditorContext& context);
 
-  /// Shows the selected job. What stays as it is keeps its place, and a text that is being copied its mark.
+  /// Shows the selected job. Sections without a change stay as they are, with their focus and selected text.
   void updateDetail();
   void updateIcon();
   void clearDetail();
@@ -35,10 +34,8 @@ class LaunchdDisplayViewController final : public LaunchdViewController {
   std::vector<StackEntry> entries(const Launchd& launchd) const override;
   Section* makeSection(StackSection section) override;
 
-  IconLoader& m_icons;
   QPushButton* m_editButton;
   std::optional<Shown> m_shown;
-  std::string m_shownPath;  ///< of the job that the sections are about, even if they are to be made anew
 };
 
 }  // namespace mirvel::ui

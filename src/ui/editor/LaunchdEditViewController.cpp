@@ -7,24 +7,44 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QToolButton>
+#include <algorithm>
 
 #include "core/editor/SectionRows.h"
 #include "ui/editor/ButtonBar.h"
 #include "ui/editor/CompareSheet.h"
-#include "ui/editor/GeneralEditSection.h"
+#include "ui/editor/FieldsSection.h"
+#include "ui/editor/GeneralSection.h"
 #include "ui/editor/KeysSection.h"
 #include "ui/editor/NotesSection.h"
-#include "ui/editor/OwnUndo.h"
-#include "ui/editor/RootSection.h"
-#include "ui/editor/WhenEditSection.h"
-#include "ui/support/EndEditing.h"
+#include "ui/editor/WhenSection.h"
+#include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
 #include "ui/support/SymbolButton.h"
 
 namespace mirvel::ui {
 
-LaunchdEditViewController::LaunchdEditViewController(Program& theProgram, IconLoader& icons)
-    : LaunchdViewController(theProgram), m_icons(icons), m_controller(theProgram, *this) {
+namespace {
+
+bool isEditable(StackSection section) {
+  switch (section) {
+    case StackSection::general:
+    case StackSection::when:
+    case StackSection::notes:
+      return true;
+    default: {
+      const auto fields = fieldsOf(section);
+      return std::any_of(fields.begin(), fields.end(),
+                         [](const Field& field) { return field.control != Field::Control::None; });
+    }
+  }
+}
+
+}  // namespace
+
+LaunchdEditViewController::LaunchdEditViewController(const EditorContext& theContext)
+    : LaunchdViewController(theContext),
+      m_controller(theContext.foundation, theContext.platform, theContext.shell, theContext.saving, theContext.scanning,
+                   theContext.selection, theContext.editing, theContext.actions, theContext.fetcher, *this) {
   makeButtons();
   m_controller.updateButtons();
   qApp->installEventFilter(this);
@@ -54,7 +74,7 @@ void LaunchdEditViewController::makeButtons() {
 
 void LaunchdEditViewController::updateDetail() {
   const FocusPlace place(*this);
-  rebuildSections();
+  updateSections();
   place.restore();
 }
 
@@ -65,33 +85,30 @@ void LaunchdEditViewController::updateIcon() {
 }
 
 std::vector<StackEntry> LaunchdEditViewController::entries(const Launchd& launchd) const {
-  return editStack(launchd.plist(), localize());
+  auto result = editStack(launchd.plist(), localize());
+  // Sections that can't be edited yet are shown if they have rows.
+  std::erase_if(result, [&](const StackEntry& entry) {
+    return !isEditable(entry.section) && sectionRows(entry.section, launchd.plist(), context().foundation).empty();
+  });
+  return result;
 }
 
 Section* LaunchdEditViewController::makeSection(StackSection section) {
   switch (section) {
     case StackSection::general:
-      return new GeneralEditSection(program(), m_icons);
+      return new GeneralEditSection(context());
     case StackSection::when:
-      return new WhenEditSection(program());
-    case StackSection::root:
-      return new RootSection(program());
+      return new WhenEditSection(context());
     case StackSection::notes:
-      return new NotesSection(program());
+      return new NotesSection(context());
     case StackSection::deprecated:
-      return new KeysSection(program(), section, KeyValueSection::EditSection::deprecated);
+      return new KeysSection(context(), section, KeyValueSection::EditSection::deprecated);
     case StackSection::unknown:
-      return new KeysSection(program(), section, KeyValueSection::EditSection::unknown);
+      return new KeysSection(context(), section, KeyValueSection::EditSection::unknown);
     default:
-      return makeReadOnlySection(section);
+      if (isEditable(section)) return new FieldsSection(context(), section);
+      return new KeysSection(context(), section);
   }
-}
-
-/// What has no controls yet is at least seen.
-Section* LaunchdEditViewController::makeReadOnlySection(StackSection section) const {
-  const auto job = selectedJob();
-  const bool isEmpty = !job || sectionRows(section, job->plist(), program().foundation).empty();
-  return isEmpty ? nullptr : new KeysSection(program(), section);
 }
 
 void LaunchdEditViewController::showButtons(const EditButtons& buttons) {
@@ -103,7 +120,7 @@ void LaunchdEditViewController::showButtons(const EditButtons& buttons) {
   if (m_discardButton->text() != qt(buttons.discardTitle)) m_discardButton->setText(qt(buttons.discardTitle));
 }
 
-/// What is typed while a save is on its way would be in no file.
+/// Locks the sections during a save: what is typed then would be in no file.
 void LaunchdEditViewController::holdSections(bool isHeld) {
   if (isHeld) m_heldPlace.emplace(*this);
   content().setEnabled(!isHeld);
@@ -113,7 +130,7 @@ void LaunchdEditViewController::holdSections(bool isHeld) {
 }
 
 void LaunchdEditViewController::hideDiscardButton() {
-  if (m_discardButton->hasFocus()) focusOnFirst();  // or the keys would be anywhere
+  if (m_discardButton->hasFocus()) focusOnFirst();  // or Qt would give it to any control
   m_discardButton->hide();
 }
 
@@ -134,12 +151,12 @@ std::optional<InvalidField> LaunchdEditViewController::refuse() {
 }
 
 void LaunchdEditViewController::focusOnFirst() {
-  auto* const name = content().findChild<QLineEdit*>(QStringLiteral("nameValueTextField"));
+  auto* const name = content().findChild<QLineEdit*>(QStringLiteral("Label"));
   if (name) name->setFocus(Qt::OtherFocusReason);
 }
 
 void LaunchdEditViewController::compare(const Versions& versions, std::function<void(Choice)> completion) {
-  auto* sheet = new CompareSheet(program(), versions, std::move(completion), window());
+  auto* sheet = new CompareSheet(localize(), versions, std::move(completion), window());
   sheet->open();
 }
 
@@ -147,7 +164,7 @@ bool LaunchdEditViewController::undoesFor(const QWidget& widget) const {
   return isVisible() && isAncestorOf(&widget) && !keepsOwnUndo(widget);
 }
 
-/// Text fields would take the keys for themselves.
+/// Text fields would handle undo themselves.
 bool LaunchdEditViewController::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::ShortcutOverride && event->type() != QEvent::KeyPress) return false;
   const auto* const widget = qobject_cast<QWidget*>(watched);
@@ -157,7 +174,7 @@ bool LaunchdEditViewController::eventFilter(QObject* watched, QEvent* event) {
   if (!isUndo && !key.matches(QKeySequence::Redo)) return false;
   event->accept();
   if (event->type() == QEvent::ShortcutOverride) return true;  // comes back as a key press
-  isUndo ? program().editing.undo() : program().editing.redo();
+  isUndo ? context().editing.undo() : context().editing.redo();
   return true;
 }
 

@@ -5,7 +5,6 @@
 #include "core/editor/EditController.h"
 #include "ui/editor/FocusPlace.h"
 #include "ui/editor/LaunchdViewController.h"
-#include "ui/support/IconLoader.h"
 
 class QProgressBar;
 class QPushButton;
@@ -13,21 +12,21 @@ class QToolButton;
 
 namespace mirvel::ui {
 
-/// A launchd job to be edited: each keystroke goes to its record, and to its file when it is saved.
+/// The editor of a launchd job. Each keystroke is written to the job's record, and to its file when it is saved.
 class LaunchdEditViewController final : public LaunchdViewController, private EditStackType {
  public:
-  LaunchdEditViewController(Program& program, IconLoader& icons);
+  explicit LaunchdEditViewController(const EditorContext& context);
   ~LaunchdEditViewController() override;
 
-  /// Shows the selected job anew. The field with the focus keeps it.
+  /// Shows the selected job. Focus, cursors and selected rows stay.
   void updateDetail();
-  /// Shows another icon, and nothing else anew: something may be typed right now.
+  /// Shows another icon, and updates nothing else.
   void updateIcon();
-  /// Gives the keys to the field with the name.
+  /// Focuses on the field with the name.
   void focusOnFirst();
-  /// Lets go of the job.
+  /// Stops showing a job.
   void clearDetail() { dropSections(); }
-  /// Whether the changes of a widget are undone here and not by itself.
+  /// Whether undo in the widget is undo of the editor, not of the widget itself.
   bool undoesFor(const QWidget& widget) const;
 
  protected:
@@ -37,7 +36,6 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
  private:
   std::vector<StackEntry> entries(const Launchd& launchd) const override;
   Section* makeSection(StackSection section) override;
-  Section* makeReadOnlySection(StackSection section) const;
   void showButtons(const EditButtons& buttons) override;
   void hideDiscardButton() override;
   void endEditing() override;
@@ -46,7 +44,6 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   void makeButtons();
   void holdSections(bool isHeld);
 
-  IconLoader& m_icons;
   EditController m_controller;
   QPushButton* m_saveButton = nullptr;
   QPushButton* m_discardButton = nullptr;

@@ -1,58 +1,138 @@
 #include "ui/editor/LaunchdViewController.h"
 
+#include <QLabel>
 #include <QVBoxLayout>
+#include <algorithm>
 
-#include "ui/editor/HeaderSection.h"
+#include "core/session/Selection.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-LaunchdViewController::LaunchdViewController(Program& program)
-    : m_program(program),
+namespace {
+
+QWidget* makeHeader(const std::string& title) {
+  auto* const header = new QWidget;
+  auto* const layout = new QHBoxLayout(header);
+  layout->setContentsMargins(0, 8, 0, 0);
+  auto* const titleTextField = new QLabel(qt(title));
+  titleTextField->setTextFormat(Qt::PlainText);
+  QFont bold = titleTextField->font();
+  bold.setBold(true);
+  titleTextField->setFont(bold);
+  layout->addWidget(titleTextField);
+  layout->addWidget(new Hairline, 1);
+  header->setAccessibleName(qt(title));
+  return header;
+}
+
+/// Deletes a widget later: one of its controls may be the cause.
+void discard(QWidget* widget) {
+  if (!widget) return;
+  widget->hide();
+  widget->setParent(nullptr);
+  widget->deleteLater();
+}
+
+}  // namespace
+
+LaunchdViewController::LaunchdViewController(const EditorContext& theContext)
+    : m_context(theContext),
       m_pane(new QVBoxLayout(this)),
-      m_scrollView(new StackScrollView(qt(program.foundation.localize.details()))) {
+      m_scrollView(new StackScrollView(qt(theContext.foundation.localize.details()))) {
   m_pane->setContentsMargins(0, 0, 0, 0);
   m_pane->setSpacing(0);
   m_pane->addWidget(m_scrollView, 1);
 }
 
 std::shared_ptr<Launchd> LaunchdViewController::selectedJob() const {
-  return m_program.selection.launchd();
+  return m_context.selection.launchd();
 }
 
-void LaunchdViewController::rebuildSections() {
+std::vector<Section*> LaunchdViewController::sections() const {
+  std::vector<Section*> result;
+  for (const Shown& shown : m_shown) result.push_back(shown.section);
+  return result;
+}
+
+void LaunchdViewController::updateSections() {
   const auto job = selectedJob();
   if (!job) return;
-  auto* stack = new QWidget;
+  if (job->url.text() != m_path) dropSections();
+  m_path = job->url.text();
+  const bool isNew = !m_stackView;
+  if (isNew) makeStack();
+  const auto wanted = entries(*job);
+  removeSectionsOtherThan(wanted);
+  bool isInserted = false;
+  for (std::size_t i = 0; i < wanted.size(); ++i) {
+    if (i >= m_shown.size() || m_shown[i].id != wanted[i].section) {
+      isInserted = i < m_shown.size() || isInserted;
+      insertSection(i, wanted[i]);
+    }
+    m_shown[i].section->configure(job);
+  }
+  if (isNew) m_scrollView->setWidget(m_stackView->parentWidget());  // its height is known by now
+  if (isInserted) restoreTabOrder();
+}
+
+void LaunchdViewController::makeStack() {
+  auto* const stack = new QWidget;
   m_stackView = new QVBoxLayout(stack);
   m_stackView->setContentsMargins(SectionGrid::paneMargins());
   m_stackView->setSpacing(SectionGrid::sectionSpacing);
-  dropSections();
-  for (const StackEntry& entry : entries(*job)) {
-    Section* const section = makeSection(entry.section);
-    if (!section) continue;
-    section->setObjectName(QStringLiteral("section%1").arg(static_cast<int>(entry.section)));
-    addSection(*section, job, entry.title);
-  }
   m_stackView->addStretch();
-  m_scrollView->setWidget(stack);  // its height is known by now
 }
 
-void LaunchdViewController::addSection(Section& section, const std::shared_ptr<Launchd>& launchd,
-                                       const std::optional<std::string>& title) {
-  if (title) m_stackView->addWidget(new HeaderSection(*title));
-  m_stackView->addWidget(&section);
-  m_sections.push_back(&section);
-  section.configure(launchd);
+void LaunchdViewController::removeSectionsOtherThan(const std::vector<StackEntry>& entries) {
+  std::erase_if(m_shown, [&](const Shown& shown) {
+    const bool isWanted =
+        std::any_of(entries.begin(), entries.end(), [&](const StackEntry& entry) { return entry.section == shown.id; });
+    if (isWanted) return false;
+    for (QWidget* const widget : {shown.header, static_cast<QWidget*>(shown.section)}) {
+      if (widget) m_stackView->removeWidget(widget);
+      discard(widget);
+    }
+    return true;
+  });
+}
+
+void LaunchdViewController::insertSection(std::size_t position, const StackEntry& entry) {
+  const Shown* const next = position < m_shown.size() ? &m_shown[position] : nullptr;
+  const int index = next ? m_stackView->indexOf(next->header ? next->header : next->section)
+                         : m_stackView->count() - 1;  // before the stretch
+  Shown shown{.id = entry.section,
+              .header = entry.title ? makeHeader(*entry.title) : nullptr,
+              .section = makeSection(entry.section)};
+  shown.section->setObjectName(QStringLiteral("section%1").arg(static_cast<int>(entry.section)));
+  m_stackView->insertWidget(index, shown.section);
+  if (shown.header) m_stackView->insertWidget(index, shown.header);
+  m_shown.insert(m_shown.begin() + static_cast<std::ptrdiff_t>(position), shown);
+}
+
+/// Puts the controls in the order of the sections: Qt appends those of an inserted section at the end.
+void LaunchdViewController::restoreTabOrder() {
+  QWidget* const stack = m_stackView->parentWidget();
+  QWidgetList chain;
+  for (QWidget* next = stack->nextInFocusChain(); next != stack; next = next->nextInFocusChain()) {
+    if (stack->isAncestorOf(next) && next->focusPolicy() != Qt::NoFocus) chain.append(next);
+  }
+  const auto sectionOf = [this](const QWidget* control) {
+    return std::find_if(m_shown.begin(), m_shown.end(),
+                        [control](const Shown& shown) { return shown.section->isAncestorOf(control); });
+  };
+  std::stable_sort(chain.begin(), chain.end(),
+                   [&](const QWidget* a, const QWidget* b) { return sectionOf(a) < sectionOf(b); });
+  for (qsizetype i = 1; i < chain.size(); ++i) setTabOrder(chain[i - 1], chain[i]);
 }
 
 void LaunchdViewController::dropSections() {
-  m_sections.clear();
-  QWidget* const old = m_scrollView->takeWidget();
-  if (!old) return;
-  old->hide();
-  old->deleteLater();  // it may be one of its controls that brought this about
+  m_shown.clear();
+  m_stackView = nullptr;
+  m_path.clear();
+  discard(m_scrollView->takeWidget());
 }
 
 }  // namespace mirvel::ui

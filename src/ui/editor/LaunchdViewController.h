@@ -16,34 +16,44 @@ namespace mirvel::ui {
 /// A stack of sections about the selected launchd job.
 class LaunchdViewController : public QWidget {
  protected:
-  explicit LaunchdViewController(Program& program);
+  explicit LaunchdViewController(const EditorContext& context);
 
-  /// Shows the selected job anew; without one, what was shown stays.
-  void rebuildSections();
-  /// Lets go of the job.
+  /// Shows the selected job. The sections that are there already are filled in place, others are added or removed;
+  /// those of another job are all made again. Without a selected job nothing changes.
+  void updateSections();
+  /// Removes all sections.
   void dropSections();
 
   virtual std::vector<StackEntry> entries(const Launchd& launchd) const = 0;
-  /// The section with which an entry is shown.
   virtual Section* makeSection(StackSection section) = 0;
 
-  Program& program() const { return m_program; }
-  const Localize& localize() const { return m_program.foundation.localize; }
+  const EditorContext& context() const { return m_context; }
+  const Localize& localize() const { return m_context.foundation.localize; }
   std::shared_ptr<Launchd> selectedJob() const;
   QVBoxLayout& pane() { return *m_pane; }
-  /// What scrolls in the pane.
+  /// The part of the pane that scrolls.
   QWidget& content() { return *m_scrollView; }
-  /// Those that are shown, from the first to the last.
-  const std::vector<Section*>& sections() const { return m_sections; }
+  /// The sections, from top to bottom.
+  std::vector<Section*> sections() const;
 
  private:
-  void addSection(Section& section, const std::shared_ptr<Launchd>& launchd, const std::optional<std::string>& title);
+  struct Shown {
+    StackSection id;
+    QWidget* header;  ///< null: it has none
+    Section* section;
+  };
 
-  Program& m_program;
+  void makeStack();
+  void removeSectionsOtherThan(const std::vector<StackEntry>& entries);
+  void insertSection(std::size_t position, const StackEntry& entry);
+  void restoreTabOrder();
+
+  const EditorContext m_context;
   QVBoxLayout* m_pane;
   StackScrollView* m_scrollView;
-  QVBoxLayout* m_stackView = nullptr;
-  std::vector<Section*> m_sections;
+  QVBoxLayout* m_stackView = nullptr;  ///< null: no job has been shown
+  std::string m_path;                  ///< of the job that is shown
+  std::vector<Shown> m_shown;
 };
 
 }  // namespace mirvel::ui

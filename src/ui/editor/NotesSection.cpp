@@ -3,10 +3,12 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
+#include "core/editor/NotesStore.h"
+#include "core/session/Selection.h"
 #include "ui/editor/GrowingText.h"
-#include "ui/editor/OwnUndo.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ReplaceText.h"
 
 namespace mirvel::ui {
 
@@ -31,20 +33,28 @@ class NoteField final : public GrowingText {
 
 }  // namespace
 
-NotesSection::NotesSection(Program& theProgram) : Section(theProgram), m_textField(new NoteField) {
+void keepOwnUndo(QWidget& field) {
+  field.setProperty("keepsOwnUndo", true);
+}
+
+bool keepsOwnUndo(const QWidget& field) {
+  return field.property("keepsOwnUndo").toBool();
+}
+
+NotesSection::NotesSection(const EditorContext& theContext) : Section(theContext), m_textField(new NoteField) {
   m_textField->setAccessibleName(qt(localize().notes()));
   m_textField->setObjectName(QStringLiteral("notesTextField"));
   keepOwnUndo(*m_textField);
   auto* grid = new SectionGrid(this);
   grid->addRow(*m_textField);
   connect(m_textField, &QPlainTextEdit::textChanged, this, [this] {
-    const auto job = program().selection.job();  // a scan may have made it anew
-    if (job && !isFilling()) program().notes.setNote(job->url, utf8(m_textField->exactText()));
+    const auto job = context().selection.job();  // a scan may have made it anew
+    if (job && !isFilling()) context().notes.setNote(job->url, utf8(m_textField->exactText()));
   });
 }
 
 void NotesSection::fill(const Launchd& launchd) {
-  m_textField->setPlainText(qt(program().notes.note(launchd.url)));
+  replaceText(*m_textField, qt(context().notes.note(launchd.url)));
 }
 
 }  // namespace mirvel::ui

@@ -6,10 +6,14 @@ namespace mirvel::ui {
 
 class GrowingText;
 
-/// What the user noted about a job. It is kept beside the job, and can be written at any time.
+/// Marks a field whose text isn't part of the job: it undoes its own changes, instead of the editor.
+void keepOwnUndo(QWidget& field);
+bool keepsOwnUndo(const QWidget& field);
+
+/// The user's notes on a job. They are kept beside the job and can be written at any time.
 class NotesSection final : public Section {
  public:
-  explicit NotesSection(Program& program);
+  explicit NotesSection(const EditorContext& context);
 
  private:
   void fill(const Launchd& launchd) override;

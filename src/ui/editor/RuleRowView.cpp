@@ -12,12 +12,12 @@
 #include <algorithm>
 
 #include "core/locale/Dates.h"
+#include "ui/support/Controls.h"
 #include "ui/support/FlowLayout.h"
 #include "ui/support/InvalidData.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SecondaryLabel.h"
 #include "ui/support/SymbolButton.h"
-#include "ui/support/WheelGuard.h"
 
 namespace mirvel::ui {
 
@@ -131,7 +131,7 @@ QWidget* RuleRowView::makePopUp(const Criteria& choices, const std::string& chos
   popUp->setCurrentIndex(popUp->findText(qt(chosen), Qt::MatchExactly | Qt::MatchCaseSensitive));
   popUp->setMaxVisibleItems(allMonths);
   popUp->setMinimumWidth(popUp->fontMetrics().averageCharWidth() * 8);
-  WheelGuard::guard(*popUp);
+  guardFromWheel(*popUp);
   connect(popUp, &QComboBox::currentIndexChanged, this,
           [this, position](int child) { Q_EMIT childChosen(position, child); });
   return popUp;
@@ -156,7 +156,7 @@ QWidget* RuleRowView::makeTimePicker(Scheduled::Time time) {
   picker->setLayoutDirection(Qt::LeftToRight);
   picker->setDisplayFormat(timeFormat(picker->locale()));
   picker->unsetLayoutDirection();
-  WheelGuard::guard(*picker);
+  guardFromWheel(*picker);
   connect(picker, &QTimeEdit::timeChanged, this, &RuleRowView::timeEdited);
   return picker;
 }

@@ -4,17 +4,24 @@
 #include <QPointer>
 
 #include "core/editor/RunMenu.h"
+#include "core/locale/Localize.h"
 #include "core/session/Shell.h"
 #include "ui/editor/RunTextField.h"
+#include "ui/support/Controls.h"
 #include "ui/support/IconLoader.h"
-#include "ui/support/OptionKey.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-RunMenuButton::RunMenuButton(Program& program, RunTextField& field, QWidget* parent)
-    : QToolButton(parent), m_program(program), m_field(field), m_menu(new QMenu(this)) {
-  const QString name = qt(program.foundation.localize.actions());
+RunMenuButton::RunMenuButton(const Platform& platform, const Shell& shell, const CommandRepairs& repairs,
+                             const Localize& localize, RunTextField& field)
+    : m_platform(platform),
+      m_shell(shell),
+      m_repairs(repairs),
+      m_localize(localize),
+      m_field(field),
+      m_menu(new QMenu(this)) {
+  const QString name = qt(localize.actions());
   setIcon(IconLoader::symbol("view-more"));
   setAccessibleName(name);
   setToolTip(name);
@@ -27,28 +34,27 @@ RunMenuButton::RunMenuButton(Program& program, RunTextField& field, QWidget* par
 }
 
 void RunMenuButton::fill() {
-  const Localize& localize = m_program.foundation.localize;
-  const RunMenu content = RunMenu::of(m_program, m_field.text(), m_field.selectedText());
+  const RunMenu content = RunMenu::of(m_shell, m_repairs, m_field.text(), m_field.selectedText());
   m_menu->clear();
-  m_menu->addAction(qt(localize.ellipsis().choose()), this, [this] { choose(); });
+  m_menu->addAction(qt(m_localize.ellipsis().choose()), this, [this] { choose(); });
   if (content.offersTest) {
-    m_menu->addAction(qt(localize.test()), this, [this] { m_program.shell.segues.at(String::test)(); });
+    m_menu->addAction(qt(m_localize.test()), this, [this] { m_shell.segues.at(String::test)(); });
   }
   if (!content.file) return;
   m_menu->addSeparator();
-  m_menu->addAction(qt(localize.revealInFinder()), this,
-                    [this, file = *content.file] { m_program.platform.workspace.reveal(URL::file(file)); });
+  m_menu->addAction(qt(m_localize.revealInFinder()), this,
+                    [this, file = *content.file] { m_platform.workspace.reveal(URL::file(file)); });
   if (!content.offersEdit) return;
-  m_menu->addAction(qt(localize.editScript()).remove(QChar(0x2026)).trimmed(), this,
-                    [this, file = *content.file] { m_program.shell.editScript(URL::file(file)); });
+  m_menu->addAction(qt(m_localize.editScript()).remove(QChar(0x2026)).trimmed(), this,
+                    [this, file = *content.file] { m_shell.editScript(URL::file(file)); });
 }
 
 void RunMenuButton::choose() {
   const QPointer<RunMenuButton> self(this);  // the job may be gone before the panel is
-  const auto file = m_program.platform.interface.openPanel({.showsHiddenFiles = optionHeld()});
+  const auto file = m_platform.interface.openPanel({.showsHiddenFiles = optionHeld()});
   if (!file || !self) return;
-  if (!qtPath(*file)) return m_program.platform.workspace.beep();  // no job file can hold such a name
-  m_field.insertCommand(chosenCommand(m_program.repairs, *file));
+  if (!qtPath(*file)) return m_platform.workspace.beep();  // no job file can hold such a name
+  m_field.insertCommand(chosenCommand(m_repairs, *file));
 }
 
 }  // namespace mirvel::ui

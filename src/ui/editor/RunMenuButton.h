@@ -2,23 +2,34 @@
 
 #include <QToolButton>
 
-#include "core/app/Program.h"
+#include "core/session/Platform.h"
+
+namespace mirvel {
+class CommandRepairs;
+class Localize;
+struct Shell;
+}  // namespace mirvel
 
 namespace mirvel::ui {
 
 class RunTextField;
 
-/// The button beside a field with a command, with what can be done about it: to choose a file, to test it, and to see
-/// or edit the file that it names. Does nothing to the field but to put commands into it.
+/// The menu button beside a field with a command: chooses a file, tests the command, and reveals or edits the file that
+/// it names. Changes the field only by inserting commands.
 class RunMenuButton final : public QToolButton {
  public:
-  RunMenuButton(Program& program, RunTextField& field, QWidget* parent = nullptr);
+  /// All outlive it.
+  RunMenuButton(const Platform& platform, const Shell& shell, const CommandRepairs& repairs, const Localize& localize,
+                RunTextField& field);
 
  private:
   void fill();
   void choose();
 
-  Program& m_program;
+  const Platform& m_platform;
+  const Shell& m_shell;
+  const CommandRepairs& m_repairs;
+  const Localize& m_localize;
   RunTextField& m_field;
   QMenu* m_menu;
 };

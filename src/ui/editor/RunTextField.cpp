@@ -8,6 +8,7 @@
 #include "core/editor/RunMenu.h"
 #include "ui/support/InvalidData.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ReplaceText.h"
 
 namespace mirvel::ui {
 
@@ -51,7 +52,7 @@ std::string RunTextField::selectedText() const {
 }
 
 void RunTextField::setText(const std::string& text) {
-  setPlainText(qt(text));
+  replaceText(*this, qt(text));
 }
 
 void RunTextField::insertCommand(const std::string& command) {

@@ -10,7 +10,7 @@
 
 namespace mirvel::ui {
 
-/// A field with a command: one paragraph, as tall as it needs to be, that takes files which are dropped on it.
+/// A field for a command: one paragraph that grows as needed and accepts dropped files.
 class RunTextField final : public GrowingText {
  public:
   explicit RunTextField(QWidget* parent = nullptr);
@@ -18,11 +18,11 @@ class RunTextField final : public GrowingText {
   std::string text() const;
   std::string selectedText() const;
   void setText(const std::string& text);
-  /// Puts a command where the selection is; without one, behind the text. Takes the focus, as if the user had typed it.
+  /// Replaces the selection by a command, or appends it if nothing is selected. Takes the focus; counts as typed.
   void insertCommand(const std::string& command);
-  /// Shows the text as one that can't be taken as it is, and says why; empty: it can.
+  /// Marks the text as invalid for the given reason; an empty reason removes the mark.
   void markInvalid(const QString& what);
-  /// Likewise, for the files that it names and that aren't there; none: it can.
+  /// Likewise for missing files that it names; none removes the mark.
   void markMissing(const std::vector<std::filesystem::path>& files, const Localize& localize);
 
  protected:

@@ -14,11 +14,8 @@
 
 namespace mirvel::ui {
 
-ScheduledRuleEditor::ScheduledRuleEditor(Program& program, QWidget* parent)
-    : QWidget(parent),
-      m_localize(program.foundation.localize),
-      m_editor(program.scheduledController, this),
-      m_layout(new QVBoxLayout(this)) {
+ScheduledRuleEditor::ScheduledRuleEditor(ScheduledController& controller, QWidget* parent)
+    : QWidget(parent), m_localize(controller.localize()), m_editor(controller, this), m_layout(new QVBoxLayout(this)) {
   m_layout->setContentsMargins(0, 0, 0, 0);
   m_layout->setSpacing(style()->pixelMetric(QStyle::PM_LayoutLeftMargin));
   setAccessibleName(qt(m_localize.scheduled()));

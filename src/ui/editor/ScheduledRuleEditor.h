@@ -3,7 +3,6 @@
 #include <QWidget>
 #include <vector>
 
-#include "core/app/Program.h"
 #include "core/schedule/RuleEditor.h"
 
 class QVBoxLayout;
@@ -15,13 +14,13 @@ class RuleRowView;
 /// Shows the rows of a rule editor, and hands over what is changed in them. Wraps its rows in a narrow place, and takes
 /// part in the order of its window’s tab stops where it was made itself.
 ///
-///     program.scheduledController.load({Scheduled::EveryHour{30}}, widget.editor());
+///     controller.load({Scheduled::EveryHour{30}}, widget.editor());
 class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorType {
   Q_OBJECT
 
  public:
-  /// The program outlives it.
-  explicit ScheduledRuleEditor(Program& program, QWidget* parent = nullptr);
+  /// The controller outlives it.
+  explicit ScheduledRuleEditor(ScheduledController& controller, QWidget* parent = nullptr);
 
   Scheduled::RuleEditor& editor() { return m_editor; }
 

@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "core/text/Bidirectional.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SecondaryLabel.h"
 
 namespace mirvel::ui {
 
@@ -63,7 +63,7 @@ void SectionGrid::clear() {
   while (const std::unique_ptr<QLayoutItem> item{takeAt(0)}) {
     QWidget* const widget = item->widget();
     widget->setParent(nullptr);
-    widget->deleteLater();  // the keys may be in it
+    widget->deleteLater();  // it may be handling an event
   }
 }
 

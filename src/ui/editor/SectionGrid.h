@@ -7,12 +7,12 @@ class QLabel;
 
 namespace mirvel::ui {
 
-/// The two columns in which all sections stand: labels, as wide in each of them, and what belongs to them.
+/// The layout of all sections: a column of labels, equally wide in each section, and a column of fields.
 class SectionGrid final : public QGridLayout {
  public:
   static constexpr int labelWidth = 154;
   static constexpr int columnSpacing = 8;
-  /// Of the square picture of a job.
+  /// The icon of a job is a square.
   static constexpr int iconSide = 48;
   /// Between the sections, and around all of them.
   static constexpr int sectionSpacing = 12;
@@ -20,19 +20,18 @@ class SectionGrid final : public QGridLayout {
 
   explicit SectionGrid(QWidget* section);
 
-  /// Adds a label, with a colon, before a field of one line. The field takes the width that it wants or, stretched,
-  /// all.
+  /// Adds a label, with a colon, and a field of one line. The field gets its preferred width or, stretched, all of it.
   void addField(const std::string& title, QWidget& field, bool isStretched = true);
-  /// The same for a field of several lines, of which the first stands beside the label: its text begins so many pixels
-  /// below the field's top.
+  /// The same for a field of several lines, with the label beside the first: `textTop` is the distance in pixels from
+  /// the top of the field to its text.
   void addText(const std::string& title, QWidget& field, int textTop);
-  /// Puts a picture in the place of the first label.
+  /// Adds a picture in the place of the first label.
   void addIcon(QWidget& icon);
   /// Adds a field without a label.
   void addRow(QWidget& field);
-  /// Takes all out of it.
+  /// Removes and deletes all widgets.
   void clear();
-  /// Moves all fields away from the labels by so much.
+  /// Increases the distance between labels and fields, in pixels.
   void indentFields(int distance);
 
  private:

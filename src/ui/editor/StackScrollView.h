@@ -4,7 +4,7 @@
 
 namespace mirvel::ui {
 
-/// Shows a stack of sections that scrolls up and down only: it can't be made narrower than they are.
+/// A stack of sections that scrolls vertically only, and so can't be made narrower than its sections.
 class StackScrollView : public QScrollArea {
  public:
   explicit StackScrollView(const QString& accessibleName);

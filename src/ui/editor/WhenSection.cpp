@@ -4,25 +4,26 @@
 #include <QVBoxLayout>
 
 #include "core/explain/NextRuns.h"
+#include "core/ports/Clock.h"
 #include "core/schedule/Scheduled.h"
+#include "core/session/Platform.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
-#include "ui/support/CheckBox.h"
+#include "ui/support/Controls.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SecondaryLabel.h"
+#include "ui/support/ShownText.h"
+#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 
-WhenSection::WhenSection(Program& theProgram)
-    : Section(theProgram),
-      m_runAtLoadButton(new CheckBox(qt(localize().atStartupAndWhenSaving()))),
-      m_keepAliveButton(new CheckBox(qt(localize().launchAgainIfItCrashes()))),
+WhenSection::WhenSection(const EditorContext& theContext)
+    : Section(theContext),
       m_keepAliveGridView(new QWidget),
       m_keepAliveGrid(new SectionGrid(m_keepAliveGridView)),
-      m_startOnMountButton(new CheckBox(qt(localize().mountingLogicalVolume()))),
       m_scheduledButton(new CheckBox(qt(localize().scheduled()))),
       m_scheduledView(new QWidget),
-      m_scheduledRuleEditor(new ScheduledRuleEditor(theProgram)),
+      m_scheduledRuleEditor(new ScheduledRuleEditor(theContext.schedules)),
       m_nextRuns(new SecondaryLabel(QString())) {
   m_scheduledRuleEditor->setAccessibleName(qt(localize().scheduled()));
   m_nextRuns->setWordWrap(true);
@@ -30,12 +31,14 @@ WhenSection::WhenSection(Program& theProgram)
   scheduled->setContentsMargins(0, 0, 0, 0);
   scheduled->addWidget(m_scheduledRuleEditor);
   scheduled->addWidget(m_nextRuns);
+}
 
+void WhenSection::layOut(QWidget& runAtLoad, QWidget& keepAlive, QWidget& startOnMount) {
   auto* grid = new SectionGrid(this);
-  grid->addRow(*m_runAtLoadButton);
-  grid->addRow(*m_keepAliveButton);
+  grid->addRow(runAtLoad);
+  grid->addRow(keepAlive);
   grid->addWidget(m_keepAliveGridView, grid->rowCount(), 0, 1, 2);
-  grid->addRow(*m_startOnMountButton);
+  grid->addRow(startOnMount);
   grid->addRow(*m_scheduledButton);
   grid->addRow(*m_scheduledView);
   constexpr int indent = 20;  // they belong to the box above
@@ -45,15 +48,59 @@ WhenSection::WhenSection(Program& theProgram)
 }
 
 void WhenSection::loadRules(const jobfile::Plist& plist) {
-  program().scheduledController.loadFileRules(Scheduled::fileRules(plist.startInterval, plist.startCalendarInterval),
-                                              m_scheduledRuleEditor->editor());
+  context().schedules.loadFileRules(Scheduled::fileRules(plist.startInterval, plist.startCalendarInterval),
+                                    m_scheduledRuleEditor->editor());
 }
 
 void WhenSection::showNextRuns(const jobfile::Plist& plist) {
-  const auto text =
-      nextRunsText(plist, program().platform.clock.currentSecond(), program().scheduledController.moments());
+  const auto text = nextRunsText(plist, context().platform.clock.currentSecond(), context().schedules.moments());
   m_nextRuns->setText(qt(text.value_or("")));
   m_nextRuns->setVisible(text.has_value());
+}
+
+namespace {
+
+void showState(QCheckBox& box, std::optional<bool> state) {
+  box.setEnabled(false);
+  box.setVisible(state.has_value());
+  box.setChecked(state.value_or(false));
+}
+
+}  // namespace
+
+WhenDisplaySection::WhenDisplaySection(const EditorContext& theContext)
+    : WhenSection(theContext),
+      m_runAtLoadButton(new CheckBox(qt(localize().atStartupAndWhenSaving()))),
+      m_keepAliveButton(new CheckBox(qt(localize().launchAgainIfItCrashes()))),
+      m_startOnMountButton(new CheckBox(qt(localize().mountingLogicalVolume()))) {
+  layOut(*m_runAtLoadButton, *m_keepAliveButton, *m_startOnMountButton);
+  m_scheduledRuleEditor->setEditable(false);
+}
+
+void WhenDisplaySection::fill(const Launchd& launchd) {
+  const ValueTexts texts(localize(), context().foundation.roots.home.native());
+  const auto content = WhenRules::display(launchd.plist(), texts);
+  showState(*m_runAtLoadButton, content.runAtLoad);
+  showState(*m_keepAliveButton, content.keepAlive);
+  m_keepAliveGrid->clear();
+  for (const WhenRules::Condition& condition : content.conditions) addCondition(condition);
+  m_keepAliveGridView->setVisible(!content.conditions.empty());
+  showState(*m_startOnMountButton, content.startOnMount);
+  showState(*m_scheduledButton, content.isScheduled ? std::optional(true) : std::nullopt);
+  m_scheduledView->setVisible(content.isScheduled);
+  if (!content.isScheduled) return;
+  loadRules(launchd.plist());
+  showNextRuns(launchd.plist());
+}
+
+void WhenDisplaySection::addCondition(const WhenRules::Condition& condition) {
+  if (condition.state) {
+    auto* box = new CheckBox(qt(condition.key));
+    showState(*box, condition.state);
+    m_keepAliveGrid->addRow(*box);
+    return;
+  }
+  m_keepAliveGrid->addText(condition.key, *new ValueText(shownText(joinedLines(condition.lines))), 0);
 }
 
 }  // namespace mirvel::ui

@@ -9,7 +9,7 @@
 #include "ui/mainwindow/GridAccessible.h"
 #include "ui/mainwindow/GridItemDelegate.h"
 #include "ui/mainwindow/JobView.h"
-#include "ui/support/EmptyLabel.h"
+#include "ui/support/Labels.h"
 
 namespace mirvel::ui {
 

@@ -3,7 +3,7 @@
 #include <QAbstractScrollArea>
 #include <QMenu>
 
-#include "ui/support/LiteralTitle.h"
+#include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {

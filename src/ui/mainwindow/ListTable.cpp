@@ -9,7 +9,7 @@
 
 #include "ui/mainwindow/JobView.h"
 #include "ui/mainwindow/ListCellDelegate.h"
-#include "ui/support/EmptyLabel.h"
+#include "ui/support/Labels.h"
 
 namespace mirvel::ui {
 

@@ -62,7 +62,24 @@ void MainWindow::makeContent(IconLoader& icons) {
   m_splitter->setChildrenCollapsible(false);
   m_splitter->setHandleWidth(1);
   m_tabs = new ModeTabs(m_program, icons);
-  m_details = new DetailViewController(m_program, icons);
+  m_details = new DetailViewController({.foundation = m_program.foundation,
+                                        .platform = m_program.platform,
+                                        .saving = m_program.saving,
+                                        .scanning = m_program.scanning,
+                                        .selection = m_program.selection,
+                                        .notifications = m_program.notifications,
+                                        .shell = m_program.shell,
+                                        .editing = m_program.editing,
+                                        .actions = m_program.actions,
+                                        .fetcher = m_program.fetcher,
+                                        .mainWindow = m_program.mainWindow,
+                                        .menus = m_program.menus,
+                                        .kinds = m_program.kinds,
+                                        .repairs = m_program.repairs,
+                                        .schedules = m_program.scheduledController,
+                                        .notes = m_program.notes,
+                                        .iconEditing = m_program.icons,
+                                        .icons = icons});
   m_details->keysLeft = [this] { m_tabs->setFocus(); };
   const int character = fontMetrics().averageCharWidth();
   m_tabs->setMinimumWidth(24 * character);

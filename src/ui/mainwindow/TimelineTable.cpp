@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "ui/mainwindow/JobView.h"
-#include "ui/support/EmptyLabel.h"
+#include "ui/support/Labels.h"
 
 namespace mirvel::ui {
 

@@ -6,7 +6,7 @@
 
 #include "ui/mainwindow/JobView.h"
 #include "ui/mainwindow/TreeRowDelegate.h"
-#include "ui/support/EmptyLabel.h"
+#include "ui/support/Labels.h"
 
 namespace mirvel::ui {
 

@@ -1,6 +1,7 @@
 #include "ui/support/ShownText.h"
 
 #include <QTextDocument>
+#include <QWidget>
 
 #include "core/text/Strings.h"
 #include "ui/support/QtText.h"
@@ -17,6 +18,18 @@ QString shownToolTip(std::string_view text) {
   const QString shown = shownText(text);
   if (!Qt::mightBeRichText(shown)) return shown;
   return QStringLiteral("<qt>") + shown.toHtmlEscaped() + QStringLiteral("</qt>");
+}
+
+QString helpText(std::string_view help) {
+  if (help.empty()) return {};
+  QString text = qt(help).toHtmlEscaped();
+  text.replace(QLatin1Char('\n'), QLatin1String("<br/>"));
+  return QStringLiteral("<qt>") + text + QStringLiteral("</qt>");
+}
+
+void setHelp(QWidget& control, std::string_view help) {
+  control.setToolTip(helpText(help));
+  control.setAccessibleDescription(qt(help));
 }
 
 QString leftToRight(const QString& path) {

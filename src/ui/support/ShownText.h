@@ -3,6 +3,8 @@
 #include <QString>
 #include <string_view>
 
+class QWidget;
+
 namespace mirvel::ui {
 
 /// A text for display, truncated with an ellipsis if it is longer than anyone would read, because laying it out would
@@ -10,6 +12,11 @@ namespace mirvel::ui {
 QString shownText(std::string_view text);
 /// The same for a tool tip, with markup escaped.
 QString shownToolTip(std::string_view text);
+
+/// A help text as a tool tip: literal, and wrapped at a readable width, which Qt does for rich text only.
+QString helpText(std::string_view help);
+/// Gives a control its help text, on hover and for assistive technology.
+void setHelp(QWidget& control, std::string_view help);
 
 /// Makes a path run from left to right within any text (Unicode Standard Annex 9, isolates).
 QString leftToRight(const QString& path);

@@ -97,7 +97,7 @@ TEST_F(NormalizeForSaveTest, ACommandThatWasNotEditedIsLeftAlone) {
     plist.run = "/bin/other";
     EXPECT_TRUE(normalizeForSave(plist, repairs));
     EXPECT_NE(plist.encodeAll(), file);
-    GeneralRules::run(plist, text, repairs);
+    plist.run = GeneralRules::command(text, plist, repairs);
     EXPECT_TRUE(normalizeForSave(plist, repairs));
     EXPECT_EQ(plist.encodeAll(), file) << "typed back";
   }

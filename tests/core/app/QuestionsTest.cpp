@@ -7,6 +7,7 @@
 #include "core/editor/EditController.h"
 #include "core/mainwindow/RevisionMenu.h"
 #include "core/propertylist/Writer.h"
+#include "support/MakeEditController.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 
@@ -40,7 +41,7 @@ class QuestionsTest : public testdata::ProgramFixture {
     program().selection.select(jobNamed("a"));
     return *program().editing.markJobChanged();
   }
-  void save() { EditController(program(), stack).save(); }
+  void save() { testdata::makeEditController(program(), stack).save(); }
   void deleteJob() {
     program().deletion.confirm(jobNamed("a"));
     const auto answer = std::move(interface.sheets.back().second);

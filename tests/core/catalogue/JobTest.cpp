@@ -54,8 +54,7 @@ TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
   EXPECT_EQ(own.customIconDigest, toHex(*sha256("/else")));
 
   const Job address(Kind::loginItemSystemPreferences, "x", "", "sum", URL::address("LoginItem.x"));
-  EXPECT_EQ(address.iconStoreName(), toHex(*sha256("LoginItem.x")))
-      << "otherwise all login items would share one icon";
+  EXPECT_EQ(address.iconStoreName(), toHex(*sha256("LoginItem.x"))) << "otherwise all login items would share one icon";
 }
 
 TEST(JobTest, TheSortKeyFollowsAnEditedRecord) {

@@ -177,7 +177,7 @@ TEST_F(DraftsTest, AnEndAtWhichNobodyIsAskedKeepsTheEdit) {
 TEST_F(DraftsTest, TextThatCantBeInAJobFileIsAskedAboutOnce) {
   start();
   edit("a", 5);
-  program().editing.unfinished().tables["PathState"] = {{.string = "/a"}, {.string = "/a"}};
+  program().editing.unfinished().tables["PathState"] = {{.cells = {"/a"}}, {.cells = {"/a"}}};
   program().appDelegate.endUnasked();
   EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
   EXPECT_THAT(interface.sheets, SizeIs(1));

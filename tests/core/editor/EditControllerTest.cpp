@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
+#include "support/MakeEditController.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 
@@ -35,7 +36,7 @@ class FakeStack final : public EditStackType {
 
 class EditControllerTest : public testdata::ProgramFixture {
  protected:
-  EditControllerTest() : shell(program()), controller(program(), stack) {
+  EditControllerTest() : shell(program()), controller(testdata::makeEditController(program(), stack)) {
     file = writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
     scan();
     program().selection.select(jobNamed("a"));
@@ -191,7 +192,7 @@ TEST_F(EditControllerTest, WhatAnotherProgramWroteIsThereAtOnceWhenAnEditIsDisca
   edit();
   changeFile();
   controller.discardEdits();
-  const Launchd* const job = program().editing.markJobChanged("a");  // the scan waits for the edit
+  const Launchd* const job = program().editing.markJobChanged();  // the scan waits for the edit
   EXPECT_EQ(job->plist().program, "/bin/theirs");
   EXPECT_FALSE(job->plist().nice);
   changeFile("/bin/others");

@@ -3,6 +3,7 @@
 
 #include "core/catalogue/Launchd.h"
 #include "core/editor/EditController.h"
+#include "support/MakeEditController.h"
 #include "support/ProgramFixture.h"
 
 namespace mirvel {
@@ -28,7 +29,7 @@ class GoingBackTest : public testdata::ProgramFixture {
     program().selection.select(program().catalogue.jobs().at(0));
     return program().editing.markJobChanged()->plist();
   }
-  void save() { EditController(program(), stack).save(); }
+  void save() { testdata::makeEditController(program(), stack).save(); }
 
   QuietStack stack;
 };

@@ -22,16 +22,16 @@ TEST_F(IconEditingTest, AnIconIsStoredUnderThePathOfItsJobAndShown) {
   program().selection.select(job);
   const auto file = customIconFile(roots.applicationSupport, *job->iconStoreName());
 
-  setCustomIcon(program(), job, "picture");
+  program().icons.setIcon(job, "picture");
   EXPECT_EQ(testdata::bytes(file), "picture");
   EXPECT_EQ(job->customIcon, Image::file(file));
-  setCustomIcon(program(), job, "another");
+  program().icons.setIcon(job, "another");
   EXPECT_EQ(testdata::bytes(file), "another");
   EXPECT_EQ(shell.count("updateIcon"), 2U);
   EXPECT_EQ(shell.count("reloadJob a"), 2U);
   EXPECT_FALSE(program().editing.hasUnsavedChanges()) << "it is no part of the job's file";
 
-  removeCustomIcon(program(), job);
+  program().icons.removeIcon(job);
   EXPECT_FALSE(std::filesystem::exists(file));
   EXPECT_EQ(job->customIcon, std::nullopt);
   EXPECT_EQ(shell.count("updateIcon"), 3U);
@@ -41,7 +41,7 @@ TEST_F(IconEditingTest, WhatCantBeStoredIsToldAndChangesNothing) {
   writeJob(Kind::userAgent, "a");
   scan();
   (void)folder.write("support", "a file in the place of the folder");
-  setCustomIcon(program(), jobNamed("a"), "picture");
+  program().icons.setIcon(jobNamed("a"), "picture");
   EXPECT_THAT(interface.errors, SizeIs(1));
   EXPECT_EQ(jobNamed("a")->customIcon, std::nullopt);
 }

@@ -13,7 +13,8 @@ class JobDetailsTest : public testdata::ProgramFixture {
   /// Each row as "When: At login".
   std::vector<std::string> rowsOf(const std::string& name) {
     std::vector<std::string> result;
-    for (const auto& row : JobDetails::rows(program(), *jobNamed(name))) result.push_back(row.label + ": " + row.text);
+    for (const auto& row : JobDetails::rows(*jobNamed(name), foundation.localize, roots.home))
+      result.push_back(row.label + ": " + row.text);
     return result;
   }
 };

@@ -36,7 +36,9 @@ TEST_F(RunFieldTest, TheFileToOfferIsTheSelectedOneOrTheScript) {
 
 TEST_F(RunFieldTest, TheMenuOffersWhatTheProgramCanDo) {
   testdata::RecordingShell shell(program());
-  const auto menu = [&](const std::string& command) { return RunMenu::of(program(), command, ""); };
+  const auto menu = [&](const std::string& command) {
+    return RunMenu::of(program().shell, program().repairs, command, "");
+  };
   EXPECT_EQ(menu("/bin/sh ~/x"), (RunMenu{false, roots.home / "x", false}));
   program().shell.segues[String::test] = [] {};
   program().shell.editScript = [](const URL&) {};
@@ -60,7 +62,7 @@ TEST_F(RunFieldTest, FilesStandInACommandSoThatTheyAreOneArgument) {
 }
 
 TEST_F(RunFieldTest, MissingFilesAreFoundBesideTheMainThreadAndTheLastQuestionCounts) {
-  FileCheck check(foundation.defaults, program().repairs, platform);
+  FileCheck check(foundation.defaults, program().repairs, fileQueue, queue);
   using Answers = std::vector<std::vector<fs::path>>;
   Answers answers;
   const auto ask = [&](const std::string& command) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/session/Foundation.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
 

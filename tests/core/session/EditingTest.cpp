@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
-#include "core/editor/ReplaceSelected.h"
+#include "core/propertylist/Writer.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 
@@ -22,7 +22,7 @@ class EditingTest : public testdata::ProgramFixture {
   Editing& editing() { return program().editing; }
   jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().selection.job()).plist(); }
   void rename(const std::string& name) {
-    ASSERT_TRUE(editing().markJobChanged("name"));
+    ASSERT_TRUE(editing().markJobChanged(Editing::Step::Continues, "name"));
     record().name = name;
   }
   void setNice(int nice) {
@@ -162,18 +162,53 @@ TEST_F(EditingTest, WhatWasUndoneToTheEndCanBeDoneAgain) {
   EXPECT_TRUE(hasChanges());
 }
 
-TEST_F(EditingTest, ARestoredRevisionStaysAChangeAndKnowsTheFileThatItIsToReplace) {
-  const std::string checksum = program().selection.job()->checksum;
-  EXPECT_EQ(editing().fileChecksum(), checksum);
-  ASSERT_TRUE(replaceSelected(program(), {{"Label", "a"}, {"Nice", 3}}));
-  EXPECT_EQ(editing().fileChecksum(), checksum);
-  ASSERT_TRUE(replaceSelected(program(), {{"Label", "a"}, {"Nice", 4}}));
-  EXPECT_EQ(editing().fileChecksum(), checksum);
-  setNice(9);
-  EXPECT_EQ(editing().fileChecksum(), checksum);
+TEST_F(EditingTest, AnEditThatBeginsAStepIsNeverJoinedToTypingAroundIt) {
+  const auto edit = [&](Editing::Step step, const char* name) {
+    editing().markJobChanged(step, "table")->plist().name = name;
+  };
+  edit(Editing::Step::Continues, "typed");
+  edit(Editing::Step::Begins, "deleted");
+  edit(Editing::Step::Begins, "deleted twice");
+  edit(Editing::Step::Continues, "typed again");
+  edit(Editing::Step::Continues, "typed on");
+  for (const char* name : {"deleted twice", "deleted", "typed", "a"}) {
+    editing().undo();
+    EXPECT_EQ(record().name, name);
+  }
+  EXPECT_FALSE(editing().canUndo());
+}
+
+TEST_F(EditingTest, AReplacedRecordIsOneStepOfTheSameJobAndIsWrittenAsGiven) {
+  using propertylist::Dictionary;
+  (void)writeJob(Kind::userAgent, "a", {{"Odd", "now"}, {"Even", "now"}, {"KeepAlive", Dictionary{{"Odd", 1}}}});
+  scan();
+  const auto job = program().selection.launchd();
+  const std::string before = *job->plistData();
+  const std::string checksum = job->checksum;
+  setNice(1);
+  job->kind = Kind::localAgent;
+  const Dictionary given{{"Label", "a"}, {"Odd", "then"}, {"KeepAlive", Dictionary{{"Even", 2}}}, {"Nice", 5.0}};
+  ASSERT_TRUE(editing().replaceRecord(*propertylist::writeXml(given)));
+  EXPECT_EQ(program().selection.launchd(), job);
+  EXPECT_EQ(job->plistDictionary(), given);
+  EXPECT_EQ(job->originalKind, Kind::userAgent);
+  EXPECT_EQ(job->kind, Kind::localAgent);
+  EXPECT_EQ(editing().fileChecksum(), checksum) << "a save replaces the file that was read";
   editing().undo();
-  EXPECT_EQ(record().nice, 4);
-  EXPECT_TRUE(hasChanges());
+  EXPECT_EQ(record().nice, 1);
+  editing().undo();
+  EXPECT_EQ(*job->plistData(), before);
+  EXPECT_FALSE(hasChanges());
+  editing().redo();
+  editing().redo();
+  EXPECT_EQ(job->plistDictionary(), given);
+
+  const auto failure = editing().replaceRecord("<plist><dict/></plist>");
+  ASSERT_FALSE(failure);
+  EXPECT_EQ(failure.error().code, Error::Code::MissingKey);
+  EXPECT_EQ(job->plistDictionary(), given);
+  program().selection.select(nullptr);
+  EXPECT_EQ(editing().replaceRecord(*propertylist::writeXml(given)).error().code, Error::Code::NotFound);
 }
 
 }  // namespace

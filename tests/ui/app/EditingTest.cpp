@@ -30,7 +30,7 @@ class EditingTest : public MachineFixture {
   void editTexts(const std::string& label, const std::string& command) {
     QTest::keyClick(&window(), Qt::Key_E, Qt::ControlModifier);
     ASSERT_EQ(tab(), DetailTab::launchdEdit);
-    type(control<QLineEdit>("nameValueTextField"), label);
+    type(control<QLineEdit>("Label"), label);
     type(control<QPlainTextEdit>("runValueTextField"), command);
   }
   void save() {
@@ -55,8 +55,8 @@ TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
   std::ofstream(script) << "#!/bin/sh\necho \"$1\" >> '" << output.string() << "'\n";
 
   editTexts("org.backup", "/bin/sh \"" + script.string() + "\" hello");
-  clickBox(control<QCheckBox>("enabledButton"));
-  clickBox(control<QCheckBox>("runAtLoadButton"));
+  clickBox(control<QCheckBox>("Disabled"));
+  clickBox(control<QCheckBox>("RunAtLoad"));
   control<QCheckBox>("scheduledButton").setFocus();
   QTest::keyClick(window().focusWidget(), Qt::Key_Space);
   QTest::keyClick(window().focusWidget(), Qt::Key_Down);

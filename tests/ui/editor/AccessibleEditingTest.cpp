@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
-#include <QListWidget>
+#include <QTableView>
 #include <QTimeEdit>
 #include <functional>
 
@@ -42,20 +42,16 @@ TEST_F(AccessibleEditingTest, WhateverWayAControlIsChangedTheJobIs) {
     std::function<void()> change;
     std::function<bool()> isWritten;
   } table[] = {
-      {"enabled", [&] { toggle("enabledButton"); }, [&] { return record().disabled == true; }},
-      {"enabled again", [&] { toggle("enabledButton"); }, [&] { return record().disabled == false; }},
-      {"at load", [&] { toggle("runAtLoadButton"); }, [&] { return record().runAtLoad == true; }},
-      {"at load off", [&] { toggle("runAtLoadButton"); }, [&] { return record().runAtLoad == false; }},
-      {"on mount", [&] { toggle("startOnMountButton"); }, [&] { return record().startOnMount == true; }},
+      {"enabled", [&] { toggle("Disabled"); }, [&] { return record().disabled == true; }},
+      {"enabled again", [&] { toggle("Disabled"); }, [&] { return record().disabled == false; }},
+      {"at load", [&] { toggle("RunAtLoad"); }, [&] { return record().runAtLoad == true; }},
+      {"at load off", [&] { toggle("RunAtLoad"); }, [&] { return record().runAtLoad == false; }},
+      {"on mount", [&] { toggle("StartOnMount"); }, [&] { return record().startOnMount == true; }},
       {"crashed", [&] { toggle("Crashed"); }, [&] { return record().keepAlive->crashed == false; }},
-      {"kept alive", [&] { toggle("keepAliveButton"); }, [&] { return !record().keepAlive; }},
-      {"the name", [&] { write("nameValueTextField", "new"); }, [&] { return record().name == "new"; }},
+      {"kept alive", [&] { toggle("KeepAlive"); }, [&] { return !record().keepAlive; }},
+      {"the name", [&] { write("Label", "new"); }, [&] { return record().name == "new"; }},
       {"part of the name",
-       [&] {
-         accessible(control<QLineEdit>("nameValueTextField"))
-             .editableTextInterface()
-             ->insertText(3, QStringLiteral("er"));
-       },
+       [&] { accessible(control<QLineEdit>("Label")).editableTextInterface()->insertText(3, QStringLiteral("er")); },
        [&] { return record().name == "newer"; }},
       {"the command",
        [&] {
@@ -66,9 +62,9 @@ TEST_F(AccessibleEditingTest, WhateverWayAControlIsChangedTheJobIs) {
        [&] { return record().run == "/bin/ls x"; }},
       {"for whom", [&] { control<QComboBox>("forPopUpButton").setCurrentIndex(2); },
        [&] { return program().selection.job()->kind == Kind::localDaemon; }},
-      {"the user", [&] { write("userNameTextField", "ada"); }, [&] { return record().userName == "ada"; }},
-      {"the group", [&] { write("groupNameTextField", "staff"); }, [&] { return record().groupName == "staff"; }},
-      {"groups", [&] { toggle("initGroupsButton"); }, [&] { return record().initGroups == false; }},
+      {"the user", [&] { write("UserName", "ada"); }, [&] { return record().userName == "ada"; }},
+      {"the group", [&] { write("GroupName", "staff"); }, [&] { return record().groupName == "staff"; }},
+      {"groups", [&] { toggle("InitGroups"); }, [&] { return record().initGroups == false; }},
       {"a number", [&] { accessible(number()).setText(QAccessible::Value, QStringLiteral("45")); },
        [&] { return record().startInterval == 45 * 60; }},
       {"scheduled", [&] { toggle("scheduledButton"); }, [&] { return !record().startInterval; }},
@@ -87,8 +83,8 @@ TEST_F(AccessibleEditingTest, RowsOfTablesAndTimesTakeTheirValuesFromAnywhere) {
   ASSERT_TRUE(record().startCalendarInterval);
   EXPECT_EQ(record().startCalendarInterval->intervals.front().hour, 7);
   EXPECT_EQ(record().startCalendarInterval->intervals.front().minute, 5);
-  for (auto* list : window().details().currentWidget()->findChildren<QListWidget*>()) {
-    if (list->count() == 0) continue;
+  for (auto* list : window().details().currentWidget()->findChildren<QTableView*>()) {
+    if (list->model()->rowCount() == 0) continue;
     list->model()->setData(list->model()->index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
   }
   EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"b", false}}));
@@ -96,11 +92,11 @@ TEST_F(AccessibleEditingTest, RowsOfTablesAndTimesTakeTheirValuesFromAnywhere) {
 
 TEST_F(AccessibleEditingTest, OptionStillTakesAKeyAway) {
   edit({{"Program", "/bin/ls"}, {"RunAtLoad", true}, {"Disabled", false}});
-  clickBox(control<QCheckBox>("runAtLoadButton"), Qt::AltModifier);
+  clickBox(control<QCheckBox>("RunAtLoad"), Qt::AltModifier);
   EXPECT_EQ(record().runAtLoad, std::nullopt);
-  clickBox(control<QCheckBox>("enabledButton"), Qt::AltModifier);
+  clickBox(control<QCheckBox>("Disabled"), Qt::AltModifier);
   EXPECT_EQ(record().disabled, std::nullopt);
-  clickBox(control<QCheckBox>("enabledButton"), Qt::AltModifier);
+  clickBox(control<QCheckBox>("Disabled"), Qt::AltModifier);
   EXPECT_EQ(record().disabled, false) << "only where a box goes off";
 }
 

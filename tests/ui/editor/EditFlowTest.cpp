@@ -3,14 +3,17 @@
 
 #include <QDragEnterEvent>
 #include <QLabel>
-#include <QListWidget>
 #include <QMimeData>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTableView>
 #include <QToolButton>
 #include <QUrl>
 #include <algorithm>
+#include <functional>
 
+#include "core/editor/SectionStack.h"
+#include "ui/editor/EditTableView.h"
 #include "ui/editor/EditorFixture.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/editor/ScheduledRuleEditor.h"
@@ -32,6 +35,10 @@ class EditFlowTest : public EditorFixture {
     throw std::runtime_error(name);
   }
   RunTextField& runField() { return dynamic_cast<RunTextField&>(control<QPlainTextEdit>("runValueTextField")); }
+  QTableView& tableOf(const char* key) { return *control<EditTableView>(key).findChild<QTableView*>(); }
+  static void setCell(QTableView& table, int row, const char* text) {
+    table.model()->setData(table.model()->index(row, 0), QLatin1String(text));
+  }
   void press(QKeySequence::StandardKey key) { QTest::keySequence(window().focusWidget(), QKeySequence(key)); }
 };
 
@@ -46,8 +53,8 @@ TEST_F(EditFlowTest, OpeningTheEditorChangesNothing) {
   testdata::settle();
   EXPECT_FALSE(hasChanges());
   EXPECT_EQ(record(), before);
-  EXPECT_FALSE(control<QCheckBox>("enabledButton").isChecked());
-  EXPECT_TRUE(control<QCheckBox>("keepAliveButton").isChecked()) << "the key is there";
+  EXPECT_FALSE(control<QCheckBox>("Disabled").isChecked());
+  EXPECT_TRUE(control<QCheckBox>("KeepAlive").isChecked()) << "the key is there";
   EXPECT_TRUE(control<QCheckBox>("scheduledButton").isChecked());
   EXPECT_EQ(runField().text(), "/bin/ls \"a b\"");
   button("Done").click();
@@ -57,7 +64,7 @@ TEST_F(EditFlowTest, OpeningTheEditorChangesNothing) {
 
 TEST_F(EditFlowTest, WhatIsTypedAndClickedIsInTheRecordAtOnce) {
   edit({{"Program", "/bin/ls"}});
-  auto& name = control<QLineEdit>("nameValueTextField");
+  auto& name = control<QLineEdit>("Label");
   name.setFocus();
   name.selectAll();
   QTest::keyClicks(&name, QStringLiteral("new"));
@@ -72,11 +79,11 @@ TEST_F(EditFlowTest, WhatIsTypedAndClickedIsInTheRecordAtOnce) {
   EXPECT_EQ(record().run, "/usr/bin/perl x.pl");
   EXPECT_EQ(runField().text(), "perl x.pl") << "what was typed stays as it is";
 
-  clickBox(control<QCheckBox>("enabledButton"));
+  clickBox(control<QCheckBox>("Disabled"));
   EXPECT_EQ(record().disabled, true);
-  control<QCheckBox>("runAtLoadButton").click();
+  control<QCheckBox>("RunAtLoad").click();
   EXPECT_EQ(record().runAtLoad, true);
-  control<QCheckBox>("keepAliveButton").click();
+  control<QCheckBox>("KeepAlive").click();
   ASSERT_TRUE(record().keepAlive);
   control<QCheckBox>("Crashed").click();
   EXPECT_EQ(record().keepAlive->crashed, true);
@@ -91,7 +98,7 @@ TEST_F(EditFlowTest, ANumberThatCantBeSavedIsNamedAndKeepsTheEditor) {
   edit({{"StartInterval", 60}, {"UserName", "ada"}});
   const auto number = [&] { return ruleEditor().findChild<QLineEdit*>(); };
   number()->clear();
-  control<QCheckBox>("runAtLoadButton").setFocus();
+  control<QCheckBox>("RunAtLoad").setFocus();
   button("Save").click();
   EXPECT_THAT(helpers.requests, IsEmpty());
   ASSERT_THAT(interface.errors, SizeIs(1));
@@ -109,7 +116,7 @@ TEST_F(EditFlowTest, ANumberThatCantBeSavedIsNamedAndKeepsTheEditor) {
 
 TEST_F(EditFlowTest, ANumberThatNobodyTouchedKeepsNothingFromBeingSaved) {
   edit({{"StartInterval", 5}});
-  control<QCheckBox>("runAtLoadButton").click();
+  control<QCheckBox>("RunAtLoad").click();
   button("Save").click();
   EXPECT_THAT(helpers.requests, SizeIs(1));
   EXPECT_EQ(record().startInterval, 5);
@@ -124,7 +131,7 @@ TEST_F(EditFlowTest, ANumberThatCantBeSavedStaysWhateverElseIsDone) {
   program().shell.detail->updateIcon();
   EXPECT_EQ(number(), typedIn) << "only the icon is another";
   EXPECT_EQ(window().focusWidget(), typedIn);
-  control<QCheckBox>("runAtLoadButton").click();
+  control<QCheckBox>("RunAtLoad").click();
   press(QKeySequence::Undo);
   EXPECT_EQ(record().runAtLoad, std::nullopt);
   EXPECT_EQ(number()->text(), QStringLiteral("5xy"));
@@ -143,7 +150,7 @@ TEST_F(EditFlowTest, AFirstRuleThatCantBeSavedYetIsNoReasonToHideIt) {
   edit({{"Program", "/bin/ls"}});
   control<QCheckBox>("scheduledButton").click();
   ruleEditor().findChild<QLineEdit*>()->setText(QStringLiteral("x"));
-  control<QCheckBox>("runAtLoadButton").click();
+  control<QCheckBox>("RunAtLoad").click();
   program().editing.undo();
   EXPECT_TRUE(control<QCheckBox>("scheduledButton").isChecked());
   EXPECT_EQ(ruleEditor().findChild<QLineEdit*>()->text(), QStringLiteral("x"));
@@ -166,20 +173,21 @@ TEST_F(EditFlowTest, TwoConditionsOfOneNameAreKeptAndNamedAtSaving) {
   const jobfile::StringMap<bool> jobs{{"org.a", false}, {"org.b", true}};
   edit({{"KeepAlive",
          propertylist::Dictionary{{"OtherJobEnabled", propertylist::Dictionary{{"org.a", false}, {"org.b", true}}}}}});
-  const auto list = [&] { return toolButton("Add – OtherJobEnabled").parentWidget()->findChild<QListWidget*>(); };
-  list()->item(1)->setText(QStringLiteral("org.a"));
+  QTableView& list = tableOf("OtherJobEnabled");
+  setCell(list, 1, "org.a");
   EXPECT_EQ(record().keepAlive->otherJobEnabled, jobs) << "none of the two is lost";
-  control<QCheckBox>("runAtLoadButton").click();
+  control<QCheckBox>("RunAtLoad").click();
   program().editing.undo();
-  EXPECT_EQ(list()->item(1)->text(), QStringLiteral("org.a"));
-  EXPECT_EQ(list()->item(1)->checkState(), Qt::Checked);
+  const QModelIndex second = list.model()->index(1, 0);
+  EXPECT_EQ(second.data().toString(), QStringLiteral("org.a"));
+  EXPECT_EQ(second.data(Qt::CheckStateRole).toInt(), Qt::Checked);
   button("Save").click();
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_THAT(interface.errors, testing::ElementsAre(std::pair(std::string("“OtherJobEnabled” can’t be saved"),
                                                                std::string("More than one row is called “org.a”"))));
-  EXPECT_EQ(window().focusWidget(), list());
-  EXPECT_EQ(list()->currentRow(), 1);
-  list()->item(1)->setText(QStringLiteral("org.c"));
+  EXPECT_EQ(window().focusWidget(), &list);
+  EXPECT_EQ(list.currentIndex().row(), 1);
+  setCell(list, 1, "org.c");
   EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"org.a", false}, {"org.c", true}}));
   button("Save").click();
   EXPECT_THAT(helpers.requests, SizeIs(1));
@@ -203,19 +211,19 @@ TEST_F(EditFlowTest, AConditionThatGoesLeavesWhatWasThereBeforeItEvenInAnEditorM
   edit({{"KeepAlive", true}});
   toolButton("Add – OtherJobEnabled").click();
   QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("org.b"));
-  control<QCheckBox>("runAtLoadButton").click();
+  control<QCheckBox>("RunAtLoad").click();
   program().editing.undo();
-  auto* const list = toolButton("Add – OtherJobEnabled").parentWidget()->findChild<QListWidget*>();
-  ASSERT_EQ(list->count(), 1);
+  QTableView& list = tableOf("OtherJobEnabled");
+  ASSERT_EQ(list.model()->rowCount(), 1);
   EXPECT_EQ(record().keepAlive->bool_, std::nullopt);
-  list->setCurrentRow(0);
+  list.setCurrentIndex(list.model()->index(0, 0));
   toolButton("Delete – OtherJobEnabled").click();
   EXPECT_EQ(record().keepAlive->bool_, true);
 }
 
 TEST_F(EditFlowTest, TheKeysAreWhereTheWorkIs) {
   edit({{"Program", "/bin/ls"}});
-  EXPECT_EQ(window().focusWidget(), &control<QLineEdit>("nameValueTextField"));
+  EXPECT_EQ(window().focusWidget(), &control<QLineEdit>("Label"));
   QTest::keyClicks(window().focusWidget(), QStringLiteral("x"));
   EXPECT_EQ(record().name, "ax") << "no other job is looked for";
   QTest::keyClick(window().focusWidget(), Qt::Key_S, Qt::ControlModifier);
@@ -302,12 +310,12 @@ TEST_F(EditFlowTest, ACommandKeepsTheLineEndsAndBlanksWithinItsQuotes) {
 TEST_F(EditFlowTest, ConditionsThatWereClearedComeBackEmpty) {
   edit({{"KeepAlive",
          propertylist::Dictionary{{"Crashed", true}, {"PathState", propertylist::Dictionary{{"/tmp/x", true}}}}}});
-  auto& keepAlive = control<QCheckBox>("keepAliveButton");
+  auto& keepAlive = control<QCheckBox>("KeepAlive");
   keepAlive.click();
   keepAlive.click();
   EXPECT_EQ(record().keepAlive->bool_, true);
   EXPECT_FALSE(control<QCheckBox>("Crashed").isChecked());
-  for (auto* list : window().details().currentWidget()->findChildren<QListWidget*>()) EXPECT_EQ(list->count(), 0);
+  for (const char* key : {"PathState", "OtherJobEnabled"}) EXPECT_EQ(tableOf(key).model()->rowCount(), 0) << key;
 }
 
 TEST_F(EditFlowTest, ANoteThatWasWrittenInTheEditorStandsInTheDetails) {
@@ -320,23 +328,111 @@ TEST_F(EditFlowTest, ANoteThatWasWrittenInTheEditorStandsInTheDetails) {
 TEST_F(EditFlowTest, UndoGoesThroughFieldsAndBoxesAndKeepsTheFocus) {
   edit({{"Program", "/bin/ls"}});
   const jobfile::Plist before = record().clone();
-  control<QCheckBox>("runAtLoadButton").click();
-  control<QLineEdit>("userNameTextField");
-  auto& name = control<QLineEdit>("nameValueTextField");
+  control<QCheckBox>("RunAtLoad").click();
+  control<QLineEdit>("UserName");
+  auto& name = control<QLineEdit>("Label");
   name.setFocus();
   QTest::keyClicks(&name, QStringLiteral("bc"));
   EXPECT_EQ(record().name, "abc");
   press(QKeySequence::Undo);
   EXPECT_EQ(record().name, "a");
-  EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("a"));
-  EXPECT_EQ(window().focusWidget(), &control<QLineEdit>("nameValueTextField"));
+  EXPECT_EQ(control<QLineEdit>("Label").text(), QStringLiteral("a"));
+  EXPECT_EQ(window().focusWidget(), &control<QLineEdit>("Label"));
   press(QKeySequence::Redo);
-  EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("abc"));
+  EXPECT_EQ(control<QLineEdit>("Label").text(), QStringLiteral("abc"));
   press(QKeySequence::Undo);
   press(QKeySequence::Undo);
   EXPECT_EQ(record(), before);
   EXPECT_FALSE(hasChanges());
   EXPECT_FALSE(window().isWindowModified());
+}
+
+TEST_F(EditFlowTest, UndoRedoIconsAndScansLeaveControlsCursorsAndSelectedRowsAlone) {
+  edit({{"Program", "/bin/ls"},
+        {"KeepAlive", propertylist::Dictionary{{"PathState", propertylist::Dictionary{{"/a", true}, {"/b", true}}}}}});
+  QTableView& paths = tableOf("PathState");
+  paths.setCurrentIndex(paths.model()->index(1, 0));
+  auto& name = control<QLineEdit>("Label");
+  name.setFocus();
+  name.setText(QStringLiteral("one two"));
+  clock.now += 5;
+  name.setCursorPosition(3);
+  control<QCheckBox>("RunAtLoad").click();
+  const struct {
+    const char* event;
+    std::function<void()> happens;
+  } table[] = {{"undo", [&] { program().editing.undo(); }},
+               {"redo", [&] { program().editing.redo(); }},
+               {"an icon", [&] { program().shell.detail->updateIcon(); }},
+               {"details", [&] { program().shell.detail->updateDetail(); }},
+               {"a saved file and its scan", [&] {
+                  program().editing.setUnsavedChanges(false);
+                  writeJob(Kind::userAgent, "a",
+                           {{"Program", "/bin/dd"},
+                            {"KeepAlive", propertylist::Dictionary{
+                                              {"PathState", propertylist::Dictionary{{"/a", true}, {"/b", true}}}}}});
+                  program().shell.detail->showEdit();
+                }}};
+  for (const auto& row : table) {
+    row.happens();
+    testdata::settle();
+    ASSERT_EQ(&control<QLineEdit>("Label"), &name) << row.event;
+    EXPECT_EQ(QApplication::focusWidget(), &name) << row.event;
+    EXPECT_EQ(name.cursorPosition(), 3) << row.event;
+    ASSERT_EQ(&tableOf("PathState"), &paths) << row.event;
+    EXPECT_TRUE(paths.selectionModel()->isRowSelected(1)) << row.event;
+  }
+}
+
+TEST_F(EditFlowTest, ARowThatIsBeingTypedOutlivesUndoElsewhereAndIsUndoneByItself) {
+  edit({{"KeepAlive", propertylist::Dictionary{{"OtherJobEnabled", propertylist::Dictionary{{"a", true}}}}}});
+  clickBox(control<QCheckBox>("RunAtLoad"));
+  toolButton("Add – OtherJobEnabled").click();
+  QWidget* const field = QApplication::focusWidget();
+  ASSERT_NE(qobject_cast<QLineEdit*>(field), nullptr);
+  press(QKeySequence::Undo);
+  EXPECT_EQ(record().runAtLoad, std::nullopt);
+  EXPECT_EQ(QApplication::focusWidget(), field) << "the new row is still to be named";
+  QTest::keyClicks(field, QStringLiteral("b"));
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"a", true}, {"b", true}}));
+  press(QKeySequence::Undo);
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"a", true}}));
+  EXPECT_EQ(tableOf("OtherJobEnabled").model()->rowCount(), 1);
+}
+
+TEST_F(EditFlowTest, TwoDeletedRowsAreTwoSteps) {
+  edit({{"KeepAlive", propertylist::Dictionary{
+                          {"OtherJobEnabled", propertylist::Dictionary{{"a", true}, {"b", true}, {"c", true}}}}}});
+  QTableView& jobs = tableOf("OtherJobEnabled");
+  jobs.setFocus();
+  jobs.setCurrentIndex(jobs.model()->index(0, 0));
+  QTest::keyClick(&jobs, Qt::Key_Delete);
+  QTest::keyClick(&jobs, Qt::Key_Delete);
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"c", true}}));
+  press(QKeySequence::Undo);
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"b", true}, {"c", true}}));
+}
+
+TEST_F(EditFlowTest, ASectionThatComesBackIsAtItsPlaceAlsoForTheTabKey) {
+  edit({{"Program", "/bin/ls"}, {"Debug", true}});
+  button("Delete").click();
+  const auto section = [&](StackSection id) {
+    const auto name = QStringLiteral("section%1").arg(static_cast<int>(id));
+    auto* const found = window().details().currentWidget()->findChild<QWidget*>(name);
+    return found && found->isVisible() ? found : nullptr;
+  };
+  program().shell.detail->updateDetail();
+  testdata::settle();
+  EXPECT_EQ(section(StackSection::deprecated), nullptr);
+  program().editing.undo();
+  testdata::settle();
+  QWidget* const deprecated = section(StackSection::deprecated);
+  ASSERT_NE(deprecated, nullptr);
+  EXPECT_LT(deprecated->y(), section(StackSection::notes)->y());
+  EXPECT_GT(deprecated->y(), section(StackSection::root)->y());
+  button("Delete").setFocus();
+  QTest::keyClick(&button("Delete"), Qt::Key_Tab);
+  EXPECT_EQ(window().focusWidget(), &control<QPlainTextEdit>("notesTextField"));
 }
 
 TEST_F(EditFlowTest, ANoteIsNoChangeOfTheJobAndUndoesItself) {
@@ -364,13 +460,13 @@ TEST_F(EditFlowTest, RootIsAskedForOnlyByDaemonsAndTheForPopUpSaysWhich) {
   };
   EXPECT_TRUE(canBeChosen(2));
   EXPECT_FALSE(canBeChosen(4)) << "system daemons";
-  EXPECT_FALSE(control<QLineEdit>("userNameTextField").isEnabled());
+  EXPECT_FALSE(control<QLineEdit>("UserName").isEnabled());
   popUp.setFocus();
   QTest::keyClick(&popUp, Qt::Key_Down);
   QTest::keyClick(&popUp, Qt::Key_Down);
   EXPECT_EQ(program().selection.job()->kind, Kind::localDaemon);
-  EXPECT_TRUE(control<QLineEdit>("userNameTextField").isEnabled());
-  QTest::keyClicks(&control<QLineEdit>("userNameTextField"), QStringLiteral("ada"));
+  EXPECT_TRUE(control<QLineEdit>("UserName").isEnabled());
+  QTest::keyClicks(&control<QLineEdit>("UserName"), QStringLiteral("ada"));
   EXPECT_EQ(record().userName, "ada");
 }
 
@@ -408,20 +504,20 @@ TEST_F(EditFlowTest, FilesAreDroppedAndChosenIntoTheCommandAndMissingOnesAreRed)
 
 TEST_F(EditFlowTest, AFailedSaveKeepsWhatWasTypedAndAnotherSavesIt) {
   edit({{"Program", "/bin/ls"}});
-  QTest::keyClicks(&control<QLineEdit>("nameValueTextField"), QStringLiteral("x"));
+  QTest::keyClicks(&control<QLineEdit>("Label"), QStringLiteral("x"));
   button("Save").click();
   ASSERT_THAT(helpers.requests, SizeIs(1));
   EXPECT_FALSE(button("Save").isEnabled());
-  QTest::keyClicks(&control<QLineEdit>("nameValueTextField"), QStringLiteral("lost"));
+  QTest::keyClicks(&control<QLineEdit>("Label"), QStringLiteral("lost"));
   EXPECT_EQ(record().name, "ax") << "what would be in no file isn't taken";
   click(0);
   EXPECT_THAT(interface.sheets, IsEmpty()) << "refused without a question while it runs";
   helpers.requests.front().reply(
       {{"error", propertylist::Dictionary{{"domain", "app.mirvel"}, {"code", 5}, {"message", "full"}}}});
   EXPECT_TRUE(hasChanges());
-  EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("ax"));
+  EXPECT_EQ(control<QLineEdit>("Label").text(), QStringLiteral("ax"));
   EXPECT_TRUE(button("Save").isEnabled());
-  QTest::keyClicks(&control<QLineEdit>("nameValueTextField"), QStringLiteral("y"));
+  QTest::keyClicks(&control<QLineEdit>("Label"), QStringLiteral("y"));
   EXPECT_EQ(record().name, "axy");
 
   button("Save").click();

@@ -56,7 +56,7 @@ class KeyValueSectionTest : public testdata::ProgramFixture {
     throw std::runtime_error("no button for " + key);
   }
 
-  KeyValueSection section{program()};
+  KeyValueSection section{foundation.localize};
 };
 
 TEST_F(KeyValueSectionTest, EachValueHasItsForm) {

@@ -48,7 +48,7 @@ class ScheduledRuleEditorTest : public testdata::ProgramFixture, public Schedule
     auto* layout = new QVBoxLayout(m_window.get());
     layout->setContentsMargins(0, 0, 0, 0);
     m_before = new QToolButton(m_window.get());
-    m_editor = new ScheduledRuleEditor(program(), m_window.get());
+    m_editor = new ScheduledRuleEditor(program().scheduledController, m_window.get());
     m_after = new QToolButton(m_window.get());
     m_before->setFocusPolicy(Qt::StrongFocus);
     m_after->setFocusPolicy(Qt::StrongFocus);
@@ -301,7 +301,7 @@ TEST_F(ScheduledRuleEditorTest, TimesHaveTheFormOfTheLanguage) {
     Foundation itsFoundation(roots, {}, {}, row.locale);
     Program itsProgram(itsFoundation, platform);
     QApplication::setLayoutDirection(row.direction);
-    ScheduledRuleEditor widget(itsProgram);
+    ScheduledRuleEditor widget(itsProgram.scheduledController);
     itsProgram.scheduledController.load({EveryDay{at(14, 30)}}, widget.editor());
     QString text = widget.findChild<QTimeEdit*>()->text();
     EXPECT_EQ(utf8(text.replace(QChar(0x202f), QLatin1Char(' '))), row.text) << row.locale;

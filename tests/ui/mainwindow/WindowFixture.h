@@ -29,7 +29,7 @@ inline std::string shownJob(const MainWindow& window) {
   for (const auto* text : tab->findChildren<QTextEdit*>()) {
     if (text->accessibleName() == QStringLiteral("Name")) return utf8(text->toPlainText());
   }
-  const auto* const field = tab->findChild<QLineEdit*>(QStringLiteral("nameValueTextField"));
+  const auto* const field = tab->findChild<QLineEdit*>(QStringLiteral("Label"));
   return field ? utf8(field->text()) : "details without a name";
 }
 

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QStyledItemDelegate>
+
+#include "core/editor/EditTable.h"
+
+namespace mirvel::ui {
+
+/// Presents the rows of a table as an item model. The table is changed through the model only.
+class EditTableModel final : public QAbstractTableModel {
+ public:
+  /// Both outlive it.
+  EditTableModel(EditTable& table, const Collator& collator, QObject* parent);
+
+  const EditTable& table() const { return m_table; }
+  /// Shows other rows, with the fewest changes, so that selection and cell editors survive.
+  void fill(const std::vector<TableRow>& rows);
+  int add(const std::string& text);
+  void removeAt(int row);
+  /// Without, no cell can be changed.
+  void setEditable(bool isEditable) { m_isEditable = isEditable; }
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  void sort(int column, Qt::SortOrder order) override;
+
+ private:
+  void repaintAll();
+
+  EditTable& m_table;
+  const Collator& m_collator;
+  bool m_isEditable = true;
+};
+
+/// Edits cells of such a model, which gets each keystroke at once. Escape restores the text with which editing began.
+class EditTableDelegate final : public QStyledItemDelegate {
+ public:
+  /// The model outlives it.
+  EditTableDelegate(EditTableModel& model, QObject* parent);
+
+  QString displayText(const QVariant& value, const QLocale& locale) const override;
+  QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+ private:
+  bool isPath(int column) const;
+
+  EditTableModel& m_model;
+  mutable QPersistentModelIndex m_edited;
+  mutable QString m_original;
+};
+
+}  // namespace mirvel::ui

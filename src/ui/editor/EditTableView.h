@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "core/editor/EditTable.h"
+#include "core/ports/Interface.h"
+
+class QTableView;
+class QToolButton;
+
+namespace mirvel {
+struct Foundation;
+struct Platform;
+}  // namespace mirvel
+
+namespace mirvel::ui {
+
+class EditTableModel;
+
+/// A small table with one to three columns and buttons that add and delete rows. By keyboard: Insert adds, Delete
+/// deletes, Return and F2 edit a cell, Tab goes on to the next one, Escape restores the text.
+class EditTableView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// `key` is the table's name. The foundation, the platform and the columns of the format outlive it.
+  EditTableView(const Foundation& foundation, const Platform& platform, const TableFormat& format, std::string key);
+
+  /// Called at each edit with its step for undo; may be empty.
+  EditTable::Changed changed;
+
+  const std::vector<TableRow>& rows() const { return m_table.rows(); }
+  /// Shows rows, which is no edit. The selection, and the cell that is being edited, stay where they can.
+  void fill(const std::vector<TableRow>& rows);
+  /// If false, rows can only be deleted.
+  void setEditable(bool isEditable);
+  /// As `Section::refuse`.
+  std::optional<InvalidField> refuse();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void makeButtons();
+  void prepareView();
+  void selectForKeys(const QFocusEvent& event);
+  bool pressed(int key);
+  void add();
+  void addChosen(const OpenPanel& panel);
+  void showMenu();
+  void addRow(const std::string& text);
+  void deleteSelected();
+  void updateButtons();
+  void fitHeight();
+
+  const Localize& m_localize;
+  const Platform& m_platform;
+  const std::string m_key;
+  EditTable m_table;
+  EditTableModel* m_model;
+  QTableView* m_view;
+  QToolButton* m_addButton = nullptr;
+  QToolButton* m_deleteButton = nullptr;
+  bool m_isEditable = true;
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,254 @@
+#include "ui/editor/FieldForm.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <string>
+
+#include "core/base/Const.h"
+#include "core/schedule/ScheduledController.h"
+#include "core/session/Platform.h"
+#include "core/text/Bidirectional.h"
+#include "ui/editor/EditTableView.h"
+#include "ui/editor/SectionGrid.h"
+#include "ui/support/Controls.h"
+#include "ui/support/InvalidData.h"
+#include "ui/support/QtText.h"
+#include "ui/support/ReplaceText.h"
+#include "ui/support/ShownText.h"
+
+namespace mirvel::ui {
+
+namespace {
+
+using Control = Field::Control;
+using Step = Editing::Step;
+
+Qt::CheckState stateOf(const FieldValue& value) {
+  const bool* const isOn = std::get_if<bool>(&value);
+  if (!isOn) return Qt::PartiallyChecked;
+  return *isOn ? Qt::Checked : Qt::Unchecked;
+}
+
+FieldValue valueOf(Qt::CheckState state) {
+  return state == Qt::PartiallyChecked ? FieldValue() : FieldValue(state == Qt::Checked);
+}
+
+}  // namespace
+
+FieldForm::FieldForm(Section& section) : QObject(&section), m_section(section) {}
+
+QWidget& FieldForm::make(const Field& field) {
+  m_entries.push_back(makeEntry(field));
+  QWidget& control = *m_entries.back().control;
+  setHelp(control, field.help);
+  if (control.objectName().isEmpty()) control.setObjectName(qt(field.key));
+  if (control.accessibleName().isEmpty()) control.setAccessibleName(qt(titleOf(field, m_section.localize())));
+  return control;
+}
+
+void FieldForm::add(std::span<const Field> fields, SectionGrid& grid) {
+  for (const Field& field : fields) {
+    if (field.control == Control::None) continue;
+    QWidget& control = make(field);
+    const std::string title = titleOf(field, m_section.localize());
+    if (field.control == Control::CheckBox || field.control == Control::ThreeStateBox) {
+      grid.addRow(control);
+    } else if (field.control == Control::Table) {
+      grid.addText(title, control, 0);
+    } else {
+      grid.addField(title, control, field.control != Control::PopUp);
+    }
+  }
+}
+
+void FieldForm::fill(const Launchd& launchd) {
+  for (const Entry& entry : m_entries) {
+    entry.fill(launchd);
+    updateScope(entry, launchd.kind);
+  }
+}
+
+/// A field without a meaning for the job is locked, but rows can still be deleted from a table.
+void FieldForm::updateScope(const Entry& entry, Kind kind) {
+  const bool isEditable = appliesTo(*entry.field, kind);
+  if (auto* const table = qobject_cast<EditTableView*>(entry.control)) return table->setEditable(isEditable);
+  entry.control->setEnabled(isEditable);
+}
+
+std::optional<InvalidField> FieldForm::refuse() {
+  for (const Entry& entry : m_entries) {
+    const bool isShown = entry.control->isVisibleTo(&m_section);
+    if (auto invalid = isShown && entry.refuse ? entry.refuse() : std::nullopt) return invalid;
+  }
+  return std::nullopt;
+}
+
+FieldForm::Entry FieldForm::makeEntry(const Field& field) {
+  switch (field.control) {
+    case Control::CheckBox:
+      return makeBox(field);
+    case Control::ThreeStateBox:
+      return makeThreeStateBox(field);
+    case Control::File:
+    case Control::Folder:
+      return makePath(field);
+    case Control::PopUp:
+      return makePopUp(field);
+    case Control::Table:
+      return makeTable(field);
+    case Control::None:
+    case Control::Text:
+    case Control::Number:
+      break;
+  }
+  return makeText(field);
+}
+
+template <typename Write>
+void FieldForm::edit(const Field& field, Step step, std::string_view place, const Write& write) {
+  Launchd* const job = m_section.markJobChanged(step, std::string(field.key).append(place));
+  if (!job) return;
+  write(job->plist(), m_section.context().editing.unfinished());
+  if (written) written(field);
+}
+
+FieldForm::Entry FieldForm::makeBox(const Field& field) {
+  auto* const box = new CheckBox(literalTitle(qt(titleOf(field, m_section.localize()))));
+  connect(box, &QCheckBox::toggled, this, [this, &field](bool isOn) {
+    const FieldValue value = clicked(field, isOn, optionHeld());
+    edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, value, plist, unfinished); });
+  });
+  return {.field = &field, .control = box, .fill = [&field, box](const Launchd& launchd) {
+            const FieldValue value = field.access.read(launchd.plist());
+            const bool* const isOn = std::get_if<bool>(&value);
+            box->setChecked(isOn ? *isOn : field.ifAbsent);
+          }};
+}
+
+/// A click goes from off to absent, on, and off again.
+FieldForm::Entry FieldForm::makeThreeStateBox(const Field& field) {
+  auto* const box = new CheckBox(literalTitle(qt(titleOf(field, m_section.localize()))));
+  box->setTristate();
+  connect(box, &QCheckBox::stateChanged, this, [this, &field](int state) {
+    const FieldValue value = valueOf(static_cast<Qt::CheckState>(state));
+    edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, value, plist, unfinished); });
+  });
+  return {.field = &field, .control = box, .fill = [&field, box](const Launchd& launchd) {
+            box->setCheckState(stateOf(field.access.read(launchd.plist())));
+          }};
+}
+
+void FieldForm::connectText(const Field& field, QLineEdit& text) {
+  text.setPlaceholderText(qt(field.placeholder));
+  connect(&text, &QLineEdit::textChanged, this, [this, &field, &text] {
+    edit(field, Step::Continues, {}, [&](auto& plist, auto& unfinished) {
+      enterText(field, utf8(text.text()), m_section.context().schedules.numbers(), plist, unfinished);
+    });
+    mark(field, text);
+  });
+}
+
+/// Text that can't be saved has its own colour.
+void FieldForm::mark(const Field& field, QLineEdit& text) {
+  if (field.control != Control::Number) return;
+  const auto invalid = mirvel::refuse(field, m_section.context().editing.unfinished(), m_section.localize());
+  markInvalidData(text, invalid ? qt(invalid->reason) : QString());
+}
+
+FieldForm::Entry FieldForm::makeText(const Field& field) {
+  auto* const text = new QLineEdit;
+  connectText(field, *text);
+  return {.field = &field,
+          .control = text,
+          .fill =
+              [this, &field, text](const Launchd& launchd) {
+                const Unfinished& unfinished = m_section.context().editing.unfinished();
+                replaceText(*text, qt(fieldText(field, launchd.plist(), unfinished)));
+                mark(field, *text);
+              },
+          .refuse =
+              [this, &field, text] {
+                auto invalid = mirvel::refuse(field, m_section.context().editing.unfinished(), m_section.localize());
+                if (invalid) text->setFocus();
+                return invalid;
+              }};
+}
+
+FieldForm::Entry FieldForm::makePath(const Field& field) {
+  Entry entry = makeText(field);
+  auto* const text = static_cast<QLineEdit*>(entry.control);
+  text->setLayoutDirection(Qt::LeftToRight);
+  text->setObjectName(qt(field.key));
+  text->setAccessibleName(qt(field.key));
+  auto* const row = new QWidget;
+  auto* const layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(text, 1);
+  const Localize& localize = m_section.localize();
+  auto* const button = new QPushButton(qt(localize.path()));
+  button->setAccessibleName(
+      qt(bidirectionalString({localize.path(), std::string(field.key)}, Const::separator, localize.isRightToLeft())));
+  connect(button, &QPushButton::clicked, this, [this, &field, text] { choose(field, *text); });
+  layout->addWidget(button);
+  row->setObjectName(qt(field.key) + QLatin1String("Row"));
+  row->setFocusProxy(text);
+  entry.control = row;
+  return entry;
+}
+
+void FieldForm::choose(const Field& field, QLineEdit& text) {
+  const QPointer<QLineEdit> shown(&text);  // the panel may outlive the section
+  const Platform& platform = m_section.context().platform;
+  const auto chosen = platform.interface.openPanel(
+      {.choosesFolders = field.control == Control::Folder, .showsHiddenFiles = optionHeld()});
+  if (!chosen || !shown) return;
+  if (!qtPath(*chosen)) return platform.workspace.beep();  // no job file can hold such a name
+  shown->setText(qt(chosen->native()));
+}
+
+FieldForm::Entry FieldForm::makePopUp(const Field& field) {
+  auto* const popUp = new QComboBox;
+  guardFromWheel(*popUp);
+  popUp->addItem(qt(m_section.localize().noValue()));
+  for (const Field::Choice& choice : field.choices) {
+    popUp->addItem(qt(choice.text), qt(choice.text));
+    popUp->setItemData(popUp->count() - 1, helpText(choice.help), Qt::ToolTipRole);
+  }
+  connect(popUp, &QComboBox::currentIndexChanged, this, [this, &field, popUp] {
+    const QVariant chosen = popUp->currentData();
+    const FieldValue value = chosen.isValid() ? FieldValue(utf8(chosen.toString())) : FieldValue();
+    edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, value, plist, unfinished); });
+  });
+  return {.field = &field, .control = popUp, .fill = [this, &field, popUp](const Launchd& launchd) {
+            fillPopUp(field, *popUp, launchd);
+          }};
+}
+
+/// A value that is none of the choices becomes an item of its own.
+void FieldForm::fillPopUp(const Field& field, QComboBox& popUp, const Launchd& launchd) {
+  const FieldValue value = field.access.read(launchd.plist());
+  const auto* const text = std::get_if<std::string>(&value);
+  if (!text) return popUp.setCurrentIndex(0);
+  if (popUp.findData(qt(*text)) < 0) popUp.addItem(qt(*text), qt(*text));
+  popUp.setCurrentIndex(popUp.findData(qt(*text)));
+}
+
+FieldForm::Entry FieldForm::makeTable(const Field& field) {
+  auto* const table = new EditTableView(m_section.context().foundation, m_section.context().platform, field.table,
+                                        std::string(field.key));
+  table->changed = [this, &field, table](Step step, const std::string& cell) {
+    edit(field, step, cell, [&](auto& plist, auto& unfinished) { enterRows(field, table->rows(), plist, unfinished); });
+  };
+  return {.field = &field,
+          .control = table,
+          .fill =
+              [this, &field, table](const Launchd& launchd) {
+                table->fill(fieldRows(field, launchd.plist(), m_section.context().editing.unfinished()));
+              },
+          .refuse = [table] { return table->refuse(); }};
+}
+
+}  // namespace mirvel::ui

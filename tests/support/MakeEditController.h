@@ -1,0 +1,14 @@
+#pragma once
+
+#include "core/app/Program.h"
+#include "core/editor/EditController.h"
+
+namespace mirvel::testdata {
+
+/// The edit controller of a program, as its editor makes it.
+inline EditController makeEditController(Program& program, EditStackType& stack) {
+  return {program.foundation, program.platform, program.shell,   program.state, program.selection,
+          program.editing,    program.actions,  program.fetcher, stack};
+}
+
+}  // namespace mirvel::testdata

@@ -1,0 +1,324 @@
+#include "ui/editor/EditTableView.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenu>
+#include <QShortcut>
+#include <QTableView>
+#include <QTest>
+#include <QToolButton>
+
+#include "support/ProgramFixture.h"
+#include "ui/EventLoop.h"
+#include "ui/support/QtText.h"
+
+namespace mirvel::ui {
+namespace {
+
+using Texts = std::vector<std::string>;
+using Map = jobfile::StringMap<bool>;
+using Adding = TableFormat::Adding;
+
+constexpr TableFormat::Column textColumn[] = {{}};
+constexpr TableFormat::Column pathColumn[] = {{.isPath = true}};
+constexpr TableFormat::Column fixedColumn[] = {{.isEditable = false}};
+constexpr TableFormat::Column limitColumns[] = {{.title = "Limit", .isEditable = false}, {.title = "Value"}};
+constexpr TableFormat::Column variableColumns[] = {{.title = "Name"}, {.title = "Value"}, {.title = "Comment"}};
+constexpr TableFormat::MenuItem sessions[] = {{"Aqua", "a"}, {"Background", "b"}, {"LoginWindow", "l"}};
+
+constexpr TableFormat strings{.columns = textColumn};
+constexpr TableFormat boxes{.columns = textColumn, .hasBox = true, .isDictionary = true};
+constexpr TableFormat boxPaths{
+    .columns = pathColumn, .hasBox = true, .isDictionary = true, .adding = Adding::FilePanel};
+constexpr TableFormat files{.columns = pathColumn, .adding = Adding::FilePanel};
+constexpr TableFormat folders{.columns = pathColumn, .adding = Adding::FolderPanel};
+constexpr TableFormat types{.columns = fixedColumn, .adding = Adding::Menu, .menu = sessions};
+constexpr TableFormat limits{.columns = limitColumns, .isDictionary = true, .adding = Adding::Menu, .menu = sessions};
+constexpr TableFormat variables{.columns = variableColumns, .isDictionary = true};
+
+class EditTableViewTest : public testdata::ProgramFixture {
+ protected:
+  void show(const TableFormat& format, const std::vector<TableRow>& rows) {
+    told.clear();
+    table = std::make_unique<EditTableView>(foundation, platform, format, "PathState");
+    table->changed = [this](Editing::Step, const std::string&) {
+      std::string text;
+      for (const auto& row : table->rows()) text += (text.empty() ? "" : " ") + row.cells[0] + (row.isOn ? "+" : "-");
+      told.push_back(text);
+    };
+    table->fill(rows);
+    table->resize(300, table->sizeHint().height());
+    table->show();
+    table->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(table.get()));
+    table->setFocus();
+  }
+  QTableView& list() { return *table->findChild<QTableView*>(); }
+  QModelIndex cell(int row, int column = 0) { return list().model()->index(row, column); }
+  QToolButton& button(const char* name) {
+    for (auto* each : table->findChildren<QToolButton*>()) {
+      if (each->accessibleName() == qt(name)) return *each;
+    }
+    throw std::runtime_error(name);
+  }
+  QToolButton& addButton() { return button("Add – PathState"); }
+  QToolButton& deleteButton() { return button("Delete – PathState"); }
+  void click(QToolButton& which, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::mouseClick(&which, Qt::LeftButton, modifiers);
+    testdata::settle();
+  }
+  void press(Qt::Key key) {
+    QTest::keyClick(QApplication::focusWidget(), key);
+    testdata::settle();
+  }
+  static void type(const char* text) { QTest::keyClicks(QApplication::focusWidget(), QString::fromUtf8(text)); }
+  static bool isEditing() { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); }
+  Texts shown() {
+    Texts result;
+    for (int row = 0; row < list().model()->rowCount(); ++row) result.push_back(utf8(cell(row).data().toString()));
+    return result;
+  }
+
+  Texts told = {};  ///< the rows after each change, as "a+ b-" by their boxes
+  std::unique_ptr<EditTableView> table;
+};
+
+TEST_F(EditTableViewTest, EachKeystrokeIsToldAndReturnEndsTheEditing) {
+  show(strings, rowsOf(Texts{"a", "b"}));
+  list().setCurrentIndex(cell(1));
+  press(Qt::Key_Return);
+  ASSERT_TRUE(isEditing());
+  type("xy");
+  EXPECT_EQ(told, (Texts{"a- x-", "a- xy-"}));
+  press(Qt::Key_Return);
+  EXPECT_EQ(QApplication::focusWidget(), &list());
+  EXPECT_EQ(shown(), (Texts{"a", "xy"}));
+  EXPECT_EQ(told.size(), 2U) << "to end it is no change";
+}
+
+TEST_F(EditTableViewTest, EscapeBringsTheOldTextBack) {
+  show(strings, rowsOf(Texts{"a"}));
+  list().setCurrentIndex(cell(0));
+  press(Qt::Key_F2);
+  type("x");
+  press(Qt::Key_Escape);
+  EXPECT_EQ(shown(), (Texts{"a"}));
+  EXPECT_EQ(told, (Texts{"x-", "a-"}));
+}
+
+TEST_F(EditTableViewTest, AnAddedRowWithoutATextIsEditedAtOnce) {
+  show(boxes, rowsOf(Map{{"a", false}}));
+  click(addButton());
+  ASSERT_TRUE(isEditing());
+  EXPECT_EQ(told, Texts()) << "it is no row until it has a text";
+  type("n");
+  EXPECT_EQ(told, (Texts{"a- n+"}));
+  click(addButton());
+  ASSERT_TRUE(isEditing());
+  EXPECT_EQ(shown(), (Texts{"a", "n", ""})) << "what was being typed stays";
+  press(Qt::Key_Return);
+  press(Qt::Key_Insert);
+  EXPECT_TRUE(isEditing());
+  EXPECT_EQ(list().currentIndex().row(), 3);
+}
+
+TEST_F(EditTableViewTest, PathsComeFromAPanel) {
+  const struct {
+    TableFormat format;
+    const char* chosen;
+    Qt::KeyboardModifiers modifiers;
+    bool isFolder;
+    Texts rows;
+  } rows[] = {
+      {files, "/b c", Qt::NoModifier, false, {"/a", "/b c"}},
+      {boxPaths, "/b", Qt::AltModifier, false, {"/a", "/b"}},
+      {folders, "/b", Qt::NoModifier, true, {"/a", "/b"}},
+      {folders, nullptr, Qt::AltModifier, true, {"/a"}},
+  };
+  for (const auto& row : rows) {
+    interface.openPanels.clear();
+    interface.openPath = row.chosen ? std::optional<std::filesystem::path>(row.chosen) : std::nullopt;
+    show(row.format, {{.isOn = true, .cells = {"/a"}}});
+    click(addButton(), row.modifiers);
+    ASSERT_EQ(interface.openPanels.size(), 1U);
+    EXPECT_EQ(interface.openPanels[0].choosesFolders, row.isFolder);
+    EXPECT_EQ(interface.openPanels[0].showsHiddenFiles, row.modifiers != Qt::NoModifier);
+    EXPECT_EQ(shown(), row.rows);
+    EXPECT_EQ(told.size(), row.chosen ? 1U : 0U);
+    EXPECT_FALSE(isEditing());
+    EXPECT_EQ(list().selectionModel()->selectedRows().size(), row.chosen ? 1 : 0);
+    EXPECT_TRUE(!row.chosen || list().selectionModel()->isRowSelected(1));
+  }
+}
+
+TEST_F(EditTableViewTest, EachSessionTypeIsOfferedOnce) {
+  show(types, rowsOf(Texts{"Background"}));
+  click(addButton());
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_TRUE(menu);
+  Texts offered;
+  for (const QAction* action : menu->actions()) {
+    if (action->isEnabled()) offered.push_back(utf8(action->text()));
+  }
+  EXPECT_EQ(offered, (Texts{"Aqua", "LoginWindow"}));
+  menu->actions().front()->trigger();
+  menu->close();
+  testdata::settle();
+  EXPECT_EQ(shown(), (Texts{"Background", "Aqua"}));
+  for (const Qt::Key key : {Qt::Key_F2, Qt::Key_Return}) {
+    press(key);
+    EXPECT_FALSE(isEditing()) << "its text is one of the menu's";
+  }
+}
+
+TEST_F(EditTableViewTest, TheDeleteKeyDeletesTheRowAndNothingElse) {
+  show(strings, rowsOf(Texts{"a", "b", "c"}));
+  int deletedJobs = 0;
+  QShortcut job(QKeySequence(QKeySequence::Delete), table.get());
+  QObject::connect(&job, &QShortcut::activated, [&] { ++deletedJobs; });
+  EXPECT_FALSE(deleteButton().isEnabled());
+  press(Qt::Key_Delete);
+  EXPECT_TRUE(told.empty()) << "no row is selected";
+
+  list().setCurrentIndex(cell(1));
+  EXPECT_TRUE(deleteButton().isEnabled());
+  press(Qt::Key_Delete);
+  EXPECT_EQ(told, (Texts{"a- c-"}));
+  press(Qt::Key_F2);
+  ASSERT_TRUE(isEditing());
+  press(Qt::Key_Delete);
+  EXPECT_EQ(told.back(), "a- -") << "in a text it deletes a character";
+  EXPECT_EQ(deletedJobs, 0);
+
+  click(deleteButton());
+  EXPECT_EQ(shown(), (Texts{"a"})) << "and the button the row whose text is being edited";
+  click(deleteButton());
+  EXPECT_EQ(told.back(), "");
+  EXPECT_FALSE(deleteButton().isEnabled());
+}
+
+TEST_F(EditTableViewTest, TheOnlyRowCanBeDeletedWithoutAMouse) {
+  show(boxes, rowsOf(Map{{"a", true}}));
+  addButton().setFocus();
+  QTest::keyClick(&addButton(), Qt::Key_Backtab);
+  ASSERT_EQ(QApplication::focusWidget(), &list());
+  press(Qt::Key_Delete);
+  EXPECT_EQ(told, (Texts{""}));
+}
+
+TEST_F(EditTableViewTest, BoxesAreTickedByKeyAndByClick) {
+  show(boxPaths, rowsOf(Map{{"/a", false}, {"/b", true}}));
+  list().setCurrentIndex(cell(0));
+  press(Qt::Key_Space);
+  EXPECT_EQ(told, (Texts{"/a+ /b+"}));
+  const QRect second = list().visualRect(cell(1));
+  QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, QPoint(second.left() + 10, second.center().y()));
+  EXPECT_EQ(told, (Texts{"/a+ /b+", "/a+ /b-"}));
+}
+
+TEST_F(EditTableViewTest, ToolTipsShowTheWholeTextAsItStands) {
+  show(strings, rowsOf(Texts{"a & b", "<b>bold</b>"}));
+  EXPECT_EQ(cell(0).data(Qt::ToolTipRole).toString(), QStringLiteral("a & b"));
+  EXPECT_EQ(cell(1).data(Qt::ToolTipRole).toString(), QStringLiteral("<qt>&lt;b&gt;bold&lt;/b&gt;</qt>"));
+  list().setCurrentIndex(cell(1));
+  press(Qt::Key_F2);
+  type("new");
+  press(Qt::Key_Return);
+  EXPECT_EQ(cell(1).data(Qt::ToolTipRole).toString(), QStringLiteral("new"));
+}
+
+TEST_F(EditTableViewTest, TheListGrowsFromFourRowsToEight) {
+  const auto heightOf = [&](std::size_t rows) {
+    show(strings, rowsOf(Texts(rows, "text")));
+    return list().height();
+  };
+  const int four = heightOf(4);
+  EXPECT_EQ(heightOf(1), four);
+  EXPECT_EQ(heightOf(9), heightOf(8));
+  EXPECT_NEAR(heightOf(8), 2 * four, 2 * list().frameWidth());
+  EXPECT_GE(four, 4 * list().rowHeight(0)) << "four are seen whole";
+}
+
+TEST_F(EditTableViewTest, TabGoesThroughTheCellsAndLeavesBehindTheLast) {
+  show(variables, {{.cells = {"a", "1", "x"}}, {.cells = {"b", "2", "y"}}});
+  list().setCurrentIndex(cell(0, 1));
+  press(Qt::Key_Return);
+  std::string path;
+  for (int i = 0; i < 6 && isEditing(); ++i) {
+    path += utf8(list().currentIndex().data().toString());
+    press(Qt::Key_Tab);
+  }
+  EXPECT_EQ(path, "1xb2y");
+  EXPECT_FALSE(isEditing());
+  list().setCurrentIndex(cell(0, 1));
+  press(Qt::Key_Return);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+  EXPECT_TRUE(isEditing());
+  EXPECT_EQ(list().currentIndex(), cell(0, 0));
+}
+
+TEST_F(EditTableViewTest, AMenuGivesTheNameAndTheValueIsTypedAtOnce) {
+  show(limits, {});
+  click(addButton());
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_TRUE(menu);
+  menu->actions().front()->trigger();
+  menu->close();
+  testdata::settle();
+  ASSERT_TRUE(isEditing());
+  type("7");
+  EXPECT_EQ(table->rows(), (std::vector<TableRow>{{true, {"Aqua", "7"}}}));
+}
+
+TEST_F(EditTableViewTest, HeadersSortWhatIsShownAndEditsReachTheRightRow) {
+  show(variables, {{.cells = {"b", "1", ""}}, {.cells = {"a", "2", ""}}});
+  EXPECT_TRUE(list().horizontalHeader()->isVisible());
+  EXPECT_EQ(shown(), (Texts{"b", "a"})) << "in the order of the file until a header is clicked";
+  list().setCurrentIndex(cell(0));
+  list().sortByColumn(0, Qt::AscendingOrder);
+  EXPECT_EQ(shown(), (Texts{"a", "b"}));
+  EXPECT_EQ(list().currentIndex().row(), 1) << "the selection moves along";
+  EXPECT_TRUE(told.empty());
+  press(Qt::Key_F2);
+  type("c");
+  EXPECT_EQ(told, (Texts{"c- a-"}));
+}
+
+TEST_F(EditTableViewTest, RefillingKeepsTheSelectionAndTheCellThatIsEdited) {
+  show(strings, rowsOf(Texts{"a", "b", "c"}));
+  list().setCurrentIndex(cell(1));
+  press(Qt::Key_F2);
+  const QWidget* const editor = QApplication::focusWidget();
+  const struct {
+    Texts rows;
+    const char* edited;
+  } refills[] = {{{"a", "b", "c"}, "b"},
+                 {{"x", "b", "c"}, "b"},
+                 {{"x", "y", "c"}, "y"},
+                 {{"x", "y"}, "y"},
+                 {{"x", "y", "z"}, "y"}};
+  for (const auto& refill : refills) {
+    table->fill(rowsOf(refill.rows));
+    EXPECT_EQ(shown(), refill.rows);
+    EXPECT_EQ(QApplication::focusWidget(), editor) << refill.edited;
+    EXPECT_EQ(qobject_cast<const QLineEdit*>(editor)->text(), QLatin1String(refill.edited));
+    EXPECT_TRUE(list().selectionModel()->isRowSelected(1));
+  }
+  EXPECT_TRUE(told.empty());
+}
+
+TEST_F(EditTableViewTest, ALockedTableStillLetsRowsBeDeleted) {
+  show(boxes, rowsOf(Map{{"a", true}}));
+  table->setEditable(false);
+  EXPECT_FALSE(addButton().isEnabled());
+  list().setCurrentIndex(cell(0));
+  for (const Qt::Key key : {Qt::Key_F2, Qt::Key_Return, Qt::Key_Space, Qt::Key_Insert}) press(key);
+  EXPECT_FALSE(isEditing());
+  EXPECT_TRUE(told.empty());
+  press(Qt::Key_Delete);
+  EXPECT_EQ(told, Texts{""});
+}
+
+}  // namespace
+}  // namespace mirvel::ui
