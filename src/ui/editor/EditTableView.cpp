@@ -91,6 +91,12 @@ EditTableView::EditTableView(const Foundation& foundation, const Platform& platf
   updateButtons();
 }
 
+/// The view goes before the rows: a cell that is being edited is committed when it loses the focus.
+EditTableView::~EditTableView() {
+  changed = nullptr;
+  delete m_view;
+}
+
 void EditTableView::prepareView() {
   m_view->setModel(m_model);
   m_view->setItemDelegate(new EditTableDelegate(*m_model, m_view));

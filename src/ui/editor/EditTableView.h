@@ -29,6 +29,8 @@ class EditTableView final : public QWidget {
   /// `key` is the table's name. The foundation, the platform and the columns of the format outlive it.
   EditTableView(const Foundation& foundation, const Platform& platform, const TableFormat& format, std::string key);
 
+  ~EditTableView() override;
+
   /// Called at each edit with its step for undo; may be empty.
   EditTable::Changed changed;
 

@@ -40,6 +40,13 @@ FieldValue valueOf(Qt::CheckState state) {
 
 FieldForm::FieldForm(Section& section) : QObject(&section), m_section(section) {}
 
+/// The controls are deleted later, by the section.
+FieldForm::~FieldForm() {
+  for (const Entry& entry : m_entries) {
+    if (auto* const table = qobject_cast<EditTableView*>(entry.control)) table->changed = nullptr;
+  }
+}
+
 QWidget& FieldForm::make(const Field& field) {
   m_entries.push_back(makeEntry(field));
   QWidget& control = *m_entries.back().control;

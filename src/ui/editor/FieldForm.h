@@ -22,6 +22,7 @@ class FieldForm final : public QObject {
  public:
   /// Part of the section.
   explicit FieldForm(Section& section);
+  ~FieldForm() override;
 
   /// Makes the control of a field, for a place of its own. The field outlives the form.
   QWidget& make(const Field& field);

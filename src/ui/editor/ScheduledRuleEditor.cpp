@@ -119,7 +119,8 @@ void ScheduledRuleEditor::dismiss(std::size_t row) {
   m_views.erase(m_views.begin() + static_cast<std::ptrdiff_t>(row));
   m_layout->removeWidget(view);
   view->hide();
-  view->deleteLater();  // its own click may be what it goes for
+  view->setParent(nullptr);
+  view->deleteLater();  // it may be handling the click that removed it
 }
 
 void ScheduledRuleEditor::rowChoiceChanged(std::size_t row, std::size_t position) {

@@ -29,6 +29,7 @@ Difference differenceOf(const QString& before, const QString& after) {
 void replaceText(QLineEdit& field, const QString& text) {
   const QString before = field.text();
   if (before == text) return;
+  if (before.isEmpty()) return field.setText(text);  // with the cursor at its end, as in a new field
   const Difference part = differenceOf(before, text);
   const int cursor = field.cursorPosition();
   field.setText(text);
