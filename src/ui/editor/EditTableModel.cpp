@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <utility>
 
 #include "ui/support/Controls.h"
 #include "ui/support/InvalidData.h"
@@ -11,8 +12,8 @@
 
 namespace mirvel::ui {
 
-EditTableModel::EditTableModel(EditTable& table, const Collator& collator, QObject* parent)
-    : QAbstractTableModel(parent), m_table(table), m_collator(collator) {}
+EditTableModel::EditTableModel(EditTable& table, const Collator& collator, QString name, QObject* parent)
+    : QAbstractTableModel(parent), m_table(table), m_collator(collator), m_name(std::move(name)) {}
 
 void EditTableModel::repaintAll() {
   if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
@@ -111,8 +112,11 @@ bool EditTableModel::setData(const QModelIndex& index, const QVariant& value, in
 }
 
 QVariant EditTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  return qt(m_table.format().columns[static_cast<std::size_t>(section)].title);
+  if (orientation != Qt::Horizontal) return {};
+  const QString title = qt(m_table.format().columns[static_cast<std::size_t>(section)].title);
+  if (role == Qt::DisplayRole) return title;
+  if (role == Qt::AccessibleTextRole) return title.isEmpty() ? m_name : title;
+  return {};
 }
 
 void EditTableModel::sort(int column, Qt::SortOrder order) {

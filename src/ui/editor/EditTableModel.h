@@ -10,8 +10,8 @@ namespace mirvel::ui {
 /// Presents the rows of a table as an item model. The table is changed through the model only.
 class EditTableModel final : public QAbstractTableModel {
  public:
-  /// Both outlive it.
-  EditTableModel(EditTable& table, const Collator& collator, QObject* parent);
+  /// `name` is what assistive technology calls a column without a title. Table and collator outlive it.
+  EditTableModel(EditTable& table, const Collator& collator, QString name, QObject* parent);
 
   const EditTable& table() const { return m_table; }
   /// Shows other rows, with the fewest changes, so that selection and cell editors survive.
@@ -34,6 +34,7 @@ class EditTableModel final : public QAbstractTableModel {
 
   EditTable& m_table;
   const Collator& m_collator;
+  const QString m_name;
   bool m_isEditable = true;
 };
 

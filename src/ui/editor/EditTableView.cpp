@@ -72,7 +72,7 @@ EditTableView::EditTableView(const Foundation& foundation, const Platform& platf
               [this](Editing::Step step, const std::string& cell) {
                 if (changed) changed(step, cell);
               }),
-      m_model(new EditTableModel(m_table, foundation.collator, this)),
+      m_model(new EditTableModel(m_table, foundation.collator, qt(m_key), this)),
       m_view(new CellView) {
   prepareView();
   makeButtons();
