@@ -7,8 +7,8 @@ namespace mirvel::testdata {
 
 /// The edit controller of a program, as its editor makes it.
 inline EditController makeEditController(Program& program, EditStackType& stack) {
-  return {program.foundation, program.platform, program.shell,   program.state, program.selection,
-          program.editing,    program.actions,  program.fetcher, stack};
+  return {program.foundation, program.platform, program.shell,   program.saving,  program.scanning,
+          program.selection,  program.editing,  program.actions, program.fetcher, stack};
 }
 
 }  // namespace mirvel::testdata

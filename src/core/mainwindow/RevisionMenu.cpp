@@ -1,6 +1,7 @@
 #include "core/mainwindow/RevisionMenu.h"
 
 #include "core/actions/RevisionController.h"
+#include "core/editor/ReplaceSelected.h"
 #include "core/locale/Dates.h"
 #include "core/mainwindow/WindowContext.h"
 #include "core/session/Foundation.h"
