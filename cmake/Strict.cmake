@@ -18,3 +18,8 @@ if(MIRVEL_SANITIZE)
   # With -fsanitize, g++ gives false warnings about uninitialised values, as its manual says.
   add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
+
+# In a unity build every source is an included file, for which GCC warns of members from unnamed namespaces.
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(mirvel_strict INTERFACE -Wno-subobject-linkage)
+endif()

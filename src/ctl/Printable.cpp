@@ -39,7 +39,7 @@ bool isUnsafe(char32_t character) {
   return isControl || turnsDirection || endsLine;
 }
 
-std::string printable(const Piece& piece, Lines lines) {
+std::string printablePiece(const Piece& piece, Lines lines) {
   if (!piece.isUtf8) {
     std::string result;
     for (const char byte : piece.bytes) result += escapedByte(byte);
@@ -93,7 +93,7 @@ std::string printable(std::string_view text, Lines lines) {
     at += plain;
     if (at == text.size()) break;
     const Piece piece = pieceAt(text, at);
-    result += printable(piece, lines);
+    result += printablePiece(piece, lines);
     at += piece.bytes.size();
   }
   return result;

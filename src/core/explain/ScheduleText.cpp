@@ -23,9 +23,9 @@ struct RuleInMonths {
   std::vector<std::string> months;
 };
 
-class Sentences {
+class ScheduleSentences {
  public:
-  Sentences(const Localize& localize, TimeForm form)
+  ScheduleSentences(const Localize& localize, TimeForm form)
       : m_localize(localize), m_form(form), m_months(Date::months(localize.locale())) {}
 
   void addRules(const std::optional<std::int64_t>& startInterval, const jobfile::StartCalendarInterval& calendar) {
@@ -78,7 +78,7 @@ std::vector<std::string> scheduleText(const jobfile::Plist& plist, const Localiz
       (hasMonthWithoutDay(interval) ? inMonth : plain.intervals).push_back(interval);
     }
   }
-  Sentences sentences(localize, form);
+  ScheduleSentences sentences(localize, form);
   sentences.addRules(plist.startInterval, plain);
   for (const Interval& interval : inMonth) sentences.addInMonth(interval);
   return std::move(sentences).take();

@@ -5,7 +5,7 @@
 namespace mirvel::jobfile {
 namespace {
 
-const propertylist::Value someDate = propertylist::Date{1};
+const propertylist::Value anyDate = propertylist::Date{1};
 const propertylist::Value tooLarge = propertylist::Integer::fromUnsigned(std::uint64_t{1} << 63U);
 
 struct Written {
@@ -159,7 +159,7 @@ TEST(FormsTest, MachServicesKeepTheirFormsAndLoseWhatDoesntFit) {
   std::vector<Written> table =
       unchanged("MachServices", {Dict{}, Dict{{"a", true}, {"b", false}, {"c", "x"}, {"d", full}, {"e", Dict{}}}});
   for (const propertylist::Value& dropped : std::vector<propertylist::Value>{
-           5, 1.0, List{}, Dict{{"HostSpecialPort", "x"}}, Dict{{"ResetAtClose", 1}}, someDate}) {
+           5, 1.0, List{}, Dict{{"HostSpecialPort", "x"}}, Dict{{"ResetAtClose", 1}}, anyDate}) {
     table.push_back({"MachServices", withGood(full, dropped), Dict{{"good", full}}});
   }
   table.push_back({"MachServices", withGood(true, Dict{{"TaskSpecialPort", 3.0}, {"Odd", 1}}),
@@ -196,14 +196,14 @@ TEST(FormsTest, LaunchEventsLoseWhatFitsNoBucket) {
       {"LaunchEvents", Dict{{"stream", withGood(good, true)}}, Dict{{"stream", Dict{{"good", good}}}}},
   };
   const std::vector<std::pair<propertylist::Value, std::optional<propertylist::Value>>> others = {
-      {someDate, std::nullopt},
+      {anyDate, std::nullopt},
       {propertylist::Data{"bytes"}, std::nullopt},
       {tooLarge, std::nullopt},
       {List{"mixed", 1}, std::nullopt},
       {List{1, 2.0}, std::nullopt},
       {List{true}, std::nullopt},
       {List{Dict{}}, std::nullopt},
-      {Dict{{"third", Dict{{"level", 1}}}, {"array", List{1}}, {"date", someDate}, {"a", 1}}, Dict{{"a", 1}}},
+      {Dict{{"third", Dict{{"level", 1}}}, {"array", List{1}}, {"date", anyDate}, {"a", 1}}, Dict{{"a", 1}}},
   };
   for (const auto& [read, written] : others) {
     Dict after{{"good", 1}};
@@ -218,8 +218,8 @@ TEST(FormsTest, ValuesOfAnEventLandInTheBucketOfTheirType) {
                                                                  {"integer", 1},
                                                                  {"real", 1.0},
                                                                  {"empty", List{}},
-                                                                 {"date", someDate},
-                                                                 {"in", Dict{{"date", someDate}, {"real", 2.0}}}})));
+                                                                 {"date", anyDate},
+                                                                 {"in", Dict{{"date", anyDate}, {"real", 2.0}}}})));
   const PlistType& event = plist.launchEvents->dictionaries.at("stream").subDictionaries.at("event");
   EXPECT_EQ(event.bools, (StringMap<bool>{{"bool", false}}));
   EXPECT_EQ(event.integers, (StringMap<std::int64_t>{{"integer", 1}}));

@@ -63,9 +63,12 @@ TEST(DictionaryTest, AFileIsReadAsADictionaryOrRefusedWithItsName) {
     const auto file = folder.write(row.name, row.bytes);
     const auto read = readDictionary(file, 500);
     ASSERT_EQ(static_cast<bool>(read), !row.refusal) << row.name;
-    if (read) EXPECT_EQ(*read, (Dictionary{{"a", 1}})) << row.name;
-    if (!read) EXPECT_EQ(read.error().code, *row.refusal) << row.name;
-    if (!read) EXPECT_EQ(read.error().file, file) << row.name;
+    if (read) {
+      EXPECT_EQ(*read, (Dictionary{{"a", 1}})) << row.name;
+    } else {
+      EXPECT_EQ(read.error().code, *row.refusal) << row.name;
+      EXPECT_EQ(read.error().file, file) << row.name;
+    }
   }
   EXPECT_EQ(readDictionary(folder.path() / "none", 500).error().code, Error::Code::NotFound);
 }

@@ -18,8 +18,6 @@ using Unit = RepeatInterval::Unit;
 using Rules = std::vector<ScheduledType>;
 using Lines = std::vector<std::string>;
 
-constexpr auto at = Date::timeOfDay;
-
 std::string line(const Row& row) {
   struct Visitor {
     std::string operator()(const std::string& text) const { return text; }
@@ -100,18 +98,18 @@ TEST_F(RuleEditorTest, EachKindOfRuleIsLoadedIntoItsRow) {
       {RepeatInterval{86401, Unit::seconds}, "Repeat Interval | seconds | [86,401]"},
       {RepeatInterval{0, Unit::days}, "Repeat Interval | days | [0]"},
       {EveryHour{59}, "Every Hour | [59] | minute"},
-      {EveryDay{at(0, 5)}, "Every Day | <0:5>"},
-      {DayOfWeek{6, at(23, 59)}, "Day of Week | Saturday | <23:59>"},
-      {DayOfWeek{DayOfWeek::weekdays, at(9, 0)}, "Day of Week | Weekdays | <9:0>"},
-      {DayOfWeek{DayOfWeek::weekends, at(9, 0)}, "Day of Week | Weekends | <9:0>"},
-      {DayOfMonth{30, at(9, 0)}, "Day of Month | 31 | <9:0>"},
-      {DayOfYear{1, 30, at(9, 0)}, "Day of Year | February | 31 | <9:0>"},
+      {EveryDay{Date::timeOfDay(0, 5)}, "Every Day | <0:5>"},
+      {DayOfWeek{6, Date::timeOfDay(23, 59)}, "Day of Week | Saturday | <23:59>"},
+      {DayOfWeek{DayOfWeek::weekdays, Date::timeOfDay(9, 0)}, "Day of Week | Weekdays | <9:0>"},
+      {DayOfWeek{DayOfWeek::weekends, Date::timeOfDay(9, 0)}, "Day of Week | Weekends | <9:0>"},
+      {DayOfMonth{30, Date::timeOfDay(9, 0)}, "Day of Month | 31 | <9:0>"},
+      {DayOfYear{1, 30, Date::timeOfDay(9, 0)}, "Day of Year | February | 31 | <9:0>"},
       // A rule that no row can show is replaced by a new row.
       {RepeatInterval{2, static_cast<Unit>(4)}, "Repeat Interval | seconds | [30]"},
-      {DayOfWeek{9, at(8, 0)}, "Repeat Interval | seconds | [30]"},
-      {DayOfMonth{-1, at(8, 0)}, "Repeat Interval | seconds | [30]"},
-      {DayOfYear{12, 0, at(8, 0)}, "Repeat Interval | seconds | [30]"},
-      {DayOfYear{11, 31, at(8, 0)}, "Repeat Interval | seconds | [30]"},
+      {DayOfWeek{9, Date::timeOfDay(8, 0)}, "Repeat Interval | seconds | [30]"},
+      {DayOfMonth{-1, Date::timeOfDay(8, 0)}, "Repeat Interval | seconds | [30]"},
+      {DayOfYear{12, 0, Date::timeOfDay(8, 0)}, "Repeat Interval | seconds | [30]"},
+      {DayOfYear{11, 31, Date::timeOfDay(8, 0)}, "Repeat Interval | seconds | [30]"},
   };
   for (const auto& [rule, shown] : table) {
     controller.load({rule}, editor);
@@ -122,7 +120,7 @@ TEST_F(RuleEditorTest, EachKindOfRuleIsLoadedIntoItsRow) {
 TEST_F(RuleEditorTest, LoadingReplacesTheRowsAndIsNotAnEdit) {
   controller.load({EveryHour{1}, EveryHour{2}, EveryHour{3}}, editor);
   EXPECT_THAT(notified.take(), ElementsAre("loaded"));
-  controller.load({EveryDay{at(1, 0)}, DayOfMonth{99, {}}, EveryHour{4}}, editor);
+  controller.load({EveryDay{Date::timeOfDay(1, 0)}, DayOfMonth{99, {}}, EveryHour{4}}, editor);
   EXPECT_THAT(lines(), ElementsAre("Every Day | <1:0>", "Every Day | <9:0>", "Every Hour | [4] | minute"));
   controller.load({}, editor);
   EXPECT_EQ(editor.numberOfRows(), 0U);
@@ -139,14 +137,14 @@ TEST_F(RuleEditorTest, AnotherChoiceKeepsLaterChoicesThatStillExist) {
       {RepeatInterval{7, Unit::hours}, 0, 1, "Every Hour | [0] | minute"},
       {RepeatInterval{7, Unit::hours}, 0, 5, "Day of Year | January | 1 | <9:0>"},
       {EveryHour{7}, 0, 0, "Repeat Interval | seconds | [30]"},
-      {EveryDay{at(7, 7)}, 0, 3, "Day of Week | Sunday | <7:7>"},
-      {EveryDay{at(7, 7)}, 0, 5, "Day of Year | January | 1 | <7:7>"},
-      {DayOfWeek{3, at(7, 7)}, 1, 8, "Day of Week | Weekends | <7:7>"},
-      {DayOfWeek{3, at(7, 7)}, 0, 2, "Every Day | <7:7>"},
-      {DayOfMonth{14, at(7, 7)}, 0, 5, "Day of Year | January | 1 | <7:7>"},
-      {DayOfYear{2, 14, at(7, 7)}, 1, 1, "Day of Year | February | 15 | <7:7>"},
-      {DayOfYear{2, 14, at(7, 7)}, 2, 30, "Day of Year | March | 31 | <7:7>"},
-      {DayOfYear{2, 14, at(7, 7)}, 0, 0, "Repeat Interval | seconds | [30]"},
+      {EveryDay{Date::timeOfDay(7, 7)}, 0, 3, "Day of Week | Sunday | <7:7>"},
+      {EveryDay{Date::timeOfDay(7, 7)}, 0, 5, "Day of Year | January | 1 | <7:7>"},
+      {DayOfWeek{3, Date::timeOfDay(7, 7)}, 1, 8, "Day of Week | Weekends | <7:7>"},
+      {DayOfWeek{3, Date::timeOfDay(7, 7)}, 0, 2, "Every Day | <7:7>"},
+      {DayOfMonth{14, Date::timeOfDay(7, 7)}, 0, 5, "Day of Year | January | 1 | <7:7>"},
+      {DayOfYear{2, 14, Date::timeOfDay(7, 7)}, 1, 1, "Day of Year | February | 15 | <7:7>"},
+      {DayOfYear{2, 14, Date::timeOfDay(7, 7)}, 2, 30, "Day of Year | March | 31 | <7:7>"},
+      {DayOfYear{2, 14, Date::timeOfDay(7, 7)}, 0, 0, "Repeat Interval | seconds | [30]"},
   };
   for (const auto& row : table) {
     controller.load({EveryHour{1}, row.rule}, editor);
@@ -162,7 +160,7 @@ TEST_F(RuleEditorTest, NewRowsAreOfTheSameKindExceptAfterARepeatInterval) {
   EXPECT_THAT(notified.take(), ElementsAre("added 0", "rules"));
   editor.addRowAfter(0);
   editor.chooseChild(1, 0, 4);
-  editor.setTime(1, at(1, 2));
+  editor.setTime(1, Date::timeOfDay(1, 2));
   editor.addRowAfter(1);
   (void)notified.take();
   editor.addRowAfter(0);
@@ -176,9 +174,9 @@ TEST_F(RuleEditorTest, OnlyChangesNotify) {
       {[&] { editor.setNumber(0, "5"); }, {"entered", "rules"}},
       {[&] { editor.setNumber(0, "5"); }, {}},
       {[&] { editor.setNumber(0, ""); }, {"entered", "rules"}},
-      {[&] { editor.setTime(0, at(1, 0)); }, {}},  // has no time
-      {[&] { editor.setTime(1, at(1, 0)); }, {"entered", "rules"}},
-      {[&] { editor.setTime(1, at(1, 0)); }, {}},
+      {[&] { editor.setTime(0, Date::timeOfDay(1, 0)); }, {}},  // has no time
+      {[&] { editor.setTime(1, Date::timeOfDay(1, 0)); }, {"entered", "rules"}},
+      {[&] { editor.setTime(1, Date::timeOfDay(1, 0)); }, {}},
       {[&] { editor.setNumber(2, "1"); }, {}},
       {[&] { editor.chooseChild(0, 1, 0); }, {}},  // already chosen
       {[&] { editor.chooseChild(0, 1, 4); }, {}},
@@ -189,7 +187,7 @@ TEST_F(RuleEditorTest, OnlyChangesNotify) {
       {[&] { editor.removeRow(0); }, {"removed 0", "rules"}},
       {[&] { editor.removeRow(0); }, {"removed 0", "rules"}},
   };
-  controller.load({RepeatInterval{60, Unit::seconds}, EveryDay{at(9, 0)}}, editor);
+  controller.load({RepeatInterval{60, Unit::seconds}, EveryDay{Date::timeOfDay(9, 0)}}, editor);
   (void)notified.take();
   for (const auto& [change, calls] : table) {
     change();
@@ -213,7 +211,7 @@ TEST_F(RuleEditorTest, EachEditorNotifiesItsOwnDelegate) {
 }
 
 TEST_F(RuleEditorTest, TheFirstInvalidRowIsNamedAndFocused) {
-  const std::vector<ScheduledType> rules{EveryDay{at(9, 0)}, EveryHour{5}, RepeatInterval{2, Unit::hours},
+  const std::vector<ScheduledType> rules{EveryDay{Date::timeOfDay(9, 0)}, EveryHour{5}, RepeatInterval{2, Unit::hours},
                                          RepeatInterval{3, Unit::hours}};
   const struct {
     std::size_t row;
@@ -237,7 +235,7 @@ TEST_F(RuleEditorTest, TheFirstInvalidRowIsNamedAndFocused) {
     EXPECT_EQ(editor.refuse(), row.refusal) << row.number;
     EXPECT_THAT(notified.take(), ElementsAre(row.shown)) << row.number;
   }
-  controller.load({EveryDay{at(9, 0)}, EveryHour{59}, RepeatInterval{10, Unit::seconds}}, editor);
+  controller.load({EveryDay{Date::timeOfDay(9, 0)}, EveryHour{59}, RepeatInterval{10, Unit::seconds}}, editor);
   (void)notified.take();
   EXPECT_TRUE(editor.isValid());
   EXPECT_EQ(editor.refuse(), std::nullopt);
@@ -304,7 +302,7 @@ TEST_F(RuleEditorTest, ASecondReadableIntervalIsReported) {
 /// A random rule that an editor can show. Intervals are at least 10 seconds and in their largest unit.
 ScheduledType anyRule(std::mt19937& random) {
   const auto to = [&](int greatest) { return std::uniform_int_distribution<int>(0, greatest)(random); };
-  const auto time = [&] { return at(to(23), to(59)); };
+  const auto time = [&] { return Date::timeOfDay(to(23), to(59)); };
   switch (static_cast<Kind>(to(5))) {
     case Kind::repeatInterval:
       return splitInterval(10 + to(1'000'000));

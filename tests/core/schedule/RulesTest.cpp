@@ -13,8 +13,6 @@ using Rules = std::vector<ScheduledType>;
 
 const Week saturdayAndSunday{.weekends = Days(0b1000001), .weekdays = Days(0b0111110)};
 const Week fridayOnly{.weekends = Days(0b0100000), .weekdays = Days(0b1011111)};
-constexpr auto at = Date::timeOfDay;
-
 Rules rulesOf(std::vector<Interval> intervals, const Week& week = saturdayAndSunday) {
   return rules({}, StartCalendarInterval{.intervals = std::move(intervals)}, week);
 }
@@ -50,27 +48,27 @@ TEST(RulesTest, EachIntervalYieldsTheRuleThatShowsMostOfIt) {
       {{.minute = 60}, EveryHour{0}},
       {{.minute = -1}, EveryHour{0}},
       {{.month = 6}, EveryHour{0}},
-      {{.hour = 9}, EveryDay{at(9, 0)}},
-      {{.minute = 59, .hour = 23}, EveryDay{at(23, 59)}},
-      {{.minute = 5, .hour = 24}, EveryDay{at(0, 5)}},
-      {{.hour = INT64_MIN}, EveryDay{at(0, 0)}},
-      {{.hour = 12, .month = 6}, EveryDay{at(12, 0)}},
-      {{.weekday = 1}, DayOfWeek{1, at(0, 0)}},
-      {{.minute = 15, .hour = 8, .weekday = 6}, DayOfWeek{6, at(8, 15)}},
-      {{.weekday = 7}, DayOfWeek{0, at(0, 0)}},
-      {{.weekday = 8}, DayOfWeek{0, at(0, 0)}},
-      {{.weekday = -1}, DayOfWeek{0, at(0, 0)}},
-      {{.weekday = 3, .month = 6}, DayOfWeek{3, at(0, 0)}},
-      {{.day = 1}, DayOfMonth{0, at(0, 0)}},
-      {{.day = 0}, DayOfMonth{0, at(0, 0)}},
-      {{.hour = 7, .day = 31}, DayOfMonth{30, at(7, 0)}},
-      {{.day = 40}, DayOfMonth{30, at(0, 0)}},
-      {{.day = INT64_MIN}, DayOfMonth{0, at(0, 0)}},
-      {{.day = 2, .weekday = 3}, DayOfMonth{1, at(0, 0)}},
-      {{.day = 2, .weekday = 3, .month = 1}, DayOfYear{0, 1, at(0, 0)}},
-      {{.day = 1, .month = 0}, DayOfYear{0, 0, at(0, 0)}},
-      {{.day = 1, .month = 13}, DayOfYear{11, 0, at(0, 0)}},
-      {{.minute = 1, .hour = 2, .day = 31, .month = 2}, DayOfYear{1, 30, at(2, 1)}},
+      {{.hour = 9}, EveryDay{Date::timeOfDay(9, 0)}},
+      {{.minute = 59, .hour = 23}, EveryDay{Date::timeOfDay(23, 59)}},
+      {{.minute = 5, .hour = 24}, EveryDay{Date::timeOfDay(0, 5)}},
+      {{.hour = INT64_MIN}, EveryDay{Date::timeOfDay(0, 0)}},
+      {{.hour = 12, .month = 6}, EveryDay{Date::timeOfDay(12, 0)}},
+      {{.weekday = 1}, DayOfWeek{1, Date::timeOfDay(0, 0)}},
+      {{.minute = 15, .hour = 8, .weekday = 6}, DayOfWeek{6, Date::timeOfDay(8, 15)}},
+      {{.weekday = 7}, DayOfWeek{0, Date::timeOfDay(0, 0)}},
+      {{.weekday = 8}, DayOfWeek{0, Date::timeOfDay(0, 0)}},
+      {{.weekday = -1}, DayOfWeek{0, Date::timeOfDay(0, 0)}},
+      {{.weekday = 3, .month = 6}, DayOfWeek{3, Date::timeOfDay(0, 0)}},
+      {{.day = 1}, DayOfMonth{0, Date::timeOfDay(0, 0)}},
+      {{.day = 0}, DayOfMonth{0, Date::timeOfDay(0, 0)}},
+      {{.hour = 7, .day = 31}, DayOfMonth{30, Date::timeOfDay(7, 0)}},
+      {{.day = 40}, DayOfMonth{30, Date::timeOfDay(0, 0)}},
+      {{.day = INT64_MIN}, DayOfMonth{0, Date::timeOfDay(0, 0)}},
+      {{.day = 2, .weekday = 3}, DayOfMonth{1, Date::timeOfDay(0, 0)}},
+      {{.day = 2, .weekday = 3, .month = 1}, DayOfYear{0, 1, Date::timeOfDay(0, 0)}},
+      {{.day = 1, .month = 0}, DayOfYear{0, 0, Date::timeOfDay(0, 0)}},
+      {{.day = 1, .month = 13}, DayOfYear{11, 0, Date::timeOfDay(0, 0)}},
+      {{.minute = 1, .hour = 2, .day = 31, .month = 2}, DayOfYear{1, 30, Date::timeOfDay(2, 1)}},
   };
   int row = 0;
   for (const auto& [interval, rule] : table) {
@@ -97,22 +95,28 @@ TEST(RulesTest, DaysOfTheWeekAreMergedIntoGroups) {
     const Week& week;
     Rules rules;
   } table[] = {
-      {daysAt(9, {1, 2, 3, 4, 5, 6}), saturdayAndSunday, {DayOfWeek{7, at(9, 0)}, DayOfWeek{6, at(9, 0)}}},
-      {daysAt(9, {6, 5, 4, 3, 2, 1, 0}), saturdayAndSunday, {DayOfWeek{7, at(9, 0)}, DayOfWeek{8, at(9, 0)}}},
-      {daysAt(9, {0, 6}), saturdayAndSunday, {DayOfWeek{8, at(9, 0)}}},
-      {daysAt(9, {7, 6}), saturdayAndSunday, {DayOfWeek{8, at(9, 0)}}},
-      {daysAt(9, {1, 1, 2, 3, 4, 5, 5}), saturdayAndSunday, {DayOfWeek{7, at(9, 0)}}},
+      {daysAt(9, {1, 2, 3, 4, 5, 6}),
+       saturdayAndSunday,
+       {DayOfWeek{7, Date::timeOfDay(9, 0)}, DayOfWeek{6, Date::timeOfDay(9, 0)}}},
+      {daysAt(9, {6, 5, 4, 3, 2, 1, 0}),
+       saturdayAndSunday,
+       {DayOfWeek{7, Date::timeOfDay(9, 0)}, DayOfWeek{8, Date::timeOfDay(9, 0)}}},
+      {daysAt(9, {0, 6}), saturdayAndSunday, {DayOfWeek{8, Date::timeOfDay(9, 0)}}},
+      {daysAt(9, {7, 6}), saturdayAndSunday, {DayOfWeek{8, Date::timeOfDay(9, 0)}}},
+      {daysAt(9, {1, 1, 2, 3, 4, 5, 5}), saturdayAndSunday, {DayOfWeek{7, Date::timeOfDay(9, 0)}}},
       {daysAt(9, {1, 2, 3, 4}),
        saturdayAndSunday,
-       {DayOfWeek{1, at(9, 0)}, DayOfWeek{2, at(9, 0)}, DayOfWeek{3, at(9, 0)}, DayOfWeek{4, at(9, 0)}}},
+       {DayOfWeek{1, Date::timeOfDay(9, 0)}, DayOfWeek{2, Date::timeOfDay(9, 0)}, DayOfWeek{3, Date::timeOfDay(9, 0)},
+        DayOfWeek{4, Date::timeOfDay(9, 0)}}},
       {daysAt(17, {1, 2, 3, 4, 5}) + daysAt(9, {1, 2, 3, 4, 5}),
        saturdayAndSunday,
-       {DayOfWeek{7, at(17, 0)}, DayOfWeek{7, at(9, 0)}}},
+       {DayOfWeek{7, Date::timeOfDay(17, 0)}, DayOfWeek{7, Date::timeOfDay(9, 0)}}},
       {daysAt(17, {4, 1}) + daysAt(9, {1, 2, 3, 4, 5}),
        saturdayAndSunday,
-       {DayOfWeek{7, at(9, 0)}, DayOfWeek{4, at(17, 0)}, DayOfWeek{1, at(17, 0)}}},
-      {daysAt(9, {5, 6}), fridayOnly, {DayOfWeek{8, at(9, 0)}, DayOfWeek{6, at(9, 0)}}},
-      {daysAt(9, {0, 1, 2, 3, 4, 6}), fridayOnly, {DayOfWeek{7, at(9, 0)}}},
+       {DayOfWeek{7, Date::timeOfDay(9, 0)}, DayOfWeek{4, Date::timeOfDay(17, 0)},
+        DayOfWeek{1, Date::timeOfDay(17, 0)}}},
+      {daysAt(9, {5, 6}), fridayOnly, {DayOfWeek{8, Date::timeOfDay(9, 0)}, DayOfWeek{6, Date::timeOfDay(9, 0)}}},
+      {daysAt(9, {0, 1, 2, 3, 4, 6}), fridayOnly, {DayOfWeek{7, Date::timeOfDay(9, 0)}}},
   };
   int row = 0;
   for (const auto& [intervals, week, expected] : table) {
@@ -126,8 +130,8 @@ TEST(RulesTest, TheRepeatRuleComesFirstAndSingleDaysLast) {
   intervals.push_back({.minute = 5});
   intervals.push_back({.hour = 1});
   EXPECT_EQ(rules(600, StartCalendarInterval{.intervals = intervals}, saturdayAndSunday),
-            (Rules{RepeatInterval{10, Unit::minutes}, EveryHour{5}, EveryDay{at(1, 0)}, DayOfWeek{8, at(9, 0)},
-                   DayOfWeek{3, at(9, 0)}}));
+            (Rules{RepeatInterval{10, Unit::minutes}, EveryHour{5}, EveryDay{Date::timeOfDay(1, 0)},
+                   DayOfWeek{8, Date::timeOfDay(9, 0)}, DayOfWeek{3, Date::timeOfDay(9, 0)}}));
   EXPECT_EQ(rules({}, {}, saturdayAndSunday), Rules{});
 }
 
