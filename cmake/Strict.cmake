@@ -19,7 +19,8 @@ if(MIRVEL_SANITIZE)
   add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
-# In a unity build every source is an included file, for which GCC warns of members from unnamed namespaces.
-if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  target_compile_options(mirvel_strict INTERFACE -Wno-subobject-linkage)
+# In a unity build the sources of a group see each other's unnamed namespaces: GCC warns of members from these, since
+# every source is an included file, and clang that names of one source shadow those of another.
+if(CMAKE_UNITY_BUILD)
+  target_compile_options(mirvel_strict INTERFACE $<IF:$<CXX_COMPILER_ID:GNU>,-Wno-subobject-linkage,-Wno-shadow>)
 endif()
