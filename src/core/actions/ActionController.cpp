@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/actions/ActionTexts.h"
 #include "core/actions/HelperErrors.h"
 #include "core/actions/LabelConflict.h"
 #include "core/base/Const.h"
@@ -230,7 +231,7 @@ void ActionController::clearLog() {
 
 void ActionController::tellOfNoCommunication() {
   const Localize& localize = m_context.foundation.localize;
-  m_context.platform.interface.error(localize.couldNotEstablishCommunicationWithHelperTool(),
+  m_context.platform.interface.error(ActionTexts(localize).couldNotEstablishCommunicationWithHelperTool(),
                                      localize.pleaseTryAgain());
 }
 

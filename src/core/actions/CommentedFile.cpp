@@ -6,6 +6,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "core/actions/ActionTexts.h"
 #include "core/actions/MoveTarget.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
@@ -56,9 +57,9 @@ bool isKept(const fs::path& folder, std::string_view bytes) {
 bool mayCommentsGo(const Foundation& foundation, Interface& interface, const Launchd& job) {
   const Localize& localize = foundation.localize;
   const int answer = interface.alert({
-      .message = localize.savingRemovesComments(job.name),
-      .informativeText = localize.theFileWithItsCommentsIsKept(keptFilesFolder(foundation.roots).string()),
-      .defaultTitle = localize.saveWithoutComments(),
+      .message = ActionTexts(localize).savingRemovesComments(job.name),
+      .informativeText = ActionTexts(localize).theFileWithItsCommentsIsKept(keptFilesFolder(foundation.roots).string()),
+      .defaultTitle = ActionTexts(localize).saveWithoutComments(),
       .alternateTitle = localize.cancel(),
       .safeButton = Interface::alternateButton,
   });

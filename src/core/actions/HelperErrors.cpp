@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <string>
 
+#include "core/actions/ActionTexts.h"
 #include "core/locale/Localize.h"
 #include "core/messages/HelperFailure.h"
 #include "core/ports/Interface.h"
@@ -22,20 +23,20 @@ std::string unknownError(const propertylist::Integer& code, const Localize& loca
 /// What couldn't be done; empty for what has no file.
 std::string deedOf(const HelperFailure& failure, const Localize& localize) {
   const std::string& file = failure.cause.file;
-  if (failure.deed == Deed::Test) return localize.theTestCouldntBeRun();
-  if (failure.deed == Deed::Log) return localize.anUnknownErrorOccurredWhenFetchingTheLog();
+  if (failure.deed == Deed::Test) return ActionTexts(localize).theTestCouldntBeRun();
+  if (failure.deed == Deed::Log) return ActionTexts(localize).anUnknownErrorOccurredWhenFetchingTheLog();
   if (file.empty()) return {};
   switch (failure.deed) {
     case Deed::Write:
-      return localize.couldntBeWritten(file);
+      return ActionTexts(localize).couldntBeWritten(file);
     case Deed::Delete:
-      return localize.couldntBeDeleted(file);
+      return ActionTexts(localize).couldntBeDeleted(file);
     case Deed::Read:
-      return localize.couldntBeRead(file);
+      return ActionTexts(localize).couldntBeRead(file);
     case Deed::Load:
-      return localize.theJobCouldntBeLoaded(file);
+      return ActionTexts(localize).theJobCouldntBeLoaded(file);
     case Deed::Unload:
-      return localize.theJobCouldntBeStopped(file);
+      return ActionTexts(localize).theJobCouldntBeStopped(file);
     case Deed::Answer:
     case Deed::Test:
     case Deed::Log:
@@ -49,21 +50,21 @@ std::string systemReason(int systemCode, const Localize& localize) {
   switch (systemCode) {
     case ENOSPC:
     case EDQUOT:
-      return localize.theDiskIsFull();
+      return ActionTexts(localize).theDiskIsFull();
     case EROFS:
-      return localize.theDiskCantBeWritten();
+      return ActionTexts(localize).theDiskCantBeWritten();
     case EACCES:
     case EPERM:
-      return localize.checkWhoMayChangeTheFile();
+      return ActionTexts(localize).checkWhoMayChangeTheFile();
     case ENOENT:
     case ENOTDIR:
-      return localize.theFileOrItsFolderIsMissing();
+      return ActionTexts(localize).theFileOrItsFolderIsMissing();
     case EEXIST:
-      return localize.thereIsAFileOfThisName();
+      return ActionTexts(localize).thereIsAFileOfThisName();
     case ENAMETOOLONG:
-      return localize.theNameIsTooLong();
+      return ActionTexts(localize).theNameIsTooLong();
     case EIO:
-      return localize.theDiskReportsAnError();
+      return ActionTexts(localize).theDiskReportsAnError();
     default:
       return {};
   }
@@ -73,23 +74,24 @@ std::string systemReason(int systemCode, const Localize& localize) {
 std::string ownReason(const HelperFailure& failure, const Localize& localize) {
   switch (failure.cause.code) {
     case Error::Code::NotFound:
-      return localize.theFileOrItsFolderIsMissing();
+      return ActionTexts(localize).theFileOrItsFolderIsMissing();
     case Error::Code::NotPermitted:
-      return localize.checkWhoMayChangeTheFile();
+      return ActionTexts(localize).checkWhoMayChangeTheFile();
     case Error::Code::Malformed:
     case Error::Code::UnsupportedEncoding:
     case Error::Code::MissingKey:
     case Error::Code::WrongType:
     case Error::Code::NoForm:
-      return failure.deed == Deed::Answer ? localize.pleaseTryAgain() : localize.checkTheContentOfTheJobFile();
+      return failure.deed == Deed::Answer ? localize.pleaseTryAgain()
+                                          : ActionTexts(localize).checkTheContentOfTheJobFile();
     case Error::Code::LimitExceeded:
-      return localize.itIsTooLargeForAJobFile();
+      return ActionTexts(localize).itIsTooLargeForAJobFile();
     case Error::Code::BadArgument:
       return failure.deed == Deed::Write ? localize.renameTheItemAndTryAgain() : localize.pleaseTryAgain();
     case Error::Code::NotTrusted:
-      return localize.makeSureThatOnlyYouCanChangeTheFile();
+      return ActionTexts(localize).makeSureThatOnlyYouCanChangeTheFile();
     case Error::Code::StillRunning:
-      return localize.waitUntilTheJobHasEnded();
+      return ActionTexts(localize).waitUntilTheJobHasEnded();
     case Error::Code::Io:
     case Error::Code::NotRunning:
     case Error::Code::HungUp:
@@ -110,7 +112,7 @@ void present(const HelperFailure& failure, const std::string& unknown, const Loc
   const std::string deed = deedOf(failure, localize);
   const std::string known = systemReason(failure.cause.systemCode, localize);
   std::string text = known.empty() ? ownReason(failure, localize) : known;
-  if (failure.isWritten) text = localize.theFileWasSaved() + ' ' + text;
+  if (failure.isWritten) text = ActionTexts(localize).theFileWasSaved() + ' ' + text;
   if (known.empty() && !failure.cause.message.empty()) text += "\n\n" + detailOf(failure.cause);
   interface.error(deed.empty() ? unknown : deed, text);
 }
@@ -127,16 +129,18 @@ void presentHelperError(const HelperError& error, const Localize& localize, Inte
     if (error.description && error.suggestion) return interface.error(*error.description, *error.suggestion);
     return interface.error(unknown, localize.pleaseTryAgain());
   }
-  const std::string notChanged = localize.theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError();
+  const std::string notChanged = ActionTexts(localize).theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError();
   switch (static_cast<ActionErrorCode>(error.code->toInt64().value_or(0))) {
     case ActionErrorCode::NotConnected:
-      return interface.error(localize.couldNotEstablishCommunicationWithHelperTool(), localize.pleaseTryAgain());
+      return interface.error(ActionTexts(localize).couldNotEstablishCommunicationWithHelperTool(),
+                             localize.pleaseTryAgain());
     case ActionErrorCode::NotChanged:
       return interface.error(notChanged, localize.pleaseTryAgain());
     case ActionErrorCode::NotChangedTryNewName:
       return interface.error(notChanged, localize.renameTheItemAndTryAgain());
     case ActionErrorCode::NoLog:
-      return interface.error(localize.anUnknownErrorOccurredWhenFetchingTheLog(), localize.pleaseTryAgain());
+      return interface.error(ActionTexts(localize).anUnknownErrorOccurredWhenFetchingTheLog(),
+                             localize.pleaseTryAgain());
   }
   interface.error(unknown, localize.pleaseTryAgain());
 }
@@ -145,19 +149,19 @@ void presentRefusal(HelperConnections::Refusal refusal, const Localize& localize
   const auto advice = [&] {
     switch (refusal) {
       case HelperConnections::Refusal::NoAgent:
-        return localize.startAnAuthenticationAgent();
+        return ActionTexts(localize).startAnAuthenticationAgent();
       case HelperConnections::Refusal::NoService:
-        return localize.startPolkit();
+        return ActionTexts(localize).startPolkit();
       case HelperConnections::Refusal::NoTool:
-        return localize.installPkexec();
+        return ActionTexts(localize).installPkexec();
       case HelperConnections::Refusal::NotAuthorised:
-        return localize.askAnAdministrator();
+        return ActionTexts(localize).askAnAdministrator();
       case HelperConnections::Refusal::Unknown:
         break;
     }
     return localize.pleaseTryAgain();
   };
-  interface.error(localize.cannotAuthenticate(), advice());
+  interface.error(ActionTexts(localize).cannotAuthenticate(), advice());
 }
 
 }  // namespace mirvel

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/actions/ActionTexts.h"
 #include "core/locale/Localize.h"
 #include "core/messages/Replies.h"
 #include "core/session/Catalogue.h"
@@ -44,7 +45,7 @@ void HostStart::start() {
   HelperConnections* const helpers = m_platform.helpers;
   if (m_connection || !helpers) return;
   m_connection = helpers->connectToAction();
-  if (!m_connection) return ended(m_localize.couldNotEstablishCommunicationWithHelperTool());
+  if (!m_connection) return ended(ActionTexts(m_localize).couldNotEstablishCommunicationWithHelperTool());
   m_connection->run(messages::Request{.content = messages::StartHost()}.write(),
                     m_delay.whileOwned([this](const propertylist::Dictionary& reply) { replied(reply); }),
                     m_delay.whileOwned([this](const Error& error) { ended(error.text()); }));

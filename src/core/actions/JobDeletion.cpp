@@ -1,6 +1,7 @@
 #include "core/actions/JobDeletion.h"
 
 #include "core/actions/ActionController.h"
+#include "core/actions/ActionTexts.h"
 #include "core/actions/DeletedJobs.h"
 #include "core/locale/Dates.h"
 #include "core/propertylist/Encoding.h"
@@ -21,7 +22,7 @@ bool JobDeletion::canDelete(const Job& job) const {
 void JobDeletion::confirm(const std::shared_ptr<Job>& job) {
   if (!job || !m_shell.mainWindow) return;
   const Localize& localize = m_foundation.localize;
-  m_platform.interface.beginSheet({.message = localize.areYouSureYouWantToDelete(job->name),
+  m_platform.interface.beginSheet({.message = ActionTexts(localize).areYouSureYouWantToDelete(job->name),
                                    .informativeText = consequence(*job),
                                    .defaultTitle = localize.delete_(),
                                    .alternateTitle = localize.cancel(),
@@ -35,7 +36,8 @@ void JobDeletion::confirm(const std::shared_ptr<Job>& job) {
 void JobDeletion::confirmed(const std::shared_ptr<Job>& job) {
   if (canDelete(*job)) return deleteAndKeep(job);
   const Localize& localize = m_foundation.localize;
-  m_platform.interface.error(localize.couldntBeDeleted(job->name), localize.saveOrDiscardFirst());
+  m_platform.interface.error(ActionTexts(localize).couldntBeDeleted(job->name),
+                             ActionTexts(localize).saveOrDiscardFirst());
 }
 
 void JobDeletion::deleteAndKeep(const std::shared_ptr<Job>& job) {
@@ -53,14 +55,15 @@ void JobDeletion::deleteAndKeep(const std::shared_ptr<Job>& job) {
 
 void JobDeletion::askToDeleteAnyway(const std::shared_ptr<Job>& job, const Error& reason) {
   const Localize& localize = m_foundation.localize;
-  m_platform.interface.beginSheet({.message = localize.theJobCouldntBeKept(job->name),
-                                   .informativeText = reason.text() + "\n\n" + localize.youCantUndoThisAction(),
-                                   .defaultTitle = localize.deleteAnyway(),
-                                   .alternateTitle = localize.cancel(),
-                                   .safeButton = Interface::alternateButton},
-                                  [this, job](int button) {
-                                    if (button == Interface::defaultButton) deleteWithoutKeeping(*job);
-                                  });
+  m_platform.interface.beginSheet(
+      {.message = ActionTexts(localize).theJobCouldntBeKept(job->name),
+       .informativeText = reason.text() + "\n\n" + ActionTexts(localize).youCantUndoThisAction(),
+       .defaultTitle = ActionTexts(localize).deleteAnyway(),
+       .alternateTitle = localize.cancel(),
+       .safeButton = Interface::alternateButton},
+      [this, job](int button) {
+        if (button == Interface::defaultButton) deleteWithoutKeeping(*job);
+      });
 }
 
 void JobDeletion::deleteWithoutKeeping(const Job& job) {
@@ -69,9 +72,9 @@ void JobDeletion::deleteWithoutKeeping(const Job& job) {
 
 std::string JobDeletion::consequence(const Job& job) const {
   const Localize& localize = m_foundation.localize;
-  if (!DeletedJobs::canKeep(job.kind)) return localize.youCantUndoThisAction();
+  if (!DeletedJobs::canKeep(job.kind)) return ActionTexts(localize).youCantUndoThisAction();
   const double until = DeletedJobs::keptUntil(m_platform.clock.secondsSince1970());
-  return localize.deletedJobStays(Date::standardText(until, localize.timeLocale()));
+  return ActionTexts(localize).deletedJobStays(Date::standardText(until, localize.timeLocale()));
 }
 
 }  // namespace mirvel

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "core/actions/ActionController.h"
+#include "core/actions/ActionTexts.h"
 #include "core/actions/LabelConflict.h"
 #include "core/actions/NormalizeForSave.h"
 #include "core/actions/SaveRun.h"
@@ -35,19 +36,20 @@ void ActionController::save(const std::shared_ptr<Launchd>& job, const Ended& en
 void ActionController::askAboutLabel(const std::shared_ptr<Launchd>& job, const Job& other, const std::string& label,
                                      const Ended& ended) {
   const Localize& localize = m_context.foundation.localize;
-  m_context.platform.interface.beginSheet({.message = localize.labelIsInUse(label),
-                                           .informativeText = localize.onlyOneOfTheTwoCanBeLoaded(other.url.text()),
-                                           .defaultTitle = localize.cancel(),
-                                           .alternateTitle = localize.saveDisabled(),
-                                           .safeButton = Interface::defaultButton},
-                                          m_delay.whileOwned([this, job, ended](int button) {
-                                            if (button == Interface::alternateButton) {
-                                              disable(job);
-                                              return startSave(job, ended);
-                                            }
-                                            if (job->isNewFile) deselect(job);
-                                            if (ended) ended(false);
-                                          }));
+  m_context.platform.interface.beginSheet(
+      {.message = ActionTexts(localize).labelIsInUse(label),
+       .informativeText = ActionTexts(localize).onlyOneOfTheTwoCanBeLoaded(other.url.text()),
+       .defaultTitle = localize.cancel(),
+       .alternateTitle = ActionTexts(localize).saveDisabled(),
+       .safeButton = Interface::defaultButton},
+      m_delay.whileOwned([this, job, ended](int button) {
+        if (button == Interface::alternateButton) {
+          disable(job);
+          return startSave(job, ended);
+        }
+        if (job->isNewFile) deselect(job);
+        if (ended) ended(false);
+      }));
 }
 
 /// As a step of undo, if the job is being edited.

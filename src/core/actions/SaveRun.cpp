@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/actions/ActionController.h"
+#include "core/actions/ActionTexts.h"
 #include "core/actions/CommentedFile.h"
 #include "core/actions/JobOnDisk.h"
 #include "core/actions/RevisionController.h"
@@ -40,7 +41,8 @@ void SaveRun::start() {
 void SaveRun::begin() {
   if (m_plan.isFresh && stands(m_plan.to)) {
     const Localize& localize = m_context.foundation.localize;
-    m_context.platform.interface.error(localize.couldntBeWritten(m_plan.to.text()), localize.thereIsAFileOfThisName());
+    m_context.platform.interface.error(ActionTexts(localize).couldntBeWritten(m_plan.to.text()),
+                                       ActionTexts(localize).thereIsAFileOfThisName());
     return finish(false);
   }
   // The last question of a save, so that it is asked once; the file may change while the user thinks about it.

@@ -1,5 +1,7 @@
 #include "core/app/StoreTeller.h"
 
+#include "core/app/AppTexts.h"
+
 #include <utility>
 
 namespace mirvel {
@@ -10,18 +12,18 @@ Alert alertAbout(const StoreTrouble& trouble, const Localize& localize) {
   const std::string reason = trouble.error.text();
   switch (trouble.kind) {
     case StoreTrouble::Kind::Damaged:
-      return {.message = localize.ownFileWasDamaged(),
-              .informativeText = localize.ownFileWasMoved(reason, trouble.rescue.string()),
+      return {.message = AppTexts(localize).ownFileWasDamaged(),
+              .informativeText = AppTexts(localize).ownFileWasMoved(reason, trouble.rescue.string()),
               .defaultTitle = localize.ok()};
     case StoreTrouble::Kind::Unread:
-      return {.message = localize.ownFileCantBeRead(),
-              .informativeText = localize.ownFileIsLeftAlone(reason),
+      return {.message = AppTexts(localize).ownFileCantBeRead(),
+              .informativeText = AppTexts(localize).ownFileIsLeftAlone(reason),
               .defaultTitle = localize.ok()};
     case StoreTrouble::Kind::Unwritten:
       break;
   }
-  return {.message = localize.ownFileCantBeWritten(),
-          .informativeText = localize.ownFileStaysInMemory(reason),
+  return {.message = AppTexts(localize).ownFileCantBeWritten(),
+          .informativeText = AppTexts(localize).ownFileStaysInMemory(reason),
           .defaultTitle = localize.ok()};
 }
 

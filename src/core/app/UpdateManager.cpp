@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "core/app/AppTexts.h"
 #include "core/base/Const.h"
 #include "core/locale/Localize.h"
 #include "core/propertylist/Reader.h"
@@ -63,18 +64,18 @@ void UpdateManager::read(const Result<std::string>& feed, std::string_view app, 
   } else if (!manual) {
     return;
   } else if (!release) {
-    m_platform.interface.error(m_localize.couldntLookForUpdates(), release.error().text());
+    m_platform.interface.error(AppTexts(m_localize).couldntLookForUpdates(), release.error().text());
   } else {
-    m_platform.interface.beginSheet({.message = m_localize.yourVersionIsTheLatest(),
-                                     .informativeText = m_localize.youHaveVersion(m_version),
+    m_platform.interface.beginSheet({.message = AppTexts(m_localize).yourVersionIsTheLatest(),
+                                     .informativeText = AppTexts(m_localize).youHaveVersion(m_version),
                                      .defaultTitle = m_localize.ok()},
                                     [](int) {});
   }
 }
 
 void UpdateManager::offer(const std::string& version, const std::string& address) {
-  m_platform.interface.beginSheet({.message = m_localize.newVersion(version),
-                                   .informativeText = m_localize.youHaveVersion(m_version),
+  m_platform.interface.beginSheet({.message = AppTexts(m_localize).newVersion(version),
+                                   .informativeText = AppTexts(m_localize).youHaveVersion(m_version),
                                    .defaultTitle = m_localize.show(),
                                    .alternateTitle = m_localize.later()},
                                   [&workspace = m_platform.workspace, address](int button) {

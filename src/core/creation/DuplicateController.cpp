@@ -4,6 +4,7 @@
 #include "core/catalogue/Launchd.h"
 #include "core/creation/Creation.h"
 #include "core/creation/CreationContext.h"
+#include "core/creation/CreationTexts.h"
 #include "core/creation/SaveNewJob.h"
 #include "core/session/Editing.h"
 #include "core/session/Foundation.h"
@@ -20,7 +21,8 @@ std::string DuplicateController::selectedName() const {
 
 std::string DuplicateController::title() const {
   const Localize& localize = m_context.foundation.localize;
-  return bidirectionalString({localize.duplicate(), selectedName()}, Const::separator, localize.isRightToLeft());
+  return bidirectionalString({CreationTexts(localize).duplicate(), selectedName()}, Const::separator,
+                             localize.isRightToLeft());
 }
 
 std::string DuplicateController::nameTitle() const {
@@ -31,7 +33,7 @@ std::string DuplicateController::suggestedName() const {
   const auto& unsaved = m_context.creation.unsavedCopy;
   const auto job = m_context.selection.job();
   if (unsaved && job && unsaved->source.equalTo(job->url)) return unsaved->name;
-  return m_context.foundation.localize.copyOf(selectedName());
+  return CreationTexts(m_context.foundation.localize).copyOf(selectedName());
 }
 
 bool DuplicateController::save(const std::string& name) {

@@ -5,6 +5,7 @@
 #include "core/catalogue/Launchd.h"
 #include "core/creation/Creation.h"
 #include "core/creation/CreationContext.h"
+#include "core/creation/CreationTexts.h"
 #include "core/creation/SaveNewJob.h"
 #include "core/files/ReadFile.h"
 #include "core/session/Foundation.h"
@@ -66,11 +67,11 @@ ImportController::ImportController(const CreationContext& context)
 
 std::string ImportController::title() const {
   const Localize& localize = m_context.foundation.localize;
-  if (!current()) return localize.duplicate();
-  std::vector<std::string> parts{localize.importString(), current()->lastPathComponent()};
+  if (!current()) return CreationTexts(localize).duplicate();
+  std::vector<std::string> parts{CreationTexts(localize).importString(), current()->lastPathComponent()};
   if (m_files.size() > 1) {
     const auto number = [&localize](std::size_t value) { return localize.int_(static_cast<std::int64_t>(value)); };
-    parts.push_back(localize.numberOf(number(m_current + 1), number(m_files.size())));
+    parts.push_back(CreationTexts(localize).numberOf(number(m_current + 1), number(m_files.size())));
   }
   return bidirectionalString(parts, Const::separator, localize.isRightToLeft());
 }
@@ -80,7 +81,7 @@ std::string ImportController::kindTitle() const {
 }
 
 std::string ImportController::skipTitle() const {
-  return m_context.foundation.localize.skip();
+  return CreationTexts(m_context.foundation.localize).skip();
 }
 
 bool ImportController::importFile() {
@@ -104,7 +105,7 @@ bool ImportController::importFile() {
 void ImportController::tellOfFailure(Error reason) {
   reason.file = current() ? current()->text() : std::string();
   const std::string name = current() ? current()->lastPathComponent() : std::string();
-  m_context.platform.interface.error(m_context.foundation.localize.couldntOpenInThatFormat(name),
+  m_context.platform.interface.error(CreationTexts(m_context.foundation.localize).couldntOpenInThatFormat(name),
                                      String::firstUppercased(reason.text()));
 }
 

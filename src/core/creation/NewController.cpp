@@ -8,6 +8,7 @@
 #include "core/commands/CommandRepairs.h"
 #include "core/creation/Creation.h"
 #include "core/creation/CreationContext.h"
+#include "core/creation/CreationTexts.h"
 #include "core/creation/SaveNewJob.h"
 #include "core/explain/NextRuns.h"
 #include "core/explain/Occasions.h"
@@ -48,14 +49,14 @@ std::vector<NewController::Cell> NewController::pageBar() const {
 std::string NewController::titleOf(Page page) const {
   const Localize& localize = m_sheet.context.foundation.localize;
   if (page == Page::name) return localize.name();
-  if (page == Page::what) return localize.what();
+  if (page == Page::what) return CreationTexts(localize).what();
   if (page == Page::when) return localize.when();
   if (!job().runPage) return localize.run();
   switch (*job().runPage) {
     case New::Run::application:
       return localize.application();
     case New::Run::script:
-      return localize.script();
+      return CreationTexts(localize).script();
     case New::Run::command:
       break;
   }
@@ -64,7 +65,7 @@ std::string NewController::titleOf(Page page) const {
 
 std::string NewController::nextTitle() const {
   const Localize& localize = m_sheet.context.foundation.localize;
-  return m_page == Page::when ? localize.save() : localize.next();
+  return m_page == Page::when ? localize.save() : CreationTexts(localize).next();
 }
 
 bool NewController::isNextEnabled() const {
@@ -167,8 +168,9 @@ std::string newJobSentence(Kind kind, const jobfile::Plist& plist, const Localiz
   }
   if (times.empty()) times.push_back(String::firstLowercased(localize.onlyWhenStartedByHand()));
   const std::string list = listText(times, localize.locale());
-  if (kind.isDaemon()) return localize.runsAsRoot(plist.name, list);
-  return kind == Kind::userAgent ? localize.runsAsYou(plist.name, list) : localize.runsForEveryone(plist.name, list);
+  if (kind.isDaemon()) return CreationTexts(localize).runsAsRoot(plist.name, list);
+  return kind == Kind::userAgent ? CreationTexts(localize).runsAsYou(plist.name, list)
+                                 : CreationTexts(localize).runsForEveryone(plist.name, list);
 }
 
 }  // namespace mirvel

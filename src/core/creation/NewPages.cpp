@@ -1,6 +1,7 @@
 #include "core/creation/NewPages.h"
 
 #include "core/creation/CreationContext.h"
+#include "core/creation/CreationTexts.h"
 #include "core/files/URL.h"
 #include "core/schedule/ScheduledController.h"
 #include "core/session/Foundation.h"
@@ -20,7 +21,7 @@ void NewNamePage::kindChanged(int tag) {
 }
 
 std::string NewWhatPage::title() const {
-  return m_sheet.context.foundation.localize.chooseWhatYouWantToRun() + ':';
+  return CreationTexts(m_sheet.context.foundation.localize).chooseWhatYouWantToRun() + ':';
 }
 
 void NewWhatPage::choose(New::Run run) {

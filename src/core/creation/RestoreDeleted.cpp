@@ -12,6 +12,7 @@
 #include "core/catalogue/KindTexts.h"
 #include "core/catalogue/Launchd.h"
 #include "core/creation/CreationContext.h"
+#include "core/creation/CreationTexts.h"
 #include "core/creation/SaveNewJob.h"
 #include "core/locale/Dates.h"
 #include "core/propertylist/Comments.h"
@@ -157,13 +158,14 @@ void restoreDisabled(const CreationContext& context, const Restoring& restoring)
 void askAboutNamesake(const CreationContext& context, const Restoring& restoring, const Job& other) {
   const Localize& localize = context.foundation.localize;
   const DeletedJob& deleted = restoring->deleted;
-  std::string consequences = localize.anotherJobHasTheNameIn(other.url.text());
+  std::string consequences = CreationTexts(localize).anotherJobHasTheNameIn(other.url.text());
   if (propertylist::hasComments(deleted.bytes)) {
-    consequences += "\n\n" + localize.restoredWithoutComments(keptFilesFolder(context.foundation.roots).string());
+    consequences +=
+        "\n\n" + CreationTexts(localize).restoredWithoutComments(keptFilesFolder(context.foundation.roots).string());
   }
-  context.platform.interface.beginSheet({.message = localize.anotherJobHasTheName(deleted.name),
+  context.platform.interface.beginSheet({.message = CreationTexts(localize).anotherJobHasTheName(deleted.name),
                                          .informativeText = std::move(consequences),
-                                         .defaultTitle = localize.restoreDisabled(),
+                                         .defaultTitle = CreationTexts(localize).restoreDisabled(),
                                          .alternateTitle = localize.cancel(),
                                          .safeButton = Interface::alternateButton},
                                         [&context, restoring](int answer) {

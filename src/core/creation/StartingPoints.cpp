@@ -1,5 +1,6 @@
 #include "core/creation/StartingPoints.h"
 
+#include "core/creation/CreationTexts.h"
 #include "core/locale/Dates.h"
 #include "core/text/Strings.h"
 
@@ -21,7 +22,7 @@ void runEveryDay(New& job, int hour) {
 }
 
 New backup(const Localize& localize, const Roots& roots) {
-  New job = jobOf(localize.backup(), New::Run::command);
+  New job = jobOf(CreationTexts(localize).backup(), New::Run::command);
   // It makes the folder "Backup", and copies what changed.
   job.command = "rsync -a " + String::shellWord((roots.home / "Documents").native()) + ' ' +
                 String::shellWord((roots.home / "Backup").native());
@@ -31,20 +32,20 @@ New backup(const Localize& localize, const Roots& roots) {
 }
 
 New nightlyScript(const Localize& localize) {
-  New job = jobOf(localize.nightlyScript(), New::Run::script);
+  New job = jobOf(CreationTexts(localize).nightlyScript(), New::Run::script);
   runEveryDay(job, 3);
   return job;
 }
 
 New keptProgram(const Localize& localize) {
-  New job = jobOf(localize.program(), New::Run::command);
+  New job = jobOf(CreationTexts(localize).program(), New::Run::command);
   job.plist.runAtLoad = true;
   job.plist.keepAlive = jobfile::KeepAlive(true, {}, {}, {}, {});
   return job;
 }
 
 New folderWatch(const Localize& localize, const Roots& roots) {
-  New job = jobOf(localize.folderWatch(), New::Run::script);
+  New job = jobOf(CreationTexts(localize).folderWatch(), New::Run::script);
   job.plist.watchPaths = {(roots.home / "Downloads").native()};
   return job;
 }
@@ -53,10 +54,10 @@ New folderWatch(const Localize& localize, const Roots& roots) {
 
 std::vector<StartingPoint> startingPoints(const Localize& localize, const Roots& roots) {
   std::vector<StartingPoint> points;
-  points.push_back({.title = localize.backUpAFolder(), .job = backup(localize, roots)});
-  points.push_back({.title = localize.runAScriptEveryNight(), .job = nightlyScript(localize)});
-  points.push_back({.title = localize.keepAProgramRunning(), .job = keptProgram(localize)});
-  points.push_back({.title = localize.watchAFolder(), .job = folderWatch(localize, roots)});
+  points.push_back({.title = CreationTexts(localize).backUpAFolder(), .job = backup(localize, roots)});
+  points.push_back({.title = CreationTexts(localize).runAScriptEveryNight(), .job = nightlyScript(localize)});
+  points.push_back({.title = CreationTexts(localize).keepAProgramRunning(), .job = keptProgram(localize)});
+  points.push_back({.title = CreationTexts(localize).watchAFolder(), .job = folderWatch(localize, roots)});
   return points;
 }
 

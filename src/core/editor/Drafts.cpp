@@ -5,6 +5,7 @@
 #include "core/actions/JobOnDisk.h"
 #include "core/catalogue/Launchd.h"
 #include "core/commands/TextAsEdited.h"
+#include "core/editor/EditorTexts.h"
 #include "core/editor/ReplaceSelected.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
@@ -155,9 +156,9 @@ bool Drafts::isHeld(const Draft& draft) const {
 
 void Drafts::ask(const Draft& draft) {
   const Localize& localize = m_foundation.localize;
-  m_platform.interface.beginSheet({.message = localize.unsavedChangesWereKept(draft.name),
-                                   .informativeText = localize.mirvelEndedBeforeYouSavedThem(),
-                                   .defaultTitle = localize.continueEditing(),
+  m_platform.interface.beginSheet({.message = EditorTexts(localize).unsavedChangesWereKept(draft.name),
+                                   .informativeText = EditorTexts(localize).mirvelEndedBeforeYouSavedThem(),
+                                   .defaultTitle = EditorTexts(localize).continueEditing(),
                                    .alternateTitle = localize.discardChanges(),
                                    .cancelTitle = localize.later()},
                                   m_delay.whileOwned([this, draft](int answer) {
@@ -174,7 +175,8 @@ void Drafts::goOn(const Draft& draft) {
   if (m_editing.hasUnsavedChanges()) return;
   if (!job && stands(draft.url)) {
     const Localize& localize = m_foundation.localize;
-    return m_platform.interface.error(localize.unsavedChangesWereKept(draft.name), localize.theJobIsNotShown());
+    return m_platform.interface.error(EditorTexts(localize).unsavedChangesWereKept(draft.name),
+                                      EditorTexts(localize).theJobIsNotShown());
   }
   if (!job || !keys) return putAside(draft);
   m_services.select(job);
@@ -190,7 +192,8 @@ void Drafts::putAside(const Draft& draft) {
   const Localize& localize = m_foundation.localize;
   if (const auto kept = m_services.keepFile(draft.name, draft.text); !kept) return interface.present(kept.error());
   forget(draft.id);
-  interface.error(localize.unsavedChangesWereKept(draft.name), localize.theJobIsGone(m_services.keptFiles.string()));
+  interface.error(EditorTexts(localize).unsavedChangesWereKept(draft.name),
+                  EditorTexts(localize).theJobIsGone(m_services.keptFiles.string()));
 }
 
 }  // namespace mirvel

@@ -9,6 +9,7 @@
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
 #include "core/commands/TextAsEdited.h"
+#include "core/editor/EditorTexts.h"
 #include "core/files/ReadFile.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
@@ -69,10 +70,11 @@ EditController::~EditController() {
 void EditController::updateButtons() {
   const Localize& localize = m_foundation.localize;
   const bool isSaving = m_saving.isBusy();
-  m_stack.showButtons({.isBusy = isSaving || m_scanning.isBusy(),
-                       .isSaving = isSaving,
-                       .canSave = !isSaving && mayBeSaved(m_selection.job().get(), m_foundation.defaults),
-                       .discardTitle = m_editing.hasUnsavedChanges() ? localize.discardChanges() : localize.done()});
+  m_stack.showButtons(
+      {.isBusy = isSaving || m_scanning.isBusy(),
+       .isSaving = isSaving,
+       .canSave = !isSaving && mayBeSaved(m_selection.job().get(), m_foundation.defaults),
+       .discardTitle = m_editing.hasUnsavedChanges() ? localize.discardChanges() : EditorTexts(localize).done()});
 }
 
 void EditController::refreshEditedState() {
@@ -95,11 +97,11 @@ void EditController::save() {
 void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
   const Localize& localize = m_foundation.localize;
   m_platform.interface.beginSheet(
-      {.message = localize.fileWasChangedMeanwhile(job->name),
-       .informativeText = localize.anotherProgramChangedTheFile(),
-       .defaultTitle = localize.compare(),
-       .alternateTitle = localize.keepMine(),
-       .otherTitle = localize.takeTheirs(),
+      {.message = EditorTexts(localize).fileWasChangedMeanwhile(job->name),
+       .informativeText = EditorTexts(localize).anotherProgramChangedTheFile(),
+       .defaultTitle = EditorTexts(localize).compare(),
+       .alternateTitle = EditorTexts(localize).keepMine(),
+       .otherTitle = EditorTexts(localize).takeTheirs(),
        .cancelTitle = localize.cancel()},
       [this, job, theirs](int answer) {
         if (answer == Interface::alternateButton) return resolveConflict(job, theirs, Choice::Mine);

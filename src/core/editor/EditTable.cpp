@@ -6,6 +6,7 @@
 #include <set>
 #include <utility>
 
+#include "core/editor/EditorTexts.h"
 #include "core/locale/Collator.h"
 #include "core/locale/Localize.h"
 
@@ -108,8 +109,9 @@ std::optional<InvalidField> EditTable::refuse(const std::string& key, const Loca
   const auto position = refusedPosition();
   if (!position) return std::nullopt;
   const std::string& name = keyOf(shownRow(*position));
-  return InvalidField{.message = localize.tableCantBeSaved(key),
-                      .reason = name.empty() ? localize.aRowHasNoName() : localize.moreThanOneRowIsCalled(name)};
+  return InvalidField{.message = EditorTexts(localize).tableCantBeSaved(key),
+                      .reason = name.empty() ? EditorTexts(localize).aRowHasNoName()
+                                             : EditorTexts(localize).moreThanOneRowIsCalled(name)};
 }
 
 std::vector<TableRow> filledRows(const std::vector<TableRow>& rows) {

@@ -7,6 +7,7 @@
 #include <tuple>
 #include <utility>
 
+#include "core/editor/EditorTexts.h"
 #include "core/jobfile/PlistKeys.h"
 #include "core/locale/Localize.h"
 #include "core/schedule/NumberText.h"
@@ -286,7 +287,7 @@ constexpr Field allRows[] = {
         Section::when,
         {.control = Control::CheckBox,
          .help = "StartOnMount: This optional key causes the job to be started every time a filesystem is mounted.",
-         .title = [](const Localize& localize) { return localize.mountingLogicalVolume(); }}),
+         .title = [](const Localize& localize) { return EditorTexts(localize).mountingLogicalVolume(); }}),
     row<Key::standardErrorPath>(Section::paths),
     row<Key::standardInPath>(Section::paths),
     row<Key::standardOutPath>(Section::paths),
@@ -477,7 +478,7 @@ void enter(const Field& field, const FieldValue& value, Plist& plist, Unfinished
 
 std::optional<InvalidField> refuse(const Field& field, const Unfinished& unfinished, const Localize& localize) {
   if (!unfinished.texts.contains(field.key)) return std::nullopt;
-  return InvalidField{.message = localize.tableCantBeSaved(titleOf(field, localize)),
+  return InvalidField{.message = EditorTexts(localize).tableCantBeSaved(titleOf(field, localize)),
                       .reason = localize.enterAWholeNumber()};
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/catalogue/CustomIcons.h"
+#include "core/editor/EditorTexts.h"
 #include "core/files/ReplaceFile.h"
 #include "core/locale/Localize.h"
 #include "core/ports/Interface.h"
@@ -54,7 +55,7 @@ void IconEditing::show(const std::shared_ptr<Job>& job) {
 }
 
 void IconEditing::report(const Error& failure) {
-  m_interface.error(m_localize.theIconCouldntBeSaved(), failure.text());
+  m_interface.error(EditorTexts(m_localize).theIconCouldntBeSaved(), failure.text());
 }
 
 }  // namespace mirvel

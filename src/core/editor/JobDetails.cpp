@@ -1,6 +1,7 @@
 #include "core/editor/JobDetails.h"
 
 #include "core/catalogue/PrivilegedHelperTool.h"
+#include "core/editor/EditorTexts.h"
 #include "core/files/URL.h"
 #include "core/locale/Localize.h"
 
@@ -11,9 +12,9 @@ namespace {
 using Row = JobDetails::Row;
 
 std::string whenStarted(const Job& job, const Localize& localize) {
-  if (job.kind.isLoginItem()) return localize.atLogin();
-  if (job.kind.isStartupItem()) return localize.atSystemStart();
-  return localize.whenAClientAsks();
+  if (job.kind.isLoginItem()) return EditorTexts(localize).atLogin();
+  if (job.kind.isStartupItem()) return EditorTexts(localize).atSystemStart();
+  return EditorTexts(localize).whenAClientAsks();
 }
 
 void add(std::vector<Row>& rows, std::string label, std::string text, Row::Style style = Row::Style::Text) {
@@ -27,12 +28,12 @@ std::vector<Row> JobDetails::rows(const Job& job, const Localize& localize, cons
   if (job.summary != job.name) add(rows, localize.summary(), job.summary);
   add(rows, localize.when(), whenStarted(job, localize));
   if (const auto* tool = dynamic_cast<const PrivilegedHelperTool*>(&job)) {
-    add(rows, localize.identifier(), tool->identifier);
-    add(rows, localize.clients(), tool->clients, Row::Style::Code);
+    add(rows, EditorTexts(localize).identifier(), tool->identifier);
+    add(rows, EditorTexts(localize).clients(), tool->clients, Row::Style::Code);
   }
   if (job.url.isFile()) {
     const std::string path = localizedDisplayPath(job.url.text(), home);
-    add(rows, localize.path(), path, Row::Style::Code);
+    add(rows, EditorTexts(localize).path(), path, Row::Style::Code);
   }
   return rows;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/editor/EditorTexts.h"
 #include "core/editor/Fields.h"
 
 namespace mirvel {
@@ -46,17 +47,17 @@ bool isShown(StackSection section, const Plist& plist) {
 std::vector<StackEntry> allSections(const Localize& localize) {
   return {{StackSection::general, std::nullopt},
           {StackSection::when, localize.when()},
-          {StackSection::paths, localize.paths()},
-          {StackSection::limits, localize.limits()},
+          {StackSection::paths, EditorTexts(localize).paths()},
+          {StackSection::limits, EditorTexts(localize).limits()},
           {StackSection::root, "root"},
-          {StackSection::miscellaneous, localize.miscellaneous()},
+          {StackSection::miscellaneous, EditorTexts(localize).miscellaneous()},
           {StackSection::environmentVariables, "EnvironmentVariables"},
           {StackSection::launchEvents, "LaunchEvents"},
           {StackSection::machServices, "MachServices"},
           {StackSection::sockets, "Sockets"},
-          {StackSection::deprecated, localize.deprecated()},
-          {StackSection::unknown, localize.unknown()},
-          {StackSection::notes, localize.notes()}};
+          {StackSection::deprecated, EditorTexts(localize).deprecated()},
+          {StackSection::unknown, EditorTexts(localize).unknown()},
+          {StackSection::notes, EditorTexts(localize).notes()}};
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "core/explain/RuleText.h"
 #include "core/schedule/ComingRuns.h"
+#include "core/schedule/ScheduleTexts.h"
 
 namespace mirvel {
 
@@ -72,15 +73,15 @@ std::optional<std::string> calendarText(const jobfile::Plist& record, sys_second
   const auto [today, runs] = upcomingRuns({.rules = rulesOf(*record.startCalendarInterval)}, now, texts.zone());
   if (runs.empty()) return std::nullopt;
   const auto text = [&texts, today = today](const Run& run) { return texts.text(run.moment, run.day, today); };
-  if (runs.size() == 1) return texts.localize().nextRun(text(runs.front()));
-  return texts.localize().nextRuns(text(runs.front()), text(runs.back()));
+  if (runs.size() == 1) return ScheduleTexts(texts.localize()).nextRun(text(runs.front()));
+  return ScheduleTexts(texts.localize()).nextRuns(text(runs.front()), text(runs.back()));
 }
 
 /// launchd ignores intervals that aren't positive.
 std::optional<std::string> intervalText(const jobfile::Plist& record, const Localize& localize) {
   if (!record.startInterval || *record.startInterval <= 0) return std::nullopt;
   const Scheduled::ScheduledType rule = Scheduled::splitInterval(*record.startInterval);
-  return localize.fromWhenItIsLoaded(explain::ruleText(rule, localize));
+  return ScheduleTexts(localize).fromWhenItIsLoaded(explain::ruleText(rule, localize));
 }
 
 }  // namespace
@@ -91,7 +92,7 @@ std::optional<std::string> nextRunsText(const jobfile::Plist& record, sys_second
   const auto interval = intervalText(record, texts.localize());
   if (calendar && interval) return *calendar + '\n' + *interval;
   if (calendar || interval) return calendar ? calendar : interval;
-  return texts.localize().itWillNeverRun();
+  return ScheduleTexts(texts.localize()).itWillNeverRun();
 }
 
 std::vector<std::string> nextRunTexts(const jobfile::Plist& record, sys_seconds now, std::size_t count,

@@ -5,6 +5,7 @@
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/ModeRules.h"
 #include "core/mainwindow/WindowContext.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "core/session/Busy.h"
 #include "core/session/Editing.h"
 #include "core/session/Foundation.h"
@@ -17,7 +18,7 @@ namespace {
 
 Image noWriteImage(const Localize& localize) {
   Image image = Image::named("emblem-readonly");
-  image.accessibilityDescription = localize.notEditable();
+  image.accessibilityDescription = WindowTexts(localize).notEditable();
   return image;
 }
 

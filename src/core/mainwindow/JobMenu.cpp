@@ -2,6 +2,7 @@
 #include "core/actions/JobDeletion.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/WindowContext.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "core/session/CurrentMode.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
@@ -21,7 +22,7 @@ void fill(const WindowContext& context, JobMenu& menu, const std::shared_ptr<Job
     menu.add(localize.delete_(), [&context, job] { context.deletion.confirm(job); });
   }
   if (job->kind == Kind::loginItemApplication) {
-    menu.add(localize.open(), [&context, job] { context.platform.workspace.open(job->url); });
+    menu.add(WindowTexts(localize).open(), [&context, job] { context.platform.workspace.open(job->url); });
   }
 }
 

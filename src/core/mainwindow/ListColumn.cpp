@@ -1,5 +1,7 @@
 #include "core/mainwindow/ListColumn.h"
 
+#include "core/mainwindow/WindowTexts.h"
+
 namespace mirvel::Column {
 
 std::string_view identifier(List column) {
@@ -26,7 +28,7 @@ std::string title(List column, const Localize& localize) {
     case List::enabled:
       return localize.enabled();
     case List::keepAlive:
-      return localize.relaunch();
+      return WindowTexts(localize).relaunch();
     case List::scheduled:
       return localize.scheduled();
     case List::run:

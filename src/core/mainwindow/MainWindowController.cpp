@@ -4,6 +4,7 @@
 #include "core/catalogue/LoginItem.h"
 #include "core/editor/Drafts.h"
 #include "core/mainwindow/ModeRules.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "core/session/Catalogue.h"
 #include "core/session/CurrentMode.h"
 #include "core/session/Editing.h"
@@ -73,9 +74,9 @@ void MainWindowController::switchMode(Mode mode) {
 
 Alert MainWindowController::unsavedChangesQuestion() const {
   const Localize& localize = m_foundation.localize;
-  return {.message = localize.unsavedChanges(),
-          .informativeText = localize.yourChangesWillBeLostIfYouDontSaveThem(),
-          .defaultTitle = localize.check(),
+  return {.message = WindowTexts(localize).unsavedChanges(),
+          .informativeText = WindowTexts(localize).yourChangesWillBeLostIfYouDontSaveThem(),
+          .defaultTitle = WindowTexts(localize).check(),
           .alternateTitle = localize.discardChanges(),
           .safeButton = Interface::defaultButton};
 }

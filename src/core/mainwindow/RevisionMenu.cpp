@@ -4,6 +4,7 @@
 #include "core/editor/ReplaceSelected.h"
 #include "core/locale/Dates.h"
 #include "core/mainwindow/WindowContext.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "core/session/Selection.h"
@@ -37,10 +38,10 @@ void confirmDeleteRevisions(const WindowContext& context) {
   const auto job = context.selection.job();
   if (!job) return;
   const Localize& localize = context.foundation.localize;
-  context.platform.interface.beginSheet({.message = localize.deleteRevisionsOf(job->name),
-                                         .informativeText = localize.revisionsAreEarlierContents(),
-                                         .defaultTitle = localize.deleteRevisionsOfThisJob(),
-                                         .alternateTitle = localize.deleteRevisionsOfAllJobs(),
+  context.platform.interface.beginSheet({.message = WindowTexts(localize).deleteRevisionsOf(job->name),
+                                         .informativeText = WindowTexts(localize).revisionsAreEarlierContents(),
+                                         .defaultTitle = WindowTexts(localize).deleteRevisionsOfThisJob(),
+                                         .alternateTitle = WindowTexts(localize).deleteRevisionsOfAllJobs(),
                                          .otherTitle = localize.cancel(),
                                          .safeButton = Interface::otherButton},
                                         [&revisions = context.revisions, url = job->url](int answer) {

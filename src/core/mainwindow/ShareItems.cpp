@@ -1,6 +1,7 @@
 #include "core/mainwindow/ShareItems.h"
 
 #include "core/catalogue/Launchd.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "core/ports/Workspace.h"
 #include "core/session/Selection.h"
 #include "core/text/Strings.h"
@@ -17,8 +18,9 @@ std::optional<ShareItems> shareItems(const Selection& selection) {
 
 std::vector<SharingService> sharingServices(const ShareItems& items, const Localize& localize) {
   using Way = SharingService::Way;
-  std::vector<SharingService> result{{Way::Copy, localize.copy()}, {Way::Mail, localize.mail()}};
-  if (items.url) result.push_back({Way::Open, localize.open()});
+  std::vector<SharingService> result{{Way::Copy, WindowTexts(localize).copy()},
+                                     {Way::Mail, WindowTexts(localize).mail()}};
+  if (items.url) result.push_back({Way::Open, WindowTexts(localize).open()});
   return result;
 }
 

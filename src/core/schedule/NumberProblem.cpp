@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/schedule/AppliedRules.h"
+#include "core/schedule/ScheduleTexts.h"
 
 namespace mirvel::Scheduled {
 
@@ -58,15 +59,15 @@ std::string text(NumberProblem problem, const Localize& localize) {
     case NumberProblem::NotAWholeNumber:
       return localize.enterAWholeNumber();
     case NumberProblem::TooLarge:
-      return localize.enterASmallerNumber();
+      return ScheduleTexts(localize).enterASmallerNumber();
     case NumberProblem::LessThanTenSeconds:
-      return localize.enterAtLeastTenSeconds();
+      return ScheduleTexts(localize).enterAtLeastTenSeconds();
     case NumberProblem::NotAMinute:
-      return localize.enterAMinute();
+      return ScheduleTexts(localize).enterAMinute();
     case NumberProblem::NotTheFirstInterval:
       break;
   }
-  return localize.onlyOneRepeatInterval();
+  return ScheduleTexts(localize).onlyOneRepeatInterval();
 }
 
 }  // namespace mirvel::Scheduled

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/schedule/ScheduleTexts.h"
 #include "core/schedule/UnshownEntries.h"
 
 namespace mirvel::Scheduled {
@@ -75,8 +76,9 @@ std::optional<InvalidField> RuleEditor::refuse() {
   if (m_view) m_view->rowWasRefused(row);
   const Localize& localize = m_controller.localize();
   const std::string& kind = m_rows[row].criteria.front()->name();
-  return InvalidField{.message = localize.ruleCantBeSaved(localize.int_(static_cast<std::int64_t>(row) + 1), kind),
-                      .reason = text(*found[row], localize)};
+  return InvalidField{
+      .message = ScheduleTexts(localize).ruleCantBeSaved(localize.int_(static_cast<std::int64_t>(row) + 1), kind),
+      .reason = text(*found[row], localize)};
 }
 
 void RuleEditor::addRowAfter(std::size_t row) {

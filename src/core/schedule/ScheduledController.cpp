@@ -2,6 +2,7 @@
 
 #include "core/locale/Dates.h"
 #include "core/schedule/RuleEditor.h"
+#include "core/schedule/ScheduleTexts.h"
 #include "core/schedule/ZoneStretches.h"
 
 namespace mirvel::Scheduled {
@@ -9,11 +10,11 @@ namespace mirvel::Scheduled {
 Texts localizedTexts(const Localize& localize) {
   const auto lower = localize.lowercase();
   return {
-      .kinds = {localize.repeatInterval(), localize.everyHour(), localize.everyDay(), localize.dayOfWeek(),
-                localize.dayOfMonth(), localize.dayOfYear()},
+      .kinds = {localize.repeatInterval(), ScheduleTexts(localize).everyHour(), ScheduleTexts(localize).everyDay(),
+                localize.dayOfWeek(), localize.dayOfMonth(), ScheduleTexts(localize).dayOfYear()},
       .units = {lower.seconds(), lower.minutes(), lower.hours(), lower.days()},
-      .weekdays = localize.weekdays(),
-      .weekends = localize.weekends(),
+      .weekdays = ScheduleTexts(localize).weekdays(),
+      .weekends = ScheduleTexts(localize).weekends(),
       .dayNames = Date::weekdays(localize.locale()),
       .monthNames = Date::months(localize.locale()),
   };

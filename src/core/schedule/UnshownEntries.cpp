@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "core/schedule/ScheduleTexts.h"
 #include "core/schedule/Scheduled.h"
 
 namespace mirvel::Scheduled {
@@ -40,11 +41,11 @@ std::string unshownEntries(const std::vector<Interval>& intervals, const Localiz
   std::size_t count = 0;
   for (const Interval& interval : intervals) {
     if (isFullyShown(interval)) continue;
-    if (++count > mostIntervals) return localize.inTheJobFile(result + "; …");
+    if (++count > mostIntervals) return ScheduleTexts(localize).inTheJobFile(result + "; …");
     const std::string text = entries(interval);
-    append(result, "; ", text.empty() ? localize.everyMinute() : text);
+    append(result, "; ", text.empty() ? ScheduleTexts(localize).everyMinute() : text);
   }
-  return count == 0 ? result : localize.inTheJobFile(result);
+  return count == 0 ? result : ScheduleTexts(localize).inTheJobFile(result);
 }
 
 }  // namespace mirvel::Scheduled

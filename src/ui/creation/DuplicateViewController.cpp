@@ -6,6 +6,7 @@
 #include <QPushButton>
 
 #include "core/app/Program.h"
+#include "core/creation/CreationTexts.h"
 #include "ui/creation/ElidedLabel.h"
 #include "ui/support/QtText.h"
 
@@ -19,7 +20,7 @@ DuplicateViewController::DuplicateViewController(Program& program, QWidget& wind
       m_nameValueTextField(new QLineEdit(qt(m_controller.suggestedName()))),
       m_cancelButton(addCancelButton(program.foundation.localize)),
       m_saveButton(addDefaultButton(program.foundation.localize.save(), "saveButton")) {
-  setWindowTitle(qt(program.foundation.localize.duplicate()));
+  setWindowTitle(qt(CreationTexts(program.foundation.localize).duplicate()));
   m_duplicateTextField->setObjectName(QStringLiteral("duplicateTextField"));
   m_duplicateTextField->setFullText(qt(m_controller.title()));
   m_nameTitleTextField->setObjectName(QStringLiteral("nameTitleTextField"));

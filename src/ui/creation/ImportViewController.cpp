@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include "core/app/Program.h"
+#include "core/creation/CreationTexts.h"
 #include "ui/creation/ElidedLabel.h"
 #include "ui/creation/KindButtons.h"
 #include "ui/support/QtText.h"
@@ -19,8 +20,8 @@ ImportViewController::ImportViewController(Program& program, QWidget& window)
       m_kindButtons(new KindButtons(program)),
       m_skipButton(addButton(m_controller.skipTitle(), "skipButton")),
       m_cancelButton(addCancelButton(program.foundation.localize)),
-      m_importButton(addDefaultButton(program.foundation.localize.importString(), "importButton")) {
-  setWindowTitle(qt(program.foundation.localize.importString()));
+      m_importButton(addDefaultButton(CreationTexts(program.foundation.localize).importString(), "importButton")) {
+  setWindowTitle(qt(CreationTexts(program.foundation.localize).importString()));
   m_importTextField->setObjectName(QStringLiteral("importTextField"));
   m_kindTextField->setObjectName(QStringLiteral("kindTextField"));
   m_kindTextField->setBuddy(m_kindButtons);

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "core/app/Program.h"
+#include "core/creation/CreationTexts.h"
 #include "ui/creation/KindButtons.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
@@ -26,7 +27,7 @@ NewNameViewController::NewNameViewController(Program& program, NewController& co
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(makeForm(localize));
   layout->addStretch();
-  layout->addWidget(new SecondaryLabel(qt(localize.orBeginWith()) + QLatin1Char(':')));
+  layout->addWidget(new SecondaryLabel(qt(CreationTexts(localize).orBeginWith()) + QLatin1Char(':')));
   layout->addWidget(makeStartingPoints(localize));
 
   connect(m_nameTextField, &QLineEdit::textChanged, this, [this](const QString& text) {
@@ -50,7 +51,7 @@ QLayout* NewNameViewController::makeForm(const Localize& localize) {
 
 QWidget* NewNameViewController::makeStartingPoints(const Localize& localize) {
   auto* buttons = new QWidget;
-  buttons->setAccessibleName(qt(localize.orBeginWith()));
+  buttons->setAccessibleName(qt(CreationTexts(localize).orBeginWith()));
   auto* grid = new QGridLayout(buttons);
   grid->setContentsMargins(0, 0, 0, 0);
   constexpr int columns = 2;

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "core/app/Program.h"
+#include "core/creation/CreationTexts.h"
 #include "ui/editor/RunMenuButton.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/support/Labels.h"
@@ -33,7 +34,7 @@ NewRunCommandViewController::NewRunCommandViewController(Program& program, NewRu
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(title);
   layout->addLayout(row);
-  layout->addWidget(new SecondaryLabel(qt(m_localize.commandExample(exampleCommand))));
+  layout->addWidget(new SecondaryLabel(qt(CreationTexts(m_localize).commandExample(exampleCommand))));
   layout->addStretch();
   connect(m_runTextField, &QPlainTextEdit::textChanged, this, [this] {
     if (m_runTextField->text() != m_chooser.text()) m_chooser.setText(m_runTextField->text());

@@ -1,5 +1,6 @@
 #include "ui/creation/NewRunScriptViewController.h"
 
+#include "core/creation/CreationTexts.h"
 #include "ui/scripts/ScriptModule.h"
 #include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
@@ -14,7 +15,7 @@ NewRunScriptViewController::NewRunScriptViewController(Program& program, NewRunS
       m_choose(new ElidedButton(this)),
       m_createNew(new QPushButton(this)),
       m_save(new QPushButton(qt(program.foundation.localize.ellipsis().save()), this)),
-      m_hint(new SecondaryLabel(qt(program.foundation.localize.chooseOrWriteAScript()), this)),
+      m_hint(new SecondaryLabel(qt(CreationTexts(program.foundation.localize).chooseOrWriteAScript()), this)),
       m_layout(new QVBoxLayout(this)) {
   m_hint->setWordWrap(true);
   m_layout->addLayout(makeButtons());
@@ -42,7 +43,7 @@ QLayout* NewRunScriptViewController::makeButtons() {
 }
 
 void NewRunScriptViewController::makeText() {
-  m_text = makeScriptText(m_program, qt(m_program.foundation.localize.script()), this);
+  m_text = makeScriptText(m_program, qt(CreationTexts(m_program.foundation.localize).script()), this);
   m_text->hide();
   m_layout->insertWidget(m_layout->indexOf(m_hint), m_text, 1);
   setTabOrder(m_save, m_text->focusProxy());  // it was made after whatever follows this page
@@ -52,7 +53,8 @@ void NewRunScriptViewController::makeText() {
 void NewRunScriptViewController::redraw() {
   redrawButtons();
   const Localize& localize = m_program.foundation.localize;
-  m_hint->setText(qt(m_script.isWriting() ? localize.saveTheScriptToGoOn() : localize.chooseOrWriteAScript()));
+  m_hint->setText(qt(m_script.isWriting() ? CreationTexts(localize).saveTheScriptToGoOn()
+                                          : CreationTexts(localize).chooseOrWriteAScript()));
   m_hint->setVisible(m_script.state() != NewRunScript::State::ready);
   redrawText();
 }

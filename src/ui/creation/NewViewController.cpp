@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "core/app/Program.h"
+#include "core/creation/CreationTexts.h"
 #include "ui/creation/NewNameViewController.h"
 #include "ui/creation/NewRunViewController.h"
 #include "ui/creation/NewTabViewController.h"
@@ -57,7 +58,7 @@ QWidget* NewViewController::makeButtons(const Localize& localize) {
   auto* row = new QHBoxLayout(buttons);
   row->setContentsMargins(0, 0, 0, 0);
   auto* cancel = new QPushButton(qt(localize.cancel()));
-  m_previousButton = new QPushButton(qt(localize.previous()));
+  m_previousButton = new QPushButton(qt(CreationTexts(localize).previous()));
   m_nextButton = new QPushButton;
   cancel->setAutoDefault(false);
   m_previousButton->setAutoDefault(false);

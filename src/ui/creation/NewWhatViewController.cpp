@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "core/app/Program.h"
+#include "core/creation/CreationTexts.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -19,9 +20,10 @@ NewWhatViewController::NewWhatViewController(Program& program, NewController& co
   layout->addWidget(new QLabel(qt(controller.what.title())));
   const auto icon = [&icons](const char* name) { return icons.icon(Image::named(name)); };
   using Run = New::Run;
-  addChoice(Run::application, localize.application(), localize.applicationHint(), icon("application-x-executable"));
-  addChoice(Run::script, localize.script(), localize.scriptHint(), icon("text-x-script"));
-  addChoice(Run::command, localize.command(), localize.commandHint(), icon("utilities-terminal"));
+  addChoice(Run::application, localize.application(), CreationTexts(localize).applicationHint(),
+            icon("application-x-executable"));
+  addChoice(Run::script, CreationTexts(localize).script(), CreationTexts(localize).scriptHint(), icon("text-x-script"));
+  addChoice(Run::command, localize.command(), CreationTexts(localize).commandHint(), icon("utilities-terminal"));
   layout->addStretch();
   connect(m_buttons, &QButtonGroup::idToggled, this, [this](int id, bool isOn) {
     if (isOn) newController.what.choose(static_cast<Run>(id));

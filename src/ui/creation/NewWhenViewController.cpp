@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "core/app/Program.h"
+#include "core/creation/CreationTexts.h"
 #include "ui/creation/ElidedLabel.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/support/Controls.h"
@@ -25,7 +26,8 @@ NewWhenViewController::NewWhenViewController(Program& program, NewController& co
       m_ruleEditor(new ScheduledRuleEditor(program.scheduledController)),
       m_watchedFolderLabel(new ElidedLabel),
       m_sentence(new ValueText(QString())),
-      m_nextRunsTitle(new SecondaryLabel(qt(program.foundation.localize.nextRunsTitle()) + QLatin1Char(':'))),
+      m_nextRunsTitle(
+          new SecondaryLabel(qt(CreationTexts(program.foundation.localize).nextRunsTitle()) + QLatin1Char(':'))),
       m_nextRuns(new SecondaryLabel(QString())) {
   m_runAtLoadButton->setObjectName(QStringLiteral("runAtLoadButton"));
   m_keepAliveButton->setObjectName(QStringLiteral("keepAliveButton"));
@@ -70,7 +72,7 @@ QWidget* NewWhenViewController::makeWatchedFolder() {
   row->setContentsMargins(0, 0, 0, 0);
   auto* choose = new QPushButton(qt(localize.ellipsis().choose()));
   choose->setAutoDefault(false);
-  row->addWidget(new QLabel(qt(localize.watchedFolder()) + QLatin1Char(':')));
+  row->addWidget(new QLabel(qt(CreationTexts(localize).watchedFolder()) + QLatin1Char(':')));
   row->addWidget(m_watchedFolderLabel, 1);
   row->addWidget(choose);
   connect(choose, &QPushButton::clicked, this, [this] { newController.when.chooseWatchedFolder(optionHeld()); });

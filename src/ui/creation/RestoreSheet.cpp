@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "core/app/Program.h"
+#include "core/creation/CreationTexts.h"
 #include "core/creation/RestoreDeleted.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
@@ -27,12 +28,12 @@ RestoreSheet::RestoreSheet(Program& program, QWidget& window)
       m_list(new QTreeWidget),
       m_restoreButton(new QPushButton) {
   const Localize& localize = program.foundation.localize;
-  setWindowTitle(qt(localize.restoreDeleted()));
+  setWindowTitle(qt(CreationTexts(localize).restoreDeleted()));
   makeList();
-  auto* const hint = new QLabel(qt(localize.deletedJobsAreKept(DeletedJobs::days)));
+  auto* const hint = new QLabel(qt(CreationTexts(localize).deletedJobsAreKept(DeletedJobs::days)));
   hint->setWordWrap(true);
   auto* const buttons = new QDialogButtonBox;
-  m_restoreButton->setText(qt(localize.restore()));
+  m_restoreButton->setText(qt(CreationTexts(localize).restore()));
   m_restoreButton->setObjectName(QStringLiteral("restoreButton"));
   m_restoreButton->setDefault(true);
   buttons->addButton(m_restoreButton, QDialogButtonBox::AcceptRole);
@@ -55,13 +56,13 @@ RestoreSheet::RestoreSheet(Program& program, QWidget& window)
 void RestoreSheet::makeList() {
   const Localize& localize = m_program.foundation.localize;
   m_list->setObjectName(QStringLiteral("deletedJobs"));
-  m_list->setAccessibleName(qt(localize.restoreDeleted()));
+  m_list->setAccessibleName(qt(CreationTexts(localize).restoreDeleted()));
   m_list->setRootIsDecorated(false);
   m_list->setUniformRowHeights(true);
   m_list->setAllColumnsShowFocus(true);
   m_list->setTextElideMode(Qt::ElideMiddle);
-  m_list->setHeaderLabels({qt(localize.name()), qt(localize.kind()), qt(localize.file()), qt(localize.deleted()),
-                           qt(localize.keptUntil())});
+  m_list->setHeaderLabels({qt(localize.name()), qt(localize.kind()), qt(CreationTexts(localize).file()),
+                           qt(CreationTexts(localize).deleted()), qt(CreationTexts(localize).keptUntil())});
 }
 
 void RestoreSheet::fill() {
@@ -73,7 +74,7 @@ void RestoreSheet::fill() {
   }
   const bool isEmpty = m_list->topLevelItemCount() == 0;
   if (isEmpty) {
-    auto* const note = new QTreeWidgetItem(m_list, {qt(m_program.foundation.localize.noDeletedJobs())});
+    auto* const note = new QTreeWidgetItem(m_list, {qt(CreationTexts(m_program.foundation.localize).noDeletedJobs())});
     note->setFlags(Qt::NoItemFlags);
   } else {
     m_list->setCurrentItem(m_list->topLevelItem(0));

@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <QTextBlock>
 
+#include "core/editor/EditorTexts.h"
 #include "core/editor/LineDiff.h"
 #include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
@@ -55,7 +56,7 @@ CompareSheet::CompareSheet(const Localize& localize, const Versions& versions, s
     : QDialog(window) {
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowModality(Qt::WindowModal);
-  setWindowTitle(qt(localize.compare()));
+  setWindowTitle(qt(EditorTexts(localize).compare()));
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(makeTexts(localize, versions), 1);
   auto* buttons = new QDialogButtonBox;
@@ -65,8 +66,8 @@ CompareSheet::CompareSheet(const Localize& localize, const Versions& versions, s
     button->setDefault(choice == Choice::Neither);
     connect(button, &QPushButton::clicked, this, [this, choice] { done(static_cast<int>(choice)); });
   };
-  addButton(localize.keepMine(), QDialogButtonBox::AcceptRole, Choice::Mine);
-  addButton(localize.takeTheirs(), QDialogButtonBox::DestructiveRole, Choice::Theirs);
+  addButton(EditorTexts(localize).keepMine(), QDialogButtonBox::AcceptRole, Choice::Mine);
+  addButton(EditorTexts(localize).takeTheirs(), QDialogButtonBox::DestructiveRole, Choice::Theirs);
   addButton(localize.cancel(), QDialogButtonBox::RejectRole, Choice::Neither);
   connect(this, &QDialog::finished, this, [completion = std::move(completion)](int choice) {
     completion(static_cast<Choice>(choice));  // of a dialog that was rejected: neither
@@ -79,10 +80,10 @@ QWidget* CompareSheet::makeTexts(const Localize& localize, const Versions& versi
   auto* grid = new QGridLayout(texts);
   grid->setContentsMargins(0, 0, 0, 0);
   const auto lines = lineDiff(versions.mine, versions.theirs);
-  auto* mine = makeText(lines, DiffLine::In::mine, qt(localize.yourVersion()));
-  auto* theirs = makeText(lines, DiffLine::In::theirs, qt(localize.versionOnDisk()));
-  grid->addWidget(new QLabel(qt(localize.yourVersion())), 0, 0);
-  grid->addWidget(new QLabel(qt(localize.versionOnDisk())), 0, 1);
+  auto* mine = makeText(lines, DiffLine::In::mine, qt(EditorTexts(localize).yourVersion()));
+  auto* theirs = makeText(lines, DiffLine::In::theirs, qt(EditorTexts(localize).versionOnDisk()));
+  grid->addWidget(new QLabel(qt(EditorTexts(localize).yourVersion())), 0, 0);
+  grid->addWidget(new QLabel(qt(EditorTexts(localize).versionOnDisk())), 0, 1);
   grid->addWidget(mine, 1, 0);
   grid->addWidget(theirs, 1, 1);
   for (auto bar : {&QPlainTextEdit::verticalScrollBar, &QPlainTextEdit::horizontalScrollBar}) {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/editor/EditorTexts.h"
 #include "core/editor/JobDetails.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/session/Editing.h"
@@ -22,7 +23,7 @@ namespace {
 constexpr int narrowest = 420;
 
 QWidget* makeNoSelection(const Localize& localize) {
-  auto* label = new SecondaryLabel(qt(localize.noSelection()));
+  auto* label = new SecondaryLabel(qt(EditorTexts(localize).noSelection()));
   label->setMinimumWidth(narrowest);
   label->setAlignment(Qt::AlignCenter);
   QFont font = label->font();
@@ -44,7 +45,7 @@ DetailViewController::DetailViewController(const EditorContext& context, QWidget
                              static_cast<QWidget*>(m_otherJob)}) {
     addWidget(tab);
   }
-  setAccessibleName(qt(context.foundation.localize.details()));
+  setAccessibleName(qt(EditorTexts(context.foundation.localize).details()));
   m_context.shell.detail = this;
 }
 

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "core/base/Const.h"
+#include "core/editor/EditorTexts.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "core/text/Bidirectional.h"
@@ -123,7 +124,7 @@ void EditTableView::makeButtons() {
   const auto named = [&](const std::string& title) {
     return bidirectionalString({title, m_key}, Const::separator, m_localize.isRightToLeft());
   };
-  m_addButton = symbolButton("list-add", named(m_localize.add()));
+  m_addButton = symbolButton("list-add", named(EditorTexts(m_localize).add()));
   m_deleteButton = symbolButton("list-remove", named(m_localize.delete_()));
   connect(m_addButton, &QToolButton::clicked, this, [this] { add(); });
   connect(m_deleteButton, &QToolButton::clicked, this, [this] { deleteSelected(); });

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/base/Const.h"
+#include "core/editor/EditorTexts.h"
 #include "core/schedule/ScheduledController.h"
 #include "core/session/Platform.h"
 #include "core/text/Bidirectional.h"
@@ -195,9 +196,9 @@ FieldForm::Entry FieldForm::makePath(const Field& field) {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(text, 1);
   const Localize& localize = m_section.localize();
-  auto* const button = new QPushButton(qt(localize.path()));
-  button->setAccessibleName(
-      qt(bidirectionalString({localize.path(), std::string(field.key)}, Const::separator, localize.isRightToLeft())));
+  auto* const button = new QPushButton(qt(EditorTexts(localize).path()));
+  button->setAccessibleName(qt(bidirectionalString({EditorTexts(localize).path(), std::string(field.key)},
+                                                   Const::separator, localize.isRightToLeft())));
   connect(button, &QPushButton::clicked, this, [this, &field, text] { choose(field, *text); });
   layout->addWidget(button);
   row->setObjectName(qt(field.key) + QLatin1String("Row"));
@@ -219,7 +220,7 @@ void FieldForm::choose(const Field& field, QLineEdit& text) {
 FieldForm::Entry FieldForm::makePopUp(const Field& field) {
   auto* const popUp = new QComboBox;
   guardFromWheel(*popUp);
-  popUp->addItem(qt(m_section.localize().noValue()));
+  popUp->addItem(qt(EditorTexts(m_section.localize()).noValue()));
   for (const Field::Choice& choice : field.choices) {
     popUp->addItem(qt(choice.text), qt(choice.text));
     popUp->setItemData(popUp->count() - 1, helpText(choice.help), Qt::ToolTipRole);

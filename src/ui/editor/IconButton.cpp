@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <optional>
 
+#include "core/editor/EditorTexts.h"
 #include "core/editor/IconEditing.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
@@ -59,13 +60,15 @@ IconButton::IconButton(const EditorContext& context) : m_context(context) {
   setAutoRaise(true);
   setAcceptDrops(true);
   setPopupMode(InstantPopup);
-  setAccessibleName(qt(localize.icon()));
-  setToolTip(qt(localize.icon()));
+  setAccessibleName(qt(EditorTexts(localize).icon()));
+  setToolTip(qt(EditorTexts(localize).icon()));
   auto* menu = new QMenu(this);
-  menu->addAction(IconLoader::symbol("document-open"), qt(localize.chooseIcon()), this, [this] { choose(); });
-  QAction* remove = menu->addAction(IconLoader::symbol("edit-delete"), qt(localize.removeIcon()), this, [this] {
-    if (const auto job = m_context.selection.job()) m_context.iconEditing.removeIcon(job);
-  });
+  menu->addAction(IconLoader::symbol("document-open"), qt(EditorTexts(localize).chooseIcon()), this,
+                  [this] { choose(); });
+  QAction* remove =
+      menu->addAction(IconLoader::symbol("edit-delete"), qt(EditorTexts(localize).removeIcon()), this, [this] {
+        if (const auto job = m_context.selection.job()) m_context.iconEditing.removeIcon(job);
+      });
   connect(menu, &QMenu::aboutToShow, remove, [this, remove] {
     const auto job = m_context.selection.job();
     remove->setEnabled(job && job->customIcon);
@@ -86,7 +89,7 @@ void IconButton::use(const fs::path& picture) {
   const std::string png = pngOf(picture);
   if (!png.empty()) return m_context.iconEditing.setIcon(job, png);
   const Localize& localize = m_context.foundation.localize;
-  m_context.platform.interface.error(localize.thePictureCouldntBeRead(), picture.string());
+  m_context.platform.interface.error(EditorTexts(localize).thePictureCouldntBeRead(), picture.string());
 }
 
 void IconButton::dragEnterEvent(QDragEnterEvent* event) {

@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "core/editor/EditorTexts.h"
 #include "core/session/Selection.h"
 #include "ui/editor/GeneralSection.h"
 #include "ui/editor/SectionGrid.h"
@@ -12,7 +13,7 @@
 namespace mirvel::ui {
 
 JobDetailsView::JobDetailsView(const EditorContext& context)
-    : StackScrollView(qt(context.foundation.localize.details())), m_context(context) {}
+    : StackScrollView(qt(EditorTexts(context.foundation.localize).details())), m_context(context) {}
 
 void JobDetailsView::updateDetail() {
   const auto job = m_context.selection.job();

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 
+#include "core/editor/EditorTexts.h"
 #include "core/mainwindow/MenuController.h"
 #include "ui/editor/ButtonBar.h"
 #include "ui/editor/FocusPlace.h"
@@ -15,7 +16,7 @@
 namespace mirvel::ui {
 
 LaunchdDisplayViewController::LaunchdDisplayViewController(const EditorContext& theContext)
-    : LaunchdViewController(theContext), m_editButton(new QPushButton(qt(localize().edit()))) {
+    : LaunchdViewController(theContext), m_editButton(new QPushButton(qt(EditorTexts(localize()).edit()))) {
   auto* bar = new ButtonBar;
   auto* reveal = new QPushButton(qt(localize().revealInFinder()));
   bar->row().addWidget(reveal);

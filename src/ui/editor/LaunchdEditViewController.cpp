@@ -9,6 +9,7 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "core/editor/EditorTexts.h"
 #include "core/editor/SectionRows.h"
 #include "ui/editor/ButtonBar.h"
 #include "ui/editor/CompareSheet.h"
@@ -54,7 +55,7 @@ LaunchdEditViewController::~LaunchdEditViewController() = default;
 
 void LaunchdEditViewController::makeButtons() {
   auto* bar = new ButtonBar;
-  m_helpButton = symbolButton("help-contents", localize().help());
+  m_helpButton = symbolButton("help-contents", EditorTexts(localize()).help());
   m_saveProgressIndicator = new QProgressBar;
   m_saveProgressIndicator->setRange(0, 0);
   m_saveProgressIndicator->setMaximumWidth(80);

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "core/editor/EditorTexts.h"
 #include "core/session/Selection.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Labels.h"
@@ -41,7 +42,7 @@ void discard(QWidget* widget) {
 LaunchdViewController::LaunchdViewController(const EditorContext& theContext)
     : m_context(theContext),
       m_pane(new QVBoxLayout(this)),
-      m_scrollView(new StackScrollView(qt(theContext.foundation.localize.details()))) {
+      m_scrollView(new StackScrollView(qt(EditorTexts(theContext.foundation.localize).details()))) {
   m_pane->setContentsMargins(0, 0, 0, 0);
   m_pane->setSpacing(0);
   m_pane->addWidget(m_scrollView, 1);

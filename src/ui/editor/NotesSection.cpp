@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
+#include "core/editor/EditorTexts.h"
 #include "core/editor/NotesStore.h"
 #include "core/session/Selection.h"
 #include "ui/editor/GrowingText.h"
@@ -42,7 +43,7 @@ bool keepsOwnUndo(const QWidget& field) {
 }
 
 NotesSection::NotesSection(const EditorContext& theContext) : Section(theContext), m_textField(new NoteField) {
-  m_textField->setAccessibleName(qt(localize().notes()));
+  m_textField->setAccessibleName(qt(EditorTexts(localize()).notes()));
   m_textField->setObjectName(QStringLiteral("notesTextField"));
   keepOwnUndo(*m_textField);
   auto* grid = new SectionGrid(this);

@@ -11,6 +11,7 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "core/editor/EditorTexts.h"
 #include "core/locale/Dates.h"
 #include "ui/support/Controls.h"
 #include "ui/support/FlowLayout.h"
@@ -33,7 +34,7 @@ std::string nameOf(Kind kind, std::size_t position, const Localize& localize) {
   if (position == 0) return localize.kind();
   switch (kind) {
     case Kind::repeatInterval:
-      return position == 1 ? localize.unit() : localize.repeatInterval();
+      return position == 1 ? EditorTexts(localize).unit() : localize.repeatInterval();
     case Kind::everyHour:
       return localize.lowercase().minute();
     case Kind::everyDay:
@@ -45,11 +46,11 @@ std::string nameOf(Kind kind, std::size_t position, const Localize& localize) {
       if (position == 1) return localize.dayOfMonth();
       break;
     case Kind::dayOfYear:
-      if (position == 1) return localize.month();
+      if (position == 1) return EditorTexts(localize).month();
       if (position == 2) return localize.dayOfMonth();
       break;
   }
-  return localize.time();
+  return EditorTexts(localize).time();
 }
 
 Kind kindOf(const RuleRow& row, const Criteria& kinds) {
@@ -72,8 +73,8 @@ RuleRowView::RuleRowView(const Localize& localize, QWidget* parent)
       m_localize(localize),
       m_flow(new FlowLayout),
       m_untold(new SecondaryLabel(QString(), this)),
-      m_remove(symbolButton("list-remove", localize.removeRule(), this)),
-      m_add(symbolButton("list-add", localize.addRule(), this)) {
+      m_remove(symbolButton("list-remove", EditorTexts(localize).removeRule(), this)),
+      m_add(symbolButton("list-add", EditorTexts(localize).addRule(), this)) {
   auto* lines = new QVBoxLayout(this);
   lines->setContentsMargins(0, 0, 0, 0);
   auto* layout = new QHBoxLayout;

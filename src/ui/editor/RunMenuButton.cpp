@@ -3,6 +3,7 @@
 #include <QMenu>
 #include <QPointer>
 
+#include "core/editor/EditorTexts.h"
 #include "core/editor/RunMenu.h"
 #include "core/locale/Localize.h"
 #include "core/session/Shell.h"
@@ -21,7 +22,7 @@ RunMenuButton::RunMenuButton(const Platform& platform, const Shell& shell, const
       m_localize(localize),
       m_field(field),
       m_menu(new QMenu(this)) {
-  const QString name = qt(localize.actions());
+  const QString name = qt(EditorTexts(localize).actions());
   setIcon(IconLoader::symbol("view-more"));
   setAccessibleName(name);
   setToolTip(name);
@@ -38,14 +39,14 @@ void RunMenuButton::fill() {
   m_menu->clear();
   m_menu->addAction(qt(m_localize.ellipsis().choose()), this, [this] { choose(); });
   if (content.offersTest) {
-    m_menu->addAction(qt(m_localize.test()), this, [this] { m_shell.segues.at(String::test)(); });
+    m_menu->addAction(qt(EditorTexts(m_localize).test()), this, [this] { m_shell.segues.at(String::test)(); });
   }
   if (!content.file) return;
   m_menu->addSeparator();
   m_menu->addAction(qt(m_localize.revealInFinder()), this,
                     [this, file = *content.file] { m_platform.workspace.reveal(URL::file(file)); });
   if (!content.offersEdit) return;
-  m_menu->addAction(qt(m_localize.editScript()).remove(QChar(0x2026)).trimmed(), this,
+  m_menu->addAction(qt(EditorTexts(m_localize).editScript()).remove(QChar(0x2026)).trimmed(), this,
                     [this, file = *content.file] { m_shell.editScript(URL::file(file)); });
 }
 

@@ -5,6 +5,7 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include "core/editor/EditorTexts.h"
 #include "core/editor/RunMenu.h"
 #include "ui/support/InvalidData.h"
 #include "ui/support/QtText.h"
@@ -77,7 +78,7 @@ void RunTextField::markInvalid(const QString& what) {
 void RunTextField::markMissing(const std::vector<std::filesystem::path>& files, const Localize& localize) {
   QStringList names;
   for (const auto& file : files) names.append(displayText(file));
-  markInvalid(names.isEmpty() ? QString() : qt(localize.notFound(utf8(names.join(QStringLiteral(", "))))));
+  markInvalid(names.isEmpty() ? QString() : qt(EditorTexts(localize).notFound(utf8(names.join(QStringLiteral(", "))))));
 }
 
 void RunTextField::keyPressEvent(QKeyEvent* event) {

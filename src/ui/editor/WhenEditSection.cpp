@@ -1,6 +1,7 @@
 #include <QLabel>
 
 #include "core/base/Const.h"
+#include "core/editor/EditorTexts.h"
 #include "core/text/Bidirectional.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
@@ -88,7 +89,7 @@ void WhenEditSection::scheduled(bool isOn) {
 }
 
 void WhenEditSection::updateScheduledHelp() {
-  const std::string verb = m_scheduledButton->isChecked() ? localize().hide() : localize().show();
+  const std::string verb = m_scheduledButton->isChecked() ? EditorTexts(localize()).hide() : localize().show();
   m_scheduledButton->setToolTip(
       qt(bidirectionalString({verb, scheduleKeys}, Const::separator, localize().isRightToLeft())));
 }

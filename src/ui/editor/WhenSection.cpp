@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "core/editor/EditorTexts.h"
 #include "core/explain/NextRuns.h"
 #include "core/ports/Clock.h"
 #include "core/schedule/Scheduled.h"
@@ -72,7 +73,7 @@ WhenDisplaySection::WhenDisplaySection(const EditorContext& theContext)
     : WhenSection(theContext),
       m_runAtLoadButton(new CheckBox(qt(localize().atStartupAndWhenSaving()))),
       m_keepAliveButton(new CheckBox(qt(localize().launchAgainIfItCrashes()))),
-      m_startOnMountButton(new CheckBox(qt(localize().mountingLogicalVolume()))) {
+      m_startOnMountButton(new CheckBox(qt(EditorTexts(localize()).mountingLogicalVolume()))) {
   layOut(*m_runAtLoadButton, *m_keepAliveButton, *m_startOnMountButton);
   m_scheduledRuleEditor->setEditable(false);
 }

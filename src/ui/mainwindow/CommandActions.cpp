@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 
+#include "core/mainwindow/MainMenuTexts.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
@@ -36,7 +37,7 @@ void CommandActions::add(Command command, const std::string& title, const char* 
 }
 
 void CommandActions::addFileCommands() {
-  const auto texts = m_program.foundation.localize.mainMenu();
+  const auto texts = MainMenuTexts(m_program.foundation.localize);
   add(Command::new_, texts.newJob(), "list-add", {QKeySequence(QKeySequence::New)});
   add(Command::edit, texts.editJob(), "document-edit", {QKeySequence(Qt::CTRL | Qt::Key_E)});
   add(Command::save, texts.save(), "document-save", {QKeySequence(QKeySequence::Save)});
@@ -56,7 +57,7 @@ void CommandActions::addFileCommands() {
 }
 
 void CommandActions::addViewCommands() {
-  const auto texts = m_program.foundation.localize.mainMenu();
+  const auto texts = MainMenuTexts(m_program.foundation.localize);
   add(Command::filter, texts.filter(), "edit-find", {QKeySequence(QKeySequence::Find)});
   add(Command::grid, texts.asGrid(), "view-grid", {QKeySequence(Qt::CTRL | Qt::Key_1)});
   add(Command::tree, texts.asTree(), "view-tree", {QKeySequence(Qt::CTRL | Qt::Key_2)});
@@ -68,7 +69,7 @@ void CommandActions::addViewCommands() {
 }
 
 void CommandActions::addHelpCommands() {
-  const auto texts = m_program.foundation.localize.mainMenu();
+  const auto texts = MainMenuTexts(m_program.foundation.localize);
   add(Command::help, texts.pages(), "help-contents", {QKeySequence(QKeySequence::HelpContents)});
   add(Command::manLaunchdplist, texts.manual());
   add(Command::site, texts.site());

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "core/mainwindow/ModeRules.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/mainwindow/JobMenuItems.h"
 #include "ui/support/QtText.h"
 
@@ -20,7 +21,7 @@ GridModeView::GridModeView(Program& program, IconLoader& icons, QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_grid);
   setFocusProxy(m_grid);
-  m_grid->setAccessibleName(qt(program.foundation.localize.jobs()));
+  m_grid->setAccessibleName(qt(WindowTexts(program.foundation.localize).jobs()));
   takeGroups();
   m_grid->setModel(&m_model);
   connectGrid();

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
@@ -26,7 +27,7 @@ void HostLine::show(const std::optional<std::string>& failure) {
   setVisible(failure.has_value());
   const auto selectable = Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard;
   m_text->setTextInteractionFlags(failure ? Qt::TextInteractionFlags(selectable) : Qt::NoTextInteraction);
-  m_text->setText(failure ? qt(m_program.foundation.localize.jobsDontRun(*failure)) : QString());
+  m_text->setText(failure ? qt(WindowTexts(m_program.foundation.localize).jobsDontRun(*failure)) : QString());
   if (!failure) return;
   QAccessibleEvent event(m_text, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);

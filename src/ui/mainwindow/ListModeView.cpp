@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/mainwindow/JobMenuItems.h"
 #include "ui/support/QtText.h"
 
@@ -24,7 +25,7 @@ ListModeView::ListModeView(Program& program, IconLoader& icons, QWidget* parent)
   layout->addWidget(m_table);
   setFocusProxy(m_table);
   m_table->setFrameShape(QFrame::NoFrame);
-  m_table->setAccessibleName(qt(program.foundation.localize.jobs()));
+  m_table->setAccessibleName(qt(WindowTexts(program.foundation.localize).jobs()));
   m_table->setModel(&m_model);
   connectTable();
   setInitialWidths();
@@ -146,8 +147,10 @@ void ListModeView::showHeaderMenu(const QPoint& position) {
   QFont font = menu->font();
   font.setPointSize(11);
   menu->setFont(font);
-  menu->addAction(qt(localize.rightSizeThisColumn()), this, [this, column] { m_table->rightSize(column); });
-  menu->addAction(qt(localize.rightSizeAllColumnsIndividually()), this, [this] { m_table->rightSizeAll(); });
+  menu->addAction(qt(WindowTexts(localize).rightSizeThisColumn()), this,
+                  [this, column] { m_table->rightSize(column); });
+  menu->addAction(qt(WindowTexts(localize).rightSizeAllColumnsIndividually()), this,
+                  [this] { m_table->rightSizeAll(); });
   menu->addSeparator();
   addColumnItems(*menu);
   menu->popup(m_table->header()->mapToGlobal(position));

@@ -4,8 +4,10 @@
 #include <QMainWindow>
 #include <QMenuBar>
 
+#include "core/mainwindow/MainMenuTexts.h"
 #include "core/mainwindow/RevisionMenu.h"
 #include "core/mainwindow/ShareItems.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/mainwindow/EditActions.h"
 #include "ui/mainwindow/ListModeView.h"
 #include "ui/mainwindow/ModeTabs.h"
@@ -35,7 +37,7 @@ void MainMenu::add(QMenu& menu, std::initializer_list<Command> commands) {
 }
 
 void MainMenu::makeFileMenu() {
-  const auto texts = m_program.foundation.localize.mainMenu();
+  const auto texts = MainMenuTexts(m_program.foundation.localize);
   QMenu* menu = addMenu(texts.file());
   add(*menu, {Command::new_, Command::importAction});
   menu->addSeparator();
@@ -70,19 +72,19 @@ void MainMenu::fillRevisions(QMenu& menu) {
                    [this, revision = item.revision] { insertRevision(m_program.windowContext, revision); });
   }
   menu.addSeparator();
-  menu.addAction(qt(m_program.foundation.localize.deleteRevisions()), this,
+  menu.addAction(qt(WindowTexts(m_program.foundation.localize).deleteRevisions()), this,
                  [this] { confirmDeleteRevisions(m_program.windowContext); });
 }
 
 void MainMenu::makeEditMenu() {
-  QMenu* menu = addMenu(m_program.foundation.localize.mainMenu().edit());
+  QMenu* menu = addMenu(MainMenuTexts(m_program.foundation.localize).edit());
   addEditActions(*menu, m_program, m_details);
   menu->addSeparator();
   add(*menu, {Command::filter});
 }
 
 void MainMenu::makeViewMenu() {
-  const auto texts = m_program.foundation.localize.mainMenu();
+  const auto texts = MainMenuTexts(m_program.foundation.localize);
   QMenu* menu = addMenu(texts.view());
   add(*menu, {Command::grid, Command::tree, Command::list, Command::timeline});
   menu->addSeparator();
@@ -99,7 +101,7 @@ void MainMenu::makeViewMenu() {
 }
 
 void MainMenu::makeHelpMenu() {
-  QMenu* menu = addMenu(m_program.foundation.localize.mainMenu().help());
+  QMenu* menu = addMenu(MainMenuTexts(m_program.foundation.localize).help());
   add(*menu, {Command::help, Command::manLaunchdplist, Command::site, Command::mailSupport});
   menu->addSeparator();
   add(*menu, {Command::checkForUpdates, Command::about});

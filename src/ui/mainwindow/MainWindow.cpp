@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "core/base/Const.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/editor/DetailViewController.h"
 #include "ui/mainwindow/HostLine.h"
 #include "ui/mainwindow/ListModeView.h"
@@ -165,7 +166,7 @@ void MainWindow::showAbout() {
   about->setAttribute(Qt::WA_DeleteOnClose);
   about->setIconPixmap(QApplication::windowIcon().pixmap(64));
   about->setText(qt(Const::AppName::mirvel) + QLatin1Char(' ') + QApplication::applicationVersion());
-  about->setInformativeText(qt(m_program.foundation.localize.aboutText()));
+  about->setInformativeText(qt(WindowTexts(m_program.foundation.localize).aboutText()));
   about->open();
 }
 

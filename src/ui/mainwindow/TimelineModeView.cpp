@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/mainwindow/JobMenuItems.h"
 #include "ui/mainwindow/TimelineDelegate.h"
 #include "ui/support/QtText.h"
@@ -22,7 +23,7 @@ TimelineModeView::TimelineModeView(Program& program, QWidget* parent, TimelineMo
   layout->addWidget(m_table);
   setFocusProxy(m_table);
   m_table->setFrameShape(QFrame::NoFrame);
-  m_table->setAccessibleName(qt(program.foundation.localize.timeline()));
+  m_table->setAccessibleName(qt(WindowTexts(program.foundation.localize).timeline()));
   m_table->setItemDelegate(m_delegate);
   m_table->setModel(&m_model);
   m_delegate->measure(m_table->font());

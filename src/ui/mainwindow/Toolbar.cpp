@@ -7,6 +7,7 @@
 #include <QScopedValueRollback>
 #include <QShortcut>
 
+#include "core/mainwindow/WindowTexts.h"
 #include "core/session/CurrentMode.h"
 #include "ui/mainwindow/MainMenu.h"
 #include "ui/support/FilterField.h"
@@ -27,7 +28,7 @@ QWidget* newSpace() {
 }  // namespace
 
 Toolbar::Toolbar(Program& program, QWidget* parent)
-    : QToolBar(qt(program.foundation.localize.toolbar()), parent),
+    : QToolBar(qt(WindowTexts(program.foundation.localize).toolbar()), parent),
       m_program(program),
       m_delay(program.platform.mainQueue) {
   const Localize& localize = program.foundation.localize;
@@ -41,8 +42,8 @@ Toolbar::Toolbar(Program& program, QWidget* parent)
   addWidget(newSpace());
   addFilter();
   addShare();
-  addCommand(ToolbarItem::log, Command::log, "text-x-log", localize.log());
-  addCommand(ToolbarItem::info, Command::info, "document-properties", localize.info());
+  addCommand(ToolbarItem::log, Command::log, "text-x-log", WindowTexts(localize).log());
+  addCommand(ToolbarItem::info, Command::info, "document-properties", WindowTexts(localize).info());
   m_loadingChanged = program.notifications.loadingChanged.subscribe([this] {
     // A scan takes a moment only; disabling the controls for each would make them flicker.
     if (!m_program.scanning.isBusy()) m_delay(0, [this] { validate(); });
@@ -60,7 +61,7 @@ void Toolbar::addCommand(ToolbarItem item, Command command, const char* symbol, 
 void Toolbar::addModes() {
   const Localize& localize = m_program.foundation.localize;
   auto* segments = new QWidget;
-  segments->setAccessibleName(qt(localize.mode()));
+  segments->setAccessibleName(qt(WindowTexts(localize).mode()));
   auto* layout = new QHBoxLayout(segments);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -73,10 +74,10 @@ void Toolbar::addModes() {
     layout->addWidget(button);
     m_modes[mode] = button;
   };
-  add(Mode::grid, "view-grid", localize.grid());
-  add(Mode::tree, "view-tree", localize.tree());
-  add(Mode::list, "view-list", localize.list());
-  add(Mode::timeline, "view-timeline", localize.timeline());
+  add(Mode::grid, "view-grid", WindowTexts(localize).grid());
+  add(Mode::tree, "view-tree", WindowTexts(localize).tree());
+  add(Mode::list, "view-list", WindowTexts(localize).list());
+  add(Mode::timeline, "view-timeline", WindowTexts(localize).timeline());
   addWidget(segments);
   connect(group, &QButtonGroup::idToggled, this, [this](int id, bool isOn) {
     if (isOn && !m_isMarking) m_program.mainWindow.switchMode(static_cast<Mode>(id));
@@ -95,7 +96,7 @@ void Toolbar::addFilter() {
 }
 
 void Toolbar::addShare() {
-  QToolButton* button = symbolButton("document-send", m_program.foundation.localize.share());
+  QToolButton* button = symbolButton("document-send", WindowTexts(m_program.foundation.localize).share());
   auto* menu = new QMenu(button);
   menu->setAccessibleName(button->accessibleName());
   connect(menu, &QMenu::aboutToShow, this, [this, menu] { fillShareMenu(*menu, m_program); });

@@ -3,6 +3,7 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/mainwindow/JobMenuItems.h"
 #include "ui/support/QtText.h"
 
@@ -18,7 +19,7 @@ TreeModeView::TreeModeView(Program& program, IconLoader& icons, QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_outline);
   setFocusProxy(m_outline);
-  m_outline->setAccessibleName(qt(program.foundation.localize.jobs()));
+  m_outline->setAccessibleName(qt(WindowTexts(program.foundation.localize).jobs()));
   m_outline->setModel(&m_model);
   connectOutline();
   expandGroups();

@@ -2,13 +2,14 @@
 
 #include <QMenu>
 
+#include "core/mainwindow/MainMenuTexts.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
 std::vector<TextCommand> textCommands(const Localize& localize) {
-  const auto texts = localize.mainMenu();
+  const auto texts = MainMenuTexts(localize);
   return {
       {texts.undo(), "undo", QKeySequence::Undo, "edit-undo"},
       {texts.redo(), "redo", QKeySequence::Redo, "edit-redo"},

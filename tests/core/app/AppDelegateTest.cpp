@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include "core/base/Const.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "core/text/Bytes.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
@@ -182,9 +183,9 @@ TEST_F(AppDelegateTest, AQuitIsHeldBackByEditsAlone) {
   EXPECT_THAT(shell.events, ElementsAre("goodbye", "goodbye"));
   ASSERT_EQ(interface.sheets.size(), 1U);
   const Alert& question = interface.sheets[0].first;
-  EXPECT_EQ(question.message, foundation.localize.unsavedChanges());
-  EXPECT_EQ(question.informativeText, foundation.localize.yourChangesWillBeLostIfYouDontSaveThem());
-  EXPECT_EQ(question.defaultTitle, foundation.localize.check());
+  EXPECT_EQ(question.message, WindowTexts(foundation.localize).unsavedChanges());
+  EXPECT_EQ(question.informativeText, WindowTexts(foundation.localize).yourChangesWillBeLostIfYouDontSaveThem());
+  EXPECT_EQ(question.defaultTitle, WindowTexts(foundation.localize).check());
   EXPECT_EQ(question.alternateTitle, foundation.localize.discardChanges());
   EXPECT_EQ(question.otherTitle, "");
 }

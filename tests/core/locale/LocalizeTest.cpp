@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/editor/EditorTexts.h"
 #include "core/schedule/NumberText.h"
 #include "support/TestData.h"
 
@@ -13,7 +14,7 @@ TEST(LocalizeTest, TheMostSpecificCatalogueIsUsed) {
   if (!std::filesystem::exists(catalogues)) GTEST_SKIP() << "no msgfmt to compile catalogues with";
   const Localize german("de_DE.UTF-8", catalogues);
   EXPECT_EQ(german.discardChanges(), "\u00c4nderungen verwerfen");
-  EXPECT_EQ(german.editScript(), "Skript bearbeiten \u2026");
+  EXPECT_EQ(EditorTexts(german).editScript(), "Skript bearbeiten \u2026");
   EXPECT_EQ(german.lowercase().minutes(), "Minuten");
   EXPECT_EQ(german.cancel(), "Cancel");  // not translated
   EXPECT_EQ(german.format("%@ copy", {"a%@"}), "Kopie von \u201ea%@\u201c");

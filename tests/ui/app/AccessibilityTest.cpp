@@ -4,6 +4,9 @@
 #include <QMenuBar>
 #include <set>
 
+#include "core/creation/CreationTexts.h"
+#include "core/editor/EditorTexts.h"
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/app/ApplicationFixture.h"
 #include "ui/creation/NewViewController.h"
 
@@ -66,7 +69,7 @@ TEST_F(AccessibilityTest, EveryControlHasARoleAndAName) {
 
   const Localize& localize = program().foundation.localize;
   for (const std::string& name :
-       {std::string("alpha"), std::string("/bin/ls"), localize.filter(), localize.jobs(), localize.name(),
+       {std::string("alpha"), std::string("/bin/ls"), localize.filter(), WindowTexts(localize).jobs(), localize.name(),
         localize.revealInFinder(), Column::title(Column::List::scheduled, localize)}) {
     EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
   }
@@ -92,11 +95,11 @@ TEST_F(AccessibilityTest, EveryPageOfANewJobIsTold) {
       controller.currentPage() == New::Page::name ? (void)controller.next() : controller.previous();
     }
     controller.what.choose(run);
-    walkPage(localize.script());
+    walkPage(CreationTexts(localize).script());
     controller.next();
     if (run == New::Run::script) controller.run.script.createNew();
     walkPage(run == New::Run::application ? localize.application()
-             : run == New::Run::script    ? localize.script()
+             : run == New::Run::script    ? CreationTexts(localize).script()
                                           : localize.command());
   }
   controller.run.command.setText("/bin/ls");
@@ -114,9 +117,10 @@ TEST_F(AccessibilityTest, TheEditorIsToldFieldByField) {
   walk(QAccessible::queryAccessibleInterface(&window()), "");
   const Localize& localize = program().foundation.localize;
   for (const std::string& name :
-       {localize.icon(), localize.enabled(), localize.name(), localize.forString(), localize.run(), localize.actions(),
-        std::string("PathState"), std::string("Add – OtherJobEnabled"), localize.addRule(), std::string("UserName"),
-        std::string("Delete – Debug"), localize.notes(), localize.save(), localize.done()}) {
+       {EditorTexts(localize).icon(), localize.enabled(), localize.name(), localize.forString(), localize.run(),
+        EditorTexts(localize).actions(), std::string("PathState"), std::string("Add – OtherJobEnabled"),
+        EditorTexts(localize).addRule(), std::string("UserName"), std::string("Delete – Debug"),
+        EditorTexts(localize).notes(), localize.save(), EditorTexts(localize).done()}) {
     EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
   }
 }

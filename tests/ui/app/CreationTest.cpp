@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "core/actions/ActionTexts.h"
 #include "core/base/Const.h"
 #include "core/creation/ImportController.h"
 #include "ui/app/MachineFixture.h"
@@ -160,7 +161,7 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
   ASSERT_TRUE(QTest::qWaitForWindowActive(&sheet()));
   sheet().findChild<QRadioButton*>()->click();
   press(Qt::Key_Return);
-  answerSheet(program().foundation.localize.saveDisabled());
+  answerSheet(ActionTexts(program().foundation.localize).saveDisabled());
   ASSERT_TRUE(hasJobs(3));
   EXPECT_TRUE(program().selection.job()->isDisabled());
   EXPECT_TRUE(selected().starts_with("org.minute copy")) << "the label stays, and the file gets a name of its own";

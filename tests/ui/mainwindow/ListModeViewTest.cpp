@@ -6,6 +6,7 @@
 #include <QUrl>
 #include <functional>
 
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
@@ -201,7 +202,7 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
   EXPECT_EQ(table().visibleColumns(), (std::vector{List::name, List::run}));
   table().header()->resizeSection(0, 400);
   const int before = table().columnWidth(0);
-  chooseInHeader(foundation.localize.rightSizeThisColumn());
+  chooseInHeader(WindowTexts(foundation.localize).rightSizeThisColumn());
   EXPECT_LT(table().columnWidth(0), before);
 }
 

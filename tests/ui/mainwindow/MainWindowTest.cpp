@@ -7,6 +7,7 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "core/mainwindow/WindowTexts.h"
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
@@ -105,7 +106,7 @@ TEST_F(MainWindowTest, DeletionKeysInAFieldDoNotTriggerShortcuts) {
 TEST_F(MainWindowTest, CheckingAModeButtonByAnyMeansSwitchesTheMode) {
   fill({"alpha"});
   for (auto* segment : window().findChildren<QToolButton*>()) {
-    if (segment->accessibleName() == qt(foundation.localize.tree())) segment->toggle();
+    if (segment->accessibleName() == qt(WindowTexts(foundation.localize).tree())) segment->toggle();
   }
   EXPECT_EQ(program().currentMode.chosen(), Mode::tree);
 }

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <string>
+
+#include "core/locale/Localize.h"
+
+namespace mirvel {
+
+/// The texts of a job's details and their editor.
+class EditorTexts : public Texts {
+ public:
+  using Texts::Texts;
+
+  std::string add() const { return text("Add"); }
+  std::string addRule() const { return text("Add Rule"); }
+  std::string actions() const { return text("Actions"); }
+  std::string anotherProgramChangedTheFile() const {
+    return text(
+        "Another program changed the job’s file after you opened it. Compare the two versions, or choose the one to "
+        "keep.");
+  }
+  std::string aRowHasNoName() const { return text("A row has no name"); }
+  std::string atLogin() const { return text("At login"); }
+  std::string atSystemStart() const { return text("When the system starts"); }
+  std::string chooseIcon() const { return text("Choose Icon…"); }
+  std::string clients() const { return text("Clients"); }
+  std::string compare() const { return text("Compare"); }
+  std::string continueEditing() const { return text("Continue Editing"); }
+  std::string deprecated() const { return text("Deprecated"); }
+  std::string done() const { return text("Done"); }
+  std::string edit() const { return text("Edit"); }
+  std::string editScript() const { return text("Edit Script…"); }
+  std::string fileWasChangedMeanwhile(const std::string& name) const {
+    return format("The file of “%@” has changed", {name});
+  }
+  std::string help() const { return text("Help"); }
+  std::string hide() const { return text("Hide"); }
+  std::string icon() const { return text("Icon"); }
+  std::string identifier() const { return text("Identifier"); }
+  std::string keepMine() const { return text("Keep Mine"); }
+  std::string limits() const { return text("Limits"); }
+  std::string mirvelEndedBeforeYouSavedThem() const {
+    return text("Mirvel ended before you saved them. The job’s file doesn’t contain them yet.");
+  }
+  std::string miscellaneous() const { return text("Miscellaneous"); }
+  std::string month() const { return text("Month"); }
+  std::string moreThanOneRowIsCalled(const std::string& name) const {
+    return format("More than one row is called “%@”", {name});
+  }
+  std::string mountingLogicalVolume() const { return text("Mounting a logical volume"); }
+  std::string noSelection() const { return text("No Selection"); }
+  std::string noValue() const { return text("No Value"); }
+  std::string notFound(const std::string& files) const { return format("Not found: %@", {files}); }
+  std::string notes() const { return text("Notes"); }
+  std::string path() const { return text("Path"); }
+  std::string paths() const { return text("Paths"); }
+  std::string removeIcon() const { return text("Remove Icon"); }
+  std::string removeRule() const { return text("Remove Rule"); }
+  std::string details() const { return text("Details"); }
+  std::string tableCantBeSaved(const std::string& key) const { return format("“%@” can’t be saved", {key}); }
+  std::string takeTheirs() const { return text("Take Theirs"); }
+  std::string test() const { return text("Test"); }
+  std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
+  std::string theJobIsGone(const std::string& folder) const {
+    return format("The job’s own file is gone. A file with your changes is now in the folder “%@”.", {folder});
+  }
+  std::string theJobIsNotShown() const {
+    return text("The job’s file is there, but the job isn’t in the list now. The changes stay kept until it is.");
+  }
+  std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }
+  std::string time() const { return text("Time"); }
+  std::string unit() const { return text("Unit"); }
+  std::string unknown() const { return text("Unknown"); }
+  std::string unsavedChangesWereKept(const std::string& name) const {
+    return format("Your unsaved changes to “%@” were kept", {name});
+  }
+  std::string versionOnDisk() const { return text("Version on Disk"); }
+  std::string whenAClientAsks() const { return text("When one of its clients asks for it"); }
+  std::string yourVersion() const { return text("Your Version"); }
+};
+
+}  // namespace mirvel
