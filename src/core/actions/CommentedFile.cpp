@@ -86,7 +86,7 @@ bool letCommentsGo(const Foundation& foundation, const Platform& platform, Editi
   if (job->isNewFile) return true;
   const auto bytes = readFile(job->url.path(), JobFolder::largestFile);
   if (!bytes || !propertylist::hasComments(*bytes)) return true;
-  const std::string checksum = JobFile::checksumOf(*bytes);
+  const std::string checksum = Checksum::ofFile(*bytes).text();
   if (editing.hasAgreed(job, checksum)) return true;
   if (!mayCommentsGo(foundation, platform.interface, *job)) return false;
   if (const auto kept = keepFile(foundation.roots, platform.clock, job->name, *bytes); !kept) {

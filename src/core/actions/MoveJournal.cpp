@@ -64,7 +64,7 @@ MoveRemedy remedyFor(const MoveJournal::Move& move) {
   const bool isRootsThere = jobLabel(move.roots) == move.label;
   if (isGone(move.users)) return isRootsThere ? MoveRemedy::LoadRoots : MoveRemedy::None;
   const auto users = jobBytes(move.users);
-  if (!users || JobFile::checksumOf(*users) != move.checksum) return MoveRemedy::None;
+  if (!users || Checksum::ofFile(*users).text() != move.checksum) return MoveRemedy::None;
   return isRootsThere ? MoveRemedy::RemoveUsers : MoveRemedy::LoadUsers;
 }
 

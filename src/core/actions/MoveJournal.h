@@ -19,7 +19,7 @@ class MoveJournal {
     URL users;             ///< the file in the user's folder
     URL roots;             ///< the file in one of root's folders
     std::string label;     ///< that root's file has
-    std::string checksum;  ///< of the user's file; see `JobFile::checksumOf`
+    std::string checksum;  ///< of the user's file; see `Checksum`
   };
 
   /// The journal, "Moves.plist", lies in the folder. `troubles` outlives it, and hears what is wrong with a journal

@@ -66,7 +66,7 @@ bool SaveRun::endsOvertaken() {
 bool SaveRun::wasOvertaken() const {
   if (m_job->isNewFile || m_context.selection.job() != m_job) return false;
   const auto bytes = jobBytes(m_plan.from);
-  return bytes && !m_context.editing.expectsInFile(JobFile::checksumOf(*bytes));
+  return bytes && !m_context.editing.expectsInFile(Checksum::ofFile(*bytes).text());
 }
 
 /// Only moves between the user's and root's folders need more than one request. What the user's file holds is noted, so
@@ -74,11 +74,11 @@ bool SaveRun::wasOvertaken() const {
 bool SaveRun::noteMove() {
   const bool toUser = m_job->kind == Kind::userAgent;
   if (!toUser && m_job->originalKind != Kind::userAgent) return true;
-  MoveJournal::Move move{m_plan.to, m_plan.from, m_job->name, JobFile::checksumOf(m_plan.text)};
+  MoveJournal::Move move{m_plan.to, m_plan.from, m_job->name, Checksum::ofFile(m_plan.text).text()};
   if (!toUser) {
     const auto old = jobBytes(m_plan.from);
     if (!old) return true;  // nothing there that could be left
-    move = {m_plan.from, m_plan.to, m_plan.label, JobFile::checksumOf(*old)};
+    move = {m_plan.from, m_plan.to, m_plan.label, Checksum::ofFile(*old).text()};
   }
   const auto noted = m_actions.moves().begin(move);
   if (!noted) m_context.platform.interface.present(noted.error());

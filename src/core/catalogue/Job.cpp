@@ -20,7 +20,7 @@ bool holds(std::string_view text, std::string_view part) {
 
 }  // namespace
 
-Job::Job(Kind theKind, std::string theName, std::string theSummary, std::string theChecksum, URL theURL)
+Job::Job(Kind theKind, std::string theName, std::string theSummary, Checksum theChecksum, URL theURL)
     : kind(theKind),
       originalKind(theKind),
       name(std::move(theName)),

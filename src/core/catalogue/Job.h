@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/base/Image.h"
+#include "core/catalogue/Checksum.h"
 #include "core/catalogue/Kind.h"
 #include "core/files/URL.h"
 #include "core/locale/Collator.h"
@@ -27,7 +28,7 @@ std::optional<std::string> iconStoreName(const URL& url);
 /// from then on. Jobs are owned by `std::shared_ptr`; observers hold `std::weak_ptr`.
 class Job {
  public:
-  Job(Kind theKind, std::string theName, std::string theSummary, std::string theChecksum, URL theURL);
+  Job(Kind theKind, std::string theName, std::string theSummary, Checksum theChecksum, URL theURL);
   virtual ~Job() = default;
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
@@ -36,7 +37,7 @@ class Job {
   Kind originalKind;       ///< the kind of its file; differs from `kind` while a move isn't saved
   const std::string name;  ///< of a launchd job, its label
   const std::string summary;
-  const std::string checksum;  ///< identifies the content, in base64
+  const Checksum checksum;
   URL url;
   std::optional<Image> icon;
   std::optional<std::string> iconPath;          ///< the file that the icon belongs to

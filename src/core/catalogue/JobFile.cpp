@@ -1,7 +1,6 @@
 #include "core/catalogue/JobFile.h"
 
 #include "core/propertylist/Encoding.h"
-#include "core/text/Bytes.h"
 
 namespace mirvel {
 
@@ -14,11 +13,13 @@ SharedText textOf(std::string_view bytes, const std::shared_ptr<const propertyli
   return std::string(bytes);
 }
 
+Checksum checksumOf(std::string_view bytes, const std::shared_ptr<const propertylist::Document>& list) {
+  return list->source() ? Checksum(list) : Checksum::ofFile(bytes);
+}
+
 }  // namespace
 
 std::optional<JobFile> JobFile::read(std::string_view bytes, const URL& url, Console& console) {
-  std::string checksum = checksumOf(bytes);
-  if (checksum.empty()) return std::nullopt;
   auto document = propertylist::read(bytes);
   if (!document) {
     logInvalidFile(document.error(), url, console);
@@ -26,12 +27,8 @@ std::optional<JobFile> JobFile::read(std::string_view bytes, const URL& url, Con
   }
   auto list = std::make_shared<const propertylist::Document>(*std::move(document));
   SharedText text = textOf(bytes, list);
+  Checksum checksum = checksumOf(bytes, list);
   return JobFile{.text = std::move(text), .checksum = std::move(checksum), .list = std::move(list)};
-}
-
-std::string JobFile::checksumOf(std::string_view bytes) {
-  const auto digest = sha256(bytes);
-  return digest ? toBase64(*digest) : std::string();
 }
 
 void logInvalidFile(const Error& error, const URL& url, Console& console) {

@@ -20,9 +20,15 @@ struct DirectoryCloser {
   void operator()(DIR* directory) const { ::closedir(directory); }
 };
 
+std::chrono::nanoseconds sinceEpoch(const timespec& time) {
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
 JobFolder::Stamp stampOf(const struct stat& status) {
-  return {.seconds = modificationTime(status).tv_sec,
-          .nanoseconds = modificationTime(status).tv_nsec,
+  return {.device = static_cast<std::uint64_t>(status.st_dev),
+          .inode = static_cast<std::uint64_t>(status.st_ino),
+          .modified = sinceEpoch(modificationTime(status)),
+          .changed = sinceEpoch(changeTime(status)),
           .size = static_cast<std::uint64_t>(status.st_size),
           .isRegular = S_ISREG(status.st_mode)};
 }
@@ -79,15 +85,13 @@ Result<std::string> JobFolder::read(const std::string& name, const Stamp& stamp)
   const FileDescriptor file = openEntry(name, 0);
   if (!file) return systemError(errno, "read", m_prefix + name);
   // One byte more than expected, so that a short read signals the end.
-  std::string room(stamp.size + 1, '\0');
-  const auto bytes = readAll(file, name, room);
-  if (!bytes) return bytes.error();
-  room.resize(bytes->size());
-  return room;
+  std::string bytes(stamp.size + 1, '\0');
+  if (const auto result = readRest(file, name, bytes, 0); !result) return result.error();
+  return bytes;
 }
 
-Result<std::string_view> JobFolder::readListed(const std::string& name, std::string& room, Stamp* stamp) const {
-  constexpr std::size_t enoughForMost = std::size_t{16} << 10U;
+Result<std::string_view> JobFolder::readListed(const std::string& name, std::span<char> room, std::string& overflow,
+                                               Stamp* stamp) const {
   const FileDescriptor file = openEntry(name, O_NOFOLLOW);
   if (!file) return systemError(errno, "read", m_prefix + name);
   if (stamp) {
@@ -96,21 +100,30 @@ Result<std::string_view> JobFolder::readListed(const std::string& name, std::str
     *stamp = stampOf(status);
     if (!stamp->isRegular) return noRegularFile(m_prefix + name);
   }
-  if (room.size() < enoughForMost) room.resize(enoughForMost);
-  return readAll(file, name, room);
+  const ssize_t count = readUninterrupted(file.number(), room.data(), room.size());
+  if (count < 0) return systemError(errno, "read", m_prefix + name);
+  const std::string_view bytes(room.data(), static_cast<std::size_t>(count));
+  if (bytes.size() < room.size()) return bytes;
+  constexpr std::size_t enoughForMost = std::size_t{16} << 10U;
+  overflow = bytes;
+  overflow.resize(bytes.size() + enoughForMost);
+  if (const auto result = readRest(file, name, overflow, bytes.size()); !result) return result.error();
+  return std::string_view(overflow);
 }
 
-Result<std::string_view> JobFolder::readAll(const FileDescriptor& file, const std::string& name,
-                                            std::string& room) const {
-  std::size_t size = 0;
+/// Reads to the end of the file. The first `size` bytes of `bytes` have been read, the others are room for more.
+Result<void> JobFolder::readRest(const FileDescriptor& file, const std::string& name, std::string& bytes,
+                                 std::size_t size) const {
   while (true) {
-    const ssize_t count = readUninterrupted(file.number(), room.data() + size, room.size() - size);
+    const ssize_t count = readUninterrupted(file.number(), bytes.data() + size, bytes.size() - size);
     if (count < 0) return systemError(errno, "read", m_prefix + name);
     size += static_cast<std::size_t>(count);
     if (size > largestFile) return tooLarge(m_prefix + name);
-    if (count == 0 || size < room.size()) return std::string_view(room).substr(0, size);
-    room.resize(std::min(size * 2, largestFile + 1));
+    if (count == 0 || size < bytes.size()) break;
+    bytes.resize(std::min(size * 2, largestFile + 1));
   }
+  bytes.resize(size);
+  return {};
 }
 
 std::string unreadableJobLine(const std::string& path) {

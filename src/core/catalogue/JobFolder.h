@@ -1,9 +1,11 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,12 +23,17 @@ class JobFolder {
   /// In bytes; larger files aren't job files.
   static constexpr std::size_t largestFile = std::size_t{16} << 20U;
 
-  /// The metadata of an entry, or of a link's target.
+  /// The metadata of an entry, or of a link's target. Equal stamps mean the same content, unless the file was written
+  /// twice within one tick of the file system's clock.
   struct Stamp {
-    std::int64_t seconds = 0;  ///< time of last modification, since 1970
-    long nanoseconds = 0;
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::chrono::nanoseconds modified{};  ///< since 1970
+    std::chrono::nanoseconds changed{};   ///< the last change of content or metadata, which can't be set
     std::uint64_t size = 0;
     bool isRegular = false;
+
+    bool operator==(const Stamp&) const = default;
   };
 
   /// An entry as listed by readdir(3).
@@ -51,16 +58,18 @@ class JobFolder {
   /// side effects; with `LimitExceeded` beyond `largestFile`.
   Result<std::string> read(const std::string& name, const Stamp& stamp) const;
   /// The same for an entry that was listed as a regular file, with fewer system calls. If it has been replaced
-  /// meanwhile, links aren't followed and pipes don't block. The result refers to `room`, a buffer that is reused;
-  /// `stamp` receives the metadata unless it is null.
-  Result<std::string_view> readListed(const std::string& name, std::string& room, Stamp* stamp) const;
+  /// meanwhile, links aren't followed and pipes don't block. The result refers to `room` if that is larger than the
+  /// file, otherwise to `overflow`; `stamp` receives the metadata unless it is null.
+  Result<std::string_view> readListed(const std::string& name, std::span<char> room, std::string& overflow,
+                                      Stamp* stamp) const;
 
  private:
   JobFolder(std::filesystem::path path, FileDescriptor descriptor)
       : m_path(std::move(path)), m_prefix((m_path / "").native()), m_descriptor(std::move(descriptor)) {}
 
   FileDescriptor openEntry(const std::string& name, int flags) const;
-  Result<std::string_view> readAll(const FileDescriptor& file, const std::string& name, std::string& room) const;
+  Result<void> readRest(const FileDescriptor& file, const std::string& name, std::string& bytes,
+                        std::size_t size) const;
 
   std::filesystem::path m_path;
   std::string m_prefix;  // with a trailing slash

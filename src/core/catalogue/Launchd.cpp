@@ -17,7 +17,7 @@ bool hasExtension(std::string_view name) {
 
 }  // namespace
 
-Launchd::Launchd(Pass, Kind theKind, std::string theSummary, std::string theChecksum, URL theURL,
+Launchd::Launchd(Pass, Kind theKind, std::string theSummary, Checksum theChecksum, URL theURL,
                  std::unique_ptr<Plist> record)
     : Job(theKind, record->name, std::move(theSummary), std::move(theChecksum), std::move(theURL)),
       m_plist(std::move(record)) {}

@@ -46,7 +46,7 @@ class Launchd final : public Job {
   };
 
  public:
-  Launchd(Pass, Kind kind, std::string summary, std::string checksum, URL url, std::unique_ptr<Plist> record);
+  Launchd(Pass, Kind kind, std::string summary, Checksum checksum, URL url, std::unique_ptr<Plist> record);
 
  private:
   std::unique_ptr<Plist> m_plist;  // never null

@@ -29,7 +29,7 @@ namespace {
 std::optional<std::string> changedFile(const Launchd& job, const Editing& editing) {
   if (job.isNewFile) return std::nullopt;
   auto bytes = readFile(job.url.path(), JobFolder::largestFile);
-  if (!bytes || editing.expectsInFile(JobFile::checksumOf(*bytes))) return std::nullopt;
+  if (!bytes || editing.expectsInFile(Checksum::ofFile(*bytes).text())) return std::nullopt;
   return *std::move(bytes);
 }
 
@@ -119,7 +119,7 @@ void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const 
     return reread();
   }
   if (choice != Choice::Mine) return;
-  m_editing.setFileChecksum(JobFile::checksumOf(theirs));
+  m_editing.setFileChecksum(Checksum::ofFile(theirs).text());
   m_actions.save(job);
 }
 

@@ -20,6 +20,10 @@ class Collator {
   int localizedStandardCompare(std::string_view a, std::string_view b) const;
   /// A key whose bytes compare as the texts do; for sorting long lists.
   std::string sortKey(std::string_view text) const;
+  /// Appends a key to `keys` that takes a tenth of the time of `sortKey`. These keys compare with each other as the
+  /// texts do, but not with those of `sortKey`. False, without any effect, for a text that isn't printable ASCII, and
+  /// for all texts in a locale with rules of its own for ASCII, such as the Czech "ch".
+  bool appendAsciiKey(std::string& keys, std::string_view text) const;
 
  private:
   struct Implementation;

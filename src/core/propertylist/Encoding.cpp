@@ -150,8 +150,14 @@ Result<void> decodeText(std::string_view bytes, DecodedText& result) {
 bool isUtf8(std::string_view bytes) {
   const auto* text = reinterpret_cast<const std::uint8_t*>(bytes.data());
   std::size_t at = 0;
+  const auto isAscii = [&](std::size_t from) { return (words::load(bytes.data() + from) & words::tops) == 0; };
+  constexpr std::size_t stride = 4 * words::size;
   while (at < bytes.size()) {
-    while (at + words::size <= bytes.size() && (words::load(bytes.data() + at) & words::tops) == 0) at += words::size;
+    while (at + stride <= bytes.size() && isAscii(at) && isAscii(at + words::size) && isAscii(at + 2 * words::size) &&
+           isAscii(at + 3 * words::size)) {
+      at += stride;
+    }
+    while (at + words::size <= bytes.size() && isAscii(at)) at += words::size;
     if (at == bytes.size()) break;
     UChar32 character = 0;
     U8_NEXT(text, at, bytes.size(), character);

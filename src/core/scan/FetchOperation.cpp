@@ -24,16 +24,11 @@ std::span<const Kind> kindsToScan(bool showSystemJobs) {
   return Kind::visibleKinds;
 }
 
-std::string keyOf(const URL& url, const JobFolder::Stamp& stamp) {
-  return FileCache::key(url.text(), stamp.seconds, stamp.nanoseconds);
-}
-
 /// A file that was written a moment ago may be written again within the same tick of the file system's clock: its date
 /// would stay, and so would the cached bytes.
 bool isSettled(const JobFolder::Stamp& stamp) {
-  constexpr std::int64_t tick = 2;
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return stamp.seconds + tick < std::chrono::duration_cast<std::chrono::seconds>(now).count();
+  constexpr std::chrono::seconds tick(2);
+  return stamp.modified + tick < std::chrono::system_clock::now().time_since_epoch();
 }
 
 }  // namespace
@@ -51,7 +46,9 @@ void FetchOperation::main() {
   if (m_isCancelled) return;
   m_hasOldCache = !m_tools.cache.isEmpty();
   Jobs found = scan();
-  if (!m_isCancelled && !isOld(found)) jobs = std::move(found);
+  if (m_isCancelled) return;
+  m_tools.cache.dropUnused();
+  if (!isOld(found)) jobs = std::move(found);
 }
 
 bool FetchOperation::isOld(const Jobs& found) const {
@@ -141,7 +138,7 @@ std::optional<JobFile> FetchOperation::fileOf(const JobFolder& folder, const std
   const auto stamp = folder.stamp(name);
   if (!stamp) return std::nullopt;
   if (m_isCaching) {
-    if (const JobFile* cached = m_tools.cache.find(keyOf(url, *stamp))) return *cached;
+    if (const JobFile* cached = m_tools.cache.find(*stamp)) return *cached;
   }
   auto data = folder.read(name, *stamp);
   if (!data) return unreadable(data.error(), url);
@@ -156,7 +153,7 @@ std::nullopt_t FetchOperation::unreadable(const Error& error, const URL& url) co
 
 std::optional<JobFile> FetchOperation::parsed(std::string_view bytes, const JobFolder::Stamp& stamp, const URL& url) {
   auto file = JobFile::read(bytes, url, m_tools.console);
-  if (file && m_isCaching && isSettled(stamp)) m_tools.cache.put(keyOf(url, stamp), *file);
+  if (file && m_isCaching && isSettled(stamp)) m_tools.cache.put(stamp, *file);
   return file;
 }
 

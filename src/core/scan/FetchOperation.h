@@ -62,7 +62,7 @@ class FetchOperation {
 
   /// What a job of the catalogue was when the scan began: jobs belong to the main thread.
   struct OldJob {
-    std::string checksum;
+    Checksum checksum;
     Kind kind;
     URL url;
     bool isToBeReadAgain;

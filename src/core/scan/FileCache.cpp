@@ -1,38 +1,29 @@
 #include "core/scan/FileCache.h"
 
-#include <array>
-#include <charconv>
 #include <utility>
 
 namespace mirvel {
 
-std::string FileCache::key(const std::string& path, std::int64_t seconds, long nanoseconds) {
-  constexpr std::int64_t from1970To2001 = 978'307'200;
-  const double interval = static_cast<double>(seconds - from1970To2001) + static_cast<double>(nanoseconds) / 1e9;
-  std::array<char, 32> text;
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), interval).ptr;
-  return path + std::string(text.data(), end);
+std::size_t FileCache::Hash::operator()(const JobFolder::Stamp& stamp) const noexcept {
+  // Distinguishes nearly all files by itself; the times only matter for one that was replaced.
+  return static_cast<std::size_t>(stamp.inode);
 }
 
-const JobFile* FileCache::find(const std::string& key) {
-  const auto found = m_places.find(key);
-  if (found == m_places.end()) return nullptr;
-  m_entries.splice(m_entries.begin(), m_entries, found->second);
-  return &found->second->file;
+const JobFile* FileCache::find(const JobFolder::Stamp& stamp) {
+  const auto found = m_entries.find(stamp);
+  if (found == m_entries.end()) return nullptr;
+  found->second.isUsed = true;
+  return &found->second.file;
 }
 
-void FileCache::put(const std::string& key, JobFile file) {
-  const auto standing = m_places.find(key);
-  if (standing != m_places.end()) {
-    standing->second->file = std::move(file);
-    return;
-  }
-  m_entries.push_front({key, std::move(file)});
-  m_places.emplace(m_entries.front().key, m_entries.begin());
-  if (m_entries.size() > countLimit) {
-    m_places.erase(m_entries.back().key);
-    m_entries.pop_back();
-  }
+void FileCache::put(const JobFolder::Stamp& stamp, JobFile file) {
+  if (m_entries.empty()) m_entries.reserve(countLimit);
+  if (m_entries.size() < countLimit) m_entries.try_emplace(stamp, Entry{.file = std::move(file)});
+}
+
+void FileCache::dropUnused() {
+  std::erase_if(m_entries, [](const auto& entry) { return !entry.second.isUsed; });
+  for (auto& [stamp, entry] : m_entries) entry.isUsed = false;
 }
 
 }  // namespace mirvel

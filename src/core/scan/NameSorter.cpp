@@ -1,12 +1,29 @@
 #include "core/scan/NameSorter.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace mirvel {
 
 void NameSorter::add(std::shared_ptr<Job> job) {
-  m_rows.emplace_back(job->sortKey(Job::SortText::Name, m_collator), m_rows.size());
+  m_haveAsciiKeys = m_haveAsciiKeys && m_collator.appendAsciiKey(m_asciiKeys, job->name);
+  m_ends.push_back(m_asciiKeys.size());
   m_jobs.push_back(std::move(job));
+}
+
+NameSorter::Rows NameSorter::rows() const {
+  Rows rows;
+  rows.reserve(m_jobs.size());
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i < m_jobs.size(); ++i) {
+    if (m_haveAsciiKeys) {
+      rows.emplace_back(std::string_view(m_asciiKeys).substr(begin, m_ends[i] - begin), i);
+      begin = m_ends[i];
+    } else {
+      rows.emplace_back(m_jobs[i]->sortKey(Job::SortText::Name, m_collator), i);
+    }
+  }
+  return rows;
 }
 
 void NameSorter::sortByPath(Rows::iterator first, Rows::iterator last) const {
@@ -15,13 +32,14 @@ void NameSorter::sortByPath(Rows::iterator first, Rows::iterator last) const {
 }
 
 Jobs NameSorter::sorted() && {
-  sortByKey(m_rows, true);
-  for (auto first = m_rows.begin(); first != m_rows.end();) {
-    const auto last = std::find_if(first, m_rows.end(), [&](const KeyedRow& row) { return !row.hasKeyOf(*first); });
+  Rows sorted = rows();
+  sortByKey(sorted, true);
+  for (auto first = sorted.begin(); first != sorted.end();) {
+    const auto last = std::find_if(first, sorted.end(), [&](const KeyedRow& row) { return !row.hasKeyOf(*first); });
     if (last - first > 1) sortByPath(first, last);
     first = last;
   }
-  return inOrder(m_rows, std::move(m_jobs));
+  return inOrder(sorted, std::move(m_jobs));
 }
 
 }  // namespace mirvel

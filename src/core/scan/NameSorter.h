@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "core/catalogue/Job.h"
@@ -9,8 +11,8 @@
 
 namespace mirvel {
 
-/// Jobs in the order of their names, and of their paths where names are the same, as a folder is listed in no order
-/// that would last. Takes them one by one as they are made, when all that the order needs is at hand.
+/// Sorts jobs by name, and those of the same name by path, since the order in which a folder is listed isn't stable.
+/// Jobs are added one by one while all that a key is made from is in the processor's cache.
 class NameSorter {
  public:
   /// The collator outlives the sorter.
@@ -22,11 +24,15 @@ class NameSorter {
  private:
   using Rows = std::vector<KeyedRow>;
 
+  Rows rows() const;
   void sortByPath(Rows::iterator first, Rows::iterator last) const;
 
   const Collator& m_collator;
   Jobs m_jobs;
-  Rows m_rows;
+  // The fast keys, one after the other, as long as all names have one: they can't be mixed with the others.
+  bool m_haveAsciiKeys = true;
+  std::string m_asciiKeys;
+  std::vector<std::size_t> m_ends;
 };
 
 }  // namespace mirvel

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,8 +11,8 @@
 
 namespace mirvel {
 
-/// Reads the regular files of a folder some at a time. Reading and decoding by turns, file for file, would have the
-/// kernel and the reader push each other out of the processor's cache. For one thread at a time.
+/// Reads the regular files of a folder in batches. If reading and decoding alternated file by file, the kernel and the
+/// decoder would evict each other from the processor's cache. For one thread at a time.
 class ReadAhead {
  public:
   struct Contents {
@@ -28,17 +29,21 @@ class ReadAhead {
   const Result<Contents>& read(std::size_t index);
 
  private:
-  static constexpr std::size_t atOnce = 32;
+  static constexpr std::size_t batchSize = 32;
+  static constexpr std::size_t roomSize = std::size_t{64} << 10U;
 
   void fill(std::size_t first);
-  Result<Contents> readEntry(const std::string& name, std::string& room) const;
+  Result<Contents> readEntry(const std::string& name, std::string& overflow);
 
   const JobFolder& m_folder;
   const JobFolder::Entries& m_entries;
   bool m_withStamps;
-  std::size_t m_first = 0;  // the entry of the first room
+  std::size_t m_first = 0;  // the first entry of the batch
   std::vector<Result<Contents>> m_contents;
-  std::array<std::string, atOnce> m_rooms;
+  // One file after the other, so that the batch takes as little of the cache as possible.
+  std::unique_ptr<char[]> m_room = std::make_unique_for_overwrite<char[]>(roomSize);
+  std::size_t m_used = 0;
+  std::array<std::string, batchSize> m_overflows;  // the files that don't fit
 };
 
 }  // namespace mirvel

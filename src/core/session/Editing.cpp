@@ -30,7 +30,7 @@ std::shared_ptr<Launchd> Editing::selected() const {
 /// The contents of the file that the job was read from, or that a save has written since.
 std::string Editing::checksumLastSeen(const std::shared_ptr<Launchd>& job) const {
   if (job == m_writtenJob.lock()) return m_writtenChecksum;
-  return job->isToBeReadAgain() ? std::string() : job->checksum;
+  return job->isToBeReadAgain() ? std::string() : job->checksum.text();
 }
 
 /// If the job is still to be read again, the file counts as it is now: later changes are those of other programs.
@@ -38,7 +38,7 @@ std::string Editing::checksumAtStart(const std::shared_ptr<Launchd>& job) const 
   std::string seen = checksumLastSeen(job);
   if (!seen.empty()) return seen;
   const auto bytes = readFile(job->url.path(), JobFolder::largestFile);
-  return bytes ? JobFile::checksumOf(*bytes) : std::string();
+  return bytes ? Checksum::ofFile(*bytes).text() : std::string();
 }
 
 void Editing::setUnsavedChanges(bool hasUnsavedChanges) {
@@ -161,7 +161,7 @@ bool Editing::expectsInFile(const std::string& checksum) const {
 void Editing::sent(const std::shared_ptr<Launchd>& job, const std::string& text) {
   if (!job || job != selected()) return;
   if (!isAbout(job)) began(job, checksumLastSeen(job));
-  m_sentChecksum = JobFile::checksumOf(text);
+  m_sentChecksum = Checksum::ofFile(text).text();
 }
 
 bool Editing::take(const std::shared_ptr<Launchd>& job, const std::string& text) {
@@ -169,7 +169,7 @@ bool Editing::take(const std::shared_ptr<Launchd>& job, const std::string& text)
   if (!read) return false;
   job->plist() = std::move(read->plist());
   m_writtenJob = job;
-  m_writtenChecksum = JobFile::checksumOf(text);
+  m_writtenChecksum = Checksum::ofFile(text).text();
   return true;
 }
 

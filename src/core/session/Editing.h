@@ -61,7 +61,7 @@ class Editing {
   /// Forgets the steps: the editor is left.
   void reset();
 
-  // What the edit knows of the job's file. Checksums are those of `JobFile::checksumOf`.
+  // What the edit knows of the job's file. Checksums are those of `Checksum`.
 
   /// The contents from which the selected job was read; empty if unknown.
   std::string fileChecksum() const;

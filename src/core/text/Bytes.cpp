@@ -108,17 +108,16 @@ std::optional<std::string> fromBase64(std::string_view text) {
   return padding == 0 || toBase64(bytes) == text ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-std::optional<std::string> sha256(std::string_view bytes) {
+std::optional<Digest> sha256(std::string_view bytes) {
   // Kept: to make one takes as long as the digest of a small file.
   thread_local const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(),
                                                                                      &EVP_MD_CTX_free);
-  std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
-  unsigned size = 0;
-  const bool isMade = sha256Method() && context && EVP_DigestInit_ex2(context.get(), sha256Method(), nullptr) == 1 &&
-                      EVP_DigestUpdate(context.get(), bytes.data(), bytes.size()) == 1 &&
-                      EVP_DigestFinal_ex(context.get(), digest.data(), &size) == 1;
-  if (!isMade) return std::nullopt;
-  return std::string(digest.begin(), digest.begin() + size);
+  Digest digest;
+  const bool isMade =
+      sha256Method() && context && EVP_DigestInit_ex2(context.get(), sha256Method(), nullptr) == 1 &&
+      EVP_DigestUpdate(context.get(), bytes.data(), bytes.size()) == 1 &&
+      EVP_DigestFinal_ex(context.get(), reinterpret_cast<unsigned char*>(digest.bytes.data()), nullptr) == 1;
+  return isMade ? std::optional(digest) : std::nullopt;
 }
 
 std::optional<std::string> randomBytes(std::size_t count) {

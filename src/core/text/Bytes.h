@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -21,8 +22,15 @@ void appendBase64(std::string& text, std::string_view bytes);
 /// The bytes of such text; none for anything else: white space, missing padding, or unused bits that aren't zero.
 std::optional<std::string> fromBase64(std::string_view text);
 
-/// The 32 bytes of the SHA-256 digest; none if the crypto library can't make it.
-std::optional<std::string> sha256(std::string_view bytes);
+/// The bytes of a SHA-256 digest.
+struct Digest {
+  std::array<char, 32> bytes{};
+
+  operator std::string_view() const { return {bytes.data(), bytes.size()}; }
+};
+
+/// Null if the crypto library can't make it.
+std::optional<Digest> sha256(std::string_view bytes);
 
 /// So many bytes that nobody can guess; none if the crypto library has no source of randomness.
 std::optional<std::string> randomBytes(std::size_t count);

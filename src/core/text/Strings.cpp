@@ -1,6 +1,7 @@
 #include "core/text/Strings.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "core/text/Ascii.h"
 #include "core/text/Bytes.h"
@@ -73,8 +74,9 @@ std::string_view lastPathComponent(std::string_view path) {
 
 std::string shortenHomeFolder(std::string text, std::string_view home) {
   while (!home.empty() && home.back() == '/') home.remove_suffix(1);
-  auto at = home.empty() ? std::string::npos : text.find(home);
-  if (at == std::string::npos) return text;
+  // `memmem`, because `find` stops at each slash, and nearly no text has the home folder.
+  if (home.empty() || !::memmem(text.data(), text.size(), home.data(), home.size())) return text;
+  auto at = text.find(home);
   std::string result;
   std::size_t done = 0;
   for (; at != std::string::npos; at = text.find(home, at + home.size())) {

@@ -1,5 +1,7 @@
 #include "core/text/Text.h"
 
+#include <algorithm>
+
 namespace mirvel::Text {
 
 namespace {
@@ -94,6 +96,23 @@ class Splitter {
   std::string m_unquoted;
 };
 
+/// Whether an argument with this character needs quotes. As a switch rather than a search in a set of characters,
+/// because a scan asks this about every command.
+bool isSpecial(char c) {
+  switch (c) {
+    case ' ':
+    case '\t':
+    case '\r':
+    case '\n':
+    case '\'':
+    case '"':
+    case '\\':
+      return true;
+    default:
+      return false;
+  }
+}
+
 /// Whether a backslash before the character at `next` would be taken for an escape in double quotes; the closing quote
 /// follows the end.
 bool escapesNext(std::string_view argument, std::size_t next) {
@@ -123,7 +142,7 @@ std::vector<std::string> separateCommand(std::string_view text) {
 }
 
 bool needsQuotes(std::string_view argument) {
-  return argument.empty() || argument.find_first_of(" \t\r\n'\"\\") != std::string_view::npos;
+  return argument.empty() || std::any_of(argument.begin(), argument.end(), isSpecial);
 }
 
 void appendArgument(std::string& command, std::string_view argument) {

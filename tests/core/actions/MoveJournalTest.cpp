@@ -110,7 +110,7 @@ TEST_F(MoveJournalTest, OfAMoveToRootThatIsHalfDoneTheUsersFileGoes) {
   (void)fs::remove(journal);
   MoveJournal moves(roots.applicationSupport, foundation.storeTroubles);
   const auto rootsFile = URL::file(path(Kind::localAgent, "job.plist"));
-  const std::string checksum = JobFile::checksumOf(testdata::bytes(file));
+  const std::string checksum = Checksum::ofFile(testdata::bytes(file)).text();
   ASSERT_TRUE(moves.begin({URL::file(file), rootsFile, "job", checksum}));
   EXPECT_EQ(files(), "ua");
   EXPECT_EQ(askedAtStart(), (std::vector<std::string>{"delete u", "load a"}));
@@ -120,7 +120,7 @@ TEST_F(MoveJournalTest, OfAMoveToRootThatIsHalfDoneTheUsersFileGoes) {
 TEST_F(MoveJournalTest, NoFileIsRemovedThatIsntTheOneThatMoved) {
   const auto file = writeJob(Kind::userAgent, "job", {{"Nice", 1}});
   const auto rootsFile = writeJob(Kind::localDaemon, "job");
-  const std::string checksum = JobFile::checksumOf(testdata::bytes(file));
+  const std::string checksum = Checksum::ofFile(testdata::bytes(file)).text();
   const MoveJournal::Move move{URL::file(file), URL::file(rootsFile), "job", checksum};
   EXPECT_EQ(remedyFor(move), MoveRemedy::RemoveUsers);
   auto other = move;

@@ -31,6 +31,21 @@ TEST(JobTest, TheChecksumAloneIsTheIdentity) {
   }
 }
 
+TEST(JobTest, ChecksumsOfBytesInMemoryCompareLikeTheirTexts) {
+  const auto file = [](const std::string& text) {
+    testdata::RecordingConsole console;
+    return JobFile::read(text, URL::file("/a"), console)->checksum;
+  };
+  const std::string text = testdata::jobText("a");
+  const Checksum checksum = file(text);
+  EXPECT_EQ(checksum, Checksum(checksum));
+  EXPECT_EQ(checksum, file(text));
+  EXPECT_EQ(checksum, Checksum(toBase64(*sha256(text))));
+  EXPECT_FALSE(checksum == file(text + "\n"));
+  EXPECT_FALSE(checksum == file(testdata::jobText("b")));
+  EXPECT_FALSE(checksum == Checksum());
+}
+
 TEST(JobTest, ARenamedOrMovedFileChangesTheCatalogue) {
   const auto list = [](Kind kind, const char* path) {
     return Jobs{std::make_shared<Job>(kind, "job", "", "sum", URL::file(path))};

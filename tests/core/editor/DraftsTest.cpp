@@ -120,7 +120,7 @@ TEST_F(DraftsTest, TheKindIsKeptAndAnotherProgramsChangeNoticed) {
   interface.answerSheet(Interface::defaultButton);
   EXPECT_EQ(selected().kind, Kind::localDaemon);
   EXPECT_EQ(selected().originalKind, Kind::userAgent);
-  EXPECT_FALSE(program().editing.expectsInFile(JobFile::checksumOf(testdata::bytes(file))));
+  EXPECT_FALSE(program().editing.expectsInFile(Checksum::ofFile(testdata::bytes(file)).text()));
 }
 
 TEST_F(DraftsTest, AMoveAloneIsAnEditToo) {

@@ -2,31 +2,53 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <string>
+
 namespace mirvel {
 namespace {
 
-TEST(FileCacheTest, TheKeyIsThePathAndTheSecondsSince2001) {
-  EXPECT_EQ(FileCache::key("/a", 978'307'200, 0), "/a0");
-  EXPECT_EQ(FileCache::key("/a", 1'700'000'000, 500'000'000), "/a721692800.5");
-  EXPECT_NE(FileCache::key("/a", 1'700'000'000, 1'000), FileCache::key("/a", 1'700'000'000, 2'000));
-  EXPECT_NE(FileCache::key("/a", -5, 0), FileCache::key("/a", 5, 0));
+using Stamp = JobFolder::Stamp;
+
+JobFile file(std::string text) {
+  return {.text = std::move(text), .checksum = {}, .list = {}};
 }
 
-TEST(FileCacheTest, TheEntryNotAskedForTheLongestGoes) {
+TEST(FileCacheTest, AFileThatDiffersInAnyPartOfItsStampIsNotFound) {
+  const Stamp stamp{.device = 1,
+                    .inode = 2,
+                    .modified = std::chrono::nanoseconds(3),
+                    .changed = std::chrono::nanoseconds(4),
+                    .size = 5,
+                    .isRegular = true};
   FileCache cache;
-  const auto key = [](std::size_t number) { return "file with a long name " + std::to_string(number); };
-  const auto file = [](std::string data) { return JobFile{.text = std::move(data), .checksum = {}, .list = {}}; };
-  for (std::size_t i = 0; i < FileCache::countLimit; ++i) cache.put(key(i), file(std::to_string(i)));
-  ASSERT_TRUE(cache.find(key(0)));
-  cache.put(key(2), file("new"));  // no further entry
-  ASSERT_TRUE(cache.find(key(2)));
-  cache.put(key(FileCache::countLimit), file("last"));
+  cache.put(stamp, file("a"));
+  EXPECT_TRUE(cache.find(stamp));
 
-  EXPECT_FALSE(cache.find(key(1)));
-  EXPECT_EQ(cache.find(key(0))->text, "0");
-  EXPECT_EQ(cache.find(key(2))->text, "new");
-  EXPECT_EQ(cache.find(key(3))->text, "3");
-  EXPECT_EQ(cache.find(key(FileCache::countLimit))->text, "last");
+  std::array<Stamp, 5> others{stamp, stamp, stamp, stamp, stamp};
+  others[0].device = 9;
+  others[1].inode = 9;
+  others[2].modified += std::chrono::nanoseconds(1);
+  others[3].changed += std::chrono::nanoseconds(1);
+  others[4].size = 9;
+  for (const Stamp& other : others) EXPECT_FALSE(cache.find(other));
+}
+
+TEST(FileCacheTest, FilesThatNoScanNeededGoAndMakeRoom) {
+  FileCache cache;
+  const auto stamp = [](std::size_t number) { return Stamp{.inode = number}; };
+  const auto last = stamp(FileCache::countLimit);
+  for (std::size_t i = 0; i < FileCache::countLimit; ++i) cache.put(stamp(i), file(std::to_string(i)));
+  cache.put(last, file("last"));
+  EXPECT_FALSE(cache.find(last)) << "the cache is full";
+
+  cache.dropUnused();
+  ASSERT_TRUE(cache.find(stamp(7))) << "all are from this scan";
+  cache.dropUnused();
+  EXPECT_FALSE(cache.find(stamp(8)));
+  EXPECT_EQ(cache.find(stamp(7))->text, "7");
+  cache.put(last, file("last"));
+  EXPECT_EQ(cache.find(last)->text, "last");
 }
 
 }  // namespace

@@ -184,7 +184,7 @@ TEST_F(EditingTest, AReplacedRecordIsOneStepOfTheSameJobAndIsWrittenAsGiven) {
   scan();
   const auto job = program().selection.launchd();
   const std::string before = *job->plistData();
-  const std::string checksum = job->checksum;
+  const std::string checksum = job->checksum.text();
   setNice(1);
   job->kind = Kind::localAgent;
   const Dictionary given{{"Label", "a"}, {"Odd", "then"}, {"KeepAlive", Dictionary{{"Even", 2}}}, {"Nice", 5.0}};

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "core/locale/Collator.h"
-
 namespace mirvel {
 namespace {
 
@@ -78,27 +76,6 @@ TEST(StringsTest, FoldingForgetsCaseAndAccentsOnly) {
   EXPECT_NE(String::fold("\u304b"), String::fold("\u304c"));  // ka and ga
   EXPECT_NE(String::fold("o"), String::fold("0"));
   EXPECT_EQ(String::fold("bad \xff utf-8 \xe2\x82").find("bad "), 0U);
-}
-
-TEST(CollatorTest, OrderIsThatOfTheLanguageWithNumbersByValue) {
-  struct Row {
-    std::string locale;
-    std::vector<std::string> sorted;
-  };
-  const std::vector<Row> rows{
-      {"en", {"", "a", "A", "\u00e5", "\u00e4", "b", "job 2", "job 10", "z"}},
-      {"sv", {"a", "b", "z", "\u00e5", "\u00e4"}},
-      {"xx_NOWHERE", {"a", "A", "b"}},
-  };
-  for (const auto& row : rows) {
-    const Collator collator(row.locale);
-    for (std::size_t i = 1; i < row.sorted.size(); ++i) {
-      const auto &before = row.sorted[i - 1], &after = row.sorted[i];
-      EXPECT_LT(collator.localizedStandardCompare(before, after), 0) << before << " " << after;
-      EXPECT_GT(collator.localizedStandardCompare(after, before), 0) << before << " " << after;
-      EXPECT_LT(collator.sortKey(before), collator.sortKey(after)) << before << " " << after;
-    }
-  }
 }
 
 TEST(StringsTest, ATextIsCutBetweenCharacters) {
