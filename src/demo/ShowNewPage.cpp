@@ -11,7 +11,7 @@ namespace {
 constexpr auto script =
     "#!/usr/bin/env python3\n\n"
     "from pathlib import Path\n\n"
-    "# Says what came since yesterday.\n"
+    "# Prints the size of each text in the inbox.\n"
     "for file in sorted(Path.home().joinpath(\"Inbox\").glob(\"*.txt\")):\n"
     "    print(f\"{file.name}: {file.stat().st_size} bytes\")\n";
 

@@ -60,11 +60,11 @@ std::string systemReason(int systemCode, const Localize& localize) {
     case ENOTDIR:
       return ActionTexts(localize).theFileOrItsFolderIsMissing();
     case EEXIST:
-      return ActionTexts(localize).thereIsAFileOfThisName();
+      return ActionTexts(localize).aFileWithThisNameExists();
     case ENAMETOOLONG:
       return ActionTexts(localize).theNameIsTooLong();
     case EIO:
-      return ActionTexts(localize).theDiskReportsAnError();
+      return ActionTexts(localize).theDiskReportedAnError();
     default:
       return {};
   }
@@ -83,7 +83,7 @@ std::string ownReason(const HelperFailure& failure, const Localize& localize) {
     case Error::Code::WrongType:
     case Error::Code::NoForm:
       return failure.deed == Deed::Answer ? localize.pleaseTryAgain()
-                                          : ActionTexts(localize).checkTheContentOfTheJobFile();
+                                          : ActionTexts(localize).checkTheContentsOfTheJobFile();
     case Error::Code::LimitExceeded:
       return ActionTexts(localize).itIsTooLargeForAJobFile();
     case Error::Code::BadArgument:

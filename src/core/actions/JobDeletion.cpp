@@ -56,7 +56,7 @@ void JobDeletion::deleteAndKeep(const std::shared_ptr<Job>& job) {
 void JobDeletion::askToDeleteAnyway(const std::shared_ptr<Job>& job, const Error& reason) {
   const Localize& localize = m_foundation.localize;
   m_platform.interface.beginSheet(
-      {.message = ActionTexts(localize).theJobCouldntBeKept(job->name),
+      {.message = ActionTexts(localize).youCantRestoreItLater(job->name),
        .informativeText = reason.text() + "\n\n" + ActionTexts(localize).youCantUndoThisAction(),
        .defaultTitle = ActionTexts(localize).deleteAnyway(),
        .alternateTitle = localize.cancel(),
@@ -74,7 +74,7 @@ std::string JobDeletion::consequence(const Job& job) const {
   const Localize& localize = m_foundation.localize;
   if (!DeletedJobs::canKeep(job.kind)) return ActionTexts(localize).youCantUndoThisAction();
   const double until = DeletedJobs::keptUntil(m_platform.clock.secondsSince1970());
-  return ActionTexts(localize).deletedJobStays(Date::standardText(until, localize.timeLocale()));
+  return ActionTexts(localize).youCanRestoreItUntil(Date::standardText(until, localize.timeLocale()));
 }
 
 }  // namespace mirvel

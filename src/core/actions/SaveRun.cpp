@@ -42,7 +42,7 @@ void SaveRun::begin() {
   if (m_plan.isFresh && stands(m_plan.to)) {
     const Localize& localize = m_context.foundation.localize;
     m_context.platform.interface.error(ActionTexts(localize).couldntBeWritten(m_plan.to.text()),
-                                       ActionTexts(localize).thereIsAFileOfThisName());
+                                       ActionTexts(localize).aFileWithThisNameExists());
     return finish(false);
   }
   // The last question of a save, so that it is asked once; the file may change while the user thinks about it.

@@ -13,7 +13,7 @@ Alert alertAbout(const StoreTrouble& trouble, const Localize& localize) {
   switch (trouble.kind) {
     case StoreTrouble::Kind::Damaged:
       return {.message = AppTexts(localize).ownFileWasDamaged(),
-              .informativeText = AppTexts(localize).ownFileWasMoved(reason, trouble.rescue.string()),
+              .informativeText = AppTexts(localize).ownFileWasRenamed(reason, trouble.rescue.string()),
               .defaultTitle = localize.ok()};
     case StoreTrouble::Kind::Unread:
       return {.message = AppTexts(localize).ownFileCantBeRead(),

@@ -64,9 +64,9 @@ void UpdateManager::read(const Result<std::string>& feed, std::string_view app, 
   } else if (!manual) {
     return;
   } else if (!release) {
-    m_platform.interface.error(AppTexts(m_localize).couldntLookForUpdates(), release.error().text());
+    m_platform.interface.error(AppTexts(m_localize).couldntCheckForUpdates(), release.error().text());
   } else {
-    m_platform.interface.beginSheet({.message = AppTexts(m_localize).yourVersionIsTheLatest(),
+    m_platform.interface.beginSheet({.message = AppTexts(m_localize).mirvelIsUpToDate(),
                                      .informativeText = AppTexts(m_localize).youHaveVersion(m_version),
                                      .defaultTitle = m_localize.ok()},
                                     [](int) {});

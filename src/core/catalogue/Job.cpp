@@ -86,7 +86,7 @@ Image statusImage(bool isEnabled, const Localize& localize) {
 
 Image notRunImage(const Localize& localize) {
   Image image = Image::named("mirvel-partially-available");
-  image.accessibilityDescription = localize.enabledButNotRun();
+  image.accessibilityDescription = localize.enabledButCantRun();
   return image;
 }
 

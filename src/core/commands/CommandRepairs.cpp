@@ -160,7 +160,7 @@ std::optional<std::string> CommandRepairs::checkComplexCommand(const std::string
   const Alert question{
       .message = m_localize.format(
           "Your command might be too complex to run. Do you want to run it as a shell script instead?", {}),
-      .informativeText = m_localize.noShellReadsTheCommand(*sign),
+      .informativeText = m_localize.theCommandRunsWithoutAShell(*sign),
       .defaultTitle = m_localize.format("Run Shell Script", {}),
       .alternateTitle = m_localize.format("Continue Anyway", {}),
       .otherTitle = m_localize.cancel(),

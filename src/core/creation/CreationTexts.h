@@ -12,28 +12,27 @@ class CreationTexts : public Texts {
   using Texts::Texts;
 
   std::string anotherJobHasTheName(const std::string& name) const {
-    return format("Another job is also called “%@”", {name});
+    return format("Another job is already called “%@”", {name});
   }
   std::string anotherJobHasTheNameIn(const std::string& path) const {
     return format(
-        "It is in the file “%@”. Only one of two jobs with the same name can run. You can restore this one as "
-        "disabled.",
+        "It is in the file “%@”. Only one of two jobs with the same name can run. You can restore this one disabled.",
         {path});
   }
-  std::string applicationHint() const { return text("One that is installed, or any program file"); }
-  std::string backUpAFolder() const { return text("Back Up a Folder"); }
+  std::string applicationHint() const { return text("An installed application, or any program file"); }
   std::string backup() const { return text("Backup"); }
-  std::string chooseOrWriteAScript() const { return text("Choose a script that you have, or write a new one here."); }
+  std::string backUpAFolder() const { return text("Back Up a Folder"); }
+  std::string chooseOrWriteAScript() const { return text("Choose an existing script, or write a new one here."); }
   std::string chooseWhatYouWantToRun() const { return text("Choose what you want to run"); }
   std::string commandExample(const std::string& command) const { return format("For example: %@", {command}); }
-  std::string commandHint() const { return text("A line as you would type it in a terminal"); }
+  std::string commandHint() const { return text("A command line, as you would type it in a terminal"); }
   std::string copyOf(const std::string& name) const { return format("%@ copy", {name}); }
   std::string couldntOpenInThatFormat(const std::string& name) const {
     return format("The file “%@” couldn’t be opened because it isn’t in the correct format.", {name});
   }
   std::string deleted() const { return text("Deleted"); }
   std::string deletedJobsAreKept(std::int64_t days) const {
-    return format("Mirvel keeps the jobs that you delete for %@ days.", {int_(days)});
+    return format("Mirvel keeps deleted jobs for %@ days.", {int_(days)});
   }
   std::string duplicate() const { return text("Duplicate"); }
   std::string file() const { return text("File"); }
@@ -55,8 +54,9 @@ class CreationTexts : public Texts {
   std::string restoreDeleted() const { return text("Restore Deleted"); }
   std::string restoreDisabled() const { return text("Restore Disabled"); }
   std::string restoredWithoutComments(const std::string& folder) const {
-    return format("The comments in its file can’t be restored with it. The file as it was is put into the folder “%@”.",
-                  {folder});
+    return format(
+        "The comments in its file can’t be restored. A copy of the original file will be kept in the folder “%@”.",
+        {folder});
   }
   std::string runAScriptEveryNight() const { return text("Run a Script Every Night"); }
   std::string runsAsRoot(const std::string& name, const std::string& times) const {
@@ -67,11 +67,11 @@ class CreationTexts : public Texts {
     return format("“%1$@” runs as you %2$@.", {name, times});
   }
   std::string runsForEveryone(const std::string& name, const std::string& times) const {
-    return format("“%1$@” runs for everyone who is logged in %2$@.", {name, times});
+    return format("“%1$@” runs for every logged-in user %2$@.", {name, times});
   }
-  std::string saveTheScriptToGoOn() const { return text("Save the script to go on."); }
+  std::string saveTheScriptToContinue() const { return text("Save the script to continue."); }
   std::string script() const { return text("Script"); }
-  std::string scriptHint() const { return text("One that you have, or that you write now"); }
+  std::string scriptHint() const { return text("An existing script, or one that you write now"); }
   std::string skip() const { return text("Skip"); }
   std::string watchAFolder() const { return text("Watch a Folder"); }
   std::string watchedFolder() const { return text("Watched folder"); }

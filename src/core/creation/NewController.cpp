@@ -166,7 +166,7 @@ std::string newJobSentence(Kind kind, const jobfile::Plist& plist, const Localiz
     times.push_back(kind.isDaemon() ? words.atEverySystemStart() : words.atEveryLogin());
     times.push_back(words.onceWhenSaved());
   }
-  if (times.empty()) times.push_back(String::firstLowercased(localize.onlyWhenStartedByHand()));
+  if (times.empty()) times.push_back(String::firstLowercased(localize.onlyWhenStartedManually()));
   const std::string list = listText(times, localize.locale());
   if (kind.isDaemon()) return CreationTexts(localize).runsAsRoot(plist.name, list);
   return kind == Kind::userAgent ? CreationTexts(localize).runsAsYou(plist.name, list)

@@ -157,7 +157,7 @@ bool Drafts::isHeld(const Draft& draft) const {
 void Drafts::ask(const Draft& draft) {
   const Localize& localize = m_foundation.localize;
   m_platform.interface.beginSheet({.message = EditorTexts(localize).unsavedChangesWereKept(draft.name),
-                                   .informativeText = EditorTexts(localize).mirvelEndedBeforeYouSavedThem(),
+                                   .informativeText = EditorTexts(localize).mirvelQuitBeforeYouSavedThem(),
                                    .defaultTitle = EditorTexts(localize).continueEditing(),
                                    .alternateTitle = localize.discardChanges(),
                                    .cancelTitle = localize.later()},
@@ -176,7 +176,7 @@ void Drafts::goOn(const Draft& draft) {
   if (!job && stands(draft.url)) {
     const Localize& localize = m_foundation.localize;
     return m_platform.interface.error(EditorTexts(localize).unsavedChangesWereKept(draft.name),
-                                      EditorTexts(localize).theJobIsNotShown());
+                                      EditorTexts(localize).theJobIsNotListed());
   }
   if (!job || !keys) return putAside(draft);
   m_services.select(job);
@@ -193,7 +193,7 @@ void Drafts::putAside(const Draft& draft) {
   if (const auto kept = m_services.keepFile(draft.name, draft.text); !kept) return interface.present(kept.error());
   forget(draft.id);
   interface.error(EditorTexts(localize).unsavedChangesWereKept(draft.name),
-                  EditorTexts(localize).theJobIsGone(m_services.keptFiles.string()));
+                  EditorTexts(localize).theJobsFileIsGone(m_services.keptFiles.string()));
 }
 
 }  // namespace mirvel

@@ -97,11 +97,11 @@ void EditController::save() {
 void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
   const Localize& localize = m_foundation.localize;
   m_platform.interface.beginSheet(
-      {.message = EditorTexts(localize).fileWasChangedMeanwhile(job->name),
+      {.message = EditorTexts(localize).theFileHasChanged(job->name),
        .informativeText = EditorTexts(localize).anotherProgramChangedTheFile(),
        .defaultTitle = EditorTexts(localize).compare(),
        .alternateTitle = EditorTexts(localize).keepMine(),
-       .otherTitle = EditorTexts(localize).takeTheirs(),
+       .otherTitle = EditorTexts(localize).useTheirs(),
        .cancelTitle = localize.cancel()},
       [this, job, theirs](int answer) {
         if (answer == Interface::alternateButton) return resolveConflict(job, theirs, Choice::Mine);

@@ -109,7 +109,7 @@ std::optional<InvalidField> EditTable::refuse(const std::string& key, const Loca
   const auto position = refusedPosition();
   if (!position) return std::nullopt;
   const std::string& name = keyOf(shownRow(*position));
-  return InvalidField{.message = EditorTexts(localize).tableCantBeSaved(key),
+  return InvalidField{.message = EditorTexts(localize).fieldCantBeSaved(key),
                       .reason = name.empty() ? EditorTexts(localize).aRowHasNoName()
                                              : EditorTexts(localize).moreThanOneRowIsCalled(name)};
 }

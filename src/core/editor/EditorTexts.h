@@ -11,9 +11,9 @@ class EditorTexts : public Texts {
  public:
   using Texts::Texts;
 
+  std::string actions() const { return text("Actions"); }
   std::string add() const { return text("Add"); }
   std::string addRule() const { return text("Add Rule"); }
-  std::string actions() const { return text("Actions"); }
   std::string anotherProgramChangedTheFile() const {
     return text(
         "Another program changed the job’s file after you opened it. Compare the two versions, or choose the one to "
@@ -27,45 +27,45 @@ class EditorTexts : public Texts {
   std::string compare() const { return text("Compare"); }
   std::string continueEditing() const { return text("Continue Editing"); }
   std::string deprecated() const { return text("Deprecated"); }
+  std::string details() const { return text("Details"); }
   std::string done() const { return text("Done"); }
   std::string edit() const { return text("Edit"); }
   std::string editScript() const { return text("Edit Script…"); }
-  std::string fileWasChangedMeanwhile(const std::string& name) const {
-    return format("The file of “%@” has changed", {name});
-  }
+  std::string fieldCantBeSaved(const std::string& key) const { return format("“%@” can’t be saved", {key}); }
   std::string help() const { return text("Help"); }
   std::string hide() const { return text("Hide"); }
   std::string icon() const { return text("Icon"); }
   std::string identifier() const { return text("Identifier"); }
   std::string keepMine() const { return text("Keep Mine"); }
   std::string limits() const { return text("Limits"); }
-  std::string mirvelEndedBeforeYouSavedThem() const {
-    return text("Mirvel ended before you saved them. The job’s file doesn’t contain them yet.");
+  std::string mirvelQuitBeforeYouSavedThem() const {
+    return text("Mirvel quit before you saved them. They aren’t in the job’s file yet.");
   }
   std::string miscellaneous() const { return text("Miscellaneous"); }
   std::string month() const { return text("Month"); }
   std::string moreThanOneRowIsCalled(const std::string& name) const {
     return format("More than one row is called “%@”", {name});
   }
-  std::string mountingLogicalVolume() const { return text("Mounting a logical volume"); }
+  std::string mountingLogicalVolume() const { return text("When a volume is mounted"); }
   std::string noSelection() const { return text("No Selection"); }
-  std::string noValue() const { return text("No Value"); }
-  std::string notFound(const std::string& files) const { return format("Not found: %@", {files}); }
   std::string notes() const { return text("Notes"); }
+  std::string notFound(const std::string& files) const { return format("Not found: %@", {files}); }
+  std::string noValue() const { return text("No Value"); }
   std::string path() const { return text("Path"); }
   std::string paths() const { return text("Paths"); }
   std::string removeIcon() const { return text("Remove Icon"); }
   std::string removeRule() const { return text("Remove Rule"); }
-  std::string details() const { return text("Details"); }
-  std::string tableCantBeSaved(const std::string& key) const { return format("“%@” can’t be saved", {key}); }
-  std::string takeTheirs() const { return text("Take Theirs"); }
   std::string test() const { return text("Test"); }
-  std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
-  std::string theJobIsGone(const std::string& folder) const {
-    return format("The job’s own file is gone. A file with your changes is now in the folder “%@”.", {folder});
+  std::string theFileHasChanged(const std::string& name) const {
+    return format("The file of “%@” has changed", {name});
   }
-  std::string theJobIsNotShown() const {
-    return text("The job’s file is there, but the job isn’t in the list now. The changes stay kept until it is.");
+  std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
+  std::string theJobIsNotListed() const {
+    return text(
+        "The job’s file exists, but the job isn’t in the list. Your changes are kept until it is listed again.");
+  }
+  std::string theJobsFileIsGone(const std::string& folder) const {
+    return format("The job’s file no longer exists. A file with your changes is now in the folder “%@”.", {folder});
   }
   std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }
   std::string time() const { return text("Time"); }
@@ -74,8 +74,9 @@ class EditorTexts : public Texts {
   std::string unsavedChangesWereKept(const std::string& name) const {
     return format("Your unsaved changes to “%@” were kept", {name});
   }
+  std::string useTheirs() const { return text("Use Theirs"); }
   std::string versionOnDisk() const { return text("Version on Disk"); }
-  std::string whenAClientAsks() const { return text("When one of its clients asks for it"); }
+  std::string whenAClientAsks() const { return text("When one of its clients requests it"); }
   std::string yourVersion() const { return text("Your Version"); }
 };
 

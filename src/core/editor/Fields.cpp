@@ -478,7 +478,7 @@ void enter(const Field& field, const FieldValue& value, Plist& plist, Unfinished
 
 std::optional<InvalidField> refuse(const Field& field, const Unfinished& unfinished, const Localize& localize) {
   if (!unfinished.texts.contains(field.key)) return std::nullopt;
-  return InvalidField{.message = EditorTexts(localize).tableCantBeSaved(titleOf(field, localize)),
+  return InvalidField{.message = EditorTexts(localize).fieldCantBeSaved(titleOf(field, localize)),
                       .reason = localize.enterAWholeNumber()};
 }
 

@@ -18,13 +18,13 @@ class Sentences {
   explicit Sentences(const Localize& localize) : m_localize(localize) {}
 
   void addStart(const jobfile::Plist& plist) {
-    if (plist.runAtLoad == true) add(text("When it is loaded, that is, at login or at startup"));
+    if (plist.runAtLoad == true) add(text("When it is loaded (at login or startup)"));
   }
 
   void addRestarts(const jobfile::Plist& plist) {
     if (plist.keepAlive) addKeepAlive(*plist.keepAlive);
     // OnDemand is the predecessor of KeepAlive, which takes precedence.
-    if (!plist.keepAlive && plist.onDemand == false) add(text("Always: it is started again whenever it ends"));
+    if (!plist.keepAlive && plist.onDemand == false) add(text("Continuously, restarting whenever it exits"));
   }
 
   void addSchedule(const jobfile::Plist& plist, TimeForm form) {
@@ -34,9 +34,9 @@ class Sentences {
   void addEvents(const jobfile::Plist& plist) {
     if (plist.startOnMount == true) add(text("When a volume is mounted"));
     if (plist.watchPaths) addEach(text("When %@ changes"), *plist.watchPaths);
-    if (plist.queueDirectories) addEach(text("While there is something in %@"), *plist.queueDirectories);
-    if (plist.sockets) addKeys(text("When something comes in at the socket %@"), plist.sockets->dictionaries);
-    if (plist.launchEvents) addKeys(text("When an event of %@ occurs"), plist.launchEvents->dictionaries);
+    if (plist.queueDirectories) addEach(text("While %@ isn’t empty"), *plist.queueDirectories);
+    if (plist.sockets) addKeys(text("When a request arrives at the socket %@"), plist.sockets->dictionaries);
+    if (plist.launchEvents) addKeys(text("When %@ reports an event"), plist.launchEvents->dictionaries);
     if (!plist.machServices) return;
     constexpr const char* used = text("When another program uses the service %@");
     addKeys(used, plist.machServices->bools);
@@ -45,31 +45,32 @@ class Sentences {
   }
 
   std::vector<std::string> take(bool isDisabled) && {
-    if (m_lines.empty()) m_lines.push_back(m_localize.onlyWhenStartedByHand());
-    if (isDisabled) m_lines.insert(m_lines.begin(), m_localize.format("Not now: the file disables the job", {}));
+    if (m_lines.empty()) m_lines.push_back(m_localize.onlyWhenStartedManually());
+    if (isDisabled)
+      m_lines.insert(m_lines.begin(), m_localize.format("Not at present, because the job is disabled in its file", {}));
     return std::move(m_lines);
   }
   std::vector<std::string> take() && { return std::move(m_lines); }
 
  private:
   void addKeepAlive(const jobfile::KeepAlive& keepAlive) {
-    if (keepAlive.bool_ == true) add(text("Always: it is started again whenever it ends"));
+    if (keepAlive.bool_ == true) add(text("Continuously, restarting whenever it exits"));
     if (keepAlive.bool_) return;
     if (keepAlive.successfulExit) {
-      add(*keepAlive.successfulExit ? text("Again when it ends with success")
-                                    : text("Again when it ends with a failure"));
+      add(*keepAlive.successfulExit ? text("Again when it exits successfully")
+                                    : text("Again when it exits with an error"));
     }
     if (keepAlive.crashed) {
-      add(*keepAlive.crashed ? text("Again when it crashes") : text("Again when it ends without a crash"));
+      add(*keepAlive.crashed ? text("Again when it crashes") : text("Again when it exits without crashing"));
     }
     if (keepAlive.networkState) {
-      add(*keepAlive.networkState ? text("While there is a network") : text("While there is no network"));
+      add(*keepAlive.networkState ? text("While a network is available") : text("While no network is available"));
     }
     if (keepAlive.pathState) addStates(text("While %@ exists"), text("While %@ doesn’t exist"), *keepAlive.pathState);
     if (keepAlive.otherJobEnabled) {
       addStates(text("While the job %@ is loaded"), text("While the job %@ isn’t loaded"), *keepAlive.otherJobEnabled);
     }
-    if (keepAlive.afterInitialDemand == true) add(text("It is kept running only once it has been asked for"));
+    if (keepAlive.afterInitialDemand == true) add(text("Kept running only after it was first started on demand"));
   }
 
   void add(const char* sentence) { m_lines.push_back(m_localize.format(sentence, {})); }

@@ -114,8 +114,7 @@ std::string sentence(const EveryDay& rule, const Language& language) {
 std::string sentence(const DayOfWeek& rule, const Language& language) {
   const Localize& localize = language.localize;
   if (rule.day == DayOfWeek::weekdays) return localize.format("Every weekday at %@", {language.time(rule.time)});
-  if (rule.day == DayOfWeek::weekends)
-    return localize.format("Every day of the weekend at %@", {language.time(rule.time)});
+  if (rule.day == DayOfWeek::weekends) return localize.format("On weekends at %@", {language.time(rule.time)});
   const auto days = Date::weekdays(localize.locale());
   return localize.format("Every %1$@ at %2$@", {days[static_cast<std::size_t>(rule.day)], language.time(rule.time)});
 }

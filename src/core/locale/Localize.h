@@ -66,7 +66,7 @@ class Localize {
   std::string discardChanges() const { return text("Discard Changes"); }
   std::string enterAWholeNumber() const { return text("Enter a whole number."); }
   std::string enabled() const { return text("Enabled"); }
-  std::string enabledButNotRun() const { return text("Enabled, but not run now"); }
+  std::string enabledButCantRun() const { return text("Enabled, but can’t run at present"); }
   std::string everyone() const { return text("Everyone"); }
   std::string filter() const { return text("Filter"); }
   std::string forString() const { return text("For"); }
@@ -77,13 +77,13 @@ class Localize {
   std::string name() const { return text("Name"); }
   std::string new_() const { return text("New"); }
   std::string noItems() const { return text("No Items"); }
-  std::string noShellReadsTheCommand(const std::string& sign) const {
+  std::string theCommandRunsWithoutAShell(const std::string& sign) const {
     return format("The command runs without a shell, so the program would get “%@” as an ordinary argument.", {sign});
   }
   std::string off() const { return text("Off"); }
   std::string ok() const { return text("OK"); }
   std::string on() const { return text("On"); }
-  std::string onlyWhenStartedByHand() const { return text("Only when it is started by hand"); }
+  std::string onlyWhenStartedManually() const { return text("Only when it is started manually"); }
   std::string pleaseTryAgain() const { return text("Please try again."); }
   std::string renameTheItemAndTryAgain() const { return text("Rename the item and try again"); }
   std::string repeatInterval() const { return text("Repeat Interval"); }
@@ -110,7 +110,6 @@ class Localize::Lowercase {
  public:
   explicit Lowercase(const Localize& localize) : m_localize(localize) {}
 
-  std::string whereString() const { return m_localize.text("where"); }
   std::string atEveryLogin() const { return m_localize.text("at every login"); }
   std::string atEverySystemStart() const { return m_localize.text("at every system start"); }
   std::string days() const { return m_localize.text("days"); }

@@ -32,7 +32,7 @@ ListCell kindCell(KindTexts& kinds, Kind kind) {
 ListCell statusCell(const WindowContext& context, const Job& job) {
   const Localize& localize = context.foundation.localize;
   if (!context.hostStart.keepsFromRunning(job)) return {.image = statusImage(!job.isDisabled(), localize)};
-  return {.toolTip = localize.enabledButNotRun(), .image = notRunImage(localize)};
+  return {.toolTip = localize.enabledButCantRun(), .image = notRunImage(localize)};
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 
 namespace mirvel {
 
-/// Titles of the main menu. An ampersand stands before the letter that opens the menu or chooses the item.
+/// Titles of the main menu. An ampersand precedes the mnemonic of a menu or item.
 class MainMenuTexts : public Texts {
  public:
   using Texts::Texts;
@@ -46,9 +46,9 @@ class MainMenuTexts : public Texts {
   std::string fullScreen() const { return text("&Full Screen"); }
   std::string help() const { return text("&Help"); }
   std::string pages() const { return text("Mirvel &Help"); }
-  std::string manual() const { return text("&Manual of launchd.plist"); }
-  std::string site() const { return text("Mirvel &Web Site"); }
-  std::string mailSupport() const { return text("Mail to &Support"); }
+  std::string manual() const { return text("launchd.plist &Manual"); }
+  std::string site() const { return text("Mirvel &Website"); }
+  std::string mailSupport() const { return text("Email &Support"); }
   std::string checkForUpdates() const { return text("Check for &Updates"); }
   std::string about() const { return text("&About Mirvel"); }
 };

@@ -30,7 +30,7 @@ class TimelineTexts {
   std::optional<std::string> duration(std::chrono::seconds length) const;
   /// A job that runs in an interval: "backup – 1 hour, 30 minutes".
   std::string interval(const std::string& name, const std::string& duration) const;
-  /// The header of such jobs.
+  /// The header of the jobs that run in intervals.
   std::string intervals() const { return m_localize.repeatInterval(); }
 
  private:

@@ -13,10 +13,10 @@ class WindowTexts : public Texts {
 
   std::string aboutText() const {
     return text(
-        "Finds, shows and looks after the background jobs of this machine. Free software under the GNU General "
-        "Public License, version 3 or later; it comes with no warranty.");
+        "Finds, shows, edits and runs the background jobs of this computer. Free software under the GNU General Public "
+        "License, version 3 or later, without any warranty.");
   }
-  std::string check() const { return text("Check"); }
+  std::string check() const { return text("Review Changes"); }
   std::string copy() const { return text("Copy"); }
   std::string deleteRevisions() const { return text("Delete Revisions…"); }
   std::string deleteRevisionsOf(const std::string& name) const {
@@ -26,23 +26,23 @@ class WindowTexts : public Texts {
   std::string deleteRevisionsOfThisJob() const { return text("Delete for This Job"); }
   std::string grid() const { return text("Grid"); }
   std::string info() const { return text("Info"); }
+  std::string jobs() const { return text("Jobs"); }
+  std::string jobsDontRun(const std::string& reason) const { return format("Your jobs aren’t running: %@", {reason}); }
   std::string list() const { return text("List"); }
   std::string log() const { return text("Log"); }
-  std::string mail() const { return text("Mail"); }
+  std::string mail() const { return text("Email"); }
   std::string mode() const { return text("Mode"); }
   std::string notEditable() const { return text("Not editable"); }
   std::string open() const { return text("Open"); }
   std::string relaunch() const { return text("Relaunch"); }
   std::string revisionsAreEarlierContents() const {
     return text(
-        "Revisions are the earlier contents of a job, as you saved them. The jobs themselves stay as they are. You "
-        "can’t undo this action.");
+        "Revisions are earlier contents of a job that you saved. The jobs themselves aren’t changed. You can’t undo "
+        "this action.");
   }
   std::string rightSizeAllColumnsIndividually() const { return text("Right-Size All Columns Individually"); }
   std::string rightSizeThisColumn() const { return text("Right-Size This Column"); }
   std::string share() const { return text("Share"); }
-  std::string jobs() const { return text("Jobs"); }
-  std::string jobsDontRun(const std::string& reason) const { return format("Your jobs aren’t running: %@", {reason}); }
   std::string timeline() const { return text("Timeline"); }
   std::string toolbar() const { return text("Toolbar"); }
   std::string tree() const { return text("Tree"); }

@@ -53,7 +53,7 @@ void NewRunScriptViewController::makeText() {
 void NewRunScriptViewController::redraw() {
   redrawButtons();
   const Localize& localize = m_program.foundation.localize;
-  m_hint->setText(qt(m_script.isWriting() ? CreationTexts(localize).saveTheScriptToGoOn()
+  m_hint->setText(qt(m_script.isWriting() ? CreationTexts(localize).saveTheScriptToContinue()
                                           : CreationTexts(localize).chooseOrWriteAScript()));
   m_hint->setVisible(m_script.state() != NewRunScript::State::ready);
   redrawText();

@@ -67,7 +67,7 @@ CompareSheet::CompareSheet(const Localize& localize, const Versions& versions, s
     connect(button, &QPushButton::clicked, this, [this, choice] { done(static_cast<int>(choice)); });
   };
   addButton(EditorTexts(localize).keepMine(), QDialogButtonBox::AcceptRole, Choice::Mine);
-  addButton(EditorTexts(localize).takeTheirs(), QDialogButtonBox::DestructiveRole, Choice::Theirs);
+  addButton(EditorTexts(localize).useTheirs(), QDialogButtonBox::DestructiveRole, Choice::Theirs);
   addButton(localize.cancel(), QDialogButtonBox::RejectRole, Choice::Neither);
   connect(this, &QDialog::finished, this, [completion = std::move(completion)](int choice) {
     completion(static_cast<Choice>(choice));  // of a dialog that was rejected: neither

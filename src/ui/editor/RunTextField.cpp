@@ -10,6 +10,7 @@
 #include "ui/support/InvalidData.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ReplaceText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -71,7 +72,7 @@ void RunTextField::insertCommand(const std::string& command) {
 
 void RunTextField::markInvalid(const QString& what) {
   m_what = what;
-  setToolTip(what.isEmpty() ? whatsThis() : what);
+  setToolTip(what.isEmpty() ? whatsThis() : shownToolTip(utf8(what)));
   markInvalidData(*this, what);
 }
 

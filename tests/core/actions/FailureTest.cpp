@@ -34,7 +34,7 @@ TEST_F(FailureTest, AServiceThatCantBeReachedSendsNothingAndKeepsNoRevision) {
   testdata::RecordingShell shell(program());
   helpers.canConnect = false;
   savedJob(Kind::userAgent);
-  EXPECT_THAT(interface.errors, ElementsAre(Pair("Could not establish communication with the helper tool", tryAgain)));
+  EXPECT_THAT(interface.errors, ElementsAre(Pair("Couldn’t communicate with the helper tool", tryAgain)));
   EXPECT_EQ(program().revisions.revisions().size(), 0U);
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_FALSE(program().saving.isBusy()) << "it can be tried again";
@@ -299,10 +299,10 @@ TEST_F(FailureTest, AnErrorOfAHelperIsToldAndTheEditsStay) {
   } table[] = {
       {Dictionary{{"domain", domain}}, unknown, tryAgain},
       {Dictionary{{"code", 1}}, unknown, tryAgain},
-      {Dictionary{{"domain", domain}, {"code", 1}}, "Could not establish communication with the helper tool", tryAgain},
+      {Dictionary{{"domain", domain}, {"code", 1}}, "Couldn’t communicate with the helper tool", tryAgain},
       {Dictionary{{"domain", domain}, {"code", 4}}, item, tryAgain},
       {Dictionary{{"domain", domain}, {"code", 5}}, item, "Rename the item and try again"},
-      {Dictionary{{"domain", domain}, {"code", 7}}, "An unknown error occurred when fetching the log", tryAgain},
+      {Dictionary{{"domain", domain}, {"code", 7}}, "An unknown error occurred while fetching the log", tryAgain},
       {Dictionary{{"domain", domain}, {"code", 12}}, unknown + " (12)", tryAgain},
       {Dictionary{{"domain", "x"}, {"code", 3}, {"description", "What"}, {"suggestion", "Do"}}, "What", "Do"},
       {Dictionary{{"domain", "x"}, {"code", 3}, {"description", "What"}}, unknown + " (3)", tryAgain},

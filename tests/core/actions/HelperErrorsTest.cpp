@@ -35,13 +35,13 @@ TEST_F(HelperErrorsTest, EachFailureIsToldWithItsFileAndWhatToDo) {
   const std::vector<Row> rows{
       {{Deed::Write, {.code = Code::Io, .message = "x", .file = "/a.plist", .systemCode = ENOSPC}},
        "“/a.plist” couldn’t be written",
-       "The disk is full. Make room on it and try again."},
+       "The disk is full. Free up some space and try again."},
       {{Deed::Delete, {.code = Code::NotPermitted, .message = "x", .file = "/a.plist", .systemCode = EACCES}},
        "“/a.plist” couldn’t be deleted",
        "Check who owns the file and its folder, and who may change them."},
       {{Deed::Write, {.code = Code::Io, .message = "x", .file = "/a.plist", .systemCode = EEXIST}},
        "“/a.plist” couldn’t be written",
-       "There is a file of this name already. Choose another name and try again."},
+       "A file with this name already exists. Choose another name and try again."},
       {{Deed::Write, {.code = Code::BadArgument, .message = "it is a folder", .file = "/a.plist"}},
        "“/a.plist” couldn’t be written",
        "Rename the item and try again\n\nit is a folder"},
@@ -53,12 +53,12 @@ TEST_F(HelperErrorsTest, EachFailureIsToldWithItsFileAndWhatToDo) {
        "Please try again.\n\nit still runs"},
       {{Deed::Read, {.code = Code::Malformed, .message = "no list", .file = "/a.plist", .line = 3, .column = 4}},
        "“/a.plist” couldn’t be read",
-       "Check the content of the job file.\n\nline 3, column 4: no list"},
+       "Check the contents of the job file.\n\nline 3, column 4: no list"},
       {{Deed::Test, {.code = Code::Io, .message = "no host"}},
        "The test couldn’t be run",
        "Please try again.\n\nno host"},
       {{Deed::Log, {.code = Code::Io, .message = "no journal"}},
-       "An unknown error occurred when fetching the log",
+       "An unknown error occurred while fetching the log",
        "Please try again.\n\nno journal"},
       {{Deed::Answer, {.code = Code::MissingKey, .message = "the request's key kind is missing"}},
        "An unknown error occurred (7)",
@@ -108,7 +108,7 @@ TEST_F(HelperErrorsTest, ARefusalSaysWhatToDo) {
     interface.errors.clear();
     presentRefusal(row.refusal, localize, interface);
     EXPECT_THAT(interface.errors,
-                testing::ElementsAre(testing::Pair("Cannot authenticate", testing::HasSubstr(row.says))));
+                testing::ElementsAre(testing::Pair("Authentication failed", testing::HasSubstr(row.says))));
   }
 }
 

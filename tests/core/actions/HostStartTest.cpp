@@ -76,7 +76,7 @@ TEST_F(HostStartTest, AFailureIsToldAndItsJobsAreNotShownAsRunning) {
   answer(failure);
   EXPECT_EQ(program().hostStart.failure(), "no room");
   EXPECT_EQ(changes, 1);
-  EXPECT_EQ(mark("mine"), "Enabled, but not run now");
+  EXPECT_EQ(mark("mine"), "Enabled, but can’t run at present");
   EXPECT_EQ(mark("off"), "Disabled");
   EXPECT_EQ(mark("roots"), "Enabled") << "root's host is another";
   EXPECT_TRUE(interface.errors.empty()) << "no alert";

@@ -77,8 +77,8 @@ TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
     const char* returns;
     std::function<void()> ask;
   } rows[] = {
-      {"Check", "Check", [&] { program().mainWindow.unsavedChangesAlert(); }},
-      {"Check", "Check", [&] { edit(plain), (void)program().mainWindow.sessionMayEnd(); }},
+      {"Review Changes", "Review Changes", [&] { program().mainWindow.unsavedChangesAlert(); }},
+      {"Review Changes", "Review Changes", [&] { edit(plain), (void)program().mainWindow.sessionMayEnd(); }},
       {"Cancel", "Cancel", [&] { program().deletion.confirm(jobNamed("a")); }},
       {"Cancel", "Cancel", [&] { confirmDeleteRevisions(program().windowContext); }},
       {"Cancel", "Compare", [&] { edit(plain), write(Kind::userAgent, "a.plist", "theirs"), save(); }},

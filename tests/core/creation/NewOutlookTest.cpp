@@ -29,15 +29,15 @@ TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
     Change change;
     const char* sentence;
   } table[] = {
-      {"en", Kind::userAgent, nothing, "“backup” runs as you only when it is started by hand."},
+      {"en", Kind::userAgent, nothing, "“backup” runs as you only when it is started manually."},
       {"en", Kind::userAgent, atLoad, "“backup” runs as you at every login and once when it is saved."},
       {"en", Kind::userAgent, nightly, "“backup” runs as you every day at 9:00 PM."},
-      {"en", Kind::localAgent, nightly, "“backup” runs for everyone who is logged in every day at 9:00 PM."},
+      {"en", Kind::localAgent, nightly, "“backup” runs for every logged-in user every day at 9:00 PM."},
       {"en", Kind::localDaemon, atLoad, "“backup” runs as root at every system start and once when it is saved."},
       {"en", Kind::localDaemon, all,
-       "“backup” runs as root again when it ends with success, every 2 hours, when ~/A b changes, at every system "
+       "“backup” runs as root again when it exits successfully, every 2 hours, when ~/A b changes, at every system "
        "start, and once when it is saved."},
-      {"de", Kind::userAgent, nothing, "„backup“ läuft unter Ihrem Namen nur wenn er von Hand gestartet wird."},
+      {"de", Kind::userAgent, nothing, "„backup“ läuft unter Ihrem Namen nur bei manuellem Start."},
       {"de", Kind::userAgent, nightly, "„backup“ läuft unter Ihrem Namen jeden Tag um 21:00 Uhr."},
       {"de", Kind::localDaemon, atLoad, "„backup“ läuft als root bei jedem Systemstart und einmal beim Speichern."},
       {"ar", Kind::userAgent, atLoad, "تعمل «\u2068backup\u2069» باسمك عند كل تسجيل دخول ومرة واحدة عند الحفظ."},
@@ -95,7 +95,7 @@ TEST_F(OutlookOfSheetTest, RulesCountOnlyWhileTheJobIsScheduled) {
   EXPECT_EQ(sheet.outlook().sentence, "“a” runs as you every hour.");
   EXPECT_EQ(sheet.outlook().nextRuns.size(), 3U);
   sheet.when.scheduled(false);
-  EXPECT_EQ(sheet.outlook().sentence, "“a” runs as you only when it is started by hand.");
+  EXPECT_EQ(sheet.outlook().sentence, "“a” runs as you only when it is started manually.");
   EXPECT_THAT(sheet.outlook().nextRuns, IsEmpty());
 }
 

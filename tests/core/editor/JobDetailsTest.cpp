@@ -35,7 +35,7 @@ TEST_F(JobDetailsTest, EachSortOfJobTellsWhatItIsAndWhenItRuns) {
   auto& tool = dynamic_cast<PrivilegedHelperTool&>(*jobNamed("tool"));
   tool.identifier = "org.example.tool";
   tool.clients = "someone";
-  EXPECT_EQ(rowsOf("tool"), (Rows{"When: When one of its clients asks for it", "Identifier: org.example.tool",
+  EXPECT_EQ(rowsOf("tool"), (Rows{"When: When one of its clients requests it", "Identifier: org.example.tool",
                                   "Clients: someone", "Path: " + path(Kind::privilegedHelperTool, "tool").string()}));
 }
 

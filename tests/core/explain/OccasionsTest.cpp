@@ -11,22 +11,22 @@ using jobfile::Dict;
 using jobfile::List;
 
 TEST(OccasionsTest, EachOccasionYieldsASentence) {
-  const std::string byHand = "Only when it is started by hand";
-  const std::string always = "Always: it is started again whenever it ends";
+  const std::string byHand = "Only when it is started manually";
+  const std::string always = "Continuously, restarting whenever it exits";
   const struct {
     Dict file;
     std::vector<std::string> sentences;
   } table[] = {
       {{}, {byHand}},
       {{{"RunAtLoad", false}, {"KeepAlive", false}}, {byHand}},
-      {{{"Disabled", true}}, {"Not now: the file disables the job", byHand}},
-      {{{"RunAtLoad", true}}, {"When it is loaded, that is, at login or at startup"}},
+      {{{"Disabled", true}}, {"Not at present, because the job is disabled in its file", byHand}},
+      {{{"RunAtLoad", true}}, {"When it is loaded (at login or startup)"}},
       {{{"KeepAlive", true}}, {always}},
       {{{"OnDemand", false}}, {always}},
       {{{"KeepAlive", Dict{{"Crashed", true}}}, {"OnDemand", false}}, {always}},
       {{{"KeepAlive", Dict{{"Crashed", true}, {"SuccessfulExit", false}, {"AfterInitialDemand", true}}}},
-       {"Again when it ends with a failure", "Again when it crashes",
-        "It is kept running only once it has been asked for"}},
+       {"Again when it exits with an error", "Again when it crashes",
+        "Kept running only after it was first started on demand"}},
       {{{"KeepAlive",
          Dict{{"PathState", Dict{{"/a", true}, {"/b", false}}}, {"OtherJobEnabled", Dict{{"x", true}, {"y", false}}}}}},
        {"While /a exists", "While /b doesn’t exist", "While the job x is loaded", "While the job y isn’t loaded"}},
@@ -38,12 +38,12 @@ TEST(OccasionsTest, EachOccasionYieldsASentence) {
         "Every day at 07:05, only in February"}},
       {{{"StartOnMount", true}, {"StartInterval", 7200}}, {"Every 2 hours", "When a volume is mounted"}},
       {{{"WatchPaths", List{"/a", "/b"}}, {"QueueDirectories", List{"/q"}}},
-       {"When /a changes", "When /b changes", "While there is something in /q"}},
+       {"When /a changes", "When /b changes", "While /q isn’t empty"}},
       {{{"MachServices", Dict{{"m", true}, {"n", Dict{}}}}, {"Sockets", Dict{{"s", Dict{}}}}},
-       {"When something comes in at the socket s", "When another program uses the service m",
+       {"When a request arrives at the socket s", "When another program uses the service m",
         "When another program uses the service n"}},
       {{{"LaunchEvents", Dict{{"com.apple.notifyd.matching", Dict{}}}}},
-       {"When an event of com.apple.notifyd.matching occurs"}},
+       {"When com.apple.notifyd.matching reports an event"}},
   };
   const Localize english("en");
   for (const auto& row : table) {

@@ -28,7 +28,7 @@ TEST(RuleTextTest, RulesAreSentences) {
       {DayOfWeek{1, Date::timeOfDay(21, 0)}, "Every Monday at 21:00", "Every Montag at 21:00"},
       {DayOfWeek{0, Date::timeOfDay(0, 0)}, "Every Sunday at 00:00", "Every Sonntag at 00:00"},
       {DayOfWeek{7, Date::timeOfDay(9, 0)}, "Every weekday at 09:00", "Every weekday at 09:00"},
-      {DayOfWeek{8, Date::timeOfDay(9, 0)}, "Every day of the weekend at 09:00", "Every day of the weekend at 09:00"},
+      {DayOfWeek{8, Date::timeOfDay(9, 0)}, "On weekends at 09:00", "On weekends at 09:00"},
       {DayOfMonth{0, Date::timeOfDay(0, 0)}, "On the 1st of every month at 00:00", "On the 1. of every month at 00:00"},
       {DayOfMonth{21, Date::timeOfDay(0, 0)}, "On the 22nd of every month at 00:00",
        "On the 22. of every month at 00:00"},

@@ -315,7 +315,7 @@ TEST_F(ScheduledRuleEditorTest, RulesThatCantBeEditedAreSentences) {
   EXPECT_THAT(m_editor->findChildren<QComboBox*>(), IsEmpty());
   EXPECT_THAT(m_editor->findChildren<QToolButton*>(), IsEmpty());
   EXPECT_THAT(utf8(m_editor->findChild<QTextEdit*>()->toPlainText()),
-              testing::StartsWith("Every 5 seconds\nEvery day of the weekend at 9:00"));
+              testing::StartsWith("Every 5 seconds\nOn weekends at 9:00"));
   program().scheduledController.load({EveryHour{7}}, m_editor->editor());
   EXPECT_EQ(utf8(m_editor->findChild<QTextEdit*>()->toPlainText()), "Every hour at minute 7");
   m_editor->setEditable(true);

@@ -95,7 +95,7 @@ TEST_F(MainMenuTest, ShareMenuListsTheAvailableWays) {
   click(0);
   QMenu& share = *item(*menus().front(), "Share")->menu();
   open(share);
-  EXPECT_THAT(titles(share), ElementsAre("Copy", "Mail", "Open"));
+  EXPECT_THAT(titles(share), ElementsAre("Copy", "Email", "Open"));
   share.actions().front()->trigger();
   EXPECT_THAT(workspace.deeds, ElementsAre(testing::HasSubstr("alpha.plist: <?xml")));
 }

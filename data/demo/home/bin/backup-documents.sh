@@ -1,6 +1,6 @@
 #!/bin/sh
-# Copies the Documents folder to Backups/Documents. With rsync only what has changed is copied, and what was deleted
-# goes from the copy too.
+# Copies the Documents folder to Backups/Documents. rsync copies only the files that changed, and deletes those that no
+# longer exist.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 mkdir -p "$home/Backups/Documents"

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Compares the version that is installed with the newest one. Both are kept in files, so no network is needed.
+# Compares the installed version with the newest one. Both are read from files, so no network is needed.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 installed=$(cat "$home/Application/installed.txt")
@@ -7,5 +7,5 @@ newest=$(cat "$home/Application/newest.txt")
 if [ "$installed" = "$newest" ]; then
   echo "$(date): version $installed is the newest"
 else
-  echo "$(date): version $newest is there, and $installed is installed"
+  echo "$(date): version $newest is available; $installed is installed"
 fi

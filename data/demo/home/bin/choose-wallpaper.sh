@@ -1,5 +1,5 @@
 #!/bin/sh
-# Takes the next picture of the folder $PICTURES, by the number of the day, and makes it Wallpaper.svg.
+# Chooses the picture of the day from the folder $PICTURES and copies it to Wallpaper.svg.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 set -- "$PICTURES"/*.svg

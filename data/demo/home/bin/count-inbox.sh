@@ -1,5 +1,5 @@
 #!/bin/sh
-# Tells how many notes wait in the folder Inbox.
+# Counts the notes in the folder Inbox.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 echo "$(date): $(find "$home/Inbox" -type f | wc -l | tr -d ' ') notes in the inbox"

@@ -1,4 +1,4 @@
 #!/bin/sh
-# Notes that a device was plugged in. Its argument says of what kind.
+# Logs that a device was plugged in. The argument is its kind.
 set -eu
-echo "$(date): there is a new device, $1"
+echo "$(date): new device: $1"

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Packs the folder Database into one file in Backups, and keeps the newest seven of them.
+# Packs the folder Database into one file in Backups, and keeps the newest seven.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 mkdir -p "$home/Backups"

@@ -1,4 +1,4 @@
 #!/bin/sh
-# Writes one line to whoever is connected: the connection is what the script has as its output.
+# Greets each client: the connection is the standard output of this script.
 set -eu
-echo "Hello! It is $(date '+%H:%M') here, and this script ran only because you came."
+echo "Hello! It is $(date '+%H:%M') here, and this script was started by your connection."

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Says hello, with the part of the day.
+# Writes a greeting for the time of day.
 set -eu
 case $(date +%H) in
   0[5-9] | 1[01]) echo "$(date): good morning" ;;

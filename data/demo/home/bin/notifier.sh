@@ -1,5 +1,5 @@
 #!/bin/sh
-# Notes that it was started. A real one would read its messages from the name that the job file registers.
+# Logs that it was started. A real notifier would receive its messages through the registered Mach service.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
-echo "$(date): somebody has something to announce" >> "$home/Logs/notifier.log"
+echo "$(date): a message has arrived" >> "$home/Logs/notifier.log"

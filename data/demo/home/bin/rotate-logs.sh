@@ -1,6 +1,6 @@
 #!/bin/sh
-# Copies each log to <name>.log.old, over that of the last time, and empties it. The log isn't moved away, because a
-# job that is running goes on writing to the file it has open.
+# Copies each log to <name>.log.old, replacing the previous copy, and empties it. The log isn't renamed, because a
+# running job would keep writing to the file that it has open.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 for log in "$home/Logs"/*.log; do

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Moves each file of the folder Queue to Sent, with the time in front of its name.
+# Moves each file in the folder Queue to Sent, and puts the time before its name.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 mkdir -p "$home/Sent"

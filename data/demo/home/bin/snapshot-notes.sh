@@ -1,5 +1,5 @@
 #!/bin/sh
-# Keeps a copy of the file that is named as its argument in Snapshots, with the time in front of its name.
+# Copies the file given as the argument to Snapshots, and puts the time before its name.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 mkdir -p "$home/Snapshots"

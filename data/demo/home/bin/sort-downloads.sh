@@ -1,6 +1,6 @@
 #!/bin/sh
-# Moves the files directly in Downloads to a folder for their kind. Anything else stays where it is, and so does a
-# file of which there is one already.
+# Moves the files directly in Downloads to a folder for their kind. Everything else stays where it is, and so does a
+# file whose name is already taken in that folder.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Copies the Pictures folder to the volume "Photos", if that is the one that was mounted.
+# Copies the Pictures folder to the volume "Photos" if it is mounted.
 set -eu
 home=$(cd "$(dirname "$0")/.." && pwd)
 volume=$home/Volumes/Photos

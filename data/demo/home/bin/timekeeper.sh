@@ -1,5 +1,5 @@
 #!/bin/sh
-# Notes the time every ten minutes until it is told to end.
+# Logs the time every ten minutes until it is terminated.
 set -eu
 trap 'kill "${!:-}" 2>/dev/null || :; exit 0' TERM INT
 while true; do
