@@ -6,7 +6,7 @@
 #include "core/process/SystemProcessRunner.h"
 #include "helpers/EndsHost.h"
 #include "helpers/FakeJobHost.h"
-#include "helpers/wire/ProcessHelperConnection.h"
+#include "helpers/wire/StartHelper.h"
 #include "support/ThreadQueue.h"
 
 namespace mirvel {

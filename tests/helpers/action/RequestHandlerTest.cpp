@@ -262,12 +262,7 @@ TEST_F(RequestHandlerTest, FailuresAreAnsweredInTheirParts) {
     EXPECT_EQ(failure->cause.systemCode, row.systemCode) << row.file;
     EXPECT_EQ(failure->isWritten, row.isWritten) << row.file;
   }
-}
-
-TEST_F(RequestHandlerTest, AFileThatCannotBeLoadedStaysWrittenAndTheReasonIsTold) {
-  host.failing = {"load a.plist"};
-  EXPECT_THAT(errorText(write(1, "a.plist", "a"), "description"), HasSubstr("the host can't load a.plist"));
-  EXPECT_EQ(bytes(path("a.plist")), jobText("a"));
+  EXPECT_EQ(bytes(path("b.plist")), jobText("b"));
 }
 
 TEST_F(RequestHandlerTest, TestsRunOnceAnswerWithTheirOutputAndAreRemoved) {
@@ -294,11 +289,18 @@ TEST_F(RequestHandlerTest, TestsRunOnceAnswerWithTheirOutputAndAreRemoved) {
   EXPECT_NE(run().find("error"), nullptr);
 }
 
-TEST_F(RequestHandlerTest, TestsThatNobodyRemovedGoWithTheHelper) {
+TEST_F(RequestHandlerTest, TestsThatNobodyRemovedGoWithTheHelperAndCancelledOnesAreNotStarted) {
   const std::string job = root.path() / "test.plist";
   {
     RequestHandler other({.files = files, .host = host, .uninstall = {}});
-    other.handle({{"kind", 6}, {"testPath", job}, {"testOutputPath", job + ".out"}, {"string", jobText("uuid")}});
+    const messages::Request test{
+        .content = messages::Test{.testPath = job, .testOutputPath = job + ".out", .string = jobText("uuid")}};
+    Cancellation cancellation;
+    cancellation.cancel();
+    (void)other.answer(test, cancellation);
+    EXPECT_FALSE(fs::exists(job));
+    EXPECT_THAT(host.calls, IsEmpty());
+    other.handle(test.write());
     EXPECT_TRUE(fs::exists(job));
   }
   EXPECT_FALSE(fs::exists(job));

@@ -13,7 +13,7 @@
 #include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/Listener.h"
-#include "helpers/privileged/Options.h"
+#include "helpers/privileged/PrivilegedOptions.h"
 #include "helpers/privileged/SystemHelperConnections.h"
 #include "support/RecordingConsole.h"
 #include "support/ThreadQueue.h"
@@ -238,15 +238,19 @@ TEST_F(ToolTest, WhatFailsTellsWhy) {
 }
 
 TEST_F(ToolTest, QuittingWhileTheUserIsAskedWaitsForNothing) {
-  const std::string tool = folder.write("tool", "#!/bin/sh\necho $$ >&2\nexec sleep 600\n");
-  ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
-  bool isAnswered = false;
-  {
-    Connections connections({.action = {}, .privileged = "/helper", .elevation = {Elevation::Way::Pkexec, tool}});
-    connections.connect([&](auto) { isAnswered = true; }, [&](const Error&) { isAnswered = true; });
+  for (const char* said : {"", "a greeting", "\\0\\0\\0\\200a part of one"}) {
+    const fs::path mark = folder.path() / "said";
+    fs::remove(mark);
+    const std::string tool = folder.write(
+        "tool", std::string("#!/bin/sh\nprintf '") + said + "'\n: >'" + mark.string() + "'\nexec sleep 600\n");
+    ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
+    {
+      Connections connections({.action = {}, .privileged = "/helper", .elevation = {Elevation::Way::Pkexec, tool}});
+      connections.connect([](const auto& answer) { EXPECT_FALSE(answer.connection); }, [](const Error&) {});
+      EXPECT_TRUE(connections.queue.runUntil([&] { return fs::exists(mark); })) << said;
+    }
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "the tool has ended, too";
   }
-  EXPECT_FALSE(isAnswered);
-  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);  // and the tool has ended, too
 }
 
 TEST_F(ToolTest, AMachineWithoutTheToolIsARefusal) {

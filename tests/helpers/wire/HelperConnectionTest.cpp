@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "helpers/wire/FrameSocket.h"
-#include "helpers/wire/ProcessHelperConnection.h"
+#include "helpers/wire/StartHelper.h"
 #include "helpers/wire/SocketHelperConnection.h"
 #include "support/TestData.h"
 #include "support/ThreadQueue.h"
