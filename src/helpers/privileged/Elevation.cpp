@@ -24,8 +24,6 @@ namespace mirvel {
 namespace {
 
 using Refusal = HelperConnections::Refusal;
-constexpr std::size_t largestOutput = std::size_t{1} << 16U;
-
 /// pkexec(1) has one exit status for all failures except a closed dialog, and explains them in English (LC_ALL is C).
 std::optional<Elevated> refusalOfPkexec(int exitStatus, const std::string& complaints) {
   constexpr int dismissed = 126, notAuthorised = 127;
@@ -60,16 +58,6 @@ Error noHelper(std::string_view complaints) {
 Environment environmentFor(Elevation::Way way) {
   Environment result{{"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}};
   if (way == Elevation::Way::Pkexec) result.emplace("LC_ALL", "C");
-  return result;
-}
-
-std::string readAll(const FileDescriptor& file) {
-  std::string result;
-  std::array<char, 4096> buffer;
-  for (ssize_t count = 1; count > 0 && result.size() < largestOutput;) {
-    count = readUninterrupted(file.number(), buffer.data(), buffer.size());
-    if (count > 0) result.append(buffer.data(), static_cast<std::size_t>(count));
-  }
   return result;
 }
 
@@ -143,12 +131,25 @@ Result<Elevated> PrivilegedStart::finish() {
 }
 
 /// Waits until there is something to read, or the end of it. Returns false if the wait was cancelled.
-bool PrivilegedStart::waitForOutput() const {
+bool PrivilegedStart::waitFor(const FileDescriptor& file) const {
   std::array<pollfd, 2> waiting{pollfd{.fd = m_cancelling.read.number(), .events = POLLIN, .revents = 0},
-                                pollfd{.fd = m_output.number(), .events = POLLIN, .revents = 0}};
+                                pollfd{.fd = file.number(), .events = POLLIN, .revents = 0}};
   while (::poll(waiting.data(), waiting.size(), -1) < 0 && errno == EINTR) {
   }
   return waiting[0].revents == 0;
+}
+
+/// Reads to the end, or to a limit. Returns nullopt if the wait was cancelled.
+std::optional<std::string> PrivilegedStart::readAll(const FileDescriptor& file) const {
+  constexpr std::size_t largestOutput = std::size_t{1} << 16U;
+  std::string result;
+  std::array<char, 4096> buffer;
+  for (ssize_t count = 1; count > 0 && result.size() < largestOutput;) {
+    if (!waitFor(file)) return std::nullopt;
+    count = readUninterrupted(file.number(), buffer.data(), buffer.size());
+    if (count > 0) result.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  return result;
 }
 
 /// The helper sends a greeting with its secret when it has been authorised. It is read in pieces, so that `cancel` also
@@ -160,7 +161,7 @@ Result<Elevated> PrivilegedStart::finishWithSocket() {
     const auto greeting = reader.next();
     if (!greeting) return noHelper(greeting.error().message);
     if (*greeting) return greeted(**greeting);
-    if (!waitForOutput()) return Elevated{.isCancelled = true};
+    if (!waitFor(m_output)) return Elevated{.isCancelled = true};
     const ssize_t count = readUninterrupted(m_output.number(), buffer.data(), buffer.size());
     if (count <= 0) return failed();
     reader.append({buffer.data(), static_cast<std::size_t>(count)});
@@ -175,15 +176,10 @@ Result<Elevated> PrivilegedStart::greeted(const wire::Frame& greeting) {
 
 /// The helper prints the address of its socket and its secret, and closes its output.
 Result<Elevated> PrivilegedStart::finishWithAddress() {
-  std::string said;
-  std::array<char, 4096> buffer;
-  for (ssize_t count = 1; count > 0 && said.size() < largestOutput;) {
-    if (!waitForOutput()) return Elevated{.isCancelled = true};
-    count = readUninterrupted(m_output.number(), buffer.data(), buffer.size());
-    if (count > 0) said.append(buffer.data(), static_cast<std::size_t>(count));
-  }
-  if (said.empty()) return failed();
-  const std::string lines(String::trim(said, true));
+  const auto said = readAll(m_output);
+  if (!said) return Elevated{.isCancelled = true};
+  if (said->empty()) return failed();
+  const std::string lines(String::trim(*said, true));
   const std::size_t end = lines.find('\n');
   auto authData = end == std::string::npos ? std::nullopt : fromHex(std::string_view(lines).substr(end + 1));
   if (!authData || authData->empty()) return noHelper(lines);
@@ -193,10 +189,11 @@ Result<Elevated> PrivilegedStart::finishWithAddress() {
 }
 
 Result<Elevated> PrivilegedStart::failed() {
-  const std::string complaints = readAll(m_complaints);
+  const auto complaints = readAll(m_complaints);
+  if (!complaints) return Elevated{.isCancelled = true};
   const int status = waitForChild();
-  auto refusal = refusalOf(m_elevation.way, status, complaints);
-  return refusal ? Result<Elevated>(*std::move(refusal)) : noHelper(complaints);
+  auto refusal = refusalOf(m_elevation.way, status, *complaints);
+  return refusal ? Result<Elevated>(*std::move(refusal)) : noHelper(*complaints);
 }
 
 /// Returns the exit status. Doesn't block for long, because the child has closed its output.

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -66,7 +67,8 @@ class PrivilegedStart {
   PrivilegedStart(const Elevation& elevation, std::shared_ptr<wire::Reaper> reaper);
 
   Result<void> start(const std::string& program, const std::vector<std::string>& arguments);
-  bool waitForOutput() const;
+  bool waitFor(const FileDescriptor& file) const;
+  std::optional<std::string> readAll(const FileDescriptor& file) const;
   Result<Elevated> finishWithSocket();
   Result<Elevated> greeted(const wire::Frame& greeting);
   Result<Elevated> finishWithAddress();

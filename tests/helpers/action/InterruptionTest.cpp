@@ -20,7 +20,7 @@ using propertylist::Dictionary;
 using testdata::bytes;
 using testdata::jobText;
 
-/// Job files of different sizes, so that half of one is no other.
+/// Job files of different sizes, none of which is part of another.
 std::string content(int number) {
   return jobText("a", "/bin/" + std::string(static_cast<std::size_t>(number % 3) * 20000 + 1, 'x'));
 }
@@ -43,7 +43,7 @@ class InterruptionTest : public testing::Test {
     return handler.handle(testdata::writeRequest(0, to, content(number), old));
   }
 
-  /// Runs something in a child, which ends with 0 for true.
+  /// Runs the check in a child process.
   static bool inChild(const std::function<bool()>& check) {
     const pid_t child = ::fork();
     if (child == 0) ::_exit(check() ? 0 : 1);
@@ -73,21 +73,6 @@ TEST_F(InterruptionTest, AKilledMoveLeavesTheJobExactlyOnce) {
   }
 }
 
-TEST_F(InterruptionTest, AKilledDeletionLeavesAWholeFileOrNone) {
-  for (int i = 0; i < testdata::tries(20, 1000); ++i) {
-    killer.killWithin([&](int number) {
-      if (number % 2 == 0) {
-        write(first, number);
-      } else {
-        handler.handle(testdata::deleteRequest(first));
-      }
-    });
-    if (fs::exists(first)) {
-      ASSERT_TRUE(isWhole(first)) << i;
-    }
-  }
-}
-
 TEST_F(InterruptionTest, WithoutRoomTheOldFileStays) {
   ASSERT_EQ(write(first, 0), Dictionary());
   EXPECT_TRUE(inChild([&] {
@@ -103,7 +88,7 @@ TEST_F(InterruptionTest, WithoutRoomTheOldFileStays) {
 TEST_F(InterruptionTest, AFolderThatMayNotBeWrittenKeepsItsFiles) {
   ASSERT_EQ(write(first, 0), Dictionary());
   ASSERT_EQ(::chmod(root.path().c_str(), 0555), 0);
-  // Root may write anywhere, so it steps down where it can.
+  // Root may write anywhere, so the child gives up root's rights.
   EXPECT_TRUE(inChild([&] {
     if (::geteuid() == 0 && ::setuid(65534) != 0) return false;
     return write(first, 1).find("error") != nullptr && write(second, 1, first).find("error") != nullptr &&

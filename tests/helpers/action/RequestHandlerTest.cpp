@@ -52,6 +52,10 @@ class RequestHandlerTest : public testing::Test {
   fs::path put(const std::string& name, const std::string& label) const {
     return root.write("LaunchAgents/" + name, jobText(label));
   }
+  /// A test of the label "uuid".
+  static Dictionary testRequest(const std::string& job) {
+    return {{"kind", 6}, {"testPath", job}, {"testOutputPath", job + ".out"}, {"string", jobText("uuid")}};
+  }
   Dictionary write(int kind, const std::string& name, const std::string& label) {
     Dictionary request = writeRequest(kind, path(name), jobText(label));
     request.set("label", label);
@@ -266,14 +270,10 @@ TEST_F(RequestHandlerTest, FailuresAreAnsweredInTheirParts) {
 
 TEST_F(RequestHandlerTest, TestsRunOnceAnswerWithTheirOutputAndAreRemoved) {
   const std::string job = root.path() / "test.plist";
-  const std::string output = root.path() / "test";
+  const std::string output = job + ".out";
   host.outputFile = output;
   host.output = "caf\xC3\xA9 \xFF\n";
-  const auto run = [&] {
-    return handler.handle(
-        {{"kind", 6}, {"testPath", job}, {"testOutputPath", output}, {"string", jobText("uuid")}, {"label", "uuid"}});
-  };
-  EXPECT_EQ(run(), (Dictionary{{"test", "caf\xC3\xA9 \xEF\xBF\xBD\n"}}));
+  EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", "caf\xC3\xA9 \xEF\xBF\xBD\n"}}));
   EXPECT_THAT(host.calls, ElementsAre("load test.plist", "wait 60 s for uuid"));
   EXPECT_TRUE(fs::exists(job));
   host.calls.clear();
@@ -283,23 +283,21 @@ TEST_F(RequestHandlerTest, TestsRunOnceAnswerWithTheirOutputAndAreRemoved) {
   EXPECT_FALSE(fs::exists(output));
 
   host.outputFile.clear();
-  EXPECT_EQ(run(), (Dictionary{{"test", ""}}));
+  EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}}));
   host.failing = {"load test.plist"};
-  EXPECT_NE(run().find("error"), nullptr);
+  EXPECT_NE(handler.handle(testRequest(job)).find("error"), nullptr);
 }
 
 TEST_F(RequestHandlerTest, TestsThatNobodyRemovedGoWithTheHelperAndCancelledOnesAreNotStarted) {
   const std::string job = root.path() / "test.plist";
   {
     RequestHandler other({.files = files, .host = host, .uninstall = {}});
-    const messages::Request test{
-        .content = messages::Test{.testPath = job, .testOutputPath = job + ".out", .string = jobText("uuid")}};
     Cancellation cancellation;
     cancellation.cancel();
-    (void)other.answer(test, cancellation);
+    (void)other.answer(*messages::Request::read(testRequest(job)), cancellation);
     EXPECT_FALSE(fs::exists(job));
     EXPECT_THAT(host.calls, IsEmpty());
-    other.handle(test.write());
+    other.handle(testRequest(job));
     EXPECT_TRUE(fs::exists(job));
   }
   EXPECT_FALSE(fs::exists(job));
@@ -311,7 +309,7 @@ TEST_F(RequestHandlerTest, TestsWithAFolderOfTheirOwnTouchNoOther) {
   fs::create_directory(own);
   RequestHandler other({.files = files, .host = host, .uninstall = {}, .testFolder = own});
   const std::string job = path("test.plist");
-  other.handle({{"kind", 6}, {"testPath", job}, {"testOutputPath", job + ".out"}, {"string", jobText("uuid")}});
+  other.handle(testRequest(job));
   EXPECT_TRUE(fs::is_empty(folder));
   for (const auto& entry : fs::directory_iterator(own)) {
     EXPECT_THAT(bytes(entry.path()), HasSubstr("<key>StandardOutPath</key>\n\t<string>" + own.string()));

@@ -131,7 +131,7 @@ class ServiceTest : public testing::Test {
   });
   testdata::ThreadQueue queue;
   std::unique_ptr<HelperConnection> connection;
-  std::vector<std::string> outcomes;  ///< of requests, by name, in the order of their answers
+  std::vector<std::string> outcomes;  ///< the names and outcomes of requests, in the order of their answers
 
   void connect() { connection = std::make_unique<wire::SocketHelperConnection>(std::move(sockets.ours), queue); }
   void TearDown() override {
@@ -328,7 +328,7 @@ TEST_F(ServiceTest, ASubscriberThatDoesNotKeepUpLosesItsSubscriptionAndNothingEl
   const messages::Request subscription{.content = messages::Subscribe{.topic = "news"}};
   ASSERT_TRUE(wire::sendFrame(socket.number(), {.id = 1, .body = subscription.write()}));
   ASSERT_TRUE(wait([&] { return publisher.count() == 1; }));
-  constexpr int tooMany = 100000;  // more than what a socket takes and may wait
+  constexpr int tooMany = 100000;  // more than the socket accepts and `mostEvents`
   for (int i = 0; i < tooMany; ++i) publisher.publish(i);
   wire::FrameReader reader;
   int events = 0;

@@ -154,7 +154,7 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLater
 
 TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadHoldsNobodyUp) {
   const Dictionary large{{"string", propertylist::Data{std::string(std::size_t{2} << 20U, 'x')}}};
-  for (int i = 0; i < 4; ++i) outcome.ask(*connection, large);  // far more than a socket takes
+  for (int i = 0; i < 4; ++i) outcome.ask(*connection, large);  // far more than a socket accepts at once
   EXPECT_EQ(outcome.count(), 0U);
   for (int i = 0; i < 4; ++i) {
     const Frame frame = peer.next();
@@ -164,7 +164,7 @@ TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadHoldsNobodyUp) {
   ASSERT_TRUE(wait(4));
   EXPECT_EQ(outcome.replies.size(), 4U);
   outcome.ask(*connection, large);
-  connection.reset();  // in the middle of sending
+  connection.reset();  // while it is sending
   EXPECT_EQ(outcome.count(), 4U);
 }
 
@@ -263,7 +263,7 @@ TEST_F(SocketHelperConnectionTest, AnAnswerMayEndTheConnection) {
   }
 }
 
-TEST(ProcessHelperConnectionTest, HelpersComeAndGoWithoutATrace) {
+TEST(StartHelperTest, HelpersComeAndGoWithoutATrace) {
   struct Row {
     const char* script;
     std::size_t replies;
@@ -276,7 +276,7 @@ TEST(ProcessHelperConnectionTest, HelpersComeAndGoWithoutATrace) {
       {"test -e /dev/fd/9 || cat <&3 >&3", 1},
   };
   testdata::ThreadQueue queue;
-  const FileDescriptor secret(::dup2(1, 9));  // no helper may get what isn't close-on-exec by accident
+  const FileDescriptor secret(::dup2(1, 9));  // must not reach the helper
   ASSERT_EQ(::fcntl(9, F_SETFD, FD_CLOEXEC), 0);
   const std::size_t before = openDescriptors();
   for (const auto& row : rows) {
@@ -295,7 +295,7 @@ TEST(ProcessHelperConnectionTest, HelpersComeAndGoWithoutATrace) {
   EXPECT_FALSE(hasChildren());
 }
 
-TEST(ProcessHelperConnectionTest, ARequestSentRightBeforeTheEndArrives) {
+TEST(StartHelperTest, ARequestSentRightBeforeTheEndArrives) {
   const testdata::TemporaryFolder folder;
   const std::string file = folder.path() / "heard";
   testdata::ThreadQueue queue;
@@ -312,7 +312,7 @@ TEST(ProcessHelperConnectionTest, ARequestSentRightBeforeTheEndArrives) {
   EXPECT_EQ(testdata::bytes(file), "bplist00");
 }
 
-TEST(ProcessHelperConnectionTest, AMissingProgramIsAnError) {
+TEST(StartHelperTest, AMissingProgramIsAnError) {
   testdata::ThreadQueue queue;
   const auto connection = startHelper({.path = "/nowhere/helper"}, queue, std::make_shared<Reaper>());
   ASSERT_FALSE(connection);
