@@ -3,6 +3,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
@@ -32,7 +33,13 @@ class SystemLog final : public Console {
  public:
   SystemLog() { ::openlog("mirvel-privileged", LOG_PID, LOG_AUTHPRIV); }
   void print(const std::string& line) override { log(line); }
-  void log(const std::string& line) override { ::syslog(LOG_NOTICE, "%s", line.c_str()); }
+  /// Replaces control characters: otherwise a path with line breaks could forge other entries of the log.
+  void log(const std::string& line) override {
+    std::string safe = line;
+    std::replace_if(
+        safe.begin(), safe.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
+    ::syslog(LOG_NOTICE, "%s", safe.c_str());
+  }
 };
 
 int fail(const std::string& why) {

@@ -122,13 +122,6 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLater
        Error::Code::HungUp},
       {"says garbage", [](Peer& p, std::int64_t) { p.say(std::string("\0\0\0\x05hello", 9)); }, 0, 1,
        Error::Code::Malformed},
-      {"says it in XML",
-       [](Peer& p, std::int64_t id) {
-         const std::string list = "<plist version=\"1.0\"><dict><key>id</key><integer>" + std::to_string(id) +
-                                  "</integer><key>body</key><dict/></dict></plist>";
-         p.say(std::string("\0\0\0", 3) + static_cast<char>(list.size()) + list);
-       },
-       0, 1, Error::Code::Malformed},
       {"says too much", [](Peer& p, std::int64_t) { p.say("\xff\xff\xff\xff"); }, 0, 1, Error::Code::LimitExceeded},
       {"sends an event to a request without a subscription",
        [](Peer& p, std::int64_t id) { p.send({.id = id, .kind = Frame::Kind::Event}); }, 0, 1, Error::Code::Malformed},
