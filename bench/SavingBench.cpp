@@ -5,7 +5,7 @@
 #include "core/catalogue/Kind.h"
 #include "core/process/SystemProcessRunner.h"
 #include "helpers/jobhost/EmbeddedHost.h"
-#include "helpers/wire/ProcessHelperConnection.h"
+#include "helpers/wire/StartHelper.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
 #include "support/ThreadQueue.h"

@@ -63,6 +63,7 @@ void checkWritten(std::string_view text) {
 
 }  // namespace
 
+/// Any input is read as a desktop entry or refused, and text of any kind survives in a correctly written entry.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
   checkFile(input);

@@ -101,6 +101,8 @@ std::string framed(std::string_view content) {
 
 }  // namespace
 
+/// Any stream gives the same frames however it is split, and any message that can be read survives being written and
+/// read again.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
   if (const auto document = propertylist::read(input)) {

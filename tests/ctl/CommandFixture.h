@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "ctl/Subcommand.h"
-#include "support/FakeClock.h"
 #include "support/TestData.h"
+#include "support/VirtualQueue.h"
 
 namespace mirvel::ctl {
 

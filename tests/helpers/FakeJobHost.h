@@ -1,6 +1,6 @@
 #pragma once
 
-#include <map>
+#include <fstream>
 #include <set>
 #include <string>
 #include <vector>
@@ -10,18 +10,18 @@
 
 namespace mirvel::testdata {
 
-/// Keeps a list of what it was asked, as "load a.plist" or "unload org.example.a".
+/// Records its calls, such as "load a.plist" and "unload org.example.a".
 class FakeJobHost final : public JobHost {
  public:
   std::vector<std::string> calls;
-  std::set<std::string> failing;  ///< those of the calls that fail
-  std::string output;             ///< what a test job prints
+  std::set<std::string> failing;  ///< the calls that fail
+  std::string output;             ///< of a test job
   std::filesystem::path outputFile;
   std::vector<LogLine> lines;
 
   Result<void> start() override { return note("start"); }
   Result<void> load(const std::filesystem::path& file) override {
-    if (!outputFile.empty()) std::filesystem::exists(file) ? write(outputFile) : void();
+    if (!outputFile.empty() && std::filesystem::exists(file)) std::ofstream(outputFile, std::ios::binary) << output;
     return note("load " + file.filename().string());
   }
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override {
@@ -42,19 +42,24 @@ class FakeJobHost final : public JobHost {
     if (failing.count(call) == 0) return {};
     return Error{.code = Error::Code::Io, .message = "the host can't " + call};
   }
-  void write(const std::filesystem::path& file) const;
 };
 
-inline void FakeJobHost::write(const std::filesystem::path& file) const {
-  std::FILE* stream = std::fopen(file.c_str(), "wb");
-  std::fwrite(output.data(), 1, output.size(), stream);
-  std::fclose(stream);
-}
-
-/// The text of a job file with a label, and a second key to tell two of them apart.
+/// The text of a job file with a label, and a second key to distinguish contents.
 inline std::string jobText(const std::string& label, const std::string& program = "/bin/true") {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict><key>Label</key><string>" + label +
          "</string><key>Program</key><string>" + program + "</string></dict></plist>\n";
+}
+
+/// The body of a request to write a job file, and to load it (kind 1); `old` is where the file was before, if it moves.
+inline propertylist::Dictionary writeRequest(int kind, const std::filesystem::path& to, const std::string& content,
+                                             const std::filesystem::path& old = {}) {
+  propertylist::Dictionary request{{"kind", kind}, {"path", to.string()}, {"string", content}};
+  if (!old.empty()) request.set("deletePath", old.string());
+  return request;
+}
+
+inline propertylist::Dictionary deleteRequest(const std::filesystem::path& file) {
+  return {{"kind", 2}, {"deletePath", file.string()}};
 }
 
 }  // namespace mirvel::testdata

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "core/app/Program.h"
-#include "support/FakeAgentSwitch.h"
-#include "support/FakeClock.h"
+#include "core/ports/AgentSwitch.h"
 #include "support/FakeFolderMonitors.h"
 #include "support/FakeHelpers.h"
 #include "support/FakeInterface.h"
 #include "support/FakeLoginItems.h"
+#include "support/FakeProcessRunner.h"
 #include "support/FakeWorkspace.h"
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
@@ -21,12 +21,27 @@
 
 namespace mirvel::testdata {
 
-/// A machine without any tools.
-class NoTools final : public ProcessRunner {
+/// Records how the agent was switched.
+class FakeAgentSwitch final : public AgentSwitch {
  public:
-  Result<ProcessResult> run(const std::string&, const std::vector<std::string>&) override {
-    return Error{.code = Error::Code::NotFound, .message = "no such tool"};
+  struct Call {
+    double time;
+    std::string identifier;
+    bool isEnabled;
+  };
+
+  explicit FakeAgentSwitch(const VirtualQueue& clock) : m_clock(clock) {}
+
+  std::vector<Call> calls = {};
+  bool isRefusing = false;
+
+  bool setEnabled(std::string_view identifier, bool isEnabled) override {
+    calls.push_back({m_clock.now(), std::string(identifier), isEnabled});
+    return !isRefusing;
   }
+
+ private:
+  const VirtualQueue& m_clock;
 };
 
 /// A whole program on an empty machine of its own, in virtual time.

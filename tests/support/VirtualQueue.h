@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/base/ThreadWorkQueue.h"
+#include "core/ports/Clock.h"
 #include "core/ports/MainQueue.h"
 
 namespace mirvel::testdata {
@@ -52,6 +53,13 @@ class ManualWorkQueue final : public WorkQueue {
 
  private:
   std::vector<Task> m_tasks;
+};
+
+class FakeClock final : public Clock {
+ public:
+  double now = 1'000'000;
+
+  double secondsSince1970() const override { return now; }
 };
 
 }  // namespace mirvel::testdata

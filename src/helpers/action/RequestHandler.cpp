@@ -10,7 +10,7 @@ namespace {
 
 using Deed = HelperFailure::Deed;
 
-/// What failed, if something did, with the file that it is about.
+/// Returns the failure, if there is one, completed with the file.
 std::optional<HelperFailure> failureOf(Deed deed, const Result<void>& result, const fs::path& file,
                                        bool isWritten = false) {
   if (result) return std::nullopt;
@@ -24,7 +24,7 @@ Result<void> withoutValue(const Result<T>& result) {
   return result ? Result<void>() : result.error();
 }
 
-/// The youngest lines, as many as fit.
+/// Keeps the newest lines within a size that fits a frame, also after the conversion to UTF-16 for a binary list.
 messages::LogLines replyOf(const std::vector<messages::LogLine>& lines) {
   constexpr std::size_t largestLog = std::size_t{16} << 20U;
   constexpr std::size_t largestMessage = std::size_t{64} << 10U;
@@ -89,9 +89,8 @@ messages::Reply RequestHandler::reply(const messages::Log& request, Cancellation
 
 RequestHandler::Outcome RequestHandler::act(const messages::StartHost&) {
   if (m_setup.startsHost) return failureOf(Deed::Answer, m_setup.host.start(), {});
-  return failureOf(
-      Deed::Answer,
-      Error{.code = Error::Code::NotPermitted, .message = "agents are no business of the privileged helper"}, {});
+  return failureOf(Deed::Answer,
+                   Error{.code = Error::Code::NotPermitted, .message = "the privileged helper doesn't run agents"}, {});
 }
 
 RequestHandler::Outcome RequestHandler::act(const messages::Uninstall&) {
@@ -104,11 +103,11 @@ RequestHandler::Outcome RequestHandler::act(const messages::Quit&) {
 }
 
 RequestHandler::Outcome RequestHandler::act(const messages::Subscribe&) {
-  return HelperFailure{.cause = {.code = Error::Code::BadArgument, .message = "a subscription needs a connection"}};
+  return HelperFailure{.cause = {.code = Error::Code::BadArgument, .message = "a subscription requires a connection"}};
 }
 
-/// The old job is stopped once the new file is in place: a file that can't be written changes nothing. A job that is
-/// only written is stopped, too: it is written that way because it was disabled.
+/// Writes the file before it stops the old job, so that a file that can't be written changes nothing. Also stops a job
+/// that isn't loaded again: a request without loading means that the job has been disabled.
 RequestHandler::Outcome RequestHandler::act(const messages::Write& request) {
   const fs::path& file = request.path;
   const auto label = labelOf(request.string);
@@ -121,7 +120,7 @@ RequestHandler::Outcome RequestHandler::act(const messages::Write& request) {
     const fs::path& old = *request.deletePath;
     if (auto refused = failureOf(Deed::Delete, m_setup.files.admit(old), old)) return refused;
   }
-  Jobs jobs = jobsToUnload(file, request.label, *label);
+  Stopped jobs = jobsToUnload(file, request.label, *label);
   if (request.deletePath) addJobIn(*request.deletePath, jobs);
 
   const bool moves = request.deletePath && !isSameEntry(file, *request.deletePath);
@@ -131,7 +130,7 @@ RequestHandler::Outcome RequestHandler::act(const messages::Write& request) {
   if (auto failure = failureOf(Deed::Write, written, file)) return failure;
   if (auto failure = unloadAll(jobs)) {
     failure->isWritten = true;
-    // The host then loads it as soon as the last run has ended.
+    // The host loads the new job as soon as the last run of the old one has ended.
     const bool isStillRunning = failure->cause.code == Error::Code::StillRunning;
     if (isStillRunning && request.loads) (void)m_setup.host.load(file);
     return failure;
@@ -142,8 +141,8 @@ RequestHandler::Outcome RequestHandler::act(const messages::Write& request) {
 RequestHandler::Outcome RequestHandler::act(const messages::Delete& request) {
   const fs::path& file = request.deletePath;
   if (auto refused = failureOf(Deed::Delete, m_setup.files.admitRemoval(file), file)) return refused;
-  Jobs jobs = jobsToUnload(file, request.label);
-  // Whatever a damaged file was loaded as nobody can tell any more; that is no reason to keep it for ever.
+  Stopped jobs = jobsToUnload(file, request.label);
+  // The label under which a damaged file was loaded can't be determined; the file can be deleted nevertheless.
   std::error_code failure;
   const bool isThere = fs::exists(fs::symlink_status(file, failure));
   if (isThere && !jobs.label && !m_setup.host.knowsFiles()) jobs.files.clear();
@@ -167,12 +166,11 @@ RequestHandler::Outcome RequestHandler::act(const messages::Load& request) {
   return failureOf(Deed::Load, label ? m_setup.host.load(file) : withoutValue(label), file);
 }
 
-/// The jobs of the file, as it is before the request is carried out; `label` is that of the request, `newLabel` that of
-/// new content.
-RequestHandler::Jobs RequestHandler::jobsToUnload(const fs::path& file, const std::optional<std::string>& label,
-                                                  const std::optional<std::string>& newLabel) {
-  Jobs jobs{.labelled = {}, .files = {}, .label = label ? label : newLabel};
-  // A job that gets another label is still asked for by its old one.
+/// Must be called before the file is changed. `label` is that of the request, `newLabel` that of the new content.
+RequestHandler::Stopped RequestHandler::jobsToUnload(const fs::path& file, const std::optional<std::string>& label,
+                                                     const std::optional<std::string>& newLabel) {
+  Stopped jobs{.labelled = {}, .files = {}, .label = label ? label : newLabel};
+  // When a job gets another label, the request still has the old one.
   for (const auto& each : {newLabel, label}) {
     if (each && m_setup.trustsLabels) add({*each, file}, jobs);
   }
@@ -180,13 +178,13 @@ RequestHandler::Jobs RequestHandler::jobsToUnload(const fs::path& file, const st
   return jobs;
 }
 
-void RequestHandler::add(Job job, Jobs& jobs) {
-  const auto isSame = [&job](const Job& other) { return other.label == job.label; };
+void RequestHandler::add(LabelledJob job, Stopped& jobs) {
+  const auto isSame = [&job](const LabelledJob& other) { return other.label == job.label; };
   if (std::none_of(jobs.labelled.begin(), jobs.labelled.end(), isSame)) jobs.labelled.push_back(std::move(job));
 }
 
-/// What was loaded from a file that has gone, or that holds no job any more, runs on.
-void RequestHandler::addJobIn(const fs::path& file, Jobs& jobs) {
+/// A job keeps running after its file has been deleted or damaged, so it is then identified by the file's path.
+void RequestHandler::addJobIn(const fs::path& file, Stopped& jobs) {
   const auto content = m_setup.files.read(file);
   const auto label = content ? labelOf(*content) : Result<std::string>(content.error());
   if (label) return add({*label, file}, jobs);
@@ -194,8 +192,8 @@ void RequestHandler::addJobIn(const fs::path& file, Jobs& jobs) {
   if (!isNamed && m_setup.files.isForJobs(file)) jobs.files.push_back(file);
 }
 
-RequestHandler::Outcome RequestHandler::unloadAll(const Jobs& jobs) {
-  for (const Job& job : jobs.labelled) {
+RequestHandler::Outcome RequestHandler::unloadAll(const Stopped& jobs) {
+  for (const LabelledJob& job : jobs.labelled) {
     if (auto failure = failureOf(Deed::Unload, m_setup.host.unload(job.file, job.label), job.file)) return failure;
   }
   for (const fs::path& file : jobs.files) {

@@ -6,59 +6,62 @@
 #include <optional>
 
 #include "core/messages/Replies.h"
-#include "helpers/action/Cancellation.h"
 #include "helpers/action/TestRuns.h"
 #include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel {
 
-/// Carries out what a helper is asked for.
+/// Carries out the requests to a helper.
 ///
-/// Test runs and queries of the log may be answered on any number of threads, beside each other and beside one other
-/// request; of all the others only one at a time, which is what keeps the order of a job's changes, and lets the rights
-/// of only one user be taken at once.
+/// Test runs and log queries may be answered on any number of threads, concurrently with each other and with one other
+/// request. Only one of all other requests may be answered at a time: this keeps the changes of a job in order, and
+/// ensures that only one thread acts with the rights of the user.
 class RequestHandler {
  public:
   using EventReceiver = std::function<void(const propertylist::Dictionary& event)>;
 
+  /// Everything that a reference or function refers to must outlive the handler.
   struct Setup {
     JobFiles& files;
     JobHost& host;
     /// Removes what was installed outside of the package.
     std::function<Result<void>()> uninstall;
-    /// Whether the label of a request, and that of new content, may stop a job. Otherwise only those of the files that
-    /// are replaced or removed do, so that nobody stops a job that isn't touched; others are ignored.
+    /// Whether the label in a request, or in new content, may select the job to be stopped. Otherwise, only the labels
+    /// in the files that are replaced or removed do, so that a request can't stop a job of which it changes no file.
     bool trustsLabels = true;
     std::optional<std::filesystem::path> testFolder = {};  ///< see `TestRuns`
-    bool startsHost = false;  ///< whether the host, with the agents of the user of this process, is started on request
-    /// Begins a subscription, which ends when the result is released; from then on the receiver isn't called any more.
-    /// The receiver may be called on any thread. Null for an unknown topic; without this function there are no topics.
+    /// Whether `StartHost` starts the host, which loads the agents of this process's user; otherwise it is refused.
+    bool startsHost = false;
+    /// Starts a subscription, which lasts until the returned object is released. Returns null for an unknown topic.
+    /// The receiver may be called on any thread, but not after the release; therefore the release may wait for a call
+    /// in progress, and never happens within one. Without this function there are no topics.
     std::function<std::shared_ptr<void>(const std::string& topic, EventReceiver receiver)> publisher = {};
   };
 
   explicit RequestHandler(Setup setup) : m_setup(std::move(setup)), m_tests(m_setup.host, m_setup.testFolder) {}
 
-  /// Reads a request and writes the reply.
+  /// Decodes a request, carries it out, and encodes the reply. A request that can't be decoded has an error as reply.
   propertylist::Dictionary handle(const propertylist::Dictionary& dictionary);
-  /// A test ends early when it is cancelled. Not for subscriptions.
+  /// Blocks until the request has been carried out or has failed. Only tests can be cancelled. A subscription is
+  /// refused here; see `subscribe`.
   messages::Reply answer(const messages::Request& request, Cancellation& cancellation);
-  /// Null for an unknown topic.
+  /// See `Setup::publisher`.
   std::shared_ptr<void> subscribe(const messages::Subscribe& request, EventReceiver receiver) const;
-  /// Whether the helper was asked to end.
+  /// Whether there has been a request to quit. Thread-safe.
   bool isDone() const { return m_isDone; }
 
  private:
-  /// None: it has been done.
+  /// The failure; nullopt for success.
   using Outcome = std::optional<HelperFailure>;
-  /// A job that may be loaded, and the file that it would have been loaded from.
-  struct Job {
+  struct LabelledJob {
     std::string label;
-    std::filesystem::path file;
+    std::filesystem::path file;  ///< from which it may have been loaded
   };
-  struct Jobs {
-    std::vector<Job> labelled;
-    std::vector<std::filesystem::path> files;  ///< that say no label: whatever was loaded from them
-    std::optional<std::string> label;          ///< that those may have
+  /// The jobs that a request stops.
+  struct Stopped {
+    std::vector<LabelledJob> labelled;
+    std::vector<std::filesystem::path> files;  ///< files without a readable label: any job loaded from them
+    std::optional<std::string> label;          ///< the label that a job of `files` may have
   };
 
   messages::Reply reply(const messages::Test& request, Cancellation& cancellation);
@@ -74,11 +77,11 @@ class RequestHandler {
   Outcome act(const messages::Quit&);
   static Outcome act(const messages::Subscribe&);
 
-  Jobs jobsToUnload(const std::filesystem::path& file, const std::optional<std::string>& label,
-                    const std::optional<std::string>& newLabel = {});
-  static void add(Job job, Jobs& jobs);
-  void addJobIn(const std::filesystem::path& file, Jobs& jobs);
-  Outcome unloadAll(const Jobs& jobs);
+  Stopped jobsToUnload(const std::filesystem::path& file, const std::optional<std::string>& label,
+                       const std::optional<std::string>& newLabel = {});
+  static void add(LabelledJob job, Stopped& jobs);
+  void addJobIn(const std::filesystem::path& file, Stopped& jobs);
+  Outcome unloadAll(const Stopped& jobs);
 
   Setup m_setup;
   TestRuns m_tests;

@@ -3,6 +3,7 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -26,6 +27,34 @@ messages::Reply cancelled() {
 
 }  // namespace
 
+Threads::~Threads() {
+  join();
+}
+
+bool Threads::start(std::function<void()> work) {
+  m_entries.remove_if([](Entry& entry) {
+    const bool hasEnded = entry.hasEnded;
+    if (hasEnded) entry.thread.join();
+    return hasEnded;
+  });
+  Entry& entry = m_entries.emplace_back();
+  try {
+    entry.thread = std::thread([&entry, work = std::move(work)] {
+      work();
+      entry.hasEnded = true;
+    });
+  } catch (const std::system_error&) {
+    m_entries.pop_back();
+    return false;
+  }
+  return true;
+}
+
+void Threads::join() {
+  for (Entry& entry : m_entries) entry.thread.join();
+  m_entries.clear();
+}
+
 Service::Service(int socket, RequestHandler& handler, Admission admits)
     : m_socket(socket),
       m_handler(handler),
@@ -36,7 +65,10 @@ Service::Service(int socket, RequestHandler& handler, Admission admits)
 
 Result<void> Service::run() {
   std::thread inOrder([this] { workInOrder(); });
-  const auto received = readAll();
+  auto received = readAll();
+  if (isEnding()) received = {};  // a frame that `Quit` interrupted is no fault of the peer
+  // Otherwise a peer that doesn't read either would block the outbox, and thereby this function, for ever.
+  if (!received) ::shutdown(m_socket, SHUT_RDWR);
   finish();
   inOrder.join();
   m_threads.join();
@@ -54,7 +86,12 @@ Result<void> Service::readAll() {
   }
 }
 
-/// Nobody waits for the requests in flight any more, but those that are to run in order do so.
+bool Service::isEnding() {
+  const std::lock_guard lock(m_mutex);
+  return m_isEnding;
+}
+
+/// The queued requests still run; tests are stopped, and subscriptions end.
 void Service::finish() {
   std::vector<Shared> flights;
   {
@@ -65,10 +102,13 @@ void Service::finish() {
   m_changed.notify_all();
   for (const Shared& flight : flights) {
     if (flight->course == Course::Beside) cancelBeside(flight);
-    const std::lock_guard lock(flight->mutex);
-    flight->isAnswered = flight->isAnswered || flight->course == Course::Subscription;
+    if (flight->course != Course::Subscription) continue;
+    {
+      const std::lock_guard lock(flight->mutex);
+      flight->isAnswered = true;
+    }
+    unsubscribe(*flight);
   }
-  for (const Shared& flight : flights) flight->subscription.reset();
 }
 
 Result<void> Service::take(const wire::Frame& frame) {
@@ -120,37 +160,31 @@ void Service::enqueue(Queued queued) {
 }
 
 void Service::runBeside(Id id, const Shared& flight, messages::Request request) {
-  bool hasRoom = false;
-  {
-    const std::lock_guard lock(m_mutex);
-    hasRoom = m_beside < mostBeside;
-    if (hasRoom) ++m_beside;
-  }
-  const bool runs = hasRoom && m_threads.start([this, id, flight, request = std::move(request)] {
+  const bool runs = countBeside() <= mostBeside && m_threads.start([this, id, flight, request = std::move(request)] {
     const auto reply = m_handler.answer(request, flight->cancellation);
-    {
-      const std::lock_guard lock(m_mutex);
-      --m_beside;
-    }
     answer(id, flight, flight->cancellation.isCancelled() ? cancelled() : reply);
   });
-  if (runs) return;
-  if (hasRoom) {
-    const std::lock_guard lock(m_mutex);
-    --m_beside;
-  }
-  answer(id, flight, refusal(Error::Code::LimitExceeded, "too many tests and queries run at the same time"));
+  if (!runs) answer(id, flight, refusal(Error::Code::LimitExceeded, "too many tests and log queries at the same time"));
+}
+
+/// Includes the request that is about to begin.
+std::size_t Service::countBeside() {
+  const std::lock_guard lock(m_mutex);
+  return static_cast<std::size_t>(std::count_if(
+      m_inFlight.begin(), m_inFlight.end(), [](const auto& entry) { return entry.second->course == Course::Beside; }));
 }
 
 void Service::subscribe(Id id, const Shared& flight, const messages::Subscribe& request) {
   auto subscription = m_handler.subscribe(
       request,
       [this, id, weak = std::weak_ptr(flight)](const propertylist::Dictionary& event) { publish(id, weak, event); });
-  if (!subscription) return answer(id, flight, refusal(Error::Code::BadArgument, "there is nothing of that topic"));
-  flight->subscription = std::move(subscription);
+  if (!subscription) return answer(id, flight, refusal(Error::Code::BadArgument, "there is no such topic"));
+  // Events may have ended it before it is stored. Then it is released here, after the lock.
+  const std::lock_guard lock(m_mutex);
+  if (m_inFlight.contains(id)) flight->subscription.swap(subscription);
 }
 
-/// A subscriber that doesn't keep up loses its subscription rather than the newest events.
+/// A subscriber that is too slow loses its subscription instead of single events.
 void Service::publish(Id id, const std::weak_ptr<Flight>& weak, const propertylist::Dictionary& event) {
   const auto flight = weak.lock();
   if (!flight) return;
@@ -159,17 +193,17 @@ void Service::publish(Id id, const std::weak_ptr<Flight>& weak, const propertyli
     if (flight->isAnswered) return;
     if (m_outbox.addEvent({.id = id, .body = event, .kind = wire::Frame::Kind::Event})) return;
   }
-  answer(id, flight, refusal(Error::Code::LimitExceeded, "the events aren't taken fast enough"));
+  answer(id, flight, refusal(Error::Code::LimitExceeded, "the subscriber is too slow for the events"));
 }
 
-/// A request that runs in order and has begun isn't interrupted: nothing is left half done.
+/// A request that runs in order isn't interrupted once it has begun, so that nothing is left half done.
 void Service::cancel(Id id) {
   Shared flight;
   bool wasQueued = false;
   {
     const std::lock_guard lock(m_mutex);
     const auto found = m_inFlight.find(id);
-    if (found == m_inFlight.end()) return;  // its answer is on the way
+    if (found == m_inFlight.end()) return;  // its answer has been sent
     flight = found->second;
     wasQueued = std::erase_if(m_queue, [id](const Queued& queued) { return queued.id == id; }) > 0;
   }
@@ -177,7 +211,7 @@ void Service::cancel(Id id) {
   if (wasQueued || flight->course == Course::Subscription) answer(id, flight, cancelled());
 }
 
-/// To stop a test can take as long as its `ExitTimeOut`.
+/// On a thread, because stopping a test can take as long as its `ExitTimeOut`.
 void Service::cancelBeside(const Shared& flight) {
   if (flight->cancellation.isCancelled()) return;
   const bool isStarted = m_threads.start([flight] { flight->cancellation.cancel(); });
@@ -190,11 +224,20 @@ void Service::answer(Id id, const Shared& flight, const messages::Reply& reply) 
   m_outbox.addAnswer({.id = id, .body = messages::write(reply)});
 }
 
-/// A subscription may wait for an event that is being published as it ends.
 void Service::forget(Id id) {
   std::map<Id, Shared>::node_type flight;
+  {
+    const std::lock_guard lock(m_mutex);
+    flight = m_inFlight.extract(id);
+  }
+  if (flight) unsubscribe(*flight.mapped());
+}
+
+/// Releases the subscription after the lock, because that can wait for an event in progress.
+void Service::unsubscribe(Flight& flight) {
+  std::shared_ptr<void> subscription;
   const std::lock_guard lock(m_mutex);
-  flight = m_inFlight.extract(id);
+  subscription.swap(flight.subscription);
 }
 
 void Service::workInOrder() {
@@ -203,7 +246,7 @@ void Service::workInOrder() {
     if (!m_handler.isDone()) continue;
     const std::lock_guard lock(m_mutex);
     m_isEnding = true;
-    ::shutdown(m_socket, SHUT_RD);  // wakes the reader
+    ::shutdown(m_socket, SHUT_RD);  // wakes the reading thread
     return;
   }
 }

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The job with its output going elsewhere.
+/// Returns the job file with its output redirected to a file.
 Result<std::string> withOutput(const std::string& content, const fs::path& output) {
   auto job = propertylist::readDictionary(content);
   if (!job) return job.error();
@@ -27,18 +27,22 @@ Result<std::string> withOutput(const std::string& content, const fs::path& outpu
   return propertylist::writeXml(*std::move(job));
 }
 
-/// The same path by another name, such as /tmp and /private/tmp on macOS.
+/// Also compares paths through links, such as /tmp and /private/tmp on macOS.
 bool isSamePath(const fs::path& a, const fs::path& b) {
   std::error_code failure;
   return a == b || fs::weakly_canonical(a, failure) == fs::weakly_canonical(b, failure);
 }
 
-/// How many bytes at the begin of the text make one character; 0: none do.
+/// Returns the length in bytes of the first character; 0 if the text doesn't begin with one.
 std::size_t characterSize(std::string_view text) {
   for (std::size_t size = 1; size <= std::min<std::size_t>(4, text.size()); ++size) {
     if (propertylist::isUtf8(text.substr(0, size))) return size;
   }
   return 0;
+}
+
+Error testCancelled() {
+  return {.code = Error::Code::Cancelled, .message = "the test was cancelled"};
 }
 
 }  // namespace
@@ -57,10 +61,11 @@ std::string readableText(std::string_view bytes, std::size_t maximum) {
 }
 
 TestRuns::~TestRuns() {
-  for (const Run& run : m_runs) (void)end(run);  // nobody is left to be told
+  for (const Run& run : m_runs) (void)end(run);  // a failure can't be reported any more
 }
 
 Result<std::string> TestRuns::run(const messages::Test& request, Cancellation& cancellation) {
+  if (cancellation.isCancelled()) return testCancelled();
   std::string content = request.string;
   const auto label = labelOf(content);
   if (!label) return label.error();
@@ -75,23 +80,31 @@ Result<std::string> TestRuns::run(const messages::Test& request, Cancellation& c
   if (const auto ended = wait(run, cancellation); !ended) return ended.error();
   const auto output = readBeginning(run.output, largestOutput);
   if (output) return readableText(*output, largestOutput);
-  if (output.error().code == Error::Code::NotFound) return std::string();  // it never printed anything
+  if (output.error().code == Error::Code::NotFound) return std::string();  // the job printed nothing
   return output.error();
 }
 
-/// To stop the job ends the wait for it.
+/// Stopping the job also ends the wait for it.
 Result<void> TestRuns::wait(const Run& run, Cancellation& cancellation) {
   if (const auto loaded = m_host.loadTemporarily(run.job); !loaded) return loaded.error();
+  if (!isListed(run)) {  // removed while it was being loaded, so nothing was there to be stopped
+    (void)end(run);      // the request to remove it has been answered
+    return {};
+  }
   const auto isThis = [&run](const Run& other) { return other.job == run.job; };
   const auto stop = [this, isThis] {
-    if (const auto stopped = take(isThis)) (void)end(*stopped);  // nobody waits for the outcome
+    if (const auto stopped = take(isThis)) (void)end(*stopped);  // the test has been given up
   };
   if (!cancellation.setAction(stop)) stop();
   const auto ended = m_host.waitForEnd(run.label, longestWait);
   (void)cancellation.setAction({});
   if (!ended) return ended.error();
-  if (cancellation.isCancelled()) return Error{.code = Error::Code::Cancelled, .message = "the test was cancelled"};
-  return {};
+  return cancellation.isCancelled() ? testCancelled() : Result<void>();
+}
+
+bool TestRuns::isListed(const Run& run) {
+  const std::lock_guard lock(m_mutex);
+  return std::any_of(m_runs.begin(), m_runs.end(), [&run](const Run& other) { return other.job == run.job; });
 }
 
 Result<TestRuns::Run> TestRuns::place(const messages::Test& request, const std::string& label,
@@ -119,10 +132,10 @@ std::optional<TestRuns::Run> TestRuns::take(const std::function<bool(const Run&)
   return run;
 }
 
-/// Both files are deleted even if the job couldn't be stopped.
+/// Deletes both files even if the job can't be stopped.
 Result<void> TestRuns::end(const Run& run) {
   auto unloaded = m_host.unload(run.job, run.label);
-  for (const fs::path& file : {run.job, run.output}) (void)::unlink(file.c_str());  // it may never have been made
+  for (const fs::path& file : {run.job, run.output}) (void)::unlink(file.c_str());  // the output may not exist
   return unloaded;
 }
 

@@ -1,42 +1,69 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/messages/Requests.h"
-#include "helpers/action/Cancellation.h"
 #include "helpers/jobhost/JobHost.h"
 
 namespace mirvel {
 
-/// The throw-away jobs by which commands are tried. All that are left are removed in the destructor. Thread-safe.
+/// The request to stop work whose result isn't needed any more. Thread-safe.
+class Cancellation {
+ public:
+  /// Calls the action, if one is set, and returns when it has returned. Only the first call has an effect.
+  void cancel() {
+    const std::lock_guard lock(m_mutex);
+    if (!m_isCancelled.exchange(true) && m_action) m_action();
+  }
+  bool isCancelled() const { return m_isCancelled; }
+  /// Sets the action that stops the work; `cancel` calls it on its own thread. Returns false and sets nothing if the
+  /// work has been cancelled already. An empty action removes the previous one, and waits for it if it is running.
+  bool setAction(std::function<void()> action) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_isCancelled) m_action = std::move(action);
+    return !m_isCancelled;
+  }
+
+ private:
+  std::mutex m_mutex;
+  std::function<void()> m_action;
+  std::atomic<bool> m_isCancelled = false;
+};
+
+/// Runs jobs temporarily to test commands. The destructor stops and removes those that are left. Thread-safe.
 class TestRuns {
  public:
   static constexpr std::chrono::seconds longestWait{60};
   static constexpr std::size_t largestOutput = std::size_t{1} << 20U;
 
-  /// With a folder of its own, all files are made there, readable by this user alone, whatever a request says.
+  /// The host must outlive the object. With a folder, which must be private to the user of this process, all files are
+  /// created there, and the paths in a request only identify the test. Without one, the paths in the request are used.
   TestRuns(JobHost& host, std::optional<std::filesystem::path> ownFolder)
       : m_host(host), m_ownFolder(std::move(ownFolder)) {}
   ~TestRuns();
   TestRuns(const TestRuns&) = delete;
   TestRuns& operator=(const TestRuns&) = delete;
 
-  /// Writes and loads the job, waits for its end, and returns what it has printed, as text. A job that runs for longer
-  /// stays loaded, and its output so far is returned. One that is cancelled is stopped and removed, which is an error.
+  /// Writes the job file, loads it, waits for the job's end, and returns its output (see `readableText`), the first
+  /// `largestOutput` bytes at most. If the job is still running after `longestWait`, returns the output so far and
+  /// leaves the job loaded. A test that is cancelled fails with `Cancelled`: its job has been stopped and its files
+  /// deleted, or it wasn't started at all. A test that is removed has no output.
   Result<std::string> run(const messages::Test& request, Cancellation& cancellation);
-  /// Stops what still runs of the test that was asked for by that path, and deletes its files; the `run` that waits for
-  /// it returns then. None: there is no such test.
+  /// Stops the job of the test that was requested with this path, deletes its files, and makes its `run` return.
+  /// Returns nullopt if there is no such test.
   std::optional<Result<void>> remove(const std::filesystem::path& asked);
 
  private:
   struct Run {
-    std::filesystem::path asked;  ///< the path by which it was asked for
+    std::filesystem::path asked;  ///< the path in the request
     std::filesystem::path job;
     std::filesystem::path output;
     std::string label;
@@ -44,6 +71,7 @@ class TestRuns {
 
   Result<Run> place(const messages::Test& request, const std::string& label, std::string& content) const;
   Result<void> wait(const Run& run, Cancellation& cancellation);
+  bool isListed(const Run& run);
   std::optional<Run> take(const std::function<bool(const Run&)>& isMeant);
   Result<void> end(const Run& run);
 
@@ -53,7 +81,7 @@ class TestRuns {
   std::vector<Run> m_runs;
 };
 
-/// The text with U+FFFD for what isn't UTF-8, cut to so many bytes.
+/// Returns the text with U+FFFD for each byte that isn't valid UTF-8, cut at a character to `maximum` bytes at most.
 std::string readableText(std::string_view bytes, std::size_t maximum);
 
 }  // namespace mirvel

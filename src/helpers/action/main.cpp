@@ -25,15 +25,15 @@ bool isSocket(int descriptor) {
   return ::fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-Result<void> notMine() {
-  return Error{.code = Error::Code::BadArgument, .message = "only the privileged helper removes helpers"};
+Result<void> refuseUninstall() {
+  return Error{.code = Error::Code::BadArgument, .message = "only the privileged helper uninstalls"};
 }
 
 }  // namespace
 
-/// The action service: carries out as the user what the application asks for over descriptor 3.
+/// The action service: carries out the application's requests over descriptor 3, as the user.
 int main(int argc, char** argv) {
-  // `--root DIR` stands for another machine.
+  // `--root DIR` is a folder with the roots of another machine, for tests and the demo.
   const auto arguments =
       parseArguments(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc), {{"--root", true}});
   if (!arguments || !arguments->operands.empty() || !isSocket(wire::helperDescriptor)) {
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
   const std::optional<std::filesystem::path> root = arguments->value("--root");
   const auto host = jobHostOfThisMachine(root, environment, runner);
   UserJobFiles files(JobFolders::ofUser(root ? Roots::below(*root) : Roots::forThisMachine(environment)));
-  RequestHandler handler({.files = files, .host = *host, .uninstall = notMine, .startsHost = true});
+  RequestHandler handler({.files = files, .host = *host, .uninstall = refuseUninstall, .startsHost = true});
   const auto served = Service(wire::helperDescriptor, handler).run();
   if (!served) std::cerr << "mirvel-action: " << served.error().text() << '\n';
   return served ? 0 : 1;

@@ -28,7 +28,7 @@ Result<void> JobFiles::writeThenRemove(const std::filesystem::path& from, const 
   const auto takenBack = before ? write(to, *before, mostOpen) : remove(to);
   if (takenBack) return removed;
   Error error = removed.error();
-  error.message += "; the new file " + to.string() + " stays";
+  error.message += "; the new file " + to.string() + " couldn't be removed";
   return error;
 }
 

@@ -8,26 +8,27 @@
 
 namespace mirvel {
 
-/// Whether the text is a UUID in its standard form.
+/// Whether the text is a UUID in standard form, in either case: five groups of hexadecimal digits.
 bool isUuid(std::string_view text);
 
-/// The folders whose job files a helper may change.
+/// The folders in which a helper may change job files.
 class JobFolders {
  public:
-  /// `agents` are folders of agents which the helper isn't to run itself.
+  /// `agents` are folders whose files the helper may change, but whose jobs it doesn't run.
   explicit JobFolders(std::vector<std::filesystem::path> folders, std::vector<std::filesystem::path> agents = {});
-  /// Those of the user's agents.
+  /// The folder of the user's agents.
   static JobFolders ofUser(const Roots& roots);
-  /// Those of the machine and of the system.
+  /// The folders of daemons and of everyone's agents, both local and of the system.
   static JobFolders ofMachine(const Roots& roots);
 
+  /// Both kinds.
   const std::vector<std::filesystem::path>& all() const { return m_folders; }
-  /// Those whose jobs the helper runs.
+  /// Only the folders whose jobs the helper runs.
   JobFolders ofOwnJobs() const { return JobFolders(m_ownJobs); }
-  /// Whether the file lies directly in a job folder, or in a folder of its own there.
+  /// Whether the path is directly in one of the folders, or in a folder of its own there. Compares text only.
   bool holds(const std::filesystem::path& file) const;
-  /// Whether the file lies in a folder of its own in a job folder: `LaunchAgents/name/UUID.plist`, which is where a
-  /// job goes whose name is taken.
+  /// Whether the path is in a folder of its own in one of the folders, where a job is saved if its file name exists
+  /// already: `LaunchAgents/name/UUID.plist`.
   bool isInOwnFolder(const std::filesystem::path& file) const;
 
  private:

@@ -10,8 +10,8 @@ namespace mirvel {
 
 namespace {
 
-/// rename(2) that replaces nothing; 0 or an errno value. File systems that don't know how are looked at first: only a
-/// process of the same user could make a file of that name in between.
+/// rename(2) without replacing a file. Returns 0 or an errno value. On file systems that don't support this, it checks
+/// for the new name before; only a process with write access to the folder could create such a file in between.
 int renameExclusively(const FileIn& from, const FileIn& to) {
   const std::string old = from.path.filename(), name = to.path.filename();
 #ifdef __APPLE__
@@ -37,10 +37,10 @@ std::optional<Result<void>> moveFile(const FileIn& from, const FileIn& to, std::
   auto written = replaceFileIn(to.folder, to.path, content, fixed, calls);
   if (!written && renameExclusively(to, from) != 0) {
     Error error = written.error();
-    error.message += "; the file is at its new place now, with the content that it had";
+    error.message += "; the file has been moved, but has its old content";
     written = error;
   }
-  (void)calls.sync(from.folder);  // if power fails before the system does it, the file is there under both names
+  (void)calls.sync(from.folder);  // without it, a power failure may leave both names
   return written;
 }
 

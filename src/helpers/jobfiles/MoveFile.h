@@ -8,16 +8,16 @@
 
 namespace mirvel {
 
-/// The place of a file in a folder that is open; only the last component of the path counts.
+/// A file in an open folder; only the last component of the path is used for access.
 struct FileIn {
   int folder = -1;
   std::filesystem::path path;
 };
 
-/// Brings a regular file to another place and gives it new content, so that whenever this is interrupted the file
-/// exists exactly once: it is renamed first, and its content replaced then (see `replaceFileIn`). A failure takes the
-/// renaming back. Nothing is ever overwritten: a name that is taken is an error (EEXIST). None if the two places can't
-/// be reached from each other by renaming (EXDEV); nothing has changed then.
+/// Moves a regular file and replaces its content, so that the file exists exactly once at any moment: it is renamed
+/// first, and rewritten afterwards (see `replaceFileIn`, also for `fixed`). If writing fails, the renaming is undone.
+/// No file is overwritten: EEXIST if the new name is in use. Returns nullopt, with nothing changed, if the two folders
+/// are on different file systems (EXDEV).
 std::optional<Result<void>> moveFile(const FileIn& from, const FileIn& to, std::string_view content,
                                      const std::optional<OwnerAndMode>& fixed);
 

@@ -28,11 +28,11 @@ bool isRegularFile(const fs::path& file) {
   return ::lstat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// A removal that a loss of power undid would bring the job back.
+/// Without this, a power failure could undo the removal and bring the job back.
 void syncFolder(const fs::path& folder) {
   const FileDescriptor open = openFolder(folder);
   FileCalls calls;
-  (void)calls.sync(open.number());  // the file is gone already; there is nothing to take back
+  (void)calls.sync(open.number());  // the file has been removed in any case
 }
 
 }  // namespace
@@ -49,7 +49,8 @@ Result<void> UserJobFiles::move(const fs::path& from, const fs::path& to, std::s
   if (!fromFolder || !toFolder) return systemError(errno, "write", to.string());
   const auto moved = moveFile({fromFolder.number(), from}, {toFolder.number(), to}, content, std::nullopt);
   if (!moved) return writeThenRemove(from, to, content, mostOpen);
-  if (*moved && m_folders.isInOwnFolder(from)) (void)::rmdir(from.parent_path().c_str());  // others may lie in it
+  if (*moved && m_folders.isInOwnFolder(from))
+    (void)::rmdir(from.parent_path().c_str());  // fails if it contains other files
   return *moved;
 }
 
@@ -59,7 +60,7 @@ Result<void> UserJobFiles::remove(const fs::path& file) {
     return systemError(errno, "delete", file.string());
   }
   syncFolder(file.parent_path());
-  if (m_folders.isInOwnFolder(file)) (void)::rmdir(file.parent_path().c_str());  // others may lie in it
+  if (m_folders.isInOwnFolder(file)) (void)::rmdir(file.parent_path().c_str());  // fails if it contains other files
   return {};
 }
 

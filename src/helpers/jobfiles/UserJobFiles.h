@@ -5,9 +5,10 @@
 
 namespace mirvel {
 
-/// Files as the user may change them: the user's rights are the only limit.
+/// Job files that are changed with the rights of the user of this process, which are the only limit.
 class UserJobFiles final : public JobFiles {
  public:
+  /// Creates and removes folders between a job folder and a file in these folders only.
   explicit UserJobFiles(JobFolders folders) : m_folders(std::move(folders)) {}
 
   Result<void> admit(const std::filesystem::path&) override { return {}; }

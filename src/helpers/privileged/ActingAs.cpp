@@ -24,10 +24,10 @@ std::vector<gid_t> currentGroups() {
 
 #ifdef __APPLE__
 
-// Deprecated without a successor: nothing else changes the rights of a single thread here.
+// Deprecated without a replacement: no other function changes the rights of a single thread on macOS.
 #pragma clang diagnostic ignored "-Wdeprecated-declarations"
 
-/// The groups are those that the system knows of the user.
+/// The system looks up the user's groups itself.
 bool takeRights(uid_t user, gid_t group) {
   return ::pthread_setugid_np(user, group) == 0;
 }
@@ -38,7 +38,7 @@ bool giveBackRights(uid_t, gid_t, const std::vector<gid_t>&) {
 
 #else
 
-// The system calls themselves: the functions of the C library change all threads of the process (nptl(7)).
+// System calls, because the functions of the C library change the rights of all threads (nptl(7)).
 #ifdef SYS_setresuid32
 constexpr long setUser = SYS_setresuid32, setGroup = SYS_setresgid32, setGroups = SYS_setgroups32;
 #else
@@ -58,6 +58,7 @@ bool takeGroups(const gid_t* groups, std::size_t count) {
   return ::syscall(setGroups, count, groups) == 0;
 }
 
+/// The user last: without root's rights, the groups can't be changed any more.
 bool takeRights(uid_t user, gid_t group) {
   return takeGroups(&group, 1) && takeGroup(group) && takeUser(user);
 }

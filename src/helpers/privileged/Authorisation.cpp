@@ -9,7 +9,7 @@ namespace mirvel {
 
 Result<Authorisation> Authorisation::make() {
   auto bytes = randomBytes(size);
-  if (!bytes) return Error{.code = Error::Code::Io, .message = "can't make a random secret"};
+  if (!bytes) return Error{.code = Error::Code::Io, .message = "can't create a random secret"};
   return Authorisation(*std::move(bytes));
 }
 

@@ -16,7 +16,7 @@
 #include "core/text/Strings.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/Listener.h"
-#include "helpers/process/ProcessIdentity.h"
+#include "helpers/process/ProcessStatus.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel {
@@ -24,9 +24,7 @@ namespace mirvel {
 namespace {
 
 using Refusal = HelperConnections::Refusal;
-constexpr std::size_t largestOutput = std::size_t{1} << 16U;
-
-/// pkexec(1) has one exit status for all that isn't the user's "no", and tells the rest in English.
+/// pkexec(1) has one exit status for all failures except a closed dialog, and explains them in English (LC_ALL is C).
 std::optional<Elevated> refusalOfPkexec(int exitStatus, const std::string& complaints) {
   constexpr int dismissed = 126, notAuthorised = 127;
   const auto says = [&](std::string_view words) { return complaints.find(words) != std::string::npos; };
@@ -56,20 +54,10 @@ Error noHelper(std::string_view complaints) {
           .message = "the privileged helper can't be started" + (said.empty() ? "" : ": " + said)};
 }
 
-/// No variable of the user's: pkexec(1) refuses to work for some values, such as a SHELL that isn't in /etc/shells.
+/// Contains no variable of the user's, because pkexec(1) fails for some values, such as a SHELL not in /etc/shells.
 Environment environmentFor(Elevation::Way way) {
   Environment result{{"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}};
   if (way == Elevation::Way::Pkexec) result.emplace("LC_ALL", "C");
-  return result;
-}
-
-std::string allOf(const FileDescriptor& file) {
-  std::string result;
-  std::array<char, 4096> buffer;
-  for (ssize_t count = 1; count > 0 && result.size() < largestOutput;) {
-    count = readUninterrupted(file.number(), buffer.data(), buffer.size());
-    if (count > 0) result.append(buffer.data(), static_cast<std::size_t>(count));
-  }
   return result;
 }
 
@@ -81,7 +69,7 @@ std::vector<std::string> Elevation::command(const std::string& program,
   words.insert(words.end(), arguments.begin(), arguments.end());
   if (way == Way::None) return words;
   if (way == Way::Pkexec) {
-    // Its own agent would ask on the terminal, at which nobody may be looking.
+    // The internal agent would ask for the password on the terminal, which the user may not see.
     words.insert(words.begin(), {tool, "--disable-internal-agent"});
     return words;
   }
@@ -99,7 +87,7 @@ PrivilegedStart::PrivilegedStart(const Elevation& elevation, std::shared_ptr<wir
 Result<std::shared_ptr<PrivilegedStart>> PrivilegedStart::begin(const Elevation& elevation, const std::string& program,
                                                                 const std::vector<std::string>& arguments,
                                                                 std::shared_ptr<wire::Reaper> reaper) {
-  // The constructor is private, so that there is none without a process.
+  // std::make_shared can't call the private constructor.
   const std::shared_ptr<PrivilegedStart> result(new PrivilegedStart(elevation, std::move(reaper)));
   if (auto started = result->start(program, arguments); !started) return started.error();
   return result;
@@ -130,50 +118,68 @@ Result<void> PrivilegedStart::start(const std::string& program, const std::vecto
 PrivilegedStart::~PrivilegedStart() {
   m_output.reset();
   if (m_child <= 0) return;
-  ::kill(m_child, SIGTERM);  // one that is root's already isn't reached, and ends with its connection
+  ::kill(m_child, SIGTERM);  // fails for a process of root, which ends with its connection
   m_reaper->adopt(m_child);
 }
 
 void PrivilegedStart::cancel() {
-  (void)!::write(m_cancelling.write.number(), "", 1);  // it is seen even if nobody waits yet
+  (void)!::write(m_cancelling.write.number(), "", 1);  // remains readable for a later wait
 }
 
 Result<Elevated> PrivilegedStart::finish() {
   return m_elevation.passesSocket() ? finishWithSocket() : finishWithAddress();
 }
 
-/// Until there is something to read, which may be the end; false if the wait was cancelled.
-bool PrivilegedStart::waitForOutput() const {
+/// Waits until there is something to read, or the end of it. Returns false if the wait was cancelled.
+bool PrivilegedStart::waitFor(const FileDescriptor& file) const {
   std::array<pollfd, 2> waiting{pollfd{.fd = m_cancelling.read.number(), .events = POLLIN, .revents = 0},
-                                pollfd{.fd = m_output.number(), .events = POLLIN, .revents = 0}};
+                                pollfd{.fd = file.number(), .events = POLLIN, .revents = 0}};
   while (::poll(waiting.data(), waiting.size(), -1) < 0 && errno == EINTR) {
   }
   return waiting[0].revents == 0;
 }
 
-/// The helper greets as soon as it is let.
+/// Reads to the end, or to a limit. Returns nullopt if the wait was cancelled.
+std::optional<std::string> PrivilegedStart::readAll(const FileDescriptor& file) const {
+  constexpr std::size_t largestOutput = std::size_t{1} << 16U;
+  std::string result;
+  std::array<char, 4096> buffer;
+  for (ssize_t count = 1; count > 0 && result.size() < largestOutput;) {
+    if (!waitFor(file)) return std::nullopt;
+    count = readUninterrupted(file.number(), buffer.data(), buffer.size());
+    if (count > 0) result.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  return result;
+}
+
+/// The helper sends a greeting with its secret when it has been authorised. It is read in pieces, so that `cancel` also
+/// ends the wait for the rest of an incomplete one.
 Result<Elevated> PrivilegedStart::finishWithSocket() {
   wire::FrameReader reader(wire::largestGreeting);
-  if (!waitForOutput()) return Elevated{.isCancelled = true};
-  const auto greeting = wire::receiveFrame(m_output.number(), reader);
-  if (!greeting) return noHelper(greeting.error().message);
-  if (!*greeting) return failed();
-  auto authData = Authorisation::dataIn((*greeting)->body);
-  if (!authData) return noHelper("its greeting can't be understood");
+  std::array<char, wire::largestGreeting> buffer;
+  while (true) {
+    const auto greeting = reader.next();
+    if (!greeting) return noHelper(greeting.error().message);
+    if (*greeting) return greeted(**greeting);
+    if (!waitFor(m_output)) return Elevated{.isCancelled = true};
+    const ssize_t count = readUninterrupted(m_output.number(), buffer.data(), buffer.size());
+    if (count <= 0) return failed();
+    reader.append({buffer.data(), static_cast<std::size_t>(count)});
+  }
+}
+
+Result<Elevated> PrivilegedStart::greeted(const wire::Frame& greeting) {
+  auto authData = Authorisation::dataIn(greeting.body);
+  if (!authData) return noHelper("it sent an invalid greeting");
   return Elevated{.socket = std::move(m_output), .authData = *std::move(authData), .child = std::exchange(m_child, -1)};
 }
 
-/// It prints where it listens, and its secret.
+/// The helper prints the address of its socket and its secret, and closes its output.
 Result<Elevated> PrivilegedStart::finishWithAddress() {
-  std::string said;
-  std::array<char, 4096> buffer;
-  for (ssize_t count = 1; count > 0 && said.size() < largestOutput;) {
-    if (!waitForOutput()) return Elevated{.isCancelled = true};
-    count = readUninterrupted(m_output.number(), buffer.data(), buffer.size());
-    if (count > 0) said.append(buffer.data(), static_cast<std::size_t>(count));
-  }
-  if (said.empty()) return failed();
-  const std::string lines(String::trim(said, true));
+  const auto said = readAll(m_output);
+  if (!said) return Elevated{.isCancelled = true};
+  if (said->empty()) return failed();
+  const std::string lines(String::trim(*said, true));
   const std::size_t end = lines.find('\n');
   auto authData = end == std::string::npos ? std::nullopt : fromHex(std::string_view(lines).substr(end + 1));
   if (!authData || authData->empty()) return noHelper(lines);
@@ -183,13 +189,14 @@ Result<Elevated> PrivilegedStart::finishWithAddress() {
 }
 
 Result<Elevated> PrivilegedStart::failed() {
-  const std::string complaints = allOf(m_complaints);
+  const auto complaints = readAll(m_complaints);
+  if (!complaints) return Elevated{.isCancelled = true};
   const int status = waitForChild();
-  auto refusal = refusalOf(m_elevation.way, status, complaints);
-  return refusal ? Result<Elevated>(*std::move(refusal)) : noHelper(complaints);
+  auto refusal = refusalOf(m_elevation.way, status, *complaints);
+  return refusal ? Result<Elevated>(*std::move(refusal)) : noHelper(*complaints);
 }
 
-/// Its exit status. It has closed its output, so that it is about to end.
+/// Returns the exit status. Doesn't block for long, because the child has closed its output.
 int PrivilegedStart::waitForChild() {
   int status = 0;
   while (::waitpid(m_child, &status, 0) < 0 && errno == EINTR) {

@@ -25,12 +25,13 @@ Error refusal(const fs::path& file, const char* why) {
   return {.code = Error::Code::NotPermitted, .message = why, .file = file.string()};
 }
 
-/// Whether the path is the only way to write it: absolute, and without "..", "." and doubled slashes.
+/// Whether the path is absolute and has no "..", "." or repeated slashes, with which it could seem to be in one folder
+/// and lead to another.
 bool isPlain(const fs::path& path) {
   return path.is_absolute() && path.has_filename() && path.lexically_normal().native() == path.native();
 }
 
-/// What lies there: nothing, a link, or a regular file that has no second name.
+/// The state of a path: nothing, a link, or a regular file with a single name.
 struct Entry {
   bool exists = false;
   bool isLink = false;
@@ -43,8 +44,8 @@ Result<Entry> entryIn(int folder, const fs::path& file) {
     return systemError(errno, "read", file.string());
   }
   if (S_ISLNK(status.st_mode)) return Entry{.exists = true, .isLink = true};
-  if (!S_ISREG(status.st_mode)) return refusal(file, "it is no regular file");
-  if (status.st_nlink != 1) return refusal(file, "the file has a second name elsewhere");
+  if (!S_ISREG(status.st_mode)) return refusal(file, "it isn't a regular file");
+  if (status.st_nlink != 1) return refusal(file, "the file has another hard link");
   return Entry{.exists = true};
 }
 
@@ -62,11 +63,11 @@ bool GuardedJobFiles::isUsers(const fs::path& file) const {
 
 Result<void> GuardedJobFiles::removeAsUser(const fs::path& file) const {
   const ActingAs acting(m_user->id);
-  if (!acting) return refusal(file, "the rights of its user can't be taken");
+  if (!acting) return refusal(file, "the helper can't act with the rights of its user");
   return UserJobFiles(m_user->folders).remove(file);
 }
 
-/// The links are read where they lie: in folders that only root changes.
+/// Only considers links in folders that only root may write to: a user's own link mustn't make its target writable.
 bool GuardedJobFiles::isTargetOfLink(const fs::path& file, const JobFolders& folders) {
   for (const fs::path& folder : folders.all()) {
     if (!openTrustedFolder(folder)) continue;
@@ -80,9 +81,8 @@ bool GuardedJobFiles::isTargetOfLink(const fs::path& file, const JobFolders& fol
 }
 
 Result<void> GuardedJobFiles::checkPlace(const fs::path& file) const {
-  if (!isPlain(file)) return refusal(file, "the path isn't written plainly");
-  if (!m_folders.holds(file) && !isTargetOfLink(file, m_folders))
-    return refusal(file, "it lies outside of the folders for jobs");
+  if (!isPlain(file)) return refusal(file, "the path isn't in its simplest form");
+  if (!m_folders.holds(file) && !isTargetOfLink(file, m_folders)) return refusal(file, "it isn't in a job folder");
   return {};
 }
 
@@ -99,7 +99,7 @@ Result<FileDescriptor> GuardedJobFiles::folderOf(const fs::path& file, Missing m
   return openTrustedFolder(file.parent_path());
 }
 
-/// A folder that is missing is no reason: it is one for the operation itself.
+/// A missing folder isn't refused here: the operation itself fails, or has nothing to do.
 Result<void> GuardedJobFiles::admit(const fs::path& file) {
   if (isUsers(file)) return {};
   const auto folder = folderOf(file, Missing::Refuse);
@@ -115,7 +115,7 @@ Result<void> GuardedJobFiles::admitIn(const FileDescriptor& folder, const fs::pa
   return entry ? Result<void>() : logged(Result<void>(entry.error()));
 }
 
-/// The folder in which a startup item lies is trusted; what lies in the item isn't asked, since it is only removed.
+/// Checks the folder that contains a startup item, but not the item itself, which `removeTree` handles safely.
 Result<void> GuardedJobFiles::admitRemoval(const fs::path& file) {
   const bool isItem = m_removable.isItem(file);
   if (!isPlain(file) || (!isItem && !m_removable.isTool(file))) return admit(file);
@@ -131,20 +131,20 @@ bool GuardedJobFiles::isForDaemons(const fs::path& file) const {
 
 Result<void> GuardedJobFiles::admitLoad(const fs::path& file) {
   if (isForDaemons(file)) return {};
-  return logged(Result<void>(refusal(file, "only daemons are loaded as root, and it lies outside of their folders")));
+  return logged(Result<void>(refusal(file, "only daemons are loaded as root, and it isn't in a folder of daemons")));
 }
 
 bool GuardedJobFiles::isForJobs(const fs::path& file) const {
   return JobFiles::isForJobs(file) && isForDaemons(file);
 }
 
-/// Whether a new file of root's would be one that the user can't read.
+/// Whether the user couldn't read a new file of root's.
 bool GuardedJobFiles::mayHide(mode_t mostOpen) const {
   return (mostOpen & S_IROTH) == 0 && m_user && m_user->id != ::geteuid() && !m_user->group;
 }
 
-/// Root's, or theirs whose rights this process has. One that others may not read is left to the user for whom it is
-/// written, who otherwise would no longer see the job.
+/// Files belong to root, or to the user of this process in tests. A file that others may not read remains readable by
+/// the user's private group, because otherwise the job would disappear from the user's window.
 OwnerAndMode GuardedJobFiles::newFile(mode_t mostOpen) const {
   const auto mode = static_cast<mode_t>(0600U | (0644U & mostOpen));
   OwnerAndMode result{.user = ::geteuid(), .group = ::getegid(), .mode = mode};
@@ -164,7 +164,8 @@ Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view conte
   return logged(replaceFileIn(folder->number(), file, content, newFile(mostOpen), calls));
 }
 
-/// From one of root's folders to another. What the user has is never renamed into them: it isn't root's.
+/// Renames only within root's folders. A file of the user's is never renamed into them: its owner could still change
+/// it, through a descriptor opened before. A new file is written instead.
 Result<void> GuardedJobFiles::move(const fs::path& from, const fs::path& to, std::string_view content,
                                    mode_t mostOpen) {
   if (isUsers(from) && mayHide(mostOpen)) {
@@ -185,7 +186,8 @@ Result<void> GuardedJobFiles::move(const fs::path& from, const fs::path& to, std
   if (!old->exists || old->isLink) return writeThenRemove(from, to, content, mostOpen);
   const auto moved = moveFile({fromFolder->number(), from}, {toFolder->number(), to}, content, newFile(mostOpen));
   if (!moved) return writeThenRemove(from, to, content, mostOpen);
-  if (*moved && m_folders.isInOwnFolder(from)) (void)::rmdir(from.parent_path().c_str());  // others may lie in it
+  if (*moved && m_folders.isInOwnFolder(from))
+    (void)::rmdir(from.parent_path().c_str());  // fails if it contains other files
   return logged(*moved);
 }
 
@@ -208,7 +210,8 @@ Result<void> GuardedJobFiles::remove(const fs::path& file) {
     return logged(Result<void>(folder.error()));
   }
   auto removed = removeFrom(folder->number(), file);
-  if (removed && m_folders.isInOwnFolder(file)) (void)::rmdir(file.parent_path().c_str());  // others may lie in it
+  if (removed && m_folders.isInOwnFolder(file))
+    (void)::rmdir(file.parent_path().c_str());  // fails if it contains other files
   return logged(removed);
 }
 
@@ -218,7 +221,7 @@ Result<void> GuardedJobFiles::removeFrom(int folder, const fs::path& file) const
   if (!entry->exists) return {};
   if (::unlinkat(folder, file.filename().c_str(), 0) != 0) return systemError(errno, "delete", file.string());
   FileCalls calls;
-  (void)calls.sync(folder);  // the file is gone already; there is nothing to take back
+  (void)calls.sync(folder);  // the file has been removed in any case
   return {};
 }
 
@@ -236,12 +239,14 @@ Result<std::string> GuardedJobFiles::read(const fs::path& file) {
   return readIn(targetFolder->number(), target);
 }
 
+/// Checks the open file, because the name may refer to another one since `entryIn`. O_NONBLOCK, because a FIFO would
+/// block.
 Result<std::string> GuardedJobFiles::readIn(int folder, const fs::path& file) const {
   constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   const FileDescriptor open(::openat(folder, file.filename().c_str(), flags));
   struct stat status {};
   if (!open || ::fstat(open.number(), &status) != 0) return systemError(errno, "read", file.string());
-  if (!S_ISREG(status.st_mode) || status.st_nlink != 1) return refusal(file, "it is no regular file");
+  if (!S_ISREG(status.st_mode) || status.st_nlink != 1) return refusal(file, "it isn't a regular file");
   return readFile(open.number(), JobFolder::largestFile, file);
 }
 

@@ -11,22 +11,40 @@
 
 namespace mirvel {
 
-/// Files as root may change them for somebody else: regular files directly in the job folders, whatever they are
-/// called, or in a folder of their own there, or at the end of a symbolic link that lies there. Startup items and
-/// helper tools can be removed. Nobody but root may be able to change any folder on the way, and no path may go by a
-/// link; each is opened folder by folder, so that nothing can be exchanged between a check and what follows it. What is
-/// written is root's, and only daemons are loaded: agents run in the sessions of users. Files of the user's own job
-/// folder can be removed, with the user's rights, which a move out of it needs. Everything else is refused with
-/// `NotPermitted` or `BadArgument`, and a line in the log.
+/// Job files that root reads and changes on behalf of a user who isn't trusted. The user may choose paths and content
+/// freely, and may create links, rename files and replace folders wherever permitted, at any time. Every check below
+/// stops one way of turning this into access to other files:
+///
+/// - Paths must be absolute and in their simplest form, directly in a job folder or in a folder of its own there
+///   (`JobFolders::holds`). Otherwise "..", or any other file of the system, could be named. The target of a link in a
+///   job folder is accepted too: only root can have created such a link.
+/// - Folders are opened by `openTrustedFolder`, and files in the descriptor of their folder. Otherwise the user could
+///   replace a folder by a link between the check and the access.
+/// - A file must be a regular file: opening a FIFO would block the helper, and a device has effects.
+/// - A file must have only one link. Otherwise a user could have hard-linked another file of root's there, which would
+///   then be read, replaced or removed under this name.
+/// - A link itself is never written through: its target must be named, and is checked like any other path.
+/// - A written file belongs to root, and its mode doesn't permit others to write to it, whatever it was before.
+/// Otherwise
+///   its former owner could change the job after it has been checked.
+/// - A private file doesn't become readable by others, since it may contain a password.
+/// - Only daemons are loaded. An agent is meant to run with a user's rights, and the user may be able to replace its
+///   program.
+/// - Files in the user's own job folder may only be removed, as needed for a move, and with the user's rights (see
+///   `ActingAs`). With root's rights, the user could replace a folder there by a link to a folder of root's.
+/// - Startup items and helper tools may only be deleted (see `RemovableItems`).
+///
+/// Everything else is refused with `NotPermitted` or `BadArgument`, and logged.
 class GuardedJobFiles final : public JobFiles {
  public:
-  /// Whose job folders files may be moved out of.
+  /// The user for whom the helper works, out of whose job folders files may be moved.
   struct User {
     uid_t id;
     JobFolders folders;
-    std::optional<gid_t> group = {};  ///< private to the user, see `privateGroupOf`
+    std::optional<gid_t> group = {};  ///< the user's private group, see `privateGroupOf`
   };
 
+  /// The console must outlive the object. Without a user, nothing can be moved out of a user's folder.
   GuardedJobFiles(JobFolders folders, Console& console, std::optional<User> user = {}, RemovableItems removable = {})
       : m_folders(std::move(folders)), m_console(console), m_user(std::move(user)), m_removable(std::move(removable)) {}
 

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int deepest = 16;
+constexpr int deepest = 16;  // each level keeps a descriptor open
 
 bool liesIn(const std::vector<fs::path>& folders, const fs::path& path) {
   return std::find(folders.begin(), folders.end(), path.parent_path()) != folders.end();
@@ -38,7 +38,7 @@ struct CloseFolder {
 Result<void> removeContent(FileDescriptor open, const fs::path& path, dev_t device, int depth) {
   const std::unique_ptr<DIR, CloseFolder> folder(::fdopendir(open.number()));
   if (!folder) return cannotDelete(errno, path);
-  const int number = open.release();  // the folder closes it
+  const int number = open.release();  // closedir() closes it
   std::vector<std::string> names;
   while (const dirent* const entry = ::readdir(folder.get())) {
     const std::string_view name = entry->d_name;

@@ -8,19 +8,23 @@
 
 namespace mirvel {
 
-/// What lies in folders of the machine that jobs aren't made in, and can be deleted there: startup items, each a folder
-/// of its own, and helper tools.
+/// Items of the machine that the helper may delete, but not write: startup items, each of which is a folder, and helper
+/// tools.
 struct RemovableItems {
-  std::vector<std::filesystem::path> itemFolders = {};  ///< those in which startup items lie
-  std::vector<std::filesystem::path> toolFolders = {};  ///< those in which helper tools lie
+  std::vector<std::filesystem::path> itemFolders = {};  ///< the folders that contain startup items
+  std::vector<std::filesystem::path> toolFolders = {};  ///< the folders that contain helper tools
 
   static RemovableItems ofMachine(const Roots& roots);
+  /// Compare text only: the path must be directly in one of the folders.
   bool isItem(const std::filesystem::path& path) const;
   bool isTool(const std::filesystem::path& path) const;
 };
 
-/// Removes a folder with all that lies in it, as an entry of an open folder. It follows no links, and crosses into no
-/// other file system. It stops at what it can't remove, and at folders nested too deeply for a startup item.
+/// Removes a file, or a folder with its contents, from an open folder; only the last component of the path is used.
+/// Links are removed instead of followed, also if one replaces a folder during the removal, so that a user who may
+/// write to a startup item can't have root delete other files. Other file systems mounted there aren't entered. Stops
+/// at the first failure, and at folders nested more than 16 levels deep, so that a crafted item can't exhaust the
+/// descriptors.
 Result<void> removeTree(int parent, const std::filesystem::path& path);
 
 }  // namespace mirvel

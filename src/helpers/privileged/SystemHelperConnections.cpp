@@ -1,10 +1,62 @@
 #include "helpers/privileged/SystemHelperConnections.h"
 
+#include <unistd.h>
+
 #include <utility>
 
+#include "core/catalogue/Kind.h"
+#include "core/process/Commands.h"
+#include "helpers/hostdata/HostPlaces.h"
+#include "helpers/jobhost/HostAutostart.h"
 #include "helpers/wire/SocketHelperConnection.h"
 
 namespace mirvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Elevation elevationOf(const Environment& environment, bool isOtherMachine) {
+  Elevation result{.user = ::getuid()};
+  if (::geteuid() == 0 || isOtherMachine) return result;
+#ifdef __APPLE__
+  result.way = Elevation::Way::Osascript;
+  result.tool = Commands::forThisMachine(environment).osascript;
+#else
+  (void)environment;
+  result.way = Elevation::Way::Pkexec;
+  result.tool = "/usr/bin/pkexec";
+#endif
+  return result;
+}
+
+/// Passes what a process of root can't find out about the user. The helper doesn't trust it: see `PrivilegedOptions`.
+std::vector<std::string> argumentsFor(const Roots& roots, const HostPlaces& places) {
+  std::vector<std::string> result{"--user",      std::to_string(::getuid()),
+                                  "--agents",    *Kind(Kind::userAgent).folderURL(roots),
+                                  "--host",      places.socket,
+                                  "--installed", places.folder};
+  if (!roots.ownAutostart.empty()) {
+    result.insert(result.end(), {"--installed", roots.ownAutostart / HostAutostart::fileName});
+  }
+  return result;
+}
+
+}  // namespace
+
+HelperPrograms HelperPrograms::in(const fs::path& folder, const Roots& roots, const Environment& environment,
+                                  const std::optional<fs::path>& machine) {
+  const auto places = HostPlaces::of(roots);
+  HelperPrograms result{.action = {.path = folder / "mirvel-action", .environment = environment},
+                        .privileged = folder / "mirvel-privileged",
+                        .privilegedArguments = argumentsFor(roots, places),
+                        .elevation = elevationOf(environment, machine.has_value())};
+  if (machine) {
+    result.action.arguments = {"--root", *machine};
+    result.privilegedArguments.insert(result.privilegedArguments.end(), {"--root", *machine});
+  }
+  return result;
+}
 
 SystemHelperConnections::~SystemHelperConnections() {
   for (const auto& waiting : m_starts) {
@@ -34,7 +86,7 @@ void SystemHelperConnections::wait(const std::shared_ptr<PrivilegedStart>& start
   std::erase_if(m_starts, [](const auto& other) { return other.expired(); });
   m_starts.push_back(start);
   m_setup.background.add([this, &queue = m_setup.queue, life = std::weak_ptr(m_life), start, reply, failure] {
-    // Shared, since a task must be one that can be copied.
+    // Shared, because a task must be copyable.
     auto finished = std::make_shared<Result<Elevated>>(start->finish());
     queue.post([this, life, finished, reply, failure] {
       if (life.expired()) return;
@@ -47,10 +99,10 @@ HelperConnections::Privileged SystemHelperConnections::connected(Elevated elevat
   Privileged result{
       .authData = std::move(elevated.authData), .isCancelled = elevated.isCancelled, .refusal = elevated.refusal};
   if (!elevated.socket) return result;
-  std::function<void()> letGo;
-  if (elevated.child > 0) letGo = [reaper = m_reaper, child = elevated.child] { reaper->adopt(child); };
+  std::function<void()> onClosed;
+  if (elevated.child > 0) onClosed = [reaper = m_reaper, child = elevated.child] { reaper->adopt(child); };
   result.connection =
-      std::make_unique<wire::SocketHelperConnection>(std::move(elevated.socket), m_setup.queue, std::move(letGo));
+      std::make_unique<wire::SocketHelperConnection>(std::move(elevated.socket), m_setup.queue, std::move(onClosed));
   return result;
 }
 

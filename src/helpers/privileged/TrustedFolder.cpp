@@ -14,7 +14,7 @@ namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-/// In a sticky folder such as /tmp, others can add entries but can't exchange ours.
+/// In a sticky folder such as /tmp, others can add entries, but can't replace or rename those of other users.
 bool onlyRootChanges(const struct stat& status) {
   const bool isOurs = status.st_uid == 0 || status.st_uid == ::geteuid();
   const bool isShared = (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
@@ -27,12 +27,13 @@ Error untrusted(const fs::path& folder, const char* why) {
 
 Result<FileDescriptor> checked(FileDescriptor open, const fs::path& folder) {
   if (!open) {
-    if (errno == ELOOP || errno == ENOTDIR) return untrusted(folder, "the way there goes by a link or a file");
+    if (errno == ELOOP || errno == ENOTDIR)
+      return untrusted(folder, "the path contains a link or a file instead of a folder");
     return systemError(errno, "open", folder.string());
   }
   struct stat status {};
   if (::fstat(open.number(), &status) != 0) return systemError(errno, "open", folder.string());
-  if (!onlyRootChanges(status)) return untrusted(folder, "others than root can change this folder");
+  if (!onlyRootChanges(status)) return untrusted(folder, "users other than root may write to this folder");
   return open;
 }
 
@@ -47,7 +48,7 @@ Result<FileDescriptor> openTrustedFolder(const fs::path& folder) {
   auto open = checked(FileDescriptor(::open("/", folderFlags)), walked);
   for (const fs::path& name : folder.relative_path()) {
     if (!open) return open;
-    if (name.empty() || name == "." || name == "..") return untrusted(folder, "the path isn't written plainly");
+    if (name.empty() || name == "." || name == "..") return untrusted(folder, "the path isn't in its simplest form");
     walked /= name;
     open = openTrustedFolderIn(open->number(), walked);
   }

@@ -3,6 +3,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
@@ -16,7 +17,7 @@
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/GuardedJobFiles.h"
 #include "helpers/privileged/Listener.h"
-#include "helpers/privileged/Options.h"
+#include "helpers/privileged/PrivilegedOptions.h"
 #include "helpers/process/CleanState.h"
 #include "helpers/process/Detachment.h"
 #include "helpers/wire/FrameSocket.h"
@@ -27,12 +28,18 @@ using namespace mirvel;
 
 constexpr std::chrono::seconds untilConnected{60};
 
-/// The system's log of who did what as root.
+/// The system's security log.
 class SystemLog final : public Console {
  public:
   SystemLog() { ::openlog("mirvel-privileged", LOG_PID, LOG_AUTHPRIV); }
   void print(const std::string& line) override { log(line); }
-  void log(const std::string& line) override { ::syslog(LOG_NOTICE, "%s", line.c_str()); }
+  /// Replaces control characters: otherwise a path with line breaks could forge other entries of the log.
+  void log(const std::string& line) override {
+    std::string safe = line;
+    std::replace_if(
+        safe.begin(), safe.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
+    ::syslog(LOG_NOTICE, "%s", safe.c_str());
+  }
 };
 
 int fail(const std::string& why) {
@@ -46,29 +53,30 @@ Error notByHand() {
 
 constexpr std::initializer_list<int> standardFiles{STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
 
-/// Continues in a process of its own, so that the tool that started this one needn't wait.
+/// Continues in a child process, because the elevation tool waits for this one to end.
 void detach() {
   Detachment detachment;
   if (!detachment.fork()) ::_exit(detachment.waitUntilReady());
   detachment.complete();
 }
 
-std::filesystem::path folderForSockets(const PrivilegedOptions& options) {
+std::filesystem::path runtimeFolder(const PrivilegedOptions& options) {
   if (options.root) return *options.root;
   struct stat status {};
   return ::stat("/run", &status) == 0 ? "/run" : "/var/run";
 }
 
-/// The asker's end is the other one of a pair, which nobody else can have.
+/// Uses the socket that the application has passed as standard input. It must be a socket, so that a user who runs
+/// pkexec in a terminal can't type requests, and have been created by a process of the user for whom the helper works.
 Result<FileDescriptor> standardSocket(const PrivilegedOptions& options, const Authorisation& authorisation) {
   struct stat status {};
   if (::fstat(STDIN_FILENO, &status) != 0 || !S_ISSOCK(status.st_mode)) return notByHand();
   FileDescriptor socket(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
   if (!socket) return systemError(errno, "talk to Mirvel", {});
 #ifdef __linux__
-  if (!Asker{.user = options.user}.isPeerOf(socket.number())) return notByHand();
+  if (!AllowedPeer{.user = options.user}.isPeerOf(socket.number())) return notByHand();
 #else
-  (void)options;  // a pair has no peer whose user the system would tell
+  (void)options;  // macOS reports no user for a socket pair
 #endif
   pointToNothing(standardFiles);
   wire::ignoreHangUps(socket.number());
@@ -78,15 +86,15 @@ Result<FileDescriptor> standardSocket(const PrivilegedOptions& options, const Au
 
 Result<FileDescriptor> namedSocket(const PrivilegedOptions& options, const Authorisation& authorisation,
                                    Console& console) {
-  auto listener = Listener::make(folderForSockets(options), {.user = options.user, .process = options.process});
+  auto listener = Listener::make(runtimeFolder(options), {.user = options.user, .process = options.process});
   if (!listener) return listener.error();
   std::cout << listener->address().string() << '\n' << toHex(authorisation.bytes()) << std::endl;
   detach();
   return listener->accept(untilConnected, console);
 }
 
-/// Removes files, and folders with all their contents, without following links. What isn't there is no error; after a
-/// failure, the first of which is the error, the others are removed all the same.
+/// Removes files, and folders with their contents, without following links. Missing ones are ignored. Continues after a
+/// failure, and returns the first one.
 Result<void> removeInstalled(const std::vector<std::filesystem::path>& paths) {
   Result<void> result;
   for (const auto& path : paths) {
@@ -97,18 +105,20 @@ Result<void> removeInstalled(const std::vector<std::filesystem::path>& paths) {
   return result;
 }
 
-/// Job files stay.
+/// Ends the job hosts and removes their files; job files are kept. The paths are the user's, so they are accessed with
+/// the user's rights: root could be made to delete any file.
 Result<void> uninstall(const PrivilegedOptions& options, JobHost& ownHost) {
   if (auto* embedded = dynamic_cast<EmbeddedHost*>(&ownHost)) {
     if (auto ended = embedded->quit(); !ended) return ended;
   }
   const ActingAs acting(options.user);
-  if (!acting) return Error{.code = Error::Code::NotPermitted, .message = "the rights of the user can't be taken"};
-  if (options.host) (void)HostClient(*options.host).ask(hostdata::Quit());  // it may well not run
+  if (!acting)
+    return Error{.code = Error::Code::NotPermitted, .message = "the helper can't act with the rights of the user"};
+  if (options.host) (void)HostClient(*options.host).ask(hostdata::Quit());  // it may not be running
   return removeInstalled(options.installed);
 }
 
-/// On a machine that has had no job yet they aren't there. One that can't be made is told of when it is needed.
+/// They don't exist on a machine without jobs. A failure is ignored here, and reported when a file is written.
 void makeJobFolders(const Roots& roots) {
   for (const Kind kind : {Kind::localAgent, Kind::localDaemon}) {
     std::error_code failure;
@@ -119,9 +129,9 @@ void makeJobFolders(const Roots& roots) {
 Result<void> work(int socket, const Authorisation& authorisation, const PrivilegedOptions& options, Console& console) {
   const Environment environment = processEnvironment();
   SystemProcessRunner runner(environment);
-  const auto testFolder = OwnFolder::make(folderForSockets(options));
+  const auto testFolder = OwnFolder::make(runtimeFolder(options));
   if (!testFolder) return testFolder.error();
-  // Root has a host of its own on another machine, too.
+  // Below the root of another machine, root's job host needs a folder of its own.
   const auto root = options.root ? std::optional(*options.root / "root") : std::nullopt;
   const auto host = jobHostOfThisMachine(root, environment, runner);
   const Roots roots = options.root ? Roots::below(*options.root) : Roots::forThisMachine({});
@@ -139,12 +149,17 @@ Result<void> work(int socket, const Authorisation& authorisation, const Privileg
 
 }  // namespace
 
-/// The privileged helper: does as root what one user's application asks for, within narrow limits.
+/// The privileged helper: carries out requests of one user's application as root, within the limits of
+/// `GuardedJobFiles`.
+///
+/// It is protected in this order: the options are reduced to what the user may choose (`PrivilegedOptions`); everything
+/// inherited is reset, so that limits, signals, descriptors or the environment can't make a check fail or a library
+/// misbehave; tracing is forbidden; only the application may connect; and each request must contain the secret.
 int main(int argc, char** argv) {
   const auto options =
       PrivilegedOptions::read({argv + (argc > 0 ? 1 : 0), argv + argc}, processEnvironment(), ::getuid());
   if (!options) return fail(options.error().text());
-  // On a root of their own users may try it all with the rights that they have.
+  // Below another root, users may run it with the rights that they have, for tests and the demo.
   if (::geteuid() != 0 && !options->root) return fail(notByHand().text());
   resetProcessState(options->root ? ControlGroup::Keep : ControlGroup::Leave);
   resetEnvironment();
@@ -156,6 +171,6 @@ int main(int argc, char** argv) {
       options->process ? namedSocket(*options, *authorisation, console) : standardSocket(*options, *authorisation);
   if (!peer) return fail(peer.error().text());
   const auto served = work(peer->number(), *authorisation, *options, console);
-  if (!served) console.log("cut off: " + served.error().text());
+  if (!served) console.log("disconnected: " + served.error().text());
   return served ? 0 : 1;
 }

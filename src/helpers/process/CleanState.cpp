@@ -38,7 +38,7 @@ struct Limit {
 
 constexpr rlim_t none = RLIM_INFINITY;
 
-/// Those that Linux and systemd give to services. No core: it would hold what others may not read.
+/// The limits with which Linux and systemd start services. No core dumps: they would contain secrets.
 constexpr std::array limits{
     Limit{RLIMIT_CPU, none, none},
     Limit{RLIMIT_FSIZE, none, none},
@@ -60,8 +60,8 @@ constexpr std::array limits{
 #endif
 };
 
-/// Only root can raise a hard limit. Another user keeps what the machine grants: soft limits are raised as far as the
-/// hard ones allow, and nothing is lowered, which nobody could raise again.
+/// Only root can raise a hard limit. For other users, soft limits are raised as far as the hard ones permit, and
+/// nothing is lowered, because a lowered hard limit couldn't be raised again.
 void resetLimits() {
   const bool isRoot = ::geteuid() == 0;
   for (const Limit& limit : limits) {
@@ -74,8 +74,8 @@ void resetLimits() {
   }
 }
 
-/// Writes a short text to a file of the kernel's. False if that can't be.
-bool tell(const std::filesystem::path& file, std::string_view text) {
+/// Writes a short text to a file of the kernel. Returns false if that fails.
+bool writeTo(const std::filesystem::path& file, std::string_view text) {
   const FileDescriptor open(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
   return open && ::write(open.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
 }
@@ -89,7 +89,7 @@ void resetPriority() {
   ::sched_setaffinity(0, sizeof all, &all);
   constexpr long thisProcess = 1, byNiceValue = 0;  // ioprio_set(2), which has no header
   ::syscall(SYS_ioprio_set, thisProcess, 0, byNiceValue);
-  tell("/proc/self/oom_score_adj", "0");
+  writeTo("/proc/self/oom_score_adj", "0");
   ::prctl(PR_SET_TIMERSLACK, 50000UL);
   ::personality(PER_LINUX);
 #endif
@@ -97,9 +97,9 @@ void resetPriority() {
 }
 
 #ifdef __linux__
-/// Two signals are the C library's own, which doesn't let anybody name them. It sets them with the first thread; until
-/// then they are as they were inherited. See rt_sigaction(2): the kernel's structure begins with the handler, and zeros
-/// are its default everywhere.
+/// Two signals are reserved for the C library, whose functions refuse them. It sets their handlers with the first
+/// thread; until then their dispositions are the inherited ones. See rt_sigaction(2): the kernel's structure begins
+/// with the handler, and zeros are the default on all architectures.
 void resetReservedSignals() {
   struct {
     void (*handler)(int) = nullptr;
@@ -113,7 +113,7 @@ void resetReservedSignals() {
 }
 #endif
 
-/// A signal that is ignored is no longer pending. So none arrives that was sent to the one before.
+/// Ignoring a signal first discards a pending one, which would be delivered when the mask is cleared.
 void resetSignals() {
   for (int number = 1; number < NSIG; ++number) ::signal(number, SIG_IGN);
   sigset_t nothing;
@@ -133,7 +133,7 @@ void stopTimers() {
   ::setitimer(ITIMER_PROF, &off, nullptr);
 }
 
-/// Also the ones above the limit, which may have been lowered when they were open.
+/// Includes descriptors above the limit, which may have been lowered after they were opened.
 void closeDescriptors() {
   constexpr int first = STDERR_FILENO + 1;
 #ifdef SYS_close_range
@@ -143,14 +143,15 @@ void closeDescriptors() {
   for (int number = first; number < most; ++number) ::close(number);
 }
 
-/// A file that is opened later would otherwise take the place of a missing one, and be written what is meant for it.
+/// Otherwise a file that is opened later would get the number of a missing one, and messages would be written to it.
 void fillStandardDescriptors() {
   for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
-    if (::fcntl(number, F_GETFD) < 0) (void)::open("/dev/null", O_RDWR);  // gets the lowest free number, this one
+    if (::fcntl(number, F_GETFD) < 0)
+      (void)::open("/dev/null", O_RDWR);  // gets the lowest free number, which is this one
   }
 }
 
-/// A call that fails leaves what was, which is root's all the same.
+/// If a call fails, the previous state remains; the effective user is root in any case.
 void takeRootsGroups() {
   if (::geteuid() != 0) return;
   const gid_t group = 0;
@@ -162,8 +163,8 @@ void takeRootsGroups() {
 void leaveControlGroup(const std::filesystem::path& hierarchy) {
   if (::geteuid() != 0 || ::access((hierarchy / "cgroup.procs").c_str(), W_OK) != 0) return;
   const std::filesystem::path group = hierarchy / "mirvel";
-  ::mkdir(group.c_str(), 0755);  // mostly it is there already
-  tell(group / "cgroup.procs", "0");
+  ::mkdir(group.c_str(), 0755);  // usually exists already
+  writeTo(group / "cgroup.procs", "0");
 }
 
 void resetProcessState(ControlGroup controlGroup) {
@@ -173,9 +174,9 @@ void resetProcessState(ControlGroup controlGroup) {
   closeDescriptors();
   fillStandardDescriptors();
   resetPriority();
-  ::setsid();  // fails for one that leads a group, which then is its own already
+  ::setsid();  // fails only for the leader of a process group
   ::umask(022);
-  (void)!::chdir("/");  // a folder that stays busy is no reason not to work
+  (void)!::chdir("/");  // if it fails, a folder stays busy, nothing more
   takeRootsGroups();
 #ifdef __linux__
   if (controlGroup == ControlGroup::Leave) {

@@ -4,29 +4,35 @@
 
 namespace mirvel {
 
-/// Whether a process stays in the control group in which it was started. Elsewhere than on Linux there is none.
+/// Whether a process stays in the control group in which it was started. Only Linux has control groups.
 enum class ControlGroup { Keep, Leave };
 
-/// Frees this process of everything that it inherited from whoever started it, as far as its rights go, so that neither
-/// it nor its children are limited, slowed down, stopped or watched by that: limits on resources, nice value,
-/// scheduler, processors, I/O priority, OOM score, timers, signals (mask, dispositions, pending ones), session and
-/// terminal, working directory, umask, and all descriptors but the standard ones, of which missing ones are opened on
-/// /dev/null. Root takes root's own user, group and groups. Root's limits become those that a service of the
-/// machine starts with; of other users only soft limits are raised, as far as their hard ones allow.
+/// Resets everything that this process has inherited from its parent, as far as its rights permit, so that the parent
+/// can't limit, slow down, stop or observe it or its children:
 ///
-/// What can't be reset stays as it is: none of it is a reason not to work. For a process with one thread, at its start.
-/// The environment is left alone, see `resetEnvironment`.
+/// - resource limits: root's become those with which the system starts services; of other users, only soft limits are
+///   raised, as far as the hard ones permit;
+/// - nice value, scheduler, CPU affinity, I/O priority, OOM score and timers;
+/// - signals: mask, dispositions, and pending ones, which are discarded;
+/// - session and terminal, working directory (/) and umask (022);
+/// - descriptors: all are closed but the standard ones, of which missing ones are opened on /dev/null;
+/// - of root: user, group and supplementary groups;
+/// - of root: the control group, if it is to be left.
+///
+/// The environment is unchanged; see `resetEnvironment`. Anything that can't be reset stays as it is, because none of
+/// it prevents the process from working. Requires a process with one thread, and belongs at the beginning of `main`.
 void resetProcessState(ControlGroup controlGroup);
 
-/// Removes all variables but PATH, which gets the system's folders. For a process with one thread.
+/// Removes all environment variables and sets PATH to the system's folders. Requires a process with one thread.
 void resetEnvironment();
 
-/// Moves this process to a group of the program's own, directly below the root of the hierarchy (cgroups(7), version
-/// 2), if it is root's and the hierarchy can be written.
+/// Moves this process to the program's own control group directly below the root of this hierarchy (cgroups(7), version
+/// 2), so that a limit on the parent's group doesn't affect it. Without effect unless this process is root's and may
+/// write to the hierarchy.
 void leaveControlGroup(const std::filesystem::path& hierarchy);
 
-/// Keeps other processes of the same user from reading this one's memory, descriptors and environment, and from tracing
-/// it. Linux only: elsewhere the system forbids that by itself, or can't.
+/// Prevents other processes of the same user from tracing this one and from reading its memory, descriptors and
+/// environment. Has an effect on Linux only: elsewhere, the system either does this by default or offers no way.
 void forbidTracing();
 
 }  // namespace mirvel

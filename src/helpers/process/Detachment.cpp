@@ -17,7 +17,7 @@ void pointToNothing(std::initializer_list<int> descriptors) {
 }
 
 Detachment::Detachment() {
-  ::signal(SIGPIPE, SIG_IGN);  // whoever started this may be gone before it is ready
+  ::signal(SIGPIPE, SIG_IGN);  // for writing to a parent that has ended
   pointToNothing({STDIN_FILENO});
 }
 
@@ -42,7 +42,7 @@ int Detachment::waitUntilReady() {
 }
 
 void Detachment::complete() {
-  if (m_pipe.write) (void)!::write(m_pipe.write.number(), "", 1);  // a parent that has gone needs no word
+  if (m_pipe.write) (void)!::write(m_pipe.write.number(), "", 1);  // fails if the parent has ended
   m_pipe.write.reset();
   pointToNothing({STDOUT_FILENO, STDERR_FILENO});
 }

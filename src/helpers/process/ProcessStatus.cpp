@@ -4,7 +4,10 @@
 #include <sys/sysctl.h>
 #endif
 
+#include <unistd.h>
+
 #include <filesystem>
+#include <limits>
 #include <sstream>
 #include <string>
 #include <system_error>
@@ -18,11 +21,11 @@ namespace mirvel {
 
 namespace {
 
-std::vector<ProcessStatus> ask(int what, int about) {
+std::vector<ProcessStatus> query(int what, int about) {
   int name[] = {CTL_KERN, KERN_PROC, what, about};
   std::size_t size = 0;
   if (::sysctl(name, 4, nullptr, &size, nullptr, 0) != 0) return {};
-  std::vector<kinfo_proc> found(size / sizeof(kinfo_proc) + 16);  // some may be started meanwhile
+  std::vector<kinfo_proc> found(size / sizeof(kinfo_proc) + 16);  // room for processes that start meanwhile
   size = found.size() * sizeof(kinfo_proc);
   if (::sysctl(name, 4, found.data(), &size, nullptr, 0) != 0) return {};
   found.resize(size / sizeof(kinfo_proc));
@@ -40,17 +43,17 @@ std::vector<ProcessStatus> ask(int what, int about) {
 }  // namespace
 
 std::optional<ProcessStatus> ProcessStatus::of(pid_t id) {
-  const auto found = ask(KERN_PROC_PID, id);
+  const auto found = query(KERN_PROC_PID, id);
   return found.empty() ? std::nullopt : std::optional(found.front());
 }
 
 std::vector<ProcessStatus> ProcessStatus::all() {
-  return ask(KERN_PROC_ALL, 0);
+  return query(KERN_PROC_ALL, 0);
 }
 
 #else
 
-/// See proc_pid_stat(5). The name of the program, in parentheses, may hold anything.
+/// See proc_pid_stat(5). The program's name is in parentheses and may contain spaces and parentheses itself.
 std::optional<ProcessStatus> ProcessStatus::of(pid_t id) {
   constexpr std::size_t largest = 4096;
   const auto text = readFile("/proc/" + std::to_string(id) + "/stat", largest);
@@ -82,5 +85,26 @@ std::vector<ProcessStatus> ProcessStatus::all() {
 }
 
 #endif
+
+ProcessIdentity ProcessIdentity::ofThisProcess() {
+  return of(::getpid()).value_or(ProcessIdentity{.id = ::getpid()});
+}
+
+std::optional<ProcessIdentity> ProcessIdentity::of(pid_t id) {
+  const auto status = ProcessStatus::of(id);
+  return status ? std::optional(ProcessIdentity{id, status->start}) : std::nullopt;
+}
+
+std::string ProcessIdentity::text() const {
+  return std::to_string(id) + ':' + std::to_string(start);
+}
+
+std::optional<ProcessIdentity> ProcessIdentity::from(std::string_view text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string_view::npos) return std::nullopt;
+  const auto id = Decimal::toInt(text.substr(0, colon)), start = Decimal::toInt(text.substr(colon + 1));
+  if (!id || !start || *id <= 0 || *id > std::numeric_limits<pid_t>::max()) return std::nullopt;
+  return ProcessIdentity{static_cast<pid_t>(*id), *start};
+}
 
 }  // namespace mirvel

@@ -13,13 +13,13 @@ namespace mirvel {
 
 namespace {
 
-// A signal handler reaches nothing but what is global.
+// Global, because a signal handler has no other access to it.
 std::atomic<int> writingEnd{-1};
 
 void note(int number) {
   const int failure = errno;
   const auto byte = static_cast<unsigned char>(number);
-  (void)!::write(writingEnd, &byte, 1);  // a full pipe is read soon anyway
+  (void)!::write(writingEnd, &byte, 1);  // if the pipe is full, `take` assumes SIGCHLD
   errno = failure;
 }
 
@@ -47,7 +47,7 @@ std::set<int> Signals::take() {
   ssize_t count = 0;
   while ((count = ::read(descriptor(), bytes.data(), bytes.size())) > 0) {
     result.insert(bytes.begin(), bytes.begin() + count);
-    // So many may be more than the pipe could take: none is lost by looking for all.
+    // The pipe may have been full, and SIGCHLD been dropped.
     if (count == static_cast<ssize_t>(bytes.size())) result.insert(SIGCHLD);
   }
   return result;

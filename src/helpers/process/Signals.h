@@ -7,10 +7,11 @@
 
 namespace mirvel {
 
-/// Turns signals into something to poll for. One at a time in a process.
+/// Makes signals available as a descriptor to poll. Only one object may exist in a process at a time.
 class Signals {
  public:
-  /// Fails, as `isGood` tells, if the process has no descriptors left.
+  /// Catches these signals until the destructor restores their default action. If the process has no descriptors left,
+  /// nothing is caught and `isGood` returns false.
   explicit Signals(std::set<int> numbers);
   Signals(std::initializer_list<int> numbers) : Signals(std::set<int>(numbers)) {}
   ~Signals();
@@ -18,9 +19,10 @@ class Signals {
   Signals& operator=(const Signals&) = delete;
 
   bool isGood() const { return static_cast<bool>(m_pipe); }
-  /// Can be read when a signal has come.
+  /// Readable when a signal has arrived. To be polled, not read.
   int descriptor() const { return m_pipe.read.number(); }
-  /// Those that have come since the last call.
+  /// Returns the signals that have arrived since the last call, without waiting. If many have arrived, SIGCHLD may be
+  /// included although it hasn't; so look for ended children, but expect none.
   std::set<int> take();
 
  private:

@@ -14,7 +14,7 @@ constexpr std::string_view idKey = "id", bodyKey = "body", cancelKey = "cancel",
 
 Error tooLarge(std::size_t size) {
   return {.code = Error::Code::LimitExceeded,
-          .message = "a message of " + std::to_string(size) + " bytes is more than may be sent at once"};
+          .message = "a message of " + std::to_string(size) + " bytes is too large"};
 }
 
 Error malformed(const char* why) {
@@ -27,28 +27,29 @@ std::size_t lengthIn(std::string_view bytes) {
   return length;
 }
 
-/// Exactly one of the three keys says what the frame is.
+/// The kind of a frame is given by the one of three keys that it has.
 Result<Frame> decodeContent(std::int64_t id, propertylist::Dictionary& content) {
   auto* const body = content.find(bodyKey);
   auto* const event = content.find(eventKey);
   const auto* const cancel = content.find(cancelKey);
-  if ((body != nullptr) + (event != nullptr) + (cancel != nullptr) != 1) return malformed("a message has no body");
+  if ((body != nullptr) + (event != nullptr) + (cancel != nullptr) != 1) return malformed("a message has no kind");
   if (cancel) {
     const bool* const isSet = cancel->as<bool>();
-    return isSet && *isSet ? Result(Frame{.id = id, .kind = Frame::Kind::Cancel}) : malformed("a message has no body");
+    return isSet && *isSet ? Result(Frame{.id = id, .kind = Frame::Kind::Cancel})
+                           : malformed("a cancellation isn't true");
   }
   auto* const dictionary = (body ? body : event)->as<propertylist::Dictionary>();
-  if (!dictionary) return malformed("the body of a message is no dictionary");
+  if (!dictionary) return malformed("the body of a message isn't a dictionary");
   return Frame{.id = id, .body = std::move(*dictionary), .kind = body ? Frame::Kind::Message : Frame::Kind::Event};
 }
 
 Result<Frame> decode(std::string_view list) {
-  if (!list.starts_with("bplist")) return malformed("a message is no binary property list");
+  if (!list.starts_with("bplist")) return malformed("a message isn't a binary property list");
   const auto document = propertylist::read(list);
   if (!document) return document.error();
   propertylist::Value value = document->value();
   auto* content = value.as<propertylist::Dictionary>();
-  if (!content) return malformed("a message is no dictionary");
+  if (!content) return malformed("a message isn't a dictionary");
   const auto* idValue = content->find(idKey);
   const auto* number = idValue ? idValue->as<propertylist::Integer>() : nullptr;
   const auto id = number ? number->toInt64() : std::nullopt;

@@ -15,7 +15,7 @@ namespace {
 #ifdef MSG_NOSIGNAL
 constexpr int quietly = MSG_NOSIGNAL;
 #else
-constexpr int quietly = 0;  // the socket's own option serves instead
+constexpr int quietly = 0;  // macOS has an option of the socket instead, see `ignoreHangUps`
 #endif
 
 #ifdef SOCK_CLOEXEC
@@ -45,7 +45,7 @@ void ignoreHangUps(int socket) {
   const int on = 1;
   ::setsockopt(socket, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
 #else
-  (void)socket;  // each call to send says so itself
+  (void)socket;  // Linux has a flag for each call of send instead
 #endif
 }
 
@@ -79,7 +79,7 @@ Result<std::optional<Frame>> receiveFrame(int socket, FrameReader& reader) {
     if (count > 0) {
       reader.append({buffer.data(), static_cast<std::size_t>(count)});
     } else if (reader.isWithinFrame()) {
-      return Error{.code = Error::Code::Malformed, .message = "a message is cut off"};
+      return Error{.code = Error::Code::Malformed, .message = "a message is incomplete"};
     } else {
       return std::optional<Frame>();
     }

@@ -7,10 +7,10 @@
 
 namespace mirvel::wire {
 
-/// The number of the descriptor over which a helper is spoken to.
+/// The descriptor that a helper uses as its connection.
 inline constexpr int helperDescriptor = 3;
 
-/// Two connected stream sockets, close-on-exec. Without ends: the process has too many descriptors, as `errno` says.
+/// Two connected stream sockets, close-on-exec. Both are empty, and `errno` is set, if they can't be created.
 struct SocketPair {
   FileDescriptor ours;
   FileDescriptor theirs;
@@ -19,16 +19,18 @@ struct SocketPair {
   explicit operator bool() const { return ours && theirs; }
 };
 
-/// Makes a socket of which the peer has gone give EPIPE instead of ending the process by a signal.
+/// Makes sending over a socket whose peer has gone fail with EPIPE instead of raising SIGPIPE.
 void ignoreHangUps(int socket);
 
-/// send(2) without a signal, begun again when one interrupts it.
+/// send(2) without SIGPIPE, restarted after EINTR.
 ssize_t sendUninterrupted(int socket, std::string_view bytes);
 
-/// Sends a frame and waits until the socket has taken all of it. For a blocking socket.
+/// Sends a frame over a blocking socket, and returns when the socket has accepted all of it. Returns `LimitExceeded`
+/// for a frame that is too large, of which nothing is sent, and the system's error if sending fails.
 Result<void> sendFrame(int socket, const Frame& frame);
 
-/// Waits for the next frame; none at the end of the stream. A stream that ends within a frame is `Malformed`.
+/// Waits for the next frame on a blocking socket. Returns nullopt at the end of the stream, the errors of
+/// `FrameReader::next`, `Malformed` if the stream ends within a frame, and the system's error if receiving fails.
 Result<std::optional<Frame>> receiveFrame(int socket, FrameReader& reader);
 
 }  // namespace mirvel::wire

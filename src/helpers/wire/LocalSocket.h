@@ -12,9 +12,10 @@
 
 namespace mirvel::wire {
 
-/// The place of a socket in the file system. `LimitExceeded` for a path of more than about 100 bytes (unix(7)).
+/// The address of a socket in the file system.
 class LocalAddress {
  public:
+  /// Returns `LimitExceeded` for a path that is too long for an address, about 100 bytes (unix(7)).
   static Result<LocalAddress> of(const std::filesystem::path& path);
 
   const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&m_address); }
@@ -24,13 +25,14 @@ class LocalAddress {
   sockaddr_un m_address{};
 };
 
-/// A stream socket of that sort, close-on-exec and without signals; without a number where there is none, as `errno`
-/// says.
+/// Creates a stream socket for such addresses, close-on-exec and without SIGPIPE. Empty, with `errno` set, if it can't
+/// be created.
 FileDescriptor makeLocalSocket();
 
-/// Whose process the peer is; none if the system doesn't tell.
+/// The effective user of the peer when it connected or created the pair; nullopt if the system doesn't report it.
 std::optional<uid_t> userOfPeer(int socket);
-/// Which process connected, or made the pair; none if the system doesn't tell.
+/// The process that connected or created the pair; nullopt if the system doesn't report it. The process may have ended,
+/// and the number been reused: compare its start time too.
 std::optional<pid_t> processOfPeer(int socket);
 
 }  // namespace mirvel::wire

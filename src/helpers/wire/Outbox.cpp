@@ -12,7 +12,7 @@ Outbox::Outbox(int socket, std::function<void(std::int64_t id)> sending)
     : m_socket(socket), m_sending(std::move(sending)), m_thread([this] { work(); }) {}
 
 Outbox::~Outbox() {
-  (void)finish();  // its caller had the chance to see the failure
+  (void)finish();  // the owner that is interested in a failure has called `finish`
 }
 
 void Outbox::addAnswer(Frame frame) {
@@ -60,7 +60,7 @@ std::optional<Frame> Outbox::next() {
   return frame;
 }
 
-/// The rest is dropped after a failure, rather than kept for a peer that has gone.
+/// Drops the remaining frames after a failure, because the peer has gone.
 void Outbox::send(const Frame& frame) {
   if (!m_result) return;
   m_result = sendFrame(m_socket, frame);

@@ -13,19 +13,22 @@
 namespace mirvel::wire {
 
 /// Sends frames over a blocking socket from a thread of its own, in the order in which they were added. After a failure
-/// nothing more is sent, and the socket is shut down, so that a reader notices it. Thread-safe.
+/// it sends nothing more and shuts the socket down, which ends the reader's wait. Thread-safe.
 class Outbox {
  public:
-  /// `sending` is called, on that thread and without a lock, with the id of each answer just before it is sent.
+  /// The caller keeps ownership of the socket. `sending` is called with the id of each answer just before it is sent,
+  /// even after a failure, on the outbox's thread and without a lock.
   Outbox(int socket, std::function<void(std::int64_t id)> sending);
   ~Outbox();
   Outbox(const Outbox&) = delete;
   Outbox& operator=(const Outbox&) = delete;
 
+  /// The caller limits the number of waiting answers, as `wire::mostRequests` does.
   void addAnswer(Frame frame);
-  /// False if `mostEvents` events are waiting already; the frame is dropped then.
+  /// Returns false, and drops the event, if `mostEvents` events are waiting.
   [[nodiscard]] bool addEvent(Frame frame);
-  /// Waits until everything has been sent, or sending has failed, which is the error. Nothing may be added afterwards.
+  /// Waits until everything has been sent, and returns an error if sending has failed. Nothing may be added afterwards.
+  /// Blocks for as long as the peer doesn't read, unless the socket is shut down.
   Result<void> finish();
 
  private:
@@ -39,10 +42,10 @@ class Outbox {
   std::mutex m_mutex;
   std::condition_variable m_changed;
   std::deque<Frame> m_frames;
-  std::size_t m_events = 0;  ///< among the frames
+  std::size_t m_events = 0;  ///< the number of events in `m_frames`
   bool m_isFinishing = false;
   Result<void> m_result;
-  std::thread m_thread;  // last, so that it starts when all else is there
+  std::thread m_thread;  // last, because it uses all other members
 };
 
 }  // namespace mirvel::wire

@@ -34,14 +34,10 @@ void Reaper::adopt(pid_t child) {
   m_changed.notify_all();
 }
 
-std::size_t Reaper::count() {
-  const std::lock_guard lock(m_mutex);
-  return m_children.size();
-}
-
 void Reaper::work() {
   using Clock = std::chrono::steady_clock;
-  constexpr auto betweenLooks = std::chrono::milliseconds(10);
+  // Polling, because SIGCHLD and waiting for any child belong to the whole process, which may have other children.
+  constexpr auto pollingInterval = std::chrono::milliseconds(10);
   std::unique_lock lock(m_mutex);
   auto end = Clock::time_point::max();
   while (true) {
@@ -51,7 +47,7 @@ void Reaper::work() {
     if (m_children.empty()) {
       m_changed.wait(lock, [this] { return m_isEnding || !m_children.empty(); });
     } else {
-      m_changed.wait_for(lock, betweenLooks);
+      m_changed.wait_for(lock, pollingInterval);
     }
   }
 }

@@ -10,18 +10,19 @@
 
 namespace mirvel::wire {
 
-/// Collects children that nobody talks to any more, so that none stays behind as a zombie and nobody waits for them.
+/// Waits for child processes in the background, so that none is left as a zombie and no other thread has to wait.
+/// Thread-safe.
 class Reaper {
  public:
-  /// At its end it waits so long for the children that still run. What runs on then, is left to finish its work.
+  /// `patience` is how long the destructor waits for children that are still running. Those that don't end within that
+  /// time are left running.
   explicit Reaper(std::chrono::milliseconds patience = std::chrono::seconds(2)) : m_patience(patience) {}
   ~Reaper();
   Reaper(const Reaper&) = delete;
   Reaper& operator=(const Reaper&) = delete;
 
-  /// Takes a child over. From any thread.
+  /// Takes over a child, for which no one else may wait any more.
   void adopt(pid_t child);
-  std::size_t count();
 
  private:
   void work();
@@ -32,7 +33,7 @@ class Reaper {
   std::condition_variable m_changed;
   std::vector<pid_t> m_children;
   bool m_isEnding = false;
-  std::thread m_thread;  // begins with the first child
+  std::thread m_thread;  ///< started with the first child
 };
 
 }  // namespace mirvel::wire

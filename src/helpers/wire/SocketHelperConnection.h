@@ -10,29 +10,33 @@
 #include "core/ports/HelperConnection.h"
 #include "core/ports/MainQueue.h"
 #include "core/process/FileDescriptor.h"
-#include "helpers/wire/Requests.h"
+#include "helpers/wire/Frame.h"
 
 namespace mirvel::wire {
 
-/// A connection over a stream socket. A thread of its own reads, and sends what the socket doesn't take at once, so
-/// that no call blocks. A peer that hangs up or breaks the rules is cut off: all requests that wait fail, and so does
-/// every later one. While `mostEvents` events wait for the main thread nothing more is read.
+/// A connection over a stream socket. A thread of its own receives, and sends what the socket doesn't accept at once,
+/// so no call blocks.
+///
+/// A peer that hangs up or breaks the rules is disconnected: all pending requests fail, and so does every later one.
+/// The rules are those of `FrameReader`, and that each answer and event belongs to a pending request. There is no
+/// time-out: a request stays pending until it is answered, cancelled, or the connection ends. While `mostEvents` events
+/// wait for the main thread, nothing more is received.
 class SocketHelperConnection final : public HelperConnection {
  public:
-  /// Takes the socket. The queue must outlive the connection. `ended` is called once, from some thread, when the socket
-  /// has been closed.
+  /// The queue must outlive the connection. `ended` is called once, on any thread, when the socket has been closed.
   SocketHelperConnection(FileDescriptor socket, MainQueue& queue, std::function<void()> ended = {});
   ~SocketHelperConnection() override;
 
   Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, Event event = {}) override;
   void cancel(Id request) override;
-  bool hasFailed() const override { return m_requests->brokenBy().has_value(); }
+  bool hasFailed() const override;
   void invalidate() override;
 
  private:
-  /// What hasn't been sent yet. It is erased when all of it has been.
-  struct Outbox {
-    std::mutex mutex;
+  class PendingRequests;
+  /// Bytes that haven't been sent. They are erased when all of them have been.
+  struct Unsent {
+    std::mutex mutex;  ///< also guards the descriptor while it is used for sending or closed
     std::string bytes;
     std::size_t sent = 0;
     bool isClosed = false;
@@ -56,11 +60,11 @@ class SocketHelperConnection final : public HelperConnection {
   std::function<void()> m_ended;
   FileDescriptor m_socket;
   Pipe m_waking = Pipe::make();
-  Outbox m_outbox;
-  std::atomic<std::size_t> m_waitingEvents = 0;  ///< for the main thread
-  std::shared_ptr<Requests> m_requests = std::make_shared<Requests>();
-  std::weak_ptr<Requests> m_listeners = m_requests;  ///< read by the thread; what it posts holds nothing alive
-  std::thread m_thread;                              // last, so that it starts when all else is there
+  Unsent m_unsent;
+  std::atomic<std::size_t> m_waitingEvents = 0;  ///< events posted to the main thread that haven't been delivered
+  std::shared_ptr<PendingRequests> m_requests;   ///< for the main thread
+  std::weak_ptr<PendingRequests> m_listeners;    ///< copied by the thread into the tasks that it posts
+  std::thread m_thread;                          // last, because it uses all other members
 };
 
 }  // namespace mirvel::wire

@@ -5,8 +5,8 @@
 
 #include <filesystem>
 
-#include "support/FakeClock.h"
 #include "support/TestData.h"
+#include "support/VirtualQueue.h"
 
 namespace mirvel {
 namespace {

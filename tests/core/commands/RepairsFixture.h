@@ -4,7 +4,7 @@
 
 #include "core/commands/CommandRepairs.h"
 #include "support/FakeInterface.h"
-#include "support/FakeWhich.h"
+#include "support/FakeProcessRunner.h"
 #include "support/TestData.h"
 
 namespace mirvel {

@@ -5,9 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <functional>
-#include <random>
 
 #include "helpers/FakeJobHost.h"
 #include "helpers/Soak.h"
@@ -22,7 +20,7 @@ using propertylist::Dictionary;
 using testdata::bytes;
 using testdata::jobText;
 
-/// Job files of different sizes, so that half of one is no other.
+/// Job files of different sizes, none of which is part of another.
 std::string content(int number) {
   return jobText("a", "/bin/" + std::string(static_cast<std::size_t>(number % 3) * 20000 + 1, 'x'));
 }
@@ -38,46 +36,26 @@ class InterruptionTest : public testing::Test {
   testdata::FakeJobHost host;
   UserJobFiles files{JobFolders({root.path()})};
   RequestHandler handler{{.files = files, .host = host, .uninstall = {}}};
+  testdata::Killer killer;
   fs::path first = root.path() / "first.plist", second = root.path() / "second.plist";
 
-  Dictionary write(const fs::path& to, int number, const std::optional<fs::path>& old = {}) {
-    Dictionary request{{"kind", 0}, {"path", to.string()}, {"string", content(number)}};
-    if (old) request.set("deletePath", old->string());
-    return handler.handle(request);
+  Dictionary write(const fs::path& to, int number, const fs::path& old = {}) {
+    return handler.handle(testdata::writeRequest(0, to, content(number), old));
   }
 
-  /// Lets a child repeat something, and kills it at some time.
-  void killWithin(const std::function<void(int)>& work) {
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      for (int i = 0;; ++i) work(i);
-    }
-    const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(m_random() % 4000);
-    while (std::chrono::steady_clock::now() < end) {
-    }
-    ::kill(child, SIGKILL);
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFSIGNALED(status));
-  }
-
-  /// Runs something in a child, which ends with 0 for true.
+  /// Runs the check in a child process.
   static bool inChild(const std::function<bool()>& check) {
     const pid_t child = ::fork();
     if (child == 0) ::_exit(check() ? 0 : 1);
     int status = 0;
     return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
   }
-
- private:
-  std::mt19937 m_random{20261121};
 };
 
 TEST_F(InterruptionTest, AKilledWriteLeavesTheOldFileOrTheNewOne) {
   ASSERT_EQ(write(first, 0), Dictionary());
   for (int i = 0; i < testdata::tries(40, 1000); ++i) {
-    killWithin([&](int number) { write(first, number); });
+    killer.killWithin([&](int number) { write(first, number); });
     ASSERT_TRUE(isWhole(first)) << i;
   }
 }
@@ -85,28 +63,13 @@ TEST_F(InterruptionTest, AKilledWriteLeavesTheOldFileOrTheNewOne) {
 TEST_F(InterruptionTest, AKilledMoveLeavesTheJobExactlyOnce) {
   ASSERT_EQ(write(first, 0), Dictionary());
   for (int i = 0; i < testdata::tries(40, 1000); ++i) {
-    killWithin([&](int number) {
+    killer.killWithin([&](int number) {
       const bool goes = fs::exists(first);
       write(goes ? second : first, number, goes ? first : second);
     });
     const bool hasFirst = fs::exists(first), hasSecond = fs::exists(second);
     ASSERT_NE(hasFirst, hasSecond) << i;
     ASSERT_TRUE(isWhole(hasFirst ? first : second)) << i;
-  }
-}
-
-TEST_F(InterruptionTest, AKilledDeletionLeavesAWholeFileOrNone) {
-  for (int i = 0; i < testdata::tries(20, 1000); ++i) {
-    killWithin([&](int number) {
-      if (number % 2 == 0) {
-        write(first, number);
-      } else {
-        handler.handle({{"kind", 2}, {"deletePath", first.string()}});
-      }
-    });
-    if (fs::exists(first)) {
-      ASSERT_TRUE(isWhole(first)) << i;
-    }
   }
 }
 
@@ -125,11 +88,11 @@ TEST_F(InterruptionTest, WithoutRoomTheOldFileStays) {
 TEST_F(InterruptionTest, AFolderThatMayNotBeWrittenKeepsItsFiles) {
   ASSERT_EQ(write(first, 0), Dictionary());
   ASSERT_EQ(::chmod(root.path().c_str(), 0555), 0);
-  // Root may write anywhere, so it steps down where it can.
+  // Root may write anywhere, so the child gives up root's rights.
   EXPECT_TRUE(inChild([&] {
     if (::geteuid() == 0 && ::setuid(65534) != 0) return false;
     return write(first, 1).find("error") != nullptr && write(second, 1, first).find("error") != nullptr &&
-           handler.handle({{"kind", 2}, {"deletePath", first.string()}}).find("error") != nullptr;
+           handler.handle(testdata::deleteRequest(first)).find("error") != nullptr;
   }));
   EXPECT_EQ(bytes(first), content(0));
 }

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <future>
 #include <set>
+#include <thread>
 
 #include "helpers/FakeJobHost.h"
 #include "helpers/jobfiles/UserJobFiles.h"
@@ -22,15 +24,19 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using wire::Frame;
 
-/// Loads, ends of jobs and queries of the log take until the test lets them happen.
+/// Loading, waiting for the end of a job and log queries block until the test opens their gate.
 class GatedHost final : public JobHost {
  public:
   Result<void> load(const fs::path& file) override {
     pass("load " + file.stem().string());
     return {};
   }
-  Result<void> loadTemporarily(const fs::path&) override { return {}; }
+  Result<void> loadTemporarily(const fs::path& file) override {
+    if (holdsTests) pass("load " + file.stem().string());
+    return {};
+  }
   Result<void> unload(const fs::path&, const std::optional<std::string>& label) override {
+    ++unloads;
     if (label) open(*label);
     return {};
   }
@@ -40,22 +46,23 @@ class GatedHost final : public JobHost {
     return std::vector<LogLine>{{1, text}};
   }
 
+  std::atomic<bool> holdsTests = false;  ///< whether loading a test blocks, too
+  std::atomic<int> unloads = 0;
+
   void open(const std::string& gate) {
     const std::lock_guard lock(m_mutex);
     m_open.insert(gate);
     m_changed.notify_all();
   }
-  /// Whether somebody has come to the gate.
-  bool isReached(const std::string& gate) {
-    const std::lock_guard lock(m_mutex);
-    return m_reached.contains(gate);
-  }
-  bool isOpen(const std::string& gate) {
-    const std::lock_guard lock(m_mutex);
-    return m_open.contains(gate);
-  }
+  /// Whether a thread has arrived at the gate.
+  bool isReached(const std::string& gate) { return contains(m_reached, gate); }
+  bool isOpen(const std::string& gate) { return contains(m_open, gate); }
 
  private:
+  bool contains(const std::set<std::string>& gates, const std::string& gate) {
+    const std::lock_guard lock(m_mutex);
+    return gates.contains(gate);
+  }
   bool pass(const std::string& gate) {
     std::unique_lock lock(m_mutex);
     m_reached.insert(gate);
@@ -67,7 +74,7 @@ class GatedHost final : public JobHost {
   std::set<std::string> m_open, m_reached;
 };
 
-/// Publishes on the topic "news" what a test tells it to.
+/// Publishes numbers on the topic "news", and notices a subscription that is released within one of its events.
 class Publisher {
  public:
   std::shared_ptr<void> subscribe(const std::string& topic, RequestHandler::EventReceiver receiver) {
@@ -75,21 +82,29 @@ class Publisher {
     auto shared = std::make_shared<RequestHandler::EventReceiver>(std::move(receiver));
     const std::lock_guard lock(m_mutex);
     m_receivers.push_back(shared);
-    return shared;
+    return {shared.get(), [this, shared](void*) { releasedWithinEvents += isPublishing() ? 1 : 0; }};
   }
   void publish(int number) {
     const std::lock_guard lock(m_mutex);
+    isPublishing() = true;
     for (const auto& weak : m_receivers) {
       if (const auto receiver = weak.lock()) (*receiver)({{"number", number}});
     }
+    isPublishing() = false;
   }
   std::size_t count() {
     const std::lock_guard lock(m_mutex);
     return static_cast<std::size_t>(
         std::count_if(m_receivers.begin(), m_receivers.end(), [](const auto& weak) { return !weak.expired(); }));
   }
+  std::atomic<int> releasedWithinEvents = 0;
 
  private:
+  static bool& isPublishing() {
+    thread_local bool value = false;
+    return value;
+  }
+
   std::mutex m_mutex;
   std::vector<std::weak_ptr<RequestHandler::EventReceiver>> m_receivers;
 };
@@ -116,7 +131,7 @@ class ServiceTest : public testing::Test {
   });
   testdata::ThreadQueue queue;
   std::unique_ptr<HelperConnection> connection;
-  std::vector<std::string> outcomes;  ///< of requests, by name, in the order of their answers
+  std::vector<std::string> outcomes;  ///< the names and outcomes of requests, in the order of their answers
 
   void connect() { connection = std::make_unique<wire::SocketHelperConnection>(std::move(sockets.ours), queue); }
   void TearDown() override {
@@ -198,7 +213,6 @@ TEST_F(ServiceTest, ChangesOfFilesAreMadeOneAfterTheOtherInTheOrderInWhichTheyWe
   EXPECT_EQ(testdata::bytes(path("job")), testdata::jobText("new"));
 }
 
-/// Whatever is cancelled, only that request ends, and the connection serves the next ones.
 TEST_F(ServiceTest, EachRequestCanBeCancelledAlone) {
   connect();
   const auto test = askTest("test"), log = askLog("log"), other = askTest("other");
@@ -226,6 +240,19 @@ TEST_F(ServiceTest, EachRequestCanBeCancelledAlone) {
   (void)askWrite("last", "last");
   ASSERT_TRUE(waitForOutcomes(4));
   EXPECT_FALSE(connection->hasFailed()) << "to cancel what has been answered is no fault";
+}
+
+TEST_F(ServiceTest, ATestThatIsRemovedWhileItIsBeingLoadedIsStopped) {
+  host.holdsTests = true;
+  connect();
+  (void)askTest("test");
+  ASSERT_TRUE(wait([&] { return host.isReached("load test"); }));
+  (void)ask("remove", messages::Unload{.path = path("test")});
+  ASSERT_TRUE(waitForOutcomes(1));
+  EXPECT_EQ(host.unloads, 1) << "too early";
+  host.open("load test");
+  ASSERT_TRUE(waitForOutcomes(2));
+  EXPECT_EQ(host.unloads, 2);
 }
 
 TEST_F(ServiceTest, APeerThatEndsLeavesNoTestAndNoSaveBehind) {
@@ -263,7 +290,7 @@ TEST_F(ServiceTest, EventsComeUntilTheSubscriptionIsCancelled) {
   const auto id = ask("news", messages::Subscribe{.topic = "news"}, receive);
   (void)ask("nothing", messages::Subscribe{.topic = "nothing"}, receive);
   ASSERT_TRUE(waitForOutcomes(1));
-  EXPECT_THAT(outcomes, ElementsAre("nothing: there is nothing of that topic"));
+  EXPECT_THAT(outcomes, ElementsAre("nothing: there is no such topic"));
   publisher.publish(1);
   publisher.publish(2);
   ASSERT_TRUE(wait([&] { return events.size() == 2; }));
@@ -277,12 +304,31 @@ TEST_F(ServiceTest, EventsComeUntilTheSubscriptionIsCancelled) {
   EXPECT_EQ(events.size(), 2U) << "none after the end, not even one that was on its way";
 }
 
+/// A publisher may wait in the release until its events have ended.
+TEST_F(ServiceTest, ASubscriptionIsNeverReleasedWithinItsOwnEvent) {
+  connect();
+  std::atomic<bool> isDone = false;
+  std::thread publishing([&] {
+    for (int i = 0; !isDone; ++i) publisher.publish(i);
+  });
+  for (int round = 0; round < 60; ++round) {
+    bool hasEvent = false;
+    const auto id = ask("news", messages::Subscribe{.topic = "news"}, [&](const Dictionary&) { hasEvent = true; });
+    EXPECT_TRUE(wait([&] { return hasEvent; }));
+    connection->cancel(id);
+    EXPECT_TRUE(wait([&] { return publisher.count() == 0; }));
+  }
+  isDone = true;
+  publishing.join();
+  EXPECT_EQ(publisher.releasedWithinEvents, 0);
+}
+
 TEST_F(ServiceTest, ASubscriberThatDoesNotKeepUpLosesItsSubscriptionAndNothingElse) {
   const auto& socket = sockets.ours;
   const messages::Request subscription{.content = messages::Subscribe{.topic = "news"}};
   ASSERT_TRUE(wire::sendFrame(socket.number(), {.id = 1, .body = subscription.write()}));
   ASSERT_TRUE(wait([&] { return publisher.count() == 1; }));
-  constexpr int tooMany = 100000;  // more than what a socket takes and may wait
+  constexpr int tooMany = 100000;  // more than the socket accepts and `mostEvents`
   for (int i = 0; i < tooMany; ++i) publisher.publish(i);
   wire::FrameReader reader;
   int events = 0;
@@ -324,6 +370,13 @@ TEST_F(ServiceTest, APeerThatBreaksTheRulesIsCutOff) {
          }
        }},
       {"garbage", [](int socket) { wire::sendUninterrupted(socket, std::string("\0\0\0\x05hello", 9)); }},
+      {"garbage, and reads nothing",
+       [&](int socket) {
+         (void)wire::sendFrame(socket, {.id = 1, .body = subscription});
+         ASSERT_TRUE(wait([&] { return publisher.count() == 1; }));
+         for (int i = 0; i < 100000; ++i) publisher.publish(i);
+         wire::sendUninterrupted(socket, std::string("\0\0\0\x05hello", 9));
+       }},
   };
   for (const auto& row : rows) {
     wire::SocketPair pair = wire::SocketPair::make();

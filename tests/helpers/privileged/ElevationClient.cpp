@@ -45,8 +45,8 @@ std::string write(HelperConnections::Privileged& privileged, const std::string& 
 
 }  // namespace
 
-/// Stands for the application where the privileged helper is tried with the system's real elevation: connects to the
-/// helper of a folder, and then writes a job for each line of the standard input. Says what came of each.
+/// Takes the place of the application in a test of the system's real elevation: connects to the helper in a folder,
+/// then writes a job for each line of the standard input. Prints the outcome of each step.
 int main(int argc, char** argv) {
   if (argc != 2) return 2;
   forbidTracing();

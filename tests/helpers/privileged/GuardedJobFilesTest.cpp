@@ -3,19 +3,13 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <stdio.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <chrono>
-#include <functional>
-#include <random>
 #include <thread>
 
-#include "core/catalogue/JobFolder.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/Soak.h"
 #include "helpers/action/RequestHandler.h"
@@ -27,12 +21,14 @@ namespace {
 namespace fs = std::filesystem;
 using propertylist::Dictionary;
 using testdata::bytes;
+using testdata::deleteRequest;
 using testdata::jobText;
+using testdata::writeRequest;
 using testing::IsEmpty;
 
 constexpr const char* uuid = "0A1B2C3D-0000-4000-8000-00000000000F";
 
-/// The folders of a machine below a temporary folder, with a handler that acts for somebody else.
+/// The folders of a machine below a temporary folder, with a handler that acts for an untrusted user.
 class GuardTest : public testing::Test {
  protected:
   testdata::TemporaryFolder root;
@@ -55,9 +51,10 @@ class GuardTest : public testing::Test {
     return RequestHandler({.files = guarded, .host = host, .uninstall = {}, .trustsLabels = false});
   }
   Dictionary write(const fs::path& path, const std::string& content = jobText("a")) {
-    return handler.handle({{"kind", 1}, {"path", path.string()}, {"string", content}});
+    return handler.handle(writeRequest(1, path, content));
   }
-  /// All that lies below the root, with its content and targets.
+  Dictionary remove(const fs::path& path) { return handler.handle(deleteRequest(path)); }
+  /// All files below the root, with their contents, and links with their targets.
   std::map<std::string, std::string> everything() const {
     std::map<std::string, std::string> result;
     for (const auto& entry : fs::recursive_directory_iterator(root.path())) {
@@ -84,7 +81,7 @@ TEST_F(GuardTest, JobFilesAreWrittenAsRootsWhateverTheyWere) {
     EXPECT_EQ(status.st_mode & 07777U, 0644U) << path;
     EXPECT_EQ(status.st_uid, 0U) << path;
     EXPECT_EQ(status.st_gid, 0U) << path;
-    EXPECT_EQ(handler.handle({{"kind", 2}, {"deletePath", path.string()}}), Dictionary()) << path;
+    EXPECT_EQ(remove(path), Dictionary()) << path;
   }
   EXPECT_TRUE(fs::is_empty(folder));
   EXPECT_THAT(console.logged, IsEmpty());
@@ -97,7 +94,7 @@ TEST_F(GuardTest, TheTargetOfALinkIsWrittenAndTheLinkRemoved) {
   fs::create_symlink("../outside/target", folder / "link.plist");
   EXPECT_EQ(write(target, jobText("changed")), Dictionary());
   EXPECT_EQ(bytes(target), jobText("changed"));
-  EXPECT_EQ(handler.handle({{"kind", 2}, {"deletePath", (folder / "link.plist").string()}}), Dictionary());
+  EXPECT_EQ(remove(folder / "link.plist"), Dictionary());
   EXPECT_EQ(host.calls.back(), "unload changed");
   EXPECT_FALSE(fs::is_symlink(folder / "link.plist"));
   EXPECT_EQ(bytes(target), jobText("changed"));
@@ -151,13 +148,8 @@ TEST_F(GuardTest, EverythingElseIsRefusedAndChangesNothing) {
     EXPECT_EQ(everything(), before) << path;
     if (path != folder / "link.plist" && path != folder / "dangling.plist" &&
         path.parent_path() != root.path() / "missing") {
-      EXPECT_NE(handler.handle({{"kind", 2}, {"deletePath", path.string()}}), Dictionary()) << path;
-      EXPECT_NE(handler.handle({{"kind", 0},
-                                {"path", (folder / "mine.plist").string()},
-                                {"deletePath", path.string()},
-                                {"string", jobText("changed")}}),
-                Dictionary())
-          << path;
+      EXPECT_NE(remove(path), Dictionary()) << path;
+      EXPECT_NE(handler.handle(writeRequest(0, folder / "mine.plist", jobText("changed"), path)), Dictionary()) << path;
     }
     EXPECT_NE(handler.handle({{"kind", 5}, {"path", path.string()}}), Dictionary()) << path;
     EXPECT_EQ(everything(), before) << path;
@@ -173,13 +165,10 @@ TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
   GuardedJobFiles usersToo(JobFolders({folder}), console, GuardedJobFiles::User{nobody, JobFolders({agents})});
   RequestHandler mover = handlerFor(usersToo);
   const auto move = [&](const fs::path& from) {
-    return mover.handle({{"kind", 1},
-                         {"path", (folder / "moved.plist").string()},
-                         {"deletePath", from.string()},
-                         {"string", jobText("moved")}});
+    return mover.handle(writeRequest(1, folder / "moved.plist", jobText("moved"), from));
   };
   const fs::path mine = root.write("agents/mine.plist", jobText("moved"));
-  EXPECT_NE(move(mine), Dictionary());  // the folder is root's, so the user couldn't remove it
+  EXPECT_NE(move(mine), Dictionary());  // the folder is root's, so the user can't remove the file
   EXPECT_TRUE(fs::exists(mine));
   EXPECT_FALSE(fs::exists(folder / "moved.plist"));
   ASSERT_EQ(::chown(agents.c_str(), nobody, nobody), 0);
@@ -189,11 +178,10 @@ TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
   EXPECT_EQ(::geteuid(), 0U);
 
   fs::remove(agents);
-  fs::create_symlink(folder, agents);  // a link to what the user can't remove
-  EXPECT_NE(mover.handle({{"kind", 2}, {"deletePath", (agents / "mine.plist").string()}}), Dictionary());
+  fs::create_symlink(folder, agents);  // a link to a folder in which the user can't remove anything
+  EXPECT_NE(mover.handle(deleteRequest(agents / "mine.plist")), Dictionary());
   EXPECT_TRUE(fs::exists(folder / "mine.plist"));
-  EXPECT_NE(mover.handle({{"kind", 0}, {"path", (agents / "a.plist").string()}, {"string", jobText("a")}}),
-            Dictionary());
+  EXPECT_NE(mover.handle(writeRequest(0, agents / "a.plist", jobText("a"))), Dictionary());
   EXPECT_FALSE(fs::exists(folder / "a.plist"));
 }
 
@@ -215,8 +203,7 @@ TEST_F(GuardTest, APrivateJobMovesOnlyWhereItsUserStillSeesIt) {
     root.write("agents/mine.plist", jobText("moved"));
     GuardedJobFiles guarded(JobFolders({folder}), console,
                             GuardedJobFiles::User{row.user, JobFolders({agents}), row.group});
-    Dictionary request{
-        {"kind", 0}, {"path", moved.string()}, {"deletePath", mine.string()}, {"string", jobText("moved")}};
+    Dictionary request = writeRequest(0, moved, jobText("moved"), mine);
     if (row.mode) request.set("mode", *row.mode);
     EXPECT_EQ(handlerFor(guarded).handle(request) == Dictionary(), row.isMoved) << &row - rows;
     EXPECT_EQ(fs::exists(moved), row.isMoved) << &row - rows;
@@ -229,12 +216,8 @@ TEST_F(GuardTest, NameAndKindMayChangeInOneRequest) {
   fs::create_directory(other);
   GuardedJobFiles both(JobFolders({folder, other}), console);
   RequestHandler mover = handlerFor(both);
-  const auto move = [&](const std::string& to) {
-    return mover.handle({{"kind", 1},
-                         {"path", to},
-                         {"deletePath", (folder / "mine.plist").string()},
-                         {"string", jobText("renamed")},
-                         {"label", "renamed"}});
+  const auto move = [&](const fs::path& to) {
+    return mover.handle(writeRequest(1, to, jobText("renamed"), folder / "mine.plist"));
   };
   root.write("LaunchAgents/taken.plist", jobText("taken"));
   EXPECT_NE(move(other / "taken.plist"), Dictionary());
@@ -247,26 +230,17 @@ TEST_F(GuardTest, NameAndKindMayChangeInOneRequest) {
   EXPECT_THAT(host.calls, testing::ElementsAre("unload mine", "unload mine.plist", "load mine.plist"));
 }
 
-/// The files are moved to and fro by a process that is killed at any moment.
 TEST_F(GuardTest, AKilledMoveLeavesTheJobExactlyOnce) {
   const fs::path other = root.path() / "LaunchAgents";
   fs::create_directory(other);
   const fs::path here = folder / "mine.plist", there = other / "mine.plist";
-  std::mt19937 random{20261122};
+  GuardedJobFiles both(JobFolders({folder, other}), console);
+  testdata::Killer killer;
   for (int i = 0; i < testdata::tries(40, 1000); ++i) {
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      GuardedJobFiles both(JobFolders({folder, other}), console);
-      while (true)
-        (void)(fs::exists(here) ? both.move(here, there, jobText("a"), 0777)
-                                : both.move(there, here, jobText("b"), 0777));
-    }
-    const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 4000);
-    while (std::chrono::steady_clock::now() < end) {
-    }
-    ::kill(child, SIGKILL);
-    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    killer.killWithin([&](int) {
+      const bool isHere = fs::exists(here);
+      (void)both.move(isHere ? here : there, isHere ? there : here, jobText(isHere ? "a" : "b"), 0777);
+    });
     ASSERT_NE(fs::exists(here), fs::exists(there)) << i;
   }
 }
@@ -298,24 +272,12 @@ TEST_F(GuardTest, StartupItemsAndHelperToolsAreRemovedAndNothingElse) {
       {root.path() / "Tools/folder/file", false},
   };
   for (const auto& row : rows) {
-    const Dictionary reply = remover.handle({{"kind", 2}, {"deletePath", row.path.string()}, {"label", "Item"}});
-    EXPECT_EQ(reply == Dictionary(), row.isRemoved) << row.path;
+    EXPECT_EQ(remover.handle(deleteRequest(row.path)) == Dictionary(), row.isRemoved) << row.path;
     EXPECT_EQ(fs::exists(fs::symlink_status(row.path)), !row.isRemoved) << row.path;
   }
   EXPECT_TRUE(fs::exists(outside / "secret.plist"));
-  EXPECT_NE(remover.handle({{"kind", 0}, {"path", (root.path() / "Tools/new").string()}, {"string", jobText("a")}}),
-            Dictionary());
+  EXPECT_NE(remover.handle(writeRequest(0, root.path() / "Tools/new", jobText("a"))), Dictionary());
   EXPECT_THAT(host.calls, IsEmpty());
-}
-
-TEST_F(GuardTest, ContentThatIsNoJobIsRefused) {
-  const auto before = everything();
-  for (const std::string& content :
-       {std::string(), std::string("#!/bin/sh\n"), std::string("<plist version=\"1.0\"><dict/></plist>"),
-        jobText(std::string(JobFolder::largestFile, 'x')), std::string(std::size_t{32} << 20U, ' ')}) {
-    EXPECT_NE(write(folder / "new.plist", content), Dictionary()) << content.size();
-  }
-  EXPECT_EQ(everything(), before);
 }
 
 TEST_F(GuardTest, ALabelStopsNoJobButThatOfTheFile) {
@@ -340,9 +302,9 @@ TEST_F(GuardTest, WhatWasLoadedFromAFileThatHasGoneIsStoppedOrToldOf) {
       {{{"kind", 4}, {"path", gone}}, "gone.plist"},
       {{{"kind", 4}, {"path", gone}, {"label", "any"}}, "gone.plist"},
       {{{"kind", 2}, {"deletePath", gone}, {"label", "any"}}, "gone.plist"},
-      {{{"kind", 0}, {"path", gone}, {"string", jobText("a")}}, "gone.plist"},
-      {{{"kind", 0}, {"path", gone}, {"deletePath", damaged}, {"string", jobText("a")}}, "damaged.plist"},
-      {{{"kind", 2}, {"deletePath", damaged}}, "damaged.plist"},
+      {writeRequest(0, gone, jobText("a")), "gone.plist"},
+      {writeRequest(0, gone, jobText("a"), damaged), "damaged.plist"},
+      {deleteRequest(damaged), "damaged.plist"},
   };
   for (const auto& row : rows) {
     root.write("LaunchDaemons/damaged.plist", "no list");
@@ -378,16 +340,15 @@ TEST_F(GuardTest, OnlyDaemonsAreLoadedAsRoot) {
     const auto before = everything();
     host.calls.clear();
     const Dictionary load{{"kind", 5}, {"path", row.file.string()}};
-    const Dictionary write{{"kind", 1}, {"path", row.file.string()}, {"string", jobText("new")}};
+    const Dictionary onlyWrite = writeRequest(0, row.file, jobText("new"));
     EXPECT_EQ(loader.handle(load) == Dictionary(), row.isLoaded) << row.file;
-    EXPECT_EQ(loader.handle(write) == Dictionary(), row.isLoaded) << row.file;
+    EXPECT_EQ(loader.handle(writeRequest(1, row.file, jobText("new"))) == Dictionary(), row.isLoaded) << row.file;
     EXPECT_EQ(everything() == before, !row.isLoaded) << row.file;
     EXPECT_EQ(host.calls.empty(), !row.isLoaded) << row.file;
-    EXPECT_EQ(loader.handle({{"kind", 0}, {"path", row.file.string()}, {"string", jobText("new")}}), Dictionary())
-        << row.file;
+    EXPECT_EQ(loader.handle(onlyWrite), Dictionary()) << row.file;
     fs::remove(row.file);
     host.calls.clear();
-    loader.handle({{"kind", 0}, {"path", row.file.string()}, {"string", jobText("new")}});
+    loader.handle(onlyWrite);
     EXPECT_TRUE(row.isLoaded || host.calls.empty()) << "root's host has nothing to do with a new agent: " << row.file;
   }
 }
@@ -423,18 +384,16 @@ TEST_F(GuardTest, NoFileBecomesMoreOpen) {
       EXPECT_EQ(status.st_gid, row.group) << &row - rows;
       EXPECT_EQ(status.st_uid, 0U) << &row - rows;
     };
-    Dictionary request{{"kind", 0}, {"path", file.string()}, {"string", jobText("a")}};
+    Dictionary request = writeRequest(0, file, jobText("a"));
     if (row.asked) request.set("mode", *row.asked);
     EXPECT_EQ(mover.handle(request), Dictionary());
     expectAt(file);
-    EXPECT_EQ(
-        mover.handle({{"kind", 0}, {"path", moved.string()}, {"deletePath", file.string()}, {"string", jobText("b")}}),
-        Dictionary());
+    EXPECT_EQ(mover.handle(writeRequest(0, moved, jobText("b"), file)), Dictionary());
     expectAt(moved);
   }
 }
 
-/// Two names exchanged in one step, so that the one is always there.
+/// Exchanges two names atomically, so that both always exist.
 bool exchange(const fs::path& a, const fs::path& b) {
 #ifdef RENAME_EXCHANGE
   return ::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
@@ -443,7 +402,7 @@ bool exchange(const fs::path& a, const fs::path& b) {
 #endif
 }
 
-/// Goes on exchanging two names for as long as it lives.
+/// Exchanges two names all the time.
 class Attacker {
  public:
   Attacker(const fs::path& a, const fs::path& b)
@@ -475,11 +434,11 @@ TEST_F(GuardTest, AFolderExchangedForALinkMeanwhileLeadsNowhere) {
   int written = 0;
   for (int i = 0; i < tries; ++i) {
     written += write(folder / "job" / name, jobText("harm" + std::to_string(i))) == Dictionary() ? 1 : 0;
-    handler.handle({{"kind", 2}, {"deletePath", (folder / "job" / name).string()}});
+    remove(folder / "job" / name);
     ASSERT_EQ(bytes(outside / name), jobText("secret"));
   }
   EXPECT_GT(attacker.exchanges(), 0);
-  EXPECT_GT(tries, written);  // the trap was met
+  EXPECT_GT(tries, written);  // the link was met at least once
   EXPECT_THAT(host.calls, testing::Not(testing::Contains("unload secret")));
 }
 

@@ -13,7 +13,7 @@
 #include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/Listener.h"
-#include "helpers/privileged/Options.h"
+#include "helpers/privileged/PrivilegedOptions.h"
 #include "helpers/privileged/SystemHelperConnections.h"
 #include "support/RecordingConsole.h"
 #include "support/ThreadQueue.h"
@@ -121,32 +121,16 @@ TEST(ListenerTest, OnlyTheProcessThatAskedIsLetInAndTheFolderGoes) {
       return ::waitpid(child, &status, 0) == child && WEXITSTATUS(status) == 0;
     };
     EXPECT_FALSE(connectAs(nobody));
-    ASSERT_EQ(::chmod(listener->address().c_str(), 0666), 0);  // even if the socket were open to all
+    ASSERT_EQ(::chmod(listener->address().c_str(), 0666), 0);  // even if everyone could connect
     EXPECT_TRUE(connectAs(nobody));
-    EXPECT_TRUE(connectAs(0));  // of the same user, and before the one that asked
+    EXPECT_TRUE(connectAs(0));  // another process of the same user, and earlier than the allowed one
     EXPECT_FALSE(listener->accept(std::chrono::milliseconds(20), console));
     EXPECT_THAT(console.logged, testing::SizeIs(2));
     const auto ours = connectTo(listener->address());
     EXPECT_TRUE(listener->accept(std::chrono::seconds(20), console));
-    EXPECT_FALSE(connectTo(listener->address()));  // one connection, and no more
+    EXPECT_FALSE(connectTo(listener->address()));  // only one connection is accepted
   }
   EXPECT_TRUE(fs::is_empty(root.path()));
-}
-
-TEST(ProcessIdentityTest, ANumberThatIsUsedAgainIsAnotherProcess) {
-  const auto own = ProcessIdentity::ofThisProcess();
-  EXPECT_EQ(own.id, ::getpid());
-  EXPECT_EQ(ProcessIdentity::from(own.text()), own);
-  const pid_t child = ::fork();
-  if (child == 0) ::_exit(0);
-  const auto other = ProcessIdentity::of(child);  // a zombie still has a start
-  ::waitpid(child, nullptr, 0);
-  ASSERT_TRUE(other);
-  EXPECT_GE(other->start, own.start);
-  EXPECT_FALSE(ProcessIdentity::of(child));
-  for (const char* text : {"", "5", "5:", ":5", "x:5", "0:5", "-5:5", "99999999999:5"}) {
-    EXPECT_FALSE(ProcessIdentity::from(text)) << text;
-  }
 }
 
 TEST(ElevationTest, EachWayHasItsCommand) {
@@ -164,7 +148,7 @@ TEST(ElevationTest, EachWayHasItsCommand) {
                       process + R"x(\"" without altering line endings with administrator privileges)x"));
 }
 
-/// The application's connections, and what they run on.
+/// The application's connections with the queues that they need.
 struct Connections {
   explicit Connections(HelperPrograms programs)
       : m_connections({.queue = queue, .background = m_background, .programs = std::move(programs)}) {}
@@ -180,7 +164,7 @@ struct Connections {
   SystemHelperConnections m_connections;
 };
 
-/// A tool of an elevation that is a shell script.
+/// An elevation with a shell script as its tool.
 class ToolTest : public testing::Test {
  protected:
   testdata::TemporaryFolder folder;
@@ -238,15 +222,19 @@ TEST_F(ToolTest, WhatFailsTellsWhy) {
 }
 
 TEST_F(ToolTest, QuittingWhileTheUserIsAskedWaitsForNothing) {
-  const std::string tool = folder.write("tool", "#!/bin/sh\necho $$ >&2\nexec sleep 600\n");
-  ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
-  bool isAnswered = false;
-  {
-    Connections connections({.action = {}, .privileged = "/helper", .elevation = {Elevation::Way::Pkexec, tool}});
-    connections.connect([&](auto) { isAnswered = true; }, [&](const Error&) { isAnswered = true; });
+  for (const char* deed : {":", "printf hello", "printf '\\0\\0\\0\\200part of a greeting'", "exec <&- >&-"}) {
+    const fs::path mark = folder.path() / "done";
+    fs::remove(mark);
+    const std::string tool =
+        folder.write("tool", std::string("#!/bin/sh\n") + deed + "\n: >'" + mark.string() + "'\nexec sleep 600\n");
+    ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
+    {
+      Connections connections({.action = {}, .privileged = "/helper", .elevation = {Elevation::Way::Pkexec, tool}});
+      connections.connect([](const auto& answer) { EXPECT_FALSE(answer.connection); }, [](const Error&) {});
+      EXPECT_TRUE(connections.queue.runUntil([&] { return fs::exists(mark); })) << deed;
+    }
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "the tool has ended, too";
   }
-  EXPECT_FALSE(isAnswered);
-  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);  // and the tool has ended, too
 }
 
 TEST_F(ToolTest, AMachineWithoutTheToolIsARefusal) {
@@ -268,7 +256,6 @@ TEST_F(ToolTest, StartedByHandTheProgramSaysWhatItIsFor) {
   EXPECT_EQ(result->complaints, "mirvel-privileged: Mirvel starts this program as root when it needs it\n");
 }
 
-/// The program itself, without elevation, on a root of its own.
 TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
   if (::geteuid() != 0) GTEST_SKIP() << "the program is for root";
   const testdata::TemporaryFolder root;
@@ -302,7 +289,7 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
   const struct {
     Dictionary request;
     std::string secret;
-    const char* answer;  ///< the key that it has
+    const char* answer;  ///< a key of the answer; empty for an empty answer
     bool isFileThere, isEntryThere;
   } rows[] = {
       {write(file), std::string(32, 'x'), "error", false, true},

@@ -33,7 +33,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What a shell prints that is run by a child, after the child has done something to itself.
+/// Returns the output of a shell script that a child process runs after calling a function.
 std::string printedAfter(const std::function<void()>& doing, const std::string& script) {
   Pipe output = Pipe::make();
   const pid_t child = ::fork();
@@ -59,13 +59,13 @@ void write(const char* file, const char* text) {
   (void)!::write(open.number(), text, std::string_view(text).size());
 }
 
-/// Root in a container may lack the right to (capabilities(7), CAP_SYS_RESOURCE).
+/// Root in a container may not (capabilities(7), CAP_SYS_RESOURCE).
 bool mayRaiseLimits() {
   constexpr unsigned long resources = 24;
   return ::prctl(PR_CAPBSET_READ, resources) == 1;
 }
 
-/// All that a user could do to a program which root is going to run.
+/// Sets everything that a user could have a privileged program inherit.
 void inheritMuch() {
   write("/proc/self/oom_score_adj", "700");
   const gid_t groups[] = {4, 1234};
@@ -202,7 +202,7 @@ TEST(CleanStateTest, OnlyAPathOfTheSystemIsLeftOfTheEnvironment) {
             "PATH=/usr/bin:/bin:/usr/sbin:/sbin\n");
 }
 
-/// A child that waits, and whether another process of its user may look into it.
+/// Whether another process of the same user can read or trace a child that has called the function.
 bool canBeRead(const std::function<void()>& before) {
   Pipe ready = Pipe::make(), end = Pipe::make();
   const pid_t child = ::fork();
@@ -237,7 +237,7 @@ bool canBeRead(const std::function<void()>& before) {
 }
 
 TEST(CleanStateTest, AnotherProcessOfTheUserCannotLookIn) {
-  EXPECT_TRUE(canBeRead([] {}));  // or the next line would prove nothing
+  EXPECT_TRUE(canBeRead([] {}));  // a control: otherwise the next line would prove nothing
   EXPECT_FALSE(canBeRead(forbidTracing));
 }
 

@@ -29,7 +29,7 @@ using propertylist::Array;
 using propertylist::Dictionary;
 using testing::IsEmpty;
 
-/// The program's logic with its real helpers and the real host, on a machine below a folder that has nothing yet.
+/// The program's logic with the real helpers and the real host, on an empty machine below a temporary folder.
 class RunningJobsTest : public testing::Test {
  protected:
   ~RunningJobsTest() override {
@@ -43,7 +43,7 @@ class RunningJobsTest : public testing::Test {
     job->isNewFile = true;
     return job;
   }
-  /// What the catalogue says of the one job on the machine; null if there is none.
+  /// The only job of the machine after a new scan; null if there is none.
   std::shared_ptr<Launchd> read() {
     program.fetcher.fetchJobs();
     EXPECT_TRUE(queue.runUntil([this] { return !program.scanning.isBusy(); }));
@@ -53,13 +53,13 @@ class RunningJobsTest : public testing::Test {
   void waitFor(const std::function<bool()>& isSo) {
     ASSERT_TRUE(queue.runUntil(isSo)) << testing::PrintToString(interface.errors);
   }
-  /// Saves, and waits for the last answer.
+  /// Saves and waits for the end of it.
   void save(const std::shared_ptr<Launchd>& job) {
     program.actions.save(job);
     waitFor([this] { return !program.saving.isBusy(); });
     EXPECT_EQ(testdata::bytes(job->url.path()), *job->plistData());
   }
-  /// What the host of that kind of job says: the user has one, and root.
+  /// The jobs that are loaded in the host for this kind: the user's or root's.
   std::vector<HostedJobStatus> loaded(Kind kind = Kind::userAgent) {
     const Roots hosts = kind == Kind::userAgent ? roots : Roots::below(folder.path() / "root");
     const auto status = HostClient(HostPlaces::of(hosts).socket).status();

@@ -24,7 +24,7 @@ Error because(const char* why) {
   return {.code = Error::Code::Io, .message = why};
 }
 
-/// Runs no job, but knows which ones would run, and with which content. A label is loaded from one file at a time.
+/// Records which jobs are loaded, and their contents, instead of running them.
 class MemoryHost final : public JobHost {
  public:
   struct Loaded {
@@ -47,21 +47,21 @@ class MemoryHost final : public JobHost {
   Result<std::vector<LogLine>> log(std::chrono::seconds, const std::string&) override { return std::vector<LogLine>(); }
 };
 
-/// What becomes of a request.
+/// The outcome of a request.
 enum class Fate {
   Done,
-  Refused,      ///< an error reply, and nothing done
-  DiesBefore,   ///< the helper
-  DiesHalfway,  ///< with the new file written, and the old one not yet gone
+  Refused,      ///< an error reply, with nothing done
+  DiesBefore,   ///< the helper dies
+  DiesHalfway,  ///< after writing the new file, and before removing the old one
   DiesAfter,
 };
 
-/// What becomes of two queries of the log, one to each helper, that are in flight while a save runs.
+/// The outcome of two log queries, one to each helper, that are in flight during a save.
 enum class Beside { None, Answered, Cancelled };
-/// Before which request of the save; `Last`: after all of them.
+/// Before which request of the save they end; `Last`: after all of them.
 enum class When { First, Second, Last };
 
-/// Both helpers with their real handlers. Requests wait until a test says what becomes of them.
+/// Both helpers with their real handlers. Requests wait until the test decides their outcome.
 class HandlingHelpers final : public HelperConnections {
  public:
   HandlingHelpers(RequestHandler& user, RequestHandler& root) : m_user(user), m_root(root) {}
@@ -69,7 +69,7 @@ class HandlingHelpers final : public HelperConnections {
   enum class Password { Right, Wrong, Cancelled };
   Password password = Password::Right;
 
-  /// Of the requests about files.
+  /// The number of waiting requests about files.
   std::size_t count() const {
     return static_cast<std::size_t>(std::count_if(m_waiting.begin(), m_waiting.end(), isAboutFiles));
   }
@@ -138,8 +138,8 @@ class HandlingHelpers final : public HelperConnections {
   HelperConnection::Id m_lastId = 0;
 };
 
-/// A program whose saves go through the real handlers to real files. "u", "a" and "d" stand for the user's agents, the
-/// agents of everyone and the daemons; 1 is the job as it was and 2 as it was edited.
+/// A program that saves real files through the real handlers. "u", "a" and "d" are the user's agents, everyone's agents
+/// and the daemons; 1 is the original job and 2 the edited one.
 class SaveSequencesTest : public testdata::ProgramFixture {
  protected:
   static Kind kindOf(char letter) {
@@ -157,7 +157,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     endProgram();
   }
 
-  /// The job as it is loaded and being edited, with another kind, label and command.
+  /// Starts with a job that is loaded, selected, and edited to have another kind, label and command.
   void edit(char before, char now) {
     for (const char letter : {'u', 'a', 'd'}) {
       for (const auto& entry : fs::directory_iterator(path(kindOf(letter)))) fs::remove(entry.path());
@@ -180,7 +180,8 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     url = job->url.text();
   }
 
-  /// "u1 a2" for the files, "u1" for what is loaded, and whether the job is being edited, separated by bars.
+  /// The files, the loaded jobs, and whether the job is still being edited, such as "u1a2|u1|edited". A job that is
+  /// loaded by the wrong host has "!" instead of its kind.
   std::string state() {
     std::string files, loaded;
     const auto version = [](const std::string& content) {
@@ -201,7 +202,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     return files + '|' + loaded + '|' + (isEdited() ? "edited" : "saved");
   }
 
-  /// All that belongs to an edit is there, or nothing of it.
+  /// Also checks that everything else agrees with this.
   bool isEdited() {
     const bool isEdited = program().editing.hasUnsavedChanges();
     EXPECT_FALSE(program().saving.isBusy());
@@ -218,7 +219,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     return isEdited;
   }
 
-  /// Lets all requests succeed but one.
+  /// Saves with this outcome of one request, and success of all others.
   std::string saveWith(std::size_t step, Fate fate, Beside beside = Beside::None, When when = When::Last) {
     const auto queries = startQueries(beside);
     if (when == When::First) endQueries(beside, queries);
@@ -269,7 +270,6 @@ class SaveSequencesTest : public testdata::ProgramFixture {
   std::vector<bool> m_endedQueries;
 };
 
-/// A job file may hold a password.
 TEST_F(SaveSequencesTest, APrivateFileStaysPrivateWhereverItGoes) {
   constexpr auto ownersAlone = fs::perms::owner_read | fs::perms::owner_write;
   for (const char before : {'u', 'a', 'd'}) {
@@ -358,7 +358,7 @@ TEST_F(SaveSequencesTest, EachPairOfKindsIsSavedOrLeftAloneByThePassword) {
   }
 }
 
-/// The user's file can go without a password. Of two files of root's the helper itself has to take care.
+/// The user's helper can remove the old file without a password. Of two files of root's, both remain.
 TEST_F(SaveSequencesTest, AMoveOutOfTheUsersFolderThatDiesHalfwayGoesOn) {
   edit('u', 'a');
   EXPECT_EQ(saveWith(1, Fate::DiesHalfway), "a2|a2|saved");

@@ -23,7 +23,7 @@ std::string sampleBytes(std::int64_t id = 7) {
   return *encode(sampleFrame(id));
 }
 
-/// A frame around any content.
+/// Any content with its length.
 std::string framed(const std::string& content) {
   std::string bytes;
   for (const unsigned shift : {24U, 16U, 8U, 0U}) bytes += static_cast<char>(content.size() >> shift & 0xFFU);
@@ -47,18 +47,6 @@ TEST(FrameTest, FramesComeOutAsTheyWentInHoweverTheyAreCut) {
     }
     EXPECT_EQ(frames, (std::vector{sampleFrame(1), sampleFrame(INT64_MIN), sampleFrame(INT64_MAX)})) << piece;
     EXPECT_FALSE(reader.isWithinFrame());
-  }
-}
-
-TEST(FrameTest, EveryBeginOfAFrameIsWaitedOn) {
-  const std::string bytes = sampleBytes();
-  for (std::size_t size = 0; size < bytes.size(); ++size) {
-    FrameReader reader;
-    reader.append(std::string_view(bytes).substr(0, size));
-    const auto frame = reader.next();
-    ASSERT_TRUE(frame) << size;
-    EXPECT_FALSE(*frame) << size;
-    EXPECT_EQ(reader.isWithinFrame(), size != 0);
   }
 }
 

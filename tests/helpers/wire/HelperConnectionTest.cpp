@@ -8,8 +8,8 @@
 #include <thread>
 
 #include "helpers/wire/FrameSocket.h"
-#include "helpers/wire/ProcessHelperConnection.h"
 #include "helpers/wire/SocketHelperConnection.h"
+#include "helpers/wire/StartHelper.h"
 #include "support/TestData.h"
 #include "support/ThreadQueue.h"
 
@@ -18,7 +18,7 @@ namespace {
 
 using propertylist::Dictionary;
 
-/// What became of the requests of a test.
+/// Collects the outcomes of requests.
 struct Outcome {
   std::vector<Dictionary> replies = {};
   std::vector<Error> failures = {};
@@ -46,7 +46,7 @@ bool hasChildren() {
   return ::waitpid(-1, nullptr, WNOHANG) >= 0 || errno != ECHILD;
 }
 
-/// Speaks for the helper on its end of a connection.
+/// The helper's end of a connection.
 class Peer {
  public:
   explicit Peer(FileDescriptor socket) : m_socket(std::move(socket)) {}
@@ -68,21 +68,29 @@ class Peer {
 
 class SocketHelperConnectionTest : public testing::Test {
  protected:
-  SocketHelperConnectionTest() : SocketHelperConnectionTest(SocketPair::make()) {}
+  SocketHelperConnectionTest() { reconnect(); }
 
   testdata::ThreadQueue queue;
-  Peer peer;
+  Peer peer{{}};
   std::unique_ptr<SocketHelperConnection> connection;
   Outcome outcome;
+
+  void reconnect() {
+    SocketPair pair = SocketPair::make();
+    peer = Peer(std::move(pair.theirs));
+    connection = std::make_unique<SocketHelperConnection>(std::move(pair.ours), queue);
+    outcome = {};
+  }
+  /// Runs everything that has been posted.
+  void settle() {
+    bool isRun = false;
+    queue.post([&] { isRun = true; });
+    ASSERT_TRUE(queue.runUntil([&] { return isRun; }));
+  }
 
   bool wait(std::size_t count) {
     return queue.runUntil([&] { return outcome.count() >= count; });
   }
-
- private:
-  explicit SocketHelperConnectionTest(SocketPair pair)
-      : peer(std::move(pair.theirs)),
-        connection(std::make_unique<SocketHelperConnection>(std::move(pair.ours), queue)) {}
 };
 
 TEST_F(SocketHelperConnectionTest, AnswersFindTheirRequestsInAnyOrder) {
@@ -114,13 +122,6 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLater
        Error::Code::HungUp},
       {"says garbage", [](Peer& p, std::int64_t) { p.say(std::string("\0\0\0\x05hello", 9)); }, 0, 1,
        Error::Code::Malformed},
-      {"says it in XML",
-       [](Peer& p, std::int64_t id) {
-         const std::string list = "<plist version=\"1.0\"><dict><key>id</key><integer>" + std::to_string(id) +
-                                  "</integer><key>body</key><dict/></dict></plist>";
-         p.say(std::string("\0\0\0", 3) + static_cast<char>(list.size()) + list);
-       },
-       0, 1, Error::Code::Malformed},
       {"says too much", [](Peer& p, std::int64_t) { p.say("\xff\xff\xff\xff"); }, 0, 1, Error::Code::LimitExceeded},
       {"sends an event to a request without a subscription",
        [](Peer& p, std::int64_t id) { p.send({.id = id, .kind = Frame::Kind::Event}); }, 0, 1, Error::Code::Malformed},
@@ -131,25 +132,22 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLater
        Error::Code::Malformed},
   };
   for (const auto& row : rows) {
-    SocketPair pair = SocketPair::make();
-    Peer other(std::move(pair.theirs));
-    SocketHelperConnection broken(std::move(pair.ours), queue);
-    Outcome result;
-    result.ask(broken);
-    row.act(other, other.next().id);
-    ASSERT_TRUE(queue.runUntil([&] { return result.count() == 1; })) << row.what;
-    EXPECT_EQ(result.replies.size(), row.replies) << row.what;
-    EXPECT_EQ(result.failures.size(), row.failures) << row.what;
-    result.ask(broken);
-    ASSERT_TRUE(queue.runUntil([&] { return result.count() == 2; })) << row.what;
-    ASSERT_EQ(result.failures.size(), row.failures + 1) << row.what;
-    EXPECT_EQ(result.failures.back().code, row.code) << row.what << ": " << result.failures.back().text();
+    reconnect();
+    outcome.ask(*connection);
+    row.act(peer, peer.next().id);
+    ASSERT_TRUE(wait(1)) << row.what;
+    EXPECT_EQ(outcome.replies.size(), row.replies) << row.what;
+    EXPECT_EQ(outcome.failures.size(), row.failures) << row.what;
+    outcome.ask(*connection);
+    ASSERT_TRUE(wait(2)) << row.what;
+    ASSERT_EQ(outcome.failures.size(), row.failures + 1) << row.what;
+    EXPECT_EQ(outcome.failures.back().code, row.code) << row.what << ": " << outcome.failures.back().text();
   }
 }
 
 TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadHoldsNobodyUp) {
   const Dictionary large{{"string", propertylist::Data{std::string(std::size_t{2} << 20U, 'x')}}};
-  for (int i = 0; i < 4; ++i) outcome.ask(*connection, large);  // far more than a socket takes
+  for (int i = 0; i < 4; ++i) outcome.ask(*connection, large);  // far more than a socket accepts at once
   EXPECT_EQ(outcome.count(), 0U);
   for (int i = 0; i < 4; ++i) {
     const Frame frame = peer.next();
@@ -159,7 +157,7 @@ TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadHoldsNobodyUp) {
   ASSERT_TRUE(wait(4));
   EXPECT_EQ(outcome.replies.size(), 4U);
   outcome.ask(*connection, large);
-  connection.reset();  // in the middle of sending
+  connection.reset();  // while it is sending
   EXPECT_EQ(outcome.count(), 4U);
 }
 
@@ -226,20 +224,15 @@ TEST_F(SocketHelperConnectionTest, ABusyMainThreadIsNotFloodedAndMissesNoEvent) 
 
 TEST_F(SocketHelperConnectionTest, AllThatWaitAreToldOnceWhenTheHelperDiesOrTheConnectionIsEnded) {
   for (const bool dies : {true, false}) {
-    SocketPair pair = SocketPair::make();
-    Peer other(std::move(pair.theirs));
-    SocketHelperConnection ending(std::move(pair.ours), queue);
-    Outcome result;
-    for (int i = 0; i < 3; ++i) result.ask(ending, request(i));
-    dies ? other.hangUp() : ending.invalidate();
-    EXPECT_EQ(result.count(), 0U) << "later, not from within the call";
-    result.ask(ending, request(3));
-    ASSERT_TRUE(queue.runUntil([&] { return result.count() >= 4; })) << dies;
-    ending.invalidate();
-    bool isRun = false;
-    queue.post([&] { isRun = true; });
-    ASSERT_TRUE(queue.runUntil([&] { return isRun; }));
-    EXPECT_EQ(result.failures.size(), 4U) << dies;
+    reconnect();
+    for (int i = 0; i < 3; ++i) outcome.ask(*connection, request(i));
+    dies ? peer.hangUp() : connection->invalidate();
+    EXPECT_EQ(outcome.count(), 0U) << "later, not from within the call";
+    outcome.ask(*connection, request(3));
+    ASSERT_TRUE(wait(4)) << dies;
+    connection->invalidate();
+    settle();
+    EXPECT_EQ(outcome.failures.size(), 4U) << dies;
   }
 }
 
@@ -248,32 +241,22 @@ TEST_F(SocketHelperConnectionTest, NobodyIsAnsweredAfterTheOwnersEnd) {
   peer.answer(peer.next().id);
   peer.hangUp();
   connection.reset();
-  bool isRun = false;
-  queue.post([&] { isRun = true; });
-  ASSERT_TRUE(queue.runUntil([&] { return isRun; }));
+  settle();
   EXPECT_EQ(outcome.count(), 0U);
 }
 
 TEST_F(SocketHelperConnectionTest, AnAnswerMayEndTheConnection) {
   for (const bool isAnswered : {true, false}) {
-    SocketPair pair = SocketPair::make();
-    Peer other(std::move(pair.theirs));
-    auto ending = std::make_unique<SocketHelperConnection>(std::move(pair.ours), queue);
-    bool hasEnded = false;
-    const auto end = [&](const auto&) {
-      ending.reset();
-      hasEnded = true;
-    };
-    ending->run({}, end, end);
-    ending->run({}, end, end);
-    const Frame frame = other.next();
-    isAnswered ? other.answer(frame.id) : other.hangUp();
-    ASSERT_TRUE(queue.runUntil([&] { return hasEnded; }));
-    EXPECT_FALSE(ending);
+    reconnect();
+    const auto end = [&](const auto&) { connection.reset(); };
+    for (int i = 0; i < 2; ++i) connection->run({}, end, end);
+    const Frame frame = peer.next();
+    isAnswered ? peer.answer(frame.id) : peer.hangUp();
+    ASSERT_TRUE(queue.runUntil([&] { return !connection; }));
   }
 }
 
-TEST(ProcessHelperConnectionTest, HelpersComeAndGoWithoutATrace) {
+TEST(StartHelperTest, HelpersComeAndGoWithoutATrace) {
   struct Row {
     const char* script;
     std::size_t replies;
@@ -286,7 +269,7 @@ TEST(ProcessHelperConnectionTest, HelpersComeAndGoWithoutATrace) {
       {"test -e /dev/fd/9 || cat <&3 >&3", 1},
   };
   testdata::ThreadQueue queue;
-  const FileDescriptor secret(::dup2(1, 9));  // no helper may get what isn't close-on-exec by accident
+  const FileDescriptor secret(::dup2(1, 9));  // must not reach the helper
   ASSERT_EQ(::fcntl(9, F_SETFD, FD_CLOEXEC), 0);
   const std::size_t before = openDescriptors();
   for (const auto& row : rows) {
@@ -305,7 +288,7 @@ TEST(ProcessHelperConnectionTest, HelpersComeAndGoWithoutATrace) {
   EXPECT_FALSE(hasChildren());
 }
 
-TEST(ProcessHelperConnectionTest, ARequestSentRightBeforeTheEndArrives) {
+TEST(StartHelperTest, ARequestSentRightBeforeTheEndArrives) {
   const testdata::TemporaryFolder folder;
   const std::string file = folder.path() / "heard";
   testdata::ThreadQueue queue;
@@ -322,7 +305,7 @@ TEST(ProcessHelperConnectionTest, ARequestSentRightBeforeTheEndArrives) {
   EXPECT_EQ(testdata::bytes(file), "bplist00");
 }
 
-TEST(ProcessHelperConnectionTest, AMissingProgramIsAnError) {
+TEST(StartHelperTest, AMissingProgramIsAnError) {
   testdata::ThreadQueue queue;
   const auto connection = startHelper({.path = "/nowhere/helper"}, queue, std::make_shared<Reaper>());
   ASSERT_FALSE(connection);

@@ -1,4 +1,4 @@
-#include "helpers/wire/ProcessHelperConnection.h"
+#include "helpers/wire/StartHelper.h"
 
 #include <fcntl.h>
 
@@ -13,8 +13,8 @@ namespace mirvel::wire {
 
 namespace {
 
-/// Gives 0 or an errno value.
-int start(const HelperProgram& program, int socket, pid_t& id) {
+/// Returns 0 or an errno value.
+int spawn(const HelperProgram& program, int socket, pid_t& id) {
   SpawnPlan plan;
   int failure = plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
   if (failure == 0) failure = plan.give(STDOUT_FILENO, STDOUT_FILENO);
@@ -31,12 +31,12 @@ Result<std::unique_ptr<HelperConnection>> startHelper(const HelperProgram& progr
   SocketPair sockets = SocketPair::make();
   if (!sockets) return systemError(errno, "start the helper", program.path);
   pid_t id = 0;
-  const int failure = start(program, sockets.theirs.number(), id);
+  const int failure = spawn(program, sockets.theirs.number(), id);
   if (failure != 0) return systemError(failure, "start the helper", program.path);
   sockets.theirs.reset();
-  auto letGo = [id, reaper = std::move(reaper)] { reaper->adopt(id); };
+  auto onClosed = [id, reaper = std::move(reaper)] { reaper->adopt(id); };
   return std::unique_ptr<HelperConnection>(
-      std::make_unique<SocketHelperConnection>(std::move(sockets.ours), queue, std::move(letGo)));
+      std::make_unique<SocketHelperConnection>(std::move(sockets.ours), queue, std::move(onClosed)));
 }
 
 }  // namespace mirvel::wire

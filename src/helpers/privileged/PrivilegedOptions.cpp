@@ -1,4 +1,4 @@
-#include "helpers/privileged/Options.h"
+#include "helpers/privileged/PrivilegedOptions.h"
 
 #include <cstdint>
 
@@ -18,8 +18,8 @@ std::optional<uid_t> userIn(const std::string& digits) {
   return user && *user < UINT32_MAX ? std::optional(static_cast<uid_t>(*user)) : std::nullopt;
 }
 
-/// Whether the value makes sense for the option.
-bool take(std::string_view option, const std::string& value, PrivilegedOptions& options) {
+/// Stores the value of an option. Returns false if it is invalid.
+bool store(std::string_view option, const std::string& value, PrivilegedOptions& options) {
   if (option == "--user") {
     const auto user = userIn(value);
     if (user) options.user = *user;
@@ -48,18 +48,18 @@ Result<PrivilegedOptions> PrivilegedOptions::read(const std::vector<std::string>
                                              {"--host", true},
                                              {"--installed", true}});
   if (!parsed) return parsed.error();
-  if (!parsed->operands.empty()) return bad("can't make sense of " + parsed->operands.front());
+  if (!parsed->operands.empty()) return bad("unknown argument " + parsed->operands.front());
   for (const auto& [option, value] : parsed->options) {
-    if (!take(option, value, options)) return bad("can't make sense of " + option);
+    if (!store(option, value, options)) return bad("invalid value for " + option);
   }
   const auto elevated = environment.find("PKEXEC_UID");
   if (elevated != environment.end()) {
     const auto user = userIn(elevated->second);
-    if (!user) return bad("PKEXEC_UID names no user");
+    if (!user) return bad("PKEXEC_UID isn't a user ID");
     options.user = *user;
   }
   const bool isElevated = elevated != environment.end() || options.user != realUser;
-  if (options.root && isElevated) return bad("another root is only for those who have these rights themselves");
+  if (options.root && isElevated) return bad("--root isn't allowed with elevated rights");
   return options;
 }
 
