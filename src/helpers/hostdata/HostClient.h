@@ -11,13 +11,21 @@
 
 namespace mirvel {
 
-/// Asks the host that listens at a socket. Each request has a connection of its own, and blocks until it is answered.
+/// Sends requests to the host that listens at a socket. Each request uses a connection of its own and blocks until the
+/// reply arrives:
+///
+///     const auto jobs = HostClient(places.socket).status();
+///     if (!jobs && HostClient::isNoHost(jobs.error())) ...
+///
 /// Thread-safe.
 class HostClient {
  public:
   explicit HostClient(std::filesystem::path socket) : m_socket(std::move(socket)) {}
 
-  /// The host's answer, or its error, which is waited for no longer than the limit. See `isNoHost`.
+  /// The reply of the host, or the error with which it refuses the request. Fails with `NotRunning` without a host,
+  /// with `NotPermitted` if the host belongs to another user, with `Io` if there is no reply within the limit, with
+  /// `HungUp` if the host closed the connection instead, and with `Malformed` for a reply of another form. If the host
+  /// is shutting down, the call blocks until it has ended, at most `longestQuit + longestAnswer`; see `hasEnded`.
   template <typename Request>
   Result<typename Request::Answer> ask(const Request& request, std::chrono::seconds limit = longestAnswer) const {
     const auto connection = connect();
@@ -26,7 +34,7 @@ class HostClient {
   }
   Result<std::vector<HostedJobStatus>> status() const;
 
-  /// The two steps of `ask`, for clients that stay connected.
+  /// The two steps of `ask`, for clients that keep the connection.
   Result<FileDescriptor> connect() const;
   template <typename Request>
   static Result<typename Request::Answer> askAt(const FileDescriptor& connection, const Request& request,
@@ -38,11 +46,11 @@ class HostClient {
     return answer;
   }
 
-  /// Whether an error of `ask` says that no host is running.
+  /// Whether an error of `ask` means that no host is running.
   static bool isNoHost(const Error& error);
-  /// Whether it says that the host hung up, which is its answer to `Quit`.
+  /// Whether it means that the host closed the connection, which is its reply to `Quit`.
   static bool isHangUp(const Error& error);
-  /// Whether it says that the host has ended without having done anything: the next one can be asked.
+  /// Whether it means that the host has ended without executing the request: it can be sent to the next host.
   static bool hasEnded(const Error& error);
 
  private:

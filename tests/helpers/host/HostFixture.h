@@ -88,7 +88,7 @@ class HostFixture : public testing::Test {
 
   /// What the host notes for the next one.
   std::vector<std::filesystem::path> noted() const {
-    const auto files = LoadedJobs(LoadedJobs::fileIn(places.folder)).read();
+    const auto files = LoadedJobs(places.loadedJobs()).read();
     EXPECT_TRUE(files) << files.error().text();
     return files ? *files : std::vector<std::filesystem::path>();
   }

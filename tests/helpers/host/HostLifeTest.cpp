@@ -16,9 +16,9 @@
 #include <sstream>
 #include <thread>
 
+#include "helpers/host/FileSystemWatch.h"
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/Lifeline.h"
-#include "helpers/host/PathWatch.h"
 #include "helpers/host/Session.h"
 #include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/jobhost/HostAutostart.h"
@@ -132,7 +132,7 @@ TEST_F(HostLife, IsReachedAgainAfterItsFolderWasRemovedAndKeepsItsJobs) {
     ASSERT_EQ(labels(), std::vector<std::string>{"stays"}) << removed;
     EXPECT_EQ(status().front().process, std::stoi(before[0])) << "nothing has happened to it";
   }
-  ASSERT_TRUE(appears(LoadedJobs::fileIn(places.folder)));
+  ASSERT_TRUE(appears(places.loadedJobs()));
   ::kill(std::stoi(before[1]), SIGKILL);
   ASSERT_TRUE(ends(before[1]));
   startNext();
@@ -193,7 +193,7 @@ TEST_F(HostLife, NotesItsJobsAnewAsSoonAsThatCanBe) {
   const auto file = lastingJob("stays", pipe);
   load(file);
   const Processes before(pipe);
-  const auto list = LoadedJobs::fileIn(places.folder);
+  const auto list = places.loadedJobs();
   ASSERT_EQ(::kill(std::stoi(before.host), SIGSTOP), 0);
   fs::remove_all(places.folder);
   fs::create_directories(list);  // as good as a full disk: nothing can be written there

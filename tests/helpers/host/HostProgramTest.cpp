@@ -12,7 +12,7 @@
 #include "core/propertylist/Writer.h"
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/JobLog.h"
-#include "helpers/hostdata/HostSocket.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::host {
@@ -104,8 +104,9 @@ TEST_F(HostProgram, KillsAJobThatDoesNotWantToEnd) {
   EXPECT_TRUE(isAlive(process));
   unload("stubborn");
   EXPECT_FALSE(isAlive(process));
-  EXPECT_THAT(said("stubborn"), ElementsAre("started", "is asked to end", "doesn't end, and is killed",
-                                            HasSubstr("was ended by signal 9")));
+  EXPECT_THAT(said("stubborn"),
+              ElementsAre("started", "stopping it (SIGTERM)", "not ended in time: killing it (SIGKILL)",
+                          HasSubstr("was ended by signal 9")));
 }
 
 TEST_F(HostProgram, StopsWhatAJobLeavesBehindUnlessTheFileForbidsIt) {
@@ -136,7 +137,7 @@ TEST_F(HostProgram, KeepsItsLogBoundedForAJobThatPrintsWithoutEnd) {
   for (const auto& file : fs::directory_iterator(places.folder / "log")) size += fs::file_size(file);
   EXPECT_GT(size, 1000U);
   EXPECT_LT(size, 3 * JobLog::fileSize);
-  EXPECT_THAT(said("chatterbox"), Contains("[the job prints too much: the rest is left out for some seconds]"));
+  EXPECT_THAT(said("chatterbox"), Contains("[the job prints too much: its output is dropped for some seconds]"));
 }
 
 TEST_F(HostProgram, NoticesPathsAndQueues) {

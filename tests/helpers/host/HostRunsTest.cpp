@@ -11,7 +11,7 @@
 
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/JobProcess.h"
-#include "helpers/host/RunNotes.h"
+#include "helpers/host/JobRun.h"
 #include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {
@@ -93,7 +93,7 @@ TEST_F(HostRuns, SaysWhatIsStillRunningWhenTheTimeToWaitIsOver) {
 TEST_F(HostRuns, AnUnloadWaitsForItsOwnJobAndNotForTheNextOfThatLabel) {
   const auto first = job("same", "true"), second = folder.write("jobs/second.plist", testdata::bytes(first));
   fs::create_directories(places.folder);
-  ASSERT_TRUE(LoadedJobs(LoadedJobs::fileIn(places.folder)).write({first, second}));
+  ASSERT_TRUE(LoadedJobs(places.loadedJobs()).write({first, second}));
   startNext();
   const auto path = [&] { return status().empty() ? "" : status().front().path; };
   EXPECT_EQ(path(), first);
@@ -121,7 +121,7 @@ TEST_F(HostRuns, EndsWhatAKilledHostHasLeftBeforeAnythingRunsTwice) {
     for (const auto& process : before) EXPECT_FALSE(isAlive(process)) << process;
     unload(label);
     for (const auto& process : after) EXPECT_EQ(isAlive(process), process == after[0]) << process;
-    EXPECT_THAT(said(label), Contains(HasSubstr("a run that was left by a job host that was killed is stopped")));
+    EXPECT_THAT(said(label), Contains(HasSubstr("stopping a run that was left by a job host that was killed")));
   }
   EXPECT_EQ(notes(), 0U);
 }
@@ -190,16 +190,16 @@ TEST(JobProcess, TellsThatThereIsNoRoomNowFromWhatNeverWorks) {
   EXPECT_EQ(started.error().code, Error::Code::LimitExceeded);
 }
 
-TEST(RunNotes, AreForgottenWithTheMachineThatTheyAreOf) {
+TEST(RunRecords, AreForgottenWithTheMachineThatTheyAreOf) {
   const testdata::TemporaryFolder folder;
-  const RunNotes notes(folder.path() / "runs");
-  const JobRun run{.mark = "mark", .leader = 42, .start = 4242, .isLeaderAlone = true};
+  const RunRecords notes(folder.path() / "runs");
+  const JobRun run{.token = "mark", .leader = 42, .start = 4242, .isLeaderAlone = true};
   ASSERT_TRUE(notes.write({.label = "job", .file = "/job.plist", .run = run}));
   ASSERT_EQ(notes.read().size(), 1U);
-  const RunNote read = notes.read().front();
+  const RunRecord read = notes.read().front();
   EXPECT_EQ(read.label, "job");
   EXPECT_EQ(read.file, "/job.plist");
-  EXPECT_EQ(read.run.mark, "mark");
+  EXPECT_EQ(read.run.token, "mark");
   EXPECT_EQ(read.run.leader, 42);
   EXPECT_EQ(read.run.start, 4242);
   EXPECT_TRUE(read.run.isLeaderAlone);
@@ -221,11 +221,11 @@ TEST(RunProcesses, AreNotTakenForThoseOfAnotherTimeOrMark) {
     JobRun run;
     bool isFound;
   } rows[] = {
-      {{.mark = "none", .leader = parent, .start = start, .isLeaderAlone = true}, true},
-      {{.mark = "none", .leader = parent, .start = start - 1, .isLeaderAlone = true}, false},
-      {{.mark = "none", .leader = parent, .start = start + 1, .isLeaderAlone = true}, false},
-      {{.mark = "none", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
-      {{.mark = "", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
+      {{.token = "none", .leader = parent, .start = start, .isLeaderAlone = true}, true},
+      {{.token = "none", .leader = parent, .start = start - 1, .isLeaderAlone = true}, false},
+      {{.token = "none", .leader = parent, .start = start + 1, .isLeaderAlone = true}, false},
+      {{.token = "none", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
+      {{.token = "", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
   };
   for (const auto& row : rows) {
     const auto found = processesOf(row.run, Reach::Everything);

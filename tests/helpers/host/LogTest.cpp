@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include "helpers/host/JobLog.h"
-#include "helpers/host/OutputLines.h"
 #include "helpers/hostdata/LoadedJobs.h"
 #include "support/TestData.h"
 

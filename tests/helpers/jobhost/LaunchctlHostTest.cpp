@@ -7,6 +7,7 @@
 
 #include "helpers/FakeJobHost.h"
 #include "helpers/action/RequestHandler.h"
+#include "helpers/hostdata/HostMessages.h"
 #include "helpers/jobfiles/UserJobFiles.h"
 
 namespace mirvel {
@@ -56,7 +57,7 @@ TEST_F(LaunchctlHostTest, UnloadingWaitsUntilTheJobIsGone) {
               ElementsAre("/bin/launchctl|print|gui/501/org.example.a", "/bin/launchctl|bootout|gui/501/org.example.a",
                           "/bin/launchctl|print|gui/501/org.example.a", "/bin/launchctl|print|gui/501/org.example.a",
                           "/bin/launchctl|print|gui/501/org.example.a"));
-  EXPECT_EQ(waited, 2 * LaunchctlHost::betweenLooks);
+  EXPECT_EQ(waited, 2 * LaunchctlHost::pollingInterval);
 }
 
 TEST_F(LaunchctlHostTest, WhatIsNotLoadedIsLeftAloneAndWhatStaysIsAnError) {
@@ -64,7 +65,7 @@ TEST_F(LaunchctlHostTest, WhatIsNotLoadedIsLeftAloneAndWhatStaysIsAnError) {
   EXPECT_TRUE(host.unload("/a.plist", "a"));
   EXPECT_EQ(tool.calls.size(), 1U);
   EXPECT_FALSE(host.unload("/a.plist", "a"));  // every look finds it
-  EXPECT_GE(waited, LaunchctlHost::longestStop);
+  EXPECT_GE(waited, longestStop);
 }
 
 /// `bootout gui/501/` would end all that the user runs.
