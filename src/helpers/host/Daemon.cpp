@@ -44,7 +44,9 @@ hostdata::BeginSession requestFor(const HostSetup& setup, const Session& session
 
 /// Waits until the host of another session closes the connection. False if it was asked to end, which it announces by a
 /// second reply, or if this session is over before.
-bool outlives(const Session& session, const FileDescriptor& host) {
+bool outlives(const Session& session, const FileDescriptor& host, wire::FrameReader& reader) {
+  // The second reply may have arrived together with the first one.
+  if (const auto buffered = reader.next(); !buffered || *buffered) return false;
   const auto watch = makePathWatch();
   if (!session.record().empty()) watch->add(session.record());
   const int pause = watch->descriptor() < 0 ? PathWatch::pollingSeconds * 1000 : -1;
@@ -71,12 +73,13 @@ Result<std::unique_ptr<Presence>> succeed(const HostSetup& setup, const std::fun
     auto claimed = Presence::claim(setup.places);
     if (!claimed || *claimed) return claimed;
     const auto host = HostClient(setup.places.socket).connect();
-    const auto answer = host ? HostClient::askAt(*host, requestFor(setup, session), patience)
+    wire::FrameReader reader;
+    const auto answer = host ? HostClient::askAt(*host, reader, requestFor(setup, session), patience)
                              : Result<hostdata::BeginSession::Answer>(host.error());
     if (answer && !answer->staysOpen) return std::unique_ptr<Presence>();
     if (answer) {
       isReady();
-      if (!outlives(session, *host)) return std::unique_ptr<Presence>();
+      if (!outlives(session, *host, reader)) return std::unique_ptr<Presence>();
       until = Clock::now() + patience;
     } else if (!HostClient::isHangUp(answer.error()) && !HostClient::isNoHost(answer.error())) {
       return answer.error();

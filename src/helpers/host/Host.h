@@ -56,7 +56,7 @@ class Host {
   /// A temporary job isn't saved, so that no other host loads it.
   enum class Lifetime { Permanent, Temporary };
   /// Loads a job file. Fails, with nothing loaded, with
-  /// - `BadArgument` if the path is relative or another file with the same label is loaded;
+  /// - `BadArgument` if the path is relative or a job with the same label is loaded;
   /// - `NotTrusted` if others could have written the file;
   /// - `MissingKey` without a label or program;
   /// - `WrongType` if an essential value is unusable (`checkRunnable`);

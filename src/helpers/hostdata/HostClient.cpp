@@ -43,7 +43,7 @@ Result<FileDescriptor> HostClient::connect() const {
   return Error{.code = Error::Code::NotPermitted, .message = "the job host belongs to another user", .file = m_socket};
 }
 
-Result<propertylist::Dictionary> HostClient::exchange(const FileDescriptor& connection,
+Result<propertylist::Dictionary> HostClient::exchange(const FileDescriptor& connection, wire::FrameReader& reader,
                                                       propertylist::Dictionary request, std::chrono::seconds limit) {
   constexpr std::int64_t id = 1;
   const auto sent = wire::sendFrame(connection.number(), {.id = id, .body = std::move(request)});
@@ -52,7 +52,6 @@ Result<propertylist::Dictionary> HostClient::exchange(const FileDescriptor& conn
     const std::string time = std::to_string(limit.count());
     return Error{.code = Error::Code::Io, .message = "the job host hasn't replied within " + time + " seconds"};
   }
-  wire::FrameReader reader;
   auto answer = wire::receiveFrame(connection.number(), reader);
   if (!answer) return answer.error();
   if (!*answer) return Error{.code = Error::Code::HungUp, .message = "the job host hung up"};

@@ -8,6 +8,7 @@
 #include "core/base/Result.h"
 #include "core/process/FileDescriptor.h"
 #include "helpers/hostdata/HostMessages.h"
+#include "helpers/wire/Frame.h"
 
 namespace mirvel {
 
@@ -30,16 +31,18 @@ class HostClient {
   Result<typename Request::Answer> ask(const Request& request, std::chrono::seconds limit = longestAnswer) const {
     const auto connection = connect();
     if (!connection) return connection.error();
-    return askAt(*connection, request, limit);
+    wire::FrameReader reader;
+    return askAt(*connection, reader, request, limit);
   }
   Result<std::vector<HostedJobStatus>> status() const;
 
-  /// The two steps of `ask`, for clients that keep the connection.
+  /// The two steps of `ask`, for clients that keep the connection. The reader keeps what the host has already sent
+  /// after the reply.
   Result<FileDescriptor> connect() const;
   template <typename Request>
-  static Result<typename Request::Answer> askAt(const FileDescriptor& connection, const Request& request,
-                                                std::chrono::seconds limit) {
-    const auto body = exchange(connection, hostdata::write(request), limit);
+  static Result<typename Request::Answer> askAt(const FileDescriptor& connection, wire::FrameReader& reader,
+                                                const Request& request, std::chrono::seconds limit) {
+    const auto body = exchange(connection, reader, hostdata::write(request), limit);
     if (!body) return body.error();
     auto answer = messages::FieldReader::read<typename Request::Answer>(*body);
     if (!answer) return badAnswer();
@@ -54,8 +57,8 @@ class HostClient {
   static bool hasEnded(const Error& error);
 
  private:
-  static Result<propertylist::Dictionary> exchange(const FileDescriptor& connection, propertylist::Dictionary request,
-                                                   std::chrono::seconds limit);
+  static Result<propertylist::Dictionary> exchange(const FileDescriptor& connection, wire::FrameReader& reader,
+                                                   propertylist::Dictionary request, std::chrono::seconds limit);
   static Error badAnswer();
 
   std::filesystem::path m_socket;

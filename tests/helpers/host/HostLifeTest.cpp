@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <sched.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -23,6 +24,7 @@
 #include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/jobhost/HostAutostart.h"
 #include "helpers/process/Detachment.h"
+#include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::host {
 namespace {
@@ -283,6 +285,33 @@ TEST_F(HostLife, ASuccessorEndsWithAHostThatIsAskedToEnd) {
   EXPECT_TRUE(embedded.quit());  // in case the successor has taken over: the test would wait for it
   EXPECT_TRUE(successor.get());
   EXPECT_FALSE(fs::exists(places.socket));
+}
+
+TEST_F(HostLife, ASuccessorNoticesASecondReplyThatComesWithTheFirst) {
+  using Answer = hostdata::BeginSession::Answer;
+  folder.write("run/systemd/sessions/c2", "STATE=active\n");
+  ASSERT_TRUE(places.make());
+  auto lock = lockHost(places);  // this test is the host
+  auto listening = listenAt(places.socket);
+  ASSERT_TRUE(lock && *lock && listening);
+  auto successor = std::async(std::launch::async, [&] { return startOn(":2", {"--login"}, "c2", Detached::No); });
+  pollfd waiting{.fd = listening->number(), .events = POLLIN, .revents = 0};
+  ASSERT_EQ(::poll(&waiting, 1, longestWait), 1);
+  FileDescriptor connection(::accept(listening->number(), nullptr, nullptr));
+  wire::FrameReader reader;
+  const auto request = wire::receiveFrame(connection.number(), reader);
+  ASSERT_TRUE(request && *request);
+  std::string replies;
+  for (const bool staysOpen : {true, false}) {
+    const auto body = messages::FieldWriter::write(Answer{.staysOpen = staysOpen});
+    replies += *wire::encode({.id = (*request)->id, .body = body});
+  }
+  ASSERT_EQ(wire::sendUninterrupted(connection.number(), replies), static_cast<ssize_t>(replies.size()));
+  listening->reset();
+  lock->reset();
+  connection.reset();
+  EXPECT_EQ(successor.wait_for(std::chrono::milliseconds(longestWait)), std::future_status::ready);
+  EXPECT_TRUE(embedded.quit());  // in case the successor has taken over: the test would wait for it
 }
 
 TEST_F(HostLife, ALoginAndAStartLoadTheEnabledJobsOfTheFolders) {
