@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "core/process/SystemProcessRunner.h"
-#include "helpers/host/PathWatch.h"
+#include "helpers/host/FileSystemWatch.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "support/TestData.h"
 

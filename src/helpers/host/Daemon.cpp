@@ -1,20 +1,24 @@
 #include "helpers/host/Daemon.h"
 
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <set>
+#include <system_error>
 #include <thread>
 #include <utility>
 
+#include "core/files/RegularFile.h"
 #include "core/schedule/ZoneStretches.h"
+#include "helpers/host/FileSystemWatch.h"
 #include "helpers/host/Lifeline.h"
 #include "helpers/host/Presence.h"
 #include "helpers/host/Server.h"
 #include "helpers/host/Session.h"
-#include "helpers/host/Succession.h"
 #include "helpers/hostdata/HostClient.h"
 #include "helpers/hostdata/LoadedJobs.h"
 #include "helpers/process/Signals.h"
@@ -24,17 +28,77 @@ namespace mirvel::host {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
-/// The loop with all that hangs on it.
+/// Whether the folder that represents a machine was removed. Errors don't count: it may be unreachable for a moment.
+bool isMachineGone(const HostSetup& setup) {
+  std::error_code failure;
+  return !setup.machine.empty() && !fs::exists(setup.machine, failure) && !failure;
+}
+
+hostdata::BeginSession requestFor(const HostSetup& setup, const Session& session) {
+  const auto variables = session.variables();
+  return {.environment = {variables.begin(), variables.end()},
+          .folders = {setup.jobFolders.begin(), setup.jobFolders.end()}};
+}
+
+/// Waits until the host of another session closes the connection. False if it was asked to end, which it announces by a
+/// second reply, or if this session is over before.
+bool outlives(const Session& session, const FileDescriptor& host, wire::FrameReader& reader) {
+  // The second reply may have arrived together with the first one.
+  if (const auto buffered = reader.next(); !buffered || *buffered) return false;
+  const auto watch = makePathWatch();
+  if (!session.record().empty()) watch->add(session.record());
+  const int pause = watch->descriptor() < 0 ? PathWatch::pollingSeconds * 1000 : -1;
+  while (!session.isOver()) {
+    std::array<pollfd, 2> waiting = {{{.fd = host.number(), .events = POLLIN, .revents = 0},
+                                      {.fd = watch->descriptor(), .events = POLLIN, .revents = 0}}};
+    if (::poll(waiting.data(), waiting.size(), pause) < 0) continue;
+    char byte = 0;
+    if (waiting[0].revents != 0) return readUninterrupted(host.number(), &byte, 1) <= 0;
+    (void)watch->take();
+  }
+  return false;
+}
+
+/// Takes the place of the host of another session: immediately if that session is over, otherwise when its host ends,
+/// which it waits for as long as its own session is open. Calls `isReady` before it waits. Null if there is another
+/// host or should be none.
+Result<std::unique_ptr<Presence>> succeed(const HostSetup& setup, const std::function<void()>& isReady) {
+  using Clock = std::chrono::steady_clock;  // unaffected by changes of the wall clock
+  const Session session(setup.environment, setup.sessionRecords);
+  constexpr auto patience = longestQuit + longestAnswer;
+  for (auto until = Clock::now() + patience; Clock::now() < until;) {
+    if (isMachineGone(setup)) return std::unique_ptr<Presence>();
+    auto claimed = Presence::claim(setup.places);
+    if (!claimed || *claimed) return claimed;
+    const auto host = HostClient(setup.places.socket).connect();
+    wire::FrameReader reader;
+    const auto answer = host ? HostClient::askAt(*host, reader, requestFor(setup, session), patience)
+                             : Result<hostdata::BeginSession::Answer>(host.error());
+    if (answer && !answer->staysOpen) return std::unique_ptr<Presence>();
+    if (answer) {
+      isReady();
+      if (!outlives(session, *host, reader)) return std::unique_ptr<Presence>();
+      until = Clock::now() + patience;
+    } else if (!HostClient::isHangUp(answer.error()) && !HostClient::isNoHost(answer.error())) {
+      return answer.error();
+    } else {
+      std::this_thread::sleep_for(
+          10ms);  // of a killed host, a child that hasn't called exec yet can hold the lock for a moment
+    }
+  }
+  return Error{.code = Error::Code::Io, .message = "the job host of another session doesn't end in time"};
+}
+
+/// The host process: its poll loop with everything that runs on it.
 class Daemon {
  public:
   Daemon(const HostSetup& setup, std::unique_ptr<Presence> presence)
       : m_setup(setup),
         m_session(setup.environment, setup.sessionRecords),
-        m_lifeline(Lifeline::grasp(setup.machine)),
-        m_host({.folder = setup.places.folder,
-                .environment = jobEnvironment(setup.environment),
-                .zone = zoneOfThisMachine},
+        m_lifeline(Lifeline::open(setup.machine)),
+        m_host({.places = setup.places, .environment = jobEnvironment(setup.environment), .zone = zoneOfThisMachine},
                m_loop),
         m_server(presence->listening(), m_session, m_host, m_loop),
         m_presence(std::move(presence)) {
@@ -54,22 +118,22 @@ class Daemon {
 
  private:
   void watchSurroundings() {
-    for (const fs::path& path :
-         {m_setup.places.socket, lockOf(m_setup.places.folder), m_setup.machine, m_session.record()}) {
+    for (const fs::path& path : {m_setup.places.socket, m_setup.places.lock(), m_setup.machine, m_session.record()}) {
       if (!path.empty()) m_watch->add(path);
     }
     if (m_lifeline) {
       m_loop.watch(m_lifeline.number(), POLLIN, [this](short) {
         const bool isCut = Lifeline::isCut(m_lifeline);
-        m_mustLook = isCut || m_mustLook;
-        if (isCut) m_loop.forget(m_lifeline.number());  // its end is told for ever
+        m_mustCheck = isCut || m_mustCheck;
+        if (isCut) m_loop.forget(m_lifeline.number());  // it stays readable, and the loop would spin
       });
     }
     if (m_watch->descriptor() < 0) return;
-    m_loop.watch(m_watch->descriptor(), POLLIN, [this](short) { m_mustLook = !m_watch->take().empty() || m_mustLook; });
+    m_loop.watch(m_watch->descriptor(), POLLIN,
+                 [this](short) { m_mustCheck = !m_watch->take().empty() || m_mustCheck; });
   }
 
-  bool mustPoll() const { return m_host.mustPoll() || m_watch->descriptor() < 0 || m_mustLook; }
+  bool mustPoll() const { return m_host.mustPoll() || m_watch->descriptor() < 0 || m_mustCheck; }
 
   int timeout() const {
     constexpr int polling = PathWatch::pollingSeconds * 1000;
@@ -91,7 +155,7 @@ class Daemon {
 
   void settle() {
     if (m_server.shallQuit()) end();
-    if (!m_isEnding && mustPoll()) lookAround();
+    if (!m_isEnding && mustPoll()) checkSurroundings();
     m_host.settle();
     m_server.settle();
     auto wake = m_host.wakeAt();
@@ -99,35 +163,34 @@ class Daemon {
     m_alarm.set(wake);
   }
 
-  /// A machine that is thrown away or left alone and a session that is over take their host with them. Otherwise the
-  /// host stays to be found.
-  void lookAround() {
-    m_mustLook = false;
+  /// Ends the host with its machine or session. Otherwise sees to it that clients still find it.
+  void checkSurroundings() {
+    m_mustCheck = false;
     if (isMachineGone(m_setup) || Lifeline::isCut(m_lifeline) || m_session.isOver()) return end();
     if (!m_presence->isWhole()) renewPresence();
-    if (m_mustNote) m_mustNote = !m_host.noteAgain();
-    m_mustLook = m_mustLook || m_mustNote;
+    if (m_mustSave) m_mustSave = !m_host.saveAgain();
+    m_mustCheck = m_mustCheck || m_mustSave;
   }
 
   void renewPresence() {
-    const auto renewed = m_presence->renew([this](int listening) { m_server.listenAnewAt(listening); });
+    const auto renewed = m_presence->renew([this](int listening) { m_server.replaceSocket(listening); });
     if (!renewed) {
-      m_mustLook = true;  // the disk may be full, or the folder not be mounted: this is tried again
+      m_mustCheck = true;  // the disk may be full or the folder not mounted: tried again
     } else if (*renewed) {
-      m_mustNote = true;  // the notes may have gone with the socket
+      m_mustSave = true;  // the list and the records may have been deleted with the socket
     } else {
-      m_replacedJobs = m_host.noted();
+      m_jobsToHandOver = m_host.savedFiles();
       m_isReplaced = true;
-      m_mustNote = false;  // the list is another's now
+      m_mustSave = false;  // the list belongs to the other host now
       end();
     }
   }
 
-  /// The other host was started without knowing of this one's jobs. It tells in its log what it can't load. One that
-  /// isn't reached is about to begin, or to end.
+  /// Sends the list of jobs to the host that has taken this one's place, which was started without it. If that host
+  /// can't be reached, it is starting or ending at this moment, so this is repeated.
   void handOver() {
     using Clock = std::chrono::steady_clock;
-    m_host.kill();  // what didn't end in time
+    m_host.kill();  // or the other host would start jobs of which processes still run
     const auto until = Clock::now() + longestQuit + longestAnswer;
     auto handed = offerJobs();
     while (handed && !*handed && Clock::now() < until) {
@@ -135,26 +198,27 @@ class Daemon {
       handed = offerJobs();
     }
     if (handed && *handed) return;
-    m_host.tell("can't hand over its jobs to the next host: " + (handed ? "it isn't reached" : handed.error().text()));
+    m_host.logMessage("can't hand over its jobs to the next host: " +
+                      (handed ? "it can't be reached" : handed.error().text()));
   }
 
-  /// False: there is another host, and it isn't reached.
+  /// False if there is another host that can't be reached at the moment.
   Result<bool> offerJobs() {
     const auto taken = HostClient(m_setup.places.socket)
-                           .ask(hostdata::TakeOver{.paths = {m_replacedJobs.begin(), m_replacedJobs.end()}});
+                           .ask(hostdata::TakeOver{.paths = {m_jobsToHandOver.begin(), m_jobsToHandOver.end()}});
     if (taken) return true;
     if (!HostClient::isNoHost(taken.error()) && !HostClient::isHangUp(taken.error())) return taken.error();
     const auto presence = Presence::claim(m_setup.places);
     if (!presence) return presence.error();
-    return *presence ? noteJobs() : Result<bool>(false);
+    return *presence ? saveJobs() : Result<bool>(false);
   }
 
-  /// For whichever host comes next, while none is there.
-  Result<bool> noteJobs() {
-    LoadedJobs list(LoadedJobs::fileIn(m_setup.places.folder));
+  /// Adds the jobs to the list of the next host. Called with the lock, while there is no other host.
+  Result<bool> saveJobs() {
+    LoadedJobs list(m_setup.places.loadedJobs());
     const auto known = list.read();
-    if (!known) m_host.tell("can't tell which jobs were loaded: " + known.error().text());
-    std::set<fs::path> files(m_replacedJobs.begin(), m_replacedJobs.end());
+    if (!known) m_host.logMessage("can't determine which jobs were loaded: " + known.error().text());
+    std::set<fs::path> files(m_jobsToHandOver.begin(), m_jobsToHandOver.end());
     if (known) files.insert(known->begin(), known->end());
     const auto written = list.write({files.begin(), files.end()});
     return written ? Result<bool>(true) : written.error();
@@ -169,11 +233,12 @@ class Daemon {
   std::unique_ptr<PathWatch> m_watch = makePathWatch();  ///< of what the host itself depends on
   Host m_host;
   Server m_server;
-  std::unique_ptr<Presence>
-      m_presence;  ///< goes before the server hangs up: whoever waits for that may start the next host at once
-  std::vector<fs::path> m_replacedJobs;
-  bool m_mustLook = true;
-  bool m_mustNote = false;  ///< what is loaded, and runs
+  // Destroyed before the server closes its connections: a client that waits for that may start the next host
+  // immediately.
+  std::unique_ptr<Presence> m_presence;
+  std::vector<fs::path> m_jobsToHandOver;
+  bool m_mustCheck = true;  ///< the surroundings may have changed
+  bool m_mustSave = false;  ///< the list and the records
   bool m_isEnding = false;
   bool m_isReplaced = false;
 };
@@ -181,8 +246,10 @@ class Daemon {
 }  // namespace
 
 Result<void> runHost(const HostSetup& setup, const std::function<void()>& isReady) {
-  if (Lifeline::isCut(Lifeline::grasp(setup.machine))) {
-    return Error{.code = Error::Code::NotFound, .message = "whoever made this machine has gone", .file = setup.machine};
+  if (Lifeline::isCut(Lifeline::open(setup.machine))) {
+    return Error{.code = Error::Code::NotFound,
+                 .message = "the process that created this machine has ended",
+                 .file = setup.machine};
   }
   auto presence = Presence::claim(setup.places);
   if (presence && !*presence && setup.beginsSession) presence = succeed(setup, isReady);

@@ -1,6 +1,5 @@
 #include "helpers/host/Host.h"
 
-#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,8 +10,6 @@
 #include "core/files/ReadFile.h"
 #include "core/files/RegularFile.h"
 #include "helpers/hostdata/EnabledJobs.h"
-#include "helpers/hostdata/HostMessages.h"
-#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel::host {
@@ -35,6 +32,7 @@ bool exists(const std::string& path) {
   return fs::exists(path, failure);
 }
 
+/// The open file is checked, and read through the same descriptor, so that it can't be replaced in between.
 Result<jobfile::Plist> readJob(const fs::path& file) {
   if (!file.is_absolute()) {
     return Error{.code = Error::Code::BadArgument, .message = "the path isn't absolute", .file = file};
@@ -51,10 +49,19 @@ Result<jobfile::Plist> readJob(const fs::path& file) {
   return error;
 }
 
-/// Whether the job is loaded at a start; what can't be read is tried all the same, which tells why it can't be loaded.
+/// True for a file that can't be read: loading it then reports the reason.
 Result<bool> isEnabledIn(const fs::path& file) {
   const auto plist = readJob(file);
   return plist ? isEnabled(*plist) : true;
+}
+
+/// `existing` is the job with the same label.
+Error alreadyLoaded(const JobRunner& existing, const fs::path& file) {
+  if (existing.job().isUnloaded()) return existing.stillRunning();
+  const bool isSame = existing.file() == file;
+  return {.code = Error::Code::BadArgument,
+          .message = existing.label() + " is loaded already" + (isSame ? "" : ", from " + existing.file().string()),
+          .file = file};
 }
 
 }  // namespace
@@ -63,16 +70,18 @@ Host::Host(Settings settings, PollLoop& loop)
     : m_settings(std::move(settings)),
       m_loop(loop),
       m_calendar(m_settings.zone()),
-      m_log(m_settings.folder / "log"),
-      m_loadedJobs(LoadedJobs::fileIn(m_settings.folder)),
-      m_runNotes(runNotesIn(m_settings.folder)),
+      m_log(m_settings.places.log()),
+      m_loadedJobs(m_settings.places.loadedJobs()),
+      m_runRecords(m_settings.places.runs()),
+      m_discarded(loop),
+      m_shared{.loop = loop,
+               .log = m_log,
+               .records = m_runRecords,
+               .environment = m_settings.environment,
+               .discarded = m_discarded},
       m_surroundings{.exists = exists,
                      .holdsFiles = holdsFiles,
-                     .isLoaded =
-                         [this](const std::string& label) {
-                           const auto found = m_jobs.find(label);
-                           return found != m_jobs.end() && !found->second->job.isUnloaded();
-                         },
+                     .isLoaded = [this](const std::string& label) { return isLoaded(label) && !isEnding(label); },
                      .firstRun = [this](auto rules, auto after) { return m_calendar.firstRun(rules, after); }},
       m_pathWatch(makePathWatch()) {
   watchPaths();
@@ -81,26 +90,23 @@ Host::Host(Settings settings, PollLoop& loop)
 
 Host::~Host() {
   kill();
-  for (const auto& [label, entry] : m_jobs) {
-    if (entry->process.output) m_loop.forget(entry->process.output.number());
-  }
-  for (const auto& [number, file] : m_leftOutputs) m_loop.forget(number);
   if (m_pathWatch->descriptor() >= 0) m_loop.forget(m_pathWatch->descriptor());
   if (m_mountWatch.descriptor() >= 0) m_loop.forget(m_mountWatch.descriptor());
 }
 
+// Jobs first: a job with remaining processes is loaded, but not started, before they are gone.
 void Host::restore() {
   const auto files = m_loadedJobs.read();
-  if (!files) tell("can't tell which jobs were loaded: " + files.error().text());
+  if (!files) logMessage("can't determine which jobs were loaded: " + files.error().text());
   for (const fs::path& file : files ? *files : std::vector<fs::path>()) restore(file);
-  for (const RunNote& note : m_runNotes.read()) inherit(note);
+  for (const RunRecord& record : m_runRecords.read()) inherit(record);
 }
 
 void Host::restore(const fs::path& file) {
   const auto enabled = isEnabledIn(file);
   if (!enabled) return restoreLater(file, enabled.error());
-  if (!*enabled) return;  // it was switched off while no host was there
-  const auto added = add(file, Noted::Yes);
+  if (!*enabled) return;
+  const auto added = add(file, Lifetime::Permanent);
   if (!added) restoreLater(file, added.error());
 }
 
@@ -108,24 +114,20 @@ Result<void> Host::takeOver(const std::vector<fs::path>& files) {
   for (const fs::path& file : files) {
     if (find(file, std::nullopt) == m_jobs.end()) restore(file);
   }
-  return note();
-}
-
-void Host::tell(std::string text) {
-  addToLog(ownLabel, std::move(text));
+  return save();
 }
 
 void Host::loadEnabled(const fs::path& folder) {
   for (const EnabledJob& job : enabledJobsIn(folder)) {
     if (isLoaded(job.label) && !isEnding(job.label)) continue;
     const auto loaded = job.isCertain ? load(job.file) : job.isCertain;
-    if (!loaded) tell("can't load " + job.file.string() + ": " + loaded.error().text());
+    if (!loaded) logMessage("can't load " + job.file.string() + ": " + loaded.error().text());
   }
 }
 
-/// The file may lie on a disk that isn't there yet, or somebody may just be writing it.
+// The file may be on a disk that isn't mounted yet, or be incomplete because a program is writing it.
 void Host::restoreLater(const fs::path& file, const Error& error) {
-  tell("can't load " + file.string() + ", and tries again when it changes: " + error.text());
+  logMessage("can't load " + file.string() + ", and tries again when it changes: " + error.text());
   addPending(file);
 }
 
@@ -133,107 +135,92 @@ void Host::addPending(const fs::path& file) {
   if (m_pending.insert(file).second) m_pathWatch->add(file);
 }
 
-void Host::retry(const fs::path& file) {
-  if (m_quitBy || m_pending.count(file) == 0) return;
-  const auto enabled = isEnabledIn(file);
-  if (enabled && !*enabled) return dropPending(file);
-  if (enabled && add(file, Noted::Yes)) dropPending(file);
-}
-
 void Host::dropPending(const fs::path& file) {
   if (m_pending.erase(file) > 0) m_pathWatch->remove(file);
 }
 
-/// What a host that was killed has left of a run is stopped; until then nothing of that label is started.
-void Host::inherit(const RunNote& note) {
-  if (processesOf(note.run, Reach::Everything).empty()) return m_runNotes.remove(note.run);
-  auto found = m_jobs.find(note.label);
-  if (found == m_jobs.end()) {
-    JobRules rules;
-    rules.label = note.label;
-    auto entry = std::make_unique<Entry>(Entry{.serial = ++m_lastSerial,
-                                               .file = note.file,
-                                               .job = HostedJob(rules, m_surroundings),
-                                               .plan = {},
-                                               .noted = Noted::No});
-    entry->job.foundRunning(currentTime());
-    entry->job.unload(currentTime());
-    found = m_jobs.emplace(note.label, std::move(entry)).first;
-  } else {
-    found->second->job.foundRunning(currentTime());
-  }
-  found->second->inherited.push_back(note.run);
-  addToLog(note.label, note.label + ": a run that was left by a job host that was killed is stopped");
+void Host::retry(const fs::path& file) {
+  if (m_quitBy || m_pending.count(file) == 0) return;
+  const auto enabled = isEnabledIn(file);
+  if (enabled && !*enabled) return dropPending(file);
+  if (enabled && add(file, Lifetime::Permanent)) dropPending(file);
 }
 
-Result<void> Host::load(const fs::path& file, Noted noted) {
-  if (m_quitBy) return Error{.code = Error::Code::Io, .message = "the job host is about to end"};
-  const auto added = add(file, noted);
-  if (!added && added.error().code == Error::Code::StillRunning && noted == Noted::Yes) {
-    addPending(file);  // for when its last run has ended
-    (void)note();      // the answer is an error anyway
+void Host::inherit(const RunRecord& record) {
+  if (processesOf(record.run, Reach::Everything).empty()) return m_runRecords.remove(record.run);
+  if (const auto found = m_jobs.find(record.label); found != m_jobs.end()) {
+    return found->second.runner->inherit(record.run);
+  }
+  // A job that isn't loaded any more gets an entry until its processes are gone, so that its label isn't loaded before.
+  JobRules rules;
+  rules.label = record.label;
+  JobRunner& runner = *insert(record.file, rules, {}, Lifetime::Temporary).runner;
+  runner.inherit(record.run);
+  runner.job().unload(currentTime());
+}
+
+Result<void> Host::load(const fs::path& file, Lifetime lifetime) {
+  if (m_quitBy) return Error{.code = Error::Code::Io, .message = "the job host is shutting down"};
+  const auto added = add(file, lifetime);
+  if (!added && added.error().code == Error::Code::StillRunning && lifetime == Lifetime::Permanent) {
+    addPending(file);  // `forget` retries it
+    (void)save();      // the reply is an error in any case
   }
   if (!added) return added.error();
   dropPending(file);
-  if (noted == Noted::No) return {};
-  auto written = note();
-  if (!written) forget(*m_jobs.at(*added));
-  return written;
+  if (lifetime == Lifetime::Temporary) return {};
+  auto saved = save();  // before the reply, so that a job whose loading was confirmed survives a crash
+  if (!saved) forget(*added);
+  return saved;
 }
 
-Error Host::alreadyLoaded(const Entry& entry, const fs::path& file) {
-  const std::string& label = entry.job.rules().label;
-  if (entry.job.isUnloaded()) return stillRunning(entry);
-  const bool isSame = entry.file == file;
-  return {.code = Error::Code::BadArgument,
-          .message = label + " is loaded already" + (isSame ? "" : ", from " + entry.file.string()),
-          .file = file};
-}
-
-Result<std::string> Host::add(const fs::path& file, Noted noted) {
+Result<std::string> Host::add(const fs::path& file, Lifetime lifetime) {
   const auto plist = readJob(file);
   if (!plist) return plist.error();
   if (const auto safe = checkRunnable(*plist, ::geteuid()); !safe) return safe.error();
   const std::string& label = plist->name;
   if (label.empty()) return Error{.code = Error::Code::MissingKey, .message = "the label is empty", .file = file};
-  if (const auto found = m_jobs.find(label); found != m_jobs.end()) return alreadyLoaded(*found->second, file);
-  auto entry = std::make_unique<Entry>(Entry{.serial = ++m_lastSerial,
-                                             .file = file,
-                                             .job = HostedJob(JobRules::of(*plist), m_surroundings),
-                                             .plan = ProcessPlan::of(*plist),
-                                             .noted = noted});
-  if (entry->plan.program.empty()) {
+  if (const auto found = m_jobs.find(label); found != m_jobs.end()) return alreadyLoaded(*found->second.runner, file);
+  ProcessPlan plan = ProcessPlan::of(*plist);
+  if (plan.program.empty()) {
     return Error{
         .code = Error::Code::MissingKey, .message = "there is neither Program nor ProgramArguments", .file = file};
   }
-  for (const std::string& path : entry->job.rules().pathsToWatch()) m_pathWatch->add(path);
-  if (entry->job.rules().startOnMount) watchMounts();
-  entry->job.load(currentTime());
-  tellOfUnserved(label, *plist);
-  m_jobs.insert_or_assign(label, std::move(entry));
-  m_hasNews = true;
+  HostedJob& job = insert(file, JobRules::of(*plist), std::move(plan), lifetime).runner->job();
+  for (const std::string& path : job.rules().pathsToWatch()) m_pathWatch->add(path);
+  if (job.rules().startOnMount) watchMounts();
+  job.load(currentTime());
+  logUnsupported(label, *plist);
   return label;
 }
 
-void Host::tellOfUnserved(const std::string& label, const jobfile::Plist& plist) {
+Host::Entry& Host::insert(const fs::path& file, JobRules rules, ProcessPlan plan, Lifetime lifetime) {
+  m_hasNews = true;
+  const std::string label = rules.label;
+  auto runner =
+      std::make_unique<JobRunner>(HostedJob(std::move(rules), m_surroundings), file, std::move(plan), m_shared);
+  return m_jobs.insert_or_assign(label, Entry{++m_lastSerial, lifetime, std::move(runner)}).first->second;
+}
+
+void Host::logUnsupported(const std::string& label, const jobfile::Plist& plist) {
   for (const std::string& name : unservedKeys(plist)) {
-    addToLog(label, label + ": this host can't serve the key " + name + "; it runs the rest of the job");
+    addToLog(label, label + ": the key " + name + " isn't supported by this host; the rest of the job is run");
   }
   for (const std::string& name : unusableValues(plist)) {
     addToLog(label, label + ": the value of " + name + " can't be used; the rest of the job is run");
   }
   if (plist.startOnMount == true && m_mountWatch.descriptor() < 0) {
-    addToLog(label, label + ": this host can't notice mounts here; it runs the rest of the job");
+    addToLog(label, label + ": mounts can't be noticed on this system; the rest of the job is run");
   }
 }
 
 Host::Jobs::iterator Host::find(const fs::path& file, const std::optional<std::string>& label) {
   if (label) {
     const auto found = m_jobs.find(*label);
-    const bool isAnothers = found != m_jobs.end() && !file.empty() && !mayBeLoadedFrom(found->second->file, file);
-    return isAnothers ? m_jobs.end() : found;
+    const bool isOther = found != m_jobs.end() && !file.empty() && !mayBeLoadedFrom(found->second.runner->file(), file);
+    return isOther ? m_jobs.end() : found;
   }
-  return std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& job) { return job.second->file == file; });
+  return std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& job) { return job.second.runner->file() == file; });
 }
 
 Result<std::optional<Host::Serial>> Host::unload(const fs::path& file, const std::optional<std::string>& label) {
@@ -241,14 +228,14 @@ Result<std::optional<Host::Serial>> Host::unload(const fs::path& file, const std
   const bool wasPending = m_pending.count(file) > 0;
   const auto found = find(file, label);
   if (found == m_jobs.end() && !wasPending) return Unloaded();
-  Entry* const entry = found == m_jobs.end() ? nullptr : found->second.get();
-  const bool isNoted = wasPending || (entry && !entry->job.isUnloaded() && entry->noted == Noted::Yes);
+  Entry* const entry = found == m_jobs.end() ? nullptr : &found->second;
+  const bool isSaved = wasPending || (entry && !entry->isUnloaded() && entry->lifetime == Lifetime::Permanent);
   if (wasPending) dropPending(file);
-  const auto written = isNoted && !m_quitBy ? note(entry) : Result<void>();
-  if (!written && wasPending) addPending(file);
-  if (!written) return written.error();
+  const auto saved = isSaved && !m_quitBy ? save(entry) : Result<void>();
+  if (!saved && wasPending) addPending(file);
+  if (!saved) return saved.error();
   if (!entry) return Unloaded();
-  if (!entry->job.isUnloaded()) entry->job.unload(currentTime());
+  if (!entry->isUnloaded()) entry->runner->job().unload(currentTime());
   m_hasNews = true;
   return Unloaded(entry->serial);
 }
@@ -257,95 +244,97 @@ void Host::quit() {
   const HostTime now = currentTime();
   m_quitBy = now.running + longestQuit;
   m_hasNews = true;
-  for (const auto& [label, entry] : m_jobs) entry->job.unload(now, longestStop);
+  for (const auto& [label, entry] : m_jobs) entry.runner->job().unload(now, longestStop);
 }
 
 void Host::kill() const {
-  for (const auto& [label, entry] : m_jobs) signal(*entry, SIGKILL);
+  for (const auto& [label, entry] : m_jobs) entry.runner->kill();
 }
 
 bool Host::hasQuit() const {
   return m_quitBy && (m_jobs.empty() || currentTime().running >= *m_quitBy);
 }
 
-const Host::Entry* Host::entryOf(Serial job) const {
+bool Host::isEnding(const std::string& label) const {
+  const auto found = m_jobs.find(label);
+  return found != m_jobs.end() && found->second.isUnloaded();
+}
+
+const Host::Entry* Host::find(Serial job) const {
   const auto found =
-      std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& loaded) { return loaded.second->serial == job; });
-  return found == m_jobs.end() ? nullptr : found->second.get();
+      std::find_if(m_jobs.begin(), m_jobs.end(), [&](const auto& loaded) { return loaded.second.serial == job; });
+  return found == m_jobs.end() ? nullptr : &found->second;
 }
 
 std::optional<Host::Serial> Host::serialOf(const std::string& label) const {
   const auto found = m_jobs.find(label);
-  return found == m_jobs.end() ? std::nullopt : std::optional(found->second->serial);
+  return found == m_jobs.end() ? std::nullopt : std::optional(found->second.serial);
 }
 
 Error Host::stillRunning(Serial job) const {
-  const Entry* const entry = entryOf(job);
-  return entry ? stillRunning(*entry) : Error{.code = Error::Code::NotFound, .message = "the job isn't loaded"};
-}
-
-Error Host::stillRunning(const Entry& entry) {
-  std::string processes;
-  for (const pid_t process : leftOf(entry)) {
-    processes += (processes.empty() ? "" : ", ") + std::to_string(process);
-  }
-  return {.code = Error::Code::StillRunning,
-          .message = entry.job.rules().label + " was asked to end and is still running" +
-                     (processes.empty() ? "" : ", as process " + processes)};
+  const Entry* const entry = find(job);
+  return entry ? entry->runner->stillRunning()
+               : Error{.code = Error::Code::NotFound, .message = "the job isn't loaded"};
 }
 
 bool Host::hasRun(Serial job) const {
-  const Entry* const entry = entryOf(job);
-  return entry && entry->job.lastEnd().has_value();
+  const Entry* const entry = find(job);
+  return entry && entry->runner->job().lastEnd().has_value();
 }
 
 std::vector<HostedJobStatus> Host::status() const {
   const HostTime now = currentTime();
   std::vector<HostedJobStatus> result;
   result.reserve(m_jobs.size());
-  for (const auto& [label, entry] : m_jobs) {
-    HostedJobStatus status{.label = label, .path = entry->file, .nextRun = entry->job.nextRun(now)};
-    if (entry->process.id > 0 && !entry->job.isClearing()) status.process = entry->process.id;
-    if (const auto& end = entry->job.lastEnd()) {
-      status.lastEnd = end->text();
-      status.lastCode = end->code;
-      status.lastSignal = end->signal;
-    }
-    result.push_back(std::move(status));
-  }
+  for (const auto& [label, entry] : m_jobs) result.push_back(entry.runner->status(now));
   return result;
+}
+
+void Host::collect() {
+  for (const auto& [label, entry] : m_jobs) m_hasNews = entry.runner->collect() || m_hasNews;
 }
 
 void Host::settle() {
   const HostTime now = currentTime();
-  noteClock(now);
+  updateClock(now);
   if (mustPoll()) takePathChanges();
   if (m_wakeAt && now.running >= *m_wakeAt) m_hasNews = true;
   if (!m_hasNews) return;
-  for (const auto& [label, entry] : m_jobs) clear(*entry);
-  // What one job does can be what another waits for; but each waits at least a second between two starts.
+  for (const auto& [label, entry] : m_jobs) entry.runner->checkRemains();
+  followDecisions(now);
+  planWake(now);
+}
+
+// What one job does can be the condition of another, so this repeats until nothing changes. The number of rounds is
+// limited so that jobs that keep starting each other leave time for the rest of the loop.
+void Host::followDecisions(const HostTime& now) {
   for (std::size_t rounds = 0; rounds <= m_jobs.size() && std::exchange(m_hasNews, false); ++rounds) {
-    std::vector<Entry*> entries;
-    for (const auto& [label, entry] : m_jobs) entries.push_back(entry.get());
-    for (Entry* const entry : entries) followOrders(*entry, now);
+    std::vector<std::pair<std::string, JobRunner*>> runners;  // a copy: `forget` removes and adds jobs
+    for (const auto& [label, entry] : m_jobs) runners.emplace_back(label, entry.runner.get());
+    for (const auto& [label, runner] : runners) {
+      if (!runner->followDecisions(now)) forget(label);
+    }
   }
+}
+
+void Host::planWake(const HostTime& now) {
   m_wakeAt = m_quitBy;
   if (m_hasNews) m_wakeAt = now.running + std::chrono::seconds(1);
   for (const auto& [label, entry] : m_jobs) {
-    const auto wake = entry->job.wakeAt(now);
+    const auto wake = entry.runner->job().wakeAt(now);
     if (wake) m_wakeAt = std::min(m_wakeAt.value_or(*wake), *wake);
   }
 }
 
-void Host::noteClock(const HostTime& now) {
+void Host::updateClock(const HostTime& now) {
   using namespace std::chrono_literals;
   const auto difference = now.wall.time_since_epoch() - now.running;
   const auto change = difference - m_clockDifference.value_or(difference);
   m_clockDifference = difference;
-  if (change < 1s && change > -1s) return;  // a clock that is kept right goes a little faster or slower
+  if (change < 1s && change > -1s) return;  // a clock that is synchronised by adjusting its speed
   m_hasNews = true;
   for (const auto& [label, entry] : m_jobs) {
-    entry->job.clockChanged(now, std::chrono::duration_cast<std::chrono::milliseconds>(change));
+    entry.runner->job().clockChanged(now, std::chrono::duration_cast<std::chrono::milliseconds>(change));
   }
 }
 
@@ -360,7 +349,7 @@ void Host::watchMounts() {
   m_loop.watch(m_mountWatch.descriptor(), POLLPRI, [this](short) {
     if (!m_mountWatch.take()) return;
     m_hasNews = true;
-    for (const auto& [label, entry] : m_jobs) entry->job.mounted();
+    for (const auto& [label, entry] : m_jobs) entry.runner->job().mounted();
   });
 }
 
@@ -368,57 +357,56 @@ void Host::takePathChanges() {
   const auto changed = m_pathWatch->take();
   if (changed.empty()) return;
   m_hasNews = true;
-  if (changed.count(zoneFile) > 0) takeZone(currentTime());
+  if (changed.count(zoneFile) > 0) updateZone(currentTime());
   for (const auto& [label, entry] : m_jobs) {
-    const auto& watched = entry->job.rules().watchPaths;
+    HostedJob& job = entry.runner->job();
+    const auto& watched = job.rules().watchPaths;
     const bool isHit =
         std::any_of(watched.begin(), watched.end(), [&](const std::string& path) { return changed.count(path) > 0; });
-    if (isHit) entry->job.watchedPathChanged();
+    if (isHit) job.watchedPathChanged();
   }
   for (const std::string& path : changed) retry(path);
 }
 
-void Host::takeZone(const HostTime& now) {
+void Host::updateZone(const HostTime& now) {
   if (!m_calendar.setZone(m_settings.zone())) return;
-  for (const auto& [label, entry] : m_jobs) entry->job.zoneChanged(now);
+  for (const auto& [label, entry] : m_jobs) entry.runner->job().zoneChanged(now);
 }
 
-std::vector<fs::path> Host::noted(const Entry* without) const {
+std::vector<fs::path> Host::savedFiles(const Entry* without) const {
   std::vector<fs::path> files(m_pending.begin(), m_pending.end());
   for (const auto& [label, entry] : m_jobs) {
-    const bool isNoted = entry->noted == Noted::Yes && !entry->job.isUnloaded() && entry.get() != without;
-    if (isNoted) files.push_back(entry->file);
+    const bool isSaved = entry.lifetime == Lifetime::Permanent && !entry.isUnloaded() && &entry != without;
+    if (isSaved) files.push_back(entry.runner->file());
   }
   return files;
 }
 
-/// The list comes last: it tells that all is noted. It may be that of another host, which has been there meanwhile.
-bool Host::noteAgain() {
-  bool isNoted = true;
-  for (const auto& [label, entry] : m_jobs) isNoted = noteRun(*entry) && isNoted;
+// The list comes last: its existence means that everything is saved. It may be that of another host that was running in
+// the meantime, whose jobs are then taken over.
+bool Host::saveAgain() {
+  bool isSaved = true;
+  for (const auto& [label, entry] : m_jobs) isSaved = entry.runner->saveRecords() && isSaved;
   const auto found = m_loadedJobs.read();
-  return takeOver(found ? *found : std::vector<fs::path>()) && isNoted;
+  return takeOver(found ? *found : std::vector<fs::path>()) && isSaved;
 }
 
-void Host::forget(Entry& entry) {
-  for (const std::string& path : entry.job.rules().pathsToWatch()) m_pathWatch->remove(path);
-  if (entry.process.output) m_loop.forget(entry.process.output.number());
-  m_jobs.erase(std::string(entry.job.rules().label));
+void Host::forget(const std::string& label) {
+  const auto found = m_jobs.find(label);
+  for (const std::string& path : found->second.runner->job().rules().pathsToWatch()) m_pathWatch->remove(path);
+  m_jobs.erase(found);
   m_hasNews = true;
   if (m_quitBy) return;
-  const std::set<fs::path> pending = m_pending;  // one of them may have the label that is free now
+  const std::set<fs::path> pending = m_pending;  // one of them may have this label, which is free now
   for (const fs::path& file : pending) retry(file);
 }
 
-void Host::addToLog(const Entry& entry, std::vector<std::string> lines) {
-  const std::string& label = entry.job.rules().label;
-  const std::string begin = label + '[' + std::to_string(entry.process.id) + "]: ";
-  for (std::string& line : lines) line.insert(0, begin);
-  (void)m_log.add(label, currentTime().wall, lines);  // the jobs come first: they run with a full disk too
+void Host::logMessage(const std::string& text) {
+  addToLog(ownLabel, text);
 }
 
-void Host::addToLog(const std::string& label, std::string text) {
-  (void)m_log.add(label, currentTime().wall, {std::move(text)});  // likewise
+void Host::addToLog(const std::string& label, const std::string& text) {
+  (void)m_log.add(label, currentTime().wall, {text});  // jobs run even if the disk is full
 }
 
 }  // namespace mirvel::host

@@ -37,7 +37,8 @@ void HostedJob::unload(const HostTime& now, milliseconds patience) {
   m_isUnloaded = true;
 }
 
-/// What is being stopped already isn't asked twice, unless there is more to stop now.
+// SIGTERM is sent twice only if `unload` comes while the leftovers of a run are stopped: it extends the stop from the
+// group to all processes of the run (`Reach`).
 void HostedJob::beginToStop(const HostTime& now, milliseconds patience) {
   if (!m_isUnloaded) m_isTerminated = false;
   if (m_isKilled) return;
@@ -110,7 +111,7 @@ std::optional<milliseconds> HostedJob::wakeAt(const HostTime& now) const {
   std::optional<milliseconds> earliest;
   const auto add = [&](milliseconds time) { earliest = std::min(earliest.value_or(time), time); };
   if (m_isUnloaded || m_isClearing) {
-    // Nobody tells of the end of processes that aren't children.
+    // The system doesn't report the end of processes that aren't children, so they are polled.
     if (m_isClearing) add(now.running + (m_isKilled ? 250ms : 100ms));
     if (m_killAt) add(*m_killAt);
     return earliest;
@@ -135,8 +136,8 @@ void HostedJob::planCalendar(const HostTime& now) {
   if (!m_rules.calendar.empty()) m_nextCalendar = m_surroundings->firstRun(m_rules.calendar, floor<seconds>(now.wall));
 }
 
-/// However many times were missed while the machine slept, they make one run. A time that comes while the job is still
-/// running makes none (launchd.plist(5), StartInterval).
+// However many times passed while the machine slept, they result in one run. A time that comes while the job runs is
+// dropped (launchd.plist(5), StartInterval), but not while only its leftovers are stopped.
 void HostedJob::takeDueTimes(const HostTime& now) {
   bool isDue = false;
   if (m_nextInterval && *m_nextInterval <= now.running) {
@@ -157,7 +158,7 @@ bool HostedJob::isWanted() const {
          std::any_of(m_rules.queueDirectories.begin(), m_rules.queueDirectories.end(), m_surroundings->holdsFiles);
 }
 
-/// Any one of the conditions is enough.
+// The conditions are alternatives (launchd.plist(5), KeepAlive).
 bool HostedJob::isKeptAlive() const {
   if (m_rules.keepAlive) return true;
   if (m_rules.onlyAfterInitialDemand && !m_hasStarted) return false;

@@ -6,96 +6,97 @@
 #include <span>
 #include <string>
 
+#include "helpers/host/HostTime.h"
 #include "helpers/host/JobRules.h"
 
 namespace mirvel::host {
 
-/// A moment by both clocks: the one that nobody sets and that counts on while the machine sleeps, and the one on the
-/// wall.
-struct HostTime {
-  std::chrono::milliseconds running{0};
-  std::chrono::sys_time<std::chrono::milliseconds> wall{};
-};
-
 /// How a process ended.
 struct ProcessEnd {
-  int code = 0;    ///< what it gave back, where no signal ended it
+  int code = 0;    ///< its exit status, if no signal ended it
   int signal = 0;  ///< 0: none
 
   bool isSuccess() const { return code == 0 && signal == 0; }
+  /// Whether a signal ended it that the system sends for a fault of the program, such as SIGSEGV.
   bool isCrash() const;
   /// "exited with 3", "was ended by signal 9 (Killed)".
   std::string text() const;
 };
 
-/// What a job asks about the world when it decides.
+/// The state of the machine on which the decisions of a job depend. The functions are called from `decide`, `wakeAt`
+/// and those that plan calendar runs, and must be cheap.
 struct Surroundings {
   std::function<bool(const std::string& path)> exists;
-  std::function<bool(const std::string& folder)> holdsFiles;
+  std::function<bool(const std::string& folder)> holdsFiles;  ///< false if it doesn't exist
   std::function<bool(const std::string& label)> isLoaded;
-  /// The first run of the rules after that moment.
+  /// The first run of any of the rules later than the moment; none if there is none.
   std::function<std::optional<std::chrono::sys_seconds>(std::span<const CalendarRule>, std::chrono::sys_seconds)>
       firstRun;
 };
 
-/// A loaded job: it is told what happens, and says what to do. It does nothing itself and knows no clock, so that its
-/// whole life can be gone through in a test.
+/// The state machine of a loaded job: it is notified of events and decides what to do next. It performs no actions and
+/// reads no clock, so a test can run through its whole life in virtual time. For one thread.
 ///
 ///     job.load(now);
-///     for (;;) switch (job.decide(now)) ...   until it is `Wait`; then sleep until `wakeAt` or an event
+///     for (;;) switch (job.decide(now)) ...   until `Wait`; then sleep until `wakeAt` or the next event
 class HostedJob {
  public:
   enum class Order {
-    Wait,       ///< nothing to do before `wakeAt`
-    Start,      ///< start its process, then call `started`
-    Terminate,  ///< send SIGTERM to what there is of the run
-    Kill,       ///< send SIGKILL to it
-    Forget      ///< it is unloaded, and nothing of it runs any more
+    Wait,       ///< do nothing before `wakeAt`
+    Start,      ///< start its process, then call `started` or `startFailed`
+    Terminate,  ///< send SIGTERM to all processes of the run
+    Kill,       ///< send SIGKILL to them
+    Forget      ///< delete this object: the job is unloaded and none of its processes remain
   };
 
+  /// `surroundings` must outlive the job.
   HostedJob(JobRules rules, const Surroundings& surroundings);
 
+  /// Called once: the intervals begin, and `RunAtLoad` takes effect.
   void load(const HostTime& now);
-  /// Its processes are stopped first, if it has any.
+  /// The job is never started again; its processes are stopped, and then `decide` returns `Forget`.
   void unload(const HostTime& now);
-  /// The same for a host that ends, with so much time at most.
+  /// Likewise, with at most `patience` between SIGTERM and SIGKILL. A repeated call can only shorten that time.
   void unload(const HostTime& now, std::chrono::milliseconds patience);
+  /// Its process was started.
   void started(const HostTime& now);
-  /// It couldn't be started for a reason that may pass: it is tried again as if it were wanted anew.
+  /// It couldn't be started for a temporary reason: `Start` is returned again after the throttle interval.
   void startFailed(const HostTime& now);
-  /// Its process has ended; also when it couldn't be started at all. With `Left::Others` the run isn't over: what the
-  /// process left running is stopped, until `cleared`.
+  /// Its process has ended, or could never be started. With `Left::Others` the run isn't over: the processes that it
+  /// left behind are stopped, and the job isn't started again before `cleared`.
   enum class Left { Nothing, Others };
   void ended(const ProcessEnd& end, const HostTime& now, Left left = Left::Nothing);
-  /// Processes of an earlier host's run are still there: they are stopped before the job is started.
+  /// Processes of an earlier host's run still exist: they are stopped, and the job isn't started before `cleared`.
   void foundRunning(const HostTime& now);
-  /// Nothing of the run is left.
+  /// No processes of the run remain.
   void cleared();
-  /// One of `WatchPaths` has changed.
+  /// One of `WatchPaths` has changed. A change while the job runs starts it again afterwards.
   void watchedPathChanged() { m_isDemanded = true; }
+  /// A volume was mounted.
   void mounted();
-  /// The clock on the wall was set by so much. If it is put right by less than an hour, a time between the old time and
-  /// the new is neither lost nor comes twice; after that nothing was missed, and what is due is found anew.
+  /// The wall clock was set by `change`. Less than an hour is a correction: the planned time is kept, so that a run
+  /// between the old and the new time is neither skipped nor repeated. After a larger change, the next run is computed
+  /// again, and nothing counts as missed.
   void clockChanged(const HostTime& now, std::chrono::milliseconds change);
-  /// The time zone is another: what is due is found anew.
+  /// The time zone was changed: the next calendar run is computed again.
   void zoneChanged(const HostTime& now) { planCalendar(now); }
 
-  /// The next thing to do now. Each order but `Wait` is given once.
+  /// What to do now. Called repeatedly until it returns `Wait`; every other order is returned once.
   Order decide(const HostTime& now);
-  /// When to ask again if nothing happens before, by the running clock.
+  /// When to call `decide` again if there is no event before, on the running clock; none: only after an event.
   std::optional<std::chrono::milliseconds> wakeAt(const HostTime& now) const;
 
   const JobRules& rules() const { return m_rules; }
   bool isRunning() const { return m_isRunning; }
-  /// Its process has ended, and what it left running is being stopped: look often whether it is gone.
+  /// Its process has ended, and the processes that it left behind are being stopped: the owner checks at each `wakeAt`
+  /// whether they are gone.
   bool isClearing() const { return m_isClearing; }
   bool isUnloaded() const { return m_isUnloaded; }
-  const std::optional<ProcessEnd>& lastEnd() const { return m_lastEnd; }
-  /// When it is started next by a timer.
-  std::optional<std::chrono::sys_seconds> nextRun(const HostTime& now) const;
-
-  /// SIGKILL was ordered: whatever is there all the same may be killed again.
+  /// `Kill` was returned for this run: remaining processes may be killed again.
   bool isKilled() const { return m_isKilled; }
+  const std::optional<ProcessEnd>& lastEnd() const { return m_lastEnd; }
+  /// The next start by `StartInterval` or `StartCalendarInterval`.
+  std::optional<std::chrono::sys_seconds> nextRun(const HostTime& now) const;
 
  private:
   void planCalendar(const HostTime& now);
@@ -108,17 +109,17 @@ class HostedJob {
 
   JobRules m_rules;
   const Surroundings* m_surroundings;
-  std::optional<std::chrono::milliseconds> m_nextInterval;
+  std::optional<std::chrono::milliseconds> m_nextInterval;  ///< running clock
   std::optional<std::chrono::sys_seconds> m_nextCalendar;
-  std::optional<std::chrono::milliseconds> m_lastAttempt;  ///< to start it
+  std::optional<std::chrono::milliseconds> m_lastAttempt;  ///< to start it; running clock
   std::optional<std::chrono::milliseconds> m_killAt;
   std::optional<ProcessEnd> m_lastEnd;
-  bool m_isDemanded = false;
+  bool m_isDemanded = false;  ///< an event asks for one start
   bool m_hasStarted = false;
   bool m_isRunning = false;
   bool m_isClearing = false;
   bool m_isUnloaded = false;
-  bool m_isTerminated = false;
+  bool m_isTerminated = false;  ///< `Terminate` was returned for this run
   bool m_isKilled = false;
 };
 

@@ -25,17 +25,17 @@ namespace {
 constexpr const char* extension = ".log";
 constexpr const char* olderExtension = ".older";
 
-/// A label may hold what no file name can.
+// A label can contain slashes and other characters that a file name can't.
 std::string fileName(const std::string& label) {
   constexpr std::size_t longest = 180;
   std::string name = String::percentEncoded(label, "-_.");
   if (name.starts_with('.')) name.replace(0, 1, "%2e");
-  // Two long labels with the same beginning share a file, in which each line still has its own label.
+  // Long labels with the same beginning share a file, which is harmless: each line begins with its label.
   if (name.size() > longest) name.resize(longest);
   return name;
 }
 
-/// "1700000000.250 text\n", with no other line end in it.
+/// "1700000000.250 text\n". The time has a fixed number of digits, so that it is easy to read in a terminal.
 std::string lineText(JobLog::Moment now, const std::string& text) {
   const auto milliseconds = now.time_since_epoch().count();
   const std::string fraction = std::to_string(1000 + milliseconds % 1000).substr(1);
@@ -47,6 +47,7 @@ std::string lineText(JobLog::Moment now, const std::string& text) {
 Result<void> append(const fs::path& file, const std::string& bytes) {
   const FileDescriptor opened(::open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
   if (!opened) return systemError(errno, "open", file);
+  // Without fsync: losing the last lines when the power fails is better than waiting for the disk at each line.
   const ssize_t written = ::write(opened.number(), bytes.data(), bytes.size());
   if (written != static_cast<ssize_t>(bytes.size())) return systemError(written < 0 ? errno : ENOSPC, "write", file);
   struct stat status {};
@@ -57,21 +58,21 @@ Result<void> append(const fs::path& file, const std::string& bytes) {
   return {};
 }
 
-/// The end of a file, from the first line that begins there.
+/// At most about `most` bytes from the end of a file, beginning with a whole line.
 Result<std::string> readEnd(const fs::path& file, std::size_t most) {
   const auto opened = RegularFile::open(file);
   if (!opened) return opened.error();
   const bool isWhole = opened->size <= most;
   if (!isWhole) ::lseek(opened->descriptor.number(), static_cast<off_t>(opened->size - most), SEEK_SET);
-  auto bytes = readFile(opened->descriptor.number(), 2 * most, file);
+  auto bytes = readFile(opened->descriptor.number(), 2 * most, file);  // the file may have grown since it was opened
   if (bytes && !isWhole) bytes->erase(0, bytes->find('\n'));
   return bytes;
 }
 
-/// The lines of one file that are asked for.
+/// Appends the matching lines of one file.
 void findIn(const fs::path& file, double since, std::string_view text, std::vector<messages::LogLine>& result) {
   const auto bytes = readEnd(file, 4 * JobLog::fileSize);
-  if (!bytes) return;  // renamed or removed just now
+  if (!bytes) return;  // rotated or pruned since the folder was listed
   std::string_view rest = *bytes;
   while (!rest.empty()) {
     const std::string_view line = rest.substr(0, rest.find('\n'));
@@ -84,7 +85,7 @@ void findIn(const fs::path& file, double since, std::string_view text, std::vect
   }
 }
 
-/// Log files of the folder; none if there is no such folder yet.
+/// The log files of the folder; none if the folder doesn't exist yet.
 std::vector<fs::path> filesIn(const fs::path& folder) {
   std::error_code failure;
   std::vector<fs::path> result;
@@ -92,7 +93,7 @@ std::vector<fs::path> filesIn(const fs::path& folder) {
     const auto kind = entry->path().extension();
     if (kind == extension || kind == olderExtension) result.push_back(entry->path());
   }
-  std::sort(result.begin(), result.end(), std::greater<>());  // the older file of a job before the newer
+  std::sort(result.begin(), result.end(), std::greater<>());  // ".log.older" before ".log" of the same label
   return result;
 }
 
@@ -115,8 +116,9 @@ fs::path JobLog::fileOf(const std::string& label) const {
 Result<void> JobLog::add(const std::string& label, Moment now, const std::vector<std::string>& lines) const {
   if (lines.empty()) return {};
   std::error_code failure;
-  fs::create_directory(m_folder, failure);  // if that fails, so does what follows, and tells why
-  // In pieces: short lines are many times as long with what stands before them.
+  fs::create_directory(m_folder, failure);  // on failure, the open below reports the reason
+  // In pieces: with their time and label, short lines become several times as long, and a file is rotated only after a
+  // write.
   std::string bytes;
   for (const std::string& line : lines) {
     bytes += lineText(now, line);
@@ -141,6 +143,46 @@ void JobLog::prune(Moment now) const {
     struct stat status {};
     if (::stat(file.c_str(), &status) == 0 && status.st_mtime < oldest) ::unlink(file.c_str());
   }
+}
+
+std::vector<std::string> OutputLines::add(std::string_view bytes, std::chrono::milliseconds now) {
+  std::vector<std::string> result;
+  if (!hasRoom(bytes.size(), now)) {
+    if (!std::exchange(m_isFull, true)) {
+      result = finish();
+      result.emplace_back("[the job prints too much: its output is dropped for some seconds]");
+    }
+    return result;
+  }
+  while (!bytes.empty()) {
+    const std::size_t end = std::min(bytes.find('\n'), bytes.size());
+    const std::size_t count = std::min(end, longestLine - m_line.size());
+    m_line += bytes.substr(0, count);
+    bytes.remove_prefix(count);
+    const bool isEnded = !bytes.empty() && bytes.front() == '\n';
+    if (isEnded) bytes.remove_prefix(1);
+    if (isEnded || m_line.size() == longestLine) result.push_back(takeLine());
+  }
+  return result;
+}
+
+std::vector<std::string> OutputLines::finish() {
+  if (m_line.empty()) return {};
+  return {takeLine()};
+}
+
+bool OutputLines::hasRoom(std::size_t size, std::chrono::milliseconds now) {
+  if (now >= m_periodEnd) {
+    m_periodEnd = now + period;
+    m_kept = 0;
+    m_isFull = false;
+  }
+  m_kept += std::min(size, allowance);
+  return !m_isFull && m_kept <= allowance;
+}
+
+std::string OutputLines::takeLine() {
+  return std::exchange(m_line, {});
 }
 
 }  // namespace mirvel::host

@@ -16,13 +16,12 @@
 
 #include "core/process/FileDescriptor.h"
 #include "core/process/SpawnPlan.h"
-#include "helpers/host/JobUser.h"
 
 namespace mirvel::host {
 
 namespace {
 
-/// A child can tell of its failure with two numbers alone: which step failed, and how.
+// After the fork, no memory may be allocated: the child reports a failure as two numbers through a pipe.
 enum class Step : int { Root, User, Folder, In, Out, Error, Run };
 
 struct Failure {
@@ -30,7 +29,7 @@ struct Failure {
   int errnoValue;
 };
 
-const char* doing(Step step) {
+const char* textOf(Step step) {
   switch (step) {
     case Step::Root:
       return "change the root folder";
@@ -50,7 +49,7 @@ const char* doing(Step step) {
   return "run the program";
 }
 
-/// The paths to try in turn, as execvp(3) does.
+/// The paths to try in turn, as execvp(3) would.
 std::vector<std::string> candidates(const std::string& program, const Environment& environment) {
   if (program.find('/') != std::string::npos) return {program};
   std::vector<std::string> result;
@@ -64,8 +63,8 @@ std::vector<std::string> candidates(const std::string& program, const Environmen
   return result;
 }
 
-/// All that the child does. It is made ready before the fork, since between fork and exec only what is safe in a signal
-/// handler may be called: nothing here takes memory.
+/// The work of the child between fork and exec, where only async-signal-safe functions may be called: the constructor,
+/// which runs before the fork, allocates everything that `run` needs.
 class Child {
  public:
   Child(const ProcessPlan& plan, const JobUser& user, const Environment& environment, int output, int failure)
@@ -81,11 +80,11 @@ class Child {
   [[noreturn]] void run() {
     resetSignals();
     ::setsid();
-    if (m_plan.nice) ::setpriority(PRIO_PROCESS, 0, *m_plan.nice);  // what isn't allowed is left as it is
+    if (m_plan.nice) ::setpriority(PRIO_PROCESS, 0, *m_plan.nice);  // ignored where the user may not
     for (const auto& limit : m_plan.limits) applyLimit(limit);
     if (m_plan.rootDirectory && (::chroot(m_plan.rootDirectory->c_str()) != 0 || ::chdir("/") != 0)) fail(Step::Root);
     if (const int failure = m_user.assume()) fail(Step::User, failure);
-    endWithHost();
+    endWithHost();  // after `assume`: changing the user resets this setting
     if (m_plan.umask) ::umask(*m_plan.umask);
     if (::chdir(m_plan.workingDirectory ? m_plan.workingDirectory->c_str() : "/") != 0) fail(Step::Folder);
     openStandardFiles();
@@ -100,7 +99,8 @@ class Child {
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
   }
 
-  /// Nobody would stop the job any more, or keep it from running twice, if the host were killed.
+  // If the host is killed, nobody could stop the job any more, so the system then sends it SIGTERM. The check covers a
+  // host that was killed before the setting took effect.
   void endWithHost() const {
 #ifdef __linux__
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
@@ -125,7 +125,7 @@ class Child {
     if (wanted.soft) next.rlim_cur = limitOf(*wanted.soft);
     next.rlim_cur = std::min(next.rlim_cur, next.rlim_max);
     if (::setrlimit(resource, &next) == 0) return;
-    next.rlim_max = limit.rlim_max;  // raising it takes rights that the user hasn't got
+    next.rlim_max = limit.rlim_max;  // only root may raise the hard limit: the soft one still counts
     next.rlim_cur = std::min(next.rlim_cur, next.rlim_max);
     ::setrlimit(resource, &next);
   }
@@ -166,7 +166,7 @@ class Child {
   }
   [[noreturn]] void fail(Step step, int errnoValue) const {
     const Failure failure{step, errnoValue};
-    (void)!::write(m_failure, &failure, sizeof failure);  // the exit status still tells that something failed
+    (void)!::write(m_failure, &failure, sizeof failure);  // if this fails as well, the exit status still says so
     ::_exit(startFailureCode);
   }
 
@@ -179,6 +179,7 @@ class Child {
   std::vector<char*> m_programPointers, m_variablePointers, m_wordPointers;
 };
 
+/// The first one that has a variable wins (`insert` keeps existing ones).
 Environment merged(const Environment& usual, const JobUser& user, const ProcessPlan& plan) {
   Environment result = plan.environment;
   result.insert(user.environment.begin(), user.environment.end());
@@ -186,15 +187,17 @@ Environment merged(const Environment& usual, const JobUser& user, const ProcessP
   return result;
 }
 
-/// Numbers below 3 would be taken away from under the child when it sets up its standard files.
-bool liftAboveStandard(FileDescriptor& file) {
+/// Moves a descriptor above those that the child replaces by its standard files. It can be one of them if the host was
+/// started without standard files.
+bool moveAboveStandard(FileDescriptor& file) {
   if (file.number() > STDERR_FILENO) return true;
   file = FileDescriptor(::fcntl(file.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
   return static_cast<bool>(file);
 }
 
-/// A signal for the child must never run the host's handlers there: it waits until the child has put them away.
-pid_t forkQuietly() {
+/// Forks with all signals blocked: until the child has reset the handlers, a signal would run those of the host in it,
+/// and write to the host's signal pipe. The child unblocks them itself.
+pid_t forkBlockingSignals() {
   sigset_t all, before;
   sigfillset(&all);
   ::sigprocmask(SIG_SETMASK, &all, &before);
@@ -205,7 +208,6 @@ pid_t forkQuietly() {
   return id;
 }
 
-/// There are too many processes or descriptors, or too little memory: which may be otherwise in a while.
 Error noRoom(int errnoValue, const std::string& program) {
   Error error = systemError(errnoValue, "run", program);
   error.code = Error::Code::LimitExceeded;
@@ -220,24 +222,24 @@ Result<JobProcess> JobProcess::start(const ProcessPlan& plan, const Environment&
   if (!user) return user.error();
   Pipe output = Pipe::make();
   Pipe failure = Pipe::make();
-  if (!output || !failure || !liftAboveStandard(output.write) || !liftAboveStandard(failure.write)) {
+  if (!output || !failure || !moveAboveStandard(output.write) || !moveAboveStandard(failure.write)) {
     return noRoom(errno, plan.program);
   }
   Child child(plan, *user, merged(usual, *user, plan), output.write.number(), failure.write.number());
-  const pid_t id = forkQuietly();
+  const pid_t id = forkBlockingSignals();
   if (id < 0) return noRoom(errno, plan.program);
   if (id == 0) child.run();
   ::fcntl(output.read.number(), F_SETFL, O_NONBLOCK);
   ::fcntl(failure.read.number(), F_SETFL, O_NONBLOCK);
   JobProcess process{.id = id, .output = std::move(output.read), .failure = std::move(failure.read)};
-  if (plan.standardOut && plan.standardError) process.output.reset();
+  if (plan.standardOut && plan.standardError) process.output.reset();  // nobody writes to it
   return process;
 }
 
 std::optional<std::string> JobProcess::startFailure() const {
   Failure found{};
   if (::read(failure.number(), &found, sizeof found) != sizeof found) return std::nullopt;
-  return std::string("can't ") + doing(found.step) + ": " + std::strerror(found.errnoValue);
+  return std::string("can't ") + textOf(found.step) + ": " + std::strerror(found.errnoValue);
 }
 
 }  // namespace mirvel::host

@@ -11,22 +11,27 @@
 
 namespace mirvel::host {
 
-/// The process of a job, leader of a session and process group of its own. Whoever starts it collects it.
+/// The first process of a run, leader of a session and a process group of its own. The owner collects its exit with
+/// waitpid(2); destroying the object doesn't end the process.
 struct JobProcess {
   pid_t id = 0;
-  FileDescriptor output;   ///< what it prints where its file names no place for that; doesn't block. None: nothing
+  FileDescriptor output;   ///< non-blocking end of a pipe with its output; none if the file redirects all of it
   FileDescriptor failure;  ///< see `startFailure`
 
-  /// Starts the process and returns at once. What goes wrong in the child itself (a missing program or folder) is told
-  /// by `startFailure` when it has ended. Fails if the user or group isn't known, and with
-  /// `LimitExceeded` if there can be no more children now.
+  /// Starts the process and returns immediately. A failure in the child, such as a missing program or folder, is
+  /// reported by `startFailure` after the process has ended. Fails with `NotFound` if the user or group doesn't exist,
+  /// with `MissingKey` without a program, and with `LimitExceeded` if there are too many processes or descriptors or
+  /// too little memory: the same job may start later.
+  ///
+  /// The environment is that of the plan, then that of its user, then `usual`; the first one that has a variable wins.
   static Result<JobProcess> start(const ProcessPlan& plan, const Environment& usual);
 
-  /// Of a process that has ended: why the program wasn't run, if it wasn't: "can't run /x: No such file or directory".
+  /// For a process that has ended: why its program wasn't run, such as "can't run the program: No such file or
+  /// directory"; none if it was run.
   std::optional<std::string> startFailure() const;
 };
 
-/// What a child gives back that couldn't run its program: EX_CONFIG of sysexits(3).
+/// The exit status of a child that couldn't run its program: EX_CONFIG of sysexits(3).
 inline constexpr int startFailureCode = 78;
 
 }  // namespace mirvel::host

@@ -12,10 +12,11 @@ using std::chrono::seconds;
 
 namespace {
 
-/// So long that nobody waits for it, and short enough to be added to any moment.
+// Longer than any job will wait, and short enough that adding it to a moment never overflows.
 constexpr std::int64_t longest = std::int64_t{100} * 365 * 24 * 3600;
 
-/// A job that ends at once, or can't be started at all, doesn't keep the machine busy, whatever its file says.
+// So that a job that ends immediately, or can't be started at all, doesn't keep the machine busy whatever its file
+// says.
 constexpr seconds shortestThrottle{1};
 
 seconds duration(std::int64_t number) {
@@ -37,30 +38,29 @@ void readKeepAlive(const jobfile::KeepAlive& keepAlive, JobRules& rules) {
   rules.afterCrash = keepAlive.crashed;
   rules.paths = conditions(keepAlive.pathState);
   rules.otherJobs = conditions(keepAlive.otherJobEnabled);
-  // There is no exit status to look at before the first run.
+  // The condition needs an exit status, so the job has to run once first.
   if (rules.afterSuccess && !rules.onlyAfterInitialDemand) rules.runAtLoad = true;
 }
 
-/// The places of the calendar intervals with a value that can't be used: without it they would come far more often than
-/// the file says. Of a single interval the place is empty.
+/// The indexes of the calendar intervals with an unusable value, as "[1]"; "" for a single interval without an array.
 std::set<std::string> unusableIntervals(const jobfile::Plist& plist) {
-  std::set<std::string> places;
+  std::set<std::string> indexes;
   for (const auto& value : plist.opaqueValues()) {
     const auto& path = value.path;
     const bool isTime = path.front() == jobfile::Plist::text(jobfile::Plist::CodingKeys::startCalendarInterval) &&
                         jobfile::StartCalendarInterval::Interval::codingKey(path.back());
-    if (isTime) places.insert(path.size() > 2 ? path[1] : "");
+    if (isTime) indexes.insert(path.size() > 2 ? path[1] : "");
   }
-  return places;
+  return indexes;
 }
 
 void readCalendar(const jobfile::Plist& plist, JobRules& rules) {
   const auto& [intervals, isSingle] = *plist.startCalendarInterval;
   const auto unusable = unusableIntervals(plist);
   for (std::size_t i = 0; i < intervals.size(); ++i) {
-    const std::size_t element = intervals[i].origin.value_or(i);  // others of the file may be no intervals
-    const std::string place = isSingle ? "" : "[" + std::to_string(element) + "]";
-    if (!unusable.contains(place)) rules.calendar.push_back(CalendarRule::asRun(intervals[i]));
+    const std::size_t element = intervals[i].origin.value_or(i);  // the file can have other elements as well
+    const std::string index = isSingle ? "" : "[" + std::to_string(element) + "]";
+    if (!unusable.contains(index)) rules.calendar.push_back(CalendarRule::asRun(intervals[i]));
   }
 }
 
@@ -70,7 +70,7 @@ void readTimes(const jobfile::Plist& plist, JobRules& rules) {
   if (plist.throttleInterval && *plist.throttleInterval >= 0) {
     rules.throttle = std::max(duration(*plist.throttleInterval), shortestThrottle);
   }
-  if (plist.exitTimeOut && *plist.exitTimeOut == 0) rules.exitTimeOut = longestStop;  // launchd would wait for ever
+  if (plist.exitTimeOut && *plist.exitTimeOut == 0) rules.exitTimeOut = longestStop;  // launchd would wait forever
   if (plist.exitTimeOut && *plist.exitTimeOut > 0) rules.exitTimeOut = duration(*plist.exitTimeOut);
 }
 
@@ -129,8 +129,7 @@ Result<void> checkRunnable(const jobfile::Plist& plist, uid_t user) {
     essential.insert(essential.end(), {Keys::userName, Keys::groupName, Keys::rootDirectory, Keys::umask});
   }
   for (const Keys key : essential) {
-    if (isUnusable(plist, key))
-      return unusableError(key, "without it the job would do something else than its file says");
+    if (isUnusable(plist, key)) return unusableError(key, "without it the job would not do what its file says");
   }
   return {};
 }

@@ -7,17 +7,19 @@
 
 namespace mirvel::host {
 
-/// A named pipe in the folder that stands for a machine. Whoever made the folder holds it, and the hosts below notice
-/// when that process is gone, even if it was killed and the folder is still there.
+/// A named pipe in the folder that represents a machine. The creator of the folder (demo, tests) holds its write end;
+/// the hosts of that machine notice when that process has ended, even if it was killed and the folder remains.
 class Lifeline {
  public:
-  /// Makes it, and the folder if need be. It is cut when what is returned is closed.
+  /// Creates the pipe, and the folder if it doesn't exist. The lifeline is cut when all copies of the descriptor are
+  /// closed. Fails if there is a pipe already.
   static Result<FileDescriptor> hold(const std::filesystem::path& machine);
 
-  /// The other end. None: nobody has made one, and the machine stays.
-  static FileDescriptor grasp(const std::filesystem::path& machine);
-  /// Whether nobody holds it any more; can be asked when the descriptor can be read.
-  static bool isCut(const FileDescriptor& grasped);
+  /// The read end, non-blocking; none if the machine has no lifeline.
+  static FileDescriptor open(const std::filesystem::path& machine);
+  /// Whether no process holds the write end any more; false for none. The descriptor becomes readable when that
+  /// happens.
+  static bool isCut(const FileDescriptor& lifeline);
 };
 
 }  // namespace mirvel::host

@@ -18,14 +18,14 @@ void PollLoop::forget(int descriptor) {
 void PollLoop::turn(int milliseconds) {
   m_waiting.clear();
   for (const auto& [descriptor, watch] : m_watches) m_waiting.push_back({descriptor, watch.events, 0});
-  std::vector<std::weak_ptr<Handler>> handlers;
+  std::vector<std::weak_ptr<Handler>> handlers;  // in the order of `m_waiting`
   handlers.reserve(m_waiting.size());
   for (const auto& [descriptor, watch] : m_watches) handlers.push_back(watch.handler);
   if (::poll(m_waiting.data(), static_cast<nfds_t>(m_waiting.size()), milliseconds) <= 0) return;
-  const auto happened = m_waiting;
+  const auto happened = m_waiting;  // a handler may run a nested turn
   for (std::size_t i = 0; i < happened.size(); ++i) {
     if (happened[i].revents == 0) continue;
-    // One that an earlier handler has forgotten is told nothing, even if its number is in use again.
+    // Null if an earlier handler has called `forget`; the number may already belong to another descriptor.
     if (const auto handler = handlers[i].lock()) (*handler)(happened[i].revents);
   }
 }

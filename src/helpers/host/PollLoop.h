@@ -9,18 +9,21 @@
 
 namespace mirvel::host {
 
-/// Waits for descriptors, and calls whoever watches them. For one thread.
+/// Waits for events on descriptors and calls their handlers. For one thread.
 class PollLoop {
  public:
   using Handler = std::function<void(short events)>;
 
-  /// `events` as in poll(2). A descriptor is watched by one handler at a time; a handler may watch and forget any.
+  /// Calls the handler with the events that occurred whenever there are any of `events`, as in poll(2), or an error. A
+  /// descriptor has one handler; another call replaces it. Handlers may call any of these functions.
   void watch(int descriptor, short events, Handler handler);
+  /// Changes the events to wait for; ignored for a descriptor that isn't watched.
   void change(int descriptor, short events);
-  /// Before the descriptor is closed.
+  /// Stops to watch a descriptor. Must be called before it is closed, since its number may be reused.
   void forget(int descriptor);
 
-  /// Waits until something happens or that many milliseconds have passed (-1: however long), and tells the handlers.
+  /// Waits once for events and calls the handlers; returns without calling any after that many milliseconds (-1: never)
+  /// or when a signal interrupts it.
   void turn(int milliseconds);
 
  private:

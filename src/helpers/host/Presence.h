@@ -1,55 +1,48 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "core/base/Result.h"
 #include "core/process/FileDescriptor.h"
 #include "helpers/hostdata/HostPlaces.h"
-#include "helpers/hostdata/HostSocket.h"
 
 namespace mirvel::host {
 
-/// That a host is there: the lock by which it is the only one of its folder, and the socket at which it is reached.
-/// Whoever cleans up a disk may remove either from under it.
+/// What makes a process the host of a folder: the lock that keeps other hosts out, and the socket at which clients
+/// reach it. A cleanup of the disk may delete the files of both; `renew` then creates them again. For one thread.
 class Presence {
  public:
-  /// Null: there is another host. Fails if there can't be one.
+  /// Locks the folder, creating it if necessary, and listens. Null if another host has the lock. Fails if the folder
+  /// belongs to another user or a file can't be created.
   static Result<std::unique_ptr<Presence>> claim(const HostPlaces& places);
   Presence(const Presence&) = delete;
   Presence& operator=(const Presence&) = delete;
-  /// The socket goes if it is still this one's.
+  /// Deletes the socket unless another host has replaced it.
   ~Presence();
 
+  /// The listening socket, non-blocking; valid until `renew` replaces it.
   int listening() const { return m_listening.number(); }
-  /// Whether others find the lock and the socket where they look for them.
+  /// Whether the files of the lock and the socket still exist and are those of this host.
   bool isWhole() const;
-  /// Makes anew what has gone, folder and all; `listening` may be another then, and the old one is closed after
-  /// `replaced` was called with the new. False: another host has come meanwhile, and this one isn't the host any more.
-  template <typename Replaced>
-  Result<bool> renew(const Replaced& replaced) {
-    auto lock = lockAgain();
-    if (!lock) return lock.error();
-    if (!*lock) return false;
-    auto listening = listenAgain();
-    if (!listening) return listening.error();
-    if (*listening) replaced(listening->number());
-    if (*listening) m_listening = *std::move(listening);
-    return true;
-  }
+  /// Creates again what was deleted, including the folder. If the socket is replaced, calls `replaced` with the new one
+  /// before the old one is closed. False if another host has taken the lock in the meantime: this process isn't the
+  /// host any more. Fails if a file can't be created now; the call can be repeated.
+  Result<bool> renew(const std::function<void(int listening)>& replaced);
 
  private:
   Presence(HostPlaces places, FileDescriptor lock, FileDescriptor listening);
-  /// False: it is another's.
+  /// False if another host has the lock.
   Result<bool> lockAgain();
-  /// None: the socket is there.
+  /// A new socket, or none if it still exists.
   Result<FileDescriptor> listenAgain();
-  bool hasLock() const { return FileIdentity::of(m_lock.number()) == FileIdentity::at(lockOf(m_places.folder)); }
+  bool hasLock() const { return FileIdentity::of(m_lock.number()) == FileIdentity::at(m_places.lock()); }
   bool hasSocket() const { return m_socket == FileIdentity::at(m_places.socket); }
 
   HostPlaces m_places;
   FileDescriptor m_lock;
   FileDescriptor m_listening;
-  FileIdentity m_socket;  ///< the file of the listening socket
+  FileIdentity m_socket;  ///< the file of `m_listening`
 };
 
 }  // namespace mirvel::host

@@ -1,9 +1,13 @@
 #include "helpers/host/ProcessPlan.h"
 
+#include <grp.h>
+#include <pwd.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <utility>
 
 namespace mirvel::host {
@@ -38,6 +42,49 @@ std::vector<ProcessPlan::Limit> limitsOf(const jobfile::Plist& plist) {
     if (soft.*row.field || hard.*row.field) result.push_back({row.resource, soft.*row.field, hard.*row.field});
   }
   return result;
+}
+
+// Enough for any entry; sysconf(_SC_GETPW_R_SIZE_MAX) is only a suggestion, and -1 on some systems.
+constexpr std::size_t entrySize = std::size_t{1} << 16U;
+
+Error unknownName(const std::string& what, const std::string& name) {
+  return {.code = Error::Code::NotFound, .message = "there is no " + what + " " + name};
+}
+
+Result<gid_t> groupNumber(const std::string& name) {
+  std::vector<char> buffer(entrySize);
+  group entry{};
+  group* found = nullptr;
+  ::getgrnam_r(name.c_str(), &entry, buffer.data(), buffer.size(), &found);
+  if (!found) return unknownName("group", name);
+  return found->gr_gid;
+}
+
+std::vector<gid_t> allGroups(const std::string& user, gid_t group) {
+#ifdef __APPLE__
+  using Number = int;  // so declared in its getgrouplist(3)
+#else
+  using Number = gid_t;
+#endif
+  int count = 256;  // enough for most; otherwise the call fails and sets `count` to the size needed
+  std::vector<Number> numbers(static_cast<std::size_t>(count));
+  if (::getgrouplist(user.c_str(), static_cast<Number>(group), numbers.data(), &count) < 0 && count > 256) {
+    numbers.resize(static_cast<std::size_t>(count));
+    ::getgrouplist(user.c_str(), static_cast<Number>(group), numbers.data(), &count);
+  }
+  return {numbers.begin(), numbers.begin() + std::min<std::ptrdiff_t>(count, std::ssize(numbers))};
+}
+
+Result<void> fillUser(const std::string& name, JobUser& result) {
+  std::vector<char> buffer(entrySize);
+  passwd entry{};
+  passwd* found = nullptr;
+  ::getpwnam_r(name.c_str(), &entry, buffer.data(), buffer.size(), &found);
+  if (!found) return unknownName("user", name);
+  result.user = found->pw_uid;
+  result.group = found->pw_gid;
+  result.environment = {{"HOME", found->pw_dir}, {"USER", name}, {"LOGNAME", name}, {"SHELL", found->pw_shell}};
+  return {};
 }
 
 }  // namespace
@@ -77,12 +124,38 @@ Environment jobEnvironment(const Environment& ofHost) {
                                 "WAYLAND_DISPLAY",
                                 "TZ",
                                 "XAUTHORITY"};
+  // launchd's default, whatever the session uses.
   Environment result{{"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}};
   for (const char* const name : names) {
     const auto found = ofHost.find(name);
     if (found != ofHost.end()) result.insert(*found);
   }
   return result;
+}
+
+Result<JobUser> JobUser::of(const ProcessPlan& plan) {
+  JobUser result;
+  if (::geteuid() != 0) return result;
+  if (plan.userName) {
+    const auto filled = fillUser(*plan.userName, result);
+    if (!filled) return filled.error();
+  }
+  if (plan.groupName) {
+    const auto number = groupNumber(*plan.groupName);
+    if (!number) return number.error();
+    result.group = *number;
+  }
+  if (result.group) result.groups = {*result.group};
+  if (plan.userName && plan.initGroups) result.groups = allGroups(*plan.userName, *result.group);
+  return result;
+}
+
+// In this order: without root's user ID, the groups can't be changed any more.
+int JobUser::assume() const {
+  if (group && ::setgroups(groups.size(), groups.data()) != 0) return errno;
+  if (group && ::setgid(*group) != 0) return errno;
+  if (user && ::setuid(*user) != 0) return errno;
+  return 0;
 }
 
 }  // namespace mirvel::host

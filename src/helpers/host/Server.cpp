@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <type_traits>
 
-#include "helpers/hostdata/HostSocket.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/wire/LocalSocket.h"
 
 namespace mirvel::host {
@@ -23,7 +23,7 @@ namespace {
 constexpr std::size_t largestLog = std::size_t{8} << 20U;
 #ifdef __linux__
 
-/// Can be read when the process has ended; see pidfd_open(2).
+/// Readable when the process has ended; see pidfd_open(2), which older C libraries don't declare.
 FileDescriptor openProcess(pid_t process) {
   return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
 }
@@ -37,7 +37,7 @@ FileDescriptor openProcess(pid_t) {
 
 #endif
 
-/// Requests whose effect the next host would have to know of.
+/// Whether the next host would have to know the effect of such a request: a host that is shutting down refuses it.
 template <typename Request>
 constexpr bool concernsTheNextHost =
     std::is_same_v<Request, hostdata::Load> || std::is_same_v<Request, hostdata::Unload> ||
@@ -71,12 +71,12 @@ Server::Server(int listening, const Session& session, Host& host, PollLoop& loop
 Server::~Server() {
   m_loop.forget(m_listening);
   for (const Client& client : m_clients) m_loop.forget(client->descriptor());
-  for (const auto& [process, trier] : m_triers) {
-    if (trier.process) m_loop.forget(trier.process.number());
+  for (const auto& [process, tester] : m_testers) {
+    if (tester.process) m_loop.forget(tester.process.number());
   }
 }
 
-void Server::listenAnewAt(int listening) {
+void Server::replaceSocket(int listening) {
   m_loop.forget(m_listening);
   m_listening = listening;
   m_loop.watch(m_listening, POLLIN, [this](short) { accept(); });
@@ -84,7 +84,7 @@ void Server::listenAnewAt(int listening) {
 
 void Server::accept() {
   FileDescriptor socket(::accept(m_listening, nullptr, nullptr));
-  if (!socket && (errno == EMFILE || errno == ENFILE)) return turnAway();
+  if (!socket && (errno == EMFILE || errno == ENFILE)) return rejectConnection();
   if (!socket || !isTrustedPeer(socket.number()) || m_clients.size() >= mostConnections) return;
   ::fcntl(socket.number(), F_SETFD, FD_CLOEXEC);
   ::fcntl(socket.number(), F_SETFL, O_NONBLOCK);
@@ -94,8 +94,9 @@ void Server::accept() {
                [this, weak = std::weak_ptr<Connection>(client)](short) { serve(weak.lock()); });
 }
 
-/// Else the loop would be told of the same client again and again.
-void Server::turnAway() {
+// Out of descriptors: without accepting and closing the connection, the socket would stay readable and the loop would
+// spin. The spare descriptor makes room for that.
+void Server::rejectConnection() {
   m_spare.reset();
   FileDescriptor(::accept(m_listening, nullptr, nullptr)).reset();
   m_spare = FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC));
@@ -105,10 +106,10 @@ void Server::serve(const Client& client) {
   if (!client) return;
   client->flush();
   client->receive();
-  while (const auto frame = client->next()) take(client, *frame);
+  while (const auto frame = client->next()) handle(client, *frame);
 }
 
-void Server::take(const Client& client, const wire::Frame& frame) {
+void Server::handle(const Client& client, const wire::Frame& frame) {
   if (frame.kind == wire::Frame::Kind::Cancel) return cancel(client, frame.id);
   if (frame.kind != wire::Frame::Kind::Message) return client->cutOff();
   const auto request = hostdata::readRequest(frame.body);
@@ -124,15 +125,15 @@ void Server::take(const Client& client, const wire::Frame& frame) {
       *request);
 }
 
-/// The job goes on being stopped; only nobody waits for that.
+// A job that is being stopped is stopped all the same.
 void Server::cancel(const Client& client, std::int64_t id) {
   const auto isMeant = [&](const Waiting& waiting) { return waiting.id == id && waiting.client.lock() == client; };
-  if (m_waiting.remove_if(isMeant) == 0) return;  // its answer is on the way
+  if (m_waiting.remove_if(isMeant) == 0) return;  // the reply has already been sent
   refuse(*client, id, {.code = Error::Code::Cancelled, .message = "the request was cancelled"});
 }
 
 void Server::answer(const Client&, std::int64_t, const hostdata::Quit&) {
-  m_shallQuit = true;  // the end of the connection is the answer
+  m_shallQuit = true;  // the end of the connection is the reply
   for (const auto& [weak, id] : m_successors) {
     if (const auto successor = weak.lock()) send(*successor, id, hostdata::BeginSession::Answer{.staysOpen = false});
   }
@@ -140,32 +141,33 @@ void Server::answer(const Client&, std::int64_t, const hostdata::Quit&) {
 }
 
 void Server::answer(const Client& client, std::int64_t id, const hostdata::Load& request) {
-  const auto loaded = m_host.load(request.path, request.isTemporary ? Host::Noted::No : Host::Noted::Yes);
+  const auto loaded =
+      m_host.load(request.path, request.isTemporary ? Host::Lifetime::Temporary : Host::Lifetime::Permanent);
   if (!loaded) return refuse(*client, id, loaded.error());
   if (request.isTemporary) unloadWith(client, request.path);
   done(*client, id);
 }
 
-/// A job that is only tried ends with the process that tries it, even one that is killed and can't unload it. Where the
-/// system doesn't report that end, it stays until the host ends.
+// A temporary job ends with the process that loaded it, since a process that is killed can't unload it. Where the
+// system doesn't report the end of a process (all but Linux), the job stays loaded until the host ends.
 void Server::unloadWith(const Client& client, const std::filesystem::path& file) {
   const pid_t peer = wire::processOfPeer(client->descriptor()).value_or(0);
   if (peer <= 0) return;
-  Trier& trier = m_triers[peer];
-  trier.files.insert(file);
-  if (trier.process) return;
-  trier.process = openProcess(peer);
-  if (!trier.process) {
+  Tester& tester = m_testers[peer];
+  tester.files.insert(file);
+  if (tester.process) return;
+  tester.process = openProcess(peer);
+  if (!tester.process) {
     if (errno != ESRCH) return;
-    m_triers.erase(peer);  // it has ended before its request was read
+    m_testers.erase(peer);  // the process ended before its request was read
     (void)m_host.unload(file, std::nullopt);
     return;
   }
-  m_loop.watch(trier.process.number(), POLLIN, [this, peer](short) {
-    const auto found = m_triers.extract(peer);
+  m_loop.watch(tester.process.number(), POLLIN, [this, peer](short) {
+    const auto found = m_testers.extract(peer);
     m_loop.forget(found.mapped().process.number());
-    // What is only tried isn't noted, so that nothing can fail.
-    for (const auto& tried : found.mapped().files) (void)m_host.unload(tried, std::nullopt);
+    // Temporary jobs aren't saved, so unloading them can't fail.
+    for (const auto& file : found.mapped().files) (void)m_host.unload(file, std::nullopt);
   });
 }
 
@@ -183,13 +185,13 @@ void Server::loadFolders(const std::vector<std::string>& folders) {
   for (const std::string& folder : folders) m_host.loadEnabled(folder);
 }
 
-/// A host of an earlier session has no display any more and an environment that leads nowhere: it makes room for one of
-/// the new session, which starts with the same jobs. As long as the desktop of the earlier one is open its jobs stay
-/// there, since they can't move without being stopped.
+// The host of a session that is over has no display, and its environment refers to sockets that are gone: it makes room
+// for a host of the new session, which loads the same jobs. While the desktop of the earlier session is open, its jobs
+// stay there, since they can't move without being stopped.
 void Server::answer(const Client& client, std::int64_t id, const hostdata::BeginSession& request) {
   const bool isOwn = m_session.isThatOf({request.environment.begin(), request.environment.end()});
   if (!isOwn && !m_session.isOpenDesktop()) {
-    m_shallQuit = true;  // the end of the connection is the answer
+    m_shallQuit = true;  // the end of the connection is the reply
     return;
   }
   loadFolders(request.folders);
@@ -208,7 +210,7 @@ void Server::answer(const Client& client, std::int64_t id, const hostdata::Statu
 
 void Server::answer(const Client& client, std::int64_t id, const hostdata::Unload& request) {
   if (!request.path && !request.label) {
-    return refuse(*client, id, {.code = Error::Code::BadArgument, .message = "there is no path"});
+    return refuse(*client, id, {.code = Error::Code::BadArgument, .message = "there is neither a path nor a label"});
   }
   const auto unloaded = m_host.unload(request.path.value_or(""), request.label);
   if (!unloaded) return refuse(*client, id, unloaded.error());

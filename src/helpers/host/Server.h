@@ -18,43 +18,45 @@
 
 namespace mirvel::host {
 
-/// Answers the clients of the host. Requests that wait for a job hold up no others, of the same client or another one;
-/// each can be cancelled. The owner calls `settle` after each turn of the loop.
+/// Accepts the clients of the host and executes their requests (`hostdata::Request`). A request that waits for a job
+/// delays no other request, neither of the same client nor of another one, and can be cancelled. The owner calls
+/// `settle` after each turn of the loop. For one thread.
 class Server {
  public:
-  static constexpr std::size_t mostConnections = 128;
+  static constexpr std::size_t mostConnections = 128;  ///< further clients are disconnected at once
 
-  /// `listening` is that of the host's presence, `session` that in which the host began; it must outlive the server.
+  /// `listening` is the socket of the host's presence, `session` the one in which the host was started. All references
+  /// must outlive the server.
   Server(int listening, const Session& session, Host& host, PollLoop& loop);
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
 
-  /// Goes on with another socket; the old one is still open. Connections stay.
-  void listenAnewAt(int listening);
-  /// Answers the requests that waited for something that has happened, and drops connections that are over.
+  /// Replaces the listening socket; the old one must still be open. Existing connections stay.
+  void replaceSocket(int listening);
+  /// Replies to the waiting requests whose event has occurred or whose time is over, and drops closed connections.
   void settle();
-  /// When the first of those has waited long enough, by the running clock.
+  /// When the next time limit of a waiting request ends, on the running clock; none if no request waits.
   std::optional<std::chrono::milliseconds> wakeAt() const;
-  /// Somebody has asked the host to end.
+  /// Whether a client has asked the host to end. The host has to be ended by the owner.
   bool shallQuit() const { return m_shallQuit; }
 
  private:
   using Client = std::shared_ptr<Connection>;
-  /// A request whose answer depends on a job.
+  /// A request whose reply depends on a job.
   struct Waiting {
     std::weak_ptr<Connection> client;
     std::int64_t id;
     Host::Serial job;
-    bool forUnload;  ///< or else for its end
+    bool forUnload;  ///< waits until the job is unloaded, otherwise until it has ended once
     std::chrono::milliseconds until;
   };
 
   void accept();
-  void turnAway();
+  void rejectConnection();
   void serve(const Client& client);
-  void take(const Client& client, const wire::Frame& frame);
-  /// Answers a request at once, or registers it among those that wait.
+  void handle(const Client& client, const wire::Frame& frame);
+  /// Each overload replies immediately or adds the request to `m_waiting`.
   void answer(const Client& client, std::int64_t id, const hostdata::Load& request);
   void answer(const Client& client, std::int64_t id, const hostdata::Start& request);
   void answer(const Client& client, std::int64_t id, const hostdata::BeginSession& request);
@@ -68,25 +70,25 @@ class Server {
   void unloadWith(const Client& client, const std::filesystem::path& file);
   void wait(const Client& client, Waiting waiting);
   void cancel(const Client& client, std::int64_t id);
-  /// None: not yet.
+  /// The body of the reply; none if the request still has to wait.
   std::optional<propertylist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
 
-  /// A process that tries jobs, which end with it.
-  struct Trier {
-    FileDescriptor process;
+  /// A process that has loaded temporary jobs, which are unloaded when it ends.
+  struct Tester {
+    FileDescriptor process;  ///< see pidfd_open(2)
     std::set<std::filesystem::path> files;
   };
 
   int m_listening;
   const Session& m_session;
-  FileDescriptor m_spare;  ///< given up for a moment when there are no descriptors left
+  FileDescriptor m_spare;  ///< closed for a moment to accept a connection when there are no descriptors left
   Host& m_host;
   PollLoop& m_loop;
   std::vector<Client> m_clients;
   std::list<Waiting> m_waiting;
-  /// Hosts of other sessions, with the numbers of their requests: one of them comes next.
+  /// Hosts of other sessions that wait for the end of this one, with the IDs of their requests.
   std::vector<std::pair<std::weak_ptr<Connection>, std::int64_t>> m_successors;
-  std::map<pid_t, Trier> m_triers;
+  std::map<pid_t, Tester> m_testers;
   bool m_shallQuit = false;
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* numberVariable = "XDG_SESSION_ID";
 
-/// The variable comes from outside and becomes a file name.
+/// The variable is untrusted and becomes a file name.
 bool isPlainName(const std::string& name) {
   return !name.empty() && name.find('/') == std::string::npos && !name.starts_with('.');
 }
@@ -26,7 +26,7 @@ Session::Session(const Environment& environment, const fs::path& records) : m_va
   std::error_code failure;
   const fs::path record = records / number->second;
   if (fs::exists(record, failure)) m_record = record;
-  if (isOver()) m_record.clear();  // it was left before, as by a terminal multiplexer: its end is no news
+  if (isOver()) m_record.clear();  // the host outlives it on purpose, as in a terminal multiplexer
 }
 
 Environment Session::variablesOf(const Environment& environment) {
@@ -40,8 +40,8 @@ Environment Session::variablesOf(const Environment& environment) {
   return result;
 }
 
-/// The record of a session stays until its last process has ended, of which this host may be one: until then it says
-/// that the session is closing.
+// The record of a session remains until its last process has ended, and this host may be that process: until then the
+// record has the state "closing".
 bool Session::isOver() const {
   if (m_record.empty()) return false;
   constexpr std::size_t largest = 65536;

@@ -20,16 +20,16 @@ using namespace mirvel;
 
 constexpr const char* usage =
     "usage: mirvel-host [--detach] [--login] [--root DIR]\n\n"
-    "Runs launchd jobs where neither launchd nor systemd does: those that it is asked to load, and those that were\n"
-    "loaded when it last ended. There is one for each user.\n\n"
-    "  --detach     come back as soon as the host can be reached, and leave it running\n"
-    "  --login      a session of the user's begins: its jobs are loaded, if need be after another session\n"
-    "  --root DIR   a machine's folders below this one, in place of the machine's own\n";
+    "Runs launchd jobs where neither launchd nor systemd does: those that a client loads, and those that were loaded\n"
+    "when it last ended. Each user has one host.\n\n"
+    "  --detach     return as soon as the host can be reached, and leave it running\n"
+    "  --login      a session of the user begins: load its enabled jobs, if necessary after another session has ended\n"
+    "  --root DIR   use the folders below DIR in place of those of the machine\n";
 
 struct Options {
   bool detach = false;
   bool beginsSession = false;
-  std::filesystem::path root = {};  ///< empty: the user's own places
+  std::filesystem::path root = {};  ///< empty: the folders of the machine
 };
 
 std::optional<Options> read(Arguments arguments) {
@@ -43,8 +43,8 @@ std::optional<Options> read(Arguments arguments) {
 }
 
 int run(const Options& options, const Environment& environment) {
-  // The umask is the session's, which the files of jobs follow; but they are never for others to write. A host below a
-  // folder is somebody's trial, and stays with whatever else belongs to that.
+  // Jobs get the umask of the session, except that their files are never writable by others: `resetProcessState` would
+  // replace it. A host below a folder belongs to a demo or test and stays in its control group, to be ended with it.
   const mode_t umaskOfSession = ::umask(022);
   resetProcessState(options.root.empty() ? ControlGroup::Leave : ControlGroup::Keep);
   ::umask(umaskOfSession | 022);

@@ -10,7 +10,7 @@ namespace mirvel {
 
 namespace {
 
-/// As launchd has it, which leaves other files in its folders alone.
+// As launchd does, which ignores other files in its folders.
 bool isJobFile(const std::string& name) {
   return name.ends_with(".plist") && !name.starts_with('.');
 }
@@ -24,7 +24,7 @@ std::vector<std::string> jobFilesIn(const JobFolder& folder) {
   return names;
 }
 
-/// None for a file that says nothing that can be understood.
+/// None if the file can't be read as a job.
 std::optional<jobfile::Plist> recordOf(const JobFolder& folder, const std::string& name) {
   const auto stamp = folder.stamp(name);
   if (!stamp) return std::nullopt;
@@ -70,13 +70,13 @@ bool isUnusable(const jobfile::Plist& plist, jobfile::Plist::CodingKeys key) {
 Error unusableError(jobfile::Plist::CodingKeys key, const std::string& consequence) {
   const std::string name(jobfile::Plist::text(key));
   return {.code = Error::Code::WrongType,
-          .message = "the value of " + name + " can't be used, and " + consequence,
+          .message = "the value of " + name + " can't be used; " + consequence,
           .keyPath = name};
 }
 
 Result<bool> isEnabled(const jobfile::Plist& plist) {
   constexpr auto key = jobfile::Plist::CodingKeys::disabled;
-  if (isUnusable(plist, key)) return unusableError(key, "may say that the job is disabled");
+  if (isUnusable(plist, key)) return unusableError(key, "the job may be disabled");
   return plist.disabled != true;
 }
 

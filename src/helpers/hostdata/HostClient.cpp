@@ -6,14 +6,14 @@
 #include <cerrno>
 #include <string>
 
-#include "helpers/hostdata/HostSocket.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel {
 
 namespace {
 
-/// Whether something comes within the time.
+/// Whether the socket becomes readable within the limit.
 bool isReadable(int socket, std::chrono::seconds limit) {
   using Clock = std::chrono::steady_clock;
   const auto end = Clock::now() + limit;
@@ -26,10 +26,11 @@ bool isReadable(int socket, std::chrono::seconds limit) {
   }
 }
 
-/// Waits until a host that is ending hangs up; it sends nothing more before.
+/// Waits until a host that is shutting down closes the connection. The error is the one that the system reports for a
+/// host that ended before it could read the request, so that both are handled alike (`hasEnded`).
 Error endOf(int connection) {
   if (!isReadable(connection, longestQuit + longestAnswer)) {
-    return {.code = Error::Code::Io, .message = "the job host is about to end, and doesn't"};
+    return {.code = Error::Code::Io, .message = "the job host is shutting down and doesn't end"};
   }
   return {.code = Error::Code::Io, .message = "the job host has ended", .systemCode = ECONNRESET};
 }
@@ -39,19 +40,18 @@ Error endOf(int connection) {
 Result<FileDescriptor> HostClient::connect() const {
   auto connection = connectToHost(m_socket);
   if (!connection || isTrustedPeer(connection->number())) return connection;
-  return Error{.code = Error::Code::NotPermitted, .message = "the job host is another user's", .file = m_socket};
+  return Error{.code = Error::Code::NotPermitted, .message = "the job host belongs to another user", .file = m_socket};
 }
 
-Result<propertylist::Dictionary> HostClient::exchange(const FileDescriptor& connection,
+Result<propertylist::Dictionary> HostClient::exchange(const FileDescriptor& connection, wire::FrameReader& reader,
                                                       propertylist::Dictionary request, std::chrono::seconds limit) {
   constexpr std::int64_t id = 1;
   const auto sent = wire::sendFrame(connection.number(), {.id = id, .body = std::move(request)});
   if (!sent) return sent.error();
   if (!isReadable(connection.number(), limit)) {
     const std::string time = std::to_string(limit.count());
-    return Error{.code = Error::Code::Io, .message = "the job host hasn't answered within " + time + " seconds"};
+    return Error{.code = Error::Code::Io, .message = "the job host hasn't replied within " + time + " seconds"};
   }
-  wire::FrameReader reader;
   auto answer = wire::receiveFrame(connection.number(), reader);
   if (!answer) return answer.error();
   if (!*answer) return Error{.code = Error::Code::HungUp, .message = "the job host hung up"};
@@ -68,7 +68,7 @@ Result<std::vector<HostedJobStatus>> HostClient::status() const {
 }
 
 Error HostClient::badAnswer() {
-  return {.code = Error::Code::Malformed, .message = "the job host's answer can't be understood"};
+  return {.code = Error::Code::Malformed, .message = "the reply of the job host can't be read"};
 }
 
 bool HostClient::isNoHost(const Error& error) {
@@ -80,7 +80,7 @@ bool HostClient::isHangUp(const Error& error) {
 }
 
 bool HostClient::hasEnded(const Error& error) {
-  // The system says so of a host that ends before it has read the request.
+  // The system reports these if the host ended before it read the request.
   return error.systemCode == ECONNRESET || error.systemCode == EPIPE;
 }
 

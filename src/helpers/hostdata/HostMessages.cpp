@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view requestKey = "request", errorKey = "error";
 
-/// Reads the alternative whose name it is; none of them: an error.
+/// Reads the alternative of `Request` with that name.
 template <std::size_t index = 0>
 Result<Request> readNamed(const std::string& name, const propertylist::Dictionary& from) {
   if constexpr (index < std::variant_size_v<Request>) {
@@ -20,11 +20,11 @@ Result<Request> readNamed(const std::string& name, const propertylist::Dictionar
     auto request = FieldReader::read<Candidate>(from);
     return request ? Result<Request>(Request(*std::move(request))) : request.error();
   } else {
-    return Error{.code = Error::Code::BadArgument, .message = "the job host knows no request of that name"};
+    return Error{.code = Error::Code::BadArgument, .message = "the job host has no request of that name"};
   }
 }
 
-/// An error as it is sent.
+/// An error as it is sent. Its code is a number of `Error::Code`, the same in host and client.
 struct SentError {
   std::int64_t code = 0;
   std::string message;
@@ -62,13 +62,12 @@ propertylist::Dictionary write(const Request& request) {
 }
 
 Result<Request> readRequest(const propertylist::Dictionary& dictionary) {
-  const auto* const value = dictionary.find(requestKey);
-  const auto* const name = value ? value->as<std::string>() : nullptr;
+  const auto* const name = dictionary.get<std::string>(requestKey);
   return readNamed(name ? *name : std::string(), dictionary);
 }
 
 Refusal Refusal::ending() {
-  return {.error = {.code = Error::Code::Io, .message = "the job host is about to end"}, .isEnding = true};
+  return {.error = {.code = Error::Code::Io, .message = "the job host is shutting down"}, .isEnding = true};
 }
 
 propertylist::Dictionary Refusal::write() const {
@@ -82,7 +81,7 @@ std::optional<Refusal> Refusal::read(const propertylist::Dictionary& answer) {
   auto sent = FieldReader::read<SentRefusal>(answer);
   if (!sent) {
     return Refusal{
-        .error = {.code = Error::Code::Io, .message = "the job host answers with an error that can't be read"}};
+        .error = {.code = Error::Code::Io, .message = "the job host replied with an error that can't be read"}};
   }
   return Refusal{.error = {.code = static_cast<Error::Code>(sent->error.code),
                            .message = std::move(sent->error.message),

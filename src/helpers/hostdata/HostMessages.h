@@ -13,25 +13,26 @@
 #include "core/messages/Replies.h"
 #include "core/propertylist/Value.h"
 
-/// How long the job host is waited for, and waits for its jobs. docs/ARCHITECTURE.md has the whole table.
+/// Time limits of the job host and its clients. docs/JOB-HOST.md has the table of all of them.
 namespace mirvel {
 
-/// For a job that is stopped: after that the answer says what still runs. The job itself has its ExitTimeOut.
+/// For stopping a job: after that, the reply names the processes that are still running. The host goes on stopping
+/// them.
 inline constexpr std::chrono::seconds longestStop{30};
-/// For all jobs when the host ends; what still runs then is killed.
+/// For stopping all jobs when the host shuts down; processes that are still running are killed then.
 inline constexpr std::chrono::seconds longestQuit{35};
-/// For the answer to any other request, and beyond the time that a request itself allows.
+/// For the reply to any request, in addition to the time that the request itself allows.
 inline constexpr std::chrono::seconds longestAnswer{30};
 
 /// The state of a loaded job.
 struct HostedJobStatus {
   std::string label;
   std::string path;
-  std::optional<std::int64_t> process = {};  ///< its number while it runs
-  std::optional<std::string> lastEnd = {};   ///< in words; none: it hasn't ended yet
-  std::optional<std::int64_t> lastCode = {};
-  std::optional<std::int64_t> lastSignal = {};
-  std::optional<std::chrono::sys_seconds> nextRun = {};  ///< by a timer
+  std::optional<std::int64_t> process = {};              ///< its process ID while it runs
+  std::optional<std::string> lastEnd = {};               ///< such as "exited with 1"; none: it hasn't run yet
+  std::optional<std::int64_t> lastCode = {};             ///< exit status; 0 if a signal ended it
+  std::optional<std::int64_t> lastSignal = {};           ///< 0: none
+  std::optional<std::chrono::sys_seconds> nextRun = {};  ///< by an interval or calendar interval
 
   bool operator==(const HostedJobStatus&) const = default;
   template <typename Self, typename Fields>
@@ -49,24 +50,27 @@ struct HostedJobStatus {
 
 }  // namespace mirvel
 
-/// What passes between the job host and its clients. Each request has the type of its answer.
+/// The messages between the job host and its clients. Each request names the type of its reply, `Answer`, and has one
+/// `fields` function that both reads and writes it, so that each key is spelled once. Unknown keys are ignored.
 namespace mirvel::hostdata {
 
-/// An answer that says no more than that it is done.
+/// The reply to a request that only succeeds or fails.
 struct Nothing {
   bool operator==(const Nothing&) const = default;
   template <typename Self, typename Fields>
   static void fields(Self&, Fields&) {}
 };
 
-/// A time to wait, or the period of a query.
+/// The range of a time limit or period, in seconds.
 inline constexpr messages::NumberRange anyPeriod{0, std::int64_t{100} * 366 * 24 * 3600, "is no number of seconds"};
 
+/// Loads a job file. `BadArgument` if its label is loaded already, `NotTrusted` if others could have written the file,
+/// `StillRunning` if the last run of the label is still being stopped: the host then loads the file afterwards.
 struct Load {
   static constexpr std::string_view name = "load";
   using Answer = Nothing;
   std::string path;          ///< of the job file
-  bool isTemporary = false;  ///< the host doesn't load it again at its next start
+  bool isTemporary = false;  ///< for a test run: unloaded when the client's process ends, and never loaded again
 
   bool operator==(const Load&) const = default;
   template <typename Self, typename Fields>
@@ -76,8 +80,8 @@ struct Load {
   }
 };
 
-/// Loads the jobs in the folders that are enabled and not loaded yet, as launchd does when its user logs in. Those that
-/// can't be loaded are named in the log.
+/// Loads the enabled jobs in the folders that aren't loaded yet, as launchd does at login. The log says which of them
+/// can't be loaded, and why; that isn't an error.
 struct Start {
   static constexpr std::string_view name = "start";
   using Answer = Nothing;
@@ -90,13 +94,14 @@ struct Start {
   }
 };
 
-/// A session of the user's begins: its jobs are loaded, as by `Start`. A host whose own session is over, can't be told
-/// from one that is, or has no display, ends and hangs up. The host of another session that is still open says so, and
-/// hangs up when it ends, too. A second answer before that says that nobody shall take its place.
+/// A session of the user begins: its jobs are loaded, as by `Start`. A host of another session makes room: it shuts
+/// down, without a reply, if its own session is over, unknown to the login manager or without a display. Otherwise it
+/// replies that it stays, and closes the connection when it ends. A second reply with `staysOpen` false means that it
+/// was asked to end and that no host should take its place.
 struct BeginSession {
   static constexpr std::string_view name = "beginSession";
   struct Answer {
-    bool staysOpen = false;
+    bool staysOpen = false;  ///< the connection stays open until the host ends
 
     bool operator==(const Answer&) const = default;
     template <typename Self, typename Fields>
@@ -104,7 +109,7 @@ struct BeginSession {
       fields("staysOpen", self.staysOpen);
     }
   };
-  std::map<std::string, std::string> environment;  ///< of the session
+  std::map<std::string, std::string> environment;  ///< the variables that identify the session
   std::vector<std::string> folders;
 
   bool operator==(const BeginSession&) const = default;
@@ -115,7 +120,8 @@ struct BeginSession {
   }
 };
 
-/// Loads what another host had loaded and noted.
+/// Loads the files that another host had loaded before this one took its place. Files that can't be loaded now are
+/// loaded when they change.
 struct TakeOver {
   static constexpr std::string_view name = "takeOver";
   using Answer = Nothing;
@@ -128,14 +134,14 @@ struct TakeOver {
   }
 };
 
-/// Unloads the job of the label, or of the path; see `Host::unload`. Answered when its process has ended, or after the
-/// limit, `longestStop` at most, with an error that names what still runs.
+/// Unloads the job with the label, or without a label that of the file; see `Host::unload`. The reply is sent when its
+/// processes have ended, or after the limit, as a `StillRunning` error that names them.
 struct Unload {
   static constexpr std::string_view name = "unload";
   using Answer = Nothing;
   std::optional<std::string> path = {};
   std::optional<std::string> label = {};
-  std::optional<std::int64_t> seconds = {};
+  std::optional<std::int64_t> seconds = {};  ///< at most `longestStop`, which is also the default
 
   bool operator==(const Unload&) const = default;
   template <typename Self, typename Fields>
@@ -146,7 +152,8 @@ struct Unload {
   }
 };
 
-/// Answered when the job has run to its end once since it was loaded, is unloaded, or after the time.
+/// Waits until the job has ended once since it was loaded, is unloaded, or the time is over. `NotFound` if no job of
+/// that label is loaded.
 struct WaitForEnd {
   static constexpr std::string_view name = "waitForEnd";
   struct Answer {
@@ -169,7 +176,7 @@ struct WaitForEnd {
   }
 };
 
-/// The lines of the last seconds that contain the text.
+/// The lines of the log from the last `seconds` that contain the text.
 struct Log {
   static constexpr std::string_view name = "log";
   struct Answer {
@@ -192,6 +199,7 @@ struct Log {
   }
 };
 
+/// The state of all loaded jobs.
 struct Status {
   static constexpr std::string_view name = "status";
   struct Answer {
@@ -209,7 +217,7 @@ struct Status {
   static void fields(Self&, Fields&) {}
 };
 
-/// Ends the host with all its jobs. The end of the connection is the answer.
+/// Ends the host with all its jobs. It has no reply: the host closes the connection when it has ended.
 struct Quit {
   static constexpr std::string_view name = "quit";
   using Answer = Nothing;
@@ -221,21 +229,22 @@ struct Quit {
 
 using Request = std::variant<Load, Start, BeginSession, TakeOver, Unload, WaitForEnd, Log, Status, Quit>;
 
+/// The body of a frame.
 propertylist::Dictionary write(const Request& request);
-/// `BadArgument` for a request of an unknown name; else the errors of `messages::FieldReader`.
+/// The opposite. Fails with `BadArgument` for an unknown name and with the errors of `messages::FieldReader`.
 Result<Request> readRequest(const propertylist::Dictionary& dictionary);
 
-/// The answer to a request that wasn't carried out.
+/// The reply to a request that wasn't executed.
 struct Refusal {
   Error error;
-  /// The host has begun to end and can't promise anything any more: nothing was done. It hangs up when it has ended, so
-  /// that the next host can be asked.
+  /// The host is shutting down and accepts nothing that its successor would have to know. It closes the connection when
+  /// it has ended, so that the client can ask the next host.
   bool isEnding = false;
 
   static Refusal ending();
 
   propertylist::Dictionary write() const;
-  /// None: the answer is no refusal. One that can't be read is an `Io` error.
+  /// None if the reply isn't a refusal. A refusal that can't be read counts as one with an `Io` error.
   static std::optional<Refusal> read(const propertylist::Dictionary& answer);
 };
 

@@ -12,7 +12,7 @@ Result<std::vector<std::filesystem::path>> pathsIn(const propertylist::Dictionar
   std::vector<std::filesystem::path> result;
   if (dictionary.size() == 0) return result;
   const auto* const paths = dictionary.get<propertylist::Array>(loadedKey);
-  const Error noList{.code = Error::Code::WrongType, .message = "it is no list of jobs"};
+  const Error noList{.code = Error::Code::WrongType, .message = "it isn't a list of jobs"};
   if (!paths) return noList;
   for (const propertylist::Value& path : *paths) {
     const auto* const text = path.as<std::string>();
@@ -26,7 +26,7 @@ Result<std::vector<std::filesystem::path>> pathsIn(const propertylist::Dictionar
 
 LoadedJobs::LoadedJobs(std::filesystem::path file) : m_file(std::move(file)), m_store(m_file, &m_troubles) {
   m_troubles.setListener([this](const StoreTrouble& trouble) {
-    if (trouble.kind != StoreTrouble::Kind::Damaged) return;  // which the calls below answer
+    if (trouble.kind != StoreTrouble::Kind::Damaged) return;  // the failed call returns that error itself
     m_damage = trouble.error;
     m_damage->message += "; it is kept as " + trouble.rescue.string();
   });
@@ -45,7 +45,7 @@ Result<std::vector<std::filesystem::path>> LoadedJobs::read() {
 Result<void> LoadedJobs::write(const std::vector<std::filesystem::path>& files) {
   if (!m_mayWrite) {
     return Error{
-        .code = Error::Code::Io, .message = "it couldn't be read, and isn't overwritten", .file = m_file.string()};
+        .code = Error::Code::Io, .message = "it couldn't be read, so it isn't overwritten", .file = m_file.string()};
   }
   propertylist::Array paths;
   for (const auto& file : files) paths.emplace_back(file.string());

@@ -10,26 +10,25 @@
 
 namespace mirvel {
 
-/// The file in which a host notes which job files are loaded, so that it knows them again when it is started anew.
+/// The list of loaded job files, saved so that a host loads them again at its next start. For one thread.
 class LoadedJobs {
  public:
-  /// Where a host with that folder has it.
-  static std::filesystem::path fileIn(const std::filesystem::path& folder) { return folder / "loaded.plist"; }
-
   explicit LoadedJobs(std::filesystem::path file);
 
-  /// None if there is no such file yet. A file that isn't one of these is moved aside under a name that was free, which
-  /// the error tells. One that can't be read for another reason stays, is the error, and is never overwritten.
+  /// The saved list; empty if there is no file. A damaged file, or one with other content, is renamed to a free name,
+  /// and the error names both; later calls then succeed with an empty list. If the file can't be read for another
+  /// reason, the call fails, the file is left alone, and `write` fails until a later call succeeds.
   Result<std::vector<std::filesystem::path>> read();
-  /// The file holds all of the new list or all of the old one, whenever the power fails.
+  /// Saves another list. The file is replaced atomically and flushed to the device: after a power failure it has all of
+  /// the old list or all of the new one.
   Result<void> write(const std::vector<std::filesystem::path>& files);
 
  private:
   std::filesystem::path m_file;
   StoreTroubles m_troubles;
   Store m_store;
-  std::optional<Error> m_damage;  ///< for which the file was moved aside
-  bool m_mayWrite = true;         ///< what was loaded is known
+  std::optional<Error> m_damage;  ///< why the file was renamed by the last `read`
+  bool m_mayWrite = true;         ///< false: overwriting would lose a list that couldn't be read
 };
 
 }  // namespace mirvel

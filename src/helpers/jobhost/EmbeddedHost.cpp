@@ -6,8 +6,7 @@
 
 #include "core/text/Strings.h"
 #include "helpers/hostdata/EnabledJobs.h"
-#include "helpers/hostdata/HostSocket.h"
-#include "helpers/hostdata/LoadedJobs.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel {
@@ -33,8 +32,8 @@ std::vector<std::string> commandAtLogin(const EmbeddedHost::Settings& settings) 
   return result;
 }
 
-/// A host that hangs up without an answer was killed. It may have done what it was asked for; what can be done twice
-/// is.
+/// Whether the request is sent to the next host. A host that closes the connection without a reply was killed, and may
+/// have executed the request before: then it is repeated only if executing it twice has the same effect.
 template <typename Request>
 bool mayAskTheNext(const Error& error) {
   constexpr bool canBeDoneTwice = std::is_same_v<Request, hostdata::Start> || std::is_same_v<Request, hostdata::Unload>;
@@ -69,14 +68,14 @@ Result<void> EmbeddedHost::start() {
   const auto& folders = m_settings.jobFolders;
   const auto started = ask(hostdata::Start{.folders = {folders.begin(), folders.end()}});
   if (!started) return started.error();
-  (void)m_autostart.install();  // the jobs run all the same, and the next start tries again
+  (void)m_autostart.install();  // not essential now, and repeated at the next start
   return {};
 }
 
 Result<void> EmbeddedHost::load(const std::filesystem::path& file) {
   const auto loaded = ask(hostdata::Load{.path = file});
   if (!loaded) return loaded.error();
-  (void)m_autostart.install();  // the job runs all the same, and the next load tries again
+  (void)m_autostart.install();  // likewise
   return {};
 }
 
@@ -110,7 +109,8 @@ Result<void> EmbeddedHost::quit() {
 
 template <typename Request>
 Result<typename Request::Answer> EmbeddedHost::ask(const Request& request, seconds limit) {
-  constexpr int mostHosts = 3;  // one that ends with its session may be followed by another of that session
+  constexpr int mostHosts =
+      3;  // a host that ends with its session can be followed by one that was started in the same session
   auto answer = askOne(request, limit);
   for (int hosts = 1; hosts < mostHosts && !answer && mayAskTheNext<Request>(answer.error()); ++hosts) {
     answer = askOne(request, limit);
@@ -120,8 +120,8 @@ Result<typename Request::Answer> EmbeddedHost::ask(const Request& request, secon
 
 template <typename Request>
 Result<typename Request::Answer> EmbeddedHost::askOne(const Request& request, seconds limit) {
-  // Another may be starting it at the same time and not be as far yet; of one that was killed a job on its way to its
-  // program may still hold the lock for a moment.
+  // Another client may be starting the host at this moment; and of a killed host, a child that hasn't called exec yet
+  // can hold the lock for a moment, so that the new host exits again.
   constexpr auto patience = seconds(5);
   const auto end = steady_clock::now() + patience;
   for (;;) {
@@ -135,13 +135,13 @@ Result<typename Request::Answer> EmbeddedHost::askOne(const Request& request, se
   }
 }
 
-/// A host isn't started to find that it has never had a job.
+// Starting a host only to unload nothing would leave it running.
 bool EmbeddedHost::hasNothingToUnload() const {
   if (connectToHost(m_settings.places.socket)) return false;
   std::error_code failure;
-  const auto& folder = m_settings.places.folder;
-  const bool hasLoaded = std::filesystem::exists(LoadedJobs::fileIn(folder), failure) ||
-                         std::filesystem::exists(runNotesIn(folder), failure);
+  const HostPlaces& places = m_settings.places;
+  const bool hasLoaded =
+      std::filesystem::exists(places.loadedJobs(), failure) || std::filesystem::exists(places.runs(), failure);
   return !hasLoaded && !failure;
 }
 

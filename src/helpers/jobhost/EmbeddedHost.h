@@ -12,34 +12,38 @@
 
 namespace mirvel {
 
-/// The host that comes with the program, for machines with neither launchd nor systemd: `mirvel-host`, which is started
-/// when it is asked for something and doesn't run.
+/// The host for machines without launchd: `mirvel-host`, one process per user, started on demand by whatever operation
+/// needs it. If it is shutting down, the operation waits for its end and goes to the next host; if it is killed before
+/// it replies, only operations that can be repeated safely do. Thread-safe as `JobHost` requires.
 class EmbeddedHost : public JobHost {
  public:
   struct Settings {
     HostPlaces places;
     std::filesystem::path program;                       ///< `mirvel-host`
-    std::vector<std::string> arguments = {};             ///< for it to find the same places, such as `--root DIR`
-    std::filesystem::path autostart = {};                ///< folder for the entry that starts it at login; empty: none
-    std::vector<std::filesystem::path> jobFolders = {};  ///< of the jobs that run while the user is logged in
+    std::vector<std::string> arguments = {};             ///< with which it uses the same places, such as `--root DIR`
+    std::filesystem::path autostart = {};                ///< folder of the entry that starts it at login; empty: none
+    std::vector<std::filesystem::path> jobFolders = {};  ///< the folders whose enabled jobs `start` loads
   };
 
-  /// The user's own host, which is started at login from its first load on.
+  /// The settings for the user's own host.
   static Settings ofUser(const std::filesystem::path& program, const Roots& roots);
-  /// That of a machine whose folders are those of `Roots::below(root)`.
+  /// The settings for the host of a machine with the folders of `Roots::below(root)`.
   static Settings below(const std::filesystem::path& program, const std::filesystem::path& root);
 
-  /// The runner must outlive it.
+  /// The runner, which starts the program, must outlive this object.
   EmbeddedHost(Settings settings, ProcessRunner& runner);
 
+  /// Creates the entry that starts the host at login, too, as does `load`.
   Result<void> start() override;
   Result<void> load(const std::filesystem::path& file) override;
   Result<void> loadTemporarily(const std::filesystem::path& file) override;
+  /// Doesn't start a host if none has ever loaded a job.
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override;
   Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
   Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override;
 
-  /// Stops the host with all its jobs; what is loaded is loaded again at its next start. None running is no error.
+  /// Ends the host with all its jobs and waits for that. The next host loads the same jobs. Succeeds if none is
+  /// running.
   Result<void> quit();
 
  private:

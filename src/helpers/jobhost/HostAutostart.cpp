@@ -15,8 +15,9 @@ namespace mirvel {
 
 namespace {
 
-/// One argument of an `Exec` line; quoted, unless it is plain, as desktop-entry-spec has it: for the
-/// command line, and once more for the file's own backslashes.
+/// An argument of an `Exec` line, quoted unless it consists of letters and dashes. It is escaped twice (Desktop Entry
+/// Specification): for the quoted argument, and for strings of the file in general, where a backslash is written as
+/// two.
 std::string quoted(const std::string& text) {
   const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c == '-' || Ascii::isLetter(c); });
   if (isPlain) return text;
@@ -38,13 +39,13 @@ std::string execLine(const std::vector<std::string>& command) {
   return std::string(execBegin) + words;
 }
 
-/// Whether a line is one of those that `execLine` makes for a host, and not what somebody made of it.
+/// Whether the line has the form that this or an earlier version writes, so that it isn't a change of the user.
 bool isOwnLine(const std::string& line) {
   static const std::regex form("Exec=\"[^\"]*/mirvel-host\"( --login)?( --detach)( --root \"[^\"]*\")?");
   return std::regex_match(line, form);
 }
 
-/// The text with another command, if it has one that may be replaced.
+/// The text with `line` as its command; none if its command is the same or was changed by the user.
 std::optional<std::string> renewed(const std::string& text, const std::string& line) {
   const auto begin = text.starts_with(execBegin) ? 0 : text.find('\n' + std::string(execBegin)) + 1;
   if (begin == 0 && !text.starts_with(execBegin)) return std::nullopt;
@@ -68,7 +69,7 @@ Result<void> HostAutostart::install() const {
     return text ? replaceFile(entry, *text) : Result<void>();
   }
   std::error_code failure;
-  std::filesystem::create_directories(m_folder, failure);  // if that fails, so does what follows, and tells why
+  std::filesystem::create_directories(m_folder, failure);  // on failure, writing reports the reason
   return replaceFile(entry,
                      "[Desktop Entry]\n"
                      "Type=Application\n"

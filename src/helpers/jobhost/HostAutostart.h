@@ -8,17 +8,19 @@
 
 namespace mirvel {
 
-/// Has the host started when the user logs in, by an entry in a folder of autostart-spec (freedesktop.org).
+/// The entry that starts the host at login, in a folder of the Desktop Application Autostart Specification
+/// (freedesktop.org).
 class HostAutostart {
  public:
   static constexpr const char* fileName = "mirvel-host.desktop";
 
-  /// An empty folder: the platform has none, and nothing is ever written.
+  /// `command` is the program with its arguments. With an empty folder, for platforms without one, nothing is written.
   HostAutostart(std::filesystem::path folder, std::vector<std::string> command)
       : m_folder(std::move(folder)), m_command(std::move(command)) {}
 
-  /// Writes the entry if there is none. One that is there stays as it is, so that whoever switched theirs off keeps it
-  /// so, but for a command that was written here before the program moved or changed its options: that one is renewed.
+  /// Creates the entry if it doesn't exist. An existing entry is left alone, since the user may have disabled or
+  /// changed it, except that a command which an earlier version or location of the program has written is replaced.
+  /// Fails with the error of the system if the file can't be read or written.
   Result<void> install() const;
 
  private:

@@ -11,9 +11,10 @@
 
 namespace mirvel {
 
-/// Runs jobs on this machine. A helper uses the host of the user that it acts as. Each operation blocks until the host
-/// has answered. `waitForEnd` and `log` may be called from any thread, beside each other and beside one of the others;
-/// to unload a job ends the wait for its end.
+/// What runs jobs on this machine: launchd or the embedded host. A helper uses the host of the user as whom it acts.
+///
+/// Each operation blocks until the host has replied. `waitForEnd` and `log` may be called from any thread, concurrently
+/// with each other and with one of the other operations; unloading a job ends the wait for its end.
 class JobHost {
  public:
   using LogLine = messages::LogLine;
@@ -23,29 +24,29 @@ class JobHost {
   JobHost(const JobHost&) = delete;
   JobHost& operator=(const JobHost&) = delete;
 
-  /// Makes sure that there is a host, and that it has loaded the user's enabled jobs. Nothing to do where the system
-  /// itself sees to that.
+  /// Makes sure that the host is running and has loaded the user's enabled jobs. Does nothing where the system ensures
+  /// that.
   virtual Result<void> start() { return {}; }
-  /// Loads the job file. One that is loaded already under its label stays as it is, and that is an error.
+  /// Loads a job file. Fails if a job of the same label is loaded, which isn't affected.
   virtual Result<void> load(const std::filesystem::path& file) = 0;
-  /// The same for a job that is only tried: it isn't loaded again when the host is started anew, and is
-  /// unloaded when this process ends, where the host can tell.
+  /// Likewise for a test run: the job isn't loaded again when the host restarts, and is unloaded when this process
+  /// ends, where the host can notice that.
   virtual Result<void> loadTemporarily(const std::filesystem::path& file) { return load(file); }
-  /// Unloads the job of the label, or, without one, of the file; its process is stopped. Nothing loaded is no error,
-  /// and a job of the label that was loaded from another file, which is still there, stays. An empty label is
-  /// `BadArgument`. A file that has gone is `NotFound` without a label, if the host knows its jobs by label alone.
+  /// Unloads the job with the label, or without a label that of the file, and waits until its processes have ended.
+  /// Succeeds if no such job is loaded, and if the job of that label was loaded from another file that still exists,
+  /// which is left alone. Fails with `BadArgument` for an empty label, and with `NotFound` if there is neither a label
+  /// nor the file and the host identifies jobs by label only.
   virtual Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) = 0;
-  /// Whether it can tell what was loaded from a file that tells no label; otherwise it knows its jobs by label alone.
+  /// Whether the host knows which job was loaded from a file; otherwise it identifies jobs by label only.
   virtual bool knowsFiles() const { return true; }
-  /// Unloads what was loaded from the file, which may have gone, and nothing else. A host that knows its jobs by label
-  /// alone looks at the one of the label.
+  /// Unloads the job that was loaded from the file, which may not exist any more, and no other. A host that identifies
+  /// jobs by label only checks the job of the label.
   virtual Result<void> unloadFrom(const std::filesystem::path& file, const std::optional<std::string>&) {
     return unload(file, std::nullopt);
   }
-  /// Waits until the loaded job of the label has run to its end once since it was loaded: false if it hasn't within the
-  /// time.
+  /// Waits until the job with the label has ended once since it was loaded. False if it hasn't within the limit.
   virtual Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) = 0;
-  /// What the log holds of the last `period` that mentions the text, the oldest first.
+  /// The lines of the log from the last `period` that contain the text, the oldest first.
   virtual Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) = 0;
 };
 

@@ -10,9 +10,9 @@
 
 namespace mirvel {
 
-/// What runs jobs for the user whose rights this process has: launchd where its tool is, and otherwise the host that
-/// comes with the program and lies beside this process's own. On a machine below a root of its own it is always that
-/// one. The runner must outlive the host.
+/// The host of the user as whom this process runs: launchd where launchctl is installed, otherwise the embedded host,
+/// whose program is next to that of this process. With a `root`, the folder that represents a machine (demo, tests), it
+/// is always the embedded host. The runner must outlive the result.
 std::unique_ptr<JobHost> jobHostOfThisMachine(const std::optional<std::filesystem::path>& root,
                                               const Environment& environment, ProcessRunner& runner);
 

@@ -8,6 +8,7 @@
 #include "core/files/ReadFile.h"
 #include "core/text/Digits.h"
 #include "core/text/Strings.h"
+#include "helpers/hostdata/HostMessages.h"
 #include "helpers/jobfiles/JobFiles.h"
 
 namespace mirvel {
@@ -16,14 +17,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-Error failureOf(const ProcessResult& result, const std::string& doing, const std::string& file) {
-  std::string said(String::trim(result.complaints.empty() ? result.output : result.complaints, true));
-  if (said.empty()) said = "launchctl ended with " + std::to_string(result.exitStatus);
-  return {.code = Error::Code::Io, .message = "launchd can't " + doing + ": " + said, .file = file};
+Error failureOf(const ProcessResult& result, const std::string& action, const std::string& file) {
+  std::string message(String::trim(result.complaints.empty() ? result.output : result.complaints, true));
+  if (message.empty()) message = "launchctl exited with " + std::to_string(result.exitStatus);
+  return {.code = Error::Code::Io, .message = "launchd can't " + action + ": " + message, .file = file};
 }
 
-/// The file from which a job was loaded, by what `launchctl print` says of it; none for one that was submitted.
-std::optional<fs::path> fileIn(const std::string& printed) {
+/// The file from which a job was loaded, in the output of `launchctl print`; none for a job without a file (submitted).
+std::optional<fs::path> fileOf(const std::string& printed) {
   constexpr std::string_view key = "\tpath = ";
   const std::size_t begin = printed.find(key);
   if (begin == std::string::npos) return std::nullopt;
@@ -32,21 +33,21 @@ std::optional<fs::path> fileIn(const std::string& printed) {
   return path.starts_with('/') ? std::optional<fs::path>(path) : std::nullopt;
 }
 
-/// Whether a job has run to its end, by what `launchctl print` says of it.
+/// Whether a job has ended once, according to the output of `launchctl print`.
 bool hasEnded(const std::string& printed) {
   const bool hasExited = printed.find("last exit code = ") != std::string::npos &&
                          printed.find("last exit code = (never exited)") == std::string::npos;
   return hasExited || printed.find("last terminating signal = ") != std::string::npos;
 }
 
-/// The time at the beginning of a line in the log.
-constexpr std::string_view form = "2000-01-31 12:00:00.000000+0100";
+/// How a line of the log begins.
+constexpr std::string_view timeForm = "2000-01-31 12:00:00.000000+0100";
 
-/// Seconds since 1970 of a time in that form.
+/// Seconds since 1970 of a text that begins with a time in that form; none for any other text.
 std::optional<double> timeIn(std::string_view text) {
   using namespace std::chrono;
   const auto at = [&](std::size_t begin, std::size_t size) { return Decimal::toInt(text.substr(begin, size)); };
-  if (text.size() < form.size() || (text[26] != '+' && text[26] != '-')) return std::nullopt;
+  if (text.size() < timeForm.size() || (text[26] != '+' && text[26] != '-')) return std::nullopt;
   const auto y = at(0, 4), mo = at(5, 2), d = at(8, 2), h = at(11, 2), mi = at(14, 2), s = at(17, 2), us = at(20, 6);
   const auto offsetHours = at(27, 2), offsetMinutes = at(29, 2);
   if (!y || !mo || !d || !h || !mi || !s || !us || !offsetHours || !offsetMinutes) return std::nullopt;
@@ -86,11 +87,12 @@ Result<void> LaunchctlHost::unload(const fs::path& file, const std::optional<std
   const auto before = print(*label);
   if (!before) return before.error();
   if (!*before) return {};
-  const auto loaded = fileIn(**before);
+  const auto loaded = fileOf(**before);
   if (loaded && !mayBeLoadedFrom(*loaded, file)) return {};
   const auto result = m_setup.runner.run(m_setup.launchctl, {"bootout", target(*label)});
   if (!result) return result.error();
-  // The tool may come back before the job is gone, whatever its exit status; a job that is still there can't be loaded.
+  // launchctl can return before the job is gone, with any exit status, and until then the label can't be loaded again.
+  // Up to ExitTimeOut, 20 s by default, passes before launchd kills a job that ignores SIGTERM.
   const auto isGone = waitUntil(
       [&]() -> Result<bool> {
         const auto now = print(*label);
@@ -109,7 +111,7 @@ Result<void> LaunchctlHost::unloadFrom(const fs::path& file, const std::optional
   if (!printed) return printed.error();
   std::error_code failure;
   const auto resolved = [&](const fs::path& path) { return fs::weakly_canonical(path, failure); };
-  const auto loaded = *printed ? fileIn(**printed) : std::nullopt;
+  const auto loaded = *printed ? fileOf(**printed) : std::nullopt;
   return loaded && resolved(*loaded) == resolved(file) ? unload(file, label) : Result<void>();
 }
 
@@ -141,10 +143,10 @@ Result<std::optional<std::string>> LaunchctlHost::print(const std::string& label
 }
 
 Result<bool> LaunchctlHost::waitUntil(const std::function<Result<bool>()>& isDone, std::chrono::milliseconds limit) {
-  for (std::chrono::milliseconds waited{0};; waited += betweenLooks) {
+  for (std::chrono::milliseconds waited{0};; waited += pollingInterval) {
     auto done = isDone();
     if (!done || *done || waited >= limit) return done;
-    m_setup.pause(betweenLooks);
+    m_setup.pause(pollingInterval);
   }
 }
 
@@ -153,11 +155,11 @@ std::vector<JobHost::LogLine> logLinesIn(const std::string& output) {
   std::istringstream stream(output);
   for (std::string line; std::getline(stream, line);) {
     if (const auto time = timeIn(line)) {
-      const std::size_t message = line.find_first_not_of(' ', form.size());
+      const std::size_t message = line.find_first_not_of(' ', timeForm.size());
       lines.push_back({*time, message == std::string::npos ? std::string() : line.substr(message)});
     } else if (!lines.empty()) {
       lines.back().message.append("\n").append(line);
-    }  // else it is the heading
+    }
   }
   return lines;
 }

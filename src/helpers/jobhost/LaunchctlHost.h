@@ -8,7 +8,8 @@
 
 namespace mirvel {
 
-/// launchd of macOS, by its tool (launchctl(1)) and that of the log (log(1)).
+/// launchd of macOS, controlled by launchctl(1); the log is read by log(1). It identifies jobs by label only. Errors
+/// have the code `Io` and the message of the tool.
 class LaunchctlHost final : public JobHost {
  public:
   struct Setup {
@@ -16,13 +17,11 @@ class LaunchctlHost final : public JobHost {
     std::string domain;  ///< "system", or "gui/501" for a user who is logged in
     std::string launchctl = "/bin/launchctl";
     std::string log = "/usr/bin/log";
-    std::function<void(std::chrono::milliseconds)> pause = {};  ///< lets time pass; none: the thread sleeps
+    std::function<void(std::chrono::milliseconds)> pause = {};  ///< replaces the sleep between two queries; for tests
   };
 
-  /// While a job is waited for, launchd is asked so often.
-  static constexpr std::chrono::milliseconds betweenLooks{200};
-  /// A job that gets SIGTERM has 20 seconds by default before it is killed (launchd.plist(5), ExitTimeOut).
-  static constexpr std::chrono::seconds longestStop{30};
+  /// The time between two queries while waiting for a job: launchctl has no operation that waits.
+  static constexpr std::chrono::milliseconds pollingInterval{200};
 
   explicit LaunchctlHost(Setup setup);
 
@@ -33,19 +32,21 @@ class LaunchctlHost final : public JobHost {
   Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
   Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override;
 
-  /// The domain of a user: root's is the machine.
+  /// The domain with the jobs of a user ID: "system" for root, else "gui/<user ID>".
   static std::string domainOf(unsigned user);
 
  private:
   std::string target(const std::string& label) const { return m_setup.domain + '/' + label; }
-  /// What launchd says of a job; none if it isn't loaded.
+  /// The output of `launchctl print` for a job; none if it isn't loaded.
   Result<std::optional<std::string>> print(const std::string& label);
+  /// False if the condition isn't met within the limit.
   Result<bool> waitUntil(const std::function<Result<bool>()>& isDone, std::chrono::milliseconds limit);
 
   Setup m_setup;
 };
 
-/// The lines of `log show --style syslog`; a line without a time belongs to the message above it.
+/// Parses the output of `log show --style syslog`. A line without a valid time is appended to the previous message;
+/// those before the first message (the heading) are ignored.
 std::vector<JobHost::LogLine> logLinesIn(const std::string& output);
 
 }  // namespace mirvel

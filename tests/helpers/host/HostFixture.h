@@ -15,7 +15,7 @@
 
 namespace mirvel::host {
 
-/// The real program on a temporary folder, spoken to as the helpers speak to it. It is stopped at the end.
+/// The real host program on a temporary folder, used through the interface of the helpers. The destructor ends it.
 class HostFixture : public testing::Test {
  protected:
   using seconds = std::chrono::seconds;
@@ -28,13 +28,13 @@ class HostFixture : public testing::Test {
     return folder.write("jobs/" + label + ".plist", testdata::jobText(label, std::move(keys)));
   }
 
-  /// A job that tells its process, that of the host, and its display, and stays.
+  /// A job that writes its process ID, that of the host and its display, and keeps running.
   std::filesystem::path lastingJob(const std::string& label, const Signpost& post, propertylist::Dictionary keys = {}) {
     keys.set("RunAtLoad", true);
     return job(label, "exec 9> " + post.quoted() + "; echo $$ $PPID $DISPLAY >&9; exec sleep 1000", std::move(keys));
   }
 
-  /// One that tells its process and that of the host, doesn't end when it is asked to, and is killed after a second.
+  /// A job that writes its process ID and that of the host, ignores SIGTERM, and has to be killed after a second.
   std::filesystem::path stubbornJob(const std::string& label, const Signpost& post) {
     return job(label, "trap '' TERM; echo $$ $PPID > " + post.quoted() + "; while :; do sleep 1000; done",
                {{"RunAtLoad", true}, {"ExitTimeOut", 1}});
@@ -56,8 +56,8 @@ class HostFixture : public testing::Test {
     return ended && *ended;
   }
 
-  /// What the log says of a job, without moments and process numbers.
-  std::vector<std::string> said(const std::string& label) {
+  /// The messages of the log about a job, without times and process IDs.
+  std::vector<std::string> messagesOf(const std::string& label) {
     std::vector<std::string> result;
     const auto lines = embedded.log(seconds(3600), label);
     EXPECT_TRUE(lines) << lines.error().text();
@@ -83,12 +83,12 @@ class HostFixture : public testing::Test {
     startNext();
   }
 
-  /// Without loading anything but what is noted.
+  /// Starts a host that loads nothing but the saved list.
   void startNext() { ASSERT_TRUE(embedded.unload("/nothing", {})); }
 
-  /// What the host notes for the next one.
-  std::vector<std::filesystem::path> noted() const {
-    const auto files = LoadedJobs(LoadedJobs::fileIn(places.folder)).read();
+  /// The list that the host saves for the next one.
+  std::vector<std::filesystem::path> saved() const {
+    const auto files = LoadedJobs(places.loadedJobs()).read();
     EXPECT_TRUE(files) << files.error().text();
     return files ? *files : std::vector<std::filesystem::path>();
   }

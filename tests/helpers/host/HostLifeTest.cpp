@@ -1,10 +1,11 @@
-// When a host begins and ends, and how it is found meanwhile.
+// The life of a host process: start, end, sessions, replacement.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <poll.h>
 #include <sched.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,13 +17,14 @@
 #include <sstream>
 #include <thread>
 
+#include "helpers/host/FileSystemWatch.h"
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/Lifeline.h"
-#include "helpers/host/PathWatch.h"
 #include "helpers/host/Session.h"
 #include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/jobhost/HostAutostart.h"
 #include "helpers/process/Detachment.h"
+#include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::host {
 namespace {
@@ -34,7 +36,7 @@ class HostLife : public HostFixture {
  protected:
   enum class Detached { Yes, No };
 
-  /// Waits until there is something at the path.
+  /// Waits until a file exists at the path.
   static bool appears(const fs::path& path) {
     const auto watch = makePathWatch();
     watch->add(path.string());
@@ -54,7 +56,7 @@ class HostLife : public HostFixture {
     return !isAlive(process);
   }
 
-  /// Stops a host while its folder is removed, and another host loads a job and ends.
+  /// Stops a host (SIGSTOP) while its folder is removed and another host loads a job and ends.
   void replaceBriefly(const std::string& host, const fs::path& jobOfOther, const std::function<void()>& meanwhile) {
     ASSERT_EQ(::kill(std::stoi(host), SIGSTOP), 0);
     fs::remove_all(places.folder);
@@ -63,7 +65,7 @@ class HostLife : public HostFixture {
     ASSERT_TRUE(embedded.quit());
   }
 
-  /// Runs the host's program with a display, and waits until it goes on by itself, or until it ends.
+  /// Starts the program in a session with that display and ID; waits until it has detached, or has ended.
   bool startOn(const std::string& display, std::vector<std::string> arguments, const std::string& number = {},
                Detached detached = Detached::Yes) {
     SystemProcessRunner session(
@@ -81,45 +83,14 @@ class HostLife : public HostFixture {
   }
 };
 
-/// What `lastingJob` tells.
+/// The line that `lastingJob` writes.
 struct Processes {
   std::string job, host, display;
 
   explicit Processes(Signpost& post) { std::istringstream(post.line()) >> job >> host >> display; }
 };
 
-TEST_F(HostLife, ALongPathToItsFolderIsNoObstacle) {
-  fs::path deep = folder.path();
-  for (int i = 0; i < 3; ++i) deep /= std::string(60, 'x');
-  fs::create_directories(deep);
-  EmbeddedHost far(EmbeddedHost::below(MIRVEL_HOST, deep), runner);
-  const auto loaded = far.load(job("far", "true"));
-  EXPECT_TRUE(loaded) << loaded.error().text();
-  EXPECT_EQ(HostClient(HostPlaces::of(Roots::below(deep)).socket).status()->size(), 1U);
-  EXPECT_TRUE(far.quit());
-}
-
-TEST_F(HostLife, IsFoundWhateverTheRuntimeFolderOfWhoAsks) {
-#ifdef __APPLE__
-  GTEST_SKIP() << "the home folder isn't told by the environment here";
-#endif
-  const Roots roots = Roots::ofLinux(folder.path(), {});
-  const auto settings = EmbeddedHost::ofUser(MIRVEL_HOST, roots);
-  const auto withRuntime = [&](const std::string& name) {
-    fs::create_directory(folder.path() / name);
-    return SystemProcessRunner(
-        {{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}, {"XDG_RUNTIME_DIR", (folder.path() / name).string()}});
-  };
-  auto desktop = withRuntime("desktop"), terminal = withRuntime("terminal");
-  EmbeddedHost first(settings, desktop), second(settings, terminal);
-  ASSERT_TRUE(first.load(job("one", "true")));
-  EXPECT_FALSE(second.load(folder.path() / "jobs" / "one.plist")) << "it is loaded already";
-  ASSERT_TRUE(second.load(job("two", "true")));
-  EXPECT_EQ(HostClient(HostPlaces::of(roots).socket).status()->size(), 2U);
-  EXPECT_TRUE(second.quit());
-}
-
-TEST_F(HostLife, IsReachedAgainAfterItsFolderWasRemovedAndKeepsItsJobs) {
+TEST_F(HostLife, CreatesItsFilesAgainAfterTheyWereRemoved) {
   Signpost pipe(folder.path() / "pipe");
   load(job("stays", "sleep 1000 & echo $$ $PPID $! > " + pipe.quoted() + "; wait", {{"RunAtLoad", true}}));
   const auto before = pipe.words();
@@ -130,14 +101,14 @@ TEST_F(HostLife, IsReachedAgainAfterItsFolderWasRemovedAndKeepsItsJobs) {
     ASSERT_TRUE(appears(places.socket)) << removed;
     ASSERT_TRUE(appears(places.folder / "lock")) << removed;
     ASSERT_EQ(labels(), std::vector<std::string>{"stays"}) << removed;
-    EXPECT_EQ(status().front().process, std::stoi(before[0])) << "nothing has happened to it";
+    EXPECT_EQ(status().front().process, std::stoi(before[0])) << "the job isn't affected";
   }
-  ASSERT_TRUE(appears(LoadedJobs::fileIn(places.folder)));
+  ASSERT_TRUE(appears(places.loadedJobs()));
   ::kill(std::stoi(before[1]), SIGKILL);
   ASSERT_TRUE(ends(before[1]));
   startNext();
   EXPECT_NE(pipe.words().front(), before[0]);
-  EXPECT_FALSE(isAlive(before[2])) << "the run is noted anew, too, and what a killed host has left of it is ended";
+  EXPECT_FALSE(isAlive(before[2])) << "the run is recorded again, too, so the next host stops what is left of it";
   EXPECT_THAT(labels(), ElementsAre("stays"));
 }
 
@@ -162,10 +133,10 @@ TEST_F(HostLife, HandsItsJobsToTheHostThatHasTakenItsPlace) {
   EXPECT_NE(after.host, before.host);
   for (const auto& process : {before.job, left.front()}) EXPECT_FALSE(isAlive(process));
   EXPECT_THAT(labels(), ElementsAre("first", "second"));
-  EXPECT_THAT(noted(), testing::UnorderedElementsAre(first, second, missing));
+  EXPECT_THAT(saved(), testing::UnorderedElementsAre(first, second, missing));
 }
 
-TEST_F(HostLife, LosesNoJobsToAHostThatIsThereOnlyMeanwhile) {
+TEST_F(HostLife, LosesNoJobsToAHostThatRunsOnlyMeanwhile) {
   Signpost pipe(folder.path() / "pipe"), stubborn(folder.path() / "stubborn");
   const auto first = lastingJob("first", pipe), slow = stubbornJob("slow", stubborn), second = job("second", "true");
   load(first);
@@ -183,29 +154,29 @@ TEST_F(HostLife, LosesNoJobsToAHostThatIsThereOnlyMeanwhile) {
     EXPECT_TRUE(pipe.isDeserted()) << "it ends, since another has taken its place";
   });
   ASSERT_TRUE(ends(before.host));
-  EXPECT_THAT(noted(), testing::UnorderedElementsAre(first, second, slow));
+  EXPECT_THAT(saved(), testing::UnorderedElementsAre(first, second, slow));
 }
 
-TEST_F(HostLife, NotesItsJobsAnewAsSoonAsThatCanBe) {
+TEST_F(HostLife, SavesItsJobsAgainAsSoonAsPossible) {
   Signpost pipe(folder.path() / "pipe");
   const auto lifeline = Lifeline::hold(folder.path());
   ASSERT_TRUE(lifeline);
   const auto file = lastingJob("stays", pipe);
   load(file);
   const Processes before(pipe);
-  const auto list = LoadedJobs::fileIn(places.folder);
+  const auto list = places.loadedJobs();
   ASSERT_EQ(::kill(std::stoi(before.host), SIGSTOP), 0);
   fs::remove_all(places.folder);
-  fs::create_directories(list);  // as good as a full disk: nothing can be written there
+  fs::create_directories(list);  // like a full disk: the list can't be written
   ASSERT_EQ(::chmod(places.folder.c_str(), 0700), 0);
   ASSERT_EQ(::kill(std::stoi(before.host), SIGCONT), 0);
   ASSERT_TRUE(appears(places.socket));
-  EXPECT_THAT(labels(), ElementsAre("stays")) << "it has looked, and couldn't note them";
-  ASSERT_EQ(::write(lifeline->number(), "x", 1), 1);  // which is no end
+  EXPECT_THAT(labels(), ElementsAre("stays")) << "it has checked, and couldn't save them";
+  ASSERT_EQ(::write(lifeline->number(), "x", 1), 1);  // which doesn't cut it
   EXPECT_THAT(labels(), ElementsAre("stays"));
   fs::remove(list);
   ASSERT_TRUE(appears(list));
-  EXPECT_THAT(noted(), ElementsAre(file));
+  EXPECT_THAT(saved(), ElementsAre(file));
 }
 
 TEST_F(HostLife, EndsWithTheMachineBelowAFolder) {
@@ -221,7 +192,7 @@ TEST_F(HostLife, EndsWithTheMachineBelowAFolder) {
   EXPECT_FALSE(fs::exists(machine));
 }
 
-TEST_F(HostLife, EndsWithWhoeverMadeTheMachineEvenIfTheMachineStays) {
+TEST_F(HostLife, EndsWithTheCreatorOfTheMachineEvenIfTheFolderStays) {
   Signpost pipe(folder.path() / "pipe");
   auto lifeline = Lifeline::hold(folder.path());
   ASSERT_TRUE(lifeline) << lifeline.error().text();
@@ -232,10 +203,10 @@ TEST_F(HostLife, EndsWithWhoeverMadeTheMachineEvenIfTheMachineStays) {
   lifeline->reset();
   EXPECT_TRUE(pipe.isDeserted()) << "the job is stopped";
   ASSERT_TRUE(ends(before.host));
-  EXPECT_FALSE(embedded.load(file)) << "there is no host for a machine that was left";
+  EXPECT_FALSE(embedded.load(file)) << "no host starts for a machine without its creator";
 }
 
-TEST_F(HostLife, SurvivesThatItsStarterHasGone) {
+TEST_F(HostLife, SurvivesTheEndOfItsStarter) {
   Signpost pipe(folder.path() / "pipe");
   const pid_t child = ::fork();
   if (child == 0) {
@@ -262,29 +233,17 @@ TEST_F(HostLife, StartsWithoutStandardFiles) {
   EXPECT_THAT(status(), testing::IsEmpty());
   load(job("talker", "echo said", {{"RunAtLoad", true}}));
   EXPECT_TRUE(hasEnded("talker"));
-  EXPECT_THAT(said("talker"), ElementsAre("started", "said", "exited with 0"));
+  EXPECT_THAT(messagesOf("talker"), ElementsAre("started", "said", "exited with 0"));
 }
 
-TEST_F(HostLife, FilesOfJobsAreNoMoreOpenThanTheUsersOwn) {
-  const mode_t before = ::umask(0077);
-  const auto out = folder.path() / "out";
-  load(job("writer", "umask", {{"RunAtLoad", true}, {"StandardOutPath", out.string()}}));
-  ::umask(before);
-  EXPECT_TRUE(hasEnded("writer"));
-  struct stat file {};
-  ASSERT_EQ(::stat(out.c_str(), &file), 0);
-  EXPECT_EQ(file.st_mode & 0777U, 0600U);
-  EXPECT_EQ(testdata::bytes(out), "0077\n");
-}
-
-TEST_F(HostLife, ALoginStartsAnewUnlessItIsOfTheSameSession) {
+TEST_F(HostLife, ALoginReplacesTheHostUnlessItIsOfTheSameSession) {
   Signpost pipe(folder.path() / "pipe");
   EXPECT_TRUE(startOn(":1", {"--login"}));
   load(lastingJob("shows", pipe));
   const Processes first(pipe);
   EXPECT_EQ(first.display, ":1");
   EXPECT_TRUE(startOn(":1", {"--login"}));
-  EXPECT_TRUE(startOn(":2", {}));  // no login: somebody only wants a host, and there is one
+  EXPECT_TRUE(startOn(":2", {}));  // no login, and there is a host
   EXPECT_EQ(status().front().process, std::stoi(first.job));
   EXPECT_TRUE(startOn(":2", {"--login"}));
   const Processes second(pipe);
@@ -293,7 +252,7 @@ TEST_F(HostLife, ALoginStartsAnewUnlessItIsOfTheSameSession) {
   EXPECT_THAT(labels(), ElementsAre("shows"));
 }
 
-TEST_F(HostLife, ASecondLoginLeavesTheJobsToTheFirstUntilThatIsOver) {
+TEST_F(HostLife, ASecondLoginTakesOverWhenTheFirstSessionIsOver) {
   Signpost pipe(folder.path() / "pipe");
   folder.write("run/systemd/sessions/c1", "STATE=active\n");
   folder.write("run/systemd/sessions/c2", "STATE=active\n");
@@ -311,21 +270,7 @@ TEST_F(HostLife, ASecondLoginLeavesTheJobsToTheFirstUntilThatIsOver) {
   EXPECT_THAT(labels(), ElementsAre("later", "shows"));
 }
 
-TEST_F(HostLife, NobodyFollowsAHostThatWasAskedToEnd) {
-  folder.write("run/systemd/sessions/c1", "STATE=active\n");
-  EXPECT_TRUE(startOn(":1", {"--login"}, "c1"));
-  const auto successor = client.connect();
-  ASSERT_TRUE(successor);
-  const hostdata::BeginSession session{.environment = {{"DISPLAY", ":2"}}, .folders = {}};
-  const auto answer = HostClient::askAt(*successor, session, longestAnswer);
-  ASSERT_TRUE(answer) << answer.error().text();
-  EXPECT_TRUE(answer->staysOpen);
-  ASSERT_TRUE(embedded.quit());
-  char byte = 0;
-  EXPECT_EQ(readUninterrupted(successor->number(), &byte, 1), 1) << "it isn't only hung up";
-}
-
-TEST_F(HostLife, ASuccessorEndsWithTheHostThatWasAskedTo) {
+TEST_F(HostLife, ASuccessorEndsWithAHostThatIsAskedToEnd) {
   folder.write("run/systemd/sessions/c1", "STATE=active\n");
   folder.write("run/systemd/sessions/c2", "STATE=active\n");
   EXPECT_TRUE(startOn(":1", {"--login"}, "c1"));
@@ -334,12 +279,39 @@ TEST_F(HostLife, ASuccessorEndsWithTheHostThatWasAskedTo) {
   fs::create_directories(agents);
   fs::copy_file(lastingJob("told", pipe), agents / "told.plist");
   auto successor = std::async(std::launch::async, [&] { return startOn(":2", {"--login"}, "c2", Detached::No); });
-  pipe.line();  // what the second login brings is loaded by the host of the first
+  pipe.line();  // the host of the first session loads the jobs for the second login
   ASSERT_TRUE(embedded.quit());
   EXPECT_EQ(successor.wait_for(std::chrono::milliseconds(longestWait)), std::future_status::ready);
-  EXPECT_TRUE(embedded.quit());  // or this test would never end
+  EXPECT_TRUE(embedded.quit());  // in case the successor has taken over: the test would wait for it
   EXPECT_TRUE(successor.get());
   EXPECT_FALSE(fs::exists(places.socket));
+}
+
+TEST_F(HostLife, ASuccessorNoticesASecondReplyThatComesWithTheFirst) {
+  using Answer = hostdata::BeginSession::Answer;
+  folder.write("run/systemd/sessions/c2", "STATE=active\n");
+  ASSERT_TRUE(places.make());
+  auto lock = lockHost(places);  // this test is the host
+  auto listening = listenAt(places.socket);
+  ASSERT_TRUE(lock && *lock && listening);
+  auto successor = std::async(std::launch::async, [&] { return startOn(":2", {"--login"}, "c2", Detached::No); });
+  pollfd waiting{.fd = listening->number(), .events = POLLIN, .revents = 0};
+  ASSERT_EQ(::poll(&waiting, 1, longestWait), 1);
+  FileDescriptor connection(::accept(listening->number(), nullptr, nullptr));
+  wire::FrameReader reader;
+  const auto request = wire::receiveFrame(connection.number(), reader);
+  ASSERT_TRUE(request && *request);
+  std::string replies;
+  for (const bool staysOpen : {true, false}) {
+    const auto body = messages::FieldWriter::write(Answer{.staysOpen = staysOpen});
+    replies += *wire::encode({.id = (*request)->id, .body = body});
+  }
+  ASSERT_EQ(wire::sendUninterrupted(connection.number(), replies), static_cast<ssize_t>(replies.size()));
+  listening->reset();
+  lock->reset();
+  connection.reset();
+  EXPECT_EQ(successor.wait_for(std::chrono::milliseconds(longestWait)), std::future_status::ready);
+  EXPECT_TRUE(embedded.quit());  // in case the successor has taken over: the test would wait for it
 }
 
 TEST_F(HostLife, ALoginAndAStartLoadTheEnabledJobsOfTheFolders) {
@@ -362,11 +334,11 @@ TEST_F(HostLife, ALoginAndAStartLoadTheEnabledJobsOfTheFolders) {
   EXPECT_EQ(reasons->size(), 2U) << "at the login and at the start";
   load(unclear);
   restart();
-  EXPECT_THAT(labels(), ElementsAre("enabled", "later")) << "somebody asked for it then";
+  EXPECT_THAT(labels(), ElementsAre("enabled", "later")) << "it was loaded on request only";
   EXPECT_TRUE(fs::exists(Roots::below(folder.path()).ownAutostart / HostAutostart::fileName));
 }
 
-TEST_F(HostLife, WhatIsAskedOfAHostThatIsEndingIsDoneByTheNext) {
+TEST_F(HostLife, RequestsToAHostThatIsShuttingDownAreExecutedByTheNext) {
   Signpost post(folder.path() / "post"), willing(folder.path() / "willing");
   const auto stubborn = stubbornJob("stubborn", post), loaded = job("loaded", "true");
   const struct {
@@ -397,53 +369,18 @@ TEST_F(HostLife, WhatIsAskedOfAHostThatIsEndingIsDoneByTheNext) {
   }
 }
 
-TEST_F(HostLife, IsNotStartedToUnloadWhatCannotBeLoaded) {
-  EXPECT_TRUE(embedded.unload("/nothing", "nothing"));
-  const auto asked = client.status();
-  ASSERT_FALSE(asked);
-  EXPECT_TRUE(HostClient::isNoHost(asked.error()));
-}
-
-TEST_F(HostLife, ItsAutostartEntryIsRenewedWhenTheProgramMoved) {
-  struct Row {
-    const char* before;
-    const char* after;
-  };
-  const Row rows[] = {
-      {"[Desktop Entry]\nExec=\"/old/mirvel-host\" --detach\n",
-       "[Desktop Entry]\nExec=\"/new/mirvel-host\" --login --detach\n"},
-      {"Exec=\"/old/mirvel-host\" --login --detach\nHidden=true\n",
-       "Exec=\"/new/mirvel-host\" --login --detach\nHidden=true\n"},
-      {"Hidden=true\nExec=\"/old/mirvel-host\" --detach --root \"/a b\"",
-       "Hidden=true\nExec=\"/new/mirvel-host\" --login --detach"},
-      // What somebody made of it stays.
-      {"Exec=nice \"/old/mirvel-host\" --detach\n", nullptr},
-      {"Exec=\"/old/mirvel-host\" --detach --verbose\n", nullptr},
-      {"Exec=\"/old/other\" --detach\n", nullptr},
-      {"TryExec=\"/old/mirvel-host\" --detach\n", nullptr},
-      {"Hidden=true\n", nullptr},
-      {"", nullptr},
-  };
-  for (const Row& row : rows) {
-    const auto entry = folder.write(HostAutostart::fileName, row.before);
-    ASSERT_TRUE(HostAutostart(folder.path(), {"/new/mirvel-host", "--login", "--detach"}).install());
-    EXPECT_EQ(testdata::bytes(entry), row.after ? row.after : row.before);
-  }
-}
-
 TEST_F(HostLife, ASessionIsOverWhenItsRecordSaysSo) {
-  struct Row {
-    const char* record;  ///< null: it is removed
+  const struct {
+    const char* record;  ///< null: the record is removed
     bool isOver;
-  };
-  const Row rows[] = {{"UID=1\nACTIVE=1\nSTATE=active\n", false},
-                      {"UID=1\nSTATE=online\n", false},
-                      {"UID=1\nACTIVE=0\nSTATE=closing\n", true},
-                      {"STATE=closing\n", true},
-                      {"OLD_STATE=closing\nSTATE=active\n", false},
-                      {"", false},
-                      {nullptr, true}};
-  for (const Row& row : rows) {
+  } rows[] = {{"UID=1\nACTIVE=1\nSTATE=active\n", false},
+              {"UID=1\nSTATE=online\n", false},
+              {"UID=1\nACTIVE=0\nSTATE=closing\n", true},
+              {"STATE=closing\n", true},
+              {"OLD_STATE=closing\nSTATE=active\n", false},
+              {"", false},
+              {nullptr, true}};
+  for (const auto& row : rows) {
     folder.write("c2", "STATE=active\n");
     const Session session({{"XDG_SESSION_ID", "c2"}}, folder.path());
     EXPECT_EQ(session.record(), folder.path() / "c2");
@@ -455,7 +392,8 @@ TEST_F(HostLife, ASessionIsOverWhenItsRecordSaysSo) {
   }
   EXPECT_FALSE(Session({}, folder.path()).isOver());
   folder.write("c2", "STATE=closing\n");
-  EXPECT_FALSE(Session({{"XDG_SESSION_ID", "c2"}}, folder.path()).isOver()) << "what it outlived has no more to say";
+  EXPECT_FALSE(Session({{"XDG_SESSION_ID", "c2"}}, folder.path()).isOver())
+      << "the host outlives a session that was already over";
 }
 
 }  // namespace

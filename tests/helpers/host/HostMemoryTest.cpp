@@ -1,4 +1,4 @@
-// What a host remembers from one start to the next, and which files it refuses.
+// What a host saves for its next start, and which files it rejects.
 
 #include <gmock/gmock.h>
 #include <signal.h>
@@ -17,14 +17,14 @@ using testing::IsEmpty;
 
 using HostMemory = HostFixture;
 
-TEST_F(HostMemory, LoadsAJobWhoseFileWasMissingAsSoonAsItIsThere) {
+TEST_F(HostMemory, LoadsAJobWhoseFileWasMissingAsSoonAsItAppears) {
   Signpost ran(folder.path() / "ran");
   const std::string script = "echo ran > " + ran.quoted();
   const auto file = job("absent", script);
   load(file);
   fs::rename(folder.path() / "jobs", folder.path() / "unmounted");
   restart();
-  restart();  // it is still noted
+  restart();  // it is still saved
   EXPECT_THAT(labels(), IsEmpty());
   const propertylist::Dictionary keys{{"RunAtLoad", true},
                                       {"ProgramArguments", propertylist::Array{"/bin/sh", "-c", script}}};
@@ -41,28 +41,23 @@ TEST_F(HostMemory, LoadsAJobWhoseFileWasMissingAsSoonAsItIsThere) {
   EXPECT_THAT(labels(), IsEmpty()) << "it was unloaded while its file was missing";
 }
 
-TEST_F(HostMemory, KeepsADamagedListBesideTheNewOne) {
-  const auto list = places.folder / "loaded.plist";
-  for (const char* damage : {"first damage", "second damage"}) {
-    load(job(damage, "true"));
-    ASSERT_TRUE(embedded.quit());
-    folder.write(fs::relative(list, folder.path()), damage);
-    startNext();
-    EXPECT_THAT(labels(), IsEmpty());
-  }
-  EXPECT_EQ(testdata::bytes(list.string() + ".damaged-1"), "first damage");
-  EXPECT_EQ(testdata::bytes(list.string() + ".damaged-2"), "second damage");
-  load(job("third", "true"));
+TEST_F(HostMemory, ADamagedListIsNoObstacle) {
+  load(job("first", "true"));
+  ASSERT_TRUE(embedded.quit());
+  folder.write(fs::relative(places.loadedJobs(), folder.path()), "damage");
+  startNext();
+  EXPECT_THAT(labels(), IsEmpty());
+  load(job("second", "true"));
   restart();
-  EXPECT_THAT(labels(), ElementsAre("third"));
+  EXPECT_THAT(labels(), ElementsAre("second"));
 }
 
-TEST_F(HostMemory, UnloadsNothingThatWouldBeLoadedAgainAtTheNextStart) {
-  const auto list = places.folder / "loaded.plist";
+TEST_F(HostMemory, RefusesToUnloadWhatTheNextHostWouldLoadAgain) {
+  const auto list = places.loadedJobs();
   const auto file = job("noted", "true");
   load(file);
   fs::remove(list);
-  fs::create_directory(list);  // as good as a full disk: nothing can be written there
+  fs::create_directory(list);  // like a full disk: the list can't be written
   EXPECT_FALSE(embedded.unload(file, "noted"));
   EXPECT_THAT(labels(), ElementsAre("noted"));
   EXPECT_FALSE(embedded.load(job("more", "true")));
@@ -73,35 +68,27 @@ TEST_F(HostMemory, UnloadsNothingThatWouldBeLoadedAgainAtTheNextStart) {
   EXPECT_THAT(labels(), IsEmpty());
 }
 
-TEST_F(HostMemory, StartsNothingThatWasSwitchedOffMeanwhile) {
+TEST_F(HostMemory, StartsNothingThatWasDisabledMeanwhile) {
   const auto file = job("off", "touch " + (folder.path() / "ran").string(), {{"StartInterval", 100'000}});
   const auto late = job("late", "touch " + (folder.path() / "ran").string());
   load(file);
   load(late);
   ASSERT_TRUE(embedded.quit());
-  const auto switchOff = [&](const std::string& label) {
+  const auto disable = [&](const std::string& label) {
     return job(label, "touch " + (folder.path() / "ran").string(), {{"RunAtLoad", true}, {"Disabled", true}});
   };
-  switchOff("off");
+  disable("off");
   fs::remove(late);
   startNext();
-  switchOff("late");
+  disable("late");
   load(job("last", "true"));
   EXPECT_THAT(labels(), ElementsAre("last"));
   EXPECT_FALSE(fs::exists(folder.path() / "ran"));
 }
 
-TEST_F(HostMemory, ForgetsAJobThatWasOnlyTried) {
-  load(job("kept", "true"));
-  ASSERT_TRUE(embedded.loadTemporarily(job("tried", "true")));
-  EXPECT_THAT(labels(), ElementsAre("kept", "tried"));
-  restart();
-  EXPECT_THAT(labels(), ElementsAre("kept"));
-}
-
-TEST_F(HostMemory, EndsWhatIsTriedByAProcessThatIsKilled) {
+TEST_F(HostMemory, UnloadsATestRunWhenItsProcessIsKilled) {
 #ifndef __linux__
-  GTEST_SKIP() << "only Linux tells of the end of any process";
+  GTEST_SKIP() << "only Linux reports the end of any process";
 #endif
   Signpost pipe(folder.path() / "pipe");
   const auto file = lastingJob("tried", pipe);
@@ -116,7 +103,7 @@ TEST_F(HostMemory, EndsWhatIsTriedByAProcessThatIsKilled) {
   EXPECT_TRUE(pipe.isDeserted());
 }
 
-TEST_F(HostMemory, LoadsNothingThatOthersCouldHaveWritten) {
+TEST_F(HostMemory, RejectsFilesThatOthersCouldHaveWritten) {
   const auto file = job("open", "true");
   const struct {
     fs::path changed;
@@ -135,20 +122,24 @@ TEST_F(HostMemory, LoadsNothingThatOthersCouldHaveWritten) {
   load(file);
 }
 
-TEST_F(HostMemory, NamesTheFileFromWhichALabelIsLoadedAlready) {
-  const auto first = job("same", "true");
-  load(first);
-  const auto second = embedded.load(folder.write("jobs/other.plist", testdata::bytes(first)));
-  ASSERT_FALSE(second);
-  EXPECT_EQ(second.error().code, Error::Code::BadArgument);
-  EXPECT_THAT(second.error().text(), testing::HasSubstr(first.string()));
-
-  const auto copy = folder.path() / "jobs" / "other.plist";
-  EXPECT_TRUE(embedded.unload(copy, "same"));
-  EXPECT_THAT(labels(), ElementsAre("same")) << "it isn't the copy that is loaded";
-  fs::rename(first, copy);
-  EXPECT_TRUE(embedded.unload(copy, "same")) << "now it is";
-  EXPECT_THAT(labels(), IsEmpty());
+TEST(LoadedJobs, KeepDamagedFilesAndNeverOverwriteUnreadableOnes) {
+  const testdata::TemporaryFolder folder;
+  LoadedJobs jobs(folder.path() / "loaded.plist");
+  EXPECT_THAT(*jobs.read(), ElementsAre());
+  ASSERT_TRUE(jobs.write({"/a b", "/ü"}));
+  EXPECT_THAT(*jobs.read(), ElementsAre("/a b", "/ü"));
+  for (const char* content :
+       {"", "garbage", "<plist><array/></plist>", "<plist><dict><key>Loaded</key><true/></dict></plist>",
+        "<plist><dict><key>Loaded</key><array><string>/a</string><true/></array></dict></plist>"}) {
+    folder.write("loaded.plist", content);
+    EXPECT_FALSE(jobs.read()) << content;
+    EXPECT_TRUE(jobs.read()) << "it was renamed";
+  }
+  EXPECT_TRUE(fs::exists(folder.path() / "loaded.plist.damaged-5"));
+  fs::create_directory(folder.path() / "loaded.plist");
+  EXPECT_FALSE(jobs.read());
+  fs::remove(folder.path() / "loaded.plist");
+  EXPECT_FALSE(jobs.write({})) << "the list couldn't be read";
 }
 
 }  // namespace

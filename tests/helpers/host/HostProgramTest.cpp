@@ -12,7 +12,7 @@
 #include "core/propertylist/Writer.h"
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/JobLog.h"
-#include "helpers/hostdata/HostSocket.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel::host {
@@ -26,16 +26,16 @@ using testing::Not;
 
 using HostProgram = HostFixture;
 
-TEST_F(HostProgram, RunsAJobAtLoadAndKeepsWhatItSays) {
+TEST_F(HostProgram, RunsAJobAtLoadAndLogsItsOutput) {
   load(job("talker", "echo first; echo second >&2; printf third; exit 3", {{"RunAtLoad", true}}));
   EXPECT_TRUE(hasEnded("talker"));
-  EXPECT_THAT(said("talker"), ElementsAre("started", "first", "second", "third", "exited with 3"));
+  EXPECT_THAT(messagesOf("talker"), ElementsAre("started", "first", "second", "third", "exited with 3"));
   ASSERT_EQ(status().size(), 1U);
   EXPECT_EQ(status()[0].lastCode, 3);
   EXPECT_EQ(status()[0].process, std::nullopt);
 }
 
-TEST_F(HostProgram, MakesTheProcessAsTheFileSays) {
+TEST_F(HostProgram, StartsTheProcessAsTheFileSays) {
   const auto& root = folder.path();
   fs::create_directories(root / "work");
   folder.write("input", "from the input\n");
@@ -53,16 +53,15 @@ TEST_F(HostProgram, MakesTheProcessAsTheFileSays) {
   EXPECT_EQ(testdata::bytes(root / "out"), (root / "work").string() + "\nfrom the input\npear " + root.string() +
                                                "\n0033\n77\n5\n/usr/bin:/bin:/usr/sbin:/sbin\n");
   EXPECT_EQ(testdata::bytes(root / "err"), "wrong\n");
-  EXPECT_THAT(said("made"), ElementsAre("started", "exited with 0"));
+  EXPECT_THAT(messagesOf("made"), ElementsAre("started", "exited with 0"));
 }
 
-TEST_F(HostProgram, SaysWhyAJobCannotBeStarted) {
-  struct Row {
+TEST_F(HostProgram, LogsWhyAJobCannotBeStarted) {
+  struct {
     const char* label;
     propertylist::Dictionary keys;
     const char* message;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"no-program", {{"Program", "/no/such"}}, "can't run the program: No such file or directory"},
       {"no-folder",
        {{"WorkingDirectory", "/no/such"}},
@@ -70,11 +69,11 @@ TEST_F(HostProgram, SaysWhyAJobCannotBeStarted) {
       {"no-input", {{"StandardInPath", "/no/such"}}, "can't open the standard input: No such file or directory"},
       {"no-output", {{"StandardOutPath", "/"}}, "can't open the standard output: Is a directory"},
   };
-  for (Row row : rows) {
+  for (auto& row : rows) {
     row.keys.set("RunAtLoad", true);
     load(job(row.label, "true", row.keys));
     EXPECT_TRUE(hasEnded(row.label));
-    EXPECT_THAT(said(row.label), ElementsAre("started", row.message));
+    EXPECT_THAT(messagesOf(row.label), ElementsAre("started", row.message));
   }
 }
 
@@ -82,13 +81,13 @@ TEST_F(HostProgram, BecomesTheUserOfARootJob) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can be another user";
   load(job("nobody", "id -un; echo $USER", {{"RunAtLoad", true}, {"UserName", "nobody"}}));
   EXPECT_TRUE(hasEnded("nobody"));
-  EXPECT_THAT(said("nobody"), ElementsAre("started", "nobody", "nobody", "exited with 0"));
+  EXPECT_THAT(messagesOf("nobody"), ElementsAre("started", "nobody", "nobody", "exited with 0"));
   load(job("stranger", "true", {{"RunAtLoad", true}, {"UserName", "no such user"}}));
   EXPECT_TRUE(hasEnded("stranger"));
-  EXPECT_THAT(said("stranger"), Contains(HasSubstr("there is no user no such user")));
+  EXPECT_THAT(messagesOf("stranger"), Contains(HasSubstr("there is no user no such user")));
 }
 
-TEST_F(HostProgram, StartsAKeptAliveJobAgain) {
+TEST_F(HostProgram, RestartsAJobWithKeepAlive) {
   Signpost signpost(folder.path() / "pipe");
   load(job("phoenix", "echo $$ > " + signpost.quoted(), {{"KeepAlive", true}, {"ThrottleInterval", 0}}));
   const std::string first = signpost.line();
@@ -97,18 +96,19 @@ TEST_F(HostProgram, StartsAKeptAliveJobAgain) {
   EXPECT_NE(first, second);
 }
 
-TEST_F(HostProgram, KillsAJobThatDoesNotWantToEnd) {
+TEST_F(HostProgram, KillsAJobThatIgnoresSigterm) {
   Signpost signpost(folder.path() / "pipe");
   load(stubbornJob("stubborn", signpost));
   const std::string process = signpost.words().front();
   EXPECT_TRUE(isAlive(process));
   unload("stubborn");
   EXPECT_FALSE(isAlive(process));
-  EXPECT_THAT(said("stubborn"), ElementsAre("started", "is asked to end", "doesn't end, and is killed",
-                                            HasSubstr("was ended by signal 9")));
+  EXPECT_THAT(messagesOf("stubborn"),
+              ElementsAre("started", "stopping it (SIGTERM)", "not ended in time: killing it (SIGKILL)",
+                          HasSubstr("was ended by signal 9")));
 }
 
-TEST_F(HostProgram, StopsWhatAJobLeavesBehindUnlessTheFileForbidsIt) {
+TEST_F(HostProgram, StopsTheRemainingProcessesUnlessTheyAreAbandoned) {
   for (const bool isAbandoned : {false, true}) {
     const std::string label = isAbandoned ? "abandons" : "leaves";
     Signpost pipe(folder.path() / label);
@@ -124,7 +124,7 @@ TEST_F(HostProgram, StopsWhatAJobLeavesBehindUnlessTheFileForbidsIt) {
   }
 }
 
-TEST_F(HostProgram, KeepsItsLogBoundedForAJobThatPrintsWithoutEnd) {
+TEST_F(HostProgram, KeepsTheLogOfAnEndlessOutputBounded) {
   Signpost signpost(folder.path() / "pipe");
   load(job(
       "chatterbox",
@@ -136,7 +136,7 @@ TEST_F(HostProgram, KeepsItsLogBoundedForAJobThatPrintsWithoutEnd) {
   for (const auto& file : fs::directory_iterator(places.folder / "log")) size += fs::file_size(file);
   EXPECT_GT(size, 1000U);
   EXPECT_LT(size, 3 * JobLog::fileSize);
-  EXPECT_THAT(said("chatterbox"), Contains("[the job prints too much: the rest is left out for some seconds]"));
+  EXPECT_THAT(messagesOf("chatterbox"), Contains("[the job prints too much: its output is dropped for some seconds]"));
 }
 
 TEST_F(HostProgram, NoticesPathsAndQueues) {
@@ -157,10 +157,11 @@ TEST_F(HostProgram, NoticesPathsAndQueues) {
   EXPECT_EQ(there.line(), "there");
 }
 
-TEST_F(HostProgram, KnowsItsJobsAgainAfterARestart) {
+TEST_F(HostProgram, LoadsItsJobsAgainAfterARestart) {
   load(job("stays", "true", {{"StartInterval", 3600}}));
   load(job("goes", "true"));
   unload("goes");
+  ASSERT_TRUE(embedded.loadTemporarily(job("temporary", "true")));
   load(job("vanishes", "true"));
   fs::remove(folder.path() / "jobs" / "vanishes.plist");
   ASSERT_TRUE(embedded.quit());
@@ -169,20 +170,19 @@ TEST_F(HostProgram, KnowsItsJobsAgainAfterARestart) {
   ASSERT_EQ(status().size(), 1U);
   EXPECT_EQ(status()[0].label, "stays");
   EXPECT_NE(status()[0].nextRun, std::nullopt);
-  EXPECT_THAT(said("mirvel-host"), testing::IsEmpty());
+  EXPECT_THAT(messagesOf("mirvel-host"), testing::IsEmpty());
   const auto lines = embedded.log(seconds(60), "vanishes.plist");
   ASSERT_TRUE(lines);
   EXPECT_EQ(lines->size(), 1U);
 }
 
-TEST_F(HostProgram, RefusesWhatIsNoJob) {
-  struct Row {
-    fs::path file;
-    Error::Code code;
-  };
+TEST_F(HostProgram, RejectsFilesThatAreNoJobs) {
   ASSERT_EQ(::mkfifo((folder.path() / "fifo").c_str(), 0600), 0);
   load(job("twice", "true"));
-  const Row rows[] = {
+  const struct {
+    fs::path file;
+    Error::Code code;
+  } rows[] = {
       {folder.path() / "missing.plist", Error::Code::NotFound},
       {"relative.plist", Error::Code::BadArgument},
       {folder.path() / "fifo", Error::Code::Malformed},
@@ -192,7 +192,7 @@ TEST_F(HostProgram, RefusesWhatIsNoJob) {
       {folder.write("big.plist", std::string(JobFolder::largestFile + 1, ' ')), Error::Code::LimitExceeded},
       {folder.path() / "jobs" / "twice.plist", Error::Code::BadArgument},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     const auto loaded = embedded.load(row.file);
     ASSERT_FALSE(loaded) << row.file;
     EXPECT_EQ(loaded.error().code, row.code) << row.file << ": " << loaded.error().text();
@@ -200,28 +200,24 @@ TEST_F(HostProgram, RefusesWhatIsNoJob) {
   EXPECT_EQ(status().size(), 1U);
 }
 
-TEST_F(HostProgram, TellsOfTheKeysThatItCannotServe) {
-  load(job("rich", "echo here", {{"RunAtLoad", true}, {"MachServices", propertylist::Dictionary{{"a.b", true}}}}));
-  EXPECT_TRUE(hasEnded("rich"));
-  EXPECT_THAT(said("rich"), ElementsAre(HasSubstr("MachServices"), "started", "here", "exited with 0"));
-}
-
-TEST_F(HostProgram, RunsAJobWithoutTheValuesThatCannotBeUsed) {
-  // Root's starts afresh; another user can't make it nicer than this process.
+TEST_F(HostProgram, RunsAJobWithoutWhatItCannotUseAndSaysSo) {
+  // Only root's host can lower the nice value that it inherits.
   const std::string nice = ::geteuid() == 0 ? "0" : std::to_string(::getpriority(PRIO_PROCESS, 0));
   load(job("odd", "echo here; nice",
            {{"RunAtLoad", true},
             {"Nice", "much"},
             {"Disabled", "no"},
+            {"MachServices", propertylist::Dictionary{{"a.b", true}}},
             {"EnvironmentVariables", propertylist::Dictionary{{"GOOD", "1"}, {"BAD", 1}}},
-            {"Comment", "an unknown key is no matter"}}));
+            {"Comment", "an unknown key isn't reported"}}));
   EXPECT_TRUE(hasEnded("odd"));
-  EXPECT_THAT(said("odd"),
-              ElementsAre(HasSubstr("the value of Disabled can't be used"), HasSubstr("of Nice can't"),
-                          HasSubstr("of EnvironmentVariables.BAD can't"), "started", "here", nice, "exited with 0"));
+  EXPECT_THAT(messagesOf("odd"),
+              ElementsAre(HasSubstr("MachServices isn't supported"), HasSubstr("the value of Disabled can't be used"),
+                          HasSubstr("of Nice can't"), HasSubstr("of EnvironmentVariables.BAD can't"), "started", "here",
+                          nice, "exited with 0"));
 }
 
-TEST_F(HostProgram, LosesNothingButTheConnectionToAClientThatMisbehaves) {
+TEST_F(HostProgram, DisconnectsOnlyTheClientThatMisbehaves) {
   load(job("quiet", "true"));
   const auto connect = [&] {
     auto connection = connectToHost(places.socket);
@@ -257,7 +253,7 @@ TEST_F(HostProgram, LosesNothingButTheConnectionToAClientThatMisbehaves) {
   EXPECT_EQ(status().size(), 1U);
 }
 
-TEST_F(HostProgram, ARequestThatWaitsHoldsUpNoOtherOfItsClientAndCanBeCancelled) {
+TEST_F(HostProgram, AWaitingRequestDelaysNoOtherAndCanBeCancelled) {
   Signpost ready(folder.path() / "ready");
   load(job("long", "echo > " + ready.quoted() + "; exec sleep 1000", {{"RunAtLoad", true}}));
   (void)ready.line();
@@ -284,41 +280,16 @@ TEST_F(HostProgram, ARequestThatWaitsHoldsUpNoOtherOfItsClientAndCanBeCancelled)
   EXPECT_EQ(ended.id, 2);
   EXPECT_TRUE(messages::FieldReader::read<hostdata::WaitForEnd::Answer>(ended.body)->hasEnded);
   ASSERT_TRUE(send({.id = 4, .kind = wire::Frame::Kind::Event}));
-  EXPECT_EQ(next(), wire::Frame()) << "it is cut off";
+  EXPECT_EQ(next(), wire::Frame()) << "the client is disconnected";
 }
 
-TEST_F(HostProgram, IsReadByItsUserAlone) {
+TEST_F(HostProgram, IsAccessibleToItsUserOnly) {
   load(job("quiet", "true"));
   struct stat info {};
   ASSERT_EQ(::stat(places.folder.c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 0777U, 0700U);
   ASSERT_EQ(::stat(places.socket.c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 0777U, 0600U);
-}
-
-TEST_F(HostProgram, IsStartedOnceHoweverManyAskAtTheSameTime) {
-  std::vector<fs::path> files;
-  for (int i = 0; i < 6; ++i) files.push_back(job("job" + std::to_string(i), "true"));
-  std::vector<std::thread> threads;
-  for (const auto& file : files) {
-    threads.emplace_back([&, file] {
-      EmbeddedHost other(EmbeddedHost::below(MIRVEL_HOST, folder.path()), runner);
-      const auto loaded = other.load(file);
-      EXPECT_TRUE(loaded) << loaded.error().text();
-    });
-  }
-  for (auto& thread : threads) thread.join();
-  EXPECT_EQ(status().size(), files.size());
-}
-
-TEST_F(HostProgram, LeavesAnAutostartEntryThatThePersonMayChange) {
-  load(job("one", "true"));
-  const auto entry = Roots::below(folder.path()).ownAutostart / "mirvel-host.desktop";
-  EXPECT_THAT(testdata::bytes(entry),
-              HasSubstr("Exec=\"" MIRVEL_HOST "\" --login --detach --root \"" + folder.path().string() + "\"\n"));
-  folder.write(fs::relative(entry, folder.path()), "Hidden=true\n");
-  load(job("two", "true"));
-  EXPECT_EQ(testdata::bytes(entry), "Hidden=true\n");
 }
 
 TEST_F(HostProgram, HoldsAThousandIdleJobsAtLittleCost) {
@@ -335,7 +306,7 @@ TEST_F(HostProgram, HoldsAThousandIdleJobsAtLittleCost) {
            {{"RunAtLoad", true}}));
   EXPECT_TRUE(hasEnded("asks"));
   EXPECT_EQ(status().size(), 1001U);
-  const auto lines = said("asks");
+  const auto lines = messagesOf("asks");
   ASSERT_EQ(lines.size(), 5U);
   const long kilobytes = std::stol(lines[1]);
   std::istringstream times(lines[2]);

@@ -1,4 +1,4 @@
-// The processes of jobs: how they are stopped, what is left when a host is killed, and what it can't start.
+// The processes of jobs: how they are stopped, what happens after the host is killed, and failures to start them.
 
 #include <gmock/gmock.h>
 #include <signal.h>
@@ -11,7 +11,7 @@
 
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/JobProcess.h"
-#include "helpers/host/RunNotes.h"
+#include "helpers/host/JobRun.h"
 #include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {
@@ -26,7 +26,7 @@ using testing::IsEmpty;
 class HostRuns : public HostFixture {
  protected:
   std::string quoted(const char* name) const { return "'" + (folder.path() / name).string() + "'"; }
-  std::size_t notes() const {
+  std::size_t records() const {
     const fs::path runs = places.folder / "runs";
     return fs::exists(runs) ? static_cast<std::size_t>(std::distance(fs::directory_iterator(runs), {})) : 0;
   }
@@ -37,17 +37,17 @@ void killHost(const std::string& process) {
   while (isAlive(process)) std::this_thread::yield();
 }
 
-TEST_F(HostRuns, AsksTheWholeGroupToEndBeforeAnyOfItIsKilled) {
+TEST_F(HostRuns, SendsSigtermToTheWholeGroupBeforeItKills) {
   Signpost ready(folder.path() / "ready");
   const std::string tidy = "trap 'echo tidied > " + quoted("tidied") + "; exit' TERM; ";
   load(job("family", "(" + tidy + "echo > " + ready.quoted() + "; sleep 1000 & wait) & wait", {{"RunAtLoad", true}}));
   ready.line();
   unload("family");
   EXPECT_EQ(testdata::bytes(folder.path() / "tidied"), "tidied\n");
-  EXPECT_EQ(notes(), 0U);
+  EXPECT_EQ(records(), 0U);
 }
 
-TEST_F(HostRuns, StopsWhatHasBegunASessionOfItsOwnToo) {
+TEST_F(HostRuns, StopsProcessesInSessionsOfTheirOwn) {
   Signpost ready(folder.path() / "ready");
   load(job("daemon", "setsid sleep 1000 & echo $! > " + ready.quoted() + "; wait", {{"RunAtLoad", true}}));
   const std::string process = ready.line();
@@ -56,7 +56,7 @@ TEST_F(HostRuns, StopsWhatHasBegunASessionOfItsOwnToo) {
   EXPECT_FALSE(isAlive(process));
 }
 
-TEST_F(HostRuns, LeavesASessionOfItsOwnRunningWhenTheJobEndsByItself) {
+TEST_F(HostRuns, LeavesOtherSessionsRunningWhenTheJobEndsByItself) {
   Signpost ready(folder.path() / "ready");
   const std::string go = Signpost::makePipe(folder.path() / "go").string();
   load(job("starter",
@@ -66,11 +66,11 @@ TEST_F(HostRuns, LeavesASessionOfItsOwnRunningWhenTheJobEndsByItself) {
   const std::string process = ready.line();
   EXPECT_TRUE(hasEnded("starter"));
   unload("starter");
-  EXPECT_TRUE(isAlive(process)) << "as with launchd, it is no part of the job any more";
+  EXPECT_TRUE(isAlive(process)) << "as with launchd, it isn't part of the job any more";
   ::kill(std::stoi(process), SIGKILL);
 }
 
-TEST_F(HostRuns, SaysWhatIsStillRunningWhenTheTimeToWaitIsOver) {
+TEST_F(HostRuns, NamesTheRunningProcessesAfterTheTimeLimit) {
   Signpost ready(folder.path() / "ready");
   const auto file = stubbornJob("stubborn", ready);
   load(file);
@@ -82,18 +82,18 @@ TEST_F(HostRuns, SaysWhatIsStillRunningWhenTheTimeToWaitIsOver) {
   const auto again = embedded.load(file);
   ASSERT_FALSE(again);
   EXPECT_EQ(again.error().code, Error::Code::StillRunning);
-  EXPECT_NE(ready.words().front(), process) << "it is loaded once its last run has ended";
+  EXPECT_NE(ready.words().front(), process) << "the job is loaded once its last run has ended";
   EXPECT_FALSE(isAlive(process));
   (void)client.ask(hostdata::Unload{.label = "stubborn", .seconds = 0});
   ASSERT_FALSE(embedded.load(file));
-  EXPECT_TRUE(embedded.unload(file, "stubborn")) << "which takes the load back, too";
-  EXPECT_THAT(noted(), IsEmpty());
+  EXPECT_TRUE(embedded.unload(file, "stubborn")) << "which cancels the pending load";
+  EXPECT_THAT(saved(), IsEmpty());
 }
 
-TEST_F(HostRuns, AnUnloadWaitsForItsOwnJobAndNotForTheNextOfThatLabel) {
+TEST_F(HostRuns, AnUnloadDoesNotWaitForTheNextJobOfTheLabel) {
   const auto first = job("same", "true"), second = folder.write("jobs/second.plist", testdata::bytes(first));
   fs::create_directories(places.folder);
-  ASSERT_TRUE(LoadedJobs(LoadedJobs::fileIn(places.folder)).write({first, second}));
+  ASSERT_TRUE(LoadedJobs(places.loadedJobs()).write({first, second}));
   startNext();
   const auto path = [&] { return status().empty() ? "" : status().front().path; };
   EXPECT_EQ(path(), first);
@@ -102,7 +102,7 @@ TEST_F(HostRuns, AnUnloadWaitsForItsOwnJobAndNotForTheNextOfThatLabel) {
   EXPECT_EQ(path(), second);
 }
 
-TEST_F(HostRuns, EndsWhatAKilledHostHasLeftBeforeAnythingRunsTwice) {
+TEST_F(HostRuns, StopsTheRunsOfAKilledHostBeforeItStartsTheirJobs) {
   for (const bool isStubborn : {false, true}) {
     const std::string label = isStubborn ? "stubborn" : "willing";
     Signpost ready(folder.path() / label);
@@ -121,12 +121,12 @@ TEST_F(HostRuns, EndsWhatAKilledHostHasLeftBeforeAnythingRunsTwice) {
     for (const auto& process : before) EXPECT_FALSE(isAlive(process)) << process;
     unload(label);
     for (const auto& process : after) EXPECT_EQ(isAlive(process), process == after[0]) << process;
-    EXPECT_THAT(said(label), Contains(HasSubstr("a run that was left by a job host that was killed is stopped")));
+    EXPECT_THAT(messagesOf(label), Contains(HasSubstr("stopping a run that was left by a job host that was killed")));
   }
-  EXPECT_EQ(notes(), 0U);
+  EXPECT_EQ(records(), 0U);
 }
 
-TEST_F(HostRuns, EndsWhatIsLeftOfAJobThatIsNoLongerLoaded) {
+TEST_F(HostRuns, StopsTheRunsOfAKilledHostWhoseJobIsNotLoaded) {
   Signpost ready(folder.path() / "ready");
   load(job("gone", "sleep 1000 & echo $PPID $! > " + ready.quoted() + "; wait", {{"RunAtLoad", true}}));
   const auto before = ready.words();
@@ -137,7 +137,7 @@ TEST_F(HostRuns, EndsWhatIsLeftOfAJobThatIsNoLongerLoaded) {
   EXPECT_THAT(status(), IsEmpty());
 }
 
-TEST_F(HostRuns, OutlivesAJobThatCanNeverBeStarted) {
+TEST_F(HostRuns, LimitsTheAttemptsToStartAJob) {
   std::vector<std::string> labels = {"no-program"};
   load(job("no-program", "true", {{"Program", "/no/such"}, {"KeepAlive", true}, {"ThrottleInterval", 0}}));
   if (::geteuid() == 0) {
@@ -146,8 +146,8 @@ TEST_F(HostRuns, OutlivesAJobThatCanNeverBeStarted) {
   }
   for (const auto& label : labels) {
     EXPECT_TRUE(hasEnded(label));
-    const auto lines = said(label);
-    EXPECT_LE(lines.size(), 20U) << label << ": one try a second at most";
+    const auto lines = messagesOf(label);
+    EXPECT_LE(lines.size(), 20U) << label << ": at most one attempt per second";
     unload(label);
   }
   const auto empty = embedded.load(folder.write("empty.plist", testdata::jobText("empty", {{"KeepAlive", true}})));
@@ -155,10 +155,10 @@ TEST_F(HostRuns, OutlivesAJobThatCanNeverBeStarted) {
   EXPECT_EQ(empty.error().code, Error::Code::MissingKey);
 }
 
-TEST_F(HostRuns, DoesNotInheritTheLimitsOfWhoeverStartedIt) {
+TEST_F(HostRuns, DoesNotInheritTheLimitsOfItsStarter) {
   const rlim_t little = 64 << 10;
   const auto limited = [&] {
-    // In the shell that becomes the host: the next one is started by the fixture, without limits.
+    // In the shell that becomes the host, so that the limits don't affect this process.
     return runner.run("/bin/sh", {"-c", "ulimit -S -f 8; ulimit -S -n 40; umask 077; exec nice -n 5 '" MIRVEL_HOST
                                         "' --detach --root '" +
                                             folder.path().string() + "'"});
@@ -170,13 +170,13 @@ TEST_F(HostRuns, DoesNotInheritTheLimitsOfWhoeverStartedIt) {
            "ulimit -S -f; head -c " + std::to_string(2 * little) + " /dev/zero > " + quoted("big") + "; umask; nice",
            {{"RunAtLoad", true}}));
   EXPECT_TRUE(hasEnded("free"));
-  const std::string niceValue = ::geteuid() == 0 ? "0" : "5";  // only root can take it back
-  EXPECT_THAT(said("free"), ElementsAre("started", "unlimited", "0077", niceValue, "exited with 0"))
+  const std::string niceValue = ::geteuid() == 0 ? "0" : "5";  // only root can lower it
+  EXPECT_THAT(messagesOf("free"), ElementsAre("started", "unlimited", "0077", niceValue, "exited with 0"))
       << "the umask is the user's own";
   EXPECT_EQ(fs::file_size(folder.path() / "big"), 2 * little);
 }
 
-TEST(JobProcess, TellsThatThereIsNoRoomNowFromWhatNeverWorks) {
+TEST(JobProcess, ReportsAMomentaryShortageAsLimitExceeded) {
   rlimit before{};
   ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
   rlimit none = before;
@@ -190,30 +190,30 @@ TEST(JobProcess, TellsThatThereIsNoRoomNowFromWhatNeverWorks) {
   EXPECT_EQ(started.error().code, Error::Code::LimitExceeded);
 }
 
-TEST(RunNotes, AreForgottenWithTheMachineThatTheyAreOf) {
+TEST(RunRecords, AreValidForOneBootOnly) {
   const testdata::TemporaryFolder folder;
-  const RunNotes notes(folder.path() / "runs");
-  const JobRun run{.mark = "mark", .leader = 42, .start = 4242, .isLeaderAlone = true};
-  ASSERT_TRUE(notes.write({.label = "job", .file = "/job.plist", .run = run}));
-  ASSERT_EQ(notes.read().size(), 1U);
-  const RunNote read = notes.read().front();
+  const RunRecords records(folder.path() / "runs");
+  const JobRun run{.token = "mark", .leader = 42, .start = 4242, .isLeaderAlone = true};
+  ASSERT_TRUE(records.write({.label = "job", .file = "/job.plist", .run = run}));
+  ASSERT_EQ(records.read().size(), 1U);
+  const RunRecord read = records.read().front();
   EXPECT_EQ(read.label, "job");
   EXPECT_EQ(read.file, "/job.plist");
-  EXPECT_EQ(read.run.mark, "mark");
+  EXPECT_EQ(read.run.token, "mark");
   EXPECT_EQ(read.run.leader, 42);
   EXPECT_EQ(read.run.start, 4242);
   EXPECT_TRUE(read.run.isLeaderAlone);
   folder.write("runs/other",
                testdata::jobText("other", {{"Boot", "another start"}, {"Process", ::getpid()}, {"Start", 1}}));
   folder.write("runs/garbage", "garbage");
-  EXPECT_EQ(notes.read().size(), 1U);
+  EXPECT_EQ(records.read().size(), 1U);
   EXPECT_FALSE(fs::exists(folder.path() / "runs" / "other"));
   EXPECT_FALSE(fs::exists(folder.path() / "runs" / "garbage"));
-  notes.remove(run);
-  EXPECT_THAT(notes.read(), IsEmpty());
+  records.remove(run);
+  EXPECT_THAT(records.read(), IsEmpty());
 }
 
-TEST(RunProcesses, AreNotTakenForThoseOfAnotherTimeOrMark) {
+TEST(JobRun, ConsistsOfProcessesWithItsStartTimeOrToken) {
   const pid_t parent = ::getppid();
   const std::int64_t start = ProcessStatus::of(parent).value_or(ProcessStatus()).start;
   ASSERT_NE(start, 0);
@@ -221,11 +221,11 @@ TEST(RunProcesses, AreNotTakenForThoseOfAnotherTimeOrMark) {
     JobRun run;
     bool isFound;
   } rows[] = {
-      {{.mark = "none", .leader = parent, .start = start, .isLeaderAlone = true}, true},
-      {{.mark = "none", .leader = parent, .start = start - 1, .isLeaderAlone = true}, false},
-      {{.mark = "none", .leader = parent, .start = start + 1, .isLeaderAlone = true}, false},
-      {{.mark = "none", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
-      {{.mark = "", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
+      {{.token = "none", .leader = parent, .start = start, .isLeaderAlone = true}, true},
+      {{.token = "none", .leader = parent, .start = start - 1, .isLeaderAlone = true}, false},
+      {{.token = "none", .leader = parent, .start = start + 1, .isLeaderAlone = true}, false},
+      {{.token = "none", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
+      {{.token = "", .leader = 0, .start = 0, .isLeaderAlone = false}, false},
   };
   for (const auto& row : rows) {
     const auto found = processesOf(row.run, Reach::Everything);

@@ -10,11 +10,14 @@ namespace mirvel::host {
 namespace {
 
 using namespace std::chrono;
+using propertylist::Array;
+using propertylist::Dictionary;
+using propertylist::Value;
 using Seconds = std::vector<long>;
 using testing::ElementsAre;
 
 struct Row {
-  const char* keys;
+  Dictionary keys;
   std::optional<seconds> duration;
   ProcessEnd end;
   long until;
@@ -26,58 +29,53 @@ constexpr ProcessEnd failure{3, 0};
 constexpr ProcessEnd crash{0, SIGSEGV};
 constexpr ProcessEnd killed{0, SIGTERM};
 
+const Dictionary everyMinute{}, atTwoPast{{"Minute", 2}}, atFivePast{{"Minute", 5}};
+const Dictionary everyDayAtTwo{{"StartCalendarInterval", Dictionary{{"Hour", 2}, {"Minute", 0}}}};
+
+Dictionary keepAlive(const char* condition, Value value, bool runAtLoad = false) {
+  Dictionary keys{{"KeepAlive", Dictionary{{condition, std::move(value)}}}};
+  if (runAtLoad) keys.set("RunAtLoad", true);
+  return keys;
+}
+
 TEST(HostedJob, StartsWhenItsKeysSaySo) {
   const Row rows[] = {
-      {"", 1s, success, 100, {}},
-      {"<key>RunAtLoad</key><true/>", 1s, success, 100, {0}},
-      {"<key>RunAtLoad</key><false/>", 1s, success, 100, {}},
-      // Started again no sooner than the throttle interval after the last start.
-      {"<key>KeepAlive</key><true/>", 1s, success, 35, {0, 10, 20, 30}},
-      {"<key>KeepAlive</key><true/>", 25s, failure, 60, {0, 25, 50}},
-      {"<key>KeepAlive</key><true/><key>ThrottleInterval</key><integer>4</integer>", 1s, success, 10, {0, 4, 8}},
-      {"<key>KeepAlive</key><true/><key>ThrottleInterval</key><integer>-4</integer>", 1s, success, 15, {0, 10}},
-      {"<key>KeepAlive</key><true/><key>ThrottleInterval</key><integer>0</integer>", 0s, failure, 3, {0, 1, 2, 3}},
-      {"<key>OnDemand</key><false/>", 1s, success, 15, {0, 10}},
-      {"<key>OnDemand</key><false/><key>KeepAlive</key><false/>", 1s, success, 15, {0, 10}},
-      {"<key>KeepAlive</key><true/><key>LaunchOnlyOnce</key><true/>", 1s, success, 100, {0}},
-      {"<key>KeepAlive</key><dict><key>SuccessfulExit</key><true/></dict>", 1s, success, 15, {0, 10}},
-      {"<key>KeepAlive</key><dict><key>SuccessfulExit</key><true/></dict>", 1s, failure, 15, {0}},
-      {"<key>KeepAlive</key><dict><key>SuccessfulExit</key><false/></dict>", 1s, success, 15, {0}},
-      {"<key>KeepAlive</key><dict><key>SuccessfulExit</key><false/></dict>", 1s, failure, 15, {0, 10}},
-      {"<key>KeepAlive</key><dict><key>SuccessfulExit</key><false/></dict>", 1s, crash, 15, {0, 10}},
-      {"<key>KeepAlive</key><dict><key>Crashed</key><true/></dict>", 1s, crash, 15, {}},
-      {"<key>RunAtLoad</key><true/><key>KeepAlive</key><dict><key>Crashed</key><true/></dict>", 1s, crash, 15, {0, 10}},
-      {"<key>RunAtLoad</key><true/><key>KeepAlive</key><dict><key>Crashed</key><true/></dict>", 1s, killed, 15, {0}},
-      {"<key>RunAtLoad</key><true/><key>KeepAlive</key><dict><key>Crashed</key><false/></dict>",
-       1s,
-       killed,
-       15,
-       {0, 10}},
-      {"<key>RunAtLoad</key><true/><key>KeepAlive</key><dict><key>Crashed</key><false/></dict>", 1s, crash, 15, {0}},
-      // The first time comes an interval after loading; one that comes while the job runs is missed.
-      {"<key>StartInterval</key><integer>30</integer>", 1s, success, 100, {30, 60, 90}},
-      {"<key>StartInterval</key><integer>30</integer>", 45s, success, 200, {30, 90, 150}},
-      {"<key>StartInterval</key><integer>3</integer>", 1s, success, 30, {3, 13, 23}},
-      {"<key>StartInterval</key><integer>0</integer>", 1s, success, 100, {}},
-      {"<key>StartInterval</key><integer>9223372036854775807</integer>", 1s, success, 100, {}},
-      {"<key>StartCalendarInterval</key><dict/>", 1s, success, 150, {60, 120}},
-      {"<key>StartCalendarInterval</key><dict><key>Minute</key><integer>2</integer></dict>",
-       1s,
-       success,
-       4000,
-       {120, 3720}},
-      {"<key>StartCalendarInterval</key><array><dict><key>Minute</key><integer>2</integer></dict><dict><key>Minute</"
-       "key>"
-       "<integer>5</integer></dict></array>",
-       1s,
-       success,
-       1000,
-       {120, 300}},
-      {"<key>StartCalendarInterval</key><dict><key>Hour</key><integer>24</integer></dict>", 1s, success, 100000, {}},
-      {"<key>StartCalendarInterval</key><dict/><key>LaunchOnlyOnce</key><true/>", 1s, success, 300, {60}},
+      {{}, 1s, success, 100, {}},
+      {{{"RunAtLoad", true}}, 1s, success, 100, {0}},
+      {{{"RunAtLoad", false}}, 1s, success, 100, {}},
+      // It starts again one throttle interval after the previous start.
+      {{{"KeepAlive", true}}, 1s, success, 35, {0, 10, 20, 30}},
+      {{{"KeepAlive", true}}, 25s, failure, 60, {0, 25, 50}},
+      {{{"KeepAlive", true}, {"ThrottleInterval", 4}}, 1s, success, 10, {0, 4, 8}},
+      {{{"KeepAlive", true}, {"ThrottleInterval", -4}}, 1s, success, 15, {0, 10}},
+      {{{"KeepAlive", true}, {"ThrottleInterval", 0}}, 0s, failure, 3, {0, 1, 2, 3}},
+      {{{"OnDemand", false}}, 1s, success, 15, {0, 10}},
+      {{{"OnDemand", false}, {"KeepAlive", false}}, 1s, success, 15, {0, 10}},
+      {{{"KeepAlive", true}, {"LaunchOnlyOnce", true}}, 1s, success, 100, {0}},
+      {keepAlive("SuccessfulExit", true), 1s, success, 15, {0, 10}},
+      {keepAlive("SuccessfulExit", true), 1s, failure, 15, {0}},
+      {keepAlive("SuccessfulExit", false), 1s, success, 15, {0}},
+      {keepAlive("SuccessfulExit", false), 1s, failure, 15, {0, 10}},
+      {keepAlive("SuccessfulExit", false), 1s, crash, 15, {0, 10}},
+      {keepAlive("Crashed", true), 1s, crash, 15, {}},
+      {keepAlive("Crashed", true, true), 1s, crash, 15, {0, 10}},
+      {keepAlive("Crashed", true, true), 1s, killed, 15, {0}},
+      {keepAlive("Crashed", false, true), 1s, killed, 15, {0, 10}},
+      {keepAlive("Crashed", false, true), 1s, crash, 15, {0}},
+      // The first start is one interval after loading; a time that comes while the job runs is skipped.
+      {{{"StartInterval", 30}}, 1s, success, 100, {30, 60, 90}},
+      {{{"StartInterval", 30}}, 45s, success, 200, {30, 90, 150}},
+      {{{"StartInterval", 3}}, 1s, success, 30, {3, 13, 23}},
+      {{{"StartInterval", 0}}, 1s, success, 100, {}},
+      {{{"StartInterval", INT64_MAX}}, 1s, success, 100, {}},
+      {{{"StartCalendarInterval", everyMinute}}, 1s, success, 150, {60, 120}},
+      {{{"StartCalendarInterval", atTwoPast}}, 1s, success, 4000, {120, 3720}},
+      {{{"StartCalendarInterval", Array{atTwoPast, atFivePast}}}, 1s, success, 1000, {120, 300}},
+      {{{"StartCalendarInterval", Dictionary{{"Hour", 24}}}}, 1s, success, 100000, {}},
+      {{{"StartCalendarInterval", everyMinute}, {"LaunchOnlyOnce", true}}, 1s, success, 300, {60}},
   };
   for (const Row& row : rows) {
-    SCOPED_TRACE(row.keys);
+    SCOPED_TRACE(fileOf(row.keys));
     VirtualMachine machine(row.keys);
     machine.duration = row.duration;
     machine.end = row.end;
@@ -87,74 +85,59 @@ TEST(HostedJob, StartsWhenItsKeysSaySo) {
   }
 }
 
-TEST(HostedJob, RunsOnceOnWakingForAllThatTheSleepMissed) {
-  VirtualMachine interval("<key>StartInterval</key><integer>60</integer>");
+TEST(HostedJob, RunsOnceOnWakingForAllTimesThatPassedDuringSleep) {
+  VirtualMachine interval({{"StartInterval", 60}});
   interval.load();
   interval.sleepUntil(1000);
   interval.runUntil(1100);
   EXPECT_THAT(interval.starts, ElementsAre(1000, 1020, 1080));
 
-  VirtualMachine calendar("<key>StartCalendarInterval</key><dict><key>Minute</key><integer>0</integer></dict>");
+  VirtualMachine calendar({{"StartCalendarInterval", Dictionary{{"Minute", 0}}}});
   calendar.load();
   calendar.sleepUntil(3 * 3600 + 100);
   calendar.runUntil(4 * 3600 + 100);
   EXPECT_THAT(calendar.starts, ElementsAre(3 * 3600 + 100, 4 * 3600));
 }
 
-TEST(HostedJob, FindsItsTimeAnewWhenTheClockIsSet) {
-  const std::string atTwo =
-      "<key>StartCalendarInterval</key><dict><key>Hour</key><integer>2</integer><key>Minute</key>"
-      "<integer>0</integer></dict>";
-  VirtualMachine later(atTwo);
-  later.load();
-  later.setClock(hours(3));  // past its time: nothing was missed, it is for tomorrow
-  later.runUntil(24 * 3600);
-  EXPECT_THAT(later.starts, ElementsAre(23 * 3600));
-
-  VirtualMachine earlier(atTwo);
-  earlier.load();
-  earlier.setClock(-hours(1));
-  earlier.runUntil(5 * 3600);
-  EXPECT_THAT(earlier.starts, ElementsAre(3 * 3600));
-}
-
-TEST(HostedJob, RunsOnceADayHoweverTheClockIsPutRight) {
-  const std::string atTwo =
-      "<key>StartCalendarInterval</key><dict><key>Hour</key><integer>2</integer><key>Minute</key>"
-      "<integer>0</integer></dict>";
-  constexpr long two = 2 * 3600, day = 24 * 3600;
+TEST(HostedJob, FollowsTheClockWhenItIsSet) {
+  constexpr long two = 2 * 3600, day = 24 * 3600, end = two + day + 1200;
   const struct {
     long when;
     seconds by;
     Seconds starts;
   } rows[] = {
-      {two - 1, 2s, {two - 1, two + day - 2}},  // over the time
-      {two + 1, -2s, {two, two + day + 2}},     // back to before it
+      // Less than an hour is a correction: the run of that day is neither skipped nor repeated.
+      {two - 1, 2s, {two - 1, two + day - 2}},  // past the time
+      {two + 1, -2s, {two, two + day + 2}},     // back before it
       {two - 3, 2s, {two - 2, two + day - 2}},  // towards it
       {two + 9, -1s, {two, two + day + 1}},     // after it
-      {two - 60, 10min, {two - 60, two + day - 600}}, {two + 60, -10min, {two, two + day + 600}},
+      {two - 60, 10min, {two - 60, two + day - 600}},
+      {two + 60, -10min, {two, two + day + 600}},
+      // After a larger change, the next run is computed again, and nothing counts as missed.
+      {0, 3h, {two + day - 3 * 3600}},
+      {0, -1h, {two + 3600}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.when);
-    VirtualMachine machine(atTwo);
+    VirtualMachine machine(everyDayAtTwo);
     machine.load();
     machine.runUntil(row.when);
     machine.setClock(row.by);
-    machine.runUntil(two + day + 1200);
+    machine.runUntil(end);
     EXPECT_EQ(machine.starts, row.starts);
   }
 }
 
-TEST(HostedJob, IsTriedAgainWhenThereWasNoRoomForIt) {
-  VirtualMachine machine("<key>RunAtLoad</key><true/><key>LaunchOnlyOnce</key><true/>");
+TEST(HostedJob, IsTriedAgainAfterATemporaryFailureToStart) {
+  VirtualMachine machine({{"RunAtLoad", true}, {"LaunchOnlyOnce", true}});
   machine.failures = 2;
   machine.load();
   machine.runUntil(100);
   EXPECT_THAT(machine.starts, ElementsAre(20)) << "after the throttle interval each time";
 }
 
-TEST(HostedJob, EndsWhatItsProcessHasLeftBeforeItIsStartedAgain) {
-  VirtualMachine machine("<key>KeepAlive</key><true/><key>ExitTimeOut</key><integer>15</integer>");
+TEST(HostedJob, StopsTheRemainingProcessesBeforeItStartsAgain) {
+  VirtualMachine machine({{"KeepAlive", true}, {"ExitTimeOut", 15}});
   machine.left = 1000s;
   machine.load();
   machine.runUntil(10);
@@ -166,7 +149,7 @@ TEST(HostedJob, EndsWhatItsProcessHasLeftBeforeItIsStartedAgain) {
   machine.runUntil(18);
   EXPECT_THAT(machine.starts, ElementsAre(0, 17));
 
-  VirtualMachine inherits("<key>RunAtLoad</key><true/>");
+  VirtualMachine inherits({{"RunAtLoad", true}});
   inherits.left = 4s;
   inherits.loadWithRemains();
   inherits.runUntil(30);
@@ -175,19 +158,18 @@ TEST(HostedJob, EndsWhatItsProcessHasLeftBeforeItIsStartedAgain) {
   EXPECT_EQ(inherits.starts.front(), 4);
 }
 
-TEST(HostedJob, MissesNoTimeWhileItEndsWhatWasLeft) {
-  VirtualMachine machine("<key>StartCalendarInterval</key><dict/>");
+TEST(HostedJob, SkipsNoTimeWhileItStopsTheRemainingProcesses) {
+  VirtualMachine machine({{"StartCalendarInterval", everyMinute}});
   machine.left = 15s;
-  machine.duration = 50s;  // from 60 to 110, and the rest to 125
+  machine.duration = 50s;  // from 60 to 110, and the remaining processes to 125
   machine.load();
   machine.runUntil(130);
   EXPECT_THAT(machine.starts, ElementsAre(60, 125));
 }
 
-TEST(HostedJob, FollowsTheLocalTimeOverAChangeOfTheOffset) {
+TEST(HostedJob, FollowsTheLocalTimeThroughAChangeOfTheOffset) {
   const sys_seconds evening = sys_days(2026y / March / 28) + 23h;  // midnight in Berlin
-  VirtualMachine machine("<key>StartCalendarInterval</key><dict><key>Minute</key><integer>30</integer></dict>", evening,
-                         "Europe/Berlin");
+  VirtualMachine machine({{"StartCalendarInterval", Dictionary{{"Minute", 30}}}}, evening, "Europe/Berlin");
   machine.load();
   EXPECT_EQ(machine.job().nextRun(machine.now), evening + 30min);
   machine.runUntil(4 * 3600);
@@ -195,80 +177,73 @@ TEST(HostedJob, FollowsTheLocalTimeOverAChangeOfTheOffset) {
 }
 
 TEST(HostedJob, FollowsPathsAndOtherJobs) {
-  struct ConditionRow {
-    const char* keys;
-    const char* subject;
-    bool isStartedBefore;
+  const auto state = [](bool isWanted) { return Dictionary{{"x", isWanted}}; };
+  const struct {
+    Dictionary keys;
+    bool isStartedBefore;  ///< before "x" exists, is loaded or holds files
     bool isStartedAfter;
+  } rows[] = {
+      {keepAlive("PathState", state(true)), false, true},
+      {keepAlive("PathState", state(false)), true, false},
+      {keepAlive("OtherJobEnabled", state(true)), false, true},
+      {keepAlive("OtherJobEnabled", state(false)), true, false},
+      {{{"KeepAlive", Dictionary{{"PathState", state(true)}, {"AfterInitialDemand", true}}}}, false, false},
+      {{{"QueueDirectories", Array{"x"}}}, false, true},
+      {{{"WatchPaths", Array{"x"}}}, false, false},
   };
-  const ConditionRow rows[] = {
-      {"<key>KeepAlive</key><dict><key>PathState</key><dict><key>/x</key><true/></dict></dict>", "/x", false, true},
-      {"<key>KeepAlive</key><dict><key>PathState</key><dict><key>/x</key><false/></dict></dict>", "/x", true, false},
-      {"<key>KeepAlive</key><dict><key>OtherJobEnabled</key><dict><key>b</key><true/></dict></dict>", "b", false, true},
-      {"<key>KeepAlive</key><dict><key>OtherJobEnabled</key><dict><key>b</key><false/></dict></dict>", "b", true,
-       false},
-      {"<key>KeepAlive</key><dict><key>PathState</key><dict><key>/x</key><true/></dict><key>AfterInitialDemand</key>"
-       "<true/></dict>",
-       "/x", false, false},
-      {"<key>QueueDirectories</key><array><string>/q</string></array>", "/q", false, true},
-      {"<key>WatchPaths</key><array><string>/w</string></array>", "/w", false, false},
-  };
-  for (const ConditionRow& row : rows) {
-    SCOPED_TRACE(row.keys);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(fileOf(row.keys));
     VirtualMachine machine(row.keys);
     machine.load();
     machine.runUntil(15);
     EXPECT_EQ(!machine.starts.empty(), row.isStartedBefore);
     machine.starts.clear();
-    machine.there.insert(row.subject);
+    machine.there.insert("x");
     machine.settle();
     machine.runUntil(40);
     EXPECT_EQ(!machine.starts.empty(), row.isStartedAfter);
   }
 }
 
-TEST(HostedJob, RunsAgainForAChangeThatComesWhileItRuns) {
-  VirtualMachine machine("<key>WatchPaths</key><array><string>/w</string></array>");
+TEST(HostedJob, RunsAgainForAChangeWhileItRuns) {
+  VirtualMachine machine({{"WatchPaths", Array{"/w"}}});
   machine.duration = 5s;
   machine.load();
-  machine.runUntil(3);
-  machine.job().watchedPathChanged();
-  machine.settle();
-  machine.runUntil(5);
-  machine.job().watchedPathChanged();
-  machine.job().watchedPathChanged();
-  machine.settle();
+  for (const long second : {3, 5, 5}) {
+    machine.runUntil(second);
+    machine.job().watchedPathChanged();
+    machine.settle();
+  }
   machine.runUntil(60);
   EXPECT_THAT(machine.starts, ElementsAre(3, 13));
 }
 
-TEST(HostedJob, StartsOnMountOnlyIfItAsksForThat) {
-  for (const bool asks : {true, false}) {
-    VirtualMachine machine(asks ? "<key>StartOnMount</key><true/>" : "<key>StartOnMount</key><false/>");
+TEST(HostedJob, StartsOnMountOnlyWithThatKey) {
+  for (const bool hasKey : {true, false}) {
+    VirtualMachine machine({{"StartOnMount", hasKey}});
     machine.load();
     machine.runUntil(3);
     machine.job().mounted();
     machine.settle();
-    EXPECT_EQ(machine.starts, asks ? Seconds{3} : Seconds{});
+    EXPECT_EQ(machine.starts, hasKey ? Seconds{3} : Seconds{});
   }
 }
 
-TEST(HostedJob, IsStoppedByForceOnlyAfterItsTime) {
-  struct StopRow {
-    const char* keys;
+TEST(HostedJob, IsKilledOnlyAfterItsExitTimeOut) {
+  const struct {
+    Dictionary keys;
     std::optional<seconds> duration;
     std::vector<std::string> stops;
+  } rows[] = {
+      {{{"RunAtLoad", true}}, {}, {"TERM 5", "KILL 25"}},
+      {{{"RunAtLoad", true}, {"ExitTimeOut", 1}}, {}, {"TERM 5", "KILL 6"}},
+      {{{"RunAtLoad", true}, {"ExitTimeOut", 0}}, {}, {"TERM 5", "KILL 35"}},
+      {{{"RunAtLoad", true}, {"KeepAlive", true}}, 8s, {"TERM 5", "forgotten 8"}},
+      {{{"RunAtLoad", true}}, 1s, {"forgotten 5"}},
+      {{{"StartInterval", 7}}, 1s, {"forgotten 5"}},
   };
-  const StopRow rows[] = {
-      {"<key>RunAtLoad</key><true/>", {}, {"TERM 5", "KILL 25"}},
-      {"<key>RunAtLoad</key><true/><key>ExitTimeOut</key><integer>1</integer>", {}, {"TERM 5", "KILL 6"}},
-      {"<key>RunAtLoad</key><true/><key>ExitTimeOut</key><integer>0</integer>", {}, {"TERM 5", "KILL 35"}},
-      {"<key>RunAtLoad</key><true/><key>KeepAlive</key><true/>", 8s, {"TERM 5", "forgotten 8"}},
-      {"<key>RunAtLoad</key><true/>", 1s, {"forgotten 5"}},
-      {"<key>StartInterval</key><integer>7</integer>", 1s, {"forgotten 5"}},
-  };
-  for (const StopRow& row : rows) {
-    SCOPED_TRACE(row.keys);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(fileOf(row.keys));
     VirtualMachine machine(row.keys);
     machine.duration = row.duration;
     machine.load();
@@ -281,56 +256,55 @@ TEST(HostedJob, IsStoppedByForceOnlyAfterItsTime) {
   }
 }
 
-jobfile::Plist jobWith(const std::string& keys) {
-  auto plist =
-      jobfile::Plist::readTolerantly("<plist><dict><key>Label</key><string>job</string>" + keys + "</dict></plist>");
-  EXPECT_TRUE(plist) << keys;
+jobfile::Plist jobWith(const Dictionary& keys) {
+  const std::string text = fileOf(keys);
+  auto plist = jobfile::Plist::readTolerantly(text);
+  EXPECT_TRUE(plist) << text;
   return plist ? *std::move(plist) : jobfile::Plist();
 }
 
-TEST(JobRules, AnIntervalWithATimeThatCannotBeUsedIsNotTakenForOneThatComesMoreOften) {
-  const std::string noon = "<dict><key>Hour</key><integer>12</integer><key>Minute</key><integer>0</integer></dict>";
-  const std::string wrong = "<dict><key>Hour</key><string>noon</string><key>Minute</key><integer>0</integer></dict>";
+TEST(JobRules, ACalendarIntervalWithAnUnusableTimeIsDropped) {
+  const Dictionary noon{{"Hour", 12}, {"Minute", 0}}, wrong{{"Hour", "noon"}, {"Minute", 0}};
   const CalendarRule atNoon = CalendarRule::asRun({.minute = 0, .hour = 12});
   const struct {
-    std::string interval;
+    Value interval;
     std::vector<CalendarRule> rules;
   } rows[] = {{noon, {atNoon}},
               {wrong, {}},
-              {"<array>" + wrong + noon + "</array>", {atNoon}},
-              {"<array>" + noon + wrong + wrong + "</array>", {atNoon}},
-              {"<array><string>no interval</string>" + wrong + noon + "</array>", {atNoon}},
-              {"<dict><key>Comment</key><true/></dict>", {CalendarRule::asRun({})}},
-              {"<string>noon</string>", {}}};
+              {Array{wrong, noon}, {atNoon}},
+              {Array{noon, wrong, wrong}, {atNoon}},
+              {Array{"no interval", wrong, noon}, {atNoon}},
+              {Dictionary{{"Comment", true}}, {CalendarRule::asRun({})}},
+              {"noon", {}}};
   for (const auto& row : rows) {
-    const auto rules = JobRules::of(jobWith("<key>StartCalendarInterval</key>" + row.interval));
-    EXPECT_TRUE(rules.calendar == row.rules) << row.interval;
+    const auto rules = JobRules::of(jobWith({{"StartCalendarInterval", row.interval}}));
+    EXPECT_TRUE(rules.calendar == row.rules) << &row - rows;
   }
 }
 
-TEST(JobRules, NoJobRunsAnotherCommandOrHasMoreRightsThanItsFileWants) {
+TEST(JobRules, NoJobRunsAnotherCommandOrWithMoreRightsThanItsFileSays) {
   constexpr uid_t root = 0, user = 501;
   const struct {
-    const char* keys;
-    std::vector<uid_t> refused;  ///< for whom
-  } rows[] = {{"<key>Program</key><integer>5</integer>", {root, user}},
-              {"<key>ProgramArguments</key><array><string>a</string><integer>5</integer></array>", {root, user}},
-              {"<key>ProgramArguments</key><string>a</string>", {root, user}},
-              {"<key>WorkingDirectory</key><integer>5</integer>", {root, user}},
-              {"<key>UserName</key><integer>501</integer>", {root}},  // another has the user's rights anyway
-              {"<key>GroupName</key><true/>", {root}},
-              {"<key>RootDirectory</key><array/>", {root}},
-              {"<key>Umask</key><string>u=rwx</string>", {root}},
-              {"<key>Umask</key><string>077</string>", {}},
-              {"<key>UserName</key><string>nobody</string>", {}},
-              {"<key>Nice</key><string>much</string>", {}},
-              {"<key>Disabled</key><string>no</string>", {}}};
+    Dictionary keys;
+    std::vector<uid_t> refused;  ///< for these users
+  } rows[] = {{{{"Program", 5}}, {root, user}},
+              {{{"ProgramArguments", Array{"a", 5}}}, {root, user}},
+              {{{"ProgramArguments", "a"}}, {root, user}},
+              {{{"WorkingDirectory", 5}}, {root, user}},
+              {{{"UserName", 501}}, {root}},  // other users ignore it anyway
+              {{{"GroupName", true}}, {root}},
+              {{{"RootDirectory", Array{}}}, {root}},
+              {{{"Umask", "u=rwx"}}, {root}},
+              {{{"Umask", "077"}}, {}},
+              {{{"UserName", "nobody"}}, {}},
+              {{{"Nice", "much"}}, {}},
+              {{{"Disabled", "no"}}, {}}};
   for (const auto& row : rows) {
     std::vector<uid_t> refused;
     for (const uid_t who : {root, user}) {
       if (!checkRunnable(jobWith(row.keys), who)) refused.push_back(who);
     }
-    EXPECT_EQ(refused, row.refused) << row.keys;
+    EXPECT_EQ(refused, row.refused) << fileOf(row.keys);
   }
 }
 

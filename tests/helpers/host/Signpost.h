@@ -20,7 +20,7 @@ namespace mirvel::host {
 
 inline constexpr int longestWait = 60'000;  // milliseconds; then a test fails
 
-/// A pipe with a name, by which a job tells the test that it has come so far: nothing is waited for by the clock.
+/// A named pipe with which a job notifies the test of its progress, so that no test waits for an amount of time.
 class Signpost {
  public:
   explicit Signpost(const std::filesystem::path& path)
@@ -28,17 +28,17 @@ class Signpost {
         m_reader(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)),
         m_writer(::open(path.c_str(), O_WRONLY | O_CLOEXEC)) {}
 
-  /// For a shell.
+  /// Its path for a shell script.
   std::string quoted() const { return "'" + m_path.string() + "'"; }
 
-  /// The next line that somebody writes.
+  /// The next line; waits until it is written.
   std::string line() {
     std::string line;
     for (char c = 0; read(c);) {
       if (c == '\n') return line;
       line += c;
     }
-    ADD_FAILURE() << "nobody writes a line to " << m_path;
+    ADD_FAILURE() << "no line was written to " << m_path;
     return line;
   }
   std::vector<std::string> words() {
@@ -46,7 +46,7 @@ class Signpost {
     return {std::istream_iterator<std::string>(stream), {}};
   }
 
-  /// Waits until none of those who have written has it open any more. False: somebody writes once more, or stays.
+  /// Waits until all writers have closed the pipe. False if one of them writes again, or doesn't close it in time.
   bool isDeserted() {
     m_writer.reset();
     char c = 0;
@@ -68,12 +68,12 @@ class Signpost {
   }
 
   std::filesystem::path m_path;
-  FileDescriptor m_reader, m_writer;  // with a writer of its own it doesn't end between two others
+  FileDescriptor m_reader, m_writer;  // the own writer prevents an end of the stream between two others
   bool m_isLate = false;
 };
 
 inline bool isAlive(const std::string& process) {
-  // A process that has ended, but isn't collected by whoever inherited it, doesn't run any more.
+  // A zombie that its new parent hasn't collected isn't alive.
   std::ifstream stat("/proc/" + process + "/stat");
   std::string text;
   std::getline(stat, text);

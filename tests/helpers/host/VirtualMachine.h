@@ -8,18 +8,25 @@
 #include <string>
 #include <vector>
 
+#include "core/propertylist/Writer.h"
 #include "core/schedule/ComingRuns.h"
 #include "helpers/host/HostedJob.h"
 
 namespace mirvel::host {
 
-/// A machine in virtual time that runs one job, whose process takes as long and ends as it is told here.
+/// The text of a job file with the label "job".
+inline std::string fileOf(propertylist::Dictionary keys) {
+  keys.set("Label", "job");
+  return *propertylist::writeXml(keys);
+}
+
+/// A machine in virtual time that runs one job. The public members say how long its processes run and how they end.
 class VirtualMachine {
  public:
   using Order = HostedJob::Order;
 
-  /// The keys of the job beside its label, in XML. It begins at that moment UTC, in that zone.
-  explicit VirtualMachine(const std::string& keys, std::chrono::sys_seconds begin = {},
+  /// `keys` are those of the job besides its label; `begin` is the moment at which the clock starts.
+  explicit VirtualMachine(const propertylist::Dictionary& keys, std::chrono::sys_seconds begin = {},
                           const std::string& zone = "Etc/UTC")
       : m_zone(zone, begin, begin + std::chrono::days(800)), m_job(rules(keys), m_surroundings) {
     now.wall = begin;
@@ -30,7 +37,7 @@ class VirtualMachine {
     settle();
   }
 
-  /// With processes of an earlier host's run.
+  /// Loads the job while processes of an earlier host's run exist.
   void loadWithRemains() {
     m_job.load(now);
     m_job.foundRunning(now);
@@ -38,13 +45,13 @@ class VirtualMachine {
     settle();
   }
 
-  /// What an ended process has left is gone.
+  /// Ends the remaining processes now.
   void clear() {
     m_clearedAt = now.running;
     settle();
   }
 
-  /// Lets the time pass, second by second where something happens.
+  /// Lets the time pass, and calls the job at each moment at which it wants to be called or something happens.
   void runUntil(long second) {
     const std::chrono::milliseconds last = std::chrono::seconds(second);
     while (now.running < last) {
@@ -57,7 +64,7 @@ class VirtualMachine {
     }
   }
 
-  /// The machine sleeps: nothing is asked, and both clocks go on.
+  /// The machine sleeps: the job isn't called, and both clocks advance.
   void sleepUntil(long second) {
     advance(std::chrono::seconds(second) - now.running);
     settle();
@@ -74,7 +81,7 @@ class VirtualMachine {
     settle();
   }
 
-  /// Does what the job says until it waits.
+  /// Does what the job decides until it waits.
   void settle() {
     if (m_endsAt && *m_endsAt <= now.running) {
       m_endsAt.reset();
@@ -104,15 +111,15 @@ class VirtualMachine {
           return;
       }
     }
-    if (!m_isForgotten) FAIL() << "the job never comes to rest";
+    if (!m_isForgotten) FAIL() << "the job never waits";
   }
 
   HostedJob& job() { return m_job; }
 
   HostTime now;
-  std::optional<std::chrono::seconds> duration = std::chrono::seconds(1);  ///< of its process; none: until it is told
-  std::chrono::seconds left{0};  ///< how long what its process leaves running stays
-  int failures = 0;              ///< so many starts find no room for a process
+  std::optional<std::chrono::seconds> duration = std::chrono::seconds(1);  ///< of a process; none: endless
+  std::chrono::seconds left{0};  ///< how long the processes run that it leaves behind
+  int failures = 0;              ///< the number of starts that fail temporarily
   ProcessEnd end;
   std::vector<long> starts;
   std::vector<std::string> stops;
@@ -121,8 +128,8 @@ class VirtualMachine {
  private:
   static constexpr std::chrono::milliseconds tick{1};
 
-  static JobRules rules(const std::string& keys) {
-    auto plist = jobfile::Plist::read("<plist><dict><key>Label</key><string>job</string>" + keys + "</dict></plist>");
+  static JobRules rules(const propertylist::Dictionary& keys) {
+    auto plist = jobfile::Plist::read(fileOf(keys));
     if (!plist) throw std::runtime_error(plist.error().text());
     return JobRules::of(*plist);
   }

@@ -7,6 +7,7 @@
 
 #include "helpers/FakeJobHost.h"
 #include "helpers/action/RequestHandler.h"
+#include "helpers/hostdata/HostMessages.h"
 #include "helpers/jobfiles/UserJobFiles.h"
 
 namespace mirvel {
@@ -14,11 +15,11 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Answers one call after the other, and keeps what was called in one line each.
+/// Returns the prepared results one after the other, and records each call as a line.
 class FakeTool final : public ProcessRunner {
  public:
   std::vector<std::string> calls;
-  std::deque<ProcessResult> answers;  ///< success with no output when there are no more
+  std::deque<ProcessResult> answers;  ///< when there are no more: success without output
 
   Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
     std::string call = program;
@@ -56,18 +57,18 @@ TEST_F(LaunchctlHostTest, UnloadingWaitsUntilTheJobIsGone) {
               ElementsAre("/bin/launchctl|print|gui/501/org.example.a", "/bin/launchctl|bootout|gui/501/org.example.a",
                           "/bin/launchctl|print|gui/501/org.example.a", "/bin/launchctl|print|gui/501/org.example.a",
                           "/bin/launchctl|print|gui/501/org.example.a"));
-  EXPECT_EQ(waited, 2 * LaunchctlHost::betweenLooks);
+  EXPECT_EQ(waited, 2 * LaunchctlHost::pollingInterval);
 }
 
-TEST_F(LaunchctlHostTest, WhatIsNotLoadedIsLeftAloneAndWhatStaysIsAnError) {
+TEST_F(LaunchctlHostTest, UnloadingFailsIfTheJobStaysLoaded) {
   tool.answers = {notLoaded};
   EXPECT_TRUE(host.unload("/a.plist", "a"));
   EXPECT_EQ(tool.calls.size(), 1U);
-  EXPECT_FALSE(host.unload("/a.plist", "a"));  // every look finds it
-  EXPECT_GE(waited, LaunchctlHost::longestStop);
+  EXPECT_FALSE(host.unload("/a.plist", "a"));  // every query finds it
+  EXPECT_GE(waited, longestStop);
 }
 
-/// `bootout gui/501/` would end all that the user runs.
+/// `bootout gui/501/` would end all jobs of the user.
 TEST_F(LaunchctlHostTest, AnEmptyLabelReachesNoTool) {
   const testdata::TemporaryFolder folder;
   EXPECT_FALSE(host.unload("/a.plist", ""));
@@ -76,7 +77,7 @@ TEST_F(LaunchctlHostTest, AnEmptyLabelReachesNoTool) {
   EXPECT_THAT(tool.calls, testing::IsEmpty());
 }
 
-TEST_F(LaunchctlHostTest, AJobOfTheLabelThatIsAnotherFilesGoesOn) {
+TEST_F(LaunchctlHostTest, AJobThatWasLoadedFromAnotherFileStaysLoaded) {
   const testdata::TemporaryFolder folder;
   const std::string original = folder.write("original.plist", testdata::jobText("a"));
   const ProcessResult loaded{.output = "system/a = {\n\tactive count = 1\n\tpath = " + original + "\n\ttype = x\n}\n"};
@@ -85,13 +86,13 @@ TEST_F(LaunchctlHostTest, AJobOfTheLabelThatIsAnotherFilesGoesOn) {
   EXPECT_THAT(tool.calls, ElementsAre("/bin/launchctl|print|gui/501/a"));
   tool.answers = {loaded, {}, notLoaded};
   EXPECT_TRUE(host.unload(original, "a"));
-  std::filesystem::remove(original);  // it has moved
+  std::filesystem::remove(original);  // the file was moved
   tool.answers = {loaded, {}, notLoaded};
   EXPECT_TRUE(host.unload(folder.path() / "copy.plist", "a"));
   EXPECT_EQ(tool.calls.size(), 7U);
 }
 
-TEST_F(LaunchctlHostTest, OfAFileThatHasGoneOnlyWhatWasLoadedFromItIsUnloaded) {
+TEST_F(LaunchctlHostTest, UnloadFromUnloadsOnlyTheJobOfThatFile) {
   const ProcessResult loaded{.output = "system/a = {\n\tpath = /gone/a.plist\n}\n"};
   tool.answers = {loaded};
   EXPECT_TRUE(host.unloadFrom("/gone/b.plist", "a"));
@@ -101,10 +102,10 @@ TEST_F(LaunchctlHostTest, OfAFileThatHasGoneOnlyWhatWasLoadedFromItIsUnloaded) {
   tool.answers = {loaded, loaded, {}, notLoaded};
   EXPECT_TRUE(host.unloadFrom("/gone/a.plist", "a"));
   EXPECT_EQ(tool.calls.at(4), "/bin/launchctl|bootout|gui/501/a");
-  EXPECT_FALSE(host.unloadFrom("/gone/a.plist", {})) << "nobody can tell";
+  EXPECT_FALSE(host.unloadFrom("/gone/a.plist", {})) << "the label is needed";
 }
 
-TEST_F(LaunchctlHostTest, AFileThatTellsNoLabelCanBeDeleted) {
+TEST_F(LaunchctlHostTest, AFileWithoutALabelCanBeDeleted) {
   const testdata::TemporaryFolder folder;
   UserJobFiles files{JobFolders({folder.path()})};
   RequestHandler handler({.files = files, .host = host, .uninstall = {}});
@@ -124,7 +125,7 @@ TEST_F(LaunchctlHostTest, AFileThatTellsNoLabelCanBeDeleted) {
   EXPECT_THAT(tool.calls, testing::IsEmpty());
 }
 
-TEST_F(LaunchctlHostTest, WithoutALabelTheFileTellsIt) {
+TEST_F(LaunchctlHostTest, TheLabelIsReadFromTheFile) {
   const testdata::TemporaryFolder folder;
   tool.answers = {notLoaded};
   EXPECT_TRUE(host.unload(folder.write("a.plist", testdata::jobText("org.example.a")), std::nullopt));
@@ -132,19 +133,19 @@ TEST_F(LaunchctlHostTest, WithoutALabelTheFileTellsIt) {
   EXPECT_FALSE(host.unload(folder.path() / "missing.plist", std::nullopt));
 }
 
-TEST_F(LaunchctlHostTest, AJobHasEndedWhenLaunchdTellsHow) {
+TEST_F(LaunchctlHostTest, AJobHasEndedOnceLaunchdReportsHow) {
   struct Row {
-    const char* says;
+    const char* output;
     bool hasEnded;
   };
   for (const Row& row : {Row{"\tstate = running\n\tlast exit code = (never exited)\n", false},
                          Row{"\tstate = not running\n\tlast exit code = 1\n", true},
                          Row{"\tstate = not running\n\tlast terminating signal = Killed: 9\n", true},
                          Row{"\tstate = spawn scheduled\n", false}}) {
-    tool.answers = {{.output = row.says}};
+    tool.answers = {{.output = row.output}};
     const auto ended = host.waitForEnd("a", std::chrono::seconds(0));
     ASSERT_TRUE(ended);
-    EXPECT_EQ(*ended, row.hasEnded) << row.says;
+    EXPECT_EQ(*ended, row.hasEnded) << row.output;
   }
   waited = {};
   const auto ended = host.waitForEnd("a", std::chrono::seconds(60));
@@ -152,7 +153,7 @@ TEST_F(LaunchctlHostTest, AJobHasEndedWhenLaunchdTellsHow) {
   EXPECT_EQ(waited, std::chrono::seconds(60));
 }
 
-TEST_F(LaunchctlHostTest, TheLogIsAskedForWhatMentionsTheText) {
+TEST_F(LaunchctlHostTest, TheLogIsFilteredByTheText) {
   tool.answers = {{.output = "Timestamp                       (process)[PID]    \n"
                              "2023-11-14 23:13:20.500000+0100  mac launchd[1]: a: started\n"
                              "\tmore of it\n"

@@ -18,6 +18,7 @@
 #include "helpers/Soak.h"
 #include "helpers/action/RequestHandler.h"
 #include "helpers/host/Daemon.h"
+#include "helpers/host/Signpost.h"
 #include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/soak/Steps.h"
@@ -30,14 +31,14 @@ namespace {
 namespace fs = std::filesystem;
 using propertylist::Dictionary;
 
-/// The seed of a long run is another each time, unless MIRVEL_SOAK gives the one of a run that failed.
+/// MIRVEL_SOAK can be the seed of a run that failed, or 1 for a long run with a random seed.
 unsigned seedOfRun() {
   const char* const asked = std::getenv("MIRVEL_SOAK");
   const unsigned given = asked ? static_cast<unsigned>(std::strtoul(asked, nullptr, 10)) : 20261122;
   return given > 1 ? given : std::random_device()();
 }
 
-/// Some time to see what will come to be; it takes a moment, and no more, unless it never does.
+/// Waits until the condition is met, with a limit that only a failure reaches.
 bool eventually(const std::function<bool()>& isSo) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
   while (!isSo()) {
@@ -47,18 +48,10 @@ bool eventually(const std::function<bool()>& isSo) {
   return true;
 }
 
-bool isAlive(std::int64_t process) {
-  // One that has ended and isn't collected by whoever inherited it doesn't run any more.
-  std::ifstream stat("/proc/" + std::to_string(process) + "/stat");
-  std::string text;
-  std::getline(stat, text);
-  const auto name = text.rfind(") ");
-  return name != std::string::npos && text[name + 2] != 'Z';
-}
-
+/// The process that is killed.
 enum class Victim { Helper, Host };
 
-/// What is going on when the victim is killed.
+/// The operation during which it is killed.
 enum class Deed { Save, Move, TestRun, Nothing };
 
 struct Scene {
@@ -80,7 +73,7 @@ class KillTest : public testing::TestWithParam<Scene> {
   }
   ~KillTest() override { EXPECT_TRUE(m_host.quit()); }
 
-  /// Kills before each step in turn. Gives how often.
+  /// Kills the process before each step in turn. Returns the number of kills.
   int killAtEachStep() {
     int kills = 0;
     for (long step = 1;; ++step) {
@@ -100,7 +93,8 @@ class KillTest : public testing::TestWithParam<Scene> {
 
   fs::path file(int number) const { return m_agents / (std::string(label) + (number == 0 ? "" : "-moved") + ".plist"); }
 
-  /// A job that tells its process and stays, in versions of different sizes, so that half of one is no other.
+  /// A job that writes its process ID and keeps running. Its versions have different sizes, so that a file with a part
+  /// of one is recognised.
   std::string content(int version, const std::string& name = label) const {
     std::mt19937 random(m_seed + static_cast<unsigned>(version));
     const std::string comment(1 + random() % 100'000, 'x');
@@ -115,7 +109,7 @@ class KillTest : public testing::TestWithParam<Scene> {
                              {{"ProgramArguments", propertylist::Array{"/bin/echo", "tested"}}, {"RunAtLoad", true}});
   }
 
-  /// The job lies in one file or the other, and is loaded.
+  /// Writes the job to the first of the two files and loads it.
   void prepare() {
     if (m_where) return;
     m_where = 0;
@@ -153,7 +147,7 @@ class KillTest : public testing::TestWithParam<Scene> {
     EmbeddedHost host(EmbeddedHost::below(MIRVEL_HOST, m_folder.path()), runner);
     UserJobFiles files(JobFolders::ofUser(m_roots));
     RequestHandler handler({.files = files, .host = host, .uninstall = {}, .startsHost = true});
-    (void)handler.handle(request());  // what came of it is looked at later, whatever it answers
+    (void)handler.handle(request());  // `check` examines the outcome, whatever the reply is
   }
 
   bool killHelper(long step) {
@@ -161,7 +155,7 @@ class KillTest : public testing::TestWithParam<Scene> {
     return helper.outcome().isKilled;
   }
 
-  /// From its start on, which takes its jobs up again, to its end.
+  /// Kills the host at a step between its start, when it loads its jobs again, and its end.
   bool killHost(long step) {
     EXPECT_TRUE(m_host.quit());
     Pipe ready = Pipe::make();
@@ -171,7 +165,7 @@ class KillTest : public testing::TestWithParam<Scene> {
     });
     ready.write.reset();
     char byte = 0;
-    (void)readUninterrupted(ready.read.number(), &byte, 1);  // its end is told the same way
+    (void)readUninterrupted(ready.read.number(), &byte, 1);  // also returns when the host has ended
     passSomeTime();
     act();
     passSomeTime();
@@ -179,14 +173,14 @@ class KillTest : public testing::TestWithParam<Scene> {
     return victim.outcome().isKilled;
   }
 
-  /// So that host and helper meet at other moments each time.
+  /// Varies the moments at which host and helper meet.
   void passSomeTime() {
     const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(m_random() % 1000);
     while (std::chrono::steady_clock::now() < end) {
     }
   }
 
-  /// What the application does when it starts again; then nothing is lost, doubled or left running.
+  /// Does what the application does at its next start, and checks that no job is lost, doubled or left running.
   void check(const std::string& when) {
     SCOPED_TRACE(when);
     const auto started = m_host.start();
@@ -201,7 +195,7 @@ class KillTest : public testing::TestWithParam<Scene> {
     for (const int number : {0, 1}) {
       if (fs::exists(file(number))) there.push_back(number);
     }
-    ASSERT_EQ(there.size(), 1U) << "the job lies in as many files";
+    ASSERT_EQ(there.size(), 1U) << "the number of files with the job";
     m_where = there.front();
     const std::string found = testdata::bytes(file(*m_where));
     const bool isNew = found == content(m_version + 1);
@@ -217,24 +211,25 @@ class KillTest : public testing::TestWithParam<Scene> {
       for (const auto& job : status ? *status : std::vector<HostedJobStatus>()) labels.push_back(job.label);
       if (labels != std::vector<std::string>{label}) return false;
       m_process = status->front().process;
-      return m_process.has_value();  // it may just be on its way
+      return m_process.has_value();  // it may just be starting
     };
-    ASSERT_TRUE(eventually(isAlone)) << testing::PrintToString(labels) << " are loaded; it runs as long as it is";
+    ASSERT_TRUE(eventually(isAlone)) << testing::PrintToString(labels) << " are loaded";
   }
 
   void checkProcesses() {
     const auto others = [this] {
       std::vector<std::int64_t> result;
       for (const auto process : recentProcesses()) {
-        if (process != *m_process && isAlive(process)) result.push_back(process);
+        if (process != *m_process && host::isAlive(std::to_string(process))) result.push_back(process);
       }
       return result;
     };
-    ASSERT_TRUE(eventually([&] { return others().empty(); })) << testing::PrintToString(others()) << " run too";
-    ASSERT_TRUE(isAlive(*m_process));
+    ASSERT_TRUE(eventually([&] { return others().empty(); }))
+        << testing::PrintToString(others()) << " are running as well";
+    ASSERT_TRUE(host::isAlive(std::to_string(*m_process)));
   }
 
-  /// Those of which the last runs have told.
+  /// The process IDs that the last runs have written.
   std::vector<std::int64_t> recentProcesses() const {
     constexpr std::size_t most = 50;
     std::ifstream lines(m_processes);
@@ -254,7 +249,7 @@ class KillTest : public testing::TestWithParam<Scene> {
   SystemProcessRunner m_runner{m_environment};
   EmbeddedHost m_host{EmbeddedHost::below(MIRVEL_HOST, m_folder.path()), m_runner};
   const unsigned m_seed = seedOfRun();
-  std::mt19937 m_random{m_seed};  ///< of the moments
+  std::mt19937 m_random{m_seed};  ///< for `passSomeTime`
   std::optional<int> m_where;
   std::optional<std::int64_t> m_process;
   int m_version = 0;
@@ -263,7 +258,7 @@ class KillTest : public testing::TestWithParam<Scene> {
 TEST_P(KillTest, NeverLosesDoublesOrLeavesAJob) {
   const int kills = killAtEachStep();
   std::cout << kills << " kills\n";
-  EXPECT_GE(kills, testdata::tries(5, 250)) << "so few steps can't be all";
+  EXPECT_GE(kills, testdata::tries(5, 250)) << "there must be more steps";
 }
 
 INSTANTIATE_TEST_SUITE_P(Soak, KillTest,

@@ -13,7 +13,7 @@
 #include <new>
 #include <stdexcept>
 
-// As the C library declares what isn't a point of cancellation.
+// The C library declares functions that aren't cancellation points noexcept, and a definition has to match.
 #ifdef __GLIBC__
 #define MIRVEL_QUIETLY noexcept
 #else
@@ -30,7 +30,7 @@ struct Victim::Shared {
 namespace {
 
 struct Sentence {
-  std::atomic<pid_t> process = 0;  // a child that this one forks isn't concerned
+  std::atomic<pid_t> process = 0;  // not inherited by the children of the victim
   long number = 0;
   std::atomic<long>* taken = nullptr;
   std::atomic<bool>* isKilled = nullptr;
@@ -38,7 +38,7 @@ struct Sentence {
 
 Sentence sentence;
 
-/// The definition that would be used if this program had none.
+/// The definition of the C library.
 template <typename Function>
 Function next(Function /*like*/, const char* name) {
   return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));

@@ -2,17 +2,18 @@
 
 #include <functional>
 
-/// The steps by which a process changes what others see: calls of the system that write, rename, remove, send, start
-/// and signal. This program's own definitions of them stand before the system's, count, and then do what they should.
+/// Steps are the system calls by which a process changes what others see: they write, rename, remove, send, fork and
+/// signal. This program defines these functions itself; its definitions count the calls and forward them to the C
+/// library.
 namespace mirvel::steps {
 
-/// What came of a process.
+/// How a process ended.
 struct Outcome {
-  bool isKilled = false;  ///< it came so far
-  long taken = 0;         ///< its steps
+  bool isKilled = false;  ///< it reached the step
+  long taken = 0;         ///< the number of its steps
 };
 
-/// A child of this process that dies before one of its steps, unless it ends before.
+/// A child process that is killed before its step with a given number, unless it ends earlier.
 class Victim {
  public:
   Victim(long number, const std::function<void()>& work);
@@ -20,7 +21,7 @@ class Victim {
   Victim(const Victim&) = delete;
   Victim& operator=(const Victim&) = delete;
 
-  /// Waits for its end.
+  /// Waits for the end of the process.
   Outcome outcome();
 
  private:

@@ -1,4 +1,4 @@
-#include "helpers/host/Alarm.h"
+#include "helpers/host/HostTime.h"
 
 #include <time.h>
 #include <unistd.h>
@@ -18,7 +18,7 @@ namespace {
 #ifdef __linux__
 constexpr clockid_t runningClock = CLOCK_BOOTTIME;
 #else
-constexpr clockid_t runningClock = CLOCK_MONOTONIC;  // which counts during sleep on macOS
+constexpr clockid_t runningClock = CLOCK_MONOTONIC;  // on macOS, unlike Linux, it includes the time spent asleep
 #endif
 
 milliseconds read(clockid_t clock) {
@@ -35,12 +35,15 @@ HostTime currentTime() {
 
 #ifdef __linux__
 
+// CLOCK_BOOTTIME expires immediately on waking if its time passed during sleep; CLOCK_MONOTONIC would stop meanwhile.
 Alarm::Alarm()
     : m_timer(::timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC)),
       m_clockChange(::timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC)) {
   watchClock();
 }
 
+// A timer that never expires: its descriptor becomes readable only because the clock was set (timerfd_create(2),
+// TFD_TIMER_CANCEL_ON_SET).
 void Alarm::watchClock() {
   itimerspec never{};
   never.it_value.tv_sec = std::int64_t{1} << 40;
@@ -50,9 +53,9 @@ void Alarm::watchClock() {
 void Alarm::set(std::optional<milliseconds> at) {
   if (m_at == at) return;
   m_at = at;
-  itimerspec when{};  // all 0: never
+  itimerspec when{};  // all zero disarms the timer
   if (at) {
-    const milliseconds moment = std::max(*at, milliseconds(1));
+    const milliseconds moment = std::max(*at, milliseconds(1));  // 0 would disarm it
     when.it_value.tv_sec = moment / 1s;
     when.it_value.tv_nsec = nanoseconds(moment % 1s).count();
   }
@@ -65,7 +68,8 @@ int Alarm::timeout(const HostTime&) const {
 
 void Alarm::acknowledge() {
   std::uint64_t count = 0;
-  (void)!::read(m_timer.number(), &count, sizeof count);  // nothing to read is as good
+  (void)!::read(m_timer.number(), &count, sizeof count);  // EAGAIN: only the other one was readable
+  // After the clock was set, read(2) fails with ECANCELED: the timer is armed again for the next change.
   if (::read(m_clockChange.number(), &count, sizeof count) < 0) watchClock();
 }
 
@@ -79,7 +83,7 @@ void Alarm::set(std::optional<milliseconds> at) {
   m_at = at;
 }
 
-/// A minute at most: so late may a clock that was set be noticed, and a time that was slept over.
+// Neither a set clock nor waking from sleep ends poll(2) here, so it is called at least once a minute.
 int Alarm::timeout(const HostTime& now) const {
   if (!m_at) return -1;
   return static_cast<int>(std::clamp(*m_at - now.running, milliseconds(0), milliseconds(60s)).count());
@@ -88,5 +92,22 @@ int Alarm::timeout(const HostTime& now) const {
 void Alarm::acknowledge() {}
 
 #endif
+
+std::optional<sys_seconds> Calendar::firstRun(std::span<const CalendarRule> rules, sys_seconds after) {
+  constexpr auto span = days(9 * 366);  // eight years after the last moment that the cache serves
+  constexpr auto usable = days(366);
+  if (!m_stretches || after < m_from || after > m_from + usable) {
+    m_from = after;
+    m_stretches.emplace(m_zone, after, after + span);
+  }
+  return mirvel::firstRun(rules, *m_stretches, after);
+}
+
+bool Calendar::setZone(const std::string& zone) {
+  if (zone == m_zone) return false;
+  m_zone = zone;
+  m_stretches.reset();
+  return true;
+}
 
 }  // namespace mirvel::host

@@ -1,25 +1,32 @@
-#ifdef __linux__
+#include "helpers/host/FileSystemWatch.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
+#include <sstream>
+#include <tuple>
 
+#include "core/files/FileTimes.h"
 #include "core/files/Inotify.h"
-#include "helpers/host/PathWatch.h"
+#include "core/files/ReadFile.h"
 
 namespace mirvel::host {
+
+#ifdef __linux__
 
 namespace {
 
 constexpr std::uint32_t interesting =
     IN_MODIFY | IN_ATTRIB | IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF;
 
-/// Of an entry of a watched folder these say nothing about the folder.
+// Reported for an entry of a watched folder, these don't change the list of entries.
 constexpr std::uint32_t ofEntriesOnly = IN_MODIFY | IN_ATTRIB;
 
-/// Each path is watched itself, and so is the nearest folder above that exists, where a missing one will appear and
-/// one that is replaced is seen to be.
+/// Each path has two watches: one on itself, and one on the nearest existing folder above it. An inotify watch follows
+/// the inode, so only the folder reports that a missing path appears or that a file is replaced by rename.
 class InotifyPathWatch final : public PathWatch {
  public:
   int descriptor() const override { return m_inotify.descriptor(); }
@@ -48,14 +55,14 @@ class InotifyPathWatch final : public PathWatch {
  private:
   struct Identity {
     dev_t device = 0;
-    ino_t node = 0;  ///< 0: there is nothing
+    ino_t node = 0;  ///< 0: nothing exists at the path
     bool operator==(const Identity&) const = default;
   };
   struct Watched {
-    int users = 0;
-    int own = -1;         ///< number of the watch on the path itself
-    int above = -1;       ///< and on the folder
-    std::string awaited;  ///< the name in that folder that leads to the path
+    int users = 0;        ///< calls of `add` without `remove`
+    int own = -1;         ///< the watch on the path itself; -1: nothing exists there
+    int above = -1;       ///< the watch on the folder
+    std::string awaited;  ///< the entry of that folder on the way to the path
     Identity identity;
   };
 
@@ -93,8 +100,9 @@ class InotifyPathWatch final : public PathWatch {
     }
   }
 
+  /// `touched` are the paths whose watches may be on the wrong inodes now, `changed` those to report.
   void note(const Inotify::Event& event, std::set<std::string>& touched, std::set<std::string>& changed) {
-    if ((event.mask & IN_Q_OVERFLOW) != 0) {
+    if ((event.mask & IN_Q_OVERFLOW) != 0) {  // events were lost: anything may have changed
       for (const auto& [path, watched] : m_paths) touched.insert(path), changed.insert(path);
       return;
     }
@@ -111,7 +119,7 @@ class InotifyPathWatch final : public PathWatch {
     if ((event.mask & IN_IGNORED) != 0) m_users.erase(found);
   }
 
-  /// What is at the path, or on the way to it, may be something else now.
+  /// Watches again what is at the path now, and reports a change if that is another file than before.
   void renew(const std::string& path, std::set<std::string>& changed) {
     Watched& watched = m_paths[path];
     const Identity before = watched.identity;
@@ -122,7 +130,7 @@ class InotifyPathWatch final : public PathWatch {
 
   Inotify m_inotify = Inotify::open();
   std::map<std::string, Watched> m_paths;
-  std::map<int, std::set<std::string>> m_users;  ///< the paths by the number of a watch that serves them
+  std::map<int, std::set<std::string>> m_users;  ///< the paths that share a watch, by its number
 };
 
 }  // namespace
@@ -131,6 +139,89 @@ std::unique_ptr<PathWatch> makePathWatch() {
   return std::make_unique<InotifyPathWatch>();
 }
 
-}  // namespace mirvel::host
+#else
+
+namespace {
+
+/// Compares the attributes of each path with those at the previous call.
+class PollingPathWatch final : public PathWatch {
+ public:
+  int descriptor() const override { return -1; }
+
+  void add(const std::string& path) override {
+    Watched& watched = m_paths[path];
+    if (watched.users++ == 0) watched.state = stateOf(path);
+  }
+
+  void remove(const std::string& path) override {
+    const auto found = m_paths.find(path);
+    if (found != m_paths.end() && --found->second.users == 0) m_paths.erase(found);
+  }
+
+  std::set<std::string> take() override {
+    std::set<std::string> changed;
+    for (auto& [path, watched] : m_paths) {
+      const State now = stateOf(path);
+      if (now != watched.state) changed.insert(path);
+      watched.state = now;
+    }
+    return changed;
+  }
+
+ private:
+  using State = std::tuple<dev_t, ino_t, off_t, long long, long long>;
+  struct Watched {
+    int users = 0;
+    State state;
+  };
+
+  static State stateOf(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return {};
+    const timespec& changed = changeTime(status);
+    return {status.st_dev, status.st_ino, status.st_size, changed.tv_sec, changed.tv_nsec};
+  }
+
+  std::map<std::string, Watched> m_paths;
+};
+
+}  // namespace
+
+std::unique_ptr<PathWatch> makePathWatch() {
+  return std::make_unique<PollingPathWatch>();
+}
 
 #endif
+
+namespace {
+
+// proc(5) documents its format, and that poll(2) reports POLLPRI after each change.
+constexpr const char* mountTable = "/proc/self/mountinfo";
+
+}  // namespace
+
+bool MountWatch::begin() {
+  if (m_file) return true;
+  m_file = FileDescriptor(::open(mountTable, O_RDONLY | O_CLOEXEC));
+  m_mounts = current();
+  return static_cast<bool>(m_file);
+}
+
+bool MountWatch::take() {
+  std::set<std::string> mounts = current();
+  const bool isNew = !std::includes(m_mounts.begin(), m_mounts.end(), mounts.begin(), mounts.end());
+  m_mounts = std::move(mounts);
+  return isNew;
+}
+
+std::set<std::string> MountWatch::current() const {
+  std::set<std::string> result;
+  const auto table = readFile(mountTable, std::size_t{16} << 20U);
+  if (!table) return result;
+  std::istringstream lines(*table);
+  // The first field is the identifier of the mount, unique while the mount exists.
+  for (std::string line; std::getline(lines, line);) result.insert(line.substr(0, line.find(' ')));
+  return result;
+}
+
+}  // namespace mirvel::host

@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 
 #include "helpers/host/JobLog.h"
-#include "helpers/host/OutputLines.h"
-#include "helpers/hostdata/LoadedJobs.h"
 #include "support/TestData.h"
 
 namespace mirvel::host {
@@ -24,7 +22,7 @@ std::vector<std::string> messages(const std::vector<messages::LogLine>& lines) {
   return result;
 }
 
-TEST(OutputLines, AreMadeOfPiecesHoweverTheyAreCut) {
+TEST(OutputLines, AreAssembledFromPieces) {
   const std::string text = "one\n\nthree\nfour";
   for (std::size_t cut = 0; cut <= text.size(); ++cut) {
     OutputLines output;
@@ -36,7 +34,7 @@ TEST(OutputLines, AreMadeOfPiecesHoweverTheyAreCut) {
   }
 }
 
-TEST(OutputLines, AreBrokenWhereTheyAreTooLong) {
+TEST(OutputLines, AreBrokenAtTheMaximumLength) {
   OutputLines output;
   const auto lines = output.add(std::string(OutputLines::longestLine + 1, 'x') + '\n', 0ms);
   ASSERT_EQ(lines.size(), 2U);
@@ -44,17 +42,17 @@ TEST(OutputLines, AreBrokenWhereTheyAreTooLong) {
   EXPECT_EQ(lines[1], "x");
 }
 
-TEST(OutputLines, AreLeftOutBeyondTheAllowanceUntilThePeriodIsOver) {
+TEST(OutputLines, AreDroppedBeyondTheAllowanceOfAPeriod) {
   OutputLines output;
   const std::string piece(OutputLines::allowance / 2, '\n');
   EXPECT_EQ(output.add(piece, 0ms).size(), piece.size());
   EXPECT_EQ(output.add(piece, 1ms).size(), piece.size());
-  EXPECT_EQ(output.add("more\n", 2ms).size(), 1U) << "that the rest is left out";
+  EXPECT_EQ(output.add("more\n", 2ms).size(), 1U) << "which says that the rest is dropped";
   EXPECT_THAT(output.add("more\n", 3ms), ElementsAre());
   EXPECT_THAT(output.add("again\n", OutputLines::period + 1ms), ElementsAre("again"));
 }
 
-TEST(JobLog, FindsLinesByTimeAndTextInTheirOrder) {
+TEST(JobLog, FindsLinesByTimeAndTextInOrder) {
   const testdata::TemporaryFolder folder;
   const JobLog log(folder.path() / "new");
   EXPECT_THAT(log.find(moment(0), "", unbounded), ElementsAre());
@@ -65,12 +63,11 @@ TEST(JobLog, FindsLinesByTimeAndTextInTheirOrder) {
               ElementsAre("b: first", "b: second", "a: with line end", "b: third"));
   EXPECT_THAT(messages(log.find(moment(10.5), "", unbounded)), ElementsAre("a: with line end", "b: third"));
   EXPECT_THAT(messages(log.find(moment(0), "b:", unbounded)), ElementsAre("b: first", "b: second", "b: third"));
-  EXPECT_THAT(messages(log.find(moment(0), "", 50)), ElementsAre("b: third"))
-      << "the youngest, as many as there is room for";
+  EXPECT_THAT(messages(log.find(moment(0), "", 50)), ElementsAre("b: third")) << "the newest that fit";
   EXPECT_DOUBLE_EQ(log.find(moment(10.5), "a:", unbounded)[0].seconds, 10.5);
 }
 
-TEST(JobLog, KeepsTheYoungestOfAJobThatSaysMuchAndAllOfTheOthers) {
+TEST(JobLog, KeepsTheNewestLinesOfAJobAndAllOfTheOthers) {
   const testdata::TemporaryFolder folder;
   const JobLog log(folder.path());
   ASSERT_TRUE(log.add("quiet", moment(1), {"quiet: only line"}));
@@ -82,10 +79,10 @@ TEST(JobLog, KeepsTheYoungestOfAJobThatSaysMuchAndAllOfTheOthers) {
   const auto lines = log.find(moment(0), "", unbounded);
   EXPECT_EQ(lines.front().message, "quiet: only line");
   EXPECT_EQ(lines.back().message, "999" + line);
-  EXPECT_GT(lines.size(), JobLog::fileSize / 1100) << "what was rotated is there too";
+  EXPECT_GT(lines.size(), JobLog::fileSize / 1100) << "rotated lines are included";
 }
 
-TEST(JobLog, IsFoundHoweverManyLinesComeAtOnce) {
+TEST(JobLog, AcceptsManyLinesAtOnce) {
   const testdata::TemporaryFolder folder;
   const JobLog log(folder.path());
   constexpr int count = 60000;
@@ -100,7 +97,7 @@ TEST(JobLog, IsFoundHoweverManyLinesComeAtOnce) {
   for (const auto& file : fs::directory_iterator(folder.path())) EXPECT_LT(fs::file_size(file), 2 * JobLog::fileSize);
 }
 
-TEST(JobLog, ShowsTheEndOfAFileThatIsTooLarge) {
+TEST(JobLog, ReadsTheEndOfAFileThatIsTooLarge) {
   const testdata::TemporaryFolder folder;
   std::string text;
   while (text.size() < 10 * JobLog::fileSize) text += "12.000 job[1]: line\n";
@@ -121,31 +118,11 @@ TEST(JobLog, StaysInItsFolderWhateverTheLabelIs) {
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
 }
 
-TEST(JobLog, SkipsWhatSomebodyElseHasWrittenIntoIt) {
+TEST(JobLog, SkipsLinesOfAnotherForm) {
   const testdata::TemporaryFolder folder;
   const JobLog log(folder.path());
   folder.write("job.log", "garbage\n\n12 good\nnan bad\n99999999999999999999");
   EXPECT_THAT(messages(log.find(moment(0), "", unbounded)), ElementsAre("good"));
-}
-
-TEST(LoadedJobs, AreReadAsTheyWereWrittenAndRefusedIfTheFileIsNoList) {
-  const testdata::TemporaryFolder folder;
-  LoadedJobs jobs(folder.path() / "loaded.plist");
-  EXPECT_THAT(*jobs.read(), ElementsAre());
-  ASSERT_TRUE(jobs.write({"/a b", "/ü"}));
-  EXPECT_THAT(*jobs.read(), ElementsAre("/a b", "/ü"));
-  for (const char* content :
-       {"", "garbage", "<plist><array/></plist>", "<plist><dict><key>Loaded</key><true/></dict></plist>",
-        "<plist><dict><key>Loaded</key><array><string>/a</string><true/></array></dict></plist>"}) {
-    folder.write("loaded.plist", content);
-    EXPECT_FALSE(jobs.read()) << content;
-    EXPECT_TRUE(jobs.read()) << "it was moved aside";
-  }
-  EXPECT_TRUE(fs::exists(folder.path() / "loaded.plist.damaged-5"));
-  fs::create_directory(folder.path() / "loaded.plist");
-  EXPECT_FALSE(jobs.read());
-  fs::remove(folder.path() / "loaded.plist");
-  EXPECT_FALSE(jobs.write({})) << "what couldn't be read is never overwritten";
 }
 
 }  // namespace

@@ -1,0 +1,231 @@
+#include "helpers/host/JobRunner.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+#include "core/files/RegularFile.h"
+#include "core/text/Bytes.h"
+#include "helpers/process/ProcessStatus.h"
+
+namespace mirvel::host {
+
+namespace {
+
+/// How a child ended; none if it is running. The child stays a zombie (WNOWAIT): until it is collected, the system
+/// can't reuse its process ID, which is that of its group as well, so that signalling the group stays safe.
+std::optional<ProcessEnd> endOf(pid_t child) {
+  siginfo_t info{};
+  int found = -1;
+  do {
+    found = ::waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT);
+  } while (found != 0 && errno == EINTR);
+  if (found != 0) return ProcessEnd{.code = startFailureCode};  // ECHILD: its exit status is lost
+  if (info.si_pid == 0) return std::nullopt;
+  if (info.si_code == CLD_EXITED) return ProcessEnd{.code = info.si_status};
+  return ProcessEnd{.signal = info.si_status};
+}
+
+/// Reads up to 64 KiB of what is available. False at the end of the stream.
+bool readPipe(int descriptor, std::array<char, 65536>& buffer, std::string_view& bytes) {
+  const ssize_t count = readUninterrupted(descriptor, buffer.data(), buffer.size());
+  bytes = {buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
+  return count > 0 || (count < 0 && errno == EAGAIN);
+}
+
+}  // namespace
+
+DiscardedOutputs::~DiscardedOutputs() {
+  for (const auto& [number, pipe] : m_pipes) m_loop.forget(number);
+}
+
+void DiscardedOutputs::add(FileDescriptor pipe) {
+  const int number = pipe.number();
+  m_pipes.insert_or_assign(number, std::move(pipe));
+  m_loop.watch(number, POLLIN, [this, number](short) {
+    std::array<char, 65536> buffer;
+    std::string_view bytes;
+    if (readPipe(number, buffer, bytes)) return;
+    m_loop.forget(number);
+    m_pipes.erase(number);
+  });
+}
+
+JobRunner::JobRunner(HostedJob job, std::filesystem::path file, ProcessPlan plan, const Shared& shared)
+    : m_job(std::move(job)), m_file(std::move(file)), m_plan(std::move(plan)), m_shared(shared) {}
+
+JobRunner::~JobRunner() {
+  if (m_process.output) m_shared.loop.forget(m_process.output.number());
+}
+
+HostedJobStatus JobRunner::status(const HostTime& now) const {
+  HostedJobStatus status{.label = label(), .path = m_file, .nextRun = m_job.nextRun(now)};
+  if (m_process.id > 0 && !m_job.isClearing()) status.process = m_process.id;
+  if (const auto& end = m_job.lastEnd()) {
+    status.lastEnd = end->text();
+    status.lastCode = end->code;
+    status.lastSignal = end->signal;
+  }
+  return status;
+}
+
+void JobRunner::inherit(const JobRun& run) {
+  m_job.foundRunning(currentTime());
+  m_inherited.push_back(run);
+  logAboutJob("stopping a run that was left by a job host that was killed");
+}
+
+bool JobRunner::followDecisions(const HostTime& now) {
+  using Order = HostedJob::Order;
+  for (;;) {
+    switch (m_job.decide(now)) {
+      case Order::Wait:
+        return true;
+      case Order::Start:
+        start(now);
+        break;
+      case Order::Terminate:
+        log({m_job.isClearing() ? "stopping its remaining processes (SIGTERM)" : "stopping it (SIGTERM)"});
+        signal(SIGTERM);
+        break;
+      case Order::Kill:
+        log({"not ended in time: killing it (SIGKILL)"});
+        signal(SIGKILL);
+        break;
+      case Order::Forget:
+        return false;
+    }
+  }
+}
+
+void JobRunner::start(const HostTime& now) {
+  m_run = {.token = makeUuid(), .isLeaderAlone = m_job.rules().abandonProcessGroup};
+  m_plan.environment.insert_or_assign(tokenVariable, m_run.token);
+  recordRun();  // before the start: if the host is killed right after it, the next host finds the process by its token
+  auto process = JobProcess::start(m_plan, m_shared.environment);
+  if (!process) return startFailed(process.error(), now);
+  m_job.started(now);
+  m_process = *std::move(process);
+  m_run.leader = m_process.id;
+  if (const auto status = ProcessStatus::of(m_process.id)) m_run.start = status->start;
+  recordRun();
+  m_output = {};
+  log({"started"});
+  if (m_process.output) m_shared.loop.watch(m_process.output.number(), POLLIN, [this](short) { readOutput(); });
+}
+
+void JobRunner::startFailed(const Error& why, const HostTime& now) {
+  m_shared.records.remove(m_run);
+  logAboutJob("can't be started: " + why.text());
+  if (why.code == Error::Code::LimitExceeded) return m_job.startFailed(now);  // there may be room for it later
+  m_job.started(now);
+  m_job.ended({.code = startFailureCode}, now);
+}
+
+Result<void> JobRunner::saveRecord(const JobRun& run) const {
+  return m_shared.records.write({.label = label(), .file = m_file, .run = run});
+}
+
+// A failure is only logged: jobs run even if the disk is full.
+void JobRunner::recordRun() {
+  const auto saved = saveRecord(m_run);
+  if (!saved) logAboutJob("can't record its run: " + saved.error().text());
+}
+
+Result<void> JobRunner::saveRecords() const {
+  std::vector<JobRun> runs = m_inherited;
+  if (m_process.id > 0) runs.push_back(m_run);
+  for (const JobRun& run : runs) {
+    if (auto saved = saveRecord(run); !saved) return saved;
+  }
+  return {};
+}
+
+std::vector<pid_t> JobRunner::processes() const {
+  std::vector<pid_t> result;
+  if (m_process.id > 0) result = processesOf(m_run, reach());
+  for (const JobRun& run : m_inherited) {
+    const auto found = processesOf(run, Reach::Everything);
+    result.insert(result.end(), found.begin(), found.end());
+  }
+  return result;
+}
+
+void JobRunner::signal(int number) const {
+  if (m_process.id > 0) signalRun(m_run, reach(), number);
+  for (const JobRun& run : m_inherited) signalRun(run, Reach::Everything, number);
+}
+
+Error JobRunner::stillRunning() const {
+  std::string list;
+  for (const pid_t process : processes()) list += (list.empty() ? "" : ", ") + std::to_string(process);
+  return {.code = Error::Code::StillRunning,
+          .message = label() + " was asked to end and is still running" + (list.empty() ? "" : ", as process " + list)};
+}
+
+void JobRunner::readOutput() {
+  std::array<char, 65536> buffer;
+  std::string_view bytes;
+  const int descriptor = m_process.output.number();
+  if (readPipe(descriptor, buffer, bytes)) return log(m_output.add(bytes, currentTime().running));
+  m_shared.loop.forget(descriptor);
+  m_process.output.reset();
+}
+
+bool JobRunner::collect() {
+  if (m_process.id == 0 || m_job.isClearing()) return false;
+  const auto end = endOf(m_process.id);
+  if (end) finishProcess(*end);
+  return end.has_value();
+}
+
+void JobRunner::finishProcess(const ProcessEnd& end) {
+  // The pipe holds at most 64 KiB (pipe(7)). The limit matters if other processes of the run go on filling it.
+  constexpr int mostReads = 4;
+  for (int i = 0; i < mostReads && m_process.output; ++i) readOutput();
+  log(m_output.finish());
+  const auto failure = m_process.startFailure();
+  log({failure ? *failure : end.text()});
+  const bool isOver = processes().empty();
+  m_job.ended(end, currentTime(), isOver ? HostedJob::Left::Nothing : HostedJob::Left::Others);
+  if (isOver) finishRun();
+}
+
+// The leader is collected last: until then, its process ID can't be reused for another process or group.
+void JobRunner::finishRun() {
+  if (m_process.id > 0) {
+    ::waitpid(m_process.id, nullptr, 0);
+    m_shared.records.remove(m_run);
+    if (m_process.output) {
+      m_shared.loop.forget(m_process.output.number());
+      m_shared.discarded.add(std::move(m_process.output));
+    }
+    m_process = {};
+  }
+  for (const JobRun& run : m_inherited) m_shared.records.remove(run);
+  m_inherited.clear();
+}
+
+void JobRunner::checkRemains() {
+  if (!m_job.isClearing()) return;
+  if (!processes().empty()) {
+    if (m_job.isKilled()) signal(SIGKILL);  // for processes that were forked while the others were killed
+    return;
+  }
+  finishRun();
+  m_job.cleared();
+}
+
+void JobRunner::log(std::vector<std::string> lines) const {
+  const std::string prefix = label() + '[' + std::to_string(m_process.id) + "]: ";
+  for (std::string& line : lines) line.insert(0, prefix);
+  (void)m_shared.log.add(label(), currentTime().wall, lines);  // jobs run even if the disk is full
+}
+
+void JobRunner::logAboutJob(const std::string& text) const {
+  (void)m_shared.log.add(label(), currentTime().wall, {label() + ": " + text});  // likewise
+}
+
+}  // namespace mirvel::host

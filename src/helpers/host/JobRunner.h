@@ -1,0 +1,105 @@
+#pragma once
+
+#include <signal.h>
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core/base/Result.h"
+#include "core/process/Environment.h"
+#include "helpers/host/HostedJob.h"
+#include "helpers/host/JobLog.h"
+#include "helpers/host/JobProcess.h"
+#include "helpers/host/JobRun.h"
+#include "helpers/host/PollLoop.h"
+#include "helpers/hostdata/HostMessages.h"
+
+namespace mirvel::host {
+
+/// Reads and discards the output of processes that outlive the run of their job (`AbandonProcessGroup`): they would get
+/// SIGPIPE if nobody had the pipe open, and block if nobody read it. For one thread.
+class DiscardedOutputs {
+ public:
+  /// The loop must outlive this object.
+  explicit DiscardedOutputs(PollLoop& loop) : m_loop(loop) {}
+  ~DiscardedOutputs();
+  DiscardedOutputs(const DiscardedOutputs&) = delete;
+  DiscardedOutputs& operator=(const DiscardedOutputs&) = delete;
+
+  /// The pipe must be non-blocking. It is closed once all writers have closed it.
+  void add(FileDescriptor pipe);
+
+ private:
+  PollLoop& m_loop;
+  std::map<int, FileDescriptor> m_pipes;
+};
+
+/// Carries out the decisions of one loaded job: starts, signals and collects its processes, logs their output, and
+/// keeps the records of its runs. For one thread.
+class JobRunner {
+ public:
+  /// What all jobs of a host share. Everything must outlive the runners.
+  struct Shared {
+    PollLoop& loop;
+    const JobLog& log;
+    const RunRecords& records;
+    const Environment& environment;  ///< for every job
+    DiscardedOutputs& discarded;
+  };
+
+  JobRunner(HostedJob job, std::filesystem::path file, ProcessPlan plan, const Shared& shared);
+  /// Leaves processes that are still running alone.
+  ~JobRunner();
+  JobRunner(const JobRunner&) = delete;
+  JobRunner& operator=(const JobRunner&) = delete;
+
+  HostedJob& job() { return m_job; }
+  const HostedJob& job() const { return m_job; }
+  const std::string& label() const { return m_job.rules().label; }
+  const std::filesystem::path& file() const { return m_file; }
+  HostedJobStatus status(const HostTime& now) const;
+
+  /// Takes charge of a run that an earlier host has left: its processes are stopped before the job is started.
+  void inherit(const JobRun& run);
+  /// Does what the job decides until it waits. False: the job is unloaded and gone, and the caller destroys this
+  /// object.
+  [[nodiscard]] bool followDecisions(const HostTime& now);
+  /// Whether its process has ended since the last call; called after SIGCHLD.
+  bool collect();
+  /// Checks whether the processes are gone that an ended run has left behind. Called before `followDecisions`.
+  void checkRemains();
+  /// Sends SIGKILL to all processes, without waiting for their end.
+  void kill() const { signal(SIGKILL); }
+
+  /// The `StillRunning` error that names the remaining processes.
+  Error stillRunning() const;
+  /// Writes the records of all runs again, for example after their folder was deleted.
+  Result<void> saveRecords() const;
+
+ private:
+  Reach reach() const { return m_job.isUnloaded() ? Reach::Everything : Reach::Group; }
+  std::vector<pid_t> processes() const;
+  void signal(int number) const;
+  void start(const HostTime& now);
+  void startFailed(const Error& why, const HostTime& now);
+  Result<void> saveRecord(const JobRun& run) const;
+  void recordRun();
+  void readOutput();
+  void finishProcess(const ProcessEnd& end);
+  void finishRun();
+  void log(std::vector<std::string> lines) const;
+  void logAboutJob(const std::string& text) const;
+
+  HostedJob m_job;
+  std::filesystem::path m_file;
+  ProcessPlan m_plan;
+  const Shared& m_shared;
+  JobProcess m_process;
+  JobRun m_run;                     ///< of `m_process`
+  std::vector<JobRun> m_inherited;  ///< runs of earlier hosts
+  OutputLines m_output;
+};
+
+}  // namespace mirvel::host
