@@ -98,7 +98,7 @@ HelperError HelperError::of(ActionErrorCode code) {
 
 HelperError HelperError::of(HelperFailure failure) {
   const auto action = failure.actionCode();
-  // Codes of our own are never 0, which would mean that there is no error.
+  // 0 would mean success, and `Error::Code` begins with 0.
   const int code = action ? static_cast<int>(*action) : static_cast<int>(failure.cause.code) + 1;
   HelperError error{.domain = action ? actionErrorDomain : helperErrorDomain,
                     .code = propertylist::Integer(code),

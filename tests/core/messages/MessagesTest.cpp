@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages/DateKey.h"
 #include "core/messages/Replies.h"
 #include "core/messages/Requests.h"
 
