@@ -10,21 +10,22 @@
 
 namespace mirvel {
 
-/// Reads the regular files of a folder some at a time. Reading and decoding by turns, file for file, would have the
-/// kernel and the reader push each other out of the processor's cache. For one thread at a time.
+/// Reads the regular files of a folder in batches of 32. Alternating between reading and decoding for every file would
+/// be slower, since kernel and decoder evict each other's code and data from the processor's cache. Not thread-safe.
 class ReadAhead {
  public:
+  /// The content of a file.
   struct Contents {
     std::string_view bytes;
     JobFolder::Stamp stamp;
   };
 
-  /// The folder and its entries outlive the reader. Without stamps those of the contents say nothing.
+  /// The references must outlive this object. Without `withStamps`, the stamps of the contents aren't set.
   ReadAhead(const JobFolder& folder, const JobFolder::Entries& entries, bool withStamps)
       : m_folder(folder), m_entries(entries), m_withStamps(withStamps) {}
 
-  /// What the entry with this index holds, which was listed as a regular file. The bytes stay until an entry farther on
-  /// is asked for.
+  /// The content of the entry with this index, which must have been listed as a regular file. Indexes must be requested
+  /// in ascending order. The bytes are valid until the next call. Fails like `JobFolder::readListed`.
   const Result<Contents>& read(std::size_t index);
 
  private:
@@ -36,9 +37,9 @@ class ReadAhead {
   const JobFolder& m_folder;
   const JobFolder::Entries& m_entries;
   bool m_withStamps;
-  std::size_t m_first = 0;  // the entry of the first room
+  std::size_t m_first = 0;  // the index of the entry to which m_contents.front() belongs
   std::vector<Result<Contents>> m_contents;
-  std::array<std::string, atOnce> m_rooms;
+  std::array<std::string, atOnce> m_rooms;  // buffers for the bytes, reused by each batch
 };
 
 }  // namespace mirvel
