@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "core/ports/AgentSwitch.h"
+#include "core/ports/LoginItems.h"
 #include "support/VirtualQueue.h"
 
 namespace mirvel::testdata {
