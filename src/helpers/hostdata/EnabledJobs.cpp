@@ -75,7 +75,7 @@ Error unusableError(jobfile::Plist::CodingKeys key, const std::string& consequen
 }
 
 Result<bool> isEnabled(const jobfile::Plist& plist) {
-  constexpr auto key = jobfile::Plist::CodingKeys::disabled;
+  constexpr auto key = jobfile::Plist::CodingKeys::Disabled;
   if (isUnusable(plist, key)) return unusableError(key, "may say that the job is disabled");
   return plist.disabled != true;
 }
