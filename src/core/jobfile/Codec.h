@@ -33,6 +33,7 @@ void decode(const propertylist::Node& node, const Place& place, std::int64_t& re
 /// Only strings; they may be empty.
 void decode(const propertylist::Node& node, const Place& place, std::string& result);
 
+/// Plain values always have a representation.
 inline std::optional<propertylist::Value> encode(bool value) {
   return propertylist::Value(value);
 }
@@ -80,7 +81,7 @@ template <typename Element>
 void decode(const propertylist::Node& node, const Place& place, StringMap<Element>& result) {
   for (const auto& member : membersOf(node, place)) {
     if (place.isTolerant()) {
-      (void)decodeOrDrop(member, place, result);  // a save takes the entry from the file
+      (void)decodeOrDrop(member, place, result);  // the file keeps the entry
     } else {
       decode(member.value, place.key(member.key()), result[std::string(member.key())]);
     }

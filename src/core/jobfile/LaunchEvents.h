@@ -38,6 +38,7 @@ struct PlistType {
     bool operator==(const SubDictionaryType&) const = default;
   };
 
+  /// A nested dictionary; of its entries, only plain values are represented.
   struct SubDictionary {
     StringMap<SubDictionaryType> subDictionaries = {};
 
@@ -57,7 +58,7 @@ struct PlistType {
 /// The key `LaunchEvents`: events that start the job, by event stream (such as "com.apple.iokit.matching") and then by
 /// a name of the job's choosing. See xpc_events(3).
 struct LaunchEvents {
-  /// The events of one stream.
+  /// The descriptors of the events of one stream, by name.
   struct SubDictionary {
     StringMap<PlistType> subDictionaries = {};
 

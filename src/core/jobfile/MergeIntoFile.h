@@ -28,7 +28,8 @@ propertylist::Dictionary mergeIntoFile(const propertylist::Dictionary& file, con
 propertylist::Value mergeIntervals(const propertylist::Value& file, const StartCalendarInterval& read,
                                    const StartCalendarInterval& edited);
 
-/// What `arrangedLike` inserts for elements of the file that no interval refers to.
+/// How `arrangedLike` fills the positions of elements that no interval refers to: with an empty dictionary, or with the
+/// element itself.
 enum class Absent { IsEmpty, IsAsInFile };
 
 /// Encodes the intervals in the order of their origins, so that the result can be compared with `file` index by index.

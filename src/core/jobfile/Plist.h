@@ -186,7 +186,8 @@ class Plist {
   std::optional<std::string> workingDirectory;  ///< default: the root folder
   std::optional<StringMap<std::string>> environmentVariables;
   Boxed<Umask> umask;
-  /// Seconds between SIGTERM and SIGKILL when the job is stopped; 0: it is never killed. Default: 20.
+  /// Seconds between SIGTERM and SIGKILL when the job is stopped; 0: it is never killed. Default: decided by the
+  /// system.
   std::optional<std::int64_t> exitTimeOut;
   /// The minimum number of seconds between two starts. Default: 10.
   std::optional<std::int64_t> throttleInterval;

@@ -16,8 +16,7 @@ using K = Plist::CodingKeys;
 
 constexpr std::size_t keyCount = std::tuple_size_v<decltype(plistKeys)>;
 
-/// A hash table of the known keys, built at compile time. Every key of every scanned file is looked up, and this is
-/// several times faster than a standard map.
+/// A hash table of the known keys, built at compile time, since a scan looks up every key of every file.
 class KnownKeys {
  public:
   constexpr KnownKeys() {

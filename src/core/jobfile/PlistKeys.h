@@ -5,11 +5,17 @@
 
 namespace mirvel::jobfile {
 
-/// The keys of a job file: the one table from which the record is decoded and encoded, and the editor's table of fields
-/// and the checks of lint take their keys. A new key needs an enumerator and a field in `Plist` and a row here.
+/// The keys of a job file: the one table from which the record is decoded and encoded, and from which the editor and
+/// lint take their keys. A new key needs an enumerator and a field in `Plist` and a row here.
 ///
-/// The row's field determines the type in the file; launchd.plist(5) defines the meaning. Decoding tolerates whole
-/// reals for integers, and nothing else across types; what the structured keys tolerate is documented with their types.
+/// The type of the field determines the type in the file:
+/// - `bool`: a boolean; numbers and strings aren't accepted;
+/// - `std::int64_t`: an integer, or a real without a fraction;
+/// - `std::string`: a string;
+/// - `std::vector` and `StringMap`: an array and a dictionary, with the above as elements;
+/// - other types: what their headers document.
+///
+/// Meaning, unit, range and default of each key are documented at its field.
 inline constexpr auto plistKeys = [] {
   using K = Plist::CodingKeys;
   return std::tuple{

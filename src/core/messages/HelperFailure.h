@@ -12,7 +12,12 @@ namespace mirvel {
 inline constexpr const char* actionErrorDomain = "MirvelActionErrorDomain";
 
 /// The codes of that domain.
-enum class ActionErrorCode { NotConnected = 1, NotChanged = 4, NotChangedTryNewName = 5, NoLog = 7 };
+enum class ActionErrorCode {
+  NotConnected = 1,          ///< the helper couldn't be reached, or doesn't accept the request
+  NotChanged = 4,            ///< a file couldn't be written or deleted
+  NotChangedTryNewName = 5,  ///< likewise, because of its name
+  NoLog = 7,                 ///< the log couldn't be queried
+};
 
 /// The domain of all other errors. Their code is derived from the cause; see `HelperFailure`.
 inline constexpr const char* helperErrorDomain = "MirvelHelperErrorDomain";
@@ -24,7 +29,7 @@ struct HelperFailure {
   enum class Deed { Answer = 0, Write = 1, Delete = 2, Read = 3, Load = 4, Unload = 5, Test = 6, Log = 7 };
 
   Deed deed = Deed::Answer;
-  Error cause;
+  Error cause;             ///< with the path of the file, if one was involved
   bool isWritten = false;  ///< the job's file has been written; a later step, such as loading, failed
 
   /// Whether the cause is the name of the file, so that another name can help.
@@ -46,6 +51,7 @@ struct HelperError {
   /// With domain, code and description derived from the failure.
   static HelperError of(HelperFailure failure);
 
+  /// The form on the wire. Absent members have no key.
   propertylist::Dictionary dictionary() const;
   /// Never fails. Ignores values of a wrong type, and a failure with an unknown operation or cause.
   static HelperError read(const propertylist::Dictionary& dictionary);

@@ -55,6 +55,7 @@ struct LogLines {
 /// A reply; `HelperError` is possible for every request.
 using Reply = std::variant<Done, TestOutput, LogLines, HelperError>;
 
+/// The dictionary to send. Its keys depend on the type of the reply, which isn't sent itself.
 propertylist::Dictionary write(const Reply& reply);
 
 /// Reads the reply to a request of this kind. Of an error reply, parts that can't be interpreted are ignored. Fails

@@ -177,6 +177,7 @@ struct Subscribe {
   }
 };
 
+/// All requests.
 using RequestContent = std::variant<Write, Delete, Quit, Unload, Load, Test, Uninstall, Log, StartHost, Subscribe>;
 
 /// The secret that authenticates a request to the privileged helper, or the greeting of a connection to it.
@@ -198,6 +199,7 @@ struct Request {
   AuthData authorisation = {};
 
   Kind kind() const;
+  /// The dictionary to send: the fields of the content and the common ones.
   propertylist::Dictionary write() const;
   /// Fails like `FieldReader`, and with `MissingKey` or `BadArgument` for an absent or unknown kind. Doesn't validate
   /// labels and the content of files.

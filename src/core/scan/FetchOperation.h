@@ -47,18 +47,24 @@ class FetchOperation {
   std::optional<Jobs> jobs;
 
  private:
+  /// All jobs; none once the scan is cancelled.
   Jobs scan();
   Jobs jobsOf(Kind kind);
   Jobs jobsInFolder(Kind kind, const std::filesystem::path& path);
   Jobs launchdJobs(Kind kind, const JobFolder& folder, const JobFolder::Entries& entries);
   Jobs otherJobs(Kind kind, const JobFolder& folder, const JobFolder::Entries& entries);
   std::shared_ptr<Job> readOther(Kind kind, const URL& url) const;
+  /// A file that isn't read in batches: a link, or one that may be cached. None if it doesn't exist or isn't valid.
   std::optional<JobFile> fileOf(const JobFolder& folder, const std::string& name, const URL& url);
+  /// A file that was read in a batch.
   std::optional<JobFile> freshFile(const Result<ReadAhead::Contents>& contents, const URL& url);
+  /// Logs the error.
   std::nullopt_t unreadable(const Error& error, const URL& url) const;
+  /// Parses the file, and adds it to the cache if possible. Logs errors.
   std::optional<JobFile> parsed(std::string_view bytes, const JobFolder::Stamp& stamp, const URL& url);
   Jobs sorted(const Jobs& unsorted) const;
 
+  /// Whether the jobs are those of the catalogue.
   bool isOld(const Jobs& found) const;
 
   /// The identity of a job of the catalogue when the scan began.

@@ -31,6 +31,7 @@ class ReadAhead {
  private:
   static constexpr std::size_t atOnce = 32;
 
+  /// Reads the batch that begins with this entry.
   void fill(std::size_t first);
   Result<Contents> readEntry(const std::string& name, std::string& room) const;
 

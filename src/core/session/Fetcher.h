@@ -45,9 +45,13 @@ class Fetcher {
 
  private:
   void scanningChanged();
+  /// Runs on the main thread when a scan has ended.
   void publish(FetchOperation& operation);
+  /// Lets the selection follow a file that another program has moved; see `findMoved`.
   void followMovedSelection(const Jobs& old);
+  /// Selects the new object for the selected job, or nothing if the job has disappeared.
   void reconcileSelection();
+  /// Assigns the custom icons, and redraws the selected job if its icon has changed.
   void matchIcons();
 
   struct Tools;
@@ -63,7 +67,7 @@ class Fetcher {
   Busy& m_busy;
   const Busy& m_saving;
   std::shared_ptr<Tools> m_tools;
-  std::shared_ptr<FetchOperation> m_operation;
+  std::shared_ptr<FetchOperation> m_operation;  ///< the last scan that was started
   Busy::Token m_scanning;
   bool m_hasScanned = false;
   Delay m_delay;

@@ -30,13 +30,13 @@ struct Foundation {
         localize(locale, catalogues, Localize::timeLocale(locale, environment)),
         collator(locale) {}
 
-  const Environment environment;
-  const Roots roots;
-  const Commands commands;
-  StoreTroubles storeTroubles;  ///< problems with the property lists that the program keeps for itself
-  Defaults defaults;
-  const Localize localize;
-  const Collator collator;
+  const Environment environment;  ///< of the process when it started
+  const Roots roots;              ///< the folders with jobs and data; tests use temporary ones
+  const Commands commands;        ///< paths of system tools
+  StoreTroubles storeTroubles;    ///< problems with the property lists that the program keeps for itself
+  Defaults defaults;              ///< the settings
+  const Localize localize;        ///< the texts in the user's language
+  const Collator collator;        ///< the order of texts in the user's language
 
   /// A snapshot of the settings for a scan, which runs on another thread.
   ScanSettings scanSettings() const {

@@ -91,7 +91,7 @@ TEST(ReplyTest, EveryReplyReachesTheRequestThatAskedForIt) {
   EXPECT_TRUE(failure.isWritten);
 }
 
-TEST(ReplyTest, WhatIsNoReplyToTheRequestIsAnError) {
+TEST(ReplyTest, AReplyWithoutTheRequestedContentIsAnError) {
   const struct {
     Kind kind;
     Dictionary body;

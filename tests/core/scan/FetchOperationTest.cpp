@@ -25,11 +25,11 @@ using Names = std::vector<std::string>;
 /// Calls a function for each line.
 class ActingConsole final : public Console {
  public:
-  std::function<void()> whenTold = [] {};
+  std::function<void()> onLine = [] {};
   int lines = 0;
 
   void print(const std::string&) override { log({}); }
-  void log(const std::string&) override { ++lines, whenTold(); }
+  void log(const std::string&) override { ++lines, onLine(); }
 };
 
 class FetchOperationTest : public testdata::ProgramFixture {
@@ -175,7 +175,7 @@ TEST_F(FetchOperationTest, UnchangedFilesAreTakenFromTheCacheOnceTheyAreSettled)
       << "a date that a later write may share with the first doesn't prove that the bytes are the same";
 }
 
-TEST_F(FetchOperationTest, WhatChangesDuringAScanIsSeenByThatOneOrTheNext) {
+TEST_F(FetchOperationTest, ChangesDuringAScanAreFoundByItOrTheNext) {
   writeJob(Kind::userAgent, "first");
   writeJob(Kind::privilegedHelperTool, "last");
   loginItems.whenAsked = [&] {
@@ -201,7 +201,7 @@ TEST_F(FetchOperationTest, ACancelledScanEndsAtItsNextStepWithNothing) {
   EXPECT_EQ(acting.lines, 0);
 
   FetchOperation betweenFiles(old, foundation.scanSettings(), scanTools);
-  acting.whenTold = [&] { betweenFiles.cancel(); };
+  acting.onLine = [&] { betweenFiles.cancel(); };
   betweenFiles.main();
   EXPECT_EQ(acting.lines, 1);
   EXPECT_FALSE(betweenFiles.jobs);

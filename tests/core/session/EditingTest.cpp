@@ -64,7 +64,7 @@ TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForwardAgain) {
   EXPECT_TRUE(hasChanges());
 }
 
-TEST_F(EditingTest, WhatIsUnfinishedIsUndoneWithTheRestAndGoesWithItsJob) {
+TEST_F(EditingTest, UnfinishedInputIsUndoneWithTheRecordAndBelongsToItsJob) {
   const auto rows = [&] { return editing().unfinished().tables["PathState"].size(); };
   const auto enter = [&](std::size_t count) {
     ASSERT_TRUE(editing().markJobChanged());
