@@ -47,29 +47,29 @@ class FilledWindow {
 void switchTo(benchmark::State& state, Mode mode) {
   const JobFolderOnDisk folder(static_cast<std::size_t>(state.range(0)));
   FilledWindow window(folder.roots());
-  const Mode other = mode == Mode::list ? Mode::grid : Mode::list;
+  const Mode other = mode == Mode::List ? Mode::Grid : Mode::List;
   for (auto _ : state) {
     window.secondsToSwitch(other);
     state.SetIterationTime(window.secondsToSwitch(mode));
   }
 }
 
-BENCHMARK_CAPTURE(switchTo, grid, Mode::grid)
+BENCHMARK_CAPTURE(switchTo, grid, Mode::Grid)
     ->Arg(10000)
     ->Iterations(5)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime();
-BENCHMARK_CAPTURE(switchTo, tree, Mode::tree)
+BENCHMARK_CAPTURE(switchTo, tree, Mode::Tree)
     ->Arg(10000)
     ->Iterations(5)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime();
-BENCHMARK_CAPTURE(switchTo, list, Mode::list)
+BENCHMARK_CAPTURE(switchTo, list, Mode::List)
     ->Arg(10000)
     ->Iterations(5)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime();
-BENCHMARK_CAPTURE(switchTo, timeline, Mode::timeline)
+BENCHMARK_CAPTURE(switchTo, timeline, Mode::Timeline)
     ->Arg(10000)
     ->Iterations(5)
     ->Unit(benchmark::kMillisecond)

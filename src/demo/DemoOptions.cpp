@@ -73,7 +73,7 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   if (parser.isSet(scheme)) options.isDark = schemeName == QLatin1String("dark");
   options.size = sizeFrom(parser.value(size));
   options.locale = parser.isSet(locale) ? ui::utf8(parser.value(locale)) : Localize::currentLocale();
-  options.mode = modeFrom(parser.value(mode)).value_or(Mode::grid);
+  options.mode = modeFrom(parser.value(mode)).value_or(Mode::Grid);
   options.selected = parser.value(select);
   options.isEdited = parser.isSet(edit);
   options.filter = parser.value(filter);

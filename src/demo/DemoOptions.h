@@ -16,7 +16,7 @@ struct DemoOptions {
   QSize size;                      ///< window size; invalid for the default
   std::optional<bool> isDark;      ///< nullopt for the desktop's scheme
   std::string locale;
-  Mode mode = Mode::grid;
+  Mode mode = Mode::Grid;
   QString selected;       ///< label of the job to select; empty for none
   bool isEdited = false;  ///< opens the selected job in the editor
   QString filter;         ///< text in the filter field

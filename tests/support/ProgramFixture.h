@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "core/app/Program.h"
-#include "core/ports/AgentSwitch.h"
+#include "core/ports/LoginItems.h"
 #include "support/FakeFolderMonitors.h"
 #include "support/FakeHelpers.h"
 #include "support/FakeInterface.h"

@@ -24,7 +24,7 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
 
   std::vector<std::string> events = {};
   Jobs shown = {};
-  DetailTab tab = DetailTab::launchdDisplay;
+  DetailTab tab = DetailTab::LaunchdDisplay;
   bool isSheetUp = false;
   std::optional<bool> isTitleVisible = {};
 

@@ -7,7 +7,6 @@
 #include "core/base/Signal.h"
 #include "core/catalogue/Job.h"
 #include "core/ports/HelperConnection.h"
-#include "core/ports/Limit.h"
 #include "core/ports/MainQueue.h"
 
 namespace mirvel {

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "core/commands/CommandRepairs.h"
-#include "core/commands/TextAsEdited.h"
 #include "core/jobfile/Plist.h"
+#include "core/jobfile/RunString.h"
 
 namespace mirvel {
 

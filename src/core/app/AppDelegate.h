@@ -8,7 +8,6 @@
 #include "core/base/Signal.h"
 #include "core/files/URL.h"
 #include "core/ports/FolderMonitor.h"
-#include "core/ports/Limit.h"
 #include "core/ports/MainQueue.h"
 
 namespace mirvel {

@@ -36,24 +36,24 @@ bool isPathOrQuoted(std::string_view text) {
   return contains("/\"'.", text.substr(0, 1));
 }
 
-/// The first sign that only a shell would understand. What is quoted means the same with a shell and without one.
-std::optional<std::string> shellSign(std::string_view run) {
-  constexpr std::array<std::string_view, 6> signs{">", " exec ", "|", "<", ";", "\u2019"};
+/// The first operator of the shell that isn't quoted. Quoted ones mean the same with a shell and without it.
+std::optional<std::string> shellOperator(std::string_view run) {
+  constexpr std::array<std::string_view, 6> operators{">", " exec ", "|", "<", ";", "\u2019"};
   const std::string text = ' ' + Text::unquotedPart(run);
   std::size_t first = std::string::npos;
   std::string_view found;
-  for (const std::string_view sign : signs) {
-    const std::size_t at = text.find(sign);
+  for (const std::string_view candidate : operators) {
+    const std::size_t at = text.find(candidate);
     if (at >= first) continue;
     first = at;
-    found = sign;
+    found = candidate;
   }
   if (found.empty()) return std::nullopt;
   return std::string(String::trim(found));
 }
 
-/// In single quotes, as a shell takes them: a single quote of the path itself ends them, stands escaped, and begins
-/// them anew.
+/// Quotes for a shell, always with single quotes. A single quote in the path is written as an escaped one between two
+/// quoted parts.
 std::string singleQuoted(const std::string& path) {
   std::string result = "'";
   for (const char c : path) {
@@ -83,8 +83,8 @@ std::optional<std::string> CommandRepairs::commandForFile(const fs::path& file) 
   return fileCommand(file, m_commands);
 }
 
-/// Of an entry's program that is only named, the place is looked up; the repairs before a save have another go at one
-/// that isn't found.
+/// If the entry has only the name of its program, it is looked up. If it isn't found, the repairs before a save try
+/// again.
 std::string CommandRepairs::commandOfEntry(const std::vector<std::string>& words) const {
   const std::string& program = words.front();
   const auto directory = program.starts_with('/') ? std::nullopt : lookUp(program);
@@ -100,9 +100,9 @@ std::string CommandRepairs::repairCommand(const std::string& text) const {
   const auto directory = directoryFor(text.substr(0, blank));
   if (!directory) return text;
   if (!text.starts_with('~') && !text.starts_with("$HOME")) {
-    return directory->ends_with('/') ? *directory + text : text;  // else the answer names another tool
+    return directory->ends_with('/') ? *directory + text : text;  // otherwise which(1) has found another tool
   }
-  // The look-up has expanded the whole word, and its answer takes the word's place.
+  // which(1) has expanded the word as a whole, so its answer replaces the word.
   if (Text::separateCommand(text).size() < 2) return *directory;
   return *directory + text.substr(std::min(blank, text.size()));
 }
@@ -123,7 +123,7 @@ std::optional<std::string> CommandRepairs::lookUp(const std::string& word) const
   }
   std::string directory = found->output.substr(0, found->output.find_first_of("\r\n"));
   if (directory.ends_with(word)) directory.resize(directory.size() - word.size());
-  // Some shells answer in words here, such as "aliased to"; a relative path would be of no use to launchd.
+  // Some shells answer with a sentence, such as "aliased to ...", or a relative path, which launchd can't use.
   if (!directory.starts_with('/')) return std::nullopt;
   return directory;
 }
@@ -132,8 +132,8 @@ std::string CommandRepairs::expandTilde(const std::string& text) const {
   if (!m_defaults.automaticHelp()) return text;
   std::string result;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    const bool stands = at == 0 || text[at - 1] == ' ' || (at + 1 < text.size() && text[at + 1] == '/');
-    if (text[at] == '~' && stands) {
+    const bool isHome = at == 0 || text[at - 1] == ' ' || (at + 1 < text.size() && text[at + 1] == '/');
+    if (text[at] == '~' && isHome) {
       result += m_homeFolder.string();
     } else {
       result += text[at];
@@ -155,12 +155,12 @@ std::string CommandRepairs::stripSudo(const std::string& run) const {
 
 std::optional<std::string> CommandRepairs::checkComplexCommand(const std::string& run, const std::string& name) {
   if (String::characterCount(run) <= 5 || m_defaults.suppressAlertComplexRun()) return run;
-  const auto sign = shellSign(run);
-  if (!sign) return run;
+  const auto found = shellOperator(run);
+  if (!found) return run;
   const Alert question{
       .message = m_localize.format(
           "Your command might be too complex to run. Do you want to run it as a shell script instead?", {}),
-      .informativeText = m_localize.theCommandRunsWithoutAShell(*sign),
+      .informativeText = m_localize.theCommandRunsWithoutAShell(*found),
       .defaultTitle = m_localize.format("Run Shell Script", {}),
       .alternateTitle = m_localize.format("Continue Anyway", {}),
       .otherTitle = m_localize.cancel(),

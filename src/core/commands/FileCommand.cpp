@@ -35,13 +35,13 @@ constexpr std::array interpreters{
     Interpreter{"bash", &Commands::bash},
 };
 
-/// Without its dot: "sh" of "x.sh".
+/// The extension without its dot: "sh" for "x.sh".
 std::string extensionOf(const fs::path& file) {
   const std::string extension = file.extension().string();
   return extension.empty() ? extension : extension.substr(1);
 }
 
-/// What the bundle's property list names as its executable, or the bundle's own name.
+/// The name of the executable according to the bundle's property list; by default the name of the bundle.
 std::string executableName(const fs::path& bundle) {
   constexpr std::size_t largestList = std::size_t{1} << 20U;
   const auto info = propertylist::readDictionary(bundle / "Contents" / "Info.plist", largestList);
@@ -58,8 +58,8 @@ std::optional<fs::path> executableOf(const fs::path& bundle) {
   return executable;
 }
 
-/// Whether the permissions are one of the three that a program usually has. Others may be executable too, but then the
-/// interpreter is the safer way.
+/// Whether the mode is one of three that programs usually have. A file with another mode might be executable, too, but
+/// the interpreter works in any case.
 bool runsDirectly(const fs::path& file) {
   struct stat status {};
   if (::stat(file.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return false;
@@ -67,7 +67,7 @@ bool runsDirectly(const fs::path& file) {
   return permissions == 0645 || permissions == 0755 || permissions == 0744;
 }
 
-/// What follows "#!" on the first line, arguments included.
+/// The interpreter of the "#!" line, including its arguments.
 std::optional<std::string> declaredInterpreter(const fs::path& file) {
   constexpr std::size_t longestLine = 4096;
   const auto start = readBeginning(file, longestLine);
@@ -90,7 +90,7 @@ std::optional<std::string> interpreterOf(const fs::path& file, const Commands& c
 }  // namespace
 
 std::string fileCommand(const fs::path& path, const Commands& commands) {
-  const fs::path file = path.has_filename() ? path : path.parent_path();  // a folder may come with a slash at its end
+  const fs::path file = path.has_filename() ? path : path.parent_path();  // without the trailing slash of a folder
   std::string quoted = String::quote(file.string());
   if (extensionOf(file) == "app") {
     const auto executable = executableOf(file);

@@ -44,8 +44,8 @@ void importAction(const CreationContext& context, bool showsHiddenFiles) {
 }
 
 void importFiles(const CreationContext& context, std::vector<URL> files) {
-  const auto sheet = context.shell.segues.find(String::importSegue);
-  if (files.empty() || sheet == context.shell.segues.end()) return;
+  const auto sheet = context.shell.sheets.find(Sheet::Import);
+  if (files.empty() || sheet == context.shell.sheets.end()) return;
   context.creation.filesToImport = std::move(files);
   sheet->second();
 }

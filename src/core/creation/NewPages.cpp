@@ -36,7 +36,7 @@ void NewWhenPage::runAtLoad(bool isOn) {
 
 void NewWhenPage::keepAlive(bool isOn) {
   if (isOn) {
-    m_sheet.job.plist.keepAlive = jobfile::KeepAlive({}, {}, true, {}, {});
+    m_sheet.job.plist.keepAlive = jobfile::KeepAlive{.successfulExit = true};
   } else {
     m_sheet.job.plist.keepAlive.reset();
   }

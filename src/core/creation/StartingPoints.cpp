@@ -40,7 +40,7 @@ New nightlyScript(const Localize& localize) {
 New keptProgram(const Localize& localize) {
   New job = jobOf(CreationTexts(localize).program(), New::Run::command);
   job.plist.runAtLoad = true;
-  job.plist.keepAlive = jobfile::KeepAlive(true, {}, {}, {}, {});
+  job.plist.keepAlive = jobfile::KeepAlive{.bool_ = true};
   return job;
 }
 

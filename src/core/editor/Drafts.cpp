@@ -4,9 +4,9 @@
 
 #include "core/actions/JobOnDisk.h"
 #include "core/catalogue/Launchd.h"
-#include "core/commands/TextAsEdited.h"
 #include "core/editor/EditorTexts.h"
 #include "core/editor/ReplaceSelected.h"
+#include "core/jobfile/RunString.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/session/Catalogue.h"

@@ -11,7 +11,6 @@
 #include "core/jobfile/StringMap.h"
 #include "core/ports/Interface.h"
 #include "core/session/Editing.h"
-#include "core/session/Unfinished.h"
 
 namespace mirvel {
 

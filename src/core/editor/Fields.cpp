@@ -59,15 +59,15 @@ Value shown(const Plist::ResourceLimits& value, const ValueTexts& texts) {
   const auto add = [&](K key, std::optional<std::int64_t> limit) {
     if (limit) lines.push_back(texts.line(std::string(Limits::text(key)), texts.number(*limit)));
   };
-  add(K::core, value.core);
-  add(K::cpu, value.cpu);
-  add(K::data, value.data);
-  add(K::fileSize, value.fileSize);
-  add(K::memoryLock, value.memoryLock);
-  add(K::numberOfFiles, value.numberOfFiles);
-  add(K::numberOfProcesses, value.numberOfProcesses);
-  add(K::residentSetSize, value.residentSetSize);
-  add(K::stack, value.stack);
+  add(K::Core, value.core);
+  add(K::Cpu, value.cpu);
+  add(K::Data, value.data);
+  add(K::FileSize, value.fileSize);
+  add(K::MemoryLock, value.memoryLock);
+  add(K::NumberOfFiles, value.numberOfFiles);
+  add(K::NumberOfProcesses, value.numberOfProcesses);
+  add(K::ResidentSetSize, value.residentSetSize);
+  add(K::Stack, value.stack);
   return joinedLines(lines);
 }
 
@@ -251,9 +251,9 @@ constexpr Field row(Section section, Field field = {}) {
 }
 
 constexpr Field allRows[] = {
-    row<Key::disabled>(
+    row<Key::Disabled>(
         Section::general,
-        {.access = negated<Key::disabled>(),
+        {.access = negated<Key::Disabled>(),
          .control = Control::CheckBox,
          .help = "This optional key specifies whether the job should be loaded by default. Note that this key may be "
                  "overridden through the enable subcommand of launchctl(3).",
@@ -265,7 +265,7 @@ constexpr Field allRows[] = {
      .control = Control::Text,
      .help = "Label: This required key uniquely identifies the job to launchd.",
      .title = [](const Localize& localize) { return localize.name(); }},
-    row<Key::runAtLoad>(
+    row<Key::RunAtLoad>(
         Section::when,
         {.control = Control::CheckBox,
          .help = "RunAtLoad: This optional key is used to control whether your job is launched once at the time the "
@@ -283,28 +283,28 @@ constexpr Field allRows[] = {
              "refine the logic and stall if necessary.",
      .title = [](const Localize& localize) { return localize.launchAgainIfItCrashes(); },
      .optionClick = Field::OptionClick::WritesFalse},
-    row<Key::startOnMount>(
+    row<Key::StartOnMount>(
         Section::when,
         {.control = Control::CheckBox,
          .help = "StartOnMount: This optional key causes the job to be started every time a filesystem is mounted.",
          .title = [](const Localize& localize) { return EditorTexts(localize).mountingLogicalVolume(); }}),
-    row<Key::standardErrorPath>(Section::paths),
-    row<Key::standardInPath>(Section::paths),
-    row<Key::standardOutPath>(Section::paths),
-    row<Key::workingDirectory>(Section::paths),
-    row<Key::queueDirectories>(Section::paths, {.access = paths<Key::queueDirectories>()}),
-    row<Key::watchPaths>(Section::paths, {.access = paths<Key::watchPaths>()}),
-    row<Key::lowPriorityIO>(Section::limits),
-    row<Key::lowPriorityBackgroundIO>(Section::limits),
-    row<Key::launchOnlyOnce>(Section::limits),
-    row<Key::nice>(Section::limits),
-    row<Key::throttleInterval>(Section::limits),
-    row<Key::processType>(Section::limits),
-    row<Key::limitLoadToSessionType>(Section::limits),
-    row<Key::limitLoadToHardware>(Section::limits),
-    row<Key::softResourceLimits>(Section::limits),
-    row<Key::hardResourceLimits>(Section::limits),
-    row<Key::initGroups>(
+    row<Key::StandardErrorPath>(Section::paths),
+    row<Key::StandardInPath>(Section::paths),
+    row<Key::StandardOutPath>(Section::paths),
+    row<Key::WorkingDirectory>(Section::paths),
+    row<Key::QueueDirectories>(Section::paths, {.access = paths<Key::QueueDirectories>()}),
+    row<Key::WatchPaths>(Section::paths, {.access = paths<Key::WatchPaths>()}),
+    row<Key::LowPriorityIO>(Section::limits),
+    row<Key::LowPriorityBackgroundIO>(Section::limits),
+    row<Key::LaunchOnlyOnce>(Section::limits),
+    row<Key::Nice>(Section::limits),
+    row<Key::ThrottleInterval>(Section::limits),
+    row<Key::ProcessType>(Section::limits),
+    row<Key::LimitLoadToSessionType>(Section::limits),
+    row<Key::LimitLoadToHardware>(Section::limits),
+    row<Key::SoftResourceLimits>(Section::limits),
+    row<Key::HardResourceLimits>(Section::limits),
+    row<Key::InitGroups>(
         Section::root,
         {.control = Control::CheckBox,
          .help = "This optional key specifies whether initgroups(3) to initialize the group list for the job. The "
@@ -312,46 +312,46 @@ constexpr Field allRows[] = {
          .ifAbsent = true,
          .optionClick = Field::OptionClick::WritesFalse,
          .scope = Field::Scope::Daemons}),
-    row<Key::userName>(
+    row<Key::UserName>(
         Section::root,
         {.control = Control::Text,
          .help = "This optional key specifies the user to run the job as. This key is only applicable for services "
                  "that are loaded into the privileged system domain.",
          .scope = Field::Scope::Daemons}),
-    row<Key::groupName>(
+    row<Key::GroupName>(
         Section::root,
         {.control = Control::Text,
          .help = "This optional key specifies the group to run the job as. This key is only applicable for services "
                  "that are loaded into the privileged system domain. If UserName is set and GroupName is not, then "
                  "the group will be set to the primary group of the user.",
          .scope = Field::Scope::Daemons}),
-    row<Key::abandonProcessGroup>(Section::miscellaneous),
-    row<Key::enablePressuredExit>(Section::miscellaneous),
-    row<Key::enableTransactions>(Section::miscellaneous),
-    row<Key::legacyTimers>(Section::miscellaneous),
-    row<Key::materializeDatalessFiles>(Section::miscellaneous),
-    row<Key::sessionCreate>(Section::miscellaneous),
-    row<Key::waitForDebugger>(Section::miscellaneous),
-    row<Key::exitTimeOut>(Section::miscellaneous),
-    row<Key::umask>(Section::miscellaneous),
-    row<Key::debug>(Section::deprecated),
-    row<Key::enableGlobbing>(Section::deprecated),
-    row<Key::onDemand>(Section::deprecated),
-    row<Key::serviceIPC>(Section::deprecated),
-    row<Key::timeOut>(Section::deprecated),
-    row<Key::hopefullyExitsFirst>(Section::deprecated),
-    row<Key::hopefullyExitsLast>(Section::deprecated),
-    row<Key::rootDirectory>(Section::deprecated),
-    row<Key::limitLoadFromHosts>(Section::deprecated),
-    row<Key::limitLoadToHosts>(Section::deprecated),
-    row<Key::inetdCompatibility>(Section::deprecated),
+    row<Key::AbandonProcessGroup>(Section::miscellaneous),
+    row<Key::EnablePressuredExit>(Section::miscellaneous),
+    row<Key::EnableTransactions>(Section::miscellaneous),
+    row<Key::LegacyTimers>(Section::miscellaneous),
+    row<Key::MaterializeDatalessFiles>(Section::miscellaneous),
+    row<Key::SessionCreate>(Section::miscellaneous),
+    row<Key::WaitForDebugger>(Section::miscellaneous),
+    row<Key::ExitTimeOut>(Section::miscellaneous),
+    row<Key::Umask>(Section::miscellaneous),
+    row<Key::Debug>(Section::deprecated),
+    row<Key::EnableGlobbing>(Section::deprecated),
+    row<Key::OnDemand>(Section::deprecated),
+    row<Key::ServiceIPC>(Section::deprecated),
+    row<Key::TimeOut>(Section::deprecated),
+    row<Key::HopefullyExitsFirst>(Section::deprecated),
+    row<Key::HopefullyExitsLast>(Section::deprecated),
+    row<Key::RootDirectory>(Section::deprecated),
+    row<Key::LimitLoadFromHosts>(Section::deprecated),
+    row<Key::LimitLoadToHosts>(Section::deprecated),
+    row<Key::InetdCompatibility>(Section::deprecated),
 };
 static_assert(std::is_sorted(std::begin(allRows), std::end(allRows),
                              [](const Field& a, const Field& b) { return a.section < b.section; }));
 
 constexpr Field conditionRows[] = {
     {.section = Section::when,
-     .key = "Crashed",
+     .key = KeepAlive::text(KeepAlive::CodingKeys::Crashed),
      .access = ConditionAccess<&KeepAlive::crashed>::functions,
      .control = Control::CheckBox,
      .help =
@@ -359,13 +359,13 @@ constexpr Field conditionRows[] = {
          "typically associated with a crash (SIGILL, SIGSEGV, etc.). If false, the job will be restarted in the "
          "inverse condition."},
     {.section = Section::when,
-     .key = "SuccessfulExit",
+     .key = KeepAlive::text(KeepAlive::CodingKeys::SuccessfulExit),
      .access = ConditionAccess<&KeepAlive::successfulExit>::functions,
      .control = Control::CheckBox,
      .help = "KeepAlive - SuccessfulExit: If true, the job will be restarted as long as the program exits and with an "
              "exit status of zero. If false, the job will be restarted in the inverse condition."},
     {.section = Section::when,
-     .key = "PathState",
+     .key = KeepAlive::text(KeepAlive::CodingKeys::PathState),
      .access = ConditionAccess<&KeepAlive::pathState>::functions,
      .control = Control::Table,
      .help = "KeepAlive - PathState: Each key in this dictionary is a file-system path. If the value of the key is "
@@ -373,7 +373,7 @@ constexpr Field conditionRows[] = {
              "in the inverse condition.",
      .table = {.columns = pathColumn, .hasBox = true, .isDictionary = true, .adding = TableFormat::Adding::FilePanel}},
     {.section = Section::when,
-     .key = "OtherJobEnabled",
+     .key = KeepAlive::text(KeepAlive::CodingKeys::OtherJobEnabled),
      .access = ConditionAccess<&KeepAlive::otherJobEnabled>::functions,
      .control = Control::Table,
      .help = "KeepAlive - OtherJobEnabled: Each key in this dictionary is the name of another job. If the value is "

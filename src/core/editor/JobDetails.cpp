@@ -39,10 +39,10 @@ std::vector<Row> JobDetails::rows(const Job& job, const Localize& localize, cons
 }
 
 DetailTab detailTabFor(const Job* job, bool hasUnsavedChanges) {
-  if (!job) return DetailTab::noSelection;
-  if (job->kind.isLaunchd()) return hasUnsavedChanges ? DetailTab::launchdEdit : DetailTab::launchdDisplay;
-  if (job->kind.isLoginItem()) return DetailTab::loginItem;
-  return job->kind.isStartupItem() ? DetailTab::startupItem : DetailTab::privilegedHelperTool;
+  if (!job) return DetailTab::NoSelection;
+  if (job->kind.isLaunchd()) return hasUnsavedChanges ? DetailTab::LaunchdEdit : DetailTab::LaunchdDisplay;
+  if (job->kind.isLoginItem()) return DetailTab::LoginItem;
+  return job->kind.isStartupItem() ? DetailTab::StartupItem : DetailTab::PrivilegedHelperTool;
 }
 
 }  // namespace mirvel

@@ -46,14 +46,14 @@ std::string joinedEntries(const StringMap<std::string>& entries, const ValueText
 std::string lines(const MachServices::SubDictionary& service, const ValueTexts& texts) {
   using K = MachServices::SubDictionary::CodingKeys;
   Lines result(texts);
-  result.addBoolean(MachServices::SubDictionary::text(K::resetAtClose), service.resetAtClose);
-  result.addBoolean(MachServices::SubDictionary::text(K::hideUntilCheckIn), service.hideUntilCheckIn);
-  result.addString(MachServices::SubDictionary::text(K::drainMessagesOnCrash), service.drainMessagesOnCrash);
+  result.addBoolean(MachServices::SubDictionary::text(K::ResetAtClose), service.resetAtClose);
+  result.addBoolean(MachServices::SubDictionary::text(K::HideUntilCheckIn), service.hideUntilCheckIn);
+  result.addString(MachServices::SubDictionary::text(K::DrainMessagesOnCrash), service.drainMessagesOnCrash);
   if (service.exceptionServer) {
-    result.add(MachServices::SubDictionary::text(K::exceptionServer), joinedEntries(*service.exceptionServer, texts));
+    result.add(MachServices::SubDictionary::text(K::ExceptionServer), joinedEntries(*service.exceptionServer, texts));
   }
-  result.addNumber(MachServices::SubDictionary::text(K::hostSpecialPort), service.hostSpecialPort);
-  result.addNumber(MachServices::SubDictionary::text(K::taskSpecialPort), service.taskSpecialPort);
+  result.addNumber(MachServices::SubDictionary::text(K::HostSpecialPort), service.hostSpecialPort);
+  result.addNumber(MachServices::SubDictionary::text(K::TaskSpecialPort), service.taskSpecialPort);
   return result.joined();
 }
 
@@ -72,19 +72,19 @@ std::string announcement(const Sockets::SubDictionary::Bonjour& bonjour, const V
 void addLines(Lines& result, const Sockets::SubDictionary& socket, const ValueTexts& texts) {
   using Socket = Sockets::SubDictionary;
   using K = Socket::CodingKeys;
-  result.addString(Socket::text(K::sockType), socket.sockType);
-  result.addBoolean(Socket::text(K::sockPassive), socket.sockPassive);
-  result.addString(Socket::text(K::sockNodeName), socket.sockNodeName);
-  if (socket.sockServiceName) result.add(Socket::text(K::sockServiceName), serviceName(*socket.sockServiceName));
-  result.addString(Socket::text(K::sockFamily), socket.sockFamily);
-  result.addString(Socket::text(K::sockProtocol), socket.sockProtocol);
-  result.addString(Socket::text(K::sockPathName), socket.sockPathName);
-  result.addString(Socket::text(K::secureSocketWithKey), socket.secureSocketWithKey);
-  result.addNumber(Socket::text(K::sockPathOwner), socket.sockPathOwner);
-  result.addNumber(Socket::text(K::sockPathGroup), socket.sockPathGroup);
-  result.addNumber(Socket::text(K::sockPathMode), socket.sockPathMode);
-  if (socket.bonjour) result.add(Socket::text(K::bonjour), announcement(*socket.bonjour, texts));
-  result.addString(Socket::text(K::multicastGroup), socket.multicastGroup);
+  result.addString(Socket::text(K::SockType), socket.sockType);
+  result.addBoolean(Socket::text(K::SockPassive), socket.sockPassive);
+  result.addString(Socket::text(K::SockNodeName), socket.sockNodeName);
+  if (socket.sockServiceName) result.add(Socket::text(K::SockServiceName), serviceName(*socket.sockServiceName));
+  result.addString(Socket::text(K::SockFamily), socket.sockFamily);
+  result.addString(Socket::text(K::SockProtocol), socket.sockProtocol);
+  result.addString(Socket::text(K::SockPathName), socket.sockPathName);
+  result.addString(Socket::text(K::SecureSocketWithKey), socket.secureSocketWithKey);
+  result.addNumber(Socket::text(K::SockPathOwner), socket.sockPathOwner);
+  result.addNumber(Socket::text(K::SockPathGroup), socket.sockPathGroup);
+  result.addNumber(Socket::text(K::SockPathMode), socket.sockPathMode);
+  if (socket.bonjour) result.add(Socket::text(K::Bonjour), announcement(*socket.bonjour, texts));
+  result.addString(Socket::text(K::MulticastGroup), socket.multicastGroup);
 }
 
 std::string lines(const Sockets::SubDictionary& socket, const ValueTexts& texts) {

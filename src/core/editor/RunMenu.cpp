@@ -15,7 +15,7 @@ RunMenu RunMenu::of(const Shell& shell, const CommandRepairs& repairs, const std
                     const std::string& selected) {
   RunMenu menu;
   const bool hasSheet = shell.mainWindow && shell.mainWindow->hasSheet();
-  menu.offersTest = !command.empty() && !hasSheet && shell.segues.contains(String::test);
+  menu.offersTest = !command.empty() && !hasSheet && shell.sheets.contains(Sheet::Test);
   menu.file = offeredFile(repairs.fileArguments(command), selected);
   menu.offersEdit = menu.file && shell.editScript;
   return menu;

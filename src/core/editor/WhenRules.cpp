@@ -24,19 +24,20 @@ std::vector<std::string> lines(const jobfile::StringMap<bool>& entries, Names na
 }
 
 std::vector<Condition> conditions(const KeepAlive& keepAlive, const ValueTexts& texts) {
+  using K = KeepAlive::CodingKeys;
   std::vector<Condition> result;
-  const auto addBox = [&result](std::string key, std::optional<bool> state) {
-    if (state) result.push_back({.key = std::move(key), .state = state});
+  const auto addBox = [&result](K key, std::optional<bool> state) {
+    if (state) result.push_back({.key = std::string(KeepAlive::text(key)), .state = state});
   };
-  const auto addLines = [&](std::string key, const std::optional<jobfile::StringMap<bool>>& entries, Names names) {
-    if (entries) result.push_back({.key = std::move(key), .lines = lines(*entries, names, texts)});
+  const auto addLines = [&](K key, const std::optional<jobfile::StringMap<bool>>& entries, Names names) {
+    if (entries) result.push_back({.key = std::string(KeepAlive::text(key)), .lines = lines(*entries, names, texts)});
   };
-  addBox("Crashed", keepAlive.crashed);
-  addBox("NetworkState", keepAlive.networkState);
-  addBox("SuccessfulExit", keepAlive.successfulExit);
-  addBox("AfterInitialDemand", keepAlive.afterInitialDemand);
-  addLines("PathState", keepAlive.pathState, Names::Paths);
-  addLines("OtherJobEnabled", keepAlive.otherJobEnabled, Names::Jobs);
+  addBox(K::Crashed, keepAlive.crashed);
+  addBox(K::NetworkState, keepAlive.networkState);
+  addBox(K::SuccessfulExit, keepAlive.successfulExit);
+  addBox(K::AfterInitialDemand, keepAlive.afterInitialDemand);
+  addLines(K::PathState, keepAlive.pathState, Names::Paths);
+  addLines(K::OtherJobEnabled, keepAlive.otherJobEnabled, Names::Jobs);
   return result;
 }
 

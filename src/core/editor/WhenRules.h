@@ -7,7 +7,7 @@
 #include "core/editor/ValueTexts.h"
 #include "core/jobfile/Plist.h"
 #include "core/schedule/RuleEditor.h"
-#include "core/session/Unfinished.h"
+#include "core/session/Editing.h"
 
 /// The rules of the section about when a job runs, beyond its fields.
 namespace mirvel::WhenRules {

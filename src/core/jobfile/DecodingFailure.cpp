@@ -6,11 +6,13 @@ namespace mirvel::jobfile {
 
 namespace {
 
+constexpr std::size_t longestKey = 512;
+
 std::string mismatchOf(const propertylist::Node& found, std::string_view expected) {
   std::string text = propertylist::summary(found);
   const auto type = propertylist::typeName(found.type());
   if (text.starts_with(type)) {
-    text += " where ";  // "an array of 2"
+    text += " where ";  // the summary of a container names its type: "an array of 2"
   } else {
     text.append(", ").append(type).append(", where ");
   }
@@ -18,6 +20,14 @@ std::string mismatchOf(const propertylist::Node& found, std::string_view expecte
 }
 
 }  // namespace
+
+std::string Place::text() const {
+  if (!m_parent) return {};
+  std::string result = m_parent->text();
+  if (!m_key.data()) return result.append("[").append(std::to_string(m_index)).append("]");
+  if (!result.empty()) result += '.';
+  return result.append(m_key.substr(0, longestKey));
+}
 
 void failMissing(const Place& place) {
   Error error{.code = Error::Code::MissingKey, .message = place.text() + " not found", .keyPath = place.text()};

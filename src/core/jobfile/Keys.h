@@ -10,21 +10,30 @@
 #include "core/base/Boxed.h"
 #include "core/jobfile/Codec.h"
 
-/// Records with fixed keys: one table of keys, texts and fields for each, from which both directions come.
+/// Records with a fixed set of keys. Each has one table with a row per key, from which both decoding and encoding are
+/// generated:
+///
+///     constexpr auto exampleKeys = std::tuple{
+///         Key{CodingKeys::Hour, "Hour", &Example::hour},
+///         Key{CodingKeys::Minute, "Minute", &Example::minute},
+///     };
+///     static_assert(isComplete(exampleKeys, CodingKeys::Minute));
+///
+/// The type of the field says whether the key is optional: a `std::optional` or `Boxed` is, anything else is required.
 namespace mirvel::jobfile {
 
-/// A row of such a table.
 template <typename CodingKey, typename Record, typename Field>
 struct Key {
   constexpr Key(CodingKey codingKey, std::string_view keyText, Field Record::*member)
       : key(codingKey), text(keyText), field(member) {}
 
   CodingKey key;
-  std::string_view text;
+  std::string_view text;  ///< as in the file
   Field Record::*field;
 };
 
-/// Whether the rows stand in the order of the enumeration, from its first case to `last`.
+/// Whether the table has a row for each enumerator up to `last`, in the order of the enumeration. The functions that
+/// use an enumerator as an index depend on it.
 template <typename CodingKey, typename... Rows>
 constexpr bool isComplete(const std::tuple<Rows...>& table, CodingKey last) {
   std::size_t next = 0;
@@ -33,12 +42,13 @@ constexpr bool isComplete(const std::tuple<Rows...>& table, CodingKey last) {
   return inOrder && next == static_cast<std::size_t>(last) + 1;
 }
 
-/// The texts of a table, in its order.
+/// The keys as in the file, in the order of the table.
 template <typename... Rows>
 constexpr std::array<std::string_view, sizeof...(Rows)> textsOf(const std::tuple<Rows...>& table) {
   return std::apply([](const auto&... row) { return std::array{row.text...}; }, table);
 }
 
+/// The enumerator whose text this is, case-sensitively; none if there is none.
 template <typename CodingKey, std::size_t count>
 std::optional<CodingKey> codingKeyIn(const std::array<std::string_view, count>& texts, std::string_view text) {
   for (std::size_t i = 0; i < count; ++i) {
@@ -47,7 +57,8 @@ std::optional<CodingKey> codingKeyIn(const std::array<std::string_view, count>& 
   return std::nullopt;
 }
 
-/// Reads a field that may be absent; null is absent, and so is what doesn't fit at a tolerant place.
+/// Decodes a field that may be absent. `node` is null if the file doesn't have the key. At a tolerant place, a value
+/// that doesn't fit leaves the field absent; elsewhere it fails.
 template <typename Optional>
 void decodeOptional(const propertylist::Node* node, const Place& place, Optional& field) {
   if (!node) return;
@@ -67,13 +78,14 @@ void decodeField(const propertylist::Node* node, const Place& place, Boxed<Field
   decodeOptional(node, place, field);
 }
 
-/// Reads a field that must be there.
+/// Decodes a required field: fails with `MissingKey` if `node` is null, even at a tolerant place.
 template <typename Field>
 void decodeField(const propertylist::Node* node, const Place& place, Field& field) {
   if (!node) failMissing(place);
   decode(*node, place, field);
 }
 
+/// Sets the key, unless the field is absent or has no representation.
 template <typename Field>
 void encodeField(propertylist::Dictionary& dictionary, std::string_view key, const std::optional<Field>& field) {
   if (!field) return;
@@ -90,7 +102,8 @@ void encodeField(propertylist::Dictionary& dictionary, std::string_view key, con
   if (field) encodeField(dictionary, key, *field);
 }
 
-/// Fills the record from a dictionary, in the order of the table. Other keys are no concern of it.
+/// Fills the record from a dictionary, in the order of the table, so that the first error doesn't depend on the order
+/// in the file. Ignores other keys. Fails if the node isn't a dictionary.
 template <typename Record, typename... Rows>
 void decodeKeys(const propertylist::Node& node, const Place& place, const std::tuple<Rows...>& table, Record& record) {
   const propertylist::Members members = membersOf(node, place);
@@ -100,6 +113,7 @@ void decodeKeys(const propertylist::Node& node, const Place& place, const std::t
   std::apply([&](const auto&... row) { (decodeRow(row), ...); }, table);
 }
 
+/// A dictionary with the fields that are present.
 template <typename Record, typename... Rows>
 propertylist::Dictionary encodeKeys(const Record& record, const std::tuple<Rows...>& table) {
   propertylist::Dictionary dictionary;

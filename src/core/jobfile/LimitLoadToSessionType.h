@@ -13,23 +13,22 @@ namespace mirvel::jobfile {
 
 class Place;
 
-/// The sessions in which launchd loads an agent. Any text is kept, whether or not it is one of `Agent`.
+/// The key `LimitLoadToSessionType`: the types of session in which launchd loads an agent. It has no effect on daemons.
+/// Without the key, agents are loaded in "Aqua" sessions only, that is, graphical ones.
 struct LimitLoadToSessionType {
-  /// The session types that launchd knows.
-  enum class Agent { aqua, background, loginWindow, standardIO };
+  /// The session types that launchd knows. `types` can contain others.
   static constexpr std::array<std::string_view, 4> agents = {"Aqua", "Background", "LoginWindow", "StandardIO"};
-  static constexpr std::string_view text(Agent agent) { return agents[static_cast<std::size_t>(agent)]; }
 
   std::vector<std::string> types = {};
-  bool singleValue = false;  ///< the file held one string, no array; a single type is written so again
+  bool singleValue = false;  ///< the file has a string instead of an array; kept when there is exactly one type
 
   bool operator==(const LimitLoadToSessionType&) const = default;
 };
 
-/// Neither a string nor an array of strings is a failure of code `NoForm`. An empty dictionary, which some programs
-/// leave for an empty list, gives no types.
+/// Fails with `NoForm` unless the value is a string or an array of strings. Tolerates an empty dictionary, which some
+/// programs write for an empty list; it yields no types.
 void decode(const propertylist::Node& node, const Place& place, LimitLoadToSessionType& result);
-/// Nothing where there are no types.
+/// None if there are no types.
 std::optional<propertylist::Value> encode(const LimitLoadToSessionType& value);
 
 }  // namespace mirvel::jobfile

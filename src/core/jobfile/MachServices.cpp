@@ -1,45 +1,42 @@
 #include "core/jobfile/MachServices.h"
 
-#include "core/jobfile/Forms.h"
 #include "core/jobfile/Keys.h"
 
 namespace mirvel::jobfile {
 
 namespace {
 
-using SubDictionary = MachServices::SubDictionary;
-using K = SubDictionary::CodingKeys;
+using Service = MachServices::SubDictionary;
 
-constexpr auto keys = std::tuple{
-    Key{K::resetAtClose, "ResetAtClose", &SubDictionary::resetAtClose},
-    Key{K::hideUntilCheckIn, "HideUntilCheckIn", &SubDictionary::hideUntilCheckIn},
-    Key{K::drainMessagesOnCrash, "DrainMessagesOnCrash", &SubDictionary::drainMessagesOnCrash},
-    Key{K::exceptionServer, "ExceptionServer", &SubDictionary::exceptionServer},
-    Key{K::hostSpecialPort, "HostSpecialPort", &SubDictionary::hostSpecialPort},
-    Key{K::taskSpecialPort, "TaskSpecialPort", &SubDictionary::taskSpecialPort},
-};
-static_assert(isComplete(keys, K::taskSpecialPort));
-constexpr auto keyTexts = textsOf(keys);
+constexpr auto serviceKeys = [] {
+  using K = Service::CodingKeys;
+  return std::tuple{
+      Key{K::ResetAtClose, "ResetAtClose", &Service::resetAtClose},
+      Key{K::HideUntilCheckIn, "HideUntilCheckIn", &Service::hideUntilCheckIn},
+      Key{K::DrainMessagesOnCrash, "DrainMessagesOnCrash", &Service::drainMessagesOnCrash},
+      Key{K::ExceptionServer, "ExceptionServer", &Service::exceptionServer},
+      Key{K::HostSpecialPort, "HostSpecialPort", &Service::hostSpecialPort},
+      Key{K::TaskSpecialPort, "TaskSpecialPort", &Service::taskSpecialPort},
+  };
+}();
+static_assert(isComplete(serviceKeys, Service::CodingKeys::TaskSpecialPort));
+constexpr auto serviceKeyTexts = textsOf(serviceKeys);
 
 }  // namespace
 
-std::string_view SubDictionary::text(CodingKeys key) {
-  return keyTexts[static_cast<std::size_t>(key)];
-}
-
-std::optional<K> SubDictionary::codingKey(std::string_view text) {
-  return codingKeyIn<CodingKeys>(keyTexts, text);
+std::string_view Service::text(CodingKeys key) {
+  return serviceKeyTexts[static_cast<std::size_t>(key)];
 }
 
 void decode(const propertylist::Node& node, const Place& place, MachServices& result) {
   for (const auto& service : membersOf(node, place)) {
     (void)(storeForm(service, result.bools) || storeForm(service, result.strings) ||
-           decodeOrDrop(service, place, result.dictionaries));  // else dropped
+           decodeOrDrop(service, place, result.dictionaries));
   }
 }
 
-void decode(const propertylist::Node& node, const Place& place, SubDictionary& result) {
-  decodeKeys(node, place, keys, result);
+void decode(const propertylist::Node& node, const Place& place, Service& result) {
+  decodeKeys(node, place, serviceKeys, result);
 }
 
 std::optional<propertylist::Value> encode(const MachServices& services) {
@@ -50,8 +47,8 @@ std::optional<propertylist::Value> encode(const MachServices& services) {
   return propertylist::Value(std::move(dictionary));
 }
 
-std::optional<propertylist::Value> encode(const SubDictionary& service) {
-  return propertylist::Value(encodeKeys(service, keys));
+std::optional<propertylist::Value> encode(const Service& service) {
+  return propertylist::Value(encodeKeys(service, serviceKeys));
 }
 
 }  // namespace mirvel::jobfile

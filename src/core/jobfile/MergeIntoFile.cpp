@@ -17,7 +17,7 @@ using Values = std::span<const Value>;
 
 Value merge(const Value& file, const Value& read, const Value& edited);
 
-/// The elements of a list; a value that is none stands for a list of itself.
+/// The elements of an array, or the value itself as the only element.
 Values elementsOf(const Value& value) {
   const auto* array = value.as<Array>();
   return array ? Values(*array) : Values(&value, 1);
@@ -25,29 +25,29 @@ Values elementsOf(const Value& value) {
 
 struct Ends {
   std::size_t before;
-  std::size_t behind;
+  std::size_t after;
 };
 
-/// How many elements two lists share at their ends.
+/// The lengths of the common prefix and suffix, which don't overlap.
 Ends commonEnds(Values a, Values b) {
   const std::size_t most = std::min(a.size(), b.size());
   Ends ends{0, 0};
   while (ends.before < most && a[ends.before] == b[ends.before]) ++ends.before;
-  while (ends.before + ends.behind < most && a[a.size() - 1 - ends.behind] == b[b.size() - 1 - ends.behind]) {
-    ++ends.behind;
+  while (ends.before + ends.after < most && a[a.size() - 1 - ends.after] == b[b.size() - 1 - ends.after]) {
+    ++ends.after;
   }
   return ends;
 }
 
-/// The elements of the file stand in the order of those in `read`, one for one.
+/// `file` and `read` have the same number of elements, in the same order.
 Array mergeElements(Values file, Values read, Values edited) {
-  const auto [before, behind] = commonEnds(read, edited);
+  const auto [before, after] = commonEnds(read, edited);
   const bool isSameCount = read.size() == edited.size();
   Array result(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(before));
-  for (std::size_t i = before; i + behind < edited.size(); ++i) {
+  for (std::size_t i = before; i + after < edited.size(); ++i) {
     result.push_back(isSameCount ? merge(file[i], read[i], edited[i]) : edited[i]);
   }
-  result.insert(result.end(), file.end() - static_cast<std::ptrdiff_t>(behind), file.end());
+  result.insert(result.end(), file.end() - static_cast<std::ptrdiff_t>(after), file.end());
   return result;
 }
 
@@ -66,7 +66,7 @@ Value merge(const Value& file, const Value& read, const Value& edited) {
   return read.as<Array>() || edited.as<Array>() ? mergeLists(file, read, edited) : edited;
 }
 
-/// The interval of each element of the file; null: none was made of it.
+/// The interval of each of the `count` elements of the file; null if it has none.
 std::vector<const Interval*> byOrigin(const StartCalendarInterval& calendar, std::size_t count) {
   std::vector<const Interval*> result(count);
   for (const Interval& interval : calendar.intervals) {
@@ -98,10 +98,10 @@ class IntervalMerge {
   }
 
  private:
-  /// Up to that element.
+  /// Adds the elements before `end` that weren't read.
   void addUnread(std::size_t end) {
     for (; m_next < end; ++m_next) {
-      // Every dictionary is read, so one here is what `removeAt` leaves of another element.
+      // All dictionaries are read, so this one is the placeholder that `removeAt` leaves for a removed element.
       const bool isRemoved = m_file[m_next].as<Dictionary>() != nullptr;
       if (!isRemoved && !m_read[m_next]) m_result.push_back(m_file[m_next]);
     }
@@ -110,7 +110,7 @@ class IntervalMerge {
   const std::span<const Value> m_file;
   const std::vector<const Interval*> m_read;
   Array m_result;
-  std::size_t m_next = 0;  ///< the first element that hasn't been looked at
+  std::size_t m_next = 0;  ///< the first element that hasn't been examined
 };
 
 }  // namespace
@@ -125,10 +125,11 @@ Dictionary mergeIntoFile(const Dictionary& file, const Dictionary& read, const D
     } else if (now) {
       result.emplace_back(key, *now);
     } else if (!before) {
-      result.emplace_back(key, value);  // the record has never known of it
+      result.emplace_back(key, value);  // the record doesn't represent it
     }
   }
   for (const auto& [key, now] : edited) {
+    // Entries that the record adds to every encoding aren't edits.
     const Value* const before = read.find(key);
     if (!file.find(key) && !(before && *before == now)) result.emplace_back(key, now);
   }

@@ -14,6 +14,7 @@ using propertylist::Dictionary;
 using propertylist::Value;
 using Path = OpaqueValue::Path;
 
+/// Walks both values in parallel, and keeps the path to the current position.
 class Search {
  public:
   std::vector<OpaqueValue> found() && { return std::move(m_found); }
@@ -57,7 +58,7 @@ class Search {
   std::vector<OpaqueValue> m_found;
 };
 
-/// Of a step such as "[3]".
+/// The index in a step such as "[3]"; none for the key of a dictionary.
 std::optional<std::size_t> indexOf(std::string_view step) {
   if (!step.starts_with('[') || !step.ends_with(']')) return std::nullopt;
   const char* const end = step.data() + step.size() - 1;
@@ -74,7 +75,7 @@ AnyValue* element(AnyValue& value, const std::string& step) {
   return array && index && *index < array->size() ? &(*array)[*index] : nullptr;
 }
 
-/// Null if the path leads nowhere.
+/// Null if there is no such value.
 template <typename AnyValue>
 AnyValue* valueAt(AnyValue& top, std::span<const std::string> path) {
   AnyValue* value = &top;
@@ -111,7 +112,7 @@ void removeAt(Value& file, std::span<const std::string> path) {
   Value* const parent = valueAt(file, path.first(path.size() - 1));
   if (!parent) return;
   if (auto* const dictionary = parent->as<Dictionary>()) {
-    (void)dictionary->remove(path.back());  // it may be gone already
+    (void)dictionary->remove(path.back());  // already absent is fine
   } else if (Value* const value = element(*parent, path.back())) {
     *value = Dictionary();
   }

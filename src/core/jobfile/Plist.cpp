@@ -8,7 +8,7 @@ namespace mirvel::jobfile {
 namespace {
 
 constexpr auto keyTexts = textsOf(plistKeys);
-constexpr std::string_view calendarKey = keyTexts[static_cast<std::size_t>(Plist::CodingKeys::startCalendarInterval)];
+constexpr std::string_view calendarKey = keyTexts[static_cast<std::size_t>(Plist::CodingKeys::StartCalendarInterval)];
 
 }  // namespace
 
@@ -38,7 +38,7 @@ propertylist::Dictionary Plist::encodeWithUnknown() const {
   return file;
 }
 
-/// The file as it was read, without what the next save takes out.
+/// The file as it was read, without the values that the next save removes.
 propertylist::Value Plist::fileWithoutRemoved() const {
   propertylist::Value file = dictionary->value();
   for (const auto& path : removedValues) removeAt(file, path);
@@ -51,8 +51,8 @@ propertylist::Dictionary Plist::encodeAll() const {
   const propertylist::Value whole = fileWithoutRemoved();
   const auto& file = *whole.as<propertylist::Dictionary>();
   propertylist::Dictionary merged = mergeIntoFile(file, read->encodeWithUnknown(), encodeWithUnknown());
-  // Other lists are paired by their ends. Intervals know their elements, since they are grouped and sorted for the
-  // rows.
+  // `mergeIntoFile` assumes that the elements of an array keep their order, which intervals don't, so they are merged
+  // by their origins.
   const propertylist::Value* const intervals = file.find(calendarKey);
   if (!intervals || !read->startCalendarInterval) return merged;
   auto merge =
@@ -74,7 +74,8 @@ std::vector<OpaqueValue> Plist::opaqueValues() const {
     return propertylist::Value(std::move(values));
   };
   auto values = jobfile::opaqueValues(whole, arranged(*read, Absent::IsEmpty));
-  // What belongs to a key or an interval that was removed goes with it, unless the interval never was one.
+  // A value is gone if its key or interval was removed, or if the record has a value in its place now. Elements of the
+  // list that never were intervals are independent of them.
   const propertylist::Value edited = arranged(*this, Absent::IsAsInFile);
   const bool isList = intervals && intervals->as<propertylist::Array>();
   std::erase_if(values, [&](const OpaqueValue& value) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -10,36 +11,30 @@
 #include "core/base/Boxed.h"
 #include "core/base/Result.h"
 #include "core/jobfile/FileDictionary.h"
-#include "core/jobfile/InetdCompatibility.h"
 #include "core/jobfile/KeepAlive.h"
 #include "core/jobfile/LaunchEvents.h"
 #include "core/jobfile/LimitLoadToSessionType.h"
 #include "core/jobfile/MachServices.h"
 #include "core/jobfile/OpaqueValues.h"
-#include "core/jobfile/PlistType.h"
 #include "core/jobfile/ResourceLimits.h"
 #include "core/jobfile/Sockets.h"
 #include "core/jobfile/StartCalendarInterval.h"
 #include "core/jobfile/StringMap.h"
-#include "core/jobfile/Umask.h"
 #include "core/propertylist/Node.h"
 #include "core/propertylist/Value.h"
 
 namespace mirvel::jobfile {
 
-/// The values of the key `ProcessType` that launchd knows. The record keeps any text.
-enum class ProcessType { background, standard, adaptive, interactive };
-
+/// The values of `ProcessType` that launchd knows. The record can contain others.
 inline constexpr std::array<std::string_view, 4> processTypes = {"Background", "Standard", "Adaptive", "Interactive"};
 
-constexpr std::string_view text(ProcessType type) {
-  return processTypes[static_cast<std::size_t>(type)];
-}
-
-/// The record of one launchd job file: every key that the program knows, and what it needs to keep the others. Absent
-/// is a state of its own, other than false, 0 and empty. For the keys see launchd.plist(5).
+/// The record of a launchd job file: a field for each key that the program knows, and the content of the file, so that
+/// a save keeps everything else. The reference for the meaning of the keys is launchd.plist(5).
 ///
-/// A record is changed in place by whoever edits its job; `clone` makes the copies that are meant.
+/// An absent key isn't the same as its default value, false, 0 or empty: fields are optional, and decoding never fills
+/// in defaults. No ranges are checked; that is left to lint.
+///
+/// A record is edited in place. Since it is large, copies have to be made explicitly with `clone`.
 class Plist {
  public:
   using KeepAlive = jobfile::KeepAlive;
@@ -47,111 +42,110 @@ class Plist {
   using Umask = jobfile::Umask;
   using LimitLoadToSessionType = jobfile::LimitLoadToSessionType;
   using ResourceLimits = jobfile::ResourceLimits;
-  using ProcessType = jobfile::ProcessType;
   using Sockets = jobfile::Sockets;
   using MachServices = jobfile::MachServices;
-  using LaunchEvents = jobfile::LaunchEvents;
-  using PlistType = jobfile::PlistType;
   using InetdCompatibility = jobfile::InetdCompatibility;
 
-  /// The known keys, in the order in which they are read and written.
+  /// The known keys, in the order in which they are decoded and encoded. `plistKeys` has their texts and fields.
   enum class CodingKeys {
-    name,
-    disabled,
-    program,
-    programArguments,
-    userName,
-    groupName,
-    limitLoadToSessionType,
-    limitLoadToHardware,
-    enableTransactions,
-    enablePressuredExit,
-    keepAlive,
-    runAtLoad,
-    workingDirectory,
-    environmentVariables,
-    umask,
-    exitTimeOut,
-    throttleInterval,
-    initGroups,
-    watchPaths,
-    queueDirectories,
-    startOnMount,
-    startInterval,
-    startCalendarInterval,
-    standardInPath,
-    standardOutPath,
-    standardErrorPath,
-    waitForDebugger,
-    softResourceLimits,
-    hardResourceLimits,
-    nice,
-    processType,
-    abandonProcessGroup,
-    lowPriorityIO,
-    lowPriorityBackgroundIO,
-    launchOnlyOnce,
-    machServices,
-    sockets,
-    launchEvents,
-    sessionCreate,
-    legacyTimers,
-    debug,
-    enableGlobbing,
-    hopefullyExitsFirst,
-    hopefullyExitsLast,
-    inetdCompatibility,
-    limitLoadFromHosts,
-    limitLoadToHosts,
-    onDemand,
-    rootDirectory,
-    serviceIPC,
-    timeOut,
-    materializeDatalessFiles
+    Name,
+    Disabled,
+    Program,
+    ProgramArguments,
+    UserName,
+    GroupName,
+    LimitLoadToSessionType,
+    LimitLoadToHardware,
+    EnableTransactions,
+    EnablePressuredExit,
+    KeepAlive,
+    RunAtLoad,
+    WorkingDirectory,
+    EnvironmentVariables,
+    Umask,
+    ExitTimeOut,
+    ThrottleInterval,
+    InitGroups,
+    WatchPaths,
+    QueueDirectories,
+    StartOnMount,
+    StartInterval,
+    StartCalendarInterval,
+    StandardInPath,
+    StandardOutPath,
+    StandardErrorPath,
+    WaitForDebugger,
+    SoftResourceLimits,
+    HardResourceLimits,
+    Nice,
+    ProcessType,
+    AbandonProcessGroup,
+    LowPriorityIO,
+    LowPriorityBackgroundIO,
+    LaunchOnlyOnce,
+    MachServices,
+    Sockets,
+    LaunchEvents,
+    SessionCreate,
+    LegacyTimers,
+    Debug,
+    EnableGlobbing,
+    HopefullyExitsFirst,
+    HopefullyExitsLast,
+    InetdCompatibility,
+    LimitLoadFromHosts,
+    LimitLoadToHosts,
+    OnDemand,
+    RootDirectory,
+    ServiceIPC,
+    TimeOut,
+    MaterializeDatalessFiles
   };
-  /// The key as it stands in the file: "Label" of `name`.
+  /// The key as in the file: "Label" for `Name`.
   static std::string_view text(CodingKeys key);
-  /// Exactly, with case.
+  /// The key with this text, case-sensitively; none if there is none.
   static std::optional<CodingKeys> codingKey(std::string_view text);
-  /// The texts of all known keys, in their order.
+  /// The texts of all known keys, in the order of the enumeration.
   static std::span<const std::string_view> knownKeys();
 
-  /// Reads a job file, XML or binary, with its `dictionary`. Errors are those of `propertylist::read` and of `decode`.
+  /// Reads the text of a job file, XML or binary, and sets `dictionary`. Fails like `propertylist::read` and `decode`.
   static Result<Plist> read(std::string_view bytes);
-  /// Makes the record of a job file's property list; `dictionary` stays absent. The first error in the order of the
-  /// keys is reported, with its key path: code `MissingKey` for no label, `WrongType` for a value of the wrong type,
-  /// `NoForm` for a value that has none of the forms which its key allows.
+  /// Strictly decodes the root of a job file; `dictionary` isn't set. Reports the first error in the order of the keys,
+  /// with its key path: `MissingKey` without a label, `WrongType` for a value of a wrong type, and `NoForm` for a value
+  /// that has none of the forms its key allows.
   static Result<Plist> decode(const propertylist::Node& file);
-  /// Likewise in a fresh record, where it lies: a record is large. After an error it is good for nothing.
+  /// The same into a default-constructed record, without moving it. After an error its content is unspecified.
   static Result<void> decode(const propertylist::Node& file, Plist& fresh);
-  /// Likewise, but a value that doesn't fit its key is no error: the key is one of the `unknownKeys` then, and its
-  /// field stays absent. What remains is an error: no label, or one that is no string, and a file that isn't a
-  /// dictionary.
+  /// The same, except that a value that doesn't fit isn't an error: below a known key it is skipped, and if the whole
+  /// value of a key doesn't fit, the field stays absent and the key is listed in `unknownKeys`. Fails only if the root
+  /// isn't a dictionary or there is no label or it isn't a string. This is how the program reads jobs, since launchd
+  /// ignores such values, too.
   static Result<void> decodeTolerantly(const propertylist::Node& file, Plist& fresh);
-  /// Reads a job file likewise, with its `dictionary`.
+  /// `read`, but tolerant.
   static Result<Plist> readTolerantly(std::string_view bytes);
 
-  /// The known keys that are present, each as the record has it.
+  /// The known keys that are present, from the fields alone.
   propertylist::Dictionary encode() const;
-  /// All of the file, as a save writes it: what wasn't changed since `dictionary` was read is as it stands there, value
-  /// for value, and only the rest comes from the record; see `mergeIntoFile`.
+  /// The whole content of the file as a save writes it: values that weren't changed since `dictionary` was read are
+  /// taken from it unchanged, and only the others from the fields; see `mergeIntoFile`. Like `encode` without
+  /// `dictionary`.
   propertylist::Dictionary encodeAll() const;
-  /// The record as it was made from `dictionary`; none without it.
+  /// The record as it was decoded from `dictionary`; none without it.
   std::optional<Plist> asRead() const;
-  /// What stands in the file below the known keys, isn't held by a field, and wasn't removed.
+  /// The values below known keys that no field represents, without those that were removed.
   std::vector<OpaqueValue> opaqueValues() const;
 
-  /// The record of a new job: no label, no command, run at load.
+  /// The record of a new job: an empty label, no command, and `RunAtLoad`.
   static Plist blankPlist();
 
-  /// Gives an empty label a value: what the command `run` is called, or else a new UUID.
+  /// Replaces an empty label by a name taken from the command line `run` or, if that isn't possible, by a new UUID.
   void fillEmptyLabel();
 
-  /// Whether the job runs at times of the calendar or at intervals.
+  /// Whether the job is started by the calendar or at intervals.
   bool isScheduled() const {
     return startInterval || (startCalendarInterval && !startCalendarInterval->intervals.empty());
   }
-  /// Sets the calendar intervals. A single one keeps the form that it has in the file: a dictionary or a list.
+  /// Sets the calendar intervals. A single one keeps the form that the file has, dictionary or array.
   void setCalendarIntervals(std::optional<StartCalendarInterval> intervals);
 
   Plist() = default;
@@ -160,66 +154,81 @@ class Plist {
   Plist clone() const { return *this; }
   bool operator==(const Plist&) const = default;
 
-  std::string run;                           ///< the command line as one text; made when the file is decoded
-  std::optional<std::string> iconPath;       ///< where to find an icon; made when the file is decoded
-  std::optional<FileDictionary> dictionary;  ///< the whole file as read; set by whoever loads it
-  /// The keys of the file that aren't known, or whose value doesn't fit them. Taking one out takes it out of the file
-  /// at the next save. Once the field of a known key is set, it takes the place of what stands here.
+  std::string run;                           ///< the command line as one text; set by decoding
+  std::optional<std::string> iconPath;       ///< the path of which to show the icon; set by decoding
+  std::optional<FileDictionary> dictionary;  ///< the whole file as it was read; none for a new job
+  /// The keys of the file that aren't known or whose values don't fit, in the order of the file; absent if there are
+  /// none. Erasing a key removes it from the file at the next save. A known key whose field is set takes precedence
+  /// over its value in the file.
   std::optional<std::vector<std::string>> unknownKeys;
-  /// The paths of opaque values that the next save takes out of the file.
+  /// The opaque values that the next save removes from the file.
   std::vector<OpaqueValue::Path> removedValues;
 
+  /// `Label`, the only required key. Identifies the job within a launchd domain. May be empty in a file.
   std::string name;
+  /// Default: false. `launchctl enable` and `disable` override it without changing the file.
   std::optional<bool> disabled;
+  /// The path of the executable. Default: the first of the arguments.
   std::optional<std::string> program;
+  /// The argument vector, beginning with the name of the program.
   std::optional<std::vector<std::string>> programArguments;
-  std::optional<std::string> userName;
-  std::optional<std::string> groupName;
+  std::optional<std::string> userName;   ///< of the user to run as; only for jobs that root loads
+  std::optional<std::string> groupName;  ///< likewise
   Boxed<LimitLoadToSessionType> limitLoadToSessionType;
+  /// Values of sysctl(3) names, such as "model", for which the job is loaded.
   Boxed<StringMap<std::vector<std::string>>> limitLoadToHardware;
+  /// The job marks its work as transactions, and can be killed without warning when it has none. Default: false.
   std::optional<bool> enableTransactions;
+  /// The job may be killed when memory is short, and started again when needed. Default: false.
   std::optional<bool> enablePressuredExit;
   Boxed<KeepAlive> keepAlive;
-  std::optional<bool> runAtLoad;
-  std::optional<std::string> workingDirectory;
+  std::optional<bool> runAtLoad;                ///< default: false
+  std::optional<std::string> workingDirectory;  ///< default: the root folder
   std::optional<StringMap<std::string>> environmentVariables;
   Boxed<Umask> umask;
+  /// Seconds between SIGTERM and SIGKILL when the job is stopped; 0: it is never killed. Default: decided by the
+  /// system.
   std::optional<std::int64_t> exitTimeOut;
+  /// The minimum number of seconds between two starts. Default: 10.
   std::optional<std::int64_t> throttleInterval;
+  /// Whether the job gets the supplementary groups of `userName`. Default: true.
   std::optional<bool> initGroups;
-  std::optional<std::vector<std::string>> watchPaths;
-  std::optional<std::vector<std::string>> queueDirectories;
-  std::optional<bool> startOnMount;
-  std::optional<std::int64_t> startInterval;
+  std::optional<std::vector<std::string>> watchPaths;        ///< a change of any of them starts the job
+  std::optional<std::vector<std::string>> queueDirectories;  ///< the job runs while any of them isn't empty
+  std::optional<bool> startOnMount;                          ///< the job starts when a file system is mounted
+  std::optional<std::int64_t> startInterval;                 ///< seconds between starts, at least 1
   std::optional<StartCalendarInterval> startCalendarInterval;
-  std::optional<std::string> standardInPath;
-  std::optional<std::string> standardOutPath;
-  std::optional<std::string> standardErrorPath;
-  std::optional<bool> waitForDebugger;
+  std::optional<std::string> standardInPath;     ///< default: /dev/null, as for the next two
+  std::optional<std::string> standardOutPath;    ///< appended to; created if it doesn't exist
+  std::optional<std::string> standardErrorPath;  ///< likewise
+  std::optional<bool> waitForDebugger;           ///< the job starts suspended
   Boxed<ResourceLimits> softResourceLimits;
   Boxed<ResourceLimits> hardResourceLimits;
-  std::optional<std::int64_t> nice;
-  std::optional<std::string> processType;
+  std::optional<std::int64_t> nice;        ///< -20 to 20; default: 0
+  std::optional<std::string> processType;  ///< one of `processTypes`; default: "Standard"
+  /// Whether processes that remain in the group of the job's process outlive it. Default: false, they are killed.
   std::optional<bool> abandonProcessGroup;
-  std::optional<bool> lowPriorityIO;
-  std::optional<bool> lowPriorityBackgroundIO;
-  std::optional<bool> launchOnlyOnce;
+  std::optional<bool> lowPriorityIO;            ///< default: false
+  std::optional<bool> lowPriorityBackgroundIO;  ///< the same, only while the process is throttled as background
+  std::optional<bool> launchOnlyOnce;           ///< the job runs once until the next reboot; default: false
   Boxed<MachServices> machServices;
   Boxed<Sockets> sockets;
   Boxed<LaunchEvents> launchEvents;
-  std::optional<bool> sessionCreate;
-  std::optional<bool> legacyTimers;
-  std::optional<bool> debug;                           ///< deprecated
-  std::optional<bool> enableGlobbing;                  ///< deprecated
-  std::optional<bool> hopefullyExitsFirst;             ///< deprecated
+  std::optional<bool> sessionCreate;                   ///< the job runs in a new security session
+  std::optional<bool> legacyTimers;                    ///< timers aren't coalesced to save energy
+  std::optional<bool> debug;                           ///< deprecated: launchd logs more about the job
+  std::optional<bool> enableGlobbing;                  ///< deprecated: arguments are expanded by glob(3)
+  std::optional<bool> hopefullyExitsFirst;             ///< deprecated, like the next: order at shutdown
   std::optional<bool> hopefullyExitsLast;              ///< deprecated
-  Boxed<InetdCompatibility> inetdCompatibility;        ///< deprecated
-  Boxed<std::vector<std::string>> limitLoadFromHosts;  ///< deprecated
-  Boxed<std::vector<std::string>> limitLoadToHosts;    ///< deprecated
-  std::optional<bool> onDemand;                        ///< deprecated
-  std::optional<std::string> rootDirectory;            ///< deprecated
-  std::optional<bool> serviceIPC;                      ///< deprecated
-  std::optional<std::int64_t> timeOut;                 ///< deprecated
+  Boxed<InetdCompatibility> inetdCompatibility;        ///< deprecated in favour of `Sockets`
+  Boxed<std::vector<std::string>> limitLoadFromHosts;  ///< deprecated: names of hosts that don't load the job
+  Boxed<std::vector<std::string>> limitLoadToHosts;    ///< deprecated: names of hosts that load it
+  /// Deprecated. False overrides the conditions of `keepAlive`: decoding then sets its boolean form to true.
+  std::optional<bool> onDemand;
+  std::optional<std::string> rootDirectory;  ///< deprecated: the folder to chroot(2) into
+  std::optional<bool> serviceIPC;            ///< deprecated, without effect
+  std::optional<std::int64_t> timeOut;       ///< deprecated: seconds of idleness before the job is stopped
+  /// Whether reading a file that is stored in the cloud downloads it. Default: decided by the system.
   std::optional<bool> materializeDatalessFiles;
 
  private:

@@ -16,7 +16,7 @@ using K = Plist::CodingKeys;
 
 constexpr std::size_t keyCount = std::tuple_size_v<decltype(plistKeys)>;
 
-/// The known keys for looking up, hashed: a file has many keys, and each is looked for.
+/// A hash table of the known keys, built at compile time, since a scan looks up every key of every file.
 class KnownKeys {
  public:
   constexpr KnownKeys() {
@@ -42,7 +42,7 @@ class KnownKeys {
 
   static constexpr std::size_t slotOf(std::string_view key) {
     const auto letter = [key](std::size_t i) { return static_cast<std::size_t>(static_cast<unsigned char>(key[i])); };
-    // The factors are such that no two known keys share a slot.
+    // Found by trial: with these factors no two known keys share a slot, so that a hit needs one comparison.
     return (key.size() + letter(0) + 15 * letter(key.size() / 2) + 25 * letter(key.size() - 1)) % slots;
   }
   static constexpr std::size_t next(std::size_t slot) { return (slot + 1) % slots; }
@@ -57,7 +57,8 @@ class KnownKeys {
 
 constexpr KnownKeys knownKeys;
 
-// What forgiving decoders make of a value that they can't use: nothing that would be worth showing or writing.
+// Some decoders never fail, and return an empty object for a value that doesn't fit. Writing that object would destroy
+// the value, so tolerant decoding treats it like a failure.
 template <typename Field>
 bool isUsable(const propertylist::Node& /*node*/, const Field& /*field*/) {
   return true;
@@ -90,7 +91,7 @@ class PlistDecoder {
 
   void decode() {
     std::apply([this](const auto&... row) { (decodeRow(row), ...); }, plistKeys);
-    if (m_kept.any()) noteUnknownAgain();
+    if (m_unfit.any()) noteAllUnknown();
 
     auto command = makeRunString(m_plist.program, m_plist.programArguments);
     m_plist.run = std::move(command.run);
@@ -106,25 +107,26 @@ class PlistDecoder {
     if constexpr (!std::is_same_v<decltype(field), std::string&>) {
       if (node && m_top.isTolerant() && !(field.has_value() && isUsable(*node, *field))) {
         field.reset();
-        m_kept.set(static_cast<std::size_t>(row.key));
+        m_unfit.set(static_cast<std::size_t>(row.key));
       }
     }
-    if (row.key == K::keepAlive) applyOnDemand();
+    if (row.key == K::KeepAlive) applyOnDemand();
   }
 
-  /// A job that isn't started on demand is always kept alive, whatever its conditions say.
+  /// `OnDemand` = false is the old way to keep a job alive unconditionally. It is decoded here as well as in its own
+  /// row, so that an error in it is reported in the order in which it matters.
   void applyOnDemand() {
     std::optional<bool> onDemand;
-    decodeField(find(K::onDemand), m_top.key(Plist::text(K::onDemand)), onDemand);
+    decodeField(find(K::OnDemand), m_top.key(Plist::text(K::OnDemand)), onDemand);
     if (onDemand == false && m_plist.keepAlive) m_plist.keepAlive->bool_ = true;
   }
 
-  /// The values that don't fit stand among the unknown ones, in the order of the file.
-  void noteUnknownAgain() {
+  /// Collects the unknown keys again, now with those whose values don't fit, so that all are in the order of the file.
+  void noteAllUnknown() {
     m_plist.unknownKeys.reset();
     for (const auto& member : m_members) {
       const auto row = knownKeys.find(member.key());
-      if (!row || m_kept.test(*row)) noteUnknown(member.key());
+      if (!row || m_unfit.test(*row)) noteUnknown(member.key());
     }
   }
 
@@ -139,7 +141,7 @@ class PlistDecoder {
   const Place& m_top;
   propertylist::Members m_members;
   Plist& m_plist;
-  std::bitset<keyCount> m_kept;  ///< the keys whose values don't fit
+  std::bitset<keyCount> m_unfit;  ///< the known keys whose values don't fit
 };
 
 Result<void> decodeInto(Plist& fresh, const propertylist::Node& file, const Place& top) {

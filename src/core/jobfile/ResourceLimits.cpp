@@ -1,43 +1,67 @@
 #include "core/jobfile/ResourceLimits.h"
 
+#include <charconv>
+#include <system_error>
+
 #include "core/jobfile/Keys.h"
+#include "core/text/Digits.h"
 
 namespace mirvel::jobfile {
 
 namespace {
 
-using K = ResourceLimits::CodingKeys;
+constexpr auto limitKeys = [] {
+  using K = ResourceLimits::CodingKeys;
+  return std::tuple{
+      Key{K::Core, "Core", &ResourceLimits::core},
+      Key{K::Cpu, "CPU", &ResourceLimits::cpu},
+      Key{K::Data, "Data", &ResourceLimits::data},
+      Key{K::FileSize, "FileSize", &ResourceLimits::fileSize},
+      Key{K::MemoryLock, "MemoryLock", &ResourceLimits::memoryLock},
+      Key{K::NumberOfFiles, "NumberOfFiles", &ResourceLimits::numberOfFiles},
+      Key{K::NumberOfProcesses, "NumberOfProcesses", &ResourceLimits::numberOfProcesses},
+      Key{K::ResidentSetSize, "ResidentSetSize", &ResourceLimits::residentSetSize},
+      Key{K::Stack, "Stack", &ResourceLimits::stack},
+  };
+}();
+static_assert(isComplete(limitKeys, ResourceLimits::CodingKeys::Stack));
+constexpr auto limitKeyTexts = textsOf(limitKeys);
 
-constexpr auto keys = std::tuple{
-    Key{K::core, "Core", &ResourceLimits::core},
-    Key{K::cpu, "CPU", &ResourceLimits::cpu},
-    Key{K::data, "Data", &ResourceLimits::data},
-    Key{K::fileSize, "FileSize", &ResourceLimits::fileSize},
-    Key{K::memoryLock, "MemoryLock", &ResourceLimits::memoryLock},
-    Key{K::numberOfFiles, "NumberOfFiles", &ResourceLimits::numberOfFiles},
-    Key{K::numberOfProcesses, "NumberOfProcesses", &ResourceLimits::numberOfProcesses},
-    Key{K::residentSetSize, "ResidentSetSize", &ResourceLimits::residentSetSize},
-    Key{K::stack, "Stack", &ResourceLimits::stack},
-};
-static_assert(isComplete(keys, K::stack));
-constexpr auto keyTexts = textsOf(keys);
+/// With an optional sign. Unlike `Decimal::toInt`, this accepts negative numbers.
+std::optional<std::int64_t> decimalNumber(std::string_view text) {
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  std::int64_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stopped, failure] = std::from_chars(text.data(), end, number);
+  if (failure != std::errc() || stopped != end) return std::nullopt;
+  return number;
+}
 
 }  // namespace
 
 std::string_view ResourceLimits::text(CodingKeys key) {
-  return keyTexts[static_cast<std::size_t>(key)];
-}
-
-std::optional<K> ResourceLimits::codingKey(std::string_view text) {
-  return codingKeyIn<CodingKeys>(keyTexts, text);
+  return limitKeyTexts[static_cast<std::size_t>(key)];
 }
 
 void decode(const propertylist::Node& node, const Place& place, ResourceLimits& result) {
-  decodeKeys(node, place, keys, result);
+  decodeKeys(node, place, limitKeys, result);
 }
 
 std::optional<propertylist::Value> encode(const ResourceLimits& limits) {
-  return propertylist::Value(encodeKeys(limits, keys));
+  return propertylist::Value(encodeKeys(limits, limitKeys));
+}
+
+void decode(const propertylist::Node& node, const Place&, Umask& result) {
+  if (const auto text = node.string()) {
+    result.int_ = text->starts_with('0') ? Octal::toInt(*text) : decimalNumber(*text);
+  } else {
+    result.int_ = wholeNumber(node, WholeReals::Accepted);
+  }
+}
+
+std::optional<propertylist::Value> encode(const Umask& umask) {
+  if (!umask.int_) return std::nullopt;
+  return propertylist::Value(*umask.int_);
 }
 
 }  // namespace mirvel::jobfile

@@ -1,6 +1,9 @@
 #include "core/jobfile/RunString.h"
 
+#include <utility>
+
 #include "core/jobfile/Plist.h"
+#include "core/propertylist/Writer.h"
 #include "core/text/Bytes.h"
 #include "core/text/Strings.h"
 #include "core/text/Text.h"
@@ -11,12 +14,12 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// Whether the first argument only repeats the program, as is usual, and isn't shown.
+/// Whether the first argument is the path or name of the program, and can be left out.
 bool repeatsProgram(const std::string& program, const Words& arguments) {
   return arguments.front() == program || arguments.front() == String::lastPathComponent(program);
 }
 
-/// With a blank and quotes for each.
+/// The length of the command line, estimated with a blank and quotes for each argument.
 std::size_t lengthOf(const Words& arguments) {
   std::size_t length = 0;
   for (const auto& argument : arguments) length += argument.size() + 3;
@@ -31,8 +34,8 @@ bool hasArguments(const Command& command) {
   return command.arguments && !command.arguments->empty();
 }
 
-/// None for a program without arguments: it is its own first argument then.
-std::optional<Words> argumentsBehind(Words words) {
+/// The arguments after the program; none if there are none, since launchd then passes the program as the first one.
+std::optional<Words> argumentsAfterProgram(Words words) {
   words.erase(words.begin());
   return words.empty() ? std::nullopt : std::optional(std::move(words));
 }
@@ -55,7 +58,7 @@ std::string_view withoutExtension(std::string_view name) {
   return isExtension ? name.substr(0, dot) : name;
 }
 
-/// A label for a command line: what its last path is called. Empty for a command too short to tell.
+/// A label for a command line: the name of its last path without extension and quotes. Empty for very short commands.
 std::string labelOf(std::string_view run) {
   constexpr std::size_t shortestCommand = 4;
   constexpr std::size_t longestLabel = 48;
@@ -88,7 +91,7 @@ Command commandOf(const std::string& run, const Command& before) {
   if (words == Words{""}) return {};
   const std::string program = words.front();
   if (hasProgram(before) && hasArguments(before)) {
-    if (!repeatsProgram(*before.program, *before.arguments)) return {program, argumentsBehind(std::move(words))};
+    if (!repeatsProgram(*before.program, *before.arguments)) return {program, argumentsAfterProgram(std::move(words))};
     if (program == *before.program) {
       words.front() = before.arguments->front();
       return {program, std::move(words)};
@@ -97,6 +100,22 @@ Command commandOf(const std::string& run, const Command& before) {
     return {program, std::nullopt};
   }
   return {std::nullopt, std::move(words)};
+}
+
+void takeArgumentsFromRun(Plist& record) {
+  auto read = record.asRead();
+  Command command;
+  if (read) command = {std::move(read->program), std::move(read->programArguments)};
+  if (!read || read->run != record.run) command = commandOf(record.run, command);
+  record.program = std::move(command.program);
+  record.programArguments = std::move(command.arguments);
+}
+
+std::string textAsEdited(const Plist& record) {
+  Plist edited = record.clone();
+  takeArgumentsFromRun(edited);
+  const auto text = propertylist::writeXml(edited.encodeAll());
+  return text ? *text : std::string();
 }
 
 void Plist::fillEmptyLabel() {

@@ -7,21 +7,23 @@ namespace mirvel::jobfile {
 namespace {
 
 using Interval = StartCalendarInterval::Interval;
-using K = Interval::CodingKeys;
 
-constexpr auto keys = std::tuple{
-    Key{K::minute, "Minute", &Interval::minute}, Key{K::hour, "Hour", &Interval::hour},
-    Key{K::day, "Day", &Interval::day},          Key{K::weekday, "Weekday", &Interval::weekday},
-    Key{K::month, "Month", &Interval::month},
-};
-static_assert(isComplete(keys, K::month));
-constexpr auto keyTexts = textsOf(keys);
+constexpr auto intervalKeys = [] {
+  using K = Interval::CodingKeys;
+  return std::tuple{
+      Key{K::Minute, "Minute", &Interval::minute}, Key{K::Hour, "Hour", &Interval::hour},
+      Key{K::Day, "Day", &Interval::day},          Key{K::Weekday, "Weekday", &Interval::weekday},
+      Key{K::Month, "Month", &Interval::month},
+  };
+}();
+static_assert(isComplete(intervalKeys, Interval::CodingKeys::Month));
+constexpr auto intervalKeyTexts = textsOf(intervalKeys);
 
 void decodeElements(const propertylist::Node& node, const Place& place, std::vector<Interval>& result) {
   const auto elements = elementsOf(node, place);
   result.reserve(elements.size());
   for (std::size_t i = 0; i < elements.size(); ++i) {
-    if (place.isTolerant() && elements[i].type() != propertylist::Type::Dictionary) continue;  // the file keeps it
+    if (place.isTolerant() && elements[i].type() != propertylist::Type::Dictionary) continue;  // stays in the file
     Interval& interval = result.emplace_back();
     decode(elements[i], place.index(i), interval);
     interval.origin = i;
@@ -43,15 +45,15 @@ void decodeForms(const propertylist::Node& node, const Place& place, StartCalend
 }  // namespace
 
 std::string_view Interval::text(CodingKeys key) {
-  return keyTexts[static_cast<std::size_t>(key)];
+  return intervalKeyTexts[static_cast<std::size_t>(key)];
 }
 
-std::optional<K> Interval::codingKey(std::string_view text) {
-  return codingKeyIn<CodingKeys>(keyTexts, text);
+std::optional<Interval::CodingKeys> Interval::codingKey(std::string_view text) {
+  return codingKeyIn<CodingKeys>(intervalKeyTexts, text);
 }
 
 void decode(const propertylist::Node& node, const Place& place, Interval& result) {
-  decodeKeys(node, place, keys, result);
+  decodeKeys(node, place, intervalKeys, result);
 }
 
 void decode(const propertylist::Node& node, const Place& place, StartCalendarInterval& result) {
@@ -63,7 +65,7 @@ void decode(const propertylist::Node& node, const Place& place, StartCalendarInt
 }
 
 std::optional<propertylist::Value> encode(const Interval& interval) {
-  return propertylist::Value(encodeKeys(interval, keys));
+  return propertylist::Value(encodeKeys(interval, intervalKeys));
 }
 
 std::optional<propertylist::Value> encode(const StartCalendarInterval& value) {

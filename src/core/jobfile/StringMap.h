@@ -6,7 +6,7 @@
 
 namespace mirvel::jobfile {
 
-/// A dictionary of one type of value under keys that the job file chooses; looked up without copies of the key.
+/// A dictionary whose keys are chosen by the job file, with values of one type. Supports look-up by `std::string_view`.
 template <typename Element>
 using StringMap = std::map<std::string, Element, std::less<>>;
 

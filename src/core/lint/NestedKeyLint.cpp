@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/jobfile/Place.h"
+#include "core/jobfile/DecodingFailure.h"
 #include "core/lint/Suggestion.h"
 #include "core/lint/Vocabulary.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/jobfile/Place.h"
+#include "core/jobfile/DecodingFailure.h"
 #include "core/lint/Placeholder.h"
 
 namespace mirvel::lint {

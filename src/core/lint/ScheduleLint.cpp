@@ -20,11 +20,11 @@ struct Field {
 };
 
 constexpr std::array<Field, 5> fields = {{
-    {&Interval::minute, Interval::CodingKeys::minute, 0, 59},
-    {&Interval::hour, Interval::CodingKeys::hour, 0, 23},
-    {&Interval::day, Interval::CodingKeys::day, 1, 31},
-    {&Interval::weekday, Interval::CodingKeys::weekday, 0, 7},
-    {&Interval::month, Interval::CodingKeys::month, 1, 12},
+    {&Interval::minute, Interval::CodingKeys::Minute, 0, 59},
+    {&Interval::hour, Interval::CodingKeys::Hour, 0, 23},
+    {&Interval::day, Interval::CodingKeys::Day, 1, 31},
+    {&Interval::weekday, Interval::CodingKeys::Weekday, 0, 7},
+    {&Interval::month, Interval::CodingKeys::Month, 1, 12},
 }};
 
 constexpr std::array<int, 12> longestMonths = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};

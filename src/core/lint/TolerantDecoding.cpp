@@ -16,7 +16,7 @@ std::string topLevelKey(const Error& error) {
 }
 
 bool isLabel(std::string_view key) {
-  return key == Plist::text(Plist::CodingKeys::name);
+  return key == Plist::text(Plist::CodingKeys::Name);
 }
 
 /// The file both as nodes and as a dictionary, from which rejected keys are removed one by one. Remaining values are
@@ -33,7 +33,7 @@ class ShrinkingFile {
     std::erase_if(m_members, [&](const propertylist::Member& member) { return member.key() == key; });
     if (!isLabel(key)) return wasThere;
     constexpr std::string_view substitute = "label";
-    const auto name = Plist::text(Plist::CodingKeys::name);
+    const auto name = Plist::text(Plist::CodingKeys::Name);
     m_file.set(name, substitute);
     m_members.push_back({.keyNode = propertylist::Node::string(name), .value = propertylist::Node::string(substitute)});
     return true;

@@ -63,12 +63,12 @@ std::span<const NestedKeys> nestedKeys() {
   using Socket = Plist::Sockets::SubDictionary;
   using Service = Plist::MachServices::SubDictionary;
   static const std::array all{
-      keysOf<Plist::KeepAlive>("KeepAlive", 1, Plist::KeepAlive::CodingKeys::afterInitialDemand),
-      keysOf<Interval>("StartCalendarInterval", 1, Interval::CodingKeys::month),
-      keysOf<Limits>("SoftResourceLimits", 1, Limits::CodingKeys::stack),
-      keysOf<Limits>("HardResourceLimits", 1, Limits::CodingKeys::stack),
-      keysOf<Socket>("Sockets", 2, Socket::CodingKeys::multicastGroup),
-      keysOf<Service>("MachServices", 2, Service::CodingKeys::taskSpecialPort),
+      keysOf<Plist::KeepAlive>("KeepAlive", 1, Plist::KeepAlive::CodingKeys::AfterInitialDemand),
+      keysOf<Interval>("StartCalendarInterval", 1, Interval::CodingKeys::Month),
+      keysOf<Limits>("SoftResourceLimits", 1, Limits::CodingKeys::Stack),
+      keysOf<Limits>("HardResourceLimits", 1, Limits::CodingKeys::Stack),
+      keysOf<Socket>("Sockets", 2, Socket::CodingKeys::MulticastGroup),
+      keysOf<Service>("MachServices", 2, Service::CodingKeys::TaskSpecialPort),
   };
   return all;
 }

@@ -63,8 +63,8 @@ struct CommandContext {
   bool showsSystemJobs = false;
   bool showsTitleBar = false;
   bool isFullScreen = false;
-  DetailTab detailTab = DetailTab::noSelection;
-  Mode mode = Mode::grid;
+  DetailTab detailTab = DetailTab::NoSelection;
+  Mode mode = Mode::Grid;
 };
 
 /// Whether the command can be chosen.

@@ -18,13 +18,13 @@ bool isChangeableSelected(const CommandContext& context) {
 std::optional<Mode> modeOf(Command command) {
   switch (command) {
     case Command::grid:
-      return Mode::grid;
+      return Mode::Grid;
     case Command::tree:
-      return Mode::tree;
+      return Mode::Tree;
     case Command::list:
-      return Mode::list;
+      return Mode::List;
     case Command::timeline:
-      return Mode::timeline;
+      return Mode::Timeline;
     default:
       return std::nullopt;
   }
@@ -58,7 +58,7 @@ bool isEnabled(Command command, const CommandContext& context) {
       return context.selected.has_value();
     case Command::save:
       return context.isScriptInFront ||
-             (isChangeableSelected(context) && context.detailTab == DetailTab::launchdEdit && !context.isSaving);
+             (isChangeableSelected(context) && context.detailTab == DetailTab::LaunchdEdit && !context.isSaving);
     case Command::revert:
       return !hasUnsavedChanges && isChangeableSelected(context) && context.hasRevisions;
     case Command::delete_:
@@ -71,7 +71,7 @@ bool isEnabled(Command command, const CommandContext& context) {
     case Command::log:
       return isLaunchdSelected(context);
     case Command::edit:
-      return isChangeableSelected(context) && context.detailTab == DetailTab::launchdDisplay;
+      return isChangeableSelected(context) && context.detailTab == DetailTab::LaunchdDisplay;
     case Command::filter:
       return context.hasFilterField;
     case Command::grid:
@@ -80,7 +80,7 @@ bool isEnabled(Command command, const CommandContext& context) {
     case Command::timeline:
       return modeOf(command) == context.mode || !hasUnsavedChanges;
     case Command::columns:
-      return context.mode == Mode::list;
+      return context.mode == Mode::List;
     default:
       return true;
   }

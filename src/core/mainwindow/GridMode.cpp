@@ -26,11 +26,11 @@ Image noWriteImage(const Localize& localize) {
 
 GridMode::GridMode(const WindowContext& context, GridCollectionType& collection)
     : m_context(context), m_collection(collection), m_sections(context.catalogue, context.foundation.defaults) {
-  m_context.shell.modes.at(static_cast<std::size_t>(Mode::grid)) = this;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::Grid)) = this;
 }
 
 GridMode::~GridMode() {
-  m_context.shell.modes.at(static_cast<std::size_t>(Mode::grid)) = nullptr;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::Grid)) = nullptr;
 }
 
 void GridMode::show(IndexPath path) {

@@ -60,11 +60,11 @@ ListCell listCell(const WindowContext& context, const Job& job, Column::List col
 
 ListMode::ListMode(const WindowContext& context, ListTableType& table)
     : m_context(context), m_table(table), m_guard(context), m_delay(context.platform.mainQueue) {
-  m_context.shell.modes.at(static_cast<std::size_t>(Mode::list)) = this;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::List)) = this;
 }
 
 ListMode::~ListMode() {
-  m_context.shell.modes.at(static_cast<std::size_t>(Mode::list)) = nullptr;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::List)) = nullptr;
 }
 
 const Jobs& ListMode::content() const {

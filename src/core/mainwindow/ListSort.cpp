@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/jobfile/Plist.h"
-#include "core/scan/KeyedRow.h"
+#include "core/scan/SortByKey.h"
 
 namespace mirvel {
 

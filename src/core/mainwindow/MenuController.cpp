@@ -21,20 +21,20 @@ namespace mirvel {
 
 namespace {
 
-std::optional<std::string_view> segueOf(Command command) {
+std::optional<Sheet> sheetOf(Command command) {
   switch (command) {
     case Command::new_:
-      return String::new_;
+      return Sheet::New;
     case Command::duplicate:
-      return String::duplicate;
+      return Sheet::Duplicate;
     case Command::restoreDeleted:
-      return String::restoreDeleted;
+      return Sheet::RestoreDeleted;
     case Command::test:
-      return String::test;
+      return Sheet::Test;
     case Command::log:
-      return String::log;
+      return Sheet::Log;
     case Command::info:
-      return String::info;
+      return Sheet::Info;
     default:
       return std::nullopt;
   }
@@ -44,7 +44,7 @@ std::optional<std::string_view> segueOf(Command command) {
 
 bool MenuController::isOffered(Command command) const {
   const Shell& shell = m_context.shell;
-  if (const auto segue = segueOf(command)) return shell.segues.contains(*segue);
+  if (const auto sheet = sheetOf(command)) return shell.sheets.contains(*sheet);
   switch (command) {
     case Command::save:
       return shell.edit || shell.saveScript;
@@ -90,7 +90,7 @@ CommandContext MenuController::context() const {
 void MenuController::perform(Command command) {
   if (!isOffered(command) || !isEnabled(command)) return;
   if (const auto mode = modeOf(command)) return m_context.mainWindow.switchMode(*mode);
-  if (const auto segue = segueOf(command)) return m_context.shell.segues.at(*segue)();
+  if (const auto sheet = sheetOf(command)) return m_context.shell.sheets.at(*sheet)();
   performFile(command);
   performView(command);
   performHelp(command);

@@ -43,7 +43,7 @@ bool selectInCatalogue(const WindowContext& context, const URL& url) {
 
 std::shared_ptr<Job> shownJob(const Selection& selection, const Shell& shell) {
   const DetailType* const detail = shell.detail;
-  const bool isShown = !detail || detail->detailTab() != DetailTab::noSelection;
+  const bool isShown = !detail || detail->detailTab() != DetailTab::NoSelection;
   return isShown ? selection.job() : nullptr;
 }
 

@@ -32,11 +32,11 @@ TimelineMode::TimelineMode(const WindowContext& context, TimelineTableType& tabl
       m_guard(context),
       m_zone(std::move(zone)),
       m_texts(std::make_unique<TimelineTexts>(context.foundation.localize, m_zone())) {
-  m_context.shell.modes.at(static_cast<std::size_t>(Mode::timeline)) = this;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::Timeline)) = this;
 }
 
 TimelineMode::~TimelineMode() {
-  m_context.shell.modes.at(static_cast<std::size_t>(Mode::timeline)) = nullptr;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::Timeline)) = nullptr;
 }
 
 const Jobs& TimelineMode::content() const {

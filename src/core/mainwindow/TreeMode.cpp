@@ -16,11 +16,11 @@ TreeMode::TreeMode(const WindowContext& context, TreeOutlineType& outline)
       m_sections(context.catalogue, context.foundation.defaults),
       m_guard(context),
       m_expansion(context.foundation.defaults) {
-  m_context.shell.modes.at(static_cast<std::size_t>(Mode::tree)) = this;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::Tree)) = this;
 }
 
 TreeMode::~TreeMode() {
-  m_context.shell.modes.at(static_cast<std::size_t>(Mode::tree)) = nullptr;
+  m_context.shell.modes.at(static_cast<std::size_t>(Mode::Tree)) = nullptr;
 }
 
 void TreeMode::show(IndexPath path) {

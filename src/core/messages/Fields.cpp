@@ -22,57 +22,57 @@ void FieldWriter::operator()(std::string_view key, const std::map<std::string, s
 
 void FieldReader::fail(Error::Code code, std::string_view key, std::string_view why) {
   if (m_failure) return;
-  m_failure = Error{.code = code, .message = "the request's key " + std::string(key) + " " + std::string(why)};
+  m_failure = Error{.code = code, .message = "the key " + std::string(key) + " " + std::string(why)};
 }
 
 void FieldReader::operator()(std::string_view key, bool& value) {
   if (!m_from.find(key)) return;
-  if (const auto* const found = find<bool>(key, "is no boolean")) value = *found;
+  if (const auto* const found = find<bool>(key, "isn't a boolean")) value = *found;
 }
 
 void FieldReader::operator()(std::string_view key, double& value) {
-  if (const auto* const found = find<double>(key, "is no real number")) value = *found;
+  if (const auto* const found = find<double>(key, "isn't a real number")) value = *found;
 }
 
 void FieldReader::operator()(std::string_view key, std::string& text) {
-  if (const auto* const found = find<std::string>(key, "is no text")) text = *found;
+  if (const auto* const found = find<std::string>(key, "isn't a string")) text = *found;
 }
 
 void FieldReader::operator()(std::string_view key, propertylist::Data& data) {
-  if (const auto* const found = find<propertylist::Data>(key, "is no data")) data = *found;
+  if (const auto* const found = find<propertylist::Data>(key, "isn't data")) data = *found;
 }
 
 void FieldReader::operator()(std::string_view key, std::filesystem::path& path) {
   std::string text;
   (*this)(key, text);
   if (m_failure) return;
-  if (!text.starts_with('/')) return fail(Error::Code::BadArgument, key, "is no absolute path");
-  if (text.find('\0') != std::string::npos) return fail(Error::Code::BadArgument, key, "holds a null character");
+  if (!text.starts_with('/')) return fail(Error::Code::BadArgument, key, "isn't an absolute path");
+  if (text.find('\0') != std::string::npos) return fail(Error::Code::BadArgument, key, "contains a null character");
   if (text.size() > longestPath) return fail(Error::Code::LimitExceeded, key, "is too long");
   path = text;
 }
 
 void FieldReader::operator()(std::string_view key, std::chrono::sys_seconds& time) {
-  const auto number = readNumber(key, {INT64_MIN, INT64_MAX, "is no time"});
+  const auto number = readNumber(key, {INT64_MIN, INT64_MAX, "isn't a time"});
   if (number) time = std::chrono::sys_seconds(std::chrono::seconds(*number));
 }
 
 void FieldReader::operator()(std::string_view key, std::vector<std::string>& texts) {
-  const auto* const array = find<propertylist::Array>(key, "is no list");
+  const auto* const array = find<propertylist::Array>(key, "isn't an array");
   if (!array) return;
   for (const propertylist::Value& element : *array) {
     const auto* const text = element.as<std::string>();
-    if (!text) return fail(Error::Code::WrongType, key, "is no list of texts");
+    if (!text) return fail(Error::Code::WrongType, key, "isn't an array of strings");
     texts.push_back(*text);
   }
 }
 
 void FieldReader::operator()(std::string_view key, std::map<std::string, std::string>& texts) {
-  const auto* const dictionary = find<propertylist::Dictionary>(key, "is no dictionary");
+  const auto* const dictionary = find<propertylist::Dictionary>(key, "isn't a dictionary");
   if (!dictionary) return;
   for (const auto& [name, value] : *dictionary) {
     const auto* const text = value.as<std::string>();
-    if (!text) return fail(Error::Code::WrongType, key, "is no dictionary of texts");
+    if (!text) return fail(Error::Code::WrongType, key, "isn't a dictionary of strings");
     texts.insert_or_assign(name, *text);
   }
 }
@@ -88,7 +88,7 @@ void FieldReader::decimalSeconds(std::string_view key, std::chrono::seconds& tim
   std::string text;
   (*this)(key, text);
   const std::int64_t number = Decimal::toInt(text).value_or(0);
-  if (number <= 0 || number > longest) return fail(Error::Code::BadArgument, key, "is no number of seconds");
+  if (number <= 0 || number > longest) return fail(Error::Code::BadArgument, key, "isn't a valid number of seconds");
   time = std::chrono::seconds(number);
 }
 

@@ -15,9 +15,9 @@
 #include "core/base/Result.h"
 #include "core/propertylist/Value.h"
 
-/// The messages between the application and its helpers, and what they are made of.
+/// The messages between the application and its helpers, as property lists, and the means to read and write them.
 ///
-/// A message is a struct that names its fields once, in a function that serves reading and writing:
+/// A message is a struct that lists its fields once, in a function template that is used for reading and writing:
 ///
 ///     struct Load {
 ///       std::filesystem::path path;
@@ -36,14 +36,20 @@ concept HasFields = requires(T& message, FieldReader& reader) {
   T::fields(message, reader);
 };
 
-/// The numbers that a field may hold, both ends included, and the clause about any other.
+/// The valid numbers of a field.
 struct NumberRange {
   std::int64_t smallest;
-  std::int64_t largest;
-  const char* refusal;
+  std::int64_t largest;  ///< inclusive
+  const char* refusal;   ///< completes "the key ... " in the error for any other number or type
 };
 
-/// Writes fields into a dictionary. An optional field without a value leaves no key.
+/// Writes the fields of a message to a dictionary, each under its key. Writing can't fail; it is up to the sender that
+/// values are in their ranges. Types in the dictionary:
+///
+/// - paths are strings of their bytes;
+/// - times are integers, the seconds since 1970;
+/// - nested messages are dictionaries, and vectors are arrays;
+/// - an optional field without a value has no key.
 class FieldWriter {
  public:
   void operator()(std::string_view key, bool value) { m_dictionary.set(key, value); }
@@ -72,6 +78,7 @@ class FieldWriter {
   void requiredText(std::string_view key, const std::string& text) { (*this)(key, text); }
   void decimalSeconds(std::string_view key, std::chrono::seconds time) { (*this)(key, std::to_string(time.count())); }
 
+  /// The dictionary with all fields of the message.
   template <HasFields T>
   static propertylist::Dictionary write(const T& message) {
     FieldWriter writer;
@@ -83,16 +90,19 @@ class FieldWriter {
   propertylist::Dictionary m_dictionary;
 };
 
-/// Reads fields from a dictionary. After the first error the rest is left alone. Keys that no field asks for are
-/// ignored, so that a later version may send more.
+/// Reads the fields of a message from a dictionary. Stops at the first error. Ignores unknown keys, so that a later
+/// version can send more.
 ///
-/// Errors: `MissingKey` for an absent key, unless the field is optional or a boolean, which then keeps its value;
-/// `WrongType`; `BadArgument` for a number out of its range, and for a path that isn't absolute or contains a null
-/// character; `LimitExceeded` for a path of more than `longestPath` bytes.
+/// Errors:
+/// - `MissingKey`: a key is absent. Optional fields stay empty and booleans keep their initial value instead.
+/// - `WrongType`: a value has another type. Integers and reals aren't interchangeable.
+/// - `BadArgument`: a number is out of its range, or a path is relative or contains a null character.
+/// - `LimitExceeded`: a path has more than `longestPath` bytes.
 class FieldReader {
  public:
-  static constexpr std::size_t longestPath = 4096;
+  static constexpr std::size_t longestPath = 4096;  ///< bytes, as PATH_MAX of Linux
 
+  /// The dictionary must outlive the reader.
   explicit FieldReader(const propertylist::Dictionary& from) : m_from(from) {}
 
   void operator()(std::string_view key, bool& value);
@@ -116,26 +126,27 @@ class FieldReader {
   }
   template <HasFields T>
   void operator()(std::string_view key, T& part) {
-    if (const auto* const dictionary = find<propertylist::Dictionary>(key, "is no dictionary"))
+    if (const auto* const dictionary = find<propertylist::Dictionary>(key, "isn't a dictionary"))
       readPart(*dictionary, part);
   }
   template <HasFields T>
   void operator()(std::string_view key, std::vector<T>& parts) {
-    const auto* const array = find<propertylist::Array>(key, "is no list");
+    const auto* const array = find<propertylist::Array>(key, "isn't an array");
     for (const propertylist::Value& element : array ? *array : propertylist::Array()) {
       const auto* const dictionary = element.as<propertylist::Dictionary>();
-      if (!dictionary) return fail(Error::Code::WrongType, key, "is no list of dictionaries");
+      if (!dictionary) return fail(Error::Code::WrongType, key, "isn't an array of dictionaries");
       readPart(*dictionary, parts.emplace_back());
     }
   }
-  /// A text that isn't empty, of at most `longestPath` bytes.
+  /// A string that isn't empty and has at most `longestPath` bytes.
   void requiredText(std::string_view key, std::string& text);
-  /// A positive number of seconds, a century at most, as decimal text.
+  /// A number of seconds as decimal text, at least 1 and at most a century.
   void decimalSeconds(std::string_view key, std::chrono::seconds& time);
 
+  /// The first error, if any.
   Result<void> result() const { return m_failure ? Result<void>(*m_failure) : Result<void>(); }
 
-  /// The message with the fields of the dictionary; `initial` has what isn't read.
+  /// Reads a message. `initial` provides the values of members that aren't fields or whose keys are absent.
   template <HasFields T>
   static Result<T> read(const propertylist::Dictionary& from, T initial = {}) {
     FieldReader reader(from);
@@ -145,6 +156,7 @@ class FieldReader {
   }
 
  private:
+  /// Null, with `m_failure` set, if the key is absent or has another type.
   template <typename T>
   const T* find(std::string_view key, std::string_view refusal) {
     if (m_failure) return nullptr;

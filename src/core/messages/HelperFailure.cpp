@@ -12,21 +12,20 @@ constexpr std::string_view domainKey = "domain", codeKey = "code", descriptionKe
                            pathKey = "path", lineKey = "line", columnKey = "column", placeKey = "keyPath",
                            detailKey = "detail", writtenKey = "isWritten";
 
-std::optional<propertylist::Integer> integerIn(const propertylist::Dictionary& error, std::string_view key) {
-  const propertylist::Value* const value = error.find(key);
-  const auto* const number = value ? value->as<propertylist::Integer>() : nullptr;
-  return number ? std::optional(*number) : std::nullopt;
+/// None if the key is absent or has another type, as for all values of an error.
+template <typename T>
+std::optional<T> valueIn(const propertylist::Dictionary& error, std::string_view key) {
+  const T* const value = error.get<T>(key);
+  return value ? std::optional(*value) : std::nullopt;
 }
 
 std::optional<std::int64_t> numberIn(const propertylist::Dictionary& error, std::string_view key) {
-  const auto integer = integerIn(error, key);
+  const auto* const integer = error.get<propertylist::Integer>(key);
   return integer ? integer->toInt64() : std::nullopt;
 }
 
-std::optional<std::string> textIn(const propertylist::Dictionary& error, std::string_view key) {
-  const propertylist::Value* const value = error.find(key);
-  const auto* const text = value ? value->as<std::string>() : nullptr;
-  return text ? std::optional(*text) : std::nullopt;
+std::string textIn(const propertylist::Dictionary& error, std::string_view key) {
+  return valueIn<std::string>(error, key).value_or("");
 }
 
 std::size_t countIn(const propertylist::Dictionary& error, std::string_view key) {
@@ -52,17 +51,15 @@ std::optional<HelperFailure> readFailure(const propertylist::Dictionary& error) 
   const auto deed = numberIn(error, deedKey), cause = numberIn(error, causeKey);
   if (!deed || *deed < 0 || *deed > static_cast<int>(Deed::Log)) return std::nullopt;
   if (!cause || *cause < 0 || *cause > static_cast<int>(Error::lastCode)) return std::nullopt;
-  const propertylist::Value* const written = error.find(writtenKey);
-  const bool* const isWritten = written ? written->as<bool>() : nullptr;
   return HelperFailure{.deed = static_cast<Deed>(*deed),
                        .cause = {.code = static_cast<Error::Code>(*cause),
-                                 .message = textIn(error, detailKey).value_or(""),
-                                 .file = textIn(error, pathKey).value_or(""),
+                                 .message = textIn(error, detailKey),
+                                 .file = textIn(error, pathKey),
                                  .line = countIn(error, lineKey),
                                  .column = countIn(error, columnKey),
-                                 .keyPath = textIn(error, placeKey).value_or(""),
+                                 .keyPath = textIn(error, placeKey),
                                  .systemCode = static_cast<int>(numberIn(error, systemKey).value_or(0))},
-                       .isWritten = isWritten && *isWritten};
+                       .isWritten = valueIn<bool>(error, writtenKey).value_or(false)};
 }
 
 }  // namespace
@@ -98,7 +95,7 @@ HelperError HelperError::of(ActionErrorCode code) {
 
 HelperError HelperError::of(HelperFailure failure) {
   const auto action = failure.actionCode();
-  // Codes of our own are never 0, which would mean that there is no error.
+  // 0 would mean success, and `Error::Code` begins with 0.
   const int code = action ? static_cast<int>(*action) : static_cast<int>(failure.cause.code) + 1;
   HelperError error{.domain = action ? actionErrorDomain : helperErrorDomain,
                     .code = propertylist::Integer(code),
@@ -118,10 +115,10 @@ propertylist::Dictionary HelperError::dictionary() const {
 }
 
 HelperError HelperError::read(const propertylist::Dictionary& dictionary) {
-  return {.domain = textIn(dictionary, domainKey),
-          .code = integerIn(dictionary, codeKey),
-          .description = textIn(dictionary, descriptionKey),
-          .suggestion = textIn(dictionary, suggestionKey),
+  return {.domain = valueIn<std::string>(dictionary, domainKey),
+          .code = valueIn<propertylist::Integer>(dictionary, codeKey),
+          .description = valueIn<std::string>(dictionary, descriptionKey),
+          .suggestion = valueIn<std::string>(dictionary, suggestionKey),
           .failure = readFailure(dictionary)};
 }
 

@@ -8,44 +8,52 @@
 
 namespace mirvel {
 
-/// The domain of the errors for which the application has a text by their code alone.
+/// The domain of errors whose text the application derives from the code alone.
 inline constexpr const char* actionErrorDomain = "MirvelActionErrorDomain";
 
-enum class ActionErrorCode { NotConnected = 1, NotChanged = 4, NotChangedTryNewName = 5, NoLog = 7 };
+/// The codes of that domain.
+enum class ActionErrorCode {
+  NotConnected = 1,          ///< the helper couldn't be reached, or doesn't accept the request
+  NotChanged = 4,            ///< a file couldn't be written or deleted
+  NotChangedTryNewName = 5,  ///< likewise, because of its name
+  NoLog = 7,                 ///< the log couldn't be queried
+};
 
-/// The domain of all others, whose code is that of the cause. See `HelperFailure`.
+/// The domain of all other errors. Their code is derived from the cause; see `HelperFailure`.
 inline constexpr const char* helperErrorDomain = "MirvelHelperErrorDomain";
 
-/// What a helper couldn't do, and why. It travels in its parts, from which the application makes sentences in the
-/// user's language.
+/// An operation that failed in a helper, and the cause. It is sent as structured data, from which the application
+/// builds a message in the user's language.
 struct HelperFailure {
-  /// The numbers are those on the wire.
+  /// The operation. The numbers are used on the wire, and must not change.
   enum class Deed { Answer = 0, Write = 1, Delete = 2, Read = 3, Load = 4, Unload = 5, Test = 6, Log = 7 };
 
   Deed deed = Deed::Answer;
-  Error cause;
-  bool isWritten = false;  ///< the job's file has the content that was asked for; what followed failed
+  Error cause;             ///< with the path of the file, if one was involved
+  bool isWritten = false;  ///< the job's file has been written; a later step, such as loading, failed
 
-  /// Whether another name of the file may help.
+  /// Whether the cause is the name of the file, so that another name can help.
   bool isMatterOfName() const;
-  /// The code in the domain of actions: for files that can't be written or deleted, and for the log.
+  /// The code in `actionErrorDomain`; none for operations other than writing, deleting and querying the log.
   std::optional<ActionErrorCode> actionCode() const;
 };
 
-/// The error in a reply. One that comes from a helper of this version has a `failure`, or a code in the domain of
-/// actions; of others it is whatever could be read.
+/// The error in a reply. Helpers of this version send a `failure` or a code in `actionErrorDomain`; of other versions
+/// it contains the parts that could be read.
 struct HelperError {
   std::optional<std::string> domain = {};
   std::optional<propertylist::Integer> code = {};
-  std::optional<std::string> description = {};  ///< a sentence in English
+  std::optional<std::string> description = {};  ///< in English, for logs
   std::optional<std::string> suggestion = {};
   std::optional<HelperFailure> failure = {};
 
   static HelperError of(ActionErrorCode code);
+  /// With domain, code and description derived from the failure.
   static HelperError of(HelperFailure failure);
 
+  /// The form on the wire. Absent members have no key.
   propertylist::Dictionary dictionary() const;
-  /// Keys with values of another type, and a failure with an unknown deed or cause, are ignored.
+  /// Never fails. Ignores values of a wrong type, and a failure with an unknown operation or cause.
   static HelperError read(const propertylist::Dictionary& dictionary);
 };
 

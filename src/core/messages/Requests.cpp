@@ -4,7 +4,7 @@ namespace mirvel::messages {
 
 namespace {
 
-/// What precedes the fields of the content.
+/// The keys that all requests have. They share one dictionary with those of the content.
 struct Header {
   std::int64_t kind = 0;
   bool presentError = true;
@@ -52,7 +52,7 @@ Result<RequestContent> readContent(Kind kind, const propertylist::Dictionary& fr
     case Kind::Subscribe:
       return readAs<Subscribe>(from);
   }
-  return Error{.code = Error::Code::BadArgument, .message = "the request's key kind is unknown"};
+  return Error{.code = Error::Code::BadArgument, .message = "the key kind is unknown"};
 }
 
 }  // namespace

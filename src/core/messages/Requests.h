@@ -10,10 +10,14 @@
 #include "core/messages/Fields.h"
 #include "core/propertylist/Value.h"
 
-/// What a helper is asked for. Paths are absolute; a label is never sent empty, which could mean all jobs.
+/// The requests to a helper. Paths are absolute. A label is never sent empty, since tools could take that for all jobs.
+///
+/// To add a request, add a number to `Kind` and a struct with its fields here, the struct to `RequestContent`, its case
+/// to `readContent` in the source, and, if its answer has content, a reply in Replies.h. `RequestHandler` must then
+/// handle it, or it doesn't compile. A request that an older helper doesn't know is refused with `BadArgument`.
 namespace mirvel::messages {
 
-/// The numbers that name requests on the wire. 7 is reserved.
+/// The numbers of the requests on the wire. They must not change. 7 is reserved.
 enum class Kind {
   Write = 0,
   WriteAndLoad = 1,
@@ -28,14 +32,15 @@ enum class Kind {
   Subscribe = 33,
 };
 
-/// Writes a job file, whole or not at all; stops the job that it held, and loads the new one if it is enabled.
+/// Writes a job file atomically, and unloads the job that the file had contained. With `loads`, also loads the new job
+/// unless it is disabled.
 struct Write {
   std::filesystem::path path;
-  std::optional<std::filesystem::path> deletePath = {};  ///< of the file that this one replaces at another place
-  std::string string;                                    ///< the whole content
-  std::optional<std::string> label = {};                 ///< that the job had, which is stopped as well
-  std::optional<int> mode = {};                          ///< permissions that a new file has at most
-  bool loads = false;
+  std::optional<std::filesystem::path> deletePath = {};  ///< the previous location of a file that moves; it is deleted
+  std::string string;                                    ///< the content of the job file
+  std::optional<std::string> label = {};  ///< the previous label, if it has changed; that job is unloaded, too
+  std::optional<int> mode = {};           ///< the permissions of a new file are limited to these
+  bool loads = false;                     ///< sent as the kind, not as a field
 
   Kind kind() const { return loads ? Kind::WriteAndLoad : Kind::Write; }
   bool operator==(const Write&) const = default;
@@ -49,7 +54,7 @@ struct Write {
   }
 };
 
-/// Stops a job and deletes its file.
+/// Unloads a job and deletes its file.
 struct Delete {
   std::filesystem::path deletePath;
   std::optional<std::string> label = {};
@@ -63,7 +68,7 @@ struct Delete {
   }
 };
 
-/// Ends the helper after the requests about files that came before.
+/// Ends the helper, once it has completed the preceding requests that concern files.
 struct Quit {
   static Kind kind() { return Kind::Quit; }
   bool operator==(const Quit&) const = default;
@@ -71,7 +76,7 @@ struct Quit {
   static void fields(Self&, Fields&) {}
 };
 
-/// Stops a job, or a test run, whose files are deleted then.
+/// Unloads a job, or ends a test run and deletes its files.
 struct Unload {
   std::filesystem::path path;
   std::optional<std::string> label = {};
@@ -85,6 +90,7 @@ struct Unload {
   }
 };
 
+/// Loads the job of a file.
 struct Load {
   std::filesystem::path path;
 
@@ -96,11 +102,12 @@ struct Load {
   }
 };
 
-/// Runs a job once from a file that is written for it. Answered with `TestOutput` after its end, or after a minute.
+/// Writes a temporary job file and runs its job once. Answered with `TestOutput` when the job has ended, at the latest
+/// after a minute.
 struct Test {
-  std::filesystem::path testPath;
-  std::filesystem::path testOutputPath;
-  std::string string;  ///< the content of the file
+  std::filesystem::path testPath;        ///< of the temporary job file
+  std::filesystem::path testOutputPath;  ///< of the file that receives the output
+  std::string string;                    ///< the content of the job file
   std::optional<std::string> label = {};
 
   static Kind kind() { return Kind::Test; }
@@ -114,7 +121,7 @@ struct Test {
   }
 };
 
-/// Removes the helpers that were installed outside of the package.
+/// Removes helpers that were installed separately from the package.
 struct Uninstall {
   static Kind kind() { return Kind::Uninstall; }
   bool operator==(const Uninstall&) const = default;
@@ -122,10 +129,11 @@ struct Uninstall {
   static void fields(Self&, Fields&) {}
 };
 
+/// Which lines of the system log to return.
 struct LogQuery {
-  std::optional<std::string> lastString = {};  ///< the period as it was typed, such as "4h"
-  std::chrono::seconds period{};
-  std::string searchString;
+  std::optional<std::string> lastString = {};  ///< the period as entered, such as "4h"
+  std::chrono::seconds period{};               ///< how far to go back from now
+  std::string searchString;                    ///< text that the lines contain; not empty
 
   bool operator==(const LogQuery&) const = default;
   template <typename Self, typename Fields>
@@ -136,7 +144,7 @@ struct LogQuery {
   }
 };
 
-/// Asks for the lines of the last period that mention a text. Answered with `LogLines`.
+/// Queries the log. Answered with `LogLines`.
 struct Log {
   LogQuery query;
 
@@ -148,7 +156,7 @@ struct Log {
   }
 };
 
-/// Makes sure that the user's jobs run.
+/// Starts the host of the user's jobs, if the platform needs one and it isn't running.
 struct StartHost {
   static Kind kind() { return Kind::StartHost; }
   bool operator==(const StartHost&) const = default;
@@ -156,8 +164,8 @@ struct StartHost {
   static void fields(Self&, Fields&) {}
 };
 
-/// Asks for events on a topic. They carry the id of this request, which is in flight until it is cancelled; an answer
-/// before that ends the subscription.
+/// Subscribes to the events of a topic. They are sent with the id of this request, which stays unanswered until it is
+/// cancelled; a reply ends the subscription.
 struct Subscribe {
   std::string topic;
 
@@ -169,9 +177,10 @@ struct Subscribe {
   }
 };
 
+/// All requests.
 using RequestContent = std::variant<Write, Delete, Quit, Unload, Load, Test, Uninstall, Log, StartHost, Subscribe>;
 
-/// The secret in a request to the privileged helper, or in its greeting.
+/// The secret that authenticates a request to the privileged helper, or the greeting of a connection to it.
 struct AuthData {
   std::optional<propertylist::Data> authData = {};
 
@@ -182,16 +191,18 @@ struct AuthData {
   }
 };
 
+/// A complete request.
 struct Request {
   RequestContent content;
-  bool presentError = true;
-  bool privileged = false;
+  bool presentError = true;  ///< whether a failure is shown to the user
+  bool privileged = false;   ///< whether it is meant for the helper that acts as root
   AuthData authorisation = {};
 
   Kind kind() const;
+  /// The dictionary to send: the fields of the content and the common ones.
   propertylist::Dictionary write() const;
-  /// Errors are those of `FieldReader`, and `MissingKey` or `BadArgument` for an absent or unknown kind. Labels and the
-  /// content of files aren't looked at.
+  /// Fails like `FieldReader`, and with `MissingKey` or `BadArgument` for an absent or unknown kind. Doesn't validate
+  /// labels and the content of files.
   static Result<Request> read(const propertylist::Dictionary& dictionary);
 
   bool operator==(const Request&) const = default;

@@ -4,7 +4,7 @@
 
 namespace mirvel {
 
-/// What time it is.
+/// The current time. Logic that depends on it takes a clock, so that tests can set it. Thread-safe.
 class Clock {
  public:
   Clock() = default;
@@ -12,9 +12,9 @@ class Clock {
   Clock(const Clock&) = delete;
   Clock& operator=(const Clock&) = delete;
 
-  /// Seconds since 1970, with fractions.
+  /// Seconds since 1970 (UTC), with fractions. Can go backwards when the user sets the clock.
   virtual double secondsSince1970() const = 0;
-  /// The second that has begun.
+  /// The current time, rounded down to a whole second.
   std::chrono::sys_seconds currentSecond() const;
 };
 

@@ -4,7 +4,8 @@
 
 namespace mirvel {
 
-/// Lines for whoever looks after the program, not for its user. From any thread; a line stays whole.
+/// Output for administrators and developers; messages for the user go through `Interface`. Thread-safe: lines from
+/// different threads aren't mixed.
 class Console {
  public:
   Console() = default;
@@ -12,13 +13,13 @@ class Console {
   Console(const Console&) = delete;
   Console& operator=(const Console&) = delete;
 
-  /// A line on the standard output.
+  /// Writes a line, given without line end, to the standard output.
   virtual void print(const std::string& line) = 0;
-  /// A line in the log.
+  /// Writes a line to the log.
   virtual void log(const std::string& line) = 0;
 };
 
-/// The process's own: standard output, and standard error as its log.
+/// Writes to the standard output and, as the log, to the standard error of the process. Write errors are ignored.
 class StandardConsole final : public Console {
  public:
   void print(const std::string& line) override;

@@ -6,7 +6,7 @@
 
 namespace mirvel {
 
-/// Watches one folder for as long as it lives.
+/// Watches one folder until it is destroyed.
 class FolderMonitor {
  public:
   FolderMonitor() = default;
@@ -15,7 +15,7 @@ class FolderMonitor {
   FolderMonitor& operator=(const FolderMonitor&) = delete;
 };
 
-/// Makes folder monitors. For the main thread.
+/// Creates folder monitors. For the main thread.
 class FolderMonitors {
  public:
   FolderMonitors() = default;
@@ -23,9 +23,12 @@ class FolderMonitors {
   FolderMonitors(const FolderMonitors&) = delete;
   FolderMonitors& operator=(const FolderMonitors&) = delete;
 
-  /// Calls `folderDidChange` on the main thread when an entry of the folder comes, goes or is renamed, when the content
-  /// or the rights of a file directly in it change, and when the folder itself comes, goes or is replaced. The folder
-  /// need not exist, nor its parents. Bursts aren't thinned out, and one change may be told more than once.
+  /// Starts watching. `folderDidChange` is called on the main thread:
+  /// - when an entry of the folder is created, deleted or renamed;
+  /// - when the content or the permissions of a file directly in it change;
+  /// - when the folder itself is created, deleted or replaced.
+  /// Neither the folder nor its parents have to exist. Bursts aren't coalesced, and one change can be reported several
+  /// times. No calls are made after the monitor has been destroyed. Never null.
   virtual std::unique_ptr<FolderMonitor> watch(const std::filesystem::path& folder,
                                                std::function<void()> folderDidChange) = 0;
 };

@@ -10,56 +10,54 @@
 
 namespace mirvel {
 
-/// One connection to a helper. Requests run side by side, and are answered in any order. For the main thread, on which
-/// the callbacks run too.
+/// A connection to a helper process. Requests run concurrently and can be answered in any order. For the main thread,
+/// on which all callbacks run.
 class HelperConnection {
  public:
-  /// Of a request; never used again by the same connection.
+  /// Identifies a request; unique for the lifetime of the connection.
   using Id = std::int64_t;
   using Reply = std::function<void(const propertylist::Dictionary&)>;
   using Failure = std::function<void(const Error&)>;
-  /// What a request subscribed to; any number of times before its reply.
+  /// An event of a subscription; called any number of times before the reply.
   using Event = std::function<void(const propertylist::Dictionary&)>;
 
   HelperConnection() = default;
-  /// Closes the connection; none of the callbacks is called any more.
+  /// Closes the connection. Pending callbacks are dropped.
   virtual ~HelperConnection() = default;
   HelperConnection(const HelperConnection&) = delete;
   HelperConnection& operator=(const HelperConnection&) = delete;
 
-  /// Sends a request, and returns at once. Either `reply` or `failure` is called, once, and never before this returns,
-  /// unless the request is cancelled. `failure` gets `LimitExceeded` for a request that is too large or one too many,
-  /// which costs no other; every other failure is that of the whole connection: the helper can't be reached, has ended,
-  /// or has broken the rules. See `hasFailed`.
+  /// Sends a request and returns immediately. Exactly one of `reply` and `failure` is called, once and after this call
+  /// has returned, unless the request is cancelled first. A request that is too large or exceeds the number of
+  /// concurrent requests fails with `LimitExceeded`, without affecting others. All other failures are those of the
+  /// connection: the helper can't be reached, has exited or has violated the protocol; see `hasFailed`.
   virtual Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, Event event = {}) = 0;
-  /// Tells the helper that nobody waits for the request any more; it stops what it can stop without leaving anything
-  /// half done. None of the request's callbacks is called from now on. Without effect on a request that has been
-  /// answered.
+  /// Cancels a request: none of its callbacks is called any more, and the helper is notified, so that it stops what it
+  /// can stop without leaving anything half done. Has no effect on a request that has been answered.
   virtual void cancel(Id request) = 0;
-  /// Whether no request can succeed any more.
+  /// Whether the connection is unusable, so that all further requests will fail.
   virtual bool hasFailed() const = 0;
-  /// Closes the connection at once; requests without an answer fail, later.
+  /// Closes the connection immediately; pending requests fail asynchronously.
   virtual void invalidate() = 0;
 };
 
-/// Where connections come from. For the main thread.
+/// Creates connections to helpers. For the main thread.
 class HelperConnections {
  public:
-  /// Why there is no authorisation, where it wasn't the user who said no.
+  /// Why the privileged helper wasn't authorised, if the user didn't cancel.
   enum class Refusal {
     Unknown,
-    NotAuthorised,  ///< the password was wrong, or this user may not administer the machine
-    NoAgent,        ///< nothing is there that could ask the user
-    NoService,      ///< the system's service that decides can't be reached
-    NoTool,         ///< the tool that asks it isn't installed
+    NotAuthorised,  ///< wrong password, or the user isn't an administrator
+    NoAgent,        ///< there is no authentication agent that could ask for the password
+    NoService,      ///< the system's authorisation service can't be reached
+    NoTool,         ///< the tool that asks the service isn't installed
   };
 
-  /// What comes of an authorisation: a connection and the data that each request over it carries, or none, and whether
-  /// it was the user who said no.
+  /// The outcome of an authorisation.
   struct Privileged {
-    std::unique_ptr<HelperConnection> connection = {};
-    std::string authData = {};
-    bool isCancelled = false;
+    std::unique_ptr<HelperConnection> connection = {};  ///< null if not authorised
+    std::string authData = {};  ///< the secret that each request must contain; not empty if connected
+    bool isCancelled = false;   ///< the user cancelled the password dialog
     Refusal refusal = Refusal::Unknown;
   };
   using PrivilegedReply = std::function<void(Privileged)>;
@@ -69,10 +67,11 @@ class HelperConnections {
   HelperConnections(const HelperConnections&) = delete;
   HelperConnections& operator=(const HelperConnections&) = delete;
 
-  /// A connection to the helper that acts as the user. Null if it can't be made.
+  /// Connects to the helper that acts as the user, and starts it if necessary. Null on failure.
   virtual std::unique_ptr<HelperConnection> connectToAction() = 0;
-  /// Has the helper started that acts as root, of the version that the label names, which may ask the user for a
-  /// password. Exactly one of the two is called, once, later: `failure` if the asking itself failed.
+  /// Starts the helper that acts as root; the user may be asked for a password. `label` identifies the helper and its
+  /// version. Exactly one of the callbacks is called, once and asynchronously: `reply` with the outcome, or `failure`
+  /// if the authorisation couldn't be requested.
   virtual void connectToPrivileged(const std::string& label, PrivilegedReply reply,
                                    HelperConnection::Failure failure) = 0;
 };

@@ -29,9 +29,9 @@ int Interface::alert(const Alert& question) {
 }
 
 void Interface::remember(const Alert& question, int answer) {
-  const bool wentBack = question.buttons().size() > 1 && answer == question.escapeAnswer();
-  if (!question.suppression.empty() && !wentBack)
-    (void)m_defaults.set(question.suppression, true);  // at worst it comes again
+  const bool isCancelled = question.buttons().size() > 1 && answer == question.escapeAnswer();
+  if (!question.suppression.empty() && !isCancelled)
+    (void)m_defaults.set(question.suppression, true);  // on failure, the question is only asked again
 }
 
 void Interface::askAgain(const Alert& question) {

@@ -12,56 +12,57 @@
 
 namespace mirvel {
 
-/// A field that can't be saved as it stands.
+/// A field whose content prevents a save.
 struct InvalidField {
-  std::string message;  ///< which one it is
-  std::string reason;   ///< what is wrong with it
+  std::string message;  ///< names the field
+  std::string reason;   ///< why its content is invalid
 
   bool operator==(const InvalidField&) const = default;
 };
 
-/// A question to the user. A button without a title isn't there.
+/// A question or message with up to four buttons. Buttons without a title are left out. All texts are localised.
 struct Alert {
   std::string message;
   std::string informativeText = {};
   std::string defaultTitle;
   std::string alternateTitle = {};
   std::string otherTitle = {};
-  std::string cancelTitle = {};  ///< of a last one that does nothing, where the other three all do something
-  /// The button that loses nothing: Return, Escape and the close button all press it. None: Return presses the first
-  /// button, the others the last one that is there.
+  std::string cancelTitle = {};  ///< of a fourth button that does nothing, if the other three all do something
+  /// The answer that Return, Escape and the close button give, for questions where the wrong button would lose data.
+  /// Default: Return presses the first button, Escape and the close button the last one.
   std::optional<int> safeButton = {};
-  std::string suppression = {};  ///< boolean key of `Defaults` for "don't ask again"; empty: not offered
+  std::string suppression = {};  ///< key of the boolean setting for "don't ask again"; empty: not offered
 
   struct Button {
     std::string title;
     int answer;
   };
-  /// Those that are there, in their order.
+  /// The buttons with a title, in their order. There is at least one.
   std::vector<Button> buttons() const;
-  /// What Return answers.
+  /// The answer of the Return key.
   int returnAnswer() const;
-  /// What Escape answers, and the close button.
+  /// The answer of Escape and of the close button.
   int escapeAnswer() const;
 };
 
-/// A panel that asks for the place of a file to be written.
+/// A panel in which the user chooses where to write a file.
 struct SavePanel {
-  std::filesystem::path folder;  ///< shown first
-  std::string name;              ///< suggested
-  std::string allowedType;       ///< the one extension that the file may have
+  std::filesystem::path folder;  ///< the initial folder
+  std::string name;              ///< the suggested file name
+  std::string allowedType;       ///< the extension that the file gets, without dot
   bool canCreateDirectories = true;
 };
 
-/// A panel that asks for one file or folder that is there. Links are followed.
+/// A panel in which the user chooses an existing file or folder. Links are resolved.
 struct OpenPanel {
   bool choosesFolders = false;
   bool showsHiddenFiles = false;
-  std::vector<std::string> allowedTypes = {};  ///< extensions; empty: any file
+  std::vector<std::string> allowedTypes = {};  ///< extensions without dot; empty: any
 };
 
-/// What the logic asks of the user; modally, where nothing else is said. For the main thread. The shell shows it, tests
-/// answer it.
+/// Alerts and panels. All are modal unless stated otherwise: the call returns when the user has answered, and other
+/// tasks of the run loop run meanwhile. The shell implements them with widgets, tests with prepared answers. For the
+/// main thread.
 class Interface {
  public:
   /// Answers of an alert, in the order of its buttons.
@@ -70,37 +71,39 @@ class Interface {
   static constexpr int otherButton = 1002;
   static constexpr int cancelButton = 1003;
 
+  /// Both references must outlive this object.
   Interface(Defaults& defaults, const Localize& localize) : m_defaults(defaults), m_localize(localize) {}
   virtual ~Interface() = default;
   Interface(const Interface&) = delete;
   Interface& operator=(const Interface&) = delete;
 
-  /// Asks, and gives the button. If the user ticked "don't ask again", and didn't go back, the suppression key is set;
-  /// not to ask then is the caller's part.
+  /// Shows an alert and returns the answer. If the user ticked "don't ask again" and didn't press the button of Escape,
+  /// the suppression setting is set. The setting isn't consulted here: callers check it before they ask.
   int alert(const Alert& question);
-  /// Takes back that a question isn't to come again: the user went back after all.
+  /// Resets the suppression setting, because the user cancelled after all in a later step.
   void askAgain(const Alert& question);
-  /// Asks in a sheet on the main window and goes on at once; `completion` gets the button, on the main thread. A sheet
-  /// that ends with its window answers nothing.
+  /// Shows an alert as a sheet of the main window and returns immediately. `completion` is called with the answer on
+  /// the main thread; not at all if the window is closed meanwhile.
   virtual void beginSheet(const Alert& question, std::function<void(int)> completion) = 0;
-  /// Tells of a failure.
+  /// Shows an error alert with one button.
   virtual void error(const std::string& message, const std::string& informativeText) = 0;
-  /// Tells of a failure of the system.
+  /// Shows an error as an alert.
   void present(const Error& failure);
-  /// The one general alert for a failed save.
+  /// Shows the general alert for a failed save.
   void saveError();
-  /// The chosen path, with the allowed extension; none if the user cancels.
+  /// Returns the chosen path, with the allowed extension; none if the user cancels. Overwriting has been confirmed.
   virtual std::optional<std::filesystem::path> savePanel(const SavePanel& panel) = 0;
-  /// The chosen file or folder; none if the user cancels.
+  /// Returns the chosen file or folder; none if the user cancels.
   virtual std::optional<std::filesystem::path> openPanel(const OpenPanel& panel) = 0;
 
  protected:
   struct Answer {
     int button = defaultButton;
-    bool isSuppressed = false;
+    bool isSuppressed = false;  ///< "don't ask again" was ticked
   };
+  /// Shows a modal alert.
   virtual Answer showAlert(const Alert& question) = 0;
-  /// Sets the suppression key of a question whose "don't ask again" was ticked, unless it was answered by going back.
+  /// Sets the suppression setting, unless the question was answered by cancelling.
   void remember(const Alert& question, int answer);
 
  private:

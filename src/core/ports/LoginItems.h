@@ -2,34 +2,37 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/base/Image.h"
 #include "core/base/Result.h"
 
+// What the desktop starts at login.
+
 namespace mirvel {
 
 class LoginItem;
 
-/// The platform's lists of what starts when the user logs in.
+/// The lists of the platform. Implementations run tools or read folders, so calls can take seconds.
 class LoginItems {
  public:
-  /// An entry of the user's own list. What an entry doesn't tell is absent.
+  /// An entry of the user's own list. Members that the entry doesn't specify are absent.
   struct Listed {
     std::optional<std::string> name;
-    std::optional<std::string> path;  ///< of what is started
-    std::string kind = {};            ///< what the platform calls it, such as "Application"
-    std::optional<Image> icon = {};   ///< where the entry names one
-    std::string file = {};            ///< of the entry itself; empty: it has none of its own
+    std::optional<std::string> path;  ///< of the program or document that is opened
+    std::string kind = {};            ///< the platform's term for it, such as "Application"
+    std::optional<Image> icon = {};   ///< only if the entry specifies one
+    std::string file = {};            ///< the path of the entry itself; empty if it isn't a file
   };
-  /// What an application brings along.
+  /// An item that is installed with an application.
   struct Bundled {
     std::string name;             ///< of the application
     std::string itemName;         ///< file name of the item
     std::string itemPath;         ///< of the item
     std::string applicationPath;  ///< of the application
     std::optional<Image> icon = {};
-    std::string file = {};  ///< of the entry itself, which tells it from others; empty: the application
+    std::string file = {};  ///< the path of the entry itself, which identifies it; empty: the application does
   };
 
   LoginItems() = default;
@@ -37,12 +40,24 @@ class LoginItems {
   LoginItems(const LoginItems&) = delete;
   LoginItems& operator=(const LoginItems&) = delete;
 
-  /// Both are in the platform's order, empty where the platform doesn't answer, and may wait for it. For the fetch
-  /// queue.
+  /// Both return the items in the order of the platform, or nothing if it doesn't answer. They block; call them on the
+  /// fetch queue.
   virtual std::vector<Listed> listed() = 0;
   virtual std::vector<Bundled> bundled() = 0;
-  /// Takes the entry from the user's own list; none there is no error. May wait. For the main thread.
+  /// Removes the entry from the user's own list. Succeeds if there is no such entry. Blocks; for the main thread.
   virtual Result<void> remove(const LoginItem& item) = 0;
+};
+
+/// Enables and disables the background agent as a login item. For the main thread.
+class AgentSwitch {
+ public:
+  AgentSwitch() = default;
+  virtual ~AgentSwitch() = default;
+  AgentSwitch(const AgentSwitch&) = delete;
+  AgentSwitch& operator=(const AgentSwitch&) = delete;
+
+  /// `identifier` is the bundle identifier of the agent. Returns false if the platform refused.
+  virtual bool setEnabled(std::string_view identifier, bool isEnabled) = 0;
 };
 
 }  // namespace mirvel

@@ -12,8 +12,8 @@
 #include "core/catalogue/PrivilegedHelperTool.h"
 #include "core/catalogue/StartupItem.h"
 #include "core/files/ReplaceFile.h"
-#include "core/scan/NameSorter.h"
 #include "core/scan/ReadAhead.h"
+#include "core/scan/SortByKey.h"
 
 namespace mirvel {
 
@@ -24,10 +24,10 @@ std::span<const Kind> kindsToScan(bool showSystemJobs) {
   return Kind::visibleKinds;
 }
 
-/// A file that was written a moment ago may be written again within the same tick of the file system's clock: its date
-/// would stay, and so would the cached bytes.
+/// Whether the file can be cached. A file that has just been written may be written again within the same tick of the
+/// file system's clock; its stamp would be the same, and the cache would keep the outdated content.
 bool isSettled(const JobFolder::Stamp& stamp) {
-  constexpr std::chrono::seconds tick(2);
+  constexpr std::chrono::seconds tick(2);  // the resolution of FAT file systems
   return stamp.modified + tick < std::chrono::system_clock::now().time_since_epoch();
 }
 
@@ -97,7 +97,7 @@ Jobs FetchOperation::jobsInFolder(Kind kind, const std::filesystem::path& path) 
 }
 
 Jobs FetchOperation::launchdJobs(Kind kind, const JobFolder& folder, const JobFolder::Entries& entries) {
-  // Of a folder with more files than the cache holds, each would have gone before it is asked for again.
+  // In a folder with more files than the cache can hold, each entry would be evicted before it is used again.
   m_isCaching = entries.size() <= FileCache::countLimit;
   const bool isCached = m_isCaching && m_hasOldCache;
   ReadAhead ahead(folder, entries, m_isCaching);
@@ -146,7 +146,7 @@ std::optional<JobFile> FetchOperation::fileOf(const JobFolder& folder, const std
 }
 
 std::nullopt_t FetchOperation::unreadable(const Error& error, const URL& url) const {
-  // What has gone since it was listed isn't worth a word.
+  // A file that was deleted since the folder was listed isn't a problem.
   if (error.code != Error::Code::NotFound) m_tools.console.log(unreadableJobLine(url.text()));
   return std::nullopt;
 }

@@ -19,7 +19,7 @@
 
 namespace mirvel {
 
-/// What scans share, made once; used on the fetch queue only.
+/// Resources that scans share. Used on the fetch queue only, and kept between scans for the sake of the cache.
 struct ScanTools {
   const Collator& collator;
   LoginItems& loginItems;
@@ -28,39 +28,46 @@ struct ScanTools {
   FileCache cache = {};
 };
 
-/// One scan of all job folders.
+/// One scan of all job folders and login items. Created on the main thread, run on the fetch queue.
 class FetchOperation {
  public:
-  /// `oldJobs` is the catalogue at this moment, of which only what tells the jobs apart is kept. To be made on the main
-  /// thread, which alone may touch these jobs. The tools outlive the operation.
+  /// `oldJobs` is the current catalogue. Only what identifies the jobs is copied, since the jobs themselves may be
+  /// accessed on the main thread only; so the constructor must be called there. The tools must outlive the operation.
   FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanTools& tools);
 
-  /// Ends the scan at its next step, with nothing found. From any thread.
+  /// Ends the scan at its next step, without result. Thread-safe.
   void cancel() { m_isCancelled = true; }
   bool isCancelled() const { return m_isCancelled; }
 
-  /// Runs the scan, for the thread of the fetch queue.
+  /// Runs the scan. Files that can't be read or aren't jobs are reported to the console and skipped.
   void main();
 
-  /// After `main`: what was found, if it differs from the old jobs.
+  /// The result, once `main` has returned: all jobs, by kind and name. None if the scan was cancelled, or if the jobs
+  /// are the same as before.
   std::optional<Jobs> jobs;
 
  private:
+  /// All jobs; none once the scan is cancelled.
   Jobs scan();
   Jobs jobsOf(Kind kind);
   Jobs jobsInFolder(Kind kind, const std::filesystem::path& path);
   Jobs launchdJobs(Kind kind, const JobFolder& folder, const JobFolder::Entries& entries);
   Jobs otherJobs(Kind kind, const JobFolder& folder, const JobFolder::Entries& entries);
   std::shared_ptr<Job> readOther(Kind kind, const URL& url) const;
+  /// A file that isn't read in batches: a link, or one that may be cached. None if it doesn't exist or isn't valid.
   std::optional<JobFile> fileOf(const JobFolder& folder, const std::string& name, const URL& url);
+  /// A file that was read in a batch.
   std::optional<JobFile> freshFile(const Result<ReadAhead::Contents>& contents, const URL& url);
+  /// Logs the error.
   std::nullopt_t unreadable(const Error& error, const URL& url) const;
+  /// Parses the file, and adds it to the cache if possible. Logs errors.
   std::optional<JobFile> parsed(std::string_view bytes, const JobFolder::Stamp& stamp, const URL& url);
   Jobs sorted(const Jobs& unsorted) const;
 
+  /// Whether the jobs are those of the catalogue.
   bool isOld(const Jobs& found) const;
 
-  /// What a job of the catalogue was when the scan began: jobs belong to the main thread.
+  /// The identity of a job of the catalogue when the scan began.
   struct OldJob {
     Checksum checksum;
     Kind kind;
@@ -71,8 +78,8 @@ class FetchOperation {
   std::vector<OldJob> m_oldJobs;
   ScanSettings m_settings;
   ScanTools& m_tools;
-  bool m_isCaching = true;     // of the folder that is being read
-  bool m_hasOldCache = false;  // of an earlier scan
+  bool m_isCaching = true;     // whether the folder being read is cached
+  bool m_hasOldCache = false;  // whether the cache has entries of an earlier scan
   std::atomic<bool> m_isCancelled = false;
 };
 

@@ -12,6 +12,7 @@ namespace mirvel {
 /// For one thread at a time.
 class FileCache {
  public:
+  /// The maximum number of entries, enough for the job folders of most machines.
   static constexpr std::size_t countLimit = 700;
 
   bool isEmpty() const { return m_entries.empty(); }

@@ -11,27 +11,29 @@
 
 namespace mirvel {
 
-/// Reads the regular files of a folder in batches. If reading and decoding alternated file by file, the kernel and the
-/// decoder would evict each other from the processor's cache. For one thread at a time.
+/// Reads the regular files of a folder in batches of 32. Alternating between reading and decoding for every file would
+/// be slower, since kernel and decoder evict each other's code and data from the processor's cache. Not thread-safe.
 class ReadAhead {
  public:
+  /// The content of a file.
   struct Contents {
     std::string_view bytes;
     JobFolder::Stamp stamp;
   };
 
-  /// The folder and its entries outlive the reader. Without stamps those of the contents say nothing.
+  /// The references must outlive this object. Without `withStamps`, the stamps of the contents aren't set.
   ReadAhead(const JobFolder& folder, const JobFolder::Entries& entries, bool withStamps)
       : m_folder(folder), m_entries(entries), m_withStamps(withStamps) {}
 
-  /// What the entry with this index holds, which was listed as a regular file. The bytes stay until an entry farther on
-  /// is asked for.
+  /// The content of the entry with this index, which must have been listed as a regular file. Indexes must be requested
+  /// in ascending order. The bytes are valid until the next call. Fails like `JobFolder::readListed`.
   const Result<Contents>& read(std::size_t index);
 
  private:
   static constexpr std::size_t batchSize = 32;
   static constexpr std::size_t roomSize = std::size_t{64} << 10U;
 
+  /// Reads the batch that begins with this entry.
   void fill(std::size_t first);
   Result<Contents> readEntry(const std::string& name, std::string& overflow);
 

@@ -26,11 +26,11 @@ std::string entries(const Interval& interval) {
   const auto add = [&result](Key key, const std::optional<std::int64_t>& number) {
     if (number) append(result, ", ", std::string(Interval::text(key)) + ' ' + std::to_string(*number));
   };
-  add(Key::month, interval.month);
-  add(Key::day, interval.day);
-  add(Key::weekday, interval.weekday);
-  add(Key::hour, interval.hour);
-  add(Key::minute, interval.minute);
+  add(Key::Month, interval.month);
+  add(Key::Day, interval.day);
+  add(Key::Weekday, interval.weekday);
+  add(Key::Hour, interval.hour);
+  add(Key::Minute, interval.minute);
   return result;
 }
 

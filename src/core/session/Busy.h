@@ -7,8 +7,10 @@
 
 namespace mirvel {
 
-/// Counts what is in progress, of one sort. Each piece of work holds a token for as long as it runs, so that the end of
-/// one never ends another. For the main thread.
+/// Counts operations of one kind that are in progress, such as saves. Each operation holds a token while it runs, so
+/// that the end of one operation can't hide that another one is still running. For the main thread.
+///
+///     const Busy::Token token = saving.begin();  // isBusy() until the token is destroyed
 class Busy {
   struct State {
     int count = 0;
@@ -16,7 +18,8 @@ class Busy {
   };
 
  public:
-  /// One piece of work; over when the token is destroyed, released or assigned to. May outlive the `Busy`.
+  /// An operation in progress. It ends when the token is destroyed, released or assigned to; a moved-from token is
+  /// empty. Tokens may outlive the `Busy`.
   class Token {
    public:
     Token() = default;
@@ -30,6 +33,7 @@ class Busy {
     Token& operator=(const Token&) = delete;
     ~Token() { release(); }
 
+    /// Ends the operation now. Does nothing if it has ended.
     void release() {
       const auto state = std::exchange(m_state, {}).lock();
       if (state && --state->count == 0) state->changed.post();
@@ -45,13 +49,14 @@ class Busy {
   Busy(const Busy&) = delete;
   Busy& operator=(const Busy&) = delete;
 
+  /// Starts an operation, which runs until the token ends it.
   [[nodiscard]] Token begin() {
     Token token(m_state);
     if (++m_state->count == 1) m_state->changed.post();
     return token;
   }
   bool isBusy() const { return m_state->count > 0; }
-  /// Posted when the first piece of work begins and when the last one ends.
+  /// Posted when the first operation begins and when the last one ends.
   Signal<>& changed() { return m_state->changed; }
 
  private:

@@ -8,9 +8,11 @@
 
 namespace mirvel {
 
-/// Owns the list of all known jobs. A scan replaces it as a whole. For the main thread.
+/// Owns the list of all known jobs. A scan replaces it as a whole, so pointers to jobs outlive it only if they are
+/// shared. For the main thread.
 class Catalogue {
  public:
+  /// In the order of their kinds, and within a kind by name.
   const Jobs& jobs() const { return m_jobs; }
   /// The first job with this URL; null if there is none.
   std::shared_ptr<Job> jobAt(const URL& url) const {
@@ -19,7 +21,8 @@ class Catalogue {
     }
     return nullptr;
   }
-  /// Replaces all jobs, and returns the old ones: destroying thousands takes a while.
+  /// Replaces all jobs. Returns the old ones, so that the caller can destroy them on another thread: with thousands of
+  /// jobs, that takes long enough to be noticed.
   Jobs publish(Jobs jobs) {
     m_willChange.post(m_jobs, jobs);
     return std::exchange(m_jobs, std::move(jobs));

@@ -21,7 +21,7 @@ bool isAmong(const Jobs& jobs, const std::shared_ptr<Job>& selected) {
 
 Mode CurrentMode::chosen() const {
   const auto stored = m_defaults.selectedMode();
-  return stored >= 0 && stored < 4 ? static_cast<Mode>(stored) : Mode::grid;
+  return stored >= 0 && stored < 4 ? static_cast<Mode>(stored) : Mode::Grid;
 }
 
 ModeType* CurrentMode::view() const {
@@ -53,10 +53,11 @@ void CurrentMode::setFilter(const Jobs& jobs, const std::string& text) {
 void CurrentMode::keepSelection() const {
   markSelected();
   DetailType* const detail = m_shell.detail;
-  if (detail && detail->detailTab() == DetailTab::noSelection) detail->updateDetail();
+  if (detail && detail->detailTab() == DetailTab::NoSelection) detail->updateDetail();
 }
 
 void CurrentMode::update(const Jobs& jobs) {
+  // A copy, since setFilter assigns to the member that its parameter would refer to.
   if (!m_filter.empty()) return setFilter(jobs, std::string(m_filter));
   if (ModeType* const mode = view()) mode->update(jobs);
 }

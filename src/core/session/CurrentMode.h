@@ -11,31 +11,32 @@ class Defaults;
 class Selection;
 struct Shell;
 
-/// The mode in which the main window shows the catalogue. Owns the filter. For the main thread.
+/// The mode in which the main window shows the catalogue, such as the list. Owns the filter. For the main thread.
 class CurrentMode {
  public:
-  /// All outlive it.
+  /// All references must outlive this object.
   CurrentMode(const Shell& shell, const Defaults& defaults, Selection& selection)
       : m_shell(shell), m_defaults(defaults), m_selection(selection) {}
 
-  /// The mode that the user chose; grid mode if the setting is out of range.
+  /// The mode that the user has chosen; the grid if the setting is out of range.
   Mode chosen() const;
-  /// The chosen mode or, if it isn't registered, the first one that is. Null if none is.
+  /// The view of the chosen mode or, if that isn't registered, the first one that is. Null if none is.
   ModeType* view() const;
 
-  /// Empty: all jobs are shown.
+  /// The text for which the jobs are filtered; empty if all are shown.
   const std::string& filter() const { return m_filter; }
-  /// Shows those of the jobs that contain the text, ignoring case and accents: in their text content, name or path.
-  /// An empty text shows all jobs, and the details of the selected one. Does nothing without a mode.
+  /// Sets the filter and shows the jobs that match it; see `filtered`. If the selected job doesn't match, nothing is
+  /// marked, but it stays selected. An empty text shows all jobs, and the details of the selected one. Does nothing,
+  /// and keeps the previous filter, if no mode is registered.
   void setFilter(const Jobs& jobs, const std::string& text);
-  /// Drops the filter; what is shown stays until the next update.
+  /// Removes the filter. The view changes with the next update only.
   void clearFilter() { m_filter.clear(); }
-  /// Shows other jobs, through the filter.
+  /// Shows other jobs, filtered.
   void update(const Jobs& jobs);
 
-  /// Marks the selected job, and leaves the details as they are.
+  /// Marks the selected job in the view. The details don't change.
   void markSelected() const;
-  /// Selects a job, which needn't be in the catalogue yet, and marks it.
+  /// Selects a job and marks it in the view. It may be new, and not in the catalogue yet.
   void select(const std::shared_ptr<Job>& job) const;
 
  private:
@@ -47,7 +48,7 @@ class CurrentMode {
   std::string m_filter;
 };
 
-/// The jobs that contain the text, in their order.
+/// The jobs whose name, path or text content contains the text, ignoring case and accents, in their order.
 Jobs filtered(const Jobs& jobs, const std::string& text);
 
 }  // namespace mirvel

@@ -2,17 +2,17 @@
 
 namespace mirvel {
 
-/// What the detail pane shows. The number is that of the tab.
+/// The content of the details pane. The values are the indexes of its tabs.
 enum class DetailTab : int {
-  noSelection = 0,
-  launchdDisplay = 1,
-  launchdEdit = 2,
-  loginItem = 3,
-  startupItem = 4,
-  privilegedHelperTool = 5,
+  NoSelection = 0,
+  LaunchdDisplay = 1,
+  LaunchdEdit = 2,
+  LoginItem = 3,
+  StartupItem = 4,
+  PrivilegedHelperTool = 5,
 };
 
-/// The pane with the details of the selected job.
+/// The pane with the details of the selected job. Implemented by the shell; for the main thread.
 class DetailType {
  public:
   DetailType() = default;
@@ -20,20 +20,20 @@ class DetailType {
   DetailType(const DetailType&) = delete;
   DetailType& operator=(const DetailType&) = delete;
 
-  /// Shows the selected job, or that there is none.
+  /// Shows the selected job, or a placeholder if none is selected.
   virtual void updateDetail() = 0;
-  /// Drops what is shown, whatever is selected.
+  /// Shows the placeholder, whatever is selected.
   virtual void clearDetail() = 0;
-  /// Draws the icon of the selected job anew.
+  /// Redraws the icon of the selected job.
   virtual void updateIcon() = 0;
   virtual DetailTab detailTab() const = 0;
-  /// Leaves the editor for what the job is.
+  /// Replaces the editor by the read-only view.
   virtual void showDisplay() = 0;
-  /// Has the selected job edited.
+  /// Opens the selected job in the editor, or refreshes the editor if it is open.
   virtual void showEdit() = 0;
 };
 
-/// The detail pane while a job is edited.
+/// The details pane while a job is edited. Implemented by the shell; for the main thread.
 class EditType {
  public:
   EditType() = default;
@@ -41,17 +41,17 @@ class EditType {
   EditType(const EditType&) = delete;
   EditType& operator=(const EditType&) = delete;
 
-  /// Enables the buttons by the program's state.
+  /// Enables or disables the buttons, depending on whether a scan or save is running.
   virtual void updateButtons() = 0;
   /// Shows whether there are unsaved changes.
   virtual void refreshEditedState() = 0;
-  /// Takes over what is being typed.
+  /// Commits the field that has the focus.
   virtual void endEditing() {}
-  /// Takes over what is being typed, and saves the job.
+  /// Commits the field that has the focus, and saves the job.
   virtual void save() = 0;
-  /// Goes back to what was read.
+  /// Discards the unsaved changes.
   virtual void discardEdits() = 0;
-  /// The edits are saved, or are no longer to be.
+  /// Called when the changes have been saved or discarded.
   virtual void saveCompleted() = 0;
 };
 

@@ -27,13 +27,14 @@ std::shared_ptr<Launchd> Editing::selected() const {
   return m_selection.launchd();
 }
 
-/// The contents of the file that the job was read from, or that a save has written since.
+/// The checksum of the content from which the job was read, or which a save has written since.
 std::string Editing::checksumLastSeen(const std::shared_ptr<Launchd>& job) const {
   if (job == m_writtenJob.lock()) return m_writtenChecksum;
   return job->isToBeReadAgain() ? std::string() : job->checksum.text();
 }
 
-/// If the job is still to be read again, the file counts as it is now: later changes are those of other programs.
+/// If the job is waiting to be read again, the current content of the file counts as seen; only later changes are those
+/// of other programs.
 std::string Editing::checksumAtStart(const std::shared_ptr<Launchd>& job) const {
   std::string seen = checksumLastSeen(job);
   if (!seen.empty()) return seen;
@@ -79,7 +80,7 @@ void Editing::dropOldSteps() {
   constexpr std::size_t mostSteps = 1000;
   if (m_done.size() <= mostSteps) return;
   m_done.erase(m_done.begin());
-  m_wasChanged = true;  // undoing all that is left isn't back to what was read
+  m_wasChanged = true;  // undoing the remaining steps doesn't lead back to what was read
 }
 
 bool Editing::continuesStep(Step step, std::string_view field) {
@@ -126,7 +127,7 @@ void Editing::swap(std::vector<State>& from, std::vector<State>& to) {
   if (m_shell.detail) m_shell.detail->showEdit();
   if (m_shell.edit) m_shell.edit->refreshEditedState();
   if (m_hasUnsavedChanges) return;
-  // A save that failed may have written its file all the same.
+  // A failed save may have written the file, so the record isn't necessarily what the file contains.
   if (!m_sentChecksum.empty()) job->readAgain();
   m_reverted.post();
 }

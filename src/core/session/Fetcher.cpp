@@ -16,7 +16,7 @@
 
 namespace mirvel {
 
-/// Shared with the scans, which may outlive the program's end by a moment.
+/// Shared with the scans: a cancelled scan can still be running when the fetcher is destroyed.
 struct Fetcher::Tools {
   Tools(const Foundation& foundation, const Platform& platform)
       : embeddedList(platform.processRunner, foundation.commands.launchctl),
@@ -65,7 +65,7 @@ void Fetcher::fetchJobs() {
   m_platform.fetchQueue.add(
       [operation, tools = m_tools, &queue = m_platform.mainQueue, publication = std::move(publication)] {
         operation->main();
-        // The scan that cancelled this one will end the loading.
+        // If this scan was cancelled by a new one, that one ends the loading state.
         if (!operation->isCancelled()) queue.post(publication);
       });
 }
@@ -85,8 +85,8 @@ void Fetcher::publish(FetchOperation& operation) {
       if (m_shell.mainWindow) m_shell.mainWindow->validateVisibleItems();
     });
   }
-  // Edits that began during the scan would be lost with their job, and a save is only half done; a scan follows when
-  // they are saved or dropped.
+  // Publishing would replace the edited job, and lose edits that began during the scan; and while a save runs, the scan
+  // may have seen an intermediate state. Another scan follows when the changes have been saved or discarded.
   if (!operation.jobs || m_editing.hasUnsavedChanges() || m_saving.isBusy()) return;
   replaceJobs(*std::move(operation.jobs));
 }
@@ -96,7 +96,7 @@ void Fetcher::replaceJobs(Jobs jobs) {
   auto old = std::make_shared<Jobs>(m_catalogue.publish(std::move(jobs)));
   followMovedSelection(*old);
   jobsDidUpdate();
-  // Destroying ten thousand jobs takes a while; the main thread needn't wait for it.
+  // Destroying ten thousand jobs would block the main thread noticeably.
   m_platform.fetchQueue.add([old = std::move(old)]() mutable { old.reset(); });
 }
 
@@ -117,7 +117,7 @@ void Fetcher::reconcileSelection() {
   const URL url = m_selection.job()->url;
   if (const auto job = m_catalogue.jobAt(url)) {
     if (ModeType* const mode = m_currentMode.view()) mode->select(url);
-    // A filter may hide the job from the mode; it is selected all the same, as it now is.
+    // The mode doesn't select the job if the filter hides it.
     if (!m_editing.hasUnsavedChanges()) m_selection.replace(job);
     return;
   }

@@ -17,34 +17,41 @@ struct Notifications;
 struct Platform;
 struct Shell;
 
-/// Scans the machine's jobs and publishes what it finds. For the main thread; the scan itself runs on the fetch queue.
+/// Starts scans and publishes their results to the catalogue, the current mode and the selection. For the main thread;
+/// the scan itself runs on the fetch queue.
 class Fetcher {
  public:
-  /// All outlive it. It is `scanning` as long as a scan runs, and publishes nothing while something is `saving`.
+  /// All references must outlive this object. `scanning` is busy while a scan runs; results that arrive while `saving`
+  /// is busy are dropped.
   Fetcher(const Foundation& foundation, const Platform& platform, Catalogue& catalogue, Selection& selection,
           CurrentMode& currentMode, Editing& editing, Notifications& notifications, const Shell& shell, Busy& scanning,
           const Busy& saving);
+  /// Cancels a running scan. It may go on for a moment, with resources that it shares.
   ~Fetcher();
   Fetcher(const Fetcher&) = delete;
   Fetcher& operator=(const Fetcher&) = delete;
 
-  /// Starts a scan, which takes the place of a running one. Not to be called while there are unsaved changes.
+  /// Cancels a running scan and starts a new one. Must not be called while there are unsaved changes.
   void fetchJobs();
-  /// Starts a scan unless there are unsaved changes.
+  /// Starts a scan, unless there are unsaved changes.
   void refresh();
-  /// Whether a scan has ended since the program started.
+  /// Whether any scan has been completed.
   bool hasScanned() const { return m_hasScanned; }
-  /// Publishes another catalogue: shows it in the current mode, filtered, and reconciles the selection with it.
+  /// Replaces the catalogue: shows the jobs in the current mode, filtered, and updates the selection.
   void replaceJobs(Jobs jobs);
-  /// Finds the selected job again in a catalogue that was replaced, gives the jobs their custom icons, and posts
-  /// `jobsUpdated`.
+  /// To be called after the catalogue has been replaced: finds the selected job in it or clears the selection, assigns
+  /// custom icons, and posts `jobsUpdated`.
   void jobsDidUpdate();
 
  private:
   void scanningChanged();
+  /// Runs on the main thread when a scan has ended.
   void publish(FetchOperation& operation);
+  /// Lets the selection follow a file that another program has moved; see `findMoved`.
   void followMovedSelection(const Jobs& old);
+  /// Selects the new object for the selected job, or nothing if the job has disappeared.
   void reconcileSelection();
+  /// Assigns the custom icons, and redraws the selected job if its icon has changed.
   void matchIcons();
 
   struct Tools;
@@ -60,14 +67,14 @@ class Fetcher {
   Busy& m_busy;
   const Busy& m_saving;
   std::shared_ptr<Tools> m_tools;
-  std::shared_ptr<FetchOperation> m_operation;
+  std::shared_ptr<FetchOperation> m_operation;  ///< the last scan that was started
   Busy::Token m_scanning;
   bool m_hasScanned = false;
   Delay m_delay;
 };
 
-/// The job of a new catalogue whose file is that of a job of the old one, moved by another program: the only one with
-/// its label, new at its place, while the old file is gone. Null if there is none.
+/// Finds a job whose file another program has moved: the only launchd job among `newJobs` with the same label, at a
+/// location that none of `oldJobs` had, while the file of `job` no longer exists. Null if there is none.
 std::shared_ptr<Job> findMoved(const Job& job, const Jobs& oldJobs, const Jobs& newJobs);
 
 }  // namespace mirvel

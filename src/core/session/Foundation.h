@@ -14,11 +14,12 @@
 
 namespace mirvel {
 
-/// What every program of the family stands on: folders, tools, settings and texts.
+/// The basis of every program with access to jobs: folders, tools, settings and texts. Exists once per process, and
+/// outlives everything that depends on it. For the main thread, except for the const members, which are thread-safe.
 struct Foundation {
-  /// `catalogues` holds the translations; `locale` is the user's by default; the environment may name
-  /// another one for dates and times. A program that only reads leaves a damaged
-  /// file of settings where it is.
+  /// `catalogues` is the folder with the translations. `locale` is the user's by default; the environment can specify
+  /// another one for dates and times (`LC_TIME`). `damaged` says what happens to a damaged settings file: programs that
+  /// only read, such as the command-line tool, leave it in place.
   Foundation(Roots theRoots, Environment theEnvironment, const std::filesystem::path& catalogues = {},
              const std::string& locale = Localize::currentLocale(),
              Defaults::Damaged damaged = Defaults::Damaged::SetAside)
@@ -29,15 +30,15 @@ struct Foundation {
         localize(locale, catalogues, Localize::timeLocale(locale, environment)),
         collator(locale) {}
 
-  const Environment environment;
-  const Roots roots;
-  const Commands commands;
-  StoreTroubles storeTroubles;  ///< of all files that the program keeps for itself
-  Defaults defaults;
-  const Localize localize;
-  const Collator collator;
+  const Environment environment;  ///< of the process when it started
+  const Roots roots;              ///< the folders with jobs and data; tests use temporary ones
+  const Commands commands;        ///< paths of system tools
+  StoreTroubles storeTroubles;    ///< problems with the property lists that the program keeps for itself
+  Defaults defaults;              ///< the settings
+  const Localize localize;        ///< the texts in the user's language
+  const Collator collator;        ///< the order of texts in the user's language
 
-  /// For a scan that starts now.
+  /// A snapshot of the settings for a scan, which runs on another thread.
   ScanSettings scanSettings() const {
     return {.roots = roots,
             .osascript = commands.osascript,

@@ -8,10 +8,12 @@ namespace mirvel {
 
 class JobMenu;
 
-/// The ways in which the main window shows the catalogue, in the order of its tabs. The number is stored.
-enum class Mode : int { grid = 0, tree = 1, list = 2, timeline = 3 };
+/// The ways in which the main window shows the catalogue, in the order of its tabs. The values are stored in the
+/// settings, and must not change.
+enum class Mode : int { Grid = 0, Tree = 1, List = 2, Timeline = 3 };
 
-/// What shows the catalogue in one mode. For the main thread.
+/// A view that shows the catalogue in one mode. A job can be marked in it, which is independent of the selection: the
+/// filter can hide the selected job. Implemented by the shell; for the main thread.
 class ModeType {
  public:
   ModeType() = default;
@@ -19,18 +21,18 @@ class ModeType {
   ModeType(const ModeType&) = delete;
   ModeType& operator=(const ModeType&) = delete;
 
-  /// Marks the job at the URL, shows it, and, unless there are unsaved changes, makes it the selected job. Does nothing
-  /// if the mode shows no such job.
+  /// Marks the job with this URL, scrolls to it and, unless there are unsaved changes, selects it. Does nothing if the
+  /// view doesn't show it.
   virtual void select(const URL& url) = 0;
-  /// Marks this very job and shows it. The selected job stays.
+  /// Marks exactly this job and scrolls to it. The selection doesn't change.
   virtual void select(const std::shared_ptr<Job>& job) = 0;
-  /// Shows other jobs.
+  /// Replaces the jobs that are shown.
   virtual void update(const Jobs& jobs) = 0;
-  /// Drops the details, and leaves nothing marked. The selected job stays.
+  /// Marks nothing, and clears the details. The selection doesn't change.
   virtual void deselect() = 0;
-  /// Fills the menu of a job.
+  /// Adds the commands for a job to its context menu.
   virtual void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) = 0;
-  /// Draws the entry of a job anew.
+  /// Redraws the entry of a job.
   virtual void reloadJob(const std::shared_ptr<Job>&) {}
 };
 

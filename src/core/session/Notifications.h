@@ -7,15 +7,16 @@ namespace mirvel {
 
 class Job;
 
-/// Events of the program as a whole. For the main thread.
+/// Events that concern the whole program. Subscriptions end when their `Subscription` is destroyed. For the main
+/// thread.
 struct Notifications {
-  Signal<> loadingChanged;    ///< a scan started or ended
-  Signal<> jobsUpdated;       ///< a changed catalogue is published
-  Signal<Job> iconGiven;      ///< the user gave the job an icon
-  Signal<URL, URL> jobMoved;  ///< a save moved a job's file: from where, and to where
-  Signal<> rootChanged;       ///< the job being edited is to run as root from now on
-  Signal<> hostChanged;       ///< the host of the user's jobs can't be started, or can again
-  Signal<> appStatusChanged;  ///< the application became the active one, or stopped being it
+  Signal<> loadingChanged;    ///< a scan has started or ended
+  Signal<> jobsUpdated;       ///< a changed catalogue has been published, and the selection updated
+  Signal<Job> iconGiven;      ///< the user has assigned an icon to the job
+  Signal<URL, URL> jobMoved;  ///< a save has moved a job's file; the old and the new location
+  Signal<> rootChanged;       ///< the job being edited will run as root from now on
+  Signal<> hostChanged;       ///< whether the host of the user's jobs can be started has changed
+  Signal<> appStatusChanged;  ///< the application has become active or inactive
 };
 
 }  // namespace mirvel

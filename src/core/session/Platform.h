@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/base/ThreadWorkQueue.h"
-#include "core/ports/AgentSwitch.h"
 #include "core/ports/Clock.h"
 #include "core/ports/Console.h"
 #include "core/ports/FolderMonitor.h"
@@ -14,20 +13,21 @@
 
 namespace mirvel {
 
-/// What the program asks of the platform. All outlive the program that is given them.
+/// The ports through which the program accesses the platform. The shell provides implementations with Qt, tests provide
+/// fakes. All must outlive the program.
 struct Platform {
   MainQueue& mainQueue;
-  WorkQueue& fetchQueue;  ///< "Fetch queue"
-  WorkQueue& fileQueue;   ///< for questions to disks that may be slow
+  WorkQueue& fetchQueue;  ///< a background thread for scans
+  WorkQueue& fileQueue;   ///< a background thread for accesses to disks that may be slow
   Interface& interface;
   Workspace& workspace;
   FolderMonitors& folderMonitors;
-  ProcessRunner& processRunner;  ///< also used on the fetch queue
+  ProcessRunner& processRunner;  ///< used on the main thread and on the fetch queue
   LoginItems& loginItems;        ///< used on the fetch queue
-  AgentSwitch* agentSwitch;      ///< null where the agent can't be switched
+  AgentSwitch* agentSwitch;      ///< null if the platform can't switch the agent
   Console& console;
   const Clock& clock;
-  HelperConnections* helpers;  ///< null where there are none: nothing can be saved
+  HelperConnections* helpers;  ///< null without helpers: nothing can be saved then
 };
 
 }  // namespace mirvel

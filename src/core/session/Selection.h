@@ -9,20 +9,22 @@ namespace mirvel {
 
 class Launchd;
 
-/// Owns the selected jobs. For the main thread.
+/// Owns the selection: the jobs to which commands apply. For the main thread.
 class Selection {
  public:
-  /// The job whose details are shown; null unless exactly one is selected.
+  /// The selected job, whose details are shown; null unless exactly one is selected.
   std::shared_ptr<Job> job() const { return m_jobs.size() == 1 ? m_jobs.front() : nullptr; }
   /// The same job, if it is a launchd job; null otherwise.
   std::shared_ptr<Launchd> launchd() const;
+  /// All selected jobs; empty if none is.
   const Jobs& jobs() const { return m_jobs; }
-  /// Selects that job alone; null selects nothing. Posts `changed` even if it is selected already, since its details
-  /// may have been cleared meanwhile.
+  /// Selects this job only; null clears the selection. Posts `changed` even if the job is already selected, since the
+  /// details may have been cleared meanwhile.
   void select(const std::shared_ptr<Job>& job);
-  /// Puts a newer reading of the selected job in its place. The selection is the same, so nothing is posted.
+  /// Replaces the selected job by the object that a newer scan has created for the same file. Nothing is posted, since
+  /// the selection is still the same.
   void replace(const std::shared_ptr<Job>& job);
-  /// Posted after each `select`.
+  /// Posted after each call of `select`.
   Signal<>& changed() { return m_changed; }
 
  private:

@@ -4,7 +4,6 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "core/files/URL.h"
@@ -15,22 +14,12 @@ namespace mirvel::messages {
 struct LogLine;
 }
 
-/// The names under which sheets are asked for.
-namespace mirvel::String {
-
-inline constexpr std::string_view new_ = "New";
-inline constexpr std::string_view duplicate = "Duplicate";
-inline constexpr std::string_view importSegue = "Import";
-inline constexpr std::string_view restoreDeleted = "Restore Deleted";
-inline constexpr std::string_view test = "Test";
-inline constexpr std::string_view log = "Log";
-inline constexpr std::string_view info = "Info";
-
-}  // namespace mirvel::String
-
 namespace mirvel {
 
-/// The main window, as far as the logic touches it.
+/// The sheets of the main window.
+enum class Sheet { New, Duplicate, Import, RestoreDeleted, Test, Log, Info };
+
+/// The main window, as seen by the core. Implemented by the shell; for the main thread.
 class MainWindowType {
  public:
   MainWindowType() = default;
@@ -38,28 +27,31 @@ class MainWindowType {
   MainWindowType(const MainWindowType&) = delete;
   MainWindowType& operator=(const MainWindowType&) = delete;
 
+  /// Sets the title, which also names the window in the window list.
   virtual void setTitle(const std::string& title) = 0;
-  /// Whether the title bar shows the title.
+  /// Shows or hides the title in the title bar.
+  /// Sets the title, which also names the window in the window list.
   virtual void setTitleVisible(bool isVisible) = 0;
-  /// The mark of unsaved work.
+  /// Shows or hides the mark of unsaved changes.
   virtual void setEdited(bool isEdited) = 0;
-  /// Enables each item of the toolbar by its rule.
+  /// Enables or disables the items of the toolbar.
   virtual void validateVisibleItems() = 0;
-  /// Brings the tab of a mode to the front, and marks it in the toolbar.
+  /// Shows the tab of a mode, and checks its button in the toolbar.
   virtual void showMode(Mode mode) = 0;
-  /// Empties the search field, and nothing else.
+  /// Empties the search field, without changing the filter.
   virtual void clearFilter() = 0;
+  /// Gives the search field the focus.
   virtual void focusOnFilter() = 0;
-  /// Whether there is a search field that can be seen.
+  /// Whether the search field is visible.
   virtual bool hasFilterField() const = 0;
-  /// Whether a sheet is up.
+  /// Whether a sheet is open.
   virtual bool hasSheet() const = 0;
   virtual bool isFullScreen() const = 0;
   virtual void toggleFullScreen() = 0;
   virtual void showAbout() = 0;
 };
 
-/// What shows the output of a test run.
+/// A view that waits for the output of a test run.
 class TestType {
  public:
   TestType() = default;
@@ -67,10 +59,11 @@ class TestType {
   TestType(const TestType&) = delete;
   TestType& operator=(const TestType&) = delete;
 
+  /// The test run has ended. `output` is everything it has printed.
   virtual void testFinished(const std::string& output) = 0;
 };
 
-/// What shows the log of a job.
+/// A view that shows the log of a job.
 class LogType {
  public:
   LogType() = default;
@@ -78,30 +71,31 @@ class LogType {
   LogType(const LogType&) = delete;
   LogType& operator=(const LogType&) = delete;
 
-  /// The oldest line first.
+  /// The query has been answered; the oldest line comes first.
   virtual void logReplyReceived(const std::vector<messages::LogLine>& lines) = 0;
-  /// The query has ended without an answer.
+  /// The query has failed or been cancelled.
   virtual void clear() = 0;
 };
 
-/// The parts of the program that are there only at times: whoever is one puts itself in, and takes itself out when it
-/// goes. Null or empty: nobody to tell. For the main thread.
+/// The parts of the shell that the core can reach. Components register themselves here and unregister in their
+/// destructor; members are null or empty while there is no such component, and notifications to it are dropped. For the
+/// main thread.
 struct Shell {
-  std::array<ModeType*, 4> modes{};  ///< by the number of `Mode`
+  std::array<ModeType*, 4> modes{};  ///< by the value of `Mode`
   DetailType* detail = nullptr;
   EditType* edit = nullptr;
   MainWindowType* mainWindow = nullptr;
   TestType* test = nullptr;
   LogType* log = nullptr;
-  std::map<std::string_view, std::function<void()>> segues;  ///< the sheets that can be shown, by name (`Segue.h`)
-  std::function<void()> importJob;                           ///< asks which file
-  std::function<void()> exportJob;                           ///< asks where to
-  std::function<void(const URL& script)> editScript;         ///< opens it in the script editor
-  std::function<void()> saveScript;                          ///< set while the front window edits a script: saves it
+  std::map<Sheet, std::function<void()>> sheets;      ///< open a sheet; only for the sheets that can be opened
+  std::function<void()> importJob;                    ///< asks for the file to import
+  std::function<void()> exportJob;                    ///< asks for the file to write
+  std::function<void(const URL& script)> editScript;  ///< opens it in the script editor
+  std::function<void()> saveScript;                   ///< only while the active window is a script editor
   std::function<void()> emptyIconCache;
-  std::function<void(bool isManual)> checkForUpdate;
-  std::function<void()> endPrivilegedConnection;  ///< set while such a connection is open
-  std::function<void()> terminate;                ///< asks the application to quit
+  std::function<void(bool isManual)> checkForUpdate;  ///< `isManual`: also report that there is no update
+  std::function<void()> endPrivilegedConnection;      ///< only while such a connection is open
+  std::function<void()> terminate;                    ///< asks the application to quit, which the user can refuse
 };
 
 }  // namespace mirvel

@@ -11,7 +11,7 @@
 
 #include "core/files/ReadFile.h"
 #include "core/files/RegularFile.h"
-#include "core/messages/DateKey.h"
+#include "core/messages/Replies.h"
 #include "core/process/FileDescriptor.h"
 #include "core/text/Strings.h"
 

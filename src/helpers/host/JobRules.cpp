@@ -47,7 +47,7 @@ std::set<std::string> unusableIntervals(const jobfile::Plist& plist) {
   std::set<std::string> indexes;
   for (const auto& value : plist.opaqueValues()) {
     const auto& path = value.path;
-    const bool isTime = path.front() == jobfile::Plist::text(jobfile::Plist::CodingKeys::startCalendarInterval) &&
+    const bool isTime = path.front() == jobfile::Plist::text(jobfile::Plist::CodingKeys::StartCalendarInterval) &&
                         jobfile::StartCalendarInterval::Interval::codingKey(path.back());
     if (isTime) indexes.insert(path.size() > 2 ? path[1] : "");
   }
@@ -106,10 +106,10 @@ std::vector<std::string> unservedKeys(const jobfile::Plist& plist) {
   const auto note = [&](bool isPresent, Keys key) {
     if (isPresent) result.emplace_back(jobfile::Plist::text(key));
   };
-  note(plist.sockets.has_value(), Keys::sockets);
-  note(plist.machServices.has_value(), Keys::machServices);
-  note(plist.launchEvents.has_value(), Keys::launchEvents);
-  note(plist.inetdCompatibility.has_value(), Keys::inetdCompatibility);
+  note(plist.sockets.has_value(), Keys::Sockets);
+  note(plist.machServices.has_value(), Keys::MachServices);
+  note(plist.launchEvents.has_value(), Keys::LaunchEvents);
+  note(plist.inetdCompatibility.has_value(), Keys::InetdCompatibility);
   return result;
 }
 
@@ -124,9 +124,9 @@ std::vector<std::string> unusableValues(const jobfile::Plist& plist) {
 
 Result<void> checkRunnable(const jobfile::Plist& plist, uid_t user) {
   using Keys = jobfile::Plist::CodingKeys;
-  std::vector<Keys> essential = {Keys::program, Keys::programArguments, Keys::workingDirectory};
+  std::vector<Keys> essential = {Keys::Program, Keys::ProgramArguments, Keys::WorkingDirectory};
   if (user == 0) {
-    essential.insert(essential.end(), {Keys::userName, Keys::groupName, Keys::rootDirectory, Keys::umask});
+    essential.insert(essential.end(), {Keys::UserName, Keys::GroupName, Keys::RootDirectory, Keys::Umask});
   }
   for (const Keys key : essential) {
     if (isUnusable(plist, key)) return unusableError(key, "without it the job would not do what its file says");

@@ -75,7 +75,7 @@ Error unusableError(jobfile::Plist::CodingKeys key, const std::string& consequen
 }
 
 Result<bool> isEnabled(const jobfile::Plist& plist) {
-  constexpr auto key = jobfile::Plist::CodingKeys::disabled;
+  constexpr auto key = jobfile::Plist::CodingKeys::Disabled;
   if (isUnusable(plist, key)) return unusableError(key, "the job may be disabled");
   return plist.disabled != true;
 }

@@ -26,10 +26,10 @@ bool showsHiddenFiles() {
 CreationSheets::CreationSheets(Program& program, IconLoader& icons, QWidget& window)
     : m_program(program), m_window(window) {
   Shell& shell = program.shell;
-  shell.segues[String::new_] = [this, &icons] { show<NewViewController>(icons); };
-  shell.segues[String::importSegue] = [this] { show<ImportViewController>(); };
-  shell.segues[String::duplicate] = [this] { show<DuplicateViewController>(); };
-  shell.segues[String::restoreDeleted] = [this] { show<RestoreSheet>(); };
+  shell.sheets[Sheet::New] = [this, &icons] { show<NewViewController>(icons); };
+  shell.sheets[Sheet::Import] = [this] { show<ImportViewController>(); };
+  shell.sheets[Sheet::Duplicate] = [this] { show<DuplicateViewController>(); };
+  shell.sheets[Sheet::RestoreDeleted] = [this] { show<RestoreSheet>(); };
   shell.importJob = [&program] { importAction(program.creationContext, showsHiddenFiles()); };
   shell.exportJob = [&program] { exportJob(program.selection, program.foundation.roots, program.platform.interface); };
   new ImportDrop(program, window);
@@ -37,10 +37,10 @@ CreationSheets::CreationSheets(Program& program, IconLoader& icons, QWidget& win
 
 CreationSheets::~CreationSheets() {
   Shell& shell = m_program.shell;
-  shell.segues.erase(String::new_);
-  shell.segues.erase(String::importSegue);
-  shell.segues.erase(String::duplicate);
-  shell.segues.erase(String::restoreDeleted);
+  shell.sheets.erase(Sheet::New);
+  shell.sheets.erase(Sheet::Import);
+  shell.sheets.erase(Sheet::Duplicate);
+  shell.sheets.erase(Sheet::RestoreDeleted);
   shell.importJob = nullptr;
   shell.exportJob = nullptr;
 }

@@ -55,22 +55,22 @@ DetailViewController::~DetailViewController() {
 
 QWidget* DetailViewController::childOf(DetailTab tab) const {
   switch (tab) {
-    case DetailTab::launchdDisplay:
+    case DetailTab::LaunchdDisplay:
       return m_display;
-    case DetailTab::launchdEdit:
+    case DetailTab::LaunchdEdit:
       return m_edit;
-    case DetailTab::loginItem:
-    case DetailTab::startupItem:
-    case DetailTab::privilegedHelperTool:
+    case DetailTab::LoginItem:
+    case DetailTab::StartupItem:
+    case DetailTab::PrivilegedHelperTool:
       return m_otherJob;
-    case DetailTab::noSelection:
+    case DetailTab::NoSelection:
       break;
   }
   return m_noSelection;
 }
 
 void DetailViewController::show(DetailTab tab) {
-  if (tab != m_detailTab && tab != DetailTab::launchdEdit) passKeysOn();
+  if (tab != m_detailTab && tab != DetailTab::LaunchdEdit) passKeysOn();
   setCurrentWidget(childOf(tab));
   if (std::exchange(m_detailTab, tab) == tab) return;
   m_context.mainWindow.updateTitle();
@@ -85,15 +85,15 @@ void DetailViewController::passKeysOn() const {
 
 void DetailViewController::updateTab() {
   switch (m_detailTab) {
-    case DetailTab::noSelection:
+    case DetailTab::NoSelection:
       return;
-    case DetailTab::launchdDisplay:
+    case DetailTab::LaunchdDisplay:
       return m_display->updateDetail();
-    case DetailTab::launchdEdit:
+    case DetailTab::LaunchdEdit:
       return m_edit->updateDetail();
-    case DetailTab::loginItem:
-    case DetailTab::startupItem:
-    case DetailTab::privilegedHelperTool:
+    case DetailTab::LoginItem:
+    case DetailTab::StartupItem:
+    case DetailTab::PrivilegedHelperTool:
       return m_otherJob->updateDetail();
   }
 }
@@ -108,7 +108,7 @@ void DetailViewController::clearDetail() {
   m_display->clearDetail();
   m_edit->clearDetail();
   if (m_context.shell.edit) m_context.shell.edit->updateButtons();
-  show(DetailTab::noSelection);
+  show(DetailTab::NoSelection);
 }
 
 void DetailViewController::updateIcon() {
@@ -120,13 +120,13 @@ void DetailViewController::updateIcon() {
 void DetailViewController::showDisplay() {
   m_context.editing.reset();
   if (!m_context.selection.job()) return updateDetail();
-  show(DetailTab::launchdDisplay);
+  show(DetailTab::LaunchdDisplay);
   updateTab();
 }
 
 void DetailViewController::showEdit() {
-  const bool isEntering = m_detailTab != DetailTab::launchdEdit;
-  show(DetailTab::launchdEdit);
+  const bool isEntering = m_detailTab != DetailTab::LaunchdEdit;
+  show(DetailTab::LaunchdEdit);
   updateTab();
   if (isEntering) m_edit->focusOnFirst();
 }

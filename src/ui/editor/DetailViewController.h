@@ -36,7 +36,7 @@ class DetailViewController final : public QStackedWidget, private DetailType {
   void passKeysOn() const;
 
   const EditorContext m_context;
-  DetailTab m_detailTab = DetailTab::noSelection;
+  DetailTab m_detailTab = DetailTab::NoSelection;
   QWidget* m_noSelection;
   LaunchdDisplayViewController* m_display;
   LaunchdEditViewController* m_edit;

@@ -39,7 +39,7 @@ void RunMenuButton::fill() {
   m_menu->clear();
   m_menu->addAction(qt(m_localize.ellipsis().choose()), this, [this] { choose(); });
   if (content.offersTest) {
-    m_menu->addAction(qt(EditorTexts(m_localize).test()), this, [this] { m_shell.segues.at(String::test)(); });
+    m_menu->addAction(qt(EditorTexts(m_localize).test()), this, [this] { m_shell.sheets.at(Sheet::Test)(); });
   }
   if (!content.file) return;
   m_menu->addSeparator();

@@ -27,20 +27,20 @@ QWidget& ModeTabs::view(Mode mode) {
 
 QWidget* ModeTabs::makeView(Mode mode) {
   switch (mode) {
-    case Mode::grid:
+    case Mode::Grid:
       return new GridModeView(m_program, m_icons);
-    case Mode::tree:
+    case Mode::Tree:
       return new TreeModeView(m_program, m_icons);
-    case Mode::timeline:
+    case Mode::Timeline:
       return new TimelineModeView(m_program);
-    case Mode::list:
+    case Mode::List:
       break;
   }
   return new ListModeView(m_program, m_icons);
 }
 
 ListModeView& ModeTabs::listMode() {
-  return static_cast<ListModeView&>(view(Mode::list));
+  return static_cast<ListModeView&>(view(Mode::List));
 }
 
 }  // namespace mirvel::ui

@@ -74,10 +74,10 @@ void Toolbar::addModes() {
     layout->addWidget(button);
     m_modes[mode] = button;
   };
-  add(Mode::grid, "view-grid", WindowTexts(localize).grid());
-  add(Mode::tree, "view-tree", WindowTexts(localize).tree());
-  add(Mode::list, "view-list", WindowTexts(localize).list());
-  add(Mode::timeline, "view-timeline", WindowTexts(localize).timeline());
+  add(Mode::Grid, "view-grid", WindowTexts(localize).grid());
+  add(Mode::Tree, "view-tree", WindowTexts(localize).tree());
+  add(Mode::List, "view-list", WindowTexts(localize).list());
+  add(Mode::Timeline, "view-timeline", WindowTexts(localize).timeline());
   addWidget(segments);
   connect(group, &QButtonGroup::idToggled, this, [this](int id, bool isOn) {
     if (isOn && !m_isMarking) m_program.mainWindow.switchMode(static_cast<Mode>(id));

@@ -5,7 +5,6 @@
 
 #include "core/base/Signal.h"
 #include "core/base/ThreadWorkQueue.h"
-#include "core/ports/Limit.h"
 #include "core/ports/MainQueue.h"
 #include "support/VirtualQueue.h"
 

@@ -9,7 +9,7 @@
 
 namespace mirvel {
 
-/// Command repairs for the home folder /Users/x, over fakes and defaults of their own.
+/// Command repairs with the home folder /Users/x, fakes and settings of their own.
 struct RepairsFixture : testing::Test {
   testdata::TemporaryFolder folder;
   Defaults defaults{folder.path() / "defaults.plist"};

@@ -40,7 +40,7 @@ class CopiedJobsTest : public CreationFixture {
 
 TEST_F(CopiedJobsTest, TheSheetOpensOnceThereIsAFileToImport) {
   int count = 0;
-  program().shell.segues[String::importSegue] = [&] { ++count; };
+  program().shell.sheets[Sheet::Import] = [&] { ++count; };
   importAction(program().creationContext, true);
   EXPECT_EQ(count, 0);
   EXPECT_TRUE(interface.openPanels.at(0).showsHiddenFiles);

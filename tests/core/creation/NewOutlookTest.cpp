@@ -19,7 +19,7 @@ TEST(NewOutlookTest, OneSentenceSaysWhatWillHappen) {
     plist.runAtLoad = false;
   };
   const Change all = [](jobfile::Plist& plist) {
-    plist.keepAlive = jobfile::KeepAlive({}, {}, true, {}, {});
+    plist.keepAlive = jobfile::KeepAlive{.successfulExit = true};
     plist.startInterval = 7200;
     plist.watchPaths = {"/home/x/A b"};
   };

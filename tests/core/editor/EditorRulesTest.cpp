@@ -63,13 +63,16 @@ TEST_F(EditorRulesTest, TheDetailsShowWhatTheRecordHoldsAndNothingElse) {
   using WhenRules::Display;
   const ValueTexts texts(foundation.localize, roots.home);
   EXPECT_EQ(WhenRules::display(Plist(), texts), Display());
-  EXPECT_EQ(WhenRules::display(recordWith(KeepAlive(false, true, {}, {}, {})), texts), Display{.keepAlive = false});
+  EXPECT_EQ(WhenRules::display(recordWith(KeepAlive{.bool_ = false, .crashed = true}), texts),
+            Display{.keepAlive = false});
   EXPECT_EQ(WhenRules::display(recordWith(KeepAlive()), texts), Display{.keepAlive = true});
 
-  Plist plist = recordWith(KeepAlive({}, true, false, jobfile::StringMap<bool>{{roots.home / "x", true}, {"/b", false}},
-                                     jobfile::StringMap<bool>{{"org.b", false}, {"", true}}));
-  plist.keepAlive->networkState = true;
-  plist.keepAlive->afterInitialDemand = false;
+  Plist plist = recordWith(KeepAlive{.successfulExit = false,
+                                     .networkState = true,
+                                     .pathState = jobfile::StringMap<bool>{{roots.home / "x", true}, {"/b", false}},
+                                     .otherJobEnabled = jobfile::StringMap<bool>{{"org.b", false}, {"", true}},
+                                     .crashed = true,
+                                     .afterInitialDemand = false});
   plist.runAtLoad = false;
   plist.startOnMount = true;
   plist.startInterval = 60;

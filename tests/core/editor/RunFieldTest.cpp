@@ -40,7 +40,7 @@ TEST_F(RunFieldTest, TheMenuOffersWhatTheProgramCanDo) {
     return RunMenu::of(program().shell, program().repairs, command, "");
   };
   EXPECT_EQ(menu("/bin/sh ~/x"), (RunMenu{false, roots.home / "x", false}));
-  program().shell.segues[String::test] = [] {};
+  program().shell.sheets[Sheet::Test] = [] {};
   program().shell.editScript = [](const URL&) {};
   EXPECT_EQ(menu(""), RunMenu());
   EXPECT_EQ(menu("ls"), (RunMenu{true, std::nullopt, false}));

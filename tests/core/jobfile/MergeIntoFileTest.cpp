@@ -7,7 +7,7 @@
 namespace mirvel::jobfile {
 namespace {
 
-TEST(MergeIntoFileTest, OnlyWhatWasEditedComesFromTheRecord) {
+TEST(MergeIntoFileTest, OnlyEditsComeFromTheRecord) {
   const Dict x{{"x", 1}};
   const Dict odd{{"x", 1}, {"Odd", "kept"}};
   const Dict other{{"x", 2}, {"Other", "kept"}};
@@ -28,8 +28,8 @@ TEST(MergeIntoFileTest, OnlyWhatWasEditedComesFromTheRecord) {
        Dict{{"a", Dict{{"b", Dict{{"x", 3}}}}}}, Dict{{"a", Dict{{"b", Dict{{"x", 3}, {"Odd", "kept"}}}}}}},
       {"elements in their places", List{odd, other}, List{x, Dict{{"x", 2}}}, List{x, Dict{{"x", 3}}},
        List{odd, Dict{{"x", 3}, {"Other", "kept"}}}},
-      {"an element behind", List{odd}, List{x}, List{x, x}, List{odd, x}},
-      {"an element in front", List{odd}, List{x}, List{Dict{{"x", 9}}, x}, List{Dict{{"x", 9}}, odd}},
+      {"an element at the end", List{odd}, List{x}, List{x, x}, List{odd, x}},
+      {"an element at the beginning", List{odd}, List{x}, List{Dict{{"x", 9}}, x}, List{Dict{{"x", 9}}, odd}},
       {"an element between", List{odd, other}, List{x, Dict{{"x", 2}}}, List{x, 7, Dict{{"x", 2}}},
        List{odd, 7, other}},
       {"a removed element", List{odd, other}, List{x, Dict{{"x", 2}}}, List{Dict{{"x", 2}}}, List{other}},

@@ -88,7 +88,7 @@ std::vector<std::string> opaqueTexts(const Plist& record) {
   return texts;
 }
 
-TEST(UnfitValuesTest, BelowAKeyTheyAreToldAndCanBeRemoved) {
+TEST(UnfitValuesTest, BelowAKeyTheyAreReportedAndCanBeRemoved) {
   Plist record = loaded(nested);
   EXPECT_THAT(opaqueTexts(record), ElementsAre("EnvironmentVariables.B", "KeepAlive.Odd", "KeepAlive.SuccessfulExit",
                                                "LaunchEvents.s.e.deep", "MachServices.b", "Sockets.L[1].SockPathMode",

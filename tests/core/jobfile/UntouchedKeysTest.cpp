@@ -5,9 +5,9 @@
 #include <tuple>
 
 #include "core/catalogue/Launchd.h"
-#include "core/commands/TextAsEdited.h"
 #include "core/jobfile/JobFile.h"
 #include "core/jobfile/PlistKeys.h"
+#include "core/jobfile/RunString.h"
 #include "support/RecordingConsole.h"
 #include "support/TestData.h"
 #include "support/Untouched.h"
@@ -15,110 +15,64 @@
 namespace mirvel::jobfile {
 namespace {
 
-// One change of each type of value, and which entry below the key it is about.
-std::string change(std::string& value) {
-  value += " changed";
-  return {};
-}
-std::string change(std::optional<bool>& value) {
-  value = !value.value_or(false);
-  return {};
-}
-std::string change(std::optional<std::int64_t>& value) {
-  value = value == 4711 ? 4712 : 4711;
-  return {};
-}
-std::string change(std::optional<std::string>& value) {
-  value = value.value_or("") + " changed";
-  return {};
-}
-template <typename Texts>
-std::string addText(Texts& texts) {
-  if (!texts) texts.emplace();
-  texts->emplace_back("changed");
-  return {};
-}
-std::string change(std::optional<std::vector<std::string>>& value) {
-  return addText(value);
-}
-std::string change(Boxed<std::vector<std::string>>& value) {
-  return addText(value);
-}
-std::string change(std::optional<StringMap<std::string>>& value) {
-  if (!value) value.emplace();
-  (*value)["Changed"] = "changed";
-  return "Changed";
-}
-template <typename Value>
-Value& madePresent(Boxed<Value>& value) {
-  return value ? *value : value.emplace();
-}
-std::string change(Boxed<StringMap<std::vector<std::string>>>& value) {
-  madePresent(value)["Changed"] = {"changed"};
-  return "Changed";
-}
-std::string change(Boxed<KeepAlive>& value) {
-  KeepAlive& keepAlive = madePresent(value);
-  if (keepAlive.bool_) {
-    keepAlive.bool_ = !*keepAlive.bool_;
-    return {};
+/// Changes a value, absent or not, and returns the entry below its key that is affected, if it isn't the whole value.
+struct Change {
+  std::string operator()(std::string& value) const { return value += " changed", ""; }
+  std::string operator()(bool& value) const { return value = !value, ""; }
+  std::string operator()(std::int64_t& value) const { return value = value == 4711 ? 4712 : 4711, ""; }
+  std::string operator()(std::vector<std::string>& value) const { return value.emplace_back("changed"), ""; }
+  std::string operator()(LimitLoadToSessionType& value) const { return (*this)(value.types); }
+  std::string operator()(Umask& value) const { return value.int_ = value.int_ == 63 ? 62 : 63, ""; }
+  std::string operator()(ResourceLimits& value) const { return value.stack = 4711, "Stack"; }
+  template <typename Element>
+  std::string operator()(StringMap<Element>& value) const {
+    return (*this)(value["Changed"]), "Changed";
   }
-  keepAlive.crashed = !keepAlive.crashed.value_or(false);
-  return "Crashed";
-}
-std::string change(Boxed<LimitLoadToSessionType>& value) {
-  madePresent(value).types.emplace_back("Changed");
-  return {};
-}
-std::string change(Boxed<Umask>& value) {
-  std::optional<std::int64_t>& mask = madePresent(value).int_;
-  mask = mask == 63 ? 62 : 63;
-  return {};
-}
-std::string change(std::optional<StartCalendarInterval>& value) {
-  if (!value) value.emplace();
-  if (value->intervals.empty()) value->intervals.emplace_back();
-  value->intervals.back().month = 11;
-  return "Month";
-}
-std::string change(Boxed<ResourceLimits>& value) {
-  madePresent(value).stack = 4711;
-  return "Stack";
-}
-std::string change(Boxed<MachServices>& value) {
-  madePresent(value).dictionaries["Changed"].hostSpecialPort = 7;
-  return "Changed";
-}
-std::string change(Boxed<Sockets>& value) {
-  Sockets& sockets = madePresent(value);
-  Sockets::SubDictionary& socket =
-      sockets.dictionaries.empty() ? sockets.dictionaries["Changed"] : sockets.dictionaries.begin()->second;
-  (socket.array.empty() ? socket : socket.array.front()).sockFamily = "Changed";
-  return sockets.dictionaries.count("Changed") != 0 ? "Changed" : "SockFamily";
-}
-std::string change(Boxed<LaunchEvents>& value) {
-  madePresent(value).dictionaries["Changed"].subDictionaries["event"].integers["number"] = 5;
-  return "Changed";
-}
-std::string change(Boxed<InetdCompatibility>& value) {
-  madePresent(value).bools["Changed"] = true;
-  return "Changed";
-}
+  std::string operator()(MachServices& value) const {
+    return value.dictionaries["Changed"].hostSpecialPort = 7, "Changed";
+  }
+  std::string operator()(InetdCompatibility& value) const { return (*this)(value.bools); }
+  std::string operator()(LaunchEvents& value) const {
+    return value.dictionaries["Changed"].subDictionaries["event"].integers["number"] = 5, "Changed";
+  }
+  std::string operator()(KeepAlive& value) const {
+    if (value.bool_) return (*this)(*value.bool_);
+    return (*this)(value.crashed), "Crashed";
+  }
+  std::string operator()(StartCalendarInterval& value) const {
+    if (value.intervals.empty()) value.intervals.emplace_back();
+    return value.intervals.back().month = 11, "Month";
+  }
+  std::string operator()(Sockets& sockets) const {
+    const bool isNew = sockets.dictionaries.empty();
+    auto& socket = isNew ? sockets.dictionaries["Changed"] : sockets.dictionaries.begin()->second;
+    (socket.array.empty() ? socket : socket.array.front()).sockFamily = "Changed";
+    return isNew ? "Changed" : "SockFamily";
+  }
+  template <typename Value>
+  std::string operator()(std::optional<Value>& field) const {
+    return (*this)(field ? *field : field.emplace());
+  }
+  template <typename Value>
+  std::string operator()(Boxed<Value>& field) const {
+    return (*this)(field ? *field : field.emplace());
+  }
+};
 
 using K = Plist::CodingKeys;
 
 class UntouchedKeysTest : public testing::Test {
  protected:
-  /// Adds a case for every key of the record, each changed alone.
+  /// Adds a case for each key of the record, with only this key changed.
   void addAllKeys(const std::string& name, const std::string& bytes) {
     const auto job = Launchd::read(bytes, URL::file("/job.plist"), Kind::userAgent, {}, console);
     if (!job) return;
     ++jobs;
     untouched.add(name, "", bytes, job->plistData().value_or(""));
     const auto addRow = [&](const auto& row) {
-      if (row.key == K::program || row.key == K::programArguments) return;  // they are edited as one command
+      if (row.key == K::Program || row.key == K::ProgramArguments) return;  // edited as one command
       Plist before = job->plist().clone();
-      const std::string entry = change(job->plist().*row.field);
+      const std::string entry = Change()(job->plist().*row.field);
       untouched.add(name, std::string(row.text) + (entry.empty() ? "" : ":" + entry), bytes,
                     job->plistData().value_or(""));
       job->plist() = std::move(before);
@@ -141,7 +95,7 @@ TEST_F(UntouchedKeysTest, APublishedJobKeepsEveryKeyButTheOneThatIsEdited) {
   untouched.expectNoComplaints();
 }
 
-/// Makes job files of which no key needs to be as it should.
+/// Generates job files in which any key can have a value of a wrong form.
 class Generator {
  public:
   explicit Generator(unsigned seed) : m_random(seed) {}
@@ -159,7 +113,7 @@ class Generator {
  private:
   std::size_t below(std::size_t count) { return m_random() % count; }
 
-  /// A value of a form that the key may have, with flaws below it.
+  /// A value of a form that the key allows, with flaws below it.
   propertylist::Value likely(const std::string& key) {
     if (key == "KeepAlive") return entries({"SuccessfulExit", "Crashed", "PathState", "Odd"}, 2);
     if (key == "StartCalendarInterval") return below(2) == 0 ? interval() : List{interval(), interval(), interval()};

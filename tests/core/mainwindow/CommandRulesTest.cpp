@@ -20,8 +20,8 @@ CommandContext allowing(Command command) {
           .canDeleteSelected = true,
           .hasRevisions = true,
           .hasFilterField = true,
-          .detailTab = command == C::save ? DetailTab::launchdEdit : DetailTab::launchdDisplay,
-          .mode = Mode::list};
+          .detailTab = command == C::save ? DetailTab::LaunchdEdit : DetailTab::LaunchdDisplay,
+          .mode = Mode::List};
 }
 
 const std::vector<Command> fileCommands{C::new_,         C::edit,    C::save,           C::revert,  C::duplicate,
@@ -80,10 +80,10 @@ TEST(CommandRules, EachConditionTakesAwayItsCommandsAndNoOthers) {
       {"an own daemon", [](auto& context) { context.selected = Kind(Kind::localDaemon); }, {}},
       {"a job that can't be deleted", [](auto& context) { context.canDeleteSelected = false; }, {C::delete_}},
       {"no revisions", [](auto& context) { context.hasRevisions = false; }, {C::revert}},
-      {"no details", [](auto& context) { context.detailTab = DetailTab::noSelection; }, {C::edit, C::save}},
+      {"no details", [](auto& context) { context.detailTab = DetailTab::NoSelection; }, {C::edit, C::save}},
       {"no search field", [](auto& context) { context.hasFilterField = false; }, {C::filter}},
-      {"grid mode", [](auto& context) { context.mode = Mode::grid; }, {C::columns}},
-      {"timeline mode", [](auto& context) { context.mode = Mode::timeline; }, {C::columns}},
+      {"grid mode", [](auto& context) { context.mode = Mode::Grid; }, {C::columns}},
+      {"timeline mode", [](auto& context) { context.mode = Mode::Timeline; }, {C::columns}},
   };
   for (const Row& row : table) {
     for (const Command command : all()) {
@@ -101,7 +101,7 @@ TEST(CommandRules, AScriptInFrontCanBeSavedWhateverIsSelected) {
 }
 
 TEST(CommandRules, TicksFollowTheirSettings) {
-  const CommandContext context{.showsSystemJobs = true, .isFullScreen = true, .mode = Mode::tree};
+  const CommandContext context{.showsSystemJobs = true, .isFullScreen = true, .mode = Mode::Tree};
   const std::pair<Command, std::optional<bool>> table[] = {
       {C::grid, false},  {C::tree, true},      {C::list, false},      {C::timeline, false},
       {C::system, true}, {C::titleBar, false}, {C::fullScreen, true}, {C::refresh, std::nullopt}};

@@ -32,15 +32,15 @@ TEST_F(MenuControllerTest, ACommandIsOfferedOnceThereIsWhoDoesIt) {
     Command command;
     std::function<void(Shell&)> whatItNeeds;
   };
-  const auto segue = [](std::string_view name) { return [name](Shell& to) { to.segues[name] = [] {}; }; };
+  const auto canOpen = [](Sheet sheet) { return [sheet](Shell& to) { to.sheets[sheet] = [] {}; }; };
   EditType* const edit = program().shell.edit;
   const Row table[] = {
-      {Command::new_, segue(String::new_)},
-      {Command::duplicate, segue(String::duplicate)},
-      {Command::restoreDeleted, segue(String::restoreDeleted)},
-      {Command::test, segue(String::test)},
-      {Command::log, segue(String::log)},
-      {Command::info, segue(String::info)},
+      {Command::new_, canOpen(Sheet::New)},
+      {Command::duplicate, canOpen(Sheet::Duplicate)},
+      {Command::restoreDeleted, canOpen(Sheet::RestoreDeleted)},
+      {Command::test, canOpen(Sheet::Test)},
+      {Command::log, canOpen(Sheet::Log)},
+      {Command::info, canOpen(Sheet::Info)},
       {Command::importAction, [](Shell& to) { to.importJob = [] {}; }},
       {Command::export_, [](Shell& to) { to.exportJob = [] {}; }},
       {Command::checkForUpdates, [](Shell& to) { to.checkForUpdate = [](bool) {}; }},
@@ -63,21 +63,24 @@ TEST_F(MenuControllerTest, CommandsReachWhoDoesThem) {
   shell.events.clear();
   const auto note = [this](const std::string& text) { return [this, text] { shell.note(text); }; };
   Shell& to = program().shell;
-  for (const auto name :
-       {String::new_, String::duplicate, String::restoreDeleted, String::test, String::log, String::info}) {
-    to.segues[name] = note("sheet " + std::string(name));
-  }
+  const std::pair<Sheet, const char*> sheets[] = {{Sheet::New, "New"},
+                                                  {Sheet::Duplicate, "Duplicate"},
+                                                  {Sheet::RestoreDeleted, "Restore Deleted"},
+                                                  {Sheet::Test, "Test"},
+                                                  {Sheet::Log, "Log"},
+                                                  {Sheet::Info, "Info"}};
+  for (const auto& [sheet, name] : sheets) to.sheets[sheet] = note("sheet " + std::string(name));
   to.importJob = note("import");
   to.exportJob = note("export");
   to.emptyIconCache = note("icons anew");
   to.checkForUpdate = [this](bool isManual) { shell.note(isManual ? "updates, asked" : "updates"); };
-  shell.tab = DetailTab::launchdDisplay;
+  shell.tab = DetailTab::LaunchdDisplay;
   for (const Command command : {Command::new_, Command::duplicate, Command::restoreDeleted, Command::test, Command::log,
                                 Command::info, Command::importAction, Command::export_, Command::edit, Command::filter,
                                 Command::fullScreen, Command::about, Command::checkForUpdates}) {
     menus().perform(command);
   }
-  shell.tab = DetailTab::launchdEdit;
+  shell.tab = DetailTab::LaunchdEdit;
   menus().perform(Command::save);
   EXPECT_THAT(shell.events, ElementsAre("sheet New", "sheet Duplicate", "sheet Restore Deleted", "sheet Test",
                                         "sheet Log", "sheet Info", "import", "export", "showEdit", "focusOnFilter",
@@ -111,7 +114,7 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   shell.events.clear();
   menus().perform(Command::tree);
   EXPECT_EQ(foundation.defaults.selectedMode(), 1);
-  EXPECT_EQ(program().currentMode.chosen(), Mode::tree);
+  EXPECT_EQ(program().currentMode.chosen(), Mode::Tree);
   EXPECT_THAT(shell.events, ElementsAre("showMode 1", "clearFilter", "update, catalogue of 2", "deselect",
                                         "clearDetail", "title Mirvel", "updateDetail", "busy"));
   EXPECT_EQ(names(shell.shown), (std::vector<std::string>{"a", "b"}));
@@ -121,7 +124,7 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
 
   program().editing.setUnsavedChanges(true);
   menus().perform(Command::grid);
-  EXPECT_EQ(program().currentMode.chosen(), Mode::tree);
+  EXPECT_EQ(program().currentMode.chosen(), Mode::Tree);
   select("a");
   program().editing.setUnsavedChanges(true);
   menus().perform(Command::tree);
@@ -129,9 +132,9 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   program().editing.setUnsavedChanges(false);
   const auto scanning = program().scanning.begin();
   menus().perform(Command::list);
-  EXPECT_EQ(program().currentMode.chosen(), Mode::list) << "a scan is no reason to wait";
+  EXPECT_EQ(program().currentMode.chosen(), Mode::List) << "a scan is no reason to wait";
   ASSERT_TRUE(foundation.defaults.setSelectedMode(4));
-  EXPECT_EQ(program().currentMode.chosen(), Mode::grid) << "a mode that there isn't";
+  EXPECT_EQ(program().currentMode.chosen(), Mode::Grid) << "a mode that there isn't";
 }
 
 TEST_F(MenuControllerTest, SettingsOfTheViewAreTurnedAroundAndFollowed) {
@@ -168,14 +171,14 @@ TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
 TEST_F(MenuControllerTest, WhatIsntShownAsSelectedIsntActedOn) {
   writeJob(Kind::userAgent, "a");
   select("a");
-  for (const auto name : {String::duplicate, String::test, String::log, String::info}) {
-    program().shell.segues[name] = [] {};
+  for (const Sheet sheet : {Sheet::Duplicate, Sheet::Test, Sheet::Log, Sheet::Info}) {
+    program().shell.sheets[sheet] = [] {};
   }
   program().shell.exportJob = [] {};
   const Command commands[] = {Command::delete_, Command::duplicate, Command::export_, Command::test,
                               Command::log,     Command::info,      Command::share,   Command::revealInFinder};
   for (const bool isShown : {true, false}) {
-    shell.tab = isShown ? DetailTab::launchdDisplay : DetailTab::noSelection;  // a filter hides it
+    shell.tab = isShown ? DetailTab::LaunchdDisplay : DetailTab::NoSelection;  // a filter hides it
     for (const Command command : commands) {
       EXPECT_EQ(menus().isEnabled(command), isShown) << static_cast<int>(command);
     }

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/messages/DateKey.h"
 #include "core/messages/Replies.h"
 #include "core/messages/Requests.h"
 
@@ -92,7 +91,7 @@ TEST(ReplyTest, EveryReplyReachesTheRequestThatAskedForIt) {
   EXPECT_TRUE(failure.isWritten);
 }
 
-TEST(ReplyTest, WhatIsNoReplyToTheRequestIsAnError) {
+TEST(ReplyTest, AReplyWithoutTheRequestedContentIsAnError) {
   const struct {
     Kind kind;
     Dictionary body;

@@ -22,17 +22,14 @@ using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 using Names = std::vector<std::string>;
 
-/// A console that acts on what is said.
+/// Calls a function for each line.
 class ActingConsole final : public Console {
  public:
-  std::function<void()> whenTold = [] {};
+  std::function<void()> onLine = [] {};
   int lines = 0;
 
   void print(const std::string&) override { log({}); }
-  void log(const std::string&) override {
-    ++lines;
-    whenTold();
-  }
+  void log(const std::string&) override { ++lines, onLine(); }
 };
 
 class FetchOperationTest : public testdata::ProgramFixture {
@@ -52,7 +49,7 @@ class FetchOperationTest : public testdata::ProgramFixture {
   }
 };
 
-TEST_F(FetchOperationTest, JobsStandByKindAndThenAsAFileViewerSorts) {
+TEST_F(FetchOperationTest, JobsAreSortedByKindAndThenAsInAFileViewer) {
   ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
   for (const char* name : {"job10", "job2", "Job1", "\u00e9tat", "zebra", "f", "E"}) writeJob(Kind::userAgent, name);
   writeJob(Kind::localAgent, "local agent");
@@ -68,8 +65,6 @@ TEST_F(FetchOperationTest, JobsStandByKindAndThenAsAFileViewerSorts) {
   EXPECT_EQ(names(scan()),
             (Names{"E", "\u00e9tat", "f", "Job1", "job2", "job10", "zebra", "local agent", "local daemon", "A", "b",
                    "bundled", "local item", "system agent", "system daemon", "system item", "tool"}));
-  EXPECT_TRUE(std::is_sorted(program().catalogue.jobs().begin(), program().catalogue.jobs().end(),
-                             [](const auto& a, const auto& b) { return a->kind < b->kind; }));
 }
 
 TEST_F(FetchOperationTest, WithoutSystemJobsTheirFoldersAreNotRead) {
@@ -83,7 +78,7 @@ TEST_F(FetchOperationTest, WithoutSystemJobsTheirFoldersAreNotRead) {
   EXPECT_EQ(console.printed.size(), 1U);
 }
 
-TEST_F(FetchOperationTest, JobsOfOneNameStandByTheirPath) {
+TEST_F(FetchOperationTest, JobsOfOneNameAreSortedByPath) {
   for (const char* file : {"c", "a", "d", "b"})
     (void)write(Kind::userAgent, file, jobText("same", {{"Program", file}}));
   scan();
@@ -101,18 +96,18 @@ TEST_F(FetchOperationTest, AnyReadableListIsAJobAndNothingElseIs) {
               propertylist::writeBinary(propertylist::Dictionary{{"Label", "binary"}}));
   (void)folder.write("elsewhere.plist", jobText("linked"));
   fs::create_symlink(folder.path() / "elsewhere.plist", file("link.plist"));
-  // Passed over without a word: the file viewer's own, files that are being written, and links that lead nowhere.
+  // Skipped silently: files of the file viewer, temporary files of saves, and dangling links.
   (void)write(Kind::userAgent, ".DS_Store", jobText("viewer"));
   (void)write(Kind::userAgent, ".mirvel-12-34", jobText("half a save"));
   fs::create_symlink(folder.path() / "gone", file("dangling.plist"));
   fs::create_symlink(file("loop.plist"), file("loop.plist"));
-  // Told in the log: what can't be read as a file.
+  // Logged: entries that can't be read as files.
   fs::create_directory(file("folder.plist"));
   makePipe(Kind::userAgent, "pipe.plist");
   fs::create_symlink(file("pipe.plist"), file("pipe link.plist"));
   (void)write(Kind::userAgent, "large.plist", jobText("large"));
   fs::resize_file(file("large.plist"), std::uintmax_t{100} << 20U);
-  // Told on the output: what is no job.
+  // Printed: files that aren't jobs.
   (void)write(Kind::userAgent, "empty.plist", "");
 
   EXPECT_THAT(names(scan()), ElementsAre("binary", "hidden", "linked", "no extension", "odd bytes"));
@@ -136,7 +131,7 @@ TEST_F(FetchOperationTest, AFolderTooLargeForTheCacheIsReadAsAnyOther) {
   EXPECT_EQ(console.printed.size(), 1U);
 }
 
-TEST_F(FetchOperationTest, AFileWithoutRightsIsTold) {
+TEST_F(FetchOperationTest, AnUnreadableFileIsLogged) {
   if (::geteuid() == 0) GTEST_SKIP() << "root may read everything";
   fs::permissions(writeJob(Kind::userAgent, "secret"), fs::perms::none);
   EXPECT_THAT(scan(), IsEmpty());
@@ -188,7 +183,7 @@ TEST_F(FetchOperationTest, AFileThatIsRewrittenWithItsOldDateIsReadAgain) {
   EXPECT_EQ(names(scan()), Names{"new"});
 }
 
-TEST_F(FetchOperationTest, WhatChangesDuringAScanIsSeenByThatOneOrTheNext) {
+TEST_F(FetchOperationTest, ChangesDuringAScanAreFoundByItOrTheNext) {
   writeJob(Kind::userAgent, "first");
   writeJob(Kind::privilegedHelperTool, "last");
   loginItems.whenAsked = [&] {
@@ -214,7 +209,7 @@ TEST_F(FetchOperationTest, ACancelledScanEndsAtItsNextStepWithNothing) {
   EXPECT_EQ(acting.lines, 0);
 
   FetchOperation betweenFiles(old, foundation.scanSettings(), scanTools);
-  acting.whenTold = [&] { betweenFiles.cancel(); };
+  acting.onLine = [&] { betweenFiles.cancel(); };
   betweenFiles.main();
   EXPECT_EQ(acting.lines, 1);
   EXPECT_FALSE(betweenFiles.jobs);
@@ -241,11 +236,7 @@ TEST_F(FetchOperationTest, OfTheCorpusExactlyTheFilesThatDecodeAreListed) {
 
   const Jobs& jobs = scan();
   std::set<std::string> found;
-  for (std::size_t i = 0; i < jobs.size(); ++i) {
-    found.insert(jobs[i]->url.text());
-    if (i == 0) continue;
-    EXPECT_LE(foundation.collator.localizedStandardCompare(jobs[i - 1]->name, jobs[i]->name), 0) << jobs[i]->name;
-  }
+  for (const auto& job : jobs) found.insert(job->url.text());
   EXPECT_EQ(found, expected);
   EXPECT_EQ(jobs.size(), expected.size());
 }

@@ -53,12 +53,12 @@ TEST_F(CurrentModeTest, AFilterLeavesTheSelectedJobMarkedOrNothing) {
   EXPECT_EQ(program().selection.job(), jobs[1]);
 
   shell.events.clear();
-  shell.tab = DetailTab::noSelection;
+  shell.tab = DetailTab::NoSelection;
   program().currentMode.setFilter(jobs, "t");
   EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "select job two", "updateDetail"))
       << "a job that the filter leaves stays selected, and one that it leaves again is";
   shell.events.clear();
-  shell.tab = DetailTab::launchdDisplay;
+  shell.tab = DetailTab::LaunchdDisplay;
   program().currentMode.setFilter(jobs, "tw");
   EXPECT_THAT(shell.events, ElementsAre("update, catalogue of 0", "select job two")) << "the details stay as they are";
 

@@ -34,7 +34,7 @@ class EditingTest : public testdata::ProgramFixture {
   testdata::RecordingShell shell;
 };
 
-TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForthAgain) {
+TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForwardAgain) {
   const jobfile::Plist read = record().clone();
   setNice(1);
   setNice(2);
@@ -48,7 +48,7 @@ TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForthAgain) {
   EXPECT_EQ(program().selection.job()->kind, Kind::userAgent);
   EXPECT_EQ(record().name, "xy");
   editing().undo();
-  EXPECT_EQ(record().name, "a") << "what was typed in one go is one step";
+  EXPECT_EQ(record().name, "a") << "typing without a pause is one step";
   editing().undo();
   EXPECT_EQ(record().nice, 1);
   EXPECT_TRUE(hasChanges());
@@ -64,7 +64,7 @@ TEST_F(EditingTest, StepsGoBackToWhatWasReadAndForthAgain) {
   EXPECT_TRUE(hasChanges());
 }
 
-TEST_F(EditingTest, WhatIsUnfinishedIsUndoneWithTheRestAndGoesWithItsJob) {
+TEST_F(EditingTest, UnfinishedInputIsUndoneWithTheRecordAndBelongsToItsJob) {
   const auto rows = [&] { return editing().unfinished().tables["PathState"].size(); };
   const auto enter = [&](std::size_t count) {
     ASSERT_TRUE(editing().markJobChanged());
@@ -83,18 +83,40 @@ TEST_F(EditingTest, WhatIsUnfinishedIsUndoneWithTheRestAndGoesWithItsJob) {
   EXPECT_EQ(rows(), 0U);
 }
 
-TEST_F(EditingTest, APauseAndAnotherFieldEndAStep) {
-  rename("x");
-  clock.now += 2;
-  rename("xy");
-  setNice(1);
-  rename("xyz");
-  const char* const names[] = {"xy", "xy", "x", "a"};
-  for (const char* const name : names) {
-    editing().undo();
-    EXPECT_EQ(record().name, name);
+TEST_F(EditingTest, OnlyTypingInOneFieldWithoutAPauseIsJoined) {
+  using enum Editing::Step;
+  struct Edit {
+    Editing::Step step;
+    const char* field;
+    const char* name;
+    double pause = 0;
+  };
+  const struct {
+    std::vector<Edit> edits;
+    std::vector<const char*> undone;
+  } table[] = {
+      {{{Continues, "name", "x"}, {Continues, "name", "xy", 1.9}}, {"a"}},
+      {{{Continues, "name", "x"}, {Continues, "name", "xy", 2}}, {"x", "a"}},
+      {{{Continues, "name", "x"}, {Begins, "", "y"}, {Continues, "name", "xyz"}}, {"y", "x", "a"}},
+      {{{Continues, "table", "typed"},
+        {Begins, "table", "deleted"},
+        {Begins, "table", "deleted twice"},
+        {Continues, "table", "typed again"},
+        {Continues, "table", "typed on"}},
+       {"deleted twice", "deleted", "typed", "a"}},
+  };
+  for (const auto& row : table) {
+    for (const Edit& edit : row.edits) {
+      clock.now += edit.pause;
+      editing().markJobChanged(edit.step, edit.field)->plist().name = edit.name;
+    }
+    for (const char* name : row.undone) {
+      editing().undo();
+      EXPECT_EQ(record().name, name);
+    }
+    EXPECT_FALSE(editing().canUndo());
+    editing().reset();
   }
-  EXPECT_FALSE(editing().canUndo());
 }
 
 TEST_F(EditingTest, AChangeAfterUndoForgetsWhatWasUndone) {
@@ -140,7 +162,16 @@ TEST_F(EditingTest, UndoingEverythingMakesTheScanThatTheEditsHeldBack) {
   EXPECT_EQ(names(program().catalogue.jobs()), (std::vector<std::string>{"a", "b", "new"}));
 }
 
-TEST_F(EditingTest, AfterASaveThatFailedLateUndoingEverythingReadsTheJobAnew) {
+TEST_F(EditingTest, RedoIsPossibleAfterTheScanThatFollowsUndoingEverything) {
+  setNice(7);
+  editing().undo();
+  settle();
+  editing().redo();
+  EXPECT_EQ(record().nice, 7);
+  EXPECT_TRUE(hasChanges());
+}
+
+TEST_F(EditingTest, AfterASaveThatFailedLateUndoingEverythingReadsTheJobAgain) {
   const auto job = program().selection.job();
   setNice(7);
   program().actions.save(std::dynamic_pointer_cast<Launchd>(job));
@@ -151,31 +182,6 @@ TEST_F(EditingTest, AfterASaveThatFailedLateUndoingEverythingReadsTheJobAnew) {
   settle();
   EXPECT_NE(program().selection.job(), job);
   EXPECT_EQ(record().nice, 7) << "as the file has it";
-}
-
-TEST_F(EditingTest, WhatWasUndoneToTheEndCanBeDoneAgain) {
-  setNice(7);
-  editing().undo();
-  settle();
-  editing().redo();
-  EXPECT_EQ(record().nice, 7);
-  EXPECT_TRUE(hasChanges());
-}
-
-TEST_F(EditingTest, AnEditThatBeginsAStepIsNeverJoinedToTypingAroundIt) {
-  const auto edit = [&](Editing::Step step, const char* name) {
-    editing().markJobChanged(step, "table")->plist().name = name;
-  };
-  edit(Editing::Step::Continues, "typed");
-  edit(Editing::Step::Begins, "deleted");
-  edit(Editing::Step::Begins, "deleted twice");
-  edit(Editing::Step::Continues, "typed again");
-  edit(Editing::Step::Continues, "typed on");
-  for (const char* name : {"deleted twice", "deleted", "typed", "a"}) {
-    editing().undo();
-    EXPECT_EQ(record().name, name);
-  }
-  EXPECT_FALSE(editing().canUndo());
 }
 
 TEST_F(EditingTest, AReplacedRecordIsOneStepOfTheSameJobAndIsWrittenAsGiven) {

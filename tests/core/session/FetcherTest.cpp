@@ -22,10 +22,12 @@ class FetcherTest : public testdata::ProgramFixture {
   }
 
   void select(const std::string& name) { program().selection.select(jobNamed(name)); }
-  /// The catalogue with nothing noted of how it came.
-  void scanQuietly() {
-    scan();
+  /// Scans, and expects these events after those of every scan.
+  template <typename... Events>
+  void expectScan(const Events&... events) {
     shell.events.clear();
+    scan();
+    EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle", events...));
   }
 
   testdata::RecordingShell shell{program()};
@@ -43,7 +45,7 @@ class FetcherTest : public testdata::ProgramFixture {
   });
 };
 
-TEST_F(FetcherTest, APublicationTellsTheModeBeforeTheCatalogueAndTheRestBehind) {
+TEST_F(FetcherTest, APublicationUpdatesTheModeBeforeTheCatalogueAndTheRestAfter) {
   program().fetcher.fetchJobs();
   EXPECT_TRUE(program().scanning.isBusy() && !program().saving.isBusy());
   settle();
@@ -54,11 +56,10 @@ TEST_F(FetcherTest, APublicationTellsTheModeBeforeTheCatalogueAndTheRestBehind) 
   EXPECT_FALSE(program().scanning.isBusy());
 }
 
-TEST_F(FetcherTest, AScanThatFindsTheOldListTellsOnlyThatItEnded) {
-  scanQuietly();
-  const Jobs before = program().catalogue.jobs();
+TEST_F(FetcherTest, AScanThatFindsTheSameJobsReportsOnlyItsEnd) {
   scan();
-  EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle"));
+  const Jobs before = program().catalogue.jobs();
+  expectScan();
   EXPECT_EQ(program().catalogue.jobs(), before);
 }
 
@@ -69,7 +70,7 @@ TEST_F(FetcherTest, OfTwoScansInARowOneIsPublished) {
   EXPECT_EQ(shell.count("update, catalogue of 0"), 1U);
   EXPECT_EQ(jobUpdates, 1);
 
-  // The first has ended, and waits for the main thread.
+  // The first scan has ended, and its result waits for the main thread.
   writeJob(Kind::userAgent, "c");
   shell.events.clear();
   program().fetcher.fetchJobs();
@@ -105,10 +106,7 @@ TEST_F(FetcherTest, AChangedJobStaysSelectedAsItNowIs) {
   select("b");
   const auto before = program().selection.job();
   (void)write(Kind::userAgent, "b.plist", jobText("b") + " ");
-  shell.events.clear();
-  scan();
-  EXPECT_THAT(shell.events, ElementsAre("loading", "busy", "loaded", "idle", "update, catalogue of 2", "select b.plist",
-                                        "title Mirvel – b", "updateDetail", "jobsUpdated"));
+  expectScan("update, catalogue of 2", "select b.plist", "title Mirvel – b", "updateDetail", "jobsUpdated");
   EXPECT_EQ(program().selection.job(), jobNamed("b"));
   EXPECT_NE(program().selection.job(), before);
 }
@@ -117,12 +115,9 @@ TEST_F(FetcherTest, ARemovedJobIsNoLongerSelectedAndAnotherScanFollows) {
   scan();
   select("b");
   std::filesystem::remove(path(Kind::userAgent, "b.plist"));
-  shell.events.clear();
-  scan();
+  expectScan("update, catalogue of 2", "clearDetail", "title Mirvel", "updateDetail", "loading", "busy", "jobsUpdated",
+             "loaded", "idle");
   EXPECT_FALSE(program().selection.job());
-  EXPECT_THAT(shell.events,
-              ElementsAre("loading", "busy", "loaded", "idle", "update, catalogue of 2", "clearDetail", "title Mirvel",
-                          "updateDetail", "loading", "busy", "jobsUpdated", "loaded", "idle"));
 }
 
 TEST_F(FetcherTest, AFilterOutlastsAScanAndHidesNothingFromTheSelection) {

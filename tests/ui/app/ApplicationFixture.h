@@ -20,7 +20,7 @@ class ApplicationFixture : public testing::Test {
   /// Shows the window, and waits for the first scan and the folder monitors, which are made a moment after the start.
   void start() {
     Defaults& defaults = program().foundation.defaults;
-    EXPECT_TRUE(defaults.setSelectedMode(static_cast<int>(Mode::list)));
+    EXPECT_TRUE(defaults.setSelectedMode(static_cast<int>(Mode::List)));
     EXPECT_TRUE(defaults.setAutomaticallyCheckForUpdate(false));  // nothing beyond this machine
     m_application.start();
     pass(0.05);

@@ -25,7 +25,7 @@ class CreationTest : public MachineFixture {
  protected:
   CreationTest() {
     std::ofstream(script) << "#!/bin/sh\necho run >> '" << output.string() << "'\n";
-    start(Mode::list, 0);
+    start(Mode::List, 0);
   }
   template <typename Sheet = QDialog>
   Sheet& sheet() {

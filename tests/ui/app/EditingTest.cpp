@@ -16,7 +16,7 @@ class EditingTest : public MachineFixture {
   EditingTest() {
     write("backup",
           {{"ProgramArguments", propertylist::Array{"/bin/echo", "before"}}, {"Disabled", true}, {"Odd", "kept"}});
-    start(Mode::list, 1);
+    start(Mode::List, 1);
     program().currentMode.view()->select(URL::file(file("backup")));
   }
   template <typename Control>
@@ -29,13 +29,13 @@ class EditingTest : public MachineFixture {
   /// Opens the editor with its key, and gives the job another label and command.
   void editTexts(const std::string& label, const std::string& command) {
     QTest::keyClick(&window(), Qt::Key_E, Qt::ControlModifier);
-    ASSERT_EQ(tab(), DetailTab::launchdEdit);
+    ASSERT_EQ(tab(), DetailTab::LaunchdEdit);
     type(control<QLineEdit>("Label"), label);
     type(control<QPlainTextEdit>("runValueTextField"), command);
   }
   void save() {
     QTest::keyClick(&window(), Qt::Key_S, Qt::ControlModifier);
-    ASSERT_TRUE(testdata::eventually([this] { return tab() == DetailTab::launchdDisplay && isSettled(); }));
+    ASSERT_TRUE(testdata::eventually([this] { return tab() == DetailTab::LaunchdDisplay && isSettled(); }));
   }
 
   const fs::path output = machine() / "out.txt";
@@ -103,7 +103,7 @@ TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
   QTest::mouseClick(&button(window(), "Discard Changes"), Qt::LeftButton);
   ASSERT_TRUE(testdata::eventually([this] { return isSettled() && record().name == "org.backup"; }));
   EXPECT_EQ(testdata::bytes(file("backup")), saved);
-  EXPECT_EQ(tab(), DetailTab::launchdDisplay);
+  EXPECT_EQ(tab(), DetailTab::LaunchdDisplay);
   EXPECT_EQ(shownJob(window()), "org.backup");
 
   editTexts("org.backup", "/bin/echo later");
@@ -112,7 +112,7 @@ TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
   const auto revisions = revisionItems(program().windowContext);
   ASSERT_EQ(revisions.size(), 2U);
   insertRevision(program().windowContext, revisions.back().revision);
-  EXPECT_EQ(tab(), DetailTab::launchdEdit);
+  EXPECT_EQ(tab(), DetailTab::LaunchdEdit);
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
   save();
   EXPECT_EQ(testdata::bytes(file("backup")), saved);

@@ -24,7 +24,7 @@ class ModesTest : public MachineFixture {
     for (const std::string label : {"alpha", "beta", "gamma"}) {
       write(label, {{"Program", "/bin/ls"}, {"StartCalendarInterval", daily}});
     }
-    start(Mode::grid, 3);
+    start(Mode::Grid, 3);
   }
 
   QAbstractItemView& view() { return *window().tabs().currentWidget()->findChild<QAbstractItemView*>(); }

@@ -175,7 +175,7 @@ TEST_F(CopySheetsTest, EveryViewAndTheDetailsTakeJobFiles) {
   for (QWidget* detail : window().details().currentWidget()->findChildren<QWidget*>()) {
     if (detail->isVisible()) take(*detail, detail->metaObject()->className());
   }
-  for (const Mode mode : {Mode::grid, Mode::tree, Mode::timeline, Mode::list}) {
+  for (const Mode mode : {Mode::Grid, Mode::Tree, Mode::Timeline, Mode::List}) {
     program().mainWindow.switchMode(mode);
     settle();
     testdata::settle();

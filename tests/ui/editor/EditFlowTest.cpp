@@ -58,7 +58,7 @@ TEST_F(EditFlowTest, OpeningTheEditorChangesNothing) {
   EXPECT_TRUE(control<QCheckBox>("scheduledButton").isChecked());
   EXPECT_EQ(runField().text(), "/bin/ls \"a b\"");
   button("Done").click();
-  EXPECT_EQ(program().shell.detail->detailTab(), DetailTab::launchdDisplay);
+  EXPECT_EQ(program().shell.detail->detailTab(), DetailTab::LaunchdDisplay);
   EXPECT_EQ(fetchQueue.count(), 0U);
 }
 
@@ -524,7 +524,7 @@ TEST_F(EditFlowTest, AFailedSaveKeepsWhatWasTypedAndAnotherSavesIt) {
   ASSERT_THAT(helpers.requests, SizeIs(2));
   helpers.requests.back().reply({});
   EXPECT_FALSE(hasChanges());
-  EXPECT_EQ(program().shell.detail->detailTab(), DetailTab::launchdDisplay);
+  EXPECT_EQ(program().shell.detail->detailTab(), DetailTab::LaunchdDisplay);
   EXPECT_EQ(fetchQueue.count(), 1U);
 }
 

@@ -44,7 +44,7 @@ class EditorFixture : public WindowFixture {
     testdata::settle();
     click(0);
     QTest::keyClick(&window(), Qt::Key_E, Qt::ControlModifier);
-    ASSERT_EQ(program().shell.detail->detailTab(), DetailTab::launchdEdit);
+    ASSERT_EQ(program().shell.detail->detailTab(), DetailTab::LaunchdEdit);
   }
   jobfile::Plist& record() { return dynamic_cast<Launchd&>(*program().selection.job()).plist(); }
   bool hasChanges() { return program().editing.hasUnsavedChanges(); }

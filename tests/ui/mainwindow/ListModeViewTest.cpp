@@ -152,7 +152,7 @@ TEST_F(ListModeViewTest, ColumnLayoutAndSortOrderAreRestored) {
   EXPECT_EQ(second.table().header()->sortIndicatorOrder(), Qt::DescendingOrder);
   writeJob(Kind::userAgent, "a");
   writeJob(Kind::userAgent, "b");
-  ASSERT_TRUE(foundation.defaults.setSelectedMode(static_cast<int>(Mode::list)));
+  ASSERT_TRUE(foundation.defaults.setSelectedMode(static_cast<int>(Mode::List)));
   scan();
   EXPECT_EQ(texts(second.table()), (Names{"b", "a"}));
 }

@@ -42,7 +42,8 @@ class MainMenuTest : public WindowFixture {
 TEST_F(MainMenuTest, EveryCommandCanBeReachedByKeyboard) {
   Shell& shell = program().shell;
   (void)window();
-  for (const auto name : {"New", "Duplicate", "Test", "Log", "Info"}) shell.segues[name] = [] {};
+  for (const Sheet sheet : {Sheet::New, Sheet::Duplicate, Sheet::Test, Sheet::Log, Sheet::Info})
+    shell.sheets[sheet] = [] {};
   shell.importJob = shell.exportJob = [] {};
   shell.checkForUpdate = [](bool) {};
   std::map<QString, QString> ownerOfShortcut;
@@ -78,7 +79,7 @@ TEST_F(MainMenuTest, UnavailableCommandsAreHiddenAndForbiddenOnesDisabled) {
   EXPECT_FALSE(item(file, "Share")->isEnabled());
   EXPECT_FALSE(item(file, "Delete")->isEnabled());
   click(0);
-  program().shell.segues["Log"] = [] {};
+  program().shell.sheets[Sheet::Log] = [] {};
   open(file);
   EXPECT_TRUE(item(file, "Log")->isVisible());
   EXPECT_TRUE(item(file, "Share")->isEnabled());

@@ -108,7 +108,7 @@ TEST_F(MainWindowTest, CheckingAModeButtonByAnyMeansSwitchesTheMode) {
   for (auto* segment : window().findChildren<QToolButton*>()) {
     if (segment->accessibleName() == qt(WindowTexts(foundation.localize).tree())) segment->toggle();
   }
-  EXPECT_EQ(program().currentMode.chosen(), Mode::tree);
+  EXPECT_EQ(program().currentMode.chosen(), Mode::Tree);
 }
 
 TEST_F(MainWindowTest, EscapeInAnEmptyFilterMovesTheFocusToTheList) {

@@ -75,7 +75,7 @@ class WindowFixture : public testdata::ProgramFixture {
  protected:
   MainWindow& window() {
     if (!m_window) {
-      EXPECT_TRUE(foundation.defaults.setSelectedMode(static_cast<int>(Mode::list)));
+      EXPECT_TRUE(foundation.defaults.setSelectedMode(static_cast<int>(Mode::List)));
       m_window = std::make_unique<MainWindow>(program(), m_icons);
       m_window->show();
       m_window->activateWindow();

@@ -1,4 +1,4 @@
-#include "core/scan/KeyedRow.h"
+#include "core/scan/SortByKey.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 namespace mirvel {
 namespace {
 
-TEST(KeyedRowTest, SortsAsAComparisonOfWholeKeysDoesAndKeepsTheOrderOfEqualOnes) {
+TEST(SortByKeyTest, SortsAsAComparisonOfWholeKeysDoesAndKeepsTheOrderOfEqualOnes) {
   std::mt19937 random(7);
   const auto number = [&random](std::size_t below) {
     return std::uniform_int_distribution<std::size_t>(0, below - 1)(random);
