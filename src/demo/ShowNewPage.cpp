@@ -1,6 +1,6 @@
 #include "demo/ShowNewPage.h"
 
-#include "core/creation/StartingPoints.h"
+#include "core/creation/New.h"
 #include "ui/creation/NewViewController.h"
 #include "ui/support/QtText.h"
 
@@ -26,9 +26,9 @@ void goTo(NewController& controller, New::Page page) {
 
 void chooseFrom(NewController& controller, New::Run run, const std::string& name) {
   controller.name.setName(name);
-  goTo(controller, New::Page::what);
+  goTo(controller, New::Page::What);
   controller.what.choose(run);
-  goTo(controller, New::Page::run);
+  goTo(controller, New::Page::Run);
 }
 
 }  // namespace
@@ -46,24 +46,24 @@ void showNewPage(ui::Application& application, const QString& page) {
   NewController& controller = sheet->controller();
   constexpr std::size_t backup = 0;
   constexpr std::size_t folderWatch = 3;
-  if (page == QLatin1String("application")) return chooseFrom(controller, New::Run::application, "org.example.clock");
+  if (page == QLatin1String("application")) return chooseFrom(controller, New::Run::Application, "org.example.clock");
   if (page == QLatin1String("script")) {
-    chooseFrom(controller, New::Run::script, "org.example.inbox");
+    chooseFrom(controller, New::Run::Script, "org.example.inbox");
     controller.run.script.createNew();
     return controller.run.script.setText(script);
   }
   if (page == QLatin1String("watch")) {
     begin(controller, program, folderWatch);
-    goTo(controller, New::Page::what);
-    controller.what.choose(New::Run::command);
-    goTo(controller, New::Page::run);
+    goTo(controller, New::Page::What);
+    controller.what.choose(New::Run::Command);
+    goTo(controller, New::Page::Run);
     controller.run.command.setText("/bin/sh ~/bin/sort-downloads.sh");
-    return goTo(controller, New::Page::when);
+    return goTo(controller, New::Page::When);
   }
   begin(controller, program, backup);
-  if (page == QLatin1String("what")) goTo(controller, New::Page::what);
-  if (page == QLatin1String("command")) goTo(controller, New::Page::run);
-  if (page == QLatin1String("when")) goTo(controller, New::Page::when);
+  if (page == QLatin1String("what")) goTo(controller, New::Page::What);
+  if (page == QLatin1String("command")) goTo(controller, New::Page::Run);
+  if (page == QLatin1String("when")) goTo(controller, New::Page::When);
 }
 
 }  // namespace mirvel::demo

@@ -9,7 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The path without links, as far as it exists.
+/// The path with symbolic links resolved as far as it exists.
 fs::path resolvedPath(const std::optional<URL>& url) {
   if (!url) return {};
   std::error_code failure;
@@ -100,7 +100,7 @@ messages::RequestContent Action::content() const {
     case Kind::StartHost:
       return messages::StartHost();
     case Kind::Quit:
-    case Kind::Subscribe:  // no action: nothing waits for its outcome
+    case Kind::Subscribe:  // never sent as actions
       break;
   }
   return messages::Quit();

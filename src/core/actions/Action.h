@@ -10,8 +10,12 @@
 
 namespace mirvel {
 
-/// One request to a helper, which alone writes job files and loads jobs, and what the program does with its outcome.
-/// Held for as long as the request is in flight. For the main thread.
+/// A request to a helper, and how its outcome is handled. Only the helpers write job files and load jobs. Shared
+/// between the sender and `ActionController`, which keeps it until the request has ended. Main thread only.
+///
+///     const auto action = Action::write(url, text, label);
+///     action->ended = [](bool isDone) { ... };
+///     actions.send(action);
 class Action {
  public:
   using Shared = std::shared_ptr<Action>;
@@ -21,26 +25,28 @@ class Action {
   static Shared unload(std::optional<std::string> label, URL url);
   static Shared load(URL url);
   static Shared delete_(URL url, std::string label);
+  /// Writes the file without loading the job, unless `kind` is changed to `WriteAndLoad`.
   static Shared write(URL url, std::string string, std::string label);
   static Shared test(URL testURL, URL testOutputURL, std::string string, std::string label);
   static Shared log(messages::LogQuery query);
 
   Kind kind;
-  bool presentError = true;  ///< show a failure to the user
-  bool cleanUp = true;       ///< on success, show what has changed; a save does that itself
-  bool privileged = false;   ///< sent to the helper that acts as root
+  bool presentError = true;  ///< whether a failure is shown to the user
+  bool cleanUp = true;       ///< whether success deselects a deleted job, and starts a scan
+  bool privileged = false;   ///< set by `sendPrivileged`
   std::optional<URL> url = {};
-  std::optional<URL> deleteURL = {};
+  std::optional<URL> deleteURL = {};  ///< of a file to be removed, by `Write` too
   std::optional<URL> testURL = {};
   std::optional<URL> testOutputURL = {};
-  std::optional<std::string> label = {};                 ///< an empty one isn't sent
-  std::optional<std::string> localAgentUnloadPath = {};  ///< unloaded in the user's session once root has removed it
-  std::string string = {};                               ///< the whole content of a file
-  std::optional<int> mode = {};                          ///< permissions that a new file has at most
+  std::optional<std::string> label = {};                 ///< not sent if empty
+  std::optional<std::string> localAgentUnloadPath = {};  ///< unloaded in the user's session after a deletion by root
+  std::string string = {};                               ///< the content of the file
+  std::optional<int> mode = {};                          ///< the most permissions that a new file may get
   messages::LogQuery logQuery = {};
-  std::function<void(bool isDone)> ended = {};  ///< called once if the request was sent, with its outcome
+  std::function<void(bool isDone)> ended = {};  ///< called once if the request was accepted for sending; may be empty
 
-  /// What is sent, with the authorisation if there is one. The path of `url` is that of the file that links lead to.
+  /// The message for the helper. Symbolic links in `url` are resolved as far as the path exists, so that a link's
+  /// target is written and loaded; those in the other paths aren't, so that a link itself is deleted.
   messages::Request request(const std::optional<std::string>& authData) const;
 
  private:

@@ -14,7 +14,8 @@ struct Notifications;
 struct Platform;
 struct Shell;
 
-/// What requests, saves and deletions use. All outlive those.
+/// The parts of the program that requests, saves and deletions depend on. All of them must outlive the
+/// `ActionController`.
 struct ActionContext {
   Foundation& foundation;
   const Platform& platform;
@@ -26,8 +27,8 @@ struct ActionContext {
   RevisionController& revisions;
   CommandRepairs& repairs;
   Notifications& notifications;
-  Busy& saving;    ///< saves and restorations, from their first request, or the password, to the last answer
-  Busy& deleting;  ///< deletions, in the same way
+  Busy& saving;    ///< saves and restorations, from the password or the first request to the last reply
+  Busy& deleting;  ///< deletions, likewise
 };
 
 }  // namespace mirvel

@@ -35,7 +35,7 @@ bool ActionController::send(const Action::Shared& action) {
   HelperConnections* const helpers = m_context.platform.helpers;
   if (!m_user.isOpen() && helpers) m_user.open(helpers->connectToAction());
   if (!m_user.isOpen()) {
-    tellOfNoCommunication();
+    showNoCommunication();
     return false;
   }
   run(m_user, action);
@@ -45,12 +45,12 @@ bool ActionController::send(const Action::Shared& action) {
 bool ActionController::sendPrivileged(const Action::Shared& action) {
   action->privileged = true;
   if (!m_context.platform.helpers) {
-    tellOfNoCommunication();
+    showNoCommunication();
     return false;
   }
-  m_inFlight.try_emplace(action.get());
+  m_inFlight.try_emplace(action.get());  // without a link yet, so that it can be cancelled during the dialog
   authorise([this, action](bool isGranted) {
-    if (!m_inFlight.contains(action.get())) return;  // it was cancelled meanwhile
+    if (!m_inFlight.contains(action.get())) return;  // cancelled while the user was asked
     isGranted ? run(m_privileged, action) : failed(*action);
   });
   return true;
@@ -68,7 +68,7 @@ void ActionController::run(HelperLink& link, const Action::Shared& action) {
   const auto id = link.run(
       action->request(m_authData).write(),
       [this, action](const propertylist::Dictionary& reply) { replied(reply, *action); },
-      [this, action](const Error& error, bool isTold) { return requestFailed(error, isTold, *action); });
+      [this, action](const Error& error, bool isKnown) { return requestFailed(error, isKnown, *action); });
   const auto found = m_inFlight.find(action.get());
   if (found != m_inFlight.end()) found->second.id = id;
 }
@@ -77,11 +77,11 @@ void ActionController::authorise(std::function<void(bool isGranted)> answer) {
   if (m_privileged.isOpen()) return answer(true);
   HelperConnections* const helpers = m_context.platform.helpers;
   if (!helpers) {
-    tellOfNoCommunication();
+    showNoCommunication();
     return answer(false);
   }
   m_awaitingAuthorisation.push_back(std::move(answer));
-  if (m_awaitingAuthorisation.size() > 1) return;
+  if (m_awaitingAuthorisation.size() > 1) return;  // the dialog is open already
   helpers->connectToPrivileged(
       std::string(Const::PrivilegedHelper::version),
       m_delay.whileOwned([this](HelperConnections::Privileged privileged) { connected(std::move(privileged)); }),
@@ -104,11 +104,12 @@ void ActionController::connected(HelperConnections::Privileged answer) {
 }
 
 void ActionController::answerAuthorisation(bool isGranted) {
+  // Taken out first, because an answer may ask for another authorisation.
   const auto waiting = std::exchange(m_awaitingAuthorisation, {});
   for (const auto& answer : waiting) answer(isGranted && m_privileged.isOpen());
 }
 
-/// The request has been sent by the time the connection is closed; its reply doesn't matter.
+/// The request is sent before the connection is closed; the reply isn't waited for.
 void ActionController::endPrivilegedConnection() {
   if (!m_privileged.isOpen()) return;
   Action quit(Action::Kind::Quit);
@@ -116,20 +117,20 @@ void ActionController::endPrivilegedConnection() {
   (void)m_privileged.run(
       quit.request(m_authData).write(), [](const propertylist::Dictionary&) {},
       [](const Error&, bool) { return false; });
-  m_privileged.close(Error{.code = Error::Code::Io, .message = "the helper was ended"});
+  m_privileged.close(Error{.code = Error::Code::Io, .message = "the helper was stopped"});
   m_authData.reset();
   m_context.shell.endPrivilegedConnection = nullptr;
 }
 
-bool ActionController::requestFailed(const Error& error, bool isTold, const Action& action) {
-  if (action.privileged && !m_privileged.isOpen()) {
+bool ActionController::requestFailed(const Error& error, bool isKnown, const Action& action) {
+  if (action.privileged && !m_privileged.isOpen()) {  // the secret was that of the lost connection
     m_authData.reset();
     m_context.shell.endPrivilegedConnection = nullptr;
   }
-  const bool tells = action.presentError && !isTold;
-  if (tells) m_context.platform.interface.present(error);
+  const bool shows = action.presentError && !isKnown;
+  if (shows) m_context.platform.interface.present(error);
   failed(action);
-  return tells;
+  return shows;
 }
 
 void ActionController::failed(const Action& action) {
@@ -139,7 +140,7 @@ void ActionController::failed(const Action& action) {
 
 void ActionController::replied(const propertylist::Dictionary& body, const Action& action) {
   const auto reply = messages::readReply(action.kind, body);
-  if (!reply) return refused({}, action);
+  if (!reply) return refused({}, action);  // malformed: an unknown error
   if (const auto* const error = std::get_if<HelperError>(&*reply)) return refused(*error, action);
   const Shell& shell = m_context.shell;
   if (const auto* const output = std::get_if<messages::TestOutput>(&*reply)) {
@@ -147,7 +148,7 @@ void ActionController::replied(const propertylist::Dictionary& body, const Actio
   } else if (const auto* const log = std::get_if<messages::LogLines>(&*reply)) {
     if (shell.log) shell.log->logReplyReceived(log->lines);
   } else if (action.cleanUp) {
-    endedWell(action);
+    cleanUpAfter(action);
   }
   end(action, true);
 }
@@ -162,17 +163,17 @@ void ActionController::end(const Action& action, bool isDone) {
   if (action.ended) action.ended(isDone);
 }
 
-void ActionController::endedWell(const Action& action) {
+void ActionController::cleanUpAfter(const Action& action) {
   if (action.kind == Action::Kind::Delete && action.deleteURL) wasDeleted(*action.deleteURL);
   if (const auto& path = action.localAgentUnloadPath) {
     auto unload = Action::unload(action.label, URL::file(*path));
-    unload->cleanUp = false;
+    unload->cleanUp = false;  // the scan below serves for both requests
     if (!send(unload)) m_context.platform.console.log("Error unloading job at path: " + *path);
   }
   m_delay(0, [this] { m_context.fetcher.refresh(); });
 }
 
-/// Whatever is selected by now and isn't that job stays; so does the job itself if it is being edited again.
+/// By now the user may have selected another job, or be editing this one again; then the selection is kept.
 void ActionController::wasDeleted(const URL& url) {
   if (!m_context.selection.job() || m_context.editing.hasUnsavedChanges() ||
       !m_context.selection.job()->url.equalTo(url))
@@ -190,7 +191,7 @@ void ActionController::deleteConfirmed(int response, const Job& job, const Ended
     deleting->release();
     if (ended) ended(isDeleted);
   };
-  // A copy that never ran: what is loaded under its label is the other job.
+  // Then the disabled job was never loaded, and unloading by its label would stop the other job.
   const bool isOthersLabel = isOtherLoaded(job, m_context.catalogue.jobs());
   if (isOthersLabel) action->label.reset();
   if (job.kind == Kind::userAgent) {
@@ -213,10 +214,10 @@ void ActionController::uninstallInternalHelpers() {
   action->presentError = false;
   action->cleanUp = false;
   (void)sendPrivileged(action);
-  m_delay(1.0, [this] { m_context.fetcher.refresh(); });
+  m_delay(1.0, [this] { m_context.fetcher.refresh(); });  // without clean-up the reply starts no scan
 }
 
-/// Requests and revisions name a file by text. The user is told if it has a name that is none.
+/// Requests and revisions contain paths as text. Shows an error if the path isn't valid UTF-8.
 bool ActionController::canBeNamed(const URL& url) {
   if (propertylist::isUtf8(url.text())) return true;
   m_context.platform.interface.present(Error{.code = Error::Code::BadArgument,
@@ -229,7 +230,7 @@ void ActionController::clearLog() {
   if (m_context.shell.log) m_context.shell.log->clear();
 }
 
-void ActionController::tellOfNoCommunication() {
+void ActionController::showNoCommunication() {
   const Localize& localize = m_context.foundation.localize;
   m_context.platform.interface.error(ActionTexts(localize).couldNotEstablishCommunicationWithHelperTool(),
                                      localize.pleaseTryAgain());

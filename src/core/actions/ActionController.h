@@ -10,8 +10,8 @@
 #include "core/actions/Action.h"
 #include "core/actions/ActionContext.h"
 #include "core/actions/HelperLink.h"
+#include "core/actions/JobOnDisk.h"
 #include "core/actions/MoveJournal.h"
-#include "core/actions/MoveTarget.h"
 #include "core/base/Claims.h"
 #include "core/base/Signal.h"
 #include "core/catalogue/Job.h"
@@ -24,56 +24,60 @@ class Launchd;
 class LoginItem;
 struct HelperError;
 
-/// Sends requests to the two helpers, and answers everyone who waits for one. For the main thread.
+/// Sends requests to the two helpers, and handles their replies. Main thread only.
 ///
-/// A result of true only says that the request went out, or will once the user has authorised it; what the helper did
-/// is known from its reply, later.
+/// Where a function returns true, the request has been sent, or will be once the user has authorised it. Its outcome is
+/// known only when `Action::ended` is called. An action that `send` refuses never ends.
 class ActionController {
  public:
   using Ended = std::function<void(bool isWritten)>;
 
   explicit ActionController(const ActionContext& context);
 
-  /// To the helper that acts as the user.
+  /// Sends a request to the helper that acts as the user, connecting to it first if necessary. Shows an error and
+  /// returns false if that is impossible.
   bool send(const Action::Shared& action);
-  /// To the helper that acts as root; the first time the user authorises it.
+  /// Sends a request to the helper that acts as root. The user must authorise the first one; if this is refused, the
+  /// action ends as failed.
   bool sendPrivileged(const Action::Shared& action);
-  /// Ends the wait for an action, as a failure of which the user isn't told; the helper stops what can be stopped
-  /// without leaving anything half done. The connection and all other actions go on. Without effect on one that has
-  /// ended.
+  /// Ends an action as failed, without showing an error. The helper stops the work if it can do so without leaving
+  /// anything half done. The connection and other actions are unaffected. Does nothing if the action has ended.
   void cancel(const Action::Shared& action);
-  /// Connects to the helper that acts as root, which may ask for a password. Those who ask while the user is being
-  /// asked get the same answer. Whoever gets false needn't tell the user.
+
+  /// Connects to the helper that acts as root, which may ask the user for a password. Calls made while the user is
+  /// being asked get the same answer. If it is false, the user has been told why.
   void authorise(std::function<void(bool isGranted)> answer);
   bool isAuthorised() const { return m_privileged.isOpen(); }
   /// Whether the user is being asked for a password.
   bool isAuthorising() const { return !m_awaitingAuthorisation.empty(); }
+  /// Whether there is a connection to the helper that acts as the user.
+  bool isConnected() const { return m_user.isOpen(); }
 
-  /// Brings the live record of the job to its file, and has the job loaded unless it is disabled. The user is asked
-  /// first if another job's label stands against that. The job's URL changes when it has moved to another kind. `ended`
-  /// hears, now or later, whether the file was written; see `SaveRun` for what else depends on that.
+  /// Saves the record of a job to its file, and loads the job unless it is disabled. Asks the user first if the label
+  /// is in use (`conflictingJob`). The job's URL changes if it has moved to another kind. `ended` is called once,
+  /// possibly before this function returns, with whether the file was written; see `SaveRun` for the state after a
+  /// failure.
   void save(const std::shared_ptr<Launchd>& job, const Ended& ended = {});
-  /// Deletes the job if the answer is the default button's. `ended` hears whether that was done, if it was asked for.
+  /// Deletes a job if the response is the default button, otherwise does nothing. `ended` is called with the outcome of
+  /// the request. It isn't called if no request can be sent, nor for login items, which are removed immediately.
   void deleteConfirmed(int response, const Job& job, const std::function<void(bool isDeleted)>& ended = {});
-  /// Has the helpers removed that were installed outside of the package.
+  /// Requests the removal of helpers that were installed outside of the package.
   void uninstallInternalHelpers();
 
-  /// Ends the moves that the end of an earlier run interrupted; the user's own helper can do that.
+  /// Completes or undoes moves that were interrupted when the program ended (`MoveJournal`). Needs no password.
   void finishMoves();
   MoveJournal& moves() { return m_moves; }
 
-  /// Held by whoever is going to write a job file, so that nobody else takes its place before it is there.
+  /// Reserves the path of a job file that is about to be written, so that no other save chooses it. Hold the claim
+  /// until the file has been written.
   Claims::Claim claim(const URL& file) { return m_written.claim(file.text()); }
-  /// Tells of the files that have been claimed.
+  /// Whether a path has been claimed. The result must not outlive the controller.
   IsTaken isTaken() const {
     return [this](const std::filesystem::path& file) { return m_written.isClaimed(URL::file(file).text()); };
   }
 
-  /// Whether there is a connection to the helper that acts as the user.
-  bool isConnected() const { return m_user.isOpen(); }
-
  private:
-  /// Where a request is in flight. No link: the user is being asked for a password.
+  /// An action that hasn't ended. The link is null while the user is being asked for a password.
   struct Flight {
     HelperLink* link = nullptr;
     HelperLink::Id id = 0;
@@ -87,9 +91,9 @@ class ActionController {
   void replied(const propertylist::Dictionary& body, const Action& action);
   void refused(const HelperError& error, const Action& action);
   void failed(const Action& action);
-  bool requestFailed(const Error& error, bool isTold, const Action& action);
+  bool requestFailed(const Error& error, bool isKnown, const Action& action);
   void end(const Action& action, bool isDone);
-  void endedWell(const Action& action);
+  void cleanUpAfter(const Action& action);
   void wasDeleted(const URL& url);
   void clearLog();
 
@@ -103,7 +107,7 @@ class ActionController {
   void loadQuietly(const URL& url);
   void deleteLoginItem(const LoginItem& item);
 
-  void tellOfNoCommunication();
+  void showNoCommunication();
 
   const ActionContext m_context;
   Delay m_delay;

@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "core/actions/ActionTexts.h"
-#include "core/actions/MoveTarget.h"
+#include "core/actions/JobOnDisk.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The moment in UTC, without colons, which some file systems don't take in a name.
+/// The time in UTC, without colons, which some file systems don't allow in a name.
 std::string timeText(double secondsSince1970) {
   constexpr double from1970To2001 = 978307200;
   std::string text = propertylist::dateText({.seconds = secondsSince1970 - from1970To2001});
@@ -47,7 +47,7 @@ bool isKept(const fs::path& folder, std::string_view bytes) {
   std::error_code failure;
   for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end; entry.increment(failure)) {
     std::error_code unreadable;
-    if (entry->file_size(unreadable) != bytes.size()) continue;
+    if (entry->file_size(unreadable) != bytes.size()) continue;  // cheaper than reading every file
     const auto kept = readFile(entry->path(), JobFolder::largestFile);
     if (kept && *kept == bytes) return true;
   }
@@ -73,7 +73,7 @@ fs::path keptFilesFolder(const Roots& roots) {
 }
 
 Result<void> keepFile(const Roots& roots, const Clock& clock, const std::string& job, std::string_view bytes) {
-  constexpr std::size_t longestName = 48;  // in characters, so that any name has room
+  constexpr std::size_t longestName = 48;  // in characters, so that even 4-byte ones fit into a file name
   const fs::path folder = keptFilesFolder(roots);
   if (isKept(folder, bytes)) return {};
   if (auto made = makePrivateFolder(folder); !made) return made;
@@ -83,7 +83,7 @@ Result<void> keepFile(const Roots& roots, const Clock& clock, const std::string&
 
 bool letCommentsGo(const Foundation& foundation, const Platform& platform, Editing& editing,
                    const std::shared_ptr<Launchd>& job) {
-  if (job->isNewFile) return true;
+  if (job->isNewFile) return true;  // its URL may be that of the file it was copied from
   const auto bytes = readFile(job->url.path(), JobFolder::largestFile);
   if (!bytes || !propertylist::hasComments(*bytes)) return true;
   const std::string checksum = Checksum::ofFile(*bytes).text();

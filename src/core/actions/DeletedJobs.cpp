@@ -49,7 +49,7 @@ propertylist::Value encode(const DeletedJob& job) {
   return fields;
 }
 
-bool standsAsItWas(const DeletedJob& job) {
+bool isUnchangedOnDisk(const DeletedJob& job) {
   const auto bytes = readFile(job.url.path(), JobFolder::largestFile);
   return bytes && *bytes == job.bytes;
 }
@@ -73,6 +73,7 @@ Result<std::string> DeletedJobs::keep(const Job& job) {
                      .deletedAt = m_clock.secondsSince1970(),
                      .bytes = *std::move(bytes),
                      .mode = restrictedMode(job.url)};
+  // Added and pruned in memory, so that the file is written once.
   m_store.put(deleted.id, encode(deleted));
   prune(deleted.id);
   if (auto written = m_store.write(); !written) return written.error();
@@ -80,17 +81,17 @@ Result<std::string> DeletedJobs::keep(const Job& job) {
 }
 
 void DeletedJobs::forget(const std::string& id) {
-  (void)m_store.set(id, std::nullopt);  // the store reports what fails
+  (void)m_store.set(id, std::nullopt);  // the store reports a failure itself
 }
 
-/// Entries of another form stay, and aren't counted: a newer version may have made them.
+/// Entries that can't be decoded are kept and not counted: a newer version may have written them.
 void DeletedJobs::prune(const std::string& newest) {
   std::size_t count = 0, size = 0;
   for (const DeletedJob& job : kept()) {
     size += job.bytes.size();
     const bool isTooOld = keptUntil(job.deletedAt) < m_clock.secondsSince1970();
     const bool isBeyond = isTooOld || ++count > m_limits.jobs || size > m_limits.bytes;
-    // The newest stays whatever its size, and whatever the clock said before: it is about to be deleted.
+    // The newest job is about to be deleted, so it is kept whatever its size, and even if the clock has been set back.
     if (isBeyond && job.id != newest) m_store.put(job.id, std::nullopt);
   }
 }
@@ -109,7 +110,7 @@ std::vector<DeletedJob> DeletedJobs::jobs() const {
   std::vector<DeletedJob> result = kept();
   std::erase_if(result, [&](const DeletedJob& job) {
     const bool isOver = keptUntil(job.deletedAt) < m_clock.secondsSince1970();
-    return isOver || m_claimed.isClaimed(job.id) || standsAsItWas(job);
+    return isOver || m_claimed.isClaimed(job.id) || isUnchangedOnDisk(job);
   });
   return result;
 }

@@ -20,7 +20,7 @@ std::string unknownError(const propertylist::Integer& code, const Localize& loca
                              localize.isRightToLeft());
 }
 
-/// What couldn't be done; empty for what has no file.
+/// The operation that failed; empty if it concerns no file.
 std::string deedOf(const HelperFailure& failure, const Localize& localize) {
   const std::string& file = failure.cause.file;
   if (failure.deed == Deed::Test) return ActionTexts(localize).theTestCouldntBeRun();
@@ -45,7 +45,7 @@ std::string deedOf(const HelperFailure& failure, const Localize& localize) {
   return {};
 }
 
-/// What the system says, with what to do about it; empty for what it seldom says.
+/// The reason by the system's error code, with advice; empty for rare codes.
 std::string systemReason(int systemCode, const Localize& localize) {
   switch (systemCode) {
     case ENOSPC:
@@ -70,7 +70,7 @@ std::string systemReason(int systemCode, const Localize& localize) {
   }
 }
 
-/// The same for what we say ourselves.
+/// The reason by our own error code, for failures without a system code.
 std::string ownReason(const HelperFailure& failure, const Localize& localize) {
   switch (failure.cause.code) {
     case Error::Code::NotFound:
@@ -101,7 +101,7 @@ std::string ownReason(const HelperFailure& failure, const Localize& localize) {
   return localize.pleaseTryAgain();
 }
 
-/// The words of the one who knows, which nobody has translated: a tool of the system, or the place in a file.
+/// The original message, which isn't translated: the output of a system tool, or a position in a file.
 std::string detailOf(const Error& cause) {
   Error withoutFile = cause;
   withoutFile.file.clear();

@@ -10,32 +10,35 @@
 
 namespace mirvel {
 
-/// A connection to a helper, and the requests that wait on it. Each of them ends exactly once, with its reply or a
-/// failure: when the connection fails, or is closed, all that wait fail with it. For the main thread.
+/// A connection to a helper, and the requests that are waiting for a reply. Each of them ends exactly once, with a
+/// reply or a failure. When the connection fails or is closed, all of them fail. Main thread only.
 class HelperLink {
  public:
   using Id = std::int64_t;
   using Reply = HelperConnection::Reply;
   using Event = HelperConnection::Event;
-  /// Returns whether the user knows of the failure now. `isTold`: they do already, from an earlier request's failure,
-  /// or because they cancelled this one.
-  using Failure = std::function<bool(const Error& why, bool isTold)>;
+  /// Returns whether the user knows of the failure now. `isKnown` is true if they know already, because an earlier
+  /// request failed for the same reason or they cancelled this one. So a lost connection is reported once.
+  using Failure = std::function<bool(const Error& why, bool isKnown)>;
 
   explicit HelperLink(MainQueue& queue) : m_queue(queue), m_delay(queue) {}
 
-  /// Null is no connection.
+  /// Starts to use a connection. Null leaves the link closed. The link must not be open already.
   void open(std::unique_ptr<HelperConnection> connection) { m_connection = std::move(connection); }
+  /// Whether requests can be sent. Becomes false when a request fails because of the connection.
   bool isOpen() const { return m_connection != nullptr; }
 
-  /// Sends a request. Only while the link is open. `event` gets what the request subscribed to, until it ends.
+  /// Sends a request; the link must be open. Neither `reply` nor `failure` is called before this returns. `event` is
+  /// called for each event that the request has subscribed to, until the request ends.
   Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, const Event& event = {});
-  /// Ends the wait for one request, which fails with `Cancelled` before this returns. The connection and all other
-  /// requests go on. Without effect on a request that has ended.
+  /// Cancels one request, which fails with `Cancelled` before this returns. The connection and other requests are
+  /// unaffected. Does nothing if the request has ended.
   void cancel(Id id);
-  /// Closes the connection. What still waits fails, without the user being told.
+  /// Closes the connection. The requests that are still waiting fail with `isKnown`.
   void close(const Error& why) { breakOff(why, true); }
 
  private:
+  /// A request without a reply. `request` is its ID at the connection.
   struct Waiting {
     Reply reply;
     Failure failure;
@@ -43,7 +46,7 @@ class HelperLink {
   };
 
   void requestFailed(Id id, const Error& why);
-  void breakOff(const Error& why, bool isTold);
+  void breakOff(const Error& why, bool isKnown);
 
   MainQueue& m_queue;
   Delay m_delay;

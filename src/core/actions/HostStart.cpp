@@ -25,7 +25,7 @@ void HostStart::begin() {
   m_statusChanged = m_notifications.appStatusChanged.subscribe([this] { startIfNeeded(); });
 }
 
-/// Root's jobs have a host of their own, which only root can start.
+/// Daemons have another host, which only root can start.
 bool HostStart::isRunByHost(const Job& job) {
   return job.kind.isAgent() && !job.isDisabled();
 }
@@ -38,6 +38,7 @@ void HostStart::startIfNeeded() {
   const Jobs& jobs = m_catalogue.jobs();
   const bool hasJobs = std::any_of(jobs.begin(), jobs.end(), [](const auto& job) { return isRunByHost(*job); });
   if (m_connection || !hasJobs) return;
+  // Both events can come in quick succession, and a failing start costs a process each time.
   m_limit.interval("HostStart", secondsBetweenAttempts, [this] { start(); });
 }
 
@@ -60,7 +61,7 @@ void HostStart::replied(const propertylist::Dictionary& body) {
 }
 
 void HostStart::ended(std::optional<std::string> failure) {
-  // It may be this connection that is telling of its end.
+  // Destroyed later: this may be called from one of the connection's callbacks.
   m_platform.mainQueue.post([old = std::shared_ptr<HelperConnection>(std::move(m_connection))] {});
   if (failure == m_failure) return;
   m_failure = std::move(failure);

@@ -16,23 +16,24 @@ class Localize;
 struct Notifications;
 struct Platform;
 
-/// Starts the host that runs the user's jobs, and knows why it can't be started. Where the system itself runs them
-/// there is nothing to start, which counts as success. For the main thread.
+/// Starts the host that runs the user's jobs, by a request to the action helper. Where launchd or systemd runs jobs
+/// there is nothing to start, and the request succeeds. Main thread only.
 class HostStart {
  public:
   /// The shortest time between two attempts to start the host.
   static constexpr double secondsBetweenAttempts = 30;
 
-  /// All outlive it.
+  /// All must outlive this object.
   HostStart(const Platform& platform, const Localize& localize, const Catalogue& catalogue,
             Notifications& notifications);
 
-  /// From now on the host is started as soon as the catalogue has a job to run. A failure is tried again when the
-  /// catalogue changes or the user comes back to the window.
+  /// Starts to watch the catalogue: the host is started as soon as there is an enabled agent. After a failure it is
+  /// tried again when the catalogue changes or the application becomes active. Changes of `failure` are posted as
+  /// `Notifications::hostChanged`.
   void begin();
-  /// Why the host couldn't be started. None if it runs or wasn't needed.
+  /// The reason why the host couldn't be started. Nullopt if it is running, or hasn't been needed.
   const std::optional<std::string>& failure() const { return m_failure; }
-  /// Whether the job is enabled and doesn't run because the host doesn't.
+  /// Whether the job is enabled but won't run, because the host couldn't be started.
   bool keepsFromRunning(const Job& job) const;
 
  private:
@@ -49,7 +50,7 @@ class HostStart {
   Limit m_limit;
   Delay m_delay;
   Subscription m_jobsUpdated, m_statusChanged;
-  std::unique_ptr<HelperConnection> m_connection;  ///< while an answer is waited for; saves have one of their own
+  std::unique_ptr<HelperConnection> m_connection;  ///< only while waiting for a reply; saves use another one
   std::optional<std::string> m_failure;
 };
 

@@ -32,7 +32,7 @@ void JobDeletion::confirm(const std::shared_ptr<Job>& job) {
                                   });
 }
 
-/// An edit or a save may have begun while the sheet was up.
+/// An edit or a save may have started while the sheet was open.
 void JobDeletion::confirmed(const std::shared_ptr<Job>& job) {
   if (canDelete(*job)) return deleteAndKeep(job);
   const Localize& localize = m_foundation.localize;
@@ -47,7 +47,8 @@ void JobDeletion::deleteAndKeep(const std::shared_ptr<Job>& job) {
   const bool isUsers = job->kind == Kind::userAgent;
   m_actions.deleteConfirmed(Interface::defaultButton, *job, [this, isUsers, id = *kept](bool isDeleted) {
     if (isDeleted) return;
-    // A helper that was cut off may still delete the file: then the copy stays, and is listed once the file is gone.
+    // Without a connection there was no answer, and the helper may still delete the file. So the copy is kept; it is
+    // listed as soon as the file is gone.
     const bool isAnswered = isUsers ? m_actions.isConnected() : m_actions.isAuthorised();
     if (isAnswered) m_deletedJobs.forget(id);
   });

@@ -16,10 +16,10 @@ struct Foundation;
 struct Platform;
 struct Shell;
 
-/// Deletes jobs: asks first, and keeps their files to be restored. For the main thread.
+/// Deletes jobs after asking the user, and keeps their files so that they can be restored. Main thread only.
 class JobDeletion {
  public:
-  /// All outlive it.
+  /// All must outlive this object.
   JobDeletion(ActionController& actions, DeletedJobs& deletedJobs, const Editing& editing, const Busy& saving,
               const Foundation& foundation, const Platform& platform, const Shell& shell)
       : m_actions(actions),
@@ -30,15 +30,15 @@ class JobDeletion {
         m_platform(platform),
         m_shell(shell) {}
 
-  /// Whether the job may be deleted now.
+  /// Whether the job can be deleted now: there are no unsaved changes, no save is in progress, and the job isn't new,
+  /// an application's own login item, or part of the system (unless the user edits system jobs).
   bool canDelete(const Job& job) const;
-  /// Asks whether to delete the job, in a sheet whose default isn't to, and deletes it if the user agrees. Does nothing
-  /// for null and without a window.
+  /// Asks whether to delete the job, in a sheet in which Return doesn't delete, and deletes it if the user agrees. Does
+  /// nothing for null, or without a main window.
   void confirm(const std::shared_ptr<Job>& job);
-  /// Deletes the job as `ActionController::deleteConfirmed` does, and keeps its file. If that can't be kept, the user
-  /// is asked once more.
+  /// Keeps the job's file, and deletes the job. If the file can't be kept the user is asked again first.
   void deleteAndKeep(const std::shared_ptr<Job>& job);
-  /// What the question says of the deletion: until when the job can be restored, or that it can't.
+  /// The text of the question: until when the job can be restored, or that it can't be.
   std::string consequence(const Job& job) const;
 
  private:

@@ -8,7 +8,7 @@ namespace mirvel {
 
 namespace {
 
-/// Only an agent of the user's own may have the label of a daemon.
+/// A user's own agent and a daemon are in different domains. An agent for everyone is in conflict with both.
 bool shareADomain(Kind a, Kind b) {
   return a.isDaemon() == b.isDaemon() || a.isAgentOfEveryone() || b.isAgentOfEveryone();
 }

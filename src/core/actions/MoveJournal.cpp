@@ -28,12 +28,10 @@ std::optional<MoveJournal::Move> moveOf(const std::string& users, const property
 
 }  // namespace
 
-// The entries have the path of the user's file for a key.
-
 MoveJournal::MoveJournal(const fs::path& folder, StoreTroubles& troubles)
     : m_store(folder / "Moves.plist", &m_troubles) {
   m_troubles.setListener([&troubles](const StoreTrouble& trouble) {
-    // Whoever begins or ends a move tells of that.
+    // `begin` and `end` return this one as an error, which their callers show.
     if (trouble.kind != StoreTrouble::Kind::Unwritten) troubles.report(trouble);
   });
 }
@@ -43,12 +41,13 @@ Result<void> MoveJournal::begin(const Move& move) {
   auto noted = m_store.set(
       key,
       propertylist::Dictionary{{rootsKey, move.roots.text()}, {labelKey, move.label}, {checksumKey, move.checksum}});
-  if (!noted) m_store.put(key, std::nullopt);  // or a later one would be noted with it
+  if (!noted) m_store.put(key, std::nullopt);  // otherwise the next successful write would record it
   return noted;
 }
 
 Result<void> MoveJournal::end(const URL& users) {
   m_store.put(users.text(), std::nullopt);
+  // Without moves there is no file, so that a start has nothing to read.
   return m_store.contents().size() == 0 ? m_store.clear() : m_store.write();
 }
 

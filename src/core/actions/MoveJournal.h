@@ -10,41 +10,44 @@
 
 namespace mirvel {
 
-/// Notes the moves between the user's folder and those of root that are under way, so that one which the program's end
-/// interrupts leaves the job in one place: the next start ends it. For the main thread.
+/// Records the moves of jobs between the user's folder and those of root while they are in progress. These need several
+/// requests. If the program ends between two of them, its next start completes or undoes the move, so that the job
+/// isn't left in both places. Main thread only.
 class MoveJournal {
  public:
-  /// A move in either direction: of the two files one is to go.
+  /// A move in either direction. At its end one of the two files remains.
   struct Move {
-    URL users;             ///< the file in the user's folder
-    URL roots;             ///< the file in one of root's folders
-    std::string label;     ///< that root's file has
-    std::string checksum;  ///< of the user's file; see `Checksum`
+    URL users;             ///< in the user's folder
+    URL roots;             ///< in one of root's folders
+    std::string label;     ///< the label in root's file
+    std::string checksum;  ///< the `Checksum` of the content of the user's file
   };
 
-  /// The journal, "Moves.plist", lies in the folder. `troubles` outlives it, and hears what is wrong with a journal
-  /// that was read.
+  /// Uses the file "Moves.plist" in the folder. A journal that can't be read is reported to `troubles`, which must
+  /// outlive this object.
   MoveJournal(const std::filesystem::path& folder, StoreTroubles& troubles);
 
-  /// If it can't be noted, the error is all that is left of it.
+  /// Records a move before its first request is sent. On failure nothing is recorded, now or later, and the move must
+  /// not start.
   Result<void> begin(const Move& move);
+  /// Removes the record of a move, identified by the path of the user's file.
   Result<void> end(const URL& users);
-  /// What was begun and has not ended. None if the journal can't be read.
+  /// The moves that haven't ended. Empty if the journal can't be read; entries that can't be decoded are skipped.
   std::vector<Move> unfinished();
 
  private:
   StoreTroubles m_troubles;
-  Store m_store;
+  Store m_store;  ///< keyed by the path of the user's file
 };
 
-/// What is to be done about an interrupted move.
+/// How an interrupted move is completed or undone.
 enum class MoveRemedy {
-  None,         ///< there is no such file any more, or the user's one isn't that which was moved
-  RemoveUsers,  ///< both stand
-  LoadUsers,    ///< only the user's file stands
-  LoadRoots,    ///< only root's file stands
+  None,         ///< nothing to do: both files are gone, or the user's file has been changed since
+  RemoveUsers,  ///< both files exist: remove the user's file
+  LoadUsers,    ///< only the user's file exists: load it
+  LoadRoots,    ///< only root's file exists: load it
 };
-/// Looks at both files.
+/// The remedy according to the files that exist now. Root's file counts only if it has the recorded label.
 MoveRemedy remedyFor(const MoveJournal::Move& move);
 
 }  // namespace mirvel

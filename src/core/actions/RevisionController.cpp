@@ -8,7 +8,7 @@ namespace mirvel {
 
 namespace {
 
-/// A job's revisions; none if they aren't all dictionaries.
+/// The revisions of a job; empty if any of them isn't a dictionary.
 propertylist::Array revisionsIn(Store& store, const std::string& key) {
   const auto* const array = store.get<propertylist::Array>(key);
   const auto isRevision = [](const propertylist::Value& entry) {
@@ -17,7 +17,7 @@ propertylist::Array revisionsIn(Store& store, const std::string& key) {
   return array && std::all_of(array->begin(), array->end(), isRevision) ? *array : propertylist::Array();
 }
 
-/// 0 if it has none.
+/// 0 if it has no date.
 double dateOf(const propertylist::Value& revision) {
   const auto* const dictionary = revision.as<propertylist::Dictionary>();
   const auto* const seconds = dictionary ? dictionary->get<double>(RevisionController::dateKey) : nullptr;
@@ -26,7 +26,7 @@ double dateOf(const propertylist::Value& revision) {
 
 }  // namespace
 
-// The store itself reports what can't be written.
+// Results of the store are ignored here because it reports failures itself.
 
 RevisionController::RevisionController(const std::filesystem::path& folder, const Defaults& defaults,
                                        const Clock& clock, StoreTroubles& troubles)

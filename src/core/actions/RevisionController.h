@@ -12,27 +12,31 @@ namespace mirvel {
 
 class Launchd;
 
-/// Earlier contents of the jobs, as they were saved: one store for all jobs, by the path of the job's file, the newest
-/// first. For the main thread.
+/// The revisions of all jobs: what was saved, by the path of the job's file. Main thread only.
+///
+///     {"/Users/x/Library/LaunchAgents/a.plist": [{"Date": 1700000000.5, "Plist": {"Label": "a", ...}}, ...]}
+///
+/// A list in which any entry isn't a dictionary counts as empty, and is replaced by the next save of the job.
 class RevisionController {
  public:
-  /// Of a revision: a real, the seconds since 1970, and a dictionary, the content.
+  /// The keys of a revision: the time of the save as a real, in seconds since 1970, and the content as a dictionary.
   static constexpr const char* dateKey = "Date";
   static constexpr const char* plistKey = "Plist";
 
-  /// "Revisions.plist" lies in the folder. The references outlive the controller.
+  /// Uses the file "Revisions.plist" in the folder. The references must outlive the controller. Failures to read or
+  /// write are reported to `troubles`.
   RevisionController(const std::filesystem::path& folder, const Defaults& defaults, const Clock& clock,
                      StoreTroubles& troubles);
 
-  /// An array of revisions under each path. Valid until the next call.
+  /// An array of revisions for each path (`storeKey`), the newest first. Invalidated by the next call.
   const propertylist::Dictionary& revisions() const { return m_store.contents(); }
-  /// Keeps what the job holds now, and drops the oldest beyond `Defaults::numberOfSavedRevisions`. A store that can't
-  /// be written keeps it until the program ends.
+  /// Adds the present content of the job, and removes the oldest revisions beyond `Defaults::numberOfSavedRevisions`.
+  /// If the file can't be written the revision is kept in memory.
   void saveRevision(const Launchd& job);
-  /// Of one job, or of all of them.
+  /// Removes the revisions of one job, or of all jobs.
   void clearRevisions(const URL& job);
   void clearRevisions();
-  /// Gives the revisions that belong to one file to another, in the order of their dates with those that it has.
+  /// Moves the revisions of one path to another. Those which that path already has are kept, sorted by date.
   void jobMoved(const URL& from, const URL& to);
 
  private:

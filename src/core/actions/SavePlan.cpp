@@ -1,9 +1,12 @@
 #include "core/actions/SavePlan.h"
 
 #include <system_error>
+#include <utility>
 
-#include "core/actions/JobOnDisk.h"
 #include "core/catalogue/Launchd.h"
+#include "core/commands/CommandRepairs.h"
+#include "core/jobfile/Plist.h"
+#include "core/jobfile/RunString.h"
 
 namespace mirvel {
 
@@ -17,7 +20,7 @@ bool isThere(const URL& url) {
   return fs::exists(url.path(), failure);
 }
 
-/// What the helpers are asked for never ends an edit by itself: the save does, when all has been answered.
+/// Without the clean-up of single actions: only the save as a whole ends the edit and starts a scan.
 SaveStep step(Role role, Action::Shared action, bool isRoots = false) {
   action->cleanUp = false;
   return {role, std::move(action), isRoots};
@@ -30,8 +33,8 @@ Action::Shared write(const SavePlan& plan, bool isLoaded, std::string label) {
   return action;
 }
 
-/// The file of a job that leaves a folder of root's: the one that was read or, where that has gone, the one of its
-/// name, if that is the job's.
+/// The file of a job that moves out of one of root's folders: the one that was read or, if it doesn't exist any more,
+/// the one named after the job, provided that it has the same label.
 URL oldFile(const Launchd& job, const Roots& roots) {
   const auto folder = job.originalKind.folderURL(roots);
   if (isThere(job.url) || !folder) return job.url;
@@ -41,10 +44,11 @@ URL oldFile(const Launchd& job, const Roots& roots) {
 
 void addStepsAsUser(SavePlan& plan, const Launchd& job, const Roots& roots) {
   const bool isLoaded = !job.isDisabled();
-  // The user's helper trusts labels: a job that gets another one is unloaded by the old one.
+  // The action helper unloads by the label of the request, so a renamed job must be unloaded by its old label.
   plan.steps.push_back(
       step(Role::Write, write(plan, isLoaded && !plan.isMove, job.name.empty() ? plan.label : job.name)));
   if (!plan.isMove) return;
+  // The old file is removed only when the new one exists: an interruption leaves two files rather than none.
   plan.steps.push_back(step(Role::RemoveOld, Action::delete_(oldFile(job, roots), job.name), true));
   if (job.originalKind.isAgentOfEveryone()) {
     plan.steps.push_back(step(Role::UnloadForGood, Action::unload(job.name, plan.from)));
@@ -58,7 +62,7 @@ void addStepsAsRoot(SavePlan& plan, const Launchd& job) {
   if (isOldThere && job.originalKind.isAgent()) {
     plan.steps.push_back(step(Role::UnloadOld, Action::unload(std::nullopt, plan.from)));
   }
-  // Root's helper trusts no label but that of the content and those in the files that it touches.
+  // The privileged helper accepts only the label in the content, and finds the old one in the file that it replaces.
   const auto action = write(plan, !isAgentNow && !job.isDisabled(), plan.label);
   if (plan.isMove && isOldThere) action->deleteURL = plan.from;
   plan.steps.push_back(step(Role::Write, action, true));
@@ -66,6 +70,22 @@ void addStepsAsRoot(SavePlan& plan, const Launchd& job) {
 }
 
 }  // namespace
+
+bool normalizeForSave(jobfile::Plist& record, CommandRepairs& repairs) {
+  jobfile::Plist saved = record.clone();
+  saved.fillEmptyLabel();  // first: the label comes from the command as typed
+  const auto read = record.asRead();
+  if (!read || read->run != record.run) {  // a command that wasn't edited is left exactly as it is
+    const std::string repaired = repairs.expandTilde(repairs.repairCommand(record.run));
+    (void)repairs.stripSudo(repaired);  // only warns: the saved command keeps `sudo`
+    auto command = repairs.checkComplexCommand(repaired, saved.name);
+    if (!command) return false;
+    saved.run = *std::move(command);
+  }
+  takeArgumentsFromRun(saved);
+  record = std::move(saved);
+  return true;
+}
 
 std::optional<SavePlan> SavePlan::of(const Launchd& job, const Roots& roots, const IsTaken& isTaken) {
   const bool isMove = !job.isNewFile && job.kind != job.originalKind;

@@ -5,50 +5,62 @@
 #include <string>
 
 #include "core/actions/Action.h"
-#include "core/actions/MoveTarget.h"
+#include "core/actions/JobOnDisk.h"
 
 namespace mirvel {
 
+class CommandRepairs;
 class Launchd;
+
+namespace jobfile {
+class Plist;
+}
+
+/// Prepares a record for saving. An empty label is derived from the command as typed. An edited command is repaired and
+/// split into arguments; if it is too complex for launchd, the user is asked whether to make a script of it. Returns
+/// false, with the record unchanged, if the user cancels.
+[[nodiscard]] bool normalizeForSave(jobfile::Plist& record, CommandRepairs& repairs);
 
 /// One request of a save.
 struct SaveStep {
   enum class Role {
-    UnloadOld,      ///< the job as it was, before root takes its file over
-    Write,          ///< the new file; in one request with the removal of the old one where root does both
-    RemoveOld,      ///< the old file, which only root may remove
-    UnloadForGood,  ///< the agent of everyone whose file has gone
-    Load,           ///< what another helper than the one that wrote it has to load
+    UnloadOld,      ///< unloads the job before root replaces its file
+    Write,          ///< writes the new file; where root can do both, the same request removes the old one
+    RemoveOld,      ///< removes the old file, which only root may remove
+    UnloadForGood,  ///< unloads an agent for everyone whose file has been removed
+    Load,           ///< loads the job, where this isn't up to the helper that wrote the file
   };
 
   Role role;
   Action::Shared action;
-  bool isRoots = false;  ///< it goes to the helper that acts as root
+  bool isRoots = false;  ///< sent to the privileged helper
 };
 
-/// What a save asks for, in which order; each step goes out when the one before it has succeeded. A disabled job is
-/// only written. By the kinds of the job before and now, where an agent is one of everyone and a daemon root's:
+/// The requests of a save, in order. Each is sent once the previous one has succeeded. A disabled job is written, but
+/// not loaded. "Agent" below means an agent for everyone; "user" is the action helper, "root" the privileged one.
 ///
-/// - user's to user's: user writes and loads.
-/// - agent to user's: user writes; root removes the old file; user unloads the old agent and loads the new one.
-/// - daemon to user's: user writes; root removes and unloads; user loads.
-/// - user's or agent to agent: user unloads; root writes and removes the old file in one request; user loads.
-/// - daemon to agent: root writes, and removes and unloads the old one, in one request; user loads.
-/// - user's or agent to daemon: user unloads; root writes, removes and loads in one request.
-/// - daemon to daemon: root writes and loads.
+/// | old kind | new kind | requests |
+/// |---|---|---|
+/// | user's | user's | user writes and loads |
+/// | agent | user's | user writes; root removes the old file; user unloads the old agent; user loads the new one |
+/// | daemon | user's | user writes; root removes the old file and unloads; user loads |
+/// | user's, agent | agent | user unloads; root writes and removes the old file; user loads |
+/// | daemon | agent | root writes, removes the old file and unloads; user loads |
+/// | user's, agent | daemon | user unloads; root writes, removes the old file and loads |
+/// | daemon | daemon | root writes and loads |
 struct SavePlan {
-  URL from;              ///< where the job's file was; of a new job where it will be
-  URL to;                ///< where it will be
-  bool isMove = false;   ///< to another kind
-  bool isFresh = false;  ///< nothing was at `to` before: the job is new, or moves
-  bool needsRoot = false;
-  std::string label;  ///< that the new file has
-  std::string text;   ///< that is written
-  std::optional<int> mode =
-      {};  ///< that a fresh file is to have at most: it is no more open than the one it comes from
+  URL from;                      ///< the present path of the file; for a new job the same as `to`
+  URL to;                        ///< the path of the file after the save
+  bool isMove = false;           ///< whether the job changes to another kind
+  bool isFresh = false;          ///< whether `to` is a new file: the job is new, or moves
+  bool needsRoot = false;        ///< whether any step needs the privileged helper
+  std::string label;             ///< the label in the new file
+  std::string text;              ///< the content of the new file
+  std::optional<int> mode = {};  ///< the most permissions that a fresh file may get; see `restrictedMode`
   std::deque<SaveStep> steps = {};
 
-  /// The job's record is ready to be written. No plan: the kind has no folder, or the record has no form as a file.
+  /// The plan for a record that has been prepared by `normalizeForSave`. Nullopt if the kind has no folder, or the
+  /// record can't be represented as a property list. Accesses the disk, but changes nothing.
   static std::optional<SavePlan> of(const Launchd& job, const Roots& roots, const IsTaken& isTaken);
 };
 

@@ -39,21 +39,21 @@ void SaveRun::start() {
 }
 
 void SaveRun::begin() {
-  if (m_plan.isFresh && stands(m_plan.to)) {
+  if (m_plan.isFresh && isPresent(m_plan.to)) {
     const Localize& localize = m_context.foundation.localize;
     m_context.platform.interface.error(ActionTexts(localize).couldntBeWritten(m_plan.to.text()),
                                        ActionTexts(localize).aFileWithThisNameExists());
     return finish(false);
   }
-  // The last question of a save, so that it is asked once; the file may change while the user thinks about it.
+  // The last question of a save. The file may change while it is shown, so it is compared again afterwards.
   if (endsOvertaken()) return;
   if (!letCommentsGo(m_context.foundation, m_context.platform, m_context.editing, m_job)) return finish(false);
   if (endsOvertaken()) return;
-  if (m_plan.isMove && !noteMove()) return finish(false);
+  if (m_plan.isMove && !recordMove()) return finish(false);
   next();
 }
 
-/// Leaves it to the editor to ask what is to become of the two.
+/// Ends the save if another program has changed the file. The editor then asks the user which version to keep.
 bool SaveRun::endsOvertaken() {
   if (!wasOvertaken()) return false;
   finish(false);
@@ -61,33 +61,32 @@ bool SaveRun::endsOvertaken() {
   return true;
 }
 
-/// Whether something else wrote to the file of the edited job while the user was asked for a password, or about
-/// comments.
+/// Whether the file of the edited job has been changed while the user was asked for a password, or about comments.
 bool SaveRun::wasOvertaken() const {
   if (m_job->isNewFile || m_context.selection.job() != m_job) return false;
   const auto bytes = jobBytes(m_plan.from);
   return bytes && !m_context.editing.expectsInFile(Checksum::ofFile(*bytes).text());
 }
 
-/// Only moves between the user's and root's folders need more than one request. What the user's file holds is noted, so
-/// that none but this one is ever removed.
-bool SaveRun::noteMove() {
+/// Only moves between the user's and root's folders need several requests, and can be interrupted between them. The
+/// checksum of the user's file is recorded so that no other content is ever deleted.
+bool SaveRun::recordMove() {
   const bool toUser = m_job->kind == Kind::userAgent;
   if (!toUser && m_job->originalKind != Kind::userAgent) return true;
   MoveJournal::Move move{m_plan.to, m_plan.from, m_job->name, Checksum::ofFile(m_plan.text).text()};
   if (!toUser) {
     const auto old = jobBytes(m_plan.from);
-    if (!old) return true;  // nothing there that could be left
+    if (!old) return true;  // the old file is gone already
     move = {m_plan.from, m_plan.to, m_plan.label, Checksum::ofFile(*old).text()};
   }
-  const auto noted = m_actions.moves().begin(move);
-  if (!noted) m_context.platform.interface.present(noted.error());
-  m_isNoted = static_cast<bool>(noted);
-  return m_isNoted;
+  const auto recorded = m_actions.moves().begin(move);
+  if (!recorded) m_context.platform.interface.present(recorded.error());
+  m_isRecorded = static_cast<bool>(recorded);
+  return m_isRecorded;
 }
 
 void SaveRun::next() {
-  if (m_plan.steps.empty()) return finish(!m_isTakingBack);
+  if (m_plan.steps.empty()) return finish(!m_isRollingBack);
   const SaveStep step = std::move(m_plan.steps.front());
   m_plan.steps.pop_front();
   send(step);
@@ -98,61 +97,62 @@ void SaveRun::send(const SaveStep& step) {
   step.action->ended = [self = shared_from_this()](bool isDone) { self->answered(isDone); };
   const bool isSent = step.isRoots ? m_actions.sendPrivileged(step.action) : m_actions.send(step.action);
   if (!isSent) return answered(false);
-  if (step.role != Role::Write || m_isTakingBack) return;
+  if (step.role != Role::Write || m_isRollingBack) return;
+  // From now on the file may have the new content, even if the request fails.
   m_context.editing.sent(m_job, m_plan.text);
   // A revision is kept under the path of the file: that of a job which moves has to wait for its new one.
   if (!m_plan.isMove) m_context.revisions.saveRevision(*m_job);
 }
 
 void SaveRun::answered(bool isDone) {
-  if (m_role == Role::UnloadOld) m_isOldUnloaded = true;  // if it failed, perhaps
-  if (m_isTakingBack || isDone) return next();
+  if (m_role == Role::UnloadOld) m_isOldUnloaded = true;  // a failed request may have unloaded it all the same
+  if (m_isRollingBack || isDone) return next();
   failed();
 }
 
-/// The user was told why.
+/// The user has been told why.
 void SaveRun::failed() {
   switch (*m_role) {
     case Role::UnloadOld:
-      return takeBack();
+      return rollBack();
     case Role::Write:
       return writeFailed();
     case Role::RemoveOld:
-      // A helper that ended may have removed it before.
-      return isGone(m_plan.from) ? next() : takeBack();
+      // A helper that crashed may have removed the file before.
+      return isGone(m_plan.from) ? next() : rollBack();
     case Role::UnloadForGood:
       return next();
     case Role::Load:
-      // The files are as they should be. A job that stayed where it was can be edited on; of the others the edit has no
-      // file any more.
+      // The files are correct. If the job kept its path the edit continues, so that the user can save again; otherwise
+      // the path that is being edited doesn't exist any more, and the save ends as written.
       return finish(m_plan.isFresh);
   }
 }
 
-/// A helper that ended, or that couldn't load the job, may have written the file all the same.
+/// A helper that crashed, or couldn't load the job, may have written the file nevertheless.
 void SaveRun::writeFailed() {
-  if (!m_plan.isFresh || !isWritten()) return takeBack();
+  if (!m_plan.isFresh || !isWritten()) return rollBack();
   if (!m_plan.isMove) return next();
-  if (m_job->kind == Kind::userAgent) return takeBack();
+  if (m_job->kind == Kind::userAgent) return rollBack();
   if (isGone(m_plan.from)) return next();
-  // The helper that has ended can't be asked to remove the new file; but the old one, if it is the user's, can go.
-  if (m_actions.isAuthorised() || m_job->originalKind != Kind::userAgent) return takeBack();
+  // Removing the new file would need another password. If the old file is the user's own, remove that one instead.
+  if (m_actions.isAuthorised() || m_job->originalKind != Kind::userAgent) return rollBack();
   auto removal = Action::delete_(m_plan.from, m_job->name);
   removal->cleanUp = false;
   m_plan.steps.push_front({Role::RemoveOld, std::move(removal), false});
   next();
 }
 
-void SaveRun::takeBack() {
-  const bool isNewThere = m_plan.isMove && isWritten() && stands(m_plan.from);
-  m_isTakingBack = true;
+void SaveRun::rollBack() {
+  const bool isNewThere = m_plan.isMove && isWritten() && isPresent(m_plan.from);
+  m_isRollingBack = true;
   m_plan.steps.clear();
   if (isNewThere) addRemovalOfNew();
   if (m_isOldUnloaded || isNewThere) addLoadOfOld();
   next();
 }
 
-/// Nobody is asked for a password again in order to take something back.
+/// A rollback doesn't ask for another password; instead the user is told that the file remains.
 void SaveRun::addRemovalOfNew() {
   const bool isRoots = m_job->kind != Kind::userAgent;
   if (!isRoots || m_actions.isAuthorised()) return addStep(Action::delete_(m_plan.to, m_plan.label), isRoots);
@@ -161,7 +161,7 @@ void SaveRun::addRemovalOfNew() {
                                              .file = m_plan.to.text()});
 }
 
-/// Nobody is told if that fails: it may never have been unloaded.
+/// Without an error message: the job may never have been unloaded.
 void SaveRun::addLoadOfOld() {
   if (!isEnabledOnDisk(m_plan.from)) return;
   auto action = Action::load(m_plan.from);
@@ -180,7 +180,7 @@ bool SaveRun::isWritten() const {
 }
 
 void SaveRun::finish(bool isWritten) {
-  if (m_isNoted) {
+  if (m_isRecorded) {
     const auto ended = m_actions.moves().end(m_job->kind == Kind::userAgent ? m_plan.to : m_plan.from);
     if (!ended) m_context.platform.interface.present(ended.error());
   }
@@ -189,8 +189,8 @@ void SaveRun::finish(bool isWritten) {
   } else {
     m_job->plist() = std::move(m_before);
   }
-  m_saving.release();
-  isWritten ? endEdit() : putBack();
+  m_saving.release();  // from here on the job can be edited and saved again
+  isWritten ? endEdit() : restoreEdit();
   m_context.fetcher.refresh();
   if (const auto ended = std::exchange(m_ended, {})) ended(isWritten);
 }
@@ -200,15 +200,15 @@ void SaveRun::keepWritten() {
   m_job->isNewFile = false;
   m_job->originalKind = m_job->kind;
   m_job->updateCustomIconDigest();
-  (void)m_context.editing.take(m_job, m_plan.text);  // until a scan has read it
+  (void)m_context.editing.take(m_job, m_plan.text);  // otherwise the record would be outdated until the next scan
   if (!m_plan.isMove) return;
-  // The bytes of a job that only moved are the same, but it must be read again: its kind isn't what it was.
+  // A job that only moved has the same content, but the next scan must read it again because of its new kind.
   m_job->readAgain();
   m_context.notifications.jobMoved.post(m_plan.from, m_plan.to);
   m_context.revisions.saveRevision(*m_job);
 }
 
-/// The edit is that of the job itself, or of one without changes that a scan has put in its place.
+/// Ends the edit of this job, or of the unchanged object by which a scan has replaced it.
 void SaveRun::endEdit() {
   const Shell& shell = m_context.shell;
   const auto selected = m_context.selection.job();
@@ -220,8 +220,8 @@ void SaveRun::endEdit() {
   if (shell.detail) shell.detail->showDisplay();
 }
 
-void SaveRun::putBack() {
-  // Its file may have been written, or half of the way back not been gone.
+void SaveRun::restoreEdit() {
+  // The file may have been written nevertheless, or the rollback may be incomplete.
   if (!m_context.editing.hasUnsavedChanges()) m_job->readAgain();
   if (m_context.selection.job() != m_job) return;
   if (m_job->isNewFile) {

@@ -15,18 +15,24 @@ namespace mirvel {
 class ActionController;
 class Launchd;
 
-/// One save of a job, from the password to the last answer. Ends the job's edit when all steps have succeeded. If one
-/// fails, the steps before it are rolled back, and the job, its record and its edit are as they were: the job is in one
-/// place, and loaded if it was. Owned by the requests that it waits for. For the main thread.
+/// One save of a job, from the password to the last reply. Ends the job's edit when all steps have succeeded. If a step
+/// fails, the previous ones are rolled back: the file is in its former place, the job is loaded if it was, and the
+/// record and the edit are as they were before the save. Main thread only.
+///
+/// Keeps itself alive through the callbacks of the requests that it waits for.
 class SaveRun final : public std::enable_shared_from_this<SaveRun> {
  public:
+  /// Called with whether the save has succeeded. If the file is new or has moved, this includes a job that has been
+  /// written but couldn't be loaded.
   using Ended = std::function<void(bool isWritten)>;
 
-  /// The record is ready to be written; `before` replaces it if the save fails.
+  /// The job's record must have been prepared by `normalizeForSave`; it is replaced by `before` if the save fails.
+  /// `actions` and `context` must outlive the run. `ended` is called once, and may be empty.
   SaveRun(ActionController& actions, const ActionContext& context, std::shared_ptr<Launchd> job, jobfile::Plist before,
           SavePlan plan, Ended ended);
 
-  /// Starts with the password, if one is needed.
+  /// Asks for the password if the plan needs root, then about comments in the file, and sends the first request. To be
+  /// called once.
   void start();
 
  private:
@@ -37,33 +43,33 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
   bool endsOvertaken();
   void next();
   void send(const SaveStep& step);
-  bool noteMove();
+  bool recordMove();
   void answered(bool isDone);
   void failed();
   void writeFailed();
-  void takeBack();
+  void rollBack();
   void addRemovalOfNew();
   void addLoadOfOld();
   void addStep(Action::Shared action, bool isRoots);
 
   void finish(bool isWritten);
   void keepWritten();
-  void putBack();
+  void restoreEdit();
   void endEdit();
   bool isWritten() const;
 
   ActionController& m_actions;
-  const ActionContext& m_context;  ///< of the controller
+  const ActionContext& m_context;
   const std::shared_ptr<Launchd> m_job;
   jobfile::Plist m_before;
   SavePlan m_plan;
   Ended m_ended;
   Busy::Token m_saving;
   Claims::Claim m_file;
-  std::optional<Role> m_role;  ///< of the pending step
-  bool m_isTakingBack = false;
+  std::optional<Role> m_role;  ///< the role of the pending request
+  bool m_isRollingBack = false;
   bool m_isOldUnloaded = false;
-  bool m_isNoted = false;  ///< in the journal of moves
+  bool m_isRecorded = false;  ///< in the `MoveJournal`
 };
 
 }  // namespace mirvel

@@ -1,13 +1,11 @@
 #include "core/app/JobMoves.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <map>
 #include <system_error>
 #include <unordered_map>
 
+#include "core/actions/JobOnDisk.h"
 #include "core/actions/RevisionController.h"
 #include "core/catalogue/CustomIcons.h"
 #include "core/editor/NotesStore.h"
@@ -20,11 +18,6 @@ namespace mirvel {
 namespace fs = std::filesystem;
 
 namespace {
-
-bool isGone(const URL& url) {
-  struct stat status {};
-  return ::lstat(url.path().c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
-}
 
 bool isAt(const Jobs& jobs, const URL& url) {
   return std::any_of(jobs.begin(), jobs.end(), [&](const auto& job) { return job->url.equalTo(url); });

@@ -2,7 +2,15 @@
 
 #include <algorithm>
 #include <array>
+
+#include "core/actions/ActionController.h"
 #include "core/catalogue/KindTexts.h"
+#include "core/catalogue/Launchd.h"
+#include "core/creation/CreationContext.h"
+#include "core/propertylist/Writer.h"
+#include "core/session/CurrentMode.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 
 namespace mirvel {
 
@@ -21,6 +29,24 @@ std::vector<KindChoice> kindChoices(KindTexts& texts) {
 std::optional<Kind> kindOfTag(int tag) {
   const auto* found = std::find_if(kinds.begin(), kinds.end(), [tag](Kind kind) { return kind.rawValue() == tag; });
   return found == kinds.end() ? std::nullopt : std::optional(*found);
+}
+
+std::shared_ptr<Launchd> makeNewJob(const CreationContext& context, const propertylist::Dictionary& content,
+                                    const URL& url, Kind kind) {
+  const auto data = propertylist::writeXml(content);
+  if (!data) return nullptr;
+  return Launchd::read(*data, url, kind, context.foundation.scanSettings(), context.platform.console);
+}
+
+void saveNewJob(const CreationContext& context, const std::shared_ptr<Launchd>& job,
+                const std::function<void(bool isWritten)>& ended) {
+  job->isNewFile = true;
+  const auto hasFailed = std::make_shared<bool>(false);  // the callback may outlive this call
+  context.actions.save(job, [hasFailed, ended](bool isWritten) {
+    *hasFailed = !isWritten;
+    if (ended) ended(isWritten);
+  });
+  if (!*hasFailed) context.currentMode.select(job);
 }
 
 }  // namespace mirvel

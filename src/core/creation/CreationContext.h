@@ -18,7 +18,8 @@ struct Foundation;
 struct Platform;
 struct Shell;
 
-/// What the sheets that create jobs use. All outlive those, and so does the record itself.
+/// The parts of the program that the sheets that create jobs depend on. All of them, and the context itself, must
+/// outlive the sheets.
 struct CreationContext {
   Foundation& foundation;
   const Platform& platform;

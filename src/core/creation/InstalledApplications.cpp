@@ -7,6 +7,9 @@
 
 #include "core/files/ReadFile.h"
 #include "core/loginitems/DesktopEntry.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -15,14 +18,14 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view extension = ".desktop";
-constexpr int deepest = 8;  // folders below folders
+constexpr int deepest = 8;  // bounds the search where folders are nested in folders
 
 std::string variable(const Environment& environment, const std::string& name) {
   const auto found = environment.find(name);
   return found == environment.end() ? std::string() : found->second;
 }
 
-/// Those that count most first; paths that aren't absolute are ignored (XDG base directories).
+/// By descending precedence. The XDG base directory specification requires that relative paths are ignored.
 std::vector<fs::path> applicationFolders(const Environment& environment, const fs::path& home) {
   const fs::path own = variable(environment, "XDG_DATA_HOME");
   std::vector<fs::path> folders{(own.is_absolute() ? own : home / ".local" / "share") / "applications"};
@@ -42,7 +45,7 @@ std::string idOf(const fs::path& file, const fs::path& folder) {
   return id;
 }
 
-/// The files of all entries by their ID; none for one that isn't a regular file.
+/// Adds the files of the folder by ID; `emplace` keeps those of folders with higher precedence.
 void addEntries(const fs::path& folder, std::map<std::string, fs::path>& entries) {
   std::error_code failure;
   fs::recursive_directory_iterator all(folder, fs::directory_options::skip_permission_denied, failure);
@@ -79,6 +82,32 @@ std::vector<InstalledApplication> installedApplications(const Environment& envir
     return collator.localizedStandardCompare(a.name, b.name) < 0;
   });
   return applications;
+}
+
+ApplicationList::ApplicationList(const Foundation& foundation, const Platform& platform)
+    : m_foundation(foundation), m_platform(platform), m_delay(platform.mainQueue) {}
+
+void ApplicationList::find(std::function<void()> found) {
+  m_isFinding = true;
+  auto deliver = m_delay.whileOwned([this, found = std::move(found)](std::vector<InstalledApplication> applications) {
+    m_isFinding = false;
+    m_all = std::move(applications);
+    found();
+  });
+  m_platform.fileQueue.add([&foundation = m_foundation, &queue = m_platform.mainQueue, deliver = std::move(deliver)] {
+    auto applications = installedApplications(foundation.environment, foundation.roots.home,
+                                              foundation.localize.locale(), foundation.collator);
+    queue.post([deliver, applications = std::move(applications)] { deliver(applications); });
+  });
+}
+
+std::vector<const InstalledApplication*> ApplicationList::matching(std::string_view text) const {
+  const std::string wanted = String::fold(text);
+  std::vector<const InstalledApplication*> result;
+  for (const auto& application : m_all) {
+    if (String::fold(application.name).find(wanted) != std::string::npos) result.push_back(&application);
+  }
+  return result;
 }
 
 }  // namespace mirvel

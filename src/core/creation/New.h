@@ -13,58 +13,65 @@
 
 namespace mirvel {
 
+class Localize;
 struct CreationContext;
+struct Roots;
 
-/// A job under construction: what its file will say and whose it is, and what the pages show of the way there. Nothing
-/// of it is on the disk.
+/// A job that is being created: what its file will contain, and the input on the pages of the sheet. Exists in memory
+/// only.
 struct New {
   /// The pages of the sheet, in their order.
-  enum class Page { name, what, run, when };
-  /// The ways to say what the job runs; the number is the tab's.
-  enum class Run { application, script, command };
+  enum class Page { Name, What, Run, When };
+  /// The kinds of things that a job can run. The values are the indexes of the tabs.
+  enum class Run { Application, Script, Command };
 
-  /// What the chooser of a script shows.
+  /// The state of the script chooser.
   struct Script {
-    enum class State { none, createNew, ready };
+    enum class State {
+      None,       ///< neither chosen nor being written
+      CreateNew,  ///< being written
+      Ready       ///< chosen or saved
+    };
 
-    State state = State::none;
-    std::string text = {};       ///< what is being written
-    std::string shownFile = {};  ///< the script, once it is ready
+    State state = State::None;
+    std::string text = {};       ///< the script while it is being written
+    std::string shownFile = {};  ///< the path for display once the script is ready
     SyntaxType syntaxType = SyntaxType::shell;
   };
 
   Kind kind = Kind::userAgent;
   jobfile::Plist plist = jobfile::Plist::blankPlist();
-  std::optional<Run> runPage = {};
-  std::string shownApplication = {};
-  std::filesystem::path application = {};  ///< its file or desktop entry
+  std::optional<Run> runPage = {};         ///< nullopt until the user has chosen
+  std::string shownApplication = {};       ///< the name or path for display; empty if none is chosen
+  std::filesystem::path application = {};  ///< its program file or desktop entry
   Script script = {};
-  std::string command = {};  ///< as typed
+  std::string command = {};  ///< as typed; `plist.run` has the repaired form
   bool isScheduled = false;
-  std::vector<Scheduled::ScheduledType> rules = {};  ///< they count while it is scheduled
+  std::vector<Scheduled::ScheduledType> rules = {};  ///< applied to the record only while `isScheduled`
 
-  New clone() const {
-    return {.kind = kind,
-            .plist = plist.clone(),
-            .runPage = runPage,
-            .shownApplication = shownApplication,
-            .application = application,
-            .script = script,
-            .command = command,
-            .isScheduled = isScheduled,
-            .rules = rules};
-  }
+  New clone() const;
 };
 
-/// What the pages of the sheet share.
+/// The state that all pages of a sheet share.
 struct NewSheet {
   const CreationContext& context;
   New job;
-  std::function<void()> changed = {};
+  std::function<void()> changed = {};  ///< called by `notifyChanged`; may be empty
 
-  void tellOfChange() const {
+  void notifyChanged() const {
     if (changed) changed();
   }
 };
+
+/// A new job for a common task, prefilled as far as possible. The user goes through the same pages as for any other
+/// job.
+struct StartingPoint {
+  std::string title;
+  New job = {};
+};
+
+/// The starting points in the order in which they are offered: backing up a folder, running a script every night,
+/// keeping a program running, and watching a folder. All paths in them are in the home folder.
+std::vector<StartingPoint> startingPoints(const Localize& localize, const Roots& roots);
 
 }  // namespace mirvel

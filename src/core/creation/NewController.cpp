@@ -2,14 +2,13 @@
 
 #include <array>
 
-#include "core/actions/NormalizeForSave.h"
+#include "core/actions/SavePlan.h"
 #include "core/base/Const.h"
 #include "core/catalogue/Launchd.h"
 #include "core/commands/CommandRepairs.h"
 #include "core/creation/Creation.h"
 #include "core/creation/CreationContext.h"
 #include "core/creation/CreationTexts.h"
-#include "core/creation/SaveNewJob.h"
 #include "core/explain/NextRuns.h"
 #include "core/explain/Occasions.h"
 #include "core/locale/LocaleTexts.h"
@@ -24,9 +23,9 @@ namespace {
 
 using Page = New::Page;
 
-constexpr std::array pages{Page::name, Page::what, Page::run, Page::when};
+constexpr std::array pages{Page::Name, Page::What, Page::Run, Page::When};
 
-Page besides(Page page, int step) {
+Page neighbour(Page page, int step) {
   return static_cast<Page>(static_cast<int>(page) + step);
 }
 
@@ -48,16 +47,16 @@ std::vector<NewController::Cell> NewController::pageBar() const {
 
 std::string NewController::titleOf(Page page) const {
   const Localize& localize = m_sheet.context.foundation.localize;
-  if (page == Page::name) return localize.name();
-  if (page == Page::what) return CreationTexts(localize).what();
-  if (page == Page::when) return localize.when();
+  if (page == Page::Name) return localize.name();
+  if (page == Page::What) return CreationTexts(localize).what();
+  if (page == Page::When) return localize.when();
   if (!job().runPage) return localize.run();
   switch (*job().runPage) {
-    case New::Run::application:
+    case New::Run::Application:
       return localize.application();
-    case New::Run::script:
+    case New::Run::Script:
       return CreationTexts(localize).script();
-    case New::Run::command:
+    case New::Run::Command:
       break;
   }
   return localize.command();
@@ -65,18 +64,18 @@ std::string NewController::titleOf(Page page) const {
 
 std::string NewController::nextTitle() const {
   const Localize& localize = m_sheet.context.foundation.localize;
-  return m_page == Page::when ? localize.save() : CreationTexts(localize).next();
+  return m_page == Page::When ? localize.save() : CreationTexts(localize).next();
 }
 
 bool NewController::isNextEnabled() const {
   switch (m_page) {
-    case Page::name:
+    case Page::Name:
       return name.mayGoOn();
-    case Page::what:
+    case Page::What:
       return what.mayGoOn();
-    case Page::run:
+    case Page::Run:
       return run.mayGoOn();
-    case Page::when:
+    case Page::When:
       break;
   }
   return true;
@@ -84,19 +83,19 @@ bool NewController::isNextEnabled() const {
 
 bool NewController::next() {
   if (!isNextEnabled()) return false;
-  if (m_page == Page::when) return save();
-  show(besides(m_page, 1));
+  if (m_page == Page::When) return save();
+  show(neighbour(m_page, 1));
   return false;
 }
 
 void NewController::previous() {
-  if (isPreviousVisible()) show(besides(m_page, -1));
+  if (isPreviousVisible()) show(neighbour(m_page, -1));
 }
 
 void NewController::show(Page page) {
   m_page = page;
-  if (page == Page::run) run.appear();
-  m_sheet.tellOfChange();
+  if (page == Page::Run) run.appear();
+  m_sheet.notifyChanged();
 }
 
 void NewController::begin(New job) {
@@ -108,7 +107,7 @@ void NewController::begin(New job) {
   name.reset();
   run.reset();
   when.reset();
-  show(Page::name);
+  show(Page::Name);
 }
 
 NewOutlook NewController::outlook() const {
@@ -122,8 +121,8 @@ NewOutlook NewController::outlook() const {
                                    context.scheduledController.moments())};
 }
 
-/// All that the file will say. The job of the sheet stays as the user made it, but for a script that a command has
-/// become meanwhile. None: the user went back.
+/// The complete content of the file; nullopt if the user cancels. If the command has been turned into a script, the job
+/// of the sheet gets it too, so that the question isn't asked again when the save is retried.
 std::optional<jobfile::Plist> NewController::finishedRecord() {
   const CreationContext& context = m_sheet.context;
   jobfile::Plist plist = job().plist.clone();
@@ -150,7 +149,7 @@ bool NewController::save() {
     context.platform.interface.saveError();
     return false;
   }
-  when.keepRules();
+  when.keepRules();  // the editor is destroyed with the sheet, before the save ends
   const auto kept = std::make_shared<New>(job().clone());
   saveNewJob(context, made, [&creation = context.creation, kept](bool isWritten) {
     if (!isWritten) creation.unsaved = std::move(*kept);

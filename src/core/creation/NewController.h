@@ -11,27 +11,27 @@
 #include "core/creation/NewPages.h"
 #include "core/creation/RunChoosers.h"
 #include "core/jobfile/Plist.h"
-#include "core/locale/Localize.h"
 
 namespace mirvel {
 
-/// What will come of a new job once it is saved, as one sentence: "“backup” runs as you every day at 9:00 PM, at
-/// every login, and once when it is saved." The home folder's path reads "~".
+/// When and as whom a job will run once it is saved, as one sentence with "~" for the home folder:
+///
+///     “backup” runs as you every day at 9:00 PM, at every login, and once when it is saved.
 std::string newJobSentence(Kind kind, const jobfile::Plist& plist, const Localize& localize, std::string_view home);
 
-/// What the last page tells before the job is saved.
+/// The preview on the last page.
 struct NewOutlook {
   std::string sentence;
-  std::vector<std::string> nextRuns;  ///< the coming three of its schedule, such as "tomorrow 9:00 AM"
+  std::vector<std::string> nextRuns;  ///< at most three, such as "tomorrow 9:00 AM"; empty without a schedule
 };
 
-/// The sheet that makes a new job, page by page. Until the last page is confirmed nothing is written but scripts which
-/// the user saves. For the main thread.
+/// The sheet that creates a new job, page by page. Until the user confirms the last page, nothing is written except
+/// scripts that the user saves. Main thread only.
 ///
-/// Whoever shows it draws it anew after each of its operations and when `changed` is called.
+/// The view must be updated after each operation and when the function passed to `setChanged` is called.
 class NewController {
  public:
-  /// A cell of the bar with all pages. The current one has a bold font and the mark of what is on.
+  /// A cell of the bar that shows the titles of all pages, such as "1 Name".
   struct Cell {
     std::string text;
     bool isCurrent = false;
@@ -39,35 +39,45 @@ class NewController {
     bool operator==(const Cell&) const = default;
   };
 
-  /// Begins with the last new job that couldn't be saved, if there is one. The context outlives it.
+  /// Starts with the last new job that couldn't be saved (`Creation::unsaved`), if there is one. The context must
+  /// outlive the controller.
   explicit NewController(const CreationContext& context);
   NewController(const NewController&) = delete;
   NewController& operator=(const NewController&) = delete;
 
+  /// Initially the first page.
   New::Page currentPage() const { return m_page; }
+  /// One cell for each page, in their order. The third one says what is run as soon as that has been chosen: "3
+  /// Script".
   std::vector<Cell> pageBar() const;
+  /// "Next", or "Save" on the last page.
   std::string nextTitle() const;
+  /// Whether the current page is complete. Always true on the last one, where `next` itself checks the rules.
   bool isNextEnabled() const;
-  bool isPreviousVisible() const { return m_page != New::Page::name; }
+  bool isPreviousVisible() const { return m_page != New::Page::Name; }
 
-  /// Goes to the next page; on the last one it saves the job. True: the sheet is done and is to be dismissed. Nothing
-  /// happens while the page may not be left.
+  /// Goes to the next page, or saves the job on the last one. Does nothing unless `isNextEnabled`.
+  ///
+  /// Returns true once a save has started and the sheet is to be dismissed; if it fails later, the job is stored in
+  /// `Creation::unsaved`. Returns false if the user cancels a question, or after showing why the job can't be saved:
+  /// a rule is invalid, or the label is reserved for Mirvel's own helpers.
   bool next();
+  /// Goes to the previous page; does nothing on the first one. All input is kept.
   void previous();
-  /// Begins with another job, on the first page. It stays for whom the user wants it, and keeps a name that was typed.
+  /// Replaces the job, and goes to the first page. The chosen kind is kept, as is a name that the user has entered.
   void begin(New job);
 
   const New& job() const { return m_sheet.job; }
-  /// What will come of the job as it is now.
+  /// The preview of the job in its present state.
   NewOutlook outlook() const;
 
-  /// Called when something changes that is shown.
+  /// Sets the function that is called when anything visible has changed; empty for none.
   void setChanged(std::function<void()> changed) { m_sheet.changed = std::move(changed); }
-  /// Called before the job is saved: takes over what is being typed.
+  /// Called before a scheduled job is saved, to commit the text in the field that has the focus.
   std::function<void()> endEditing = {};
 
  private:
-  NewSheet m_sheet;
+  NewSheet m_sheet;  // first: the pages refer to it
 
  public:
   NewNamePage name{m_sheet};
@@ -81,8 +91,8 @@ class NewController {
   bool save();
   std::optional<jobfile::Plist> finishedRecord();
 
-  New::Page m_page = New::Page::name;
-  std::string m_suggestedName;  ///< that of the job which was begun with
+  New::Page m_page = New::Page::Name;
+  std::string m_suggestedName;  ///< the name of the starting point in use
 };
 
 }  // namespace mirvel

@@ -11,13 +11,13 @@ namespace mirvel {
 
 void NewNamePage::setName(std::string text) {
   m_sheet.job.plist.name = std::move(text);
-  m_sheet.tellOfChange();
+  m_sheet.notifyChanged();
 }
 
 void NewNamePage::kindChanged(int tag) {
   m_chosen = kindOfTag(tag);
   if (m_chosen) m_sheet.job.kind = *m_chosen;
-  m_sheet.tellOfChange();
+  m_sheet.notifyChanged();
 }
 
 std::string NewWhatPage::title() const {
@@ -26,12 +26,12 @@ std::string NewWhatPage::title() const {
 
 void NewWhatPage::choose(New::Run run) {
   m_sheet.job.runPage = run;
-  m_sheet.tellOfChange();
+  m_sheet.notifyChanged();
 }
 
 void NewWhenPage::runAtLoad(bool isOn) {
   m_sheet.job.plist.runAtLoad = isOn;
-  m_sheet.tellOfChange();
+  m_sheet.notifyChanged();
 }
 
 void NewWhenPage::keepAlive(bool isOn) {
@@ -40,13 +40,13 @@ void NewWhenPage::keepAlive(bool isOn) {
   } else {
     m_sheet.job.plist.keepAlive.reset();
   }
-  m_sheet.tellOfChange();
+  m_sheet.notifyChanged();
 }
 
 void NewWhenPage::scheduled(bool isOn) {
   m_sheet.job.isScheduled = isOn;
   if (isOn && m_editor && m_editor->numberOfRows() == 0) m_editor->addRow();
-  m_sheet.tellOfChange();
+  m_sheet.notifyChanged();
 }
 
 std::string NewWhenPage::watchedFolder() const {
@@ -60,7 +60,7 @@ void NewWhenPage::chooseWatchedFolder(bool showsHiddenFiles) {
       m_sheet.context.platform.interface.openPanel({.choosesFolders = true, .showsHiddenFiles = showsHiddenFiles});
   if (!folder) return;
   m_sheet.job.plist.watchPaths = {folder->native()};
-  m_sheet.tellOfChange();
+  m_sheet.notifyChanged();
 }
 
 void NewWhenPage::setRuleEditor(Scheduled::RuleEditor* editor) {
@@ -88,7 +88,7 @@ std::optional<InvalidField> NewWhenPage::refuse() const {
 void NewWhenPage::applyRules(jobfile::Plist& plist) const {
   if (!isScheduled()) return;
   ScheduledController& controller = m_sheet.context.scheduledController;
-  Scheduled::RuleEditor own(controller);
+  Scheduled::RuleEditor own(controller);  // used if the page has no editor
   if (!m_editor) controller.load(m_sheet.job.rules, own);
   Scheduled::apply((m_editor ? *m_editor : own).applied(), plist);
 }
@@ -103,9 +103,9 @@ void NewWhenPage::reset() {
 }
 
 void NewWhenPage::rulesDidChange() {
-  // Without a rule there is no schedule, and the box is where a new one begins.
+  // An empty schedule isn't one: the check box goes off, and checking it again adds a rule.
   if (m_editor && m_editor->numberOfRows() == 0) m_sheet.job.isScheduled = false;
-  m_sheet.tellOfChange();
+  m_sheet.notifyChanged();
 }
 
 }  // namespace mirvel

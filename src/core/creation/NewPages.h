@@ -9,22 +9,26 @@
 #include "core/creation/New.h"
 #include "core/schedule/RuleEditor.h"
 
+/// The pages of the sheet that creates a job, except the one for what it runs (`RunChoosers.h`). They edit the job of
+/// the sheet, which must outlive them, and call `NewSheet::notifyChanged` after each change.
 namespace mirvel {
 
-/// The page on which the job gets its name, and is told for whom it runs. The sheet outlives it.
+/// The page for the job's name and for whom it runs.
 class NewNamePage {
  public:
   explicit NewNamePage(NewSheet& sheet) : m_sheet(sheet), m_chosen(sheet.job.kind) {}
 
   const std::string& name() const { return m_sheet.job.plist.name; }
-  /// As typed; only an empty name is refused.
+  /// Accepts any text; the name of the file is derived from it when the job is saved (`newFileURL`).
   void setName(std::string text);
-  /// The kind whose button is on.
+  /// The kind whose button is checked.
   std::optional<Kind> chosenKind() const { return m_chosen; }
-  /// The button with that tag was clicked. One that no button has turns all of them off, and changes no kind.
+  /// Handles a click on the button with this tag. An unknown tag unchecks all buttons, and leaves the job's kind as it
+  /// was.
   void kindChanged(int tag);
+  /// Whether the page is complete: the name isn't empty.
   bool mayGoOn() const { return !name().empty(); }
-  /// The job of the sheet is another.
+  /// To be called after the job of the sheet has been replaced.
   void reset() { m_chosen = m_sheet.job.kind; }
 
  private:
@@ -32,13 +36,13 @@ class NewNamePage {
   std::optional<Kind> m_chosen;
 };
 
-/// The page that asks in which way the user wants to say what runs. The sheet outlives it.
+/// The page that asks what kind of thing the job runs.
 class NewWhatPage {
  public:
   explicit NewWhatPage(NewSheet& sheet) : m_sheet(sheet) {}
 
   std::string title() const;
-  /// The button that is on.
+  /// Initially nullopt.
   std::optional<New::Run> chosen() const { return m_sheet.job.runPage; }
   void choose(New::Run run);
   bool mayGoOn() const { return chosen().has_value(); }
@@ -47,36 +51,39 @@ class NewWhatPage {
   NewSheet& m_sheet;
 };
 
-/// The page that asks when the job runs. Hears of the changes of the rule editor for as long as it lives. The sheet
-/// outlives it.
+/// The page that asks when the job runs. It listens to the rule editor that was set last.
 class NewWhenPage final : public ScheduledDelegate {
  public:
   explicit NewWhenPage(NewSheet& sheet) : m_sheet(sheet) {}
 
   bool isRunAtLoad() const { return m_sheet.job.plist.runAtLoad == true; }
+  /// Sets `RunAtLoad` explicitly, also to false.
   void runAtLoad(bool isOn);
+  /// Whether the record has `KeepAlive` in any form; a starting point may have set another one than `keepAlive` does.
   bool isKeptAlive() const { return m_sheet.job.plist.keepAlive.has_value(); }
-  /// On, the job starts again after it ended with success.
+  /// On, sets `KeepAlive` so that the job is started again whenever it exits successfully; off, removes the key.
   void keepAlive(bool isOn);
-  /// Whether the rule editor is shown, and its rules count.
+  /// Whether the rule editor is visible and its rules apply. Becomes false when the user deletes the last rule.
   bool isScheduled() const { return m_sheet.job.isScheduled; }
-  /// On, the editor gets a row if it has none. Off, the rules stay in it.
+  /// On, adds a row if the editor has none. Off, the editor keeps its rows.
   void scheduled(bool isOn);
 
-  /// The folder whose changes start the job, as it is shown; a starting point may bring one. Empty: there is none.
+  /// The watched folder for display, such as "~/Downloads", which a starting point may have set. Empty if the job
+  /// watches no folder.
   std::string watchedFolder() const;
-  /// Asks for another one.
+  /// Asks the user for another folder.
   void chooseWatchedFolder(bool showsHiddenFiles);
 
-  /// The editor that shows the rules from now on, and gets those that there are. It is taken out before it goes.
+  /// Fills the editor with the rules, and uses it from now on. Null must be passed before the editor is destroyed; its
+  /// rows, including unfinished ones, are then kept for the next editor.
   void setRuleEditor(Scheduled::RuleEditor* editor);
-  /// The rule that keeps the job from being saved, which gets the keys. None: there is none that counts.
+  /// The first invalid rule, which also gets the focus; nullopt if there is none, or the rules don't apply.
   std::optional<InvalidField> refuse() const;
-  /// Sets the schedule of a record to the rules, if they count.
+  /// Writes the rules to a record, if they apply.
   void applyRules(jobfile::Plist& plist) const;
-  /// Keeps the rules of the editor in the job of the sheet.
+  /// Stores the editor's rules in the job of the sheet.
   void keepRules();
-  /// The job of the sheet is another.
+  /// To be called after the job of the sheet has been replaced.
   void reset();
 
  private:
@@ -85,7 +92,7 @@ class NewWhenPage final : public ScheduledDelegate {
 
   NewSheet& m_sheet;
   Scheduled::RuleEditor* m_editor = nullptr;
-  std::vector<Scheduled::RuleRow> m_rows;  ///< of the editor that was there before, with numbers that are no rules
+  std::vector<Scheduled::RuleRow> m_rows;  ///< the rows of the previous editor, including unfinished ones
 };
 
 }  // namespace mirvel

@@ -7,13 +7,12 @@
 #include "core/actions/ActionController.h"
 #include "core/actions/CommentedFile.h"
 #include "core/actions/DeletedJobs.h"
+#include "core/actions/JobOnDisk.h"
 #include "core/actions/LabelConflict.h"
-#include "core/actions/MoveTarget.h"
 #include "core/catalogue/KindTexts.h"
 #include "core/catalogue/Launchd.h"
 #include "core/creation/CreationContext.h"
 #include "core/creation/CreationTexts.h"
-#include "core/creation/SaveNewJob.h"
 #include "core/locale/Dates.h"
 #include "core/propertylist/Comments.h"
 #include "core/propertylist/Encoding.h"
@@ -35,7 +34,7 @@ std::string momentText(const CreationContext& context, double seconds) {
   return Date::standardText(seconds, context.foundation.localize.timeLocale());
 }
 
-/// Requests carry text: a file in the binary form, or in another encoding than UTF-8, becomes XML with the same values.
+/// Requests contain text, so a binary file, or one in another encoding than UTF-8, becomes XML with the same values.
 std::optional<std::string> textOf(const std::string& bytes) {
   if (propertylist::isUtf8(bytes) && bytes.find('\0') == std::string::npos) return bytes;
   const auto document = propertylist::read(bytes);
@@ -52,20 +51,20 @@ std::optional<std::string> disabledText(const std::string& bytes) {
   return xml ? std::optional(*std::move(xml)) : std::nullopt;
 }
 
-/// A deleted job on its way back. Until it ends nobody else brings it back, or writes a file in its place.
+/// A restoration in progress. Its claims prevent a second restoration of the job and other saves to the same path.
 struct Restoration {
   DeletedJob deleted;
-  std::string text = {};  ///< that is written
+  std::string text = {};  ///< of the new file
   URL url = deleted.url;
-  bool isCopyKept = false;  ///< of the file, apart from the deleted jobs
+  bool isCopyKept = false;  ///< whether `keepFile` has kept the file with its comments
   Claims::Claim job = {};
   Claims::Claim file = {};
   Busy::Token saving = {};
 };
 using Restoring = std::shared_ptr<Restoration>;
 
-/// Where the file was, or beside that if something else has the name by now; where its folder has gone, in that of its
-/// kind.
+/// The former path of the file; if it is in use, or its folder doesn't exist any more, a new one in the folder of its
+/// kind. Nullopt if the kind has no folder.
 std::optional<URL> placeFor(const CreationContext& context, const DeletedJob& deleted) {
   std::error_code failure;
   const std::filesystem::path old = deleted.url.path();
@@ -85,7 +84,7 @@ void show(const CreationContext& context, const std::shared_ptr<Launchd>& job) {
 void load(const CreationContext& context, const URL& url) {
   const auto action = Action::load(url);
   action->cleanUp = false;
-  (void)context.actions.send(action);  // the user has been told if that can't be
+  (void)context.actions.send(action);  // `send` shows a failure itself
 }
 
 std::shared_ptr<Launchd> read(const CreationContext& context, const Restoration& restoration) {
@@ -93,7 +92,7 @@ std::shared_ptr<Launchd> read(const CreationContext& context, const Restoration&
                        context.platform.console);
 }
 
-/// Whether nothing is lost if the job isn't kept among the deleted ones any more.
+/// Whether the job can be removed from the deleted ones without losing anything.
 bool isAllBack(const Restoration& restoration) {
   const std::string& bytes = restoration.deleted.bytes;
   return restoration.text == bytes || restoration.isCopyKept || !propertylist::hasComments(bytes);
@@ -101,11 +100,11 @@ bool isAllBack(const Restoration& restoration) {
 
 void send(const CreationContext& context, const Restoring& restoring) {
   const DeletedJob& deleted = restoring->deleted;
-  const auto job = read(context, *restoring);
+  const auto job = read(context, *restoring);  // by its new URL
   const auto action = Action::write(restoring->url, restoring->text, deleted.name);
   action->mode = deleted.mode;
-  action->cleanUp = false;  // whatever is being edited when the answer comes is another job
-  // Root only writes an agent's file: it is loaded in the user's session.
+  action->cleanUp = false;  // by the time of the reply the user may be editing another job
+  // The privileged helper only writes the file of an agent, which must be loaded in the user's session.
   const bool isUsers = deleted.kind == Kind::userAgent;
   const bool isLoaded = job && !job->isDisabled(), loadsApart = isLoaded && deleted.kind.isAgentOfEveryone();
   if (isLoaded && !loadsApart) action->kind = Action::Kind::WriteAndLoad;
@@ -113,7 +112,7 @@ void send(const CreationContext& context, const Restoring& restoring) {
     restoring->saving.release();
     restoring->job = {};
     restoring->file = {};
-    if (!isWritten) return context.fetcher.refresh();  // what others did meanwhile was not shown
+    if (!isWritten) return context.fetcher.refresh();  // scans aren't published during a restoration
     if (loadsApart) load(context, restoring->url);
     if (isAllBack(*restoring)) context.deletedJobs.forget(restoring->deleted.id);
     show(context, job);
@@ -121,10 +120,11 @@ void send(const CreationContext& context, const Restoring& restoring) {
   (void)(isUsers ? context.actions.send(action) : context.actions.sendPrivileged(action));
 }
 
-/// The place is looked for when nothing is left that the user has to answer.
+/// Chooses the path only now, after the last question: it may have been taken while the user was asked.
 void begin(const CreationContext& context, const Restoring& restoring) {
   const DeletedJob& deleted = restoring->deleted;
-  if (deleted.kind == Kind::userAgent) (void)makeAgentsFolder(context.foundation.roots);  // the write tells what fails
+  if (deleted.kind == Kind::userAgent)
+    (void)makeAgentsFolder(context.foundation.roots);  // the write reports the failure
   const auto url = placeFor(context, deleted);
   if (!url) {
     context.fetcher.refresh();
@@ -198,7 +198,7 @@ void restoreDeleted(const CreationContext& context, const std::string& id) {
   restoring->job = context.deletedJobs.claim(id);
   const auto job = read(context, *restoring);
   if (!job) return context.platform.interface.saveError();
-  job->isNewFile = true;  // whatever stands in its old place is another job
+  job->isNewFile = true;  // a file at its former path belongs to another job
   if (const auto other = conflictingJob(*job, job->name, context.catalogue.jobs())) {
     return askAboutNamesake(context, restoring, *other);
   }

@@ -10,11 +10,14 @@
 #include "core/creation/New.h"
 #include "core/editor/FileCheck.h"
 
+/// The page for what a new job runs. Like the other pages, its choosers edit the job of the sheet, which must outlive
+/// them, and call `NewSheet::notifyChanged` after each change. Each sets the record's command; they don't write files
+/// except a script that the user saves.
 namespace mirvel {
 
 struct InstalledApplication;
 
-/// One way to say what the job runs.
+/// Chooses one kind of thing that the job can run.
 class RunType {
  public:
   RunType() = default;
@@ -22,21 +25,22 @@ class RunType {
   RunType(const RunType&) = delete;
   RunType& operator=(const RunType&) = delete;
 
-  /// Begins anew; what the job runs stays.
+  /// Resets the input. The record keeps its command until another one is entered.
   virtual void clear() = 0;
-  /// Whether there is something to run.
+  /// Whether the job has something to run, so that the user can go on to the next page.
   virtual bool mayGoOn() const = 0;
 };
 
-/// Runs an application that is chosen. The sheet outlives it.
+/// Chooses an application. The job becomes interactive (`ProcessType`), so that the system doesn't throttle it.
 class NewRunApplication final : public RunType {
  public:
   explicit NewRunApplication(NewSheet& sheet) : m_sheet(sheet) {}
 
-  /// What the field shows: the path or the name of the application.
+  /// The name or path of the chosen application for display; empty if none is chosen.
   const std::string& shown() const { return m_sheet.job.shownApplication; }
+  /// Compares by the path of the desktop entry.
   bool isChosen(const InstalledApplication& application) const;
-  /// Asks for one.
+  /// Asks the user for a program file.
   void choose(bool showsHiddenFiles);
   void choose(const InstalledApplication& application);
 
@@ -49,7 +53,7 @@ class NewRunApplication final : public RunType {
   NewSheet& m_sheet;
 };
 
-/// Runs a script that is chosen, or written there and then. The sheet outlives it.
+/// Chooses a script file, or lets the user write one.
 class NewRunScript final : public RunType {
  public:
   using State = New::Script::State;
@@ -58,29 +62,33 @@ class NewRunScript final : public RunType {
   explicit NewRunScript(NewSheet& sheet) : m_sheet(sheet) {}
 
   State state() const { return script().state; }
-  /// The text is shown, and can be saved.
-  bool isWriting() const { return state() == State::createNew; }
+  /// Whether the text is visible and can be saved.
+  bool isWriting() const { return state() == State::CreateNew; }
   const std::string& text() const { return script().text; }
   SyntaxType syntaxType() const { return script().syntaxType; }
-  /// Where the insertion point is to go, in bytes: behind a text in which nothing was written yet.
+  /// The byte offset at which typing starts: the end of the default text. Nullopt if the text has been changed.
   std::optional<std::size_t> insertionPoint() const;
-  /// Titles of the buttons; that of the chosen or saved script is its path.
+  /// The titles of the buttons: "Choose…", or the path of the script once there is one.
   std::string chooseTitle() const;
   std::string createNewTitle() const;
-  bool isChooseOn() const { return state() == State::ready; }
+  /// Whether the buttons are checked.
+  bool isChooseOn() const { return state() == State::Ready; }
   bool isCreateNewOn() const { return isWriting(); }
 
-  /// Begins a new script. What is being written already stays.
+  /// Starts a new script. Does nothing if one is being written already.
   void createNew();
-  /// The text was changed; follows its first line to the language that it is in.
+  /// Sets the text as it is being written. The syntax follows the text; if its language isn't recognised, the syntax
+  /// stays the same.
   void setText(std::string text);
-  /// Asks for a script that is there.
+  /// Asks the user for an existing script.
   void choose(bool showsHiddenFiles);
-  /// Asks where to, and writes the text there. Tells the user if it can't, and then all stays.
+  /// Asks the user for a file, and writes the text to it. If this fails, shows an error and changes nothing. Does
+  /// nothing if the text is empty.
   void save();
 
   void clear() override;
-  bool mayGoOn() const override { return state() == State::ready; }
+  /// Only once the script has a file: what is being written must be saved first.
+  bool mayGoOn() const override { return state() == State::Ready; }
 
  private:
   New::Script& script() { return m_sheet.job.script; }
@@ -90,17 +98,17 @@ class NewRunScript final : public RunType {
   NewSheet& m_sheet;
 };
 
-/// Runs a command that is typed. The sheet outlives it.
+/// Lets the user type a command.
 class NewRunCommand final : public RunType {
  public:
   explicit NewRunCommand(NewSheet& sheet);
 
   const std::string& text() const { return m_sheet.job.command; }
-  /// The text was changed; the job gets it put right, as far as the user wants that.
+  /// Sets the text as typed. The record gets it in its repaired form, unless the user has switched repairs off.
   void setText(std::string text);
-  /// The files in the command that aren't there, which marks it as invalid; told later, for disks may be slow.
+  /// The files named in the command that don't exist. Determined on another thread, since disks may be slow, so this
+  /// can change some time after `setText`. Always empty if the user doesn't want invalid data to be marked.
   const std::vector<std::filesystem::path>& missingFiles() const { return m_missing; }
-  bool isValid() const { return m_missing.empty(); }
 
   void clear() override;
   bool mayGoOn() const override { return !text().empty(); }
@@ -113,16 +121,16 @@ class NewRunCommand final : public RunType {
   std::vector<std::filesystem::path> m_missing;
 };
 
-/// The page with these three, of which one is there at a time. The sheet outlives it.
+/// The page itself, which shows one of the choosers.
 class NewRunPage {
  public:
   explicit NewRunPage(NewSheet& sheet)
       : application(sheet), script(sheet), command(sheet), m_sheet(sheet), m_selected(sheet.job.runPage) {}
 
-  /// Shows the way that was chosen last; another one than before begins anew.
+  /// To be called when the page is shown. Clears the chooser if it isn't the one that was shown last.
   void appear();
   bool mayGoOn() const { return m_selected && of(*m_selected).mayGoOn(); }
-  /// The job of the sheet is another.
+  /// To be called after the job of the sheet has been replaced.
   void reset() { m_selected = m_sheet.job.runPage; }
 
   NewRunApplication application;

@@ -173,7 +173,7 @@ void Drafts::goOn(const Draft& draft) {
   const auto keys = propertylist::readDictionary(draft.text);
   const auto job = m_catalogue.jobAt(draft.url);
   if (m_editing.hasUnsavedChanges()) return;
-  if (!job && stands(draft.url)) {
+  if (!job && isPresent(draft.url)) {
     const Localize& localize = m_foundation.localize;
     return m_platform.interface.error(EditorTexts(localize).unsavedChangesWereKept(draft.name),
                                       EditorTexts(localize).theJobIsNotListed());

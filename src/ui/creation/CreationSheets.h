@@ -3,19 +3,20 @@
 class QWidget;
 
 namespace mirvel {
-class Program;
-}
+class MenuController;
+struct CreationContext;
+}  // namespace mirvel
 
 namespace mirvel::ui {
 
 class IconLoader;
 
-/// Offers the commands that bring jobs into the catalogue and out of it, as long as it lives: new jobs, import, by the
-/// menu and by files that are dropped on the window, duplicate, export and restoring deleted ones.
+/// Registers the sheets that create, import, duplicate, export and restore jobs with the shell, and unregisters them in
+/// its destructor. Also imports job files that are dropped on the window.
 class CreationSheets final {
  public:
-  /// All outlive it.
-  CreationSheets(Program& program, IconLoader& icons, QWidget& window);
+  /// All must outlive this object.
+  CreationSheets(const CreationContext& context, const MenuController& menus, IconLoader& icons, QWidget& window);
   ~CreationSheets();
   CreationSheets(const CreationSheets&) = delete;
   CreationSheets& operator=(const CreationSheets&) = delete;
@@ -24,7 +25,7 @@ class CreationSheets final {
   template <typename Sheet, typename... More>
   void show(More&... more);
 
-  Program& m_program;
+  const CreationContext& m_context;
   QWidget& m_window;
 };
 

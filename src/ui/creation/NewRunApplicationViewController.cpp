@@ -1,6 +1,5 @@
 #include "ui/creation/NewRunApplicationViewController.h"
 
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -8,22 +7,66 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "core/app/Program.h"
-#include "ui/creation/ApplicationModel.h"
-#include "ui/creation/ApplicationView.h"
-#include "ui/creation/ElidedLabel.h"
+#include "core/creation/CreationContext.h"
+#include "core/locale/Localize.h"
+#include "core/session/Foundation.h"
+#include "ui/creation/CreationControls.h"
 #include "ui/support/Controls.h"
 #include "ui/support/FilterField.h"
+#include "ui/support/IconLoader.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
-NewRunApplicationViewController::NewRunApplicationViewController(Program& program, NewRunApplication& chooser,
-                                                                 IconLoader& icons)
-    : m_localize(program.foundation.localize),
+void ApplicationModel::setApplications(std::vector<const InstalledApplication*> applications) {
+  beginResetModel();
+  m_applications = std::move(applications);
+  endResetModel();
+}
+
+const InstalledApplication& ApplicationModel::application(const QModelIndex& index) const {
+  return *m_applications[static_cast<std::size_t>(index.row())];
+}
+
+int ApplicationModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(m_applications.size());
+}
+
+QVariant ApplicationModel::data(const QModelIndex& index, int role) const {
+  const InstalledApplication& shown = application(index);
+  if (role == Qt::DisplayRole) return shownText(shown.name);
+  if (role == Qt::ToolTipRole) return shownToolTip(shown.path.native());
+  if (role != Qt::DecorationRole) return {};
+  const QIcon icon = shown.icon ? m_icons.icon(*shown.icon) : QIcon();
+  return icon.isNull() ? m_icons.icon(Image::named("application-x-executable")) : icon;
+}
+
+ApplicationView::ApplicationView(QWidget* parent) : QListView(parent) {
+  constexpr int iconSize = 24;
+  setIconSize(QSize(iconSize, iconSize));
+  setUniformItemSizes(true);
+  setTextElideMode(Qt::ElideRight);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+}
+
+void ApplicationView::setEmptyText(const QString& text) {
+  m_emptyText = text;
+  viewport()->update();
+}
+
+void ApplicationView::paintEvent(QPaintEvent* event) {
+  QListView::paintEvent(event);
+  if (model() && model()->rowCount() == 0) drawEmptyLabel(*viewport(), m_emptyText);
+}
+
+NewRunApplicationViewController::NewRunApplicationViewController(const CreationContext& context,
+                                                                 NewRunApplication& chooser, IconLoader& icons)
+    : m_localize(context.foundation.localize),
       m_chooser(chooser),
-      m_list(program.foundation, program.platform),
-      m_filter(filterField(program.foundation.localize)),
+      m_list(context.foundation, context.platform),
+      m_filter(filterField(m_localize)),
       m_model(new ApplicationModel(icons, this)),
       m_view(new ApplicationView),
       m_shown(new ElidedLabel) {
@@ -55,7 +98,7 @@ void NewRunApplicationViewController::layOut() {
   layout->addWidget(m_view, 1);
   layout->addLayout(below);
 #ifdef __APPLE__
-  m_filter->hide();  // the open panel is where applications are chosen
+  m_filter->hide();  // the system's open panel finds applications
   m_view->hide();
   above->addStretch();
   layout->addStretch();
@@ -69,7 +112,8 @@ void NewRunApplicationViewController::appear() {
 }
 
 void NewRunApplicationViewController::showMatching() {
-  const QSignalBlocker quiet(m_view->selectionModel());  // what was chosen stays so, in the list or not
+  // Filtering changes what the list shows, not what is chosen.
+  const QSignalBlocker quiet(m_view->selectionModel());
   m_view->setEmptyText(qt(m_list.isFinding() ? m_localize.ellipsis().loading() : m_localize.noItems()));
   m_model->setApplications(m_list.matching(utf8(m_filter->text())));
   for (int row = 0; row < m_model->rowCount(); ++row) {
@@ -87,7 +131,7 @@ void NewRunApplicationViewController::redraw() {
   m_shownTitle->setVisible(!m_chooser.shown().empty());
 }
 
-/// The arrows choose in the list while a name is typed.
+/// Up and Down in the filter field choose in the list.
 bool NewRunApplicationViewController::eventFilter(QObject* watched, QEvent* event) {
   if (watched != m_filter || event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   const auto& key = static_cast<const QKeyEvent&>(*event);

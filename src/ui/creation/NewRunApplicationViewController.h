@@ -1,31 +1,63 @@
 #pragma once
 
-#include <QWidget>
+#include <QAbstractListModel>
+#include <QListView>
+#include <vector>
 
-#include "core/creation/ApplicationList.h"
+#include "core/creation/InstalledApplications.h"
 #include "core/creation/RunChoosers.h"
-#include "core/locale/Localize.h"
-#include "ui/support/IconLoader.h"
 
 class QLabel;
 class QLineEdit;
 
 namespace mirvel {
-class Program;
-}  // namespace mirvel
+class Localize;
+}
 
 namespace mirvel::ui {
 
-class ApplicationModel;
-class ApplicationView;
 class ElidedLabel;
+class IconLoader;
 
-/// Chooses the application that a new job runs: of those that are installed, or any program file.
+/// A list of applications. Icons are loaded when they are first drawn.
+class ApplicationModel final : public QAbstractListModel {
+ public:
+  explicit ApplicationModel(IconLoader& icons, QObject* parent = nullptr)
+      : QAbstractListModel(parent), m_icons(icons) {}
+
+  /// Resets the model. The applications must exist until the next call, or as long as the model.
+  void setApplications(std::vector<const InstalledApplication*> applications);
+  /// The application at a valid index.
+  const InstalledApplication& application(const QModelIndex& index) const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+
+ private:
+  IconLoader& m_icons;
+  std::vector<const InstalledApplication*> m_applications;
+};
+
+/// A list view that shows a text while it has no rows.
+class ApplicationView final : public QListView {
+ public:
+  explicit ApplicationView(QWidget* parent = nullptr);
+
+  void setEmptyText(const QString& text);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QString m_emptyText;
+};
+
+/// Chooses the application that a new job runs: one of those that are installed, or any program file.
 class NewRunApplicationViewController final : public QWidget {
  public:
-  NewRunApplicationViewController(Program& program, NewRunApplication& chooser, IconLoader& icons);
+  NewRunApplicationViewController(const CreationContext& context, NewRunApplication& chooser, IconLoader& icons);
 
-  /// Looks for the applications.
+  /// Starts looking for the installed applications. Called each time the page is shown.
   void appear();
   void redraw();
 

@@ -1,6 +1,14 @@
 #include "ui/creation/NewRunScriptViewController.h"
 
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "core/creation/CreationContext.h"
 #include "core/creation/CreationTexts.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "ui/creation/CreationControls.h"
 #include "ui/scripts/ScriptModule.h"
 #include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
@@ -8,19 +16,20 @@
 
 namespace mirvel::ui {
 
-NewRunScriptViewController::NewRunScriptViewController(Program& program, NewRunScript& script, QWidget* parent)
+NewRunScriptViewController::NewRunScriptViewController(const CreationContext& context, NewRunScript& script,
+                                                       QWidget* parent)
     : QWidget(parent),
-      m_program(program),
+      m_context(context),
       m_script(script),
       m_choose(new ElidedButton(this)),
       m_createNew(new QPushButton(this)),
-      m_save(new QPushButton(qt(program.foundation.localize.ellipsis().save()), this)),
-      m_hint(new SecondaryLabel(qt(CreationTexts(program.foundation.localize).chooseOrWriteAScript()), this)),
+      m_save(new QPushButton(qt(context.foundation.localize.ellipsis().save()), this)),
+      m_hint(new SecondaryLabel(qt(CreationTexts(context.foundation.localize).chooseOrWriteAScript()), this)),
       m_layout(new QVBoxLayout(this)) {
   m_hint->setWordWrap(true);
   m_layout->addLayout(makeButtons());
   m_layout->addWidget(m_hint);
-  m_layout->addStretch();  // gives way to the text
+  m_layout->addStretch();  // the text takes its place
   connect(m_choose, &QPushButton::toggled, this, &NewRunScriptViewController::choose);
   connect(m_createNew, &QPushButton::toggled, this, &NewRunScriptViewController::createNew);
   connect(m_save, &QPushButton::clicked, this, &NewRunScriptViewController::save);
@@ -43,19 +52,22 @@ QLayout* NewRunScriptViewController::makeButtons() {
 }
 
 void NewRunScriptViewController::makeText() {
-  m_text = makeScriptText(m_program, qt(CreationTexts(m_program.foundation.localize).script()), this);
+  const Localize& localize = m_context.foundation.localize;
+  m_text = makeScriptText(m_context.platform.console, localize, qt(CreationTexts(localize).script()), this);
   m_text->hide();
   m_layout->insertWidget(m_layout->indexOf(m_hint), m_text, 1);
-  setTabOrder(m_save, m_text->focusProxy());  // it was made after whatever follows this page
+  setTabOrder(
+      m_save,
+      m_text->focusProxy());  // by default it would come after the buttons of the sheet, which were created earlier
   connect(m_text, &ScriptText::textChanged, this, &NewRunScriptViewController::textHasChanged);
 }
 
 void NewRunScriptViewController::redraw() {
   redrawButtons();
-  const Localize& localize = m_program.foundation.localize;
+  const Localize& localize = m_context.foundation.localize;
   m_hint->setText(qt(m_script.isWriting() ? CreationTexts(localize).saveTheScriptToContinue()
                                           : CreationTexts(localize).chooseOrWriteAScript()));
-  m_hint->setVisible(m_script.state() != NewRunScript::State::ready);
+  m_hint->setVisible(m_script.state() != NewRunScript::State::Ready);
   redrawText();
 }
 
@@ -84,7 +96,7 @@ void NewRunScriptViewController::redrawText() {
   if (!m_text) makeText();
   m_text->setSyntax(m_script.syntaxType());
   const bool isNew = m_text->isHidden();
-  // What is being typed is left alone: it would lose insertion point and undo.
+  // Setting the text would reset the insertion point and undo while the user types.
   if (!isNew && m_text->text() == m_script.text()) return;
   m_text->setText(m_script.text());
   if (const auto point = m_script.insertionPoint()) m_text->setInsertionPoint(*point);
@@ -94,7 +106,7 @@ void NewRunScriptViewController::redrawText() {
 
 void NewRunScriptViewController::textHasChanged() {
   std::string text = m_text->text();
-  if (text == m_script.text()) return;  // it comes from there
+  if (text == m_script.text()) return;  // `redrawText` has set it
   m_script.setText(std::move(text));
   redraw();
 }
@@ -111,7 +123,7 @@ void NewRunScriptViewController::createNew() {
 
 void NewRunScriptViewController::save() {
   m_script.save();
-  if (!m_script.isWriting()) m_choose->setFocus();  // the button that has the keys goes
+  if (!m_script.isWriting()) m_choose->setFocus();  // the Save button has the focus and is about to be hidden
   redraw();
 }
 

@@ -1,26 +1,28 @@
 #pragma once
 
-#include <QLabel>
-#include <QVBoxLayout>
 #include <QWidget>
 
-#include "core/app/Program.h"
 #include "core/creation/RunChoosers.h"
-#include "ui/creation/ElidedButton.h"
-#include "ui/scripts/ScriptText.h"
+
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
 
 namespace mirvel::ui {
 
-/// The page that chooses a script for a new job, or has one written. The widget for its text is made when the first one
-/// is written.
+class ElidedButton;
+class ScriptText;
+
+/// Chooses the script that a new job runs, or lets the user write one. The editor for the text is created when it is
+/// first needed, since it loads a module.
 class NewRunScriptViewController final : public QWidget {
  public:
-  /// Both outlive the page.
-  NewRunScriptViewController(Program& program, NewRunScript& script, QWidget* parent = nullptr);
+  /// Both must outlive the page.
+  NewRunScriptViewController(const CreationContext& context, NewRunScript& script, QWidget* parent = nullptr);
 
-  /// Shows the script as it is now. To be called when the sheet tells of a change; the page's own operations do so.
+  /// Updates the controls. To be called when the script has changed; the page's own controls do this themselves.
   void redraw();
-  /// Gives the focus to the text, or else to the first button.
+  /// Gives the focus to the text if it is shown, otherwise to the first button.
   void focusOnFirst();
 
  private:
@@ -33,14 +35,14 @@ class NewRunScriptViewController final : public QWidget {
   void createNew();
   void save();
 
-  Program& m_program;
+  const CreationContext& m_context;
   NewRunScript& m_script;
   ElidedButton* m_choose;
   QPushButton* m_createNew;
   QPushButton* m_save;
   QLabel* m_hint;
   QVBoxLayout* m_layout;
-  ScriptText* m_text = nullptr;  ///< null: none was written yet
+  ScriptText* m_text = nullptr;  ///< null until a script is written
 };
 
 }  // namespace mirvel::ui

@@ -1,31 +1,44 @@
 #pragma once
 
 #include "ui/creation/NewType.h"
-#include "ui/support/IconLoader.h"
 
 class QStackedWidget;
 
 namespace mirvel {
-class Program;
-}  // namespace mirvel
+class Localize;
+}
 
 namespace mirvel::ui {
 
+class IconLoader;
 class NewRunApplicationViewController;
-class NewRunCommandViewController;
 class NewRunScriptViewController;
+class RunTextField;
 
-/// The page with the chooser of what the job runs: for an application, a script or a command.
+/// The field for the command that a new job runs.
+class NewRunCommandViewController final : public QWidget {
+ public:
+  NewRunCommandViewController(const CreationContext& context, NewRunCommand& chooser);
+
+  void redraw();
+
+ private:
+  const Localize& m_localize;
+  NewRunCommand& m_chooser;
+  RunTextField* m_runTextField;
+};
+
+/// The page that chooses what the job runs: an application, a script or a command.
 class NewRunViewController final : public NewType {
  public:
-  NewRunViewController(Program& program, NewController& controller, IconLoader& icons);
+  NewRunViewController(const CreationContext& context, NewController& controller, IconLoader& icons);
 
   void redraw() override;
   void focusOnFirst() override;
   void appear() override;
 
  private:
-  QStackedWidget* m_runTabViewController;  ///< by the number of `New::Run`
+  QStackedWidget* m_runTabViewController;  ///< indexed by `New::Run`
   NewRunApplicationViewController* m_application;
   NewRunScriptViewController* m_script;
   NewRunCommandViewController* m_command;

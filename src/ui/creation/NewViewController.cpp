@@ -1,38 +1,75 @@
 #include "ui/creation/NewViewController.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "core/app/Program.h"
+#include "core/creation/CreationContext.h"
 #include "core/creation/CreationTexts.h"
-#include "ui/creation/NewNameViewController.h"
+#include "core/session/Foundation.h"
+#include "ui/creation/NewPages.h"
 #include "ui/creation/NewRunViewController.h"
-#include "ui/creation/NewTabViewController.h"
-#include "ui/creation/NewWhatViewController.h"
-#include "ui/creation/NewWhenViewController.h"
-#include "ui/creation/PageBar.h"
 #include "ui/support/Controls.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-NewViewController::NewViewController(Program& program, IconLoader& icons, QWidget& window)
-    : SheetViewController(window, program.foundation.defaults, "New sheet"),
-      m_controller(program.creationContext),
+PageBar::PageBar(IconLoader& icons, QWidget* parent) : QWidget(parent), m_icons(icons) {
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  constexpr int between = 24;
+  row->setSpacing(between);
+  row->addStretch();
+  row->addStretch();
+}
+
+void PageBar::addCell() {
+  auto* cell = new QHBoxLayout;
+  cell->setSpacing(4);
+  const Labels labels{new QLabel, new QLabel};
+  cell->addWidget(labels.mark);
+  cell->addWidget(labels.text);
+  auto* const row = static_cast<QHBoxLayout*>(layout());
+  row->insertLayout(row->count() - 1, cell);  // before the trailing stretch
+  m_cells.push_back(labels);
+}
+
+void PageBar::draw(const std::vector<NewController::Cell>& cells) {
+  while (m_cells.size() < cells.size()) addCell();
+  constexpr int markSize = 16;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    const auto& [text, isCurrent] = cells[i];
+    QLabel& label = *m_cells[i].text;
+    QFont font = this->font();
+    font.setBold(true);
+    label.setMinimumWidth(QFontMetrics(font).horizontalAdvance(qt(text)));  // so that the other cells don't move
+    font.setBold(isCurrent);
+    label.setFont(font);
+    label.setText(qt(text));
+    label.setForegroundRole(isCurrent ? QPalette::WindowText : QPalette::PlaceholderText);
+    const auto icon = m_icons.icon(Image::named(isCurrent ? "mirvel-available" : "mirvel-none"));
+    m_cells[i].mark->setPixmap(icon.pixmap(QSize(markSize, markSize), devicePixelRatioF()));
+  }
+}
+
+NewViewController::NewViewController(const CreationContext& context, IconLoader& icons, QWidget& window)
+    : SheetViewController(window, context.foundation.defaults, "New sheet"),
+      m_controller(context),
       m_pageBar(new PageBar(icons)),
       m_tabViewController(new NewTabViewController) {
-  setWindowTitle(qt(program.foundation.localize.new_()));
-  addPages(program, icons);
+  setWindowTitle(qt(context.foundation.localize.new_()));
+  addPages(context, icons);
 
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(m_pageBar);
   layout->addWidget(new Hairline);
   layout->addWidget(m_tabViewController, 1);
   layout->addWidget(new Hairline);
-  layout->addWidget(makeButtons(program.foundation.localize));
-  m_nextButton->setDefault(true);  // a dialog notes the default button that is in it already
+  layout->addWidget(makeButtons(context.foundation.localize));
+  m_nextButton->setDefault(true);  // has an effect only once the button is in the dialog
 
   m_controller.setChanged([this] { redraw(); });
   m_controller.endEditing = [this] { endEditing(*this); };
@@ -43,14 +80,14 @@ NewViewController::NewViewController(Program& program, IconLoader& icons, QWidge
 NewViewController::~NewViewController() {
   m_controller.setChanged({});
   m_tabViewController->selected().disappear();
-  delete m_tabViewController;  // the pages go before the controller that they use
+  delete m_tabViewController;  // the pages refer to the controller, which is destroyed before the child widgets
 }
 
-void NewViewController::addPages(Program& program, IconLoader& icons) {
-  m_tabViewController->addWidget(new NewNameViewController(program, m_controller));
-  m_tabViewController->addWidget(new NewWhatViewController(program, m_controller, icons));
-  m_tabViewController->addWidget(new NewRunViewController(program, m_controller, icons));
-  m_tabViewController->addWidget(new NewWhenViewController(program, m_controller));
+void NewViewController::addPages(const CreationContext& context, IconLoader& icons) {
+  m_tabViewController->addWidget(new NewNameViewController(context, m_controller));
+  m_tabViewController->addWidget(new NewWhatViewController(context, m_controller, icons));
+  m_tabViewController->addWidget(new NewRunViewController(context, m_controller, icons));
+  m_tabViewController->addWidget(new NewWhenViewController(context, m_controller));
 }
 
 QWidget* NewViewController::makeButtons(const Localize& localize) {

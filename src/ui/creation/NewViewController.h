@@ -1,33 +1,50 @@
 #pragma once
 
+#include <vector>
+
 #include "core/creation/NewController.h"
-#include "ui/support/IconLoader.h"
 #include "ui/support/SheetViewController.h"
 
+class QLabel;
 class QPushButton;
-
-namespace mirvel {
-class Program;
-}  // namespace mirvel
 
 namespace mirvel::ui {
 
+class IconLoader;
 class NewTabViewController;
-class PageBar;
 
-/// The sheet that leads to a new job.
+/// The titles of all pages, with the current one marked.
+class PageBar final : public QWidget {
+ public:
+  explicit PageBar(IconLoader& icons, QWidget* parent = nullptr);
+
+  void draw(const std::vector<NewController::Cell>& cells);
+
+ private:
+  struct Labels {
+    QLabel* mark;
+    QLabel* text;
+  };
+
+  void addCell();
+
+  IconLoader& m_icons;
+  std::vector<Labels> m_cells;
+};
+
+/// The sheet that creates a new job, page by page.
 class NewViewController final : public SheetViewController {
   Q_OBJECT
 
  public:
-  /// Deletes itself when it is closed. Program and icons outlive it.
-  NewViewController(Program& program, IconLoader& icons, QWidget& window);
+  /// Context and icons must outlive the sheet.
+  NewViewController(const CreationContext& context, IconLoader& icons, QWidget& window);
   ~NewViewController() override;
 
   NewController& controller() { return m_controller; }
 
  private:
-  void addPages(Program& program, IconLoader& icons);
+  void addPages(const CreationContext& context, IconLoader& icons);
   QWidget* makeButtons(const Localize& localize);
   void next();
   void redraw();

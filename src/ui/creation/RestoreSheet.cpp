@@ -8,9 +8,11 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "core/app/Program.h"
+#include "core/actions/DeletedJobs.h"
+#include "core/creation/CreationContext.h"
 #include "core/creation/CreationTexts.h"
 #include "core/creation/RestoreDeleted.h"
+#include "core/session/Foundation.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
 
@@ -22,12 +24,12 @@ constexpr int idRole = Qt::UserRole;
 
 }  // namespace
 
-RestoreSheet::RestoreSheet(Program& program, QWidget& window)
-    : SheetViewController(window, program.foundation.defaults, "Restore Sheet"),
-      m_program(program),
+RestoreSheet::RestoreSheet(const CreationContext& context, QWidget& window)
+    : SheetViewController(window, context.foundation.defaults, "Restore Sheet"),
+      m_context(context),
       m_list(new QTreeWidget),
       m_restoreButton(new QPushButton) {
-  const Localize& localize = program.foundation.localize;
+  const Localize& localize = context.foundation.localize;
   setWindowTitle(qt(CreationTexts(localize).restoreDeleted()));
   makeList();
   auto* const hint = new QLabel(qt(CreationTexts(localize).deletedJobsAreKept(DeletedJobs::days)));
@@ -54,7 +56,7 @@ RestoreSheet::RestoreSheet(Program& program, QWidget& window)
 }
 
 void RestoreSheet::makeList() {
-  const Localize& localize = m_program.foundation.localize;
+  const Localize& localize = m_context.foundation.localize;
   m_list->setObjectName(QStringLiteral("deletedJobs"));
   m_list->setAccessibleName(qt(CreationTexts(localize).restoreDeleted()));
   m_list->setRootIsDecorated(false);
@@ -66,7 +68,7 @@ void RestoreSheet::makeList() {
 }
 
 void RestoreSheet::fill() {
-  for (const DeletedJobRow& row : deletedJobRows(m_program.creationContext)) {
+  for (const DeletedJobRow& row : deletedJobRows(m_context)) {
     auto* const item = new QTreeWidgetItem(
         m_list, {qt(row.name), qt(row.kind), leftToRight(qt(row.file)), qt(row.deleted), qt(row.until)});
     item->setData(0, idRole, qt(row.id));
@@ -74,14 +76,14 @@ void RestoreSheet::fill() {
   }
   const bool isEmpty = m_list->topLevelItemCount() == 0;
   if (isEmpty) {
-    auto* const note = new QTreeWidgetItem(m_list, {qt(CreationTexts(m_program.foundation.localize).noDeletedJobs())});
+    auto* const note = new QTreeWidgetItem(m_list, {qt(CreationTexts(m_context.foundation.localize).noDeletedJobs())});
     note->setFlags(Qt::NoItemFlags);
   } else {
     m_list->setCurrentItem(m_list->topLevelItem(0));
   }
   m_restoreButton->setEnabled(!isEmpty);
   for (int column = 0; column < m_list->columnCount(); ++column) m_list->resizeColumnToContents(column);
-  // A long path, which its tip shows whole, doesn't push the dates out of sight.
+  // A long path, which the tool tip shows in full, must not push the dates out of view.
   constexpr int fileColumn = 2, mostCharacters = 40;
   const int most = fontMetrics().averageCharWidth() * mostCharacters;
   m_list->setColumnWidth(fileColumn, std::min(m_list->columnWidth(fileColumn), most));
@@ -91,9 +93,9 @@ void RestoreSheet::restore() {
   const auto selected = m_list->selectedItems();
   if (selected.isEmpty()) return;
   const std::string id = utf8(selected.first()->data(0, idRole).toString());
-  Program& program = m_program;
-  accept();  // first, since there may be a question in a sheet of its own
-  restoreDeleted(program.creationContext, id);
+  const CreationContext& context = m_context;
+  accept();  // first: `restoreDeleted` may show a sheet of its own
+  restoreDeleted(context, id);
 }
 
 }  // namespace mirvel::ui

@@ -6,25 +6,25 @@ class QPushButton;
 class QTreeWidget;
 
 namespace mirvel {
-class Program;
+struct CreationContext;
 }
 
 namespace mirvel::ui {
 
-/// The sheet with the deleted jobs, of which one can be restored.
+/// The sheet that lists the deleted jobs and restores one of them.
 class RestoreSheet final : public SheetViewController {
   Q_OBJECT
 
  public:
-  /// The window owns it, the program outlives it.
-  RestoreSheet(Program& program, QWidget& window);
+  /// The context must outlive the sheet.
+  RestoreSheet(const CreationContext& context, QWidget& window);
 
  private:
   void makeList();
   void fill();
   void restore();
 
-  Program& m_program;
+  const CreationContext& m_context;
   QTreeWidget* const m_list;
   QPushButton* const m_restoreButton;
 };

@@ -24,7 +24,7 @@
 namespace mirvel::ui {
 
 MainWindow::MainWindow(Program& program, IconLoader& icons)
-    : m_program(program), m_actions(program, *this), m_sheets(program, icons, *this) {
+    : m_program(program), m_actions(program, *this), m_sheets(program.creationContext, program.menus, icons, *this) {
   setUnifiedTitleAndToolBarOnMac(true);
   makeContent(icons);
   new MainMenu(program, m_actions, *m_tabs, *m_details, *this);

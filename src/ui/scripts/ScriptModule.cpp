@@ -3,7 +3,7 @@
 #include <QJsonObject>
 #include <QPluginLoader>
 
-#include "core/app/Program.h"
+#include "core/ports/Console.h"
 #include "ui/scripts/PlainEditor.h"
 #include "ui/scripts/ScriptEditor.h"
 #include "ui/support/InstalledFolders.h"
@@ -43,14 +43,15 @@ Result<ScriptEditorFactory*> loadScriptModule(const fs::path& module) {
   return unusable(module, utf8(loader.errorString()));
 }
 
-ScriptText* makeScriptText(Program& program, const QString& name, QWidget* parent, const fs::path& module) {
+ScriptText* makeScriptText(Console& console, const Localize& localize, const QString& name, QWidget* parent,
+                           const fs::path& module) {
   const auto factory = loadScriptModule(module);
-  if (!factory) program.platform.console.log("Scripts have no colours: " + factory.error().text());
+  if (!factory) console.log("Scripts have no colours: " + factory.error().text());
   const auto make = [&factory](QWidget& owner) -> ScriptEditor& {
     if (factory) return (*factory)->make(owner);
     return *new PlainEditor(&owner);
   };
-  return new ScriptText(make, program.foundation.localize, name, parent);
+  return new ScriptText(make, localize, name, parent);
 }
 
 }  // namespace mirvel::ui

@@ -6,8 +6,9 @@
 #include "ui/scripts/ScriptText.h"
 
 namespace mirvel {
-class Program;
-}
+class Console;
+class Localize;
+}  // namespace mirvel
 
 namespace mirvel::ui {
 
@@ -21,9 +22,9 @@ std::filesystem::path scriptModule();
 Result<ScriptEditorFactory*> loadScriptModule(const std::filesystem::path& module);
 
 /// Creates a widget for a script. The first call loads the module, which takes some milliseconds. If that fails, the
-/// reason is logged and the widget shows neither colours nor line numbers. `name` is the accessible name. `program`
-/// must outlive the widget.
-ScriptText* makeScriptText(Program& program, const QString& name, QWidget* parent = nullptr,
+/// reason is logged to the console and the widget shows neither colours nor line numbers. `name` is the accessible
+/// name. `localize` must outlive the widget.
+ScriptText* makeScriptText(Console& console, const Localize& localize, const QString& name, QWidget* parent = nullptr,
                            const std::filesystem::path& module = scriptModule());
 
 }  // namespace mirvel::ui

@@ -7,7 +7,7 @@ namespace {
 
 using propertylist::Dictionary;
 
-TEST(ActionTest, TheRequestHoldsWhatThereIsAndNothingElse) {
+TEST(ActionTest, ARequestContainsOnlyTheFieldsThatAreSet) {
   auto all = Action::write(URL::file("/nowhere/a.plist"), "text", "label");
   all->deleteURL = URL::file("/nowhere/b.plist");
   all->localAgentUnloadPath = "/unload";
@@ -30,7 +30,8 @@ TEST(ActionTest, TheRequestHoldsWhatThereIsAndNothingElse) {
                                                    {"testOutputPath", "/t.out"},
                                                    {"string", "text"},
                                                    {"label", "label"}}));
-  EXPECT_EQ(Action::unload("", URL::file("/nowhere/x"))->request({}).write(), unloadOnly) << "an empty label is none";
+  EXPECT_EQ(Action::unload("", URL::file("/nowhere/x"))->request({}).write(), unloadOnly)
+      << "an empty label isn't sent";
   EXPECT_FALSE(test->cleanUp);
   EXPECT_EQ(
       Action::log({.lastString = "4h", .period = std::chrono::seconds(14400), .searchString = "org.example"})

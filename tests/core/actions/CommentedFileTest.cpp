@@ -42,7 +42,7 @@ TEST_F(CommentedFileTest, TheBytesAreKeptBeforeTheCommentsGo) {
   const auto job = jobOf(commented);
   interface.answer.button = Interface::defaultButton;
   EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job));
-  EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job)) << "asked once";
+  EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job)) << "the user is asked once";
   EXPECT_THAT(interface.alerts, SizeIs(1));
   program().editing.reset();
   EXPECT_TRUE(letCommentsGo(foundation, platform, program().editing, job)) << "another edit";
@@ -60,16 +60,13 @@ TEST_F(CommentedFileTest, TheBytesAreKeptBeforeTheCommentsGo) {
   EXPECT_EQ(question.safeButton, Interface::alternateButton);
 }
 
-TEST_F(CommentedFileTest, WhoeverGoesBackKeepsEverything) {
+TEST_F(CommentedFileTest, WithoutConsentOrACopyTheFileIsNotReplaced) {
   const auto job = jobOf(commented);
   interface.answer.button = Interface::alternateButton;
   EXPECT_FALSE(letCommentsGo(foundation, platform, program().editing, job));
   EXPECT_THAT(keptFiles(), IsEmpty());
   EXPECT_THAT(interface.errors, IsEmpty());
-}
-
-TEST_F(CommentedFileTest, WhatCantBeKeptIsNotReplaced) {
-  const auto job = jobOf(commented);
+  interface.answer.button = Interface::defaultButton;
   (void)folder.write(kept.lexically_relative(folder.path()), "no folder");
   EXPECT_FALSE(letCommentsGo(foundation, platform, program().editing, job));
   EXPECT_THAT(interface.errors, SizeIs(1));

@@ -41,7 +41,7 @@ class DeletedJobsTest : public testing::Test {
   StoreTroubles troubles;
 };
 
-TEST_F(DeletedJobsTest, AFileIsKeptByteForByteWithWhereItWas) {
+TEST_F(DeletedJobsTest, AFileIsKeptByteForByteWithItsPath) {
   const std::string bytes("bplist00\0\xff<!-- mine -->\r\n", 25);
   auto deleted = store();
   const double then = clock.now;
@@ -72,7 +72,7 @@ TEST_F(DeletedJobsTest, TheLastDeletedComesFirstAndEachStaysForThirtyDays) {
   EXPECT_THAT(names(), ElementsAre("third", "second")) << "the first has gone for good";
 }
 
-TEST_F(DeletedJobsTest, BeyondTheLimitsTheOldestGoAndNeverTheLast) {
+TEST_F(DeletedJobsTest, BeyondTheLimitsTheOldestAreRemovedButNeverTheNewest) {
   DeletedJobs deleted(folder.path() / "support", clock, troubles, {.jobs = 3, .bytes = 10});
   for (const char* name : {"a", "b", "c", "d"}) lose(deleted, name, "1");
   EXPECT_THAT(names(), ElementsAre("d", "c", "b"));
@@ -84,7 +84,7 @@ TEST_F(DeletedJobsTest, BeyondTheLimitsTheOldestGoAndNeverTheLast) {
   EXPECT_THAT(names(), ElementsAre("g"));
 }
 
-TEST_F(DeletedJobsTest, AJobThatStillStandsAsItWasIsntDeleted) {
+TEST_F(DeletedJobsTest, AnUnchangedFileIsntListed) {
   auto deleted = store();
   const Job standing = job("a", "1");
   ASSERT_TRUE(deleted.keep(standing));
@@ -93,14 +93,14 @@ TEST_F(DeletedJobsTest, AJobThatStillStandsAsItWasIsntDeleted) {
   EXPECT_THAT(names(), ElementsAre("a"));
 }
 
-TEST_F(DeletedJobsTest, WhatCantBeKeptIsSaid) {
+TEST_F(DeletedJobsTest, AFileThatCantBeReadOrWrittenIsAnError) {
   auto deleted = store();
   EXPECT_FALSE(deleted.keep({Kind::userAgent, "gone", "", "sum", URL::file(folder.path() / "gone.plist")}));
   (void)folder.write("support", "a file where the folder should be");
   EXPECT_FALSE(deleted.keep(job("a", "1")));
 }
 
-TEST_F(DeletedJobsTest, EntriesOfAnotherFormArePassedOverAndKept) {
+TEST_F(DeletedJobsTest, EntriesOfOtherVersionsAreIgnoredAndKept) {
   (void)folder.write("support/DeletedJobs.plist",
                      "<plist><dict><key>later</key><dict><key>Form</key><integer>2</integer></dict>"
                      "<key>odd</key><true/></dict></plist>");

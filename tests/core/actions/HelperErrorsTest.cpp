@@ -26,7 +26,7 @@ class HelperErrorsTest : public testing::Test {
   testdata::FakeInterface interface { defaults, localize };
 };
 
-TEST_F(HelperErrorsTest, EachFailureIsToldWithItsFileAndWhatToDo) {
+TEST_F(HelperErrorsTest, EachFailureIsShownWithItsFileAndAdvice) {
   struct Row {
     HelperFailure failure;
     const char* message;
@@ -71,24 +71,26 @@ TEST_F(HelperErrorsTest, EachFailureIsToldWithItsFileAndWhatToDo) {
   }
 }
 
-TEST_F(HelperErrorsTest, WhatIsNoFailureInPartsIsToldByItsDomainAndCode) {
+TEST_F(HelperErrorsTest, AnErrorWithoutAFailureIsShownByItsDomainAndCode) {
   struct Row {
     propertylist::Dictionary error;
-    const char* message;
-    const char* text;
+    std::string message, text;
   };
+  const std::string helper = "MirvelHelperErrorDomain", action = "MirvelActionErrorDomain";
+  const std::string unknown = "An unknown error occurred", tryAgain = "Please try again.";
+  const std::string item = "The item couldn’t be added or removed because of an unknown error";
   const std::vector<Row> rows{
-      {{{"domain", "MirvelHelperErrorDomain"}, {"code", 3}, {"deed", 99}, {"cause", 2}},
-       "An unknown error occurred (3)",
-       "Please try again."},
-      {{{"domain", "MirvelHelperErrorDomain"}, {"code", 3}, {"deed", 1}, {"cause", -1}},
-       "An unknown error occurred (3)",
-       "Please try again."},
-      {{{"domain", "MirvelActionErrorDomain"}, {"code", 5}},
-       "The item couldn’t be added or removed because of an unknown error",
-       "Rename the item and try again"},
-      {{{"domain", "Other"}, {"code", 5}, {"description", "a"}, {"suggestion", "b"}}, "a", "b"},
-      {{{"code", 5}}, "An unknown error occurred", "Please try again."},
+      {{{"domain", helper}, {"code", 3}, {"deed", 99}, {"cause", 2}}, unknown + " (3)", tryAgain},
+      {{{"domain", helper}, {"code", 3}, {"deed", 1}, {"cause", -1}}, unknown + " (3)", tryAgain},
+      {{{"domain", action}, {"code", 1}}, "Could not establish communication with the helper tool", tryAgain},
+      {{{"domain", action}, {"code", 4}}, item, tryAgain},
+      {{{"domain", action}, {"code", 5}}, item, "Rename the item and try again"},
+      {{{"domain", action}, {"code", 7}}, "An unknown error occurred when fetching the log", tryAgain},
+      {{{"domain", action}, {"code", 12}}, unknown + " (12)", tryAgain},
+      {{{"domain", action}}, unknown, tryAgain},
+      {{{"domain", "x"}, {"code", 5}, {"description", "a"}, {"suggestion", "b"}}, "a", "b"},
+      {{{"domain", "x"}, {"code", 3}, {"description", "a"}}, unknown + " (3)", tryAgain},
+      {{{"code", 5}}, unknown, tryAgain},
   };
   for (const auto& row : rows) {
     interface.errors.clear();
@@ -97,7 +99,7 @@ TEST_F(HelperErrorsTest, WhatIsNoFailureInPartsIsToldByItsDomainAndCode) {
   }
 }
 
-TEST_F(HelperErrorsTest, ARefusalSaysWhatToDo) {
+TEST_F(HelperErrorsTest, ARefusalIsShownWithAdvice) {
   struct Row {
     Refusal refusal;
     const char* says;

@@ -25,7 +25,7 @@ class HostStartTest : public testdata::ProgramFixture {
     helpers.requests.back().reply(reply);
     settle();
   }
-  /// What the list says of a job's state.
+  /// The accessible description of a job's state in the list.
   std::string mark(const std::string& name) {
     return listCell(program().windowContext, *jobNamed(name), Column::List::enabled).image->accessibilityDescription;
   }
@@ -37,7 +37,7 @@ class HostStartTest : public testdata::ProgramFixture {
   Subscription m_changed;
 };
 
-TEST_F(HostStartTest, IsAskedForOnceThereIsAJobOfTheUsersToRun) {
+TEST_F(HostStartTest, TheHostIsStartedOnceThereIsAnEnabledAgent) {
   struct Row {
     Kind kind;
     bool isDisabled;
@@ -66,7 +66,7 @@ TEST_F(HostStartTest, IsAskedForOnceThereIsAJobOfTheUsersToRun) {
   EXPECT_EQ(changes, 0);
 }
 
-TEST_F(HostStartTest, AFailureIsToldAndItsJobsAreNotShownAsRunning) {
+TEST_F(HostStartTest, AfterAFailureAgentsAreNotShownAsRunning) {
   (void)writeJob(Kind::userAgent, "mine");
   (void)writeJob(Kind::userAgent, "off", {{"Disabled", true}});
   (void)writeJob(Kind::localDaemon, "roots");
@@ -78,16 +78,16 @@ TEST_F(HostStartTest, AFailureIsToldAndItsJobsAreNotShownAsRunning) {
   EXPECT_EQ(changes, 1);
   EXPECT_EQ(mark("mine"), "Enabled, but can’t run at present");
   EXPECT_EQ(mark("off"), "Disabled");
-  EXPECT_EQ(mark("roots"), "Enabled") << "root's host is another";
+  EXPECT_EQ(mark("roots"), "Enabled") << "daemons have another host";
   EXPECT_TRUE(interface.errors.empty()) << "no alert";
 }
 
-TEST_F(HostStartTest, AFailureIsTriedAgainWhenTheUserComesBackButNotAllTheTime) {
+TEST_F(HostStartTest, AFailedStartIsTriedAgainWhenTheUserComesBackButNotTooOften) {
   (void)writeJob(Kind::userAgent, "mine");
   begin();
   scan();
   comeBack();
-  EXPECT_THAT(helpers.requests, SizeIs(1)) << "the first answer is waited for";
+  EXPECT_THAT(helpers.requests, SizeIs(1)) << "the first reply is still awaited";
   answer(failure);
   for (int i = 0; i < 5; ++i) comeBack();
   EXPECT_THAT(helpers.requests, SizeIs(1));
@@ -95,7 +95,7 @@ TEST_F(HostStartTest, AFailureIsTriedAgainWhenTheUserComesBackButNotAllTheTime) 
   settle();
   EXPECT_THAT(helpers.requests, SizeIs(2));
   answer(failure);
-  EXPECT_EQ(changes, 1) << "nothing new";
+  EXPECT_EQ(changes, 1) << "the same failure";
   queue.runFor(HostStart::secondsBetweenAttempts);
   comeBack();
   EXPECT_THAT(helpers.requests, SizeIs(3));
@@ -105,7 +105,7 @@ TEST_F(HostStartTest, AFailureIsTriedAgainWhenTheUserComesBackButNotAllTheTime) 
   EXPECT_EQ(mark("mine"), "Enabled");
 }
 
-TEST_F(HostStartTest, AHelperThatIsMissingDiesOrMumblesIsAFailure) {
+TEST_F(HostStartTest, AHelperThatIsMissingCrashesOrSendsNonsenseIsAFailure) {
   (void)writeJob(Kind::userAgent, "mine");
   begin();
   helpers.canConnect = false;

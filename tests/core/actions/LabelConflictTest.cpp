@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
-#include "core/creation/SaveNewJob.h"
+#include "core/creation/Creation.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 
@@ -31,7 +31,7 @@ class LabelConflictTest : public testdata::ProgramFixture {
   }
 };
 
-TEST_F(LabelConflictTest, OnlyLoadedJobsOfOneDomainStandAgainstEachOther) {
+TEST_F(LabelConflictTest, OnlyEnabledJobsInTheSameDomainAreInConflict) {
   constexpr Kind user = Kind::userAgent, agent = Kind::localAgent, daemon = Kind::localDaemon;
   const struct {
     Kind kind, other;
@@ -61,7 +61,7 @@ TEST_F(LabelConflictTest, OnlyLoadedJobsOfOneDomainStandAgainstEachOther) {
   const auto job = jobOf(user, "job.plist", "job");
   EXPECT_FALSE(conflictingJob(*job, "job", {jobOf(user, "job.plist", "job")})) << "its own file";
   job->isNewFile = true;
-  EXPECT_TRUE(conflictingJob(*job, "job", {jobOf(user, "job.plist", "job")})) << "the file that a copy was made of";
+  EXPECT_TRUE(conflictingJob(*job, "job", {jobOf(user, "job.plist", "job")})) << "a copy of that file";
 }
 
 TEST_F(LabelConflictTest, ASaveAsksAndNamesTheOtherFile) {
@@ -96,7 +96,7 @@ TEST_F(LabelConflictTest, ASaveAsksAndNamesTheOtherFile) {
   helpers.requests.front().failure(Error{.code = Error::Code::Io, .message = "full"});
   EXPECT_TRUE(job->isDisabled());
   program().editing.undo();
-  EXPECT_FALSE(job->isDisabled()) << "a step of its own";
+  EXPECT_FALSE(job->isDisabled()) << "it is an undo step";
 }
 
 TEST_F(LabelConflictTest, ACopyThatIsDeletedDoesntStopTheOtherJob) {

@@ -13,11 +13,10 @@ namespace fs = std::filesystem;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// Programs that end in the middle of a move, and those that are started next. The helpers do what the requests say as
-/// far as files go.
+/// Ends the program during a move, and starts another one. The requests are carried out as far as they concern files.
 class MoveJournalTest : public testdata::ProgramFixture {
  protected:
-  /// Moves the job and ends the program after so many answers; true: the next request was carried out all the same.
+  /// Moves a job, and ends the program after this number of replies; the next request may have been carried out.
   void moveAndEnd(Kind before, Kind now, std::size_t answers, bool isNextCarriedOut) {
     endProgram();
     for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) fs::remove_all(path(kind));
@@ -40,13 +39,13 @@ class MoveJournalTest : public testdata::ProgramFixture {
     }
     if (request.body.find("deletePath")) fs::remove(request.text("deletePath"));
   }
-  /// What a program asks of the helpers that is started now: "delete u", "load a".
+  /// The requests that a program sends at its start: "delete u", "load a".
   std::vector<std::string> askedAtStart() {
     program().appDelegate.applicationDidFinishLaunching();
     std::vector<std::string> result;
     for (std::size_t i = 0; i < helpers.requests.size(); ++i) {
       const auto& request = helpers.requests[i];
-      EXPECT_FALSE(request.isPrivileged) << "nobody is asked for a password";
+      EXPECT_FALSE(request.isPrivileged) << "no password is needed";
       const bool isDeletion = request.body.find("deletePath");
       const fs::path file = request.text(isDeletion ? "deletePath" : "path");
       result.push_back((isDeletion ? "delete " : "load ") + letterOf(file));
@@ -75,7 +74,7 @@ class MoveJournalTest : public testdata::ProgramFixture {
   const fs::path journal = roots.applicationSupport / "Moves.plist";
 };
 
-TEST_F(MoveJournalTest, AMoveThatTheProgramsEndInterruptsIsEndedByTheNextStart) {
+TEST_F(MoveJournalTest, AnInterruptedMoveIsCompletedOrUndoneByTheNextStart) {
   constexpr Kind user = Kind::userAgent, agent = Kind::localAgent, daemon = Kind::localDaemon;
   const struct {
     Kind before, now;
@@ -84,7 +83,7 @@ TEST_F(MoveJournalTest, AMoveThatTheProgramsEndInterruptsIsEndedByTheNextStart) 
     std::vector<std::string> asked;
     std::string files;
   } table[] = {
-      {user, daemon, 0, false, {"load u"}, "u"},  // it may have been unloaded
+      {user, daemon, 0, false, {"load u"}, "u"},  // the job may have been unloaded
       {user, daemon, 0, true, {"load u"}, "u"},   {user, daemon, 1, false, {"load u"}, "u"},
       {user, daemon, 1, true, {}, "d"},           {user, agent, 1, false, {"load u"}, "u"},
       {user, agent, 1, true, {"load a"}, "a"},    {daemon, user, 0, false, {}, "d"},
@@ -99,12 +98,12 @@ TEST_F(MoveJournalTest, AMoveThatTheProgramsEndInterruptsIsEndedByTheNextStart) 
     EXPECT_EQ(askedAtStart(), row.asked);
     EXPECT_EQ(files(), row.files);
     EXPECT_FALSE(fs::exists(journal));
-    EXPECT_THAT(askedAtStart(), IsEmpty()) << "once";
+    EXPECT_THAT(askedAtStart(), IsEmpty()) << "only once";
   }
 }
 
 /// Root's helper was killed between writing and removing.
-TEST_F(MoveJournalTest, OfAMoveToRootThatIsHalfDoneTheUsersFileGoes) {
+TEST_F(MoveJournalTest, AHalfDoneMoveToRootRemovesTheUsersFile) {
   moveAndEnd(Kind::userAgent, Kind::localAgent, 1, true);
   const auto file = writeJob(Kind::userAgent, "job", {{"ProgramArguments", propertylist::Array{"/bin/ls"}}});
   (void)fs::remove(journal);
@@ -117,7 +116,7 @@ TEST_F(MoveJournalTest, OfAMoveToRootThatIsHalfDoneTheUsersFileGoes) {
   EXPECT_EQ(files(), "a");
 }
 
-TEST_F(MoveJournalTest, NoFileIsRemovedThatIsntTheOneThatMoved) {
+TEST_F(MoveJournalTest, OnlyTheFileThatMovedIsRemoved) {
   const auto file = writeJob(Kind::userAgent, "job", {{"Nice", 1}});
   const auto rootsFile = writeJob(Kind::localDaemon, "job");
   const std::string checksum = Checksum::ofFile(testdata::bytes(file)).text();
@@ -132,7 +131,7 @@ TEST_F(MoveJournalTest, NoFileIsRemovedThatIsntTheOneThatMoved) {
   EXPECT_EQ(remedyFor(move), MoveRemedy::LoadRoots);
 }
 
-TEST_F(MoveJournalTest, ADamagedJournalIsKeptAndToldAndAsksForNothing) {
+TEST_F(MoveJournalTest, ADamagedJournalIsKeptAndReportedAndIgnored) {
   const MoveJournal::Move move{URL::file("/u/job.plist"), URL::file("/d/job.plist"), "job", "sum"};
   for (const std::string content : {"", "no list", "<plist><dict><key>/a</key><dict/></dict></plist>"}) {
     (void)folder.write(journal.lexically_relative(folder.path()), content);
@@ -146,11 +145,12 @@ TEST_F(MoveJournalTest, ADamagedJournalIsKeptAndToldAndAsksForNothing) {
     const bool isList = content.starts_with("<plist>");
     ASSERT_THAT(rescued, SizeIs(isList ? 0 : 1)) << content;
     const std::string kept = testdata::bytes(isList ? journal : rescued.front());
-    EXPECT_NE(kept.find(isList ? "<key>/a</key>" : content), std::string::npos) << "of another version, perhaps";
+    EXPECT_NE(kept.find(isList ? "<key>/a</key>" : content), std::string::npos)
+        << "another version may have written it";
   }
 }
 
-TEST_F(MoveJournalTest, AMoveThatCantBeNotedIsToldOnceAndForgotten) {
+TEST_F(MoveJournalTest, AMoveThatCantBeRecordedIsReportedOnceAndForgotten) {
   fs::create_directories(journal);
   int told = 0;
   foundation.storeTroubles.setListener([&](const StoreTrouble&) { ++told; });

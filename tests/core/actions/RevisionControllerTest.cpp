@@ -19,7 +19,7 @@ class RevisionControllerTest : public testdata::ProgramFixture {
   StoreTroubles troubles;
   std::filesystem::path store() const { return roots.applicationSupport / "Revisions.plist"; }
 
-  /// Programs of the kept revisions, the newest first.
+  /// The programs in the revisions, the newest first.
   static std::string kept(const RevisionController& controller, const char* file = "/jobs/a.plist") {
     const propertylist::Value* const list = controller.revisions().find(file);
     if (!list) return "(nothing)";
@@ -41,7 +41,7 @@ TEST_F(RevisionControllerTest, TheLatestAreKeptOnDiskTheNewestFirst) {
     revisions.saveRevision(*job(program));
   }
   EXPECT_EQ(kept(revisions), "/3/2");
-  EXPECT_EQ(kept(controller()), "/3/2") << "as another start reads it";
+  EXPECT_EQ(kept(controller()), "/3/2") << "after another start";
   const auto& newest =
       *revisions.revisions().find("/jobs/a.plist")->as<propertylist::Array>()->front().as<propertylist::Dictionary>();
   EXPECT_EQ(*newest.find("Date"), propertylist::Value(1'000'001.5));
@@ -54,7 +54,7 @@ TEST_F(RevisionControllerTest, TheLatestAreKeptOnDiskTheNewestFirst) {
   EXPECT_EQ(kept(revisions), "(nothing)");
 }
 
-TEST_F(RevisionControllerTest, AStoreOfAnotherFormCountsAsEmpty) {
+TEST_F(RevisionControllerTest, MalformedEntriesCountAsEmpty) {
   for (const char* content : {"garbage", "<plist><array/></plist>",
                               "<plist><dict><key>/jobs/a.plist</key><array><string>x</string></array></dict></plist>",
                               "<plist><dict><key>/jobs/a.plist</key><true/></dict></plist>"}) {
@@ -74,13 +74,6 @@ TEST_F(RevisionControllerTest, AStoreThatCantBeWrittenKeepsTheRevisionInMemory) 
   revisions.saveRevision(*job("/2"));
   EXPECT_EQ(kept(revisions), "/2/1");
   EXPECT_EQ(told, 1);
-}
-
-TEST_F(RevisionControllerTest, ADamagedStoreIsKeptBesideTheNewOne) {
-  (void)folder.write("support/Revisions.plist", "years of work");
-  controller().saveRevision(*job("/1"));
-  EXPECT_EQ(kept(controller()), "/1");
-  EXPECT_EQ(testdata::bytes(roots.applicationSupport / "Revisions.plist.damaged-1"), "years of work");
 }
 
 TEST_F(RevisionControllerTest, RevisionsMoveWithTheirJob) {

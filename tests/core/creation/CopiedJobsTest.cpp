@@ -1,11 +1,10 @@
+#include "core/creation/CopiedJobs.h"
+
 #include <sys/stat.h>
 
 #include <regex>
 
 #include "core/creation/CreationFixture.h"
-#include "core/creation/DuplicateController.h"
-#include "core/creation/ExportJob.h"
-#include "core/creation/ImportController.h"
 #include "core/session/Shell.h"
 
 namespace mirvel {
@@ -31,6 +30,7 @@ class CopiedJobsTest : public CreationFixture {
   fs::path source(const std::string& name, const std::string& content) const {
     return folder.write("source/" + name, content);
   }
+  void exportSelected() { exportJob(program().selection, roots, interface); }
   void select(const std::string& name) {
     scan();
     program().selection.select(jobNamed(name));
@@ -51,21 +51,19 @@ TEST_F(CopiedJobsTest, TheSheetOpensOnceThereIsAFileToImport) {
   EXPECT_EQ(ImportController(program().creationContext).title(), "Import – a b.plist");
   importFiles(program().creationContext, {});
   EXPECT_EQ(count, 1);
-  EXPECT_EQ(ImportController(program().creationContext).title(), "Duplicate") << "of no file";
+  EXPECT_EQ(ImportController(program().creationContext).title(), "Duplicate") << "without a file";
   EXPECT_EQ(ImportController(program().creationContext).kindTitle(), "For:");
 }
 
-TEST_F(CopiedJobsTest, AnImportNeedsAKind) {
+TEST_F(CopiedJobsTest, AnImportNeedsAKindAndAFile) {
   auto sheet = importOf({source("a.plist", testdata::jobText("a"))});
-  for (const auto& [tag, isEnabled] :
-       std::vector<std::pair<int, bool>>{{-1, false}, {1, true}, {6, false}, {2, true}, {0, true}}) {
+  EXPECT_FALSE(sheet.isImportEnabled());
+  EXPECT_FALSE(sheet.importFile());
+  for (const auto& [tag, isKind] : std::vector<std::pair<int, bool>>{{-1, false}, {1, true}, {6, false}, {0, true}}) {
     sheet.kindChanged(tag);
-    EXPECT_EQ(sheet.isImportEnabled(), isEnabled) << tag;
-    EXPECT_EQ(sheet.chosenKind().has_value(), isEnabled) << tag;
+    EXPECT_EQ(sheet.isImportEnabled(), isKind) << tag;
+    EXPECT_EQ(sheet.chosenKind().has_value(), isKind) << tag;
   }
-  auto untold = importOf({source("a.plist", testdata::jobText("a"))});
-  EXPECT_FALSE(untold.isImportEnabled());
-  EXPECT_FALSE(untold.importFile());
   auto empty = importOf({});
   empty.kindChanged(0);
   EXPECT_FALSE(empty.importFile());
@@ -92,7 +90,7 @@ TEST_F(CopiedJobsTest, AnImportedJobGetsAFileOfItsOwnAndKeepsAllItsKeys) {
   EXPECT_EQ(testdata::bytes(file), content);
 }
 
-TEST_F(CopiedJobsTest, AFileThatIsNoJobSaysWhereAndWhy) {
+TEST_F(CopiedJobsTest, AFileThatIsntAJobIsRefusedWithPositionAndReason) {
   const std::string head = "<?xml version=\"1.0\"?>\n<plist version=\"1.0\">\n<dict>\n<key>Label</key>\n";
   const std::pair<std::string, std::string> table[] = {
       {"", ": "},
@@ -113,7 +111,7 @@ TEST_F(CopiedJobsTest, AFileThatIsNoJobSaysWhereAndWhy) {
     EXPECT_EQ(message, "The file “bad.plist” couldn’t be opened because it isn’t in the correct format.");
     EXPECT_THAT(information, StartsWith(file.string() + ": "));
     EXPECT_THAT(information, HasSubstr(reason));
-    EXPECT_EQ(sheet.title(), "Import – bad.plist") << "it stays";
+    EXPECT_EQ(sheet.title(), "Import – bad.plist") << "it stays the current file";
   }
   auto gone = importOf({"/none/gone.plist"});
   gone.kindChanged(0);
@@ -131,7 +129,7 @@ TEST_F(CopiedJobsTest, SeveralFilesAreImportedOneAfterTheOther) {
   int changes = 0;
   sheet.changed = [&] { ++changes; };
   EXPECT_FALSE(sheet.importFile());
-  EXPECT_FALSE(sheet.isImportEnabled()) << "until the first one is written";
+  EXPECT_FALSE(sheet.isImportEnabled()) << "until the first job is written";
   EXPECT_FALSE(sheet.isSkipEnabled());
   EXPECT_FALSE(sheet.importFile());
   helpers.requests.back().failure(Error{.code = Error::Code::Io, .message = "full"});
@@ -153,7 +151,7 @@ TEST_F(CopiedJobsTest, SeveralFilesAreImportedOneAfterTheOther) {
   EXPECT_TRUE(importOf({source("a.plist", "")}).skip());
 }
 
-TEST_F(CopiedJobsTest, AnAnswerAfterTheSheetHasGoneIsNoMatter) {
+TEST_F(CopiedJobsTest, AReplyAfterTheSheetHasBeenDismissedIsIgnored) {
   {
     auto sheet = importOf({source("a.plist", testdata::jobText("a")), source("b.plist", "")});
     sheet.changed = [] { ADD_FAILURE(); };
@@ -184,7 +182,7 @@ TEST_F(CopiedJobsTest, ADuplicateDiffersInItsLabelOnly) {
 }
 
 /// A job file may hold a password.
-TEST_F(CopiedJobsTest, ACopyIsNoMoreOpenThanWhatItIsMadeFrom) {
+TEST_F(CopiedJobsTest, ACopyHasNoMorePermissionsThanTheOriginal) {
   const struct {
     mode_t mode;
     std::string asked;  ///< of the helper
@@ -210,7 +208,7 @@ TEST_F(CopiedJobsTest, ACopyIsNoMoreOpenThanWhatItIsMadeFrom) {
     EXPECT_EQ(asked(), row.asked);
     select("job");
     interface.savePath = folder.path() / "out.plist";
-    exportJob(program().selection, program().foundation.roots, program().platform.interface);
+    exportSelected();
     EXPECT_EQ(static_cast<mode_t>(fs::status(*interface.savePath).permissions()), row.exported);
     fs::remove(*interface.savePath);
     fs::remove(job), fs::remove(other);
@@ -218,7 +216,7 @@ TEST_F(CopiedJobsTest, ACopyIsNoMoreOpenThanWhatItIsMadeFrom) {
   ::umask(before);
 }
 
-TEST_F(CopiedJobsTest, ADuplicateIsRefusedWhereItMakesNoSense) {
+TEST_F(CopiedJobsTest, ADuplicateNeedsALaunchdJobWithoutEditsAndAnotherName) {
   writeJob(Kind::userAgent, "job", {{"Program", "/bin/ls"}});
   loginItems.ownItems = {{"own", "/own/item", {}, {}}};
   const struct {
@@ -251,27 +249,27 @@ TEST_F(CopiedJobsTest, ADuplicateIsRefusedWhereItMakesNoSense) {
   EXPECT_EQ(writtenPath(), "user/LaunchAgents/ls.plist");
 }
 
-TEST_F(CopiedJobsTest, AnExportWritesTheSelectedJobWhereTheUserSays) {
+TEST_F(CopiedJobsTest, AnExportWritesTheSelectedJobToTheChosenFile) {
   writeJob(Kind::userAgent, "a_b", {{"Program", "/bin/ls"}, {"Unheard", 1}});
   loginItems.ownItems = {{"own", "/own/item", {}, {}}};
-  exportJob(program().selection, program().foundation.roots, program().platform.interface);
+  exportSelected();
   select("own");
-  exportJob(program().selection, program().foundation.roots, program().platform.interface);
+  exportSelected();
   EXPECT_THAT(interface.savePanels, IsEmpty()) << "there is no job file to export";
 
   select("a_b");
-  exportJob(program().selection, program().foundation.roots, program().platform.interface);
+  exportSelected();
   const SavePanel& panel = interface.savePanels.at(0);
   EXPECT_EQ(panel.folder, roots.home);
   EXPECT_EQ(panel.name, "a_b");
   EXPECT_EQ(panel.allowedType, "plist");
 
   interface.savePath = folder.path() / "out.plist";
-  exportJob(program().selection, program().foundation.roots, program().platform.interface);
+  exportSelected();
   EXPECT_EQ(testdata::bytes(*interface.savePath), testdata::bytes(path(Kind::userAgent, "a_b.plist")));
   EXPECT_THAT(interface.errors, IsEmpty());
   interface.savePath = folder.path() / "missing" / "out.plist";
-  exportJob(program().selection, program().foundation.roots, program().platform.interface);
+  exportSelected();
   EXPECT_THAT(interface.errors, ElementsAre(Pair(HasSubstr("missing"), "")));
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_EQ(selectedName(), "a_b");

@@ -1,7 +1,7 @@
 #include "core/creation/NewController.h"
 
 #include "core/creation/CreationFixture.h"
-#include "core/creation/StartingPoints.h"
+#include "support/TestData.h"
 
 namespace mirvel {
 namespace {
@@ -11,17 +11,25 @@ using testing::SizeIs;
 
 class NewControllerTest : public CreationFixture {
  protected:
-  /// The bar with the current page in brackets, and the buttons: "< [1 Name] 2 What 3 Run 4 When Next (off)".
+  /// The page bar with the current page in brackets, and the buttons: "< 1 Name [2 What] 3 Run 4 When Next (off)".
   std::string shown() const {
     std::string result = sheet.isPreviousVisible() ? "< " : "";
     for (const auto& cell : sheet.pageBar()) result += cell.isCurrent ? '[' + cell.text + "] " : cell.text + ' ';
     return result + sheet.nextTitle() + (sheet.isNextEnabled() ? "" : " (off)");
   }
+  void goToCommand() {
+    sheet.name.setName("a");
+    sheet.next();
+    sheet.what.choose(New::Run::Command);
+    sheet.next();
+    sheet.run.command.setText("/bin/ls");
+  }
 
   NewController sheet{program().creationContext};
+  Scheduled::RuleEditor editor{program().scheduledController};
 };
 
-TEST_F(NewControllerTest, PagesAreWalkedThroughAsFarAsEachAllows) {
+TEST_F(NewControllerTest, EachPageMustBeCompleteToGoOn) {
   using Run = New::Run;
   const std::pair<std::function<void()>, const char*> table[] = {
       {[] {}, "[1 Name] 2 What 3 Run 4 When Next (off)"},
@@ -31,11 +39,11 @@ TEST_F(NewControllerTest, PagesAreWalkedThroughAsFarAsEachAllows) {
       {[&] { sheet.name.setName(""); }, "[1 Name] 2 What 3 Run 4 When Next (off)"},
       {[&] { sheet.name.setName("backup"); }, "[1 Name] 2 What 3 Run 4 When Next"},
       {[&] { sheet.next(); }, "< 1 Name [2 What] 3 Run 4 When Next (off)"},
-      {[&] { sheet.what.choose(Run::application); }, "< 1 Name [2 What] 3 Application 4 When Next"},
-      {[&] { sheet.what.choose(Run::script); }, "< 1 Name [2 What] 3 Script 4 When Next"},
+      {[&] { sheet.what.choose(Run::Application); }, "< 1 Name [2 What] 3 Application 4 When Next"},
+      {[&] { sheet.what.choose(Run::Script); }, "< 1 Name [2 What] 3 Script 4 When Next"},
       {[&] { sheet.next(); }, "< 1 Name 2 What [3 Script] 4 When Next (off)"},
       {[&] { sheet.previous(); }, "< 1 Name [2 What] 3 Script 4 When Next"},
-      {[&] { sheet.what.choose(Run::command); }, "< 1 Name [2 What] 3 Command 4 When Next"},
+      {[&] { sheet.what.choose(Run::Command); }, "< 1 Name [2 What] 3 Command 4 When Next"},
       {[&] { sheet.next(); }, "< 1 Name 2 What [3 Command] 4 When Next (off)"},
       {[&] { sheet.run.command.setText("/bin/ls"); }, "< 1 Name 2 What [3 Command] 4 When Next"},
       {[&] { sheet.run.command.setText(""); }, "< 1 Name 2 What [3 Command] 4 When Next (off)"},
@@ -73,38 +81,33 @@ TEST_F(NewControllerTest, OneOfThreeKindsIsOn) {
   }
 }
 
-TEST_F(NewControllerTest, AnotherWayToRunBeginsAnewAndTheSameKeepsWhatWasEntered) {
-  sheet.name.setName("a");
-  sheet.next();
-  sheet.what.choose(New::Run::command);
-  sheet.next();
-  sheet.run.command.setText("/bin/ls");
+TEST_F(NewControllerTest, AnotherKindOfThingToRunClearsTheInputAndTheSameKeepsIt) {
+  goToCommand();
   sheet.previous();
-  sheet.what.choose(New::Run::script);
-  sheet.what.choose(New::Run::command);
+  sheet.what.choose(New::Run::Script);
+  sheet.what.choose(New::Run::Command);
   sheet.next();
   EXPECT_EQ(sheet.run.command.text(), "/bin/ls") << "the script's page was never shown";
   sheet.previous();
-  sheet.what.choose(New::Run::script);
+  sheet.what.choose(New::Run::Script);
   sheet.next();
   EXPECT_EQ(sheet.job().plist.run, "/bin/ls") << "until the script is there";
   sheet.previous();
-  sheet.what.choose(New::Run::command);
+  sheet.what.choose(New::Run::Command);
   sheet.next();
   EXPECT_EQ(sheet.run.command.text(), "");
   EXPECT_FALSE(sheet.isNextEnabled());
 }
 
-TEST_F(NewControllerTest, EachChangeIsTold) {
+TEST_F(NewControllerTest, EachChangeIsNotified) {
   int changes = 0;
-  Scheduled::RuleEditor editor(program().scheduledController);
   sheet.when.setRuleEditor(&editor);
   sheet.setChanged([&] { ++changes; });
   const std::function<void()> steps[] = {
       [&] { sheet.name.setName("a"); },
       [&] { sheet.name.kindChanged(1); },
       [&] { sheet.next(); },
-      [&] { sheet.what.choose(New::Run::script); },
+      [&] { sheet.what.choose(New::Run::Script); },
       [&] { sheet.next(); },
       [&] { sheet.run.script.createNew(); },
       [&] { sheet.run.script.setText("x"); },
@@ -121,8 +124,7 @@ TEST_F(NewControllerTest, EachChangeIsTold) {
   }
 }
 
-TEST_F(NewControllerTest, TheRuleEditorStartsWithARowAndKeepsItWhenItIsHidden) {
-  Scheduled::RuleEditor editor(program().scheduledController);
+TEST_F(NewControllerTest, TheRuleEditorStartsWithARowAndTheNextEditorGetsAllRows) {
   sheet.when.setRuleEditor(&editor);
   EXPECT_FALSE(sheet.when.isScheduled());
   EXPECT_EQ(editor.numberOfRows(), 0U);
@@ -131,50 +133,34 @@ TEST_F(NewControllerTest, TheRuleEditorStartsWithARowAndKeepsItWhenItIsHidden) {
     EXPECT_EQ(sheet.when.isScheduled(), isOn);
     EXPECT_EQ(editor.numberOfRows(), 1U);
   }
-  sheet.when.setRuleEditor(nullptr);
-  Scheduled::RuleEditor other(program().scheduledController);
-  sheet.when.setRuleEditor(&other);
-  EXPECT_EQ(other.rules(), editor.rules()) << "another one goes on with them";
-}
-
-TEST_F(NewControllerTest, ANumberThatIsNoneYetIsStillThereWhenThePageComesBack) {
-  Scheduled::RuleEditor editor(program().scheduledController);
-  sheet.when.setRuleEditor(&editor);
-  sheet.when.scheduled(true);
   editor.addRow();
   editor.setNumber(0, "soon");
   sheet.when.setRuleEditor(nullptr);
-  Scheduled::RuleEditor other(program().scheduledController);
-  sheet.when.setRuleEditor(&other);
-  EXPECT_EQ(other.rows(), editor.rows());
-  EXPECT_FALSE(other.isValid());
+  Scheduled::RuleEditor next(program().scheduledController);
+  sheet.when.setRuleEditor(&next);
+  EXPECT_EQ(next.rows(), editor.rows());
+  EXPECT_FALSE(next.isValid());
   sheet.begin(New());
-  EXPECT_EQ(other.numberOfRows(), 0U) << "another job has rules of its own";
+  EXPECT_EQ(next.numberOfRows(), 0U) << "the other job has no rules";
 }
 
-TEST_F(NewControllerTest, ItHearsOfItsRulesWhateverBecomesOfTheSelectedJob) {
+TEST_F(NewControllerTest, ItsRulesAreIndependentOfTheSelectedJob) {
   writeJob(Kind::userAgent, "a", {{"StartInterval", 60}});
-  Scheduled::RuleEditor editor(program().scheduledController);
   sheet.when.setRuleEditor(&editor);
   sheet.when.scheduled(true);
-  scan();  // publishes the jobs under the sheet
+  scan();
   program().selection.select(jobNamed("a"));
   editor.removeRow(0);
   EXPECT_FALSE(sheet.when.isScheduled()) << "without a rule there is no schedule";
 
   sheet.when.setRuleEditor(nullptr);
   editor.addRow();
-  EXPECT_FALSE(sheet.when.isScheduled()) << "an editor that isn't its own any more";
+  EXPECT_FALSE(sheet.when.isScheduled()) << "the page doesn't listen to this editor any more";
 }
 
-TEST_F(NewControllerTest, ARuleWithAnImpossibleNumberIsToldAndNotSaved) {
-  sheet.name.setName("a");
+TEST_F(NewControllerTest, AnInvalidRuleIsShownAndNotSaved) {
+  goToCommand();
   sheet.next();
-  sheet.what.choose(New::Run::command);
-  sheet.next();
-  sheet.run.command.setText("/bin/ls");
-  sheet.next();
-  Scheduled::RuleEditor editor(program().scheduledController);
   sheet.when.setRuleEditor(&editor);
   sheet.when.scheduled(true);
   editor.setNumber(0, "");
@@ -183,13 +169,15 @@ TEST_F(NewControllerTest, ARuleWithAnImpossibleNumberIsToldAndNotSaved) {
               ElementsAre(std::pair("Rule 1, “Repeat Interval”, can’t be saved", "Enter a whole number.")));
   EXPECT_THAT(helpers.requests, testing::IsEmpty());
   sheet.when.scheduled(false);
-  EXPECT_TRUE(sheet.next()) << "rules that don't count don't matter";
+  EXPECT_TRUE(sheet.next()) << "the rules don't apply";
   EXPECT_THAT(helpers.requests, SizeIs(1));
 }
 
-TEST_F(NewControllerTest, StartingPointsAreWalkedThroughAsAnyOtherJob) {
+TEST_F(NewControllerTest, StartingPointsFillThePages) {
   sheet.name.kindChanged(2);
   const std::string home = roots.home.string();
+  const std::string rsync = "rsync -a " + home + "/Documents " + home + "/Backup";
+  const std::optional<std::vector<std::string>> none, downloads{{home + "/Downloads"}};
   const struct {
     std::string title, name;
     New::Run run;
@@ -197,33 +185,26 @@ TEST_F(NewControllerTest, StartingPointsAreWalkedThroughAsAnyOtherJob) {
     bool isScheduled, isKeptAlive;
     std::optional<std::vector<std::string>> watched;
   } table[] = {
-      {"Back Up a Folder",
-       "Backup",
-       New::Run::command,
-       "rsync -a " + home + "/Documents " + home + "/Backup",
-       true,
-       false,
-       {}},
-      {"Run a Script Every Night", "Nightly Script", New::Run::script, "", true, false, {}},
-      {"Keep a Program Running", "Program", New::Run::command, "", false, true, {}},
-      {"Watch a Folder", "Folder Watch", New::Run::script, "", false, false, {{home + "/Downloads"}}},
+      {"Back Up a Folder", "Backup", New::Run::Command, rsync, true, false, none},
+      {"Run a Script Every Night", "Nightly Script", New::Run::Script, "", true, false, none},
+      {"Keep a Program Running", "Program", New::Run::Command, "", false, true, none},
+      {"Watch a Folder", "Folder Watch", New::Run::Script, "", false, false, downloads},
   };
   auto points = startingPoints(foundation.localize, roots);
   ASSERT_THAT(points, SizeIs(std::size(table)));
-  Scheduled::RuleEditor editor(program().scheduledController);
   sheet.when.setRuleEditor(&editor);
   for (std::size_t i = 0; i < points.size(); ++i) {
     const auto& row = table[i];
     EXPECT_EQ(points[i].title, row.title);
     sheet.begin(std::move(points[i].job));
-    EXPECT_EQ(sheet.currentPage(), New::Page::name);
+    EXPECT_EQ(sheet.currentPage(), New::Page::Name);
     EXPECT_EQ(sheet.name.name(), row.name);
-    EXPECT_EQ(sheet.name.chosenKind(), Kind::localDaemon) << "the user said so";
+    EXPECT_EQ(sheet.name.chosenKind(), Kind::localDaemon) << "the user's choice is kept";
     EXPECT_EQ(sheet.what.chosen(), row.run);
     sheet.next();
     sheet.next();
     EXPECT_EQ(sheet.run.command.text(), row.command);
-    EXPECT_EQ(sheet.isNextEnabled(), !row.command.empty()) << "what there is to run must be told";
+    EXPECT_EQ(sheet.isNextEnabled(), !row.command.empty()) << "the user must say what to run";
     EXPECT_EQ(sheet.when.isScheduled(), row.isScheduled);
     EXPECT_EQ(editor.numberOfRows(), row.isScheduled ? 1U : 0U);
     EXPECT_EQ(sheet.when.isKeptAlive(), row.isKeptAlive);
@@ -232,7 +213,7 @@ TEST_F(NewControllerTest, StartingPointsAreWalkedThroughAsAnyOtherJob) {
   }
   sheet.name.setName("mine");
   sheet.begin(std::move(startingPoints(foundation.localize, roots).front().job));
-  EXPECT_EQ(sheet.name.name(), "mine") << "it was typed";
+  EXPECT_EQ(sheet.name.name(), "mine") << "the user has entered it";
 }
 
 TEST_F(NewControllerTest, AnotherFolderCanBeWatched) {
@@ -246,12 +227,60 @@ TEST_F(NewControllerTest, AnotherFolderCanBeWatched) {
   EXPECT_TRUE(interface.openPanels.back().showsHiddenFiles);
 }
 
-TEST_F(NewControllerTest, TheScheduleEndsWithItsLastRule) {
-  Scheduled::RuleEditor editor(program().scheduledController);
+TEST_F(NewControllerTest, RulesApplyOnlyWhileTheJobIsScheduled) {
   sheet.when.setRuleEditor(&editor);
+  sheet.name.setName("a");
+  sheet.when.runAtLoad(false);
   sheet.when.scheduled(true);
-  editor.removeRow(0);
-  EXPECT_FALSE(sheet.when.isScheduled());
+  editor.setNumber(0, "3600");
+  EXPECT_EQ(sheet.outlook().sentence, "“a” runs as you every hour.");
+  EXPECT_EQ(sheet.outlook().nextRuns.size(), 3U);
+  sheet.when.scheduled(false);
+  EXPECT_EQ(sheet.outlook().sentence, "“a” runs as you only when it is started manually.");
+  EXPECT_THAT(sheet.outlook().nextRuns, testing::IsEmpty());
+}
+
+TEST(NewJobSentenceTest, OneSentenceSaysWhatWillHappen) {
+  using Change = std::function<void(jobfile::Plist&)>;
+  const Change nothing = [](jobfile::Plist& plist) { plist.runAtLoad = false; };
+  const Change atLoad = [](jobfile::Plist&) {};
+  const Change nightly = [](jobfile::Plist& plist) {
+    plist.startCalendarInterval = {.intervals = {{.minute = 0, .hour = 21}}};
+    plist.runAtLoad = false;
+  };
+  const Change all = [](jobfile::Plist& plist) {
+    plist.keepAlive = jobfile::KeepAlive{.successfulExit = true};
+    plist.startInterval = 7200;
+    plist.watchPaths = {"/home/x/A b"};
+  };
+  const struct {
+    const char* locale;
+    Kind kind;
+    Change change;
+    const char* sentence;
+  } table[] = {
+      {"en", Kind::userAgent, nothing, "“backup” runs as you only when it is started manually."},
+      {"en", Kind::userAgent, atLoad, "“backup” runs as you at every login and once when it is saved."},
+      {"en", Kind::userAgent, nightly, "“backup” runs as you every day at 9:00 PM."},
+      {"en", Kind::localAgent, nightly, "“backup” runs for every logged-in user every day at 9:00 PM."},
+      {"en", Kind::localDaemon, atLoad, "“backup” runs as root at every system start and once when it is saved."},
+      {"en", Kind::localDaemon, all,
+       "“backup” runs as root again when it exits successfully, every 2 hours, when ~/A b changes, at every system "
+       "start, and once when it is saved."},
+      {"de", Kind::userAgent, nothing, "„backup“ läuft unter Ihrem Namen nur bei manuellem Start."},
+      {"de", Kind::userAgent, nightly, "„backup“ läuft unter Ihrem Namen jeden Tag um 21:00 Uhr."},
+      {"de", Kind::localDaemon, atLoad, "„backup“ läuft als root bei jedem Systemstart und einmal beim Speichern."},
+      {"ar", Kind::userAgent, atLoad, "تعمل «\u2068backup\u2069» باسمك عند كل تسجيل دخول ومرة واحدة عند الحفظ."},
+  };
+  for (const auto& row : table) {
+    const std::string locale = row.locale;
+    if (locale != "en" && !std::filesystem::exists(testdata::catalogues()))
+      continue;  // they are built only if msgfmt is installed
+    jobfile::Plist plist = jobfile::Plist::blankPlist();
+    plist.name = "backup";
+    row.change(plist);
+    EXPECT_EQ(newJobSentence(row.kind, plist, Localize(locale, testdata::catalogues()), "/home/x"), row.sentence);
+  }
 }
 
 }  // namespace

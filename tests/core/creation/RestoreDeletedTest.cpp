@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/creation/SaveNewJob.h"
+#include "core/creation/Creation.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "support/ProgramFixture.h"
@@ -21,7 +21,7 @@ using testing::SizeIs;
 
 class RestoreDeletedTest : public testdata::ProgramFixture {
  protected:
-  /// Asks for the deletion, agrees, and lets the helper do it.
+  /// Deletes a job, with the user's consent; the helper does it or fails.
   void deleteJob(const std::string& name, bool isDone = true) {
     scan();
     const auto job = jobNamed(name);
@@ -37,6 +37,12 @@ class RestoreDeletedTest : public testdata::ProgramFixture {
     if (isDone) whatTheHelperDoes();
     request.reply(isDone ? Dictionary{} : Dictionary{{"error", Dictionary{{"domain", "x"}, {"code", 1}}}});
     settle();
+  }
+  /// The former path of a job "a" that has been deleted.
+  fs::path deletedJob() {
+    const auto file = writeJob(Kind::userAgent, "a");
+    deleteJob("a");
+    return file;
   }
   std::vector<std::string> rows() {
     std::vector<std::string> result;
@@ -83,7 +89,7 @@ TEST_F(RestoreDeletedTest, ADeletedJobComesBackAsItWas) {
   }
 }
 
-TEST_F(RestoreDeletedTest, WhatOthersCouldntReadTheyStillCant) {
+TEST_F(RestoreDeletedTest, APrivateFileStaysPrivate) {
   const auto file = writeJob(Kind::userAgent, "a");
   fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
   deleteJob("a");
@@ -92,9 +98,8 @@ TEST_F(RestoreDeletedTest, WhatOthersCouldntReadTheyStillCant) {
   EXPECT_EQ(request().at("mode"), propertylist::Value(0600));
 }
 
-TEST_F(RestoreDeletedTest, AJobStaysAmongTheDeletedUntilItIsWritten) {
-  const auto file = writeJob(Kind::userAgent, "a");
-  deleteJob("a");
+TEST_F(RestoreDeletedTest, AJobIsKeptUntilItIsWritten) {
+  const auto file = deletedJob();
   restoreFirst();
   answer(false);
   EXPECT_THAT(rows(), SizeIs(1));
@@ -102,15 +107,14 @@ TEST_F(RestoreDeletedTest, AJobStaysAmongTheDeletedUntilItIsWritten) {
   EXPECT_THAT(rows(), SizeIs(1));
 }
 
-TEST_F(RestoreDeletedTest, AJobThatWasntDeletedIsntListedEvenAfterItChanges) {
-  const auto file = writeJob(Kind::userAgent, "a");
+TEST_F(RestoreDeletedTest, AJobWhoseDeletionFailedIsntListedEvenAfterItChanges) {
+  writeJob(Kind::userAgent, "a");
   deleteJob("a", false);
-  EXPECT_THAT(rows(), IsEmpty());
   write(Kind::userAgent, "a.plist", testdata::jobText("a", {{"Nice", 1}}));
   EXPECT_THAT(rows(), IsEmpty());
 }
 
-TEST_F(RestoreDeletedTest, WhatAHelperDeletesThatWasCutOffIsKept) {
+TEST_F(RestoreDeletedTest, AFileDeletedByADisconnectedHelperIsKept) {
   const auto file = writeJob(Kind::localDaemon, "a");
   scan();
   program().deletion.confirm(jobNamed("a"));
@@ -134,21 +138,43 @@ TEST_F(RestoreDeletedTest, ASystemAgentIsntLoadedByRoot) {
   EXPECT_FALSE(helpers.requests.back().isPrivileged);
 }
 
-TEST_F(RestoreDeletedTest, ATakenNameLeadsToAFileBesideIt) {
-  const auto file = writeJob(Kind::userAgent, "a");
-  deleteJob("a");
-  write(Kind::userAgent, "a.plist", testdata::jobText("another"));
-  scan();
-  restoreFirst();
-  const fs::path place = request().text("path");
-  EXPECT_EQ(place.parent_path(), fs::canonical(file.parent_path()));
-  EXPECT_NE(place.filename(), "a.plist");
-  EXPECT_EQ(place.extension(), ".plist");
+TEST_F(RestoreDeletedTest, TheFileGetsItsFormerPathUnlessThatIsInUse) {
+  const auto occupy = [this] { write(Kind::localDaemon, "a.plist", testdata::jobText("another")); };
+  const struct {
+    const char* description;
+    std::function<void()> before, duringThePasswordDialog;
+    bool hasFormerPath;
+  } table[] = {
+      {"unused", [] {}, [] {}, true},
+      {"without a folder", [this] { fs::remove_all(path(Kind::localDaemon)); }, [] {}, true},
+      {"in use", occupy, [] {}, false},
+      {"in use by then", [] {}, occupy, false},
+  };
+  for (const auto& row : table) {
+    SCOPED_TRACE(row.description);
+    const auto file = writeJob(Kind::localDaemon, "a");
+    deleteJob("a");
+    program().shell.endPrivilegedConnection();
+    row.before();
+    scan();
+    helpers.isHandshakeHeld = true;
+    restoreFirst();
+    row.duringThePasswordDialog();
+    helpers.authorise();
+    helpers.isHandshakeHeld = false;
+    const fs::path place = helpers.requests.back().text("path");
+    EXPECT_EQ(place.parent_path(), fs::weakly_canonical(file.parent_path()));
+    EXPECT_EQ(place.filename() == "a.plist", row.hasFormerPath);
+    EXPECT_EQ(place.extension(), ".plist");
+    answer(true);
+    program().selection.select(nullptr);
+    fs::remove_all(file.parent_path());
+    scan();
+  }
 }
 
-TEST_F(RestoreDeletedTest, AJobOfTheSameNameIsntStoppedByTheRestoredOne) {
-  writeJob(Kind::userAgent, "a");
-  deleteJob("a");
+TEST_F(RestoreDeletedTest, AnotherJobWithTheSameLabelIsntStopped) {
+  (void)deletedJob();
   const auto other = write(Kind::userAgent, "other.plist", testdata::jobText("a"));
   scan();
   restoreFirst();
@@ -166,7 +192,7 @@ TEST_F(RestoreDeletedTest, AJobOfTheSameNameIsntStoppedByTheRestoredOne) {
   EXPECT_EQ(*helpers.written().find("Disabled"), propertylist::Value(true));
 }
 
-TEST_F(RestoreDeletedTest, WhatIsRestoredDisabledIsNoLongerKeptAndItsCommentsAreInAnotherPlace) {
+TEST_F(RestoreDeletedTest, AJobRestoredAsDisabledIsForgottenAndItsCommentsAreKept) {
   const std::string plain = testdata::jobText("a"), commented = "<!-- mine -->" + plain;
   for (const std::string& content : {plain, commented}) {
     write(Kind::userAgent, "a.plist", content);
@@ -189,17 +215,15 @@ TEST_F(RestoreDeletedTest, WhatIsRestoredDisabledIsNoLongerKeptAndItsCommentsAre
   }
 }
 
-TEST_F(RestoreDeletedTest, AJobIsRestoredOnceAtATime) {
-  writeJob(Kind::userAgent, "a");
-  deleteJob("a");
+TEST_F(RestoreDeletedTest, AJobIsRestoredOnlyOnce) {
+  (void)deletedJob();
   const std::string id = deletedJobRows(program().creationContext).at(0).id;
   helpers.requests.clear();
-  restoreDeleted(program().creationContext, id);
-  restoreDeleted(program().creationContext, id);
+  for (int i = 0; i < 2; ++i) restoreDeleted(program().creationContext, id);
   EXPECT_THAT(helpers.requests, SizeIs(1));
 }
 
-TEST_F(RestoreDeletedTest, ANewJobOfTheSameNameGetsAnotherFile) {
+TEST_F(RestoreDeletedTest, ANewJobWithTheSameNameGetsAnotherFile) {
   for (const bool isRestoredFirst : {true, false}) {
     const auto file = writeJob(Kind::userAgent, "a");
     deleteJob("a");
@@ -220,28 +244,7 @@ TEST_F(RestoreDeletedTest, ANewJobOfTheSameNameGetsAnotherFile) {
   }
 }
 
-TEST_F(RestoreDeletedTest, AFolderThatHasGoneIsMadeAnew) {
-  const auto file = writeJob(Kind::userAgent, "a");
-  deleteJob("a");
-  fs::remove_all(file.parent_path());
-  restoreFirst();
-  EXPECT_EQ(request().text("path"), fs::canonical(file.parent_path()) / "a.plist");
-}
-
-TEST_F(RestoreDeletedTest, WhatTakesThePlaceWhileThePasswordIsAskedForStays) {
-  const auto file = writeJob(Kind::localDaemon, "a");
-  deleteJob("a");
-  program().shell.endPrivilegedConnection();
-  helpers.isHandshakeHeld = true;
-  restoreFirst();
-  const auto count = helpers.requests.size();
-  write(Kind::localDaemon, "a.plist", testdata::jobText("another"));
-  helpers.authorise();
-  ASSERT_EQ(helpers.requests.size(), count + 1);
-  EXPECT_NE(fs::path(helpers.requests.back().text("path")).filename(), "a.plist");
-}
-
-TEST_F(RestoreDeletedTest, AnEditThatBeganWhileTheQuestionWasUpIsntDeleted) {
+TEST_F(RestoreDeletedTest, AJobThatIsBeingEditedByThenIsntDeleted) {
   const auto file = writeJob(Kind::userAgent, "a");
   scan();
   program().deletion.confirm(jobNamed("a"));
@@ -251,7 +254,7 @@ TEST_F(RestoreDeletedTest, AnEditThatBeganWhileTheQuestionWasUpIsntDeleted) {
   EXPECT_THAT(interface.errors, SizeIs(1));
 }
 
-TEST_F(RestoreDeletedTest, AQuitWaitsForADeletionUnderWay) {
+TEST_F(RestoreDeletedTest, QuittingWaitsForADeletion) {
   writeJob(Kind::localDaemon, "a");
   scan();
   program().deletion.confirm(jobNamed("a"));
@@ -272,8 +275,7 @@ TEST_F(RestoreDeletedTest, ABinaryFileComesBackWithTheSameValues) {
   EXPECT_EQ(helpers.written(), content);
 }
 
-TEST_F(RestoreDeletedTest, TheQuestionSaysUntilWhenAndForWhichJobsItIsTooLate) {
-  foundation.localize.locale();
+TEST_F(RestoreDeletedTest, TheQuestionSaysUntilWhenTheJobCanBeRestored) {
   loginItems.ownItems = {{"own", "/own/item", {}, {}}};
   writeJob(Kind::userAgent, "a");
   scan();
@@ -285,7 +287,7 @@ TEST_F(RestoreDeletedTest, TheQuestionSaysUntilWhenAndForWhichJobsItIsTooLate) {
   }
 }
 
-TEST_F(RestoreDeletedTest, WhatCantBeKeptIsDeletedOnlyAfterAnotherQuestion) {
+TEST_F(RestoreDeletedTest, AFileThatCantBeKeptIsDeletedOnlyAfterAnotherQuestion) {
   (void)folder.write("support", "a file where the folder should be");
   writeJob(Kind::userAgent, "a");
   scan();

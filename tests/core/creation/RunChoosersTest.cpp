@@ -2,8 +2,7 @@
 
 #include <sys/stat.h>
 
-#include "core/actions/NormalizeForSave.h"
-#include "core/creation/ApplicationList.h"
+#include "core/actions/SavePlan.h"
 #include "core/creation/CreationFixture.h"
 #include "core/creation/InstalledApplications.h"
 #include "core/creation/NewController.h"
@@ -20,7 +19,7 @@ class RunChoosersTest : public CreationFixture {
   RunChoosersTest() { fs::create_directories(roots.home); }
 
   const jobfile::Plist& record() const { return sheet.job().plist; }
-  /// What the script's page shows, beside its texts.
+  /// The state of the script chooser: "~/a.sh (on), Create New, next".
   std::string shown() const {
     const NewRunScript& script = sheet.run.script;
     return script.chooseTitle() + (script.isChooseOn() ? " (on), " : ", ") + script.createNewTitle() +
@@ -30,32 +29,6 @@ class RunChoosersTest : public CreationFixture {
 
   NewController sheet{program().creationContext};
 };
-
-TEST_F(RunChoosersTest, ApplicationsAreFoundBesideTheMainThreadAndByPartsOfTheirNames) {
-  for (const char* name : {"Éditeur", "Clock"}) {
-    (void)folder.write("home/.local/share/applications/" + std::string(name) + ".desktop",
-                       "[Desktop Entry]\nType=Application\nExec=tool\nName=" + std::string(name) + '\n');
-  }
-  auto list = std::make_unique<ApplicationList>(foundation, platform);
-  int found = 0;
-  list->find([&] { ++found; });
-  EXPECT_TRUE(list->isFinding());
-  EXPECT_THAT(list->matching(""), IsEmpty());
-  fileQueue.runAll();
-  queue.runDue();
-  EXPECT_EQ(found, 1);
-  EXPECT_FALSE(list->isFinding());
-  EXPECT_THAT(list->matching(""), SizeIs(2));
-  ASSERT_THAT(list->matching("edit"), SizeIs(1));
-  EXPECT_EQ(list->matching("edit").front()->name, "Éditeur");
-  EXPECT_THAT(list->matching("x"), IsEmpty());
-
-  list->find([&] { ++found; });
-  list.reset();
-  fileQueue.runAll();
-  queue.runDue();
-  EXPECT_EQ(found, 1) << "nobody waits any more";
-}
 
 TEST_F(RunChoosersTest, AnApplicationRunsByItsCommandAndIsInteractive) {
   sheet.run.application.choose(true);
@@ -86,7 +59,7 @@ TEST_F(RunChoosersTest, AnApplicationRunsByItsCommandAndIsInteractive) {
   EXPECT_EQ(record().run, "\"/none/x.sh\"") << "without help no interpreter is added";
 
   sheet.run.command.setText("/bin/ls");
-  EXPECT_EQ(record().processType, std::nullopt) << "a command is no application";
+  EXPECT_EQ(record().processType, std::nullopt) << "a command isn't interactive";
 }
 
 TEST_F(RunChoosersTest, AScriptIsChosenOrWritten) {
@@ -114,7 +87,7 @@ TEST_F(RunChoosersTest, AScriptIsChosenOrWritten) {
   }
   EXPECT_EQ(testdata::bytes(saved), NewRunScript::defaultText);
   EXPECT_EQ(record().run, foundation.commands.python + " \"/opt/x.py\"");
-  EXPECT_THAT(interface.errors, SizeIs(1)) << "of the folder that is missing";
+  EXPECT_THAT(interface.errors, SizeIs(1)) << "the folder doesn't exist";
   EXPECT_EQ(interface.savePanels.at(0).folder, roots.home);
   EXPECT_THAT(interface.savePanels, SizeIs(3)) << "an empty text isn't saved";
 }
@@ -133,7 +106,7 @@ TEST_F(RunChoosersTest, WritingAgainKeepsTheTextUntilItIsSaved) {
   EXPECT_THAT(interface.savePanels, IsEmpty());
 }
 
-TEST_F(RunChoosersTest, AWrittenScriptRunsByTheInterpreterOfItsLanguage) {
+TEST_F(RunChoosersTest, AWrittenScriptIsRunByTheInterpreterOfItsLanguage) {
   const Commands& commands = foundation.commands;
   const struct {
     std::string text, file, interpreter, suggested;
@@ -141,7 +114,7 @@ TEST_F(RunChoosersTest, AWrittenScriptRunsByTheInterpreterOfItsLanguage) {
   } table[] = {
       {"#!/bin/zsh\n\nls", "a.sh", commands.shell, "script.sh", SyntaxType::shell},
       {"#!/usr/bin/env python3\n", "a", commands.python, "script.py", SyntaxType::python},
-      {"import os\n#!/bin/sh", "b", commands.python, "script.py", SyntaxType::python},  // nothing says otherwise
+      {"import os\n#!/bin/sh", "b", commands.python, "script.py", SyntaxType::python},  // not recognised
       {"#!/usr/bin/perl", "two words", commands.perl, "script.pl", SyntaxType::perl},
       {"#!/usr/bin/ruby -w", "it's", commands.ruby, "script.rb", SyntaxType::ruby},
       {"<?php\n", "a.php", commands.php, "script.php", SyntaxType::php},
@@ -166,7 +139,7 @@ TEST_F(RunChoosersTest, AWrittenScriptRunsByTheInterpreterOfItsLanguage) {
   }
 }
 
-TEST_F(RunChoosersTest, ACommandIsPutRightAndItsFilesAreLookedFor) {
+TEST_F(RunChoosersTest, ACommandIsRepairedAndItsFilesAreChecked) {
   const std::string home = roots.home.string();
   const std::string there = folder.write("home/there", "");
   const struct {
@@ -186,7 +159,6 @@ TEST_F(RunChoosersTest, ACommandIsPutRightAndItsFilesAreLookedFor) {
     EXPECT_EQ(command.text(), row.typed);
     EXPECT_EQ(record().run, row.run);
     EXPECT_EQ(command.missingFiles(), row.missing) << row.typed;
-    EXPECT_EQ(command.isValid(), row.missing.empty());
   }
   ASSERT_TRUE(foundation.defaults.setAutomaticHelp(false));
   command.setText("perl ~/x");
@@ -195,7 +167,7 @@ TEST_F(RunChoosersTest, ACommandIsPutRightAndItsFilesAreLookedFor) {
   command.setText("/none/x");
   fileQueue.runAll();
   queue.runDue();
-  EXPECT_TRUE(command.isValid());
+  EXPECT_THAT(command.missingFiles(), IsEmpty());
 }
 
 }  // namespace

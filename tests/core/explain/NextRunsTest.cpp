@@ -99,5 +99,34 @@ TEST(NextRunsTest, TheLeapDayIsFoundAcrossACenturyWithoutOne) {
   EXPECT_EQ(textOf(leapDay, sys_days(2096y / 3 / 1)), "Next: Feb 29, 2104, 12:00 AM, then Feb 29, 2108, 12:00 AM");
 }
 
+TEST(NextRunsTest, RunsOfTheCalendarAndOfTheIntervalAreMerged) {
+  const Localize localize("de_DE");
+  const MomentTexts texts(localize, "UTC");
+  const sys_seconds now = sys_days(2026y / 11 / 22) + 20h;
+  const struct {
+    std::optional<std::int64_t> seconds;
+    std::vector<Interval> calendar;
+    std::vector<std::string> runs;
+  } table[] = {
+      {{}, {}, {}},
+      {{}, {{.minute = 60}}, {}},
+      {{}, {{.minute = 0, .hour = 21}}, {"heute, 21:00", "morgen, 21:00", "Dienstag, 21:00"}},
+      {{},
+       {{.minute = 0, .hour = 0, .day = 29, .month = 2}},
+       {"29. Feb. 2028, 00:00", "29. Feb. 2032, 00:00", "29. Feb. 2036, 00:00"}},
+      {7200, {}, {"heute, 22:00", "morgen, 00:00", "morgen, 02:00"}},
+      {7200, {{.minute = 0, .hour = 23}}, {"heute, 22:00", "heute, 23:00", "morgen, 00:00"}},
+      {3600, {{.minute = 0}}, {"heute, 21:00", "heute, 22:00", "heute, 23:00"}},
+      {-5, {}, {}},
+      {INT64_MAX, {}, {}},
+  };
+  for (const auto& row : table) {
+    jobfile::Plist plist;
+    plist.startInterval = row.seconds;
+    if (!row.calendar.empty()) plist.startCalendarInterval = {.intervals = row.calendar};
+    EXPECT_EQ(nextRunTexts(plist, now, 3, texts), row.runs) << "row " << &row - table;
+  }
+}
+
 }  // namespace
 }  // namespace mirvel

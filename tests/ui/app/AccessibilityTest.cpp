@@ -90,16 +90,16 @@ TEST_F(AccessibilityTest, EveryPageOfANewJobIsTold) {
   const Localize& localize = program().foundation.localize;
   controller.name.setName("a");
   walkPage(localize.name());
-  for (const auto run : {New::Run::application, New::Run::script, New::Run::command}) {
-    while (controller.currentPage() != New::Page::what) {
-      controller.currentPage() == New::Page::name ? (void)controller.next() : controller.previous();
+  for (const auto run : {New::Run::Application, New::Run::Script, New::Run::Command}) {
+    while (controller.currentPage() != New::Page::What) {
+      controller.currentPage() == New::Page::Name ? (void)controller.next() : controller.previous();
     }
     controller.what.choose(run);
     walkPage(CreationTexts(localize).script());
     controller.next();
-    if (run == New::Run::script) controller.run.script.createNew();
-    walkPage(run == New::Run::application ? localize.application()
-             : run == New::Run::script    ? CreationTexts(localize).script()
+    if (run == New::Run::Script) controller.run.script.createNew();
+    walkPage(run == New::Run::Application ? localize.application()
+             : run == New::Run::Script    ? CreationTexts(localize).script()
                                           : localize.command());
   }
   controller.run.command.setText("/bin/ls");

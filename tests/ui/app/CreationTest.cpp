@@ -9,7 +9,7 @@
 
 #include "core/actions/ActionTexts.h"
 #include "core/base/Const.h"
-#include "core/creation/ImportController.h"
+#include "core/creation/CopiedJobs.h"
 #include "ui/app/MachineFixture.h"
 #include "ui/creation/NewViewController.h"
 #include "ui/editor/ScheduledRuleEditor.h"

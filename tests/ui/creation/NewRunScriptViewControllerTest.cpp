@@ -1,11 +1,14 @@
 #include "ui/creation/NewRunScriptViewController.h"
 
 #include <QApplication>
+#include <QLabel>
+#include <QPushButton>
 #include <QTest>
 #include <memory>
 
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"
+#include "ui/scripts/ScriptText.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -14,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The page as it is in the sheet, with the focus on its first button.
+/// The page with the focus on its first button.
 class NewRunScriptViewControllerTest : public testdata::ProgramFixture {
  protected:
   NewRunScriptViewControllerTest() {
@@ -27,7 +30,7 @@ class NewRunScriptViewControllerTest : public testdata::ProgramFixture {
     testdata::settle();
   }
 
-  /// To choose, to create and to save, in their order.
+  /// The buttons: choose, create, save.
   QPushButton& button(int index) { return *m_page->findChildren<QPushButton*>().at(index); }
   ScriptText* text() { return m_page->findChild<ScriptText*>(); }
   bool isTextShown() { return text() && text()->isVisible(); }
@@ -53,7 +56,7 @@ class NewRunScriptViewControllerTest : public testdata::ProgramFixture {
     QTest::mouseClick(&button(index), Qt::LeftButton, modifiers);
     testdata::settle();
   }
-  /// Which buttons are on, which are there, and what is below.
+  /// The checked buttons, the Save button if it is visible, and what is below them.
   std::string shown() {
     const auto* const hint = m_page->findChild<QLabel*>();
     return std::string(button(0).isChecked() ? "choose " : "") + (button(1).isChecked() ? "create " : "") +
@@ -66,13 +69,13 @@ class NewRunScriptViewControllerTest : public testdata::ProgramFixture {
   NewSheet m_sheet{.context = program().creationContext, .job = {}};
   NewRunScript m_script{m_sheet};
   const std::unique_ptr<NewRunScriptViewController> m_page =
-      std::make_unique<NewRunScriptViewController>(program(), m_script);
+      std::make_unique<NewRunScriptViewController>(program().creationContext, m_script);
 };
 
 }  // namespace
 
 TEST_F(NewRunScriptViewControllerTest, AScriptIsWrittenAndSavedByKeyboard) {
-  EXPECT_EQ(text(), nullptr) << "it is only made when it is needed";
+  EXPECT_EQ(text(), nullptr) << "created when it is needed";
   EXPECT_EQ(shown(), "hint");
   key(Qt::Key_Tab);
   key(Qt::Key_Space);
@@ -83,13 +86,15 @@ TEST_F(NewRunScriptViewControllerTest, AScriptIsWrittenAndSavedByKeyboard) {
   EXPECT_EQ(text()->syntax(), SyntaxType::shell);
 
   key(Qt::Key_A, Qt::ControlModifier);
+  key(Qt::Key_Delete);
+  EXPECT_FALSE(button(2).isEnabled()) << "an empty text can't be saved";
   type("#!/usr/bin/env python3\nprint(1)\n");
   EXPECT_EQ(text()->syntax(), SyntaxType::python);
   interface.savePath = roots.home / "job.py";
   key(Qt::Key_Backtab, Qt::ShiftModifier);
-  ASSERT_TRUE(hasFocus(&button(2))) << "Save lies before the text";
+  ASSERT_TRUE(hasFocus(&button(2))) << "Save is before the text";
   key(Qt::Key_Space);
-  EXPECT_EQ(m_script.state(), NewRunScript::State::ready);
+  EXPECT_EQ(m_script.state(), NewRunScript::State::Ready);
   EXPECT_EQ(testdata::bytes(*interface.savePath), "#!/usr/bin/env python3\nprint(1)\n");
   EXPECT_EQ(shown(), "choose nothing");
   EXPECT_EQ(utf8(button(0).text()), "~/job.py");
@@ -124,10 +129,10 @@ TEST_F(NewRunScriptViewControllerTest, AChangeOfLanguageWhileTypingKeepsInsertio
   EXPECT_EQ(text()->text(), NewRunScript::defaultText);
   EXPECT_EQ(m_script.text(), NewRunScript::defaultText);
   EXPECT_EQ(text()->syntax(), SyntaxType::shell);
-  EXPECT_EQ(text()->insertionPoint(), std::string("#!/bin/").size()) << "and not behind the default text";
+  EXPECT_EQ(text()->insertionPoint(), std::string("#!/bin/").size()) << "not at the end of the default text";
 }
 
-TEST_F(NewRunScriptViewControllerTest, ButtonsAreOnAsTheScriptIs) {
+TEST_F(NewRunScriptViewControllerTest, TheButtonsShowTheStateOfTheScript) {
   const fs::path chosen = folder.write("home/a & b.sh", "");
   const std::pair<std::function<void()>, const char*> rows[] = {
       {[&] { click(0); }, "hint"},  // cancelled
@@ -145,7 +150,7 @@ TEST_F(NewRunScriptViewControllerTest, ButtonsAreOnAsTheScriptIs) {
   }
 }
 
-TEST_F(NewRunScriptViewControllerTest, ANewScriptBeginsAnewAfterAnotherOne) {
+TEST_F(NewRunScriptViewControllerTest, ANewScriptStartsWithTheDefaultText) {
   createNew();
   type("ls");
   interface.openPath = folder.write("home/x.sh", "");
@@ -153,19 +158,10 @@ TEST_F(NewRunScriptViewControllerTest, ANewScriptBeginsAnewAfterAnotherOne) {
   createNew();
   EXPECT_EQ(text()->text(), NewRunScript::defaultText);
   key(Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(text()->text(), NewRunScript::defaultText) << "what was typed before is gone";
+  EXPECT_EQ(text()->text(), NewRunScript::defaultText) << "without the earlier steps of undo";
 }
 
-TEST_F(NewRunScriptViewControllerTest, AnEmptyTextCantBeSaved) {
-  createNew();
-  key(Qt::Key_A, Qt::ControlModifier);
-  key(Qt::Key_Delete);
-  EXPECT_FALSE(button(2).isEnabled());
-  type("l");
-  EXPECT_TRUE(button(2).isEnabled());
-}
-
-TEST_F(NewRunScriptViewControllerTest, ALongPathFitsIntoThePageAndItsToolTipTellsItWhole) {
+TEST_F(NewRunScriptViewControllerTest, ALongPathIsElidedAndItsToolTipIsComplete) {
   const std::string name(200, 'x');
   interface.openPath = folder.write("home/a & b/" + name + ".sh", "");
   click(0, Qt::AltModifier);

@@ -36,7 +36,7 @@ TEST_F(ScriptModuleTest, ModuleIsLoadedOnce) {
   const auto second = loadScriptModule(scriptModule());
   ASSERT_TRUE(second);
   EXPECT_EQ(*first, *second);
-  const std::unique_ptr<ScriptText> text(makeScriptText(program(), QStringLiteral("Script")));
+  const std::unique_ptr<ScriptText> text(makeScriptText(console, foundation.localize, QStringLiteral("Script")));
   EXPECT_TRUE(text->focusProxy()->inherits("QsciScintilla"));
   EXPECT_TRUE(console.logged.empty());
 }
@@ -57,7 +57,8 @@ TEST_F(ScriptModuleTest, WithoutAModuleThePlainEditorIsUsedAndTheReasonLogged) {
   };
   for (const auto& [module, why] : rows) {
     console.logged.clear();
-    const std::unique_ptr<ScriptText> text(makeScriptText(program(), QStringLiteral("Script"), nullptr, module));
+    const std::unique_ptr<ScriptText> text(
+        makeScriptText(console, foundation.localize, QStringLiteral("Script"), nullptr, module));
     text->setText("#!/bin/sh\n");
     EXPECT_EQ(text->text(), "#!/bin/sh\n");
     EXPECT_TRUE(text->focusProxy()->inherits("QPlainTextEdit")) << module;

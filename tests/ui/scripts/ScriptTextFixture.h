@@ -22,7 +22,7 @@ class ScriptTextFixture : public testdata::ProgramFixture, public testing::WithP
  protected:
   ScriptText* makeText(QWidget* parent = nullptr) {
     const auto module = GetParam() == Editing::Coloured ? scriptModule() : folder.path() / "none.so";
-    return makeScriptText(program(), QStringLiteral("Script"), parent, module);
+    return makeScriptText(console, foundation.localize, QStringLiteral("Script"), parent, module);
   }
   /// The inner widget, which has the focus.
   static QWidget& innerWidget(const ScriptText& text) { return *text.focusProxy(); }

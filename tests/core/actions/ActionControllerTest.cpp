@@ -14,10 +14,8 @@ using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
 
-class FailureTest : public testdata::ProgramFixture {
+class ActionControllerTest : public testdata::ProgramFixture {
  protected:
-  const std::string tryAgain = "Please try again.";
-
   std::shared_ptr<Launchd> savedJob(Kind kind, bool isNew = false) {
     const auto file = writeJob(kind, "job", {{"Program", "/bin/ls"}});
     auto job = Launchd::read(testdata::bytes(file), URL::file(file), kind, {}, console);
@@ -27,20 +25,29 @@ class FailureTest : public testdata::ProgramFixture {
     program().actions.save(job);
     return job;
   }
+  /// Sends an action whose end is recorded as "name done" or "name failed".
+  Action::Shared send(const std::string& name, const Action::Shared& action, bool isPrivileged = false) {
+    action->ended = [this, name](bool isDone) { ended.push_back(name + (isDone ? " done" : " failed")); };
+    ActionController& actions = program().actions;
+    EXPECT_TRUE(isPrivileged ? actions.sendPrivileged(action) : actions.send(action));
+    return action;
+  }
+
+  std::vector<std::string> ended;
   const Error died{.code = Error::Code::Io, .message = "the helper has ended"};
 };
 
-TEST_F(FailureTest, AServiceThatCantBeReachedSendsNothingAndKeepsNoRevision) {
+TEST_F(ActionControllerTest, AHelperThatCantBeReachedGetsNothingAndNoRevisionIsSaved) {
   testdata::RecordingShell shell(program());
   helpers.canConnect = false;
   savedJob(Kind::userAgent);
   EXPECT_THAT(interface.errors, ElementsAre(Pair("Couldn’t communicate with the helper tool", tryAgain)));
   EXPECT_EQ(program().revisions.revisions().size(), 0U);
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
-  EXPECT_FALSE(program().saving.isBusy()) << "it can be tried again";
+  EXPECT_FALSE(program().saving.isBusy()) << "the user can try again";
 }
 
-TEST_F(FailureTest, AConnectionThatFailsCostsOneRequest) {
+TEST_F(ActionControllerTest, TheRequestAfterAFailedConnectionGetsANewOne) {
   testdata::RecordingShell shell(program());
   for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
     helpers.requests.clear();
@@ -57,19 +64,16 @@ TEST_F(FailureTest, AConnectionThatFailsCostsOneRequest) {
     queue.runDue();
     savedJob(kind);
     helpers.requests.back().reply({});
-    EXPECT_THAT(interface.errors, SizeIs(1)) << "the next one has a connection of its own";
+    EXPECT_THAT(interface.errors, SizeIs(1)) << "the second save has a new connection";
     queue.runDue();
   }
-}
-
-TEST_F(FailureTest, ANewFilesSelectionGoesWithTheConnection) {
-  testdata::RecordingShell shell(program());
   savedJob(Kind::userAgent, true);
+  EXPECT_TRUE(program().selection.job());
   helpers.requests.back().failure(died);
-  EXPECT_FALSE(program().selection.job());
+  EXPECT_FALSE(program().selection.job()) << "a new job has no file";
 }
 
-TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
+TEST_F(ActionControllerTest, ARefusedAuthorisationIsShownOnceAndChangesNothing) {
   testdata::RecordingShell shell(program());
   helpers.isHandshakeHeld = true;
   const struct {
@@ -98,7 +102,7 @@ TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
         EXPECT_TRUE(program().saving.isBusy());
         answer();
         EXPECT_THAT(helpers.requests, IsEmpty());
-        EXPECT_THAT(interface.errors, SizeIs(errors)) << "who cancels knows";
+        EXPECT_THAT(interface.errors, SizeIs(errors)) << "none after Cancel";
         EXPECT_FALSE(program().saving.isBusy());
         EXPECT_TRUE(program().editing.hasUnsavedChanges());
         EXPECT_EQ(program().selection.job(), job);
@@ -116,46 +120,35 @@ TEST_F(FailureTest, ARefusedAuthorisationIsToldOnceAndLeavesAllAsItWas) {
   EXPECT_FALSE(program().selection.job()) << "a new job has no file";
 }
 
-TEST_F(FailureTest, AHelperThatDiesAnswersAllThatWaitAndIsToldOnce) {
+TEST_F(ActionControllerTest, ACrashOfAHelperEndsAllItsRequestsAndIsShownOnce) {
   testdata::RecordingShell shell(program());
-  std::vector<std::string> ended;
-  const auto request = [&](const std::string& name, bool presentError) {
-    auto action = Action::unload(name, URL::file("/x/" + name));
-    action->presentError = presentError;
-    action->ended = [&ended, name](bool isDone) { ended.push_back(name + (isDone ? " done" : " failed")); };
-    EXPECT_TRUE(program().actions.send(action));
-  };
-  request("a", false);
-  request("b", true);
-  request("c", true);
-  EXPECT_TRUE(program().actions.send(Action::log({})));
+  const auto unload = [] { return Action::unload("x", URL::file("/x")); };
+  const auto quiet = unload();
+  quiet->presentError = false;
+  (void)send("a", quiet);
+  for (const char* name : {"b", "c"}) (void)send(name, unload());
+  (void)send("log", Action::log({}));
   helpers.requests[1].reply({});
-  request("d", true);
+  (void)send("d", unload());
   helpers.requests[2].failure(died);
-  EXPECT_THAT(ended, ElementsAre("b done", "a failed", "c failed", "d failed"));
+  EXPECT_THAT(ended, ElementsAre("b done", "a failed", "c failed", "log failed", "d failed"));
   EXPECT_THAT(interface.errors, SizeIs(1));
   EXPECT_FALSE(program().actions.isConnected());
   helpers.requests[0].failure(died);
   helpers.requests[0].reply({});
-  EXPECT_THAT(ended, SizeIs(4)) << "each is answered once";
-  request("e", true);
-  EXPECT_THAT(ended, SizeIs(4)) << "over a connection of its own";
+  EXPECT_THAT(ended, SizeIs(5)) << "each ends once";
+  (void)send("e", unload());
+  EXPECT_THAT(ended, SizeIs(5)) << "it has a new connection";
 }
 
-TEST_F(FailureTest, ACancelledRequestEndsAloneAndItsConnectionServesOn) {
+TEST_F(ActionControllerTest, ACancelledRequestEndsAloneAndTheConnectionRemains) {
   for (const bool isPrivileged : {false, true}) {
     SCOPED_TRACE(isPrivileged);
     helpers.requests.clear();
-    std::vector<std::string> ended;
-    const auto request = [&](const std::string& name, const Action::Shared& action) {
-      action->ended = [&ended, name](bool isDone) { ended.push_back(name + (isDone ? " done" : " failed")); };
-      ActionController& actions = program().actions;
-      EXPECT_TRUE(isPrivileged ? actions.sendPrivileged(action) : actions.send(action));
-      return action;
-    };
-    const auto first = request("first", Action::log({}));
-    (void)request("save", Action::unload("a", URL::file("/x/a")));
-    const auto last = request("last", Action::log({}));
+    ended.clear();
+    const auto first = send("first", Action::log({}), isPrivileged);
+    (void)send("save", Action::unload("a", URL::file("/x/a")), isPrivileged);
+    const auto last = send("last", Action::log({}), isPrivileged);
     program().actions.cancel(first);
     helpers.requests[1].reply({});
     program().actions.cancel(last);
@@ -166,42 +159,33 @@ TEST_F(FailureTest, ACancelledRequestEndsAloneAndItsConnectionServesOn) {
     EXPECT_TRUE(helpers.requests[0].isCancelled && !helpers.requests[1].isCancelled && helpers.requests[2].isCancelled);
     EXPECT_THAT(helpers.ended, IsEmpty()) << "no second password";
     EXPECT_THAT(interface.errors, IsEmpty());
-    (void)request("next", Action::log({}));
+    (void)send("next", Action::log({}), isPrivileged);
     helpers.requests.back().reply({{"logQuery", propertylist::Array{}}});
     EXPECT_EQ(ended.back(), "next done");
   }
 }
 
-TEST_F(FailureTest, WhatIsCancelledWhileThePasswordIsAskedForIsNeverSent) {
+TEST_F(ActionControllerTest, ARequestCancelledDuringThePasswordDialogIsNeverSent) {
   helpers.isHandshakeHeld = true;
-  int failures = 0;
-  const auto action = Action::log({});
-  action->ended = [&](bool isDone) { failures += isDone ? 0 : 1; };
-  EXPECT_TRUE(program().actions.sendPrivileged(action));
-  program().actions.cancel(action);
+  program().actions.cancel(send("a", Action::log({}), true));
   helpers.authorise();
   EXPECT_THAT(helpers.requests, IsEmpty());
-  EXPECT_EQ(failures, 1);
+  EXPECT_THAT(ended, ElementsAre("a failed"));
   EXPECT_TRUE(program().actions.isAuthorised());
 }
 
-TEST_F(FailureTest, ARequestThatCannotBeSentFailsAlone) {
+TEST_F(ActionControllerTest, ARequestThatCannotBeSentFailsAlone) {
   helpers.failsWithConnection = false;
-  std::vector<bool> ended;
-  for (int i = 0; i < 2; ++i) {
-    const auto action = Action::unload("a", URL::file("/x/a"));
-    action->ended = [&](bool isDone) { ended.push_back(isDone); };
-    EXPECT_TRUE(program().actions.send(action));
-  }
+  for (const char* name : {"a", "b"}) (void)send(name, Action::unload("x", URL::file("/x")));
   helpers.requests[0].failure({.code = Error::Code::LimitExceeded, .message = "too large"});
-  EXPECT_THAT(ended, ElementsAre(false));
+  EXPECT_THAT(ended, ElementsAre("a failed"));
   EXPECT_THAT(interface.errors, SizeIs(1));
   helpers.requests[1].reply({});
-  EXPECT_THAT(ended, ElementsAre(false, true));
+  EXPECT_THAT(ended, ElementsAre("a failed", "b done"));
   EXPECT_TRUE(program().actions.isConnected());
 }
 
-TEST_F(FailureTest, AnAnswerThatIsNoneEndsWhatWaits) {
+TEST_F(ActionControllerTest, AMalformedReplyEndsTheAction) {
   struct Log final : LogType {
     int lines = 0, clears = 0;
     void logReplyReceived(const std::vector<messages::LogLine>&) override { ++lines; }
@@ -229,27 +213,23 @@ TEST_F(FailureTest, AnAnswerThatIsNoneEndsWhatWaits) {
       {Action::Kind::Test, {}, false},
       {Action::Kind::Test, {{"test", 1}}, false},
   };
-  int logs = 0, clears = 0, outputs = 0;
   for (const auto& row : table) {
     interface.errors.clear();
-    std::vector<bool> ended;
-    const auto action = std::make_shared<Action>(row.kind);
-    action->ended = [&ended](bool isDone) { ended.push_back(isDone); };
-    EXPECT_TRUE(program().actions.send(action));
+    SCOPED_TRACE("row " + std::to_string(&row - table));
+    ended.clear();
+    (void)send("a", std::make_shared<Action>(row.kind));
     helpers.requests.back().reply(row.reply);
-    EXPECT_THAT(ended, ElementsAre(row.isDone)) << "row " << &row - table;
-    EXPECT_THAT(interface.errors, SizeIs(row.isDone ? 0 : 1)) << "row " << &row - table;
-    if (row.kind == Action::Kind::Log) row.isDone ? ++logs : ++clears;
-    if (row.kind == Action::Kind::Test && row.isDone) ++outputs;
-    EXPECT_EQ(log.lines, logs);
-    EXPECT_EQ(log.clears, clears) << "row " << &row - table;
-    EXPECT_EQ(test.outputs, outputs);
+    EXPECT_THAT(ended, ElementsAre(row.isDone ? "a done" : "a failed"));
+    EXPECT_THAT(interface.errors, SizeIs(row.isDone ? 0 : 1));
   }
+  EXPECT_EQ(log.lines, 1);
+  EXPECT_EQ(log.clears, 3);
+  EXPECT_EQ(test.outputs, 1);
   program().shell.log = nullptr;
   program().shell.test = nullptr;
 }
 
-TEST_F(FailureTest, QuittingEndsTheConnectionAndNoEdit) {
+TEST_F(ActionControllerTest, QuittingClosesThePrivilegedConnectionAndAsksAboutTheEdit) {
   testdata::RecordingShell shell(program());
   savedJob(Kind::localDaemon);
   helpers.requests.back().reply({});
@@ -270,7 +250,7 @@ TEST_F(FailureTest, QuittingEndsTheConnectionAndNoEdit) {
   EXPECT_THAT(interface.sheets, SizeIs(1)) << "it asks again";
 }
 
-TEST_F(FailureTest, AnAnswerAfterTheProgramsEndIsDropped) {
+TEST_F(ActionControllerTest, AnAuthorisationAfterTheProgramsEndIsDropped) {
   helpers.isHandshakeHeld = true;
   savedJob(Kind::localDaemon);
   endProgram();
@@ -278,7 +258,7 @@ TEST_F(FailureTest, AnAnswerAfterTheProgramsEndIsDropped) {
   EXPECT_THAT(helpers.requests, IsEmpty());
 }
 
-TEST_F(FailureTest, TheAuthorisationGoesAlongOnceThereIsOneAndUntilItsConnectionFails) {
+TEST_F(ActionControllerTest, RequestsContainTheAuthorisationUntilItsConnectionFails) {
   savedJob(Kind::userAgent);
   EXPECT_FALSE(helpers.requests.back().body.find("authData"));
   savedJob(Kind::localDaemon);
@@ -289,39 +269,21 @@ TEST_F(FailureTest, TheAuthorisationGoesAlongOnceThereIsOneAndUntilItsConnection
   EXPECT_FALSE(helpers.requests.back().body.find("authData"));
 }
 
-TEST_F(FailureTest, AnErrorOfAHelperIsToldAndTheEditsStay) {
-  const std::string domain = "MirvelActionErrorDomain";
-  const std::string unknown = "An unknown error occurred";
-  const std::string item = "The item couldn’t be added or removed because of an unknown error";
-  const struct {
-    propertylist::Value error;
-    std::string message, informative;
-  } table[] = {
-      {Dictionary{{"domain", domain}}, unknown, tryAgain},
-      {Dictionary{{"code", 1}}, unknown, tryAgain},
-      {Dictionary{{"domain", domain}, {"code", 1}}, "Couldn’t communicate with the helper tool", tryAgain},
-      {Dictionary{{"domain", domain}, {"code", 4}}, item, tryAgain},
-      {Dictionary{{"domain", domain}, {"code", 5}}, item, "Rename the item and try again"},
-      {Dictionary{{"domain", domain}, {"code", 7}}, "An unknown error occurred while fetching the log", tryAgain},
-      {Dictionary{{"domain", domain}, {"code", 12}}, unknown + " (12)", tryAgain},
-      {Dictionary{{"domain", "x"}, {"code", 3}, {"description", "What"}, {"suggestion", "Do"}}, "What", "Do"},
-      {Dictionary{{"domain", "x"}, {"code", 3}, {"description", "What"}}, unknown + " (3)", tryAgain},
-  };
+TEST_F(ActionControllerTest, AnErrorOfAHelperIsShownUnlessTheActionDoesntWantItAndTheEditsStay) {
+  const Dictionary refusal{{"error", Dictionary{{"domain", "MirvelActionErrorDomain"}, {"code", 5}}}};
   testdata::RecordingShell shell(program());
-  for (const auto& row : table) {
-    interface.errors.clear();
-    savedJob(Kind::userAgent);
-    helpers.requests.back().reply({{"error", row.error}});
-    EXPECT_THAT(interface.errors, ElementsAre(Pair(row.message, row.informative)));
-    EXPECT_TRUE(program().editing.hasUnsavedChanges());
-    EXPECT_FALSE(program().saving.isBusy());
-  }
+  savedJob(Kind::userAgent);
+  helpers.requests.back().reply(refusal);
+  EXPECT_THAT(interface.errors, ElementsAre(Pair("The item couldn’t be added or removed because of an unknown error",
+                                                 "Rename the item and try again")));
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
+  EXPECT_FALSE(program().saving.isBusy());
   EXPECT_EQ(shell.count("saveCompleted"), 0U);
 
   interface.errors.clear();
   program().actions.uninstallInternalHelpers();
-  helpers.requests.back().reply({{"error", table[0].error}});
-  EXPECT_THAT(interface.errors, IsEmpty()) << "it asked not to be told";
+  helpers.requests.back().reply(refusal);
+  EXPECT_THAT(interface.errors, IsEmpty());
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <regex>
 
-#include "core/actions/MoveTarget.h"
+#include "core/actions/JobOnDisk.h"
 #include "core/propertylist/Encoding.h"
 #include "support/TestData.h"
 
@@ -15,7 +15,7 @@ std::string repeated(const std::string& text, int count) {
   return result;
 }
 
-TEST(NewFileNameTest, EveryNameHasAFileName) {
+TEST(JobOnDiskTest, EveryJobNameHasAFileName) {
   const testdata::TemporaryFolder folder;
   const Roots roots{.home = {},
                     .userLibrary = folder.path(),

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "core/actions/NormalizeForSave.h"
+#include "core/actions/SavePlan.h"
 #include "core/commands/RepairsFixture.h"
 #include "core/editor/GeneralRules.h"
 #include "core/jobfile/Plist.h"
@@ -11,7 +11,7 @@ namespace {
 
 using Arguments = std::optional<std::vector<std::string>>;
 
-struct NormalizeForSaveTest : RepairsFixture {
+struct SavePlanTest : RepairsFixture {
   Plist normalized(const std::string& run, const std::string& name = "label") {
     Plist plist;
     plist.run = run;
@@ -23,7 +23,7 @@ struct NormalizeForSaveTest : RepairsFixture {
   }
 };
 
-TEST_F(NormalizeForSaveTest, TheCommandIsRepairedAndSplit) {
+TEST_F(SavePlanTest, TheCommandIsRepairedAndSplit) {
   struct Row {
     std::string run, repaired;
     Arguments arguments;
@@ -47,13 +47,13 @@ TEST_F(NormalizeForSaveTest, TheCommandIsRepairedAndSplit) {
   }
 }
 
-TEST_F(NormalizeForSaveTest, TheLabelComesFromTheCommandAsItWasTyped) {
+TEST_F(SavePlanTest, TheLabelComesFromTheCommandAsItWasTyped) {
   EXPECT_EQ(normalized("~/my\\ tool.sh", "").name, "my tool");
   EXPECT_EQ(normalized("ls -l", "").name, "ls -l");
   EXPECT_EQ(normalized("ls", "").name.size(), 36U);
 }
 
-TEST_F(NormalizeForSaveTest, AComplexCommandIsSavedAsTheScriptThatTheUserMakesOfIt) {
+TEST_F(SavePlanTest, AComplexCommandBecomesAScriptIfTheUserAgrees) {
   interface.savePath = folder.path() / "a b.sh";
   const Plist plist = normalized("perl x | wc", "");
   EXPECT_EQ(plist.programArguments, (Arguments{{"/bin/sh", interface.savePath->string()}}));
@@ -61,7 +61,7 @@ TEST_F(NormalizeForSaveTest, AComplexCommandIsSavedAsTheScriptThatTheUserMakesOf
   EXPECT_EQ(interface.savePanels.at(0).name, plist.name);
 }
 
-TEST_F(NormalizeForSaveTest, WhoeverGoesBackHasNothingChanged) {
+TEST_F(SavePlanTest, CancellingChangesNothing) {
   interface.answer.button = Interface::otherButton;
   Plist plist;
   plist.run = "perl x | wc";
@@ -73,7 +73,7 @@ TEST_F(NormalizeForSaveTest, WhoeverGoesBackHasNothingChanged) {
   EXPECT_EQ(plist, before);
 }
 
-TEST_F(NormalizeForSaveTest, ACommandThatWasNotEditedIsLeftAlone) {
+TEST_F(SavePlanTest, ACommandThatWasNotEditedIsLeftAlone) {
   using List = propertylist::Array;
   const propertylist::Dictionary table[] = {
       {{"Program", "sh"}, {"ProgramArguments", List{"sh", "-c", "cp ~/a \"b  c\" > d"}}},

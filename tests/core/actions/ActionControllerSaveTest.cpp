@@ -18,9 +18,9 @@ using testing::IsEmpty;
 using testing::Not;
 using Requests = std::vector<std::string>;
 
-class SaveTest : public testdata::ProgramFixture {
+class ActionControllerSaveTest : public testdata::ProgramFixture {
  protected:
-  /// A job that was read from the folder of one kind and now is of another.
+  /// A job that was read from the folder of one kind, and has been changed to another.
   std::shared_ptr<Launchd> jobOf(Kind now, Kind before, bool isDisabled, bool exists) {
     auto keys = propertylist::Dictionary{{"Program", "/bin/ls"}};
     if (isDisabled) keys.set("Disabled", true);
@@ -31,13 +31,13 @@ class SaveTest : public testdata::ProgramFixture {
     return job;
   }
 
-  /// The path below the machine's root, with new identifiers made the same.
+  /// The path relative to the test's folder, with "#" for each UUID.
   std::string shortened(const std::string& path) const {
     const std::string relative = fs::path(path).lexically_relative(folder.path());
     return std::regex_replace(relative, std::regex("[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}"), "#");
   }
 
-  /// What was asked for since the last time.
+  /// The requests since the last call.
   Requests asked() {
     static constexpr std::array names = {"write", "writeAndLoad", "delete", "quit", "unload", "load"};
     Requests result;
@@ -53,7 +53,7 @@ class SaveTest : public testdata::ProgramFixture {
     return result;
   }
   void answerLast() { helpers.requests.back().reply({}); }
-  /// Answers each request when it comes, until there are no more.
+  /// Answers all requests, one after the other, and returns them.
   Requests answerAll() {
     Requests result;
     for (auto requests = asked(); !requests.empty(); requests = asked()) {
@@ -64,8 +64,8 @@ class SaveTest : public testdata::ProgramFixture {
     return result;
   }
 
-  /// Another machine, on which nothing has been asked yet.
-  void startAnew() {
+  /// Starts another program on an empty machine.
+  void restart() {
     endProgram();
     for (const Kind kind : {Kind::userAgent, Kind::localAgent, Kind::localDaemon}) fs::remove_all(path(kind));
   }
@@ -74,115 +74,80 @@ class SaveTest : public testdata::ProgramFixture {
   std::size_t m_seen = 0;
 };
 
-TEST_F(SaveTest, EachPairOfKindsHasItsRequestsInTheirOrder) {
+TEST_F(ActionControllerSaveTest, EachPairOfKindsHasItsRequestsInTheirOrder) {
   constexpr Kind user = Kind::userAgent, agent = Kind::localAgent, daemon = Kind::localDaemon;
-  const std::string mine = "user/LaunchAgents/job.plist";
-  const std::string agents = "local/LaunchAgents/job.plist";
-  const std::string daemons = "local/LaunchDaemons/job.plist";
-  const std::string systemAgents = "system/LaunchAgents/job.plist";
-  const std::string as = " as job";
+  constexpr Kind system = Kind::systemAgent;
+  /// The files by letters: of the user, of agents for everyone, of daemons, and of the system's agents.
+  const auto lettered = [](std::string text) {
+    for (const auto& [file, letter] :
+         {std::pair("user/LaunchAgents/job.plist", "U"), std::pair("local/LaunchAgents/job.plist", "A"),
+          std::pair("local/LaunchDaemons/job.plist", "D"), std::pair("system/LaunchAgents/job.plist", "S")}) {
+      text = std::regex_replace(text, std::regex(file), letter);
+    }
+    return text;
+  };
   const struct {
-    Kind now, before;
+    Kind before, now;
     bool isDisabled, exists;
-    std::string url;  // afterwards
-    Requests requests;
+    std::string requests, url;
   } table[] = {
-      {user, user, false, true, mine, {"user writeAndLoad " + mine + as}},
-      {user, user, false, false, mine, {"user writeAndLoad " + mine + as}},
-      {user, user, true, true, mine, {"user write " + mine + as}},
-      {user,
-       agent,
-       false,
-       true,
-       mine,
-       {"user write " + mine + as, "root delete drop " + agents + as, "user unload " + agents + as,
-        "user load " + mine}},
-      {user,
-       agent,
-       true,
-       false,
-       mine,
-       {"user write " + mine + as, "root delete drop " + agents + as, "user unload " + agents + as}},
-      {user,
-       daemon,
-       false,
-       true,
-       mine,
-       {"user write " + mine + as, "root delete drop " + daemons + as, "user load " + mine}},
-      {user, daemon, true, true, mine, {"user write " + mine + as, "root delete drop " + daemons + as}},
-      {agent,
-       agent,
-       false,
-       true,
-       agents,
-       {"user unload " + agents, "root write " + agents + as, "user load " + agents}},
-      {agent, agent, false, false, agents, {"root write " + agents + as, "user load " + agents}},
-      {agent, agent, true, true, agents, {"user unload " + agents, "root write " + agents + as}},
-      {agent,
-       user,
-       false,
-       true,
-       agents,
-       {"user unload " + mine, "root write " + agents + " drop " + mine + as, "user load " + agents}},
-      {agent, daemon, true, true, agents, {"root write " + agents + " drop " + daemons + as}},
-      {daemon, daemon, false, true, daemons, {"root writeAndLoad " + daemons + as}},
-      {daemon, daemon, true, false, daemons, {"root write " + daemons + as}},
-      {daemon,
-       user,
-       false,
-       true,
-       daemons,
-       {"user unload " + mine, "root writeAndLoad " + daemons + " drop " + mine + as}},
-      {daemon, user, false, false, daemons, {"root writeAndLoad " + daemons + as}},
-      {daemon,
-       agent,
-       false,
-       true,
-       daemons,
-       {"user unload " + agents, "root writeAndLoad " + daemons + " drop " + agents + as}},
-      {Kind::systemAgent,
-       Kind::systemAgent,
-       false,
-       true,
-       systemAgents,
-       {"user unload " + systemAgents, "root write " + systemAgents + as, "user load " + systemAgents}},
+      {user, user, false, true, "user writeAndLoad U as job; ", "U"},
+      {user, user, false, false, "user writeAndLoad U as job; ", "U"},
+      {user, user, true, true, "user write U as job; ", "U"},
+      {agent, user, false, true, "user write U as job; root delete drop A as job; user unload A as job; user load U; ",
+       "U"},
+      {agent, user, true, false, "user write U as job; root delete drop A as job; user unload A as job; ", "U"},
+      {daemon, user, false, true, "user write U as job; root delete drop D as job; user load U; ", "U"},
+      {daemon, user, true, true, "user write U as job; root delete drop D as job; ", "U"},
+      {agent, agent, false, true, "user unload A; root write A as job; user load A; ", "A"},
+      {agent, agent, false, false, "root write A as job; user load A; ", "A"},
+      {agent, agent, true, true, "user unload A; root write A as job; ", "A"},
+      {user, agent, false, true, "user unload U; root write A drop U as job; user load A; ", "A"},
+      {daemon, agent, true, true, "root write A drop D as job; ", "A"},
+      {daemon, daemon, false, true, "root writeAndLoad D as job; ", "D"},
+      {daemon, daemon, true, false, "root write D as job; ", "D"},
+      {user, daemon, false, true, "user unload U; root writeAndLoad D drop U as job; ", "D"},
+      {user, daemon, false, false, "root writeAndLoad D as job; ", "D"},
+      {agent, daemon, false, true, "user unload A; root writeAndLoad D drop A as job; ", "D"},
+      {system, system, false, true, "user unload S; root write S as job; user load S; ", "S"},
   };
   ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
   for (const auto& row : table) {
-    SCOPED_TRACE(testing::Message() << row.before.rawValue() << " to " << row.now.rawValue() << ", disabled "
-                                    << row.isDisabled << ", exists " << row.exists);
-    startAnew();
+    SCOPED_TRACE("row " + std::to_string(&row - table));
+    restart();
     testdata::RecordingShell shell(program());
     const auto job = jobOf(row.now, row.before, row.isDisabled, row.exists);
     const std::string before = job->url.text();
     program().selection.select(job);
     program().actions.save(job);
     EXPECT_TRUE(program().saving.isBusy());
-    EXPECT_EQ(job->url.text(), before) << "until it is known";
-    EXPECT_EQ(answerAll(), row.requests);
+    EXPECT_EQ(job->url.text(), before) << "until the file is written";
+    std::string requests;
+    for (const std::string& request : answerAll()) requests += lettered(request) + "; ";
+    EXPECT_EQ(requests, row.requests);
     EXPECT_FALSE(program().saving.isBusy());
-    EXPECT_EQ(shortened(job->url.text()), row.url);
-    EXPECT_EQ(job->isToBeReadAgain(), row.now != row.before) << "although its bytes are the same";
+    EXPECT_EQ(lettered(shortened(job->url.text())), row.url);
+    EXPECT_EQ(job->isToBeReadAgain(), row.now != row.before) << "although its content is the same";
     EXPECT_TRUE(program().revisions.revisions().find(job->url.text()));
     EXPECT_EQ(shell.count("saveCompleted"), 1U);
     EXPECT_EQ(shell.count("showDisplay"), 1U);
     EXPECT_FALSE(fs::exists(roots.applicationSupport / "Moves.plist"));
     program().actions.save(job);  // before the scan
     EXPECT_THAT(answerAll(), Each(Not(HasSubstr("drop")))) << "it moves once";
-    EXPECT_EQ(shortened(job->url.text()), row.url);
+    EXPECT_EQ(lettered(shortened(job->url.text())), row.url);
     settle();
-    EXPECT_EQ(program().catalogue.jobs().size(), row.exists && !row.before.isSystem() ? 1U : 0U) << "a scan was made";
+    EXPECT_EQ(program().catalogue.jobs().size(), row.exists && !row.before.isSystem() ? 1U : 0U) << "after a scan";
   }
 }
 
-TEST_F(SaveTest, ARequestCarriesTheLabelThatItsHelperCanUse) {
+TEST_F(ActionControllerSaveTest, ARequestCarriesTheLabelThatItsHelperCanUse) {
   const struct {
     Kind now, before;
     std::string label, newLabel;
     std::vector<std::string> labels;  // of all requests; "-" for none
   } table[] = {
       {Kind::userAgent, Kind::userAgent, "old", "new", {"old"}},
-      {Kind::localDaemon, Kind::localDaemon, "old", "new", {"new"}},  // root's helper finds the old one in the file
+      {Kind::localDaemon, Kind::localDaemon, "old", "new", {"new"}},  // the helper finds the old one in the file
       {Kind::localDaemon, Kind::userAgent, "old", "new", {"-", "new"}},
       {Kind::localAgent, Kind::userAgent, "old", "new", {"-", "new", "-"}},
       {Kind::userAgent, Kind::localDaemon, "old", "new", {"old", "old", "-"}},
@@ -192,7 +157,7 @@ TEST_F(SaveTest, ARequestCarriesTheLabelThatItsHelperCanUse) {
       {Kind::localDaemon, Kind::localDaemon, "", "", {"ls"}},
   };
   for (const auto& row : table) {
-    startAnew();
+    restart();
     const auto file = write(row.before, "job.plist",
                             testdata::jobText(row.label, {{"ProgramArguments", propertylist::Array{"/bin/ls"}}}));
     const auto job = Launchd::read(testdata::bytes(file), URL::file(file), row.before, {}, console);
@@ -205,11 +170,11 @@ TEST_F(SaveTest, ARequestCarriesTheLabelThatItsHelperCanUse) {
     for (const auto& request : helpers.requests)
       labels.push_back(request.body.find("label") ? request.text("label") : "-");
     EXPECT_EQ(labels, row.labels) << "row " << &row - table;
-    EXPECT_EQ(std::count(labels.begin(), labels.end(), ""), 0) << "it would be the whole session of the user";
+    EXPECT_EQ(std::count(labels.begin(), labels.end(), ""), 0) << "an empty label would unload the whole session";
   }
 }
 
-TEST_F(SaveTest, TwoNewJobsOfOneNameGetFilesOfTheirOwnAndOneQuestion) {
+TEST_F(ActionControllerSaveTest, TwoNewJobsWithTheSameNameGetDifferentFilesAfterOnePassword) {
   helpers.isHandshakeHeld = true;
   std::vector<std::shared_ptr<Launchd>> jobs;
   for (int i = 0; i < 2; ++i) {
@@ -228,20 +193,20 @@ TEST_F(SaveTest, TwoNewJobsOfOneNameGetFilesOfTheirOwnAndOneQuestion) {
   EXPECT_FALSE(program().saving.isBusy());
 }
 
-TEST_F(SaveTest, TheEndOfAScanIsntThatOfASave) {
+TEST_F(ActionControllerSaveTest, AScanIsPublishedOnlyAfterTheSave) {
   const auto job = jobOf(Kind::userAgent, Kind::userAgent, false, true);
   program().fetcher.fetchJobs();
   program().actions.save(job);
   settle();
   EXPECT_TRUE(program().saving.isBusy());
-  EXPECT_THAT(program().catalogue.jobs(), IsEmpty()) << "nothing is shown of what is half done";
+  EXPECT_THAT(program().catalogue.jobs(), IsEmpty()) << "no scan is published during a save";
   answerLast();
   EXPECT_FALSE(program().saving.isBusy());
   settle();
   EXPECT_EQ(program().catalogue.jobs().size(), 1U);
 }
 
-TEST_F(SaveTest, ASaveEndsTheEditOfItsOwnJobOnly) {
+TEST_F(ActionControllerSaveTest, ASaveEndsTheEditOfItsOwnJobOnly) {
   testdata::RecordingShell shell(program());
   const auto saved = jobOf(Kind::userAgent, Kind::userAgent, false, true);
   writeJob(Kind::userAgent, "other");
@@ -256,29 +221,25 @@ TEST_F(SaveTest, ASaveEndsTheEditOfItsOwnJobOnly) {
   EXPECT_EQ(program().selection.job()->name, "other");
 }
 
-TEST_F(SaveTest, ANewJobGetsAFileOfItsNameThatNothingHas) {
-  const struct {
-    std::string label, expected;
-  } table[] = {{"a/b", "user/LaunchAgents/a_b.plist"},
-               {"taken", "user/LaunchAgents/taken#.plist"},
-               {"Ünï 🙂", "user/LaunchAgents/Ünï 🙂.plist"}};
+TEST_F(ActionControllerSaveTest, ANewJobGetsAnUnusedFileNamedAfterIt) {
   writeJob(Kind::userAgent, "taken");
-  for (const auto& row : table) {
-    const auto job = Launchd::read(testdata::jobText(row.label, {{"Program", "/bin/ls"}}), URL::address("new"),
+  for (const std::string label : {"a", "taken"}) {
+    const auto job = Launchd::read(testdata::jobText(label, {{"Program", "/bin/ls"}}), URL::address("new"),
                                    Kind::userAgent, {}, console);
     job->isNewFile = true;
     job->customIcon = Image::named("x");
     program().actions.save(job);
-    EXPECT_EQ(shortened(job->url.text()), row.expected);
+    const std::string expected = "user/LaunchAgents/" + label + (label == "taken" ? "#" : "") + ".plist";
+    EXPECT_EQ(shortened(job->url.text()), expected);
     EXPECT_EQ(job->customIconDigest, job->iconStoreName()) << "follows the file";
-    EXPECT_EQ(asked(), Requests{"user writeAndLoad " + row.expected + " as " + row.label});
+    EXPECT_EQ(asked(), Requests{"user writeAndLoad " + expected + " as " + label});
     answerLast();
   }
 }
 
-TEST_F(SaveTest, AMoveToATakenNameEndsBesideIt) {
+TEST_F(ActionControllerSaveTest, AMoveToATakenNameGetsAnotherName) {
   for (const bool isLink : {false, true}) {
-    startAnew();
+    restart();
     const auto job = jobOf(Kind::localDaemon, Kind::localAgent, true, true);
     writeJob(Kind::localDaemon, "job", {{"Disabled", true}});
     if (isLink) {
@@ -287,46 +248,36 @@ TEST_F(SaveTest, AMoveToATakenNameEndsBesideIt) {
     }
     program().actions.save(job);
     (void)answerAll();
-    EXPECT_EQ(shortened(job->url.text()), "local/LaunchDaemons/job#.plist") << "where scans and launchd look";
+    EXPECT_EQ(shortened(job->url.text()), "local/LaunchDaemons/job#.plist") << "in the same folder";
   }
 }
 
-TEST_F(SaveTest, WhatMayNotBeEditedCantBeSaved) {
-  const auto job = jobOf(Kind::systemDaemon, Kind::systemDaemon, false, true);
-  bool isWritten = true;
-  program().actions.save(job, [&](bool result) { isWritten = result; });
-  EXPECT_FALSE(isWritten);
-  EXPECT_EQ(interface.errors.size() + interface.alerts.size(), 1U);
+TEST_F(ActionControllerSaveTest, AJobThatCantBeSavedIsRefusedBeforeAnyRequest) {
+  testdata::RecordingShell shell(program());
+  const auto system = jobOf(Kind::systemDaemon, Kind::systemDaemon, false, true);
+  const auto withoutFolder = jobOf(Kind::loginItemApplication, Kind::userAgent, false, true);
+  const auto notUtf8 = jobOf(Kind::userAgent, Kind::userAgent, false, true);
+  notUtf8->url = URL::file(path(Kind::userAgent, "j\xF6.plist"));
+  for (const auto& job : {system, withoutFolder, notUtf8}) {
+    const std::string before = job->url.text();
+    interface.errors.clear();
+    interface.alerts.clear();
+    bool isWritten = true;
+    program().actions.save(job, [&](bool result) { isWritten = result; });
+    EXPECT_FALSE(isWritten);
+    EXPECT_EQ(interface.errors.size() + interface.alerts.size(), 1U);
+    EXPECT_EQ(job->url.text(), before);
+    EXPECT_FALSE(program().saving.isBusy());
+  }
+  program().actions.deleteConfirmed(Interface::defaultButton, *notUtf8);
   EXPECT_THAT(asked(), IsEmpty());
+  EXPECT_THAT(program().revisions.revisions(), testing::SizeIs(0));
   ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
-  program().actions.save(job);
+  program().actions.save(system);
   EXPECT_THAT(asked(), ElementsAre("root writeAndLoad system/LaunchDaemons/job.plist as job"));
 }
 
-TEST_F(SaveTest, AKindWithoutAFolderCantBeSavedTo) {
-  testdata::RecordingShell shell(program());
-  const auto job = jobOf(Kind::loginItemApplication, Kind::userAgent, false, true);
-  const std::string before = job->url.text();
-  program().actions.save(job);
-  EXPECT_EQ(interface.errors.size() + interface.alerts.size(), 1U);
-  EXPECT_EQ(job->url.text(), before);
-  EXPECT_FALSE(program().saving.isBusy());
-  EXPECT_THAT(program().revisions.revisions(), testing::SizeIs(0));
-}
-
-TEST_F(SaveTest, AFileWhoseNameIsNoTextIsLeftAlone) {
-  const auto job = jobOf(Kind::userAgent, Kind::userAgent, false, true);
-  job->url = URL::file(path(Kind::userAgent,
-                            "j\xF6"
-                            "b.plist"));
-  program().actions.save(job);
-  program().actions.deleteConfirmed(Interface::defaultButton, *job);
-  EXPECT_THAT(asked(), IsEmpty());
-  EXPECT_EQ(interface.errors.size(), 2U);
-  EXPECT_FALSE(program().saving.isBusy());
-}
-
-TEST_F(SaveTest, ALinkIsWrittenAtItsTargetAndRemovedAsItself) {
+TEST_F(ActionControllerSaveTest, ALinkIsWrittenAtItsTargetAndRemovedAsItself) {
   const auto target = folder.write("elsewhere/real.plist", testdata::jobText("job", {{"Program", "/bin/ls"}}));
   const auto link = path(Kind::localAgent, "job.plist");
   fs::create_directories(link.parent_path());
@@ -340,7 +291,7 @@ TEST_F(SaveTest, ALinkIsWrittenAtItsTargetAndRemovedAsItself) {
             "root writeAndLoad local/LaunchDaemons/job.plist drop local/LaunchAgents/job.plist as job");
 }
 
-TEST_F(SaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
+TEST_F(ActionControllerSaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
   testdata::RecordingShell shell(program());
   const struct {
     Kind kind;
@@ -368,7 +319,7 @@ TEST_F(SaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelection) {
   }
 }
 
-TEST_F(SaveTest, TheAnswerToADeletionConcernsTheDeletedJobOnly) {
+TEST_F(ActionControllerSaveTest, TheReplyToADeletionAffectsTheDeletedJobOnly) {
   testdata::RecordingShell shell(program());
   const auto deleted = jobOf(Kind::userAgent, Kind::userAgent, false, true);
   writeJob(Kind::userAgent, "other");
@@ -391,7 +342,7 @@ TEST_F(SaveTest, TheAnswerToADeletionConcernsTheDeletedJobOnly) {
   }
 }
 
-TEST_F(SaveTest, TheLoginItemGoesThatWasAskedAboutWhateverIsSelected) {
+TEST_F(ActionControllerSaveTest, TheGivenLoginItemIsDeletedWhateverIsSelected) {
   loginItems.ownItems = {{"a", "/1", {}, {}}, {"b", "/not \xff UTF-8", {}, {}}, {"b", "/3", {}, {}}};
   scan();
   const Jobs jobs = program().catalogue.jobs();

@@ -1,23 +1,27 @@
+#include "core/creation/InstalledApplications.h"
+
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include "core/commands/RepairsFixture.h"
-#include "core/creation/InstalledApplications.h"
+#include "support/ProgramFixture.h"
 
 namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
 
-class DesktopApplicationsTest : public RepairsFixture {
+class InstalledApplicationsTest : public RepairsFixture {
  protected:
   std::string entry(const std::string& file, const std::string& keys) const {
     return folder.write(file, "[Desktop Entry]\nType=Application\nExec=tool\n" + keys);
   }
 };
 
-TEST_F(DesktopApplicationsTest, ThoseToBeShownAreListedByName) {
+TEST_F(InstalledApplicationsTest, VisibleApplicationsAreSortedByName) {
   const std::string data = folder.path();
   entry("own/applications/clock.desktop", "Name=Clock\nName[de]=Uhr\nIcon=clock\n");
   entry("own/applications/gone.desktop", "Name=Gone\nHidden=true\n");
@@ -62,7 +66,7 @@ TEST_F(DesktopApplicationsTest, ThoseToBeShownAreListedByName) {
   EXPECT_EQ(installedApplications({{"XDG_DATA_DIRS", "/none"}}, folder.path(), "en", Collator("en")).size(), 1U);
 }
 
-TEST_F(DesktopApplicationsTest, AnEntryRunsByItsCommand) {
+TEST_F(InstalledApplicationsTest, TheCommandOfAnEntryIsThatOfItsExecKey) {
   const std::string open = commands.open + ' ';
   const struct {
     std::string exec, run;
@@ -83,6 +87,34 @@ TEST_F(DesktopApplicationsTest, AnEntryRunsByItsCommand) {
     ASSERT_EQ(::chmod(file.c_str(), 0644), 0);
     EXPECT_EQ(repairs.commandForFile(file), open + '"' + file + '"') << content;
   }
+}
+
+class ApplicationListTest : public testdata::ProgramFixture {};
+
+TEST_F(ApplicationListTest, ApplicationsAreSearchedOnAnotherThreadAndFilteredByName) {
+  for (const char* name : {"Éditeur", "Clock"}) {
+    (void)folder.write("home/.local/share/applications/" + std::string(name) + ".desktop",
+                       "[Desktop Entry]\nType=Application\nExec=tool\nName=" + std::string(name) + '\n');
+  }
+  auto list = std::make_unique<ApplicationList>(foundation, platform);
+  int found = 0;
+  list->find([&] { ++found; });
+  EXPECT_TRUE(list->isFinding());
+  EXPECT_THAT(list->matching(""), IsEmpty());
+  fileQueue.runAll();
+  queue.runDue();
+  EXPECT_EQ(found, 1);
+  EXPECT_FALSE(list->isFinding());
+  EXPECT_THAT(list->matching(""), SizeIs(2));
+  ASSERT_THAT(list->matching("edit"), SizeIs(1));
+  EXPECT_EQ(list->matching("edit").front()->name, "Éditeur");
+  EXPECT_THAT(list->matching("x"), IsEmpty());
+
+  list->find([&] { ++found; });
+  list.reset();
+  fileQueue.runAll();
+  queue.runDue();
+  EXPECT_EQ(found, 1) << "the list has been destroyed";
 }
 
 }  // namespace
