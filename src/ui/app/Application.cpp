@@ -8,6 +8,7 @@
 #include "core/base/Const.h"
 #include "core/base/ThreadHeap.h"
 #include "core/loginitems/PlatformLoginItems.h"
+#include "ui/app/MakeMainWindow.h"
 #include "ui/support/InstalledFolders.h"
 #include "ui/support/OwnIcons.h"
 #include "ui/support/PlatformFolderMonitors.h"
@@ -55,7 +56,7 @@ void Application::start() {
   m_fetchQueue.add(growHeapOfThisThread);
   // The first scan runs while the window is made, and is published when the event loop comes to it.
   m_program.appDelegate.applicationDidFinishLaunching();
-  m_window = std::make_unique<MainWindow>(m_program, m_icons);
+  m_window = makeMainWindow(m_program, m_icons);
   m_interface.setWindow(m_window.get());
   if (!m_isOtherMachine) lookForUpdates();
 

@@ -42,7 +42,7 @@ int main(int argc, char* argv[]) {
   ui::prepareApplication(Localize(Localize::currentLocale(), ui::catalogues()));
   ui::Application mirvel(Roots::forThisMachine(environment), environment);
   ui::OpenedURLs opened(mirvel);
-  const ui::EndSignals endSignals(mirvel.program());
+  const ui::EndSignals endSignals(mirvel.program().shell, mirvel.program().termination);
 #ifdef __linux__
   QObject::connect(&instance, &ui::SingleInstance::received, &opened, &ui::OpenedURLs::open);
 #endif

@@ -48,7 +48,7 @@ bool ImportDrop::eventFilter(QObject* watched, QEvent* event) {
 /// program's own has jobs that are here already.
 bool ImportDrop::takes(const QDropEvent& event) const {
   return !event.source() && event.possibleActions().testFlag(Qt::CopyAction) &&
-         m_program.menus.isEnabled(Command::importAction) && !filesOf(*event.mimeData()).empty();
+         m_program.menus.isEnabled(Command::Import) && !filesOf(*event.mimeData()).empty();
 }
 
 void ImportDrop::answer(QDropEvent& event) const {

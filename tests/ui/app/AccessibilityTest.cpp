@@ -70,14 +70,14 @@ TEST_F(AccessibilityTest, EveryControlHasARoleAndAName) {
   const Localize& localize = program().foundation.localize;
   for (const std::string& name :
        {std::string("alpha"), std::string("/bin/ls"), localize.filter(), WindowTexts(localize).jobs(), localize.name(),
-        localize.revealInFinder(), Column::title(Column::List::scheduled, localize)}) {
+        localize.revealInFinder(), title(ListColumn::Scheduled, localize)}) {
     EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
   }
 }
 
 TEST_F(AccessibilityTest, EveryPageOfANewJobIsTold) {
   start();
-  program().menus.perform(Command::new_);
+  program().menus.perform(Command::New);
   auto* const sheet = window().findChild<NewViewController*>();
   ASSERT_TRUE(sheet);
   NewController& controller = sheet->controller();
@@ -112,7 +112,7 @@ TEST_F(AccessibilityTest, TheEditorIsToldFieldByField) {
   writeJob("alpha", {{"Program", "/bin/ls"}, {"KeepAlive", true}, {"StartInterval", 60}, {"Debug", true}});
   start();
   select("alpha");
-  program().menus.perform(Command::edit);
+  program().menus.perform(Command::Edit);
   testdata::settle();
   walk(QAccessible::queryAccessibleInterface(&window()), "");
   const Localize& localize = program().foundation.localize;
@@ -132,14 +132,14 @@ TEST_F(AccessibilityTest, CellsOfPicturesAndCheckBoxesAreTold) {
   const Localize& localize = program().foundation.localize;
   const std::string kind = program().kinds.title(Kind::userAgent);
   const struct {
-    Column::List column;
+    ListColumn column;
     std::string alpha;
     std::string beta;
   } rows[] = {
-      {Column::List::kind, kind, kind},
-      {Column::List::enabled, localize.enabled(), localize.disabled()},
-      {Column::List::keepAlive, localize.on(), localize.off()},
-      {Column::List::scheduled, localize.off(), localize.on()},
+      {ListColumn::Kind, kind, kind},
+      {ListColumn::Enabled, localize.enabled(), localize.disabled()},
+      {ListColumn::KeepAlive, localize.on(), localize.off()},
+      {ListColumn::Scheduled, localize.off(), localize.on()},
   };
   QAccessibleTableInterface* cells = QAccessible::queryAccessibleInterface(&table())->tableInterface();
   ASSERT_NE(cells, nullptr);

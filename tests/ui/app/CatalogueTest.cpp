@@ -17,7 +17,7 @@ using Names = std::vector<std::string>;
 class CatalogueTest : public ApplicationFixture {
  protected:
   /// Whether the column shows the texts within the time after which a user would wonder.
-  testing::AssertionResult showsSoon(const Names& expected, Column::List column = Column::List::name) {
+  testing::AssertionResult showsSoon(const Names& expected, ListColumn column = ListColumn::Name) {
     constexpr int patience = 1500;
     if (QTest::qWaitFor([&] { return texts(table(), column) == expected; }, patience)) {
       return testing::AssertionSuccess();
@@ -33,10 +33,10 @@ TEST_F(CatalogueTest, ShowsFilesAsTheyComeChangeAndGo) {
   writeJob("a", {{"Program", "/bin/two"}});
   EXPECT_TRUE(showsSoon({"a", "b"})) << "added";
   writeJob("b", {{"Program", "/bin/three"}});
-  EXPECT_TRUE(showsSoon({"/bin/two", "/bin/three"}, Column::List::run)) << "changed in place";
+  EXPECT_TRUE(showsSoon({"/bin/two", "/bin/three"}, ListColumn::Run)) << "changed in place";
   fs::rename(path("a"), path("c"));
   fs::remove(path("b"));
-  EXPECT_TRUE(showsSoon({"/bin/two"}, Column::List::run)) << "renamed and removed";
+  EXPECT_TRUE(showsSoon({"/bin/two"}, ListColumn::Run)) << "renamed and removed";
   std::ofstream(path("c")) << "no property list";
   EXPECT_TRUE(showsSoon({})) << "damaged";
 }
@@ -66,7 +66,7 @@ TEST_F(CatalogueTest, SelectedJobStaysSelectedWhileFilesChange) {
   };
   for (const auto& row : rows) {
     row.does();
-    EXPECT_TRUE(showsSoon(row.runs, Column::List::run)) << row.change;
+    EXPECT_TRUE(showsSoon(row.runs, ListColumn::Run)) << row.change;
     EXPECT_EQ(markedJob(table()), "m") << row.change;
     EXPECT_EQ(shownJob(window()), "m") << row.change;
     EXPECT_EQ(program().selection.job(), program().catalogue.jobAt(URL::file(path("m")))) << row.change;
@@ -94,11 +94,11 @@ TEST_F(CatalogueTest, BurstOfChangesIsScannedOnceASecondAndItsLastStateIsShown) 
     writeJob("job", {{"Program", last}});
     QCoreApplication::processEvents();
   }
-  EXPECT_TRUE(showsSoon({last}, Column::List::run));
+  EXPECT_TRUE(showsSoon({last}, ListColumn::Run));
   pass(1.5);  // what is still to come
   EXPECT_GE(scans, 2);
   EXPECT_LE(scans, 1 + clock.elapsed() / 1000);
-  EXPECT_EQ(texts(table(), Column::List::run), Names{last});
+  EXPECT_EQ(texts(table(), ListColumn::Run), Names{last});
 }
 
 TEST_F(CatalogueTest, FolderThatIsRemovedAndMadeAnewIsWatchedAgain) {

@@ -86,7 +86,7 @@ class CreationTest : public MachineFixture {
   }
   /// Walks through the sheet by the keyboard: the script, at load and each minute.
   void makeJob() {
-    open(Command::new_);
+    open(Command::New);
     type("org.minute");
     press(Qt::Key_Return);
     for (int choice = 0; choice < 3; ++choice) press(Qt::Key_Down);
@@ -145,7 +145,7 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
 </plist>
 )");
 
-  open(Command::duplicate);
+  open(Command::Duplicate);
   press(Qt::Key_Return);
   ASSERT_TRUE(hasJobs(2));
   EXPECT_EQ(selected(), "org.minute copy.plist");
@@ -153,7 +153,7 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
 
   const fs::path exported = machine() / "exported.plist";
   answerPanel(exported);
-  program().menus.perform(Command::export_);
+  program().menus.perform(Command::Export);
   EXPECT_EQ(testdata::bytes(exported), testdata::bytes(file("org.minute copy")));
 
   importFiles(program().creationContext, {URL::file(exported)});
@@ -167,7 +167,7 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
   EXPECT_TRUE(selected().starts_with("org.minute copy")) << "the label stays, and the file gets a name of its own";
   EXPECT_NE(selected(), "org.minute copy.plist");
 
-  open(Command::delete_);
+  open(Command::Delete);
   for (QAbstractButton* button : dynamic_cast<QMessageBox&>(sheet()).buttons()) {
     if (button->text() != QStringLiteral("Delete")) continue;
     button->click();  // the question goes, with its buttons
@@ -192,7 +192,7 @@ TEST_F(CreationTest, WhatCantBeWrittenIsToldAndStandsInTheNextSheet) {
   makeJob();
   EXPECT_TRUE(testdata::eventually([&] { return !told.isEmpty() && !program().saving.isBusy(); }));
   EXPECT_EQ(testdata::bytes(folder), "no folder");
-  open(Command::new_);
+  open(Command::New);
   EXPECT_EQ(sheet<NewViewController>().controller().name.name(), "org.minute");
   EXPECT_EQ(sheet<NewViewController>().controller().job().command, "/bin/sh " + script.string());
 

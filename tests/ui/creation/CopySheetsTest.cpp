@@ -100,7 +100,7 @@ TEST_F(CopySheetsTest, FilesAreImportedOneAfterTheOtherByTheKeyboard) {
 }
 
 TEST_F(CopySheetsTest, ACopyNeedsAnotherNameAndKeepsTheOneThatWasTyped) {
-  program().menus.perform(Command::duplicate);
+  program().menus.perform(Command::Duplicate);
   auto& name = control<QLineEdit>("nameValueTextField");
   EXPECT_EQ(control<QLabel>("duplicateTextField").text(), QStringLiteral("Duplicate – backup"));
   EXPECT_EQ(name.selectedText(), QStringLiteral("backup copy"));
@@ -118,7 +118,7 @@ TEST_F(CopySheetsTest, ACopyNeedsAnotherNameAndKeepsTheOneThatWasTyped) {
   helpers.requests[0].failure(Error{.code = Error::Code::Io, .message = "full"});
   settle();
   click(0);
-  program().menus.perform(Command::duplicate);
+  program().menus.perform(Command::Duplicate);
   EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("a/b"));
   press(Qt::Key_Escape);
   EXPECT_FALSE(hasSheet());

@@ -26,7 +26,7 @@ class RestoreSheetTest : public WindowFixture {
   }
   RestoreSheet& open() {
     (void)window();
-    program().menus.perform(Command::restoreDeleted);
+    program().menus.perform(Command::RestoreDeleted);
     auto* const sheet = window().findChild<RestoreSheet*>();
     if (!sheet) throw std::runtime_error("no sheet");
     sheet->activateWindow();

@@ -13,7 +13,7 @@ namespace mirvel::ui {
 
 namespace {
 
-using Column::List;
+using List = ListColumn;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
@@ -95,8 +95,8 @@ TEST_F(ListModeViewTest, HeaderTogglesTheSortOrderAndKeepsTheSelection) {
     List column;
     Names order;
   } rows[] = {
-      {List::name, {"a", "b", "c", "d"}}, {List::name, {"d", "c", "b", "a"}}, {List::name, {"a", "b", "c", "d"}},
-      {List::run, {"d", "a", "b", "c"}},  {List::run, {"c", "b", "a", "d"}},
+      {List::Name, {"a", "b", "c", "d"}}, {List::Name, {"d", "c", "b", "a"}}, {List::Name, {"a", "b", "c", "d"}},
+      {List::Run, {"d", "a", "b", "c"}},  {List::Run, {"c", "b", "a", "d"}},
   };
   for (const auto& row : rows) {
     clickHeader(row.column);
@@ -135,20 +135,20 @@ TEST_F(ListModeViewTest, RightClickDoesNotChangeTheSelection) {
 TEST_F(ListModeViewTest, ColumnLayoutAndSortOrderAreRestored) {
   IconLoader icons;
   {
-    ListModeView first(program(), icons);
+    ListModeView first(program().windowContext, icons);
     first.show();
     QHeaderView& columns = *first.table().header();
-    columns.resizeSection(static_cast<int>(List::summary), 123);
-    columns.moveSection(columns.visualIndex(static_cast<int>(List::run)), 0);
-    first.table().setVisibleColumns({List::name, List::summary, List::run, List::scheduled});
-    columns.setSortIndicator(static_cast<int>(List::name), Qt::DescendingOrder);
+    columns.resizeSection(static_cast<int>(List::Summary), 123);
+    columns.moveSection(columns.visualIndex(static_cast<int>(List::Run)), 0);
+    first.table().setVisibleColumns({List::Name, List::Summary, List::Run, List::Scheduled});
+    columns.setSortIndicator(static_cast<int>(List::Name), Qt::DescendingOrder);
   }
-  ListModeView second(program(), icons);
+  ListModeView second(program().windowContext, icons);
   second.show();
   EXPECT_EQ(layoutText(second.table().places()).substr(0, 4), "run ");
-  EXPECT_EQ(second.table().columnWidth(static_cast<int>(List::summary)), 123);
-  EXPECT_EQ(second.table().visibleColumns(), (std::vector{List::name, List::summary, List::scheduled, List::run}));
-  EXPECT_EQ(second.table().header()->sortIndicatorSection(), static_cast<int>(List::name));
+  EXPECT_EQ(second.table().columnWidth(static_cast<int>(List::Summary)), 123);
+  EXPECT_EQ(second.table().visibleColumns(), (std::vector{List::Name, List::Summary, List::Scheduled, List::Run}));
+  EXPECT_EQ(second.table().header()->sortIndicatorSection(), static_cast<int>(List::Name));
   EXPECT_EQ(second.table().header()->sortIndicatorOrder(), Qt::DescendingOrder);
   writeJob(Kind::userAgent, "a");
   writeJob(Kind::userAgent, "b");
@@ -187,9 +187,9 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
     menu->close();
     testdata::settle();
   };
-  std::vector<List> left(Column::allList.begin(), Column::allList.end());
+  std::vector<List> left(allListColumns.begin(), allListColumns.end());
   while (left.size() > 1) {
-    chooseInHeader(Column::title(left.front(), foundation.localize));
+    chooseInHeader(title(left.front(), foundation.localize));
     left.erase(left.begin());
     EXPECT_EQ(table().visibleColumns(), left);
   }
@@ -199,7 +199,7 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
   EXPECT_EQ(table().visibleColumns(), left);
 
   chooseInHeader("Name");
-  EXPECT_EQ(table().visibleColumns(), (std::vector{List::name, List::run}));
+  EXPECT_EQ(table().visibleColumns(), (std::vector{List::Name, List::Run}));
   table().header()->resizeSection(0, 400);
   const int before = table().columnWidth(0);
   chooseInHeader(WindowTexts(foundation.localize).rightSizeThisColumn());
@@ -208,7 +208,7 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
 
 TEST_F(ListModeViewTest, ColumnMenuChecksVisibleColumns) {
   fill({});
-  table().setVisibleColumns({List::name, List::run});
+  table().setVisibleColumns({List::Name, List::Run});
   QMenu menu;
   window().listMode().addColumnItems(menu);
   Names ticked;
@@ -283,7 +283,7 @@ TEST_F(ListModeViewTest, ScanDoesNotRebuildTheDetailsOfAnUnchangedJob) {
   marking()->selectAll();
   writeJob(Kind::userAgent, "beta", {{"Program", "/bin/other"}});
   scan();
-  ASSERT_EQ(texts(table(), List::run).back(), "/bin/other");
+  ASSERT_EQ(texts(table(), List::Run).back(), "/bin/other");
   EXPECT_TRUE(marking()->textCursor().hasSelection());
   writeJob(Kind::userAgent, "alpha", {{"Program", "/bin/other"}});
   scan();

@@ -28,7 +28,7 @@ class Rows final : public QAbstractTableModel {
   }
   int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : count; }
   int columnCount(const QModelIndex& parent = {}) const override {
-    return parent.isValid() ? 0 : static_cast<int>(Column::allList.size());
+    return parent.isValid() ? 0 : static_cast<int>(allListColumns.size());
   }
   QVariant data(const QModelIndex& index, int role) const override {
     asked.insert(index.row());

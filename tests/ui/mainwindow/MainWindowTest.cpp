@@ -201,7 +201,7 @@ TEST_F(MainWindowTest, TitleNamesTheSelectedJob) {
   EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]"));
   click(0);
   EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]")) << "titles are hidden";
-  program().menus.perform(Command::titleBar);
+  program().menus.perform(Command::TitleBar);
   const QString shown = window().windowHandle()->title();
   EXPECT_TRUE(shown.contains(QStringLiteral("alpha [*] beta"))) << utf8(shown);
 }

@@ -18,7 +18,7 @@ class ModeViewFixture : public WindowFixture {
   /// Creates a new view, as the next start of the program does.
   void makeView() {
     m_view.reset();
-    m_view = std::make_unique<View>(program(), m_icons);
+    m_view = std::make_unique<View>(program().windowContext, m_icons);
     m_view->show();
     m_view->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_view.get()));

@@ -28,7 +28,7 @@ class TimelineModeViewTest : public testdata::ProgramFixture {
 
   TimelineModeView& view() {
     if (!m_view) {
-      m_view = std::make_unique<TimelineModeView>(program(), nullptr, [] { return std::string("UTC"); });
+      m_view = std::make_unique<TimelineModeView>(program().windowContext, nullptr, [] { return std::string("UTC"); });
       m_view->resize(400, 400);
       m_view->show();
       m_view->activateWindow();

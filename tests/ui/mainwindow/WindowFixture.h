@@ -15,9 +15,11 @@
 
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"
+#include "ui/app/MakeMainWindow.h"
 #include "ui/editor/DetailViewController.h"
 #include "ui/mainwindow/ListModeView.h"
 #include "ui/mainwindow/MainWindow.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -34,7 +36,7 @@ inline std::string shownJob(const MainWindow& window) {
 }
 
 /// The texts of a column from top to bottom.
-inline std::vector<std::string> texts(const ListTable& table, Column::List column = Column::List::name) {
+inline std::vector<std::string> texts(const ListTable& table, ListColumn column = ListColumn::Name) {
   std::vector<std::string> result;
   for (int row = 0; row < table.model()->rowCount(); ++row) {
     result.push_back(utf8(table.model()->index(row, static_cast<int>(column)).data().toString()));
@@ -76,7 +78,7 @@ class WindowFixture : public testdata::ProgramFixture {
   MainWindow& window() {
     if (!m_window) {
       EXPECT_TRUE(foundation.defaults.setSelectedMode(static_cast<int>(Mode::list)));
-      m_window = std::make_unique<MainWindow>(program(), m_icons);
+      m_window = makeMainWindow(program(), m_icons);
       m_window->show();
       m_window->activateWindow();
       EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
@@ -98,8 +100,8 @@ class WindowFixture : public testdata::ProgramFixture {
     QTest::mouseClick(table().viewport(), Qt::LeftButton, modifiers, inSight);
   }
   QRect cell(int row) { return table().visualRect(table().model()->index(row, 0)); }
-  void clickHeader(Column::List column) { QTest::mouseClick(header().viewport(), Qt::LeftButton, {}, middle(column)); }
-  QPoint middle(Column::List column) {
+  void clickHeader(ListColumn column) { QTest::mouseClick(header().viewport(), Qt::LeftButton, {}, middle(column)); }
+  QPoint middle(ListColumn column) {
     const int section = static_cast<int>(column);
     return {header().sectionViewportPosition(section) + header().sectionSize(section) / 2, header().height() / 2};
   }

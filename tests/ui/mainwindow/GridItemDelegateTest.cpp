@@ -1,4 +1,4 @@
-#include "ui/mainwindow/NameLines.h"
+#include "ui/mainwindow/GridItemDelegate.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "ui/mainwindow/TabularText.h"
+#include "ui/mainwindow/TimelineDelegate.h"
 
 #include <gtest/gtest.h>
 
