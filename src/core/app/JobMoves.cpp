@@ -61,7 +61,7 @@ JobMoves::JobMoves(const fs::path& applicationSupport, Catalogue& catalogue, con
       m_jobsUpdated(notifications.jobsUpdated.subscribe([this, &catalogue] { remember(catalogue.jobs()); })),
       m_jobMoved(notifications.jobMoved.subscribe([this](const URL& from, const URL& to) { jobMoved(from, to); })) {}
 
-/// What the target has of its own isn't replaced.
+/// Notes, revisions and icons that the target already has aren't replaced.
 void JobMoves::jobMoved(const URL& from, const URL& to) {
   if (storeKey(from) == storeKey(to)) return;
   m_notes.jobMoved(from, to);

@@ -47,7 +47,7 @@ class Program {
   Foundation& foundation;
   const Platform platform;
 
-  // State.
+  // The state of the session. Each part is the only one that changes its state.
   Busy saving = {};
   Busy deleting = {};
   Busy scanning = {};
@@ -57,7 +57,7 @@ class Program {
   Shell shell = {};
   CurrentMode currentMode;
 
-  // What the program keeps on disk.
+  // The files that the program keeps for itself.
   StoreAlerts storeAlerts;
   RevisionController revisions;
   DeletedJobs deletedJobs;

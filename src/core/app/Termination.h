@@ -22,7 +22,7 @@ class Termination {
   /// Returns whether the application may quit now. If it may not:
   /// - While a save or deletion is in progress, the application quits once that has ended; a second call doesn't wait.
   /// - If there are unsaved changes, the user is asked about them, and the application quits if they may be discarded.
-  /// - If a draft can't be stored or deleted, the user is asked too.
+  /// - After a signal, if the edit can't be kept completely as a draft, the user is asked too.
   bool applicationShouldTerminate();
   /// Quits without asking, after a signal. An unsaved edit is kept as a draft; if that fails, quits only after asking
   /// the user, or on the second call.

@@ -13,6 +13,22 @@ bool isChangeableSelected(const CommandContext& context) {
   return context.selected && context.selected->isEditable(context.editsSystemJobs);
 }
 
+/// Whether the command affects neither jobs nor modes, so that not even a sheet disables it.
+bool isIndependent(Command command) {
+  switch (command) {
+    case Command::Help:
+    case Command::ManLaunchdplist:
+    case Command::Site:
+    case Command::MailSupport:
+    case Command::CheckForUpdates:
+    case Command::About:
+    case Command::FullScreen:
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 std::optional<Mode> modeOf(Command command) {
@@ -31,19 +47,9 @@ std::optional<Mode> modeOf(Command command) {
 }
 
 bool isEnabled(Command command, const CommandContext& context) {
+  if (isIndependent(command)) return true;
+  if (context.hasSheet) return false;
   const bool hasUnsavedChanges = context.hasUnsavedChanges;
-  switch (command) {
-    case Command::Help:
-    case Command::ManLaunchdplist:
-    case Command::Site:
-    case Command::MailSupport:
-    case Command::CheckForUpdates:
-    case Command::About:
-    case Command::FullScreen:
-      return true;
-    default:
-      if (context.hasSheet) return false;
-  }
   switch (command) {
     case Command::New:
     case Command::Refresh:

@@ -10,39 +10,43 @@ namespace mirvel {
 
 /// The commands of the menus. Those marked as submenus have no action of their own.
 enum class Command {
-  New,
-  Edit,
-  Save,
-  Revert,  ///< a submenu
-  Duplicate,
-  Import,
-  Export,
-  Delete,
-  RestoreDeleted,
-  Share,  ///< a submenu
-  Test,
-  Log,
-  Info,
-  RevealInFinder,
-  Refresh,
+  // File
+  New,             ///< opens the sheet for a new job
+  Edit,            ///< shows the selected job in the editor
+  Save,            ///< saves the edited job, or the script in the front window
+  Revert,          ///< submenu: the revisions of the selected job
+  Duplicate,       ///< opens the sheet that copies the selected job
+  Import,          ///< asks for files, and opens the sheet that imports them
+  Export,          ///< asks for a path, and writes the selected job there
+  Delete,          ///< deletes the selected job after a question
+  RestoreDeleted,  ///< opens the sheet of deleted jobs
+  Share,           ///< submenu: the ways to share the selected job
+  Test,            ///< opens the sheet that runs the selected job once
+  Log,             ///< opens the sheet with the log of the selected job
+  Info,            ///< opens the sheet with information about the selected job
+  RevealInFinder,  ///< shows the file of the selected job in the file manager
+  Refresh,         ///< scans and reloads the icons
 
-  Filter,
+  // Edit
+  Filter,  ///< moves the focus to the filter field
 
-  Grid,
+  // View
+  Grid,  ///< switches to this mode, as do the following three
   Tree,
   List,
   Timeline,
-  System,
-  Columns,  ///< a submenu
-  TitleBar,
-  FullScreen,
+  System,      ///< toggles whether jobs of the system are shown
+  Columns,     ///< submenu: the columns of list mode
+  TitleBar,    ///< toggles whether the title bar shows the title
+  FullScreen,  ///< toggles full screen
 
-  Help,
-  ManLaunchdplist,
-  Site,
-  MailSupport,
-  CheckForUpdates,
-  About,
+  // Help
+  Help,             ///< opens the help pages in the browser
+  ManLaunchdplist,  ///< opens the manual page of launchd.plist
+  Site,             ///< opens the web site
+  MailSupport,      ///< begins a mail to the authors
+  CheckForUpdates,  ///< looks for a new version, and always shows the result
+  About,            ///< shows the version and the licence
 };
 
 /// The controls of the toolbar.

@@ -33,9 +33,9 @@ class GridCollectionType {
 
 /// The contents of an item of the grid.
 struct GridItem {
-  std::weak_ptr<Job> job = {};
+  std::weak_ptr<Job> job = {};  ///< expired for an item out of range
   std::string name = {};
-  std::optional<Image> icon = {};
+  std::optional<Image> icon = {};          ///< none: the view shows a generic one
   std::optional<Image> noWriteBadge = {};  ///< for a job that can't be edited
   bool isSecondary = false;                ///< the name is drawn in the secondary text colour
 };

@@ -11,7 +11,15 @@ namespace mirvel {
 class Localize;
 
 /// The columns of list mode, in their default order. The numbers are those of the table's sections.
-enum class ListColumn : int { Name = 0, Summary, Kind, Enabled, KeepAlive, Scheduled, Run };
+enum class ListColumn : int {
+  Name = 0,   ///< the label; for jobs of other kinds than launchd their name
+  Summary,    ///< a short form of the command
+  Kind,       ///< an icon
+  Enabled,    ///< an icon
+  KeepAlive,  ///< a check box: the job has the key, whatever its value
+  Scheduled,  ///< a check box: the job has a schedule
+  Run,        ///< the command
+};
 
 inline constexpr std::array<ListColumn, 7> allListColumns{
     ListColumn::Name,      ListColumn::Summary,   ListColumn::Kind, ListColumn::Enabled,

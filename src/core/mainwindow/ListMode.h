@@ -35,7 +35,7 @@ class ListTableType {
 
 /// The contents of a cell.
 struct ListCell {
-  std::string text = {};
+  std::string text = {};  ///< empty for a cell with an icon or a check box
   std::string toolTip = {};
   std::optional<Image> image = {};
   std::optional<bool> isChecked = {};  ///< the state of the check box; none if there is no check box

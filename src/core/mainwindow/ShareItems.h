@@ -23,8 +23,11 @@ std::optional<ShareItems> shareItems(const Selection& selection);
 
 /// A way to share items, with the title of its menu item.
 struct SharingService {
-  /// To the clipboard; as a new message in the mail program; in the program that the user has chosen for such files.
-  enum class Way { Copy, Mail, Open };
+  enum class Way {
+    Copy,  ///< to the clipboard
+    Mail,  ///< as a new message in the mail program
+    Open,  ///< in the program that the user has chosen for such files
+  };
   Way way;
   std::string title;
 };

@@ -15,8 +15,12 @@ namespace mirvel {
 class TimelineTexts;
 class ZoneStretches;
 
-/// A header, a run by the calendar, or a job that runs in an interval.
-enum class TimelineKind : std::uint8_t { Group = 0, Time = 1, Interval = 2 };
+/// The kinds of rows.
+enum class TimelineKind : std::uint8_t {
+  Group = 0,     ///< a header
+  Time = 1,      ///< one run by the calendar
+  Interval = 2,  ///< a job that runs in an interval, without the time of a run
+};
 
 /// The data that all rows of one job and kind share. Each header has one of its own.
 struct TimelineSource {

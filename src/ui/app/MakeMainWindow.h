@@ -11,7 +11,8 @@ namespace mirvel::ui {
 class IconLoader;
 class MainWindow;
 
-/// Composes the main window from the parts of a program. Both arguments must outlive it.
+/// Creates the main window with the sheets that belong to it, from the parts of a program. Both arguments must outlive
+/// the window.
 std::unique_ptr<MainWindow> makeMainWindow(Program& program, IconLoader& icons);
 
 }  // namespace mirvel::ui

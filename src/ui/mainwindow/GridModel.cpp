@@ -61,7 +61,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-/// What the view shows besides the name: the group, and the marks on the icon.
+/// The description for assistive programs: the group, and the meaning of the marks on the icon.
 QString GridModel::description(IndexPath path, const GridItem& item) const {
   QStringList parts{qt(m_mode.header(path.section))};
   if (item.isSecondary) parts << qt(m_localize.disabled());
