@@ -17,7 +17,7 @@ using testing::IsEmpty;
 class AppDelegateTest : public testdata::ProgramFixture {
  protected:
   AppDelegate& delegate() { return program().appDelegate; }
-  /// Lets time pass in small steps, with the scans that fall into it.
+  /// Advances time in small steps, and runs the scans in between.
   void pass(double seconds) {
     for (const double end = queue.now() + seconds; queue.now() < end - 1e-9;) {
       queue.runFor(0.01);
@@ -30,7 +30,7 @@ class AppDelegateTest : public testdata::ProgramFixture {
   }
 };
 
-TEST_F(AppDelegateTest, TheStartFetchesThenWatchesThenSwitchesTheAgent) {
+TEST_F(AppDelegateTest, TheStartScansThenWatchesThenSwitchesTheAgent) {
   ASSERT_TRUE(foundation.defaults.setFirstMirvelLaunch(false));
   ASSERT_TRUE(foundation.defaults.setRunAgent(true));
   std::vector<double> updateChecks;
@@ -76,7 +76,7 @@ TEST_F(AppDelegateTest, TheFirstStartRenewsTheRegistration) {
   EXPECT_TRUE(agentSwitch.calls[0].isEnabled);
 }
 
-TEST_F(AppDelegateTest, WithoutASwitchTheRenewalWaitsForAStartWithOne) {
+TEST_F(AppDelegateTest, WithoutAnAgentSwitchTheRegistrationIsRenewedLater) {
   platform.agentSwitch = nullptr;
   int updateChecks = 0;
   program().shell.checkForUpdate = [&](bool) { ++updateChecks; };
@@ -129,7 +129,7 @@ TEST_F(AppDelegateTest, OnlyAnEmptyCatalogueWithoutEditsIsFetchedAtTheStart) {
   EXPECT_EQ(fetchQueue.count(), 0U);
 }
 
-TEST_F(AppDelegateTest, NothingOfTheStartHappensAfterTheEnd) {
+TEST_F(AppDelegateTest, NothingHappensAfterTheEndOfTheProgram) {
   delegate().applicationDidFinishLaunching();
   endProgram();
   queue.runFor(5);
@@ -137,7 +137,7 @@ TEST_F(AppDelegateTest, NothingOfTheStartHappensAfterTheEnd) {
   EXPECT_THAT(agentSwitch.calls, IsEmpty());
 }
 
-TEST_F(AppDelegateTest, ABurstOfChangesIsAScanASecondAndTheLastStateWins) {
+TEST_F(AppDelegateTest, ABurstOfChangesIsScannedOncePerSecondUpToTheLastState) {
   start();
   std::vector<double> scans;
   const auto loading = program().notifications.loadingChanged.subscribe([&] {
@@ -157,7 +157,7 @@ TEST_F(AppDelegateTest, ABurstOfChangesIsAScanASecondAndTheLastStateWins) {
   EXPECT_NE(jobNamed("burst")->textContent.view().find("<string>500<"), std::string::npos);
 }
 
-TEST_F(AppDelegateTest, EditsHoldTheScansBackUntilTheyAreGone) {
+TEST_F(AppDelegateTest, UnsavedChangesDelayScans) {
   start();
   program().editing.setUnsavedChanges(true);
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
@@ -170,7 +170,7 @@ TEST_F(AppDelegateTest, EditsHoldTheScansBackUntilTheyAreGone) {
   EXPECT_EQ(program().catalogue.jobs().size(), 1U);
 }
 
-TEST_F(AppDelegateTest, WhileAQuitIsHeldBackChangesAreIgnored) {
+TEST_F(AppDelegateTest, FolderChangesAreIgnoredWhileTheUserIsAskedAboutQuitting) {
   start();
   writeJob(Kind::userAgent, "new");
   program().editing.setUnsavedChanges(true);

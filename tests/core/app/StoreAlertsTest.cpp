@@ -29,14 +29,14 @@ class StoreAlertsTest : public testdata::ProgramFixture {
   }
 };
 
-TEST_F(StoreAlertsTest, TheUserHearsOnceOfEachFileThatIsDamagedOrCantBeReadOrWritten) {
+TEST_F(StoreAlertsTest, EachDamagedOrInaccessibleFileIsReportedOnce) {
   (void)folder.write("preferences.plist", "nonsense");
   (void)folder.write("support/Notes.plist", "my valuable notes");
   fs::create_directories(roots.applicationSupport / "Revisions.plist");
   EXPECT_FALSE(program().foundation.defaults.showSystemJobs());
   EXPECT_EQ(program().notes.note(URL::file("/a")), "");
   EXPECT_EQ(program().revisions.revisions().size(), 0U);
-  EXPECT_THAT(interface.sheets, IsEmpty()) << "not from within whatever reads";
+  EXPECT_THAT(interface.sheets, IsEmpty()) << "not while a setting is being read";
   EXPECT_THAT(sheets(), testing::UnorderedElementsAre(
                             AllOf(HasSubstr("was damaged"), HasSubstr(roots.defaultsFile.string() + ": "),
                                   HasSubstr(roots.defaultsFile.string() + ".damaged-1")),
@@ -50,7 +50,7 @@ TEST_F(StoreAlertsTest, TheUserHearsOnceOfEachFileThatIsDamagedOrCantBeReadOrWri
   EXPECT_THAT(sheets(), IsEmpty());
 }
 
-TEST_F(StoreAlertsTest, ANoteThatCantBeWrittenIsToldOnceAndStaysUntilTheEnd) {
+TEST_F(StoreAlertsTest, ANoteThatCantBeWrittenIsReportedOnceAndKeptInMemory) {
   (void)folder.write("support", "a file where the folder should be");
   for (const char* text : {"o", "on", "one"}) {
     program().notes.setNote(URL::file("/a"), text);

@@ -152,6 +152,12 @@ TEST_F(ListModeTest, SelectByURLMarksTheRowAndSelectsTheJobOfTheCatalogue) {
   EXPECT_EQ(program().selection.job(), catalogue[2]);
   list.selectionDidChange(0);
   EXPECT_EQ(program().selection.job(), catalogue[2]);
+
+  shell.events.clear();
+  list.deselect();
+  EXPECT_FALSE(table.marked);
+  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
+  EXPECT_EQ(program().selection.job(), catalogue[2]);
 }
 
 TEST_F(ListModeTest, SelectByJobMarksThatVeryJobAndNoMore) {
@@ -173,16 +179,6 @@ TEST_F(ListModeTest, AClickSelectsTheJobOfItsRow) {
   list.selectionDidChange(3);
   list.selectionDidChange(static_cast<std::size_t>(-1));
   EXPECT_EQ(program().selection.job(), jobNamed("c"));
-}
-
-TEST_F(ListModeTest, DeselectLeavesTheSelectedJob) {
-  fill();
-  list.select(url("a"));
-  shell.events.clear();
-  list.deselect();
-  EXPECT_FALSE(table.marked);
-  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_TRUE(program().selection.job());
 }
 
 TEST_F(ListModeTest, TheMenuDependsOnTheJob) {

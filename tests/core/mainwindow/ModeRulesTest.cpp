@@ -92,18 +92,5 @@ TEST_F(ModeRulesTest, AClearedSelectionStartsAScanUnlessThereAreEdits) {
   EXPECT_EQ(fetchQueue.count(), 1U);
 }
 
-TEST_F(ModeRulesTest, CommandsOnTheCatalogueWaitForUnsavedChanges) {
-  program().editing.setUnsavedChanges(true);
-  program().fetcher.refresh();
-  program().menus.perform(Command::System);
-  EXPECT_EQ(fetchQueue.count(), 0U);
-  EXPECT_FALSE(foundation.defaults.showSystemJobs());
-
-  program().editing.setUnsavedChanges(false);
-  program().menus.perform(Command::System);
-  EXPECT_EQ(fetchQueue.count(), 1U);
-  EXPECT_TRUE(foundation.defaults.showSystemJobs());
-}
-
 }  // namespace
 }  // namespace mirvel

@@ -132,6 +132,11 @@ TEST_F(TimelineModeTest, SelectByURLMarksTheFirstRunAndSelectsTheJobOfTheCatalog
   EXPECT_EQ(program().selection.job(), jobNamed("a"));
   timeline.select(jobNamed("a"));
   EXPECT_EQ(table.marked, 3U) << "by job it does nothing";
+  shell.events.clear();
+  timeline.deselect();
+  EXPECT_FALSE(table.marked);
+  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
+  EXPECT_EQ(program().selection.job(), jobNamed("a"));
 }
 
 TEST_F(TimelineModeTest, AClickSelectsTheJobOfItsRow) {
@@ -147,16 +152,6 @@ TEST_F(TimelineModeTest, AClickSelectsTheJobOfItsRow) {
   timeline.update({launchdCopy("a"), launchdCopy("b")});
   timeline.selectionDidChange(3);
   EXPECT_EQ(program().selection.job(), jobNamed("b")) << "that of the catalogue";
-}
-
-TEST_F(TimelineModeTest, DeselectLeavesTheSelectedJob) {
-  fill();
-  timeline.select(url("a"));
-  shell.events.clear();
-  timeline.deselect();
-  EXPECT_FALSE(table.marked);
-  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_TRUE(program().selection.job());
 }
 
 TEST_F(TimelineModeTest, TheMenuNeverOffersToDelete) {

@@ -38,7 +38,7 @@ class TimelineTest : public testdata::ProgramFixture {
   }
   /// "# Today" for a header, "* name" for an interval, else "2026-11-22 20:05 name" in UTC; a dash before a disabled
   /// job.
-  static Rows told(const TimelineArray& timeline) {
+  static Rows described(const TimelineArray& timeline) {
     Rows result;
     for (const Timeline& row : timeline.rows()) {
       const year_month_day date(floor<days>(row.date()));
@@ -72,24 +72,25 @@ TEST_F(TimelineTest, IntervalsPrecedeTheDays) {
   addCalendar("noon", at({{"Weekday", 1}, {"Hour", 12}}));
   addCalendar("eleven", at({{"Day", 22}, {"Hour", 11}, {"Month", 11}}));
   const auto timeline = built(sunday);
-  EXPECT_THAT(told(timeline), ElementsAre("# Repeat Interval", "* often – 1 minute, 30 seconds", "-* both – 1 hour",  //
-                                          "# Today", "2026-11-22 11:00 eleven",                                       //
-                                          "# Tomorrow", "2026-11-23 12:00 noon",                                      //
-                                          "# Tuesday, November 24, 2026", "-2026-11-24 03:00 both",                   //
-                                          "# Monday, November 30, 2026", "2026-11-30 12:00 noon",                     //
-                                          "# Monday, December 7, 2026", "2026-12-07 12:00 noon",                      //
-                                          "# Monday, December 14, 2026", "2026-12-14 12:00 noon",                     //
-                                          "# Monday, December 21, 2026", "2026-12-21 12:00 noon"));
+  EXPECT_THAT(described(timeline),
+              ElementsAre("# Repeat Interval", "* often – 1 minute, 30 seconds", "-* both – 1 hour",  //
+                          "# Today", "2026-11-22 11:00 eleven",                                       //
+                          "# Tomorrow", "2026-11-23 12:00 noon",                                      //
+                          "# Tuesday, November 24, 2026", "-2026-11-24 03:00 both",                   //
+                          "# Monday, November 30, 2026", "2026-11-30 12:00 noon",                     //
+                          "# Monday, December 7, 2026", "2026-12-07 12:00 noon",                      //
+                          "# Monday, December 14, 2026", "2026-12-14 12:00 noon",                     //
+                          "# Monday, December 21, 2026", "2026-12-21 12:00 noon"));
   EXPECT_THAT(timeline.groups(), ElementsAre(0U, 3U, 5U, 7U, 9U, 11U, 13U, 15U));
 }
 
 TEST_F(TimelineTest, OnlyIntervalsHaveNoDaysAndNoScheduleNoRows) {
-  EXPECT_THAT(told(built(sunday)), IsEmpty());
+  EXPECT_THAT(described(built(sunday)), IsEmpty());
   addCalendar("never", at({{"Hour", 24}}));
   addCalendar("empty", {});
-  EXPECT_THAT(told(built(sunday)), IsEmpty());
+  EXPECT_THAT(described(built(sunday)), IsEmpty());
   add("often", {{"StartInterval", propertylist::Value(60)}});
-  EXPECT_THAT(told(built(sunday)), ElementsAre("# Repeat Interval", "* often – 1 minute"));
+  EXPECT_THAT(described(built(sunday)), ElementsAre("# Repeat Interval", "* often – 1 minute"));
 }
 
 TEST_F(TimelineTest, JobsAtOneMomentShareAHeaderAndEveryIntervalCounts) {
@@ -97,15 +98,15 @@ TEST_F(TimelineTest, JobsAtOneMomentShareAHeaderAndEveryIntervalCounts) {
   add("a", {{"StartCalendarInterval",
              propertylist::Value(propertylist::Array{propertylist::Value(at({{"Day", 23}})),
                                                      propertylist::Value(at({{"Day", 23}, {"Hour", 1}}))})}});
-  EXPECT_THAT(told(built(sys_days(2026y / 11 / 22) + 23h)),
+  EXPECT_THAT(described(built(sys_days(2026y / 11 / 22) + 23h)),
               ElementsAre("# Tomorrow", "2026-11-23 00:00 b", "2026-11-23 00:00 a", "2026-11-23 01:00 a"));
 }
 
 TEST_F(TimelineTest, DaysAreThoseOfTheZone) {
   addCalendar("noon", at({{"Day", 22}, {"Hour", 23}, {"Minute", 30}}));
-  EXPECT_THAT(told(built(sunday, "America/New_York")), ElementsAre("# Today", "2026-11-23 04:30 noon"));
+  EXPECT_THAT(described(built(sunday, "America/New_York")), ElementsAre("# Today", "2026-11-23 04:30 noon"));
   addCalendar("early", at({{"Day", 23}, {"Hour", 4}}));
-  EXPECT_THAT(told(built(sys_days(2026y / 11 / 22) + 19h, "Asia/Kolkata")),
+  EXPECT_THAT(described(built(sys_days(2026y / 11 / 22) + 19h, "Asia/Kolkata")),
               ElementsAre("# Today", "2026-11-22 22:30 early", "# Tuesday, December 22, 2026", "2026-12-22 18:00 noon"))
       << "it is already the 23rd there, and a month later it ends an hour after the run";
 }

@@ -249,20 +249,5 @@ TEST_F(TreeModeTest, FollowsTheCatalogueWhileItIsVisible) {
   EXPECT_THAT(outline.reloadedRows, ElementsAre(IndexPath{1, 0}));
 }
 
-TEST_F(TreeModeTest, MenuAndDragAreThoseOfTheJobAndGroupsHaveNone) {
-  publish(someJobs());
-  const std::string reveal = foundation.localize.revealInFinder();
-  EXPECT_THAT(titles(tree->menuForRow({1, 0})), ElementsAre("c", "", reveal, "Delete"));
-  EXPECT_THAT(titles(tree->menuForRow({1})), IsEmpty());
-  EXPECT_THAT(titles(tree->menuForRow(nowhere)), IsEmpty());
-  program().catalogue.jobs()[2]->isNewFile = true;
-  EXPECT_THAT(titles(tree->menuForRow({1, 0})), IsEmpty());
-
-  EXPECT_EQ(tree->dragRows({{0, 1}, {1}})->text(), program().catalogue.jobs()[1]->url.text());
-  for (const IndexPath first : {IndexPath{0}, IndexPath{3, 0}, nowhere}) {
-    EXPECT_FALSE(tree->dragRows({first, {0, 1}})) << testing::PrintToString(first);
-  }
-}
-
 }  // namespace
 }  // namespace mirvel

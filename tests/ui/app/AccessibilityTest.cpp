@@ -11,10 +11,9 @@
 #include "ui/creation/NewViewController.h"
 
 namespace mirvel::ui {
-
 namespace {
 
-/// Roles of what a user does something with.
+/// The roles of elements that users interact with.
 const std::set<QAccessible::Role> controls = {
     QAccessible::Button,   QAccessible::ButtonMenu,   QAccessible::CheckBox,  QAccessible::ComboBox,
     QAccessible::Cell,     QAccessible::EditableText, QAccessible::List,      QAccessible::ListItem,
@@ -22,7 +21,7 @@ const std::set<QAccessible::Role> controls = {
     QAccessible::TreeItem, QAccessible::RowHeader,    QAccessible::PopupMenu, QAccessible::RadioButton,
 };
 
-/// Where something stands, for the message of a failure.
+/// An element, for failure messages.
 std::string describe(QAccessibleInterface& element) {
   const QObject* object = element.object();
   return std::string(object ? object->metaObject()->className() : "no object") + ", role " +
@@ -35,11 +34,11 @@ class AccessibilityTest : public ApplicationFixture {
   ~AccessibilityTest() override { QAccessible::setActive(false); }
 
   void walk(QAccessibleInterface* element, const std::string& from) {
-    ASSERT_NE(element, nullptr) << "a child that isn't there, of " << from;
+    ASSERT_NE(element, nullptr) << "missing child of " << from;
     ASSERT_TRUE(element->isValid()) << from;
     const std::string place = from + "\n  > " + describe(*element);
     check(*element, place);
-    if (element->role() == QAccessible::ComboBox) return;  // what it opens is the toolkit's own
+    if (element->role() == QAccessible::ComboBox) return;  // its list belongs to the toolkit
     for (int i = 0; i < element->childCount(); ++i) walk(element->child(i), place);
   }
 
@@ -75,7 +74,7 @@ TEST_F(AccessibilityTest, EveryControlHasARoleAndAName) {
   }
 }
 
-TEST_F(AccessibilityTest, EveryPageOfANewJobIsTold) {
+TEST_F(AccessibilityTest, EveryPageOfTheNewJobSheetIsAccessible) {
   start();
   program().menus.perform(Command::New);
   auto* const sheet = window().findChild<NewViewController*>();
@@ -108,7 +107,7 @@ TEST_F(AccessibilityTest, EveryPageOfANewJobIsTold) {
   walkPage(localize.scheduled());
 }
 
-TEST_F(AccessibilityTest, TheEditorIsToldFieldByField) {
+TEST_F(AccessibilityTest, EveryFieldOfTheEditorIsAccessible) {
   writeJob("alpha", {{"Program", "/bin/ls"}, {"KeepAlive", true}, {"StartInterval", 60}, {"Debug", true}});
   start();
   select("alpha");
@@ -125,7 +124,7 @@ TEST_F(AccessibilityTest, TheEditorIsToldFieldByField) {
   }
 }
 
-TEST_F(AccessibilityTest, CellsOfPicturesAndCheckBoxesAreTold) {
+TEST_F(AccessibilityTest, CellsOfIconsAndCheckBoxesAreAccessible) {
   writeJob("alpha", {{"KeepAlive", true}});
   writeJob("beta", {{"Disabled", true}, {"StartInterval", 60}});
   start();
@@ -152,5 +151,4 @@ TEST_F(AccessibilityTest, CellsOfPicturesAndCheckBoxesAreTold) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -16,7 +16,6 @@
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -54,15 +53,15 @@ class CreationTest : public MachineFixture {
     });
   }
   /// Reads the next alert, and closes it.
-  static void answerAlert(QString& told) {
-    QTimer::singleShot(0, qApp, [&told] {
+  static void answerAlert(QString& text) {
+    QTimer::singleShot(0, qApp, [&text] {
       auto* const alert = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (!alert) return answerAlert(told);
-      told = alert->text();
+      if (!alert) return answerAlert(text);
+      text = alert->text();
       alert->accept();
     });
   }
-  /// Presses a button of the sheet that asks something.
+  /// Presses a button of the sheet that is asking a question.
   void answerSheet(const std::string& title) {
     const auto isUp = [this] {
       const auto* const question = window().findChild<QMessageBox*>();
@@ -111,7 +110,7 @@ class CreationTest : public MachineFixture {
   const fs::path script = machine() / "say.sh";
 };
 
-TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
+TEST_F(CreationTest, AJobIsCreatedRunCopiedExportedImportedAndDeleted) {
   makeJob();
   EXPECT_TRUE(testdata::eventually([this] { return runs() == 1; }));
   ASSERT_TRUE(hasJobs(1));
@@ -170,27 +169,27 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
   open(Command::Delete);
   for (QAbstractButton* button : dynamic_cast<QMessageBox&>(sheet()).buttons()) {
     if (button->text() != QStringLiteral("Delete")) continue;
-    button->click();  // the question goes, with its buttons
+    button->click();  // destroys the sheet and its buttons
     break;
   }
   ASSERT_TRUE(hasJobs(2));
   EXPECT_TRUE(fs::exists(file("org.minute copy")));
 
   if (!std::getenv("MIRVEL_SOAK")) return;
-  // The minute passes as the machine's clock says, for the host keeps no other. The one that was imported never ran,
-  // and its deletion stopped neither of the others.
+  // The minute passes in real time, because the host has no other clock. The imported job never ran, and its deletion
+  // stopped neither of the others.
   EXPECT_TRUE(QTest::qWaitFor([this] { return runs() == 4; }, 70'000));
 }
 
-TEST_F(CreationTest, WhatCantBeWrittenIsToldAndStandsInTheNextSheet) {
+TEST_F(CreationTest, AFailedSaveIsReportedAndKeptForTheNextSheet) {
   const fs::path folder = file("any").parent_path();
   fs::remove_all(folder);
   fs::create_directories(folder.parent_path());
   std::ofstream(folder) << "no folder";
-  QString told;
-  answerAlert(told);
+  QString text;
+  answerAlert(text);
   makeJob();
-  EXPECT_TRUE(testdata::eventually([&] { return !told.isEmpty() && !program().saving.isBusy(); }));
+  EXPECT_TRUE(testdata::eventually([&] { return !text.isEmpty() && !program().saving.isBusy(); }));
   EXPECT_EQ(testdata::bytes(folder), "no folder");
   open(Command::New);
   EXPECT_EQ(sheet<NewViewController>().controller().name.name(), "org.minute");
@@ -201,5 +200,4 @@ TEST_F(CreationTest, WhatCantBeWrittenIsToldAndStandsInTheNextSheet) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 
 namespace mirvel::ui {
-
 namespace {
 
 TEST(NameLinesTest, NamesBreakAtSeparatorsAndAreElidedInTheMiddle) {
@@ -55,5 +54,4 @@ TEST(NameLinesTest, LinesBreakAtGraphemeBoundaries) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -11,7 +11,6 @@
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 using testing::ElementsAre;
@@ -196,6 +195,15 @@ TEST_F(MainWindowTest, RevealShortcutWorksBeforeAnyMenuWasOpened) {
   EXPECT_EQ(reveals(), 1);
 }
 
+TEST_F(MainWindowTest, EachChangeOfActivityIsPostedOnce) {
+  (void)window();
+  int changes = 0;
+  const auto subscription = program().notifications.appStatusChanged.subscribe([&] { ++changes; });
+  QEvent change(QEvent::ActivationChange);
+  QCoreApplication::sendEvent(&window(), &change);
+  EXPECT_EQ(changes, 1);
+}
+
 TEST_F(MainWindowTest, TitleNamesTheSelectedJob) {
   fill({"alpha [*] beta"});
   EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]"));
@@ -207,5 +215,4 @@ TEST_F(MainWindowTest, TitleNamesTheSelectedJob) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -2,14 +2,12 @@
 
 #include <QApplication>
 #include <QHeaderView>
-#include <QIdentityProxyModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
 #include <QTextEdit>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -48,28 +46,6 @@ inline std::vector<std::string> texts(const ListTable& table, ListColumn column 
 inline std::string markedJob(const ListTable& table) {
   const QModelIndexList rows = table.selectionModel()->selectedRows();
   return rows.isEmpty() ? std::string() : utf8(rows.front().data().toString());
-}
-
-/// Records the rows for which data is requested.
-class RequestedRows final : public QIdentityProxyModel {
- public:
-  mutable std::set<int> rows;
-
-  QVariant data(const QModelIndex& index, int role) const override {
-    rows.insert(index.row());
-    return QIdentityProxyModel::data(index, role);
-  }
-};
-
-/// Jobs "job0" to "job9999" of two kinds, without files on disk.
-inline Jobs tenThousandJobs() {
-  Jobs jobs;
-  for (int i = 0; i < 10'000; ++i) {
-    const std::string name = "job" + std::to_string(i);
-    jobs.push_back(std::make_shared<Job>(i % 3 == 0 ? Kind::userAgent : Kind::localDaemon, name, "", name,
-                                         URL::file("/jobs/" + name + ".plist")));
-  }
-  return jobs;
 }
 
 /// The main window of a program in virtual time, shown and active.
