@@ -125,7 +125,7 @@ void repeatedSort(benchmark::State& state) {
   const Jobs& jobs = manyJobs();
   for (auto _ : state) {
     Jobs sorted = jobs;
-    sortJobs(sorted, Column::List::summary, true, collator);
+    sortJobs(sorted, ListColumn::Summary, true, collator);
     benchmark::DoNotOptimize(sorted.data());
   }
   report(state, jobs.size());

@@ -8,7 +8,8 @@
 
 #include "JobFolderOnDisk.h"
 #include "core/catalogue/Launchd.h"
-#include "core/mainwindow/BuildTimeline.h"
+#include "core/mainwindow/Timeline.h"
+#include "core/mainwindow/TimelineTexts.h"
 #include "core/ports/Console.h"
 
 namespace mirvel::bench {

@@ -40,7 +40,7 @@ QStringList newPageNames() {
 
 void showNewPage(ui::Application& application, const QString& page) {
   Program& program = application.program();
-  program.menus.perform(Command::new_);
+  program.menus.perform(Command::New);
   auto* const sheet = application.window().findChild<ui::NewViewController*>();
   if (!sheet) return;
   NewController& controller = sheet->controller();

@@ -26,7 +26,7 @@ void arrangeWindow(ui::Application& application, const DemoOptions& options) {
     if (!options.selected.isEmpty() && ui::qt(job->name) == options.selected)
       program.currentMode.view()->select(job->url);
   }
-  if (options.isEdited) program.menus.perform(Command::edit);
+  if (options.isEdited) program.menus.perform(Command::Edit);
   if (!options.filter.isEmpty()) application.window().filter().setText(options.filter);
   if (!options.newPage.isEmpty()) showNewPage(application, options.newPage);
 }

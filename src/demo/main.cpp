@@ -7,7 +7,6 @@
 #include "demo/SampleRoot.h"
 #include "demo/TakePicture.h"
 #include "ui/app/Application.h"
-#include "ui/app/Display.h"
 #include "ui/support/ColorScheme.h"
 #include "ui/support/InstalledFolders.h"
 #include "ui/support/QtText.h"

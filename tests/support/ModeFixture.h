@@ -8,7 +8,23 @@
 
 namespace mirvel::testdata {
 
-/// A program for tests of modes that show groups.
+/// Records the calls of a mode to its view. A position is a row or a path.
+template <typename View, typename Position>
+class RecordingView : public View {
+ public:
+  std::optional<Position> marked;
+  std::optional<Position> scrolledTo;
+  int reloads = 0;
+
+  void reload() override {
+    ++reloads;
+    marked.reset();
+  }
+  void mark(std::optional<Position> position) override { marked = position; }
+  void scrollTo(Position position) override { scrolledTo = position; }
+};
+
+/// A program for tests of modes.
 class ModeFixture : public ProgramFixture {
  protected:
   /// A job of the kind, without a file on disk.

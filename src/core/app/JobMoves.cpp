@@ -23,7 +23,7 @@ bool isAt(const Jobs& jobs, const URL& url) {
   return std::any_of(jobs.begin(), jobs.end(), [&](const auto& job) { return job->url.equalTo(url); });
 }
 
-/// Launchd jobs by their labels; null where several have the same.
+/// The jobs of launchd by label; null for a label that several have.
 std::unordered_map<std::string_view, const Job*> jobsByLabel(const Jobs& jobs) {
   std::unordered_map<std::string_view, const Job*> result;
   for (const auto& job : jobs) {
@@ -54,7 +54,7 @@ JobMoves::JobMoves(const fs::path& applicationSupport, Catalogue& catalogue, con
       m_jobsUpdated(notifications.jobsUpdated.subscribe([this, &catalogue] { remember(catalogue.jobs()); })),
       m_jobMoved(notifications.jobMoved.subscribe([this](const URL& from, const URL& to) { jobMoved(from, to); })) {}
 
-/// What belongs to the target already is kept.
+/// Notes, revisions and icons that the target already has aren't replaced.
 void JobMoves::jobMoved(const URL& from, const URL& to) {
   if (storeKey(from) == storeKey(to)) return;
   m_notes.jobMoved(from, to);
@@ -62,7 +62,7 @@ void JobMoves::jobMoved(const URL& from, const URL& to) {
   moveIcon(from, to);
   if (const propertylist::Value* const label = m_labels.find(storeKey(from))) {
     m_labels.put(storeKey(to), propertylist::Value(*label));
-    (void)m_labels.set(storeKey(from), std::nullopt);  // the store reports what fails
+    (void)m_labels.set(storeKey(from), std::nullopt);  // the store reports failures
   }
 }
 
@@ -79,7 +79,7 @@ void JobMoves::moveIcon(const URL& from, const URL& to) {
   }
 }
 
-/// Finds the files that other programs moved: their path is gone, and exactly one job of the new catalogue has the
+/// Finds the files that other programs have moved: the path is gone, and exactly one job of the new catalogue has the
 /// label.
 void JobMoves::follow(const Jobs& oldJobs, const Jobs& jobs) {
   const propertylist::Dictionary labels = m_labels.contents();
@@ -91,13 +91,13 @@ void JobMoves::follow(const Jobs& oldJobs, const Jobs& jobs) {
     if (found == byLabel.end() || !found->second) continue;
     const URL old = URL::file(path);
     const URL& now = found->second->url;
-    // Another job of that label that has been there before isn't the one that has gone.
+    // A job of the same label that existed before isn't the one that has disappeared.
     const bool isNewThere = storeKey(now) != path && !labels.find(storeKey(now)) && !isAt(oldJobs, now);
     if (isNewThere && isGone(old)) jobMoved(old, now);
   }
 }
 
-/// Stores the labels of those jobs that have something which would have to follow them.
+/// Stores the labels of the jobs that have notes, revisions or icons.
 void JobMoves::remember(const Jobs& jobs) {
   const propertylist::Dictionary& notes = m_notes.notes();
   const propertylist::Dictionary& revisions = m_revisions.revisions();
@@ -112,7 +112,7 @@ void JobMoves::remember(const Jobs& jobs) {
   }
   if (isNew.empty()) return;
   for (auto& [key, label] : isNew) m_labels.put(key, std::move(label));
-  (void)m_labels.write();  // the store reports what fails
+  (void)m_labels.write();  // the store reports failures
 }
 
 void JobMoves::remember(const Job& job) {

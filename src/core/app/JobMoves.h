@@ -14,13 +14,15 @@ class RevisionController;
 class Selection;
 struct Notifications;
 
-/// Keeps notes, revisions and custom icons, which are stored by the path of the job's file, with their job when the
-/// file moves: by a save, or by another program. To find the latter's moves also at the next start, it keeps the labels
-/// of the jobs that have any of these. For the main thread.
+/// Lets notes, revisions and custom icons, which are stored by the path of the job's file, follow the file when a save
+/// or another program moves it. A move by another program is recognised in a scan: the old path is gone, and exactly
+/// one job of the same label has appeared elsewhere. To recognise moves that happened while the program wasn't running,
+/// the labels of the jobs concerned are stored in "JobLabels.plist". For the main thread.
 class JobMoves {
  public:
-  /// Labels and icons lie in the folder. The references outlive it. To be made before others subscribe to
-  /// `jobsUpdated`, so that they find all in place.
+  /// `applicationSupport` is the folder of labels and icons. The other arguments must outlive this object. Must be
+  /// constructed before others subscribe to `jobsUpdated`, so that they see everything at its new place. Failures are
+  /// reported to `troubles`.
   JobMoves(const std::filesystem::path& applicationSupport, Catalogue& catalogue, const Selection& selection,
            Notifications& notifications, NotesStore& notes, RevisionController& revisions, StoreTroubles& troubles);
 

@@ -64,7 +64,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
     : foundation(theFoundation),
       platform(thePlatform),
       currentMode(shell, foundation.defaults, selection),
-      storeTeller(foundation.storeTroubles, platform.interface, platform.console, platform.mainQueue,
+      storeAlerts(foundation.storeTroubles, platform.interface, platform.console, platform.mainQueue,
                   foundation.localize),
       revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock, foundation.storeTroubles),
       deletedJobs(foundation.roots.applicationSupport, platform.clock, foundation.storeTroubles),
@@ -91,7 +91,9 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       mainWindow(foundation, platform, shell, catalogue, selection, currentMode, editing, fetcher, drafts),
       windowContext(makeWindowContext(*this)),
       menus(windowContext),
-      appDelegate(*this),
+      appDelegate(foundation, platform, shell, catalogue, fetcher, actions, drafts, mainWindow),
+      termination(platform.mainQueue, shell, editing, drafts, actions, mainWindow, saving, deleting),
+      jobURLOpener(platform.mainQueue, currentMode, editing, fetcher, mainWindow, notifications),
       m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })) {}
 
 void Program::iconChanged(const std::shared_ptr<Job>& job) {

@@ -7,7 +7,9 @@
 #include "core/actions/RevisionController.h"
 #include "core/app/AppDelegate.h"
 #include "core/app/JobMoves.h"
-#include "core/app/StoreTeller.h"
+#include "core/app/JobURLOpener.h"
+#include "core/app/StoreAlerts.h"
+#include "core/app/Termination.h"
 #include "core/catalogue/KindTexts.h"
 #include "core/commands/CommandRepairs.h"
 #include "core/creation/Creation.h"
@@ -32,11 +34,12 @@
 
 namespace mirvel {
 
-/// The composition of the program: what there is once, each part made of those above it. Made before anything is on the
-/// screen. For the main thread.
+/// The composition root: owns every object of which there is one, and passes each what it depends on. Each part may use
+/// those declared before it, and is destroyed before them. Constructed before any window; for the main thread. Only
+/// `main`, the demo and test fixtures use this class; all others take the parts that they need.
 class Program {
  public:
-  /// Both outlive the program.
+  /// Both must outlive the program.
   Program(Foundation& theFoundation, const Platform& thePlatform);
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
@@ -44,7 +47,7 @@ class Program {
   Foundation& foundation;
   const Platform platform;
 
-  // State.
+  // The state of the session. Each part is the only one that changes its state.
   Busy saving = {};
   Busy deleting = {};
   Busy scanning = {};
@@ -54,8 +57,8 @@ class Program {
   Shell shell = {};
   CurrentMode currentMode;
 
-  // What the program keeps on disk.
-  StoreTeller storeTeller;
+  // The files that the program keeps for itself.
+  StoreAlerts storeAlerts;
   RevisionController revisions;
   DeletedJobs deletedJobs;
   NotesStore notes;
@@ -84,7 +87,10 @@ class Program {
   const WindowContext windowContext;
   MenuController menus;
 
+  // Start and end.
   AppDelegate appDelegate;
+  Termination termination;
+  JobURLOpener jobURLOpener;
 
  private:
   void iconChanged(const std::shared_ptr<Job>& job);

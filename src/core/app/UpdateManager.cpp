@@ -34,7 +34,7 @@ Result<Release> releaseIn(const std::string& feed, std::string_view app) {
   return Release{*version, *address};
 }
 
-/// The number before the first dot, which is cut off with it; 0 if there is none.
+/// Removes the number up to the first dot, and returns it; 0 if it isn't a number.
 std::int64_t takeNumber(std::string_view& version) {
   const std::string_view digits = version.substr(0, version.find('.'));
   version.remove_prefix(std::min(version.size(), digits.size() + 1));

@@ -12,7 +12,7 @@ class Localize;
 struct Platform;
 struct Shell;
 
-/// Gets small files from the network. For the main thread.
+/// Downloads small files. For the main thread.
 class Downloads {
  public:
   using Reply = std::function<void(Result<std::string>)>;
@@ -22,15 +22,15 @@ class Downloads {
   Downloads(const Downloads&) = delete;
   Downloads& operator=(const Downloads&) = delete;
 
-  /// Returns at once. The reply gets the bytes or the error, and isn't called after the destruction of this object.
-  /// Only HTTPS addresses are accepted.
+  /// Starts a download and returns immediately. `reply` is called once, with the bytes or an error, but never after the
+  /// destruction of this object. Addresses other than HTTPS are refused with an error.
   virtual void get(const std::string& address, Reply reply) = 0;
 };
 
-/// Looks for new versions. For the main thread.
+/// Looks for new versions of the program. For the main thread.
 class UpdateManager {
  public:
-  /// `version` is that of this program. All outlive the manager.
+  /// `version` is the version of this program. The other arguments must outlive this object.
   UpdateManager(const Localize& localize, const Platform& platform, const Shell& shell, Downloads& downloads,
                 std::string version)
       : m_localize(localize),
@@ -39,12 +39,13 @@ class UpdateManager {
         m_downloads(downloads),
         m_version(std::move(version)) {}
 
-  /// Reads the feed, a property list with a dictionary for each application: its "Version", such as "1.2.10", and the
-  /// "URL" of the page to get it from. A newer version is offered to the user, in a sheet. Other results, and errors,
-  /// are only shown if the check is `manual`.
+  /// Downloads the feed and offers a newer version of `app` to the user, in a sheet. The feed is a property list with a
+  /// dictionary for each application, which holds its "Version", such as "1.2.10", and the "URL" of a download page;
+  /// pages that aren't HTTPS are refused. Other results and errors are shown only if the check is `manual`. Otherwise
+  /// it is silent also while the main window shows another sheet.
   void check(std::string_view app, bool manual);
 
-  /// Whether a version of numbers and dots is newer than another.
+  /// Compares versions number by number; what isn't a number counts as 0. `isNewer("1.10", "1.9")` → true.
   static bool isNewer(std::string_view version, std::string_view than);
 
  private:

@@ -8,55 +8,59 @@
 
 namespace mirvel {
 
-/// The commands of the menus.
+/// The commands of the menus. Those marked as submenus have no action of their own.
 enum class Command {
-  new_,
-  edit,
-  save,
-  revert,  ///< a submenu
-  duplicate,
-  importAction,
-  export_,
-  delete_,
-  restoreDeleted,
-  share,  ///< a submenu
-  test,
-  log,
-  info,
-  revealInFinder,
-  refresh,
+  // File
+  New,             ///< opens the sheet for a new job
+  Edit,            ///< shows the selected job in the editor
+  Save,            ///< saves the edited job, or the script in the front window
+  Revert,          ///< submenu: the revisions of the selected job
+  Duplicate,       ///< opens the sheet that copies the selected job
+  Import,          ///< asks for files, and opens the sheet that imports them
+  Export,          ///< asks for a path, and writes the selected job there
+  Delete,          ///< deletes the selected job after a question
+  RestoreDeleted,  ///< opens the sheet of deleted jobs
+  Share,           ///< submenu: the ways to share the selected job
+  Test,            ///< opens the sheet that runs the selected job once
+  Log,             ///< opens the sheet with the log of the selected job
+  Info,            ///< opens the sheet with information about the selected job
+  RevealInFinder,  ///< shows the file of the selected job in the file manager
+  Refresh,         ///< scans and reloads the icons
 
-  filter,
+  // Edit
+  Filter,  ///< moves the focus to the filter field
 
-  grid,
-  tree,
-  list,
-  timeline,
-  system,
-  columns,  ///< a submenu
-  titleBar,
-  fullScreen,
+  // View
+  Grid,  ///< switches to this mode, as do the following three
+  Tree,
+  List,
+  Timeline,
+  System,      ///< toggles whether jobs of the system are shown
+  Columns,     ///< submenu: the columns of list mode
+  TitleBar,    ///< toggles whether the title bar shows the title
+  FullScreen,  ///< toggles full screen
 
-  help,
-  manLaunchdplist,
-  site,
-  mailSupport,
-  checkForUpdates,
-  about,
+  // Help
+  Help,             ///< opens the help pages in the browser
+  ManLaunchdplist,  ///< opens the manual page of launchd.plist
+  Site,             ///< opens the web site
+  MailSupport,      ///< begins a mail to the authors
+  CheckForUpdates,  ///< looks for a new version, and always shows the result
+  About,            ///< shows the version and the licence
 };
 
 /// The controls of the toolbar.
-enum class ToolbarItem { new_, mode, filter, share, log, info };
+enum class ToolbarItem { New, Mode, Filter, Share, Log, Info };
 
-/// All that the enabling of commands depends on.
+/// The state of the program on which the availability of commands depends.
 struct CommandContext {
-  std::optional<Kind> selected = {};  ///< kind of the selected job
-  bool isSelectedNamed = false;
+  std::optional<Kind> selected = {};  ///< kind of the selected job; none if no job is shown
+  bool isSelectedNamed = false;       ///< its name isn't empty
   bool canDeleteSelected = false;
   bool hasRevisions = false;  ///< of the selected job
   bool hasUnsavedChanges = false;
   bool isSaving = false;
-  bool hasSheet = false;         ///< on the main window
+  bool hasSheet = false;         ///< the main window shows a sheet
   bool isScriptInFront = false;  ///< the key window edits a script
   bool hasFilterField = false;   ///< in a visible toolbar
   bool editsSystemJobs = false;
@@ -67,13 +71,15 @@ struct CommandContext {
   Mode mode = Mode::Grid;
 };
 
-/// Whether the command can be chosen.
+/// Whether the command can be chosen. While a sheet is shown, only the Help menu and full screen are available. Doesn't
+/// consider whether the command is offered at all (see `MenuController::isOffered`).
 bool isEnabled(Command command, const CommandContext& context);
-/// Whether a tick stands beside it; absent for commands that never have one.
+/// Whether the menu item has a check mark; none for commands that never have one.
 std::optional<bool> isOn(Command command, const CommandContext& context);
+/// Whether the control is enabled. All are disabled while a job is being saved.
 bool isEnabled(ToolbarItem item, const CommandContext& context);
 
-/// The mode that a command of the View menu switches to.
+/// The mode that a command of the View menu switches to; none for other commands.
 std::optional<Mode> modeOf(Command command);
 
 }  // namespace mirvel

@@ -68,7 +68,7 @@ void GridMode::reloadJob(const std::shared_ptr<Job>& job) {
 
 std::string_view GridMode::name(IndexPath path) const {
   const auto job = m_sections.job(path);
-  return job ? std::string_view(job->name) : std::string_view();  // the groups keep the job
+  return job ? std::string_view(job->name) : std::string_view();  // stays valid, because the groups own the job
 }
 
 GridItem GridMode::item(IndexPath path) const {
@@ -86,7 +86,7 @@ std::string GridMode::header(std::size_t section) const {
 
 void GridMode::selectionDidChange(std::optional<IndexPath> path) {
   if (!path) return;
-  if (m_context.saving.isBusy()) return;  // what is on its way to its file needs no question
+  if (m_context.saving.isBusy()) return;  // what is being saved isn't lost
   if (m_context.editing.hasUnsavedChanges()) return m_context.mainWindow.unsavedChangesAlert();
   const auto job = m_sections.job(*path);
   if (!job) return;

@@ -12,7 +12,7 @@
 
 namespace mirvel {
 
-/// The view of grid mode, as the logic sees it.
+/// The view of grid mode, implemented by the shell.
 class GridCollectionType {
  public:
   GridCollectionType() = default;
@@ -20,28 +20,30 @@ class GridCollectionType {
   GridCollectionType(const GridCollectionType&) = delete;
   GridCollectionType& operator=(const GridCollectionType&) = delete;
 
-  /// Shows the new groups. Reports no change of selection, leaves nothing marked, and keeps the scroll position.
+  /// Shows the new groups of `GridMode::sections`. Doesn't report a change of the selection, marks no item, and keeps
+  /// the scroll position.
   virtual void reload() = 0;
-  /// Marks just this item, or none, without reporting it.
+  /// Marks this item alone, or none, without reporting it.
   virtual void mark(std::optional<IndexPath> path) = 0;
-  /// Scrolls until the item is visible, at the nearest edge.
+  /// Scrolls as little as necessary to make the item visible.
   virtual void scrollTo(IndexPath path) = 0;
+  /// Updates one item after its name, icon or state has changed.
   virtual void reloadItem(IndexPath path) = 0;
 };
 
-/// What an item of the grid shows.
+/// The contents of an item of the grid.
 struct GridItem {
-  std::weak_ptr<Job> job = {};
+  std::weak_ptr<Job> job = {};  ///< expired for an item out of range
   std::string name = {};
-  std::optional<Image> icon = {};
-  std::optional<Image> noWriteBadge = {};  ///< of a job that can't be changed
-  bool isSecondary = false;                ///< its name is in the quieter text colour
+  std::optional<Image> icon = {};          ///< none: the view shows a generic one
+  std::optional<Image> noWriteBadge = {};  ///< for a job that can't be edited
+  bool isSecondary = false;                ///< the name is drawn in the secondary text colour
 };
 
 /// All jobs as icons in groups. For the main thread.
 class GridMode final : public ModeType {
  public:
-  /// Registers itself in the shell for as long as it lives.
+  /// Registers itself in the shell until destroyed. Both arguments must outlive the mode.
   GridMode(const WindowContext& context, GridCollectionType& collection);
   ~GridMode() override;
 
@@ -53,20 +55,21 @@ class GridMode final : public ModeType {
   void reloadJob(const std::shared_ptr<Job>& job) override;
 
   const Sections& sections() const { return m_sections.all(); }
-  /// Both are empty beyond the groups.
+  /// Name and item at a position; empty if it is out of range. The name is valid until the next `update`.
   std::string_view name(IndexPath path) const;
   GridItem item(IndexPath path) const;
-  /// The title over a group; empty beyond them.
+  /// The title of a group; empty if it is out of range.
   std::string header(std::size_t section) const;
 
-  /// The user marked an item, or none. Asks about unsaved changes each time, and does nothing during a save; the mark
-  /// stays where the user set it in both cases.
+  /// To be called when the user has marked an item, or none: selects its job. If there are unsaved changes, asks about
+  /// them each time instead; during a save, does nothing. In both cases the mark stays on the item.
   void selectionDidChange(std::optional<IndexPath> path);
-  /// The user clicked a marked item. If its job isn't shown, since the first click had no effect, this is another try.
+  /// To be called when the user clicks the marked item. If its job isn't selected, because the first click was refused,
+  /// tries to select it again.
   void markedItemWasClicked(IndexPath path);
-  /// The menu for a click on an item.
+  /// The context menu of an item. Empty if the path is out of range or the job hasn't been saved yet.
   JobMenu menuForItem(IndexPath path);
-  /// The file that a drag of these items carries: that of the first. None if the drag is refused.
+  /// The file to drag for these items: that of the first one. None if the drag is refused.
   std::optional<URL> dragItems(const std::vector<IndexPath>& paths) const;
 
  private:

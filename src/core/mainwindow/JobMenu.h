@@ -11,7 +11,7 @@ namespace mirvel {
 
 struct WindowContext;
 
-/// The contextual menu of a job, as rows for the shell to show.
+/// The items of a job's context menu, for the shell to show.
 class JobMenu {
  public:
   struct Item {
@@ -19,11 +19,11 @@ class JobMenu {
 
     Type type = Type::Action;
     std::string title = {};
-    std::function<void()> action = {};
+    std::function<void()> action = {};  ///< empty unless `type` is `Action`
   };
 
   void clear() { m_items.clear(); }
-  /// A heading, which can't be chosen.
+  /// Adds a heading, which can't be chosen.
   void addTitle(std::string title) { m_items.push_back({Item::Type::Title, std::move(title), {}}); }
   void addSeparator() { m_items.push_back({Item::Type::Separator, {}, {}}); }
   void add(std::string title, std::function<void()> action) {
@@ -35,12 +35,13 @@ class JobMenu {
   std::vector<Item> m_items;
 };
 
-/// Fills the menu of a job, in all modes but the timeline.
+/// Fills the menu of a job, for all modes except the timeline. The actions keep the job alive; `context` must outlive
+/// them.
 void jobContextMenu(const WindowContext& context, JobMenu& menu, const std::shared_ptr<Job>& job);
-/// Fills it in the timeline: without deletion.
+/// The same for the timeline, without the item that deletes the job.
 void jobContextMenuWithoutDelete(const WindowContext& context, JobMenu& menu, const std::shared_ptr<Job>& job);
 
-/// The menu for a click on a job, as the current mode fills it. Empty for null and for a job without a file.
+/// The context menu of a job, filled by the current mode. Empty if `job` is null or hasn't been saved yet.
 JobMenu menuForJob(const WindowContext& context, const std::shared_ptr<Job>& job);
 
 }  // namespace mirvel

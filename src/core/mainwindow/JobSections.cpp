@@ -24,7 +24,7 @@ std::optional<IndexPath> findIf(const Sections& sections, const Matches& matches
 bool JobSections::update(const Jobs& jobs) {
   const Shown& before = shown();
   const bool isEqual = haveSameRows(jobs, before.content);
-  // Equal jobs stay in the groups they have, even if the user has meanwhile asked for others to be shown.
+  // The view isn't reloaded for equal jobs, so their groups must not change even if the setting has changed meanwhile.
   const bool showSystemJobs = isEqual ? before.showSystemJobs : m_defaults.showSystemJobs();
   m_shown = Shown{jobs, showSystemJobs, makeSections(jobs, showSystemJobs)};
   return !isEqual;

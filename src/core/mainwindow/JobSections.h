@@ -10,7 +10,7 @@ namespace mirvel {
 
 /// The position of a job among groups of jobs, or that of a group itself.
 struct IndexPath {
-  /// In place of an item: the group itself.
+  /// The value of `item` for the group itself.
   static constexpr std::size_t group = std::numeric_limits<std::size_t>::max();
 
   std::size_t section = 0;
@@ -22,23 +22,23 @@ struct IndexPath {
 class Catalogue;
 class Defaults;
 
-/// The jobs grouped by kind, as grid and tree show them. For the main thread.
+/// The jobs grouped by kind, for grid and tree. For the main thread.
 class JobSections {
  public:
-  /// Both outlive it.
+  /// Both arguments must outlive this object.
   JobSections(const Catalogue& catalogue, const Defaults& defaults) : m_catalogue(catalogue), m_defaults(defaults) {}
 
-  /// Takes new jobs. False if they are equal to the old ones and have the same URLs: then the groups stay, and only the
-  /// jobs in them are replaced.
+  /// Replaces the jobs. Returns false if the rows stay the same (see `haveSameRows`): then only the jobs in the groups
+  /// are replaced, and a change of the setting "show system jobs" takes effect with the next real change.
   bool update(const Jobs& jobs);
 
-  /// The groups, at first those of the catalogue at the time of the first call.
+  /// The groups. Before the first `update`, those of the catalogue at the first call. Empty groups are left out.
   const Sections& all() const;
-  /// Null beyond the groups, and for a group itself.
+  /// Null if the path is out of range or refers to a group.
   std::shared_ptr<Job> job(IndexPath path) const;
-  /// The first job at this URL.
+  /// The position of the first job with this URL; none if there is no such job.
   std::optional<IndexPath> find(const URL& url) const;
-  /// This very job.
+  /// The position of this object; equal jobs don't count.
   std::optional<IndexPath> find(const Job* job) const;
 
  private:

@@ -4,13 +4,16 @@
 #include <charconv>
 #include <utility>
 
+#include "core/locale/Localize.h"
+#include "core/mainwindow/WindowTexts.h"
+
 namespace mirvel {
 
 namespace {
 
 constexpr std::string_view hidden = "hidden";
 
-/// The text up to the separator, which is taken off with it.
+/// Removes the text up to and including the separator, and returns it without the separator.
 std::string_view takeUntil(char separator, std::string_view& text) {
   const auto end = std::min(text.find(separator), text.size());
   const std::string_view piece = text.substr(0, end);
@@ -27,7 +30,7 @@ std::optional<int> widthIn(std::string_view word) {
 }
 
 std::optional<ListPlace> placeIn(std::string_view text) {
-  const auto column = Column::column(takeUntil(' ', text));
+  const auto column = listColumn(takeUntil(' ', text));
   if (!column) return std::nullopt;
   ListPlace place{.column = *column};
   while (!text.empty()) {
@@ -38,17 +41,62 @@ std::optional<ListPlace> placeIn(std::string_view text) {
   return place;
 }
 
-bool holds(const std::vector<ListPlace>& places, Column::List column) {
+bool holds(const std::vector<ListPlace>& places, ListColumn column) {
   return std::any_of(places.begin(), places.end(), [&](const ListPlace& place) { return place.column == column; });
 }
 
 }  // namespace
 
+std::string_view identifier(ListColumn column) {
+  constexpr std::array<std::string_view, 7> identifiers{"name",      "summary",   "kind", "enabled",
+                                                        "keepAlive", "scheduled", "run"};
+  return identifiers.at(static_cast<std::size_t>(column));
+}
+
+std::optional<ListColumn> listColumn(std::string_view name) {
+  for (const ListColumn candidate : allListColumns) {
+    if (identifier(candidate) == name) return candidate;
+  }
+  return std::nullopt;
+}
+
+std::string title(ListColumn column, const Localize& localize) {
+  switch (column) {
+    case ListColumn::Name:
+      return localize.name();
+    case ListColumn::Summary:
+      return localize.summary();
+    case ListColumn::Kind:
+      return localize.kind();
+    case ListColumn::Enabled:
+      return localize.enabled();
+    case ListColumn::KeepAlive:
+      return WindowTexts(localize).relaunch();
+    case ListColumn::Scheduled:
+      return localize.scheduled();
+    case ListColumn::Run:
+      return localize.run();
+  }
+  return {};
+}
+
+std::optional<std::vector<ListColumn>> toggled(std::vector<ListColumn> visible, ListColumn column) {
+  const auto found = std::find(visible.begin(), visible.end(), column);
+  if (found == visible.end()) {
+    visible.push_back(column);
+    std::sort(visible.begin(), visible.end());
+    return visible;
+  }
+  if (visible.size() <= 1) return std::nullopt;
+  visible.erase(found);
+  return visible;
+}
+
 std::string layoutText(const std::vector<ListPlace>& places) {
   std::string text;
   for (const ListPlace& place : places) {
     if (!text.empty()) text += ',';
-    text += Column::identifier(place.column);
+    text += identifier(place.column);
     if (place.width > 0) text += ' ' + std::to_string(place.width);
     if (!place.isVisible) text.append(" ").append(hidden);
   }
@@ -61,7 +109,7 @@ std::vector<ListPlace> layoutIn(std::string_view text) {
     const auto place = placeIn(takeUntil(',', text));
     if (place && !holds(places, place->column)) places.push_back(*place);
   }
-  for (const Column::List column : Column::allList) {
+  for (const ListColumn column : allListColumns) {
     if (!holds(places, column)) places.push_back({.column = column});
   }
   const bool isNoneVisible =
@@ -77,7 +125,7 @@ std::string sortText(const SortDescriptor& descriptor) {
 std::optional<SortDescriptor> sortIn(std::string_view text) {
   const bool isAscending = !text.starts_with('-');
   if (!isAscending) text.remove_prefix(1);
-  if (!Column::column(text)) return std::nullopt;
+  if (!listColumn(text)) return std::nullopt;
   return SortDescriptor{.key = std::string(text), .isAscending = isAscending};
 }
 

@@ -1,33 +1,65 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "core/mainwindow/ListColumn.h"
-#include "core/mainwindow/ListSort.h"
-
 namespace mirvel {
 
-/// A column of list mode as the user has arranged it.
+class Localize;
+
+/// The columns of list mode, in their default order. The numbers are those of the table's sections.
+enum class ListColumn : int {
+  Name = 0,   ///< the label; for jobs of other kinds than launchd their name
+  Summary,    ///< a short form of the command
+  Kind,       ///< an icon
+  Enabled,    ///< an icon
+  KeepAlive,  ///< a check box: the job has the key, whatever its value
+  Scheduled,  ///< a check box: the job has a schedule
+  Run,        ///< the command
+};
+
+inline constexpr std::array<ListColumn, 7> allListColumns{
+    ListColumn::Name,      ListColumn::Summary,   ListColumn::Kind, ListColumn::Enabled,
+    ListColumn::KeepAlive, ListColumn::Scheduled, ListColumn::Run};
+
+/// The name of a column in settings and sort descriptors, independent of the language: `KeepAlive` → `"keepAlive"`.
+std::string_view identifier(ListColumn column);
+/// The inverse of `identifier`; none if there is no such column. Case matters.
+std::optional<ListColumn> listColumn(std::string_view name);
+/// The title in the header, in the user's language.
+std::string title(ListColumn column, const Localize& localize);
+
+/// The visible columns, in default order, after the user has chosen a column in the menu. None if it is the last
+/// visible one, which can't be hidden.
+std::optional<std::vector<ListColumn>> toggled(std::vector<ListColumn> visible, ListColumn column);
+
+/// A sort order.
+struct SortDescriptor {
+  std::string key;  ///< identifier of a column
+  bool isAscending = true;
+};
+
+/// A column as arranged by the user.
 struct ListPlace {
-  Column::List column;
-  int width = 0;  ///< 0: what the column has by itself
+  ListColumn column;
+  int width = 0;  ///< in pixels; 0 is the column's default
   bool isVisible = true;
 
   bool operator==(const ListPlace&) const = default;
 };
 
-/// The columns from the left and the sort order, as the settings hold them: "name 210,kind hidden,run", "-name". Each
-/// text is read back as what it was made of.
+/// The stored form of the columns from left to right: `"name 210,kind hidden,run"`. `layoutIn` reads it back.
 std::string layoutText(const std::vector<ListPlace>& places);
-std::string sortText(const SortDescriptor& descriptor);
-
-/// All columns, from the left. Those that the text doesn't tell follow at the end, what it tells of others is left out,
-/// and if it hides them all they are all visible.
+/// The columns from left to right; each occurs exactly once. Tolerates any text: unknown columns, repetitions and
+/// widths outside of 1 to 10000 are ignored, missing columns are appended, and if all are hidden, all are shown.
 std::vector<ListPlace> layoutIn(std::string_view text);
-/// None: the text names no column.
+
+/// The stored form of the sort order: `"name"`, descending `"-name"`. `sortIn` reads it back.
+std::string sortText(const SortDescriptor& descriptor);
+/// None if the text doesn't name a column.
 std::optional<SortDescriptor> sortIn(std::string_view text);
 
 }  // namespace mirvel

@@ -37,22 +37,22 @@ ListCell statusCell(const WindowContext& context, const Job& job) {
 
 }  // namespace
 
-ListCell listCell(const WindowContext& context, const Job& job, Column::List column) {
+ListCell listCell(const WindowContext& context, const Job& job, ListColumn column) {
   const jobfile::Plist* record = job.record();
   switch (column) {
-    case Column::List::name:
+    case ListColumn::Name:
       return textCell(job, job.name);
-    case Column::List::summary:
+    case ListColumn::Summary:
       return textCell(job, job.summary);
-    case Column::List::kind:
+    case ListColumn::Kind:
       return kindCell(context.kinds, job.kind);
-    case Column::List::enabled:
+    case ListColumn::Enabled:
       return statusCell(context, job);
-    case Column::List::keepAlive:
+    case ListColumn::KeepAlive:
       return {.isChecked = record && record->keepAlive};
-    case Column::List::scheduled:
+    case ListColumn::Scheduled:
       return {.isChecked = record && record->isScheduled()};
-    case Column::List::run:
+    case ListColumn::Run:
       return textCell(job, job.run());
   }
   return {};
@@ -98,7 +98,7 @@ void ListMode::select(const std::shared_ptr<Job>& job) {
 }
 
 void ListMode::update(const Jobs& jobs) {
-  // Equal jobs keep their rows, and the rows get the jobs that are now in the catalogue.
+  // Equal jobs keep their rows, but the rows must refer to the jobs that are now in the catalogue.
   const bool keepsRows = haveSameRows(jobs, content());
   m_content = jobs;
   if (!keepsRows) sort();
@@ -114,7 +114,7 @@ void ListMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
   jobContextMenu(m_context, menu, job);
 }
 
-ListCell ListMode::cell(Column::List column, std::size_t row) const {
+ListCell ListMode::cell(ListColumn column, std::size_t row) const {
   if (row >= content().size()) return {};
   return listCell(m_context, *content()[row], column);
 }
@@ -130,7 +130,7 @@ void ListMode::setSortDescriptors(std::vector<SortDescriptor> descriptors) {
 void ListMode::sort() {
   if (m_sortDescriptors.empty()) return;
   const SortDescriptor& first = m_sortDescriptors.front();
-  const auto column = Column::column(first.key);
+  const auto column = listColumn(first.key);
   if (!column) return;
   sortJobs(*m_content, *column, first.isAscending, m_context.foundation.collator);
   m_delay(0.01, [this] { m_table.prepareHeaders(); });
@@ -147,18 +147,6 @@ JobMenu ListMode::menuForRow(std::size_t row) {
 std::optional<URL> ListMode::dragRows(const std::vector<std::size_t>& rows) const {
   if (rows.empty() || rows.front() >= content().size()) return std::nullopt;
   return draggedURL(*content()[rows.front()]);
-}
-
-std::optional<std::vector<Column::List>> toggled(std::vector<Column::List> visible, Column::List column) {
-  const auto found = std::find(visible.begin(), visible.end(), column);
-  if (found == visible.end()) {
-    visible.push_back(column);
-    std::sort(visible.begin(), visible.end());
-    return visible;
-  }
-  if (visible.size() <= 1) return std::nullopt;
-  visible.erase(found);
-  return visible;
 }
 
 }  // namespace mirvel

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/base/Image.h"
-#include "core/mainwindow/ListColumn.h"
+#include "core/mainwindow/ListLayout.h"
 #include "core/mainwindow/ListSort.h"
 #include "core/mainwindow/ModeRules.h"
 #include "core/ports/MainQueue.h"
@@ -16,7 +16,7 @@ namespace mirvel {
 
 struct WindowContext;
 
-/// The table of list mode, as the logic sees it.
+/// The table of list mode, implemented by the shell.
 class ListTableType {
  public:
   ListTableType() = default;
@@ -24,31 +24,31 @@ class ListTableType {
   ListTableType(const ListTableType&) = delete;
   ListTableType& operator=(const ListTableType&) = delete;
 
-  /// Shows the new rows. Reports no change of selection, and leaves no row marked.
+  /// Shows the new rows of `ListMode::content`. Doesn't report a change of the selection, and marks no row.
   virtual void reload() = 0;
-  /// Marks just this row, or none.
+  /// Marks this row alone, or none, without reporting it.
   virtual void mark(std::optional<std::size_t> row) = 0;
   virtual void scrollTo(std::size_t row) = 0;
-  /// Puts the titles into the header.
+  /// Updates the titles of the header.
   virtual void prepareHeaders() = 0;
 };
 
-/// What a cell of the table shows.
+/// The contents of a cell.
 struct ListCell {
-  std::string text = {};
+  std::string text = {};  ///< empty for a cell with an icon or a check box
   std::string toolTip = {};
   std::optional<Image> image = {};
-  std::optional<bool> isChecked = {};  ///< of a cell with a check box; absent in others
-  bool isSecondary = false;            ///< in the quieter text colour
+  std::optional<bool> isChecked = {};  ///< the state of the check box; none if there is no check box
+  bool isSecondary = false;            ///< drawn in the secondary text colour
 };
 
-/// What the table shows of a job in a column.
-ListCell listCell(const WindowContext& context, const Job& job, Column::List column);
+/// The cell of a job in a column. Never fails: a job without a record has empty check boxes.
+ListCell listCell(const WindowContext& context, const Job& job, ListColumn column);
 
 /// The flat, sortable table of all jobs. For the main thread.
 class ListMode final : public ModeType {
  public:
-  /// Registers itself in the shell for as long as it lives.
+  /// Registers itself in the shell until destroyed. Both arguments must outlive the mode.
   ListMode(const WindowContext& context, ListTableType& table);
   ~ListMode() override;
 
@@ -58,18 +58,21 @@ class ListMode final : public ModeType {
   void deselect() override;
   void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) override;
 
-  /// The rows: the jobs as filtered and sorted.
+  /// The rows: the filtered jobs in sort order.
   const Jobs& content() const;
-  ListCell cell(Column::List column, std::size_t row) const;
+  /// Empty for a row out of range.
+  ListCell cell(ListColumn column, std::size_t row) const;
 
-  /// The user clicked a header. Only the first descriptor counts; with none the rows stay as they are.
+  /// To be called when the user has clicked a header. Sorts by the first descriptor, and keeps the selected job marked.
+  /// Without descriptors, or with an unknown column, the order stays as it is.
   void setSortDescriptors(std::vector<SortDescriptor> descriptors);
-  /// The user marked a row. Ignores an index out of range.
+  /// To be called when the user has marked a row: selects its job. Ignores a row out of range.
   void selectionDidChange(std::size_t row);
+  /// Whether the user may mark another row now; see `SelectionGuard`.
   bool selectionMayChange() { return m_guard.mayChange(); }
-  /// The menu for a click on a row. Empty beyond the rows and for a job without a file.
+  /// The context menu of a row. Empty for a row out of range and for a job that hasn't been saved yet.
   JobMenu menuForRow(std::size_t row);
-  /// The file that a drag of these rows carries: that of the first. None if the drag is refused.
+  /// The file to drag for these rows: that of the first one. None if the drag is refused.
   std::optional<URL> dragRows(const std::vector<std::size_t>& rows) const;
 
  private:
@@ -80,12 +83,9 @@ class ListMode final : public ModeType {
   const WindowContext& m_context;
   ListTableType& m_table;
   SelectionGuard m_guard;
-  mutable std::optional<Jobs> m_content;  // taken from the catalogue when first asked for
+  mutable std::optional<Jobs> m_content;  // copied from the catalogue on first use
   std::vector<SortDescriptor> m_sortDescriptors;
   Delay m_delay;
 };
-
-/// The visible columns after a click on one in the menu. None if it is the last visible one, which stays.
-std::optional<std::vector<Column::List>> toggled(std::vector<Column::List> visible, Column::List column);
 
 }  // namespace mirvel

@@ -5,20 +5,21 @@
 #include <vector>
 
 #include "core/jobfile/Plist.h"
+#include "core/locale/Collator.h"
 #include "core/scan/SortByKey.h"
 
 namespace mirvel {
 
 namespace {
 
-/// The text by which a column sorts, where it sorts by one.
-std::optional<Job::SortText> sortTextOf(Column::List column) {
+/// The text that a column compares; none if it compares something else.
+std::optional<Job::SortText> sortTextOf(ListColumn column) {
   switch (column) {
-    case Column::List::name:
+    case ListColumn::Name:
       return Job::SortText::Name;
-    case Column::List::summary:
+    case ListColumn::Summary:
       return Job::SortText::Summary;
-    case Column::List::run:
+    case ListColumn::Run:
       return Job::SortText::Run;
     default:
       return std::nullopt;
@@ -33,15 +34,15 @@ void sortByText(Jobs& jobs, Job::SortText text, bool isAscending, const Collator
   jobs = inOrder(rows, std::move(jobs));
 }
 
-/// Whether the job has what the column shows by a mark. A job that isn't launchd's is neither kept alive nor scheduled.
-bool hasMark(const Job& job, Column::List column) {
+/// Whether the column shows a mark for the job. Only jobs of launchd can be kept alive or scheduled.
+bool hasMark(const Job& job, ListColumn column) {
   const jobfile::Plist* const record = job.record();
   switch (column) {
-    case Column::List::enabled:
+    case ListColumn::Enabled:
       return !job.isDisabled();
-    case Column::List::keepAlive:
+    case ListColumn::KeepAlive:
       return record && record->keepAlive;
-    case Column::List::scheduled:
+    case ListColumn::Scheduled:
       return record && record->isScheduled();
     default:
       return false;
@@ -50,19 +51,19 @@ bool hasMark(const Job& job, Column::List column) {
 
 }  // namespace
 
-bool standsBefore(const Job& a, const Job& b, Column::List column, bool isAscending) {
-  if (!isAscending) return standsBefore(b, a, column, true);
-  if (column == Column::List::kind) return a.kind.rawValue() < b.kind.rawValue();
+bool precedes(const Job& a, const Job& b, ListColumn column, bool isAscending) {
+  if (!isAscending) return precedes(b, a, column, true);
+  if (column == ListColumn::Kind) return a.kind.rawValue() < b.kind.rawValue();
   return hasMark(a, column) && !hasMark(b, column);
 }
 
-void sortJobs(Jobs& jobs, Column::List column, bool isAscending, const Collator& collator) {
+void sortJobs(Jobs& jobs, ListColumn column, bool isAscending, const Collator& collator) {
   if (const auto text = sortTextOf(column)) {
     sortByText(jobs, *text, isAscending, collator);
     return;
   }
   std::stable_sort(jobs.begin(), jobs.end(), [column, isAscending](const auto& a, const auto& b) {
-    return standsBefore(*a, *b, column, isAscending);
+    return precedes(*a, *b, column, isAscending);
   });
 }
 

@@ -1,24 +1,17 @@
 #pragma once
 
-#include <string>
-
 #include "core/catalogue/Job.h"
-#include "core/locale/Collator.h"
-#include "core/mainwindow/ListColumn.h"
+#include "core/mainwindow/ListLayout.h"
 
 namespace mirvel {
 
-/// By what a table is sorted.
-struct SortDescriptor {
-  std::string key;  ///< identifier of a column
-  bool isAscending = true;
-};
+class Collator;
 
-/// Whether `a` stands before `b`, for the columns that don't compare texts: a strict weak order. Jobs with the mark of
-/// the column come first.
-bool standsBefore(const Job& a, const Job& b, Column::List column, bool isAscending);
+/// Sorts the jobs by a column: texts by the collator, kinds by their number, and for marks and check boxes those jobs
+/// first that have one (descending: last). Stable: jobs that are equal in the column keep their order.
+void sortJobs(Jobs& jobs, ListColumn column, bool isAscending, const Collator& collator);
 
-/// Sorts the jobs by a column. Jobs that are alike in it keep their order.
-void sortJobs(Jobs& jobs, Column::List column, bool isAscending, const Collator& collator);
+/// Whether `a` precedes `b`; a strict weak order. Only for columns that don't compare texts.
+bool precedes(const Job& a, const Job& b, ListColumn column, bool isAscending);
 
 }  // namespace mirvel

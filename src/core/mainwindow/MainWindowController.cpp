@@ -54,11 +54,11 @@ void MainWindowController::updateTitle() {
 
 void MainWindowController::switchMode(Mode mode) {
   MainWindowType* const window = m_shell.mainWindow;
-  if (m_editing.hasUnsavedChanges()) {  // what is being edited stays where it is
+  if (m_editing.hasUnsavedChanges()) {  // the edited job must stay in view
     if (window) window->showMode(m_currentMode.chosen());
     return;
   }
-  (void)m_foundation.defaults.setSelectedMode(static_cast<int>(mode));  // what fails has been reported
+  (void)m_foundation.defaults.setSelectedMode(static_cast<int>(mode));  // failures have been reported
   if (window) {
     window->showMode(mode);
     window->clearFilter();
@@ -88,9 +88,9 @@ void MainWindowController::unsavedChangesAlert() {
 bool MainWindowController::sessionMayEnd() {
   if (!m_editing.hasUnsavedChanges()) return true;
   if (m_platform.interface.alert(unsavedChangesQuestion()) != Interface::alternateButton) return false;
-  // Another program may still call the end off: what the user said goes all the same.
+  // Another program may still cancel the end of the session, but the answer remains valid.
   if (EditType* const edit = m_shell.edit) edit->discardEdits();
-  (void)m_drafts.settle();  // what fails has been reported
+  (void)m_drafts.settle();  // failures have been reported
   return true;
 }
 
@@ -115,19 +115,19 @@ void MainWindowController::answerUnsavedChanges(int button) {
 }
 
 void MainWindowController::toggleSystemJobs() {
-  (void)m_foundation.defaults.negate(Defaults::Key::showSystemJobs);  // what fails has been reported
+  (void)m_foundation.defaults.negate(Defaults::Key::showSystemJobs);  // failures have been reported
   m_fetcher.refresh();
 }
 
 void MainWindowController::toggleTitleBar() {
-  (void)m_foundation.defaults.negate(Defaults::Key::showTitleBar);  // what fails has been reported
+  (void)m_foundation.defaults.negate(Defaults::Key::showTitleBar);  // failures have been reported
   updateTitle();
 }
 
 void MainWindowController::fullScreenDidChange(bool isFullScreen) {
   Defaults& defaults = m_foundation.defaults;
   if (isFullScreen == defaults.preferFullScreen()) return;
-  (void)defaults.setPreferFullScreen(isFullScreen);  // what fails has been reported
+  (void)defaults.setPreferFullScreen(isFullScreen);  // failures have been reported
 }
 
 void MainWindowController::revealInFinder(const Job& job) {

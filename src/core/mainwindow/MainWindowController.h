@@ -19,34 +19,39 @@ struct Foundation;
 struct Platform;
 struct Shell;
 
-/// The main window as a whole: its title, its mode, and the question about unsaved changes. Shows the selected job
-/// whenever a selection is made, and starts a scan when nothing is selected any more. For the main thread.
+/// The main window as a whole: its title, its mode, and the question about unsaved changes. Updates title and details
+/// when the selection changes, and starts a scan when nothing is selected any more. Each method tolerates that the
+/// window, the details or the editor aren't registered in the shell. For the main thread.
 class MainWindowController {
  public:
-  /// All outlive it.
+  /// All arguments must outlive this object.
   MainWindowController(Foundation& foundation, const Platform& platform, const Shell& shell, const Catalogue& catalogue,
                        Selection& selection, CurrentMode& currentMode, Editing& editing, Fetcher& fetcher,
                        Drafts& drafts);
 
-  /// The application's name, with that of the selected job.
+  /// The name of the application, followed by that of the job whose details are shown: "Mirvel – backup".
   std::string title() const;
+  /// Sets the title of the window, and whether the title bar shows it.
   void updateTitle();
-  /// Shows all jobs in another mode, without selection and filter, and starts a scan.
+  /// Shows all jobs in another mode, stores the mode in the settings, clears selection and filter, and starts a scan.
+  /// With unsaved changes, stays in the current mode.
   void switchMode(Mode mode);
-  /// Asks what to do with unsaved changes, in a sheet: to keep them, which closing the sheet does too, or to drop them.
+  /// Asks, in a sheet, whether to keep unsaved changes or discard them. Closing the sheet keeps them.
   void unsavedChangesAlert();
-  /// Asks the same because the application is to quit; if the changes may be dropped, it quits. Until the answer a
-  /// second call does nothing, and another question of the kind counts as this one.
+  /// Asks the same in order to quit: if the changes may be discarded, the application quits. Until the question is
+  /// answered, further calls do nothing, and the answer to any `unsavedChangesAlert` counts as the answer.
   void askBeforeQuitting();
-  /// From `askBeforeQuitting` to the answer.
+  /// True from `askBeforeQuitting` until the user keeps the changes.
   bool isTerminating() const { return m_isTerminating; }
-  /// Whether the desktop session may end now. The user is asked as before quitting, and waited for.
+  /// Whether the desktop session may end now. Asks about unsaved changes and waits for the answer.
   bool sessionMayEnd();
+  /// Changes the setting that shows the jobs of the system, and scans.
   void toggleSystemJobs();
+  /// Changes the setting that shows the title in the title bar.
   void toggleTitleBar();
-  /// The user entered or left full screen.
+  /// To be called when the user has entered or left full screen. Stores it for the next start.
   void fullScreenDidChange(bool isFullScreen);
-  /// Shows the job's file in the file viewer; of a login item, the settings where it is listed.
+  /// Shows the job's file in the file manager. For a login item, opens the settings that list it.
   void revealInFinder(const Job& job);
 
  private:

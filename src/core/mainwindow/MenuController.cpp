@@ -23,17 +23,17 @@ namespace {
 
 std::optional<Sheet> sheetOf(Command command) {
   switch (command) {
-    case Command::new_:
+    case Command::New:
       return Sheet::New;
-    case Command::duplicate:
+    case Command::Duplicate:
       return Sheet::Duplicate;
-    case Command::restoreDeleted:
+    case Command::RestoreDeleted:
       return Sheet::RestoreDeleted;
-    case Command::test:
+    case Command::Test:
       return Sheet::Test;
-    case Command::log:
+    case Command::Log:
       return Sheet::Log;
-    case Command::info:
+    case Command::Info:
       return Sheet::Info;
     default:
       return std::nullopt;
@@ -46,16 +46,16 @@ bool MenuController::isOffered(Command command) const {
   const Shell& shell = m_context.shell;
   if (const auto sheet = sheetOf(command)) return shell.sheets.contains(*sheet);
   switch (command) {
-    case Command::save:
+    case Command::Save:
       return shell.edit || shell.saveScript;
-    case Command::edit:
-    case Command::revert:
+    case Command::Edit:
+    case Command::Revert:
       return shell.edit != nullptr;
-    case Command::importAction:
+    case Command::Import:
       return static_cast<bool>(shell.importJob);
-    case Command::export_:
+    case Command::Export:
       return static_cast<bool>(shell.exportJob);
-    case Command::checkForUpdates:
+    case Command::CheckForUpdates:
       return static_cast<bool>(shell.checkForUpdate);
     default:
       return true;
@@ -100,20 +100,20 @@ void MenuController::performFile(Command command) {
   MainWindowController& window = m_context.mainWindow;
   const Shell& shell = m_context.shell;
   switch (command) {
-    case Command::edit:
+    case Command::Edit:
       if (shell.detail) shell.detail->showEdit();
       return;
-    case Command::save:
+    case Command::Save:
       return saveSelected();
-    case Command::importAction:
+    case Command::Import:
       return shell.importJob();
-    case Command::export_:
+    case Command::Export:
       return shell.exportJob();
-    case Command::delete_:
+    case Command::Delete:
       return m_context.deletion.confirm(m_context.selection.job());
-    case Command::revealInFinder:
+    case Command::RevealInFinder:
       return window.revealInFinder(*m_context.selection.job());
-    case Command::refresh:
+    case Command::Refresh:
       if (shell.emptyIconCache) shell.emptyIconCache();
       return m_context.fetcher.fetchJobs();
     default:
@@ -131,15 +131,15 @@ void MenuController::saveSelected() {
 void MenuController::performView(Command command) {
   MainWindowType* const window = m_context.shell.mainWindow;
   switch (command) {
-    case Command::filter:
+    case Command::Filter:
       if (window) window->focusOnFilter();
       return;
-    case Command::fullScreen:
+    case Command::FullScreen:
       if (window) window->toggleFullScreen();
       return;
-    case Command::system:
+    case Command::System:
       return m_context.mainWindow.toggleSystemJobs();
-    case Command::titleBar:
+    case Command::TitleBar:
       return m_context.mainWindow.toggleTitleBar();
     default:
       return;
@@ -150,21 +150,21 @@ void MenuController::performHelp(Command command) {
   Workspace& workspace = m_context.platform.workspace;
   const std::string site(Const::siteURL);
   switch (command) {
-    case Command::help:
+    case Command::Help:
       workspace.openAddress(site + "/mirvel-help");
       return;
-    case Command::site:
+    case Command::Site:
       workspace.openAddress(site);
       return;
-    case Command::mailSupport:
+    case Command::MailSupport:
       workspace.openAddress("mailto:" + std::string(Const::supportMail));
       return;
-    case Command::manLaunchdplist:
+    case Command::ManLaunchdplist:
       workspace.openAddress(std::string(Const::launchdManual));
       return;
-    case Command::checkForUpdates:
+    case Command::CheckForUpdates:
       return m_context.shell.checkForUpdate(true);
-    case Command::about:
+    case Command::About:
       if (m_context.shell.mainWindow) m_context.shell.mainWindow->showAbout();
       return;
     default:

@@ -8,19 +8,24 @@ namespace mirvel {
 
 struct WindowContext;
 
-/// The target of all menus: decides which commands are available, and performs them. For the main thread.
+/// The target of all menus and of the toolbar: decides which commands are available, and performs them. For the main
+/// thread.
 class MenuController {
  public:
+  /// `context` must outlive the controller.
   explicit MenuController(const WindowContext& context) : m_context(context) {}
 
-  /// Whether the command exists at all: what it needs may not be registered.
+  /// Whether the command exists at all. False while the component that carries it out isn't registered in the shell;
+  /// menus then hide the item instead of disabling it.
   bool isOffered(Command command) const;
   bool isEnabled(Command command) const { return mirvel::isEnabled(command, context()); }
   std::optional<bool> isOn(Command command) const { return mirvel::isOn(command, context()); }
   bool isEnabled(ToolbarItem item) const { return mirvel::isEnabled(item, context()); }
+  /// A snapshot of the current state. Costs little, but querying several commands should share one.
   CommandContext context() const;
 
-  /// Performs the command if it is enabled. `revert`, `share` and `columns` are submenus with items of their own.
+  /// Performs the command if it is offered and enabled, otherwise does nothing. Also does nothing for the submenus
+  /// `Revert`, `Share` and `Columns`.
   void perform(Command command);
 
  private:

@@ -12,13 +12,14 @@ class Selection;
 struct Shell;
 struct WindowContext;
 
-/// Keeps a mode's selection from changing while there are unsaved changes or a save is under way.
+/// Prevents the selection of a mode from changing while there are unsaved changes or a save is in progress.
 class SelectionGuard {
  public:
+  /// `context` must outlive the guard.
   explicit SelectionGuard(const WindowContext& context) : m_context(context) {}
 
-  /// Whether the selection may change now. If unsaved changes forbid it the user is asked about them, but not again
-  /// until they are gone.
+  /// Whether the selection may change now. If unsaved changes prevent it, the user is asked about them in a sheet,
+  /// once: further attempts are refused silently until a call finds no unsaved changes.
   bool mayChange();
 
  private:
@@ -26,20 +27,23 @@ class SelectionGuard {
   bool m_isWarningAboutUnsaved = false;
 };
 
-/// The text that a view without entries shows. None if there are jobs, even if a filter hides them all.
+/// The text that an empty view shows: "Loading…" during a scan, otherwise that there are no items. None if there are
+/// jobs, even if the filter hides all of them.
 std::optional<std::string> emptyStateLabel(const WindowContext& context);
 
-/// The file that is dragged out of a view with a job. None if jobs of its kind can't be dragged.
+/// The file to drag for a job. None for jobs of other kinds than launchd's, which can't be dragged.
 std::optional<URL> draggedURL(const Job& job);
 
-/// Selects the catalogue's job at the URL. False, without effect, if there is none or there are unsaved changes.
+/// Selects the job of the catalogue at the URL. Returns false, without effect, if there is none or if there are unsaved
+/// changes.
 bool selectInCatalogue(const WindowContext& context, const URL& url);
 
-/// The job that commands apply to: the selected one, as long as its details are shown; a filter may hide it. Null if
-/// there is none.
+/// The job that commands apply to: the selected one while its details are shown. Null if there is none, and while a
+/// filter hides it, since then its details are cleared.
 std::shared_ptr<Job> shownJob(const Selection& selection, const Shell& shell);
 
-/// Whether the jobs are equal one by one and have the same URLs: copies of one file are equal jobs, but different rows.
+/// Whether both lists make the same rows: the jobs are equal in pairs, and so are their URLs. Jobs alone aren't enough,
+/// because two copies of a file are equal jobs.
 bool haveSameRows(const Jobs& a, const Jobs& b);
 
 }  // namespace mirvel

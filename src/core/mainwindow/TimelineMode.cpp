@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 
-#include "core/mainwindow/BuildTimeline.h"
 #include "core/mainwindow/JobMenu.h"
 #include "core/mainwindow/ModeRules.h"
 #include "core/mainwindow/WindowContext.h"
@@ -45,7 +44,7 @@ const Jobs& TimelineMode::content() const {
 }
 
 void TimelineMode::update(const Jobs& jobs) {
-  // Equal jobs keep their rows, and the rows get the jobs that are now in the catalogue.
+  // Equal jobs keep their rows, but the rows must refer to the jobs that are now in the catalogue.
   const bool keepsRows = !m_timelineArray.rows().empty() && haveSameRows(jobs, content());
   m_content = jobs;
   if (keepsRows) return;
@@ -96,7 +95,7 @@ TimelineCell TimelineMode::cell(std::size_t row) const {
   if (row >= m_timelineArray.rows().size()) return {};
   const Timeline& timeline = m_timelineArray.rows()[row];
   return {.kind = timeline.kind(),
-          .time = timeline.kind() == TimelineKind::time ? m_texts->time(timeline.date()) : "",
+          .time = timeline.kind() == TimelineKind::Time ? m_texts->time(timeline.date()) : "",
           .name = timeline.name(),
           .isSecondary = !timeline.isEnabled()};
 }

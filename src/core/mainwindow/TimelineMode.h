@@ -17,7 +17,7 @@ namespace mirvel {
 
 struct WindowContext;
 
-/// The table of timeline mode, as the logic sees it.
+/// The table of timeline mode, implemented by the shell.
 class TimelineTableType {
  public:
   TimelineTableType() = default;
@@ -25,53 +25,56 @@ class TimelineTableType {
   TimelineTableType(const TimelineTableType&) = delete;
   TimelineTableType& operator=(const TimelineTableType&) = delete;
 
-  /// Shows the new rows. Reports no change of selection, and leaves no row marked.
+  /// Shows the new rows of `TimelineMode::timelineArray`. Doesn't report a change of the selection, and marks no row.
   virtual void reload() = 0;
-  /// Marks just this row, or none.
+  /// Marks this row alone, or none, without reporting it.
   virtual void mark(std::optional<std::size_t> row) = 0;
   virtual void scrollTo(std::size_t row) = 0;
 };
 
-/// What a row of the table shows.
+/// The contents of a row of the table.
 struct TimelineCell {
-  TimelineKind kind = TimelineKind::group;
-  std::string time = {};  ///< of a run; empty of others
+  TimelineKind kind = TimelineKind::Group;
+  std::string time = {};  ///< of a run; empty in other rows
   std::string name = {};
-  bool isSecondary = false;  ///< the name is in the quieter text colour
+  bool isSecondary = false;  ///< the name is drawn in the secondary text colour
 };
 
-/// The coming runs of all jobs, by day. They are as of the last update: there is no timer. For the main thread.
+/// The coming runs of all jobs, by day. Computed by `update` only; there is no timer. For the main thread.
 class TimelineMode final : public ModeType {
  public:
+  /// Returns the name of a time zone, such as "Europe/Berlin".
   using Zone = std::function<std::string()>;
 
-  /// Registers itself in the shell for as long as it lives. `zone` is asked for whenever the timeline is
-  /// built.
+  /// Registers itself in the shell until destroyed. `context` and `table` must outlive the mode. `zone` is called
+  /// whenever the timeline is built, so that a change of the user's time zone takes effect.
   TimelineMode(const WindowContext& context, TimelineTableType& table, Zone zone = zoneOfThisMachine);
   ~TimelineMode() override;
 
-  /// Of a job with several rows this marks the first.
+  /// Marks the first row of the job.
   void select(const URL& url) override;
-  /// Does nothing in this mode.
+  /// Has no effect in this mode.
   void select(const std::shared_ptr<Job>&) override {}
   void update(const Jobs& jobs) override;
   void deselect() override;
-  /// As in the other modes, but without the item to delete the job.
+  /// Leaves out the item that deletes the job.
   void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) override;
 
   /// The jobs whose runs are shown.
   const Jobs& content() const;
   const TimelineArray& timelineArray() const { return m_timelineArray; }
+  /// Empty for a row out of range.
   TimelineCell cell(std::size_t row) const;
-  /// A time of each hour as the cells show it, to measure the column of times.
+  /// One formatted time for each hour of the day, to measure the width of the time column.
   std::vector<std::string> sampleTimes() const;
 
-  /// The user marked a row. Ignores one without a job.
+  /// To be called when the user has marked a row: selects its job. Ignores headers and rows out of range.
   void selectionDidChange(std::size_t row);
+  /// Whether the user may mark another row now; see `SelectionGuard`.
   bool selectionMayChange() { return m_guard.mayChange(); }
-  /// The menu for a click on a row; empty beyond the rows, on a header, and for a job without a file.
+  /// The context menu of a row; empty for a header, a row out of range, and a job that hasn't been saved yet.
   JobMenu menuForRow(std::size_t row);
-  /// The file that a drag of these rows carries: that of the first. None if the drag is refused.
+  /// The file to drag for these rows: that of the first one. None if the drag is refused.
   std::optional<URL> dragRows(const std::vector<std::size_t>& rows) const;
 
  private:
@@ -83,8 +86,8 @@ class TimelineMode final : public ModeType {
   TimelineTableType& m_table;
   SelectionGuard m_guard;
   Zone m_zone;
-  std::unique_ptr<const TimelineTexts> m_texts;  // never null; of the zone that was last built for
-  mutable std::optional<Jobs> m_content;         // taken from the catalogue when first asked for
+  std::unique_ptr<const TimelineTexts> m_texts;  // never null; for the zone of the last build
+  mutable std::optional<Jobs> m_content;         // copied from the catalogue on first use
   TimelineArray m_timelineArray;
 };
 

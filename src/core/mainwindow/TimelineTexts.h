@@ -10,10 +10,10 @@
 
 namespace mirvel {
 
-/// The texts of the timeline as a language and a time zone have them. Slow to make, quick to ask; for one thread.
+/// The texts of the timeline, for a language and a time zone. Expensive to construct, cheap to use. Not thread-safe.
 class TimelineTexts {
  public:
-  /// `localize` outlives it. `zone` is a name such as "Europe/Berlin"; one that isn't known counts as UTC.
+  /// `localize` must outlive this object. `zone` is a name such as "Europe/Berlin"; an unknown one counts as UTC.
   TimelineTexts(const Localize& localize, std::string zone);
   ~TimelineTexts();
   TimelineTexts(const TimelineTexts&) = delete;
@@ -21,16 +21,16 @@ class TimelineTexts {
 
   const std::string& zone() const { return m_zone; }
 
-  /// The header of a day: "Today", "Tomorrow", and otherwise "Sunday, November 22, 2026". `daysAhead` counts from the
-  /// day that it is now.
+  /// The header of a day: "Today", "Tomorrow", later ones "Sunday, November 22, 2026". In some languages the day after
+  /// tomorrow has a word, too. `daysAhead` is the distance of the day from today.
   std::string day(std::chrono::sys_seconds moment, std::int64_t daysAhead) const;
-  /// "9:00 AM".
+  /// The local time of day: "9:00 AM".
   std::string time(std::chrono::sys_seconds moment) const;
-  /// "1 hour, 30 minutes". None if the language has no text for it.
+  /// A duration in hours, minutes and seconds: "1 hour, 30 minutes". None if ICU can't format it.
   std::optional<std::string> duration(std::chrono::seconds length) const;
-  /// A job that runs in an interval: "backup – 1 hour, 30 minutes".
+  /// The name of a job with its interval: "backup – 1 hour, 30 minutes".
   std::string interval(const std::string& name, const std::string& duration) const;
-  /// The header of the jobs that run in intervals.
+  /// The header of the jobs that run in an interval.
   std::string intervals() const { return m_localize.repeatInterval(); }
 
  private:

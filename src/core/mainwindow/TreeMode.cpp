@@ -141,8 +141,7 @@ void TreeExpansion::setExpanded(Kind kind, bool isExpanded, const Sections& pres
     if (isOpen) open.insert(section.kind.rawValue());
   }
   m_saved = open;
-  // Where the settings can't be written the state lasts until the program ends, which is nothing to interrupt
-  // the user for.
+  // If the settings can't be written, the state is lost only when the program ends.
   (void)m_defaults.setExpandedGroups({open.begin(), open.end()});
 }
 

@@ -15,7 +15,7 @@
 
 namespace mirvel {
 
-/// The outline of tree mode, as the logic sees it.
+/// The outline of tree mode, implemented by the shell.
 class TreeOutlineType {
  public:
   TreeOutlineType() = default;
@@ -23,37 +23,39 @@ class TreeOutlineType {
   TreeOutlineType(const TreeOutlineType&) = delete;
   TreeOutlineType& operator=(const TreeOutlineType&) = delete;
 
-  /// Shows the new groups, expanded as `isExpanded` says. Reports no change of selection, leaves no row marked, and
-  /// keeps the scroll position.
+  /// Shows the new groups, expanded according to `TreeMode::isExpanded`. Doesn't report a change of the selection,
+  /// marks no row, and keeps the scroll position.
   virtual void reload() = 0;
-  /// Repaints the same rows.
+  /// Repaints the rows without reloading them.
   virtual void redraw() = 0;
-  /// Opens or closes a group.
+  /// Expands or collapses a group.
   virtual void setExpanded(std::size_t section, bool isExpanded) = 0;
-  /// Marks just this row, or none, without reporting it.
+  /// Marks this row alone, or none, without reporting it.
   virtual void mark(std::optional<IndexPath> path) = 0;
   virtual void scrollTo(IndexPath path) = 0;
+  /// Updates one row after its contents have changed.
   virtual void reloadRow(IndexPath path) = 0;
 };
 
-/// What a row of the tree shows.
+/// The contents of a row of the tree.
 struct TreeCell {
   std::string text = {};
   std::string toolTip = {};
   std::optional<Image> image = {};
-  std::string count = {};    ///< on the button of a group; empty for a job
-  bool isSecondary = false;  ///< in the quieter text colour
-  std::optional<URL> url = {};
+  std::string count = {};       ///< shown on the button of a group; empty for a job
+  bool isSecondary = false;     ///< drawn in the secondary text colour
+  std::optional<URL> url = {};  ///< the job's file; none for a group
 };
 
-/// Which groups of the tree are expanded, across scans and program starts. All are until the user closes one.
+/// Which groups of the tree are expanded; kept across scans and program starts. All are expanded until the user
+/// collapses one.
 class TreeExpansion {
  public:
-  /// The settings outlive it.
+  /// The settings must outlive this object, and are read on first use.
   explicit TreeExpansion(Defaults& defaults) : m_defaults(defaults) {}
 
   bool isExpanded(Kind kind) const;
-  /// Saves which of the present groups are expanded, and forgets the state of groups that are gone.
+  /// Stores which of the `present` groups are expanded. Groups that aren't present count as collapsed from then on.
   void setExpanded(Kind kind, bool isExpanded, const Sections& present);
 
  private:
@@ -63,13 +65,13 @@ class TreeExpansion {
 
   Defaults& m_defaults;
   mutable bool m_isRead = false;
-  mutable std::optional<Kinds> m_saved;  // by their numbers
+  mutable std::optional<Kinds> m_saved;  // raw values of `Kind`
 };
 
-/// The jobs under their groups. For the main thread.
+/// The jobs as children of their groups. For the main thread.
 class TreeMode final : public ModeType {
  public:
-  /// Registers itself in the shell for as long as it lives.
+  /// Registers itself in the shell until destroyed. Both arguments must outlive the mode.
   TreeMode(const WindowContext& context, TreeOutlineType& outline);
   ~TreeMode() override;
 
@@ -80,29 +82,31 @@ class TreeMode final : public ModeType {
   void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) override;
   void reloadJob(const std::shared_ptr<Job>& job) override;
 
-  /// While the outline is visible it is repainted after each change of the catalogue.
+  /// To be called when the outline is shown or hidden. While it is visible, it is repainted after each change of the
+  /// catalogue.
   void didAppear();
   void didDisappear();
 
   const Sections& sections() const { return m_sections.all(); }
-  /// Empty beyond the rows.
+  /// Empty if the path is out of range.
   TreeCell cell(IndexPath path) const;
 
   bool isExpanded(std::size_t section) const;
-  /// A group was opened or closed. It is remembered, also for the next start.
+  /// Expands or collapses a group, and stores its state in the settings. Ignores a group out of range.
   void setExpanded(std::size_t section, bool isExpanded);
-  /// The button of a group was clicked.
+  /// To be called when the button of a group is clicked.
   void toggle(std::size_t section) { setExpanded(section, !isExpanded(section)); }
 
-  /// Whether the user may mark this row now: never a group.
+  /// Whether the user may mark this row now; see `SelectionGuard`. Groups can't be marked.
   bool maySelect(IndexPath path);
-  /// The user marked a row. Ignores groups and paths out of range.
+  /// To be called when the user has marked a row: selects its job. Ignores groups and paths out of range.
   void selectionDidChange(IndexPath path);
-  /// An assistive program pressed a row: selects its job. False if that isn't possible.
+  /// To be called when an assistive program presses a row: selects and marks its job. Returns false, without effect,
+  /// for a group and if there are unsaved changes.
   bool accessibilityPress(IndexPath path);
-  /// The menu for a click on a row; empty for a group.
+  /// The context menu of a row; empty for a group and for a job that hasn't been saved yet.
   JobMenu menuForRow(IndexPath path);
-  /// The file that a drag of these rows carries: that of the first. None if the drag is refused.
+  /// The file to drag for these rows: that of the first one. None if the drag is refused.
   std::optional<URL> dragRows(const std::vector<IndexPath>& paths) const;
 
  private:

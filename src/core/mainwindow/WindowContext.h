@@ -18,7 +18,8 @@ struct Notifications;
 struct Platform;
 struct Shell;
 
-/// What the modes and menus of the main window use. All outlive those, and so does the record itself.
+/// The parts of the program that modes, menus and widgets of the main window use. Made by the composition root. The
+/// record and everything it refers to must outlive its users, which keep a reference to it.
 struct WindowContext {
   Foundation& foundation;
   const Platform& platform;

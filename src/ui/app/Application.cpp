@@ -8,6 +8,7 @@
 #include "core/base/Const.h"
 #include "core/base/ThreadHeap.h"
 #include "core/loginitems/PlatformLoginItems.h"
+#include "ui/app/MakeMainWindow.h"
 #include "ui/support/InstalledFolders.h"
 #include "ui/support/OwnIcons.h"
 #include "ui/support/PlatformFolderMonitors.h"
@@ -53,20 +54,20 @@ Platform Application::platform() {
 
 void Application::start() {
   m_fetchQueue.add(growHeapOfThisThread);
-  // The first scan runs while the window is made, and is published when the event loop comes to it.
+  // The first scan runs while the window is being created. Its result is published by the event loop.
   m_program.appDelegate.applicationDidFinishLaunching();
-  m_window = std::make_unique<MainWindow>(m_program, m_icons);
+  m_window = makeMainWindow(m_program, m_icons);
   m_interface.setWindow(m_window.get());
   if (!m_isOtherMachine) lookForUpdates();
 
   constexpr double longestWait = 0.1;
-  m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { showAtFirst(); });
-  m_mainQueue.postAfter(longestWait, [this] { showAtFirst(); });
+  m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { showOnce(); });
+  m_mainQueue.postAfter(longestWait, [this] { showOnce(); });
 }
 
 void Application::lookForUpdates() {
   m_program.shell.checkForUpdate = [this](bool isManual) {
-    if (!m_updates) {  // the network is only made ready when it is needed
+    if (!m_updates) {  // created on first use
       m_downloads = std::make_unique<HttpsDownloads>();
       m_updates = std::make_unique<UpdateManager>(m_foundation.localize, m_program.platform, m_program.shell,
                                                   *m_downloads, MIRVEL_VERSION);
@@ -75,7 +76,7 @@ void Application::lookForUpdates() {
   };
 }
 
-void Application::showAtFirst() {
+void Application::showOnce() {
   if (std::exchange(m_hasShown, true)) return;
   m_loadingChanged = {};
   m_window->show();
@@ -83,16 +84,29 @@ void Application::showAtFirst() {
 
 void prepareApplication(const Localize& localize) {
   QApplication::setApplicationName(qt(Const::AppName::mirvel));
-  QApplication::setApplicationDisplayName(QString());  // titles bring the name themselves
+  QApplication::setApplicationDisplayName(QString());  // titles contain the name already
   QApplication::setApplicationVersion(QStringLiteral(MIRVEL_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("mirvel"));
   QApplication::setWindowIcon(OwnIcons::application());
   QApplication::setLayoutDirection(localize.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-  auto* translator = new QTranslator(QCoreApplication::instance());  // of Qt's own dialogs
+  auto* translator = new QTranslator(QCoreApplication::instance());  // for the dialogs of Qt
   if (translator->load(QLocale(qt(localize.locale())), QStringLiteral("qtbase"), QStringLiteral("_"),
                        QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
     QCoreApplication::installTranslator(translator);
   }
+}
+
+bool hasDisplay(const Environment& environment) {
+#ifdef __linux__
+  const auto isSet = [&](const char* name) {
+    const auto found = environment.find(name);
+    return found != environment.end() && !found->second.empty();
+  };
+  return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+#else
+  (void)environment;
+  return true;
+#endif
 }
 
 }  // namespace mirvel::ui

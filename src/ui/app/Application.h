@@ -20,26 +20,29 @@
 
 namespace mirvel::ui {
 
-/// The whole program with its window, on the folders that it is given. Needs a QApplication; main thread only.
+/// The complete program with its window: implements the ports with Qt, and composes all parts in the order in which
+/// they must be constructed and destroyed. Requires a QApplication. For the main thread.
 class Application {
  public:
-  /// `machine` is the folder of another machine, whose roots are then those of `Roots::below`: the helpers work there
-  /// too, with the user's own rights.
+  /// `roots` are the folders of the program. `machine` is the folder of a separate machine, for demo and tests; `roots`
+  /// must then be `Roots::below` that folder. The helpers work there too, with the user's own rights, and no updates
+  /// are looked for.
   Application(Roots roots, const Environment& environment, const std::string& locale = Localize::currentLocale(),
               const std::optional<std::filesystem::path>& machine = {});
   ~Application();
 
-  /// Lets the program begin its work. The window comes up with its jobs, or a moment later without them.
+  /// Starts the first scan and creates the window. The window is shown when the scan has ended, after 0.1 s at the
+  /// latest.
   void start();
 
   Program& program() { return m_program; }
-  /// From `start` on.
+  /// Must not be called before `start`.
   MainWindow& window() { return *m_window; }
   QtWorkspace& workspace() { return m_workspace; }
 
  private:
   Platform platform();
-  void showAtFirst();
+  void showOnce();
   void lookForUpdates();
 
   Foundation m_foundation;
@@ -56,7 +59,7 @@ class Application {
   SystemHelperConnections m_helpers;
   Program m_program;
   ThreadWorkQueue m_fileQueue;
-  ThreadWorkQueue m_fetchQueue;  // after all that a scan uses, which its thread's end waits for
+  ThreadWorkQueue m_fetchQueue;  // declared last, because its destructor waits for a scan that uses all of the above
   std::unique_ptr<HttpsDownloads> m_downloads;
   std::unique_ptr<UpdateManager> m_updates;
   std::unique_ptr<MainWindow> m_window;
@@ -65,7 +68,11 @@ class Application {
   Subscription m_loadingChanged;
 };
 
-/// Names, icon and writing direction of the application, from the texts' language.
+/// Sets name, icon, layout direction and Qt's own translations, for the language of the texts. Requires a QApplication.
 void prepareApplication(const Localize& localize);
+
+/// Whether windows can be shown. To be asked before the QApplication is constructed, because without a display Qt
+/// prints a list of its plugins and aborts. Always true on macOS.
+bool hasDisplay(const Environment& environment);
 
 }  // namespace mirvel::ui

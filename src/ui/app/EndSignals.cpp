@@ -6,13 +6,14 @@
 #include <QSocketNotifier>
 #include <set>
 
-#include "core/app/Program.h"
+#include "core/app/Termination.h"
+#include "core/session/Shell.h"
 
 namespace mirvel::ui {
 
 namespace {
 
-/// Without those that the process was started to ignore, as by nohup(1).
+/// Removes the signals that the process was started to ignore, for example by nohup(1).
 std::set<int> heeded(std::set<int> numbers) {
   std::erase_if(numbers, [](int number) {
     struct sigaction action {};
@@ -23,13 +24,13 @@ std::set<int> heeded(std::set<int> numbers) {
 
 }  // namespace
 
-EndSignals::EndSignals(Program& program) : m_signals(heeded({SIGTERM, SIGINT, SIGHUP})) {
-  if (!m_signals.isGood()) return;  // then they end the program as they always do
+EndSignals::EndSignals(const Shell& shell, Termination& termination) : m_signals(heeded({SIGTERM, SIGINT, SIGHUP})) {
+  if (!m_signals.isGood()) return;  // the signals keep their default action
   auto* const notifier = new QSocketNotifier(m_signals.descriptor(), QSocketNotifier::Read, this);
-  connect(notifier, &QSocketNotifier::activated, this, [this, &program] {
+  connect(notifier, &QSocketNotifier::activated, this, [this, &shell, &termination] {
     (void)m_signals.take();
-    if (!program.shell.terminate) return QCoreApplication::exit();
-    program.appDelegate.endUnasked();
+    if (!shell.terminate) return QCoreApplication::exit();
+    termination.endUnasked();
   });
 }
 

@@ -5,16 +5,19 @@
 #include "helpers/process/Signals.h"
 
 namespace mirvel {
-class Program;
-}
+class Termination;
+struct Shell;
+}  // namespace mirvel
 
 namespace mirvel::ui {
 
-/// Has the application end when SIGTERM, SIGINT or SIGHUP comes, unless it was started to ignore that, without asking
-/// and without losing an edit. One in a process.
+/// Quits the application on SIGTERM, SIGINT or SIGHUP without asking and without losing an edit (see
+/// `Termination::endUnasked`). A signal that was ignored when the process was started stays ignored. At most one
+/// instance may exist in a process.
 class EndSignals final : public QObject {
  public:
-  explicit EndSignals(Program& program);
+  /// Both arguments must outlive this object.
+  EndSignals(const Shell& shell, Termination& termination);
 
  private:
   Signals m_signals;

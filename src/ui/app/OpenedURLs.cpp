@@ -18,7 +18,7 @@ void OpenedURLs::open(const QString& url) {
   window.show();
   window.raise();
   window.activateWindow();
-  if (!url.isEmpty()) m_application.program().appDelegate.applicationOpenURLs({utf8(url)});
+  if (!url.isEmpty()) m_application.program().jobURLOpener.applicationOpenURLs({utf8(url)});
 }
 
 bool OpenedURLs::eventFilter(QObject* watched, QEvent* event) {

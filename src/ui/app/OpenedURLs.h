@@ -6,13 +6,15 @@ namespace mirvel::ui {
 
 class Application;
 
-/// What is handed to the running program from outside: job URLs, by a second start or by the desktop.
+/// Opens the job URLs that the running program receives from a second start or from the desktop.
 class OpenedURLs final : public QObject {
  public:
-  /// Listens to the application's events as long as it lives.
+  /// Filters the events of the QApplication until destroyed. `application` must outlive this object, and must have been
+  /// started when the first URL arrives.
   explicit OpenedURLs(Application& application);
 
-  /// Shows the window, and the job of the URL in it. An empty text only shows the window.
+  /// Brings the window to the front and selects the job of the URL (see `jobURL`). An empty text only brings the window
+  /// to the front.
   void open(const QString& url);
 
  protected:

@@ -4,7 +4,6 @@
 
 #include "helpers/process/CleanState.h"
 #include "ui/app/Application.h"
-#include "ui/app/Display.h"
 #include "ui/app/EndSignals.h"
 #include "ui/app/OpenedURLs.h"
 #include "ui/support/InstalledFolders.h"
@@ -16,7 +15,7 @@
 
 namespace {
 
-/// A job's URL, if one was given: the one argument of the program.
+/// The first argument: the URL of a job. Empty without arguments.
 QString urlArgument() {
   const QStringList arguments = QCoreApplication::arguments();
   return arguments.size() > 1 ? arguments.at(1) : QString();
@@ -26,7 +25,7 @@ QString urlArgument() {
 
 int main(int argc, char* argv[]) {
   using namespace mirvel;
-  forbidTracing();  // before there is a connection to root's helper, or anything to spy out
+  forbidTracing();  // before the process has a connection to root's helper or other secrets
   const Environment environment = processEnvironment();
   if (!ui::hasDisplay(environment)) {
     std::fputs("mirvel: there is no display to show a window on\n", stderr);
@@ -42,11 +41,11 @@ int main(int argc, char* argv[]) {
   ui::prepareApplication(Localize(Localize::currentLocale(), ui::catalogues()));
   ui::Application mirvel(Roots::forThisMachine(environment), environment);
   ui::OpenedURLs opened(mirvel);
-  const ui::EndSignals endSignals(mirvel.program());
+  const ui::EndSignals endSignals(mirvel.program().shell, mirvel.program().termination);
 #ifdef __linux__
   QObject::connect(&instance, &ui::SingleInstance::received, &opened, &ui::OpenedURLs::open);
 #endif
-  mirvel.program().hostStart.begin();  // not on the machines of demo and tests, whose samples nobody wants to run
+  mirvel.program().hostStart.begin();  // not in demo and tests, where no job should run by itself
   mirvel.start();
   if (const QString url = urlArgument(); !url.isEmpty()) opened.open(url);
   return QApplication::exec();

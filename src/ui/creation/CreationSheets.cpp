@@ -76,8 +76,8 @@ bool ImportDrop::eventFilter(QObject* watched, QEvent* event) {
 /// Only copying is accepted, since the source of a move would delete its files. A drag that comes from this program
 /// contains jobs that are in the list already.
 bool ImportDrop::accepts(const QDropEvent& event) const {
-  return !event.source() && event.possibleActions().testFlag(Qt::CopyAction) &&
-         m_menus.isEnabled(Command::importAction) && !droppedJobFiles(*event.mimeData()).empty();
+  return !event.source() && event.possibleActions().testFlag(Qt::CopyAction) && m_menus.isEnabled(Command::Import) &&
+         !droppedJobFiles(*event.mimeData()).empty();
 }
 
 void ImportDrop::answer(QDropEvent& event) const {

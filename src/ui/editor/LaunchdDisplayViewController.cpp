@@ -24,8 +24,8 @@ LaunchdDisplayViewController::LaunchdDisplayViewController(const EditorContext& 
   bar->row().addWidget(m_editButton);
   pane().addWidget(bar);
   m_editButton->setEnabled(false);
-  connect(reveal, &QPushButton::clicked, this, [this] { context().menus.perform(Command::revealInFinder); });
-  connect(m_editButton, &QPushButton::clicked, this, [this] { context().menus.perform(Command::edit); });
+  connect(reveal, &QPushButton::clicked, this, [this] { context().menus.perform(Command::RevealInFinder); });
+  connect(m_editButton, &QPushButton::clicked, this, [this] { context().menus.perform(Command::Edit); });
 }
 
 void LaunchdDisplayViewController::updateDetail() {

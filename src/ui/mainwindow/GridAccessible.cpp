@@ -1,11 +1,9 @@
-#include "ui/mainwindow/GridAccessible.h"
+#include "ui/mainwindow/GridView.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QHash>
 #include <QPointer>
-
-#include "ui/mainwindow/GridView.h"
 
 namespace mirvel::ui {
 

@@ -3,25 +3,30 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "core/catalogue/KindTexts.h"
 #include "core/mainwindow/ModeRules.h"
+#include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
-#include "ui/mainwindow/JobMenuItems.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "ui/mainwindow/JobView.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-GridModeView::GridModeView(Program& program, IconLoader& icons, QWidget* parent)
+GridModeView::GridModeView(const WindowContext& context, IconLoader& icons, QWidget* parent)
     : QWidget(parent),
-      m_program(program),
+      m_context(context),
       m_icons(icons),
       m_grid(new GridView(this)),
-      m_mode(program.windowContext, *this),
-      m_model(program, m_mode, icons) {
+      m_mode(context, *this),
+      m_model(context.foundation.localize, m_mode, icons) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_grid);
   setFocusProxy(m_grid);
-  m_grid->setAccessibleName(qt(WindowTexts(program.foundation.localize).jobs()));
+  m_grid->setAccessibleName(qt(WindowTexts(context.foundation.localize).jobs()));
   takeGroups();
   m_grid->setModel(&m_model);
   connectGrid();
@@ -32,10 +37,10 @@ GridModeView::~GridModeView() {
 }
 
 void GridModeView::connectGrid() {
-  m_grid->emptyLabel = [this] { return qt(emptyStateLabel(m_program.windowContext).value_or("")); };
+  m_grid->emptyLabel = [this] { return qt(emptyStateLabel(m_context).value_or("")); };
   m_grid->selectionDidChange = [this](int row) { m_mode.selectionDidChange(m_model.path(row)); };
   m_grid->markedItemWasClicked = [this](int row) { m_mode.markedItemWasClicked(m_model.path(row)); };
-  m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_grid->viewport()->update(); });
+  m_loadingChanged = m_context.notifications.loadingChanged.subscribe([this] { m_grid->viewport()->update(); });
   connect(m_grid, &QWidget::customContextMenuRequested, this, &GridModeView::showItemMenu);
 }
 
@@ -44,7 +49,7 @@ void GridModeView::takeGroups() {
   for (std::size_t section = 0; section < m_mode.sections().size(); ++section) {
     const Kind::Section& group = m_mode.sections()[section];
     groups.push_back({.title = qt(m_mode.header(section)),
-                      .icon = m_icons.icon(m_program.kinds.icon(group.kind)),
+                      .icon = m_icons.icon(m_context.kinds.icon(group.kind)),
                       .count = static_cast<int>(group.jobs.size())});
   }
   m_grid->setGroups(std::move(groups));

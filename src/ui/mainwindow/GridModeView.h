@@ -2,18 +2,20 @@
 
 #include <QWidget>
 
-#include "core/app/Program.h"
+#include "core/base/Signal.h"
 #include "core/mainwindow/GridMode.h"
 #include "ui/mainwindow/GridModel.h"
 #include "ui/mainwindow/GridView.h"
 
 namespace mirvel::ui {
 
+class IconLoader;
+
 /// The view of grid mode.
 class GridModeView final : public QWidget, private GridCollectionType {
  public:
-  /// `program` and `icons` must outlive the view.
-  GridModeView(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  /// `context` and `icons` must outlive the view.
+  GridModeView(const WindowContext& context, IconLoader& icons, QWidget* parent = nullptr);
   ~GridModeView() override;
 
   GridMode& mode() { return m_mode; }
@@ -29,7 +31,7 @@ class GridModeView final : public QWidget, private GridCollectionType {
   void takeGroups();
   void showItemMenu(const QPoint& position);
 
-  Program& m_program;
+  const WindowContext& m_context;
   IconLoader& m_icons;
   GridView* m_grid;
   GridMode m_mode;

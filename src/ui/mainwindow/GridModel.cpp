@@ -1,12 +1,13 @@
 #include "ui/mainwindow/GridModel.h"
 
 #include "ui/mainwindow/JobView.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-GridModel::GridModel(const Program& program, const GridMode& mode, IconLoader& icons)
-    : m_program(program), m_mode(mode), m_icons(icons) {}
+GridModel::GridModel(const Localize& localize, const GridMode& mode, IconLoader& icons)
+    : m_localize(localize), m_mode(mode), m_icons(icons) {}
 
 void GridModel::reload() {
   beginResetModel();
@@ -60,10 +61,10 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   }
 }
 
-/// What the view shows besides the name: the group, and the marks on the icon.
+/// The description for assistive programs: the group, and the meaning of the marks on the icon.
 QString GridModel::description(IndexPath path, const GridItem& item) const {
   QStringList parts{qt(m_mode.header(path.section))};
-  if (item.isSecondary) parts << qt(m_program.foundation.localize.disabled());
+  if (item.isSecondary) parts << qt(m_localize.disabled());
   if (item.noWriteBadge) parts << qt(item.noWriteBadge->accessibilityDescription);
   return parts.join(QStringLiteral(", "));
 }

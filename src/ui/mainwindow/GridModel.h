@@ -2,11 +2,11 @@
 
 #include <QAbstractListModel>
 
-#include "core/app/Program.h"
 #include "core/mainwindow/GridMode.h"
-#include "ui/support/IconLoader.h"
 
 namespace mirvel::ui {
+
+class IconLoader;
 
 /// Presents the rows of grid mode to a view: the items of all groups in one list. The contents come from `GridMode`.
 class GridModel final : public QAbstractListModel {
@@ -14,7 +14,8 @@ class GridModel final : public QAbstractListModel {
   /// In addition to the standard roles: the icon of the badge, and whether the name is drawn in the secondary colour.
   enum Role { BadgeRole = Qt::UserRole, SecondaryRole };
 
-  GridModel(const Program& program, const GridMode& mode, IconLoader& icons);
+  /// All arguments must outlive the model.
+  GridModel(const Localize& localize, const GridMode& mode, IconLoader& icons);
 
   /// Resets the model after the rows have changed.
   void reload();
@@ -34,7 +35,7 @@ class GridModel final : public QAbstractListModel {
  private:
   QString description(IndexPath path, const GridItem& item) const;
 
-  const Program& m_program;
+  const Localize& m_localize;
   const GridMode& m_mode;
   IconLoader& m_icons;
 };

@@ -6,7 +6,6 @@
 #include <QScrollBar>
 #include <algorithm>
 
-#include "ui/mainwindow/GridAccessible.h"
 #include "ui/mainwindow/GridItemDelegate.h"
 #include "ui/mainwindow/JobView.h"
 #include "ui/support/Labels.h"

@@ -72,4 +72,8 @@ class GridView final : public QAbstractItemView {
   bool m_isMarking = false;
 };
 
+/// Makes every `GridView` accessible as a list of its items. Further calls have no effect. Defined in
+/// GridAccessible.cpp.
+void installGridAccessible();
+
 }  // namespace mirvel::ui

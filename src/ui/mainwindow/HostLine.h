@@ -1,10 +1,18 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
+#include <string>
 
-#include "core/app/Program.h"
+#include "core/base/Signal.h"
 
 class QLabel;
+
+namespace mirvel {
+class HostStart;
+class Localize;
+struct Notifications;
+}  // namespace mirvel
 
 namespace mirvel::ui {
 
@@ -13,12 +21,13 @@ class HostLine final : public QWidget {
   Q_OBJECT
 
  public:
-  explicit HostLine(Program& program);
+  /// All arguments must outlive the widget.
+  HostLine(const Localize& localize, const HostStart& hostStart, Notifications& notifications);
 
  private:
   void show(const std::optional<std::string>& failure);
 
-  Program& m_program;
+  const Localize& m_localize;
   QLabel* m_text;
   Subscription m_hostChanged;
 };

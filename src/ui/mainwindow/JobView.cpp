@@ -1,10 +1,15 @@
 #include "ui/mainwindow/JobView.h"
 
 #include <QAbstractItemView>
+#include <QAbstractScrollArea>
 #include <QItemSelectionModel>
+#include <QMenu>
 #include <QMimeData>
 #include <QUrl>
 
+#include "core/mainwindow/JobMenu.h"
+#include "ui/support/Controls.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -67,6 +72,47 @@ QMimeData* fileDrag(const std::optional<URL>& url) {
   auto* data = new QMimeData;
   data->setUrls({QUrl::fromLocalFile(*path)});
   return data;
+}
+
+namespace {
+
+/// Escapes ampersands, which would otherwise mark a shortcut key.
+QString itemTitle(const std::string& text) {
+  return literalTitle(qt(text));
+}
+
+void addTitle(QMenu& menu, const std::string& text) {
+  QAction* title = menu.addAction(itemTitle(text));
+  title->setEnabled(false);
+  QFont font = menu.font();
+  font.setBold(true);
+  title->setFont(font);
+}
+
+void addItems(QMenu& menu, const JobMenu& items) {
+  for (const JobMenu::Item& item : items.items()) {
+    switch (item.type) {
+      case JobMenu::Item::Type::Title:
+        addTitle(menu, item.title);
+        break;
+      case JobMenu::Item::Type::Separator:
+        menu.addSeparator();
+        break;
+      case JobMenu::Item::Type::Action:
+        QObject::connect(menu.addAction(itemTitle(item.title)), &QAction::triggered, &menu, item.action);
+        break;
+    }
+  }
+}
+
+}  // namespace
+
+void popUp(const JobMenu& items, QAbstractScrollArea& view, const QPoint& position) {
+  if (items.items().empty()) return;
+  auto* menu = new QMenu(&view);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  addItems(*menu, items);
+  menu->popup(view.viewport()->mapToGlobal(position));
 }
 
 }  // namespace mirvel::ui

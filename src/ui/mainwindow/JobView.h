@@ -7,13 +7,19 @@
 
 #include "core/base/Image.h"
 #include "core/files/URL.h"
-#include "ui/support/IconLoader.h"
+
+namespace mirvel {
+class JobMenu;
+}
 
 class QAbstractItemView;
+class QAbstractScrollArea;
 class QMimeData;
+class QPoint;
 
-/// Helpers shared by the views of jobs and their models.
 namespace mirvel::ui {
+
+class IconLoader;
 
 /// Sets up what all views of jobs have in common: single selection, no editing, a context menu, and dragging of job
 /// files.
@@ -32,5 +38,8 @@ QStringList fileDragTypes();
 /// The drag data for a job's file. Null, so that no drag starts, without a URL or if Qt can't represent the path. The
 /// caller owns the result.
 QMimeData* fileDrag(const std::optional<URL>& url);
+
+/// Shows the menu of a job at a position in the viewport of `view`. Does nothing if the menu is empty.
+void popUp(const JobMenu& items, QAbstractScrollArea& view, const QPoint& position);
 
 }  // namespace mirvel::ui

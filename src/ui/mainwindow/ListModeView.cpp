@@ -7,25 +7,30 @@
 #include <utility>
 
 #include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/ModeRules.h"
+#include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
-#include "ui/mainwindow/JobMenuItems.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "core/session/Platform.h"
+#include "ui/mainwindow/JobView.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-ListModeView::ListModeView(Program& program, IconLoader& icons, QWidget* parent)
+ListModeView::ListModeView(const WindowContext& context, IconLoader& icons, QWidget* parent)
     : QWidget(parent),
-      m_program(program),
+      m_context(context),
       m_table(new ListTable(this)),
-      m_mode(program.windowContext, *this),
-      m_model(program, m_mode, icons),
-      m_delay(program.platform.mainQueue) {
+      m_mode(context, *this),
+      m_model(context.foundation.localize, m_mode, icons),
+      m_delay(context.platform.mainQueue) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_table);
   setFocusProxy(m_table);
   m_table->setFrameShape(QFrame::NoFrame);
-  m_table->setAccessibleName(qt(WindowTexts(program.foundation.localize).jobs()));
+  m_table->setAccessibleName(qt(WindowTexts(context.foundation.localize).jobs()));
   m_table->setModel(&m_model);
   connectTable();
   setInitialWidths();
@@ -38,11 +43,11 @@ ListModeView::~ListModeView() {
 }
 
 void ListModeView::connectTable() {
-  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_program.windowContext).value_or("")); };
+  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_context).value_or("")); };
   m_table->selectionMayChange = [this] { return m_mode.selectionMayChange(); };
   m_table->selectionDidChange = [this](int row) { m_mode.selectionDidChange(static_cast<std::size_t>(row)); };
-  m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });
-  m_hostChanged = m_program.notifications.hostChanged.subscribe([this] { m_table->viewport()->update(); });
+  m_loadingChanged = m_context.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });
+  m_hostChanged = m_context.notifications.hostChanged.subscribe([this] { m_table->viewport()->update(); });
 
   connect(m_table->header(), &QHeaderView::sortIndicatorChanged, this, &ListModeView::sortBy);
   connect(m_table, &QWidget::customContextMenuRequested, this, &ListModeView::showRowMenu);
@@ -52,10 +57,9 @@ void ListModeView::connectTable() {
 void ListModeView::setInitialWidths() {
   // In average characters of the font, enough for names and commands of common length.
   const int character = fontMetrics().averageCharWidth();
-  m_table->header()->resizeSection(static_cast<int>(Column::List::name), 27 * character);
-  m_table->header()->resizeSection(static_cast<int>(Column::List::summary), 23 * character);
-  for (const auto column :
-       {Column::List::kind, Column::List::enabled, Column::List::keepAlive, Column::List::scheduled}) {
+  m_table->header()->resizeSection(static_cast<int>(ListColumn::Name), 27 * character);
+  m_table->header()->resizeSection(static_cast<int>(ListColumn::Summary), 23 * character);
+  for (const auto column : {ListColumn::Kind, ListColumn::Enabled, ListColumn::KeepAlive, ListColumn::Scheduled}) {
     const int section = static_cast<int>(column);
     m_table->header()->resizeSection(section, m_table->header()->sectionSizeHint(section));
   }
@@ -63,10 +67,10 @@ void ListModeView::setInitialWidths() {
 }
 
 void ListModeView::restoreLayout() {
-  const Defaults& defaults = m_program.foundation.defaults;
+  const Defaults& defaults = m_context.foundation.defaults;
   if (const auto kept = defaults.text(Defaults::Key::listColumns)) m_table->setPlaces(layoutIn(*kept));
   if (const auto sort = sortIn(defaults.text(Defaults::Key::listSort).value_or(""))) {
-    m_table->header()->setSortIndicator(static_cast<int>(*Column::column(sort->key)),
+    m_table->header()->setSortIndicator(static_cast<int>(*listColumn(sort->key)),
                                         sort->isAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
   }
   m_keptLayout = layoutText(m_table->places());
@@ -80,19 +84,19 @@ void ListModeView::keepLayout() {
   const std::string layout = layoutText(m_table->places());
   if (layout == std::exchange(m_keptLayout, layout)) return;
   // If the settings can't be written, only the column layout is lost.
-  (void)m_program.foundation.defaults.setText(Defaults::Key::listColumns, layout);
+  (void)m_context.foundation.defaults.setText(Defaults::Key::listColumns, layout);
 }
 
 void ListModeView::keepSort(const SortDescriptor& descriptor) {
-  Defaults& defaults = m_program.foundation.defaults;
+  Defaults& defaults = m_context.foundation.defaults;
   const std::string text = sortText(descriptor);
   if (defaults.text(Defaults::Key::listSort) != text) (void)defaults.setText(Defaults::Key::listSort, text);
 }
 
 void ListModeView::sortBy(int column, Qt::SortOrder order) {
   if (column < 0) return;
-  const auto sorted = Column::allList.at(static_cast<std::size_t>(column));
-  const SortDescriptor descriptor{std::string(Column::identifier(sorted)), order == Qt::AscendingOrder};
+  const auto sorted = allListColumns.at(static_cast<std::size_t>(column));
+  const SortDescriptor descriptor{std::string(identifier(sorted)), order == Qt::AscendingOrder};
   m_mode.setSortDescriptors({descriptor});
   keepSort(descriptor);
 }
@@ -116,20 +120,20 @@ void ListModeView::prepareHeaders() {
 }
 
 void ListModeView::addColumnItems(QMenu& menu) {
-  for (const Column::List column : Column::allList) {
-    QAction* item = menu.addAction(qt(Column::title(column, m_program.foundation.localize)));
+  for (const ListColumn column : allListColumns) {
+    QAction* item = menu.addAction(qt(title(column, m_context.foundation.localize)));
     item->setCheckable(true);
     item->setChecked(!m_table->isColumnHidden(static_cast<int>(column)));
     connect(item, &QAction::triggered, this, [this, column] { toggleTableColumn(column); });
   }
 }
 
-void ListModeView::toggleTableColumn(Column::List column) {
+void ListModeView::toggleTableColumn(ListColumn column) {
   if (const auto columns = toggled(m_table->visibleColumns(), column)) {
     m_table->setVisibleColumns(*columns);
     keepLayout();
   } else {
-    m_program.platform.workspace.beep();
+    m_context.platform.workspace.beep();
   }
 }
 
@@ -141,7 +145,7 @@ void ListModeView::showRowMenu(const QPoint& position) {
 void ListModeView::showHeaderMenu(const QPoint& position) {
   const int column = m_table->header()->logicalIndexAt(position);
   if (column < 0) return;
-  const Localize& localize = m_program.foundation.localize;
+  const Localize& localize = m_context.foundation.localize;
   auto* menu = new QMenu(m_table);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   QFont font = menu->font();

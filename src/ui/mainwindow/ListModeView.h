@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "core/app/Program.h"
+#include "core/base/Signal.h"
 #include "core/mainwindow/ListMode.h"
 #include "core/ports/MainQueue.h"
 #include "ui/mainwindow/ListTable.h"
@@ -12,10 +12,12 @@ class QMenu;
 
 namespace mirvel::ui {
 
+class IconLoader;
+
 /// The view of list mode.
 class ListModeView final : public QWidget, private ListTableType {
  public:
-  ListModeView(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  ListModeView(const WindowContext& context, IconLoader& icons, QWidget* parent = nullptr);
   ~ListModeView() override;
 
   ListMode& mode() { return m_mode; }
@@ -35,11 +37,11 @@ class ListModeView final : public QWidget, private ListTableType {
   void keepLayout();
   void keepSort(const SortDescriptor& descriptor);
   void sortBy(int column, Qt::SortOrder order);
-  void toggleTableColumn(Column::List column);
+  void toggleTableColumn(ListColumn column);
   void showRowMenu(const QPoint& position);
   void showHeaderMenu(const QPoint& position);
 
-  Program& m_program;
+  const WindowContext& m_context;
   ListTable* m_table;
   ListMode m_mode;
   ListTableModel m_model;

@@ -31,8 +31,8 @@ class ListTable final : public QTreeView {
   /// Selects this row alone, or none with -1, without asking `selectionMayChange` or calling `selectionDidChange`.
   void mark(int row);
 
-  std::vector<Column::List> visibleColumns() const;
-  void setVisibleColumns(const std::vector<Column::List>& columns);
+  std::vector<ListColumn> visibleColumns() const;
+  void setVisibleColumns(const std::vector<ListColumn>& columns);
   /// The columns in visual order. The last one has no width, since it fills the remaining space.
   std::vector<ListPlace> places() const;
   /// Restores the order, visibility and widths of columns. A column without a width keeps its current one.

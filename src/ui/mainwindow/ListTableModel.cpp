@@ -4,14 +4,15 @@
 #include <QPalette>
 
 #include "ui/mainwindow/JobView.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
 namespace {
 
-Column::List columnOf(const QModelIndex& index) {
-  return Column::allList.at(static_cast<std::size_t>(index.column()));
+ListColumn columnOf(const QModelIndex& index) {
+  return allListColumns.at(static_cast<std::size_t>(index.column()));
 }
 
 std::size_t rowOf(const QModelIndex& index) {
@@ -24,8 +25,8 @@ QVariant textOrNothing(const std::string& text) {
 
 }  // namespace
 
-ListTableModel::ListTableModel(const Program& program, const ListMode& mode, IconLoader& icons)
-    : m_program(program), m_mode(mode), m_icons(icons) {}
+ListTableModel::ListTableModel(const Localize& localize, const ListMode& mode, IconLoader& icons)
+    : m_localize(localize), m_mode(mode), m_icons(icons) {}
 
 void ListTableModel::reload() {
   beginResetModel();
@@ -41,7 +42,7 @@ int ListTableModel::rowCount(const QModelIndex& parent) const {
 }
 
 int ListTableModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(Column::allList.size());
+  return parent.isValid() ? 0 : static_cast<int>(allListColumns.size());
 }
 
 QVariant ListTableModel::data(const QModelIndex& index, int role) const {
@@ -66,16 +67,15 @@ QVariant ListTableModel::data(const QModelIndex& index, int role) const {
 }
 
 QString ListTableModel::accessibleText(const ListCell& cell) const {
-  const Localize& localize = m_program.foundation.localize;
   if (cell.image) return qt(cell.image->accessibilityDescription);
-  if (cell.isChecked) return qt(*cell.isChecked ? localize.on() : localize.off());
+  if (cell.isChecked) return qt(*cell.isChecked ? m_localize.on() : m_localize.off());
   return qt(cell.text);
 }
 
 QVariant ListTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
   if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole) return {};
-  return qt(Column::title(Column::allList.at(static_cast<std::size_t>(section)), m_program.foundation.localize));
+  return qt(title(allListColumns.at(static_cast<std::size_t>(section)), m_localize));
 }
 
 Qt::ItemFlags ListTableModel::flags(const QModelIndex& index) const {

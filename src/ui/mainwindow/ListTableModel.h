@@ -2,16 +2,17 @@
 
 #include <QAbstractTableModel>
 
-#include "core/app/Program.h"
 #include "core/mainwindow/ListMode.h"
-#include "ui/support/IconLoader.h"
 
 namespace mirvel::ui {
+
+class IconLoader;
 
 /// Presents the rows of list mode to a view. The contents come from `ListMode`.
 class ListTableModel final : public QAbstractTableModel {
  public:
-  ListTableModel(const Program& program, const ListMode& mode, IconLoader& icons);
+  /// All arguments must outlive the model.
+  ListTableModel(const Localize& localize, const ListMode& mode, IconLoader& icons);
 
   /// Resets the model after the rows have changed.
   void reload();
@@ -29,7 +30,7 @@ class ListTableModel final : public QAbstractTableModel {
  private:
   QString accessibleText(const ListCell& cell) const;
 
-  const Program& m_program;
+  const Localize& m_localize;
   const ListMode& m_mode;
   IconLoader& m_icons;
 };

@@ -3,22 +3,83 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QMetaObject>
 
 #include "core/mainwindow/MainMenuTexts.h"
+#include "core/mainwindow/MenuController.h"
 #include "core/mainwindow/RevisionMenu.h"
 #include "core/mainwindow/ShareItems.h"
+#include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
-#include "ui/mainwindow/EditActions.h"
+#include "core/session/Editing.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "ui/editor/DetailViewController.h"
+#include "ui/editor/LaunchdEditViewController.h"
+#include "ui/mainwindow/CommandActions.h"
 #include "ui/mainwindow/ListModeView.h"
 #include "ui/mainwindow/ModeTabs.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
+#include "ui/support/TextCommands.h"
 
 namespace mirvel::ui {
 
-MainMenu::MainMenu(Program& program, CommandActions& actions, ModeTabs& tabs, DetailViewController& details,
-                   QMainWindow& window)
-    : QObject(&window), m_program(program), m_actions(actions), m_tabs(tabs), m_details(details), m_window(window) {
+namespace {
+
+/// The method of `Editing` for a text command; null if the command doesn't concern undo.
+using EditingCommand = void (Editing::*)();
+
+EditingCommand editingCommand(QKeySequence::StandardKey key) {
+  if (key == QKeySequence::Undo) return &Editing::undo;
+  return key == QKeySequence::Redo ? &Editing::redo : nullptr;
+}
+
+bool accepts(const QWidget* widget, const char* slot) {
+  return widget && widget->metaObject()->indexOfMethod((QByteArray(slot) + "()").constData()) >= 0;
+}
+
+/// Whether undo in the focused widget is handled by the editor rather than by the widget itself.
+bool editorUndoes(const DetailViewController& details) {
+  const QWidget* const focus = QApplication::focusWidget();
+  return focus && details.editor().undoesFor(*focus);
+}
+
+bool isEnabled(const TextCommand& command, Editing& editing, const DetailViewController& details) {
+  if (!editingCommand(command.key) || !editorUndoes(details)) return accepts(QApplication::focusWidget(), command.slot);
+  return command.key == QKeySequence::Undo ? editing.canUndo() : editing.canRedo();
+}
+
+void perform(const TextCommand& command, Editing& editing, const DetailViewController& details) {
+  const EditingCommand undoes = editingCommand(command.key);
+  if (undoes && editorUndoes(details)) return (editing.*undoes)();
+  QWidget* const widget = QApplication::focusWidget();
+  if (accepts(widget, command.slot)) QMetaObject::invokeMethod(widget, command.slot);
+}
+
+/// Adds the text commands (undo, cut, paste, ...) to a menu. They act on the focused text widget; in the fields of the
+/// editor, undo and redo go to the editor.
+void addEditActions(QMenu& menu, const Localize& localize, Editing& editing, const DetailViewController& details) {
+  for (const TextCommand& command : textCommands(localize)) {
+    QAction* action = addTextCommand(menu, command);
+    QObject::connect(action, &QAction::triggered, &menu, [&, command] { perform(command, editing, details); });
+    QObject::connect(&menu, &QMenu::aboutToShow, action,
+                     [&, command, action] { action->setEnabled(isEnabled(command, editing, details)); });
+  }
+}
+
+}  // namespace
+
+MainMenu::MainMenu(const WindowContext& context, const MenuController& menus, CommandActions& actions, ModeTabs& tabs,
+                   const DetailViewController& details, QMainWindow& window)
+    : QObject(&window),
+      m_context(context),
+      m_menus(menus),
+      m_actions(actions),
+      m_tabs(tabs),
+      m_details(details),
+      m_window(window) {
   makeFileMenu();
   makeEditMenu();
   makeViewMenu();
@@ -37,86 +98,84 @@ void MainMenu::add(QMenu& menu, std::initializer_list<Command> commands) {
 }
 
 void MainMenu::makeFileMenu() {
-  const auto texts = MainMenuTexts(m_program.foundation.localize);
+  const auto texts = MainMenuTexts(m_context.foundation.localize);
   QMenu* menu = addMenu(texts.file());
-  add(*menu, {Command::new_, Command::importAction});
+  add(*menu, {Command::New, Command::Import});
   menu->addSeparator();
-  add(*menu, {Command::edit, Command::save});
+  add(*menu, {Command::Edit, Command::Save});
   QMenu* revisions = menu->addMenu(qt(texts.revisions()));
-  add(*menu, {Command::duplicate, Command::export_});
+  add(*menu, {Command::Duplicate, Command::Export});
   QMenu* share = menu->addMenu(IconLoader::symbol("document-send"), qt(texts.share()));
-  add(*menu, {Command::delete_, Command::restoreDeleted});
+  add(*menu, {Command::Delete, Command::RestoreDeleted});
   menu->addSeparator();
-  add(*menu, {Command::test, Command::log, Command::info, Command::revealInFinder});
+  add(*menu, {Command::Test, Command::Log, Command::Info, Command::RevealInFinder});
   menu->addSeparator();
-  add(*menu, {Command::refresh});
+  add(*menu, {Command::Refresh});
   menu->addSeparator();
   QAction* quit = menu->addAction(IconLoader::symbol("application-exit"), qt(texts.quit()), &m_window, &QWidget::close);
   quit->setShortcut(QKeySequence::Quit);
   quit->setMenuRole(QAction::QuitRole);
 
   connect(menu, &QMenu::aboutToShow, this, [this, revisions, share] {
-    const MenuController& menus = m_program.menus;
-    share->menuAction()->setEnabled(menus.isEnabled(Command::share));
-    revisions->menuAction()->setVisible(menus.isOffered(Command::revert));
-    revisions->menuAction()->setEnabled(menus.isEnabled(Command::revert));
+    share->menuAction()->setEnabled(m_menus.isEnabled(Command::Share));
+    revisions->menuAction()->setVisible(m_menus.isOffered(Command::Revert));
+    revisions->menuAction()->setEnabled(m_menus.isEnabled(Command::Revert));
   });
-  connect(share, &QMenu::aboutToShow, this, [this, share] { fillShareMenu(*share, m_program); });
+  connect(share, &QMenu::aboutToShow, this, [this, share] { fillShareMenu(*share, m_context); });
   connect(revisions, &QMenu::aboutToShow, this, [this, revisions] { fillRevisions(*revisions); });
 }
 
 void MainMenu::fillRevisions(QMenu& menu) {
   menu.clear();
-  for (const RevisionItem& item : revisionItems(m_program.windowContext)) {
-    menu.addAction(qt(item.title), this,
-                   [this, revision = item.revision] { insertRevision(m_program.windowContext, revision); });
+  for (const RevisionItem& item : revisionItems(m_context)) {
+    menu.addAction(qt(item.title), this, [this, revision = item.revision] { insertRevision(m_context, revision); });
   }
   menu.addSeparator();
-  menu.addAction(qt(WindowTexts(m_program.foundation.localize).deleteRevisions()), this,
-                 [this] { confirmDeleteRevisions(m_program.windowContext); });
+  menu.addAction(qt(WindowTexts(m_context.foundation.localize).deleteRevisions()), this,
+                 [this] { confirmDeleteRevisions(m_context); });
 }
 
 void MainMenu::makeEditMenu() {
-  QMenu* menu = addMenu(MainMenuTexts(m_program.foundation.localize).edit());
-  addEditActions(*menu, m_program, m_details);
+  QMenu* menu = addMenu(MainMenuTexts(m_context.foundation.localize).edit());
+  addEditActions(*menu, m_context.foundation.localize, m_context.editing, m_details);
   menu->addSeparator();
-  add(*menu, {Command::filter});
+  add(*menu, {Command::Filter});
 }
 
 void MainMenu::makeViewMenu() {
-  const auto texts = MainMenuTexts(m_program.foundation.localize);
+  const auto texts = MainMenuTexts(m_context.foundation.localize);
   QMenu* menu = addMenu(texts.view());
-  add(*menu, {Command::grid, Command::tree, Command::list, Command::timeline});
+  add(*menu, {Command::Grid, Command::Tree, Command::List, Command::Timeline});
   menu->addSeparator();
-  add(*menu, {Command::system});
+  add(*menu, {Command::System});
   QMenu* columns = menu->addMenu(qt(texts.columns()));
   connect(columns, &QMenu::aboutToShow, this, [this, columns] {
     columns->clear();
     m_tabs.listMode().addColumnItems(*columns);
   });
   connect(menu, &QMenu::aboutToShow, this,
-          [this, columns] { columns->menuAction()->setEnabled(m_program.menus.isEnabled(Command::columns)); });
+          [this, columns] { columns->menuAction()->setEnabled(m_menus.isEnabled(Command::Columns)); });
   menu->addSeparator();
-  add(*menu, {Command::titleBar, Command::fullScreen});
+  add(*menu, {Command::TitleBar, Command::FullScreen});
 }
 
 void MainMenu::makeHelpMenu() {
-  QMenu* menu = addMenu(MainMenuTexts(m_program.foundation.localize).help());
-  add(*menu, {Command::help, Command::manLaunchdplist, Command::site, Command::mailSupport});
+  QMenu* menu = addMenu(MainMenuTexts(m_context.foundation.localize).help());
+  add(*menu, {Command::Help, Command::ManLaunchdplist, Command::Site, Command::MailSupport});
   menu->addSeparator();
-  add(*menu, {Command::checkForUpdates, Command::about});
+  add(*menu, {Command::CheckForUpdates, Command::About});
 }
 
-void fillShareMenu(QMenu& menu, Program& program) {
+void fillShareMenu(QMenu& menu, const WindowContext& context) {
   menu.clear();
-  const auto items = shareItems(program.selection);
+  const auto items = shareItems(context.selection);
   if (!items) return;
-  for (const SharingService& service : sharingServices(*items, program.foundation.localize)) {
+  for (const SharingService& service : sharingServices(*items, context.foundation.localize)) {
     const char* symbol = service.way == SharingService::Way::Copy   ? "edit-copy"
                          : service.way == SharingService::Way::Mail ? "mail-send"
                                                                     : "document-open";
     menu.addAction(IconLoader::symbol(symbol), qt(service.title),
-                   [&program, way = service.way, items] { share(program.platform.workspace, way, *items); });
+                   [&context, way = service.way, items] { share(context.platform.workspace, way, *items); });
   }
 }
 

@@ -1,24 +1,31 @@
 #pragma once
 
-#include <QMenu>
 #include <QObject>
-#include <vector>
+#include <initializer_list>
+#include <string>
 
-#include "core/app/Program.h"
-#include "ui/mainwindow/CommandActions.h"
+#include "core/mainwindow/Command.h"
 
-class QMenuBar;
+class QMainWindow;
+class QMenu;
+
+namespace mirvel {
+class MenuController;
+struct WindowContext;
+}  // namespace mirvel
 
 namespace mirvel::ui {
 
+class CommandActions;
 class DetailViewController;
 class ModeTabs;
 
 /// Builds the menu bar, and leaves out commands that aren't offered.
 class MainMenu final : public QObject {
  public:
-  MainMenu(Program& program, CommandActions& actions, ModeTabs& tabs, DetailViewController& details,
-           QMainWindow& window);
+  /// Becomes a child of the window. The other arguments must outlive the window.
+  MainMenu(const WindowContext& context, const MenuController& menus, CommandActions& actions, ModeTabs& tabs,
+           const DetailViewController& details, QMainWindow& window);
 
  private:
   QMenu* addMenu(const std::string& title);
@@ -29,14 +36,15 @@ class MainMenu final : public QObject {
   void makeHelpMenu();
   void fillRevisions(QMenu& menu);
 
-  Program& m_program;
+  const WindowContext& m_context;
+  const MenuController& m_menus;
   CommandActions& m_actions;
   ModeTabs& m_tabs;
-  DetailViewController& m_details;
+  const DetailViewController& m_details;
   QMainWindow& m_window;
 };
 
-/// Fills a menu with the ways to share the selected job.
-void fillShareMenu(QMenu& menu, Program& program);
+/// Fills a menu with the ways to share the selected job. `context` must outlive the menu.
+void fillShareMenu(QMenu& menu, const WindowContext& context);
 
 }  // namespace mirvel::ui

@@ -9,8 +9,15 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "core/app/Termination.h"
 #include "core/base/Const.h"
+#include "core/mainwindow/MainWindowController.h"
+#include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
+#include "core/session/CurrentMode.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "ui/creation/CreationSheets.h"
 #include "ui/editor/DetailViewController.h"
 #include "ui/mainwindow/HostLine.h"
 #include "ui/mainwindow/ListModeView.h"
@@ -18,69 +25,57 @@
 #include "ui/mainwindow/ModeTabs.h"
 #include "ui/mainwindow/Toolbar.h"
 #include "ui/mainwindow/WindowFrame.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 #include "ui/support/TextKeys.h"
 
 namespace mirvel::ui {
 
-MainWindow::MainWindow(Program& program, IconLoader& icons)
-    : m_program(program), m_actions(program, *this), m_sheets(program.creationContext, program.menus, icons, *this) {
+MainWindow::MainWindow(const WindowContext& context, Termination& termination, const EditorContext& editor,
+                       const MakeSheets& makeSheets)
+    : m_context(context),
+      m_termination(termination),
+      m_actions(context.foundation.localize, editor.menus, *this),
+      m_sheets(makeSheets(*this)) {
   setUnifiedTitleAndToolBarOnMac(true);
-  makeContent(icons);
-  new MainMenu(program, m_actions, *m_tabs, *m_details, *this);
-  m_toolbar = new Toolbar(program, this);
+  makeContent(editor);
+  new MainMenu(context, editor.menus, m_actions, *m_tabs, *m_details, *this);
+  m_toolbar = new Toolbar(context, editor.menus, this);
   m_toolbar->filterLeft = [this] { m_tabs->setFocus(); };
   addToolBar(m_toolbar);
-  enterShell(icons);
-  m_program.mainWindow.updateTitle();
-  showMode(m_program.currentMode.chosen());
+  enterShell(editor.icons);
+  m_context.mainWindow.updateTitle();
+  showMode(m_context.currentMode.chosen());
   validateVisibleItems();
 
   const int character = fontMetrics().averageCharWidth();
-  if (!restoreFrame(*this, *m_splitter, m_program.foundation.defaults)) {
+  if (!restoreFrame(*this, *m_splitter, m_context.foundation.defaults)) {
     resizeToFit(*this, QSize(192 * character, 40 * fontMetrics().lineSpacing()));
   }
-  if (m_program.foundation.defaults.preferFullScreen()) setWindowState(windowState() | Qt::WindowFullScreen);
+  if (m_context.foundation.defaults.preferFullScreen()) setWindowState(windowState() | Qt::WindowFullScreen);
   m_tabs->setFocus();
   new TextKeys(this);
   connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::askBeforeSessionEnds);
 }
 
 MainWindow::~MainWindow() {
-  m_program.shell.mainWindow = nullptr;
-  m_program.shell.terminate = nullptr;
-  m_program.shell.emptyIconCache = nullptr;
+  m_context.shell.mainWindow = nullptr;
+  m_context.shell.terminate = nullptr;
+  m_context.shell.emptyIconCache = nullptr;
 }
 
 void MainWindow::enterShell(IconLoader& icons) {
-  m_program.shell.mainWindow = this;
-  m_program.shell.terminate = [this] { close(); };
-  m_program.shell.emptyIconCache = [&icons] { icons.clear(); };
+  m_context.shell.mainWindow = this;
+  m_context.shell.terminate = [this] { close(); };
+  m_context.shell.emptyIconCache = [&icons] { icons.clear(); };
 }
 
-void MainWindow::makeContent(IconLoader& icons) {
+void MainWindow::makeContent(const EditorContext& editor) {
   m_splitter = new QSplitter(this);
   m_splitter->setChildrenCollapsible(false);
   m_splitter->setHandleWidth(1);
-  m_tabs = new ModeTabs(m_program, icons);
-  m_details = new DetailViewController({.foundation = m_program.foundation,
-                                        .platform = m_program.platform,
-                                        .saving = m_program.saving,
-                                        .scanning = m_program.scanning,
-                                        .selection = m_program.selection,
-                                        .notifications = m_program.notifications,
-                                        .shell = m_program.shell,
-                                        .editing = m_program.editing,
-                                        .actions = m_program.actions,
-                                        .fetcher = m_program.fetcher,
-                                        .mainWindow = m_program.mainWindow,
-                                        .menus = m_program.menus,
-                                        .kinds = m_program.kinds,
-                                        .repairs = m_program.repairs,
-                                        .schedules = m_program.scheduledController,
-                                        .notes = m_program.notes,
-                                        .iconEditing = m_program.icons,
-                                        .icons = icons});
+  m_tabs = new ModeTabs(m_context, editor.icons);
+  m_details = new DetailViewController(editor);
   m_details->keysLeft = [this] { m_tabs->setFocus(); };
   const int character = fontMetrics().averageCharWidth();
   m_tabs->setMinimumWidth(24 * character);
@@ -94,7 +89,7 @@ void MainWindow::makeContent(IconLoader& icons) {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(m_splitter, 1);
-  layout->addWidget(new HostLine(m_program));
+  layout->addWidget(new HostLine(m_context.foundation.localize, m_context.hostStart, m_context.notifications));
   setCentralWidget(content);
 }
 
@@ -166,7 +161,7 @@ void MainWindow::showAbout() {
   about->setAttribute(Qt::WA_DeleteOnClose);
   about->setIconPixmap(QApplication::windowIcon().pixmap(64));
   about->setText(qt(Const::AppName::mirvel) + QLatin1Char(' ') + QApplication::applicationVersion());
-  about->setInformativeText(qt(WindowTexts(m_program.foundation.localize).aboutText()));
+  about->setInformativeText(qt(WindowTexts(m_context.foundation.localize).aboutText()));
   about->open();
 }
 
@@ -180,13 +175,13 @@ bool MainWindow::event(QEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  event->setAccepted(m_program.appDelegate.applicationShouldTerminate());
-  if (event->isAccepted()) saveFrame(*this, *m_splitter, m_program.foundation.defaults);
+  event->setAccepted(m_termination.applicationShouldTerminate());
+  if (event->isAccepted()) saveFrame(*this, *m_splitter, m_context.foundation.defaults);
 }
 
 void MainWindow::askBeforeSessionEnds(QSessionManager& session) {
-  if (!session.allowsInteraction()) return m_program.appDelegate.keepEdit();  // the desktop doesn't wait for an answer
-  if (m_program.mainWindow.sessionMayEnd()) {
+  if (!session.allowsInteraction()) return m_termination.keepEdit();  // the desktop doesn't wait for an answer
+  if (m_context.mainWindow.sessionMayEnd()) {
     session.release();
   } else {
     session.cancel();
@@ -196,14 +191,9 @@ void MainWindow::askBeforeSessionEnds(QSessionManager& session) {
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::WindowStateChange && isVisible()) {
-    m_program.mainWindow.fullScreenDidChange(isFullScreen());
+    m_context.mainWindow.fullScreenDidChange(isFullScreen());
   }
-  if (event->type() != QEvent::ActivationChange) return;
-  if (isActiveWindow()) {
-    m_program.appDelegate.applicationDidBecomeActive();
-  } else {
-    m_program.appDelegate.applicationDidResignActive();
-  }
+  if (event->type() == QEvent::ActivationChange) m_context.notifications.appStatusChanged.post();
 }
 
 }  // namespace mirvel::ui

@@ -1,18 +1,26 @@
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
+#include <memory>
+#include <string>
 
-#include "core/app/Program.h"
-#include "ui/creation/CreationSheets.h"
+#include "core/session/Shell.h"
+#include "ui/editor/EditorContext.h"
 #include "ui/mainwindow/CommandActions.h"
-#include "ui/support/IconLoader.h"
 
 class QLineEdit;
 class QSessionManager;
 class QSplitter;
 
+namespace mirvel {
+class Termination;
+struct WindowContext;
+}  // namespace mirvel
+
 namespace mirvel::ui {
 
+class CreationSheets;
 class DetailViewController;
 class ListModeView;
 class ModeTabs;
@@ -21,7 +29,12 @@ class Toolbar;
 /// The main window.
 class MainWindow final : public QMainWindow, private MainWindowType {
  public:
-  MainWindow(Program& program, IconLoader& icons);
+  /// Makes the sheets that belong to a window. They are destroyed before the window is.
+  using MakeSheets = std::function<std::unique_ptr<CreationSheets>(QWidget& window)>;
+
+  /// All arguments must outlive the window, as must everything that the contexts refer to.
+  MainWindow(const WindowContext& context, Termination& termination, const EditorContext& editor,
+             const MakeSheets& makeSheets);
   ~MainWindow() override;
 
   ModeTabs& tabs() { return *m_tabs; }
@@ -49,13 +62,14 @@ class MainWindow final : public QMainWindow, private MainWindowType {
   void showAbout() override;
   void askBeforeSessionEnds(QSessionManager& session);
 
-  void makeContent(IconLoader& icons);
+  void makeContent(const EditorContext& editor);
   void enterShell(IconLoader& icons);
   void showTitle();
 
-  Program& m_program;
+  const WindowContext& m_context;
+  Termination& m_termination;
   CommandActions m_actions;
-  CreationSheets m_sheets;
+  std::unique_ptr<CreationSheets> m_sheets;
   ModeTabs* m_tabs = nullptr;
   DetailViewController* m_details = nullptr;
   Toolbar* m_toolbar = nullptr;

@@ -7,8 +7,8 @@
 
 namespace mirvel::ui {
 
-ModeTabs::ModeTabs(Program& program, IconLoader& icons, QWidget* parent)
-    : QStackedWidget(parent), m_program(program), m_icons(icons) {}
+ModeTabs::ModeTabs(const WindowContext& context, IconLoader& icons, QWidget* parent)
+    : QStackedWidget(parent), m_context(context), m_icons(icons) {}
 
 void ModeTabs::show(Mode mode) {
   QWidget& shown = view(mode);
@@ -28,15 +28,15 @@ QWidget& ModeTabs::view(Mode mode) {
 QWidget* ModeTabs::makeView(Mode mode) {
   switch (mode) {
     case Mode::Grid:
-      return new GridModeView(m_program, m_icons);
+      return new GridModeView(m_context, m_icons);
     case Mode::Tree:
-      return new TreeModeView(m_program, m_icons);
+      return new TreeModeView(m_context, m_icons);
     case Mode::Timeline:
-      return new TimelineModeView(m_program);
+      return new TimelineModeView(m_context);
     case Mode::List:
       break;
   }
-  return new ListModeView(m_program, m_icons);
+  return new ListModeView(m_context, m_icons);
 }
 
 ListModeView& ModeTabs::listMode() {

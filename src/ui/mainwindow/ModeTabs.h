@@ -3,17 +3,22 @@
 #include <QStackedWidget>
 #include <array>
 
-#include "core/app/Program.h"
-#include "ui/support/IconLoader.h"
+#include "core/session/Mode.h"
+
+namespace mirvel {
+struct WindowContext;
+}
 
 namespace mirvel::ui {
 
+class IconLoader;
 class ListModeView;
 
 /// The views of the four modes, stacked. Each view is created when it is first shown.
 class ModeTabs final : public QStackedWidget {
  public:
-  ModeTabs(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  /// `context` and `icons` must outlive the widget.
+  ModeTabs(const WindowContext& context, IconLoader& icons, QWidget* parent = nullptr);
 
   void show(Mode mode);
   /// Creates the view of the mode if necessary.
@@ -23,7 +28,7 @@ class ModeTabs final : public QStackedWidget {
  private:
   QWidget* makeView(Mode mode);
 
-  Program& m_program;
+  const WindowContext& m_context;
   IconLoader& m_icons;
   std::array<QWidget*, 4> m_views{};
 };

@@ -4,26 +4,29 @@
 #include <QVBoxLayout>
 
 #include "core/mainwindow/JobMenu.h"
+#include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
-#include "ui/mainwindow/JobMenuItems.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "ui/mainwindow/JobView.h"
 #include "ui/mainwindow/TimelineDelegate.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-TimelineModeView::TimelineModeView(Program& program, QWidget* parent, TimelineMode::Zone zone)
+TimelineModeView::TimelineModeView(const WindowContext& context, QWidget* parent, TimelineMode::Zone zone)
     : QWidget(parent),
-      m_program(program),
+      m_context(context),
       m_table(new TimelineTable(this)),
       m_delegate(new TimelineDelegate([this] { return sampleTimes(); }, m_table)),
-      m_mode(program.windowContext, *this, std::move(zone)),
-      m_model(m_mode, program.foundation.localize) {
+      m_mode(context, *this, std::move(zone)),
+      m_model(m_mode, context.foundation.localize) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_table);
   setFocusProxy(m_table);
   m_table->setFrameShape(QFrame::NoFrame);
-  m_table->setAccessibleName(qt(WindowTexts(program.foundation.localize).timeline()));
+  m_table->setAccessibleName(qt(WindowTexts(context.foundation.localize).timeline()));
   m_table->setItemDelegate(m_delegate);
   m_table->setModel(&m_model);
   m_delegate->measure(m_table->font());
@@ -36,11 +39,11 @@ TimelineModeView::~TimelineModeView() {
 }
 
 void TimelineModeView::connectTable() {
-  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_program.windowContext).value_or("")); };
+  m_table->emptyLabel = [this] { return qt(emptyStateLabel(m_context).value_or("")); };
   m_table->selectionMayChange = [this] { return m_mode.selectionMayChange(); };
   m_table->selectionDidChange = [this](int row) { m_mode.selectionDidChange(static_cast<std::size_t>(row)); };
   m_table->appearanceDidChange = [this] { m_delegate->measure(m_table->font()); };
-  m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });
+  m_loadingChanged = m_context.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });
   connect(m_table, &QWidget::customContextMenuRequested, this, &TimelineModeView::showRowMenu);
 }
 

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "core/app/Program.h"
+#include "core/base/Signal.h"
 #include "core/mainwindow/TimelineMode.h"
 #include "ui/mainwindow/TimelineModel.h"
 #include "ui/mainwindow/TimelineTable.h"
@@ -15,7 +15,8 @@ class TimelineDelegate;
 class TimelineModeView final : public QWidget, private TimelineTableType {
  public:
   /// `zone` returns the name of the time zone in which times are shown.
-  explicit TimelineModeView(Program& program, QWidget* parent = nullptr, TimelineMode::Zone zone = zoneOfThisMachine);
+  explicit TimelineModeView(const WindowContext& context, QWidget* parent = nullptr,
+                            TimelineMode::Zone zone = zoneOfThisMachine);
   ~TimelineModeView() override;
 
   TimelineMode& mode() { return m_mode; }
@@ -30,7 +31,7 @@ class TimelineModeView final : public QWidget, private TimelineTableType {
   QStringList sampleTimes() const;
   void showRowMenu(const QPoint& position);
 
-  Program& m_program;
+  const WindowContext& m_context;
   TimelineTable* m_table;
   TimelineDelegate* m_delegate;
   TimelineMode m_mode;

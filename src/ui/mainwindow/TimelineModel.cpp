@@ -21,7 +21,7 @@ class NameSearch {
   bool finds(const TimelineSource& source) {
     const auto [found, isNew] = m_known.try_emplace(&source, false);
     if (isNew) {
-      const bool isGroup = source.kind == TimelineKind::group;
+      const bool isGroup = source.kind == TimelineKind::Group;
       found->second = !isGroup && qt(source.name).startsWith(m_text, Qt::CaseInsensitive);
     }
     return found->second;
@@ -55,7 +55,7 @@ QVariant TimelineModel::data(const QModelIndex& index, int role) const {
     case TimeRole:
       return qt(cell.time);
     case IsGroupRole:
-      return cell.kind == TimelineKind::group;
+      return cell.kind == TimelineKind::Group;
     case IsSecondaryRole:
       return cell.isSecondary;
     case Qt::AccessibleTextRole:
@@ -75,7 +75,7 @@ QString TimelineModel::accessibleText(const TimelineCell& cell) const {
 
 Qt::ItemFlags TimelineModel::flags(const QModelIndex& index) const {
   if (!index.isValid()) return Qt::NoItemFlags;
-  const bool isGroup = m_mode.timelineArray().rows().at(rowOf(index)).kind() == TimelineKind::group;
+  const bool isGroup = m_mode.timelineArray().rows().at(rowOf(index)).kind() == TimelineKind::Group;
   const Qt::ItemFlags common = Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
   return isGroup ? common : common | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled;
 }

@@ -7,8 +7,16 @@
 #include <QScopedValueRollback>
 #include <QShortcut>
 
+#include "core/mainwindow/MainWindowController.h"
+#include "core/mainwindow/MenuController.h"
+#include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
+#include "core/session/Busy.h"
+#include "core/session/Catalogue.h"
 #include "core/session/CurrentMode.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "core/session/Platform.h"
 #include "ui/mainwindow/MainMenu.h"
 #include "ui/support/FilterField.h"
 #include "ui/support/IconLoader.h"
@@ -27,39 +35,40 @@ QWidget* newSpace() {
 
 }  // namespace
 
-Toolbar::Toolbar(Program& program, QWidget* parent)
-    : QToolBar(qt(WindowTexts(program.foundation.localize).toolbar()), parent),
-      m_program(program),
-      m_delay(program.platform.mainQueue) {
-  const Localize& localize = program.foundation.localize;
+Toolbar::Toolbar(const WindowContext& context, MenuController& menus, QWidget* parent)
+    : QToolBar(qt(WindowTexts(context.foundation.localize).toolbar()), parent),
+      m_context(context),
+      m_menus(menus),
+      m_delay(context.platform.mainQueue) {
+  const Localize& localize = context.foundation.localize;
   nameButtons(*this, windowTitle());  // shows the items that don't fit
   constexpr int size = 18;
   setIconSize({size, size});
   setMovable(false);
   setContextMenuPolicy(Qt::PreventContextMenu);
-  addCommand(ToolbarItem::new_, Command::new_, "list-add", localize.new_());
+  addCommand(ToolbarItem::New, Command::New, "list-add", localize.new_());
   addModes();
   addWidget(newSpace());
   addFilter();
   addShare();
-  addCommand(ToolbarItem::log, Command::log, "text-x-log", WindowTexts(localize).log());
-  addCommand(ToolbarItem::info, Command::info, "document-properties", WindowTexts(localize).info());
-  m_loadingChanged = program.notifications.loadingChanged.subscribe([this] {
+  addCommand(ToolbarItem::Log, Command::Log, "text-x-log", WindowTexts(localize).log());
+  addCommand(ToolbarItem::Info, Command::Info, "document-properties", WindowTexts(localize).info());
+  m_loadingChanged = context.notifications.loadingChanged.subscribe([this] {
     // A scan takes a moment only; disabling the controls for each would make them flicker.
-    if (!m_program.scanning.isBusy()) m_delay(0, [this] { validate(); });
+    if (!m_context.scanning.isBusy()) m_delay(0, [this] { validate(); });
   });
 }
 
 void Toolbar::addCommand(ToolbarItem item, Command command, const char* symbol, const std::string& title) {
   QToolButton* button = symbolButton(symbol, title);
-  connect(button, &QToolButton::clicked, this, [this, command] { m_program.menus.perform(command); });
+  connect(button, &QToolButton::clicked, this, [this, command] { m_menus.perform(command); });
   m_buttons[item] = button;
   m_places[item] = addWidget(button);
-  m_places[item]->setVisible(m_program.menus.isOffered(command));
+  m_places[item]->setVisible(m_menus.isOffered(command));
 }
 
 void Toolbar::addModes() {
-  const Localize& localize = m_program.foundation.localize;
+  const Localize& localize = m_context.foundation.localize;
   auto* segments = new QWidget;
   segments->setAccessibleName(qt(WindowTexts(localize).mode()));
   auto* layout = new QHBoxLayout(segments);
@@ -80,15 +89,15 @@ void Toolbar::addModes() {
   add(Mode::Timeline, "view-timeline", WindowTexts(localize).timeline());
   addWidget(segments);
   connect(group, &QButtonGroup::idToggled, this, [this](int id, bool isOn) {
-    if (isOn && !m_isMarking) m_program.mainWindow.switchMode(static_cast<Mode>(id));
+    if (isOn && !m_isMarking) m_context.mainWindow.switchMode(static_cast<Mode>(id));
   });
 }
 
 void Toolbar::addFilter() {
-  m_filter = filterField(m_program.foundation.localize);
+  m_filter = filterField(m_context.foundation.localize);
   m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
-    if (!m_isClearing) m_program.currentMode.setFilter(m_program.catalogue.jobs(), utf8(text));
+    if (!m_isClearing) m_context.currentMode.setFilter(m_context.catalogue.jobs(), utf8(text));
   });
   auto* escape = new QShortcut(Qt::Key_Escape, m_filter, nullptr, nullptr, Qt::WidgetShortcut);
   connect(escape, &QShortcut::activated, this, &Toolbar::endFilter);
@@ -96,28 +105,27 @@ void Toolbar::addFilter() {
 }
 
 void Toolbar::addShare() {
-  QToolButton* button = symbolButton("document-send", WindowTexts(m_program.foundation.localize).share());
+  QToolButton* button = symbolButton("document-send", WindowTexts(m_context.foundation.localize).share());
   auto* menu = new QMenu(button);
   menu->setAccessibleName(button->accessibleName());
-  connect(menu, &QMenu::aboutToShow, this, [this, menu] { fillShareMenu(*menu, m_program); });
+  connect(menu, &QMenu::aboutToShow, this, [this, menu] { fillShareMenu(*menu, m_context); });
   button->setMenu(menu);
   button->setPopupMode(QToolButton::InstantPopup);
-  m_buttons[ToolbarItem::share] = button;
+  m_buttons[ToolbarItem::Share] = button;
   addWidget(button);
 }
 
 void Toolbar::validate() {
-  const MenuController& menus = m_program.menus;
-  const CommandContext context = menus.context();
+  const CommandContext context = m_menus.context();
   for (const auto& [item, button] : m_buttons) button->setEnabled(mirvel::isEnabled(item, context));
-  for (const auto& [mode, button] : m_modes) button->setEnabled(mirvel::isEnabled(ToolbarItem::mode, context));
+  for (const auto& [mode, button] : m_modes) button->setEnabled(mirvel::isEnabled(ToolbarItem::Mode, context));
   // A scan takes a moment only; it must not disable the field while the user types.
   const bool isTyping = m_filter->hasFocus() && !context.hasUnsavedChanges;
-  m_filter->setEnabled(isTyping || mirvel::isEnabled(ToolbarItem::filter, context));
-  for (const auto& [item, command] : {std::pair(ToolbarItem::new_, Command::new_),
-                                      {ToolbarItem::log, Command::log},
-                                      {ToolbarItem::info, Command::info}}) {
-    m_places.at(item)->setVisible(menus.isOffered(command));
+  m_filter->setEnabled(isTyping || mirvel::isEnabled(ToolbarItem::Filter, context));
+  for (const auto& [item, command] : {std::pair(ToolbarItem::New, Command::New),
+                                      {ToolbarItem::Log, Command::Log},
+                                      {ToolbarItem::Info, Command::Info}}) {
+    m_places.at(item)->setVisible(m_menus.isOffered(command));
   }
 }
 

@@ -5,20 +5,27 @@
 #include <functional>
 #include <map>
 
-#include "core/app/Program.h"
+#include "core/base/Signal.h"
+#include "core/mainwindow/Command.h"
 #include "core/ports/MainQueue.h"
 
 class QLineEdit;
+
+namespace mirvel {
+class MenuController;
+struct WindowContext;
+}  // namespace mirvel
 
 namespace mirvel::ui {
 
 /// The toolbar of the window: new job, modes, filter, and the commands on the selected job.
 class Toolbar final : public QToolBar {
  public:
-  Toolbar(Program& program, QWidget* parent);
+  /// `context` and `menus` must outlive the toolbar.
+  Toolbar(const WindowContext& context, MenuController& menus, QWidget* parent);
 
-  std::function<void()>
-      filterLeft;  ///< called when the user leaves the empty filter field by Escape; moves the focus on
+  /// Called when the user leaves the empty filter field with Escape; moves the focus elsewhere.
+  std::function<void()> filterLeft;
 
   QLineEdit& filter() { return *m_filter; }
   /// Updates the enabled state of every control.
@@ -34,7 +41,8 @@ class Toolbar final : public QToolBar {
   void addShare();
   void endFilter();
 
-  Program& m_program;
+  const WindowContext& m_context;
+  MenuController& m_menus;
   QLineEdit* m_filter = nullptr;
   std::map<ToolbarItem, QToolButton*> m_buttons;
   std::map<ToolbarItem, QAction*> m_places;  // the actions that show and hide the controls

@@ -3,23 +3,26 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
-#include "ui/mainwindow/JobMenuItems.h"
+#include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
+#include "ui/mainwindow/JobView.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
-TreeModeView::TreeModeView(Program& program, IconLoader& icons, QWidget* parent)
+TreeModeView::TreeModeView(const WindowContext& context, IconLoader& icons, QWidget* parent)
     : QWidget(parent),
-      m_program(program),
+      m_context(context),
       m_outline(new TreeOutline(this)),
-      m_mode(program.windowContext, *this),
+      m_mode(context, *this),
       m_model(m_mode, icons) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_outline);
   setFocusProxy(m_outline);
-  m_outline->setAccessibleName(qt(WindowTexts(program.foundation.localize).jobs()));
+  m_outline->setAccessibleName(qt(WindowTexts(context.foundation.localize).jobs()));
   m_outline->setModel(&m_model);
   connectOutline();
   expandGroups();
@@ -30,7 +33,7 @@ TreeModeView::~TreeModeView() {
 }
 
 void TreeModeView::connectOutline() {
-  m_outline->emptyLabel = [this] { return qt(emptyStateLabel(m_program.windowContext).value_or("")); };
+  m_outline->emptyLabel = [this] { return qt(emptyStateLabel(m_context).value_or("")); };
   m_outline->maySelect = [this](const QModelIndex& index) { return m_mode.maySelect(TreeModel::path(index)); };
   m_outline->accessibilityPress = [this](const QModelIndex& index) {
     return m_mode.accessibilityPress(TreeModel::path(index));
@@ -39,7 +42,7 @@ void TreeModeView::connectOutline() {
     m_mode.selectionDidChange(TreeModel::path(index));
   };
   m_outline->countWasClicked = [this](const QModelIndex& index) { m_mode.toggle(TreeModel::path(index).section); };
-  m_loadingChanged = m_program.notifications.loadingChanged.subscribe([this] { m_outline->viewport()->update(); });
+  m_loadingChanged = m_context.notifications.loadingChanged.subscribe([this] { m_outline->viewport()->update(); });
   const auto remember = [this](bool isExpanded) {
     return [this, isExpanded](const QModelIndex& index) {
       m_mode.setExpanded(TreeModel::path(index).section, isExpanded);

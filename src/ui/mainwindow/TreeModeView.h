@@ -2,18 +2,20 @@
 
 #include <QWidget>
 
-#include "core/app/Program.h"
+#include "core/base/Signal.h"
 #include "core/mainwindow/TreeMode.h"
 #include "ui/mainwindow/TreeModel.h"
 #include "ui/mainwindow/TreeOutline.h"
 
 namespace mirvel::ui {
 
+class IconLoader;
+
 /// The view of tree mode.
 class TreeModeView final : public QWidget, private TreeOutlineType {
  public:
-  /// `program` and `icons` must outlive the view.
-  TreeModeView(Program& program, IconLoader& icons, QWidget* parent = nullptr);
+  /// `context` and `icons` must outlive the view.
+  TreeModeView(const WindowContext& context, IconLoader& icons, QWidget* parent = nullptr);
   ~TreeModeView() override;
 
   TreeMode& mode() { return m_mode; }
@@ -35,7 +37,7 @@ class TreeModeView final : public QWidget, private TreeOutlineType {
   void expandGroups();
   void showRowMenu(const QPoint& position);
 
-  Program& m_program;
+  const WindowContext& m_context;
   TreeOutline* m_outline;
   TreeMode m_mode;
   TreeModel m_model;

@@ -1,6 +1,7 @@
 #include "ui/mainwindow/TreeModel.h"
 
 #include "ui/mainwindow/JobView.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {

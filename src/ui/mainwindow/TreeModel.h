@@ -2,11 +2,11 @@
 
 #include <QAbstractItemModel>
 
-#include "core/app/Program.h"
 #include "core/mainwindow/TreeMode.h"
-#include "ui/support/IconLoader.h"
 
 namespace mirvel::ui {
+
+class IconLoader;
 
 /// Presents the rows of tree mode to a view: groups, with their jobs as children. The contents come from `TreeMode`.
 class TreeModel final : public QAbstractItemModel {
@@ -15,6 +15,7 @@ class TreeModel final : public QAbstractItemModel {
   /// colour.
   enum Role { CountRole = Qt::UserRole, SecondaryRole };
 
+  /// Both arguments must outlive the model.
   TreeModel(const TreeMode& mode, IconLoader& icons);
 
   /// Resets the model after the rows have changed.

@@ -238,7 +238,7 @@ TEST_F(ActionControllerTest, QuittingClosesThePrivilegedConnectionAndAsksAboutTh
   ASSERT_TRUE(program().editing.hasUnsavedChanges());
   shell.events.clear();
   helpers.ended.clear();
-  EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
+  EXPECT_FALSE(program().termination.applicationShouldTerminate());
   ASSERT_THAT(interface.sheets, SizeIs(1));
   EXPECT_EQ(helpers.requests.back().kind(), 3);
   EXPECT_THAT(helpers.ended, ElementsAre("privileged"));
@@ -246,7 +246,7 @@ TEST_F(ActionControllerTest, QuittingClosesThePrivilegedConnectionAndAsksAboutTh
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_THAT(shell.events, IsEmpty());
   interface.answerSheet(Interface::defaultButton);
-  EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
+  EXPECT_FALSE(program().termination.applicationShouldTerminate());
   EXPECT_THAT(interface.sheets, SizeIs(1)) << "it asks again";
 }
 

@@ -27,7 +27,7 @@ class HostStartTest : public testdata::ProgramFixture {
   }
   /// The accessible description of a job's state in the list.
   std::string mark(const std::string& name) {
-    return listCell(program().windowContext, *jobNamed(name), Column::List::enabled).image->accessibilityDescription;
+    return listCell(program().windowContext, *jobNamed(name), ListColumn::Enabled).image->accessibilityDescription;
   }
 
   const Dictionary failure{{"error", Dictionary{{"domain", "helper"}, {"code", 3}, {"description", "no room"}}}};

@@ -4,11 +4,9 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "core/actions/MoveTarget.h"
 #include "core/base/Const.h"
-#include "core/mainwindow/WindowTexts.h"
-#include "core/text/Bytes.h"
 #include "support/ProgramFixture.h"
-#include "support/RecordingShell.h"
 
 namespace mirvel {
 namespace {
@@ -19,7 +17,7 @@ using testing::IsEmpty;
 class AppDelegateTest : public testdata::ProgramFixture {
  protected:
   AppDelegate& delegate() { return program().appDelegate; }
-  /// Lets time pass in small steps, with the scans that fall into it.
+  /// Advances time in small steps, and runs the scans in between.
   void pass(double seconds) {
     for (const double end = queue.now() + seconds; queue.now() < end - 1e-9;) {
       queue.runFor(0.01);
@@ -32,7 +30,7 @@ class AppDelegateTest : public testdata::ProgramFixture {
   }
 };
 
-TEST_F(AppDelegateTest, TheStartFetchesThenWatchesThenSwitchesTheAgent) {
+TEST_F(AppDelegateTest, TheStartScansThenWatchesThenSwitchesTheAgent) {
   ASSERT_TRUE(foundation.defaults.setFirstMirvelLaunch(false));
   ASSERT_TRUE(foundation.defaults.setRunAgent(true));
   std::vector<double> updateChecks;
@@ -64,7 +62,7 @@ TEST_F(AppDelegateTest, TheStartFetchesThenWatchesThenSwitchesTheAgent) {
 
 TEST_F(AppDelegateTest, TheFirstStartRenewsTheRegistration) {
   ASSERT_TRUE(foundation.defaults.setRunAgent(true));
-  agentSwitch.isRefusing = true;  // which nobody asks about
+  agentSwitch.isRefusing = true;  // failures are ignored
   start();
   ASSERT_EQ(agentSwitch.calls.size(), 2U);
   EXPECT_FALSE(agentSwitch.calls[0].isEnabled);
@@ -78,7 +76,7 @@ TEST_F(AppDelegateTest, TheFirstStartRenewsTheRegistration) {
   EXPECT_TRUE(agentSwitch.calls[0].isEnabled);
 }
 
-TEST_F(AppDelegateTest, WithoutASwitchTheRenewalWaitsForAStartWithOne) {
+TEST_F(AppDelegateTest, WithoutAnAgentSwitchTheRegistrationIsRenewedLater) {
   platform.agentSwitch = nullptr;
   int updateChecks = 0;
   program().shell.checkForUpdate = [&](bool) { ++updateChecks; };
@@ -98,7 +96,7 @@ TEST_F(AppDelegateTest, AnUpdateSwitchesTheAgentOff) {
   EXPECT_FALSE(agentSwitch.calls[0].isEnabled);
 }
 
-TEST_F(AppDelegateTest, AnAgentsFolderThatCantBeMadeIsToldAndLeftOut) {
+TEST_F(AppDelegateTest, AnAgentsFolderThatCantBeCreatedIsReportedAndSkipped) {
   (void)folder.write("user", "a file");
   writeJob(Kind::localAgent, "other");
   start();
@@ -107,7 +105,7 @@ TEST_F(AppDelegateTest, AnAgentsFolderThatCantBeMadeIsToldAndLeftOut) {
   EXPECT_EQ(names(program().catalogue.jobs()), (std::vector<std::string>{"other"}));
 }
 
-TEST_F(AppDelegateTest, TheAgentsFolderThatIsMadeIsNotForOthersToWrite) {
+TEST_F(AppDelegateTest, TheNewAgentsFolderIsNotWritableByOthers) {
   struct Row {
     mode_t umask;
     unsigned mode;
@@ -116,7 +114,7 @@ TEST_F(AppDelegateTest, TheAgentsFolderThatIsMadeIsNotForOthersToWrite) {
     const auto agents = path(Kind::userAgent).parent_path();
     std::filesystem::remove_all(agents);
     const mode_t before = ::umask(row.umask);
-    const AppDelegate made(program());
+    EXPECT_TRUE(makeAgentsFolder(roots));
     ::umask(before);
     EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(agents).permissions()), row.mode);
   }
@@ -131,7 +129,7 @@ TEST_F(AppDelegateTest, OnlyAnEmptyCatalogueWithoutEditsIsFetchedAtTheStart) {
   EXPECT_EQ(fetchQueue.count(), 0U);
 }
 
-TEST_F(AppDelegateTest, NothingOfTheStartHappensAfterTheEnd) {
+TEST_F(AppDelegateTest, NothingHappensAfterTheEndOfTheProgram) {
   delegate().applicationDidFinishLaunching();
   endProgram();
   queue.runFor(5);
@@ -139,7 +137,7 @@ TEST_F(AppDelegateTest, NothingOfTheStartHappensAfterTheEnd) {
   EXPECT_THAT(agentSwitch.calls, IsEmpty());
 }
 
-TEST_F(AppDelegateTest, ABurstOfChangesIsAScanASecondAndTheLastStateWins) {
+TEST_F(AppDelegateTest, ABurstOfChangesIsScannedOncePerSecondUpToTheLastState) {
   start();
   std::vector<double> scans;
   const auto loading = program().notifications.loadingChanged.subscribe([&] {
@@ -159,7 +157,7 @@ TEST_F(AppDelegateTest, ABurstOfChangesIsAScanASecondAndTheLastStateWins) {
   EXPECT_NE(jobNamed("burst")->textContent.view().find("<string>500<"), std::string::npos);
 }
 
-TEST_F(AppDelegateTest, EditsHoldTheScansBackUntilTheyAreGone) {
+TEST_F(AppDelegateTest, UnsavedChangesDelayScans) {
   start();
   program().editing.setUnsavedChanges(true);
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
@@ -172,63 +170,11 @@ TEST_F(AppDelegateTest, EditsHoldTheScansBackUntilTheyAreGone) {
   EXPECT_EQ(program().catalogue.jobs().size(), 1U);
 }
 
-TEST_F(AppDelegateTest, AQuitIsHeldBackByEditsAlone) {
-  testdata::RecordingShell shell(program());
-  program().shell.endPrivilegedConnection = [&] { shell.note(interface.sheets.empty() ? "goodbye" : "too late"); };
-  EXPECT_TRUE(delegate().applicationShouldTerminate());
-  EXPECT_THAT(interface.sheets, IsEmpty());
-
-  program().editing.setUnsavedChanges(true);
-  EXPECT_FALSE(delegate().applicationShouldTerminate());
-  EXPECT_THAT(shell.events, ElementsAre("goodbye", "goodbye"));
-  ASSERT_EQ(interface.sheets.size(), 1U);
-  const Alert& question = interface.sheets[0].first;
-  EXPECT_EQ(question.message, WindowTexts(foundation.localize).unsavedChanges());
-  EXPECT_EQ(question.informativeText, WindowTexts(foundation.localize).yourChangesWillBeLostIfYouDontSaveThem());
-  EXPECT_EQ(question.defaultTitle, WindowTexts(foundation.localize).check());
-  EXPECT_EQ(question.alternateTitle, foundation.localize.discardChanges());
-  EXPECT_EQ(question.otherTitle, "");
-}
-
-TEST_F(AppDelegateTest, TheAnswerToAHeldBackQuitCounts) {
-  const struct {
-    bool isTerminating;
-    int answer;
-    std::vector<std::string> events;
-    bool hasUnsavedChanges;
-    bool isTerminatingThen;
-  } table[] = {
-      {true, 1000, {}, true, false},
-      {true, 1001, {"refreshEditedState", "terminate"}, false, true},
-      {false, 1000, {}, true, false},
-      {false, 1001, {"discardEdits"}, true, false},
-  };
-  for (const auto& row : table) {
-    testdata::RecordingShell shell(program());
-    program().editing.setUnsavedChanges(true);
-    if (row.isTerminating) {
-      EXPECT_FALSE(delegate().applicationShouldTerminate());
-    } else {
-      program().mainWindow.unsavedChangesAlert();
-    }
-    EXPECT_EQ(program().mainWindow.isTerminating(), row.isTerminating);
-    interface.answerSheet(row.answer);
-    EXPECT_EQ(shell.events, row.events);
-    EXPECT_EQ(program().editing.hasUnsavedChanges(), row.hasUnsavedChanges);
-    EXPECT_EQ(program().mainWindow.isTerminating(), row.isTerminatingThen);
-    if (row.isTerminatingThen) {
-      EXPECT_TRUE(delegate().applicationShouldTerminate());
-    }
-    program().mainWindow.unsavedChangesAlert();
-    interface.answerSheet(1000);
-  }
-}
-
-TEST_F(AppDelegateTest, WhileAQuitIsHeldBackChangesAreIgnored) {
+TEST_F(AppDelegateTest, FolderChangesAreIgnoredWhileTheUserIsAskedAboutQuitting) {
   start();
   writeJob(Kind::userAgent, "new");
   program().editing.setUnsavedChanges(true);
-  EXPECT_FALSE(delegate().applicationShouldTerminate());
+  EXPECT_FALSE(program().termination.applicationShouldTerminate());
   program().editing.setUnsavedChanges(false);  // so that nothing else holds the scan back
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
   pass(3);
@@ -238,115 +184,6 @@ TEST_F(AppDelegateTest, WhileAQuitIsHeldBackChangesAreIgnored) {
   ASSERT_TRUE(monitors.change(roots.userLibrary / "LaunchAgents"));
   pass(3);
   EXPECT_EQ(program().catalogue.jobs().size(), 1U);
-}
-
-TEST_F(AppDelegateTest, TheFirstURLSelectsAJobAfterAMoment) {
-  scan();
-  testdata::RecordingShell shell(program());
-  const std::string path = "/a/\u00ff\u00ff\u00ff/job.plist";  // whose base64 has slashes
-  const std::string url = jobURL(path);
-  ASSERT_NE(url.find('/', 9), std::string::npos) << url;
-  const std::string host = url.substr(9);
-  std::string escaped;
-  for (const char c : host) escaped += c == '/' ? "%2F" : c == '=' ? "%3d" : std::string(1, c);
-  const struct {
-    std::vector<std::string> urls;
-    bool selects;
-  } table[] = {
-      {{url}, true},
-      {{url + "/"}, true},
-      {{"mirvel://" + escaped}, true},
-      {{url, jobURL("/second.plist")}, true},
-      {{}, false},
-      {{""}, false},
-      {{"/a/b.plist"}, false},
-      {{host}, false},
-      {{"://" + host}, false},
-      {{"file://" + host, url}, false},
-      {{"mirvelous://" + host}, false},
-      {{"mirvel:" + host}, false},
-      {{"mirvel://"}, false},
-      {{"mirvel:///"}, false},
-      {{"mirvel://not base64"}, false},
-      {{url + "?query"}, false},
-  };
-  for (const auto& row : table) {
-    shell.events.clear();
-    delegate().applicationOpenURLs(row.urls);
-    queue.runFor(0.29);
-    EXPECT_THAT(shell.events, IsEmpty());
-    queue.runFor(0.02);
-    const auto expected = row.selects ? std::vector<std::string>{"select job.plist"} : std::vector<std::string>{};
-    EXPECT_EQ(shell.events, expected) << (row.urls.empty() ? "" : row.urls[0]);
-  }
-
-  program().editing.setUnsavedChanges(true);
-  shell.events.clear();
-  delegate().applicationOpenURLs({url});
-  program().editing.setUnsavedChanges(false);
-  queue.runFor(5);
-  EXPECT_THAT(shell.events, IsEmpty()) << "dropped for good";
-  EXPECT_EQ(interface.sheets.size(), 1U) << "but not without a word";
-}
-
-TEST_F(AppDelegateTest, AURLAtAColdStartWaitsForTheFirstScan) {
-  testdata::RecordingShell shell(program());
-  const auto file = writeJob(Kind::userAgent, "job");
-  delegate().applicationOpenURLs({jobURL("/other.plist")});
-  delegate().applicationOpenURLs({jobURL(file.string())});
-  delegate().applicationDidFinishLaunching();
-  queue.runFor(7);
-  EXPECT_EQ(shell.count("select job.plist"), 0U);
-  settle();
-  EXPECT_EQ(shell.count("select job.plist"), 1U);
-  EXPECT_EQ(shell.count("select other.plist"), 0U) << "the later one counts";
-  ASSERT_TRUE(program().selection.job());
-  EXPECT_EQ(program().selection.job()->name, "job");
-  scan();
-  EXPECT_EQ(shell.count("select job.plist"), 1U);
-}
-
-TEST_F(AppDelegateTest, AQuitWaitsForASaveUnderWayButForNoPassword) {
-  testdata::RecordingShell shell(program());
-  program().shell.endPrivilegedConnection = [&] { shell.note("goodbye"); };
-  auto saving = program().saving.begin();
-  EXPECT_FALSE(delegate().applicationShouldTerminate());
-  queue.runFor(1);
-  EXPECT_EQ(shell.count("terminate"), 0U);
-  saving.release();
-  queue.runDue();
-  EXPECT_EQ(shell.count("terminate"), 1U);
-  EXPECT_EQ(shell.count("goodbye"), 0U) << "the save needed it";
-  EXPECT_TRUE(delegate().applicationShouldTerminate());
-
-  saving = program().saving.begin();
-  EXPECT_FALSE(delegate().applicationShouldTerminate());
-  EXPECT_TRUE(delegate().applicationShouldTerminate()) << "who insists needn't wait";
-
-  helpers.isHandshakeHeld = true;
-  program().actions.authorise([](bool) {});
-  EXPECT_TRUE(delegate().applicationShouldTerminate());
-}
-
-TEST_F(AppDelegateTest, AURLHoldsAPathOfAnyLengthAndBytes) {
-  scan();
-  testdata::RecordingShell shell(program());
-  for (const std::string name : {"\xFF\xFE\xFD", "\xC3\xBC", "a", "ab", "abc", "\xFB\xEF\xBE\xFB\xEF\xBE"}) {
-    shell.events.clear();
-    delegate().applicationOpenURLs({jobURL("/" + name)});
-    delegate().applicationOpenURLs({jobURL("/" + name) + "/"});
-    queue.runFor(1);
-    EXPECT_THAT(shell.events, ElementsAre("select " + name, "select " + name));
-  }
-}
-
-TEST_F(AppDelegateTest, EachChangeOfActivityIsToldOnce) {
-  int changes = 0;
-  const auto subscription = program().notifications.appStatusChanged.subscribe([&] { ++changes; });
-  delegate().applicationDidBecomeActive();
-  EXPECT_EQ(changes, 1);
-  delegate().applicationDidResignActive();
-  EXPECT_EQ(changes, 2);
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ class JobMovesTest : public testdata::ProgramFixture {
 
   URL at(Kind kind, const std::string& name) const { return URL::file(path(kind, name)); }
   fs::path iconOf(const URL& url) const { return customIconFile(roots.applicationSupport, *iconStoreName(url)); }
-  /// Gives the selected job all that a user can keep beside it.
+  /// Gives the selected job a note, a revision and an icon.
   void giveEverything() {
     const auto job = program().selection.job();
     program().notes.setNote(job->url, "my note");
@@ -47,7 +47,7 @@ class JobMovesTest : public testdata::ProgramFixture {
   const URL old = at(Kind::userAgent, "a.plist");
 };
 
-TEST_F(JobMovesTest, WhatBelongsToAJobFollowsItsFileWhileTheProgramRunsAndWhileItDoesnt) {
+TEST_F(JobMovesTest, NotesRevisionsAndIconsFollowAMovedFile) {
   for (const bool isRunning : {true, false}) {
     for (const URL& to : {at(Kind::userAgent, "renamed.plist"), at(Kind::localAgent, "a.plist")}) {
       fs::remove_all(roots.applicationSupport);
@@ -69,7 +69,7 @@ TEST_F(JobMovesTest, WhatBelongsToAJobFollowsItsFileWhileTheProgramRunsAndWhileI
   }
 }
 
-TEST_F(JobMovesTest, AnotherJobOfTheLabelInheritsNothing) {
+TEST_F(JobMovesTest, AnotherJobOfTheSameLabelInheritsNothing) {
   for (const bool hasItsOwn : {false, true}) {
     fs::remove_all(roots.applicationSupport);
     const URL other = at(Kind::localDaemon, "a.plist");
@@ -91,7 +91,7 @@ TEST_F(JobMovesTest, AnotherJobOfTheLabelInheritsNothing) {
   }
 }
 
-TEST_F(JobMovesTest, ASaveThatMovesTheFileTakesEverythingAlong) {
+TEST_F(JobMovesTest, ASaveThatMovesTheFileMovesEverything) {
   struct Row {
     Kind from;
     Kind to;
@@ -124,7 +124,7 @@ TEST_F(JobMovesTest, ASaveThatMovesTheFileTakesEverythingAlong) {
   }
 }
 
-TEST_F(JobMovesTest, ANoteIsFoundAgainThatWasTypedJustBeforeTheEnd) {
+TEST_F(JobMovesTest, ANoteTypedJustBeforeTheEndFollowsTheFile) {
   scan();
   select("a");
   program().notes.setNote(old, "last words");
@@ -134,7 +134,7 @@ TEST_F(JobMovesTest, ANoteIsFoundAgainThatWasTypedJustBeforeTheEnd) {
   EXPECT_EQ(program().notes.note(at(Kind::userAgent, "b.plist")), "last words");
 }
 
-TEST_F(JobMovesTest, NothingFollowsWhereItIsntCertainThatTheFileMoved) {
+TEST_F(JobMovesTest, NothingFollowsUnlessTheFileHasCertainlyMoved) {
   struct Row {
     const char* name;
     std::function<void()> change;
@@ -168,7 +168,7 @@ TEST_F(JobMovesTest, NothingFollowsWhereItIsntCertainThatTheFileMoved) {
   }
 }
 
-TEST_F(JobMovesTest, AFileWhoseNameIsNoTextKeepsItsNote) {
+TEST_F(JobMovesTest, AFileWithANameInNoEncodingKeepsItsNote) {
   const URL odd = at(Kind::userAgent, "odd\xff.plist");
   write(Kind::userAgent, "odd\xff.plist", testdata::jobText("odd"));
   scan();
@@ -184,7 +184,7 @@ class MovedSelectionTest : public JobMovesTest {
   testdata::RecordingShell shell{program()};
 };
 
-TEST_F(MovedSelectionTest, ARenamedFileIsNoticedAndItsJobStaysSelected) {
+TEST_F(MovedSelectionTest, TheJobOfARenamedFileStaysSelected) {
   scan();
   select("a");
   const URL now = at(Kind::userAgent, "z.plist");
@@ -198,7 +198,7 @@ TEST_F(MovedSelectionTest, ARenamedFileIsNoticedAndItsJobStaysSelected) {
   EXPECT_THAT(shell.events, testing::Not(Contains("clearDetail")));
 }
 
-TEST_F(MovedSelectionTest, ACopyThatWasThereBeforeIsntTheMovedJob) {
+TEST_F(MovedSelectionTest, AnOlderCopyIsNotTheMovedJob) {
   writeJob(Kind::localAgent, "a");
   scan();
   program().selection.select(program().catalogue.jobAt(old));

@@ -32,7 +32,7 @@ class OneRelease final : public Downloads {
   }
 };
 
-/// Asks each question that the program has.
+/// Asks every question of the program.
 class QuestionsTest : public testdata::ProgramFixture {
  protected:
   Launchd& edit(const std::string& content) {
@@ -48,7 +48,7 @@ class QuestionsTest : public testdata::ProgramFixture {
     interface.sheets.clear();
     answer(Interface::defaultButton);
   }
-  /// The last question, with all else forgotten.
+  /// The only question asked; clears the recorded ones.
   Alert asked() {
     auto& sheets = interface.sheets;
     auto& alerts = interface.alerts;
@@ -71,7 +71,7 @@ std::string titleOf(const Alert& question, int answer) {
   return "(none)";
 }
 
-TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
+TEST_F(QuestionsTest, EscapeCancelsAndReturnLosesNothing) {
   const struct {
     const char* escape;
     const char* returns;
@@ -122,14 +122,14 @@ TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
          UpdateManager(foundation.localize, platform, program().shell, release, "1").check("Mirvel", true);
        }},
   };
-  interface.answer.button = Interface::otherButton;  // which goes back, or is none
+  interface.answer.button = Interface::otherButton;  // cancels where there is such a button
   for (const auto& row : rows) {
     SCOPED_TRACE(&row - rows);
     fs::remove_all(roots.applicationSupport);
     write(Kind::userAgent, "a.plist", plain);
     scan();
     program().selection.select(jobNamed("a"));
-    interface.sheets.clear();  // of stores that couldn't be written
+    interface.sheets.clear();  // reports about stores that can't be written
     row.ask();
     const Alert question = asked();
     EXPECT_EQ(titleOf(question, question.escapeAnswer()), row.escape) << question.message;
@@ -140,13 +140,13 @@ TEST_F(QuestionsTest, EscapeGoesBackFromEachAndReturnLosesNothing) {
   }
 }
 
-TEST_F(QuestionsTest, NotToAskAgainIsRememberedOnlyOfADecision) {
+TEST_F(QuestionsTest, SuppressionIsStoredOnlyWithADecision) {
   const struct {
     int answer;
     std::optional<fs::path> script;
     bool isRemembered;
   } rows[] = {{Interface::otherButton, {}, false},
-              {Interface::defaultButton, {}, false},  // and back from the panel
+              {Interface::defaultButton, {}, false},  // the save panel was cancelled
               {Interface::defaultButton, folder.path() / "a.sh", true},
               {Interface::alternateButton, {}, true}};
   for (const auto& row : rows) {

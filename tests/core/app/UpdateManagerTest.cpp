@@ -50,7 +50,7 @@ TEST_F(UpdateManagerTest, ANewVersionIsOffered) {
   EXPECT_THAT(workspace.deeds, ElementsAre("openAddress https://mirvel.app/get"));
 }
 
-TEST_F(UpdateManagerTest, NobodyIsDisturbedWithAnythingElseUnlessTheyAsked) {
+TEST_F(UpdateManagerTest, OtherResultsAreShownOnlyAfterAManualCheck) {
   struct Row {
     std::string why;
     Result<std::string> feed;
@@ -83,7 +83,7 @@ TEST_F(UpdateManagerTest, NobodyIsDisturbedWithAnythingElseUnlessTheyAsked) {
   }
 }
 
-TEST_F(UpdateManagerTest, AnotherSheetIsNotCoveredByAnOfferNobodyAskedFor) {
+TEST_F(UpdateManagerTest, AnAutomaticOfferDoesntCoverAnotherSheet) {
   testdata::RecordingShell shell(program());
   shell.isSheetUp = true;
   answer("2.0");

@@ -259,11 +259,11 @@ TEST_F(RestoreDeletedTest, QuittingWaitsForADeletion) {
   scan();
   program().deletion.confirm(jobNamed("a"));
   interface.answerSheet(Interface::defaultButton);
-  EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
+  EXPECT_FALSE(program().termination.applicationShouldTerminate());
   EXPECT_THAT(helpers.ended, IsEmpty()) << "the helper is still needed";
   answer(true);
   EXPECT_EQ(shell.count("terminate"), 1U);
-  EXPECT_TRUE(program().appDelegate.applicationShouldTerminate());
+  EXPECT_TRUE(program().termination.applicationShouldTerminate());
 }
 
 TEST_F(RestoreDeletedTest, ABinaryFileComesBackWithTheSameValues) {

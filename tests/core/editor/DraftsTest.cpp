@@ -76,7 +76,7 @@ TEST_F(DraftsTest, WhatIsKeptGoesWithTheEdit) {
       {"dropped, and quit",
        [&] {
          program().editing.setUnsavedChanges(false);
-         EXPECT_TRUE(program().appDelegate.applicationShouldTerminate());
+         EXPECT_TRUE(program().termination.applicationShouldTerminate());
        }},
       {"discarded at the next start",
        [&] {
@@ -166,9 +166,9 @@ TEST_F(DraftsTest, TheEditOfAJobThatIsGoneIsPutAside) {
 TEST_F(DraftsTest, AnEndAtWhichNobodyIsAskedKeepsTheEdit) {
   start();
   edit("a", 5);
-  program().appDelegate.endUnasked();
+  program().termination.endUnasked();
   EXPECT_EQ(shell->count("terminate"), 1U);
-  EXPECT_TRUE(program().appDelegate.applicationShouldTerminate());
+  EXPECT_TRUE(program().termination.applicationShouldTerminate());
   EXPECT_THAT(interface.sheets, IsEmpty());
   restart();
   EXPECT_THAT(interface.sheets, SizeIs(1));
@@ -178,19 +178,19 @@ TEST_F(DraftsTest, TextThatCantBeInAJobFileIsAskedAboutOnce) {
   start();
   edit("a", 5);
   program().editing.unfinished().tables["PathState"] = {{.cells = {"/a"}}, {.cells = {"/a"}}};
-  program().appDelegate.endUnasked();
-  EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
+  program().termination.endUnasked();
+  EXPECT_FALSE(program().termination.applicationShouldTerminate());
   EXPECT_THAT(interface.sheets, SizeIs(1));
-  program().appDelegate.endUnasked();
-  EXPECT_TRUE(program().appDelegate.applicationShouldTerminate()) << "a second signal";
+  program().termination.endUnasked();
+  EXPECT_TRUE(program().termination.applicationShouldTerminate()) << "a second signal";
 }
 
 TEST_F(DraftsTest, WhatCantBeKeptIsAskedAbout) {
   (void)folder.write("support", "a file where the folder should be");
   start();
   edit("a", 5);
-  program().appDelegate.endUnasked();
-  EXPECT_FALSE(program().appDelegate.applicationShouldTerminate());
+  program().termination.endUnasked();
+  EXPECT_FALSE(program().termination.applicationShouldTerminate());
   ASSERT_FALSE(interface.sheets.empty());
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
 }

@@ -2,21 +2,43 @@
 
 #include <gtest/gtest.h>
 
+#include "core/locale/Localize.h"
+
 namespace mirvel {
 namespace {
 
-using Column::List;
+using List = ListColumn;
 
-TEST(ListLayoutTest, ColumnsComeBackInTheirPlacesWithTheirWidths) {
-  const std::vector<ListPlace> places{{List::run, 300},        {List::name, 210},   {List::kind, 40, false},
-                                      {List::summary, 0},      {List::enabled, 30}, {List::keepAlive, 0, false},
-                                      {List::scheduled, 10000}};
+TEST(ListLayoutTest, ColumnsHaveIdentifiersAndTitles) {
+  const Localize localize("en");
+  const std::pair<const char*, const char*> table[] = {
+      {"name", "Name"},          {"summary", "Summary"},     {"kind", "Kind"}, {"enabled", "Enabled"},
+      {"keepAlive", "Relaunch"}, {"scheduled", "Scheduled"}, {"run", "Run"}};
+  for (std::size_t i = 0; i < std::size(table); ++i) {
+    EXPECT_EQ(listColumn(table[i].first), allListColumns.at(i));
+    EXPECT_EQ(title(allListColumns.at(i), localize), table[i].second);
+  }
+  EXPECT_FALSE(listColumn(""));
+  EXPECT_FALSE(listColumn("Name"));
+}
+
+TEST(ListLayoutTest, TheLastVisibleColumnStays) {
+  EXPECT_EQ(toggled({List::Name, List::Run}, List::Name), std::vector{List::Run});
+  EXPECT_EQ(toggled({List::Run}, List::Name), (std::vector{List::Name, List::Run}));
+  EXPECT_EQ(toggled({List::Name, List::Run}, List::Kind), (std::vector{List::Name, List::Kind, List::Run}));
+  EXPECT_EQ(toggled({List::Run}, List::Run), std::nullopt);
+}
+
+TEST(ListLayoutTest, StoredColumnsKeepOrderWidthAndVisibility) {
+  const std::vector<ListPlace> places{{List::Run, 300},        {List::Name, 210},   {List::Kind, 40, false},
+                                      {List::Summary, 0},      {List::Enabled, 30}, {List::KeepAlive, 0, false},
+                                      {List::Scheduled, 10000}};
   const std::string text = "run 300,name 210,kind 40 hidden,summary,enabled 30,keepAlive hidden,scheduled 10000";
   EXPECT_EQ(layoutText(places), text);
   EXPECT_EQ(layoutIn(text), places);
 }
 
-TEST(ListLayoutTest, WhateverTheTextSaysAllColumnsAreThereAndOneIsVisible) {
+TEST(ListLayoutTest, AnyTextYieldsAllColumnsAndOneIsVisible) {
   const struct {
     const char* text;
     const char* layout;
@@ -32,7 +54,7 @@ TEST(ListLayoutTest, WhateverTheTextSaysAllColumnsAreThereAndOneIsVisible) {
   for (const auto& row : table) EXPECT_EQ(layoutText(layoutIn(row.text)), row.layout) << row.text;
 }
 
-TEST(ListLayoutTest, TheSortOrderComesBack) {
+TEST(ListLayoutTest, TheSortOrderIsReadBack) {
   const struct {
     const char* text;
     const char* key;  // null: none

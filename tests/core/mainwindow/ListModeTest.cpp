@@ -3,45 +3,29 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/catalogue/Launchd.h"
-#include "core/mainwindow/JobMenu.h"
-#include "support/ProgramFixture.h"
-#include "support/RecordingShell.h"
+#include "support/ModeFixture.h"
 
 namespace mirvel {
 namespace {
 
-using Column::List;
+using List = ListColumn;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
 
-class RecordingTable final : public ListTableType {
+class RecordingTable final : public testdata::RecordingView<ListTableType, std::size_t> {
  public:
-  std::optional<std::size_t> marked;
-  std::optional<std::size_t> scrolledTo;
-  int reloads = 0;
   int headers = 0;
 
-  void reload() override {
-    ++reloads;
-    marked.reset();
-  }
-  void mark(std::optional<std::size_t> row) override { marked = row; }
-  void scrollTo(std::size_t row) override { scrolledTo = row; }
   void prepareHeaders() override { ++headers; }
 };
 
-class ListModeTest : public testdata::ProgramFixture {
+class ListModeTest : public testdata::ModeFixture {
  protected:
   ListModeTest() { (void)foundation.defaults.setSelectedMode(2); }
 
   URL url(const std::string& label) const { return URL::file(path(Kind::userAgent, label + ".plist")); }
-  /// The same job, read another time.
-  std::shared_ptr<Job> launchdCopy(const std::string& label) {
-    return Launchd::read(testdata::bytes(url(label).path()), url(label), Kind::userAgent, foundation.scanSettings(),
-                         console);
-  }
+  std::shared_ptr<Job> copyOf(const std::string& label) { return copy(*jobNamed(label)); }
   Names rows() { return names(list.content()); }
   void fill() {
     writeJob(Kind::userAgent, "a", {{"Program", "/z"}});
@@ -51,12 +35,11 @@ class ListModeTest : public testdata::ProgramFixture {
     shell.events.clear();
   }
 
-  testdata::RecordingShell shell{program()};
   RecordingTable table;
   ListMode list{program().windowContext, table};
 };
 
-TEST_F(ListModeTest, CellsTellWhatTheJobIs) {
+TEST_F(ListModeTest, CellsDescribeTheJob) {
   writeJob(Kind::userAgent, "off", {{"Disabled", true}});
   writeJob(Kind::userAgent, "on", {{"Program", "/bin/ls"}, {"KeepAlive", false}, {"StartInterval", 5}});
   loginItems.ownItems = {{"item", "/Applications/Item.app", {}, {}}};
@@ -77,7 +60,7 @@ TEST_F(ListModeTest, CellsTellWhatTheJobIs) {
   for (std::size_t row = 0; row < std::size(expected); ++row) {
     const auto& job = expected[row];
     const std::pair<List, const char*> texts[] = {
-        {List::name, job.name}, {List::summary, job.summary}, {List::run, job.run}};
+        {List::Name, job.name}, {List::Summary, job.summary}, {List::Run, job.run}};
     for (const auto& [column, text] : texts) {
       const ListCell cell = list.cell(column, row);
       EXPECT_EQ(cell.text, text);
@@ -85,24 +68,14 @@ TEST_F(ListModeTest, CellsTellWhatTheJobIs) {
       EXPECT_EQ(cell.isSecondary, !job.isEnabled) << text;
       EXPECT_FALSE(cell.isChecked);
     }
-    EXPECT_EQ(list.cell(List::kind, row).toolTip, job.kind);
-    EXPECT_EQ(list.cell(List::kind, row).image->accessibilityDescription, job.kind);
-    EXPECT_EQ(list.cell(List::enabled, row).image, statusImage(job.isEnabled, foundation.localize)) << job.name;
-    EXPECT_EQ(list.cell(List::keepAlive, row).isChecked, job.hasKeepAlive) << job.name;
-    EXPECT_EQ(list.cell(List::scheduled, row).isChecked, job.isScheduled) << job.name;
+    EXPECT_EQ(list.cell(List::Kind, row).toolTip, job.kind);
+    EXPECT_EQ(list.cell(List::Kind, row).image->accessibilityDescription, job.kind);
+    EXPECT_EQ(list.cell(List::Enabled, row).image, statusImage(job.isEnabled, foundation.localize)) << job.name;
+    EXPECT_EQ(list.cell(List::KeepAlive, row).isChecked, job.hasKeepAlive) << job.name;
+    EXPECT_EQ(list.cell(List::Scheduled, row).isChecked, job.isScheduled) << job.name;
   }
-  const ListCell beyond = list.cell(List::name, std::size(expected));
+  const ListCell beyond = list.cell(List::Name, std::size(expected));
   EXPECT_TRUE(beyond.text.empty() && !beyond.image && !beyond.isChecked);
-}
-
-TEST_F(ListModeTest, ColumnsAreFoundByIdentifierAndNamedInTheUsersLanguage) {
-  const char* titles[] = {"Name", "Summary", "Kind", "Enabled", "Relaunch", "Scheduled", "Run"};
-  for (const List column : Column::allList) {
-    EXPECT_EQ(Column::column(Column::identifier(column)), column);
-    EXPECT_EQ(Column::title(column, foundation.localize), titles[static_cast<int>(column)]);
-  }
-  EXPECT_FALSE(Column::column(""));
-  EXPECT_FALSE(Column::column("Name"));
 }
 
 TEST_F(ListModeTest, TheFirstDescriptorOfAKnownColumnSorts) {
@@ -120,7 +93,7 @@ TEST_F(ListModeTest, TheFirstDescriptorOfAKnownColumnSorts) {
   EXPECT_EQ(rows(), (Names{"a", "b", "c"}));
 }
 
-TEST_F(ListModeTest, ASortKeepsTheSelectedJobInSight) {
+TEST_F(ListModeTest, SortingKeepsTheSelectedJobVisible) {
   fill();
   program().selection.select(jobNamed("a"));
   list.setSortDescriptors({{"run", true}});
@@ -128,7 +101,7 @@ TEST_F(ListModeTest, ASortKeepsTheSelectedJobInSight) {
   EXPECT_EQ(table.scrolledTo, 2U);
 }
 
-TEST_F(ListModeTest, HeadersArentPreparedForATableThatHasGone) {
+TEST_F(ListModeTest, HeadersArentPreparedAfterTheEndOfTheMode) {
   auto ending = std::make_unique<ListMode>(program().windowContext, table);
   ending->setSortDescriptors({{"name", true}});
   ending.reset();
@@ -162,7 +135,7 @@ TEST_F(ListModeTest, CopiesOfOneFileKeepTheOrderOfTheUserToo) {
 TEST_F(ListModeTest, SelectByURLMarksTheRowAndSelectsTheJobOfTheCatalogue) {
   fill();
   const Jobs catalogue = program().catalogue.jobs();
-  list.update({launchdCopy("b"), launchdCopy("c")});
+  list.update({copyOf("b"), copyOf("c")});
   list.select(url("a"));
   EXPECT_FALSE(table.marked) << "hidden";
   EXPECT_FALSE(program().selection.job());
@@ -179,6 +152,12 @@ TEST_F(ListModeTest, SelectByURLMarksTheRowAndSelectsTheJobOfTheCatalogue) {
   EXPECT_EQ(program().selection.job(), catalogue[2]);
   list.selectionDidChange(0);
   EXPECT_EQ(program().selection.job(), catalogue[2]);
+
+  shell.events.clear();
+  list.deselect();
+  EXPECT_FALSE(table.marked);
+  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
+  EXPECT_EQ(program().selection.job(), catalogue[2]);
 }
 
 TEST_F(ListModeTest, SelectByJobMarksThatVeryJobAndNoMore) {
@@ -186,7 +165,7 @@ TEST_F(ListModeTest, SelectByJobMarksThatVeryJobAndNoMore) {
   list.select(jobNamed("b"));
   EXPECT_EQ(table.marked, 1U);
   table.marked.reset();
-  list.select(launchdCopy("c"));
+  list.select(copyOf("c"));
   EXPECT_FALSE(table.marked);
   EXPECT_FALSE(program().selection.job());
   EXPECT_THAT(shell.events, IsEmpty());
@@ -202,17 +181,7 @@ TEST_F(ListModeTest, AClickSelectsTheJobOfItsRow) {
   EXPECT_EQ(program().selection.job(), jobNamed("c"));
 }
 
-TEST_F(ListModeTest, DeselectLeavesTheSelectedJob) {
-  fill();
-  list.select(url("a"));
-  shell.events.clear();
-  list.deselect();
-  EXPECT_FALSE(table.marked);
-  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_TRUE(program().selection.job());
-}
-
-TEST_F(ListModeTest, TheMenuHoldsWhatCanBeDoneWithTheJob) {
+TEST_F(ListModeTest, TheMenuDependsOnTheJob) {
   writeJob(Kind::userAgent, "agent");
   writeJob(Kind::systemAgent, "system");
   loginItems.ownItems = {{"own", "/own", {}, {}}};
@@ -224,12 +193,7 @@ TEST_F(ListModeTest, TheMenuHoldsWhatCanBeDoneWithTheJob) {
       if (item.title == title) item.action();
     }
   };
-  const auto titles = [&](std::size_t row) {
-    Names result;
-    const JobMenu menu = list.menuForRow(row);
-    for (const auto& item : menu.items()) result.push_back(item.title);
-    return result;
-  };
+  const auto titles = [&](std::size_t row) { return ModeFixture::titles(list.menuForRow(row)); };
   const std::string reveal = foundation.localize.revealInFinder();
   EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal, "Delete"));
   EXPECT_THAT(titles(1), ElementsAre("own", "", reveal, "Delete"));
@@ -272,13 +236,6 @@ TEST_F(ListModeTest, TheFirstOfTheDraggedRowsDecides) {
   EXPECT_FALSE(list.dragRows({3, 0})) << "a login item";
   EXPECT_FALSE(list.dragRows({99, 0}));
   EXPECT_FALSE(list.dragRows({}));
-}
-
-TEST_F(ListModeTest, TheLastVisibleColumnStays) {
-  EXPECT_EQ(toggled({List::name, List::run}, List::name), std::vector{List::run});
-  EXPECT_EQ(toggled({List::run}, List::name), (std::vector{List::name, List::run}));
-  EXPECT_EQ(toggled({List::name, List::run}, List::kind), (std::vector{List::name, List::kind, List::run}));
-  EXPECT_EQ(toggled({List::run}, List::run), std::nullopt);
 }
 
 }  // namespace

@@ -27,37 +27,37 @@ class MenuControllerTest : public testdata::ProgramFixture {
   testdata::RecordingShell shell{program()};
 };
 
-TEST_F(MenuControllerTest, ACommandIsOfferedOnceThereIsWhoDoesIt) {
+TEST_F(MenuControllerTest, CommandsAreOfferedOnceTheirComponentIsRegistered) {
   struct Row {
     Command command;
-    std::function<void(Shell&)> whatItNeeds;
+    std::function<void(Shell&)> registerComponent;
   };
   const auto canOpen = [](Sheet sheet) { return [sheet](Shell& to) { to.sheets[sheet] = [] {}; }; };
   EditType* const edit = program().shell.edit;
   const Row table[] = {
-      {Command::new_, canOpen(Sheet::New)},
-      {Command::duplicate, canOpen(Sheet::Duplicate)},
-      {Command::restoreDeleted, canOpen(Sheet::RestoreDeleted)},
-      {Command::test, canOpen(Sheet::Test)},
-      {Command::log, canOpen(Sheet::Log)},
-      {Command::info, canOpen(Sheet::Info)},
-      {Command::importAction, [](Shell& to) { to.importJob = [] {}; }},
-      {Command::export_, [](Shell& to) { to.exportJob = [] {}; }},
-      {Command::checkForUpdates, [](Shell& to) { to.checkForUpdate = [](bool) {}; }},
-      {Command::save, [](Shell& to) { to.saveScript = [] {}; }},
-      {Command::edit, [edit](Shell& to) { to.edit = edit; }},
-      {Command::revert, [edit](Shell& to) { to.edit = edit; }},
+      {Command::New, canOpen(Sheet::New)},
+      {Command::Duplicate, canOpen(Sheet::Duplicate)},
+      {Command::RestoreDeleted, canOpen(Sheet::RestoreDeleted)},
+      {Command::Test, canOpen(Sheet::Test)},
+      {Command::Log, canOpen(Sheet::Log)},
+      {Command::Info, canOpen(Sheet::Info)},
+      {Command::Import, [](Shell& to) { to.importJob = [] {}; }},
+      {Command::Export, [](Shell& to) { to.exportJob = [] {}; }},
+      {Command::CheckForUpdates, [](Shell& to) { to.checkForUpdate = [](bool) {}; }},
+      {Command::Save, [](Shell& to) { to.saveScript = [] {}; }},
+      {Command::Edit, [edit](Shell& to) { to.edit = edit; }},
+      {Command::Revert, [edit](Shell& to) { to.edit = edit; }},
   };
   program().shell.edit = nullptr;
   for (const Row& row : table) {
     EXPECT_FALSE(menus().isOffered(row.command)) << static_cast<int>(row.command);
-    row.whatItNeeds(program().shell);
+    row.registerComponent(program().shell);
     EXPECT_TRUE(menus().isOffered(row.command)) << static_cast<int>(row.command);
-    if (row.command == Command::edit) program().shell.edit = nullptr;
+    if (row.command == Command::Edit) program().shell.edit = nullptr;
   }
 }
 
-TEST_F(MenuControllerTest, CommandsReachWhoDoesThem) {
+TEST_F(MenuControllerTest, CommandsReachTheirComponents) {
   writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
   select("a");
   shell.events.clear();
@@ -72,21 +72,21 @@ TEST_F(MenuControllerTest, CommandsReachWhoDoesThem) {
   for (const auto& [sheet, name] : sheets) to.sheets[sheet] = note("sheet " + std::string(name));
   to.importJob = note("import");
   to.exportJob = note("export");
-  to.emptyIconCache = note("icons anew");
+  to.emptyIconCache = note("empty icon cache");
   to.checkForUpdate = [this](bool isManual) { shell.note(isManual ? "updates, asked" : "updates"); };
   shell.tab = DetailTab::LaunchdDisplay;
-  for (const Command command : {Command::new_, Command::duplicate, Command::restoreDeleted, Command::test, Command::log,
-                                Command::info, Command::importAction, Command::export_, Command::edit, Command::filter,
-                                Command::fullScreen, Command::about, Command::checkForUpdates}) {
+  for (const Command command : {Command::New, Command::Duplicate, Command::RestoreDeleted, Command::Test, Command::Log,
+                                Command::Info, Command::Import, Command::Export, Command::Edit, Command::Filter,
+                                Command::FullScreen, Command::About, Command::CheckForUpdates}) {
     menus().perform(command);
   }
   shell.tab = DetailTab::LaunchdEdit;
-  menus().perform(Command::save);
+  menus().perform(Command::Save);
   EXPECT_THAT(shell.events, ElementsAre("sheet New", "sheet Duplicate", "sheet Restore Deleted", "sheet Test",
                                         "sheet Log", "sheet Info", "import", "export", "showEdit", "focusOnFilter",
                                         "toggleFullScreen", "showAbout", "updates, asked", "save"));
   for (const Command command :
-       {Command::help, Command::manLaunchdplist, Command::site, Command::mailSupport, Command::revealInFinder}) {
+       {Command::Help, Command::ManLaunchdplist, Command::Site, Command::MailSupport, Command::RevealInFinder}) {
     menus().perform(command);
   }
   EXPECT_THAT(workspace.deeds, ElementsAre("openAddress https://mirvel.app/mirvel-help", HasSubstr("launchd.plist"),
@@ -94,15 +94,15 @@ TEST_F(MenuControllerTest, CommandsReachWhoDoesThem) {
                                            "reveal " + path(Kind::userAgent, "a.plist").string()));
 
   to.saveScript = note("script saved");
-  menus().perform(Command::save);
+  menus().perform(Command::Save);
   EXPECT_EQ(shell.events.back(), "script saved");
-  menus().perform(Command::refresh);
+  menus().perform(Command::Refresh);
   EXPECT_EQ(fetchQueue.count(), 1U);
-  EXPECT_THAT(shell.events, Contains("icons anew"));
+  EXPECT_THAT(shell.events, Contains("empty icon cache"));
 
   shell.events.clear();
   shell.isSheetUp = true;
-  menus().perform(Command::new_);
+  menus().perform(Command::New);
   EXPECT_THAT(shell.events, IsEmpty()) << "what isn't enabled isn't done";
 }
 
@@ -112,7 +112,7 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   select("a");
   program().currentMode.setFilter(program().catalogue.jobs(), "b");
   shell.events.clear();
-  menus().perform(Command::tree);
+  menus().perform(Command::Tree);
   EXPECT_EQ(foundation.defaults.selectedMode(), 1);
   EXPECT_EQ(program().currentMode.chosen(), Mode::Tree);
   EXPECT_THAT(shell.events, ElementsAre("showMode 1", "clearFilter", "update, catalogue of 2", "deselect",
@@ -123,26 +123,26 @@ TEST_F(MenuControllerTest, AnotherModeBeginsWithNoSelectionAndNoFilter) {
   EXPECT_EQ(fetchQueue.count(), 1U);
 
   program().editing.setUnsavedChanges(true);
-  menus().perform(Command::grid);
+  menus().perform(Command::Grid);
   EXPECT_EQ(program().currentMode.chosen(), Mode::Tree);
   select("a");
   program().editing.setUnsavedChanges(true);
-  menus().perform(Command::tree);
+  menus().perform(Command::Tree);
   EXPECT_TRUE(program().selection.job()) << "the mode that is there leaves what is being edited";
   program().editing.setUnsavedChanges(false);
   const auto scanning = program().scanning.begin();
-  menus().perform(Command::list);
+  menus().perform(Command::List);
   EXPECT_EQ(program().currentMode.chosen(), Mode::List) << "a scan is no reason to wait";
   ASSERT_TRUE(foundation.defaults.setSelectedMode(4));
   EXPECT_EQ(program().currentMode.chosen(), Mode::Grid) << "a mode that there isn't";
 }
 
-TEST_F(MenuControllerTest, SettingsOfTheViewAreTurnedAroundAndFollowed) {
-  menus().perform(Command::titleBar);
+TEST_F(MenuControllerTest, ViewCommandsToggleTheirSettings) {
+  menus().perform(Command::TitleBar);
   EXPECT_TRUE(foundation.defaults.showTitleBar());
   EXPECT_EQ(shell.isTitleVisible, true);
   EXPECT_EQ(fetchQueue.count(), 0U);
-  menus().perform(Command::system);
+  menus().perform(Command::System);
   EXPECT_TRUE(foundation.defaults.showSystemJobs());
   EXPECT_EQ(fetchQueue.count(), 1U);
   program().mainWindow.fullScreenDidChange(true);
@@ -152,7 +152,7 @@ TEST_F(MenuControllerTest, SettingsOfTheViewAreTurnedAroundAndFollowed) {
 TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
   writeJob(Kind::userAgent, "a");
   select("a");
-  menus().perform(Command::delete_);
+  menus().perform(Command::Delete);
   ASSERT_EQ(interface.sheets.size(), 1U);
   const Alert& question = interface.sheets.front().first;
   EXPECT_EQ(question.message, "Are you sure you want to delete “a”?");
@@ -161,33 +161,33 @@ TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
   interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
 
-  menus().perform(Command::delete_);
+  menus().perform(Command::Delete);
   program().selection.select(nullptr);  // the question was about this job all the same
   interface.answerSheet(Interface::defaultButton);
   ASSERT_EQ(helpers.requests.size(), 1U);
   EXPECT_EQ(helpers.requests.front().text("deletePath"), path(Kind::userAgent, "a.plist").string());
 }
 
-TEST_F(MenuControllerTest, WhatIsntShownAsSelectedIsntActedOn) {
+TEST_F(MenuControllerTest, CommandsIgnoreAHiddenSelection) {
   writeJob(Kind::userAgent, "a");
   select("a");
   for (const Sheet sheet : {Sheet::Duplicate, Sheet::Test, Sheet::Log, Sheet::Info}) {
     program().shell.sheets[sheet] = [] {};
   }
   program().shell.exportJob = [] {};
-  const Command commands[] = {Command::delete_, Command::duplicate, Command::export_, Command::test,
-                              Command::log,     Command::info,      Command::share,   Command::revealInFinder};
+  const Command commands[] = {Command::Delete, Command::Duplicate, Command::Export, Command::Test,
+                              Command::Log,    Command::Info,      Command::Share,  Command::RevealInFinder};
   for (const bool isShown : {true, false}) {
     shell.tab = isShown ? DetailTab::LaunchdDisplay : DetailTab::NoSelection;  // a filter hides it
     for (const Command command : commands) {
       EXPECT_EQ(menus().isEnabled(command), isShown) << static_cast<int>(command);
     }
-    for (const ToolbarItem item : {ToolbarItem::share, ToolbarItem::info, ToolbarItem::log}) {
+    for (const ToolbarItem item : {ToolbarItem::Share, ToolbarItem::Info, ToolbarItem::Log}) {
       EXPECT_EQ(menus().isEnabled(item), isShown) << static_cast<int>(item);
     }
     EXPECT_EQ(program().mainWindow.title(), isShown ? "Mirvel – a" : "Mirvel");
   }
-  menus().perform(Command::delete_);
+  menus().perform(Command::Delete);
   EXPECT_THAT(interface.sheets, IsEmpty());
 }
 

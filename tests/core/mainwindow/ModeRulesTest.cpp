@@ -35,7 +35,7 @@ TEST_F(ModeRulesTest, TheSelectionIsGuardedWithOneQuestion) {
   EXPECT_EQ(interface.sheets.size(), 3U) << "each mode asks for itself";
 }
 
-TEST_F(ModeRulesTest, AnEmptyViewTellsWhyUnlessAFilterMadeItSo) {
+TEST_F(ModeRulesTest, AnEmptyViewHasALabelUnlessThereAreJobs) {
   EXPECT_EQ(emptyStateLabel(program().windowContext), "No Items");
   auto scanning = program().scanning.begin();
   EXPECT_EQ(emptyStateLabel(program().windowContext), "Loading\u2026");
@@ -77,15 +77,12 @@ TEST_F(ModeRulesTest, TheKindDecidesWhatCanBeDraggedAndDeleted) {
   for (const auto& row : table) EXPECT_EQ(canDelete(row.kind), row.canDeleteByPermission) << row.kind.name();
 }
 
-TEST_F(ModeRulesTest, TheTitleNamesTheSelectedJob) {
-  EXPECT_EQ(program().mainWindow.title(), "Mirvel");
-  program().selection.select(job(Kind::userAgent));
-  EXPECT_EQ(program().mainWindow.title(), "Mirvel \u2013 job");
+TEST_F(ModeRulesTest, AJobWithoutANameLeavesTheTitleAsItIs) {
   program().selection.select(std::make_shared<Job>(Kind::userAgent, "", "", "", URL::file("/job")));
   EXPECT_EQ(program().mainWindow.title(), "Mirvel");
 }
 
-TEST_F(ModeRulesTest, AClearedSelectionIsFollowedByAScanUnlessThereAreEdits) {
+TEST_F(ModeRulesTest, AClearedSelectionStartsAScanUnlessThereAreEdits) {
   program().editing.setUnsavedChanges(true);
   EXPECT_EQ(fetchQueue.count(), 0U);
   program().editing.setUnsavedChanges(false);
@@ -93,19 +90,6 @@ TEST_F(ModeRulesTest, AClearedSelectionIsFollowedByAScanUnlessThereAreEdits) {
   EXPECT_EQ(fetchQueue.count(), 0U);
   program().selection.select(nullptr);
   EXPECT_EQ(fetchQueue.count(), 1U);
-}
-
-TEST_F(ModeRulesTest, CommandsOnTheCatalogueWaitForUnsavedChanges) {
-  program().editing.setUnsavedChanges(true);
-  program().fetcher.refresh();
-  program().menus.perform(Command::system);
-  EXPECT_EQ(fetchQueue.count(), 0U);
-  EXPECT_FALSE(foundation.defaults.showSystemJobs());
-
-  program().editing.setUnsavedChanges(false);
-  program().menus.perform(Command::system);
-  EXPECT_EQ(fetchQueue.count(), 1U);
-  EXPECT_TRUE(foundation.defaults.showSystemJobs());
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ class RevisionMenuTest : public testdata::ProgramFixture {
   testdata::RecordingShell shell{program()};
 };
 
-TEST_F(RevisionMenuTest, AnEarlierContentComesBackAsAnUnsavedChange) {
+TEST_F(RevisionMenuTest, ARevisionIsInsertedAsAnUnsavedChange) {
   scan();
   program().selection.select(jobNamed("a"));
   EXPECT_THAT(revisionItems(program().windowContext), IsEmpty());
@@ -61,7 +61,7 @@ TEST_F(RevisionMenuTest, OfTwoFilesWithTheSameBytesTheSelectedOneIsReplaced) {
   EXPECT_EQ(program().catalogue.jobAt(selected().url), program().selection.job());
 }
 
-TEST_F(RevisionMenuTest, WhatIsNoContentOfAJobChangesNothing) {
+TEST_F(RevisionMenuTest, ARevisionWithoutValidContentChangesNothing) {
   scan();
   const auto job = jobNamed("a");
   program().selection.select(job);

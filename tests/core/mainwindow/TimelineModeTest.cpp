@@ -2,12 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "core/app/Program.h"
 #include "core/catalogue/Launchd.h"
-#include "core/mainwindow/JobMenu.h"
-#include "core/session/CurrentMode.h"
-#include "support/ProgramFixture.h"
-#include "support/RecordingShell.h"
+#include "support/ModeFixture.h"
 
 namespace mirvel {
 namespace {
@@ -16,22 +12,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
 
-class RecordingTimeline final : public TimelineTableType {
- public:
-  std::optional<std::size_t> marked;
-  std::optional<std::size_t> scrolledTo;
-  int reloads = 0;
-
-  void reload() override {
-    ++reloads;
-    marked.reset();
-  }
-  void mark(std::optional<std::size_t> row) override { marked = row; }
-  void scrollTo(std::size_t row) override { scrolledTo = row; }
-};
+using RecordingTimeline = testdata::RecordingView<TimelineTableType, std::size_t>;
 
 /// Monday 12 January 1970, 13:46:40.
-class TimelineModeTest : public testdata::ProgramFixture {
+class TimelineModeTest : public testdata::ModeFixture {
  protected:
   TimelineModeTest() { (void)foundation.defaults.setSelectedMode(3); }
 
@@ -61,13 +45,12 @@ class TimelineModeTest : public testdata::ProgramFixture {
     shell.events.clear();
   }
 
-  testdata::RecordingShell shell{program()};
   RecordingTimeline table;
   std::string zone = "UTC";
   TimelineMode timeline{program().windowContext, table, [this] { return zone; }};
 };
 
-TEST_F(TimelineModeTest, CellsTellTimeAndJob) {
+TEST_F(TimelineModeTest, CellsShowTimeAndJob) {
   fill();
   writeJob(Kind::userAgent, "c", {{"StartInterval", 60}, {"Disabled", true}});
   scan();
@@ -77,10 +60,10 @@ TEST_F(TimelineModeTest, CellsTellTimeAndJob) {
     const char* name;
     bool isSecondary;
   } expected[] = {
-      {TimelineKind::group, "", "Repeat Interval", false},
-      {TimelineKind::interval, "", "c – 1 minute", true},
-      {TimelineKind::group, "", "Tomorrow", false},
-      {TimelineKind::time, "12:00", "a", false},
+      {TimelineKind::Group, "", "Repeat Interval", false},
+      {TimelineKind::Interval, "", "c – 1 minute", true},
+      {TimelineKind::Group, "", "Tomorrow", false},
+      {TimelineKind::Time, "12:00", "a", false},
   };
   for (std::size_t row = 0; row < std::size(expected); ++row) {
     const TimelineCell cell = timeline.cell(row);
@@ -149,6 +132,11 @@ TEST_F(TimelineModeTest, SelectByURLMarksTheFirstRunAndSelectsTheJobOfTheCatalog
   EXPECT_EQ(program().selection.job(), jobNamed("a"));
   timeline.select(jobNamed("a"));
   EXPECT_EQ(table.marked, 3U) << "by job it does nothing";
+  shell.events.clear();
+  timeline.deselect();
+  EXPECT_FALSE(table.marked);
+  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
+  EXPECT_EQ(program().selection.job(), jobNamed("a"));
 }
 
 TEST_F(TimelineModeTest, AClickSelectsTheJobOfItsRow) {
@@ -166,23 +154,8 @@ TEST_F(TimelineModeTest, AClickSelectsTheJobOfItsRow) {
   EXPECT_EQ(program().selection.job(), jobNamed("b")) << "that of the catalogue";
 }
 
-TEST_F(TimelineModeTest, DeselectLeavesTheSelectedJob) {
-  fill();
-  timeline.select(url("a"));
-  shell.events.clear();
-  timeline.deselect();
-  EXPECT_FALSE(table.marked);
-  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_TRUE(program().selection.job());
-}
-
 TEST_F(TimelineModeTest, TheMenuNeverOffersToDelete) {
   fill();
-  const auto titles = [](const JobMenu& menu) {
-    Names result;
-    for (const auto& item : menu.items()) result.push_back(item.title);
-    return result;
-  };
   const std::string reveal = foundation.localize.revealInFinder();
   EXPECT_THAT(titles(timeline.menuForRow(1)), ElementsAre("a", "", reveal));
   EXPECT_THAT(titles(timeline.menuForRow(3)), ElementsAre("b", "", reveal));
@@ -206,7 +179,7 @@ TEST_F(TimelineModeTest, TheFirstOfTheDraggedRowsDecides) {
   EXPECT_FALSE(timeline.dragRows({}));
 }
 
-TEST_F(TimelineModeTest, RowsOfAJobThatHasGoneDoNothing) {
+TEST_F(TimelineModeTest, RowsOfAMissingJobDoNothing) {
   fill();
   timeline.content()[0]->url = URL::file("/moved");
   timeline.selectionDidChange(1);

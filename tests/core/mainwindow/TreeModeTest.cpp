@@ -15,24 +15,18 @@ using testdata::nowhere;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class RecordingOutline final : public TreeOutlineType {
+class RecordingOutline final : public testdata::RecordingView<TreeOutlineType, IndexPath> {
  public:
-  std::optional<IndexPath> marked;
-  std::optional<IndexPath> scrolledTo;
   std::vector<IndexPath> reloadedRows;
-  std::map<std::size_t, bool> expanded;  // as it was told
-  int reloads = 0;
+  std::map<std::size_t, bool> expanded;  // by the last calls
   int redraws = 0;
 
   void reload() override {
-    ++reloads;
-    marked.reset();
+    RecordingView::reload();
     expanded.clear();
   }
   void redraw() override { ++redraws; }
   void setExpanded(std::size_t section, bool isExpanded) override { expanded[section] = isExpanded; }
-  void mark(std::optional<IndexPath> path) override { marked = path; }
-  void scrollTo(IndexPath path) override { scrolledTo = path; }
   void reloadRow(IndexPath path) override { reloadedRows.push_back(path); }
 };
 
@@ -64,7 +58,7 @@ class TreeModeTest : public testdata::ModeFixture {
   std::unique_ptr<TreeMode> tree = std::make_unique<TreeMode>(program().windowContext, outline);
 };
 
-TEST_F(TreeModeTest, RowsAreThoseOfTheGroupsAndCountWhatTheFilterLeaves) {
+TEST_F(TreeModeTest, RowsDescribeJobsAndGroupsAndCountFilteredJobs) {
   const Jobs jobs = someJobs();
   jobs[1]->icon = Image::named("icon");
   publish(jobs);
@@ -93,14 +87,14 @@ TEST_F(TreeModeTest, RowsAreThoseOfTheGroupsAndCountWhatTheFilterLeaves) {
   EXPECT_EQ(outline.reloads, 2) << "equal";
 }
 
-TEST_F(TreeModeTest, ADisabledJobLooksIt) {
+TEST_F(TreeModeTest, ADisabledJobIsMarked) {
   writeJob(Kind::userAgent, "off", {{"Disabled", true}});
   scan();
   EXPECT_TRUE(tree->cell({0, 0}).isSecondary);
   EXPECT_EQ(tree->cell({0, 0}).image, statusImage(false, foundation.localize));
 }
 
-TEST_F(TreeModeTest, GroupsStayAsTheUserLeftThem) {
+TEST_F(TreeModeTest, GroupsKeepTheirStateAcrossScansFiltersAndStarts) {
   const Jobs all{job(Kind::userAgent, "a"), job(Kind::localAgent, "b"), job(Kind::localDaemon, "c")};
   const Jobs withoutB{all[0], all[2]};
   const struct {
@@ -215,7 +209,7 @@ TEST_F(TreeModeTest, GroupsAreNeverSelectedAndNeverAskAboutChanges) {
   EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]) << "the details keep their job";
 }
 
-TEST_F(TreeModeTest, APressSelectsWhatItCan) {
+TEST_F(TreeModeTest, AnAccessiblePressSelectsJobsOfTheCatalogue) {
   publish(someJobs());
   const auto gone = job(Kind::userAgent, "gone");
   tree->update({program().catalogue.jobs()[0], gone});
@@ -253,21 +247,6 @@ TEST_F(TreeModeTest, FollowsTheCatalogueWhileItIsVisible) {
   tree->reloadJob(program().catalogue.jobs()[2]);
   tree->reloadJob(copy(*program().catalogue.jobs()[2]));
   EXPECT_THAT(outline.reloadedRows, ElementsAre(IndexPath{1, 0}));
-}
-
-TEST_F(TreeModeTest, MenuAndDragAreThoseOfTheJobAndGroupsHaveNone) {
-  publish(someJobs());
-  const std::string reveal = foundation.localize.revealInFinder();
-  EXPECT_THAT(titles(tree->menuForRow({1, 0})), ElementsAre("c", "", reveal, "Delete"));
-  EXPECT_THAT(titles(tree->menuForRow({1})), IsEmpty());
-  EXPECT_THAT(titles(tree->menuForRow(nowhere)), IsEmpty());
-  program().catalogue.jobs()[2]->isNewFile = true;
-  EXPECT_THAT(titles(tree->menuForRow({1, 0})), IsEmpty());
-
-  EXPECT_EQ(tree->dragRows({{0, 1}, {1}})->text(), program().catalogue.jobs()[1]->url.text());
-  for (const IndexPath first : {IndexPath{0}, IndexPath{3, 0}, nowhere}) {
-    EXPECT_FALSE(tree->dragRows({first, {0, 1}})) << testing::PrintToString(first);
-  }
 }
 
 }  // namespace

@@ -11,10 +11,9 @@
 #include "ui/creation/NewViewController.h"
 
 namespace mirvel::ui {
-
 namespace {
 
-/// Roles of what a user does something with.
+/// The roles of elements that users interact with.
 const std::set<QAccessible::Role> controls = {
     QAccessible::Button,   QAccessible::ButtonMenu,   QAccessible::CheckBox,  QAccessible::ComboBox,
     QAccessible::Cell,     QAccessible::EditableText, QAccessible::List,      QAccessible::ListItem,
@@ -22,7 +21,7 @@ const std::set<QAccessible::Role> controls = {
     QAccessible::TreeItem, QAccessible::RowHeader,    QAccessible::PopupMenu, QAccessible::RadioButton,
 };
 
-/// Where something stands, for the message of a failure.
+/// An element, for failure messages.
 std::string describe(QAccessibleInterface& element) {
   const QObject* object = element.object();
   return std::string(object ? object->metaObject()->className() : "no object") + ", role " +
@@ -35,11 +34,11 @@ class AccessibilityTest : public ApplicationFixture {
   ~AccessibilityTest() override { QAccessible::setActive(false); }
 
   void walk(QAccessibleInterface* element, const std::string& from) {
-    ASSERT_NE(element, nullptr) << "a child that isn't there, of " << from;
+    ASSERT_NE(element, nullptr) << "missing child of " << from;
     ASSERT_TRUE(element->isValid()) << from;
     const std::string place = from + "\n  > " + describe(*element);
     check(*element, place);
-    if (element->role() == QAccessible::ComboBox) return;  // what it opens is the toolkit's own
+    if (element->role() == QAccessible::ComboBox) return;  // its list belongs to the toolkit
     for (int i = 0; i < element->childCount(); ++i) walk(element->child(i), place);
   }
 
@@ -70,14 +69,14 @@ TEST_F(AccessibilityTest, EveryControlHasARoleAndAName) {
   const Localize& localize = program().foundation.localize;
   for (const std::string& name :
        {std::string("alpha"), std::string("/bin/ls"), localize.filter(), WindowTexts(localize).jobs(), localize.name(),
-        localize.revealInFinder(), Column::title(Column::List::scheduled, localize)}) {
+        localize.revealInFinder(), title(ListColumn::Scheduled, localize)}) {
     EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
   }
 }
 
-TEST_F(AccessibilityTest, EveryPageOfANewJobIsTold) {
+TEST_F(AccessibilityTest, EveryPageOfTheNewJobSheetIsAccessible) {
   start();
-  program().menus.perform(Command::new_);
+  program().menus.perform(Command::New);
   auto* const sheet = window().findChild<NewViewController*>();
   ASSERT_TRUE(sheet);
   NewController& controller = sheet->controller();
@@ -108,11 +107,11 @@ TEST_F(AccessibilityTest, EveryPageOfANewJobIsTold) {
   walkPage(localize.scheduled());
 }
 
-TEST_F(AccessibilityTest, TheEditorIsToldFieldByField) {
+TEST_F(AccessibilityTest, EveryFieldOfTheEditorIsAccessible) {
   writeJob("alpha", {{"Program", "/bin/ls"}, {"KeepAlive", true}, {"StartInterval", 60}, {"Debug", true}});
   start();
   select("alpha");
-  program().menus.perform(Command::edit);
+  program().menus.perform(Command::Edit);
   testdata::settle();
   walk(QAccessible::queryAccessibleInterface(&window()), "");
   const Localize& localize = program().foundation.localize;
@@ -125,21 +124,21 @@ TEST_F(AccessibilityTest, TheEditorIsToldFieldByField) {
   }
 }
 
-TEST_F(AccessibilityTest, CellsOfPicturesAndCheckBoxesAreTold) {
+TEST_F(AccessibilityTest, CellsOfIconsAndCheckBoxesAreAccessible) {
   writeJob("alpha", {{"KeepAlive", true}});
   writeJob("beta", {{"Disabled", true}, {"StartInterval", 60}});
   start();
   const Localize& localize = program().foundation.localize;
   const std::string kind = program().kinds.title(Kind::userAgent);
   const struct {
-    Column::List column;
+    ListColumn column;
     std::string alpha;
     std::string beta;
   } rows[] = {
-      {Column::List::kind, kind, kind},
-      {Column::List::enabled, localize.enabled(), localize.disabled()},
-      {Column::List::keepAlive, localize.on(), localize.off()},
-      {Column::List::scheduled, localize.off(), localize.on()},
+      {ListColumn::Kind, kind, kind},
+      {ListColumn::Enabled, localize.enabled(), localize.disabled()},
+      {ListColumn::KeepAlive, localize.on(), localize.off()},
+      {ListColumn::Scheduled, localize.off(), localize.on()},
   };
   QAccessibleTableInterface* cells = QAccessible::queryAccessibleInterface(&table())->tableInterface();
   ASSERT_NE(cells, nullptr);
@@ -152,5 +151,4 @@ TEST_F(AccessibilityTest, CellsOfPicturesAndCheckBoxesAreTold) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -14,19 +14,19 @@
 
 namespace mirvel::ui {
 
-/// The whole application on a machine of its own, with real folders, threads and time.
+/// The complete application on folders of its own, with real threads and real time.
 class ApplicationFixture : public testing::Test {
  protected:
-  /// Shows the window, and waits for the first scan and the folder monitors, which are made a moment after the start.
+  /// Shows the window, and waits for the first scan and for the folder monitors, which are created shortly after.
   void start() {
     Defaults& defaults = program().foundation.defaults;
     EXPECT_TRUE(defaults.setSelectedMode(static_cast<int>(Mode::List)));
-    EXPECT_TRUE(defaults.setAutomaticallyCheckForUpdate(false));  // nothing beyond this machine
+    EXPECT_TRUE(defaults.setAutomaticallyCheckForUpdate(false));  // no network access
     m_application.start();
     pass(0.05);
     EXPECT_TRUE(testdata::eventually([this] { return !program().scanning.isBusy(); }));
   }
-  /// Lets the program do all that it put off by less than so many seconds.
+  /// Runs the event loop until everything has run that was posted with a shorter delay.
   void pass(double seconds) {
     bool isOver = false;
     program().platform.mainQueue.postAfter(seconds, [&] { isOver = true; });

@@ -16,7 +16,6 @@
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -54,15 +53,15 @@ class CreationTest : public MachineFixture {
     });
   }
   /// Reads the next alert, and closes it.
-  static void answerAlert(QString& told) {
-    QTimer::singleShot(0, qApp, [&told] {
+  static void answerAlert(QString& text) {
+    QTimer::singleShot(0, qApp, [&text] {
       auto* const alert = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (!alert) return answerAlert(told);
-      told = alert->text();
+      if (!alert) return answerAlert(text);
+      text = alert->text();
       alert->accept();
     });
   }
-  /// Presses a button of the sheet that asks something.
+  /// Presses a button of the sheet that is asking a question.
   void answerSheet(const std::string& title) {
     const auto isUp = [this] {
       const auto* const question = window().findChild<QMessageBox*>();
@@ -86,7 +85,7 @@ class CreationTest : public MachineFixture {
   }
   /// Walks through the sheet by the keyboard: the script, at load and each minute.
   void makeJob() {
-    open(Command::new_);
+    open(Command::New);
     type("org.minute");
     press(Qt::Key_Return);
     for (int choice = 0; choice < 3; ++choice) press(Qt::Key_Down);
@@ -111,7 +110,7 @@ class CreationTest : public MachineFixture {
   const fs::path script = machine() / "say.sh";
 };
 
-TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
+TEST_F(CreationTest, AJobIsCreatedRunCopiedExportedImportedAndDeleted) {
   makeJob();
   EXPECT_TRUE(testdata::eventually([this] { return runs() == 1; }));
   ASSERT_TRUE(hasJobs(1));
@@ -145,7 +144,7 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
 </plist>
 )");
 
-  open(Command::duplicate);
+  open(Command::Duplicate);
   press(Qt::Key_Return);
   ASSERT_TRUE(hasJobs(2));
   EXPECT_EQ(selected(), "org.minute copy.plist");
@@ -153,7 +152,7 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
 
   const fs::path exported = machine() / "exported.plist";
   answerPanel(exported);
-  program().menus.perform(Command::export_);
+  program().menus.perform(Command::Export);
   EXPECT_EQ(testdata::bytes(exported), testdata::bytes(file("org.minute copy")));
 
   importFiles(program().creationContext, {URL::file(exported)});
@@ -167,32 +166,32 @@ TEST_F(CreationTest, AJobIsMadeRunsAndIsCopiedExportedImportedAndDeleted) {
   EXPECT_TRUE(selected().starts_with("org.minute copy")) << "the label stays, and the file gets a name of its own";
   EXPECT_NE(selected(), "org.minute copy.plist");
 
-  open(Command::delete_);
+  open(Command::Delete);
   for (QAbstractButton* button : dynamic_cast<QMessageBox&>(sheet()).buttons()) {
     if (button->text() != QStringLiteral("Delete")) continue;
-    button->click();  // the question goes, with its buttons
+    button->click();  // destroys the sheet and its buttons
     break;
   }
   ASSERT_TRUE(hasJobs(2));
   EXPECT_TRUE(fs::exists(file("org.minute copy")));
 
   if (!std::getenv("MIRVEL_SOAK")) return;
-  // The minute passes as the machine's clock says, for the host keeps no other. The one that was imported never ran,
-  // and its deletion stopped neither of the others.
+  // The minute passes in real time, because the host has no other clock. The imported job never ran, and its deletion
+  // stopped neither of the others.
   EXPECT_TRUE(QTest::qWaitFor([this] { return runs() == 4; }, 70'000));
 }
 
-TEST_F(CreationTest, WhatCantBeWrittenIsToldAndStandsInTheNextSheet) {
+TEST_F(CreationTest, AFailedSaveIsReportedAndKeptForTheNextSheet) {
   const fs::path folder = file("any").parent_path();
   fs::remove_all(folder);
   fs::create_directories(folder.parent_path());
   std::ofstream(folder) << "no folder";
-  QString told;
-  answerAlert(told);
+  QString text;
+  answerAlert(text);
   makeJob();
-  EXPECT_TRUE(testdata::eventually([&] { return !told.isEmpty() && !program().saving.isBusy(); }));
+  EXPECT_TRUE(testdata::eventually([&] { return !text.isEmpty() && !program().saving.isBusy(); }));
   EXPECT_EQ(testdata::bytes(folder), "no folder");
-  open(Command::new_);
+  open(Command::New);
   EXPECT_EQ(sheet<NewViewController>().controller().name.name(), "org.minute");
   EXPECT_EQ(sheet<NewViewController>().controller().job().command, "/bin/sh " + script.string());
 
@@ -201,5 +200,4 @@ TEST_F(CreationTest, WhatCantBeWrittenIsToldAndStandsInTheNextSheet) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -6,7 +6,6 @@
 #include "ui/editor/EditorFixture.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -119,5 +118,4 @@ TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -18,7 +18,7 @@ TEST_F(EndSignalsTest, ASignalEndsTheApplicationWithoutAQuestionAndKeepsTheEdit)
   select("a");
   program().editing.markJobChanged()->plist().nice = 5;
   {
-    const EndSignals endSignals(program());
+    const EndSignals endSignals(program().shell, program().termination);
     ASSERT_EQ(::raise(SIGTERM), 0);
     EXPECT_TRUE(testdata::eventually([this] { return !window().isVisible(); }));
   }

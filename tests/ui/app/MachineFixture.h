@@ -15,18 +15,18 @@
 
 namespace mirvel::ui {
 
-/// The whole program with its real helpers and a host of its own, on a machine below a folder.
+/// The complete application with real helpers and a job host of its own, on a machine below a temporary folder.
 class MachineFixture : public testing::Test {
  protected:
   ~MachineFixture() override {
-    m_application.reset();  // its helpers end with it: they would start a host again
+    m_application.reset();  // ends the helpers, which would start another host
     SystemProcessRunner runner(m_environment);
     for (const auto& machine : {m_folder.path(), m_folder.path() / "root"}) {
       EXPECT_TRUE(EmbeddedHost(EmbeddedHost::below(MIRVEL_HOST, machine), runner).quit());
     }
   }
 
-  /// Starts the program in that mode, and waits for so many jobs.
+  /// Starts the program in a mode, and waits until the catalogue has this number of jobs.
   void start(Mode mode, std::size_t jobs) {
     Defaults& defaults = program().foundation.defaults;
     EXPECT_TRUE(defaults.setSelectedMode(static_cast<int>(mode)));

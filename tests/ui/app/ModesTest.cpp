@@ -11,7 +11,6 @@
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -90,7 +89,7 @@ TEST_F(ModesTest, AJobIsFoundInEachModeAndDeletedFromDiskAndView) {
   EXPECT_EQ(question->defaultButton(), question->escapeButton()) << "neither Return nor Escape deletes";
   for (QAbstractButton* button : question->buttons()) {
     if (button->text() != QStringLiteral("Delete")) continue;
-    button->click();  // the question goes, with its buttons
+    button->click();  // destroys the sheet and its buttons
     break;
   }
   EXPECT_TRUE(testdata::eventually([this] { return program().catalogue.jobs().size() == 2; }));
@@ -101,5 +100,4 @@ TEST_F(ModesTest, AJobIsFoundInEachModeAndDeletedFromDiskAndView) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

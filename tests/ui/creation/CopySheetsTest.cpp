@@ -77,7 +77,7 @@ TEST_F(CopySheetsTest, FilesAreImportedOneAfterTheOtherByKeyboard) {
 }
 
 TEST_F(CopySheetsTest, ACopyNeedsAnotherNameWhichIsKeptIfTheSaveFails) {
-  program().menus.perform(Command::duplicate);
+  program().menus.perform(Command::Duplicate);
   auto& name = control<QLineEdit>("nameValueTextField");
   EXPECT_EQ(control<QLabel>("duplicateTextField").text(), QStringLiteral("Duplicate – backup"));
   EXPECT_EQ(name.selectedText(), QStringLiteral("backup copy"));
@@ -94,7 +94,7 @@ TEST_F(CopySheetsTest, ACopyNeedsAnotherNameWhichIsKeptIfTheSaveFails) {
   helpers.requests[0].failure(Error{.code = Error::Code::Io, .message = "full"});
   settle();
   click(0);
-  program().menus.perform(Command::duplicate);
+  program().menus.perform(Command::Duplicate);
   EXPECT_EQ(control<QLineEdit>("nameValueTextField").text(), QStringLiteral("a/b"));
   press(Qt::Key_Escape);
   EXPECT_FALSE(hasSheet());

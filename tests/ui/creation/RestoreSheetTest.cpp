@@ -26,7 +26,7 @@ class RestoreSheetTest : public SheetFixture<RestoreSheet> {
   }
   QTreeWidget& open() {
     (void)window();
-    program().menus.perform(Command::restoreDeleted);
+    program().menus.perform(Command::RestoreDeleted);
     return *sheet().findChild<QTreeWidget*>();
   }
 };

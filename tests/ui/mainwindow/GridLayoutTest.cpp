@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 namespace mirvel::ui {
-
 namespace {
 
 using testing::ElementsAre;
@@ -124,5 +123,4 @@ TEST(GridLayoutTest, UpAndDownCrossGroups) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

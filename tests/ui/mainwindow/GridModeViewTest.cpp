@@ -4,19 +4,42 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QIdentityProxyModel>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QUrl>
 #include <functional>
+#include <set>
 
 #include "ui/mainwindow/ModeViewFixture.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 using testing::ElementsAre;
 using Names = std::vector<std::string>;
+
+/// Records the rows for which data is requested.
+class RequestedRows final : public QIdentityProxyModel {
+ public:
+  mutable std::set<int> rows;
+
+  QVariant data(const QModelIndex& index, int role) const override {
+    rows.insert(index.row());
+    return QIdentityProxyModel::data(index, role);
+  }
+};
+
+/// Jobs "job0" to "job9999" of two kinds, without files on disk.
+Jobs tenThousandJobs() {
+  Jobs jobs;
+  for (int i = 0; i < 10'000; ++i) {
+    const std::string name = "job" + std::to_string(i);
+    jobs.push_back(std::make_shared<Job>(i % 3 == 0 ? Kind::userAgent : Kind::localDaemon, name, "", name,
+                                         URL::file("/jobs/" + name + ".plist")));
+  }
+  return jobs;
+}
 
 class GridModeViewTest : public ModeViewFixture<GridModeView> {
  protected:
@@ -234,13 +257,7 @@ TEST_F(GridModeViewTest, EmptyViewShowsTheReason) {
   (void)view();
   int asked = 0;
   const auto label = grid().emptyLabel;
-  grid().emptyLabel = [&] {
-    ++asked;
-    return label();
-  };
-  EXPECT_EQ(utf8(label()), "No Items");
-  const auto scanning = program().scanning.begin();
-  EXPECT_EQ(utf8(label()), "Loading\u2026");
+  grid().emptyLabel = [&] { return ++asked, label(); };
   (void)view().grab();
   EXPECT_GT(asked, 0);
   show({"a1"});
@@ -271,5 +288,4 @@ TEST_F(GridModeViewTest, OnlyVisibleItemsOfTenThousandAreRequested) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

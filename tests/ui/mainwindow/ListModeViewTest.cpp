@@ -10,10 +10,9 @@
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
-
 namespace {
 
-using Column::List;
+using List = ListColumn;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
@@ -51,11 +50,13 @@ TEST_F(ListModeViewTest, MouseAndKeyboardSelectAndShowTheJob) {
       {"click below the rows",
        [&] { QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, QPoint(50, cell(3).center().y() + 60)); },
        "alpha"},
+      {"right click", [&] { QTest::mouseClick(table().viewport(), Qt::RightButton, {}, cell(1).center()); }, "alpha"},
   };
   for (const auto& row : rows) {
     row.does();
     expectSelected(row.selected, row.act);
   }
+  EXPECT_EQ(table().currentIndex().row(), 0);
 }
 
 TEST_F(ListModeViewTest, UnsavedChangesKeepTheSelectionAndAskOnce) {
@@ -95,8 +96,8 @@ TEST_F(ListModeViewTest, HeaderTogglesTheSortOrderAndKeepsTheSelection) {
     List column;
     Names order;
   } rows[] = {
-      {List::name, {"a", "b", "c", "d"}}, {List::name, {"d", "c", "b", "a"}}, {List::name, {"a", "b", "c", "d"}},
-      {List::run, {"d", "a", "b", "c"}},  {List::run, {"c", "b", "a", "d"}},
+      {List::Name, {"a", "b", "c", "d"}}, {List::Name, {"d", "c", "b", "a"}}, {List::Name, {"a", "b", "c", "d"}},
+      {List::Run, {"d", "a", "b", "c"}},  {List::Run, {"c", "b", "a", "d"}},
   };
   for (const auto& row : rows) {
     clickHeader(row.column);
@@ -124,31 +125,23 @@ TEST_F(ListModeViewTest, ContextMenuBelongsToTheRowsJob) {
   EXPECT_EQ(menuAt(table(), cell(2).center() + QPoint(0, 60)), nullptr) << "below the rows";
 }
 
-TEST_F(ListModeViewTest, RightClickDoesNotChangeTheSelection) {
-  fill({"alpha", "beta"});
-  click(0);
-  QTest::mouseClick(table().viewport(), Qt::RightButton, {}, cell(1).center());
-  expectSelected("alpha", "right click");
-  EXPECT_EQ(table().currentIndex().row(), 0);
-}
-
 TEST_F(ListModeViewTest, ColumnLayoutAndSortOrderAreRestored) {
   IconLoader icons;
   {
-    ListModeView first(program(), icons);
+    ListModeView first(program().windowContext, icons);
     first.show();
     QHeaderView& columns = *first.table().header();
-    columns.resizeSection(static_cast<int>(List::summary), 123);
-    columns.moveSection(columns.visualIndex(static_cast<int>(List::run)), 0);
-    first.table().setVisibleColumns({List::name, List::summary, List::run, List::scheduled});
-    columns.setSortIndicator(static_cast<int>(List::name), Qt::DescendingOrder);
+    columns.resizeSection(static_cast<int>(List::Summary), 123);
+    columns.moveSection(columns.visualIndex(static_cast<int>(List::Run)), 0);
+    first.table().setVisibleColumns({List::Name, List::Summary, List::Run, List::Scheduled});
+    columns.setSortIndicator(static_cast<int>(List::Name), Qt::DescendingOrder);
   }
-  ListModeView second(program(), icons);
+  ListModeView second(program().windowContext, icons);
   second.show();
   EXPECT_EQ(layoutText(second.table().places()).substr(0, 4), "run ");
-  EXPECT_EQ(second.table().columnWidth(static_cast<int>(List::summary)), 123);
-  EXPECT_EQ(second.table().visibleColumns(), (std::vector{List::name, List::summary, List::scheduled, List::run}));
-  EXPECT_EQ(second.table().header()->sortIndicatorSection(), static_cast<int>(List::name));
+  EXPECT_EQ(second.table().columnWidth(static_cast<int>(List::Summary)), 123);
+  EXPECT_EQ(second.table().visibleColumns(), (std::vector{List::Name, List::Summary, List::Scheduled, List::Run}));
+  EXPECT_EQ(second.table().header()->sortIndicatorSection(), static_cast<int>(List::Name));
   EXPECT_EQ(second.table().header()->sortIndicatorOrder(), Qt::DescendingOrder);
   writeJob(Kind::userAgent, "a");
   writeJob(Kind::userAgent, "b");
@@ -187,9 +180,9 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
     menu->close();
     testdata::settle();
   };
-  std::vector<List> left(Column::allList.begin(), Column::allList.end());
+  std::vector<List> left(allListColumns.begin(), allListColumns.end());
   while (left.size() > 1) {
-    chooseInHeader(Column::title(left.front(), foundation.localize));
+    chooseInHeader(title(left.front(), foundation.localize));
     left.erase(left.begin());
     EXPECT_EQ(table().visibleColumns(), left);
   }
@@ -199,7 +192,7 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
   EXPECT_EQ(table().visibleColumns(), left);
 
   chooseInHeader("Name");
-  EXPECT_EQ(table().visibleColumns(), (std::vector{List::name, List::run}));
+  EXPECT_EQ(table().visibleColumns(), (std::vector{List::Name, List::Run}));
   table().header()->resizeSection(0, 400);
   const int before = table().columnWidth(0);
   chooseInHeader(WindowTexts(foundation.localize).rightSizeThisColumn());
@@ -208,7 +201,7 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
 
 TEST_F(ListModeViewTest, ColumnMenuChecksVisibleColumns) {
   fill({});
-  table().setVisibleColumns({List::name, List::run});
+  table().setVisibleColumns({List::Name, List::Run});
   QMenu menu;
   window().listMode().addColumnItems(menu);
   Names ticked;
@@ -231,33 +224,6 @@ TEST_F(ListModeViewTest, DragCarriesTheJobFileAndNothingForLoginItems) {
   EXPECT_EQ(utf8(ofJob->urls()[0].toLocalFile()), path(Kind::userAgent, "with b#?%.plist"));
   EXPECT_EQ(mime(1), nullptr);
   EXPECT_EQ(table().model()->supportedDragActions(), Qt::CopyAction);
-}
-
-TEST_F(ListModeViewTest, OnlyVisibleRowsOfTenThousandAreRequested) {
-  fill({});
-  program().catalogue.publish(tenThousandJobs());
-  RequestedRows asked;
-  asked.setSourceModel(table().model());
-  ListTable second;
-  second.setModel(&asked);
-  second.resize(600, 300);
-  second.show();
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(&second));
-  const struct {
-    const char* filter;
-    int found;
-  } rows[] = {{"job", 10'000}, {"job99", 111}, {"nothing", 0}, {"", 10'000}};
-  for (const auto& row : rows) {
-    asked.rows.clear();
-    window().filter().setText(QString::fromLatin1(row.filter));
-    testdata::settle();
-    second.verticalScrollBar()->setValue(second.verticalScrollBar()->maximum());
-    (void)second.grab();
-    EXPECT_EQ(second.model()->rowCount(), row.found) << row.filter;
-    EXPECT_EQ(asked.rows.contains(row.found - 1), row.found > 0) << row.filter;
-    EXPECT_LE(asked.rows.size(), 2 * 300U / 10) << row.filter << ": the visible rows at the top and at the bottom";
-  }
-  second.setModel(nullptr);
 }
 
 TEST_F(ListModeViewTest, ScanKeepsTheHorizontalScrollPosition) {
@@ -283,7 +249,7 @@ TEST_F(ListModeViewTest, ScanDoesNotRebuildTheDetailsOfAnUnchangedJob) {
   marking()->selectAll();
   writeJob(Kind::userAgent, "beta", {{"Program", "/bin/other"}});
   scan();
-  ASSERT_EQ(texts(table(), List::run).back(), "/bin/other");
+  ASSERT_EQ(texts(table(), List::Run).back(), "/bin/other");
   EXPECT_TRUE(marking()->textCursor().hasSelection());
   writeJob(Kind::userAgent, "alpha", {{"Program", "/bin/other"}});
   scan();
@@ -291,5 +257,4 @@ TEST_F(ListModeViewTest, ScanDoesNotRebuildTheDetailsOfAnUnchangedJob) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -11,7 +11,6 @@
 #include "ui/EventLoop.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 /// Rows of equal text in all columns of the list; records the rows for which data is requested.
@@ -28,7 +27,7 @@ class Rows final : public QAbstractTableModel {
   }
   int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : count; }
   int columnCount(const QModelIndex& parent = {}) const override {
-    return parent.isValid() ? 0 : static_cast<int>(Column::allList.size());
+    return parent.isValid() ? 0 : static_cast<int>(allListColumns.size());
   }
   QVariant data(const QModelIndex& index, int role) const override {
     asked.insert(index.row());
@@ -82,16 +81,12 @@ TEST_F(ListTableTest, RightSizingFitsTheWidestCellOfThatColumnOnly) {
 }
 
 TEST_F(ListTableTest, LabelIsShownOnlyWithoutRows) {
-  const struct {
-    int rows;
-    bool isLabelled;
-  } table[] = {{0, true}, {1, false}, {0, true}};
-  for (const auto& row : table) {
-    m_rows.setCount(row.rows);
+  for (const int rows : {0, 1, 0}) {
+    m_rows.setCount(rows);
     m_labels = 0;
     (void)m_table.grab();
-    EXPECT_EQ(m_labels > 0, row.isLabelled) << row.rows;
-    EXPECT_EQ(m_table.alternatingRowColors(), !row.isLabelled) << "stripes would run through the label";
+    EXPECT_EQ(m_labels > 0, rows == 0);
+    EXPECT_EQ(m_table.alternatingRowColors(), rows > 0) << "stripes would run through the label";
   }
 }
 
@@ -127,5 +122,4 @@ TEST_F(ListTableTest, MarkNeitherAsksNorNotifies) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -10,7 +10,6 @@
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 using testing::ElementsAre;
@@ -75,16 +74,12 @@ TEST_F(MainMenuTest, UnavailableCommandsAreHiddenAndForbiddenOnesDisabled) {
   open(file);
   EXPECT_FALSE(item(file, "Log")->isVisible());
   EXPECT_FALSE(item(file, "Revisions")->isEnabled());
-  EXPECT_FALSE(item(file, "Edit Job")->isEnabled());
-  EXPECT_FALSE(item(file, "Share")->isEnabled());
-  EXPECT_FALSE(item(file, "Delete")->isEnabled());
+  for (const char* title : {"Edit Job", "Share", "Delete"}) EXPECT_FALSE(item(file, title)->isEnabled()) << title;
   click(0);
   program().shell.sheets[Sheet::Log] = [] {};
   open(file);
   EXPECT_TRUE(item(file, "Log")->isVisible());
-  EXPECT_TRUE(item(file, "Share")->isEnabled());
-  EXPECT_TRUE(item(file, "Edit Job")->isEnabled());
-  EXPECT_TRUE(item(file, "Delete")->isEnabled());
+  for (const char* title : {"Edit Job", "Share", "Delete"}) EXPECT_TRUE(item(file, title)->isEnabled()) << title;
   program().editing.setUnsavedChanges(true);
   open(file);
   EXPECT_FALSE(item(file, "New")->isEnabled());
@@ -117,5 +112,4 @@ TEST_F(MainMenuTest, EditCommandsActOnTheFocusedWidget) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -11,7 +11,6 @@
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 using testing::ElementsAre;
@@ -196,16 +195,24 @@ TEST_F(MainWindowTest, RevealShortcutWorksBeforeAnyMenuWasOpened) {
   EXPECT_EQ(reveals(), 1);
 }
 
+TEST_F(MainWindowTest, EachChangeOfActivityIsPostedOnce) {
+  (void)window();
+  int changes = 0;
+  const auto subscription = program().notifications.appStatusChanged.subscribe([&] { ++changes; });
+  QEvent change(QEvent::ActivationChange);
+  QCoreApplication::sendEvent(&window(), &change);
+  EXPECT_EQ(changes, 1);
+}
+
 TEST_F(MainWindowTest, TitleNamesTheSelectedJob) {
   fill({"alpha [*] beta"});
   EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]"));
   click(0);
   EXPECT_EQ(window().windowTitle(), QStringLiteral("Mirvel[*]")) << "titles are hidden";
-  program().menus.perform(Command::titleBar);
+  program().menus.perform(Command::TitleBar);
   const QString shown = window().windowHandle()->title();
   EXPECT_TRUE(shown.contains(QStringLiteral("alpha [*] beta"))) << utf8(shown);
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

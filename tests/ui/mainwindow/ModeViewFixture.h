@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractItemView>
+#include <type_traits>
 
 #include "support/RecordingShell.h"
 #include "ui/mainwindow/WindowFixture.h"
@@ -18,11 +19,17 @@ class ModeViewFixture : public WindowFixture {
   /// Creates a new view, as the next start of the program does.
   void makeView() {
     m_view.reset();
-    m_view = std::make_unique<View>(program(), m_icons);
+    m_view = newView();
     m_view->show();
     m_view->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_view.get()));
     m_view->setFocus();
+  }
+  virtual std::unique_ptr<View> newView() {
+    if constexpr (std::is_constructible_v<View, const WindowContext&, IconLoader&>) {
+      return std::make_unique<View>(program().windowContext, m_icons);
+    }
+    return nullptr;
   }
   /// Fills the window with jobs: names starting with "a" belong to the user, with "b" to all users, and others to root.
   void show(const std::vector<std::string>& names) {

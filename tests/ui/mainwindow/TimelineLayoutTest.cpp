@@ -6,7 +6,6 @@
 #include <vector>
 
 namespace mirvel::ui {
-
 namespace {
 
 TEST(TimelineLayout, PositionsEqualThoseOfALinearWalk) {
@@ -40,5 +39,4 @@ TEST(TimelineLayout, HeadersAreSkipped) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

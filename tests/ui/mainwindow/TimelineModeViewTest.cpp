@@ -4,38 +4,26 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
-#include <QApplication>
-#include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
-#include <QTest>
 #include <QUrl>
 
-#include "support/ProgramFixture.h"
-#include "ui/EventLoop.h"
-#include "ui/support/QtText.h"
+#include "ui/mainwindow/ModeViewFixture.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 using testing::ElementsAre;
 
 /// Monday 12 January 1970. Rows: header, c; header, alpha; header, beta; header, alpha.
-class TimelineModeViewTest : public testdata::ProgramFixture {
+class TimelineModeViewTest : public ModeViewFixture<TimelineModeView> {
  protected:
   TimelineModeViewTest() { (void)foundation.defaults.setSelectedMode(3); }
 
-  TimelineModeView& view() {
-    if (!m_view) {
-      m_view = std::make_unique<TimelineModeView>(program(), nullptr, [] { return std::string("UTC"); });
-      m_view->resize(400, 400);
-      m_view->show();
-      m_view->activateWindow();
-      EXPECT_TRUE(QTest::qWaitForWindowActive(m_view.get()));
-      m_view->setFocus();
-    }
-    return *m_view;
+  std::unique_ptr<TimelineModeView> newView() override {
+    auto view = std::make_unique<TimelineModeView>(program().windowContext, nullptr, [] { return std::string("UTC"); });
+    view->resize(400, 400);
+    return view;
   }
   TimelineTable& table() { return view().table(); }
   void fill() {
@@ -54,31 +42,14 @@ class TimelineModeViewTest : public testdata::ProgramFixture {
   }
   QPoint middle(int row) { return table().visualRect(table().model()->index(row, 0)).center(); }
   void click(int row, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::mouseClick(table().viewport(), Qt::LeftButton, modifiers, middle(row));
+    ModeViewFixture::click(table(), table().model()->index(row, 0), modifiers);
   }
   void expectSelected(const std::string& name, int row, const std::string& why) {
     const QModelIndexList marked = table().selectionModel()->selectedRows();
     EXPECT_EQ(marked.isEmpty() ? -1 : marked.front().row(), row) << why;
-    const auto job = program().selection.job();
-    EXPECT_EQ(job ? job->name : "", name) << why;
+    EXPECT_EQ(selectedJob(), name) << why;
   }
-  QMenu* menuAt(QPoint position) {
-    QContextMenuEvent event(QContextMenuEvent::Mouse, position, table().viewport()->mapToGlobal(position));
-    QCoreApplication::sendEvent(table().viewport(), &event);
-    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-  }
-
- private:
-  std::unique_ptr<TimelineModeView> m_view;
 };
-
-TEST_F(TimelineModeViewTest, RightClickDoesNotChangeTheSelection) {
-  fill();
-  click(3);
-  expectSelected("alpha", 3, "click");
-  QTest::mouseClick(table().viewport(), Qt::RightButton, {}, middle(5));
-  expectSelected("alpha", 3, "right click");
-}
 
 TEST_F(TimelineModeViewTest, MouseAndKeyboardSelectJobsButNeverHeaders) {
   fill();
@@ -98,31 +69,20 @@ TEST_F(TimelineModeViewTest, MouseAndKeyboardSelectJobsButNeverHeaders) {
       {"letters of a header", [&] { QTest::keyClicks(&table(), QStringLiteral("Tomor")); }, "alpha", 7},
       {"click below the rows",
        [&] { QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, middle(7) + QPoint(0, 60)); }, "alpha", 7},
+      {"right click", [&] { QTest::mouseClick(table().viewport(), Qt::RightButton, {}, middle(5)); }, "alpha", 7},
+      {"click with unsaved changes",
+       [&] {
+         program().editing.setUnsavedChanges(true);
+         click(5);
+       },
+       "alpha", 7},
   };
   for (const auto& row : rows) {
     row.does();
     expectSelected(row.selected, row.row, row.act);
   }
-}
-
-TEST_F(TimelineModeViewTest, UnsavedChangesKeepTheSelectionAndAskOnce) {
-  fill();
-  click(5);
-  program().editing.setUnsavedChanges(true);
-  const std::pair<const char*, std::function<void()>> acts[] = {
-      {"click", [&] { click(3); }},
-      {"down", [&] { QTest::keyClick(&table(), Qt::Key_Down); }},
-      {"letter", [&] { QTest::keyClick(&table(), Qt::Key_C); }},
-  };
-  for (const auto& [act, does] : acts) {
-    does();
-    expectSelected("beta", 5, act);
-    EXPECT_EQ(table().currentIndex().row(), 5) << act;
-    EXPECT_EQ(interface.sheets.size(), 1U) << act;
-  }
-  program().editing.setUnsavedChanges(false);
-  click(3);
-  expectSelected("alpha", 3, "saved");
+  EXPECT_EQ(table().currentIndex().row(), 7);
+  EXPECT_EQ(interface.sheets.size(), 1U);
 }
 
 TEST_F(TimelineModeViewTest, ScreenReadersGetTimeAndJob) {
@@ -138,21 +98,18 @@ TEST_F(TimelineModeViewTest, ScreenReadersGetTimeAndJob) {
   }
 }
 
-TEST_F(TimelineModeViewTest, ContextMenuBelongsToTheRowsJob) {
+TEST_F(TimelineModeViewTest, ContextMenuAndDragBelongToTheRowsJob) {
   fill();
-  QMenu* menu = menuAt(middle(5));
+  QMenu* menu = menuAt(table(), middle(5));
   ASSERT_NE(menu, nullptr);
   EXPECT_EQ(menu->actions().front()->text(), QStringLiteral("beta"));
   menu->actions().back()->trigger();
   EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + path(Kind::userAgent, "beta.plist").string()));
   menu->close();
   testdata::settle();
-  EXPECT_EQ(menuAt(middle(4)), nullptr) << "a header";
-  EXPECT_EQ(menuAt(middle(7) + QPoint(0, 60)), nullptr) << "below the rows";
-}
+  EXPECT_EQ(menuAt(table(), middle(4)), nullptr) << "a header";
+  EXPECT_EQ(menuAt(table(), middle(7) + QPoint(0, 60)), nullptr) << "below the rows";
 
-TEST_F(TimelineModeViewTest, DragCarriesTheJobFile) {
-  fill();
   const QAbstractItemModel& model = *table().model();
   const std::unique_ptr<QMimeData> dragged(model.mimeData({model.index(5, 0)}));
   ASSERT_NE(dragged, nullptr);
@@ -201,5 +158,4 @@ TEST_F(TimelineModeViewTest, TimesAndNamesFollowTheLayoutDirection) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

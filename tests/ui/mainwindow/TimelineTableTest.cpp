@@ -10,7 +10,6 @@
 #include "ui/EventLoop.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 /// Every tenth row is a header. Records the rows for which data is requested.
@@ -166,5 +165,4 @@ TEST_F(TimelineTableTest, MarkNeitherAsksNorNotifies) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

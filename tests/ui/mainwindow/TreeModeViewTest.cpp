@@ -12,7 +12,6 @@
 #include "ui/mainwindow/ModeViewFixture.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 using testing::ElementsAre;
@@ -214,5 +213,4 @@ TEST_F(TreeModeViewTest, CountIsOnTheLeftInRightToLeftLayout) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

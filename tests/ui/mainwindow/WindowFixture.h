@@ -2,22 +2,22 @@
 
 #include <QApplication>
 #include <QHeaderView>
-#include <QIdentityProxyModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
 #include <QTextEdit>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"
+#include "ui/app/MakeMainWindow.h"
 #include "ui/editor/DetailViewController.h"
 #include "ui/mainwindow/ListModeView.h"
 #include "ui/mainwindow/MainWindow.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -34,7 +34,7 @@ inline std::string shownJob(const MainWindow& window) {
 }
 
 /// The texts of a column from top to bottom.
-inline std::vector<std::string> texts(const ListTable& table, Column::List column = Column::List::name) {
+inline std::vector<std::string> texts(const ListTable& table, ListColumn column = ListColumn::Name) {
   std::vector<std::string> result;
   for (int row = 0; row < table.model()->rowCount(); ++row) {
     result.push_back(utf8(table.model()->index(row, static_cast<int>(column)).data().toString()));
@@ -48,35 +48,13 @@ inline std::string markedJob(const ListTable& table) {
   return rows.isEmpty() ? std::string() : utf8(rows.front().data().toString());
 }
 
-/// Records the rows for which data is requested.
-class RequestedRows final : public QIdentityProxyModel {
- public:
-  mutable std::set<int> rows;
-
-  QVariant data(const QModelIndex& index, int role) const override {
-    rows.insert(index.row());
-    return QIdentityProxyModel::data(index, role);
-  }
-};
-
-/// Jobs "job0" to "job9999" of two kinds, without files on disk.
-inline Jobs tenThousandJobs() {
-  Jobs jobs;
-  for (int i = 0; i < 10'000; ++i) {
-    const std::string name = "job" + std::to_string(i);
-    jobs.push_back(std::make_shared<Job>(i % 3 == 0 ? Kind::userAgent : Kind::localDaemon, name, "", name,
-                                         URL::file("/jobs/" + name + ".plist")));
-  }
-  return jobs;
-}
-
 /// The main window of a program in virtual time, shown and active.
 class WindowFixture : public testdata::ProgramFixture {
  protected:
   MainWindow& window() {
     if (!m_window) {
       EXPECT_TRUE(foundation.defaults.setSelectedMode(static_cast<int>(Mode::List)));
-      m_window = std::make_unique<MainWindow>(program(), m_icons);
+      m_window = makeMainWindow(program(), m_icons);
       m_window->show();
       m_window->activateWindow();
       EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
@@ -98,8 +76,8 @@ class WindowFixture : public testdata::ProgramFixture {
     QTest::mouseClick(table().viewport(), Qt::LeftButton, modifiers, inSight);
   }
   QRect cell(int row) { return table().visualRect(table().model()->index(row, 0)); }
-  void clickHeader(Column::List column) { QTest::mouseClick(header().viewport(), Qt::LeftButton, {}, middle(column)); }
-  QPoint middle(Column::List column) {
+  void clickHeader(ListColumn column) { QTest::mouseClick(header().viewport(), Qt::LeftButton, {}, middle(column)); }
+  QPoint middle(ListColumn column) {
     const int section = static_cast<int>(column);
     return {header().sectionViewportPosition(section) + header().sectionSize(section) / 2, header().height() / 2};
   }

@@ -7,7 +7,6 @@
 #include "support/TestData.h"
 
 namespace mirvel::ui {
-
 namespace {
 
 class WindowFrameTest : public testing::Test {
@@ -74,5 +73,4 @@ TEST_F(WindowFrameTest, InvisibleOrMalformedFramesAreIgnored) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

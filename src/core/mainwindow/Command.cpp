@@ -8,22 +8,38 @@ bool isLaunchdSelected(const CommandContext& context) {
   return context.selected && context.selected->isLaunchd();
 }
 
-/// A launchd job, and of the system only if the user edits these.
+/// A job of launchd; a job of the system counts only if the user has allowed editing them.
 bool isChangeableSelected(const CommandContext& context) {
   return context.selected && context.selected->isEditable(context.editsSystemJobs);
+}
+
+/// Whether the command affects neither jobs nor modes, so that not even a sheet disables it.
+bool isIndependent(Command command) {
+  switch (command) {
+    case Command::Help:
+    case Command::ManLaunchdplist:
+    case Command::Site:
+    case Command::MailSupport:
+    case Command::CheckForUpdates:
+    case Command::About:
+    case Command::FullScreen:
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace
 
 std::optional<Mode> modeOf(Command command) {
   switch (command) {
-    case Command::grid:
+    case Command::Grid:
       return Mode::Grid;
-    case Command::tree:
+    case Command::Tree:
       return Mode::Tree;
-    case Command::list:
+    case Command::List:
       return Mode::List;
-    case Command::timeline:
+    case Command::Timeline:
       return Mode::Timeline;
     default:
       return std::nullopt;
@@ -31,55 +47,45 @@ std::optional<Mode> modeOf(Command command) {
 }
 
 bool isEnabled(Command command, const CommandContext& context) {
+  if (isIndependent(command)) return true;
+  if (context.hasSheet) return false;
   const bool hasUnsavedChanges = context.hasUnsavedChanges;
   switch (command) {
-    case Command::help:
-    case Command::manLaunchdplist:
-    case Command::site:
-    case Command::mailSupport:
-    case Command::checkForUpdates:
-    case Command::about:
-    case Command::fullScreen:
-      return true;
-    default:
-      if (context.hasSheet) return false;
-  }
-  switch (command) {
-    case Command::new_:
-    case Command::refresh:
-    case Command::importAction:
-    case Command::system:
+    case Command::New:
+    case Command::Refresh:
+    case Command::Import:
+    case Command::System:
       return !hasUnsavedChanges;
-    case Command::restoreDeleted:
-      return !hasUnsavedChanges && !context.isSaving;  // the place of a job that is being written looks free
-    case Command::revealInFinder:
-    case Command::info:
-    case Command::share:
+    case Command::RestoreDeleted:
+      return !hasUnsavedChanges && !context.isSaving;  // the target path of a job that is being saved still looks free
+    case Command::RevealInFinder:
+    case Command::Info:
+    case Command::Share:
       return context.selected.has_value();
-    case Command::save:
+    case Command::Save:
       return context.isScriptInFront ||
              (isChangeableSelected(context) && context.detailTab == DetailTab::LaunchdEdit && !context.isSaving);
-    case Command::revert:
+    case Command::Revert:
       return !hasUnsavedChanges && isChangeableSelected(context) && context.hasRevisions;
-    case Command::delete_:
+    case Command::Delete:
       return context.selected && context.canDeleteSelected;
-    case Command::duplicate:
+    case Command::Duplicate:
       return !hasUnsavedChanges && isChangeableSelected(context);
-    case Command::export_:
+    case Command::Export:
       return !hasUnsavedChanges && isLaunchdSelected(context);
-    case Command::test:
-    case Command::log:
+    case Command::Test:
+    case Command::Log:
       return isLaunchdSelected(context);
-    case Command::edit:
+    case Command::Edit:
       return isChangeableSelected(context) && context.detailTab == DetailTab::LaunchdDisplay;
-    case Command::filter:
+    case Command::Filter:
       return context.hasFilterField;
-    case Command::grid:
-    case Command::tree:
-    case Command::list:
-    case Command::timeline:
+    case Command::Grid:
+    case Command::Tree:
+    case Command::List:
+    case Command::Timeline:
       return modeOf(command) == context.mode || !hasUnsavedChanges;
-    case Command::columns:
+    case Command::Columns:
       return context.mode == Mode::List;
     default:
       return true;
@@ -88,23 +94,23 @@ bool isEnabled(Command command, const CommandContext& context) {
 
 std::optional<bool> isOn(Command command, const CommandContext& context) {
   if (const auto mode = modeOf(command)) return mode == context.mode;
-  if (command == Command::system) return context.showsSystemJobs;
-  if (command == Command::titleBar) return context.showsTitleBar;
-  if (command == Command::fullScreen) return context.isFullScreen;
+  if (command == Command::System) return context.showsSystemJobs;
+  if (command == Command::TitleBar) return context.showsTitleBar;
+  if (command == Command::FullScreen) return context.isFullScreen;
   return std::nullopt;
 }
 
 bool isEnabled(ToolbarItem item, const CommandContext& context) {
   if (context.isSaving) return false;
   switch (item) {
-    case ToolbarItem::new_:
-    case ToolbarItem::mode:
-    case ToolbarItem::filter:
+    case ToolbarItem::New:
+    case ToolbarItem::Mode:
+    case ToolbarItem::Filter:
       return !context.hasUnsavedChanges;
-    case ToolbarItem::share:
-    case ToolbarItem::info:
+    case ToolbarItem::Share:
+    case ToolbarItem::Info:
       return context.selected.has_value();
-    case ToolbarItem::log:
+    case ToolbarItem::Log:
       return isLaunchdSelected(context) && context.isSelectedNamed;
   }
   return false;

@@ -1,4 +1,4 @@
-#include "ui/mainwindow/TabularText.h"
+#include "ui/mainwindow/TimelineDelegate.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,6 @@
 #include <vector>
 
 namespace mirvel::ui {
-
 namespace {
 
 /// The first and the last column of pixels that contain ink.
@@ -68,5 +67,4 @@ TEST(TabularText, TextIsAlignedToTheGivenSide) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -1,4 +1,4 @@
-#include "core/app/StoreTeller.h"
+#include "core/app/StoreAlerts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class StoreTellerTest : public testdata::ProgramFixture {
+class StoreAlertsTest : public testdata::ProgramFixture {
  protected:
   std::string support(const std::string& name) const { return (roots.applicationSupport / name).string(); }
   std::vector<std::string> sheets() {
@@ -29,14 +29,14 @@ class StoreTellerTest : public testdata::ProgramFixture {
   }
 };
 
-TEST_F(StoreTellerTest, TheUserHearsOnceOfEachFileThatIsDamagedOrCantBeReadOrWritten) {
+TEST_F(StoreAlertsTest, EachDamagedOrInaccessibleFileIsReportedOnce) {
   (void)folder.write("preferences.plist", "nonsense");
   (void)folder.write("support/Notes.plist", "my valuable notes");
   fs::create_directories(roots.applicationSupport / "Revisions.plist");
   EXPECT_FALSE(program().foundation.defaults.showSystemJobs());
   EXPECT_EQ(program().notes.note(URL::file("/a")), "");
   EXPECT_EQ(program().revisions.revisions().size(), 0U);
-  EXPECT_THAT(interface.sheets, IsEmpty()) << "not from within whatever reads";
+  EXPECT_THAT(interface.sheets, IsEmpty()) << "not while a setting is being read";
   EXPECT_THAT(sheets(), testing::UnorderedElementsAre(
                             AllOf(HasSubstr("was damaged"), HasSubstr(roots.defaultsFile.string() + ": "),
                                   HasSubstr(roots.defaultsFile.string() + ".damaged-1")),
@@ -50,7 +50,7 @@ TEST_F(StoreTellerTest, TheUserHearsOnceOfEachFileThatIsDamagedOrCantBeReadOrWri
   EXPECT_THAT(sheets(), IsEmpty());
 }
 
-TEST_F(StoreTellerTest, ANoteThatCantBeWrittenIsToldOnceAndStaysUntilTheEnd) {
+TEST_F(StoreAlertsTest, ANoteThatCantBeWrittenIsReportedOnceAndKeptInMemory) {
   (void)folder.write("support", "a file where the folder should be");
   for (const char* text : {"o", "on", "one"}) {
     program().notes.setNote(URL::file("/a"), text);

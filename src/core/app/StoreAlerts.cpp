@@ -1,8 +1,8 @@
-#include "core/app/StoreTeller.h"
+#include "core/app/StoreAlerts.h"
 
 #include "core/app/AppTexts.h"
-
-#include <utility>
+#include "core/ports/Console.h"
+#include "core/ports/Interface.h"
 
 namespace mirvel {
 
@@ -29,19 +29,19 @@ Alert alertAbout(const StoreTrouble& trouble, const Localize& localize) {
 
 }  // namespace
 
-StoreTeller::StoreTeller(StoreTroubles& troubles, Interface& interface, Console& console, MainQueue& queue,
+StoreAlerts::StoreAlerts(StoreTroubles& troubles, Interface& interface, Console& console, MainQueue& queue,
                          const Localize& localize)
     : m_troubles(troubles), m_interface(interface), m_console(console), m_localize(localize), m_delay(queue) {
-  m_troubles.setListener([this](const StoreTrouble& trouble) { tell(trouble); });
+  m_troubles.setListener([this](const StoreTrouble& trouble) { report(trouble); });
 }
 
-StoreTeller::~StoreTeller() {
+StoreAlerts::~StoreAlerts() {
   m_troubles.setListener(nullptr);
 }
 
-void StoreTeller::tell(const StoreTrouble& trouble) {
+void StoreAlerts::report(const StoreTrouble& trouble) {
   m_console.log(trouble.error.text());
-  // Later, since any code may be on the stack that reads a setting.
+  // Deferred, because the trouble may come up while any code reads a setting.
   m_delay(0, [this, alert = alertAbout(trouble, m_localize)] { m_interface.beginSheet(alert, [](int) {}); });
 }
 

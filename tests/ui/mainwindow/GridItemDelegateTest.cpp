@@ -1,11 +1,10 @@
-#include "ui/mainwindow/NameLines.h"
+#include "ui/mainwindow/GridItemDelegate.h"
 
 #include <gtest/gtest.h>
 
 #include <QGuiApplication>
 
 namespace mirvel::ui {
-
 namespace {
 
 TEST(NameLinesTest, NamesBreakAtSeparatorsAndAreElidedInTheMiddle) {
@@ -55,5 +54,4 @@ TEST(NameLinesTest, LinesBreakAtGraphemeBoundaries) {
 }
 
 }  // namespace
-
 }  // namespace mirvel::ui

@@ -20,17 +20,17 @@ CommandContext allowing(Command command) {
           .canDeleteSelected = true,
           .hasRevisions = true,
           .hasFilterField = true,
-          .detailTab = command == C::save ? DetailTab::LaunchdEdit : DetailTab::LaunchdDisplay,
+          .detailTab = command == C::Save ? DetailTab::LaunchdEdit : DetailTab::LaunchdDisplay,
           .mode = Mode::List};
 }
 
-const std::vector<Command> fileCommands{C::new_,         C::edit,    C::save,           C::revert,  C::duplicate,
-                                        C::importAction, C::export_, C::delete_,        C::share,   C::test,
-                                        C::log,          C::info,    C::revealInFinder, C::refresh, C::restoreDeleted};
-const std::vector<Command> viewCommands{C::filter,   C::grid,   C::tree,    C::list,
-                                        C::timeline, C::system, C::columns, C::titleBar};
-const std::vector<Command> otherCommands{C::fullScreen,      C::help, C::manLaunchdplist, C::site, C::mailSupport,
-                                         C::checkForUpdates, C::about};
+const std::vector<Command> fileCommands{C::New,    C::Edit,   C::Save,           C::Revert,  C::Duplicate,
+                                        C::Import, C::Export, C::Delete,         C::Share,   C::Test,
+                                        C::Log,    C::Info,   C::RevealInFinder, C::Refresh, C::RestoreDeleted};
+const std::vector<Command> viewCommands{C::Filter,   C::Grid,   C::Tree,    C::List,
+                                        C::Timeline, C::System, C::Columns, C::TitleBar};
+const std::vector<Command> otherCommands{C::FullScreen,      C::Help, C::ManLaunchdplist, C::Site, C::MailSupport,
+                                         C::CheckForUpdates, C::About};
 
 std::vector<Command> all() {
   std::vector<Command> result = fileCommands;
@@ -51,26 +51,26 @@ TEST(CommandRules, EachConditionTakesAwayItsCommandsAndNoOthers) {
       {"nothing", [](auto&) {}, {}},
       {"unsaved changes",
        [](auto& context) { context.hasUnsavedChanges = true; },
-       {C::new_, C::refresh, C::revert, C::duplicate, C::importAction, C::restoreDeleted, C::export_, C::grid, C::tree,
-        C::timeline, C::system}},
+       {C::New, C::Refresh, C::Revert, C::Duplicate, C::Import, C::RestoreDeleted, C::Export, C::Grid, C::Tree,
+        C::Timeline, C::System}},
       {"a sheet", [](auto& context) { context.hasSheet = true; }, besidesOthers},
-      {"a save", [](auto& context) { context.isSaving = true; }, {C::save, C::restoreDeleted}},
+      {"a save", [](auto& context) { context.isSaving = true; }, {C::Save, C::RestoreDeleted}},
       {"no selection",
        [](auto& context) { context.selected.reset(); },
-       {C::edit, C::save, C::revert, C::duplicate, C::export_, C::delete_, C::share, C::test, C::log, C::info,
-        C::revealInFinder}},
+       {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Delete, C::Share, C::Test, C::Log, C::Info,
+        C::RevealInFinder}},
       {"a login item",
        [](auto& context) { context.selected = Kind(Kind::loginItemApplication); },
-       {C::edit, C::save, C::revert, C::duplicate, C::export_, C::test, C::log}},
+       {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Test, C::Log}},
       {"a startup item",
        [](auto& context) { context.selected = Kind(Kind::localStartupItem); },
-       {C::edit, C::save, C::revert, C::duplicate, C::export_, C::test, C::log}},
+       {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Test, C::Log}},
       {"a helper tool",
        [](auto& context) { context.selected = Kind(Kind::privilegedHelperTool); },
-       {C::edit, C::save, C::revert, C::duplicate, C::export_, C::test, C::log}},
+       {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Test, C::Log}},
       {"a system daemon",
        [](auto& context) { context.selected = Kind(Kind::systemDaemon); },
-       {C::edit, C::save, C::revert, C::duplicate}},
+       {C::Edit, C::Save, C::Revert, C::Duplicate}},
       {"an edited system agent",
        [](auto& context) {
          context.selected = Kind(Kind::systemAgent);
@@ -78,12 +78,12 @@ TEST(CommandRules, EachConditionTakesAwayItsCommandsAndNoOthers) {
        },
        {}},
       {"an own daemon", [](auto& context) { context.selected = Kind(Kind::localDaemon); }, {}},
-      {"a job that can't be deleted", [](auto& context) { context.canDeleteSelected = false; }, {C::delete_}},
-      {"no revisions", [](auto& context) { context.hasRevisions = false; }, {C::revert}},
-      {"no details", [](auto& context) { context.detailTab = DetailTab::NoSelection; }, {C::edit, C::save}},
-      {"no search field", [](auto& context) { context.hasFilterField = false; }, {C::filter}},
-      {"grid mode", [](auto& context) { context.mode = Mode::Grid; }, {C::columns}},
-      {"timeline mode", [](auto& context) { context.mode = Mode::Timeline; }, {C::columns}},
+      {"a job that can't be deleted", [](auto& context) { context.canDeleteSelected = false; }, {C::Delete}},
+      {"no revisions", [](auto& context) { context.hasRevisions = false; }, {C::Revert}},
+      {"no details", [](auto& context) { context.detailTab = DetailTab::NoSelection; }, {C::Edit, C::Save}},
+      {"no search field", [](auto& context) { context.hasFilterField = false; }, {C::Filter}},
+      {"grid mode", [](auto& context) { context.mode = Mode::Grid; }, {C::Columns}},
+      {"timeline mode", [](auto& context) { context.mode = Mode::Timeline; }, {C::Columns}},
   };
   for (const Row& row : table) {
     for (const Command command : all()) {
@@ -96,15 +96,15 @@ TEST(CommandRules, EachConditionTakesAwayItsCommandsAndNoOthers) {
 }
 
 TEST(CommandRules, AScriptInFrontCanBeSavedWhateverIsSelected) {
-  EXPECT_FALSE(isEnabled(C::save, CommandContext{}));
-  EXPECT_TRUE(isEnabled(C::save, CommandContext{.isScriptInFront = true}));
+  EXPECT_FALSE(isEnabled(C::Save, CommandContext{}));
+  EXPECT_TRUE(isEnabled(C::Save, CommandContext{.isScriptInFront = true}));
 }
 
 TEST(CommandRules, TicksFollowTheirSettings) {
   const CommandContext context{.showsSystemJobs = true, .isFullScreen = true, .mode = Mode::Tree};
   const std::pair<Command, std::optional<bool>> table[] = {
-      {C::grid, false},  {C::tree, true},      {C::list, false},      {C::timeline, false},
-      {C::system, true}, {C::titleBar, false}, {C::fullScreen, true}, {C::refresh, std::nullopt}};
+      {C::Grid, false},  {C::Tree, true},      {C::List, false},      {C::Timeline, false},
+      {C::System, true}, {C::TitleBar, false}, {C::FullScreen, true}, {C::Refresh, std::nullopt}};
   for (const auto& [command, isTicked] : table)
     EXPECT_EQ(isOn(command, context), isTicked) << static_cast<int>(command);
 }
@@ -117,23 +117,23 @@ TEST(ToolbarRules, EachItemHasItsConditions) {
     std::vector<ToolbarItem> enabled;
   };
   const Row table[] = {
-      {"nothing", [](auto&) {}, {I::new_, I::mode, I::filter, I::share, I::log, I::info}},
-      {"unsaved changes", [](auto& context) { context.hasUnsavedChanges = true; }, {I::share, I::log, I::info}},
+      {"nothing", [](auto&) {}, {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}},
+      {"unsaved changes", [](auto& context) { context.hasUnsavedChanges = true; }, {I::Share, I::Log, I::Info}},
       {"a save", [](auto& context) { context.isSaving = true; }, {}},
-      {"no selection", [](auto& context) { context.selected.reset(); }, {I::new_, I::mode, I::filter}},
+      {"no selection", [](auto& context) { context.selected.reset(); }, {I::New, I::Mode, I::Filter}},
       {"a login item",
        [](auto& context) { context.selected = Kind(Kind::loginItemSystemPreferences); },
-       {I::new_, I::mode, I::filter, I::share, I::info}},
+       {I::New, I::Mode, I::Filter, I::Share, I::Info}},
       {"a job without a name",
        [](auto& context) { context.isSelectedNamed = false; },
-       {I::new_, I::mode, I::filter, I::share, I::info}},
+       {I::New, I::Mode, I::Filter, I::Share, I::Info}},
       {"a system daemon",
        [](auto& context) { context.selected = Kind(Kind::systemDaemon); },
-       {I::new_, I::mode, I::filter, I::share, I::log, I::info}},
+       {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}},
   };
   for (const Row& row : table) {
-    for (const ToolbarItem item : {I::new_, I::mode, I::filter, I::share, I::log, I::info}) {
-      CommandContext context = allowing(C::edit);
+    for (const ToolbarItem item : {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}) {
+      CommandContext context = allowing(C::Edit);
       row.change(context);
       const bool isListed = std::find(row.enabled.begin(), row.enabled.end(), item) != row.enabled.end();
       EXPECT_EQ(isEnabled(item, context), isListed) << row.condition << ": item " << static_cast<int>(item);

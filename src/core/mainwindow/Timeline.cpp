@@ -1,10 +1,12 @@
-#include "core/mainwindow/BuildTimeline.h"
+#include "core/mainwindow/Timeline.h"
 
 #include <cstdint>
 #include <vector>
 
 #include "core/jobfile/Plist.h"
+#include "core/mainwindow/TimelineTexts.h"
 #include "core/schedule/MergedRuns.h"
+#include "core/schedule/ZoneStretches.h"
 
 namespace mirvel {
 
@@ -21,16 +23,16 @@ void addIntervals(const Jobs& jobs, sys_seconds now, const TimelineTexts& texts,
   for (const auto& job : jobs) {
     const auto duration = hasInterval(*job) ? texts.duration(seconds(*job->record()->startInterval)) : std::nullopt;
     if (!duration) continue;
-    if (!hasHeader) timeline.addRow(now, timeline.addSource({TimelineKind::group, texts.intervals()}));
+    if (!hasHeader) timeline.addRow(now, timeline.addSource({TimelineKind::Group, texts.intervals()}));
     hasHeader = true;
-    timeline.addRow(now, timeline.addSource({.kind = TimelineKind::interval,
+    timeline.addRow(now, timeline.addSource({.kind = TimelineKind::Interval,
                                              .name = texts.interval(job->name, *duration),
                                              .isEnabled = !job->isDisabled(),
                                              .url = job->url}));
   }
 }
 
-/// The rules of jobs, and by their owners' numbers what their rows have in common.
+/// The rules of all jobs, and the sources of their rows, indexed by the rules' owner numbers.
 struct CalendarJobs {
   std::vector<OwnedRule> rules;
   std::vector<const TimelineSource*> owners;
@@ -42,7 +44,7 @@ CalendarJobs calendarJobs(const Jobs& jobs, TimelineArray& timeline) {
     if (!job->record() || !job->record()->startCalendarInterval) continue;
     const auto owner = static_cast<std::uint32_t>(result.owners.size());
     result.owners.push_back(&timeline.addSource(
-        {.kind = TimelineKind::time, .name = job->name, .isEnabled = !job->isDisabled(), .url = job->url}));
+        {.kind = TimelineKind::Time, .name = job->name, .isEnabled = !job->isDisabled(), .url = job->url}));
     for (const auto& interval : job->record()->startCalendarInterval->intervals) {
       result.rules.push_back({CalendarRule::asShown(interval), owner});
     }
@@ -68,7 +70,7 @@ TimelineArray buildTimeline(const Jobs& jobs, sys_seconds now, const TimelineTex
   const CalendarJobs scheduled = calendarJobs(jobs, timeline);
   const auto runs = mergedRuns(scheduled.rules, zone, now, oneMonthAfter(now, zone));
 
-  constexpr std::size_t mostHeaders = 33;
+  constexpr std::size_t mostHeaders = 33;  // one for each day that a month can touch
   timeline.reserve(timeline.rows().size() + runs.size() + mostHeaders);
   const auto today = floor<days>(zone.local(now));
   local_days previous{days::min()};
@@ -76,7 +78,7 @@ TimelineArray buildTimeline(const Jobs& jobs, sys_seconds now, const TimelineTex
     const auto day = floor<days>(zone.local(run.date));
     if (day != previous) {
       const std::string header = texts.day(run.date, (day - today).count());
-      timeline.addRow(now, timeline.addSource({TimelineKind::group, header}));
+      timeline.addRow(now, timeline.addSource({TimelineKind::Group, header}));
     }
     timeline.addRow(run.date, *scheduled.owners[run.owner]);
     previous = day;

@@ -1,0 +1,74 @@
+#include "core/app/Termination.h"
+
+#include <utility>
+
+#include "core/actions/ActionController.h"
+#include "core/editor/Drafts.h"
+#include "core/mainwindow/MainWindowController.h"
+#include "core/session/Busy.h"
+#include "core/session/Editing.h"
+#include "core/session/Shell.h"
+
+namespace mirvel {
+
+Termination::Termination(MainQueue& queue, const Shell& shell, const Editing& editing, Drafts& drafts,
+                         const ActionController& actions, MainWindowController& mainWindow, Busy& saving,
+                         Busy& deleting)
+    : m_shell(shell),
+      m_editing(editing),
+      m_drafts(drafts),
+      m_actions(actions),
+      m_mainWindow(mainWindow),
+      m_saving(saving),
+      m_deleting(deleting),
+      m_delay(queue) {}
+
+bool Termination::applicationShouldTerminate() {
+  // While a request is in progress, root's helper is still needed.
+  const bool isIdle = !m_saving.isBusy() && !m_deleting.isBusy();
+  if (m_shell.endPrivilegedConnection && isIdle) m_shell.endPrivilegedConnection();
+  if ((isHelperAtWork() || !m_editing.hasUnsavedChanges()) && waitsForHelper()) return false;
+  const bool mayEnd = !m_editing.hasUnsavedChanges() || m_endsUnasked;
+  const bool isSecondSignal = m_mainWindow.isTerminating() && m_endsUnasked;  // ends it even if nobody answers
+  if (mayEnd && (m_drafts.settle() || isSecondSignal)) return true;
+  m_endsUnasked = false;
+  m_mainWindow.askBeforeQuitting();
+  return false;
+}
+
+void Termination::endUnasked() {
+  keepEdit();
+  m_endsUnasked = true;
+  if (m_shell.terminate) m_shell.terminate();
+}
+
+void Termination::keepEdit() {
+  if (m_shell.edit) m_shell.edit->endEditing();
+  (void)m_drafts.settle();  // the store reports failures
+}
+
+/// Whether a save or deletion is in progress, which needs its helper or an answer to a question of its own. While the
+/// user is asked for a password, nothing has begun yet.
+bool Termination::isHelperAtWork() const {
+  return (m_saving.isBusy() || m_deleting.isBusy()) && !m_actions.isAuthorising();
+}
+
+bool Termination::waitsForHelper() {
+  const bool isSecondCall = m_isWaiting;
+  m_isWaiting = isHelperAtWork();
+  if (!m_isWaiting || isSecondCall) return false;
+  m_saved = m_saving.changed().subscribe([this] { quitAfterHelper(); });
+  m_deleted = m_deleting.changed().subscribe([this] { quitAfterHelper(); });
+  return true;
+}
+
+void Termination::quitAfterHelper() {
+  if (!std::exchange(m_isWaiting, false)) return;
+  m_delay(0, [this] {
+    m_saved = {};
+    m_deleted = {};
+    if (m_shell.terminate) m_shell.terminate();
+  });
+}
+
+}  // namespace mirvel

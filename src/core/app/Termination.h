@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/base/Signal.h"
+#include "core/ports/MainQueue.h"
+
+namespace mirvel {
+
+class ActionController;
+class Busy;
+class Drafts;
+class Editing;
+class MainWindowController;
+struct Shell;
+
+/// Decides whether the application may quit, so that no edit, save or deletion is lost. For the main thread.
+class Termination {
+ public:
+  /// All arguments must outlive this object.
+  Termination(MainQueue& queue, const Shell& shell, const Editing& editing, Drafts& drafts,
+              const ActionController& actions, MainWindowController& mainWindow, Busy& saving, Busy& deleting);
+
+  /// Returns whether the application may quit now. If it may not:
+  /// - While a save or deletion is in progress, the application quits once that has ended; a second call doesn't wait.
+  /// - If there are unsaved changes, the user is asked about them, and the application quits if they may be discarded.
+  /// - After a signal, if the edit can't be kept completely as a draft, the user is asked too.
+  bool applicationShouldTerminate();
+  /// Quits without asking, after a signal. An unsaved edit is kept as a draft; if that fails, quits only after asking
+  /// the user, or on the second call.
+  void endUnasked();
+  /// Stores an unsaved edit as a draft, because the process may be killed at any moment.
+  void keepEdit();
+
+ private:
+  bool isHelperAtWork() const;
+  bool waitsForHelper();
+  void quitAfterHelper();
+
+  const Shell& m_shell;
+  const Editing& m_editing;
+  Drafts& m_drafts;
+  const ActionController& m_actions;
+  MainWindowController& m_mainWindow;
+  Busy& m_saving;
+  Busy& m_deleting;
+  Subscription m_saved, m_deleted;  ///< while a quit waits for a helper
+  bool m_endsUnasked = false;
+  bool m_isWaiting = false;  ///< for a helper, to quit afterwards
+  Delay m_delay;
+};
+
+}  // namespace mirvel

@@ -1,0 +1,98 @@
+#include "core/app/JobURLOpener.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/ProgramFixture.h"
+#include "support/RecordingShell.h"
+
+namespace mirvel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class JobURLOpenerTest : public testdata::ProgramFixture {
+ protected:
+  void open(const std::vector<std::string>& urls) { program().jobURLOpener.applicationOpenURLs(urls); }
+
+  testdata::RecordingShell shell{program()};
+};
+
+TEST_F(JobURLOpenerTest, SelectsTheJobOfTheFirstURLAfterAMoment) {
+  scan();
+  const std::string host = "L2Ev////L2pvYi5wbGlzdA==";  // "/a/\xff\xff\xff/job.plist"
+  const std::string url = "mirvel://" + host;
+  ASSERT_EQ(jobURL("/a/\xff\xff\xff/job.plist"), url);
+  const struct {
+    std::vector<std::string> urls;
+    bool selects;
+  } table[] = {
+      {{url}, true},
+      {{url + "/"}, true},
+      {{"mirvel://L2Ev%2F%2f//L2pvYi5wbGlzdA%3D%3d"}, true},
+      {{url, jobURL("/second.plist")}, true},
+      {{}, false},
+      {{""}, false},
+      {{"/a/b.plist"}, false},
+      {{host}, false},
+      {{"://" + host}, false},
+      {{"file://" + host, url}, false},
+      {{"mirvelous://" + host}, false},
+      {{"mirvel:" + host}, false},
+      {{"mirvel://"}, false},
+      {{"mirvel:///"}, false},
+      {{"mirvel://not base64"}, false},
+      {{url + "?query"}, false},
+  };
+  for (const auto& row : table) {
+    shell.events.clear();
+    open(row.urls);
+    queue.runFor(0.29);
+    EXPECT_THAT(shell.events, IsEmpty());
+    queue.runFor(0.02);
+    const auto expected = row.selects ? std::vector<std::string>{"select job.plist"} : std::vector<std::string>{};
+    EXPECT_EQ(shell.events, expected) << (row.urls.empty() ? "" : row.urls[0]);
+  }
+}
+
+TEST_F(JobURLOpenerTest, PathsMayHaveAnyLengthAndBytes) {
+  scan();
+  for (const std::string name : {"\xFF\xFE\xFD", "\xC3\xBC", "a", "ab", "abc", "\xFB\xEF\xBE\xFB\xEF\xBE"}) {
+    shell.events.clear();
+    open({jobURL("/" + name)});
+    open({jobURL("/" + name) + "/"});
+    queue.runFor(1);
+    EXPECT_THAT(shell.events, ElementsAre("select " + name, "select " + name));
+  }
+}
+
+TEST_F(JobURLOpenerTest, UnsavedChangesDropTheURLWithAQuestion) {
+  scan();
+  program().editing.setUnsavedChanges(true);
+  open({jobURL("/job.plist")});
+  program().editing.setUnsavedChanges(false);
+  shell.events.clear();
+  queue.runFor(5);
+  EXPECT_THAT(shell.events, IsEmpty());
+  EXPECT_EQ(interface.sheets.size(), 1U);
+}
+
+TEST_F(JobURLOpenerTest, TheLastURLAtAColdStartWaitsForTheFirstScan) {
+  const auto file = writeJob(Kind::userAgent, "job");
+  open({jobURL("/other.plist")});
+  open({jobURL(file.string())});
+  program().appDelegate.applicationDidFinishLaunching();
+  queue.runFor(7);
+  EXPECT_EQ(shell.count("select job.plist"), 0U);
+  settle();
+  EXPECT_EQ(shell.count("select job.plist"), 1U);
+  EXPECT_EQ(shell.count("select other.plist"), 0U);
+  ASSERT_TRUE(program().selection.job());
+  EXPECT_EQ(program().selection.job()->name, "job");
+  scan();
+  EXPECT_EQ(shell.count("select job.plist"), 1U);
+}
+
+}  // namespace
+}  // namespace mirvel
