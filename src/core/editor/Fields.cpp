@@ -420,29 +420,6 @@ FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld) {
   return removesKey ? FieldValue() : FieldValue(isOn);
 }
 
-FieldValue nextState(const FieldValue& state) {
-  const bool* const isOn = std::get_if<bool>(&state);
-  if (!isOn) return true;
-  return *isOn ? FieldValue(false) : FieldValue();
-}
-
-std::string fieldText(const Field& field, const Plist& plist, const Unfinished& unfinished) {
-  const auto entered = unfinished.texts.find(field.key);
-  if (entered != unfinished.texts.end()) return entered->second;
-  const FieldValue value = field.access.read(plist);
-  if (const auto* const number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
-  const auto* const text = std::get_if<std::string>(&value);
-  return text ? *text : std::string();
-}
-
-std::vector<TableRow> fieldRows(const Field& field, const Plist& plist, const Unfinished& unfinished) {
-  const auto entered = unfinished.tables.find(field.key);
-  if (entered != unfinished.tables.end()) return entered->second;
-  FieldValue value = field.access.read(plist);
-  auto* const rows = std::get_if<std::vector<TableRow>>(&value);
-  return rows ? std::move(*rows) : std::vector<TableRow>();
-}
-
 namespace {
 
 /// A text with a fraction is no whole number, though its digits can be read as one.
@@ -453,6 +430,30 @@ std::optional<std::int64_t> wholeNumber(const std::string& text, const Scheduled
 }
 
 }  // namespace
+
+std::string fieldText(const Field& field, const Plist& plist, const Unfinished& unfinished) {
+  const auto entered = unfinished.texts.find(field.key);
+  if (entered != unfinished.texts.end()) return entered->second;
+  const FieldValue value = field.access.read(plist);
+  if (const auto* const number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
+  const auto* const text = std::get_if<std::string>(&value);
+  return text ? *text : std::string();
+}
+
+bool standsFor(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, const Plist& plist,
+               const Unfinished& unfinished) {
+  const bool isNumber = field.control == Control::Number && !unfinished.texts.contains(field.key);
+  const auto number = isNumber ? wholeNumber(text, numbers) : std::nullopt;
+  return number ? field.access.read(plist) == FieldValue(*number) : text == fieldText(field, plist, unfinished);
+}
+
+std::vector<TableRow> fieldRows(const Field& field, const Plist& plist, const Unfinished& unfinished) {
+  const auto entered = unfinished.tables.find(field.key);
+  if (entered != unfinished.tables.end()) return entered->second;
+  FieldValue value = field.access.read(plist);
+  auto* const rows = std::get_if<std::vector<TableRow>>(&value);
+  return rows ? std::move(*rows) : std::vector<TableRow>();
+}
 
 void enterText(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, Plist& plist,
                Unfinished& unfinished) {

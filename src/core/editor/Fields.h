@@ -81,12 +81,15 @@ const Field& fieldOf(std::string_view key);
 std::string titleOf(const Field& field, const Localize& localize);
 bool appliesTo(const Field& field, Kind kind);
 
-/// The value of a box after a click. A box of three states goes from absent to on, then off, then absent.
+/// The value of a check box after a click that left it on or off.
 FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld);
-FieldValue nextState(const FieldValue& state);
 
-/// The text of a single field, and the rows of a table: as entered, if that can't be saved, else those of the record.
+/// The text of a single field, and the rows of a table: as entered if they can't be saved, otherwise those of the
+/// record.
 std::string fieldText(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);
+/// Whether a text that was entered in a field already stands for its value: "1,000" and "1000" are the same number.
+bool standsFor(const Field& field, const std::string& text, const Scheduled::NumberText& numbers,
+               const jobfile::Plist& plist, const Unfinished& unfinished);
 std::vector<TableRow> fieldRows(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);
 /// Take over an entered text, or the rows of a table. An empty text removes the key. Input that isn't valid goes to
 /// `unfinished` and leaves the record alone.

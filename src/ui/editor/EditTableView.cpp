@@ -4,7 +4,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPointer>
 #include <QStyle>
 #include <QTableView>
 #include <QToolButton>
@@ -16,6 +15,7 @@
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "core/text/Bidirectional.h"
+#include "ui/editor/ChooseFile.h"
 #include "ui/editor/EditTableModel.h"
 #include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
@@ -171,11 +171,7 @@ void EditTableView::add() {
 }
 
 void EditTableView::addChosen(const OpenPanel& panel) {
-  const QPointer<EditTableView> self(this);  // the panel may outlive the table
-  const auto chosen = m_platform.interface.openPanel(panel);
-  if (!chosen || !self) return;
-  if (!qtPath(*chosen)) return m_platform.workspace.beep();  // no job file can hold such a name
-  addRow(chosen->native());
+  if (const auto chosen = chooseFile(*this, m_platform, panel)) addRow(chosen->native());
 }
 
 void EditTableView::showMenu() {

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <algorithm>
+#include <utility>
 
 #include "core/base/Const.h"
 #include "core/editor/Description.h"
@@ -42,12 +43,6 @@ QWidget* lowered(QWidget* widget, int distance) {
   return frame;
 }
 
-/// The button that was clicked may be in it, and at work until the click is done.
-void drop(QWidget& widget) {
-  widget.hide();
-  widget.deleteLater();
-}
-
 int firstLineHeight(const QWidget& widget) {
   return qobject_cast<const QCheckBox*>(&widget) ? widget.sizeHint().height() : widget.fontMetrics().height();
 }
@@ -76,8 +71,7 @@ void KeyValueSection::setKeyValues(const std::vector<KeyValueItem>& items, std::
 
 void KeyValueSection::dropGrid() {
   m_rows.clear();
-  if (m_grid) drop(*m_grid);
-  m_grid = nullptr;
+  discard(std::exchange(m_grid, nullptr));
 }
 
 void KeyValueSection::addRow(const KeyValueItem& item) {
@@ -131,7 +125,7 @@ void KeyValueSection::deleteRow(const std::string& key) {
 void KeyValueSection::dropRow(std::vector<Row>::iterator row) {
   for (QWidget* cell : row->cells) {
     m_cells->removeWidget(cell);
-    drop(*cell);
+    discard(cell);
   }
   const auto next = m_rows.erase(row);
   if (m_rows.empty()) return dropGrid();

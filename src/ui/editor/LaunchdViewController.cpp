@@ -7,6 +7,7 @@
 #include "core/editor/EditorTexts.h"
 #include "core/session/Selection.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
@@ -27,14 +28,6 @@ QWidget* makeHeader(const std::string& title) {
   layout->addWidget(new Hairline, 1);
   header->setAccessibleName(qt(title));
   return header;
-}
-
-/// Deletes a widget later: one of its controls may be the cause.
-void discard(QWidget* widget) {
-  if (!widget) return;
-  widget->hide();
-  widget->setParent(nullptr);
-  widget->deleteLater();
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "ui/editor/RunMenuButton.h"
 
 #include <QMenu>
-#include <QPointer>
 
 #include "core/editor/EditorTexts.h"
 #include "core/editor/RunMenu.h"
 #include "core/locale/Localize.h"
 #include "core/session/Shell.h"
+#include "ui/editor/ChooseFile.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/support/Controls.h"
 #include "ui/support/IconLoader.h"
@@ -51,11 +51,8 @@ void RunMenuButton::fill() {
 }
 
 void RunMenuButton::choose() {
-  const QPointer<RunMenuButton> self(this);  // the job may be gone before the panel is
-  const auto file = m_platform.interface.openPanel({.showsHiddenFiles = optionHeld()});
-  if (!file || !self) return;
-  if (!qtPath(*file)) return m_platform.workspace.beep();  // no job file can hold such a name
-  m_field.insertCommand(chosenCommand(m_repairs, *file));
+  const auto file = chooseFile(*this, m_platform, {.showsHiddenFiles = optionHeld()});
+  if (file) m_field.insertCommand(chosenCommand(m_repairs, *file));
 }
 
 }  // namespace mirvel::ui

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "core/text/Bidirectional.h"
+#include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
@@ -38,11 +39,12 @@ void SectionGrid::addField(const std::string& title, QWidget& field, bool isStre
   addWidget(&field, rowCount() - 1, 1, isStretched ? Qt::AlignVCenter : Qt::AlignLeading | Qt::AlignVCenter);
 }
 
-void SectionGrid::addText(const std::string& title, QWidget& field, int textTop) {
+QLabel& SectionGrid::addText(const std::string& title, QWidget& field, int textTop) {
   QLabel* label = addLabel(title, field, Qt::AlignTop);
   const int difference = label->fontMetrics().ascent() - field.fontMetrics().ascent();
   label->setContentsMargins(0, std::max(0, textTop - difference), 0, 0);
   addWidget(&field, rowCount() - 1, 1, Qt::AlignTop);
+  return *label;
 }
 
 void SectionGrid::addIcon(QWidget& icon) {
@@ -61,9 +63,7 @@ void SectionGrid::addRow(QWidget& field) {
 
 void SectionGrid::clear() {
   while (const std::unique_ptr<QLayoutItem> item{takeAt(0)}) {
-    QWidget* const widget = item->widget();
-    widget->setParent(nullptr);
-    widget->deleteLater();  // it may be handling an event
+    discard(item->widget());
   }
 }
 

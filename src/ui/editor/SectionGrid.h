@@ -23,8 +23,8 @@ class SectionGrid final : public QGridLayout {
   /// Adds a label, with a colon, and a field of one line. The field gets its preferred width or, stretched, all of it.
   void addField(const std::string& title, QWidget& field, bool isStretched = true);
   /// The same for a field of several lines, with the label beside the first: `textTop` is the distance in pixels from
-  /// the top of the field to its text.
-  void addText(const std::string& title, QWidget& field, int textTop);
+  /// the top of the field to its text. Returns the label.
+  QLabel& addText(const std::string& title, QWidget& field, int textTop);
   /// Adds a picture in the place of the first label.
   void addIcon(QWidget& icon);
   /// Adds a field without a label.

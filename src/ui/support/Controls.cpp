@@ -46,6 +46,13 @@ void RadioButton::paintEvent(QPaintEvent* /*event*/) {
   drawButton(*this, QStyle::CE_RadioButton, option);
 }
 
+void discard(QWidget* widget) {
+  if (!widget) return;
+  widget->hide();
+  widget->setParent(nullptr);
+  widget->deleteLater();
+}
+
 void setCheckedQuietly(QAbstractButton& button, bool isChecked) {
   const QSignalBlocker quiet(button);
   button.setChecked(isChecked);

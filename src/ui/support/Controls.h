@@ -28,6 +28,10 @@ class RadioButton final : public QRadioButton {
   void paintEvent(QPaintEvent* event) override;
 };
 
+/// Hides a widget and removes it from its parent at once, but deletes it later, as it may be handling an event. Null
+/// does nothing.
+void discard(QWidget* widget);
+
 /// Sets the state without the signals that a click would emit.
 void setCheckedQuietly(QAbstractButton& button, bool isChecked);
 

@@ -2,6 +2,8 @@
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTextDocument>
+#include <QTextEdit>
 #include <algorithm>
 
 namespace mirvel::ui {
@@ -24,6 +26,18 @@ Difference differenceOf(const QString& before, const QString& after) {
   return {start, static_cast<int>(before.size()) - tail, static_cast<int>(after.size()) - tail};
 }
 
+void replaceText(QTextDocument& document, const QString& text) {
+  QString after = text;
+  after.replace(QLatin1Char('\n'), QChar(QChar::ParagraphSeparator));
+  const QString before = document.toRawText();
+  if (before == after) return;
+  const Difference part = differenceOf(before, after);
+  QTextCursor change(&document);
+  change.setPosition(part.start);
+  change.setPosition(part.oldEnd, QTextCursor::KeepAnchor);
+  change.insertText(text.mid(part.start, part.newEnd - part.start));
+}
+
 }  // namespace
 
 void replaceText(QLineEdit& field, const QString& text) {
@@ -43,15 +57,11 @@ void replaceText(QLineEdit& field, const QString& text) {
 }
 
 void replaceText(QPlainTextEdit& field, const QString& text) {
-  QString after = text;
-  after.replace(QLatin1Char('\n'), QChar(QChar::ParagraphSeparator));
-  const QString before = field.document()->toRawText();
-  if (before == after) return;
-  const Difference part = differenceOf(before, after);
-  QTextCursor change(field.document());
-  change.setPosition(part.start);
-  change.setPosition(part.oldEnd, QTextCursor::KeepAnchor);
-  change.insertText(text.mid(part.start, part.newEnd - part.start));
+  replaceText(*field.document(), text);
+}
+
+void replaceText(QTextEdit& field, const QString& text) {
+  replaceText(*field.document(), text);
 }
 
 }  // namespace mirvel::ui

@@ -3,6 +3,7 @@
 class QLineEdit;
 class QPlainTextEdit;
 class QString;
+class QTextEdit;
 
 namespace mirvel::ui {
 
@@ -10,5 +11,6 @@ namespace mirvel::ui {
 /// surroundings. Does nothing if the text is the same.
 void replaceText(QLineEdit& field, const QString& text);
 void replaceText(QPlainTextEdit& field, const QString& text);
+void replaceText(QTextEdit& field, const QString& text);
 
 }  // namespace mirvel::ui

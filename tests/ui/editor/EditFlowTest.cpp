@@ -271,6 +271,62 @@ TEST_F(EditFlowTest, ANoteThatIsBeingTypedKeepsTheKeysWhenItsJobChanges) {
   }
 }
 
+TEST_F(EditFlowTest, UndoOfARuleUpdatesItsControls) {
+  edit({{"StartInterval", 60}});
+  auto* const number = ruleEditor().findChild<QLineEdit*>();
+  auto* const unit = ruleEditor().findChildren<QComboBox*>().at(1);
+  number->setText(QStringLiteral("x"));
+  clock.now += 5;
+  unit->setFocus();
+  unit->setCurrentIndex(unit->currentIndex() + 1);
+  toolButton("Add Rule").click();
+  ASSERT_EQ(ruleEditor().editor().numberOfRows(), 2U);
+  unit->setFocus();
+  for (const auto& [rows, text] : {std::pair(1U, "x"), {1U, "x"}, {1U, "1"}}) {
+    program().editing.undo();
+    testdata::settle();
+    EXPECT_EQ(ruleEditor().editor().numberOfRows(), rows);
+    EXPECT_EQ(ruleEditor().findChild<QLineEdit*>(), number);
+    EXPECT_EQ(utf8(number->text()), text);
+    EXPECT_EQ(window().focusWidget(), unit);
+  }
+  EXPECT_FALSE(hasChanges());
+}
+
+TEST_F(EditFlowTest, DetailsAreUpdatedInTheirWidgets) {
+  const auto job = [](const char* program, int crashed, const char* path, int interval) {
+    return propertylist::Dictionary{
+        {"Program", program},
+        {"KeepAlive",
+         propertylist::Dictionary{{"Crashed", crashed != 0}, {"PathState", propertylist::Dictionary{{path, true}}}}},
+        {"StartInterval", interval}};
+  };
+  edit(job("/bin/ls", 1, "/one", 60));
+  button("Done").click();
+  const auto texts = [&] { return window().details().currentWidget()->findChildren<QTextEdit*>(); };
+  const auto shown = [&] {
+    std::vector<std::string> result;
+    for (const auto* text : texts()) {
+      if (text->isVisible()) result.push_back(utf8(text->toPlainText()));
+    }
+    return result;
+  };
+  const auto before = texts();
+  ASSERT_THAT(shown(), testing::ElementsAre("a", "Ada Lovelace", "/bin/ls", "/one : On", "Every minute"));
+  before.at(2)->setFocus();
+  QTextCursor selection(before.at(0)->document());
+  selection.select(QTextCursor::Document);
+  before.at(0)->setTextCursor(selection);
+  program().shell.detail->updateIcon();
+  writeJob(Kind::userAgent, "a", job("/bin/dd", 0, "/two", 120));
+  scan();
+  testdata::settle();
+  EXPECT_EQ(texts(), before);
+  EXPECT_THAT(shown(), testing::ElementsAre("a", "Ada Lovelace", "/bin/dd", "/two : On", "Every 2 minutes"));
+  EXPECT_EQ(window().focusWidget(), before.at(2));
+  EXPECT_EQ(utf8(before.at(0)->textCursor().selectedText()), "a");
+}
+
 TEST_F(EditFlowTest, WithoutItsLastRuleAScheduleIsOff) {
   edit({{"StartInterval", 60}});
   toolButton("Remove Rule").click();

@@ -228,6 +228,38 @@ TEST_F(ScheduledRuleEditorTest, RulesMayBeLoadedAnewForAnyChange) {
   EXPECT_EQ(changes, 5);
 }
 
+TEST_F(ScheduledRuleEditorTest, LoadedRowsAreShownInTheControlsThatExist) {
+  open({EveryHour{5}, EveryDay{at(9, 0)}, EveryHour{7}});
+  auto& number = control<QLineEdit>("minute", 1);
+  number.setFocus();
+  number.selectAll();
+  const struct {
+    Rules rules;
+    const char* shown;
+  } table[] = {
+      {{EveryHour{5}, EveryHour{7}}, "7"},
+      {{EveryDay{at(9, 0)}, EveryHour{5}, EveryHour{7}}, "7"},
+      {{DayOfWeek{3, at(9, 0)}, EveryHour{7}}, "7"},
+      {{EveryHour{1}, EveryHour{17}}, "17"},
+      {{DayOfMonth{3, at(9, 0)}, EveryHour{18}, EveryDay{at(1, 0)}}, "18"},
+  };
+  for (const auto& row : table) {
+    program().scheduledController.load(row.rules, m_editor->editor());
+    EXPECT_EQ(rules(), row.rules);
+    EXPECT_EQ(utf8(number.text()), row.shown);
+    EXPECT_EQ(QApplication::focusWidget(), &number);
+    EXPECT_TRUE(number.hasSelectedText() || row.rules[1] != ScheduledType(EveryHour{7}));
+  }
+  auto& time = control<QTimeEdit>("Time", 0);
+  auto& day = control<QComboBox>("Day of Month");
+  program().scheduledController.load({DayOfMonth{5, at(10, 30)}}, m_editor->editor());
+  EXPECT_EQ(&control<QTimeEdit>("Time"), &time);
+  EXPECT_EQ(time.time(), QTime(10, 30));
+  EXPECT_EQ(&control<QComboBox>("Day of Month"), &day);
+  EXPECT_EQ(utf8(day.currentText()), "6");
+  EXPECT_EQ(changes, 0);
+}
+
 TEST_F(ScheduledRuleEditorTest, TheWheelChangesOnlyWhatHasTheKeys) {
   open({DayOfWeek{3, at(9, 0)}});
   const auto wheel = [](QWidget& widget) {
