@@ -3,7 +3,7 @@
 #include "core/commands/FileCommand.h"
 #include "core/creation/CreationContext.h"
 #include "core/creation/RunChoosers.h"
-#include "core/editor/RunMenu.h"
+#include "core/editor/RunField.h"
 #include "core/files/ReplaceFile.h"
 #include "core/files/URL.h"
 #include "core/scripts/SyntaxHelper.h"

@@ -4,7 +4,7 @@
 #include "core/creation/CreationContext.h"
 #include "core/creation/InstalledApplications.h"
 #include "core/editor/GeneralRules.h"
-#include "core/editor/RunMenu.h"
+#include "core/editor/RunField.h"
 #include "core/files/URL.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/creation/New.h"
-#include "core/editor/FileCheck.h"
+#include "core/editor/RunField.h"
 
 namespace mirvel {
 

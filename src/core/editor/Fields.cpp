@@ -24,7 +24,7 @@ using Key = Plist::CodingKeys;
 using Control = Field::Control;
 using Section = StackSection;
 
-// How the values of each type are shown where they can only be read.
+// Values of each type for the read-only view.
 
 Value shown(bool value, const ValueTexts& /*texts*/) {
   return value;
@@ -92,7 +92,7 @@ Value shownPaths(const std::vector<std::string>& paths, const ValueTexts& texts)
   return joinedLines(lines);
 }
 
-// How they get from the record and back.
+// Conversion between values of the record and values of fields.
 
 template <typename T>
 struct ValueOf {
@@ -136,7 +136,7 @@ void writeField(std::optional<T>& field, const FieldValue& value) {
 template <Key key>
 constexpr const auto& keyRow = std::get<static_cast<std::size_t>(key)>(jobfile::plistKeys);
 
-/// The access to a key of the record, by its type.
+/// The access to a key of the record by the type of its member.
 template <Key key>
 struct Access {
   static bool isSet(const Plist& plist) { return (plist.*keyRow<key>.field).has_value(); }
@@ -172,7 +172,7 @@ constexpr FieldAccess paths() {
   return result;
 }
 
-/// A box that is off while the key is true.
+/// For a box that is off if the key is true.
 template <Key key>
 constexpr FieldAccess negated() {
   FieldAccess result = Access<key>::functions;
@@ -198,7 +198,8 @@ constexpr FieldAccess label{
           plist.name = text ? *text : std::string();
         }};
 
-/// The box that keeps a job alive. It is on whatever the key says, and off takes the key away with all it held.
+/// The box that keeps a job alive. It is on if the key exists, whatever its value; off removes the key and its
+/// conditions.
 constexpr FieldAccess keepAlive{
     .isSet = [](const Plist& plist) { return plist.keepAlive.has_value(); },
     .remove = [](Plist& plist) { plist.keepAlive.reset(); },
@@ -210,13 +211,13 @@ constexpr FieldAccess keepAlive{
           if (value == FieldValue(true)) plist.keepAlive.emplace().bool_ = true;
         }};
 
-/// The plain value that the last condition leaves behind: that of the file, if the file has the key.
+/// The plain value for a key that has lost its last condition: that of the file, or true.
 std::optional<bool> plainKeepAlive(const Plist& plist) {
   const auto read = plist.asRead();
   return read && read->keepAlive ? read->keepAlive->bool_ : true;
 }
 
-/// A condition, which takes the place of the plain value.
+/// A condition of `KeepAlive`. Writing it replaces the plain value.
 template <auto condition>
 struct ConditionAccess {
   static bool isSet(const Plist& plist) { return plist.keepAlive && (*plist.keepAlive.*condition).has_value(); }
@@ -252,26 +253,26 @@ constexpr Field row(Section section, Field field = {}) {
 
 constexpr Field allRows[] = {
     row<Key::disabled>(
-        Section::general,
+        Section::General,
         {.access = negated<Key::disabled>(),
          .control = Control::CheckBox,
          .help = "This optional key specifies whether the job should be loaded by default. Note that this key may be "
                  "overridden through the enable subcommand of launchctl(3).",
          .title = [](const Localize& localize) { return localize.enabled(); },
          .ifAbsent = true}),
-    {.section = Section::general,
+    {.section = Section::General,
      .key = "Label",
      .access = label,
      .control = Control::Text,
      .help = "Label: This required key uniquely identifies the job to launchd.",
      .title = [](const Localize& localize) { return localize.name(); }},
     row<Key::runAtLoad>(
-        Section::when,
+        Section::When,
         {.control = Control::CheckBox,
          .help = "RunAtLoad: This optional key is used to control whether your job is launched once at the time the "
                  "job is loaded.",
          .title = [](const Localize& localize) { return localize.atStartupAndWhenSaving(); }}),
-    {.section = Section::when,
+    {.section = Section::When,
      .key = "KeepAlive",
      .access = keepAlive,
      .control = Control::CheckBox,
@@ -284,28 +285,28 @@ constexpr Field allRows[] = {
      .title = [](const Localize& localize) { return localize.launchAgainIfItCrashes(); },
      .optionClick = Field::OptionClick::WritesFalse},
     row<Key::startOnMount>(
-        Section::when,
+        Section::When,
         {.control = Control::CheckBox,
          .help = "StartOnMount: This optional key causes the job to be started every time a filesystem is mounted.",
          .title = [](const Localize& localize) { return EditorTexts(localize).mountingLogicalVolume(); }}),
-    row<Key::standardErrorPath>(Section::paths),
-    row<Key::standardInPath>(Section::paths),
-    row<Key::standardOutPath>(Section::paths),
-    row<Key::workingDirectory>(Section::paths),
-    row<Key::queueDirectories>(Section::paths, {.access = paths<Key::queueDirectories>()}),
-    row<Key::watchPaths>(Section::paths, {.access = paths<Key::watchPaths>()}),
-    row<Key::lowPriorityIO>(Section::limits),
-    row<Key::lowPriorityBackgroundIO>(Section::limits),
-    row<Key::launchOnlyOnce>(Section::limits),
-    row<Key::nice>(Section::limits),
-    row<Key::throttleInterval>(Section::limits),
-    row<Key::processType>(Section::limits),
-    row<Key::limitLoadToSessionType>(Section::limits),
-    row<Key::limitLoadToHardware>(Section::limits),
-    row<Key::softResourceLimits>(Section::limits),
-    row<Key::hardResourceLimits>(Section::limits),
+    row<Key::standardErrorPath>(Section::Paths),
+    row<Key::standardInPath>(Section::Paths),
+    row<Key::standardOutPath>(Section::Paths),
+    row<Key::workingDirectory>(Section::Paths),
+    row<Key::queueDirectories>(Section::Paths, {.access = paths<Key::queueDirectories>()}),
+    row<Key::watchPaths>(Section::Paths, {.access = paths<Key::watchPaths>()}),
+    row<Key::lowPriorityIO>(Section::Limits),
+    row<Key::lowPriorityBackgroundIO>(Section::Limits),
+    row<Key::launchOnlyOnce>(Section::Limits),
+    row<Key::nice>(Section::Limits),
+    row<Key::throttleInterval>(Section::Limits),
+    row<Key::processType>(Section::Limits),
+    row<Key::limitLoadToSessionType>(Section::Limits),
+    row<Key::limitLoadToHardware>(Section::Limits),
+    row<Key::softResourceLimits>(Section::Limits),
+    row<Key::hardResourceLimits>(Section::Limits),
     row<Key::initGroups>(
-        Section::root,
+        Section::Root,
         {.control = Control::CheckBox,
          .help = "This optional key specifies whether initgroups(3) to initialize the group list for the job. The "
                  "default is true. This key will be ignored if the UserName key is not set.",
@@ -313,44 +314,44 @@ constexpr Field allRows[] = {
          .optionClick = Field::OptionClick::WritesFalse,
          .scope = Field::Scope::Daemons}),
     row<Key::userName>(
-        Section::root,
+        Section::Root,
         {.control = Control::Text,
          .help = "This optional key specifies the user to run the job as. This key is only applicable for services "
                  "that are loaded into the privileged system domain.",
          .scope = Field::Scope::Daemons}),
     row<Key::groupName>(
-        Section::root,
+        Section::Root,
         {.control = Control::Text,
          .help = "This optional key specifies the group to run the job as. This key is only applicable for services "
                  "that are loaded into the privileged system domain. If UserName is set and GroupName is not, then "
                  "the group will be set to the primary group of the user.",
          .scope = Field::Scope::Daemons}),
-    row<Key::abandonProcessGroup>(Section::miscellaneous),
-    row<Key::enablePressuredExit>(Section::miscellaneous),
-    row<Key::enableTransactions>(Section::miscellaneous),
-    row<Key::legacyTimers>(Section::miscellaneous),
-    row<Key::materializeDatalessFiles>(Section::miscellaneous),
-    row<Key::sessionCreate>(Section::miscellaneous),
-    row<Key::waitForDebugger>(Section::miscellaneous),
-    row<Key::exitTimeOut>(Section::miscellaneous),
-    row<Key::umask>(Section::miscellaneous),
-    row<Key::debug>(Section::deprecated),
-    row<Key::enableGlobbing>(Section::deprecated),
-    row<Key::onDemand>(Section::deprecated),
-    row<Key::serviceIPC>(Section::deprecated),
-    row<Key::timeOut>(Section::deprecated),
-    row<Key::hopefullyExitsFirst>(Section::deprecated),
-    row<Key::hopefullyExitsLast>(Section::deprecated),
-    row<Key::rootDirectory>(Section::deprecated),
-    row<Key::limitLoadFromHosts>(Section::deprecated),
-    row<Key::limitLoadToHosts>(Section::deprecated),
-    row<Key::inetdCompatibility>(Section::deprecated),
+    row<Key::abandonProcessGroup>(Section::Miscellaneous),
+    row<Key::enablePressuredExit>(Section::Miscellaneous),
+    row<Key::enableTransactions>(Section::Miscellaneous),
+    row<Key::legacyTimers>(Section::Miscellaneous),
+    row<Key::materializeDatalessFiles>(Section::Miscellaneous),
+    row<Key::sessionCreate>(Section::Miscellaneous),
+    row<Key::waitForDebugger>(Section::Miscellaneous),
+    row<Key::exitTimeOut>(Section::Miscellaneous),
+    row<Key::umask>(Section::Miscellaneous),
+    row<Key::debug>(Section::Deprecated),
+    row<Key::enableGlobbing>(Section::Deprecated),
+    row<Key::onDemand>(Section::Deprecated),
+    row<Key::serviceIPC>(Section::Deprecated),
+    row<Key::timeOut>(Section::Deprecated),
+    row<Key::hopefullyExitsFirst>(Section::Deprecated),
+    row<Key::hopefullyExitsLast>(Section::Deprecated),
+    row<Key::rootDirectory>(Section::Deprecated),
+    row<Key::limitLoadFromHosts>(Section::Deprecated),
+    row<Key::limitLoadToHosts>(Section::Deprecated),
+    row<Key::inetdCompatibility>(Section::Deprecated),
 };
 static_assert(std::is_sorted(std::begin(allRows), std::end(allRows),
                              [](const Field& a, const Field& b) { return a.section < b.section; }));
 
 constexpr Field conditionRows[] = {
-    {.section = Section::when,
+    {.section = Section::When,
      .key = "Crashed",
      .access = ConditionAccess<&KeepAlive::crashed>::functions,
      .control = Control::CheckBox,
@@ -358,13 +359,13 @@ constexpr Field conditionRows[] = {
          "KeepAlive - Crashed: If true, the the job will be restarted as long as it exited due to a signal which is "
          "typically associated with a crash (SIGILL, SIGSEGV, etc.). If false, the job will be restarted in the "
          "inverse condition."},
-    {.section = Section::when,
+    {.section = Section::When,
      .key = "SuccessfulExit",
      .access = ConditionAccess<&KeepAlive::successfulExit>::functions,
      .control = Control::CheckBox,
      .help = "KeepAlive - SuccessfulExit: If true, the job will be restarted as long as the program exits and with an "
              "exit status of zero. If false, the job will be restarted in the inverse condition."},
-    {.section = Section::when,
+    {.section = Section::When,
      .key = "PathState",
      .access = ConditionAccess<&KeepAlive::pathState>::functions,
      .control = Control::Table,
@@ -372,7 +373,7 @@ constexpr Field conditionRows[] = {
              "true, then the job will be kept alive as long as the path exists. If false, the job will be kept alive "
              "in the inverse condition.",
      .table = {.columns = pathColumn, .hasBox = true, .isDictionary = true, .adding = TableFormat::Adding::FilePanel}},
-    {.section = Section::when,
+    {.section = Section::When,
      .key = "OtherJobEnabled",
      .access = ConditionAccess<&KeepAlive::otherJobEnabled>::functions,
      .control = Control::Table,
@@ -422,7 +423,7 @@ FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld) {
 
 namespace {
 
-/// A text with a fraction is no whole number, though its digits can be read as one.
+/// Null for a number with a fraction, which `parseField` would truncate.
 std::optional<std::int64_t> wholeNumber(const std::string& text, const Scheduled::NumberText& numbers) {
   const auto number = numbers.parseField(text);
   const auto exact = numbers.parseExactly(text);

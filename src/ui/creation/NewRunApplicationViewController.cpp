@@ -13,7 +13,6 @@
 #include "ui/creation/ApplicationView.h"
 #include "ui/creation/ElidedLabel.h"
 #include "ui/support/Controls.h"
-#include "ui/support/FilterField.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {

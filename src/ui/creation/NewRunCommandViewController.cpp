@@ -5,7 +5,6 @@
 
 #include "core/app/Program.h"
 #include "core/creation/CreationTexts.h"
-#include "ui/editor/RunMenuButton.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"

@@ -12,7 +12,7 @@ std::optional<std::filesystem::path> chooseFile(const QWidget& control, const Pl
                                                 const OpenPanel& panel) {
   const QPointer<const QWidget> self(&control);
   auto chosen = platform.interface.openPanel(panel);
-  // A discarded control may still wait for its deletion, hidden.
+  // A discarded control is hidden and may not have been deleted yet.
   if (!chosen || !self || !self->isVisible()) return std::nullopt;
   if (qtPath(*chosen)) return chosen;
   platform.workspace.beep();

@@ -11,14 +11,14 @@
 #include "core/base/Const.h"
 #include "core/editor/EditorTexts.h"
 #include "core/schedule/ScheduledController.h"
+#include "core/session/Notifications.h"
 #include "core/text/Bidirectional.h"
 #include "ui/editor/ChooseFile.h"
 #include "ui/editor/EditTableView.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Controls.h"
-#include "ui/support/InvalidData.h"
+#include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ReplaceText.h"
 #include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
@@ -275,6 +275,14 @@ FieldForm::Entry FieldForm::makeTable(const Field& field) {
                 table->fill(fieldRows(field, launchd.plist(), m_section.context().editing.unfinished()));
               },
           .refuse = [table] { return table->refuse(); }};
+}
+
+FieldsSection::FieldsSection(const EditorContext& theContext, StackSection section)
+    : Section(theContext), m_form(*this) {
+  m_form.add(fieldsOf(section), *new SectionGrid(this));
+  m_rootChanged = theContext.notifications.rootChanged.subscribe([this] {
+    if (const auto job = launchd()) configure(job);
+  });
 }
 
 }  // namespace mirvel::ui

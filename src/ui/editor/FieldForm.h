@@ -6,7 +6,9 @@
 #include <span>
 #include <vector>
 
+#include "core/base/Signal.h"
 #include "core/editor/Fields.h"
+#include "core/editor/SectionStack.h"
 #include "ui/editor/Section.h"
 
 class QComboBox;
@@ -68,6 +70,20 @@ class FieldForm final : public QObject {
 
   Section& m_section;
   std::vector<Entry> m_entries;
+};
+
+/// A section that consists of the fields of the table, see `fieldsOf`.
+class FieldsSection final : public Section {
+ public:
+  FieldsSection(const EditorContext& context, StackSection section);
+
+  std::optional<InvalidField> refuse() override { return m_form.refuse(); }
+
+ private:
+  void fill(const Launchd& launchd) override { m_form.fill(launchd); }
+
+  FieldForm m_form;
+  Subscription m_rootChanged;
 };
 
 }  // namespace mirvel::ui

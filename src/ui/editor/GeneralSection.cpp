@@ -10,15 +10,13 @@
 #include "core/session/Notifications.h"
 #include "core/session/Platform.h"
 #include "ui/editor/IconButton.h"
-#include "ui/editor/RunMenuButton.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Controls.h"
 #include "ui/support/IconLoader.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ReplaceText.h"
 #include "ui/support/ShownText.h"
-#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "core/editor/FileCheck.h"
 #include "core/editor/GeneralRules.h"
+#include "core/editor/RunField.h"
 #include "ui/editor/FieldForm.h"
 
 class QCheckBox;
@@ -22,7 +22,7 @@ class GeneralDisplaySection final : public Section {
  public:
   explicit GeneralDisplaySection(const EditorContext& context);
 
-  /// For jobs of other kinds than launchd's; `configure` does it for those.
+  /// Shows a job of any kind. For launchd jobs, use `configure`.
   void show(const GeneralRules::Display& display);
   void updateIcon(const Launchd& launchd) override { fill(launchd); }
 
@@ -59,7 +59,7 @@ class GeneralEditSection final : public Section {
   IconButton* m_iconButton;
   QComboBox* m_forPopUpButton;
   RunTextField* m_runValueTextField;
-  std::string m_command;  ///< the repaired command for which the field's text stands
+  std::string m_command;  ///< the repaired form of the text in the field
 };
 
 }  // namespace mirvel::ui

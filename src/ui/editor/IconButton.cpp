@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A picture file as a PNG of the size of icons; empty if it can't be read.
+/// A picture file as PNG, scaled down to the size of icons; empty if it can't be read.
 std::string pngOf(const fs::path& file) {
   constexpr int side = 512;
   auto picture = readPicture(file);

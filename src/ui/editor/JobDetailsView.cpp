@@ -7,10 +7,9 @@
 #include "core/session/Selection.h"
 #include "ui/editor/GeneralSection.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ReplaceText.h"
 #include "ui/support/ShownText.h"
-#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 

@@ -5,7 +5,7 @@
 
 #include "core/editor/JobDetails.h"
 #include "ui/editor/EditorContext.h"
-#include "ui/editor/StackScrollView.h"
+#include "ui/editor/SectionGrid.h"
 
 namespace mirvel::ui {
 
@@ -25,7 +25,7 @@ class JobDetailsView final : public StackScrollView {
   void make(const std::vector<JobDetails::Row>& rows);
 
   const EditorContext m_context;
-  std::string m_path;                 ///< of the job that is shown
+  std::string m_path;                 ///< of the shown job
   std::vector<std::string> m_labels;  ///< of its rows
   GeneralDisplaySection* m_general = nullptr;
   std::vector<ValueText*> m_values;  ///< one for each label

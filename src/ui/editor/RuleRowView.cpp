@@ -16,18 +16,17 @@
 #include "core/locale/Dates.h"
 #include "ui/support/Controls.h"
 #include "ui/support/FlowLayout.h"
-#include "ui/support/InvalidData.h"
 #include "ui/support/Labels.h"
+#include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ReplaceText.h"
-#include "ui/support/SymbolButton.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
 namespace {
 
 using Scheduled::DisplayValue;
-using Scheduled::Kind;
+using RuleKind = Scheduled::Kind;
 using Scheduled::NumberField;
 using Scheduled::NumberProblem;
 using Scheduled::RuleEditor;
@@ -35,22 +34,22 @@ using Scheduled::RuleRow;
 using Scheduled::TimePicker;
 
 /// The accessible name of an element.
-std::string nameOf(Kind kind, std::size_t position, const Localize& localize) {
+std::string nameOf(RuleKind kind, std::size_t position, const Localize& localize) {
   if (position == 0) return localize.kind();
   switch (kind) {
-    case Kind::repeatInterval:
+    case RuleKind::repeatInterval:
       return position == 1 ? EditorTexts(localize).unit() : localize.repeatInterval();
-    case Kind::everyHour:
+    case RuleKind::everyHour:
       return localize.lowercase().minute();
-    case Kind::everyDay:
+    case RuleKind::everyDay:
       break;
-    case Kind::dayOfWeek:
+    case RuleKind::dayOfWeek:
       if (position == 1) return localize.dayOfWeek();
       break;
-    case Kind::dayOfMonth:
+    case RuleKind::dayOfMonth:
       if (position == 1) return localize.dayOfMonth();
       break;
-    case Kind::dayOfYear:
+    case RuleKind::dayOfYear:
       if (position == 1) return EditorTexts(localize).month();
       if (position == 2) return localize.dayOfMonth();
       break;
@@ -58,8 +57,8 @@ std::string nameOf(Kind kind, std::size_t position, const Localize& localize) {
   return EditorTexts(localize).time();
 }
 
-Kind kindOf(const RuleRow& row, const Criteria& kinds) {
-  return static_cast<Kind>(std::find(kinds.begin(), kinds.end(), row.criteria.front()) - kinds.begin());
+RuleKind kindOf(const RuleRow& row, const Criteria& kinds) {
+  return static_cast<RuleKind>(std::find(kinds.begin(), kinds.end(), row.criteria.front()) - kinds.begin());
 }
 
 /// The locale's format of hours and minutes, unless it contains parts that Qt can't display, such as the period of the
@@ -152,7 +151,7 @@ void RuleRowView::showRow(const RuleEditor& editor, std::size_t row) {
   for (std::size_t position = 0; position < m_elements.size(); ++position) {
     showValue(*m_elements[position], content.displayValues[position]);
   }
-  const Kind kind = kindOf(content, editor.controller().criteria());
+  const RuleKind kind = kindOf(content, editor.controller().criteria());
   for (std::size_t position = m_elements.size(); position < content.criteria.size(); ++position) {
     QWidget* element = makeElement(editor, row, position);
     element->setAccessibleName(qt(nameOf(kind, position, m_localize)));

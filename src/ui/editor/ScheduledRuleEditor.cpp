@@ -10,9 +10,9 @@
 #include "core/locale/Dates.h"
 #include "ui/editor/RuleRowView.h"
 #include "ui/support/Controls.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ReplaceText.h"
-#include "ui/support/ValueText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 

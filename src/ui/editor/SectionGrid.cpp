@@ -1,8 +1,10 @@
 #include "ui/editor/SectionGrid.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollBar>
 #include <memory>
 
 #include "core/text/Bidirectional.h"
@@ -14,7 +16,7 @@ namespace mirvel::ui {
 
 SectionGrid::SectionGrid(QWidget* section) : QGridLayout(section) {
   setContentsMargins(0, 0, 0, 0);
-  // No spacing of the layout's own: there is none beside a column without a label.
+  // The distance is part of the first column, as a layout adds no spacing next to an empty column.
   setHorizontalSpacing(0);
   setColumnMinimumWidth(0, labelWidth + columnSpacing);
   setColumnStretch(1, 1);
@@ -22,7 +24,7 @@ SectionGrid::SectionGrid(QWidget* section) : QGridLayout(section) {
 }
 
 QLabel* SectionGrid::addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical) {
-  // In a line from right to left the colon stands at the left of a Latin title.
+  // In a right-to-left line the colon belongs to the left of a Latin title.
   const bool isRightToLeft = QGuiApplication::isRightToLeft();
   const std::string isolated = bidirectionalString({title}, {}, isRightToLeft);
   auto* label = new SecondaryLabel(qt(isolated) + QLatin1Char(':'));
@@ -69,6 +71,27 @@ void SectionGrid::clear() {
 
 void SectionGrid::indentFields(int distance) {
   setColumnMinimumWidth(0, labelWidth + columnSpacing + distance);
+}
+
+StackScrollView::StackScrollView(const QString& accessibleName) {
+  setWidgetResizable(true);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFrameShape(QFrame::NoFrame);
+  setFocusPolicy(Qt::NoFocus);  // only its controls get the focus
+  setAccessibleName(accessibleName);
+}
+
+QSize StackScrollView::minimumSizeHint() const {
+  QSize size = QScrollArea::minimumSizeHint();
+  if (widget()) size.setWidth(widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width());
+  return size;
+}
+
+/// A scroll area doesn't notify its own layout when the minimum width of its content changes.
+bool StackScrollView::eventFilter(QObject* watched, QEvent* event) {
+  const bool isDone = QScrollArea::eventFilter(watched, event);
+  if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
+  return isDone;
 }
 
 }  // namespace mirvel::ui

@@ -14,9 +14,7 @@
 #include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ReplaceText.h"
 #include "ui/support/ShownText.h"
-#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 
@@ -44,7 +42,7 @@ void WhenSection::layOut(QWidget& runAtLoad, QWidget& keepAlive, QWidget& startO
   grid->addRow(startOnMount);
   grid->addRow(*m_scheduledButton);
   grid->addRow(*m_scheduledView);
-  constexpr int indent = 20;  // they belong to the box above
+  constexpr int indent = 20;  // in pixels, below the box to which the conditions belong
   m_keepAliveGrid->indentFields(indent);
   m_keepAliveGridView->hide();
   m_scheduledView->hide();

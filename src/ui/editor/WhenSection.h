@@ -24,13 +24,13 @@ class WhenSection : public Section {
   void layOut(QWidget& runAtLoad, QWidget& keepAlive, QWidget& startOnMount);
   /// Shows the record's rules in the rule editor, which is no edit.
   void loadRules(const jobfile::Plist& plist);
-  /// Shows when the job runs next.
+  /// Shows the times of the next runs; nothing if there are none.
   void showNextRuns(const jobfile::Plist& plist);
 
   QWidget* m_keepAliveGridView;
   SectionGrid* m_keepAliveGrid;
   QCheckBox* m_scheduledButton;
-  QWidget* m_scheduledView;  ///< the rules, and the line below them
+  QWidget* m_scheduledView;  ///< the rules and the line with the next runs
   ScheduledRuleEditor* m_scheduledRuleEditor;
   QLabel* m_nextRuns;
 };

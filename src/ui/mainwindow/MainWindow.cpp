@@ -19,7 +19,7 @@
 #include "ui/mainwindow/Toolbar.h"
 #include "ui/mainwindow/WindowFrame.h"
 #include "ui/support/QtText.h"
-#include "ui/support/TextKeys.h"
+#include "ui/support/TextCommands.h"
 
 namespace mirvel::ui {
 
@@ -81,7 +81,7 @@ void MainWindow::makeContent(IconLoader& icons) {
                                         .notes = m_program.notes,
                                         .iconEditing = m_program.icons,
                                         .icons = icons});
-  m_details->keysLeft = [this] { m_tabs->setFocus(); };
+  m_details->focusLeft = [this] { m_tabs->setFocus(); };
   const int character = fontMetrics().averageCharWidth();
   m_tabs->setMinimumWidth(24 * character);
   m_splitter->addWidget(m_tabs);

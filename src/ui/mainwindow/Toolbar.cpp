@@ -10,10 +10,9 @@
 #include "core/mainwindow/WindowTexts.h"
 #include "core/session/CurrentMode.h"
 #include "ui/mainwindow/MainMenu.h"
-#include "ui/support/FilterField.h"
+#include "ui/support/Controls.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SymbolButton.h"
 
 namespace mirvel::ui {
 

@@ -8,7 +8,6 @@
 
 #include "ui/editor/EditorFixture.h"
 #include "ui/editor/SectionGrid.h"
-#include "ui/support/InvalidData.h"
 #include "ui/support/Palettes.h"
 
 namespace mirvel::ui {
