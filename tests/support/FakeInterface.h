@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,6 +19,7 @@ class FakeInterface : public Interface {
   std::optional<std::filesystem::path> savePath;
   std::vector<Alert> alerts = {};
   std::optional<std::filesystem::path> openPath;
+  std::function<void()> whileOpenPanelIsShown = [] {};
   std::vector<SavePanel> savePanels = {};
   std::vector<OpenPanel> openPanels = {};
   std::vector<std::pair<std::string, std::string>> errors = {};
@@ -42,6 +44,7 @@ class FakeInterface : public Interface {
   }
   std::optional<std::filesystem::path> openPanel(const OpenPanel& panel) override {
     openPanels.push_back(panel);
+    whileOpenPanelIsShown();
     return openPath;
   }
 

@@ -1,7 +1,7 @@
 #include "core/app/AppDelegate.h"
 
 #include "core/actions/ActionController.h"
-#include "core/actions/MoveTarget.h"
+#include "core/actions/JobOnDisk.h"
 #include "core/base/Const.h"
 #include "core/catalogue/Kind.h"
 #include "core/editor/Drafts.h"

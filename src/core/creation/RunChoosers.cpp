@@ -7,7 +7,7 @@
 #include "core/creation/CreationContext.h"
 #include "core/creation/InstalledApplications.h"
 #include "core/editor/GeneralRules.h"
-#include "core/editor/RunMenu.h"
+#include "core/editor/RunField.h"
 #include "core/files/ReplaceFile.h"
 #include "core/files/URL.h"
 #include "core/scripts/SyntaxHelper.h"

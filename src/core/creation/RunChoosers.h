@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/creation/New.h"
-#include "core/editor/FileCheck.h"
+#include "core/editor/RunField.h"
 
 /// The page for what a new job runs. Like the other pages, its choosers edit the job of the sheet, which must outlive
 /// them, and call `NewSheet::notifyChanged` after each change. Each sets the record's command; they don't write files

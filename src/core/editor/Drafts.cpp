@@ -4,8 +4,8 @@
 
 #include "core/actions/JobOnDisk.h"
 #include "core/catalogue/Launchd.h"
+#include "core/editor/EditController.h"
 #include "core/editor/EditorTexts.h"
-#include "core/editor/ReplaceSelected.h"
 #include "core/jobfile/RunString.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
@@ -29,7 +29,7 @@ constexpr const char* kindKey = "Kind";
 constexpr const char* checksumKey = "FileChecksum";
 constexpr const char* contentsKey = "Contents";
 
-/// In seconds. Long enough for a word to be typed, short enough for what a crash may take.
+/// In seconds: a crash loses at most so much typing.
 constexpr double pause = 1;
 
 }  // namespace
@@ -100,7 +100,7 @@ bool Drafts::settle() {
               .kind = job->kind,
               .fileChecksum = m_editing.fileChecksum(),
               .text = textAsEdited(job->plist())};
-  // A path that is no text has no place in a property list.
+  // Property lists can't contain a path that isn't valid UTF-8.
   if (draft.text.empty() || !propertylist::isUtf8(draft.url.text())) return false;
   const propertylist::Value value = encode(draft);
   const propertylist::Value* const kept = m_store.find(m_id);
@@ -108,7 +108,7 @@ bool Drafts::settle() {
   return isKept && m_editing.unfinished().isEmpty();
 }
 
-/// Starts the copy of another edit, or of none.
+/// Removes the copy of the previous edit; the edit of `job`, if any, gets an ID of its own.
 void Drafts::follow(const std::shared_ptr<Launchd>& job) {
   if (!m_id.empty()) forget(m_id);
   m_job = job;
@@ -134,11 +134,11 @@ void Drafts::offer() {
   m_scanned = m_notifications.loadingChanged.subscribe([this] {
     if (!m_fetcher.hasScanned()) return;
     m_scanned = {};
-    m_delay(0, [this] { askAboutNext(); });  // when they are published
+    m_delay(0, [this] { askAboutNext(); });  // the jobs are published after this notification
   });
 }
 
-/// Asks one question after another. Drafts that the job's file already contains are dropped without a question.
+/// Shows the next question; the answer leads back here.
 void Drafts::askAboutNext() {
   while (!m_waiting.empty() && !m_editing.hasUnsavedChanges()) {
     const Draft draft = std::move(m_waiting.back());
@@ -148,7 +148,7 @@ void Drafts::askAboutNext() {
   }
 }
 
-/// Whether the job's file is as the edit would have it.
+/// Whether the file on disk is already what the edit would write.
 bool Drafts::isHeld(const Draft& draft) const {
   const auto job = m_catalogue.jobAt(draft.url);
   return jobBytes(draft.url) == draft.text && !(job && job->kind != draft.kind);
@@ -168,7 +168,7 @@ void Drafts::ask(const Draft& draft) {
                                   }));
 }
 
-/// Opens the draft in the editor. The other drafts wait for the next start.
+/// Opens the draft in the editor. The other drafts are kept for the next start.
 void Drafts::goOn(const Draft& draft) {
   const auto keys = propertylist::readDictionary(draft.text);
   const auto job = m_catalogue.jobAt(draft.url);

@@ -26,28 +26,30 @@ struct Notifications;
 struct Platform;
 struct Shell;
 
-/// Keeps a copy of the unsaved edit on disk, so that it survives an end of the program at which nobody can be asked: a
-/// signal, a crash, the end of the desktop session. The next start offers to continue it. For the main thread.
+/// Keeps a copy of the unsaved edit in "Drafts.plist", so that it survives a signal, a crash or the end of the desktop
+/// session, when the user can't be asked. The copy is updated one second after an edit and removed once the edit has
+/// been saved or discarded. The next start offers to continue with it. Main thread only.
 class Drafts {
  public:
-  /// What other parts of the program do for it.
+  /// Functions of other parts of the program.
   struct Services {
     /// Selects a job of the catalogue.
     std::function<void(const std::shared_ptr<Job>& job)> select;
-    /// Keeps the text of a job whose file is gone, in `keptFiles`.
+    /// Writes a job file whose original was deleted to the folder `keptFiles`.
     std::function<Result<void>(const std::string& name, const std::string& text)> keepFile;
     std::filesystem::path keptFiles;
   };
 
-  /// All outlive it.
+  /// All arguments outlive it.
   Drafts(Foundation& foundation, const Platform& platform, const Shell& shell, const Selection& selection,
          const Catalogue& catalogue, const Fetcher& fetcher, Notifications& notifications, Editing& editing,
          Services services);
 
-  /// Writes the edit as it is now or, without one, removes its copy. Returns false if it can't be kept, or not all of
-  /// it: unfinished input has no form in a job file.
+  /// Writes the copy at once or, if there is no unsaved edit, removes it. Returns false if the edit would not survive
+  /// completely: the copy couldn't be written, or there is unfinished input, which a job file can't contain.
   bool settle();
-  /// Asks about the edits of earlier runs as soon as the catalogue is there.
+  /// Asks about the edits of earlier runs, one after another, once the first scan has finished. Copies that are the
+  /// same as their files are removed without a question.
   void offer();
 
  private:
@@ -55,9 +57,9 @@ class Drafts {
     std::string id;
     std::string name;
     URL url;
-    Kind kind;                 ///< that the user gave it
-    std::string fileChecksum;  ///< of the file that the edit began with
-    std::string text;
+    Kind kind;                 ///< as edited
+    std::string fileChecksum;  ///< of the file from which the edit started
+    std::string text;          ///< the job file with the edit
   };
   static std::optional<Draft> decode(const std::string& id, const propertylist::Value& value);
   static propertylist::Value encode(const Draft& draft);
@@ -84,10 +86,10 @@ class Drafts {
   Store m_store;
   Delay m_delay;
   bool m_isDue = false;
-  std::weak_ptr<Launchd> m_job;  ///< whose edit is kept under `m_id`
-  std::string m_id;              ///< empty: nothing is kept of this run's
-  std::vector<Draft> m_waiting;  ///< to be asked about
-  Subscription m_scanned;        ///< while they wait for jobs
+  std::weak_ptr<Launchd> m_job;  ///< the job whose edit is stored under `m_id`
+  std::string m_id;              ///< of this run's copy; empty if there is none
+  std::vector<Draft> m_waiting;  ///< copies of earlier runs, to be asked about
+  Subscription m_scanned;        ///< while they wait for the first scan
   Subscription m_updated;
   Subscription m_edited;
 };

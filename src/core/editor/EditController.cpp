@@ -11,6 +11,8 @@
 #include "core/editor/EditorTexts.h"
 #include "core/files/ReadFile.h"
 #include "core/jobfile/RunString.h"
+#include "core/locale/Localize.h"
+#include "core/ports/Interface.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
 #include "core/session/Busy.h"
@@ -25,7 +27,8 @@ namespace mirvel {
 
 namespace {
 
-/// The contents of the job's file, if they aren't those that were read. None too if there is no file to lose.
+/// The contents of the job's file if another program has changed them. Null also if the file can't be read: then a save
+/// can't lose anything.
 std::optional<std::string> changedFile(const Launchd& job, const Editing& editing) {
   if (job.isNewFile) return std::nullopt;
   auto bytes = readFile(job.url.path(), JobFolder::largestFile);
@@ -86,7 +89,7 @@ void EditController::save() {
   const auto job = m_selection.launchd();
   if (m_saving.isBusy()) return;
   if (!mayBeSaved(job.get(), m_foundation.defaults)) return m_platform.interface.saveError();
-  m_stack.endEditing();
+  m_stack.endEditing();  // commits the text that is being typed, which `refuse` must see
   if (const auto invalid = m_stack.refuse()) {
     return m_platform.interface.error(invalid->message, invalid->reason);
   }
@@ -113,13 +116,13 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
 }
 
 void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, Choice choice) {
-  if (job != m_selection.job()) return;
+  if (job != m_selection.job()) return;  // another job was selected while the sheet was open
   if (choice == Choice::Theirs) {
     m_stack.hideDiscardButton();
     return reread();
   }
   if (choice != Choice::Mine) return;
-  m_editing.setFileChecksum(Checksum::ofFile(theirs).text());
+  m_editing.setFileChecksum(Checksum::ofFile(theirs).text());  // so that only a further change is a conflict again
   m_actions.save(job);
 }
 
@@ -129,7 +132,8 @@ void EditController::discardEdits() {
   if (m_shell.detail) m_shell.detail->showDisplay();
 }
 
-/// Until the scan has read the file, the record is that of the file as it is now.
+/// Updates the record from the file at once, since the details are shown before the scan has read it. If the file can't
+/// be read, restores the record as it was read.
 void EditController::takeFile(const std::shared_ptr<Launchd>& job) {
   job->kind = job->originalKind;
   const auto bytes = jobBytes(job->url);
@@ -137,7 +141,7 @@ void EditController::takeFile(const std::shared_ptr<Launchd>& job) {
   if (auto asRead = job->plist().asRead()) job->plist() = *std::move(asRead);
 }
 
-/// The record holds the discarded edits, or the file has changed: the scan has to read it again.
+/// Requests a scan that reads the file even if it is unchanged, as the record contains discarded edits.
 void EditController::reread() {
   if (const auto job = m_selection.launchd()) {
     takeFile(job);
@@ -155,6 +159,14 @@ void EditController::saveCompleted() {
 
 void EditController::help() {
   m_platform.workspace.openAddress(std::string(Const::siteURL) + "/mirvel/#settings");
+}
+
+bool replaceSelected(Editing& editing, Interface& interface, const Localize& localize,
+                     const propertylist::Dictionary& dictionary) {
+  const auto text = propertylist::writeXml(dictionary);
+  if (text && editing.replaceRecord(*text)) return true;
+  interface.error(localize.anUnknownErrorOccurred(), localize.pleaseTryAgain());
+  return false;
 }
 
 }  // namespace mirvel

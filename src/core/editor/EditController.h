@@ -6,40 +6,44 @@
 #include <string>
 
 #include "core/ports/Interface.h"
+#include "core/propertylist/Value.h"
 #include "core/session/DetailType.h"
 
 namespace mirvel {
 
 class ActionController;
+class Busy;
 class Editing;
 class Fetcher;
+class Interface;
 class Launchd;
+class Localize;
 class Selection;
-class Busy;
 struct Foundation;
 struct Platform;
 struct Shell;
 
 /// The buttons below the sections of the editor.
 struct EditButtons {
-  bool isBusy = false;    ///< the progress shows in the place of the help
-  bool isSaving = false;  ///< nothing can be edited or discarded: what is typed now would be in no file
-  bool canSave = false;
-  std::string discardTitle;
+  bool isBusy = false;       ///< saving or scanning: a progress indicator replaces the help button
+  bool isSaving = false;     ///< sections and discard button are disabled, as later input would be in no file
+  bool canSave = false;      ///< the save button is enabled
+  std::string discardTitle;  ///< "Done" without unsaved changes, localized
 
   bool operator==(const EditButtons&) const = default;
 };
 
-/// The answer for a job whose file another program changed while it was edited.
+/// Which version to keep of a job whose file another program changed while it was edited. `Neither` changes nothing and
+/// leaves the question open until the next save.
 enum class Choice { Neither, Mine, Theirs };
 
-/// The edited job and its file as it is now, both as the text of a job file.
+/// The edited job and its file on disk, both as the text of a job file.
 struct Versions {
   std::string mine;
   std::string theirs;
 };
 
-/// The view of the editor.
+/// The view of the editor controller. Its methods may be called before the view is shown.
 class EditStackType {
  public:
   EditStackType() = default;
@@ -47,21 +51,22 @@ class EditStackType {
   EditStackType(const EditStackType&) = delete;
   EditStackType& operator=(const EditStackType&) = delete;
 
+  /// Called whenever a part of the state may have changed.
   virtual void showButtons(const EditButtons& buttons) = 0;
-  /// Hides the button that discards, until the editor is shown again.
+  /// Hides the discard button until the editor is shown again.
   virtual void hideDiscardButton() = 0;
   /// Commits the text that is being typed.
   virtual void endEditing() = 0;
-  /// Focuses on the first field that can't be saved, and returns why. None: all can be saved.
+  /// Focuses on the first field that can't be saved, and returns the reason; null if all can be saved.
   virtual std::optional<InvalidField> refuse() { return std::nullopt; }
-  /// Shows both versions in a sheet and asks which one to keep.
+  /// Shows both versions in a sheet, asks which one to keep, and calls `completion` once.
   virtual void compare(const Versions& versions, std::function<void(Choice)> completion) = 0;
 };
 
-/// The editor's buttons: their state and their actions. For the main thread.
+/// The state and the actions of the editor's buttons. Main thread only.
 class EditController final : public EditType {
  public:
-  /// Registers itself in the shell for as long as it lives. All outlive it.
+  /// Is `shell.edit` during its lifetime. All arguments outlive it.
   EditController(const Foundation& foundation, const Platform& platform, Shell& shell, const Busy& saving,
                  const Busy& scanning, const Selection& selection, Editing& editing, ActionController& actions,
                  Fetcher& fetcher, EditStackType& stack);
@@ -70,12 +75,14 @@ class EditController final : public EditType {
   void updateButtons() override;
   void refreshEditedState() override;
   void endEditing() override { m_stack.endEditing(); }
-  /// Saves the selected job. Refuses, naming the field, if one isn't valid; asks first if another program has changed
-  /// the file.
+  /// Saves the selected job, unless a save is in progress. Instead shows an error if the job can't be edited or a field
+  /// is invalid, and asks which version to keep if another program has changed the file.
   void save() override;
+  /// Discards the unsaved changes and leaves the editor. Reads the job's file again if the record has been changed.
   void discardEdits() override;
+  /// Marks the job as unchanged.
   void saveCompleted() override;
-  /// Opens the page about the settings of a job.
+  /// Opens the help page about the settings of a job.
   void help();
 
  private:
@@ -95,5 +102,10 @@ class EditController final : public EditType {
   Fetcher& m_fetcher;
   EditStackType& m_stack;
 };
+
+/// Replaces the contents of the selected job as one edit; see `Editing::replaceRecord`. Shows an error and returns
+/// false if no launchd job is selected, or if the dictionary isn't a valid job file.
+bool replaceSelected(Editing& editing, Interface& interface, const Localize& localize,
+                     const propertylist::Dictionary& dictionary);
 
 }  // namespace mirvel

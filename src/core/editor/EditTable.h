@@ -17,40 +17,47 @@ namespace mirvel {
 class Collator;
 class Localize;
 
-/// What a table of the editor looks like and how its rows are entered. The format of a key is part of its `Field`.
+/// The columns of a table in the editor, and how rows are added to it. The format for a key is part of its `Field`. The
+/// spans and texts refer to constants.
 struct TableFormat {
   struct Column {
-    std::string_view title = {};  ///< in the header; a table without titles has none and can't be sorted
-    bool isEditable = true;
-    bool isPath = false;  ///< reads from left to right in any language
+    std::string_view title = {};  ///< without titles, a table has no header and can't be sorted
+    bool isEditable = true;       ///< if false, the text is fixed once the row has been added
+    bool isPath = false;          ///< displayed from left to right in any language
   };
-  /// An entry of the menu from which rows are added.
+  /// An item of the menu from which rows are added. The title becomes the first cell; a row that exists already isn't
+  /// offered again.
   struct MenuItem {
     std::string_view title;
     std::string_view help;
   };
-  /// Where the first cell of a new row comes from.
-  enum class Adding { EmptyRow, FilePanel, FolderPanel, Menu };
+  /// The source of the first cell of a new row.
+  enum class Adding {
+    EmptyRow,     ///< typed by the user
+    FilePanel,    ///< a path from an open panel
+    FolderPanel,  ///< the same for folders
+    Menu,         ///< an item of `menu`
+  };
 
   std::span<const Column> columns;  ///< one to three
-  bool hasBox = false;              ///< in the first column
-  bool isDictionary = false;        ///< the first cells are its keys: each once, none empty
+  bool hasBox = false;              ///< a check box in the first column
+  bool isDictionary = false;        ///< the first cells are keys, which must be unique and not empty
   Adding adding = Adding::EmptyRow;
-  std::span<const MenuItem> menu = {};
+  std::span<const MenuItem> menu = {};  ///< for `Adding::Menu`
 };
 
 /// The rows of a table in the editor. They keep the order of the record and are shown in the order of `order`, so that
 /// sorting changes no file. Rows whose cells are all empty count as absent: they are never reported and never written.
-/// A row or column out of range changes nothing. For the main thread.
+/// Calls with a row or column out of range have no effect. Main thread only.
 class EditTable {
  public:
-  /// A menu item, and whether no row has it yet.
+  /// A menu item; enabled unless a row has it already.
   struct Offer {
     TableFormat::MenuItem item;
     bool isEnabled = true;
   };
-  /// Called after each change of a row that isn't empty. `cell` identifies what is typed into: changes of one cell
-  /// continue each other.
+  /// Called after each change of the rows that aren't empty. `cell` identifies the cell that is typed into, as undo
+  /// takes back consecutive changes of one cell together; it is empty for other changes.
   using Changed = std::function<void(Editing::Step step, const std::string& cell)>;
 
   explicit EditTable(TableFormat format, Changed changed = {});
@@ -73,12 +80,13 @@ class EditTable {
   bool remove(std::size_t position);
   void setCell(std::size_t position, std::size_t column, std::string text);
   void setBox(std::size_t position, bool isOn);
-  /// Shows the rows by the texts of a column, as people sort names. Rows added later are shown at the end.
+  /// Sorts the displayed rows by a column in the locale's order. Rows that are added later come last.
   void sort(std::size_t column, bool isAscending, const Collator& collator);
 
-  /// The position of the first row that a dictionary can't hold beside those before it.
+  /// The position of the first row that a dictionary can't contain together with those before it; null if there is
+  /// none.
   std::optional<std::size_t> refusedPosition() const;
-  /// Why the rows can't be saved; `key` names the table. None: they can be.
+  /// The reason why the rows can't be saved, in which `key` names the table; null if they can.
   std::optional<InvalidField> refuse(const std::string& key, const Localize& localize) const;
 
  private:
@@ -94,14 +102,16 @@ class EditTable {
 
 /// The rows without those that are empty.
 std::vector<TableRow> filledRows(const std::vector<TableRow>& rows);
-/// The first row that has no key, or the key of a row before it: a dictionary would lose one of them.
+/// The index of the first row without a key, or with the key of an earlier row, which a dictionary would lose; null if
+/// there is none.
 std::optional<std::size_t> unfitForDictionary(const std::vector<TableRow>& rows);
 
 /// Rows of what a job file holds: dictionaries sorted by key, arrays in their order.
 std::vector<TableRow> rowsOf(const jobfile::StringMap<bool>& entries);
 std::vector<TableRow> rowsOf(const jobfile::StringMap<std::string>& entries);
 std::vector<TableRow> rowsOf(const std::vector<std::string>& texts);
-/// And back. None if no row is left; of rows with one key the last wins.
+/// Convert rows back, without those that are empty. The result is null if there are no rows. Of several rows with the
+/// same key, the last one is kept; see `unfitForDictionary`.
 void fromRows(const std::vector<TableRow>& rows, std::optional<jobfile::StringMap<bool>>& entries);
 void fromRows(const std::vector<TableRow>& rows, std::optional<jobfile::StringMap<std::string>>& entries);
 void fromRows(const std::vector<TableRow>& rows, std::optional<std::vector<std::string>>& texts);

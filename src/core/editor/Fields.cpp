@@ -24,7 +24,7 @@ using Key = Plist::CodingKeys;
 using Control = Field::Control;
 using Section = StackSection;
 
-// How the values of each type are shown where they can only be read.
+// Values of each type for the read-only view.
 
 Value shown(bool value, const ValueTexts& /*texts*/) {
   return value;
@@ -92,7 +92,7 @@ Value shownPaths(const std::vector<std::string>& paths, const ValueTexts& texts)
   return joinedLines(lines);
 }
 
-// How they get from the record and back.
+// Conversion between values of the record and values of fields.
 
 template <typename T>
 struct ValueOf {
@@ -136,7 +136,7 @@ void writeField(std::optional<T>& field, const FieldValue& value) {
 template <Key key>
 constexpr const auto& keyRow = std::get<static_cast<std::size_t>(key)>(jobfile::plistKeys);
 
-/// The access to a key of the record, by its type.
+/// The access to a key of the record by the type of its member.
 template <Key key>
 struct Access {
   static bool isSet(const Plist& plist) { return (plist.*keyRow<key>.field).has_value(); }
@@ -172,7 +172,7 @@ constexpr FieldAccess paths() {
   return result;
 }
 
-/// A box that is off while the key is true.
+/// For a box that is off if the key is true.
 template <Key key>
 constexpr FieldAccess negated() {
   FieldAccess result = Access<key>::functions;
@@ -198,7 +198,8 @@ constexpr FieldAccess label{
           plist.name = text ? *text : std::string();
         }};
 
-/// The box that keeps a job alive. It is on whatever the key says, and off takes the key away with all it held.
+/// The box that keeps a job alive. It is on if the key exists, whatever its value; off removes the key and its
+/// conditions.
 constexpr FieldAccess keepAlive{
     .isSet = [](const Plist& plist) { return plist.keepAlive.has_value(); },
     .remove = [](Plist& plist) { plist.keepAlive.reset(); },
@@ -210,13 +211,13 @@ constexpr FieldAccess keepAlive{
           if (value == FieldValue(true)) plist.keepAlive.emplace().bool_ = true;
         }};
 
-/// The plain value that the last condition leaves behind: that of the file, if the file has the key.
+/// The plain value for a key that has lost its last condition: that of the file, or true.
 std::optional<bool> plainKeepAlive(const Plist& plist) {
   const auto read = plist.asRead();
   return read && read->keepAlive ? read->keepAlive->bool_ : true;
 }
 
-/// A condition, which takes the place of the plain value.
+/// A condition of `KeepAlive`. Writing it replaces the plain value.
 template <auto condition>
 struct ConditionAccess {
   static bool isSet(const Plist& plist) { return plist.keepAlive && (*plist.keepAlive.*condition).has_value(); }
@@ -252,26 +253,26 @@ constexpr Field row(Section section, Field field = {}) {
 
 constexpr Field allRows[] = {
     row<Key::Disabled>(
-        Section::general,
+        Section::General,
         {.access = negated<Key::Disabled>(),
          .control = Control::CheckBox,
          .help = "This optional key specifies whether the job should be loaded by default. Note that this key may be "
                  "overridden through the enable subcommand of launchctl(3).",
          .title = [](const Localize& localize) { return localize.enabled(); },
          .ifAbsent = true}),
-    {.section = Section::general,
+    {.section = Section::General,
      .key = "Label",
      .access = label,
      .control = Control::Text,
      .help = "Label: This required key uniquely identifies the job to launchd.",
      .title = [](const Localize& localize) { return localize.name(); }},
     row<Key::RunAtLoad>(
-        Section::when,
+        Section::When,
         {.control = Control::CheckBox,
          .help = "RunAtLoad: This optional key is used to control whether your job is launched once at the time the "
                  "job is loaded.",
          .title = [](const Localize& localize) { return localize.atStartupAndWhenSaving(); }}),
-    {.section = Section::when,
+    {.section = Section::When,
      .key = "KeepAlive",
      .access = keepAlive,
      .control = Control::CheckBox,
@@ -284,28 +285,28 @@ constexpr Field allRows[] = {
      .title = [](const Localize& localize) { return localize.launchAgainIfItCrashes(); },
      .optionClick = Field::OptionClick::WritesFalse},
     row<Key::StartOnMount>(
-        Section::when,
+        Section::When,
         {.control = Control::CheckBox,
          .help = "StartOnMount: This optional key causes the job to be started every time a filesystem is mounted.",
          .title = [](const Localize& localize) { return EditorTexts(localize).mountingLogicalVolume(); }}),
-    row<Key::StandardErrorPath>(Section::paths),
-    row<Key::StandardInPath>(Section::paths),
-    row<Key::StandardOutPath>(Section::paths),
-    row<Key::WorkingDirectory>(Section::paths),
-    row<Key::QueueDirectories>(Section::paths, {.access = paths<Key::QueueDirectories>()}),
-    row<Key::WatchPaths>(Section::paths, {.access = paths<Key::WatchPaths>()}),
-    row<Key::LowPriorityIO>(Section::limits),
-    row<Key::LowPriorityBackgroundIO>(Section::limits),
-    row<Key::LaunchOnlyOnce>(Section::limits),
-    row<Key::Nice>(Section::limits),
-    row<Key::ThrottleInterval>(Section::limits),
-    row<Key::ProcessType>(Section::limits),
-    row<Key::LimitLoadToSessionType>(Section::limits),
-    row<Key::LimitLoadToHardware>(Section::limits),
-    row<Key::SoftResourceLimits>(Section::limits),
-    row<Key::HardResourceLimits>(Section::limits),
+    row<Key::StandardErrorPath>(Section::Paths),
+    row<Key::StandardInPath>(Section::Paths),
+    row<Key::StandardOutPath>(Section::Paths),
+    row<Key::WorkingDirectory>(Section::Paths),
+    row<Key::QueueDirectories>(Section::Paths, {.access = paths<Key::QueueDirectories>()}),
+    row<Key::WatchPaths>(Section::Paths, {.access = paths<Key::WatchPaths>()}),
+    row<Key::LowPriorityIO>(Section::Limits),
+    row<Key::LowPriorityBackgroundIO>(Section::Limits),
+    row<Key::LaunchOnlyOnce>(Section::Limits),
+    row<Key::Nice>(Section::Limits),
+    row<Key::ThrottleInterval>(Section::Limits),
+    row<Key::ProcessType>(Section::Limits),
+    row<Key::LimitLoadToSessionType>(Section::Limits),
+    row<Key::LimitLoadToHardware>(Section::Limits),
+    row<Key::SoftResourceLimits>(Section::Limits),
+    row<Key::HardResourceLimits>(Section::Limits),
     row<Key::InitGroups>(
-        Section::root,
+        Section::Root,
         {.control = Control::CheckBox,
          .help = "This optional key specifies whether initgroups(3) to initialize the group list for the job. The "
                  "default is true. This key will be ignored if the UserName key is not set.",
@@ -313,44 +314,44 @@ constexpr Field allRows[] = {
          .optionClick = Field::OptionClick::WritesFalse,
          .scope = Field::Scope::Daemons}),
     row<Key::UserName>(
-        Section::root,
+        Section::Root,
         {.control = Control::Text,
          .help = "This optional key specifies the user to run the job as. This key is only applicable for services "
                  "that are loaded into the privileged system domain.",
          .scope = Field::Scope::Daemons}),
     row<Key::GroupName>(
-        Section::root,
+        Section::Root,
         {.control = Control::Text,
          .help = "This optional key specifies the group to run the job as. This key is only applicable for services "
                  "that are loaded into the privileged system domain. If UserName is set and GroupName is not, then "
                  "the group will be set to the primary group of the user.",
          .scope = Field::Scope::Daemons}),
-    row<Key::AbandonProcessGroup>(Section::miscellaneous),
-    row<Key::EnablePressuredExit>(Section::miscellaneous),
-    row<Key::EnableTransactions>(Section::miscellaneous),
-    row<Key::LegacyTimers>(Section::miscellaneous),
-    row<Key::MaterializeDatalessFiles>(Section::miscellaneous),
-    row<Key::SessionCreate>(Section::miscellaneous),
-    row<Key::WaitForDebugger>(Section::miscellaneous),
-    row<Key::ExitTimeOut>(Section::miscellaneous),
-    row<Key::Umask>(Section::miscellaneous),
-    row<Key::Debug>(Section::deprecated),
-    row<Key::EnableGlobbing>(Section::deprecated),
-    row<Key::OnDemand>(Section::deprecated),
-    row<Key::ServiceIPC>(Section::deprecated),
-    row<Key::TimeOut>(Section::deprecated),
-    row<Key::HopefullyExitsFirst>(Section::deprecated),
-    row<Key::HopefullyExitsLast>(Section::deprecated),
-    row<Key::RootDirectory>(Section::deprecated),
-    row<Key::LimitLoadFromHosts>(Section::deprecated),
-    row<Key::LimitLoadToHosts>(Section::deprecated),
-    row<Key::InetdCompatibility>(Section::deprecated),
+    row<Key::AbandonProcessGroup>(Section::Miscellaneous),
+    row<Key::EnablePressuredExit>(Section::Miscellaneous),
+    row<Key::EnableTransactions>(Section::Miscellaneous),
+    row<Key::LegacyTimers>(Section::Miscellaneous),
+    row<Key::MaterializeDatalessFiles>(Section::Miscellaneous),
+    row<Key::SessionCreate>(Section::Miscellaneous),
+    row<Key::WaitForDebugger>(Section::Miscellaneous),
+    row<Key::ExitTimeOut>(Section::Miscellaneous),
+    row<Key::Umask>(Section::Miscellaneous),
+    row<Key::Debug>(Section::Deprecated),
+    row<Key::EnableGlobbing>(Section::Deprecated),
+    row<Key::OnDemand>(Section::Deprecated),
+    row<Key::ServiceIPC>(Section::Deprecated),
+    row<Key::TimeOut>(Section::Deprecated),
+    row<Key::HopefullyExitsFirst>(Section::Deprecated),
+    row<Key::HopefullyExitsLast>(Section::Deprecated),
+    row<Key::RootDirectory>(Section::Deprecated),
+    row<Key::LimitLoadFromHosts>(Section::Deprecated),
+    row<Key::LimitLoadToHosts>(Section::Deprecated),
+    row<Key::InetdCompatibility>(Section::Deprecated),
 };
 static_assert(std::is_sorted(std::begin(allRows), std::end(allRows),
                              [](const Field& a, const Field& b) { return a.section < b.section; }));
 
 constexpr Field conditionRows[] = {
-    {.section = Section::when,
+    {.section = Section::When,
      .key = KeepAlive::text(KeepAlive::CodingKeys::Crashed),
      .access = ConditionAccess<&KeepAlive::crashed>::functions,
      .control = Control::CheckBox,
@@ -358,13 +359,13 @@ constexpr Field conditionRows[] = {
          "KeepAlive - Crashed: If true, the the job will be restarted as long as it exited due to a signal which is "
          "typically associated with a crash (SIGILL, SIGSEGV, etc.). If false, the job will be restarted in the "
          "inverse condition."},
-    {.section = Section::when,
+    {.section = Section::When,
      .key = KeepAlive::text(KeepAlive::CodingKeys::SuccessfulExit),
      .access = ConditionAccess<&KeepAlive::successfulExit>::functions,
      .control = Control::CheckBox,
      .help = "KeepAlive - SuccessfulExit: If true, the job will be restarted as long as the program exits and with an "
              "exit status of zero. If false, the job will be restarted in the inverse condition."},
-    {.section = Section::when,
+    {.section = Section::When,
      .key = KeepAlive::text(KeepAlive::CodingKeys::PathState),
      .access = ConditionAccess<&KeepAlive::pathState>::functions,
      .control = Control::Table,
@@ -372,7 +373,7 @@ constexpr Field conditionRows[] = {
              "true, then the job will be kept alive as long as the path exists. If false, the job will be kept alive "
              "in the inverse condition.",
      .table = {.columns = pathColumn, .hasBox = true, .isDictionary = true, .adding = TableFormat::Adding::FilePanel}},
-    {.section = Section::when,
+    {.section = Section::When,
      .key = KeepAlive::text(KeepAlive::CodingKeys::OtherJobEnabled),
      .access = ConditionAccess<&KeepAlive::otherJobEnabled>::functions,
      .control = Control::Table,
@@ -420,11 +421,16 @@ FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld) {
   return removesKey ? FieldValue() : FieldValue(isOn);
 }
 
-FieldValue nextState(const FieldValue& state) {
-  const bool* const isOn = std::get_if<bool>(&state);
-  if (!isOn) return true;
-  return *isOn ? FieldValue(false) : FieldValue();
+namespace {
+
+/// Null for a number with a fraction, which `parseField` would truncate.
+std::optional<std::int64_t> wholeNumber(const std::string& text, const Scheduled::NumberText& numbers) {
+  const auto number = numbers.parseField(text);
+  const auto exact = numbers.parseExactly(text);
+  return number && exact && static_cast<double>(*number) == *exact ? number : std::nullopt;
 }
+
+}  // namespace
 
 std::string fieldText(const Field& field, const Plist& plist, const Unfinished& unfinished) {
   const auto entered = unfinished.texts.find(field.key);
@@ -435,6 +441,13 @@ std::string fieldText(const Field& field, const Plist& plist, const Unfinished& 
   return text ? *text : std::string();
 }
 
+bool standsFor(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, const Plist& plist,
+               const Unfinished& unfinished) {
+  const bool isNumber = field.control == Control::Number && !unfinished.texts.contains(field.key);
+  const auto number = isNumber ? wholeNumber(text, numbers) : std::nullopt;
+  return number ? field.access.read(plist) == FieldValue(*number) : text == fieldText(field, plist, unfinished);
+}
+
 std::vector<TableRow> fieldRows(const Field& field, const Plist& plist, const Unfinished& unfinished) {
   const auto entered = unfinished.tables.find(field.key);
   if (entered != unfinished.tables.end()) return entered->second;
@@ -442,17 +455,6 @@ std::vector<TableRow> fieldRows(const Field& field, const Plist& plist, const Un
   auto* const rows = std::get_if<std::vector<TableRow>>(&value);
   return rows ? std::move(*rows) : std::vector<TableRow>();
 }
-
-namespace {
-
-/// A text with a fraction is no whole number, though its digits can be read as one.
-std::optional<std::int64_t> wholeNumber(const std::string& text, const Scheduled::NumberText& numbers) {
-  const auto number = numbers.parseField(text);
-  const auto exact = numbers.parseExactly(text);
-  return number && exact && static_cast<double>(*number) == *exact ? number : std::nullopt;
-}
-
-}  // namespace
 
 void enterText(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, Plist& plist,
                Unfinished& unfinished) {

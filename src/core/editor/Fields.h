@@ -15,56 +15,64 @@
 #include "core/jobfile/Plist.h"
 #include "core/propertylist/Value.h"
 
-/// The keys of a job file as the editor shows them: one row for each, see the table in the source.
+/// The keys of a job file in the details and the editor. The table in Fields.cpp has one row for each key; a new key is
+/// one more row.
 namespace mirvel {
 
 namespace Scheduled {
 class NumberText;
 }
 
-/// The value of a field. Absent is a value of its own, other than false, 0 and an empty text.
+/// The value of a field. `std::monostate` means that the key is absent, as distinct from false, 0 and an empty text.
 using FieldValue = std::variant<std::monostate, bool, std::int64_t, std::string, std::vector<TableRow>>;
 
-/// How a key gets from the record and back. A value of another type than `read` returns writes nothing.
+/// The access to a key of the record. None of the functions is null.
 struct FieldAccess {
+  /// Whether the record has the key, whatever its value.
   bool (*isSet)(const jobfile::Plist& plist) = nullptr;
   void (*remove)(jobfile::Plist& plist) = nullptr;
-  /// The value where it can only be read; none if there is nothing to show.
+  /// The value for the read-only view; null if there is nothing to show.
   std::optional<propertylist::Value> (*display)(const jobfile::Plist& plist, const ValueTexts& texts) = nullptr;
+  /// The value for a control. Always absent for keys that can't be edited.
   FieldValue (*read)(const jobfile::Plist& plist) = nullptr;
+  /// Writes a value of the type that `read` returns, or removes the key if the value is absent. A value of another type
+  /// changes nothing.
   void (*write)(jobfile::Plist& plist, const FieldValue& value) = nullptr;
 };
 
+/// A row of the table: a key, its control, and its access to the record.
 struct Field {
   enum class Control {
-    None,  ///< can be read, and in the editor at most be deleted
-    CheckBox,
-    ThreeStateBox,  ///< the third state is an absent key, where that means neither on nor off
+    None,           ///< read-only; deprecated keys can be deleted
+    CheckBox,       ///< on or off; an absent key has the state `ifAbsent`
+    ThreeStateBox,  ///< on, off or absent, for keys whose absence means neither
     Text,
-    Number,
-    File,  ///< a path, which can also be chosen
-    Folder,
-    PopUp,
-    Table,
+    Number,  ///< an integer in the digits of the locale
+    File,    ///< a path, with a button that opens a panel
+    Folder,  ///< the same for a folder
+    PopUp,   ///< one of `choices`, or absent
+    Table,   ///< rows in the format `table`
   };
-  /// What a click with the Option key makes of a box that goes off.
+  /// The effect of a click on a check box, with the Option key, that turns it off.
   enum class OptionClick { WritesFalse, RemovesKey };
+  /// The jobs for which launchd uses the key.
   enum class Scope { AllJobs, Agents, Daemons };
+  /// An item of a pop-up. The text is both the value and the title.
   struct Choice {
     std::string_view text;
     std::string_view help;
   };
 
   StackSection section{};
-  std::string_view key = {};  ///< as in the file
+  std::string_view key = {};  ///< as in the file; unique
   FieldAccess access = {};
   Control control = Control::None;
-  std::string_view help = {};
-  std::string (*title)(const Localize& localize) = nullptr;  ///< null: the key
-  bool ifAbsent = false;                                     ///< the state of a box whose key is absent
+  std::string_view help = {};                                ///< not translated; UTF-8, without markup
+  std::string (*title)(const Localize& localize) = nullptr;  ///< if null, the key is the title
+  bool ifAbsent = false;                                     ///< the state of a check box whose key is absent
   OptionClick optionClick = OptionClick::RemovesKey;
-  Scope scope = Scope::AllJobs;  ///< to others the key means nothing, and they can't edit it
-  std::string_view placeholder = {};
+  Scope scope = Scope::AllJobs;       ///< the field is disabled for other jobs
+  std::string_view placeholder = {};  ///< of an empty text field, such as the default value
   std::span<const Choice> choices = {};
   TableFormat table = {};
 };
@@ -73,29 +81,35 @@ struct Field {
 std::span<const Field> allFields();
 /// The fields of one section, in the order in which it shows them.
 std::span<const Field> fieldsOf(StackSection section);
-/// The conditions below the box that keeps a job alive. They can be set only while it is.
+/// The conditions of `KeepAlive`, for which the job must have that key.
 std::span<const Field> keepAliveFields();
-/// The field of that key, which there is.
+/// The field of a key, among `allFields` and `keepAliveFields`. There must be one.
 const Field& fieldOf(std::string_view key);
 
+/// The localized title, or the key.
 std::string titleOf(const Field& field, const Localize& localize);
+/// Whether jobs of that kind use the key.
 bool appliesTo(const Field& field, Kind kind);
 
-/// The value of a box after a click. A box of three states goes from absent to on, then off, then absent.
+/// The value of a check box after a click that left it on or off.
 FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld);
-FieldValue nextState(const FieldValue& state);
 
-/// The text of a single field, and the rows of a table: as entered, if that can't be saved, else those of the record.
+/// The text of a single field, and the rows of a table: as entered if they can't be saved, otherwise those of the
+/// record.
 std::string fieldText(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);
+/// Whether a text that was entered in a field already stands for its value: "1,000" and "1000" are the same number.
+bool standsFor(const Field& field, const std::string& text, const Scheduled::NumberText& numbers,
+               const jobfile::Plist& plist, const Unfinished& unfinished);
 std::vector<TableRow> fieldRows(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);
-/// Take over an entered text, or the rows of a table. An empty text removes the key. Input that isn't valid goes to
-/// `unfinished` and leaves the record alone.
+/// Write an entered text, or the rows of a table. An empty text or table removes the key. Invalid input, such as "5x"
+/// for a number, is stored in `unfinished` and leaves the record unchanged.
 void enterText(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, jobfile::Plist& plist,
                Unfinished& unfinished);
 void enterRows(const Field& field, const std::vector<TableRow>& rows, jobfile::Plist& plist, Unfinished& unfinished);
-/// Writes a value, and drops what was unfinished in the field.
+/// Writes a value and discards unfinished input of the field. Removing `KeepAlive` also discards that of its
+/// conditions.
 void enter(const Field& field, const FieldValue& value, jobfile::Plist& plist, Unfinished& unfinished);
-/// Why a single field can't be saved. None: it can be.
+/// The reason why the text of a number field can't be saved; null if it can.
 std::optional<InvalidField> refuse(const Field& field, const Unfinished& unfinished, const Localize& localize);
 
 }  // namespace mirvel

@@ -16,19 +16,21 @@ class Selection;
 class Workspace;
 struct Shell;
 
-/// Gives jobs icons of the user's choice and takes them away again. Failures are shown to the user and leave the icon
-/// as it was. For the main thread.
+/// Sets and removes the custom icons of jobs, at once and without undo. Failures are shown to the user and leave the
+/// icon unchanged. Jobs of kinds without custom icons are ignored. Main thread only.
 class IconEditing {
  public:
   /// Called after the icon of a job has changed.
   using Changed = std::function<void(const std::shared_ptr<Job>& job)>;
 
-  /// The pictures are kept below `applicationSupport`. The references outlive it.
+  /// The pictures are stored below `applicationSupport`, in a folder that only the user can read. The references must
+  /// outlive it.
   IconEditing(std::filesystem::path applicationSupport, Interface& interface, Workspace& workspace,
               const Localize& localize, const Selection& selection, const Shell& shell, Changed changed);
 
-  /// `png` holds the bytes of a PNG picture.
+  /// `png` is the content of a PNG file, and isn't checked.
   void setIcon(const std::shared_ptr<Job>& job, const std::string& png);
+  /// Deletes the picture. The job shows its default icon again.
   void removeIcon(const std::shared_ptr<Job>& job);
 
  private:

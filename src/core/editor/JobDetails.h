@@ -10,22 +10,24 @@ namespace mirvel {
 
 class Localize;
 
-/// The details of a job that isn't launchd's, below those that all jobs have.
+/// The read-only details of login items, startup items and helper tools, in addition to those that all jobs have.
 struct JobDetails {
   struct Row {
     enum class Style { Text, Code };
 
-    std::string label;
+    std::string label;  ///< localized, without a colon
     std::string text;
     Style style = Style::Text;
 
     bool operator==(const Row&) const = default;
   };
 
+  /// Paths below `home` are abbreviated with a tilde. Empty values have no row.
   static std::vector<Row> rows(const Job& job, const Localize& localize, const std::string& home);
 };
 
-/// The tab for a job: launchd jobs are edited while they have unsaved changes. Null: no job.
+/// The tab of the details pane for a job: that of its kind, or the editor for a launchd job with unsaved changes. `job`
+/// may be null.
 DetailTab detailTabFor(const Job* job, bool hasUnsavedChanges);
 
 }  // namespace mirvel

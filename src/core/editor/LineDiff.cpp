@@ -25,7 +25,7 @@ void add(std::vector<DiffLine>& result, DiffLine::In in, Part lines) {
   for (const std::string_view line : lines) result.push_back({.in = in, .text = line});
 }
 
-/// How many lines the texts have in common from each pair of places on.
+/// The length of the longest common subsequence of the rests of both texts, for each pair of positions.
 class CommonLines {
  public:
   CommonLines(Part mine, Part theirs) : m_width(theirs.size() + 1), m_counts((mine.size() + 1) * m_width) {
@@ -44,24 +44,24 @@ class CommonLines {
 };
 
 void addDifferent(std::vector<DiffLine>& result, Part mine, Part theirs) {
-  constexpr std::size_t mostPairs = 4'000'000;
+  constexpr std::size_t mostPairs = 4'000'000;  // 16 MB of counts
   std::size_t i = 0;
   std::size_t j = 0;
   if (mine.size() * theirs.size() <= mostPairs) {
     const CommonLines common(mine, theirs);
     while (i < mine.size() && j < theirs.size()) {
       if (mine[i] == theirs[j]) {
-        result.push_back({.in = DiffLine::In::both, .text = mine[i]});
+        result.push_back({.in = DiffLine::In::Both, .text = mine[i]});
         ++i, ++j;
       } else if (common.of(i + 1, j) >= common.of(i, j + 1)) {
-        result.push_back({.in = DiffLine::In::mine, .text = mine[i++]});
+        result.push_back({.in = DiffLine::In::Mine, .text = mine[i++]});
       } else {
-        result.push_back({.in = DiffLine::In::theirs, .text = theirs[j++]});
+        result.push_back({.in = DiffLine::In::Theirs, .text = theirs[j++]});
       }
     }
   }
-  add(result, DiffLine::In::mine, mine.subspan(i));
-  add(result, DiffLine::In::theirs, theirs.subspan(j));
+  add(result, DiffLine::In::Mine, mine.subspan(i));
+  add(result, DiffLine::In::Theirs, theirs.subspan(j));
 }
 
 }  // namespace
@@ -79,10 +79,10 @@ std::vector<DiffLine> lineDiff(std::string_view mine, std::string_view theirs) {
   const auto equalAtEnd = static_cast<std::size_t>(last - restOfMine.rbegin());
 
   std::vector<DiffLine> result;
-  add(result, DiffLine::In::both, Part(mineLines).first(first));
+  add(result, DiffLine::In::Both, Part(mineLines).first(first));
   addDifferent(result, restOfMine.first(restOfMine.size() - equalAtEnd),
                restOfTheirs.first(restOfTheirs.size() - equalAtEnd));
-  add(result, DiffLine::In::both, restOfMine.last(equalAtEnd));
+  add(result, DiffLine::In::Both, restOfMine.last(equalAtEnd));
   return result;
 }
 

@@ -10,25 +10,26 @@
 
 namespace mirvel {
 
-/// The user's notes on jobs, by the paths of their files. They are kept beside the jobs, not in them. For the main
-/// thread.
+/// The user's notes on jobs, by the URLs of the jobs. They aren't part of the job files. Main thread only.
 class NotesStore {
  public:
-  /// "Notes.plist" lies in the folder. The references outlive the store.
+  /// The notes are in "Notes.plist" in the folder. The references must outlive the store.
   NotesStore(const std::filesystem::path& folder, MainQueue& queue, StoreTroubles& troubles);
-  /// Writes what waits to be written.
+  /// Writes pending changes.
   ~NotesStore();
   NotesStore(const NotesStore&) = delete;
   NotesStore& operator=(const NotesStore&) = delete;
 
-  /// Empty if there is none.
+  /// Empty if there is no note.
   std::string note(const URL& job) const;
+  /// Whether there is a note, which may be empty.
   bool has(const URL& job) const;
-  /// All notes, under the keys of their jobs. Valid until the next call.
+  /// All notes, by the keys that the store uses for URLs. The reference is valid until the next call.
   const propertylist::Dictionary& notes() const { return m_store.contents(); }
-  /// Writes the store 0.3 seconds after the last change. What can't be written is kept until the program ends.
+  /// Sets a note and posts `changed`. The file is written 0.3 seconds after the last change; if that fails, the failure
+  /// is reported to the troubles and the notes are kept in memory.
   void setNote(const URL& job, std::string text);
-  /// Gives a note that belongs to one file to another. If that has one, too, it comes last.
+  /// Moves the note of a job to another URL, where it precedes an existing note, and writes the file at once.
   void jobMoved(const URL& from, const URL& to);
 
   Signal<URL> changed;  ///< the note on this job was set by the user

@@ -27,7 +27,7 @@ Rows fieldRows(StackSection section, const Plist& plist, const ValueTexts& texts
   return rows;
 }
 
-/// The rows of a section that doesn't show empty texts.
+/// As `fieldRows`, without empty texts.
 Rows rowsWithText(StackSection section, const Plist& plist, const ValueTexts& texts) {
   Rows rows = fieldRows(section, plist, texts);
   std::erase_if(
@@ -50,12 +50,12 @@ void addUnknownKeys(const Plist& plist, Rows& rows) {
   const propertylist::Dictionary known = plist.encode();
   for (const std::string& key : *plist.unknownKeys) {
     const auto found = values.find(key);
-    const bool isReplaced = known.find(key) != nullptr;  // by what the user entered for a value that didn't fit
+    const bool isReplaced = known.find(key) != nullptr;  // the user has entered a value in place of one of a wrong type
     if (found != values.end() && !isReplaced) rows.push_back({key, valueOf(*found->second)});
   }
 }
 
-/// What the editor has no control for: the unknown keys, and what lies below known ones.
+/// The unknown keys, and the opaque values within known ones.
 Rows unknownRows(const Plist& plist) {
   Rows rows;
   if (!plist.dictionary) return rows;
@@ -70,33 +70,33 @@ Rows sectionRows(StackSection section, const Plist& plist, const Foundation& fou
   const ValueTexts texts(foundation.localize, foundation.roots.home.native());
   const Collator& collator = foundation.collator;
   switch (section) {
-    case StackSection::paths:
-    case StackSection::root:
+    case StackSection::Paths:
+    case StackSection::Root:
       return rowsWithText(section, plist, texts);
-    case StackSection::limits:
-    case StackSection::miscellaneous:
-    case StackSection::deprecated:
+    case StackSection::Limits:
+    case StackSection::Miscellaneous:
+    case StackSection::Deprecated:
       return fieldRows(section, plist, texts);
-    case StackSection::environmentVariables:
+    case StackSection::EnvironmentVariables:
       return environmentRows(plist, collator);
-    case StackSection::launchEvents:
+    case StackSection::LaunchEvents:
       return plist.launchEvents ? NestedRows::launchEvents(*plist.launchEvents, texts, collator) : Rows();
-    case StackSection::machServices:
+    case StackSection::MachServices:
       return plist.machServices ? NestedRows::machServices(*plist.machServices, texts, collator) : Rows();
-    case StackSection::sockets:
+    case StackSection::Sockets:
       return plist.sockets ? NestedRows::sockets(*plist.sockets, texts, collator) : Rows();
-    case StackSection::unknown:
+    case StackSection::Unknown:
       return unknownRows(plist);
-    case StackSection::general:
-    case StackSection::when:
-    case StackSection::notes:
+    case StackSection::General:
+    case StackSection::When:
+    case StackSection::Notes:
       return {};
   }
   return {};
 }
 
 bool deleteDeprecated(jobfile::Plist& plist, std::string_view key) {
-  for (const Field& field : fieldsOf(StackSection::deprecated)) {
+  for (const Field& field : fieldsOf(StackSection::Deprecated)) {
     if (field.key != key || !field.access.isSet(plist)) continue;
     field.access.remove(plist);
     return true;

@@ -11,14 +11,14 @@ namespace mirvel {
 
 struct Foundation;
 
-/// The read-only rows of a section. Lists are one text of several lines. Empty for the sections that show their keys in
-/// other ways: general, when and notes.
+/// The read-only rows of a section. A list is one text with a line for each element. Empty for the sections with views
+/// of their own: general, when and notes.
 std::vector<KeyValueItem> sectionRows(StackSection section, const jobfile::Plist& plist, const Foundation& foundation);
 
-/// Removes a deprecated key from the record. Returns false if the key isn't one, or isn't set.
+/// Removes a deprecated key from the record. Returns false if the key isn't deprecated or isn't set.
 bool deleteDeprecated(jobfile::Plist& plist, std::string_view key);
-/// Marks for removal at the next save: a key that isn't known, or the path of an opaque value. Returns false if there
-/// is none of that name.
+/// Removes an unknown key, or the opaque value at a path such as "KeepAlive.Odd", so that the next save omits it.
+/// Returns false if the record has neither.
 bool deleteUnknown(jobfile::Plist& plist, std::string_view key);
 
 }  // namespace mirvel

@@ -11,7 +11,7 @@ namespace {
 
 using jobfile::Plist;
 
-/// A key that is in the file is shown, be it false, 0 or empty.
+/// Whether the record has a key of the section, even one that is false, 0 or empty.
 bool isAnyFieldSet(StackSection section, const Plist& plist) {
   const auto fields = fieldsOf(section);
   return std::any_of(fields.begin(), fields.end(), [&](const Field& field) { return field.access.isSet(plist); });
@@ -19,45 +19,45 @@ bool isAnyFieldSet(StackSection section, const Plist& plist) {
 
 bool isShown(StackSection section, const Plist& plist) {
   switch (section) {
-    case StackSection::when:
+    case StackSection::When:
       return isAnyFieldSet(section, plist) || plist.isScheduled();
-    case StackSection::paths:
-    case StackSection::limits:
-    case StackSection::root:
-    case StackSection::miscellaneous:
-    case StackSection::deprecated:
+    case StackSection::Paths:
+    case StackSection::Limits:
+    case StackSection::Root:
+    case StackSection::Miscellaneous:
+    case StackSection::Deprecated:
       return isAnyFieldSet(section, plist);
-    case StackSection::environmentVariables:
+    case StackSection::EnvironmentVariables:
       return plist.environmentVariables && !plist.environmentVariables->empty();
-    case StackSection::launchEvents:
+    case StackSection::LaunchEvents:
       return plist.launchEvents.has_value();
-    case StackSection::machServices:
+    case StackSection::MachServices:
       return plist.machServices.has_value();
-    case StackSection::sockets:
+    case StackSection::Sockets:
       return plist.sockets.has_value();
-    case StackSection::unknown:
+    case StackSection::Unknown:
       return plist.unknownKeys.has_value() || !plist.opaqueValues().empty();
-    case StackSection::general:
-    case StackSection::notes:
+    case StackSection::General:
+    case StackSection::Notes:
       return true;
   }
   return false;
 }
 
 std::vector<StackEntry> allSections(const Localize& localize) {
-  return {{StackSection::general, std::nullopt},
-          {StackSection::when, localize.when()},
-          {StackSection::paths, EditorTexts(localize).paths()},
-          {StackSection::limits, EditorTexts(localize).limits()},
-          {StackSection::root, "root"},
-          {StackSection::miscellaneous, EditorTexts(localize).miscellaneous()},
-          {StackSection::environmentVariables, "EnvironmentVariables"},
-          {StackSection::launchEvents, "LaunchEvents"},
-          {StackSection::machServices, "MachServices"},
-          {StackSection::sockets, "Sockets"},
-          {StackSection::deprecated, EditorTexts(localize).deprecated()},
-          {StackSection::unknown, EditorTexts(localize).unknown()},
-          {StackSection::notes, EditorTexts(localize).notes()}};
+  return {{StackSection::General, std::nullopt},
+          {StackSection::When, localize.when()},
+          {StackSection::Paths, EditorTexts(localize).paths()},
+          {StackSection::Limits, EditorTexts(localize).limits()},
+          {StackSection::Root, "root"},
+          {StackSection::Miscellaneous, EditorTexts(localize).miscellaneous()},
+          {StackSection::EnvironmentVariables, "EnvironmentVariables"},
+          {StackSection::LaunchEvents, "LaunchEvents"},
+          {StackSection::MachServices, "MachServices"},
+          {StackSection::Sockets, "Sockets"},
+          {StackSection::Deprecated, EditorTexts(localize).deprecated()},
+          {StackSection::Unknown, EditorTexts(localize).unknown()},
+          {StackSection::Notes, EditorTexts(localize).notes()}};
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ std::vector<StackEntry> displayStack(const Plist& plist, const Localize& localiz
 std::vector<StackEntry> editStack(const Plist& plist, const Localize& localize) {
   auto result = allSections(localize);
   std::erase_if(result, [&](const StackEntry& entry) {
-    const bool hasCondition = entry.section == StackSection::deprecated || entry.section == StackSection::unknown;
+    const bool hasCondition = entry.section == StackSection::Deprecated || entry.section == StackSection::Unknown;
     return hasCondition && !isShown(entry.section, plist);
   });
   return result;

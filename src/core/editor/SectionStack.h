@@ -9,33 +9,35 @@
 
 namespace mirvel {
 
-/// The sections of a launchd job, in the order in which they stand in the details and in the editor.
+/// The sections of a launchd job, in the order of the details and the editor.
 enum class StackSection {
-  general,
-  when,
-  paths,
-  limits,
-  root,
-  miscellaneous,
-  environmentVariables,
-  launchEvents,
-  machServices,
-  sockets,
-  deprecated,
-  unknown,
-  notes,
+  General,
+  When,
+  Paths,
+  Limits,
+  Root,
+  Miscellaneous,
+  EnvironmentVariables,
+  LaunchEvents,
+  MachServices,
+  Sockets,
+  Deprecated,
+  Unknown,
+  Notes,
 };
 
+/// A section with its localized title.
 struct StackEntry {
   StackSection section;
-  std::optional<std::string> title;  ///< above the section; none has the first one
+  std::optional<std::string> title;  ///< null for the first section, which has none
 
   bool operator==(const StackEntry&) const = default;
 };
 
-/// The sections that have something to say of the job.
+/// The sections of the read-only details: those with a key that the record has, even if its value is false, 0 or empty,
+/// and always the general section and the notes.
 std::vector<StackEntry> displayStack(const jobfile::Plist& plist, const Localize& localize);
-/// The sections with which the job can be edited, and those with what can't be edited but removed.
+/// The sections of the editor: all, but those of deprecated and of unknown keys only if the record has such keys.
 std::vector<StackEntry> editStack(const jobfile::Plist& plist, const Localize& localize);
 
 }  // namespace mirvel

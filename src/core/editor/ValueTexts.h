@@ -19,24 +19,25 @@ struct KeyValueItem {
   bool operator==(const KeyValueItem&) const = default;
 };
 
-/// The values of a job file as localized texts.
+/// Converts values of a job file to localized texts. `localize` must outlive it.
 class ValueTexts {
  public:
-  /// Paths below `home` are shown with a tilde.
+  /// Paths below `home` are abbreviated with a tilde; an empty `home` abbreviates none.
   explicit ValueTexts(const Localize& localize, std::string home = {});
 
   std::string boolean(bool isOn) const { return isOn ? m_localize.on() : m_localize.off(); }
   std::string number(std::int64_t number) const { return m_localize.int_(number); }
-  /// With the fewest digits that mean this very number.
+  /// The shortest text that represents exactly this number.
   std::string real(double number) const;
+  /// A localized display path; a relative path is returned unchanged.
   std::string path(const std::string& path) const;
-  /// Its size: nobody reads bytes.
+  /// The size, not the bytes: "5 bytes".
   std::string data(const propertylist::Data& data) const;
   std::string date(propertylist::Date date) const;
 
-  /// "key : value", key first in any language.
+  /// "key : value". The key is read first even in right-to-left languages.
   std::string line(const std::string& key, const std::string& value) const { return joined({key, value}, " : "); }
-  /// The first part read first in any language.
+  /// Joins the parts so that they are read in this order even in right-to-left languages.
   std::string joined(const std::vector<std::string>& parts, std::string_view separator) const;
 
  private:
@@ -45,7 +46,14 @@ class ValueTexts {
   const bool m_isRightToLeft;
 };
 
-/// One below the other.
+/// The lines of a text; see `ValueTexts::joined`.
 std::string joinedLines(const std::vector<std::string>& lines);
+
+/// A readable text for any value. Dictionaries and arrays have a line for each element, with nested ones indented; data
+/// is shown by its size. A very long text is cut off with an ellipsis, in time that depends on the length of the result
+/// only.
+///
+///     {"a": [1, "b"]} → "a :\n  – 1\n  – b"
+std::string description(const propertylist::Value& value, const Localize& localize);
 
 }  // namespace mirvel

@@ -9,10 +9,11 @@
 #include "core/schedule/RuleEditor.h"
 #include "core/session/Editing.h"
 
-/// The rules of the section about when a job runs, beyond its fields.
+/// The rules of the section about when a job runs that the table of fields can't express.
 namespace mirvel::WhenRules {
 
-/// A condition under which a job is kept alive: a box, or one line for each path or job.
+/// A condition of `KeepAlive` for display: a check box with its state or, if `state` is null, a line for each path or
+/// job.
 struct Condition {
   std::string key;
   std::optional<bool> state = {};
@@ -21,7 +22,7 @@ struct Condition {
   bool operator==(const Condition&) const = default;
 };
 
-/// The read-only view of a record. An absent box isn't shown.
+/// The read-only view of a record. A box whose state is null isn't shown.
 struct Display {
   std::optional<bool> runAtLoad = {};
   std::optional<bool> keepAlive = {};
@@ -32,13 +33,15 @@ struct Display {
   bool operator==(const Display&) const = default;
 };
 
+/// Paths of conditions are shown as `texts` does. The result doesn't refer to the arguments.
 Display display(const jobfile::Plist& plist, const ValueTexts& texts);
 
-/// Writes the rows of the rule editor; an empty editor removes the schedule. Returns false if the rows can't be saved:
-/// they become unfinished, and the record keeps its rules.
+/// Writes the rows of the rule editor to the record; without rows the schedule is removed. If a row is invalid, stores
+/// all rows as unfinished, leaves the record unchanged and returns false.
 bool rulesChanged(jobfile::Plist& plist, Unfinished& unfinished, const Scheduled::RuleEditor& rules);
+/// Removes the schedule and unfinished rows.
 void removeSchedule(jobfile::Plist& plist, Unfinished& unfinished);
-/// Whether a change of the rows continues typing: the same rows with the same choices.
+/// Whether only numbers or times differ, so that for undo the change continues the previous one.
 bool isTyping(const std::vector<Scheduled::RuleRow>& before, const std::vector<Scheduled::RuleRow>& after);
 
 }  // namespace mirvel::WhenRules

@@ -1,7 +1,7 @@
 #include "core/mainwindow/RevisionMenu.h"
 
 #include "core/actions/RevisionController.h"
-#include "core/editor/ReplaceSelected.h"
+#include "core/editor/EditController.h"
 #include "core/locale/Dates.h"
 #include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"

@@ -21,7 +21,6 @@
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
-#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 

@@ -12,7 +12,6 @@
 #include "core/session/Foundation.h"
 #include "ui/creation/CreationControls.h"
 #include "ui/support/Controls.h"
-#include "ui/support/FilterField.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"

@@ -9,7 +9,6 @@
 #include "core/session/Foundation.h"
 #include "ui/creation/NewRunApplicationViewController.h"
 #include "ui/creation/NewRunScriptViewController.h"
-#include "ui/editor/RunMenuButton.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"

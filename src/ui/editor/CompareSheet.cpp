@@ -23,8 +23,8 @@ QColor changedBackground(const QPalette& palette, bool isMine) {
   return isMine ? QColor(0xd8, 0xf3, 0xdd) : QColor(0xfb, 0xdd, 0xdc);
 }
 
-/// The lines of one version, with a blank line in the place of each that only the other has, so that what both have
-/// stands side by side.
+/// The lines of one version, with a blank line for each line that only the other version has, so that common lines are
+/// side by side.
 QPlainTextEdit* makeText(const std::vector<DiffLine>& lines, DiffLine::In side, const QString& name) {
   auto* text = new QPlainTextEdit;
   text->setReadOnly(true);
@@ -38,10 +38,10 @@ QPlainTextEdit* makeText(const std::vector<DiffLine>& lines, DiffLine::In side, 
 
   QTextCursor cursor(text->document());
   QTextBlockFormat changed;
-  changed.setBackground(changedBackground(text->palette(), side == DiffLine::In::mine));
+  changed.setBackground(changedBackground(text->palette(), side == DiffLine::In::Mine));
   for (const DiffLine& line : lines) {
     if (&line != &lines.front()) cursor.insertBlock();
-    const bool isHere = line.in == DiffLine::In::both || line.in == side;
+    const bool isHere = line.in == DiffLine::In::Both || line.in == side;
     cursor.setBlockFormat(line.in == side ? changed : QTextBlockFormat());
     if (isHere) cursor.insertText(qt(line.text));
   }
@@ -70,7 +70,7 @@ CompareSheet::CompareSheet(const Localize& localize, const Versions& versions, s
   addButton(EditorTexts(localize).useTheirs(), QDialogButtonBox::DestructiveRole, Choice::Theirs);
   addButton(localize.cancel(), QDialogButtonBox::RejectRole, Choice::Neither);
   connect(this, &QDialog::finished, this, [completion = std::move(completion)](int choice) {
-    completion(static_cast<Choice>(choice));  // of a dialog that was rejected: neither
+    completion(static_cast<Choice>(choice));  // `Neither` is the result code of a rejected dialog
   });
   resize(fontMetrics().averageCharWidth() * 130, fontMetrics().lineSpacing() * 32);
 }
@@ -80,8 +80,8 @@ QWidget* CompareSheet::makeTexts(const Localize& localize, const Versions& versi
   auto* grid = new QGridLayout(texts);
   grid->setContentsMargins(0, 0, 0, 0);
   const auto lines = lineDiff(versions.mine, versions.theirs);
-  auto* mine = makeText(lines, DiffLine::In::mine, qt(EditorTexts(localize).yourVersion()));
-  auto* theirs = makeText(lines, DiffLine::In::theirs, qt(EditorTexts(localize).versionOnDisk()));
+  auto* mine = makeText(lines, DiffLine::In::Mine, qt(EditorTexts(localize).yourVersion()));
+  auto* theirs = makeText(lines, DiffLine::In::Theirs, qt(EditorTexts(localize).versionOnDisk()));
   grid->addWidget(new QLabel(qt(EditorTexts(localize).yourVersion())), 0, 0);
   grid->addWidget(new QLabel(qt(EditorTexts(localize).versionOnDisk())), 0, 1);
   grid->addWidget(mine, 1, 0);

@@ -19,7 +19,7 @@ namespace mirvel::ui {
 
 namespace {
 
-/// In points. Where the sections need more they have it.
+// In pixels; sections that need more make the pane wider.
 constexpr int narrowest = 420;
 
 QWidget* makeNoSelection(const Localize& localize) {
@@ -70,17 +70,18 @@ QWidget* DetailViewController::childOf(DetailTab tab) const {
 }
 
 void DetailViewController::show(DetailTab tab) {
-  if (tab != m_detailTab && tab != DetailTab::LaunchdEdit) passKeysOn();
+  if (tab != m_detailTab && tab != DetailTab::LaunchdEdit) passFocusOn();
   setCurrentWidget(childOf(tab));
   if (std::exchange(m_detailTab, tab) == tab) return;
   m_context.mainWindow.updateTitle();
-  if (m_context.shell.mainWindow) m_context.shell.mainWindow->validateVisibleItems();  // what can be done is another
+  if (m_context.shell.mainWindow) m_context.shell.mainWindow->validateVisibleItems();  // the commands depend on the tab
 }
 
-/// Before what has the keys goes: Qt would give them to any button of the next tab, or to nothing.
-void DetailViewController::passKeysOn() const {
+/// To be called before the focused widget is removed: Qt would move the focus to an arbitrary widget of the next tab,
+/// or to none.
+void DetailViewController::passFocusOn() const {
   const QWidget* const focus = window()->focusWidget();
-  if (keysLeft && (!focus || isAncestorOf(focus))) keysLeft();
+  if (focusLeft && (!focus || isAncestorOf(focus))) focusLeft();
 }
 
 void DetailViewController::updateTab() {
@@ -104,7 +105,7 @@ void DetailViewController::updateDetail() {
 }
 
 void DetailViewController::clearDetail() {
-  passKeysOn();
+  passFocusOn();
   m_display->clearDetail();
   m_edit->clearDetail();
   if (m_context.shell.edit) m_context.shell.edit->updateButtons();

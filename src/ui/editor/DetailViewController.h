@@ -12,7 +12,7 @@ class JobDetailsView;
 class LaunchdDisplayViewController;
 class LaunchdEditViewController;
 
-/// The details of the selected job: a tab for each kind of view.
+/// The details pane, with a tab for each kind of view. Is `shell.detail` during its lifetime.
 class DetailViewController final : public QStackedWidget, private DetailType {
  public:
   explicit DetailViewController(const EditorContext& context, QWidget* parent = nullptr);
@@ -20,7 +20,7 @@ class DetailViewController final : public QStackedWidget, private DetailType {
 
   const LaunchdEditViewController& editor() const { return *m_edit; }
 
-  std::function<void()> keysLeft;  ///< the widget with the focus is about to go; moves the focus elsewhere
+  std::function<void()> focusLeft;  ///< moves the focus elsewhere, as the focused widget is about to be removed
 
  private:
   void updateDetail() override;
@@ -33,7 +33,7 @@ class DetailViewController final : public QStackedWidget, private DetailType {
   QWidget* childOf(DetailTab tab) const;
   void show(DetailTab tab);
   void updateTab();
-  void passKeysOn() const;
+  void passFocusOn() const;
 
   const EditorContext m_context;
   DetailTab m_detailTab = DetailTab::NoSelection;

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "ui/support/Controls.h"
-#include "ui/support/InvalidData.h"
+#include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
 
@@ -46,7 +46,7 @@ void EditTableModel::fill(const std::vector<TableRow>& rows) {
 int EditTableModel::add(const std::string& text) {
   const int row = rowCount();
   beginInsertRows({}, row, row);
-  (void)m_table.add(text);  // its position is known
+  (void)m_table.add(text);  // appended, so its position is known
   endInsertRows();
   repaintAll();
   return row;
@@ -54,7 +54,7 @@ int EditTableModel::add(const std::string& text) {
 
 void EditTableModel::removeAt(int row) {
   beginRemoveRows({}, row, row);
-  (void)m_table.remove(static_cast<std::size_t>(row));  // there is such a row
+  (void)m_table.remove(static_cast<std::size_t>(row));  // true, as the row exists
   endRemoveRows();
   repaintAll();
 }
@@ -107,7 +107,7 @@ bool EditTableModel::setData(const QModelIndex& index, const QVariant& value, in
   } else {
     return false;
   }
-  repaintAll();  // another row may be valid now
+  repaintAll();  // the change can make other rows valid or invalid
   return true;
 }
 
@@ -154,7 +154,7 @@ QWidget* EditTableDelegate::createEditor(QWidget* parent, const QStyleOptionView
   if (!field) return editor;
   m_edited = index;
   m_original = index.data(Qt::EditRole).toString();
-  // The text stays where it was displayed.
+  // The editor's text is at the position of the displayed one.
   const bool isAtLeft = option.direction == Qt::LeftToRight || isPath(index.column());
   field->setAlignment(Qt::AlignAbsolute | Qt::AlignVCenter | (isAtLeft ? Qt::AlignLeft : Qt::AlignRight));
   if (isPath(index.column())) field->setLayoutDirection(Qt::LeftToRight);
@@ -166,7 +166,7 @@ QWidget* EditTableDelegate::createEditor(QWidget* parent, const QStyleOptionView
 void EditTableDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
   auto* const field = qobject_cast<QLineEdit*>(editor);
   if (!field || field->text() == index.data(Qt::EditRole).toString()) return;
-  const QSignalBlocker quiet(field);  // not typed, and the field may cut a long text
+  const QSignalBlocker notTyped(field);  // the field could truncate a long text, which must not be written back
   QStyledItemDelegate::setEditorData(editor, index);
 }
 

@@ -10,15 +10,16 @@ namespace mirvel::ui {
 /// Presents the rows of a table as an item model. The table is changed through the model only.
 class EditTableModel final : public QAbstractTableModel {
  public:
-  /// `name` is what assistive technology calls a column without a title. Table and collator outlive it.
+  /// `name` is the accessible name of columns without a title. Table and collator outlive the model.
   EditTableModel(EditTable& table, const Collator& collator, QString name, QObject* parent);
 
   const EditTable& table() const { return m_table; }
-  /// Shows other rows, with the fewest changes, so that selection and cell editors survive.
+  /// Shows other rows. Reports only the rows that differ as changed, so that the selection and an open cell editor are
+  /// kept.
   void fill(const std::vector<TableRow>& rows);
   int add(const std::string& text);
   void removeAt(int row);
-  /// Without, no cell can be changed.
+  /// If false, no cell can be changed; rows can still be removed.
   void setEditable(bool isEditable) { m_isEditable = isEditable; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -38,10 +39,10 @@ class EditTableModel final : public QAbstractTableModel {
   bool m_isEditable = true;
 };
 
-/// Edits cells of such a model, which gets each keystroke at once. Escape restores the text with which editing began.
+/// Edits cells of an `EditTableModel` and writes each keystroke to it. Escape restores the text from before editing.
 class EditTableDelegate final : public QStyledItemDelegate {
  public:
-  /// The model outlives it.
+  /// The model outlives the delegate.
   EditTableDelegate(EditTableModel& model, QObject* parent);
 
   QString displayText(const QVariant& value, const QLocale& locale) const override;

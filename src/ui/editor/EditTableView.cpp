@@ -4,7 +4,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPointer>
 #include <QStyle>
 #include <QTableView>
 #include <QToolButton>
@@ -16,11 +15,11 @@
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "core/text/Bidirectional.h"
+#include "ui/editor/ChooseFile.h"
 #include "ui/editor/EditTableModel.h"
 #include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
-#include "ui/support/SymbolButton.h"
 
 namespace mirvel::ui {
 
@@ -29,7 +28,7 @@ namespace {
 constexpr int fewestRows = 4;  // visible
 constexpr int mostRows = 8;
 
-/// The view, which Tab leaves behind the last cell; Qt would go on with the first one.
+/// A table view that Tab leaves after the last cell, whereas Qt would continue with the first one.
 class CellView final : public QTableView {
  protected:
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override {
@@ -92,7 +91,7 @@ EditTableView::EditTableView(const Foundation& foundation, const Platform& platf
   updateButtons();
 }
 
-/// The view goes before the rows: a cell that is being edited is committed when it loses the focus.
+/// Deletes the view before the rows: an open cell editor commits when it loses the focus.
 EditTableView::~EditTableView() {
   changed = nullptr;
   delete m_view;
@@ -171,11 +170,7 @@ void EditTableView::add() {
 }
 
 void EditTableView::addChosen(const OpenPanel& panel) {
-  const QPointer<EditTableView> self(this);  // the panel may outlive the table
-  const auto chosen = m_platform.interface.openPanel(panel);
-  if (!chosen || !self) return;
-  if (!qtPath(*chosen)) return m_platform.workspace.beep();  // no job file can hold such a name
-  addRow(chosen->native());
+  if (const auto chosen = chooseFile(*this, m_platform, panel)) addRow(chosen->native());
 }
 
 void EditTableView::showMenu() {
@@ -191,9 +186,9 @@ void EditTableView::showMenu() {
   menu->popup(m_addButton->mapToGlobal(m_addButton->rect().bottomLeft()));
 }
 
-/// The first cell that is still empty is edited at once.
+/// Opens an editor for the first empty cell of the new row.
 void EditTableView::addRow(const std::string& text) {
-  m_view->setFocus();  // which commits a cell that is being edited
+  m_view->setFocus();  // commits an open cell editor
   const int row = m_model->add(text);
   fitHeight();
   int column = 0;
@@ -221,13 +216,13 @@ bool EditTableView::eventFilter(QObject* watched, QEvent* event) {
   const bool isPlain = (press->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
   if (!isPlain || !isOurs(press->key())) return QWidget::eventFilter(watched, event);
   if (event->type() == QEvent::ShortcutOverride) {
-    event->accept();  // in the menu the same key deletes the job
+    event->accept();  // otherwise the menu command with the same key would delete the job
     return true;
   }
   return pressed(press->key());
 }
 
-/// Entering the table by keyboard selects a row: there would be no key to select the only one.
+/// Selects a row when the table gets the focus by keyboard, as no key would select the only row.
 void EditTableView::selectForKeys(const QFocusEvent& event) {
   const bool isByKey = event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason;
   if (!isByKey || m_view->selectionModel()->hasSelection()) return;

@@ -26,20 +26,21 @@ class EditTableView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// `key` is the table's name. The foundation, the platform and the columns of the format outlive it.
+  /// `key` names the table in messages and for assistive technology. The foundation, the platform and the columns of
+  /// the format outlive it.
   EditTableView(const Foundation& foundation, const Platform& platform, const TableFormat& format, std::string key);
 
   ~EditTableView() override;
 
-  /// Called at each edit with its step for undo; may be empty.
+  /// Called for each edit with its step for undo; may be empty.
   EditTable::Changed changed;
 
   const std::vector<TableRow>& rows() const { return m_table.rows(); }
-  /// Shows rows, which is no edit. The selection, and the cell that is being edited, stay where they can.
+  /// Shows rows, which is no edit. The selection and an open cell editor are kept if their row still exists.
   void fill(const std::vector<TableRow>& rows);
   /// If false, rows can only be deleted.
   void setEditable(bool isEditable);
-  /// As `Section::refuse`.
+  /// See `Section::refuse`.
   std::optional<InvalidField> refuse();
 
  protected:

@@ -23,8 +23,8 @@ namespace mirvel::ui {
 
 class IconLoader;
 
-/// The parts of the program that the widgets of the details and the editor use. Made by the composition, and copied by
-/// those who keep it; all of it outlives them.
+/// The parts of the program that the details and the editor use. The main window creates it, and widgets keep copies;
+/// all parts outlive them.
 struct EditorContext {
   Foundation& foundation;
   const Platform& platform;

@@ -1,23 +1,24 @@
 #include "ui/editor/FieldForm.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QPointer>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <string>
 
 #include "core/base/Const.h"
 #include "core/editor/EditorTexts.h"
 #include "core/schedule/ScheduledController.h"
-#include "core/session/Platform.h"
+#include "core/session/Notifications.h"
 #include "core/text/Bidirectional.h"
+#include "ui/editor/ChooseFile.h"
 #include "ui/editor/EditTableView.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Controls.h"
-#include "ui/support/InvalidData.h"
+#include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ReplaceText.h"
 #include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
@@ -39,9 +40,11 @@ FieldValue valueOf(Qt::CheckState state) {
 
 }  // namespace
 
-FieldForm::FieldForm(Section& section) : QObject(&section), m_section(section) {}
+FieldForm::FieldForm(Section& section) : QObject(&section), m_section(section) {
+  section.installEventFilter(this);
+}
 
-/// The controls are deleted later, by the section.
+/// The section deletes the controls after the form, and a table reports the cell that is being edited even then.
 FieldForm::~FieldForm() {
   for (const Entry& entry : m_entries) {
     if (auto* const table = qobject_cast<EditTableView*>(entry.control)) table->changed = nullptr;
@@ -50,11 +53,12 @@ FieldForm::~FieldForm() {
 
 QWidget& FieldForm::make(const Field& field) {
   m_entries.push_back(makeEntry(field));
-  QWidget& control = *m_entries.back().control;
-  setHelp(control, field.help);
-  if (control.objectName().isEmpty()) control.setObjectName(qt(field.key));
-  if (control.accessibleName().isEmpty()) control.setAccessibleName(qt(titleOf(field, m_section.localize())));
-  return control;
+  const Entry& entry = m_entries.back();
+  QWidget& input = entry.text ? *entry.text : *entry.control;
+  setHelp(input, field.help);
+  input.setObjectName(qt(field.key));
+  input.setAccessibleName(qt(titleOf(field, m_section.localize())));
+  return *entry.control;
 }
 
 void FieldForm::add(std::span<const Field> fields, SectionGrid& grid) {
@@ -79,7 +83,7 @@ void FieldForm::fill(const Launchd& launchd) {
   }
 }
 
-/// A field without a meaning for the job is locked, but rows can still be deleted from a table.
+/// A field that doesn't apply to the job is disabled, but rows can still be deleted from a table.
 void FieldForm::updateScope(const Entry& entry, Kind kind) {
   const bool isEditable = appliesTo(*entry.field, kind);
   if (auto* const table = qobject_cast<EditTableView*>(entry.control)) return table->setEditable(isEditable);
@@ -136,7 +140,7 @@ FieldForm::Entry FieldForm::makeBox(const Field& field) {
           }};
 }
 
-/// A click goes from off to absent, on, and off again.
+/// Qt's order of the states: a click leads from absent to on, to off, and back to absent.
 FieldForm::Entry FieldForm::makeThreeStateBox(const Field& field) {
   auto* const box = new CheckBox(literalTitle(qt(titleOf(field, m_section.localize()))));
   box->setTristate();
@@ -149,32 +153,43 @@ FieldForm::Entry FieldForm::makeThreeStateBox(const Field& field) {
           }};
 }
 
-void FieldForm::connectText(const Field& field, QLineEdit& text) {
-  text.setPlaceholderText(qt(field.placeholder));
-  connect(&text, &QLineEdit::textChanged, this, [this, &field, &text] {
-    edit(field, Step::Continues, {}, [&](auto& plist, auto& unfinished) {
-      enterText(field, utf8(text.text()), m_section.context().schedules.numbers(), plist, unfinished);
-    });
-    mark(field, text);
+void FieldForm::enterTextOf(const Field& field, QLineEdit& text, Step step) {
+  edit(field, step, {}, [&](auto& plist, auto& unfinished) {
+    enterText(field, utf8(text.text()), m_section.context().schedules.numbers(), plist, unfinished);
   });
+  mark(field, text);
 }
 
-/// Text that can't be saved has its own colour.
+/// Shows why a text can't be saved, in place of the help.
 void FieldForm::mark(const Field& field, QLineEdit& text) {
   if (field.control != Control::Number) return;
   const auto invalid = mirvel::refuse(field, m_section.context().editing.unfinished(), m_section.localize());
   markInvalidData(text, invalid ? qt(invalid->reason) : QString());
+  invalid ? text.setToolTip(qt(invalid->reason)) : setHelp(text, field.help);
+}
+
+bool FieldForm::eventFilter(QObject* /*watched*/, QEvent* event) {
+  if (event->type() != QEvent::PaletteChange) return false;
+  for (const Entry& entry : m_entries) {
+    if (entry.text) mark(*entry.field, *entry.text);
+  }
+  return false;
 }
 
 FieldForm::Entry FieldForm::makeText(const Field& field) {
   auto* const text = new QLineEdit;
-  connectText(field, *text);
+  text->setPlaceholderText(qt(field.placeholder));
+  connect(text, &QLineEdit::textChanged, this, [this, &field, text] { enterTextOf(field, *text, Step::Continues); });
   return {.field = &field,
           .control = text,
+          .text = text,
           .fill =
               [this, &field, text](const Launchd& launchd) {
                 const Unfinished& unfinished = m_section.context().editing.unfinished();
-                replaceText(*text, qt(fieldText(field, launchd.plist(), unfinished)));
+                const auto& numbers = m_section.context().schedules.numbers();
+                if (!standsFor(field, utf8(text->text()), numbers, launchd.plist(), unfinished)) {
+                  replaceText(*text, qt(fieldText(field, launchd.plist(), unfinished)));
+                }
                 mark(field, *text);
               },
           .refuse =
@@ -187,34 +202,37 @@ FieldForm::Entry FieldForm::makeText(const Field& field) {
 
 FieldForm::Entry FieldForm::makePath(const Field& field) {
   Entry entry = makeText(field);
-  auto* const text = static_cast<QLineEdit*>(entry.control);
-  text->setLayoutDirection(Qt::LeftToRight);
-  text->setObjectName(qt(field.key));
-  text->setAccessibleName(qt(field.key));
+  entry.text->setLayoutDirection(Qt::LeftToRight);
   auto* const row = new QWidget;
   auto* const layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(text, 1);
-  const Localize& localize = m_section.localize();
-  auto* const button = new QPushButton(qt(EditorTexts(localize).path()));
-  button->setAccessibleName(qt(bidirectionalString({EditorTexts(localize).path(), std::string(field.key)},
-                                                   Const::separator, localize.isRightToLeft())));
-  connect(button, &QPushButton::clicked, this, [this, &field, text] { choose(field, *text); });
-  layout->addWidget(button);
-  row->setObjectName(qt(field.key) + QLatin1String("Row"));
-  row->setFocusProxy(text);
+  layout->addWidget(entry.text, 1);
+  layout->addWidget(makeChooseButton(field, *entry.text));
+  row->setFocusProxy(entry.text);
   entry.control = row;
   return entry;
 }
 
+QWidget* FieldForm::makeChooseButton(const Field& field, QLineEdit& text) {
+  const Localize& localize = m_section.localize();
+  auto* const button = new QPushButton(qt(EditorTexts(localize).path()));
+  button->setAccessibleName(qt(bidirectionalString({EditorTexts(localize).path(), titleOf(field, localize)},
+                                                   Const::separator, localize.isRightToLeft())));
+  connect(button, &QPushButton::clicked, this, [this, &field, &text] { choose(field, text); });
+  return button;
+}
+
+/// Replaces the text, as a step of its own for undo.
 void FieldForm::choose(const Field& field, QLineEdit& text) {
-  const QPointer<QLineEdit> shown(&text);  // the panel may outlive the section
-  const Platform& platform = m_section.context().platform;
-  const auto chosen = platform.interface.openPanel(
-      {.choosesFolders = field.control == Control::Folder, .showsHiddenFiles = optionHeld()});
-  if (!chosen || !shown) return;
-  if (!qtPath(*chosen)) return platform.workspace.beep();  // no job file can hold such a name
-  shown->setText(qt(chosen->native()));
+  const auto chosen =
+      chooseFile(text, m_section.context().platform,
+                 {.choosesFolders = field.control == Control::Folder, .showsHiddenFiles = optionHeld()});
+  if (!chosen || text.text() == qt(chosen->native())) return;
+  {
+    const QSignalBlocker notTyped(text);
+    text.setText(qt(chosen->native()));
+  }
+  enterTextOf(field, text, Step::Begins);
 }
 
 FieldForm::Entry FieldForm::makePopUp(const Field& field) {
@@ -235,7 +253,7 @@ FieldForm::Entry FieldForm::makePopUp(const Field& field) {
           }};
 }
 
-/// A value that is none of the choices becomes an item of its own.
+/// A value that isn't among the choices becomes an item of its own.
 void FieldForm::fillPopUp(const Field& field, QComboBox& popUp, const Launchd& launchd) {
   const FieldValue value = field.access.read(launchd.plist());
   const auto* const text = std::get_if<std::string>(&value);
@@ -257,6 +275,14 @@ FieldForm::Entry FieldForm::makeTable(const Field& field) {
                 table->fill(fieldRows(field, launchd.plist(), m_section.context().editing.unfinished()));
               },
           .refuse = [table] { return table->refuse(); }};
+}
+
+FieldsSection::FieldsSection(const EditorContext& theContext, StackSection section)
+    : Section(theContext), m_form(*this) {
+  m_form.add(fieldsOf(section), *new SectionGrid(this));
+  m_rootChanged = theContext.notifications.rootChanged.subscribe([this] {
+    if (const auto job = launchd()) configure(job);
+  });
 }
 
 }  // namespace mirvel::ui

@@ -6,7 +6,9 @@
 #include <span>
 #include <vector>
 
+#include "core/base/Signal.h"
 #include "core/editor/Fields.h"
+#include "core/editor/SectionStack.h"
 #include "ui/editor/Section.h"
 
 class QComboBox;
@@ -16,19 +18,20 @@ namespace mirvel::ui {
 
 class SectionGrid;
 
-/// Makes the controls of fields, fills them, and writes what is entered in them. A control is found by the key of its
-/// field, which is its object name.
+/// Creates the controls of fields, fills them, and writes their edits to the record. The object name of a control is
+/// the key of its field.
 class FieldForm final : public QObject {
  public:
-  /// Part of the section.
+  /// Deleted by the section.
   explicit FieldForm(Section& section);
   ~FieldForm() override;
 
-  /// Makes the control of a field, for a place of its own. The field outlives the form.
+  /// Creates the control of a field; the caller adds it to a layout. The field outlives the form.
   QWidget& make(const Field& field);
-  /// Makes the controls of fields and adds them to a grid, with their titles. Fields without a control are left out.
+  /// Creates the controls of fields and adds them to a grid, with their titles. Skips fields without a control.
   void add(std::span<const Field> fields, SectionGrid& grid);
-  /// Shows the values of a job. Controls that show them already aren't touched.
+  /// Shows the values of a job, which is no edit. Controls that show them already aren't touched; others keep focus and
+  /// cursor.
   void fill(const Launchd& launchd);
   /// As `Section::refuse`.
   std::optional<InvalidField> refuse();
@@ -36,10 +39,14 @@ class FieldForm final : public QObject {
   /// Called after an edit has been written; may be empty.
   std::function<void(const Field& field)> written;
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   struct Entry {
     const Field* field;
-    QWidget* control;
+    QWidget* control;           ///< all of it
+    QLineEdit* text = nullptr;  ///< null if there is none
     std::function<void(const Launchd& launchd)> fill = {};
     std::function<std::optional<InvalidField>()> refuse = {};
   };
@@ -49,10 +56,11 @@ class FieldForm final : public QObject {
   Entry makeThreeStateBox(const Field& field);
   Entry makeText(const Field& field);
   Entry makePath(const Field& field);
+  QWidget* makeChooseButton(const Field& field, QLineEdit& text);
   Entry makePopUp(const Field& field);
   Entry makeTable(const Field& field);
   void fillPopUp(const Field& field, QComboBox& popUp, const Launchd& launchd);
-  void connectText(const Field& field, QLineEdit& text);
+  void enterTextOf(const Field& field, QLineEdit& text, Editing::Step step);
   void mark(const Field& field, QLineEdit& text);
   void choose(const Field& field, QLineEdit& text);
   void updateScope(const Entry& entry, Kind kind);
@@ -62,6 +70,20 @@ class FieldForm final : public QObject {
 
   Section& m_section;
   std::vector<Entry> m_entries;
+};
+
+/// A section that consists of the fields of the table, see `fieldsOf`.
+class FieldsSection final : public Section {
+ public:
+  FieldsSection(const EditorContext& context, StackSection section);
+
+  std::optional<InvalidField> refuse() override { return m_form.refuse(); }
+
+ private:
+  void fill(const Launchd& launchd) override { m_form.fill(launchd); }
+
+  FieldForm m_form;
+  Subscription m_rootChanged;
 };
 
 }  // namespace mirvel::ui

@@ -15,12 +15,12 @@ QScrollBar* scrollBarOf(const QWidget& form) {
   return area ? area->verticalScrollBar() : nullptr;
 }
 
-/// Qt names parts of its own widgets.
+/// Object names that Qt gives to parts of its widgets don't count.
 bool isNamed(const QWidget& widget) {
   return !widget.objectName().isEmpty() && !widget.objectName().startsWith(QLatin1String("qt_"));
 }
 
-/// The visible controls that can have the focus, in the order of their creation.
+/// The visible focusable controls, in the order of their creation.
 QWidgetList controlsOf(const QWidget& part) {
   QWidgetList controls = part.findChildren<QWidget*>();
   controls.erase(std::remove_if(controls.begin(), controls.end(),
@@ -63,7 +63,7 @@ void FocusPlace::restore() const {
   if (auto* text = qobject_cast<QPlainTextEdit*>(control)) setPosition(*text, m_position);
 }
 
-/// The control of the same name, or with the same number; the last one if there are fewer now.
+/// The last control if there are fewer now; null if there is no control with that name.
 QWidget* FocusPlace::successor() const {
   auto* const named = m_name.isEmpty() ? nullptr : m_form.findChild<QWidget*>(m_name);
   if (!named || m_control < 0) return named;

@@ -6,14 +6,14 @@
 
 namespace mirvel::ui {
 
-/// Remembers the focus and the scroll position of a form while its sections are updated.
+/// Saves the focus and the scroll position of a form while its sections are updated.
 class FocusPlace {
  public:
   /// The form outlives it.
   explicit FocusPlace(QWidget& form);
 
-  /// Restores them. A control that is gone is replaced by the one now at its place, with the cursor at the same
-  /// position.
+  /// Restores both. If the focused control was removed, its successor gets the focus, with the cursor at the same
+  /// position: the control with the same object name or, within a named parent, the same index.
   void restore() const;
 
  private:
@@ -21,8 +21,8 @@ class FocusPlace {
 
   QWidget& m_form;
   QPointer<QWidget> m_focus;
-  QString m_name;      ///< of the control, or of what it is in
-  int m_control = -1;  ///< its number there; -1: it is the one with the name
+  QString m_name;      ///< of the control or, if it has none, of the closest named parent
+  int m_control = -1;  ///< index among the controls of that parent; -1 if the control itself has the name
   int m_position = 0;
   int m_scroll = 0;
 };

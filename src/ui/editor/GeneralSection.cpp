@@ -10,14 +10,13 @@
 #include "core/session/Notifications.h"
 #include "core/session/Platform.h"
 #include "ui/editor/IconButton.h"
-#include "ui/editor/RunMenuButton.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Controls.h"
 #include "ui/support/IconLoader.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
-#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 
@@ -33,42 +32,44 @@ QPixmap pixmapOf(const std::optional<Image>& icon, const Section& section) {
 }  // namespace
 
 GeneralDisplaySection::GeneralDisplaySection(const EditorContext& theContext)
-    : Section(theContext), m_grid(new SectionGrid(this)) {}
+    : Section(theContext),
+      m_icon(new QLabel),  // without an accessible name, as the texts say the same
+      m_nameValueTextField(makeName()),
+      m_forValueTextField(new ValueText({})),
+      m_runValueTextField(new ValueText({})),
+      m_enabledButton(new CheckBox(qt(localize().enabled()))) {
+  auto* const grid = new SectionGrid(this);
+  grid->addIcon(*m_icon);
+  grid->addWidget(m_nameValueTextField, 0, 1, Qt::AlignVCenter);
+  grid->addText(localize().forString(), *m_forValueTextField, 0);
+  m_runValueTextField->setCode();
+  m_runLabel = &grid->addText(localize().run(), *m_runValueTextField, 0);
+  m_enabledButton->setEnabled(false);
+  grid->addRow(*m_enabledButton);
+}
+
+ValueText* GeneralDisplaySection::makeName() const {
+  auto* const result = new ValueText({});
+  QFont bold = result->font();
+  bold.setPointSizeF(bold.pointSizeF() * 1.35);
+  bold.setBold(true);
+  result->setTextFont(bold);
+  result->setAccessibleName(qt(localize().name()));
+  return result;
+}
 
 void GeneralDisplaySection::fill(const Launchd& launchd) {
   show(GeneralRules::display(launchd, context().kinds, localize()));
 }
 
-void GeneralDisplaySection::updateIcon(const Launchd& launchd) {
-  m_shown.reset();
-  fill(launchd);
-}
-
 void GeneralDisplaySection::show(const GeneralRules::Display& display) {
-  if (m_shown == display) return;
-  m_shown = display;
-  m_grid->clear();
-  auto* iconImageView = new QLabel;  // says nothing that the texts don't
-  iconImageView->setPixmap(pixmapOf(display.icon, *this));
-  auto* nameValueTextField = new ValueText(shownText(display.name));
-  QFont bold = nameValueTextField->font();
-  bold.setPointSizeF(bold.pointSizeF() * 1.35);
-  bold.setBold(true);
-  nameValueTextField->setTextFont(bold);
-  nameValueTextField->setAccessibleName(qt(localize().name()));
-  m_grid->addIcon(*iconImageView);
-  m_grid->addWidget(nameValueTextField, 0, 1, Qt::AlignVCenter);
-
-  m_grid->addText(localize().forString(), *new ValueText(qt(display.for_)), 0);
-  if (!display.run.empty()) {
-    auto* runValueTextField = new ValueText(shownText(display.run));
-    runValueTextField->setCode();
-    m_grid->addText(localize().run(), *runValueTextField, 0);
-  }
-  auto* enabledButton = new CheckBox(qt(localize().enabled()));
-  enabledButton->setEnabled(false);
-  enabledButton->setChecked(display.isEnabled);
-  m_grid->addRow(*enabledButton);
+  m_icon->setPixmap(pixmapOf(display.icon, *this));
+  replaceText(*m_nameValueTextField, shownText(display.name));
+  replaceText(*m_forValueTextField, qt(display.for_));
+  replaceText(*m_runValueTextField, shownText(display.run));
+  m_runLabel->setVisible(!display.run.empty());
+  m_runValueTextField->setVisible(!display.run.empty());
+  m_enabledButton->setChecked(display.isEnabled);
 }
 
 GeneralEditSection::GeneralEditSection(const EditorContext& theContext)
@@ -129,7 +130,7 @@ void GeneralEditSection::fill(const Launchd& launchd) {
   updateIcon(launchd);
   m_form.fill(launchd);
   m_forPopUpButton->setCurrentIndex(m_forPopUpButton->findData(launchd.kind.rawValue()));
-  // What was typed is left as it is while it still means the same command.
+  // A text that stands for the same command is kept as it was typed.
   const std::string& command = launchd.plist().run;
   if (m_command != command) m_runValueTextField->setText(command);
   m_command = command;

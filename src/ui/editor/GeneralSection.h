@@ -1,37 +1,44 @@
 #pragma once
 
-#include <QPixmap>
-#include <optional>
+#include <string>
 
-#include "core/editor/FileCheck.h"
 #include "core/editor/GeneralRules.h"
+#include "core/editor/RunField.h"
 #include "ui/editor/FieldForm.h"
 
+class QCheckBox;
 class QComboBox;
+class QLabel;
 
 namespace mirvel::ui {
 
 class IconButton;
 class RunTextField;
 class SectionGrid;
+class ValueText;
 
-/// What a job is, what it runs and for whom, for jobs of any kind.
+/// The read-only view of what a job is, what it runs and for whom, for jobs of any kind.
 class GeneralDisplaySection final : public Section {
  public:
   explicit GeneralDisplaySection(const EditorContext& context);
 
+  /// Shows a job of any kind. For launchd jobs, use `configure`.
   void show(const GeneralRules::Display& display);
-  /// Even if the new icon has the name of the old one.
-  void updateIcon(const Launchd& launchd) override;
+  void updateIcon(const Launchd& launchd) override { fill(launchd); }
 
  private:
   void fill(const Launchd& launchd) override;
+  ValueText* makeName() const;
 
-  SectionGrid* m_grid;
-  std::optional<GeneralRules::Display> m_shown;
+  QLabel* m_icon;
+  ValueText* m_nameValueTextField;
+  ValueText* m_forValueTextField;
+  ValueText* m_runValueTextField;
+  QLabel* m_runLabel;
+  QCheckBox* m_enabledButton;
 };
 
-/// The same to be edited, for a launchd job.
+/// The editor of these properties, for a launchd job.
 class GeneralEditSection final : public Section {
  public:
   explicit GeneralEditSection(const EditorContext& context);
@@ -52,7 +59,7 @@ class GeneralEditSection final : public Section {
   IconButton* m_iconButton;
   QComboBox* m_forPopUpButton;
   RunTextField* m_runValueTextField;
-  std::string m_command;  ///< what the shown text is in the record, repaired
+  std::string m_command;  ///< the repaired form of the text in the field
 };
 
 }  // namespace mirvel::ui

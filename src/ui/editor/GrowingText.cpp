@@ -9,7 +9,7 @@ namespace mirvel::ui {
 
 namespace {
 
-constexpr int mostLines = 12;  // from there on the text scrolls
+constexpr int mostLines = 12;  // a longer text scrolls
 
 }  // namespace
 
@@ -60,7 +60,7 @@ void GrowingText::fitHeight() {
 
 void GrowingText::wheelEvent(QWheelEvent* event) {
   if (verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOff) {
-    event->ignore();  // the pane around it scrolls
+    event->ignore();  // scrolls the surrounding pane
   } else {
     QPlainTextEdit::wheelEvent(event);
   }

@@ -4,12 +4,13 @@
 
 namespace mirvel::ui {
 
-/// A text field that grows with its lines, up to a limit, and wraps them anywhere.
+/// A text field that grows with its lines, up to 12, and wraps long words. It leaves the wheel to the surrounding pane
+/// until it has to scroll.
 class GrowingText : public QPlainTextEdit {
  public:
   explicit GrowingText(int fewestLines = 1, QWidget* parent = nullptr);
 
-  /// The exact text: `toPlainText` replaces non-breaking spaces.
+  /// The text with its non-breaking spaces, which `toPlainText` replaces.
   QString exactText() const;
 
   /// The distance from the top of the widget to its text, in pixels.

@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A picture file as a PNG of the size of icons; empty if it can't be read.
+/// A picture file as PNG, scaled down to the size of icons; empty if it can't be read.
 std::string pngOf(const fs::path& file) {
   constexpr int side = 512;
   auto picture = readPicture(file);
@@ -78,9 +78,9 @@ IconButton::IconButton(const EditorContext& context) : m_context(context) {
 
 void IconButton::choose() {
   const OpenPanel panel{.showsHiddenFiles = optionHeld(), .allowedTypes = pictureTypes()};
-  const QPointer<IconButton> self(this);  // the job may be gone before the panel is
+  const QPointer<IconButton> self(this);  // may be discarded while the panel is open; see `chooseFile`
   const auto picture = m_context.platform.interface.openPanel(panel);
-  if (picture && self) use(*picture);
+  if (picture && self && isVisible()) use(*picture);
 }
 
 void IconButton::use(const fs::path& picture) {

@@ -7,7 +7,7 @@
 
 namespace mirvel::ui {
 
-/// The icon of the selected job, which can be changed: by its menu, or by a picture that is dropped on it.
+/// A button with the icon of the selected job. Its menu, or a picture dropped on it, sets a custom icon.
 class IconButton final : public QToolButton {
  public:
   explicit IconButton(const EditorContext& context);

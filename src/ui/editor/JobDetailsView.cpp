@@ -1,14 +1,15 @@
 #include "ui/editor/JobDetailsView.h"
 
 #include <QVBoxLayout>
+#include <utility>
 
 #include "core/editor/EditorTexts.h"
 #include "core/session/Selection.h"
 #include "ui/editor/GeneralSection.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
-#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 
@@ -19,34 +20,32 @@ void JobDetailsView::updateDetail() {
   const auto job = m_context.selection.job();
   if (!job) return;
   const Foundation& foundation = m_context.foundation;
-  Shown content{.general = GeneralRules::display(*job, m_context.kinds, foundation.localize),
-                .rows = JobDetails::rows(*job, foundation.localize, foundation.roots.home.native())};
-  if (m_shown == content) return;
-  show(content);
-  m_shown = std::move(content);
+  const auto rows = JobDetails::rows(*job, foundation.localize, foundation.roots.home.native());
+  std::vector<std::string> labels;
+  for (const JobDetails::Row& row : rows) labels.push_back(row.label);
+  if (m_path != job->url.text() || m_labels != labels) make(rows);
+  m_path = job->url.text();
+  m_labels = std::move(labels);
+  m_general->show(GeneralRules::display(*job, m_context.kinds, foundation.localize));
+  for (std::size_t i = 0; i < rows.size(); ++i) replaceText(*m_values[i], shownText(rows[i].text));
 }
 
-void JobDetailsView::updateIcon() {
-  m_shown.reset();  // another picture may have the same name
-  updateDetail();
-}
-
-void JobDetailsView::show(const Shown& content) {
+void JobDetailsView::make(const std::vector<JobDetails::Row>& rows) {
   auto* stack = new QWidget;
   auto* layout = new QVBoxLayout(stack);
   layout->setContentsMargins(SectionGrid::paneMargins());
   layout->setSpacing(SectionGrid::sectionSpacing);
-  auto* general = new GeneralDisplaySection(m_context);
-  general->show(content.general);
-  layout->addWidget(general);
-  auto* rows = new QWidget;
-  auto* grid = new SectionGrid(rows);
-  for (const JobDetails::Row& row : content.rows) {
-    auto* value = new ValueText(shownText(row.text));
+  m_general = new GeneralDisplaySection(m_context);
+  layout->addWidget(m_general);
+  auto* rowsView = new QWidget;
+  auto* grid = new SectionGrid(rowsView);
+  m_values.clear();
+  for (const JobDetails::Row& row : rows) {
+    auto* value = m_values.emplace_back(new ValueText({}));
     if (row.style == JobDetails::Row::Style::Code) value->setCode();
     grid->addText(row.label, *value, 0);
   }
-  layout->addWidget(rows);
+  layout->addWidget(rowsView);
   layout->addStretch();
   setWidget(stack);
 }

@@ -3,25 +3,26 @@
 #include <QCheckBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "core/base/Const.h"
-#include "core/editor/Description.h"
+#include "core/editor/SectionRows.h"
+#include "core/editor/ValueTexts.h"
 #include "core/text/Bidirectional.h"
-#include "ui/editor/KeyLabel.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
-#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 
 namespace {
 
-/// More rows than this nobody reads here, and to make them would take seconds.
-constexpr std::size_t mostRows = 300;
+// Nobody reads more, and creating their widgets would take seconds.
+constexpr std::size_t mostShownRows = 300;
 
 QCheckBox* makeBox(const std::string& key, bool isOn) {
   auto* box = new CheckBox(literalTitle(shownText(key)));
@@ -32,7 +33,7 @@ QCheckBox* makeBox(const std::string& key, bool isOn) {
   return box;
 }
 
-/// Lower by so much.
+/// The widget with a margin above it, in pixels.
 QWidget* lowered(QWidget* widget, int distance) {
   if (distance <= 0) return widget;
   auto* frame = new QWidget;
@@ -40,12 +41,6 @@ QWidget* lowered(QWidget* widget, int distance) {
   layout->setContentsMargins(0, distance, 0, 0);
   layout->addWidget(widget);
   return frame;
-}
-
-/// The button that was clicked may be in it, and at work until the click is done.
-void drop(QWidget& widget) {
-  widget.hide();
-  widget.deleteLater();
 }
 
 int firstLineHeight(const QWidget& widget) {
@@ -59,16 +54,16 @@ KeyValueSection::KeyValueSection(const Localize& localize, QWidget* parent) : QW
   layout->setContentsMargins(0, 0, 0, 0);
 }
 
-void KeyValueSection::setKeyValues(const std::vector<KeyValueItem>& items, std::optional<EditSection> editSection) {
-  m_editSection = editSection;
+void KeyValueSection::setKeyValues(const std::vector<KeyValueItem>& items, Deletable deletable) {
+  m_deletable = deletable;
   dropGrid();
   if (items.empty()) return;
 
   m_grid = new QWidget;
   m_cells = new SectionGrid(m_grid);
   m_cells->setVerticalSpacing(SectionGrid::columnSpacing / 2);
-  m_cells->setColumnMinimumWidth(2, editSection ? SectionGrid::columnSpacing : 0);
-  const std::size_t count = std::min(items.size(), mostRows);
+  m_cells->setColumnMinimumWidth(2, deletable == Deletable::Yes ? SectionGrid::columnSpacing : 0);
+  const std::size_t count = std::min(items.size(), mostShownRows);
   for (std::size_t i = 0; i < count; ++i) addRow(items[i]);
   if (count < items.size()) m_cells->addWidget(new SecondaryLabel(QStringLiteral("…")), m_cells->rowCount(), 1);
   layout()->addWidget(m_grid);
@@ -76,8 +71,7 @@ void KeyValueSection::setKeyValues(const std::vector<KeyValueItem>& items, std::
 
 void KeyValueSection::dropGrid() {
   m_rows.clear();
-  if (m_grid) drop(*m_grid);
-  m_grid = nullptr;
+  discard(std::exchange(m_grid, nullptr));
 }
 
 void KeyValueSection::addRow(const KeyValueItem& item) {
@@ -88,12 +82,12 @@ void KeyValueSection::addRow(const KeyValueItem& item) {
     row.cells.push_back(cell);
   };
   QWidget* value = makeValue(item);
-  QWidget* button = m_editSection ? makeDeleteButton(item.key) : nullptr;
-  // All are centred on the first line of the value.
+  QWidget* button = m_deletable == Deletable::Yes ? makeDeleteButton(item.key) : nullptr;
+  // Label, value and button are centred on the first line of the value.
   const int height = std::max(firstLineHeight(*value), button ? button->sizeHint().height() : 0);
   if (!item.value.as<bool>()) {
     auto* label = new KeyLabel(item.key, this);
-    if (!m_editSection) label->setForegroundRole(QPalette::PlaceholderText);
+    if (!button) label->setForegroundRole(QPalette::PlaceholderText);
     addCell(lowered(label, (height - firstLineHeight(*label)) / 2), 0);
   }
   addCell(lowered(value, (height - firstLineHeight(*value)) / 2), 1);
@@ -122,7 +116,7 @@ QWidget* KeyValueSection::makeDeleteButton(const std::string& key) {
 }
 
 void KeyValueSection::deleteRow(const std::string& key) {
-  const QPointer<KeyValueSection> self(this);  // the owner may show something else in its place
+  const QPointer<KeyValueSection> self(this);  // `remove` may replace the rows or delete the section
   if (!remove || !remove(key) || !self) return;
   const auto row = std::find_if(m_rows.begin(), m_rows.end(), [&](const Row& each) { return each.key == key; });
   if (row != m_rows.end()) dropRow(row);
@@ -131,12 +125,74 @@ void KeyValueSection::deleteRow(const std::string& key) {
 void KeyValueSection::dropRow(std::vector<Row>::iterator row) {
   for (QWidget* cell : row->cells) {
     m_cells->removeWidget(cell);
-    drop(*cell);
+    discard(cell);
   }
   const auto next = m_rows.erase(row);
   if (m_rows.empty()) return dropGrid();
   const Row& neighbour = next == m_rows.end() ? m_rows.back() : *next;
   neighbour.cells.back()->setFocus();
+}
+
+namespace {
+
+constexpr QChar zeroWidthSpace(0x200B);
+
+bool isEndOfWord(QChar character, QChar next) {
+  return !character.isLetterOrNumber() || (character.isLower() && next.isUpper());
+}
+
+/// Inserts zero-width spaces after words, as a label breaks lines only at spaces.
+QString breakable(const QString& key) {
+  constexpr qsizetype longestWord = 16;
+  QString result;
+  qsizetype length = 0;
+  for (qsizetype i = 0; i < key.size(); ++i) {
+    result.append(key[i]);
+    ++length;
+    const bool isLast = i + 1 == key.size();
+    if (isLast || key[i].isHighSurrogate() || key[i + 1].isMark()) continue;
+    if (length < longestWord && !isEndOfWord(key[i], key[i + 1])) continue;
+    result.append(zeroWidthSpace);
+    length = 0;
+  }
+  return result;
+}
+
+}  // namespace
+
+KeyLabel::KeyLabel(const std::string& key, QWidget* parent) : QLabel(parent) {
+  setTextFormat(Qt::PlainText);
+  setWordWrap(true);
+  setFixedWidth(SectionGrid::labelWidth);
+  // A label derives its direction from its text. In a right-to-left line the colon belongs to the left of a Latin key.
+  const QString text = breakable(shownText(key));
+  setText(qt(bidirectionalString({utf8(text)}, {}, isRightToLeft())) + QLatin1Char(':'));
+  setAlignment(Qt::AlignTop | Qt::AlignAbsolute | (isRightToLeft() ? Qt::AlignLeft : Qt::AlignRight));
+  setAccessibleName(shownText(key));
+}
+
+KeysSection::KeysSection(const EditorContext& theContext, StackSection section, KeyValueSection::Deletable deletable)
+    : Section(theContext), m_section(section), m_deletable(deletable), m_rows(new KeyValueSection(localize())) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_rows);
+  m_rows->remove = [this](const std::string& key) { return remove(key); };
+}
+
+void KeysSection::fill(const Launchd& launchd) {
+  auto rows = sectionRows(m_section, launchd.plist(), context().foundation);
+  if (rows == m_shown) return;
+  m_shown = std::move(rows);
+  m_rows->setKeyValues(m_shown, m_deletable);
+}
+
+bool KeysSection::remove(const std::string& key) {
+  Launchd* const job = markJobChanged();
+  if (!job) return false;
+  const bool isRemoved =
+      m_section == StackSection::Unknown ? deleteUnknown(job->plist(), key) : deleteDeprecated(job->plist(), key);
+  m_shown = sectionRows(m_section, job->plist(), context().foundation);
+  return isRemoved;
 }
 
 }  // namespace mirvel::ui

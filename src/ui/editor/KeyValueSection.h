@@ -1,35 +1,38 @@
 #pragma once
 
+#include <QLabel>
 #include <QWidget>
-
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "core/editor/SectionStack.h"
 #include "core/editor/ValueTexts.h"
+#include "ui/editor/Section.h"
 
 namespace mirvel::ui {
 
 class SectionGrid;
 
-/// Rows of keys and values that can only be read, and in the editor be deleted.
+/// Read-only rows of keys and values, which can have buttons to delete them. Shows at most 300 rows, and truncates long
+/// texts.
 class KeyValueSection final : public QWidget {
  public:
-  enum class EditSection { deprecated, unknown };
+  enum class Deletable { No, Yes };
 
   explicit KeyValueSection(const Localize& localize, QWidget* parent = nullptr);
 
-  /// Deletes a key, and returns whether it did, so that its row is removed. Called in the editor only.
+  /// Called when a delete button is clicked. Deletes the key and returns whether it did, in which case the row is
+  /// removed and the next delete button gets the focus. Required for deletable rows.
   std::function<bool(const std::string& key)> remove;
 
-  /// Replaces the rows. With an `editSection` each row has a button that deletes it.
-  void setKeyValues(const std::vector<KeyValueItem>& items, std::optional<EditSection> editSection = std::nullopt);
+  /// Replaces all rows.
+  void setKeyValues(const std::vector<KeyValueItem>& items, Deletable deletable = Deletable::No);
 
  private:
   struct Row {
     std::string key;
-    std::vector<QWidget*> cells;  // the last one takes the focus
+    std::vector<QWidget*> cells;  ///< of deletable rows, the last one is the button
   };
 
   void dropGrid();
@@ -40,10 +43,33 @@ class KeyValueSection final : public QWidget {
   void dropRow(std::vector<Row>::iterator row);
 
   const Localize& m_localize;
-  std::optional<EditSection> m_editSection;
-  QWidget* m_grid = nullptr;  // null: there are no rows
+  Deletable m_deletable = Deletable::No;
+  QWidget* m_grid = nullptr;  ///< null if there are no rows
   SectionGrid* m_cells = nullptr;
   std::vector<Row> m_rows;
+};
+
+/// The label of a value: a key and a colon, in the column of labels. Breaks a key that is wider between its words.
+class KeyLabel final : public QLabel {
+ public:
+  /// The colon is at the end of the text in the parent's layout direction.
+  explicit KeyLabel(const std::string& key, QWidget* parent);
+};
+
+/// A section of read-only keys. If they are deletable, it must be the one of deprecated or of unknown keys.
+class KeysSection final : public Section {
+ public:
+  KeysSection(const EditorContext& context, StackSection section,
+              KeyValueSection::Deletable deletable = KeyValueSection::Deletable::No);
+
+ private:
+  void fill(const Launchd& launchd) override;
+  bool remove(const std::string& key);
+
+  const StackSection m_section;
+  const KeyValueSection::Deletable m_deletable;
+  KeyValueSection* m_rows;
+  std::vector<KeyValueItem> m_shown;
 };
 
 }  // namespace mirvel::ui

@@ -5,10 +5,10 @@
 
 #include "core/editor/EditorTexts.h"
 #include "core/mainwindow/MenuController.h"
-#include "ui/editor/ButtonBar.h"
 #include "ui/editor/FocusPlace.h"
 #include "ui/editor/GeneralSection.h"
-#include "ui/editor/KeysSection.h"
+#include "ui/editor/KeyValueSection.h"
+#include "ui/editor/LaunchdViewController.h"
 #include "ui/editor/NotesSection.h"
 #include "ui/editor/WhenSection.h"
 #include "ui/support/QtText.h"
@@ -55,7 +55,7 @@ void LaunchdDisplayViewController::clearDetail() {
 }
 
 void LaunchdDisplayViewController::hideEvent(QHideEvent* event) {
-  m_shown.reset();  // the editor may write another note
+  m_shown.reset();  // the note, which isn't compared, may change in the editor
   LaunchdViewController::hideEvent(event);
 }
 
@@ -65,11 +65,11 @@ std::vector<StackEntry> LaunchdDisplayViewController::entries(const Launchd& lau
 
 Section* LaunchdDisplayViewController::makeSection(StackSection section) {
   switch (section) {
-    case StackSection::general:
+    case StackSection::General:
       return new GeneralDisplaySection(context());
-    case StackSection::when:
+    case StackSection::When:
       return new WhenDisplaySection(context());
-    case StackSection::notes:
+    case StackSection::Notes:
       return new NotesSection(context());
     default:
       return new KeysSection(context(), section);

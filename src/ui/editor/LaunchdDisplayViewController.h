@@ -9,12 +9,12 @@ class QPushButton;
 
 namespace mirvel::ui {
 
-/// The read-only details of a launchd job, with the button that opens the editor.
+/// The read-only details of a launchd job, and a button that opens the editor.
 class LaunchdDisplayViewController final : public LaunchdViewController {
  public:
   explicit LaunchdDisplayViewController(const EditorContext& context);
 
-  /// Shows the selected job. Sections without a change stay as they are, with their focus and selected text.
+  /// Shows the selected job. Focus, selected text and scroll position are kept unless another job was shown before.
   void updateDetail();
   void updateIcon();
   void clearDetail();

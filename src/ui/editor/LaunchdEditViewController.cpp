@@ -11,16 +11,15 @@
 
 #include "core/editor/EditorTexts.h"
 #include "core/editor/SectionRows.h"
-#include "ui/editor/ButtonBar.h"
 #include "ui/editor/CompareSheet.h"
-#include "ui/editor/FieldsSection.h"
+#include "ui/editor/FieldForm.h"
 #include "ui/editor/GeneralSection.h"
-#include "ui/editor/KeysSection.h"
+#include "ui/editor/KeyValueSection.h"
+#include "ui/editor/LaunchdViewController.h"
 #include "ui/editor/NotesSection.h"
 #include "ui/editor/WhenSection.h"
 #include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SymbolButton.h"
 
 namespace mirvel::ui {
 
@@ -28,9 +27,9 @@ namespace {
 
 bool isEditable(StackSection section) {
   switch (section) {
-    case StackSection::general:
-    case StackSection::when:
-    case StackSection::notes:
+    case StackSection::General:
+    case StackSection::When:
+    case StackSection::Notes:
       return true;
     default: {
       const auto fields = fieldsOf(section);
@@ -87,7 +86,7 @@ void LaunchdEditViewController::updateIcon() {
 
 std::vector<StackEntry> LaunchdEditViewController::entries(const Launchd& launchd) const {
   auto result = editStack(launchd.plist(), localize());
-  // Sections that can't be edited yet are shown if they have rows.
+  // Sections without controls are read-only, and shown only if they have rows.
   std::erase_if(result, [&](const StackEntry& entry) {
     return !isEditable(entry.section) && sectionRows(entry.section, launchd.plist(), context().foundation).empty();
   });
@@ -96,16 +95,15 @@ std::vector<StackEntry> LaunchdEditViewController::entries(const Launchd& launch
 
 Section* LaunchdEditViewController::makeSection(StackSection section) {
   switch (section) {
-    case StackSection::general:
+    case StackSection::General:
       return new GeneralEditSection(context());
-    case StackSection::when:
+    case StackSection::When:
       return new WhenEditSection(context());
-    case StackSection::notes:
+    case StackSection::Notes:
       return new NotesSection(context());
-    case StackSection::deprecated:
-      return new KeysSection(context(), section, KeyValueSection::EditSection::deprecated);
-    case StackSection::unknown:
-      return new KeysSection(context(), section, KeyValueSection::EditSection::unknown);
+    case StackSection::Deprecated:
+    case StackSection::Unknown:
+      return new KeysSection(context(), section, KeyValueSection::Deletable::Yes);
     default:
       if (isEditable(section)) return new FieldsSection(context(), section);
       return new KeysSection(context(), section);
@@ -121,7 +119,7 @@ void LaunchdEditViewController::showButtons(const EditButtons& buttons) {
   if (m_discardButton->text() != qt(buttons.discardTitle)) m_discardButton->setText(qt(buttons.discardTitle));
 }
 
-/// Locks the sections during a save: what is typed then would be in no file.
+/// Disables the sections during a save, since later input wouldn't be in the file.
 void LaunchdEditViewController::holdSections(bool isHeld) {
   if (isHeld) m_heldPlace.emplace(*this);
   content().setEnabled(!isHeld);
@@ -131,7 +129,7 @@ void LaunchdEditViewController::holdSections(bool isHeld) {
 }
 
 void LaunchdEditViewController::hideDiscardButton() {
-  if (m_discardButton->hasFocus()) focusOnFirst();  // or Qt would give it to any control
+  if (m_discardButton->hasFocus()) focusOnFirst();  // otherwise Qt would focus an arbitrary control
   m_discardButton->hide();
 }
 
@@ -165,7 +163,7 @@ bool LaunchdEditViewController::undoesFor(const QWidget& widget) const {
   return isVisible() && isAncestorOf(&widget) && !keepsOwnUndo(widget);
 }
 
-/// Text fields would handle undo themselves.
+/// Handles the shortcuts of undo and redo before text fields do, whose own undo knows only their text.
 bool LaunchdEditViewController::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::ShortcutOverride && event->type() != QEvent::KeyPress) return false;
   const auto* const widget = qobject_cast<QWidget*>(watched);
@@ -174,7 +172,7 @@ bool LaunchdEditViewController::eventFilter(QObject* watched, QEvent* event) {
   const bool isUndo = key.matches(QKeySequence::Undo);
   if (!isUndo && !key.matches(QKeySequence::Redo)) return false;
   event->accept();
-  if (event->type() == QEvent::ShortcutOverride) return true;  // comes back as a key press
+  if (event->type() == QEvent::ShortcutOverride) return true;  // a key press follows
   isUndo ? context().editing.undo() : context().editing.redo();
   return true;
 }

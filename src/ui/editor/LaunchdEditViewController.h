@@ -12,21 +12,21 @@ class QToolButton;
 
 namespace mirvel::ui {
 
-/// The editor of a launchd job. Each keystroke is written to the job's record, and to its file when it is saved.
+/// The editor of a launchd job. Writes each keystroke to the job's record; saving writes the record to the file.
 class LaunchdEditViewController final : public LaunchdViewController, private EditStackType {
  public:
   explicit LaunchdEditViewController(const EditorContext& context);
   ~LaunchdEditViewController() override;
 
-  /// Shows the selected job. Focus, cursors and selected rows stay.
+  /// Shows the selected job. Focus, cursors and selected rows are kept unless another job was shown before.
   void updateDetail();
-  /// Shows another icon, and updates nothing else.
+  /// Updates only the icon.
   void updateIcon();
   /// Focuses on the field with the name.
   void focusOnFirst();
-  /// Stops showing a job.
+  /// Removes the sections.
   void clearDetail() { dropSections(); }
-  /// Whether undo in the widget is undo of the editor, not of the widget itself.
+  /// Whether Undo, while the widget has the focus, takes back an edit of the job instead of typing in the widget.
   bool undoesFor(const QWidget& widget) const;
 
  protected:
@@ -49,7 +49,7 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   QPushButton* m_discardButton = nullptr;
   QToolButton* m_helpButton = nullptr;
   QProgressBar* m_saveProgressIndicator = nullptr;
-  std::optional<FocusPlace> m_heldPlace;  ///< while the sections are held
+  std::optional<FocusPlace> m_heldPlace;  ///< the focus to be restored after a save
 };
 
 }  // namespace mirvel::ui

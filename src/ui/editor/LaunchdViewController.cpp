@@ -1,5 +1,6 @@
 #include "ui/editor/LaunchdViewController.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include "core/editor/EditorTexts.h"
 #include "core/session/Selection.h"
 #include "ui/editor/SectionGrid.h"
+#include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
@@ -27,14 +29,6 @@ QWidget* makeHeader(const std::string& title) {
   layout->addWidget(new Hairline, 1);
   header->setAccessibleName(qt(title));
   return header;
-}
-
-/// Deletes a widget later: one of its controls may be the cause.
-void discard(QWidget* widget) {
-  if (!widget) return;
-  widget->hide();
-  widget->setParent(nullptr);
-  widget->deleteLater();
 }
 
 }  // namespace
@@ -75,7 +69,8 @@ void LaunchdViewController::updateSections() {
     }
     m_shown[i].section->configure(job);
   }
-  if (isNew) m_scrollView->setWidget(m_stackView->parentWidget());  // its height is known by now
+  // Not before the sections are filled, so that the scroll area knows their height.
+  if (isNew) m_scrollView->setWidget(m_stackView->parentWidget());
   if (isInserted) restoreTabOrder();
 }
 
@@ -113,7 +108,7 @@ void LaunchdViewController::insertSection(std::size_t position, const StackEntry
   m_shown.insert(m_shown.begin() + static_cast<std::ptrdiff_t>(position), shown);
 }
 
-/// Puts the controls in the order of the sections: Qt appends those of an inserted section at the end.
+/// Sorts the tab order by section: Qt appends the controls of an inserted section at the end.
 void LaunchdViewController::restoreTabOrder() {
   QWidget* const stack = m_stackView->parentWidget();
   QWidgetList chain;
@@ -134,6 +129,16 @@ void LaunchdViewController::dropSections() {
   m_stackView = nullptr;
   m_path.clear();
   discard(m_scrollView->takeWidget());
+}
+
+ButtonBar::ButtonBar(QWidget* parent) : QWidget(parent), m_row(new QHBoxLayout) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(new Hairline);
+  m_row->setContentsMargins(20, 10, 20, 10);
+  m_row->setSpacing(8);
+  layout->addLayout(m_row);
 }
 
 }  // namespace mirvel::ui

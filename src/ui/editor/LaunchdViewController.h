@@ -7,19 +7,20 @@
 
 #include "core/editor/SectionStack.h"
 #include "ui/editor/Section.h"
-#include "ui/editor/StackScrollView.h"
+#include "ui/editor/SectionGrid.h"
 
+class QHBoxLayout;
 class QVBoxLayout;
 
 namespace mirvel::ui {
 
-/// A stack of sections about the selected launchd job.
+/// A scrollable stack of sections about the selected launchd job.
 class LaunchdViewController : public QWidget {
  protected:
   explicit LaunchdViewController(const EditorContext& context);
 
-  /// Shows the selected job. The sections that are there already are filled in place, others are added or removed;
-  /// those of another job are all made again. Without a selected job nothing changes.
+  /// Shows the selected job. Existing sections are refilled in place, and others are added or removed as needed. If
+  /// another job was shown before, all sections are recreated. Does nothing if no launchd job is selected.
   void updateSections();
   /// Removes all sections.
   void dropSections();
@@ -39,7 +40,7 @@ class LaunchdViewController : public QWidget {
  private:
   struct Shown {
     StackSection id;
-    QWidget* header;  ///< null: it has none
+    QWidget* header;  ///< null if the section has no title
     Section* section;
   };
 
@@ -51,9 +52,20 @@ class LaunchdViewController : public QWidget {
   const EditorContext m_context;
   QVBoxLayout* m_pane;
   StackScrollView* m_scrollView;
-  QVBoxLayout* m_stackView = nullptr;  ///< null: no job has been shown
-  std::string m_path;                  ///< of the job that is shown
+  QVBoxLayout* m_stackView = nullptr;  ///< null while no job is shown
+  std::string m_path;                  ///< of the shown job
   std::vector<Shown> m_shown;
+};
+
+/// The row of buttons below the details, separated by a line.
+class ButtonBar final : public QWidget {
+ public:
+  explicit ButtonBar(QWidget* parent = nullptr);
+
+  QHBoxLayout& row() { return *m_row; }
+
+ private:
+  QHBoxLayout* m_row;
 };
 
 }  // namespace mirvel::ui

@@ -9,13 +9,13 @@
 #include "ui/editor/GrowingText.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ReplaceText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
 namespace {
 
-/// A text in which Return and Tab are signs as any other. With Shift or Control the Tab key leaves it.
+/// A text field in which Return and Tab enter characters. Shift-Tab and Control-Tab move the focus.
 class NoteField final : public GrowingText {
  public:
   NoteField() : GrowingText(4) {}
@@ -25,7 +25,7 @@ class NoteField final : public GrowingText {
     const bool isBack = event->key() == Qt::Key_Backtab;
     const bool isForth = event->key() == Qt::Key_Tab && event->modifiers().testFlag(Qt::ControlModifier);
     if (isBack || isForth) {
-      (void)QWidget::focusNextPrevChild(isForth);  // NOLINT(bugprone-parent-virtual-call): a text keeps the Tab key
+      (void)QWidget::focusNextPrevChild(isForth);  // NOLINT(bugprone-parent-virtual-call): text fields keep Tab
     } else {
       GrowingText::keyPressEvent(event);
     }
@@ -49,7 +49,7 @@ NotesSection::NotesSection(const EditorContext& theContext) : Section(theContext
   auto* grid = new SectionGrid(this);
   grid->addRow(*m_textField);
   connect(m_textField, &QPlainTextEdit::textChanged, this, [this] {
-    const auto job = context().selection.job();  // a scan may have made it anew
+    const auto job = context().selection.job();  // not `launchd()`, which a scan may have replaced
     if (job && !isFilling()) context().notes.setNote(job->url, utf8(m_textField->exactText()));
   });
 }

@@ -6,11 +6,11 @@ namespace mirvel::ui {
 
 class GrowingText;
 
-/// Marks a field whose text isn't part of the job: it undoes its own changes, instead of the editor.
+/// Marks a field whose text isn't part of the job file, so that Undo in it applies to the field and not to the editor.
 void keepOwnUndo(QWidget& field);
 bool keepsOwnUndo(const QWidget& field);
 
-/// The user's notes on a job. They are kept beside the job and can be written at any time.
+/// The user's note on a job. It isn't part of the job file, and can be edited in the read-only details as well.
 class NotesSection final : public Section {
  public:
   explicit NotesSection(const EditorContext& context);

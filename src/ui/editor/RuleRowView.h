@@ -24,17 +24,20 @@ class RuleRowView final : public QWidget {
  public:
   RuleRowView(const Localize& localize, QWidget* parent);
 
-  /// Shows that row of the editor. What stands up to that position stays as it is, with the keys if it has them.
-  void showRow(const Scheduled::RuleEditor& editor, std::size_t row, std::size_t from);
-  /// Marks the number as wrong, or as right again.
+  /// Shows a row of the editor, which is no edit. Elements whose choices are still the same are kept and updated, so
+  /// that they keep focus and cursor.
+  void showRow(const Scheduled::RuleEditor& editor, std::size_t row);
+  /// Whether the view shows the row already.
+  bool shows(const Scheduled::RuleRow& content) const;
+  /// Marks the number as invalid; null removes the mark.
   void mark(std::optional<Scheduled::NumberProblem> problem);
-  /// Shows below the row what it doesn't tell itself; nothing if that is empty.
-  void showUntold(const QString& text);
+  /// Shows a line below the row with the entries of the job file that the row can't express; empty hides it.
+  void showUnshownEntries(const QString& text);
 
-  /// Gives the keys to the number, if there is one.
+  /// Focuses on the number, if there is one.
   void focusOnNumber();
 
-  /// All that takes keys, in the order of reading; the first is the pop-up of the rule's kind.
+  /// The focusable controls in reading order; the first is the pop-up of the rule's kind.
   std::vector<QWidget*> controls() const;
   QToolButton& removeButton() { return *m_remove; }
 
@@ -53,14 +56,16 @@ class RuleRowView final : public QWidget {
   QWidget* makePopUp(const Criteria& choices, const std::string& chosen, std::size_t position);
   QWidget* makeNumberField(const std::string& text, bool isMinute);
   QWidget* makeTimePicker(Scheduled::Time time);
+  void removeElementsFrom(std::size_t position);
   void showMark();
 
   const Localize& m_localize;
   FlowLayout* m_flow;
-  std::vector<QWidget*> m_elements;
+  Criteria m_criteria;               ///< as shown
+  std::vector<QWidget*> m_elements;  ///< one for each criterion
   QLineEdit* m_number = nullptr;
   std::optional<Scheduled::NumberProblem> m_problem;
-  QLabel* m_untold;
+  QLabel* m_unshownEntries;
   QToolButton* m_remove;
   QToolButton* m_add;
 };

@@ -2,21 +2,26 @@
 
 #include <QFontDatabase>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QUrl>
 
 #include "core/editor/EditorTexts.h"
-#include "core/editor/RunMenu.h"
-#include "ui/support/InvalidData.h"
+#include "core/editor/RunField.h"
+#include "core/locale/Localize.h"
+#include "core/session/Shell.h"
+#include "ui/editor/ChooseFile.h"
+#include "ui/support/Controls.h"
+#include "ui/support/IconLoader.h"
+#include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ReplaceText.h"
 #include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
 namespace {
 
-/// What is pasted becomes one line; a command that has more, within its quotes, keeps them.
+/// Pasted text as one line. A command from a file may have line breaks within quotes; those are kept.
 QString oneLine(QString text) {
   for (const QChar end : {QChar(QLatin1Char('\n')), QChar(QLatin1Char('\r')), QChar(QChar::LineSeparator),
                           QChar(QChar::ParagraphSeparator)}) {
@@ -25,7 +30,7 @@ QString oneLine(QString text) {
   return text;
 }
 
-/// The local files of a drag, as they stand in a command.
+/// The local files of a drag, quoted as arguments of a command.
 QString droppedFiles(const QMimeData& data) {
   QStringList files;
   for (const QUrl& url : data.urls()) {
@@ -39,7 +44,7 @@ QString droppedFiles(const QMimeData& data) {
 RunTextField::RunTextField(QWidget* parent) : GrowingText(1, parent) {
   setTabChangesFocus(true);
   setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  // Paths and options are read from left to right in any language.
+  // Paths and options are read from left to right even in right-to-left languages.
   QTextOption option = document()->defaultTextOption();
   option.setTextDirection(Qt::LeftToRight);
   document()->setDefaultTextOption(option);
@@ -70,10 +75,10 @@ void RunTextField::insertCommand(const std::string& command) {
   setFocus();
 }
 
-void RunTextField::markInvalid(const QString& what) {
-  m_what = what;
-  setToolTip(what.isEmpty() ? whatsThis() : shownToolTip(utf8(what)));
-  markInvalidData(*this, what);
+void RunTextField::markInvalid(const QString& reason) {
+  m_invalidReason = reason;
+  setToolTip(reason.isEmpty() ? whatsThis() : shownToolTip(utf8(reason)));
+  markInvalidData(*this, reason);
 }
 
 void RunTextField::markMissing(const std::vector<std::filesystem::path>& files, const Localize& localize) {
@@ -99,7 +104,48 @@ void RunTextField::insertFromMimeData(const QMimeData* source) {
 
 void RunTextField::changeEvent(QEvent* event) {
   GrowingText::changeEvent(event);
-  if (event->type() == QEvent::ApplicationPaletteChange) markInvalidData(*this, m_what);
+  if (event->type() == QEvent::ApplicationPaletteChange) markInvalidData(*this, m_invalidReason);
+}
+
+RunMenuButton::RunMenuButton(const Platform& platform, const Shell& shell, const CommandRepairs& repairs,
+                             const Localize& localize, RunTextField& field)
+    : m_platform(platform),
+      m_shell(shell),
+      m_repairs(repairs),
+      m_localize(localize),
+      m_field(field),
+      m_menu(new QMenu(this)) {
+  const QString name = qt(EditorTexts(localize).actions());
+  setIcon(IconLoader::symbol("view-more"));
+  setAccessibleName(name);
+  setToolTip(name);
+  setAutoRaise(true);
+  // `setMenu` would make the style draw an arrow beside the icon.
+  connect(this, &QToolButton::clicked, this, [this] {
+    fill();
+    m_menu->popup(mapToGlobal(rect().bottomLeft()));
+  });
+}
+
+void RunMenuButton::fill() {
+  const RunMenu content = RunMenu::of(m_shell, m_repairs, m_field.text(), m_field.selectedText());
+  m_menu->clear();
+  m_menu->addAction(qt(m_localize.ellipsis().choose()), this, [this] { choose(); });
+  if (content.offersTest) {
+    m_menu->addAction(qt(EditorTexts(m_localize).test()), this, [this] { m_shell.sheets.at(Sheet::Test)(); });
+  }
+  if (!content.file) return;
+  m_menu->addSeparator();
+  m_menu->addAction(qt(m_localize.revealInFinder()), this,
+                    [this, file = *content.file] { m_platform.workspace.reveal(URL::file(file)); });
+  if (!content.offersEdit) return;
+  m_menu->addAction(qt(EditorTexts(m_localize).editScript()).remove(QChar(0x2026)).trimmed(), this,
+                    [this, file = *content.file] { m_shell.editScript(URL::file(file)); });
+}
+
+void RunMenuButton::choose() {
+  const auto file = chooseFile(*this, m_platform, {.showsHiddenFiles = optionHeld()});
+  if (file) m_field.insertCommand(chosenCommand(m_repairs, *file));
 }
 
 }  // namespace mirvel::ui

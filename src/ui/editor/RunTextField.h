@@ -1,12 +1,19 @@
 #pragma once
 
 #include <QString>
+#include <QToolButton>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "core/locale/Localize.h"
+#include "core/session/Platform.h"
 #include "ui/editor/GrowingText.h"
+
+namespace mirvel {
+class CommandRepairs;
+struct Shell;
+}  // namespace mirvel
 
 namespace mirvel::ui {
 
@@ -18,11 +25,11 @@ class RunTextField final : public GrowingText {
   std::string text() const;
   std::string selectedText() const;
   void setText(const std::string& text);
-  /// Replaces the selection by a command, or appends it if nothing is selected. Takes the focus; counts as typed.
+  /// Replaces the selection by a command, or appends it if nothing is selected, as if typed. Gets the focus.
   void insertCommand(const std::string& command);
   /// Marks the text as invalid for the given reason; an empty reason removes the mark.
-  void markInvalid(const QString& what);
-  /// Likewise for missing files that it names; none removes the mark.
+  void markInvalid(const QString& reason);
+  /// Marks the text because it names missing files; an empty list removes the mark.
   void markMissing(const std::vector<std::filesystem::path>& files, const Localize& localize);
 
  protected:
@@ -32,7 +39,27 @@ class RunTextField final : public GrowingText {
   void changeEvent(QEvent* event) override;
 
  private:
-  QString m_what;
+  QString m_invalidReason;
+};
+
+/// The menu button beside a field for a command: chooses a file, tests the command, and reveals or edits the file that
+/// the command names. Changes the field only by inserting commands.
+class RunMenuButton final : public QToolButton {
+ public:
+  /// All arguments outlive it.
+  RunMenuButton(const Platform& platform, const Shell& shell, const CommandRepairs& repairs, const Localize& localize,
+                RunTextField& field);
+
+ private:
+  void fill();
+  void choose();
+
+  const Platform& m_platform;
+  const Shell& m_shell;
+  const CommandRepairs& m_repairs;
+  const Localize& m_localize;
+  RunTextField& m_field;
+  QMenu* m_menu;
 };
 
 }  // namespace mirvel::ui

@@ -10,9 +10,11 @@ class QVBoxLayout;
 namespace mirvel::ui {
 
 class RuleRowView;
+class ValueText;
 
-/// Shows the rows of a rule editor, and hands over what is changed in them. Wraps its rows in a narrow place, and takes
-/// part in the order of its window’s tab stops where it was made itself.
+/// Shows the rows of a rule editor and forwards the edits of its controls. Wraps rows that are wider than the widget.
+/// Its controls have the widget's place in the tab order of the window, even those that are created later. Loaded rows
+/// are shown in the controls that exist, so that focus and cursor are kept where possible.
 ///
 ///     controller.load({Scheduled::EveryHour{30}}, widget.editor());
 class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorType {
@@ -24,9 +26,9 @@ class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorT
 
   Scheduled::RuleEditor& editor() { return m_editor; }
 
-  /// Otherwise the rules show as sentences. It is editable at first.
+  /// True by default. If false, the rules are shown as sentences.
   void setEditable(bool isEditable);
-  /// Adds a row at the end, which gets the keys.
+  /// Adds a row at the end and focuses on it.
   void addRow();
 
  private:
@@ -39,11 +41,10 @@ class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorT
 
   void showRows();
   void showSentences();
-  void clear();
   void insertView(std::size_t row);
   void dismiss(std::size_t row);
   std::size_t rowOf(const RuleRowView& view) const;
-  void addBehind(const RuleRowView& view);
+  void addAfter(const RuleRowView& view);
   void remove(const RuleRowView& view);
   void updateMarks();
   void updateTabOrder();
@@ -51,8 +52,8 @@ class ScheduledRuleEditor final : public QWidget, private Scheduled::RuleEditorT
   const Localize& m_localize;
   Scheduled::RuleEditor m_editor;
   QVBoxLayout* m_layout;
-  QWidget* m_sentences = nullptr;
-  std::vector<RuleRowView*> m_views;  // one for each row while it is editable
+  ValueText* m_sentences = nullptr;   ///< null while editable
+  std::vector<RuleRowView*> m_views;  ///< one for each row while editable
   bool m_isEditable = true;
 };
 

@@ -13,36 +13,38 @@
 
 namespace mirvel::ui {
 
-/// A part of the details of a launchd job, with a group of its keys. The controls of the editor write to the live
-/// record of the selected job; a section keeps no values of its own.
+/// A part of the details or the editor of a launchd job, for a group of keys. Controls write each edit to the record of
+/// the selected job at once; a section stores no values.
 class Section : public QWidget {
  public:
   explicit Section(const EditorContext& context) : m_context(context) {}
 
-  /// Shows the job, in the controls that are there: what hasn't changed keeps its focus, cursor and selection. To be
-  /// called first when the section is in its stack.
+  /// Shows the job in the existing controls, which is no edit. Controls whose value is unchanged keep focus, cursor and
+  /// selection. The section must have a parent already, since it shows and hides parts of itself.
   void configure(const std::shared_ptr<Launchd>& launchd) {
     m_launchd = launchd;
     m_isFilling = true;
     fill(*launchd);
     m_isFilling = false;
   }
-  /// The job has another icon.
+  /// Called when the icon of the job has changed, even if it has the same name.
   virtual void updateIcon(const Launchd& /*launchd*/) {}
-  /// Focuses on the first control that can't be saved, and returns why. None: all can be saved.
+  /// Checks the input before saving. Focuses on the first control whose input can't be saved and returns the reason;
+  /// null if all can be saved.
   virtual std::optional<InvalidField> refuse() { return std::nullopt; }
 
   const EditorContext& context() const { return m_context; }
   const Localize& localize() const { return m_context.foundation.localize; }
-  /// The job to which a change of a control is to be written; see `Editing::markJobChanged`. Null also while the
-  /// section is filled: that is no edit.
+  /// Begins an edit and returns the job to be changed; see `Editing::markJobChanged`. Null while `configure` runs, as
+  /// changes of controls aren't edits then.
   Launchd* markJobChanged(Editing::Step step = Editing::Step::Begins, std::string_view field = {}) {
     return m_isFilling ? nullptr : m_context.editing.markJobChanged(step, field);
   }
-  /// The job that is shown; null if there is none, or it is gone.
+  /// The shown job; null if there is none or it no longer exists.
   std::shared_ptr<Launchd> launchd() const { return m_launchd.lock(); }
 
  protected:
+  /// Updates the controls; called by `configure`.
   virtual void fill(const Launchd& launchd) = 0;
 
   bool isFilling() const { return m_isFilling; }

@@ -1,11 +1,14 @@
 #include "ui/editor/SectionGrid.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollBar>
 #include <memory>
 
 #include "core/text/Bidirectional.h"
+#include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
@@ -13,7 +16,7 @@ namespace mirvel::ui {
 
 SectionGrid::SectionGrid(QWidget* section) : QGridLayout(section) {
   setContentsMargins(0, 0, 0, 0);
-  // No spacing of the layout's own: there is none beside a column without a label.
+  // The distance is part of the first column, as a layout adds no spacing next to an empty column.
   setHorizontalSpacing(0);
   setColumnMinimumWidth(0, labelWidth + columnSpacing);
   setColumnStretch(1, 1);
@@ -21,7 +24,7 @@ SectionGrid::SectionGrid(QWidget* section) : QGridLayout(section) {
 }
 
 QLabel* SectionGrid::addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical) {
-  // In a line from right to left the colon stands at the left of a Latin title.
+  // In a right-to-left line the colon belongs to the left of a Latin title.
   const bool isRightToLeft = QGuiApplication::isRightToLeft();
   const std::string isolated = bidirectionalString({title}, {}, isRightToLeft);
   auto* label = new SecondaryLabel(qt(isolated) + QLatin1Char(':'));
@@ -38,11 +41,12 @@ void SectionGrid::addField(const std::string& title, QWidget& field, bool isStre
   addWidget(&field, rowCount() - 1, 1, isStretched ? Qt::AlignVCenter : Qt::AlignLeading | Qt::AlignVCenter);
 }
 
-void SectionGrid::addText(const std::string& title, QWidget& field, int textTop) {
+QLabel& SectionGrid::addText(const std::string& title, QWidget& field, int textTop) {
   QLabel* label = addLabel(title, field, Qt::AlignTop);
   const int difference = label->fontMetrics().ascent() - field.fontMetrics().ascent();
   label->setContentsMargins(0, std::max(0, textTop - difference), 0, 0);
   addWidget(&field, rowCount() - 1, 1, Qt::AlignTop);
+  return *label;
 }
 
 void SectionGrid::addIcon(QWidget& icon) {
@@ -61,14 +65,33 @@ void SectionGrid::addRow(QWidget& field) {
 
 void SectionGrid::clear() {
   while (const std::unique_ptr<QLayoutItem> item{takeAt(0)}) {
-    QWidget* const widget = item->widget();
-    widget->setParent(nullptr);
-    widget->deleteLater();  // it may be handling an event
+    discard(item->widget());
   }
 }
 
 void SectionGrid::indentFields(int distance) {
   setColumnMinimumWidth(0, labelWidth + columnSpacing + distance);
+}
+
+StackScrollView::StackScrollView(const QString& accessibleName) {
+  setWidgetResizable(true);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFrameShape(QFrame::NoFrame);
+  setFocusPolicy(Qt::NoFocus);  // only its controls get the focus
+  setAccessibleName(accessibleName);
+}
+
+QSize StackScrollView::minimumSizeHint() const {
+  QSize size = QScrollArea::minimumSizeHint();
+  if (widget()) size.setWidth(widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width());
+  return size;
+}
+
+/// A scroll area doesn't notify its own layout when the minimum width of its content changes.
+bool StackScrollView::eventFilter(QObject* watched, QEvent* event) {
+  const bool isDone = QScrollArea::eventFilter(watched, event);
+  if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
+  return isDone;
 }
 
 }  // namespace mirvel::ui

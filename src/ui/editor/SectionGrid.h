@@ -1,31 +1,33 @@
 #pragma once
 
 #include <QGridLayout>
+#include <QScrollArea>
 #include <string>
 
 class QLabel;
 
 namespace mirvel::ui {
 
-/// The layout of all sections: a column of labels, equally wide in each section, and a column of fields.
+/// The layout of a section: a column of labels, which has the same width in all sections, and a column of fields.
 class SectionGrid final : public QGridLayout {
  public:
   static constexpr int labelWidth = 154;
   static constexpr int columnSpacing = 8;
-  /// The icon of a job is a square.
+  /// Side of the square icon of a job.
   static constexpr int iconSide = 48;
-  /// Between the sections, and around all of them.
+  /// Distance between sections, and the margins around all of them.
   static constexpr int sectionSpacing = 12;
   static QMargins paneMargins() { return {20, 16, 20, 20}; }
 
   explicit SectionGrid(QWidget* section);
 
-  /// Adds a label, with a colon, and a field of one line. The field gets its preferred width or, stretched, all of it.
+  /// Adds a label, with a colon, and a field of one line. A field that isn't stretched has its preferred width. The
+  /// title also becomes the accessible name of a field without one.
   void addField(const std::string& title, QWidget& field, bool isStretched = true);
-  /// The same for a field of several lines, with the label beside the first: `textTop` is the distance in pixels from
-  /// the top of the field to its text.
-  void addText(const std::string& title, QWidget& field, int textTop);
-  /// Adds a picture in the place of the first label.
+  /// The same for a field of several lines, with the label beside the first line. `textTop` is the distance in pixels
+  /// from the top of the field to its text. Returns the label.
+  QLabel& addText(const std::string& title, QWidget& field, int textTop);
+  /// Adds an icon in place of the first label.
   void addIcon(QWidget& icon);
   /// Adds a field without a label.
   void addRow(QWidget& field);
@@ -36,6 +38,17 @@ class SectionGrid final : public QGridLayout {
 
  private:
   QLabel* addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical);
+};
+
+/// A scroll area for a stack of sections. It scrolls vertically only, and so can't be narrower than its sections.
+class StackScrollView : public QScrollArea {
+ public:
+  explicit StackScrollView(const QString& accessibleName);
+
+  QSize minimumSizeHint() const override;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
 }  // namespace mirvel::ui

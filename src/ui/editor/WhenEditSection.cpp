@@ -60,7 +60,7 @@ void WhenEditSection::fillRules(const jobfile::Plist& plist) {
   } else {
     wanted.setContent(unfinished);
   }
-  // Also rows that look the same may have been made from other intervals.
+  // The rows are compared with their origins: rows that look the same may have been made from other intervals.
   if (wanted.content() != editor.content()) editor.setContent(wanted.content());
   m_rules = editor.content();
   const bool isScheduled = editor.numberOfRows() > 0;
@@ -70,7 +70,7 @@ void WhenEditSection::fillRules(const jobfile::Plist& plist) {
   if (isScheduled && unfinished.empty()) showNextRuns(plist);
 }
 
-/// Conditions are gone from the record when the box has been cleared.
+/// Clearing the box removes the conditions from the record, so that their controls must be refilled.
 void WhenEditSection::written(const Field& field) {
   const auto job = launchd();
   if (field.key == "KeepAlive" && job) configure(job);
@@ -95,7 +95,7 @@ void WhenEditSection::updateScheduledHelp() {
 }
 
 void WhenEditSection::rulesDidChange() {
-  if (!isVisible()) return;  // rows that go with their section write no more
+  if (!isVisible()) return;  // the section has been discarded; its rows belong to another job
   const Scheduled::RuleEditor& rules = m_scheduledRuleEditor->editor();
   const bool isTyping = WhenRules::isTyping(m_rules, rules.content());
   m_rules = rules.content();
@@ -106,7 +106,7 @@ void WhenEditSection::rulesDidChange() {
   canBeSaved ? showNextRuns(job->plist()) : m_nextRuns->hide();
 }
 
-/// The focus moves to the box, where a new schedule begins.
+/// The focus moves to the box, from which a new schedule can be started.
 void WhenEditSection::endSchedule() {
   setCheckedQuietly(*m_scheduledButton, false);
   m_scheduledView->hide();

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "core/editor/EditorTexts.h"
 #include "core/explain/NextRuns.h"
@@ -14,7 +15,6 @@
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
-#include "ui/support/ValueText.h"
 
 namespace mirvel::ui {
 
@@ -42,7 +42,7 @@ void WhenSection::layOut(QWidget& runAtLoad, QWidget& keepAlive, QWidget& startO
   grid->addRow(startOnMount);
   grid->addRow(*m_scheduledButton);
   grid->addRow(*m_scheduledView);
-  constexpr int indent = 20;  // they belong to the box above
+  constexpr int indent = 20;  // in pixels, below the box to which the conditions belong
   m_keepAliveGrid->indentFields(indent);
   m_keepAliveGridView->hide();
   m_scheduledView->hide();
@@ -83,9 +83,7 @@ void WhenDisplaySection::fill(const Launchd& launchd) {
   const auto content = WhenRules::display(launchd.plist(), texts);
   showState(*m_runAtLoadButton, content.runAtLoad);
   showState(*m_keepAliveButton, content.keepAlive);
-  m_keepAliveGrid->clear();
-  for (const WhenRules::Condition& condition : content.conditions) addCondition(condition);
-  m_keepAliveGridView->setVisible(!content.conditions.empty());
+  showConditions(content.conditions);
   showState(*m_startOnMountButton, content.startOnMount);
   showState(*m_scheduledButton, content.isScheduled ? std::optional(true) : std::nullopt);
   m_scheduledView->setVisible(content.isScheduled);
@@ -94,14 +92,34 @@ void WhenDisplaySection::fill(const Launchd& launchd) {
   showNextRuns(launchd.plist());
 }
 
-void WhenDisplaySection::addCondition(const WhenRules::Condition& condition) {
-  if (condition.state) {
-    auto* box = new CheckBox(qt(condition.key));
-    showState(*box, condition.state);
-    m_keepAliveGrid->addRow(*box);
-    return;
+void WhenDisplaySection::showConditions(const std::vector<WhenRules::Condition>& conditions) {
+  const auto isSameControl = [](const WhenRules::Condition& a, const WhenRules::Condition& b) {
+    return a.key == b.key && a.state.has_value() == b.state.has_value();
+  };
+  if (!std::equal(conditions.begin(), conditions.end(), m_conditions.begin(), m_conditions.end(), isSameControl)) {
+    m_keepAliveGrid->clear();
+    m_conditionWidgets.clear();
+    for (const WhenRules::Condition& condition : conditions) m_conditionWidgets.push_back(makeCondition(condition));
   }
-  m_keepAliveGrid->addText(condition.key, *new ValueText(shownText(joinedLines(condition.lines))), 0);
+  for (std::size_t i = 0; i < conditions.size(); ++i) {
+    QWidget* const widget = m_conditionWidgets[i];
+    if (auto* const box = qobject_cast<QCheckBox*>(widget)) showState(*box, conditions[i].state);
+    auto* const text = qobject_cast<QTextEdit*>(widget);
+    if (text) replaceText(*text, shownText(joinedLines(conditions[i].lines)));
+  }
+  m_conditions = conditions;
+  m_keepAliveGridView->setVisible(!conditions.empty());
+}
+
+QWidget* WhenDisplaySection::makeCondition(const WhenRules::Condition& condition) {
+  if (condition.state) {
+    auto* const box = new CheckBox(qt(condition.key));
+    m_keepAliveGrid->addRow(*box);
+    return box;
+  }
+  auto* const text = new ValueText({});
+  m_keepAliveGrid->addText(condition.key, *text, 0);
+  return text;
 }
 
 }  // namespace mirvel::ui

@@ -14,38 +14,42 @@ namespace mirvel::ui {
 class ScheduledRuleEditor;
 class SectionGrid;
 
-/// When a job runs: what both forms of the section share. Each box has what depends on it below.
+/// When a job runs: the common part of the read-only form and the editor. The controls that depend on a box are below
+/// it.
 class WhenSection : public Section {
  protected:
   explicit WhenSection(const EditorContext& context);
 
-  /// Places the boxes. To be called once.
+  /// Adds the boxes to the layout. To be called once.
   void layOut(QWidget& runAtLoad, QWidget& keepAlive, QWidget& startOnMount);
   /// Shows the record's rules in the rule editor, which is no edit.
   void loadRules(const jobfile::Plist& plist);
-  /// Shows when the job runs next.
+  /// Shows the times of the next runs; nothing if there are none.
   void showNextRuns(const jobfile::Plist& plist);
 
   QWidget* m_keepAliveGridView;
   SectionGrid* m_keepAliveGrid;
   QCheckBox* m_scheduledButton;
-  QWidget* m_scheduledView;  ///< the rules, and the line below them
+  QWidget* m_scheduledView;  ///< the rules and the line with the next runs
   ScheduledRuleEditor* m_scheduledRuleEditor;
   QLabel* m_nextRuns;
 };
 
-/// The read-only form: what the record holds, and nothing else.
+/// The read-only form. Shows only the keys that the record has.
 class WhenDisplaySection final : public WhenSection {
  public:
   explicit WhenDisplaySection(const EditorContext& context);
 
  private:
   void fill(const Launchd& launchd) override;
-  void addCondition(const WhenRules::Condition& condition);
+  void showConditions(const std::vector<WhenRules::Condition>& conditions);
+  QWidget* makeCondition(const WhenRules::Condition& condition);
 
   QCheckBox* m_runAtLoadButton;
   QCheckBox* m_keepAliveButton;
   QCheckBox* m_startOnMountButton;
+  std::vector<WhenRules::Condition> m_conditions;  ///< as shown
+  std::vector<QWidget*> m_conditionWidgets;        ///< a box or a text for each
 };
 
 /// The form for editing.
@@ -67,7 +71,7 @@ class WhenEditSection final : public WhenSection, private ScheduledDelegate {
   void endSchedule();
 
   FieldForm m_form;
-  std::vector<Scheduled::RuleRow> m_rules;  ///< as of the last change
+  std::vector<Scheduled::RuleRow> m_rules;  ///< before the change that is reported next
 };
 
 }  // namespace mirvel::ui

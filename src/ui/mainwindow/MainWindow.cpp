@@ -27,7 +27,7 @@
 #include "ui/mainwindow/WindowFrame.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
-#include "ui/support/TextKeys.h"
+#include "ui/support/TextCommands.h"
 
 namespace mirvel::ui {
 
@@ -76,7 +76,7 @@ void MainWindow::makeContent(const EditorContext& editor) {
   m_splitter->setHandleWidth(1);
   m_tabs = new ModeTabs(m_context, editor.icons);
   m_details = new DetailViewController(editor);
-  m_details->keysLeft = [this] { m_tabs->setFocus(); };
+  m_details->focusLeft = [this] { m_tabs->setFocus(); };
   const int character = fontMetrics().averageCharWidth();
   m_tabs->setMinimumWidth(24 * character);
   m_splitter->addWidget(m_tabs);

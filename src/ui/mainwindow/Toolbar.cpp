@@ -18,10 +18,9 @@
 #include "core/session/Notifications.h"
 #include "core/session/Platform.h"
 #include "ui/mainwindow/MainMenu.h"
-#include "ui/support/FilterField.h"
+#include "ui/support/Controls.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
-#include "ui/support/SymbolButton.h"
 
 namespace mirvel::ui {
 

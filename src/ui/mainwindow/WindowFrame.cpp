@@ -5,7 +5,7 @@
 #include <QStyle>
 #include <algorithm>
 
-#include "ui/support/FrameNumbers.h"
+#include "ui/support/SheetViewController.h"
 
 namespace mirvel::ui {
 

@@ -4,8 +4,6 @@
 #include <QFontInfo>
 #include <algorithm>
 
-#include "ui/support/Contrast.h"
-#include "ui/support/InvalidData.h"
 #include "ui/support/Palettes.h"
 
 namespace mirvel::ui {

@@ -2,9 +2,14 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QLineEdit>
 #include <QSignalBlocker>
 #include <QStyleOptionButton>
 #include <QStylePainter>
+
+#include "core/locale/Localize.h"
+#include "ui/support/IconLoader.h"
+#include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
@@ -46,6 +51,13 @@ void RadioButton::paintEvent(QPaintEvent* /*event*/) {
   drawButton(*this, QStyle::CE_RadioButton, option);
 }
 
+void discard(QWidget* widget) {
+  if (!widget) return;
+  widget->hide();
+  widget->setParent(nullptr);
+  widget->deleteLater();
+}
+
 void setCheckedQuietly(QAbstractButton& button, bool isChecked) {
   const QSignalBlocker quiet(button);
   button.setChecked(isChecked);
@@ -74,6 +86,34 @@ void endEditing(const QWidget& form) {
   if (!focus || !form.isAncestorOf(focus) || !focus->hasFocus()) return;
   focus->clearFocus();
   focus->setFocus();
+}
+
+QToolButton* symbolButton(const char* symbol, const std::string& title, QWidget* parent) {
+  auto* button = new QToolButton(parent);
+  button->setIcon(IconLoader::symbol(symbol));
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setAccessibleName(qt(title));
+  button->setToolTip(qt(title));
+  return button;
+}
+
+void nameButtons(const QWidget& owner, const QString& name) {
+  for (auto* button : owner.findChildren<QToolButton*>()) {
+    if (button->text().isEmpty() && button->accessibleName().isEmpty()) button->setAccessibleName(name);
+  }
+}
+
+QLineEdit* filterField(const Localize& localize) {
+  auto* field = new QLineEdit;
+  const QString name = qt(localize.filter());
+  field->setPlaceholderText(name);
+  field->setAccessibleName(name);
+  field->setClearButtonEnabled(true);
+  nameButtons(*field, qt(localize.cancel()));
+  field->addAction(IconLoader::symbol("edit-find"), QLineEdit::LeadingPosition);
+  nameButtons(*field, name);
+  return field;
 }
 
 }  // namespace mirvel::ui

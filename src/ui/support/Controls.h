@@ -3,6 +3,14 @@
 #include <QCheckBox>
 #include <QPalette>
 #include <QRadioButton>
+#include <QToolButton>
+#include <string>
+
+class QLineEdit;
+
+namespace mirvel {
+class Localize;
+}
 
 namespace mirvel::ui {
 
@@ -28,6 +36,10 @@ class RadioButton final : public QRadioButton {
   void paintEvent(QPaintEvent* event) override;
 };
 
+/// Hides a widget and removes it from its parent at once, but deletes it later, as it may be handling an event. Null
+/// does nothing.
+void discard(QWidget* widget);
+
 /// Sets the state without the signals that a click would emit.
 void setCheckedQuietly(QAbstractButton& button, bool isChecked);
 
@@ -44,5 +56,15 @@ void guardFromWheel(QWidget& control);
 
 /// Makes the control with the focus commit its text, as it does when it loses the focus.
 void endEditing(const QWidget& form);
+
+/// Creates a flat button with a symbol (see `IconLoader::symbol`). The title is its tool tip and accessible name. It
+/// gets the focus by Tab, but not by a click.
+QToolButton* symbolButton(const char* symbol, const std::string& title, QWidget* parent = nullptr);
+
+/// Gives accessible names to the buttons without text that Qt has put into a widget.
+void nameButtons(const QWidget& owner, const QString& name);
+
+/// Creates a text field for searching, with a clear button.
+QLineEdit* filterField(const Localize& localize);
 
 }  // namespace mirvel::ui

@@ -1,14 +1,30 @@
 #pragma once
 
 #include <QCache>
+#include <QHash>
 #include <QIcon>
+#include <QMimeDatabase>
 #include <QString>
 #include <filesystem>
 
 #include "core/base/Image.h"
-#include "ui/support/FileIcons.h"
 
 namespace mirvel::ui {
+
+/// The icons of files, as shown by the platform's file manager: by type, or by name if there is no such file. Reads at
+/// most the first bytes of regular files and nothing of others.
+class FileIcons {
+ public:
+  QIcon icon(const std::filesystem::path& path);
+  void clear() { m_icons.clear(); }
+
+ private:
+  QString typeOf(const std::filesystem::path& path) const;
+  QIcon iconOfType(const QString& type) const;
+
+  QMimeDatabase m_types;
+  QHash<QString, QIcon> m_icons;  // by MIME type
+};
 
 /// Provides the icons for images of the core; a null icon if an image can't be loaded. Main thread only.
 class IconLoader {

@@ -1,4 +1,4 @@
-#include "ui/support/InotifyFolderMonitors.h"
+#include "ui/support/PlatformFolderMonitors.h"
 
 #include <sys/inotify.h>
 
@@ -18,8 +18,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// One inotify instance: a watch on the folder, and one on each folder on the way to it, of whose entries only the next
-/// on the way counts.
+/// Has one inotify instance with a watch on the folder and on each folder along its path, of which only the entry that
+/// the path continues with counts.
 class InotifyFolderMonitor final : public FolderMonitor {
  public:
   InotifyFolderMonitor(fs::path folder, std::function<void()> folderDidChange, Inotify inotify,
@@ -38,13 +38,13 @@ class InotifyFolderMonitor final : public FolderMonitor {
   }
 
  private:
-  /// What a batch of events asks for.
+  /// The meaning of a batch of events.
   struct News {
-    bool isOfFolder = false;  ///< something in the folder has changed
-    bool isOfWay = false;     ///< another folder may be in its place, or none
+    bool isOfFolder = false;  ///< an entry of the folder has changed
+    bool isOfPath = false;    ///< the path may lead to another folder now, or to none
   };
   struct Watch {
-    std::set<std::string> names;  ///< the entries that count, if it isn't the folder itself
+    std::set<std::string> names;  ///< the entries along the path
     bool isFolder = false;
   };
 
@@ -66,37 +66,38 @@ class InotifyFolderMonitor final : public FolderMonitor {
 };
 
 constexpr std::uint32_t selfEvents = IN_DELETE_SELF | IN_MOVE_SELF;
-constexpr std::uint32_t wayEvents = IN_CREATE | IN_DELETE | IN_MOVE | IN_ATTRIB | selfEvents;
-constexpr std::uint32_t folderEvents = wayEvents | IN_CLOSE_WRITE;
+constexpr std::uint32_t pathEvents = IN_CREATE | IN_DELETE | IN_MOVE | IN_ATTRIB | selfEvents;
+constexpr std::uint32_t folderEvents = pathEvents | IN_CLOSE_WRITE;
 
 void InotifyFolderMonitor::readEvents() {
   News news;
-  for (const Inotify::Event& event : m_inotify.read()) collect(event, news);  // the notifier reports again what is left
+  for (const Inotify::Event& event : m_inotify.read())
+    collect(event, news);  // the notifier reports unread events again
   const bool wasThere = m_isThere;
-  if (news.isOfWay) arm();
-  if (news.isOfFolder || (news.isOfWay && (wasThere || m_isThere))) {
-    const auto folderDidChange = m_folderDidChange;  // the call may end this monitor
+  if (news.isOfPath) arm();
+  if (news.isOfFolder || (news.isOfPath && (wasThere || m_isThere))) {
+    const auto folderDidChange = m_folderDidChange;  // a copy, since the call may destroy this monitor
     folderDidChange();
   }
 }
 
 void InotifyFolderMonitor::collect(const Inotify::Event& event, News& news) const {
   if ((event.mask & IN_Q_OVERFLOW) != 0) {
-    news = {.isOfFolder = true, .isOfWay = true};
+    news = {.isOfFolder = true, .isOfPath = true};
     return;
   }
   const auto watch = m_watches.find(event.watch);
-  if (watch == m_watches.end()) return;  // an older one that is already taken off
-  if ((event.mask & (selfEvents | IN_UNMOUNT | IN_IGNORED)) != 0) news.isOfWay = true;
-  if (watch->second.names.count(event.name) > 0) news.isOfWay = true;
+  if (watch == m_watches.end()) return;  // an event of a watch that has been removed
+  if ((event.mask & (selfEvents | IN_UNMOUNT | IN_IGNORED)) != 0) news.isOfPath = true;
+  if (watch->second.names.count(event.name) > 0) news.isOfPath = true;
   if (watch->second.isFolder) news.isOfFolder = true;
 }
 
-/// Watches the way to the folder as it now is, and the folder if it is there.
+/// Sets the watches for the current path and, if it exists, the folder.
 void InotifyFolderMonitor::arm() {
   std::map<int, Watch> watches;
   const auto visit = [&](const fs::path& folder, const std::string& name) {
-    const int watch = add(folder, wayEvents);
+    const int watch = add(folder, pathEvents);
     if (watch >= 0) watches[watch].names.insert(name);
   };
   const auto folder = walkTo(m_folder, visit);
@@ -107,12 +108,13 @@ void InotifyFolderMonitor::arm() {
   }
   if (m_isExhausted) return fallBack();
   for (const auto& [watch, unused] : m_watches) {
-    if (watches.count(watch) == 0) m_inotify.remove(watch);  // gone with its folder, or now
+    if (watches.count(watch) == 0) m_inotify.remove(watch);  // fails if the kernel has removed it with its folder
   }
   m_watches = std::move(watches);
 }
 
-/// The watch descriptor, or -1: the folder has just gone, which another watch will tell, or may not be read.
+/// Returns a watch descriptor, or -1 if the folder can't be read or has just been removed, which the watch of its
+/// parent reports.
 int InotifyFolderMonitor::add(const fs::path& folder, std::uint32_t events) {
   const int watch = m_inotify.add(folder, events | IN_MASK_ADD | IN_ONLYDIR);
   if (watch < 0 && (errno == ENOSPC || errno == ENOMEM)) m_isExhausted = true;

@@ -3,10 +3,15 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmap>
+#include <QPixmapCache>
 #include <QStringList>
+#include <QSvgRenderer>
 #include <algorithm>
-
-#include "ui/support/SvgIconEngine.h"
+#include <utility>
 
 // Registers the resources, which a static library doesn't do by itself. Q_INIT_RESOURCE must be used outside of
 // namespaces.
@@ -71,3 +76,84 @@ bool themeHasAllSymbolic() {
 }
 
 }  // namespace mirvel::ui::OwnIcons
+
+namespace mirvel::ui {
+
+namespace {
+
+constexpr char colorWord[] = "currentColor";
+constexpr double disabledOpacity = 0.4;  // for icons with their own colours
+
+QColor colorOf(QIcon::Mode mode) {
+  const QPalette palette = QGuiApplication::palette();
+  switch (mode) {
+    case QIcon::Disabled:
+      return palette.color(QPalette::Disabled, QPalette::ButtonText);
+    case QIcon::Selected:
+      return palette.color(QPalette::Active, QPalette::HighlightedText);
+    case QIcon::Normal:
+    case QIcon::Active:
+      break;
+  }
+  return palette.color(QPalette::Active, QPalette::ButtonText);
+}
+
+QPixmap rendered(const QByteArray& svg, const QSize& size, double opacity) {
+  QPixmap pixmap(size);
+  pixmap.fill(Qt::transparent);
+  QSvgRenderer renderer(svg);
+  if (!renderer.isValid()) return pixmap;
+  renderer.setAspectRatioMode(Qt::KeepAspectRatio);
+  QPainter painter(&pixmap);
+  painter.setOpacity(opacity);
+  renderer.render(&painter);
+  return pixmap;
+}
+
+}  // namespace
+
+SvgIconEngine::SvgIconEngine(QByteArray svg) : m_svg(std::move(svg)), m_isSymbolic(m_svg.contains(colorWord)) {}
+
+void SvgIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) {
+  const qreal ratio = painter->device() ? painter->device()->devicePixelRatio() : 1.0;
+  QPixmap drawn = pixmap((QSizeF(rect.size()) * ratio).toSize(), mode, state);
+  drawn.setDevicePixelRatio(ratio);
+  painter->drawPixmap(rect, drawn);
+}
+
+QPixmap SvgIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/) {
+  if (size.isEmpty()) return {};
+  const QColor color = m_isSymbolic ? colorOf(mode) : QColor(Qt::black);
+  const double opacity = m_isSymbolic ? color.alphaF() : mode == QIcon::Disabled ? disabledOpacity : 1.0;
+  const QString cacheKey = QStringLiteral("mirvel-svg-%1-%2x%3-%4-%5")
+                               .arg(qHash(m_svg), 0, 16)
+                               .arg(size.width())
+                               .arg(size.height())
+                               .arg(color.name())
+                               .arg(opacity);
+  QPixmap pixmap;
+  if (QPixmapCache::find(cacheKey, &pixmap)) return pixmap;
+  QByteArray svg = m_svg;
+  pixmap = rendered(svg.replace(colorWord, color.name().toLatin1()), size, opacity);
+  QPixmapCache::insert(cacheKey, pixmap);
+  return pixmap;
+}
+
+QSize SvgIconEngine::actualSize(const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/) {
+  const int side = std::min(size.width(), size.height());
+  return {side, side};
+}
+
+bool SvgIconEngine::isNull() {
+  return m_svg.isEmpty();
+}
+
+QString SvgIconEngine::key() const {
+  return QStringLiteral("mirvel-svg");
+}
+
+QIconEngine* SvgIconEngine::clone() const {
+  return new SvgIconEngine(m_svg);
+}
+
+}  // namespace mirvel::ui

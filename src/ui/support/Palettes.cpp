@@ -1,6 +1,9 @@
 #include "ui/support/Palettes.h"
 
 #include <QColor>
+#include <QWidget>
+#include <algorithm>
+#include <cmath>
 
 namespace mirvel::ui {
 
@@ -47,6 +50,39 @@ QPalette paletteOf(Scheme scheme) {
 Scheme schemeOf(const QPalette& palette) {
   const auto lightness = [&](QPalette::ColorRole role) { return palette.color(QPalette::Active, role).lightnessF(); };
   return lightness(QPalette::WindowText) > lightness(QPalette::Window) ? Scheme::Dark : Scheme::Light;
+}
+
+namespace {
+
+// The constants of these functions are defined by WCAG 2.1 and the sRGB colour space.
+double linear(double value) {
+  return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor& color) {
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+}  // namespace
+
+double contrast(const QColor& one, const QColor& other) {
+  const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+  return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor invalidData(const QPalette& palette) {
+  return QColor::fromRgb(schemeOf(palette) == Scheme::Dark ? 0xff6961 : 0xc8001a);
+}
+
+void markInvalidData(QWidget& field, const QString& what) {
+  QPalette colors;  // unset roles are inherited from the parent
+  if (!what.isEmpty()) {
+    const QColor red = invalidData(field.parentWidget() ? field.parentWidget()->palette() : field.palette());
+    colors.setColor(QPalette::Text, red);
+    colors.setColor(QPalette::PlaceholderText, red);
+  }
+  field.setPalette(colors);
+  field.setAccessibleDescription(what);
 }
 
 }  // namespace mirvel::ui

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QMimeData>
+#include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
 #include <algorithm>
@@ -11,9 +12,14 @@
 #include <utility>
 
 #include "core/process/UserName.h"
-#include "ui/support/FileManager.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ReadPicture.h"
+
+#ifdef Q_OS_LINUX
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#endif
 
 namespace mirvel::ui {
 
@@ -43,6 +49,39 @@ std::vector<fs::path> foldersIn(const fs::path& folder) {
   std::sort(folders.begin(), folders.end());
   return folders;
 }
+
+/// The file URL of a path, byte for byte, even if the path isn't valid UTF-8.
+QUrl fileUrl(const fs::path& path) {
+  return QUrl::fromEncoded("file://" + QByteArray::fromStdString(path.native()).toPercentEncoding("/"));
+}
+
+/// Asks the desktop's file manager to show a file and select it. Doesn't wait. Calls `otherwise` if that fails, now or
+/// later, but not after `context` has been destroyed.
+#ifdef Q_OS_LINUX
+// https://www.freedesktop.org/wiki/Specifications/file-manager-interface/
+void showInFileManager(const fs::path& file, QObject& context, std::function<void()> otherwise) {
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return otherwise();  // the reply to a call would never arrive
+  const QString service = QStringLiteral("org.freedesktop.FileManager1");
+  QDBusMessage call = QDBusMessage::createMethodCall(service, QStringLiteral("/org/freedesktop/FileManager1"), service,
+                                                     QStringLiteral("ShowItems"));
+  call << QStringList{QString::fromLatin1(fileUrl(file).toEncoded())} << QString();
+  auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), &context);
+  QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &context, [watcher, otherwise = std::move(otherwise)] {
+    watcher->deleteLater();
+    if (watcher->isError()) otherwise();
+  });
+}
+
+#else
+
+void showInFileManager(const fs::path& file, QObject& /*context*/, std::function<void()> otherwise) {
+  const auto path = qtPath(file);
+  const QString program = QStringLiteral("/usr/bin/open");
+  if (!path || !QProcess::startDetached(program, {QStringLiteral("-R"), *path})) otherwise();
+}
+
+#endif
 
 }  // namespace
 

@@ -12,7 +12,7 @@ namespace mirvel::ui {
 
 namespace {
 
-constexpr std::size_t mostBytes = 16UL * 1024 * 1024;
+constexpr std::size_t mostPictureBytes = 16UL * 1024 * 1024;
 constexpr int mostPixels = 4096;
 
 bool fits(const QSize& size) {
@@ -38,8 +38,8 @@ std::optional<QByteArray> readStart(const std::filesystem::path& file, std::size
 }
 
 std::optional<QImage> readPicture(const std::filesystem::path& file) {
-  auto bytes = readStart(file, mostBytes + 1);
-  if (!bytes || static_cast<std::size_t>(bytes->size()) > mostBytes) return std::nullopt;
+  auto bytes = readStart(file, mostPictureBytes + 1);
+  if (!bytes || static_cast<std::size_t>(bytes->size()) > mostPictureBytes) return std::nullopt;
   QBuffer buffer(&*bytes);
   QImageReader reader(&buffer);  // by content, since extensions can be wrong
   reader.setAutoTransform(true);

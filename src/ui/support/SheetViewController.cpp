@@ -1,8 +1,9 @@
 #include "ui/support/SheetViewController.h"
 
 #include <QScreen>
+#include <QStringList>
 
-#include "ui/support/FrameNumbers.h"
+#include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
@@ -24,6 +25,23 @@ void SheetViewController::done(int result) {
   // If the settings can't be written, only the size is lost.
   if (m_hasSize) (void)m_defaults.setText(m_key, textOf({width(), height()}));
   QDialog::done(result);
+}
+
+QList<int> numbersIn(const std::optional<std::string>& text) {
+  QList<int> result;
+  if (!text) return result;
+  for (const QString& word : qt(*text).split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    bool isNumber = false;
+    result.append(word.toInt(&isNumber));
+    if (!isNumber) return {};
+  }
+  return result;
+}
+
+std::string textOf(const QList<int>& numbers) {
+  QStringList words;
+  for (const int number : numbers) words.append(QString::number(number));
+  return utf8(words.join(QLatin1Char(' ')));
 }
 
 }  // namespace mirvel::ui

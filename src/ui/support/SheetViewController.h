@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDialog>
+#include <QList>
+#include <optional>
 #include <string>
 
 #include "core/settings/Defaults.h"
@@ -25,5 +27,9 @@ class SheetViewController : public QDialog {
   const std::string m_key;
   bool m_hasSize = false;
 };
+
+/// Parses the numbers of a stored position or size. Returns an empty list if there is none or it is malformed.
+QList<int> numbersIn(const std::optional<std::string>& text);
+std::string textOf(const QList<int>& numbers);
 
 }  // namespace mirvel::ui

@@ -3,6 +3,9 @@
 #include <QString>
 #include <string_view>
 
+class QLineEdit;
+class QPlainTextEdit;
+class QTextEdit;
 class QWidget;
 
 namespace mirvel::ui {
@@ -20,5 +23,11 @@ void setHelp(QWidget& control, std::string_view help);
 
 /// Makes a path run from left to right within any text (Unicode Standard Annex 9, isolates).
 QString leftToRight(const QString& path);
+
+/// Changes only that part of a field's text which differs, so that the cursor stays where it is or moves with its
+/// surroundings. Does nothing if the text is the same.
+void replaceText(QLineEdit& field, const QString& text);
+void replaceText(QPlainTextEdit& field, const QString& text);
+void replaceText(QTextEdit& field, const QString& text);
 
 }  // namespace mirvel::ui

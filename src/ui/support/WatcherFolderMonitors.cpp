@@ -1,4 +1,4 @@
-#include "ui/support/WatcherFolderMonitors.h"
+#include "ui/support/PlatformFolderMonitors.h"
 
 #include <sys/stat.h>
 
@@ -72,7 +72,7 @@ void WatcherFolderMonitor::look() {
   folderDidChange();
 }
 
-/// Watches what exists now, and returns the way.
+/// Watches everything that exists now, and returns the entries along the path.
 WatcherFolderMonitor::Way WatcherFolderMonitor::arm() {
   Way way;
   QStringList paths;

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "core/actions/MoveTarget.h"
+#include "core/actions/JobOnDisk.h"
 #include "core/base/Const.h"
 #include "support/ProgramFixture.h"
 

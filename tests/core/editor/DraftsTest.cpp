@@ -61,7 +61,7 @@ TEST_F(DraftsTest, AnEditThatACrashCutOffGoesOn) {
   EXPECT_THAT(interface.sheets, SizeIs(1)) << "it still isn't saved";
 }
 
-TEST_F(DraftsTest, WhatIsKeptGoesWithTheEdit) {
+TEST_F(DraftsTest, TheCopyIsRemovedWithTheEdit) {
   const struct {
     const char* how;
     std::function<void()> end;
@@ -185,7 +185,7 @@ TEST_F(DraftsTest, TextThatCantBeInAJobFileIsAskedAboutOnce) {
   EXPECT_TRUE(program().termination.applicationShouldTerminate()) << "a second signal";
 }
 
-TEST_F(DraftsTest, WhatCantBeKeptIsAskedAbout) {
+TEST_F(DraftsTest, AnEditThatCantBeKeptIsReported) {
   (void)folder.write("support", "a file where the folder should be");
   start();
   edit("a", 5);

@@ -46,6 +46,13 @@ class EditControllerTest : public testdata::ProgramFixture {
     ASSERT_TRUE(job);
     job->plist().nice = 5;
   }
+  /// Begins to edit a job whose file has these contents.
+  jobfile::Plist& edit(const std::string& bytes) {
+    (void)write(Kind::userAgent, "a.plist", bytes);
+    scan();
+    program().selection.select(jobNamed("a"));
+    return program().editing.markJobChanged()->plist();
+  }
   void changeFile(const char* command = "/bin/theirs") { (void)writeJob(Kind::userAgent, "a", {{"Program", command}}); }
 
   std::filesystem::path file;
@@ -66,7 +73,7 @@ TEST_F(EditControllerTest, ButtonsFollowTheState) {
       {false, false, true, Kind::userAgent, {false, false, true, "Discard Changes"}},
       {true, false, false, Kind::userAgent, {true, true, false, "Done"}},
       {true, false, true, Kind::userAgent, {true, true, false, "Discard Changes"}},
-      {false, true, false, Kind::userAgent, {true, false, true, "Done"}},  // a scan takes no keys away
+      {false, true, false, Kind::userAgent, {true, false, true, "Done"}},  // a scan disables nothing
       {true, true, false, Kind::userAgent, {true, true, false, "Done"}},
       {false, false, true, Kind::systemDaemon, {false, false, false, "Discard Changes"}},
   };
@@ -80,7 +87,7 @@ TEST_F(EditControllerTest, ButtonsFollowTheState) {
   }
 }
 
-TEST_F(EditControllerTest, SavingTakesOverWhatIsTypedAndSendsTheRecord) {
+TEST_F(EditControllerTest, SavingCommitsTypedTextAndSendsTheRecord) {
   edit();
   controller.save();
   EXPECT_EQ(stack.endedEditing, 1);
@@ -112,7 +119,7 @@ TEST_F(EditControllerTest, OnlyAJobOfLaunchdCanBeSaved) {
   EXPECT_EQ(stack.endedEditing, 0);
 }
 
-TEST_F(EditControllerTest, DiscardingReadsTheFileAnewAndLeavesAlsoWithoutAChange) {
+TEST_F(EditControllerTest, DiscardingReadsTheFileAgainAndLeavesTheEditor) {
   controller.discardEdits();
   EXPECT_EQ(shell.count("showDisplay"), 1U);
   EXPECT_EQ(fetchQueue.count(), 0U);
@@ -153,7 +160,7 @@ TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSay
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 
-TEST_F(EditControllerTest, WhatAFailedSaveWroteIsNobodyElsesChange) {
+TEST_F(EditControllerTest, AFileWrittenByAFailedSaveIsNoConflict) {
   edit();
   controller.save();
   (void)write(Kind::userAgent, "a.plist", helpers.requests.front().text("string"));
@@ -188,7 +195,7 @@ TEST_F(EditControllerTest, AnEditBeforeTheScanThatFollowsASaveBeginsWithWhatWasS
   EXPECT_THAT(interface.sheets, SizeIs(1)) << "but that one did";
 }
 
-TEST_F(EditControllerTest, WhatAnotherProgramWroteIsThereAtOnceWhenAnEditIsDiscarded) {
+TEST_F(EditControllerTest, AnotherProgramsChangesAreShownWhenAnEditIsDiscarded) {
   edit();
   changeFile();
   controller.discardEdits();
@@ -217,7 +224,7 @@ TEST_F(EditControllerTest, CommentsAreAskedAboutOnceWhenAllElseIsDecided) {
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 
-TEST_F(EditControllerTest, TheirVersionTakesThePlaceOfMine) {
+TEST_F(EditControllerTest, TheirVersionReplacesMine) {
   edit();
   changeFile();
   controller.save();
@@ -238,8 +245,8 @@ TEST_F(EditControllerTest, TheirVersionIsTakenWithoutAChangeOfMineToo) {
   EXPECT_THAT(helpers.requests, IsEmpty());
 }
 
-// The scan that reads the job anew may take a while.
-TEST_F(EditControllerTest, WhatWasDroppedIsGoneAtOnce) {
+// Before the scan has read the job again.
+TEST_F(EditControllerTest, DiscardedEditsAreGoneAtOnce) {
   edit();
   program().selection.job()->kind = Kind::localDaemon;
   controller.discardEdits();
@@ -312,6 +319,39 @@ TEST_F(EditControllerTest, AFileThatIsGoneOrNoLongerAJobIsNoObstacle) {
 TEST_F(EditControllerTest, HelpIsThePageAboutSettings) {
   controller.help();
   EXPECT_THAT(workspace.deeds, ElementsAre("openAddress https://mirvel.app/mirvel/#settings"));
+}
+
+TEST_F(EditControllerTest, CancellingTheQuestionAboutTheCommandSavesAndChangesNothing) {
+  jobfile::Plist& record = edit(testdata::jobText("a", {{"Program", "/bin/ls"}}));
+  record.run = "/bin/ls | wc";
+  const jobfile::Plist before = record.clone();
+  interface.answer.button = Interface::otherButton;
+  controller.save();
+  EXPECT_THAT(interface.alerts, SizeIs(1));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_EQ(record, before);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
+  EXPECT_TRUE(program().editing.canUndo());
+
+  interface.answer.button = Interface::alternateButton;
+  controller.save();
+  EXPECT_EQ(*helpers.written().find("ProgramArguments"),
+            propertylist::Value(propertylist::Array{"/bin/ls", "|", "wc"}));
+}
+
+TEST_F(EditControllerTest, CancellingTheQuestionAboutCommentsSavesAndChangesNothing) {
+  jobfile::Plist& record =
+      edit("<plist><dict><!-- kept --><key>Label</key><string>a</string><key>Odd</key><real>1</real></dict></plist>");
+  record.nice = 5;
+  interface.answer.button = Interface::alternateButton;
+  controller.save();
+  EXPECT_THAT(interface.alerts, SizeIs(1));
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
+
+  interface.answer.button = Interface::defaultButton;
+  controller.save();
+  EXPECT_EQ(helpers.written(), (propertylist::Dictionary{{"Label", "a"}, {"Odd", 1.0}, {"Nice", 5}}));
 }
 
 }  // namespace

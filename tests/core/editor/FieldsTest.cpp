@@ -151,7 +151,7 @@ TEST(FieldsTest, ANumberIsWrittenOnlyIfAllOfTheTextIsOne) {
 
 TEST(FieldsTest, AFieldBelongsToOneSectionAndSaysForWhichJobsItIs) {
   std::size_t count = 0;
-  for (int section = 0; section <= static_cast<int>(StackSection::notes); ++section) {
+  for (int section = 0; section <= static_cast<int>(StackSection::Notes); ++section) {
     for (const Field& field : fieldsOf(static_cast<StackSection>(section))) {
       EXPECT_EQ(static_cast<int>(field.section), section) << field.key;
       EXPECT_EQ(&fieldOf(field.key), &field) << "keys are unique";

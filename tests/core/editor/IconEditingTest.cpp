@@ -37,7 +37,7 @@ TEST_F(IconEditingTest, AnIconIsStoredUnderThePathOfItsJobAndShown) {
   EXPECT_EQ(shell.count("updateIcon"), 3U);
 }
 
-TEST_F(IconEditingTest, WhatCantBeStoredIsToldAndChangesNothing) {
+TEST_F(IconEditingTest, AFailureIsReportedAndChangesNothing) {
   writeJob(Kind::userAgent, "a");
   scan();
   (void)folder.write("support", "a file in the place of the folder");

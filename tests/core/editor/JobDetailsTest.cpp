@@ -19,7 +19,7 @@ class JobDetailsTest : public testdata::ProgramFixture {
   }
 };
 
-TEST_F(JobDetailsTest, EachSortOfJobTellsWhatItIsAndWhenItRuns) {
+TEST_F(JobDetailsTest, EachKindHasItsRows) {
   loginItems.ownItems = {{"own", roots.home.string() + "/own", {}, {}}};
   (void)write(Kind::localStartupItem, "Web/StartupParameter.plist",
               testdata::startupParameters("Web", propertylist::Array{"Web"}));

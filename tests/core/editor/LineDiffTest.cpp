@@ -12,13 +12,13 @@ namespace {
 std::string shown(const std::vector<DiffLine>& lines) {
   std::string result;
   for (const DiffLine& line : lines) {
-    const char sign = line.in == DiffLine::In::both ? '=' : line.in == DiffLine::In::mine ? '-' : '+';
+    const char sign = line.in == DiffLine::In::Both ? '=' : line.in == DiffLine::In::Mine ? '-' : '+';
     result += (result.empty() ? "" : " ") + std::string(1, sign) + std::string(line.text);
   }
   return result;
 }
 
-TEST(LineDiffTest, CommonLinesStandTogether) {
+TEST(LineDiffTest, CommonLinesAreAligned) {
   const struct {
     const char* mine;
     const char* theirs;
@@ -49,8 +49,8 @@ TEST(LineDiffTest, BothTextsCanBeTakenFromIt) {
     std::string first;
     std::string second;
     for (const DiffLine& line : lineDiff(mine, theirs)) {
-      if (line.in != DiffLine::In::theirs) first += std::string(line.text) + "\n";
-      if (line.in != DiffLine::In::mine) second += std::string(line.text) + "\n";
+      if (line.in != DiffLine::In::Theirs) first += std::string(line.text) + "\n";
+      if (line.in != DiffLine::In::Mine) second += std::string(line.text) + "\n";
     }
     EXPECT_EQ(first, mine);
     EXPECT_EQ(second, theirs);

@@ -42,7 +42,7 @@ TEST_F(NotesStoreTest, IsWrittenOnceTheTypingPauses) {
   EXPECT_EQ(notes.note(b), "");
 }
 
-TEST_F(NotesStoreTest, WhatWasTypedLastIsWrittenAtTheEnd) {
+TEST_F(NotesStoreTest, PendingChangesAreWrittenAtTheEnd) {
   std::optional<NotesStore> notes(std::in_place, folder.path(), queue, troubles);
   notes->setNote(a, "last words");
   notes.reset();
@@ -50,7 +50,7 @@ TEST_F(NotesStoreTest, WhatWasTypedLastIsWrittenAtTheEnd) {
   EXPECT_EQ(noteOnDisk(a), "last words");
 }
 
-TEST_F(NotesStoreTest, APathThatIsNoTextHasANoteLikeAnyOther) {
+TEST_F(NotesStoreTest, APathThatIsNotUtf8CanHaveANote) {
   const URL odd = URL::file("/a\xff.plist");
   {
     NotesStore notes(folder.path(), queue, troubles);

@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/editor/FileCheck.h"
-#include "core/editor/RunMenu.h"
+#include "core/editor/RunField.h"
 #include "core/session/Shell.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
@@ -49,7 +48,7 @@ TEST_F(RunFieldTest, TheMenuOffersWhatTheProgramCanDo) {
   EXPECT_FALSE(menu("/bin/ls").offersTest);
 }
 
-TEST_F(RunFieldTest, FilesStandInACommandSoThatTheyAreOneArgument) {
+TEST_F(RunFieldTest, FilesAreQuotedAsOneArgument) {
   EXPECT_EQ(fileWord("/a/b(c)"), "/a/b(c)");
   EXPECT_EQ(fileWord("/a/b'c"), "\"/a/b'c\"");
   EXPECT_EQ(fileWord("/a b"), "\"/a b\"");

@@ -25,6 +25,13 @@ Plist record(const Dictionary& keys) {
   return std::move(*read);
 }
 
+bool isSectionShown(const jobfile::Plist& plist, StackSection section) {
+  for (const auto& entry : editStack(plist, Localize("en"))) {
+    if (entry.section == section) return true;
+  }
+  return false;
+}
+
 /// "Key=text", and a box as "Key[x]" or "Key[ ]".
 Texts texts(const std::vector<KeyValueItem>& rows) {
   Texts result;
@@ -45,21 +52,21 @@ TEST(SectionRowsTest, EachSectionShowsItsKeysInItsOrder) {
     Dictionary keys;
     Texts rows;
   } table[] = {
-      {StackSection::root,
+      {StackSection::Root,
        {{"GroupName", "wheel"}, {"UserName", "root"}, {"InitGroups", false}},
        {"InitGroups[ ]", "UserName=root", "GroupName=wheel"}},
-      {StackSection::root, {{"UserName", ""}, {"GroupName", ""}}, {}},
-      {StackSection::paths,
+      {StackSection::Root, {{"UserName", ""}, {"GroupName", ""}}, {}},
+      {StackSection::Paths,
        {{"StandardErrorPath", "/nowhere/home/e"},
         {"StandardInPath", ""},
         {"StandardOutPath", "/o"},
         {"WorkingDirectory", "/w"}},
        {"StandardErrorPath=/nowhere/home/e", "StandardOutPath=/o", "WorkingDirectory=/w"}},
-      {StackSection::paths,
+      {StackSection::Paths,
        {{"QueueDirectories", Array{"/nowhere/home/q", "", "relative"}}, {"WatchPaths", Array{"/nowhere/home", "/b"}}},
        {"QueueDirectories=~/q\nrelative", "WatchPaths=~\n/b"}},
-      {StackSection::paths, {{"QueueDirectories", Array{}}}, {}},
-      {StackSection::limits,
+      {StackSection::Paths, {{"QueueDirectories", Array{}}}, {}},
+      {StackSection::Limits,
        {{"LowPriorityIO", true},
         {"LowPriorityBackgroundIO", false},
         {"LaunchOnlyOnce", true},
@@ -68,22 +75,22 @@ TEST(SectionRowsTest, EachSectionShowsItsKeysInItsOrder) {
         {"ProcessType", "Odd"}},
        {"LowPriorityIO[x]", "LowPriorityBackgroundIO[ ]", "LaunchOnlyOnce[x]", "Nice=-5", "ThrottleInterval=86,400",
         "ProcessType=Odd"}},
-      {StackSection::limits,
+      {StackSection::Limits,
        {{"LimitLoadToSessionType", Array{"Aqua", "Background"}},
         {"LimitLoadToHardware", Dictionary{{"model", Array{"A", "B"}}, {"machine", Array{"C"}}}},
         {"SoftResourceLimits", Dictionary{{"Stack", 0}, {"Core", 1024}}},
         {"HardResourceLimits", Dictionary{{"NumberOfFiles", 9}}}},
        {"LimitLoadToSessionType=Aqua\nBackground", "LimitLoadToHardware=C\nA\nB",
         "SoftResourceLimits=Core : 1,024\nStack : 0", "HardResourceLimits=NumberOfFiles : 9"}},
-      {StackSection::miscellaneous,
+      {StackSection::Miscellaneous,
        {{"Umask", 18}, {"ExitTimeOut", 0}, {"WaitForDebugger", true}, {"AbandonProcessGroup", false}},
        {"AbandonProcessGroup[ ]", "WaitForDebugger[x]", "ExitTimeOut=0", "Umask=022"}},
-      {StackSection::miscellaneous, {{"Umask", 0}}, {"Umask=000"}},
-      {StackSection::miscellaneous, {{"Umask", "no number"}}, {}},
-      {StackSection::environmentVariables,
+      {StackSection::Miscellaneous, {{"Umask", 0}}, {"Umask=000"}},
+      {StackSection::Miscellaneous, {{"Umask", "no number"}}, {}},
+      {StackSection::EnvironmentVariables,
        {{"EnvironmentVariables", Dictionary{{"V10", "b"}, {"V2", "a"}, {"PATH", ""}}}},
        {"PATH=", "V2=a", "V10=b"}},
-      {StackSection::deprecated,
+      {StackSection::Deprecated,
        {{"inetdCompatibility", Dictionary{{"Wait", true}, {"Instances", 1000}}},
         {"LimitLoadToHosts", Array{"h", "i"}},
         {"RootDirectory", ""},
@@ -92,7 +99,7 @@ TEST(SectionRowsTest, EachSectionShowsItsKeysInItsOrder) {
         {"Debug", true}},
        {"Debug[x]", "OnDemand[ ]", "TimeOut=30", "RootDirectory=", "LimitLoadToHosts=h\ni",
         "inetdCompatibility=Instances : 1,000\nWait : On"}},
-      {StackSection::general, {{"RunAtLoad", true}, {"Nice", 1}}, {}},
+      {StackSection::General, {{"RunAtLoad", true}, {"Nice", 1}}, {}},
   };
   for (const auto& row : table) {
     EXPECT_EQ(texts(sectionRows(row.section, record(row.keys), foundation())), row.rows)
@@ -107,7 +114,7 @@ TEST(SectionRowsTest, TreesHaveARowForEachNameAndALineForEachValue) {
     Dictionary keys;
     Texts rows;
   } table[] = {
-      {StackSection::machServices,
+      {StackSection::MachServices,
        {{"MachServices", Dictionary{{"s10", true},
                                     {"s9", "text"},
                                     {"a", Dictionary{{"TaskSpecialPort", 1234},
@@ -118,17 +125,17 @@ TEST(SectionRowsTest, TreesHaveARowForEachNameAndALineForEachValue) {
        {"a=ResetAtClose : On\nHideUntilCheckIn : Off\nDrainMessagesOnCrash : exit\n"
         "ExceptionServer : k = v, l = w\nTaskSpecialPort : 1,234",
         "s9=text", "s10=On"}},
-      {StackSection::machServices, {{"MachServices", Dictionary{}}}, {}},
-      {StackSection::sockets,
+      {StackSection::MachServices, {{"MachServices", Dictionary{}}}, {}},
+      {StackSection::Sockets,
        {{"Sockets", Dictionary{{"one", socket},
                                {"many", Array{Dictionary{{"SockPathName", "/s"}, {"SockPathMode", 438}},
                                               Dictionary{{"Bonjour", Array{"x", "y"}}, {"SockServiceName", "ssh"}}}}}}},
        {"many=SockPathName : /s\nSockPathMode : 438\nSockServiceName : ssh\nBonjour : x, y",
         "one=SockType : dgram\nSockPassive : Off\nSockServiceName : 8080"}},
-      {StackSection::sockets,
+      {StackSection::Sockets,
        {{"Sockets", Dictionary{{"bare", Dictionary{}}, {"b", Dictionary{{"Bonjour", true}}}}}},
        {"b=Bonjour : On", "bare="}},
-      {StackSection::launchEvents,
+      {StackSection::LaunchEvents,
        {{"LaunchEvents",
          Dictionary{{"com.example.usb",
                      Dictionary{{"plugged",
@@ -152,18 +159,18 @@ TEST(SectionRowsTest, TreesHaveARowForEachNameAndALineForEachValue) {
 
 TEST(SectionRowsTest, UnknownKeysKeepTheirValuesWhileTheyAreToBeKept) {
   Plist job = record({{"Zeta", Array{1, 2}}, {"Alpha", propertylist::Date{0}}, {"Beta", "b"}, {"Nice", 1}});
-  const auto rows = sectionRows(StackSection::unknown, job, foundation());
+  const auto rows = sectionRows(StackSection::Unknown, job, foundation());
   ASSERT_EQ(rows.size(), 3U);
   job.unknownKeys = Texts{"Beta", "Gone", "Zeta"};
   using Rows = std::vector<KeyValueItem>;
-  EXPECT_EQ(sectionRows(StackSection::unknown, job, foundation()), (Rows{{"Beta", "b"}, {"Zeta", Array{1, 2}}}));
+  EXPECT_EQ(sectionRows(StackSection::Unknown, job, foundation()), (Rows{{"Beta", "b"}, {"Zeta", Array{1, 2}}}));
   job.dictionary.reset();
-  EXPECT_EQ(sectionRows(StackSection::unknown, job, foundation()), Rows());
+  EXPECT_EQ(sectionRows(StackSection::Unknown, job, foundation()), Rows());
 }
 
-TEST(SectionRowsTest, WhatLiesBelowAKnownKeyAndIsNotUnderstoodIsShownWithItsPath) {
+TEST(SectionRowsTest, OpaqueValuesAreShownWithTheirPath) {
   const Plist job = record({{"Odd", 1}, {"Sockets", Dictionary{{"L", Dictionary{{"SockPathMode", "0666"}}}}}});
-  EXPECT_EQ(sectionRows(StackSection::unknown, job, foundation()),
+  EXPECT_EQ(sectionRows(StackSection::Unknown, job, foundation()),
             (std::vector<KeyValueItem>{{"Odd", 1}, {"Sockets.L.SockPathMode", "0666"}}));
 }
 
@@ -172,8 +179,63 @@ TEST(SectionRowsTest, KeysComeFirstInALanguageFromRightToLeft) {
   if (!arabic.localize.isRightToLeft()) GTEST_SKIP() << "no msgfmt to compile catalogues with";
   const Plist job = record({{"SoftResourceLimits", Dictionary{{"Core", 1}}}});
   const std::string number = arabic.localize.int_(1);
-  EXPECT_EQ(texts(sectionRows(StackSection::limits, job, arabic)),
+  EXPECT_EQ(texts(sectionRows(StackSection::Limits, job, arabic)),
             (Texts{"SoftResourceLimits=\u200F\u2068Core\u2069 : \u2068" + number + "\u2069"}));
+}
+
+TEST(SectionRowsTest, EachDeprecatedKeyIsShownAndGoesByItsName) {
+  const std::pair<const char*, propertylist::Value> table[] = {
+      {"Debug", false},
+      {"EnableGlobbing", true},
+      {"OnDemand", false},
+      {"ServiceIPC", true},
+      {"TimeOut", 0},
+      {"HopefullyExitsFirst", false},
+      {"HopefullyExitsLast", false},
+      {"RootDirectory", ""},
+      {"LimitLoadFromHosts", Array{}},
+      {"LimitLoadToHosts", Array{"h"}},
+      {"inetdCompatibility", Dictionary{}},
+  };
+  const jobfile::Plist bare = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}});
+  for (const auto& [key, value] : table) {
+    jobfile::Plist job = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}, {key, value}});
+    EXPECT_TRUE(isSectionShown(job, StackSection::Deprecated)) << key;
+    const auto rows = sectionRows(StackSection::Deprecated, job, foundation());
+    ASSERT_EQ(rows.size(), 1U) << key;
+    EXPECT_EQ(rows.front().key, key);
+    EXPECT_TRUE(deleteDeprecated(job, key)) << key;
+    EXPECT_EQ(job.encode(), bare.encode()) << key << ": and nothing else";
+    EXPECT_FALSE(isSectionShown(job, StackSection::Deprecated)) << key;
+    EXPECT_FALSE(deleteDeprecated(job, key)) << key;
+  }
+}
+
+TEST(SectionRowsTest, OtherKeysArentDeleted) {
+  jobfile::Plist job = record({{"Nice", 1}, {"Debug", true}, {"Odd", 1}});
+  for (const char* key : {"Nice", "debug", "InetdCompatibility", "Odd", "Label", ""}) {
+    EXPECT_FALSE(deleteDeprecated(job, key)) << key;
+  }
+  for (const char* key : {"Nice", "Debug", "odd", ""}) EXPECT_FALSE(deleteUnknown(job, key)) << key;
+}
+
+TEST(SectionRowsTest, ADeletedUnknownKeyIsNotWrittenBack) {
+  jobfile::Plist job = record({{"Odd", 1}, {"Strange", "s"}});
+  EXPECT_TRUE(deleteUnknown(job, "Odd"));
+  EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}, {"Strange", "s"}}));
+  EXPECT_FALSE(deleteUnknown(job, "Odd"));
+  EXPECT_TRUE(deleteUnknown(job, "Strange"));
+  EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}}));
+  EXPECT_TRUE(isSectionShown(job, StackSection::Unknown)) << "the title stays until the editor is refilled";
+}
+
+TEST(SectionRowsTest, OpaqueValuesCanBeDeleted) {
+  jobfile::Plist job = record({{"KeepAlive", Dictionary{{"Crashed", true}, {"Odd", 1}}}});
+  EXPECT_TRUE(isSectionShown(job, StackSection::Unknown));
+  EXPECT_TRUE(deleteUnknown(job, "KeepAlive.Odd"));
+  EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}, {"KeepAlive", Dictionary{{"Crashed", true}}}}));
+  EXPECT_FALSE(deleteUnknown(job, "KeepAlive.Odd"));
+  EXPECT_FALSE(deleteUnknown(job, "KeepAlive.Crashed"));
 }
 
 }  // namespace

@@ -18,71 +18,45 @@ std::vector<S> sections(const std::vector<StackEntry>& stack) {
   return result;
 }
 
-TEST(SectionStackTest, EachKeyBringsItsSectionIntoTheDetails) {
+/// The other keys are in the tables of SectionRowsTest.
+TEST(SectionStackTest, KeysBringTheirSectionIntoTheDetails) {
   const struct {
     const char* key;
     S section;
     std::function<void(Plist&)> set;
   } table[] = {
-      {"RunAtLoad", S::when, [](Plist& p) { p.runAtLoad = false; }},
-      {"KeepAlive without a condition", S::when, [](Plist& p) { p.keepAlive.emplace(); }},
-      {"StartOnMount", S::when, [](Plist& p) { p.startOnMount = false; }},
-      {"StartInterval", S::when, [](Plist& p) { p.startInterval = 60; }},
-      {"StartCalendarInterval", S::when, [](Plist& p) { p.startCalendarInterval = {.intervals = {{}}}; }},
-      {"StandardErrorPath", S::paths, [](Plist& p) { p.standardErrorPath = ""; }},
-      {"StandardInPath", S::paths, [](Plist& p) { p.standardInPath = ""; }},
-      {"StandardOutPath", S::paths, [](Plist& p) { p.standardOutPath = ""; }},
-      {"WorkingDirectory", S::paths, [](Plist& p) { p.workingDirectory = ""; }},
-      {"QueueDirectories", S::paths, [](Plist& p) { p.queueDirectories.emplace(); }},
-      {"WatchPaths", S::paths, [](Plist& p) { p.watchPaths.emplace(); }},
-      {"LowPriorityIO", S::limits, [](Plist& p) { p.lowPriorityIO = false; }},
-      {"LowPriorityBackgroundIO", S::limits, [](Plist& p) { p.lowPriorityBackgroundIO = false; }},
-      {"LaunchOnlyOnce", S::limits, [](Plist& p) { p.launchOnlyOnce = false; }},
-      {"Nice", S::limits, [](Plist& p) { p.nice = 0; }},
-      {"ThrottleInterval", S::limits, [](Plist& p) { p.throttleInterval = 0; }},
-      {"ProcessType", S::limits, [](Plist& p) { p.processType = ""; }},
-      {"LimitLoadToSessionType", S::limits, [](Plist& p) { p.limitLoadToSessionType.emplace(); }},
-      {"LimitLoadToHardware", S::limits, [](Plist& p) { p.limitLoadToHardware.emplace(); }},
-      {"SoftResourceLimits", S::limits, [](Plist& p) { p.softResourceLimits.emplace(); }},
-      {"HardResourceLimits", S::limits, [](Plist& p) { p.hardResourceLimits.emplace(); }},
-      {"InitGroups", S::root, [](Plist& p) { p.initGroups = false; }},
-      {"UserName", S::root, [](Plist& p) { p.userName = ""; }},
-      {"GroupName", S::root, [](Plist& p) { p.groupName = ""; }},
-      {"AbandonProcessGroup", S::miscellaneous, [](Plist& p) { p.abandonProcessGroup = false; }},
-      {"EnablePressuredExit", S::miscellaneous, [](Plist& p) { p.enablePressuredExit = false; }},
-      {"EnableTransactions", S::miscellaneous, [](Plist& p) { p.enableTransactions = false; }},
-      {"LegacyTimers", S::miscellaneous, [](Plist& p) { p.legacyTimers = false; }},
-      {"MaterializeDatalessFiles", S::miscellaneous, [](Plist& p) { p.materializeDatalessFiles = false; }},
-      {"SessionCreate", S::miscellaneous, [](Plist& p) { p.sessionCreate = false; }},
-      {"WaitForDebugger", S::miscellaneous, [](Plist& p) { p.waitForDebugger = false; }},
-      {"ExitTimeOut", S::miscellaneous, [](Plist& p) { p.exitTimeOut = 0; }},
-      {"Umask", S::miscellaneous, [](Plist& p) { p.umask.emplace(); }},
-      {"EnvironmentVariables", S::environmentVariables,
+      {"RunAtLoad", S::When, [](Plist& p) { p.runAtLoad = false; }},
+      {"KeepAlive without a condition", S::When, [](Plist& p) { p.keepAlive.emplace(); }},
+      {"StartOnMount", S::When, [](Plist& p) { p.startOnMount = false; }},
+      {"StartInterval", S::When, [](Plist& p) { p.startInterval = 60; }},
+      {"StartCalendarInterval", S::When, [](Plist& p) { p.startCalendarInterval = {.intervals = {{}}}; }},
+      {"StandardErrorPath", S::Paths, [](Plist& p) { p.standardErrorPath = ""; }},
+      {"QueueDirectories", S::Paths, [](Plist& p) { p.queueDirectories.emplace(); }},
+      {"Nice", S::Limits, [](Plist& p) { p.nice = 0; }},
+      {"LimitLoadToSessionType", S::Limits, [](Plist& p) { p.limitLoadToSessionType.emplace(); }},
+      {"InitGroups", S::Root, [](Plist& p) { p.initGroups = false; }},
+      {"EnablePressuredExit", S::Miscellaneous, [](Plist& p) { p.enablePressuredExit = false; }},
+      {"EnableTransactions", S::Miscellaneous, [](Plist& p) { p.enableTransactions = false; }},
+      {"LegacyTimers", S::Miscellaneous, [](Plist& p) { p.legacyTimers = false; }},
+      {"MaterializeDatalessFiles", S::Miscellaneous, [](Plist& p) { p.materializeDatalessFiles = false; }},
+      {"SessionCreate", S::Miscellaneous, [](Plist& p) { p.sessionCreate = false; }},
+      {"Umask", S::Miscellaneous, [](Plist& p) { p.umask.emplace(); }},
+      {"EnvironmentVariables", S::EnvironmentVariables,
        [](Plist& p) {
          p.environmentVariables = jobfile::StringMap<std::string>{{"A", ""}};
        }},
-      {"LaunchEvents", S::launchEvents, [](Plist& p) { p.launchEvents.emplace(); }},
-      {"MachServices", S::machServices, [](Plist& p) { p.machServices.emplace(); }},
-      {"Sockets", S::sockets, [](Plist& p) { p.sockets.emplace(); }},
-      {"Debug", S::deprecated, [](Plist& p) { p.debug = false; }},
-      {"EnableGlobbing", S::deprecated, [](Plist& p) { p.enableGlobbing = false; }},
-      {"OnDemand", S::deprecated, [](Plist& p) { p.onDemand = false; }},
-      {"ServiceIPC", S::deprecated, [](Plist& p) { p.serviceIPC = false; }},
-      {"TimeOut", S::deprecated, [](Plist& p) { p.timeOut = 0; }},
-      {"HopefullyExitsFirst", S::deprecated, [](Plist& p) { p.hopefullyExitsFirst = false; }},
-      {"HopefullyExitsLast", S::deprecated, [](Plist& p) { p.hopefullyExitsLast = false; }},
-      {"RootDirectory", S::deprecated, [](Plist& p) { p.rootDirectory = ""; }},
-      {"LimitLoadFromHosts", S::deprecated, [](Plist& p) { p.limitLoadFromHosts.emplace(); }},
-      {"LimitLoadToHosts", S::deprecated, [](Plist& p) { p.limitLoadToHosts.emplace(); }},
-      {"inetdCompatibility", S::deprecated, [](Plist& p) { p.inetdCompatibility.emplace(); }},
-      {"a key that isn't known", S::unknown, [](Plist& p) { p.unknownKeys.emplace(); }},
+      {"LaunchEvents", S::LaunchEvents, [](Plist& p) { p.launchEvents.emplace(); }},
+      {"MachServices", S::MachServices, [](Plist& p) { p.machServices.emplace(); }},
+      {"Sockets", S::Sockets, [](Plist& p) { p.sockets.emplace(); }},
+      {"Debug", S::Deprecated, [](Plist& p) { p.debug = false; }},
+      {"a key that isn't known", S::Unknown, [](Plist& p) { p.unknownKeys.emplace(); }},
   };
   for (const auto& row : table) {
     SCOPED_TRACE(row.key);
     Plist plist;
     row.set(plist);
-    EXPECT_EQ(sections(displayStack(plist, localize)), (std::vector<S>{S::general, row.section, S::notes}));
-    const bool isConditional = row.section == S::deprecated || row.section == S::unknown;
+    EXPECT_EQ(sections(displayStack(plist, localize)), (std::vector<S>{S::General, row.section, S::Notes}));
+    const bool isConditional = row.section == S::Deprecated || row.section == S::Unknown;
     EXPECT_EQ(editStack(plist, localize).size(), isConditional ? 12U : 11U);
   }
 }
@@ -90,10 +64,10 @@ TEST(SectionStackTest, EachKeyBringsItsSectionIntoTheDetails) {
 TEST(SectionStackTest, OnlyTheEnvironmentMustHoldSomething) {
   Plist plist;
   plist.environmentVariables.emplace();
-  EXPECT_EQ(sections(displayStack(plist, localize)), (std::vector<S>{S::general, S::notes}));
+  EXPECT_EQ(sections(displayStack(plist, localize)), (std::vector<S>{S::General, S::Notes}));
 }
 
-TEST(SectionStackTest, SectionsStandInTheirOrderUnderTheirTitles) {
+TEST(SectionStackTest, SectionsHaveTheirOrderAndTitles) {
   Plist plist;
   plist.debug = true;
   plist.unknownKeys = std::vector<std::string>{"x"};

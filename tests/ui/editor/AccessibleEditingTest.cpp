@@ -11,13 +11,13 @@
 namespace mirvel::ui {
 namespace {
 
-/// Someone who works the editor by a screen reader or by voice: without the mouse, and without keys.
+/// A user who operates the editor with a screen reader or by voice: without mouse and keyboard.
 class AccessibleEditingTest : public EditorFixture {
  protected:
   AccessibleEditingTest() { QAccessible::setActive(true); }
   ~AccessibleEditingTest() override { QAccessible::setActive(false); }
 
-  /// As `edit`, with the keys let go again: what the user holds counts at a click.
+  /// As `edit`, and releases the modifier keys, which would count at a click.
   void editWithoutKeys(propertylist::Dictionary keys) {
     edit(std::move(keys));
     QTest::keyRelease(&window(), Qt::Key_Control);
@@ -34,7 +34,7 @@ class AccessibleEditingTest : public EditorFixture {
   }
 };
 
-TEST_F(AccessibleEditingTest, WhateverWayAControlIsChangedTheJobIs) {
+TEST_F(AccessibleEditingTest, AssistiveTechnologyChangesTheJobToo) {
   editWithoutKeys(
       {{"Program", "/bin/ls"}, {"StartInterval", 60}, {"KeepAlive", propertylist::Dictionary{{"Crashed", true}}}});
   const struct {
@@ -90,7 +90,7 @@ TEST_F(AccessibleEditingTest, RowsOfTablesAndTimesTakeTheirValuesFromAnywhere) {
   EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"b", false}}));
 }
 
-TEST_F(AccessibleEditingTest, OptionStillTakesAKeyAway) {
+TEST_F(AccessibleEditingTest, OptionRemovesAKey) {
   edit({{"Program", "/bin/ls"}, {"RunAtLoad", true}, {"Disabled", false}});
   clickBox(control<QCheckBox>("RunAtLoad"), Qt::AltModifier);
   EXPECT_EQ(record().runAtLoad, std::nullopt);

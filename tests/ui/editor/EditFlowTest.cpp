@@ -17,7 +17,7 @@
 #include "ui/editor/EditorFixture.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/editor/ScheduledRuleEditor.h"
-#include "ui/support/InvalidData.h"
+#include "ui/support/Palettes.h"
 
 namespace mirvel::ui {
 namespace {
@@ -62,7 +62,7 @@ TEST_F(EditFlowTest, OpeningTheEditorChangesNothing) {
   EXPECT_EQ(fetchQueue.count(), 0U);
 }
 
-TEST_F(EditFlowTest, WhatIsTypedAndClickedIsInTheRecordAtOnce) {
+TEST_F(EditFlowTest, EditsAreWrittenToTheRecordAtOnce) {
   edit({{"Program", "/bin/ls"}});
   auto& name = control<QLineEdit>("Label");
   name.setFocus();
@@ -146,7 +146,7 @@ TEST_F(EditFlowTest, ANumberThatCantBeSavedStaysWhateverElseIsDone) {
   EXPECT_EQ(record().startCalendarInterval->intervals.front().minute, 5);
 }
 
-TEST_F(EditFlowTest, AFirstRuleThatCantBeSavedYetIsNoReasonToHideIt) {
+TEST_F(EditFlowTest, AnInvalidFirstRuleStaysVisible) {
   edit({{"Program", "/bin/ls"}});
   control<QCheckBox>("scheduledButton").click();
   ruleEditor().findChild<QLineEdit*>()->setText(QStringLiteral("x"));
@@ -156,7 +156,7 @@ TEST_F(EditFlowTest, AFirstRuleThatCantBeSavedYetIsNoReasonToHideIt) {
   EXPECT_EQ(ruleEditor().findChild<QLineEdit*>()->text(), QStringLiteral("x"));
 }
 
-TEST_F(EditFlowTest, ARuleThatDoesntTellAllOfItsIntervalSaysSo) {
+TEST_F(EditFlowTest, ARuleShowsEntriesThatItCantExpress) {
   edit({{"StartCalendarInterval", propertylist::Dictionary{{"Month", 3}, {"Minute", 5}}}});
   const auto hasText = [&](const QString& text) {
     const auto labels = ruleEditor().findChildren<QLabel*>();
@@ -207,7 +207,7 @@ TEST_F(EditFlowTest, ARowWithoutATextIsNoCondition) {
   EXPECT_EQ(record().keepAlive->otherJobEnabled, std::nullopt);
 }
 
-TEST_F(EditFlowTest, AConditionThatGoesLeavesWhatWasThereBeforeItEvenInAnEditorMadeAnew) {
+TEST_F(EditFlowTest, TheLastConditionIsReplacedByThePlainValue) {
   edit({{"KeepAlive", true}});
   toolButton("Add – OtherJobEnabled").click();
   QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("org.b"));
@@ -221,7 +221,7 @@ TEST_F(EditFlowTest, AConditionThatGoesLeavesWhatWasThereBeforeItEvenInAnEditorM
   EXPECT_EQ(record().keepAlive->bool_, true);
 }
 
-TEST_F(EditFlowTest, TheKeysAreWhereTheWorkIs) {
+TEST_F(EditFlowTest, TheFocusFollowsTheWork) {
   edit({{"Program", "/bin/ls"}});
   EXPECT_EQ(window().focusWidget(), &control<QLineEdit>("Label"));
   QTest::keyClicks(window().focusWidget(), QStringLiteral("x"));
@@ -238,7 +238,7 @@ TEST_F(EditFlowTest, TheKeysAreWhereTheWorkIs) {
   EXPECT_TRUE(table().hasFocus()) << "left";
 }
 
-TEST_F(EditFlowTest, AnotherModeHasTheKeysWhenTheDetailsHadThem) {
+TEST_F(EditFlowTest, AnotherModeGetsTheFocusOfTheDetails) {
   edit({{"Program", "/bin/ls"}, {"StartInterval", 60}});
   for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_4, Qt::Key_3}) {
     program().currentMode.view()->select(program().catalogue.jobs().front()->url);
@@ -251,7 +251,7 @@ TEST_F(EditFlowTest, AnotherModeHasTheKeysWhenTheDetailsHadThem) {
   }
 }
 
-TEST_F(EditFlowTest, ANoteThatIsBeingTypedKeepsTheKeysWhenItsJobChanges) {
+TEST_F(EditFlowTest, ANoteThatIsBeingTypedKeepsTheFocusWhenItsJobChanges) {
   edit({{"Program", "/bin/ls"}});
   button("Done").click();
   for (const char* filter : {"", "a"}) {
@@ -271,6 +271,62 @@ TEST_F(EditFlowTest, ANoteThatIsBeingTypedKeepsTheKeysWhenItsJobChanges) {
   }
 }
 
+TEST_F(EditFlowTest, UndoOfARuleUpdatesItsControls) {
+  edit({{"StartInterval", 60}});
+  auto* const number = ruleEditor().findChild<QLineEdit*>();
+  auto* const unit = ruleEditor().findChildren<QComboBox*>().at(1);
+  number->setText(QStringLiteral("x"));
+  clock.now += 5;
+  unit->setFocus();
+  unit->setCurrentIndex(unit->currentIndex() + 1);
+  toolButton("Add Rule").click();
+  ASSERT_EQ(ruleEditor().editor().numberOfRows(), 2U);
+  unit->setFocus();
+  for (const auto& [rows, text] : {std::pair(1U, "x"), {1U, "x"}, {1U, "1"}}) {
+    program().editing.undo();
+    testdata::settle();
+    EXPECT_EQ(ruleEditor().editor().numberOfRows(), rows);
+    EXPECT_EQ(ruleEditor().findChild<QLineEdit*>(), number);
+    EXPECT_EQ(utf8(number->text()), text);
+    EXPECT_EQ(window().focusWidget(), unit);
+  }
+  EXPECT_FALSE(hasChanges());
+}
+
+TEST_F(EditFlowTest, DetailsAreUpdatedInTheirWidgets) {
+  const auto job = [](const char* program, int crashed, const char* path, int interval) {
+    return propertylist::Dictionary{
+        {"Program", program},
+        {"KeepAlive",
+         propertylist::Dictionary{{"Crashed", crashed != 0}, {"PathState", propertylist::Dictionary{{path, true}}}}},
+        {"StartInterval", interval}};
+  };
+  edit(job("/bin/ls", 1, "/one", 60));
+  button("Done").click();
+  const auto texts = [&] { return window().details().currentWidget()->findChildren<QTextEdit*>(); };
+  const auto shown = [&] {
+    std::vector<std::string> result;
+    for (const auto* text : texts()) {
+      if (text->isVisible()) result.push_back(utf8(text->toPlainText()));
+    }
+    return result;
+  };
+  const auto before = texts();
+  ASSERT_THAT(shown(), testing::ElementsAre("a", "Ada Lovelace", "/bin/ls", "/one : On", "Every minute"));
+  before.at(2)->setFocus();
+  QTextCursor selection(before.at(0)->document());
+  selection.select(QTextCursor::Document);
+  before.at(0)->setTextCursor(selection);
+  program().shell.detail->updateIcon();
+  writeJob(Kind::userAgent, "a", job("/bin/dd", 0, "/two", 120));
+  scan();
+  testdata::settle();
+  EXPECT_EQ(texts(), before);
+  EXPECT_THAT(shown(), testing::ElementsAre("a", "Ada Lovelace", "/bin/dd", "/two : On", "Every 2 minutes"));
+  EXPECT_EQ(window().focusWidget(), before.at(2));
+  EXPECT_EQ(utf8(before.at(0)->textCursor().selectedText()), "a");
+}
+
 TEST_F(EditFlowTest, WithoutItsLastRuleAScheduleIsOff) {
   edit({{"StartInterval", 60}});
   toolButton("Remove Rule").click();
@@ -280,7 +336,7 @@ TEST_F(EditFlowTest, WithoutItsLastRuleAScheduleIsOff) {
   EXPECT_EQ(record().startInterval, 30) << "a new rule is there to begin with";
 }
 
-TEST_F(EditFlowTest, UndoKeepsTheKeysInControlsWithoutANameAndTheFormInItsPlace) {
+TEST_F(EditFlowTest, UndoKeepsFocusAndScrollPosition) {
   edit({{"Program", "/bin/ls"}, {"StartInterval", 60}, {"UserName", "ada"}});
   window().resize(700, 300);
   testdata::settle();
@@ -318,7 +374,7 @@ TEST_F(EditFlowTest, ConditionsThatWereClearedComeBackEmpty) {
   for (const char* key : {"PathState", "OtherJobEnabled"}) EXPECT_EQ(tableOf(key).model()->rowCount(), 0) << key;
 }
 
-TEST_F(EditFlowTest, ANoteThatWasWrittenInTheEditorStandsInTheDetails) {
+TEST_F(EditFlowTest, ANoteFromTheEditorIsShownInTheDetails) {
   edit({{"Program", "/bin/ls"}});
   QTest::keyClicks(&control<QPlainTextEdit>("notesTextField"), QStringLiteral("new"));
   button("Done").click();
@@ -423,19 +479,19 @@ TEST_F(EditFlowTest, ASectionThatComesBackIsAtItsPlaceAlsoForTheTabKey) {
   };
   program().shell.detail->updateDetail();
   testdata::settle();
-  EXPECT_EQ(section(StackSection::deprecated), nullptr);
+  EXPECT_EQ(section(StackSection::Deprecated), nullptr);
   program().editing.undo();
   testdata::settle();
-  QWidget* const deprecated = section(StackSection::deprecated);
+  QWidget* const deprecated = section(StackSection::Deprecated);
   ASSERT_NE(deprecated, nullptr);
-  EXPECT_LT(deprecated->y(), section(StackSection::notes)->y());
-  EXPECT_GT(deprecated->y(), section(StackSection::root)->y());
+  EXPECT_LT(deprecated->y(), section(StackSection::Notes)->y());
+  EXPECT_GT(deprecated->y(), section(StackSection::Root)->y());
   button("Delete").setFocus();
   QTest::keyClick(&button("Delete"), Qt::Key_Tab);
   EXPECT_EQ(window().focusWidget(), &control<QPlainTextEdit>("notesTextField"));
 }
 
-TEST_F(EditFlowTest, ANoteIsNoChangeOfTheJobAndUndoesItself) {
+TEST_F(EditFlowTest, ANoteIsNoEditOfTheJobAndHasItsOwnUndo) {
   edit({{"Program", "/bin/ls"}});
   auto& note = control<QPlainTextEdit>("notesTextField");
   note.setFocus();
@@ -448,7 +504,7 @@ TEST_F(EditFlowTest, ANoteIsNoChangeOfTheJobAndUndoesItself) {
   EXPECT_NE(note.toPlainText(), QStringLiteral("one\t\n"));
   EXPECT_EQ(window().focusWidget(), &note);
   QTest::keyClick(&note, Qt::Key_Backtab);
-  EXPECT_NE(window().focusWidget(), &note) << "no trap for the keys";
+  EXPECT_NE(window().focusWidget(), &note) << "the focus can leave";
 }
 
 TEST_F(EditFlowTest, RootIsAskedForOnlyByDaemonsAndTheForPopUpSaysWhich) {

@@ -84,7 +84,7 @@ class EditTableViewTest : public testdata::ProgramFixture {
   std::unique_ptr<EditTableView> table;
 };
 
-TEST_F(EditTableViewTest, EachKeystrokeIsToldAndReturnEndsTheEditing) {
+TEST_F(EditTableViewTest, EachKeystrokeIsReportedAndReturnEndsEditing) {
   show(strings, rowsOf(Texts{"a", "b"}));
   list().setCurrentIndex(cell(1));
   press(Qt::Key_Return);
@@ -217,7 +217,7 @@ TEST_F(EditTableViewTest, BoxesAreTickedByKeyAndByClick) {
   EXPECT_EQ(told, (Texts{"/a+ /b+", "/a+ /b-"}));
 }
 
-TEST_F(EditTableViewTest, ToolTipsShowTheWholeTextAsItStands) {
+TEST_F(EditTableViewTest, ToolTipsShowTheLiteralText) {
   show(strings, rowsOf(Texts{"a & b", "<b>bold</b>"}));
   EXPECT_EQ(cell(0).data(Qt::ToolTipRole).toString(), QStringLiteral("a & b"));
   EXPECT_EQ(cell(1).data(Qt::ToolTipRole).toString(), QStringLiteral("<qt>&lt;b&gt;bold&lt;/b&gt;</qt>"));
@@ -240,7 +240,7 @@ TEST_F(EditTableViewTest, TheListGrowsFromFourRowsToEight) {
   EXPECT_GE(four, 4 * list().rowHeight(0)) << "four are seen whole";
 }
 
-TEST_F(EditTableViewTest, TabGoesThroughTheCellsAndLeavesBehindTheLast) {
+TEST_F(EditTableViewTest, TabVisitsTheCellsAndLeavesAfterTheLast) {
   show(variables, {{.cells = {"a", "1", "x"}}, {.cells = {"b", "2", "y"}}});
   list().setCurrentIndex(cell(0, 1));
   press(Qt::Key_Return);

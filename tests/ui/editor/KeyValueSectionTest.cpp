@@ -11,19 +11,18 @@
 
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"
-#include "ui/editor/KeyLabel.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 namespace {
 
 using Texts = std::vector<std::string>;
-using EditSection = KeyValueSection::EditSection;
+using Deletable = KeyValueSection::Deletable;
 
 class KeyValueSectionTest : public testdata::ProgramFixture {
  protected:
-  KeyValueSection& show(const std::vector<KeyValueItem>& items, std::optional<EditSection> editSection = {}) {
-    section.setKeyValues(items, editSection);
+  KeyValueSection& show(const std::vector<KeyValueItem>& items, Deletable deletable = Deletable::No) {
+    section.setKeyValues(items, deletable);
     section.resize(420, 600);
     section.show();
     section.activateWindow();
@@ -74,7 +73,7 @@ TEST_F(KeyValueSectionTest, ADeletedRowGoesAndTheNextButtonTakesTheFocus) {
     asked.push_back(key);
     return mayGo;
   };
-  show({{"a", "1"}, {"b", true}, {"c", "3"}}, EditSection::unknown);
+  show({{"a", "1"}, {"b", true}, {"c", "3"}}, Deletable::Yes);
   QTest::mouseClick(&button("b"), Qt::LeftButton);
   testdata::settle();
   EXPECT_EQ(cells(), (Texts{"(Delete – a)", "(Delete – c)", "=1", "=3", "a", "c"}));
@@ -99,10 +98,10 @@ TEST_F(KeyValueSectionTest, ADeletedRowGoesAndTheNextButtonTakesTheFocus) {
 
 TEST_F(KeyValueSectionTest, TheOwnerMayShowOtherRowsWhileOneIsDeleted) {
   section.remove = [&](const std::string&) {
-    section.setKeyValues({{"b", "2"}}, EditSection::deprecated);
+    section.setKeyValues({{"b", "2"}}, Deletable::Yes);
     return true;
   };
-  show({{"a", "1"}, {"b", "2"}}, EditSection::deprecated);
+  show({{"a", "1"}, {"b", "2"}}, Deletable::Yes);
   QTest::mouseClick(&button("a"), Qt::LeftButton);
   testdata::settle();
   EXPECT_EQ(cells(), (Texts{"(Delete – b)", "=2", "b"}));
@@ -112,7 +111,7 @@ TEST_F(KeyValueSectionTest, HugeContentIsCut) {
   std::vector<KeyValueItem> items(20'000, {"k", "v"});
   items[0] = {std::string(100'000, 'k'), std::string(5'000'000, 'x')};
   items[1] = {std::string(100'000, 'b'), true};
-  show(items, EditSection::unknown);
+  show(items, Deletable::Yes);
   EXPECT_LE(section.findChildren<QLabel*>().size(), 1000);
   EXPECT_LE(section.findChildren<QTextEdit*>().front()->toPlainText().size(), 4001);
   EXPECT_EQ(section.width(), 420) << "no wider than what it is in";
@@ -127,7 +126,7 @@ TEST_F(KeyValueSectionTest, EachCellHasRoomForItsTextInANarrowPane) {
   };
   for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
     section.setLayoutDirection(direction);
-    show(items, EditSection::unknown);
+    show(items, Deletable::Yes);
     int bottom = 0;
     for (const auto* label : section.findChildren<QLabel*>()) {
       if (!label->isVisible()) continue;

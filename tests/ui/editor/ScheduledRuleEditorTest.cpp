@@ -14,7 +14,6 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,7 +22,6 @@
 #include "core/locale/Dates.h"
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"
-#include "ui/support/InvalidData.h"
 #include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
 
@@ -31,7 +29,13 @@ namespace mirvel::ui {
 
 namespace {
 
-using namespace Scheduled;
+using Scheduled::DayOfMonth;
+using Scheduled::DayOfWeek;
+using Scheduled::DayOfYear;
+using Scheduled::EveryDay;
+using Scheduled::EveryHour;
+using Scheduled::RepeatInterval;
+using Scheduled::ScheduledType;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
@@ -89,7 +93,7 @@ class ScheduledRuleEditorTest : public testdata::ProgramFixture, public Schedule
   }
   static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
   static void type(const char* text) { QTest::keyClicks(QApplication::focusWidget(), QString::fromLatin1(text)); }
-  /// What gets the keys by the tabulator, from the button before the editor to the one behind it.
+  /// The accessible names in tab order, from the button before the editor to the one after it.
   Names tabStops() {
     Names result;
     m_before->setFocus();
@@ -115,7 +119,7 @@ class ScheduledRuleEditorTest : public testdata::ProgramFixture, public Schedule
   }
 };
 
-TEST_F(ScheduledRuleEditorTest, ARuleIsMadeWithTheKeysAlone) {
+TEST_F(ScheduledRuleEditorTest, ARuleCanBeMadeByKeyboard) {
   open({}).addRow();
   EXPECT_EQ(rules(), (Rules{RepeatInterval{30, Unit::seconds}}));
   EXPECT_EQ(focused(), "Kind");
@@ -131,7 +135,7 @@ TEST_F(ScheduledRuleEditorTest, ARuleIsMadeWithTheKeysAlone) {
   EXPECT_EQ(rules(), (Rules{DayOfWeek{DayOfWeek::weekdays, at(10, 0)}}));
 }
 
-TEST_F(ScheduledRuleEditorTest, KeysGoThroughTheRowsInTheOrderOfReading) {
+TEST_F(ScheduledRuleEditorTest, TabVisitsTheRowsInReadingOrder) {
   open({EveryHour{5}, DayOfYear{0, 0, at(9, 0)}});
   const Names everyHour{"Kind", "minute", "Remove Rule", "Add Rule"};
   const Names dayOfYear{"Kind", "Month", "Day of Month", "Time", "Remove Rule", "Add Rule"};
@@ -150,7 +154,7 @@ TEST_F(ScheduledRuleEditorTest, KeysGoThroughTheRowsInTheOrderOfReading) {
   EXPECT_EQ(tabStops(), expected({dayOfYear, dayOfYear}));
 }
 
-TEST_F(ScheduledRuleEditorTest, TheKeysFollowTheRowsThatComeAndGo) {
+TEST_F(ScheduledRuleEditorTest, TheFocusFollowsAddedAndRemovedRows) {
   open({EveryHour{1}, EveryHour{2}});
   control<QToolButton>("Add Rule", 0).setFocus();
   press(Qt::Key_Space);
@@ -200,7 +204,7 @@ TEST_F(ScheduledRuleEditorTest, EachKeyInANumberIsAChangeAndAWrongOneIsMarked) {
   EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval").toolTip()), "") << "7 hours";
 }
 
-TEST_F(ScheduledRuleEditorTest, AFieldIsMarkedForWhatStandsInAnotherRow) {
+TEST_F(ScheduledRuleEditorTest, AFieldIsMarkedBecauseOfAnotherRow) {
   open({RepeatInterval{1, Unit::hours}, RepeatInterval{1, Unit::days}});
   EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval", 1).toolTip()),
             "A job can have only one repeat interval. Remove this rule.");
@@ -209,7 +213,7 @@ TEST_F(ScheduledRuleEditorTest, AFieldIsMarkedForWhatStandsInAnotherRow) {
   EXPECT_EQ(utf8(control<QLineEdit>("Repeat Interval", 0).toolTip()), "");
 }
 
-TEST_F(ScheduledRuleEditorTest, RulesMayBeLoadedAnewForAnyChange) {
+TEST_F(ScheduledRuleEditorTest, RulesMayBeReloadedDuringAnyChange) {
   const std::function<void()> changesInTheEditor[] = {
       [&] { control<QComboBox>("Kind").setCurrentIndex(5); },
       [&] { control<QToolButton>("Add Rule", 1).click(); },
@@ -228,7 +232,39 @@ TEST_F(ScheduledRuleEditorTest, RulesMayBeLoadedAnewForAnyChange) {
   EXPECT_EQ(changes, 5);
 }
 
-TEST_F(ScheduledRuleEditorTest, TheWheelChangesOnlyWhatHasTheKeys) {
+TEST_F(ScheduledRuleEditorTest, LoadedRowsAreShownInTheControlsThatExist) {
+  open({EveryHour{5}, EveryDay{at(9, 0)}, EveryHour{7}});
+  auto& number = control<QLineEdit>("minute", 1);
+  number.setFocus();
+  number.selectAll();
+  const struct {
+    Rules rules;
+    const char* shown;
+  } table[] = {
+      {{EveryHour{5}, EveryHour{7}}, "7"},
+      {{EveryDay{at(9, 0)}, EveryHour{5}, EveryHour{7}}, "7"},
+      {{DayOfWeek{3, at(9, 0)}, EveryHour{7}}, "7"},
+      {{EveryHour{1}, EveryHour{17}}, "17"},
+      {{DayOfMonth{3, at(9, 0)}, EveryHour{18}, EveryDay{at(1, 0)}}, "18"},
+  };
+  for (const auto& row : table) {
+    program().scheduledController.load(row.rules, m_editor->editor());
+    EXPECT_EQ(rules(), row.rules);
+    EXPECT_EQ(utf8(number.text()), row.shown);
+    EXPECT_EQ(QApplication::focusWidget(), &number);
+    EXPECT_TRUE(number.hasSelectedText() || row.rules[1] != ScheduledType(EveryHour{7}));
+  }
+  auto& time = control<QTimeEdit>("Time", 0);
+  auto& day = control<QComboBox>("Day of Month");
+  program().scheduledController.load({DayOfMonth{5, at(10, 30)}}, m_editor->editor());
+  EXPECT_EQ(&control<QTimeEdit>("Time"), &time);
+  EXPECT_EQ(time.time(), QTime(10, 30));
+  EXPECT_EQ(&control<QComboBox>("Day of Month"), &day);
+  EXPECT_EQ(utf8(day.currentText()), "6");
+  EXPECT_EQ(changes, 0);
+}
+
+TEST_F(ScheduledRuleEditorTest, TheWheelChangesOnlyTheFocusedControl) {
   open({DayOfWeek{3, at(9, 0)}});
   const auto wheel = [](QWidget& widget) {
     QWheelEvent event(QPointF(5, 5), widget.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
@@ -320,23 +356,6 @@ TEST_F(ScheduledRuleEditorTest, RulesThatCantBeEditedAreSentences) {
   EXPECT_EQ(utf8(m_editor->findChild<QTextEdit*>()->toPlainText()), "Every hour at minute 7");
   m_editor->setEditable(true);
   EXPECT_EQ(utf8(control<QLineEdit>("minute").text()), "7");
-}
-
-TEST(InvalidDataTest, CanBeReadOnFieldsAndWindows) {
-  const auto luminance = [](const QColor& color) {
-    const auto linear = [](float part) {
-      return part <= 0.04045F ? part / 12.92F : std::pow((part + 0.055F) / 1.055F, 2.4F);
-    };
-    return 0.2126F * linear(color.redF()) + 0.7152F * linear(color.greenF()) + 0.0722F * linear(color.blueF());
-  };
-  for (const Scheme scheme : {Scheme::Light, Scheme::Dark}) {
-    const QPalette palette = paletteOf(scheme);
-    const float text = luminance(invalidData(palette));
-    for (const auto role : {QPalette::Base, QPalette::Window}) {
-      const float back = luminance(palette.color(role));
-      EXPECT_GE((std::max(text, back) + 0.05F) / (std::min(text, back) + 0.05F), 4.5F) << role;
-    }
-  }
 }
 
 }  // namespace

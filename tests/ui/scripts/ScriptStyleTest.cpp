@@ -8,7 +8,6 @@
 
 #include "ui/scripts/ScintillaText.h"
 #include "ui/scripts/ScriptLook.h"
-#include "ui/support/Contrast.h"
 #include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
 

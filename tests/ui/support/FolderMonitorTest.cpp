@@ -7,9 +7,8 @@
 
 #include "support/TestData.h"
 #include "ui/EventLoop.h"
-#include "ui/support/WatcherFolderMonitors.h"
 #ifdef __linux__
-#include "ui/support/InotifyFolderMonitors.h"
+#include "ui/support/PlatformFolderMonitors.h"
 #endif
 
 namespace mirvel::ui {
@@ -50,7 +49,7 @@ class FolderMonitorTest : public testing::TestWithParam<Kind> {
   void watch(const fs::path& folder) {
     m_monitor = m_monitors->watch(folder, [this] { ++m_count; });
   }
-  /// Whether a change is told. What came before it doesn't count.
+  /// Whether a change is reported. Earlier changes don't count.
   template <typename Change>
   bool isTold(Change change) {
     testdata::settle();
@@ -74,7 +73,7 @@ class FolderMonitorTest : public testing::TestWithParam<Kind> {
   std::unique_ptr<FolderMonitor> m_monitor;
 };
 
-TEST_P(FolderMonitorTest, TellsWhatHappensToFiles) {
+TEST_P(FolderMonitorTest, ReportsChangesOfFiles) {
   const fs::path folder = m_root / "jobs";
   fs::create_directory(folder);
   watch(folder);
@@ -110,7 +109,7 @@ TEST_P(FolderMonitorTest, SeesTheFolderComeAndGoWithItsParents) {
   EXPECT_TRUE(isTold([&] {
     fs::remove_all(folder);
     fs::create_directory(folder);
-  })) << "made anew";
+  })) << "created again";
   EXPECT_TRUE(isTold([&] { std::ofstream(folder / "x") << 1; })) << "a file in the new one";
 }
 
@@ -137,12 +136,12 @@ TEST_P(FolderMonitorTest, FollowsALinkedFolderAndItsLink) {
   fs::create_directory_symlink("real", m_root / "link");
   watch(m_root / "link/jobs");
 
-  EXPECT_TRUE(isTold([&] { m_temporary.write("real/jobs/x", "1"); })) << "behind the link";
+  EXPECT_TRUE(isTold([&] { m_temporary.write("real/jobs/x", "1"); })) << "in the target of the link";
   EXPECT_TRUE(isTold([&] {
     fs::remove(m_root / "link");
     fs::create_directory_symlink(m_root / "second", m_root / "link");
   })) << "link turned";
-  EXPECT_TRUE(isTold([&] { m_temporary.write("second/jobs/x", "1"); })) << "behind the new link";
+  EXPECT_TRUE(isTold([&] { m_temporary.write("second/jobs/x", "1"); })) << "in the target of the new link";
   EXPECT_TRUE(isTold([&] { fs::rename(m_root / "second", m_root / "gone"); })) << "the link's target goes";
 }
 
@@ -173,7 +172,7 @@ TEST_P(FolderMonitorTest, MayEndWithinItsOwnCall) {
   EXPECT_EQ(count, 1);
 }
 
-TEST_P(FolderMonitorTest, StandsManyFilesAtOnce) {
+TEST_P(FolderMonitorTest, SurvivesManyFilesAtOnce) {
   const fs::path folder = m_root / "jobs";
   fs::create_directory(folder);
   watch(folder);
@@ -183,7 +182,7 @@ TEST_P(FolderMonitorTest, StandsManyFilesAtOnce) {
   EXPECT_TRUE(isTold([&] { m_temporary.write("jobs/one-more", "1"); }));
 }
 
-TEST_P(FolderMonitorTest, StandsALoopOfLinks) {
+TEST_P(FolderMonitorTest, SurvivesALoopOfLinks) {
   fs::create_directory_symlink("loop", m_root / "loop");
   watch(m_root / "loop/jobs");
   EXPECT_TRUE(isTold([&] {

@@ -73,7 +73,7 @@ TEST(HttpsDownloads, GetsWhatATrustedServerGives) {
   EXPECT_EQ(**result, "the feed");
 }
 
-TEST(HttpsDownloads, WhatIsNotSafeOrNotThereIsAnError) {
+TEST(HttpsDownloads, UnsafeAndMissingAddressesAreErrors) {
   HttpsDownloads trusting(trustingLocalhost());
   HttpsDownloads usual;
   const HttpsServer good(page("the feed"));

@@ -2,11 +2,24 @@
 
 #include <gtest/gtest.h>
 
-#include "ui/support/Contrast.h"
-
 namespace mirvel::ui {
 
-TEST(Palettes, TextStandsOutFromWhatIsBehindIt) {
+TEST(Contrast, IsThatOfTheGuidelines) {
+  const struct {
+    QRgb one;
+    QRgb other;
+    double ratio;
+  } rows[] = {
+      {0xff000000, 0xffffffff, 21},   {0xffffffff, 0xff000000, 21},   {0xff123456, 0xff123456, 1},
+      {0xff777777, 0xffffffff, 4.48}, {0xff767676, 0xffffffff, 4.54}, {0xffff0000, 0xffffffff, 4.00},
+      {0xff0000ff, 0xffffffff, 8.59},
+  };
+  for (const auto& row : rows) {
+    EXPECT_NEAR(contrast(QColor::fromRgb(row.one), QColor::fromRgb(row.other)), row.ratio, 0.005) << row.one;
+  }
+}
+
+TEST(Palettes, TextContrastsWithItsBackground) {
   using Palette = QPalette;
   const struct {
     Palette::ColorGroup group;
@@ -37,6 +50,9 @@ TEST(Palettes, TextStandsOutFromWhatIsBehindIt) {
       EXPECT_GE(contrast(palette.color(row.group, row.text), palette.color(row.group, row.behind)), row.least)
           << "scheme " << static_cast<int>(scheme) << ", group " << row.group << ", " << row.text << " on "
           << row.behind;
+    }
+    for (const auto behind : {QPalette::Base, QPalette::Window}) {
+      EXPECT_GE(contrast(invalidData(palette), palette.color(behind)), 4.5) << behind;
     }
     EXPECT_GT(contrast(palette.color(QPalette::Text), palette.color(QPalette::Base)),
               2 * contrast(palette.color(QPalette::Disabled, QPalette::Text), palette.color(QPalette::Base)))

@@ -83,7 +83,7 @@ TEST(QtMainQueue, GoesOnBelowAnEventLoopThatATaskRuns) {
   EXPECT_TRUE(eventually([&] { return isInnerDone && isNextDone; }));
 }
 
-TEST(QtMainQueue, DropsWhatIsPendingAtItsEnd) {
+TEST(QtMainQueue, DropsPendingTasksAtItsEnd) {
   auto token = std::make_shared<int>();
   bool hasRun = false;
   {

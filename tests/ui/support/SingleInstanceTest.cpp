@@ -154,7 +154,7 @@ TEST_F(SingleInstanceTest, DropsMalformedMessagesAndIsHeldUpByNobody) {
   EXPECT_EQ(silent->state(), QLocalSocket::ConnectedState);
 }
 
-TEST_F(SingleInstanceTest, WorksAloneWhereThereIsNoFolderToTrust) {
+TEST_F(SingleInstanceTest, WorksAloneWithoutATrustedFolder) {
   SingleInstance lone(QStringLiteral("key"), std::nullopt);
   EXPECT_EQ(lone.claim(), Role::First);
   EXPECT_FALSE(lone.hand(QStringLiteral("hello")));

@@ -1,9 +1,12 @@
-#include "core/editor/RunMenu.h"
+#include "core/editor/RunField.h"
 
 #include <algorithm>
+#include <system_error>
 
+#include "core/base/ThreadWorkQueue.h"
 #include "core/commands/CommandRepairs.h"
 #include "core/session/Shell.h"
+#include "core/settings/Defaults.h"
 #include "core/text/Strings.h"
 #include "core/text/Text.h"
 
@@ -41,6 +44,30 @@ std::string withCommand(std::string text, const std::string& command) {
 
 std::string fileWord(const fs::path& file) {
   return Text::needsQuotes(file.native()) ? String::quote(file.native()) : file.native();
+}
+
+FileCheck::FileCheck(const Defaults& defaults, const CommandRepairs& repairs, WorkQueue& fileQueue,
+                     MainQueue& mainQueue)
+    : m_defaults(defaults), m_repairs(repairs), m_fileQueue(fileQueue), m_mainQueue(mainQueue), m_delay(mainQueue) {}
+
+void FileCheck::check(const std::string& command, Answer answer) {
+  const int number = ++*m_last;
+  const bool isWanted = m_defaults.showInvalidData();
+  auto files = isWanted ? m_repairs.fileArguments(command) : std::vector<fs::path>();
+  if (files.empty()) return answer({});
+
+  auto deliver = m_delay.whileOwned([last = m_last, number, answer = std::move(answer)](std::vector<fs::path> missing) {
+    if (*last == number) answer(missing);
+  });
+  m_fileQueue.add(
+      [files = std::move(files), last = m_last, number, deliver = std::move(deliver), &queue = m_mainQueue]() mutable {
+        if (*last != number) return;
+        std::erase_if(files, [](const fs::path& file) {
+          std::error_code failure;  // a file in a folder that only root can read doesn't count as missing
+          return fs::status(file, failure).type() != fs::file_type::not_found;
+        });
+        queue.post([deliver = std::move(deliver), files = std::move(files)] { deliver(files); });
+      });
 }
 
 }  // namespace mirvel

@@ -1,4 +1,4 @@
-#include "ui/support/SvgIconEngine.h"
+#include "ui/support/OwnIcons.h"
 
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ class SvgIconEngineTest : public testing::Test {
   QPalette m_before = QGuiApplication::palette();
 };
 
-TEST_F(SvgIconEngineTest, TakesTheColoursOfThePaletteOfTheMoment) {
+TEST_F(SvgIconEngineTest, UsesTheColoursOfTheCurrentPalette) {
   const QIcon icon = bar("currentColor");
   const QPalette palettes[] = {paletteOf(Qt::red, Qt::gray, Qt::white), paletteOf(Qt::cyan, Qt::darkGray, Qt::black)};
   for (const QPalette& palette : palettes) {
@@ -77,7 +77,7 @@ TEST_F(SvgIconEngineTest, IsDrawnAtTheResolutionOfItsDevice) {
   }
 }
 
-TEST_F(SvgIconEngineTest, KeepsItsShapeInOblongPlacesAndStandsBrokenSvg) {
+TEST_F(SvgIconEngineTest, KeepsItsAspectRatioAndSurvivesBrokenSvg) {
   const QImage wide = bar("#000000").pixmap(QSize(64, 16), 1.0).toImage();
   int black = 0;
   for (int x = 0; x < wide.width(); ++x) black += wide.pixelColor(x, wide.height() / 2).alpha() == 255 ? 1 : 0;

@@ -1,4 +1,4 @@
-#include "core/editor/Description.h"
+#include "core/editor/ValueTexts.h"
 
 #include <gtest/gtest.h>
 

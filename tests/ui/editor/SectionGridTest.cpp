@@ -1,4 +1,4 @@
-#include "ui/editor/StackScrollView.h"
+#include "ui/editor/SectionGrid.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@
 namespace mirvel::ui {
 namespace {
 
-TEST(StackScrollViewTest, WhatItHoldsIsNeverCutOffAtItsSide) {
+TEST(StackScrollViewTest, ContentIsNeverCutOffAtTheSide) {
   QSplitter splitter;
   splitter.addWidget(new QWidget);
   auto* view = new StackScrollView(QStringLiteral("Details"));
