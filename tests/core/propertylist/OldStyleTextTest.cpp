@@ -4,6 +4,7 @@
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
+#include "support/HostileFiles.h"
 
 namespace mirvel::propertylist {
 namespace {
@@ -14,13 +15,7 @@ Result<std::string> textOf(const std::string& element, std::size_t maximumSize =
   return oldStyleText(document->root(), maximumSize);
 }
 
-std::string repeated(const std::string& text, std::size_t count) {
-  std::string result;
-  for (std::size_t i = 0; i < count; ++i) result += text;
-  return result;
-}
-
-TEST(OldStyleTextTest, EveryValueHasItsLine) {
+TEST(OldStyleTextTest, EachValueIsOnALineOfItsOwn) {
   const std::vector<std::pair<std::string, std::string>> rows{
       {"<string>a \"b\" \\ c\nd\te</string>", "\"a \\\"b\\\" \\\\ c\\nd\te\";\n"},
       {"<string></string>", "\"\";\n"},
@@ -45,7 +40,7 @@ TEST(OldStyleTextTest, EveryValueHasItsLine) {
   }
 }
 
-TEST(OldStyleTextTest, WhatOnlyABinaryListHoldsIsWrittenToo) {
+TEST(OldStyleTextTest, SetsAndUidsAreWrittenToo) {
   const auto document = read(writeBinary(Array{Uid{7}, Set{{"a"}}}));
   ASSERT_TRUE(document);
   const auto text = oldStyleText(document->root());
@@ -53,7 +48,7 @@ TEST(OldStyleTextTest, WhatOnlyABinaryListHoldsIsWrittenToo) {
   EXPECT_EQ(*text, "(\n\t7;\n\t(\n\t\t\"a\";\n\t);\n);\n");
 }
 
-TEST(OldStyleTextTest, TheLimitIsTheLongestTextThatIsWritten) {
+TEST(OldStyleTextTest, TextUpToTheLimitIsWritten) {
   const std::string list = "<array><string>abc</string></array>";  // (\n\t"abc";\n);\n
   EXPECT_TRUE(textOf(list, 13));
   const auto refused = textOf(list, 12);
@@ -61,11 +56,11 @@ TEST(OldStyleTextTest, TheLimitIsTheLongestTextThatIsWritten) {
   EXPECT_EQ(refused.error().code, Error::Code::LimitExceeded);
 }
 
-TEST(OldStyleTextTest, TheDeepestDocumentIsWrittenAndAFloodOfTabsIsnt) {
+TEST(OldStyleTextTest, TheDeepestDocumentIsWrittenUnlessItsIndentationIsTooLong) {
   const std::size_t depth = Limits::depth;
-  EXPECT_TRUE(textOf(repeated("<array>", depth) + repeated("</array>", depth), 1U << 20U));
-  const std::string many = repeated("<array>", depth - 1) + repeated("<true/>", 100000);
-  const auto refused = textOf(many + repeated("</array>", depth - 1), 1U << 20U);
+  EXPECT_TRUE(textOf(hostile::repeated("<array>", depth) + hostile::repeated("</array>", depth), 1U << 20U));
+  const std::string many = hostile::repeated("<array>", depth - 1) + hostile::repeated("<true/>", 100000);
+  const auto refused = textOf(many + hostile::repeated("</array>", depth - 1), 1U << 20U);
   ASSERT_FALSE(refused);
   EXPECT_EQ(refused.error().code, Error::Code::LimitExceeded);
 }
