@@ -20,15 +20,15 @@ std::optional<std::string> ParsedArguments::value(std::string_view option) const
 
 Result<ParsedArguments> parseArguments(Arguments arguments, std::initializer_list<Option> known) {
   ParsedArguments result;
-  bool onlyOperands = false;
+  bool isAfterDashes = false;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
-    if (onlyOperands || argument.size() < 2 || argument[0] != '-') {
+    if (isAfterDashes || argument.size() < 2 || argument[0] != '-') {
       result.operands.push_back(argument);
       continue;
     }
     if (argument == "--") {
-      onlyOperands = true;
+      isAfterDashes = true;
       continue;
     }
     const std::size_t equals = argument.find('=');
@@ -36,7 +36,7 @@ Result<ParsedArguments> parseArguments(Arguments arguments, std::initializer_lis
     const auto* const option =
         std::find_if(known.begin(), known.end(), [&](const Option& candidate) { return candidate.name == name; });
     if (option == known.end()) return usage("unknown option " + name);
-    if (!option->takesValue && equals != std::string::npos) return usage("option " + name + " takes no value");
+    if (!option->takesValue && equals != std::string::npos) return usage("option " + name + " doesn't accept a value");
     if (option->takesValue && equals == std::string::npos && i + 1 == arguments.size()) {
       return usage("option " + name + " requires a value");
     }

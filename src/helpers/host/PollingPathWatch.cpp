@@ -3,7 +3,7 @@
 #include <map>
 #include <tuple>
 
-#include "core/files/FileTimes.h"
+#include "core/files/RegularFile.h"
 #include "helpers/host/PathWatch.h"
 
 namespace mirvel::host {

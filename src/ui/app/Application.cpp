@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "core/base/Const.h"
-#include "core/base/ThreadHeap.h"
+#include "core/base/ThreadWorkQueue.h"
 #include "core/loginitems/PlatformLoginItems.h"
 #include "ui/support/InstalledFolders.h"
 #include "ui/support/OwnIcons.h"

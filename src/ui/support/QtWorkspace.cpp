@@ -10,7 +10,7 @@
 #include <system_error>
 #include <utility>
 
-#include "core/process/UserName.h"
+#include "core/process/UserEntry.h"
 #include "ui/support/FileManager.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ReadPicture.h"

@@ -5,7 +5,6 @@
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "support/FakeInterface.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -16,7 +15,7 @@ using propertylist::Dictionary;
 using propertylist::Value;
 using testdata::TemporaryFolder;
 
-std::string xml(const Value& value) {
+std::string xmlOf(const Value& value) {
   return *propertylist::writeXml(value);
 }
 
@@ -59,7 +58,7 @@ TEST(DefaultsTest, EveryKeyHasItsRegisteredDefault) {
   EXPECT_FALSE(fs::exists(folder.path() / "none"));
 }
 
-TEST(DefaultsTest, WritingTouchesOneKeyAndMakesTheFolders) {
+TEST(DefaultsTest, WritingChangesOneKeyAndCreatesTheFolders) {
   const TemporaryFolder folder;
   const fs::path file = folder.path() / "a" / "b" / "preferences.plist";
   Defaults defaults(file);
@@ -73,7 +72,7 @@ TEST(DefaultsTest, WritingTouchesOneKeyAndMakesTheFolders) {
 
 TEST(DefaultsTest, ChangesOfOtherProgramsAreSeenAndKept) {
   const TemporaryFolder folder;
-  const fs::path file = folder.write("p.plist", xml(Dictionary{{"LogLength", 4}, {"Other", "kept"}}));
+  const fs::path file = folder.write("p.plist", xmlOf(Dictionary{{"LogLength", 4}, {"Other", "kept"}}));
   Defaults one(file), two(file);
   EXPECT_EQ(one.logLength(), 4);
   ASSERT_TRUE(two.setLogLength(2));
@@ -84,19 +83,19 @@ TEST(DefaultsTest, ChangesOfOtherProgramsAreSeenAndKept) {
             Value(Dictionary{{"LogLength", 2}, {"LogPeriod", 0}, {"Other", "kept"}, {"RunAgent", true}}));
   fs::remove(file);
   EXPECT_EQ(one.logLength(), 0);
-  folder.write("p.plist", xml(Dictionary{{"LogLength", 7}}));
+  folder.write("p.plist", xmlOf(Dictionary{{"LogLength", 7}}));
   EXPECT_EQ(one.logLength(), 7);
   folder.write("p.plist", propertylist::writeBinary(Dictionary{{"LogLength", 8}}));
   EXPECT_EQ(one.logLength(), 8);
 }
 
-TEST(DefaultsTest, ValuesOfAnotherTypeAreSkippedAndNotLost) {
+TEST(DefaultsTest, ValuesOfTheWrongTypeAreIgnoredAndKept) {
   const TemporaryFolder folder;
   const Dictionary odd{{"AutomaticHelp", "NO"},
                        {"NumberOfSavedRevisions", propertylist::Integer::fromUnsigned(UINT64_MAX)},
                        {"LogPeriod", true},
                        {"ShowInvalidData", 0}};
-  const fs::path file = folder.write("p.plist", xml(odd));
+  const fs::path file = folder.write("p.plist", xmlOf(odd));
   Defaults defaults(file);
   EXPECT_TRUE(defaults.automaticHelp());
   EXPECT_EQ(defaults.numberOfSavedRevisions(), 10);
@@ -108,7 +107,7 @@ TEST(DefaultsTest, ValuesOfAnotherTypeAreSkippedAndNotLost) {
   EXPECT_EQ(content(file), Value(expected));
 }
 
-TEST(DefaultsTest, ASettingThatCantBeWrittenHoldsUntilTheEndAndIsReported) {
+TEST(DefaultsTest, ASettingThatCantBeWrittenIsInEffectUntilTheEndAndReported) {
   const TemporaryFolder folder;
   fs::create_directories(folder.path() / "p.plist");
   StoreTroubles troubles;
@@ -122,7 +121,7 @@ TEST(DefaultsTest, ASettingThatCantBeWrittenHoldsUntilTheEndAndIsReported) {
   EXPECT_EQ(told, std::vector{folder.path() / "p.plist"});
 }
 
-TEST(DefaultsTest, AProgramThatOnlyReadsLeavesADamagedFile) {
+TEST(DefaultsTest, ADamagedFileIsLeftOnRequest) {
   const TemporaryFolder folder;
   const fs::path file = folder.write("p.plist", "text");
   Defaults defaults(file, Defaults::Damaged::Leave);
@@ -131,23 +130,6 @@ TEST(DefaultsTest, AProgramThatOnlyReadsLeavesADamagedFile) {
   ASSERT_FALSE(written);
   EXPECT_EQ(written.error().code, Error::Code::Malformed);
   EXPECT_EQ(testdata::bytes(file), "text");
-}
-
-TEST(InterfaceTest, ATickedSuppressionIsStoredUnderItsKey) {
-  const TemporaryFolder folder;
-  Defaults defaults(folder.path() / "p.plist");
-  const Localize localize("en");
-  testdata::FakeInterface interface(defaults, localize);
-  const Alert question{.message = "?", .defaultTitle = "Yes", .suppression = "AlertComplexWhat"};
-
-  interface.answer = {Interface::alternateButton, false};
-  EXPECT_EQ(interface.alert(question), 1001);
-  EXPECT_FALSE(defaults.suppressAlertComplexRun());
-  interface.answer = {Interface::defaultButton, true};
-  EXPECT_EQ(interface.alert({.message = "?", .defaultTitle = "Yes"}), 1000);
-  EXPECT_FALSE(defaults.suppressAlertComplexRun());
-  EXPECT_EQ(interface.alert(question), 1000);
-  EXPECT_TRUE(defaults.suppressAlertComplexRun());
 }
 
 }  // namespace
