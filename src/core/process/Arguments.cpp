@@ -36,7 +36,7 @@ Result<ParsedArguments> parseArguments(Arguments arguments, std::initializer_lis
     const auto* const option =
         std::find_if(known.begin(), known.end(), [&](const Option& candidate) { return candidate.name == name; });
     if (option == known.end()) return usage("unknown option " + name);
-    if (!option->takesValue && equals != std::string::npos) return usage("option " + name + " doesn't accept a value");
+    if (!option->takesValue && equals != std::string::npos) return usage("option " + name + " takes no value");
     if (option->takesValue && equals == std::string::npos && i + 1 == arguments.size()) {
       return usage("option " + name + " requires a value");
     }

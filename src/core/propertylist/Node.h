@@ -109,8 +109,8 @@ class Node {
   std::uint64_t m_bits;  // the number, the bits of the real, or the address of the content
   std::uint32_t m_size;  // in bytes, elements or entries; of an integer: 1 if it is negative
   Type m_type;
-  // There is no padding, so that a copy is two whole registers: copying the fields in other pieces than they were
-  // stored in would stall the processor until the stores are complete.
+  // There is no padding, so that a copy is two whole registers. A padded node is copied in pieces that overlap the
+  // stores just made, for which the processor waits: that was a third of the time for reading binary lists.
 };
 static_assert(sizeof(Node) == 16 && sizeof(Type) == 4);
 

@@ -14,13 +14,13 @@ Position positionOf(std::string_view text, std::size_t offset) {
   return {.line = lines + 1, .column = before.size() - lineStart + 1};
 }
 
-Lines::Lines(std::string_view text) {
+LineStarts::LineStarts(std::string_view text) {
   for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n', end + 1)) {
     m_starts.push_back(static_cast<std::uint32_t>(end + 1));
   }
 }
 
-Position Lines::positionOf(std::size_t offset) const {
+Position LineStarts::positionOf(std::size_t offset) const {
   const auto next = std::upper_bound(m_starts.begin(), m_starts.end(), offset);
   const std::size_t start = next == m_starts.begin() ? 0 : next[-1];
   return {.line = static_cast<std::size_t>(next - m_starts.begin()) + 1, .column = offset - start + 1};
@@ -60,7 +60,7 @@ void Positions::add(PathHash path, std::size_t key, std::size_t value) {
 void Positions::complete(std::string_view text) {
   std::sort(m_entries.begin(), m_entries.end(),
             [](const Entry& a, const Entry& b) { return std::tie(a.path, a.value) < std::tie(b.path, b.value); });
-  m_lines = Lines(text);
+  m_lines = LineStarts(text);
 }
 
 std::optional<Positions::Location> Positions::find(std::string_view path) const {

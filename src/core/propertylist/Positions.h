@@ -13,6 +13,8 @@ namespace mirvel::propertylist {
 struct Position {
   std::size_t line = 0;    ///< counted from 1
   std::size_t column = 0;  ///< in bytes, counted from 1
+
+  bool operator==(const Position&) const = default;
 };
 
 /// The position of a byte offset, which may be the end of the text. Only line feeds end lines. Linear in `offset`.
@@ -20,10 +22,10 @@ Position positionOf(std::string_view text, std::size_t offset);
 
 /// The line starts of a text, for many positions in it. The constructor is linear, each query a binary search. The text
 /// isn't kept.
-class Lines {
+class LineStarts {
  public:
-  Lines() = default;  ///< of an empty text
-  explicit Lines(std::string_view text);
+  LineStarts() = default;  ///< of an empty text
+  explicit LineStarts(std::string_view text);
   Position positionOf(std::size_t offset) const;
 
  private:
@@ -85,7 +87,7 @@ class Positions {
   };
 
   std::vector<Entry> m_entries;  // sorted by path, then by offset
-  Lines m_lines;
+  LineStarts m_lines;
 };
 
 }  // namespace mirvel::propertylist

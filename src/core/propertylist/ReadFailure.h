@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "core/base/Error.h"
 #include "core/propertylist/Document.h"
@@ -20,8 +19,8 @@ struct ReadFailure {
   Error::Code code = Error::Code::Malformed;
 };
 
-[[noreturn]] inline void fail(std::string message, std::size_t offset, Error::Code code = Error::Code::Malformed) {
-  throw ReadFailure{.message = std::move(message), .offset = offset, .code = code};
+[[noreturn]] inline void fail(std::string_view message, std::size_t offset, Error::Code code = Error::Code::Malformed) {
+  throw ReadFailure{.message = std::string(message), .offset = offset, .code = code};
 }
 
 /// For a container at `offset` that exceeds `Limits::depth`.

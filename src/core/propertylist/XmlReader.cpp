@@ -260,7 +260,7 @@ void XmlReader::notePosition(std::size_t offset) {
 
 Warnings XmlReader::takeWarnings() {
   if (m_warnings.list.empty()) return {};  // without searching the text for line ends
-  const Lines lines(m_text);
+  const LineStarts lines(m_text);
   for (Warning& warning : m_warnings.list) {
     const Position position = lines.positionOf(static_cast<std::size_t>(*std::exchange(warning.offset, std::nullopt)));
     warning.line = position.line;

@@ -41,8 +41,8 @@ std::string_view elementName(Element element) {
   return names[static_cast<std::size_t>(element)];
 }
 
-void XmlScanner::fail(std::string message, const char* place) const {
-  propertylist::fail(std::move(message), offsetOf(place));
+void XmlScanner::fail(std::string_view message, const char* place) const {
+  propertylist::fail(message, offsetOf(place));
 }
 
 void XmlScanner::failAtEnd(std::string_view expected) const {

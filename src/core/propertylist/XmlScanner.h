@@ -170,7 +170,7 @@ class XmlScanner {
   void appendCData();
   void appendReference();
   void appendCharacterReference();
-  [[noreturn]] void fail(std::string message, const char* place) const;
+  [[noreturn]] void fail(std::string_view message, const char* place) const;
   [[noreturn]] void failAtEnd(std::string_view expected) const;
 
   const char* m_begin;

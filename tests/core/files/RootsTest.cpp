@@ -5,15 +5,27 @@
 namespace mirvel {
 namespace {
 
-TEST(RootsTest, XdgFoldersCountOnlyIfAbsolute) {
-  const Roots plain = Roots::ofLinux("/home/x", {{"XDG_CONFIG_HOME", "relative"}, {"XDG_DATA_HOME", ""}});
-  EXPECT_EQ(plain.userLibrary, "/home/x/.config/mirvel");
-  EXPECT_EQ(plain.applicationSupport, "/home/x/.local/share/mirvel");
-  EXPECT_EQ(plain.defaultsFile, "/home/x/.config/mirvel/preferences.plist");
-  const Roots moved = Roots::ofLinux("/home/x", {{"XDG_CONFIG_HOME", "/c"}, {"XDG_DATA_HOME", "/d"}});
-  EXPECT_EQ(moved.userLibrary, "/c/mirvel");
-  EXPECT_EQ(moved.applicationSupport, "/d/mirvel");
-  EXPECT_EQ(moved.defaultsFile, "/c/mirvel/preferences.plist");
+TEST(RootsTest, RelativePathsInXdgVariablesAreIgnored) {
+  const struct {
+    Environment environment;
+    const char *config, *support, *autostart;
+  } rows[] = {
+      {{{"XDG_CONFIG_HOME", "relative"}, {"XDG_DATA_HOME", ""}, {"XDG_CONFIG_DIRS", "x::"}},
+       "/home/x/.config/mirvel",
+       "/home/x/.local/share/mirvel",
+       "/etc/xdg/autostart"},
+      {{{"XDG_CONFIG_HOME", "/c"}, {"XDG_DATA_HOME", "/d"}, {"XDG_CONFIG_DIRS", "y:/e"}},
+       "/c/mirvel",
+       "/d/mirvel",
+       "/e/autostart"},
+  };
+  for (const auto& row : rows) {
+    const Roots roots = Roots::ofLinux("/home/x", row.environment);
+    EXPECT_EQ(roots.userLibrary, row.config);
+    EXPECT_EQ(roots.defaultsFile, std::filesystem::path(row.config) / "preferences.plist");
+    EXPECT_EQ(roots.applicationSupport, row.support);
+    EXPECT_EQ(roots.installedAutostart, std::vector<std::filesystem::path>{row.autostart});
+  }
 }
 
 TEST(RootsTest, HomeIsAbsoluteWhateverTheEnvironmentSays) {

@@ -49,20 +49,26 @@ TEST(OldStyleTextTest, SetsAndUidsAreWrittenToo) {
 }
 
 TEST(OldStyleTextTest, TextUpToTheLimitIsWritten) {
-  const std::string list = "<array><string>abc</string></array>";  // (\n\t"abc";\n);\n
-  EXPECT_TRUE(textOf(list, 13));
-  const auto refused = textOf(list, 12);
-  ASSERT_FALSE(refused);
-  EXPECT_EQ(refused.error().code, Error::Code::LimitExceeded);
-}
-
-TEST(OldStyleTextTest, TheDeepestDocumentIsWrittenUnlessItsIndentationIsTooLong) {
-  const std::size_t depth = Limits::depth;
-  EXPECT_TRUE(textOf(hostile::repeated("<array>", depth) + hostile::repeated("</array>", depth), 1U << 20U));
-  const std::string many = hostile::repeated("<array>", depth - 1) + hostile::repeated("<true/>", 100000);
-  const auto refused = textOf(many + hostile::repeated("</array>", depth - 1), 1U << 20U);
-  ASSERT_FALSE(refused);
-  EXPECT_EQ(refused.error().code, Error::Code::LimitExceeded);
+  const auto nested = [](std::size_t depth, const std::string& content) {
+    return hostile::repeated("<array>", depth) + content + hostile::repeated("</array>", depth);
+  };
+  const struct {
+    std::string element;
+    std::size_t limit;
+    bool isWritten;
+  } rows[] = {
+      {"<array><string>abc</string></array>", 13, true},  // (\n\t"abc";\n);\n
+      {"<array><string>abc</string></array>", 12, false},
+      {nested(Limits::depth, ""), 1U << 20U, true},
+      {nested(Limits::depth - 1, hostile::repeated("<true/>", 100000)), 1U << 20U, false},  // indentation is too long
+  };
+  for (const auto& [element, limit, isWritten] : rows) {
+    const auto text = textOf(element, limit);
+    ASSERT_EQ(static_cast<bool>(text), isWritten) << element.substr(0, 40);
+    if (!text) {
+      EXPECT_EQ(text.error().code, Error::Code::LimitExceeded);
+    }
+  }
 }
 
 }  // namespace

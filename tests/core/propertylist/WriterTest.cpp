@@ -65,10 +65,8 @@ TEST(WriterTest, DataLinesGetShorterWithTheIndentationUpToEightLevels) {
     const std::size_t start = body.find("eHh");  // base64 of x
     return body.find('\n', start) - start;
   };
-  EXPECT_EQ(lineLength(0), 76U);
-  EXPECT_EQ(lineLength(1), 68U);
-  EXPECT_EQ(lineLength(8), 12U);
-  EXPECT_EQ(lineLength(9), 12U);
+  const std::pair<int, std::size_t> rows[] = {{0, 76}, {1, 68}, {8, 12}, {9, 12}};
+  for (const auto& [depth, length] : rows) EXPECT_EQ(lineLength(depth), length) << depth;
 }
 
 TEST(WriterTest, OnlyDataIsIndentedByNoMoreThanEightTabs) {

@@ -165,6 +165,11 @@ TEST_F(StoreTest, ChangesByOthersAreKept) {
   ASSERT_TRUE(one.write());
   ASSERT_TRUE(two.set("one", std::nullopt));
   EXPECT_EQ(one.contents(), (Dictionary{{"two", 2}}));
+  folder.write("List.plist", propertylist::writeBinary(Dictionary{{"two", 2}, {"by hand", 3}}));
+  EXPECT_EQ(*one.find("by hand"), Value(3));
+  fs::remove(file);
+  EXPECT_EQ(one.find("two"), nullptr);
+  ASSERT_TRUE(two.set("two", 2));
   ASSERT_TRUE(one.clear());
   EXPECT_FALSE(fs::exists(file));
   EXPECT_EQ(two.contents().size(), 0U);

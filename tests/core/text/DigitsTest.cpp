@@ -5,6 +5,8 @@
 namespace mirvel {
 namespace {
 
+using namespace std::string_literals;
+
 TEST(DigitsTest, OnlyDigitsOfTheBaseAreRead) {
   const struct {
     std::string text;
@@ -16,18 +18,14 @@ TEST(DigitsTest, OnlyDigitsOfTheBaseAreRead) {
       {"9223372036854775807", INT64_MAX, std::nullopt},
       {"9223372036854775808", std::nullopt, std::nullopt},
       {"777777777777777777777", std::nullopt, INT64_MAX},
-      {"1000000000000000000000", std::nullopt, std::nullopt},
-      {"", std::nullopt, std::nullopt},
-      {"0x1", std::nullopt, std::nullopt},
-      {" 22", std::nullopt, std::nullopt},
-      {"22 ", std::nullopt, std::nullopt},
-      {"-22", std::nullopt, std::nullopt},
-      {"+22", std::nullopt, std::nullopt},
-      {std::string("22\0", 3), std::nullopt, std::nullopt},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(Decimal::toInt(row.text), row.decimal) << row.text;
     EXPECT_EQ(Octal::toInt(row.text), row.octal) << row.text;
+  }
+  for (const std::string& text : {""s, "0x1"s, " 22"s, "22 "s, "-22"s, "+22"s, "22\0"s, "1000000000000000000000"s}) {
+    EXPECT_EQ(Decimal::toInt(text), std::nullopt) << text;
+    EXPECT_EQ(Octal::toInt(text), std::nullopt) << text;
   }
 }
 
