@@ -11,7 +11,7 @@
 #include <memory>
 
 #include "JobFolderOnDisk.h"
-#include "core/base/ThreadHeap.h"
+#include "core/base/ThreadWorkQueue.h"
 #include "core/mainwindow/ListSort.h"
 #include "core/session/CurrentMode.h"
 

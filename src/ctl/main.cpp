@@ -7,7 +7,7 @@
 
 #include "core/process/Environment.h"
 #include "core/process/SystemProcessRunner.h"
-#include "core/process/UserName.h"
+#include "core/process/UserEntry.h"
 #include "core/schedule/ZoneStretches.h"
 #include "ctl/Subcommand.h"
 

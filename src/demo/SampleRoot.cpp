@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/process/UserName.h"
+#include "core/process/UserEntry.h"
 #include "core/propertylist/Encoding.h"
 #include "demo/HelperToolFile.h"
 #include "demo/SampleText.h"

@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <cstddef>
 
-#include "core/files/FileCalls.h"
+#include "core/files/ReplaceFile.h"
 
 namespace mirvel::testdata {
 

@@ -7,13 +7,17 @@
 
 namespace mirvel {
 
-/// What is being worked on, by name. Each piece of work holds a claim for as long as it lasts, so that no other begins
-/// with the same thing. For the main thread.
+/// Names of things that are being worked on, such as the path of a file that is being written. An operation holds a
+/// claim while it lasts; others check `isClaimed` before they start. A claim doesn't exclude others: the same name can
+/// be claimed several times. For one thread.
+///
+///     if (claims.isClaimed(path)) return;
+///     m_claim = claims.claim(path);  // released when m_claim is assigned to or destroyed
 class Claims {
   using Names = std::multiset<std::string>;
 
  public:
-  /// Ends when it is destroyed or assigned to. May outlive the `Claims`.
+  /// Releases its name when it is destroyed or assigned to. Can be moved, and may outlive the `Claims`.
   class Claim {
    public:
     Claim() = default;
@@ -37,10 +41,12 @@ class Claims {
     std::string m_name;
   };
 
+  /// Always succeeds.
   [[nodiscard]] Claim claim(const std::string& name) {
     m_names->insert(name);
     return {m_names, name};
   }
+  /// Whether at least one claim for the name exists.
   bool isClaimed(const std::string& name) const { return m_names->contains(name); }
 
  private:

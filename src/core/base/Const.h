@@ -2,10 +2,11 @@
 
 #include <string_view>
 
+/// Names and addresses that several programs of the family share.
 namespace mirvel::Const {
 
-/// The `PATH` that is written into new jobs, since launchd's own one has few folders: those where users put their tools
-/// and those of the system.
+/// The `PATH` that is written into new jobs: the folders where users install tools, and those of the system. launchd's
+/// own default has only the latter.
 #ifdef __APPLE__
 inline constexpr std::string_view defaultPATH =
     "/opt/homebrew/bin:/opt/homebrew/sbin:/usr/local/bin:/usr/local/sbin:/usr/bin:/bin:/usr/sbin:/sbin";
@@ -13,14 +14,9 @@ inline constexpr std::string_view defaultPATH =
 inline constexpr std::string_view defaultPATH = "/usr/local/bin:/usr/local/sbin:/usr/bin:/bin:/usr/sbin:/sbin";
 #endif
 
-}  // namespace mirvel::Const
-
-/// Names that the programs of the family share.
-namespace mirvel::Const {
-
 /// Bundle identifier of the background agent.
 inline constexpr std::string_view agent = "app.mirvel.agent";
-/// Label prefix of the application's own internal helpers.
+/// Label prefix of the program's own internal helpers, which lists hide by default.
 inline constexpr std::string_view excludePrefix = "app.mirvel.";
 /// Help site and support address.
 inline constexpr std::string_view siteURL = "https://mirvel.app";
@@ -31,12 +27,13 @@ inline constexpr std::string_view launchdManual = "x-man-page://5/launchd.plist"
 #else
 inline constexpr std::string_view launchdManual = "https://keith.github.io/xcode-man-pages/launchd.plist.5.html";
 #endif
-/// URL scheme with which a job is addressed from outside.
+/// URL scheme by which other programs refer to a job.
 inline constexpr std::string_view jobScheme = "mirvel";
-/// Joins a title and a detail.
+/// Between a title and a detail.
 inline constexpr std::string_view separator = " \u2013 ";
 
 namespace PrivilegedHelper {
+/// Application and helper must have the same version.
 inline constexpr std::string_view version = "app.mirvel.privileged.1";
 }  // namespace PrivilegedHelper
 
@@ -47,14 +44,7 @@ inline constexpr std::string_view systemPreferences = "System Settings";
 
 namespace FileName {
 inline constexpr std::string_view dsStore = ".DS_Store";
-inline constexpr std::string_view exceptions = "Exceptions.plist";
 }  // namespace FileName
-
-/// Keys of the exceptions file.
-namespace Key {
-inline constexpr std::string_view exceptions = "Exceptions";
-inline constexpr std::string_view exceptionsPrefix = "ExceptionsPrefix";
-}  // namespace Key
 
 /// Folders below a library folder.
 namespace PathComponent {

@@ -6,16 +6,16 @@
 namespace mirvel {
 
 std::string Error::text() const {
-  std::string place;
-  if (!file.empty()) place = file + ": ";
+  std::string location;
+  if (!file.empty()) location = file + ": ";
   if (line != 0) {
-    place += "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
+    location += "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
   } else if (offset) {
-    place += "offset " + std::to_string(*offset) + ": ";
+    location += "offset " + std::to_string(*offset) + ": ";
   }
-  const bool saysKeyItself = message.compare(0, keyPath.size(), keyPath) == 0;
-  if (!saysKeyItself) place += keyPath + ": ";
-  return place + message;
+  const bool startsWithKey = message.compare(0, keyPath.size(), keyPath) == 0;
+  if (!startsWithKey) location += keyPath + ": ";
+  return location + message;
 }
 
 Error systemError(int errnoValue, const std::string& doing, const std::string& path) {
@@ -23,6 +23,7 @@ Error systemError(int errnoValue, const std::string& doing, const std::string& p
   if (errnoValue == ENOENT || errnoValue == ENOTDIR) code = Error::Code::NotFound;
   if (errnoValue == EACCES || errnoValue == EPERM || errnoValue == EROFS) code = Error::Code::NotPermitted;
   return {.code = code,
+          // Not strerror, which isn't thread-safe.
           .message = "can't " + doing + ": " + std::generic_category().message(errnoValue),
           .file = path,
           .systemCode = errnoValue};

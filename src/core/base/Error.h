@@ -7,41 +7,46 @@
 
 namespace mirvel {
 
-/// Why something failed, for the caller (`code`) and for the person (`text()`).
+/// Why an operation failed. Callers decide by `code`, people read `text()`; nothing may depend on the words of a
+/// message. Members that don't apply keep their defaults.
 struct Error {
   enum class Code {
     NotFound,             ///< the file or folder doesn't exist
-    NotPermitted,         ///< it exists, and this user may not touch it
+    NotPermitted,         ///< it exists, but this user lacks the permission
     Io,                   ///< reading or writing failed for another reason
-    Malformed,            ///< the bytes are no property list
-    UnsupportedEncoding,  ///< the text is in an encoding that can't be read
-    LimitExceeded,        ///< a bound on depth, count or size was hit
+    Malformed,            ///< the data isn't valid in its format
+    UnsupportedEncoding,  ///< the encoding of the text is unknown, or its bytes are invalid in it
+    LimitExceeded,        ///< a limit on depth, count or size was exceeded
     MissingKey,           ///< a required key is absent
-    WrongType,            ///< a key holds a value of another type than it must
-    NoForm,               ///< a key that may hold values of several forms holds none of them
-    BadArgument,          ///< the caller asked for something that can't be
-    NotTrusted,           ///< somebody else than root and the user could have written the file
-    StillRunning,         ///< a job that was asked to end hasn't ended within the time
-    NotRunning,           ///< the program that was to be asked isn't running
-    HungUp,               ///< the peer closed the connection instead of answering; it may have done what was asked
-    Cancelled,            ///< the caller gave up waiting, or asked for the work to be dropped
+    WrongType,            ///< the value of a key has the wrong type
+    NoForm,               ///< the value of a key that allows several forms has none of them
+    BadArgument,          ///< the request itself is invalid
+    NotTrusted,           ///< users other than root and the user could have written the file
+    StillRunning,         ///< a job that was asked to stop hasn't stopped in time
+    NotRunning,           ///< the program that should answer isn't running
+    HungUp,               ///< the peer closed the connection without answering; it may have executed the request
+    Cancelled,            ///< the caller stopped waiting, or cancelled the request
   };
-  static constexpr Code lastCode = Code::Cancelled;  ///< codes travel as numbers, of which no other is valid
+  static constexpr Code lastCode = Code::Cancelled;  ///< codes are sent as numbers; higher ones are invalid
 
   Code code;
-  std::string message;                       ///< one clause, without the place, without a full stop
-  std::string file = {};                     ///< path, where one is known
-  std::size_t line = 0;                      ///< counted from 1; 0: not a matter of lines
-  std::size_t column = 0;                    ///< in bytes of UTF-8 text, counted from 1
-  std::optional<std::uint64_t> offset = {};  ///< byte offset in a binary list
+  std::string message;                       ///< one clause, without location and full stop; untranslated
+  std::string file = {};                     ///< path, if known
+  std::size_t line = 0;                      ///< counted from 1; 0: not applicable
+  std::size_t column = 0;                    ///< in bytes of UTF-8, counted from 1
+  std::optional<std::uint64_t> offset = {};  ///< byte offset in binary data
   std::string keyPath = {};                  ///< such as `KeepAlive.SuccessfulExit` or `Sockets.Listener[0]`
-  int systemCode = 0;                        ///< the errno value of a system call that failed; 0: none did
+  int systemCode = 0;                        ///< errno of the system call that failed; 0: none
 
-  /// The sentence for a person, place first: "line 13, column 12: <integer> holds `12x`, which is no number".
+  /// File, position or offset, key path and message, as far as they are known:
+  /// "/a.plist: line 13, column 12: <integer> contains `12x`, which isn't a number". The key path is omitted if the
+  /// message starts with it.
   std::string text() const;
 };
 
-/// Error for what `errno` says of a system call on `path`; `doing` completes "can't ...", as in "can't read".
+/// The error of a system call that failed with this errno value. `doing` completes "can't ...", as in "can't read".
+///
+/// ENOENT and ENOTDIR give `NotFound`; EACCES, EPERM and EROFS give `NotPermitted`; all others give `Io`.
 Error systemError(int errnoValue, const std::string& doing, const std::string& path);
 
 }  // namespace mirvel

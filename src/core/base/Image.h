@@ -6,9 +6,10 @@
 
 namespace mirvel {
 
-/// A picture as a value; the shell draws it. Cheap to make, from any thread: nothing is looked at before it is drawn.
+/// A reference to a picture, which only the user interface loads and draws. A cheap value that may be created on any
+/// thread and for files that don't exist.
 struct Image {
-  /// A picture of the program or the platform, by its name in the freedesktop icon naming scheme.
+  /// An icon of the program or the platform, by its name in the freedesktop icon naming specification.
   struct Named {
     std::string name;
     bool operator==(const Named&) const = default;
@@ -18,13 +19,14 @@ struct Image {
     std::string path;
     bool operator==(const File&) const = default;
   };
-  /// What the platform's file viewer shows for a path, whether or not anything is there.
+  /// The icon that the file manager of the platform shows for a path. The file needn't exist.
   struct IconOfPath {
     std::string path;
     bool operator==(const IconOfPath&) const = default;
   };
 
   std::variant<Named, File, IconOfPath> source;
+  /// For assistive technology, translated; empty for decoration.
   std::string accessibilityDescription = {};
 
   static Image named(std::string name) { return {Named{std::move(name)}}; }

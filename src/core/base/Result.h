@@ -9,11 +9,20 @@
 
 namespace mirvel {
 
-/// A value, or the error that stood in its way. Asking for the one that isn't there is a bug of the caller.
+/// The value of an operation that can fail, or the error. Accessing the one that isn't there is a bug of the caller,
+/// which assertions catch in debug builds.
+///
+///     Result<int> parse(std::string_view text) {
+///       if (text.empty()) return Error{.code = Error::Code::Malformed, .message = "it is empty"};
+///       return 1;
+///     }
+///     const auto number = parse(text);
+///     if (!number) return number.error();
+///     use(*number);
 template <typename T>
 class [[nodiscard]] Result {
  public:
-  // Both are implicit, so that a function can simply return what it has.
+  // Implicit, so that functions can return a value or an error directly.
   Result(T value) : m_state(std::in_place_index<0>, std::move(value)) {}
   Result(Error error) : m_state(std::in_place_index<1>, std::move(error)) {}
 
@@ -47,7 +56,7 @@ class [[nodiscard]] Result {
   std::variant<T, Error> m_state;
 };
 
-/// Success, or the error.
+/// Success, or the error. Ignoring it deliberately takes a cast to void.
 template <>
 class [[nodiscard]] Result<void> {
  public:

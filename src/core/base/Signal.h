@@ -7,36 +7,41 @@
 
 namespace mirvel {
 
-/// A place among the receivers of a signal, given up when it ends.
+/// Keeps a receiver subscribed to a signal. Destroying it, or assigning to it, ends the subscription. May outlive the
+/// signal.
 class Subscription {
  public:
   Subscription() = default;
-  explicit Subscription(std::shared_ptr<void> place) : m_place(std::move(place)) {}
+  explicit Subscription(std::shared_ptr<void> receiver) : m_receiver(std::move(receiver)) {}
 
  private:
-  std::shared_ptr<void> m_place;
+  std::shared_ptr<void> m_receiver;
 };
 
-/// News of one kind. For the main thread.
+/// An event to which any number of receivers can subscribe. For one thread.
+///
+///     Signal<int> changed;
+///     m_subscription = changed.subscribe([this](int value) { show(value); });
+///     changed.post(5);
 template <typename... Arguments>
 class Signal {
  public:
   using Receiver = std::function<void(const Arguments&...)>;
 
-  /// Calls the receiver at each `post` for as long as the subscription lives.
+  /// Calls the receiver at each `post` until the subscription ends. It must end before anything that the receiver uses.
   [[nodiscard]] Subscription subscribe(Receiver receiver) {
-    auto place = std::make_shared<Receiver>(std::move(receiver));
-    m_receivers.push_back(place);
-    return Subscription(std::move(place));
+    auto kept = std::make_shared<Receiver>(std::move(receiver));
+    m_receivers.push_back(kept);
+    return Subscription(std::move(kept));
   }
 
-  /// Calls the receivers in the order of their subscriptions. They may subscribe and end subscriptions meanwhile: who
-  /// has left isn't called any more, who is new is called at the next post.
+  /// Calls the receivers in the order in which they subscribed. They may add and end subscriptions, also their own: a
+  /// receiver whose subscription has ended isn't called any more, a new one only at the next post. They may also post.
   void post(const Arguments&... arguments) {
-    std::erase_if(m_receivers, [](const auto& place) { return place.expired(); });
-    const auto receivers = m_receivers;
-    for (const auto& place : receivers) {
-      if (const auto receiver = place.lock()) (*receiver)(arguments...);
+    std::erase_if(m_receivers, [](const auto& receiver) { return receiver.expired(); });
+    const auto receivers = m_receivers;  // a copy: receivers may subscribe
+    for (const auto& weak : receivers) {
+      if (const auto receiver = weak.lock()) (*receiver)(arguments...);
     }
   }
 

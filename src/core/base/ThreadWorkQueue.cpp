@@ -2,16 +2,22 @@
 
 #include <pthread.h>
 
+#include <array>
+#include <cstddef>
+#include <cstdlib>
 #include <utility>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace mirvel {
 
 namespace {
 
 void nameThread(const std::string& name) {
-  const std::string text = name.substr(0, 15);  // Linux takes no more
+  const std::string text = name.substr(0, 15);  // Linux rejects longer names
 #ifdef __APPLE__
-  (void)::pthread_setname_np(text.c_str());  // a name is a nicety
+  (void)::pthread_setname_np(text.c_str());  // only for debugging
 #else
   (void)::pthread_setname_np(::pthread_self(), text.c_str());
 #endif
@@ -26,7 +32,7 @@ ThreadWorkQueue::ThreadWorkQueue(const std::string& name)
       }) {}
 
 ThreadWorkQueue::~ThreadWorkQueue() {
-  std::deque<Task> dropped;  // ends outside the lock: what a task holds may do anything at its own end
+  std::deque<Task> dropped;  // destroyed without the lock: destructors of captured objects may do anything
   {
     const std::lock_guard lock(m_mutex);
     m_isEnding = true;
@@ -57,6 +63,17 @@ void ThreadWorkQueue::work() {
     }
     task();
   }
+}
+
+void growHeapOfThisThread() {
+#ifdef __GLIBC__
+  // Each piece is small enough to come from the heap rather than from mmap; together they hold some thousand jobs.
+  constexpr std::size_t pieceSize = std::size_t{100} << 10U;
+  ::mallopt(M_TRIM_THRESHOLD, 64 << 20);
+  std::array<void*, 80> pieces;
+  for (void*& piece : pieces) piece = std::malloc(pieceSize);
+  for (void* const piece : pieces) std::free(piece);
+#endif
 }
 
 }  // namespace mirvel

@@ -9,7 +9,8 @@
 
 namespace mirvel {
 
-/// A queue beside the main thread that runs one task after the other.
+/// Runs tasks one after the other, in the order in which they were added, off the main thread. An interface, so that
+/// tests can run tasks when they choose.
 class WorkQueue {
  public:
   using Task = std::function<void()>;
@@ -19,14 +20,15 @@ class WorkQueue {
   WorkQueue(const WorkQueue&) = delete;
   WorkQueue& operator=(const WorkQueue&) = delete;
 
-  /// From any thread. Tasks that haven't begun when the queue goes are dropped; one that runs is waited for.
+  /// Thread-safe. Tasks must not throw. When the queue is destroyed, tasks that haven't started are dropped (their
+  /// closures are destroyed), and a running one is waited for.
   virtual void add(Task task) = 0;
 };
 
-/// A work queue with a thread of its own.
+/// A work queue with its own thread. Must not be destroyed by one of its tasks, which would wait for itself.
 class ThreadWorkQueue final : public WorkQueue {
  public:
-  /// The name shows in debuggers and in lists of threads.
+  /// The name appears in debuggers and lists of threads; Linux uses the first 15 bytes.
   explicit ThreadWorkQueue(const std::string& name);
   ~ThreadWorkQueue() override;
 
@@ -39,7 +41,13 @@ class ThreadWorkQueue final : public WorkQueue {
   std::condition_variable m_changed;
   std::deque<Task> m_tasks;
   bool m_isEnding = false;
-  std::thread m_thread;  // last, so that it starts when all else is there
+  std::thread m_thread;  // last: it uses the other members as soon as it starts
 };
+
+/// Prepares the heap of the calling thread for many allocations: reserves about 8 MiB at once, and makes the whole
+/// program keep up to 64 MiB of freed memory per heap instead of returning it, so that a discarded catalogue makes room
+/// for the next one. Call it once per thread. Does nothing without glibc, where the heap of every thread but the first
+/// otherwise grows by a page at a time, each with a system call that blocks all threads that touch new memory.
+void growHeapOfThisThread();
 
 }  // namespace mirvel

@@ -9,7 +9,6 @@
 #include <memory>
 #include <utility>
 
-#include "core/files/FileTimes.h"
 #include "core/files/RegularFile.h"
 
 namespace mirvel {
@@ -80,7 +79,7 @@ FileDescriptor JobFolder::openEntry(const std::string& name, int flags) const {
 }
 
 Result<std::string> JobFolder::read(const std::string& name, const Stamp& stamp) const {
-  if (!stamp.isRegular) return noRegularFile(m_prefix + name);
+  if (!stamp.isRegular) return notRegularFile(m_prefix + name);
   if (stamp.size > largestFile) return tooLarge(m_prefix + name);
   const FileDescriptor file = openEntry(name, 0);
   if (!file) return systemError(errno, "read", m_prefix + name);
@@ -98,7 +97,7 @@ Result<std::string_view> JobFolder::readListed(const std::string& name, std::spa
     struct stat status {};
     if (::fstat(file.number(), &status) != 0) return systemError(errno, "read", m_prefix + name);
     *stamp = stampOf(status);
-    if (!stamp->isRegular) return noRegularFile(m_prefix + name);
+    if (!stamp->isRegular) return notRegularFile(m_prefix + name);
   }
   const ssize_t count = readUninterrupted(file.number(), room.data(), room.size());
   if (count < 0) return systemError(errno, "read", m_prefix + name);

@@ -14,7 +14,6 @@
 #include "core/creation/CreationContext.h"
 #include "core/creation/CreationTexts.h"
 #include "core/locale/Dates.h"
-#include "core/propertylist/Comments.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"

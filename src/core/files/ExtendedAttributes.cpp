@@ -22,6 +22,7 @@ ssize_t get(int file, const char* name, char* value, std::size_t size) {
 int set(int file, const char* name, const std::string& value) {
   return ::fsetxattr(file, name, value.data(), value.size(), 0, 0);
 }
+// macOS keeps access control lists in an attribute of their own; all others are harmless.
 bool isHarmless(std::string_view name) {
   return name != "com.apple.system.Security";
 }
@@ -35,12 +36,13 @@ ssize_t get(int file, const char* name, char* value, std::size_t size) {
 int set(int file, const char* name, const std::string& value) {
   return ::fsetxattr(file, name, value.data(), value.size(), 0);
 }
+// Access control lists, capabilities and security labels are in other name spaces.
 bool isHarmless(std::string_view name) {
   return name.starts_with("user.");
 }
 #endif
 
-/// The names, each with a null character behind it.
+/// The names of all attributes, each followed by a null character. Empty on failure.
 std::string namesOf(int file) {
   const ssize_t size = list(file, nullptr, 0);
   if (size <= 0) return {};
@@ -57,7 +59,7 @@ void copy(int from, int to, const char* name) {
   const ssize_t read = get(from, name, value.data(), value.size());
   if (read < 0) return;
   value.resize(static_cast<std::size_t>(read));
-  (void)set(to, name, value);  // as the header says
+  (void)set(to, name, value);  // best effort, see the header
 }
 
 }  // namespace
@@ -75,7 +77,7 @@ bool hasAccessList(int file) {
 #ifdef __linux__
   constexpr const char* name = "system.posix_acl_access";
   ssize_t size = get(file, name, nullptr, 0);
-  if (size < 0 && errno == EBADF) {  // of a folder that is open for its path alone
+  if (size < 0 && errno == EBADF) {  // opened with O_PATH, which fgetxattr refuses
     size = ::getxattr(("/proc/self/fd/" + std::to_string(file)).c_str(), name, nullptr, 0);
   }
   return size >= 0 || (errno != ENODATA && errno != ENOTSUP);

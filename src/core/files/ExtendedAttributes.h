@@ -2,17 +2,19 @@
 
 namespace mirvel {
 
+/// Which extended attributes to copy.
 enum class Attributes {
-  All,       ///< access lists included
-  Harmless,  ///< none that grants rights to anybody
+  All,       ///< including access control lists
+  Harmless,  ///< only those that don't grant access to anyone
 };
 
-/// Copies the extended attributes of one open file to another. What the file system or the process's rights don't
-/// allow is left out.
+/// Copies extended attributes from one open file to another. Best effort: attributes that the file system doesn't
+/// support or that this process may not read or set are skipped silently. Others of `to` are kept.
 void copyExtendedAttributes(int from, int to, Attributes which);
 
-/// Whether the open file has an access list (acl(5)), which makes of the group's rights in its mode the most that
-/// anybody has whom the list names. Never where the mode means the group alone. True if it can't be told.
+/// Whether an open file or folder has an access control list (acl(5)). Then the group bits of its mode aren't the
+/// rights of the group but the maximum for everyone whom the list names. Also true if it can't be determined, so that
+/// callers err on the safe side. Always false except on Linux.
 bool hasAccessList(int file);
 
 }  // namespace mirvel

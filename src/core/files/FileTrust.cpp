@@ -4,10 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <string>
+#include <utility>
 
 #include "core/files/ExtendedAttributes.h"
 #include "core/files/RegularFile.h"
@@ -15,15 +17,15 @@
 
 #ifdef __linux__
 #include <grp.h>
-#endif
 
-#include <algorithm>
-#ifdef __linux__
-#include <cerrno>
 #include <mutex>
+
+#include "core/process/UserEntry.h"
 #endif
 
 namespace mirvel {
+
+namespace fs = std::filesystem;
 
 bool GroupUsers::isPrivateTo(uid_t user) const {
   const auto isUser = [user](const User& other) { return other.id == user; };
@@ -39,17 +41,9 @@ namespace {
 
 constexpr std::size_t entrySize = std::size_t{1} << 16U;
 
-/// The user's own entry; none if there is no such user.
-std::optional<passwd> entryOf(uid_t user, std::vector<char>& buffer) {
-  passwd entry{};
-  passwd* found = nullptr;
-  ::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found);
-  return found ? std::optional(entry) : std::nullopt;
-}
-
-/// Where a database isn't listed (large ones in a network often aren't), those in it aren't found.
+/// Enumerates the user database.
 std::optional<std::vector<GroupUsers::User>> usersInDatabase(gid_t group) {
-  static std::mutex mutex;  // there is one position in the list for the whole process
+  static std::mutex mutex;  // the position of getpwent_r is shared by all threads
   const std::lock_guard lock(mutex);
   std::vector<char> buffer(entrySize);
   passwd entry{};
@@ -74,13 +68,13 @@ std::optional<std::vector<GroupUsers::User>> usersWithPrimary(gid_t group, const
 }
 
 bool isPrivateGroup(gid_t group, uid_t user) {
-  std::vector<char> buffer(entrySize);
-  const auto owner = entryOf(user, buffer);
-  if (!owner || owner->pw_gid != group) return false;
+  const auto owner = userEntry(user);
+  if (!owner || owner->group != group) return false;
   auto primary = usersInDatabase(group);
   if (!primary) return false;
   GroupUsers users{.name = {}, .primary = *std::move(primary), .members = {}};
-  users.primary.push_back({owner->pw_name, user});
+  users.primary.push_back({owner->login, user});  // who may be missing in an enumeration
+  std::vector<char> buffer(entrySize);
   struct group entry {};
   struct group* found = nullptr;
   ::getgrgid_r(group, &entry, buffer.data(), buffer.size(), &found);
@@ -91,9 +85,8 @@ bool isPrivateGroup(gid_t group, uid_t user) {
 }
 
 std::optional<gid_t> privateGroupOf(uid_t user) {
-  std::vector<char> buffer(entrySize);
-  const auto entry = entryOf(user, buffer);
-  return entry && isPrivateGroup(entry->pw_gid, user) ? std::optional(entry->pw_gid) : std::nullopt;
+  const auto entry = userEntry(user);
+  return entry && isPrivateGroup(entry->group, user) ? std::optional(entry->group) : std::nullopt;
 }
 
 #else
@@ -108,12 +101,10 @@ std::optional<gid_t> privateGroupOf(uid_t) {
 
 #endif
 
-namespace fs = std::filesystem;
-
 namespace {
 
 #ifdef O_PATH
-constexpr int openFolder = O_PATH | O_DIRECTORY | O_CLOEXEC;  // which needs no right to read it
+constexpr int openFolder = O_PATH | O_DIRECTORY | O_CLOEXEC;  // needs no read permission
 #else
 constexpr int openFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 #endif
@@ -125,7 +116,7 @@ Error notTrusted(const fs::path& path, std::string message) {
 bool isWritableByOthers(int file, const struct stat& status, const PrivateGroups& isPrivate) {
   if ((status.st_mode & S_IWOTH) != 0) return true;
   if ((status.st_mode & S_IWGRP) == 0) return false;
-  // What root runs is trusted no further than launchd trusts it.
+  // Files of root aren't trusted any further than launchd would.
   return status.st_uid == 0 || hasAccessList(file) || !isPrivate(status.st_gid, status.st_uid);
 }
 
@@ -133,12 +124,13 @@ Result<void> checkOwner(const fs::path& path, const struct stat& status, uid_t u
   if (status.st_uid == user || status.st_uid == 0) return {};
   const std::string owner = std::to_string(status.st_uid);
   return notTrusted(path, "it belongs to another user (number " + owner +
-                              "), who could change what is run: change its owner with chown");
+                              "), who could change what is run: change the owner with chown");
 }
 
 Result<void> checkMode(const fs::path& path, int file, const struct stat& status, const PrivateGroups& isPrivate) {
   if (!isWritableByOthers(file, status, isPrivate)) return {};
-  return notTrusted(path, "others may write to it and could change what is run: forbid that with chmod go-w");
+  return notTrusted(path,
+                    "others may write to it and could change what is run: remove their permission with chmod go-w");
 }
 
 Result<void> checkFolder(const fs::path& path, int folder, uid_t user, const PrivateGroups& isPrivate) {
@@ -149,7 +141,7 @@ Result<void> checkFolder(const fs::path& path, int folder, uid_t user, const Pri
   return owned && !isSticky ? checkMode(path, folder, status, isPrivate) : owned;
 }
 
-/// Where a link leads, seen from its folder.
+/// The target of a symbolic link. `folder` is the open folder of the link.
 Result<fs::path> targetOf(const fs::path& link, int folder) {
   std::array<char, PATH_MAX> buffer{};
   const ssize_t size = ::readlinkat(folder, link.filename().c_str(), buffer.data(), buffer.size());
@@ -162,10 +154,11 @@ Result<fs::path> targetOf(const fs::path& link, int folder) {
 Result<void> checkTrust(const fs::path& file, int descriptor, uid_t user, const PrivateGroups& isPrivate) {
   struct stat opened {};
   if (::fstat(descriptor, &opened) != 0) return systemError(errno, "read", file);
-  fs::path at = file;
+  fs::path at = file;  // follows the links one by one
   constexpr int mostLinks = 40;
   for (int links = 0; links < mostLinks; ++links) {
     const fs::path parent = at.has_parent_path() ? at.parent_path() : fs::path(".");
+    // Folder and entry are examined through one descriptor, so that no rename can come between.
     const FileDescriptor folder(::open(parent.c_str(), openFolder));
     if (!folder) return systemError(errno, "read", parent);
     if (auto trusted = checkFolder(parent, folder.number(), user, isPrivate); !trusted) return trusted;
@@ -177,7 +170,7 @@ Result<void> checkTrust(const fs::path& file, int descriptor, uid_t user, const 
     if (!S_ISLNK(entry.st_mode)) {
       const bool isSame = entry.st_dev == opened.st_dev && entry.st_ino == opened.st_ino;
       return isSame ? checkMode(at, descriptor, opened, isPrivate)
-                    : notTrusted(at, "it was replaced while it was read: try again");
+                    : notTrusted(at, "it was replaced while it was being read: try again");
     }
     auto target = targetOf(at, folder.number());
     if (!target) return target.error();

@@ -22,7 +22,7 @@ Error tooLarge(const std::filesystem::path& path, std::size_t maximumSize) {
           .file = path.string()};
 }
 
-/// read(2), waiting for a pipe that has nothing yet.
+/// Reads like read(2), but waits for data: the descriptor is non-blocking, see `openForReading`.
 ssize_t readSome(int file, char* buffer, std::size_t size) {
   while (true) {
     const ssize_t count = readUninterrupted(file, buffer, size);
@@ -32,6 +32,7 @@ ssize_t readSome(int file, char* buffer, std::size_t size) {
   }
 }
 
+/// The expected number of bytes; 0 if unknown.
 std::size_t sizeOf(int file) {
   struct stat status {};
   if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) return 0;
@@ -39,9 +40,8 @@ std::size_t sizeOf(int file) {
 }
 
 Result<FileDescriptor> openForReading(const std::filesystem::path& path) {
-  if (path.native().find('\0') != std::string::npos) {
-    return Error{.code = Error::Code::BadArgument, .message = "the path holds a null character", .file = path.string()};
-  }
+  if (auto valid = checkPath(path); !valid) return valid.error();
+  // O_NONBLOCK: opening a named pipe would otherwise wait for a writer.
   FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   if (!file) return systemError(errno, "read", path.string());
   return file;
@@ -52,10 +52,10 @@ Result<std::string> readUpTo(int file, std::size_t count, const std::filesystem:
   bytes.reserve(std::min(sizeOf(file), count));
   std::array<char, 65536> buffer;
   while (bytes.size() < count) {
-    const ssize_t got = readSome(file, buffer.data(), std::min(buffer.size(), count - bytes.size()));
-    if (got < 0) return systemError(errno, "read", path.string());
-    if (got == 0) break;
-    bytes.append(buffer.data(), static_cast<std::size_t>(got));
+    const ssize_t size = readSome(file, buffer.data(), std::min(buffer.size(), count - bytes.size()));
+    if (size < 0) return systemError(errno, "read", path.string());
+    if (size == 0) break;
+    bytes.append(buffer.data(), static_cast<std::size_t>(size));
   }
   return bytes;
 }
@@ -68,6 +68,7 @@ Result<std::string> readFile(const std::filesystem::path& path, std::size_t maxi
 }
 
 Result<std::string> readFile(int descriptor, std::size_t maximumSize, const std::filesystem::path& path) {
+  // One byte more than allowed shows that the file is too large, however large it is.
   auto bytes = readUpTo(descriptor, std::min(maximumSize, SIZE_MAX - 1) + 1, path);
   if (bytes && bytes->size() > maximumSize) return tooLarge(path, maximumSize);
   return bytes;

@@ -8,14 +8,18 @@
 
 namespace mirvel {
 
-/// The bytes of a file, or of anything else that can be read to its end, such as a pipe. More than `maximumSize` bytes
-/// are refused with `LimitExceeded`. A named pipe that nobody writes to reads as empty instead of waiting for a writer.
+/// Reads a file, or anything else that can be read to its end, such as a pipe. `maximumSize` is in bytes and must be
+/// finite, because /dev/zero is a file, too. Symbolic links are followed.
+///
+/// `LimitExceeded` if there is more; `NotFound`, `NotPermitted` or `Io` (for example of a folder) if it can't be read;
+/// `BadArgument` if the path contains a null character. Errors have the path. Waits for the data of a pipe that someone
+/// has open for writing; a named pipe without a writer is empty.
 Result<std::string> readFile(const std::filesystem::path& path, std::size_t maximumSize);
 
-/// The same of what is open already, from where it stands. The path is for errors.
+/// The same for an open descriptor, from its current position. The path is only for errors. The descriptor stays open.
 Result<std::string> readFile(int descriptor, std::size_t maximumSize, const std::filesystem::path& path);
 
-/// Its first bytes, as many as there are up to `count`.
+/// Reads at most the first `count` bytes; fewer if the file is shorter. Errors as above.
 Result<std::string> readBeginning(const std::filesystem::path& path, std::size_t count);
 
 }  // namespace mirvel

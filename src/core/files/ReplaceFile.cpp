@@ -2,13 +2,16 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <system_error>
 
 #include "core/files/ExtendedAttributes.h"
+#include "core/files/RegularFile.h"
 #include "core/process/FileDescriptor.h"
 #include "core/text/Bytes.h"
 
@@ -16,10 +19,35 @@ namespace mirvel {
 
 namespace fs = std::filesystem;
 
-namespace {
+int FileCalls::create(int folder, const char* name, mode_t mode) {
+  return ::openat(folder, name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+}
 
-constexpr mode_t newFileMode = 0644;  // as far as the umask leaves it
-constexpr mode_t ownersAlone = 0600;
+ssize_t FileCalls::write(int file, const char* bytes, std::size_t count) {
+  return ::write(file, bytes, count);
+}
+
+int FileCalls::setMode(int file, mode_t mode) {
+  return ::fchmod(file, mode);
+}
+
+int FileCalls::sync(int fileOrFolder) {
+#ifdef F_FULLFSYNC
+  // On macOS, fsync leaves data in the cache of the device. Not every file system has F_FULLFSYNC.
+  if (::fcntl(fileOrFolder, F_FULLFSYNC) == 0) return 0;
+#endif
+  return ::fsync(fileOrFolder);
+}
+
+int FileCalls::close(int file) {
+  return ::close(file);
+}
+
+int FileCalls::rename(int folder, const char* from, const char* to) {
+  return ::renameat(folder, from, folder, to);
+}
+
+namespace {
 
 Error writeError(int errnoValue, const fs::path& path) {
   return systemError(errnoValue, "write", path.string());
@@ -29,7 +57,7 @@ Error badPath(const char* why, const fs::path& path) {
   return {.code = Error::Code::BadArgument, .message = why, .file = path.string()};
 }
 
-/// The file that a chain of symbolic links leads to, whether it exists or not.
+/// The target of a chain of symbolic links, whether it exists or not. ELOOP after as many links as the kernel follows.
 Result<fs::path> followLinks(const fs::path& path) {
   constexpr int longestChain = 40;
   fs::path target = path;
@@ -43,9 +71,9 @@ Result<fs::path> followLinks(const fs::path& path) {
   return writeError(ELOOP, path);
 }
 
-/// What lies at the place of the new file.
+/// The existing file that is replaced; both members are empty if there is none.
 struct Replaced {
-  FileDescriptor file = {};  ///< none where nothing lies, or what is there may not be read
+  FileDescriptor file = {};  ///< for its attributes; empty if it isn't readable
   std::optional<OwnerAndMode> owner = {};
 };
 
@@ -56,7 +84,8 @@ Result<Replaced> replacedBy(int folder, const fs::path& target) {
     return writeError(errno, target);
   }
   if (S_ISDIR(old.st_mode)) return badPath("can't write: it is a folder", target);
-  if (!S_ISREG(old.st_mode)) return badPath("can't write: it is no regular file", target);
+  if (!S_ISREG(old.st_mode)) return badPath("can't write: it isn't a regular file", target);
+  // O_NONBLOCK and O_NOCTTY: something else may have taken the name meanwhile.
   constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   return Replaced{
       .file = FileDescriptor(::openat(folder, target.filename().c_str(), flags)),
@@ -64,19 +93,19 @@ Result<Replaced> replacedBy(int folder, const fs::path& target) {
   };
 }
 
-/// What the new file is to have; none: it is new, and has what it was made with.
+/// Owner and mode of the result; nullopt: a new file, which keeps what it was created with.
 std::optional<OwnerAndMode> ownerFor(const Replaced& old, const std::optional<OwnerAndMode>& fixed) {
   if (!fixed || !old.owner) return fixed ? fixed : old.owner;
   OwnerAndMode result = *fixed;
   result.mode &= old.owner->mode | S_IRWXU;
-  // The list isn't kept, and what the mode says of the group was what the list allowed at most.
+  // The access control list isn't kept, and with one, the group bits were the maximum of its entries, not the group's.
   if (old.file && hasAccessList(old.file.number())) result.mode &= ~static_cast<mode_t>(S_IRWXG);
-  const bool isGroups = (old.owner->mode & S_IROTH) == 0;
-  if (isGroups && old.owner->user == fixed->user) result.group = old.owner->group;
+  const bool wasRestricted = (old.owner->mode & S_IROTH) == 0;
+  if (wasRestricted && old.owner->user == fixed->user) result.group = old.owner->group;
   return result;
 }
 
-/// A file beside the one that is replaced; gone at the end of its life unless it has taken that one's place.
+/// The temporary file. The destructor deletes it unless it was renamed. Functions return 0 or an errno value.
 class Temporary {
  public:
   Temporary(FileCalls& calls, int folder) : m_calls(calls), m_folder(folder) {}
@@ -87,7 +116,6 @@ class Temporary {
     if (!m_name.empty()) ::unlinkat(m_folder, m_name.c_str(), 0);
   }
 
-  /// Each step gives 0 or what errno says.
   int create(mode_t mode) {
     constexpr int attempts = 100;
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -108,7 +136,7 @@ class Temporary {
       if (written > 0) {
         bytes.remove_prefix(static_cast<std::size_t>(written));
       } else if (written == 0) {
-        return EIO;
+        return EIO;  // would otherwise loop forever
       } else if (errno != EINTR) {
         return errno;
       }
@@ -116,7 +144,7 @@ class Temporary {
     return 0;
   }
 
-  /// The owner comes first: a change of owner may clear bits of the mode.
+  /// Sets the attributes, flushes and closes. The owner comes first: changing it may clear mode bits.
   int finish(const Replaced& old, const std::optional<OwnerAndMode>& fixed) {
     const auto wanted = ownerFor(old, fixed);
     if (fixed) {
@@ -139,7 +167,7 @@ class Temporary {
   }
 
  private:
-  /// Only root may give a file away; a user may at most choose among the own groups.
+  /// Best effort: only root may change the owner, and other users only set groups that they belong to.
   void keepOwner(const OwnerAndMode& owner) {
     if (::fchown(m_file.number(), owner.user, owner.group) == 0) return;
     [[maybe_unused]] const int kept = ::fchown(m_file.number(), static_cast<uid_t>(-1), owner.group);
@@ -154,9 +182,9 @@ class Temporary {
 int replaceIn(int folder, const char* name, std::string_view bytes, const Replaced& old,
               const std::optional<OwnerAndMode>& fixed, mode_t mostOpen, FileCalls& calls) {
   Temporary temporary(calls, folder);
-  // What is known of the mode at the end comes after the content: until then nobody else may look at it.
+  // Until the final mode is set, after the content, nobody else may read it.
   const bool isNew = !old.owner && !fixed;
-  if (const int failure = temporary.create(isNew ? newFileMode & (mostOpen | ownersAlone) : ownersAlone))
+  if (const int failure = temporary.create(isNew ? newFileMode & (mostOpen | privateFile) : privateFile))
     return failure;
   if (const int failure = temporary.write(bytes)) return failure;
   if (const int failure = temporary.finish(old, fixed)) return failure;
@@ -164,9 +192,9 @@ int replaceIn(int folder, const char* name, std::string_view bytes, const Replac
 }
 
 Result<void> syncFolder(int folder, const fs::path& target, FileCalls& calls) {
-  // Some file systems can't flush a folder and say so in these two ways.
+  // Some file systems can't flush a folder and return one of these two errors.
   if (calls.sync(folder) == 0 || errno == EINVAL || errno == ENOTSUP) return {};
-  return systemError(errno, "make sure that the new content stays", target.string());
+  return systemError(errno, "flush the folder of the file", target.string());
 }
 
 Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view bytes,
@@ -180,30 +208,17 @@ Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view by
 
 }  // namespace
 
-Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mostOpen, FileCalls& calls) {
-  if (path.native().find('\0') != std::string::npos) return badPath("the path holds a null character", path);
+Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mostOpen, FileCalls* calls) {
+  if (auto valid = checkPath(path); !valid) return valid;
   const auto target = followLinks(path);
   if (!target) return target.error();
-  if (!target->has_filename()) return badPath("can't write: the path names no file", path);
+  if (!target->has_filename()) return badPath("can't write: the path has no file name", path);
 
   const fs::path parent = target->has_parent_path() ? target->parent_path() : fs::path(".");
   const FileDescriptor folder(::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!folder) return writeError(errno, *target);
-  return replaceFileIn(folder.number(), *target, bytes, std::nullopt, mostOpen, calls);
-}
-
-Result<void> replaceFile(const fs::path& path, std::string_view bytes) {
-  FileCalls calls;
-  return replaceFile(path, bytes, newFileMode, calls);
-}
-
-Result<void> replaceFile(const fs::path& path, std::string_view bytes, FileCalls& calls) {
-  return replaceFile(path, bytes, newFileMode, calls);
-}
-
-Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mostOpen) {
-  FileCalls calls;
-  return replaceFile(path, bytes, mostOpen, calls);
+  FileCalls system;
+  return replaceFileIn(folder.number(), *target, bytes, std::nullopt, mostOpen, calls ? *calls : system);
 }
 
 Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view bytes,
@@ -218,7 +233,7 @@ Result<void> makePrivateFolder(const std::filesystem::path& folder) {
   if (auto made = parent == folder ? Result<void>() : makePrivateFolder(parent); !made) return made;
   constexpr mode_t mode = 0700;
   if (::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST) return {};
-  return systemError(errno, "make the folder", folder.string());
+  return systemError(errno, "create the folder", folder.string());
 }
 
 }  // namespace mirvel

@@ -2,53 +2,79 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string_view>
 
 #include "core/base/Result.h"
-#include "core/files/FileCalls.h"
 
 namespace mirvel {
 
-/// How the names of the temporary files begin. One is seen in a folder while a file of it is being written.
+/// The system calls with which `replaceFile` writes, as virtual functions, so that tests can make any of them fail. All
+/// of them return what the system calls do: -1 with `errno` set on failure.
+class FileCalls {
+ public:
+  FileCalls() = default;
+  virtual ~FileCalls() = default;
+  FileCalls(const FileCalls&) = delete;
+  FileCalls& operator=(const FileCalls&) = delete;
+
+  /// Creates a new file for writing, with `mode` less the umask. EEXIST if the name is taken, even by a dangling link.
+  virtual int create(int folder, const char* name, mode_t mode);
+  virtual ssize_t write(int file, const char* bytes, std::size_t count);
+  virtual int setMode(int file, mode_t mode);
+  /// Flushes to the storage device, on macOS including the cache of the device itself.
+  virtual int sync(int fileOrFolder);
+  virtual int close(int file);
+  virtual int rename(int folder, const char* from, const char* to);
+};
+
+/// The prefix of temporary file names. While a file is being written, there is one such file beside it.
 inline constexpr std::string_view temporaryPrefix = ".mirvel-";
 
-/// Gives a file new content so that a reader, and a machine that loses power, sees all of the old or all of the new:
-/// the bytes go to a temporary file beside it, are flushed to the device, and take the file's name.
-///
-/// - A symbolic link stays one: the file that it leads to is replaced, or made if it is missing.
-/// - The owner, the permission bits and the extended attributes of the old file are kept, as far as this process may
-///   set them. A new file gets 0644 less what the umask takes away: others never may write it, even with a umask of
-///   002, since job files that they may write aren't loaded.
-/// - The folder must exist. Anything but a regular file at the path is refused with `BadArgument`.
-///
-/// On failure the old file is untouched and nothing is left beside it, with one exception: when flushing the folder is
-/// what fails, the new content is in place, but may not outlive a loss of power.
-Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes);
-Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, FileCalls& calls);
-/// The same, where a new file gets none of the rights that `mostOpen` doesn't have.
-Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, mode_t mostOpen);
-Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, mode_t mostOpen, FileCalls& calls);
+/// The mode of new files.
+inline constexpr mode_t newFileMode = 0644;
+/// The mode of files that only their owner may read.
+inline constexpr mode_t privateFile = 0600;
 
-/// Whose a file is, and what others may do with it.
+/// Replaces the content of a file atomically, or creates the file. Readers see all of the old or all of the new
+/// content, even after a power failure: the bytes are written to a temporary file in the same folder and flushed to the
+/// device, then the file is renamed, and the folder is flushed.
+///
+/// - A symbolic link is kept: its target is replaced, or created if it is missing.
+/// - Owner, permissions and extended attributes of the old file are kept as far as this process may set them.
+/// - A new file gets the mode 0644, less the umask and less what `mostOpen` doesn't contain; its owner can always read
+/// and
+///   write it. Others can never write it, even with a umask of 002, because launchd doesn't load such job files.
+/// - The folder must exist.
+///
+/// `BadArgument` for a folder, a device, a pipe, or a path that contains a null character or no file name; otherwise
+/// `NotFound`, `NotPermitted` or `Io`. On failure the old file is unchanged and the temporary file is removed, with one
+/// exception: if flushing the folder fails, the new content is in place but may not survive a power failure.
+///
+/// `calls` may be null for the system's own.
+Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, mode_t mostOpen = newFileMode,
+                         FileCalls* calls = nullptr);
+
+/// Owner and permissions of a file.
 struct OwnerAndMode {
   uid_t user = 0;
   gid_t group = 0;
-  mode_t mode = 0;
+  mode_t mode = 0;  ///< permission bits
 };
 
-/// The same in a folder that is open already, for callers who may not trust the path to it: only the last component of
-/// `path` counts, and a link of that name is refused. A file made with `fixed` has that owner and mode, and keeps no
-/// attribute that gives rights to anybody. But in place of a file that group or others had fewer rights to, they get no
-/// more; and one of the same owner that not everybody could read keeps its group.
+/// Like `replaceFile`, for callers that don't trust the path: `folder` is the open folder, only the last component of
+/// `path` is used in it, and a symbolic link of that name is rejected with `BadArgument`.
+///
+/// With `fixed`, the file gets this owner and mode; failing to set them is an error, and extended attributes that grant
+/// access aren't kept. An existing file doesn't become more accessible by it: group and others keep at most the rights
+/// that they had, and a file of the same owner that wasn't readable by everyone keeps its group.
 Result<void> replaceFileIn(int folder, const std::filesystem::path& path, std::string_view bytes,
                            const std::optional<OwnerAndMode>& fixed, FileCalls& calls);
 
-/// The mode of a file that only its owner may read.
-inline constexpr mode_t privateFile = 0600;
-
-/// Makes a folder, and those above it that are missing, for their owner alone. Existing folders stay as they are.
+/// Creates a folder and its missing ancestors with the mode 0700. Existing folders are left as they are; an empty path
+/// is fine. Errors have the path of the folder that couldn't be created.
 Result<void> makePrivateFolder(const std::filesystem::path& folder);
 
 }  // namespace mirvel

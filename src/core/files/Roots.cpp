@@ -1,10 +1,11 @@
 #include "core/files/Roots.h"
 
-#include <pwd.h>
 #include <unistd.h>
 
-#include <sstream>
 #include <vector>
+
+#include "core/process/UserEntry.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -12,27 +13,24 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The home folder in the user database, or "/" for a user without one.
+/// The home folder in the user database; "/" if there is none.
 fs::path registeredHome() {
-  std::vector<char> buffer(std::size_t{1} << 16U);
-  passwd entry{};
-  passwd* found = nullptr;
-  ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found);
-  return found && found->pw_dir && *found->pw_dir == '/' ? found->pw_dir : "/";
+  const auto user = userEntry(::getuid());
+  return user && user->home.starts_with('/') ? user->home : "/";
 }
 
-/// The absolute path in a variable, or else another.
-fs::path pathIn(const Environment& environment, const std::string& name, const fs::path& otherwise) {
+/// The path in an environment variable, if it is absolute.
+fs::path pathIn(const Environment& environment, const std::string& name, const fs::path& fallback) {
   const auto found = environment.find(name);
-  return found != environment.end() && found->second.starts_with('/') ? fs::path(found->second) : otherwise;
+  return found != environment.end() && found->second.starts_with('/') ? fs::path(found->second) : fallback;
 }
 
-/// Those below the folders of `XDG_CONFIG_DIRS`.
+/// The autostart folders in `XDG_CONFIG_DIRS`, most important first.
 std::vector<fs::path> autostartFolders(const Environment& environment) {
   const auto found = environment.find("XDG_CONFIG_DIRS");
-  std::istringstream folders(found != environment.end() ? found->second : "");
+  const std::string_view folders = found != environment.end() ? found->second : std::string_view();
   std::vector<fs::path> result;
-  for (std::string folder; std::getline(folders, folder, ':');) {
+  for (const auto folder : String::split(folders, ':')) {
     if (folder.starts_with('/')) result.push_back(fs::path(folder) / "autostart");
   }
   if (result.empty()) result.emplace_back("/etc/xdg/autostart");
@@ -43,7 +41,7 @@ std::vector<fs::path> autostartFolders(const Environment& environment) {
 
 Roots Roots::forThisMachine(const Environment& environment) {
 #ifdef __APPLE__
-  (void)environment;  // inside a sandbox HOME is the sandbox's own folder
+  (void)environment;  // in a sandbox, HOME is the sandbox's own folder
   return ofMac(registeredHome());
 #else
   return ofLinux(pathIn(environment, "HOME", registeredHome()), environment);

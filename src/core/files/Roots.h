@@ -7,28 +7,30 @@
 
 namespace mirvel {
 
-/// The folders in which the program reads and writes. All are absolute; none need exist.
+/// The folders in which the program reads and writes. All paths are absolute; the folders needn't exist. Everything
+/// that accesses files takes its paths from here, so that tests and the demo can work in a temporary folder.
 struct Roots {
-  std::filesystem::path home;                    ///< the real user's, even inside a sandbox
-  std::filesystem::path userLibrary;             ///< of the user's job folders
-  std::filesystem::path applicationSupport;      ///< of the program's own stores
-  std::filesystem::path localLibrary;            ///< of the machine's job folders
-  std::filesystem::path systemLibrary;           ///< of the job folders that come with the system
-  std::filesystem::path defaultsFile;            ///< of the user defaults
-  std::filesystem::path localApplications = {};  ///< of application bundles; empty: the platform has none
-  std::filesystem::path ownAutostart = {};       ///< of the user's login items; empty likewise
-  std::vector<std::filesystem::path> installedAutostart =
-      {};  ///< of those that applications bring, the first counts most
+  std::filesystem::path home;                    ///< of the real user, even in a sandbox
+  std::filesystem::path userLibrary;             ///< contains the user's job folders
+  std::filesystem::path applicationSupport;      ///< contains the program's own stores
+  std::filesystem::path localLibrary;            ///< contains the job folders of the machine
+  std::filesystem::path systemLibrary;           ///< contains the job folders of the operating system
+  std::filesystem::path defaultsFile;            ///< the settings, a property list
+  std::filesystem::path localApplications = {};  ///< application bundles; empty: the platform has none
+  std::filesystem::path ownAutostart = {};       ///< the user's login items as desktop entries; empty: likewise
+  /// Login items that applications install; an entry hides those of the same name in later folders.
+  std::vector<std::filesystem::path> installedAutostart = {};
 
+  /// The folders of this platform, for the user who runs this process.
   static Roots forThisMachine(const Environment& environment);
 
-  /// The folders of macOS below a home folder.
+  /// The folders of macOS for a home folder.
   static Roots ofMac(const std::filesystem::path& home);
-  /// Those of a Linux desktop, by `XDG_CONFIG_HOME`, `XDG_DATA_HOME` and `XDG_CONFIG_DIRS` (the XDG base
-  /// directories, which have paths ignored that aren't absolute).
+  /// The folders of a Linux desktop according to `XDG_CONFIG_HOME`, `XDG_DATA_HOME` and `XDG_CONFIG_DIRS`. As the XDG
+  /// base directory specification requires, relative paths in these variables are ignored.
   static Roots ofLinux(const std::filesystem::path& home, const Environment& environment);
-  /// Those of a Linux machine below another folder, with the one user `home`: `home/.config/mirvel`, `etc/mirvel` and
-  /// so on.
+  /// The folders of a Linux desktop moved below `root`: `home/.config/mirvel`, `etc/mirvel` and so on, for a single
+  /// user whose home folder is `home`.
   static Roots below(const std::filesystem::path& root);
 };
 

@@ -8,14 +8,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Standardised, without a slash at the end.
-std::string standardised(const std::string& path) {
+/// Lexically normalized, without a slash at the end.
+std::string normalized(const std::string& path) {
   std::string text = fs::path(path).lexically_normal().native();
   while (text.size() > 1 && text.back() == '/') text.pop_back();
   return text;
 }
 
-/// Whether a path is standardised as it stands, which nearly all are: then texts can be compared.
+/// Whether a path is certainly normalized, as nearly all are; then comparing the strings is enough.
 bool isPlain(const std::string& path) {
   return !path.empty() && path.back() != '/' && path.find("/.") == std::string::npos &&
          path.find("//") == std::string::npos && path.front() != '.';
@@ -37,7 +37,7 @@ bool URL::equalTo(const URL& other) const {
   if (isFile() != other.isFile()) return false;
   if (text() == other.text()) return true;
   if (!isFile() || (isPlain(text()) && isPlain(other.text()))) return false;
-  return standardised(m_text) == standardised(other.m_text);
+  return normalized(m_text) == normalized(other.m_text);
 }
 
 std::string localizedDisplayPath(std::string_view path, std::string_view home) {

@@ -20,15 +20,15 @@ std::optional<std::string> ParsedArguments::value(std::string_view option) const
 
 Result<ParsedArguments> parseArguments(Arguments arguments, std::initializer_list<Option> known) {
   ParsedArguments result;
-  bool onlyOperands = false;
+  bool isAfterDashes = false;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
-    if (onlyOperands || argument.size() < 2 || argument[0] != '-') {
+    if (isAfterDashes || argument.size() < 2 || argument[0] != '-') {
       result.operands.push_back(argument);
       continue;
     }
     if (argument == "--") {
-      onlyOperands = true;
+      isAfterDashes = true;
       continue;
     }
     const std::size_t equals = argument.find('=');

@@ -6,17 +6,25 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <system_error>
 #include <utility>
+#ifdef __APPLE__
+#include <mach-o/dyld.h>
+
+#include <cstdint>
+#endif
 
 #include "core/text/Strings.h"
 
 namespace mirvel {
 
+namespace fs = std::filesystem;
+
 namespace {
 
 struct Tool {
   std::string Commands::*path;
-  std::string_view otherName = {};  ///< what the tool is called on Linux
+  std::string_view otherName = {};  ///< the name on Linux, if it differs
 };
 
 constexpr std::array tools{
@@ -37,11 +45,10 @@ constexpr std::array tools{
     Tool{&Commands::automator},
 };
 
-/// The first program of that name in the absolute folders of a search path.
+/// The first program of this name in the absolute folders of a search path. Relative folders, such as the empty one
+/// that means the current folder, are skipped: what they contain depends on where the program was started.
 std::optional<std::string> findIn(std::string_view searchPath, std::string_view name) {
-  while (!searchPath.empty()) {
-    const std::string_view folder = searchPath.substr(0, searchPath.find(':'));
-    searchPath.remove_prefix(folder.size() < searchPath.size() ? folder.size() + 1 : folder.size());
+  for (const std::string_view folder : String::split(searchPath, ':')) {
     if (!folder.starts_with('/')) continue;
     std::string path = std::string(folder) + '/' + std::string(name);
     if (isProgram(path)) return path;
@@ -72,6 +79,19 @@ std::optional<std::string> findProgram(std::string_view name, const Environment&
   if (name.find('/') == std::string_view::npos) return findIn(searchPathOf(environment), name);
   std::string path(name);
   return path.starts_with('/') && isProgram(path) ? std::optional(std::move(path)) : std::nullopt;
+}
+
+fs::path executablePath() {
+  std::error_code failure;
+#ifdef __APPLE__
+  std::array<char, 4096> path{};
+  std::uint32_t size = path.size();
+  if (_NSGetExecutablePath(path.data(), &size) != 0) return {};
+  fs::path result = fs::canonical(path.data(), failure);
+#else
+  fs::path result = fs::read_symlink("/proc/self/exe", failure);
+#endif
+  return failure ? fs::path() : result;
 }
 
 Commands Commands::forThisMachine(const Environment& environment) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,9 +9,8 @@
 
 namespace mirvel {
 
-/// Full paths of the tools that the program runs, or that it puts in front of a script. They are the usual places of
-/// macOS; where one of them has no such tool, the one found in the search path stands there. A tool that the machine
-/// doesn't have keeps its usual place, so that a command made with it is complete and can be marked as missing.
+/// Absolute paths of the tools that the program runs or uses as interpreters of scripts. The defaults are the paths of
+/// macOS.
 struct Commands {
   std::string launchctl = "/bin/launchctl";
   std::string which = "/usr/bin/which";
@@ -28,15 +28,26 @@ struct Commands {
   std::string osascript = "/usr/bin/osascript";
   std::string automator = "/usr/bin/automator";
 
-  /// Looks once, with the `PATH` of the environment.
+  /// The tools of this machine. A tool that isn't at its default path is searched for in the `PATH` of the environment,
+  /// also under the name that it has on Linux. If it isn't found, the default path remains, so that a command made with
+  /// it is complete and can be reported as missing. Accesses the file system; call it once, at the start.
   static Commands forThisMachine(const Environment& environment);
 };
 
-/// Whether there is a regular file that this user may run.
+/// Whether the path is a regular file, or a link to one, that this process may execute.
 bool isProgram(const std::string& path);
 
-/// The full path of a program: of a name, the first in the absolute folders of the environment's `PATH`; an absolute
-/// path stands for itself. None if there is no such program, and for a relative path, which is of no known folder.
+/// Resolves the name of a program as a shell does: a name without slashes is searched for in the absolute folders of
+/// the environment's `PATH`, in order, or in a default path if there is no such variable; an absolute path is returned
+/// as it is. nullopt if there is no such program, and for relative paths, because the current folder means nothing to
+/// jobs.
+///
+///     findProgram("ls", environment)      // "/bin/ls"
+///     findProgram("/bin/ls", environment) // "/bin/ls"
+///     findProgram("./ls", environment)    // nullopt
 std::optional<std::string> findProgram(std::string_view name, const Environment& environment);
+
+/// The path of the program that this process runs, with symbolic links resolved. Empty if it can't be determined.
+std::filesystem::path executablePath();
 
 }  // namespace mirvel

@@ -5,10 +5,11 @@
 
 namespace mirvel {
 
-/// Environment variables by name.
+/// Environment variables by name. A value, so that it can be passed to a child process or made up in a test.
 using Environment = std::map<std::string, std::string>;
 
-/// Those of this process. Call it at the start of the program, while there is one thread.
+/// The variables of this process. Not thread-safe while another thread changes them: call it at the start of the
+/// program. Entries without `=` are skipped; of duplicates the first counts.
 Environment processEnvironment();
 
 }  // namespace mirvel

@@ -7,14 +7,14 @@
 
 namespace mirvel {
 
-/// How a tool ended and what it printed.
+/// The outcome of a tool that was started.
 struct ProcessResult {
-  int exitStatus = 0;           ///< 0 to 255; of a tool that a signal ended, 128 and the signal's number, as in a shell
-  std::string output = {};      ///< bytes of its standard output
-  std::string complaints = {};  ///< bytes of its standard error
+  int exitStatus = 0;           ///< 0 to 255; 128 plus the number of the signal that terminated it, as in a shell
+  std::string output = {};      ///< standard output, of any bytes
+  std::string complaints = {};  ///< standard error, likewise
 };
 
-/// Runs tools.
+/// Runs tools to completion. An interface, so that tests can replace the tools.
 class ProcessRunner {
  public:
   ProcessRunner() = default;
@@ -22,8 +22,9 @@ class ProcessRunner {
   ProcessRunner(const ProcessRunner&) = delete;
   ProcessRunner& operator=(const ProcessRunner&) = delete;
 
-  /// Runs the program at a path to its end, with no shell in between, and waits for it. An error means that it couldn't
-  /// be started or its output couldn't be taken; a tool that fails is a result with its exit status.
+  /// Runs a program and waits until it ends. `program` is its path, not a name to search for; there is no shell, so
+  /// arguments are passed exactly as they are. An error means that it couldn't be started or its output couldn't be
+  /// read; a tool that fails is a result with a nonzero exit status. Blocks without a time-out.
   virtual Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) = 0;
 };
 

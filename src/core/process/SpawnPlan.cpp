@@ -41,13 +41,13 @@ int SpawnPlan::resetSignals() {
   sigset_t none, all;
   sigemptyset(&none);
   sigfillset(&all);
-  sigdelset(&all, SIGKILL);
+  sigdelset(&all, SIGKILL);  // the actions of these two can't be changed
   sigdelset(&all, SIGSTOP);
   int failure = ::posix_spawnattr_setsigmask(&m_attributes, &none);
   if (failure == 0) failure = ::posix_spawnattr_setsigdefault(&m_attributes, &all);
   int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #ifdef POSIX_SPAWN_CLOEXEC_DEFAULT
-  flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;  // macOS can't make a pipe that is close-on-exec from the first moment
+  flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;  // closes pipes that aren't close-on-exec yet, see Pipe::make
 #endif
   return failure != 0 ? failure : ::posix_spawnattr_setflags(&m_attributes, static_cast<short>(flags));
 }

@@ -9,14 +9,21 @@
 
 namespace mirvel {
 
-/// Arguments or variables as exec(3) takes them: a pointer to each text, which must stay as it is, and a null.
+/// Pointers to strings for exec(3), followed by a null pointer. Valid as long as the strings aren't changed.
 std::vector<char*> execPointers(std::vector<std::string>& texts);
 
-/// "name=value" for each variable.
+/// The variables as "name=value", for exec(3).
 std::vector<std::string> execVariables(const Environment& environment);
 
-/// What a child process is started with: the descriptors that it is given and no others, and signals as at login. Each
-/// step gives 0 or an errno value.
+/// Prepares and starts a child process with posix_spawn(3), which unlike fork(2) is safe with threads. The child gets
+/// the descriptors that are set up here and no others: all of ours must be close-on-exec. All functions return 0 or an
+/// errno value. For one child and one thread.
+///
+///     SpawnPlan plan;
+///     int failure = plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+///     if (failure == 0) failure = plan.give(pipe.write.number(), STDOUT_FILENO);
+///     if (failure == 0) failure = plan.resetSignals();
+///     if (failure == 0) failure = plan.start(id, "/bin/ls", {"-l"}, environment);
 class SpawnPlan {
  public:
   SpawnPlan();
@@ -24,12 +31,14 @@ class SpawnPlan {
   SpawnPlan(const SpawnPlan&) = delete;
   SpawnPlan& operator=(const SpawnPlan&) = delete;
 
-  /// The child opens the file under that number.
+  /// The child opens a file as descriptor `number`. An error in doing so is returned by `start`.
   int open(int number, const char* path, int flags);
-  /// The child has a descriptor of ours under that number.
+  /// The child inherits our descriptor `ours` as `number`.
   int give(int ours, int number);
+  /// The child starts with all signals unblocked and at their default actions.
   int resetSignals();
-  /// The program is run by its path; its arguments are those after its name.
+  /// Starts the program at a path; `arguments` don't include its name. On success, `id` is set and the caller must wait
+  /// for the child. ENOENT or EACCES if the program can't be executed.
   int start(pid_t& id, const std::string& program, const std::vector<std::string>& arguments,
             const Environment& environment);
 

@@ -16,7 +16,7 @@ namespace mirvel {
 
 namespace {
 
-/// A started child; killed and collected at the end of its life unless `wait` or `hasEnded` has collected it.
+/// A child process. The destructor kills it unless it has ended, and reaps it, so that no zombie remains.
 class Child {
  public:
   explicit Child(pid_t id) : m_id(id) {}
@@ -25,7 +25,7 @@ class Child {
   ~Child() {
     if (m_ended) return;
     ::kill(m_id, SIGKILL);
-    (void)wait();  // it is gone either way
+    (void)wait();  // reaps it; the status doesn't matter
   }
 
   bool hasEnded() { return m_ended || collect(WNOHANG); }
@@ -47,7 +47,7 @@ class Child {
   bool m_ended = false;
 };
 
-/// The reading ends of a child's two outputs, and what has come from them.
+/// Reads both outputs of a child at the same time: a child blocks if one pipe is full while only the other is read.
 class Outputs {
  public:
   Outputs(FileDescriptor output, FileDescriptor complaints, std::size_t maximum)
@@ -56,11 +56,11 @@ class Outputs {
   }
 
   bool areOpen() const { return m_files[0] || m_files[1]; }
-  bool isOverfull() const { return m_overfull; }
+  bool exceedsLimit() const { return m_exceedsLimit; }
   std::string text(std::size_t which) { return std::move(m_texts[which]); }
 
-  /// Takes what is there, or what comes within that time.
-  void take(int milliseconds) {
+  /// Reads what is available, waiting for it at most this long.
+  void read(int milliseconds) {
     std::array<pollfd, 2> waiting{};
     for (std::size_t i = 0; i < m_files.size(); ++i) {
       waiting[i] = {.fd = m_files[i].number(), .events = POLLIN, .revents = 0};
@@ -77,7 +77,7 @@ class Outputs {
  private:
   void drain(std::size_t which) {
     std::array<char, 65536> buffer;
-    while (!m_overfull) {
+    while (!m_exceedsLimit) {
       const ssize_t count = ::read(m_files[which].number(), buffer.data(), buffer.size());
       if (count < 0 && errno == EINTR) continue;
       if (count < 0 && errno == EAGAIN) return;
@@ -87,8 +87,8 @@ class Outputs {
   }
 
   void keep(std::size_t which, std::string_view bytes) {
-    m_overfull = bytes.size() > m_room;
-    if (m_overfull) return;
+    m_exceedsLimit = bytes.size() > m_room;
+    if (m_exceedsLimit) return;
     m_room -= bytes.size();
     m_texts[which] += bytes;
   }
@@ -96,19 +96,21 @@ class Outputs {
   std::array<FileDescriptor, 2> m_files;
   std::array<std::string, 2> m_texts;
   std::size_t m_room;
-  bool m_overfull = false;
+  bool m_exceedsLimit = false;
 };
 
-bool holdsNull(const std::string& text) {
+bool containsNull(const std::string& text) {
   return text.find('\0') != std::string::npos;
 }
 
-/// Until both outputs end, or the tool has ended and left them open to a process of its own.
-void takeAll(Outputs& outputs, Child& child) {
-  constexpr int patience = 100;  // milliseconds between two looks at the tool
-  while (outputs.areOpen() && !outputs.isOverfull()) {
+/// Reads until both outputs end, or until the tool has ended. The second matters if it leaves a process in the
+/// background that keeps the outputs open.
+void readAll(Outputs& outputs, Child& child) {
+  constexpr int interval = 100;  // milliseconds between checks whether the tool has ended
+  while (outputs.areOpen() && !outputs.exceedsLimit()) {
+    // Checked before reading, so that everything that the tool wrote before its end is read.
     const bool ended = child.hasEnded();
-    outputs.take(ended ? 0 : patience);
+    outputs.read(ended ? 0 : interval);
     if (ended) return;
   }
 }
@@ -120,13 +122,14 @@ Error tooMuch(const std::string& program, std::size_t maximum) {
 }
 
 Error badArgument(const std::string& program) {
-  return {.code = Error::Code::BadArgument, .message = "an argument holds a null character", .file = program};
+  return {.code = Error::Code::BadArgument, .message = "an argument contains a null character", .file = program};
 }
 
 }  // namespace
 
 Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const std::vector<std::string>& arguments) {
-  if (holdsNull(program) || std::any_of(arguments.begin(), arguments.end(), holdsNull)) return badArgument(program);
+  if (containsNull(program) || std::any_of(arguments.begin(), arguments.end(), containsNull))
+    return badArgument(program);
   Pipe output = Pipe::make();
   Pipe complaints = Pipe::make();
   if (!output || !complaints) return systemError(errno, "run", program);
@@ -140,11 +143,12 @@ Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const
   if (failure != 0) return systemError(failure, "run", program);
 
   Child child(id);
+  // Otherwise the outputs would never end.
   output.write.reset();
   complaints.write.reset();
   Outputs outputs(std::move(output.read), std::move(complaints.read), m_maximumOutput);
-  takeAll(outputs, child);
-  if (outputs.isOverfull()) return tooMuch(program, m_maximumOutput);
+  readAll(outputs, child);
+  if (outputs.exceedsLimit()) return tooMuch(program, m_maximumOutput);
   const int status = child.wait();
   return ProcessResult{.exitStatus = status, .output = outputs.text(0), .complaints = outputs.text(1)};
 }

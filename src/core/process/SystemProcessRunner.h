@@ -8,16 +8,20 @@
 
 namespace mirvel {
 
-/// Runs real processes: standard input is empty, signals are as at login. May be used from any thread.
+/// Runs real processes. Their standard input is empty, their signal handling is reset, they inherit no other
+/// descriptors and have exactly the given environment. Thread-safe.
 class SystemProcessRunner : public ProcessRunner {
  public:
+  /// In bytes.
   static constexpr std::size_t usualMaximum = std::size_t{16} << 20U;
 
-  /// A tool that prints more than `maximumOutput` bytes is killed, and its run fails with `LimitExceeded`.
+  /// A tool that prints more than `maximumOutput` bytes in total is killed, and `run` fails with `LimitExceeded`.
   explicit SystemProcessRunner(Environment environment, std::size_t maximumOutput = usualMaximum)
       : m_environment(std::move(environment)), m_maximumOutput(maximumOutput) {}
 
-  /// The output is complete when the tool has ended. What a process that it left behind prints later isn't waited for.
+  /// Returns when the tool has ended, even if a process that it started still has its output open; what that prints
+  /// later is lost. `NotFound` or `NotPermitted` if the program can't be executed, `BadArgument` if the path or an
+  /// argument contains a null character, `Io` for other system errors. Errors have the path of the program.
   Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override;
 
  private:

@@ -19,11 +19,7 @@ namespace {
 constexpr std::uint64_t headerSize = 8;
 constexpr std::uint64_t trailerSize = 32;
 
-[[noreturn]] void fail(std::string_view message, std::uint64_t offset, Error::Code code = Error::Code::Malformed) {
-  throw ReadFailure{.message = std::string(message), .offset = static_cast<std::size_t>(offset), .code = code};
-}
-
-/// Whether a number of `size` bytes can hold `value`.
+/// Whether a number of `size` bytes can represent `value`.
 bool holds(std::uint64_t size, std::uint64_t value) {
   return size >= 8 || value >> (8 * size) == 0;
 }
@@ -44,7 +40,7 @@ Node BinaryReader::read() {
 }
 
 void BinaryReader::readTrailer() {
-  if (m_bytes.substr(0, 7) != "bplist0") fail("the version of the binary list isn't 0: `bplist0` was expected", 6);
+  if (m_bytes.substr(0, 7) != "bplist0") fail("unsupported version of the binary format: expected `bplist0`", 6);
   if (m_bytes.size() < headerSize + 1 + trailerSize) fail("the binary list ends before its trailer", m_bytes.size());
   const std::uint64_t trailer = m_bytes.size() - trailerSize;
   m_offsetSize = byteAt(trailer + 6);
@@ -53,57 +49,59 @@ void BinaryReader::readTrailer() {
   m_topObject = bigEndian(trailer + 16, 8);
   m_table = bigEndian(trailer + 24, 8);
 
-  if (m_offsetSize == 0) fail("offsets have no size", trailer + 6);
-  if (m_referenceSize == 0) fail("references have no size", trailer + 7);
-  if (m_objectCount < 1 || m_objectCount > trailer) fail("the object count doesn't fit the list", trailer + 8);
-  if (m_topObject >= m_objectCount) fail("there is no top object of that number", trailer + 16);
+  if (m_offsetSize == 0) fail("the offset size is 0", trailer + 6);
+  if (m_referenceSize == 0) fail("the reference size is 0", trailer + 7);
+  if (m_objectCount < 1 || m_objectCount > trailer) fail("the object count is 0 or larger than the list", trailer + 8);
+  if (m_topObject >= m_objectCount) fail("the top object doesn't exist", trailer + 16);
   if (m_table <= headerSize || m_table > trailer || m_table + m_objectCount * m_offsetSize != trailer) {
-    fail("the offset table doesn't lie between the objects and the trailer", trailer + 24);
+    fail("the offset table isn't between the objects and the trailer", trailer + 24);
   }
   if (!holds(m_referenceSize, m_objectCount)) fail("references are too small for the object count", trailer + 7);
   if (!holds(m_offsetSize, m_table)) fail("offsets are too small for the list", trailer + 6);
 }
 
-/// All offsets, even of objects that nothing names, must lie before the table, as macOS asks.
+/// Like macOS, rejects offsets beyond the objects even if nothing refers to them. `m_objects` is bounded by the size of
+/// the list, since the trailer was checked to have room for the whole table.
 void BinaryReader::readOffsets() {
-  m_objects = m_arena.row<Object>(m_objectCount);
+  m_objects = m_arena.allocateArray<Object>(m_objectCount);
   for (std::uint64_t object = 0; object < m_objectCount; ++object) {
     const std::uint64_t entry = m_table + object * m_offsetSize;
     const std::uint64_t offset = bigEndian(entry, m_offsetSize);
-    if (offset >= m_table) fail("the offset here lies behind all objects", entry);
+    if (offset >= m_table) fail("the offset is beyond the objects", entry);
     m_objects[object] = {.offset = static_cast<std::uint32_t>(offset), .container = 0};
   }
 }
 
 std::uint64_t BinaryReader::offsetOf(std::uint64_t object) const {
   const std::uint64_t offset = m_objects[object].offset;
-  if (offset < headerSize) fail("the offset here lies in the header", m_table + object * m_offsetSize);
+  if (offset < headerSize) fail("the offset is within the header", m_table + object * m_offsetSize);
   return offset;
 }
 
 std::uint64_t BinaryReader::objectAt(std::uint64_t reference) const {
   const std::uint64_t object = bigEndian(reference, m_referenceSize);
-  if (object >= m_objectCount) fail("the reference here is to an object that doesn't exist", reference);
+  if (object >= m_objectCount) fail("reference to an object that doesn't exist", reference);
   return object;
 }
 
-/// The content of an object of `count` units, the count being in the low half of the marker or behind it.
+/// The content of an object of `count` units of `unit` bytes each. The count is in the low half of the marker or, if
+/// that is 15, in an integer object after it.
 inline BinaryReader::Extent BinaryReader::extent(std::uint64_t offset, std::uint64_t unit) const {
   constexpr std::uint8_t oneByteInteger = 0x10;
   Extent result{.start = offset + 1, .count = byteAt(offset) & 15U};
   if (result.count == 15) {
-    // What lies behind the objects can be looked at, too: the offset table and the trailer.
+    // Reading beyond the last object is safe: the offset table and the trailer follow.
     const bool isShort = byteAt(offset + 1) == oneByteInteger && offset + 3 <= m_table;
     result = isShort ? Extent{.start = offset + 3, .count = byteAt(offset + 2)} : longExtent(offset);
   }
   if (result.count > m_table || result.count * unit > m_table - result.start) {
-    fail("the object runs out of the list", offset);
+    fail("the object extends beyond the end of the objects", offset);
   }
   return result;
 }
 
-/// Reads a scalar, or finds a container that was read before. Otherwise opens the container, and gives false: the slot
-/// is filled when the container is complete.
+/// Reads a scalar, or looks up a container that was read before. Otherwise opens the container and returns false: the
+/// slot is filled when the container is complete.
 bool BinaryReader::readValue(std::uint64_t object, Node& slot) {
   const std::uint64_t offset = offsetOf(object);
   const unsigned kind = byteAt(offset) >> 4U;
@@ -115,49 +113,41 @@ bool BinaryReader::readValue(std::uint64_t object, Node& slot) {
   }
   if (m_objects[object].container != 0) {
     const Container& known = m_containers[m_objects[object].container - 1];
-    if (!known.isComplete) fail("the container here holds itself", offset);
+    if (!known.isComplete) fail("the container contains itself", offset);
     slot = known.node;
     grow(known.size);
     return true;
   }
-  if (kind != 0xA && kind != 0xC && kind != 0xD) fail("no object begins with " + hexByte(byteAt(offset)), offset);
+  if (kind != 0xA && kind != 0xC && kind != 0xD) fail("invalid object marker " + hexByte(byteAt(offset)), offset);
   open(object, offset, kind == 0xA ? Type::Array : kind == 0xC ? Type::Set : Type::Dictionary);
   return false;
 }
 
-void BinaryReader::warn(std::string_view message, std::uint64_t offset) {
-  if (m_warnings.list.size() == Limits::warnings) {
-    ++m_warnings.unreported;
-  } else {
-    m_warnings.list.push_back({.message = std::string(message), .offset = offset});
-  }
-}
-
-/// Counts what is read, which is more than the list holds where objects are shared.
+/// Adds to the size of the open container. Sharing can make it exponential: 40 nested arrays that contain the same
+/// array twice have 2^40 values.
 void BinaryReader::grow(std::uint64_t size) {
   m_size += size;
   if (m_size > m_bytes.size() + Limits::objects * Limits::valueSize) {
-    fail("the list grows too large where it repeats its objects", m_bytes.size(), Error::Code::LimitExceeded);
+    fail("shared containers make the list too large", m_bytes.size(), Error::Code::LimitExceeded);
   }
 }
 
 void BinaryReader::open(std::uint64_t object, std::uint64_t offset, Type type) {
   if (m_frames.size() == Limits::depth) {
-    fail("arrays and dictionaries lie more than " + std::to_string(Limits::depth) + " deep in each other", offset,
-         Error::Code::LimitExceeded);
+    failTooDeep(offset);
   }
   const std::uint64_t perValue = type == Type::Dictionary ? 2 : 1;
   const Extent range = extent(offset, perValue * m_referenceSize);
-  // Containers whose references overlap may have far more slots in all than the list has bytes.
+  // Containers may overlap in the file, so that their slots can be far more than the list has bytes.
   m_slots += perValue * range.count;
   if (m_slots > m_bytes.size() + Limits::objects) {
-    fail("the containers of the list overlap too often", offset, Error::Code::LimitExceeded);
+    fail("the containers overlap too much", offset, Error::Code::LimitExceeded);
   }
   Frame frame{.type = type,
               .container = static_cast<std::uint32_t>(m_containers.size()),
               .offset = offset,
               .references = range.start + (perValue - 1) * range.count * m_referenceSize,
-              .slots = m_arena.row<Node>(perValue * range.count),
+              .slots = m_arena.allocateArray<Node>(perValue * range.count),
               .count = range.count,
               .next = 0,
               .outerSize = std::exchange(m_size, Limits::valueSize)};
@@ -171,14 +161,15 @@ void BinaryReader::readKeys(Frame& frame, std::uint64_t references) {
   for (std::uint64_t i = 0; i < frame.count; ++i) {
     const std::uint64_t offset = offsetOf(objectAt(references + i * m_referenceSize));
     const unsigned kind = byteAt(offset) >> 4U;
-    if (kind != 5 && kind != 6) fail("a dictionary's key is no string", offset);
+    if (kind != 5 && kind != 6) fail("the dictionary key isn't a string", offset);
     const Node key = string(offset);
-    grow(Limits::valueSize + key.byteCount());  // at once: a long key that is named often takes time, too
+    grow(Limits::valueSize +
+         key.byteCount());  // before the next: converting a long shared key again and again takes time
     frame.slots[2 * i] = key;
   }
 }
 
-/// Reads on in the innermost open container, up to a container in it or to its end.
+/// Continues with the innermost open container, until it opens another one or is complete.
 void BinaryReader::readValues() {
   const std::size_t index = m_frames.size() - 1;
   const bool isDictionary = m_frames[index].type == Type::Dictionary;
@@ -216,17 +207,17 @@ void BinaryReader::finish() {
 Node BinaryReader::dictionary(const Frame& frame) {
   const std::span entries(frame.slots, 2 * frame.count);
   const std::size_t count = dropRepeatedKeys(entries, Repeated::FirstWins, [&](std::string_view key) {
-    warn("the key " + quoted(key) + " is repeated; the first one counts", frame.offset);
+    m_warnings.add(frame.offset, [&] { return "the key " + quoted(key) + " is repeated; the first one counts"; });
   });
   return Node::dictionary(frame.slots, count);
 }
 
-/// Of an object whose count is an integer object of its own, behind the marker.
+/// The content of an object whose count is an integer object after the marker.
 BinaryReader::Extent BinaryReader::longExtent(std::uint64_t offset) const {
   const std::uint64_t integer = offset + 1;
-  if (integer >= m_table || byteAt(integer) >> 4U != 1) fail("the count of the object is no integer", offset);
+  if (integer >= m_table || byteAt(integer) >> 4U != 1) fail("the count of the object isn't an integer", offset);
   const std::uint64_t size = std::uint64_t{1} << (byteAt(integer) & 15U);
-  if (size > m_table - integer - 1) fail("the count of the object runs out of the list", offset);
+  if (size > m_table - integer - 1) fail("the count of the object extends beyond the end of the objects", offset);
   return {.start = integer + 1 + size, .count = bigEndian(integer + 1, size)};
 }
 
@@ -250,15 +241,16 @@ Node BinaryReader::scalar(std::uint64_t offset) {
   if (marker == 0x08) return Node::boolean(false);
   if (marker == 0x09) return Node::boolean(true);
   if (marker == 0x33) return date(offset);
-  if (marker == 0x00) fail("null is no value of a property list", offset);
-  fail("no object begins with " + hexByte(marker), offset);
+  if (marker == 0x00) fail("null isn't a property-list value", offset);
+  fail("invalid object marker " + hexByte(marker), offset);
 }
 
 Node BinaryReader::integer(std::uint64_t offset) {
   const unsigned exponent = byteAt(offset) & 15U;
-  if (exponent > 4) fail("no integer begins with " + hexByte(byteAt(offset)), offset);
+  if (exponent > 4) fail("invalid integer marker " + hexByte(byteAt(offset)), offset);
   const std::uint64_t size = std::uint64_t{1} << exponent;
-  if (size >= m_table - offset) fail("the integer runs out of the list", offset);
+  if (size >= m_table - offset) fail("the integer extends beyond the end of the objects", offset);
+  // In this format numbers of fewer than eight bytes are unsigned.
   if (size < 8) return Node::integer(Integer::fromUnsigned(bigEndian(offset + 1, size)));
   const std::uint64_t low = bigEndian(offset + 1 + size - 8, 8);
   if (size == 8) return Node::integer(static_cast<std::int64_t>(low));
@@ -266,7 +258,7 @@ Node BinaryReader::integer(std::uint64_t offset) {
   const bool isNegative = high == std::numeric_limits<std::uint64_t>::max() && low >> 63U == 1;
   if (isNegative) return Node::integer(static_cast<std::int64_t>(low));
   if (high != 0) {
-    warn("the integer doesn't fit 64 bits; only the lower ones are read", offset);
+    m_warnings.add(offset, [] { return "the integer doesn't fit into 64 bits; only the low 64 are read"; });
   }
   return Node::integer(Integer::fromUnsigned(low));
 }
@@ -274,27 +266,27 @@ Node BinaryReader::integer(std::uint64_t offset) {
 Node BinaryReader::real(std::uint64_t offset) const {
   const std::uint8_t marker = byteAt(offset);
   const std::uint64_t size = marker == 0x22 ? 4 : 8;
-  if (marker != 0x22 && marker != 0x23) fail("no real begins with " + hexByte(marker), offset);
-  if (size >= m_table - offset) fail("the real runs out of the list", offset);
+  if (marker != 0x22 && marker != 0x23) fail("invalid real marker " + hexByte(marker), offset);
+  if (size >= m_table - offset) fail("the real extends beyond the end of the objects", offset);
   const std::uint64_t bits = bigEndian(offset + 1, size);
   if (size == 4) return Node::real(static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits))));
   return Node::real(std::bit_cast<double>(bits));
 }
 
 Node BinaryReader::date(std::uint64_t offset) const {
-  if (8 >= m_table - offset) fail("the date runs out of the list", offset);
+  if (8 >= m_table - offset) fail("the date extends beyond the end of the objects", offset);
   const Date result{std::bit_cast<double>(bigEndian(offset + 1, 8))};
-  if (!isReadable(result)) fail("the date lies outside of any calendar", offset);
+  if (!isReadable(result)) fail("the date is outside the supported range", offset);
   return Node::date(result);
 }
 
 Node BinaryReader::uid(std::uint64_t offset) {
   const std::uint64_t size = (byteAt(offset) & 15U) + 1U;
-  if (size >= m_table - offset) fail("the UID runs out of the list", offset);
+  if (size >= m_table - offset) fail("the UID extends beyond the end of the objects", offset);
   const std::uint64_t number = bigEndian(offset + 1, size);
-  if (number > std::numeric_limits<std::uint32_t>::max()) fail("the UID doesn't fit 32 bits", offset);
+  if (number > std::numeric_limits<std::uint32_t>::max()) fail("the UID doesn't fit into 32 bits", offset);
   if (size > 8 && bigEndian(offset + 1, size - 8) != 0) {
-    warn("the UID doesn't fit 64 bits; only the lower ones are read", offset);
+    m_warnings.add(offset, [] { return "the UID doesn't fit into 64 bits; only the low 64 are read"; });
   }
   return Node::uid({static_cast<std::uint32_t>(number)});
 }
@@ -304,13 +296,13 @@ std::string_view BinaryReader::content(std::uint64_t offset, std::uint64_t unit)
   return {m_bytes.data() + range.start, range.count * unit};
 }
 
-/// The text lies among the objects, so whole words can be looked at: the trailer follows.
+/// The text is among the objects, so whole words can be loaded beyond its end: the trailer follows.
 bool BinaryReader::isAscii(std::string_view text) const {
   std::uint64_t all = 0;
   std::size_t at = 0;
   for (; text.size() - at >= words::size; at += words::size) all |= words::load(text.data() + at);
   all |= words::load(text.data() + at) & words::mask(text.size() - at);
-  return (all & words::tops) == 0;
+  return (all & words::highBits) == 0;
 }
 
 Node BinaryReader::string(std::uint64_t offset) {
@@ -322,7 +314,7 @@ Node BinaryReader::string(std::uint64_t offset) {
 
 Node BinaryReader::wideString(std::uint64_t offset) {
   const auto text = utf8FromUtf16BigEndian(content(offset, 2));
-  if (!text) fail("the string holds half of a surrogate pair", offset);
+  if (!text) fail("the string contains an unpaired surrogate", offset);
   return Node::string(m_arena.copy(*text));
 }
 

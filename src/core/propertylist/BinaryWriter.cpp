@@ -11,7 +11,7 @@ namespace mirvel::propertylist {
 
 namespace {
 
-/// How many bytes a number needs; the format knows 1, 2, 4 and 8.
+/// The size of a number in bytes; the format has 1, 2, 4 and 8.
 std::uint64_t sizeFor(std::uint64_t number) {
   if (number <= 0xFF) return 1;
   if (number <= 0xFFFF) return 2;
@@ -22,7 +22,7 @@ class BinaryWriter {
  public:
   std::string write(const Value& root) {
     number(root);
-    // Numbering goes on while elements are found; objects are then written in that order.
+    // Breadth first: numbering a container appends its elements, which are numbered in turn. No recursion.
     for (std::size_t i = 0; i < m_objects.size(); ++i) numberElements(i);
     m_referenceSize = sizeFor(m_objects.size());
     m_out = "bplist00";
@@ -35,8 +35,8 @@ class BinaryWriter {
   }
 
  private:
-  /// A value, or a key of a dictionary (then `value` is null). The references of a container's elements lie in
-  /// `m_references` from `first` on.
+  /// A value, or a string or key (then `value` is null and `text` is set). The references to the elements of a
+  /// container are in `m_references`, starting at `first`.
   struct Object {
     const Value* value;
     std::string_view text;
@@ -90,7 +90,7 @@ class BinaryWriter {
         writeMarked(0x23, std::bit_cast<std::uint64_t>(*value.as<double>()), 8);
         break;
       case Type::String:
-        break;  // numbered as a text
+        break;  // has no value: `number` passed it to `numberText`
       case Type::Data:
         writeCounted(0x40, value.as<Data>()->bytes.size()), m_out += value.as<Data>()->bytes;
         break;
@@ -121,7 +121,7 @@ class BinaryWriter {
     writeBigEndian(value, size);
   }
 
-  /// Numbers of less than 8 bytes are unsigned in the format; those beyond 2^63-1 take 16.
+  /// Numbers of fewer than 8 bytes are unsigned in this format, so negative ones take 8 and those above 2^63-1 take 16.
   void writeInteger(Integer number) {
     if (!number.isNegative() && !number.toInt64()) {
       writeMarked(0x14, 0, 8);

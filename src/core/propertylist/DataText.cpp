@@ -12,16 +12,17 @@ namespace {
 
 constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-enum : std::uint8_t { junk = 0xFF, blank = 0xFE, padding = 0xFD };
+/// Entries of the table beyond the 64 digits.
+enum : std::uint8_t { Junk = 0xFF, Blank = 0xFE, Padding = 0xFD };
 
 constexpr std::array<std::uint8_t, 256> makeTable() {
   std::array<std::uint8_t, 256> table{};
-  for (auto& entry : table) entry = junk;
+  for (auto& entry : table) entry = Junk;
   for (std::size_t i = 0; i < alphabet.size(); ++i) {
     table[static_cast<unsigned char>(alphabet[i])] = static_cast<std::uint8_t>(i);
   }
-  for (const char c : {' ', '\t', '\r', '\n', '\v', '\f'}) table[static_cast<unsigned char>(c)] = blank;
-  table['='] = padding;
+  for (const char c : {' ', '\t', '\r', '\n', '\v', '\f'}) table[static_cast<unsigned char>(c)] = Blank;
+  table['='] = Padding;
   return table;
 }
 constexpr auto table = makeTable();
@@ -33,16 +34,16 @@ ParsedData parseData(std::string_view text) {
   result.bytes.reserve(text.size() * 3 / 4);
   std::uint32_t group = 0;
   unsigned count = 0;
-  unsigned paddingRun = 0;  // how many of the latest characters were padding
+  unsigned paddingRun = 0;  // the number of padding characters just read
   for (const char c : text) {
     const std::uint8_t code = table[static_cast<unsigned char>(c)];
-    if (code == blank) continue;
-    paddingRun = code == padding ? paddingRun + 1 : 0;
-    if (code == junk) {
+    if (code == Blank) continue;
+    paddingRun = code == Padding ? paddingRun + 1 : 0;
+    if (code == Junk) {
       result.hasJunk = true;
       continue;
     }
-    group = group << 6U | (code == padding ? 0U : code);
+    group = group << 6U | (code == Padding ? 0U : code);
     if (++count < 4) continue;
     result.bytes += static_cast<char>(group >> 16U & 0xFFU);
     if (paddingRun < 2) result.bytes += static_cast<char>(group >> 8U & 0xFFU);
@@ -55,6 +56,7 @@ ParsedData parseData(std::string_view text) {
 }
 
 void appendDataLines(std::string& out, std::string_view bytes, std::size_t indent) {
+  // The macOS writer caps the indentation of data, and only of data, so that lines never become too short.
   indent = std::min<std::size_t>(indent, 8);
   const std::size_t columns = 76 - 8 * indent;
   const std::size_t bytesPerLine = columns / 4 * 3;

@@ -5,18 +5,22 @@
 
 namespace mirvel::propertylist {
 
+/// The content of a <data> element. Parsing never fails, but may lose something.
 struct ParsedData {
   std::string bytes;
-  bool hasJunk = false;       ///< characters that are neither base64 nor white space were passed over
-  bool isIncomplete = false;  ///< the last group lacks characters or padding, and is lost
+  bool hasJunk = false;       ///< characters that are neither base64 nor white space were skipped
+  bool isIncomplete = false;  ///< the last group has fewer than four characters and was dropped
 };
 
-/// The bytes in the text of a <data>, as macOS reads them: any other characters are passed over, padding may stand
-/// anywhere and counts as zero bits, and a last group of fewer than four characters is dropped.
+/// Decodes base64 as leniently as macOS: other characters are skipped, padding may occur anywhere and counts as zero
+/// bits, and a last group of fewer than four characters is dropped. `fromBase64` in core/text is the strict decoder.
+///
+///     parseData("AAEC /w==")         // 00 01 02 ff
+///     parseData("QU!FB")             // "AAA", hasJunk
 ParsedData parseData(std::string_view text);
 
-/// Adds the lines of a <data> element's content, each ended by a line end, as the macOS writer indents and breaks them:
-/// behind `indent` tabs, but never more than 8, and 76 columns long less 8 for each tab.
+/// Appends base64 lines as the macOS writer breaks them: each is indented by `indent` tabs, at most 8, and together
+/// with them is at most 76 columns wide, a tab counting as 8. Every line ends with a line feed; no bytes give no lines.
 void appendDataLines(std::string& out, std::string_view bytes, std::size_t indent);
 
 }  // namespace mirvel::propertylist

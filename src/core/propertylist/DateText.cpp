@@ -6,13 +6,15 @@
 #include <cstdio>
 #include <limits>
 
+#include "core/text/Ascii.h"
+
 namespace mirvel::propertylist {
 
 namespace {
 
 constexpr std::int64_t secondsPerDay = 86400;
 
-/// Days from 1 January of year 1. Our own sum, since `std::chrono::year` ends at 32767.
+/// Days from 1 January of year 1. Not by `std::chrono`, whose years end at 32767.
 constexpr std::int64_t daysBeforeYear(std::int64_t year) {
   const std::int64_t last = year - 1;
   const auto floorDiv = [](std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); };
@@ -29,7 +31,7 @@ int daysInMonth(std::int64_t year, int month) {
   return days[static_cast<std::size_t>(month - 1)] + (month == 2 && isLeap(year) ? 1 : 0);
 }
 
-/// Days from 1 January 2001 to the day; a day of 0 or beyond the month's end counts on.
+/// Days from 1 January 2001; `day` may be 0 or beyond the end of the month.
 std::int64_t daysFrom2001(std::int64_t year, int month, int day) {
   std::int64_t days = daysBeforeYear(year) - daysBefore2001;
   for (int m = 1; m < month; ++m) days += daysInMonth(year, m);
@@ -41,7 +43,7 @@ struct Fields {
   int month = 0, day = 0, hour = 0, minute = 0, second = 0;
 };
 
-/// Reads the fields one after the other; `isGood` falls once and for all.
+/// Reads fields in order. After the first error, all further ones read as 0 and `isDone` stays false.
 class FieldReader {
  public:
   explicit FieldReader(std::string_view text) : m_text(text) {}
@@ -72,7 +74,7 @@ class FieldReader {
   bool isDone() const { return m_isGood && m_at == m_text.size(); }
 
  private:
-  bool isDigit() const { return m_at < m_text.size() && m_text[m_at] >= '0' && m_text[m_at] <= '9'; }
+  bool isDigit() const { return m_at < m_text.size() && Ascii::isDigit(m_text[m_at]); }
   bool take(char c) {
     if (m_at >= m_text.size() || m_text[m_at] != c) return false;
     ++m_at;
@@ -114,7 +116,7 @@ bool isReadable(Date date) {
 std::optional<ParsedDate> parseDate(std::string_view text) {
   const auto fields = parseFields(text);
   if (!fields) return std::nullopt;
-  // Month 0 counts as January, and months over 12 as those of the next years; the smaller fields simply add up.
+  // As on macOS: month 0 is January, months above 12 are in the following years, and smaller fields simply add up.
   const int month = std::max(fields->month, 1) - 1;
   const std::int64_t days = daysFrom2001(fields->year + month / 12, month % 12 + 1, fields->day);
   const std::int64_t seconds = fields->hour * 3600 + fields->minute * 60 + fields->second;
@@ -130,7 +132,7 @@ std::string dateText(Date date) {
     rest += secondsPerDay;
     --days;
   }
-  // 146097 days are 400 years exactly, after which the calendar repeats; the guess is at most a few years off.
+  // The calendar repeats after 400 years, which have exactly 146097 days. The estimate is off by at most a few years.
   std::int64_t year = 2001 + static_cast<std::int64_t>(std::floor(static_cast<double>(days) * 400 / 146097));
   while (daysBeforeYear(year + 1) - daysBefore2001 <= days) ++year;
   while (daysBeforeYear(year) - daysBefore2001 > days) --year;

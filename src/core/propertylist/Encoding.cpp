@@ -24,7 +24,7 @@ struct Mark {
   const char* encoding;
 };
 
-/// The longer marks first: UTF-32's begins with UTF-16's.
+/// The mark of UTF-32LE starts with that of UTF-16LE, so longer marks come first.
 const Mark* byteOrderMark(std::string_view bytes) {
   using namespace std::string_view_literals;
   static constexpr Mark marks[] = {
@@ -36,7 +36,7 @@ const Mark* byteOrderMark(std::string_view bytes) {
   return found == std::end(marks) ? nullptr : found;
 }
 
-/// A list starts with ASCII, so zeros among the first four bytes tell wide characters and their byte order.
+/// A list starts with ASCII characters, so zeros among the first four bytes show their width and byte order.
 const char* encodingByZeros(std::string_view bytes) {
   if (bytes.size() < 4) return nullptr;
   unsigned pattern = 0;
@@ -55,8 +55,8 @@ const char* encodingByZeros(std::string_view bytes) {
   }
 }
 
-/// The encoding that the XML declaration names, which may be the empty text. As on macOS, no white space may stand
-/// around the `=`, and what isn't quoted isn't looked at.
+/// The encoding that the XML declaration names, which may be empty. As on macOS, `encoding=` followed by anything but a
+/// quotation mark is ignored, and white space around the `=` isn't allowed.
 std::optional<std::string_view> declaredEncoding(std::string_view text) {
   if (!startsWith(text, "<?xml")) return std::nullopt;
   constexpr std::string_view attribute = "encoding=";
@@ -69,15 +69,15 @@ std::optional<std::string_view> declaredEncoding(std::string_view text) {
   return text.substr(quote + 1, end - quote - 1);
 }
 
-/// Whether the text is made like a name of an encoding. ICU is asked for no other: it would take an empty one for the
-/// locale's own encoding, options from behind a comma, and a path for a file of its data.
+/// Whether the text looks like the name of an encoding. Only then is it passed to ICU, for which an empty name is the
+/// encoding of the locale, a comma starts options, and a path refers to a data file.
 bool isEncodingName(std::string_view text) {
   constexpr std::size_t longest = 60;
   constexpr std::string_view signs = "-_.:+() ";
   const auto isWordCharacter = [](char c) { return Ascii::isLetter(c) || Ascii::isDigit(c); };
-  const auto mayStand = [&](char c) { return isWordCharacter(c) || signs.find(c) != std::string_view::npos; };
+  const auto isAllowed = [&](char c) { return isWordCharacter(c) || signs.find(c) != std::string_view::npos; };
   return text.size() <= longest && std::any_of(text.begin(), text.end(), isWordCharacter) &&
-         std::all_of(text.begin(), text.end(), mayStand);
+         std::all_of(text.begin(), text.end(), isAllowed);
 }
 
 Error encodingError(const std::string& message) {
@@ -85,34 +85,33 @@ Error encodingError(const std::string& message) {
 }
 
 Result<std::string> convert(std::string_view bytes, const std::string& encoding) {
-  if (!isEncodingName(encoding)) return encodingError("the XML declaration names no encoding that is known");
+  if (!isEncodingName(encoding)) return encodingError("the XML declaration names an unknown encoding");
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<UConverter, decltype(&ucnv_close)> from(ucnv_open(encoding.c_str(), &status), &ucnv_close);
-  if (U_FAILURE(status)) return encodingError("the encoding `" + encoding + "` isn't known");
+  if (U_FAILURE(status)) return encodingError("unknown encoding `" + encoding + '`');
   ucnv_setToUCallBack(from.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
   const std::unique_ptr<UConverter, decltype(&ucnv_close)> to(ucnv_open("UTF-8", &status), &ucnv_close);
-  // No converter makes more than three bytes of UTF-8 from one byte of its own.
+  // No converter produces more than three bytes of UTF-8 per byte of input.
   std::string utf8(bytes.size() * 3 + 16, '\0');
   char* target = utf8.data();
   const char* source = bytes.data();
   ucnv_convertEx(to.get(), from.get(), &target, utf8.data() + utf8.size(), &source, bytes.data() + bytes.size(),
                  nullptr, nullptr, nullptr, nullptr, 1, 1, &status);
   if (U_FAILURE(status)) {
-    return encodingError("the bytes at offset " + std::to_string(source - bytes.data()) + " are no text in " +
-                         encoding);
+    return encodingError("the bytes at offset " + std::to_string(source - bytes.data()) + " aren't valid " + encoding);
   }
   utf8.resize(static_cast<std::size_t>(target - utf8.data()));
   return utf8;
 }
 
-Result<void> takeConverted(Result<std::string> text, DecodedText& result) {
+Result<void> setConverted(Result<std::string> text, DecodedText& result) {
   if (!text) return text.error();
   result.converted = *std::move(text);
   result.utf8 = *result.converted;
   return {};
 }
 
-/// The names that macOS also knows for two of the encodings.
+/// Removes the prefix that macOS accepts before the names of UTF-8 and UTF-16.
 std::string commonName(const std::string& name) {
   constexpr std::string_view prefix = "x-mac-utf-";
   return startsWith(name, prefix) ? "utf-" + name.substr(prefix.size()) : name;
@@ -130,9 +129,9 @@ Result<void> decodeText(std::string_view bytes, DecodedText& result) {
   if (const Mark* mark = byteOrderMark(bytes)) {
     result.utf8 = bytes.substr(mark->bytes.size());
     if (std::string_view(mark->encoding) == "UTF-8") return {};
-    return takeConverted(convert(result.utf8, mark->encoding), result);
+    return setConverted(convert(result.utf8, mark->encoding), result);
   }
-  if (const char* encoding = encodingByZeros(bytes)) return takeConverted(convert(bytes, encoding), result);
+  if (const char* encoding = encodingByZeros(bytes)) return setConverted(convert(bytes, encoding), result);
 
   const auto declared = declaredEncoding(bytes);
   if (!declared) return {};
@@ -142,15 +141,15 @@ Result<void> decodeText(std::string_view bytes, DecodedText& result) {
     const auto* high = std::find_if(bytes.begin(), bytes.end(), [](char c) { return !Ascii::holds(c); });
     if (high == bytes.end()) return {};
     result.notAscii = static_cast<std::size_t>(high - bytes.begin());
-    return takeConverted(utf8FromLatin1(bytes), result);
+    return setConverted(utf8FromLatin1(bytes), result);
   }
-  return takeConverted(convert(bytes, name), result);
+  return setConverted(convert(bytes, name), result);
 }
 
 bool isUtf8(std::string_view bytes) {
   const auto* text = reinterpret_cast<const std::uint8_t*>(bytes.data());
   std::size_t at = 0;
-  const auto isAscii = [&](std::size_t from) { return (words::load(bytes.data() + from) & words::tops) == 0; };
+  const auto isAscii = [&](std::size_t from) { return (words::load(bytes.data() + from) & words::highBits) == 0; };
   constexpr std::size_t stride = 4 * words::size;
   while (at < bytes.size()) {
     while (at + stride <= bytes.size() && isAscii(at) && isAscii(at + words::size) && isAscii(at + 2 * words::size) &&

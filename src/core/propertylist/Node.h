@@ -15,15 +15,19 @@ namespace mirvel::propertylist {
 class Dictionary;
 struct Member;
 
-/// The entries of a dictionary as they were read: in the order of the file, the keys distinct.
+/// The entries of a dictionary that was read, in the order of the file. Keys are distinct: duplicates are dropped when
+/// reading. A view, valid as long as the `Document`.
+///
+///     for (const Member& member : members) print(member.key(), member.value);
 class Members {
  public:
   Members(const Member* first, std::size_t count) : m_first(first), m_count(count) {}
 
   const Member* begin() const;
   const Member* end() const;
+  /// The number of entries.
   std::size_t size() const { return m_count; }
-  /// Goes through the entries; null: no such key.
+  /// The value of a key; null if there is no such key. A linear search: to look up many keys, iterate once instead.
   const class Node* find(std::string_view key) const;
 
  private:
@@ -31,11 +35,21 @@ class Members {
   std::size_t m_count;
 };
 
-/// A value of a list that was read. It can't be changed, is cheap to copy, and lives as long as its `Document`: reading
-/// costs no allocation for a value, and texts lie where the file's bytes do. `Value` is the form for everything else.
+/// A value of a list that was read: an immutable view of sixteen bytes, cheap to copy. It refers to the memory of its
+/// `Document` and must not be used after it; `valueOf` makes a copy that is independent. Reading allocates nothing for
+/// a single value, and strings refer to the bytes of the file where that is possible.
+///
+///     const auto document = read("<dict><key>Nice</key><integer>5</integer></dict>");
+///     const auto members = document->root().dictionary();  // optional<Members>
+///     const Node* nice = members->find("Nice");
+///     nice->integer();  // Integer(5)
+///     nice->string();   // nullopt: it isn't a string
 class Node {
  public:
-  Node() = default;  ///< `Node{}` is the boolean false
+  /// Value-initialized (`Node{}`) it is the boolean false; default-initialized it is indeterminate.
+  Node() = default;
+
+  // Made by the readers. Text, data and elements aren't copied: they must outlive the node.
 
   static Node boolean(bool value) { return {Type::Boolean, value ? 1U : 0U, 0}; }
   static Node integer(Integer value) { return {Type::Integer, value.bits(), value.isNegative() ? 1U : 0U}; }
@@ -45,19 +59,22 @@ class Node {
   static Node string(std::string_view text) { return {Type::String, text.data(), text.size()}; }
   static Node data(std::string_view bytes) { return {Type::Data, bytes.data(), bytes.size()}; }
   static Node array(std::span<const Node> elements) { return {Type::Array, elements.data(), elements.size()}; }
+  /// Element order is that of the file, as in `array`.
   static Node set(std::span<const Node> elements) { return {Type::Set, elements.data(), elements.size()}; }
-  /// `count` entries that lie as key, value, key, value.
+  /// From `2 * count` nodes: key, value, key, value.
   static Node dictionary(const Node* entries, std::size_t count) { return {Type::Dictionary, entries, count}; }
 
+  /// Exactly one of the accessors below returns a value: that of this type.
   Type type() const { return m_type; }
-  /// Of two strings: are they equal?
+  /// Whether two strings are equal. Both nodes must be strings.
   bool isSameText(const Node& other) const {
-    return m_size == other.m_size && std::memcmp(place<char>(), other.place<char>(), m_size) == 0;
+    return m_size == other.m_size && std::memcmp(pointer<char>(), other.pointer<char>(), m_size) == 0;
   }
-  /// How much text or data it holds itself.
+  /// The size of a string or of data in bytes; 0 for all other types.
   std::size_t byteCount() const { return m_type == Type::String || m_type == Type::Data ? m_size : 0; }
 
-  // What the value holds, if it is of the type. Nothing is converted.
+  // The content of a value of that type, and nullopt for any other type. Nothing is converted. Strings are valid UTF-8
+  // and may contain any character, including null.
   std::optional<bool> boolean() const { return when(Type::Boolean, m_bits != 0); }
   std::optional<Integer> integer() const {
     const Integer number = m_size != 0 ? Integer(static_cast<std::int64_t>(m_bits)) : Integer::fromUnsigned(m_bits);
@@ -75,29 +92,31 @@ class Node {
  private:
   Node(Type type, std::uint64_t bits, std::size_t size)
       : m_bits(bits), m_size(static_cast<std::uint32_t>(size)), m_type(type) {}
-  Node(Type type, const void* place, std::size_t size) : Node(type, reinterpret_cast<std::uintptr_t>(place), size) {}
+  Node(Type type, const void* content, std::size_t size)
+      : Node(type, reinterpret_cast<std::uintptr_t>(content), size) {}
 
   template <typename T>
   std::optional<T> when(Type type, T value) const {
     return m_type == type ? std::optional<T>(value) : std::nullopt;
   }
   template <typename T>
-  const T* place() const {
+  const T* pointer() const {
     return reinterpret_cast<const T*>(static_cast<std::uintptr_t>(m_bits));  // NOLINT(performance-no-int-to-ptr)
   }
-  std::string_view bytes() const { return {place<char>(), m_size}; }
-  std::span<const Node> elements() const { return {place<Node>(), m_size}; }
+  std::string_view bytes() const { return {pointer<char>(), m_size}; }
+  std::span<const Node> elements() const { return {pointer<Node>(), m_size}; }
 
-  std::uint64_t m_bits;  // the number, the bits of the real, or the address of what lies in the arena
-  std::uint32_t m_size;  // bytes or elements; of an integer: whether it is negative
+  std::uint64_t m_bits;  // the number, the bits of the real, or the address of the content
+  std::uint32_t m_size;  // in bytes, elements or entries; of an integer: 1 if it is negative
   Type m_type;
-  // There is no padding: a copy is two whole registers, and never a read of bytes that are still being stored.
+  // There is no padding, so that a copy is two whole registers. A padded node is copied in pieces that overlap the
+  // stores just made, for which the processor waits: that was a third of the time for reading binary lists.
 };
 static_assert(sizeof(Node) == 16 && sizeof(Type) == 4);
 
-/// A key and its value.
+/// An entry of a dictionary.
 struct Member {
-  Node keyNode;  ///< always a string
+  Node keyNode;  ///< a string
   Node value;
 
   std::string_view key() const { return *keyNode.string(); }
@@ -119,13 +138,14 @@ static_assert(sizeof(Member) == 2 * sizeof(Node));
 
 inline std::optional<Members> Node::dictionary() const {
   if (m_type != Type::Dictionary) return std::nullopt;
-  return Members(place<Member>(), m_size);
+  return Members(pointer<Member>(), m_size);
 }
 
-/// A copy that stands on its own.
+/// A deep copy. Recurses as deep as the list is nested, which `Limits::depth` bounds.
 Value valueOf(const Node& node);
 
-/// A short rendering for messages: `"text"`, `42`, `true`, `an array of 3`. Long texts are cut.
+/// A short description for messages: `"text"`, `42`, `true`, `an array of 3`, `a date`. Strings are cut after 40 bytes,
+/// between characters. Not translated.
 std::string summary(const Node& node);
 
 }  // namespace mirvel::propertylist

@@ -23,14 +23,14 @@ namespace {
 
 constexpr UChar32 zeroWidthSpace = 0x200B;
 
-/// Separators of the categories Z*, and the controls that are white space: tab to carriage return, and next line. The
-/// information separators, which `u_isspace` counts too, aren't among them.
+/// Separators (categories Z*) and the control characters tab to carriage return and next line. Not `u_isspace`, which
+/// includes the information separators U+001C to U+001F, which macOS rejects.
 bool isSpace(UChar32 character) {
   return (character >= '\t' && character <= '\r') || character == 0x85 || character == zeroWidthSpace ||
          (U_GET_GC_MASK(character) & U_GC_Z_MASK) != 0;
 }
 
-/// What macOS skips before a number: Unicode's white space and line ends, with the zero-width space.
+/// macOS skips Unicode white space before a number, and the zero-width space, which isn't white space in Unicode.
 std::string_view withoutLeadingSpace(std::string_view text) {
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   std::size_t next = 0;
@@ -64,7 +64,7 @@ std::size_t skipDigits(std::string_view text, std::size_t at) {
   return at;
 }
 
-/// Whether the text is a decimal number from its first to its last character.
+/// Whether the whole text is a decimal number.
 bool isDecimal(std::string_view text) {
   std::size_t at = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
   const std::size_t whole = skipDigits(text, at);
@@ -86,7 +86,7 @@ bool isDecimal(std::string_view text) {
   return at == text.size();
 }
 
-/// strtod with the decimal point of the format, whatever the user's locale.
+/// strtod with a decimal point in any locale. Not `std::from_chars`, which libc++ lacks for floating-point numbers.
 double toDouble(const std::string& decimal) {
   static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
   return strtod_l(decimal.c_str(), nullptr, plain);
@@ -111,14 +111,14 @@ ParsedInteger parseInteger(std::string_view text) {
   const bool negative = takeSign(text);
   text = withoutLeadingSpace(text);
   const std::uint64_t base = takeHexPrefix(text) ? 16 : 10;
-  if (text.empty()) return {.number = {}, .problem = "is no number"};
+  if (text.empty()) return {.number = {}, .problem = "isn't a number"};
 
   constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
   const std::uint64_t mostBefore = most / base;
   std::uint64_t number = 0;
   for (const char c : text) {
     const auto digit = Ascii::hexValue(c);
-    if (!digit || *digit >= base) return {.number = {}, .problem = "is no number"};
+    if (!digit || *digit >= base) return {.number = {}, .problem = "isn't a number"};
     if (number > mostBefore || number * base > most - *digit) return {.number = {}, .problem = "is too large"};
     number = number * base + *digit;
   }

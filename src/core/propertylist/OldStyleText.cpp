@@ -17,7 +17,7 @@ class OldStyleWriter {
  public:
   explicit OldStyleWriter(std::size_t maximumSize) : m_maximumSize(maximumSize) {}
 
-  /// One value and the sign behind it; the line's begin stands already.
+  /// Writes a value and its semicolon. The caller has written the indentation, and the key if there is one.
   void element(const Node& node) {
     if (const auto members = node.dictionary()) {
       dictionary(*members);
@@ -31,7 +31,7 @@ class OldStyleWriter {
     m_text += ";\n";
   }
 
-  bool isOverfull() const { return m_isTooDeep || m_text.size() > m_maximumSize; }
+  bool exceedsLimit() const { return m_isTooDeep || m_text.size() > m_maximumSize; }
   std::string text() { return std::move(m_text); }
 
  private:
@@ -48,7 +48,7 @@ class OldStyleWriter {
   void dictionary(const Members& members) {
     if (!open("{\n")) return;
     for (const Member& member : members) {
-      if (isOverfull()) return;
+      if (exceedsLimit()) return;  // in the middle: the text is discarded anyway
       m_text.append(m_indent, '\t');
       quoted(member.key());
       m_text += " = ";
@@ -60,7 +60,7 @@ class OldStyleWriter {
   void list(std::span<const Node> elements) {
     if (!open("(\n")) return;
     for (const Node& node : elements) {
-      if (isOverfull()) return;
+      if (exceedsLimit()) return;
       m_text.append(m_indent, '\t');
       element(node);
     }
@@ -68,6 +68,7 @@ class OldStyleWriter {
   }
 
   bool open(std::string_view sign) {
+    // Before recursing, so that shared containers can't overflow the stack.
     m_isTooDeep = m_isTooDeep || m_indent == Limits::depth;
     if (m_isTooDeep) return false;
     m_text += sign;
@@ -100,8 +101,9 @@ class OldStyleWriter {
 Result<std::string> oldStyleText(const Node& node, std::size_t maximumSize) {
   OldStyleWriter writer(maximumSize);
   writer.element(node);
-  if (writer.isOverfull()) {
-    return Error{.code = Error::Code::LimitExceeded, .message = "the list's text would be too long or too deep"};
+  if (writer.exceedsLimit()) {
+    return Error{.code = Error::Code::LimitExceeded,
+                 .message = "the text of the list would be too long or nested too deeply"};
   }
   return writer.text();
 }

@@ -8,7 +8,7 @@
 
 namespace mirvel::propertylist {
 
-/// The old text form, one entry to a line, as `launchctl plist` of macOS prints it:
+/// The old text form with one entry per line, as `launchctl plist` prints it on macOS:
 ///
 ///     {
 ///     	"CFBundleName" = "Example";
@@ -17,11 +17,12 @@ namespace mirvel::propertylist {
 ///     	);
 ///     };
 ///
-/// Keys stand in the order of the file, and only keys and strings in quotes: there a quote, a backslash and a line end
-/// get a backslash. For reading by people and by lines; nothing reads it back as a list.
+/// Keys are in the order of the file. Keys and strings are quoted, with a backslash before quotes and backslashes, and
+/// line feeds as `\n`. Data is hexadecimal in angle brackets, a set looks like an array, a UID like an integer. Meant
+/// for people and line-based tools; nothing here parses it.
 ///
-/// More than `maximumSize` bytes, or deeper nesting than a document has, is refused with `LimitExceeded`: deep or
-/// shared parts make a text far longer than the file.
+/// `LimitExceeded` if the text would be longer than `maximumSize` bytes or the value is nested deeper than
+/// `Limits::depth`: indentation and shared containers can make the text far longer than the file.
 Result<std::string> oldStyleText(const Node& node, std::size_t maximumSize = std::size_t{16} << 20U);
 
 }  // namespace mirvel::propertylist

@@ -14,13 +14,13 @@ Position positionOf(std::string_view text, std::size_t offset) {
   return {.line = lines + 1, .column = before.size() - lineStart + 1};
 }
 
-Lines::Lines(std::string_view text) {
+LineStarts::LineStarts(std::string_view text) {
   for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n', end + 1)) {
     m_starts.push_back(static_cast<std::uint32_t>(end + 1));
   }
 }
 
-Position Lines::positionOf(std::size_t offset) const {
+Position LineStarts::positionOf(std::size_t offset) const {
   const auto next = std::upper_bound(m_starts.begin(), m_starts.end(), offset);
   const std::size_t start = next == m_starts.begin() ? 0 : next[-1];
   return {.line = static_cast<std::size_t>(next - m_starts.begin()) + 1, .column = offset - start + 1};
@@ -56,19 +56,19 @@ void Positions::add(PathHash path, std::size_t key, std::size_t value) {
       {.path = path.number(), .key = static_cast<std::uint32_t>(key), .value = static_cast<std::uint32_t>(value)});
 }
 
+// Sorting once at the end is cheaper than keeping the entries sorted.
 void Positions::complete(std::string_view text) {
   std::sort(m_entries.begin(), m_entries.end(),
             [](const Entry& a, const Entry& b) { return std::tie(a.path, a.value) < std::tie(b.path, b.value); });
-  m_lines = Lines(text);
+  m_lines = LineStarts(text);
 }
 
-/// Of a path that stands there several times, as that of a repeated key does: the last place.
-std::optional<Positions::Spot> Positions::find(std::string_view path) const {
+std::optional<Positions::Location> Positions::find(std::string_view path) const {
   const std::uint64_t number = PathHash::of(path).number();
   const auto next = std::upper_bound(m_entries.begin(), m_entries.end(), number,
                                      [](std::uint64_t wanted, const Entry& entry) { return wanted < entry.path; });
   if (next == m_entries.begin() || next[-1].path != number) return std::nullopt;
-  return Spot{.key = m_lines.positionOf(next[-1].key), .value = m_lines.positionOf(next[-1].value)};
+  return Location{.key = m_lines.positionOf(next[-1].key), .value = m_lines.positionOf(next[-1].value)};
 }
 
 }  // namespace mirvel::propertylist

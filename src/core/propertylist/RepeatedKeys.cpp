@@ -8,8 +8,8 @@ namespace mirvel::propertylist {
 
 namespace {
 
-/// One of 64 marks, which differs for most keys that differ.
-std::uint64_t markOf(std::string_view key) {
+/// A hash with one of 64 bits set, cheap and different for most different keys.
+std::uint64_t hashBit(std::string_view key) {
   if (key.empty()) return 1;
   const auto first = static_cast<unsigned char>(key.front());
   const auto last = static_cast<unsigned char>(key.back());
@@ -17,16 +17,16 @@ std::uint64_t markOf(std::string_view key) {
 }
 
 bool hasRepeatedKey(std::span<const Node> entries) {
-  // Dictionaries of job files are small: only keys of the same mark are compared there.
+  // Most dictionaries are small: only keys with the same bit are compared, and nothing is allocated.
   constexpr std::size_t manyNodes = 64;
   if (entries.size() <= manyNodes) {
-    std::uint64_t marks = 0;
+    std::uint64_t seen = 0;
     for (std::size_t i = 0; i < entries.size(); i += 2) {
-      const std::uint64_t mark = markOf(*entries[i].string());
-      for (std::size_t j = 0; (marks & mark) != 0 && j < i; j += 2) {
+      const std::uint64_t bit = hashBit(*entries[i].string());
+      for (std::size_t j = 0; (seen & bit) != 0 && j < i; j += 2) {
         if (entries[i].isSameText(entries[j])) return true;
       }
-      marks |= mark;
+      seen |= bit;
     }
     return false;
   }
@@ -43,7 +43,7 @@ std::size_t dropRepeatedKeys(std::span<Node> entries, Repeated repeated,
                              const std::function<void(std::string_view)>& report) {
   if (!hasRepeatedKey(entries)) return entries.size() / 2;
   const auto key = [&](std::size_t entry) { return *entries[2 * entry].string(); };
-  // Sorted and not hashed: no choice of keys makes that slow.
+  // Sorted rather than hashed: no choice of keys can make it slow.
   std::vector<std::size_t> byKey(entries.size() / 2);
   std::iota(byKey.begin(), byKey.end(), std::size_t{0});
   std::stable_sort(byKey.begin(), byKey.end(), [&](std::size_t a, std::size_t b) { return key(a) < key(b); });

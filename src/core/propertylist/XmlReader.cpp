@@ -1,6 +1,7 @@
 #include "core/propertylist/XmlReader.h"
 
 #include <cmath>
+#include <utility>
 
 #include "core/propertylist/DataText.h"
 #include "core/propertylist/DateText.h"
@@ -15,20 +16,17 @@ namespace {
 
 constexpr std::string_view uidKey = "CF$UID";
 
-[[noreturn]] void fail(std::string message, std::size_t offset, Error::Code code = Error::Code::Malformed) {
-  throw ReadFailure{.message = std::move(message), .offset = offset, .code = code};
-}
-
 std::string tag(Element element) {
   return '<' + std::string(elementName(element)) + '>';
 }
 
-/// The low 32 bits of the number, toward zero for a real: what macOS takes as the number of a UID.
+/// What macOS makes of the value of `CF$UID`: the low 32 bits of an integer, or of a real rounded toward zero.
 std::optional<std::uint32_t> uidNumber(const Node& node) {
   if (const auto integer = node.integer()) return static_cast<std::uint32_t>(integer->bits());
   const auto real = node.real();
   if (!real) return std::nullopt;
   constexpr double limit = 9223372036854775808.0;
+  // NaN and numbers beyond 64 bits.
   if (!(std::abs(*real) < limit)) return std::uint32_t{1} << 31U;
   return static_cast<std::uint32_t>(static_cast<std::uint64_t>(static_cast<std::int64_t>(*real)));
 }
@@ -37,7 +35,7 @@ std::optional<std::uint32_t> uidNumber(const Node& node) {
 
 Node XmlReader::read() {
   m_scanner.skipProlog();
-  if (m_scanner.atCloseTag()) fail("a closing tag stands where <plist> was expected", m_scanner.offset());
+  if (m_scanner.atCloseTag()) fail("expected <plist>, found a closing tag", m_scanner.offset());
   takeValue();
   while (!m_isDone) {
     m_scanner.skipToTag();
@@ -56,7 +54,7 @@ Node XmlReader::read() {
 void XmlReader::takeKey() {
   const std::size_t offset = m_scanner.offset();
   const auto [element, isEmpty] = m_scanner.openTag();
-  if (element != Element::Key) fail(tag(element) + " stands in a <dict> where <key> was expected", offset);
+  if (element != Element::Key) fail("expected <key> in a <dict>, found " + tag(element), offset);
   m_keyOffset = offset;
   std::string_view key;
   if (!isEmpty) {
@@ -117,7 +115,7 @@ Node XmlReader::scalar(Element element, std::size_t offset) {
     case Element::Data:
       return data(offset);
     case Element::Key:
-      warn([] { return "<key> stands where a value belongs, and is read as a string"; }, offset);
+      m_warnings.add(offset, [] { return "<key> in place of a value; it is read as a string"; });
       [[fallthrough]];
     default:
       return Node::string(stableText());
@@ -128,7 +126,7 @@ Node XmlReader::integer(std::size_t offset) {
   const std::string_view text = m_scanner.rawText();
   if (text.empty()) fail("<integer> is empty", offset);
   const ParsedInteger parsed = parseInteger(text);
-  if (!parsed.number) fail("<integer> holds " + quoted(text) + ", which " + parsed.problem, offset);
+  if (!parsed.number) fail("<integer> contains " + quoted(text) + ", which " + parsed.problem, offset);
   return Node::integer(*parsed.number);
 }
 
@@ -136,7 +134,7 @@ Node XmlReader::real(std::size_t offset) {
   const std::string_view text = m_scanner.text().text;
   if (text.empty()) fail("<real> is empty", offset);
   const auto number = parseReal(text);
-  if (!number) fail("<real> holds " + quoted(text) + ", which is no number", offset);
+  if (!number) fail("<real> contains " + quoted(text) + ", which isn't a number", offset);
   return Node::real(*number);
 }
 
@@ -145,11 +143,11 @@ Node XmlReader::date(std::size_t offset) {
   if (text.empty()) fail("<date> is empty", offset);
   const auto parsed = parseDate(text);
   if (!parsed || !isReadable(parsed->date)) {
-    fail("<date> holds " + quoted(text) + ", which is no date such as `2004-10-26T10:33:33Z`", offset);
+    fail("<date> contains " + quoted(text) + ", which isn't a date like `2004-10-26T10:33:33Z`", offset);
   }
   if (!parsed->isInRange) {
-    warn([&] { return "the date " + quoted(text) + " doesn't exist, and is read as " + dateText(parsed->date); },
-         offset);
+    m_warnings.add(
+        offset, [&] { return "the date " + quoted(text) + " doesn't exist; it is read as " + dateText(parsed->date); });
   }
   return Node::date(parsed->date);
 }
@@ -157,18 +155,18 @@ Node XmlReader::date(std::size_t offset) {
 Node XmlReader::data(std::size_t offset) {
   const ParsedData parsed = parseData(m_scanner.rawText());
   if (parsed.hasJunk) {
-    warn([] { return "<data> holds characters that are no base64, and are passed over"; }, offset);
+    m_warnings.add(offset, [] { return "<data> contains characters that aren't base64; they are skipped"; });
   }
   if (parsed.isIncomplete) {
-    warn([] { return "<data> ends within a group of four characters, and its last bytes are lost"; }, offset);
+    m_warnings.add(offset,
+                   [] { return "<data> ends with an incomplete group of four characters; its last bytes are lost"; });
   }
   return Node::data(m_arena.copy(parsed.bytes));
 }
 
 void XmlReader::open(Element element, std::size_t offset) {
   if (element != Element::Plist && ++m_depth > Limits::depth) {
-    fail("arrays and dictionaries lie more than " + std::to_string(Limits::depth) + " deep in each other", offset,
-         Error::Code::LimitExceeded);
+    failTooDeep(offset);
   }
   m_frames.push({element, m_nodes.size(), offset});
   if (m_positions) m_trails.push_back(m_trail);
@@ -184,7 +182,7 @@ void XmlReader::close() {
   finish();
 }
 
-/// The innermost container is complete.
+/// Completes the innermost element.
 void XmlReader::finish() {
   const Frame& frame = m_frames.pop();
   if (m_positions) m_trails.pop_back();
@@ -207,17 +205,19 @@ Node XmlReader::array(const Frame& frame) {
 
 Node XmlReader::dictionary(const Frame& frame) {
   const std::span entries(&m_nodes[frame.firstNode], m_nodes.size() - frame.firstNode);
-  m_nodes.shrinkTo(frame.firstNode);
+  m_nodes.shrinkTo(frame.firstNode);  // `entries` stays readable until the next push
   const std::size_t count = dropRepeatedKeys(entries, Repeated::LastWins, [&](std::string_view key) {
-    warn([&] { return "the key " + quoted(key) + " is repeated; the last one counts"; }, offsetOfKey(key, frame));
+    m_warnings.add(offsetOfKey(key, frame),
+                   [&] { return "the key " + quoted(key) + " is repeated; the last one counts"; });
   });
+  // After dropping repeated keys: macOS decides by the finished dictionary.
   if (count == 1 && entries[0].string() == uidKey) {
     if (const auto number = uidNumber(entries[1])) return Node::uid({*number});
   }
   return Node::dictionary(m_arena.copy(entries.data(), 2 * count), count);
 }
 
-/// The value, whose element begins at `offset`, becomes a part of the container around it.
+/// Adds a value, whose element starts at `offset`, to the enclosing element, or ends the list.
 void XmlReader::deliver(Node node, std::size_t offset) {
   if (++m_objects > Limits::objects) {
     fail("there are more than " + std::to_string(Limits::objects) + " values", offset, Error::Code::LimitExceeded);
@@ -230,17 +230,17 @@ void XmlReader::deliver(Node node, std::size_t offset) {
   const Frame& frame = m_frames.back();
   m_awaitsKey = frame.element == Element::Dict;
   if (frame.element == Element::Plist && m_nodes.size() - frame.firstNode > 1) {
-    fail("a second value stands in <plist>, which holds only one", offset);
+    fail("a second value in <plist>, which may contain only one", offset);
   }
 }
 
-/// Keys that aren't in the text as they are, for their references or CDATA sections, go by their dictionary.
+/// Of the <key> element. A key with references or CDATA sections isn't in the text as such: then of its dictionary.
 std::size_t XmlReader::offsetOfKey(std::string_view key, const Frame& frame) const {
   if (!m_scanner.contains(key.data())) return frame.offset;
   return m_text.rfind('<', m_scanner.offsetOf(key.data()));
 }
 
-/// Of the value whose element begins at `offset`. A <plist> adds nothing to the path of what is in it.
+/// Records the position of the value whose element starts at `offset`. A <plist> adds nothing to the path.
 void XmlReader::notePosition(std::size_t offset) {
   if (m_frames.empty()) {
     m_trail = {};
@@ -258,31 +258,21 @@ void XmlReader::notePosition(std::size_t offset) {
   m_positions->add(m_trail.path, m_trail.hasKey ? m_keyOffset : offset, offset);
 }
 
-/// `message` gives the text, which is only made if it is told.
-template <typename Message>
-void XmlReader::warn(Message message, std::size_t offset) {
-  if (m_remarks.size() == Limits::warnings) {
-    ++m_unreported;
-  } else {
-    m_remarks.push_back({.message = message(), .offset = offset});
-  }
-}
-
 Warnings XmlReader::takeWarnings() {
-  Warnings result{.list = {}, .unreported = m_unreported};
-  if (m_remarks.empty()) return result;
-  const Lines lines(m_text);
-  for (Remark& remark : m_remarks) {
-    const Position place = lines.positionOf(remark.offset);
-    result.list.push_back({.message = std::move(remark.message), .line = place.line, .column = place.column});
+  if (m_warnings.list.empty()) return {};  // without searching the text for line ends
+  const LineStarts lines(m_text);
+  for (Warning& warning : m_warnings.list) {
+    const Position position = lines.positionOf(static_cast<std::size_t>(*std::exchange(warning.offset, std::nullopt)));
+    warning.line = position.line;
+    warning.column = position.column;
   }
-  return result;
+  return std::move(m_warnings);
 }
 
 void XmlReader::checkRest() {
   const std::size_t end = m_scanner.offset();
   if (!m_scanner.onlyBlankLeft()) {
-    warn([] { return "something stands behind the end of the list; macOS doesn't read it"; }, end);
+    m_warnings.add(end, [] { return "data after the end of the list, which macOS ignores"; });
   }
 }
 

@@ -7,6 +7,7 @@
 
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/ReadFailure.h"
+#include "core/text/Ascii.h"
 
 namespace mirvel::propertylist {
 
@@ -22,7 +23,7 @@ constexpr bool endsName(char c) {
   return c == '>' || isWhite(c);
 }
 
-/// A character as a message shows it: `x`, or its number where it can't be shown.
+/// A character for a message: itself, or its number if it isn't visible ASCII.
 std::string shown(char c) {
   if (c > ' ' && c < 0x7F) return std::string("`") + c + '`';
   return "the byte " + hexByte(static_cast<unsigned char>(c));
@@ -30,6 +31,7 @@ std::string shown(char c) {
 
 }  // namespace
 
+// In the order of `Element`, like `names`.
 const std::array<XmlScanner::CloseTag, 11> XmlScanner::closeTags = {
     closeTagOf("</array>"), closeTagOf("</data>"),    closeTagOf("</date>"), closeTagOf("</dict>"),
     closeTagOf("</false>"), closeTagOf("</integer>"), closeTagOf("</key>"),  closeTagOf("</plist>"),
@@ -39,8 +41,8 @@ std::string_view elementName(Element element) {
   return names[static_cast<std::size_t>(element)];
 }
 
-void XmlScanner::fail(std::string message, const char* place) const {
-  throw ReadFailure{.message = std::move(message), .offset = offsetOf(place)};
+void XmlScanner::fail(std::string_view message, const char* place) const {
+  propertylist::fail(message, offsetOf(place));
 }
 
 void XmlScanner::failAtEnd(std::string_view expected) const {
@@ -59,7 +61,7 @@ void XmlScanner::skipUntil(std::string_view end, std::string_view what) {
   m_at = found + end.size();
 }
 
-/// Passes over one comment or processing instruction, if one is here.
+/// Skips a comment or processing instruction. Returns false if the next token is neither.
 bool XmlScanner::skipMarkup() {
   if (startsWith("<!--")) {
     m_at += 4;
@@ -75,12 +77,13 @@ bool XmlScanner::skipMarkup() {
 
 void XmlScanner::skipDoctype() {
   const char* const start = m_at;
-  if (!startsWith("<!DOCTYPE")) fail("`<!` opens neither a comment nor a DOCTYPE", start);
+  if (!startsWith("<!DOCTYPE")) fail("`<!` starts neither a comment nor a DOCTYPE", start);
   const auto* const end = static_cast<const char*>(std::memchr(start, '>', static_cast<std::size_t>(m_end - start)));
   const char* const stop = end ? end : m_end;
+  // An internal subset could define entities, which expand exponentially. macOS rejects it, too.
   const void* const bracket = std::memchr(start, '[', static_cast<std::size_t>(stop - start));
   if (bracket) {
-    fail("the DOCTYPE has declarations of its own, which property lists can't have", static_cast<const char*>(bracket));
+    fail("the DOCTYPE contains declarations, which property lists can't have", static_cast<const char*>(bracket));
   }
   if (!end) fail("the DOCTYPE isn't closed by `>`", start);
   m_at = end + 1;
@@ -101,9 +104,9 @@ void XmlScanner::skipProlog() {
 void XmlScanner::skipToTagSlowly() {
   for (;; skipWhite()) {
     if (m_at == m_end) failAtEnd("a tag");
-    if (*m_at != '<') fail(shown(*m_at) + " stands where a tag was expected", m_at);
+    if (*m_at != '<') fail("expected a tag, found " + shown(*m_at), m_at);
     if (m_at[1] != '!' && m_at[1] != '?') return;
-    if (!skipMarkup()) fail("`<!` opens no comment", m_at);
+    if (!skipMarkup()) fail("`<!` doesn't start a comment", m_at);
   }
 }
 
@@ -113,7 +116,7 @@ bool XmlScanner::onlyBlankLeft() {
       skipWhite();
     } while (skipMarkup());
   } catch (const ReadFailure&) {
-    return false;  // an unclosed comment is something left, and nothing worse behind the list
+    return false;  // after the end of the list, even an unclosed comment is no error
   }
   return m_at == m_end;
 }
@@ -123,7 +126,7 @@ Element XmlScanner::elementOf(std::string_view name) const {
   if (found != names.end()) return static_cast<Element>(found - names.begin());
   constexpr std::size_t longest = 40;
   const bool canBeShown = name.size() <= longest && isUtf8(name);
-  fail('<' + std::string(canBeShown ? name : "...") + "> is no element of a property list", name.data() - 1);
+  fail('<' + std::string(canBeShown ? name : "...") + "> isn't an element of a property list", name.data() - 1);
 }
 
 XmlScanner::Tag XmlScanner::unusualOpenTag() {
@@ -132,19 +135,19 @@ XmlScanner::Tag XmlScanner::unusualOpenTag() {
   const char* const end = std::find(nameEnd, m_end, '>');
   if (end == m_end) fail("the tag isn't closed by `>`", m_at);
   const bool isEmpty = end[-1] == '/';
-  if (isEmpty && nameEnd == end) --nameEnd;
+  if (isEmpty && nameEnd == end) --nameEnd;  // `<array/>`: the slash isn't part of the name
   const Element element = elementOf({name, static_cast<std::size_t>(nameEnd - name)});
   m_at = end + 1;
   return {.element = element, .isEmpty = isEmpty};
 }
 
-/// A closing tag with white space before its end, or none.
+/// Accepts white space before the `>`, or fails.
 void XmlScanner::unusualCloseTag(Element element) {
   const std::string_view name = elementName(element);
   const std::string expected = "</" + std::string(name) + '>';
   if (m_at == m_end) failAtEnd(expected);
   const char* const start = m_at;
-  if (!startsWith("</")) fail("something else stands where " + expected + " was expected", start);
+  if (!startsWith("</")) fail("expected " + expected, start);
   m_at += 2;
   const bool isName = startsWith(name);
   if (isName) {
@@ -165,11 +168,12 @@ std::string_view XmlScanner::rawText() {
   return {start, static_cast<std::size_t>(m_at - start)};
 }
 
-/// Text that isn't plain ASCII up to its closing tag.
+/// Text with references, CDATA sections or characters beyond ASCII. It is copied to the buffer only if it must be
+/// changed; otherwise it is only checked.
 XmlScanner::Text XmlScanner::complexText() {
   m_buffer.clear();
   const char* const start = m_at;
-  const char* pending = start;  // from here on nothing is in the buffer yet
+  const char* pending = start;  // the first byte that isn't in the buffer
   for (;;) {
     m_at = std::find_if(m_at, m_end, [](char c) { return c == '<' || c == '&'; });
     if (m_at == m_end) failAtEnd("a closing tag");
@@ -192,7 +196,7 @@ XmlScanner::Text XmlScanner::complexText() {
 void XmlScanner::appendCData() {
   const char* const start = m_at;
   constexpr std::string_view opening = "<![CDATA[";
-  if (!startsWith(opening)) fail("only text and CDATA sections can stand here", start);
+  if (!startsWith(opening)) fail("only text and CDATA sections are allowed here", start);
   m_at += opening.size();
   const char* const content = m_at;
   skipUntil("]]>", "the CDATA section");
@@ -212,7 +216,7 @@ void XmlScanner::appendReference() {
     m_at += reference.size();
     return;
   }
-  if (!startsWith("&#")) fail("`&` opens no reference that property lists know; a plain one is written `&amp;`", m_at);
+  if (!startsWith("&#")) fail("`&` doesn't start a known reference; a plain ampersand is written `&amp;`", m_at);
   appendCharacterReference();
 }
 
@@ -224,18 +228,16 @@ void XmlScanner::appendCharacterReference() {
   std::uint32_t character = 0;
   const char* const digits = m_at;
   for (; m_at < m_end && *m_at != ';'; ++m_at) {
-    const char c = *m_at;
-    std::uint32_t digit = 99;
-    if (c >= '0' && c <= '9') digit = static_cast<std::uint32_t>(c - '0');
-    if (c >= 'a' && c <= 'f') digit = static_cast<std::uint32_t>(c - 'a') + 10;
-    if (c >= 'A' && c <= 'F') digit = static_cast<std::uint32_t>(c - 'A') + 10;
-    if (digit >= base) fail("the character reference has " + shown(c) + " where a digit or `;` was expected", start);
-    character = character * base + digit;
+    const auto digit = Ascii::hexValue(*m_at);
+    if (!digit || *digit >= base)
+      fail("expected a digit or `;` in the character reference, found " + shown(*m_at), start);
+    character = character * base + *digit;
+    // Checked for each digit, so that the number can't overflow.
     if (character > 0x10FFFF) fail("the character reference is beyond U+10FFFF", start);
   }
   if (m_at == m_end) failAtEnd("`;`");
   if (m_at == digits) fail("the character reference has no number", start);
-  if (!appendCharacter(m_buffer, character)) fail("the character reference names half of a surrogate pair", start);
+  if (!appendCharacter(m_buffer, character)) fail("the character reference is half of a surrogate pair", start);
   ++m_at;
 }
 

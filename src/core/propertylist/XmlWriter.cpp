@@ -6,7 +6,7 @@
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Numbers.h"
-#include "core/propertylist/Room.h"
+#include "core/propertylist/SmallVector.h"
 #include "core/propertylist/Words.h"
 #include "core/propertylist/Writer.h"
 
@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view plistOpen = "<plist version=\"1.0\">\n";
 constexpr std::string_view plistClose = "</plist>\n";
 
-/// Copies to claimed room, and gives the place behind it.
+/// Copies bytes to reserved memory and returns its end.
 char* put(char* to, std::string_view bytes) {
   std::memcpy(to, bytes.data(), bytes.size());
   return to + bytes.size();
@@ -34,7 +34,7 @@ char* putEscapedByte(char* to, char c) {
   return to + 1;
 }
 
-/// Copies text with its markup escaped. Up to a word more than the text itself may be written.
+/// Copies text with `<`, `>` and `&` escaped, eight bytes at a time as long as there is nothing to escape.
 char* putEscaped(char* to, std::string_view text) {
   const char* at = text.data();
   const char* const end = at + text.size();
@@ -51,7 +51,7 @@ char* putEscaped(char* to, std::string_view text) {
   return to;
 }
 
-/// Recursion is as deep as the value, which the reader bounds.
+/// Recurses as deep as the value is nested; `Limits::depth` bounds that for everything that was read.
 class XmlWriter {
  public:
   void write(const Value& value) {
@@ -96,17 +96,17 @@ class XmlWriter {
     return to;
   }
 
-  void append(std::string_view bytes) { m_out.advanceTo(put(m_out.claim(bytes.size()), bytes)); }
+  void append(std::string_view bytes) { m_out.extendTo(put(m_out.reserve(bytes.size()), bytes)); }
 
-  void line(std::string_view text) { m_out.advanceTo(put(putIndent(m_out.claim(m_indent + text.size())), text)); }
+  void line(std::string_view text) { m_out.extendTo(put(putIndent(m_out.reserve(m_indent + text.size())), text)); }
 
-  /// The tags come as literals, so that the compiler knows their lengths.
+  /// The tags are literals, so that the compiler knows their lengths and copies them with a few instructions.
   template <std::size_t N, std::size_t M>
   void leaf(const char (&open)[N], std::string_view text, const char (&close)[M]) {
-    char* to = m_out.claim(m_indent + N + text.size() * longestEscape + M);
+    char* to = m_out.reserve(m_indent + N + text.size() * longestEscape + M);
     to = put(putIndent(to), {open, N - 1});
     to = putEscaped(to, text);
-    m_out.advanceTo(put(to, {close, M - 1}));
+    m_out.extendTo(put(to, {close, M - 1}));
   }
 
   void integer(Integer number) {
@@ -146,7 +146,7 @@ class XmlWriter {
     line("</dict>\n");
   }
 
-  Room<char, 4096> m_out;  // enough for most job files
+  SmallVector<char, 4096> m_out;  // enough for most job files
   std::size_t m_indent = 0;
   bool m_hasSet = false;
 };
@@ -157,7 +157,7 @@ Result<std::string> writeXml(const Value& value) {
   XmlWriter writer;
   writer.write(value);
   if (writer.hasSet()) {
-    return Error{.code = Error::Code::WrongType, .message = "the list holds a set, which only a binary list can"};
+    return Error{.code = Error::Code::WrongType, .message = "the list contains a set, which has no XML form"};
   }
   return writer.text();
 }

@@ -6,6 +6,7 @@ namespace mirvel {
 
 namespace {
 
+/// A default for a key that is absent. The table includes keys for which there is no accessor yet.
 struct Registered {
   std::string_view key;
   Defaults::Value value;
@@ -35,10 +36,10 @@ constexpr std::array table{
 };
 
 template <typename T>
-T registeredOr(std::string_view key, T otherwise) {
+T registeredOr(std::string_view key, T fallback) {
   const auto found = Defaults::registered(key);
   const T* value = found ? std::get_if<T>(&*found) : nullptr;
-  return value ? *value : otherwise;
+  return value ? *value : fallback;
 }
 
 }  // namespace

@@ -13,18 +13,20 @@
 
 namespace mirvel {
 
-/// The program's whole configuration, kept in one property list. Every read sees the file as it is now, every write
-/// goes to the file at once and touches one key; see `Store` for what others may do to the file meanwhile. A setting
-/// that can't be written holds until the program ends, which the store reports: callers needn't tell the user.
+/// The settings of the program, in one property list. Every read sees the current content of the file, and every write
+/// changes one key in the file immediately; see `Store` for changes by other programs. A setting that can't be written
+/// is in effect until the program ends; the store reports the problem, so callers may ignore the result.
 ///
-/// A key that is absent, or holds a value of another type, has its registered default; what it holds stays in the file
+/// A key that is absent or has a value of the wrong type has its registered default. Such a value stays in the file
 /// until the key is written. For the main thread.
+///
+/// To add a setting: a name in `Key`, a row in the table of Defaults.cpp, and accessors here.
 class Defaults {
  public:
-  /// A default: what its key holds when the file doesn't tell.
+  /// The type of a registered default.
   using Value = std::variant<bool, std::int64_t, std::string_view>;
 
-  /// Keys in the file, by the names of the members below.
+  /// Keys in the file, named like the accessors below.
   struct Key {
     static constexpr std::string_view showSystemJobs = "ShowSystemJobs";
     static constexpr std::string_view showInternalHelpers = "ListMirvelHelper";
@@ -54,84 +56,82 @@ class Defaults {
 
   using Damaged = Store::Damaged;
 
-  /// Without `troubles`, which outlives it, nobody is told of a file that can't be read or written.
+  /// Without `troubles`, which must outlive this object, problems with the file aren't reported.
   explicit Defaults(std::filesystem::path file, Damaged damaged = Damaged::SetAside, StoreTroubles* troubles = nullptr)
       : m_file(std::move(file), troubles, damaged) {}
 
-  /// The registered default of a key, used by a member or not.
+  /// The registered default of a key; nullopt if the key isn't registered.
   static std::optional<Value> registered(std::string_view key);
 
-  /// List the system kinds too.
+  /// Show the jobs of the operating system, too.
   bool showSystemJobs() const { return boolean(Key::showSystemJobs); }
   Result<void> setShowSystemJobs(bool value) { return set(Key::showSystemJobs, value); }
-  /// List the program's own helpers.
+  /// Show the program's own helpers in lists.
   bool showInternalHelpers() const { return boolean(Key::showInternalHelpers); }
-  Result<void> setShowInternalHelpers(bool value) { return set(Key::showInternalHelpers, value); }
-  /// Repair commands as they are typed.
+  /// Repair commands while they are typed.
   bool automaticHelp() const { return boolean(Key::automaticHelp); }
   Result<void> setAutomaticHelp(bool value) { return set(Key::automaticHelp, value); }
   /// Write the `PATH` variable into new jobs.
   bool automaticPATH() const { return boolean(Key::automaticPATH); }
   Result<void> setAutomaticPATH(bool value) { return set(Key::automaticPATH, value); }
-  /// Run the agent at login.
+  /// Start the background agent at login.
   bool runAgent() const { return boolean(Key::runAgent); }
   Result<void> setRunAgent(bool value) { return set(Key::runAgent, value); }
-  /// Revisions kept per job.
+  /// The number of revisions to keep per job.
   std::int64_t numberOfSavedRevisions() const { return integer(Key::numberOfSavedRevisions); }
   Result<void> setNumberOfSavedRevisions(std::int64_t value) { return set(Key::numberOfSavedRevisions, value); }
-  /// The mode of the main window.
+  /// The mode of the main window, as an index.
   std::int64_t selectedMode() const { return integer(Key::selectedMode); }
   Result<void> setSelectedMode(std::int64_t value) { return set(Key::selectedMode, value); }
-  /// Main window in full screen.
+  /// Show the main window in full screen.
   bool preferFullScreen() const { return boolean(Key::preferFullScreen); }
   Result<void> setPreferFullScreen(bool value) { return set(Key::preferFullScreen, value); }
-  /// The user picked a theme.
+  /// Whether the user has chosen a theme.
   bool hasManuallyChangedTheme() const { return boolean(Key::hasManuallyChangedTheme); }
-  Result<void> setHasManuallyChangedTheme(bool value) { return set(Key::hasManuallyChangedTheme, value); }
-  /// Window title visible.
+  /// Show the title bar of the window.
   bool showTitleBar() const { return boolean(Key::showTitleBar); }
-  Result<void> setShowTitleBar(bool value) { return set(Key::showTitleBar, value); }
-  /// Selected tab of the notifications.
+  /// The selected tab of the notifications, as an index.
   std::int64_t notificationTab() const { return integer(Key::notificationTab); }
-  Result<void> setNotificationTab(std::int64_t value) { return set(Key::notificationTab, value); }
-  /// How far the log viewer looks back, as an index.
+  /// The time span of the log viewer, as an index.
   std::int64_t logLength() const { return integer(Key::logLength); }
   Result<void> setLogLength(std::int64_t value) { return set(Key::logLength, value); }
-  /// The unit of that, as an index.
+  /// The unit of `logLength`, as an index.
   std::int64_t logPeriod() const { return integer(Key::logPeriod); }
   Result<void> setLogPeriod(std::int64_t value) { return set(Key::logPeriod, value); }
-  /// The agent's registration isn't renewed yet.
+  /// Whether the agent's registration still has to be renewed.
   bool firstMirvelLaunch() const { return boolean(Key::firstMirvelLaunch); }
   Result<void> setFirstMirvelLaunch(bool value) { return set(Key::firstMirvelLaunch, value); }
-  /// System jobs may be changed; no control sets it.
+  /// Allow editing jobs of the operating system. Only settable in the file.
   bool editSystemJobs() const { return boolean(Key::editSystemJobs); }
-  /// Look for a new version at the start.
+  /// Check for a new version when the program starts.
   bool automaticallyCheckForUpdate() const { return boolean(Key::automaticallyCheckForUpdate); }
   Result<void> setAutomaticallyCheckForUpdate(bool value) { return set(Key::automaticallyCheckForUpdate, value); }
-  /// Mark values that don't hold.
+  /// Mark invalid values.
   bool showInvalidData() const { return boolean(Key::showInvalidData); }
   Result<void> setShowInvalidData(bool value) { return set(Key::showInvalidData, value); }
-  /// The question about commands too complex for launchd isn't asked any more.
+  /// Don't ask any more about commands that are too complex for launchd.
   bool suppressAlertComplexRun() const { return boolean(Key::suppressAlertComplexRun); }
 
-  /// The groups that stand open in the tree, by the numbers of their kinds; none: never set. What is no number is left
-  /// out.
+  /// The expanded groups of the tree, by the numbers of their kinds; nullopt if never set. Elements that aren't
+  /// integers are skipped.
   std::optional<std::vector<std::int64_t>> expandedGroups() const;
   Result<void> setExpandedGroups(const std::vector<std::int64_t>& kinds);
 
-  /// A key by its name; one that is neither in the file nor registered is false or 0.
+  // By key.
+
+  /// False or 0 if the key is neither in the file nor registered with this type.
   bool boolean(std::string_view key) const;
   std::int64_t integer(std::string_view key) const;
-  /// None if the file holds no text.
+  /// nullopt if the file has no string for the key. Registered defaults aren't used.
   std::optional<std::string> text(std::string_view key) const;
   Result<void> set(std::string_view key, bool value);
   Result<void> set(std::string_view key, std::int64_t value);
   Result<void> setText(std::string_view key, std::string value);
-  /// Inverts a boolean key; check boxes write by this.
+  /// Inverts a boolean setting; for check boxes.
   Result<void> negate(std::string_view key) { return set(key, !boolean(key)); }
 
  private:
-  mutable Store m_file;  // reading may have to read the file again
+  mutable Store m_file;  // reading a setting may have to read the file
 };
 
 }  // namespace mirvel

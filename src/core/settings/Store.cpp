@@ -6,8 +6,8 @@
 #include <system_error>
 #include <utility>
 
-#include "core/files/FileTimes.h"
 #include "core/files/ReadFile.h"
+#include "core/files/RegularFile.h"
 #include "core/files/ReplaceFile.h"
 #include "core/process/FileDescriptor.h"
 #include "core/propertylist/Encoding.h"
@@ -33,7 +33,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// All zero where there is no file.
+/// All zeros if there is no file.
 struct stat statusOf(const fs::path& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0) return {};
@@ -44,50 +44,52 @@ bool sameTime(const timespec& a, const timespec& b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
+/// Whether a file is unchanged. The change time can't be set by programs, unlike the modification time, so even a file
+/// of the same size that was written in place is detected.
 bool sameVersion(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
          sameTime(modificationTime(a), modificationTime(b)) && sameTime(changeTime(a), changeTime(b));
 }
 
-/// Takes a free name by making an empty file of that name, so that nothing that lies there is overwritten.
+/// Reserves an unused name by creating an empty file, so that no rescue copy is ever overwritten.
 Result<fs::path> reserveName(const fs::path& path) {
-  constexpr int mostNames = 10000;
+  constexpr int mostNames = 10000;  // rather than searching forever
   for (int number = 1; number < mostNames; ++number) {
     fs::path name = path;
     name += ".damaged-" + std::to_string(number);
     const FileDescriptor file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (file) return name;
-    if (errno != EEXIST) return systemError(errno, "set the damaged file aside", path.string());
+    if (errno != EEXIST) return systemError(errno, "move the damaged file aside", path.string());
   }
-  return systemError(EEXIST, "set the damaged file aside", path.string());
+  return systemError(EEXIST, "move the damaged file aside", path.string());
 }
 
-bool holds(std::string_view bytes, const propertylist::Value& value) {
+/// Whether the bytes are a list that is read as this value.
+bool isReadAs(std::string_view bytes, const propertylist::Value& value) {
   const auto document = propertylist::read(bytes);
   return document && document->value() == value;
 }
 
-/// In XML, which can be mended by hand. What XML doesn't give back as it was, such as text with control characters,
-/// goes into the binary form.
+/// XML, which can be repaired by hand, unless reading it would not give the same value, as with fractions of a second.
 std::string bytesOf(const propertylist::Dictionary& dictionary) {
   auto xml = propertylist::writeXml(dictionary);
-  return xml && holds(*xml, dictionary) ? *std::move(xml) : propertylist::writeBinary(dictionary);
+  return xml && isReadAs(*xml, dictionary) ? *std::move(xml) : propertylist::writeBinary(dictionary);
 }
 
 }  // namespace
 
 const propertylist::Dictionary& Store::contents() {
   if (!m_loaded || !sameVersion(*m_loaded, statusOf(m_path))) {
-    (void)read();  // a file that can't be read is empty, which has been reported
+    (void)read();  // has reported why the contents are empty
     applyChanges();
   }
   return m_contents;
 }
 
 Result<void> Store::refresh() {
-  auto asItIs = read();
+  auto result = read();
   applyChanges();
-  return asItIs;
+  return result;
 }
 
 void Store::put(const std::string& key, std::optional<propertylist::Value> value) {
@@ -100,7 +102,7 @@ Result<void> Store::set(const std::string& key, std::optional<propertylist::Valu
   return write();
 }
 
-/// Whether they change anything.
+/// Returns whether the changes make a difference.
 bool Store::applyChanges() {
   bool isChanged = false;
   for (const auto& [key, value] : m_changes) {
@@ -117,16 +119,16 @@ bool Store::applyChanges() {
 }
 
 Result<void> Store::write() {
-  auto asItIs = read();
+  auto result = read();
   const bool isChanged = applyChanges();
-  if (!asItIs) return asItIs;
+  if (!result) return result;
   if (isChanged) {
-    m_loaded.reset();
+    m_loaded.reset();  // also after a failure: the file may have been replaced nevertheless
     if (auto written = replace(); !written) {
-      report(StoreTrouble::Kind::Unwritten, written.error(), m_toldOfWriting);
+      report(StoreTrouble::Kind::Unwritten, written.error(), m_reportedWriting);
       return written;
     }
-    m_toldOfWriting.clear();
+    m_reportedWriting.clear();
   }
   m_changes.clear();
   return {};
@@ -138,22 +140,21 @@ Result<void> Store::replace() {
   if (bytes.size() > largestFile) {
     return Error{.code = Error::Code::LimitExceeded, .message = "it would become too large", .file = m_path.string()};
   }
-  // It may repeat what stands in files that only the user can read.
-  FileCalls system;
-  return replaceFile(m_path, bytes, privateFile, m_calls ? *m_calls : system);
+  // Private, since it may contain parts of files that only the user can read.
+  return replaceFile(m_path, bytes, privateFile, m_calls);
 }
 
 Result<void> Store::clear() {
-  if (auto asItIs = read(); !asItIs) {
+  if (auto result = read(); !result) {
     applyChanges();
-    return asItIs;
+    return result;
   }
   std::error_code failure;
   fs::remove(m_path, failure);
   m_loaded.reset();
   if (failure) {
     auto error = systemError(failure.value(), "remove the file", m_path.string());
-    report(StoreTrouble::Kind::Unwritten, error, m_toldOfWriting);
+    report(StoreTrouble::Kind::Unwritten, error, m_reportedWriting);
     return error;
   }
   m_changes.clear();
@@ -162,23 +163,23 @@ Result<void> Store::clear() {
 
 Result<void> Store::read() {
   m_contents = {};
-  m_loaded = statusOf(m_path);  // before reading: a change in between is then seen as one
+  m_loaded = statusOf(m_path);  // before reading, so that a change in between is detected later
   const auto bytes = readFile(m_path, largestFile);
   Result<void> result;
   if (bytes) {
-    result = takeDictionary(*bytes);
+    result = load(*bytes);
   } else if (bytes.error().code != Error::Code::NotFound) {
     result = bytes.error();
   }
   if (result) {
-    m_toldOfReading.clear();
+    m_reportedReading.clear();
   } else {
-    report(StoreTrouble::Kind::Unread, result.error(), m_toldOfReading);
+    report(StoreTrouble::Kind::Unread, result.error(), m_reportedReading);
   }
   return result;
 }
 
-Result<void> Store::takeDictionary(const std::string& bytes) {
+Result<void> Store::load(const std::string& bytes) {
   auto dictionary = propertylist::readDictionary(bytes);
   if (dictionary) {
     m_contents = *std::move(dictionary);
@@ -200,15 +201,15 @@ Result<void> Store::setAside(const Error& damage) {
   if (failure) {
     std::error_code ignored;
     fs::remove(*name, ignored);
-    return systemError(failure.value(), "set the damaged file aside", m_path.string());
+    return systemError(failure.value(), "move the damaged file aside", m_path.string());
   }
   m_loaded.reset();
   if (m_troubles) m_troubles->report({.kind = StoreTrouble::Kind::Damaged, .error = damage, .rescue = *name});
   return {};
 }
 
-void Store::report(StoreTrouble::Kind kind, const Error& error, std::string& told) const {
-  if (std::string text = error.text(); text != std::exchange(told, text) && m_troubles) {
+void Store::report(StoreTrouble::Kind kind, const Error& error, std::string& reported) const {
+  if (std::string text = error.text(); text != std::exchange(reported, text) && m_troubles) {
     m_troubles->report({.kind = kind, .error = error});
   }
 }

@@ -17,107 +17,116 @@
 
 namespace mirvel {
 
-/// What went wrong with a file that the program keeps for itself.
+/// A problem with one of the program's own files.
 struct StoreTrouble {
   enum class Kind {
-    Damaged,    ///< it was moved to `rescue` and counts as empty
-    Unread,     ///< it can't be read, or not be moved aside; it is left alone
-    Unwritten,  ///< what should have been written is in memory only
+    Damaged,    ///< it was moved to `rescue`; the store is empty
+    Unread,     ///< it can't be read, or not be moved aside; it is left as it is
+    Unwritten,  ///< changes couldn't be written and are only in memory
   };
 
   Kind kind;
-  Error error;  ///< names the file
-  std::filesystem::path rescue = {};
+  Error error;                        ///< has the path of the file
+  std::filesystem::path rescue = {};  ///< where a damaged file is now
 };
 
-/// Passes such troubles on to whoever tells the user. Those that occur before anybody listens wait. For the main
-/// thread.
+/// Forwards problems of all stores to one listener, which shows them to the user. Problems that occur before there is a
+/// listener are kept for it. For the main thread.
 class StoreTroubles {
  public:
   using Listener = std::function<void(const StoreTrouble&)>;
 
   void report(StoreTrouble trouble);
-  /// The listener hears of those that wait at once, and of every later one as it occurs. Null: nobody listens.
+  /// Calls the listener immediately for problems that were kept, then for each new one. Null removes it; problems are
+  /// kept again.
   void setListener(Listener listener);
 
  private:
   Listener m_listener;
-  std::vector<StoreTrouble> m_waiting;
+  std::vector<StoreTrouble> m_waiting;  ///< until there is a listener
 };
 
 class FileCalls;
 
-/// A property list that the program keeps for itself: a dictionary that other programs may change at any time. Reading
-/// notices a changed file by its identity, size and times; writing reads the file anew first, so that all keys but the
-/// changed ones keep what others wrote. There is no lock: of two writes in the same instant one may be lost, never the
-/// file.
+/// One of the program's own property lists: a dictionary in a file that other programs may change at any time. Reading
+/// detects such changes by the identity, size and times of the file. Writing reads the file again first and replaces
+/// only the changed keys, so that changes by others are kept. There is no lock: if two programs write at the same
+/// moment, one change may be lost, but the file is never damaged.
 ///
-/// - A file that isn't there is empty.
-/// - A damaged one, which is no property list or no dictionary, is renamed to "<name>.damaged-1" (or the next free
-///   number) and counts as empty.
-/// - One that can't be read for another reason counts as empty, is left alone, and can't be written to.
-/// - What can't be written stays in memory and goes out with the next write that succeeds.
+/// - A missing file is empty.
+/// - A damaged file, which isn't a property list or not a dictionary, is renamed to "<name>.damaged-1" (or the next
+/// free
+///   number), and the store is empty.
+/// - If a file can't be read for any other reason, the store is empty and refuses to write, and the file is left as it
+/// is.
+/// - Changes that can't be written stay in memory and are written by the next call of `write` that succeeds.
 ///
-/// Each trouble is reported once, and again only after it had gone. For one thread.
+/// A persistent problem is reported once, and again only if it was gone in between. For one thread.
+///
+///     Store notes(roots.applicationSupport / "Notes.plist", &troubles);
+///     notes.set("/jobs/a.plist", "runs too often");  // Result<void>, written at once
 class Store {
  public:
-  /// What becomes of a damaged file. One that is left can't be written to.
+  /// What to do with a damaged file. With `Leave`, it is treated like one that can't be read.
   enum class Damaged { SetAside, Leave };
-  /// In bytes. A larger file is neither read nor written.
+  /// In bytes. A larger file is neither read nor written: `LimitExceeded`.
   static constexpr std::size_t largestFile = std::size_t{256} << 20U;
 
-  /// Nothing needs to exist at the path yet. Without `troubles` nobody is told. Tests write by `calls` of their own.
-  /// Both outlive the store.
+  /// Doesn't access the file, which needn't exist. Without `troubles`, problems aren't reported. `calls` are for tests
+  /// that simulate failures. Both must outlive the store.
   explicit Store(std::filesystem::path file, StoreTroubles* troubles = nullptr, Damaged damaged = Damaged::SetAside,
                  FileCalls* calls = nullptr)
       : m_path(std::move(file)), m_troubles(troubles), m_damaged(damaged), m_calls(calls) {}
 
-  /// All keys, with the changes that aren't written yet. Valid until the next call.
+  /// All keys, including changes that haven't been written. Reads the file if it has changed. The reference is valid
+  /// until the next call of any member function; the same holds for `find` and `get`.
   const propertylist::Dictionary& contents();
-  /// The value of a key, or null. Valid until the next call.
+  /// The value of a key, or null.
   const propertylist::Value* find(std::string_view key) { return contents().find(key); }
-  /// Likewise, null too if it is of another type.
+  /// The value of a key as a `T`; also null if it has another type.
   template <typename T>
   const T* get(std::string_view key) {
     return contents().get<T>(key);
   }
 
-  /// Reads the file now. Why it can't be read; a damaged one is moved aside, which is no failure.
+  /// Reads the file now. Returns why it can't be read; moving a damaged file aside counts as success.
   Result<void> refresh();
 
-  /// Changes one key in memory; without a value it is removed.
+  /// Changes a key in memory only; nullopt removes it.
   void put(const std::string& key, std::optional<propertylist::Value> value);
+  /// Whether there are changes that haven't been written.
   bool hasChanges() const { return !m_changes.empty(); }
-  /// Brings the changes to the file, making it and its folders if they are missing. What is new is
-  /// the user's alone.
+  /// Writes all changes, or does nothing if they make no difference. Creates the file and its folders if they are
+  /// missing, accessible to the user only. On failure, the changes stay in memory.
   Result<void> write();
-  /// Changes one key and writes.
+  /// `put`, then `write`.
   Result<void> set(const std::string& key, std::optional<propertylist::Value> value);
-  /// Moves the file aside as a damaged one: it holds what its owner can't make sense of.
+  /// Moves the file aside like a damaged one and reports it, for a user of the store that finds its content invalid.
+  /// Changes that haven't been written are kept.
   Result<void> setAside(const Error& damage);
-  /// Removes the file with all that it holds, and forgets the changes.
+  /// Deletes the file and discards changes that haven't been written. Fails if the file can't be read.
   Result<void> clear();
 
  private:
   Result<void> read();
-  Result<void> takeDictionary(const std::string& bytes);
+  Result<void> load(const std::string& bytes);
   bool applyChanges();
   Result<void> replace();
-  void report(StoreTrouble::Kind kind, const Error& error, std::string& told) const;
+  void report(StoreTrouble::Kind kind, const Error& error, std::string& reported) const;
 
   std::filesystem::path m_path;
   StoreTroubles* m_troubles;
   Damaged m_damaged;
   FileCalls* m_calls;  ///< null: the system's own
   propertylist::Dictionary m_contents;
-  std::map<std::string, std::optional<propertylist::Value>> m_changes;  ///< in `m_contents`, but not in the file
-  std::optional<struct stat> m_loaded;  ///< of the file that `m_contents` was read from; none: read again
-  std::string m_toldOfReading;          ///< the last trouble that was reported, until it has gone
-  std::string m_toldOfWriting;
+  std::map<std::string, std::optional<propertylist::Value>> m_changes;  ///< not in the file; `m_contents` has them
+  std::optional<struct stat> m_loaded;  ///< when `m_contents` was read; nullopt: must be read again
+  std::string m_reportedReading;        ///< the message that was reported last; empty after a success
+  std::string m_reportedWriting;
 };
 
-/// The key under which a store keeps something that belongs to a file: its path. Bytes that aren't UTF-8, which no
-/// property list can hold, are given by their numbers.
+/// The key for data about a file in a store: its path. In a path that isn't UTF-8, which a property list can't contain,
+/// all bytes above 0x7F are written as `\xff`.
 std::string storeKey(const URL& url);
 
 }  // namespace mirvel

@@ -6,9 +6,10 @@
 
 namespace mirvel {
 
-/// The parts with the separator between them, so that the first part is read first: in a right-to-left interface each
-/// is kept apart from its neighbours (Unicode Standard Annex 9, isolates), or two Latin parts would stand in Latin
-/// order.
+/// Joins parts with a separator so that they are displayed in order. In a right-to-left interface each part is wrapped
+/// in an isolate (Unicode Standard Annex 9) and the whole starts with a right-to-left mark: otherwise two Latin parts,
+/// such as a label and a path, would be displayed from left to right. In a left-to-right interface the parts are just
+/// joined.
 std::string bidirectionalString(const std::vector<std::string>& parts, std::string_view separator, bool isRightToLeft);
 
 }  // namespace mirvel

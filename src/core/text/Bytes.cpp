@@ -30,7 +30,8 @@ unsigned char* unsignedBytes(std::string& bytes) {
   return reinterpret_cast<unsigned char*>(bytes.data());
 }
 
-/// Looked up once: `EVP_sha256()` has the library look each time, which takes longer than a small file's digest.
+/// Looked up only once: with `EVP_sha256()`, each digest looks it up, which takes longer than the digest of a small
+/// file.
 const EVP_MD* sha256Method() {
   static const EVP_MD* const method = EVP_MD_fetch(nullptr, "SHA256", nullptr);
   return method;
@@ -88,7 +89,7 @@ std::string toBase64(std::string_view bytes) {
 
 void appendBase64(std::string& text, std::string_view bytes) {
   const std::size_t size = text.size(), added = (bytes.size() + 2) / 3 * 4;
-  text.resize(size + added + 1);  // EVP_EncodeBlock adds a zero
+  text.resize(size + added + 1);  // EVP_EncodeBlock adds a null character
   (void)EVP_EncodeBlock(unsignedBytes(text) + size, unsignedBytes(bytes), static_cast<int>(bytes.size()));
   text.resize(size + added);
 }
@@ -104,20 +105,21 @@ std::optional<std::string> fromBase64(std::string_view text) {
     return std::nullopt;
   }
   bytes.resize(bytes.size() - padding);
-  // Unused bits of the last character must be zero, or two texts would stand for the same bytes.
+  // EVP_DecodeBlock ignores unused bits of the last character; only the canonical text is accepted.
   return padding == 0 || toBase64(bytes) == text ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-std::optional<Digest> sha256(std::string_view bytes) {
-  // Kept: to make one takes as long as the digest of a small file.
+std::optional<std::string> sha256(std::string_view bytes) {
+  // Reused: creating one takes as long as the digest of a small file.
   thread_local const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(),
                                                                                      &EVP_MD_CTX_free);
-  Digest digest;
-  const bool isMade =
-      sha256Method() && context && EVP_DigestInit_ex2(context.get(), sha256Method(), nullptr) == 1 &&
-      EVP_DigestUpdate(context.get(), bytes.data(), bytes.size()) == 1 &&
-      EVP_DigestFinal_ex(context.get(), reinterpret_cast<unsigned char*>(digest.bytes.data()), nullptr) == 1;
-  return isMade ? std::optional(digest) : std::nullopt;
+  std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+  unsigned size = 0;
+  const bool isMade = sha256Method() && context && EVP_DigestInit_ex2(context.get(), sha256Method(), nullptr) == 1 &&
+                      EVP_DigestUpdate(context.get(), bytes.data(), bytes.size()) == 1 &&
+                      EVP_DigestFinal_ex(context.get(), digest.data(), &size) == 1;
+  if (!isMade) return std::nullopt;
+  return std::string(digest.begin(), digest.begin() + size);
 }
 
 std::optional<std::string> randomBytes(std::size_t count) {

@@ -4,41 +4,40 @@
 #include <charconv>
 #include <system_error>
 
-namespace mirvel::Decimal {
+namespace mirvel {
 
-std::optional<std::int64_t> toInt(std::string_view text) {
-  if (text.starts_with('-')) return std::nullopt;
+namespace {
+
+std::optional<std::int64_t> parseDigits(std::string_view text, int base) {
+  if (text.starts_with('-')) return std::nullopt;  // from_chars accepts it
   std::int64_t number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stopped, failure] = std::from_chars(text.data(), end, number);
+  const char* const end = text.data() + text.size();
+  const auto [stopped, failure] = std::from_chars(text.data(), end, number, base);
   if (failure != std::errc() || stopped != end) return std::nullopt;
   return number;
 }
 
-}  // namespace mirvel::Decimal
+}  // namespace
 
-namespace mirvel::Octal {
-
-std::optional<std::int64_t> toInt(std::string_view text) {
-  if (text.starts_with('-')) return std::nullopt;
-  std::int64_t number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stopped, failure] = std::from_chars(text.data(), end, number, 8);
-  if (failure != std::errc() || stopped != end) return std::nullopt;
-  return number;
+std::optional<std::int64_t> Decimal::toInt(std::string_view text) {
+  return parseDigits(text, 10);
 }
 
-std::string fromInt(std::int64_t number) {
+std::optional<std::int64_t> Octal::toInt(std::string_view text) {
+  return parseDigits(text, 8);
+}
+
+std::string Octal::fromInt(std::int64_t number) {
   std::array<char, 32> digits;
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number, 8);
   return {digits.data(), result.ptr};
 }
 
-std::string displayString(std::int64_t mask) {
-  constexpr std::size_t classes = 3;
+std::string Octal::displayString(std::int64_t mask) {
+  constexpr std::size_t classes = 3;  // user, group, others
   std::string digits = fromInt(mask);
   if (mask >= 0 && digits.size() < classes) digits.insert(0, classes - digits.size(), '0');
   return digits;
 }
 
-}  // namespace mirvel::Octal
+}  // namespace mirvel

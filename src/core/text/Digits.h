@@ -7,23 +7,22 @@
 
 namespace mirvel::Decimal {
 
-/// The number of one or more decimal digits and nothing else, if 63 bits hold it.
+/// Parses decimal digits. nullopt for an empty text, for anything but digits (signs and spaces included), and for
+/// numbers above 2^63-1.
 std::optional<std::int64_t> toInt(std::string_view text);
 
 }  // namespace mirvel::Decimal
 
-/// Permission masks as octal text.
+/// Permission modes and masks, which are written in octal.
 namespace mirvel::Octal {
 
-/// The number of one or more octal digits and nothing else, if 63 bits hold it: 18 of "022".
+/// Parses octal digits: "022" gives 18. nullopt as above.
 std::optional<std::int64_t> toInt(std::string_view text);
 
-/// The octal digits of a number, without a leading zero: "22" of 18. A negative number gives the digits of its size,
-/// behind a minus sign.
+/// The octal digits of a number, without leading zeros: 18 gives "22", -18 gives "-22", 0 gives "0".
 std::string fromInt(std::int64_t number);
 
-/// A mask as people write it, with a digit for each of user, group and others: "022" of 18, and more digits of a larger
-/// number.
+/// A mask as people write it, with at least three digits for user, group and others: 18 gives "022".
 std::string displayString(std::int64_t mask);
 
 }  // namespace mirvel::Octal

@@ -1,6 +1,11 @@
 #include "core/text/Strings.h"
 
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "core/text/Ascii.h"
@@ -14,30 +19,60 @@ bool isContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
 }
 
-bool holdsAny(std::string_view text, std::string_view characters) {
+bool containsAny(std::string_view text, std::string_view characters) {
   return text.find_first_of(characters) != std::string_view::npos;
 }
 
-/// A character that could be part of the same path name as its neighbour.
+/// Whether a path component may continue with this character. Other characters, such as quotes, end a path in a
+/// command.
 bool isNameCharacter(char c) {
   return Ascii::isLetter(c) || Ascii::isDigit(c) || static_cast<unsigned char>(c) >= 0x80U ||
          std::string_view("._-~").find(c) < 4;
 }
 
-bool standsAlone(std::string_view text, std::size_t at, std::size_t length) {
+/// Whether the path found at `at` isn't just a part of another path, such as /Users/x in /Users/xy or /mnt/Users/x.
+bool isWholePath(std::string_view text, std::size_t at, std::size_t length) {
   const bool begins = at == 0 || !(isNameCharacter(text[at - 1]) || text[at - 1] == '/');
   const std::size_t end = at + length;
   return begins && (end == text.size() || !isNameCharacter(text[end]));
 }
 
+icu::UnicodeString fromUtf8(std::string_view text) {
+  return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+}
+
+/// Whether the mark is an accent or vowel point. Marks with a combining class below 10 (nukta, voicing mark, virama,
+/// overlays) make a different letter, so they aren't ignored when searching.
+bool isAccent(UChar32 c) {
+  return u_charType(c) == U_NON_SPACING_MARK && u_getCombiningClass(c) >= 10;
+}
+
+icu::UnicodeString withoutAccents(const icu::UnicodeString& text) {
+  icu::UnicodeString result;
+  for (std::int32_t at = 0; at < text.length(); at = text.moveIndex32(at, 1)) {
+    const UChar32 c = text.char32At(at);
+    if (!isAccent(c)) result.append(c);
+  }
+  return result;
+}
+
+std::string withFirst(std::string_view text, UChar32 (*change)(UChar32)) {
+  if (text.empty()) return {};
+  const icu::UnicodeString whole = fromUtf8(text);
+  icu::UnicodeString changed(change(whole.char32At(0)));
+  changed.append(whole, whole.moveIndex32(0, 1), whole.length());
+  std::string result;
+  return changed.toUTF8String(result);
+}
+
 }  // namespace
 
 std::string quote(std::string_view path) {
-  if (!holdsAny(path, "\"$`\\")) return '"' + std::string(path) + '"';
-  if (!holdsAny(path, "'")) return '\'' + std::string(path) + '\'';
+  if (!containsAny(path, "\"$`\\")) return '"' + std::string(path) + '"';
+  if (!containsAny(path, "'")) return '\'' + std::string(path) + '\'';
   std::string result = "\"";
   for (const char c : path) {
-    if (holdsAny(std::string_view(&c, 1), "\"$`\\")) result += '\\';
+    if (containsAny(std::string_view(&c, 1), "\"$`\\")) result += '\\';
     result += c;
   }
   return result + '"';
@@ -45,7 +80,7 @@ std::string quote(std::string_view path) {
 
 std::string shellWord(std::string_view text) {
   constexpr std::string_view special = " \t\r\n\"'\\$`*?[]{}()<>|&;!#";
-  return text.empty() || holdsAny(text, special) ? quote(text) : std::string(text);
+  return text.empty() || containsAny(text, special) ? quote(text) : std::string(text);
 }
 
 std::string quoteWithBackslashes(std::string_view text) {
@@ -64,6 +99,16 @@ std::string_view trim(std::string_view text, bool alsoNewline) {
   return text.substr(first, text.find_last_not_of(cut) - first + 1);
 }
 
+std::vector<std::string_view> split(std::string_view text, char separator) {
+  std::vector<std::string_view> parts;
+  for (auto end = text.find(separator); end != std::string_view::npos; end = text.find(separator)) {
+    parts.push_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
+  parts.push_back(text);
+  return parts;
+}
+
 std::string_view lastPathComponent(std::string_view path) {
   const auto last = path.find_last_not_of('/');
   if (last == std::string_view::npos) return path.substr(0, 1);
@@ -80,7 +125,7 @@ std::string shortenHomeFolder(std::string text, std::string_view home) {
   std::string result;
   std::size_t done = 0;
   for (; at != std::string::npos; at = text.find(home, at + home.size())) {
-    if (!standsAlone(text, at, home.size())) continue;
+    if (!isWholePath(text, at, home.size())) continue;
     result.append(text, done, at - done).append("~");
     done = at + home.size();
   }
@@ -121,6 +166,28 @@ std::string percentEncoded(std::string_view text, std::string_view plain) {
     result += isPlain ? std::string(1, c) : '%' + toHex({&c, 1});
   }
   return result;
+}
+
+std::string firstUppercased(std::string_view text) {
+  // Title case, not upper case: digraphs such as U+01C6 have a separate form for the first letter of a word.
+  return withFirst(text, u_totitle);
+}
+
+std::string firstLowercased(std::string_view text) {
+  return withFirst(text, u_tolower);
+}
+
+std::string fold(std::string_view text) {
+  if (Ascii::holds(text)) return Ascii::lower(text);
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Normalizer2* decomposing = icu::Normalizer2::getNFDInstance(status);
+  const icu::Normalizer2* composing = icu::Normalizer2::getNFCInstance(status);
+  if (U_FAILURE(status)) return Ascii::lower(text);
+  // Twice: folding case can produce accents, as of U+0130.
+  icu::UnicodeString plain = withoutAccents(decomposing->normalize(fromUtf8(text), status));
+  plain = withoutAccents(decomposing->normalize(plain.foldCase(), status));
+  std::string result;
+  return composing->normalize(plain, status).toUTF8String(result);
 }
 
 }  // namespace mirvel::String

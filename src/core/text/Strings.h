@@ -3,51 +3,58 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
-/// Small operations on UTF-8 text.
+/// Operations on UTF-8 text. None of them fails or depends on the locale; ill-formed UTF-8 is tolerated. Functions that
+/// return a view return a part of their argument.
 namespace mirvel::String {
 
-/// Quotes a path (or any text) for a command line, always, so that `Text::separateCommand` and a shell both read it as
-/// one argument and unchanged. The quotes are double ones if they serve, else single ones, else double ones with
-/// backslashes: `"/a b"`, `'/a $b'`, `"/it's \$b"`.
+/// Quotes a path, or any text, for a command line, so that both a shell and `Text::separateCommand` read it as one
+/// unchanged argument. Always quotes: with double quotes if possible, else with single quotes, else with double quotes
+/// and backslashes: `"/a b"`, `'/a $b'`, `"/it's \$b"`.
 std::string quote(std::string_view path);
 
-/// As it is, if a shell takes it as one word that means itself; else quoted. Never empty.
+/// The text itself if a shell reads it as one unchanged word, otherwise quoted: `/bin/ls`, `"a b"`, `""`.
 std::string shellWord(std::string_view text);
 
-/// In double quotes, with a backslash before each double quote and backslash, as AppleScript and the predicates of
-/// log(1) have it.
+/// The text in double quotes, with a backslash before each double quote and backslash. The syntax of strings in
+/// AppleScript and in predicates of log(1), not in shells.
 std::string quoteWithBackslashes(std::string_view text);
 
-/// Without blanks and tabs at both ends, and without line ends if `alsoNewline`.
+/// Removes spaces and tabs at both ends, and also line ends if `alsoNewline`.
 std::string_view trim(std::string_view text, bool alsoNewline = false);
 
-/// What follows the last slash; slashes at the end don't count: "b" of "/a/b" and of "/a/b/", "/" of "/", "" of "".
+/// Splits at each separator. Never empty: "a::b" gives "a", "" and "b", and "" gives "".
+std::vector<std::string_view> split(std::string_view text, char separator);
+
+/// The last component of a path, ignoring slashes at the end: "b" of "/a/b" and "/a/b/", "/" of "/", "" of "".
 std::string_view lastPathComponent(std::string_view path);
 
-/// With the home folder's path written as "~" wherever it stands in the text as a path of its own or the begin of one.
+/// Replaces the path of the home folder by "~" wherever it occurs in the text as a path or the beginning of one, but
+/// not within another path: with "/Users/x", "cp /Users/x/a /Users/xy" gives "cp ~/a /Users/xy".
 std::string shortenHomeFolder(std::string text, std::string_view home);
 
-/// The number of characters, that is, of Unicode code points. This is what every rule on a text's length counts.
+/// The number of characters, which are Unicode code points. All limits on the length of texts count these.
 std::size_t characterCount(std::string_view text);
 
-/// The first so many characters.
+/// The first `count` characters, or all if there are fewer.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
 
-/// The longest part at the text's beginning, or at its end, of at most so many bytes that cuts no character.
+/// The longest beginning, or end, of the text that has at most this many bytes and doesn't split a character.
 std::string_view firstBytes(std::string_view text, std::size_t most);
 std::string_view lastBytes(std::string_view text, std::size_t most);
 
-/// With every byte but ASCII letters, digits and the characters of `plain` as "%xx" (RFC 3986).
+/// Encodes every byte except ASCII letters, digits and the characters in `plain` as "%xx" with lower-case digits
+/// (RFC 3986).
 std::string percentEncoded(std::string_view text, std::string_view plain);
 
-/// With its first letter in upper case.
+/// Capitalizes the first character.
 std::string firstUppercased(std::string_view text);
-/// With its first letter in lower case, as it stands in the middle of a sentence.
+/// Lowers the first character, for a phrase in the middle of a sentence.
 std::string firstLowercased(std::string_view text);
 
-/// The form in which texts are compared for searching: equal for texts that differ in case or accents alone. Fold
-/// text and query once each, then look for the one in the other.
+/// The form in which texts are compared when searching: equal for texts that differ only in case or accents. To search,
+/// fold text and query once and look for the latter in the former. "R\u00e9sum\u00e9" gives "resume".
 std::string fold(std::string_view text);
 
 }  // namespace mirvel::String

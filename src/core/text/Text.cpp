@@ -6,7 +6,7 @@ namespace mirvel::Text {
 
 namespace {
 
-/// Whether a backslash before the character escapes it in double quotes, too.
+/// Whether a backslash escapes the character within double quotes. Before other characters it is preserved.
 bool isEscapedInQuotes(char c) {
   return std::string_view("$`\"\\\n").find(c) != std::string_view::npos;
 }
@@ -81,7 +81,7 @@ class Splitter {
     }
   }
 
-  /// Behind a backslash.
+  /// After a backslash.
   void escaped() {
     if (m_at == m_text.size()) return append('\\');
     const char c = m_text[m_at++];
@@ -92,7 +92,7 @@ class Splitter {
   std::size_t m_at = 0;
   std::vector<std::string> m_arguments;
   std::string m_argument;
-  bool m_begun = false;  // an argument that is empty as yet may have begun with a quote
+  bool m_begun = false;  // distinguishes an empty argument in quotes from none
   std::string m_unquoted;
 };
 
@@ -113,8 +113,8 @@ bool isSpecial(char c) {
   }
 }
 
-/// Whether a backslash before the character at `next` would be taken for an escape in double quotes; the closing quote
-/// follows the end.
+/// Whether a backslash before the character at `next` would be an escape within double quotes. At the end of the
+/// argument it would escape the closing quote.
 bool escapesNext(std::string_view argument, std::size_t next) {
   return next == argument.size() || isEscapedInQuotes(argument[next]);
 }
@@ -146,15 +146,13 @@ bool needsQuotes(std::string_view argument) {
 }
 
 void appendArgument(std::string& command, std::string_view argument) {
-  const auto holds = [argument](std::string_view signs) {
-    return argument.find_first_of(signs) != std::string_view::npos;
-  };
+  const auto contains = [argument](char c) { return argument.find(c) != std::string_view::npos; };
   if (!command.empty()) command += ' ';
   if (!needsQuotes(argument)) {
     command += argument;
-  } else if (!holds("\"") && !hasEscapes(argument)) {
+  } else if (!contains('"') && !hasEscapes(argument)) {
     command.append(1, '"').append(argument).append(1, '"');
-  } else if (!holds("'")) {
+  } else if (!contains('\'')) {
     command.append(1, '\'').append(argument).append(1, '\'');
   } else {
     appendEscaped(command, argument);

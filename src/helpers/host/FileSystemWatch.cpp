@@ -9,9 +9,9 @@
 #include <sstream>
 #include <tuple>
 
-#include "core/files/FileTimes.h"
 #include "core/files/Inotify.h"
 #include "core/files/ReadFile.h"
+#include "core/files/RegularFile.h"
 
 namespace mirvel::host {
 

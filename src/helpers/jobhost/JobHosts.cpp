@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include "core/files/ExecutablePath.h"
 #include "core/process/Commands.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/jobhost/LaunchctlHost.h"

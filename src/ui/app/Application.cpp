@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "core/base/Const.h"
-#include "core/base/ThreadHeap.h"
+#include "core/base/ThreadWorkQueue.h"
 #include "core/loginitems/PlatformLoginItems.h"
 #include "ui/app/MakeMainWindow.h"
 #include "ui/support/InstalledFolders.h"

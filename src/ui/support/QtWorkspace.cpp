@@ -11,7 +11,7 @@
 #include <system_error>
 #include <utility>
 
-#include "core/process/UserName.h"
+#include "core/process/UserEntry.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ReadPicture.h"
 

@@ -3,10 +3,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#ifdef __linux__
-#include <sys/xattr.h>
-#endif
 #include <unistd.h>
+
+#include <cerrno>
 
 #include "core/process/FileDescriptor.h"
 #include "support/AccessList.h"
@@ -28,7 +27,7 @@ std::string faultOf(const fs::path& folder, const char* file, uid_t user = ::get
   return fs::path(trusted.error().file).lexically_relative(folder);
 }
 
-TEST(FileTrustTest, NobodyElseMayWriteToFileOrFolder) {
+TEST(FileTrustTest, OthersMayNotWriteToFileOrFolder) {
   const struct {
     mode_t folder, file;
     const char* fault;
@@ -53,33 +52,26 @@ TEST(FileTrustTest, NoGroupMayWriteToRootsFiles) {
   ASSERT_EQ(::chmod(file.c_str(), 0664), 0);
   EXPECT_EQ(faultOf(folder.path(), "a"), "a");
   ASSERT_EQ(::chown(file.c_str(), 0, 0), 0);
-  EXPECT_EQ(faultOf(folder.path(), "a"), "a") << "of root's files not even root's own";
+  EXPECT_EQ(faultOf(folder.path(), "a"), "a") << "not even root's own group";
 }
 
 TEST(FileTrustTest, OnlyAPrivateGroupMayWriteToAUsersOwn) {
   const uid_t user = ::geteuid() == 0 ? stranger : ::geteuid();
-  const struct {
-    const char* opened;  ///< to the group
-    bool isPrivate;
-    const char* fault;
-  } rows[] = {{"jobs/a", true, ""}, {"jobs", true, ""}, {"jobs/a", false, "jobs/a"}, {"jobs", false, "jobs"}};
-  for (const auto& row : rows) {
+  const gid_t group = ::geteuid() == 0 ? 4321 : ::getegid();
+  for (const char* const writable : {"jobs/a", "jobs"}) {
     const testdata::TemporaryFolder folder;
-    const gid_t group = ::geteuid() == 0 ? 4321 : ::getegid();
     for (const fs::path& path : {folder.write("jobs/a", "content"), folder.path() / "jobs"}) {
       ASSERT_EQ(::chown(path.c_str(), user, group), 0);
-      ASSERT_EQ(::chmod(path.c_str(), 0755), 0);
+      ASSERT_EQ(::chmod(path.c_str(), path.filename() == fs::path(writable).filename() ? 0775 : 0755), 0);
     }
-    ASSERT_EQ(::chmod((folder.path() / row.opened).c_str(), 0775), 0);
-    const auto isPrivate = [&](gid_t itsGroup, uid_t owner) {
-      return row.isPrivate && itsGroup == group && owner == user;
-    };
-    EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, isPrivate), row.fault) << row.opened;
+    const auto isPrivate = [&](gid_t itsGroup, uid_t owner) { return itsGroup == group && owner == user; };
+    EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, isPrivate), "") << writable;
+    EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, [](gid_t, uid_t) { return false; }), writable);
   }
 }
 
 #ifdef __linux__
-TEST(FileTrustTest, AnAccessListMakesAGroupNoLongerPrivate) {
+TEST(FileTrustTest, WithAnAccessListNoGroupIsPrivate) {
   const testdata::TemporaryFolder folder;
   const auto file = folder.write("jobs/a", "content");
   const uid_t user = ::geteuid() == 0 ? 4321 : ::geteuid();
@@ -95,12 +87,13 @@ TEST(FileTrustTest, AnAccessListMakesAGroupNoLongerPrivate) {
     if (!list.setOn(listed, stranger)) GTEST_SKIP() << "there are no access lists here";
     EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), path);
     ASSERT_EQ(::chmod(listed.c_str(), 0755), 0);
-    EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), "") << "nobody that it names may write any more";
+    EXPECT_EQ(faultOf(folder.path(), "jobs/a", user, everyGroup), "")
+        << "the mask takes away the permission of those in the list";
   }
 }
 #endif
 
-TEST(FileTrustTest, NothingOfAStrangerIsTrusted) {
+TEST(FileTrustTest, FilesFoldersAndLinksOfAStrangerAreNotTrusted) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can give a file to another user";
   const testdata::TemporaryFolder folder;
   folder.write("jobs/a", "content");
@@ -114,12 +107,12 @@ TEST(FileTrustTest, NothingOfAStrangerIsTrusted) {
     const fs::path file = folder.path() / row.file;
     ASSERT_EQ(::lchown(file.c_str(), stranger, 0), 0);
     EXPECT_EQ(faultOf(folder.path(), row.opened), row.file) << row.opened;
-    EXPECT_TRUE(checkTrust(folder.path() / row.opened, stranger)) << "his own, and root's";
+    EXPECT_TRUE(checkTrust(folder.path() / row.opened, stranger)) << "a file of the user, or of root";
     ASSERT_EQ(::lchown(file.c_str(), 0, 0), 0);
   }
 }
 
-TEST(FileTrustTest, EachLinkOnTheWayCounts) {
+TEST(FileTrustTest, TheFolderOfEachLinkIsChecked) {
   const testdata::TemporaryFolder folder;
   folder.write("jobs/a", "content");
   fs::create_directories(folder.path() / "open");
@@ -132,7 +125,7 @@ TEST(FileTrustTest, EachLinkOnTheWayCounts) {
   EXPECT_FALSE(checkTrust(folder.path() / "loop", ::geteuid()));
 }
 
-TEST(FileTrustTest, TheOpenFileIsJudgedAndNotWhatTookItsName) {
+TEST(FileTrustTest, AFileThatWasReplacedIsNotTrusted) {
   const testdata::TemporaryFolder folder;
   const auto file = folder.write("a", "bad");
   const FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
@@ -140,6 +133,48 @@ TEST(FileTrustTest, TheOpenFileIsJudgedAndNotWhatTookItsName) {
   fs::rename(folder.write("b", "good"), file);
   EXPECT_FALSE(checkTrust(file, opened.number(), ::geteuid()));
 }
+
+TEST(PrivateGroupTest, AGroupIsPrivateToTheUserOfThatNameIfNobodyElseIsInIt) {
+  const GroupUsers::User ann{"ann", 1000}, bob{"bob", 1001}, namesake{"toor", 1000};
+  const struct {
+    const char* what;
+    GroupUsers group;
+    bool isPrivate;
+  } rows[] = {
+      {"hers", {"ann", {ann}, {}}, true},
+      {"found twice, and she is a member", {"ann", {ann, ann}, {"ann"}}, true},
+      {"she has a second name", {"ann", {ann, namesake}, {}}, true},
+      {"of all users", {"users", {ann}, {}}, false},
+      {"another member", {"ann", {ann}, {"ann", "bob"}}, false},
+      {"somebody else's primary group", {"ann", {ann, bob}, {}}, false},
+      {"not her primary group", {"ann", {}, {"ann"}}, false},
+      {"his", {"bob", {bob}, {}}, false},
+      {"his, with her name", {"ann", {bob}, {}}, false},
+  };
+  for (const auto& row : rows) EXPECT_EQ(row.group.isPrivateTo(1000), row.isPrivate) << row.what;
+}
+
+#ifdef __linux__
+TEST(PrivateGroupTest, UsersAreUnknownIfEnumeratingThemFails) {
+  const struct {
+    int failure;  ///< of the second call
+    bool isKnown;
+  } rows[] = {{0, true}, {ENOENT, true}, {ERANGE, false}, {EIO, false}, {EINTR, false}, {EMFILE, false}};
+  for (const auto& row : rows) {
+    char name[] = "ann";
+    passwd ann{};
+    ann.pw_name = name, ann.pw_uid = 1000, ann.pw_gid = 100;
+    int calls = 0;
+    const auto users = usersWithPrimary(100, [&](passwd*& found) {
+      if (++calls > 1) return row.failure;
+      found = &ann;
+      return 0;
+    });
+    ASSERT_EQ(users.has_value(), row.isKnown) << row.failure;
+    EXPECT_EQ(users ? users->size() : 1U, 1U) << row.failure;
+  }
+}
+#endif
 
 }  // namespace
 }  // namespace mirvel

@@ -12,9 +12,10 @@
 namespace mirvel {
 namespace {
 
+namespace fs = std::filesystem;
 using testdata::TemporaryFolder;
 
-TEST(ReadFileTest, TheLimitIsTheLargestSizeThatIsRead) {
+TEST(ReadFileTest, FilesUpToTheLimitAreRead) {
   const TemporaryFolder folder;
   const std::string content(100000, 'x');
   const auto file = folder.write("file", content);
@@ -28,24 +29,23 @@ TEST(ReadFileTest, TheLimitIsTheLargestSizeThatIsRead) {
   EXPECT_EQ(*readBeginning(file, 200000), content);
 }
 
-TEST(ReadFileTest, AnEndlessDeviceEndsAtTheLimit) {
-  const auto zeros = readFile("/dev/zero", 100000);
-  ASSERT_FALSE(zeros);
-  EXPECT_EQ(zeros.error().code, Error::Code::LimitExceeded);
-}
-
-TEST(ReadFileTest, FoldersAndMissingFilesAreErrors) {
+TEST(ReadFileTest, ErrorsHaveACodeAndThePath) {
   const TemporaryFolder folder;
-  const auto directory = readFile(folder.path(), 10);
-  ASSERT_FALSE(directory);
-  EXPECT_EQ(directory.error().code, Error::Code::Io);
-  EXPECT_EQ(directory.error().file, folder.path());
-  const auto missing = readFile(folder.path() / "none", 10);
-  ASSERT_FALSE(missing);
-  EXPECT_EQ(missing.error().code, Error::Code::NotFound);
+  const std::pair<fs::path, Error::Code> rows[] = {
+      {"/dev/zero", Error::Code::LimitExceeded},
+      {folder.path(), Error::Code::Io},
+      {folder.path() / "none", Error::Code::NotFound},
+      {fs::path(std::string("/tmp/a\0b", 8)), Error::Code::BadArgument},
+  };
+  for (const auto& [path, code] : rows) {
+    const auto result = readFile(path, 100000);
+    ASSERT_FALSE(result) << path;
+    EXPECT_EQ(result.error().code, code) << path;
+    EXPECT_EQ(result.error().file, path);
+  }
 }
 
-TEST(ReadFileTest, PipesAreReadToTheirEndAndNeverWaitedFor) {
+TEST(ReadFileTest, PipesAreReadToTheirEndWithoutWaitingForAWriter) {
   const TemporaryFolder folder;
   const auto path = folder.path() / "pipe";
   ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);

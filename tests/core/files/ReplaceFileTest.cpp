@@ -36,13 +36,13 @@ mode_t modeOf(const fs::path& path) {
   return status.st_mode & 07777U;
 }
 
-TEST(ReplaceFileTest, AFailureAtAnyStepLeavesTheOldFileAndNothingElse) {
+TEST(ReplaceFileTest, AfterAFailureAtAnyStepOnlyTheOldFileRemains) {
   const TemporaryFolder folder;
   int step = 1;
   for (bool failed = true; failed; ++step) {
     const fs::path file = folder.write("job.plist", "old");
     FailingCalls calls(step);
-    const auto result = replaceFile(file, "new content", calls);
+    const auto result = replaceFile(file, "new content", newFileMode, &calls);
     failed = calls.failed();
     EXPECT_EQ(static_cast<bool>(result), !failed) << "step " << step;
     EXPECT_EQ(bytes(file), calls.renamed() ? "new content" : "old") << "step " << step;
@@ -52,7 +52,7 @@ TEST(ReplaceFileTest, AFailureAtAnyStepLeavesTheOldFileAndNothingElse) {
   EXPECT_EQ(step - 2, 10);  // create, four writes, mode, flush, close, rename, flush of the folder
 }
 
-TEST(ReplaceFileTest, InterruptedAndTakenNamesAreTriedAgain) {
+TEST(ReplaceFileTest, InterruptedCallsAndUsedNamesAreRetried) {
   class Troubled : public FileCalls {
    public:
     int create(int folder, const char* name, mode_t mode) override {
@@ -70,38 +70,33 @@ TEST(ReplaceFileTest, InterruptedAndTakenNamesAreTriedAgain) {
   };
   const TemporaryFolder folder;
   Troubled calls;
-  ASSERT_TRUE(replaceFile(folder.path() / "a", "content", calls));
+  ASSERT_TRUE(replaceFile(folder.path() / "a", "content", newFileMode, &calls));
   EXPECT_EQ(bytes(folder.path() / "a"), "content");
 }
 
-TEST(ReplaceFileTest, ModeIsKept) {
-  const TemporaryFolder folder;
-  const mode_t before = ::umask(0077);
-  for (const mode_t mode : {0600U, 0755U, 0664U}) {
-    const fs::path file = folder.write("kept", "old");
-    ASSERT_EQ(::chmod(file.c_str(), mode), 0);
-    EXPECT_TRUE(replaceFile(file, "new"));
-    EXPECT_EQ(modeOf(file), mode);
-  }
-  ::umask(before);
-}
-
-TEST(ReplaceFileTest, NewFilesHaveWhatTheUmaskLeavesAndAreNeverForOthersToWrite) {
-  struct Row {
-    mode_t umask;
-    mode_t mode;
+TEST(ReplaceFileTest, OldFilesKeepTheirModeAndNewOnesAreNeverWritableForOthers) {
+  const struct {
+    std::optional<mode_t> old;
+    mode_t umask, mostOpen, mode;
+  } rows[] = {
+      {0600, 0077, 0644, 0600}, {0755, 0077, 0644, 0755}, {0664, 0077, 0600, 0664}, {{}, 0000, 0644, 0644},
+      {{}, 0002, 0644, 0644},   {{}, 0022, 0644, 0644},   {{}, 0027, 0644, 0640},   {{}, 0077, 0644, 0600},
+      {{}, 0022, 0640, 0640},   {{}, 0022, 0000, 0600},
   };
-  const TemporaryFolder folder;
-  for (const Row& row : {Row{0000, 0644}, Row{0002, 0644}, Row{0022, 0644}, Row{0027, 0640}, Row{0077, 0600}}) {
-    const fs::path file = folder.path() / ("made with " + std::to_string(row.umask));
-    const mode_t before = ::umask(row.umask);
-    EXPECT_TRUE(replaceFile(file, "new"));
+  for (const auto& [old, mask, mostOpen, mode] : rows) {
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "file";
+    if (old) {
+      ASSERT_EQ(::chmod(folder.write("file", "old").c_str(), *old), 0);
+    }
+    const mode_t before = ::umask(mask);
+    EXPECT_TRUE(replaceFile(file, "new", mostOpen));
     ::umask(before);
-    EXPECT_EQ(modeOf(file), row.mode) << row.umask;
+    EXPECT_EQ(modeOf(file), mode) << std::oct << mask << ' ' << mostOpen;
   }
 }
 
-TEST(ReplaceFileTest, NobodyReadsTheNewContentOfAPrivateFileWhileItIsWritten) {
+TEST(ReplaceFileTest, NobodyCanReadAPrivateFileWhileItIsWritten) {
   class Looking : public FileCalls {
    public:
     mode_t seen = 0;
@@ -115,17 +110,17 @@ TEST(ReplaceFileTest, NobodyReadsTheNewContentOfAPrivateFileWhileItIsWritten) {
   const fs::path file = folder.write("private", "old");
   ASSERT_EQ(::chmod(file.c_str(), 0600), 0);
   Looking calls;
-  EXPECT_TRUE(replaceFile(file, "secret", calls));
+  EXPECT_TRUE(replaceFile(file, "secret", newFileMode, &calls));
   EXPECT_EQ(calls.seen, 0600U);
 }
 
 #ifdef __linux__
-TEST(ReplaceFileTest, AnAccessListThatIsNotKeptMakesNoFileMoreOpen) {
+TEST(ReplaceFileTest, DroppingAnAccessListDoesNotGrantPermissions) {
   const TemporaryFolder folder;
   const fs::path file = folder.write("listed", "old");
   const testdata::AccessList list{.owner = 6, .user = 4, .group = 0, .mask = 4, .others = 0};
   if (!list.setOn(file, 1234)) GTEST_SKIP() << "there are no access lists here";
-  ASSERT_EQ(modeOf(file), 0640U) << "the mask, where the group has nothing";
+  ASSERT_EQ(modeOf(file), 0640U) << "the mask is in place of the group's permissions";
   const FileDescriptor open(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   FileCalls calls;
   const OwnerAndMode owner{.user = ::geteuid(), .group = ::getegid(), .mode = 0644};
@@ -168,32 +163,28 @@ TEST(ReplaceFileTest, LinksStayLinksAndTheirTargetsAreReplaced) {
   EXPECT_FALSE(replaceFile(folder.path() / "loop", "x"));
 }
 
-TEST(ReplaceFileTest, WhatIsNoFileIsRefused) {
+TEST(ReplaceFileTest, PathsThatCannotBeFilesAreRejected) {
   const TemporaryFolder folder;
   folder.write("folder/inside", "x");
   folder.write("file", "x");
   ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
-  struct Row {
-    fs::path path;
-    Error::Code code;
-  };
-  const std::vector<Row> rows{
+  const std::pair<fs::path, Error::Code> rows[] = {
       {folder.path() / "folder", Error::Code::BadArgument},
       {folder.path() / "folder" / "", Error::Code::BadArgument},
       {folder.path() / "pipe", Error::Code::BadArgument},
       {fs::path(std::string("/tmp/a\0b", 8)), Error::Code::BadArgument},
       {folder.path() / "missing" / "file", Error::Code::NotFound},
       {folder.path() / "file" / "file", Error::Code::NotFound},
-      {"/proc/file", Error::Code::NotFound},  // a folder that takes no new files, not even from root
+      {"/proc/file", Error::Code::NotFound},  // not even root can create files in this folder
   };
-  for (const auto& row : rows) {
-    const auto result = replaceFile(row.path, "new");
-    ASSERT_FALSE(result) << row.path;
-    EXPECT_EQ(result.error().code, row.code) << result.error().text();
+  for (const auto& [path, code] : rows) {
+    const auto result = replaceFile(path, "new");
+    ASSERT_FALSE(result) << path;
+    EXPECT_EQ(result.error().code, code) << result.error().text();
   }
 }
 
-TEST(ReplaceFileTest, TheLongestNameAndNoContentAreFine) {
+TEST(ReplaceFileTest, TheLongestNameAndAnEmptyContentAreAccepted) {
   const TemporaryFolder folder;
   const fs::path file = folder.path() / std::string(255, 'n');
   EXPECT_TRUE(replaceFile(file, ""));

@@ -5,7 +5,7 @@
 namespace mirvel {
 namespace {
 
-TEST(URLTest, EqualPathsAreThoseOfOnePlace) {
+TEST(URLTest, PathsAreEqualAfterNormalization) {
   const struct {
     const char* a;
     const char* b;
@@ -25,7 +25,7 @@ TEST(URLTest, EqualPathsAreThoseOfOnePlace) {
   EXPECT_FALSE(URL::address("/x").equalTo(URL::file("/x")));
 }
 
-TEST(URLTest, TheExtensionFollowsTheLastDotOfTheLastComponent) {
+TEST(URLTest, TheExtensionIsAfterTheLastDotOfTheLastComponent) {
   const std::pair<const char*, const char*> table[] = {
       {"/a/b.plist", "plist"}, {"/a/b.app/", "app"}, {"/a.b/c", ""},    {"/a/.hidden", ""},
       {"/a/.hidden.x", "x"},   {"/a/b.", ""},        {"/a/b.c.d", "d"}, {"/", ""},
@@ -33,7 +33,7 @@ TEST(URLTest, TheExtensionFollowsTheLastDotOfTheLastComponent) {
   for (const auto& [path, extension] : table) EXPECT_EQ(URL::file(path).pathExtension(), extension) << path;
 }
 
-TEST(URLTest, APathIsShortenedByTheHomeFolderItLiesIn) {
+TEST(URLTest, PathsInTheHomeFolderAreShortened) {
   const struct {
     const char* path;
     const char* home;

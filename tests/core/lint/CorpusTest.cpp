@@ -28,24 +28,24 @@ const std::map<std::size_t, std::vector<int>> filesByWarnings = {
 
 // clang-format off
 const std::map<int, std::vector<ExpectedError>> errors = {
-    {2, {{12, R"(<integer> holds `${APP_INTERVAL_SEC}`, which is no number)"}}},  // APP_NAME
-    {50, {{7, R"(`#` stands where a tag was expected)"}}},  // com.apple.diskarbitrationd
+    {2, {{12, R"(<integer> contains `${APP_INTERVAL_SEC}`, which isn't a number)"}}},  // APP_NAME
+    {50, {{7, R"(expected a tag, found `#`)"}}},  // com.apple.diskarbitrationd
     {62, {{21, R"(LimitLoadToHardware.serialdebugmode[0]: holds 1, an integer, where a string belongs)"}}},  // com.apple.getty
     {78, {{33, R"(LimitLoadToHardware.use_kernelmanagerd[0]: holds 0, an integer, where a string belongs)"}}},  // com.apple.kextd
-    {89, {{17, R"(<array> stands in a <dict> where <key> was expected)"}}},  // com.apple.mDNSResponder.reloaded
+    {89, {{17, R"(expected <key> in a <dict>, found <array>)"}}},  // com.apple.mDNSResponder.reloaded
     {141, {{15, R"(GroupName: holds a dictionary of 2 where a string belongs)"}, {49, R"(UserName: holds a dictionary of 3 where a string belongs)"}}},  // com.apple.securityd
     {142, {{40, R"(Disabled: holds a dictionary of 2 where a boolean belongs)"}}},  // com.apple.securityd.system
-    {192, {{6, R"(<String> is no element of a property list)"}}},  // com.boxen.nginx.plist.erb
-    {207, {{48, R"(<integer> stands in a <dict> where <key> was expected)"}}},  // com.example.label
+    {192, {{6, R"(<String> isn't an element of a property list)"}}},  // com.boxen.nginx.plist.erb
+    {207, {{48, R"(expected <key> in a <dict>, found <integer>)"}}},  // com.example.label
     {208, {{1, R"(an XML property list can't start with `?`)"}}},  // com.example.myscript
-    {214, {{16, R"(<integer> holds `${START_INTERVAL}`, which is no number)"}}},  // com.github.lancethomps._LAUNCHD_SCRIPT_ID_
-    {286, {{11, R"(something else stands where </string> was expected)"}}},  // cx.pow.firewall
-    {290, {{16, R"(something else stands where </string> was expected)"}}},  // dev.nginx
-    {297, {{33, R"(`&` opens no reference that property lists know; a plain one is written `&amp;`)"}}},  // environment
+    {214, {{16, R"(<integer> contains `${START_INTERVAL}`, which isn't a number)"}}},  // com.github.lancethomps._LAUNCHD_SCRIPT_ID_
+    {286, {{11, R"(expected </string>)"}}},  // cx.pow.firewall
+    {290, {{16, R"(expected </string>)"}}},  // dev.nginx
+    {297, {{33, R"(`&` doesn't start a known reference; a plain ampersand is written `&amp;`)"}}},  // environment
     {308, {{6, R"(Program: holds an array of 1 where a string belongs)"}}},  // io.macadmins.Outset.boot
     {315, {{6, R"(Program: holds an array of 1 where a string belongs)"}}},  // io.macadmins.Outset.on-demand-privileged
     {386, {{27, R"(the file holds "WorkingDirectory", a string, where a dictionary belongs)"}}},  // se.tobbe.check-web
-    {389, {{33, R"(`&` opens no reference that property lists know; a plain one is written `&amp;`)"}}},  // startup
+    {389, {{33, R"(`&` doesn't start a known reference; a plain ampersand is written `&amp;`)"}}},  // startup
 };
 // clang-format on
 
@@ -118,8 +118,7 @@ TEST(CorpusTest, WarningsNameTheMistake) {
        "of "
        "that day"},
       {"350-nginx.plist", "warning: line 9, column 2: NetworkState: unknown key here; it belongs in KeepAlive"},
-      {"386-se.tobbe.check-web.plist",
-       "warning: line 27, column 5: <key> stands where a value belongs, and is read as a string"},
+      {"386-se.tobbe.check-web.plist", "warning: line 27, column 5: <key> in place of a value; it is read as a string"},
   };
   for (const auto& row : table) {
     const std::string found = allTexts(lintFile(corpus / row.file));

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/text/Digits.h"
-
 namespace mirvel {
 namespace {
 
@@ -27,28 +25,6 @@ TEST(DatesTest, EveryTimeOfDayKeepsItsHourAndMinute) {
   }
   EXPECT_EQ(Date::timeOfDay(0, 0).time_since_epoch().count(), 946684800);
   EXPECT_EQ(Date::hour(std::chrono::local_seconds(std::chrono::seconds(-60))), 23);
-}
-
-TEST(OctalTest, OnlyOctalDigitsAreRead) {
-  const std::vector<std::pair<std::string, std::optional<std::int64_t>>> rows{
-      {"022", 18},
-      {"0", 0},
-      {"777", 511},
-      {"777777777777777777777", INT64_MAX},
-      {"1000000000000000000000", std::nullopt},
-      {"", std::nullopt},
-      {"9", std::nullopt},
-      {"018", std::nullopt},
-      {"0x1", std::nullopt},
-      {" 22", std::nullopt},
-      {"22 ", std::nullopt},
-      {"-22", std::nullopt},
-      {"+22", std::nullopt},
-      {std::string("22\0", 3), std::nullopt},
-  };
-  for (const auto& [text, number] : rows) EXPECT_EQ(Octal::toInt(text), number) << text;
-  EXPECT_EQ(Octal::fromInt(18), "22");
-  EXPECT_EQ(Octal::fromInt(0), "0");
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ Result<ParsedArguments> parse(const std::vector<std::string>& words) {
   return parseArguments(words, {{"--json"}, {"--root", true}});
 }
 
-TEST(ArgumentsTest, OptionsStandAnywhereBeforeTheDoubleDash) {
+TEST(ArgumentsTest, OptionsAndOperandsAreMixedUpToTheDoubleDash) {
   const auto parsed = parse({"a", "--root", "/x", "-", "--json", "--root=/y=z", "--", "--json", "-q"});
   ASSERT_TRUE(parsed);
   EXPECT_THAT(parsed->operands, ElementsAre("a", "-", "--json", "-q"));
@@ -23,7 +23,7 @@ TEST(ArgumentsTest, OptionsStandAnywhereBeforeTheDoubleDash) {
   EXPECT_FALSE(parsed->has("--other"));
 }
 
-TEST(ArgumentsTest, WhatIsUnknownOrLacksItsValueIsRefused) {
+TEST(ArgumentsTest, UnknownOptionsAndMissingOrExtraValuesAreRejected) {
   for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
            {"--other"}, {"-j"}, {"--jso"}, {"--json=yes"}, {"--root"}, {"x", "--root"}, {"--root=/x", "---"}}) {
     const auto parsed = parse(words);

@@ -18,7 +18,7 @@ Result<ProcessResult> shell(const std::string& script, std::size_t maximum = Sys
   return runner.run("/bin/sh", {"-c", script, "name", "two words", ""});
 }
 
-TEST(SystemProcessRunnerTest, ToolsEndWithAStatusAndWhatTheyPrinted) {
+TEST(SystemProcessRunnerTest, TheResultHasTheStatusAndBothOutputs) {
   struct Row {
     std::string script;
     int status;
@@ -44,7 +44,7 @@ TEST(SystemProcessRunnerTest, ToolsEndWithAStatusAndWhatTheyPrinted) {
   EXPECT_EQ(errno, ECHILD);
 }
 
-TEST(SystemProcessRunnerTest, WhatCantBeStartedIsAnError) {
+TEST(SystemProcessRunnerTest, ProgramsThatCantBeStartedAreErrors) {
   const testdata::TemporaryFolder folder;
   SystemProcessRunner runner({});
   const std::vector<std::pair<std::string, Error::Code>> rows{
@@ -60,7 +60,7 @@ TEST(SystemProcessRunnerTest, WhatCantBeStartedIsAnError) {
   EXPECT_FALSE(runner.run("/bin/echo", {std::string("a\0b", 3)}));
 }
 
-TEST(SystemProcessRunnerTest, MuchOnBothOutputsIsTakenToTheLimit) {
+TEST(SystemProcessRunnerTest, LongOutputsAreReadUpToTheLimit) {
   const std::string loop = "i=0; while [ $i -lt 3000 ]; do printf %0100d 1; printf %0100d 2 >&2; i=$((i+1)); done";
   const auto whole = shell(loop, 600000);
   ASSERT_TRUE(whole) << whole.error().text();
@@ -71,7 +71,7 @@ TEST(SystemProcessRunnerTest, MuchOnBothOutputsIsTakenToTheLimit) {
   EXPECT_EQ(endless.error().code, Error::Code::LimitExceeded);
 }
 
-TEST(SystemProcessRunnerTest, AProcessLeftBehindIsntWaitedFor) {
+TEST(SystemProcessRunnerTest, ABackgroundProcessIsntWaitedFor) {
   const testdata::TemporaryFolder folder;
   const std::string gate = (folder.path() / "gate").string();
   ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);

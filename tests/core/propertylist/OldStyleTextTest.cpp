@@ -4,6 +4,7 @@
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
+#include "support/HostileFiles.h"
 
 namespace mirvel::propertylist {
 namespace {
@@ -14,13 +15,7 @@ Result<std::string> textOf(const std::string& element, std::size_t maximumSize =
   return oldStyleText(document->root(), maximumSize);
 }
 
-std::string repeated(const std::string& text, std::size_t count) {
-  std::string result;
-  for (std::size_t i = 0; i < count; ++i) result += text;
-  return result;
-}
-
-TEST(OldStyleTextTest, EveryValueHasItsLine) {
+TEST(OldStyleTextTest, EachValueIsOnALineOfItsOwn) {
   const std::vector<std::pair<std::string, std::string>> rows{
       {"<string>a \"b\" \\ c\nd\te</string>", "\"a \\\"b\\\" \\\\ c\\nd\te\";\n"},
       {"<string></string>", "\"\";\n"},
@@ -45,7 +40,7 @@ TEST(OldStyleTextTest, EveryValueHasItsLine) {
   }
 }
 
-TEST(OldStyleTextTest, WhatOnlyABinaryListHoldsIsWrittenToo) {
+TEST(OldStyleTextTest, SetsAndUidsAreWrittenToo) {
   const auto document = read(writeBinary(Array{Uid{7}, Set{{"a"}}}));
   ASSERT_TRUE(document);
   const auto text = oldStyleText(document->root());
@@ -53,21 +48,27 @@ TEST(OldStyleTextTest, WhatOnlyABinaryListHoldsIsWrittenToo) {
   EXPECT_EQ(*text, "(\n\t7;\n\t(\n\t\t\"a\";\n\t);\n);\n");
 }
 
-TEST(OldStyleTextTest, TheLimitIsTheLongestTextThatIsWritten) {
-  const std::string list = "<array><string>abc</string></array>";  // (\n\t"abc";\n);\n
-  EXPECT_TRUE(textOf(list, 13));
-  const auto refused = textOf(list, 12);
-  ASSERT_FALSE(refused);
-  EXPECT_EQ(refused.error().code, Error::Code::LimitExceeded);
-}
-
-TEST(OldStyleTextTest, TheDeepestDocumentIsWrittenAndAFloodOfTabsIsnt) {
-  const std::size_t depth = Limits::depth;
-  EXPECT_TRUE(textOf(repeated("<array>", depth) + repeated("</array>", depth), 1U << 20U));
-  const std::string many = repeated("<array>", depth - 1) + repeated("<true/>", 100000);
-  const auto refused = textOf(many + repeated("</array>", depth - 1), 1U << 20U);
-  ASSERT_FALSE(refused);
-  EXPECT_EQ(refused.error().code, Error::Code::LimitExceeded);
+TEST(OldStyleTextTest, TextUpToTheLimitIsWritten) {
+  const auto nested = [](std::size_t depth, const std::string& content) {
+    return hostile::repeated("<array>", depth) + content + hostile::repeated("</array>", depth);
+  };
+  const struct {
+    std::string element;
+    std::size_t limit;
+    bool isWritten;
+  } rows[] = {
+      {"<array><string>abc</string></array>", 13, true},  // (\n\t"abc";\n);\n
+      {"<array><string>abc</string></array>", 12, false},
+      {nested(Limits::depth, ""), 1U << 20U, true},
+      {nested(Limits::depth - 1, hostile::repeated("<true/>", 100000)), 1U << 20U, false},  // indentation is too long
+  };
+  for (const auto& [element, limit, isWritten] : rows) {
+    const auto text = textOf(element, limit);
+    ASSERT_EQ(static_cast<bool>(text), isWritten) << element.substr(0, 40);
+    if (!text) {
+      EXPECT_EQ(text.error().code, Error::Code::LimitExceeded);
+    }
+  }
 }
 
 }  // namespace

@@ -5,10 +5,6 @@
 #include <cmath>
 #include <limits>
 
-#include "core/propertylist/Reader.h"
-#include "core/propertylist/Writer.h"
-#include "support/TestData.h"
-
 namespace mirvel::propertylist {
 namespace {
 
@@ -24,7 +20,7 @@ TEST(DictionaryTest, KeysAreSortedByUtf16CodeUnit) {
   EXPECT_EQ(keys(dictionary), (std::vector<std::string>{"", "B", "b", "ba", "\uD7FF", "\U0001F600", "\uFB01"}));
 }
 
-TEST(DictionaryTest, SettingReplacesAndRemovingReports) {
+TEST(DictionaryTest, SetReplacesAndRemoveReports) {
   Dictionary dictionary{{"a", 1}, {"a", 2}};
   EXPECT_EQ(dictionary.size(), 1U);
   EXPECT_EQ(*dictionary.find("a"), Value(2));
@@ -35,7 +31,7 @@ TEST(DictionaryTest, SettingReplacesAndRemovingReports) {
   EXPECT_FALSE(dictionary.remove("a"));
 }
 
-TEST(DictionaryTest, AValueIsGotAsItsOwnTypeOnly) {
+TEST(DictionaryTest, GetReturnsValuesOfTheRequestedTypeOnly) {
   Dictionary dictionary{{"yes", true}, {"one", 1}, {"inner", Dictionary{{"text", "x"}}}};
   EXPECT_EQ(*dictionary.get<bool>("yes"), true);
   EXPECT_EQ(dictionary.get<Integer>("yes"), nullptr);
@@ -45,35 +41,7 @@ TEST(DictionaryTest, AValueIsGotAsItsOwnTypeOnly) {
   EXPECT_EQ(*dictionary.get<Dictionary>("inner")->get<std::string>("text"), "y");
 }
 
-TEST(DictionaryTest, AFileIsReadAsADictionaryOrRefusedWithItsName) {
-  const testdata::TemporaryFolder folder;
-  const std::string list = *writeXml(Dictionary{{"a", 1}});
-  const struct {
-    const char* name;
-    std::string bytes;
-    std::optional<Error::Code> refusal;
-  } rows[] = {
-      {"xml", list, std::nullopt},
-      {"binary", writeBinary(Dictionary{{"a", 1}}), std::nullopt},
-      {"array", *writeXml(Array{1}), Error::Code::WrongType},
-      {"damaged", list.substr(0, list.size() / 2), Error::Code::Malformed},
-      {"large", list + std::string(1000, ' '), Error::Code::LimitExceeded},
-  };
-  for (const auto& row : rows) {
-    const auto file = folder.write(row.name, row.bytes);
-    const auto read = readDictionary(file, 500);
-    ASSERT_EQ(static_cast<bool>(read), !row.refusal) << row.name;
-    if (read) {
-      EXPECT_EQ(*read, (Dictionary{{"a", 1}})) << row.name;
-    } else {
-      EXPECT_EQ(read.error().code, *row.refusal) << row.name;
-      EXPECT_EQ(read.error().file, file) << row.name;
-    }
-  }
-  EXPECT_EQ(readDictionary(folder.path() / "none", 500).error().code, Error::Code::NotFound);
-}
-
-TEST(ValueTest, TypesAreNotMixedUp) {
+TEST(ValueTest, ValuesOfDifferentTypesAreNeverEqual) {
   EXPECT_NE(Value(1), Value(1.0));
   EXPECT_NE(Value(1), Value(true));
   EXPECT_NE(Value("x"), Value(Data{"x"}));
@@ -82,7 +50,7 @@ TEST(ValueTest, TypesAreNotMixedUp) {
   EXPECT_NE(Value(Array{1, 2}), Value(Array{2, 1}));
 }
 
-TEST(ValueTest, IntegersReachFromMinus2To63To2To64) {
+TEST(ValueTest, IntegersRangeFromMinus2To63To2To64) {
   const Integer most = Integer::fromUnsigned(std::numeric_limits<std::uint64_t>::max());
   EXPECT_EQ(most.text(), "18446744073709551615");
   EXPECT_FALSE(most.toInt64());

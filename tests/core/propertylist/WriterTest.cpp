@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 #include "core/propertylist/Reader.h"
@@ -15,7 +16,7 @@ constexpr const char* head =
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
     "<plist version=\"1.0\">\n";
 
-/// What the writer gives for the value, less what is the same for all.
+/// The XML of the value without the parts that are the same for all values.
 std::string bodyOf(const Value& value) {
   const auto xml = writeXml(value);
   if (!xml) return xml.error().text();
@@ -25,7 +26,7 @@ std::string bodyOf(const Value& value) {
   return body.substr(0, body.size() - 9);
 }
 
-TEST(WriterTest, XmlIsWhatTheMacOsWriterGives) {
+TEST(WriterTest, XmlIsWhatTheMacOsWriterWrites) {
   const struct {
     Value value;
     const char* body;
@@ -51,12 +52,12 @@ TEST(WriterTest, XmlIsWhatTheMacOsWriterGives) {
        "<dict>\n\t<key>a&amp;</key>\n\t<array>\n\t\t<integer>1</integer>\n\t</array>\n\t<key>b</key>\n\t<dict/>\n</"
        "dict>\n"},
       {Uid{7}, "<dict>\n\t<key>CF$UID</key>\n\t<integer>7</integer>\n</dict>\n"},
-      {Array{Set{}}, "the list holds a set, which only a binary list can"},
+      {Array{Set{}}, "the list contains a set, which has no XML form"},
   };
   for (const auto& [value, body] : rows) EXPECT_EQ(bodyOf(value), body);
 }
 
-TEST(WriterTest, DataLinesGrowShorterWithTheIndentUpToEightLevels) {
+TEST(WriterTest, DataLinesGetShorterWithTheIndentationUpToEightLevels) {
   const auto lineLength = [](int depth) {
     Value value = Data{std::string(200, 'x')};
     for (int i = 0; i < depth; ++i) value = Array{value};
@@ -64,39 +65,34 @@ TEST(WriterTest, DataLinesGrowShorterWithTheIndentUpToEightLevels) {
     const std::size_t start = body.find("eHh");  // base64 of x
     return body.find('\n', start) - start;
   };
-  EXPECT_EQ(lineLength(0), 76U);
-  EXPECT_EQ(lineLength(1), 68U);
-  EXPECT_EQ(lineLength(8), 12U);
-  EXPECT_EQ(lineLength(9), 12U);
+  const std::pair<int, std::size_t> rows[] = {{0, 76}, {1, 68}, {8, 12}, {9, 12}};
+  for (const auto& [depth, length] : rows) EXPECT_EQ(lineLength(depth), length) << depth;
 }
 
-TEST(WriterTest, DataInDeepNestingIsIndentedByEightTabsAtMostAndAllElseByItsDepth) {
+TEST(WriterTest, OnlyDataIsIndentedByNoMoreThanEightTabs) {
   const struct {
     Value value;
-    const char* lines;  ///< ten levels deep
+    const char* lines;  ///< within ten arrays, without eight tabs at the start of each line
   } rows[] = {
-      {Data{"ab"}, "\t\t\t\t\t\t\t\t\t\t<data>\n\t\t\t\t\t\t\t\tYWI=\n\t\t\t\t\t\t\t\t\t\t</data>\n"},
-      {Data{"0123456789"},
-       "\t\t\t\t\t\t\t\t\t\t<data>\n\t\t\t\t\t\t\t\tMDEyMzQ1Njc4\n\t\t\t\t\t\t\t\tOQ==\n\t\t\t\t\t\t\t\t\t\t</data>\n"},
-      {Data{}, "\t\t\t\t\t\t\t\t\t\t<data>\n\t\t\t\t\t\t\t\t\t\t</data>\n"},
-      {"ab", "\t\t\t\t\t\t\t\t\t\t<string>ab</string>\n"},
-      {Array{}, "\t\t\t\t\t\t\t\t\t\t<array/>\n"},
-      {Dictionary{{"a", true}},
-       "\t\t\t\t\t\t\t\t\t\t<dict>\n\t\t\t\t\t\t\t\t\t\t\t<key>a</key>\n\t\t\t\t\t\t\t\t\t\t\t<true/>\n"
-       "\t\t\t\t\t\t\t\t\t\t</dict>\n"},
+      {Data{"ab"}, "\t\t<data>\nYWI=\n\t\t</data>\n"},
+      {Data{"0123456789"}, "\t\t<data>\nMDEyMzQ1Njc4\nOQ==\n\t\t</data>\n"},
+      {Data{}, "\t\t<data>\n\t\t</data>\n"},
+      {"ab", "\t\t<string>ab</string>\n"},
+      {Array{}, "\t\t<array/>\n"},
+      {Dictionary{{"a", true}}, "\t\t<dict>\n\t\t\t<key>a</key>\n\t\t\t<true/>\n\t\t</dict>\n"},
   };
   for (const auto& [value, lines] : rows) {
     Value nested = value;
     for (int i = 0; i < 10; ++i) nested = Array{nested};
-    const std::string body = bodyOf(nested);
-    const std::string before = "\t\t\t\t\t\t\t\t\t<array>\n";
-    const std::size_t start = body.find(before);
-    ASSERT_NE(start, std::string::npos);
-    EXPECT_EQ(body.substr(start + before.size()).rfind(lines, 0), 0U) << body;
+    std::string expected = "<array>\n";
+    for (const char* line = lines; *line; line = std::strchr(line, '\n') + 1) {
+      expected += std::string(8, '\t').append(line, std::strchr(line, '\n') + 1);
+    }
+    EXPECT_NE(bodyOf(nested).find(expected + std::string(9, '\t') + "</array>\n"), std::string::npos) << lines;
   }
 }
 
-TEST(WriterTest, BothFormsAreReadAgainAsTheSameList) {
+TEST(WriterTest, BothFormsAreReadAsTheSameValue) {
   Array many;
   for (int i = 0; i < 70000; ++i) many.emplace_back(i);  // references of four bytes
   const Value values[] = {
@@ -118,7 +114,7 @@ TEST(WriterTest, BothFormsAreReadAgainAsTheSameList) {
   EXPECT_EQ(read(writeBinary(Set{{1, 2}}))->value(), Value(Set{{2, 1}}));
 }
 
-TEST(WriterTest, EqualStringsAreWrittenOnceInTheBinaryForm) {
+TEST(WriterTest, EqualStringsAreStoredOnceInTheBinaryForm) {
   const std::string text(1000, 'x');
   EXPECT_LT(writeBinary(Array{text, text, Dictionary{{text, text}}}).size(), 1200U);
 }

@@ -15,6 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 using propertylist::Dictionary;
 using propertylist::Value;
+using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -36,7 +37,7 @@ class StoreTest : public testing::Test {
     std::sort(result.begin(), result.end());
     return result;
   }
-  /// Kinds of what was reported: (d)amaged, (r)eading, (w)riting.
+  /// The kinds of all reports: (d)amaged, un(r)ead, un(w)ritten.
   std::string toldKinds() const {
     std::string kinds;
     for (const auto& trouble : told) kinds += "drw"[static_cast<int>(trouble.kind)];
@@ -49,7 +50,7 @@ class StoreTest : public testing::Test {
   std::vector<StoreTrouble> told;
 };
 
-TEST_F(StoreTest, AnAbsentFileIsEmptyAndMadeForItsUserAlone) {
+TEST_F(StoreTest, AMissingFileIsEmptyAndCreatedForTheUserOnly) {
   Store store(folder.path() / "a" / "b" / "List.plist", &troubles);
   EXPECT_EQ(store.contents().size(), 0U);
   ASSERT_TRUE(store.set("key", "value"));
@@ -61,11 +62,11 @@ TEST_F(StoreTest, AnAbsentFileIsEmptyAndMadeForItsUserAlone) {
   EXPECT_THAT(told, IsEmpty());
 }
 
-TEST_F(StoreTest, EachDamagedFileIsKeptUnderAFreshNameAndReportedOnce) {
+TEST_F(StoreTest, EachDamagedFileIsKeptUnderANewNameAndReportedOnce) {
   folder.write("List.plist.damaged-1", "from before");
-  const std::vector<std::string> damaged{"", "<plist><dict><key>a", "text",
-                                         *propertylist::writeXml(propertylist::Array{1}), "bplist00\xff"};
-  for (std::size_t i = 0; i < damaged.size(); ++i) {
+  const std::string damaged[] = {"", "<plist><dict><key>a", "text", *propertylist::writeXml(propertylist::Array{1}),
+                                 "bplist00\xff"};
+  for (std::size_t i = 0; i < std::size(damaged); ++i) {
     folder.write("List.plist", damaged[i]);
     told.clear();
     Store store(file, &troubles);
@@ -81,61 +82,44 @@ TEST_F(StoreTest, EachDamagedFileIsKeptUnderAFreshNameAndReportedOnce) {
   EXPECT_EQ(testdata::bytes(folder.path() / "List.plist.damaged-1"), "from before");
 }
 
-TEST_F(StoreTest, AFileThatCantBeReadIsLeftAloneAndNeverWrittenTo) {
-  struct Row {
-    const char* name;
-    std::function<void()> make;
-    std::function<void()> mend;
+TEST_F(StoreTest, AFileThatCantBeReadIsLeftAsItIsAndNeverWritten) {
+  const auto writeOld = [&] { folder.write("List.plist", *propertylist::writeXml(Dictionary{{"old", 1}})); };
+  const std::pair<const char*, std::function<void()>> table[] = {
+      {"a folder", [&] { fs::create_directories(file / "inside"); }},
+      {"too large", [&] { writeOld(), fs::resize_file(file, Store::largestFile + 1); }},
+      {"no permission", [&] { writeOld(), fs::permissions(file, fs::perms::none); }},
   };
-  const Row table[] = {
-      {"a folder", [&] { fs::create_directories(file / "inside"); },
-       [&] {
-         fs::remove_all(file);
-         folder.write("List.plist", *propertylist::writeXml(Dictionary{{"old", 1}}));
-       }},
-      {"too large",
-       [&] {
-         folder.write("List.plist", *propertylist::writeXml(Dictionary{{"old", 1}}));
-         fs::resize_file(file, Store::largestFile + 1);
-       },
-       [&] {
-         folder.write("List.plist", *propertylist::writeXml(Dictionary{{"old", 1}}));
-       }},
-      {"no permission",
-       [&] {
-         folder.write("List.plist", *propertylist::writeXml(Dictionary{{"old", 1}}));
-         fs::permissions(file, fs::perms::none);
-       },
-       [&] { fs::permissions(file, fs::perms::owner_all); }},
-  };
-  for (const Row& row : table) {
-    if (::geteuid() == 0 && std::string(row.name) == "no permission") continue;  // root may read everything
-    fs::remove_all(file);
+  for (const auto& [name, make] : table) {
+    if (::geteuid() == 0 && std::string(name) == "no permission") continue;  // root may read everything
+    SCOPED_TRACE(name);
     told.clear();
-    row.make();
-    const auto before = fs::exists(file / "inside") ? 0 : fs::file_size(file);
+    make();
+    const auto size = [&] { return fs::exists(file / "inside") ? 0 : fs::file_size(file); };
+    const auto before = size();
     Store store(file, &troubles);
-    EXPECT_EQ(store.contents().size(), 0U) << row.name;
-    EXPECT_FALSE(store.set("new", 1)) << row.name;
-    EXPECT_FALSE(store.set("new", 2)) << row.name;
-    EXPECT_FALSE(store.clear()) << row.name;
+    EXPECT_EQ(store.contents().size(), 0U);
+    EXPECT_FALSE(store.set("new", 1));
+    EXPECT_FALSE(store.set("new", 2));
+    EXPECT_FALSE(store.clear());
     EXPECT_EQ(*store.find("new"), Value(2)) << "kept in memory";
-    EXPECT_EQ(toldKinds(), "r") << row.name;
-    EXPECT_THAT(names(), ElementsAre("List.plist")) << row.name;
-    EXPECT_EQ(fs::exists(file / "inside") ? 0 : fs::file_size(file), before) << row.name;
+    EXPECT_EQ(toldKinds(), "r");
+    EXPECT_THAT(names(), ElementsAre("List.plist"));
+    EXPECT_EQ(size(), before);
 
-    row.mend();
-    ASSERT_TRUE(store.write()) << row.name;
-    EXPECT_EQ(content(), Value(Dictionary{{"new", 2}, {"old", 1}})) << row.name;
+    fs::remove_all(file);
+    writeOld();
+    ASSERT_TRUE(store.write());
+    EXPECT_EQ(content(), Value(Dictionary{{"new", 2}, {"old", 1}}));
+    fs::remove_all(file);
   }
 }
 
-TEST_F(StoreTest, WhatCantBeWrittenGoesOutWithTheNextWriteThatSucceeds) {
+TEST_F(StoreTest, ChangesAreWrittenByTheNextWriteThatSucceeds) {
   folder.write("blocked", "a file where the folder should be");
   Store store(folder.path() / "blocked" / "List.plist", &troubles);
   EXPECT_FALSE(store.set("a", 1));
   EXPECT_FALSE(store.set("b", 2));
-  EXPECT_EQ(toldKinds(), "w") << "once, until it has gone";
+  EXPECT_EQ(toldKinds(), "w") << "once, until a write succeeds";
   EXPECT_THAT(told.front().error.text(), HasSubstr("blocked"));
   EXPECT_EQ(store.contents(), (Dictionary{{"a", 1}, {"b", 2}}));
 
@@ -150,7 +134,7 @@ TEST_F(StoreTest, WhatCantBeWrittenGoesOutWithTheNextWriteThatSucceeds) {
   EXPECT_EQ(toldKinds(), "ww");
 }
 
-TEST_F(StoreTest, ADeviceThatFailsAtAnyStepLosesNeitherTheFileNorTheChange) {
+TEST_F(StoreTest, AFailureAtAnyStepLosesNeitherTheFileNorTheChange) {
   const auto old = [] { return Dictionary{{"a", "old"}, {"b", 1}}; };
   int step = 1;
   for (bool failed = true; failed; ++step) {
@@ -173,7 +157,7 @@ TEST_F(StoreTest, ADeviceThatFailsAtAnyStepLosesNeitherTheFileNorTheChange) {
   EXPECT_GE(step, 9) << "create, at least two writes, mode, flush, close, rename, flush of the folder, and no failure";
 }
 
-TEST_F(StoreTest, ChangesOfOthersAreKeptBesideOnesOwn) {
+TEST_F(StoreTest, ChangesByOthersAreKept) {
   Store one(file, &troubles), two(file, &troubles);
   one.put("one", 1);
   ASSERT_TRUE(two.set("two", 2));
@@ -181,28 +165,29 @@ TEST_F(StoreTest, ChangesOfOthersAreKeptBesideOnesOwn) {
   ASSERT_TRUE(one.write());
   ASSERT_TRUE(two.set("one", std::nullopt));
   EXPECT_EQ(one.contents(), (Dictionary{{"two", 2}}));
+  folder.write("List.plist", propertylist::writeBinary(Dictionary{{"two", 2}, {"by hand", 3}}));
+  EXPECT_EQ(*one.find("by hand"), Value(3));
+  fs::remove(file);
+  EXPECT_EQ(one.find("two"), nullptr);
+  ASSERT_TRUE(two.set("two", 2));
   ASSERT_TRUE(one.clear());
   EXPECT_FALSE(fs::exists(file));
   EXPECT_EQ(two.contents().size(), 0U);
   EXPECT_THAT(told, IsEmpty());
 }
 
-TEST_F(StoreTest, EveryTextComesBackAsItWas) {
-  for (const std::string& text :
-       {std::string("a\x01"
-                    "b"),
-        std::string("a\r\nb"), std::string("\0", 1), std::string("]]>&<"), std::string("\xf0\x9f\x98\x80")}) {
-    Store store(file, &troubles);
-    ASSERT_TRUE(store.set("text", text));
-    ASSERT_TRUE(store.set("other", 1));
-    Store again(file, &troubles);
-    ASSERT_TRUE(again.find("text")) << testing::PrintToString(text);
-    EXPECT_EQ(*again.find("text"), Value(text));
+TEST_F(StoreTest, EveryValueIsReadBackUnchanged) {
+  for (const std::string& text : {"a\1b"s, "a\r\nb"s, "\0"s, "]]>&<"s, "\xf0\x9f\x98\x80"s}) {
+    ASSERT_TRUE(Store(file, &troubles).set("text", text));
+    EXPECT_EQ(Store(file, &troubles).contents(), (Dictionary{{"text", text}}));
   }
+  const Dictionary binary{{"moment", propertylist::Date{0.5}}};
+  ASSERT_TRUE(Store(file, &troubles).clear() && Store(file, &troubles).set("moment", propertylist::Date{0.5}));
+  EXPECT_EQ(Store(file, &troubles).contents(), binary) << "in the binary form: XML has whole seconds only";
   EXPECT_THAT(told, IsEmpty());
 }
 
-TEST(StoreTroublesTest, WhatHappensBeforeAnybodyListensWaits) {
+TEST(StoreTroublesTest, ProblemsAreKeptForTheFirstListener) {
   StoreTroubles troubles;
   std::vector<std::string> told;
   const auto listen = [&](const StoreTrouble& trouble) { told.push_back(trouble.error.file); };
@@ -218,7 +203,7 @@ TEST(StoreTroublesTest, WhatHappensBeforeAnybodyListensWaits) {
   EXPECT_THAT(told, ElementsAre("early", "later"));
 }
 
-TEST(StoreKeyTest, APathThatIsNoTextHasAKeyOfItsOwn) {
+TEST(StoreKeyTest, BytesOfPathsThatAreNotUtf8AreEscaped) {
   EXPECT_EQ(storeKey(URL::file("/jobs/\xc3\xa4.plist")), "/jobs/\xc3\xa4.plist");
   EXPECT_EQ(storeKey(URL::file("/jobs/a\xff.plist")), "/jobs/a\\xff.plist");
 }

@@ -8,7 +8,7 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(BytesTest, HexadecimalTextIsReadInEitherCaseAndWrittenInLower) {
+TEST(BytesTest, HexadecimalDigitsAreReadInEitherCaseAndWrittenInLowerCase) {
   EXPECT_EQ(toHex("\0\x7f\xff"s), "007fff");
   EXPECT_EQ(fromHex("007fFF"), "\0\x7f\xff"s);
   EXPECT_EQ(fromHex(""), "");
@@ -18,7 +18,7 @@ TEST(BytesTest, HexadecimalTextIsReadInEitherCaseAndWrittenInLower) {
   EXPECT_EQ(toHex(0, 1), "0");
 }
 
-TEST(BytesTest, Base64IsWrittenWithPaddingBehindWhatIsThere) {
+TEST(BytesTest, Base64IsAppendedWithPadding) {
   // RFC 4648, section 10.
   std::string text = "data:";
   for (const char* bytes : {"", "f", "fo", "foo", "foob"}) appendBase64(text, bytes);
@@ -37,18 +37,18 @@ TEST(BytesTest, Base64IsReadStrictly) {
   }
 }
 
-TEST(BytesTest, Sha256IsThatOfTheStandard) {
+TEST(BytesTest, Sha256GivesTheDigestOfTheStandard) {
   // FIPS 180-2, appendix B.1.
   EXPECT_EQ(toHex(*sha256("abc")), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
 }
 
-TEST(BytesTest, UuidsAreOfVersionFourAndDiffer) {
+TEST(BytesTest, UuidsHaveVersionFourAndDiffer) {
   const std::string uuid = makeUuid();
   EXPECT_THAT(uuid, testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
   EXPECT_NE(makeUuid(), uuid);
 }
 
-TEST(BytesTest, OnlyTheWholeSecretIsTheSame) {
+TEST(BytesTest, OnlyTheWholeSecretIsEqual) {
   const auto secret = randomBytes(32);
   ASSERT_TRUE(secret);
   EXPECT_TRUE(isSameSecret(*secret, std::string(*secret)));

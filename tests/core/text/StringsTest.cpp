@@ -43,14 +43,19 @@ TEST(StringsTest, OnlyTheHomeFolderItselfIsShortened) {
 }
 
 TEST(StringsTest, CharactersAreCodePoints) {
-  EXPECT_EQ(String::characterCount("K\u00e4\u4e16\U0001F600"), 4U);
-  EXPECT_EQ(String::firstCharacters("K\u00e4\u4e16\U0001F600", 2), "K\u00e4");
-  EXPECT_EQ(String::firstCharacters("K\u00e4", 2), "K\u00e4");
-  EXPECT_EQ(String::firstCharacters("K\u00e4", 9), "K\u00e4");
-  EXPECT_EQ(String::firstCharacters("K\u00e4", 0), "");
+  const std::string text = "K\u00e4\u4e16\U0001F600";
+  EXPECT_EQ(String::characterCount(text), 4U);
+  const std::pair<std::size_t, std::string> rows[] = {{0, ""}, {2, "K\u00e4"}, {4, text}, {9, text}};
+  for (const auto& [count, first] : rows) EXPECT_EQ(String::firstCharacters(text, count), first) << count;
 }
 
-TEST(StringsTest, FirstLetterIsRaisedAndTheRestKept) {
+TEST(StringsTest, SplitKeepsEmptyParts) {
+  const std::pair<const char*, std::vector<std::string_view>> rows[] = {
+      {"", {""}}, {"a", {"a"}}, {"a:b", {"a", "b"}}, {":a::b:", {"", "a", "", "b", ""}}};
+  for (const auto& [text, parts] : rows) EXPECT_EQ(String::split(text, ':'), parts) << text;
+}
+
+TEST(StringsTest, OnlyTheFirstLetterChangesItsCase) {
   const std::vector<std::pair<std::string, std::string>> rows{
       {"no selection", "No selection"},
       {"\u00e9tat ABC", "\u00c9tat ABC"},
@@ -60,9 +65,10 @@ TEST(StringsTest, FirstLetterIsRaisedAndTheRestKept) {
       {"", ""},
   };
   for (const auto& [text, raised] : rows) EXPECT_EQ(String::firstUppercased(text), raised);
+  EXPECT_EQ(String::firstLowercased("\u00c9tat ABC"), "\u00e9tat ABC");
 }
 
-TEST(StringsTest, FoldingForgetsCaseAndAccentsOnly) {
+TEST(StringsTest, FoldingIgnoresCaseAndAccentsOnly) {
   const std::vector<std::vector<std::string>> alike{
       {"resume", "R\u00e9sum\u00e9", "RE\u0301SUME\u0301"},
       {"strasse", "STRASSE", "Stra\u00dfe", "STRA\u1e9eE"},
@@ -78,7 +84,7 @@ TEST(StringsTest, FoldingForgetsCaseAndAccentsOnly) {
   EXPECT_EQ(String::fold("bad \xff utf-8 \xe2\x82").find("bad "), 0U);
 }
 
-TEST(StringsTest, ATextIsCutBetweenCharacters) {
+TEST(StringsTest, TextIsCutBetweenCharacters) {
   const struct {
     const char* text;
     std::size_t most;
@@ -109,7 +115,7 @@ TEST(StringsTest, AShellWordIsQuotedOnlyIfItMustBe) {
   for (const auto& [text, word] : rows) EXPECT_EQ(String::shellWord(text), word) << text;
 }
 
-TEST(StringsTest, PercentEncodingKeepsLettersDigitsAndWhatItIsTold) {
+TEST(StringsTest, PercentEncodingKeepsLettersDigitsAndTheGivenCharacters) {
   EXPECT_EQ(String::percentEncoded("az AZ09-._~/%\xc3\xa4\x7f", "-._~"), "az%20AZ09-._~%2f%25%c3%a4%7f");
   EXPECT_EQ(String::percentEncoded("-.", ""), "%2d%2e");
 }

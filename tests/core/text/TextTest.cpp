@@ -9,7 +9,7 @@
 namespace mirvel {
 namespace {
 
-TEST(TextTest, CommandsAreSeparatedAsAShellDoes) {
+TEST(TextTest, CommandsAreSplitLikeAShellDoes) {
   struct Row {
     std::string text;
     std::vector<std::string> arguments;
@@ -40,22 +40,26 @@ TEST(TextTest, CommandsAreSeparatedAsAShellDoes) {
   for (const auto& row : rows) EXPECT_EQ(Text::separateCommand(row.text), row.arguments) << row.text;
 }
 
-TEST(TextTest, QuotesAreTheSimplestThatServe) {
-  EXPECT_EQ(String::quote("/a b"), R"("/a b")");
-  EXPECT_EQ(String::quote("/it's"), R"("/it's")");
-  EXPECT_EQ(String::quote("/a $b"), "'/a $b'");
-  EXPECT_EQ(String::quote("/it's $b"), R"("/it's \$b")");
-  EXPECT_EQ(String::quote(""), R"("")");
+TEST(TextTest, TheSimplestSufficientQuotesAreUsed) {
+  const std::pair<const char*, const char*> rows[] = {{"/a b", R"("/a b")"},
+                                                      {"/it's", R"("/it's")"},
+                                                      {"/a $b", "'/a $b'"},
+                                                      {"/it's $b", R"("/it's \$b")"},
+                                                      {"", R"("")"}};
+  for (const auto& [path, quoted] : rows) EXPECT_EQ(String::quote(path), quoted);
 }
 
-TEST(TextTest, WhatIsQuotedIsReadBackUnchanged) {
+TEST(TextTest, QuotedTextIsReadBackUnchanged) {
   std::mt19937 random(20000101);
   const std::string characters = " \t\n\r'\"\\$`!~*;|<>ab/";
   for (int round = 0; round < 20000; ++round) {
     std::string path;
     for (auto length = random() % 9; length > 0; --length) path += characters[random() % characters.size()];
-    const std::string command = "x " + String::quote(path) + " y";
-    ASSERT_EQ(Text::separateCommand(command), (std::vector<std::string>{"x", path, "y"})) << command;
+    std::string appended = "x";
+    Text::appendArgument(appended, path);
+    for (const std::string& command : {"x " + String::quote(path) + " y", appended + " y"}) {
+      ASSERT_EQ(Text::separateCommand(command), (std::vector<std::string>{"x", path, "y"})) << command;
+    }
   }
 }
 

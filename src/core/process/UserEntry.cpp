@@ -1,4 +1,4 @@
-#include "core/process/UserName.h"
+#include "core/process/UserEntry.h"
 
 #include <pwd.h>
 #include <unistd.h>
@@ -13,27 +13,29 @@ namespace mirvel {
 
 namespace {
 
-struct Entry {
-  std::string login;
-  std::string comment = {};
-};
+std::string textOf(const char* text) {
+  return text ? text : "";
+}
 
-/// What the user database says of the user who runs the program.
-Entry ownEntry() {
+}  // namespace
+
+std::optional<UserEntry> userEntry(uid_t user) {
   constexpr std::size_t largestEntry = std::size_t{1} << 20U;
   passwd entry{};
   passwd* found = nullptr;
   int failure = ERANGE;
+  // The size isn't known in advance, and sysconf(_SC_GETPW_R_SIZE_MAX) is only a suggestion.
   std::vector<char> buffer(4096);
-  while ((failure = ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found)) == ERANGE &&
+  while ((failure = ::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found)) == ERANGE &&
          buffer.size() < largestEntry) {
     buffer.resize(buffer.size() * 2);
   }
-  if (failure != 0 || !found || !found->pw_name) return {.login = std::to_string(::getuid())};
-  return {.login = found->pw_name, .comment = found->pw_gecos ? found->pw_gecos : ""};
+  if (failure != 0 || !found || !found->pw_name) return std::nullopt;
+  return UserEntry{.login = found->pw_name,
+                   .comment = textOf(found->pw_gecos),
+                   .home = textOf(found->pw_dir),
+                   .group = found->pw_gid};
 }
-
-}  // namespace
 
 std::string personName(std::string_view comment, const std::string& login) {
   std::string name;
@@ -49,12 +51,13 @@ std::string personName(std::string_view comment, const std::string& login) {
 }
 
 std::string loginName() {
-  return ownEntry().login;
+  const auto entry = userEntry(::getuid());
+  return entry ? entry->login : std::to_string(::getuid());
 }
 
 std::string fullUserName() {
-  const Entry entry = ownEntry();
-  return personName(entry.comment, entry.login);
+  const auto entry = userEntry(::getuid());
+  return entry ? personName(entry->comment, entry->login) : std::to_string(::getuid());
 }
 
 }  // namespace mirvel

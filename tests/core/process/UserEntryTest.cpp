@@ -1,11 +1,11 @@
-#include "core/process/UserName.h"
+#include "core/process/UserEntry.h"
 
 #include <gtest/gtest.h>
 
 namespace mirvel {
 namespace {
 
-TEST(UserNameTest, TheCommentFieldGivesThePersonsName) {
+TEST(UserEntryTest, TheCommentFieldContainsTheFullName) {
   const struct {
     const char* comment;
     const char* name;
