@@ -41,7 +41,7 @@ TEST_F(ActionControllerTest, AHelperThatCantBeReachedGetsNothingAndNoRevisionIsS
   testdata::RecordingShell shell(program());
   helpers.canConnect = false;
   savedJob(Kind::userAgent);
-  EXPECT_THAT(interface.errors, ElementsAre(Pair("Couldn’t communicate with the helper tool", tryAgain)));
+  EXPECT_THAT(interface.errors, ElementsAre(Pair("Couldn’t communicate with the helper tool", "Please try again.")));
   EXPECT_EQ(program().revisions.revisions().size(), 0U);
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
   EXPECT_FALSE(program().saving.isBusy()) << "the user can try again";

@@ -82,10 +82,10 @@ TEST_F(HelperErrorsTest, AnErrorWithoutAFailureIsShownByItsDomainAndCode) {
   const std::vector<Row> rows{
       {{{"domain", helper}, {"code", 3}, {"deed", 99}, {"cause", 2}}, unknown + " (3)", tryAgain},
       {{{"domain", helper}, {"code", 3}, {"deed", 1}, {"cause", -1}}, unknown + " (3)", tryAgain},
-      {{{"domain", action}, {"code", 1}}, "Could not establish communication with the helper tool", tryAgain},
+      {{{"domain", action}, {"code", 1}}, "Couldn’t communicate with the helper tool", tryAgain},
       {{{"domain", action}, {"code", 4}}, item, tryAgain},
       {{{"domain", action}, {"code", 5}}, item, "Rename the item and try again"},
-      {{{"domain", action}, {"code", 7}}, "An unknown error occurred when fetching the log", tryAgain},
+      {{{"domain", action}, {"code", 7}}, "An unknown error occurred while fetching the log", tryAgain},
       {{{"domain", action}, {"code", 12}}, unknown + " (12)", tryAgain},
       {{{"domain", action}}, unknown, tryAgain},
       {{{"domain", "x"}, {"code", 5}, {"description", "a"}, {"suggestion", "b"}}, "a", "b"},
