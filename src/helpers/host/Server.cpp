@@ -167,7 +167,7 @@ void Server::unloadWith(const Client& client, const std::filesystem::path& file)
     const auto found = m_testers.extract(peer);
     m_loop.forget(found.mapped().process.number());
     // Temporary jobs aren't saved, so unloading them can't fail.
-    for (const auto& file : found.mapped().files) (void)m_host.unload(file, std::nullopt);
+    for (const auto& loaded : found.mapped().files) (void)m_host.unload(loaded, std::nullopt);
   });
 }
 

@@ -18,7 +18,7 @@ namespace {
 constexpr int tabColumns = 4;
 constexpr int numbersMargin = 0;
 /// Some lexers take time quadratic in the length of a line, and nobody reads lines of this length.
-constexpr long mostColouredColumns = 10'000;
+constexpr long mostColouredColumns = 10000;
 
 /// Whether the key combines Control with a letter, except for the combinations common to all text widgets.
 bool isKeyOfMenus(int key) {
