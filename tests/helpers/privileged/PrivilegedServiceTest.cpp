@@ -222,7 +222,7 @@ TEST_F(ToolTest, WhatFailsTellsWhy) {
 }
 
 TEST_F(ToolTest, QuittingWhileTheUserIsAskedWaitsForNothing) {
-  for (const char* deed : {":", "printf hello", "printf '\\0\\0\\0\\200part of a greeting'", "exec <&- >&-"}) {
+  for (const char* deed : {":", "printf he", "printf '\\0\\0\\0\\200part of a greeting'", "exec <&- >&-"}) {
     const fs::path mark = folder.path() / "done";
     fs::remove(mark);
     const std::string tool =
