@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "core/base/RadixSort.h"
+
 namespace mirvel {
 
 namespace {
@@ -28,23 +30,41 @@ void sortWhole(std::span<KeyedRow> rows, bool isAscending) {
   });
 }
 
+/// Sorts by the words. Many rows are sorted byte by byte, which doesn't depend on guessed branches as comparisons do.
+/// `scratch` has as many rows.
+void sortByWord(std::span<KeyedRow> rows, std::span<KeyedRow> scratch) {
+  constexpr std::size_t few = 128;
+  if (rows.size() <= few) {
+    std::sort(rows.begin(), rows.end(), [](const KeyedRow& a, const KeyedRow& b) {
+      return a.word != b.word ? a.word < b.word : a.index < b.index;
+    });
+    return;
+  }
+  std::uint64_t differences = 0;
+  for (const KeyedRow& row : rows) differences |= row.word ^ rows.front().word;
+  constexpr unsigned byteBits = 8;
+  constexpr std::uint64_t mask = 0xFF;
+  for (unsigned shift = 0; shift < 64; shift += byteBits) {
+    if ((differences >> shift & mask) == 0) continue;
+    sortByDigit<mask + 1>(std::span<const KeyedRow>(rows), scratch,
+                          [shift](const KeyedRow& row) { return row.word >> shift & mask; });
+    std::copy(scratch.begin(), scratch.end(), rows.begin());
+  }
+}
+
 /// Sorts rows whose keys have the first `depth` bytes in common: by the next eight bytes, and then, recursively, each
 /// group of rows in which these are equal. Every key is read once per level, not once per comparison.
-void sortFrom(std::size_t depth, std::span<KeyedRow> rows, bool isAscending) {
+void sortFrom(std::size_t depth, std::span<KeyedRow> rows, std::span<KeyedRow> scratch, bool isAscending) {
   constexpr std::size_t deepest = 128;  // bounds the recursion for texts that share a very long prefix
   if (depth >= deepest) return sortWhole(rows, isAscending);
-  for (KeyedRow& row : rows) row.word = wordOf(row.key, depth);
-  const auto isLikeFirst = [&](const KeyedRow& row) { return row.word == rows.front().word; };
-  if (!std::all_of(rows.begin(), rows.end(), isLikeFirst)) {
-    std::sort(rows.begin(), rows.end(), [isAscending](const KeyedRow& a, const KeyedRow& b) {
-      return a.word != b.word ? isInOrder(a.word, b.word, isAscending) : a.index < b.index;
-    });
-  }
+  for (KeyedRow& row : rows) row.word = isAscending ? wordOf(row.key, depth) : ~wordOf(row.key, depth);
+  sortByWord(rows, scratch);
   const std::size_t next = depth + sizeof(KeyedRow::word);
   for (auto first = rows.begin(); first != rows.end();) {
     const auto last = std::find_if(first, rows.end(), [&](const KeyedRow& row) { return row.word != first->word; });
     const bool hasMoreBytes = std::any_of(first, last, [next](const KeyedRow& row) { return row.key.size() > next; });
-    if (last - first > 1 && hasMoreBytes) sortFrom(next, {first, last}, isAscending);
+    const auto count = static_cast<std::size_t>(last - first);
+    if (count > 1 && hasMoreBytes) sortFrom(next, {first, last}, scratch.first(count), isAscending);
     first = last;
   }
 }
@@ -52,7 +72,8 @@ void sortFrom(std::size_t depth, std::span<KeyedRow> rows, bool isAscending) {
 }  // namespace
 
 void sortByKey(std::span<KeyedRow> rows, bool isAscending) {
-  sortFrom(0, rows, isAscending);
+  std::vector<KeyedRow> scratch(rows.begin(), rows.end());
+  sortFrom(0, rows, scratch, isAscending);
 }
 
 Jobs inOrder(const std::vector<KeyedRow>& rows, Jobs&& jobs) {

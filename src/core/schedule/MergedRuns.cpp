@@ -1,8 +1,8 @@
 #include "core/schedule/MergedRuns.h"
 
-#include <array>
 #include <cstddef>
 
+#include "core/base/RadixSort.h"
 #include "core/schedule/ComingRuns.h"
 
 namespace mirvel {
@@ -14,30 +14,15 @@ namespace {
 constexpr unsigned digitBits = 11;
 constexpr std::size_t digits = std::size_t{1} << digitBits;
 
-std::size_t digitOf(const OwnedRun& run, sys_seconds begin, unsigned shift) {
-  return static_cast<std::uint64_t>((run.date - begin).count()) >> shift & (digits - 1);
-}
-
-/// One pass of a radix sort: stable, by one digit of the seconds since `begin`.
-void sortByDigit(const std::vector<OwnedRun>& runs, std::vector<OwnedRun>& sorted, sys_seconds begin, unsigned shift) {
-  std::array<std::size_t, digits> places{};
-  for (const OwnedRun& run : runs) ++places[digitOf(run, begin, shift)];
-  std::size_t place = 0;
-  for (std::size_t& digit : places) {
-    const std::size_t count = digit;
-    digit = place;
-    place += count;
-  }
-  for (const OwnedRun& run : runs) sorted[places[digitOf(run, begin, shift)]++] = run;
-}
-
 /// A radix sort, since runs are many and their range is small: a span of a month takes two passes, however many they
 /// are.
 void sortByDate(std::vector<OwnedRun>& runs, sys_seconds begin, sys_seconds end) {
   std::vector<OwnedRun> sorted(runs.size());
   const auto span = static_cast<std::uint64_t>((end - begin).count());
   for (unsigned shift = 0; shift < 64 && span >> shift != 0; shift += digitBits) {
-    sortByDigit(runs, sorted, begin, shift);
+    sortByDigit<digits>(std::span<const OwnedRun>(runs), std::span(sorted), [begin, shift](const OwnedRun& run) {
+      return static_cast<std::uint64_t>((run.date - begin).count()) >> shift & (digits - 1);
+    });
     runs.swap(sorted);
   }
 }
