@@ -272,7 +272,7 @@ Warnings XmlReader::takeWarnings() {
 void XmlReader::checkRest() {
   const std::size_t end = m_scanner.offset();
   if (!m_scanner.onlyBlankLeft()) {
-    m_warnings.add(end, [] { return "data after the end of the list, which macOS ignores"; });
+    m_warnings.add(end, [] { return dataAfterList; });
   }
 }
 

@@ -11,6 +11,9 @@
 
 namespace mirvel::propertylist {
 
+/// The message of the warning about data after the list.
+inline constexpr const char* dataAfterList = "data after the end of the list, which macOS ignores";
+
 /// Builds the nodes of an XML list in one pass over its text. Used by `read` only, for one list. Throws `ReadFailure`.
 ///
 /// There is no recursion: `m_frames` is the stack of open elements, and the nodes of their children are on a stack of
