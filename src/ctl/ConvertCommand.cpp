@@ -38,7 +38,7 @@ int convert(Arguments arguments, const Context& context) {
     context.err << errorLine(file, result.error()) << '\n';
     return Failed;
   }
-  context.out << (context.isTerminal ? printable(*result, Lines::Keep) : *result);
+  context.out << (context.isTerminal ? printable(*result, LineFeeds::Keep) : *result);
   return Success;
 }
 

@@ -39,7 +39,7 @@ bool isUnsafe(char32_t character) {
   return isControl || turnsDirection || endsLine;
 }
 
-std::string printablePiece(const Piece& piece, Lines lines) {
+std::string printablePiece(const Piece& piece, LineFeeds lines) {
   if (!piece.isUtf8) {
     std::string result;
     for (const char byte : piece.bytes) result += escapedByte(byte);
@@ -47,7 +47,7 @@ std::string printablePiece(const Piece& piece, Lines lines) {
   }
   if (piece.isUnsafe) return escapedCharacter(piece.character);
   const char first = piece.bytes.front();
-  const bool isKept = lines == Lines::Keep && (first == '\n' || first == '\t');
+  const bool isKept = lines == LineFeeds::Keep && (first == '\n' || first == '\t');
   if (piece.character < 0x20 && !isKept) return escapedControl(first);
   return std::string(piece.bytes);
 }
@@ -85,7 +85,7 @@ std::string escapedCharacter(char32_t character) {
   return "\\u" + toHex(character, 4);
 }
 
-std::string printable(std::string_view text, Lines lines) {
+std::string printable(std::string_view text, LineFeeds lines) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t plain = plainLength(text.substr(at));

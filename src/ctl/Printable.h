@@ -6,12 +6,12 @@
 
 namespace mirvel::ctl {
 
-enum class Lines { Escape, Keep };
+enum class LineFeeds { Escape, Keep };
 
 /// Makes text from files or arguments safe for a terminal: control characters (including C1 and DEL), invalid UTF-8,
 /// line separators and characters that change the text direction are escaped, as in `\n`, `\x1b` and `\u202e`.
-/// `Lines::Keep` preserves line feeds and tabs.
-std::string printable(std::string_view text, Lines lines = Lines::Escape);
+/// `LineFeeds::Keep` preserves line feeds and tabs.
+std::string printable(std::string_view text, LineFeeds lines = LineFeeds::Escape);
 
 /// A piece of text: a character, or bytes that aren't valid UTF-8.
 struct Piece {

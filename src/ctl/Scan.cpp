@@ -16,7 +16,7 @@ class ErrorConsole final : public Console {
  public:
   explicit ErrorConsole(std::ostream& err) : m_err(err) {}
 
-  void print(const std::string& line) override { m_err << printable(line, Lines::Keep) << '\n'; }
+  void print(const std::string& line) override { m_err << printable(line, LineFeeds::Keep) << '\n'; }
   void log(const std::string& line) override { print(line); }
 
  private:

@@ -49,14 +49,14 @@ Json jobObject(const HostedJobStatus& job) {
           {"nextRun", std::move(nextRun)}};
 }
 
-struct Answer {
+struct HostState {
   std::string_view hostName;
   bool isRunning;
   Jobs jobs;
   std::vector<EnabledJob> notLoaded = {};  ///< enabled but not loaded; always empty for launchd, which isn't asked
 };
 
-void writeJson(const Answer& answer, const Context& context) {
+void writeJson(const HostState& answer, const Context& context) {
   Json jobs = Json::array(), notLoaded = Json::array();
   for (const auto& job : answer.jobs) jobs.push_back(jobObject(job));
   for (const auto& job : answer.notLoaded) {
@@ -76,7 +76,7 @@ std::string describe(const HostedJobStatus& job) {
   return result;
 }
 
-void writeText(const Answer& answer, const Context& context) {
+void writeText(const HostState& answer, const Context& context) {
   context.out << bold(answer.hostName, context.hasColour)
               << (answer.isRunning ? "" : " isn't running, so no jobs are loaded") << '\n';
   if (answer.isRunning && answer.jobs.empty()) context.out << "  no jobs are loaded\n";
@@ -110,13 +110,13 @@ std::optional<HostedJobStatus> jobInLine(const std::string& line) {
   return job;
 }
 
-Result<Answer> askLaunchd(const std::string& launchctl, ProcessRunner& runner) {
+Result<HostState> askLaunchd(const std::string& launchctl, ProcessRunner& runner) {
   const auto said = runner.run(launchctl, {"list"});
   if (!said) return said.error();
   if (said->exitStatus != 0) {
     return Error{.code = Error::Code::Io, .message = "launchctl can't list the jobs: " + said->complaints};
   }
-  Answer answer{.hostName = "launchd", .isRunning = true, .jobs = {}};
+  HostState answer{.hostName = "launchd", .isRunning = true, .jobs = {}};
   std::istringstream lines(said->output);
   for (std::string line; std::getline(lines, line);) {
     if (auto job = jobInLine(line)) answer.jobs.push_back(*std::move(job));
@@ -138,16 +138,16 @@ std::vector<EnabledJob> notLoadedIn(const Roots& roots, const Jobs& loaded) {
 }
 
 /// Doesn't start the host, because this program changes nothing on the machine.
-Result<Answer> askEmbeddedHost(const Roots& roots) {
+Result<HostState> askEmbeddedHost(const Roots& roots) {
   auto jobs = HostClient(HostPlaces::of(roots).socket).status();
   if (!jobs && !HostClient::isNoHost(jobs.error())) return jobs.error();
-  Answer answer{.hostName = "mirvel-host", .isRunning = static_cast<bool>(jobs), .jobs = {}};
+  HostState answer{.hostName = "mirvel-host", .isRunning = static_cast<bool>(jobs), .jobs = {}};
   if (jobs) answer.jobs = *std::move(jobs);
   answer.notLoaded = notLoadedIn(roots, answer.jobs);
   return answer;
 }
 
-Result<Answer> askHost(const Machine& machine) {
+Result<HostState> askHost(const Machine& machine) {
   const std::string launchctl = Commands::forThisMachine(machine.environment).launchctl;
   if (isProgram(launchctl)) return askLaunchd(launchctl, machine.runner);
   return askEmbeddedHost(machine.roots);

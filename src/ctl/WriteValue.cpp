@@ -50,9 +50,9 @@ std::span<const propertylist::Node> elementsOf(const propertylist::Node& node) {
   return node.set().value_or(std::span<const propertylist::Node>{});
 }
 
-class Writer {
+class ValueWriter {
  public:
-  explicit Writer(std::ostream& out) : m_out(out) {}
+  explicit ValueWriter(std::ostream& out) : m_out(out) {}
 
   void write(const propertylist::Node& node, std::size_t depth) {
     if (const auto members = node.dictionary(); members && members->size() > 0) {
@@ -85,7 +85,7 @@ class Writer {
 }  // namespace
 
 void writeValue(const propertylist::Node& root, std::ostream& out) {
-  Writer(out).write(root, 0);
+  ValueWriter(out).write(root, 0);
 }
 
 }  // namespace mirvel::ctl

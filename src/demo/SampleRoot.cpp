@@ -37,12 +37,12 @@ constexpr std::string_view installedAutostart = "etc/xdg/autostart";
 constexpr std::string_view applications = "Applications";
 
 /// Where the files of a sample folder are written.
-struct Place {
+struct SampleFolder {
   std::string_view samples;
   std::string_view folder;
 };
 
-constexpr std::array<Place, 7> places{{
+constexpr std::array<SampleFolder, 7> places{{
     {"home", home},
     {"user", userLibrary},
     {"local", localLibrary},
@@ -87,7 +87,7 @@ Result<void> claim(const fs::path& folder) {
   return {};
 }
 
-std::vector<Sample> samplesOf(const Place& place) {
+std::vector<Sample> samplesOf(const SampleFolder& place) {
   const std::string top = ":/demo/" + std::string(place.samples);
   std::vector<Sample> samples;
   QDirIterator files(QString::fromStdString(top), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -153,7 +153,7 @@ Result<SampleRoot> SampleRoot::create(const fs::path& folder) {
   if (auto claimed = claim(root); !claimed) return claimed.error();
 
   const SampleNames names{.home = (root / home).string(), .root = root.string(), .user = loginName()};
-  for (const Place& place : places) {
+  for (const SampleFolder& place : places) {
     for (Sample& sample : samplesOf(place)) {
       if (auto written = write(finished(std::move(sample), names), root); !written) return written.error();
     }

@@ -64,7 +64,7 @@ std::string escaped(std::string_view text, Escape escape) {
   return result;
 }
 
-struct Placeholder {
+struct SampleMark {
   std::string_view mark;
   std::string text;
 };
@@ -73,7 +73,7 @@ struct Placeholder {
 
 std::string filledIn(std::string_view text, const std::filesystem::path& file, const SampleNames& names) {
   const Escape escape = escapeOf(file);
-  const std::array<Placeholder, 3> placeholders{{
+  const std::array<SampleMark, 3> placeholders{{
       {"@HOME@", escaped(names.home, escape)},
       {"@ROOT@", escaped(names.root, escape)},
       {"@USER@", escaped(names.user, escape)},
@@ -81,7 +81,7 @@ std::string filledIn(std::string_view text, const std::filesystem::path& file, c
   std::string result;
   while (!text.empty()) {
     const auto found = std::find_if(placeholders.begin(), placeholders.end(),
-                                    [&](const Placeholder& each) { return text.starts_with(each.mark); });
+                                    [&](const SampleMark& each) { return text.starts_with(each.mark); });
     if (found == placeholders.end()) {
       result += text.front();
       text.remove_prefix(1);

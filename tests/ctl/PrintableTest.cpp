@@ -30,7 +30,7 @@ TEST(PrintableTest, ControlCharactersAreEscaped) {
       {"\xED\xA0\x80", "\\xed\\xa0\\x80"},  // a lone surrogate
   };
   for (const auto& row : table) EXPECT_EQ(printable(row.text), row.escaped);
-  EXPECT_EQ(printable("a\n\tb\x1b", Lines::Keep), "a\n\tb\\x1b");
+  EXPECT_EQ(printable("a\n\tb\x1b", LineFeeds::Keep), "a\n\tb\\x1b");
 }
 
 TEST(PrintableTest, EscapingPreservesJsonValues) {

@@ -54,14 +54,14 @@ class ByteRange {
 enum class ByteOrder { Little, Big };
 
 /// The fields of a structure by their offsets, which the caller must keep within its size.
-class Fields {
+class StructFields {
  public:
-  Fields(std::string_view bytes, ByteOrder order) : m_bytes(bytes), m_order(order) {}
+  StructFields(std::string_view bytes, ByteOrder order) : m_bytes(bytes), m_order(order) {}
 
   std::size_t size() const { return m_bytes.size(); }
   std::uint32_t word(std::size_t offset) const { return static_cast<std::uint32_t>(number(offset, 4)); }
   std::uint64_t longWord(std::size_t offset) const { return number(offset, 8); }
-  Fields part(std::size_t offset, std::size_t size) const { return {m_bytes.substr(offset, size), m_order}; }
+  StructFields part(std::size_t offset, std::size_t size) const { return {m_bytes.substr(offset, size), m_order}; }
   /// A name of up to 16 bytes, padded with nulls.
   std::string_view name(std::size_t offset) const {
     const std::string_view field = m_bytes.substr(offset, 16);
@@ -133,7 +133,7 @@ FileType fileTypeOf(std::uint32_t magic) {
 }
 
 std::uint32_t magicOf(const ByteRange& file) {
-  return Fields(file.bytes(0, 4), ByteOrder::Big).word(0);
+  return StructFields(file.bytes(0, 4), ByteOrder::Big).word(0);
 }
 
 /// A range of bytes: a section within its slice, or a slice within its file.
@@ -142,14 +142,14 @@ struct Extent {
   std::uint64_t size;
 };
 
-std::optional<Extent> findInSegment(const Fields& segment, const Layout& layout) {
+std::optional<Extent> findInSegment(const StructFields& segment, const Layout& layout) {
   if (segment.size() < layout.segmentSize) fail(Error::Code::Malformed, "a segment is truncated");
   const std::uint32_t count = segment.word(layout.sectionCount);
   if (count > (segment.size() - layout.segmentSize) / layout.sectionSize) {
     fail(Error::Code::Malformed, "a segment declares more sections than it contains");
   }
   for (std::size_t i = 0; i < count; ++i) {
-    const Fields section = segment.part(layout.segmentSize + i * layout.sectionSize, layout.sectionSize);
+    const StructFields section = segment.part(layout.segmentSize + i * layout.sectionSize, layout.sectionSize);
     if (section.name(0) != "__info_plist" || section.name(16) != "__TEXT") continue;
     return Extent{.offset = section.word(layout.contentOffset),
                   .size = layout.isWide ? section.longWord(layout.contentSize) : section.word(layout.contentSize)};
@@ -157,7 +157,7 @@ std::optional<Extent> findInSegment(const Fields& segment, const Layout& layout)
   return std::nullopt;
 }
 
-std::optional<Extent> findExtent(const Fields& commands, std::uint32_t count, const Layout& layout) {
+std::optional<Extent> findExtent(const StructFields& commands, std::uint32_t count, const Layout& layout) {
   std::size_t at = 0;
   for (std::uint32_t i = 0; i < count; ++i) {
     if (commands.size() - at < 8) fail(Error::Code::Malformed, "the load commands are truncated");
@@ -174,7 +174,7 @@ std::optional<Extent> findExtent(const Fields& commands, std::uint32_t count, co
 std::string sectionOf(const ByteRange& slice) {
   const auto [layout, order] = fileTypeOf(magicOf(slice));
   const std::string headerBytes = slice.bytes(0, layout.headerSize);
-  const Fields header(headerBytes, order);
+  const StructFields header(headerBytes, order);
   const std::uint32_t count = header.word(16), size = header.word(20);
   if (count > MachOLimits::commands || size > MachOLimits::commandBytes) {
     fail(Error::Code::LimitExceeded, "the file has too many load commands");
@@ -193,13 +193,13 @@ constexpr std::uint32_t fatMagicWide = 0xcafebabf;
 
 /// The slices of a universal file, whose header is always big-endian.
 std::vector<Extent> slicesOf(const ByteRange& file, bool isWide) {
-  const std::uint32_t count = Fields(file.bytes(4, 4), ByteOrder::Big).word(0);
+  const std::uint32_t count = StructFields(file.bytes(4, 4), ByteOrder::Big).word(0);
   if (count > MachOLimits::slices) fail(Error::Code::LimitExceeded, "the file has too many slices");
   const std::size_t entrySize = isWide ? 32 : 20;
   const std::string bytes = file.bytes(8, count * entrySize);
   std::vector<Extent> slices;
   for (std::size_t i = 0; i < count; ++i) {
-    const Fields entry = Fields(bytes, ByteOrder::Big).part(i * entrySize, entrySize);
+    const StructFields entry = StructFields(bytes, ByteOrder::Big).part(i * entrySize, entrySize);
     slices.push_back(isWide ? Extent{.offset = entry.longWord(8), .size = entry.longWord(16)}
                             : Extent{.offset = entry.word(8), .size = entry.word(12)});
   }

@@ -18,21 +18,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Interpreter {
+struct ToolOfExtension {
   std::string_view extension;
   std::string Commands::*command;
 };
 
 constexpr std::array interpreters{
-    Interpreter{"scpt", &Commands::osascript},
-    Interpreter{"automator", &Commands::automator},
-    Interpreter{"workflow", &Commands::automator},
-    Interpreter{"pl", &Commands::perl},
-    Interpreter{"php", &Commands::php},
-    Interpreter{"py", &Commands::python},
-    Interpreter{"rb", &Commands::ruby},
-    Interpreter{"sh", &Commands::shell},
-    Interpreter{"bash", &Commands::bash},
+    ToolOfExtension{"scpt", &Commands::osascript},
+    ToolOfExtension{"automator", &Commands::automator},
+    ToolOfExtension{"workflow", &Commands::automator},
+    ToolOfExtension{"pl", &Commands::perl},
+    ToolOfExtension{"php", &Commands::php},
+    ToolOfExtension{"py", &Commands::python},
+    ToolOfExtension{"rb", &Commands::ruby},
+    ToolOfExtension{"sh", &Commands::shell},
+    ToolOfExtension{"bash", &Commands::bash},
 };
 
 /// The extension without its dot: "sh" for "x.sh".
@@ -81,7 +81,7 @@ std::optional<std::string> declaredInterpreter(const fs::path& file) {
 std::optional<std::string> interpreterOf(const fs::path& file, const Commands& commands) {
   const std::string extension = Ascii::lower(extensionOf(file));
   if (extension.empty()) return declaredInterpreter(file);
-  for (const Interpreter& interpreter : interpreters) {
+  for (const ToolOfExtension& interpreter : interpreters) {
     if (interpreter.extension == extension) return commands.*interpreter.command;
   }
   return std::nullopt;

@@ -107,21 +107,22 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
        .otherTitle = EditorTexts(localize).useTheirs(),
        .cancelTitle = localize.cancel()},
       [this, job, theirs](int answer) {
-        if (answer == Interface::alternateButton) return resolveConflict(job, theirs, Choice::Mine);
-        if (answer == Interface::otherButton) return resolveConflict(job, theirs, Choice::Theirs);
+        if (answer == Interface::alternateButton) return resolveConflict(job, theirs, VersionChoice::Mine);
+        if (answer == Interface::otherButton) return resolveConflict(job, theirs, VersionChoice::Theirs);
         if (answer != Interface::defaultButton) return;
         const Versions versions{.mine = textAsEdited(job->plist()), .theirs = readable(theirs)};
-        m_stack.compare(versions, [this, job, theirs](Choice choice) { resolveConflict(job, theirs, choice); });
+        m_stack.compare(versions, [this, job, theirs](VersionChoice choice) { resolveConflict(job, theirs, choice); });
       });
 }
 
-void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, Choice choice) {
+void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs,
+                                     VersionChoice choice) {
   if (job != m_selection.job()) return;  // another job was selected while the sheet was open
-  if (choice == Choice::Theirs) {
+  if (choice == VersionChoice::Theirs) {
     m_stack.hideDiscardButton();
     return reread();
   }
-  if (choice != Choice::Mine) return;
+  if (choice != VersionChoice::Mine) return;
   m_editing.setFileChecksum(Checksum::ofFile(theirs).text());  // so that only a further change is a conflict again
   m_actions.save(job);
 }

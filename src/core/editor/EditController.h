@@ -35,7 +35,7 @@ struct EditButtons {
 
 /// Which version to keep of a job whose file another program changed while it was edited. `Neither` changes nothing and
 /// leaves the question open until the next save.
-enum class Choice { Neither, Mine, Theirs };
+enum class VersionChoice { Neither, Mine, Theirs };
 
 /// The edited job and its file on disk, both as the text of a job file.
 struct Versions {
@@ -60,7 +60,7 @@ class EditStackType {
   /// Focuses on the first field that can't be saved, and returns the reason; null if all can be saved.
   virtual std::optional<InvalidField> refuse() { return std::nullopt; }
   /// Shows both versions in a sheet, asks which one to keep, and calls `completion` once.
-  virtual void compare(const Versions& versions, std::function<void(Choice)> completion) = 0;
+  virtual void compare(const Versions& versions, std::function<void(VersionChoice)> completion) = 0;
 };
 
 /// The state and the actions of the editor's buttons. Main thread only.
@@ -89,7 +89,7 @@ class EditController final : public EditType {
   void reread();
   void takeFile(const std::shared_ptr<Launchd>& job);
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
-  void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, Choice choice);
+  void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, VersionChoice choice);
 
   const Foundation& m_foundation;
   const Platform& m_platform;

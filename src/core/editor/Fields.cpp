@@ -441,8 +441,8 @@ std::string fieldText(const Field& field, const Plist& plist, const Unfinished& 
   return text ? *text : std::string();
 }
 
-bool standsFor(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, const Plist& plist,
-               const Unfinished& unfinished) {
+bool matchesValue(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, const Plist& plist,
+                  const Unfinished& unfinished) {
   const bool isNumber = field.control == Control::Number && !unfinished.texts.contains(field.key);
   const auto number = isNumber ? wholeNumber(text, numbers) : std::nullopt;
   return number ? field.access.read(plist) == FieldValue(*number) : text == fieldText(field, plist, unfinished);

@@ -98,8 +98,8 @@ FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld);
 /// record.
 std::string fieldText(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);
 /// Whether a text that was entered in a field already stands for its value: "1,000" and "1000" are the same number.
-bool standsFor(const Field& field, const std::string& text, const Scheduled::NumberText& numbers,
-               const jobfile::Plist& plist, const Unfinished& unfinished);
+bool matchesValue(const Field& field, const std::string& text, const Scheduled::NumberText& numbers,
+                  const jobfile::Plist& plist, const Unfinished& unfinished);
 std::vector<TableRow> fieldRows(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);
 /// Write an entered text, or the rows of a table. An empty text or table removes the key. Invalid input, such as "5x"
 /// for a number, is stored in `unfinished` and leaves the record unchanged.

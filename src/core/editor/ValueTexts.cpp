@@ -48,9 +48,9 @@ namespace {
 constexpr std::size_t longest = 2000;
 constexpr std::size_t indentWidth = 2;
 
-class Writer {
+class TextWriter {
  public:
-  explicit Writer(const Localize& localize) : m_texts(localize) {}
+  explicit TextWriter(const Localize& localize) : m_texts(localize) {}
 
   /// Lines after the first are indented by `indent` spaces.
   void write(const propertylist::Value& value, std::size_t indent) {
@@ -154,7 +154,7 @@ class Writer {
 }  // namespace
 
 std::string description(const propertylist::Value& value, const Localize& localize) {
-  Writer writer(localize);
+  TextWriter writer(localize);
   writer.write(value, 0);
   return std::move(writer).take();
 }

@@ -12,13 +12,14 @@ namespace {
 using jobfile::KeepAlive;
 using jobfile::Plist;
 
-enum class Names { Paths, Jobs };
+enum class ConditionSubject { Paths, Jobs };
 
-std::vector<std::string> lines(const jobfile::StringMap<bool>& entries, Names names, const ValueTexts& texts) {
+std::vector<std::string> lines(const jobfile::StringMap<bool>& entries, ConditionSubject subject,
+                               const ValueTexts& texts) {
   std::vector<std::string> result;
   for (const auto& [key, isOn] : entries) {
     if (key.empty()) continue;
-    result.push_back(texts.line(names == Names::Paths ? texts.path(key) : key, texts.boolean(isOn)));
+    result.push_back(texts.line(subject == ConditionSubject::Paths ? texts.path(key) : key, texts.boolean(isOn)));
   }
   return result;
 }
@@ -29,15 +30,15 @@ std::vector<Condition> conditions(const KeepAlive& keepAlive, const ValueTexts& 
   const auto addBox = [&result](K key, std::optional<bool> state) {
     if (state) result.push_back({.key = std::string(KeepAlive::text(key)), .state = state});
   };
-  const auto addLines = [&](K key, const std::optional<jobfile::StringMap<bool>>& entries, Names names) {
-    if (entries) result.push_back({.key = std::string(KeepAlive::text(key)), .lines = lines(*entries, names, texts)});
+  const auto addLines = [&](K key, const std::optional<jobfile::StringMap<bool>>& entries, ConditionSubject subject) {
+    if (entries) result.push_back({.key = std::string(KeepAlive::text(key)), .lines = lines(*entries, subject, texts)});
   };
   addBox(K::Crashed, keepAlive.crashed);
   addBox(K::NetworkState, keepAlive.networkState);
   addBox(K::SuccessfulExit, keepAlive.successfulExit);
   addBox(K::AfterInitialDemand, keepAlive.afterInitialDemand);
-  addLines(K::PathState, keepAlive.pathState, Names::Paths);
-  addLines(K::OtherJobEnabled, keepAlive.otherJobEnabled, Names::Jobs);
+  addLines(K::PathState, keepAlive.pathState, ConditionSubject::Paths);
+  addLines(K::OtherJobEnabled, keepAlive.otherJobEnabled, ConditionSubject::Jobs);
   return result;
 }
 

@@ -26,11 +26,11 @@ std::size_t lengthOf(const Words& arguments) {
   return length;
 }
 
-bool hasProgram(const Command& command) {
+bool hasProgram(const CommandKeys& command) {
   return command.program && !command.program->empty();
 }
 
-bool hasArguments(const Command& command) {
+bool hasArguments(const CommandKeys& command) {
   return command.arguments && !command.arguments->empty();
 }
 
@@ -86,7 +86,7 @@ RunString makeRunString(const std::optional<std::string>& program, const std::op
   return result;
 }
 
-Command commandOf(const std::string& run, const Command& before) {
+CommandKeys commandOf(const std::string& run, const CommandKeys& before) {
   Words words = Text::separateCommand(run);
   if (words == Words{""}) return {};
   const std::string program = words.front();
@@ -104,7 +104,7 @@ Command commandOf(const std::string& run, const Command& before) {
 
 void takeArgumentsFromRun(Plist& record) {
   auto read = record.asRead();
-  Command command;
+  CommandKeys command;
   if (read) command = {std::move(read->program), std::move(read->programArguments)};
   if (!read || read->run != record.run) command = commandOf(record.run, command);
   record.program = std::move(command.program);

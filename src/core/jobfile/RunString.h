@@ -28,17 +28,17 @@ RunString makeRunString(const std::optional<std::string>& program,
                         const std::optional<std::vector<std::string>>& programArguments);
 
 /// The two keys that specify what a job runs. See execvp(3): the first argument is the name passed to the program.
-struct Command {
+struct CommandKeys {
   std::optional<std::string> program = {};
   std::optional<std::vector<std::string>> arguments = {};
 
-  bool operator==(const Command&) const = default;
+  bool operator==(const CommandKeys&) const = default;
 };
 
 /// Splits an edited command line into the two keys, in the form of the previous command: if that had a program and a
 /// different first argument, so has the result. Otherwise the arguments contain the whole command and there is no
 /// program. Both are absent for an empty command line.
-Command commandOf(const std::string& run, const Command& before);
+CommandKeys commandOf(const std::string& run, const CommandKeys& before);
 
 /// Sets `program` and `programArguments` of a record from its edited command line. If it wasn't edited, both get the
 /// values that they have in the file.

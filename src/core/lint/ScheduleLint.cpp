@@ -12,14 +12,14 @@ namespace {
 
 using Interval = jobfile::StartCalendarInterval::Interval;
 
-struct Field {
+struct CheckedNumber {
   std::optional<std::int64_t> Interval::*number;
   Interval::CodingKeys key;
   std::int64_t least;
   std::int64_t greatest;
 };
 
-constexpr std::array<Field, 5> fields = {{
+constexpr std::array<CheckedNumber, 5> checkedNumbers = {{
     {&Interval::minute, Interval::CodingKeys::Minute, 0, 59},
     {&Interval::hour, Interval::CodingKeys::Hour, 0, 23},
     {&Interval::day, Interval::CodingKeys::Day, 1, 31},
@@ -35,7 +35,7 @@ constexpr std::array<std::string_view, 12> monthNames = {"January",   "February"
 /// Reports numbers out of range; returns whether there were none.
 bool checkRanges(const Interval& interval, const std::string& path, Findings& findings) {
   bool isGood = true;
-  for (const Field& field : fields) {
+  for (const CheckedNumber& field : checkedNumbers) {
     const auto& number = interval.*field.number;
     if (!number || (*number >= field.least && *number <= field.greatest)) continue;
     isGood = false;

@@ -36,7 +36,7 @@ void take(std::string_view part, Parts& parts) {
 
 Parts partsOf(std::string_view locale) {
   Parts parts;
-  const std::string_view behind = locale.substr(std::min(locale.find('@'), locale.size()));
+  const std::string_view keywords = locale.substr(std::min(locale.find('@'), locale.size()));
   locale = locale.substr(0, locale.find_first_of(".@"));
   parts.language = locale.substr(0, locale.find('_'));
   while (locale.find('_') != std::string_view::npos) {
@@ -44,7 +44,7 @@ Parts partsOf(std::string_view locale) {
     take(locale.substr(0, locale.find('_')), parts);
   }
   // ICU has keywords with values after the "@".
-  if (!behind.empty() && behind.find('=') == std::string_view::npos) parts.modifier = behind.substr(1);
+  if (!keywords.empty() && keywords.find('=') == std::string_view::npos) parts.modifier = keywords.substr(1);
   return parts;
 }
 

@@ -38,15 +38,15 @@ std::int64_t daysFrom2001(std::int64_t year, int month, int day) {
   return days + day - 1;
 }
 
-struct Fields {
+struct DateFields {
   std::int64_t year = 0;
   int month = 0, day = 0, hour = 0, minute = 0, second = 0;
 };
 
 /// Reads fields in order. After the first error, all further ones read as 0 and `isDone` stays false.
-class FieldReader {
+class DateFieldReader {
  public:
-  explicit FieldReader(std::string_view text) : m_text(text) {}
+  explicit DateFieldReader(std::string_view text) : m_text(text) {}
 
   std::int64_t year() {
     const bool negative = take('-');
@@ -86,9 +86,9 @@ class FieldReader {
   bool m_isGood = true;
 };
 
-std::optional<Fields> parseFields(std::string_view text) {
-  FieldReader reader(text);
-  Fields fields;
+std::optional<DateFields> parseFields(std::string_view text) {
+  DateFieldReader reader(text);
+  DateFields fields;
   fields.year = reader.year();
   fields.month = reader.twoDigits('-');
   fields.day = reader.twoDigits('-');
@@ -100,7 +100,7 @@ std::optional<Fields> parseFields(std::string_view text) {
   return fields;
 }
 
-bool isInRange(const Fields& fields) {
+bool isInRange(const DateFields& fields) {
   return fields.month >= 1 && fields.month <= 12 && fields.day >= 1 &&
          fields.day <= daysInMonth(fields.year, fields.month) && fields.hour < 24 && fields.minute < 60 &&
          fields.second < 60;

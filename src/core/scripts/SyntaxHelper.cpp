@@ -10,26 +10,26 @@ namespace mirvel::SyntaxHelper {
 
 namespace {
 
-struct Interpreter {
+struct LanguageOfTool {
   std::string_view name;
   SyntaxType syntax;
 };
 
 constexpr std::array interpreters{
-    Interpreter{"sh", SyntaxType::shell},          Interpreter{"ash", SyntaxType::shell},
-    Interpreter{"bash", SyntaxType::shell},        Interpreter{"csh", SyntaxType::shell},
-    Interpreter{"dash", SyntaxType::shell},        Interpreter{"fish", SyntaxType::shell},
-    Interpreter{"ksh", SyntaxType::shell},         Interpreter{"tcsh", SyntaxType::shell},
-    Interpreter{"zsh", SyntaxType::shell},         Interpreter{"perl", SyntaxType::perl},
-    Interpreter{"php", SyntaxType::php},           Interpreter{"pypy", SyntaxType::python},
-    Interpreter{"python", SyntaxType::python},     Interpreter{"pythonw", SyntaxType::python},
-    Interpreter{"ruby", SyntaxType::ruby},         Interpreter{"swift", SyntaxType::swift},
-    Interpreter{"deno", SyntaxType::javaScript},   Interpreter{"node", SyntaxType::javaScript},
-    Interpreter{"nodejs", SyntaxType::javaScript}, Interpreter{"osascript", SyntaxType::appleScript},
-    Interpreter{"awk", SyntaxType::awk},           Interpreter{"gawk", SyntaxType::awk},
-    Interpreter{"mawk", SyntaxType::awk},          Interpreter{"lua", SyntaxType::lua},
-    Interpreter{"luajit", SyntaxType::lua},        Interpreter{"tclsh", SyntaxType::tcl},
-    Interpreter{"wish", SyntaxType::tcl},
+    LanguageOfTool{"sh", SyntaxType::shell},          LanguageOfTool{"ash", SyntaxType::shell},
+    LanguageOfTool{"bash", SyntaxType::shell},        LanguageOfTool{"csh", SyntaxType::shell},
+    LanguageOfTool{"dash", SyntaxType::shell},        LanguageOfTool{"fish", SyntaxType::shell},
+    LanguageOfTool{"ksh", SyntaxType::shell},         LanguageOfTool{"tcsh", SyntaxType::shell},
+    LanguageOfTool{"zsh", SyntaxType::shell},         LanguageOfTool{"perl", SyntaxType::perl},
+    LanguageOfTool{"php", SyntaxType::php},           LanguageOfTool{"pypy", SyntaxType::python},
+    LanguageOfTool{"python", SyntaxType::python},     LanguageOfTool{"pythonw", SyntaxType::python},
+    LanguageOfTool{"ruby", SyntaxType::ruby},         LanguageOfTool{"swift", SyntaxType::swift},
+    LanguageOfTool{"deno", SyntaxType::javaScript},   LanguageOfTool{"node", SyntaxType::javaScript},
+    LanguageOfTool{"nodejs", SyntaxType::javaScript}, LanguageOfTool{"osascript", SyntaxType::appleScript},
+    LanguageOfTool{"awk", SyntaxType::awk},           LanguageOfTool{"gawk", SyntaxType::awk},
+    LanguageOfTool{"mawk", SyntaxType::awk},          LanguageOfTool{"lua", SyntaxType::lua},
+    LanguageOfTool{"luajit", SyntaxType::lua},        LanguageOfTool{"tclsh", SyntaxType::tcl},
+    LanguageOfTool{"wish", SyntaxType::tcl},
 };
 
 /// Removes the first word from the line and returns it.
@@ -60,7 +60,7 @@ SyntaxType syntaxOfInterpreter(std::string_view line) {
   if (program == "env") program = String::lastPathComponent(programOfEnv(line));
   const std::string_view name = withoutVersion(program);
   const auto* found = std::find_if(interpreters.begin(), interpreters.end(),
-                                   [name](const Interpreter& interpreter) { return interpreter.name == name; });
+                                   [name](const LanguageOfTool& interpreter) { return interpreter.name == name; });
   return found == interpreters.end() ? SyntaxType::none : found->syntax;
 }
 

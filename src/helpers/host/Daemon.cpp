@@ -65,10 +65,10 @@ bool outlives(const Session& session, const FileDescriptor& host, wire::FrameRea
 /// which it waits for as long as its own session is open. Calls `isReady` before it waits. Null if there is another
 /// host or should be none.
 Result<std::unique_ptr<Presence>> succeed(const HostSetup& setup, const std::function<void()>& isReady) {
-  using Clock = std::chrono::steady_clock;  // unaffected by changes of the wall clock
+  using SteadyClock = std::chrono::steady_clock;  // unaffected by changes of the wall clock
   const Session session(setup.environment, setup.sessionRecords);
   constexpr auto patience = longestQuit + longestAnswer;
-  for (auto until = Clock::now() + patience; Clock::now() < until;) {
+  for (auto until = SteadyClock::now() + patience; SteadyClock::now() < until;) {
     if (isMachineGone(setup)) return std::unique_ptr<Presence>();
     auto claimed = Presence::claim(setup.places);
     if (!claimed || *claimed) return claimed;
@@ -80,7 +80,7 @@ Result<std::unique_ptr<Presence>> succeed(const HostSetup& setup, const std::fun
     if (answer) {
       isReady();
       if (!outlives(session, *host, reader)) return std::unique_ptr<Presence>();
-      until = Clock::now() + patience;
+      until = SteadyClock::now() + patience;
     } else if (!HostClient::isHangUp(answer.error()) && !HostClient::isNoHost(answer.error())) {
       return answer.error();
     } else {
@@ -189,11 +189,11 @@ class Daemon {
   /// Sends the list of jobs to the host that has taken this one's place, which was started without it. If that host
   /// can't be reached, it is starting or ending at this moment, so this is repeated.
   void handOver() {
-    using Clock = std::chrono::steady_clock;
+    using SteadyClock = std::chrono::steady_clock;
     m_host.kill();  // or the other host would start jobs of which processes still run
-    const auto until = Clock::now() + longestQuit + longestAnswer;
+    const auto until = SteadyClock::now() + longestQuit + longestAnswer;
     auto handed = offerJobs();
-    while (handed && !*handed && Clock::now() < until) {
+    while (handed && !*handed && SteadyClock::now() < until) {
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
       handed = offerJobs();
     }

@@ -22,28 +22,28 @@ namespace mirvel::host {
 namespace {
 
 // After the fork, no memory may be allocated: the child reports a failure as two numbers through a pipe.
-enum class Step : int { Root, User, Folder, In, Out, Error, Run };
+enum class StartStep : int { Root, User, Folder, In, Out, Error, Run };
 
-struct Failure {
-  Step step;
+struct StartFailure {
+  StartStep step;
   int errnoValue;
 };
 
-const char* textOf(Step step) {
+const char* textOf(StartStep step) {
   switch (step) {
-    case Step::Root:
+    case StartStep::Root:
       return "change the root folder";
-    case Step::User:
+    case StartStep::User:
       return "become the user of the job";
-    case Step::Folder:
+    case StartStep::Folder:
       return "change to the working directory";
-    case Step::In:
+    case StartStep::In:
       return "open the standard input";
-    case Step::Out:
+    case StartStep::Out:
       return "open the standard output";
-    case Step::Error:
+    case StartStep::Error:
       return "open the standard error";
-    case Step::Run:
+    case StartStep::Run:
       break;
   }
   return "run the program";
@@ -65,9 +65,9 @@ std::vector<std::string> candidates(const std::string& program, const Environmen
 
 /// The work of the child between fork and exec, where only async-signal-safe functions may be called: the constructor,
 /// which runs before the fork, allocates everything that `run` needs.
-class Child {
+class JobChild {
  public:
-  Child(const ProcessPlan& plan, const JobUser& user, const Environment& environment, int output, int failure)
+  JobChild(const ProcessPlan& plan, const JobUser& user, const Environment& environment, int output, int failure)
       : m_plan(plan), m_user(user), m_output(output), m_failure(failure), m_host(::getpid()) {
     m_programs = candidates(plan.program, environment);
     m_variables = execVariables(environment);
@@ -82,11 +82,12 @@ class Child {
     ::setsid();
     if (m_plan.nice) ::setpriority(PRIO_PROCESS, 0, *m_plan.nice);  // ignored where the user may not
     for (const auto& limit : m_plan.limits) applyLimit(limit);
-    if (m_plan.rootDirectory && (::chroot(m_plan.rootDirectory->c_str()) != 0 || ::chdir("/") != 0)) fail(Step::Root);
-    if (const int failure = m_user.assume()) fail(Step::User, failure);
+    if (m_plan.rootDirectory && (::chroot(m_plan.rootDirectory->c_str()) != 0 || ::chdir("/") != 0))
+      fail(StartStep::Root);
+    if (const int failure = m_user.assume()) fail(StartStep::User, failure);
     endWithHost();  // after `assume`: changing the user resets this setting
     if (m_plan.umask) ::umask(*m_plan.umask);
-    if (::chdir(m_plan.workingDirectory ? m_plan.workingDirectory->c_str() : "/") != 0) fail(Step::Folder);
+    if (::chdir(m_plan.workingDirectory ? m_plan.workingDirectory->c_str() : "/") != 0) fail(StartStep::Folder);
     openStandardFiles();
     runProgram();
   }
@@ -112,7 +113,7 @@ class Child {
     return number < 0 ? RLIM_INFINITY : static_cast<rlim_t>(number);
   }
 
-  static void applyLimit(const ProcessPlan::Limit& wanted) {
+  static void applyLimit(const ProcessPlan::ResourceLimit& wanted) {
 #ifdef __GLIBC__
     const auto resource = static_cast<__rlimit_resource>(wanted.resource);
 #else
@@ -131,21 +132,21 @@ class Child {
   }
 
   void openStandardFiles() const {
-    open(m_plan.standardIn ? m_plan.standardIn->c_str() : "/dev/null", O_RDONLY, STDIN_FILENO, Step::In);
+    open(m_plan.standardIn ? m_plan.standardIn->c_str() : "/dev/null", O_RDONLY, STDIN_FILENO, StartStep::In);
     constexpr int append = O_WRONLY | O_CREAT | O_APPEND;
     if (m_plan.standardOut) {
-      open(m_plan.standardOut->c_str(), append, STDOUT_FILENO, Step::Out);
+      open(m_plan.standardOut->c_str(), append, STDOUT_FILENO, StartStep::Out);
     } else if (::dup2(m_output, STDOUT_FILENO) < 0) {
-      fail(Step::Out);
+      fail(StartStep::Out);
     }
     if (m_plan.standardError) {
-      open(m_plan.standardError->c_str(), append, STDERR_FILENO, Step::Error);
+      open(m_plan.standardError->c_str(), append, STDERR_FILENO, StartStep::Error);
     } else if (::dup2(m_output, STDERR_FILENO) < 0) {
-      fail(Step::Error);
+      fail(StartStep::Error);
     }
   }
 
-  void open(const char* path, int flags, int as, Step step) const {
+  void open(const char* path, int flags, int as, StartStep step) const {
     const int file = ::open(path, flags | O_NOCTTY | O_CLOEXEC, 0666);
     if (file < 0 || ::dup2(file, as) < 0) fail(step);
   }
@@ -158,14 +159,14 @@ class Child {
       if (errno != ENOENT && errno != ENOTDIR) failure = errno;
       if (errno != ENOENT && errno != ENOTDIR && errno != EACCES) break;
     }
-    fail(Step::Run, failure);
+    fail(StartStep::Run, failure);
   }
 
-  [[noreturn]] void fail(Step step) const {
+  [[noreturn]] void fail(StartStep step) const {
     fail(step, errno);
   }
-  [[noreturn]] void fail(Step step, int errnoValue) const {
-    const Failure failure{step, errnoValue};
+  [[noreturn]] void fail(StartStep step, int errnoValue) const {
+    const StartFailure failure{step, errnoValue};
     (void)!::write(m_failure, &failure, sizeof failure);  // if this fails as well, the exit status still says so
     ::_exit(startFailureCode);
   }
@@ -225,7 +226,7 @@ Result<JobProcess> JobProcess::start(const ProcessPlan& plan, const Environment&
   if (!output || !failure || !moveAboveStandard(output.write) || !moveAboveStandard(failure.write)) {
     return noRoom(errno, plan.program);
   }
-  Child child(plan, *user, merged(usual, *user, plan), output.write.number(), failure.write.number());
+  JobChild child(plan, *user, merged(usual, *user, plan), output.write.number(), failure.write.number());
   const pid_t id = forkBlockingSignals();
   if (id < 0) return noRoom(errno, plan.program);
   if (id == 0) child.run();
@@ -237,7 +238,7 @@ Result<JobProcess> JobProcess::start(const ProcessPlan& plan, const Environment&
 }
 
 std::optional<std::string> JobProcess::startFailure() const {
-  Failure found{};
+  StartFailure found{};
   if (::read(failure.number(), &found, sizeof found) != sizeof found) return std::nullopt;
   return std::string("can't ") + textOf(found.step) + ": " + std::strerror(found.errnoValue);
 }

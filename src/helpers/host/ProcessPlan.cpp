@@ -33,11 +33,11 @@ constexpr std::array<LimitRow, 9> limitRows = {{
     {&Limits::stack, RLIMIT_STACK},
 }};
 
-std::vector<ProcessPlan::Limit> limitsOf(const jobfile::Plist& plist) {
+std::vector<ProcessPlan::ResourceLimit> limitsOf(const jobfile::Plist& plist) {
   const Limits none;
   const Limits& soft = plist.softResourceLimits ? *plist.softResourceLimits : none;
   const Limits& hard = plist.hardResourceLimits ? *plist.hardResourceLimits : none;
-  std::vector<ProcessPlan::Limit> result;
+  std::vector<ProcessPlan::ResourceLimit> result;
   for (const LimitRow& row : limitRows) {
     if (soft.*row.field || hard.*row.field) result.push_back({row.resource, soft.*row.field, hard.*row.field});
   }

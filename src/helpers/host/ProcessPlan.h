@@ -15,7 +15,7 @@ namespace mirvel::host {
 /// How the process of a job is started, as its file says. What the file doesn't specify is none, and stays as the host
 /// has it.
 struct ProcessPlan {
-  struct Limit {
+  struct ResourceLimit {
     int resource;  ///< of setrlimit(2)
     std::optional<std::int64_t> soft = {};
     std::optional<std::int64_t> hard = {};  ///< negative: unlimited
@@ -31,7 +31,7 @@ struct ProcessPlan {
   std::optional<std::string> standardError;
   std::optional<mode_t> umask;
   std::optional<int> nice;
-  std::vector<Limit> limits;
+  std::vector<ResourceLimit> limits;
   std::optional<std::string> userName;   ///< only root's host follows this
   std::optional<std::string> groupName;  ///< likewise
   bool initGroups = true;

@@ -15,10 +15,10 @@ namespace {
 
 /// Whether the socket becomes readable within the limit.
 bool isReadable(int socket, std::chrono::seconds limit) {
-  using Clock = std::chrono::steady_clock;
-  const auto end = Clock::now() + limit;
+  using SteadyClock = std::chrono::steady_clock;
+  const auto end = SteadyClock::now() + limit;
   for (;;) {
-    const auto rest = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+    const auto rest = std::chrono::ceil<std::chrono::milliseconds>(end - SteadyClock::now());
     pollfd waiting{.fd = socket, .events = POLLIN, .revents = 0};
     const int found = ::poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(rest.count(), 0)));
     if (found > 0) return true;

@@ -43,9 +43,9 @@ std::optional<Elevated> refusalOfOsascript(const std::string& complaints) {
   return std::nullopt;
 }
 
-std::optional<Elevated> refusalOf(Elevation::Way way, int exitStatus, const std::string& complaints) {
-  if (way == Elevation::Way::Pkexec) return refusalOfPkexec(exitStatus, complaints);
-  return way == Elevation::Way::Osascript ? refusalOfOsascript(complaints) : std::nullopt;
+std::optional<Elevated> refusalOf(Elevation::Method method, int exitStatus, const std::string& complaints) {
+  if (method == Elevation::Method::Pkexec) return refusalOfPkexec(exitStatus, complaints);
+  return method == Elevation::Method::Osascript ? refusalOfOsascript(complaints) : std::nullopt;
 }
 
 Error noHelper(std::string_view complaints) {
@@ -55,9 +55,9 @@ Error noHelper(std::string_view complaints) {
 }
 
 /// Contains no variable of the user's, because pkexec(1) fails for some values, such as a SHELL not in /etc/shells.
-Environment environmentFor(Elevation::Way way) {
+Environment environmentFor(Elevation::Method method) {
   Environment result{{"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"}};
-  if (way == Elevation::Way::Pkexec) result.emplace("LC_ALL", "C");
+  if (method == Elevation::Method::Pkexec) result.emplace("LC_ALL", "C");
   return result;
 }
 
@@ -67,8 +67,8 @@ std::vector<std::string> Elevation::command(const std::string& program,
                                             const std::vector<std::string>& arguments) const {
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
-  if (way == Way::None) return words;
-  if (way == Way::Pkexec) {
+  if (method == Method::None) return words;
+  if (method == Method::Pkexec) {
     // The internal agent would ask for the password on the terminal, which the user may not see.
     words.insert(words.begin(), {tool, "--disable-internal-agent"});
     return words;
@@ -107,7 +107,7 @@ Result<void> PrivilegedStart::start(const std::string& program, const std::vecto
   if (failure == 0) failure = plan.give(complaints.write.number(), STDERR_FILENO);
   if (failure == 0) failure = plan.resetSignals();
   if (failure == 0) {
-    failure = plan.start(m_child, words[0], {words.begin() + 1, words.end()}, environmentFor(m_elevation.way));
+    failure = plan.start(m_child, words[0], {words.begin() + 1, words.end()}, environmentFor(m_elevation.method));
   }
   if (failure != 0) return systemError(failure, "run", words[0]);
   m_output = passesSocket ? std::move(sockets.ours) : std::move(output.read);
@@ -192,7 +192,7 @@ Result<Elevated> PrivilegedStart::failed() {
   const auto complaints = readAll(m_complaints);
   if (!complaints) return Elevated{.isCancelled = true};
   const int status = waitForChild();
-  auto refusal = refusalOf(m_elevation.way, status, *complaints);
+  auto refusal = refusalOf(m_elevation.method, status, *complaints);
   return refusal ? Result<Elevated>(*std::move(refusal)) : noHelper(*complaints);
 }
 

@@ -17,13 +17,13 @@ namespace mirvel {
 
 /// How a program is started as root.
 struct Elevation {
-  enum class Way {
+  enum class Method {
     None,       ///< directly, because this process is root's
     Pkexec,     ///< by pkexec(1)
     Osascript,  ///< by osascript(1), with `do shell script ... with administrator privileges`
   };
 
-  Way way = Way::None;
+  Method method = Method::None;
   std::string tool = {};  ///< path of pkexec or osascript
   uid_t user = 0;         ///< the user for whom the helper works
 
@@ -32,7 +32,7 @@ struct Elevation {
   std::vector<std::string> command(const std::string& program, const std::vector<std::string>& arguments) const;
   /// Whether the helper gets one end of a socket pair as its standard input and output, to which no other process can
   /// connect. Otherwise it prints the address of its own socket (see `Listener`) and its secret.
-  bool passesSocket() const { return way != Way::Osascript; }
+  bool passesSocket() const { return method != Method::Osascript; }
 };
 
 /// The outcome of starting the privileged helper.

@@ -69,10 +69,10 @@ Result<void> Listener::listen() {
 }
 
 Result<FileDescriptor> Listener::accept(std::chrono::milliseconds limit, Console& console) {
-  using Clock = std::chrono::steady_clock;
-  const auto end = Clock::now() + limit;
+  using SteadyClock = std::chrono::steady_clock;
+  const auto end = SteadyClock::now() + limit;
   while (true) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - SteadyClock::now()).count();
     pollfd waiting{.fd = m_socket.number(), .events = POLLIN, .revents = 0};
     const int ready = left > 0 ? ::poll(&waiting, 1, static_cast<int>(left)) : 0;
     if (ready < 0 && errno == EINTR) continue;

@@ -20,11 +20,11 @@ Elevation elevationOf(const Environment& environment, bool isOtherMachine) {
   Elevation result{.user = ::getuid()};
   if (::geteuid() == 0 || isOtherMachine) return result;
 #ifdef __APPLE__
-  result.way = Elevation::Way::Osascript;
+  result.method = Elevation::Method::Osascript;
   result.tool = Commands::forThisMachine(environment).osascript;
 #else
   (void)environment;
-  result.way = Elevation::Way::Pkexec;
+  result.method = Elevation::Method::Pkexec;
   result.tool = "/usr/bin/pkexec";
 #endif
   return result;
@@ -74,7 +74,8 @@ void SystemHelperConnections::connectToPrivileged(const std::string& /*label*/, 
   const HelperPrograms& programs = m_setup.programs;
   auto start = PrivilegedStart::begin(programs.elevation, programs.privileged, programs.privilegedArguments, m_reaper);
   if (start) return wait(*start, reply, failure);
-  const bool isMissing = start.error().code == Error::Code::NotFound && programs.elevation.way != Elevation::Way::None;
+  const bool isMissing =
+      start.error().code == Error::Code::NotFound && programs.elevation.method != Elevation::Method::None;
   m_setup.queue.post([life = std::weak_ptr(m_life), isMissing, error = start.error(), reply, failure] {
     if (life.expired()) return;
     isMissing ? reply({.refusal = Refusal::NoTool}) : failure(error);

@@ -27,7 +27,7 @@ namespace mirvel {
 
 namespace {
 
-struct Limit {
+struct ResourceLimit {
 #ifdef __GLIBC__
   __rlimit_resource resource;
 #else
@@ -40,23 +40,23 @@ constexpr rlim_t none = RLIM_INFINITY;
 
 /// The limits with which Linux and systemd start services. No core dumps: they would contain secrets.
 constexpr std::array limits{
-    Limit{RLIMIT_CPU, none, none},
-    Limit{RLIMIT_FSIZE, none, none},
-    Limit{RLIMIT_DATA, none, none},
-    Limit{RLIMIT_STACK, rlim_t{8} << 20U, none},
-    Limit{RLIMIT_CORE, 0, none},
-    Limit{RLIMIT_AS, none, none},
-    Limit{RLIMIT_NOFILE, 1024, 524288},
-    Limit{RLIMIT_MEMLOCK, rlim_t{8} << 20U, rlim_t{8} << 20U},
-    Limit{RLIMIT_NPROC, none, none},
+    ResourceLimit{RLIMIT_CPU, none, none},
+    ResourceLimit{RLIMIT_FSIZE, none, none},
+    ResourceLimit{RLIMIT_DATA, none, none},
+    ResourceLimit{RLIMIT_STACK, rlim_t{8} << 20U, none},
+    ResourceLimit{RLIMIT_CORE, 0, none},
+    ResourceLimit{RLIMIT_AS, none, none},
+    ResourceLimit{RLIMIT_NOFILE, 1024, 524288},
+    ResourceLimit{RLIMIT_MEMLOCK, rlim_t{8} << 20U, rlim_t{8} << 20U},
+    ResourceLimit{RLIMIT_NPROC, none, none},
 #ifdef __linux__
-    Limit{RLIMIT_RSS, none, none},
-    Limit{RLIMIT_LOCKS, none, none},
-    Limit{RLIMIT_SIGPENDING, none, none},
-    Limit{RLIMIT_MSGQUEUE, 819200, 819200},
-    Limit{RLIMIT_NICE, 0, 0},
-    Limit{RLIMIT_RTPRIO, 0, 0},
-    Limit{RLIMIT_RTTIME, none, none},
+    ResourceLimit{RLIMIT_RSS, none, none},
+    ResourceLimit{RLIMIT_LOCKS, none, none},
+    ResourceLimit{RLIMIT_SIGPENDING, none, none},
+    ResourceLimit{RLIMIT_MSGQUEUE, 819200, 819200},
+    ResourceLimit{RLIMIT_NICE, 0, 0},
+    ResourceLimit{RLIMIT_RTPRIO, 0, 0},
+    ResourceLimit{RLIMIT_RTTIME, none, none},
 #endif
 };
 
@@ -64,7 +64,7 @@ constexpr std::array limits{
 /// nothing is lowered, because a lowered hard limit couldn't be raised again.
 void resetLimits() {
   const bool isRoot = ::geteuid() == 0;
-  for (const Limit& limit : limits) {
+  for (const ResourceLimit& limit : limits) {
     const rlimit wanted{.rlim_cur = limit.soft, .rlim_max = limit.hard};
     if (isRoot && ::setrlimit(limit.resource, &wanted) == 0) continue;
     rlimit now{};

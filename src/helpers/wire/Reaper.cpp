@@ -35,15 +35,15 @@ void Reaper::adopt(pid_t child) {
 }
 
 void Reaper::work() {
-  using Clock = std::chrono::steady_clock;
+  using SteadyClock = std::chrono::steady_clock;
   // Polling, because SIGCHLD and waiting for any child belong to the whole process, which may have other children.
   constexpr auto pollingInterval = std::chrono::milliseconds(10);
   std::unique_lock lock(m_mutex);
-  auto end = Clock::time_point::max();
+  auto end = SteadyClock::time_point::max();
   while (true) {
     collect();
-    if (m_isEnding && end == Clock::time_point::max()) end = Clock::now() + m_patience;
-    if (m_isEnding && (m_children.empty() || Clock::now() >= end)) return;
+    if (m_isEnding && end == SteadyClock::time_point::max()) end = SteadyClock::now() + m_patience;
+    if (m_isEnding && (m_children.empty() || SteadyClock::now() >= end)) return;
     if (m_children.empty()) {
       m_changed.wait(lock, [this] { return m_isEnding || !m_children.empty(); });
     } else {

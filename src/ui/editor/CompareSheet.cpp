@@ -51,8 +51,8 @@ QPlainTextEdit* makeText(const std::vector<DiffLine>& lines, DiffLine::In side, 
 
 }  // namespace
 
-CompareSheet::CompareSheet(const Localize& localize, const Versions& versions, std::function<void(Choice)> completion,
-                           QWidget* window)
+CompareSheet::CompareSheet(const Localize& localize, const Versions& versions,
+                           std::function<void(VersionChoice)> completion, QWidget* window)
     : QDialog(window) {
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowModality(Qt::WindowModal);
@@ -61,16 +61,16 @@ CompareSheet::CompareSheet(const Localize& localize, const Versions& versions, s
   layout->addWidget(makeTexts(localize, versions), 1);
   auto* buttons = new QDialogButtonBox;
   layout->addWidget(buttons);
-  const auto addButton = [&](const std::string& title, QDialogButtonBox::ButtonRole role, Choice choice) {
+  const auto addButton = [&](const std::string& title, QDialogButtonBox::ButtonRole role, VersionChoice choice) {
     QPushButton* const button = buttons->addButton(qt(title), role);
-    button->setDefault(choice == Choice::Neither);
+    button->setDefault(choice == VersionChoice::Neither);
     connect(button, &QPushButton::clicked, this, [this, choice] { done(static_cast<int>(choice)); });
   };
-  addButton(EditorTexts(localize).keepMine(), QDialogButtonBox::AcceptRole, Choice::Mine);
-  addButton(EditorTexts(localize).useTheirs(), QDialogButtonBox::DestructiveRole, Choice::Theirs);
-  addButton(localize.cancel(), QDialogButtonBox::RejectRole, Choice::Neither);
+  addButton(EditorTexts(localize).keepMine(), QDialogButtonBox::AcceptRole, VersionChoice::Mine);
+  addButton(EditorTexts(localize).useTheirs(), QDialogButtonBox::DestructiveRole, VersionChoice::Theirs);
+  addButton(localize.cancel(), QDialogButtonBox::RejectRole, VersionChoice::Neither);
   connect(this, &QDialog::finished, this, [completion = std::move(completion)](int choice) {
-    completion(static_cast<Choice>(choice));  // `Neither` is the result code of a rejected dialog
+    completion(static_cast<VersionChoice>(choice));  // `Neither` is the result code of a rejected dialog
   });
   resize(fontMetrics().averageCharWidth() * 130, fontMetrics().lineSpacing() * 32);
 }

@@ -12,7 +12,7 @@ namespace mirvel::ui {
 class CompareSheet final : public QDialog {
  public:
   /// Passes the answer to `completion` and deletes itself. Return, Escape and the close button choose neither.
-  CompareSheet(const Localize& localize, const Versions& versions, std::function<void(Choice)> completion,
+  CompareSheet(const Localize& localize, const Versions& versions, std::function<void(VersionChoice)> completion,
                QWidget* window);
 
  private:

@@ -187,7 +187,7 @@ FieldForm::Entry FieldForm::makeText(const Field& field) {
               [this, &field, text](const Launchd& launchd) {
                 const Unfinished& unfinished = m_section.context().editing.unfinished();
                 const auto& numbers = m_section.context().schedules.numbers();
-                if (!standsFor(field, utf8(text->text()), numbers, launchd.plist(), unfinished)) {
+                if (!matchesValue(field, utf8(text->text()), numbers, launchd.plist(), unfinished)) {
                   replaceText(*text, qt(fieldText(field, launchd.plist(), unfinished)));
                 }
                 mark(field, *text);

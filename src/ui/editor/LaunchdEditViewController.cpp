@@ -154,7 +154,7 @@ void LaunchdEditViewController::focusOnFirst() {
   if (name) name->setFocus(Qt::OtherFocusReason);
 }
 
-void LaunchdEditViewController::compare(const Versions& versions, std::function<void(Choice)> completion) {
+void LaunchdEditViewController::compare(const Versions& versions, std::function<void(VersionChoice)> completion) {
   auto* sheet = new CompareSheet(localize(), versions, std::move(completion), window());
   sheet->open();
 }

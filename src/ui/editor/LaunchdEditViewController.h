@@ -40,7 +40,7 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   void hideDiscardButton() override;
   void endEditing() override;
   std::optional<InvalidField> refuse() override;
-  void compare(const Versions& versions, std::function<void(Choice)> completion) override;
+  void compare(const Versions& versions, std::function<void(VersionChoice)> completion) override;
   void makeButtons();
   void holdSections(bool isHeld);
 

@@ -38,11 +38,11 @@ QColor wanted(ScriptRole role, const QPalette& palette) {
 
 QColor currentLine(const QPalette& palette) {
   constexpr float share = 0.06F;
-  const QColor behind = active(palette, QPalette::Base);
+  const QColor back = active(palette, QPalette::Base);
   const QColor front = active(palette, QPalette::Text);
   const auto mix = [](float from, float to) { return from + share * (to - from); };
-  return QColor::fromRgbF(mix(behind.redF(), front.redF()), mix(behind.greenF(), front.greenF()),
-                          mix(behind.blueF(), front.blueF()));
+  return QColor::fromRgbF(mix(back.redF(), front.redF()), mix(back.greenF(), front.greenF()),
+                          mix(back.blueF(), front.blueF()));
 }
 
 QColor lineNumber(const QPalette& palette) {

@@ -27,7 +27,7 @@ QtMainQueue::QtMainQueue() {
 }
 
 QtMainQueue::~QtMainQueue() {
-  std::multimap<Clock::time_point, Task>
+  std::multimap<SteadyClock::time_point, Task>
       dropped;  // destroyed after the lock is released: destroying a task's captures may call post()
   const std::lock_guard lock(m_mutex);
   m_isEnding = true;
@@ -39,7 +39,7 @@ void QtMainQueue::post(Task task) {
 }
 
 void QtMainQueue::postAfter(double seconds, Task task) {
-  const auto due = Clock::now() + duration(seconds);
+  const auto due = SteadyClock::now() + duration(seconds);
   {
     const std::lock_guard lock(m_mutex);
     if (m_isEnding) return;
@@ -63,14 +63,14 @@ void QtMainQueue::arm() {
   const auto due = earliest();
   if (!due) return m_timer.stop();
   constexpr Milliseconds longest = std::chrono::hours(24);  // on an early timeout the timer is started again
-  const auto wait = std::chrono::ceil<Milliseconds>(*due - Clock::now());
+  const auto wait = std::chrono::ceil<Milliseconds>(*due - SteadyClock::now());
   m_timer.start(std::clamp(wait, Milliseconds(0), longest));
 }
 
 /// Runs the tasks that are due now. Tasks that they post wait for the next pass of the event loop, so that input is
 /// handled in between.
 void QtMainQueue::runDue() {
-  const auto limit = Clock::now();
+  const auto limit = SteadyClock::now();
   while (const Task task = takeDue(limit)) {
     arm();  // before the task, because it may run a nested event loop
     task();
@@ -78,13 +78,13 @@ void QtMainQueue::runDue() {
   arm();
 }
 
-MainQueue::Task QtMainQueue::takeDue(Clock::time_point limit) {
+MainQueue::Task QtMainQueue::takeDue(SteadyClock::time_point limit) {
   const std::lock_guard lock(m_mutex);
   if (m_tasks.empty() || m_tasks.begin()->first > limit) return {};
   return std::move(m_tasks.extract(m_tasks.begin()).mapped());
 }
 
-std::optional<QtMainQueue::Clock::time_point> QtMainQueue::earliest() {
+std::optional<QtMainQueue::SteadyClock::time_point> QtMainQueue::earliest() {
   const std::lock_guard lock(m_mutex);
   if (m_tasks.empty()) return std::nullopt;
   return m_tasks.begin()->first;

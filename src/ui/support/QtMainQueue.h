@@ -26,16 +26,16 @@ class QtMainQueue final : public MainQueue {
   void sleep(double seconds) override;
 
  private:
-  using Clock = std::chrono::steady_clock;
+  using SteadyClock = std::chrono::steady_clock;
 
   void arm();
   void runDue();
-  Task takeDue(Clock::time_point limit);
-  std::optional<Clock::time_point> earliest();
+  Task takeDue(SteadyClock::time_point limit);
+  std::optional<SteadyClock::time_point> earliest();
 
   QTimer m_timer;
   std::mutex m_mutex;
-  std::multimap<Clock::time_point, Task> m_tasks;
+  std::multimap<SteadyClock::time_point, Task> m_tasks;
   bool m_isEnding = false;
 };
 

@@ -34,16 +34,16 @@ class WatcherFolderMonitor final : public FolderMonitor {
     const auto changed = [this](const QString& path) { pathDidChange(path); };
     QObject::connect(&m_watcher, &QFileSystemWatcher::directoryChanged, &m_soon, changed);
     QObject::connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_soon, changed);
-    m_way = arm();
+    m_entries = arm();
   }
 
  private:
   /// The entries along the path, by device and inode number.
-  using Way = std::vector<std::pair<dev_t, ino_t>>;
+  using PathEntries = std::vector<std::pair<dev_t, ino_t>>;
 
   void pathDidChange(const QString& path);
   void look();
-  Way arm();
+  PathEntries arm();
   QStringList files(const fs::path& folder) const;
   void watchOnly(const QStringList& paths);
 
@@ -51,7 +51,7 @@ class WatcherFolderMonitor final : public FolderMonitor {
   std::function<void()> m_folderDidChange;
   QFileSystemWatcher m_watcher;
   QTimer m_soon;  // coalesces a batch of notifications
-  Way m_way;
+  PathEntries m_entries;
   QString m_watchedFolder;  // resolved; empty if it doesn't exist
   bool m_isOfFolder = false;
 };
@@ -64,29 +64,29 @@ void WatcherFolderMonitor::pathDidChange(const QString& path) {
 }
 
 void WatcherFolderMonitor::look() {
-  Way way = arm();
-  const bool isNews = std::exchange(m_isOfFolder, false) || way != m_way;
-  m_way = std::move(way);
+  PathEntries entries = arm();
+  const bool isNews = std::exchange(m_isOfFolder, false) || entries != m_entries;
+  m_entries = std::move(entries);
   if (!isNews) return;
   const auto folderDidChange = m_folderDidChange;  // a copy, since the call may destroy this monitor
   folderDidChange();
 }
 
 /// Watches everything that exists now, and returns the entries along the path.
-WatcherFolderMonitor::Way WatcherFolderMonitor::arm() {
-  Way way;
+WatcherFolderMonitor::PathEntries WatcherFolderMonitor::arm() {
+  PathEntries entries;
   QStringList paths;
   const auto visit = [&](const fs::path& folder, const std::string& name) {
     if (const auto text = qtPath(folder)) paths << *text;
     struct stat status {};
-    if (::lstat((folder / name).c_str(), &status) == 0) way.emplace_back(status.st_dev, status.st_ino);
+    if (::lstat((folder / name).c_str(), &status) == 0) entries.emplace_back(status.st_dev, status.st_ino);
   };
   const auto folder = walkTo(m_folder, visit);
   const auto text = folder ? qtPath(*folder) : std::nullopt;
   m_watchedFolder = text.value_or(QString());
   if (text) paths << *text << files(*folder);
   watchOnly(paths);
-  return way;
+  return entries;
 }
 
 QStringList WatcherFolderMonitor::files(const fs::path& folder) const {

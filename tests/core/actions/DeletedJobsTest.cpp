@@ -86,8 +86,8 @@ TEST_F(DeletedJobsTest, BeyondTheLimitsTheOldestAreRemovedButNeverTheNewest) {
 
 TEST_F(DeletedJobsTest, AnUnchangedFileIsntListed) {
   auto deleted = store();
-  const Job standing = job("a", "1");
-  ASSERT_TRUE(deleted.keep(standing));
+  const Job present = job("a", "1");
+  ASSERT_TRUE(deleted.keep(present));
   EXPECT_THAT(names(), IsEmpty());
   (void)folder.write("a.plist", "another job by now");
   EXPECT_THAT(names(), ElementsAre("a"));

@@ -152,12 +152,12 @@ TEST_F(MoveJournalTest, ADamagedJournalIsKeptAndReportedAndIgnored) {
 
 TEST_F(MoveJournalTest, AMoveThatCantBeRecordedIsReportedOnceAndForgotten) {
   fs::create_directories(journal);
-  int told = 0;
-  foundation.storeTroubles.setListener([&](const StoreTrouble&) { ++told; });
+  int reports = 0;
+  foundation.storeTroubles.setListener([&](const StoreTrouble&) { ++reports; });
   MoveJournal moves(roots.applicationSupport, foundation.storeTroubles);
   EXPECT_THAT(moves.unfinished(), IsEmpty());
   EXPECT_FALSE(moves.begin({URL::file("/u/job.plist"), URL::file("/d/job.plist"), "job", "sum"}));
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(reports, 1);
   fs::remove(journal);
   EXPECT_THAT(moves.unfinished(), IsEmpty());
 }

@@ -67,13 +67,13 @@ TEST_F(RevisionControllerTest, MalformedEntriesCountAsEmpty) {
 
 TEST_F(RevisionControllerTest, AStoreThatCantBeWrittenKeepsTheRevisionInMemory) {
   (void)folder.write("support", "a file where the folder should be");
-  int told = 0;
-  troubles.setListener([&](const StoreTrouble&) { ++told; });
+  int reports = 0;
+  troubles.setListener([&](const StoreTrouble&) { ++reports; });
   auto revisions = controller();
   revisions.saveRevision(*job("/1"));
   revisions.saveRevision(*job("/2"));
   EXPECT_EQ(kept(revisions), "/2/1");
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(reports, 1);
 }
 
 TEST_F(RevisionControllerTest, RevisionsMoveWithTheirJob) {

@@ -22,7 +22,7 @@ class SilentStack final : public EditStackType {
   void showButtons(const EditButtons&) override {}
   void hideDiscardButton() override {}
   void endEditing() override {}
-  void compare(const Versions&, std::function<void(Choice)>) override {}
+  void compare(const Versions&, std::function<void(VersionChoice)>) override {}
 };
 
 class OneRelease final : public Downloads {

@@ -22,13 +22,13 @@ class FakeStack final : public EditStackType {
   int endedEditing = 0;
   std::optional<InvalidField> refused = {};
   Versions versions = {};
-  std::function<void(Choice)> answer = {};
+  std::function<void(VersionChoice)> answer = {};
 
   void showButtons(const EditButtons& shown) override { buttons = shown; }
   void hideDiscardButton() override { isDiscardHidden = true; }
   void endEditing() override { ++endedEditing; }
   std::optional<InvalidField> refuse() override { return refused; }
-  void compare(const Versions& both, std::function<void(Choice)> completion) override {
+  void compare(const Versions& both, std::function<void(VersionChoice)> completion) override {
     versions = both;
     answer = std::move(completion);
   }
@@ -147,7 +147,7 @@ TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSay
   EXPECT_EQ(stack.versions.theirs, theirs);
   EXPECT_NE(stack.versions.mine.find("Nice"), std::string::npos);
   EXPECT_NE(stack.versions.mine.find("<string>/bin/mine</string>"), std::string::npos) << "as a save would write it";
-  stack.answer(Choice::Neither);
+  stack.answer(VersionChoice::Neither);
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
 
@@ -312,7 +312,7 @@ TEST_F(EditControllerTest, AFileThatIsGoneOrNoLongerAJobIsNoObstacle) {
   controller.save();
   interface.answerSheet(Interface::defaultButton);
   EXPECT_EQ(stack.versions.theirs, "garbage");
-  stack.answer(Choice::Mine);
+  stack.answer(VersionChoice::Mine);
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 

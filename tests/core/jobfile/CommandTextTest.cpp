@@ -62,9 +62,9 @@ TEST(RunStringTest, EveryArgumentIsReadBackFromTheText) {
 
 TEST(CommandTest, AnEditedCommandKeepsTheFormThatItHad) {
   const struct {
-    Command before;
+    CommandKeys before;
     std::string run;
-    Command expected;
+    CommandKeys expected;
   } table[] = {
       {{}, "/bin/ls -l", {{}, Arguments{"/bin/ls", "-l"}}},
       {{{}, Arguments{"/bin/ls"}}, "/bin/ls -l", {{}, Arguments{"/bin/ls", "-l"}}},

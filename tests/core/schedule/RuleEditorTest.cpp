@@ -32,7 +32,7 @@ std::string line(const Row& row) {
 }
 
 /// Records all notifications in their order.
-class Notifications final : public RuleEditorType, public ScheduledDelegate {
+class RecordedCalls final : public RuleEditorType, public ScheduledDelegate {
  public:
   std::vector<std::string> calls;
 
@@ -62,7 +62,7 @@ class RuleEditorTest : public testing::Test {
 
   const Localize localize{"en"};
   ScheduledController controller{localize};
-  Notifications notified;
+  RecordedCalls notified;
   RuleEditor editor{controller, &notified};
 };
 
@@ -199,7 +199,7 @@ TEST_F(RuleEditorTest, OnlyChangesNotify) {
 }
 
 TEST_F(RuleEditorTest, EachEditorNotifiesItsOwnDelegate) {
-  Notifications other;
+  RecordedCalls other;
   RuleEditor second(controller, &other);
   second.setDelegate(&other);
   editor.addRow();

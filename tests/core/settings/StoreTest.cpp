@@ -24,7 +24,7 @@ using testing::SizeIs;
 class StoreTest : public testing::Test {
  protected:
   StoreTest() {
-    troubles.setListener([this](const StoreTrouble& trouble) { told.push_back(trouble); });
+    troubles.setListener([this](const StoreTrouble& trouble) { reported.push_back(trouble); });
   }
 
   Value content() const {
@@ -40,14 +40,14 @@ class StoreTest : public testing::Test {
   /// The kinds of all reports: (d)amaged, un(r)ead, un(w)ritten.
   std::string toldKinds() const {
     std::string kinds;
-    for (const auto& trouble : told) kinds += "drw"[static_cast<int>(trouble.kind)];
+    for (const auto& trouble : reported) kinds += "drw"[static_cast<int>(trouble.kind)];
     return kinds;
   }
 
   const testdata::TemporaryFolder folder;
   const fs::path file = folder.path() / "List.plist";
   StoreTroubles troubles;
-  std::vector<StoreTrouble> told;
+  std::vector<StoreTrouble> reported;
 };
 
 TEST_F(StoreTest, AMissingFileIsEmptyAndCreatedForTheUserOnly) {
@@ -59,7 +59,7 @@ TEST_F(StoreTest, AMissingFileIsEmptyAndCreatedForTheUserOnly) {
   for (const char* made : {"a", "a/b"}) {
     EXPECT_EQ(fs::status(folder.path() / made).permissions(), fs::perms::owner_all) << made;
   }
-  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
 }
 
 TEST_F(StoreTest, EachDamagedFileIsKeptUnderANewNameAndReportedOnce) {
@@ -68,7 +68,7 @@ TEST_F(StoreTest, EachDamagedFileIsKeptUnderANewNameAndReportedOnce) {
                                  "bplist00\xff"};
   for (std::size_t i = 0; i < std::size(damaged); ++i) {
     folder.write("List.plist", damaged[i]);
-    told.clear();
+    reported.clear();
     Store store(file, &troubles);
     EXPECT_EQ(store.find("key"), nullptr);
     ASSERT_TRUE(store.set("key", "new"));
@@ -76,8 +76,8 @@ TEST_F(StoreTest, EachDamagedFileIsKeptUnderANewNameAndReportedOnce) {
     EXPECT_EQ(testdata::bytes(rescue), damaged[i]);
     EXPECT_EQ(content(), Value(Dictionary{{"key", "new"}}));
     ASSERT_EQ(toldKinds(), "d") << damaged[i];
-    EXPECT_EQ(told.front().rescue, rescue);
-    EXPECT_EQ(told.front().error.file, file);
+    EXPECT_EQ(reported.front().rescue, rescue);
+    EXPECT_EQ(reported.front().error.file, file);
   }
   EXPECT_EQ(testdata::bytes(folder.path() / "List.plist.damaged-1"), "from before");
 }
@@ -92,7 +92,7 @@ TEST_F(StoreTest, AFileThatCantBeReadIsLeftAsItIsAndNeverWritten) {
   for (const auto& [name, make] : table) {
     if (::geteuid() == 0 && std::string(name) == "no permission") continue;  // root may read everything
     SCOPED_TRACE(name);
-    told.clear();
+    reported.clear();
     make();
     const auto size = [&] { return fs::exists(file / "inside") ? 0 : fs::file_size(file); };
     const auto before = size();
@@ -120,7 +120,7 @@ TEST_F(StoreTest, ChangesAreWrittenByTheNextWriteThatSucceeds) {
   EXPECT_FALSE(store.set("a", 1));
   EXPECT_FALSE(store.set("b", 2));
   EXPECT_EQ(toldKinds(), "w") << "once, until a write succeeds";
-  EXPECT_THAT(told.front().error.text(), HasSubstr("blocked"));
+  EXPECT_THAT(reported.front().error.text(), HasSubstr("blocked"));
   EXPECT_EQ(store.contents(), (Dictionary{{"a", 1}, {"b", 2}}));
 
   fs::remove(folder.path() / "blocked");
@@ -139,7 +139,7 @@ TEST_F(StoreTest, AFailureAtAnyStepLosesNeitherTheFileNorTheChange) {
   int step = 1;
   for (bool failed = true; failed; ++step) {
     ASSERT_TRUE(Store(file).set("a", "old") && Store(file).set("b", 1));
-    told.clear();
+    reported.clear();
     testdata::FailingCalls calls(step, 100);
     Store store(file, &troubles, Store::Damaged::SetAside, &calls);
     const bool isWritten = static_cast<bool>(store.set("a", "new"));
@@ -173,7 +173,7 @@ TEST_F(StoreTest, ChangesByOthersAreKept) {
   ASSERT_TRUE(one.clear());
   EXPECT_FALSE(fs::exists(file));
   EXPECT_EQ(two.contents().size(), 0U);
-  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
 }
 
 TEST_F(StoreTest, EveryValueIsReadBackUnchanged) {
@@ -184,13 +184,13 @@ TEST_F(StoreTest, EveryValueIsReadBackUnchanged) {
   const Dictionary binary{{"moment", propertylist::Date{0.5}}};
   ASSERT_TRUE(Store(file, &troubles).clear() && Store(file, &troubles).set("moment", propertylist::Date{0.5}));
   EXPECT_EQ(Store(file, &troubles).contents(), binary) << "in the binary form: XML has whole seconds only";
-  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(reported, IsEmpty());
 }
 
 TEST(StoreTroublesTest, ProblemsAreKeptForTheFirstListener) {
   StoreTroubles troubles;
-  std::vector<std::string> told;
-  const auto listen = [&](const StoreTrouble& trouble) { told.push_back(trouble.error.file); };
+  std::vector<std::string> reported;
+  const auto listen = [&](const StoreTrouble& trouble) { reported.push_back(trouble.error.file); };
   const auto report = [&](const char* file) {
     troubles.report(
         {.kind = StoreTrouble::Kind::Unread, .error = {.code = Error::Code::Io, .message = "", .file = file}});
@@ -200,7 +200,7 @@ TEST(StoreTroublesTest, ProblemsAreKeptForTheFirstListener) {
   report("later");
   troubles.setListener(nullptr);
   report("late");
-  EXPECT_THAT(told, ElementsAre("early", "later"));
+  EXPECT_THAT(reported, ElementsAre("early", "later"));
 }
 
 TEST(StoreKeyTest, BytesOfPathsThatAreNotUtf8AreEscaped) {

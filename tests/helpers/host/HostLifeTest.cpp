@@ -277,7 +277,7 @@ TEST_F(HostLife, ASuccessorEndsWithAHostThatIsAskedToEnd) {
   Signpost pipe(folder.path() / "pipe");
   const auto agents = agentFolders(Roots::below(folder.path())).front();
   fs::create_directories(agents);
-  fs::copy_file(lastingJob("told", pipe), agents / "told.plist");
+  fs::copy_file(lastingJob("shared", pipe), agents / "shared.plist");
   auto successor = std::async(std::launch::async, [&] { return startOn(":2", {"--login"}, "c2", Detached::No); });
   pipe.line();  // the host of the first session loads the jobs for the second login
   ASSERT_TRUE(embedded.quit());

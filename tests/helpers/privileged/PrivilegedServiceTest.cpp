@@ -133,15 +133,15 @@ TEST(ListenerTest, OnlyTheProcessThatAskedIsLetInAndTheFolderGoes) {
   EXPECT_TRUE(fs::is_empty(root.path()));
 }
 
-TEST(ElevationTest, EachWayHasItsCommand) {
+TEST(ElevationTest, EachMethodHasItsCommand) {
   const std::string program = "/opt/it's \"here\"/mirvel-privileged";
   const std::string process = ProcessIdentity::ofThisProcess().text();
-  using Way = Elevation::Way;
-  EXPECT_THAT((Elevation{Way::None}.command(program, {"--root", "/r"})), ElementsAre(program, "--root", "/r"));
-  EXPECT_THAT((Elevation{Way::Pkexec, "/usr/bin/pkexec", 1000}.command(program, {})),
+  using Method = Elevation::Method;
+  EXPECT_THAT((Elevation{Method::None}.command(program, {"--root", "/r"})), ElementsAre(program, "--root", "/r"));
+  EXPECT_THAT((Elevation{Method::Pkexec, "/usr/bin/pkexec", 1000}.command(program, {})),
               ElementsAre("/usr/bin/pkexec", "--disable-internal-agent", program));
   EXPECT_THAT(
-      (Elevation{Way::Osascript, "/usr/bin/osascript", 501}.command(program, {})),
+      (Elevation{Method::Osascript, "/usr/bin/osascript", 501}.command(program, {})),
       ElementsAre("/usr/bin/osascript", "-e",
                   R"x(do shell script "\"/opt/it's \\\"here\\\"/mirvel-privileged\" \"--user\" \"501\" \"--process\" )x"
                   R"x(\")x" +
@@ -170,47 +170,48 @@ class ToolTest : public testing::Test {
   testdata::TemporaryFolder folder;
   std::shared_ptr<wire::Reaper> reaper = std::make_shared<wire::Reaper>(std::chrono::seconds(20));
 
-  Result<std::shared_ptr<PrivilegedStart>> begin(Elevation::Way way, const std::string& script) {
+  Result<std::shared_ptr<PrivilegedStart>> begin(Elevation::Method method, const std::string& script) {
     const std::string tool = folder.write("tool", "#!/bin/sh\n" + script);
     ::chmod(tool.c_str(), 0755);
-    return PrivilegedStart::begin({.way = way, .tool = tool}, way == Elevation::Way::None ? tool : "/helper", {},
-                                  reaper);
+    return PrivilegedStart::begin({.method = method, .tool = tool},
+                                  method == Elevation::Method::None ? tool : "/helper", {}, reaper);
   }
 };
 
 TEST_F(ToolTest, WhatFailsTellsWhy) {
-  using Way = Elevation::Way;
+  using Method = Elevation::Method;
   using Refusal = HelperConnections::Refusal;
   constexpr const char* pkexecFails = "echo 'Error executing command as another user: ";
   struct Row {
-    Way way;
+    Method method;
     std::string script;
     bool isError, isCancelled;
     Refusal refusal = Refusal::Unknown;
   };
   const std::vector<Row> rows{
-      {Way::Pkexec, "exit 126", false, true},
-      {Way::Pkexec, std::string(pkexecFails) + "Not authorized' >&2; exit 127", false, false, Refusal::NotAuthorised},
-      {Way::Pkexec, std::string(pkexecFails) + "No authentication agent found.' >&2; exit 127", false, false,
-       Refusal::NoAgent},
-      {Way::Pkexec, "echo 'Error getting authority: Could not connect' >&2; exit 127", false, false,
-       Refusal::NoService},
-      {Way::Pkexec, "echo 'pkexec must be setuid root' >&2; exit 127", true, false},
-      {Way::Pkexec, "echo \"mirvel-privileged: can't\" >&2; exit 2", true, false},
-      {Way::Pkexec, "test -z \"$SHELL$XDG_RUNTIME_DIR$HOME\" && test \"$LC_ALL\" = C && exit 126", false, true},
-      {Way::Pkexec, "echo hello; exec cat", true, false},
-      {Way::Osascript, "echo 'execution error: User canceled. (-128)' >&2; exit 1", false, true},
-      {Way::Osascript, "echo 'The user name or password was incorrect. (-60005)' >&2; exit 1", false, false,
+      {Method::Pkexec, "exit 126", false, true},
+      {Method::Pkexec, std::string(pkexecFails) + "Not authorized' >&2; exit 127", false, false,
        Refusal::NotAuthorised},
-      {Way::Osascript, "exit 126", true, false},
-      {Way::Osascript, "echo /run/mirvel/socket", true, false},
-      {Way::Osascript, "echo /run/mirvel/socket; echo xyz", true, false},
-      {Way::Osascript, "echo /nowhere/socket; echo 00ff", true, false},
-      {Way::None, "exit 126", true, false},
-      {Way::None, "kill -9 $$", true, false},
+      {Method::Pkexec, std::string(pkexecFails) + "No authentication agent found.' >&2; exit 127", false, false,
+       Refusal::NoAgent},
+      {Method::Pkexec, "echo 'Error getting authority: Could not connect' >&2; exit 127", false, false,
+       Refusal::NoService},
+      {Method::Pkexec, "echo 'pkexec must be setuid root' >&2; exit 127", true, false},
+      {Method::Pkexec, "echo \"mirvel-privileged: can't\" >&2; exit 2", true, false},
+      {Method::Pkexec, "test -z \"$SHELL$XDG_RUNTIME_DIR$HOME\" && test \"$LC_ALL\" = C && exit 126", false, true},
+      {Method::Pkexec, "echo hello; exec cat", true, false},
+      {Method::Osascript, "echo 'execution error: User canceled. (-128)' >&2; exit 1", false, true},
+      {Method::Osascript, "echo 'The user name or password was incorrect. (-60005)' >&2; exit 1", false, false,
+       Refusal::NotAuthorised},
+      {Method::Osascript, "exit 126", true, false},
+      {Method::Osascript, "echo /run/mirvel/socket", true, false},
+      {Method::Osascript, "echo /run/mirvel/socket; echo xyz", true, false},
+      {Method::Osascript, "echo /nowhere/socket; echo 00ff", true, false},
+      {Method::None, "exit 126", true, false},
+      {Method::None, "kill -9 $$", true, false},
   };
   for (const auto& row : rows) {
-    const auto start = begin(row.way, row.script);
+    const auto start = begin(row.method, row.script);
     ASSERT_TRUE(start) << row.script;
     const auto elevated = (*start)->finish();
     ASSERT_EQ(!elevated, row.isError) << row.script;
@@ -229,7 +230,7 @@ TEST_F(ToolTest, QuittingWhileTheUserIsAskedWaitsForNothing) {
         folder.write("tool", std::string("#!/bin/sh\n") + deed + "\n: >'" + mark.string() + "'\nexec sleep 600\n");
     ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
     {
-      Connections connections({.action = {}, .privileged = "/helper", .elevation = {Elevation::Way::Pkexec, tool}});
+      Connections connections({.action = {}, .privileged = "/helper", .elevation = {Elevation::Method::Pkexec, tool}});
       connections.connect([](const auto& answer) { EXPECT_FALSE(answer.connection); }, [](const Error&) {});
       EXPECT_TRUE(connections.queue.runUntil([&] { return fs::exists(mark); })) << deed;
     }
@@ -239,7 +240,7 @@ TEST_F(ToolTest, QuittingWhileTheUserIsAskedWaitsForNothing) {
 
 TEST_F(ToolTest, AMachineWithoutTheToolIsARefusal) {
   Connections connections(
-      {.action = {}, .privileged = "/helper", .elevation = {Elevation::Way::Pkexec, "/nowhere/pkexec"}});
+      {.action = {}, .privileged = "/helper", .elevation = {Elevation::Method::Pkexec, "/nowhere/pkexec"}});
   std::optional<HelperConnections::Refusal> refusal;
   connections.connect([&](auto answer) { refusal = answer.refusal; },
                       [&](const Error& error) { FAIL() << error.text(); });

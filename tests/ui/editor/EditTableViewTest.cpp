@@ -40,12 +40,12 @@ constexpr TableFormat variables{.columns = variableColumns, .isDictionary = true
 class EditTableViewTest : public testdata::ProgramFixture {
  protected:
   void show(const TableFormat& format, const std::vector<TableRow>& rows) {
-    told.clear();
+    changes.clear();
     table = std::make_unique<EditTableView>(foundation, platform, format, "PathState");
     table->changed = [this](Editing::Step, const std::string&) {
       std::string text;
       for (const auto& row : table->rows()) text += (text.empty() ? "" : " ") + row.cells[0] + (row.isOn ? "+" : "-");
-      told.push_back(text);
+      changes.push_back(text);
     };
     table->fill(rows);
     table->resize(300, table->sizeHint().height());
@@ -80,7 +80,7 @@ class EditTableViewTest : public testdata::ProgramFixture {
     return result;
   }
 
-  Texts told = {};  ///< the rows after each change, as "a+ b-" by their boxes
+  Texts changes = {};  ///< the rows after each change, as "a+ b-" by their boxes
   std::unique_ptr<EditTableView> table;
 };
 
@@ -90,11 +90,11 @@ TEST_F(EditTableViewTest, EachKeystrokeIsReportedAndReturnEndsEditing) {
   press(Qt::Key_Return);
   ASSERT_TRUE(isEditing());
   type("xy");
-  EXPECT_EQ(told, (Texts{"a- x-", "a- xy-"}));
+  EXPECT_EQ(changes, (Texts{"a- x-", "a- xy-"}));
   press(Qt::Key_Return);
   EXPECT_EQ(QApplication::focusWidget(), &list());
   EXPECT_EQ(shown(), (Texts{"a", "xy"}));
-  EXPECT_EQ(told.size(), 2U) << "to end it is no change";
+  EXPECT_EQ(changes.size(), 2U) << "to end it is no change";
 }
 
 TEST_F(EditTableViewTest, EscapeBringsTheOldTextBack) {
@@ -104,16 +104,16 @@ TEST_F(EditTableViewTest, EscapeBringsTheOldTextBack) {
   type("x");
   press(Qt::Key_Escape);
   EXPECT_EQ(shown(), (Texts{"a"}));
-  EXPECT_EQ(told, (Texts{"x-", "a-"}));
+  EXPECT_EQ(changes, (Texts{"x-", "a-"}));
 }
 
 TEST_F(EditTableViewTest, AnAddedRowWithoutATextIsEditedAtOnce) {
   show(boxes, rowsOf(Map{{"a", false}}));
   click(addButton());
   ASSERT_TRUE(isEditing());
-  EXPECT_EQ(told, Texts()) << "it is no row until it has a text";
+  EXPECT_EQ(changes, Texts()) << "it is no row until it has a text";
   type("n");
-  EXPECT_EQ(told, (Texts{"a- n+"}));
+  EXPECT_EQ(changes, (Texts{"a- n+"}));
   click(addButton());
   ASSERT_TRUE(isEditing());
   EXPECT_EQ(shown(), (Texts{"a", "n", ""})) << "what was being typed stays";
@@ -145,7 +145,7 @@ TEST_F(EditTableViewTest, PathsComeFromAPanel) {
     EXPECT_EQ(interface.openPanels[0].choosesFolders, row.isFolder);
     EXPECT_EQ(interface.openPanels[0].showsHiddenFiles, row.modifiers != Qt::NoModifier);
     EXPECT_EQ(shown(), row.rows);
-    EXPECT_EQ(told.size(), row.chosen ? 1U : 0U);
+    EXPECT_EQ(changes.size(), row.chosen ? 1U : 0U);
     EXPECT_FALSE(isEditing());
     EXPECT_EQ(list().selectionModel()->selectedRows().size(), row.chosen ? 1 : 0);
     EXPECT_TRUE(!row.chosen || list().selectionModel()->isRowSelected(1));
@@ -179,22 +179,22 @@ TEST_F(EditTableViewTest, TheDeleteKeyDeletesTheRowAndNothingElse) {
   QObject::connect(&job, &QShortcut::activated, [&] { ++deletedJobs; });
   EXPECT_FALSE(deleteButton().isEnabled());
   press(Qt::Key_Delete);
-  EXPECT_TRUE(told.empty()) << "no row is selected";
+  EXPECT_TRUE(changes.empty()) << "no row is selected";
 
   list().setCurrentIndex(cell(1));
   EXPECT_TRUE(deleteButton().isEnabled());
   press(Qt::Key_Delete);
-  EXPECT_EQ(told, (Texts{"a- c-"}));
+  EXPECT_EQ(changes, (Texts{"a- c-"}));
   press(Qt::Key_F2);
   ASSERT_TRUE(isEditing());
   press(Qt::Key_Delete);
-  EXPECT_EQ(told.back(), "a- -") << "in a text it deletes a character";
+  EXPECT_EQ(changes.back(), "a- -") << "in a text it deletes a character";
   EXPECT_EQ(deletedJobs, 0);
 
   click(deleteButton());
   EXPECT_EQ(shown(), (Texts{"a"})) << "and the button the row whose text is being edited";
   click(deleteButton());
-  EXPECT_EQ(told.back(), "");
+  EXPECT_EQ(changes.back(), "");
   EXPECT_FALSE(deleteButton().isEnabled());
 }
 
@@ -204,17 +204,17 @@ TEST_F(EditTableViewTest, TheOnlyRowCanBeDeletedWithoutAMouse) {
   QTest::keyClick(&addButton(), Qt::Key_Backtab);
   ASSERT_EQ(QApplication::focusWidget(), &list());
   press(Qt::Key_Delete);
-  EXPECT_EQ(told, (Texts{""}));
+  EXPECT_EQ(changes, (Texts{""}));
 }
 
 TEST_F(EditTableViewTest, BoxesAreTickedByKeyAndByClick) {
   show(boxPaths, rowsOf(Map{{"/a", false}, {"/b", true}}));
   list().setCurrentIndex(cell(0));
   press(Qt::Key_Space);
-  EXPECT_EQ(told, (Texts{"/a+ /b+"}));
+  EXPECT_EQ(changes, (Texts{"/a+ /b+"}));
   const QRect second = list().visualRect(cell(1));
   QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, QPoint(second.left() + 10, second.center().y()));
-  EXPECT_EQ(told, (Texts{"/a+ /b+", "/a+ /b-"}));
+  EXPECT_EQ(changes, (Texts{"/a+ /b+", "/a+ /b-"}));
 }
 
 TEST_F(EditTableViewTest, ToolTipsShowTheLiteralText) {
@@ -279,10 +279,10 @@ TEST_F(EditTableViewTest, HeadersSortWhatIsShownAndEditsReachTheRightRow) {
   list().sortByColumn(0, Qt::AscendingOrder);
   EXPECT_EQ(shown(), (Texts{"a", "b"}));
   EXPECT_EQ(list().currentIndex().row(), 1) << "the selection moves along";
-  EXPECT_TRUE(told.empty());
+  EXPECT_TRUE(changes.empty());
   press(Qt::Key_F2);
   type("c");
-  EXPECT_EQ(told, (Texts{"c- a-"}));
+  EXPECT_EQ(changes, (Texts{"c- a-"}));
 }
 
 TEST_F(EditTableViewTest, RefillingKeepsTheSelectionAndTheCellThatIsEdited) {
@@ -305,7 +305,7 @@ TEST_F(EditTableViewTest, RefillingKeepsTheSelectionAndTheCellThatIsEdited) {
     EXPECT_EQ(qobject_cast<const QLineEdit*>(editor)->text(), QLatin1String(refill.edited));
     EXPECT_TRUE(list().selectionModel()->isRowSelected(1));
   }
-  EXPECT_TRUE(told.empty());
+  EXPECT_TRUE(changes.empty());
 }
 
 TEST_F(EditTableViewTest, ALockedTableStillLetsRowsBeDeleted) {
@@ -315,9 +315,9 @@ TEST_F(EditTableViewTest, ALockedTableStillLetsRowsBeDeleted) {
   list().setCurrentIndex(cell(0));
   for (const Qt::Key key : {Qt::Key_F2, Qt::Key_Return, Qt::Key_Space, Qt::Key_Insert}) press(key);
   EXPECT_FALSE(isEditing());
-  EXPECT_TRUE(told.empty());
+  EXPECT_TRUE(changes.empty());
   press(Qt::Key_Delete);
-  EXPECT_EQ(told, Texts{""});
+  EXPECT_EQ(changes, Texts{""});
 }
 
 }  // namespace

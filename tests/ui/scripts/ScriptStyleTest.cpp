@@ -33,7 +33,7 @@ QColor front(const QsciScintilla& text, int style) {
   return fromScintilla(text.SendScintilla(QsciScintilla::SCI_STYLEGETFORE, style));
 }
 
-QColor behind(const QsciScintilla& text, int style) {
+QColor back(const QsciScintilla& text, int style) {
   return fromScintilla(text.SendScintilla(QsciScintilla::SCI_STYLEGETBACK, style));
 }
 
@@ -57,9 +57,9 @@ class ScriptStyleTest : public testing::Test {
   void expectEveryStyleReadable(const std::string& context) {
     for (int style = 0; style <= QsciScintilla::STYLE_MAX; ++style) {
       const QColor color = front(m_editor, style);
-      EXPECT_GE(contrast(color, behind(m_editor, style)), leastContrast) << context << ", style " << style;
+      EXPECT_GE(contrast(color, back(m_editor, style)), leastContrast) << context << ", style " << style;
       EXPECT_GE(contrast(color, look().currentLine), leastContrast) << context << ", style " << style;
-      EXPECT_EQ(behind(m_editor, style), m_text.palette().color(QPalette::Base)) << context << ", style " << style;
+      EXPECT_EQ(back(m_editor, style), m_text.palette().color(QPalette::Base)) << context << ", style " << style;
     }
   }
 

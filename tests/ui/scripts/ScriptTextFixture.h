@@ -11,17 +11,17 @@
 namespace mirvel::ui {
 
 /// The editors with which each test runs.
-enum class Editing { Coloured, Plain };
+enum class EditorKind { Coloured, Plain };
 
-inline std::string nameOf(const testing::TestParamInfo<Editing>& info) {
-  return info.param == Editing::Coloured ? "Coloured" : "Plain";
+inline std::string nameOf(const testing::TestParamInfo<EditorKind>& info) {
+  return info.param == EditorKind::Coloured ? "Coloured" : "Plain";
 }
 
 /// A script in the module's editor, or in the one used without the module.
-class ScriptTextFixture : public testdata::ProgramFixture, public testing::WithParamInterface<Editing> {
+class ScriptTextFixture : public testdata::ProgramFixture, public testing::WithParamInterface<EditorKind> {
  protected:
   ScriptText* makeText(QWidget* parent = nullptr) {
-    const auto module = GetParam() == Editing::Coloured ? scriptModule() : folder.path() / "none.so";
+    const auto module = GetParam() == EditorKind::Coloured ? scriptModule() : folder.path() / "none.so";
     return makeScriptText(console, foundation.localize, QStringLiteral("Script"), parent, module);
   }
   /// The inner widget, which has the focus.
@@ -35,4 +35,4 @@ class ScriptTextFixture : public testdata::ProgramFixture, public testing::WithP
 
 /// Instantiates the tests for both editors.
 #define MIRVEL_TEST_EDITINGS(name) \
-  INSTANTIATE_TEST_SUITE_P(, name, testing::Values(Editing::Coloured, Editing::Plain), nameOf)
+  INSTANTIATE_TEST_SUITE_P(, name, testing::Values(EditorKind::Coloured, EditorKind::Plain), nameOf)

@@ -24,7 +24,7 @@ TEST(Palettes, TextContrastsWithItsBackground) {
   const struct {
     Palette::ColorGroup group;
     Palette::ColorRole text;
-    Palette::ColorRole behind;
+    Palette::ColorRole background;
     double least;
   } rows[] = {
       {Palette::Active, Palette::WindowText, Palette::Window, 7},
@@ -47,12 +47,12 @@ TEST(Palettes, TextContrastsWithItsBackground) {
     const QPalette palette = paletteOf(scheme);
     EXPECT_EQ(schemeOf(palette), scheme);
     for (const auto& row : rows) {
-      EXPECT_GE(contrast(palette.color(row.group, row.text), palette.color(row.group, row.behind)), row.least)
+      EXPECT_GE(contrast(palette.color(row.group, row.text), palette.color(row.group, row.background)), row.least)
           << "scheme " << static_cast<int>(scheme) << ", group " << row.group << ", " << row.text << " on "
-          << row.behind;
+          << row.background;
     }
-    for (const auto behind : {QPalette::Base, QPalette::Window}) {
-      EXPECT_GE(contrast(invalidData(palette), palette.color(behind)), 4.5) << behind;
+    for (const auto background : {QPalette::Base, QPalette::Window}) {
+      EXPECT_GE(contrast(invalidData(palette), palette.color(background)), 4.5) << background;
     }
     EXPECT_GT(contrast(palette.color(QPalette::Text), palette.color(QPalette::Base)),
               2 * contrast(palette.color(QPalette::Disabled, QPalette::Text), palette.color(QPalette::Base)))

@@ -10,9 +10,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class EditingTest : public MachineFixture {
+class EditedJobTest : public MachineFixture {
  protected:
-  EditingTest() {
+  EditedJobTest() {
     write("backup",
           {{"ProgramArguments", propertylist::Array{"/bin/echo", "before"}}, {"Disabled", true}, {"Odd", "kept"}});
     start(Mode::List, 1);
@@ -48,7 +48,7 @@ class EditingTest : public MachineFixture {
   }
 };
 
-TEST_F(EditingTest, AJobIsChangedSavedRunDiscardedAndRestored) {
+TEST_F(EditedJobTest, AJobIsChangedSavedRunDiscardedAndRestored) {
   const std::string before = testdata::bytes(file("backup"));
   const auto script = machine() / "say hello.sh";
   std::ofstream(script) << "#!/bin/sh\necho \"$1\" >> '" << output.string() << "'\n";
