@@ -69,12 +69,12 @@ seconds readTime(Reader& text) {
 /// nullopt without an offset: the time is local then.
 std::optional<seconds> readOffset(Reader& text) {
   if (text.take('Z')) return seconds(0);
-  const bool isBehind = text.take('-');
-  if (!isBehind && !text.take('+')) return std::nullopt;
+  const bool isWest = text.take('-');
+  if (!isWest && !text.take('+')) return std::nullopt;
   seconds offset = hours(text.number(2, 23));
   const bool hasColon = text.take(':');
   if (hasColon || !text.isAtEnd()) offset += minutes(text.number(2, 59));
-  return isBehind ? -offset : offset;
+  return isWest ? -offset : offset;
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 namespace mirvel::demo {
 
-/// A folder that stands for a whole machine: a home folder, the job folders of the user, of all users and of the
+/// A folder that represents a whole machine: a home folder, the job folders of the user, of all users and of the
 /// system, login items, startup items and privileged helper tools, all filled with samples. Nothing outside of it is
 /// touched. The folder isn't deleted by this class; its creator may do so at any time.
 class SampleRoot {

@@ -39,7 +39,7 @@ std::string_view asArgument(char character) {
   }
 }
 
-std::string_view asItStands(char) {
+std::string_view unchanged(char) {
   return {};
 }
 
@@ -48,7 +48,7 @@ using Escape = std::string_view (*)(char);
 
 Escape escapeOf(const std::filesystem::path& file) {
   if (file.extension() == ".plist") return asXml;
-  return file.extension() == ".desktop" ? asArgument : asItStands;
+  return file.extension() == ".desktop" ? asArgument : unchanged;
 }
 
 std::string escaped(std::string_view text, Escape escape) {

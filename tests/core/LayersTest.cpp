@@ -1,4 +1,4 @@
-// Compiles with what the core's target hands on, and nothing more: no header of Qt may be within reach of that.
+// Compiles with the include paths that the core's target exports and no others: no Qt header may be reachable.
 #if __has_include(<QObject>) || __has_include(<QtCore/qobject.h>) || __has_include(<QtWidgets/qwidget.h>)
 #error "the core can reach a header of Qt"
 #endif

@@ -9,8 +9,8 @@
 
 namespace mirvel::testdata {
 
-/// Ends the job host of the machine below a folder, if one was started there: helpers start it when they need it. To be
-/// declared behind the folder.
+/// Ends the job host of the machine below a folder, if one was started there: helpers start it when they need it. Must
+/// be declared after the folder.
 class EndsHost {
  public:
   explicit EndsHost(const std::filesystem::path& root) : m_client(HostPlaces::of(Roots::below(root)).socket) {}

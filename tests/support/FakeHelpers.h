@@ -10,7 +10,7 @@
 
 namespace mirvel::testdata {
 
-/// Stands in for both helpers: records the requests, which the test answers.
+/// Replaces both helpers: records the requests, which the test answers.
 class FakeHelpers final : public HelperConnections {
  public:
   struct Request {

@@ -8,7 +8,7 @@ int main(int argc, char** argv) {
 #ifdef MIRVEL_FONTS
   qputenv("FONTCONFIG_FILE", MIRVEL_FONTS);
 #endif
-  qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");  // the desktop of whoever runs the tests is left alone
+  qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");  // tests don't affect the desktop of their user
   ::testing::InitGoogleTest(&argc, argv);
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);

@@ -45,7 +45,7 @@ class ActionController {
   void cancel(const Action::Shared& action);
 
   /// Connects to the helper that acts as root, which may ask the user for a password. Calls made while the user is
-  /// being asked get the same answer. If it is false, the user has been told why.
+  /// being asked get the same answer. If it is false, an alert has said why.
   void authorise(std::function<void(bool isGranted)> answer);
   bool isAuthorised() const { return m_privileged.isOpen(); }
   /// Whether the user is being asked for a password.

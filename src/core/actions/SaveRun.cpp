@@ -110,7 +110,7 @@ void SaveRun::answered(bool isDone) {
   failed();
 }
 
-/// The user has been told why.
+/// The reason has been shown to the user.
 void SaveRun::failed() {
   switch (*m_role) {
     case Role::UnloadOld:
@@ -152,7 +152,7 @@ void SaveRun::rollBack() {
   next();
 }
 
-/// A rollback doesn't ask for another password; instead the user is told that the file remains.
+/// A rollback doesn't ask for another password; instead an alert says that the file remains.
 void SaveRun::addRemovalOfNew() {
   const bool isRoots = m_job->kind != Kind::userAgent;
   if (!isRoots || m_actions.isAuthorised()) return addStep(Action::delete_(m_plan.to, m_plan.label), isRoots);

@@ -58,7 +58,7 @@ std::shared_ptr<Launchd> makeNewJob(const CreationContext& context, const proper
 
 /// Saves a job to a new file, which also loads it unless it is disabled, and selects it. It isn't selected if the save
 /// fails before this function returns. `ended` is called once, possibly before this function returns, with whether
-/// the file was written; the user has been told of a failure.
+/// the file was written; a failure has been shown to the user.
 void saveNewJob(const CreationContext& context, const std::shared_ptr<Launchd>& job,
                 const std::function<void(bool isWritten)>& ended = {});
 

@@ -97,7 +97,7 @@ FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld);
 /// The text of a single field, and the rows of a table: as entered if they can't be saved, otherwise those of the
 /// record.
 std::string fieldText(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);
-/// Whether a text that was entered in a field already stands for its value: "1,000" and "1000" are the same number.
+/// Whether a text that was entered in a field already represents its value: "1,000" and "1000" are the same number.
 bool matchesValue(const Field& field, const std::string& text, const Scheduled::NumberText& numbers,
                   const jobfile::Plist& plist, const Unfinished& unfinished);
 std::vector<TableRow> fieldRows(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);

@@ -20,7 +20,7 @@ struct UserEntry {
 /// thus take long. Thread-safe.
 std::optional<UserEntry> userEntry(uid_t user);
 
-/// The full name in a comment field: the part before the first comma, in which `&` stands for the capitalized login
+/// The full name in a comment field: the part before the first comma, in which `&` means the capitalized login
 /// name; the login name if that is blank.
 ///
 ///     personName("Anna Example,Room 3", "anna")  // "Anna Example"

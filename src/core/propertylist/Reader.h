@@ -11,7 +11,7 @@ namespace mirvel::propertylist {
 
 class Positions;
 
-/// Reads an XML or binary property list; the bytes tell which. Accepts what the macOS reader accepts and rejects what
+/// Reads an XML or binary property list, detected by its bytes. Accepts what the macOS reader accepts and rejects what
 /// it rejects, except for the differences in docs/PROPERTY-LISTS.md:
 ///
 /// - XML may be in UTF-8, UTF-16, UTF-32 or any encoding that its declaration names. Declaration, DOCTYPE and <plist>

@@ -94,7 +94,7 @@ struct Set {
 };
 
 /// A map from distinct keys to values, sorted by UTF-16 code unit, which is the order in which macOS writes keys.
-/// Lookup is a binary search; adding and removing move the entries behind the key. Pointers and iterators are
+/// Lookup is a binary search; adding and removing move the entries after the key. Pointers and iterators are
 /// invalidated by `set`, `remove` and assignment.
 ///
 ///     Dictionary job{{"Label", "local.backup"}, {"StartInterval", 300}};

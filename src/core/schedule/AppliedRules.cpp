@@ -180,7 +180,7 @@ std::vector<Interval> edited(const std::vector<Interval>& intervals, const std::
   return result;
 }
 
-/// Restores the order of the file; new intervals stay behind the one that they follow.
+/// Restores the order of the file; new intervals stay after the one that they follow.
 void sortByOrigin(std::vector<Interval>& intervals) {
   std::vector<std::pair<std::size_t, Interval>> placed;
   std::size_t place = 0;

@@ -130,7 +130,7 @@ void GeneralEditSection::fill(const Launchd& launchd) {
   updateIcon(launchd);
   m_form.fill(launchd);
   m_forPopUpButton->setCurrentIndex(m_forPopUpButton->findData(launchd.kind.rawValue()));
-  // A text that stands for the same command is kept as it was typed.
+  // Text that is equivalent to the same command is kept as it was typed.
   const std::string& command = launchd.plist().run;
   if (m_command != command) m_runValueTextField->setText(command);
   m_command = command;

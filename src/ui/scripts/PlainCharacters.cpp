@@ -51,7 +51,7 @@ bool endsLine(QChar unit) {
   return unit == QLatin1Char('\n') || unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator;
 }
 
-/// Whether a unit outside of surrogate pairs stands for an escaped byte.
+/// Whether a unit outside of surrogate pairs represents an escaped byte.
 bool isEscape(QChar unit) {
   return unit.unicode() >= escapes && unit.unicode() <= escapes + 0xFF;
 }

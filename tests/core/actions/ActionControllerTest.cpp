@@ -250,7 +250,7 @@ TEST_F(ActionControllerTest, QuittingClosesThePrivilegedConnectionAndAsksAboutTh
   EXPECT_THAT(interface.sheets, SizeIs(1)) << "it asks again";
 }
 
-TEST_F(ActionControllerTest, AnAuthorisationAfterTheProgramsEndIsDropped) {
+TEST_F(ActionControllerTest, AnAuthorisationAfterTheEndOfTheProgramIsDropped) {
   helpers.isHandshakeHeld = true;
   savedJob(Kind::localDaemon);
   endProgram();

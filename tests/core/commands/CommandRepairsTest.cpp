@@ -125,7 +125,7 @@ TEST_F(CommandRepairsTest, KnownToolsAndPathsAskNobody) {
   EXPECT_EQ(which.words, std::vector<std::string>{"grep"});
 }
 
-TEST_F(CommandRepairsTest, TildesBecomeTheHomeFolderWhereTheyStandForIt) {
+TEST_F(CommandRepairsTest, TildesThatMeanTheHomeFolderAreExpanded) {
   const std::vector<std::pair<std::string, std::string>> rows{
       {"~", "/Users/x"},
       {"~/a ~/b", "/Users/x/a /Users/x/b"},

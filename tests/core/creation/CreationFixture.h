@@ -11,7 +11,7 @@ namespace mirvel {
 class CreationFixture : public testdata::ProgramFixture {
  protected:
   CreationFixture() {
-    // Most jobs of the tests are to hold nothing that nobody asked for.
+    // Most tests expect jobs that contain only what they enter.
     (void)foundation.defaults.setAutomaticPATH(false);
   }
 

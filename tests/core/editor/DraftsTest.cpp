@@ -47,7 +47,7 @@ class DraftsTest : public testdata::ProgramFixture {
   std::unique_ptr<testdata::RecordingShell> shell;
 };
 
-TEST_F(DraftsTest, AnEditThatACrashCutOffGoesOn) {
+TEST_F(DraftsTest, AnEditInterruptedByACrashContinues) {
   editAndCrash();
   ASSERT_THAT(interface.sheets, SizeIs(1));
   EXPECT_EQ(interface.sheets.front().first.message, "Your unsaved changes to “a” were kept");
@@ -163,7 +163,7 @@ TEST_F(DraftsTest, TheEditOfAJobThatIsGoneIsPutAside) {
   EXPECT_THAT(interface.sheets, IsEmpty());
 }
 
-TEST_F(DraftsTest, AnEndAtWhichNobodyIsAskedKeepsTheEdit) {
+TEST_F(DraftsTest, EndingWithoutAQuestionKeepsTheEdit) {
   start();
   edit("a", 5);
   program().termination.endUnasked();

@@ -105,7 +105,7 @@ TEST_F(EditControllerTest, AFieldThatCantBeSavedIsNamedAndTheEditGoesOn) {
   edit();
   stack.refused = InvalidField{"Rule 1", "no number"};
   controller.save();
-  EXPECT_EQ(stack.endedEditing, 1) << "what is being typed counts";
+  EXPECT_EQ(stack.endedEditing, 1) << "text being typed is included";
   EXPECT_THAT(interface.errors, ElementsAre(std::pair(std::string("Rule 1"), std::string("no number"))));
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
@@ -171,7 +171,7 @@ TEST_F(EditControllerTest, AFileWrittenByAFailedSaveIsNoConflict) {
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 
-TEST_F(EditControllerTest, AnEditBeforeTheScanThatFollowsASaveBeginsWithWhatWasSaved) {
+TEST_F(EditControllerTest, AnEditBeforeTheNextScanStartsFromTheSavedRecord) {
   const auto saveFirst = [this] {
     edit();
     controller.save();
@@ -192,7 +192,7 @@ TEST_F(EditControllerTest, AnEditBeforeTheScanThatFollowsASaveBeginsWithWhatWasS
   changeFile();
   program().editing.markJobChanged()->plist().nice = 8;
   controller.save();
-  EXPECT_THAT(interface.sheets, SizeIs(1)) << "but that one did";
+  EXPECT_THAT(interface.sheets, SizeIs(1)) << "but it did write this one";
 }
 
 TEST_F(EditControllerTest, AnotherProgramsChangesAreShownWhenAnEditIsDiscarded) {
@@ -246,7 +246,7 @@ TEST_F(EditControllerTest, TheirVersionIsTakenWithoutAChangeOfMineToo) {
 }
 
 // Before the scan has read the job again.
-TEST_F(EditControllerTest, DiscardedEditsAreGoneAtOnce) {
+TEST_F(EditControllerTest, DiscardedEditsAreGoneBeforeTheScan) {
   edit();
   program().selection.job()->kind = Kind::localDaemon;
   controller.discardEdits();
@@ -264,7 +264,7 @@ TEST_F(EditControllerTest, DiscardedEditsAreGoneAtOnce) {
   EXPECT_THAT(helpers.requests, IsEmpty());
 }
 
-TEST_F(EditControllerTest, AChangeThatComesWhileThePasswordIsAskedForIsAskedAbout) {
+TEST_F(EditControllerTest, AChangeDuringThePasswordDialogIsAskedAbout) {
   file = writeJob(Kind::localDaemon, "root", {{"Program", "/bin/ls"}});
   scan();
   program().selection.select(jobNamed("root"));
@@ -301,7 +301,7 @@ TEST_F(EditControllerTest, AJobThatMayNotBeEditedIsntSaved) {
   EXPECT_THAT(helpers.requests, SizeIs(1));
 }
 
-TEST_F(EditControllerTest, AFileThatIsGoneOrNoLongerAJobIsNoObstacle) {
+TEST_F(EditControllerTest, AMissingOrMalformedFileDoesntPreventSaving) {
   edit();
   std::filesystem::remove(file);
   controller.save();

@@ -35,7 +35,7 @@ TEST(LineDiffTest, CommonLinesAreAligned) {
   for (const auto& row : table) EXPECT_EQ(shown(lineDiff(row.mine, row.theirs)), row.diff);
 }
 
-TEST(LineDiffTest, BothTextsCanBeTakenFromIt) {
+TEST(LineDiffTest, BothTextsCanBeReconstructed) {
   std::minstd_rand random(1);
   const auto makeText = [&](std::size_t lines) {
     std::string text;

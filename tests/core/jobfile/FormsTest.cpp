@@ -31,7 +31,7 @@ std::vector<Written> unchanged(const char* key, const std::vector<propertylist::
   return rows;
 }
 
-TEST(FormsTest, PlainValuesAreWrittenAsTheyStandEvenFalseAndEmpty) {
+TEST(FormsTest, PlainValuesAreWrittenUnchangedEvenFalseAndEmpty) {
   expectWritten({
       {"RunAtLoad", false, false},
       {"Disabled", true, true},
@@ -162,7 +162,7 @@ TEST(FormsTest, MachServicesKeepTheirFormsAndLoseWhatDoesntFit) {
   expectWritten(table);
 }
 
-TEST(FormsTest, InetdCompatibilityTakesBooleansAndIntegers) {
+TEST(FormsTest, InetdCompatibilityAcceptsBooleansAndIntegers) {
   expectWritten(unchanged("inetdCompatibility", {Dict{}, Dict{{"Wait", true}, {"Instances", 42}}}));
   expectWritten({{"inetdCompatibility", Dict{{"Wait", false}, {"a", "x"}, {"b", 1.0}, {"c", List{}}, {"d", tooLarge}},
                   Dict{{"Wait", false}}}});

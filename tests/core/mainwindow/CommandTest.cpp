@@ -39,7 +39,7 @@ std::vector<Command> all() {
   return result;
 }
 
-TEST(CommandRules, EachConditionTakesAwayItsCommandsAndNoOthers) {
+TEST(CommandRules, EachConditionDisablesItsCommandsAndNoOthers) {
   struct Row {
     std::string condition;
     Change change;

@@ -56,7 +56,7 @@ TEST(TimelineTexts, AreThoseOfTheLanguageAndTheZone) {
   }
 }
 
-TEST(TimelineTexts, TellDurationsInHoursMinutesAndSeconds) {
+TEST(TimelineTexts, FormatDurationsInHoursMinutesAndSeconds) {
   const Localize english("en"), german("de");
   const TimelineTexts texts(english, "UTC");
   const std::pair<std::int64_t, const char*> rows[] = {

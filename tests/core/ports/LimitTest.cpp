@@ -7,7 +7,7 @@
 namespace mirvel {
 namespace {
 
-TEST(DelayTest, DropsClosuresOfAnOwnerThatHasGone) {
+TEST(DelayTest, DropsClosuresOfADestroyedOwner) {
   testdata::VirtualQueue queue;
   int runs = 0;
   {

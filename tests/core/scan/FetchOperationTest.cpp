@@ -118,7 +118,7 @@ TEST_F(FetchOperationTest, AnyReadableListIsAJobAndNothingElseIs) {
   EXPECT_EQ(jobNamed("linked")->url.text(), file("link.plist")) << "the link is the job, not its target";
 }
 
-TEST_F(FetchOperationTest, AFolderTooLargeForTheCacheIsReadAsAnyOther) {
+TEST_F(FetchOperationTest, AFolderTooLargeForTheCacheIsReadLikeAnyOther) {
   for (std::size_t i = 0; i < FileCache::countLimit; ++i) writeJob(Kind::userAgent, "job" + std::to_string(i));
   (void)write(Kind::userAgent, "last.plist", jobText("last", {{"Program", std::string(100'000, 'x')}}));
   (void)write(Kind::userAgent, "empty.plist", "");

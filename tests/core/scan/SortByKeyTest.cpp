@@ -9,7 +9,7 @@
 namespace mirvel {
 namespace {
 
-TEST(SortByKeyTest, SortsAsAComparisonOfWholeKeysDoesAndKeepsTheOrderOfEqualOnes) {
+TEST(SortByKeyTest, SortsLikeAStableComparisonOfWholeKeys) {
   std::mt19937 random(7);
   const auto number = [&random](std::size_t below) {
     return std::uniform_int_distribution<std::size_t>(0, below - 1)(random);

@@ -93,7 +93,7 @@ TEST_F(FetcherTest, AJobThatIsToBeReadAgainMakesTheNextScanPublish) {
   EXPECT_FALSE(jobNamed("a")->isToBeReadAgain());
 }
 
-TEST_F(FetcherTest, AnOldCatalogueIsGivenUpOnceANewOneIsThere) {
+TEST_F(FetcherTest, TheOldCatalogueIsReleasedOnceANewOneExists) {
   scan();
   const std::weak_ptr<Job> old = program().catalogue.jobs().front();
   writeJob(Kind::userAgent, "c");

@@ -38,7 +38,7 @@ class StoreTest : public testing::Test {
     return result;
   }
   /// The kinds of all reports: (d)amaged, un(r)ead, un(w)ritten.
-  std::string toldKinds() const {
+  std::string reportedKinds() const {
     std::string kinds;
     for (const auto& trouble : reported) kinds += "drw"[static_cast<int>(trouble.kind)];
     return kinds;
@@ -75,7 +75,7 @@ TEST_F(StoreTest, EachDamagedFileIsKeptUnderANewNameAndReportedOnce) {
     const fs::path rescue = folder.path() / ("List.plist.damaged-" + std::to_string(i + 2));
     EXPECT_EQ(testdata::bytes(rescue), damaged[i]);
     EXPECT_EQ(content(), Value(Dictionary{{"key", "new"}}));
-    ASSERT_EQ(toldKinds(), "d") << damaged[i];
+    ASSERT_EQ(reportedKinds(), "d") << damaged[i];
     EXPECT_EQ(reported.front().rescue, rescue);
     EXPECT_EQ(reported.front().error.file, file);
   }
@@ -102,7 +102,7 @@ TEST_F(StoreTest, AFileThatCantBeReadIsLeftAsItIsAndNeverWritten) {
     EXPECT_FALSE(store.set("new", 2));
     EXPECT_FALSE(store.clear());
     EXPECT_EQ(*store.find("new"), Value(2)) << "kept in memory";
-    EXPECT_EQ(toldKinds(), "r");
+    EXPECT_EQ(reportedKinds(), "r");
     EXPECT_THAT(names(), ElementsAre("List.plist"));
     EXPECT_EQ(size(), before);
 
@@ -119,7 +119,7 @@ TEST_F(StoreTest, ChangesAreWrittenByTheNextWriteThatSucceeds) {
   Store store(folder.path() / "blocked" / "List.plist", &troubles);
   EXPECT_FALSE(store.set("a", 1));
   EXPECT_FALSE(store.set("b", 2));
-  EXPECT_EQ(toldKinds(), "w") << "once, until a write succeeds";
+  EXPECT_EQ(reportedKinds(), "w") << "once, until a write succeeds";
   EXPECT_THAT(reported.front().error.text(), HasSubstr("blocked"));
   EXPECT_EQ(store.contents(), (Dictionary{{"a", 1}, {"b", 2}}));
 
@@ -131,7 +131,7 @@ TEST_F(StoreTest, ChangesAreWrittenByTheNextWriteThatSucceeds) {
   fs::remove_all(folder.path() / "blocked");
   folder.write("blocked", "again");
   EXPECT_FALSE(store.set("d", 4));
-  EXPECT_EQ(toldKinds(), "ww");
+  EXPECT_EQ(reportedKinds(), "ww");
 }
 
 TEST_F(StoreTest, AFailureAtAnyStepLosesNeitherTheFileNorTheChange) {
@@ -145,7 +145,7 @@ TEST_F(StoreTest, AFailureAtAnyStepLosesNeitherTheFileNorTheChange) {
     const bool isWritten = static_cast<bool>(store.set("a", "new"));
     failed = calls.failed();
     EXPECT_EQ(isWritten, !failed) << "step " << step;
-    EXPECT_EQ(toldKinds(), failed ? "w" : "") << "step " << step;
+    EXPECT_EQ(reportedKinds(), failed ? "w" : "") << "step " << step;
     EXPECT_EQ(content(), Value(calls.renamed() ? Dictionary{{"a", "new"}, {"b", 1}} : old())) << "step " << step;
     EXPECT_EQ(*store.find("a"), Value("new")) << "step " << step;
     EXPECT_THAT(names(), ElementsAre("List.plist")) << "step " << step;

@@ -73,12 +73,12 @@ TEST_F(RequestHandlerTest, JobsAreWrittenThenStoppedThenLoaded) {
   EXPECT_THAT(host.calls, ElementsAre("unload new"));
 }
 
-TEST_F(RequestHandlerTest, AJobThatGetsAnotherLabelIsStoppedUnderTheOneItHad) {
+TEST_F(RequestHandlerTest, ARelabelledJobIsStoppedUnderItsOldLabel) {
   handler.handle({{"kind", 1}, {"path", path("a.plist")}, {"string", jobText("new")}, {"label", "old"}});
   EXPECT_THAT(host.calls, ElementsAre("unload new", "unload old", "load a.plist"));
 }
 
-TEST_F(RequestHandlerTest, AMoveRemovesTheOldFileOnlyWhenTheNewOneStands) {
+TEST_F(RequestHandlerTest, AMoveRemovesTheOldFileOnlyOnceTheNewOneExists) {
   const fs::path old = put("old.plist", "a");
   put("taken.plist", "b");
   const auto move = [&](const fs::path& to) { return handler.handle(writeRequest(1, to, jobText("a"), old)); };
@@ -103,7 +103,7 @@ TEST_F(RequestHandlerTest, AMoveRemovesTheLinkAndLeavesItsTarget) {
   EXPECT_FALSE(fs::is_symlink(path("link.plist")));
 }
 
-TEST_F(RequestHandlerTest, FoldersOfTheirOwnAreMadeForUuidNamesAndGoWithThem) {
+TEST_F(RequestHandlerTest, FoldersForUuidNamesAreCreatedAndRemovedWithTheirFile) {
   const std::string name = "job/0A1B2C3D-0000-4000-8000-00000000000F.plist";
   EXPECT_EQ(write(1, name, "a"), Dictionary());
   EXPECT_TRUE(fs::exists(path(name)));
@@ -178,7 +178,7 @@ TEST_F(RequestHandlerTest, LoadAndUnloadReachTheHost) {
   EXPECT_NE(handler.handle({{"kind", 5}, {"path", path("gone.plist")}}), Dictionary());
 }
 
-TEST_F(RequestHandlerTest, WhatIsNoGoodRequestDoesNothingAndSaysWhy) {
+TEST_F(RequestHandlerTest, InvalidRequestsDoNothingAndSayWhy) {
   put("a.plist", "a");
   const std::string a = path("a.plist");
   struct Row {
@@ -227,7 +227,7 @@ TEST_F(RequestHandlerTest, WhatIsNoGoodRequestDoesNothingAndSaysWhy) {
   EXPECT_THAT(host.calls, IsEmpty());
 }
 
-TEST_F(RequestHandlerTest, FailuresAreAnsweredInTheirParts) {
+TEST_F(RequestHandlerTest, RepliesContainThePartsOfAFailure) {
   using Deed = HelperFailure::Deed;
   root.write("LaunchAgents/folder.plist/x", "");
   put("a.plist", "a");
@@ -288,7 +288,7 @@ TEST_F(RequestHandlerTest, TestsRunOnceAnswerWithTheirOutputAndAreRemoved) {
   EXPECT_NE(handler.handle(testRequest(job)).find("error"), nullptr);
 }
 
-TEST_F(RequestHandlerTest, TestsThatNobodyRemovedGoWithTheHelperAndCancelledOnesAreNotStarted) {
+TEST_F(RequestHandlerTest, TestsNotRemovedEndWithTheHelperAndCancelledTestsAreNotStarted) {
   const std::string job = root.path() / "test.plist";
   {
     RequestHandler other({.files = files, .host = host, .uninstall = {}});
@@ -304,7 +304,7 @@ TEST_F(RequestHandlerTest, TestsThatNobodyRemovedGoWithTheHelperAndCancelledOnes
   EXPECT_EQ(host.calls.back(), "unload uuid");
 }
 
-TEST_F(RequestHandlerTest, TestsWithAFolderOfTheirOwnTouchNoOther) {
+TEST_F(RequestHandlerTest, TestsInTheirOwnFolderTouchNoOtherFolder) {
   const fs::path own = root.path() / "own";
   fs::create_directory(own);
   RequestHandler other({.files = files, .host = host, .uninstall = {}, .testFolder = own});

@@ -239,7 +239,7 @@ TEST_F(ServiceTest, EachRequestCanBeCancelledAlone) {
   connection->cancel(999);
   (void)askWrite("last", "last");
   ASSERT_TRUE(waitForOutcomes(4));
-  EXPECT_FALSE(connection->hasFailed()) << "to cancel what has been answered is no fault";
+  EXPECT_FALSE(connection->hasFailed()) << "cancelling an answered request isn't an error";
 }
 
 TEST_F(ServiceTest, ATestThatIsRemovedWhileItIsBeingLoadedIsStopped) {
@@ -255,7 +255,7 @@ TEST_F(ServiceTest, ATestThatIsRemovedWhileItIsBeingLoadedIsStopped) {
   EXPECT_EQ(host.unloads, 2);
 }
 
-TEST_F(ServiceTest, APeerThatEndsLeavesNoTestAndNoSaveBehind) {
+TEST_F(ServiceTest, APeerThatEndsLeavesNoTestOrSaveRunning) {
   connect();
   (void)askTest("test");
   (void)askWrite("begun", "begun", true);

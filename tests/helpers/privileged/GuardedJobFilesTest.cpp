@@ -292,7 +292,7 @@ TEST_F(GuardTest, ALabelStopsNoJobButThatOfTheFile) {
   EXPECT_THAT(host.calls, testing::Each("unload mine"));
 }
 
-TEST_F(GuardTest, WhatWasLoadedFromAFileThatHasGoneIsStoppedOrToldOf) {
+TEST_F(GuardTest, JobsWhoseFileHasGoneAreStoppedOrReported) {
   const std::string gone = folder / "gone.plist", damaged = folder / "damaged.plist";
   root.write("LaunchDaemons/damaged.plist", "no list");
   const struct {

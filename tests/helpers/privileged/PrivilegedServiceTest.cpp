@@ -27,7 +27,7 @@ using testing::ElementsAre;
 
 constexpr uid_t nobody = 65534;
 
-TEST(PrivilegedOptionsTest, TheUserComesFromTheElevationAndAnotherRootIsForRootAlone) {
+TEST(PrivilegedOptionsTest, TheUserComesFromTheElevationAndOnlyRootMayGiveAnotherRoot) {
   struct Row {
     std::vector<std::string> words;
     Environment environment;
@@ -106,7 +106,7 @@ TEST(ActingAsTest, OnlyTheThreadItselfHasTheRightsOfTheUser) {
   EXPECT_EQ(::getegid(), 0U);
 }
 
-TEST(ListenerTest, OnlyTheProcessThatAskedIsLetInAndTheFolderGoes) {
+TEST(ListenerTest, OnlyTheRequestingProcessIsAcceptedAndTheFolderIsRemoved) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
   const testdata::TemporaryFolder root;
   ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
@@ -178,7 +178,7 @@ class ToolTest : public testing::Test {
   }
 };
 
-TEST_F(ToolTest, WhatFailsTellsWhy) {
+TEST_F(ToolTest, FailuresStateTheirReason) {
   using Method = Elevation::Method;
   using Refusal = HelperConnections::Refusal;
   constexpr const char* pkexecFails = "echo 'Error executing command as another user: ";

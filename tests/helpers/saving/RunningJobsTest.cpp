@@ -170,7 +170,7 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
   EXPECT_THAT(loaded(Kind::localDaemon), IsEmpty());
 }
 
-TEST_F(RunningJobsTest, UninstallingTakesAwayTheHostsButNoJobFile) {
+TEST_F(RunningJobsTest, UninstallingRemovesTheHostsButNoJobFile) {
   for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
     const auto made = newJob(kind, {{"ProgramArguments", Array{"/bin/sleep", "1000"}}, {"RunAtLoad", true}});
     save(made);

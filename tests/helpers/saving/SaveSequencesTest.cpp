@@ -283,7 +283,7 @@ TEST_F(SaveSequencesTest, APrivateFileStaysPrivateWhereverItGoes) {
   }
 }
 
-TEST_F(SaveSequencesTest, WhateverAStepComesToTheJobIsInOnePlaceAndLoadedOrEdited) {
+TEST_F(SaveSequencesTest, WhicheverStepFailsTheJobIsInOnePlaceAndLoadedOrEdited) {
   struct Row {
     char before, now;
     std::size_t step;
@@ -331,7 +331,7 @@ TEST_F(SaveSequencesTest, WhateverAStepComesToTheJobIsInOnePlaceAndLoadedOrEdite
           SCOPED_TRACE("queries " + std::to_string(static_cast<int>(beside)) + std::to_string(static_cast<int>(when)));
           edit(row.before, row.now);
           EXPECT_EQ(saveWith(row.step, fate, beside, when), expected);
-          EXPECT_EQ(interface.errors.size(), 1U) << "the user is told, once";
+          EXPECT_EQ(interface.errors.size(), 1U) << "the user is notified once";
         }
       }
     }

@@ -1,4 +1,4 @@
-// Kills helper and host between each two of their steps, and looks at what is left when they are there again.
+// Kills helper and host between each two of their steps, and checks what is left when they are restarted.
 
 #include <gmock/gmock.h>
 #include <sched.h>

@@ -30,7 +30,7 @@ std::string framed(const std::string& content) {
   return bytes + content;
 }
 
-TEST(FrameTest, FramesComeOutAsTheyWentInHoweverTheyAreCut) {
+TEST(FrameTest, FramesAreReadBackHoweverTheyAreSplit) {
   std::string stream;
   for (const std::int64_t id : {std::int64_t{1}, INT64_MIN, INT64_MAX}) stream += sampleBytes(id);
   for (std::size_t piece = 1; piece < stream.size(); piece += 13) {
@@ -50,7 +50,7 @@ TEST(FrameTest, FramesComeOutAsTheyWentInHoweverTheyAreCut) {
   }
 }
 
-TEST(FrameTest, WhatIsNoFrameEndsTheStream) {
+TEST(FrameTest, MalformedFramesEndTheStream) {
   using propertylist::Dictionary;
   const auto list = [](const propertylist::Value& value) { return framed(propertylist::writeBinary(value)); };
   struct Row {

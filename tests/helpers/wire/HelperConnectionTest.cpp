@@ -108,7 +108,7 @@ TEST_F(SocketHelperConnectionTest, AnswersFindTheirRequestsInAnyOrder) {
   EXPECT_EQ(outcome.replies[2], (Dictionary{{"to", ids[1]}}));
 }
 
-TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLaterRequestsFailCleanly) {
+TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesFailsPendingAndLaterRequests) {
   struct Row {
     const char* what;
     std::function<void(Peer&, std::int64_t)> act;
@@ -145,7 +145,7 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesCostsWhatWaitsAndLater
   }
 }
 
-TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadHoldsNobodyUp) {
+TEST_F(SocketHelperConnectionTest, APeerThatDoesNotReadBlocksNobody) {
   const Dictionary large{{"string", propertylist::Data{std::string(std::size_t{2} << 20U, 'x')}}};
   for (int i = 0; i < 4; ++i) outcome.ask(*connection, large);  // far more than a socket accepts at once
   EXPECT_EQ(outcome.count(), 0U);
@@ -222,7 +222,7 @@ TEST_F(SocketHelperConnectionTest, ABusyMainThreadIsNotFloodedAndMissesNoEvent) 
   sender.join();
 }
 
-TEST_F(SocketHelperConnectionTest, AllThatWaitAreToldOnceWhenTheHelperDiesOrTheConnectionIsEnded) {
+TEST_F(SocketHelperConnectionTest, EveryPendingRequestFailsOnceWhenTheHelperDiesOrTheConnectionEnds) {
   for (const bool dies : {true, false}) {
     reconnect();
     for (int i = 0; i < 3; ++i) outcome.ask(*connection, request(i));
@@ -236,7 +236,7 @@ TEST_F(SocketHelperConnectionTest, AllThatWaitAreToldOnceWhenTheHelperDiesOrTheC
   }
 }
 
-TEST_F(SocketHelperConnectionTest, NobodyIsAnsweredAfterTheOwnersEnd) {
+TEST_F(SocketHelperConnectionTest, NoReplyIsDeliveredAfterTheOwnersEnd) {
   outcome.ask(*connection);
   peer.answer(peer.next().id);
   peer.hangUp();
@@ -256,7 +256,7 @@ TEST_F(SocketHelperConnectionTest, AnAnswerMayEndTheConnection) {
   }
 }
 
-TEST(StartHelperTest, HelpersComeAndGoWithoutATrace) {
+TEST(StartHelperTest, HelpersLeaveNoOpenDescriptors) {
   struct Row {
     const char* script;
     std::size_t replies;

@@ -76,7 +76,7 @@ TEST_F(AccessibleEditingTest, AssistiveTechnologyChangesTheJobToo) {
   EXPECT_TRUE(hasChanges());
 }
 
-TEST_F(AccessibleEditingTest, RowsOfTablesAndTimesTakeTheirValuesFromAnywhere) {
+TEST_F(AccessibleEditingTest, RowsOfTablesAndTimesCanBeSetByAssistiveTechnology) {
   edit({{"StartCalendarInterval", propertylist::Dictionary{{"Hour", 9}}},
         {"KeepAlive", propertylist::Dictionary{{"OtherJobEnabled", propertylist::Dictionary{{"b", true}}}}}});
   window().details().currentWidget()->findChild<QTimeEdit*>()->setTime(QTime(7, 5));
@@ -97,7 +97,7 @@ TEST_F(AccessibleEditingTest, OptionRemovesAKey) {
   clickBox(control<QCheckBox>("Disabled"), Qt::AltModifier);
   EXPECT_EQ(record().disabled, std::nullopt);
   clickBox(control<QCheckBox>("Disabled"), Qt::AltModifier);
-  EXPECT_EQ(record().disabled, false) << "only where a box goes off";
+  EXPECT_EQ(record().disabled, false) << "only when a box is cleared";
 }
 
 }  // namespace

@@ -77,7 +77,7 @@ TEST_F(EditFlowTest, EditsAreWrittenToTheRecordAtOnce) {
   QTest::keyClicks(&runField(), QStringLiteral("perl x.pl"));
   QTest::keyClick(&runField(), Qt::Key_Return);
   EXPECT_EQ(record().run, "/usr/bin/perl x.pl");
-  EXPECT_EQ(runField().text(), "perl x.pl") << "what was typed stays as it is";
+  EXPECT_EQ(runField().text(), "perl x.pl") << "the typed text is kept";
 
   clickBox(control<QCheckBox>("Disabled"));
   EXPECT_EQ(record().disabled, true);
@@ -89,7 +89,7 @@ TEST_F(EditFlowTest, EditsAreWrittenToTheRecordAtOnce) {
   EXPECT_EQ(record().keepAlive->crashed, true);
   EXPECT_EQ(record().keepAlive->bool_, std::nullopt);
   control<QCheckBox>("scheduledButton").click();
-  EXPECT_TRUE(record().startInterval || record().startCalendarInterval) << "a first rule is there at once";
+  EXPECT_TRUE(record().startInterval || record().startCalendarInterval) << "it begins with a rule";
   control<QCheckBox>("scheduledButton").click();
   EXPECT_FALSE(record().startInterval || record().startCalendarInterval);
 }
@@ -111,10 +111,10 @@ TEST_F(EditFlowTest, ANumberThatCantBeSavedIsNamedAndKeepsTheEditor) {
 
   control<QCheckBox>("scheduledButton").click();
   button("Save").click();
-  EXPECT_THAT(helpers.requests, SizeIs(1)) << "without the rule nothing is wrong";
+  EXPECT_THAT(helpers.requests, SizeIs(1)) << "without the rule everything is valid";
 }
 
-TEST_F(EditFlowTest, ANumberThatNobodyTouchedKeepsNothingFromBeingSaved) {
+TEST_F(EditFlowTest, AnUneditedInvalidNumberDoesntPreventSaving) {
   edit({{"StartInterval", 5}});
   control<QCheckBox>("RunAtLoad").click();
   button("Save").click();
@@ -122,14 +122,14 @@ TEST_F(EditFlowTest, ANumberThatNobodyTouchedKeepsNothingFromBeingSaved) {
   EXPECT_EQ(record().startInterval, 5);
 }
 
-TEST_F(EditFlowTest, ANumberThatCantBeSavedStaysWhateverElseIsDone) {
+TEST_F(EditFlowTest, AnInvalidNumberSurvivesOtherEditsAndUndo) {
   edit({{"StartCalendarInterval", propertylist::Dictionary{{"Minute", 5}}}});
   const auto number = [&] { return ruleEditor().findChild<QLineEdit*>(); };
   number()->setFocus();
   QTest::keyClicks(number(), QStringLiteral("xy"));
   const QLineEdit* const typedIn = number();
   program().shell.detail->updateIcon();
-  EXPECT_EQ(number(), typedIn) << "only the icon is another";
+  EXPECT_EQ(number(), typedIn) << "only the icon has changed";
   EXPECT_EQ(window().focusWidget(), typedIn);
   control<QCheckBox>("RunAtLoad").click();
   press(QKeySequence::Undo);
@@ -175,7 +175,7 @@ TEST_F(EditFlowTest, TwoConditionsOfOneNameAreKeptAndNamedAtSaving) {
          propertylist::Dictionary{{"OtherJobEnabled", propertylist::Dictionary{{"org.a", false}, {"org.b", true}}}}}});
   QTableView& list = tableOf("OtherJobEnabled");
   setCell(list, 1, "org.a");
-  EXPECT_EQ(record().keepAlive->otherJobEnabled, jobs) << "none of the two is lost";
+  EXPECT_EQ(record().keepAlive->otherJobEnabled, jobs) << "neither is lost";
   control<QCheckBox>("RunAtLoad").click();
   program().editing.undo();
   const QModelIndex second = list.model()->index(1, 0);
@@ -221,21 +221,21 @@ TEST_F(EditFlowTest, TheLastConditionIsReplacedByThePlainValue) {
   EXPECT_EQ(record().keepAlive->bool_, true);
 }
 
-TEST_F(EditFlowTest, TheFocusFollowsTheWork) {
+TEST_F(EditFlowTest, SavingAndLeavingReturnTheFocusToTheList) {
   edit({{"Program", "/bin/ls"}});
   EXPECT_EQ(window().focusWidget(), &control<QLineEdit>("Label"));
   QTest::keyClicks(window().focusWidget(), QStringLiteral("x"));
-  EXPECT_EQ(record().name, "ax") << "no other job is looked for";
+  EXPECT_EQ(record().name, "ax") << "typing doesn't search the list";
   QTest::keyClick(window().focusWidget(), Qt::Key_S, Qt::ControlModifier);
   ASSERT_THAT(helpers.requests, SizeIs(1));
   helpers.requests.front().reply({});
-  EXPECT_TRUE(table().hasFocus()) << "saved";
+  EXPECT_TRUE(table().hasFocus()) << "after saving";
   settle();
 
   QTest::keyClick(&table(), Qt::Key_E, Qt::ControlModifier);
   button("Done").setFocus();
   button("Done").click();
-  EXPECT_TRUE(table().hasFocus()) << "left";
+  EXPECT_TRUE(table().hasFocus()) << "after leaving";
 }
 
 TEST_F(EditFlowTest, AnotherModeGetsTheFocusOfTheDetails) {
@@ -333,7 +333,7 @@ TEST_F(EditFlowTest, WithoutItsLastRuleAScheduleIsOff) {
   EXPECT_EQ(record().startInterval, std::nullopt);
   EXPECT_FALSE(control<QCheckBox>("scheduledButton").isChecked());
   control<QCheckBox>("scheduledButton").click();
-  EXPECT_EQ(record().startInterval, 30) << "a new rule is there to begin with";
+  EXPECT_EQ(record().startInterval, 30) << "it begins with a new rule";
 }
 
 TEST_F(EditFlowTest, UndoKeepsFocusAndScrollPosition) {
@@ -440,7 +440,7 @@ TEST_F(EditFlowTest, UndoRedoIconsAndScansLeaveControlsCursorsAndSelectedRowsAlo
   }
 }
 
-TEST_F(EditFlowTest, ARowThatIsBeingTypedOutlivesUndoElsewhereAndIsUndoneByItself) {
+TEST_F(EditFlowTest, ARowBeingTypedSurvivesUndoElsewhereAndIsUndoneSeparately) {
   edit({{"KeepAlive", propertylist::Dictionary{{"OtherJobEnabled", propertylist::Dictionary{{"a", true}}}}}});
   clickBox(control<QCheckBox>("RunAtLoad"));
   toolButton("Add – OtherJobEnabled").click();
@@ -448,7 +448,7 @@ TEST_F(EditFlowTest, ARowThatIsBeingTypedOutlivesUndoElsewhereAndIsUndoneByItsel
   ASSERT_NE(qobject_cast<QLineEdit*>(field), nullptr);
   press(QKeySequence::Undo);
   EXPECT_EQ(record().runAtLoad, std::nullopt);
-  EXPECT_EQ(QApplication::focusWidget(), field) << "the new row is still to be named";
+  EXPECT_EQ(QApplication::focusWidget(), field) << "the new row still has no name";
   QTest::keyClicks(field, QStringLiteral("b"));
   EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"a", true}, {"b", true}}));
   press(QKeySequence::Undo);
@@ -469,7 +469,7 @@ TEST_F(EditFlowTest, TwoDeletedRowsAreTwoSteps) {
   EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"b", true}, {"c", true}}));
 }
 
-TEST_F(EditFlowTest, ASectionThatComesBackIsAtItsPlaceAlsoForTheTabKey) {
+TEST_F(EditFlowTest, ARestoredSectionKeepsItsPlaceInLayoutAndTabOrder) {
   edit({{"Program", "/bin/ls"}, {"Debug", true}});
   button("Delete").click();
   const auto section = [&](StackSection id) {
@@ -507,7 +507,7 @@ TEST_F(EditFlowTest, ANoteIsNoEditOfTheJobAndHasItsOwnUndo) {
   EXPECT_NE(window().focusWidget(), &note) << "the focus can leave";
 }
 
-TEST_F(EditFlowTest, RootIsAskedForOnlyByDaemonsAndTheForPopUpSaysWhich) {
+TEST_F(EditFlowTest, OnlyDaemonsHaveAUserAndThePopUpChoosesTheKind) {
   edit({{"Program", "/bin/ls"}});
   auto& popUp = control<QComboBox>("forPopUpButton");
   EXPECT_EQ(popUp.count(), 5);
@@ -565,9 +565,9 @@ TEST_F(EditFlowTest, AFailedSaveKeepsWhatWasTypedAndAnotherSavesIt) {
   ASSERT_THAT(helpers.requests, SizeIs(1));
   EXPECT_FALSE(button("Save").isEnabled());
   QTest::keyClicks(&control<QLineEdit>("Label"), QStringLiteral("lost"));
-  EXPECT_EQ(record().name, "ax") << "what would be in no file isn't taken";
+  EXPECT_EQ(record().name, "ax") << "an edit that no save would write is rejected";
   click(0);
-  EXPECT_THAT(interface.sheets, IsEmpty()) << "refused without a question while it runs";
+  EXPECT_THAT(interface.sheets, IsEmpty()) << "rejected without a question while the save runs";
   helpers.requests.front().reply(
       {{"error", propertylist::Dictionary{{"domain", "app.mirvel"}, {"code", 5}, {"message", "full"}}}});
   EXPECT_TRUE(hasChanges());

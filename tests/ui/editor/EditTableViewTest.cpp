@@ -94,7 +94,7 @@ TEST_F(EditTableViewTest, EachKeystrokeIsReportedAndReturnEndsEditing) {
   press(Qt::Key_Return);
   EXPECT_EQ(QApplication::focusWidget(), &list());
   EXPECT_EQ(shown(), (Texts{"a", "xy"}));
-  EXPECT_EQ(changes.size(), 2U) << "to end it is no change";
+  EXPECT_EQ(changes.size(), 2U) << "ending the edit isn't a change";
 }
 
 TEST_F(EditTableViewTest, EscapeBringsTheOldTextBack) {
@@ -111,12 +111,12 @@ TEST_F(EditTableViewTest, AnAddedRowWithoutATextIsEditedAtOnce) {
   show(boxes, rowsOf(Map{{"a", false}}));
   click(addButton());
   ASSERT_TRUE(isEditing());
-  EXPECT_EQ(changes, Texts()) << "it is no row until it has a text";
+  EXPECT_EQ(changes, Texts()) << "a row without text isn't reported";
   type("n");
   EXPECT_EQ(changes, (Texts{"a- n+"}));
   click(addButton());
   ASSERT_TRUE(isEditing());
-  EXPECT_EQ(shown(), (Texts{"a", "n", ""})) << "what was being typed stays";
+  EXPECT_EQ(shown(), (Texts{"a", "n", ""})) << "the text being typed is kept";
   press(Qt::Key_Return);
   press(Qt::Key_Insert);
   EXPECT_TRUE(isEditing());
@@ -168,7 +168,7 @@ TEST_F(EditTableViewTest, EachSessionTypeIsOfferedOnce) {
   EXPECT_EQ(shown(), (Texts{"Background", "Aqua"}));
   for (const Qt::Key key : {Qt::Key_F2, Qt::Key_Return}) {
     press(key);
-    EXPECT_FALSE(isEditing()) << "its text is one of the menu's";
+    EXPECT_FALSE(isEditing()) << "only the menu sets its text";
   }
 }
 
@@ -188,11 +188,11 @@ TEST_F(EditTableViewTest, TheDeleteKeyDeletesTheRowAndNothingElse) {
   press(Qt::Key_F2);
   ASSERT_TRUE(isEditing());
   press(Qt::Key_Delete);
-  EXPECT_EQ(changes.back(), "a- -") << "in a text it deletes a character";
+  EXPECT_EQ(changes.back(), "a- -") << "while editing it deletes a character";
   EXPECT_EQ(deletedJobs, 0);
 
   click(deleteButton());
-  EXPECT_EQ(shown(), (Texts{"a"})) << "and the button the row whose text is being edited";
+  EXPECT_EQ(shown(), (Texts{"a"})) << "the button deletes the row being edited";
   click(deleteButton());
   EXPECT_EQ(changes.back(), "");
   EXPECT_FALSE(deleteButton().isEnabled());
@@ -237,7 +237,7 @@ TEST_F(EditTableViewTest, TheListGrowsFromFourRowsToEight) {
   EXPECT_EQ(heightOf(1), four);
   EXPECT_EQ(heightOf(9), heightOf(8));
   EXPECT_NEAR(heightOf(8), 2 * four, 2 * list().frameWidth());
-  EXPECT_GE(four, 4 * list().rowHeight(0)) << "four are seen whole";
+  EXPECT_GE(four, 4 * list().rowHeight(0)) << "four rows are fully visible";
 }
 
 TEST_F(EditTableViewTest, TabVisitsTheCellsAndLeavesAfterTheLast) {

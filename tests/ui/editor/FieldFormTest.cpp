@@ -188,7 +188,7 @@ TEST_F(FieldFormTest, TypingContinuesAStepAndEverythingElseBeginsOne) {
   EXPECT_FALSE(hasChanges());
 }
 
-TEST_F(FieldFormTest, RefillingKeepsFocusAndCursorAndTextsThatStandForTheValue) {
+TEST_F(FieldFormTest, RefillingKeepsFocusCursorAndEquivalentTexts) {
   open({{"StandardOutPath", "/one/two"}, {"WorkingDirectory", "/w"}});
   type("Nice", "1,000");
   QLineEdit& field = text("StandardOutPath");

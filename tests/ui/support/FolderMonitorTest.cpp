@@ -51,14 +51,14 @@ class FolderMonitorTest : public testing::TestWithParam<Kind> {
   }
   /// Whether a change is reported. Earlier changes don't count.
   template <typename Change>
-  bool isTold(Change change) {
+  bool isReported(Change change) {
     testdata::settle();
     m_count = 0;
     change();
     return eventually([this] { return m_count > 0; });
   }
   template <typename Change>
-  bool isKeptQuiet(Change change) {
+  bool isIgnored(Change change) {
     testdata::settle();
     m_count = 0;
     change();
@@ -78,17 +78,18 @@ TEST_P(FolderMonitorTest, ReportsChangesOfFiles) {
   fs::create_directory(folder);
   watch(folder);
 
-  EXPECT_TRUE(isTold([&] { m_temporary.write("jobs/a.plist", "one"); })) << "added";
-  EXPECT_TRUE(isTold([&] { std::ofstream(folder / "a.plist", std::ios::app) << "two"; })) << "changed in place";
-  EXPECT_TRUE(isTold([&] { fs::permissions(folder / "a.plist", fs::perms::owner_read); })) << "rights changed";
-  EXPECT_TRUE(isTold([&] { fs::rename(folder / "a.plist", folder / "b.plist"); })) << "renamed";
+  EXPECT_TRUE(isReported([&] { m_temporary.write("jobs/a.plist", "one"); })) << "added";
+  EXPECT_TRUE(isReported([&] { std::ofstream(folder / "a.plist", std::ios::app) << "two"; })) << "changed in place";
+  EXPECT_TRUE(isReported([&] { fs::permissions(folder / "a.plist", fs::perms::owner_read); })) << "rights changed";
+  EXPECT_TRUE(isReported([&] { fs::rename(folder / "a.plist", folder / "b.plist"); })) << "renamed";
   m_temporary.write("other", "three");
-  EXPECT_TRUE(isTold([&] { fs::rename(m_root / "other", folder / "b.plist"); })) << "replaced";
-  EXPECT_TRUE(isTold([&] { std::ofstream(folder / "b.plist", std::ios::app) << "four"; })) << "changed once replaced";
-  EXPECT_TRUE(isTold([&] { fs::rename(folder / "b.plist", m_root / "b.plist"); })) << "moved away";
-  EXPECT_TRUE(isTold([&] { fs::rename(m_root / "b.plist", folder / "b.plist"); })) << "moved in";
-  EXPECT_TRUE(isTold([&] { fs::remove(folder / "b.plist"); })) << "deleted";
-  EXPECT_TRUE(isTold([&] { fs::create_directory(folder / "inner"); })) << "folder added";
+  EXPECT_TRUE(isReported([&] { fs::rename(m_root / "other", folder / "b.plist"); })) << "replaced";
+  EXPECT_TRUE(isReported([&] { std::ofstream(folder / "b.plist", std::ios::app) << "four"; }))
+      << "changed once replaced";
+  EXPECT_TRUE(isReported([&] { fs::rename(folder / "b.plist", m_root / "b.plist"); })) << "moved away";
+  EXPECT_TRUE(isReported([&] { fs::rename(m_root / "b.plist", folder / "b.plist"); })) << "moved in";
+  EXPECT_TRUE(isReported([&] { fs::remove(folder / "b.plist"); })) << "deleted";
+  EXPECT_TRUE(isReported([&] { fs::create_directory(folder / "inner"); })) << "folder added";
 }
 
 TEST_P(FolderMonitorTest, SeesTheFolderComeAndGoWithItsParents) {
@@ -98,19 +99,19 @@ TEST_P(FolderMonitorTest, SeesTheFolderComeAndGoWithItsParents) {
 
   for (int round = 0; round < 2; ++round) {
     fs::create_directories(parent / "b");
-    EXPECT_TRUE(isTold([&] { fs::create_directory(folder); })) << "the folder comes";
-    EXPECT_TRUE(isTold([&] { std::ofstream(folder / "x") << 1; })) << "a file in it";
-    EXPECT_TRUE(isTold([&] { fs::remove_all(parent); })) << "all go";
+    EXPECT_TRUE(isReported([&] { fs::create_directory(folder); })) << "the folder comes";
+    EXPECT_TRUE(isReported([&] { std::ofstream(folder / "x") << 1; })) << "a file in it";
+    EXPECT_TRUE(isReported([&] { fs::remove_all(parent); })) << "all go";
   }
-  EXPECT_TRUE(isTold([&] {
+  EXPECT_TRUE(isReported([&] {
     fs::create_directories(folder);
     std::ofstream(folder / "x") << 1;
   })) << "all come at once";
-  EXPECT_TRUE(isTold([&] {
+  EXPECT_TRUE(isReported([&] {
     fs::remove_all(folder);
     fs::create_directory(folder);
   })) << "created again";
-  EXPECT_TRUE(isTold([&] { std::ofstream(folder / "x") << 1; })) << "a file in the new one";
+  EXPECT_TRUE(isReported([&] { std::ofstream(folder / "x") << 1; })) << "a file in the new one";
 }
 
 TEST_P(FolderMonitorTest, FollowsThePathAndNotTheFolder) {
@@ -120,14 +121,14 @@ TEST_P(FolderMonitorTest, FollowsThePathAndNotTheFolder) {
   fs::create_directory(m_root / "spare");
   watch(folder);
 
-  EXPECT_TRUE(isTold([&] { fs::rename(folder, m_root / "old"); })) << "renamed";
-  EXPECT_TRUE(isKeptQuiet([&] { std::ofstream(m_root / "old/x") << 1; })) << "it is another folder now";
-  EXPECT_TRUE(isTold([&] { fs::rename(m_root / "spare", folder); })) << "replaced";
-  EXPECT_TRUE(isTold([&] { std::ofstream(folder / "y") << 1; }));
-  EXPECT_TRUE(isTold([&] { fs::rename(parent, m_root / "away"); })) << "parent renamed";
-  EXPECT_TRUE(isKeptQuiet([&] { std::ofstream(m_root / "away/jobs/z") << 1; }));
-  EXPECT_TRUE(isTold([&] { fs::rename(m_root / "away", parent); })) << "and back";
-  EXPECT_TRUE(isTold([&] { std::ofstream(folder / "y", std::ios::app) << 2; }));
+  EXPECT_TRUE(isReported([&] { fs::rename(folder, m_root / "old"); })) << "renamed";
+  EXPECT_TRUE(isIgnored([&] { std::ofstream(m_root / "old/x") << 1; })) << "it is another folder now";
+  EXPECT_TRUE(isReported([&] { fs::rename(m_root / "spare", folder); })) << "replaced";
+  EXPECT_TRUE(isReported([&] { std::ofstream(folder / "y") << 1; }));
+  EXPECT_TRUE(isReported([&] { fs::rename(parent, m_root / "away"); })) << "parent renamed";
+  EXPECT_TRUE(isIgnored([&] { std::ofstream(m_root / "away/jobs/z") << 1; }));
+  EXPECT_TRUE(isReported([&] { fs::rename(m_root / "away", parent); })) << "and back";
+  EXPECT_TRUE(isReported([&] { std::ofstream(folder / "y", std::ios::app) << 2; }));
 }
 
 TEST_P(FolderMonitorTest, FollowsALinkedFolderAndItsLink) {
@@ -136,20 +137,20 @@ TEST_P(FolderMonitorTest, FollowsALinkedFolderAndItsLink) {
   fs::create_directory_symlink("real", m_root / "link");
   watch(m_root / "link/jobs");
 
-  EXPECT_TRUE(isTold([&] { m_temporary.write("real/jobs/x", "1"); })) << "in the target of the link";
-  EXPECT_TRUE(isTold([&] {
+  EXPECT_TRUE(isReported([&] { m_temporary.write("real/jobs/x", "1"); })) << "in the target of the link";
+  EXPECT_TRUE(isReported([&] {
     fs::remove(m_root / "link");
     fs::create_directory_symlink(m_root / "second", m_root / "link");
   })) << "link turned";
-  EXPECT_TRUE(isTold([&] { m_temporary.write("second/jobs/x", "1"); })) << "in the target of the new link";
-  EXPECT_TRUE(isTold([&] { fs::rename(m_root / "second", m_root / "gone"); })) << "the link's target goes";
+  EXPECT_TRUE(isReported([&] { m_temporary.write("second/jobs/x", "1"); })) << "in the target of the new link";
+  EXPECT_TRUE(isReported([&] { fs::rename(m_root / "second", m_root / "gone"); })) << "the link's target goes";
 }
 
 TEST_P(FolderMonitorTest, KeepsQuietAboutNeighbours) {
   const fs::path folder = m_root / "a/jobs";
   fs::create_directories(folder);
   watch(folder);
-  EXPECT_TRUE(isKeptQuiet([&] {
+  EXPECT_TRUE(isIgnored([&] {
     m_temporary.write("a/jobs-of-others", "1");
     m_temporary.write("neighbour", "1");
     fs::create_directory(m_root / "a/jobs2");
@@ -176,16 +177,16 @@ TEST_P(FolderMonitorTest, SurvivesManyFilesAtOnce) {
   const fs::path folder = m_root / "jobs";
   fs::create_directory(folder);
   watch(folder);
-  EXPECT_TRUE(isTold([&] {
+  EXPECT_TRUE(isReported([&] {
     for (int i = 0; i < 2000; ++i) std::ofstream(folder / std::to_string(i)) << i;
   }));
-  EXPECT_TRUE(isTold([&] { m_temporary.write("jobs/one-more", "1"); }));
+  EXPECT_TRUE(isReported([&] { m_temporary.write("jobs/one-more", "1"); }));
 }
 
 TEST_P(FolderMonitorTest, SurvivesALoopOfLinks) {
   fs::create_directory_symlink("loop", m_root / "loop");
   watch(m_root / "loop/jobs");
-  EXPECT_TRUE(isTold([&] {
+  EXPECT_TRUE(isReported([&] {
     fs::remove(m_root / "loop");
     fs::create_directories(m_root / "loop/jobs");
   }));

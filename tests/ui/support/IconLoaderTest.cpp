@@ -88,7 +88,7 @@ TEST(IconLoader, SeesThatAPictureHasChangedOrGone) {
   EXPECT_TRUE(loader.icon(Image::file(file)).isNull());
 }
 
-TEST(FileIcons, AreThoseOfWhatAFileIsOrWouldBe) {
+TEST(FileIcons, MatchTheTypeOfAFileEvenIfItIsMissing) {
   const FewIcons theme;
   const testdata::TemporaryFolder folder;
   const auto executable = [&](const char* name, const std::string& content) {

@@ -56,7 +56,7 @@ TEST(Palettes, TextContrastsWithItsBackground) {
     }
     EXPECT_GT(contrast(palette.color(QPalette::Text), palette.color(QPalette::Base)),
               2 * contrast(palette.color(QPalette::Disabled, QPalette::Text), palette.color(QPalette::Base)))
-        << "what is disabled looks so";
+        << "disabled text looks disabled";
   }
 }
 

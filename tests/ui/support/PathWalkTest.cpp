@@ -11,7 +11,7 @@ namespace mirvel::ui {
 
 namespace fs = std::filesystem;
 
-TEST(PathWalk, GoesWhereTheKernelGoes) {
+TEST(PathWalk, ResolvesPathsLikeTheKernel) {
   const testdata::TemporaryFolder temporary;
   const fs::path root = fs::canonical(temporary.path());
   fs::create_directories(root / "real/inner/deep");

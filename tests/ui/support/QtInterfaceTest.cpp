@@ -133,7 +133,7 @@ TEST_F(QtInterfaceTest, ShowsTextAsItIs) {
   m_interface.alert(m_question);
 }
 
-TEST_F(QtInterfaceTest, KeepsThatAQuestionIsntToComeAgain) {
+TEST_F(QtInterfaceTest, RemembersThatAQuestionIsSuppressed) {
   Alert question = m_question;
   question.suppression = "NoMore";
   for (const bool isTicked : {false, true}) {
@@ -152,7 +152,7 @@ TEST_F(QtInterfaceTest, KeepsThatAQuestionIsntToComeAgain) {
   m_interface.alert(m_question);
 }
 
-TEST_F(QtInterfaceTest, AlertWhoseOwnerGoesIsAnsweredAsByEscape) {
+TEST_F(QtInterfaceTest, AnAlertWhoseOwnerIsDestroyedIsCancelled) {
   auto window = std::make_unique<QWidget>();
   m_interface.setWindow(window.get());
   whenUp<QMessageBox>([&](QMessageBox&) { window.reset(); });
@@ -196,7 +196,7 @@ TEST_F(SheetTest, AnswersOnce) {
   EXPECT_EQ(m_answers, std::vector{1001});
 }
 
-TEST_F(SheetTest, AnswersAsByTheLastButtonWhereItIsClosed) {
+TEST_F(SheetTest, ClosingAnswersLikeTheLastButton) {
   beginSheet();
   visibleBox()->close();
   testdata::settle();
@@ -217,7 +217,7 @@ TEST_F(SheetTest, EndsSilentlyWithItsWindow) {
   EXPECT_TRUE(m_answers.empty());
 }
 
-TEST_F(SheetTest, MayBeginTheNextFromItsAnswer) {
+TEST_F(SheetTest, TheAnswerMayOpenTheNextSheet) {
   m_interface.beginSheet(m_question, [this](int) { beginSheet(); });
   press(*visibleBox(), "Save");
   testdata::settle();

@@ -69,7 +69,7 @@ TEST(QtMainQueue, WakesTheLoopForAThreadThatPostsLate) {
   thread.join();
 }
 
-TEST(QtMainQueue, GoesOnBelowAnEventLoopThatATaskRuns) {
+TEST(QtMainQueue, ContinuesInsideANestedEventLoop) {
   QtMainQueue queue;
   bool isInnerDone = false;
   queue.post([&] {
@@ -93,7 +93,7 @@ TEST(QtMainQueue, DropsPendingTasksAtItsEnd) {
     queue.post([token, last, &hasRun] { hasRun = true; });
     queue.postAfter(0.001, [token] {});
   }
-  EXPECT_EQ(token.use_count(), 1) << "what tasks hold is let go";
+  EXPECT_EQ(token.use_count(), 1) << "the captures of tasks are destroyed";
   testdata::settle();
   EXPECT_FALSE(hasRun);
 }

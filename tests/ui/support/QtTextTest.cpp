@@ -4,7 +4,7 @@
 
 namespace mirvel::ui {
 
-TEST(QtText, KeepsEveryPathOrOwnsThatItCant) {
+TEST(QtText, ConvertsEveryPathOrReportsThatItCant) {
   const struct {
     const char* bytes;
     bool isHeld;

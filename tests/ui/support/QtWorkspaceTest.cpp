@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Stands for the desktop and keeps what it was asked to open.
+/// Replaces the desktop and records what it was asked to open.
 class Opener final : public QObject {
   Q_OBJECT
 

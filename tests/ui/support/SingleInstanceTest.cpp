@@ -27,7 +27,7 @@ class SingleInstanceTest : public testing::Test {
   std::unique_ptr<SingleInstance> make(const char* key = "key") const {
     return std::make_unique<SingleInstance>(QString::fromLatin1(key), m_folder.path());
   }
-  /// One that holds the place and notes what it is told.
+  /// The first instance; records the arguments that it receives.
   std::unique_ptr<SingleInstance> makeFirst() {
     auto first = make();
     EXPECT_EQ(first->claim(), Role::First);
@@ -79,12 +79,12 @@ TEST_F(SingleInstanceTest, SecondHandsItsArgumentToTheFirst) {
   EXPECT_FALSE(hand(QString(64 * 1024 + 1, QLatin1Char('x'))));
 }
 
-TEST_F(SingleInstanceTest, OtherKeysAreOtherPrograms) {
+TEST_F(SingleInstanceTest, ProgramsWithDifferentKeysAreIndependent) {
   const auto first = makeFirst();
   EXPECT_EQ(make("other")->claim(), Role::First);
 }
 
-TEST_F(SingleInstanceTest, PlaceIsFreeAgainAtTheEndOfTheFirst) {
+TEST_F(SingleInstanceTest, TheNextProgramIsFirstOnceTheFirstHasEnded) {
   makeFirst().reset();
   const auto next = makeFirst();
   EXPECT_TRUE(hand(QStringLiteral("hello")));
@@ -126,7 +126,7 @@ TEST_F(SingleInstanceTest, OneOfManyThatStartAtOnceIsFirst) {
   EXPECT_EQ(firsts, 1);
 }
 
-TEST_F(SingleInstanceTest, DropsMalformedMessagesAndIsHeldUpByNobody) {
+TEST_F(SingleInstanceTest, DropsMalformedMessagesAndNeverBlocks) {
   const auto first = makeFirst();
   const auto silent = connectPeer();
   const auto halting = connectPeer();
