@@ -1,7 +1,6 @@
 #include "demo/SampleRoot.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 

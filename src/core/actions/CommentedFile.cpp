@@ -28,8 +28,7 @@ namespace {
 
 /// The time in UTC, without colons, which some file systems don't allow in a name.
 std::string timeText(double secondsSince1970) {
-  constexpr double from1970To2001 = 978307200;
-  std::string text = propertylist::dateText({.seconds = secondsSince1970 - from1970To2001});
+  std::string text = propertylist::dateText(propertylist::dateSince1970(secondsSince1970));
   std::replace(text.begin(), text.end(), ':', '.');
   return text;
 }

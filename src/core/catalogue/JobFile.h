@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "core/catalogue/Checksum.h"

@@ -1,7 +1,6 @@
 #include "core/editor/SectionRows.h"
 
 #include <algorithm>
-#include <optional>
 #include <string_view>
 #include <unordered_map>
 

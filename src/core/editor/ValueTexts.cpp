@@ -8,6 +8,7 @@
 #include "core/files/URL.h"
 #include "core/locale/Dates.h"
 #include "core/locale/LocaleTexts.h"
+#include "core/propertylist/DateText.h"
 #include "core/text/Bidirectional.h"
 #include "core/text/Strings.h"
 
@@ -31,8 +32,7 @@ std::string ValueTexts::data(const propertylist::Data& data) const {
 }
 
 std::string ValueTexts::date(propertylist::Date date) const {
-  constexpr double from1970To2001 = 978'307'200;
-  return Date::standardText(date.seconds + from1970To2001, m_localize.timeLocale());
+  return Date::standardText(propertylist::secondsSince1970(date), m_localize.timeLocale());
 }
 
 std::string ValueTexts::joined(const std::vector<std::string>& parts, std::string_view separator) const {

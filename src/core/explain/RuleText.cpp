@@ -8,7 +8,6 @@
 #include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
-#include <algorithm>
 #include <array>
 #include <memory>
 

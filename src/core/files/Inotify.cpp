@@ -6,7 +6,6 @@
 
 #include <array>
 #include <cstring>
-#include <utility>
 
 namespace mirvel {
 

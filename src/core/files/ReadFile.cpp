@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdint>
 
 #include "core/files/RegularFile.h"
 #include "core/process/FileDescriptor.h"

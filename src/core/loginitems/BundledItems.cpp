@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <string>
 #include <system_error>
 
 #include "core/catalogue/JobFolder.h"

@@ -148,9 +148,7 @@ std::optional<DesktopEntry> DesktopEntry::read(std::string_view bytes, const std
 }
 
 bool DesktopEntry::isShownIn(std::string_view desktops) const {
-  while (!desktops.empty()) {
-    const std::string_view desktop = desktops.substr(0, desktops.find(':'));
-    desktops.remove_prefix(std::min(desktop.size() + 1, desktops.size()));
+  for (const std::string_view desktop : String::split(desktops, ':')) {
     if (onlyShowIn && holds(*onlyShowIn, desktop)) return true;
     if (holds(notShowIn, desktop)) return false;
   }

@@ -23,7 +23,7 @@ std::optional<IndexPath> findIf(const Sections& sections, const Matches& matches
 
 bool JobSections::update(const Jobs& jobs) {
   const Shown& before = shown();
-  const bool isEqual = haveSameRows(jobs, before.content);
+  const bool isEqual = areEqual(jobs, before.content);
   // The view isn't reloaded for equal jobs, so their groups must not change even if the setting has changed meanwhile.
   const bool showSystemJobs = isEqual ? before.showSystemJobs : m_defaults.showSystemJobs();
   m_shown = Shown{jobs, showSystemJobs, makeSections(jobs, showSystemJobs)};

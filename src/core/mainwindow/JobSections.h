@@ -28,7 +28,7 @@ class JobSections {
   /// Both arguments must outlive this object.
   JobSections(const Catalogue& catalogue, const Defaults& defaults) : m_catalogue(catalogue), m_defaults(defaults) {}
 
-  /// Replaces the jobs. Returns false if the rows stay the same (see `haveSameRows`): then only the jobs in the groups
+  /// Replaces the jobs. Returns false if the rows stay the same (see `areEqual`): then only the jobs in the groups
   /// are replaced, and a change of the setting "show system jobs" takes effect with the next real change.
   bool update(const Jobs& jobs);
 

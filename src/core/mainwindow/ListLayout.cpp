@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <utility>
 
 #include "core/locale/Localize.h"
 #include "core/mainwindow/WindowTexts.h"

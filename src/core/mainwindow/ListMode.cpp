@@ -99,7 +99,7 @@ void ListMode::select(const std::shared_ptr<Job>& job) {
 
 void ListMode::update(const Jobs& jobs) {
   // Equal jobs keep their rows, but the rows must refer to the jobs that are now in the catalogue.
-  const bool keepsRows = haveSameRows(jobs, content());
+  const bool keepsRows = areEqual(jobs, content());
   m_content = jobs;
   if (!keepsRows) sort();
   m_table.reload();

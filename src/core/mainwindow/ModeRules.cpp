@@ -47,8 +47,4 @@ std::shared_ptr<Job> shownJob(const Selection& selection, const Shell& shell) {
   return isShown ? selection.job() : nullptr;
 }
 
-bool haveSameRows(const Jobs& a, const Jobs& b) {
-  return areEqual(a, b);
-}
-
 }  // namespace mirvel

@@ -42,8 +42,4 @@ bool selectInCatalogue(const WindowContext& context, const URL& url);
 /// filter hides it, since then its details are cleared.
 std::shared_ptr<Job> shownJob(const Selection& selection, const Shell& shell);
 
-/// Whether both lists make the same rows: the jobs are equal in pairs, and so are their URLs. Jobs alone aren't enough,
-/// because two copies of a file are equal jobs.
-bool haveSameRows(const Jobs& a, const Jobs& b);
-
 }  // namespace mirvel

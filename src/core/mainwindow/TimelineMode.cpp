@@ -45,7 +45,7 @@ const Jobs& TimelineMode::content() const {
 
 void TimelineMode::update(const Jobs& jobs) {
   // Equal jobs keep their rows, but the rows must refer to the jobs that are now in the catalogue.
-  const bool keepsRows = !m_timelineArray.rows().empty() && haveSameRows(jobs, content());
+  const bool keepsRows = !m_timelineArray.rows().empty() && areEqual(jobs, content());
   m_content = jobs;
   if (keepsRows) return;
   buildTimeline();

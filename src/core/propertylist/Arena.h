@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstring>
 #include <new>
-#include <span>
 #include <string_view>
 #include <type_traits>
 #include <utility>

@@ -2,9 +2,7 @@
 
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
-#include <string>
 
 #include "core/propertylist/DateText.h"
 #include "core/propertylist/Encoding.h"

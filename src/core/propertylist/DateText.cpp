@@ -20,6 +20,7 @@ constexpr std::int64_t daysBeforeYear(std::int64_t year) {
   const auto floorDiv = [](std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); };
   return 365 * last + floorDiv(last, 4) - floorDiv(last, 100) + floorDiv(last, 400);
 }
+constexpr double from1970To2001 = 978'307'200;
 constexpr std::int64_t daysBefore2001 = daysBeforeYear(2001);
 
 bool isLeap(std::int64_t year) {
@@ -107,6 +108,14 @@ bool isInRange(const DateFields& fields) {
 }
 
 }  // namespace
+
+Date dateSince1970(double seconds) {
+  return {.seconds = seconds - from1970To2001};
+}
+
+double secondsSince1970(Date date) {
+  return date.seconds + from1970To2001;
+}
 
 bool isReadable(Date date) {
   constexpr double most = 2147483647.0 * 31556952.0;

@@ -16,6 +16,10 @@ bool isReadable(Date date);
 /// down. Years have at least four characters, including the minus sign of those before year 0. The date must be finite.
 std::string dateText(Date date);
 
+/// Property lists count time from the beginning of 2001, the rest of the program from that of 1970, both in seconds.
+Date dateSince1970(double seconds);
+double secondsSince1970(Date date);
+
 struct ParsedDate {
   Date date;
   bool isInRange = true;  ///< false: a field such as month 13 or second 60 was carried over to the next larger one

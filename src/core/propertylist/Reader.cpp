@@ -1,7 +1,6 @@
 #include "core/propertylist/Reader.h"
 
 #include <cstring>
-#include <string>
 #include <utility>
 
 #include "core/files/ReadFile.h"

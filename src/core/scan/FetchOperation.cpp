@@ -4,7 +4,6 @@
 #include <chrono>
 #include <iterator>
 #include <span>
-#include <vector>
 
 #include "core/base/Const.h"
 #include "core/catalogue/Launchd.h"

@@ -16,6 +16,7 @@
 
 #include "core/process/FileDescriptor.h"
 #include "core/process/SpawnPlan.h"
+#include "core/text/Strings.h"
 
 namespace mirvel::host {
 
@@ -54,11 +55,9 @@ std::vector<std::string> candidates(const std::string& program, const Environmen
   if (program.find('/') != std::string::npos) return {program};
   std::vector<std::string> result;
   const auto path = environment.find("PATH");
-  std::string_view rest = path == environment.end() ? std::string_view() : path->second;
-  while (!rest.empty()) {
-    const std::string_view folder = rest.substr(0, rest.find(':'));
+  if (path == environment.end()) return result;
+  for (const std::string_view folder : String::split(path->second, ':')) {
     if (!folder.empty()) result.push_back(std::string(folder) + '/' + program);
-    rest.remove_prefix(std::min(rest.size(), folder.size() + 1));
   }
   return result;
 }

@@ -50,8 +50,7 @@ Result<Frame> decode(std::string_view list) {
   propertylist::Value value = document->value();
   auto* content = value.as<propertylist::Dictionary>();
   if (!content) return malformed("a message isn't a dictionary");
-  const auto* idValue = content->find(idKey);
-  const auto* number = idValue ? idValue->as<propertylist::Integer>() : nullptr;
+  const auto* const number = content->get<propertylist::Integer>(idKey);
   const auto id = number ? number->toInt64() : std::nullopt;
   if (!id) return malformed("a message has no id");
   return decodeContent(*id, *content);

@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <cstdio>
-#include <memory>
 
 #include "helpers/process/CleanState.h"
 #include "ui/app/Application.h"

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QRect>
-#include <optional>
 #include <utility>
 #include <vector>
 

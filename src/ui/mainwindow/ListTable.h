@@ -2,7 +2,6 @@
 
 #include <QTreeView>
 #include <functional>
-#include <optional>
 #include <vector>
 
 #include "core/mainwindow/ListLayout.h"

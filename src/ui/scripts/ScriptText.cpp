@@ -71,7 +71,6 @@ void ScriptText::setInsertionPoint(std::size_t point) {
 }
 
 void ScriptText::setLineNumbersVisible(bool visible) {
-  m_lineNumbers = visible;
   m_editor.setLineNumbersVisible(visible);
 }
 

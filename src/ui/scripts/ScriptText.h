@@ -49,7 +49,6 @@ class ScriptText final : public QWidget {
   /// inside of a character means the end of that character.
   void setInsertionPoint(std::size_t point);
 
-  bool areLineNumbersVisible() const { return m_lineNumbers; }
   void setLineNumbersVisible(bool visible);
 
  signals:
@@ -70,7 +69,6 @@ class ScriptText final : public QWidget {
   ScriptEditor& m_editor;
   SyntaxType m_syntax = SyntaxType::none;
   bool m_detectsSyntax = false;
-  bool m_lineNumbers = true;
 };
 
 }  // namespace mirvel::ui

@@ -3,7 +3,6 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QUrl>
-#include <memory>
 
 #include "ui/support/QtText.h"
 

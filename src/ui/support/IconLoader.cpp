@@ -9,7 +9,6 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QStringList>
-#include <algorithm>
 #include <memory>
 #include <system_error>
 #include <variant>

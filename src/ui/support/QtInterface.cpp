@@ -10,7 +10,6 @@
 #include <QStringList>
 #include <system_error>
 #include <utility>
-#include <vector>
 
 #include "ui/support/QtText.h"
 

@@ -11,7 +11,6 @@
 #include <QThread>
 #include <QTimer>
 #include <QtEndian>
-#include <algorithm>
 #include <string>
 #include <utility>
 

@@ -6,7 +6,6 @@
 #include <QSet>
 #include <QStringList>
 #include <QTimer>
-#include <set>
 #include <string>
 #include <system_error>
 #include <utility>

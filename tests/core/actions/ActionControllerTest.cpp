@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
 #include "support/ProgramFixture.h"

@@ -1,7 +1,6 @@
 #include "core/actions/DeletedJobs.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 

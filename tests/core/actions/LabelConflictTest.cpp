@@ -1,7 +1,6 @@
 #include "core/actions/LabelConflict.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
 #include "core/creation/Creation.h"

@@ -1,7 +1,6 @@
 #include "core/app/AppDelegate.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "core/actions/JobOnDisk.h"

@@ -1,7 +1,6 @@
 #include "core/app/JobMoves.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <fstream>
 

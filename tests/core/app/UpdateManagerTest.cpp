@@ -1,7 +1,6 @@
 #include "core/app/UpdateManager.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/propertylist/Writer.h"
 #include "support/ProgramFixture.h"

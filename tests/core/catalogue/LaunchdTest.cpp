@@ -11,7 +11,6 @@
 namespace mirvel {
 namespace {
 
-using jobfile::Plist;
 using propertylist::Array;
 using propertylist::Dictionary;
 using testdata::jobText;

@@ -1,7 +1,6 @@
 #include "core/creation/RestoreDeleted.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/creation/Creation.h"
 #include "core/propertylist/Reader.h"

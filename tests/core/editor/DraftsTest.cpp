@@ -1,7 +1,6 @@
 #include "core/editor/Drafts.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/Launchd.h"
@@ -12,7 +11,6 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 

@@ -1,7 +1,6 @@
 #include "core/editor/EditController.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
 #include "support/MakeEditController.h"

@@ -1,7 +1,6 @@
 #include "core/editor/Fields.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/locale/Localize.h"
 #include "core/propertylist/Writer.h"

@@ -1,7 +1,6 @@
 #include "core/editor/IconEditing.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/catalogue/CustomIcons.h"
 #include "support/ProgramFixture.h"

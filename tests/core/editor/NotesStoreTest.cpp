@@ -1,7 +1,6 @@
 #include "core/editor/NotesStore.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <optional>
 

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/editor/RunField.h"
 #include "core/session/Shell.h"
@@ -10,7 +9,6 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class RunFieldTest : public testdata::ProgramFixture {};

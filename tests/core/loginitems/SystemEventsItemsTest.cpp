@@ -1,7 +1,6 @@
 #include "core/loginitems/SystemEventsItems.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/catalogue/LoginItem.h"
 #include "support/FakeProcessRunner.h"

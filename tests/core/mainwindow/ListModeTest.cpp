@@ -1,7 +1,6 @@
 #include "core/mainwindow/ListMode.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "support/ModeFixture.h"
 

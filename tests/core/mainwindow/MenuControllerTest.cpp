@@ -1,7 +1,6 @@
 #include "core/mainwindow/MenuController.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/mainwindow/ShareItems.h"
 #include "core/session/Shell.h"

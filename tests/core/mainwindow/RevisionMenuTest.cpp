@@ -1,7 +1,6 @@
 #include "core/mainwindow/RevisionMenu.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
 #include "support/ProgramFixture.h"

@@ -1,7 +1,6 @@
 #include "core/mainwindow/TreeMode.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <map>
 
@@ -13,7 +12,6 @@ namespace {
 
 using testdata::nowhere;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class RecordingOutline final : public testdata::RecordingView<TreeOutlineType, IndexPath> {
  public:

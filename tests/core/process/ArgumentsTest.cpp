@@ -1,7 +1,6 @@
 #include "core/process/Arguments.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace mirvel {
 namespace {

@@ -1,7 +1,6 @@
 #include "core/scan/FetchOperation.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

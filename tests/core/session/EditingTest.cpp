@@ -1,7 +1,6 @@
 #include "core/session/Editing.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/catalogue/Launchd.h"
 #include "core/propertylist/Writer.h"

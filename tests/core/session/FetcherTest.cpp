@@ -1,7 +1,6 @@
 #include "core/session/Fetcher.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"

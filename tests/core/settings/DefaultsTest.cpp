@@ -1,7 +1,6 @@
 #include "core/settings/Defaults.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"

@@ -1,7 +1,6 @@
 #include "core/settings/Store.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "core/propertylist/Reader.h"
@@ -19,7 +18,6 @@ using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 class StoreTest : public testing::Test {
  protected:

@@ -1,7 +1,6 @@
 #include "helpers/action/Service.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
@@ -21,7 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using propertylist::Dictionary;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using wire::Frame;
 
 /// Loading, waiting for the end of a job and log queries block until the test opens their gate.

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <sstream>
-#include <thread>
 
 #include "core/catalogue/JobFolder.h"
 #include "core/propertylist/Writer.h"
@@ -22,7 +21,6 @@ namespace fs = std::filesystem;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
 
 using HostProgram = HostFixture;
 

@@ -1,7 +1,6 @@
 #include "helpers/jobhost/LaunchctlHost.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <deque>
 

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -9,6 +8,7 @@
 #include "core/base/ThreadWorkQueue.h"
 #include "core/catalogue/Launchd.h"
 #include "core/process/SystemProcessRunner.h"
+#include "helpers/host/Signpost.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/jobhost/HostAutostart.h"
 #include "helpers/privileged/SystemHelperConnections.h"
@@ -65,7 +65,6 @@ class RunningJobsTest : public testing::Test {
     const auto status = HostClient(HostPlaces::of(hosts).socket).status();
     return status ? *status : std::vector<HostedJobStatus>();
   }
-  static bool isAlive(std::int64_t process) { return ::kill(static_cast<pid_t>(process), 0) == 0; }
 
   const testdata::TemporaryFolder folder;
   const fs::path output = folder.path() / "output";
@@ -121,7 +120,7 @@ TEST_F(RunningJobsTest, AnAgentIsSavedRunsIsChangedDisabledAndDeleted) {
   job->plist().programArguments = std::vector<std::string>{"/bin/sh", "-c", "echo again"};
   job->plist().run = "/bin/sh -c \"echo again\"";
   save(job);
-  EXPECT_FALSE(isAlive(*process)) << "the job that was replaced is stopped";
+  EXPECT_FALSE(host::isAlive(std::to_string(*process))) << "the job that was replaced is stopped";
   ASSERT_TRUE(*host.waitForEnd("job", std::chrono::seconds(60)));
   EXPECT_EQ(testdata::bytes(output), "ran\nagain\n");
   ASSERT_EQ(loaded().size(), 1U);
@@ -186,7 +185,7 @@ TEST_F(RunningJobsTest, UninstallingRemovesTheHostsButNoJobFile) {
   waitFor([&] { return !fs::exists(autostart) && !fs::exists(state); });
   EXPECT_THAT(loaded(), IsEmpty());
   EXPECT_THAT(loaded(Kind::localDaemon), IsEmpty());
-  for (const auto process : processes) EXPECT_FALSE(isAlive(process));
+  for (const auto process : processes) EXPECT_FALSE(host::isAlive(std::to_string(process)));
   for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
     EXPECT_TRUE(fs::exists(*kind.folderURL(roots) / "job.plist"));
   }

@@ -4,13 +4,11 @@
 #include <sched.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <deque>
 #include <fstream>
 #include <iostream>
 #include <random>
-#include <sstream>
 
 #include "core/files/RegularFile.h"
 #include "core/process/FileDescriptor.h"

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "support/JobText.h"
 #include "support/TestData.h"

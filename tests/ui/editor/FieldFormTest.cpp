@@ -1,7 +1,6 @@
 #include "ui/editor/FieldForm.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QTextDocument>
 #include <QToolTip>

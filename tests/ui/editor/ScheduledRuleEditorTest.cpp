@@ -1,7 +1,6 @@
 #include "ui/editor/ScheduledRuleEditor.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QComboBox>
@@ -36,7 +35,6 @@ using Scheduled::EveryDay;
 using Scheduled::EveryHour;
 using Scheduled::RepeatInterval;
 using Scheduled::ScheduledType;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
 using Rules = std::vector<ScheduledType>;

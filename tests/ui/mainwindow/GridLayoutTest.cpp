@@ -1,7 +1,6 @@
 #include "ui/mainwindow/GridLayout.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace mirvel::ui {
 namespace {

@@ -1,7 +1,6 @@
 #include "ui/mainwindow/GridModeView.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QAccessible>
 #include <QIdentityProxyModel>

@@ -1,7 +1,6 @@
 #include "ui/mainwindow/MainMenu.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QMenuBar>
 #include <map>

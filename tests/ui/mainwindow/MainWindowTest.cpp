@@ -1,7 +1,6 @@
 #include "ui/mainwindow/MainWindow.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QPlainTextEdit>
 #include <QToolButton>
@@ -13,7 +12,6 @@
 namespace mirvel::ui {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
 

@@ -1,7 +1,6 @@
 #include "ui/mainwindow/TimelineModeView.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QAccessible>
 #include <QMimeData>

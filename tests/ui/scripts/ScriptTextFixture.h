@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QTest>
-#include <memory>
 
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"

@@ -1,7 +1,6 @@
 #include "ui/support/HttpsDownloads.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QSslCertificate>
 #include <QSslKey>
@@ -14,8 +13,6 @@
 
 namespace mirvel::ui {
 namespace {
-
-using testing::HasSubstr;
 
 QSslCertificate certificate() {
   return QSslCertificate(QByteArray(testdata::localhostCertificate));
