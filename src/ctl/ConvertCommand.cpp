@@ -29,6 +29,7 @@ int convert(Arguments arguments, const Context& context) {
   const auto format = parsed->value("--to");
   if (format != "xml" && format != "binary") return usageError("convert", "--to must be xml or binary", context);
   const bool toXml = format == "xml";
+  // Binary data can contain escape sequences.
   if (!toXml && context.isTerminal) {
     return usageError("convert", "can't write binary data to a terminal; redirect the output", context);
   }

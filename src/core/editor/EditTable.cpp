@@ -42,6 +42,7 @@ std::vector<EditTable::Offer> EditTable::offers() const {
 }
 
 void EditTable::fill(const std::vector<TableRow>& rows) {
+  // Rows without text aren't in the record, so a refill after an undo elsewhere must not remove them.
   if (filledRows(rows) == filledRows(m_rows)) return;
   std::vector<TableRow> result = rows;
   std::copy_if(m_rows.begin(), m_rows.end(), std::back_inserter(result), isEmpty);
@@ -66,7 +67,7 @@ bool EditTable::remove(std::size_t position) {
   const std::size_t index = m_order[position];
   m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(index));
   m_order.erase(m_order.begin() + static_cast<std::ptrdiff_t>(position));
-  for (std::size_t& other : m_order) other -= other > index ? 1 : 0;
+  for (std::size_t& other : m_order) other -= other > index ? 1 : 0;  // the rows after it have moved up
   changed(Editing::Step::Begins);
   return true;
 }
@@ -86,7 +87,7 @@ void EditTable::setBox(std::size_t position, bool isOn) {
 
 void EditTable::changed(Editing::Step step, const std::string& cell) {
   auto rows = filledRows(m_rows);
-  if (rows == m_reported) return;
+  if (rows == m_reported) return;  // a row without text is no edit of the record
   m_reported = std::move(rows);
   if (m_changed) m_changed(step, cell);
 }

@@ -59,7 +59,7 @@ bool rulesChanged(Plist& plist, Unfinished& unfinished, const Scheduled::RuleEdi
   } else if (rules.isValid()) {
     Scheduled::apply(rules.applied(), plist);
   } else {
-    unfinished.rules = rules.content();
+    unfinished.rules = rules.content();  // the record keeps its last valid schedule
   }
   return unfinished.rules.empty();
 }

@@ -35,6 +35,7 @@ void decode(const propertylist::Node& node, const Place& place, KeepAlive& resul
 }
 
 std::optional<propertylist::Value> encode(const KeepAlive& keepAlive) {
+  // The plain value excludes conditions: a dictionary has no place for it.
   if (keepAlive.bool_) return propertylist::Value(*keepAlive.bool_);
   return propertylist::Value(encodeKeys(keepAlive, conditions));
 }

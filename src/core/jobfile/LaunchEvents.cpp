@@ -24,6 +24,7 @@ void decode(const propertylist::Node& node, const Place& place, LaunchEvents::Su
 void decode(const propertylist::Node& node, const Place& place, PlistType& result) {
   for (const auto& member : membersOf(node, place)) {
     if (storePlain(member, result)) continue;
+    // Of a value of an unsupported type only the key is kept, as an array without members.
     const std::string key(member.key());
     if (member.value.type() == propertylist::Type::Dictionary) {
       decode(member.value, place.key(key), result.dictionaries[key]);

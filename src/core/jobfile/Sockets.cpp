@@ -40,6 +40,7 @@ void decode(const propertylist::Node& node, const Place& place, Sockets& result)
 }
 
 void decode(const propertylist::Node& node, const Place& place, Socket& result) {
+  // launchd.plist(5) allows several sockets under one name.
   if (node.type() == propertylist::Type::Array) {
     decode(node, place, result.array);
   } else {

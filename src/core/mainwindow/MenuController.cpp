@@ -91,6 +91,7 @@ void MenuController::perform(Command command) {
   if (!isOffered(command) || !isEnabled(command)) return;
   if (const auto mode = modeOf(command)) return m_context.mainWindow.switchMode(*mode);
   if (const auto sheet = sheetOf(command)) return m_context.shell.sheets.at(*sheet)();
+  // Each of these ignores the commands of the others.
   performFile(command);
   performView(command);
   performHelp(command);
@@ -114,6 +115,7 @@ void MenuController::performFile(Command command) {
     case Command::RevealInFinder:
       return window.revealInFinder(*m_context.selection.job());
     case Command::Refresh:
+      // A scan alone would keep the cached icons.
       if (shell.emptyIconCache) shell.emptyIconCache();
       return m_context.fetcher.fetchJobs();
     default:

@@ -16,6 +16,7 @@ bool SelectionGuard::mayChange() {
     m_isWarningAboutUnsaved = false;
     return true;
   }
+  // Each arrow key would ask again.
   if (!m_isWarningAboutUnsaved) {
     m_context.mainWindow.unsavedChangesAlert();
     m_isWarningAboutUnsaved = true;

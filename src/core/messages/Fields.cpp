@@ -84,6 +84,7 @@ void FieldReader::requiredText(std::string_view key, std::string& text) {
 }
 
 void FieldReader::decimalSeconds(std::string_view key, std::chrono::seconds& time) {
+  // A century: longer times are mistakes, and could overflow when they are subtracted from the current time.
   constexpr std::int64_t longest = std::int64_t{100} * 366 * 86400;
   std::string text;
   (*this)(key, text);

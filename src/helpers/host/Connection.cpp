@@ -15,7 +15,7 @@ short Connection::events() const {
 }
 
 void Connection::receive() {
-  if (!m_unsent.empty()) return;
+  if (!m_unsent.empty()) return;  // back pressure: the client has to read its replies first
   std::array<char, 65536> buffer;
   const ssize_t count = ::recv(descriptor(), buffer.data(), buffer.size(), MSG_DONTWAIT);
   if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;

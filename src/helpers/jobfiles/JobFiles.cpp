@@ -21,10 +21,12 @@ Result<void> JobFiles::writeThenRemove(const std::filesystem::path& from, const 
   std::error_code failure;
   const bool isThere = fs::exists(fs::symlink_status(to, failure));
   const bool isTarget = fs::is_symlink(from, failure) && fs::equivalent(from, to, failure);
+  // A link may be replaced by its own target: then the file at the new path is the one that is being moved.
   if (isThere && !isTarget) return systemError(EEXIST, "write", to.string());
   if (auto written = write(to, content, mostOpen); !written) return written;
   auto removed = remove(from);
   if (removed) return {};
+  // Both files would be loaded at the next start, so the new one must not remain.
   const auto takenBack = before ? write(to, *before, mostOpen) : remove(to);
   if (takenBack) return removed;
   Error error = removed.error();
@@ -59,6 +61,7 @@ Result<std::string> labelOf(std::string_view content) {
 
 bool mayBeLoadedFrom(const std::filesystem::path& loaded, const std::filesystem::path& file) {
   std::error_code failure;
+  // Hosts remember the path from which a job was loaded, even after its file has been renamed.
   return !std::filesystem::exists(loaded, failure) ||
          std::filesystem::weakly_canonical(loaded, failure) == std::filesystem::weakly_canonical(file, failure);
 }

@@ -12,6 +12,7 @@ namespace mirvel::wire {
 Result<LocalAddress> LocalAddress::of(const std::filesystem::path& path) {
   LocalAddress address;
   address.m_address.sun_family = AF_UNIX;
+  // One byte is left for the terminating null, without which some systems read beyond the path.
   if (path.native().size() >= sizeof address.m_address.sun_path) {
     return Error{.code = Error::Code::LimitExceeded, .message = "the path is too long for a socket", .file = path};
   }
@@ -22,7 +23,7 @@ Result<LocalAddress> LocalAddress::of(const std::filesystem::path& path) {
 FileDescriptor makeLocalSocket() {
   FileDescriptor made(::socket(AF_UNIX, SOCK_STREAM, 0));
   if (!made) return made;
-  ::fcntl(made.number(), F_SETFD, FD_CLOEXEC);
+  ::fcntl(made.number(), F_SETFD, FD_CLOEXEC);  // macOS has no SOCK_CLOEXEC
   ignoreHangUps(made.number());
   return made;
 }

@@ -39,6 +39,7 @@ NewRunCommandViewController::NewRunCommandViewController(const CreationContext& 
   layout->addWidget(new SecondaryLabel(qt(CreationTexts(m_localize).commandExample(exampleCommand))));
   layout->addStretch();
   connect(m_runTextField, &QPlainTextEdit::textChanged, this, [this] {
+    // `redraw` sets the same text, which must not be reported as an edit.
     if (m_runTextField->text() != m_chooser.text()) m_chooser.setText(m_runTextField->text());
   });
 }

@@ -23,6 +23,7 @@ void JobDetailsView::updateDetail() {
   const auto rows = JobDetails::rows(*job, foundation.localize, foundation.roots.home.native());
   std::vector<std::string> labels;
   for (const JobDetails::Row& row : rows) labels.push_back(row.label);
+  // Refilled in place for the same job, so that selected text and scroll position survive a scan.
   if (m_path != job->url.text() || m_labels != labels) make(rows);
   m_path = job->url.text();
   m_labels = std::move(labels);

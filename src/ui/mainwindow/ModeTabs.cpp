@@ -18,7 +18,7 @@ void ModeTabs::show(Mode mode) {
 
 QWidget& ModeTabs::view(Mode mode) {
   QWidget*& view = m_views.at(static_cast<std::size_t>(mode));
-  if (!view) {
+  if (!view) {  // created on first use: a view of ten thousand jobs takes time to fill
     view = makeView(mode);
     addWidget(view);
   }

@@ -26,7 +26,7 @@ ScriptText::ScriptText(const MakeEditor& make, const Localize& localize, const Q
 }
 
 ScriptText::~ScriptText() {
-  m_editor.changed = {};
+  m_editor.changed = {};  // the editor is a child widget, so it is destroyed after the members of this class
 }
 
 std::string ScriptText::text() const {

@@ -9,6 +9,7 @@ namespace mirvel::ui {
 
 namespace {
 
+/// A label, such as the unit after a number: it never begins a line.
 bool isWord(QLayoutItem* item) {
   return qobject_cast<QLabel*>(item->widget()) != nullptr;
 }
@@ -35,6 +36,7 @@ int FlowLayout::gap() const {
   if (!widget) return 0;
   const int metric = widget->style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing, nullptr, widget);
   if (metric >= 0) return metric;
+  // The style has no uniform spacing, only one that depends on the kinds of the neighbours.
   return std::max(0, widget->style()->layoutSpacing(QSizePolicy::ComboBox, QSizePolicy::ComboBox, Qt::Horizontal));
 }
 

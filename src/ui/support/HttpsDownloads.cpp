@@ -34,6 +34,7 @@ void HttpsDownloads::get(const std::string& address, Reply reply) {
   QNetworkRequest request(url);
   request.setSslConfiguration(m_configuration);
   request.setTransferTimeout(longestMilliseconds);
+  // Redirects to plain HTTP fail, and no cookie identifies the user.
   request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
   request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
   QNetworkReply* download = m_network.get(request);
