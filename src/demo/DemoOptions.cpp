@@ -33,51 +33,64 @@ std::optional<Mode> modeFrom(const QString& name) {
   std::exit(2);
 }
 
+struct Known {
+  QCommandLineOption picture{QStringLiteral("picture"), QStringLiteral("Write a picture of the window and exit."),
+                             QStringLiteral("file")};
+  QCommandLineOption size{QStringLiteral("size"), QStringLiteral("Size of the window, such as 900x600."),
+                          QStringLiteral("size")};
+  QCommandLineOption scheme{QStringLiteral("scheme"), QStringLiteral("Colours: light or dark."),
+                            QStringLiteral("scheme")};
+  QCommandLineOption locale{QStringLiteral("locale"), QStringLiteral("Locale, such as de."), QStringLiteral("locale")};
+  QCommandLineOption select{QStringLiteral("select"), QStringLiteral("Select the job with this label."),
+                            QStringLiteral("label")};
+  QCommandLineOption edit{QStringLiteral("edit"), QStringLiteral("Open the selected job in the editor.")};
+  QCommandLineOption filter{QStringLiteral("filter"), QStringLiteral("Text of the search field."),
+                            QStringLiteral("text")};
+  QCommandLineOption newJob{
+      QStringLiteral("new"),
+      QStringLiteral("Show this page of the sheet for new jobs: %1.").arg(newPageNames().join(QStringLiteral(", "))),
+      QStringLiteral("page")};
+  QCommandLineOption mode{QStringLiteral("mode"), QStringLiteral("View: grid, tree, list or timeline."),
+                          QStringLiteral("mode")};
+};
+
+constexpr QLatin1String light("light");
+constexpr QLatin1String dark("dark");
+
+/// Exits with a message if an option that was given has an invalid value.
+void check(const QCommandLineParser& parser, const Known& known) {
+  const auto require = [&parser](const QCommandLineOption& option, const auto& isValid) {
+    if (parser.isSet(option) && !isValid(parser.value(option))) refuse(parser.value(option));
+  };
+  require(known.scheme, [](const QString& name) { return name == light || name == dark; });
+  require(known.size, [](const QString& text) { return sizeFrom(text).isValid(); });
+  require(known.mode, [](const QString& name) { return modeFrom(name).has_value(); });
+  require(known.newJob, [](const QString& page) { return newPageNames().contains(page); });
+}
+
 }  // namespace
 
 DemoOptions DemoOptions::read(const QStringList& arguments) {
-  const QCommandLineOption picture(QStringLiteral("picture"), QStringLiteral("Write a picture of the window and exit."),
-                                   QStringLiteral("file"));
-  const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Size of the window, such as 900x600."),
-                                QStringLiteral("size"));
-  const QCommandLineOption scheme(QStringLiteral("scheme"), QStringLiteral("Colours: light or dark."),
-                                  QStringLiteral("scheme"));
-  const QCommandLineOption locale(QStringLiteral("locale"), QStringLiteral("Locale, such as de."),
-                                  QStringLiteral("locale"));
-  const QCommandLineOption select(QStringLiteral("select"), QStringLiteral("Select the job with this label."),
-                                  QStringLiteral("label"));
-  const QCommandLineOption edit(QStringLiteral("edit"), QStringLiteral("Open the selected job in the editor."));
-  const QCommandLineOption filter(QStringLiteral("filter"), QStringLiteral("Text of the search field."),
-                                  QStringLiteral("text"));
-  const QCommandLineOption newJob(
-      QStringLiteral("new"),
-      QStringLiteral("Show this page of the sheet for new jobs: %1.").arg(newPageNames().join(QStringLiteral(", "))),
-      QStringLiteral("page"));
-  const QCommandLineOption mode(QStringLiteral("mode"), QStringLiteral("View: grid, tree, list or timeline."),
-                                QStringLiteral("mode"));
+  const Known known;
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("Runs Mirvel on a temporary folder full of sample jobs."));
   parser.addHelpOption();
   parser.addVersionOption();
-  parser.addOptions({picture, size, scheme, locale, mode, select, edit, filter, newJob});
+  parser.addOptions({known.picture, known.size, known.scheme, known.locale, known.mode, known.select, known.edit,
+                     known.filter, known.newJob});
   parser.process(arguments);
-  const QString schemeName = parser.value(scheme);
-  const bool isKnownScheme = schemeName == QLatin1String("light") || schemeName == QLatin1String("dark");
-  if (parser.isSet(scheme) && !isKnownScheme) refuse(schemeName);
-  if (parser.isSet(size) && !sizeFrom(parser.value(size)).isValid()) refuse(parser.value(size));
-  if (parser.isSet(mode) && !modeFrom(parser.value(mode))) refuse(parser.value(mode));
-  if (parser.isSet(newJob) && !newPageNames().contains(parser.value(newJob))) refuse(parser.value(newJob));
+  check(parser, known);
 
   DemoOptions options;
-  if (parser.isSet(picture)) options.picture = parser.value(picture);
-  if (parser.isSet(scheme)) options.isDark = schemeName == QLatin1String("dark");
-  options.size = sizeFrom(parser.value(size));
-  options.locale = parser.isSet(locale) ? ui::utf8(parser.value(locale)) : Localize::currentLocale();
-  options.mode = modeFrom(parser.value(mode)).value_or(Mode::Grid);
-  options.selected = parser.value(select);
-  options.isEdited = parser.isSet(edit);
-  options.filter = parser.value(filter);
-  options.newPage = parser.value(newJob);
+  if (parser.isSet(known.picture)) options.picture = parser.value(known.picture);
+  if (parser.isSet(known.scheme)) options.isDark = parser.value(known.scheme) == dark;
+  options.size = sizeFrom(parser.value(known.size));
+  options.locale = parser.isSet(known.locale) ? ui::utf8(parser.value(known.locale)) : Localize::currentLocale();
+  options.mode = modeFrom(parser.value(known.mode)).value_or(Mode::Grid);
+  options.selected = parser.value(known.select);
+  options.isEdited = parser.isSet(known.edit);
+  options.filter = parser.value(known.filter);
+  options.newPage = parser.value(known.newJob);
   return options;
 }
 
