@@ -223,28 +223,21 @@ TEST_F(EditControllerTest, CommentsAreAskedAboutOnceWhenAllElseIsDecided) {
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 
-TEST_F(EditControllerTest, TheirVersionReplacesMine) {
-  edit();
-  changeFile();
-  controller.save();
-  interface.answerSheet(Interface::otherButton);
-  settle();
-  EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
-  EXPECT_FALSE(program().editing.hasUnsavedChanges());
-  EXPECT_THAT(helpers.requests, IsEmpty());
+TEST_F(EditControllerTest, TheirVersionReplacesMineWhetherOrNotIHaveEdited) {
+  for (const bool isEdited : {true, false}) {
+    const std::string theirs = isEdited ? "/bin/theirs" : "/bin/others";
+    if (isEdited) edit();
+    changeFile(theirs.c_str());
+    controller.save();
+    interface.answerSheet(Interface::otherButton);
+    settle();
+    EXPECT_EQ(jobNamed("a")->run(), theirs);
+    EXPECT_EQ(program().selection.job(), jobNamed("a"));
+    EXPECT_FALSE(program().editing.hasUnsavedChanges());
+    EXPECT_THAT(helpers.requests, IsEmpty());
+  }
 }
 
-TEST_F(EditControllerTest, TheirVersionIsTakenWithoutAChangeOfMineToo) {
-  changeFile();
-  controller.save();
-  interface.answerSheet(Interface::otherButton);
-  settle();
-  EXPECT_EQ(jobNamed("a")->run(), "/bin/theirs");
-  EXPECT_EQ(program().selection.job(), jobNamed("a"));
-  EXPECT_THAT(helpers.requests, IsEmpty());
-}
-
-// Before the scan has read the job again.
 TEST_F(EditControllerTest, DiscardedEditsAreGoneBeforeTheScan) {
   edit();
   program().selection.job()->kind = Kind::localDaemon;
