@@ -84,9 +84,10 @@ Result<std::string> TestRuns::run(const messages::Test& request, Cancellation& c
   return output.error();
 }
 
-/// Stopping the job also ends the wait for it.
+/// Stopping the job also ends the wait for it. If the job or its file is already gone when the host is asked, it fails
+/// instead, which is no failure of a test that has been removed.
 Result<void> TestRuns::wait(const Run& run, Cancellation& cancellation) {
-  if (const auto loaded = m_host.loadTemporarily(run.job); !loaded) return loaded.error();
+  if (const auto loaded = m_host.loadTemporarily(run.job); !loaded) return isListed(run) ? loaded : Result<void>();
   if (!isListed(run)) {  // removed while it was being loaded, so nothing was there to be stopped
     (void)end(run);      // the request to remove it has been answered
     return {};
@@ -98,8 +99,8 @@ Result<void> TestRuns::wait(const Run& run, Cancellation& cancellation) {
   if (!cancellation.setAction(stop)) stop();
   const auto ended = m_host.waitForEnd(run.label, longestWait);
   (void)cancellation.setAction({});
-  if (!ended) return ended.error();
-  return cancellation.isCancelled() ? testCancelled() : Result<void>();
+  if (cancellation.isCancelled()) return testCancelled();
+  return ended || !isListed(run) ? Result<void>() : ended.error();
 }
 
 bool TestRuns::isListed(const Run& run) {
