@@ -316,6 +316,17 @@ TEST_F(RequestHandlerTest, ATestThatIsRemovedBeforeTheHostIsAskedHasNoOutputAndN
   }
 }
 
+TEST_F(RequestHandlerTest, ATestThatIsCancelledWhileItCantBeLoadedLeavesNoFile) {
+  const std::string job = root.path() / "test.plist";
+  Cancellation cancellation;
+  host.failing = {"load test.plist"};
+  host.onCall = [&](const std::string&) { cancellation.cancel(); };
+  const auto reply = handler.answer(*messages::Request::read(testRequest(job)), cancellation);
+  ASSERT_TRUE(std::holds_alternative<HelperError>(reply));
+  EXPECT_EQ(std::get<HelperError>(reply).failure->cause.code, Error::Code::Cancelled);
+  EXPECT_FALSE(fs::exists(job));
+}
+
 TEST_F(RequestHandlerTest, TestsWithAFolderOfTheirOwnTouchNoOther) {
   const fs::path own = root.path() / "own";
   fs::create_directory(own);
