@@ -21,9 +21,7 @@ class Section : public QWidget {
   /// Shows the job in the existing controls, which is no edit. Controls whose value is unchanged keep focus, cursor and
   /// selection. The section must have a parent already, since it shows and hides parts of itself.
   void configure(const Launchd& launchd) {
-    m_isFilling = true;
-    fill(launchd);
-    m_isFilling = false;
+    withoutEdits([&] { fill(launchd); });
   }
   /// Called when the icon of the job has changed, even if it has the same name.
   virtual void updateIcon(const Launchd& /*launchd*/) {}
@@ -43,6 +41,13 @@ class Section : public QWidget {
   /// Updates the controls; called by `configure`.
   virtual void fill(const Launchd& launchd) = 0;
 
+  /// Runs a function that updates controls; see `markJobChanged`.
+  template <typename Function>
+  void withoutEdits(const Function& update) {
+    m_isFilling = true;
+    update();
+    m_isFilling = false;
+  }
   bool isFilling() const { return m_isFilling; }
 
  private:

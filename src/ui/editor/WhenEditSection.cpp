@@ -68,10 +68,13 @@ void WhenEditSection::fillRules(const jobfile::Plist& plist) {
   if (isScheduled && unfinished.empty()) showNextRuns(plist);
 }
 
-/// Clearing the box removes the conditions from the record, so that their controls must be refilled.
+/// Clearing the box removes the conditions from the record, so that their controls must be refilled. The rules stay:
+/// those of a schedule that is switched off come back with it.
 void WhenEditSection::written(const Field& field) {
   const auto job = context().selection.launchd();
-  if (field.key == "KeepAlive" && job) configure(*job);
+  if (field.key != "KeepAlive" || !job) return;
+  withoutEdits([&] { m_form.fill(*job); });
+  showConditions(job->plist());
 }
 
 void WhenEditSection::scheduled(bool isOn) {

@@ -364,8 +364,10 @@ TEST_F(EditFlowTest, AClickElsewhereLeavesTheRulesInTheOrderInWhichTheyWereEnter
   EXPECT_TRUE(ruleEditor().editor().rows() == entered);
   program().editing.undo();
   EXPECT_TRUE(ruleEditor().editor().rows() == entered);
-  program().editing.undo();
-  EXPECT_FALSE(ruleEditor().editor().rows() == entered);
+  const auto schedule = record().startCalendarInterval;
+  for (const char* box : {"scheduledButton", "KeepAlive", "scheduledButton"}) control<QCheckBox>(box).click();
+  EXPECT_TRUE(ruleEditor().editor().rows() == entered) << "a schedule that is switched off keeps its rules";
+  EXPECT_EQ(record().startCalendarInterval, schedule);
 }
 
 TEST_F(EditFlowTest, DiscardedInputDoesntComeBack) {
