@@ -309,7 +309,9 @@ TEST_F(RequestHandlerTest, ATestThatIsRemovedBeforeTheHostIsAskedHasNoOutputAndN
   for (const std::string call : {"load test.plist", "wait 60 s for uuid"}) {
     host.failing = {call};  // as there is no such file or job any more
     host.onCall = [&](const std::string& now) {
-      if (now == call) EXPECT_EQ(handler.handle({{"kind", 4}, {"path", job}}), Dictionary());
+      if (now == call) {
+        EXPECT_EQ(handler.handle({{"kind", 4}, {"path", job}}), Dictionary());
+      }
     };
     EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}})) << call;
     EXPECT_FALSE(fs::exists(job));
