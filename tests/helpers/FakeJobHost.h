@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fstream>
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -15,7 +16,8 @@ class FakeJobHost final : public JobHost {
  public:
   std::vector<std::string> calls;
   std::set<std::string> failing;  ///< the calls that fail
-  std::string output;             ///< of a test job
+  std::function<void(const std::string& call)> onCall = [](const std::string&) {};
+  std::string output;  ///< of a test job
   std::filesystem::path outputFile;
   std::vector<LogLine> lines;
 
@@ -39,6 +41,7 @@ class FakeJobHost final : public JobHost {
  private:
   Result<void> note(const std::string& call) {
     calls.push_back(call);
+    onCall(call);
     if (failing.count(call) == 0) return {};
     return Error{.code = Error::Code::Io, .message = "the host can't " + call};
   }

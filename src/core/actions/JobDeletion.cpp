@@ -3,6 +3,7 @@
 #include "core/actions/ActionController.h"
 #include "core/actions/ActionTexts.h"
 #include "core/actions/DeletedJobs.h"
+#include "core/actions/JobOnDisk.h"
 #include "core/locale/Dates.h"
 #include "core/propertylist/Encoding.h"
 #include "core/session/Busy.h"
@@ -45,13 +46,15 @@ void JobDeletion::deleteAndKeep(const std::shared_ptr<Job>& job) {
   const auto kept = m_deletedJobs.keep(*job);
   if (!kept) return askToDeleteAnyway(job, kept.error());
   const bool isUsers = job->kind == Kind::userAgent;
-  m_actions.deleteConfirmed(Interface::defaultButton, *job, [this, isUsers, id = *kept](bool isDeleted) {
-    if (isDeleted) return;
-    // Without a connection there was no answer, and the helper may still delete the file. So the copy is kept; it is
-    // listed as soon as the file is gone.
-    const bool isAnswered = isUsers ? m_actions.isConnected() : m_actions.isAuthorised();
-    if (isAnswered) m_deletedJobs.forget(id);
-  });
+  m_actions.deleteConfirmed(Interface::defaultButton, *job,
+                            [this, isUsers, url = job->url, id = *kept](bool isDeleted) {
+                              // The file may be gone although the request failed. Then the copy is the last one.
+                              if (isDeleted || !isPresent(url)) return;
+                              // Without a connection there was no answer, and the helper may still delete the file. So
+                              // the copy is kept; it is listed as soon as the file is gone.
+                              const bool isAnswered = isUsers ? m_actions.isConnected() : m_actions.isAuthorised();
+                              if (isAnswered) m_deletedJobs.forget(id);
+                            });
 }
 
 void JobDeletion::askToDeleteAnyway(const std::shared_ptr<Job>& job, const Error& reason) {

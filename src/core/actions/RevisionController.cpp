@@ -33,6 +33,8 @@ RevisionController::RevisionController(const std::filesystem::path& folder, cons
     : m_store(folder / "Revisions.plist", &troubles), m_defaults(defaults), m_clock(clock) {}
 
 void RevisionController::saveRevision(const Launchd& job) {
+  // Without the older revisions, the list would replace them as soon as the file can be read again.
+  if (!m_store.refresh()) return;
   const std::string key = storeKey(job.url);
   propertylist::Array kept = revisionsIn(m_store, key);
   if (auto content = job.plistDictionary()) {

@@ -31,7 +31,7 @@ class RevisionController {
   /// An array of revisions for each path (`storeKey`), the newest first. Invalidated by the next call.
   const propertylist::Dictionary& revisions() const { return m_store.contents(); }
   /// Adds the present content of the job, and removes the oldest revisions beyond `Defaults::numberOfSavedRevisions`.
-  /// If the file can't be written the revision is kept in memory.
+  /// If the file can't be written the revision is kept in memory. If it can't be read, no revision is added.
   void saveRevision(const Launchd& job);
   /// Removes the revisions of one job, or of all jobs.
   void clearRevisions(const URL& job);

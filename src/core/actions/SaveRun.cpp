@@ -53,15 +53,15 @@ void SaveRun::begin() {
   next();
 }
 
-/// Ends the save if another program has changed the file. The editor then asks the user which version to keep.
+/// Ends the save if another program has changed the file.
 bool SaveRun::endsOvertaken() {
-  if (!wasOvertaken()) return false;
-  finish(false);
-  if (m_context.shell.edit) m_context.shell.edit->save();
-  return true;
+  m_isOvertaken = wasOvertaken();
+  if (m_isOvertaken) finish(false);
+  return m_isOvertaken;
 }
 
-/// Whether the file of the edited job has been changed while the user was asked for a password, or about comments.
+/// Whether the file of the edited job has been changed while the user was asked for a password or about comments, or
+/// while the old job was being stopped.
 bool SaveRun::wasOvertaken() const {
   if (m_job->isNewFile || m_context.selection.job() != m_job) return false;
   const auto bytes = jobBytes(m_plan.from);
@@ -89,6 +89,11 @@ void SaveRun::next() {
   if (m_plan.steps.empty()) return finish(!m_isRollingBack);
   const SaveStep step = std::move(m_plan.steps.front());
   m_plan.steps.pop_front();
+  // Stopping the old job can take as long as its `ExitTimeOut`.
+  if (step.role == Role::Write && m_isOldUnloaded && wasOvertaken()) {
+    m_isOvertaken = true;
+    return rollBack();
+  }
   send(step);
 }
 
@@ -193,6 +198,8 @@ void SaveRun::finish(bool isWritten) {
   isWritten ? endEdit() : restoreEdit();
   m_context.fetcher.refresh();
   if (const auto ended = std::exchange(m_ended, {})) ended(isWritten);
+  // The editor asks the user which version to keep.
+  if (m_isOvertaken && m_context.shell.edit) m_context.shell.edit->save();
 }
 
 void SaveRun::keepWritten() {

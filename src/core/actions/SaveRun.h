@@ -69,7 +69,8 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
   std::optional<Role> m_role;  ///< the role of the pending request
   bool m_isRollingBack = false;
   bool m_isOldUnloaded = false;
-  bool m_isRecorded = false;  ///< in the `MoveJournal`
+  bool m_isOvertaken = false;  ///< another program has changed the file
+  bool m_isRecorded = false;   ///< in the `MoveJournal`
 };
 
 }  // namespace mirvel

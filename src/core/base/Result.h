@@ -25,6 +25,10 @@ class [[nodiscard]] Result {
   // Implicit, so that functions can return a value or an error directly.
   Result(T value) : m_state(std::in_place_index<0>, std::move(value)) {}
   Result(Error error) : m_state(std::in_place_index<1>, std::move(error)) {}
+  /// Constructs the value in place, for types that are expensive to move.
+  template <typename... Arguments>
+  explicit Result(std::in_place_t /*tag*/, Arguments&&... arguments)
+      : m_state(std::in_place_index<0>, std::forward<Arguments>(arguments)...) {}
 
   explicit operator bool() const { return m_state.index() == 0; }
 

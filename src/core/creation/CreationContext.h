@@ -25,7 +25,7 @@ struct CreationContext {
   const Platform& platform;
   Shell& shell;
   const Catalogue& catalogue;
-  Selection& selection;
+  const Selection& selection;
   CurrentMode& currentMode;
   Editing& editing;
   Fetcher& fetcher;

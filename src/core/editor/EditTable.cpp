@@ -45,7 +45,10 @@ void EditTable::fill(const std::vector<TableRow>& rows) {
   // Rows without text aren't in the record, so a refill after an undo elsewhere must not remove them.
   if (filledRows(rows) == filledRows(m_rows)) return;
   std::vector<TableRow> result = rows;
-  std::copy_if(m_rows.begin(), m_rows.end(), std::back_inserter(result), isEmpty);
+  // Unfinished rows may include the empty ones already.
+  if (std::none_of(rows.begin(), rows.end(), isEmpty)) {
+    std::copy_if(m_rows.begin(), m_rows.end(), std::back_inserter(result), isEmpty);
+  }
   m_rows = std::move(result);
   for (TableRow& row : m_rows) row.cells.resize(m_format.columns.size());
   m_reported = filledRows(m_rows);

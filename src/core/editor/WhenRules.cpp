@@ -64,6 +64,14 @@ bool rulesChanged(Plist& plist, Unfinished& unfinished, const Scheduled::RuleEdi
   return unfinished.rules.empty();
 }
 
+bool standFor(const Scheduled::RuleEditor& rules, const Plist& plist) {
+  using Intervals = std::vector<jobfile::StartCalendarInterval::Interval>;
+  const auto intervals = [](const auto& calendar) { return calendar ? calendar->intervals : Intervals(); };
+  const auto applied = rules.applied();
+  return rules.isValid() && applied.startInterval == plist.startInterval &&
+         intervals(applied.startCalendarInterval) == intervals(plist.startCalendarInterval);
+}
+
 void removeSchedule(Plist& plist, Unfinished& unfinished) {
   plist.startInterval.reset();
   plist.startCalendarInterval.reset();

@@ -39,6 +39,9 @@ Display display(const jobfile::Plist& plist, const ValueTexts& texts);
 /// Writes the rows of the rule editor to the record; without rows the schedule is removed. If a row is invalid, stores
 /// all rows as unfinished, leaves the record unchanged and returns false.
 bool rulesChanged(jobfile::Plist& plist, Unfinished& unfinished, const Scheduled::RuleEditor& rules);
+/// Whether the rows can be saved and are the record's schedule, if not in the order in which it would be loaded: rows
+/// as the user has entered them needn't be replaced then.
+bool standFor(const Scheduled::RuleEditor& rules, const jobfile::Plist& plist);
 /// Removes the schedule and unfinished rows.
 void removeSchedule(jobfile::Plist& plist, Unfinished& unfinished);
 /// Whether only numbers or times differ, so that for undo the change continues the previous one.

@@ -103,8 +103,9 @@ class PlistDecoder {
   void decodeRow(const Row& row) {
     auto& field = m_plist.*row.field;
     const propertylist::Node* const node = find(row.key);
-    decodeField(node, m_top.key(row.text), field);
-    if constexpr (!std::is_same_v<decltype(field), std::string&>) {
+    constexpr bool isRequired = std::is_same_v<decltype(field), std::string&>;
+    if (node || isRequired) decodeField(node, m_top.key(row.text), field);
+    if constexpr (!isRequired) {
       if (node && m_top.isTolerant() && !(field.has_value() && isUsable(*node, *field))) {
         field.reset();
         m_unfit.set(static_cast<std::size_t>(row.key));
@@ -153,11 +154,26 @@ Result<void> decodeInto(Plist& fresh, const propertylist::Node& file, const Plac
   }
 }
 
+// A record is large, so the functions that return one construct it in the result and return only that.
+
+Result<Plist> readWith(std::string_view bytes, Result<void> (*decode)(const propertylist::Node&, Plist&)) {
+  Result<Plist> plist(std::in_place);
+  auto document = propertylist::read(bytes);
+  if (!document) {
+    plist = std::move(document).error();
+  } else if (auto result = decode(document->root(), *plist); !result) {
+    plist = result.error();
+  } else {
+    plist->dictionary.emplace(*std::move(document));
+  }
+  return plist;
+}
+
 }  // namespace
 
 Result<Plist> Plist::decode(const propertylist::Node& file) {
-  Plist plist;
-  if (auto result = decode(file, plist); !result) return result.error();
+  Result<Plist> plist(std::in_place);
+  if (auto result = decode(file, *plist); !result) plist = result.error();
   return plist;
 }
 
@@ -170,20 +186,11 @@ Result<void> Plist::decodeTolerantly(const propertylist::Node& file, Plist& fres
 }
 
 Result<Plist> Plist::read(std::string_view bytes) {
-  auto document = propertylist::read(bytes);
-  if (!document) return std::move(document).error();
-  auto result = decode(document->root());
-  if (result) result->dictionary.emplace(*std::move(document));
-  return result;
+  return readWith(bytes, &Plist::decode);
 }
 
 Result<Plist> Plist::readTolerantly(std::string_view bytes) {
-  auto document = propertylist::read(bytes);
-  if (!document) return std::move(document).error();
-  Plist plist;
-  if (auto result = decodeTolerantly(document->root(), plist); !result) return std::move(result).error();
-  plist.dictionary.emplace(*std::move(document));
-  return plist;
+  return readWith(bytes, &Plist::decodeTolerantly);
 }
 
 }  // namespace mirvel::jobfile

@@ -66,7 +66,8 @@ bool isEnabled(Command command, const CommandContext& context) {
       return context.isScriptInFront ||
              (isChangeableSelected(context) && context.detailTab == DetailTab::LaunchdEdit && !context.isSaving);
     case Command::Revert:
-      return !hasUnsavedChanges && isChangeableSelected(context) && context.hasRevisions;
+      // The end of a save replaces the record, and a revision that was chosen meanwhile would be lost.
+      return !hasUnsavedChanges && !context.isSaving && isChangeableSelected(context) && context.hasRevisions;
     case Command::Delete:
       return context.selected && context.canDeleteSelected;
     case Command::Duplicate:

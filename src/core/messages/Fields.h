@@ -132,7 +132,8 @@ class FieldReader {
   template <HasFields T>
   void operator()(std::string_view key, std::vector<T>& parts) {
     const auto* const array = find<propertylist::Array>(key, "isn't an array");
-    for (const propertylist::Value& element : array ? *array : propertylist::Array()) {
+    if (!array) return;
+    for (const propertylist::Value& element : *array) {
       const auto* const dictionary = element.as<propertylist::Dictionary>();
       if (!dictionary) return fail(Error::Code::WrongType, key, "isn't an array of dictionaries");
       readPart(*dictionary, parts.emplace_back());

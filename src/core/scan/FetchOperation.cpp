@@ -23,13 +23,6 @@ std::span<const Kind> kindsToScan(bool showSystemJobs) {
   return Kind::visibleKinds;
 }
 
-/// Whether the file can be cached. A file that has just been written may be written again within the same tick of the
-/// file system's clock; its stamp would be the same, and the cache would keep the outdated content.
-bool isSettled(const JobFolder::Stamp& stamp) {
-  constexpr std::chrono::seconds tick(2);  // the resolution of FAT file systems
-  return stamp.modified + tick < std::chrono::system_clock::now().time_since_epoch();
-}
-
 }  // namespace
 
 FetchOperation::FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanTools& tools)
@@ -44,6 +37,7 @@ FetchOperation::FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanT
 void FetchOperation::main() {
   if (m_isCancelled) return;
   m_hasOldCache = !m_tools.cache.isEmpty();
+  m_start = std::chrono::system_clock::now().time_since_epoch();
   Jobs found = scan();
   if (m_isCancelled) return;
   m_tools.cache.dropUnused();
@@ -148,6 +142,13 @@ std::nullopt_t FetchOperation::unreadable(const Error& error, const URL& url) co
   // A file that was deleted since the folder was listed isn't a problem.
   if (error.code != Error::Code::NotFound) m_tools.console.log(unreadableJobLine(url.text()));
   return std::nullopt;
+}
+
+/// Whether the file can be cached. A file that was written shortly before the scan may be written again within the same
+/// tick of the file system's clock; its stamp would be the same, and the cache would keep the outdated content.
+bool FetchOperation::isSettled(const JobFolder::Stamp& stamp) const {
+  constexpr std::chrono::seconds tick(2);  // the resolution of FAT file systems
+  return stamp.modified + tick < m_start;
 }
 
 std::optional<JobFile> FetchOperation::parsed(std::string_view bytes, const JobFolder::Stamp& stamp, const URL& url) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -64,6 +65,7 @@ class FetchOperation {
   std::optional<JobFile> parsed(std::string_view bytes, const JobFolder::Stamp& stamp, const URL& url);
   Jobs sorted(const Jobs& unsorted) const;
 
+  bool isSettled(const JobFolder::Stamp& stamp) const;
   /// Whether the jobs are those of the catalogue.
   bool isOld(const Jobs& found) const;
 
@@ -78,8 +80,9 @@ class FetchOperation {
   std::vector<OldJob> m_oldJobs;
   ScanSettings m_settings;
   ScanTools& m_tools;
-  bool m_isCaching = true;     // whether the folder being read is cached
-  bool m_hasOldCache = false;  // whether the cache has entries of an earlier scan
+  std::chrono::nanoseconds m_start{};  // of the scan, since 1970
+  bool m_isCaching = true;             // whether the folder being read is cached
+  bool m_hasOldCache = false;          // whether the cache has entries of an earlier scan
   std::atomic<bool> m_isCancelled = false;
 };
 

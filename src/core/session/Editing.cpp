@@ -166,7 +166,9 @@ void Editing::sent(const std::shared_ptr<Launchd>& job, const std::string& text)
 }
 
 bool Editing::take(const std::shared_ptr<Launchd>& job, const std::string& text) {
-  const auto read = Launchd::read(text, job->url, job->kind, m_foundation.scanSettings(), m_console);
+  ScanSettings settings = m_foundation.scanSettings();
+  settings.showInternalHelpers = true;  // a job that scans leave out is one all the same
+  const auto read = Launchd::read(text, job->url, job->kind, settings, m_console);
   if (!read) return false;
   job->plist() = std::move(read->plist());
   m_writtenJob = job;

@@ -30,7 +30,6 @@ class MainWindowType {
   /// Sets the title, which also names the window in the window list.
   virtual void setTitle(const std::string& title) = 0;
   /// Shows or hides the title in the title bar.
-  /// Sets the title, which also names the window in the window list.
   virtual void setTitleVisible(bool isVisible) = 0;
   /// Shows or hides the mark of unsaved changes.
   virtual void setEdited(bool isEdited) = 0;

@@ -84,22 +84,28 @@ Result<std::string> TestRuns::run(const messages::Test& request, Cancellation& c
   return output.error();
 }
 
-/// Stopping the job also ends the wait for it.
+/// Stopping the job also ends the wait for it. If the job or its file is already gone when the host is asked, it fails
+/// instead, which is no failure of a test that has been removed.
 Result<void> TestRuns::wait(const Run& run, Cancellation& cancellation) {
-  if (const auto loaded = m_host.loadTemporarily(run.job); !loaded) return loaded.error();
-  if (!isListed(run)) {  // removed while it was being loaded, so nothing was there to be stopped
-    (void)end(run);      // the request to remove it has been answered
-    return {};
-  }
   const auto isThis = [&run](const Run& other) { return other.job == run.job; };
   const auto stop = [this, isThis] {
     if (const auto stopped = take(isThis)) (void)end(*stopped);  // the test has been given up
   };
+  const auto loaded = m_host.loadTemporarily(run.job);
+  if (!loaded && cancellation.isCancelled()) {
+    stop();
+    return testCancelled();
+  }
+  if (!loaded) return isListed(run) ? loaded : Result<void>();
+  if (!isListed(run)) {  // removed while it was being loaded, so nothing was there to be stopped
+    (void)end(run);      // the request to remove it has been answered
+    return {};
+  }
   if (!cancellation.setAction(stop)) stop();
   const auto ended = m_host.waitForEnd(run.label, longestWait);
   (void)cancellation.setAction({});
-  if (!ended) return ended.error();
-  return cancellation.isCancelled() ? testCancelled() : Result<void>();
+  if (cancellation.isCancelled()) return testCancelled();
+  return ended || !isListed(run) ? Result<void>() : ended.error();
 }
 
 bool TestRuns::isListed(const Run& run) {

@@ -13,8 +13,9 @@ namespace mirvel {
 
 /// What runs jobs on this machine: launchd or the embedded host. A helper uses the host of the user as whom it acts.
 ///
-/// Each operation blocks until the host has replied. `waitForEnd` and `log` may be called from any thread, concurrently
-/// with each other and with one of the other operations; unloading a job ends the wait for its end.
+/// Each operation blocks until the host has replied. `loadTemporarily`, `unload`, `waitForEnd` and `log` may be called
+/// from any thread, concurrently with each other and with one of the other operations: tests run beside the changes of
+/// files. Unloading a job ends the wait for its end.
 class JobHost {
  public:
   using LogLine = messages::LogLine;

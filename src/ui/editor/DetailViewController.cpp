@@ -72,7 +72,9 @@ QWidget* DetailViewController::childOf(DetailTab tab) const {
 void DetailViewController::show(DetailTab tab) {
   if (tab != m_detailTab && tab != DetailTab::LaunchdEdit) passFocusOn();
   setCurrentWidget(childOf(tab));
-  if (std::exchange(m_detailTab, tab) == tab) return;
+  const DetailTab before = std::exchange(m_detailTab, tab);
+  if (before == tab) return;
+  if (before == DetailTab::LaunchdEdit) m_edit->clearDetail();  // otherwise discarded input could come back
   m_context.mainWindow.updateTitle();
   if (m_context.shell.mainWindow) m_context.shell.mainWindow->validateVisibleItems();  // the commands depend on the tab
 }

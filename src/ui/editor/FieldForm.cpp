@@ -12,6 +12,7 @@
 #include "core/editor/EditorTexts.h"
 #include "core/schedule/ScheduledController.h"
 #include "core/session/Notifications.h"
+#include "core/session/Selection.h"
 #include "core/text/Bidirectional.h"
 #include "ui/editor/ChooseFile.h"
 #include "ui/editor/EditTableView.h"
@@ -281,7 +282,7 @@ FieldsSection::FieldsSection(const EditorContext& theContext, StackSection secti
     : Section(theContext), m_form(*this) {
   m_form.add(fieldsOf(section), *new SectionGrid(this));
   m_rootChanged = theContext.notifications.rootChanged.subscribe([this] {
-    if (const auto job = launchd()) configure(job);
+    if (const auto job = context().selection.launchd()) configure(*job);
   });
 }
 

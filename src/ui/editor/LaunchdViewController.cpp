@@ -67,7 +67,7 @@ void LaunchdViewController::updateSections() {
       isInserted = i < m_shown.size() || isInserted;
       insertSection(i, wanted[i]);
     }
-    m_shown[i].section->configure(job);
+    m_shown[i].section->configure(*job);
   }
   // Not before the sections are filled, so that the scroll area knows their height.
   if (isNew) m_scrollView->setWidget(m_stackView->parentWidget());

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QWidget>
-#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -14,18 +13,15 @@
 namespace mirvel::ui {
 
 /// A part of the details or the editor of a launchd job, for a group of keys. Controls write each edit to the record of
-/// the selected job at once; a section stores no values.
+/// the selected job at once; a section stores neither values nor the job, which a scan may replace.
 class Section : public QWidget {
  public:
   explicit Section(const EditorContext& context) : m_context(context) {}
 
   /// Shows the job in the existing controls, which is no edit. Controls whose value is unchanged keep focus, cursor and
   /// selection. The section must have a parent already, since it shows and hides parts of itself.
-  void configure(const std::shared_ptr<Launchd>& launchd) {
-    m_launchd = launchd;
-    m_isFilling = true;
-    fill(*launchd);
-    m_isFilling = false;
+  void configure(const Launchd& launchd) {
+    withoutEdits([&] { fill(launchd); });
   }
   /// Called when the icon of the job has changed, even if it has the same name.
   virtual void updateIcon(const Launchd& /*launchd*/) {}
@@ -40,18 +36,22 @@ class Section : public QWidget {
   Launchd* markJobChanged(Editing::Step step = Editing::Step::Begins, std::string_view field = {}) {
     return m_isFilling ? nullptr : m_context.editing.markJobChanged(step, field);
   }
-  /// The shown job; null if there is none or it no longer exists.
-  std::shared_ptr<Launchd> launchd() const { return m_launchd.lock(); }
 
  protected:
   /// Updates the controls; called by `configure`.
   virtual void fill(const Launchd& launchd) = 0;
 
+  /// Runs a function that updates controls; see `markJobChanged`.
+  template <typename Function>
+  void withoutEdits(const Function& update) {
+    m_isFilling = true;
+    update();
+    m_isFilling = false;
+  }
   bool isFilling() const { return m_isFilling; }
 
  private:
   const EditorContext m_context;
-  std::weak_ptr<Launchd> m_launchd;
   bool m_isFilling = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "core/base/Const.h"
 #include "core/editor/EditorTexts.h"
+#include "core/session/Selection.h"
 #include "core/text/Bidirectional.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
@@ -54,14 +55,11 @@ void WhenEditSection::showConditions(const jobfile::Plist& plist) {
 void WhenEditSection::fillRules(const jobfile::Plist& plist) {
   Scheduled::RuleEditor& editor = m_scheduledRuleEditor->editor();
   const auto& unfinished = context().editing.unfinished().rules;
-  Scheduled::RuleEditor wanted(context().schedules);
-  if (unfinished.empty()) {
-    context().schedules.loadFileRules(Scheduled::fileRules(plist.startInterval, plist.startCalendarInterval), wanted);
-  } else {
-    wanted.setContent(unfinished);
+  if (!unfinished.empty()) {
+    if (unfinished != editor.content()) editor.setContent(unfinished);
+  } else if (!WhenRules::standFor(editor, plist)) {
+    loadRules(plist);
   }
-  // The rows are compared with their origins: rows that look the same may have been made from other intervals.
-  if (wanted.content() != editor.content()) editor.setContent(wanted.content());
   m_rules = editor.content();
   const bool isScheduled = editor.numberOfRows() > 0;
   m_scheduledButton->setChecked(isScheduled);
@@ -70,18 +68,25 @@ void WhenEditSection::fillRules(const jobfile::Plist& plist) {
   if (isScheduled && unfinished.empty()) showNextRuns(plist);
 }
 
-/// Clearing the box removes the conditions from the record, so that their controls must be refilled.
+/// Clearing the box removes the conditions from the record, so that their controls must be refilled. The rules stay:
+/// those of a schedule that is switched off come back with it.
 void WhenEditSection::written(const Field& field) {
-  const auto job = launchd();
-  if (field.key == "KeepAlive" && job) configure(job);
+  const auto job = context().selection.launchd();
+  if (field.key != "KeepAlive" || !job) return;
+  withoutEdits([&] { m_form.fill(*job); });
+  showConditions(job->plist());
 }
 
 void WhenEditSection::scheduled(bool isOn) {
   if (isFilling()) return;
   m_scheduledView->setVisible(isOn);
   if (isOn) {
-    if (m_scheduledRuleEditor->editor().numberOfRows() == 0) m_scheduledRuleEditor->addRow();
-    rulesDidChange();
+    if (m_scheduledRuleEditor->editor().numberOfRows() == 0) {
+      m_scheduledRuleEditor->addRow();  // which is reported as a change
+    } else {
+      m_rules.clear();  // so that the click is a step of its own
+      rulesDidChange();
+    }
   } else if (Launchd* const job = markJobChanged()) {
     WhenRules::removeSchedule(job->plist(), context().editing.unfinished());
   }

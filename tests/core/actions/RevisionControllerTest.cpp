@@ -76,6 +76,21 @@ TEST_F(RevisionControllerTest, AStoreThatCantBeWrittenKeepsTheRevisionInMemory) 
   EXPECT_EQ(reports, 1);
 }
 
+TEST_F(RevisionControllerTest, RevisionsInAStoreThatCouldNotBeReadForAWhileAreKept) {
+  auto revisions = controller();
+  revisions.saveRevision(*job("/1"));
+  const auto away = roots.applicationSupport / "Away.plist";
+  std::filesystem::rename(store(), away);
+  std::filesystem::create_directory(store());
+  revisions.saveRevision(*job("/2"));
+  EXPECT_TRUE(std::filesystem::is_directory(store()));
+  std::filesystem::remove(store());
+  std::filesystem::rename(away, store());
+  revisions.saveRevision(*job("/x", "/jobs/other.plist"));
+  EXPECT_EQ(kept(controller()), "/1");
+  EXPECT_EQ(kept(controller(), "/jobs/other.plist"), "/x");
+}
+
 TEST_F(RevisionControllerTest, RevisionsMoveWithTheirJob) {
   auto revisions = controller();
   for (const auto& [program, file] : {std::pair{"/1", "/jobs/a.plist"}, std::pair{"/2", "/jobs/b.plist"},

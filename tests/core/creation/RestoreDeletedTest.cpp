@@ -113,6 +113,16 @@ TEST_F(RestoreDeletedTest, AJobWhoseDeletionFailedIsntListedEvenAfterItChanges) 
   EXPECT_THAT(rows(), IsEmpty());
 }
 
+TEST_F(RestoreDeletedTest, AFileThatIsGoneIsKeptEvenIfTheHelperReportsAFailure) {
+  const auto file = writeJob(Kind::userAgent, "a");
+  scan();
+  program().deletion.confirm(jobNamed("a"));
+  interface.answerSheet(Interface::defaultButton);
+  fs::remove(file);
+  answer(false);
+  EXPECT_THAT(rows(), SizeIs(1));
+}
+
 TEST_F(RestoreDeletedTest, AFileDeletedByADisconnectedHelperIsKept) {
   const auto file = writeJob(Kind::localDaemon, "a");
   scan();

@@ -273,6 +273,28 @@ TEST_F(EditControllerTest, AChangeDuringThePasswordDialogIsAskedAbout) {
   EXPECT_THAT(helpers.requests, SizeIs(1)) << "mine, and no second password";
 }
 
+TEST_F(EditControllerTest, AChangeThatComesWhileTheOldJobIsStoppedIsAskedAbout) {
+  file = writeJob(Kind::localAgent, "root", {{"Program", "/bin/ls"}});
+  scan();
+  program().selection.select(jobNamed("root"));
+  edit();
+  controller.save();
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  EXPECT_EQ(helpers.requests[0].kind(), 4) << "unloads the old job";
+  (void)writeJob(Kind::localAgent, "root", {{"Program", "/bin/theirs"}});
+  auto reply = helpers.requests[0].reply;
+  reply({});
+  ASSERT_THAT(helpers.requests, SizeIs(2));
+  EXPECT_EQ(helpers.requests[1].kind(), 5) << "loads it again, and writes nothing";
+  reply = helpers.requests[1].reply;
+  reply({});
+  ASSERT_EQ(interface.sheets.size(), 1U);
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
+  EXPECT_FALSE(program().saving.isBusy());
+  interface.answerSheet(Interface::alternateButton);
+  EXPECT_THAT(helpers.requests, SizeIs(3)) << "mine";
+}
+
 TEST_F(EditControllerTest, OneSaveAtATime) {
   edit();
   controller.save();

@@ -77,6 +77,13 @@ TEST(EditTableTest, RefillingKeepsRowsThatAreStillToBeFilled) {
   EXPECT_EQ(shown(table), "b a ");
   table.fill(rowsOf(Texts{"c"}));
   EXPECT_EQ(shown(table), "c ");
+  // As undo and redo do, if unfinished rows include an empty one.
+  for (int i = 0; i < 3; ++i) {
+    table.fill(rowsOf(Texts{"a", "a", ""}));
+    EXPECT_EQ(shown(table), "a a ");
+    table.fill(rowsOf(Texts{"a", "b"}));
+    EXPECT_EQ(shown(table), "a b ");
+  }
 }
 
 TEST(EditTableTest, SortingChangesTheScreenAndNotTheRows) {

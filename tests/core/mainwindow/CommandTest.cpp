@@ -54,7 +54,7 @@ TEST(CommandRules, EachConditionDisablesItsCommandsAndNoOthers) {
        {C::New, C::Refresh, C::Revert, C::Duplicate, C::Import, C::RestoreDeleted, C::Export, C::Grid, C::Tree,
         C::Timeline, C::System}},
       {"a sheet", [](auto& context) { context.hasSheet = true; }, besidesOthers},
-      {"a save", [](auto& context) { context.isSaving = true; }, {C::Save, C::RestoreDeleted}},
+      {"a save", [](auto& context) { context.isSaving = true; }, {C::Save, C::Revert, C::RestoreDeleted}},
       {"no selection",
        [](auto& context) { context.selected.reset(); },
        {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Delete, C::Share, C::Test, C::Log, C::Info,

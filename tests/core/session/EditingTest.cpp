@@ -183,6 +183,13 @@ TEST_F(EditingTest, AfterASaveThatFailedLateUndoingEverythingReadsTheJobAgain) {
   EXPECT_EQ(record().nice, 7) << "as the file has it";
 }
 
+TEST_F(EditingTest, TheContentThatASaveHasWrittenIsExpectedEvenIfScansLeaveTheJobOut) {
+  const std::string written = testdata::jobText("app.mirvel.hidden");
+  EXPECT_TRUE(editing().take(program().selection.launchd(), written));
+  setNice(7);
+  EXPECT_TRUE(editing().expectsInFile(Checksum::ofFile(written).text()));
+}
+
 TEST_F(EditingTest, AReplacedRecordIsOneStepOfTheSameJobAndIsWrittenAsGiven) {
   using propertylist::Dictionary;
   (void)writeJob(Kind::userAgent, "a", {{"Odd", "now"}, {"Even", "now"}, {"KeepAlive", Dictionary{{"Odd", 1}}}});

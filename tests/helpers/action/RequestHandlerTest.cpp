@@ -303,6 +303,31 @@ TEST_F(RequestHandlerTest, TestsNotRemovedEndWithTheHelperAndCancelledTestsAreNo
   EXPECT_EQ(host.calls.back(), "unload uuid");
 }
 
+TEST_F(RequestHandlerTest, ATestThatIsRemovedBeforeTheHostIsAskedHasNoOutputAndNoError) {
+  const std::string job = root.path() / "test.plist";
+  for (const std::string call : {"load test.plist", "wait 60 s for uuid"}) {
+    host.failing = {call};  // as there is no such file or job any more
+    host.onCall = [&](const std::string& now) {
+      if (now == call) {
+        EXPECT_EQ(handler.handle({{"kind", 4}, {"path", job}}), Dictionary());
+      }
+    };
+    EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}})) << call;
+    EXPECT_FALSE(fs::exists(job));
+  }
+}
+
+TEST_F(RequestHandlerTest, ATestThatIsCancelledWhileItCantBeLoadedLeavesNoFile) {
+  const std::string job = root.path() / "test.plist";
+  Cancellation cancellation;
+  host.failing = {"load test.plist"};
+  host.onCall = [&](const std::string&) { cancellation.cancel(); };
+  const auto reply = handler.answer(*messages::Request::read(testRequest(job)), cancellation);
+  ASSERT_TRUE(std::holds_alternative<HelperError>(reply));
+  EXPECT_EQ(std::get<HelperError>(reply).failure->cause.code, Error::Code::Cancelled);
+  EXPECT_FALSE(fs::exists(job));
+}
+
 TEST_F(RequestHandlerTest, TestsInTheirOwnFolderTouchNoOtherFolder) {
   const fs::path own = root.path() / "own";
   fs::create_directory(own);

@@ -335,6 +335,68 @@ TEST_F(EditFlowTest, WithoutItsLastRuleAScheduleIsOff) {
   EXPECT_EQ(record().startInterval, 30) << "it begins with a new rule";
 }
 
+TEST_F(EditFlowTest, EachClickOfTheScheduleBoxIsOneStep) {
+  edit({{"Program", "/bin/ls"}});
+  auto& box = control<QCheckBox>("scheduledButton");
+  for (int i = 0; i < 3; ++i) box.click();
+  auto* const number = ruleEditor().findChild<QLineEdit*>();
+  number->selectAll();
+  QTest::keyClicks(number, QStringLiteral("40"));
+  ASSERT_EQ(record().startInterval, 40);
+  for (const std::optional<std::int64_t> interval : {std::optional<std::int64_t>(30), {}, {30}, {}}) {
+    EXPECT_TRUE(hasChanges());
+    program().editing.undo();
+    EXPECT_EQ(record().startInterval, interval);
+    EXPECT_EQ(box.isChecked(), interval.has_value());
+  }
+  EXPECT_FALSE(hasChanges());
+}
+
+TEST_F(EditFlowTest, AClickElsewhereLeavesTheRulesInTheOrderInWhichTheyWereEntered) {
+  edit({{"StartCalendarInterval", propertylist::Dictionary{{"Weekday", 1}, {"Hour", 9}, {"Minute", 0}}}});
+  toolButton("Add Rule").click();
+  constexpr std::size_t everyDay = 2;
+  ruleEditor().editor().chooseChild(1, 0, everyDay);
+  const auto entered = ruleEditor().editor().rows();
+  ASSERT_EQ(entered.size(), 2U);
+  control<QCheckBox>("KeepAlive").click();
+  EXPECT_TRUE(ruleEditor().editor().rows() == entered);
+  program().editing.undo();
+  EXPECT_TRUE(ruleEditor().editor().rows() == entered);
+  const auto schedule = record().startCalendarInterval;
+  for (const char* box : {"scheduledButton", "KeepAlive", "scheduledButton"}) control<QCheckBox>(box).click();
+  EXPECT_TRUE(ruleEditor().editor().rows() == entered) << "a schedule that is switched off keeps its rules";
+  EXPECT_EQ(record().startCalendarInterval, schedule);
+}
+
+TEST_F(EditFlowTest, DiscardedInputDoesntComeBack) {
+  edit({{"ProgramArguments", propertylist::Array{"/usr/bin/perl", "x.pl"}}, {"KeepAlive", true}});
+  runField().selectAll();
+  QTest::keyClicks(&runField(), QStringLiteral("perl x.pl"));
+  toolButton("Add – OtherJobEnabled").click();
+  button("Discard Changes").click();
+  QTest::keyClick(&window(), Qt::Key_E, Qt::ControlModifier);
+  EXPECT_EQ(runField().text(), "/usr/bin/perl x.pl");
+  EXPECT_EQ(tableOf("OtherJobEnabled").model()->rowCount(), 0);
+}
+
+TEST_F(EditFlowTest, AJobThatTheModeDoesntShowCanBeEditedAfterAScan) {
+  edit({{"Program", "/bin/ls"}});
+  button("Done").click();
+  program().mainWindow.switchMode(Mode::Timeline);
+  scan();
+  program().currentMode.select(program().catalogue.jobs().front());
+  program().shell.detail->showEdit();
+  writeJob(Kind::userAgent, "b");
+  scan();
+  ASSERT_EQ(program().shell.detail->detailTab(), DetailTab::LaunchdEdit);
+  control<QCheckBox>("KeepAlive").click();
+  EXPECT_TRUE(tableOf("PathState").isVisible());
+  auto& popUp = control<QComboBox>("forPopUpButton");
+  popUp.setCurrentIndex(popUp.findData(Kind(Kind::localDaemon).rawValue()));
+  EXPECT_TRUE(control<QLineEdit>("UserName").isEnabled());
+}
+
 TEST_F(EditFlowTest, UndoKeepsFocusAndScrollPosition) {
   edit({{"Program", "/bin/ls"}, {"StartInterval", 60}, {"UserName", "ada"}});
   window().resize(700, 300);

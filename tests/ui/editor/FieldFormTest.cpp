@@ -76,7 +76,7 @@ class FieldFormTest : public EditorFixture {
     section->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(section.get()));
   }
-  void refill() { section->configure(program().selection.launchd()); }
+  void refill() { section->configure(*program().selection.launchd()); }
   void undo() {
     program().editing.undo();
     refill();

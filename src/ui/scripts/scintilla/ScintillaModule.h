@@ -1,3 +1,5 @@
+#pragma once
+
 #include <QObject>
 
 #include "ui/scripts/ScriptEditor.h"
@@ -5,7 +7,7 @@
 
 namespace mirvel::ui {
 
-/// The plugin's entry point.
+/// The entry point of the plugin. Only moc's output is compiled: it is the whole module besides the editor.
 class ScintillaModule final : public QObject, public ScriptEditorFactory {
   Q_OBJECT
   Q_PLUGIN_METADATA(IID SCRIPT_EDITOR_FACTORY_ID FILE "ScintillaModule.json")
@@ -15,5 +17,3 @@ class ScintillaModule final : public QObject, public ScriptEditorFactory {
 };
 
 }  // namespace mirvel::ui
-
-#include "ScintillaModule.moc"
