@@ -9,7 +9,7 @@ namespace mirvel {
 /// A reference to a picture, which only the user interface loads and draws. A cheap value that may be created on any
 /// thread and for files that don't exist.
 struct Image {
-  /// An icon of the program or the platform, by its name in the freedesktop icon naming specification.
+  /// An icon of the program or the platform, by its name in the icon naming scheme of freedesktop.org.
   struct Named {
     std::string name;
     bool operator==(const Named&) const = default;

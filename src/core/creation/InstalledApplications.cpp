@@ -25,7 +25,7 @@ std::string variable(const Environment& environment, const std::string& name) {
   return found == environment.end() ? std::string() : found->second;
 }
 
-/// By descending precedence. The XDG base directory specification requires that relative paths are ignored.
+/// By descending precedence. The XDG rules for base directories require that relative paths are ignored.
 std::vector<fs::path> applicationFolders(const Environment& environment, const fs::path& home) {
   const fs::path own = variable(environment, "XDG_DATA_HOME");
   std::vector<fs::path> folders{(own.is_absolute() ? own : home / ".local" / "share") / "applications"};

@@ -26,8 +26,8 @@ struct Roots {
 
   /// The folders of macOS for a home folder.
   static Roots ofMac(const std::filesystem::path& home);
-  /// The folders of a Linux desktop according to `XDG_CONFIG_HOME`, `XDG_DATA_HOME` and `XDG_CONFIG_DIRS`. As the XDG
-  /// base directory specification requires, relative paths in these variables are ignored.
+  /// The folders of a Linux desktop according to `XDG_CONFIG_HOME`, `XDG_DATA_HOME` and `XDG_CONFIG_DIRS`. As the
+  /// XDG rules for base directories require, relative paths in these variables are ignored.
   static Roots ofLinux(const std::filesystem::path& home, const Environment& environment);
   /// The folders of a Linux desktop moved below `root`: `home/.config/mirvel`, `etc/mirvel` and so on, for a single
   /// user whose home folder is `home`.

@@ -15,9 +15,9 @@ namespace mirvel {
 
 namespace {
 
-/// An argument of an `Exec` line, quoted unless it consists of letters and dashes. It is escaped twice (Desktop Entry
-/// Specification): for the quoted argument, and for strings of the file in general, where a backslash is written as
-/// two.
+/// An argument of an `Exec` line, quoted unless it consists of letters and dashes. By the rules of freedesktop.org for
+/// desktop entries it is escaped twice: for the quoted argument, and for strings of the file in general, where a
+/// backslash is written as two.
 std::string quoted(const std::string& text) {
   const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c == '-' || Ascii::isLetter(c); });
   if (isPlain) return text;

@@ -8,8 +8,7 @@
 
 namespace mirvel {
 
-/// The entry that starts the host at login, in a folder of the Desktop Application Autostart Specification
-/// (freedesktop.org).
+/// The entry that starts the host at login, in a folder for autostart as freedesktop.org defines it.
 class HostAutostart {
  public:
   static constexpr const char* fileName = "mirvel-host.desktop";
