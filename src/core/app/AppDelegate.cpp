@@ -14,64 +14,59 @@
 
 namespace mirvel {
 
-AppDelegate::AppDelegate(Foundation& foundation, const Platform& platform, const Shell& shell,
-                         const Catalogue& catalogue, Fetcher& fetcher, ActionController& actions, Drafts& drafts,
+AppDelegate::AppDelegate(const Session& session, ActionController& actions, Drafts& drafts,
                          const MainWindowController& mainWindow)
-    : m_foundation(foundation),
-      m_platform(platform),
-      m_shell(shell),
-      m_catalogue(catalogue),
-      m_fetcher(fetcher),
+    : m_session(session),
       m_actions(actions),
       m_drafts(drafts),
       m_mainWindow(mainWindow),
-      m_limit(platform.mainQueue),
-      m_delay(platform.mainQueue) {
-  const auto made = makeAgentsFolder(foundation.roots);
-  if (!made) platform.interface.present(made.error());
+      m_limit(session.platform.mainQueue),
+      m_delay(session.platform.mainQueue) {
+  const auto made = makeAgentsFolder(session.foundation.roots);
+  if (!made) session.platform.interface.present(made.error());
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
   m_actions.finishMoves();
   m_drafts.offer();
-  if (m_catalogue.jobs().empty()) m_fetcher.refresh();
+  if (m_session.catalogue.jobs().empty()) m_session.fetcher.refresh();
   m_delay(0.01, [this] { setUpMonitors(); });
 }
 
 void AppDelegate::setUpMonitors() {
   for (const Kind kind : Kind::monitoredKinds) {
-    const auto folder = kind.folderURL(m_foundation.roots);
+    const auto folder = kind.folderURL(m_session.foundation.roots);
     if (!folder) continue;
-    m_monitors.push_back(m_platform.folderMonitors.watch(*folder, [this] { folderDidChange(); }));
+    m_monitors.push_back(m_session.platform.folderMonitors.watch(*folder, [this] { folderDidChange(); }));
   }
   m_delay(1.0, [this] { updateAgent(); });
 }
 
 void AppDelegate::updateAgent() {
-  const Defaults& defaults = m_foundation.defaults;
+  const Defaults& defaults = m_session.foundation.defaults;
   renewRegistration();
-  if (m_platform.agentSwitch) m_platform.agentSwitch->setEnabled(Const::agent, defaults.runAgent());
-  if (defaults.automaticallyCheckForUpdate() && m_shell.checkForUpdate) m_shell.checkForUpdate(false);
+  if (m_session.platform.agentSwitch) m_session.platform.agentSwitch->setEnabled(Const::agent, defaults.runAgent());
+  if (defaults.automaticallyCheckForUpdate() && m_session.shell.checkForUpdate) m_session.shell.checkForUpdate(false);
 }
 
 /// On the first start, switches the agent off, so that the platform registers it again.
 void AppDelegate::renewRegistration() {
-  AgentSwitch* agentSwitch = m_platform.agentSwitch;
-  Defaults& defaults = m_foundation.defaults;
+  AgentSwitch* agentSwitch = m_session.platform.agentSwitch;
+  Defaults& defaults = m_session.foundation.defaults;
   if (!agentSwitch || !defaults.firstMirvelLaunch()) return;
   agentSwitch->setEnabled(Const::agent, false);
   (void)defaults.setFirstMirvelLaunch(false);  // at worst, the next start renews it once more
-  m_platform.mainQueue.sleep(0.1);
+  m_session.platform.mainQueue.sleep(0.1);
 }
 
 void AppDelegate::updateWillInstall() {
   renewRegistration();
-  if (m_platform.agentSwitch) m_platform.agentSwitch->setEnabled(Const::agent, false);
+  if (m_session.platform.agentSwitch) m_session.platform.agentSwitch->setEnabled(Const::agent, false);
 }
 
 void AppDelegate::folderDidChange() {
   if (m_mainWindow.isTerminating()) return;
-  m_limit.interval("MainMonitor", 1.0, [this] { m_delay(0.1, [this] { m_fetcher.refresh(); }); });
+  m_limit.interval("MainMonitor", 1.0, [this] { m_delay(0.1, [this] { m_session.fetcher.refresh(); }); });
 }
 
 }  // namespace mirvel

@@ -5,25 +5,21 @@
 
 #include "core/ports/FolderMonitor.h"
 #include "core/ports/MainQueue.h"
+#include "core/session/Session.h"
 
 namespace mirvel {
 
 class ActionController;
-class Catalogue;
 class Drafts;
-class Fetcher;
 class MainWindowController;
-struct Foundation;
-struct Platform;
-struct Shell;
 
 /// Starts the application, and scans again when a job folder changes. For the main thread.
 class AppDelegate {
  public:
   /// Creates the user's agents folder if it is missing. If that fails, the error is presented to the user and the
   /// program runs without the folder. All arguments must outlive this object.
-  AppDelegate(Foundation& foundation, const Platform& platform, const Shell& shell, const Catalogue& catalogue,
-              Fetcher& fetcher, ActionController& actions, Drafts& drafts, const MainWindowController& mainWindow);
+  AppDelegate(const Session& session, ActionController& actions, Drafts& drafts,
+              const MainWindowController& mainWindow);
 
   /// To be called once, at the start. Completes interrupted moves, offers drafts, and starts the first scan. The folder
   /// monitors follow after 0.01 s; one second later the background agent is switched on or off according to the
@@ -41,11 +37,7 @@ class AppDelegate {
   void renewRegistration();
   void folderDidChange();
 
-  Foundation& m_foundation;
-  const Platform& m_platform;
-  const Shell& m_shell;
-  const Catalogue& m_catalogue;
-  Fetcher& m_fetcher;
+  const Session m_session;
   ActionController& m_actions;
   Drafts& m_drafts;
   const MainWindowController& m_mainWindow;

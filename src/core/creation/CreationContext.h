@@ -1,34 +1,20 @@
 #pragma once
 
+#include "core/session/Session.h"
+
 namespace mirvel {
 
 class ActionController;
 class Busy;
-class Catalogue;
 class CommandRepairs;
-class CurrentMode;
 class DeletedJobs;
-class Editing;
-class Fetcher;
 class KindTexts;
 class ScheduledController;
-class Selection;
 struct Creation;
-struct Foundation;
-struct Platform;
-struct Shell;
 
 /// The parts of the program that the sheets that create jobs depend on. All of them, and the context itself, must
 /// outlive the sheets.
-struct CreationContext {
-  Foundation& foundation;
-  const Platform& platform;
-  Shell& shell;
-  const Catalogue& catalogue;
-  const Selection& selection;
-  CurrentMode& currentMode;
-  Editing& editing;
-  Fetcher& fetcher;
+struct CreationContext : Session {
   ActionController& actions;
   CommandRepairs& repairs;
   DeletedJobs& deletedJobs;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/actions/CommentedFile.h"
 #include "core/actions/JobOnDisk.h"
 #include "core/catalogue/Launchd.h"
 #include "core/editor/EditController.h"
@@ -10,6 +11,7 @@
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/session/Catalogue.h"
+#include "core/session/CurrentMode.h"
 #include "core/session/Editing.h"
 #include "core/session/Fetcher.h"
 #include "core/session/Foundation.h"
@@ -61,23 +63,13 @@ propertylist::Value Drafts::encode(const Draft& draft) {
                                   {contentsKey, propertylist::Data{draft.text}}};
 }
 
-Drafts::Drafts(Foundation& foundation, const Platform& platform, const Shell& shell, const Selection& selection,
-               const Catalogue& catalogue, const Fetcher& fetcher, Notifications& notifications, Editing& editing,
-               Services services)
-    : m_foundation(foundation),
-      m_platform(platform),
-      m_shell(shell),
-      m_selection(selection),
-      m_catalogue(catalogue),
-      m_fetcher(fetcher),
-      m_notifications(notifications),
-      m_editing(editing),
-      m_services(std::move(services)),
-      m_store(foundation.roots.applicationSupport / "Drafts.plist", &foundation.storeTroubles),
-      m_delay(platform.mainQueue),
+Drafts::Drafts(const Session& session)
+    : m_session(session),
+      m_store(session.foundation.roots.applicationSupport / "Drafts.plist", &session.foundation.storeTroubles),
+      m_delay(session.platform.mainQueue),
       // Jobs are only published while nothing is unsaved.
-      m_updated(notifications.jobsUpdated.subscribe([this] { (void)settle(); })),
-      m_edited(editing.edited().subscribe([this] { edited(); })) {}
+      m_updated(session.notifications.jobsUpdated.subscribe([this] { (void)settle(); })),
+      m_edited(session.editing.edited().subscribe([this] { edited(); })) {}
 
 void Drafts::edited() {
   if (std::exchange(m_isDue, true)) return;
@@ -88,8 +80,8 @@ void Drafts::edited() {
 }
 
 bool Drafts::settle() {
-  const auto job = m_selection.launchd();
-  if (!m_editing.hasUnsavedChanges() || !job) {
+  const auto job = m_session.selection.launchd();
+  if (!m_session.editing.hasUnsavedChanges() || !job) {
     follow(nullptr);
     return true;
   }
@@ -98,14 +90,14 @@ bool Drafts::settle() {
               .name = job->name,
               .url = job->url,
               .kind = job->kind,
-              .fileChecksum = m_editing.fileChecksum(),
+              .fileChecksum = m_session.editing.fileChecksum(),
               .text = textAsEdited(job->plist())};
   // Property lists can't contain a path that isn't valid UTF-8.
   if (draft.text.empty() || !propertylist::isUtf8(draft.url.text())) return false;
   const propertylist::Value value = encode(draft);
   const propertylist::Value* const kept = m_store.find(m_id);
   const bool isKept = (kept && *kept == value && !m_store.hasChanges()) || m_store.set(m_id, value);
-  return isKept && m_editing.unfinished().isEmpty();
+  return isKept && m_session.editing.unfinished().isEmpty();
 }
 
 /// Removes the copy of the previous edit; the edit of `job`, if any, gets an ID of its own.
@@ -131,8 +123,8 @@ std::vector<Drafts::Draft> Drafts::drafts() {
 void Drafts::offer() {
   m_waiting = drafts();
   if (m_waiting.empty()) return;
-  m_scanned = m_notifications.loadingChanged.subscribe([this] {
-    if (!m_fetcher.hasScanned()) return;
+  m_scanned = m_session.notifications.loadingChanged.subscribe([this] {
+    if (!m_session.fetcher.hasScanned()) return;
     m_scanned = {};
     m_delay(0, [this] { askAboutNext(); });  // the jobs are published after this notification
   });
@@ -140,7 +132,7 @@ void Drafts::offer() {
 
 /// Shows the next question; the answer leads back here.
 void Drafts::askAboutNext() {
-  while (!m_waiting.empty() && !m_editing.hasUnsavedChanges()) {
+  while (!m_waiting.empty() && !m_session.editing.hasUnsavedChanges()) {
     const Draft draft = std::move(m_waiting.back());
     m_waiting.pop_back();
     if (!isHeld(draft)) return ask(draft);
@@ -150,50 +142,53 @@ void Drafts::askAboutNext() {
 
 /// Whether the file on disk is already what the edit would write.
 bool Drafts::isHeld(const Draft& draft) const {
-  const auto job = m_catalogue.jobAt(draft.url);
+  const auto job = m_session.catalogue.jobAt(draft.url);
   return jobBytes(draft.url) == draft.text && !(job && job->kind != draft.kind);
 }
 
 void Drafts::ask(const Draft& draft) {
-  const Localize& localize = m_foundation.localize;
-  m_platform.interface.beginSheet({.message = EditorTexts(localize).unsavedChangesWereKept(draft.name),
-                                   .informativeText = EditorTexts(localize).mirvelQuitBeforeYouSavedThem(),
-                                   .defaultTitle = EditorTexts(localize).continueEditing(),
-                                   .alternateTitle = localize.discardChanges(),
-                                   .cancelTitle = localize.later()},
-                                  m_delay.whileOwned([this, draft](int answer) {
-                                    if (answer == Interface::defaultButton) return goOn(draft);
-                                    if (answer == Interface::alternateButton) forget(draft.id);
-                                    askAboutNext();
-                                  }));
+  const Localize& localize = m_session.foundation.localize;
+  m_session.platform.interface.beginSheet({.message = EditorTexts(localize).unsavedChangesWereKept(draft.name),
+                                           .informativeText = EditorTexts(localize).mirvelQuitBeforeYouSavedThem(),
+                                           .defaultTitle = EditorTexts(localize).continueEditing(),
+                                           .alternateTitle = localize.discardChanges(),
+                                           .cancelTitle = localize.later()},
+                                          m_delay.whileOwned([this, draft](int answer) {
+                                            if (answer == Interface::defaultButton) return goOn(draft);
+                                            if (answer == Interface::alternateButton) forget(draft.id);
+                                            askAboutNext();
+                                          }));
 }
 
 /// Opens the draft in the editor. The other drafts are kept for the next start.
 void Drafts::goOn(const Draft& draft) {
   const auto keys = propertylist::readDictionary(draft.text);
-  const auto job = m_catalogue.jobAt(draft.url);
-  if (m_editing.hasUnsavedChanges()) return;
+  const auto job = m_session.catalogue.jobAt(draft.url);
+  if (m_session.editing.hasUnsavedChanges()) return;
   if (!job && isPresent(draft.url)) {
-    const Localize& localize = m_foundation.localize;
-    return m_platform.interface.error(EditorTexts(localize).unsavedChangesWereKept(draft.name),
-                                      EditorTexts(localize).theJobIsNotListed());
+    const Localize& localize = m_session.foundation.localize;
+    return m_session.platform.interface.error(EditorTexts(localize).unsavedChangesWereKept(draft.name),
+                                              EditorTexts(localize).theJobIsNotListed());
   }
   if (!job || !keys) return putAside(draft);
-  m_services.select(job);
-  if (!replaceSelected(m_editing, m_platform.interface, m_foundation.localize, *keys)) return;
-  m_editing.setFileChecksum(draft.fileChecksum);
-  m_selection.job()->kind = draft.kind;
-  if (m_shell.detail) m_shell.detail->showEdit();
+  m_session.currentMode.select(job);
+  if (!replaceSelected(m_session.editing, m_session.platform.interface, m_session.foundation.localize, *keys)) return;
+  m_session.editing.setFileChecksum(draft.fileChecksum);
+  m_session.selection.job()->kind = draft.kind;
+  if (m_session.shell.detail) m_session.shell.detail->showEdit();
   if (settle()) forget(draft.id);
 }
 
 void Drafts::putAside(const Draft& draft) {
-  Interface& interface = m_platform.interface;
-  const Localize& localize = m_foundation.localize;
-  if (const auto kept = m_services.keepFile(draft.name, draft.text); !kept) return interface.present(kept.error());
+  Interface& interface = m_session.platform.interface;
+  const Localize& localize = m_session.foundation.localize;
+  const Roots& roots = m_session.foundation.roots;
+  if (const auto kept = keepFile(roots, m_session.platform.clock, draft.name, draft.text); !kept) {
+    return interface.present(kept.error());
+  }
   forget(draft.id);
   interface.error(EditorTexts(localize).unsavedChangesWereKept(draft.name),
-                  EditorTexts(localize).theJobsFileIsGone(m_services.keptFiles.string()));
+                  EditorTexts(localize).theJobsFileIsGone(keptFilesFolder(roots).string()));
 }
 
 }  // namespace mirvel

@@ -12,38 +12,20 @@
 #include "core/catalogue/Job.h"
 #include "core/catalogue/Kind.h"
 #include "core/ports/MainQueue.h"
+#include "core/session/Session.h"
 #include "core/settings/Store.h"
 
 namespace mirvel {
 
-class Catalogue;
-class Editing;
-class Fetcher;
 class Launchd;
-class Selection;
-struct Foundation;
-struct Notifications;
-struct Platform;
-struct Shell;
 
 /// Keeps a copy of the unsaved edit in "Drafts.plist", so that it survives a signal, a crash or the end of the desktop
 /// session, when the user can't be asked. The copy is updated one second after an edit and removed once the edit has
 /// been saved or discarded. The next start offers to continue with it. Main thread only.
 class Drafts {
  public:
-  /// Functions of other parts of the program.
-  struct Services {
-    /// Selects a job of the catalogue.
-    std::function<void(const std::shared_ptr<Job>& job)> select;
-    /// Writes a job file whose original was deleted to the folder `keptFiles`.
-    std::function<Result<void>(const std::string& name, const std::string& text)> keepFile;
-    std::filesystem::path keptFiles;
-  };
-
-  /// All arguments outlive it.
-  Drafts(Foundation& foundation, const Platform& platform, const Shell& shell, const Selection& selection,
-         const Catalogue& catalogue, const Fetcher& fetcher, Notifications& notifications, Editing& editing,
-         Services services);
+  /// All parts of the session outlive it.
+  explicit Drafts(const Session& session);
 
   /// Writes the copy at once or, if there is no unsaved edit, removes it. Returns false if the edit would not survive
   /// completely: the copy couldn't be written, or there is unfinished input, which a job file can't contain.
@@ -74,15 +56,7 @@ class Drafts {
   bool isHeld(const Draft& draft) const;
   void putAside(const Draft& draft);
 
-  const Foundation& m_foundation;
-  const Platform& m_platform;
-  const Shell& m_shell;
-  const Selection& m_selection;
-  const Catalogue& m_catalogue;
-  const Fetcher& m_fetcher;
-  Notifications& m_notifications;
-  Editing& m_editing;
-  const Services m_services;
+  const Session m_session;
   Store m_store;
   Delay m_delay;
   bool m_isDue = false;

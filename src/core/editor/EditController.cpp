@@ -50,56 +50,47 @@ std::string readable(const std::string& bytes) {
 
 }  // namespace
 
-EditController::EditController(const Foundation& foundation, const Platform& platform, Shell& shell, const Busy& saving,
-                               const Busy& scanning, const Selection& selection, Editing& editing,
-                               ActionController& actions, Fetcher& fetcher, EditStackType& stack)
-    : m_foundation(foundation),
-      m_platform(platform),
-      m_shell(shell),
-      m_saving(saving),
-      m_scanning(scanning),
-      m_selection(selection),
-      m_editing(editing),
-      m_actions(actions),
-      m_fetcher(fetcher),
-      m_stack(stack) {
-  m_shell.edit = this;
+EditController::EditController(const Session& session, const Busy& saving, const Busy& scanning,
+                               ActionController& actions, EditStackType& stack)
+    : m_session(session), m_saving(saving), m_scanning(scanning), m_actions(actions), m_stack(stack) {
+  m_session.shell.edit = this;
 }
 
 EditController::~EditController() {
-  m_shell.edit = nullptr;
+  m_session.shell.edit = nullptr;
 }
 
 void EditController::updateButtons() {
-  const Localize& localize = m_foundation.localize;
+  const Localize& localize = m_session.foundation.localize;
   const bool isSaving = m_saving.isBusy();
   m_stack.showButtons(
       {.isBusy = isSaving || m_scanning.isBusy(),
        .isSaving = isSaving,
-       .canSave = !isSaving && mayBeSaved(m_selection.job().get(), m_foundation.defaults),
-       .discardTitle = m_editing.hasUnsavedChanges() ? localize.discardChanges() : EditorTexts(localize).done()});
+       .canSave = !isSaving && mayBeSaved(m_session.selection.job().get(), m_session.foundation.defaults),
+       .discardTitle =
+           m_session.editing.hasUnsavedChanges() ? localize.discardChanges() : EditorTexts(localize).done()});
 }
 
 void EditController::refreshEditedState() {
-  if (m_shell.mainWindow) m_shell.mainWindow->setEdited(m_editing.hasUnsavedChanges());
+  if (m_session.shell.mainWindow) m_session.shell.mainWindow->setEdited(m_session.editing.hasUnsavedChanges());
   updateButtons();
 }
 
 void EditController::save() {
-  const auto job = m_selection.launchd();
+  const auto job = m_session.selection.launchd();
   if (m_saving.isBusy()) return;
-  if (!mayBeSaved(job.get(), m_foundation.defaults)) return m_platform.interface.saveError();
+  if (!mayBeSaved(job.get(), m_session.foundation.defaults)) return m_session.platform.interface.saveError();
   m_stack.endEditing();  // commits the text that is being typed, which `refuse` must see
   if (const auto invalid = m_stack.refuse()) {
-    return m_platform.interface.error(invalid->message, invalid->reason);
+    return m_session.platform.interface.error(invalid->message, invalid->reason);
   }
-  if (const auto theirs = changedFile(*job, m_editing)) return askAboutConflict(job, *theirs);
+  if (const auto theirs = changedFile(*job, m_session.editing)) return askAboutConflict(job, *theirs);
   m_actions.save(job);
 }
 
 void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
-  const Localize& localize = m_foundation.localize;
-  m_platform.interface.beginSheet(
+  const Localize& localize = m_session.foundation.localize;
+  m_session.platform.interface.beginSheet(
       {.message = EditorTexts(localize).theFileHasChanged(job->name),
        .informativeText = EditorTexts(localize).anotherProgramChangedTheFile(),
        .defaultTitle = EditorTexts(localize).compare(),
@@ -117,20 +108,21 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
 
 void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs,
                                      VersionChoice choice) {
-  if (job != m_selection.job()) return;  // another job was selected while the sheet was open
+  if (job != m_session.selection.job()) return;  // another job was selected while the sheet was open
   if (choice == VersionChoice::Theirs) {
     m_stack.hideDiscardButton();
     return reread();
   }
   if (choice != VersionChoice::Mine) return;
-  m_editing.setFileChecksum(Checksum::ofFile(theirs).text());  // so that only a further change is a conflict again
+  m_session.editing.setFileChecksum(
+      Checksum::ofFile(theirs).text());  // so that only a further change is a conflict again
   m_actions.save(job);
 }
 
 void EditController::discardEdits() {
   m_stack.hideDiscardButton();
-  if (m_editing.hasUnsavedChanges()) return reread();
-  if (m_shell.detail) m_shell.detail->showDisplay();
+  if (m_session.editing.hasUnsavedChanges()) return reread();
+  if (m_session.shell.detail) m_session.shell.detail->showDisplay();
 }
 
 /// Updates the record from the file at once, since the details are shown before the scan has read it. If the file can't
@@ -138,28 +130,28 @@ void EditController::discardEdits() {
 void EditController::takeFile(const std::shared_ptr<Launchd>& job) {
   job->kind = job->originalKind;
   const auto bytes = jobBytes(job->url);
-  if (bytes && m_editing.take(job, *bytes)) return;
+  if (bytes && m_session.editing.take(job, *bytes)) return;
   if (auto asRead = job->plist().asRead()) job->plist() = *std::move(asRead);
 }
 
 /// Requests a scan that reads the file even if it is unchanged, as the record contains discarded edits.
 void EditController::reread() {
-  if (const auto job = m_selection.launchd()) {
+  if (const auto job = m_session.selection.launchd()) {
     takeFile(job);
     job->readAgain();
   }
   saveCompleted();
-  if (m_shell.detail) m_shell.detail->showDisplay();
-  m_fetcher.refresh();
+  if (m_session.shell.detail) m_session.shell.detail->showDisplay();
+  m_session.fetcher.refresh();
 }
 
 void EditController::saveCompleted() {
-  m_editing.setUnsavedChanges(false);
+  m_session.editing.setUnsavedChanges(false);
   refreshEditedState();
 }
 
 void EditController::help() {
-  m_platform.workspace.openAddress(std::string(Const::siteURL) + "/mirvel/#settings");
+  m_session.platform.workspace.openAddress(std::string(Const::siteURL) + "/mirvel/#settings");
 }
 
 bool replaceSelected(Editing& editing, Interface& interface, const Localize& localize,

@@ -8,20 +8,16 @@
 #include "core/ports/Interface.h"
 #include "core/propertylist/Value.h"
 #include "core/session/DetailType.h"
+#include "core/session/Session.h"
 
 namespace mirvel {
 
 class ActionController;
 class Busy;
 class Editing;
-class Fetcher;
 class Interface;
 class Launchd;
 class Localize;
-class Selection;
-struct Foundation;
-struct Platform;
-struct Shell;
 
 /// The buttons below the sections of the editor.
 struct EditButtons {
@@ -67,9 +63,8 @@ class EditStackType {
 class EditController final : public EditType {
  public:
   /// Is `shell.edit` during its lifetime. All arguments outlive it.
-  EditController(const Foundation& foundation, const Platform& platform, Shell& shell, const Busy& saving,
-                 const Busy& scanning, const Selection& selection, Editing& editing, ActionController& actions,
-                 Fetcher& fetcher, EditStackType& stack);
+  EditController(const Session& session, const Busy& saving, const Busy& scanning, ActionController& actions,
+                 EditStackType& stack);
   ~EditController() override;
 
   void updateButtons() override;
@@ -91,15 +86,10 @@ class EditController final : public EditType {
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
   void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, VersionChoice choice);
 
-  const Foundation& m_foundation;
-  const Platform& m_platform;
-  Shell& m_shell;
+  const Session m_session;
   const Busy& m_saving;
   const Busy& m_scanning;
-  const Selection& m_selection;
-  Editing& m_editing;
   ActionController& m_actions;
-  Fetcher& m_fetcher;
   EditStackType& m_stack;
 };
 

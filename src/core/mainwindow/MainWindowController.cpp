@@ -17,63 +17,54 @@
 
 namespace mirvel {
 
-MainWindowController::MainWindowController(Foundation& foundation, const Platform& platform, const Shell& shell,
-                                           const Catalogue& catalogue, Selection& selection, CurrentMode& currentMode,
-                                           Editing& editing, Fetcher& fetcher, Drafts& drafts)
-    : m_foundation(foundation),
-      m_platform(platform),
-      m_shell(shell),
-      m_catalogue(catalogue),
-      m_selection(selection),
-      m_currentMode(currentMode),
-      m_editing(editing),
-      m_fetcher(fetcher),
+MainWindowController::MainWindowController(const Session& session, Drafts& drafts)
+    : m_session(session),
       m_drafts(drafts),
-      m_selectionChanged(selection.changed().subscribe([this] { selectedJobDidChange(); })) {}
+      m_selectionChanged(session.selection.changed().subscribe([this] { selectedJobDidChange(); })) {}
 
 void MainWindowController::selectedJobDidChange() {
   updateTitle();
-  if (m_shell.mainWindow) m_shell.mainWindow->setEdited(false);
-  if (m_shell.detail) m_shell.detail->updateDetail();
-  if (!m_selection.job()) m_fetcher.refresh();
+  if (m_session.shell.mainWindow) m_session.shell.mainWindow->setEdited(false);
+  if (m_session.shell.detail) m_session.shell.detail->updateDetail();
+  if (!m_session.selection.job()) m_session.fetcher.refresh();
 }
 
 std::string MainWindowController::title() const {
   std::string name(Const::AppName::mirvel);
-  const auto job = shownJob(m_selection, m_shell);
+  const auto job = shownJob(m_session.selection, m_session.shell);
   if (!job || job->name.empty()) return name;
-  return bidirectionalString({name, job->name}, Const::separator, m_foundation.localize.isRightToLeft());
+  return bidirectionalString({name, job->name}, Const::separator, m_session.foundation.localize.isRightToLeft());
 }
 
 void MainWindowController::updateTitle() {
-  MainWindowType* const window = m_shell.mainWindow;
+  MainWindowType* const window = m_session.shell.mainWindow;
   if (!window) return;
   window->setTitle(title());
-  window->setTitleVisible(m_foundation.defaults.showTitleBar());
+  window->setTitleVisible(m_session.foundation.defaults.showTitleBar());
 }
 
 void MainWindowController::switchMode(Mode mode) {
-  MainWindowType* const window = m_shell.mainWindow;
-  if (m_editing.hasUnsavedChanges()) {  // the edited job must stay in view
-    if (window) window->showMode(m_currentMode.chosen());
+  MainWindowType* const window = m_session.shell.mainWindow;
+  if (m_session.editing.hasUnsavedChanges()) {  // the edited job must stay in view
+    if (window) window->showMode(m_session.currentMode.chosen());
     return;
   }
-  (void)m_foundation.defaults.setSelectedMode(static_cast<int>(mode));  // failures have been reported
+  (void)m_session.foundation.defaults.setSelectedMode(static_cast<int>(mode));  // failures have been reported
   if (window) {
     window->showMode(mode);
     window->clearFilter();
   }
-  m_currentMode.clearFilter();
-  if (ModeType* const current = m_currentMode.view()) {
-    current->update(m_catalogue.jobs());
+  m_session.currentMode.clearFilter();
+  if (ModeType* const current = m_session.currentMode.view()) {
+    current->update(m_session.catalogue.jobs());
     current->deselect();
   }
-  if (m_shell.detail) m_shell.detail->clearDetail();
-  m_selection.select(nullptr);
+  if (m_session.shell.detail) m_session.shell.detail->clearDetail();
+  m_session.selection.select(nullptr);
 }
 
 Alert MainWindowController::unsavedChangesQuestion() const {
-  const Localize& localize = m_foundation.localize;
+  const Localize& localize = m_session.foundation.localize;
   return {.message = WindowTexts(localize).unsavedChanges(),
           .informativeText = WindowTexts(localize).yourChangesWillBeLostIfYouDontSaveThem(),
           .defaultTitle = WindowTexts(localize).check(),
@@ -82,14 +73,15 @@ Alert MainWindowController::unsavedChangesQuestion() const {
 }
 
 void MainWindowController::unsavedChangesAlert() {
-  m_platform.interface.beginSheet(unsavedChangesQuestion(), [this](int button) { answerUnsavedChanges(button); });
+  m_session.platform.interface.beginSheet(unsavedChangesQuestion(),
+                                          [this](int button) { answerUnsavedChanges(button); });
 }
 
 bool MainWindowController::sessionMayEnd() {
-  if (!m_editing.hasUnsavedChanges()) return true;
-  if (m_platform.interface.alert(unsavedChangesQuestion()) != Interface::alternateButton) return false;
+  if (!m_session.editing.hasUnsavedChanges()) return true;
+  if (m_session.platform.interface.alert(unsavedChangesQuestion()) != Interface::alternateButton) return false;
   // Another program may still cancel the end of the session, but the answer remains valid.
-  if (EditType* const edit = m_shell.edit) edit->discardEdits();
+  if (EditType* const edit = m_session.shell.edit) edit->discardEdits();
   (void)m_drafts.settle();  // failures have been reported
   return true;
 }
@@ -104,37 +96,37 @@ void MainWindowController::answerUnsavedChanges(int button) {
     m_isTerminating = false;
     return;
   }
-  EditType* edit = m_shell.edit;
+  EditType* edit = m_session.shell.edit;
   if (!m_isTerminating) {
     if (edit) edit->discardEdits();
     return;
   }
-  m_editing.setUnsavedChanges(false);
+  m_session.editing.setUnsavedChanges(false);
   if (edit) edit->refreshEditedState();
-  if (m_shell.terminate) m_shell.terminate();
+  if (m_session.shell.terminate) m_session.shell.terminate();
 }
 
 void MainWindowController::toggleSystemJobs() {
-  (void)m_foundation.defaults.negate(Defaults::Key::showSystemJobs);  // failures have been reported
-  m_fetcher.refresh();
+  (void)m_session.foundation.defaults.negate(Defaults::Key::showSystemJobs);  // failures have been reported
+  m_session.fetcher.refresh();
 }
 
 void MainWindowController::toggleTitleBar() {
-  (void)m_foundation.defaults.negate(Defaults::Key::showTitleBar);  // failures have been reported
+  (void)m_session.foundation.defaults.negate(Defaults::Key::showTitleBar);  // failures have been reported
   updateTitle();
 }
 
 void MainWindowController::fullScreenDidChange(bool isFullScreen) {
-  Defaults& defaults = m_foundation.defaults;
+  Defaults& defaults = m_session.foundation.defaults;
   if (isFullScreen == defaults.preferFullScreen()) return;
   (void)defaults.setPreferFullScreen(isFullScreen);  // failures have been reported
 }
 
 void MainWindowController::revealInFinder(const Job& job) {
   if (job.kind == Kind::loginItemSystemPreferences) {
-    LoginItem::openAccountsPreferences(m_platform.workspace, m_foundation.roots);
+    LoginItem::openAccountsPreferences(m_session.platform.workspace, m_session.foundation.roots);
   } else {
-    m_platform.workspace.reveal(job.url);
+    m_session.platform.workspace.reveal(job.url);
   }
 }
 

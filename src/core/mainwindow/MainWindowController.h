@@ -5,19 +5,12 @@
 #include "core/base/Signal.h"
 #include "core/ports/Interface.h"
 #include "core/session/Mode.h"
+#include "core/session/Session.h"
 
 namespace mirvel {
 
-class Catalogue;
-class CurrentMode;
 class Drafts;
-class Editing;
-class Fetcher;
 class Job;
-class Selection;
-struct Foundation;
-struct Platform;
-struct Shell;
 
 /// The main window as a whole: its title, its mode, and the question about unsaved changes. Updates title and details
 /// when the selection changes, and starts a scan when nothing is selected any more. Each method tolerates that the
@@ -25,9 +18,7 @@ struct Shell;
 class MainWindowController {
  public:
   /// All arguments must outlive this object.
-  MainWindowController(Foundation& foundation, const Platform& platform, const Shell& shell, const Catalogue& catalogue,
-                       Selection& selection, CurrentMode& currentMode, Editing& editing, Fetcher& fetcher,
-                       Drafts& drafts);
+  MainWindowController(const Session& session, Drafts& drafts);
 
   /// The name of the application, followed by that of the job whose details are shown: "Mirvel – backup".
   std::string title() const;
@@ -59,14 +50,7 @@ class MainWindowController {
   Alert unsavedChangesQuestion() const;
   void answerUnsavedChanges(int button);
 
-  Foundation& m_foundation;
-  const Platform& m_platform;
-  const Shell& m_shell;
-  const Catalogue& m_catalogue;
-  Selection& m_selection;
-  CurrentMode& m_currentMode;
-  Editing& m_editing;
-  Fetcher& m_fetcher;
+  const Session m_session;
   Drafts& m_drafts;
   Subscription m_selectionChanged;
   bool m_isTerminating = false;

@@ -7,30 +7,12 @@
 
 namespace mirvel::ui {
 
-namespace {
-
 EditorContext editorContext(Program& program, IconLoader& icons) {
-  return {.foundation = program.foundation,
-          .platform = program.platform,
-          .saving = program.saving,
-          .scanning = program.scanning,
-          .selection = program.selection,
-          .notifications = program.notifications,
-          .shell = program.shell,
-          .editing = program.editing,
-          .actions = program.actions,
-          .fetcher = program.fetcher,
-          .mainWindow = program.mainWindow,
-          .menus = program.menus,
-          .kinds = program.kinds,
-          .repairs = program.repairs,
-          .schedules = program.scheduledController,
-          .notes = program.notes,
-          .iconEditing = program.icons,
-          .icons = icons};
+  return {program.session, program.saving,     program.scanning,
+          program.actions, program.mainWindow, program.menus,
+          program.kinds,   program.repairs,    program.scheduledController,
+          program.notes,   program.icons,      icons};
 }
-
-}  // namespace
 
 std::unique_ptr<MainWindow> makeMainWindow(Program& program, IconLoader& icons) {
   const auto makeSheets = [&](QWidget& window) {

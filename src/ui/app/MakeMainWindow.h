@@ -10,6 +10,10 @@ namespace mirvel::ui {
 
 class IconLoader;
 class MainWindow;
+struct EditorContext;
+
+/// The parts of a program that the details and the editor use.
+EditorContext editorContext(Program& program, IconLoader& icons);
 
 /// Creates the main window with the sheets that belong to it, from the parts of a program. Both arguments must outlive
 /// the window.

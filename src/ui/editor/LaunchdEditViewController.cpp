@@ -43,8 +43,7 @@ bool isEditable(StackSection section) {
 
 LaunchdEditViewController::LaunchdEditViewController(const EditorContext& theContext)
     : LaunchdViewController(theContext),
-      m_controller(theContext.foundation, theContext.platform, theContext.shell, theContext.saving, theContext.scanning,
-                   theContext.selection, theContext.editing, theContext.actions, theContext.fetcher, *this) {
+      m_controller(theContext, theContext.saving, theContext.scanning, theContext.actions, *this) {
   makeButtons();
   m_controller.updateButtons();
   qApp->installEventFilter(this);

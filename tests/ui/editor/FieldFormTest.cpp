@@ -5,6 +5,7 @@
 #include <QTextDocument>
 #include <QToolTip>
 
+#include "ui/app/MakeMainWindow.h"
 #include "ui/editor/EditorFixture.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Palettes.h"
@@ -52,25 +53,7 @@ class FieldFormTest : public EditorFixture {
  protected:
   void open(propertylist::Dictionary keys) {
     edit(std::move(keys));
-    Program& all = program();
-    section = std::make_unique<FormSection>(EditorContext{.foundation = foundation,
-                                                          .platform = platform,
-                                                          .saving = all.saving,
-                                                          .scanning = all.scanning,
-                                                          .selection = all.selection,
-                                                          .notifications = all.notifications,
-                                                          .shell = all.shell,
-                                                          .editing = all.editing,
-                                                          .actions = all.actions,
-                                                          .fetcher = all.fetcher,
-                                                          .mainWindow = all.mainWindow,
-                                                          .menus = all.menus,
-                                                          .kinds = all.kinds,
-                                                          .repairs = all.repairs,
-                                                          .schedules = all.scheduledController,
-                                                          .notes = all.notes,
-                                                          .iconEditing = all.icons,
-                                                          .icons = icons});
+    section = std::make_unique<FormSection>(editorContext(program(), icons));
     refill();
     section->show();
     section->activateWindow();
