@@ -1,8 +1,45 @@
 #include "core/mainwindow/Command.h"
 
+#include <cstddef>
+#include <iterator>
+
+#include "core/actions/JobDeletion.h"
+#include "core/base/Const.h"
+#include "core/mainwindow/MainWindowController.h"
+#include "core/mainwindow/WindowContext.h"
+#include "core/session/Editing.h"
+#include "core/session/Fetcher.h"
+#include "core/session/Platform.h"
+#include "core/session/Selection.h"
+#include "core/session/Shell.h"
+
 namespace mirvel {
 
 namespace {
+
+using Condition = bool (*)(const CommandContext& context);
+
+/// How a command behaves.
+struct Row {
+  Command command;
+  Condition isEnabled;
+  void (*perform)(const WindowContext& context) = nullptr;  ///< null for submenus
+  bool (*isOffered)(const Shell& shell) = nullptr;          ///< null: always
+  Condition isOn = nullptr;                                 ///< null: never has a check mark
+  bool isIndependent = false;  ///< affects neither jobs nor modes, so that not even a sheet disables it
+};
+
+bool always(const CommandContext& /*context*/) {
+  return true;
+}
+
+bool hasNoEdits(const CommandContext& context) {
+  return !context.hasUnsavedChanges;
+}
+
+bool isSelected(const CommandContext& context) {
+  return context.selected.has_value();
+}
 
 bool isLaunchdSelected(const CommandContext& context) {
   return context.selected && context.selected->isLaunchd();
@@ -13,92 +50,184 @@ bool isChangeableSelected(const CommandContext& context) {
   return context.selected && context.selected->isEditable(context.editsSystemJobs);
 }
 
-/// Whether the command affects neither jobs nor modes, so that not even a sheet disables it.
-bool isIndependent(Command command) {
-  switch (command) {
-    case Command::Help:
-    case Command::ManLaunchdplist:
-    case Command::Site:
-    case Command::MailSupport:
-    case Command::CheckForUpdates:
-    case Command::About:
-    case Command::FullScreen:
-      return true;
-    default:
-      return false;
+bool canEdit(const CommandContext& context) {
+  return isChangeableSelected(context) && context.detailTab == DetailTab::LaunchdDisplay;
+}
+
+bool canSave(const CommandContext& context) {
+  return context.isScriptInFront ||
+         (isChangeableSelected(context) && context.detailTab == DetailTab::LaunchdEdit && !context.isSaving);
+}
+
+/// The end of a save replaces the record, and a revision that was chosen meanwhile would be lost.
+bool canRevert(const CommandContext& context) {
+  return hasNoEdits(context) && !context.isSaving && isChangeableSelected(context) && context.hasRevisions;
+}
+
+bool canDuplicate(const CommandContext& context) {
+  return hasNoEdits(context) && isChangeableSelected(context);
+}
+
+bool canExport(const CommandContext& context) {
+  return hasNoEdits(context) && isLaunchdSelected(context);
+}
+
+bool canDelete(const CommandContext& context) {
+  return context.selected && context.canDeleteSelected;
+}
+
+/// The target path of a job that is being saved still looks free.
+bool canRestoreDeleted(const CommandContext& context) {
+  return hasNoEdits(context) && !context.isSaving;
+}
+
+bool isEditorOffered(const Shell& shell) {
+  return shell.edit != nullptr;
+}
+
+void save(const WindowContext& context) {
+  if (context.shell.saveScript) return context.shell.saveScript();
+  if (!context.selection.launchd()) return context.platform.interface.saveError();
+  context.shell.edit->save();
+}
+
+void refresh(const WindowContext& context) {
+  if (context.shell.emptyIconCache) context.shell.emptyIconCache();  // a scan alone would keep the cached icons
+  context.fetcher.fetchJobs();
+}
+
+void mailSupport(const WindowContext& context) {
+  context.platform.workspace.openAddress("mailto:" + std::string(Const::supportMail));
+}
+
+void openSite(const WindowContext& context) {
+  context.platform.workspace.openAddress(std::string(Const::siteURL));
+}
+
+void openHelp(const WindowContext& context) {
+  context.platform.workspace.openAddress(std::string(Const::siteURL) + "/mirvel-help");
+}
+
+template <Sheet sheet>
+constexpr Row sheetRow(Command command, Condition isEnabled) {
+  return {command, isEnabled, [](const WindowContext& context) { context.shell.sheets.at(sheet)(); },
+          [](const Shell& shell) { return shell.sheets.contains(sheet); }};
+}
+
+template <Mode mode>
+constexpr Row modeRow(Command command) {
+  return {.command = command,
+          .isEnabled = [](const CommandContext& context) { return context.mode == mode || hasNoEdits(context); },
+          .perform = [](const WindowContext& context) { context.mainWindow.switchMode(mode); },
+          .isOn = [](const CommandContext& context) { return context.mode == mode; }};
+}
+
+/// Calls a method of the main window, if there is one.
+template <void (MainWindowType::*method)()>
+void callWindow(const WindowContext& context) {
+  if (MainWindowType* const window = context.shell.mainWindow) (window->*method)();
+}
+
+/// In the order of the enumerators.
+constexpr Row rows[] = {
+    sheetRow<Sheet::New>(Command::New, hasNoEdits),
+    {Command::Edit, canEdit,
+     [](const WindowContext& context) {
+       if (context.shell.detail) context.shell.detail->showEdit();
+     },
+     isEditorOffered},
+    {Command::Save, canSave, save, [](const Shell& shell) { return shell.edit || shell.saveScript; }},
+    {Command::Revert, canRevert, nullptr, isEditorOffered},
+    sheetRow<Sheet::Duplicate>(Command::Duplicate, canDuplicate),
+    {Command::Import, hasNoEdits, [](const WindowContext& context) { context.shell.importJob(); },
+     [](const Shell& shell) { return static_cast<bool>(shell.importJob); }},
+    {Command::Export, canExport, [](const WindowContext& context) { context.shell.exportJob(); },
+     [](const Shell& shell) { return static_cast<bool>(shell.exportJob); }},
+    {Command::Delete, canDelete,
+     [](const WindowContext& context) { context.deletion.confirm(context.selection.job()); }},
+    sheetRow<Sheet::RestoreDeleted>(Command::RestoreDeleted, canRestoreDeleted),
+    {Command::Share, isSelected},
+    sheetRow<Sheet::Test>(Command::Test, isLaunchdSelected),
+    sheetRow<Sheet::Log>(Command::Log, isLaunchdSelected),
+    sheetRow<Sheet::Info>(Command::Info, isSelected),
+    {Command::RevealInFinder, isSelected,
+     [](const WindowContext& context) { context.mainWindow.revealInFinder(*context.selection.job()); }},
+    {Command::Refresh, hasNoEdits, refresh},
+
+    {Command::Filter, [](const CommandContext& context) { return context.hasFilterField; },
+     callWindow<&MainWindowType::focusOnFilter>},
+
+    modeRow<Mode::Grid>(Command::Grid),
+    modeRow<Mode::Tree>(Command::Tree),
+    modeRow<Mode::List>(Command::List),
+    modeRow<Mode::Timeline>(Command::Timeline),
+    {.command = Command::System,
+     .isEnabled = hasNoEdits,
+     .perform = [](const WindowContext& context) { context.mainWindow.toggleSystemJobs(); },
+     .isOn = [](const CommandContext& context) { return context.showsSystemJobs; }},
+    {Command::Columns, [](const CommandContext& context) { return context.mode == Mode::List; }},
+    {.command = Command::TitleBar,
+     .isEnabled = always,
+     .perform = [](const WindowContext& context) { context.mainWindow.toggleTitleBar(); },
+     .isOn = [](const CommandContext& context) { return context.showsTitleBar; }},
+    {.command = Command::FullScreen,
+     .isEnabled = always,
+     .perform = callWindow<&MainWindowType::toggleFullScreen>,
+     .isOn = [](const CommandContext& context) { return context.isFullScreen; },
+     .isIndependent = true},
+
+    {.command = Command::Help, .isEnabled = always, .perform = openHelp, .isIndependent = true},
+    {.command = Command::ManLaunchdplist,
+     .isEnabled = always,
+     .perform =
+         [](const WindowContext& context) {
+           context.platform.workspace.openAddress(std::string(Const::launchdManual));
+         },
+     .isIndependent = true},
+    {.command = Command::Site, .isEnabled = always, .perform = openSite, .isIndependent = true},
+    {.command = Command::MailSupport, .isEnabled = always, .perform = mailSupport, .isIndependent = true},
+    {.command = Command::CheckForUpdates,
+     .isEnabled = always,
+     .perform = [](const WindowContext& context) { context.shell.checkForUpdate(true); },
+     .isOffered = [](const Shell& shell) { return static_cast<bool>(shell.checkForUpdate); },
+     .isIndependent = true},
+    {.command = Command::About,
+     .isEnabled = always,
+     .perform = callWindow<&MainWindowType::showAbout>,
+     .isIndependent = true},
+};
+
+constexpr bool areInOrder() {
+  for (std::size_t i = 0; i < std::size(rows); ++i) {
+    if (rows[i].command != static_cast<Command>(i)) return false;
   }
+  return rows[std::size(rows) - 1].command == Command::About;
+}
+static_assert(areInOrder());
+
+const Row& rowOf(Command command) {
+  return rows[static_cast<std::size_t>(command)];
 }
 
 }  // namespace
 
-std::optional<Mode> modeOf(Command command) {
-  switch (command) {
-    case Command::Grid:
-      return Mode::Grid;
-    case Command::Tree:
-      return Mode::Tree;
-    case Command::List:
-      return Mode::List;
-    case Command::Timeline:
-      return Mode::Timeline;
-    default:
-      return std::nullopt;
-  }
+bool isOffered(Command command, const Shell& shell) {
+  const auto offered = rowOf(command).isOffered;
+  return !offered || offered(shell);
 }
 
 bool isEnabled(Command command, const CommandContext& context) {
-  if (isIndependent(command)) return true;
-  if (context.hasSheet) return false;
-  const bool hasUnsavedChanges = context.hasUnsavedChanges;
-  switch (command) {
-    case Command::New:
-    case Command::Refresh:
-    case Command::Import:
-    case Command::System:
-      return !hasUnsavedChanges;
-    case Command::RestoreDeleted:
-      return !hasUnsavedChanges && !context.isSaving;  // the target path of a job that is being saved still looks free
-    case Command::RevealInFinder:
-    case Command::Info:
-    case Command::Share:
-      return context.selected.has_value();
-    case Command::Save:
-      return context.isScriptInFront ||
-             (isChangeableSelected(context) && context.detailTab == DetailTab::LaunchdEdit && !context.isSaving);
-    case Command::Revert:
-      // The end of a save replaces the record, and a revision that was chosen meanwhile would be lost.
-      return !hasUnsavedChanges && !context.isSaving && isChangeableSelected(context) && context.hasRevisions;
-    case Command::Delete:
-      return context.selected && context.canDeleteSelected;
-    case Command::Duplicate:
-      return !hasUnsavedChanges && isChangeableSelected(context);
-    case Command::Export:
-      return !hasUnsavedChanges && isLaunchdSelected(context);
-    case Command::Test:
-    case Command::Log:
-      return isLaunchdSelected(context);
-    case Command::Edit:
-      return isChangeableSelected(context) && context.detailTab == DetailTab::LaunchdDisplay;
-    case Command::Filter:
-      return context.hasFilterField;
-    case Command::Grid:
-    case Command::Tree:
-    case Command::List:
-    case Command::Timeline:
-      return modeOf(command) == context.mode || !hasUnsavedChanges;
-    case Command::Columns:
-      return context.mode == Mode::List;
-    default:
-      return true;
-  }
+  const Row& row = rowOf(command);
+  return (row.isIndependent || !context.hasSheet) && row.isEnabled(context);
 }
 
 std::optional<bool> isOn(Command command, const CommandContext& context) {
-  if (const auto mode = modeOf(command)) return mode == context.mode;
-  if (command == Command::System) return context.showsSystemJobs;
-  if (command == Command::TitleBar) return context.showsTitleBar;
-  if (command == Command::FullScreen) return context.isFullScreen;
-  return std::nullopt;
+  const Condition isOn = rowOf(command).isOn;
+  return isOn ? std::optional(isOn(context)) : std::nullopt;
+}
+
+void perform(Command command, const WindowContext& context) {
+  if (const auto perform = rowOf(command).perform) perform(context);
 }
 
 bool isEnabled(ToolbarItem item, const CommandContext& context) {
@@ -107,10 +236,10 @@ bool isEnabled(ToolbarItem item, const CommandContext& context) {
     case ToolbarItem::New:
     case ToolbarItem::Mode:
     case ToolbarItem::Filter:
-      return !context.hasUnsavedChanges;
+      return hasNoEdits(context);
     case ToolbarItem::Share:
     case ToolbarItem::Info:
-      return context.selected.has_value();
+      return isSelected(context);
     case ToolbarItem::Log:
       return isLaunchdSelected(context) && context.isSelectedNamed;
   }

@@ -8,6 +8,9 @@
 
 namespace mirvel {
 
+struct Shell;
+struct WindowContext;
+
 /// The commands of the menus. Those marked as submenus have no action of their own.
 enum class Command {
   // File
@@ -71,15 +74,17 @@ struct CommandContext {
   Mode mode = Mode::Grid;
 };
 
+/// Whether the command exists at all. False while the component that carries it out isn't registered in the shell;
+/// menus then hide the item instead of disabling it.
+bool isOffered(Command command, const Shell& shell);
 /// Whether the command can be chosen. While a sheet is shown, only the Help menu and full screen are available. Doesn't
-/// consider whether the command is offered at all (see `MenuController::isOffered`).
+/// consider whether the command is offered.
 bool isEnabled(Command command, const CommandContext& context);
 /// Whether the menu item has a check mark; none for commands that never have one.
 std::optional<bool> isOn(Command command, const CommandContext& context);
+/// Carries out a command that is offered and enabled. Does nothing for submenus.
+void perform(Command command, const WindowContext& context);
 /// Whether the control is enabled. All are disabled while a job is being saved.
 bool isEnabled(ToolbarItem item, const CommandContext& context);
-
-/// The mode that a command of the View menu switches to; none for other commands.
-std::optional<Mode> modeOf(Command command);
 
 }  // namespace mirvel

@@ -15,8 +15,6 @@ class MenuController {
   /// `context` must outlive the controller.
   explicit MenuController(const WindowContext& context) : m_context(context) {}
 
-  /// Whether the command exists at all. False while the component that carries it out isn't registered in the shell;
-  /// menus then hide the item instead of disabling it.
   bool isOffered(Command command) const;
   bool isEnabled(Command command) const { return mirvel::isEnabled(command, context()); }
   std::optional<bool> isOn(Command command) const { return mirvel::isOn(command, context()); }
@@ -29,11 +27,6 @@ class MenuController {
   void perform(Command command);
 
  private:
-  void performFile(Command command);
-  void performView(Command command);
-  void performHelp(Command command);
-  void saveSelected();
-
   const WindowContext& m_context;
 };
 

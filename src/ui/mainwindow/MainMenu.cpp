@@ -28,6 +28,12 @@ namespace mirvel::ui {
 
 namespace {
 
+/// The desktop's full-screen shortcuts. On a desktop for which Qt defines none, F11.
+QList<QKeySequence> fullScreenKeys() {
+  const QList<QKeySequence> keys = QKeySequence::keyBindings(QKeySequence::FullScreen);
+  return keys.isEmpty() ? QList<QKeySequence>{QKeySequence(Qt::Key_F11)} : keys;
+}
+
 /// The method of `Editing` for a text command; null if the command doesn't concern undo.
 using EditingCommand = void (Editing::*)();
 
@@ -93,24 +99,30 @@ QMenu* MainMenu::addMenu(const std::string& title) {
   return menu;
 }
 
-void MainMenu::add(QMenu& menu, std::initializer_list<Command> commands) {
-  for (const Command command : commands) menu.addAction(m_actions.action(command));
-}
-
 void MainMenu::makeFileMenu() {
   const auto texts = MainMenuTexts(m_context.foundation.localize);
   QMenu* menu = addMenu(texts.file());
-  add(*menu, {Command::New, Command::Import});
+  m_actions.add(*menu, Command::New, texts.newJob(), "list-add", {QKeySequence::New});
+  m_actions.add(*menu, Command::Import, texts.importJob(), "document-open", {QKeySequence::Open});
   menu->addSeparator();
-  add(*menu, {Command::Edit, Command::Save});
+  m_actions.add(*menu, Command::Edit, texts.editJob(), "document-edit", {Qt::CTRL | Qt::Key_E});
+  m_actions.add(*menu, Command::Save, texts.save(), "document-save", {QKeySequence::Save});
   QMenu* revisions = menu->addMenu(qt(texts.revisions()));
-  add(*menu, {Command::Duplicate, Command::Export});
+  m_actions.add(*menu, Command::Duplicate, texts.duplicate(), "edit-copy", {Qt::CTRL | Qt::Key_D});
+  m_actions.add(*menu, Command::Export, texts.exportJob(), nullptr, {Qt::CTRL | Qt::SHIFT | Qt::Key_S});
   QMenu* share = menu->addMenu(IconLoader::symbol("document-send"), qt(texts.share()));
-  add(*menu, {Command::Delete, Command::RestoreDeleted});
+  m_actions.add(*menu, Command::Delete, texts.delete_(), "edit-delete",
+                {Qt::CTRL | Qt::Key_Backspace, QKeySequence::Delete});
+  m_actions.add(*menu, Command::RestoreDeleted, texts.restoreDeleted());
   menu->addSeparator();
-  add(*menu, {Command::Test, Command::Log, Command::Info, Command::RevealInFinder});
+  m_actions.add(*menu, Command::Test, texts.test(), "media-playback-start", {Qt::CTRL | Qt::Key_T});
+  m_actions.add(*menu, Command::Log, texts.log(), "text-x-log", {Qt::CTRL | Qt::Key_L});
+  m_actions.add(*menu, Command::Info, texts.info(), "document-properties", {Qt::CTRL | Qt::Key_I});
+  m_actions.add(*menu, Command::RevealInFinder, m_context.foundation.localize.revealInFinder(), "folder-open",
+                {Qt::CTRL | Qt::SHIFT | Qt::Key_R});
   menu->addSeparator();
-  add(*menu, {Command::Refresh});
+  m_actions.add(*menu, Command::Refresh, texts.refresh(), "view-refresh",
+                {QKeySequence::Refresh, Qt::CTRL | Qt::Key_R});
   menu->addSeparator();
   QAction* quit = menu->addAction(IconLoader::symbol("application-exit"), qt(texts.quit()), &m_window, &QWidget::close);
   quit->setShortcut(QKeySequence::Quit);
@@ -136,34 +148,48 @@ void MainMenu::fillRevisions(QMenu& menu) {
 }
 
 void MainMenu::makeEditMenu() {
-  QMenu* menu = addMenu(MainMenuTexts(m_context.foundation.localize).edit());
+  const auto texts = MainMenuTexts(m_context.foundation.localize);
+  QMenu* menu = addMenu(texts.edit());
   addEditActions(*menu, m_context.foundation.localize, m_context.editing, m_details);
   menu->addSeparator();
-  add(*menu, {Command::Filter});
+  m_actions.add(*menu, Command::Filter, texts.filter(), "edit-find", {QKeySequence::Find});
 }
 
 void MainMenu::makeViewMenu() {
   const auto texts = MainMenuTexts(m_context.foundation.localize);
   QMenu* menu = addMenu(texts.view());
-  add(*menu, {Command::Grid, Command::Tree, Command::List, Command::Timeline});
+  m_actions.add(*menu, Command::Grid, texts.asGrid(), "view-grid", {Qt::CTRL | Qt::Key_1});
+  m_actions.add(*menu, Command::Tree, texts.asTree(), "view-tree", {Qt::CTRL | Qt::Key_2});
+  m_actions.add(*menu, Command::List, texts.asList(), "view-list", {Qt::CTRL | Qt::Key_3});
+  m_actions.add(*menu, Command::Timeline, texts.asTimeline(), "view-timeline", {Qt::CTRL | Qt::Key_4});
   menu->addSeparator();
-  add(*menu, {Command::System});
-  QMenu* columns = menu->addMenu(qt(texts.columns()));
+  m_actions.add(*menu, Command::System, texts.systemJobs(), nullptr, {Qt::CTRL | Qt::SHIFT | Qt::Key_J});
+  addColumnsMenu(*menu, texts.columns());
+  menu->addSeparator();
+  m_actions.add(*menu, Command::TitleBar, texts.titleBar());
+  m_actions.add(*menu, Command::FullScreen, texts.fullScreen(), nullptr, fullScreenKeys());
+}
+
+void MainMenu::addColumnsMenu(QMenu& menu, const std::string& title) {
+  QMenu* columns = menu.addMenu(qt(title));
   connect(columns, &QMenu::aboutToShow, this, [this, columns] {
     columns->clear();
     m_tabs.listMode().addColumnItems(*columns);
   });
-  connect(menu, &QMenu::aboutToShow, this,
+  connect(&menu, &QMenu::aboutToShow, this,
           [this, columns] { columns->menuAction()->setEnabled(m_menus.isEnabled(Command::Columns)); });
-  menu->addSeparator();
-  add(*menu, {Command::TitleBar, Command::FullScreen});
 }
 
 void MainMenu::makeHelpMenu() {
-  QMenu* menu = addMenu(MainMenuTexts(m_context.foundation.localize).help());
-  add(*menu, {Command::Help, Command::ManLaunchdplist, Command::Site, Command::MailSupport});
+  const auto texts = MainMenuTexts(m_context.foundation.localize);
+  QMenu* menu = addMenu(texts.help());
+  m_actions.add(*menu, Command::Help, texts.pages(), "help-contents", {QKeySequence::HelpContents});
+  m_actions.add(*menu, Command::ManLaunchdplist, texts.manual());
+  m_actions.add(*menu, Command::Site, texts.site());
+  m_actions.add(*menu, Command::MailSupport, texts.mailSupport(), "mail-send");
   menu->addSeparator();
-  add(*menu, {Command::CheckForUpdates, Command::About});
+  m_actions.add(*menu, Command::CheckForUpdates, texts.checkForUpdates()).setMenuRole(QAction::ApplicationSpecificRole);
+  m_actions.add(*menu, Command::About, texts.about(), "help-about").setMenuRole(QAction::AboutRole);
 }
 
 void fillShareMenu(QMenu& menu, const WindowContext& context) {

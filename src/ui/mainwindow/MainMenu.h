@@ -1,10 +1,7 @@
 #pragma once
 
 #include <QObject>
-#include <initializer_list>
 #include <string>
-
-#include "core/mainwindow/Command.h"
 
 class QMainWindow;
 class QMenu;
@@ -29,10 +26,10 @@ class MainMenu final : public QObject {
 
  private:
   QMenu* addMenu(const std::string& title);
-  void add(QMenu& menu, std::initializer_list<Command> commands);
   void makeFileMenu();
   void makeEditMenu();
   void makeViewMenu();
+  void addColumnsMenu(QMenu& menu, const std::string& title);
   void makeHelpMenu();
   void fillRevisions(QMenu& menu);
 

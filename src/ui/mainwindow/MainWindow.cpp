@@ -33,10 +33,7 @@ namespace mirvel::ui {
 
 MainWindow::MainWindow(const WindowContext& context, Termination& termination, const EditorContext& editor,
                        const MakeSheets& makeSheets)
-    : m_context(context),
-      m_termination(termination),
-      m_actions(context.foundation.localize, editor.menus, *this),
-      m_sheets(makeSheets(*this)) {
+    : m_context(context), m_termination(termination), m_actions(editor.menus, *this), m_sheets(makeSheets(*this)) {
   setUnifiedTitleAndToolBarOnMac(true);
   makeContent(editor);
   new MainMenu(context, editor.menus, m_actions, *m_tabs, *m_details, *this);
