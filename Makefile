@@ -1,4 +1,4 @@
-# Two commands for a fresh machine: `make run` and `make test`. Each installs what is missing, builds, and goes.
+# Two commands for a fresh machine: `make run` and `make test`. Each installs what is missing, builds, and runs.
 
 JOBS ?= $(shell getconf _NPROCESSORS_ONLN)
 ARGS ?=
