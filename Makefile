@@ -1,4 +1,4 @@
-# Two commands for a fresh machine: `make run` and `make test`. Each installs what is missing, builds, and goes.
+# Two commands for a fresh machine: `make run` and `make test`. Each installs what is missing, builds, and runs.
 
 JOBS ?= $(shell getconf _NPROCESSORS_ONLN)
 ARGS ?=
@@ -31,7 +31,7 @@ test:
 
 # The long versions of the tests that race, kill, and wait for a minute.
 soak:
-	scripts/dependencies build test
+	scripts/dependencies build test bench
 	scripts/build dev -j$(JOBS)
 	MIRVEL_SOAK=$(MIRVEL_SOAK) build/dev/tests/helpers/mirvel_helpers_tests
 	MIRVEL_SOAK=$(MIRVEL_SOAK) build/dev/tests/ui/mirvel_ui_tests --gtest_filter='CreationTest.*'
@@ -42,7 +42,7 @@ asan core:
 	ctest --preset $@
 
 check:
-	scripts/dependencies build test check
+	scripts/dependencies build test bench check
 	scripts/check
 
 bench:
@@ -58,12 +58,12 @@ fuzz:
 install:
 	scripts/dependencies build
 	scripts/build release -j$(JOBS)
-	cmake --install build/release $(if $(PREFIX),--prefix $(PREFIX))
+	umask 022 && cmake --install build/release $(if $(PREFIX),--prefix "$(PREFIX)")
 
 deb:
 	scripts/dependencies build package
 	scripts/build package -j$(JOBS)
-	cd build/package && cpack
+	umask 022 && cd build/package && cpack
 
 clean:
 	rm -rf build

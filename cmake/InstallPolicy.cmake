@@ -3,7 +3,9 @@
 # Without permission to write there, the installation continues with a message about the remaining step.
 set(folder /usr/share/polkit-1/actions)
 set(destination $ENV{DESTDIR}${folder})
-configure_file(${POLICY_TEMPLATE} $ENV{DESTDIR}${POLICY_COPY} @ONLY)
+# Readable for polkitd, which isn't root, whatever the mode of the template in the checkout.
+configure_file(${POLICY_TEMPLATE} $ENV{DESTDIR}${POLICY_COPY} @ONLY FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ
+               WORLD_READ)
 execute_process(COMMAND ${CMAKE_COMMAND} -E make_directory ${destination} ERROR_QUIET RESULT_VARIABLE failure)
 if(failure EQUAL 0)
   execute_process(COMMAND ${CMAKE_COMMAND} -E copy $ENV{DESTDIR}${POLICY_COPY} ${destination}/app.mirvel.policy

@@ -12,7 +12,7 @@ struct HelperError;
 /// `HelperFailure` are shown by their domain and code.
 ///
 ///     “/Users/x/Library/LaunchAgents/a.plist” couldn’t be written
-///     The disk is full. Make room on it and try again.
+///     The disk is full. Free up some space and try again.
 void presentHelperError(const HelperError& error, const Localize& localize, Interface& interface);
 
 /// Shows the user why the helper that acts as root couldn't be started, and what to do about it.

@@ -16,8 +16,8 @@ class Localize;
 struct Notifications;
 struct Platform;
 
-/// Starts the host that runs the user's jobs, by a request to the action helper. Where launchd or systemd runs jobs
-/// there is nothing to start, and the request succeeds. Main thread only.
+/// Starts the host that runs the user's jobs, by a request to the action helper. Where launchd runs jobs there is
+/// nothing to start, and the request succeeds. Main thread only.
 class HostStart {
  public:
   /// The shortest time between two attempts to start the host.

@@ -16,13 +16,11 @@
 // Registers the resources, which a static library doesn't do by itself. Q_INIT_RESOURCE must be used outside of
 // namespaces.
 static void announceResources() {
-#ifdef MIRVEL_HAS_ICONS
   static const bool isDone = [] {
     Q_INIT_RESOURCE(icons);
     return true;
   }();
   (void)isDone;
-#endif
 }
 
 namespace mirvel::ui::OwnIcons {
