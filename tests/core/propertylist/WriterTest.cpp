@@ -1,6 +1,10 @@
 #include "core/propertylist/Writer.h"
 
 #include <gtest/gtest.h>
+#include <locale.h>
+#ifdef __APPLE__
+#include <xlocale.h>
+#endif
 
 #include <cmath>
 #include <cstring>
@@ -55,6 +59,18 @@ TEST(WriterTest, XmlIsWhatTheMacOsWriterWrites) {
       {Array{Set{}}, "the list contains a set, which has no XML form"},
   };
   for (const auto& [value, body] : rows) EXPECT_EQ(bodyOf(value), body);
+}
+
+TEST(WriterTest, RealsHaveADecimalPointInEveryLocale) {
+  for (const char* name : {"de_DE.UTF-8", "ps_AF.UTF-8"}) {  // a comma, and a character of two bytes
+    const locale_t locale = newlocale(LC_ALL_MASK, name, nullptr);
+    if (!locale) continue;  // isn't installed
+    const locale_t before = uselocale(locale);
+    EXPECT_EQ(bodyOf(1.5), "<real>1.5</real>\n") << name;
+    EXPECT_EQ(read("<real>1.5</real>")->value(), Value(1.5)) << name;
+    uselocale(before);
+    freelocale(locale);
+  }
 }
 
 TEST(WriterTest, DataLinesGetShorterWithTheIndentationUpToEightLevels) {
