@@ -25,14 +25,6 @@ TEST(URLTest, PathsAreEqualAfterNormalization) {
   EXPECT_FALSE(URL::address("/x").equalTo(URL::file("/x")));
 }
 
-TEST(URLTest, TheExtensionIsAfterTheLastDotOfTheLastComponent) {
-  const std::pair<const char*, const char*> table[] = {
-      {"/a/b.plist", "plist"}, {"/a/b.app/", "app"}, {"/a.b/c", ""},    {"/a/.hidden", ""},
-      {"/a/.hidden.x", "x"},   {"/a/b.", ""},        {"/a/b.c.d", "d"}, {"/", ""},
-  };
-  for (const auto& [path, extension] : table) EXPECT_EQ(URL::file(path).pathExtension(), extension) << path;
-}
-
 TEST(URLTest, PathsInTheHomeFolderAreShortened) {
   const struct {
     const char* path;
