@@ -91,8 +91,8 @@ Result<std::string> convert(std::string_view bytes, const std::string& encoding)
   if (U_FAILURE(status)) return encodingError("unknown encoding `" + encoding + '`');
   ucnv_setToUCallBack(from.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
   const std::unique_ptr<UConverter, decltype(&ucnv_close)> to(ucnv_open("UTF-8", &status), &ucnv_close);
-  // No converter produces more than three bytes of UTF-8 per byte of input.
-  std::string utf8(bytes.size() * 3 + 16, '\0');
+  // No converter produces more bytes of UTF-8 per byte of input: most at most 3, SCSU and BOCU-1 4, ISCII 4.5.
+  std::string utf8(bytes.size() * 5 + 16, '\0');
   char* target = utf8.data();
   const char* source = bytes.data();
   ucnv_convertEx(to.get(), from.get(), &target, utf8.data() + utf8.size(), &source, bytes.data() + bytes.size(),

@@ -244,6 +244,10 @@ TEST(XmlReaderTest, TheEncodingIsFoundByMarkByZerosOrByDeclaration) {
       "<?xml encoding='latin1?>" + utf8,
   };
   for (const auto& bytes : rows) EXPECT_EQ(valueIn(bytes), Value("\u00e9\u20ac")) << testing::PrintToString(bytes);
+  std::string many;  // characters that take one byte in the list and four in UTF-8
+  for (int i = 0; i < 200; ++i) many += "\U00010D00";
+  EXPECT_EQ(valueIn("<?xml encoding='SCSU'?><string>\x0B\x20\x1A" + std::string(200, '\x80') + "</string>"),
+            Value(many));
   EXPECT_FALSE(read("\xFF\xFE" + littleEndian + "\xD8"));  // half a character at the end
   EXPECT_FALSE(read("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + utf8));
 }
