@@ -15,10 +15,6 @@ namespace mirvel::propertylist {
 
 namespace {
 
-bool startsWith(std::string_view bytes, std::string_view prefix) {
-  return bytes.substr(0, prefix.size()) == prefix;
-}
-
 struct Mark {
   std::string_view bytes;
   const char* encoding;
@@ -32,7 +28,7 @@ const Mark* byteOrderMark(std::string_view bytes) {
       {"\xFE\xFF"sv, "UTF-16BE"},     {"\xEF\xBB\xBF"sv, "UTF-8"},
   };
   const auto* found =
-      std::find_if(std::begin(marks), std::end(marks), [&](const Mark& mark) { return startsWith(bytes, mark.bytes); });
+      std::find_if(std::begin(marks), std::end(marks), [&](const Mark& mark) { return bytes.starts_with(mark.bytes); });
   return found == std::end(marks) ? nullptr : found;
 }
 
@@ -58,7 +54,7 @@ const char* encodingByZeros(std::string_view bytes) {
 /// The encoding that the XML declaration names, which may be empty. As on macOS, `encoding=` followed by anything but a
 /// quotation mark is ignored, and white space around the `=` isn't allowed.
 std::optional<std::string_view> declaredEncoding(std::string_view text) {
-  if (!startsWith(text, "<?xml")) return std::nullopt;
+  if (!text.starts_with("<?xml")) return std::nullopt;
   constexpr std::string_view attribute = "encoding=";
   const std::size_t name = text.substr(0, text.find_first_of("?>", 5)).find(attribute);
   if (name == std::string_view::npos) return std::nullopt;
@@ -114,7 +110,7 @@ Result<void> setConverted(Result<std::string> text, DecodedText& result) {
 /// Removes the prefix that macOS accepts before the names of UTF-8 and UTF-16.
 std::string commonName(const std::string& name) {
   constexpr std::string_view prefix = "x-mac-utf-";
-  return startsWith(name, prefix) ? "utf-" + name.substr(prefix.size()) : name;
+  return name.starts_with(prefix) ? "utf-" + name.substr(prefix.size()) : name;
 }
 
 bool isAsciiName(const std::string& name) {
@@ -125,7 +121,7 @@ bool isAsciiName(const std::string& name) {
 
 Result<void> decodeText(std::string_view bytes, DecodedText& result) {
   result.utf8 = bytes;
-  if (startsWith(bytes, xmlDeclaration)) return {};
+  if (bytes.starts_with(xmlDeclaration)) return {};
   if (const Mark* mark = byteOrderMark(bytes)) {
     result.utf8 = bytes.substr(mark->bytes.size());
     if (std::string_view(mark->encoding) == "UTF-8") return {};
