@@ -130,6 +130,45 @@ TEST(WriterTest, BothFormsAreReadAsTheSameValue) {
   EXPECT_EQ(read(writeBinary(Set{{1, 2}}))->value(), Value(Set{{2, 1}}));
 }
 
+/// Text is checked, searched and copied in words of eight bytes.
+TEST(WriterTest, ACharacterIsRecognisedAtEveryPositionOfAWord) {
+  for (std::size_t at = 0; at < 40; ++at) {
+    for (const char* character : {"<", ">", "&", "\u00e9"}) {
+      const std::string text = std::string(at, 'a') + character + std::string(40 - at, 'b');
+      EXPECT_EQ(read(*writeXml(text))->value(), Value(text)) << at << ' ' << character;
+      EXPECT_EQ(read(writeBinary(text))->value(), Value(text)) << at << ' ' << character;
+    }
+    const std::string damaged = std::string(at, 'a') + '\xFF' + std::string(40 - at, 'b');
+    EXPECT_FALSE(read("<string>" + damaged + "</string>")) << at;
+    EXPECT_EQ(read("bplist00\x5F\x10\x29" + damaged + '\x08' + std::string(6, '\0') + "\1\1" + std::string(7, '\0') +
+                   '\1' + std::string(15, '\0') + '\x34')
+                  ->value(),
+              Value(std::string(at, 'a') + "\u00ff" + std::string(40 - at, 'b')))
+        << at << ": it is Latin-1 there";
+  }
+}
+
+TEST(WriterTest, LeapYearsAreThoseOfTheGregorianCalendar) {
+  const std::pair<double, std::string> rows[] = {
+      {-3182198400, "1900-03-01"},    {-26524800, "2000-02-29"},
+      {126144000, "2004-12-31"},      {3129235200, "2100-03-01"},
+      {12596256000, "2400-02-29"},    {-63113904000, "0001-01-01"},
+      {-63140428800, "0000-02-29"},   {-63145612800, "-001-12-31"},
+      {3092523148800, "99999-02-28"}, {67767975255139200, "2147483647-12-31"},
+  };
+  for (const auto& [seconds, day] : rows) {
+    const std::string element = "<date>" + day + "T00:00:00Z</date>";
+    EXPECT_EQ(bodyOf(Date{seconds}), element + '\n');
+    const auto document = read(element);
+    ASSERT_TRUE(document) << day;
+    EXPECT_EQ(document->value(), Value(Date{seconds})) << day;
+    EXPECT_TRUE(document->warnings().empty()) << day;
+  }
+  for (const char* day : {"1900-02-29", "2001-02-29", "2100-02-29", "2001-04-31", "2001-00-01", "2001-01-00"}) {
+    EXPECT_EQ(read("<date>" + std::string(day) + "T00:00:00Z</date>")->warnings().size(), 1U) << day;
+  }
+}
+
 TEST(WriterTest, EqualStringsAreStoredOnceInTheBinaryForm) {
   const std::string text(1000, 'x');
   EXPECT_LT(writeBinary(Array{text, text, Dictionary{{text, text}}}).size(), 1200U);
