@@ -179,11 +179,10 @@ std::string fold(std::string_view text) {
   const icu::Normalizer2* decomposing = icu::Normalizer2::getNFDInstance(status);
   const icu::Normalizer2* composing = icu::Normalizer2::getNFCInstance(status);
   if (U_FAILURE(status)) return Ascii::lower(text);
-  // Twice: folding case can produce accents, as of U+0130.
+  // Accents first, such as the dot of U+0130: folding the case of the remaining letters produces none.
   icu::UnicodeString plain = withoutAccents(decomposing->normalize(icu::UnicodeString::fromUTF8(text), status));
-  plain = withoutAccents(decomposing->normalize(plain.foldCase(), status));
   std::string result;
-  return composing->normalize(plain, status).toUTF8String(result);
+  return composing->normalize(plain.foldCase(), status).toUTF8String(result);
 }
 
 }  // namespace mirvel::String
