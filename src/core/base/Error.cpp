@@ -13,8 +13,7 @@ std::string Error::text() const {
   } else if (offset) {
     location += "offset " + std::to_string(*offset) + ": ";
   }
-  const bool startsWithKey = message.compare(0, keyPath.size(), keyPath) == 0;
-  if (!startsWithKey) location += keyPath + ": ";
+  if (!message.starts_with(keyPath)) location += keyPath + ": ";
   return location + message;
 }
 

@@ -28,7 +28,8 @@ class Signal {
  public:
   using Receiver = std::function<void(const Arguments&...)>;
 
-  /// Calls the receiver at each `post` until the subscription ends. It must end before anything that the receiver uses.
+  /// Calls the receiver at each `post` until the subscription ends, which must be before anything that the receiver
+  /// uses is destroyed.
   [[nodiscard]] Subscription subscribe(Receiver receiver) {
     auto kept = std::make_shared<Receiver>(std::move(receiver));
     m_receivers.push_back(kept);

@@ -146,11 +146,12 @@ class Temporary {
 
   /// Sets the attributes, flushes and closes. The owner comes first: changing it may clear mode bits.
   int finish(const Replaced& old, const std::optional<OwnerAndMode>& fixed) {
-    const auto wanted = ownerFor(old, fixed);
+    auto wanted = ownerFor(old, fixed);
     if (fixed) {
       if (::fchown(m_file.number(), wanted->user, wanted->group) != 0) return errno;
-    } else if (wanted) {
-      keepOwner(*wanted);
+    } else if (wanted && !keepOwner(*wanted)) {
+      // The file has another group, which must not get more than everyone.
+      wanted->mode &= ~static_cast<mode_t>(S_IRWXG) | (wanted->mode & S_IRWXO) << 3U;
     }
     if (old.file) {
       copyExtendedAttributes(old.file.number(), m_file.number(), fixed ? Attributes::Harmless : Attributes::All);
@@ -167,10 +168,11 @@ class Temporary {
   }
 
  private:
-  /// Best effort: only root may change the owner, and other users only set groups that they belong to.
-  void keepOwner(const OwnerAndMode& owner) {
-    if (::fchown(m_file.number(), owner.user, owner.group) == 0) return;
-    [[maybe_unused]] const int kept = ::fchown(m_file.number(), static_cast<uid_t>(-1), owner.group);
+  /// Best effort: only root may change the owner, and other users only set groups that they belong to. Returns whether
+  /// the group could be set.
+  bool keepOwner(const OwnerAndMode& owner) {
+    return ::fchown(m_file.number(), owner.user, owner.group) == 0 ||
+           ::fchown(m_file.number(), static_cast<uid_t>(-1), owner.group) == 0;
   }
 
   FileCalls& m_calls;

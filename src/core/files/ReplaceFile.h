@@ -43,10 +43,11 @@ inline constexpr mode_t privateFile = 0600;
 /// device, then the file is renamed, and the folder is flushed.
 ///
 /// - A symbolic link is kept: its target is replaced, or created if it is missing.
-/// - Owner, permissions and extended attributes of the old file are kept as far as this process may set them.
-/// - A new file gets the mode 0644, less the umask and less what `mostOpen` doesn't contain; its owner can always read
-/// and
-///   write it. Others can never write it, even with a umask of 002, because launchd doesn't load such job files.
+/// - Owner, permissions and extended attributes of the old file are kept as far as this process may set them. If that
+///   isn't possible for the group, the new group gets no more permissions than others have.
+/// - A new file gets the mode 0644, less the umask and less what `mostOpen` doesn't contain, except that its owner can
+///   always read and write it. Others can never write it, even with a umask of 002, because launchd doesn't load such
+///   job files.
 /// - The folder must exist.
 ///
 /// `BadArgument` for a folder, a device, a pipe, or a path that contains a null character or no file name; otherwise

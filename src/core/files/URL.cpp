@@ -27,12 +27,6 @@ std::string URL::lastPathComponent() const {
   return std::string(String::lastPathComponent(text()));
 }
 
-std::string URL::pathExtension() const {
-  const fs::path name = lastPathComponent();
-  const std::string extension = name.extension().native();
-  return extension.empty() ? extension : extension.substr(1);
-}
-
 bool URL::equalTo(const URL& other) const {
   if (isFile() != other.isFile()) return false;
   if (text() == other.text()) return true;

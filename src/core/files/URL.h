@@ -25,9 +25,6 @@ class URL {
   const std::string& text() const { return m_text; }
   /// Of the path or address; slashes at the end are ignored: "b" of "/a/b/".
   std::string lastPathComponent() const;
-  /// The part after the last dot of the last component: "plist" of "/a/b.plist". Empty if there is none, and for names
-  /// whose only dot is the first character.
-  std::string pathExtension() const;
   /// A file in this folder.
   URL appending(std::string_view component) const { return file(path() / component); }
 

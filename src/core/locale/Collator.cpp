@@ -16,10 +16,6 @@ namespace mirvel {
 
 namespace {
 
-icu::StringPiece piece(std::string_view text) {
-  return {text.data(), static_cast<std::int32_t>(text.size())};
-}
-
 int compareBytes(std::string_view a, std::string_view b) {
   return std::clamp(a.compare(b), -1, 1);
 }
@@ -143,7 +139,7 @@ Collator::~Collator() = default;
 int Collator::localizedStandardCompare(std::string_view a, std::string_view b) const {
   if (!m_implementation->collator) return compareBytes(a, b);
   UErrorCode status = U_ZERO_ERROR;
-  const UCollationResult result = m_implementation->collator->compareUTF8(piece(a), piece(b), status);
+  const UCollationResult result = m_implementation->collator->compareUTF8(a, b, status);
   return U_FAILURE(status) ? compareBytes(a, b) : static_cast<int>(result);
 }
 
@@ -155,7 +151,7 @@ std::string Collator::sortKey(std::string_view text) const {
     std::copy(text.begin(), text.end(), letters.begin());
     return keyOf(*m_implementation->collator, letters.data(), static_cast<std::int32_t>(text.size()));
   }
-  const auto wide = icu::UnicodeString::fromUTF8(piece(text));
+  const auto wide = icu::UnicodeString::fromUTF8(text);
   return keyOf(*m_implementation->collator, wide.getBuffer(), wide.length());
 }
 

@@ -5,7 +5,6 @@
 #include <unicode/unistr.h>
 
 #include <algorithm>
-#include <mutex>
 #include <optional>
 #include <string_view>
 
@@ -66,17 +65,16 @@ class Localize::Numbers {
  public:
   /// Null if ICU has no data; numbers are then plain digits.
   const icu::NumberFormat* format(const std::string& locale) {
-    std::call_once(m_isMade, [&] {
+    if (!m_format) {
       UErrorCode status = U_ZERO_ERROR;
-      m_format.reset(icu::NumberFormat::createInstance(icu::Locale(locale.c_str()), status));
-      if (U_FAILURE(status)) m_format.reset();
-    });
-    return m_format.get();
+      m_format.emplace(icu::NumberFormat::createInstance(icu::Locale(locale.c_str()), status));
+      if (U_FAILURE(status)) m_format->reset();
+    }
+    return m_format->get();
   }
 
  private:
-  std::once_flag m_isMade;
-  std::unique_ptr<icu::NumberFormat> m_format;
+  std::optional<std::unique_ptr<icu::NumberFormat>> m_format;
 };
 
 Localize::Localize(const std::string& locale, const fs::path& catalogues, const std::string& timeLocale)

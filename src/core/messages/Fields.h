@@ -144,9 +144,6 @@ class FieldReader {
   /// A number of seconds as decimal text, at least 1 and at most a century.
   void decimalSeconds(std::string_view key, std::chrono::seconds& time);
 
-  /// The first error, if any.
-  Result<void> result() const { return m_failure ? Result<void>(*m_failure) : Result<void>(); }
-
   /// Reads a message. `initial` provides the values of members that aren't fields or whose keys are absent.
   template <HasFields T>
   static Result<T> read(const propertylist::Dictionary& from, T initial = {}) {

@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::string_view domainKey = "domain", codeKey = "code", descriptionKey = "description",
                            suggestionKey = "suggestion", deedKey = "deed", causeKey = "cause", systemKey = "errno",
-                           pathKey = "path", lineKey = "line", columnKey = "column", placeKey = "keyPath",
-                           detailKey = "detail", writtenKey = "isWritten";
+                           pathKey = "path", lineKey = "line", columnKey = "column", offsetKey = "offset",
+                           placeKey = "keyPath", detailKey = "detail", writtenKey = "isWritten";
 
 /// None if the key is absent or has another type, as for all values of an error.
 template <typename T>
@@ -42,6 +42,7 @@ void write(const HelperFailure& failure, propertylist::Dictionary& to) {
   if (!cause.file.empty()) to.set(pathKey, cause.file);
   if (cause.line != 0) to.set(lineKey, static_cast<std::int64_t>(cause.line));
   if (cause.column != 0) to.set(columnKey, static_cast<std::int64_t>(cause.column));
+  if (cause.offset) to.set(offsetKey, static_cast<std::int64_t>(*cause.offset));
   if (!cause.keyPath.empty()) to.set(placeKey, cause.keyPath);
   if (failure.isWritten) to.set(writtenKey, true);
 }
@@ -57,14 +58,14 @@ std::optional<HelperFailure> readFailure(const propertylist::Dictionary& error) 
                                  .file = textIn(error, pathKey),
                                  .line = countIn(error, lineKey),
                                  .column = countIn(error, columnKey),
+                                 .offset = numberIn(error, offsetKey),
                                  .keyPath = textIn(error, placeKey),
                                  .systemCode = static_cast<int>(numberIn(error, systemKey).value_or(0))},
                        .isWritten = valueIn<bool>(error, writtenKey).value_or(false)};
 }
 
-}  // namespace
-
-bool HelperFailure::isMatterOfName() const {
+/// Whether the cause is the name of the file, so that another name can help.
+bool isMatterOfName(const Error& cause) {
   switch (cause.systemCode) {
     case EEXIST:
     case EISDIR:
@@ -77,24 +78,27 @@ bool HelperFailure::isMatterOfName() const {
   }
 }
 
-std::optional<ActionErrorCode> HelperFailure::actionCode() const {
-  switch (deed) {
-    case Deed::Write:
-    case Deed::Delete:
-      return isMatterOfName() ? ActionErrorCode::NotChangedTryNewName : ActionErrorCode::NotChanged;
-    case Deed::Log:
+/// The code in `actionErrorDomain`; none for operations other than writing, deleting and querying the log.
+std::optional<ActionErrorCode> actionCode(const HelperFailure& failure) {
+  switch (failure.deed) {
+    case HelperFailure::Deed::Write:
+    case HelperFailure::Deed::Delete:
+      return isMatterOfName(failure.cause) ? ActionErrorCode::NotChangedTryNewName : ActionErrorCode::NotChanged;
+    case HelperFailure::Deed::Log:
       return ActionErrorCode::NoLog;
     default:
       return std::nullopt;
   }
 }
 
+}  // namespace
+
 HelperError HelperError::of(ActionErrorCode code) {
   return {.domain = actionErrorDomain, .code = propertylist::Integer(static_cast<int>(code))};
 }
 
 HelperError HelperError::of(HelperFailure failure) {
-  const auto action = failure.actionCode();
+  const auto action = actionCode(failure);
   // 0 would mean success, and `Error::Code` begins with 0.
   const int code = action ? static_cast<int>(*action) : static_cast<int>(failure.cause.code) + 1;
   HelperError error{.domain = action ? actionErrorDomain : helperErrorDomain,

@@ -31,11 +31,6 @@ struct HelperFailure {
   Deed deed = Deed::Answer;
   Error cause;             ///< with the path of the file, if one was involved
   bool isWritten = false;  ///< the job's file has been written; a later step, such as loading, failed
-
-  /// Whether the cause is the name of the file, so that another name can help.
-  bool isMatterOfName() const;
-  /// The code in `actionErrorDomain`; none for operations other than writing, deleting and querying the log.
-  std::optional<ActionErrorCode> actionCode() const;
 };
 
 /// The error in a reply. Helpers of this version send a `failure` or a code in `actionErrorDomain`; of other versions

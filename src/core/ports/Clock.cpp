@@ -1,12 +1,12 @@
 #include "core/ports/Clock.h"
 
 #include <chrono>
-#include <cmath>
 
 namespace mirvel {
 
 std::chrono::sys_seconds Clock::currentSecond() const {
-  return std::chrono::sys_seconds(std::chrono::seconds(std::llround(std::floor(secondsSince1970()))));
+  using namespace std::chrono;
+  return sys_seconds(floor<seconds>(duration<double>(secondsSince1970())));
 }
 
 double SystemClock::secondsSince1970() const {

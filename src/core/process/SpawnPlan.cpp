@@ -20,8 +20,9 @@ std::vector<std::string> execVariables(const Environment& environment) {
 }
 
 SpawnPlan::SpawnPlan() {
-  ::posix_spawn_file_actions_init(&m_actions);
-  ::posix_spawnattr_init(&m_attributes);
+  note(::posix_spawn_file_actions_init(&m_actions));
+  note(::posix_spawnattr_init(&m_attributes));
+  resetSignals();
 }
 
 SpawnPlan::~SpawnPlan() {
@@ -29,31 +30,36 @@ SpawnPlan::~SpawnPlan() {
   ::posix_spawnattr_destroy(&m_attributes);
 }
 
-int SpawnPlan::open(int number, const char* path, int flags) {
-  return ::posix_spawn_file_actions_addopen(&m_actions, number, path, flags, 0);
+void SpawnPlan::note(int failure) {
+  if (m_failure == 0) m_failure = failure;
 }
 
-int SpawnPlan::give(int ours, int number) {
-  return ::posix_spawn_file_actions_adddup2(&m_actions, ours, number);
+void SpawnPlan::open(int number, const char* path, int flags) {
+  note(::posix_spawn_file_actions_addopen(&m_actions, number, path, flags, 0));
 }
 
-int SpawnPlan::resetSignals() {
+void SpawnPlan::give(int ours, int number) {
+  note(::posix_spawn_file_actions_adddup2(&m_actions, ours, number));
+}
+
+void SpawnPlan::resetSignals() {
   sigset_t none, all;
   sigemptyset(&none);
   sigfillset(&all);
   sigdelset(&all, SIGKILL);  // the actions of these two can't be changed
   sigdelset(&all, SIGSTOP);
-  int failure = ::posix_spawnattr_setsigmask(&m_attributes, &none);
-  if (failure == 0) failure = ::posix_spawnattr_setsigdefault(&m_attributes, &all);
+  note(::posix_spawnattr_setsigmask(&m_attributes, &none));
+  note(::posix_spawnattr_setsigdefault(&m_attributes, &all));
   int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #ifdef POSIX_SPAWN_CLOEXEC_DEFAULT
   flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;  // closes pipes that aren't close-on-exec yet, see Pipe::make
 #endif
-  return failure != 0 ? failure : ::posix_spawnattr_setflags(&m_attributes, static_cast<short>(flags));
+  note(::posix_spawnattr_setflags(&m_attributes, static_cast<short>(flags)));
 }
 
 int SpawnPlan::start(pid_t& id, const std::string& program, const std::vector<std::string>& arguments,
                      const Environment& environment) {
+  if (m_failure != 0) return m_failure;
   std::vector<std::string> variables = execVariables(environment);
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());

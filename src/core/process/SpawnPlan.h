@@ -16,14 +16,13 @@ std::vector<char*> execPointers(std::vector<std::string>& texts);
 std::vector<std::string> execVariables(const Environment& environment);
 
 /// Prepares and starts a child process with posix_spawn(3), which unlike fork(2) is safe with threads. The child gets
-/// the descriptors that are set up here and no others: all of ours must be close-on-exec. All functions return 0 or an
-/// errno value. For one child and one thread.
+/// the descriptors that are set up here and no others: all of ours must be close-on-exec. It starts with all signals
+/// unblocked and at their default actions. For one child and one thread.
 ///
 ///     SpawnPlan plan;
-///     int failure = plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-///     if (failure == 0) failure = plan.give(pipe.write.number(), STDOUT_FILENO);
-///     if (failure == 0) failure = plan.resetSignals();
-///     if (failure == 0) failure = plan.start(id, "/bin/ls", {"-l"}, environment);
+///     plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+///     plan.give(pipe.write.number(), STDOUT_FILENO);
+///     const int failure = plan.start(id, "/bin/ls", {"-l"}, environment);
 class SpawnPlan {
  public:
   SpawnPlan();
@@ -31,20 +30,23 @@ class SpawnPlan {
   SpawnPlan(const SpawnPlan&) = delete;
   SpawnPlan& operator=(const SpawnPlan&) = delete;
 
-  /// The child opens a file as descriptor `number`. An error in doing so is returned by `start`.
-  int open(int number, const char* path, int flags);
+  /// The child opens a file as descriptor `number`.
+  void open(int number, const char* path, int flags);
   /// The child inherits our descriptor `ours` as `number`.
-  int give(int ours, int number);
-  /// The child starts with all signals unblocked and at their default actions.
-  int resetSignals();
-  /// Starts the program at a path; `arguments` don't include its name. On success, `id` is set and the caller must wait
-  /// for the child. ENOENT or EACCES if the program can't be executed.
-  int start(pid_t& id, const std::string& program, const std::vector<std::string>& arguments,
-            const Environment& environment);
+  void give(int ours, int number);
+  /// Starts the program at a path; `arguments` don't include its name. Returns 0 or an errno value: that of the first
+  /// step that failed, or ENOENT or EACCES if the program can't be executed. On success, `id` is set and the caller
+  /// must wait for the child.
+  [[nodiscard]] int start(pid_t& id, const std::string& program, const std::vector<std::string>& arguments,
+                          const Environment& environment);
 
  private:
+  void resetSignals();
+  void note(int failure);
+
   posix_spawn_file_actions_t m_actions{};
   posix_spawnattr_t m_attributes{};
+  int m_failure = 0;  ///< the first one
 };
 
 }  // namespace mirvel

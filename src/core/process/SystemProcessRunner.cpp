@@ -135,11 +135,10 @@ Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const
   if (!output || !complaints) return systemError(errno, "run", program);
   SpawnPlan plan;
   pid_t id = 0;
-  int failure = plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-  if (failure == 0) failure = plan.give(output.write.number(), STDOUT_FILENO);
-  if (failure == 0) failure = plan.give(complaints.write.number(), STDERR_FILENO);
-  if (failure == 0) failure = plan.resetSignals();
-  if (failure == 0) failure = plan.start(id, program, arguments, m_environment);
+  plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  plan.give(output.write.number(), STDOUT_FILENO);
+  plan.give(complaints.write.number(), STDERR_FILENO);
+  const int failure = plan.start(id, program, arguments, m_environment);
   if (failure != 0) return systemError(failure, "run", program);
 
   Child child(id);

@@ -25,7 +25,7 @@ bool holds(std::uint64_t size, std::uint64_t value) {
 }  // namespace
 
 bool BinaryReader::isBinary(std::string_view bytes) {
-  return bytes.substr(0, 6) == "bplist";
+  return bytes.starts_with("bplist");
 }
 
 Node BinaryReader::read() {
@@ -38,7 +38,7 @@ Node BinaryReader::read() {
 }
 
 void BinaryReader::readTrailer() {
-  if (m_bytes.substr(0, 7) != "bplist0") fail("unsupported version of the binary format: expected `bplist0`", 6);
+  if (!m_bytes.starts_with("bplist0")) fail("unsupported version of the binary format: expected `bplist0`", 6);
   if (m_bytes.size() < headerSize + 1 + trailerSize) fail("the binary list ends before its trailer", m_bytes.size());
   const std::uint64_t trailer = m_bytes.size() - trailerSize;
   m_offsetSize = byteAt(trailer + 6);
@@ -161,8 +161,8 @@ void BinaryReader::readKeys(Frame& frame, std::uint64_t references) {
     const unsigned kind = byteAt(offset) >> 4U;
     if (kind != 5 && kind != 6) fail("the dictionary key isn't a string", offset);
     const Node key = string(offset);
-    grow(Limits::valueSize +
-         key.byteCount());  // before the next: converting a long shared key again and again takes time
+    // Before the next key is read: converting a long shared key again and again takes time.
+    grow(Limits::valueSize + key.byteCount());
     frame.slots[2 * i] = key;
   }
 }

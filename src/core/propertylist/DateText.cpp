@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -12,31 +13,26 @@ namespace mirvel::propertylist {
 
 namespace {
 
-constexpr std::int64_t secondsPerDay = 86400;
-
-/// Days from 1 January of year 1. Not by `std::chrono`, whose years end at 32767.
-constexpr std::int64_t daysBeforeYear(std::int64_t year) {
-  const std::int64_t last = year - 1;
-  const auto floorDiv = [](std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); };
-  return 365 * last + floorDiv(last, 4) - floorDiv(last, 100) + floorDiv(last, 400);
-}
 constexpr double from1970To2001 = 978'307'200;
-constexpr std::int64_t daysBefore2001 = daysBeforeYear(2001);
+constexpr std::int64_t secondsPerDay = 86400;
+constexpr std::chrono::sys_days start2001 = std::chrono::January / 1 / 2001;
+/// The calendar repeats after this time. It is computed within one cycle, because the years of `std::chrono` end at
+/// 32767.
+constexpr std::int64_t yearsPerCycle = 400, daysPerCycle = 146097;
 
-bool isLeap(std::int64_t year) {
-  return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+constexpr std::int64_t floorDiv(std::int64_t a, std::int64_t b) {
+  return a / b - (a % b < 0 ? 1 : 0);
 }
 
-int daysInMonth(std::int64_t year, int month) {
-  constexpr std::array<int, 12> days = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  return days[static_cast<std::size_t>(month - 1)] + (month == 2 && isLeap(year) ? 1 : 0);
+/// The cycle of a year; that of 2001 is 0.
+std::int64_t cycleOf(std::int64_t year) {
+  return floorDiv(year - 2001, yearsPerCycle);
 }
 
-/// Days from 1 January 2001; `day` may be 0 or beyond the end of the month.
-std::int64_t daysFrom2001(std::int64_t year, int month, int day) {
-  std::int64_t days = daysBeforeYear(year) - daysBefore2001;
-  for (int m = 1; m < month; ++m) days += daysInMonth(year, m);
-  return days + day - 1;
+/// The day in the first cycle. It may be 0 or beyond the end of the month.
+std::chrono::year_month_day dayInCycle(std::int64_t year, int month, int day) {
+  return std::chrono::year(static_cast<int>(year - cycleOf(year) * yearsPerCycle)) /
+         std::chrono::month(static_cast<unsigned>(month)) / std::chrono::day(static_cast<unsigned>(day));
 }
 
 struct DateFields {
@@ -102,8 +98,7 @@ std::optional<DateFields> parseFields(std::string_view text) {
 }
 
 bool isInRange(const DateFields& fields) {
-  return fields.month >= 1 && fields.month <= 12 && fields.day >= 1 &&
-         fields.day <= daysInMonth(fields.year, fields.month) && fields.hour < 24 && fields.minute < 60 &&
+  return dayInCycle(fields.year, fields.month, fields.day).ok() && fields.hour < 24 && fields.minute < 60 &&
          fields.second < 60;
 }
 
@@ -127,7 +122,9 @@ std::optional<ParsedDate> parseDate(std::string_view text) {
   if (!fields) return std::nullopt;
   // As on macOS: month 0 is January, months above 12 are in the following years, and smaller fields simply add up.
   const int month = std::max(fields->month, 1) - 1;
-  const std::int64_t days = daysFrom2001(fields->year + month / 12, month % 12 + 1, fields->day);
+  const std::int64_t year = fields->year + month / 12;
+  const std::chrono::sys_days day = dayInCycle(year, month % 12 + 1, fields->day);
+  const std::int64_t days = cycleOf(year) * daysPerCycle + (day - start2001).count();
   const std::int64_t seconds = fields->hour * 3600 + fields->minute * 60 + fields->second;
   const Date date{static_cast<double>(days * secondsPerDay + seconds)};
   return ParsedDate{.date = date, .isInRange = isInRange(*fields)};
@@ -135,23 +132,15 @@ std::optional<ParsedDate> parseDate(std::string_view text) {
 
 std::string dateText(Date date) {
   const auto total = static_cast<std::int64_t>(std::floor(date.seconds));
-  std::int64_t days = total / secondsPerDay;
-  std::int64_t rest = total % secondsPerDay;
-  if (rest < 0) {
-    rest += secondsPerDay;
-    --days;
-  }
-  // The calendar repeats after 400 years, which have exactly 146097 days. The estimate is off by at most a few years.
-  std::int64_t year = 2001 + static_cast<std::int64_t>(std::floor(static_cast<double>(days) * 400 / 146097));
-  while (daysBeforeYear(year + 1) - daysBefore2001 <= days) ++year;
-  while (daysBeforeYear(year) - daysBefore2001 > days) --year;
-  auto day = static_cast<int>(days - (daysBeforeYear(year) - daysBefore2001));
-  int month = 1;
-  for (; day >= daysInMonth(year, month); ++month) day -= daysInMonth(year, month);
+  const std::int64_t days = floorDiv(total, secondsPerDay), rest = total - days * secondsPerDay;
+  const std::int64_t cycle = floorDiv(days, daysPerCycle);
+  const std::chrono::year_month_day day = start2001 + std::chrono::days(days - cycle * daysPerCycle);
+  const std::int64_t year = static_cast<int>(day.year()) + cycle * yearsPerCycle;
 
   std::array<char, 48> buffer{};
-  std::snprintf(buffer.data(), buffer.size(), "%04lld-%02d-%02dT%02d:%02d:%02dZ", static_cast<long long>(year), month,
-                day + 1, static_cast<int>(rest / 3600), static_cast<int>(rest / 60 % 60), static_cast<int>(rest % 60));
+  std::snprintf(buffer.data(), buffer.size(), "%04lld-%02u-%02uT%02d:%02d:%02dZ", static_cast<long long>(year),
+                static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()), static_cast<int>(rest / 3600),
+                static_cast<int>(rest / 60 % 60), static_cast<int>(rest % 60));
   return buffer.data();
 }
 

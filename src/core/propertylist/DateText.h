@@ -13,7 +13,8 @@ namespace mirvel::propertylist {
 bool isReadable(Date date);
 
 /// The text of a <date>: `2004-10-26T10:33:33Z`, in UTC and the proleptic Gregorian calendar, with seconds rounded
-/// down. Years have at least four characters, including the minus sign of those before year 0. The date must be finite.
+/// down. Years have at least four characters, including the minus sign of those before year 0. The date must be one for
+/// which `isReadable` is true.
 std::string dateText(Date date);
 
 /// Property lists count time from the beginning of 2001, the rest of the program from that of 1970, both in seconds.

@@ -15,10 +15,6 @@ namespace mirvel::propertylist {
 
 namespace {
 
-bool startsWith(std::string_view bytes, std::string_view prefix) {
-  return bytes.substr(0, prefix.size()) == prefix;
-}
-
 struct Mark {
   std::string_view bytes;
   const char* encoding;
@@ -32,7 +28,7 @@ const Mark* byteOrderMark(std::string_view bytes) {
       {"\xFE\xFF"sv, "UTF-16BE"},     {"\xEF\xBB\xBF"sv, "UTF-8"},
   };
   const auto* found =
-      std::find_if(std::begin(marks), std::end(marks), [&](const Mark& mark) { return startsWith(bytes, mark.bytes); });
+      std::find_if(std::begin(marks), std::end(marks), [&](const Mark& mark) { return bytes.starts_with(mark.bytes); });
   return found == std::end(marks) ? nullptr : found;
 }
 
@@ -58,7 +54,7 @@ const char* encodingByZeros(std::string_view bytes) {
 /// The encoding that the XML declaration names, which may be empty. As on macOS, `encoding=` followed by anything but a
 /// quotation mark is ignored, and white space around the `=` isn't allowed.
 std::optional<std::string_view> declaredEncoding(std::string_view text) {
-  if (!startsWith(text, "<?xml")) return std::nullopt;
+  if (!text.starts_with("<?xml")) return std::nullopt;
   constexpr std::string_view attribute = "encoding=";
   const std::size_t name = text.substr(0, text.find_first_of("?>", 5)).find(attribute);
   if (name == std::string_view::npos) return std::nullopt;
@@ -91,8 +87,8 @@ Result<std::string> convert(std::string_view bytes, const std::string& encoding)
   if (U_FAILURE(status)) return encodingError("unknown encoding `" + encoding + '`');
   ucnv_setToUCallBack(from.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
   const std::unique_ptr<UConverter, decltype(&ucnv_close)> to(ucnv_open("UTF-8", &status), &ucnv_close);
-  // No converter produces more than three bytes of UTF-8 per byte of input.
-  std::string utf8(bytes.size() * 3 + 16, '\0');
+  // No converter produces more bytes of UTF-8 per byte of input: most at most 3, SCSU and BOCU-1 4, ISCII 4.5.
+  std::string utf8(bytes.size() * 5 + 16, '\0');
   char* target = utf8.data();
   const char* source = bytes.data();
   ucnv_convertEx(to.get(), from.get(), &target, utf8.data() + utf8.size(), &source, bytes.data() + bytes.size(),
@@ -114,7 +110,7 @@ Result<void> setConverted(Result<std::string> text, DecodedText& result) {
 /// Removes the prefix that macOS accepts before the names of UTF-8 and UTF-16.
 std::string commonName(const std::string& name) {
   constexpr std::string_view prefix = "x-mac-utf-";
-  return startsWith(name, prefix) ? "utf-" + name.substr(prefix.size()) : name;
+  return name.starts_with(prefix) ? "utf-" + name.substr(prefix.size()) : name;
 }
 
 bool isAsciiName(const std::string& name) {
@@ -125,7 +121,7 @@ bool isAsciiName(const std::string& name) {
 
 Result<void> decodeText(std::string_view bytes, DecodedText& result) {
   result.utf8 = bytes;
-  if (startsWith(bytes, xmlDeclaration)) return {};
+  if (bytes.starts_with(xmlDeclaration)) return {};
   if (const Mark* mark = byteOrderMark(bytes)) {
     result.utf8 = bytes.substr(mark->bytes.size());
     if (std::string_view(mark->encoding) == "UTF-8") return {};

@@ -1,7 +1,6 @@
 #include "core/propertylist/Numbers.h"
 
 #include <locale.h>
-#include <stdlib.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 #ifdef __APPLE__
@@ -13,6 +12,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 
 #include "core/text/Ascii.h"
@@ -86,11 +86,22 @@ bool isDecimal(std::string_view text) {
   return at == text.size();
 }
 
-/// strtod with a decimal point in any locale. Not `std::from_chars`, which libc++ lacks for floating-point numbers.
-double toDouble(const std::string& decimal) {
-  static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
-  return strtod_l(decimal.c_str(), nullptr, plain);
-}
+/// Makes the calling thread use the decimal point of the format, whatever the user's locale is: toolkits set the locale
+/// of the whole process, and some locales have a decimal point of several bytes. Not `std::from_chars` and
+/// `std::to_chars`, which libc++ lacks for floating-point numbers.
+class PlainNumbers {
+ public:
+  PlainNumbers() {
+    static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+    m_before = uselocale(plain);
+  }
+  PlainNumbers(const PlainNumbers&) = delete;
+  PlainNumbers& operator=(const PlainNumbers&) = delete;
+  ~PlainNumbers() { uselocale(m_before); }
+
+ private:
+  locale_t m_before;
+};
 
 std::optional<double> specialReal(std::string_view text) {
   constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -132,18 +143,18 @@ std::string realText(double number) {
   if (std::isnan(number)) return "nan";
   if (std::isinf(number)) return number > 0 ? "+infinity" : "-infinity";
   if (number == 0) return "0.0";
+  const PlainNumbers plain;
   std::array<char, 32> buffer{};
   std::snprintf(buffer.data(), buffer.size(), "%.17g", number);
-  std::string text(buffer.data());
-  std::replace(text.begin(), text.end(), ',', '.');  // printf uses the locale's decimal point
-  return text;
+  return buffer.data();
 }
 
 std::optional<double> parseReal(std::string_view text) {
   if (const auto special = specialReal(text)) return special;
   text = withoutLeadingSpace(text);
   if (!isDecimal(text)) return std::nullopt;
-  return toDouble(std::string(text));
+  const PlainNumbers plain;
+  return std::strtod(std::string(text).c_str(), nullptr);
 }
 
 }  // namespace mirvel::propertylist

@@ -28,9 +28,8 @@ ParsedInteger parseInteger(std::string_view text);
 ///     "1e3" -> 1000      ".5" -> 0.5      "-InF" -> -infinity      "+nan" -> nullopt      "0x10" -> nullopt
 std::optional<double> parseReal(std::string_view text);
 
-/// Formats a real like the macOS writer: printf's `%.17g` (`0.10000000000000001`, `1`, `1e+100`), and `nan`,
-/// `+infinity`,
-/// `-infinity`; zero of either sign is `0.0`. `parseReal` reads the same number back.
+/// Formats a real like the macOS writer: printf's `%.17g` (`0.10000000000000001`, `1`, `1e+100`), whatever the locale,
+/// and `nan`, `+infinity`, `-infinity`; zero of either sign is `0.0`. `parseReal` reads the same number back.
 std::string realText(double number);
 
 }  // namespace mirvel::propertylist

@@ -15,8 +15,7 @@ class Positions;
 /// it rejects, except for the differences in docs/PROPERTY-LISTS.md:
 ///
 /// - XML may be in UTF-8, UTF-16, UTF-32 or any encoding that its declaration names. Declaration, DOCTYPE and <plist>
-/// are
-///   optional. Attributes are skipped. Data after the list is ignored with a warning.
+///   are optional. Attributes are skipped. Data after the list is ignored with a warning.
 /// - Binary lists may have any structure that obeys the limits; containers may be shared but not cyclic.
 /// - Duplicate keys, faulty base64 and impossible dates are accepted with a warning.
 ///
@@ -25,9 +24,8 @@ class Positions;
 /// Errors: `Malformed`; `UnsupportedEncoding` for an unknown encoding, or bytes that are invalid in theirs;
 /// `LimitExceeded`. They have a line and a column (XML, in its UTF-8 form) or a byte offset (binary), and no file.
 ///
-///     read("<true/>")->root().boolean();          // true
-///     read("<integer>12x</integer>").error();     // "line 1, column 1: <integer> contains `12x`, which isn't a
-///     number"
+///     read("<true/>")->root().boolean();       // true
+///     read("<integer>12x</integer>").error();  // "line 1, column 1: <integer> contains `12x`, which isn't a number"
 ///
 /// With `positions`, the position of every key and value of an XML list is recorded there. It is cleared first, and
 /// empty after an error and for a binary list.

@@ -66,19 +66,14 @@ SyntaxType syntaxOfInterpreter(std::string_view line) {
 
 }  // namespace
 
-SyntaxType determineSyntaxFromLowercasedFirstLine(std::string_view line) {
-  if (line.starts_with("#!")) return syntaxOfInterpreter(line.substr(2));
+std::optional<SyntaxType> syntaxOfText(std::string_view text) {
+  const std::string line = Ascii::lower(text.substr(0, text.find('\n')));
+  if (line.starts_with("#!")) return syntaxOfInterpreter(std::string_view(line).substr(2));
   if (line.starts_with("<?xml")) return SyntaxType::xml;
   if (line.starts_with("<?")) return SyntaxType::php;
   if (line.starts_with("%!")) return SyntaxType::none;  // PostScript
   if (line.starts_with('%')) return SyntaxType::tex;
-  return SyntaxType::none;
-}
-
-std::optional<SyntaxType> syntaxOfText(std::string_view text) {
-  const std::string_view line = text.substr(0, text.find('\n'));
-  if (!line.starts_with("#!") && !line.starts_with('%') && !line.starts_with("<?")) return std::nullopt;
-  return determineSyntaxFromLowercasedFirstLine(Ascii::lower(line));
+  return std::nullopt;
 }
 
 }  // namespace mirvel::SyntaxHelper

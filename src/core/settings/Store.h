@@ -55,10 +55,9 @@ class FileCalls;
 ///
 /// - A missing file is empty.
 /// - A damaged file, which isn't a property list or not a dictionary, is renamed to "<name>.damaged-1" (or the next
-/// free
-///   number), and the store is empty.
+///   free number), and the store is empty.
 /// - If a file can't be read for any other reason, the store is empty and refuses to write, and the file is left as it
-/// is.
+///   is.
 /// - Changes that can't be written stay in memory and are written by the next call of `write` that succeeds.
 ///
 /// A persistent problem is reported once, and again only if it was gone in between. For one thread.

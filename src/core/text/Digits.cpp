@@ -27,15 +27,11 @@ std::optional<std::int64_t> Octal::toInt(std::string_view text) {
   return parseDigits(text, 8);
 }
 
-std::string Octal::fromInt(std::int64_t number) {
-  std::array<char, 32> digits;
-  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number, 8);
-  return {digits.data(), result.ptr};
-}
-
 std::string Octal::displayString(std::int64_t mask) {
   constexpr std::size_t classes = 3;  // user, group, others
-  std::string digits = fromInt(mask);
+  std::array<char, 32> buffer;
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), mask, 8);
+  std::string digits(buffer.data(), result.ptr);
   if (mask >= 0 && digits.size() < classes) digits.insert(0, classes - digits.size(), '0');
   return digits;
 }

@@ -19,10 +19,8 @@ namespace mirvel::Octal {
 /// Parses octal digits: "022" gives 18. nullopt as above.
 std::optional<std::int64_t> toInt(std::string_view text);
 
-/// The octal digits of a number, without leading zeros: 18 gives "22", -18 gives "-22", 0 gives "0".
-std::string fromInt(std::int64_t number);
-
-/// A mask as people write it, with at least three digits for user, group and others: 18 gives "022".
+/// A mask as people write it, with at least three octal digits for user, group and others: 18 gives "022". A negative
+/// number has no leading zeros: -18 gives "-22".
 std::string displayString(std::int64_t mask);
 
 }  // namespace mirvel::Octal

@@ -23,6 +23,16 @@ bool containsAny(std::string_view text, std::string_view characters) {
   return text.find_first_of(characters) != std::string_view::npos;
 }
 
+/// With a backslash before each of the special characters.
+std::string inDoubleQuotes(std::string_view text, std::string_view special) {
+  std::string result = "\"";
+  for (const char c : text) {
+    if (special.find(c) != std::string_view::npos) result += '\\';
+    result += c;
+  }
+  return result + '"';
+}
+
 /// Whether a path component may continue with this character. Other characters, such as quotes, end a path in a
 /// command.
 bool isNameCharacter(char c) {
@@ -35,10 +45,6 @@ bool isWholePath(std::string_view text, std::size_t at, std::size_t length) {
   const bool begins = at == 0 || !(isNameCharacter(text[at - 1]) || text[at - 1] == '/');
   const std::size_t end = at + length;
   return begins && (end == text.size() || !isNameCharacter(text[end]));
-}
-
-icu::UnicodeString fromUtf8(std::string_view text) {
-  return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
 }
 
 /// Whether the mark is an accent or vowel point. Marks with a combining class below 10 (nukta, voicing mark, virama,
@@ -58,7 +64,7 @@ icu::UnicodeString withoutAccents(const icu::UnicodeString& text) {
 
 std::string withFirst(std::string_view text, UChar32 (*change)(UChar32)) {
   if (text.empty()) return {};
-  const icu::UnicodeString whole = fromUtf8(text);
+  const icu::UnicodeString whole = icu::UnicodeString::fromUTF8(text);
   icu::UnicodeString changed(change(whole.char32At(0)));
   changed.append(whole, whole.moveIndex32(0, 1), whole.length());
   std::string result;
@@ -68,14 +74,9 @@ std::string withFirst(std::string_view text, UChar32 (*change)(UChar32)) {
 }  // namespace
 
 std::string quote(std::string_view path) {
-  if (!containsAny(path, "\"$`\\")) return '"' + std::string(path) + '"';
-  if (!containsAny(path, "'")) return '\'' + std::string(path) + '\'';
-  std::string result = "\"";
-  for (const char c : path) {
-    if (containsAny(std::string_view(&c, 1), "\"$`\\")) result += '\\';
-    result += c;
-  }
-  return result + '"';
+  constexpr std::string_view special = "\"$`\\";
+  if (containsAny(path, special) && !containsAny(path, "'")) return '\'' + std::string(path) + '\'';
+  return inDoubleQuotes(path, special);
 }
 
 std::string shellWord(std::string_view text) {
@@ -84,12 +85,7 @@ std::string shellWord(std::string_view text) {
 }
 
 std::string quoteWithBackslashes(std::string_view text) {
-  std::string result = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') result += '\\';
-    result += c;
-  }
-  return result + '"';
+  return inDoubleQuotes(text, "\"\\");
 }
 
 std::string_view trim(std::string_view text, bool alsoNewline) {
@@ -183,11 +179,10 @@ std::string fold(std::string_view text) {
   const icu::Normalizer2* decomposing = icu::Normalizer2::getNFDInstance(status);
   const icu::Normalizer2* composing = icu::Normalizer2::getNFCInstance(status);
   if (U_FAILURE(status)) return Ascii::lower(text);
-  // Twice: folding case can produce accents, as of U+0130.
-  icu::UnicodeString plain = withoutAccents(decomposing->normalize(fromUtf8(text), status));
-  plain = withoutAccents(decomposing->normalize(plain.foldCase(), status));
+  // Accents first, such as the dot of U+0130: folding the case of the remaining letters produces none.
+  icu::UnicodeString plain = withoutAccents(decomposing->normalize(icu::UnicodeString::fromUTF8(text), status));
   std::string result;
-  return composing->normalize(plain, status).toUTF8String(result);
+  return composing->normalize(plain.foldCase(), status).toUTF8String(result);
 }
 
 }  // namespace mirvel::String

@@ -102,13 +102,11 @@ Result<void> PrivilegedStart::start(const std::string& program, const std::vecto
   const int theirs = passesSocket ? sockets.theirs.number() : output.write.number();
   if (theirs < 0 || !complaints || !m_cancelling) return systemError(errno, "run", words[0]);
   SpawnPlan plan;
-  int failure = passesSocket ? plan.give(theirs, STDIN_FILENO) : plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-  if (failure == 0) failure = plan.give(theirs, STDOUT_FILENO);
-  if (failure == 0) failure = plan.give(complaints.write.number(), STDERR_FILENO);
-  if (failure == 0) failure = plan.resetSignals();
-  if (failure == 0) {
-    failure = plan.start(m_child, words[0], {words.begin() + 1, words.end()}, environmentFor(m_elevation.method));
-  }
+  passesSocket ? plan.give(theirs, STDIN_FILENO) : plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  plan.give(theirs, STDOUT_FILENO);
+  plan.give(complaints.write.number(), STDERR_FILENO);
+  const int failure =
+      plan.start(m_child, words[0], {words.begin() + 1, words.end()}, environmentFor(m_elevation.method));
   if (failure != 0) return systemError(failure, "run", words[0]);
   m_output = passesSocket ? std::move(sockets.ours) : std::move(output.read);
   m_complaints = std::move(complaints.read);

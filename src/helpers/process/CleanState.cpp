@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <string_view>
 
 #include "core/process/Environment.h"
@@ -74,11 +75,13 @@ void resetLimits() {
   }
 }
 
-/// Writes a short text to a file of the kernel. Returns false if that fails.
-bool writeTo(const std::filesystem::path& file, std::string_view text) {
+#ifdef __linux__
+/// Writes a short text to a file of the kernel, as far as it permits.
+void writeTo(const std::filesystem::path& file, std::string_view text) {
   const FileDescriptor open(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
-  return open && ::write(open.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
+  (void)!::write(open.number(), text.data(), text.size());
 }
+#endif
 
 void resetPriority() {
 #ifdef __linux__
@@ -158,14 +161,19 @@ void takeRootsGroups() {
   [[maybe_unused]] const bool isDone = ::setgroups(1, &group) == 0 && ::setgid(group) == 0 && ::setuid(0) == 0;
 }
 
-}  // namespace
-
+#ifdef __linux__
+/// Moves this process to the program's own control group directly below the root of this hierarchy (cgroups(7), version
+/// 2), so that a limit on the parent's group doesn't affect it. Without effect unless this process is root's and may
+/// write to the hierarchy.
 void leaveControlGroup(const std::filesystem::path& hierarchy) {
   if (::geteuid() != 0 || ::access((hierarchy / "cgroup.procs").c_str(), W_OK) != 0) return;
   const std::filesystem::path group = hierarchy / "mirvel";
   ::mkdir(group.c_str(), 0755);  // usually exists already
   writeTo(group / "cgroup.procs", "0");
 }
+#endif
+
+}  // namespace
 
 void resetProcessState(ControlGroup controlGroup) {
   stopTimers();

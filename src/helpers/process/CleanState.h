@@ -1,7 +1,5 @@
 #pragma once
 
-#include <filesystem>
-
 namespace mirvel {
 
 /// Whether a process stays in the control group in which it was started. Only Linux has control groups.
@@ -25,11 +23,6 @@ void resetProcessState(ControlGroup controlGroup);
 
 /// Removes all environment variables and sets PATH to the system's folders. Requires a process with one thread.
 void resetEnvironment();
-
-/// Moves this process to the program's own control group directly below the root of this hierarchy (cgroups(7), version
-/// 2), so that a limit on the parent's group doesn't affect it. Without effect unless this process is root's and may
-/// write to the hierarchy.
-void leaveControlGroup(const std::filesystem::path& hierarchy);
 
 /// Prevents other processes of the same user from tracing this one and from reading its memory, descriptors and
 /// environment. Has an effect on Linux only: elsewhere, the system either does this by default or offers no way.

@@ -69,7 +69,8 @@ Result<std::string> encode(const Frame& frame, std::size_t largest) {
   std::string bytes;
   bytes.reserve(lengthSize + list.size());
   for (const unsigned shift : {24U, 16U, 8U, 0U}) bytes += static_cast<char>(list.size() >> shift & 0xFFU);
-  return bytes + list;
+  bytes += list;
+  return bytes;
 }
 
 void FrameReader::append(std::string_view bytes) {

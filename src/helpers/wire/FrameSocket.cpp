@@ -1,7 +1,6 @@
 #include "helpers/wire/FrameSocket.h"
 
 #include <fcntl.h>
-#include <sys/socket.h>
 
 #include <array>
 #include <cerrno>
@@ -16,12 +15,6 @@ namespace {
 constexpr int quietly = MSG_NOSIGNAL;
 #else
 constexpr int quietly = 0;  // macOS has an option of the socket instead, see `ignoreHangUps`
-#endif
-
-#ifdef SOCK_CLOEXEC
-constexpr int streamSocket = SOCK_STREAM | SOCK_CLOEXEC;
-#else
-constexpr int streamSocket = SOCK_STREAM;
 #endif
 
 Error peerError(const char* doing) {
@@ -45,7 +38,7 @@ void ignoreHangUps(int socket) {
   const int on = 1;
   ::setsockopt(socket, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
 #else
-  (void)socket;  // Linux has a flag for each call of send instead
+  (void)socket;             // Linux has a flag for each call of send instead
 #endif
 }
 

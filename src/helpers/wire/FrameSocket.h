@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/socket.h>
+
 #include <optional>
 
 #include "core/process/FileDescriptor.h"
@@ -9,6 +11,14 @@ namespace mirvel::wire {
 
 /// The descriptor that a helper uses as its connection.
 inline constexpr int helperDescriptor = 3;
+
+/// The type of our sockets. They become close-on-exec as they are created, except on macOS, where that is a second
+/// step.
+#ifdef SOCK_CLOEXEC
+inline constexpr int streamSocket = SOCK_STREAM | SOCK_CLOEXEC;
+#else
+inline constexpr int streamSocket = SOCK_STREAM;
+#endif
 
 /// Two connected stream sockets, close-on-exec. Both are empty, and `errno` is set, if they can't be created.
 struct SocketPair {

@@ -21,39 +21,51 @@ Result<LocalAddress> LocalAddress::of(const std::filesystem::path& path) {
 }
 
 FileDescriptor makeLocalSocket() {
-  FileDescriptor made(::socket(AF_UNIX, SOCK_STREAM, 0));
+  FileDescriptor made(::socket(AF_UNIX, streamSocket, 0));
   if (!made) return made;
-  ::fcntl(made.number(), F_SETFD, FD_CLOEXEC);  // macOS has no SOCK_CLOEXEC
+  ::fcntl(made.number(), F_SETFD, FD_CLOEXEC);
   ignoreHangUps(made.number());
   return made;
 }
 
-std::optional<uid_t> userOfPeer(int socket) {
 #ifdef SO_PEERCRED
+
+namespace {
+
+std::optional<ucred> peerOf(int socket) {
   ucred peer{};
   socklen_t size = sizeof peer;
-  if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) return std::nullopt;
-  return peer.uid;
+  return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 ? std::optional(peer) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<uid_t> userOfPeer(int socket) {
+  const auto peer = peerOf(socket);
+  return peer ? std::optional(peer->uid) : std::nullopt;
+}
+
+std::optional<pid_t> processOfPeer(int socket) {
+  const auto peer = peerOf(socket);
+  return peer ? std::optional(peer->pid) : std::nullopt;
+}
+
 #else
+
+std::optional<uid_t> userOfPeer(int socket) {
   uid_t user = 0;
   gid_t group = 0;
   if (::getpeereid(socket, &user, &group) != 0) return std::nullopt;
   return user;
-#endif
 }
 
 std::optional<pid_t> processOfPeer(int socket) {
-#ifdef SO_PEERCRED
-  ucred peer{};
-  socklen_t size = sizeof peer;
-  if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) return std::nullopt;
-  return peer.pid;
-#else
   pid_t process = 0;
   socklen_t size = sizeof process;
   if (::getsockopt(socket, SOL_LOCAL, LOCAL_PEERPID, &process, &size) != 0) return std::nullopt;
   return process;
-#endif
 }
+
+#endif
 
 }  // namespace mirvel::wire

@@ -16,12 +16,11 @@ namespace {
 /// Returns 0 or an errno value.
 int spawn(const HelperProgram& program, int socket, pid_t& id) {
   SpawnPlan plan;
-  int failure = plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-  if (failure == 0) failure = plan.give(STDOUT_FILENO, STDOUT_FILENO);
-  if (failure == 0) failure = plan.give(STDERR_FILENO, STDERR_FILENO);
-  if (failure == 0) failure = plan.give(socket, helperDescriptor);
-  if (failure == 0) failure = plan.resetSignals();
-  return failure != 0 ? failure : plan.start(id, program.path, program.arguments, program.environment);
+  plan.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  plan.give(STDOUT_FILENO, STDOUT_FILENO);
+  plan.give(STDERR_FILENO, STDERR_FILENO);
+  plan.give(socket, helperDescriptor);
+  return plan.start(id, program.path, program.arguments, program.environment);
 }
 
 }  // namespace

@@ -4,8 +4,7 @@
 
 #include <future>
 #include <memory>
-
-#include "core/base/Signal.h"
+#include <vector>
 
 namespace mirvel {
 namespace {
@@ -31,24 +30,6 @@ TEST(ThreadWorkQueueTest, TasksRunInOrderAndThoseThatHaventStartedAreDroppedAtTh
     queue.add([&, held = std::move(held)] { done.push_back(3); });
   }
   EXPECT_EQ(done, (std::vector{1, 2}));
-}
-
-TEST(SignalTest, ReceiversMaySubscribeAndUnsubscribeDuringAPost) {
-  Signal<int> signal;
-  std::vector<int> heard;
-  Subscription late;
-  Subscription second;
-  const Subscription first = signal.subscribe([&](int event) {
-    heard.push_back(event);
-    second = {};
-    if (event == 7) late = signal.subscribe([&](int) { heard.push_back(-1); });
-  });
-  second = signal.subscribe([&](int) { heard.push_back(3); });
-
-  signal.post(7);
-  EXPECT_EQ(heard, std::vector{7}) << "the second has unsubscribed, the late one isn't called yet";
-  signal.post(8);
-  EXPECT_EQ(heard, (std::vector{7, 8, -1}));
 }
 
 }  // namespace

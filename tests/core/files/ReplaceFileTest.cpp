@@ -145,6 +145,22 @@ TEST(ReplaceFileTest, OwnerAndExtendedAttributesAreKept) {
   EXPECT_EQ(status.st_gid, isRoot ? 4321 : ::getegid());
 }
 
+TEST(ReplaceFileTest, AnotherGroupDoesNotGetThePermissionsOfTheOldOne) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can give a file to a group to which its owner doesn't belong";
+  for (const auto& [old, mode] : {std::pair<mode_t, mode_t>{0640, 0600}, {0664, 0644}, {0755, 0755}}) {
+    const TemporaryFolder folder;
+    const fs::path file = folder.write("grouped", "old");
+    ASSERT_EQ(::chown(folder.path().c_str(), 1234, 1234), 0);
+    ASSERT_EQ(::chown(file.c_str(), 1234, 4321), 0);
+    ASSERT_EQ(::chmod(file.c_str(), old), 0);
+    ASSERT_EQ(::seteuid(1234), 0);
+    const auto replaced = replaceFile(file, "new");
+    ASSERT_EQ(::seteuid(0), 0);
+    EXPECT_TRUE(replaced);
+    EXPECT_EQ(modeOf(file), mode) << std::oct << old;
+  }
+}
+
 TEST(ReplaceFileTest, LinksStayLinksAndTheirTargetsAreReplaced) {
   const TemporaryFolder folder;
   folder.write("real/target", "old");

@@ -23,6 +23,7 @@ TEST(CollatorTest, OrderIsThatOfTheLanguageWithNumbersByValue) {
       {"en", {"", "a", "A", "\u00e5", "\u00e4", "b", "job 2", "job 10", "z"}},
       {"sv", {"a", "b", "z", "\u00e5", "\u00e4"}},
       {"xx_NOWHERE", {"a", "A", "b"}},
+      {"en", {std::string(300, 'a'), std::string(300, 'a') + "b", std::string(299, 'a') + "b"}},
   };
   for (const auto& row : rows) {
     const Collator collator(row.locale);

@@ -78,16 +78,26 @@ TEST(ReplyTest, EveryReplyReachesTheRequestThatAskedForIt) {
     EXPECT_EQ(read->index(), row.reply.index());
     EXPECT_EQ(write(*read), row.written);
   }
-  const Error cause{.code = Error::Code::StillRunning, .message = "m", .file = "/a", .line = 3, .systemCode = 5};
-  const auto read = readReply(
-      Kind::Log,
-      write(HelperError::of(HelperFailure{.deed = HelperFailure::Deed::Unload, .cause = cause, .isWritten = true})));
-  ASSERT_TRUE(read);
-  const auto& failure = *std::get<HelperError>(*read).failure;
-  EXPECT_EQ(failure.deed, HelperFailure::Deed::Unload);
-  EXPECT_EQ(failure.cause.code, cause.code);
-  EXPECT_EQ(failure.cause.text(), cause.text());
-  EXPECT_TRUE(failure.isWritten);
+}
+
+TEST(ReplyTest, AFailureArrivesWithItsCause) {
+  const std::pair<Error, const char*> rows[] = {
+      {{.code = Error::Code::StillRunning, .message = "m", .file = "/a", .line = 3, .column = 4, .systemCode = 5},
+       "/a: line 3, column 4: m"},
+      {{.code = Error::Code::WrongType, .message = "m", .offset = 12, .keyPath = "k"}, "offset 12: k: m"},
+  };
+  for (const auto& [cause, text] : rows) {
+    const auto read = readReply(
+        Kind::Log,
+        write(HelperError::of(HelperFailure{.deed = HelperFailure::Deed::Unload, .cause = cause, .isWritten = true})));
+    ASSERT_TRUE(read);
+    const auto& failure = *std::get<HelperError>(*read).failure;
+    EXPECT_EQ(failure.deed, HelperFailure::Deed::Unload);
+    EXPECT_EQ(failure.cause.code, cause.code);
+    EXPECT_EQ(failure.cause.text(), text);
+    EXPECT_EQ(failure.cause.systemCode, cause.systemCode);
+    EXPECT_TRUE(failure.isWritten);
+  }
 }
 
 TEST(ReplyTest, AReplyWithoutTheRequestedContentIsAnError) {

@@ -22,8 +22,8 @@ TEST(CommandsTest, ToolsAreFoundInTheSearchPathOrKeepTheirDefaultPath) {
   fs::create_directories(folder.path() / "first/automator");
   const fs::path first = folder.path() / "first", second = folder.path() / "second";
 
-  const Commands commands =
-      Commands::forThisMachine({{"PATH", "::relative:" + first.string() + ":" + second.string()}});
+  const Commands commands = Commands::forThisMachine(
+      {{"PATH", "::" + fs::relative(second).string() + ":" + first.string() + ":" + second.string()}});
   EXPECT_EQ(commands.osascript, second / "osascript");
   EXPECT_EQ(commands.open, first / "xdg-open");
   EXPECT_EQ(commands.automator, "/usr/bin/automator");

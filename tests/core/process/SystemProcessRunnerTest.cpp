@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -33,6 +34,7 @@ TEST(SystemProcessRunnerTest, TheResultHasTheStatusAndBothOutputs) {
       {"kill -PIPE $$", 141, "", ""},
       {"exec >&- 2>&-; exit 5", 5, "", ""},
   };
+  const auto before = ::signal(SIGPIPE, SIG_IGN);  // isn't inherited
   for (const auto& row : rows) {
     const auto result = shell(row.script);
     ASSERT_TRUE(result) << result.error().text();
@@ -40,6 +42,7 @@ TEST(SystemProcessRunnerTest, TheResultHasTheStatusAndBothOutputs) {
     EXPECT_EQ(result->output, row.output) << row.script;
     EXPECT_EQ(result->complaints, row.complaints) << row.script;
   }
+  ::signal(SIGPIPE, before);
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD);
 }

@@ -143,6 +143,8 @@ TEST(BinaryReaderTest, AnyDamageOfTheTrailerIsSafe) {
       if (document) (void)document->value();  // visits everything that was read
     }
   }
+  // A table of 2^60 + 1 offsets of 16 bytes would end at the trailer, if its size were computed in 64 bits.
+  EXPECT_FALSE(read("bplist00\x09" + wideNumber(8, 16, 0) + trailer(16, 8, (std::uint64_t{1} << 60U) + 1, 9)));
   for (std::size_t size = 6; size < list.size(); ++size) EXPECT_FALSE(read(list.substr(0, size))) << size;
 }
 

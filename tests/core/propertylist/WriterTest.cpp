@@ -1,6 +1,10 @@
 #include "core/propertylist/Writer.h"
 
 #include <gtest/gtest.h>
+#include <locale.h>
+#ifdef __APPLE__
+#include <xlocale.h>
+#endif
 
 #include <cmath>
 #include <cstring>
@@ -55,6 +59,18 @@ TEST(WriterTest, XmlIsWhatTheMacOsWriterWrites) {
       {Array{Set{}}, "the list contains a set, which has no XML form"},
   };
   for (const auto& [value, body] : rows) EXPECT_EQ(bodyOf(value), body);
+}
+
+TEST(WriterTest, RealsHaveADecimalPointInEveryLocale) {
+  for (const char* name : {"de_DE.UTF-8", "ps_AF.UTF-8"}) {  // a comma, and a character of two bytes
+    const locale_t locale = newlocale(LC_ALL_MASK, name, nullptr);
+    if (!locale) continue;  // isn't installed
+    const locale_t before = uselocale(locale);
+    EXPECT_EQ(bodyOf(1.5), "<real>1.5</real>\n") << name;
+    EXPECT_EQ(read("<real>1.5</real>")->value(), Value(1.5)) << name;
+    uselocale(before);
+    freelocale(locale);
+  }
 }
 
 TEST(WriterTest, DataLinesGetShorterWithTheIndentationUpToEightLevels) {
@@ -112,6 +128,45 @@ TEST(WriterTest, BothFormsAreReadAsTheSameValue) {
     EXPECT_EQ(fromBinary->value(), value);
   }
   EXPECT_EQ(read(writeBinary(Set{{1, 2}}))->value(), Value(Set{{2, 1}}));
+}
+
+/// Text is checked, searched and copied in words of eight bytes.
+TEST(WriterTest, ACharacterIsRecognisedAtEveryPositionOfAWord) {
+  for (std::size_t at = 0; at < 40; ++at) {
+    for (const char* character : {"<", ">", "&", "\u00e9"}) {
+      const std::string text = std::string(at, 'a') + character + std::string(40 - at, 'b');
+      EXPECT_EQ(read(*writeXml(text))->value(), Value(text)) << at << ' ' << character;
+      EXPECT_EQ(read(writeBinary(text))->value(), Value(text)) << at << ' ' << character;
+    }
+    const std::string damaged = std::string(at, 'a') + '\xFF' + std::string(40 - at, 'b');
+    EXPECT_FALSE(read("<string>" + damaged + "</string>")) << at;
+    EXPECT_EQ(read("bplist00\x5F\x10\x29" + damaged + '\x08' + std::string(6, '\0') + "\1\1" + std::string(7, '\0') +
+                   '\1' + std::string(15, '\0') + '\x34')
+                  ->value(),
+              Value(std::string(at, 'a') + "\u00ff" + std::string(40 - at, 'b')))
+        << at << ": it is Latin-1 there";
+  }
+}
+
+TEST(WriterTest, LeapYearsAreThoseOfTheGregorianCalendar) {
+  const std::pair<double, std::string> rows[] = {
+      {-3182198400, "1900-03-01"},    {-26524800, "2000-02-29"},
+      {126144000, "2004-12-31"},      {3129235200, "2100-03-01"},
+      {12596256000, "2400-02-29"},    {-63113904000, "0001-01-01"},
+      {-63140428800, "0000-02-29"},   {-63145612800, "-001-12-31"},
+      {3092523148800, "99999-02-28"}, {67767975255139200, "2147483647-12-31"},
+  };
+  for (const auto& [seconds, day] : rows) {
+    const std::string element = "<date>" + day + "T00:00:00Z</date>";
+    EXPECT_EQ(bodyOf(Date{seconds}), element + '\n');
+    const auto document = read(element);
+    ASSERT_TRUE(document) << day;
+    EXPECT_EQ(document->value(), Value(Date{seconds})) << day;
+    EXPECT_TRUE(document->warnings().empty()) << day;
+  }
+  for (const char* day : {"1900-02-29", "2001-02-29", "2100-02-29", "2001-04-31", "2001-00-01", "2001-01-00"}) {
+    EXPECT_EQ(read("<date>" + std::string(day) + "T00:00:00Z</date>")->warnings().size(), 1U) << day;
+  }
 }
 
 TEST(WriterTest, EqualStringsAreStoredOnceInTheBinaryForm) {

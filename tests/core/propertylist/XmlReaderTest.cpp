@@ -54,6 +54,8 @@ TEST(XmlReaderTest, EveryTypeIsRead) {
       {"<array><true/><string>x</string></array>", Array{true, "x"}},
       {"<dict><key>b</key><true/><key>a</key><integer>1</integer></dict>", Dictionary{{"a", 1}, {"b", true}}},
       {"<dict><key>CF$UID</key><integer>7</integer></dict>", Uid{7}},
+      {"<dict><key>CF$UID</key><real>-1.5</real></dict>", Uid{4294967295}},
+      {"<dict><key>CF$UID</key><real>1e300</real></dict>", Uid{2147483648}},
       {"<dict><key>CF$UID</key><string>7</string></dict>", Dictionary{{"CF$UID", "7"}}},
       {"<dict><key>CF$UID</key><integer>7</integer><key>CF$UID</key><integer>8</integer></dict>", Uid{8}},
       {"<dict><key>CF$UID</key><integer>7</integer><key>a</key><true/></dict>", Dictionary{{"CF$UID", 7}, {"a", true}}},
@@ -244,6 +246,10 @@ TEST(XmlReaderTest, TheEncodingIsFoundByMarkByZerosOrByDeclaration) {
       "<?xml encoding='latin1?>" + utf8,
   };
   for (const auto& bytes : rows) EXPECT_EQ(valueIn(bytes), Value("\u00e9\u20ac")) << testing::PrintToString(bytes);
+  std::string many;  // characters that take one byte in the list and four in UTF-8
+  for (int i = 0; i < 200; ++i) many += "\U00010D00";
+  EXPECT_EQ(valueIn("<?xml encoding='SCSU'?><string>\x0B\x20\x1A" + std::string(200, '\x80') + "</string>"),
+            Value(many));
   EXPECT_FALSE(read("\xFF\xFE" + littleEndian + "\xD8"));  // half a character at the end
   EXPECT_FALSE(read("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + utf8));
 }
@@ -274,6 +280,12 @@ TEST(XmlReaderTest, NestingIsLimitedTo512) {
   EXPECT_EQ(tooDeep.error().code, Error::Code::LimitExceeded);
   EXPECT_FALSE(read(nested(200000, "<dict><key>a</key>", "")));
   EXPECT_TRUE(read(nested(200000, "<plist>", "</plist>")));  // adds no depth to the value
+}
+
+TEST(XmlReaderTest, TheNumberOfValuesIsLimited) {
+  const auto tooMany = read("<array>" + hostile::repeated("<true/>", Limits::objects) + "</array>");
+  ASSERT_FALSE(tooMany);
+  EXPECT_EQ(tooMany.error().code, Error::Code::LimitExceeded);
 }
 
 TEST(XmlReaderTest, LinesAndColumnsAreCountedFromOneInAnyOrder) {

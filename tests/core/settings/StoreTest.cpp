@@ -109,6 +109,10 @@ TEST_F(StoreTest, AFileThatCantBeReadIsLeftAsItIsAndNeverWritten) {
     ASSERT_TRUE(store.write());
     EXPECT_EQ(content(), Value(Dictionary{{"new", 2}, {"old", 1}}));
     fs::remove_all(file);
+    make();
+    EXPECT_FALSE(store.refresh());
+    EXPECT_EQ(reportedKinds(), "rr") << "it had been gone in between";
+    fs::remove_all(file);
   }
 }
 
@@ -168,7 +172,9 @@ TEST_F(StoreTest, ChangesByOthersAreKept) {
   fs::remove(file);
   EXPECT_EQ(one.find("two"), nullptr);
   ASSERT_TRUE(two.set("two", 2));
+  one.put("late", 4);
   ASSERT_TRUE(one.clear());
+  EXPECT_EQ(one.find("late"), nullptr);
   EXPECT_FALSE(fs::exists(file));
   EXPECT_EQ(two.contents().size(), 0U);
   EXPECT_THAT(reported, IsEmpty());
