@@ -19,12 +19,6 @@ class NoLoginItems final : public LoginItems {
   Result<void> remove(const LoginItem&) override { return {}; }
 };
 
-class Silence final : public Console {
- public:
-  void print(const std::string&) override {}
-  void log(const std::string&) override {}
-};
-
 fs::path newFolder() {
   std::string name = (fs::temp_directory_path() / "mirvel-bench-XXXXXX").native();
   return ::mkdtemp(name.data());
@@ -57,7 +51,7 @@ struct Scanner::Parts {
   SystemProcessRunner runner{{}};
   EmbeddedList embeddedList{runner, "/bin/launchctl"};
   NoLoginItems loginItems;
-  Silence console;
+  SilentConsole console;
   std::unique_ptr<ScanTools> tools;
 };
 

@@ -6,10 +6,18 @@
 #include <string>
 #include <vector>
 
+#include "core/ports/Console.h"
 #include "core/scan/FetchOperation.h"
 #include "core/session/Foundation.h"
 
 namespace mirvel::bench {
+
+/// Drops all messages.
+class SilentConsole final : public Console {
+ public:
+  void print(const std::string&) override {}
+  void log(const std::string&) override {}
+};
 
 /// A temporary machine whose user has a number of the generated job files, with modification times long ago.
 class JobFolderOnDisk {
@@ -37,8 +45,6 @@ class Scanner {
   Jobs coldScan();
   /// With the cache of the previous scan.
   Jobs rescan();
-
-  const Collator& collator() const { return m_foundation.collator; }
 
  private:
   struct Parts;

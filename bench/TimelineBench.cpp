@@ -10,7 +10,6 @@
 #include "core/catalogue/Launchd.h"
 #include "core/mainwindow/Timeline.h"
 #include "core/mainwindow/TimelineTexts.h"
-#include "core/ports/Console.h"
 
 namespace mirvel::bench {
 
@@ -20,12 +19,6 @@ using namespace std::chrono;
 
 constexpr sys_seconds now = sys_days(2026y / 11 / 21) + 9h + 41min;  // a month of 30 days
 constexpr const char* zone = "Europe/Berlin";
-
-class NoConsole final : public Console {
- public:
-  void print(const std::string&) override {}
-  void log(const std::string&) override {}
-};
 
 std::string key(const char* name, std::uint64_t number) {
   return "<key>" + std::string(name) + "</key><integer>" + std::to_string(number) + "</integer>";
@@ -48,7 +41,7 @@ Jobs jobs(std::size_t count, std::string (*interval)(std::mt19937&)) {
   const JobFolderOnDisk folder(1);
   const Foundation foundation(folder.roots(), {}, {}, "en");
   const ScanSettings settings = foundation.scanSettings();
-  NoConsole console;
+  SilentConsole console;
   std::mt19937 random(3);
   Jobs made;
   while (made.size() < count) {

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <optional>
@@ -46,6 +47,7 @@ std::optional<double> secondsUntilDrawn(std::string argument) {
   constexpr int patience = 20'000;
   const bool isDrawn = ::poll(&waiting, 1, patience) == 1;
   const double seconds = secondsSince(start);
+  if (!isDrawn) ::kill(process, SIGKILL);
   int status = 0;
   const bool isWell = ::waitpid(process, &status, 0) == process && WIFEXITED(status) && WEXITSTATUS(status) == 0;
   return isDrawn && isWell ? std::optional(seconds) : std::nullopt;

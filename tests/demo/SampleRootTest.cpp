@@ -89,7 +89,7 @@ TEST_F(SampleRootTest, EveryJobPassesLintAndItsFilesExist) {
   const auto anything = [](const std::string&) { return true; };
   for (const fs::path& file : jobFiles(roots)) {
     SCOPED_TRACE(file);
-    const auto job = jobfile::Plist::read(bytes(file));
+    const auto job = jobfile::Plist::readTolerantly(bytes(file));
     ASSERT_TRUE(job) << job.error().text();
     EXPECT_EQ(job->name, file.stem());
     for (const auto& finding : lint::lint(bytes(file), {.exists = anything}))
@@ -151,7 +151,8 @@ TEST_F(SampleRootTest, UnusualFolderNamesAreEscapedInJobsAndLoginItems) {
   for (const auto& [name, inEntry] : rows) {
     const Roots roots = make(name);
     EXPECT_EQ(roots.home, folder() / name / "home");
-    const auto job = jobfile::Plist::read(bytes(roots.userLibrary / "LaunchAgents" / "home.inbox.count.plist"));
+    const auto job =
+        jobfile::Plist::readTolerantly(bytes(roots.userLibrary / "LaunchAgents" / "home.inbox.count.plist"));
     ASSERT_TRUE(job) << job.error().text();
     EXPECT_EQ(job->programArguments->front(), roots.home / "bin" / "count-inbox.sh");
     EXPECT_THAT(bytes(roots.ownAutostart / "journal.desktop"),

@@ -69,13 +69,10 @@ const std::string& Job::sortKey(SortText text, const Collator& collator) const {
   return key;
 }
 
-bool isUnchanged(const Job& a, const Job& b) {
-  return a == b && a.kind == b.kind && a.url.equalTo(b.url);
-}
-
 bool areEqual(const Jobs& a, const Jobs& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](const auto& x, const auto& y) { return isUnchanged(*x, *y); });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) {
+    return *x == *y && x->kind == y->kind && x->url.equalTo(y->url);
+  });
 }
 
 Image statusImage(bool isEnabled, const Localize& localize) {

@@ -89,9 +89,7 @@ class Job {
 
 using Jobs = std::vector<std::shared_ptr<Job>>;
 
-/// Whether both have the same content, URL and kind.
-bool isUnchanged(const Job& a, const Job& b);
-/// Whether both lists have the same length and pairwise unchanged jobs.
+/// Whether both lists have the same length and pairwise the same content, URL and kind.
 bool areEqual(const Jobs& a, const Jobs& b);
 
 /// The image for an enabled or disabled job, with a description for accessibility.

@@ -128,8 +128,7 @@ Result<void> JobFolder::readRest(const FileDescriptor& file, const std::string& 
 std::string unreadableJobLine(const std::string& path) {
   return "The job " + path +
          " does not contain a valid job or is symlinked to an unreadable location. If the job is symlinked, you can "
-         "try "
-         "to add the enclosing folder to Folders in Preferences - Advanced.";
+         "try to add the enclosing folder to Folders in Preferences - Advanced.";
 }
 
 }  // namespace mirvel

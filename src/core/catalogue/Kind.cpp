@@ -41,11 +41,4 @@ std::optional<std::filesystem::path> Kind::folderURL(const Roots& roots) const {
   return std::nullopt;
 }
 
-Kind::InfoName Kind::infoName() const {
-  if (isLoginItem()) return InfoName::loginItem;
-  if (isStartupItem()) return InfoName::startupItem;
-  if (m_case == privilegedHelperTool) return InfoName::privilegedHelperTool;
-  return InfoName::launchd;
-}
-
 }  // namespace mirvel

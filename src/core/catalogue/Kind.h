@@ -25,8 +25,6 @@ class Kind {
     systemStartupItem = 8,
     privilegedHelperTool = 9,
   };
-  /// The information sheet for jobs of the kind.
-  enum class InfoName { launchd, loginItem, startupItem, privilegedHelperTool };
   struct Section;  // in KindSection.h
 
   static const std::array<Kind, 10> allCases;
@@ -64,7 +62,6 @@ class Kind {
 
   /// The folder of the jobs; null for login items.
   std::optional<std::filesystem::path> folderURL(const Roots& roots) const;
-  InfoName infoName() const;
 
  private:
   Case m_case;

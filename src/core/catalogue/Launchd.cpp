@@ -9,10 +9,39 @@ namespace mirvel {
 
 namespace {
 
-/// Whether a file name has an extension that isn't empty. A leading dot doesn't count.
+/// The subtitle of a job: its command without the folder of the tool, with the home folder as "~".
+std::string summaryOf(const jobfile::Plist& plist, const std::filesystem::path& home) {
+  std::string text(plist.program ? String::lastPathComponent(*plist.program) : std::string_view());
+  if (!plist.programArguments) return String::shortenHomeFolder(text, home.native());
+  const std::vector<std::string>& arguments = *plist.programArguments;
+  text.reserve(plist.run.size());
+  const bool repeatsTool = !arguments.empty() && arguments.front() == text;
+  for (std::size_t i = repeatsTool ? 1 : 0; i < arguments.size(); ++i) {
+    if (text.empty()) {
+      text = String::lastPathComponent(arguments[i]);
+    } else {
+      text.append(" ").append(arguments[i]);
+    }
+  }
+  return String::shortenHomeFolder(text, home.native());
+}
+
 bool hasExtension(std::string_view name) {
-  const auto dot = name.rfind('.');
-  return dot != std::string_view::npos && dot != 0 && dot + 1 < name.size();
+  return String::withoutExtension(name) != name;
+}
+
+/// The path whose icon a job with this tool displays. If the path contains no dot, the tool itself, or the script
+/// editor for osascript; else the innermost component with an extension, such as the bundle around the tool. Null if
+/// there is none, and for a path that isn't absolute.
+std::optional<std::string> iconPathOf(const std::optional<std::string>& tool, const ScanSettings& settings) {
+  if (!tool || !tool->starts_with('/')) return std::nullopt;
+  if (tool->find('.') == std::string::npos) return *tool == settings.osascript ? settings.scriptEditor : tool;
+  // Ascends from the tool to the first component with an extension.
+  for (std::string_view path = *tool; !path.empty(); path = path.substr(0, path.rfind('/'))) {
+    while (path.ends_with('/')) path.remove_suffix(1);
+    if (hasExtension(String::lastPathComponent(path))) return std::string(path);
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -40,8 +69,8 @@ std::shared_ptr<Launchd> Launchd::read(JobFile file, URL url, Kind kind, const S
   if (isInternal && !settings.showInternalHelpers) return nullptr;
   record->dictionary.emplace(std::move(file.list));
 
-  std::string summary = launchdSummary(*record, settings.roots.home);
-  std::optional<std::string> iconPath = launchdIconPath(record->iconPath, settings);
+  std::string summary = summaryOf(*record, settings.roots.home);
+  std::optional<std::string> iconPath = iconPathOf(record->iconPath, settings);
   Image icon = Image::iconOfPath(iconPath.value_or(url.text()));
   auto job = std::make_shared<Launchd>(Pass(), kind, std::move(summary), std::move(file.checksum), std::move(url),
                                        std::move(record));
@@ -50,33 +79,6 @@ std::shared_ptr<Launchd> Launchd::read(JobFile file, URL url, Kind kind, const S
   job->icon = std::move(icon);
   job->isEditable = !isInternal && kind.isEditable(settings.editSystemJobs);
   return job;
-}
-
-std::string launchdSummary(const jobfile::Plist& plist, const std::filesystem::path& home) {
-  std::string text(plist.program ? String::lastPathComponent(*plist.program) : std::string_view());
-  if (!plist.programArguments) return String::shortenHomeFolder(text, home.native());
-  const std::vector<std::string>& arguments = *plist.programArguments;
-  text.reserve(plist.run.size());
-  const bool repeatsTool = !arguments.empty() && arguments.front() == text;
-  for (std::size_t i = repeatsTool ? 1 : 0; i < arguments.size(); ++i) {
-    if (text.empty()) {
-      text = String::lastPathComponent(arguments[i]);
-    } else {
-      text.append(" ").append(arguments[i]);
-    }
-  }
-  return String::shortenHomeFolder(text, home.native());
-}
-
-std::optional<std::string> launchdIconPath(const std::optional<std::string>& tool, const ScanSettings& settings) {
-  if (!tool || !tool->starts_with('/')) return std::nullopt;
-  if (tool->find('.') == std::string::npos) return *tool == settings.osascript ? settings.scriptEditor : tool;
-  // Ascends from the tool to the first component with an extension.
-  for (std::string_view path = *tool; !path.empty(); path = path.substr(0, path.rfind('/'))) {
-    while (path.ends_with('/')) path.remove_suffix(1);
-    if (hasExtension(String::lastPathComponent(path))) return std::string(path);
-  }
-  return std::nullopt;
 }
 
 std::optional<std::string> Launchd::plistData() const {

@@ -52,11 +52,4 @@ class Launchd final : public Job {
   std::unique_ptr<Plist> m_plist;  // never null
 };
 
-/// The subtitle of a job: its command without the folder of the tool, with the home folder as "~".
-std::string launchdSummary(const jobfile::Plist& plist, const std::filesystem::path& home);
-/// The path whose icon a job with this tool displays. If the path contains no dot, the tool itself, or the script
-/// editor for osascript; else the innermost component with an extension, such as the bundle around the tool. Null if
-/// there is none, and for a path that isn't absolute.
-std::optional<std::string> launchdIconPath(const std::optional<std::string>& tool, const ScanSettings& settings);
-
 }  // namespace mirvel

@@ -17,7 +17,7 @@ bool isHidden(const std::string& name, bool showInternalHelpers) {
 Jobs LoginItem::systemPreferencesItems(LoginItems& items, bool showInternalHelpers) {
   Jobs jobs;
   for (const auto& item : items.listed()) {
-    if (!item.name || !item.path || isHidden(*item.name, showInternalHelpers)) continue;
+    if (isHidden(item.name, showInternalHelpers)) continue;
     auto job = make(item);
     if (!job->name.empty() && !job->run().empty()) jobs.push_back(std::move(job));
   }
@@ -25,16 +25,15 @@ Jobs LoginItem::systemPreferencesItems(LoginItems& items, bool showInternalHelpe
 }
 
 std::shared_ptr<LoginItem> LoginItem::make(const LoginItems::Listed& item) {
-  const std::string& path = *item.path;
   std::shared_ptr<LoginItem> job(new LoginItem(
-      Kind::loginItemSystemPreferences, *item.name, std::string(String::lastPathComponent(path)),
+      Kind::loginItemSystemPreferences, item.name, std::string(String::lastPathComponent(item.path)),
       // Not a digest: the checksum only has to change with the contents.
-      toBase64(*item.name + path),
-      item.file.empty() ? URL::address("LoginItem.SystemPreferences." + *item.name) : URL::file(item.file)));
-  job->path = path;
-  job->iconPath = path;
+      toBase64(item.name + item.path),
+      item.file.empty() ? URL::address("LoginItem.SystemPreferences." + item.name) : URL::file(item.file)));
+  job->path = item.path;
+  job->iconPath = item.path;
   job->textContent = job->name + job->run();
-  job->icon = item.icon ? item.icon : Image::iconOfPath(path);
+  job->icon = item.icon ? item.icon : Image::iconOfPath(item.path);
   job->subtype = SystemPreferences{item.kind};
   return job;
 }

@@ -6,8 +6,7 @@
 
 namespace mirvel {
 
-std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url, Kind kind,
-                                                                 const EmbeddedList& embeddedList,
+std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url, const EmbeddedList& embeddedList,
                                                                  bool showInternalHelpers) {
   const std::string fileName = url.lastPathComponent();
   if (fileName.starts_with(Const::excludePrefix) && !showInternalHelpers) return nullptr;
@@ -17,7 +16,8 @@ std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url,
   const std::string path = url.text();
   if (name.empty() || path.empty()) return nullptr;
 
-  const std::shared_ptr<PrivilegedHelperTool> job(new PrivilegedHelperTool(kind, name, name, toBase64(path), url));
+  const std::shared_ptr<PrivilegedHelperTool> job(
+      new PrivilegedHelperTool(Kind::privilegedHelperTool, name, name, toBase64(path), url));
   job->textContent = lines.identifier + lines.clients + path;
   job->identifier = std::move(lines.identifier);
   job->clients = std::move(lines.clients);

@@ -15,7 +15,7 @@ class PrivilegedHelperTool final : public Job {
   /// Reads an executable. Null if it is one of Mirvel's own helpers and those aren't shown. A file without an embedded
   /// list yields a tool with its file name, and without identifier and clients. May run a process and wait for it.
   /// Thread-safe.
-  static std::shared_ptr<PrivilegedHelperTool> read(const URL& url, Kind kind, const EmbeddedList& embeddedList,
+  static std::shared_ptr<PrivilegedHelperTool> read(const URL& url, const EmbeddedList& embeddedList,
                                                     bool showInternalHelpers);
 
   std::string run() const override { return url.text(); }

@@ -1,9 +1,9 @@
 #include "core/jobfile/OpaqueValues.h"
 
-#include <charconv>
 #include <optional>
 #include <string_view>
-#include <system_error>
+
+#include "core/text/Digits.h"
 
 namespace mirvel::jobfile {
 
@@ -61,10 +61,8 @@ class Search {
 /// The index in a step such as "[3]"; none for the key of a dictionary.
 std::optional<std::size_t> indexOf(std::string_view step) {
   if (!step.starts_with('[') || !step.ends_with(']')) return std::nullopt;
-  const char* const end = step.data() + step.size() - 1;
-  std::size_t index = 0;
-  const auto [stopped, failure] = std::from_chars(step.data() + 1, end, index);
-  return failure == std::errc() && stopped == end ? std::optional(index) : std::nullopt;
+  const auto index = Decimal::toInt(step.substr(1, step.size() - 2));
+  return index ? std::optional(static_cast<std::size_t>(*index)) : std::nullopt;
 }
 
 template <typename AnyValue>

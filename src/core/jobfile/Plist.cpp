@@ -1,5 +1,8 @@
 #include "core/jobfile/Plist.h"
 
+#include <unordered_set>
+#include <utility>
+
 #include "core/jobfile/MergeIntoFile.h"
 #include "core/jobfile/PlistKeys.h"
 
@@ -29,13 +32,15 @@ propertylist::Dictionary Plist::encode() const {
 }
 
 propertylist::Dictionary Plist::encodeWithUnknown() const {
-  propertylist::Dictionary file = encode();
-  if (!unknownKeys || !dictionary) return file;
-  for (const std::string& key : *unknownKeys) {
-    const propertylist::Node* const value = dictionary->find(key);
-    if (value && !file.find(key)) file.set(key, propertylist::valueOf(*value));
+  const propertylist::Dictionary known = encode();
+  if (!unknownKeys || !dictionary) return known;
+  std::vector<propertylist::Dictionary::Entry> entries(known.begin(), known.end());
+  const std::unordered_set<std::string_view> unknown(unknownKeys->begin(), unknownKeys->end());
+  for (const auto& member : dictionary->members()) {
+    const bool isUnknown = unknown.contains(member.key()) && !known.find(member.key());
+    if (isUnknown) entries.emplace_back(member.key(), propertylist::valueOf(member.value));
   }
-  return file;
+  return propertylist::Dictionary::fromDistinct(std::move(entries));
 }
 
 /// The file as it was read, without the values that the next save removes.

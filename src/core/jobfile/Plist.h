@@ -108,20 +108,17 @@ class Plist {
   /// The texts of all known keys, in the order of the enumeration.
   static std::span<const std::string_view> knownKeys();
 
-  /// Reads the text of a job file, XML or binary, and sets `dictionary`. Fails like `propertylist::read` and `decode`.
-  static Result<Plist> read(std::string_view bytes);
   /// Strictly decodes the root of a job file; `dictionary` isn't set. Reports the first error in the order of the keys,
   /// with its key path: `MissingKey` without a label, `WrongType` for a value of a wrong type, and `NoForm` for a value
   /// that has none of the forms its key allows.
   static Result<Plist> decode(const propertylist::Node& file);
-  /// The same into a default-constructed record, without moving it. After an error its content is unspecified.
-  static Result<void> decode(const propertylist::Node& file, Plist& fresh);
   /// The same, except that a value that doesn't fit isn't an error: below a known key it is skipped, and if the whole
   /// value of a key doesn't fit, the field stays absent and the key is listed in `unknownKeys`. Fails only if the root
   /// isn't a dictionary or there is no label or it isn't a string. This is how the program reads jobs, since launchd
-  /// ignores such values, too.
+  /// ignores such values, too. `fresh` must be default-constructed; after an error its content is unspecified.
   static Result<void> decodeTolerantly(const propertylist::Node& file, Plist& fresh);
-  /// `read`, but tolerant.
+  /// Reads the text of a job file, XML or binary, and sets `dictionary`. Fails like `propertylist::read` and
+  /// `decodeTolerantly`.
   static Result<Plist> readTolerantly(std::string_view bytes);
 
   /// The known keys that are present, from the fields alone.

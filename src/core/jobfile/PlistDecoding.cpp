@@ -154,43 +154,31 @@ Result<void> decodeInto(Plist& fresh, const propertylist::Node& file, const Plac
   }
 }
 
-// A record is large, so the functions that return one construct it in the result and return only that.
-
-Result<Plist> readWith(std::string_view bytes, Result<void> (*decode)(const propertylist::Node&, Plist&)) {
-  Result<Plist> plist(std::in_place);
-  auto document = propertylist::read(bytes);
-  if (!document) {
-    plist = std::move(document).error();
-  } else if (auto result = decode(document->root(), *plist); !result) {
-    plist = result.error();
-  } else {
-    plist->dictionary.emplace(*std::move(document));
-  }
-  return plist;
-}
-
 }  // namespace
+
+// A record is large, so the functions that return one construct it in the result and return only that.
 
 Result<Plist> Plist::decode(const propertylist::Node& file) {
   Result<Plist> plist(std::in_place);
-  if (auto result = decode(file, *plist); !result) plist = result.error();
+  if (auto result = decodeInto(*plist, file, Place()); !result) plist = result.error();
   return plist;
-}
-
-Result<void> Plist::decode(const propertylist::Node& file, Plist& fresh) {
-  return decodeInto(fresh, file, Place());
 }
 
 Result<void> Plist::decodeTolerantly(const propertylist::Node& file, Plist& fresh) {
   return decodeInto(fresh, file, Place::tolerant());
 }
 
-Result<Plist> Plist::read(std::string_view bytes) {
-  return readWith(bytes, &Plist::decode);
-}
-
 Result<Plist> Plist::readTolerantly(std::string_view bytes) {
-  return readWith(bytes, &Plist::decodeTolerantly);
+  Result<Plist> plist(std::in_place);
+  auto document = propertylist::read(bytes);
+  if (!document) {
+    plist = std::move(document).error();
+  } else if (auto result = decodeTolerantly(document->root(), *plist); !result) {
+    plist = result.error();
+  } else {
+    plist->dictionary.emplace(*std::move(document));
+  }
+  return plist;
 }
 
 }  // namespace mirvel::jobfile

@@ -1,8 +1,5 @@
 #include "core/jobfile/ResourceLimits.h"
 
-#include <charconv>
-#include <system_error>
-
 #include "core/jobfile/Keys.h"
 #include "core/text/Digits.h"
 
@@ -27,14 +24,12 @@ constexpr auto limitKeys = [] {
 static_assert(isComplete(limitKeys, ResourceLimits::CodingKeys::Stack));
 constexpr auto limitKeyTexts = textsOf(limitKeys);
 
-/// With an optional sign. Unlike `Decimal::toInt`, this accepts negative numbers.
+/// With an optional sign.
 std::optional<std::int64_t> decimalNumber(std::string_view text) {
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-  std::int64_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stopped, failure] = std::from_chars(text.data(), end, number);
-  if (failure != std::errc() || stopped != end) return std::nullopt;
-  return number;
+  const bool isNegative = text.starts_with('-');
+  if (isNegative || text.starts_with('+')) text.remove_prefix(1);
+  const auto number = Decimal::toInt(text);
+  return number && isNegative ? -*number : number;
 }
 
 }  // namespace

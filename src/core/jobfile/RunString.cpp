@@ -52,18 +52,12 @@ std::string replaceEscapedBlanks(std::string_view text, std::string_view replace
   }
 }
 
-std::string_view withoutExtension(std::string_view name) {
-  const std::size_t dot = name.rfind('.');
-  const bool isExtension = dot != std::string_view::npos && dot != 0 && dot + 1 != name.size();
-  return isExtension ? name.substr(0, dot) : name;
-}
-
 /// A label for a command line: the name of its last path without extension and quotes. Empty for very short commands.
 std::string labelOf(std::string_view run) {
   constexpr std::size_t shortestCommand = 4;
   constexpr std::size_t longestLabel = 48;
   if (String::characterCount(run) < shortestCommand) return {};
-  std::string label = replaceEscapedBlanks(withoutExtension(String::lastPathComponent(run)), " ");
+  std::string label = replaceEscapedBlanks(String::withoutExtension(String::lastPathComponent(run)), " ");
   std::erase_if(label, [](char c) { return c == '"' || c == '\'' || c == '\\'; });
   if (String::characterCount(label) <= longestLabel) return label;
   return std::string(String::trim(String::firstCharacters(label, longestLabel)));

@@ -35,8 +35,8 @@ constexpr auto otherKeys = std::to_array<std::string_view>({
     "SpawnConstraint",
 });
 
-template <typename Record, typename CodingKey>
 // The coding keys of a record are consecutive, so `last` determines their number.
+template <typename Record, typename CodingKey>
 NestedKeys keysOf(std::string_view owner, std::size_t depth, CodingKey last) {
   NestedKeys result{.owner = owner, .depth = depth, .keys = {}};
   for (std::size_t i = 0; i <= static_cast<std::size_t>(last); ++i) {

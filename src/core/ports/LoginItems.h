@@ -17,13 +17,13 @@ class LoginItem;
 /// The lists of the platform. Implementations run tools or read folders, so calls can take seconds.
 class LoginItems {
  public:
-  /// An entry of the user's own list. Members that the entry doesn't specify are absent.
+  /// An entry of the user's own list.
   struct Listed {
-    std::optional<std::string> name;
-    std::optional<std::string> path;  ///< of the program or document that is opened
-    std::string kind = {};            ///< the platform's term for it, such as "Application"
-    std::optional<Image> icon = {};   ///< only if the entry specifies one
-    std::string file = {};            ///< the path of the entry itself; empty if it isn't a file
+    std::string name;
+    std::string path;                ///< of the program or document that is opened
+    std::string kind = {};           ///< the platform's term for it, such as "Application"
+    std::optional<Image> icon = {};  ///< only if the entry specifies one
+    std::string file = {};           ///< the path of the entry itself; empty if it isn't a file
   };
   /// An item that is installed with an application.
   struct Bundled {

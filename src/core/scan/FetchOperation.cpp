@@ -118,8 +118,7 @@ Jobs FetchOperation::otherJobs(Kind kind, const JobFolder& folder, const JobFold
 
 std::shared_ptr<Job> FetchOperation::readOther(Kind kind, const URL& url) const {
   if (kind.isStartupItem()) return StartupItem::read(url, kind);
-  return PrivilegedHelperTool::read(url, Kind::privilegedHelperTool, m_tools.embeddedList,
-                                    m_settings.showInternalHelpers);
+  return PrivilegedHelperTool::read(url, m_tools.embeddedList, m_settings.showInternalHelpers);
 }
 
 std::optional<JobFile> FetchOperation::freshFile(const Result<ReadAhead::Contents>& contents, const URL& url) {

@@ -115,7 +115,7 @@ class RowReader {
 
   std::optional<std::int64_t> popUpNumber(const Row& row, std::size_t index) const {
     const auto* text = elementAt<std::string>(row, index);
-    return text ? m_numbers.parse(*text) : std::nullopt;
+    return text ? m_numbers.parseField(*text) : std::nullopt;
   }
 
   std::int64_t secondsIn(const std::string& unit) const {

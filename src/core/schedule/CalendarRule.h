@@ -10,13 +10,13 @@
 namespace mirvel {
 
 /// One calendar interval as sets of matching minutes, hours, days and months, which makes finding the next run cheap.
+/// There are two interpretations of an interval, whose numbers needn't be in range.
 class CalendarRule {
  public:
   /// The interpretation of the timeline: a missing hour or minute is 0, but a lone minute matches every hour. A day
   /// takes precedence over a weekday, and a month only counts with a day. Days and months out of range are clamped, a
   /// weekday out of range is Sunday, and hours and minutes out of range never match. Without day, weekday, hour and
   /// minute there are no runs.
-  /// Two interpretations of the same interval; `interval` may contain any numbers in both.
   static CalendarRule asShown(const jobfile::StartCalendarInterval::Interval& interval);
   /// The interpretation of launchd.plist(5), by which jobs are run: a missing field matches anything, either the day or
   /// the weekday is enough, weekday 7 is Sunday, and a number out of range never matches.
@@ -51,8 +51,8 @@ class CalendarRule {
   std::uint32_t m_months = 0;
 };
 
-template <typename Visit>
 // Iterates over set bits only: `x &= x - 1` clears the lowest one.
+template <typename Visit>
 void CalendarRule::forEachOnDay(std::chrono::local_days day, Visit visit) const {
   for (std::uint32_t hours = m_hours; hours != 0; hours &= hours - 1) {
     const std::chrono::local_seconds hour = day + std::chrono::hours(std::countr_zero(hours));

@@ -14,15 +14,10 @@ struct NumberText::Format {
   std::unique_ptr<icu::NumberFormat> format;  // null if ICU has no data; then no text is a number
   icu::UnicodeString groupingSeparator;
 
-  std::optional<icu::Formattable> parse(const icu::UnicodeString& text) const;
-  icu::UnicodeString withoutGrouping(std::string_view text) const;
+  std::optional<icu::Formattable> parse(std::string_view text) const;
 };
 
 namespace {
-
-icu::UnicodeString wide(std::string_view text) {
-  return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
-}
 
 std::optional<std::int64_t> whole(const std::optional<icu::Formattable>& number) {
   UErrorCode status = U_ZERO_ERROR;
@@ -32,21 +27,17 @@ std::optional<std::int64_t> whole(const std::optional<icu::Formattable>& number)
 
 }  // namespace
 
-std::optional<icu::Formattable> NumberText::Format::parse(const icu::UnicodeString& text) const {
-  if (!format || text.isEmpty()) return std::nullopt;
+std::optional<icu::Formattable> NumberText::Format::parse(std::string_view text) const {
+  auto digits = icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
+  if (!groupingSeparator.isEmpty()) digits.findAndReplace(groupingSeparator, {});
+  if (!format || digits.isEmpty()) return std::nullopt;
   icu::Formattable number;
   icu::ParsePosition position;
-  format->parse(text, number, position);
-  if (position.getIndex() != text.length()) return std::nullopt;
+  format->parse(digits, number, position);
+  if (position.getIndex() != digits.length()) return std::nullopt;
   UErrorCode status = U_ZERO_ERROR;
   if (!std::isfinite(number.getDouble(status))) return std::nullopt;  // ICU parses "NaN" and "∞"
   return number;
-}
-
-icu::UnicodeString NumberText::Format::withoutGrouping(std::string_view text) const {
-  icu::UnicodeString digits = wide(text);
-  if (!groupingSeparator.isEmpty()) digits.findAndReplace(groupingSeparator, {});
-  return digits;
 }
 
 NumberText::NumberText(const std::string& locale) {
@@ -62,16 +53,12 @@ NumberText::NumberText(const std::string& locale) {
 
 NumberText::~NumberText() = default;
 
-std::optional<std::int64_t> NumberText::parse(std::string_view text) const {
-  return whole(m_format->parse(wide(text)));
-}
-
 std::optional<std::int64_t> NumberText::parseField(std::string_view text) const {
-  return whole(m_format->parse(m_format->withoutGrouping(text)));
+  return whole(m_format->parse(text));
 }
 
 std::optional<double> NumberText::parseExactly(std::string_view text) const {
-  const auto number = m_format->parse(m_format->withoutGrouping(text));
+  const auto number = m_format->parse(text);
   UErrorCode status = U_ZERO_ERROR;
   return number ? std::optional(number->getDouble(status)) : std::nullopt;
 }

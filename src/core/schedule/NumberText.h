@@ -17,12 +17,10 @@ class NumberText {
   NumberText(const NumberText&) = delete;
   NumberText& operator=(const NumberText&) = delete;
 
-  /// An integer in the range of a signed 64-bit integer; a fraction is dropped. In English, "1,234" → 1234, "12.75" →
-  /// 12; null for "", "12 apples" and "NaN".
-  std::optional<std::int64_t> parse(std::string_view text) const;
-  /// The same, ignoring grouping separators anywhere in the text: "1,2" → 12. For text that users type.
+  /// An integer in the range of a signed 64-bit integer. A fraction is dropped, and grouping separators are ignored
+  /// anywhere in the text. In English, "1,234" → 1234, "1,2" → 12, "12.75" → 12; null for "", "12 apples" and "NaN".
   std::optional<std::int64_t> parseField(std::string_view text) const;
-  /// As `parseField`, with the fraction and of any finite size.
+  /// The same with the fraction and of any finite size.
   std::optional<double> parseExactly(std::string_view text) const;
 
  private:

@@ -113,6 +113,12 @@ std::string_view lastPathComponent(std::string_view path) {
   return path.substr(first, last - first + 1);
 }
 
+std::string_view withoutExtension(std::string_view name) {
+  const auto dot = name.rfind('.');
+  const bool isExtension = dot != std::string_view::npos && dot != 0 && dot + 1 != name.size();
+  return isExtension ? name.substr(0, dot) : name;
+}
+
 std::string shortenHomeFolder(std::string text, std::string_view home) {
   while (!home.empty() && home.back() == '/') home.remove_suffix(1);
   // `memmem`, because `find` stops at each slash, and nearly no text has the home folder.

@@ -29,6 +29,8 @@ std::vector<std::string_view> split(std::string_view text, char separator);
 
 /// The last component of a path, ignoring slashes at the end: "b" of "/a/b" and "/a/b/", "/" of "/", "" of "".
 std::string_view lastPathComponent(std::string_view path);
+/// A file name without its extension: "a.b" of "a.b.c". A leading dot begins none, and nor does one at the end.
+std::string_view withoutExtension(std::string_view name);
 
 /// Replaces the path of the home folder by "~" wherever it occurs in the text as a path or the beginning of one, but
 /// not within another path: with "/Users/x", "cp /Users/x/a /Users/xy" gives "cp ~/a /Users/xy".

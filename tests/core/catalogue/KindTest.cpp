@@ -17,25 +17,24 @@ using testdata::TemporaryFolder;
 
 TEST(KindTest, EachKindHasItsFolderAndPermissions) {
   const Roots roots{"/home", "/user", "/support", "/local", "/system", "/defaults"};
-  using Info = Kind::InfoName;
   const struct {
     int rawValue;
     const char* name;
     std::optional<std::filesystem::path> folder;
-    Info info;
+    bool isLaunchd;
     bool isEditable;
     bool isEditableByPermission;
   } table[] = {
-      {0, "userAgent", "/user/LaunchAgents", Info::launchd, true, true},
-      {1, "localAgent", "/local/LaunchAgents", Info::launchd, true, true},
-      {2, "localDaemon", "/local/LaunchDaemons", Info::launchd, true, true},
-      {3, "loginItemSystemPreferences", std::nullopt, Info::loginItem, false, false},
-      {4, "loginItemApplication", std::nullopt, Info::loginItem, false, false},
-      {5, "localStartupItem", "/local/StartupItems", Info::startupItem, false, false},
-      {6, "systemAgent", "/system/LaunchAgents", Info::launchd, false, true},
-      {7, "systemDaemon", "/system/LaunchDaemons", Info::launchd, false, true},
-      {8, "systemStartupItem", "/system/StartupItems", Info::startupItem, false, false},
-      {9, "privilegedHelperTool", "/local/PrivilegedHelperTools", Info::privilegedHelperTool, false, false},
+      {0, "userAgent", "/user/LaunchAgents", true, true, true},
+      {1, "localAgent", "/local/LaunchAgents", true, true, true},
+      {2, "localDaemon", "/local/LaunchDaemons", true, true, true},
+      {3, "loginItemSystemPreferences", std::nullopt, false, false, false},
+      {4, "loginItemApplication", std::nullopt, false, false, false},
+      {5, "localStartupItem", "/local/StartupItems", false, false, false},
+      {6, "systemAgent", "/system/LaunchAgents", true, false, true},
+      {7, "systemDaemon", "/system/LaunchDaemons", true, false, true},
+      {8, "systemStartupItem", "/system/StartupItems", false, false, false},
+      {9, "privilegedHelperTool", "/local/PrivilegedHelperTools", false, false, false},
   };
   ASSERT_EQ(std::size(table), Kind::allCases.size());
   for (const auto& row : table) {
@@ -44,8 +43,7 @@ TEST(KindTest, EachKindHasItsFolderAndPermissions) {
     EXPECT_EQ(Kind::allCases.at(static_cast<std::size_t>(row.rawValue)), *kind);
     EXPECT_EQ(kind->name(), row.name);
     EXPECT_EQ(kind->folderURL(roots), row.folder) << row.name;
-    EXPECT_EQ(kind->infoName(), row.info) << row.name;
-    EXPECT_EQ(kind->isLaunchd(), row.info == Info::launchd) << row.name;
+    EXPECT_EQ(kind->isLaunchd(), row.isLaunchd) << row.name;
     EXPECT_EQ(kind->isAgentOfEveryone(), row.rawValue == 1 || row.rawValue == 6) << row.name;
     EXPECT_EQ(kind->isAgent(), kind->isAgentOfEveryone() || row.rawValue == 0) << row.name;
     EXPECT_EQ(kind->isEditable(false), row.isEditable) << row.name;

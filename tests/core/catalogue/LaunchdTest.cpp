@@ -63,8 +63,10 @@ TEST_F(LaunchdReaderTest, TheIconIsThatOfTheToolOrItsBundle) {
       {"//opt/x.d//tool", "//opt/x.d"},
       {"/", "/"},
   };
-  for (const auto& [tool, icon] : table) EXPECT_EQ(launchdIconPath(tool, settings), icon) << tool;
-  EXPECT_EQ(launchdIconPath(std::nullopt, settings), std::nullopt);
+  for (const auto& [tool, icon] : table) {
+    EXPECT_EQ(read(jobText("a", {{"ProgramArguments", Array{tool}}}))->iconPath, icon) << tool;
+  }
+  EXPECT_EQ(read(jobText("a"))->iconPath, std::nullopt);
 
   const auto script = read(jobText("a", {{"ProgramArguments", Array{"/usr/bin/osascript", "-e", "beep"}}}));
   EXPECT_EQ(script->icon, Image::iconOfPath("/Editor"));

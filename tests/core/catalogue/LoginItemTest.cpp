@@ -61,13 +61,7 @@ TEST_F(LoginItemTest, AnItemOfAnApplicationIsNamedAfterIt) {
 }
 
 TEST_F(LoginItemTest, ItemsWithoutNameOrPathAndOurOwnAreSkipped) {
-  using Listed = LoginItems::Listed;
-  items.ownItems = {Listed{"", "/a"},
-                    Listed{"b", ""},
-                    Listed{std::nullopt, "/c"},
-                    Listed{"d", std::nullopt},
-                    Listed{"MirvelAgent", "/e"},
-                    Listed{"f", "/f"}};
+  items.ownItems = {{"", "/a"}, {"b", ""}, {"MirvelAgent", "/e"}, {"f", "/f"}};
   items.bundledItems = {
       {"", "x", "/x", "/a", {}}, {"g", "x", "", "/a", {}}, {"Mirvel", "x", "/x", "/a", {}}, {"h", "x", "/x", "/a", {}}};
   EXPECT_EQ(names(LoginItem::systemPreferencesItems(items, false)), (std::vector<std::string>{"f"}));

@@ -15,8 +15,7 @@ class PrivilegedHelperToolTest : public testing::Test {
     const auto tool = folder.write("launchctl", "");
     std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
     const EmbeddedList list(launchctl, tool);
-    return PrivilegedHelperTool::read(URL::file("/tools/" + name), Kind::privilegedHelperTool, list,
-                                      showInternalHelpers);
+    return PrivilegedHelperTool::read(URL::file("/tools/" + name), list, showInternalHelpers);
   }
 
   testdata::TemporaryFolder folder;
@@ -29,6 +28,7 @@ TEST_F(PrivilegedHelperToolTest, TheEmbeddedListDescribesTheTool) {
       "\t\"SMAuthorizedClients\" = (\n\t\t\"identifier \\\"com.example\\\"\";\n\t\t\"second\";\n\t);\n};\n";
   const auto tool = read("com.example.helper");
   ASSERT_TRUE(tool);
+  EXPECT_EQ(tool->kind, Kind::privilegedHelperTool);
   EXPECT_EQ(tool->name, "Example");
   EXPECT_EQ(tool->summary, "Example");
   EXPECT_EQ(tool->identifier, "com.example.helper");

@@ -102,8 +102,7 @@ TEST(CorpusTest, WarningsNameTheMistake) {
       {"006-cc.bracken.Uncarbon.helper.plist",
        "warning: line 7, column 2: StandardOutputPath: unknown key; did you mean StandardOutPath?"},
       {"064-com.apple.gkreport.plist",
-       "warning: line 15, column 3: StartCalendarInterval.WeekDay: unknown key; did you mean "
-       "Weekday?"},
+       "warning: line 15, column 3: StartCalendarInterval.WeekDay: unknown key; did you mean Weekday?"},
       {"202-com.duplicati.server.launchagent.plist",
        "warning: line 4, column 1: no key of the file starts the job; it runs only when started manually"},
       {"215-com.github.loceee.synccdps.plist",
@@ -115,8 +114,7 @@ TEST(CorpusTest, WarningsNameTheMistake) {
        "hour"},
       {"339-local.purgecompletedreminders.plist",
        "warning: line 21, column 3: StartCalendarInterval[0]: without Hour and Minute the job starts every minute "
-       "of "
-       "that day"},
+       "of that day"},
       {"350-nginx.plist", "warning: line 9, column 2: NetworkState: unknown key here; it belongs in KeepAlive"},
       {"386-se.tobbe.check-web.plist", "warning: line 27, column 5: <key> in place of a value; it is read as a string"},
   };

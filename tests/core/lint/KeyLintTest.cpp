@@ -48,6 +48,9 @@ TEST(KeyLintTest, NestedEntriesThatTheRecordCannotHoldAreReported) {
   expectFindings({
       {{{"KeepAlive", Dict{{"Crashed", true}, {"PathState", Dict{{"/a", true}}}}}}, {}},
       {{{"KeepAlive", Dict{{"Crashd", true}}}}, {"warning: KeepAlive.Crashd" + unknown + "; did you mean Crashed?"}},
+      {{{"KeepAlive", Dict{{"Crashed", true}, {"Odd", 1}}}, {"OnDemand", false}},
+       {"warning: OnDemand: deprecated key; use KeepAlive", "warning: KeepAlive.Odd" + unknown}},
+      {{{"KeepAlive", false}, {"OnDemand", false}}, {"warning: OnDemand: deprecated key; use KeepAlive"}},
       {{{"KeepAlive", "yes"}}, {"warning: KeepAlive" + unfit}},
       {{{"KeepAlive", Dict{}}}, {}},
       {{{"Umask", "022"}}, {}},

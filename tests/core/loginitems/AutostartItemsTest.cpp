@@ -36,7 +36,7 @@ class AutostartItemsTest : public testing::Test {
   }
   Names listed(const std::string& desktop = "GNOME") const {
     Names names;
-    for (const auto& item : items(desktop).listed()) names.push_back(item.name.value_or("(none)"));
+    for (const auto& item : items(desktop).listed()) names.push_back(item.name);
     return names;
   }
   Names bundled() const {

@@ -21,7 +21,7 @@ class SystemEventsItemsTest : public testing::Test {
   std::vector<std::string> listed() {
     std::vector<std::string> result;
     for (const auto& item : m_items.listed()) {
-      result.push_back(item.name.value_or("(none)") + '|' + item.path.value_or("(none)") + '|' + item.kind);
+      result.push_back(item.name + '|' + item.path + '|' + item.kind);
     }
     return result;
   }

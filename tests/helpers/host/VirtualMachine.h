@@ -129,7 +129,7 @@ class VirtualMachine {
   static constexpr std::chrono::milliseconds tick{1};
 
   static JobRules rules(const propertylist::Dictionary& keys) {
-    auto plist = jobfile::Plist::read(fileOf(keys));
+    auto plist = jobfile::Plist::readTolerantly(fileOf(keys));
     if (!plist) throw std::runtime_error(plist.error().text());
     return JobRules::of(*plist);
   }
