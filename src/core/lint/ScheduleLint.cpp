@@ -40,8 +40,11 @@ bool checkRanges(const Interval& interval, const std::string& path, Findings& fi
     if (!number || (*number >= field.least && *number <= field.greatest)) continue;
     isGood = false;
     const std::string range = std::to_string(field.least) + " to " + std::to_string(field.greatest);
+    // Beside a valid weekday an invalid day doesn't keep the job from running, and the other way round.
+    const bool isDay = field.key == Interval::CodingKeys::Day || field.key == Interval::CodingKeys::Weekday;
     findings.error(propertylist::childPath(path, Interval::text(field.key)),
-                   std::to_string(*number) + " is out of range (" + range + "); this time never occurs");
+                   std::to_string(*number) + " is out of range (" + range + "); this " + (isDay ? "day" : "time") +
+                       " never occurs");
   }
   return isGood;
 }
