@@ -56,6 +56,7 @@ TEST_F(EditFlowTest, OpeningTheEditorChangesNothing) {
   EXPECT_TRUE(control<QCheckBox>("KeepAlive").isChecked()) << "the key is there";
   EXPECT_TRUE(control<QCheckBox>("scheduledButton").isChecked());
   EXPECT_EQ(runField().text(), "/bin/ls \"a b\"");
+  EXPECT_TRUE(button("Save").isEnabled());
   button("Done").click();
   EXPECT_EQ(program().shell.detail->detailTab(), DetailTab::LaunchdDisplay);
   EXPECT_EQ(fetchQueue.count(), 0U);
