@@ -553,6 +553,18 @@ TEST_F(EditFlowTest, ARestoredSectionKeepsItsPlaceInLayoutAndTabOrder) {
   EXPECT_EQ(window().focusWidget(), &control<QPlainTextEdit>("notesTextField"));
 }
 
+TEST_F(EditFlowTest, TabGoesFromABoxToItsConditions) {
+  edit({{"KeepAlive", true}});
+  control<QCheckBox>("RunAtLoad").setFocus();
+  for (const char* next : {"KeepAlive", "Crashed", "SuccessfulExit"}) {
+    QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(window().focusWidget()->objectName(), QLatin1String(next));
+  }
+  control<QCheckBox>("StartOnMount").setFocus();
+  QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(window().focusWidget()->objectName(), QStringLiteral("scheduledButton"));
+}
+
 TEST_F(EditFlowTest, ANoteIsNoEditOfTheJobAndHasItsOwnUndo) {
   edit({{"Program", "/bin/ls"}});
   auto& note = control<QPlainTextEdit>("notesTextField");
