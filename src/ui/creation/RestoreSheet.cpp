@@ -52,7 +52,7 @@ RestoreSheet::RestoreSheet(const CreationContext& context, QWidget& window)
           [this] { m_restoreButton->setEnabled(!m_list->selectedItems().isEmpty()); });
   fill();
   m_list->setFocus();
-  restoreSize({fontMetrics().averageCharWidth() * 110, fontMetrics().lineSpacing() * 20});
+  restoreSize({fontMetrics().averageCharWidth() * 125, fontMetrics().lineSpacing() * 20});
 }
 
 void RestoreSheet::makeList() {
