@@ -56,32 +56,26 @@ QPushButton* CopySheet::addDefaultButton(const std::string& title, const char* n
   return button;
 }
 
-QPushButton* CopySheet::addCancelButton(const Localize& localize) {
+void CopySheet::addCancelButton(const Localize& localize) {
   QPushButton* const button = m_buttons->addButton(qt(localize.cancel()), QDialogButtonBox::RejectRole);
   button->setObjectName(QStringLiteral("cancelButton"));
   connect(button, &QPushButton::clicked, this, &QDialog::reject);
-  return button;
 }
 
 DuplicateViewController::DuplicateViewController(const CreationContext& context, QWidget& window)
     : CopySheet(window, context.foundation.defaults, "Duplicate Sheet"),
       m_controller(context),
-      m_duplicateTextField(&heading()),
-      m_nameTitleTextField(new QLabel(qt(m_controller.nameTitle()))),
-      m_nameValueTextField(new QLineEdit(qt(m_controller.suggestedName()))),
-      m_cancelButton(addCancelButton(context.foundation.localize)),
-      m_saveButton(addDefaultButton(context.foundation.localize.save(), "saveButton")) {
-  setWindowTitle(qt(CreationTexts(context.foundation.localize).duplicate()));
-  m_duplicateTextField->setObjectName(QStringLiteral("duplicateTextField"));
-  m_duplicateTextField->setFullText(qt(m_controller.title()));
-  m_nameTitleTextField->setObjectName(QStringLiteral("nameTitleTextField"));
-  m_nameTitleTextField->setBuddy(m_nameValueTextField);
+      m_nameValueTextField(new QLineEdit(qt(m_controller.suggestedName()))) {
+  const Localize& localize = context.foundation.localize;
+  setWindowTitle(qt(CreationTexts(localize).duplicate()));
+  heading().setObjectName(QStringLiteral("duplicateTextField"));
+  heading().setFullText(qt(m_controller.title()));
   m_nameValueTextField->setObjectName(QStringLiteral("nameValueTextField"));
   m_nameValueTextField->setMinimumWidth(usualWidth(*this));
-  m_nameValueTextField->setAccessibleName(qt(context.foundation.localize.name()));
-  rows().addRow(m_nameTitleTextField, m_nameValueTextField);
-
-  connect(m_saveButton, &QPushButton::clicked, this, [this] { save(); });
+  m_nameValueTextField->setAccessibleName(qt(localize.name()));
+  rows().addRow(qt(m_controller.nameTitle()), m_nameValueTextField);
+  addCancelButton(localize);
+  connect(addDefaultButton(localize.save(), "saveButton"), &QPushButton::clicked, this, [this] { save(); });
   selectName();
 }
 
@@ -98,19 +92,17 @@ void DuplicateViewController::selectName() {
 ImportViewController::ImportViewController(const CreationContext& context, QWidget& window)
     : CopySheet(window, context.foundation.defaults, "Import Sheet"),
       m_controller(context),
-      m_importTextField(&heading()),
-      m_kindTextField(new QLabel(qt(m_controller.kindTitle()))),
       m_kindButtons(new KindButtons(context.kinds)),
-      m_skipButton(addButton(m_controller.skipTitle(), "skipButton")),
-      m_cancelButton(addCancelButton(context.foundation.localize)),
-      m_importButton(addDefaultButton(CreationTexts(context.foundation.localize).importString(), "importButton")) {
-  setWindowTitle(qt(CreationTexts(context.foundation.localize).importString()));
-  m_importTextField->setObjectName(QStringLiteral("importTextField"));
-  m_kindTextField->setObjectName(QStringLiteral("kindTextField"));
-  m_kindTextField->setBuddy(m_kindButtons);
-  m_kindTextField->setFixedHeight(m_kindButtons->lineHeight());
-  rows().addRow(m_kindTextField, m_kindButtons);
-
+      m_skipButton(addButton(m_controller.skipTitle(), "skipButton")) {
+  const std::string title = CreationTexts(context.foundation.localize).importString();
+  setWindowTitle(qt(title));
+  heading().setObjectName(QStringLiteral("importTextField"));
+  auto* const kindTitle = new QLabel(qt(m_controller.kindTitle()));
+  kindTitle->setBuddy(m_kindButtons);
+  kindTitle->setFixedHeight(m_kindButtons->lineHeight());
+  rows().addRow(kindTitle, m_kindButtons);
+  addCancelButton(context.foundation.localize);
+  m_importButton = addDefaultButton(title, "importButton");
   connect(m_kindButtons, &KindButtons::kindChosen, this, [this](int tag) {
     m_controller.kindChanged(tag);
     updateInterface();
@@ -133,7 +125,7 @@ void ImportViewController::skip() {
 }
 
 void ImportViewController::updateInterface() {
-  m_importTextField->setFullText(qt(m_controller.title()));
+  heading().setFullText(qt(m_controller.title()));
   m_kindButtons->setChosen(m_controller.chosenKind());
   m_importButton->setEnabled(m_controller.isImportEnabled());
   m_skipButton->setEnabled(m_controller.isSkipEnabled());

@@ -7,7 +7,6 @@
 
 class QDialogButtonBox;
 class QFormLayout;
-class QLabel;
 class QLineEdit;
 class QPushButton;
 
@@ -37,7 +36,7 @@ class CopySheet : public SheetViewController {
   /// Adds the button that Return presses.
   QPushButton* addDefaultButton(const std::string& title, const char* name);
   /// Adds the button that dismisses the sheet.
-  QPushButton* addCancelButton(const Localize& localize);
+  void addCancelButton(const Localize& localize);
 
  private:
   ElidedLabel* m_heading;
@@ -58,11 +57,7 @@ class DuplicateViewController final : public CopySheet {
   void selectName();
 
   DuplicateController m_controller;
-  ElidedLabel* const m_duplicateTextField;
-  QLabel* const m_nameTitleTextField;
   QLineEdit* const m_nameValueTextField;
-  QPushButton* const m_cancelButton;
-  QPushButton* const m_saveButton;
 };
 
 /// The sheet that imports job files, one after the other.
@@ -79,12 +74,9 @@ class ImportViewController final : public CopySheet {
   void updateInterface();
 
   ImportController m_controller;
-  ElidedLabel* const m_importTextField;
-  QLabel* const m_kindTextField;
   KindButtons* const m_kindButtons;
   QPushButton* const m_skipButton;
-  QPushButton* const m_cancelButton;
-  QPushButton* const m_importButton;
+  QPushButton* m_importButton;
 };
 
 }  // namespace mirvel::ui

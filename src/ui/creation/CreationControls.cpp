@@ -28,7 +28,7 @@ void setElidedTitle(QRadioButton& button, const QString& title) {
   const QString shown = button.fontMetrics().elidedText(title.simplified(), Qt::ElideMiddle, longest);
   button.setText(literalTitle(shown));
   button.setAccessibleName(title);
-  if (shown != title) button.setToolTip(title);
+  if (shown != title) button.setToolTip(shownToolTip(utf8(title)));
 }
 
 }  // namespace

@@ -239,9 +239,7 @@ void NewWhenViewController::redraw() {
 
 void NewWhenViewController::redrawOutlook() {
   const NewOutlook outlook = newController.outlook();
-  const QString sentence = shownText(outlook.sentence);
-  // Setting the same text again would clear the user's selection in it.
-  if (m_sentence->toPlainText() != sentence) m_sentence->setPlainText(sentence);
+  replaceText(*m_sentence, shownText(outlook.sentence));
   QStringList runs;
   for (const std::string& run : outlook.nextRuns) runs.append(qt(run));
   m_nextRuns->setText(runs.join(QLatin1Char('\n')));

@@ -37,9 +37,7 @@ QVariant ApplicationModel::data(const QModelIndex& index, int role) const {
   const InstalledApplication& shown = application(index);
   if (role == Qt::DisplayRole) return shownText(shown.name);
   if (role == Qt::ToolTipRole) return shownToolTip(shown.path.native());
-  if (role != Qt::DecorationRole) return {};
-  const QIcon icon = shown.icon ? m_icons.icon(*shown.icon) : QIcon();
-  return icon.isNull() ? m_icons.icon(Image::named("application-x-executable")) : icon;
+  return role == Qt::DecorationRole ? QVariant(m_icons.programIcon(shown.icon)) : QVariant();
 }
 
 ApplicationView::ApplicationView(QWidget* parent) : QListView(parent) {

@@ -52,7 +52,7 @@ RestoreSheet::RestoreSheet(const CreationContext& context, QWidget& window)
           [this] { m_restoreButton->setEnabled(!m_list->selectedItems().isEmpty()); });
   fill();
   m_list->setFocus();
-  restoreSize({fontMetrics().averageCharWidth() * 110, fontMetrics().lineSpacing() * 20});
+  restoreSize({fontMetrics().averageCharWidth() * 125, fontMetrics().lineSpacing() * 20});
 }
 
 void RestoreSheet::makeList() {
@@ -70,9 +70,11 @@ void RestoreSheet::makeList() {
 void RestoreSheet::fill() {
   for (const DeletedJobRow& row : deletedJobRows(m_context)) {
     auto* const item = new QTreeWidgetItem(
-        m_list, {qt(row.name), qt(row.kind), leftToRight(qt(row.file)), qt(row.deleted), qt(row.until)});
+        m_list, {shownText(row.name), qt(row.kind), leftToRight(qt(row.file)), qt(row.deleted), qt(row.until)});
     item->setData(0, idRole, qt(row.id));
-    for (int column = 0; column < m_list->columnCount(); ++column) item->setToolTip(column, item->text(column));
+    for (int column = 0; column < m_list->columnCount(); ++column) {
+      item->setToolTip(column, shownToolTip(utf8(item->text(column))));
+    }
   }
   const bool isEmpty = m_list->topLevelItemCount() == 0;
   if (isEmpty) {
@@ -82,11 +84,13 @@ void RestoreSheet::fill() {
     m_list->setCurrentItem(m_list->topLevelItem(0));
   }
   m_restoreButton->setEnabled(!isEmpty);
-  for (int column = 0; column < m_list->columnCount(); ++column) m_list->resizeColumnToContents(column);
-  // A long path, which the tool tip shows in full, must not push the dates out of view.
-  constexpr int fileColumn = 2, mostCharacters = 40;
+  // A long name or path, which the tool tip shows in full, must not push the dates out of view.
+  constexpr int mostCharacters = 40;
   const int most = fontMetrics().averageCharWidth() * mostCharacters;
-  m_list->setColumnWidth(fileColumn, std::min(m_list->columnWidth(fileColumn), most));
+  for (int column = 0; column < m_list->columnCount(); ++column) {
+    m_list->resizeColumnToContents(column);
+    m_list->setColumnWidth(column, std::min(m_list->columnWidth(column), most));
+  }
 }
 
 void RestoreSheet::restore() {

@@ -75,6 +75,7 @@ void LaunchdEditViewController::updateDetail() {
   const FocusPlace place(*this);
   updateSections();
   place.restore();
+  m_controller.updateButtons();  // whether the job can be saved depends on the job
 }
 
 void LaunchdEditViewController::updateIcon() {

@@ -23,8 +23,8 @@ constexpr auto rulesHelp =
 }  // namespace
 
 WhenEditSection::WhenEditSection(const EditorContext& theContext) : WhenSection(theContext), m_form(*this) {
+  m_form.add(keepAliveFields(), *m_keepAliveGrid);  // before the layout, which determines the tab order
   layOut(m_form.make(fieldOf("RunAtLoad")), m_form.make(fieldOf("KeepAlive")), m_form.make(fieldOf("StartOnMount")));
-  m_form.add(keepAliveFields(), *m_keepAliveGrid);
   m_form.written = [this](const Field& field) { written(field); };
   setHelp(*m_scheduledRuleEditor, rulesHelp);
   m_scheduledButton->setObjectName(QStringLiteral("scheduledButton"));

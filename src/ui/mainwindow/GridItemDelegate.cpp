@@ -12,6 +12,8 @@
 #include <algorithm>
 
 #include "ui/mainwindow/GridModel.h"
+#include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -185,7 +187,7 @@ bool GridItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, con
   const QString name = index.data().toString();
   const bool isCut = index.isValid() && nameLines(name, option.fontMetrics, Places(option).name.width()).isElided;
   if (isCut) {
-    QToolTip::showText(event->globalPos(), name.toHtmlEscaped(), view);
+    QToolTip::showText(event->globalPos(), shownToolTip(utf8(name)), view);
   } else {
     QToolTip::hideText();
   }

@@ -49,7 +49,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   const GridItem item = m_mode.item(at);
   switch (role) {
     case Qt::DecorationRole:
-      return jobIcon(m_icons, item.icon);
+      return m_icons.programIcon(item.icon);
     case Qt::AccessibleDescriptionRole:
       return description(at, item);
     case BadgeRole:

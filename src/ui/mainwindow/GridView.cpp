@@ -167,10 +167,7 @@ QRegion GridView::visualRegionForSelection(const QItemSelection& selection) cons
 }
 
 QItemSelectionModel::SelectionFlags GridView::selectionCommand(const QModelIndex& index, const QEvent* event) const {
-  const auto command = QAbstractItemView::selectionCommand(index, event);
-  // A click beside the items, or a Control-click, would deselect the item whose job is shown.
-  const bool leavesNothing = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
-  return leavesNothing ? QItemSelectionModel::NoUpdate : command;
+  return keepingSelection(index, QAbstractItemView::selectionCommand(index, event));
 }
 
 void GridView::mousePressEvent(QMouseEvent* event) {

@@ -2,14 +2,12 @@
 
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
-#include <QItemSelectionModel>
 #include <QMenu>
 #include <QMimeData>
 #include <QUrl>
 
 #include "core/mainwindow/JobMenu.h"
 #include "ui/support/Controls.h"
-#include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -57,9 +55,11 @@ void guardSelection(QAbstractItemView& view, std::function<bool()> mayChange, st
                    });
 }
 
-QIcon jobIcon(IconLoader& icons, const std::optional<Image>& image) {
-  const QIcon icon = image ? icons.icon(*image) : QIcon();
-  return icon.isNull() ? icons.icon(Image::named("application-x-executable")) : icon;
+QItemSelectionModel::SelectionFlags keepingSelection(const QModelIndex& index,
+                                                     QItemSelectionModel::SelectionFlags command) {
+  const bool leavesNothing =
+      !index.flags().testFlag(Qt::ItemIsSelectable) || command.testFlag(QItemSelectionModel::Deselect);
+  return leavesNothing ? QItemSelectionModel::NoUpdate : command;
 }
 
 QStringList fileDragTypes() {

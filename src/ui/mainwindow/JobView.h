@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QIcon>
+#include <QItemSelectionModel>
 #include <QStringList>
 #include <functional>
 #include <optional>
 
-#include "core/base/Image.h"
 #include "core/files/URL.h"
 
 namespace mirvel {
@@ -19,8 +18,6 @@ class QPoint;
 
 namespace mirvel::ui {
 
-class IconLoader;
-
 /// Sets up what all views of jobs have in common: single selection, no editing, a context menu, and dragging of job
 /// files.
 void prepareJobView(QAbstractItemView& view);
@@ -29,8 +26,10 @@ void prepareJobView(QAbstractItemView& view);
 /// selected row.
 void guardSelection(QAbstractItemView& view, std::function<bool()> mayChange, std::function<void(int row)> didChange);
 
-/// The icon of a job; the generic program icon if it has none or it can't be loaded.
-QIcon jobIcon(IconLoader& icons, const std::optional<Image>& image);
+/// The command for input at an index, or none if the view's own `command` would leave nothing selected: a click beside
+/// the jobs, or a Control-click, would otherwise deselect the job that is shown.
+QItemSelectionModel::SelectionFlags keepingSelection(const QModelIndex& index,
+                                                     QItemSelectionModel::SelectionFlags command);
 
 /// The MIME types of a dragged job.
 QStringList fileDragTypes();

@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "ui/mainwindow/JobView.h"
+#include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 
 namespace mirvel::ui {
@@ -43,9 +44,7 @@ void drawCheckBox(QPainter* painter, QStyleOptionViewItem option, bool isChecked
                          option.rect);
   option.state.setFlag(isChecked ? QStyle::State_On : QStyle::State_Off);
   option.state.setFlag(QStyle::State_HasFocus, false);
-  // Styles derive the outline of a check box from the window colour, so that it vanishes on a dark base.
-  const bool isDark = option.palette.base().color().lightness() < 128;
-  if (isDark) option.palette.setColor(QPalette::Window, option.palette.color(QPalette::PlaceholderText));
+  option.palette = boxPalette(option.palette);
   style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &option, painter, option.widget);
 }
 
@@ -172,10 +171,7 @@ int ListTable::firstVisibleColumn() const {
 }
 
 QItemSelectionModel::SelectionFlags ListTable::selectionCommand(const QModelIndex& index, const QEvent* event) const {
-  const auto command = QTreeView::selectionCommand(index, event);
-  // A click below the rows, or a Control-click, would deselect the row whose job is shown.
-  const bool leavesNothing = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
-  return leavesNothing ? QItemSelectionModel::NoUpdate : command;
+  return keepingSelection(index, QTreeView::selectionCommand(index, event));
 }
 
 std::vector<ListColumn> ListTable::visibleColumns() const {

@@ -6,6 +6,7 @@
 #include "ui/mainwindow/JobView.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -17,10 +18,6 @@ ListColumn columnOf(const QModelIndex& index) {
 
 std::size_t rowOf(const QModelIndex& index) {
   return static_cast<std::size_t>(index.row());
-}
-
-QVariant textOrNothing(const std::string& text) {
-  return text.empty() ? QVariant() : QVariant(qt(text));
 }
 
 }  // namespace
@@ -50,9 +47,9 @@ QVariant ListTableModel::data(const QModelIndex& index, int role) const {
   const ListCell cell = m_mode.cell(columnOf(index), rowOf(index));
   switch (role) {
     case Qt::DisplayRole:
-      return textOrNothing(cell.text);
+      return shownText(cell.text);
     case Qt::ToolTipRole:
-      return textOrNothing(cell.toolTip);
+      return shownToolTip(cell.toolTip);
     case Qt::DecorationRole:
       return cell.image ? QVariant(m_icons.icon(*cell.image)) : QVariant();
     case Qt::CheckStateRole:

@@ -18,6 +18,8 @@ class TimelineLayout {
   /// `groups` holds the indices of the header rows in ascending order.
   TimelineLayout(std::size_t rows, std::vector<std::size_t> groups, Heights heights);
 
+  void setHeights(Heights heights) { m_heights = heights; }
+
   int count() const { return m_count; }
   int height() const { return top(m_count); }
   int height(int row) const { return isGroup(row) ? m_heights.group : m_heights.other; }

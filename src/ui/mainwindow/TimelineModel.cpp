@@ -4,6 +4,7 @@
 
 #include "ui/mainwindow/JobView.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -50,8 +51,9 @@ QVariant TimelineModel::data(const QModelIndex& index, int role) const {
   const TimelineCell cell = m_mode.cell(rowOf(index));
   switch (role) {
     case Qt::DisplayRole:
-    case Qt::ToolTipRole:
       return qt(cell.name);
+    case Qt::ToolTipRole:
+      return shownToolTip(cell.name);
     case TimeRole:
       return qt(cell.time);
     case IsGroupRole:

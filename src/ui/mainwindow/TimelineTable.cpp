@@ -29,8 +29,7 @@ void TimelineTable::setModel(QAbstractItemModel* model) {
 }
 
 void TimelineTable::setRows(std::size_t count, std::vector<std::size_t> groups) {
-  m_groups = std::move(groups);
-  m_layout = TimelineLayout(count, m_groups, heights());
+  m_layout = TimelineLayout(count, std::move(groups), heights());
   updateGeometries();
   viewport()->update();
 }
@@ -164,10 +163,7 @@ QRegion TimelineTable::visualRegionForSelection(const QItemSelection& selection)
 
 QItemSelectionModel::SelectionFlags TimelineTable::selectionCommand(const QModelIndex& index,
                                                                     const QEvent* event) const {
-  const auto command = QListView::selectionCommand(index, event);
-  // A click below the rows, or a Control-click, would deselect the row whose job is shown.
-  const bool leavesNothing = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
-  return leavesNothing ? QItemSelectionModel::NoUpdate : command;
+  return keepingSelection(index, QListView::selectionCommand(index, event));
 }
 
 void TimelineTable::mousePressEvent(QMouseEvent* event) {
@@ -188,7 +184,9 @@ void TimelineTable::focusInEvent(QFocusEvent* event) {
 void TimelineTable::changeEvent(QEvent* event) {
   QListView::changeEvent(event);
   if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-    setRows(static_cast<std::size_t>(m_layout.count()), m_groups);
+    m_layout.setHeights(heights());
+    updateGeometries();
+    viewport()->update();
     if (appearanceDidChange) appearanceDidChange();
   }
   if (event->type() == QEvent::PaletteChange) viewport()->update();

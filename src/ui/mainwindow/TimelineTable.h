@@ -66,7 +66,6 @@ class TimelineTable final : public QListView {
   TimelineLayout::Heights heights() const;
 
   TimelineLayout m_layout;
-  std::vector<std::size_t> m_groups;
   bool m_isMarking = false;
 };
 

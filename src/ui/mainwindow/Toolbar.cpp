@@ -62,8 +62,7 @@ void Toolbar::addCommand(ToolbarItem item, Command command, const char* symbol, 
   QToolButton* button = symbolButton(symbol, title);
   connect(button, &QToolButton::clicked, this, [this, command] { m_menus.perform(command); });
   m_buttons[item] = button;
-  m_places[item] = addWidget(button);
-  m_places[item]->setVisible(m_menus.isOffered(command));
+  m_places[command] = addWidget(button);
 }
 
 void Toolbar::addModes() {
@@ -121,11 +120,7 @@ void Toolbar::validate() {
   // A scan takes a moment only; it must not disable the field while the user types.
   const bool isTyping = m_filter->hasFocus() && !context.hasUnsavedChanges;
   m_filter->setEnabled(isTyping || mirvel::isEnabled(ToolbarItem::Filter, context));
-  for (const auto& [item, command] : {std::pair(ToolbarItem::New, Command::New),
-                                      {ToolbarItem::Log, Command::Log},
-                                      {ToolbarItem::Info, Command::Info}}) {
-    m_places.at(item)->setVisible(m_menus.isOffered(command));
-  }
+  for (const auto& [command, place] : m_places) place->setVisible(m_menus.isOffered(command));
 }
 
 void Toolbar::mark(Mode mode) {

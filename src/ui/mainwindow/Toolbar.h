@@ -45,7 +45,7 @@ class Toolbar final : public QToolBar {
   MenuController& m_menus;
   QLineEdit* m_filter = nullptr;
   std::map<ToolbarItem, QToolButton*> m_buttons;
-  std::map<ToolbarItem, QAction*> m_places;  // the actions that show and hide the controls
+  std::map<Command, QAction*> m_places;  ///< the actions that show and hide the buttons of commands
   std::map<Mode, QToolButton*> m_modes;
   bool m_isMarking = false;   ///< while a mode is shown that the user didn't choose
   bool m_isClearing = false;  ///< while the filter is cleared without a search

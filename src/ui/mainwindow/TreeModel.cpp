@@ -3,6 +3,7 @@
 #include "ui/mainwindow/JobView.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -10,10 +11,6 @@ namespace {
 
 // The internal id of an index: 0 for a group, and for a job the row of its group plus 1.
 constexpr quintptr ofGroup = 0;
-
-QVariant textOrNothing(const std::string& text) {
-  return text.empty() ? QVariant() : QVariant(qt(text));
-}
 
 }  // namespace
 
@@ -73,13 +70,13 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole:
       return qt(cell.text);
     case Qt::ToolTipRole:
-      return textOrNothing(cell.toolTip);
+      return shownToolTip(cell.toolTip);
     case Qt::DecorationRole:
-      return jobIcon(m_icons, cell.image);
+      return m_icons.programIcon(cell.image);
     case Qt::AccessibleDescriptionRole:
-      return isGroup(index) ? QVariant(qt(cell.count)) : textOrNothing(cell.toolTip);
+      return qt(isGroup(index) ? cell.count : cell.toolTip);
     case CountRole:
-      return textOrNothing(cell.count);
+      return qt(cell.count);
     case SecondaryRole:
       return cell.isSecondary;
     default:

@@ -191,11 +191,7 @@ void TreeOutline::mark(const QModelIndex& index) {
 }
 
 QItemSelectionModel::SelectionFlags TreeOutline::selectionCommand(const QModelIndex& index, const QEvent* event) const {
-  const auto command = QTreeView::selectionCommand(index, event);
-  // A click on a group or below the rows, or a Control-click, would deselect the row whose job is shown.
-  const bool leavesNothing =
-      !index.flags().testFlag(Qt::ItemIsSelectable) || command.testFlag(QItemSelectionModel::Deselect);
-  return leavesNothing ? QItemSelectionModel::NoUpdate : command;
+  return keepingSelection(index, QTreeView::selectionCommand(index, event));
 }
 
 QRect TreeOutline::countButton(const QModelIndex& index) const {

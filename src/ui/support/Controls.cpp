@@ -29,6 +29,10 @@ class WheelGuard final : public QObject {
 
 void drawButton(QWidget& button, QStyle::ControlElement element, QStyleOptionButton& option) {
   option.palette = boxPalette(option.palette);
+  // A disabled box shows a value that must be readable. Many palettes make disabled text almost invisible.
+  const QColor quiet = option.palette.color(QPalette::Active, QPalette::PlaceholderText);
+  option.palette.setColor(QPalette::Disabled, QPalette::WindowText, quiet);
+  option.palette.setColor(QPalette::Disabled, QPalette::Text, quiet);
   QStylePainter(&button).drawControl(element, option);
 }
 

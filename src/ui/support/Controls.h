@@ -18,7 +18,7 @@ namespace mirvel::ui {
 /// from the window's colour, which makes an empty box on a dark window almost invisible.
 QPalette boxPalette(QPalette palette);
 
-/// A check box that is visible in any palette.
+/// A check box that is visible in any palette, and readable while it is disabled.
 class CheckBox final : public QCheckBox {
  public:
   using QCheckBox::QCheckBox;

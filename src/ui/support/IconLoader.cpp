@@ -59,6 +59,11 @@ QIcon IconLoader::icon(const Image& image) {
                     image.source);
 }
 
+QIcon IconLoader::programIcon(const std::optional<Image>& image) {
+  QIcon own = image ? icon(*image) : QIcon();
+  return own.isNull() ? icon(Image::named("application-x-executable")) : own;
+}
+
 void IconLoader::clear() {
   m_fileIcons.clear();
   m_pictures.clear();

@@ -6,6 +6,7 @@
 #include <QMimeDatabase>
 #include <QString>
 #include <filesystem>
+#include <optional>
 
 #include "core/base/Image.h"
 
@@ -32,6 +33,8 @@ class IconLoader {
   IconLoader();
 
   QIcon icon(const Image& image);
+  /// The icon of a job or an application; the generic program icon if it has none or it can't be loaded.
+  QIcon programIcon(const std::optional<Image>& image);
   /// Discards everything that is cached, so that files and types are read again.
   void clear();
 

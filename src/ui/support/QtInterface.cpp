@@ -1,7 +1,6 @@
 #include "ui/support/QtInterface.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QEvent>
 #include <QFileDialog>
 #include <QLabel>
@@ -11,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -154,7 +154,7 @@ QMessageBox* QtInterface::makeBox(const Alert& question, QWidget* parent) const 
   box->setInformativeText(qt(question.informativeText));
   usePlainText(*box);
   addButtons(*box, question);
-  if (!question.suppression.empty()) box->setCheckBox(new QCheckBox(qt(m_localize.format("Don’t ask again", {}))));
+  if (!question.suppression.empty()) box->setCheckBox(new CheckBox(qt(m_localize.format("Don’t ask again", {}))));
   return box;
 }
 

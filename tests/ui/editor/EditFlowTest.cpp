@@ -56,6 +56,7 @@ TEST_F(EditFlowTest, OpeningTheEditorChangesNothing) {
   EXPECT_TRUE(control<QCheckBox>("KeepAlive").isChecked()) << "the key is there";
   EXPECT_TRUE(control<QCheckBox>("scheduledButton").isChecked());
   EXPECT_EQ(runField().text(), "/bin/ls \"a b\"");
+  EXPECT_TRUE(button("Save").isEnabled());
   button("Done").click();
   EXPECT_EQ(program().shell.detail->detailTab(), DetailTab::LaunchdDisplay);
   EXPECT_EQ(fetchQueue.count(), 0U);
@@ -550,6 +551,18 @@ TEST_F(EditFlowTest, ARestoredSectionKeepsItsPlaceInLayoutAndTabOrder) {
   button("Delete").setFocus();
   QTest::keyClick(&button("Delete"), Qt::Key_Tab);
   EXPECT_EQ(window().focusWidget(), &control<QPlainTextEdit>("notesTextField"));
+}
+
+TEST_F(EditFlowTest, TabGoesFromABoxToItsConditions) {
+  edit({{"KeepAlive", true}});
+  control<QCheckBox>("RunAtLoad").setFocus();
+  for (const char* next : {"KeepAlive", "Crashed", "SuccessfulExit"}) {
+    QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(window().focusWidget()->objectName(), QLatin1String(next));
+  }
+  control<QCheckBox>("StartOnMount").setFocus();
+  QTest::keyClick(window().focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(window().focusWidget()->objectName(), QStringLiteral("scheduledButton"));
 }
 
 TEST_F(EditFlowTest, ANoteIsNoEditOfTheJobAndHasItsOwnUndo) {

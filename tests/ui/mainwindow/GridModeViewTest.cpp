@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 
 #include <QAccessible>
+#include <QHelpEvent>
 #include <QIdentityProxyModel>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QToolTip>
 #include <QUrl>
 #include <functional>
 #include <set>
@@ -250,6 +252,16 @@ TEST_F(GridModeViewTest, AssistiveProgramsReadAndPressItems) {
   EXPECT_FALSE(pressed->isValid());
   EXPECT_EQ(list->childCount(), 0);
   QAccessible::setActive(false);
+}
+
+TEST_F(GridModeViewTest, ToolTipShowsTheFullNameLiterally) {
+  const std::string name = "a R&D " + std::string(100, 'w');
+  show({name});
+  const QPoint place = grid().visualRect(grid().model()->index(0, 0)).center();
+  QHelpEvent help(QEvent::ToolTip, place, grid().viewport()->mapToGlobal(place));
+  QCoreApplication::sendEvent(grid().viewport(), &help);
+  EXPECT_EQ(utf8(QToolTip::text()), name);
+  QToolTip::hideText();
 }
 
 TEST_F(GridModeViewTest, EmptyViewShowsTheReason) {

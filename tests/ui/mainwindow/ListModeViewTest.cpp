@@ -198,6 +198,12 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
   EXPECT_LT(table().columnWidth(0), before);
 }
 
+TEST_F(ListModeViewTest, ToolTipsShowTheLiteralText) {
+  fill({"<b>bold"});
+  const QModelIndex name = table().model()->index(0, static_cast<int>(List::Name));
+  EXPECT_EQ(name.data(Qt::ToolTipRole).toString(), QStringLiteral("<qt>&lt;b&gt;bold</qt>"));
+}
+
 TEST_F(ListModeViewTest, ColumnMenuChecksVisibleColumns) {
   fill({});
   table().setVisibleColumns({List::Name, List::Run});

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QImage>
 #include <QKeyEvent>
+#include <QScopeGuard>
 #include <QScrollBar>
 
 #include "ui/EventLoop.h"
@@ -43,6 +45,22 @@ TEST_F(ScintillaEditorTest, OnlyCommonTextKeysOverrideMenuShortcuts) {
     if (QByteArray("ACVXYZ").contains(static_cast<char>(letter))) continue;
     EXPECT_FALSE(claims(letter, Qt::ControlModifier)) << static_cast<char>(letter);
   }
+}
+
+TEST_F(ScintillaEditorTest, TextLooksAlikeInWindowsOfBothDirections) {
+  const auto look = [](ScintillaText& script) {
+    script.text.resize(400, 200);
+    script.text.setSyntax(SyntaxType::shell);
+    script.text.setText("#!/bin/sh\necho \"(a)!\" # b.\n");
+    return script.text.grab().toImage();
+  };
+  const QImage leftToRight = look(m_script);
+  const QScopeGuard restore([] { QGuiApplication::setLayoutDirection(Qt::LeftToRight); });
+  QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+  ScintillaText other;
+  other.text.show();
+  testdata::settle();
+  EXPECT_EQ(look(other), leftToRight);
 }
 
 TEST_F(ScintillaEditorTest, MarginFitsTheDigitsOfLineNumbers) {

@@ -3,7 +3,11 @@
 #include <Qsci/qscicommandset.h>
 #include <Qsci/qscilexer.h>
 
+#include <QGraphicsEffect>
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QPainter>
+#include <QPixmap>
 #include <algorithm>
 
 #include "ui/scripts/ScriptEditor.h"
@@ -32,6 +36,25 @@ bool isKeyOfMenus(int key) {
   return (bits & Qt::ControlModifier) != 0 && letter >= Qt::Key_A && letter <= Qt::Key_Z;
 }
 
+/// Draws a widget with painters that lay out text from left to right. Otherwise they would have the direction of the
+/// application. As Scintilla draws each piece of a line by itself, the punctuation at its ends would change sides.
+class LeftToRightEffect final : public QGraphicsEffect {
+ protected:
+  void draw(QPainter* painter) override {
+    const QRect place = boundingRect().toAlignedRect();
+    const qreal ratio = painter->device()->devicePixelRatio();
+    QPixmap picture((QSizeF(place.size()) * ratio).toSize());
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter leftToRight(&picture);
+    leftToRight.setLayoutDirection(Qt::LeftToRight);
+    leftToRight.translate(-place.topLeft());
+    drawSource(&leftToRight);
+    leftToRight.end();
+    painter->drawPixmap(place.topLeft(), picture);
+  }
+};
+
 }  // namespace
 
 ScintillaEditor::ScintillaEditor(QWidget* parent) : QsciScintilla(parent) {
@@ -49,6 +72,7 @@ ScintillaEditor::~ScintillaEditor() {
 }
 
 void ScintillaEditor::prepare() {
+  if (QGuiApplication::isRightToLeft()) viewport()->setGraphicsEffect(new LeftToRightEffect);
   setUtf8(true);
   setWrapMode(WrapNone);
   setTabWidth(tabColumns);
