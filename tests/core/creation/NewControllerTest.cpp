@@ -267,9 +267,9 @@ TEST(NewJobSentenceTest, OneSentenceSaysWhatWillHappen) {
       {"en", Kind::localDaemon, all,
        "“backup” runs as root again when it exits successfully, every 2 hours, when ~/A b changes, at every system "
        "start, and once when it is saved."},
-      {"de", Kind::userAgent, nothing, "„backup“ läuft unter Ihrem Namen nur bei manuellem Start."},
-      {"de", Kind::userAgent, nightly, "„backup“ läuft unter Ihrem Namen jeden Tag um 21:00 Uhr."},
-      {"de", Kind::localDaemon, atLoad, "„backup“ läuft als root bei jedem Systemstart und einmal beim Speichern."},
+      {"de", Kind::userAgent, nothing, "„backup“ läuft unter Ihrem Namen: nur bei manuellem Start."},
+      {"de", Kind::userAgent, nightly, "„backup“ läuft unter Ihrem Namen: jeden Tag um 21:00 Uhr."},
+      {"de", Kind::localDaemon, atLoad, "„backup“ läuft als root: bei jedem Systemstart und einmal beim Speichern."},
       {"ar", Kind::userAgent, atLoad, "تعمل «\u2068backup\u2069» باسمك عند كل تسجيل دخول ومرة واحدة عند الحفظ."},
   };
   for (const auto& row : table) {
