@@ -51,7 +51,7 @@ bool ActionController::sendPrivileged(const Action::Shared& action) {
   m_inFlight.try_emplace(action.get());  // without a link yet, so that it can be cancelled during the dialog
   authorise([this, action](bool isGranted) {
     if (!m_inFlight.contains(action.get())) return;  // cancelled while the user was asked
-    isGranted ? run(m_privileged, action) : failed(*action);
+    isGranted ? run(m_privileged, action) : end(*action, false);
   });
   return true;
 }
@@ -60,7 +60,7 @@ void ActionController::cancel(const Action::Shared& action) {
   const auto found = m_inFlight.find(action.get());
   if (found == m_inFlight.end()) return;
   const Flight flight = found->second;
-  flight.link ? flight.link->cancel(flight.id) : failed(*action);
+  flight.link ? flight.link->cancel(flight.id) : end(*action, false);
 }
 
 void ActionController::run(HelperLink& link, const Action::Shared& action) {
@@ -129,24 +129,18 @@ bool ActionController::requestFailed(const Error& error, bool isKnown, const Act
   }
   const bool shows = action.presentError && !isKnown;
   if (shows) m_context.platform.interface.present(error);
-  failed(action);
-  return shows;
-}
-
-void ActionController::failed(const Action& action) {
-  if (action.kind == Action::Kind::Log) clearLog();
   end(action, false);
+  return shows;
 }
 
 void ActionController::replied(const propertylist::Dictionary& body, const Action& action) {
   const auto reply = messages::readReply(action.kind, body);
   if (!reply) return refused({}, action);  // malformed: an unknown error
   if (const auto* const error = std::get_if<HelperError>(&*reply)) return refused(*error, action);
-  const Shell& shell = m_context.shell;
   if (const auto* const output = std::get_if<messages::TestOutput>(&*reply)) {
-    if (shell.test) shell.test->testFinished(output->text);
+    if (action.testFinished) action.testFinished(output->text);
   } else if (const auto* const log = std::get_if<messages::LogLines>(&*reply)) {
-    if (shell.log) shell.log->logReplyReceived(log->lines);
+    if (action.logReplyReceived) action.logReplyReceived(log->lines);
   } else if (action.cleanUp) {
     cleanUpAfter(action);
   }
@@ -155,7 +149,7 @@ void ActionController::replied(const propertylist::Dictionary& body, const Actio
 
 void ActionController::refused(const HelperError& error, const Action& action) {
   if (action.presentError) presentHelperError(error, m_context.foundation.localize, m_context.platform.interface);
-  failed(action);
+  end(action, false);
 }
 
 void ActionController::end(const Action& action, bool isDone) {
@@ -224,10 +218,6 @@ bool ActionController::canBeNamed(const URL& url) {
                                              .message = "the file's name isn't valid UTF-8; rename the file first",
                                              .file = url.text()});
   return false;
-}
-
-void ActionController::clearLog() {
-  if (m_context.shell.log) m_context.shell.log->clear();
 }
 
 void ActionController::showNoCommunication() {

@@ -90,12 +90,10 @@ class ActionController {
   void endPrivilegedConnection();
   void replied(const propertylist::Dictionary& body, const Action& action);
   void refused(const HelperError& error, const Action& action);
-  void failed(const Action& action);
   bool requestFailed(const Error& error, bool isKnown, const Action& action);
   void end(const Action& action, bool isDone);
   void cleanUpAfter(const Action& action);
   void wasDeleted(const URL& url);
-  void clearLog();
 
   void askAboutLabel(const std::shared_ptr<Launchd>& job, const Job& other, const std::string& label,
                      const Ended& ended);
