@@ -176,10 +176,12 @@ void ActionController::wasDeleted(const URL& url) {
   if (m_context.shell.detail) m_context.shell.detail->clearDetail();
 }
 
-void ActionController::deleteConfirmed(int response, const Job& job, const Ended& ended) {
-  if (response != Interface::defaultButton) return;
-  if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem(dynamic_cast<const LoginItem&>(job));
-  if (!canBeNamed(job.url)) return;
+bool ActionController::deleteConfirmed(const Job& job, const std::function<void(bool isDeleted)>& ended) {
+  if (job.kind == Kind::loginItemSystemPreferences) {
+    deleteLoginItem(dynamic_cast<const LoginItem&>(job));
+    return false;
+  }
+  if (!canBeNamed(job.url)) return false;
   const auto action = Action::delete_(job.url, job.name);
   action->ended = [ended, deleting = std::make_shared<Busy::Token>(m_context.deleting.begin())](bool isDeleted) {
     deleting->release();
@@ -188,10 +190,7 @@ void ActionController::deleteConfirmed(int response, const Job& job, const Ended
   // Then the disabled job was never loaded, and unloading by its label would stop the other job.
   const bool isOthersLabel = isOtherLoaded(job, m_context.catalogue.jobs());
   if (isOthersLabel) action->label.reset();
-  if (job.kind == Kind::userAgent) {
-    (void)send(action);
-    return;
-  }
+  if (job.kind == Kind::userAgent) return send(action);
   if (job.kind.isAgentOfEveryone() && !isOthersLabel) action->localAgentUnloadPath = job.url.text();
   (void)sendPrivileged(action);
 }
@@ -207,7 +206,7 @@ void ActionController::uninstallInternalHelpers() {
   auto action = std::make_shared<Action>(Action::Kind::Uninstall);
   action->presentError = false;
   action->cleanUp = false;
-  (void)sendPrivileged(action);
+  return sendPrivileged(action);
   m_delay(1.0, [this] { m_context.fetcher.refresh(); });  // without clean-up the reply starts no scan
 }
 
