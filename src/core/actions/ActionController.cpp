@@ -20,6 +20,16 @@
 #include "core/session/Shell.h"
 
 namespace mirvel {
+namespace {
+
+/// A test runs until it ends, and a log query takes as long as the log is long. The user can cancel both.
+std::optional<double> limitOf(Action::Kind kind) {
+  const bool isCancellable = kind == Action::Kind::Test || kind == Action::Kind::Log;
+  return isCancellable ? std::nullopt : std::optional(HelperLink::secondsToAnswer);
+}
+
+}  // namespace
+
 
 ActionController::ActionController(const ActionContext& context)
     : m_context(context),
@@ -68,7 +78,8 @@ void ActionController::run(HelperLink& link, const Action::Shared& action) {
   const auto id = link.run(
       action->request(m_authData).write(),
       [this, action](const propertylist::Dictionary& reply) { replied(reply, *action); },
-      [this, action](const Error& error, bool isKnown) { return requestFailed(error, isKnown, *action); });
+      [this, action](const Error& error, bool isKnown) { return requestFailed(error, isKnown, *action); },
+      limitOf(action->kind));
   const auto found = m_inFlight.find(action.get());
   if (found != m_inFlight.end()) found->second.id = id;
 }

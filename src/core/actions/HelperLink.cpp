@@ -1,11 +1,21 @@
 #include "core/actions/HelperLink.h"
 
+#include <string>
 #include <utility>
 
 namespace mirvel {
 
+namespace {
+
+Error noAnswer(double seconds) {
+  return {.code = Error::Code::HungUp,
+          .message = "the helper hasn't answered for " + std::to_string(static_cast<int>(seconds / 60)) + " minutes"};
+}
+
+}  // namespace
+
 HelperLink::Id HelperLink::run(const propertylist::Dictionary& request, Reply reply, Failure failure,
-                               const Event& event) {
+                               std::optional<double> limit) {
   const Id id = ++m_lastId;  // unique across all connections that the link will have
   m_waiting.emplace(id, Waiting{std::move(reply), std::move(failure)});
   const auto answered = [this, id](const propertylist::Dictionary& answer) {
@@ -13,12 +23,12 @@ HelperLink::Id HelperLink::run(const propertylist::Dictionary& request, Reply re
     if (const auto waiting = m_waiting.extract(id)) waiting.mapped().reply(answer);
   };
   const auto failed = [this, id](const Error& why) { requestFailed(id, why); };
-  const auto happened = [this, id, event](const propertylist::Dictionary& news) {
-    if (m_waiting.contains(id)) event(news);
-  };
-  const auto sent = m_connection->run(request, m_delay.whileOwned(answered), m_delay.whileOwned(failed),
-                                      event ? Event(m_delay.whileOwned(happened)) : Event());
+  const auto sent = m_connection->run(request, m_delay.whileOwned(answered), m_delay.whileOwned(failed));
   if (const auto waiting = m_waiting.find(id); waiting != m_waiting.end()) waiting->second.request = sent;
+  if (!limit) return id;
+  m_delay(*limit, [this, id, seconds = *limit] {
+    if (m_waiting.contains(id)) breakOff(noAnswer(seconds), false);
+  });
   return id;
 }
 

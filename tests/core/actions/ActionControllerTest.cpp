@@ -142,6 +142,25 @@ TEST_F(ActionControllerTest, ACrashOfAHelperEndsAllItsRequestsAndIsShownOnce) {
   EXPECT_THAT(ended, SizeIs(5)) << "it has a new connection";
 }
 
+TEST_F(ActionControllerTest, AHelperThatHangsIsGivenUpUnlessTheUserCanCancel) {
+  (void)send("log", Action::log({}));
+  queue.runFor(HelperLink::secondsToAnswer);
+  EXPECT_THAT(ended, IsEmpty());
+  (void)send("slow", Action::unload("a", URL::file("/x/a")));
+  queue.runFor(HelperLink::secondsToAnswer - 1);
+  helpers.requests.back().reply({});
+  (void)send("hanging", Action::unload("b", URL::file("/x/b")));
+  queue.runFor(HelperLink::secondsToAnswer - 1);
+  EXPECT_THAT(ended, ElementsAre("slow done"));
+  queue.runFor(1);
+  EXPECT_THAT(ended, ElementsAre("slow done", "log failed", "hanging failed"));
+  EXPECT_THAT(interface.errors, ElementsAre(Pair("The helper hasn't answered for 10 minutes", "")));
+  EXPECT_THAT(helpers.ended, ElementsAre("action"));
+  (void)send("next", Action::unload("c", URL::file("/x/c")));
+  helpers.requests.back().reply({});
+  EXPECT_EQ(ended.back(), "next done");
+}
+
 TEST_F(ActionControllerTest, ACancelledRequestEndsAloneAndTheConnectionRemains) {
   for (const bool isPrivileged : {false, true}) {
     SCOPED_TRACE(isPrivileged);
