@@ -5,7 +5,6 @@
 #include "core/actions/ActionTexts.h"
 #include "core/actions/HelperErrors.h"
 #include "core/actions/LabelConflict.h"
-#include "core/base/Const.h"
 #include "core/catalogue/Job.h"
 #include "core/catalogue/LoginItem.h"
 #include "core/messages/Replies.h"
@@ -20,6 +19,7 @@
 #include "core/session/Shell.h"
 
 namespace mirvel {
+
 namespace {
 
 /// A test runs until it ends, and a log query takes as long as the log is long. The user can cancel both.
@@ -29,7 +29,6 @@ std::optional<double> limitOf(Action::Kind kind) {
 }
 
 }  // namespace
-
 
 ActionController::ActionController(const ActionContext& context)
     : m_context(context),
@@ -94,7 +93,6 @@ void ActionController::authorise(std::function<void(bool isGranted)> answer) {
   m_awaitingAuthorisation.push_back(std::move(answer));
   if (m_awaitingAuthorisation.size() > 1) return;  // the dialog is open already
   helpers->connectToPrivileged(
-      std::string(Const::PrivilegedHelper::version),
       m_delay.whileOwned([this](HelperConnections::Privileged privileged) { connected(std::move(privileged)); }),
       m_delay.whileOwned([this](const Error& error) {
         m_context.platform.interface.present(error);
@@ -203,7 +201,7 @@ bool ActionController::deleteConfirmed(const Job& job, const std::function<void(
   if (isOthersLabel) action->label.reset();
   if (job.kind == Kind::userAgent) return send(action);
   if (job.kind.isAgentOfEveryone() && !isOthersLabel) action->localAgentUnloadPath = job.url.text();
-  (void)sendPrivileged(action);
+  return sendPrivileged(action);
 }
 
 void ActionController::deleteLoginItem(const LoginItem& item) {
@@ -217,7 +215,7 @@ void ActionController::uninstallInternalHelpers() {
   auto action = std::make_shared<Action>(Action::Kind::Uninstall);
   action->presentError = false;
   action->cleanUp = false;
-  return sendPrivileged(action);
+  (void)sendPrivileged(action);
   m_delay(1.0, [this] { m_context.fetcher.refresh(); });  // without clean-up the reply starts no scan
 }
 
