@@ -33,9 +33,13 @@ HelperLink::Id HelperLink::run(const propertylist::Dictionary& request, Reply re
 }
 
 void HelperLink::cancel(Id id) {
-  const auto waiting = m_waiting.extract(id);
+  auto waiting = m_waiting.extract(id);
+  if (waiting) {
+    m_connection->cancel(waiting.mapped().request);
+  } else {
+    waiting = m_failing.extract(id);
+  }
   if (!waiting) return;
-  m_connection->cancel(waiting.mapped().request);
   (void)waiting.mapped().failure({.code = Error::Code::Cancelled, .message = "the request was cancelled"}, true);
 }
 
@@ -51,8 +55,10 @@ void HelperLink::breakOff(const Error& why, bool isKnown) {
     connection->invalidate();
     m_queue.post([connection] {});  // destroyed later: this may be called from one of its callbacks
   }
-  const auto waiting = std::exchange(m_waiting, {});
-  for (const auto& [id, request] : waiting) isKnown = request.failure(why, isKnown) || isKnown;
+  m_failing.merge(m_waiting);
+  while (!m_failing.empty()) {  // one request's failure may cancel another one
+    isKnown = m_failing.extract(m_failing.begin()).mapped().failure(why, isKnown) || isKnown;
+  }
 }
 
 }  // namespace mirvel

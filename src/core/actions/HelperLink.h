@@ -44,7 +44,7 @@ class HelperLink {
   void close(const Error& why) { breakOff(why, true); }
 
  private:
-  /// A request without a reply. `request` is its ID at the connection.
+  /// A request without a reply. `request` is its ID on the connection.
   struct Waiting {
     Reply reply;
     Failure failure;
@@ -58,6 +58,7 @@ class HelperLink {
   Delay m_delay;
   std::shared_ptr<HelperConnection> m_connection;
   std::map<Id, Waiting> m_waiting;
+  std::map<Id, Waiting> m_failing;  ///< of a closed connection; each still waits for the call of `failure`
   Id m_lastId = 0;
 };
 

@@ -142,6 +142,18 @@ TEST_F(ActionControllerTest, ACrashOfAHelperEndsAllItsRequestsAndIsShownOnce) {
   EXPECT_THAT(ended, SizeIs(5)) << "it has a new connection";
 }
 
+TEST_F(ActionControllerTest, WhatEndsWithACrashMayCancelOtherRequestsOfTheHelper) {
+  const auto log = Action::log({});
+  const auto unload = send("unload", Action::unload("x", URL::file("/x")));
+  unload->ended = [this, log, next = unload->ended](bool isDone) {
+    program().actions.cancel(log);
+    next(isDone);
+  };
+  (void)send("log", log);
+  helpers.requests[0].failure(died);
+  EXPECT_THAT(ended, ElementsAre("log failed", "unload failed"));
+}
+
 TEST_F(ActionControllerTest, AHelperThatHangsIsGivenUpUnlessTheUserCanCancel) {
   (void)send("log", Action::log({}));
   queue.runFor(HelperLink::secondsToAnswer);
