@@ -22,10 +22,9 @@ namespace mirvel {
 
 namespace {
 
-/// A test runs until it ends, and a log query takes as long as the log is long. The user can cancel both.
+/// Searching a long log takes its time, and the user can cancel it.
 std::optional<double> limitOf(Action::Kind kind) {
-  const bool isCancellable = kind == Action::Kind::Test || kind == Action::Kind::Log;
-  return isCancellable ? std::nullopt : std::optional(HelperLink::secondsToAnswer);
+  return kind == Action::Kind::Log ? std::nullopt : std::optional(HelperLink::secondsToAnswer);
 }
 
 }  // namespace

@@ -22,8 +22,8 @@ class HelperLink {
   /// request failed for the same reason or they cancelled this one. So a lost connection is reported once.
   using Failure = std::function<bool(const Error& why, bool isKnown)>;
 
-  /// The limit for requests that nobody can cancel. The waits of a helper for a few requests in succession, such as for
-  /// jobs that don't stop, are shorter in total.
+  /// The limit for most requests. The waits of a helper for a few requests in succession, such as for jobs that don't
+  /// stop, are shorter in total.
   static constexpr double secondsToAnswer = 600;
 
   explicit HelperLink(MainQueue& queue) : m_queue(queue), m_delay(queue) {}

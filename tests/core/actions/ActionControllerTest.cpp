@@ -154,7 +154,7 @@ TEST_F(ActionControllerTest, WhatEndsWithACrashMayCancelOtherRequestsOfTheHelper
   EXPECT_THAT(ended, ElementsAre("log failed", "unload failed"));
 }
 
-TEST_F(ActionControllerTest, AHelperThatHangsIsGivenUpUnlessTheUserCanCancel) {
+TEST_F(ActionControllerTest, AHelperThatHangsIsGivenUpButNotOneThatSearchesTheLog) {
   (void)send("log", Action::log({}));
   queue.runFor(HelperLink::secondsToAnswer);
   EXPECT_THAT(ended, IsEmpty());
