@@ -55,7 +55,7 @@ class FakeHelpers final : public HelperConnections {
   std::unique_ptr<HelperConnection> connectToAction() override {
     return canConnect ? std::make_unique<Connection>(*this, false) : nullptr;
   }
-  void connectToPrivileged(const std::string&, PrivilegedReply reply, HelperConnection::Failure failure) override {
+  void connectToPrivileged(PrivilegedReply reply, HelperConnection::Failure failure) override {
     privilegedReply = std::move(reply);
     privilegedFailure = std::move(failure);
     if (!isHandshakeHeld) authorise();

@@ -97,10 +97,9 @@ messages::RequestContent Action::content() const {
       return messages::Uninstall();
     case Kind::Log:
       return messages::Log{.query = logQuery};
-    case Kind::StartHost:
-      return messages::StartHost();
     case Kind::Quit:
-    case Kind::Subscribe:  // never sent as actions
+    case Kind::StartHost:  // this and the next are never sent as actions
+    case Kind::Subscribe:
       break;
   }
   return messages::Quit();

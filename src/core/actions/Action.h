@@ -4,9 +4,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/files/URL.h"
 #include "core/messages/Requests.h"
+
+namespace mirvel::messages {
+struct LogLine;
+}
 
 namespace mirvel {
 
@@ -43,6 +48,11 @@ class Action {
   std::string string = {};                               ///< the content of the file
   std::optional<int> mode = {};                          ///< the most permissions that a new file may get
   messages::LogQuery logQuery = {};
+
+  // Called with what a test has printed, or with the lines of the log; never after `ActionController::cancel`. May be
+  // empty.
+  std::function<void(const std::string& output)> testFinished = {};
+  std::function<void(const std::vector<messages::LogLine>& lines)> logReplyReceived = {};
   std::function<void(bool isDone)> ended = {};  ///< called once if the request was accepted for sending; may be empty
 
   /// The message for the helper. Symbolic links in `url` are resolved as far as the path exists, so that a link's

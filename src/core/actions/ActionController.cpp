@@ -5,7 +5,6 @@
 #include "core/actions/ActionTexts.h"
 #include "core/actions/HelperErrors.h"
 #include "core/actions/LabelConflict.h"
-#include "core/base/Const.h"
 #include "core/catalogue/Job.h"
 #include "core/catalogue/LoginItem.h"
 #include "core/messages/Replies.h"
@@ -20,6 +19,15 @@
 #include "core/session/Shell.h"
 
 namespace mirvel {
+
+namespace {
+
+/// Searching a long log takes its time, and the user can cancel it.
+std::optional<double> limitOf(Action::Kind kind) {
+  return kind == Action::Kind::Log ? std::nullopt : std::optional(HelperLink::secondsToAnswer);
+}
+
+}  // namespace
 
 ActionController::ActionController(const ActionContext& context)
     : m_context(context),
@@ -51,7 +59,7 @@ bool ActionController::sendPrivileged(const Action::Shared& action) {
   m_inFlight.try_emplace(action.get());  // without a link yet, so that it can be cancelled during the dialog
   authorise([this, action](bool isGranted) {
     if (!m_inFlight.contains(action.get())) return;  // cancelled while the user was asked
-    isGranted ? run(m_privileged, action) : failed(*action);
+    isGranted ? run(m_privileged, action) : end(*action, false);
   });
   return true;
 }
@@ -60,7 +68,7 @@ void ActionController::cancel(const Action::Shared& action) {
   const auto found = m_inFlight.find(action.get());
   if (found == m_inFlight.end()) return;
   const Flight flight = found->second;
-  flight.link ? flight.link->cancel(flight.id) : failed(*action);
+  flight.link ? flight.link->cancel(flight.id) : end(*action, false);
 }
 
 void ActionController::run(HelperLink& link, const Action::Shared& action) {
@@ -68,7 +76,8 @@ void ActionController::run(HelperLink& link, const Action::Shared& action) {
   const auto id = link.run(
       action->request(m_authData).write(),
       [this, action](const propertylist::Dictionary& reply) { replied(reply, *action); },
-      [this, action](const Error& error, bool isKnown) { return requestFailed(error, isKnown, *action); });
+      [this, action](const Error& error, bool isKnown) { return requestFailed(error, isKnown, *action); },
+      limitOf(action->kind));
   const auto found = m_inFlight.find(action.get());
   if (found != m_inFlight.end()) found->second.id = id;
 }
@@ -83,7 +92,6 @@ void ActionController::authorise(std::function<void(bool isGranted)> answer) {
   m_awaitingAuthorisation.push_back(std::move(answer));
   if (m_awaitingAuthorisation.size() > 1) return;  // the dialog is open already
   helpers->connectToPrivileged(
-      std::string(Const::PrivilegedHelper::version),
       m_delay.whileOwned([this](HelperConnections::Privileged privileged) { connected(std::move(privileged)); }),
       m_delay.whileOwned([this](const Error& error) {
         m_context.platform.interface.present(error);
@@ -129,24 +137,18 @@ bool ActionController::requestFailed(const Error& error, bool isKnown, const Act
   }
   const bool shows = action.presentError && !isKnown;
   if (shows) m_context.platform.interface.present(error);
-  failed(action);
-  return shows;
-}
-
-void ActionController::failed(const Action& action) {
-  if (action.kind == Action::Kind::Log) clearLog();
   end(action, false);
+  return shows;
 }
 
 void ActionController::replied(const propertylist::Dictionary& body, const Action& action) {
   const auto reply = messages::readReply(action.kind, body);
   if (!reply) return refused({}, action);  // malformed: an unknown error
   if (const auto* const error = std::get_if<HelperError>(&*reply)) return refused(*error, action);
-  const Shell& shell = m_context.shell;
   if (const auto* const output = std::get_if<messages::TestOutput>(&*reply)) {
-    if (shell.test) shell.test->testFinished(output->text);
+    if (action.testFinished) action.testFinished(output->text);
   } else if (const auto* const log = std::get_if<messages::LogLines>(&*reply)) {
-    if (shell.log) shell.log->logReplyReceived(log->lines);
+    if (action.logReplyReceived) action.logReplyReceived(log->lines);
   } else if (action.cleanUp) {
     cleanUpAfter(action);
   }
@@ -155,7 +157,7 @@ void ActionController::replied(const propertylist::Dictionary& body, const Actio
 
 void ActionController::refused(const HelperError& error, const Action& action) {
   if (action.presentError) presentHelperError(error, m_context.foundation.localize, m_context.platform.interface);
-  failed(action);
+  end(action, false);
 }
 
 void ActionController::end(const Action& action, bool isDone) {
@@ -182,10 +184,12 @@ void ActionController::wasDeleted(const URL& url) {
   if (m_context.shell.detail) m_context.shell.detail->clearDetail();
 }
 
-void ActionController::deleteConfirmed(int response, const Job& job, const Ended& ended) {
-  if (response != Interface::defaultButton) return;
-  if (job.kind == Kind::loginItemSystemPreferences) return deleteLoginItem(dynamic_cast<const LoginItem&>(job));
-  if (!canBeNamed(job.url)) return;
+bool ActionController::deleteConfirmed(const Job& job, const std::function<void(bool isDeleted)>& ended) {
+  if (job.kind == Kind::loginItemSystemPreferences) {
+    deleteLoginItem(dynamic_cast<const LoginItem&>(job));
+    return false;
+  }
+  if (!canBeNamed(job.url)) return false;
   const auto action = Action::delete_(job.url, job.name);
   action->ended = [ended, deleting = std::make_shared<Busy::Token>(m_context.deleting.begin())](bool isDeleted) {
     deleting->release();
@@ -194,12 +198,9 @@ void ActionController::deleteConfirmed(int response, const Job& job, const Ended
   // Then the disabled job was never loaded, and unloading by its label would stop the other job.
   const bool isOthersLabel = isOtherLoaded(job, m_context.catalogue.jobs());
   if (isOthersLabel) action->label.reset();
-  if (job.kind == Kind::userAgent) {
-    (void)send(action);
-    return;
-  }
+  if (job.kind == Kind::userAgent) return send(action);
   if (job.kind.isAgentOfEveryone() && !isOthersLabel) action->localAgentUnloadPath = job.url.text();
-  (void)sendPrivileged(action);
+  return sendPrivileged(action);
 }
 
 void ActionController::deleteLoginItem(const LoginItem& item) {
@@ -224,10 +225,6 @@ bool ActionController::canBeNamed(const URL& url) {
                                              .message = "the file's name isn't valid UTF-8; rename the file first",
                                              .file = url.text()});
   return false;
-}
-
-void ActionController::clearLog() {
-  if (m_context.shell.log) m_context.shell.log->clear();
 }
 
 void ActionController::showNoCommunication() {

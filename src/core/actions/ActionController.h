@@ -58,9 +58,9 @@ class ActionController {
   /// possibly before this function returns, with whether the file was written; see `SaveRun` for the state after a
   /// failure.
   void save(const std::shared_ptr<Launchd>& job, const Ended& ended = {});
-  /// Deletes a job if the response is the default button, otherwise does nothing. `ended` is called with the outcome of
-  /// the request. It isn't called if no request can be sent, nor for login items, which are removed immediately.
-  void deleteConfirmed(int response, const Job& job, const std::function<void(bool isDeleted)>& ended = {});
+  /// Deletes a job. Returns whether a request was sent; its outcome is passed to `ended`. Otherwise an error has been
+  /// shown, or the job is a login item, which is removed immediately.
+  bool deleteConfirmed(const Job& job, const std::function<void(bool isDeleted)>& ended = {});
   /// Requests the removal of helpers that were installed outside of the package.
   void uninstallInternalHelpers();
 
@@ -90,12 +90,10 @@ class ActionController {
   void endPrivilegedConnection();
   void replied(const propertylist::Dictionary& body, const Action& action);
   void refused(const HelperError& error, const Action& action);
-  void failed(const Action& action);
   bool requestFailed(const Error& error, bool isKnown, const Action& action);
   void end(const Action& action, bool isDone);
   void cleanUpAfter(const Action& action);
   void wasDeleted(const URL& url);
-  void clearLog();
 
   void askAboutLabel(const std::shared_ptr<Launchd>& job, const Job& other, const std::string& label,
                      const Ended& ended);

@@ -1,11 +1,21 @@
 #include "core/actions/HelperLink.h"
 
+#include <string>
 #include <utility>
 
 namespace mirvel {
 
+namespace {
+
+Error noAnswer(double seconds) {
+  return {.code = Error::Code::HungUp,
+          .message = "the helper hasn't answered for " + std::to_string(static_cast<int>(seconds / 60)) + " minutes"};
+}
+
+}  // namespace
+
 HelperLink::Id HelperLink::run(const propertylist::Dictionary& request, Reply reply, Failure failure,
-                               const Event& event) {
+                               std::optional<double> limit) {
   const Id id = ++m_lastId;  // unique across all connections that the link will have
   m_waiting.emplace(id, Waiting{std::move(reply), std::move(failure)});
   const auto answered = [this, id](const propertylist::Dictionary& answer) {
@@ -13,19 +23,23 @@ HelperLink::Id HelperLink::run(const propertylist::Dictionary& request, Reply re
     if (const auto waiting = m_waiting.extract(id)) waiting.mapped().reply(answer);
   };
   const auto failed = [this, id](const Error& why) { requestFailed(id, why); };
-  const auto happened = [this, id, event](const propertylist::Dictionary& news) {
-    if (m_waiting.contains(id)) event(news);
-  };
-  const auto sent = m_connection->run(request, m_delay.whileOwned(answered), m_delay.whileOwned(failed),
-                                      event ? Event(m_delay.whileOwned(happened)) : Event());
+  const auto sent = m_connection->run(request, m_delay.whileOwned(answered), m_delay.whileOwned(failed));
   if (const auto waiting = m_waiting.find(id); waiting != m_waiting.end()) waiting->second.request = sent;
+  if (!limit) return id;
+  m_delay(*limit, [this, id, seconds = *limit] {
+    if (m_waiting.contains(id)) breakOff(noAnswer(seconds), false);
+  });
   return id;
 }
 
 void HelperLink::cancel(Id id) {
-  const auto waiting = m_waiting.extract(id);
+  auto waiting = m_waiting.extract(id);
+  if (waiting) {
+    m_connection->cancel(waiting.mapped().request);
+  } else {
+    waiting = m_failing.extract(id);
+  }
   if (!waiting) return;
-  m_connection->cancel(waiting.mapped().request);
   (void)waiting.mapped().failure({.code = Error::Code::Cancelled, .message = "the request was cancelled"}, true);
 }
 
@@ -41,8 +55,10 @@ void HelperLink::breakOff(const Error& why, bool isKnown) {
     connection->invalidate();
     m_queue.post([connection] {});  // destroyed later: this may be called from one of its callbacks
   }
-  const auto waiting = std::exchange(m_waiting, {});
-  for (const auto& [id, request] : waiting) isKnown = request.failure(why, isKnown) || isKnown;
+  m_failing.merge(m_waiting);
+  while (!m_failing.empty()) {  // one request's failure may cancel another one
+    isKnown = m_failing.extract(m_failing.begin()).mapped().failure(why, isKnown) || isKnown;
+  }
 }
 
 }  // namespace mirvel

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 
 #include "core/ports/HelperConnection.h"
 #include "core/ports/MainQueue.h"
@@ -11,15 +12,19 @@
 namespace mirvel {
 
 /// A connection to a helper, and the requests that are waiting for a reply. Each of them ends exactly once, with a
-/// reply or a failure. When the connection fails or is closed, all of them fail. Main thread only.
+/// reply or a failure. When the connection fails or is closed, or the helper doesn't answer in time, all of them fail.
+/// Main thread only.
 class HelperLink {
  public:
   using Id = std::int64_t;
   using Reply = HelperConnection::Reply;
-  using Event = HelperConnection::Event;
   /// Returns whether the user knows of the failure now. `isKnown` is true if they know already, because an earlier
   /// request failed for the same reason or they cancelled this one. So a lost connection is reported once.
   using Failure = std::function<bool(const Error& why, bool isKnown)>;
+
+  /// The limit for most requests. The waits of a helper for a few requests in succession, such as for jobs that don't
+  /// stop, are shorter in total.
+  static constexpr double secondsToAnswer = 600;
 
   explicit HelperLink(MainQueue& queue) : m_queue(queue), m_delay(queue) {}
 
@@ -28,9 +33,10 @@ class HelperLink {
   /// Whether requests can be sent. Becomes false when a request fails because of the connection.
   bool isOpen() const { return m_connection != nullptr; }
 
-  /// Sends a request; the link must be open. Neither `reply` nor `failure` is called before this returns. `event` is
-  /// called for each event that the request has subscribed to, until the request ends.
-  Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, const Event& event = {});
+  /// Sends a request; the link must be open. Neither `reply` nor `failure` is called before this returns. If there is
+  /// no reply within `limit` seconds, the connection fails: a helper that hangs won't answer other requests either.
+  Id run(const propertylist::Dictionary& request, Reply reply, Failure failure,
+         std::optional<double> limit = std::nullopt);
   /// Cancels one request, which fails with `Cancelled` before this returns. The connection and other requests are
   /// unaffected. Does nothing if the request has ended.
   void cancel(Id id);
@@ -38,7 +44,7 @@ class HelperLink {
   void close(const Error& why) { breakOff(why, true); }
 
  private:
-  /// A request without a reply. `request` is its ID at the connection.
+  /// A request without a reply. `request` is its ID on the connection.
   struct Waiting {
     Reply reply;
     Failure failure;
@@ -52,6 +58,7 @@ class HelperLink {
   Delay m_delay;
   std::shared_ptr<HelperConnection> m_connection;
   std::map<Id, Waiting> m_waiting;
+  std::map<Id, Waiting> m_failing;  ///< of a closed connection; each still waits for the call of `failure`
   Id m_lastId = 0;
 };
 

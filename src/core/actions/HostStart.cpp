@@ -18,7 +18,7 @@ HostStart::HostStart(const Platform& platform, const Localize& localize, const C
       m_catalogue(catalogue),
       m_notifications(notifications),
       m_limit(platform.mainQueue),
-      m_delay(platform.mainQueue) {}
+      m_link(platform.mainQueue) {}
 
 void HostStart::begin() {
   m_jobsUpdated = m_notifications.jobsUpdated.subscribe([this] { startIfNeeded(); });
@@ -37,19 +37,24 @@ bool HostStart::keepsFromRunning(const Job& job) const {
 void HostStart::startIfNeeded() {
   const Jobs& jobs = m_catalogue.jobs();
   const bool hasJobs = std::any_of(jobs.begin(), jobs.end(), [](const auto& job) { return isRunByHost(*job); });
-  if (m_connection || !hasJobs) return;
+  if (m_link.isOpen() || !hasJobs) return;
   // Both events can come in quick succession, and a failing start costs a process each time.
   m_limit.interval("HostStart", secondsBetweenAttempts, [this] { start(); });
 }
 
 void HostStart::start() {
   HelperConnections* const helpers = m_platform.helpers;
-  if (m_connection || !helpers) return;
-  m_connection = helpers->connectToAction();
-  if (!m_connection) return ended(ActionTexts(m_localize).couldNotEstablishCommunicationWithHelperTool());
-  m_connection->run(messages::Request{.content = messages::StartHost()}.write(),
-                    m_delay.whileOwned([this](const propertylist::Dictionary& reply) { replied(reply); }),
-                    m_delay.whileOwned([this](const Error& error) { ended(error.text()); }));
+  if (m_link.isOpen() || !helpers) return;
+  m_link.open(helpers->connectToAction());
+  if (!m_link.isOpen()) return ended(ActionTexts(m_localize).couldNotEstablishCommunicationWithHelperTool());
+  (void)m_link.run(
+      messages::Request{.content = messages::StartHost()}.write(),
+      [this](const propertylist::Dictionary& reply) { replied(reply); },
+      [this](const Error& error, bool) {
+        ended(error.text());
+        return true;
+      },
+      HelperLink::secondsToAnswer);
 }
 
 void HostStart::replied(const propertylist::Dictionary& body) {
@@ -61,8 +66,7 @@ void HostStart::replied(const propertylist::Dictionary& body) {
 }
 
 void HostStart::ended(std::optional<std::string> failure) {
-  // Destroyed later: this may be called from one of the connection's callbacks.
-  m_platform.mainQueue.post([old = std::shared_ptr<HelperConnection>(std::move(m_connection))] {});
+  m_link.close({.code = Error::Code::Cancelled, .message = "the connection isn't needed any more"});
   if (failure == m_failure) return;
   m_failure = std::move(failure);
   m_notifications.hostChanged.post();

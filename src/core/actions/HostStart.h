@@ -1,12 +1,11 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 
+#include "core/actions/HelperLink.h"
 #include "core/base/Signal.h"
 #include "core/catalogue/Job.h"
-#include "core/ports/HelperConnection.h"
 #include "core/ports/MainQueue.h"
 
 namespace mirvel {
@@ -48,9 +47,8 @@ class HostStart {
   const Catalogue& m_catalogue;
   Notifications& m_notifications;
   Limit m_limit;
-  Delay m_delay;
   Subscription m_jobsUpdated, m_statusChanged;
-  std::unique_ptr<HelperConnection> m_connection;  ///< only while waiting for a reply; saves use another one
+  HelperLink m_link;  ///< open only while waiting for a reply; saves use another one
   std::optional<std::string> m_failure;
 };
 

@@ -33,28 +33,34 @@ void JobDeletion::confirm(const std::shared_ptr<Job>& job) {
                                   });
 }
 
-/// An edit or a save may have started while the sheet was open.
+/// An edit or a save may have started while the user was asked.
 void JobDeletion::confirmed(const std::shared_ptr<Job>& job) {
-  if (canDelete(*job)) return deleteAndKeep(job);
-  const Localize& localize = m_foundation.localize;
-  m_platform.interface.error(ActionTexts(localize).couldntBeDeleted(job->name),
-                             ActionTexts(localize).saveOrDiscardFirst());
+  if (!canDelete(*job)) {
+    const Localize& localize = m_foundation.localize;
+    return m_platform.interface.error(ActionTexts(localize).couldntBeDeleted(job->name),
+                                      ActionTexts(localize).saveOrDiscardFirst());
+  }
+  if (!DeletedJobs::canKeep(job->kind) || !propertylist::isUtf8(job->url.text())) return deleteWithoutKeeping(*job);
+  if (job->kind == Kind::userAgent || m_actions.isAuthorised()) return keepAndDelete(job);
+  // The password comes first, so that no copy of a job that isn't deleted is left behind.
+  m_actions.authorise([this, job](bool isGranted) {
+    if (isGranted) confirmed(job);
+  });
 }
 
-void JobDeletion::deleteAndKeep(const std::shared_ptr<Job>& job) {
-  if (!DeletedJobs::canKeep(job->kind) || !propertylist::isUtf8(job->url.text())) return deleteWithoutKeeping(*job);
+void JobDeletion::keepAndDelete(const std::shared_ptr<Job>& job) {
   const auto kept = m_deletedJobs.keep(*job);
   if (!kept) return askToDeleteAnyway(job, kept.error());
   const bool isUsers = job->kind == Kind::userAgent;
-  m_actions.deleteConfirmed(Interface::defaultButton, *job,
-                            [this, isUsers, url = job->url, id = *kept](bool isDeleted) {
-                              // The file may be gone although the request failed. Then the copy is the last one.
-                              if (isDeleted || !isPresent(url)) return;
-                              // Without a connection there was no answer, and the helper may still delete the file. So
-                              // the copy is kept; it is listed as soon as the file is gone.
-                              const bool isAnswered = isUsers ? m_actions.isConnected() : m_actions.isAuthorised();
-                              if (isAnswered) m_deletedJobs.forget(id);
-                            });
+  const bool isSent = m_actions.deleteConfirmed(*job, [this, isUsers, url = job->url, id = *kept](bool isDeleted) {
+    // The file may be gone although the request failed. Then the copy is the last one.
+    if (isDeleted || !isPresent(url)) return;
+    // Without a connection there was no answer, and the helper may still delete the file. So the copy is kept; it is
+    // listed as soon as the file is gone.
+    const bool isAnswered = isUsers ? m_actions.isConnected() : m_actions.isAuthorised();
+    if (isAnswered) m_deletedJobs.forget(id);
+  });
+  if (!isSent) m_deletedJobs.forget(*kept);
 }
 
 void JobDeletion::askToDeleteAnyway(const std::shared_ptr<Job>& job, const Error& reason) {
@@ -71,7 +77,7 @@ void JobDeletion::askToDeleteAnyway(const std::shared_ptr<Job>& job, const Error
 }
 
 void JobDeletion::deleteWithoutKeeping(const Job& job) {
-  m_actions.deleteConfirmed(Interface::defaultButton, job);
+  (void)m_actions.deleteConfirmed(job);  // has shown why no request was sent
 }
 
 std::string JobDeletion::consequence(const Job& job) const {

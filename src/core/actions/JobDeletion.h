@@ -16,7 +16,8 @@ struct Foundation;
 struct Platform;
 struct Shell;
 
-/// Deletes jobs after asking the user, and keeps their files so that they can be restored. Main thread only.
+/// Deletes jobs after asking the user, and keeps their files so that they can be restored. If a file can't be kept the
+/// user is asked again first. Main thread only.
 class JobDeletion {
  public:
   /// All must outlive this object.
@@ -36,13 +37,12 @@ class JobDeletion {
   /// Asks whether to delete the job, in a sheet in which Return doesn't delete, and deletes it if the user agrees. Does
   /// nothing for null, or without a main window.
   void confirm(const std::shared_ptr<Job>& job);
-  /// Keeps the job's file, and deletes the job. If the file can't be kept the user is asked again first.
-  void deleteAndKeep(const std::shared_ptr<Job>& job);
   /// The text of the question: until when the job can be restored, or that it can't be.
   std::string consequence(const Job& job) const;
 
  private:
   void confirmed(const std::shared_ptr<Job>& job);
+  void keepAndDelete(const std::shared_ptr<Job>& job);
   void askToDeleteAnyway(const std::shared_ptr<Job>& job, const Error& reason);
   void deleteWithoutKeeping(const Job& job);
 

@@ -184,8 +184,14 @@ bool SaveRun::isWritten() const {
   return jobBytes(m_plan.to) == m_plan.text;
 }
 
+/// Whether the next start has nothing to undo of a failed move: it can only delete the user's file. After a move out of
+/// the user's folder, that is the original, and the user has been told that root's file is there too.
+bool SaveRun::isUndone() const {
+  return m_job->kind != Kind::userAgent || isGone(m_plan.to);
+}
+
 void SaveRun::finish(bool isWritten) {
-  if (m_isRecorded) {
+  if (m_isRecorded && (isWritten || isUndone())) {
     const auto ended = m_actions.moves().end(m_job->kind == Kind::userAgent ? m_plan.to : m_plan.from);
     if (!ended) m_context.platform.interface.present(ended.error());
   }

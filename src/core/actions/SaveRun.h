@@ -57,6 +57,7 @@ class SaveRun final : public std::enable_shared_from_this<SaveRun> {
   void restoreEdit();
   void endEdit();
   bool isWritten() const;
+  bool isUndone() const;
 
   ActionController& m_actions;
   const ActionContext& m_context;

@@ -26,8 +26,6 @@ class AppDelegate {
   /// settings, and updates are looked for. Folder changes are then coalesced to at most one scan per second, and
   /// ignored while the user is being asked whether to quit.
   void applicationDidFinishLaunching();
-  /// Closing the last window always quits.
-  static constexpr bool applicationShouldTerminateAfterLastWindowClosed() { return true; }
   /// To be called before an update is installed. Switches the background agent off.
   void updateWillInstall();
 

@@ -59,7 +59,19 @@ bool Termination::waitsForHelper() {
   if (!m_isWaiting || isSecondCall) return false;
   m_saved = m_saving.changed().subscribe([this] { quitAfterHelper(); });
   m_deleted = m_deleting.changed().subscribe([this] { quitAfterHelper(); });
+  m_delay(1, [this] { tellWhatQuittingWaitsFor(); });
   return true;
+}
+
+void Termination::tellWhatQuittingWaitsFor() {
+  if (!m_isWaiting) return;
+  m_mainWindow.askWhileQuittingWaits(m_delay.whileOwned([this](bool quitsNow) {
+    if (!quitsNow) {
+      m_isWaiting = m_endsUnasked = false;
+    } else if (m_shell.terminate) {
+      m_shell.terminate();
+    }
+  }));
 }
 
 void Termination::quitAfterHelper() {

@@ -21,6 +21,7 @@ class Termination {
 
   /// Returns whether the application may quit now. If it may not:
   /// - While a save or deletion is in progress, the application quits once that has ended; a second call doesn't wait.
+  ///   If it takes longer than a second, the user is told, and can quit at once or cancel.
   /// - If there are unsaved changes, the user is asked about them, and the application quits if they may be discarded.
   /// - After a signal, if the edit can't be kept completely as a draft, the user is asked too.
   bool applicationShouldTerminate();
@@ -33,6 +34,7 @@ class Termination {
  private:
   bool isHelperAtWork() const;
   bool waitsForHelper();
+  void tellWhatQuittingWaitsFor();
   void quitAfterHelper();
 
   const Shell& m_shell;

@@ -32,11 +32,6 @@ inline constexpr std::string_view jobScheme = "mirvel";
 /// Between a title and a detail.
 inline constexpr std::string_view separator = " \u2013 ";
 
-namespace PrivilegedHelper {
-/// Application and helper must have the same version.
-inline constexpr std::string_view version = "app.mirvel.privileged.1";
-}  // namespace PrivilegedHelper
-
 namespace AppName {
 inline constexpr std::string_view mirvel = "Mirvel";
 inline constexpr std::string_view systemPreferences = "System Settings";

@@ -91,6 +91,17 @@ void MainWindowController::askBeforeQuitting() {
   m_isTerminating = true;
 }
 
+void MainWindowController::askWhileQuittingWaits(std::function<void(bool quitsNow)> answer) {
+  const Localize& localize = m_foundation.localize;
+  m_platform.interface.beginSheet(
+      {.message = WindowTexts(localize).jobIsBeingSavedOrDeleted(),
+       .informativeText = WindowTexts(localize).itMayRemainIncomplete(),
+       .defaultTitle = localize.cancel(),
+       .alternateTitle = WindowTexts(localize).quitNow(),
+       .safeButton = Interface::defaultButton},
+      [answer = std::move(answer)](int button) { answer(button == Interface::alternateButton); });
+}
+
 void MainWindowController::answerUnsavedChanges(int button) {
   if (button != Interface::alternateButton) {
     m_isTerminating = false;

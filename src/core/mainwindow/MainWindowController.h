@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "core/base/Signal.h"
@@ -34,6 +35,9 @@ class MainWindowController {
   void askBeforeQuitting();
   /// True from `askBeforeQuitting` until the user keeps the changes.
   bool isTerminating() const { return m_isTerminating; }
+  /// Says, in a sheet, that quitting waits for a save or deletion, and asks whether to quit without waiting or not to
+  /// quit.
+  void askWhileQuittingWaits(std::function<void(bool quitsNow)> answer);
   /// Whether the desktop session may end now. Asks about unsaved changes and waits for the answer.
   bool sessionMayEnd();
   /// Changes the setting that shows the jobs of the system, and scans.

@@ -27,6 +27,10 @@ class WindowTexts : public Texts {
   std::string grid() const { return text("Grid"); }
   std::string info() const { return text("Info"); }
   std::string jobs() const { return text("Jobs"); }
+  std::string itMayRemainIncomplete() const {
+    return text("Mirvel quits as soon as this has ended. If you quit now, it may remain incomplete.");
+  }
+  std::string jobIsBeingSavedOrDeleted() const { return text("A job is still being saved or deleted"); }
   std::string jobsDontRun(const std::string& reason) const { return format("Your jobs aren’t running: %@", {reason}); }
   std::string list() const { return text("List"); }
   std::string log() const { return text("Log"); }
@@ -34,6 +38,7 @@ class WindowTexts : public Texts {
   std::string mode() const { return text("Mode"); }
   std::string notEditable() const { return text("Not editable"); }
   std::string open() const { return text("Open"); }
+  std::string quitNow() const { return text("Quit Now"); }
   std::string relaunch() const { return text("Relaunch"); }
   std::string revisionsAreEarlierContents() const {
     return text(

@@ -69,11 +69,9 @@ class HelperConnections {
 
   /// Connects to the helper that acts as the user, and starts it if necessary. Null on failure.
   virtual std::unique_ptr<HelperConnection> connectToAction() = 0;
-  /// Starts the helper that acts as root; the user may be asked for a password. `label` identifies the helper and its
-  /// version. Exactly one of the callbacks is called, once and asynchronously: `reply` with the outcome, or `failure`
-  /// if the authorisation couldn't be requested.
-  virtual void connectToPrivileged(const std::string& label, PrivilegedReply reply,
-                                   HelperConnection::Failure failure) = 0;
+  /// Starts the helper that acts as root; the user may be asked for a password. Exactly one of the callbacks is called,
+  /// once and asynchronously: `reply` with the outcome, or `failure` if the authorisation couldn't be requested.
+  virtual void connectToPrivileged(PrivilegedReply reply, HelperConnection::Failure failure) = 0;
 };
 
 }  // namespace mirvel

@@ -34,12 +34,12 @@ class CurrentMode {
   /// Shows other jobs, filtered.
   void update(const Jobs& jobs);
 
-  /// Marks the selected job in the view. The details don't change.
-  void markSelected() const;
   /// Selects a job and marks it in the view. It may be new, and not in the catalogue yet.
   void select(const std::shared_ptr<Job>& job) const;
 
  private:
+  /// The details don't change.
+  void markSelected() const;
   void keepSelection() const;
 
   const Shell& m_shell;

@@ -95,7 +95,9 @@ void Fetcher::replaceJobs(Jobs jobs) {
   m_currentMode.update(jobs);
   auto old = std::make_shared<Jobs>(m_catalogue.publish(std::move(jobs)));
   followMovedSelection(*old);
-  jobsDidUpdate();
+  reconcileSelection();
+  matchIcons();
+  m_notifications.jobsUpdated.post();
   // Destroying ten thousand jobs would block the main thread noticeably.
   m_platform.fetchQueue.add([old = std::move(old)]() mutable { old.reset(); });
 }
@@ -104,12 +106,6 @@ void Fetcher::followMovedSelection(const Jobs& old) {
   const auto selected = m_selection.job();
   const auto moved = selected ? findMoved(*selected, old, m_catalogue.jobs()) : nullptr;
   if (moved) selected->url = moved->url;
-}
-
-void Fetcher::jobsDidUpdate() {
-  reconcileSelection();
-  matchIcons();
-  m_notifications.jobsUpdated.post();
 }
 
 void Fetcher::reconcileSelection() {

@@ -37,16 +37,14 @@ class Fetcher {
   void refresh();
   /// Whether any scan has been completed.
   bool hasScanned() const { return m_hasScanned; }
-  /// Replaces the catalogue: shows the jobs in the current mode, filtered, and updates the selection.
-  void replaceJobs(Jobs jobs);
-  /// To be called after the catalogue has been replaced: finds the selected job in it or clears the selection, assigns
-  /// custom icons, and posts `jobsUpdated`.
-  void jobsDidUpdate();
 
  private:
   void scanningChanged();
   /// Runs on the main thread when a scan has ended.
   void publish(FetchOperation& operation);
+  /// Shows the jobs in the current mode, filtered, finds the selected job in them, assigns custom icons, and posts
+  /// `jobsUpdated`.
+  void replaceJobs(Jobs jobs);
   /// Lets the selection follow a file that another program has moved; see `findMoved`.
   void followMovedSelection(const Jobs& old);
   /// Selects the new object for the selected job, or nothing if the job has disappeared.

@@ -4,15 +4,10 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <vector>
 
 #include "core/files/URL.h"
 #include "core/session/DetailType.h"
 #include "core/session/Mode.h"
-
-namespace mirvel::messages {
-struct LogLine;
-}
 
 namespace mirvel {
 
@@ -50,32 +45,6 @@ class MainWindowType {
   virtual void showAbout() = 0;
 };
 
-/// A view that waits for the output of a test run.
-class TestType {
- public:
-  TestType() = default;
-  virtual ~TestType() = default;
-  TestType(const TestType&) = delete;
-  TestType& operator=(const TestType&) = delete;
-
-  /// The test run has ended. `output` is everything it has printed.
-  virtual void testFinished(const std::string& output) = 0;
-};
-
-/// A view that shows the log of a job.
-class LogType {
- public:
-  LogType() = default;
-  virtual ~LogType() = default;
-  LogType(const LogType&) = delete;
-  LogType& operator=(const LogType&) = delete;
-
-  /// The query has been answered; the oldest line comes first.
-  virtual void logReplyReceived(const std::vector<messages::LogLine>& lines) = 0;
-  /// The query has failed or been cancelled.
-  virtual void clear() = 0;
-};
-
 /// The parts of the shell that the core can reach. Components register themselves here and unregister in their
 /// destructor; members are null or empty while there is no such component, and notifications to it are dropped. For the
 /// main thread.
@@ -84,8 +53,6 @@ struct Shell {
   DetailType* detail = nullptr;
   EditType* edit = nullptr;
   MainWindowType* mainWindow = nullptr;
-  TestType* test = nullptr;
-  LogType* log = nullptr;
   std::map<Sheet, std::function<void()>> sheets;      ///< open a sheet; only for the sheets that can be opened
   std::function<void()> importJob;                    ///< asks for the file to import
   std::function<void()> exportJob;                    ///< asks for the file to write

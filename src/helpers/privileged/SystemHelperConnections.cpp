@@ -69,8 +69,7 @@ std::unique_ptr<HelperConnection> SystemHelperConnections::connectToAction() {
   return connection ? *std::move(connection) : nullptr;
 }
 
-void SystemHelperConnections::connectToPrivileged(const std::string& /*label*/, PrivilegedReply reply,
-                                                  HelperConnection::Failure failure) {
+void SystemHelperConnections::connectToPrivileged(PrivilegedReply reply, HelperConnection::Failure failure) {
   const HelperPrograms& programs = m_setup.programs;
   auto start = PrivilegedStart::begin(programs.elevation, programs.privileged, programs.privilegedArguments, m_reaper);
   if (start) return wait(*start, reply, failure);

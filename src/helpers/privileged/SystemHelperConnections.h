@@ -44,8 +44,7 @@ class SystemHelperConnections final : public HelperConnections {
   ~SystemHelperConnections() override;
 
   std::unique_ptr<HelperConnection> connectToAction() override;
-  /// Ignores the label, because the helper is installed with the application and always has its version.
-  void connectToPrivileged(const std::string& label, PrivilegedReply reply, HelperConnection::Failure failure) override;
+  void connectToPrivileged(PrivilegedReply reply, HelperConnection::Failure failure) override;
 
  private:
   void wait(const std::shared_ptr<PrivilegedStart>& start, const PrivilegedReply& reply,

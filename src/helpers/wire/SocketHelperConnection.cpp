@@ -125,6 +125,7 @@ SocketHelperConnection::SocketHelperConnection(FileDescriptor socket, MainQueue&
 }
 
 SocketHelperConnection::~SocketHelperConnection() {
+  m_requests->refuse(hungUp());
   m_requests->forget();
   close();
 }
@@ -228,9 +229,11 @@ void SocketHelperConnection::post(Frame frame) {
   if (isEvent) ++m_waitingEvents;
   m_queue.post([this, isEvent, listeners = m_listeners, frame = std::move(frame)] {
     const auto requests = listeners.lock();
-    if (!requests) return;  // the connection has been destroyed
+    // Destroyed connections are broken too: a callback that is running, and has destroyed its connection before it
+    // showed an alert, still owns the requests.
+    if (!requests || requests->brokenBy()) return;
     if (isEvent && m_waitingEvents-- == mostEvents) wake();
-    if (!requests->brokenBy() && !requests->deliver(frame)) requests->failAll(unexpectedFrame());
+    if (!requests->deliver(frame)) requests->failAll(unexpectedFrame());
   });
 }
 

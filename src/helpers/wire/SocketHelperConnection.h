@@ -19,8 +19,8 @@ namespace mirvel::wire {
 ///
 /// A peer that hangs up or breaks the rules is disconnected: all pending requests fail, and so does every later one.
 /// The rules are those of `FrameReader`, and that each answer and event belongs to a pending request. There is no
-/// time-out: a request stays pending until it is answered, cancelled, or the connection ends. While `mostEvents` events
-/// wait for the main thread, nothing more is received.
+/// time-out (see `HelperLink`): a request stays pending until it is answered, cancelled, or the connection ends. While
+/// `mostEvents` events wait for the main thread, nothing more is received.
 class SocketHelperConnection final : public HelperConnection {
  public:
   /// The queue must outlive the connection. `ended` is called once, on any thread, when the socket has been closed.

@@ -268,7 +268,7 @@ TEST_F(ActionControllerSaveTest, AJobThatCantBeSavedIsRefusedBeforeAnyRequest) {
     EXPECT_EQ(job->url.text(), before);
     EXPECT_FALSE(program().saving.isBusy());
   }
-  program().actions.deleteConfirmed(Interface::defaultButton, *notUtf8);
+  program().actions.deleteConfirmed(*notUtf8);
   EXPECT_THAT(asked(), IsEmpty());
   EXPECT_THAT(program().revisions.revisions(), testing::SizeIs(0));
   ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
@@ -306,9 +306,7 @@ TEST_F(ActionControllerSaveTest, DeletionAsksTheHelperOfTheKindAndClearsTheSelec
   for (const auto& row : table) {
     const auto job = jobOf(row.kind, row.kind, false, true);
     program().selection.select(job);
-    program().actions.deleteConfirmed(Interface::alternateButton, *job);
-    EXPECT_THAT(asked(), IsEmpty());
-    program().actions.deleteConfirmed(Interface::defaultButton, *job);
+    program().actions.deleteConfirmed(*job);
     EXPECT_EQ(asked(), row.requests);
     answerLast();
     queue.runDue();
@@ -330,7 +328,7 @@ TEST_F(ActionControllerSaveTest, TheReplyToADeletionAffectsTheDeletedJobOnly) {
   for (const Row& row :
        {Row{"other", true, true}, Row{"other", false, true}, Row{"job", true, true}, Row{"job", false, false}}) {
     program().selection.select(jobNamed(row.selected));
-    program().actions.deleteConfirmed(Interface::defaultButton, *deleted);
+    program().actions.deleteConfirmed(*deleted);
     program().editing.setUnsavedChanges(row.hasUnsavedChanges);
     shell.events.clear();
     answerLast();
@@ -346,14 +344,14 @@ TEST_F(ActionControllerSaveTest, TheGivenLoginItemIsDeletedWhateverIsSelected) {
   scan();
   const Jobs jobs = program().catalogue.jobs();
   program().selection.select(jobNamed("a"));
-  program().actions.deleteConfirmed(Interface::defaultButton, *jobs.at(2));
+  program().actions.deleteConfirmed(*jobs.at(2));
   EXPECT_THAT(asked(), IsEmpty());
   settle();
   EXPECT_THAT(names(program().catalogue.jobs()), ElementsAre("a", "b"));
   EXPECT_EQ(jobNamed("b")->run(), "/not \xff UTF-8");
 
   loginItems.removalFailure = Error{.code = Error::Code::NotPermitted, .message = "can't delete", .file = "/a"};
-  program().actions.deleteConfirmed(Interface::defaultButton, *jobs.at(0));
+  program().actions.deleteConfirmed(*jobs.at(0));
   EXPECT_EQ(interface.errors.size(), 1U);
 }
 

@@ -24,8 +24,10 @@ class ActionControllerTest : public testdata::ProgramFixture {
     program().actions.save(job);
     return job;
   }
-  /// Sends an action whose end is recorded as "name done" or "name failed".
+  /// Sends an action whose outcome is recorded as "name log" or "name output", and "name done" or "name failed".
   Action::Shared send(const std::string& name, const Action::Shared& action, bool isPrivileged = false) {
+    action->logReplyReceived = [this, name](const auto&) { ended.push_back(name + " log"); };
+    action->testFinished = [this, name](const auto&) { ended.push_back(name + " output"); };
     action->ended = [this, name](bool isDone) { ended.push_back(name + (isDone ? " done" : " failed")); };
     ActionController& actions = program().actions;
     EXPECT_TRUE(isPrivileged ? actions.sendPrivileged(action) : actions.send(action));
@@ -140,6 +142,37 @@ TEST_F(ActionControllerTest, ACrashOfAHelperEndsAllItsRequestsAndIsShownOnce) {
   EXPECT_THAT(ended, SizeIs(5)) << "it has a new connection";
 }
 
+TEST_F(ActionControllerTest, WhatEndsWithACrashMayCancelOtherRequestsOfTheHelper) {
+  const auto log = Action::log({});
+  const auto unload = send("unload", Action::unload("x", URL::file("/x")));
+  unload->ended = [this, log, next = unload->ended](bool isDone) {
+    program().actions.cancel(log);
+    next(isDone);
+  };
+  (void)send("log", log);
+  helpers.requests[0].failure(died);
+  EXPECT_THAT(ended, ElementsAre("log failed", "unload failed"));
+}
+
+TEST_F(ActionControllerTest, AHelperThatHangsIsGivenUpButNotOneThatSearchesTheLog) {
+  (void)send("log", Action::log({}));
+  queue.runFor(HelperLink::secondsToAnswer);
+  EXPECT_THAT(ended, IsEmpty());
+  (void)send("slow", Action::unload("a", URL::file("/x/a")));
+  queue.runFor(HelperLink::secondsToAnswer - 1);
+  helpers.requests.back().reply({});
+  (void)send("hanging", Action::unload("b", URL::file("/x/b")));
+  queue.runFor(HelperLink::secondsToAnswer - 1);
+  EXPECT_THAT(ended, ElementsAre("slow done"));
+  queue.runFor(1);
+  EXPECT_THAT(ended, ElementsAre("slow done", "log failed", "hanging failed"));
+  EXPECT_THAT(interface.errors, ElementsAre(Pair("The helper hasn't answered for 10 minutes", "")));
+  EXPECT_THAT(helpers.ended, ElementsAre("action"));
+  (void)send("next", Action::unload("c", URL::file("/x/c")));
+  helpers.requests.back().reply({});
+  EXPECT_EQ(ended.back(), "next done");
+}
+
 TEST_F(ActionControllerTest, ACancelledRequestEndsAloneAndTheConnectionRemains) {
   for (const bool isPrivileged : {false, true}) {
     SCOPED_TRACE(isPrivileged);
@@ -160,7 +193,7 @@ TEST_F(ActionControllerTest, ACancelledRequestEndsAloneAndTheConnectionRemains) 
     EXPECT_THAT(interface.errors, IsEmpty());
     (void)send("next", Action::log({}), isPrivileged);
     helpers.requests.back().reply({{"logQuery", propertylist::Array{}}});
-    EXPECT_EQ(ended.back(), "next done");
+    EXPECT_THAT(ended, ElementsAre("first failed", "save done", "last failed", "next log", "next done"));
   }
 }
 
@@ -185,32 +218,22 @@ TEST_F(ActionControllerTest, ARequestThatCannotBeSentFailsAlone) {
 }
 
 TEST_F(ActionControllerTest, AMalformedReplyEndsTheAction) {
-  struct Log final : LogType {
-    int lines = 0, clears = 0;
-    void logReplyReceived(const std::vector<messages::LogLine>&) override { ++lines; }
-    void clear() override { ++clears; }
-  } log;
-  struct Test final : TestType {
-    int outputs = 0;
-    void testFinished(const std::string&) override { ++outputs; }
-  } test;
-  program().shell.log = &log;
-  program().shell.test = &test;
+  using Ended = std::vector<std::string>;
   const struct {
     Action::Kind kind;
     Dictionary reply;
-    bool isDone;
+    Ended expected;
   } table[] = {
-      {Action::Kind::Unload, {}, true},
-      {Action::Kind::Unload, {{"error", "no dictionary"}}, false},
-      {Action::Kind::Unload, {{"error", propertylist::Array{}}}, false},
-      {Action::Kind::Log, {{"logQuery", propertylist::Array{}}}, true},
-      {Action::Kind::Log, {}, false},
-      {Action::Kind::Log, {{"logQuery", "lines"}}, false},
-      {Action::Kind::Log, {{"error", false}, {"logQuery", propertylist::Array{}}}, false},
-      {Action::Kind::Test, {{"test", "output"}}, true},
-      {Action::Kind::Test, {}, false},
-      {Action::Kind::Test, {{"test", 1}}, false},
+      {Action::Kind::Unload, {}, {"a done"}},
+      {Action::Kind::Unload, {{"error", "no dictionary"}}, {"a failed"}},
+      {Action::Kind::Unload, {{"error", propertylist::Array{}}}, {"a failed"}},
+      {Action::Kind::Log, {{"logQuery", propertylist::Array{}}}, {"a log", "a done"}},
+      {Action::Kind::Log, {}, {"a failed"}},
+      {Action::Kind::Log, {{"logQuery", "lines"}}, {"a failed"}},
+      {Action::Kind::Log, {{"error", false}, {"logQuery", propertylist::Array{}}}, {"a failed"}},
+      {Action::Kind::Test, {{"test", "output"}}, {"a output", "a done"}},
+      {Action::Kind::Test, {}, {"a failed"}},
+      {Action::Kind::Test, {{"test", 1}}, {"a failed"}},
   };
   for (const auto& row : table) {
     interface.errors.clear();
@@ -218,14 +241,9 @@ TEST_F(ActionControllerTest, AMalformedReplyEndsTheAction) {
     ended.clear();
     (void)send("a", std::make_shared<Action>(row.kind));
     helpers.requests.back().reply(row.reply);
-    EXPECT_THAT(ended, ElementsAre(row.isDone ? "a done" : "a failed"));
-    EXPECT_THAT(interface.errors, SizeIs(row.isDone ? 0 : 1));
+    EXPECT_EQ(ended, row.expected);
+    EXPECT_THAT(interface.errors, SizeIs(row.expected.back() == "a done" ? 0 : 1));
   }
-  EXPECT_EQ(log.lines, 1);
-  EXPECT_EQ(log.clears, 3);
-  EXPECT_EQ(test.outputs, 1);
-  program().shell.log = nullptr;
-  program().shell.test = nullptr;
 }
 
 TEST_F(ActionControllerTest, QuittingClosesThePrivilegedConnectionAndAsksAboutTheEdit) {

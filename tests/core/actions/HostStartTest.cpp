@@ -105,7 +105,7 @@ TEST_F(HostStartTest, AFailedStartIsTriedAgainWhenTheUserComesBackButNotTooOften
   EXPECT_EQ(mark("mine"), "Enabled");
 }
 
-TEST_F(HostStartTest, AHelperThatIsMissingCrashesOrSendsNonsenseIsAFailure) {
+TEST_F(HostStartTest, AHelperThatIsMissingCrashesSendsNonsenseOrHangsIsAFailure) {
   (void)writeJob(Kind::userAgent, "mine");
   begin();
   helpers.canConnect = false;
@@ -122,6 +122,9 @@ TEST_F(HostStartTest, AHelperThatIsMissingCrashesOrSendsNonsenseIsAFailure) {
   comeBack();
   answer({{"error", "no dictionary"}});
   EXPECT_EQ(program().hostStart.failure(), "An unknown error occurred");
+  comeBack();
+  queue.runFor(HostStart::secondsBetweenAttempts + HelperLink::secondsToAnswer);
+  EXPECT_EQ(program().hostStart.failure(), "the helper hasn't answered for 10 minutes");
 }
 
 }  // namespace

@@ -106,7 +106,7 @@ TEST_F(LabelConflictTest, ACopyThatIsDeletedDoesntStopTheOtherJob) {
     const auto copy = program().catalogue.jobAt(URL::file(path(Kind::localAgent, "copy.plist")));
     ASSERT_TRUE(copy);
     helpers.requests.clear();
-    program().actions.deleteConfirmed(Interface::defaultButton, *copy);
+    program().actions.deleteConfirmed(*copy);
     helpers.requests.at(0).reply({});
     EXPECT_EQ(helpers.requests.at(0).body.find("label") != nullptr, !isOtherThere);
     EXPECT_THAT(helpers.requests, SizeIs(isOtherThere ? 1 : 2)) << "the agent is unloaded";

@@ -101,6 +101,33 @@ TEST_F(MoveJournalTest, AnInterruptedMoveIsCompletedOrUndoneByTheNextStart) {
   }
 }
 
+/// The new file is deleted at the next start, unless it has been changed since.
+TEST_F(MoveJournalTest, AFailedRollbackOfAMoveToTheUsersFolderIsCompletedByTheNextStart) {
+  const propertylist::Dictionary refusal{{"error", propertylist::Dictionary{{"domain", "x"}, {"code", 1}}}};
+  for (const bool isChanged : {false, true}) {
+    moveAndEnd(Kind::localDaemon, Kind::userAgent, 0, false);
+    fs::remove(journal);
+    scan();
+    const auto job = std::dynamic_pointer_cast<Launchd>(jobNamed("job"));
+    job->kind = Kind::userAgent;
+    program().actions.save(job);
+    carryOut(helpers.requests[0]);
+    helpers.requests[0].reply({});
+    helpers.requests[1].reply(refusal);  // removes the old file
+    ASSERT_EQ(helpers.requests[2].text("deletePath"), path(Kind::userAgent, "job.plist"));
+    helpers.requests[2].reply(refusal);
+    for (std::size_t i = 3; i < helpers.requests.size(); ++i) helpers.requests[i].reply({});
+    EXPECT_FALSE(program().saving.isBusy());
+    helpers.requests.clear();
+    endProgram();
+    if (isChanged) (void)writeJob(Kind::userAgent, "job", {{"Nice", 1}});
+    EXPECT_EQ(files(), "ud");
+    EXPECT_EQ(askedAtStart(), isChanged ? std::vector<std::string>() : std::vector<std::string>{"delete u"});
+    EXPECT_EQ(files(), isChanged ? "ud" : "d");
+    EXPECT_FALSE(fs::exists(journal));
+  }
+}
+
 /// Root's helper was killed between writing and removing.
 TEST_F(MoveJournalTest, AHalfDoneMoveToRootRemovesTheUsersFile) {
   moveAndEnd(Kind::userAgent, Kind::localAgent, 1, true);

@@ -78,6 +78,7 @@ TEST_F(QuestionsTest, EscapeCancelsAndReturnLosesNothing) {
   } rows[] = {
       {"Review Changes", "Review Changes", [&] { program().mainWindow.unsavedChangesAlert(); }},
       {"Review Changes", "Review Changes", [&] { edit(plain), (void)program().mainWindow.sessionMayEnd(); }},
+      {"Cancel", "Cancel", [&] { program().mainWindow.askWhileQuittingWaits([](bool) {}); }},
       {"Cancel", "Cancel", [&] { program().deletion.confirm(jobNamed("a")); }},
       {"Cancel", "Cancel", [&] { confirmDeleteRevisions(program().windowContext); }},
       {"Cancel", "Compare", [&] { edit(plain), write(Kind::userAgent, "a.plist", "theirs"), save(); }},

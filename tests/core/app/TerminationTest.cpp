@@ -64,6 +64,25 @@ TEST_F(TerminationTest, TheAnswerDecidesAboutQuitting) {
   }
 }
 
+TEST_F(TerminationTest, TheUserIsToldThatQuittingWaitsAndCanQuitAtOnceOrCancel) {
+  testdata::RecordingShell shell(program());
+  for (const bool quitsNow : {false, true}) {
+    auto saving = program().saving.begin();
+    EXPECT_FALSE(mayTerminate());
+    queue.runFor(0.9);
+    EXPECT_THAT(interface.sheets, IsEmpty()) << "most saves are faster";
+    queue.runFor(0.1);
+    ASSERT_EQ(interface.sheets.size(), 1U);
+    EXPECT_EQ(interface.sheets[0].first.message, "A job is still being saved or deleted");
+    interface.answerSheet(quitsNow ? Interface::alternateButton : Interface::defaultButton);
+    EXPECT_EQ(shell.count("terminate"), quitsNow ? 1U : 0U);
+    EXPECT_TRUE(!quitsNow || mayTerminate());
+    saving.release();
+    queue.runDue();
+    EXPECT_EQ(shell.count("terminate"), quitsNow ? 2U : 0U) << "it quits only if the user hasn't cancelled";
+  }
+}
+
 TEST_F(TerminationTest, QuittingWaitsForASaveButNotForAPassword) {
   testdata::RecordingShell shell(program());
   program().shell.endPrivilegedConnection = [&] { shell.note("goodbye"); };

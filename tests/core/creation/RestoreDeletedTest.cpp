@@ -113,6 +113,21 @@ TEST_F(RestoreDeletedTest, AJobWhoseDeletionFailedIsntListedEvenAfterItChanges) 
   EXPECT_THAT(rows(), IsEmpty());
 }
 
+TEST_F(RestoreDeletedTest, AJobForWhoseDeletionNoHelperWasAskedIsntListedEvenAfterItChanges) {
+  helpers.canConnect = false;
+  helpers.isHandshakeHeld = true;
+  for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
+    writeJob(kind, "a");
+    scan();
+    program().deletion.confirm(jobNamed("a"));
+    interface.answerSheet(Interface::defaultButton);
+    if (kind == Kind::localDaemon) helpers.privilegedReply({.isCancelled = true});
+    EXPECT_THAT(helpers.requests, IsEmpty());
+    fs::remove(path(kind, "a.plist"));
+    EXPECT_THAT(rows(), IsEmpty());
+  }
+}
+
 TEST_F(RestoreDeletedTest, AFileThatIsGoneIsKeptEvenIfTheHelperReportsAFailure) {
   const auto file = writeJob(Kind::userAgent, "a");
   scan();
@@ -254,13 +269,20 @@ TEST_F(RestoreDeletedTest, ANewJobWithTheSameNameGetsAnotherFile) {
 }
 
 TEST_F(RestoreDeletedTest, AJobThatIsBeingEditedByThenIsntDeleted) {
-  const auto file = writeJob(Kind::userAgent, "a");
-  scan();
-  program().deletion.confirm(jobNamed("a"));
-  program().editing.setUnsavedChanges(true);
-  interface.answerSheet(Interface::defaultButton);
-  EXPECT_THAT(helpers.requests, IsEmpty());
-  EXPECT_THAT(interface.errors, SizeIs(1));
+  helpers.isHandshakeHeld = true;
+  for (const bool isDuringThePasswordDialog : {false, true}) {
+    interface.errors.clear();
+    writeJob(Kind::localDaemon, "a");
+    scan();
+    program().deletion.confirm(jobNamed("a"));
+    program().editing.setUnsavedChanges(!isDuringThePasswordDialog);
+    interface.answerSheet(Interface::defaultButton);
+    program().editing.setUnsavedChanges(true);
+    if (isDuringThePasswordDialog) helpers.authorise();
+    EXPECT_THAT(helpers.requests, IsEmpty());
+    EXPECT_THAT(interface.errors, SizeIs(1));
+    program().editing.setUnsavedChanges(false);
+  }
 }
 
 TEST_F(RestoreDeletedTest, QuittingWaitsForADeletion) {

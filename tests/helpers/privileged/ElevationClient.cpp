@@ -59,12 +59,11 @@ int main(int argc, char** argv) {
        .programs = HelperPrograms::in(argv[1], Roots::forThisMachine(environment), environment, {})});
   std::optional<HelperConnections::Privileged> answer;
   std::cout << "asking" << std::endl;
-  connections.connectToPrivileged(
-      "", [&](auto privileged) { answer = std::move(privileged); },
-      [&](const Error& error) {
-        std::cout << "failed: " << error.text() << std::endl;
-        ::_exit(1);
-      });
+  connections.connectToPrivileged([&](auto privileged) { answer = std::move(privileged); },
+                                  [&](const Error& error) {
+                                    std::cout << "failed: " << error.text() << std::endl;
+                                    ::_exit(1);
+                                  });
   while (!answer) (void)queue.runUntil([&] { return answer.has_value(); });
   if (!answer->connection) {
     std::cout << (answer->isCancelled ? "cancelled" : nameOf(answer->refusal)) << std::endl;

@@ -153,7 +153,7 @@ struct Connections {
       : m_connections({.queue = queue, .background = m_background, .programs = std::move(programs)}) {}
 
   void connect(HelperConnections::PrivilegedReply reply, HelperConnection::Failure failure) {
-    m_connections.connectToPrivileged("", std::move(reply), std::move(failure));
+    m_connections.connectToPrivileged(std::move(reply), std::move(failure));
   }
 
   testdata::ThreadQueue queue;

@@ -133,7 +133,7 @@ TEST_F(RunningJobsTest, AnAgentIsSavedRunsIsChangedDisabledAndDeleted) {
   EXPECT_EQ(program.revisions.revisions().find(job->url.text())->as<Array>()->size(), 3U);
 
   job = read();
-  program.actions.deleteConfirmed(Interface::defaultButton, *job);
+  program.actions.deleteConfirmed(*job);
   waitFor([&] { return !fs::exists(job->url.path()); });
   EXPECT_FALSE(read());
 }
@@ -164,7 +164,7 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
     EXPECT_EQ(loaded(kind).front().path, fileOf(kind).string());
   }
 
-  program.actions.deleteConfirmed(Interface::defaultButton, *read());
+  program.actions.deleteConfirmed(*read());
   waitFor([&] { return !fs::exists(fileOf(Kind::localDaemon)); });
   EXPECT_THAT(loaded(Kind::localDaemon), IsEmpty());
 }

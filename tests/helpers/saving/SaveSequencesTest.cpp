@@ -99,7 +99,7 @@ class HandlingHelpers final : public HelperConnections {
   }
 
   std::unique_ptr<HelperConnection> connectToAction() override { return std::make_unique<Connection>(*this, false); }
-  void connectToPrivileged(const std::string&, PrivilegedReply reply, HelperConnection::Failure) override {
+  void connectToPrivileged(PrivilegedReply reply, HelperConnection::Failure) override {
     if (password != Password::Right) return reply({.isCancelled = password == Password::Cancelled});
     reply({.connection = std::make_unique<Connection>(*this, true), .authData = "secret"});
   }

@@ -256,6 +256,28 @@ TEST_F(SocketHelperConnectionTest, AnAnswerMayEndTheConnection) {
   }
 }
 
+TEST_F(SocketHelperConnectionTest, NothingIsDeliveredByAnEventLoopOfACallbackThatHasEndedTheConnection) {
+  int late = 0;
+  const auto count = [&](const auto&) { ++late; };
+  connection->run({}, count, count, count);
+  const auto subscription = peer.next().id;
+  bool isOver = false;
+  connection->run(
+      {},
+      [&](const auto&) {
+        connection.reset();
+        settle();  // as an alert does
+        isOver = true;
+      },
+      count);
+  peer.answer(peer.next().id);
+  peer.send({.id = subscription, .kind = Frame::Kind::Event});
+  peer.answer(subscription);
+  ASSERT_TRUE(queue.runUntil([&] { return isOver; }));
+  settle();
+  EXPECT_EQ(late, 0);
+}
+
 TEST(StartHelperTest, HelpersLeaveNoOpenDescriptors) {
   struct Row {
     const char* script;
