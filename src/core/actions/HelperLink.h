@@ -18,6 +18,7 @@ class HelperLink {
  public:
   using Id = std::int64_t;
   using Reply = HelperConnection::Reply;
+  using Event = HelperConnection::Event;
   /// Returns whether the user knows of the failure now. `isKnown` is true if they know already, because an earlier
   /// request failed for the same reason or they cancelled this one. So a lost connection is reported once.
   using Failure = std::function<bool(const Error& why, bool isKnown)>;
@@ -35,8 +36,9 @@ class HelperLink {
 
   /// Sends a request; the link must be open. Neither `reply` nor `failure` is called before this returns. If there is
   /// no reply within `limit` seconds, the connection fails: a helper that hangs won't answer other requests either.
+  /// `event` is called for each event that the request has subscribed to, until the request ends.
   Id run(const propertylist::Dictionary& request, Reply reply, Failure failure,
-         std::optional<double> limit = std::nullopt);
+         std::optional<double> limit = std::nullopt, const Event& event = {});
   /// Cancels one request, which fails with `Cancelled` before this returns. The connection and other requests are
   /// unaffected. Does nothing if the request has ended.
   void cancel(Id id);

@@ -18,7 +18,7 @@ TEST(SelectionTest, EachSelectIsPostedAndANewReadingIsNot) {
   EXPECT_EQ(selection.job(), newReading);
   EXPECT_EQ(changes, 2);
   selection.select(nullptr);
-  EXPECT_FALSE(selection.job());
+  EXPECT_TRUE(!selection.job() && selection.jobs().empty());
   EXPECT_EQ(changes, 3);
 }
 
