@@ -117,14 +117,17 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
 
 void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs,
                                      VersionChoice choice) {
-  if (job != m_selection.job()) return;  // another job was selected while the sheet was open
+  const auto selected = m_selection.launchd();
+  if (!selected || !selected->url.equalTo(job->url)) return;  // another job was selected while the sheet was open
   if (choice == VersionChoice::Theirs) {
     m_stack.hideDiscardButton();
     return reread();
   }
   if (choice != VersionChoice::Mine) return;
+  // Without unsaved changes, a scan may have replaced the job by the other version.
+  if (selected != job && !m_editing.replaceRecord(textAsEdited(job->plist()))) return m_platform.interface.saveError();
   m_editing.setFileChecksum(Checksum::ofFile(theirs).text());  // so that only a further change is a conflict again
-  m_actions.save(job);
+  m_actions.save(selected);
 }
 
 void EditController::discardEdits() {

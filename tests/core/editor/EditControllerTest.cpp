@@ -238,6 +238,18 @@ TEST_F(EditControllerTest, TheirVersionReplacesMineWhetherOrNotIHaveEdited) {
   }
 }
 
+TEST_F(EditControllerTest, MyVersionIsWrittenEvenIfAScanHasReadTheOtherOneDuringTheQuestion) {
+  changeFile();
+  controller.save();  // without an edit, which would hold back the scan
+  ASSERT_THAT(interface.sheets, SizeIs(1));
+  scan();
+  ASSERT_EQ(program().selection.job()->run(), "/bin/theirs");
+  interface.answerSheet(Interface::alternateButton);
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  EXPECT_EQ(helpers.written(), (propertylist::Dictionary{{"Label", "a"}, {"Program", "/bin/ls"}}));
+  EXPECT_THAT(interface.sheets, IsEmpty());
+}
+
 TEST_F(EditControllerTest, DiscardedEditsAreGoneBeforeTheScan) {
   edit();
   program().selection.job()->kind = Kind::localDaemon;
