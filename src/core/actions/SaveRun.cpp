@@ -234,8 +234,9 @@ void SaveRun::endEdit() {
 }
 
 void SaveRun::restoreEdit() {
-  // The file may have been written nevertheless, or the rollback may be incomplete.
-  if (!m_context.editing.hasUnsavedChanges()) m_job->readAgain();
+  // The file may have been written nevertheless, or the rollback may be incomplete. If another program has changed it,
+  // the scan notices that without help, and the question which version to keep needs the checksum.
+  if (!m_context.editing.hasUnsavedChanges() && !m_isOvertaken) m_job->readAgain();
   if (m_context.selection.job() != m_job) return;
   if (m_job->isNewFile) {
     m_context.selection.select(nullptr);

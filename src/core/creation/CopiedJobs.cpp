@@ -69,11 +69,12 @@ std::vector<URL> importableFiles(const std::vector<std::filesystem::path>& files
 void exportJob(const Selection& selection, const Roots& roots, Interface& interface) {
   const auto job = selection.launchd();
   if (!job) return;
-  const std::string text = job->plistData().value_or("");
+  const auto text = job->plistData();
+  if (!text) return interface.saveError();
   const auto file = interface.savePanel({.folder = roots.home, .name = jobFileName(job->name), .allowedType = "plist"});
   if (!file) return;
   const auto mode = static_cast<mode_t>(restrictedMode(job->url).value_or(0777));
-  if (const auto written = replaceFile(*file, text, mode); !written) interface.present(written.error());
+  if (const auto written = replaceFile(*file, *text, mode); !written) interface.present(written.error());
 }
 
 std::string DuplicateController::selectedName() const {
@@ -101,17 +102,15 @@ std::string DuplicateController::suggestedName() const {
 bool DuplicateController::save(const std::string& name) {
   const auto source = m_context.selection.launchd();
   if (!source || m_context.editing.hasUnsavedChanges()) return false;
-  auto content = source->plistDictionary();
-  if (!content) return false;
-
   const Localize& localize = m_context.foundation.localize;
   Interface& interface = m_context.platform.interface;
   if (name == source->name) {
     interface.error(localize.renameTheItemAndTryAgain(), {});
     return false;
   }
-  content->set("Label", name);
-  const auto copy = makeNewJob(m_context, *content, source->url, source->kind);
+  auto content = source->plistDictionary();
+  if (content) content->set("Label", name);
+  const auto copy = content ? makeNewJob(m_context, *content, source->url, source->kind) : nullptr;
   if (!copy) {
     interface.error(localize.anErrorOccurredWhileSaving(), localize.pleaseTryAgain());
     return false;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <sstream>
 #include <system_error>
 
 #include "core/files/ReadFile.h"
@@ -31,8 +30,7 @@ std::vector<fs::path> applicationFolders(const Environment& environment, const f
   std::vector<fs::path> folders{(own.is_absolute() ? own : home / ".local" / "share") / "applications"};
   std::string shared = variable(environment, "XDG_DATA_DIRS");
   if (shared.empty()) shared = "/usr/local/share:/usr/share";
-  std::istringstream list(shared);
-  for (std::string folder; std::getline(list, folder, ':');) {
+  for (const std::string_view folder : String::split(shared, ':')) {
     if (folder.starts_with('/')) folders.push_back(fs::path(folder) / "applications");
   }
   return folders;

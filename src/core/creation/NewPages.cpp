@@ -65,8 +65,10 @@ void NewWhenPage::chooseWatchedFolder(bool showsHiddenFiles) {
 
 void NewWhenPage::setRuleEditor(Scheduled::RuleEditor* editor) {
   keepRules();
-  if (m_editor) m_rows = m_editor->content();
-  if (m_editor) m_editor->setDelegate(nullptr);
+  if (m_editor) {
+    m_rows = m_editor->content();
+    m_editor->setDelegate(nullptr);
+  }
   m_editor = editor;
   if (!m_editor) return;
   fillEditor();

@@ -108,15 +108,19 @@ void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const
 
 void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs,
                                      VersionChoice choice) {
-  if (job != m_session.selection.job()) return;  // another job was selected while the sheet was open
+  const auto selected = m_session.selection.launchd();
+  if (!selected || !selected->url.equalTo(job->url)) return;  // another job was selected while the sheet was open
   if (choice == VersionChoice::Theirs) {
     m_stack.hideDiscardButton();
     return reread();
   }
   if (choice != VersionChoice::Mine) return;
+  // Without unsaved changes, a scan may have replaced the job by the other version.
+  if (selected != job && !m_session.editing.replaceRecord(textAsEdited(job->plist())))
+    return m_session.platform.interface.saveError();
   m_session.editing.setFileChecksum(
       Checksum::ofFile(theirs).text());  // so that only a further change is a conflict again
-  m_actions.save(job);
+  m_actions.save(selected);
 }
 
 void EditController::discardEdits() {

@@ -54,6 +54,7 @@ void EditTable::fill(const std::vector<TableRow>& rows) {
   m_reported = filledRows(m_rows);
   m_order.resize(m_rows.size());
   std::iota(m_order.begin(), m_order.end(), 0);
+  updateOrder();
 }
 
 std::size_t EditTable::add(std::string text) {
@@ -97,7 +98,15 @@ void EditTable::changed(Editing::Step step, const std::string& cell) {
 
 void EditTable::sort(std::size_t column, bool isAscending, const Collator& collator) {
   if (column >= m_format.columns.size()) return;
-  std::stable_sort(m_order.begin(), m_order.end(), [&](std::size_t a, std::size_t b) {
+  m_sorting.emplace(Sorting{column, isAscending, collator});
+  updateOrder();
+}
+
+void EditTable::updateOrder() {
+  if (!m_sorting) return;
+  std::stable_sort(m_order.begin(), m_order.end(), [this](std::size_t a, std::size_t b) {
+    if (isEmpty(m_rows[a]) || isEmpty(m_rows[b])) return isEmpty(m_rows[b]) && !isEmpty(m_rows[a]);
+    const auto& [column, isAscending, collator] = *m_sorting;
     const int order = collator.localizedStandardCompare(m_rows[a].cells[column], m_rows[b].cells[column]);
     return isAscending ? order < 0 : order > 0;
   });

@@ -70,8 +70,8 @@ class EditTable {
   bool isSortable() const;
   std::vector<Offer> offers() const;
 
-  /// Replaces the rows, which is no edit. Equal contents change nothing; otherwise empty rows are kept at the end, as
-  /// the user may be about to fill them.
+  /// Replaces the rows, which is no edit, and sorts them as the previous ones. Equal contents change nothing; otherwise
+  /// empty rows are kept at the end, as the user may be about to fill them.
   void fill(const std::vector<TableRow>& rows);
 
   // Positions are those on the screen.
@@ -80,7 +80,8 @@ class EditTable {
   bool remove(std::size_t position);
   void setCell(std::size_t position, std::size_t column, std::string text);
   void setBox(std::size_t position, bool isOn);
-  /// Sorts the displayed rows by a column in the locale's order. Rows that are added later come last.
+  /// Sorts the displayed rows by a column in the locale's order, empty ones last. Rows that are added later come last.
+  /// The collator must outlive the table.
   void sort(std::size_t column, bool isAscending, const Collator& collator);
 
   /// The position of the first row that a dictionary can't contain together with those before it; null if there is
@@ -90,6 +91,13 @@ class EditTable {
   std::optional<InvalidField> refuse(const std::string& key, const Localize& localize) const;
 
  private:
+  struct Sorting {
+    std::size_t column;
+    bool isAscending;
+    const Collator& collator;
+  };
+
+  void updateOrder();
   bool isRow(std::size_t position) const { return position < m_order.size(); }
   void changed(Editing::Step step, const std::string& cell = {});
 
@@ -97,6 +105,7 @@ class EditTable {
   Changed m_changed;
   std::vector<TableRow> m_rows;
   std::vector<std::size_t> m_order;
+  std::optional<Sorting> m_sorting;  ///< as the user has chosen it by a header
   std::vector<TableRow> m_reported;  ///< the rows that aren't empty, as of the last call of `m_changed`
 };
 

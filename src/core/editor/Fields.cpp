@@ -95,13 +95,10 @@ Value shownPaths(const std::vector<std::string>& paths, const ValueTexts& texts)
 // Conversion between values of the record and values of fields.
 
 template <typename T>
-struct ValueOf {
-  static constexpr bool isEditable = false;
-};
+struct ValueOf;
 template <typename T>
 requires std::same_as<T, bool> || std::same_as<T, std::int64_t> || std::same_as<T, std::string>
 struct ValueOf<T> {
-  static constexpr bool isEditable = true;
   static FieldValue read(const T& value) { return value; }
   static void write(std::optional<T>& field, const FieldValue& value) {
     if (const T* const own = std::get_if<T>(&value)) field = *own;
@@ -111,7 +108,6 @@ template <typename T>
 requires std::same_as<T, jobfile::StringMap<bool>> || std::same_as<T, jobfile::StringMap<std::string>> ||
     std::same_as<T, std::vector<std::string>>
 struct ValueOf<T> {
-  static constexpr bool isEditable = true;
   static FieldValue read(const T& value) { return rowsOf(value); }
   static void write(std::optional<T>& field, const FieldValue& value) {
     if (const auto* const rows = std::get_if<std::vector<TableRow>>(&value)) fromRows(*rows, field);

@@ -18,7 +18,7 @@ namespace {
 using jobfile::Plist;
 using Rows = std::vector<KeyValueItem>;
 
-Rows fieldRows(StackSection section, const Plist& plist, const ValueTexts& texts) {
+Rows rowsOfFields(StackSection section, const Plist& plist, const ValueTexts& texts) {
   Rows rows;
   for (const Field& field : fieldsOf(section)) {
     if (auto value = field.access.display(plist, texts)) rows.push_back({std::string(field.key), std::move(*value)});
@@ -26,9 +26,9 @@ Rows fieldRows(StackSection section, const Plist& plist, const ValueTexts& texts
   return rows;
 }
 
-/// As `fieldRows`, without empty texts.
+/// As `rowsOfFields`, without empty texts.
 Rows rowsWithText(StackSection section, const Plist& plist, const ValueTexts& texts) {
-  Rows rows = fieldRows(section, plist, texts);
+  Rows rows = rowsOfFields(section, plist, texts);
   std::erase_if(
       rows, [&](const KeyValueItem& row) { return fieldOf(row.key).access.read(plist) == FieldValue(std::string()); });
   return rows;
@@ -75,7 +75,7 @@ Rows sectionRows(StackSection section, const Plist& plist, const Foundation& fou
     case StackSection::Limits:
     case StackSection::Miscellaneous:
     case StackSection::Deprecated:
-      return fieldRows(section, plist, texts);
+      return rowsOfFields(section, plist, texts);
     case StackSection::EnvironmentVariables:
       return environmentRows(plist, collator);
     case StackSection::LaunchEvents:

@@ -75,7 +75,7 @@ GridItem GridMode::item(IndexPath path) const {
   const auto job = m_sections.job(path);
   if (!job) return {};
   const Localize& localize = m_context.foundation.localize;
-  GridItem item{.job = job, .name = job->name, .icon = job->displayIcon(localize), .isSecondary = job->isDisabled()};
+  GridItem item{.name = job->name, .icon = job->displayIcon(localize), .isSecondary = job->isDisabled()};
   if (!job->kind.isEditable(m_context.foundation.defaults.editSystemJobs())) item.noWriteBadge = noWriteImage(localize);
   return item;
 }

@@ -31,9 +31,8 @@ class GridCollectionType {
   virtual void reloadItem(IndexPath path) = 0;
 };
 
-/// The contents of an item of the grid.
+/// The contents of an item of the grid; empty for an item out of range.
 struct GridItem {
-  std::weak_ptr<Job> job = {};  ///< expired for an item out of range
   std::string name = {};
   std::optional<Image> icon = {};          ///< none: the view shows a generic one
   std::optional<Image> noWriteBadge = {};  ///< for a job that can't be edited

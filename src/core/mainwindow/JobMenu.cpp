@@ -1,4 +1,5 @@
 #include "core/mainwindow/JobMenu.h"
+
 #include "core/actions/JobDeletion.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/WindowContext.h"

@@ -22,7 +22,6 @@ class JobMenu {
     std::function<void()> action = {};  ///< empty unless `type` is `Action`
   };
 
-  void clear() { m_items.clear(); }
   /// Adds a heading, which can't be chosen.
   void addTitle(std::string title) { m_items.push_back({Item::Type::Title, std::move(title), {}}); }
   void addSeparator() { m_items.push_back({Item::Type::Separator, {}, {}}); }

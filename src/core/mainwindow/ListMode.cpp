@@ -119,8 +119,8 @@ ListCell ListMode::cell(ListColumn column, std::size_t row) const {
   return listCell(m_context, *content()[row], column);
 }
 
-void ListMode::setSortDescriptors(std::vector<SortDescriptor> descriptors) {
-  m_sortDescriptors = std::move(descriptors);
+void ListMode::setSortDescriptor(SortDescriptor descriptor) {
+  m_sortDescriptor = std::move(descriptor);
   (void)content();
   sort();
   m_table.reload();
@@ -128,11 +128,9 @@ void ListMode::setSortDescriptors(std::vector<SortDescriptor> descriptors) {
 }
 
 void ListMode::sort() {
-  if (m_sortDescriptors.empty()) return;
-  const SortDescriptor& first = m_sortDescriptors.front();
-  const auto column = listColumn(first.key);
+  const auto column = m_sortDescriptor ? listColumn(m_sortDescriptor->key) : std::nullopt;
   if (!column) return;
-  sortJobs(*m_content, *column, first.isAscending, m_context.foundation.collator);
+  sortJobs(*m_content, *column, m_sortDescriptor->isAscending, m_context.foundation.collator);
   m_delay(0.01, [this] { m_table.prepareHeaders(); });
 }
 

@@ -63,9 +63,9 @@ class ListMode final : public ModeType {
   /// Empty for a row out of range.
   ListCell cell(ListColumn column, std::size_t row) const;
 
-  /// To be called when the user has clicked a header. Sorts by the first descriptor, and keeps the selected job marked.
-  /// Without descriptors, or with an unknown column, the order stays as it is.
-  void setSortDescriptors(std::vector<SortDescriptor> descriptors);
+  /// To be called when the user has clicked a header. Sorts the rows, and keeps the selected job marked. With an
+  /// unknown column the order stays as it is.
+  void setSortDescriptor(SortDescriptor descriptor);
   /// To be called when the user has marked a row: selects its job. Ignores a row out of range.
   void selectionDidChange(std::size_t row);
   /// Whether the user may mark another row now; see `SelectionGuard`.
@@ -84,7 +84,7 @@ class ListMode final : public ModeType {
   ListTableType& m_table;
   SelectionGuard m_guard;
   mutable std::optional<Jobs> m_content;  // copied from the catalogue on first use
-  std::vector<SortDescriptor> m_sortDescriptors;
+  std::optional<SortDescriptor> m_sortDescriptor;
   Delay m_delay;
 };
 

@@ -49,13 +49,13 @@ bool hasMark(const Job& job, ListColumn column) {
   }
 }
 
-}  // namespace
-
-bool precedes(const Job& a, const Job& b, ListColumn column, bool isAscending) {
-  if (!isAscending) return precedes(b, a, column, true);
+/// A strict weak order, for columns that don't compare texts.
+bool precedes(const Job& a, const Job& b, ListColumn column) {
   if (column == ListColumn::Kind) return a.kind.rawValue() < b.kind.rawValue();
   return hasMark(a, column) && !hasMark(b, column);
 }
+
+}  // namespace
 
 void sortJobs(Jobs& jobs, ListColumn column, bool isAscending, const Collator& collator) {
   if (const auto text = sortTextOf(column)) {
@@ -63,7 +63,7 @@ void sortJobs(Jobs& jobs, ListColumn column, bool isAscending, const Collator& c
     return;
   }
   std::stable_sort(jobs.begin(), jobs.end(), [column, isAscending](const auto& a, const auto& b) {
-    return precedes(*a, *b, column, isAscending);
+    return isAscending ? precedes(*a, *b, column) : precedes(*b, *a, column);
   });
 }
 

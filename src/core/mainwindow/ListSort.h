@@ -11,7 +11,4 @@ class Collator;
 /// first that have one (descending: last). Stable: jobs that are equal in the column keep their order.
 void sortJobs(Jobs& jobs, ListColumn column, bool isAscending, const Collator& collator);
 
-/// Whether `a` precedes `b`; a strict weak order. Only for columns that don't compare texts.
-bool precedes(const Job& a, const Job& b, ListColumn column, bool isAscending);
-
 }  // namespace mirvel

@@ -92,8 +92,8 @@ void MainWindowController::askBeforeQuitting() {
 }
 
 void MainWindowController::askWhileQuittingWaits(std::function<void(bool quitsNow)> answer) {
-  const Localize& localize = m_foundation.localize;
-  m_platform.interface.beginSheet(
+  const Localize& localize = m_session.foundation.localize;
+  m_session.platform.interface.beginSheet(
       {.message = WindowTexts(localize).jobIsBeingSavedOrDeleted(),
        .informativeText = WindowTexts(localize).itMayRemainIncomplete(),
        .defaultTitle = localize.cancel(),

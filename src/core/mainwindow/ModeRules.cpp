@@ -1,4 +1,5 @@
 #include "core/mainwindow/ModeRules.h"
+
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/WindowContext.h"
 #include "core/session/Busy.h"

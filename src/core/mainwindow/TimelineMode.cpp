@@ -16,15 +16,6 @@ namespace mirvel {
 
 using namespace std::chrono;
 
-namespace {
-
-std::shared_ptr<Job> jobWithURL(const Jobs& jobs, const URL& url) {
-  const auto found = std::find_if(jobs.begin(), jobs.end(), [&](const auto& job) { return job->url.equalTo(url); });
-  return found == jobs.end() ? nullptr : *found;
-}
-
-}  // namespace
-
 TimelineMode::TimelineMode(const WindowContext& context, TimelineTableType& table, Zone zone)
     : m_context(context),
       m_table(table),
@@ -44,7 +35,7 @@ const Jobs& TimelineMode::content() const {
 }
 
 void TimelineMode::update(const Jobs& jobs) {
-  // Equal jobs keep their rows, but the rows must refer to the jobs that are now in the catalogue.
+  // Equal jobs keep their rows, but the objects of the previous scan must not be kept alive.
   const bool keepsRows = !m_timelineArray.rows().empty() && areEqual(jobs, content());
   m_content = jobs;
   if (keepsRows) return;
@@ -111,16 +102,14 @@ std::vector<std::string> TimelineMode::sampleTimes() const {
 std::shared_ptr<Job> TimelineMode::jobAt(std::size_t row) const {
   if (row >= m_timelineArray.rows().size()) return nullptr;
   const auto& url = m_timelineArray.rows()[row].url();
-  return url ? jobWithURL(content(), *url) : nullptr;
+  return url ? m_context.catalogue.jobAt(*url) : nullptr;
 }
 
 void TimelineMode::selectionDidChange(std::size_t row) {
   const auto job = jobAt(row);
-  if (!job) return;
   const auto selected = m_context.selection.job();
-  if (selected && selected->url.equalTo(job->url)) return;
-  const auto current = m_context.catalogue.jobAt(job->url);
-  m_context.selection.select(current ? current : job);
+  if (!job || (selected && selected->url.equalTo(job->url))) return;
+  m_context.selection.select(job);
 }
 
 JobMenu TimelineMode::menuForRow(std::size_t row) {

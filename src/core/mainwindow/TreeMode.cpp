@@ -72,8 +72,7 @@ TreeCell TreeMode::cell(IndexPath path) const {
   return {.text = job->name,
           .toolTip = job->summary,
           .image = job->displayIcon(m_context.foundation.localize),
-          .isSecondary = job->isDisabled(),
-          .url = job->url};
+          .isSecondary = job->isDisabled()};
 }
 
 TreeCell TreeMode::groupCell(const Kind::Section& section) const {
@@ -101,8 +100,8 @@ void TreeMode::selectionDidChange(IndexPath path) {
 }
 
 bool TreeMode::accessibilityPress(IndexPath path) {
-  const auto url = cell(path).url;
-  if (!url || !selectInCatalogue(m_context, *url)) return false;
+  const auto job = m_sections.job(path);
+  if (!job || !selectInCatalogue(m_context, job->url)) return false;
   m_outline.mark(path);
   return true;
 }
@@ -119,14 +118,7 @@ std::optional<URL> TreeMode::dragRows(const std::vector<IndexPath>& paths) const
 const std::optional<TreeExpansion::Kinds>& TreeExpansion::saved() const {
   if (m_isRead) return m_saved;
   m_isRead = true;
-  if (const auto numbers = m_defaults.expandedGroups()) {
-    m_saved.emplace();
-    for (const Kind kind : Kind::allCases) {
-      for (const std::int64_t number : *numbers) {
-        if (number == kind.rawValue()) m_saved->insert(kind.rawValue());
-      }
-    }
-  }
+  if (const auto numbers = m_defaults.expandedGroups()) m_saved.emplace(numbers->begin(), numbers->end());
   return m_saved;
 }
 

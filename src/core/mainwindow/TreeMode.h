@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
@@ -42,9 +43,8 @@ struct TreeCell {
   std::string text = {};
   std::string toolTip = {};
   std::optional<Image> image = {};
-  std::string count = {};       ///< shown on the button of a group; empty for a job
-  bool isSecondary = false;     ///< drawn in the secondary text colour
-  std::optional<URL> url = {};  ///< the job's file; none for a group
+  std::string count = {};    ///< shown on the button of a group; empty for a job
+  bool isSecondary = false;  ///< drawn in the secondary text colour
 };
 
 /// Which groups of the tree are expanded; kept across scans and program starts. All are expanded until the user
@@ -59,13 +59,13 @@ class TreeExpansion {
   void setExpanded(Kind kind, bool isExpanded, const Sections& present);
 
  private:
-  using Kinds = std::set<int>;
+  using Kinds = std::set<std::int64_t>;  // raw values of `Kind`
 
   const std::optional<Kinds>& saved() const;
 
   Defaults& m_defaults;
   mutable bool m_isRead = false;
-  mutable std::optional<Kinds> m_saved;  // raw values of `Kind`
+  mutable std::optional<Kinds> m_saved;
 };
 
 /// The jobs as children of their groups. For the main thread.

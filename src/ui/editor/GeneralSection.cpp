@@ -144,7 +144,9 @@ void GeneralEditSection::forChanged() {
 }
 
 void GeneralEditSection::runChanged() {
-  Launchd* const job = markJobChanged(Editing::Step::Continues, "run");
+  using Step = Editing::Step;
+  Launchd* const job =
+      markJobChanged(m_runValueTextField->isInsertingCommand() ? Step::Begins : Step::Continues, "run");
   if (!job) return;
   m_command = GeneralRules::command(m_runValueTextField->text(), job->plist(), context().repairs);
   job->plist().run = m_command;

@@ -63,6 +63,7 @@ void RunTextField::setText(const std::string& text) {
 }
 
 void RunTextField::insertCommand(const std::string& command) {
+  m_isInsertingCommand = true;
   QTextCursor cursor = textCursor();
   if (cursor.hasSelection()) {
     cursor.insertText(qt(command));
@@ -71,6 +72,7 @@ void RunTextField::insertCommand(const std::string& command) {
     cursor.movePosition(QTextCursor::End);
     cursor.insertText(qt(withCommand(now, command).substr(now.size())));
   }
+  m_isInsertingCommand = false;
   setTextCursor(cursor);
   setFocus();
 }

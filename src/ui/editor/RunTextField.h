@@ -27,6 +27,8 @@ class RunTextField final : public GrowingText {
   void setText(const std::string& text);
   /// Replaces the selection by a command, or appends it if nothing is selected, as if typed. Gets the focus.
   void insertCommand(const std::string& command);
+  /// Whether the text is being changed by `insertCommand`, rather than by typing.
+  bool isInsertingCommand() const { return m_isInsertingCommand; }
   /// Marks the text as invalid for the given reason; an empty reason removes the mark.
   void markInvalid(const QString& reason);
   /// Marks the text because it names missing files; an empty list removes the mark.
@@ -40,6 +42,7 @@ class RunTextField final : public GrowingText {
 
  private:
   QString m_invalidReason;
+  bool m_isInsertingCommand = false;
 };
 
 /// The menu button beside a field for a command: chooses a file, tests the command, and reveals or edits the file that

@@ -97,7 +97,7 @@ void ListModeView::sortBy(int column, Qt::SortOrder order) {
   if (column < 0) return;
   const auto sorted = allListColumns.at(static_cast<std::size_t>(column));
   const SortDescriptor descriptor{std::string(identifier(sorted)), order == Qt::AscendingOrder};
-  m_mode.setSortDescriptors({descriptor});
+  m_mode.setSortDescriptor(descriptor);
   keepSort(descriptor);
 }
 

@@ -275,5 +275,16 @@ TEST_F(CopiedJobsTest, AnExportWritesTheSelectedJobToTheChosenFile) {
   EXPECT_EQ(selectedName(), "a_b");
 }
 
+TEST_F(CopiedJobsTest, AJobThatXmlCantContainIsNotCopied) {
+  const std::string binary = propertylist::writeBinary(Dictionary{{"Label", "a"}, {"Odd", propertylist::Set{{1}}}});
+  (void)write(Kind::userAgent, "a.plist", binary);
+  select("a");
+  interface.savePath = source("out.plist", "before");
+  exportSelected();
+  EXPECT_EQ(testdata::bytes(*interface.savePath), "before");
+  EXPECT_FALSE(DuplicateController(program().creationContext).save("b"));
+  EXPECT_THAT(interface.errors, SizeIs(2));
+}
+
 }  // namespace
 }  // namespace mirvel

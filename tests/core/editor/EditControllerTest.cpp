@@ -273,6 +273,23 @@ TEST_F(EditControllerTest, AChangeDuringThePasswordDialogIsAskedAbout) {
   EXPECT_THAT(helpers.requests, SizeIs(1)) << "mine, and no second password";
 }
 
+TEST_F(EditControllerTest, WithoutAnEditMyVersionSurvivesTheScanDuringTheQuestion) {
+  file = writeJob(Kind::localDaemon, "root", {{"Program", "/bin/ls"}});
+  scan();
+  program().selection.select(jobNamed("root"));
+  helpers.isHandshakeHeld = true;
+  controller.save();
+  (void)writeJob(Kind::localDaemon, "root", {{"Program", "/bin/theirs"}});
+  helpers.authorise();
+  EXPECT_THAT(helpers.requests, IsEmpty());
+  ASSERT_EQ(interface.sheets.size(), 1U);
+  settle();
+  ASSERT_EQ(program().selection.job()->run(), "/bin/theirs") << "no edit holds the scan back";
+  interface.answerSheet(Interface::alternateButton);
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  EXPECT_EQ(helpers.written(), (propertylist::Dictionary{{"Label", "root"}, {"Program", "/bin/ls"}}));
+}
+
 TEST_F(EditControllerTest, AChangeThatComesWhileTheOldJobIsStoppedIsAskedAbout) {
   file = writeJob(Kind::localAgent, "root", {{"Program", "/bin/ls"}});
   scan();

@@ -108,6 +108,9 @@ TEST(EditTableTest, SortingChangesTheScreenAndNotTheRows) {
   EXPECT_EQ(shown(table), "B2=changed a=x");
   table.add("new");
   EXPECT_EQ(shown(table), "B2=changed a=x new=");
+  table.add("");
+  table.fill(rows);
+  EXPECT_EQ(shown(table), "B2=job 9 b=job 10 a=x =") << "as after undo";
 }
 
 TEST(EditTableTest, AMenuOffersEachRowOnce) {

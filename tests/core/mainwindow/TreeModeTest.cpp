@@ -74,7 +74,6 @@ TEST_F(TreeModeTest, RowsDescribeJobsAndGroupsAndCountFilteredJobs) {
     EXPECT_EQ(cell.text, row.text);
     EXPECT_EQ(cell.toolTip, row.toolTip) << row.text;
     EXPECT_EQ(cell.count, row.count) << row.text;
-    EXPECT_EQ(cell.url.has_value(), !cell.toolTip.empty()) << row.text;
   }
   EXPECT_EQ(tree->cell({0}).image, program().kinds.icon(Kind::userAgent));
   EXPECT_EQ(tree->cell({0, 1}).image, Image::named("icon"));

@@ -630,6 +630,10 @@ TEST_F(EditFlowTest, FilesAreDroppedAndChosenIntoTheCommandAndMissingOnesAreRed)
   EXPECT_FALSE(check());
   runField().insertCommand("x");
   EXPECT_THAT(record().run, testing::EndsWith("my script.sh\" x"));
+  program().editing.undo();
+  EXPECT_THAT(record().run, testing::EndsWith("my script.sh\"")) << "each choice is a step of its own";
+  program().editing.undo();
+  EXPECT_EQ(record().run, "");
 }
 
 TEST_F(EditFlowTest, AFailedSaveKeepsWhatWasTypedAndAnotherSavesIt) {
