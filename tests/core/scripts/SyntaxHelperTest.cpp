@@ -16,6 +16,7 @@ TEST(SyntaxHelperTest, TheFirstLineDeterminesTheLanguage) {
       {"#! /bin/bash -e\r\n", shell},
       {"#!/usr/bin/perl -w\nprint", perl},
       {"#!/opt/x/python3.12", python},
+      {"#!/opt/x/ruby-3.2", ruby},
       {"#!/usr/bin/env ruby", ruby},
       {"#!/usr/bin/env -S -i A=b swift -O", swift},
       {"#!/usr/bin/env php8", php},

@@ -72,6 +72,9 @@ TEST(FrameTest, MalformedFramesEndTheStream) {
        list(Dictionary{{"id", propertylist::Integer::fromUnsigned(UINT64_MAX)}, {"body", Dictionary{}}}),
        Error::Code::Malformed},
       {"no body", list(Dictionary{{"id", 1}}), Error::Code::Malformed},
+      {"a body and an event", list(Dictionary{{"id", 1}, {"body", Dictionary{}}, {"event", Dictionary{}}}),
+       Error::Code::Malformed},
+      {"a cancellation that is false", list(Dictionary{{"id", 1}, {"cancel", false}}), Error::Code::Malformed},
       {"a body that is an array", list(Dictionary{{"id", 1}, {"body", propertylist::Array{}}}), Error::Code::Malformed},
   };
   for (const auto& row : rows) {

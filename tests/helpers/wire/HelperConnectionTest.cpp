@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/wait.h>
 
 #include <cerrno>
@@ -60,6 +61,11 @@ class Peer {
   void send(const Frame& frame) { EXPECT_TRUE(sendFrame(m_socket.number(), frame)); }
   void say(const std::string& bytes) { sendUninterrupted(m_socket.number(), bytes); }
   void hangUp() { m_socket.reset(); }
+  /// Whether the connection accepts more, at once or as soon as it has read something.
+  bool hasRoom() const {
+    pollfd room{.fd = m_socket.number(), .events = POLLOUT, .revents = 0};
+    return ::poll(&room, 1, 100) == 1;
+  }
 
  private:
   FileDescriptor m_socket;
@@ -190,6 +196,8 @@ TEST_F(SocketHelperConnectionTest, TheAnswerToACancelledRequestIsDroppedAndTheOt
   ASSERT_TRUE(wait(1));
   EXPECT_EQ(outcome.replies, (std::vector<Dictionary>{{{"to", ids[2]}}}));
   EXPECT_FALSE(connection->hasFailed());
+  outcome.ask(*connection, request(3));
+  EXPECT_EQ(peer.next().body, request(3)) << "rather than another cancellation";
 }
 
 TEST_F(SocketHelperConnectionTest, MoreRequestsThanMayBeInFlightAreNotSent) {
@@ -215,8 +223,12 @@ TEST_F(SocketHelperConnectionTest, ABusyMainThreadIsNotFloodedAndMissesNoEvent) 
         ++events;
       });
   const auto id = peer.next().id;
+  int sent = 0;
+  const auto send = [&] { peer.send({.id = id, .body = request(sent++), .kind = Frame::Kind::Event}); };
+  while (sent < count && peer.hasRoom()) send();
+  EXPECT_LT(sent, count) << "nothing more was received, as the queue wasn't run";
   std::thread sender([&] {
-    for (int i = 0; i < count; ++i) peer.send({.id = id, .body = request(i), .kind = Frame::Kind::Event});
+    while (sent < count) send();
   });
   EXPECT_TRUE(queue.runUntil([&] { return events == count; }));
   sender.join();
@@ -227,6 +239,7 @@ TEST_F(SocketHelperConnectionTest, EveryPendingRequestFailsOnceWhenTheHelperDies
     reconnect();
     for (int i = 0; i < 3; ++i) outcome.ask(*connection, request(i));
     dies ? peer.hangUp() : connection->invalidate();
+    EXPECT_EQ(connection->hasFailed(), !dies);
     EXPECT_EQ(outcome.count(), 0U) << "later, not from within the call";
     outcome.ask(*connection, request(3));
     ASSERT_TRUE(wait(4)) << dies;
