@@ -8,9 +8,9 @@ namespace mirvel {
 namespace {
 
 constexpr std::string_view domainKey = "domain", codeKey = "code", descriptionKey = "description",
-                           suggestionKey = "suggestion", deedKey = "deed", causeKey = "cause", systemKey = "errno",
-                           pathKey = "path", lineKey = "line", columnKey = "column", placeKey = "keyPath",
-                           detailKey = "detail", writtenKey = "isWritten";
+                           suggestionKey = "suggestion", operationKey = "operation", causeKey = "cause",
+                           systemKey = "errno", pathKey = "path", lineKey = "line", columnKey = "column",
+                           placeKey = "keyPath", detailKey = "detail", writtenKey = "isWritten";
 
 /// None if the key is absent or has another type, as for all values of an error.
 template <typename T>
@@ -35,7 +35,7 @@ std::size_t countIn(const propertylist::Dictionary& error, std::string_view key)
 
 void write(const HelperFailure& failure, propertylist::Dictionary& to) {
   const Error& cause = failure.cause;
-  to.set(deedKey, static_cast<int>(failure.deed));
+  to.set(operationKey, static_cast<int>(failure.operation));
   to.set(causeKey, static_cast<int>(cause.code));
   to.set(detailKey, cause.message);
   if (cause.systemCode != 0) to.set(systemKey, cause.systemCode);
@@ -47,11 +47,11 @@ void write(const HelperFailure& failure, propertylist::Dictionary& to) {
 }
 
 std::optional<HelperFailure> readFailure(const propertylist::Dictionary& error) {
-  using Deed = HelperFailure::Deed;
-  const auto deed = numberIn(error, deedKey), cause = numberIn(error, causeKey);
-  if (!deed || *deed < 0 || *deed > static_cast<int>(Deed::Log)) return std::nullopt;
+  using Operation = HelperFailure::Operation;
+  const auto operation = numberIn(error, operationKey), cause = numberIn(error, causeKey);
+  if (!operation || *operation < 0 || *operation > static_cast<int>(Operation::Log)) return std::nullopt;
   if (!cause || *cause < 0 || *cause > static_cast<int>(Error::lastCode)) return std::nullopt;
-  return HelperFailure{.deed = static_cast<Deed>(*deed),
+  return HelperFailure{.operation = static_cast<Operation>(*operation),
                        .cause = {.code = static_cast<Error::Code>(*cause),
                                  .message = textIn(error, detailKey),
                                  .file = textIn(error, pathKey),
@@ -78,11 +78,11 @@ bool HelperFailure::isMatterOfName() const {
 }
 
 std::optional<ActionErrorCode> HelperFailure::actionCode() const {
-  switch (deed) {
-    case Deed::Write:
-    case Deed::Delete:
+  switch (operation) {
+    case Operation::Write:
+    case Operation::Delete:
       return isMatterOfName() ? ActionErrorCode::NotChangedTryNewName : ActionErrorCode::NotChanged;
-    case Deed::Log:
+    case Operation::Log:
       return ActionErrorCode::NoLog;
     default:
       return std::nullopt;

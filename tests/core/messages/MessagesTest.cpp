@@ -79,12 +79,12 @@ TEST(ReplyTest, EveryReplyReachesTheRequestThatAskedForIt) {
     EXPECT_EQ(write(*read), row.written);
   }
   const Error cause{.code = Error::Code::StillRunning, .message = "m", .file = "/a", .line = 3, .systemCode = 5};
-  const auto read = readReply(
-      Kind::Log,
-      write(HelperError::of(HelperFailure{.deed = HelperFailure::Deed::Unload, .cause = cause, .isWritten = true})));
+  const auto read =
+      readReply(Kind::Log, write(HelperError::of(HelperFailure{
+                               .operation = HelperFailure::Operation::Unload, .cause = cause, .isWritten = true})));
   ASSERT_TRUE(read);
   const auto& failure = *std::get<HelperError>(*read).failure;
-  EXPECT_EQ(failure.deed, HelperFailure::Deed::Unload);
+  EXPECT_EQ(failure.operation, HelperFailure::Operation::Unload);
   EXPECT_EQ(failure.cause.code, cause.code);
   EXPECT_EQ(failure.cause.text(), cause.text());
   EXPECT_TRUE(failure.isWritten);
