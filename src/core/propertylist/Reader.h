@@ -15,8 +15,7 @@ class Positions;
 /// it rejects, except for the differences in docs/PROPERTY-LISTS.md:
 ///
 /// - XML may be in UTF-8, UTF-16, UTF-32 or any encoding that its declaration names. Declaration, DOCTYPE and <plist>
-/// are
-///   optional. Attributes are skipped. Data after the list is ignored with a warning.
+///   are optional. Attributes are skipped. Data after the list is ignored with a warning.
 /// - Binary lists may have any structure that obeys the limits; containers may be shared but not cyclic.
 /// - Duplicate keys, faulty base64 and impossible dates are accepted with a warning.
 ///

@@ -160,8 +160,7 @@ Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view conte
   const auto entry = entryIn(folder->number(), file);
   if (!entry) return logged(Result<void>(entry.error()));
   if (entry->isLink) return logged(Result<void>(refusal(file, "it is a link")));
-  FileCalls calls;
-  return logged(replaceFileIn(folder->number(), file, content, newFile(mostOpen), calls));
+  return logged(replaceFileIn(folder->number(), file, content, newFile(mostOpen)));
 }
 
 /// Renames only within root's folders. A file of the user's is never renamed into them: its owner could still change
@@ -220,8 +219,7 @@ Result<void> GuardedJobFiles::removeFrom(int folder, const fs::path& file) const
   if (!entry) return entry.error();
   if (!entry->exists) return {};
   if (::unlinkat(folder, file.filename().c_str(), 0) != 0) return systemError(errno, "delete", file.string());
-  FileCalls calls;
-  (void)calls.sync(folder);  // the file has been removed in any case
+  (void)syncToDevice(folder);  // the file has been removed in any case
   return {};
 }
 

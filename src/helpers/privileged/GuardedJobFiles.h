@@ -25,8 +25,7 @@ namespace mirvel {
 ///   then be read, replaced or removed under this name.
 /// - A link itself is never written through: its target must be named, and is checked like any other path.
 /// - A written file belongs to root, and its mode doesn't permit others to write to it, whatever it was before.
-/// Otherwise
-///   its former owner could change the job after it has been checked.
+///   Otherwise its former owner could change the job after it has been checked.
 /// - A private file doesn't become readable by others, since it may contain a password.
 /// - Only daemons are loaded. An agent is meant to run with a user's rights, and the user may be able to replace its
 ///   program.
