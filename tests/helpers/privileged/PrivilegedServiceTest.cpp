@@ -137,10 +137,10 @@ TEST(ElevationTest, EachMethodHasItsCommand) {
   const std::string process = ProcessIdentity::ofThisProcess().text();
   using Method = Elevation::Method;
   EXPECT_THAT((Elevation{Method::None}.command(program, {"--root", "/r"})), ElementsAre(program, "--root", "/r"));
-  EXPECT_THAT((Elevation{Method::Pkexec, "/usr/bin/pkexec", 1000}.command(program, {})),
+  EXPECT_THAT((Elevation{Method::Pkexec, "/usr/bin/pkexec"}.command(program, {})),
               ElementsAre("/usr/bin/pkexec", "--disable-internal-agent", program));
   EXPECT_THAT(
-      (Elevation{Method::Osascript, "/usr/bin/osascript", 501}.command(program, {})),
+      (Elevation{Method::Osascript, "/usr/bin/osascript"}.command(program, {"--user", "501"})),
       ElementsAre("/usr/bin/osascript", "-e",
                   R"x(do shell script "\"/opt/it's \\\"here\\\"/mirvel-privileged\" \"--user\" \"501\" \"--process\" )x"
                   R"x(\")x" +
