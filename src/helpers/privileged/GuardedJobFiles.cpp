@@ -8,6 +8,7 @@
 
 #include "core/catalogue/JobFolder.h"
 #include "core/files/ReadFile.h"
+#include "core/files/RegularFile.h"
 #include "helpers/jobfiles/MoveFile.h"
 #include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/privileged/ActingAs.h"
@@ -26,9 +27,10 @@ Error refusal(const fs::path& file, const char* why) {
 }
 
 /// Whether the path is absolute and has no "..", "." or repeated slashes, with which it could seem to be in one folder
-/// and lead to another.
+/// and lead to another. For the same reason it has no null character, at which a system call would cut off the rest.
 bool isPlain(const fs::path& path) {
-  return path.is_absolute() && path.has_filename() && path.lexically_normal().native() == path.native();
+  return path.is_absolute() && path.has_filename() && path.lexically_normal().native() == path.native() &&
+         checkPath(path);
 }
 
 /// The state of a path: nothing, a link, or a regular file with a single name.
@@ -193,7 +195,10 @@ Result<void> GuardedJobFiles::move(const fs::path& from, const fs::path& to, std
 Result<void> GuardedJobFiles::removeItem(const fs::path& item) const {
   const auto folder = openTrustedFolder(item.parent_path());
   if (!folder) return folder.error();
-  return removeTree(folder->number(), item);
+  struct stat status {};
+  const bool isGone =
+      ::fstatat(folder->number(), item.filename().c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT;
+  return isGone ? Result<void>() : removeTree(folder->number(), item);
 }
 
 Result<void> GuardedJobFiles::remove(const fs::path& file) {
