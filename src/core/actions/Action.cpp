@@ -99,8 +99,7 @@ messages::RequestContent Action::content() const {
       return messages::Log{.query = logQuery};
     case Kind::StartHost:
       return messages::StartHost();
-    case Kind::Quit:
-    case Kind::Subscribe:  // never sent as actions
+    case Kind::Quit:  // never sent as an action
       break;
   }
   return messages::Quit();
