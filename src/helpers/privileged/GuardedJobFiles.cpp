@@ -73,10 +73,11 @@ Result<void> GuardedJobFiles::removeAsUser(const fs::path& file) const {
 bool GuardedJobFiles::isTargetOfLink(const fs::path& file, const JobFolders& folders) {
   for (const fs::path& folder : folders.all()) {
     if (!openTrustedFolder(folder)) continue;
-    std::error_code failure;
-    for (const auto& entry : fs::directory_iterator(folder, failure)) {
-      if (!entry.is_symlink(failure)) continue;
-      if (fs::weakly_canonical(entry.path(), failure) == file && !failure) return true;
+    std::error_code failure, unresolved;
+    // Not a range-based loop, which throws if the folder can't be read to its end.
+    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end; entry.increment(failure)) {
+      if (!entry->is_symlink(unresolved)) continue;
+      if (fs::weakly_canonical(entry->path(), unresolved) == file && !unresolved) return true;
     }
   }
   return false;
