@@ -20,8 +20,8 @@ using namespace mirvel;
 
 constexpr const char* usage =
     "usage: mirvel-host [--detach] [--login] [--root DIR]\n\n"
-    "Runs launchd jobs on machines without launchd: those that a client loads, and those that were loaded when the\n"
-    "host last ended. Each user has one host.\n\n"
+    "Runs launchd jobs where neither launchd nor systemd does: those that a client loads, and those that were loaded\n"
+    "when it last ended. Each user has one host.\n\n"
     "  --detach     return as soon as the host can be reached, and leave it running\n"
     "  --login      a session of the user begins: load its enabled jobs, if necessary after another session has ended\n"
     "  --root DIR   use the folders below DIR in place of those of the machine\n";
