@@ -52,7 +52,8 @@ using PrivateGroups = std::function<bool(gid_t group, uid_t user)>;
 /// one that is read, even if its name is reused meanwhile; it must have been opened by the path `file`.
 ///
 /// - File and folder must belong to root or the user, and neither the group nor others may have write permission: who
-///   can write to the folder can replace the file.
+/// can
+///   write to the folder can replace the file.
 /// - The same holds for the folder and the owner of every symbolic link on the way.
 /// - A folder with the sticky bit, such as /tmp, may be writable, because nobody can replace the files of others in it.
 /// - Write permission of the user's private group counts as the user's own. This is for Linux systems with a umask of

@@ -49,7 +49,8 @@ inline constexpr mode_t privateFile = 0600;
 /// - A symbolic link is kept: its target is replaced, or created if it is missing.
 /// - Owner, permissions and extended attributes of the old file are kept as far as this process may set them.
 /// - A new file gets the mode 0644, less the umask and less what `mostOpen` doesn't contain; its owner can always read
-///   and write it. Others can never write it, even with a umask of 002, because launchd doesn't load such job files.
+/// and
+///   write it. Others can never write it, even with a umask of 002, because launchd doesn't load such job files.
 /// - The folder must exist.
 ///
 /// `BadArgument` for a folder, a device, a pipe, or a path that contains a null character or no file name; otherwise
