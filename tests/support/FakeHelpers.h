@@ -18,6 +18,7 @@ class FakeHelpers final : public HelperConnections {
     propertylist::Dictionary body;
     HelperConnection::Reply reply;
     HelperConnection::Failure failure;
+    HelperConnection::Event event = {};
     bool isCancelled = false;
 
     const propertylist::Value& at(const std::string& key) const {
@@ -65,8 +66,8 @@ class FakeHelpers final : public HelperConnections {
   class Connection final : public HelperConnection {
    public:
     Connection(FakeHelpers& owner, bool isPrivileged) : m_owner(owner), m_isPrivileged(isPrivileged) {}
-    Id run(const propertylist::Dictionary& request, Reply reply, Failure failure) override {
-      m_owner.requests.push_back({m_isPrivileged, request, std::move(reply), std::move(failure)});
+    Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, Event event) override {
+      m_owner.requests.push_back({m_isPrivileged, request, std::move(reply), std::move(failure), std::move(event)});
       const auto id = static_cast<Id>(m_owner.requests.size());
       m_owner.whenAsked();
       return id;

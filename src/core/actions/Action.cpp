@@ -99,7 +99,8 @@ messages::RequestContent Action::content() const {
       return messages::Log{.query = logQuery};
     case Kind::StartHost:
       return messages::StartHost();
-    case Kind::Quit:  // never sent as an action
+    case Kind::Quit:
+    case Kind::Subscribe:  // never sent as actions
       break;
   }
   return messages::Quit();

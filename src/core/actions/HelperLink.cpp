@@ -4,7 +4,8 @@
 
 namespace mirvel {
 
-HelperLink::Id HelperLink::run(const propertylist::Dictionary& request, Reply reply, Failure failure) {
+HelperLink::Id HelperLink::run(const propertylist::Dictionary& request, Reply reply, Failure failure,
+                               const Event& event) {
   const Id id = ++m_lastId;  // unique across all connections that the link will have
   m_waiting.emplace(id, Waiting{std::move(reply), std::move(failure)});
   const auto answered = [this, id](const propertylist::Dictionary& answer) {
@@ -12,7 +13,11 @@ HelperLink::Id HelperLink::run(const propertylist::Dictionary& request, Reply re
     if (const auto waiting = m_waiting.extract(id)) waiting.mapped().reply(answer);
   };
   const auto failed = [this, id](const Error& why) { requestFailed(id, why); };
-  const auto sent = m_connection->run(request, m_delay.whileOwned(answered), m_delay.whileOwned(failed));
+  const auto happened = [this, id, event](const propertylist::Dictionary& news) {
+    if (m_waiting.contains(id)) event(news);
+  };
+  const auto sent = m_connection->run(request, m_delay.whileOwned(answered), m_delay.whileOwned(failed),
+                                      event ? Event(m_delay.whileOwned(happened)) : Event());
   if (const auto waiting = m_waiting.find(id); waiting != m_waiting.end()) waiting->second.request = sent;
   return id;
 }

@@ -16,6 +16,7 @@ class HelperLink {
  public:
   using Id = std::int64_t;
   using Reply = HelperConnection::Reply;
+  using Event = HelperConnection::Event;
   /// Returns whether the user knows of the failure now. `isKnown` is true if they know already, because an earlier
   /// request failed for the same reason or they cancelled this one. So a lost connection is reported once.
   using Failure = std::function<bool(const Error& why, bool isKnown)>;
@@ -27,8 +28,9 @@ class HelperLink {
   /// Whether requests can be sent. Becomes false when a request fails because of the connection.
   bool isOpen() const { return m_connection != nullptr; }
 
-  /// Sends a request; the link must be open. Neither `reply` nor `failure` is called before this returns.
-  Id run(const propertylist::Dictionary& request, Reply reply, Failure failure);
+  /// Sends a request; the link must be open. Neither `reply` nor `failure` is called before this returns. `event` is
+  /// called for each event that the request has subscribed to, until the request ends.
+  Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, const Event& event = {});
   /// Cancels one request, which fails with `Cancelled` before this returns. The connection and other requests are
   /// unaffected. Does nothing if the request has ended.
   void cancel(Id id);

@@ -13,7 +13,7 @@ struct Header {
 
   template <typename Self, typename Fields>
   static void fields(Self& self, Fields& fields) {
-    fields("kind", self.kind, NumberRange{0, static_cast<int>(Kind::StartHost), "is unknown"});
+    fields("kind", self.kind, NumberRange{0, static_cast<int>(Kind::Subscribe), "is unknown"});
     fields("presentError", self.presentError);
     fields("privileged", self.privileged);
     AuthData::fields(self.authorisation, fields);
@@ -49,6 +49,8 @@ Result<RequestContent> readContent(Kind kind, const propertylist::Dictionary& fr
       return readAs<Log>(from);
     case Kind::StartHost:
       return readAs<StartHost>(from);
+    case Kind::Subscribe:
+      return readAs<Subscribe>(from);
   }
   return Error{.code = Error::Code::BadArgument, .message = "the key kind is unknown"};
 }

@@ -29,6 +29,7 @@ enum class Kind {
   Uninstall = 8,
   Log = 9,
   StartHost = 32,
+  Subscribe = 33,
 };
 
 /// Writes a job file atomically, and unloads the job that the file had contained. With `loads`, also loads the new job
@@ -163,8 +164,21 @@ struct StartHost {
   static void fields(Self&, Fields&) {}
 };
 
+/// Subscribes to the events of a topic. They are sent with the id of this request, which stays unanswered until it is
+/// cancelled; a reply ends the subscription.
+struct Subscribe {
+  std::string topic;
+
+  static Kind kind() { return Kind::Subscribe; }
+  bool operator==(const Subscribe&) const = default;
+  template <typename Self, typename Fields>
+  static void fields(Self& self, Fields& fields) {
+    fields.requiredText("topic", self.topic);
+  }
+};
+
 /// All requests.
-using RequestContent = std::variant<Write, Delete, Quit, Unload, Load, Test, Uninstall, Log, StartHost>;
+using RequestContent = std::variant<Write, Delete, Quit, Unload, Load, Test, Uninstall, Log, StartHost, Subscribe>;
 
 /// The secret that authenticates a request to the privileged helper, or the greeting of a connection to it.
 struct AuthData {

@@ -18,6 +18,8 @@ class HelperConnection {
   using Id = std::int64_t;
   using Reply = std::function<void(const propertylist::Dictionary&)>;
   using Failure = std::function<void(const Error&)>;
+  /// An event of a subscription; called any number of times before the reply.
+  using Event = std::function<void(const propertylist::Dictionary&)>;
 
   HelperConnection() = default;
   /// Closes the connection. Pending callbacks are dropped.
@@ -29,7 +31,7 @@ class HelperConnection {
   /// has returned, unless the request is cancelled first. A request that is too large or exceeds the number of
   /// concurrent requests fails with `LimitExceeded`, without affecting others. All other failures are those of the
   /// connection: the helper can't be reached, has exited or has violated the protocol; see `hasFailed`.
-  virtual Id run(const propertylist::Dictionary& request, Reply reply, Failure failure) = 0;
+  virtual Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, Event event = {}) = 0;
   /// Cancels a request: none of its callbacks is called any more, and the helper is notified, so that it stops what it
   /// can stop without leaving anything half done. Has no effect on a request that has been answered.
   virtual void cancel(Id request) = 0;

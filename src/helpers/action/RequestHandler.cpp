@@ -64,6 +64,10 @@ messages::Reply RequestHandler::answer(const messages::Request& request, Cancell
   return std::visit([&](const auto& content) { return reply(content, cancellation); }, request.content);
 }
 
+std::shared_ptr<void> RequestHandler::subscribe(const messages::Subscribe& request, EventReceiver receiver) const {
+  return m_setup.publisher ? m_setup.publisher(request.topic, std::move(receiver)) : nullptr;
+}
+
 template <typename Request>
 messages::Reply RequestHandler::reply(const Request& request, Cancellation&) {
   auto failure = act(request);
@@ -96,6 +100,10 @@ RequestHandler::Outcome RequestHandler::act(const messages::Uninstall&) {
 RequestHandler::Outcome RequestHandler::act(const messages::Quit&) {
   m_isDone = true;
   return {};
+}
+
+RequestHandler::Outcome RequestHandler::act(const messages::Subscribe&) {
+  return HelperFailure{.cause = {.code = Error::Code::BadArgument, .message = "a subscription requires a connection"}};
 }
 
 /// Writes the file before it stops the old job, so that a file that can't be written changes nothing. Also stops a job

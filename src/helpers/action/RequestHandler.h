@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "core/messages/Replies.h"
@@ -17,6 +18,8 @@ namespace mirvel {
 /// ensures that only one thread acts with the rights of the user.
 class RequestHandler {
  public:
+  using EventReceiver = std::function<void(const propertylist::Dictionary& event)>;
+
   /// Everything that a reference or function refers to must outlive the handler.
   struct Setup {
     JobFiles& files;
@@ -29,14 +32,21 @@ class RequestHandler {
     std::optional<std::filesystem::path> testFolder = {};  ///< see `TestRuns`
     /// Whether `StartHost` starts the host, which loads the agents of this process's user; otherwise it is refused.
     bool startsHost = false;
+    /// Starts a subscription, which lasts until the returned object is released. Returns null for an unknown topic.
+    /// The receiver may be called on any thread, but not after the release; therefore the release may wait for a call
+    /// in progress, and never happens within one. Without this function there are no topics.
+    std::function<std::shared_ptr<void>(const std::string& topic, EventReceiver receiver)> publisher = {};
   };
 
   explicit RequestHandler(Setup setup) : m_setup(std::move(setup)), m_tests(m_setup.host, m_setup.testFolder) {}
 
   /// Decodes a request, carries it out, and encodes the reply. A request that can't be decoded has an error as reply.
   propertylist::Dictionary handle(const propertylist::Dictionary& dictionary);
-  /// Blocks until the request has been carried out or has failed. Only tests can be cancelled.
+  /// Blocks until the request has been carried out or has failed. Only tests can be cancelled. A subscription is
+  /// refused here; see `subscribe`.
   messages::Reply answer(const messages::Request& request, Cancellation& cancellation);
+  /// See `Setup::publisher`.
+  std::shared_ptr<void> subscribe(const messages::Subscribe& request, EventReceiver receiver) const;
   /// Whether there has been a request to quit. Thread-safe.
   bool isDone() const { return m_isDone; }
 
@@ -65,6 +75,7 @@ class RequestHandler {
   Outcome act(const messages::StartHost&);
   Outcome act(const messages::Uninstall&);
   Outcome act(const messages::Quit&);
+  static Outcome act(const messages::Subscribe&);
 
   Stopped jobsToUnload(const std::filesystem::path& file, const std::optional<std::string>& label,
                        const std::optional<std::string>& newLabel = {});

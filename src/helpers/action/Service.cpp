@@ -91,7 +91,7 @@ bool Service::isEnding() {
   return m_isEnding;
 }
 
-/// The queued requests still run; tests are stopped.
+/// The queued requests still run; tests are stopped, and subscriptions end.
 void Service::finish() {
   std::vector<Shared> flights;
   {
@@ -101,14 +101,27 @@ void Service::finish() {
   }
   m_changed.notify_all();
   for (const Shared& flight : flights) {
-    if (flight->isBeside) cancelBeside(flight);
+    if (flight->course == Course::Beside) cancelBeside(flight);
+    if (flight->course != Course::Subscription) continue;
+    {
+      const std::lock_guard lock(flight->mutex);
+      flight->isAnswered = true;
+    }
+    unsubscribe(*flight);
   }
 }
 
 Result<void> Service::take(const wire::Frame& frame) {
-  if (frame.kind == wire::Frame::Kind::Message) return takeRequest(frame);
-  cancel(frame.id);
-  return {};
+  switch (frame.kind) {
+    case wire::Frame::Kind::Message:
+      return takeRequest(frame);
+    case wire::Frame::Kind::Cancel:
+      cancel(frame.id);
+      return {};
+    case wire::Frame::Kind::Event:
+      break;
+  }
+  return brokenRule("the peer sent an event");
 }
 
 Result<void> Service::takeRequest(const wire::Frame& frame) {
@@ -120,19 +133,24 @@ Result<void> Service::takeRequest(const wire::Frame& frame) {
     if (!m_inFlight.emplace(frame.id, flight).second) return brokenRule("the peer used an id twice");
   }
   if (m_admits && !m_admits(frame.body)) {
-    answer(frame.id, HelperError::of(ActionErrorCode::NotConnected));
+    answer(frame.id, flight, HelperError::of(ActionErrorCode::NotConnected));
   } else if (auto request = messages::Request::read(frame.body)) {
     begin(frame.id, flight, *std::move(request));
   } else {
-    answer(frame.id, HelperError::of(HelperFailure{.cause = request.error()}));
+    answer(frame.id, flight, HelperError::of(HelperFailure{.cause = request.error()}));
   }
   return {};
 }
 
 void Service::begin(Id id, const Shared& flight, messages::Request request) {
-  flight->isBeside =
+  if (const auto* const subscription = std::get_if<messages::Subscribe>(&request.content)) {
+    flight->course = Course::Subscription;
+    return subscribe(id, flight, *subscription);
+  }
+  const bool isBeside =
       std::holds_alternative<messages::Test>(request.content) || std::holds_alternative<messages::Log>(request.content);
-  flight->isBeside ? runBeside(id, flight, std::move(request)) : enqueue({id, flight, std::move(request)});
+  flight->course = isBeside ? Course::Beside : Course::InOrder;
+  isBeside ? runBeside(id, flight, std::move(request)) : enqueue({id, flight, std::move(request)});
 }
 
 void Service::enqueue(Queued queued) {
@@ -144,16 +162,38 @@ void Service::enqueue(Queued queued) {
 void Service::runBeside(Id id, const Shared& flight, messages::Request request) {
   const bool runs = countBeside() <= mostBeside && m_threads.start([this, id, flight, request = std::move(request)] {
     const auto reply = m_handler.answer(request, flight->cancellation);
-    answer(id, flight->cancellation.isCancelled() ? cancelled() : reply);
+    answer(id, flight, flight->cancellation.isCancelled() ? cancelled() : reply);
   });
-  if (!runs) answer(id, refusal(Error::Code::LimitExceeded, "too many tests and log queries at the same time"));
+  if (!runs) answer(id, flight, refusal(Error::Code::LimitExceeded, "too many tests and log queries at the same time"));
 }
 
 /// Includes the request that is about to begin.
 std::size_t Service::countBeside() {
   const std::lock_guard lock(m_mutex);
-  return static_cast<std::size_t>(
-      std::count_if(m_inFlight.begin(), m_inFlight.end(), [](const auto& entry) { return entry.second->isBeside; }));
+  return static_cast<std::size_t>(std::count_if(
+      m_inFlight.begin(), m_inFlight.end(), [](const auto& entry) { return entry.second->course == Course::Beside; }));
+}
+
+void Service::subscribe(Id id, const Shared& flight, const messages::Subscribe& request) {
+  auto subscription = m_handler.subscribe(
+      request,
+      [this, id, weak = std::weak_ptr(flight)](const propertylist::Dictionary& event) { publish(id, weak, event); });
+  if (!subscription) return answer(id, flight, refusal(Error::Code::BadArgument, "there is no such topic"));
+  // Events may have ended it before it is stored. Then it is released here, after the lock.
+  const std::lock_guard lock(m_mutex);
+  if (m_inFlight.contains(id)) flight->subscription.swap(subscription);
+}
+
+/// A subscriber that is too slow loses its subscription instead of single events.
+void Service::publish(Id id, const std::weak_ptr<Flight>& weak, const propertylist::Dictionary& event) {
+  const auto flight = weak.lock();
+  if (!flight) return;
+  {
+    const std::lock_guard lock(flight->mutex);
+    if (flight->isAnswered) return;
+    if (m_outbox.addEvent({.id = id, .body = event, .kind = wire::Frame::Kind::Event})) return;
+  }
+  answer(id, flight, refusal(Error::Code::LimitExceeded, "the subscriber is too slow for the events"));
 }
 
 /// A request that runs in order isn't interrupted once it has begun, so that nothing is left half done.
@@ -167,8 +207,8 @@ void Service::cancel(Id id) {
     flight = found->second;
     wasQueued = std::erase_if(m_queue, [id](const Queued& queued) { return queued.id == id; }) > 0;
   }
-  if (flight->isBeside) return cancelBeside(flight);
-  if (wasQueued) answer(id, cancelled());
+  if (flight->course == Course::Beside) return cancelBeside(flight);
+  if (wasQueued || flight->course == Course::Subscription) answer(id, flight, cancelled());
 }
 
 /// On a thread, because stopping a test can take as long as its `ExitTimeOut`.
@@ -178,18 +218,31 @@ void Service::cancelBeside(const Shared& flight) {
   if (!isStarted) flight->cancellation.cancel();
 }
 
-void Service::answer(Id id, const messages::Reply& reply) {
-  m_outbox.add({.id = id, .body = messages::write(reply)});
+void Service::answer(Id id, const Shared& flight, const messages::Reply& reply) {
+  const std::lock_guard lock(flight->mutex);
+  if (std::exchange(flight->isAnswered, true)) return;
+  m_outbox.addAnswer({.id = id, .body = messages::write(reply)});
 }
 
 void Service::forget(Id id) {
+  std::map<Id, Shared>::node_type flight;
+  {
+    const std::lock_guard lock(m_mutex);
+    flight = m_inFlight.extract(id);
+  }
+  if (flight) unsubscribe(*flight.mapped());
+}
+
+/// Releases the subscription after the lock, because that can wait for an event in progress.
+void Service::unsubscribe(Flight& flight) {
+  std::shared_ptr<void> subscription;
   const std::lock_guard lock(m_mutex);
-  m_inFlight.erase(id);
+  subscription.swap(flight.subscription);
 }
 
 void Service::workInOrder() {
   while (const auto queued = nextInOrder()) {
-    answer(queued->id, m_handler.answer(queued->request, queued->flight->cancellation));
+    answer(queued->id, queued->flight, m_handler.answer(queued->request, queued->flight->cancellation));
     if (!m_handler.isDone()) continue;
     const std::lock_guard lock(m_mutex);
     m_isEnding = true;

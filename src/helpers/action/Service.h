@@ -44,10 +44,11 @@ class Threads {
 ///
 /// Requests that change files or load and unload jobs run one at a time on one thread, in the order in which they were
 /// sent. A test run and a log query depend on none of these: each runs on a thread of its own and delays no other
-/// request.
+/// request. A subscription needs no thread.
 ///
 /// Each request is answered exactly once, and answers are sent in the order in which the requests end. A cancelled
-/// request is answered with `Cancelled` if it hadn't begun or could be stopped, otherwise with its outcome.
+/// request is answered with `Cancelled` if it hadn't begun or could be stopped, otherwise with its outcome. No event
+/// follows the answer to its subscription.
 ///
 /// Requests that have been received are carried out even if the peer has hung up, except for tests, which are stopped.
 class Service {
@@ -66,16 +67,21 @@ class Service {
   Service& operator=(const Service&) = delete;
 
   /// Serves until the peer hangs up or sends `Quit`. May be called only once. Returns an error if sending fails or the
-  /// peer breaks the rules: by malformed frames, an id that is in use, or more than `wire::mostRequests`
+  /// peer breaks the rules: by malformed frames, events, an id that is in use, or more than `wire::mostRequests`
   /// requests in flight. Such a peer is disconnected at once, without the answers that are left.
   Result<void> run();
 
  private:
   using Id = std::int64_t;
+  enum class Course { InOrder, Beside, Subscription };
   /// A request whose answer hasn't been sent.
   struct Flight {
-    bool isBeside = false;  ///< runs on a thread of its own; for the reading thread only
+    Course course = Course::InOrder;  ///< for the reading thread only
     Cancellation cancellation;
+    std::mutex mutex;  ///< held while an event or the answer is queued, so that no event follows the answer
+    bool isAnswered = false;
+    /// Guarded by the service's mutex. Not released with the flight: the last owner of that may be an event.
+    std::shared_ptr<void> subscription;
   };
   using Shared = std::shared_ptr<Flight>;
   struct Queued {
@@ -91,10 +97,13 @@ class Service {
   void enqueue(Queued queued);
   void runBeside(Id id, const Shared& flight, messages::Request request);
   std::size_t countBeside();
+  void subscribe(Id id, const Shared& flight, const messages::Subscribe& request);
+  void publish(Id id, const std::weak_ptr<Flight>& weak, const propertylist::Dictionary& event);
   void cancel(Id id);
   void cancelBeside(const Shared& flight);
-  void answer(Id id, const messages::Reply& reply);
+  void answer(Id id, const Shared& flight, const messages::Reply& reply);
   void forget(Id id);
+  void unsubscribe(Flight& flight);
   void workInOrder();
   std::optional<Queued> nextInOrder();
   bool isEnding();

@@ -112,6 +112,7 @@ void Server::serve(const Client& client) {
 
 void Server::handle(const Client& client, const wire::Frame& frame) {
   if (frame.kind == wire::Frame::Kind::Cancel) return cancel(client, frame.id);
+  if (frame.kind != wire::Frame::Kind::Message) return client->cutOff();
   const auto request = hostdata::readRequest(frame.body);
   if (!request) return refuse(*client, frame.id, request.error());
   std::visit(

@@ -10,7 +10,7 @@ namespace mirvel::wire {
 namespace {
 
 constexpr std::size_t lengthSize = 4;
-constexpr std::string_view idKey = "id", bodyKey = "body", cancelKey = "cancel";
+constexpr std::string_view idKey = "id", bodyKey = "body", cancelKey = "cancel", eventKey = "event";
 
 Error tooLarge(std::size_t size) {
   return {.code = Error::Code::LimitExceeded,
@@ -27,19 +27,20 @@ std::size_t lengthIn(std::string_view bytes) {
   return length;
 }
 
-/// The kind of a frame is given by the one of two keys that it has.
+/// The kind of a frame is given by the one of three keys that it has.
 Result<Frame> decodeContent(std::int64_t id, propertylist::Dictionary& content) {
   auto* const body = content.find(bodyKey);
+  auto* const event = content.find(eventKey);
   const auto* const cancel = content.find(cancelKey);
-  if ((body != nullptr) == (cancel != nullptr)) return malformed("a message has no kind");
+  if ((body != nullptr) + (event != nullptr) + (cancel != nullptr) != 1) return malformed("a message has no kind");
   if (cancel) {
     const bool* const isSet = cancel->as<bool>();
     return isSet && *isSet ? Result(Frame{.id = id, .kind = Frame::Kind::Cancel})
                            : malformed("a cancellation isn't true");
   }
-  auto* const dictionary = body->as<propertylist::Dictionary>();
+  auto* const dictionary = (body ? body : event)->as<propertylist::Dictionary>();
   if (!dictionary) return malformed("the body of a message isn't a dictionary");
-  return Frame{.id = id, .body = std::move(*dictionary)};
+  return Frame{.id = id, .body = std::move(*dictionary), .kind = body ? Frame::Kind::Message : Frame::Kind::Event};
 }
 
 Result<Frame> decode(std::string_view list) {
@@ -61,6 +62,7 @@ Result<std::string> encode(const Frame& frame, std::size_t largest) {
   propertylist::Dictionary content;
   content.set(idKey, frame.id);
   if (frame.kind == Frame::Kind::Message) content.set(bodyKey, frame.body);
+  if (frame.kind == Frame::Kind::Event) content.set(eventKey, frame.body);
   if (frame.kind == Frame::Kind::Cancel) content.set(cancelKey, true);
   const std::string list = propertylist::writeBinary(std::move(content));
   if (list.size() > largest) return tooLarge(list.size());

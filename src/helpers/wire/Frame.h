@@ -17,6 +17,7 @@ struct Frame {
   enum class Kind {
     Message,  ///< a request, or the answer with the same id; each request gets exactly one
     Cancel,   ///< cancels the request with this id, which is answered nevertheless; has no body
+    Event,    ///< an event for the subscription request with this id; any number before its answer
   };
 
   std::int64_t id = 0;
@@ -29,6 +30,8 @@ struct Frame {
 /// The limit of requests in flight on one connection, that is, without an answer, cancelled or not. A peer that sends
 /// more is disconnected.
 inline constexpr std::size_t mostRequests = 64;
+/// The limit of events that wait for a slow receiver.
+inline constexpr std::size_t mostEvents = 1024;
 
 /// The limit for the content of a frame, in bytes.
 inline constexpr std::size_t largestFrame = std::size_t{64} << 20U;
@@ -38,14 +41,14 @@ inline constexpr std::size_t largestRequest = 2 * JobFolder::largestFile + (std:
 /// The limit for a helper's greeting.
 inline constexpr std::size_t largestGreeting = 4096;
 
-/// Encodes a frame: four bytes of length, big-endian, then a binary property list: `{id, body}` or `{id, cancel:
-/// true}`. Returns `LimitExceeded` if the list is larger than `largest` bytes.
+/// Encodes a frame: four bytes of length, big-endian, then a binary property list: `{id, body}`, `{id, cancel: true}`
+/// or `{id, event}`. Returns `LimitExceeded` if the list is larger than `largest` bytes.
 Result<std::string> encode(const Frame& frame, std::size_t largest = largestFrame);
 
 /// Finds the frames in a stream of bytes, which may be split anywhere.
 ///
 /// A frame must be within the limit, and its content a binary property list (not XML) that is a dictionary with an
-/// integer `id` of 64 bits and exactly one of `body` and `cancel`. Unknown keys are ignored. The length is
+/// integer `id` of 64 bits and exactly one of `body`, `event` and `cancel`. Unknown keys are ignored. The length is
 /// checked before the content is received, so a peer can't make the reader allocate more than the limit.
 class FrameReader {
  public:

@@ -15,8 +15,20 @@ Outbox::~Outbox() {
   (void)finish();  // the owner that is interested in a failure has called `finish`
 }
 
-void Outbox::add(Frame frame) {
+void Outbox::addAnswer(Frame frame) {
   const std::lock_guard lock(m_mutex);
+  add(std::move(frame));
+}
+
+bool Outbox::addEvent(Frame frame) {
+  const std::lock_guard lock(m_mutex);
+  if (m_events >= mostEvents) return false;
+  ++m_events;
+  add(std::move(frame));
+  return true;
+}
+
+void Outbox::add(Frame frame) {
   m_frames.push_back(std::move(frame));
   m_changed.notify_one();
 }
@@ -33,7 +45,7 @@ Result<void> Outbox::finish() {
 
 void Outbox::work() {
   while (const auto frame = next()) {
-    m_sending(frame->id);
+    if (frame->kind == Frame::Kind::Message) m_sending(frame->id);
     send(*frame);
   }
 }
@@ -44,6 +56,7 @@ std::optional<Frame> Outbox::next() {
   if (m_frames.empty()) return std::nullopt;
   Frame frame = std::move(m_frames.front());
   m_frames.pop_front();
+  if (frame.kind == Frame::Kind::Event) --m_events;
   return frame;
 }
 

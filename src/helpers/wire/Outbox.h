@@ -16,20 +16,23 @@ namespace mirvel::wire {
 /// it sends nothing more and shuts the socket down, which ends the reader's wait. Thread-safe.
 class Outbox {
  public:
-  /// The caller keeps ownership of the socket. `sending` is called with the id of each frame just before it is sent,
+  /// The caller keeps ownership of the socket. `sending` is called with the id of each answer just before it is sent,
   /// even after a failure, on the outbox's thread and without a lock.
   Outbox(int socket, std::function<void(std::int64_t id)> sending);
   ~Outbox();
   Outbox(const Outbox&) = delete;
   Outbox& operator=(const Outbox&) = delete;
 
-  /// The caller limits the number of waiting frames, as `wire::mostRequests` does.
-  void add(Frame frame);
+  /// The caller limits the number of waiting answers, as `wire::mostRequests` does.
+  void addAnswer(Frame frame);
+  /// Returns false, and drops the event, if `mostEvents` events are waiting.
+  [[nodiscard]] bool addEvent(Frame frame);
   /// Waits until everything has been sent, and returns an error if sending has failed. Nothing may be added afterwards.
   /// Blocks for as long as the peer doesn't read, unless the socket is shut down.
   Result<void> finish();
 
  private:
+  void add(Frame frame);
   void work();
   std::optional<Frame> next();
   void send(const Frame& frame);
@@ -39,6 +42,7 @@ class Outbox {
   std::mutex m_mutex;
   std::condition_variable m_changed;
   std::deque<Frame> m_frames;
+  std::size_t m_events = 0;  ///< the number of events in `m_frames`
   bool m_isFinishing = false;
   Result<void> m_result;
   std::thread m_thread;  // last, because it uses all other members

@@ -38,8 +38,8 @@ bool wouldBlock() {
 class SocketHelperConnection::PendingRequests {
  public:
   /// Registers a request and returns its id.
-  Id add(Reply reply, Failure failure) {
-    m_pending.emplace(++m_lastId, Request{std::move(reply), std::move(failure)});
+  Id add(Reply reply, Failure failure, Event event) {
+    m_pending.emplace(++m_lastId, Request{std::move(reply), std::move(failure), std::move(event)});
     return m_lastId;
   }
   /// Whether the request just added is one too many.
@@ -48,15 +48,20 @@ class SocketHelperConnection::PendingRequests {
   [[nodiscard]] bool cancel(Id id) {
     const auto found = m_pending.find(id);
     if (found == m_pending.end() || found->second.isCancelled) return false;
-    found->second = {.reply = [](const auto&) {}, .failure = [](const auto&) {}, .isCancelled = true};
+    found->second = {.reply = [](const auto&) {}, .failure = [](const auto&) {}, .event = {}, .isCancelled = true};
     return true;
   }
-  /// Passes an answer to its request. Returns false if no request expects it.
+  /// Passes an answer or an event to its request. Returns false if no request expects it.
   [[nodiscard]] bool deliver(const Frame& frame) {
-    if (frame.kind != Frame::Kind::Message) return false;
-    const auto found = m_pending.extract(frame.id);
-    if (found) found.mapped().reply(frame.body);
-    return !found.empty();
+    switch (frame.kind) {
+      case Frame::Kind::Message:
+        return deliverAnswer(frame);
+      case Frame::Kind::Event:
+        return deliverEvent(frame);
+      case Frame::Kind::Cancel:
+        break;
+    }
+    return false;
   }
   void fail(Id id, const Error& why) {
     auto found = m_pending.extract(id);
@@ -78,8 +83,23 @@ class SocketHelperConnection::PendingRequests {
   struct Request {
     Reply reply;
     Failure failure;
+    Event event;
     bool isCancelled = false;
   };
+
+  bool deliverAnswer(const Frame& frame) {
+    const auto found = m_pending.extract(frame.id);
+    if (found) found.mapped().reply(frame.body);
+    return !found.empty();
+  }
+  bool deliverEvent(const Frame& frame) {
+    const auto found = m_pending.find(frame.id);
+    if (found == m_pending.end()) return false;
+    if (found->second.isCancelled) return true;
+    const Event event = found->second.event;  // a copy, because the callback may cancel its request
+    if (event) event(frame.body);
+    return static_cast<bool>(event);
+  }
 
   std::map<Id, Request> m_pending;
   Id m_lastId = 0;
@@ -128,9 +148,9 @@ void SocketHelperConnection::close() {
   if (m_thread.joinable()) m_thread.join();
 }
 
-HelperConnection::Id SocketHelperConnection::run(const propertylist::Dictionary& request, Reply reply,
-                                                 Failure failure) {
-  const Id id = m_requests->add(std::move(reply), std::move(failure));
+HelperConnection::Id SocketHelperConnection::run(const propertylist::Dictionary& request, Reply reply, Failure failure,
+                                                 Event event) {
+  const Id id = m_requests->add(std::move(reply), std::move(failure), std::move(event));
   if (m_requests->brokenBy()) {
     postFailure(id, *m_requests->brokenBy());
   } else if (m_requests->isFull()) {
@@ -168,7 +188,8 @@ void SocketHelperConnection::work() {
 
 /// Waits for the socket or a wake-up, then receives and sends. Returns false at the end of the connection.
 bool SocketHelperConnection::exchange(FrameReader& reader) {
-  std::array<pollfd, 2> waiting{pollfd{.fd = m_socket.number(), .events = POLLIN, .revents = 0},
+  const short events = m_waitingEvents < mostEvents ? POLLIN : 0;
+  std::array<pollfd, 2> waiting{pollfd{.fd = m_socket.number(), .events = events, .revents = 0},
                                 pollfd{.fd = m_waking.read.number(), .events = POLLIN, .revents = 0}};
   {
     const std::lock_guard lock(m_unsent.mutex);
@@ -203,9 +224,12 @@ bool SocketHelperConnection::receive(FrameReader& reader) {
 }
 
 void SocketHelperConnection::post(Frame frame) {
-  m_queue.post([listeners = m_listeners, frame = std::move(frame)] {
+  const bool isEvent = frame.kind == Frame::Kind::Event;
+  if (isEvent) ++m_waitingEvents;
+  m_queue.post([this, isEvent, listeners = m_listeners, frame = std::move(frame)] {
     const auto requests = listeners.lock();
     if (!requests) return;  // the connection has been destroyed
+    if (isEvent && m_waitingEvents-- == mostEvents) wake();
     if (!requests->brokenBy() && !requests->deliver(frame)) requests->failAll(unexpectedFrame());
   });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -17,15 +18,16 @@ namespace mirvel::wire {
 /// so no call blocks.
 ///
 /// A peer that hangs up or breaks the rules is disconnected: all pending requests fail, and so does every later one.
-/// The rules are those of `FrameReader`, and that each answer belongs to a pending request. There is no time-out: a
-/// request stays pending until it is answered, cancelled, or the connection ends.
+/// The rules are those of `FrameReader`, and that each answer and event belongs to a pending request. There is no
+/// time-out: a request stays pending until it is answered, cancelled, or the connection ends. While `mostEvents` events
+/// wait for the main thread, nothing more is received.
 class SocketHelperConnection final : public HelperConnection {
  public:
   /// The queue must outlive the connection. `ended` is called once, on any thread, when the socket has been closed.
   SocketHelperConnection(FileDescriptor socket, MainQueue& queue, std::function<void()> ended = {});
   ~SocketHelperConnection() override;
 
-  Id run(const propertylist::Dictionary& request, Reply reply, Failure failure) override;
+  Id run(const propertylist::Dictionary& request, Reply reply, Failure failure, Event event = {}) override;
   void cancel(Id request) override;
   bool hasFailed() const override;
   void invalidate() override;
@@ -59,9 +61,10 @@ class SocketHelperConnection final : public HelperConnection {
   FileDescriptor m_socket;
   Pipe m_waking = Pipe::make();
   Unsent m_unsent;
-  std::shared_ptr<PendingRequests> m_requests;  ///< for the main thread
-  std::weak_ptr<PendingRequests> m_listeners;   ///< copied by the thread into the tasks that it posts
-  std::thread m_thread;                         // last, because it uses all other members
+  std::atomic<std::size_t> m_waitingEvents = 0;  ///< events posted to the main thread that haven't been delivered
+  std::shared_ptr<PendingRequests> m_requests;   ///< for the main thread
+  std::weak_ptr<PendingRequests> m_listeners;    ///< copied by the thread into the tasks that it posts
+  std::thread m_thread;                          // last, because it uses all other members
 };
 
 }  // namespace mirvel::wire

@@ -45,6 +45,7 @@ TEST(RequestTest, EveryRequestReachesTheOtherEndUnderItsNumber) {
       {Log{{.lastString = "4h", .period = seconds(14400), .searchString = "s"}},
        {{"kind", 9}, {"logQuery", Dictionary{{"lastString", "4h"}, {"lastSeconds", "14400"}, {"searchString", "s"}}}}},
       {StartHost(), {{"kind", 32}}},
+      {Subscribe{.topic = "runs"}, {{"kind", 33}, {"topic", "runs"}}},
   };
   for (auto [content, written] : rows) {
     const Request request{.content = content, .presentError = false, .authorisation = {Data{"secret"}}};

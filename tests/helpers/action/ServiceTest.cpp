@@ -41,14 +41,11 @@ class GatedHost final : public JobHost {
   Result<bool> waitForEnd(const std::string& label, std::chrono::seconds) override { return pass(label); }
   Result<std::vector<LogLine>> log(std::chrono::seconds, const std::string& text) override {
     pass(text);
-    std::vector<LogLine> result{{1, text}};
-    while (result.size() < lines) result.push_back({1, std::string(1000, 'x') + std::to_string(result.size())});
-    return result;
+    return std::vector<LogLine>{{1, text}};
   }
 
   std::atomic<bool> holdsTests = false;  ///< whether loading a test blocks, too
   std::atomic<int> unloads = 0;
-  std::atomic<std::size_t> lines = 1;  ///< that a log query finds
 
   void open(const std::string& gate) {
     const std::lock_guard lock(m_mutex);
@@ -75,13 +72,54 @@ class GatedHost final : public JobHost {
   std::set<std::string> m_open, m_reached;
 };
 
+/// Publishes numbers on the topic "news", and notices a subscription that is released within one of its events.
+class Publisher {
+ public:
+  std::shared_ptr<void> subscribe(const std::string& topic, RequestHandler::EventReceiver receiver) {
+    if (topic != "news") return nullptr;
+    auto shared = std::make_shared<RequestHandler::EventReceiver>(std::move(receiver));
+    const std::lock_guard lock(m_mutex);
+    m_receivers.push_back(shared);
+    return {shared.get(), [this, shared](void*) { releasedWithinEvents += isPublishing() ? 1 : 0; }};
+  }
+  void publish(int number) {
+    const std::lock_guard lock(m_mutex);
+    isPublishing() = true;
+    for (const auto& weak : m_receivers) {
+      if (const auto receiver = weak.lock()) (*receiver)({{"number", number}});
+    }
+    isPublishing() = false;
+  }
+  std::size_t count() {
+    const std::lock_guard lock(m_mutex);
+    return static_cast<std::size_t>(
+        std::count_if(m_receivers.begin(), m_receivers.end(), [](const auto& weak) { return !weak.expired(); }));
+  }
+  std::atomic<int> releasedWithinEvents = 0;
+
+ private:
+  static bool& isPublishing() {
+    thread_local bool value = false;
+    return value;
+  }
+
+  std::mutex m_mutex;
+  std::vector<std::weak_ptr<RequestHandler::EventReceiver>> m_receivers;
+};
+
 /// The real service and the real connection, with a host that a test controls.
 class ServiceTest : public testing::Test {
  protected:
   testdata::TemporaryFolder root;
   GatedHost host;
+  Publisher publisher;
   UserJobFiles files{JobFolders({root.path()})};
-  RequestHandler handler{{.files = files, .host = host, .uninstall = [] { return Result<void>(); }}};
+  RequestHandler handler{
+      {.files = files,
+       .host = host,
+       .uninstall = [] { return Result<void>(); },
+       .publisher = [this](const auto& topic,
+                           auto receiver) { return publisher.subscribe(topic, std::move(receiver)); }}};
   wire::SocketPair sockets = wire::SocketPair::make();
   Service service{sockets.theirs.number(), handler};
   std::future<Result<void>> served = std::async(std::launch::async, [this] {
@@ -99,14 +137,15 @@ class ServiceTest : public testing::Test {
     sockets.ours.reset();
   }
 
-  HelperConnection::Id ask(const std::string& name, messages::RequestContent content) {
+  HelperConnection::Id ask(const std::string& name, messages::RequestContent content,
+                           HelperConnection::Event event = {}) {
     const messages::Request request{.content = std::move(content)};
     return connection->run(
         request.write(),
         [this, name, kind = request.kind()](const Dictionary& body) {
           outcomes.push_back(name + outcomeOf(messages::readReply(kind, body)));
         },
-        [this, name](const Error&) { outcomes.push_back(name + ": failed"); });
+        [this, name](const Error&) { outcomes.push_back(name + ": failed"); }, std::move(event));
   }
   HelperConnection::Id askTest(const std::string& label) {
     return ask(label, messages::Test{.testPath = path(label),
@@ -180,8 +219,7 @@ TEST_F(ServiceTest, EachRequestCanBeCancelledAlone) {
     return host.isReached("test") && host.isReached("log") && host.isReached("other") && host.isReached("load begun");
   }));
   for (const auto id : {test, log, begun, queued, queued}) connection->cancel(id);
-  host.open("last");
-  (void)askLog("last");
+  (void)ask("last", messages::Subscribe{.topic = "nothing"});
   ASSERT_TRUE(waitForOutcomes(1));  // the frames before it have been read
   ASSERT_TRUE(wait([&] { return host.isOpen("test"); })) << "it is stopped";
   host.open("load begun");
@@ -220,10 +258,11 @@ TEST_F(ServiceTest, APeerThatEndsLeavesNoTestOrSaveRunning) {
   (void)askTest("test");
   (void)askWrite("begun", "begun", true);
   (void)askWrite("queued", "queued");
-  ASSERT_TRUE(wait([&] { return host.isReached("test") && host.isReached("load begun"); }));
+  (void)ask("news", messages::Subscribe{.topic = "news"});
+  ASSERT_TRUE(wait([&] { return host.isReached("test") && host.isReached("load begun") && publisher.count() == 1; }));
   connection.reset();
   host.open("load begun");
-  EXPECT_TRUE(wait([&] { return host.isOpen("test"); }));
+  EXPECT_TRUE(wait([&] { return host.isOpen("test") && publisher.count() == 0; }));
   (void)served.get();
   EXPECT_TRUE(fs::exists(path("queued")));
   EXPECT_FALSE(fs::exists(path("test")));
@@ -242,18 +281,77 @@ TEST_F(ServiceTest, TheRequestToEndIsTheLast) {
   EXPECT_THAT(outcomes, testing::IsSupersetOf({"write first: done", "quit: done", "write late: failed"}));
 }
 
+TEST_F(ServiceTest, EventsComeUntilTheSubscriptionIsCancelled) {
+  connect();
+  std::vector<Dictionary> events;
+  const auto receive = [&](const Dictionary& event) { events.push_back(event); };
+  const auto id = ask("news", messages::Subscribe{.topic = "news"}, receive);
+  (void)ask("nothing", messages::Subscribe{.topic = "nothing"}, receive);
+  ASSERT_TRUE(waitForOutcomes(1));
+  EXPECT_THAT(outcomes, ElementsAre("nothing: there is no such topic"));
+  publisher.publish(1);
+  publisher.publish(2);
+  ASSERT_TRUE(wait([&] { return events.size() == 2; }));
+  EXPECT_EQ(events.back(), (Dictionary{{"number", 2}}));
+  publisher.publish(3);
+  connection->cancel(id);
+  ASSERT_TRUE(wait([&] { return publisher.count() == 0; }));
+  publisher.publish(4);
+  (void)askWrite("job", "job");
+  ASSERT_TRUE(waitForOutcomes(2));
+  EXPECT_EQ(events.size(), 2U) << "none after the end, not even one that was on its way";
+}
+
+/// A publisher may wait in the release until its events have ended.
+TEST_F(ServiceTest, ASubscriptionIsNeverReleasedWithinItsOwnEvent) {
+  connect();
+  std::atomic<bool> isDone = false;
+  std::thread publishing([&] {
+    for (int i = 0; !isDone; ++i) publisher.publish(i);
+  });
+  for (int round = 0; round < 60; ++round) {
+    bool hasEvent = false;
+    const auto id = ask("news", messages::Subscribe{.topic = "news"}, [&](const Dictionary&) { hasEvent = true; });
+    EXPECT_TRUE(wait([&] { return hasEvent; }));
+    connection->cancel(id);
+    EXPECT_TRUE(wait([&] { return publisher.count() == 0; }));
+  }
+  isDone = true;
+  publishing.join();
+  EXPECT_EQ(publisher.releasedWithinEvents, 0);
+}
+
+TEST_F(ServiceTest, ASubscriberThatDoesNotKeepUpLosesItsSubscriptionAndNothingElse) {
+  const auto& socket = sockets.ours;
+  const messages::Request subscription{.content = messages::Subscribe{.topic = "news"}};
+  ASSERT_TRUE(wire::sendFrame(socket.number(), {.id = 1, .body = subscription.write()}));
+  ASSERT_TRUE(wait([&] { return publisher.count() == 1; }));
+  constexpr int tooMany = 100000;  // more than the socket accepts and `mostEvents`
+  for (int i = 0; i < tooMany; ++i) publisher.publish(i);
+  wire::FrameReader reader;
+  int events = 0;
+  for (;; ++events) {
+    const auto frame = wire::receiveFrame(socket.number(), reader);
+    ASSERT_TRUE(frame && *frame);
+    if ((*frame)->kind != Frame::Kind::Event) {
+      const auto reply = messages::readReply(messages::Kind::Subscribe, (*frame)->body);
+      EXPECT_EQ(std::get<HelperError>(*reply).failure->cause.code, Error::Code::LimitExceeded);
+      break;
+    }
+    EXPECT_EQ((*frame)->body, (Dictionary{{"number", events}}));
+  }
+  EXPECT_LT(events, tooMany);
+  const messages::Request load{.content = messages::Load{.path = path("gone")}};
+  ASSERT_TRUE(wire::sendFrame(socket.number(), {.id = 2, .body = load.write()}));
+  EXPECT_EQ((*wire::receiveFrame(socket.number(), reader))->id, 2);
+}
+
 TEST_F(ServiceTest, APeerThatBreaksTheRulesIsCutOff) {
   const Dictionary test = messages::Request{.content = messages::Test{.testPath = path("t"),
                                                                       .testOutputPath = path("o"),
                                                                       .string = testdata::jobText("t")}}
                               .write();
-  const Dictionary held =
-      messages::Request{.content =
-                            messages::Write{.path = path("held"), .string = testdata::jobText("a"), .loads = true}}
-          .write();
-  const Dictionary log =
-      messages::Request{.content = messages::Log{{.period = std::chrono::seconds(60), .searchString = "log"}}}.write();
-  host.open("log");
+  const Dictionary subscription = messages::Request{.content = messages::Subscribe{.topic = "news"}}.write();
   const struct {
     const char* what;
     std::function<void(int)> act;
@@ -262,20 +360,19 @@ TEST_F(ServiceTest, APeerThatBreaksTheRulesIsCutOff) {
        [&](int socket) {
          for (int i = 0; i < 2; ++i) (void)wire::sendFrame(socket, {.id = 1, .body = test});
        }},
+      {"an event", [](int socket) { (void)wire::sendFrame(socket, {.id = 1, .kind = Frame::Kind::Event}); }},
       {"too many requests",
        [&](int socket) {
          for (std::size_t i = 0; i <= wire::mostRequests; ++i) {
-           (void)wire::sendFrame(socket, {.id = static_cast<std::int64_t>(i), .body = held});
+           (void)wire::sendFrame(socket, {.id = static_cast<std::int64_t>(i), .body = subscription});
          }
-         wire::FrameReader reader;
-         EXPECT_FALSE(*wire::receiveFrame(socket, reader)) << "cut off without the answers that are left";
-         host.open("load held");
        }},
       {"garbage", [](int socket) { wire::sendUninterrupted(socket, std::string("\0\0\0\x05hello", 9)); }},
       {"garbage, and reads nothing",
        [&](int socket) {
-         host.lines = 5000;  // more than the socket accepts
-         (void)wire::sendFrame(socket, {.id = 1, .body = log});
+         (void)wire::sendFrame(socket, {.id = 1, .body = subscription});
+         ASSERT_TRUE(wait([&] { return publisher.count() == 1; }));
+         for (int i = 0; i < 100000; ++i) publisher.publish(i);
          wire::sendUninterrupted(socket, std::string("\0\0\0\x05hello", 9));
        }},
   };

@@ -277,6 +277,8 @@ TEST_F(HostProgram, AWaitingRequestDelaysNoOtherAndCanBeCancelled) {
   const auto ended = next();
   EXPECT_EQ(ended.id, 2);
   EXPECT_TRUE(messages::FieldReader::read<hostdata::WaitForEnd::Answer>(ended.body)->hasEnded);
+  ASSERT_TRUE(send({.id = 4, .kind = wire::Frame::Kind::Event}));
+  EXPECT_EQ(next(), wire::Frame()) << "the client is disconnected";
 }
 
 TEST_F(HostProgram, IsAccessibleToItsUserOnly) {

@@ -116,7 +116,7 @@ class HandlingHelpers final : public HelperConnections {
   class Connection final : public HelperConnection {
    public:
     Connection(HandlingHelpers& owner, bool isRoots) : m_owner(owner), m_isRoots(isRoots) {}
-    Id run(const Dictionary& request, Reply reply, Failure failure) override {
+    Id run(const Dictionary& request, Reply reply, Failure failure, Event) override {
       m_owner.m_waiting.push_back({++m_owner.m_lastId, m_isRoots, request, std::move(reply), std::move(failure)});
       return m_owner.m_lastId;
     }

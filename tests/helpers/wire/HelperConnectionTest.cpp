@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <functional>
+#include <thread>
 
 #include "helpers/wire/FrameSocket.h"
 #include "helpers/wire/SocketHelperConnection.h"
@@ -122,6 +123,8 @@ TEST_F(SocketHelperConnectionTest, APeerThatBreaksTheRulesFailsPendingAndLaterRe
       {"says garbage", [](Peer& p, std::int64_t) { p.say(std::string("\0\0\0\x05hello", 9)); }, 0, 1,
        Error::Code::Malformed},
       {"says too much", [](Peer& p, std::int64_t) { p.say("\xff\xff\xff\xff"); }, 0, 1, Error::Code::LimitExceeded},
+      {"sends an event to a request without a subscription",
+       [](Peer& p, std::int64_t id) { p.send({.id = id, .kind = Frame::Kind::Event}); }, 0, 1, Error::Code::Malformed},
       {"cancels", [](Peer& p, std::int64_t id) { p.send({.id = id, .kind = Frame::Kind::Cancel}); }, 0, 1,
        Error::Code::Malformed},
       {"answers an unknown id", [](Peer& p, std::int64_t id) { p.answer(id + 100); }, 0, 1, Error::Code::Malformed},
@@ -181,6 +184,7 @@ TEST_F(SocketHelperConnectionTest, TheAnswerToACancelledRequestIsDroppedAndTheOt
   connection->cancel(ids[1]);
   connection->cancel(ids[1]);
   for (const auto id : {ids[0], ids[1]}) EXPECT_EQ(peer.next(), (Frame{.id = id, .kind = Frame::Kind::Cancel}));
+  peer.send({.id = ids[1], .body = {{"late", true}}, .kind = Frame::Kind::Event});
   peer.answer(ids[1]);
   peer.answer(ids[2]);
   ASSERT_TRUE(wait(1));
@@ -199,6 +203,23 @@ TEST_F(SocketHelperConnectionTest, MoreRequestsThanMayBeInFlightAreNotSent) {
   peer.answer(peer.next().id);
   ASSERT_TRUE(wait(mostRequests + 2));
   EXPECT_EQ(outcome.failures.size(), 1U);
+}
+
+TEST_F(SocketHelperConnectionTest, ABusyMainThreadIsNotFloodedAndMissesNoEvent) {
+  constexpr int count = 5000;
+  int events = 0;
+  connection->run(
+      {}, [](const auto&) {}, [](const auto&) {},
+      [&](const Dictionary& event) {
+        EXPECT_EQ(event, request(events));
+        ++events;
+      });
+  const auto id = peer.next().id;
+  std::thread sender([&] {
+    for (int i = 0; i < count; ++i) peer.send({.id = id, .body = request(i), .kind = Frame::Kind::Event});
+  });
+  EXPECT_TRUE(queue.runUntil([&] { return events == count; }));
+  sender.join();
 }
 
 TEST_F(SocketHelperConnectionTest, EveryPendingRequestFailsOnceWhenTheHelperDiesOrTheConnectionEnds) {
