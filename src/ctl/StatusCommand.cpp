@@ -7,6 +7,7 @@
 #include "core/process/Arguments.h"
 #include "core/process/Commands.h"
 #include "core/text/Digits.h"
+#include "core/text/Strings.h"
 #include "ctl/Json.h"
 #include "ctl/Printable.h"
 #include "ctl/Style.h"
@@ -114,7 +115,8 @@ Result<HostState> askLaunchd(const std::string& launchctl, ProcessRunner& runner
   const auto said = runner.run(launchctl, {"list"});
   if (!said) return said.error();
   if (said->exitStatus != 0) {
-    return Error{.code = Error::Code::Io, .message = "launchctl can't list the jobs: " + said->complaints};
+    const std::string complaints(String::trim(said->complaints, true));
+    return Error{.code = Error::Code::Io, .message = "launchctl can't list the jobs: " + complaints};
   }
   HostState answer{.hostName = "launchd", .isRunning = true, .jobs = {}};
   std::istringstream lines(said->output);

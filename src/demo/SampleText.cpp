@@ -1,67 +1,18 @@
 #include "demo/SampleText.h"
 
+#include <QString>
 #include <algorithm>
 #include <array>
+
+#include "core/loginitems/DesktopEntry.h"
 
 namespace mirvel::demo {
 
 namespace {
 
-std::string_view asXml(char character) {
-  switch (character) {
-    case '&':
-      return "&amp;";
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    default:
-      return {};
-  }
-}
-
-/// Quoted arguments are unescaped twice, once as a string of the file and once as an argument, hence the double
-/// backslashes.
-std::string_view asArgument(char character) {
-  switch (character) {
-    case '"':
-      return R"(\\")";
-    case '`':
-      return R"(\\`)";
-    case '$':
-      return R"(\\$)";
-    case '\\':
-      return R"(\\\\)";
-    case '%':
-      return "%%";
-    default:
-      return {};
-  }
-}
-
-std::string_view unchanged(char) {
-  return {};
-}
-
-/// Returns the replacement for a character, or an empty string for one that needs none.
-using Escape = std::string_view (*)(char);
-
-Escape escapeOf(const std::filesystem::path& file) {
-  if (file.extension() == ".plist") return asXml;
-  return file.extension() == ".desktop" ? asArgument : unchanged;
-}
-
-std::string escaped(std::string_view text, Escape escape) {
-  std::string result;
-  for (const char character : text) {
-    const std::string_view replacement = escape(character);
-    if (replacement.empty()) {
-      result += character;
-    } else {
-      result += replacement;
-    }
-  }
-  return result;
+std::string escaped(const std::string& text, const std::filesystem::path& file) {
+  if (file.extension() == ".plist") return QString::fromStdString(text).toHtmlEscaped().toStdString();
+  return file.extension() == ".desktop" ? escapedForExec(text) : text;
 }
 
 struct SampleMark {
@@ -72,11 +23,10 @@ struct SampleMark {
 }  // namespace
 
 std::string filledIn(std::string_view text, const std::filesystem::path& file, const SampleNames& names) {
-  const Escape escape = escapeOf(file);
   const std::array<SampleMark, 3> placeholders{{
-      {"@HOME@", escaped(names.home, escape)},
-      {"@ROOT@", escaped(names.root, escape)},
-      {"@USER@", escaped(names.user, escape)},
+      {"@HOME@", escaped(names.home, file)},
+      {"@ROOT@", escaped(names.root, file)},
+      {"@USER@", escaped(names.user, file)},
   }};
   std::string result;
   while (!text.empty()) {

@@ -80,7 +80,8 @@ class CommandFixture : public testing::Test {
   class Tools final : public ProcessRunner {
    public:
     explicit Tools(const std::optional<ProcessResult>& answer) : m_answer(answer) {}
-    Result<ProcessResult> run(const std::string&, const std::vector<std::string>&) override {
+    Result<ProcessResult> run(const std::string&, const std::vector<std::string>&,
+                              std::optional<std::chrono::seconds>) override {
       if (m_answer) return *m_answer;
       return Error{.code = Error::Code::NotFound, .message = "can't run"};
     }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +16,8 @@ class FakeProcessRunner final : public ProcessRunner {
   Result<ProcessResult> answer = ProcessResult{};
   std::vector<std::vector<std::string>> calls;  ///< each with the program first
 
-  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
+  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments,
+                            std::optional<std::chrono::seconds> = {}) override {
     calls.push_back({program});
     calls.back().insert(calls.back().end(), arguments.begin(), arguments.end());
     return answer;
@@ -24,7 +27,8 @@ class FakeProcessRunner final : public ProcessRunner {
 /// A machine without any tools.
 class NoTools final : public ProcessRunner {
  public:
-  Result<ProcessResult> run(const std::string&, const std::vector<std::string>&) override {
+  Result<ProcessResult> run(const std::string&, const std::vector<std::string>&,
+                            std::optional<std::chrono::seconds> = {}) override {
     return Error{.code = Error::Code::NotFound, .message = "no such tool"};
   }
 };
@@ -45,7 +49,8 @@ class FakeWhich : public ProcessRunner {
   };
   std::vector<std::string> words;
 
-  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
+  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments,
+                            std::optional<std::chrono::seconds> = {}) override {
     if (program != "/usr/bin/which") return Error{.code = Error::Code::NotFound, .message = "can't run"};
     words.push_back(arguments.at(0));
     if (arguments[0] == "broken") return Error{.code = Error::Code::NotFound, .message = "can't run"};

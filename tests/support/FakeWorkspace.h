@@ -16,7 +16,7 @@ class FakeWorkspace final : public Workspace {
   std::map<std::string, std::string> displayNames;  ///< by path; others are shown by their file name
   std::set<std::string> damagedImages;              ///< file names
   std::string userName = "Ada Lovelace";
-  std::vector<std::string> deeds = {};  ///< such as "reveal /a/b"
+  std::vector<std::string> calls = {};  ///< such as "reveal /a/b"
 
   bool open(const URL& url) override { return note("open " + url.text()); }
   bool openAddress(const std::string& address) override { return note("openAddress " + address); }
@@ -40,8 +40,8 @@ class FakeWorkspace final : public Workspace {
   void beep() override { note("beep"); }
 
  private:
-  bool note(const std::string& deed) {
-    deeds.push_back(deed);
+  bool note(const std::string& call) {
+    calls.push_back(call);
     return true;
   }
 };

@@ -13,7 +13,7 @@ namespace mirvel {
 
 namespace {
 
-using Deed = HelperFailure::Deed;
+using Operation = HelperFailure::Operation;
 
 std::string unknownError(const propertylist::Integer& code, const Localize& localize) {
   return bidirectionalString({localize.anUnknownErrorOccurred(), '(' + code.text() + ')'}, " ",
@@ -21,25 +21,25 @@ std::string unknownError(const propertylist::Integer& code, const Localize& loca
 }
 
 /// The operation that failed; empty if it concerns no file.
-std::string deedOf(const HelperFailure& failure, const Localize& localize) {
+std::string headlineOf(const HelperFailure& failure, const Localize& localize) {
   const std::string& file = failure.cause.file;
-  if (failure.deed == Deed::Test) return ActionTexts(localize).theTestCouldntBeRun();
-  if (failure.deed == Deed::Log) return ActionTexts(localize).anUnknownErrorOccurredWhenFetchingTheLog();
+  if (failure.operation == Operation::Test) return ActionTexts(localize).theTestCouldntBeRun();
+  if (failure.operation == Operation::Log) return ActionTexts(localize).anUnknownErrorOccurredWhenFetchingTheLog();
   if (file.empty()) return {};
-  switch (failure.deed) {
-    case Deed::Write:
+  switch (failure.operation) {
+    case Operation::Write:
       return ActionTexts(localize).couldntBeWritten(file);
-    case Deed::Delete:
+    case Operation::Delete:
       return ActionTexts(localize).couldntBeDeleted(file);
-    case Deed::Read:
+    case Operation::Read:
       return ActionTexts(localize).couldntBeRead(file);
-    case Deed::Load:
+    case Operation::Load:
       return ActionTexts(localize).theJobCouldntBeLoaded(file);
-    case Deed::Unload:
+    case Operation::Unload:
       return ActionTexts(localize).theJobCouldntBeStopped(file);
-    case Deed::Answer:
-    case Deed::Test:
-    case Deed::Log:
+    case Operation::Answer:
+    case Operation::Test:
+    case Operation::Log:
       break;
   }
   return {};
@@ -82,12 +82,12 @@ std::string ownReason(const HelperFailure& failure, const Localize& localize) {
     case Error::Code::MissingKey:
     case Error::Code::WrongType:
     case Error::Code::NoForm:
-      return failure.deed == Deed::Answer ? localize.pleaseTryAgain()
-                                          : ActionTexts(localize).checkTheContentsOfTheJobFile();
+      return failure.operation == Operation::Answer ? localize.pleaseTryAgain()
+                                                    : ActionTexts(localize).checkTheContentsOfTheJobFile();
     case Error::Code::LimitExceeded:
       return ActionTexts(localize).itIsTooLargeForAJobFile();
     case Error::Code::BadArgument:
-      return failure.deed == Deed::Write ? localize.renameTheItemAndTryAgain() : localize.pleaseTryAgain();
+      return failure.operation == Operation::Write ? localize.renameTheItemAndTryAgain() : localize.pleaseTryAgain();
     case Error::Code::NotTrusted:
       return ActionTexts(localize).makeSureThatOnlyYouCanChangeTheFile();
     case Error::Code::StillRunning:
@@ -109,12 +109,12 @@ std::string detailOf(const Error& cause) {
 }
 
 void present(const HelperFailure& failure, const std::string& unknown, const Localize& localize, Interface& interface) {
-  const std::string deed = deedOf(failure, localize);
+  const std::string headline = headlineOf(failure, localize);
   const std::string known = systemReason(failure.cause.systemCode, localize);
   std::string text = known.empty() ? ownReason(failure, localize) : known;
   if (failure.isWritten) text = ActionTexts(localize).theFileWasSaved() + ' ' + text;
   if (known.empty() && !failure.cause.message.empty()) text += "\n\n" + detailOf(failure.cause);
-  interface.error(deed.empty() ? unknown : deed, text);
+  interface.error(headline.empty() ? unknown : headline, text);
 }
 
 }  // namespace

@@ -31,12 +31,16 @@ int FileCalls::setMode(int file, mode_t mode) {
   return ::fchmod(file, mode);
 }
 
-int FileCalls::sync(int fileOrFolder) {
+int syncToDevice(int fileOrFolder) {
 #ifdef F_FULLFSYNC
   // On macOS, fsync leaves data in the cache of the device. Not every file system has F_FULLFSYNC.
   if (::fcntl(fileOrFolder, F_FULLFSYNC) == 0) return 0;
 #endif
   return ::fsync(fileOrFolder);
+}
+
+int FileCalls::sync(int fileOrFolder) {
+  return syncToDevice(fileOrFolder);
 }
 
 int FileCalls::close(int file) {
@@ -224,7 +228,8 @@ Result<void> replaceFile(const fs::path& path, std::string_view bytes, mode_t mo
 }
 
 Result<void> replaceFileIn(int folder, const fs::path& path, std::string_view bytes,
-                           const std::optional<OwnerAndMode>& fixed, FileCalls& calls) {
+                           const std::optional<OwnerAndMode>& fixed) {
+  FileCalls calls;
   return replaceFileIn(folder, path, bytes, fixed, newFileMode, calls);
 }
 

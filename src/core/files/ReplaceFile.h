@@ -24,11 +24,15 @@ class FileCalls {
   virtual int create(int folder, const char* name, mode_t mode);
   virtual ssize_t write(int file, const char* bytes, std::size_t count);
   virtual int setMode(int file, mode_t mode);
-  /// Flushes to the storage device, on macOS including the cache of the device itself.
+  /// See `syncToDevice`.
   virtual int sync(int fileOrFolder);
   virtual int close(int file);
   virtual int rename(int folder, const char* from, const char* to);
 };
+
+/// Flushes a file or folder to the storage device, on macOS including the cache of the device itself. Returns 0, or -1
+/// with `errno` set.
+int syncToDevice(int fileOrFolder);
 
 /// The prefix of temporary file names. While a file is being written, there is one such file beside it.
 inline constexpr std::string_view temporaryPrefix = ".mirvel-";
@@ -54,7 +58,7 @@ inline constexpr mode_t privateFile = 0600;
 /// `NotFound`, `NotPermitted` or `Io`. On failure the old file is unchanged and the temporary file is removed, with one
 /// exception: if flushing the folder fails, the new content is in place but may not survive a power failure.
 ///
-/// `calls` may be null for the system's own.
+/// `calls` is for tests that simulate failures; null: the system's own.
 Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes, mode_t mostOpen = newFileMode,
                          FileCalls* calls = nullptr);
 
@@ -72,7 +76,7 @@ struct OwnerAndMode {
 /// access aren't kept. An existing file doesn't become more accessible by it: group and others keep at most the rights
 /// that they had, and a file of the same owner that wasn't readable by everyone keeps its group.
 Result<void> replaceFileIn(int folder, const std::filesystem::path& path, std::string_view bytes,
-                           const std::optional<OwnerAndMode>& fixed, FileCalls& calls);
+                           const std::optional<OwnerAndMode>& fixed);
 
 /// Creates a folder and its missing ancestors with the mode 0700. Existing folders are left as they are; an empty path
 /// is fine. Errors have the path of the folder that couldn't be created.

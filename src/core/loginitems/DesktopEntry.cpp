@@ -168,4 +168,15 @@ std::optional<Image> DesktopEntry::image() const {
   return icon.starts_with('/') ? Image::file(icon) : Image::named(icon);
 }
 
+std::string escapedForExec(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    if (c == '"' || c == '`' || c == '$') result += R"(\\)";
+    if (c == '\\') result += R"(\\\)";
+    if (c == '%') result += '%';
+    result += c;
+  }
+  return result;
+}
+
 }  // namespace mirvel

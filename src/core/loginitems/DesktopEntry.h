@@ -41,4 +41,8 @@ struct DesktopEntry {
   std::optional<Image> image() const;
 };
 
+/// Escapes a text for a quoted argument of an `Exec` line. This takes two steps: one for the quoted argument, and one
+/// for texts of the file in general, where a backslash is written as two: `$a` gives `\\$a`, `50%` gives `50%%`.
+std::string escapedForExec(std::string_view text);
+
 }  // namespace mirvel

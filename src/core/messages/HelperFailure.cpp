@@ -8,9 +8,9 @@ namespace mirvel {
 namespace {
 
 constexpr std::string_view domainKey = "domain", codeKey = "code", descriptionKey = "description",
-                           suggestionKey = "suggestion", deedKey = "deed", causeKey = "cause", systemKey = "errno",
-                           pathKey = "path", lineKey = "line", columnKey = "column", offsetKey = "offset",
-                           placeKey = "keyPath", detailKey = "detail", writtenKey = "isWritten";
+                           suggestionKey = "suggestion", operationKey = "operation", causeKey = "cause",
+                           systemKey = "errno", pathKey = "path", lineKey = "line", columnKey = "column",
+                           offsetKey = "offset", placeKey = "keyPath", detailKey = "detail", writtenKey = "isWritten";
 
 /// None if the key is absent or has another type, as for all values of an error.
 template <typename T>
@@ -35,7 +35,7 @@ std::size_t countIn(const propertylist::Dictionary& error, std::string_view key)
 
 void write(const HelperFailure& failure, propertylist::Dictionary& to) {
   const Error& cause = failure.cause;
-  to.set(deedKey, static_cast<int>(failure.deed));
+  to.set(operationKey, static_cast<int>(failure.operation));
   to.set(causeKey, static_cast<int>(cause.code));
   to.set(detailKey, cause.message);
   if (cause.systemCode != 0) to.set(systemKey, cause.systemCode);
@@ -48,11 +48,11 @@ void write(const HelperFailure& failure, propertylist::Dictionary& to) {
 }
 
 std::optional<HelperFailure> readFailure(const propertylist::Dictionary& error) {
-  using Deed = HelperFailure::Deed;
-  const auto deed = numberIn(error, deedKey), cause = numberIn(error, causeKey);
-  if (!deed || *deed < 0 || *deed > static_cast<int>(Deed::Log)) return std::nullopt;
+  using Operation = HelperFailure::Operation;
+  const auto operation = numberIn(error, operationKey), cause = numberIn(error, causeKey);
+  if (!operation || *operation < 0 || *operation > static_cast<int>(Operation::Log)) return std::nullopt;
   if (!cause || *cause < 0 || *cause > static_cast<int>(Error::lastCode)) return std::nullopt;
-  return HelperFailure{.deed = static_cast<Deed>(*deed),
+  return HelperFailure{.operation = static_cast<Operation>(*operation),
                        .cause = {.code = static_cast<Error::Code>(*cause),
                                  .message = textIn(error, detailKey),
                                  .file = textIn(error, pathKey),
@@ -80,11 +80,11 @@ bool isMatterOfName(const Error& cause) {
 
 /// The code in `actionErrorDomain`; none for operations other than writing, deleting and querying the log.
 std::optional<ActionErrorCode> actionCode(const HelperFailure& failure) {
-  switch (failure.deed) {
-    case HelperFailure::Deed::Write:
-    case HelperFailure::Deed::Delete:
+  switch (failure.operation) {
+    case HelperFailure::Operation::Write:
+    case HelperFailure::Operation::Delete:
       return isMatterOfName(failure.cause) ? ActionErrorCode::NotChangedTryNewName : ActionErrorCode::NotChanged;
-    case HelperFailure::Deed::Log:
+    case HelperFailure::Operation::Log:
       return ActionErrorCode::NoLog;
     default:
       return std::nullopt;

@@ -26,9 +26,9 @@ inline constexpr const char* helperErrorDomain = "MirvelHelperErrorDomain";
 /// builds a message in the user's language.
 struct HelperFailure {
   /// The operation. The numbers are used on the wire, and must not change.
-  enum class Deed { Answer = 0, Write = 1, Delete = 2, Read = 3, Load = 4, Unload = 5, Test = 6, Log = 7 };
+  enum class Operation { Answer = 0, Write = 1, Delete = 2, Read = 3, Load = 4, Unload = 5, Test = 6, Log = 7 };
 
-  Deed deed = Deed::Answer;
+  Operation operation = Operation::Answer;
   Error cause;             ///< with the path of the file, if one was involved
   bool isWritten = false;  ///< the job's file has been written; a later step, such as loading, failed
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,8 +26,10 @@ class ProcessRunner {
 
   /// Runs a program and waits until it ends. `program` is its path, not a name to search for; there is no shell, so
   /// arguments are passed exactly as they are. An error means that it couldn't be started or its output couldn't be
-  /// read; a tool that fails is a result with a nonzero exit status. Blocks without a time-out.
-  virtual Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) = 0;
+  /// read; a tool that fails is a result with a nonzero exit status. A tool that hasn't ended within the limit is
+  /// killed, which is an error, too. Without a limit, blocks for as long as the tool runs.
+  virtual Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments,
+                                    std::optional<std::chrono::seconds> limit = {}) = 0;
 };
 
 }  // namespace mirvel

@@ -8,13 +8,31 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <thread>
 
 #include "core/process/FileDescriptor.h"
 #include "core/process/SpawnPlan.h"
 
 namespace mirvel {
 
+using namespace std::chrono;
+
 namespace {
+
+/// How long a tool may run.
+class Deadline {
+ public:
+  explicit Deadline(std::optional<seconds> limit) {
+    if (limit) m_end = steady_clock::now() + *limit;
+  }
+
+  explicit operator bool() const { return m_end.has_value(); }
+  bool isOver() const { return m_end && steady_clock::now() >= *m_end; }
+
+ private:
+  std::optional<steady_clock::time_point> m_end;
+};
 
 /// A child process. The destructor kills it unless it has ended, and reaps it, so that no zombie remains.
 class Child {
@@ -104,15 +122,34 @@ bool containsNull(const std::string& text) {
 }
 
 /// Reads until both outputs end, or until the tool has ended. The second matters if it leaves a process in the
-/// background that keeps the outputs open.
-void readAll(Outputs& outputs, Child& child) {
+/// background that keeps the outputs open. Returns false if the time is over before.
+bool readAll(Outputs& outputs, Child& child, const Deadline& deadline) {
   constexpr int interval = 100;  // milliseconds between checks whether the tool has ended
   while (outputs.areOpen() && !outputs.exceedsLimit()) {
     // Checked before reading, so that everything that the tool wrote before its end is read.
     const bool ended = child.hasEnded();
     outputs.read(ended ? 0 : interval);
-    if (ended) return;
+    if (ended) return true;
+    if (deadline.isOver()) break;
   }
+  return !outputs.areOpen();
+}
+
+/// Waits for the end of a tool that has closed its outputs, usually by ending. Returns false if the time is over
+/// before.
+bool endsInTime(Child& child, const Deadline& deadline) {
+  constexpr milliseconds longestPause{100};
+  for (milliseconds pause{1}; deadline && !child.hasEnded(); pause = std::min(2 * pause, longestPause)) {
+    if (deadline.isOver()) return false;
+    std::this_thread::sleep_for(pause);
+  }
+  return true;
+}
+
+Error tooLong(const std::string& program, seconds limit) {
+  return {.code = Error::Code::Io,
+          .message = "it hasn't ended within " + std::to_string(limit.count()) + " seconds",
+          .file = program};
 }
 
 Error tooMuch(const std::string& program, std::size_t maximum) {
@@ -127,7 +164,8 @@ Error badArgument(const std::string& program) {
 
 }  // namespace
 
-Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const std::vector<std::string>& arguments) {
+Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const std::vector<std::string>& arguments,
+                                               std::optional<seconds> limit) {
   if (containsNull(program) || std::any_of(arguments.begin(), arguments.end(), containsNull))
     return badArgument(program);
   Pipe output = Pipe::make();
@@ -141,13 +179,15 @@ Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const
   const int failure = plan.start(id, program, arguments, m_environment);
   if (failure != 0) return systemError(failure, "run", program);
 
+  const Deadline deadline(limit);
   Child child(id);
   // Otherwise the outputs would never end.
   output.write.reset();
   complaints.write.reset();
   Outputs outputs(std::move(output.read), std::move(complaints.read), m_maximumOutput);
-  readAll(outputs, child);
+  const bool isInTime = readAll(outputs, child, deadline);
   if (outputs.exceedsLimit()) return tooMuch(program, m_maximumOutput);
+  if (!isInTime || !endsInTime(child, deadline)) return tooLong(program, *limit);
   const int status = child.wait();
   return ProcessResult{.exitStatus = status, .output = outputs.text(0), .complaints = outputs.text(1)};
 }

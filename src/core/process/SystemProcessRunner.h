@@ -21,8 +21,10 @@ class SystemProcessRunner : public ProcessRunner {
 
   /// Returns when the tool has ended, even if a process that it started still has its output open; what that prints
   /// later is lost. `NotFound` or `NotPermitted` if the program can't be executed, `BadArgument` if the path or an
-  /// argument contains a null character, `Io` for other system errors. Errors have the path of the program.
-  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override;
+  /// argument contains a null character, `Io` for other system errors and after the limit. Errors have the path of the
+  /// program.
+  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments,
+                            std::optional<std::chrono::seconds> limit = {}) override;
 
  private:
   Environment m_environment;

@@ -141,7 +141,7 @@ Result<void> Store::replace() {
     return Error{.code = Error::Code::LimitExceeded, .message = "it would become too large", .file = m_path.string()};
   }
   // Private, since it may contain parts of files that only the user can read.
-  return replaceFile(m_path, bytes, privateFile, m_calls);
+  return replaceFile(m_path, bytes, privateFile);
 }
 
 Result<void> Store::clear() {

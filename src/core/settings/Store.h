@@ -46,8 +46,6 @@ class StoreTroubles {
   std::vector<StoreTrouble> m_waiting;  ///< until there is a listener
 };
 
-class FileCalls;
-
 /// One of the program's own property lists: a dictionary in a file that other programs may change at any time. Reading
 /// detects such changes by the identity, size and times of the file. Writing reads the file again first and replaces
 /// only the changed keys, so that changes by others are kept. There is no lock: if two programs write at the same
@@ -71,11 +69,10 @@ class Store {
   /// In bytes. A larger file is neither read nor written: `LimitExceeded`.
   static constexpr std::size_t largestFile = std::size_t{256} << 20U;
 
-  /// Doesn't access the file, which needn't exist. Without `troubles`, problems aren't reported. `calls` are for tests
-  /// that simulate failures. Both must outlive the store.
-  explicit Store(std::filesystem::path file, StoreTroubles* troubles = nullptr, Damaged damaged = Damaged::SetAside,
-                 FileCalls* calls = nullptr)
-      : m_path(std::move(file)), m_troubles(troubles), m_damaged(damaged), m_calls(calls) {}
+  /// Doesn't access the file, which needn't exist. Without `troubles`, which must outlive the store, problems aren't
+  /// reported.
+  explicit Store(std::filesystem::path file, StoreTroubles* troubles = nullptr, Damaged damaged = Damaged::SetAside)
+      : m_path(std::move(file)), m_troubles(troubles), m_damaged(damaged) {}
 
   /// All keys, including changes that haven't been written. Reads the file if it has changed. The reference is valid
   /// until the next call of any member function; the same holds for `find` and `get`.
@@ -116,7 +113,6 @@ class Store {
   std::filesystem::path m_path;
   StoreTroubles* m_troubles;
   Damaged m_damaged;
-  FileCalls* m_calls;  ///< null: the system's own
   propertylist::Dictionary m_contents;
   std::map<std::string, std::optional<propertylist::Value>> m_changes;  ///< not in the file; `m_contents` has them
   std::optional<struct stat> m_loaded;  ///< when `m_contents` was read; nullopt: must be read again

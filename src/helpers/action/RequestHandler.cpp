@@ -8,13 +8,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using Deed = HelperFailure::Deed;
+using Operation = HelperFailure::Operation;
 
 /// Returns the failure, if there is one, completed with the file.
-std::optional<HelperFailure> failureOf(Deed deed, const Result<void>& result, const fs::path& file,
+std::optional<HelperFailure> failureOf(Operation operation, const Result<void>& result, const fs::path& file,
                                        bool isWritten = false) {
   if (result) return std::nullopt;
-  HelperFailure failure{.deed = deed, .cause = result.error(), .isWritten = isWritten};
+  HelperFailure failure{.operation = operation, .cause = result.error(), .isWritten = isWritten};
   if (failure.cause.file.empty()) failure.cause.file = file.string();
   return failure;
 }
@@ -78,23 +78,23 @@ messages::Reply RequestHandler::reply(const Request& request, Cancellation&) {
 messages::Reply RequestHandler::reply(const messages::Test& request, Cancellation& cancellation) {
   auto output = m_tests.run(request, cancellation);
   if (output) return messages::TestOutput{*std::move(output)};
-  return HelperError::of(*failureOf(Deed::Test, output.error(), request.testPath));
+  return HelperError::of(*failureOf(Operation::Test, output.error(), request.testPath));
 }
 
 messages::Reply RequestHandler::reply(const messages::Log& request, Cancellation&) {
   const auto lines = m_setup.host.log(request.query.period, request.query.searchString);
   if (lines) return replyOf(*lines);
-  return HelperError::of(HelperFailure{.deed = Deed::Log, .cause = lines.error()});
+  return HelperError::of(HelperFailure{.operation = Operation::Log, .cause = lines.error()});
 }
 
 RequestHandler::Outcome RequestHandler::act(const messages::StartHost&) {
-  if (m_setup.startsHost) return failureOf(Deed::Answer, m_setup.host.start(), {});
-  return failureOf(Deed::Answer,
+  if (m_setup.startsHost) return failureOf(Operation::Answer, m_setup.host.start(), {});
+  return failureOf(Operation::Answer,
                    Error{.code = Error::Code::NotPermitted, .message = "the privileged helper doesn't run agents"}, {});
 }
 
 RequestHandler::Outcome RequestHandler::act(const messages::Uninstall&) {
-  return failureOf(Deed::Answer, m_setup.uninstall(), {});
+  return failureOf(Operation::Answer, m_setup.uninstall(), {});
 }
 
 RequestHandler::Outcome RequestHandler::act(const messages::Quit&) {
@@ -111,14 +111,14 @@ RequestHandler::Outcome RequestHandler::act(const messages::Subscribe&) {
 RequestHandler::Outcome RequestHandler::act(const messages::Write& request) {
   const fs::path& file = request.path;
   const auto label = labelOf(request.string);
-  if (!label) return failureOf(Deed::Write, label.error(), file);
-  if (auto refused = failureOf(Deed::Write, m_setup.files.admit(file), file)) return refused;
+  if (!label) return failureOf(Operation::Write, label.error(), file);
+  if (auto refused = failureOf(Operation::Write, m_setup.files.admit(file), file)) return refused;
   if (request.loads) {
-    if (auto refused = failureOf(Deed::Load, m_setup.files.admitLoad(file), file)) return refused;
+    if (auto refused = failureOf(Operation::Load, m_setup.files.admitLoad(file), file)) return refused;
   }
   if (request.deletePath) {
     const fs::path& old = *request.deletePath;
-    if (auto refused = failureOf(Deed::Delete, m_setup.files.admit(old), old)) return refused;
+    if (auto refused = failureOf(Operation::Delete, m_setup.files.admit(old), old)) return refused;
   }
   Stopped jobs = jobsToUnload(file, request.label, *label);
   if (request.deletePath) addJobIn(*request.deletePath, jobs);
@@ -127,7 +127,7 @@ RequestHandler::Outcome RequestHandler::act(const messages::Write& request) {
   const auto mostOpen = static_cast<mode_t>(request.mode.value_or(0777));
   const auto written = moves ? m_setup.files.move(*request.deletePath, file, request.string, mostOpen)
                              : m_setup.files.write(file, request.string, mostOpen);
-  if (auto failure = failureOf(Deed::Write, written, file)) return failure;
+  if (auto failure = failureOf(Operation::Write, written, file)) return failure;
   if (auto failure = unloadAll(jobs)) {
     failure->isWritten = true;
     // The host loads the new job as soon as the last run of the old one has ended.
@@ -135,35 +135,35 @@ RequestHandler::Outcome RequestHandler::act(const messages::Write& request) {
     if (isStillRunning && request.loads) (void)m_setup.host.load(file);
     return failure;
   }
-  return request.loads ? failureOf(Deed::Load, m_setup.host.load(file), file, true) : std::nullopt;
+  return request.loads ? failureOf(Operation::Load, m_setup.host.load(file), file, true) : std::nullopt;
 }
 
 RequestHandler::Outcome RequestHandler::act(const messages::Delete& request) {
   const fs::path& file = request.deletePath;
-  if (auto refused = failureOf(Deed::Delete, m_setup.files.admitRemoval(file), file)) return refused;
+  if (auto refused = failureOf(Operation::Delete, m_setup.files.admitRemoval(file), file)) return refused;
   Stopped jobs = jobsToUnload(file, request.label);
   // The label under which a damaged file was loaded can't be determined; the file can be deleted nevertheless.
   std::error_code failure;
   const bool isThere = fs::exists(fs::symlink_status(file, failure));
   if (isThere && !jobs.label && !m_setup.host.knowsFiles()) jobs.files.clear();
   if (auto failed = unloadAll(jobs)) return failed;
-  return failureOf(Deed::Delete, m_setup.files.remove(file), file);
+  return failureOf(Operation::Delete, m_setup.files.remove(file), file);
 }
 
 RequestHandler::Outcome RequestHandler::act(const messages::Unload& request) {
   const fs::path& file = request.path;
-  if (const auto removed = m_tests.remove(file)) return failureOf(Deed::Unload, *removed, file);
-  if (auto refused = failureOf(Deed::Unload, m_setup.files.admit(file), file)) return refused;
+  if (const auto removed = m_tests.remove(file)) return failureOf(Operation::Unload, *removed, file);
+  if (auto refused = failureOf(Operation::Unload, m_setup.files.admit(file), file)) return refused;
   return unloadAll(jobsToUnload(file, request.label));
 }
 
 RequestHandler::Outcome RequestHandler::act(const messages::Load& request) {
   const fs::path& file = request.path;
-  if (auto refused = failureOf(Deed::Load, m_setup.files.admitLoad(file), file)) return refused;
+  if (auto refused = failureOf(Operation::Load, m_setup.files.admitLoad(file), file)) return refused;
   const auto content = m_setup.files.read(file);
-  if (!content) return failureOf(Deed::Read, content.error(), file);
+  if (!content) return failureOf(Operation::Read, content.error(), file);
   const auto label = labelOf(*content);
-  return failureOf(Deed::Load, label ? m_setup.host.load(file) : withoutValue(label), file);
+  return failureOf(Operation::Load, label ? m_setup.host.load(file) : withoutValue(label), file);
 }
 
 /// Must be called before the file is changed. `label` is that of the request, `newLabel` that of the new content.
@@ -194,10 +194,10 @@ void RequestHandler::addJobIn(const fs::path& file, Stopped& jobs) {
 
 RequestHandler::Outcome RequestHandler::unloadAll(const Stopped& jobs) {
   for (const LabelledJob& job : jobs.labelled) {
-    if (auto failure = failureOf(Deed::Unload, m_setup.host.unload(job.file, job.label), job.file)) return failure;
+    if (auto failure = failureOf(Operation::Unload, m_setup.host.unload(job.file, job.label), job.file)) return failure;
   }
   for (const fs::path& file : jobs.files) {
-    if (auto failure = failureOf(Deed::Unload, m_setup.host.unloadFrom(file, jobs.label), file)) return failure;
+    if (auto failure = failureOf(Operation::Unload, m_setup.host.unloadFrom(file, jobs.label), file)) return failure;
   }
   return {};
 }

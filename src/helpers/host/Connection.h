@@ -12,9 +12,10 @@ namespace mirvel::host {
 /// thread.
 class Connection {
  public:
-  static constexpr std::size_t largestRequest = std::size_t{1} << 20U;  ///< bytes of a frame
-  static constexpr std::size_t largestBacklog = std::size_t{32}
-                                                << 20U;  ///< bytes of replies that the client hasn't read
+  /// In bytes of a frame.
+  static constexpr std::size_t largestRequest = std::size_t{1} << 20U;
+  /// In bytes of replies that the client hasn't read.
+  static constexpr std::size_t largestBacklog = std::size_t{32} << 20U;
 
   explicit Connection(FileDescriptor socket) : m_socket(std::move(socket)) {}
 

@@ -84,8 +84,8 @@ Result<std::unique_ptr<Presence>> succeed(const HostSetup& setup, const std::fun
     } else if (!HostClient::isHangUp(answer.error()) && !HostClient::isNoHost(answer.error())) {
       return answer.error();
     } else {
-      std::this_thread::sleep_for(
-          10ms);  // of a killed host, a child that hasn't called exec yet can hold the lock for a moment
+      // Of a killed host, a child that hasn't called exec yet can hold the lock for a moment.
+      std::this_thread::sleep_for(10ms);
     }
   }
   return Error{.code = Error::Code::Io, .message = "the job host of another session doesn't end in time"};
@@ -194,7 +194,7 @@ class Daemon {
     const auto until = SteadyClock::now() + longestQuit + longestAnswer;
     auto handed = offerJobs();
     while (handed && !*handed && SteadyClock::now() < until) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      std::this_thread::sleep_for(10ms);
       handed = offerJobs();
     }
     if (handed && *handed) return;

@@ -21,6 +21,7 @@ using namespace std::chrono;
 namespace {
 
 constexpr std::size_t largestLog = std::size_t{8} << 20U;
+
 #ifdef __linux__
 
 /// Readable when the process has ended; see pidfd_open(2), which older C libraries don't declare.

@@ -26,8 +26,9 @@ Result<void> JobFiles::writeThenRemove(const std::filesystem::path& from, const 
   if (auto written = write(to, content, mostOpen); !written) return written;
   auto removed = remove(from);
   if (removed) return {};
-  // Both files would be loaded at the next start, so the new one must not remain.
-  const auto takenBack = before ? write(to, *before, mostOpen) : remove(to);
+  // Both files would be loaded at the next start, so the new one must not remain. The target of a link was there
+  // before: it gets back its content, and is never removed.
+  const auto takenBack = !isTarget ? remove(to) : before ? write(to, *before, mostOpen) : before.error();
   if (takenBack) return removed;
   Error error = removed.error();
   error.message += "; the new file " + to.string() + " couldn't be removed";

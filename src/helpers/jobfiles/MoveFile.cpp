@@ -33,14 +33,13 @@ std::optional<Result<void>> moveFile(const FileIn& from, const FileIn& to, std::
   const int failure = renameExclusively(from, to);
   if (failure == EXDEV) return std::nullopt;
   if (failure != 0) return Result<void>(systemError(failure, "write", to.path.string()));
-  FileCalls calls;
-  auto written = replaceFileIn(to.folder, to.path, content, fixed, calls);
+  auto written = replaceFileIn(to.folder, to.path, content, fixed);
   if (!written && renameExclusively(to, from) != 0) {
     Error error = written.error();
     error.message += "; the file has been moved, but has its old content";
     written = error;
   }
-  (void)calls.sync(from.folder);  // without it, a power failure may leave both names
+  (void)syncToDevice(from.folder);  // without it, a power failure may leave both names
   return written;
 }
 

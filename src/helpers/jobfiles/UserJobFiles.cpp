@@ -31,8 +31,7 @@ bool isRegularFile(const fs::path& file) {
 /// Without this, a power failure could undo the removal and bring the job back.
 void syncFolder(const fs::path& folder) {
   const FileDescriptor open = openFolder(folder);
-  FileCalls calls;
-  (void)calls.sync(open.number());  // the file has been removed in any case
+  (void)syncToDevice(open.number());  // the file has been removed in any case
 }
 
 }  // namespace

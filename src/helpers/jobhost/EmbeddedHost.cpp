@@ -109,8 +109,8 @@ Result<void> EmbeddedHost::quit() {
 
 template <typename Request>
 Result<typename Request::Answer> EmbeddedHost::ask(const Request& request, seconds limit) {
-  constexpr int mostHosts =
-      3;  // a host that ends with its session can be followed by one that was started in the same session
+  // A host that ends with its session can be followed by one that was started in the same session.
+  constexpr int mostHosts = 3;
   auto answer = askOne(request, limit);
   for (int hosts = 1; hosts < mostHosts && !answer && mayAskTheNext<Request>(answer.error()); ++hosts) {
     answer = askOne(request, limit);

@@ -35,16 +35,13 @@ class EmbeddedHost : public JobHost {
 
   /// Creates the entry that starts the host at login, too, as does `load`.
   Result<void> start() override;
+  Result<void> quit() override;
   Result<void> load(const std::filesystem::path& file) override;
   Result<void> loadTemporarily(const std::filesystem::path& file) override;
   /// Doesn't start a host if none has ever loaded a job.
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override;
   Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
   Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override;
-
-  /// Ends the host with all its jobs and waits for that. The next host loads the same jobs. Succeeds if none is
-  /// running.
-  Result<void> quit();
 
  private:
   template <typename Request>

@@ -9,26 +9,17 @@
 
 #include "core/files/ReadFile.h"
 #include "core/files/ReplaceFile.h"
+#include "core/loginitems/DesktopEntry.h"
 #include "core/text/Ascii.h"
 
 namespace mirvel {
 
 namespace {
 
-/// An argument of an `Exec` line, quoted unless it consists of letters and dashes. By the rules of freedesktop.org for
-/// desktop entries it is escaped twice: for the quoted argument, and for strings of the file in general, where a
-/// backslash is written as two.
+/// An argument of an `Exec` line, quoted unless it consists of letters and dashes.
 std::string quoted(const std::string& text) {
   const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c == '-' || Ascii::isLetter(c); });
-  if (isPlain) return text;
-  std::string result = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '`' || c == '$') result += "\\\\";
-    if (c == '\\') result += "\\\\\\";
-    if (c == '%') result += '%';
-    result += c;
-  }
-  return result + '"';
+  return isPlain ? text : '"' + escapedForExec(text) + '"';
 }
 
 constexpr std::string_view execBegin = "Exec=";

@@ -28,6 +28,9 @@ class JobHost {
   /// Makes sure that the host is running and has loaded the user's enabled jobs. Does nothing where the system ensures
   /// that.
   virtual Result<void> start() { return {}; }
+  /// Ends the host with all its jobs and waits for that; the next host loads them again. Does nothing if no host is
+  /// running, or where the system runs the jobs.
+  virtual Result<void> quit() { return {}; }
   /// Loads a job file. Fails if a job of the same label is loaded, which isn't affected.
   virtual Result<void> load(const std::filesystem::path& file) = 0;
   /// Likewise for a test run: the job isn't loaded again when the host restarts, and is unloaded when this process

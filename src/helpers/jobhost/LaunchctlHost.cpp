@@ -23,6 +23,12 @@ Error failureOf(const ProcessResult& result, const std::string& action, const st
   return {.code = Error::Code::Io, .message = "launchd can't " + action + ": " + message, .file = file};
 }
 
+/// The error of a tool that couldn't be run or was killed. Its path becomes part of the message, because the file of an
+/// error is that of the job.
+Error failureOf(const Error& error) {
+  return {.code = Error::Code::Io, .message = error.text()};
+}
+
 /// The file from which a job was loaded, in the output of `launchctl print`; none for a job without a file (submitted).
 std::optional<fs::path> fileOf(const std::string& printed) {
   constexpr std::string_view key = "\tpath = ";
@@ -70,7 +76,7 @@ std::string LaunchctlHost::domainOf(unsigned user) {
 }
 
 Result<void> LaunchctlHost::load(const fs::path& file) {
-  const auto result = m_setup.runner.run(m_setup.launchctl, {"bootstrap", m_setup.domain, file.string()});
+  const auto result = launchctl({"bootstrap", m_setup.domain, file.string()});
   if (!result) return result.error();
   if (result->exitStatus != 0) return failureOf(*result, "load the job", file.string());
   return {};
@@ -89,7 +95,7 @@ Result<void> LaunchctlHost::unload(const fs::path& file, const std::optional<std
   if (!*before) return {};
   const auto loaded = fileOf(**before);
   if (loaded && !mayBeLoadedFrom(*loaded, file)) return {};
-  const auto result = m_setup.runner.run(m_setup.launchctl, {"bootout", target(*label)});
+  const auto result = launchctl({"bootout", target(*label)});
   if (!result) return result.error();
   // launchctl can return before the job is gone, with any exit status, and until then the label can't be loaded again.
   // Up to ExitTimeOut, 20 s by default, passes before launchd kills a job that ignores SIGTERM.
@@ -127,16 +133,23 @@ Result<bool> LaunchctlHost::waitForEnd(const std::string& label, std::chrono::se
 }
 
 Result<std::vector<JobHost::LogLine>> LaunchctlHost::log(std::chrono::seconds period, const std::string& text) {
-  const auto result = m_setup.runner.run(
-      m_setup.log, {"show", "--style", "syslog", "--info", "--last", std::to_string(period.count()), "--predicate",
-                    "eventMessage CONTAINS[c] " + String::quoteWithBackslashes(text)});
-  if (!result) return result.error();
+  const auto result =
+      m_setup.runner.run(m_setup.log,
+                         {"show", "--style", "syslog", "--info", "--last", std::to_string(period.count()),
+                          "--predicate", "eventMessage CONTAINS[c] " + String::quoteWithBackslashes(text)},
+                         longestQuery);
+  if (!result) return failureOf(result.error());
   if (result->exitStatus != 0) return failureOf(*result, "show the log", {});
   return logLinesIn(result->output);
 }
 
+Result<ProcessResult> LaunchctlHost::launchctl(const std::vector<std::string>& arguments) {
+  auto result = m_setup.runner.run(m_setup.launchctl, arguments, longestCall);
+  return result ? std::move(result) : failureOf(result.error());
+}
+
 Result<std::optional<std::string>> LaunchctlHost::print(const std::string& label) {
-  auto result = m_setup.runner.run(m_setup.launchctl, {"print", target(label)});
+  auto result = launchctl({"print", target(label)});
   if (!result) return result.error();
   if (result->exitStatus != 0) return std::optional<std::string>();
   return std::optional(std::move(result->output));

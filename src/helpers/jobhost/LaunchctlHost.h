@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "core/process/ProcessRunner.h"
 #include "helpers/jobhost/JobHost.h"
@@ -9,7 +11,7 @@
 namespace mirvel {
 
 /// launchd of macOS, controlled by launchctl(1); the log is read by log(1). It identifies jobs by label only. Errors
-/// have the code `Io` and the message of the tool.
+/// have the code `Io` and the message of the tool, which is killed if it doesn't end in time.
 class LaunchctlHost final : public JobHost {
  public:
   struct Setup {
@@ -22,6 +24,10 @@ class LaunchctlHost final : public JobHost {
 
   /// The time between two queries while waiting for a job: launchctl has no operation that waits.
   static constexpr std::chrono::milliseconds pollingInterval{200};
+  /// For a call of launchctl, which usually takes milliseconds.
+  static constexpr std::chrono::seconds longestCall{60};
+  /// For a query of the log, which can take minutes if it goes back for weeks.
+  static constexpr std::chrono::seconds longestQuery{600};
 
   explicit LaunchctlHost(Setup setup);
 
@@ -36,6 +42,7 @@ class LaunchctlHost final : public JobHost {
   static std::string domainOf(unsigned user);
 
  private:
+  Result<ProcessResult> launchctl(const std::vector<std::string>& arguments);
   std::string target(const std::string& label) const { return m_setup.domain + '/' + label; }
   /// The output of `launchctl print` for a job; none if it isn't loaded.
   Result<std::optional<std::string>> print(const std::string& label);

@@ -1,7 +1,6 @@
 #include "helpers/privileged/ActingAs.h"
 
 #include <grp.h>
-#include <pwd.h>
 #include <unistd.h>
 #ifdef __APPLE__
 #include <sys/kauth.h>
@@ -10,6 +9,8 @@
 #endif
 
 #include <cstdlib>
+
+#include "core/process/UserEntry.h"
 
 namespace mirvel {
 
@@ -70,8 +71,8 @@ bool giveBackRights(uid_t user, gid_t group, const std::vector<gid_t>& groups) {
 #endif
 
 bool take(uid_t user) {
-  const passwd* entry = ::getpwuid(user);
-  return entry && takeRights(user, entry->pw_gid);
+  const auto entry = userEntry(user);
+  return entry && takeRights(user, entry->group);
 }
 
 }  // namespace

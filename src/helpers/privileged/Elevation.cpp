@@ -24,6 +24,7 @@ namespace mirvel {
 namespace {
 
 using Refusal = HelperConnections::Refusal;
+
 /// pkexec(1) has one exit status for all failures except a closed dialog, and explains them in English (LC_ALL is C).
 std::optional<Elevated> refusalOfPkexec(int exitStatus, const std::string& complaints) {
   constexpr int dismissed = 126, notAuthorised = 127;
@@ -73,7 +74,7 @@ std::vector<std::string> Elevation::command(const std::string& program,
     words.insert(words.begin(), {tool, "--disable-internal-agent"});
     return words;
   }
-  words.insert(words.end(), {"--user", std::to_string(user), "--process", ProcessIdentity::ofThisProcess().text()});
+  words.insert(words.end(), {"--process", ProcessIdentity::ofThisProcess().text()});
   std::string line;
   for (const auto& word : words) line += (line.empty() ? "" : " ") + String::quote(word);
   return {tool, "-e",

@@ -25,10 +25,9 @@ struct Elevation {
 
   Method method = Method::None;
   std::string tool = {};  ///< path of pkexec or osascript
-  uid_t user = 0;         ///< the user for whom the helper works
 
-  /// Returns the command that starts the program with these arguments. Every argument reaches the program unchanged,
-  /// also through the shell that osascript uses.
+  /// Returns the command that starts the program with these arguments, and with the process that may connect if the
+  /// method passes no socket. Every argument reaches the program unchanged, also through the shell that osascript uses.
   std::vector<std::string> command(const std::string& program, const std::vector<std::string>& arguments) const;
   /// Whether the helper gets one end of a socket pair as its standard input and output, to which no other process can
   /// connect. Otherwise it prints the address of its own socket (see `Listener`) and its secret.

@@ -8,6 +8,7 @@
 
 #include "core/catalogue/JobFolder.h"
 #include "core/files/ReadFile.h"
+#include "core/files/RegularFile.h"
 #include "helpers/jobfiles/MoveFile.h"
 #include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/privileged/ActingAs.h"
@@ -26,9 +27,10 @@ Error refusal(const fs::path& file, const char* why) {
 }
 
 /// Whether the path is absolute and has no "..", "." or repeated slashes, with which it could seem to be in one folder
-/// and lead to another.
+/// and lead to another. For the same reason it has no null character, at which a system call would cut off the rest.
 bool isPlain(const fs::path& path) {
-  return path.is_absolute() && path.has_filename() && path.lexically_normal().native() == path.native();
+  return path.is_absolute() && path.has_filename() && path.lexically_normal().native() == path.native() &&
+         checkPath(path);
 }
 
 /// The state of a path: nothing, a link, or a regular file with a single name.
@@ -71,10 +73,11 @@ Result<void> GuardedJobFiles::removeAsUser(const fs::path& file) const {
 bool GuardedJobFiles::isTargetOfLink(const fs::path& file, const JobFolders& folders) {
   for (const fs::path& folder : folders.all()) {
     if (!openTrustedFolder(folder)) continue;
-    std::error_code failure;
-    for (const auto& entry : fs::directory_iterator(folder, failure)) {
-      if (!entry.is_symlink(failure)) continue;
-      if (fs::weakly_canonical(entry.path(), failure) == file && !failure) return true;
+    std::error_code failure, unresolved;
+    // Not a range-based loop, which throws if the folder can't be read to its end.
+    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end; entry.increment(failure)) {
+      if (!entry->is_symlink(unresolved)) continue;
+      if (fs::weakly_canonical(entry->path(), unresolved) == file && !unresolved) return true;
     }
   }
   return false;
@@ -160,8 +163,7 @@ Result<void> GuardedJobFiles::write(const fs::path& file, std::string_view conte
   const auto entry = entryIn(folder->number(), file);
   if (!entry) return logged(Result<void>(entry.error()));
   if (entry->isLink) return logged(Result<void>(refusal(file, "it is a link")));
-  FileCalls calls;
-  return logged(replaceFileIn(folder->number(), file, content, newFile(mostOpen), calls));
+  return logged(replaceFileIn(folder->number(), file, content, newFile(mostOpen)));
 }
 
 /// Renames only within root's folders. A file of the user's is never renamed into them: its owner could still change
@@ -194,7 +196,10 @@ Result<void> GuardedJobFiles::move(const fs::path& from, const fs::path& to, std
 Result<void> GuardedJobFiles::removeItem(const fs::path& item) const {
   const auto folder = openTrustedFolder(item.parent_path());
   if (!folder) return folder.error();
-  return removeTree(folder->number(), item);
+  struct stat status {};
+  const bool isGone =
+      ::fstatat(folder->number(), item.filename().c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT;
+  return isGone ? Result<void>() : removeTree(folder->number(), item);
 }
 
 Result<void> GuardedJobFiles::remove(const fs::path& file) {
@@ -220,8 +225,7 @@ Result<void> GuardedJobFiles::removeFrom(int folder, const fs::path& file) const
   if (!entry) return entry.error();
   if (!entry->exists) return {};
   if (::unlinkat(folder, file.filename().c_str(), 0) != 0) return systemError(errno, "delete", file.string());
-  FileCalls calls;
-  (void)calls.sync(folder);  // the file has been removed in any case
+  (void)syncToDevice(folder);  // the file has been removed in any case
   return {};
 }
 

@@ -15,9 +15,9 @@ namespace mirvel {
 /// freely, and may create links, rename files and replace folders wherever permitted, at any time. Every check below
 /// stops one way of turning this into access to other files:
 ///
-/// - Paths must be absolute and in their simplest form, directly in a job folder or in a folder of its own there
-///   (`JobFolders::holds`). Otherwise "..", or any other file of the system, could be named. The target of a link in a
-///   job folder is accepted too: only root can have created such a link.
+/// - Paths must be absolute, in their simplest form and without null characters, and lead directly into a job folder or
+///   a folder of its own there (`JobFolders::holds`). Otherwise "..", or any other file of the system, could be named.
+///   The target of a link in a job folder is accepted too: only root can have created such a link.
 /// - Folders are opened by `openTrustedFolder`, and files in the descriptor of their folder. Otherwise the user could
 ///   replace a folder by a link between the check and the access.
 /// - A file must be a regular file: opening a FIFO would block the helper, and a device has effects.

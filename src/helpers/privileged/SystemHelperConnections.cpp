@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 namespace {
 
 Elevation elevationOf(const Environment& environment, bool isOtherMachine) {
-  Elevation result{.user = ::getuid()};
+  Elevation result;
   if (::geteuid() == 0 || isOtherMachine) return result;
 #ifdef __APPLE__
   result.method = Elevation::Method::Osascript;

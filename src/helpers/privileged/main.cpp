@@ -11,7 +11,7 @@
 #include "core/process/SystemProcessRunner.h"
 #include "core/text/Bytes.h"
 #include "helpers/action/Service.h"
-#include "helpers/jobhost/EmbeddedHost.h"
+#include "helpers/hostdata/HostClient.h"
 #include "helpers/jobhost/JobHosts.h"
 #include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/Authorisation.h"
@@ -108,9 +108,7 @@ Result<void> removeInstalled(const std::vector<std::filesystem::path>& paths) {
 /// Ends the job hosts and removes their files; job files are kept. The paths are the user's, so they are accessed with
 /// the user's rights: root could be made to delete any file.
 Result<void> uninstall(const PrivilegedOptions& options, JobHost& ownHost) {
-  if (auto* embedded = dynamic_cast<EmbeddedHost*>(&ownHost)) {
-    if (auto ended = embedded->quit(); !ended) return ended;
-  }
+  if (auto ended = ownHost.quit(); !ended) return ended;
   const ActingAs acting(options.user);
   if (!acting)
     return Error{.code = Error::Code::NotPermitted, .message = "the helper can't act with the rights of the user"};

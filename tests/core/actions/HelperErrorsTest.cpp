@@ -13,7 +13,7 @@
 namespace mirvel {
 namespace {
 
-using Deed = HelperFailure::Deed;
+using Operation = HelperFailure::Operation;
 using Code = Error::Code;
 using Refusal = HelperConnections::Refusal;
 
@@ -32,34 +32,34 @@ TEST_F(HelperErrorsTest, EachFailureIsShownWithItsFileAndAdvice) {
     const char* text;
   };
   const std::vector<Row> rows{
-      {{Deed::Write, {.code = Code::Io, .message = "x", .file = "/a.plist", .systemCode = ENOSPC}},
+      {{Operation::Write, {.code = Code::Io, .message = "x", .file = "/a.plist", .systemCode = ENOSPC}},
        "“/a.plist” couldn’t be written",
        "The disk is full. Free up some space and try again."},
-      {{Deed::Delete, {.code = Code::NotPermitted, .message = "x", .file = "/a.plist", .systemCode = EACCES}},
+      {{Operation::Delete, {.code = Code::NotPermitted, .message = "x", .file = "/a.plist", .systemCode = EACCES}},
        "“/a.plist” couldn’t be deleted",
        "Check who owns the file and its folder, and who may change them."},
-      {{Deed::Write, {.code = Code::Io, .message = "x", .file = "/a.plist", .systemCode = EEXIST}},
+      {{Operation::Write, {.code = Code::Io, .message = "x", .file = "/a.plist", .systemCode = EEXIST}},
        "“/a.plist” couldn’t be written",
        "A file with this name already exists. Choose another name and try again."},
-      {{Deed::Write, {.code = Code::BadArgument, .message = "it is a folder", .file = "/a.plist"}},
+      {{Operation::Write, {.code = Code::BadArgument, .message = "it is a folder", .file = "/a.plist"}},
        "“/a.plist” couldn’t be written",
        "Rename the item and try again\n\nit is a folder"},
-      {{Deed::Load, {.code = Code::Io, .message = "launchd says no", .file = "/a.plist"}, true},
+      {{Operation::Load, {.code = Code::Io, .message = "launchd says no", .file = "/a.plist"}, true},
        "The job in “/a.plist” couldn’t be loaded",
        "The file was saved. Please try again.\n\nlaunchd says no"},
-      {{Deed::Unload, {.code = Code::Io, .message = "it still runs", .file = "/a.plist"}},
+      {{Operation::Unload, {.code = Code::Io, .message = "it still runs", .file = "/a.plist"}},
        "The job in “/a.plist” couldn’t be stopped",
        "Please try again.\n\nit still runs"},
-      {{Deed::Read, {.code = Code::Malformed, .message = "no list", .file = "/a.plist", .line = 3, .column = 4}},
+      {{Operation::Read, {.code = Code::Malformed, .message = "no list", .file = "/a.plist", .line = 3, .column = 4}},
        "“/a.plist” couldn’t be read",
        "Check the contents of the job file.\n\nline 3, column 4: no list"},
-      {{Deed::Test, {.code = Code::Io, .message = "no host"}},
+      {{Operation::Test, {.code = Code::Io, .message = "no host"}},
        "The test couldn’t be run",
        "Please try again.\n\nno host"},
-      {{Deed::Log, {.code = Code::Io, .message = "no journal"}},
+      {{Operation::Log, {.code = Code::Io, .message = "no journal"}},
        "An unknown error occurred while fetching the log",
        "Please try again.\n\nno journal"},
-      {{Deed::Answer, {.code = Code::MissingKey, .message = "the request's key kind is missing"}},
+      {{Operation::Answer, {.code = Code::MissingKey, .message = "the request's key kind is missing"}},
        "An unknown error occurred (7)",
        "Please try again.\n\nthe request's key kind is missing"},
   };
@@ -79,8 +79,8 @@ TEST_F(HelperErrorsTest, AnErrorWithoutAFailureIsShownByItsDomainAndCode) {
   const std::string unknown = "An unknown error occurred", tryAgain = "Please try again.";
   const std::string item = "The item couldn’t be added or removed because of an unknown error";
   const std::vector<Row> rows{
-      {{{"domain", helper}, {"code", 3}, {"deed", 99}, {"cause", 2}}, unknown + " (3)", tryAgain},
-      {{{"domain", helper}, {"code", 3}, {"deed", 1}, {"cause", -1}}, unknown + " (3)", tryAgain},
+      {{{"domain", helper}, {"code", 3}, {"operation", 99}, {"cause", 2}}, unknown + " (3)", tryAgain},
+      {{{"domain", helper}, {"code", 3}, {"operation", 1}, {"cause", -1}}, unknown + " (3)", tryAgain},
       {{{"domain", action}, {"code", 1}}, "Couldn’t communicate with the helper tool", tryAgain},
       {{{"domain", action}, {"code", 4}}, item, tryAgain},
       {{{"domain", action}, {"code", 5}}, item, "Rename the item and try again"},

@@ -43,10 +43,10 @@ TEST_F(UpdateManagerTest, ANewVersionIsOffered) {
   ASSERT_THAT(interface.sheets, SizeIs(1));
   EXPECT_EQ(interface.sheets.front().first.message, "Mirvel 1.10 is available");
   interface.answerSheet(Interface::alternateButton);
-  EXPECT_THAT(workspace.deeds, IsEmpty());
+  EXPECT_THAT(workspace.calls, IsEmpty());
   updates.check("Mirvel", true);
   interface.answerSheet(Interface::defaultButton);
-  EXPECT_THAT(workspace.deeds, ElementsAre("openAddress https://mirvel.app/get"));
+  EXPECT_THAT(workspace.calls, ElementsAre("openAddress https://mirvel.app/get"));
 }
 
 TEST_F(UpdateManagerTest, OtherResultsAreShownOnlyAfterAManualCheck) {

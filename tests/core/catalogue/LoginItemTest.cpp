@@ -74,7 +74,7 @@ TEST_F(LoginItemTest, TheUsersListIsOpenedWhereThePlatformKeepsIt) {
   testdata::FakeWorkspace workspace;
   LoginItem::openAccountsPreferences(workspace, Roots::ofMac("/Users/x"));
   LoginItem::openAccountsPreferences(workspace, Roots::ofLinux("/home/x", {}));
-  EXPECT_EQ(workspace.deeds, (std::vector<std::string>{"open /System/Library/PreferencePanes/Accounts.prefPane",
+  EXPECT_EQ(workspace.calls, (std::vector<std::string>{"open /System/Library/PreferencePanes/Accounts.prefPane",
                                                        "open /home/x/.config/autostart"}));
 }
 

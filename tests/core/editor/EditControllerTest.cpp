@@ -349,7 +349,7 @@ TEST_F(EditControllerTest, AMissingOrMalformedFileDoesntPreventSaving) {
 
 TEST_F(EditControllerTest, HelpIsThePageAboutSettings) {
   controller.help();
-  EXPECT_THAT(workspace.deeds, ElementsAre("openAddress https://mirvel.app/mirvel/#settings"));
+  EXPECT_THAT(workspace.calls, ElementsAre("openAddress https://mirvel.app/mirvel/#settings"));
 }
 
 TEST_F(EditControllerTest, CancellingTheQuestionAboutTheCommandSavesAndChangesNothing) {

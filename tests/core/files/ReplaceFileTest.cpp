@@ -11,7 +11,6 @@
 
 #include "core/process/FileDescriptor.h"
 #include "support/AccessList.h"
-#include "support/FailingCalls.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -19,7 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using testdata::bytes;
-using testdata::FailingCalls;
 using testdata::TemporaryFolder;
 using testing::UnorderedElementsAre;
 
@@ -34,6 +32,39 @@ mode_t modeOf(const fs::path& path) {
   EXPECT_EQ(::stat(path.c_str(), &status), 0);
   return status.st_mode & 07777U;
 }
+
+/// A device that is full at one step, counted from 1, and takes few bytes at a time.
+class FailingCalls : public FileCalls {
+ public:
+  explicit FailingCalls(int failing) : m_failing(failing) {}
+  bool renamed() const { return m_renamed; }
+  bool failed() const { return m_count >= m_failing; }
+
+  int create(int folder, const char* name, mode_t mode) override {
+    return fails() ? -1 : FileCalls::create(folder, name, mode);
+  }
+  ssize_t write(int file, const char* data, std::size_t count) override {
+    return fails() ? -1 : FileCalls::write(file, data, std::min<std::size_t>(count, 3));
+  }
+  int setMode(int file, mode_t mode) override { return fails() ? -1 : FileCalls::setMode(file, mode); }
+  int sync(int file) override { return fails() ? -1 : FileCalls::sync(file); }
+  int close(int file) override { return FileCalls::close(file) + (fails() ? -1 : 0); }
+  int rename(int folder, const char* from, const char* to) override {
+    if (fails()) return -1;
+    m_renamed = true;
+    return FileCalls::rename(folder, from, to);
+  }
+
+ private:
+  bool fails() {
+    errno = ENOSPC;
+    return ++m_count == m_failing;
+  }
+
+  int m_failing;
+  int m_count = 0;
+  bool m_renamed = false;
+};
 
 TEST(ReplaceFileTest, AfterAFailureAtAnyStepOnlyTheOldFileRemains) {
   const TemporaryFolder folder;
@@ -121,9 +152,8 @@ TEST(ReplaceFileTest, DroppingAnAccessListDoesNotGrantPermissions) {
   if (!list.setOn(file, 1234)) GTEST_SKIP() << "there are no access lists here";
   ASSERT_EQ(modeOf(file), 0640U) << "the mask is in place of the group's permissions";
   const FileDescriptor open(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  FileCalls calls;
   const OwnerAndMode owner{.user = ::geteuid(), .group = ::getegid(), .mode = 0644};
-  ASSERT_TRUE(replaceFileIn(open.number(), file, "new", owner, calls));
+  ASSERT_TRUE(replaceFileIn(open.number(), file, "new", owner));
   EXPECT_EQ(modeOf(file), 0600U);
 }
 #endif

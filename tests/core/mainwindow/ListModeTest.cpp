@@ -204,7 +204,7 @@ TEST_F(ListModeTest, TheMenuDependsOnTheJob) {
   for (const std::size_t row : {0U, 1U, 2U}) choose(list.menuForRow(row), reveal);
   choose(list.menuForRow(2), "Open");
   choose(list.menuForRow(0), "Delete");
-  EXPECT_THAT(workspace.deeds,
+  EXPECT_THAT(workspace.calls,
               ElementsAre("reveal " + url("agent").text(),
                           "open " + (roots.systemLibrary / "PreferencePanes/Accounts.prefPane").string(),
                           "reveal /bundled.app", "open /bundled.app"));

@@ -88,7 +88,7 @@ TEST_F(MenuControllerTest, CommandsReachTheirComponents) {
        {Command::Help, Command::ManLaunchdplist, Command::Site, Command::MailSupport, Command::RevealInFinder}) {
     menus().perform(command);
   }
-  EXPECT_THAT(workspace.deeds, ElementsAre("openAddress https://mirvel.app/mirvel-help", HasSubstr("launchd.plist"),
+  EXPECT_THAT(workspace.calls, ElementsAre("openAddress https://mirvel.app/mirvel-help", HasSubstr("launchd.plist"),
                                            "openAddress https://mirvel.app", "openAddress mailto:support@mirvel.app",
                                            "reveal " + path(Kind::userAgent, "a.plist").string()));
 
@@ -220,7 +220,7 @@ TEST_F(MenuControllerTest, ALaunchdJobIsSharedAsFileAndTextAndOthersAsTheirComma
   for (const auto& service : sharingServices(*items, foundation.localize))
     share(program().platform.workspace, service.way, *items);
   const std::string file = path(Kind::userAgent, "a b.plist").string();
-  EXPECT_THAT(workspace.deeds,
+  EXPECT_THAT(workspace.calls,
               ElementsAre("copy " + file + ": " + items->text,
                           HasSubstr("mailto:?subject=a%20b.plist&body=%3c%3fxml%20version"), "open " + file));
   program().selection.select(jobNamed("own"));

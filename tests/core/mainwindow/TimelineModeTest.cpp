@@ -161,7 +161,7 @@ TEST_F(TimelineModeTest, TheMenuNeverOffersToDelete) {
   EXPECT_THAT(titles(timeline.menuForRow(3)), ElementsAre("b", "", reveal));
   for (const std::size_t row : {0U, 6U, 99U}) EXPECT_THAT(titles(timeline.menuForRow(row)), IsEmpty()) << row;
   timeline.menuForRow(3).items()[2].action();
-  EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + url("b").text()));
+  EXPECT_THAT(workspace.calls, ElementsAre("reveal " + url("b").text()));
 
   JobMenu item;
   const auto application = std::make_shared<Job>(Kind::loginItemApplication, "item", "", "", URL::file("/item.app"));

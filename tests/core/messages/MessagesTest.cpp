@@ -87,12 +87,12 @@ TEST(ReplyTest, AFailureArrivesWithItsCause) {
       {{.code = Error::Code::WrongType, .message = "m", .offset = 12, .keyPath = "k"}, "offset 12: k: m"},
   };
   for (const auto& [cause, text] : rows) {
-    const auto read = readReply(
-        Kind::Log,
-        write(HelperError::of(HelperFailure{.deed = HelperFailure::Deed::Unload, .cause = cause, .isWritten = true})));
+    const auto read =
+        readReply(Kind::Log, write(HelperError::of(HelperFailure{
+                                 .operation = HelperFailure::Operation::Unload, .cause = cause, .isWritten = true})));
     ASSERT_TRUE(read);
     const auto& failure = *std::get<HelperError>(*read).failure;
-    EXPECT_EQ(failure.deed, HelperFailure::Deed::Unload);
+    EXPECT_EQ(failure.operation, HelperFailure::Operation::Unload);
     EXPECT_EQ(failure.cause.code, cause.code);
     EXPECT_EQ(failure.cause.text(), text);
     EXPECT_EQ(failure.cause.systemCode, cause.systemCode);

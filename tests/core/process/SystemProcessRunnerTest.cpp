@@ -74,6 +74,20 @@ TEST(SystemProcessRunnerTest, LongOutputsAreReadUpToTheLimit) {
   EXPECT_EQ(endless.error().code, Error::Code::LimitExceeded);
 }
 
+TEST(SystemProcessRunnerTest, AToolThatDoesNotEndInTimeIsKilled) {
+  SystemProcessRunner runner({{"PATH", "/usr/bin:/bin"}});
+  for (const std::string script : {"exec sleep 600", "exec >&- 2>&- sleep 600"}) {
+    const auto result = runner.run("/bin/sh", {"-c", script}, std::chrono::seconds(0));
+    ASSERT_FALSE(result) << script;
+    EXPECT_EQ(result.error().text(), "/bin/sh: it hasn't ended within 0 seconds");
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "it is left running";
+  }
+  const auto quick = runner.run("/bin/sh", {"-c", "echo done; exec >&- 2>&-; exit 3"}, std::chrono::hours(1));
+  ASSERT_TRUE(quick);
+  EXPECT_EQ(quick->output, "done\n");
+  EXPECT_EQ(quick->exitStatus, 3);
+}
+
 TEST(SystemProcessRunnerTest, ABackgroundProcessIsntWaitedFor) {
   const testdata::TemporaryFolder folder;
   const std::string gate = (folder.path() / "gate").string();

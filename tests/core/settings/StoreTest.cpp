@@ -5,7 +5,6 @@
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "support/FailingCalls.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -134,29 +133,6 @@ TEST_F(StoreTest, ChangesAreWrittenByTheNextWriteThatSucceeds) {
   folder.write("blocked", "again");
   EXPECT_FALSE(store.set("d", 4));
   EXPECT_EQ(reportedKinds(), "ww");
-}
-
-TEST_F(StoreTest, AFailureAtAnyStepLosesNeitherTheFileNorTheChange) {
-  const auto old = [] { return Dictionary{{"a", "old"}, {"b", 1}}; };
-  int step = 1;
-  for (bool failed = true; failed; ++step) {
-    ASSERT_TRUE(Store(file).set("a", "old") && Store(file).set("b", 1));
-    reported.clear();
-    testdata::FailingCalls calls(step, 100);
-    Store store(file, &troubles, Store::Damaged::SetAside, &calls);
-    const bool isWritten = static_cast<bool>(store.set("a", "new"));
-    failed = calls.failed();
-    EXPECT_EQ(isWritten, !failed) << "step " << step;
-    EXPECT_EQ(reportedKinds(), failed ? "w" : "") << "step " << step;
-    EXPECT_EQ(content(), Value(calls.renamed() ? Dictionary{{"a", "new"}, {"b", 1}} : old())) << "step " << step;
-    EXPECT_EQ(*store.find("a"), Value("new")) << "step " << step;
-    EXPECT_THAT(names(), ElementsAre("List.plist")) << "step " << step;
-
-    ASSERT_TRUE(store.write()) << "the device works again, step " << step;
-    EXPECT_EQ(content(), Value(Dictionary{{"a", "new"}, {"b", 1}})) << "step " << step;
-    ASSERT_LT(step, 100);
-  }
-  EXPECT_GE(step, 9) << "create, at least two writes, mode, flush, close, rename, flush of the folder, and no failure";
 }
 
 TEST_F(StoreTest, ChangesByOthersAreKept) {

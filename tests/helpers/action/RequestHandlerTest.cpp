@@ -227,7 +227,7 @@ TEST_F(RequestHandlerTest, InvalidRequestsDoNothingAndSayWhy) {
 }
 
 TEST_F(RequestHandlerTest, RepliesContainThePartsOfAFailure) {
-  using Deed = HelperFailure::Deed;
+  using Operation = HelperFailure::Operation;
   root.write("LaunchAgents/folder.plist/x", "");
   put("a.plist", "a");
   host.failing = {"unload a", "load b.plist"};
@@ -235,22 +235,23 @@ TEST_F(RequestHandlerTest, RepliesContainThePartsOfAFailure) {
     Dictionary reply;
     const char* domain;
     int code;
-    Deed deed;
+    Operation operation;
     std::string file;
     int systemCode;
     bool isWritten;
   };
   const std::string longName = std::string(300, 'x') + ".plist";
   const std::vector<Row> rows{
-      {write(0, "missing/a.plist", "a"), actionErrorDomain, 4, Deed::Write, path("missing/a.plist"), ENOENT, false},
-      {write(0, "folder.plist", "a"), actionErrorDomain, 5, Deed::Write, path("folder.plist"), 0, false},
-      {write(0, longName, "a"), actionErrorDomain, 5, Deed::Write, path(longName), ENAMETOOLONG, false},
-      {handler.handle(deleteRequest(path("folder.plist"))), actionErrorDomain, 5, Deed::Delete, path("folder.plist"),
-       EISDIR, false},
-      {write(1, "a.plist", "a"), helperErrorDomain, 3, Deed::Unload, path("a.plist"), 0, true},
-      {write(1, "b.plist", "b"), helperErrorDomain, 3, Deed::Load, path("b.plist"), 0, true},
-      {handler.handle({{"kind", 5}, {"path", path("no.plist")}}), helperErrorDomain, 1, Deed::Read, path("no.plist"),
-       ENOENT, false},
+      {write(0, "missing/a.plist", "a"), actionErrorDomain, 4, Operation::Write, path("missing/a.plist"), ENOENT,
+       false},
+      {write(0, "folder.plist", "a"), actionErrorDomain, 5, Operation::Write, path("folder.plist"), 0, false},
+      {write(0, longName, "a"), actionErrorDomain, 5, Operation::Write, path(longName), ENAMETOOLONG, false},
+      {handler.handle(deleteRequest(path("folder.plist"))), actionErrorDomain, 5, Operation::Delete,
+       path("folder.plist"), EISDIR, false},
+      {write(1, "a.plist", "a"), helperErrorDomain, 3, Operation::Unload, path("a.plist"), 0, true},
+      {write(1, "b.plist", "b"), helperErrorDomain, 3, Operation::Load, path("b.plist"), 0, true},
+      {handler.handle({{"kind", 5}, {"path", path("no.plist")}}), helperErrorDomain, 1, Operation::Read,
+       path("no.plist"), ENOENT, false},
   };
   for (const auto& row : rows) {
     const auto* const error = row.reply.find("error");
@@ -259,7 +260,7 @@ TEST_F(RequestHandlerTest, RepliesContainThePartsOfAFailure) {
     EXPECT_EQ(errorCode(row.reply), row.code) << row.file;
     const auto failure = HelperError::read(*error->as<Dictionary>()).failure;
     ASSERT_TRUE(failure) << row.file;
-    EXPECT_EQ(failure->deed, row.deed) << row.file;
+    EXPECT_EQ(failure->operation, row.operation) << row.file;
     EXPECT_EQ(failure->cause.file, row.file);
     EXPECT_EQ(failure->cause.systemCode, row.systemCode) << row.file;
     EXPECT_EQ(failure->isWritten, row.isWritten) << row.file;

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <deque>
+#include <functional>
 
 #include "helpers/FakeJobHost.h"
 #include "helpers/action/RequestHandler.h"
@@ -14,16 +15,24 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Returns the prepared results one after the other, and records each call as a line.
+/// Returns the prepared results one after the other, and records each call as a line. A call that hangs takes as long
+/// as its limit permits, in virtual time.
 class FakeTool final : public ProcessRunner {
  public:
   std::vector<std::string> calls;
-  std::deque<ProcessResult> answers;  ///< when there are no more: success without output
+  std::deque<ProcessResult> answers;   ///< when there are no more: success without output
+  std::optional<std::string> hanging;  ///< the subcommand that hangs
+  std::chrono::seconds hung{0};
 
-  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments) override {
+  Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments,
+                            std::optional<std::chrono::seconds> limit) override {
     std::string call = program;
     for (const auto& argument : arguments) call += '|' + argument;
     calls.push_back(call);
+    if (arguments.front() == hanging) {
+      hung += limit.value_or(std::chrono::hours(24 * 366));
+      return Error{.code = Error::Code::Io, .message = "it hangs", .file = program};
+    }
     if (answers.empty()) return ProcessResult();
     const ProcessResult answer = answers.front();
     answers.pop_front();
@@ -65,6 +74,29 @@ TEST_F(LaunchctlHostTest, UnloadingFailsIfTheJobStaysLoaded) {
   EXPECT_EQ(tool.calls.size(), 1U);
   EXPECT_FALSE(host.unload("/a.plist", "a"));  // every query finds it
   EXPECT_GE(waited, longestStop);
+}
+
+TEST_F(LaunchctlHostTest, AToolThatHangsIsAnErrorOfTheOperation) {
+  using std::chrono::minutes;
+  const struct {
+    const char* subcommand;
+    std::function<Error()> act;
+    minutes limit;
+  } rows[] = {
+      {"bootstrap", [&] { return host.load("/a.plist").error(); }, minutes(1)},
+      {"print", [&] { return host.unload("/a.plist", "a").error(); }, minutes(1)},
+      {"bootout", [&] { return host.unload("/a.plist", "a").error(); }, minutes(1)},
+      {"print", [&] { return host.waitForEnd("a", minutes(1)).error(); }, minutes(1)},
+      {"show", [&] { return host.log(minutes(1), "a").error(); }, minutes(10)},
+  };
+  for (const auto& row : rows) {
+    tool.hanging = row.subcommand;
+    tool.hung = {};
+    const Error error = row.act();
+    EXPECT_THAT(error.message, testing::EndsWith(": it hangs")) << row.subcommand;
+    EXPECT_EQ(error.file, "") << "callers expect the job's file here, not the tool";
+    EXPECT_EQ(tool.hung, row.limit) << row.subcommand;
+  }
 }
 
 /// `bootout gui/501/` would end all jobs of the user.

@@ -157,6 +157,16 @@ TEST_F(GuardTest, EverythingElseIsRefusedAndChangesNothing) {
   EXPECT_GE(console.logged.size(), paths.size());
 }
 
+/// Of a request, such a path is refused before it gets here; see `FieldReader`.
+TEST_F(GuardTest, APathIsNotCutOffAtANullCharacter) {
+  const std::string up("..\0x", 4);
+  GuardedJobFiles removing(JobFolders({folder}), console, {}, RemovableItems{.itemFolders = {folder}});
+  const auto before = everything();
+  EXPECT_FALSE(files.write(folder / up / (std::string(uuid) + ".plist"), jobText("a"), 0777));
+  EXPECT_FALSE(removing.remove(folder / up));
+  EXPECT_EQ(everything(), before);
+}
+
 TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
   constexpr uid_t nobody = 65534;
   const fs::path agents = root.path() / "agents";
@@ -261,13 +271,10 @@ TEST_F(GuardTest, StartupItemsAndHelperToolsAreRemovedAndNothingElse) {
     bool isRemoved;
   };
   const std::vector<Row> rows{
-      {root.path() / "StartupItems/Item", true},
-      {root.path() / "StartupItems/Linked", true},
-      {root.path() / "Tools/tool", true},
-      {root.path() / "Tools/folder", false},
-      {root.path() / "StartupItems/Other/Other", false},
-      {root.path() / "StartupItems", false},
-      {root.path() / "StartupItems/..", false},
+      {root.path() / "StartupItems/Item", true},    {root.path() / "StartupItems/Linked", true},
+      {root.path() / "StartupItems/Missing", true}, {root.path() / "Tools/tool", true},
+      {root.path() / "Tools/folder", false},        {root.path() / "StartupItems/Other/Other", false},
+      {root.path() / "StartupItems", false},        {root.path() / "StartupItems/..", false},
       {root.path() / "Tools/folder/file", false},
   };
   for (const auto& row : rows) {

@@ -137,10 +137,10 @@ TEST(ElevationTest, EachMethodHasItsCommand) {
   const std::string process = ProcessIdentity::ofThisProcess().text();
   using Method = Elevation::Method;
   EXPECT_THAT((Elevation{Method::None}.command(program, {"--root", "/r"})), ElementsAre(program, "--root", "/r"));
-  EXPECT_THAT((Elevation{Method::Pkexec, "/usr/bin/pkexec", 1000}.command(program, {})),
+  EXPECT_THAT((Elevation{Method::Pkexec, "/usr/bin/pkexec"}.command(program, {})),
               ElementsAre("/usr/bin/pkexec", "--disable-internal-agent", program));
   EXPECT_THAT(
-      (Elevation{Method::Osascript, "/usr/bin/osascript", 501}.command(program, {})),
+      (Elevation{Method::Osascript, "/usr/bin/osascript"}.command(program, {"--user", "501"})),
       ElementsAre("/usr/bin/osascript", "-e",
                   R"x(do shell script "\"/opt/it's \\\"here\\\"/mirvel-privileged\" \"--user\" \"501\" \"--process\" )x"
                   R"x(\")x" +
@@ -222,18 +222,18 @@ TEST_F(ToolTest, FailuresStateTheirReason) {
 }
 
 TEST_F(ToolTest, QuittingWhileTheUserIsAskedWaitsForNothing) {
-  for (const char* deed : {":", "printf he", "printf '\\0\\0\\0\\200part of a greeting'", "exec <&- >&-"}) {
+  for (const char* command : {":", "printf he", "printf '\\0\\0\\0\\200part of a greeting'", "exec <&- >&-"}) {
     const fs::path mark = folder.path() / "done";
     fs::remove(mark);
     const std::string tool =
-        folder.write("tool", std::string("#!/bin/sh\n") + deed + "\n: >'" + mark.string() + "'\nexec sleep 600\n");
+        folder.write("tool", std::string("#!/bin/sh\n") + command + "\n: >'" + mark.string() + "'\nexec sleep 600\n");
     ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
     {
       Connections connections({.action = {}, .privileged = "/helper", .elevation = {Elevation::Method::Pkexec, tool}});
-      bool hasFailed = false;  // "hello" can't begin a greeting: the tool is ended, perhaps before it makes the mark
+      bool hasFailed = false;  // by a closed connection: the tool is ended, perhaps before it makes the mark
       connections.connect([](const auto& answer) { EXPECT_FALSE(answer.connection); },
                           [&](const Error&) { hasFailed = true; });
-      EXPECT_TRUE(connections.queue.runUntil([&] { return hasFailed || fs::exists(mark); })) << deed;
+      EXPECT_TRUE(connections.queue.runUntil([&] { return hasFailed || fs::exists(mark); })) << command;
     }
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "the tool has ended, too";
   }

@@ -50,17 +50,17 @@ bool eventually(const std::function<bool()>& isSo) {
 enum class Victim { Helper, Host };
 
 /// The operation during which it is killed.
-enum class Deed { Save, Move, TestRun, Nothing };
+enum class Operation { Save, Move, TestRun, Nothing };
 
 struct Scene {
   Victim victim;
-  Deed deed;
+  Operation operation;
 };
 
 std::string nameOf(const testing::TestParamInfo<Scene>& info) {
-  const char* const deeds[] = {"ASave", "AMove", "ATestRun", "AHostRestart"};
+  const char* const operations[] = {"ASave", "AMove", "ATestRun", "AHostRestart"};
   return std::string(info.param.victim == Victim::Helper ? "TheHelperIn" : "TheHostIn") +
-         deeds[static_cast<int>(info.param.deed)];
+         operations[static_cast<int>(info.param.operation)];
 }
 
 class KillTest : public testing::TestWithParam<Scene> {
@@ -118,29 +118,29 @@ class KillTest : public testing::TestWithParam<Scene> {
 
   Dictionary request() {
     const fs::path folder = m_folder.path();
-    switch (GetParam().deed) {
-      case Deed::Save:
+    switch (GetParam().operation) {
+      case Operation::Save:
         return {{"kind", 1}, {"path", file(*m_where).string()}, {"string", content(m_version + 1)}, {"label", label}};
-      case Deed::Move:
+      case Operation::Move:
         return {{"kind", 1},
                 {"path", file(1 - *m_where).string()},
                 {"deletePath", file(*m_where).string()},
                 {"string", content(m_version + 1)},
                 {"label", label}};
-      case Deed::TestRun:
+      case Operation::TestRun:
         return {{"kind", 6},
                 {"testPath", (folder / "test.plist").string()},
                 {"testOutputPath", (folder / "test.out").string()},
                 {"string", testContent()},
                 {"label", label}};
-      case Deed::Nothing:
+      case Operation::Nothing:
         break;
     }
     return {};
   }
 
   void act() {
-    if (GetParam().deed == Deed::Nothing) return;
+    if (GetParam().operation == Operation::Nothing) return;
     SystemProcessRunner runner(m_environment);
     EmbeddedHost host(EmbeddedHost::below(MIRVEL_HOST, m_folder.path()), runner);
     UserJobFiles files(JobFolders::ofUser(m_roots));
@@ -260,10 +260,11 @@ TEST_P(KillTest, NeverLosesDoublesOrLeavesAJob) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Soak, KillTest,
-                         testing::Values(Scene{Victim::Helper, Deed::Save}, Scene{Victim::Helper, Deed::Move},
-                                         Scene{Victim::Helper, Deed::TestRun}, Scene{Victim::Host, Deed::Save},
-                                         Scene{Victim::Host, Deed::Move}, Scene{Victim::Host, Deed::TestRun},
-                                         Scene{Victim::Host, Deed::Nothing}),
+                         testing::Values(Scene{Victim::Helper, Operation::Save}, Scene{Victim::Helper, Operation::Move},
+                                         Scene{Victim::Helper, Operation::TestRun},
+                                         Scene{Victim::Host, Operation::Save}, Scene{Victim::Host, Operation::Move},
+                                         Scene{Victim::Host, Operation::TestRun},
+                                         Scene{Victim::Host, Operation::Nothing}),
                          nameOf);
 
 }  // namespace

@@ -151,7 +151,7 @@ class EditRoundTripTest : public EditorFixture {
     return sent;
   }
   /// Expects the keys that no control can change to be as they were, unless they were deleted.
-  static void expectOthersKept(const std::string& file, const std::string& saved, const std::string& deeds) {
+  static void expectOthersKept(const std::string& file, const std::string& saved, const std::string& edits) {
     const auto before = propertylist::read(file);
     const auto after = propertylist::read(saved);
     ASSERT_TRUE(before && after) << saved;
@@ -159,7 +159,7 @@ class EditRoundTripTest : public EditorFixture {
     const propertylist::Value is = after->value();
     for (const auto& [key, value] : *was.as<propertylist::Dictionary>()) {
       const auto* const kept = is.as<propertylist::Dictionary>()->find(key);
-      const bool isDeleted = deeds.find("Delete – " + key) != std::string::npos;
+      const bool isDeleted = edits.find("Delete – " + key) != std::string::npos;
       EXPECT_TRUE(isEditable(key) || isDeleted || (kept && *kept == value)) << key;
     }
     for (const auto& [key, value] : *is.as<propertylist::Dictionary>()) {
@@ -296,16 +296,16 @@ TEST_F(EditRoundTripTest, RandomEditsCanBeUndoneAndKeepAllOtherKeys) {
     const std::string bytes = index < files.size() ? files[index] : generated(monkey);
     if (!open(bytes, kinds[index % 3])) continue;
     const auto before = m_job->plistData();
-    std::string deeds;
-    for (std::size_t i = 0; i < 6; ++i) deeds += monkey.act() + "; ";
-    SCOPED_TRACE(deeds + bytes);
+    std::string edits;
+    for (std::size_t i = 0; i < 6; ++i) edits += monkey.act() + "; ";
+    SCOPED_TRACE(edits + bytes);
     if (hasChanges()) ++changed;
     const auto edited = m_job->plistData();
     while (program().editing.canUndo()) program().editing.undo();
     EXPECT_EQ(m_job->plistData(), before);
     while (program().editing.canRedo()) program().editing.redo();
     EXPECT_EQ(m_job->plistData(), edited);
-    expectOthersKept(bytes, save(), deeds);
+    expectOthersKept(bytes, save(), edits);
     if (HasFailure()) return;
   }
   EXPECT_GT(changed, 400);

@@ -207,7 +207,7 @@ TEST_F(GridModeViewTest, ContextMenuAndDragBelongToTheItem) {
   ASSERT_NE(menu, nullptr);
   EXPECT_THAT(titles(*menu), ElementsAre("a && b", "", reveal, "Delete"));
   choose(*menu, reveal);
-  EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + path(Kind::userAgent, "a & b.plist").string()));
+  EXPECT_THAT(workspace.calls, ElementsAre("reveal " + path(Kind::userAgent, "a & b.plist").string()));
   menu->close();
   EXPECT_EQ(selectedJob(), "") << "a menu doesn't select";
   EXPECT_EQ(menuAt(grid(), QPoint(20, 5)), nullptr) << "a header";

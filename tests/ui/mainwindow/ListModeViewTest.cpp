@@ -116,7 +116,7 @@ TEST_F(ListModeViewTest, ContextMenuBelongsToTheRowsJob) {
   EXPECT_THAT(titles(*menu), ElementsAre("beta && co", "", reveal, "Delete"));
   EXPECT_FALSE(menu->actions()[0]->isEnabled());
   choose(*menu, reveal);
-  EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + path(Kind::userAgent, "beta & co.plist").string()));
+  EXPECT_THAT(workspace.calls, ElementsAre("reveal " + path(Kind::userAgent, "beta & co.plist").string()));
   menu->close();
   testdata::settle();
   expectSelected("alpha", "a menu selects nothing");
@@ -185,9 +185,9 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
     left.erase(left.begin());
     EXPECT_EQ(table().visibleColumns(), left);
   }
-  EXPECT_THAT(workspace.deeds, IsEmpty());
+  EXPECT_THAT(workspace.calls, IsEmpty());
   chooseInHeader("Run");
-  EXPECT_THAT(workspace.deeds, ElementsAre("beep"));
+  EXPECT_THAT(workspace.calls, ElementsAre("beep"));
   EXPECT_EQ(table().visibleColumns(), left);
 
   chooseInHeader("Name");

@@ -92,7 +92,7 @@ TEST_F(MainMenuTest, ShareMenuListsTheAvailableWays) {
   open(share);
   EXPECT_THAT(titles(share), ElementsAre("Copy", "Email", "Open"));
   share.actions().front()->trigger();
-  EXPECT_THAT(workspace.deeds, ElementsAre(testing::HasSubstr("alpha.plist: <?xml")));
+  EXPECT_THAT(workspace.calls, ElementsAre(testing::HasSubstr("alpha.plist: <?xml")));
 }
 
 TEST_F(MainMenuTest, EditCommandsActOnTheFocusedWidget) {

@@ -182,8 +182,8 @@ TEST_F(MainWindowTest, UnsavedChangesDisableCommandsThatWouldLoseThem) {
 
 TEST_F(MainWindowTest, RevealShortcutWorksBeforeAnyMenuWasOpened) {
   const auto reveals = [this] {
-    return std::count_if(workspace.deeds.begin(), workspace.deeds.end(),
-                         [](const std::string& deed) { return deed.starts_with("reveal "); });
+    return std::count_if(workspace.calls.begin(), workspace.calls.end(),
+                         [](const std::string& call) { return call.starts_with("reveal "); });
   };
   fill({"alpha"});
   QTest::keyClick(&table(), Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);

@@ -103,7 +103,7 @@ TEST_F(TimelineModeViewTest, ContextMenuAndDragBelongToTheRowsJob) {
   ASSERT_NE(menu, nullptr);
   EXPECT_EQ(menu->actions().front()->text(), QStringLiteral("beta"));
   menu->actions().back()->trigger();
-  EXPECT_THAT(workspace.deeds, ElementsAre("reveal " + path(Kind::userAgent, "beta.plist").string()));
+  EXPECT_THAT(workspace.calls, ElementsAre("reveal " + path(Kind::userAgent, "beta.plist").string()));
   menu->close();
   testdata::settle();
   EXPECT_EQ(menuAt(table(), middle(4)), nullptr) << "a header";
