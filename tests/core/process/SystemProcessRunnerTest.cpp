@@ -75,7 +75,7 @@ TEST(SystemProcessRunnerTest, LongOutputsAreReadUpToTheLimit) {
 }
 
 TEST(SystemProcessRunnerTest, AToolThatDoesNotEndInTimeIsKilled) {
-  SystemProcessRunner runner({{"PATH", "/usr/bin:/bin"}});
+  SystemProcessRunner runner(Environment{{"PATH", "/usr/bin:/bin"}});
   for (const std::string script : {"exec sleep 600", "exec >&- 2>&- sleep 600"}) {
     const auto result = runner.run("/bin/sh", {"-c", script}, std::chrono::seconds(0));
     ASSERT_FALSE(result) << script;
