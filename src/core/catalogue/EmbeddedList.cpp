@@ -1,5 +1,6 @@
 #include "core/catalogue/EmbeddedList.h"
 
+#include <chrono>
 #include <utility>
 
 #include "core/catalogue/MachO.h"
@@ -27,7 +28,9 @@ EmbeddedList::EmbeddedList(ProcessRunner& runner, std::string launchctl)
 
 std::string EmbeddedList::text(const std::filesystem::path& executable) const {
   if (!m_hasLaunchctl) return textInFile(executable);
-  auto result = m_runner.run(m_launchctl, {"plist", "__TEXT,__info_plist", executable.string()});
+  // A scan waits for the tool.
+  constexpr std::chrono::seconds limit(60);
+  auto result = m_runner.run(m_launchctl, {"plist", "__TEXT,__info_plist", executable.string()}, limit);
   // The exit status is ignored: HelperToolLines accepts any output.
   return result ? std::move(result->output) : std::string();
 }
