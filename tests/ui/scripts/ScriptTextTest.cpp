@@ -289,11 +289,11 @@ namespace {
 class ScriptTextMenuTest : public ScriptTextFixture {
  protected:
   ScriptTextMenuTest() {
+    QApplication::clipboard()->clear();
     m_text->resize(400, 200);
     m_text->show();
     testdata::settle();
   }
-  ~ScriptTextMenuTest() override { QApplication::clipboard()->clear(); }
 
   /// The context menu of the script.
   QMenu* menu() {
