@@ -41,16 +41,9 @@ class ApplicationFixture : public testing::Test {
   }
   void select(const std::string& label) { program().currentMode.view()->select(URL::file(path(label))); }
 
-  std::filesystem::path agents() const { return m_agents; }
-
  private:
   const testdata::TemporaryFolder m_folder;
-  const Roots m_roots{.home = m_folder.path() / "home",
-                      .userLibrary = m_folder.path() / "user",
-                      .applicationSupport = m_folder.path() / "support",
-                      .localLibrary = m_folder.path() / "local",
-                      .systemLibrary = m_folder.path() / "system",
-                      .defaultsFile = m_folder.path() / "preferences.plist"};
+  const Roots m_roots = Roots::below(m_folder.path());
   const std::filesystem::path m_agents = *Kind(Kind::userAgent).folderURL(m_roots);
   Application m_application{m_roots, {}, "en"};
 };

@@ -90,15 +90,5 @@ TEST_F(AccessibleEditingTest, RowsOfTablesAndTimesCanBeSetByAssistiveTechnology)
   EXPECT_EQ(record().keepAlive->otherJobEnabled, (jobfile::StringMap<bool>{{"b", false}}));
 }
 
-TEST_F(AccessibleEditingTest, OptionRemovesAKey) {
-  edit({{"Program", "/bin/ls"}, {"RunAtLoad", true}, {"Disabled", false}});
-  clickBox(control<QCheckBox>("RunAtLoad"), Qt::AltModifier);
-  EXPECT_EQ(record().runAtLoad, std::nullopt);
-  clickBox(control<QCheckBox>("Disabled"), Qt::AltModifier);
-  EXPECT_EQ(record().disabled, std::nullopt);
-  clickBox(control<QCheckBox>("Disabled"), Qt::AltModifier);
-  EXPECT_EQ(record().disabled, false) << "only when a box is cleared";
-}
-
 }  // namespace
 }  // namespace mirvel::ui

@@ -40,10 +40,6 @@ class ListTableTest : public testing::Test {
  protected:
   ListTableTest() {
     m_table.setModel(&m_rows);
-    m_table.emptyLabel = [this] {
-      ++m_labels;
-      return QStringLiteral("Nothing");
-    };
     m_table.resize(600, 300);
     m_table.show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&m_table));
@@ -60,7 +56,6 @@ class ListTableTest : public testing::Test {
 
   Rows m_rows;
   ListTable m_table;
-  int m_labels = 0;
 };
 
 TEST_F(ListTableTest, RightSizingFitsTheWidestCellOfThatColumnOnly) {
@@ -78,16 +73,6 @@ TEST_F(ListTableTest, RightSizingFitsTheWidestCellOfThatColumnOnly) {
   m_table.rightSizeAll();
   EXPECT_GE(m_table.columnWidth(0), widestNeed(0));
   EXPECT_TRUE(m_table.isColumnHidden(2));
-}
-
-TEST_F(ListTableTest, LabelIsShownOnlyWithoutRows) {
-  for (const int rows : {0, 1, 0}) {
-    m_rows.setCount(rows);
-    m_labels = 0;
-    (void)m_table.grab();
-    EXPECT_EQ(m_labels > 0, rows == 0);
-    EXPECT_EQ(m_table.alternatingRowColors(), rows > 0) << "stripes would run through the label";
-  }
 }
 
 TEST_F(ListTableTest, InvisibleRowsAreNotRequested) {

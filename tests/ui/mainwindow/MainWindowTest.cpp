@@ -2,16 +2,21 @@
 
 #include <gmock/gmock.h>
 
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QToolButton>
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "core/mainwindow/WindowTexts.h"
+#include "ui/mainwindow/HostLine.h"
 #include "ui/mainwindow/WindowFixture.h"
 
 namespace mirvel::ui {
 namespace {
 
+using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
 
@@ -52,26 +57,12 @@ TEST_F(MainWindowTest, FilterShowsMatchesAndClearingItRestoresTheSelection) {
     EXPECT_EQ(texts(table()), Names{"gamma"}) << end;
     EXPECT_EQ(markedJob(table()), "") << end;
     EXPECT_EQ(program().selection.job()->name, "beta") << end;
+    EXPECT_EQ(shownJob(window()), "") << "commands act on what is shown";
     does();
     EXPECT_EQ(texts(table()), (Names{"alpha", "beta", "gamma"})) << end;
     EXPECT_EQ(markedJob(table()), "beta") << end;
     EXPECT_EQ(shownJob(window()), "beta") << end;
   }
-}
-
-TEST_F(MainWindowTest, HiddenJobsAreNotActedOnAndVisibleOnesStaySelected) {
-  fill({"alpha", "beta"});
-  click(1);
-  type("beta");
-  EXPECT_EQ(markedJob(table()), "beta");
-  EXPECT_EQ(shownJob(window()), "beta");
-  window().filter().setText(QStringLiteral("alpha"));
-  EXPECT_EQ(shownJob(window()), "");
-  EXPECT_FALSE(window().windowTitle().contains(QStringLiteral("beta")));
-  QTest::keyClick(&table(), Qt::Key_Delete);
-  QTest::keyClick(&table(), Qt::Key_E, Qt::ControlModifier);
-  EXPECT_THAT(interface.sheets, IsEmpty());
-  EXPECT_EQ(shownJob(window()), "");
 }
 
 TEST_F(MainWindowTest, DeletionKeysInAFieldDoNotTriggerShortcuts) {
@@ -108,27 +99,6 @@ TEST_F(MainWindowTest, CheckingAModeButtonByAnyMeansSwitchesTheMode) {
   EXPECT_EQ(program().currentMode.chosen(), Mode::Tree);
 }
 
-TEST_F(MainWindowTest, EscapeInAnEmptyFilterMovesTheFocusToTheList) {
-  fill({"alpha"});
-  window().filter().setFocus();
-  type("a");
-  QTest::keyClick(&window().filter(), Qt::Key_Escape);
-  EXPECT_TRUE(window().filter().hasFocus());
-  QTest::keyClick(&window().filter(), Qt::Key_Escape);
-  EXPECT_TRUE(table().hasFocus());
-}
-
-TEST_F(MainWindowTest, FilterSurvivesAScan) {
-  fill({"alpha", "beta"});
-  click(1);
-  type("alpha");
-  writeJob(Kind::userAgent, "alphabet");
-  writeJob(Kind::userAgent, "zeta");
-  scan();
-  EXPECT_EQ(texts(table()), (Names{"alpha", "alphabet"}));
-  EXPECT_EQ(program().selection.job()->name, "beta");
-}
-
 TEST_F(MainWindowTest, LabelDistinguishesAnEmptyCatalogueFromAFilter) {
   fill({});
   EXPECT_EQ(drawnLabel(), "No Items");
@@ -138,19 +108,25 @@ TEST_F(MainWindowTest, LabelDistinguishesAnEmptyCatalogueFromAFilter) {
   EXPECT_EQ(drawnLabel(), "No Items");
   fill({"alpha"});
   EXPECT_EQ(drawnLabel(), std::nullopt);
+  EXPECT_TRUE(table().alternatingRowColors());
   type("nothing matches this");
   EXPECT_THAT(texts(table()), IsEmpty());
   EXPECT_EQ(drawnLabel(), "");
+  EXPECT_FALSE(table().alternatingRowColors()) << "stripes would run through the label";
 }
 
-TEST_F(MainWindowTest, FilterShortcutFocusesItAndSelectsItsText) {
+TEST_F(MainWindowTest, KeysMoveTheFocusToTheFilterAndBackToTheList) {
   fill({"alpha"});
   type("old");
   table().setFocus();
   QTest::keyClick(&table(), Qt::Key_F, Qt::ControlModifier);
   EXPECT_TRUE(window().filter().hasFocus());
   QTest::keyClicks(&window().filter(), QStringLiteral("new"));
-  EXPECT_EQ(window().filter().text(), QStringLiteral("new"));
+  EXPECT_EQ(window().filter().text(), QStringLiteral("new")) << "its text was selected";
+  QTest::keyClick(&window().filter(), Qt::Key_Escape);
+  EXPECT_TRUE(window().filter().hasFocus()) << "only cleared";
+  QTest::keyClick(&window().filter(), Qt::Key_Escape);
+  EXPECT_TRUE(table().hasFocus());
 }
 
 TEST_F(MainWindowTest, UnsavedChangesKeepTheWindowOpenUntilDiscarded) {
@@ -210,6 +186,122 @@ TEST_F(MainWindowTest, TitleNamesTheSelectedJob) {
   program().menus.perform(Command::TitleBar);
   const QString shown = window().windowHandle()->title();
   EXPECT_TRUE(shown.contains(QStringLiteral("alpha [*] beta"))) << utf8(shown);
+}
+
+TEST_F(MainWindowTest, TheReasonIsShownWhileJobsCannotRun) {
+  const auto* const line = window().findChild<HostLine*>();
+  ASSERT_NE(line, nullptr);
+  EXPECT_FALSE(line->isVisible());
+  program().hostStart.begin();
+  fill({"one"});
+  ASSERT_EQ(helpers.requests.size(), 1U);
+  helpers.requests.back().reply({{"error", propertylist::Dictionary{{"code", 3}, {"description", "<b>no room</b>"}}}});
+  settle();
+  EXPECT_TRUE(line->isVisible());
+  const auto* const text = line->findChild<QLabel*>();
+  EXPECT_EQ(utf8(text->text()), "Your jobs aren’t running: <b>no room</b>");
+  EXPECT_EQ(text->textFormat(), Qt::PlainText);
+
+  queue.runFor(HostStart::secondsBetweenAttempts);
+  program().notifications.appStatusChanged.post();
+  settle();
+  ASSERT_EQ(helpers.requests.size(), 2U);
+  helpers.requests.back().reply({});
+  settle();
+  EXPECT_FALSE(line->isVisible());
+}
+
+/// The letter after the ampersand; null if there is none.
+QChar mnemonic(const QString& text) {
+  const auto at = text.indexOf(QLatin1Char('&'));
+  return at < 0 || at + 1 >= text.size() ? QChar() : text.at(at + 1).toLower();
+}
+
+class MainMenuTest : public WindowFixture {
+ protected:
+  std::vector<QMenu*> menus() {
+    std::vector<QMenu*> result;
+    for (QAction* action : window().menuBar()->actions()) result.push_back(action->menu());
+    return result;
+  }
+  QAction* item(const QMenu& menu, const char* title) {
+    for (QAction* action : menu.actions()) {
+      if (action->text().remove(QLatin1Char('&')).startsWith(QString::fromUtf8(title))) return action;
+    }
+    ADD_FAILURE() << "no item " << title;
+    return menu.actions().front();
+  }
+  /// Simulates the user opening the menu.
+  static void open(QMenu& menu) { emit menu.aboutToShow(); }
+};
+
+TEST_F(MainMenuTest, EveryCommandCanBeReachedByKeyboard) {
+  Shell& shell = program().shell;
+  (void)window();
+  for (const Sheet sheet : {Sheet::New, Sheet::Duplicate, Sheet::Test, Sheet::Log, Sheet::Info})
+    shell.sheets[sheet] = [] {};
+  shell.importJob = shell.exportJob = [] {};
+  shell.checkForUpdate = [](bool) {};
+  std::map<QString, QString> ownerOfShortcut;
+  std::set<QChar> menuLetters;
+  for (QMenu* menu : menus()) {
+    open(*menu);
+    EXPECT_TRUE(menuLetters.insert(mnemonic(menu->title())).second) << utf8(menu->title());
+    std::map<QChar, QString> letters;
+    for (const QAction* action : menu->actions()) {
+      if (action->isSeparator()) continue;
+      const QString text = action->text();
+      const QChar letter = mnemonic(text);
+      EXPECT_TRUE(!letter.isNull() || !action->shortcuts().isEmpty()) << utf8(text);
+      if (!letter.isNull()) {
+        EXPECT_TRUE(letters.emplace(letter, text).second)
+            << utf8(text) << " has the letter of " << utf8(letters[letter]);
+      }
+      for (const QKeySequence& keys : action->shortcuts()) {
+        const bool isNew = ownerOfShortcut.emplace(keys.toString(), text).second;
+        EXPECT_TRUE(isNew) << utf8(text) << " has the shortcut of " << utf8(ownerOfShortcut[keys.toString()]);
+      }
+    }
+  }
+}
+
+TEST_F(MainMenuTest, UnavailableCommandsAreHiddenAndForbiddenOnesDisabled) {
+  fill({"alpha"});
+  QMenu& file = *menus().front();
+  open(file);
+  EXPECT_FALSE(item(file, "Log")->isVisible());
+  EXPECT_FALSE(item(file, "Revisions")->isEnabled());
+  for (const char* title : {"Edit Job", "Share", "Delete"}) EXPECT_FALSE(item(file, title)->isEnabled()) << title;
+  click(0);
+  program().shell.sheets[Sheet::Log] = [] {};
+  open(file);
+  EXPECT_TRUE(item(file, "Log")->isVisible());
+  for (const char* title : {"Edit Job", "Share", "Delete"}) EXPECT_TRUE(item(file, title)->isEnabled()) << title;
+}
+
+TEST_F(MainMenuTest, ShareMenuListsTheAvailableWays) {
+  fill({"alpha"});
+  click(0);
+  QMenu& share = *item(*menus().front(), "Share")->menu();
+  open(share);
+  EXPECT_THAT(titles(share), ElementsAre("Copy", "Email", "Open"));
+  share.actions().front()->trigger();
+  EXPECT_THAT(workspace.calls, ElementsAre(testing::HasSubstr("alpha.plist: <?xml")));
+}
+
+TEST_F(MainMenuTest, EditCommandsActOnTheFocusedWidget) {
+  fill({"alpha"});
+  QMenu& edit = *menus()[1];
+  table().setFocus();
+  open(edit);
+  EXPECT_FALSE(item(edit, "Paste")->isEnabled());
+  window().filter().setFocus();
+  QTest::keyClicks(&window().filter(), QStringLiteral("beta"));
+  open(edit);
+  item(edit, "Select All")->trigger();
+  EXPECT_EQ(window().filter().selectedText(), QStringLiteral("beta"));
+  item(edit, "Undo")->trigger();
+  EXPECT_EQ(window().filter().text(), QString());
 }
 
 }  // namespace

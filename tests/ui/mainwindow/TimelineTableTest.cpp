@@ -3,17 +3,22 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractListModel>
+#include <QFontDatabase>
+#include <QImage>
 #include <QScrollBar>
 #include <QTest>
+#include <algorithm>
 #include <set>
+#include <vector>
 
 #include "ui/EventLoop.h"
+#include "ui/mainwindow/TimelineDelegate.h"
 
 namespace mirvel::ui {
 namespace {
 
 /// Every tenth row is a header. Records the rows for which data is requested.
-class Rows final : public QAbstractListModel {
+class GroupedRows final : public QAbstractListModel {
  public:
   int count = 0;
   mutable std::set<int> asked;
@@ -54,7 +59,7 @@ class TimelineTableTest : public testing::Test {
   int rowAt(int y) { return m_table.indexAt({5, y}).row(); }
   QScrollBar& bar() { return *m_table.verticalScrollBar(); }
 
-  Rows m_rows;
+  GroupedRows m_rows;
   TimelineTable m_table;
 };
 
@@ -162,6 +167,92 @@ TEST_F(TimelineTableTest, MarkNeitherAsksNorNotifies) {
     EXPECT_EQ(marked.isEmpty() ? -1 : marked.front().row(), row);
   }
   EXPECT_EQ(notifications, 0);
+}
+
+TEST(TimelineLayout, PositionsEqualThoseOfALinearWalk) {
+  const std::vector<std::vector<std::size_t>> headers = {{}, {0}, {0, 2, 3, 9}, {4, 5}, {0, 1, 2}};
+  for (const auto& groups : headers) {
+    const TimelineLayout layout(10, groups, {.group = 30, .other = 26});
+    int top = 0, group = -1;
+    for (int row = 0; row < 10; ++row) {
+      const bool isGroup = std::find(groups.begin(), groups.end(), static_cast<std::size_t>(row)) != groups.end();
+      if (isGroup) group = row;
+      EXPECT_EQ(layout.isGroup(row), isGroup);
+      EXPECT_EQ(layout.top(row), top);
+      EXPECT_EQ(layout.groupOf(row), group);
+      top += isGroup ? 30 : 26;
+      for (const int y : {layout.top(row), top - 1}) EXPECT_EQ(layout.rowAt(y), row) << y;
+    }
+    EXPECT_EQ(layout.height(), top);
+  }
+}
+
+TEST(TimelineLayout, HeadersAreSkipped) {
+  const TimelineLayout layout(6, {0, 3, 5}, {});
+  const struct {
+    int row, step, nearest;
+  } rows[] = {{0, 1, 1},  {0, -1, -1}, {2, 1, 2},  {3, 1, 4},   {3, -1, 2},
+              {5, 1, -1}, {5, -1, 4},  {6, 1, -1}, {-1, -1, -1}};
+  for (const auto& row : rows) EXPECT_EQ(layout.nearestOther(row.row, row.step), row.nearest) << row.row;
+  EXPECT_EQ(layout.nextGroup(0), 3);
+  EXPECT_EQ(layout.nextGroup(4), 5);
+  EXPECT_EQ(layout.nextGroup(5), 6);
+}
+
+/// The first and the last column of pixels that contain ink.
+std::pair<int, int> inked(const TabularText& text, Qt::AlignmentFlag side, const QString& time) {
+  QImage image(300, 40, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  text.draw(painter, QRectF(50, 0, 200, 40), side, time);
+  painter.end();
+  std::pair<int, int> result{300, -1};
+  for (int x = 0; x < image.width(); ++x) {
+    for (int y = 0; y < image.height(); ++y) {
+      if (image.pixel(x, y) != qRgb(255, 255, 255)) result = {std::min(result.first, x), std::max(result.second, x)};
+    }
+  }
+  return result;
+}
+
+bool hasUnequalDigits(const QFont& font) {
+  const QFontMetricsF metrics(font);
+  return metrics.horizontalAdvance(u'1') != metrics.horizontalAdvance(u'8');
+}
+
+/// The default font, and one with digits of different widths if the machine has any.
+std::vector<QFont> fonts() {
+  std::vector<QFont> result{QFont()};
+  for (const QString& family : QFontDatabase::families()) {
+    if (result.size() == 1 && hasUnequalDigits(QFont(family, 20))) result.emplace_back(family, 20);
+  }
+  return result;
+}
+
+TEST(TabularText, AllDigitsHaveEqualWidth) {
+  for (const QFont& font : fonts()) {
+    const TabularText text(font);
+    const qreal width = text.width(QStringLiteral("00:00 PM"));
+    for (const char* other : {"11:11 PM", "17:41 PM", "88:88 PM"}) {
+      EXPECT_DOUBLE_EQ(text.width(QString::fromLatin1(other)), width) << other << " in " << qPrintable(font.family());
+    }
+    EXPECT_LT(text.width(QStringLiteral("9:00 PM")), width);
+  }
+}
+
+TEST(TabularText, TextIsAlignedToTheGivenSide) {
+  for (const QFont& font : fonts()) {
+    const TabularText text(font);
+    for (const QString& time : {QStringLiteral("11:11"), QString::fromUtf8("٩:٠٠ ص")}) {
+      const int width = static_cast<int>(text.width(time));
+      const auto [leftBegin, leftEnd] = inked(text, Qt::AlignLeft, time);
+      const auto [rightBegin, rightEnd] = inked(text, Qt::AlignRight, time);
+      EXPECT_GE(leftBegin, 49);
+      EXPECT_LE(leftEnd, 51 + width);
+      EXPECT_GE(rightBegin, 249 - width);
+      EXPECT_LE(rightEnd, 251);
+    }
+  }
 }
 
 }  // namespace

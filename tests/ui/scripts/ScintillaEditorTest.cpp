@@ -8,6 +8,7 @@
 
 #include "ui/EventLoop.h"
 #include "ui/scripts/ScintillaText.h"
+#include "ui/scripts/scintilla/TextColumns.h"
 
 namespace mirvel::ui {
 
@@ -95,6 +96,29 @@ TEST_F(ScintillaEditorTest, ScrollRangeFitsTheLongestLine) {
   EXPECT_GT(reach(below + std::string(400, 'x')), hundred);
   EXPECT_EQ(reach(below + std::string(50, '\t')), hundred) << "a tab has four columns";
   EXPECT_EQ(reach("short"), 0) << "shrinks again";
+}
+
+TEST(TextColumns, WidestLineIsFoundAnywhere) {
+  const struct {
+    std::string text;
+    long columns;
+  } rows[] = {
+      {"", 0},
+      {"\n\r\n", 0},
+      {"abc", 3},
+      {"abc\nde", 3},
+      {"ab\r\ncde\r\n", 3},
+      {"ab\rcdef", 4},
+      {"\t", 4},
+      {"abc\td", 5},
+      {"abcd\te", 9},
+      {"éé", 2},
+      {"日本", 4},
+      {"😀", 2},
+      {"\xff\xfe", 4},
+      {"a\n" + std::string(1000, 'x') + "\nb", 1000},
+  };
+  for (const auto& row : rows) EXPECT_EQ(widestLine(row.text, 4), row.columns) << row.text;
 }
 
 }  // namespace mirvel::ui

@@ -1,14 +1,18 @@
 #include "ui/scripts/ScriptModule.h"
 
 #include <QLibraryInfo>
+#include <QTextDocument>
 
-#include "ui/scripts/ScriptTextFixture.h"
+#include "support/ProgramFixture.h"
+#include "ui/scripts/PlainCharacters.h"
+#include "ui/scripts/ScriptText.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
 namespace {
 
+using namespace std::string_literals;
 namespace fs = std::filesystem;
 
 class ScriptModuleTest : public testdata::ProgramFixture {
@@ -66,6 +70,34 @@ TEST_F(ScriptModuleTest, WithoutAModuleThePlainEditorIsUsedAndTheReasonLogged) {
     EXPECT_NE(console.logged[0].find(module.native()), std::string::npos) << console.logged[0];
     EXPECT_NE(console.logged[0].find(why), std::string::npos) << console.logged[0];
   }
+}
+
+TEST(PlainCharacters, BytesSurviveADocument) {
+  std::string everyByte;
+  for (int byte = 0; byte < 256; ++byte) everyByte += static_cast<char>(byte);
+  const std::string rows[] = {
+      "",
+      "a\nb\r\nc\rd\n\r",
+      "é日😀\xEF\xBB\xBF",
+      everyByte,
+      "\u2028\u2029\uFDD0\uFDD1\uFFFC\uFFFE",
+      "\xED\xA0\x80\xED\xB0\x80 \xF4\x90\x80\x80 \xC0\x80",  // surrogates, beyond Unicode, overlong
+      "😀\xF0 \xF0\x9F \xF0\x9F\x98 \xE2\x80 \xC3",           // truncated
+      "\x80\x80\xF0\x9F\x98\x80\x80"s + std::string(3, '\0'),
+  };
+  for (const std::string& row : rows) {
+    for (const char* end : {"\n", "\r", "\r\n"}) {
+      QTextDocument document;
+      document.setPlainText(plainCharacters(row, end));
+      EXPECT_EQ(bytesOf(document.toRawText(), end), row);
+    }
+  }
+}
+
+TEST(PlainCharacters, ReadableTextIsNotEscaped) {
+  EXPECT_EQ(plainCharacters("é😀\r\nb", "\r\n"), QStringLiteral("é😀\nb"));
+  EXPECT_EQ(plainCharacters("a\xff", "\n"), QStringLiteral("a") + QChar(0xDCFF));
+  EXPECT_EQ(bytesOf(QString(QChar(QChar::LineSeparator)), "\r"), "\r") << "as Shift-Return makes it";
 }
 
 }  // namespace mirvel::ui

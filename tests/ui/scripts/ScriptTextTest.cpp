@@ -2,17 +2,48 @@
 
 #include <QAbstractScrollArea>
 #include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
 #include <QSignalSpy>
+#include <QTest>
 #include <QVBoxLayout>
 
-#include "ui/scripts/ScriptTextFixture.h"
+#include "support/ProgramFixture.h"
+#include "ui/EventLoop.h"
+#include "ui/scripts/ScriptModule.h"
 #include "ui/support/Palettes.h"
+#include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
 namespace {
 
 using namespace std::string_literals;
+
+/// The editors with which each test runs.
+enum class EditorKind { Coloured, Plain };
+
+std::string nameOf(const testing::TestParamInfo<EditorKind>& info) {
+  return info.param == EditorKind::Coloured ? "Coloured" : "Plain";
+}
+
+/// A script in the module's editor, or in the one used without the module.
+class ScriptTextFixture : public testdata::ProgramFixture, public testing::WithParamInterface<EditorKind> {
+ protected:
+  ScriptText* makeText(QWidget* parent = nullptr) {
+    const auto module = GetParam() == EditorKind::Coloured ? scriptModule() : folder.path() / "none.so";
+    return makeScriptText(console, foundation.localize, QStringLiteral("Script"), parent, module);
+  }
+  /// The inner widget, which has the focus.
+  static QWidget& innerWidget(const ScriptText& text) { return *text.focusProxy(); }
+  static void invoke(const ScriptText& text, const char* slot) {
+    EXPECT_TRUE(QMetaObject::invokeMethod(text.focusProxy(), slot)) << slot;
+  }
+};
 
 class ScriptTextTest : public ScriptTextFixture {
  protected:
@@ -195,6 +226,143 @@ TEST_P(ScriptTextTest, AssistiveProgramsGetNameAndText) {
   QAccessible::setActive(false);
 }
 
-MIRVEL_TEST_EDITINGS(ScriptTextTest);
+namespace {
+
+/// A script between two fields; the script has the focus.
+class ScriptTextKeysTest : public ScriptTextFixture {
+ protected:
+  ScriptTextKeysTest() {
+    auto* layout = new QVBoxLayout(&m_window);
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_before, m_text, m_after}) layout->addWidget(widget);
+    m_window.show();
+    QApplication::setActiveWindow(&m_window);
+    m_text->setFocus();
+    testdata::settle();
+  }
+
+  QWidget m_window;
+  QLineEdit* m_before = new QLineEdit;
+  ScriptText* m_text = makeText();
+  QLineEdit* m_after = new QLineEdit;
+};
+
+}  // namespace
+
+TEST_P(ScriptTextKeysTest, TabInsertsATabAndOtherKeysMoveTheFocus) {
+  const struct {
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    bool selected;
+    const char* text;
+    QWidget* focus;
+  } rows[] = {
+      {Qt::Key_Tab, Qt::NoModifier, false, "\t\ta\n\tb", m_text},
+      {Qt::Key_Tab, Qt::NoModifier, true, "\t\ta\n\t\tb", m_text},
+      {Qt::Key_Tab, Qt::ControlModifier, false, "\ta\n\tb", m_after},
+      {Qt::Key_Tab, Qt::ControlModifier, true, "\ta\n\tb", m_after},
+      {Qt::Key_Tab, Qt::MetaModifier, false, "\ta\n\tb", m_after},
+      {Qt::Key_Backtab, Qt::ShiftModifier, false, "\ta\n\tb", m_before},
+      {Qt::Key_Backtab, Qt::ShiftModifier, true, "a\nb", m_text},
+      {Qt::Key_Backtab, Qt::ShiftModifier | Qt::ControlModifier, true, "\ta\n\tb", m_before},
+  };
+  for (const auto& row : rows) {
+    m_text->setText("\ta\n\tb");
+    m_text->setFocus();
+    if (row.selected) invoke(*m_text, "selectAll");
+    QTest::keyClick(&innerWidget(*m_text), row.key, row.modifiers);
+    const auto which = testing::Message()
+                       << row.key << " with " << static_cast<int>(row.modifiers) << ", selected " << row.selected;
+    EXPECT_EQ(m_text->text(), row.text) << which;
+    EXPECT_EQ(QApplication::focusWidget(), row.focus == m_text ? &innerWidget(*m_text) : row.focus) << which;
+  }
+}
+
+TEST_P(ScriptTextKeysTest, PastedTextGetsTheLineEndsOfTheScript) {
+  m_text->setText("a\r\n");
+  QApplication::clipboard()->setText(QStringLiteral("b\nc\n"));
+  invoke(*m_text, "paste");
+  EXPECT_EQ(m_text->text(), "b\r\nc\r\na\r\n");
+}
+
+namespace {
+
+class ScriptTextMenuTest : public ScriptTextFixture {
+ protected:
+  ScriptTextMenuTest() {
+    QApplication::clipboard()->clear();
+    m_text->resize(400, 200);
+    m_text->show();
+    testdata::settle();
+  }
+
+  /// The context menu of the script.
+  QMenu* menu() {
+    auto* const area = qobject_cast<QAbstractScrollArea*>(&innerWidget(*m_text));
+    const QPoint middle = area->viewport()->rect().center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, middle, area->viewport()->mapToGlobal(middle));
+    QApplication::sendEvent(area->viewport(), &event);
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  }
+  /// The initials of the enabled items: "UCS" for Undo, Cut and Select All.
+  static std::string enabled(const QMenu& menu) {
+    std::string initials;
+    for (const QAction* action : menu.actions()) {
+      if (action->isEnabled() && !action->isSeparator()) initials += utf8(action->text().remove(QLatin1Char('&')))[0];
+    }
+    return initials;
+  }
+  void choose(const char* title) {
+    QMenu* const shown = menu();
+    ASSERT_NE(shown, nullptr);
+    for (QAction* action : shown->actions()) {
+      if (action->text() == QLatin1String(title)) action->trigger();
+    }
+    shown->close();
+    testdata::settle();
+  }
+
+  const std::unique_ptr<ScriptText> m_text{makeText()};
+};
+
+}  // namespace
+
+TEST_P(ScriptTextMenuTest, MenuHasTheEditCommandsAndDelete) {
+  const QPointer<QMenu> shown = menu();
+  ASSERT_NE(shown, nullptr);
+  std::vector<std::string> titles;
+  for (const QAction* action : shown->actions()) titles.push_back(utf8(action->text()));
+  EXPECT_EQ(titles,
+            (std::vector<std::string>{"&Undo", "&Redo", "", "Cu&t", "&Copy", "&Paste", "Delete", "", "Select &All"}));
+  shown->close();
+  testdata::settle();
+  EXPECT_EQ(shown, nullptr) << "deleted when it closes";
+}
+
+TEST_P(ScriptTextMenuTest, CommandsWorkWhereEnabled) {
+  QTest::keyClicks(&innerWidget(*m_text), QStringLiteral("ab"));
+  const struct {
+    const char* command;
+    const char* text;
+    const char* enabled;  ///< initials of the items enabled in this state
+  } rows[] = {
+      {"&Undo", "", "RS"},       {"&Redo", "ab", "US"},       {"Select &All", "ab", "UCCDS"}, {"&Copy", "ab", "UCCPDS"},
+      {"Delete", "", "UPS"},     {"&Undo", "ab", nullptr},    {"Select &All", "ab", nullptr}, {"Cu&t", "", "UPS"},
+      {"&Paste", "ab", nullptr}, {"&Paste", "abab", nullptr},
+  };
+  for (const auto& row : rows) {
+    choose(row.command);
+    EXPECT_EQ(m_text->text(), row.text) << row.command;
+    if (!row.enabled) continue;
+    QMenu* const shown = menu();
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(enabled(*shown), row.enabled) << row.command;
+    shown->close();
+    testdata::settle();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, ScriptTextTest, testing::Values(EditorKind::Coloured, EditorKind::Plain), nameOf);
+INSTANTIATE_TEST_SUITE_P(, ScriptTextKeysTest, testing::Values(EditorKind::Coloured, EditorKind::Plain), nameOf);
+INSTANTIATE_TEST_SUITE_P(, ScriptTextMenuTest, testing::Values(EditorKind::Coloured, EditorKind::Plain), nameOf);
 
 }  // namespace mirvel::ui

@@ -7,6 +7,7 @@
 
 #include "support/TestData.h"
 #include "ui/EventLoop.h"
+#include "ui/support/PathWalk.h"
 #ifdef __linux__
 #include "ui/support/PlatformFolderMonitors.h"
 #endif
@@ -190,6 +191,30 @@ TEST_P(FolderMonitorTest, SurvivesALoopOfLinks) {
     fs::remove(m_root / "loop");
     fs::create_directories(m_root / "loop/jobs");
   }));
+}
+
+TEST(PathWalk, ResolvesPathsLikeTheKernel) {
+  const testdata::TemporaryFolder temporary;
+  const fs::path root = fs::canonical(temporary.path());
+  fs::create_directories(root / "real/inner/deep");
+  fs::create_directory_symlink("real/inner", root / "relative");
+  fs::create_directory_symlink(root / "real", root / "absolute");
+  fs::create_directory_symlink("loop", root / "loop");
+  fs::create_directory_symlink("nowhere", root / "dangling");
+  temporary.write("file", "");
+
+  const struct {
+    const char* path;
+    std::optional<const char*> end;
+  } rows[] = {
+      {"real/inner", "real/inner"},     {"real//inner/./", "real/inner"},    {"relative/deep", "real/inner/deep"},
+      {"absolute/inner", "real/inner"}, {"relative/../inner", "real/inner"}, {"loop", std::nullopt},
+      {"dangling", std::nullopt},       {"missing/inner", std::nullopt},     {"file", std::nullopt},
+  };
+  for (const auto& row : rows) {
+    const auto end = walkTo(root / row.path, [](const fs::path&, const std::string&) {});
+    EXPECT_EQ(end, row.end ? std::optional(root / *row.end) : std::nullopt) << row.path;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, FolderMonitorTest, testing::ValuesIn(kinds),

@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <QBuffer>
 #include <QImage>
 #include <QPixmap>
 #include <chrono>
 
 #include "support/TestData.h"
+#include "ui/support/ReadPicture.h"
 
 namespace mirvel::ui {
 
@@ -23,6 +25,15 @@ void savePicture(const fs::path& file, QSize size, QColor color) {
   QImage image(size, QImage::Format_RGB32);
   image.fill(color);
   ASSERT_TRUE(image.save(QString::fromStdString(file.string()), "PNG"));
+}
+
+std::string png(int width, int height) {
+  QImage image(width, height, QImage::Format_Mono);
+  image.fill(1);
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, "PNG");
+  return buffer.data().toStdString();
 }
 
 /// An icon theme that has nothing but a few types of file.
@@ -135,6 +146,41 @@ TEST(FileIcons, MatchTheTypeOfAFileEvenIfItIsMissing) {
   FileIcons icons;
   for (const auto& row : rows) {
     EXPECT_EQ(icons.icon(folder.path() / row.path).name().toStdString(), row.icon) << row.path;
+  }
+}
+
+TEST(Picture, IsReadByContentWithinBounds) {
+  const testdata::TemporaryFolder folder;
+  const std::string small = png(20, 10);
+  const struct {
+    const char* name;
+    std::string content;
+    bool isShown;
+  } rows[] = {
+      {"a.png", small, true},
+      {"picture of another name.txt", small, true},
+      {"not UTF-8 \xFC.png", small, true},
+      {"edge.png", png(4096, 1), true},
+      {"wide.png", png(4097, 1), false},
+      {"tall.png", png(1, 4097), false},
+      {"cut.png", small.substr(0, small.size() / 2), false},
+      {"empty.png", "", false},
+      {"text.png", "no picture", false},
+      {"long.png", small + std::string(16 * 1024 * 1024, '\0'), false},
+  };
+  for (const auto& row : rows) {
+    const auto image = readPicture(folder.write(row.name, row.content));
+    EXPECT_EQ(image.has_value(), row.isShown) << row.name;
+  }
+}
+
+TEST(Picture, IsNeverWaitedForAtAPipe) {
+  const testdata::TemporaryFolder folder;
+  const fs::path pipe = folder.path() / "pipe.png";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  for (const fs::path& path : {pipe, folder.path(), fs::path("/dev/zero"), folder.path() / "missing"}) {
+    EXPECT_FALSE(readPicture(path)) << path;
+    EXPECT_FALSE(readStart(path, 16)) << path;
   }
 }
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QImage>
+
+#include "ui/support/Controls.h"
+
 namespace mirvel::ui {
 
 TEST(Contrast, IsThatOfTheGuidelines) {
@@ -58,6 +62,27 @@ TEST(Palettes, TextContrastsWithItsBackground) {
               2 * contrast(palette.color(QPalette::Disabled, QPalette::Text), palette.color(QPalette::Base)))
         << "disabled text looks disabled";
   }
+}
+
+TEST(CheckBoxTest, ADisabledTextIsReadable) {
+  CheckBox box(QStringLiteral("MMMM"));
+  QPalette palette(Qt::white);
+  for (const auto role : {QPalette::WindowText, QPalette::Text}) {
+    palette.setColor(QPalette::Disabled, role, palette.color(QPalette::Window));
+  }
+  palette.setColor(QPalette::Active, QPalette::PlaceholderText, Qt::red);
+  box.setPalette(palette);
+  box.setEnabled(false);
+  QFont large = box.font();
+  large.setPixelSize(40);
+  box.setFont(large);
+  box.resize(box.sizeHint());
+  const QImage image = box.grab().toImage();
+  bool isRed = false;
+  for (int x = image.width() / 2; x < image.width(); ++x) {
+    for (int y = 0; y < image.height(); ++y) isRed = isRed || image.pixelColor(x, y) == QColor(Qt::red);
+  }
+  EXPECT_TRUE(isRed);
 }
 
 }  // namespace mirvel::ui

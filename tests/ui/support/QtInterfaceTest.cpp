@@ -61,17 +61,6 @@ class QtInterfaceTest : public testing::Test {
                          .otherTitle = "Cancel"};
 };
 
-TEST_F(QtInterfaceTest, AnswersWithTheButton) {
-  const struct {
-    const char* title;
-    int answer;
-  } rows[] = {{"Save", 1000}, {"Don’t Save", 1001}, {"Cancel", 1002}};
-  for (const auto& row : rows) {
-    whenUp<QMessageBox>([&](QMessageBox& box) { press(box, row.title); });
-    EXPECT_EQ(m_interface.alert(m_question), row.answer);
-  }
-}
-
 TEST_F(QtInterfaceTest, KeysAndClosingPressTheSafeButtonElseTheFirstOrLast) {
   const auto question = [this](const char* alternate, const char* other, std::optional<int> safe = {}) {
     Alert result = m_question;
@@ -183,13 +172,6 @@ TEST_F(SheetTest, AnswersOnce) {
   EXPECT_EQ(m_answers, std::vector{1001});
 }
 
-TEST_F(SheetTest, ClosingAnswersLikeTheLastButton) {
-  beginSheet();
-  visibleBox()->close();
-  testdata::settle();
-  EXPECT_EQ(m_answers, std::vector{1002});
-}
-
 TEST_F(SheetTest, EndsSilentlyWithItsWindow) {
   beginSheet();
   m_window->close();
@@ -209,8 +191,9 @@ TEST_F(SheetTest, TheAnswerMayOpenTheNextSheet) {
   press(*visibleBox(), "Save");
   testdata::settle();
   ASSERT_NE(visibleBox(), nullptr);
-  press(*visibleBox(), "Cancel");
-  EXPECT_EQ(m_answers, std::vector{1002});
+  visibleBox()->close();
+  testdata::settle();
+  EXPECT_EQ(m_answers, std::vector{1002}) << "closing answers like the last button";
 }
 
 TEST_F(QtInterfaceTest, SavePanelGivesTheAllowedExtensionAndNeverAFileNotAskedFor) {

@@ -9,6 +9,7 @@
 
 #include "support/TestData.h"
 #include "ui/EventLoop.h"
+#include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
@@ -102,6 +103,28 @@ TEST_F(QtWorkspaceTest, NamesFilesAsTheFileViewerDoes) {
     const char* name;
   } rows[] = {{"/a/b.app", "b.app"}, {"/a/b/", "b"}, {"/", "/"}, {"b", "b"}, {"/latin\xFC", "latin\xEF\xBF\xBD"}};
   for (const auto& row : rows) EXPECT_EQ(m_workspace.displayName(row.path), row.name) << row.path;
+}
+
+TEST(QtText, ConvertsEveryPathOrReportsThatItCant) {
+  const struct {
+    const char* bytes;
+    bool isHeld;
+  } rows[] = {
+      {"/plain", true},
+      {"/Gr\xC3\xBC\xC3\x9F"
+       "e",
+       true},
+      {"/\xF0\x9F\x95\x92", true},
+      {"/\xEF\xBF\xBD", true},
+      {"/latin\xFC", false},
+      {"/cut\xC3", false},
+  };
+  for (const auto& row : rows) {
+    const auto held = qtPath(row.bytes);
+    EXPECT_EQ(held.has_value(), row.isHeld) << row.bytes;
+    EXPECT_TRUE(!held || path(*held) == row.bytes) << row.bytes;
+  }
+  EXPECT_EQ(displayText("/latin\xFC"), QStringLiteral("/latin\uFFFD"));
 }
 
 }  // namespace mirvel::ui

@@ -84,12 +84,6 @@ TEST_F(SingleInstanceTest, ProgramsWithDifferentKeysAreIndependent) {
   EXPECT_EQ(make("other")->claim(), Role::First);
 }
 
-TEST_F(SingleInstanceTest, TheNextProgramIsFirstOnceTheFirstHasEnded) {
-  makeFirst().reset();
-  const auto next = makeFirst();
-  EXPECT_TRUE(hand(QStringLiteral("hello")));
-}
-
 TEST_F(SingleInstanceTest, ReplacesWhatACrashedProgramLeft) {
   makeFirst().reset();
   auto first = makeFirst();

@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <fstream>
+
+#include "core/catalogue/Launchd.h"
+#include "core/files/ReadFile.h"
+#include "ui/app/ApplicationFixture.h"
+#include "ui/app/EndSignals.h"
+#include "ui/app/OpenedURLs.h"
+
+namespace mirvel::ui {
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+
+/// The whole way from a file, a signal or a URL to the window.
+class ApplicationTest : public ApplicationFixture {
+ protected:
+  /// Whether the column shows the texts within the time after which a user would wonder.
+  testing::AssertionResult showsSoon(const Names& expected, ListColumn column = ListColumn::Name) {
+    constexpr int patience = 1500;
+    if (QTest::qWaitFor([&] { return texts(table(), column) == expected; }, patience)) {
+      return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << "shows " << testing::PrintToString(texts(table(), column));
+  }
+};
+
+TEST_F(ApplicationTest, FilesAreShownAndStaySelectedAsTheyAreAddedChangedAndRemoved) {
+  writeJob("b", {{"Program", "/bin/one"}});
+  start();
+  EXPECT_TRUE(showsSoon({"b"}));
+  select("b");
+  const auto expectSelected = [&](const std::string& name) {
+    EXPECT_TRUE(testdata::eventually([&] { return !program().scanning.isBusy(); }));
+    EXPECT_EQ(markedJob(table()), name);
+    EXPECT_EQ(shownJob(window()), name);
+  };
+  writeJob("a", {{"Program", "/bin/two"}});
+  EXPECT_TRUE(showsSoon({"a", "b"})) << "added";
+  expectSelected("b");
+  writeJob("b", {{"Program", "/bin/three"}});
+  EXPECT_TRUE(showsSoon({"/bin/two", "/bin/three"}, ListColumn::Run)) << "changed in place";
+  expectSelected("b");
+  fs::rename(path("a"), path("c"));
+  fs::remove(path("b"));
+  EXPECT_TRUE(showsSoon({"/bin/two"}, ListColumn::Run)) << "renamed and removed";
+  expectSelected("");
+  std::ofstream(path("c")) << "no property list";
+  EXPECT_TRUE(showsSoon({})) << "damaged";
+}
+
+TEST_F(ApplicationTest, ASignalEndsTheApplicationWithoutAQuestionAndKeepsTheEdit) {
+  writeJob("a");
+  start();
+  select("a");
+  program().editing.markJobChanged()->plist().nice = 5;
+  {
+    const EndSignals endSignals(program().shell, program().termination);
+    ASSERT_EQ(::raise(SIGTERM), 0);
+    EXPECT_TRUE(testdata::eventually([this] { return !window().isVisible(); }));
+  }
+  const auto kept = readFile(program().foundation.roots.applicationSupport / "Drafts.plist", 100'000);
+  ASSERT_TRUE(kept);
+  EXPECT_NE(kept->find("<key>Contents</key>"), std::string::npos);
+}
+
+TEST_F(ApplicationTest, AnOpenedURLSelectsItsJobInTheWindowBroughtBack) {
+  for (const char* label : {"alpha", "beta"}) writeJob(label);
+  start();
+  select("alpha");
+  OpenedURLs opened(application());
+  window().showMinimized();
+  opened.open(qt(jobURL(path("beta"))));
+  EXPECT_TRUE(window().isVisible() && !window().isMinimized());
+  EXPECT_TRUE(testdata::eventually([&] { return shownJob(window()) == "beta"; }));
+  EXPECT_EQ(markedJob(table()), "beta");
+  opened.open({});
+  pass(0.35);
+  EXPECT_EQ(markedJob(table()), "beta") << "an empty text selects nothing";
+}
+
+}  // namespace
+}  // namespace mirvel::ui
