@@ -53,10 +53,8 @@ TEST_F(CommentedFileTest, TheBytesAreKeptBeforeTheCommentsGo) {
   EXPECT_EQ(testdata::bytes(kept / keptFiles().back()), commented);
   EXPECT_EQ(fs::status(kept / keptFiles().back()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
   EXPECT_EQ(fs::status(kept).permissions(), fs::perms::owner_all);
-  const Alert& question = interface.alerts.at(0);
-  EXPECT_NE(question.informativeText.find(kept.string()), std::string::npos);
-  EXPECT_EQ(question.alternateTitle, "Cancel");
-  EXPECT_EQ(question.safeButton, Interface::alternateButton);
+  EXPECT_NE(interface.alerts.at(0).informativeText.find(kept.string()), std::string::npos);
+  EXPECT_EQ(interface.alerts.at(0).safeButton, Interface::alternateButton);
 }
 
 TEST_F(CommentedFileTest, WithoutConsentOrACopyTheFileIsNotReplaced) {

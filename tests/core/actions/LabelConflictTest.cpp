@@ -80,7 +80,8 @@ TEST_F(LabelConflictTest, ASaveAsksAndNamesTheOtherFile) {
   const Alert question = interface.sheets.front().first;
   EXPECT_THAT(question.message, HasSubstr("“other”"));
   EXPECT_THAT(question.informativeText, HasSubstr(path(Kind::userAgent, "other.plist").string()));
-  EXPECT_EQ(question.defaultTitle, "Cancel");
+  EXPECT_EQ(question.returnAnswer(), Interface::defaultButton);
+  EXPECT_EQ(question.escapeAnswer(), Interface::defaultButton);
   interface.answerSheet(Interface::defaultButton);
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_THAT(ended, testing::ElementsAre(false));

@@ -1,15 +1,28 @@
+#include "core/actions/SavePlan.h"
+
 #include <gtest/gtest.h>
 
-#include "core/actions/SavePlan.h"
+#include <fstream>
+#include <regex>
+
+#include "core/actions/JobOnDisk.h"
 #include "core/commands/RepairsFixture.h"
 #include "core/editor/GeneralRules.h"
 #include "core/jobfile/Plist.h"
+#include "core/propertylist/Encoding.h"
 #include "core/propertylist/Writer.h"
 
 namespace mirvel::jobfile {
 namespace {
 
+namespace fs = std::filesystem;
 using Arguments = std::optional<std::vector<std::string>>;
+
+std::string repeated(const std::string& text, int count) {
+  std::string result;
+  for (int i = 0; i < count; ++i) result += text;
+  return result;
+}
 
 struct SavePlanTest : RepairsFixture {
   Plist normalized(const std::string& run, const std::string& name = "label") {
@@ -102,6 +115,45 @@ TEST_F(SavePlanTest, ACommandThatWasNotEditedIsLeftAlone) {
     EXPECT_EQ(plist.encodeAll(), file) << "typed back";
   }
   EXPECT_TRUE(interface.alerts.empty());
+}
+
+TEST_F(SavePlanTest, EveryJobNameHasAFileName) {
+  const Roots roots = Roots::below(folder.path());
+  const fs::path agents = *Kind(Kind::userAgent).folderURL(roots);
+  const auto write = [&](const std::string& name) { std::ofstream(agents / name) << "x"; };
+  fs::create_directories(agents);
+  write("taken.plist");
+  write(repeated("x", 249) + ".plist");
+  const std::string emoji = "\U0001F469\u200D\U0001F680";
+  const std::pair<std::string, std::string> table[] = {
+      {"job", "job"},
+      {"a/b", "a_b"},
+      {"../../etc/x", ".._.._etc_x"},
+      {"..", ".."},
+      {" ", " "},
+      {"it's \"quoted\"", "it's \"quoted\""},
+      {emoji, emoji},
+      {"\u0646\u0633\u062e", "\u0646\u0633\u062e"},
+      {"taken", "taken#"},
+      {"", "#"},
+      {repeated("y", 249), repeated("y", 249)},
+      {repeated("x", 249), repeated("x", 213) + '#'},
+      {repeated("y", 250), repeated("y", 213) + '#'},
+      {repeated("\u00e9", 300), repeated("\u00e9", 106) + '#'},
+      {repeated("\U0001F680", 300), repeated("\U0001F680", 53) + '#'},
+      {repeated("a/", 300), repeated("a_", 106) + "a#"},
+  };
+  const std::regex uuid("[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}");
+  for (const auto& [name, fileName] : table) {
+    const auto url = newFileURL(Kind::userAgent, name, roots);
+    ASSERT_TRUE(url);
+    EXPECT_EQ(url->path().parent_path(), agents) << name;
+    EXPECT_EQ(std::regex_replace(url->lastPathComponent(), uuid, "#"), fileName + ".plist");
+    EXPECT_LE(url->lastPathComponent().size(), 255U) << name;
+    EXPECT_TRUE(propertylist::isUtf8(url->text())) << name;
+    write(url->lastPathComponent());
+    EXPECT_TRUE(fs::exists(url->path())) << name;
+  }
 }
 
 }  // namespace

@@ -173,7 +173,7 @@ TEST_F(JobMovesTest, AFileWithANameInNoEncodingKeepsItsNote) {
   scan();
   select("odd");
   program().notes.setNote(odd, "kept");
-  queue.runFor(1);
+  endProgram();
   scan();
   EXPECT_EQ(program().notes.note(odd), "kept");
 }

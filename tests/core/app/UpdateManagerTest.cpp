@@ -27,9 +27,8 @@ class FakeDownloads final : public Downloads {
 
 class UpdateManagerTest : public testdata::ProgramFixture {
  protected:
-  void answer(const std::string& version, const std::string& address = "https://mirvel.app/get") {
-    downloads.answer =
-        *propertylist::writeXml(Dictionary{{"Mirvel", Dictionary{{"Version", version}, {"URL", address}}}});
+  static std::string feedOf(const std::string& version, const std::string& address = "https://mirvel.app/get") {
+    return *propertylist::writeXml(Dictionary{{"Mirvel", Dictionary{{"Version", version}, {"URL", address}}}});
   }
 
   FakeDownloads downloads;
@@ -37,11 +36,13 @@ class UpdateManagerTest : public testdata::ProgramFixture {
 };
 
 TEST_F(UpdateManagerTest, ANewVersionIsOffered) {
-  answer("1.10");
+  downloads.answer = feedOf("1.10");
   updates.check("Mirvel", false);
   EXPECT_THAT(downloads.addresses, ElementsAre("https://mirvel.app/updates.plist"));
   ASSERT_THAT(interface.sheets, SizeIs(1));
   EXPECT_EQ(interface.sheets.front().first.message, "Mirvel 1.10 is available");
+  EXPECT_EQ(interface.sheets.front().first.returnAnswer(), Interface::defaultButton);
+  EXPECT_EQ(interface.sheets.front().first.escapeAnswer(), Interface::alternateButton);
   interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(workspace.calls, IsEmpty());
   updates.check("Mirvel", true);
@@ -55,13 +56,9 @@ TEST_F(UpdateManagerTest, OtherResultsAreShownOnlyAfterAManualCheck) {
     Result<std::string> feed;
     bool isError;
   };
-  const auto feedOf = [this](const std::string& version, const std::string& address) {
-    answer(version, address);
-    return downloads.answer;
-  };
   const Row table[] = {
-      {"the same version", feedOf("1.9", "https://x"), false},
-      {"an older one", feedOf("1.8.7", "https://x"), false},
+      {"the same version", feedOf("1.9"), false},
+      {"an older one", feedOf("1.8.7"), false},
       {"no network", Error{.code = Error::Code::Io, .message = "no network"}, true},
       {"no list", std::string("<html>404</html>"), true},
       {"another program's", *propertylist::writeXml(Dictionary{{"Other", Dictionary{}}}), true},
@@ -85,7 +82,7 @@ TEST_F(UpdateManagerTest, OtherResultsAreShownOnlyAfterAManualCheck) {
 TEST_F(UpdateManagerTest, AnAutomaticOfferDoesntCoverAnotherSheet) {
   testdata::RecordingShell shell(program());
   shell.isSheetUp = true;
-  answer("2.0");
+  downloads.answer = feedOf("2.0");
   updates.check("Mirvel", false);
   EXPECT_THAT(interface.sheets, IsEmpty());
 }

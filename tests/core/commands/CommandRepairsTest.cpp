@@ -200,12 +200,29 @@ TEST_F(CommandRepairsTest, OnlyShellSyntaxIsAskedAbout) {
   EXPECT_TRUE(interface.savePanels.empty());
 }
 
-TEST_F(CommandRepairsTest, TheQuestionCanBeSuppressed) {
-  interface.answer = {Interface::alternateButton, true};
-  (void)repairs.checkComplexCommand("ls | wc", "job");
-  (void)repairs.checkComplexCommand("ls | wc", "job");
-  ASSERT_EQ(interface.alerts.size(), 1U);
-  EXPECT_EQ(interface.alerts[0].otherTitle, "Cancel") << "the last button is what Escape presses";
+TEST_F(CommandRepairsTest, OnlyADecisionGivesACommandAndSuppressesTheQuestion) {
+  const struct {
+    int answer;
+    std::optional<fs::path> script;
+    bool isDecision;
+  } rows[] = {{Interface::otherButton, {}, false},
+              {Interface::defaultButton, {}, false},  // the save panel was cancelled
+              {Interface::defaultButton, folder.path() / "a.sh", true},
+              {Interface::alternateButton, {}, true}};
+  for (const auto& row : rows) {
+    ASSERT_TRUE(defaults.set(Defaults::Key::suppressAlertComplexRun, false));
+    interface.alerts.clear();
+    interface.savePanels.clear();
+    interface.answer = {.button = row.answer, .isSuppressed = true};
+    interface.savePath = row.script;
+    EXPECT_EQ(repairs.checkComplexCommand("ls | wc", "job").has_value(), row.isDecision);
+    (void)repairs.checkComplexCommand("ls | wc", "job");
+    EXPECT_EQ(interface.alerts.size(), row.isDecision ? 1U : 2U) << row.answer;
+    EXPECT_EQ(interface.savePanels.empty(), row.answer != Interface::defaultButton);
+    EXPECT_EQ(interface.alerts.front().returnAnswer(), Interface::defaultButton);
+    EXPECT_EQ(interface.alerts.front().escapeAnswer(), Interface::otherButton);
+  }
+  EXPECT_TRUE(interface.errors.empty());
 }
 
 TEST_F(CommandRepairsTest, AComplexCommandBecomesAScript) {
@@ -221,14 +238,7 @@ TEST_F(CommandRepairsTest, AComplexCommandBecomesAScript) {
   EXPECT_EQ(interface.savePanels.at(0).name, "com.x.job");
 }
 
-TEST_F(CommandRepairsTest, GoingBackACancelledPanelAndAFailedWriteGiveNoCommand) {
-  interface.answer.button = Interface::otherButton;
-  EXPECT_EQ(repairs.checkComplexCommand("ls | wc", "job"), std::nullopt);
-  EXPECT_TRUE(interface.savePanels.empty());
-  interface.answer.button = Interface::defaultButton;
-  EXPECT_EQ(repairs.checkComplexCommand("ls | wc", "job"), std::nullopt);
-  EXPECT_EQ(interface.savePanels.size(), 1U);
-  EXPECT_TRUE(interface.errors.empty());
+TEST_F(CommandRepairsTest, AScriptThatCantBeWrittenGivesNoCommand) {
   interface.savePath = folder.path() / "missing" / "job.sh";
   EXPECT_EQ(repairs.checkComplexCommand("ls | wc", "job"), std::nullopt);
   EXPECT_EQ(interface.errors.size(), 1U);

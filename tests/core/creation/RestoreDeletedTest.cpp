@@ -1,12 +1,7 @@
 #include "core/creation/RestoreDeleted.h"
 
-#include <gmock/gmock.h>
-
 #include "core/creation/Creation.h"
-#include "core/propertylist/Reader.h"
-#include "core/propertylist/Writer.h"
-#include "support/ProgramFixture.h"
-#include "support/RecordingShell.h"
+#include "core/creation/CreationFixture.h"
 
 namespace mirvel {
 namespace {
@@ -18,15 +13,17 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class RestoreDeletedTest : public testdata::ProgramFixture {
+class RestoreDeletedTest : public CreationFixture {
  protected:
-  /// Deletes a job, with the user's consent; the helper does it or fails.
-  void deleteJob(const std::string& name, bool isDone = true) {
+  /// Asks for the deletion of the job "a", and consents.
+  void askToDelete() {
     scan();
-    const auto job = jobNamed(name);
-    program().deletion.confirm(job);
+    program().deletion.confirm(jobNamed("a"));
     interface.answerSheet(Interface::defaultButton);
-    answer(isDone, [&] { fs::remove(job->url.path()); });
+  }
+  void deleteJob() {
+    askToDelete();
+    answer(true, [this] { fs::remove(jobNamed("a")->url.path()); });
   }
   /// Answers the last request.
   void answer(
@@ -40,7 +37,7 @@ class RestoreDeletedTest : public testdata::ProgramFixture {
   /// The former path of a job "a" that has been deleted.
   fs::path deletedJob() {
     const auto file = writeJob(Kind::userAgent, "a");
-    deleteJob("a");
+    deleteJob();
     return file;
   }
   std::vector<std::string> rows() {
@@ -48,57 +45,54 @@ class RestoreDeletedTest : public testdata::ProgramFixture {
     for (const auto& row : deletedJobRows(program().creationContext)) result.push_back(row.name + " " + row.file);
     return result;
   }
+  void restore() { restoreDeleted(program().creationContext, deletedJobRows(program().creationContext).at(0).id); }
   void restoreFirst() {
     helpers.requests.clear();
-    restoreDeleted(program().creationContext, deletedJobRows(program().creationContext).at(0).id);
+    restore();
   }
   const testdata::FakeHelpers::Request& request() const { return helpers.requests.front(); }
-
-  testdata::RecordingShell shell{program()};
 };
 
 TEST_F(RestoreDeletedTest, ADeletedJobComesBackAsItWas) {
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
+  ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
   struct Row {
     Kind kind;
     bool isPrivileged;
     int request;
   };
-  for (const Row& row :
-       {Row{Kind::userAgent, false, 1}, Row{Kind::localAgent, true, 0}, Row{Kind::localDaemon, true, 1}}) {
+  for (const Row& row : {Row{Kind::userAgent, false, 1}, Row{Kind::localAgent, true, 0},
+                         Row{Kind::systemAgent, true, 0}, Row{Kind::localDaemon, true, 1}}) {
     const std::string content = "<!-- mine -->" + testdata::jobText("a", {{"Own key", 1}});
     const auto file = write(row.kind, "a.plist", content);
-    deleteJob("a");
+    fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+    deleteJob();
     ASSERT_FALSE(fs::exists(file));
     EXPECT_THAT(rows(), ElementsAre("a " + file.string()));
+    const std::string id = deletedJobRows(program().creationContext).at(0).id;
     restoreFirst();
+    restoreDeleted(program().creationContext, id);  // isn't done twice
     ASSERT_THAT(helpers.requests, SizeIs(1));
     EXPECT_EQ(request().isPrivileged, row.isPrivileged);
     EXPECT_EQ(request().kind(), row.request);
     EXPECT_EQ(request().text("path"), fs::canonical(file.parent_path()) / "a.plist");
     EXPECT_EQ(request().text("string"), content);
+    EXPECT_EQ(request().at("mode"), propertylist::Value(0600));
     EXPECT_THAT(rows(), IsEmpty()) << "it can't be restored a second time";
     const auto count = helpers.requests.size();
     answer(true, [&] { write(row.kind, "a.plist", content); });
     EXPECT_THAT(rows(), IsEmpty());
     ASSERT_TRUE(program().selection.job());
     EXPECT_EQ(program().selection.job(), jobNamed("a"));
-    EXPECT_EQ(helpers.requests.size() > count, row.kind == Kind::localAgent) << "loaded in the user's session";
+    EXPECT_EQ(helpers.requests.size() > count, row.request == 0) << "loaded in the user's session";
+    EXPECT_TRUE(row.request != 0 || (helpers.requests.back().kind() == 5 && !helpers.requests.back().isPrivileged));
     fs::remove(file);
     scan();
   }
 }
 
-TEST_F(RestoreDeletedTest, APrivateFileStaysPrivate) {
-  const auto file = writeJob(Kind::userAgent, "a");
-  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
-  deleteJob("a");
-  restoreFirst();
-  ASSERT_TRUE(request().body.find("mode"));
-  EXPECT_EQ(request().at("mode"), propertylist::Value(0600));
-}
-
 TEST_F(RestoreDeletedTest, AJobIsKeptUntilItIsWritten) {
-  const auto file = deletedJob();
+  (void)deletedJob();
   restoreFirst();
   answer(false);
   EXPECT_THAT(rows(), SizeIs(1));
@@ -106,11 +100,15 @@ TEST_F(RestoreDeletedTest, AJobIsKeptUntilItIsWritten) {
   EXPECT_THAT(rows(), SizeIs(1));
 }
 
-TEST_F(RestoreDeletedTest, AJobWhoseDeletionFailedIsntListedEvenAfterItChanges) {
-  writeJob(Kind::userAgent, "a");
-  deleteJob("a", false);
-  write(Kind::userAgent, "a.plist", testdata::jobText("a", {{"Nice", 1}}));
-  EXPECT_THAT(rows(), IsEmpty());
+TEST_F(RestoreDeletedTest, AJobWhoseDeletionFailedIsListedOnlyIfItsFileIsGone) {
+  for (const bool isGone : {false, true}) {
+    const auto file = writeJob(Kind::userAgent, "a");
+    askToDelete();
+    if (isGone) fs::remove(file);
+    answer(false);
+    if (!isGone) writeJob(Kind::userAgent, "a", {{"Nice", 1}});
+    EXPECT_THAT(rows(), SizeIs(isGone ? 1 : 0));
+  }
 }
 
 TEST_F(RestoreDeletedTest, AJobForWhoseDeletionNoHelperWasAskedIsntListedEvenAfterItChanges) {
@@ -118,9 +116,7 @@ TEST_F(RestoreDeletedTest, AJobForWhoseDeletionNoHelperWasAskedIsntListedEvenAft
   helpers.isHandshakeHeld = true;
   for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
     writeJob(kind, "a");
-    scan();
-    program().deletion.confirm(jobNamed("a"));
-    interface.answerSheet(Interface::defaultButton);
+    askToDelete();
     if (kind == Kind::localDaemon) helpers.privilegedReply({.isCancelled = true});
     EXPECT_THAT(helpers.requests, IsEmpty());
     fs::remove(path(kind, "a.plist"));
@@ -128,38 +124,14 @@ TEST_F(RestoreDeletedTest, AJobForWhoseDeletionNoHelperWasAskedIsntListedEvenAft
   }
 }
 
-TEST_F(RestoreDeletedTest, AFileThatIsGoneIsKeptEvenIfTheHelperReportsAFailure) {
-  const auto file = writeJob(Kind::userAgent, "a");
-  scan();
-  program().deletion.confirm(jobNamed("a"));
-  interface.answerSheet(Interface::defaultButton);
-  fs::remove(file);
-  answer(false);
-  EXPECT_THAT(rows(), SizeIs(1));
-}
-
 TEST_F(RestoreDeletedTest, AFileDeletedByADisconnectedHelperIsKept) {
   const auto file = writeJob(Kind::localDaemon, "a");
-  scan();
-  program().deletion.confirm(jobNamed("a"));
-  interface.answerSheet(Interface::defaultButton);
+  askToDelete();
   helpers.requests.back().failure({.code = Error::Code::Io, .message = "the helper has ended"});
   settle();
   EXPECT_THAT(rows(), IsEmpty()) << "it is still there";
   fs::remove(file);
   EXPECT_THAT(rows(), SizeIs(1));
-}
-
-TEST_F(RestoreDeletedTest, ASystemAgentIsntLoadedByRoot) {
-  ASSERT_TRUE(foundation.defaults.negate(Defaults::Key::editSystemJobs));
-  ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
-  const auto file = writeJob(Kind::systemAgent, "a");
-  deleteJob("a");
-  restoreFirst();
-  EXPECT_EQ(request().kind(), 0) << "only written";
-  answer(true, [&] { writeJob(Kind::systemAgent, "a"); });
-  ASSERT_EQ(helpers.requests.back().kind(), 5);
-  EXPECT_FALSE(helpers.requests.back().isPrivileged);
 }
 
 TEST_F(RestoreDeletedTest, TheFileGetsItsFormerPathUnlessThatIsInUse) {
@@ -177,7 +149,7 @@ TEST_F(RestoreDeletedTest, TheFileGetsItsFormerPathUnlessThatIsInUse) {
   for (const auto& row : table) {
     SCOPED_TRACE(row.description);
     const auto file = writeJob(Kind::localDaemon, "a");
-    deleteJob("a");
+    deleteJob();
     program().shell.endPrivilegedConnection();
     row.before();
     scan();
@@ -220,7 +192,7 @@ TEST_F(RestoreDeletedTest, AJobRestoredAsDisabledIsForgottenAndItsCommentsAreKep
   const std::string plain = testdata::jobText("a"), commented = "<!-- mine -->" + plain;
   for (const std::string& content : {plain, commented}) {
     write(Kind::userAgent, "a.plist", content);
-    deleteJob("a");
+    deleteJob();
     const auto other = write(Kind::userAgent, "other.plist", testdata::jobText("a"));
     scan();
     restoreFirst();
@@ -239,22 +211,11 @@ TEST_F(RestoreDeletedTest, AJobRestoredAsDisabledIsForgottenAndItsCommentsAreKep
   }
 }
 
-TEST_F(RestoreDeletedTest, AJobIsRestoredOnlyOnce) {
-  (void)deletedJob();
-  const std::string id = deletedJobRows(program().creationContext).at(0).id;
-  helpers.requests.clear();
-  for (int i = 0; i < 2; ++i) restoreDeleted(program().creationContext, id);
-  EXPECT_THAT(helpers.requests, SizeIs(1));
-}
-
 TEST_F(RestoreDeletedTest, ANewJobWithTheSameNameGetsAnotherFile) {
   for (const bool isRestoredFirst : {true, false}) {
     const auto file = writeJob(Kind::userAgent, "a");
-    deleteJob("a");
+    deleteJob();
     helpers.requests.clear();
-    const auto restore = [this] {
-      restoreDeleted(program().creationContext, deletedJobRows(program().creationContext).at(0).id);
-    };
     if (isRestoredFirst) restore();
     saveNewJob(program().creationContext,
                makeNewJob(program().creationContext, {{"Label", "a"}, {"Program", "/bin/ls"}}, URL::file("/new"),
@@ -287,9 +248,7 @@ TEST_F(RestoreDeletedTest, AJobThatIsBeingEditedByThenIsntDeleted) {
 
 TEST_F(RestoreDeletedTest, QuittingWaitsForADeletion) {
   writeJob(Kind::localDaemon, "a");
-  scan();
-  program().deletion.confirm(jobNamed("a"));
-  interface.answerSheet(Interface::defaultButton);
+  askToDelete();
   EXPECT_FALSE(program().termination.applicationShouldTerminate());
   EXPECT_THAT(helpers.ended, IsEmpty()) << "the helper is still needed";
   answer(true);
@@ -301,7 +260,7 @@ TEST_F(RestoreDeletedTest, ABinaryFileComesBackWithTheSameValues) {
   const Dictionary content{
       {"Label", "a"}, {"Program", "/bin/ls"}, {"Own", propertylist::Data{std::string("\0\xff", 2)}}};
   write(Kind::userAgent, "a.plist", propertylist::writeBinary(content));
-  deleteJob("a");
+  deleteJob();
   restoreFirst();
   EXPECT_EQ(helpers.written(), content);
 }

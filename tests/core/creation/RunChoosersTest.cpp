@@ -11,7 +11,6 @@ namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 class RunChoosersTest : public CreationFixture {
@@ -52,11 +51,6 @@ TEST_F(RunChoosersTest, AnApplicationRunsByItsCommandAndIsInteractive) {
   interface.openPath.reset();
   sheet.run.application.choose(false);
   EXPECT_EQ(sheet.run.application.shown(), "Tool") << "cancelling changes nothing";
-
-  ASSERT_TRUE(foundation.defaults.setAutomaticHelp(false));
-  interface.openPath = "/none/x.sh";
-  sheet.run.application.choose(false);
-  EXPECT_EQ(record().run, "\"/none/x.sh\"") << "without help no interpreter is added";
 
   sheet.run.command.setText("/bin/ls");
   EXPECT_EQ(record().processType, std::nullopt) << "a command isn't interactive";
@@ -101,9 +95,6 @@ TEST_F(RunChoosersTest, WritingAgainKeepsTheTextUntilItIsSaved) {
   EXPECT_EQ(script.insertionPoint(), std::nullopt);
   script.createNew();
   EXPECT_EQ(script.text(), "#!/bin/sh\nls\n");
-  script.setText("");
-  script.save();
-  EXPECT_THAT(interface.savePanels, IsEmpty());
 }
 
 TEST_F(RunChoosersTest, AWrittenScriptIsRunByTheInterpreterOfItsLanguage) {
@@ -160,14 +151,6 @@ TEST_F(RunChoosersTest, ACommandIsRepairedAndItsFilesAreChecked) {
     EXPECT_EQ(record().run, row.run);
     EXPECT_EQ(command.missingFiles(), row.missing) << row.typed;
   }
-  ASSERT_TRUE(foundation.defaults.setAutomaticHelp(false));
-  command.setText("perl ~/x");
-  EXPECT_EQ(record().run, "perl ~/x");
-  ASSERT_TRUE(foundation.defaults.setShowInvalidData(false));
-  command.setText("/none/x");
-  fileQueue.runAll();
-  queue.runDue();
-  EXPECT_THAT(command.missingFiles(), IsEmpty());
 }
 
 }  // namespace

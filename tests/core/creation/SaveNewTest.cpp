@@ -127,22 +127,6 @@ TEST_F(SaveNewTest, TheQuestionAboutAComplexCommandIsAskedOnceAndCanBeCancelled)
   EXPECT_EQ(*written().find("ProgramArguments"), propertylist::Value(Array{"/bin/ls", "|", "wc"}));
 }
 
-TEST_F(SaveNewTest, ATypedCommandArrivesAsTyped) {
-  const std::pair<std::string, Array> table[] = {
-      {"/bin/grep -E 'a\\.b' f", {"/bin/grep", "-E", "a\\.b", "f"}},
-      {"/usr/bin/printf \"\" x", {"/usr/bin/printf", "", "x"}},
-      {"/bin/sh -c \"date >> 'a b'\"", {"/bin/sh", "-c", "date >> 'a b'"}},
-      {"/bin/echo '\"a b\"' \\\\", {"/bin/echo", "\"a b\"", "\\"}},
-  };
-  for (const auto& [typed, words] : table) {
-    NewController sheet(program().creationContext);
-    fill(sheet, "a", typed);
-    EXPECT_TRUE(sheet.next());
-    EXPECT_EQ(*written().find("ProgramArguments"), propertylist::Value(words)) << typed;
-  }
-  EXPECT_THAT(interface.alerts, IsEmpty());
-}
-
 TEST_F(SaveNewTest, AJobThatCouldntBeSavedIsInTheNextSheet) {
   const Error died{.code = Error::Code::Io, .message = "the helper has ended"};
   const Dictionary refused{{"error", Dictionary{{"domain", "MirvelActionErrorDomain"}, {"code", 4}}}};

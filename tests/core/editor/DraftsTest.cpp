@@ -49,6 +49,8 @@ TEST_F(DraftsTest, AnEditInterruptedByACrashContinues) {
   editAndCrash();
   ASSERT_THAT(interface.sheets, SizeIs(1));
   EXPECT_EQ(interface.sheets.front().first.message, "Your unsaved changes to “a” were kept");
+  EXPECT_EQ(interface.sheets.front().first.returnAnswer(), Interface::defaultButton);
+  EXPECT_EQ(interface.sheets.front().first.escapeAnswer(), Interface::cancelButton);
   interface.answerSheet(Interface::defaultButton);
   EXPECT_EQ(nice(), 5);
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
@@ -108,28 +110,18 @@ TEST_F(DraftsTest, LaterLeavesItForTheNextStartBesideANewerOne) {
   EXPECT_THAT(interface.sheets, IsEmpty());
 }
 
-TEST_F(DraftsTest, TheKindIsKeptAndAnotherProgramsChangeNoticed) {
-  start();
-  edit("a", 5);
-  program().selection.job()->kind = Kind::localDaemon;
-  EXPECT_TRUE(program().drafts.settle());
-  writeJob(Kind::userAgent, "a", {{"Program", "/bin/theirs"}});
-  restart();
-  interface.answerSheet(Interface::defaultButton);
-  EXPECT_EQ(selected().kind, Kind::localDaemon);
-  EXPECT_EQ(selected().originalKind, Kind::userAgent);
-  EXPECT_FALSE(program().editing.expectsInFile(Checksum::ofFile(testdata::bytes(file)).text()));
-}
-
-TEST_F(DraftsTest, AMoveAloneIsAnEditToo) {
+TEST_F(DraftsTest, AMoveAloneIsKeptAndAnotherProgramsChangeNoticed) {
   start();
   program().selection.select(jobNamed("a"));
   program().editing.markJobChanged()->kind = Kind::localDaemon;
   EXPECT_TRUE(program().drafts.settle());
+  writeJob(Kind::userAgent, "a", {{"Program", "/bin/theirs"}});
   restart();
   ASSERT_THAT(interface.sheets, SizeIs(1));
   interface.answerSheet(Interface::defaultButton);
   EXPECT_EQ(selected().kind, Kind::localDaemon);
+  EXPECT_EQ(selected().originalKind, Kind::userAgent);
+  EXPECT_FALSE(program().editing.expectsInFile(Checksum::ofFile(testdata::bytes(file)).text()));
 }
 
 TEST_F(DraftsTest, TheEditOfAJobThatCantBeShownWaitsUntilItCan) {

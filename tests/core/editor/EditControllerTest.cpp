@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "core/catalogue/Launchd.h"
-#include "support/MakeEditController.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 
@@ -35,7 +34,9 @@ class FakeStack final : public EditStackType {
 
 class EditControllerTest : public testdata::ProgramFixture {
  protected:
-  EditControllerTest() : shell(program()), controller(testdata::makeEditController(program(), stack)) {
+  EditControllerTest()
+      : shell(program()),
+        controller(program().session, program().saving, program().scanning, program().actions, stack) {
     file = writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
     scan();
     program().selection.select(jobNamed("a"));
@@ -45,12 +46,10 @@ class EditControllerTest : public testdata::ProgramFixture {
     ASSERT_TRUE(job);
     job->plist().nice = 5;
   }
-  /// Begins to edit a job whose file has these contents.
-  jobfile::Plist& edit(const std::string& bytes) {
-    (void)write(Kind::userAgent, "a.plist", bytes);
+  void selectRoots(Kind kind, const std::string& comment = "") {
+    (void)write(kind, "root.plist", comment + testdata::jobText("root", {{"Program", "/bin/ls"}}));
     scan();
-    program().selection.select(jobNamed("a"));
-    return program().editing.markJobChanged()->plist();
+    program().selection.select(jobNamed("root"));
   }
   void changeFile(const char* command = "/bin/theirs") { (void)writeJob(Kind::userAgent, "a", {{"Program", command}}); }
 
@@ -124,7 +123,11 @@ TEST_F(EditControllerTest, DiscardingReadsTheFileAgainAndLeavesTheEditor) {
   EXPECT_EQ(fetchQueue.count(), 0U);
 
   edit();
+  program().selection.job()->kind = Kind::localDaemon;
   controller.discardEdits();
+  const auto& job = dynamic_cast<const Launchd&>(*program().selection.job());
+  EXPECT_FALSE(job.plist().nice) << "before the scan";
+  EXPECT_EQ(job.kind, Kind::userAgent);
   EXPECT_TRUE(stack.isDiscardHidden);
   EXPECT_EQ(shell.count("showDisplay"), 2U);
   EXPECT_EQ(fetchQueue.count(), 1U);
@@ -141,6 +144,8 @@ TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSay
   EXPECT_THAT(helpers.requests, IsEmpty());
   ASSERT_THAT(interface.sheets, SizeIs(1));
   EXPECT_EQ(interface.sheets.front().first.message, "The file of “a” has changed");
+  EXPECT_EQ(interface.sheets.front().first.returnAnswer(), Interface::defaultButton);
+  EXPECT_EQ(interface.sheets.front().first.escapeAnswer(), Interface::cancelButton);
 
   interface.answerSheet(Interface::defaultButton);
   EXPECT_EQ(stack.versions.theirs, theirs);
@@ -207,9 +212,7 @@ TEST_F(EditControllerTest, AnotherProgramsChangesAreShownWhenAnEditIsDiscarded) 
 }
 
 TEST_F(EditControllerTest, CommentsAreAskedAboutOnceWhenAllElseIsDecided) {
-  (void)write(Kind::localDaemon, "root.plist", "<!-- mine -->" + testdata::jobText("root"));
-  scan();
-  program().selection.select(jobNamed("root"));
+  selectRoots(Kind::localDaemon, "<!-- mine -->");
   edit();
   helpers.isHandshakeHeld = true;
   controller.save();
@@ -230,6 +233,7 @@ TEST_F(EditControllerTest, TheirVersionReplacesMineWhetherOrNotIHaveEdited) {
     changeFile(theirs.c_str());
     controller.save();
     interface.answerSheet(Interface::otherButton);
+    EXPECT_EQ(jobNamed("a")->run(), theirs) << "before the scan";
     settle();
     EXPECT_EQ(jobNamed("a")->run(), theirs);
     EXPECT_EQ(program().selection.job(), jobNamed("a"));
@@ -238,28 +242,8 @@ TEST_F(EditControllerTest, TheirVersionReplacesMineWhetherOrNotIHaveEdited) {
   }
 }
 
-TEST_F(EditControllerTest, DiscardedEditsAreGoneBeforeTheScan) {
-  edit();
-  program().selection.job()->kind = Kind::localDaemon;
-  controller.discardEdits();
-  const auto& job = dynamic_cast<const Launchd&>(*program().selection.job());
-  EXPECT_FALSE(job.plist().nice);
-  EXPECT_EQ(job.kind, Kind::userAgent);
-
-  edit();
-  changeFile();
-  controller.save();
-  ASSERT_EQ(interface.sheets.size(), 1U) << "a change by another program is noticed in between, too";
-  interface.answerSheet(Interface::otherButton);
-  EXPECT_FALSE(job.plist().nice);
-  EXPECT_EQ(job.plist().run, "/bin/theirs");
-  EXPECT_THAT(helpers.requests, IsEmpty());
-}
-
 TEST_F(EditControllerTest, AChangeDuringThePasswordDialogIsAskedAbout) {
-  file = writeJob(Kind::localDaemon, "root", {{"Program", "/bin/ls"}});
-  scan();
-  program().selection.select(jobNamed("root"));
+  selectRoots(Kind::localDaemon);
   edit();
   helpers.isHandshakeHeld = true;
   controller.save();
@@ -274,9 +258,7 @@ TEST_F(EditControllerTest, AChangeDuringThePasswordDialogIsAskedAbout) {
 }
 
 TEST_F(EditControllerTest, WithoutAnEditMyVersionSurvivesTheScanDuringTheQuestion) {
-  file = writeJob(Kind::localDaemon, "root", {{"Program", "/bin/ls"}});
-  scan();
-  program().selection.select(jobNamed("root"));
+  selectRoots(Kind::localDaemon);
   helpers.isHandshakeHeld = true;
   controller.save();
   (void)writeJob(Kind::localDaemon, "root", {{"Program", "/bin/theirs"}});
@@ -291,9 +273,7 @@ TEST_F(EditControllerTest, WithoutAnEditMyVersionSurvivesTheScanDuringTheQuestio
 }
 
 TEST_F(EditControllerTest, AChangeThatComesWhileTheOldJobIsStoppedIsAskedAbout) {
-  file = writeJob(Kind::localAgent, "root", {{"Program", "/bin/ls"}});
-  scan();
-  program().selection.select(jobNamed("root"));
+  selectRoots(Kind::localAgent);
   edit();
   controller.save();
   ASSERT_THAT(helpers.requests, SizeIs(1));
@@ -320,18 +300,6 @@ TEST_F(EditControllerTest, OneSaveAtATime) {
   EXPECT_EQ(stack.endedEditing, 1);
 }
 
-TEST_F(EditControllerTest, AJobThatMayNotBeEditedIsntSaved) {
-  edit();
-  program().selection.job()->kind = Kind::systemAgent;
-  controller.save();
-  EXPECT_THAT(helpers.requests, IsEmpty());
-  EXPECT_THAT(interface.errors, SizeIs(1));
-  EXPECT_TRUE(program().editing.hasUnsavedChanges());
-  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
-  controller.save();
-  EXPECT_THAT(helpers.requests, SizeIs(1));
-}
-
 TEST_F(EditControllerTest, AMissingOrMalformedFileDoesntPreventSaving) {
   edit();
   std::filesystem::remove(file);
@@ -347,42 +315,16 @@ TEST_F(EditControllerTest, AMissingOrMalformedFileDoesntPreventSaving) {
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 
-TEST_F(EditControllerTest, HelpIsThePageAboutSettings) {
-  controller.help();
-  EXPECT_THAT(workspace.calls, ElementsAre("openAddress https://mirvel.app/mirvel/#settings"));
-}
-
-TEST_F(EditControllerTest, CancellingTheQuestionAboutTheCommandSavesAndChangesNothing) {
-  jobfile::Plist& record = edit(testdata::jobText("a", {{"Program", "/bin/ls"}}));
-  record.run = "/bin/ls | wc";
-  const jobfile::Plist before = record.clone();
-  interface.answer.button = Interface::otherButton;
-  controller.save();
-  EXPECT_THAT(interface.alerts, SizeIs(1));
-  EXPECT_THAT(helpers.requests, IsEmpty());
-  EXPECT_EQ(record, before);
-  EXPECT_TRUE(program().editing.hasUnsavedChanges());
-  EXPECT_TRUE(program().editing.canUndo());
-
-  interface.answer.button = Interface::alternateButton;
-  controller.save();
-  EXPECT_EQ(*helpers.written().find("ProgramArguments"),
-            propertylist::Value(propertylist::Array{"/bin/ls", "|", "wc"}));
-}
-
-TEST_F(EditControllerTest, CancellingTheQuestionAboutCommentsSavesAndChangesNothing) {
-  jobfile::Plist& record =
-      edit("<plist><dict><!-- kept --><key>Label</key><string>a</string><key>Odd</key><real>1</real></dict></plist>");
-  record.nice = 5;
+TEST_F(EditControllerTest, CancellingTheQuestionAboutCommentsSavesNothing) {
+  (void)write(Kind::userAgent, "a.plist", "<!-- kept -->" + testdata::jobText("a"));
+  scan();
+  program().selection.select(jobNamed("a"));
+  edit();
   interface.answer.button = Interface::alternateButton;
   controller.save();
   EXPECT_THAT(interface.alerts, SizeIs(1));
   EXPECT_THAT(helpers.requests, IsEmpty());
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
-
-  interface.answer.button = Interface::defaultButton;
-  controller.save();
-  EXPECT_EQ(helpers.written(), (propertylist::Dictionary{{"Label", "a"}, {"Odd", 1.0}, {"Nice", 5}}));
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "core/editor/SectionStack.h"
 #include "core/session/Foundation.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
@@ -25,11 +28,15 @@ Plist record(const Dictionary& keys) {
   return std::move(*read);
 }
 
-bool isSectionShown(const jobfile::Plist& plist, StackSection section) {
-  for (const auto& entry : editStack(plist, Localize("en"))) {
-    if (entry.section == section) return true;
-  }
-  return false;
+std::vector<StackSection> sections(const std::vector<StackEntry>& stack) {
+  std::vector<StackSection> result;
+  for (const StackEntry& entry : stack) result.push_back(entry.section);
+  return result;
+}
+
+bool isSectionShown(const Plist& plist, StackSection section) {
+  const auto shown = sections(editStack(plist, foundation().localize));
+  return std::find(shown.begin(), shown.end(), section) != shown.end();
 }
 
 /// "Key=text", and a box as "Key[x]" or "Key[ ]".
@@ -46,7 +53,60 @@ Texts texts(const std::vector<KeyValueItem>& rows) {
   return result;
 }
 
-TEST(SectionRowsTest, EachSectionShowsItsKeysInItsOrder) {
+/// Even if the value is false, 0 or empty. The other keys are in the tables below.
+TEST(SectionRowsTest, KeysBringTheirSectionIntoTheDetails) {
+  using S = StackSection;
+  const struct {
+    S section;
+    const char* key;
+    propertylist::Value value;
+  } table[] = {
+      {S::When, "RunAtLoad", false},
+      {S::When, "KeepAlive", Dictionary{}},
+      {S::When, "StartOnMount", false},
+      {S::When, "StartInterval", 60},
+      {S::When, "StartCalendarInterval", Dictionary{}},
+      {S::Paths, "StandardErrorPath", ""},
+      {S::Paths, "QueueDirectories", Array{}},
+      {S::Limits, "Nice", 0},
+      {S::Limits, "LimitLoadToSessionType", Array{"Aqua"}},
+      {S::Root, "InitGroups", false},
+      {S::Miscellaneous, "EnablePressuredExit", false},
+      {S::Miscellaneous, "EnableTransactions", false},
+      {S::Miscellaneous, "LegacyTimers", false},
+      {S::Miscellaneous, "MaterializeDatalessFiles", false},
+      {S::Miscellaneous, "SessionCreate", false},
+      {S::Miscellaneous, "Umask", 0},
+      {S::EnvironmentVariables, "EnvironmentVariables", Dictionary{{"A", ""}}},
+      {S::LaunchEvents, "LaunchEvents", Dictionary{}},
+      {S::MachServices, "MachServices", Dictionary{}},
+      {S::Sockets, "Sockets", Dictionary{}},
+      {S::Deprecated, "Debug", false},
+      {S::Unknown, "Unheard", 1},
+  };
+  for (const auto& row : table) {
+    SCOPED_TRACE(row.key);
+    const Plist plist = record({{row.key, row.value}});
+    const auto shown = displayStack(plist, foundation().localize);
+    EXPECT_EQ(sections(shown), (std::vector<S>{S::General, row.section, S::Notes}));
+    const bool isConditional = row.section == S::Deprecated || row.section == S::Unknown;
+    EXPECT_EQ(editStack(plist, foundation().localize).size(), isConditional ? 12U : 11U);
+  }
+  const Plist empty = record({{"EnvironmentVariables", Dictionary{}}});
+  EXPECT_EQ(sections(displayStack(empty, foundation().localize)), (std::vector<S>{S::General, S::Notes}));
+}
+
+TEST(SectionRowsTest, SectionsHaveTheirOrderAndTitles) {
+  Texts titles;
+  for (const StackEntry& entry : editStack(record({{"Debug", true}, {"Unheard", 1}}), foundation().localize)) {
+    titles.push_back(entry.title.value_or("-"));
+  }
+  EXPECT_EQ(titles, (Texts{"-", "When", "Paths", "Limits", "root", "Miscellaneous", "EnvironmentVariables",
+                           "LaunchEvents", "MachServices", "Sockets", "Deprecated", "Unknown", "Notes"}));
+}
+
+TEST(SectionRowsTest, EachSectionShowsItsKeysInItsOrderAndTreesByTheirNames) {
+  const Dictionary socket = {{"SockType", "dgram"}, {"SockPassive", false}, {"SockServiceName", 8080}};
   const struct {
     StackSection section;
     Dictionary keys;
@@ -100,20 +160,6 @@ TEST(SectionRowsTest, EachSectionShowsItsKeysInItsOrder) {
        {"Debug[x]", "OnDemand[ ]", "TimeOut=30", "RootDirectory=", "LimitLoadToHosts=h\ni",
         "inetdCompatibility=Instances : 1,000\nWait : On"}},
       {StackSection::General, {{"RunAtLoad", true}, {"Nice", 1}}, {}},
-  };
-  for (const auto& row : table) {
-    EXPECT_EQ(texts(sectionRows(row.section, record(row.keys), foundation())), row.rows)
-        << static_cast<int>(row.section);
-  }
-}
-
-TEST(SectionRowsTest, TreesHaveARowForEachNameAndALineForEachValue) {
-  const Dictionary socket = {{"SockType", "dgram"}, {"SockPassive", false}, {"SockServiceName", 8080}};
-  const struct {
-    StackSection section;
-    Dictionary keys;
-    Texts rows;
-  } table[] = {
       {StackSection::MachServices,
        {{"MachServices", Dictionary{{"s10", true},
                                     {"s9", "text"},
@@ -166,12 +212,11 @@ TEST(SectionRowsTest, UnknownKeysKeepTheirValuesWhileTheyAreToBeKept) {
   EXPECT_EQ(sectionRows(StackSection::Unknown, job, foundation()), (Rows{{"Beta", "b"}, {"Zeta", Array{1, 2}}}));
   job.dictionary.reset();
   EXPECT_EQ(sectionRows(StackSection::Unknown, job, foundation()), Rows());
-}
-
-TEST(SectionRowsTest, OpaqueValuesAreShownWithTheirPath) {
-  const Plist job = record({{"Odd", 1}, {"Sockets", Dictionary{{"L", Dictionary{{"SockPathMode", "0666"}}}}}});
-  EXPECT_EQ(sectionRows(StackSection::Unknown, job, foundation()),
-            (std::vector<KeyValueItem>{{"Odd", 1}, {"Sockets.L.SockPathMode", "0666"}}));
+  const Plist opaque = record({{"Odd", 1}, {"Sockets", Dictionary{{"L", Dictionary{{"SockPathMode", "0666"}}}}}});
+  EXPECT_EQ(sectionRows(StackSection::Unknown, opaque, foundation()),
+            (Rows{{"Odd", 1}, {"Sockets.L.SockPathMode", "0666"}}));
+  const Plist within = record({{"KeepAlive", Dictionary{{"Crashed", true}, {"Odd", 1}}}});
+  EXPECT_TRUE(isSectionShown(within, StackSection::Unknown));
 }
 
 TEST(SectionRowsTest, KeysComeFirstInALanguageFromRightToLeft) {
@@ -197,9 +242,9 @@ TEST(SectionRowsTest, EachDeprecatedKeyIsShownAndGoesByItsName) {
       {"LimitLoadToHosts", Array{"h"}},
       {"inetdCompatibility", Dictionary{}},
   };
-  const jobfile::Plist bare = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}});
+  const Plist bare = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}});
   for (const auto& [key, value] : table) {
-    jobfile::Plist job = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}, {key, value}});
+    Plist job = record({{"Nice", 1}, {"WatchPaths", Array{"/a"}}, {key, value}});
     EXPECT_TRUE(isSectionShown(job, StackSection::Deprecated)) << key;
     const auto rows = sectionRows(StackSection::Deprecated, job, foundation());
     ASSERT_EQ(rows.size(), 1U) << key;
@@ -211,31 +256,17 @@ TEST(SectionRowsTest, EachDeprecatedKeyIsShownAndGoesByItsName) {
   }
 }
 
-TEST(SectionRowsTest, OtherKeysArentDeleted) {
-  jobfile::Plist job = record({{"Nice", 1}, {"Debug", true}, {"Odd", 1}});
-  for (const char* key : {"Nice", "debug", "InetdCompatibility", "Odd", "Label", ""}) {
-    EXPECT_FALSE(deleteDeprecated(job, key)) << key;
+TEST(SectionRowsTest, OnlyUnknownKeysAndValuesAreDeletedAndNotWrittenBack) {
+  Plist job = record({{"Debug", true}, {"Odd", 1}, {"KeepAlive", Dictionary{{"Crashed", true}, {"Strange", 1}}}});
+  for (const char* key : {"Label", "debug", "InetdCompatibility", "Odd", ""}) EXPECT_FALSE(deleteDeprecated(job, key));
+  for (const char* key : {"Label", "Debug", "odd", "KeepAlive.Crashed", ""}) EXPECT_FALSE(deleteUnknown(job, key));
+  for (const char* key : {"Odd", "KeepAlive.Strange"}) {
+    EXPECT_TRUE(deleteUnknown(job, key)) << key;
+    EXPECT_FALSE(deleteUnknown(job, key)) << key;
   }
-  for (const char* key : {"Nice", "Debug", "odd", ""}) EXPECT_FALSE(deleteUnknown(job, key)) << key;
-}
-
-TEST(SectionRowsTest, ADeletedUnknownKeyIsNotWrittenBack) {
-  jobfile::Plist job = record({{"Odd", 1}, {"Strange", "s"}});
-  EXPECT_TRUE(deleteUnknown(job, "Odd"));
-  EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}, {"Strange", "s"}}));
-  EXPECT_FALSE(deleteUnknown(job, "Odd"));
-  EXPECT_TRUE(deleteUnknown(job, "Strange"));
-  EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}}));
+  const Dictionary kept{{"Label", "job"}, {"Debug", true}, {"KeepAlive", Dictionary{{"Crashed", true}}}};
+  EXPECT_EQ(job.encodeAll(), kept);
   EXPECT_TRUE(isSectionShown(job, StackSection::Unknown)) << "the title stays until the editor is refilled";
-}
-
-TEST(SectionRowsTest, OpaqueValuesCanBeDeleted) {
-  jobfile::Plist job = record({{"KeepAlive", Dictionary{{"Crashed", true}, {"Odd", 1}}}});
-  EXPECT_TRUE(isSectionShown(job, StackSection::Unknown));
-  EXPECT_TRUE(deleteUnknown(job, "KeepAlive.Odd"));
-  EXPECT_EQ(job.encodeAll(), (Dictionary{{"Label", "job"}, {"KeepAlive", Dictionary{{"Crashed", true}}}}));
-  EXPECT_FALSE(deleteUnknown(job, "KeepAlive.Odd"));
-  EXPECT_FALSE(deleteUnknown(job, "KeepAlive.Crashed"));
 }
 
 }  // namespace
