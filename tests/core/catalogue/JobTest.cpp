@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "core/catalogue/CustomIcons.h"
 #include "core/catalogue/Launchd.h"
 #include "core/text/Bytes.h"
+#include "support/FakeWorkspace.h"
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
+#include "support/TestData.h"
 
 namespace mirvel {
 namespace {
@@ -17,17 +20,18 @@ Job job(const std::string& checksum, const std::string& path = "/a/job.plist") {
 TEST(JobTest, TheChecksumAloneIsTheIdentity) {
   EXPECT_EQ(job("same", "/a"), Job(Kind::systemDaemon, "other", "", "same", URL::file("/b")));
   EXPECT_FALSE(job("same") == job("other"));
+}
 
-  const auto list = [](const std::vector<std::string>& checksums) {
-    Jobs jobs;
-    for (const auto& sum : checksums) {
-      jobs.push_back(std::make_shared<Job>(Kind::userAgent, "job", "", sum, URL::file("/a")));
-    }
-    return jobs;
+TEST(JobTest, CataloguesDifferByChecksumsOrderKindsAndPlaces) {
+  const auto one = [](const char* checksum, const char* path = "/a/job", Kind kind = Kind::userAgent) {
+    return std::make_shared<Job>(kind, "job", "", checksum, URL::file(path));
   };
-  EXPECT_TRUE(areEqual(list({"a", "b"}), list({"a", "b"})));
-  for (const auto& other : {list({"b", "a"}), list({"a"}), list({"a", "b", "c"}), list({"a", ""}), list({})}) {
-    EXPECT_FALSE(areEqual(list({"a", "b"}), other));
+  const Jobs jobs{one("a"), one("b")};
+  EXPECT_TRUE(areEqual(jobs, {one("a"), one("b", "/a//job")}));
+  for (const Jobs& other :
+       {Jobs{one("b"), one("a")}, Jobs{one("a")}, Jobs{one("a"), one("b"), one("c")}, Jobs{}, Jobs{one("a"), one("")},
+        Jobs{one("a"), one("b", "/a/other")}, Jobs{one("a"), one("b", "/a/job", Kind::localAgent)}}) {
+    EXPECT_FALSE(areEqual(jobs, other));
   }
 }
 
@@ -44,15 +48,6 @@ TEST(JobTest, ChecksumsOfBytesInMemoryCompareLikeTheirTexts) {
   EXPECT_FALSE(checksum == file(text + "\n"));
   EXPECT_FALSE(checksum == file(testdata::jobText("b")));
   EXPECT_FALSE(checksum == Checksum());
-}
-
-TEST(JobTest, ARenamedOrMovedFileChangesTheCatalogue) {
-  const auto list = [](Kind kind, const char* path) {
-    return Jobs{std::make_shared<Job>(kind, "job", "", "sum", URL::file(path))};
-  };
-  EXPECT_TRUE(areEqual(list(Kind::userAgent, "/a/job.plist"), list(Kind::userAgent, "/a//job.plist")));
-  EXPECT_FALSE(areEqual(list(Kind::userAgent, "/a/job.plist"), list(Kind::userAgent, "/a/other.plist")));
-  EXPECT_FALSE(areEqual(list(Kind::userAgent, "/a/job.plist"), list(Kind::localAgent, "/a/job.plist")));
 }
 
 TEST(JobTest, TheNameOfACustomIconFollowsTheURL) {
@@ -80,6 +75,32 @@ TEST(JobTest, TheSortKeyFollowsAnEditedRecord) {
   EXPECT_EQ(launchd->sortKey(Job::SortText::Run, collator), collator.sortKey("/z"));
   launchd->plist().run = "/b";
   EXPECT_EQ(launchd->sortKey(Job::SortText::Run, collator), collator.sortKey("/b"));
+}
+
+TEST(CustomIconsTest, StoredImagesAreAssignedToTheirJobs) {
+  testdata::TemporaryFolder support;
+  testdata::FakeWorkspace workspace;
+  const auto file = [&](const std::string& path, const std::string& ending) { return toHex(*sha256(path)) + ending; };
+  const std::string paths[] = {"/png", "/jpg", "/none", "/damaged", "/two"};
+  Jobs jobs;
+  for (const auto& path : paths) {
+    jobs.push_back(std::make_shared<Job>(Kind::userAgent, path, "", path, URL::file(path)));
+  }
+
+  matchCustomIcons(jobs, support.path(), workspace);
+  EXPECT_FALSE(jobs[0]->customIcon) << "no store";
+  EXPECT_EQ(jobs[0]->customIconDigest, file("/png", ""));
+
+  const auto picture = support.write("Icons/" + file("/png", ".png"), "");
+  const auto second = support.write("Icons/" + file("/two", ".png"), "");
+  (void)support.write("Icons/" + file("/jpg", ".jpg"), "");
+  (void)support.write("Icons/" + file("/damaged", ".png"), "");
+  (void)support.write("Icons/.hidden.png", "");
+  (void)support.write("Icons/folder/" + file("/none", ".png"), "");
+  workspace.damagedImages = {file("/damaged", ".png")};
+  matchCustomIcons(jobs, support.path(), workspace);
+  const std::optional<Image> expected[] = {Image::file(picture), {}, {}, {}, Image::file(second)};
+  for (std::size_t i = 0; i < jobs.size(); ++i) EXPECT_EQ(jobs[i]->customIcon, expected[i]) << paths[i];
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
 
+#include "core/catalogue/KindSection.h"
 #include "core/catalogue/KindTexts.h"
 #include "core/text/Bidirectional.h"
 #include "support/FakeWorkspace.h"
@@ -60,10 +62,10 @@ class KindTextsTest : public testing::Test {
   TemporaryFolder folder;
   Defaults defaults{folder.path() / "preferences.plist"};
   FakeWorkspace workspace;
+  const Localize english{"en"};
 };
 
 TEST_F(KindTextsTest, TitlesNameTheUserOrTheKind) {
-  const Localize english("en");
   KindTexts texts(english, defaults, workspace);
   const std::pair<Kind, const char*> table[] = {
       {Kind::userAgent, "Ada Lovelace"},
@@ -83,14 +85,12 @@ TEST_F(KindTextsTest, TitlesNameTheUserOrTheKind) {
 TEST_F(KindTextsTest, TheSettingsApplicationProvidesNameAndIcon) {
   workspace.applications = {{"System Settings", "/Applications/System Settings.app"}};
   workspace.displayNames = {{"/Applications/System Settings.app", "Systemeinstellungen.app"}};
-  const Localize english("en");
   KindTexts texts(english, defaults, workspace);
   EXPECT_EQ(texts.title(Kind::loginItemSystemPreferences), "Login Items – Systemeinstellungen");
   EXPECT_EQ(texts.icon(Kind::loginItemSystemPreferences), Image::iconOfPath("/Applications/System Settings.app"));
 }
 
 TEST_F(KindTextsTest, TheLockIconIsCached) {
-  const Localize english("en");
   KindTexts before(english, defaults, workspace);
   EXPECT_EQ(before.icon(Kind::systemAgent), Image::named("changes-prevent"));
   ASSERT_TRUE(defaults.set(Defaults::Key::editSystemJobs, true));
@@ -102,6 +102,33 @@ TEST_F(KindTextsTest, TheLockIconIsCached) {
 TEST_F(KindTextsTest, PartsOfATitleKeepTheirOrderInRightToLeftText) {
   EXPECT_EQ(bidirectionalString({"Agents", "System"}, " – ", false), "Agents – System");
   EXPECT_EQ(bidirectionalString({"Agents", "System"}, " – ", true), "\u200F\u2068Agents\u2069 – \u2068System\u2069");
+}
+
+std::string text(const Sections& sections) {
+  std::string result;
+  for (const Kind::Section& section : sections) {
+    result += std::string(section.kind.name()) + ":";
+    for (const auto& job : section.jobs) result += job->name;
+    result += " ";
+  }
+  return result;
+}
+
+TEST(KindSectionTest, JobsAreGroupedByKindInTheOrderOfTheCatalogue) {
+  const auto job = [](Kind kind, const char* name) {
+    return std::make_shared<Job>(kind, name, "", name, URL::file("/job"));
+  };
+  const Jobs jobs{
+      job(Kind::privilegedHelperTool, "p"),       job(Kind::systemStartupItem, "s"), job(Kind::userAgent, "b"),
+      job(Kind::loginItemApplication, "l"),       job(Kind::userAgent, "a"),         job(Kind::systemDaemon, "d"),
+      job(Kind::loginItemSystemPreferences, "o"), job(Kind::systemAgent, "g")};
+  EXPECT_EQ(text(makeSections(jobs, false)),
+            "userAgent:ba loginItemSystemPreferences:o loginItemApplication:l privilegedHelperTool:p ");
+  EXPECT_EQ(text(makeSections(jobs, true)),
+            "userAgent:ba loginItemSystemPreferences:o loginItemApplication:l systemAgent:g systemDaemon:d "
+            "systemStartupItem:s privilegedHelperTool:p ");
+  EXPECT_EQ(text(makeSections({job(Kind::systemAgent, "g")}, false)), "");
+  EXPECT_EQ(text(makeSections({}, true)), "");
 }
 
 }  // namespace

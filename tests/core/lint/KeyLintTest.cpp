@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "core/lint/LintedJob.h"
+#include "core/lint/Suggestion.h"
+#include "core/lint/Vocabulary.h"
 
 namespace mirvel::lint {
 namespace {
@@ -55,7 +57,6 @@ TEST(KeyLintTest, NestedEntriesThatTheRecordCannotHoldAreReported) {
       {{{"KeepAlive", Dict{}}}, {}},
       {{{"Umask", "022"}}, {}},
       {{{"Umask", 18}}, {}},
-      {{{"Umask", "rwx"}}, {"warning: Umask" + unfit}},
       {{{"Nice", 3.0}}, {}},
       {{{"WatchPaths", List{}}, {"StartCalendarInterval", List{}}}, {}},
       {{{"StartCalendarInterval", List{Dict{{"Minute", 0}}, Dict{{"Minute", 30}, {"Second", 5}}}}},
@@ -73,7 +74,53 @@ TEST(KeyLintTest, NestedEntriesThatTheRecordCannotHoldAreReported) {
       {{{"LaunchEvents", Dict{{"s", Dict{{"e", Dict{{"k", Dict{{"x", 1}}}, {"l", List{1, 2}}}}}}}}}, {}},
       {{{"LaunchEvents", Dict{{"s", Dict{{"e", Dict{{"k", List{Dict{{"x", 1}}}}}}}}}}}, {}},
       {{{"EnvironmentVariables", Dict{{"Crashed", "1"}}}}, {}},
+      {{{"Label", 1}, {"Nice", "x"}, {"StartCalendarInterval", Dict{{"Hour", "3"}}}, {"Umask", "x"}},
+       {"error: Label: holds 1, an integer, where a string belongs",
+        "error: StartCalendarInterval.Hour: Start calendar interval type error: \"3\", a string, where an integer "
+        "belongs",
+        "error: Nice: holds \"x\", a string, where an integer belongs", "warning: Umask" + unfit}},
   });
+}
+
+TEST(SuggestionTest, DistancesCountEditsAndTranspositions) {
+  const struct {
+    const char* a;
+    const char* b;
+    std::size_t distance;
+  } table[] = {
+      {"", "", 0},           {"", "abc", 3},           {"abc", "", 3},
+      {"Label", "label", 0}, {"Label", "Lable", 1},  // transposed
+      {"Label", "Labl", 1},  {"Label", "Labeel", 1},   {"Label", "Lxbel", 1},
+      {"ab", "ba", 1},       {"kitten", "sitting", 3}, {"ca", "abc", 3},
+  };
+  for (const auto& row : table) {
+    EXPECT_EQ(editDistance(row.a, row.b), row.distance) << row.a << ' ' << row.b;
+    EXPECT_EQ(editDistance(row.b, row.a), row.distance) << row.b << ' ' << row.a;
+  }
+}
+
+TEST(SuggestionTest, OnlyCloseNamesAreSuggested) {
+  const struct {
+    std::string name;
+    std::string meant;
+  } table[] = {
+      {"EnabledPressuredExit", "EnablePressuredExit"},
+      {"StandardOutputPath", "StandardOutPath"},
+      {"programarguments", "ProgramArguments"},
+      {"StartCalenderInterval", "StartCalendarInterval"},
+      {"KeepALive", "KeepAlive"},
+      {"Lable", "Label"},
+      {"Label", ""},    // is one
+      {"Group", ""},    // too far from GroupName
+      {"Enabled", ""},  // the opposite of Disabled
+      {"Boxen", ""},
+      {"Foo", ""},
+      {"", ""},
+      {std::string(100000, 'x'), ""},
+  };
+  for (const auto& row : table) {
+    EXPECT_EQ(suggestion(row.name, topLevelKeys()).value_or(""), row.meant) << row.name.substr(0, 40);
+  }
 }
 
 }  // namespace

@@ -3,20 +3,15 @@
 #include <gtest/gtest.h>
 
 #include "core/lint/LintedJob.h"
+#include "core/lint/Prolog.h"
 
 namespace mirvel::lint {
 namespace {
 
-std::vector<std::string> findingsOn(const std::string& bytes) {
-  std::vector<std::string> result;
-  for (const Finding& finding : lint(bytes, smallMachine())) result.push_back(finding.text());
-  return result;
-}
-
 TEST(LintTest, FindingsHaveTheirLocationsAndAreInFileOrder) {
   const std::string file =
-      "<plist version=\"1.0\">\n"
-      "<dict>\n"
+      "<!DOCTYPE plist PUBLIC a b>\n"
+      "<plist version=\"1.0\"> <dict> <key>UserName</key> <key>me</key>\n"
       "  <key>Nicee</key> <integer>1</integer>\n"
       "  <key>ProgramArguments</key>\n"
       "  <array>\n"
@@ -28,8 +23,11 @@ TEST(LintTest, FindingsHaveTheirLocationsAndAreInFileOrder) {
       "  <key>RunAtLoad</key> <integer>1</integer>\n"
       "</dict>\n"
       "</plist>\n";
-  EXPECT_EQ(findingsOn(file), (std::vector<std::string>{
+  EXPECT_EQ(findingsIn(file), (std::vector<std::string>{
                                   "error: Label not found",
+                                  "warning: line 1, column 1: the identifiers of the DOCTYPE aren't quoted; macOS "
+                                  "accepts this, other programs may not",
+                                  "warning: line 2, column 50: <key> in place of a value; it is read as a string",
                                   "warning: line 3, column 3: Nicee: unknown key; did you mean Nice?",
                                   "warning: line 7, column 5: ProgramArguments[1]: launchd isn't a shell; it passes | "
                                   "to the program as an argument",
@@ -49,34 +47,7 @@ TEST(LintTest, AFileThatIsNoJobYieldsOneError) {
       {"<plist><array/></plist>", {"error: line 1, column 8: the file holds an array of 0 where a dictionary belongs"}},
       {propertylist::writeBinary("x"), {"error: the file holds \"x\", a string, where a dictionary belongs"}},
   };
-  for (const auto& row : table) EXPECT_EQ(findingsOn(row.bytes), row.findings) << row.bytes;
-}
-
-TEST(LintTest, AllErrorsAreReportedAtOnceAndTheOtherKeysAreChecked) {
-  EXPECT_EQ(findingsOf(Dict{{"Label", 1},
-                            {"ProgramArguments", List{"/bin/ls"}},
-                            {"RunAtLoad", true},
-                            {"Nice", "x"},
-                            {"StartCalendarInterval", Dict{{"Hour", "3"}}},
-                            {"Umask", "x"}}),
-            (std::vector<std::string>{
-                "error: Label: holds 1, an integer, where a string belongs",
-                "error: StartCalendarInterval.Hour: Start calendar interval type error: \"3\", a string, where an "
-                "integer belongs",
-                "error: Nice: holds \"x\", a string, where an integer belongs",
-                "warning: Umask: the value doesn't fit its key",
-            }));
-}
-
-TEST(LintTest, WarningsOfTheReaderAreReported) {
-  const std::string file =
-      "<plist><dict><key>Label</key><string>a</string><key>Label</key><string>b</string>"
-      "<key>Program</key><string>/bin/ls</string><key>RunAtLoad</key><true/></dict></plist>";
-  const auto found = lint(file, smallMachine());
-  ASSERT_EQ(found.size(), 1U);
-  EXPECT_EQ(found[0].severity, Severity::Warning);
-  EXPECT_NE(found[0].message.find("Label"), std::string::npos) << found[0].text();
-  EXPECT_EQ(found[0].line, 1U);
+  for (const auto& row : table) EXPECT_EQ(findingsIn(row.bytes), row.findings) << row.bytes;
 }
 
 TEST(LintTest, OfEachSeverity200FindingsAreReportedAndTheOthersCounted) {
@@ -92,7 +63,7 @@ TEST(LintTest, OfEachSeverity200FindingsAreReportedAndTheOthersCounted) {
 
   std::string repeated = "<dict><key>Label</key><string>a</string><key>Program</key><string>/bin/ls</string>";
   for (int i = 0; i < 1235; ++i) repeated += "<key>RunAtLoad</key><true/>";
-  const auto ofReader = findingsOn(repeated + "</dict>");
+  const auto ofReader = findingsIn(repeated + "</dict>");
   ASSERT_EQ(ofReader.size(), 101U) << "the reader keeps 100 of 1234";
   EXPECT_EQ(ofReader.back(), "warning: and 1134 more warnings");
 }
@@ -110,13 +81,52 @@ TEST(LintTest, LongTextsAreShortenedInTheMiddle) {
   EXPECT_NE(found[0].keyPath.find("\u20ac...\u20ac"), std::string::npos);
 }
 
-TEST(LintTest, EveryPrefixOfAGoodFileIsAnError) {
-  const auto whole = propertylist::writeXml(job({{"StartCalendarInterval", Dict{{"Hour", 3}, {"Minute", 0}}}}));
-  ASSERT_TRUE(whole);
-  ASSERT_TRUE(lint(*whole, smallMachine()).empty());
-  const std::size_t end = whole->find("</plist>");
-  for (std::size_t size = 0; size < end; ++size) {
-    EXPECT_TRUE(hasErrors(lint(whole->substr(0, size), smallMachine()))) << size;
+constexpr const char* declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+constexpr const char* doctype =
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/x.dtd\">\n";
+constexpr const char* list = "<plist version=\"1.0\"><dict/></plist>";
+
+TEST(PrologTest, DefectsThatOnlyMacOSToleratesAreReported) {
+  const std::string good = std::string(declaration) + doctype + list;
+  const std::string space = "white space before the XML declaration";
+  const std::string late = "the XML declaration isn't at the start of the file";
+  const std::string quotes = "typographic quotes instead of straight ones";
+  const std::string identifiers = "the identifiers of the DOCTYPE aren't quoted";
+  const struct {
+    std::string text;
+    std::string finding;
+    std::size_t line = 0;
+    std::size_t column = 0;
+  } table[] = {
+      {good, ""},
+      {"\xEF\xBB\xBF" + good, ""},
+      {std::string(doctype) + list, ""},
+      {list, ""},
+      {std::string("\n\n") + list, ""},
+      {"\n" + good, space, 2, 1},
+      {"<!-- a > b -->" + good, late, 1, 15},
+      {std::string(declaration) + "<!-- “quoted” <!DOCTYPE x PUBLIC> -->" + doctype + list, ""},
+      {std::string(declaration) + "<!DOCTYPE plist PUBLIC -//Apple http://www.apple.com/x.dtd>" + list, identifiers, 2,
+       1},
+      {std::string(declaration) + "<!DOCTYPE plist>" + list, ""},
+      {std::string(declaration) + "<!DOCTYPE plist SYSTEM 'x'>" + list, ""},
+      {std::string(declaration) + "<!DOCTYPE plist PUBLIC “a” “b”>" + list, quotes, 2, 24},
+      {"<?xml version=”1.0\"?>" + std::string(list), quotes, 1, 15},
+      {"<plist version=”1.0\"><string>a</string></plist>", quotes, 1, 16},
+      {"<plist version=\"1.0\"><string a=“x”>a</string></plist>", ""},  // not the prolog
+      {"<string>“quoted”</string>", ""},
+  };
+  for (const auto& row : table) {
+    const propertylist::Positions positions;
+    Findings findings(positions);
+    checkProlog(row.text, findings);
+    const auto found = std::move(findings).inOrder();
+    ASSERT_EQ(found.size(), row.finding.empty() ? 0U : 1U) << row.text;
+    if (found.empty()) continue;
+    EXPECT_EQ(found[0].message, row.finding + "; macOS accepts this, other programs may not");
+    EXPECT_EQ(found[0].line, row.line) << row.text;
+    EXPECT_EQ(found[0].column, row.column) << row.text;
+    EXPECT_EQ(found[0].severity, Severity::Warning);
   }
 }
 

@@ -37,10 +37,13 @@ inline Dict job(const std::vector<std::pair<std::string, propertylist::Value>>& 
 }
 
 /// The findings of a job file as text.
-inline std::vector<std::string> findingsOf(const propertylist::Value& file) {
+inline std::vector<std::string> findingsIn(const std::string& bytes) {
   std::vector<std::string> result;
-  for (const Finding& finding : lint(propertylist::writeBinary(file), smallMachine())) result.push_back(finding.text());
+  for (const Finding& finding : lint(bytes, smallMachine())) result.push_back(finding.text());
   return result;
+}
+inline std::vector<std::string> findingsOf(const propertylist::Value& file) {
+  return findingsIn(propertylist::writeBinary(file));
 }
 
 struct Row {

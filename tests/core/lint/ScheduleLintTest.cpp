@@ -5,10 +5,6 @@
 namespace mirvel::lint {
 namespace {
 
-std::vector<std::string> findingsOn(const Dict& interval) {
-  return findingsOf(job({{"StartCalendarInterval", interval}}));
-}
-
 TEST(ScheduleLintTest, TimesThatNeverOccurAreErrors) {
   const std::string at = "error: StartCalendarInterval.";
   const struct {
@@ -39,7 +35,8 @@ TEST(ScheduleLintTest, TimesThatNeverOccurAreErrors) {
       {{{"Minute", 0}, {"Hour", 0}, {"Day", 30}, {"Month", 2}, {"Weekday", 1}}, {}},
   };
   for (const auto& row : table) {
-    EXPECT_EQ(findingsOn(row.interval), row.findings) << testing::PrintToString(propertylist::Value(row.interval));
+    EXPECT_EQ(findingsOf(job({{"StartCalendarInterval", row.interval}})), row.findings)
+        << testing::PrintToString(propertylist::Value(row.interval));
   }
 }
 
@@ -60,7 +57,7 @@ TEST(ScheduleLintTest, MissingMinutesAndHoursAreReported) {
   };
   for (const auto& row : table) {
     const auto expected = row.finding.empty() ? std::vector<std::string>{} : std::vector{row.finding};
-    EXPECT_EQ(findingsOn(row.interval), expected) << row.finding;
+    EXPECT_EQ(findingsOf(job({{"StartCalendarInterval", row.interval}})), expected) << row.finding;
   }
 }
 

@@ -20,12 +20,11 @@ Result<ProcessResult> shell(const std::string& script, std::size_t maximum = Sys
 }
 
 TEST(SystemProcessRunnerTest, TheResultHasTheStatusAndBothOutputs) {
-  struct Row {
+  const struct {
     std::string script;
     int status;
     std::string output, complaints;
-  };
-  const std::vector<Row> rows{
+  } rows[] = {
       {"echo out; echo err >&2; exit 3", 3, "out\n", "err\n"},
       {"printf '%s|' \"$0\" \"$@\"", 0, "name|two words||", ""},
       {"echo \"$GREETING $HOME\"", 0, "hello \n", ""},

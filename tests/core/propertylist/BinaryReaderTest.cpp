@@ -12,6 +12,20 @@ namespace {
 
 using namespace std::string_literals;
 
+/// A big-endian number of `width` bytes, of which all but the last eight are `front`.
+std::string wideNumber(std::uint64_t number, int width, char front) {
+  std::string bytes(static_cast<std::size_t>(width), front);
+  for (std::size_t i = 0; i < std::min<std::size_t>(8, bytes.size()); ++i) {
+    bytes[bytes.size() - 1 - i] = static_cast<char>(number >> (8 * i));
+  }
+  return bytes;
+}
+
+std::string trailer(int offsetSize, int referenceSize, std::uint64_t objects, std::uint64_t table) {
+  return std::string(6, '\0') + static_cast<char>(offsetSize) + static_cast<char>(referenceSize) +
+         wideNumber(objects, 8, 0) + wideNumber(0, 8, 0) + wideNumber(table, 8, 0);
+}
+
 /// A list of these objects, of which the first is the root, with offsets and references of one byte.
 std::string listOf(const std::vector<std::string>& objects) {
   std::string list = "bplist00";
@@ -20,9 +34,7 @@ std::string listOf(const std::vector<std::string>& objects) {
     offsets += static_cast<char>(list.size());
     list += object;
   }
-  const char table = static_cast<char>(list.size());
-  return list + offsets + "\0\0\0\0\0\0\1\1"s + std::string(7, '\0') + static_cast<char>(objects.size()) +
-         std::string(15, '\0') + table;
+  return list + offsets + trailer(1, 1, objects.size(), list.size());
 }
 
 TEST(BinaryReaderTest, EveryTypeIsRead) {
@@ -88,20 +100,6 @@ TEST(BinaryReaderTest, ErrorsHaveAMessageAndAnOffset) {
     ASSERT_FALSE(document) << text;
     EXPECT_EQ(document.error().text(), text);
   }
-}
-
-/// A big-endian number of `width` bytes, of which all but the last eight are `front`.
-std::string wideNumber(std::uint64_t number, int width, char front) {
-  std::string bytes(static_cast<std::size_t>(width), front);
-  for (std::size_t i = 0; i < std::min<std::size_t>(8, bytes.size()); ++i) {
-    bytes[bytes.size() - 1 - i] = static_cast<char>(number >> (8 * i));
-  }
-  return bytes;
-}
-
-std::string trailer(int offsetSize, int referenceSize, std::uint64_t objects, std::uint64_t table) {
-  return std::string(6, '\0') + static_cast<char>(offsetSize) + static_cast<char>(referenceSize) +
-         wideNumber(objects, 8, 0) + wideNumber(0, 8, 0) + wideNumber(table, 8, 0);
 }
 
 TEST(BinaryReaderTest, TheLastEightBytesOfOffsetsAndReferencesCount) {

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <vector>
+
+#include "core/text/Digits.h"
+#include "core/text/Text.h"
 
 namespace mirvel {
 namespace {
@@ -117,6 +121,83 @@ TEST(StringsTest, AShellWordIsQuotedOnlyIfItMustBe) {
 TEST(StringsTest, PercentEncodingKeepsLettersDigitsAndTheGivenCharacters) {
   EXPECT_EQ(String::percentEncoded("az AZ09-._~/%\xc3\xa4\x7f", "-._~"), "az%20AZ09-._~%2f%25%c3%a4%7f");
   EXPECT_EQ(String::percentEncoded("-.", ""), "%2d%2e");
+}
+
+TEST(DigitsTest, OnlyDigitsOfTheBaseAreRead) {
+  const struct {
+    std::string text;
+    std::optional<std::int64_t> decimal, octal;
+  } rows[] = {
+      {"022", 22, 18},
+      {"0", 0, 0},
+      {"9", 9, std::nullopt},
+      {"9223372036854775807", INT64_MAX, std::nullopt},
+      {"9223372036854775808", std::nullopt, std::nullopt},
+      {"777777777777777777777", std::nullopt, INT64_MAX},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Decimal::toInt(row.text), row.decimal) << row.text;
+    EXPECT_EQ(Octal::toInt(row.text), row.octal) << row.text;
+  }
+  for (const std::string& text : {""s, "0x1"s, " 22"s, "22 "s, "-22"s, "+22"s, "22\0"s, "1000000000000000000000"s}) {
+    EXPECT_EQ(Decimal::toInt(text), std::nullopt) << text;
+    EXPECT_EQ(Octal::toInt(text), std::nullopt) << text;
+  }
+}
+
+TEST(DigitsTest, MasksHaveAtLeastThreeOctalDigits) {
+  const std::pair<std::int64_t, const char*> rows[] = {{18, "022"}, {0, "000"}, {4095, "7777"}, {-18, "-22"}};
+  for (const auto& [mask, shown] : rows) EXPECT_EQ(Octal::displayString(mask), shown);
+}
+
+TEST(TextTest, CommandsAreSplitLikeAShellDoes) {
+  const std::pair<std::string, std::vector<std::string>> rows[] = {
+      {"", {""}},
+      {" \t\n ", {""}},
+      {"/bin/ls -l", {"/bin/ls", "-l"}},
+      {"  a \t b\nc\r\nd ", {"a", "b", "c", "d"}},
+      {R"(echo "a b" 'c d')", {"echo", "a b", "c d"}},
+      {R"(a"b c"'d e'f)", {"ab cd ef"}},
+      {R"(a\ b \"c\' \\)", {"a b", "\"c'", "\\"}},
+      {R"('a\b"c')", {R"(a\b"c)"}},
+      {R"("a\b\$\`\"\\")", {R"(a\b$`"\)"}},
+      {R"("it's")", {"it's"}},
+      {"'' \"\" x", {"", "", "x"}},
+      {"''", {""}},
+      {"a''", {"a"}},
+      {"a\\\nb \\\n c", {"ab", "c"}},
+      {"\"a\\\nb\" '\\\n'", {"ab", "\\\n"}},
+      {"a 'b c", {"a", "b c"}},
+      {"a \"b c\\", {"a", "b c\\"}},
+      {"a '", {"a", ""}},
+      {"a\\", {"a\\"}},
+      {"a | b > $HOME # c; ~ *", {"a", "|", "b", ">", "$HOME", "#", "c;", "~", "*"}},
+      {"/Anwendungen/K\u00e4se\u3000x", {"/Anwendungen/K\u00e4se\u3000x"}},
+  };
+  for (const auto& [text, arguments] : rows) EXPECT_EQ(Text::separateCommand(text), arguments) << text;
+}
+
+TEST(TextTest, TheSimplestSufficientQuotesAreUsed) {
+  const std::pair<const char*, const char*> rows[] = {{"/a b", R"("/a b")"},
+                                                      {"/it's", R"("/it's")"},
+                                                      {"/a $b", "'/a $b'"},
+                                                      {"/it's $b", R"("/it's \$b")"},
+                                                      {"", R"("")"}};
+  for (const auto& [path, quoted] : rows) EXPECT_EQ(String::quote(path), quoted);
+}
+
+TEST(TextTest, QuotedTextIsReadBackUnchanged) {
+  std::mt19937 random(20000101);
+  const std::string characters = " \t\n\r'\"\\$`!~*;|<>ab/";
+  for (int round = 0; round < 20000; ++round) {
+    std::string path;
+    for (auto length = random() % 9; length > 0; --length) path += characters[random() % characters.size()];
+    std::string appended = "x";
+    Text::appendArgument(appended, path);
+    for (const std::string& command : {"x " + String::quote(path) + " y", appended + " y"}) {
+      ASSERT_EQ(Text::separateCommand(command), (std::vector<std::string>{"x", path, "y"})) << command;
+    }
+  }
 }
 
 }  // namespace

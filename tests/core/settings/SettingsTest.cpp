@@ -5,15 +5,16 @@
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
+#include "core/settings/Defaults.h"
 #include "support/TestData.h"
 
 namespace mirvel {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 using propertylist::Dictionary;
 using propertylist::Value;
-using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -24,6 +25,8 @@ class StoreTest : public testing::Test {
     troubles.setListener([this](const StoreTrouble& trouble) { reported.push_back(trouble); });
   }
 
+  /// A settings file with this content.
+  void write(const Dictionary& content) const { folder.write("List.plist", *propertylist::writeXml(content)); }
   Value content() const {
     const auto document = propertylist::read(testdata::bytes(file));
     return document ? document->value() : Value("unreadable");
@@ -50,6 +53,7 @@ class StoreTest : public testing::Test {
 TEST_F(StoreTest, AMissingFileIsEmptyAndCreatedForTheUserOnly) {
   Store store(folder.path() / "a" / "b" / "List.plist", &troubles);
   EXPECT_EQ(store.contents().size(), 0U);
+  EXPECT_FALSE(fs::exists(folder.path() / "a"));
   ASSERT_TRUE(store.set("key", "value"));
   EXPECT_EQ(fs::status(folder.path() / "a" / "b" / "List.plist").permissions(),
             fs::perms::owner_read | fs::perms::owner_write);
@@ -80,7 +84,7 @@ TEST_F(StoreTest, EachDamagedFileIsKeptUnderANewNameAndReportedOnce) {
 }
 
 TEST_F(StoreTest, AFileThatCantBeReadIsLeftAsItIsAndNeverWritten) {
-  const auto writeOld = [&] { folder.write("List.plist", *propertylist::writeXml(Dictionary{{"old", 1}})); };
+  const auto writeOld = [&] { write(Dictionary{{"old", 1}}); };
   const std::pair<const char*, std::function<void()>> table[] = {
       {"a folder", [&] { fs::create_directories(file / "inside"); }},
       {"too large", [&] { writeOld(), fs::resize_file(file, Store::largestFile + 1); }},
@@ -186,6 +190,59 @@ TEST(StoreTroublesTest, ProblemsAreKeptForTheFirstListener) {
 TEST(StoreKeyTest, BytesOfPathsThatAreNotUtf8AreEscaped) {
   EXPECT_EQ(storeKey(URL::file("/jobs/\xc3\xa4.plist")), "/jobs/\xc3\xa4.plist");
   EXPECT_EQ(storeKey(URL::file("/jobs/a\xff.plist")), "/jobs/a\\xff.plist");
+}
+
+class DefaultsTest : public StoreTest {};
+
+TEST_F(DefaultsTest, WritingChangesOneKeyImmediately) {
+  write({{"LogLength", 4}, {"Other", "kept"}});
+  Defaults one(file), two(file);
+  EXPECT_EQ(one.logLength(), 4);
+  ASSERT_TRUE(two.setLogLength(2));
+  EXPECT_EQ(one.logLength(), 2);
+  ASSERT_TRUE(one.negate("ShowInvalidData"));
+  ASSERT_TRUE(two.setShowSystemJobs(true));
+  ASSERT_TRUE(one.negate("ShowSystemJobs"));
+  EXPECT_EQ(
+      content(),
+      Value(Dictionary{{"LogLength", 2}, {"Other", "kept"}, {"ShowInvalidData", false}, {"ShowSystemJobs", false}}));
+}
+
+TEST_F(DefaultsTest, ValuesOfTheWrongTypeAreIgnoredAndKept) {
+  const Dictionary odd{{"AutomaticHelp", "NO"},
+                       {"NumberOfSavedRevisions", propertylist::Integer::fromUnsigned(UINT64_MAX)},
+                       {"LogPeriod", true},
+                       {"ShowInvalidData", 0}};
+  write(odd);
+  Defaults defaults(file);
+  EXPECT_TRUE(defaults.automaticHelp());
+  EXPECT_EQ(defaults.numberOfSavedRevisions(), 10);
+  EXPECT_EQ(defaults.logPeriod(), 1);
+  EXPECT_TRUE(defaults.showInvalidData());
+  ASSERT_TRUE(defaults.setLogPeriod(2));
+  Dictionary expected = odd;
+  expected.set("LogPeriod", 2);
+  EXPECT_EQ(content(), Value(expected));
+}
+
+TEST_F(DefaultsTest, ASettingThatCantBeWrittenIsInEffectUntilTheEndAndReported) {
+  fs::create_directories(file);
+  Defaults defaults(file, Defaults::Damaged::SetAside, &troubles);
+  EXPECT_FALSE(defaults.negate("AutomaticHelp"));
+  EXPECT_FALSE(defaults.automaticHelp());
+  EXPECT_FALSE(defaults.negate("AutomaticHelp"));
+  EXPECT_TRUE(defaults.automaticHelp());
+  EXPECT_EQ(reported.size(), 1U);
+}
+
+TEST_F(DefaultsTest, ADamagedFileIsLeftOnRequest) {
+  folder.write("List.plist", "text");
+  Defaults defaults(file, Defaults::Damaged::Leave);
+  EXPECT_TRUE(defaults.automaticHelp());
+  const auto written = defaults.setAutomaticHelp(false);
+  ASSERT_FALSE(written);
+  EXPECT_EQ(written.error().code, Error::Code::Malformed);
+  EXPECT_EQ(testdata::bytes(file), "text");
 }
 
 }  // namespace
