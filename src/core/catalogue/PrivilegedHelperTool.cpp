@@ -13,10 +13,10 @@ std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url,
   HelperToolLines lines = HelperToolLines::read(embeddedList.text(url.path()));
   // Our own tools are recognised by their file name above and not by this name, so that no other tool can hide itself.
   const std::string name = lines.name.empty() ? fileName : lines.name;
-  const std::string path = url.text();
+  const std::string& path = url.text();
   if (name.empty() || path.empty()) return nullptr;
 
-  const std::shared_ptr<PrivilegedHelperTool> job(
+  std::shared_ptr<PrivilegedHelperTool> job(
       new PrivilegedHelperTool(Kind::privilegedHelperTool, name, name, toBase64(path), url));
   job->textContent = lines.identifier + lines.clients + path;
   job->identifier = std::move(lines.identifier);

@@ -52,8 +52,8 @@ std::shared_ptr<StartupItem> StartupItem::read(const URL& url, Kind kind) {
   auto script = readFileIn(*folder, url.lastPathComponent());
   if (!script || !propertylist::isUtf8(*script)) return nullptr;
 
-  const std::shared_ptr<StartupItem> job(new StartupItem(kind, parameters->description, parameters->firstProvided,
-                                                         toBase64(parameters->description + *script), url));
+  std::shared_ptr<StartupItem> job(new StartupItem(kind, parameters->description, parameters->firstProvided,
+                                                   toBase64(parameters->description + *script), url));
   job->path = url.appending(url.lastPathComponent()).text();
   job->textContent = *std::move(script);
   job->icon = Image::iconOfPath(url.text());

@@ -72,6 +72,7 @@ const MomentTexts& ScheduledController::moments() const {
 
 void ScheduledController::load(const std::vector<Scheduled::ScheduledType>& rules, Scheduled::RuleEditor& editor) {
   std::vector<Scheduled::FileRule> fileRules;
+  fileRules.reserve(rules.size());
   for (const auto& rule : rules) fileRules.push_back({rule});
   loadFileRules(fileRules, editor);
 }
