@@ -108,8 +108,8 @@ TEST(ListSortTest, EachColumnSortsBothWaysAndKeepsEqualJobs) {
       {List::Run, "item tool b10 \u00e1 B2 a", "a B2 b10 \u00e1 item tool"},
       {List::Kind, "b10 \u00e1 a B2 item tool", "tool item B2 a b10 \u00e1"},
       {List::Enabled, "B2 a \u00e1 item tool b10", "b10 B2 a \u00e1 item tool"},
-      {List::KeepAlive, "a b10 B2 \u00e1 item tool", "item tool b10 B2 \u00e1 a"},
-      {List::Scheduled, "B2 b10 a \u00e1 item tool", "item tool b10 a \u00e1 B2"},
+      {List::KeepAlive, "a b10 B2 \u00e1 item tool", "b10 B2 \u00e1 item tool a"},
+      {List::Scheduled, "B2 b10 a \u00e1 item tool", "b10 a \u00e1 item tool B2"},
   };
   for (const auto& row : table) {
     Jobs sorted = jobs;
