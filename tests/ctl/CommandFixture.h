@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "ctl/Subcommand.h"
+#include "support/FakeProcessRunner.h"
+#include "support/JobText.h"
 #include "support/TestData.h"
 #include "support/VirtualQueue.h"
 
@@ -21,6 +23,8 @@ struct Outcome {
 /// Runs commands on a machine in a temporary folder.
 class CommandFixture : public testing::Test {
  protected:
+  CommandFixture() { tools.answer = Error{.code = Error::Code::NotFound, .message = "no such tool"}; }
+
   Outcome start(const std::vector<std::string>& arguments, const std::string& input = {}) {
     std::istringstream in(input);
     std::ostringstream err;
@@ -29,7 +33,7 @@ class CommandFixture : public testing::Test {
     const lint::TargetMachine targetMachine{.exists = [](const std::string&) { return true; }};
     const Machine machine{.roots = roots(),
                           .environment = environment,
-                          .runner = runner,
+                          .runner = tools,
                           .userName = [] { return "Anna Example"; },
                           .clock = clock,
                           .timeZone = [this] { return timeZone; }};
@@ -57,16 +61,10 @@ class CommandFixture : public testing::Test {
             .installedAutostart = {root / "installed"}};
   }
 
-  /// A StartCalendarInterval from fields such as "Hour 9 Minute 30".
-  static std::string interval(const std::string& fields) {
-    std::istringstream words(fields);
-    std::string keys;
-    for (std::string key, number; words >> key >> number;) {
-      keys += "<key>" + key + "</key><integer>" + number + "</integer>";
-    }
-    return "<dict>" + keys + "</dict>";
-  }
   std::string file(const std::string& name, const std::string& content) { return folder.write(name, content).string(); }
+  std::string job(const std::string& name, const std::string& label, propertylist::Dictionary keys = {}) {
+    return file(name, testdata::jobText(label, std::move(keys)));
+  }
 
   testdata::TemporaryFolder folder;
   Environment environment{{"PATH", folder.path() / "bin"}};
@@ -74,23 +72,7 @@ class CommandFixture : public testing::Test {
   std::string timeZone = "UTC";
   std::ostringstream out;
   bool isTerminal = false;
-  std::optional<ProcessResult> answer;  ///< what every tool returns; nullopt if there are no tools
-
- private:
-  class Tools final : public ProcessRunner {
-   public:
-    explicit Tools(const std::optional<ProcessResult>& answer) : m_answer(answer) {}
-    Result<ProcessResult> run(const std::string&, const std::vector<std::string>&,
-                              std::optional<std::chrono::seconds>) override {
-      if (m_answer) return *m_answer;
-      return Error{.code = Error::Code::NotFound, .message = "can't run"};
-    }
-
-   private:
-    const std::optional<ProcessResult>& m_answer;
-  };
-
-  Tools runner{answer};
+  testdata::FakeProcessRunner tools;
 };
 
 }  // namespace mirvel::ctl

@@ -3,21 +3,25 @@
 
 #include "ctl/CommandFixture.h"
 #include "ctl/Json.h"
+#include "ctl/Printable.h"
 
 namespace mirvel::ctl {
 namespace {
 
+using propertylist::Array;
+using propertylist::Dictionary;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr const char* goodJob =
-    "<plist version=\"1.0\"><dict><key>Label</key><string>a.job</string><key>ProgramArguments</key><array>"
-    "<string>/bin/ls</string><string>-l</string></array><key>StartCalendarInterval</key><dict><key>Hour</key>"
-    "<integer>9</integer><key>Minute</key><integer>0</integer></dict></dict></plist>";
 constexpr const char* badJob = "<plist version=\"1.0\">\n<dict/>\n</plist>";
 
-using CommandsTest = CommandFixture;
+class CommandsTest : public CommandFixture {
+ protected:
+  const std::string goodJob =
+      testdata::jobText("a.job", {{"ProgramArguments", Array{"/bin/ls", "-l"}},
+                                  {"StartCalendarInterval", Dictionary{{"Hour", 9}, {"Minute", 0}}}});
+};
 
 TEST_F(CommandsTest, InvalidCommandLineIsAUsageError) {
   const struct {
@@ -75,19 +79,17 @@ TEST_F(CommandsTest, LintReportsEachFileAndASummary) {
   EXPECT_THAT(both.out, testing::EndsWith("2 files: 1 ok, 0 with warnings, 1 with errors\n"));
 }
 
-TEST_F(CommandsTest, LintWarnsOfFilesThatOthersMayWrite) {
+TEST_F(CommandsTest, WarningsDoNotFailLint) {
+  const Outcome warned = start({"lint", "-"}, "\n" + goodJob);
+  EXPECT_EQ(warned.status, Success);
+  EXPECT_THAT(warned.out, StartsWith("standard input: warning: line 2, column 1: "));
+
   const std::string open = file("open.plist", goodJob);
   ASSERT_EQ(::chmod(open.c_str(), 0666), 0);
   const Outcome outcome = start({"lint", open});
   EXPECT_EQ(outcome.status, Success);
   EXPECT_THAT(outcome.out, StartsWith(open + ": warning: can't be loaded: " + open + ": others may write to it"));
   EXPECT_THAT(outcome.out, HasSubstr("chmod go-w"));
-}
-
-TEST_F(CommandsTest, WarningsDoNotFailLint) {
-  const std::string warned = std::string(goodJob).replace(0, 0, "\n<?xml version=\"1.0\"?>");
-  EXPECT_THAT(start({"lint", "-"}, warned).out, StartsWith("standard input: warning: line 2, column 1: "));
-  EXPECT_EQ(start({"lint", "-"}, warned).status, Success);
 }
 
 TEST_F(CommandsTest, LintJsonHasOneObjectForEachFile) {
@@ -162,18 +164,15 @@ TEST_F(CommandsTest, ShowPrintsAnyPropertyList) {
 }
 
 TEST_F(CommandsTest, ShowJsonHasTheJobAndItsRules) {
-  const auto jobOf = [this](const std::string& keys) {
-    return Json::parse(
-        start({"show", "--json", "-"}, "<plist><dict><key>Label</key><string>x</string>" + keys + "</dict></plist>")
-            .out)["job"];
+  const auto jobOf = [this](const Dictionary& keys) {
+    return Json::parse(start({"show", "--json", "-"}, testdata::jobText("x", keys)).out)["job"];
   };
-  EXPECT_EQ(jobOf("<key>Program</key><string>/bin/ls</string>"), Json::parse(R"({"label": "x", "run": "/bin/ls",
+  EXPECT_EQ(jobOf({{"Program", "/bin/ls"}}), Json::parse(R"({"label": "x", "run": "/bin/ls",
             "iconPath": null, "scheduled": [], "unknownKeys": []})"));
-  const Json job = jobOf(
-      "<key>StartInterval</key><integer>7200</integer><key>Foo</key><true/>"
-      "<key>StartCalendarInterval</key><array>" +
-      interval("Minute 5") + interval("Hour 9 Minute 5") + interval("Day 1 Hour 9") +
-      interval("Day 29 Month 2 Hour 12") + interval("Weekday 3 Hour 21") + "</array>");
+  const Array calendar{Dictionary{{"Minute", 5}}, Dictionary{{"Hour", 9}, {"Minute", 5}},
+                       Dictionary{{"Day", 1}, {"Hour", 9}}, Dictionary{{"Day", 29}, {"Month", 2}, {"Hour", 12}},
+                       Dictionary{{"Weekday", 3}, {"Hour", 21}}};
+  const Json job = jobOf({{"StartInterval", 7200}, {"Foo", true}, {"StartCalendarInterval", calendar}});
   EXPECT_EQ(job["scheduled"], Json::parse(R"([
             {"kind": "repeatInterval", "interval": 2, "unit": "hours"},
             {"kind": "everyHour", "minute": 5},
@@ -216,6 +215,39 @@ TEST_F(CommandsTest, FailureToWriteTheOutputIsReported) {
   const Outcome outcome = start({"--help"});
   EXPECT_EQ(outcome.status, Failed);
   EXPECT_EQ(outcome.err, "mirvelctl: can't write the output\n");
+}
+
+TEST(PrintableTest, ControlCharactersAreEscaped) {
+  const struct {
+    std::string text;
+    std::string escaped;
+  } table[] = {
+      {"", ""},
+      {"plain – ünïcödé 漢字 \U0001F600", "plain – ünïcödé 漢字 \U0001F600"},
+      {"a\nb\tc\rd", "a\\nb\\tc\\rd"},
+      {"\x1b[31mred\x1b[0m\a", "\\x1b[31mred\\x1b[0m\\x07"},
+      {std::string("a\0b", 3), "a\\x00b"},
+      {"\x7f", "\\u007f"},
+      {"\xC2\x9B"
+       "31m",
+       "\\u009b31m"},  // ESC [ as one C1 character
+      {"\xE2\x80\xAE"
+       "txt",
+       "\\u202etxt"},
+      {"\xE2\x81\xA6", "\\u2066"},
+      {"\xFF\xC3(", "\\xff\\xc3("},  // not UTF-8
+      {"\xE2\x80", "\\xe2\\x80"},
+      {"\xED\xA0\x80", "\\xed\\xa0\\x80"},  // a lone surrogate
+  };
+  for (const auto& row : table) EXPECT_EQ(printable(row.text), row.escaped);
+  EXPECT_EQ(printable("a\n\tb\x1b", LineFeeds::Keep), "a\n\tb\\x1b");
+}
+
+TEST(PrintableTest, EscapingPreservesJsonValues) {
+  const std::string odd = "\"quoted\" \\ \x1b \x7f \xC2\x9B \xE2\x80\xAE é";
+  const std::string dumped = text(Json{{"v", odd}});
+  EXPECT_EQ(printable(dumped), dumped) << "something in it isn't safe";
+  EXPECT_EQ(Json::parse(dumped)["v"], odd);
 }
 
 }  // namespace

@@ -13,12 +13,6 @@ using testing::StartsWith;
 
 class ListCommandTest : public CommandFixture {
  protected:
-  std::string job(const std::string& name, const std::string& label, const std::string& program,
-                  const std::string& keys = {}) {
-    return file(name, "<plist version=\"1.0\"><dict><key>Label</key><string>" + label +
-                          "</string><key>ProgramArguments</key><array><string>" + program + "</string></array>" + keys +
-                          "</dict></plist>");
-  }
   Json json(const std::vector<std::string>& arguments = {"list", "--json"}) {
     return Json::parse(start(arguments).out);
   }
@@ -32,12 +26,10 @@ class ListCommandTest : public CommandFixture {
   }
 };
 
-constexpr const char* disabled = "<key>Disabled</key><true/>";
-
 TEST_F(ListCommandTest, JobsAreGroupedAndAligned) {
-  job("user/LaunchAgents/b.plist", "home.job10", "/bin/ls");
-  job("user/LaunchAgents/a.plist", "home.job2", "/usr/bin/say", disabled);
-  job("local/LaunchDaemons/c.plist", "org.example.webserver", "/bin/serve");
+  job("user/LaunchAgents/b.plist", "home.job10", {{"Program", "/bin/ls"}});
+  job("user/LaunchAgents/a.plist", "home.job2", {{"Program", "/usr/bin/say"}, {"Disabled", true}});
+  job("local/LaunchDaemons/c.plist", "org.example.webserver", {{"Program", "/bin/serve"}});
   file("local/StartupItems/Cache/Cache", "#!/bin/sh\n");
   const Outcome outcome = start({"list"});
   EXPECT_EQ(outcome.status, Success);
@@ -59,8 +51,8 @@ TEST_F(ListCommandTest, MachineWithoutJobsGivesAnEmptyList) {
 }
 
 TEST_F(ListCommandTest, JsonHasTheSixFieldsOfEveryJob) {
-  const std::string agent = job("user/LaunchAgents/a.plist", "home.job", "/bin/ls", disabled);
-  const std::string daemon = job("system/LaunchDaemons/s.plist", "system.job", "/bin/ls");
+  const std::string agent = job("user/LaunchAgents/a.plist", "home.job", {{"Program", "/bin/ls"}, {"Disabled", true}});
+  const std::string daemon = job("system/LaunchDaemons/s.plist", "system.job", {{"Program", "/bin/ls"}});
   EXPECT_EQ(json({"list", "--json", "--system"}), (Json{{{"kind", "userAgent"},
                                                          {"name", "home.job"},
                                                          {"summary", "ls"},
@@ -92,7 +84,7 @@ TEST_F(ListCommandTest, LoginItemsOfALinuxDesktopAreListed) {
 #endif
 
 TEST_F(ListCommandTest, SystemJobsAreListedByOptionOrSetting) {
-  job("system/LaunchAgents/s.plist", "system.job", "/bin/ls");
+  job("system/LaunchAgents/s.plist", "system.job", {{"Program", "/bin/ls"}});
   EXPECT_TRUE(json().empty());
   EXPECT_EQ(json({"list", "--json", "--system"}).size(), 1U);
   file("preferences.plist", "<plist version=\"1.0\"><dict><key>ShowSystemJobs</key><true/></dict></plist>");
@@ -102,7 +94,7 @@ TEST_F(ListCommandTest, SystemJobsAreListedByOptionOrSetting) {
 TEST_F(ListCommandTest, BadFilesAreReportedApartFromTheList) {
   const std::string bad = file("user/LaunchAgents/bad.plist", "<plist version=\"1.0\"><dict/></plist>");
   fs::create_directory(folder.path() / "user/LaunchAgents/\x1b[2J");
-  job("user/LaunchAgents/good.plist", "home.job", "/bin/ls");
+  job("user/LaunchAgents/good.plist", "home.job", {{"Program", "/bin/ls"}});
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{"list"}, {"list", "--json"}}) {
     const Outcome outcome = start(arguments);
     EXPECT_EQ(outcome.status, Success);
@@ -114,7 +106,7 @@ TEST_F(ListCommandTest, BadFilesAreReportedApartFromTheList) {
 }
 
 TEST_F(ListCommandTest, NothingOnTheMachineChanges) {
-  job("local/LaunchAgents/a.plist", "a.job", "/bin/ls");
+  job("local/LaunchAgents/a.plist", "a.job", {{"Program", "/bin/ls"}});
   file("preferences.plist", "no settings");
   const auto before = everything();
   EXPECT_EQ(start({"list", "--system"}).status, Success);
@@ -124,7 +116,7 @@ TEST_F(ListCommandTest, NothingOnTheMachineChanges) {
 
 TEST_F(ListCommandTest, NamesAndPathsAreEscapedOnATerminal) {
   isTerminal = true;
-  job("user/LaunchAgents/\xFF.plist", "a\xC2\x9B\n31m", "/bin/\xE2\x80\xAEls", disabled);
+  job("user/LaunchAgents/\xFF.plist", "a\xC2\x9B\n31m", {{"Program", "/bin/\xE2\x80\xAEls"}, {"Disabled", true}});
   const Outcome words = start({"list"});
   EXPECT_EQ(words.out,
             "\x1b[1mAnna Example\x1b[0m\n"
@@ -137,12 +129,12 @@ TEST_F(ListCommandTest, NamesAndPathsAreEscapedOnATerminal) {
 
 TEST_F(ListCommandTest, ColumnsAreAlignedByTerminalWidth) {
   const std::string longLabel(60, 'x');
-  job("user/LaunchAgents/a.plist", "\xE6\x97\xA5\xE6\x9C\xAC", "/bin/a");
+  job("user/LaunchAgents/a.plist", "\xE6\x97\xA5\xE6\x9C\xAC", {{"Program", "/bin/a"}});
   job("user/LaunchAgents/b.plist",
       "e\xCC\x81"
       "e",
-      "/bin/b");
-  job("user/LaunchAgents/c.plist", longLabel, "/bin/c");
+      {{"Program", "/bin/b"}});
+  job("user/LaunchAgents/c.plist", longLabel, {{"Program", "/bin/c"}});
   const std::string list = start({"list"}).out;
   EXPECT_THAT(list, HasSubstr("\n  \xE6\x97\xA5\xE6\x9C\xAC" + std::string(46, ' ') + "a\n"));
   EXPECT_THAT(list, HasSubstr("\n  e\xCC\x81"

@@ -8,25 +8,25 @@ namespace mirvel::ctl {
 namespace {
 
 using namespace std::chrono;
+using propertylist::Array;
+using propertylist::Dictionary;
 using testing::HasSubstr;
 using testing::StartsWith;
 
 class RunsCommandTest : public CommandFixture {
  protected:
-  /// A job with intervals such as "Hour 9 Minute 30".
-  std::string job(const std::string& name, const std::vector<std::string>& intervals, const std::string& keys = {}) {
-    std::string array;
-    for (const std::string& fields : intervals) array += interval(fields);
-    return file(name,
-                "<plist version=\"1.0\"><dict><key>Label</key><string>" + std::filesystem::path(name).stem().string() +
-                    "</string><key>StartCalendarInterval</key><array>" + array + "</array>" + keys + "</dict></plist>");
+  /// A job with these intervals that is labelled after its file.
+  std::string job(const std::filesystem::path& name, const Array& intervals, Dictionary keys = {}) {
+    keys.set("StartCalendarInterval", intervals);
+    return CommandFixture::job(name, name.stem(), std::move(keys));
   }
 };
 
 TEST_F(RunsCommandTest, RunsAreOrderedByTimeThenByFile) {
-  const auto z = job("z.plist", {"Hour 9", "Weekday 2 Hour 9"}, "<key>Disabled</key><true/>");
-  const auto a = job("a.plist", {"Hour 9", "Hour 7 Minute 5"});
-  const auto interval = job("i.plist", {}, "<key>StartInterval</key><integer>5</integer>");
+  const auto z =
+      job("z.plist", {Dictionary{{"Hour", 9}}, Dictionary{{"Weekday", 2}, {"Hour", 9}}}, {{"Disabled", true}});
+  const auto a = job("a.plist", {Dictionary{{"Hour", 9}}, Dictionary{{"Hour", 7}, {"Minute", 5}}});
+  const auto interval = job("i.plist", {}, {{"StartInterval", 5}});
   const Outcome outcome = start({"runs", z, a, interval, "--from", "2026-11-23T09:00", "--days=2"});
   EXPECT_EQ(outcome.status, Success);
   EXPECT_EQ(outcome.err, "");
@@ -39,26 +39,26 @@ TEST_F(RunsCommandTest, RunsAreOrderedByTimeThenByFile) {
 
 TEST_F(RunsCommandTest, JsonTimesHaveTheirUtcOffset) {
   timeZone = "Europe/Berlin";
-  const auto night = job("night.plist", {"Hour 2 Minute 30"});
+  const auto night = job("night.plist", {Dictionary{{"Hour", 2}, {"Minute", 30}}});
   const Outcome outcome = start({"runs", "--json", "--from", "2026-10-24T02:00:00Z", night, "--days", "2"});
   EXPECT_EQ(Json::parse(outcome.out),
             (Json{{{"label", "night"}, {"path", night}, {"time", "2026-10-25T02:30:00+02:00"}},
                   {{"label", "night"}, {"path", night}, {"time", "2026-10-26T02:30:00+01:00"}}}));
   timeZone = "America/St_Johns";
   EXPECT_THAT(start({"runs", "--json", "--from", "2026-11-21", night}).out, HasSubstr("2026-11-21T02:30:00-03:30"));
-  EXPECT_EQ(start({"runs", "--json", job("never.plist", {"Hour 24"})}).out, "[]\n");
+  EXPECT_EQ(start({"runs", "--json", job("never.plist", {Dictionary{{"Hour", 24}}})}).out, "[]\n");
 }
 
 TEST_F(RunsCommandTest, RunsStartNowByDefault) {
   clock.now = 1'795'000'000.5;  // 2026-11-18 11:06:40.5
-  const auto hourly = job("hourly.plist", {"Minute 7"});
+  const auto hourly = job("hourly.plist", {Dictionary{{"Minute", 7}}});
   EXPECT_THAT(start({"runs", hourly}).out, StartsWith("2026-11-18 11:07  hourly\n"));
   EXPECT_EQ(Json::parse(start({"runs", "--json", hourly}).out).size(), 30U * 24);
 }
 
 TEST_F(RunsCommandTest, JobsOfTheMachineAreListedWithoutFiles) {
-  job("user/LaunchAgents/mine.plist", {"Hour 12"});
-  job("local/LaunchDaemons/ours.plist", {"Hour 11"});
+  job("user/LaunchAgents/mine.plist", {Dictionary{{"Hour", 12}}});
+  job("local/LaunchDaemons/ours.plist", {Dictionary{{"Hour", 11}}});
   file("user/LaunchAgents/bad.plist", "<plist version=\"1.0\"><dict/></plist>");
   const Outcome outcome = start({"runs", "--from", "2026-11-21", "--days", "1"});
   EXPECT_EQ(outcome.status, Success);
@@ -67,7 +67,7 @@ TEST_F(RunsCommandTest, JobsOfTheMachineAreListedWithoutFiles) {
 }
 
 TEST_F(RunsCommandTest, BadFilesAreReportedAndTheOthersListed) {
-  const auto good = job("good.plist", {"Day 21"});
+  const auto good = job("good.plist", {Dictionary{{"Day", 21}}});
   const auto bad = file("bad.plist", "no list");
   const Outcome outcome = start({"runs", bad, "/nowhere", good, "--from", "2026-11-20"});
   EXPECT_EQ(outcome.status, Failed);

@@ -23,15 +23,14 @@ TEST_F(StatusCommandTest, HostThatIsNotRunningIsNotStarted) {
 }
 
 TEST_F(StatusCommandTest, EnabledJobsThatAreNotLoadedAreShown) {
-  const auto job = [&](Kind kind, const std::string& label, const std::string& keys = {}) {
+  const auto agent = [&](Kind kind, const std::string& label, propertylist::Dictionary keys = {}) {
     const auto path = *kind.folderURL(roots()) / (label + ".plist");
-    return file(path.lexically_relative(folder.path()),
-                "<plist><dict><key>Label</key><string>" + label + "</string>" + keys + "</dict></plist>");
+    return job(path.lexically_relative(folder.path()), label, std::move(keys));
   };
-  const auto mine = job(Kind::userAgent, "mine");
-  (void)job(Kind::userAgent, "off", "<key>Disabled</key><true/>");
-  (void)job(Kind::localAgent, "everyones");
-  (void)job(Kind::localDaemon, "roots");
+  const auto mine = agent(Kind::userAgent, "mine");
+  (void)agent(Kind::userAgent, "off", {{"Disabled", true}});
+  (void)agent(Kind::localAgent, "everyones");
+  (void)agent(Kind::localDaemon, "roots");
   EXPECT_EQ(start({"status"}).out,
             "mirvel-host isn't running, so no jobs are loaded\n"
             "  mine  enabled but not loaded\n"
@@ -48,12 +47,9 @@ TEST_F(StatusCommandTest, LoadedJobsAreShownWithTheirState) {
   std::filesystem::create_directory(support);
   std::filesystem::create_directory_symlink(support, folder.path() / "support");
   EmbeddedHost embedded({.places = HostPlaces::of(roots()), .program = MIRVEL_HOST}, processes);
-  const auto job = [&](const std::string& label, const std::string& keys) {
-    return file(label + ".plist", "<plist><dict><key>Label</key><string>" + label + "</string>" + keys +
-                                      "<key>Program</key><string>/bin/false</string></dict></plist>");
-  };
-  ASSERT_TRUE(embedded.load(job("fails", "<key>RunAtLoad</key><true/>")));
-  ASSERT_TRUE(embedded.load(job("waits", "<key>StartInterval</key><integer>86400</integer>")));
+  const std::string program = "/bin/false";
+  ASSERT_TRUE(embedded.load(job("fails.plist", "fails", {{"Program", program}, {"RunAtLoad", true}})));
+  ASSERT_TRUE(embedded.load(job("waits.plist", "waits", {{"Program", program}, {"StartInterval", 86400}})));
   ASSERT_TRUE(*embedded.waitForEnd("fails", std::chrono::seconds(60)));
 
   EXPECT_THAT(start({"status"}).out, StartsWith("mirvel-host\n  fails  not running; last run exited with 1\n"
@@ -69,13 +65,14 @@ TEST_F(StatusCommandTest, LoadedJobsAreShownWithTheirState) {
 
 TEST_F(StatusCommandTest, LaunchdIsAskedWhereAvailable) {
   std::filesystem::permissions(folder.write("bin/launchctl", "#!/bin/sh\n"), std::filesystem::perms::owner_all);
-  answer = {.output = "PID\tStatus\tLabel\n312\t0\torg.example.a\n-\t78\torg.example.b\n-\t-15\tc\nodd line\n"};
+  tools.answer =
+      ProcessResult{.output = "PID\tStatus\tLabel\n312\t0\torg.example.a\n-\t78\torg.example.b\n-\t-15\tc\nodd line\n"};
   EXPECT_EQ(start({"status"}).out,
             "launchd\n"
             "  org.example.a  running as process 312; last run exited with 0\n"
             "  org.example.b  not running; last run exited with 78\n"
             "  c  not running; last run was ended by signal 15\n");
-  answer = {.exitStatus = 1, .complaints = "no session\n"};
+  tools.answer = ProcessResult{.exitStatus = 1, .complaints = "no session\n"};
   const auto failed = start({"status"});
   EXPECT_EQ(failed.status, Failed);
   EXPECT_EQ(failed.err, "mirvelctl status: launchctl can't list the jobs: no session\n");

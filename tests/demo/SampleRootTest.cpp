@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "core/catalogue/StartupItem.h"
 #include "core/jobfile/Plist.h"
 #include "core/lint/Lint.h"
-#include "core/propertylist/Reader.h"
 #include "support/TestData.h"
 
 namespace mirvel::demo {
@@ -117,14 +117,7 @@ TEST_F(SampleRootTest, StartupItemsAreComplete) {
   for (const fs::path& library : {roots.localLibrary, roots.systemLibrary}) {
     for (const fs::path& item : entries(library / "StartupItems")) {
       EXPECT_TRUE(isExecutable(item / item.filename())) << item;
-      const auto list = propertylist::read(bytes(item / "StartupParameter.plist"));
-      ASSERT_TRUE(list) << list.error().text();
-      const propertylist::Value value = list->value();
-      const auto* parameters = value.as<propertylist::Dictionary>();
-      ASSERT_TRUE(parameters && parameters->find("Description") && parameters->find("Provides")) << item;
-      EXPECT_TRUE(parameters->find("Description")->as<std::string>()) << item;
-      const auto* provides = parameters->find("Provides")->as<propertylist::Array>();
-      EXPECT_TRUE(provides && !provides->empty()) << item;
+      EXPECT_TRUE(StartupItem::read(URL::file(item), Kind::localStartupItem)) << item;
     }
   }
 }

@@ -27,8 +27,7 @@ class FakeHelpers final : public HelperConnections {
       return *value;
     }
     std::string text(const std::string& key) const {
-      const propertylist::Value* value = body.find(key);
-      const auto* text = value ? value->as<std::string>() : nullptr;
+      const auto* text = body.get<std::string>(key);
       return text ? *text : "(none)";
     }
     int kind() const { return static_cast<int>(*at("kind").as<propertylist::Integer>()->toInt64()); }

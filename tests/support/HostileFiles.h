@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -21,77 +20,57 @@ inline std::string repeated(std::string_view text, std::size_t times) {
   return result;
 }
 
-inline std::string numbered(std::size_t size, const std::function<std::string(const std::string&)>& entry) {
-  std::string result;
-  for (std::size_t i = 0; result.size() < size; ++i) result += entry(std::to_string(i));
-  return result;
-}
-
 inline std::string job(const std::string& entries) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict><key>Label</key><string>a</string>"
          "<key>ProgramArguments</key><array><string>/bin/ls</string></array><key>RunAtLoad</key><true/>" +
          entries + "</dict></plist>";
 }
 
-inline std::string booleans(std::size_t size) {
-  return numbered(size, [](const std::string& i) { return "<key>" + i + "</key><true/>"; });
+inline std::string booleans(std::size_t size, const std::string& key = "") {
+  std::string result;
+  for (std::size_t i = 0; result.size() < size; ++i) result += "<key>" + key + std::to_string(i) + "</key><true/>";
+  return result;
 }
-
-}  // namespace hostile
 
 inline const HostileFile hostileFiles[] = {
     {"manyValuesBelowManyLongKeys",
      [](std::size_t size) {
        const std::size_t depth = 500;
        const std::string open = "<key>" + std::string(size / 2 / depth, 'k') + "</key><dict>";
-       return hostile::job(hostile::repeated(open, depth) + hostile::booleans(size / 2) +
-                           hostile::repeated("</dict>", depth));
+       return job(repeated(open, depth) + booleans(size / 2) + repeated("</dict>", depth));
      }},
     {"manyValuesInDeepArrays",
      [](std::size_t size) {
-       return hostile::job("<key>x</key>" + hostile::repeated("<array>", 500) + hostile::repeated("<true/>", size / 7) +
-                           hostile::repeated("</array>", 500));
+       return job("<key>x</key>" + repeated("<array>", 500) + repeated("<true/>", size / 7) +
+                  repeated("</array>", 500));
      }},
     {"manyErrorsBelowOneLongKey",
      [](std::size_t size) {
-       return hostile::job("<key>LaunchEvents</key><dict><key>" + std::string(size / 2, 'k') + "</key><dict>" +
-                           hostile::booleans(size / 2) + "</dict></dict>");
+       return job("<key>LaunchEvents</key><dict><key>" + std::string(size / 2, 'k') + "</key><dict>" +
+                  booleans(size / 2) + "</dict></dict>");
      }},
     {"manySocketsBelowOneLongKey",
      [](std::size_t size) {
-       return hostile::job("<key>Sockets</key><dict><key>" + std::string(size / 2, 'k') + "</key><array>" +
-                           hostile::repeated("<dict><key>SockPathName</key><string>~</string></dict>", size / 2 / 54) +
-                           "</array></dict>");
+       return job("<key>Sockets</key><dict><key>" + std::string(size / 2, 'k') + "</key><array>" +
+                  repeated("<dict><key>SockPathName</key><string>~</string></dict>", size / 2 / 54) +
+                  "</array></dict>");
      }},
-    {"manyKeysWithReferences",
-     [](std::size_t size) {
-       return hostile::job(
-           hostile::numbered(size, [](const std::string& i) { return "<key>a&amp;" + i + "</key><true/>"; }));
-     }},
+    {"manyKeysWithReferences", [](std::size_t size) { return job(booleans(size, "a&amp;")); }},
     {"oneLongTagAboveManyValues",
      [](std::size_t size) {
-       return hostile::job("<key " + std::string(size / 2, 'a') + ">x</key><array>" +
-                           hostile::repeated("<true/>", size / 2 / 7) + "</array>");
+       return job("<key " + std::string(size / 2, 'a') + ">x</key><array>" + repeated("<true/>", size / 2 / 7) +
+                  "</array>");
      }},
-    {"manyMisspeltKeys",
-     [](std::size_t size) {
-       return hostile::job(
-           hostile::numbered(size, [](const std::string& i) { return "<key>ProgramArgumentz" + i + "</key><true/>"; }));
-     }},
+    {"manyMisspeltKeys", [](std::size_t size) { return job(booleans(size, "ProgramArgumentz")); }},
     {"oneKeyRepeatedOften",
-     [](std::size_t size) {
-       return hostile::job(hostile::repeated("<key>Nice</key><integer>1</integer>", size / 35));
-     }},
-    {"manyKeysRepeated",
-     [](std::size_t size) { return hostile::job(hostile::booleans(size / 2) + hostile::booleans(size / 2)); }},
+     [](std::size_t size) { return job(repeated("<key>Nice</key><integer>1</integer>", size / 35)); }},
+    {"manyKeysRepeated", [](std::size_t size) { return job(booleans(size / 2) + booleans(size / 2)); }},
     {"manyTimesThatNeverCome",
      [](std::size_t size) {
-       return hostile::job("<key>StartCalendarInterval</key><array>" +
-                           hostile::repeated("<dict><key>Hour</key><integer>99</integer></dict>", size / 49) +
-                           "</array>");
+       return job("<key>StartCalendarInterval</key><array>" +
+                  repeated("<dict><key>Hour</key><integer>99</integer></dict>", size / 49) + "</array>");
      }},
-    {"manyDoctypes",
-     [](std::size_t size) { return hostile::repeated("<!DOCTYPE plist PUBLIC>", size / 23) + hostile::job(""); }},
+    {"manyDoctypes", [](std::size_t size) { return repeated("<!DOCTYPE plist PUBLIC>", size / 23) + job(""); }},
     {"manyKeysOfTheWrongType",
      [](std::size_t size) {
        std::string keys;
@@ -99,9 +78,13 @@ inline const HostileFile hostileFiles[] = {
                                      "Nice", "StartInterval", "Debug", "SessionCreate", "OnDemand", "TimeOut"}) {
          keys += "<key>" + std::string(key) + "</key><dict/>";
        }
-       return hostile::job(keys + "<key>x</key><array>" + hostile::repeated("<true/>", size / 7) + "</array>");
+       return job(keys + "<key>x</key><array>" + repeated("<true/>", size / 7) + "</array>");
      }},
-    {"manyLines", [](std::size_t size) { return hostile::job(hostile::repeated("\n<!---->", size / 8)); }},
+    {"manyLines", [](std::size_t size) { return job(repeated("\n<!---->", size / 8)); }},
 };
+
+}  // namespace hostile
+
+using hostile::hostileFiles;
 
 }  // namespace mirvel

@@ -12,12 +12,9 @@ namespace mirvel::testdata {
 
 void Untouched::add(const std::string& name, const std::string& edited, std::string_view before,
                     std::string_view after) {
-  const bool isKnown = m_count > 0 && before == m_before;
-  m_cases += name + '\t' + edited + '\t' + (isKnown ? "-" : std::to_string(before.size())) + '\t' +
-             std::to_string(after.size()) + '\n';
-  if (!isKnown) m_cases += before;
+  m_cases += name + '\t' + edited + '\t' + std::to_string(before.size()) + '\t' + std::to_string(after.size()) + '\n';
+  m_cases += before;
   m_cases += after;
-  m_before = before;
   ++m_count;
 }
 

@@ -28,7 +28,6 @@ class Untouched {
 
  private:
   std::string m_cases;
-  std::string m_before;
   std::size_t m_count = 0;
 };
 

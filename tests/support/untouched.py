@@ -2,11 +2,11 @@
 """Compares property lists before and after an edit with the reader of Python's standard library.
 
 The input file is a sequence of cases. Each consists of a line with the name, the edited keys and the sizes of both lists,
-separated by tabs, and of the bytes of both lists. A size of "-" means that the list before is the same as in the previous
-case. The keys are separated by bars: a key alone allows any change of its value, `Key:Entry` a change of the entries of
-this name anywhere below the key, and `Key[1,4]+2` that elements 1 and 4 of an array (or of a dictionary that counts as
-the only element) were removed and two were added, the others being unchanged and in the same order. Prints one line for
-each unexpected difference, and one for each case without the expected change.
+separated by tabs, and of the bytes of both lists. The keys are separated by bars: a key alone allows any change of its
+value, `Key:Entry` a change of the entries of this name anywhere below the key, and `Key[1,4]+2` that elements 1 and 4
+of an array (or of a dictionary that counts as the only element) were removed and two were added, the others being
+unchanged and in the same order. Prints one line for each unexpected difference, and one for each case without the
+expected change.
 """
 
 import plistlib
@@ -73,12 +73,9 @@ def is_allowed(path, edited, before, after):
 
 
 def cases(stream):
-    before = None
     while line := stream.readline():
-        name, edited, *sizes = line.decode().rstrip("\n").split("\t")
-        if sizes[0] != "-":
-            before = stream.read(int(sizes[0]))
-        yield name, edited.split("|"), before, stream.read(int(sizes[1]))
+        name, edited, before, after = line.decode().rstrip("\n").split("\t")
+        yield name, edited.split("|"), stream.read(int(before)), stream.read(int(after))
 
 
 def check(name, edited, before, after):

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "core/mainwindow/Command.h"
@@ -11,10 +12,11 @@ namespace mirvel {
 namespace {
 
 using C = Command;
-using Change = std::function<void(CommandContext&)>;
+using Context = CommandContext;
+using Change = std::function<void(Context&)>;
 
 /// Where everything can be chosen: an own agent is shown, in list mode.
-CommandContext allowing(Command command) {
+Context allowing(Command command) {
   return {.selected = Kind(Kind::userAgent),
           .isSelectedNamed = true,
           .canDeleteSelected = true,
@@ -24,70 +26,63 @@ CommandContext allowing(Command command) {
           .mode = Mode::List};
 }
 
-const std::vector<Command> fileCommands{C::New,    C::Edit,   C::Save,           C::Revert,  C::Duplicate,
-                                        C::Import, C::Export, C::Delete,         C::Share,   C::Test,
-                                        C::Log,    C::Info,   C::RevealInFinder, C::Refresh, C::RestoreDeleted};
-const std::vector<Command> viewCommands{C::Filter,   C::Grid,   C::Tree,    C::List,
-                                        C::Timeline, C::System, C::Columns, C::TitleBar};
-const std::vector<Command> otherCommands{C::FullScreen,      C::Help, C::ManLaunchdplist, C::Site, C::MailSupport,
-                                         C::CheckForUpdates, C::About};
+template <typename Value>
+Change with(Value Context::*field, std::type_identity_t<Value> value) {
+  return [field, value](Context& context) { context.*field = value; };
+}
 
-std::vector<Command> all() {
-  std::vector<Command> result = fileCommands;
-  result.insert(result.end(), viewCommands.begin(), viewCommands.end());
-  result.insert(result.end(), otherCommands.begin(), otherCommands.end());
+Change selected(Kind kind) {
+  return with(&Context::selected, kind);
+}
+
+/// The commands from the first to this one, in the order of the menus.
+std::vector<Command> upTo(Command last) {
+  std::vector<Command> result;
+  for (int i = 0; i <= static_cast<int>(last); ++i) result.push_back(static_cast<Command>(i));
   return result;
 }
 
 TEST(CommandRules, EachConditionDisablesItsCommandsAndNoOthers) {
+  const std::vector<Command> changesAJob{C::Edit, C::Save, C::Revert, C::Duplicate};
+  const std::vector<Command> needsALaunchdJob{C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Test, C::Log};
   struct Row {
     std::string condition;
     Change change;
     std::vector<Command> disabled;
   };
-  std::vector<Command> besidesOthers = fileCommands;
-  besidesOthers.insert(besidesOthers.end(), viewCommands.begin(), viewCommands.end());
   const Row table[] = {
       {"nothing", [](auto&) {}, {}},
       {"unsaved changes",
-       [](auto& context) { context.hasUnsavedChanges = true; },
+       with(&Context::hasUnsavedChanges, true),
        {C::New, C::Refresh, C::Revert, C::Duplicate, C::Import, C::RestoreDeleted, C::Export, C::Grid, C::Tree,
         C::Timeline, C::System}},
-      {"a sheet", [](auto& context) { context.hasSheet = true; }, besidesOthers},
-      {"a save", [](auto& context) { context.isSaving = true; }, {C::Save, C::Revert, C::RestoreDeleted}},
+      {"a sheet", with(&Context::hasSheet, true), upTo(C::TitleBar)},
+      {"a save", with(&Context::isSaving, true), {C::Save, C::Revert, C::RestoreDeleted}},
       {"no selection",
-       [](auto& context) { context.selected.reset(); },
+       with(&Context::selected, std::nullopt),
        {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Delete, C::Share, C::Test, C::Log, C::Info,
         C::RevealInFinder}},
-      {"a login item",
-       [](auto& context) { context.selected = Kind(Kind::loginItemApplication); },
-       {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Test, C::Log}},
-      {"a startup item",
-       [](auto& context) { context.selected = Kind(Kind::localStartupItem); },
-       {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Test, C::Log}},
-      {"a helper tool",
-       [](auto& context) { context.selected = Kind(Kind::privilegedHelperTool); },
-       {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Test, C::Log}},
-      {"a system daemon",
-       [](auto& context) { context.selected = Kind(Kind::systemDaemon); },
-       {C::Edit, C::Save, C::Revert, C::Duplicate}},
+      {"a login item", selected(Kind::loginItemApplication), needsALaunchdJob},
+      {"a startup item", selected(Kind::localStartupItem), needsALaunchdJob},
+      {"a helper tool", selected(Kind::privilegedHelperTool), needsALaunchdJob},
+      {"a system daemon", selected(Kind::systemDaemon), changesAJob},
       {"an edited system agent",
        [](auto& context) {
          context.selected = Kind(Kind::systemAgent);
          context.editsSystemJobs = true;
        },
        {}},
-      {"an own daemon", [](auto& context) { context.selected = Kind(Kind::localDaemon); }, {}},
-      {"a job that can't be deleted", [](auto& context) { context.canDeleteSelected = false; }, {C::Delete}},
-      {"no revisions", [](auto& context) { context.hasRevisions = false; }, {C::Revert}},
-      {"no details", [](auto& context) { context.detailTab = DetailTab::NoSelection; }, {C::Edit, C::Save}},
-      {"no search field", [](auto& context) { context.hasFilterField = false; }, {C::Filter}},
-      {"grid mode", [](auto& context) { context.mode = Mode::Grid; }, {C::Columns}},
-      {"timeline mode", [](auto& context) { context.mode = Mode::Timeline; }, {C::Columns}},
+      {"an own daemon", selected(Kind::localDaemon), {}},
+      {"a job that can't be deleted", with(&Context::canDeleteSelected, false), {C::Delete}},
+      {"no revisions", with(&Context::hasRevisions, false), {C::Revert}},
+      {"no details", with(&Context::detailTab, DetailTab::NoSelection), {C::Edit, C::Save}},
+      {"no search field", with(&Context::hasFilterField, false), {C::Filter}},
+      {"grid mode", with(&Context::mode, Mode::Grid), {C::Columns}},
+      {"timeline mode", with(&Context::mode, Mode::Timeline), {C::Columns}},
   };
   for (const Row& row : table) {
-    for (const Command command : all()) {
-      CommandContext context = allowing(command);
+    for (const Command command : upTo(C::About)) {
+      Context context = allowing(command);
       row.change(context);
       const bool isDisabled = std::find(row.disabled.begin(), row.disabled.end(), command) != row.disabled.end();
       EXPECT_EQ(isEnabled(command, context), !isDisabled) << row.condition << ": command " << static_cast<int>(command);
@@ -96,12 +91,12 @@ TEST(CommandRules, EachConditionDisablesItsCommandsAndNoOthers) {
 }
 
 TEST(CommandRules, AScriptInFrontCanBeSavedWhateverIsSelected) {
-  EXPECT_FALSE(isEnabled(C::Save, CommandContext{}));
-  EXPECT_TRUE(isEnabled(C::Save, CommandContext{.isScriptInFront = true}));
+  EXPECT_FALSE(isEnabled(C::Save, Context{}));
+  EXPECT_TRUE(isEnabled(C::Save, Context{.isScriptInFront = true}));
 }
 
 TEST(CommandRules, TicksFollowTheirSettings) {
-  const CommandContext context{.showsSystemJobs = true, .isFullScreen = true, .mode = Mode::Tree};
+  const Context context{.showsSystemJobs = true, .isFullScreen = true, .mode = Mode::Tree};
   const std::pair<Command, std::optional<bool>> table[] = {
       {C::Grid, false},  {C::Tree, true},      {C::List, false},      {C::Timeline, false},
       {C::System, true}, {C::TitleBar, false}, {C::FullScreen, true}, {C::Refresh, std::nullopt}};
@@ -118,22 +113,16 @@ TEST(ToolbarRules, EachItemHasItsConditions) {
   };
   const Row table[] = {
       {"nothing", [](auto&) {}, {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}},
-      {"unsaved changes", [](auto& context) { context.hasUnsavedChanges = true; }, {I::Share, I::Log, I::Info}},
-      {"a save", [](auto& context) { context.isSaving = true; }, {}},
-      {"no selection", [](auto& context) { context.selected.reset(); }, {I::New, I::Mode, I::Filter}},
-      {"a login item",
-       [](auto& context) { context.selected = Kind(Kind::loginItemSystemPreferences); },
-       {I::New, I::Mode, I::Filter, I::Share, I::Info}},
-      {"a job without a name",
-       [](auto& context) { context.isSelectedNamed = false; },
-       {I::New, I::Mode, I::Filter, I::Share, I::Info}},
-      {"a system daemon",
-       [](auto& context) { context.selected = Kind(Kind::systemDaemon); },
-       {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}},
+      {"unsaved changes", with(&Context::hasUnsavedChanges, true), {I::Share, I::Log, I::Info}},
+      {"a save", with(&Context::isSaving, true), {}},
+      {"no selection", with(&Context::selected, std::nullopt), {I::New, I::Mode, I::Filter}},
+      {"a login item", selected(Kind::loginItemApplication), {I::New, I::Mode, I::Filter, I::Share, I::Info}},
+      {"a job without a name", with(&Context::isSelectedNamed, false), {I::New, I::Mode, I::Filter, I::Share, I::Info}},
+      {"a system daemon", selected(Kind::systemDaemon), {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}},
   };
   for (const Row& row : table) {
     for (const ToolbarItem item : {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}) {
-      CommandContext context = allowing(C::Edit);
+      Context context = allowing(C::Edit);
       row.change(context);
       const bool isListed = std::find(row.enabled.begin(), row.enabled.end(), item) != row.enabled.end();
       EXPECT_EQ(isEnabled(item, context), isListed) << row.condition << ": item " << static_cast<int>(item);

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "core/catalogue/Launchd.h"
 #include "support/ModeFixture.h"
 
 namespace mirvel {
@@ -21,13 +20,6 @@ class RecordingCollection final : public testdata::RecordingView<GridCollectionT
 
 class GridModeTest : public testdata::ModeFixture {
  protected:
-  /// The catalogue, as it is published.
-  void publish(const Jobs& jobs) {
-    grid.update(jobs);
-    program().catalogue.publish(jobs);
-    shell.events.clear();
-  }
-
   RecordingCollection collection;
   GridMode grid{program().windowContext, collection};
 };
@@ -36,8 +28,6 @@ TEST_F(GridModeTest, OnlyChangedRowsReloadTheView) {
   const Jobs jobs = someJobs();
   const Jobs copies{copy(*jobs[0]), copy(*jobs[1]), copy(*jobs[2]), copy(*jobs[3]), copy(*jobs[4])};
   const Jobs swapped{jobs[1], jobs[0], jobs[2], jobs[3], jobs[4]};
-  const Jobs moved{jobs[1], jobs[0], job(Kind::localDaemon, "c"), jobs[3], jobs[4]};
-  const Jobs elsewhere{jobs[1], jobs[0], job(Kind::localDaemon, "c", "/other"), jobs[3], jobs[4]};
   const struct {
     const char* what;
     Jobs jobs;
@@ -49,8 +39,6 @@ TEST_F(GridModeTest, OnlyChangedRowsReloadTheView) {
       {"the same", jobs, false, "a b | c | own | bundled | "},
       {"equal ones", copies, false, "a b | c | own | bundled | "},
       {"in another order", swapped, true, "b a | c | own | bundled | "},
-      {"equal by checksum, of another kind", moved, true, "b a | c | own | bundled | "},
-      {"equal by checksum, in another folder", elsewhere, true, "b a | c | own | bundled | "},
       {"the last of a kind has gone", {jobs[0], jobs[3]}, true, "a | own | "},
       {"all have gone", {}, true, ""},
   };
@@ -64,8 +52,8 @@ TEST_F(GridModeTest, OnlyChangedRowsReloadTheView) {
 }
 
 TEST_F(GridModeTest, EqualJobsAreReplacedByTheNewObjects) {
-  publish({job(Kind::userAgent, "a"), job(Kind::userAgent, "b")});
-  publish({copy(*program().catalogue.jobs()[0]), copy(*program().catalogue.jobs()[1])});
+  publish(grid, {job(Kind::userAgent, "a"), job(Kind::userAgent, "b")});
+  publish(grid, {copy(*program().catalogue.jobs()[0]), copy(*program().catalogue.jobs()[1])});
   grid.select(program().catalogue.jobs()[1]);
   EXPECT_EQ(collection.marked, (IndexPath{0, 1}));
   EXPECT_EQ(collection.reloads, 1);
@@ -76,18 +64,18 @@ TEST_F(GridModeTest, EqualJobsAreReplacedByTheNewObjects) {
 
 TEST_F(GridModeTest, SystemJobsAppearOnlyWithAChangedCatalogue) {
   const Jobs jobs{job(Kind::userAgent, "a"), job(Kind::systemAgent, "s")};
-  publish(jobs);
+  publish(grid, jobs);
   EXPECT_EQ(text(grid.sections()), "a | ");
   ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
-  publish(jobs);
+  publish(grid, jobs);
   EXPECT_EQ(text(grid.sections()), "a | ") << "unchanged";
-  publish({jobs[0], jobs[1], job(Kind::systemAgent, "t")});
+  publish(grid, {jobs[0], jobs[1], job(Kind::systemAgent, "t")});
   EXPECT_EQ(text(grid.sections()), "a | s t | ");
 }
 
 TEST_F(GridModeTest, JobsThatCantBeEditedHaveABadge) {
   ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
-  publish({job(Kind::userAgent, "a"), job(Kind::localStartupItem, "b"), job(Kind::systemAgent, "c")});
+  publish(grid, {job(Kind::userAgent, "a"), job(Kind::localStartupItem, "b"), job(Kind::systemAgent, "c")});
   for (const bool mayEdit : {false, true}) {
     ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, mayEdit));
     EXPECT_FALSE(grid.item({0, 0}).noWriteBadge);
@@ -125,7 +113,7 @@ TEST_F(GridModeTest, ItemsDescribeTheJob) {
 }
 
 TEST_F(GridModeTest, AClickSelectsUnlessEditsOrASavePreventIt) {
-  publish(someJobs());
+  publish(grid, someJobs());
   enum { Clean, Unsaved, Busy, UnsavedAndBusy };
   const struct {
     const char* what;
@@ -158,7 +146,7 @@ TEST_F(GridModeTest, AClickSelectsUnlessEditsOrASavePreventIt) {
 }
 
 TEST_F(GridModeTest, AClickOnTheMarkedItemTriesAgainToSelectIt) {
-  publish(someJobs());
+  publish(grid, someJobs());
   grid.selectionDidChange(IndexPath{0, 0});
   program().editing.setUnsavedChanges(true);
   grid.selectionDidChange(IndexPath{0, 1});
@@ -174,32 +162,10 @@ TEST_F(GridModeTest, AClickOnTheMarkedItemTriesAgainToSelectIt) {
 }
 
 TEST_F(GridModeTest, SelectMarksAndShowsTheItem) {
-  publish(someJobs());
-  grid.select(URL::file("/jobs/none.plist"));
-  EXPECT_FALSE(collection.marked);
-  EXPECT_FALSE(program().selection.job());
-  grid.select(URL::file("/jobs/./c.plist"));
-  EXPECT_EQ(collection.marked, (IndexPath{1, 0}));
-  EXPECT_EQ(collection.scrolledTo, (IndexPath{1, 0}));
-  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]);
-
-  program().editing.setUnsavedChanges(true);
-  grid.select(program().catalogue.jobs()[1]->url);
-  EXPECT_EQ(collection.marked, (IndexPath{0, 1}));
-  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]);
-  program().editing.setUnsavedChanges(false);
-
-  grid.select(program().catalogue.jobs()[4]);
-  EXPECT_EQ(collection.marked, (IndexPath{3, 0}));
-  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]) << "a job is only marked";
-  grid.select(copy(*program().catalogue.jobs()[0]));
-  EXPECT_EQ(collection.marked, (IndexPath{3, 0})) << "not this very job";
-
-  shell.events.clear();
+  publish(grid, someJobs());
+  expectToMarkByJob(grid, collection, {0, 1});
   grid.deselect();
-  EXPECT_FALSE(collection.marked);
-  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[2]);
+  expectToSelectByURL(grid, collection, {0, 0}, {0, 1});
 }
 
 }  // namespace

@@ -9,6 +9,7 @@ namespace {
 
 using List = ListColumn;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
 
@@ -23,7 +24,6 @@ class ListModeTest : public testdata::ModeFixture {
  protected:
   ListModeTest() { (void)foundation.defaults.setSelectedMode(2); }
 
-  URL url(const std::string& label) const { return URL::file(path(Kind::userAgent, label + ".plist")); }
   std::shared_ptr<Job> copyOf(const std::string& label) { return copy(*jobNamed(label)); }
   Names rows() { return names(list.content()); }
   void fill() {
@@ -77,7 +77,7 @@ TEST_F(ListModeTest, CellsDescribeTheJob) {
   EXPECT_TRUE(beyond.text.empty() && !beyond.image && !beyond.isChecked);
 }
 
-TEST_F(ListModeTest, OnlyAKnownColumnSorts) {
+TEST_F(ListModeTest, OnlyAKnownColumnSortsAndTheSelectedJobStaysVisible) {
   fill();
   for (const char* column : {"run", "odd"}) {
     list.setSortDescriptor({column, true});
@@ -88,10 +88,7 @@ TEST_F(ListModeTest, OnlyAKnownColumnSorts) {
   EXPECT_EQ(rows(), (Names{"a", "b", "c"}));
   queue.runFor(0.02);
   EXPECT_EQ(table.headers, 2) << "once for each sort";
-}
 
-TEST_F(ListModeTest, SortingKeepsTheSelectedJobVisible) {
-  fill();
   program().selection.select(jobNamed("a"));
   list.setSortDescriptor({"run", true});
   EXPECT_EQ(table.marked, 2U);
@@ -120,52 +117,18 @@ TEST_F(ListModeTest, ARefreshKeepsTheOrderOfTheUser) {
   EXPECT_EQ(table.reloads, reloads + 1);
 }
 
-TEST_F(ListModeTest, CopiesOfOneFileKeepTheOrderOfTheUserToo) {
-  writeJob(Kind::userAgent, "same");
-  writeJob(Kind::localAgent, "same");
-  scan();
-  list.setSortDescriptor({"kind", false});
-  list.update(program().catalogue.jobs());  // equal by checksum, row by row, to the rows the other way round
-  EXPECT_EQ(list.content()[0]->kind, Kind::localAgent);
-}
-
-TEST_F(ListModeTest, SelectByURLMarksTheRowAndSelectsTheJobOfTheCatalogue) {
+TEST_F(ListModeTest, SelectMarksTheRowAndSelectsTheJobOfTheCatalogue) {
   fill();
-  const Jobs catalogue = program().catalogue.jobs();
-  list.update({copyOf("b"), copyOf("c")});
-  list.select(url("a"));
+  expectToMarkByJob(list, table, 1);
+  list.update({copyOf("a"), copyOf("b")});
+  list.select(url("c"));
   EXPECT_FALSE(table.marked) << "hidden";
   EXPECT_FALSE(program().selection.job());
-
-  list.select(URL::file(path(Kind::userAgent) / "." / "c.plist"));
-  EXPECT_EQ(table.marked, 1U);
-  EXPECT_EQ(table.scrolledTo, 1U);
-  EXPECT_EQ(program().selection.job(), catalogue[2]);
-  EXPECT_THAT(shell.events, ElementsAre("title Mirvel – c", "updateDetail"));
+  expectToSelectByURL(list, table, 0, 1);
 
   program().editing.setUnsavedChanges(true);
-  list.select(url("b"));
-  EXPECT_EQ(table.marked, 0U);
-  EXPECT_EQ(program().selection.job(), catalogue[2]);
-  list.selectionDidChange(0);
-  EXPECT_EQ(program().selection.job(), catalogue[2]);
-
-  shell.events.clear();
-  list.deselect();
-  EXPECT_FALSE(table.marked);
-  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_EQ(program().selection.job(), catalogue[2]);
-}
-
-TEST_F(ListModeTest, SelectByJobMarksThatVeryJobAndNoMore) {
-  fill();
-  list.select(jobNamed("b"));
-  EXPECT_EQ(table.marked, 1U);
-  table.marked.reset();
-  list.select(copyOf("c"));
-  EXPECT_FALSE(table.marked);
-  EXPECT_FALSE(program().selection.job());
-  EXPECT_THAT(shell.events, IsEmpty());
+  list.selectionDidChange(1);
+  EXPECT_EQ(program().selection.job(), jobNamed("a"));
 }
 
 TEST_F(ListModeTest, AClickSelectsTheJobOfItsRow) {
@@ -210,6 +173,7 @@ TEST_F(ListModeTest, TheMenuDependsOnTheJob) {
                           "reveal /bundled.app", "open /bundled.app"));
   ASSERT_EQ(interface.sheets.size(), 1U);
   EXPECT_EQ(interface.sheets.front().first.message, "Are you sure you want to delete “agent”?");
+  EXPECT_THAT(interface.sheets.front().first.informativeText, HasSubstr("“Restore Deleted”"));
   interface.answerSheet(Interface::alternateButton);
 
   program().selection.select(program().catalogue.jobs()[0]);

@@ -26,64 +26,53 @@ class MenuControllerTest : public testdata::ProgramFixture {
   testdata::RecordingShell shell{program()};
 };
 
-TEST_F(MenuControllerTest, CommandsAreOfferedOnceTheirComponentIsRegistered) {
-  struct Row {
+TEST_F(MenuControllerTest, CommandsAreOfferedOnceTheirComponentIsRegisteredAndReachIt) {
+  writeJob(Kind::userAgent, "a");
+  select("a");
+  Shell& to = program().shell;
+  const auto note = [this](const char* text) { return [this, text] { shell.note(text); }; };
+  const auto sheet = [&](Sheet kind, const char* text) {
+    return [&to, kind, opened = note(text)] { to.sheets[kind] = opened; };
+  };
+  const auto checkForUpdate = [this](bool isManual) { shell.note(isManual ? "updates, asked" : "updates"); };
+  const auto editor = [&] { to.edit = &shell; };
+  const struct {
     Command command;
-    std::function<void(Shell&)> registerComponent;
+    std::function<void()> registerComponent;
+    std::vector<std::string> events;
+  } table[] = {
+      {Command::New, sheet(Sheet::New, "new"), {"new"}},
+      {Command::Duplicate, sheet(Sheet::Duplicate, "duplicate"), {"duplicate"}},
+      {Command::RestoreDeleted, sheet(Sheet::RestoreDeleted, "restore deleted"), {"restore deleted"}},
+      {Command::Test, sheet(Sheet::Test, "test"), {"test"}},
+      {Command::Log, sheet(Sheet::Log, "log"), {"log"}},
+      {Command::Info, sheet(Sheet::Info, "info"), {"info"}},
+      {Command::Import, [&] { to.importJob = note("import"); }, {"import"}},
+      {Command::Export, [&] { to.exportJob = note("export"); }, {"export"}},
+      {Command::CheckForUpdates, [&] { to.checkForUpdate = checkForUpdate; }, {"updates, asked"}},
+      {Command::Edit, editor, {"showEdit"}},
+      {Command::Revert, editor, {}},
+      {Command::Save, [&] { to.saveScript = note("script saved"); }, {"script saved"}},
   };
-  const auto canOpen = [](Sheet sheet) { return [sheet](Shell& to) { to.sheets[sheet] = [] {}; }; };
-  EditType* const edit = program().shell.edit;
-  const Row table[] = {
-      {Command::New, canOpen(Sheet::New)},
-      {Command::Duplicate, canOpen(Sheet::Duplicate)},
-      {Command::RestoreDeleted, canOpen(Sheet::RestoreDeleted)},
-      {Command::Test, canOpen(Sheet::Test)},
-      {Command::Log, canOpen(Sheet::Log)},
-      {Command::Info, canOpen(Sheet::Info)},
-      {Command::Import, [](Shell& to) { to.importJob = [] {}; }},
-      {Command::Export, [](Shell& to) { to.exportJob = [] {}; }},
-      {Command::CheckForUpdates, [](Shell& to) { to.checkForUpdate = [](bool) {}; }},
-      {Command::Save, [](Shell& to) { to.saveScript = [] {}; }},
-      {Command::Edit, [edit](Shell& to) { to.edit = edit; }},
-      {Command::Revert, [edit](Shell& to) { to.edit = edit; }},
-  };
-  program().shell.edit = nullptr;
-  for (const Row& row : table) {
+  for (const auto& row : table) {
+    to.edit = nullptr;
+    shell.events.clear();
     EXPECT_FALSE(menus().isOffered(row.command)) << static_cast<int>(row.command);
-    row.registerComponent(program().shell);
+    row.registerComponent();
     EXPECT_TRUE(menus().isOffered(row.command)) << static_cast<int>(row.command);
-    if (row.command == Command::Edit) program().shell.edit = nullptr;
+    menus().perform(row.command);
+    EXPECT_EQ(shell.events, row.events);
   }
 }
 
-TEST_F(MenuControllerTest, CommandsReachTheirComponents) {
-  writeJob(Kind::userAgent, "a", {{"Program", "/bin/ls"}});
+TEST_F(MenuControllerTest, CommandsReachTheWindowAndTheDesktop) {
+  writeJob(Kind::userAgent, "a");
   select("a");
   shell.events.clear();
-  const auto note = [this](const std::string& text) { return [this, text] { shell.note(text); }; };
-  Shell& to = program().shell;
-  const std::pair<Sheet, const char*> sheets[] = {{Sheet::New, "New"},
-                                                  {Sheet::Duplicate, "Duplicate"},
-                                                  {Sheet::RestoreDeleted, "Restore Deleted"},
-                                                  {Sheet::Test, "Test"},
-                                                  {Sheet::Log, "Log"},
-                                                  {Sheet::Info, "Info"}};
-  for (const auto& [sheet, name] : sheets) to.sheets[sheet] = note("sheet " + std::string(name));
-  to.importJob = note("import");
-  to.exportJob = note("export");
-  to.emptyIconCache = note("empty icon cache");
-  to.checkForUpdate = [this](bool isManual) { shell.note(isManual ? "updates, asked" : "updates"); };
-  shell.tab = DetailTab::LaunchdDisplay;
-  for (const Command command : {Command::New, Command::Duplicate, Command::RestoreDeleted, Command::Test, Command::Log,
-                                Command::Info, Command::Import, Command::Export, Command::Edit, Command::Filter,
-                                Command::FullScreen, Command::About, Command::CheckForUpdates}) {
-    menus().perform(command);
-  }
+  for (const Command command : {Command::Filter, Command::FullScreen, Command::About}) menus().perform(command);
   shell.tab = DetailTab::LaunchdEdit;
   menus().perform(Command::Save);
-  EXPECT_THAT(shell.events, ElementsAre("sheet New", "sheet Duplicate", "sheet Restore Deleted", "sheet Test",
-                                        "sheet Log", "sheet Info", "import", "export", "showEdit", "focusOnFilter",
-                                        "toggleFullScreen", "showAbout", "updates, asked", "save"));
+  EXPECT_THAT(shell.events, ElementsAre("focusOnFilter", "toggleFullScreen", "showAbout", "save"));
   for (const Command command :
        {Command::Help, Command::ManLaunchdplist, Command::Site, Command::MailSupport, Command::RevealInFinder}) {
     menus().perform(command);
@@ -91,17 +80,17 @@ TEST_F(MenuControllerTest, CommandsReachTheirComponents) {
   EXPECT_THAT(workspace.calls, ElementsAre("openAddress https://mirvel.app/mirvel-help", HasSubstr("launchd.plist"),
                                            "openAddress https://mirvel.app", "openAddress mailto:support@mirvel.app",
                                            "reveal " + path(Kind::userAgent, "a.plist").string()));
-
-  to.saveScript = note("script saved");
-  menus().perform(Command::Save);
-  EXPECT_EQ(shell.events.back(), "script saved");
+  program().shell.emptyIconCache = [this] { shell.note("empty icon cache"); };
   menus().perform(Command::Refresh);
   EXPECT_EQ(fetchQueue.count(), 1U);
   EXPECT_THAT(shell.events, Contains("empty icon cache"));
+  menus().perform(Command::Delete);
+  ASSERT_EQ(interface.sheets.size(), 1U);
+  EXPECT_EQ(interface.sheets.front().first.message, "Are you sure you want to delete “a”?");
 
   shell.events.clear();
   shell.isSheetUp = true;
-  menus().perform(Command::New);
+  menus().perform(Command::Filter);
   EXPECT_THAT(shell.events, IsEmpty()) << "what isn't enabled isn't done";
 }
 
@@ -148,25 +137,6 @@ TEST_F(MenuControllerTest, ViewCommandsToggleTheirSettings) {
   EXPECT_TRUE(foundation.defaults.preferFullScreen());
 }
 
-TEST_F(MenuControllerTest, DeletingIsAskedAboutInASheet) {
-  writeJob(Kind::userAgent, "a");
-  select("a");
-  menus().perform(Command::Delete);
-  ASSERT_EQ(interface.sheets.size(), 1U);
-  const Alert& question = interface.sheets.front().first;
-  EXPECT_EQ(question.message, "Are you sure you want to delete “a”?");
-  EXPECT_THAT(question.informativeText, HasSubstr("“Restore Deleted”"));
-  EXPECT_EQ(question.safeButton, Interface::alternateButton) << "Return doesn't delete";
-  interface.answerSheet(Interface::alternateButton);
-  EXPECT_THAT(helpers.requests, IsEmpty());
-
-  menus().perform(Command::Delete);
-  program().selection.select(nullptr);  // the question was about this job all the same
-  interface.answerSheet(Interface::defaultButton);
-  ASSERT_EQ(helpers.requests.size(), 1U);
-  EXPECT_EQ(helpers.requests.front().text("deletePath"), path(Kind::userAgent, "a.plist").string());
-}
-
 TEST_F(MenuControllerTest, CommandsIgnoreAHiddenSelection) {
   writeJob(Kind::userAgent, "a");
   select("a");
@@ -197,15 +167,13 @@ TEST_F(MenuControllerTest, TheEndOfTheSessionAsksAboutUnsavedChanges) {
   EXPECT_THAT(interface.alerts, IsEmpty());
 
   program().editing.setUnsavedChanges(true);
-  interface.answer.button = Interface::defaultButton;
-  EXPECT_FALSE(program().mainWindow.sessionMayEnd());
-  EXPECT_EQ(shell.count("discardEdits"), 0U);
-  interface.answer.button = Interface::alternateButton;
-  EXPECT_TRUE(program().mainWindow.sessionMayEnd());
-  EXPECT_EQ(shell.count("discardEdits"), 1U);
+  for (const bool discards : {false, true}) {
+    interface.answer.button = discards ? Interface::alternateButton : Interface::defaultButton;
+    EXPECT_EQ(program().mainWindow.sessionMayEnd(), discards);
+    EXPECT_EQ(shell.count("discardEdits"), discards ? 1U : 0U);
+  }
   ASSERT_EQ(interface.alerts.size(), 2U);
   EXPECT_EQ(interface.alerts.front().alternateTitle, "Discard Changes");
-  EXPECT_EQ(interface.alerts.front().safeButton, Interface::defaultButton) << "closing it stays";
 }
 
 TEST_F(MenuControllerTest, ALaunchdJobIsSharedAsFileAndTextAndOthersAsTheirCommand) {

@@ -49,17 +49,6 @@ TEST_F(RevisionMenuTest, ARevisionIsInsertedAsAnUnsavedChange) {
   EXPECT_THAT(testdata::bytes(path(Kind::userAgent, "a.plist")), testing::HasSubstr("/bin/ls")) << "not on the disk";
 }
 
-TEST_F(RevisionMenuTest, OfTwoFilesWithTheSameBytesTheSelectedOneIsReplaced) {
-  writeJob(Kind::localAgent, "a", {{"Program", "/bin/ls"}, {"Own", 1}});
-  scan();
-  const auto other = program().catalogue.jobAt(URL::file(path(Kind::userAgent, "a.plist")));
-  program().selection.select(program().catalogue.jobAt(URL::file(path(Kind::localAgent, "a.plist"))));
-  program().revisions.saveRevision(selected());
-  insertRevision(program().windowContext, revisionItems(program().windowContext).at(0).revision);
-  EXPECT_EQ(program().catalogue.jobAt(other->url), other);
-  EXPECT_EQ(program().catalogue.jobAt(selected().url), program().selection.job());
-}
-
 TEST_F(RevisionMenuTest, ARevisionWithoutValidContentChangesNothing) {
   scan();
   const auto job = jobNamed("a");
@@ -74,7 +63,7 @@ TEST_F(RevisionMenuTest, ARevisionWithoutValidContentChangesNothing) {
   EXPECT_THAT(revisionItems(program().windowContext), IsEmpty());
 }
 
-TEST_F(RevisionMenuTest, RevisionsAreDeletedForOneJobOrForAllAndNeverByReturnOrEscape) {
+TEST_F(RevisionMenuTest, RevisionsAreDeletedForOneJobOrForAllOrNone) {
   struct Row {
     int answer;
     bool isAKept;
@@ -89,10 +78,7 @@ TEST_F(RevisionMenuTest, RevisionsAreDeletedForOneJobOrForAllAndNeverByReturnOrE
     }
     confirmDeleteRevisions(program().windowContext);
     ASSERT_THAT(interface.sheets, SizeIs(1));
-    const Alert question = interface.sheets.front().first;
-    EXPECT_EQ(question.message, "Do you want to delete the revisions of “a”?");
-    EXPECT_EQ(question.safeButton, Interface::otherButton);
-    EXPECT_EQ(question.otherTitle, "Cancel");
+    EXPECT_EQ(interface.sheets.front().first.message, "Do you want to delete the revisions of “a”?");
     program().selection.select(jobNamed("b"));  // the question was about the other one
     interface.answerSheet(row.answer);
     EXPECT_EQ(program().revisions.revisions().find(path(Kind::userAgent, "a.plist").string()) != nullptr, row.isAKept);

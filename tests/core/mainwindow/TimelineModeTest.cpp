@@ -8,6 +8,7 @@
 namespace mirvel {
 namespace {
 
+using propertylist::Dictionary;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<std::string>;
@@ -19,11 +20,8 @@ class TimelineModeTest : public testdata::ModeFixture {
  protected:
   TimelineModeTest() { (void)foundation.defaults.setSelectedMode(3); }
 
-  URL url(const std::string& label) const { return URL::file(path(Kind::userAgent, label + ".plist")); }
-  void writeDaily(const std::string& label, std::int64_t day, Kind kind = Kind::userAgent) {
-    propertylist::Dictionary interval;
-    interval.set("Day", propertylist::Value(day));
-    writeJob(kind, label, {{"StartCalendarInterval", propertylist::Value(std::move(interval))}});
+  void writeDaily(const std::string& label, std::int64_t day) {
+    writeJob(Kind::userAgent, label, {{"StartCalendarInterval", Dictionary{{"Day", day}}}});
   }
   std::shared_ptr<Job> launchdCopy(const std::string& label) {
     return Launchd::read(testdata::bytes(url(label).path()), url(label), Kind::userAgent, foundation.scanSettings(),
@@ -37,9 +35,7 @@ class TimelineModeTest : public testdata::ModeFixture {
   /// Rows: header, a; header, b; header, a.
   void fill() {
     writeJob(Kind::userAgent, "a",
-             {{"StartCalendarInterval",
-               propertylist::Value(propertylist::Array{propertylist::Value(propertylist::Dictionary{{"Day", 13}}),
-                                                       propertylist::Value(propertylist::Dictionary{{"Day", 20}})})}});
+             {{"StartCalendarInterval", propertylist::Array{Dictionary{{"Day", 13}}, Dictionary{{"Day", 20}}}}});
     writeDaily("b", 15);
     scan();
     shell.events.clear();
@@ -108,35 +104,11 @@ TEST_F(TimelineModeTest, EveryBuildAsksForTheZone) {
   EXPECT_EQ(timeline.cell(1).time.substr(0, 5), "12:00");
 }
 
-TEST_F(TimelineModeTest, AFilterNarrowsTheRows) {
-  fill();
-  program().currentMode.setFilter(program().catalogue.jobs(), "b.plist");
-  EXPECT_THAT(rows(), ElementsAre("Thursday, January 15, 1970", "b"));
-  program().currentMode.setFilter(program().catalogue.jobs(), "");
-  EXPECT_EQ(rows().size(), 6U);
-}
-
 TEST_F(TimelineModeTest, SelectByURLMarksTheFirstRunAndSelectsTheJobOfTheCatalogue) {
   fill();
-  timeline.select(url("none"));
-  EXPECT_FALSE(table.marked);
-  timeline.select(URL::file(path(Kind::userAgent) / "." / "a.plist"));
-  EXPECT_EQ(table.marked, 1U);
-  EXPECT_EQ(table.scrolledTo, 1U);
-  EXPECT_EQ(program().selection.job(), jobNamed("a"));
-  EXPECT_THAT(shell.events, ElementsAre("title Mirvel – a", "updateDetail"));
-
-  program().editing.setUnsavedChanges(true);
-  timeline.select(url("b"));
-  EXPECT_EQ(table.marked, 3U);
-  EXPECT_EQ(program().selection.job(), jobNamed("a"));
+  expectToSelectByURL(timeline, table, 1, 3);
   timeline.select(jobNamed("a"));
-  EXPECT_EQ(table.marked, 3U) << "by job it does nothing";
-  shell.events.clear();
-  timeline.deselect();
-  EXPECT_FALSE(table.marked);
-  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
-  EXPECT_EQ(program().selection.job(), jobNamed("a"));
+  EXPECT_FALSE(table.marked) << "by job it does nothing";
 }
 
 TEST_F(TimelineModeTest, AClickSelectsTheJobOfItsRow) {
@@ -186,15 +158,6 @@ TEST_F(TimelineModeTest, RowsOfAMissingJobDoNothing) {
   EXPECT_FALSE(program().selection.job());
   EXPECT_THAT(timeline.menuForRow(1).items(), IsEmpty());
   EXPECT_FALSE(timeline.dragRows({1}));
-}
-
-TEST_F(TimelineModeTest, CopiesOfOneFileHaveRowsOfTheirOwn) {
-  writeDaily("same", 13);
-  writeDaily("same", 13, Kind::localAgent);
-  scan();
-  const Jobs jobs = program().catalogue.jobs();
-  timeline.update({jobs[1], jobs[0]});  // equal by checksum, the other way round
-  EXPECT_EQ(timeline.timelineArray().rows()[1].url()->text(), jobs[1]->url.text());
 }
 
 }  // namespace

@@ -32,11 +32,6 @@ class TreeModeTest : public testdata::ModeFixture {
  protected:
   TreeModeTest() { (void)foundation.defaults.setSelectedMode(1); }
 
-  void publish(const Jobs& jobs) {
-    tree->update(jobs);
-    program().catalogue.publish(jobs);
-    shell.events.clear();
-  }
   /// As at the next start of the program.
   void startAgain() {
     tree.reset();
@@ -59,7 +54,7 @@ class TreeModeTest : public testdata::ModeFixture {
 TEST_F(TreeModeTest, RowsDescribeJobsAndGroupsAndCountFilteredJobs) {
   const Jobs jobs = someJobs();
   jobs[1]->icon = Image::named("icon");
-  publish(jobs);
+  publish(*tree, jobs);
   const struct {
     IndexPath path;
     const char* text;
@@ -94,27 +89,21 @@ TEST_F(TreeModeTest, ADisabledJobIsMarked) {
 TEST_F(TreeModeTest, GroupsKeepTheirStateAcrossScansFiltersAndStarts) {
   const Jobs all{job(Kind::userAgent, "a"), job(Kind::localAgent, "b"), job(Kind::localDaemon, "c")};
   const Jobs withoutB{all[0], all[2]};
+  const Jobs withAnother{all[0], all[1], all[2], job(Kind::userAgent, "x")};
+  const Jobs withTool{all[0], all[1], all[2], job(Kind::privilegedHelperTool, "p")};
   const struct {
     const char* what;
     std::function<void()> does;
     const char* groups;
   } rows[] = {
-      {"never touched", [&] { publish(all); }, "ABC"},
+      {"never touched", [&] { publish(*tree, all); }, "ABC"},
       {"started again", [&] { startAgain(); }, "ABC"},
       {"closed one", [&] { tree->toggle(0); }, "aBC"},
       {"closed another", [&] { tree->setExpanded(2, false); }, "aBc"},
       {"beyond them", [&] { tree->toggle(9); }, "aBc"},
-      {"refreshed",
-       [&] {
-         publish({all[0], all[1], all[2], job(Kind::userAgent, "x")});
-       },
-       "aBc"},
+      {"refreshed", [&] { publish(*tree, withAnother); }, "aBc"},
       {"started again", [&] { startAgain(); }, "aBc"},
-      {"a new group",
-       [&] {
-         publish({all[0], all[1], all[2], job(Kind::privilegedHelperTool, "p")});
-       },
-       "aBcp"},
+      {"a new group", [&] { publish(*tree, withTool); }, "aBcp"},
       {"filtered", [&] { tree->update({all[0]}); }, "a"},
       {"the filter is gone", [&] { tree->update(all); }, "aBc"},
       {"filtered", [&] { tree->update(withoutB); }, "ac"},
@@ -140,7 +129,7 @@ TEST_F(TreeModeTest, OpenGroupsAreSavedByTheNumbersOfTheirKinds) {
       {"<array><string>0</string><integer>1</integer><integer>-1</integer></array>", "aBc"},
       {"<string>0</string>", "ABC"},
   };
-  publish({job(Kind::userAgent, "a"), job(Kind::localAgent, "b"), job(Kind::localDaemon, "c")});
+  publish(*tree, {job(Kind::userAgent, "a"), job(Kind::localAgent, "b"), job(Kind::localDaemon, "c")});
   for (const auto& row : rows) {
     (void)folder.write("preferences.plist",
                        "<plist version=\"1.0\"><dict><key>Tree</key>" + std::string(row.saved) + "</dict></plist>");
@@ -153,49 +142,28 @@ TEST_F(TreeModeTest, OpenGroupsAreSavedByTheNumbersOfTheirKinds) {
 }
 
 TEST_F(TreeModeTest, SelectOpensTheGroupOfTheJob) {
-  publish(someJobs());
+  publish(*tree, someJobs());
   tree->toggle(0);
   tree->select(URL::file("/jobs/none.plist"));
-  EXPECT_FALSE(outline.marked);
   EXPECT_FALSE(tree->isExpanded(0));
-  tree->select(program().catalogue.jobs()[1]->url);
+  expectToMarkByJob(*tree, outline, {0, 1});
   EXPECT_TRUE(outline.expanded[0]);
-  EXPECT_EQ(outline.marked, (IndexPath{0, 1}));
-  EXPECT_EQ(outline.scrolledTo, (IndexPath{0, 1}));
-  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[1]);
-
-  tree->toggle(1);
-  tree->select(program().catalogue.jobs()[2]);
-  EXPECT_TRUE(outline.expanded[1]);
-  EXPECT_EQ(outline.marked, (IndexPath{1, 0}));
-  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[1]) << "a job is only marked";
-  program().editing.setUnsavedChanges(true);
-  tree->select(program().catalogue.jobs()[0]->url);
-  EXPECT_EQ(outline.marked, (IndexPath{0, 0}));
-  EXPECT_EQ(program().selection.job(), program().catalogue.jobs()[1]);
-
-  shell.events.clear();
+  tree->toggle(0);
   tree->deselect();
-  EXPECT_FALSE(outline.marked);
-  EXPECT_THAT(shell.events, ElementsAre("clearDetail"));
+  expectToSelectByURL(*tree, outline, {0, 0}, {0, 1});
+  EXPECT_TRUE(outline.expanded[0]);
 }
 
 TEST_F(TreeModeTest, GroupsAreNeverSelectedAndNeverAskAboutChanges) {
-  publish(someJobs());
-  enum { Clean, Unsaved, Busy };
+  publish(*tree, someJobs());
   const struct {
-    int state;
+    bool hasUnsavedChanges;
     IndexPath path;
     bool maySelect;
     std::size_t questions;
-  } rows[] = {
-      {Clean, {0}, false, 0},      {Clean, {0, 1}, true, 0},    {Busy, {0, 1}, false, 0},
-      {Unsaved, {1}, false, 0},    {Unsaved, {1, 0}, false, 1}, {Unsaved, {0}, false, 1},
-      {Unsaved, {0, 0}, false, 1}, {Clean, {1, 0}, true, 1},    {Unsaved, {0, 0}, false, 2},
-  };
+  } rows[] = {{false, {0}, false, 0}, {false, {0, 1}, true, 0}, {true, {1}, false, 0}, {true, {1, 0}, false, 1}};
   for (const auto& row : rows) {
-    program().editing.setUnsavedChanges(row.state == Unsaved);
-    const auto saving = row.state == Busy ? program().saving.begin() : mirvel::Busy::Token();
+    program().editing.setUnsavedChanges(row.hasUnsavedChanges);
     EXPECT_EQ(tree->maySelect(row.path), row.maySelect) << testing::PrintToString(row.path);
     EXPECT_EQ(interface.sheets.size(), row.questions) << testing::PrintToString(row.path);
   }
@@ -207,7 +175,7 @@ TEST_F(TreeModeTest, GroupsAreNeverSelectedAndNeverAskAboutChanges) {
 }
 
 TEST_F(TreeModeTest, AnAccessiblePressSelectsJobsOfTheCatalogue) {
-  publish(someJobs());
+  publish(*tree, someJobs());
   const auto gone = job(Kind::userAgent, "gone");
   tree->update({program().catalogue.jobs()[0], gone});
   const struct {
@@ -231,7 +199,7 @@ TEST_F(TreeModeTest, AnAccessiblePressSelectsJobsOfTheCatalogue) {
 }
 
 TEST_F(TreeModeTest, FollowsTheCatalogueWhileItIsVisible) {
-  publish(someJobs());
+  publish(*tree, someJobs());
   const auto news = [&] { program().notifications.jobsUpdated.post(); };
   news();
   EXPECT_EQ(outline.redraws, 0);

@@ -4,10 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <set>
-
-#include "core/base/Const.h"
-#include "core/catalogue/Launchd.h"
 #include "support/ProgramFixture.h"
 
 namespace mirvel {
@@ -46,6 +42,11 @@ class FetchOperationTest : public testdata::ProgramFixture {
     fs::create_directories(path(kind, name).parent_path());
     ASSERT_EQ(::mkfifo(path(kind, name).c_str(), 0600), 0);
   }
+
+  const EmbeddedList embeddedList{tools, ""};
+  ActingConsole acting;
+  ScanTools scanTools{
+      .collator = foundation.collator, .loginItems = loginItems, .embeddedList = embeddedList, .console = acting};
 };
 
 TEST_F(FetchOperationTest, JobsAreSortedByKindAndThenAsInAFileViewer) {
@@ -162,9 +163,6 @@ TEST_F(FetchOperationTest, OnlyFilesThatWereNotJustWrittenAreCached) {
   const auto settled = writeJob(Kind::userAgent, "old");
   const auto fresh = writeJob(Kind::userAgent, "fresh");
   fs::last_write_time(fresh, fs::file_time_type::clock::now());
-  const EmbeddedList embeddedList(tools, "");
-  ScanTools scanTools{
-      .collator = foundation.collator, .loginItems = loginItems, .embeddedList = embeddedList, .console = console};
   FetchOperation({}, foundation.scanSettings(), scanTools).main();
 
   const auto agents = JobFolder::open(settled.parent_path());
@@ -196,10 +194,6 @@ TEST_F(FetchOperationTest, ChangesDuringAScanAreFoundByItOrTheNext) {
 
 TEST_F(FetchOperationTest, ACancelledScanEndsAtItsNextStepWithNothing) {
   for (int i = 0; i < 5; ++i) (void)write(Kind::userAgent, "bad" + std::to_string(i), "bad");
-  ActingConsole acting;
-  const EmbeddedList embeddedList(tools, "");
-  ScanTools scanTools{
-      .collator = foundation.collator, .loginItems = loginItems, .embeddedList = embeddedList, .console = acting};
 
   const Jobs old{std::make_shared<Job>(Kind::userAgent, "old", "", "old", URL::file("/old"))};
   FetchOperation before(old, foundation.scanSettings(), scanTools);
@@ -220,24 +214,6 @@ TEST_F(FetchOperationTest, ACancelledScanEndsAtItsNextStepWithNothing) {
   loginItems.whenAsked = [&] { betweenKinds.cancel(); };
   betweenKinds.main();
   EXPECT_FALSE(betweenKinds.jobs) << "neither half a catalogue nor an empty one";
-}
-
-TEST_F(FetchOperationTest, OfTheCorpusExactlyTheFilesThatDecodeAreListed) {
-  MIRVEL_REQUIRE_TESTDATA(corpus, "corpus");
-  std::set<std::string> expected;
-  for (const auto& file : testdata::files(corpus, ".plist")) {
-    const std::string content = testdata::bytes(file);
-    const auto copy = write(Kind::userAgent, file.filename(), content);
-    const auto record = Launchd::Plist::readTolerantly(content);
-    if (record && !record->name.starts_with(Const::excludePrefix)) expected.insert(copy);
-  }
-  ASSERT_GT(expected.size(), 50U);
-
-  const Jobs& jobs = scan();
-  std::set<std::string> found;
-  for (const auto& job : jobs) found.insert(job->url.text());
-  EXPECT_EQ(found, expected);
-  EXPECT_EQ(jobs.size(), expected.size());
 }
 
 }  // namespace

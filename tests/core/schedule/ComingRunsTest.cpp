@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <random>
 #include <string>
 #include <vector>
 
+#include "core/schedule/MergedRuns.h"
 #include "core/schedule/UtcText.h"
 
 namespace mirvel {
@@ -33,7 +35,7 @@ struct Row {
 };
 
 void append(std::string& runs, sys_seconds run, const Row& row) {
-  const std::string text = utcText(run).substr(0, 16);
+  const std::string text = utcText(run);
   if (!runs.empty()) runs += ", ";
   runs += text.starts_with(std::string(row.after, 5)) ? text.substr(5) : text;
 }
@@ -94,10 +96,12 @@ TEST(ComingRunsTest, AsShownAMissingHourOrMinuteIsZero) {
       {utc, {{}, {}, -3}, "2026-04-01 00:00", "2026-05-02 00:00", "05-01 00:00"},
       {utc, {0, 0, 29, {}, 2}, "2026-01-01 00:00", "2033-01-01 00:00", "2028-02-29 00:00, 2032-02-29 00:00"},
       {utc, {0, 0, 31, {}, 14}, "2026-01-01 00:00", "2027-01-01 00:00", "12-31 00:00"},
+      {utc, {0, 0, 31, {}, 0}, "2026-01-01 00:00", "2027-01-01 00:00", "01-31 00:00"},
       {utc, {0, 0, 31, {}, 4}, "2026-01-01 00:00", "2029-01-01 00:00", ""},
       {utc, {0, 0, 10, 1}, "2026-03-01 00:00", "2026-04-01 00:00", "03-10 00:00"},
       {utc, {{}, {}, {}, 1}, "2026-03-01 00:00", "2026-03-10 00:00", "03-02 00:00, 03-09 00:00"},
       {utc, {5, 6, {}, 0}, "2026-03-01 00:00", "2026-03-09 00:00", "03-01 06:05, 03-08 06:05"},
+      {utc, {5, 6, {}, 6}, "2026-03-01 00:00", "2026-03-08 00:00", "03-07 06:05"},
       {utc, {5, 6, {}, 7}, "2026-03-01 00:00", "2026-03-09 00:00", "03-01 06:05, 03-08 06:05"},
       {utc, {5, 6, {}, -2}, "2026-03-01 00:00", "2026-03-08 00:00", "03-01 06:05"},
       {utc, {5, 6, {}, {}, 7}, "2026-03-01 00:00", "2026-03-02 00:00", "03-01 06:05"},
@@ -135,12 +139,11 @@ TEST(ComingRunsTest, RunsAreStrictlyLaterToTheSecond) {
   const ZoneStretches zone(utc, at("2026-03-01 00:00"), at("2026-03-03 00:00"));
   const auto rule = CalendarRule::asShown({0, 12});
   const auto noon = at("2026-03-01 12:00");
-  EXPECT_EQ(ComingRuns(rule, zone, noon - seconds(1), zone.end()).next(), noon);
-  EXPECT_EQ(ComingRuns(rule, zone, noon, zone.end()).next(), noon + days(1));
-  EXPECT_EQ(ComingRuns(rule, zone, noon + seconds(1), zone.end()).next(), noon + days(1));
   for (const int second : {-1, 0, 1}) {
+    const auto after = noon + seconds(second);
+    EXPECT_EQ(ComingRuns(rule, zone, after, zone.end()).next(), second < 0 ? noon : noon + days(1)) << second;
     int count = 0;
-    forEachRun(rule, zone, noon + seconds(second), noon + days(1), [&](sys_seconds) { ++count; });
+    forEachRun(rule, zone, after, noon + days(1), [&](sys_seconds) { ++count; });
     EXPECT_EQ(count, second < 0 ? 1 : 0) << second;
   }
 }
@@ -170,12 +173,6 @@ TEST(ComingRunsTest, RunsContinueAcrossTransitions) {
   }
 }
 
-TEST(ComingRunsTest, ALoneMinuteRunsEveryHourOfTheMonth) {
-  const Row row{berlin, {15}, "2026-03-01 00:00", "2026-04-01 00:00", ""};
-  const std::string runs = runsOf(row, CalendarRule::asShown(row.interval));
-  EXPECT_EQ(std::count(runs.begin(), runs.end(), ','), 31 * 24 - 1);
-}
-
 TEST(ComingRunsTest, TheFirstOfSeveralRulesIsTheEarliest) {
   const ZoneStretches zone(utc, at("2026-03-01 00:00"), at("2026-03-08 00:00"));
   const std::vector<CalendarRule> rules = {CalendarRule::asRun({0, 12}), CalendarRule::asRun({0, 6, {}, 2}),
@@ -183,6 +180,61 @@ TEST(ComingRunsTest, TheFirstOfSeveralRulesIsTheEarliest) {
   EXPECT_EQ(firstRun(rules, zone, at("2026-03-01 00:00")), at("2026-03-01 12:00"));
   EXPECT_EQ(firstRun(rules, zone, at("2026-03-02 12:00")), at("2026-03-03 06:00"));
   EXPECT_EQ(firstRun({}, zone, at("2026-03-02 12:00")), std::nullopt);
+}
+
+constexpr sys_seconds begin = sys_days(2026y / 3 / 1);
+
+TEST(MergedRunsTest, RunsAreSortedByTimeAndThenByRule) {
+  const ZoneStretches zone("UTC", begin, begin + days(40));
+  const OwnedRule rules[] = {{CalendarRule::asShown({0, 12}), 7},
+                             {CalendarRule::asShown({0, 6}), 1},
+                             {CalendarRule::asShown({0, 12, {}, 1}), 3},
+                             {CalendarRule::asShown({0, 24}), 4},
+                             {CalendarRule::asShown({0, 6, 3}), 1}};
+  const std::vector<OwnedRun> runs = mergedRuns(rules, zone, begin + 6h, begin + days(2) + 6h);
+  EXPECT_EQ(runs, (std::vector<OwnedRun>{{begin + 12h, 7}, {begin + 30h, 1}, {begin + 36h, 7}, {begin + 36h, 3}}));
+  EXPECT_TRUE(mergedRuns({}, zone, begin, zone.end()).empty());
+  EXPECT_TRUE(mergedRuns(rules, zone, begin, begin).empty());
+}
+
+TEST(MergedRunsTest, TheOrderEqualsThatOfAStableSort) {
+  const auto end = begin + days(400);
+  const ZoneStretches zone("Europe/Berlin", begin, end);
+  std::mt19937 random(5);
+  std::vector<OwnedRule> rules;
+  std::vector<OwnedRun> expected;
+  for (std::uint32_t owner = 0; owner < 300; ++owner) {
+    rules.push_back({CalendarRule::asShown({random() % 60, random() % 24, 1 + random() % 31}), owner});
+    ComingRuns runs(rules.back().rule, zone, begin, end);
+    while (const auto run = runs.next()) expected.push_back({*run, owner});
+  }
+  std::stable_sort(expected.begin(), expected.end(), [](const auto& a, const auto& b) { return a.date < b.date; });
+  EXPECT_EQ(mergedRuns(rules, zone, begin, end), expected);
+}
+
+TEST(ZoneStretchesTest, LocalTimesAndMomentsAreConverted) {
+  const struct {
+    const char* zone;
+    local_seconds local;
+    sys_seconds moment;
+    std::optional<local_seconds> localThen = {};  ///< if `local` is skipped
+  } rows[] = {
+      {"Europe/Berlin", local_days(2026y / 3 / 29) + 1h + 59min, sys_days(2026y / 3 / 29) + 59min},
+      {"Europe/Berlin", local_days(2026y / 3 / 29) + 2h + 30min, sys_days(2026y / 3 / 29) + 1h,
+       local_days(2026y / 3 / 29) + 3h},
+      {"Europe/Berlin", local_days(2026y / 3 / 29) + 3h, sys_days(2026y / 3 / 29) + 1h},
+      {"Europe/Berlin", local_days(2026y / 10 / 25) + 2h + 30min, sys_days(2026y / 10 / 25) + 30min},
+      {"Europe/Berlin", local_days(2026y / 10 / 25) + 3h, sys_days(2026y / 10 / 25) + 2h},
+      {"America/New_York", local_days(2026y / 11 / 1) + 1h, sys_days(2026y / 11 / 1) + 5h},
+      {"Australia/Lord_Howe", local_days(2026y / 10 / 4) + 2h + 15min, sys_days(2026y / 10 / 3) + 15h + 30min,
+       local_days(2026y / 10 / 4) + 2h + 30min},
+      {"Asia/Kolkata", local_days(2026y / 10 / 4), sys_days(2026y / 10 / 3) + 18h + 30min},
+  };
+  for (const auto& row : rows) {
+    const ZoneStretches zone(row.zone, row.moment - days(1), row.moment + days(1));
+    EXPECT_EQ(zone.moment(row.local), row.moment) << &row - rows;
+    EXPECT_EQ(zone.local(row.moment), row.localThen.value_or(row.local)) << &row - rows;
+  }
 }
 
 }  // namespace

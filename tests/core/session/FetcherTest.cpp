@@ -30,13 +30,10 @@ class FetcherTest : public testdata::ProgramFixture {
   }
 
   testdata::RecordingShell shell{program()};
-  int loadingChanges = 0;
   int jobUpdates = 0;
   std::size_t jobsWhenUpdated = 0;
-  Subscription loading = program().notifications.loadingChanged.subscribe([this] {
-    ++loadingChanges;
-    shell.note(program().scanning.isBusy() ? "loading" : "loaded");
-  });
+  Subscription loading = program().notifications.loadingChanged.subscribe(
+      [this] { shell.note(program().scanning.isBusy() ? "loading" : "loaded"); });
   Subscription updated = program().notifications.jobsUpdated.subscribe([this] {
     ++jobUpdates;
     jobsWhenUpdated = program().catalogue.jobs().size();

@@ -1,13 +1,17 @@
-#include "core/mainwindow/ListLayout.h"
-
 #include <gtest/gtest.h>
 
+#include "core/catalogue/Launchd.h"
 #include "core/locale/Localize.h"
+#include "core/mainwindow/ListLayout.h"
+#include "core/mainwindow/ListSort.h"
+#include "support/JobText.h"
+#include "support/RecordingConsole.h"
 
 namespace mirvel {
 namespace {
 
 using List = ListColumn;
+using propertylist::Dictionary;
 
 TEST(ListLayoutTest, ColumnsHaveIdentifiersAndTitles) {
   const Localize localize("en");
@@ -68,6 +72,52 @@ TEST(ListLayoutTest, TheSortOrderIsReadBack) {
     EXPECT_EQ(descriptor->key, row.key);
     EXPECT_EQ(descriptor->isAscending, row.isAscending);
     EXPECT_EQ(sortText(*descriptor), row.text);
+  }
+}
+
+std::shared_ptr<Job> launchd(const std::string& name, Dictionary keys = {}, Kind kind = Kind::userAgent) {
+  testdata::RecordingConsole console;
+  return Launchd::read(testdata::jobText(name, std::move(keys)), URL::file("/" + name), kind, {}, console);
+}
+
+std::shared_ptr<Job> other(const std::string& name, Kind kind = Kind::localStartupItem) {
+  return std::make_shared<Job>(kind, name, "", name, URL::file("/" + name));
+}
+
+std::string order(const Jobs& jobs) {
+  std::string names;
+  for (const auto& job : jobs) names += (names.empty() ? "" : " ") + job->name;
+  return names;
+}
+
+TEST(ListSortTest, EachColumnSortsBothWaysAndKeepsEqualJobs) {
+  const Collator collator("en");
+  const Jobs jobs{launchd("b10", {{"Disabled", true}, {"Program", "/bin/2"}}),
+                  launchd("B2", {{"StartInterval", 5}, {"Program", "/bin/10"}}, Kind::localDaemon),
+                  launchd("a", {{"KeepAlive", true}, {"Program", "/opt/1"}}, Kind::localAgent),
+                  launchd("\u00e1", {{"Program", "/bin/2"}}),
+                  other("item"),
+                  other("tool", Kind::privilegedHelperTool)};
+  const struct {
+    List column;
+    const char* ascending;
+    const char* descending;
+  } table[] = {
+      {List::Name, "a \u00e1 B2 b10 item tool", "tool item b10 B2 \u00e1 a"},
+      {List::Summary, "item tool a b10 \u00e1 B2", "B2 b10 \u00e1 a item tool"},
+      {List::Run, "item tool b10 \u00e1 B2 a", "a B2 b10 \u00e1 item tool"},
+      {List::Kind, "b10 \u00e1 a B2 item tool", "tool item B2 a b10 \u00e1"},
+      {List::Enabled, "B2 a \u00e1 item tool b10", "b10 B2 a \u00e1 item tool"},
+      {List::KeepAlive, "a b10 B2 \u00e1 item tool", "b10 B2 \u00e1 item tool a"},
+      {List::Scheduled, "B2 b10 a \u00e1 item tool", "b10 a \u00e1 item tool B2"},
+  };
+  for (const auto& row : table) {
+    Jobs sorted = jobs;
+    sortJobs(sorted, row.column, true, collator);
+    EXPECT_EQ(order(sorted), row.ascending) << identifier(row.column);
+    sorted = jobs;
+    sortJobs(sorted, row.column, false, collator);
+    EXPECT_EQ(order(sorted), row.descending) << identifier(row.column);
   }
 }
 

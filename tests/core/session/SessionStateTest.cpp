@@ -1,8 +1,9 @@
-#include "core/session/Busy.h"
-
 #include <gtest/gtest.h>
 
 #include <optional>
+
+#include "core/session/Busy.h"
+#include "core/session/Selection.h"
 
 namespace mirvel {
 namespace {
@@ -26,6 +27,23 @@ TEST(BusyTest, TheLastTokenEndsItHoweverItGoes) {
   first = busy->begin();
   busy.reset();
   first.release();
+  EXPECT_EQ(changes, 3);
+}
+
+TEST(SelectionTest, EachSelectIsPostedAndANewReadingIsNot) {
+  const auto job = std::make_shared<Job>(Kind::userAgent, "a", "", "old", URL::file("/a"));
+  const auto newReading = std::make_shared<Job>(Kind::userAgent, "a", "", "new", URL::file("/a"));
+  Selection selection;
+  int changes = 0;
+  const Subscription subscription = selection.changed().subscribe([&changes] { ++changes; });
+  selection.select(job);
+  selection.select(job);
+  EXPECT_EQ(changes, 2) << "its details may have been cleared meanwhile";
+  selection.replace(newReading);
+  EXPECT_EQ(selection.job(), newReading);
+  EXPECT_EQ(changes, 2);
+  selection.select(nullptr);
+  EXPECT_TRUE(!selection.job() && selection.jobs().empty());
   EXPECT_EQ(changes, 3);
 }
 
