@@ -102,9 +102,6 @@ MIRVEL_STEP(int, fsync, , (int file), (file))
 MIRVEL_STEP(int, fchmod, MIRVEL_QUIETLY, (int file, mode_t mode), (file, mode))
 MIRVEL_STEP(int, rename, MIRVEL_QUIETLY, (const char* from, const char* to), (from, to))
 MIRVEL_STEP(int, renameat, MIRVEL_QUIETLY, (int from, const char* old, int to, const char* name), (from, old, to, name))
-MIRVEL_STEP(int, link, MIRVEL_QUIETLY, (const char* from, const char* to), (from, to))
-MIRVEL_STEP(int, linkat, MIRVEL_QUIETLY, (int from, const char* old, int to, const char* name, int flags),
-            (from, old, to, name, flags))
 #ifdef __GLIBC__
 MIRVEL_STEP(int, renameat2, MIRVEL_QUIETLY, (int from, const char* old, int to, const char* name, unsigned flags),
             (from, old, to, name, flags))
