@@ -171,7 +171,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     if (fate != Fate::Refused && fate != Fate::DiesBefore) reply = handle(request);
     if (fate == Fate::Done || fate == Fate::Refused) return request.reply(reply);
     for (Request& other : helpers.requests) {
-      if (other.isPrivileged == request.isPrivileged) other.reply = nullptr;
+      if (isWaiting(other) && other.isPrivileged == request.isPrivileged) other.reply = nullptr;
     }
     request.failure(because("the helper has ended"));
   }
