@@ -5,6 +5,7 @@
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -96,6 +97,7 @@ using mirvel::steps::step;
   }
 
 MIRVEL_STEP(ssize_t, write, , (int file, const void* bytes, std::size_t count), (file, bytes, count))
+MIRVEL_STEP(ssize_t, writev, , (int file, const iovec* parts, int count), (file, parts, count))
 MIRVEL_STEP(ssize_t, send, , (int socket, const void* bytes, std::size_t count, int flags),
             (socket, bytes, count, flags))
 MIRVEL_STEP(int, fsync, , (int file), (file))
