@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "helpers/jobhost/JobHost.h"
+#include "support/JobText.h"
 #include "support/TestData.h"
 
 namespace mirvel::testdata {
@@ -46,12 +47,6 @@ class FakeJobHost final : public JobHost {
     return Error{.code = Error::Code::Io, .message = "the host can't " + call};
   }
 };
-
-/// The text of a job file with a label, and a second key to distinguish contents.
-inline std::string jobText(const std::string& label, const std::string& program = "/bin/true") {
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict><key>Label</key><string>" + label +
-         "</string><key>Program</key><string>" + program + "</string></dict></plist>\n";
-}
 
 /// The body of a request to write a job file, and to load it (kind 1); `old` is where the file was before, if it moves.
 inline propertylist::Dictionary writeRequest(int kind, const std::filesystem::path& to, const std::string& content,

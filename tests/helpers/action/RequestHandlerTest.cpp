@@ -1,10 +1,11 @@
 #include "helpers/action/RequestHandler.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "core/catalogue/JobFolder.h"
@@ -62,7 +63,7 @@ class RequestHandlerTest : public testing::Test {
   }
 };
 
-TEST_F(RequestHandlerTest, JobsAreWrittenThenStoppedThenLoaded) {
+TEST_F(RequestHandlerTest, JobsAreWrittenThenStoppedUnderBothLabelsThenLoaded) {
   put("a.plist", "old");
   EXPECT_EQ(write(1, "a.plist", "new"), Dictionary());
   EXPECT_EQ(bytes(path("a.plist")), jobText("new"));
@@ -70,9 +71,7 @@ TEST_F(RequestHandlerTest, JobsAreWrittenThenStoppedThenLoaded) {
   host.calls.clear();
   EXPECT_EQ(write(0, "a.plist", "new"), Dictionary());
   EXPECT_THAT(host.calls, ElementsAre("unload new"));
-}
-
-TEST_F(RequestHandlerTest, ARelabelledJobIsStoppedUnderItsOldLabel) {
+  host.calls.clear();
   handler.handle({{"kind", 1}, {"path", path("a.plist")}, {"string", jobText("new")}, {"label", "old"}});
   EXPECT_THAT(host.calls, ElementsAre("unload new", "unload old", "load a.plist"));
 }
@@ -92,6 +91,21 @@ TEST_F(RequestHandlerTest, AMoveRemovesTheOldFileOnlyOnceTheNewOneExists) {
   EXPECT_EQ(move(path("new.plist")), Dictionary());
   EXPECT_FALSE(fs::exists(old));
   EXPECT_TRUE(fs::exists(path("new.plist")));
+}
+
+TEST_F(RequestHandlerTest, AMoveWithoutRoomForTheNewContentIsUndone) {
+  const fs::path old = put("old.plist", "a");
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+  const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+  const auto signalBefore = ::signal(SIGXFSZ, SIG_IGN);
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &none), 0);
+  const Dictionary reply = handler.handle(writeRequest(0, path("new.plist"), jobText("b"), old));
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+  ::signal(SIGXFSZ, signalBefore);
+  EXPECT_TRUE(reply.find("error"));
+  EXPECT_EQ(bytes(old), jobText("a"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
 }
 
 TEST_F(RequestHandlerTest, AMoveRemovesTheLinkAndLeavesItsTarget) {
@@ -304,16 +318,23 @@ TEST_F(RequestHandlerTest, TestsNotRemovedEndWithTheHelperAndCancelledTestsAreNo
   EXPECT_EQ(host.calls.back(), "unload uuid");
 }
 
-TEST_F(RequestHandlerTest, ATestThatIsRemovedBeforeTheHostIsAskedHasNoOutputAndNoError) {
+TEST_F(RequestHandlerTest, ATestThatIsRemovedMeanwhileHasNoOutputAndNoErrorAndIsStopped) {
   const std::string job = root.path() / "test.plist";
-  for (const std::string call : {"load test.plist", "wait 60 s for uuid"}) {
-    host.failing = {call};  // as there is no such file or job any more
+  const struct {
+    std::string call;
+    bool fails;  ///< as there is no such file or job any more
+    int unloads;
+  } rows[] = {{"load test.plist", true, 1}, {"load test.plist", false, 2}, {"wait 60 s for uuid", true, 1}};
+  for (const auto& row : rows) {
+    host.failing = row.fails ? std::set{row.call} : std::set<std::string>();
+    host.calls.clear();
     host.onCall = [&](const std::string& now) {
-      if (now == call) {
+      if (now == row.call) {
         EXPECT_EQ(handler.handle({{"kind", 4}, {"path", job}}), Dictionary());
       }
     };
-    EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}})) << call;
+    EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}})) << row.call;
+    EXPECT_EQ(std::count(host.calls.begin(), host.calls.end(), "unload uuid"), row.unloads) << row.call;
     EXPECT_FALSE(fs::exists(job));
   }
 }

@@ -15,7 +15,6 @@
 #include <functional>
 #include <future>
 #include <sstream>
-#include <thread>
 
 #include "helpers/host/FileSystemWatch.h"
 #include "helpers/host/HostFixture.h"
@@ -47,13 +46,6 @@ class HostLife : public HostFixture {
       (void)watch->take();
     }
     return true;
-  }
-
-  /// Waits until the process has ended.
-  static bool ends(const std::string& process) {
-    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(longestWait);
-    while (isAlive(process) && std::chrono::steady_clock::now() < until) std::this_thread::yield();
-    return !isAlive(process);
   }
 
   /// Stops a host (SIGSTOP) while its folder is removed and another host loads a job and ends.
@@ -225,17 +217,6 @@ TEST_F(HostLife, SurvivesTheEndOfItsStarter) {
   EXPECT_EQ(pipe.line(), "survived");
 }
 
-TEST_F(HostLife, StartsWithoutStandardFiles) {
-  const std::string command = "exec '" MIRVEL_HOST "' --detach --root '" + folder.path().string() + "' <&- >&- 2>&-";
-  const auto result = runner.run("/bin/sh", {"-c", command});
-  ASSERT_TRUE(result);
-  EXPECT_EQ(result->exitStatus, 0);
-  EXPECT_THAT(status(), testing::IsEmpty());
-  load(job("talker", "echo said", {{"RunAtLoad", true}}));
-  EXPECT_TRUE(hasEnded("talker"));
-  EXPECT_THAT(messagesOf("talker"), ElementsAre("started", "said", "exited with 0"));
-}
-
 TEST_F(HostLife, ALoginReplacesTheHostUnlessItIsOfTheSameSession) {
   Signpost pipe(folder.path() / "pipe");
   EXPECT_TRUE(startOn(":1", {"--login"}));
@@ -335,7 +316,9 @@ TEST_F(HostLife, ALoginAndAStartLoadTheEnabledJobsOfTheFolders) {
   load(unclear);
   restart();
   EXPECT_THAT(labels(), ElementsAre("enabled", "later")) << "it was loaded on request only";
-  EXPECT_TRUE(fs::exists(Roots::below(folder.path()).ownAutostart / HostAutostart::fileName));
+  EXPECT_THAT(
+      testdata::bytes(Roots::below(folder.path()).ownAutostart / HostAutostart::fileName),
+      testing::HasSubstr("Exec=\"" MIRVEL_HOST "\" --login --detach --root \"" + folder.path().string() + "\"\n"));
 }
 
 TEST_F(HostLife, RequestsToAHostThatIsShuttingDownAreExecutedByTheNext) {

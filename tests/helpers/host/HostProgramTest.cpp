@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <sys/resource.h>
@@ -85,27 +84,6 @@ TEST_F(HostProgram, BecomesTheUserOfARootJob) {
   EXPECT_THAT(messagesOf("stranger"), Contains(HasSubstr("there is no user no such user")));
 }
 
-TEST_F(HostProgram, RestartsAJobWithKeepAlive) {
-  Signpost signpost(folder.path() / "pipe");
-  load(job("phoenix", "echo $$ > " + signpost.quoted(), {{"KeepAlive", true}, {"ThrottleInterval", 0}}));
-  const std::string first = signpost.line();
-  const std::string second = signpost.line();
-  EXPECT_NE(first, "");
-  EXPECT_NE(first, second);
-}
-
-TEST_F(HostProgram, KillsAJobThatIgnoresSigterm) {
-  Signpost signpost(folder.path() / "pipe");
-  load(stubbornJob("stubborn", signpost));
-  const std::string process = signpost.words().front();
-  EXPECT_TRUE(isAlive(process));
-  unload("stubborn");
-  EXPECT_FALSE(isAlive(process));
-  EXPECT_THAT(messagesOf("stubborn"),
-              ElementsAre("started", "stopping it (SIGTERM)", "not ended in time: killing it (SIGKILL)",
-                          HasSubstr("was ended by signal 9")));
-}
-
 TEST_F(HostProgram, StopsTheRemainingProcessesUnlessTheyAreAbandoned) {
   for (const bool isAbandoned : {false, true}) {
     const std::string label = isAbandoned ? "abandons" : "leaves";
@@ -146,37 +124,20 @@ TEST_F(HostProgram, NoticesPathsAndQueues) {
   load(job("queue", "rm '" + (root / "queue" / "item").string() + "'; " + "echo queued > " + queued.quoted(),
            {{"QueueDirectories", propertylist::Array{(root / "queue").string()}}}));
   const propertylist::Dictionary flag{{(root / "flag").string(), true}};
-  load(job("state", "echo there > " + there.quoted(), {{"KeepAlive", propertylist::Dictionary{{"PathState", flag}}}}));
+  load(job("state", "echo there > " + there.quoted(),
+           {{"KeepAlive", propertylist::Dictionary{{"PathState", flag}}}, {"ThrottleInterval", 0}}));
   folder.write("later/file", "1");
   EXPECT_EQ(watched.line(), "watched");
   folder.write("queue/item", "1");
   EXPECT_EQ(queued.line(), "queued");
   folder.write("flag", "1");
-  EXPECT_EQ(there.line(), "there");
+  for (int run = 0; run < 2; ++run) EXPECT_EQ(there.line(), "there");
 }
 
-TEST_F(HostProgram, LoadsItsJobsAgainAfterARestart) {
-  load(job("stays", "true", {{"StartInterval", 3600}}));
-  load(job("goes", "true"));
-  unload("goes");
-  ASSERT_TRUE(embedded.loadTemporarily(job("temporary", "true")));
-  load(job("vanishes", "true"));
-  fs::remove(folder.path() / "jobs" / "vanishes.plist");
-  ASSERT_TRUE(embedded.quit());
-  EXPECT_FALSE(client.status()) << "it has ended";
-  startNext();
-  ASSERT_EQ(status().size(), 1U);
-  EXPECT_EQ(status()[0].label, "stays");
-  EXPECT_NE(status()[0].nextRun, std::nullopt);
-  EXPECT_THAT(messagesOf("mirvel-host"), testing::IsEmpty());
-  const auto lines = embedded.log(seconds(60), "vanishes.plist");
-  ASSERT_TRUE(lines);
-  EXPECT_EQ(lines->size(), 1U);
-}
-
-TEST_F(HostProgram, RejectsFilesThatAreNoJobs) {
+TEST_F(HostProgram, RejectsFilesThatAreNoJobsOrThatOthersCouldHaveWritten) {
   ASSERT_EQ(::mkfifo((folder.path() / "fifo").c_str(), 0600), 0);
-  load(job("twice", "true"));
+  const auto writable = job("writable", "true");
+  ASSERT_EQ(::chmod(writable.c_str(), 0666), 0);
   const struct {
     fs::path file;
     Error::Code code;
@@ -187,15 +148,16 @@ TEST_F(HostProgram, RejectsFilesThatAreNoJobs) {
       {folder.path(), Error::Code::Malformed},
       {folder.write("garbage.plist", "garbage <"), Error::Code::Malformed},
       {folder.write("empty.plist", testdata::jobText("")), Error::Code::MissingKey},
+      {folder.write("idle.plist", testdata::jobText("idle", {{"KeepAlive", true}})), Error::Code::MissingKey},
       {folder.write("big.plist", std::string(JobFolder::largestFile + 1, ' ')), Error::Code::LimitExceeded},
-      {folder.path() / "jobs" / "twice.plist", Error::Code::BadArgument},
+      {writable, Error::Code::NotTrusted},
   };
   for (const auto& row : rows) {
     const auto loaded = embedded.load(row.file);
     ASSERT_FALSE(loaded) << row.file;
     EXPECT_EQ(loaded.error().code, row.code) << row.file << ": " << loaded.error().text();
   }
-  EXPECT_EQ(status().size(), 1U);
+  EXPECT_THAT(status(), testing::IsEmpty());
 }
 
 TEST_F(HostProgram, RunsAJobWithoutWhatItCannotUseAndSaysSo) {
@@ -283,11 +245,8 @@ TEST_F(HostProgram, AWaitingRequestDelaysNoOtherAndCanBeCancelled) {
 
 TEST_F(HostProgram, IsAccessibleToItsUserOnly) {
   load(job("quiet", "true"));
-  struct stat info {};
-  ASSERT_EQ(::stat(places.folder.c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 0777U, 0700U);
-  ASSERT_EQ(::stat(places.socket.c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 0777U, 0600U);
+  EXPECT_EQ(fs::status(places.folder).permissions(), fs::perms::owner_all);
+  EXPECT_EQ(fs::status(places.socket).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST_F(HostProgram, HoldsAThousandIdleJobsAtLittleCost) {

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <thread>
 
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/JobProcess.h"
@@ -34,7 +33,7 @@ class HostRuns : public HostFixture {
 
 void killHost(const std::string& process) {
   ::kill(std::stoi(process), SIGKILL);
-  while (isAlive(process)) std::this_thread::yield();
+  ASSERT_TRUE(ends(process));
 }
 
 TEST_F(HostRuns, SendsSigtermToTheWholeGroupBeforeItKills) {
@@ -45,15 +44,6 @@ TEST_F(HostRuns, SendsSigtermToTheWholeGroupBeforeItKills) {
   unload("family");
   EXPECT_EQ(testdata::bytes(folder.path() / "tidied"), "tidied\n");
   EXPECT_EQ(records(), 0U);
-}
-
-TEST_F(HostRuns, StopsProcessesInSessionsOfTheirOwn) {
-  Signpost ready(folder.path() / "ready");
-  load(job("daemon", "setsid sleep 1000 & echo $! > " + ready.quoted() + "; wait", {{"RunAtLoad", true}}));
-  const std::string process = ready.line();
-  ASSERT_TRUE(isAlive(process));
-  unload("daemon");
-  EXPECT_FALSE(isAlive(process));
 }
 
 TEST_F(HostRuns, LeavesOtherSessionsRunningWhenTheJobEndsByItself) {
@@ -88,6 +78,9 @@ TEST_F(HostRuns, NamesTheRunningProcessesAfterTheTimeLimit) {
   ASSERT_FALSE(embedded.load(file));
   EXPECT_TRUE(embedded.unload(file, "stubborn")) << "which cancels the pending load";
   EXPECT_THAT(saved(), IsEmpty());
+  const auto log = messagesOf("stubborn");
+  EXPECT_THAT(log, testing::IsSupersetOf({"stopping it (SIGTERM)", "not ended in time: killing it (SIGKILL)"}));
+  EXPECT_THAT(log, Contains(HasSubstr("was ended by signal 9")));
 }
 
 TEST_F(HostRuns, AnUnloadDoesNotWaitForTheNextJobOfTheLabel) {
@@ -137,35 +130,15 @@ TEST_F(HostRuns, StopsTheRunsOfAKilledHostWhoseJobIsNotLoaded) {
   EXPECT_THAT(status(), IsEmpty());
 }
 
-TEST_F(HostRuns, LimitsTheAttemptsToStartAJob) {
-  std::vector<std::string> labels = {"no-program"};
-  load(job("no-program", "true", {{"Program", "/no/such"}, {"KeepAlive", true}, {"ThrottleInterval", 0}}));
-  if (::geteuid() == 0) {
-    labels.emplace_back("no-user");
-    load(job("no-user", "true", {{"UserName", "no such user"}, {"KeepAlive", true}, {"ThrottleInterval", 0}}));
-  }
-  for (const auto& label : labels) {
-    EXPECT_TRUE(hasEnded(label));
-    const auto lines = messagesOf(label);
-    EXPECT_LE(lines.size(), 20U) << label << ": at most one attempt per second";
-    unload(label);
-  }
-  const auto empty = embedded.load(folder.write("empty.plist", testdata::jobText("empty", {{"KeepAlive", true}})));
-  ASSERT_FALSE(empty);
-  EXPECT_EQ(empty.error().code, Error::Code::MissingKey);
-}
-
-TEST_F(HostRuns, DoesNotInheritTheLimitsOfItsStarter) {
+TEST_F(HostRuns, InheritsNeitherLimitsNorClosedStandardFiles) {
   const rlim_t little = 64 << 10;
-  const auto limited = [&] {
-    // In the shell that becomes the host, so that the limits don't affect this process.
-    return runner.run("/bin/sh", {"-c", "ulimit -S -f 8; ulimit -S -n 40; umask 077; exec nice -n 5 '" MIRVEL_HOST
-                                        "' --detach --root '" +
-                                            folder.path().string() + "'"});
-  };
-  const auto started = limited();
+  // In the shell that becomes the host, so that the limits don't affect this process.
+  const auto started =
+      runner.run("/bin/sh", {"-c", "ulimit -S -f 8; ulimit -S -n 40; umask 077; exec nice -n 5 '" MIRVEL_HOST
+                                   "' --detach --root '" +
+                                       folder.path().string() + "' <&- >&- 2>&-"});
   ASSERT_TRUE(started);
-  ASSERT_EQ(started->exitStatus, 0) << started->complaints;
+  ASSERT_EQ(started->exitStatus, 0);
   load(job("free",
            "ulimit -S -f; head -c " + std::to_string(2 * little) + " /dev/zero > " + quoted("big") + "; umask; nice",
            {{"RunAtLoad", true}}));

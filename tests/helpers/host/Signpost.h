@@ -5,12 +5,15 @@
 #include <poll.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "core/files/RegularFile.h"
@@ -79,6 +82,18 @@ inline bool isAlive(const std::string& process) {
   std::getline(stat, text);
   const auto name = text.rfind(") ");
   return name != std::string::npos && text[name + 2] != 'Z';
+}
+
+/// Waits until the condition is met, with a limit that only a failure reaches.
+inline bool eventually(const std::function<bool()>& isSo) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(longestWait);
+  while (!isSo() && std::chrono::steady_clock::now() < end) std::this_thread::yield();
+  return isSo();
+}
+
+/// Waits until the process has ended.
+inline bool ends(const std::string& process) {
+  return eventually([&] { return !isAlive(process); });
 }
 
 }  // namespace mirvel::host

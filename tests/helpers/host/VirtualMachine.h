@@ -20,17 +20,20 @@ inline std::string fileOf(propertylist::Dictionary keys) {
   return *propertylist::writeXml(keys);
 }
 
+/// The job of that file.
+inline jobfile::Plist jobWith(const propertylist::Dictionary& keys) {
+  auto plist = jobfile::Plist::readTolerantly(fileOf(keys));
+  if (!plist) throw std::runtime_error(plist.error().text());
+  return *std::move(plist);
+}
+
 /// A machine in virtual time that runs one job. The public members say how long its processes run and how they end.
 class VirtualMachine {
  public:
   using Order = HostedJob::Order;
 
-  /// `keys` are those of the job besides its label; `begin` is the moment at which the clock starts.
-  explicit VirtualMachine(const propertylist::Dictionary& keys, std::chrono::sys_seconds begin = {},
-                          const std::string& zone = "Etc/UTC")
-      : m_zone(zone, begin, begin + std::chrono::days(800)), m_job(rules(keys), m_surroundings) {
-    now.wall = begin;
-  }
+  /// `keys` are those of the job besides its label.
+  explicit VirtualMachine(const propertylist::Dictionary& keys) : m_job(JobRules::of(jobWith(keys)), m_surroundings) {}
 
   void load() {
     m_job.load(now);
@@ -128,12 +131,6 @@ class VirtualMachine {
  private:
   static constexpr std::chrono::milliseconds tick{1};
 
-  static JobRules rules(const propertylist::Dictionary& keys) {
-    auto plist = jobfile::Plist::readTolerantly(fileOf(keys));
-    if (!plist) throw std::runtime_error(plist.error().text());
-    return JobRules::of(*plist);
-  }
-
   void start() {
     if (failures > 0) {
       --failures;
@@ -153,7 +150,7 @@ class VirtualMachine {
     return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(now.running).count());
   }
 
-  ZoneStretches m_zone;
+  const ZoneStretches m_zone{"Etc/UTC", {}, std::chrono::sys_days(std::chrono::days(800))};
   std::optional<std::chrono::milliseconds> m_endsAt;
   std::optional<std::chrono::milliseconds> m_clearedAt;
   Surroundings m_surroundings{

@@ -1,6 +1,9 @@
 #include "helpers/jobhost/EmbeddedHost.h"
 
 #include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <thread>
 
@@ -38,11 +41,6 @@ TEST_F(EmbeddedHostTest, ALabelIsLoadedFromOneFileWhichMayMove) {
   EXPECT_THAT(labels(), IsEmpty()) << "the file has moved";
 }
 
-TEST_F(EmbeddedHostTest, AnEmptyLabelIsRefused) {
-  EXPECT_FALSE(embedded.unload("/a.plist", ""));
-  EXPECT_FALSE(embedded.waitForEnd("", seconds(0)));
-}
-
 TEST_F(EmbeddedHostTest, ReachesAHostWhosePathIsTooLongForASocketAddress) {
   fs::path deep = folder.path();
   for (int i = 0; i < 3; ++i) deep /= std::string(60, 'x');
@@ -74,8 +72,10 @@ TEST_F(EmbeddedHostTest, FindsTheSameHostFromDifferentEnvironments) {
   EXPECT_TRUE(second.quit());
 }
 
-TEST_F(EmbeddedHostTest, DoesNotStartAHostToUnloadNothing) {
+TEST_F(EmbeddedHostTest, DoesNotStartAHostForNothingOrAnEmptyLabel) {
   EXPECT_TRUE(embedded.unload("/nothing", "nothing"));
+  EXPECT_FALSE(embedded.unload("/a.plist", ""));
+  EXPECT_FALSE(embedded.waitForEnd("", seconds(0)));
   const auto asked = client.status();
   ASSERT_FALSE(asked);
   EXPECT_TRUE(HostClient::isNoHost(asked.error()));
@@ -94,16 +94,6 @@ TEST_F(EmbeddedHostTest, ManyClientsStartOneHost) {
   }
   for (auto& thread : threads) thread.join();
   EXPECT_EQ(status().size(), files.size());
-}
-
-TEST_F(EmbeddedHostTest, KeepsAnAutostartEntryThatTheUserHasChanged) {
-  load(job("one", "true"));
-  const auto entry = Roots::below(folder.path()).ownAutostart / HostAutostart::fileName;
-  EXPECT_THAT(testdata::bytes(entry),
-              HasSubstr("Exec=\"" MIRVEL_HOST "\" --login --detach --root \"" + folder.path().string() + "\"\n"));
-  folder.write(fs::relative(entry, folder.path()), "Hidden=true\n");
-  load(job("two", "true"));
-  EXPECT_EQ(testdata::bytes(entry), "Hidden=true\n");
 }
 
 TEST_F(EmbeddedHostTest, UpdatesItsAutostartEntryWhenTheProgramHasMoved) {
@@ -130,6 +120,115 @@ TEST_F(EmbeddedHostTest, UpdatesItsAutostartEntryWhenTheProgramHasMoved) {
     ASSERT_TRUE(HostAutostart(folder.path(), {"/new/mirvel-host", "--login", "--detach"}).install());
     EXPECT_EQ(testdata::bytes(entry), row.after ? row.after : row.before);
   }
+}
+
+TEST_F(EmbeddedHostTest, LoadsAJobWhoseFileWasMissingAsSoonAsItAppears) {
+  Signpost ran(folder.path() / "ran");
+  const std::string script = "echo ran > " + ran.quoted();
+  const auto file = job("absent", script);
+  load(file);
+  fs::rename(folder.path() / "jobs", folder.path() / "unmounted");
+  restart();
+  const auto lines = embedded.log(seconds(60), "absent.plist");
+  ASSERT_TRUE(lines);
+  EXPECT_EQ(lines->size(), 1U) << "says why it wasn't loaded";
+  restart();  // it is still saved
+  EXPECT_THAT(labels(), IsEmpty());
+  const propertylist::Dictionary keys{{"RunAtLoad", true},
+                                      {"ProgramArguments", propertylist::Array{"/bin/sh", "-c", script}}};
+  folder.write("unmounted/absent.plist", testdata::jobText("absent", keys));
+  fs::rename(folder.path() / "unmounted", folder.path() / "jobs");
+  EXPECT_EQ(ran.line(), "ran");
+  EXPECT_THAT(labels(), ElementsAre("absent"));
+
+  fs::remove(file);
+  restart();
+  EXPECT_TRUE(embedded.unload(file, "absent"));
+  job("absent", script);
+  restart();
+  EXPECT_THAT(labels(), IsEmpty()) << "it was unloaded while its file was missing";
+}
+
+TEST_F(EmbeddedHostTest, ADamagedListIsNoObstacle) {
+  load(job("first", "true"));
+  ASSERT_TRUE(embedded.quit());
+  folder.write(fs::relative(places.loadedJobs(), folder.path()), "damage");
+  startNext();
+  EXPECT_THAT(labels(), IsEmpty());
+  load(job("second", "true"));
+  restart();
+  EXPECT_THAT(labels(), ElementsAre("second"));
+}
+
+TEST_F(EmbeddedHostTest, RefusesToUnloadWhatTheNextHostWouldLoadAgain) {
+  const auto list = places.loadedJobs();
+  const auto file = job("noted", "true");
+  load(file);
+  fs::remove(list);
+  fs::create_directory(list);  // like a full disk: the list can't be written
+  EXPECT_FALSE(embedded.unload(file, "noted"));
+  EXPECT_THAT(labels(), ElementsAre("noted"));
+  EXPECT_FALSE(embedded.load(job("more", "true")));
+  EXPECT_THAT(labels(), ElementsAre("noted"));
+  fs::remove(list);
+  EXPECT_TRUE(embedded.unload(file, "noted"));
+  restart();
+  EXPECT_THAT(labels(), IsEmpty());
+}
+
+TEST_F(EmbeddedHostTest, StartsNothingThatWasDisabledMeanwhile) {
+  const auto file = job("off", "touch " + (folder.path() / "ran").string(), {{"StartInterval", 100'000}});
+  const auto late = job("late", "touch " + (folder.path() / "ran").string());
+  load(file);
+  load(late);
+  ASSERT_TRUE(embedded.quit());
+  const auto disable = [&](const std::string& label) {
+    return job(label, "touch " + (folder.path() / "ran").string(), {{"RunAtLoad", true}, {"Disabled", true}});
+  };
+  disable("off");
+  fs::remove(late);
+  startNext();
+  disable("late");
+  load(job("last", "true"));
+  EXPECT_THAT(labels(), ElementsAre("last"));
+  EXPECT_FALSE(fs::exists(folder.path() / "ran"));
+}
+
+TEST_F(EmbeddedHostTest, UnloadsATestRunWhenItsProcessIsKilled) {
+#ifndef __linux__
+  GTEST_SKIP() << "only Linux reports the end of any process";
+#endif
+  Signpost pipe(folder.path() / "pipe");
+  const auto file = lastingJob("tried", pipe);
+  const pid_t helper = ::fork();
+  if (helper == 0) {
+    (void)embedded.loadTemporarily(file);
+    for (;;) ::pause();
+  }
+  EXPECT_TRUE(isAlive(pipe.words().front()));
+  ::kill(helper, SIGKILL);
+  ::waitpid(helper, nullptr, 0);
+  EXPECT_TRUE(pipe.isDeserted());
+}
+
+TEST(LoadedJobs, KeepDamagedFilesAndNeverOverwriteUnreadableOnes) {
+  const testdata::TemporaryFolder folder;
+  LoadedJobs jobs(folder.path() / "loaded.plist");
+  EXPECT_THAT(*jobs.read(), ElementsAre());
+  ASSERT_TRUE(jobs.write({"/a b", "/ü"}));
+  EXPECT_THAT(*jobs.read(), ElementsAre("/a b", "/ü"));
+  for (const char* content :
+       {"", "garbage", "<plist><array/></plist>", "<plist><dict><key>Loaded</key><true/></dict></plist>",
+        "<plist><dict><key>Loaded</key><array><string>/a</string><true/></array></dict></plist>"}) {
+    folder.write("loaded.plist", content);
+    EXPECT_FALSE(jobs.read()) << content;
+    EXPECT_TRUE(jobs.read()) << "it was renamed";
+  }
+  EXPECT_TRUE(fs::exists(folder.path() / "loaded.plist.damaged-5"));
+  fs::create_directory(folder.path() / "loaded.plist");
+  EXPECT_FALSE(jobs.read());
+  fs::remove(folder.path() / "loaded.plist");
+  EXPECT_FALSE(jobs.write({})) << "the list couldn't be read";
 }
 
 }  // namespace

@@ -100,12 +100,16 @@ TEST_F(LaunchctlHostTest, AToolThatHangsIsAnErrorOfTheOperation) {
 }
 
 /// `bootout gui/501/` would end all jobs of the user.
-TEST_F(LaunchctlHostTest, AnEmptyLabelReachesNoTool) {
+TEST_F(LaunchctlHostTest, ALabelIsReadFromTheFileAndAnEmptyOneReachesNoTool) {
   const testdata::TemporaryFolder folder;
   EXPECT_FALSE(host.unload("/a.plist", ""));
   EXPECT_FALSE(host.waitForEnd("", std::chrono::seconds(0)));
+  EXPECT_FALSE(host.unload(folder.path() / "missing.plist", std::nullopt));
   EXPECT_FALSE(host.unload(folder.write("a.plist", testdata::jobText("")), std::nullopt));
   EXPECT_THAT(tool.calls, testing::IsEmpty());
+  tool.answers = {notLoaded};
+  EXPECT_TRUE(host.unload(folder.write("a.plist", testdata::jobText("org.example.a")), std::nullopt));
+  EXPECT_THAT(tool.calls, ElementsAre("/bin/launchctl|print|gui/501/org.example.a"));
 }
 
 TEST_F(LaunchctlHostTest, AJobThatWasLoadedFromAnotherFileStaysLoaded) {
@@ -154,14 +158,6 @@ TEST_F(LaunchctlHostTest, AFileWithoutALabelCanBeDeleted) {
     EXPECT_EQ(std::filesystem::exists(file), row.content && row.kind) << &row - rows;
   }
   EXPECT_THAT(tool.calls, testing::IsEmpty());
-}
-
-TEST_F(LaunchctlHostTest, TheLabelIsReadFromTheFile) {
-  const testdata::TemporaryFolder folder;
-  tool.answers = {notLoaded};
-  EXPECT_TRUE(host.unload(folder.write("a.plist", testdata::jobText("org.example.a")), std::nullopt));
-  EXPECT_THAT(tool.calls, ElementsAre("/bin/launchctl|print|gui/501/org.example.a"));
-  EXPECT_FALSE(host.unload(folder.path() / "missing.plist", std::nullopt));
 }
 
 TEST_F(LaunchctlHostTest, AJobHasEndedOnceLaunchdReportsHow) {

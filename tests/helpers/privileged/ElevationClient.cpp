@@ -7,6 +7,7 @@
 #include "core/base/ThreadWorkQueue.h"
 #include "helpers/privileged/SystemHelperConnections.h"
 #include "helpers/process/CleanState.h"
+#include "support/JobText.h"
 #include "support/ThreadQueue.h"
 
 namespace {
@@ -14,29 +15,16 @@ namespace {
 using namespace mirvel;
 
 const char* nameOf(HelperConnections::Refusal refusal) {
-  switch (refusal) {
-    case HelperConnections::Refusal::NotAuthorised:
-      return "not authorised";
-    case HelperConnections::Refusal::NoAgent:
-      return "no agent";
-    case HelperConnections::Refusal::NoService:
-      return "no service";
-    case HelperConnections::Refusal::NoTool:
-      return "no tool";
-    case HelperConnections::Refusal::Unknown:
-      break;
-  }
-  return "unknown";
+  constexpr const char* names[] = {"unknown", "not authorised", "no agent", "no service", "no tool"};
+  return names[static_cast<std::size_t>(refusal)];
 }
 
 std::string write(HelperConnections::Privileged& privileged, const std::string& label, testdata::ThreadQueue& queue) {
-  const std::string text = "<plist version=\"1.0\"><dict><key>Label</key><string>" + label +
-                           "</string><key>Program</key><string>/bin/true</string></dict></plist>\n";
   std::optional<std::string> result;
   privileged.connection->run(
       {{"kind", 0},
        {"path", "/etc/mirvel/LaunchDaemons/" + label + ".plist"},
-       {"string", text},
+       {"string", testdata::jobText(label, {{"Program", "/bin/true"}})},
        {"authData", propertylist::Data{privileged.authData}}},
       [&](const propertylist::Dictionary& reply) { result = reply.find("error") ? "error" : "written"; },
       [&](const Error& error) { result = "failed: " + error.text(); });

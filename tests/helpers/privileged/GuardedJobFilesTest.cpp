@@ -10,8 +10,8 @@
 #include <thread>
 
 #include "helpers/FakeJobHost.h"
-#include "helpers/Soak.h"
 #include "helpers/action/RequestHandler.h"
+#include "helpers/soak/Steps.h"
 #include "support/RecordingConsole.h"
 
 namespace mirvel {
@@ -30,6 +30,8 @@ constexpr const char* uuid = "0A1B2C3D-0000-4000-8000-00000000000F";
 /// The folders of a machine below a temporary folder, with a handler that acts for an untrusted user.
 class GuardTest : public testing::Test {
  protected:
+  static constexpr uid_t nobody = 65534;
+
   testdata::TemporaryFolder root;
   fs::path folder = root.path() / "LaunchDaemons";
   fs::path outside = root.path() / "outside";
@@ -168,7 +170,6 @@ TEST_F(GuardTest, APathIsNotCutOffAtANullCharacter) {
 }
 
 TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
-  constexpr uid_t nobody = 65534;
   const fs::path agents = root.path() / "agents";
   ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
   GuardedJobFiles usersToo(JobFolders({folder}), console, GuardedJobFiles::User{nobody, JobFolders({agents})});
@@ -195,7 +196,6 @@ TEST_F(GuardTest, AMoveOutOfTheUsersFolderHasTheUsersRightsAndNoMore) {
 }
 
 TEST_F(GuardTest, APrivateJobMovesOnlyWhereItsUserStillSeesIt) {
-  constexpr uid_t nobody = 65534;
   const fs::path agents = root.path() / "agents", mine = agents / "mine.plist", moved = folder / "moved.plist";
   ASSERT_EQ(::chmod(root.path().c_str(), 0755), 0);
   fs::create_directory(agents);
@@ -220,38 +220,20 @@ TEST_F(GuardTest, APrivateJobMovesOnlyWhereItsUserStillSeesIt) {
   }
 }
 
-TEST_F(GuardTest, NameAndKindMayChangeInOneRequest) {
-  const fs::path other = root.path() / "LaunchAgents";
-  fs::create_directory(other);
-  GuardedJobFiles both(JobFolders({folder, other}), console);
-  RequestHandler mover = handlerFor(both);
-  const auto move = [&](const fs::path& to) {
-    return mover.handle(writeRequest(1, to, jobText("renamed"), folder / "mine.plist"));
-  };
-  root.write("LaunchAgents/taken.plist", jobText("taken"));
-  EXPECT_NE(move(other / "taken.plist"), Dictionary());
-  EXPECT_EQ(bytes(other / "taken.plist"), jobText("taken"));
-  EXPECT_EQ(bytes(folder / "mine.plist"), jobText("mine"));
-  host.calls.clear();
-  EXPECT_EQ(move(other / "mine.plist"), Dictionary());
-  EXPECT_EQ(bytes(other / "mine.plist"), jobText("renamed"));
-  EXPECT_FALSE(fs::exists(folder / "mine.plist"));
-  EXPECT_THAT(host.calls, testing::ElementsAre("unload mine", "unload mine.plist", "load mine.plist"));
-}
-
-TEST_F(GuardTest, AKilledMoveLeavesTheJobExactlyOnce) {
+TEST_F(GuardTest, AMoveKilledAtAnyStepLeavesTheJobExactlyOnce) {
   const fs::path other = root.path() / "LaunchAgents";
   fs::create_directory(other);
   const fs::path here = folder / "mine.plist", there = other / "mine.plist";
   GuardedJobFiles both(JobFolders({folder, other}), console);
-  testdata::Killer killer;
-  for (int i = 0; i < testdata::tries(40, 1000); ++i) {
-    killer.killWithin([&](int) {
-      const bool isHere = fs::exists(here);
-      (void)both.move(isHere ? here : there, isHere ? there : here, jobText(isHere ? "a" : "b"), 0777);
-    });
-    ASSERT_NE(fs::exists(here), fs::exists(there)) << i;
+  long kills = 0;
+  for (bool isKilled = true; isKilled; kills += isKilled ? 1 : 0) {
+    const bool isHere = fs::exists(here);
+    steps::Victim victim(kills + 1,
+                         [&] { (void)both.move(isHere ? here : there, isHere ? there : here, jobText("a"), 0777); });
+    isKilled = victim.outcome().isKilled;
+    ASSERT_NE(fs::exists(here), fs::exists(there)) << kills;
   }
+  EXPECT_GE(kills, 5) << "rename, write, mode, flush, rename and more";
 }
 
 TEST_F(GuardTest, StartupItemsAndHelperToolsAreRemovedAndNothingElse) {
@@ -436,7 +418,7 @@ TEST_F(GuardTest, AFolderExchangedForALinkMeanwhileLeadsNowhere) {
   fs::create_symlink(outside, folder / "trap");
   root.write("outside/" + name, jobText("secret"));
   Attacker attacker(folder / "job", folder / "trap");
-  const int tries = testdata::tries(300, 10000);
+  const int tries = steps::tries(300, 10000);
   int written = 0;
   for (int i = 0; i < tries; ++i) {
     written += write(folder / "job" / name, jobText("harm" + std::to_string(i))) == Dictionary() ? 1 : 0;

@@ -169,9 +169,13 @@ class ToolTest : public testing::Test {
   testdata::TemporaryFolder folder;
   std::shared_ptr<wire::Reaper> reaper = std::make_shared<wire::Reaper>(std::chrono::seconds(20));
 
-  Result<std::shared_ptr<PrivilegedStart>> begin(Elevation::Method method, const std::string& script) {
+  std::string makeTool(const std::string& script) const {
     const std::string tool = folder.write("tool", "#!/bin/sh\n" + script);
-    ::chmod(tool.c_str(), 0755);
+    EXPECT_EQ(::chmod(tool.c_str(), 0755), 0);
+    return tool;
+  }
+  Result<std::shared_ptr<PrivilegedStart>> begin(Elevation::Method method, const std::string& script) {
+    const std::string tool = makeTool(script);
     return PrivilegedStart::begin({.method = method, .tool = tool},
                                   method == Elevation::Method::None ? tool : "/helper", {}, reaper);
   }
@@ -225,9 +229,7 @@ TEST_F(ToolTest, QuittingWhileTheUserIsAskedWaitsForNothing) {
   for (const char* command : {":", "printf he", "printf '\\0\\0\\0\\200part of a greeting'", "exec <&- >&-"}) {
     const fs::path mark = folder.path() / "done";
     fs::remove(mark);
-    const std::string tool =
-        folder.write("tool", std::string("#!/bin/sh\n") + command + "\n: >'" + mark.string() + "'\nexec sleep 600\n");
-    ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
+    const std::string tool = makeTool(std::string(command) + "\n: >'" + mark.string() + "'\nexec sleep 600\n");
     {
       Connections connections({.action = {}, .privileged = "/helper", .elevation = {Elevation::Method::Pkexec, tool}});
       bool hasFailed = false;  // by a closed connection: the tool is ended, perhaps before it makes the mark
@@ -250,12 +252,23 @@ TEST_F(ToolTest, AMachineWithoutTheToolIsARefusal) {
   EXPECT_EQ(refusal, HelperConnections::Refusal::NoTool);
 }
 
-TEST_F(ToolTest, StartedByHandTheProgramSaysWhatItIsFor) {
+TEST(HelperProgramsTest, StartedByHandTheySayWhatTheyAreFor) {
   SystemProcessRunner runner(Environment{{"PATH", "/usr/bin:/bin"}});
-  const auto result = runner.run(MIRVEL_PRIVILEGED, {"--root", folder.path()});
-  ASSERT_TRUE(result);
-  EXPECT_EQ(result->exitStatus, 2);
-  EXPECT_EQ(result->complaints, "mirvel-privileged: Mirvel starts this program as root when it needs it\n");
+  const struct {
+    const char* command;
+    const char* complaint;
+  } rows[] = {
+      {"exec '" MIRVEL_PRIVILEGED "' --root /tmp",
+       "mirvel-privileged: Mirvel starts this program as root when it needs it\n"},
+      {"exec '" MIRVEL_ACTION "' 3</dev/null",
+       "mirvel-action: Mirvel starts this program when it needs it; it does nothing by itself.\n"},
+  };
+  for (const auto& row : rows) {
+    const auto result = runner.run("/bin/sh", {"-c", row.command});
+    ASSERT_TRUE(result) << row.command;
+    EXPECT_EQ(result->exitStatus, 2) << row.command;
+    EXPECT_EQ(result->complaints, row.complaint);
+  }
 }
 
 TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
@@ -263,10 +276,8 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
   const testdata::TemporaryFolder root;
   const fs::path folder = root.path() / "etc/mirvel/LaunchDaemons";
   fs::create_directories(folder);
-  const fs::path entry = root.write("autostart/mirvel-host.desktop", "");
-  Connections connections({.action = {},
-                           .privileged = MIRVEL_PRIVILEGED,
-                           .privilegedArguments = {"--root", root.path(), "--installed", entry}});
+  Connections connections(
+      {.action = {}, .privileged = MIRVEL_PRIVILEGED, .privilegedArguments = {"--root", root.path()}});
   HelperConnections::Privileged privileged;
   connections.connect([&](auto result) { privileged = std::move(result); },
                       [&](const Error& error) { FAIL() << error.text(); });
@@ -292,21 +303,19 @@ TEST(PrivilegedServiceTest, TheProgramServesItsUserWithinItsLimitsAndEnds) {
     Dictionary request;
     std::string secret;
     const char* answer;  ///< a key of the answer; empty for an empty answer
-    bool isFileThere, isEntryThere;
+    bool isFileThere;
   } rows[] = {
-      {write(file), std::string(32, 'x'), "error", false, true},
-      {write(outside), secret, "error", false, true},
-      {write(file), secret, "", true, true},
-      {{{"kind", 8}}, secret, "", true, false},
-      {{{"kind", 3}}, secret, "", true, false},
-      {write(file), secret, "failed", true, false},  // it has ended
+      {write(file), std::string(32, 'x'), "error", false},
+      {write(outside), secret, "error", false},
+      {write(file), secret, "", true},
+      {{{"kind", 3}}, secret, "", true},
+      {write(file), secret, "failed", true},  // it has ended
   };
   for (const auto& row : rows) {
     const Dictionary answer = ask(row.request, row.secret);
     EXPECT_EQ(answer.find(row.answer) != nullptr, *row.answer != '\0') << &row - rows;
     EXPECT_EQ(answer.size() == 0, *row.answer == '\0') << &row - rows;
     EXPECT_EQ(fs::exists(file), row.isFileThere) << &row - rows;
-    EXPECT_EQ(fs::exists(entry), row.isEntryThere) << &row - rows;
     EXPECT_FALSE(fs::exists(outside));
   }
   EXPECT_EQ(testdata::bytes(file), testdata::jobText("a"));

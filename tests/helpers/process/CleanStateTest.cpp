@@ -23,12 +23,29 @@
 
 #include "core/files/RegularFile.h"
 #include "core/process/FileDescriptor.h"
+#include "helpers/process/ProcessStatus.h"
 #include "support/TestData.h"
-
-#ifdef __linux__
 
 namespace mirvel {
 namespace {
+
+TEST(ProcessIdentityTest, ANumberThatIsUsedAgainIsAnotherProcess) {
+  const auto own = ProcessIdentity::ofThisProcess();
+  EXPECT_EQ(own.id, ::getpid());
+  EXPECT_EQ(ProcessIdentity::from(own.text()), own);
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(0);
+  const auto other = ProcessIdentity::of(child);  // even a zombie has a start time
+  ::waitpid(child, nullptr, 0);
+  ASSERT_TRUE(other);
+  EXPECT_GE(other->start, own.start);
+  EXPECT_FALSE(ProcessIdentity::of(child));
+  for (const char* text : {"", "5", "5:", ":5", "x:5", "0:5", "-5:5", "99999999999:5"}) {
+    EXPECT_FALSE(ProcessIdentity::from(text)) << text;
+  }
+}
+
+#ifdef __linux__
 
 namespace fs = std::filesystem;
 
@@ -240,7 +257,7 @@ TEST(CleanStateTest, AnotherProcessOfTheUserCannotLookIn) {
   EXPECT_FALSE(canBeRead(forbidTracing));
 }
 
+#endif
+
 }  // namespace
 }  // namespace mirvel
-
-#endif

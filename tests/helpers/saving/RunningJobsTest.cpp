@@ -1,6 +1,4 @@
 #include <gmock/gmock.h>
-#include <signal.h>
-#include <unistd.h>
 
 #include <filesystem>
 
@@ -101,42 +99,6 @@ class RunningJobsTest : public testing::Test {
                    .clock = clock,
                    .helpers = &helpers}};
 };
-
-TEST_F(RunningJobsTest, AnAgentIsSavedRunsIsChangedDisabledAndDeleted) {
-  const auto made = newJob(Kind::userAgent, {{"ProgramArguments", Array{"/bin/sh", "-c", "echo ran; exec sleep 1000"}},
-                                             {"RunAtLoad", true},
-                                             {"StandardOutPath", output.string()}});
-  save(made);
-  EXPECT_EQ(made->url.text(), (*Kind(Kind::userAgent).folderURL(roots) / "job.plist").string());
-  ASSERT_EQ(loaded().size(), 1U);
-  const auto process = loaded().front().process;
-  ASSERT_TRUE(process);
-  EXPECT_FALSE(loaded().front().nextRun);
-  waitFor([this] { return fs::exists(output) && testdata::bytes(output) == "ran\n"; });
-
-  auto job = read();
-  ASSERT_TRUE(job);
-  job->plist().startInterval = 3600;
-  job->plist().programArguments = std::vector<std::string>{"/bin/sh", "-c", "echo again"};
-  job->plist().run = "/bin/sh -c \"echo again\"";
-  save(job);
-  EXPECT_FALSE(host::isAlive(std::to_string(*process))) << "the job that was replaced is stopped";
-  ASSERT_TRUE(*host.waitForEnd("job", std::chrono::seconds(60)));
-  EXPECT_EQ(testdata::bytes(output), "ran\nagain\n");
-  ASSERT_EQ(loaded().size(), 1U);
-  EXPECT_TRUE(loaded().front().nextRun) << "by the new schedule";
-
-  job = read();
-  job->plist().disabled = true;
-  save(job);
-  EXPECT_THAT(loaded(), IsEmpty());
-  EXPECT_EQ(program.revisions.revisions().find(job->url.text())->as<Array>()->size(), 3U);
-
-  job = read();
-  program.actions.deleteConfirmed(*job);
-  waitFor([&] { return !fs::exists(job->url.path()); });
-  EXPECT_FALSE(read());
-}
 
 TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
   const auto made = newJob(Kind::localDaemon, {{"ProgramArguments", Array{"/bin/sh", "-c", "echo ran"}},

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <deque>
 #include <map>
 
 #include "core/catalogue/Launchd.h"
@@ -60,87 +59,14 @@ enum class Beside { None, Answered, Cancelled };
 /// Before which request of the save they end; `Last`: after all of them.
 enum class When { First, Second, Last };
 
-/// Both helpers with their real handlers. Requests wait until the test decides their outcome.
-class HandlingHelpers final : public HelperConnections {
- public:
-  HandlingHelpers(RequestHandler& user, RequestHandler& root) : m_user(user), m_root(root) {}
+enum class Password { Right, Wrong, Cancelled };
 
-  enum class Password { Right, Wrong, Cancelled };
-  Password password = Password::Right;
-
-  /// The number of waiting requests about files.
-  std::size_t count() const {
-    return static_cast<std::size_t>(std::count_if(m_waiting.begin(), m_waiting.end(), isAboutFiles));
-  }
-  void answerQueries() {
-    std::deque<Waiting> waiting;
-    waiting.swap(m_waiting);
-    for (const Waiting& request : waiting) {
-      if (isAboutFiles(request)) m_waiting.push_back(request);
-    }
-    for (const Waiting& request : waiting) {
-      if (!isAboutFiles(request)) request.reply((request.isRoots ? m_root : m_user).handle(request.body));
-    }
-  }
-  void answer(Fate fate) {
-    const auto found = std::find_if(m_waiting.begin(), m_waiting.end(), isAboutFiles);
-    Waiting request = *found;
-    m_waiting.erase(found);
-    RequestHandler& handler = request.isRoots ? m_root : m_user;
-    if (fate == Fate::DiesHalfway) {
-      request.body.remove("deletePath");
-      request.body.set("kind", 0);
-    }
-    Dictionary reply{{"error", Dictionary{{"domain", "MirvelActionErrorDomain"}, {"code", 4}}}};
-    if (fate != Fate::Refused && fate != Fate::DiesBefore) reply = handler.handle(request.body);
-    if (fate == Fate::Done || fate == Fate::Refused) return request.reply(reply);
-    std::erase_if(m_waiting, [&](const Waiting& other) { return other.isRoots == request.isRoots; });
-    request.failure(because("the helper has ended"));
-  }
-
-  std::unique_ptr<HelperConnection> connectToAction() override { return std::make_unique<Connection>(*this, false); }
-  void connectToPrivileged(PrivilegedReply reply, HelperConnection::Failure) override {
-    if (password != Password::Right) return reply({.isCancelled = password == Password::Cancelled});
-    reply({.connection = std::make_unique<Connection>(*this, true), .authData = "secret"});
-  }
-
- private:
-  struct Waiting {
-    HelperConnection::Id id;
-    bool isRoots;
-    Dictionary body;
-    HelperConnection::Reply reply;
-    HelperConnection::Failure failure;
-  };
-  static bool isAboutFiles(const Waiting& request) { return *request.body.find("kind") != propertylist::Value(9); }
-  class Connection final : public HelperConnection {
-   public:
-    Connection(HandlingHelpers& owner, bool isRoots) : m_owner(owner), m_isRoots(isRoots) {}
-    Id run(const Dictionary& request, Reply reply, Failure failure, Event) override {
-      m_owner.m_waiting.push_back({++m_owner.m_lastId, m_isRoots, request, std::move(reply), std::move(failure)});
-      return m_owner.m_lastId;
-    }
-    void cancel(Id id) override {
-      EXPECT_EQ(std::erase_if(m_owner.m_waiting, [&](const Waiting& request) { return request.id == id; }), 1U);
-    }
-    bool hasFailed() const override { return true; }
-    void invalidate() override {}
-
-   private:
-    HandlingHelpers& m_owner;
-    bool m_isRoots;
-  };
-
-  RequestHandler& m_user;
-  RequestHandler& m_root;
-  std::deque<Waiting> m_waiting;
-  HelperConnection::Id m_lastId = 0;
-};
-
-/// A program that saves real files through the real handlers. "u", "a" and "d" are the user's agents, everyone's agents
-/// and the daemons; 1 is the original job and 2 the edited one.
+/// A program that saves real files through the real handlers; requests wait until the test decides their outcome. "u",
+/// "a" and "d" are the user's agents, everyone's agents and the daemons; 1 is the original job and 2 the edited one.
 class SaveSequencesTest : public testdata::ProgramFixture {
  protected:
+  using Request = testdata::FakeHelpers::Request;
+
   static Kind kindOf(char letter) {
     return letter == 'u' ? Kind::userAgent : letter == 'a' ? Kind::localAgent : Kind::localDaemon;
   }
@@ -148,7 +74,6 @@ class SaveSequencesTest : public testdata::ProgramFixture {
   void SetUp() override {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can give files to root";
     for (const char letter : {'u', 'a', 'd'}) fs::create_directories(path(kindOf(letter)));
-    platform.helpers = &handlers;
   }
 
   void TearDown() override {
@@ -167,6 +92,8 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     const auto file = writeJob(kindOf(before), "job", {{"ProgramArguments", propertylist::Array{"/bin/old"}}});
     ASSERT_TRUE((before == 'd' ? system : session).load(file));
     TearDown();
+    helpers.requests.clear();
+    helpers.privilegedReply = {};
     m_shell = std::make_unique<testdata::RecordingShell>(program());
     scan();
     job = std::dynamic_pointer_cast<Launchd>(jobNamed("job"));
@@ -218,18 +145,54 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     return isEdited;
   }
 
+  static bool isWaiting(const Request& request) { return request.reply && !request.isCancelled; }
+  static bool isAboutFiles(const Request& request) { return isWaiting(request) && request.kind() != 9; }
+  static bool isQuery(const Request& request) { return isWaiting(request) && request.kind() == 9; }
+  std::size_t count() const {
+    return static_cast<std::size_t>(std::count_if(helpers.requests.begin(), helpers.requests.end(), isAboutFiles));
+  }
+  /// Takes the first such request; its reply can send another one.
+  Request take(bool (*isMeant)(const Request&)) {
+    const auto found = std::find_if(helpers.requests.begin(), helpers.requests.end(), isMeant);
+    const Request request = *found;
+    found->reply = nullptr;
+    return request;
+  }
+  Dictionary handle(const Request& request) {
+    return (request.isPrivileged ? rootHandler : userHandler).handle(request.body);
+  }
+  void answer(Fate fate) {
+    Request request = take(isAboutFiles);
+    if (fate == Fate::DiesHalfway) {
+      request.body.remove("deletePath");
+      request.body.set("kind", 0);
+    }
+    Dictionary reply{{"error", Dictionary{{"domain", "MirvelActionErrorDomain"}, {"code", 4}}}};
+    if (fate != Fate::Refused && fate != Fate::DiesBefore) reply = handle(request);
+    if (fate == Fate::Done || fate == Fate::Refused) return request.reply(reply);
+    for (Request& other : helpers.requests) {
+      if (isWaiting(other) && other.isPrivileged == request.isPrivileged) other.reply = nullptr;
+    }
+    request.failure(because("the helper has ended"));
+  }
+
   /// Saves with this outcome of one request, and success of all others.
   std::string saveWith(std::size_t step, Fate fate, Beside beside = Beside::None, When when = When::Last) {
     const auto queries = startQueries(beside);
     if (when == When::First) endQueries(beside, queries);
+    helpers.isHandshakeHeld = password != Password::Right;
     program().actions.save(job);
-    for (std::size_t i = 0; handlers.count() > 0; ++i) {
-      EXPECT_EQ(handlers.count(), 1U) << "each step waits for the one before it";
+    if (helpers.isHandshakeHeld && helpers.privilegedReply) {
+      helpers.privilegedReply({.isCancelled = password == Password::Cancelled});
+    }
+    for (std::size_t i = 0; count() > 0; ++i) {
+      EXPECT_EQ(count(), 1U) << "each step waits for the one before it";
       if (when == When::Second && i == 1) endQueries(beside, queries);
-      handlers.answer(i == step ? fate : Fate::Done);
+      answer(i == step ? fate : Fate::Done);
       queue.runDue();
     }
     endQueries(beside, queries);
+    for (const Request& request : helpers.requests) EXPECT_TRUE(request.reply || !request.isCancelled) << "too late";
     EXPECT_EQ(m_endedQueries.size(), queries.size()) << "each ends once";
     return state();
   }
@@ -247,7 +210,10 @@ class SaveSequencesTest : public testdata::ProgramFixture {
     return queries;
   }
   void endQueries(Beside beside, const std::vector<Action::Shared>& queries) {
-    if (beside == Beside::Answered) handlers.answerQueries();
+    while (beside == Beside::Answered && std::any_of(helpers.requests.begin(), helpers.requests.end(), isQuery)) {
+      const Request query = take(isQuery);
+      query.reply(handle(query));
+    }
     for (const auto& query : queries) program().actions.cancel(query);  // without effect on one that has ended
   }
 
@@ -259,7 +225,7 @@ class SaveSequencesTest : public testdata::ProgramFixture {
   RequestHandler userHandler{{.files = userFiles, .host = session, .uninstall = [] { return Result<void>(); }}};
   RequestHandler rootHandler{
       {.files = rootFiles, .host = system, .uninstall = [] { return Result<void>(); }, .trustsLabels = false}};
-  HandlingHelpers handlers{userHandler, rootHandler};
+  Password password = Password::Right;
   std::shared_ptr<Launchd> job;
   jobfile::Plist record;
   std::string url;
@@ -268,19 +234,6 @@ class SaveSequencesTest : public testdata::ProgramFixture {
   std::unique_ptr<testdata::RecordingShell> m_shell;
   std::vector<bool> m_endedQueries;
 };
-
-TEST_F(SaveSequencesTest, APrivateFileStaysPrivateWhereverItGoes) {
-  constexpr auto ownersAlone = fs::perms::owner_read | fs::perms::owner_write;
-  for (const char before : {'u', 'a', 'd'}) {
-    for (const char now : {'u', 'a', 'd'}) {
-      edit(before, now);
-      fs::permissions(job->url.path(), ownersAlone);
-      (void)saveWith(99, Fate::Done);
-      EXPECT_EQ(job->url.path(), path(kindOf(now), "job.plist"));
-      EXPECT_EQ(fs::status(job->url.path()).permissions(), ownersAlone) << before << now;
-    }
-  }
-}
 
 TEST_F(SaveSequencesTest, WhicheverStepFailsTheJobIsInOnePlaceAndLoadedOrEdited) {
   struct Row {
@@ -337,21 +290,24 @@ TEST_F(SaveSequencesTest, WhicheverStepFailsTheJobIsInOnePlaceAndLoadedOrEdited)
   }
 }
 
-TEST_F(SaveSequencesTest, EachPairOfKindsIsSavedOrLeftAloneByThePassword) {
-  using Password = HandlingHelpers::Password;
+TEST_F(SaveSequencesTest, EachPairOfKindsIsSavedOrLeftAloneByThePasswordAndAPrivateFileStaysPrivate) {
+  constexpr auto ownersAlone = fs::perms::owner_read | fs::perms::owner_write;
   for (const char before : {'u', 'a', 'd'}) {
     for (const char now : {'u', 'a', 'd'}) {
       SCOPED_TRACE(std::string{before} + " to " + now);
       const std::string saved = std::string{now, '2', '|', now} + "2|saved";
       const std::string left = std::string{before, '1', '|', before} + "1|edited";
       const bool needsNone = before == 'u' && now == 'u';
-      for (const auto& [password, errors] :
+      for (const auto& [given, errors] :
            {std::pair(Password::Right, 0U), std::pair(Password::Wrong, 1U), std::pair(Password::Cancelled, 0U)}) {
         edit(before, now);
-        handlers.password = password;
+        fs::permissions(job->url.path(), ownersAlone);
+        password = given;
         const bool isSaved = needsNone || password == Password::Right;
         EXPECT_EQ(saveWith(99, Fate::Done), isSaved ? saved : left);
         EXPECT_EQ(interface.errors.size(), isSaved ? 0U : errors);
+        EXPECT_EQ(job->url.path(), path(kindOf(isSaved ? now : before), "job.plist"));
+        EXPECT_EQ(fs::status(job->url.path()).permissions(), ownersAlone);
       }
     }
   }

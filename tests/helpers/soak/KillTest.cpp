@@ -1,7 +1,6 @@
 // Kills helper and host between each two of their steps, and checks what is left when they are restarted.
 
 #include <gmock/gmock.h>
-#include <sched.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -13,14 +12,13 @@
 #include "core/files/RegularFile.h"
 #include "core/process/FileDescriptor.h"
 #include "core/process/SystemProcessRunner.h"
-#include "helpers/Soak.h"
+#include "helpers/FakeJobHost.h"
 #include "helpers/action/RequestHandler.h"
 #include "helpers/host/Daemon.h"
 #include "helpers/host/Signpost.h"
 #include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/jobhost/EmbeddedHost.h"
 #include "helpers/soak/Steps.h"
-#include "support/JobText.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -34,16 +32,6 @@ unsigned seedOfRun() {
   const char* const asked = std::getenv("MIRVEL_SOAK");
   const unsigned given = asked ? static_cast<unsigned>(std::strtoul(asked, nullptr, 10)) : 20261122;
   return given > 1 ? given : std::random_device()();
-}
-
-/// Waits until the condition is met, with a limit that only a failure reaches.
-bool eventually(const std::function<bool()>& isSo) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (!isSo()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    ::sched_yield();
-  }
-  return true;
 }
 
 /// The process that is killed.
@@ -75,7 +63,7 @@ class KillTest : public testing::TestWithParam<Scene> {
   int killAtEachStep() {
     int kills = 0;
     for (long step = 1;; ++step) {
-      for (int i = 0; i < testdata::tries(1, 50); ++i) {
+      for (int i = 0; i < steps::tries(1, 50); ++i) {
         prepare();
         const bool isKilled = GetParam().victim == Victim::Helper ? killHelper(step) : killHost(step);
         check("step " + std::to_string(step) + ", try " + std::to_string(i));
@@ -93,14 +81,14 @@ class KillTest : public testing::TestWithParam<Scene> {
 
   /// A job that writes its process ID and keeps running. Its versions have different sizes, so that a file with a part
   /// of one is recognised.
-  std::string content(int version, const std::string& name = label) const {
+  std::string content(int version) const {
     std::mt19937 random(m_seed + static_cast<unsigned>(version));
     const std::string comment(1 + random() % 100'000, 'x');
     return testdata::jobText(
-        name, {{"ProgramArguments",
-                propertylist::Array{"/bin/sh", "-c", "echo $$ >> '" + m_processes.string() + "'; exec sleep 1000"}},
-               {"RunAtLoad", true},
-               {"Comment", comment}});
+        label, {{"ProgramArguments",
+                 propertylist::Array{"/bin/sh", "-c", "echo $$ >> '" + m_processes.string() + "'; exec sleep 1000"}},
+                {"RunAtLoad", true},
+                {"Comment", comment}});
   }
   std::string testContent() const {
     return testdata::jobText(std::string(label) + ".test",
@@ -117,26 +105,16 @@ class KillTest : public testing::TestWithParam<Scene> {
   }
 
   Dictionary request() {
-    const fs::path folder = m_folder.path();
-    switch (GetParam().operation) {
-      case Operation::Save:
-        return {{"kind", 1}, {"path", file(*m_where).string()}, {"string", content(m_version + 1)}, {"label", label}};
-      case Operation::Move:
-        return {{"kind", 1},
-                {"path", file(1 - *m_where).string()},
-                {"deletePath", file(*m_where).string()},
-                {"string", content(m_version + 1)},
-                {"label", label}};
-      case Operation::TestRun:
-        return {{"kind", 6},
-                {"testPath", (folder / "test.plist").string()},
-                {"testOutputPath", (folder / "test.out").string()},
-                {"string", testContent()},
-                {"label", label}};
-      case Operation::Nothing:
-        break;
+    if (GetParam().operation == Operation::TestRun) {
+      const std::string test = m_folder.path() / "test";
+      return {{"kind", 6}, {"testPath", test + ".plist"}, {"testOutputPath", test + ".out"}, {"string", testContent()}};
     }
-    return {};
+    const bool isMove = GetParam().operation == Operation::Move;
+    const fs::path old = file(*m_where);
+    Dictionary request =
+        testdata::writeRequest(1, isMove ? file(1 - *m_where) : old, content(m_version + 1), isMove ? old : fs::path());
+    request.set("label", label);
+    return request;
   }
 
   void act() {
@@ -211,7 +189,7 @@ class KillTest : public testing::TestWithParam<Scene> {
       m_process = status->front().process;
       return m_process.has_value();  // it may just be starting
     };
-    ASSERT_TRUE(eventually(isAlone)) << testing::PrintToString(labels) << " are loaded";
+    ASSERT_TRUE(host::eventually(isAlone)) << testing::PrintToString(labels) << " are loaded";
   }
 
   void checkProcesses() {
@@ -222,7 +200,7 @@ class KillTest : public testing::TestWithParam<Scene> {
       }
       return result;
     };
-    ASSERT_TRUE(eventually([&] { return others().empty(); }))
+    ASSERT_TRUE(host::eventually([&] { return others().empty(); }))
         << testing::PrintToString(others()) << " are running as well";
     ASSERT_TRUE(host::isAlive(std::to_string(*m_process)));
   }
@@ -256,7 +234,7 @@ class KillTest : public testing::TestWithParam<Scene> {
 TEST_P(KillTest, NeverLosesDoublesOrLeavesAJob) {
   const int kills = killAtEachStep();
   std::cout << kills << " kills\n";
-  EXPECT_GE(kills, testdata::tries(5, 250)) << "there must be more steps";
+  EXPECT_GE(kills, steps::tries(5, 250)) << "there must be more steps";
 }
 
 INSTANTIATE_TEST_SUITE_P(Soak, KillTest,

@@ -5,6 +5,7 @@
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -96,15 +97,13 @@ using mirvel::steps::step;
   }
 
 MIRVEL_STEP(ssize_t, write, , (int file, const void* bytes, std::size_t count), (file, bytes, count))
+MIRVEL_STEP(ssize_t, writev, , (int file, const iovec* parts, int count), (file, parts, count))
 MIRVEL_STEP(ssize_t, send, , (int socket, const void* bytes, std::size_t count, int flags),
             (socket, bytes, count, flags))
 MIRVEL_STEP(int, fsync, , (int file), (file))
 MIRVEL_STEP(int, fchmod, MIRVEL_QUIETLY, (int file, mode_t mode), (file, mode))
 MIRVEL_STEP(int, rename, MIRVEL_QUIETLY, (const char* from, const char* to), (from, to))
 MIRVEL_STEP(int, renameat, MIRVEL_QUIETLY, (int from, const char* old, int to, const char* name), (from, old, to, name))
-MIRVEL_STEP(int, link, MIRVEL_QUIETLY, (const char* from, const char* to), (from, to))
-MIRVEL_STEP(int, linkat, MIRVEL_QUIETLY, (int from, const char* old, int to, const char* name, int flags),
-            (from, old, to, name, flags))
 #ifdef __GLIBC__
 MIRVEL_STEP(int, renameat2, MIRVEL_QUIETLY, (int from, const char* old, int to, const char* name, unsigned flags),
             (from, old, to, name, flags))

@@ -1,11 +1,17 @@
 #pragma once
 
+#include <cstdlib>
 #include <functional>
 
 /// Steps are the system calls by which a process changes what others see: they write, rename, remove, send, fork and
 /// signal. This program defines these functions itself; its definitions count the calls and forward them to the C
 /// library.
 namespace mirvel::steps {
+
+/// How often something random is repeated: `soaking` times if MIRVEL_SOAK is set.
+inline int tries(int usual, int soaking) {
+  return std::getenv("MIRVEL_SOAK") ? soaking : usual;
+}
 
 /// How a process ended.
 struct Outcome {
