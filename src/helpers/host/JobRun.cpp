@@ -141,7 +141,9 @@ Result<void> RunRecords::write(const RunRecord& record) const {
                                                                        .alone = record.run.isLeaderAlone}));
   if (!text) return text.error();
   std::error_code failure;
-  fs::create_directories(m_folder, failure);  // on failure, the open below reports the reason
+  // Not its parents: if the machine below a folder is being deleted, it must not come back. On failure, the open below
+  // reports the reason.
+  fs::create_directory(m_folder, failure);
   const fs::path file = m_folder / record.run.token;
   // Not `replaceFile`, which flushes file and folder to the device: that would delay each start of a job.
   const fs::path fresh = m_folder / (record.run.token + temporaryExtension);

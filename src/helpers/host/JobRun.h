@@ -48,7 +48,7 @@ struct RunRecord {
 /// flushed to the device, because after a power failure the processes are gone as well. For one thread.
 class RunRecords {
  public:
-  /// The folder is created with the first record.
+  /// The folder is created with the first record; its parent must exist.
   explicit RunRecords(std::filesystem::path folder);
 
   /// Called before a process is started, so that its token is recorded whatever happens next, and again once its
