@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session/Session.h"
+#include "core/session/SessionContext.h"
 
 namespace mirvel {
 
@@ -10,7 +10,7 @@ class RevisionController;
 
 /// The parts of the program that requests, saves and deletions depend on. All of them must outlive the
 /// `ActionController`.
-struct ActionContext : Session {
+struct ActionContext : SessionContext {
   RevisionController& revisions;
   CommandRepairs& repairs;
   Busy& saving;    ///< saves and restorations, from the password or the first request to the last reply

@@ -14,7 +14,7 @@
 
 namespace mirvel {
 
-AppDelegate::AppDelegate(const Session& session, ActionController& actions, Drafts& drafts,
+AppDelegate::AppDelegate(const SessionContext& session, ActionController& actions, Drafts& drafts,
                          const MainWindowController& mainWindow)
     : m_session(session),
       m_actions(actions),

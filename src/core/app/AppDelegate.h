@@ -5,7 +5,7 @@
 
 #include "core/ports/FolderMonitor.h"
 #include "core/ports/MainQueue.h"
-#include "core/session/Session.h"
+#include "core/session/SessionContext.h"
 
 namespace mirvel {
 
@@ -18,7 +18,7 @@ class AppDelegate {
  public:
   /// Creates the user's agents folder if it is missing. If that fails, the error is presented to the user and the
   /// program runs without the folder. All arguments must outlive this object.
-  AppDelegate(const Session& session, ActionController& actions, Drafts& drafts,
+  AppDelegate(const SessionContext& session, ActionController& actions, Drafts& drafts,
               const MainWindowController& mainWindow);
 
   /// To be called once, at the start. Completes interrupted moves, offers drafts, and starts the first scan. The folder
@@ -35,7 +35,7 @@ class AppDelegate {
   void renewRegistration();
   void folderDidChange();
 
-  const Session m_session;
+  const SessionContext m_session;
   ActionController& m_actions;
   Drafts& m_drafts;
   const MainWindowController& m_mainWindow;

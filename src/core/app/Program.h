@@ -30,7 +30,7 @@
 #include "core/session/Notifications.h"
 #include "core/session/Platform.h"
 #include "core/session/Selection.h"
-#include "core/session/Session.h"
+#include "core/session/SessionContext.h"
 #include "core/session/Shell.h"
 
 namespace mirvel {
@@ -73,7 +73,7 @@ class Program {
   // Reading and editing jobs.
   Editing editing;
   Fetcher fetcher;
-  const Session session;
+  const SessionContext session;
   Drafts drafts;
   IconEditing icons;
 

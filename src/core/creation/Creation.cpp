@@ -22,6 +22,7 @@ constexpr std::array<Kind, 3> kinds{Kind::userAgent, Kind::localAgent, Kind::loc
 
 std::vector<KindChoice> kindChoices(KindTexts& texts) {
   std::vector<KindChoice> result;
+  result.reserve(kinds.size());
   for (const Kind kind : kinds) result.push_back({kind, texts.title(kind)});
   return result;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session/Session.h"
+#include "core/session/SessionContext.h"
 
 namespace mirvel {
 
@@ -14,7 +14,7 @@ struct Creation;
 
 /// The parts of the program that the sheets that create jobs depend on. All of them, and the context itself, must
 /// outlive the sheets.
-struct CreationContext : Session {
+struct CreationContext : SessionContext {
   ActionController& actions;
   CommandRepairs& repairs;
   DeletedJobs& deletedJobs;

@@ -63,7 +63,7 @@ propertylist::Value Drafts::encode(const Draft& draft) {
                                   {contentsKey, propertylist::Data{draft.text}}};
 }
 
-Drafts::Drafts(const Session& session)
+Drafts::Drafts(const SessionContext& session)
     : m_session(session),
       m_store(session.foundation.roots.applicationSupport / "Drafts.plist", &session.foundation.storeTroubles),
       m_delay(session.platform.mainQueue),

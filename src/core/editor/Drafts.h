@@ -12,7 +12,7 @@
 #include "core/catalogue/Job.h"
 #include "core/catalogue/Kind.h"
 #include "core/ports/MainQueue.h"
-#include "core/session/Session.h"
+#include "core/session/SessionContext.h"
 #include "core/settings/Store.h"
 
 namespace mirvel {
@@ -25,7 +25,7 @@ class Launchd;
 class Drafts {
  public:
   /// All parts of the session outlive it.
-  explicit Drafts(const Session& session);
+  explicit Drafts(const SessionContext& session);
 
   /// Writes the copy at once or, if there is no unsaved edit, removes it. Returns false if the edit would not survive
   /// completely: the copy couldn't be written, or there is unfinished input, which a job file can't contain.
@@ -56,7 +56,7 @@ class Drafts {
   bool isHeld(const Draft& draft) const;
   void putAside(const Draft& draft);
 
-  const Session m_session;
+  const SessionContext m_session;
   Store m_store;
   Delay m_delay;
   bool m_isDue = false;

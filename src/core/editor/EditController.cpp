@@ -50,7 +50,7 @@ std::string readable(const std::string& bytes) {
 
 }  // namespace
 
-EditController::EditController(const Session& session, const Busy& saving, const Busy& scanning,
+EditController::EditController(const SessionContext& session, const Busy& saving, const Busy& scanning,
                                ActionController& actions, EditStackType& stack)
     : m_session(session), m_saving(saving), m_scanning(scanning), m_actions(actions), m_stack(stack) {
   m_session.shell.edit = this;

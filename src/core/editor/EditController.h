@@ -8,7 +8,7 @@
 #include "core/ports/Interface.h"
 #include "core/propertylist/Value.h"
 #include "core/session/DetailType.h"
-#include "core/session/Session.h"
+#include "core/session/SessionContext.h"
 
 namespace mirvel {
 
@@ -63,7 +63,7 @@ class EditStackType {
 class EditController final : public EditType {
  public:
   /// Is `shell.edit` during its lifetime. All arguments outlive it.
-  EditController(const Session& session, const Busy& saving, const Busy& scanning, ActionController& actions,
+  EditController(const SessionContext& session, const Busy& saving, const Busy& scanning, ActionController& actions,
                  EditStackType& stack);
   ~EditController() override;
 
@@ -86,7 +86,7 @@ class EditController final : public EditType {
   void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
   void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, VersionChoice choice);
 
-  const Session m_session;
+  const SessionContext m_session;
   const Busy& m_saving;
   const Busy& m_scanning;
   ActionController& m_actions;

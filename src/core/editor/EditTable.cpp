@@ -156,6 +156,7 @@ std::vector<TableRow> rowsOf(const jobfile::StringMap<std::string>& entries) {
 
 std::vector<TableRow> rowsOf(const std::vector<std::string>& texts) {
   std::vector<TableRow> rows;
+  rows.reserve(texts.size());
   for (const std::string& text : texts) rows.push_back({.cells = {text}});
   return rows;
 }

@@ -56,9 +56,10 @@ void FileCheck::check(const std::string& command, Answer answer) {
   auto files = isWanted ? m_repairs.fileArguments(command) : std::vector<fs::path>();
   if (files.empty()) return answer({});
 
-  auto deliver = m_delay.whileOwned([last = m_last, number, answer = std::move(answer)](std::vector<fs::path> missing) {
-    if (*last == number) answer(missing);
-  });
+  auto deliver =
+      m_delay.whileOwned([last = m_last, number, answer = std::move(answer)](const std::vector<fs::path>& missing) {
+        if (*last == number) answer(missing);
+      });
   m_fileQueue.add(
       [files = std::move(files), last = m_last, number, deliver = std::move(deliver), &queue = m_mainQueue]() mutable {
         if (*last != number) return;

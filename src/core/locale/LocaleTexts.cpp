@@ -27,6 +27,7 @@ std::string listText(const std::vector<std::string>& elements, const std::string
   const std::unique_ptr<icu::ListFormatter> format(
       icu::ListFormatter::createInstance(icu::Locale(locale.c_str()), status));
   std::vector<icu::UnicodeString> texts;
+  texts.reserve(elements.size());
   for (const auto& element : elements) texts.push_back(icu::UnicodeString::fromUTF8(element));
   icu::UnicodeString joined;
   if (U_SUCCESS(status)) format->format(texts.data(), static_cast<std::int32_t>(texts.size()), joined, status);

@@ -17,7 +17,7 @@
 
 namespace mirvel {
 
-MainWindowController::MainWindowController(const Session& session, Drafts& drafts)
+MainWindowController::MainWindowController(const SessionContext& session, Drafts& drafts)
     : m_session(session),
       m_drafts(drafts),
       m_selectionChanged(session.selection.changed().subscribe([this] { selectedJobDidChange(); })) {}

@@ -6,7 +6,7 @@
 #include "core/base/Signal.h"
 #include "core/ports/Interface.h"
 #include "core/session/Mode.h"
-#include "core/session/Session.h"
+#include "core/session/SessionContext.h"
 
 namespace mirvel {
 
@@ -19,7 +19,7 @@ class Job;
 class MainWindowController {
  public:
   /// All arguments must outlive this object.
-  MainWindowController(const Session& session, Drafts& drafts);
+  MainWindowController(const SessionContext& session, Drafts& drafts);
 
   /// The name of the application, followed by that of the job whose details are shown: "Mirvel – backup".
   std::string title() const;
@@ -54,7 +54,7 @@ class MainWindowController {
   Alert unsavedChangesQuestion() const;
   void answerUnsavedChanges(int button);
 
-  const Session m_session;
+  const SessionContext m_session;
   Drafts& m_drafts;
   Subscription m_selectionChanged;
   bool m_isTerminating = false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session/Session.h"
+#include "core/session/SessionContext.h"
 
 namespace mirvel {
 
@@ -13,7 +13,7 @@ class RevisionController;
 
 /// The parts of the program that modes, menus and widgets of the main window use. Made by the composition root. The
 /// record and everything it refers to must outlive its users, which keep a reference to it.
-struct WindowContext : Session {
+struct WindowContext : SessionContext {
   RevisionController& revisions;
   JobDeletion& deletion;
   const HostStart& hostStart;

@@ -37,7 +37,7 @@ bool isMachineGone(const HostSetup& setup) {
 }
 
 hostdata::BeginSession requestFor(const HostSetup& setup, const Session& session) {
-  const auto variables = session.variables();
+  const auto& variables = session.variables();
   return {.environment = {variables.begin(), variables.end()},
           .folders = {setup.jobFolders.begin(), setup.jobFolders.end()}};
 }

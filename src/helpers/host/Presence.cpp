@@ -33,7 +33,7 @@ bool Presence::isWhole() const {
 
 Result<bool> Presence::renew(const std::function<void(int)>& replaced) {
   // The lock first: only its owner may replace the socket.
-  const auto lock = lockAgain();
+  auto lock = lockAgain();
   if (!lock || !*lock) return lock;
   auto listening = listenAgain();
   if (!listening) return listening.error();

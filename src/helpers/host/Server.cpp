@@ -255,8 +255,9 @@ void Server::settle() {
     const auto client = waiting.client.lock();
     if (!client) return true;
     auto body = answerTo(waiting, now);
-    if (body) client->send({.id = waiting.id, .body = *std::move(body)});
-    return body.has_value();
+    if (!body) return false;
+    client->send({.id = waiting.id, .body = *std::move(body)});
+    return true;
   });
   for (const Client& client : m_clients) {
     if (client->isOver()) m_loop.forget(client->descriptor());

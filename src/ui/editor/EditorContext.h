@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session/Session.h"
+#include "core/session/SessionContext.h"
 
 namespace mirvel {
 class ActionController;
@@ -20,7 +20,7 @@ class IconLoader;
 
 /// The parts of the program that the details and the editor use. The main window creates it, and widgets keep copies;
 /// all parts outlive them.
-struct EditorContext : Session {
+struct EditorContext : SessionContext {
   const Busy& saving;
   const Busy& scanning;
   ActionController& actions;

@@ -22,6 +22,7 @@ void JobDetailsView::updateDetail() {
   const Foundation& foundation = m_context.foundation;
   const auto rows = JobDetails::rows(*job, foundation.localize, foundation.roots.home.native());
   std::vector<std::string> labels;
+  labels.reserve(rows.size());
   for (const JobDetails::Row& row : rows) labels.push_back(row.label);
   // Refilled in place for the same job, so that selected text and scroll position survive a scan.
   if (m_path != job->url.text() || m_labels != labels) make(rows);

@@ -19,7 +19,7 @@ QString shownText(std::string_view text) {
 }
 
 QString shownToolTip(std::string_view text) {
-  const QString shown = shownText(text);
+  QString shown = shownText(text);
   if (!Qt::mightBeRichText(shown)) return shown;
   return QStringLiteral("<qt>") + shown.toHtmlEscaped() + QStringLiteral("</qt>");
 }

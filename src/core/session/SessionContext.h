@@ -14,7 +14,7 @@ struct Shell;
 
 /// The parts of the program that every window, sheet and request works with. Made by the composition root; the parts
 /// outlive all copies. For the main thread.
-struct Session {
+struct SessionContext {
   Foundation& foundation;
   const Platform& platform;
   Shell& shell;
