@@ -240,22 +240,22 @@ constexpr TableFormat::Column textColumn[] = {{}};
 constexpr TableFormat::Column pathColumn[] = {{.isPath = true}};
 
 template <Key key>
-constexpr Field row(Section section, Field field = {}) {
+constexpr Field row(Section section, Field field = {}, FieldAccess access = Access<key>::functions) {
   field.section = section;
   if (field.key.empty()) field.key = keyRow<key>.text;
-  if (!field.access.isSet) field.access = Access<key>::functions;
+  field.access = access;
   return field;
 }
 
 constexpr Field allRows[] = {
     row<Key::Disabled>(
         Section::General,
-        {.access = negated<Key::Disabled>(),
-         .control = Control::CheckBox,
+        {.control = Control::CheckBox,
          .help = "This optional key specifies whether the job should be loaded by default. Note that this key may be "
                  "overridden through the enable subcommand of launchctl(3).",
          .title = [](const Localize& localize) { return localize.enabled(); },
-         .ifAbsent = true}),
+         .ifAbsent = true},
+        negated<Key::Disabled>()),
     {.section = Section::General,
      .key = "Label",
      .access = label,
@@ -289,8 +289,8 @@ constexpr Field allRows[] = {
     row<Key::StandardInPath>(Section::Paths),
     row<Key::StandardOutPath>(Section::Paths),
     row<Key::WorkingDirectory>(Section::Paths),
-    row<Key::QueueDirectories>(Section::Paths, {.access = paths<Key::QueueDirectories>()}),
-    row<Key::WatchPaths>(Section::Paths, {.access = paths<Key::WatchPaths>()}),
+    row<Key::QueueDirectories>(Section::Paths, {}, paths<Key::QueueDirectories>()),
+    row<Key::WatchPaths>(Section::Paths, {}, paths<Key::WatchPaths>()),
     row<Key::LowPriorityIO>(Section::Limits),
     row<Key::LowPriorityBackgroundIO>(Section::Limits),
     row<Key::LaunchOnlyOnce>(Section::Limits),
