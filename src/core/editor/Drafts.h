@@ -1,13 +1,10 @@
 #pragma once
 
-#include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "core/base/Result.h"
 #include "core/base/Signal.h"
 #include "core/catalogue/Job.h"
 #include "core/catalogue/Kind.h"

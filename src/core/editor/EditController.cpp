@@ -116,10 +116,11 @@ void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const 
   }
   if (choice != VersionChoice::Mine) return;
   // Without unsaved changes, a scan may have replaced the job by the other version.
-  if (selected != job && !m_session.editing.replaceRecord(textAsEdited(job->plist())))
+  if (selected != job && !m_session.editing.replaceRecord(textAsEdited(job->plist()))) {
     return m_session.platform.interface.saveError();
-  m_session.editing.setFileChecksum(
-      Checksum::ofFile(theirs).text());  // so that only a further change is a conflict again
+  }
+  // So that only a further change is a conflict again.
+  m_session.editing.setFileChecksum(Checksum::ofFile(theirs).text());
   m_actions.save(selected);
 }
 

@@ -15,7 +15,6 @@ namespace mirvel {
 class ActionController;
 class Busy;
 class Editing;
-class Interface;
 class Launchd;
 class Localize;
 

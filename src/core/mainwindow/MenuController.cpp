@@ -2,9 +2,7 @@
 
 #include "core/actions/JobDeletion.h"
 #include "core/actions/RevisionController.h"
-#include "core/catalogue/Launchd.h"
 #include "core/mainwindow/ModeRules.h"
-#include "core/mainwindow/RevisionMenu.h"
 #include "core/mainwindow/WindowContext.h"
 #include "core/session/Busy.h"
 #include "core/session/CurrentMode.h"
