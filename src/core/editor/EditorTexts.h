@@ -54,6 +54,7 @@ class EditorTexts : public Texts {
   std::string path() const { return text("Path"); }
   std::string paths() const { return text("Paths"); }
   std::string removeIcon() const { return text("Remove Icon"); }
+  std::string removeKey(const std::string& key) const { return format("Remove “%@”", {key}); }
   std::string removeRule() const { return text("Remove Rule"); }
   std::string test() const { return text("Test"); }
   std::string theFileHasChanged(const std::string& name) const {

@@ -261,7 +261,8 @@ constexpr Field allRows[] = {
      .access = label,
      .control = Control::Text,
      .help = "Label: This required key uniquely identifies the job to launchd.",
-     .title = [](const Localize& localize) { return localize.name(); }},
+     .title = [](const Localize& localize) { return localize.name(); },
+     .isRequired = true},
     row<Key::RunAtLoad>(
         Section::When,
         {.control = Control::CheckBox,

@@ -69,6 +69,7 @@ struct Field {
   Control control = Control::None;
   std::string_view help = {};                                ///< not translated; UTF-8, without markup
   std::string (*title)(const Localize& localize) = nullptr;  ///< if null, the key is the title
+  bool isRequired = false;                                   ///< the key can't be removed
   bool ifAbsent = false;                                     ///< the state of a check box whose key is absent
   OptionClick optionClick = OptionClick::RemovesKey;
   Scope scope = Scope::AllJobs;       ///< the field is disabled for other jobs

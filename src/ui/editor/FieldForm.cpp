@@ -16,6 +16,7 @@
 #include "core/text/Bidirectional.h"
 #include "ui/editor/ChooseFile.h"
 #include "ui/editor/EditTableView.h"
+#include "ui/editor/FieldCell.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Controls.h"
 #include "ui/support/Palettes.h"
@@ -41,9 +42,7 @@ FieldValue valueOf(Qt::CheckState state) {
 
 }  // namespace
 
-FieldForm::FieldForm(Section& section) : QObject(&section), m_section(section) {
-  section.installEventFilter(this);
-}
+FieldForm::FieldForm(Section& section) : QObject(&section), m_section(section) {}
 
 /// The section deletes the controls after the form, and a table reports the cell that is being edited even then.
 FieldForm::~FieldForm() {
@@ -52,27 +51,41 @@ FieldForm::~FieldForm() {
   }
 }
 
-QWidget& FieldForm::make(const Field& field) {
-  m_entries.push_back(makeEntry(field));
-  const Entry& entry = m_entries.back();
+FieldCell& FieldForm::make(const Field& field) {
+  Entry& entry = m_entries.emplace_back(makeEntry(field));
   QWidget& input = entry.text ? *entry.text : *entry.control;
   setHelp(input, field.help);
   input.setObjectName(qt(field.key));
   input.setAccessibleName(qt(titleOf(field, m_section.localize())));
-  return *entry.control;
+  entry.cell = &makeCell(entry);
+  input.parentWidget()->installEventFilter(this);  // its palette determines the mark of invalid text
+  return *entry.cell;
+}
+
+FieldCell& FieldForm::makeCell(const Entry& entry) {
+  const Field& field = *entry.field;
+  auto* const cell = new FieldCell(field, *entry.control, m_section.localize());
+  cell->isRemovable = [this, &field] {
+    const auto job = m_section.context().selection.launchd();
+    return job && !field.isRequired && field.access.isSet(job->plist());
+  };
+  cell->remove = [this, &field] { remove(field); };
+  return *cell;
+}
+
+void FieldForm::remove(const Field& field) {
+  edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, {}, plist, unfinished); });
+  if (const auto job = m_section.context().selection.launchd()) m_section.configure(*job);
 }
 
 void FieldForm::add(std::span<const Field> fields, SectionGrid& grid) {
   for (const Field& field : fields) {
     if (field.control == Control::None) continue;
-    QWidget& control = make(field);
-    const std::string title = titleOf(field, m_section.localize());
+    FieldCell& cell = make(field);
     if (field.control == Control::CheckBox || field.control == Control::ThreeStateBox) {
-      grid.addRow(control);
-    } else if (field.control == Control::Table) {
-      grid.addText(title, control, 0);
+      grid.addRow(cell);
     } else {
-      grid.addField(title, control, field.control != Control::PopUp);
+      grid.addText(titleOf(field, m_section.localize()), cell, cell.textTop());
     }
   }
 }

@@ -16,6 +16,7 @@ class QLineEdit;
 
 namespace mirvel::ui {
 
+class FieldCell;
 class SectionGrid;
 
 /// Creates the controls of fields, fills them, and writes their edits to the record. The object name of a control is
@@ -26,9 +27,9 @@ class FieldForm final : public QObject {
   explicit FieldForm(Section& section);
   ~FieldForm() override;
 
-  /// Creates the control of a field; the caller adds it to a layout. The field outlives the form.
-  QWidget& make(const Field& field);
-  /// Creates the controls of fields and adds them to a grid, with their titles. Skips fields without a control.
+  /// Creates the control of a field in its cell; the caller adds it to a layout. The field outlives the form.
+  FieldCell& make(const Field& field);
+  /// Creates the cells of fields and adds them to a grid, with their titles. Skips fields without a control.
   void add(std::span<const Field> fields, SectionGrid& grid);
   /// Shows the values of a job, which is no edit. Controls that show them already aren't touched; others keep focus and
   /// cursor.
@@ -47,6 +48,7 @@ class FieldForm final : public QObject {
     const Field* field;
     QWidget* control;           ///< all of it
     QLineEdit* text = nullptr;  ///< null if there is none
+    FieldCell* cell = nullptr;  ///< null until it has been made
     std::function<void(const Launchd& launchd)> fill = {};
     std::function<std::optional<InvalidField>()> refuse = {};
   };
@@ -64,6 +66,8 @@ class FieldForm final : public QObject {
   void mark(const Field& field, QLineEdit& text);
   void choose(const Field& field, QLineEdit& text);
   void updateScope(const Entry& entry, Kind kind);
+  FieldCell& makeCell(const Entry& entry);
+  void remove(const Field& field);
   /// Writes an edit by `write(record, unfinished)`.
   template <typename Write>
   void edit(const Field& field, Editing::Step step, std::string_view place, const Write& write);

@@ -9,6 +9,7 @@
 #include "core/commands/CommandRepairs.h"
 #include "core/session/Notifications.h"
 #include "core/session/Platform.h"
+#include "ui/editor/FieldCell.h"
 #include "ui/editor/IconButton.h"
 #include "ui/editor/RunTextField.h"
 #include "ui/editor/SectionGrid.h"
@@ -83,7 +84,8 @@ GeneralEditSection::GeneralEditSection(const EditorContext& theContext)
   auto* const grid = new SectionGrid(this);
   grid->addIcon(*m_iconButton);
   grid->addWidget(&m_form.make(fieldOf("Disabled")), 0, 1, Qt::AlignLeading | Qt::AlignVCenter);
-  grid->addField(localize().name(), m_form.make(fieldOf("Label")));
+  FieldCell& name = m_form.make(fieldOf("Label"));
+  grid->addText(localize().name(), name, name.textTop());
   makeForPopUp(*grid);
   makeRunRow(*grid);
 }

@@ -133,33 +133,6 @@ void KeyValueSection::dropRow(std::vector<Row>::iterator row) {
   neighbour.cells.back()->setFocus();
 }
 
-namespace {
-
-constexpr QChar zeroWidthSpace(0x200B);
-
-bool isEndOfWord(QChar character, QChar next) {
-  return !character.isLetterOrNumber() || (character.isLower() && next.isUpper());
-}
-
-/// Inserts zero-width spaces after words, as a label breaks lines only at spaces.
-QString breakable(const QString& key) {
-  constexpr qsizetype longestWord = 16;
-  QString result;
-  qsizetype length = 0;
-  for (qsizetype i = 0; i < key.size(); ++i) {
-    result.append(key[i]);
-    ++length;
-    const bool isLast = i + 1 == key.size();
-    if (isLast || key[i].isHighSurrogate() || key[i + 1].isMark()) continue;
-    if (length < longestWord && !isEndOfWord(key[i], key[i + 1])) continue;
-    result.append(zeroWidthSpace);
-    length = 0;
-  }
-  return result;
-}
-
-}  // namespace
-
 KeyLabel::KeyLabel(const std::string& key, QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
   setWordWrap(true);

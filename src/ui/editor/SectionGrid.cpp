@@ -11,6 +11,7 @@
 #include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -26,8 +27,12 @@ SectionGrid::SectionGrid(QWidget* section) : QGridLayout(section) {
 QLabel* SectionGrid::addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical) {
   // In a right-to-left line the colon belongs to the left of a Latin title.
   const bool isRightToLeft = QGuiApplication::isRightToLeft();
-  const std::string isolated = bidirectionalString({title}, {}, isRightToLeft);
-  auto* label = new SecondaryLabel(qt(isolated) + QLatin1Char(':'));
+  const auto shown = [&](const QString& text) {
+    return qt(bidirectionalString({utf8(text)}, {}, isRightToLeft)) + QLatin1Char(':');
+  };
+  auto* label = new SecondaryLabel(shown(qt(title)));
+  if (label->sizeHint().width() > labelWidth) label->setText(shown(breakable(qt(title))));
+  label->setWordWrap(label->sizeHint().width() > labelWidth);
   label->setFixedWidth(labelWidth);
   label->setAlignment(Qt::AlignVCenter | Qt::AlignAbsolute | (isRightToLeft ? Qt::AlignLeft : Qt::AlignRight));
   label->setBuddy(&field);

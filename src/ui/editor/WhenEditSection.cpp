@@ -4,6 +4,7 @@
 #include "core/editor/EditorTexts.h"
 #include "core/session/Selection.h"
 #include "core/text/Bidirectional.h"
+#include "ui/editor/FieldCell.h"
 #include "ui/editor/ScheduledRuleEditor.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/editor/WhenSection.h"

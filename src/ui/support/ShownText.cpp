@@ -36,6 +36,32 @@ void setHelp(QWidget& control, std::string_view help) {
   control.setAccessibleDescription(qt(help));
 }
 
+namespace {
+
+constexpr QChar zeroWidthSpace(0x200B);
+
+bool isEndOfWord(QChar character, QChar next) {
+  return !character.isLetterOrNumber() || (character.isLower() && next.isUpper());
+}
+
+}  // namespace
+
+QString breakable(const QString& key) {
+  constexpr qsizetype longestWord = 16;
+  QString result;
+  qsizetype length = 0;
+  for (qsizetype i = 0; i < key.size(); ++i) {
+    result.append(key[i]);
+    ++length;
+    const bool isLast = i + 1 == key.size();
+    if (isLast || key[i].isHighSurrogate() || key[i + 1].isMark()) continue;
+    if (length < longestWord && !isEndOfWord(key[i], key[i + 1])) continue;
+    result.append(zeroWidthSpace);
+    length = 0;
+  }
+  return result;
+}
+
 QString leftToRight(const QString& path) {
   return QChar(0x2066) + path + QChar(0x2069);
 }

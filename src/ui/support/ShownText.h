@@ -16,6 +16,9 @@ QString shownText(std::string_view text);
 /// The same for a tool tip, with markup escaped.
 QString shownToolTip(std::string_view text);
 
+/// Inserts zero-width spaces after the words of a key, as a label breaks lines only at spaces.
+QString breakable(const QString& key);
+
 /// A help text as a tool tip: literal, and wrapped at a readable width, which Qt does for rich text only.
 QString helpText(std::string_view help);
 /// Gives a control its help text, on hover and for assistive technology.
