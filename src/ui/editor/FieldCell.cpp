@@ -7,13 +7,16 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
+#include <QStyleOptionToolButton>
+#include <QStylePainter>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "core/base/Const.h"
 #include "core/editor/EditorTexts.h"
 #include "core/text/Bidirectional.h"
-#include "ui/support/Controls.h"
+#include "ui/support/IconLoader.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
@@ -25,6 +28,29 @@ bool isHelpKey(const QEvent& event) {
   const auto& key = static_cast<const QKeyEvent&>(event);
   return key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier;
 }
+
+/// A button that is quiet until the mouse is over it, since each field has one.
+class HelpButton final : public QToolButton {
+ public:
+  explicit HelpButton(const QString& name) {
+    setIcon(IconLoader::symbol("help-contents"));
+    setIconSize(QSize(fontMetrics().ascent(), fontMetrics().ascent()));
+    setAutoRaise(true);
+    setFocusPolicy(Qt::NoFocus);  // F1 does the same, without another stop for Tab in each row
+    setAccessibleName(name);
+    setToolTip(name);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QStyleOptionToolButton option;
+    initStyleOption(&option);
+    QStylePainter painter(this);
+    constexpr double quiet = 0.6;
+    painter.setOpacity(underMouse() || isDown() ? 1 : quiet);
+    painter.drawComplexControl(QStyle::CC_ToolButton, option);
+  }
+};
 
 /// The help of a field in a small window, which closes with Escape or a click elsewhere.
 class FieldHelp final : public QFrame {
@@ -67,14 +93,14 @@ class FieldHelp final : public QFrame {
 FieldCell::FieldCell(const Field& field, QWidget& control, const Localize& localize)
     : m_field(field), m_control(control), m_localize(localize) {
   const std::string title = titleOf(field, localize);
-  m_helpButton = symbolButton("help-contents", bidirectionalString({EditorTexts(localize).help(), title},
-                                                                   Const::separator, localize.isRightToLeft()));
-  m_helpButton->setFocusPolicy(Qt::NoFocus);  // F1 does the same, without another stop for Tab in each row
+  m_helpButton = new HelpButton(
+      qt(bidirectionalString({EditorTexts(localize).help(), title}, Const::separator, localize.isRightToLeft())));
   const bool isStretched = field.control != Field::Control::PopUp;
   auto* const grid = new QGridLayout(this);
   grid->setContentsMargins(0, 0, 0, 0);
+  grid->setHorizontalSpacing(style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
   grid->addWidget(&control, 0, 0, isStretched ? Qt::Alignment() : Qt::AlignLeading);
-  grid->addWidget(m_helpButton, 0, 1, Qt::AlignTop);
+  grid->addWidget(m_helpButton, 0, 1, field.control == Field::Control::Table ? Qt::AlignTop : Qt::AlignVCenter);
   grid->setColumnStretch(0, 1);
   if (field.help.empty()) m_helpButton->hide();
   setFocusProxy(&control);
