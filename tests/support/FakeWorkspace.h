@@ -16,11 +16,12 @@ class FakeWorkspace final : public Workspace {
   std::map<std::string, std::string> displayNames;  ///< by path; others are shown by their file name
   std::set<std::string> damagedImages;              ///< file names
   std::string userName = "Ada Lovelace";
+  bool opens = true;  ///< whether files can be opened and revealed
   std::vector<std::string> calls = {};  ///< such as "reveal /a/b"
 
-  bool open(const URL& url) override { return note("open " + url.text()); }
+  bool open(const URL& url) override { return note("open " + url.text()) && opens; }
   bool openAddress(const std::string& address) override { return note("openAddress " + address); }
-  bool reveal(const URL& file) override { return note("reveal " + file.text()); }
+  bool reveal(const URL& file) override { return note("reveal " + file.text()) && opens; }
   std::optional<std::string> fullPathForApplication(const std::string& name) override {
     const auto found = applications.find(name);
     return found == applications.end() ? std::nullopt : std::optional(found->second);

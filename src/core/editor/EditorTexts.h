@@ -14,6 +14,7 @@ class EditorTexts : public Texts {
   std::string actions() const { return text("Actions"); }
   std::string add() const { return text("Add"); }
   std::string addRule() const { return text("Add Rule"); }
+  std::string alsoUseFor(const std::string& key) const { return format("Also Use for %@", {key}); }
   std::string anotherProgramChangedTheFile() const {
     return text(
         "Another program changed the job’s file after you opened it. Compare the two versions, or choose the one to "
@@ -22,10 +23,12 @@ class EditorTexts : public Texts {
   std::string aRowHasNoName() const { return text("A row has no name"); }
   std::string atLogin() const { return text("At login"); }
   std::string atSystemStart() const { return text("When the system starts"); }
+  std::string cantBeOpened(const std::string& path) const { return format("“%@” can’t be opened", {path}); }
   std::string chooseIcon() const { return text("Choose Icon…"); }
   std::string clients() const { return text("Clients"); }
   std::string compare() const { return text("Compare"); }
   std::string continueEditing() const { return text("Continue Editing"); }
+  std::string createFolder() const { return text("Create Folder"); }
   std::string deprecated() const { return text("Deprecated"); }
   std::string details() const { return text("Details"); }
   std::string done() const { return text("Done"); }
@@ -36,6 +39,7 @@ class EditorTexts : public Texts {
   std::string hide() const { return text("Hide"); }
   std::string icon() const { return text("Icon"); }
   std::string identifier() const { return text("Identifier"); }
+  std::string itDoesntExist() const { return text("It doesn’t exist."); }
   std::string keepMine() const { return text("Keep Mine"); }
   std::string limits() const { return text("Limits"); }
   std::string mirvelQuitBeforeYouSavedThem() const {
@@ -47,10 +51,12 @@ class EditorTexts : public Texts {
     return format("More than one row is called “%@”", {name});
   }
   std::string mountingLogicalVolume() const { return text("When a volume is mounted"); }
+  std::string noProgramOpensIt() const { return text("No program for files of this type was found."); }
   std::string noSelection() const { return text("No Selection"); }
   std::string notes() const { return text("Notes"); }
   std::string notFound(const std::string& files) const { return format("Not found: %@", {files}); }
   std::string noValue() const { return text("No Value"); }
+  std::string open() const { return text("Open"); }
   std::string path() const { return text("Path"); }
   std::string paths() const { return text("Paths"); }
   std::string removeIcon() const { return text("Remove Icon"); }
@@ -60,6 +66,7 @@ class EditorTexts : public Texts {
   std::string theFileHasChanged(const std::string& name) const {
     return format("The file of “%@” has changed", {name});
   }
+  std::string theFolderCouldntBeCreated() const { return text("The folder couldn’t be created"); }
   std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
   std::string theJobIsNotListed() const {
     return text(

@@ -4,12 +4,14 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <string>
 
 #include "core/base/Const.h"
 #include "core/editor/EditorTexts.h"
+#include "core/editor/PathActions.h"
 #include "core/schedule/ScheduledController.h"
 #include "core/session/Notifications.h"
 #include "core/session/Selection.h"
@@ -222,6 +224,7 @@ FieldForm::Entry FieldForm::makePath(const Field& field) {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(entry.text, 1);
   layout->addWidget(makeChooseButton(field, *entry.text));
+  layout->addWidget(makePathMenuButton(field, *entry.text));
   row->setFocusProxy(entry.text);
   entry.control = row;
   return entry;
@@ -234,6 +237,38 @@ QWidget* FieldForm::makeChooseButton(const Field& field, QLineEdit& text) {
                                                    Const::separator, localize.isRightToLeft())));
   connect(button, &QPushButton::clicked, this, [this, &field, &text] { choose(field, text); });
   return button;
+}
+
+QWidget* FieldForm::makePathMenuButton(const Field& field, QLineEdit& text) {
+  const Localize& localize = m_section.localize();
+  auto* const button =
+      symbolButton("view-more", bidirectionalString({EditorTexts(localize).actions(), titleOf(field, localize)},
+                                                    Const::separator, localize.isRightToLeft()));
+  connect(button, &QToolButton::clicked, this, [this, &field, &text, button] { showPathMenu(field, text, *button); });
+  connect(&text, &QLineEdit::textChanged, button, [&field, button, this](const QString& path) {
+    button->setEnabled(!pathActions(field, utf8(path), m_section.localize()).empty());
+  });
+  button->setEnabled(false);
+  return button;
+}
+
+void FieldForm::showPathMenu(const Field& field, QLineEdit& text, const QWidget& button) {
+  auto* const menu = new QMenu(&text);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const std::string path = utf8(text.text());
+  for (const PathAction& action : pathActions(field, path, m_section.localize())) {
+    connect(menu->addAction(qt(action.title)), &QAction::triggered, this, [this, &field, path, kind = action.kind] {
+      const Field* const other = otherOutput(field);
+      if (kind == PathAction::Kind::UseForOtherOutput && other) return writePath(*other, path);
+      performPathAction(kind, field, path, m_section.context().platform, m_section.localize());
+    });
+  }
+  menu->popup(button.mapToGlobal(button.rect().bottomLeft()));
+}
+
+void FieldForm::writePath(const Field& field, const std::string& path) {
+  edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, path, plist, unfinished); });
+  if (const auto job = m_section.context().selection.launchd()) m_section.configure(*job);
 }
 
 /// Replaces the text, as a step of its own for undo.

@@ -59,6 +59,9 @@ class FieldForm final : public QObject {
   Entry makeText(const Field& field);
   Entry makePath(const Field& field);
   QWidget* makeChooseButton(const Field& field, QLineEdit& text);
+  QWidget* makePathMenuButton(const Field& field, QLineEdit& text);
+  void showPathMenu(const Field& field, QLineEdit& text, const QWidget& button);
+  void writePath(const Field& field, const std::string& path);
   Entry makePopUp(const Field& field);
   Entry makeTable(const Field& field);
   void fillPopUp(const Field& field, QComboBox& popUp, const Launchd& launchd);
