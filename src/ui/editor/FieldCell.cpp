@@ -90,7 +90,7 @@ class FieldHelp final : public QFrame {
 
 }  // namespace
 
-FieldCell::FieldCell(const Field& field, QWidget& control, const Localize& localize)
+FieldCell::FieldCell(const Field& field, QWidget& control, const Localize& localize, QWidget& problems)
     : m_field(field), m_control(control), m_localize(localize) {
   const std::string title = titleOf(field, localize);
   m_helpButton = new HelpButton(
@@ -101,6 +101,7 @@ FieldCell::FieldCell(const Field& field, QWidget& control, const Localize& local
   grid->setHorizontalSpacing(style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
   grid->addWidget(&control, 0, 0, isStretched ? Qt::Alignment() : Qt::AlignLeading);
   grid->addWidget(m_helpButton, 0, 1, field.control == Field::Control::Table ? Qt::AlignTop : Qt::AlignVCenter);
+  grid->addWidget(&problems, 1, 0, 1, 2);
   grid->setColumnStretch(0, 1);
   if (field.help.empty()) m_helpButton->hide();
   setFocusProxy(&control);

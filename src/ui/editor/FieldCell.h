@@ -8,12 +8,13 @@
 
 namespace mirvel::ui {
 
-/// The place of a field in its section: the control, and a button that shows the field's help as a text to be read and
-/// copied. F1 in the control shows it, too.
+/// The place of a field in its section: the control, a button that shows the field's help as a text to be read and
+/// copied, and a place for problems below. F1 in the control shows it, too.
 class FieldCell final : public QWidget {
  public:
-  /// Takes ownership of the control. An unstretched control has its preferred width. `localize` outlives the cell.
-  FieldCell(const Field& field, QWidget& control, const Localize& localize);
+  /// Takes ownership of the control and of the widget below it, which shows the problems of the field. An unstretched
+  /// control has its preferred width. `localize` outlives the cell.
+  FieldCell(const Field& field, QWidget& control, const Localize& localize, QWidget& problems);
 
   const Field& field() const { return m_field; }
   QWidget& control() const { return m_control; }

@@ -66,7 +66,8 @@ FieldCell& FieldForm::make(const Field& field) {
 
 FieldCell& FieldForm::makeCell(const Entry& entry) {
   const Field& field = *entry.field;
-  auto* const cell = new FieldCell(field, *entry.control, m_section.localize());
+  auto* const problems = m_section.makeProblemsView([&field](const std::string& key) { return key == field.key; });
+  auto* const cell = new FieldCell(field, *entry.control, m_section.localize(), *problems);
   cell->isRemovable = [this, &field] {
     const auto job = m_section.context().selection.launchd();
     return job && !field.isRequired && field.access.isSet(job->plist());

@@ -121,6 +121,7 @@ void GeneralEditSection::makeRunRow(SectionGrid& grid) {
       Qt::AlignTop);
   row->setFocusProxy(m_runValueTextField);
   grid.addText(localize().run(), *row, m_runValueTextField->textTop());
+  grid.addRow(*makeProblemsView([](const std::string& key) { return key == "Program" || key == "ProgramArguments"; }));
   connect(m_runValueTextField, &QPlainTextEdit::textChanged, this, [this] { runChanged(); });
 }
 

@@ -149,6 +149,7 @@ KeysSection::KeysSection(const EditorContext& theContext, StackSection section, 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_rows);
+  layout->addWidget(makeProblemsView([this](const std::string& key) { return isShown(key); }));
   m_rows->remove = [this](const std::string& key) { return remove(key); };
 }
 
@@ -157,6 +158,10 @@ void KeysSection::fill(const Launchd& launchd) {
   if (rows == m_shown) return;
   m_shown = std::move(rows);
   m_rows->setKeyValues(m_shown, m_deletable);
+}
+
+bool KeysSection::isShown(const std::string& key) const {
+  return std::any_of(m_shown.begin(), m_shown.end(), [&key](const KeyValueItem& item) { return item.key == key; });
 }
 
 bool KeysSection::remove(const std::string& key) {

@@ -64,6 +64,7 @@ class KeysSection final : public Section {
 
  private:
   void fill(const Launchd& launchd) override;
+  bool isShown(const std::string& key) const;
   bool remove(const std::string& key);
 
   const StackSection m_section;

@@ -1,14 +1,18 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/catalogue/Launchd.h"
 #include "core/ports/Interface.h"
 #include "core/session/Editing.h"
 #include "core/session/Foundation.h"
 #include "ui/editor/EditorContext.h"
+#include "ui/editor/ProblemsView.h"
 
 namespace mirvel::ui {
 
@@ -23,6 +27,11 @@ class Section : public QWidget {
   void configure(const Launchd& launchd) {
     withoutEdits([&] { fill(launchd); });
   }
+  /// Shows the problems of the keys for which the section has a place, and removes them from the list. Those that were
+  /// shown before disappear.
+  void takeProblems(std::vector<FieldProblem>& problems);
+  /// Makes a place for the problems of the keys for which `isOurs` returns true. The caller adds it to a layout.
+  ProblemsView* makeProblemsView(std::function<bool(const std::string& key)> isOurs);
   /// Called when the icon of the job has changed, even if it has the same name.
   virtual void updateIcon(const Launchd& /*launchd*/) {}
   /// Checks the input before saving. Focuses on the first control whose input can't be saved and returns the reason;
@@ -51,7 +60,13 @@ class Section : public QWidget {
   bool isFilling() const { return m_isFilling; }
 
  private:
+  struct ProblemPlace {
+    std::function<bool(const std::string& key)> isOurs;
+    ProblemsView* view;
+  };
+
   const EditorContext m_context;
+  std::vector<ProblemPlace> m_problemPlaces;
   bool m_isFilling = false;
 };
 

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace mirvel::ui {
+
+/// A problem of the selected job, as lint has found it.
+struct FieldProblem {
+  std::string key;       ///< of the field; empty for a problem of the whole job
+  std::string text;      ///< a localized sentence
+  std::string fixTitle;  ///< of a button that resolves the problem; empty if there is none
+  std::function<void()> fix;
+};
+
+/// Lines with problems: a quiet mark, a sentence that can be copied, and a button if the problem can be resolved.
+/// Hidden while there are none.
+class ProblemsView final : public QWidget {
+ public:
+  explicit ProblemsView(QWidget* parent = nullptr);
+
+  /// Replaces the lines. Lines with the same texts keep their widgets, and so the focus.
+  void setProblems(std::vector<FieldProblem> problems);
+
+ private:
+  QWidget* makeLine(std::size_t index);
+
+  std::vector<FieldProblem> m_problems;
+  std::vector<QWidget*> m_lines;
+};
+
+}  // namespace mirvel::ui

@@ -1,0 +1,25 @@
+#include "ui/editor/Section.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace mirvel::ui {
+
+void Section::takeProblems(std::vector<FieldProblem>& problems) {
+  for (const ProblemPlace& place : m_problemPlaces) {
+    const auto others = std::stable_partition(problems.begin(), problems.end(),
+                                              [&](const FieldProblem& problem) { return place.isOurs(problem.key); });
+    std::vector<FieldProblem> ours(std::make_move_iterator(problems.begin()), std::make_move_iterator(others));
+    problems.erase(problems.begin(), others);
+    place.view->setProblems(std::move(ours));
+  }
+}
+
+ProblemsView* Section::makeProblemsView(std::function<bool(const std::string& key)> isOurs) {
+  auto* const view = new ProblemsView;
+  m_problemPlaces.push_back({.isOurs = std::move(isOurs), .view = view});
+  return view;
+}
+
+}  // namespace mirvel::ui
