@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractItemView>
+#include <QAbstractScrollArea>
+#include <QHeaderView>
+#include <QTableView>
+
+#include "ui/editor/EditorFixture.h"
+
+namespace mirvel::ui {
+namespace {
+
+/// A job with a value, of an ordinary length, for each field of the editor.
+propertylist::Dictionary everyKey() {
+  using propertylist::Array;
+  using propertylist::Dictionary;
+  const Dictionary conditions{{"Crashed", true},
+                              {"SuccessfulExit", false},
+                              {"PathState", Dictionary{{"/tmp/a", true}}},
+                              {"OtherJobEnabled", Dictionary{{"org.other", false}}}};
+  const Dictionary limits{{"CPU", 60}, {"NumberOfProcesses", 20}, {"ResidentSetSize", 1048576}};
+  const Dictionary socket{{"SockServiceName", "8080"}, {"SockPathMode", 384}, {"SockPassive", true}};
+  const Dictionary event{{"Notification", "disk.ready"}, {"Count", 3}};
+  return {{"ProgramArguments", Array{"/bin/echo", "hello"}},
+          {"KeepAlive", conditions},
+          {"StartCalendarInterval", Dictionary{{"Hour", 3}, {"Minute", 15}}},
+          {"StandardOutPath", "/tmp/out.log"},
+          {"StandardErrorPath", "/tmp/err.log"},
+          {"StandardInPath", "/dev/null"},
+          {"WorkingDirectory", "/tmp"},
+          {"QueueDirectories", Array{"/tmp/queue"}},
+          {"WatchPaths", Array{"/tmp/watched", "/etc/hosts"}},
+          {"Nice", 10},
+          {"ThrottleInterval", 30},
+          {"ProcessType", "Background"},
+          {"LimitLoadToSessionType", Array{"Aqua", "Background"}},
+          {"LimitLoadToHardware", Dictionary{{"model", Array{"VMware7,1"}}}},
+          {"SoftResourceLimits", limits},
+          {"HardResourceLimits", limits},
+          {"ExitTimeOut", 5},
+          {"Umask", 63},
+          {"EnvironmentVariables", Dictionary{{"PATH", "/usr/bin:/bin"}, {"API_TOKEN", "abc"}}},
+          {"Sockets", Dictionary{{"Listeners", socket}, {"Both", Array{socket, socket}}}},
+          {"MachServices", Dictionary{{"org.a.service", true}, {"org.b", Dictionary{{"ResetAtClose", true}}}}},
+          {"LaunchEvents", Dictionary{{"com.apple.notifyd.matching", Dictionary{{"ready", event}}}}},
+          {"Debug", true},
+          {"TimeOut", 7},
+          {"Unheard", Array{"of", 1}}};
+}
+
+/// A visible widget whose content doesn't fit, and why; empty if all of it fits.
+std::string misfit(const QWidget& widget) {
+  const QWidget* const parent = widget.parentWidget();
+  const auto* const area = qobject_cast<const QAbstractScrollArea*>(parent->parentWidget());
+  const bool isScrolled = area && area->viewport() == parent;
+  if (!isScrolled && !parent->rect().contains(widget.geometry())) return "outside of its parent";
+  const auto textWidth = [&](const QString& text) { return widget.fontMetrics().horizontalAdvance(text); };
+  if (const auto* const label = qobject_cast<const QLabel*>(&widget)) {
+    if (label->text().isEmpty()) return {};
+    if (label->wordWrap()) return label->heightForWidth(label->width()) > label->height() ? "lines cut off" : "";
+    return textWidth(label->text()) > label->contentsRect().width() ? "label cut off" : "";
+  }
+  if (const auto* const box = qobject_cast<const QComboBox*>(&widget)) {
+    return textWidth(box->currentText()) > box->width() ? "item cut off" : "";
+  }
+  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget)) {
+    return button->minimumSizeHint().width() > button->width() ? "button cut off" : "";
+  }
+  if (const auto* const header = qobject_cast<const QHeaderView*>(&widget)) {
+    for (int i = 0; header->orientation() == Qt::Horizontal && i < header->count(); ++i) {
+      const QString title = header->model()->headerData(i, Qt::Horizontal).toString();
+      if (textWidth(title) > header->sectionSize(i)) return "column title cut off: " + utf8(title);
+    }
+  }
+  return {};
+}
+
+/// A cell of a table whose text doesn't fit; empty if there is none.
+std::string misfitCell(const QTableView& table) {
+  const int margin = 2 * (table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1);
+  for (int row = 0; row < table.model()->rowCount(); ++row) {
+    for (int column = 0; column < table.model()->columnCount(); ++column) {
+      const QModelIndex cell = table.model()->index(row, column);
+      const QString text = cell.data().toString();
+      if (table.fontMetrics().horizontalAdvance(text) + margin > table.columnWidth(column)) return utf8(text);
+    }
+  }
+  return {};
+}
+
+class EditorLayoutTest : public EditorFixture {
+ protected:
+  ~EditorLayoutTest() override { QApplication::setLayoutDirection(Qt::LeftToRight); }
+
+  void resizeDetails(int width) {
+    window().details().setMinimumWidth(width);
+    window().details().setMaximumWidth(width);
+    window().resize(std::max(width + 700, 1100), 900);
+    testdata::settle();
+  }
+  void expectAllFits(const std::string& place) {
+    int checked = 0;
+    for (const auto* const widget : window().details().currentWidget()->findChildren<QWidget*>()) {
+      if (!widget->isVisible() || widget->isWindow()) continue;
+      ++checked;
+      const auto name = place + ": " + widget->metaObject()->className() + ' ' + utf8(widget->objectName()) + ' ' +
+                        utf8(widget->accessibleName());
+      EXPECT_EQ(misfit(*widget), "") << name;
+      const auto* const cells = qobject_cast<const QTableView*>(widget);
+      EXPECT_EQ(cells ? misfitCell(*cells) : "", "") << name;
+    }
+    EXPECT_GT(checked, 100);
+  }
+};
+
+TEST_F(EditorLayoutTest, NothingIsCutOffInAnyDirectionAtAnyWidth) {
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    QApplication::setLayoutDirection(direction);
+    edit(everyKey());
+    for (const int width : {420, 700}) {
+      resizeDetails(width);
+      const std::string place = (direction == Qt::RightToLeft ? "right to left, " : "") + std::to_string(width);
+      EXPECT_EQ(window().details().width(), width);
+      expectAllFits(place);
+    }
+    program().editing.setUnsavedChanges(false);
+    program().shell.detail->showDisplay();
+  }
+}
+
+}  // namespace
+}  // namespace mirvel::ui
