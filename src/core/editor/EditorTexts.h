@@ -34,6 +34,7 @@ class EditorTexts : public Texts {
   std::string done() const { return text("Done"); }
   std::string edit() const { return text("Edit"); }
   std::string editScript() const { return text("Edit Script…"); }
+  std::string findAKey() const { return text("Find a Key"); }
   std::string fieldCantBeSaved(const std::string& key) const { return format("“%@” can’t be saved", {key}); }
   std::string help() const { return text("Help"); }
   std::string hide() const { return text("Hide"); }
@@ -51,6 +52,7 @@ class EditorTexts : public Texts {
     return format("More than one row is called “%@”", {name});
   }
   std::string mountingLogicalVolume() const { return text("When a volume is mounted"); }
+  std::string noKeyIsCalledThat() const { return text("No Matching Keys"); }
   std::string noProgramOpensIt() const { return text("No program for files of this type was found."); }
   std::string noSelection() const { return text("No Selection"); }
   std::string notes() const { return text("Notes"); }

@@ -76,6 +76,7 @@ struct Field {
   std::string_view placeholder = {};  ///< of an empty text field, such as the default value
   std::span<const Choice> choices = {};
   TableFormat table = {};
+  std::string_view keywords = {};  ///< words for which users search besides the key and the title
 };
 
 /// All fields, ordered by section.

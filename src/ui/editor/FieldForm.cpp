@@ -11,6 +11,7 @@
 
 #include "core/base/Const.h"
 #include "core/editor/EditorTexts.h"
+#include "core/editor/FieldSearch.h"
 #include "core/editor/PathActions.h"
 #include "core/schedule/ScheduledController.h"
 #include "core/session/Notifications.h"
@@ -113,6 +114,20 @@ std::optional<InvalidField> FieldForm::refuse() {
     if (auto invalid = isShown && entry.refuse ? entry.refuse() : std::nullopt) return invalid;
   }
   return std::nullopt;
+}
+
+bool FieldForm::narrow(const FieldSearch& search) {
+  const auto job = m_section.context().selection.launchd();
+  const auto read = job ? job->plist().asRead() : std::nullopt;
+  bool isAnyLeft = false;
+  for (const Entry& entry : m_entries) {
+    const bool isEntryEdited =
+        read && isEdited(*entry.field, job->plist(), *read, m_section.context().editing.unfinished());
+    const bool isLeft = search.matches(*entry.field) || isEntryEdited;
+    entry.cell->setVisible(isLeft);
+    isAnyLeft = isAnyLeft || isLeft;
+  }
+  return isAnyLeft;
 }
 
 FieldForm::Entry FieldForm::makeEntry(const Field& field) {

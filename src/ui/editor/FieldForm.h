@@ -36,6 +36,8 @@ class FieldForm final : public QObject {
   void fill(const Launchd& launchd);
   /// As `Section::refuse`.
   std::optional<InvalidField> refuse();
+  /// As `Section::narrow`.
+  bool narrow(const FieldSearch& search);
 
   /// Called after an edit has been written; may be empty.
   std::function<void(const Field& field)> written;
@@ -85,6 +87,7 @@ class FieldsSection final : public Section {
   FieldsSection(const EditorContext& context, StackSection section);
 
   std::optional<InvalidField> refuse() override { return m_form.refuse(); }
+  bool narrow(const FieldSearch& search) override { return m_form.narrow(search); }
 
  private:
   void fill(const Launchd& launchd) override { m_form.fill(launchd); }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/base/Const.h"
+#include "core/editor/FieldSearch.h"
 #include "core/editor/SectionRows.h"
 #include "core/editor/ValueTexts.h"
 #include "core/text/Bidirectional.h"
@@ -158,6 +159,11 @@ void KeysSection::fill(const Launchd& launchd) {
   if (rows == m_shown) return;
   m_shown = std::move(rows);
   m_rows->setKeyValues(m_shown, m_deletable);
+}
+
+bool KeysSection::narrow(const FieldSearch& search) {
+  return std::any_of(m_shown.begin(), m_shown.end(),
+                     [&search](const KeyValueItem& item) { return search.matches({item.key}); });
 }
 
 bool KeysSection::isShown(const std::string& key) const {

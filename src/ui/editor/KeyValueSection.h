@@ -62,6 +62,8 @@ class KeysSection final : public Section {
   KeysSection(const EditorContext& context, StackSection section,
               KeyValueSection::Deletable deletable = KeyValueSection::Deletable::No);
 
+  bool narrow(const FieldSearch& search) override;
+
  private:
   void fill(const Launchd& launchd) override;
   bool isShown(const std::string& key) const;

@@ -7,9 +7,11 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QToolButton>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "core/editor/EditorTexts.h"
+#include "core/editor/FieldSearch.h"
 #include "core/editor/SectionRows.h"
 #include "ui/editor/CompareSheet.h"
 #include "ui/editor/FieldForm.h"
@@ -19,6 +21,7 @@
 #include "ui/editor/NotesSection.h"
 #include "ui/editor/WhenSection.h"
 #include "ui/support/Controls.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {
@@ -44,12 +47,41 @@ bool isEditable(StackSection section) {
 LaunchdEditViewController::LaunchdEditViewController(const EditorContext& theContext)
     : LaunchdViewController(theContext),
       m_controller(theContext, theContext.saving, theContext.scanning, theContext.actions, *this) {
+  makeSearch();
   makeButtons();
   m_controller.updateButtons();
   qApp->installEventFilter(this);
 }
 
 LaunchdEditViewController::~LaunchdEditViewController() = default;
+
+void LaunchdEditViewController::makeSearch() {
+  m_searchField = filterField(localize());
+  m_searchField->setObjectName(QStringLiteral("searchField"));
+  m_searchField->setPlaceholderText(qt(EditorTexts(localize()).findAKey()));
+  m_searchField->setAccessibleName(qt(EditorTexts(localize()).findAKey()));
+  keepOwnUndo(*m_searchField);
+  m_nothingFound = new SecondaryLabel(qt(EditorTexts(localize()).noKeyIsCalledThat()));
+  m_nothingFound->setAlignment(Qt::AlignHCenter);
+  m_nothingFound->hide();
+  auto* const place = new QVBoxLayout;
+  const QMargins margins = SectionGrid::paneMargins();
+  place->setContentsMargins(margins.left(), SectionGrid::sectionSpacing, margins.right(), 0);
+  place->addWidget(m_searchField);
+  place->addWidget(m_nothingFound);
+  pane().insertLayout(0, place);
+  connect(m_searchField, &QLineEdit::textChanged, this, [this] { search(); });
+}
+
+void LaunchdEditViewController::search() {
+  const FieldSearch search(utf8(m_searchField->text()), localize());
+  m_nothingFound->setVisible(!narrow(search));
+}
+
+void LaunchdEditViewController::clearDetail() {
+  m_searchField->clear();
+  dropSections();
+}
 
 void LaunchdEditViewController::makeButtons() {
   auto* bar = new ButtonBar;
@@ -74,6 +106,7 @@ void LaunchdEditViewController::makeButtons() {
 void LaunchdEditViewController::updateDetail() {
   const FocusPlace place(*this);
   updateSections();
+  search();
   place.restore();
   m_controller.updateButtons();  // whether the job can be saved depends on the job
 }

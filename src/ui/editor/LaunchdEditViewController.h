@@ -6,6 +6,8 @@
 #include "ui/editor/FocusPlace.h"
 #include "ui/editor/LaunchdViewController.h"
 
+class QLabel;
+class QLineEdit;
 class QProgressBar;
 class QPushButton;
 class QToolButton;
@@ -25,7 +27,7 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   /// Focuses on the field with the name.
   void focusOnFirst();
   /// Removes the sections.
-  void clearDetail() { dropSections(); }
+  void clearDetail();
   /// Whether Undo, while the widget has the focus, takes back an edit of the job instead of typing in the widget.
   bool undoesFor(const QWidget& widget) const;
 
@@ -41,10 +43,14 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   void endEditing() override;
   std::optional<InvalidField> refuse() override;
   void compare(const Versions& versions, std::function<void(VersionChoice)> completion) override;
+  void makeSearch();
+  void search();
   void makeButtons();
   void holdSections(bool isHeld);
 
   EditController m_controller;
+  QLineEdit* m_searchField = nullptr;
+  QLabel* m_nothingFound = nullptr;
   QPushButton* m_saveButton = nullptr;
   QPushButton* m_discardButton = nullptr;
   QToolButton* m_helpButton = nullptr;

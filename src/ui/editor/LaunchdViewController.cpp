@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "core/editor/EditorTexts.h"
+#include "core/editor/FieldSearch.h"
 #include "core/session/Selection.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Controls.h"
@@ -100,6 +101,7 @@ void LaunchdViewController::insertSection(std::size_t position, const StackEntry
   const int index = next ? m_stackView->indexOf(next->header ? next->header : next->section)
                          : m_stackView->count() - 1;  // before the stretch
   Shown shown{.id = entry.section,
+              .title = entry.title.value_or(""),
               .header = entry.title ? makeHeader(*entry.title) : nullptr,
               .section = makeSection(entry.section)};
   shown.section->setObjectName(QStringLiteral("section%1").arg(static_cast<int>(entry.section)));
@@ -122,6 +124,29 @@ void LaunchdViewController::restoreTabOrder() {
   std::stable_sort(chain.begin(), chain.end(),
                    [&](const QWidget* a, const QWidget* b) { return sectionOf(a) < sectionOf(b); });
   for (qsizetype i = 1; i < chain.size(); ++i) setTabOrder(chain[i - 1], chain[i]);
+}
+
+bool LaunchdViewController::narrow(const FieldSearch& search) {
+  bool isAnyLeft = false;
+  for (const Shown& shown : m_shown) {
+    const bool isThisLeft = isLeft(shown, search);
+    if (shown.header) shown.header->setVisible(isThisLeft);
+    shown.section->setVisible(isThisLeft);
+    isAnyLeft = isAnyLeft || isThisLeft;
+  }
+  return isAnyLeft;
+}
+
+/// A section whose title matches is shown as a whole.
+bool LaunchdViewController::isLeft(const Shown& shown, const FieldSearch& search) const {
+  if (search.isEmpty() || search.matches({shown.title})) {
+    (void)shown.section->narrow(FieldSearch({}, localize()));
+    return true;
+  }
+  if (shown.section->narrow(search) || search.matchesAnyOf(shown.id)) return true;
+  const auto job = selectedJob();
+  const auto read = job ? job->plist().asRead() : std::nullopt;
+  return read && isEdited(shown.id, job->plist(), *read, m_context.editing.unfinished());
 }
 
 void LaunchdViewController::dropSections() {

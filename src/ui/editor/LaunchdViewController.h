@@ -33,12 +33,16 @@ class LaunchdViewController : public QWidget {
   QVBoxLayout& pane() { return *m_pane; }
   /// The part of the pane that scrolls.
   QWidget& content() { return *m_scrollView; }
+  /// Shows only the sections and fields that match a search, and those with unsaved edits; an empty search shows all.
+  /// Returns whether anything is left.
+  bool narrow(const FieldSearch& search);
   /// The sections, from top to bottom.
   std::vector<Section*> sections() const;
 
  private:
   struct Shown {
     StackSection id;
+    std::string title;
     QWidget* header;  ///< null if the section has no title
     Section* section;
   };
@@ -47,6 +51,7 @@ class LaunchdViewController : public QWidget {
   void removeSectionsOtherThan(const std::vector<StackEntry>& entries);
   void insertSection(std::size_t position, const StackEntry& entry);
   void restoreTabOrder();
+  bool isLeft(const Shown& shown, const FieldSearch& search) const;
 
   const EditorContext m_context;
   QVBoxLayout* m_pane;

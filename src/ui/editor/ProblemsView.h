@@ -9,10 +9,10 @@ namespace mirvel::ui {
 
 /// A problem of the selected job, as lint has found it.
 struct FieldProblem {
-  std::string key;       ///< of the field; empty for a problem of the whole job
-  std::string text;      ///< a localized sentence
-  std::string fixTitle;  ///< of a button that resolves the problem; empty if there is none
-  std::function<void()> fix;
+  std::string key;            ///< of the field; empty for a problem of the whole job
+  std::string text;           ///< a localized sentence
+  std::string fixTitle = {};  ///< of a button that resolves the problem; empty if there is none
+  std::function<void()> fix = {};
 };
 
 /// Lines with problems: a quiet mark, a sentence that can be copied, and a button if the problem can be resolved.

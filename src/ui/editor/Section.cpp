@@ -4,7 +4,13 @@
 #include <iterator>
 #include <utility>
 
+#include "core/editor/FieldSearch.h"
+
 namespace mirvel::ui {
+
+bool Section::narrow(const FieldSearch& search) {
+  return search.isEmpty();
+}
 
 void Section::takeProblems(std::vector<FieldProblem>& problems) {
   for (const ProblemPlace& place : m_problemPlaces) {

@@ -14,6 +14,10 @@
 #include "ui/editor/EditorContext.h"
 #include "ui/editor/ProblemsView.h"
 
+namespace mirvel {
+class FieldSearch;
+}
+
 namespace mirvel::ui {
 
 /// A part of the details or the editor of a launchd job, for a group of keys. Controls write each edit to the record of
@@ -27,6 +31,9 @@ class Section : public QWidget {
   void configure(const Launchd& launchd) {
     withoutEdits([&] { fill(launchd); });
   }
+  /// Shows only what matches the search, and what has unsaved edits; an empty search shows everything. Returns whether
+  /// anything is left.
+  virtual bool narrow(const FieldSearch& search);
   /// Shows the problems of the keys for which the section has a place, and removes them from the list. Those that were
   /// shown before disappear.
   void takeProblems(std::vector<FieldProblem>& problems);

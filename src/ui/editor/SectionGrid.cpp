@@ -36,9 +36,21 @@ QLabel* SectionGrid::addLabel(const std::string& title, QWidget& field, Qt::Alig
   label->setFixedWidth(labelWidth);
   label->setAlignment(Qt::AlignVCenter | Qt::AlignAbsolute | (isRightToLeft ? Qt::AlignLeft : Qt::AlignRight));
   label->setBuddy(&field);
+  field.installEventFilter(this);
   if (field.accessibleName().isEmpty()) field.setAccessibleName(qt(title));
   addWidget(label, rowCount(), 0, Qt::AlignLeading | vertical);
   return label;
+}
+
+/// A label is visible together with its field.
+bool SectionGrid::eventFilter(QObject* watched, QEvent* event) {
+  const bool isShown = event->type() == QEvent::ShowToParent;
+  if (!isShown && event->type() != QEvent::HideToParent) return false;
+  for (int i = 0; i < count(); ++i) {
+    auto* const label = qobject_cast<QLabel*>(itemAt(i)->widget());
+    if (label && label->buddy() == watched) label->setVisible(isShown);
+  }
+  return false;
 }
 
 void SectionGrid::addField(const std::string& title, QWidget& field, bool isStretched) {

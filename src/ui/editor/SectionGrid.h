@@ -36,6 +36,9 @@ class SectionGrid final : public QGridLayout {
   /// Increases the distance between labels and fields, in pixels.
   void indentFields(int distance);
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   QLabel* addLabel(const std::string& title, QWidget& field, Qt::Alignment vertical);
 };

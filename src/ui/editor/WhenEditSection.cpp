@@ -27,8 +27,8 @@ constexpr auto rulesHelp =
 WhenEditSection::WhenEditSection(const EditorContext& theContext) : WhenSection(theContext), m_form(*this) {
   m_form.add(keepAliveFields(), *m_keepAliveGrid);  // before the layout, which determines the tab order
   layOut(m_form.make(fieldOf("RunAtLoad")), m_form.make(fieldOf("KeepAlive")), m_form.make(fieldOf("StartOnMount")));
-  auto* const problems = makeProblemsView(
-      [](const std::string& key) { return key == "StartInterval" || key == "StartCalendarInterval"; });
+  auto* const problems =
+      makeProblemsView([](const std::string& key) { return key == "StartInterval" || key == "StartCalendarInterval"; });
   m_scheduledView->layout()->addWidget(problems);
   m_form.written = [this](const Field& field) { written(field); };
   setHelp(*m_scheduledRuleEditor, rulesHelp);

@@ -5,11 +5,9 @@
 namespace mirvel {
 namespace {
 
-using Kind = PathAction::Kind;
-
 class PathActionsTest : public testdata::ProgramFixture {
  protected:
-  void perform(Kind action, const char* key, const std::string& path) {
+  void perform(PathAction::Kind action, const char* key, const std::string& path) {
     performPathAction(action, fieldOf(key), path, platform, program().foundation.localize);
   }
 };
@@ -39,23 +37,23 @@ TEST_F(PathActionsTest, OnlyAnOutputCanAlsoBeUsedForTheOther) {
 
 TEST_F(PathActionsTest, TheFolderIsThatOfTheFileOrTheFolderItself) {
   const auto base = folder.path() / "made";
-  perform(Kind::CreateFolder, "StandardOutPath", base / "logs" / "out.log");
+  perform(PathAction::Kind::CreateFolder, "StandardOutPath", base / "logs" / "out.log");
   EXPECT_TRUE(std::filesystem::is_directory(base / "logs"));
   EXPECT_FALSE(std::filesystem::exists(base / "logs" / "out.log"));
   Field working = fieldOf("WorkingDirectory");
   working.control = Field::Control::Folder;
-  performPathAction(Kind::CreateFolder, working, base / "work", platform, program().foundation.localize);
+  performPathAction(PathAction::Kind::CreateFolder, working, base / "work", platform, program().foundation.localize);
   EXPECT_TRUE(std::filesystem::is_directory(base / "work"));
-  perform(Kind::CreateFolder, "StandardOutPath", base / "logs" / "out.log");
+  perform(PathAction::Kind::CreateFolder, "StandardOutPath", base / "logs" / "out.log");
   EXPECT_TRUE(interface.errors.empty()) << "an existing folder is no failure";
 }
 
 TEST_F(PathActionsTest, FailuresAreReportedWithPathAndReason) {
   const auto file = folder.write("file", "").string();
-  perform(Kind::CreateFolder, "StandardOutPath", file + "/below/out.log");
+  perform(PathAction::Kind::CreateFolder, "StandardOutPath", file + "/below/out.log");
   workspace.opens = false;
-  perform(Kind::Open, "StandardOutPath", file);
-  perform(Kind::Reveal, "StandardOutPath", "/nowhere/out.log");
+  perform(PathAction::Kind::Open, "StandardOutPath", file);
+  perform(PathAction::Kind::Reveal, "StandardOutPath", "/nowhere/out.log");
   ASSERT_EQ(interface.errors.size(), 3U);
   EXPECT_EQ(interface.errors[0].first, "The folder couldn’t be created");
   EXPECT_NE(interface.errors[0].second.find(file + "/below"), std::string::npos) << interface.errors[0].second;
