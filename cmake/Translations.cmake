@@ -10,7 +10,8 @@ if(XGETTEXT)
   add_custom_command(
     OUTPUT ${MIRVEL_POT}
     COMMAND
-      ${XGETTEXT} --from-code=UTF-8 --language=ObjectiveC --keyword=text --keyword=format --sort-by-file
+      ${XGETTEXT} --from-code=UTF-8 --language=ObjectiveC --keyword=text --keyword=format
+      --keyword=clause --keyword=translatable --sort-by-file
       --package-name=mirvel --package-version=${PROJECT_VERSION} --add-comments=translators --directory=${CMAKE_SOURCE_DIR}
       --output=${MIRVEL_POT} ${sources}
     DEPENDS ${sources}

@@ -1,9 +1,13 @@
 #include <unistd.h>
 
+#include <filesystem>
+#include <optional>
 #include <ostream>
+#include <system_error>
 #include <utility>
 #include <vector>
 
+#include "core/catalogue/Kind.h"
 #include "core/lint/Lint.h"
 #include "core/lint/PermissionLint.h"
 #include "core/process/Arguments.h"
@@ -25,12 +29,27 @@ struct Verdict {
   std::vector<Finding> findings = {};
 };
 
+/// The kind of job that the file is because of its folder; none in other folders.
+std::optional<mirvel::Kind> kindOf(const std::string& file, const Roots& roots) {
+  std::error_code failure;
+  const auto folder = std::filesystem::weakly_canonical(file, failure).parent_path();
+  for (const mirvel::Kind kind : mirvel::Kind::allCases) {
+    const auto jobs = kind.isLaunchd() ? kind.folderURL(roots) : std::nullopt;
+    if (jobs && !failure && std::filesystem::weakly_canonical(*jobs, failure) == folder) return kind;
+  }
+  return std::nullopt;
+}
+
 Verdict judge(const std::string& file, const Context& context) {
   const auto bytes = readInput(file, context);
   if (bytes) {
     Verdict verdict{.file = file};
-    if (file != "-") verdict.findings = mirvel::lint::checkPermissions(file, ::geteuid());
-    for (Finding& finding : mirvel::lint::lint(*bytes, context.targetMachine)) {
+    const bool isFile = file != "-";
+    const auto kind = isFile ? kindOf(file, context.machine.roots) : std::nullopt;
+    // launchd loads the jobs of everyone for root.
+    const uid_t user = kind && *kind != mirvel::Kind::userAgent ? 0 : ::geteuid();
+    if (isFile) verdict.findings = mirvel::lint::checkPermissions(file, user);
+    for (Finding& finding : mirvel::lint::lint(*bytes, context.targetMachine, kind)) {
       verdict.findings.push_back(std::move(finding));
     }
     return verdict;

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "core/files/Roots.h"
-#include "core/lint/Findings.h"
+#include "core/lint/TargetMachine.h"
 #include "core/locale/Localize.h"
 #include "core/ports/Clock.h"
 #include "core/process/Arguments.h"

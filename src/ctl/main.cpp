@@ -1,8 +1,6 @@
 #include <unistd.h>
 
-#include <filesystem>
 #include <iostream>
-#include <system_error>
 #include <vector>
 
 #include "core/process/Environment.h"
@@ -25,19 +23,13 @@ bool wantsColour(const Environment& environment) {
   return valueOf(environment, "NO_COLOR").empty() && valueOf(environment, "TERM") != "dumb";
 }
 
-bool mayExist(const std::string& path) {
-  std::error_code failure;
-  const auto status = std::filesystem::status(path, failure);
-  return status.type() != std::filesystem::file_type::not_found;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
   const Environment environment = processEnvironment();
   const Localize localize;
-  const lint::TargetMachine targetMachine{.exists = mayExist, .homeFolder = valueOf(environment, "HOME")};
+  const auto targetMachine = lint::TargetMachine::thisMachine(valueOf(environment, "HOME"));
   SystemProcessRunner runner(environment);
   const SystemClock clock;
   const ctl::Machine machine{.roots = Roots::forThisMachine(environment),

@@ -30,7 +30,7 @@ class CommandFixture : public testing::Test {
     std::ostringstream err;
     out.str({});
     const Localize localize("en");
-    const lint::TargetMachine targetMachine{.exists = [](const std::string&) { return true; }};
+    const lint::TargetMachine targetMachine{};
     const Machine machine{.roots = roots(),
                           .environment = environment,
                           .runner = tools,

@@ -10,16 +10,36 @@ namespace mirvel::lint {
 namespace {
 
 /// A text over the limit, with its middle replaced by "...", cut at character boundaries.
-std::string shortened(std::string text) {
-  if (text.size() <= Findings::maxTextSize) return text;
-  constexpr std::size_t half = Findings::maxTextSize / 2;
+std::string shortened(std::string text, std::size_t limit) {
+  if (text.size() <= limit) return text;
+  const std::size_t half = limit / 2;
   return std::string(String::firstBytes(text, half)).append("...").append(String::lastBytes(text, half));
 }
 
-/// "and 3 more warnings"
-std::string restText(std::size_t count, Severity severity) {
-  const std::string what = severity == Severity::Error ? "error" : "warning";
-  return "and " + std::to_string(count) + " more " + what + (count == 1 ? "" : "s");
+/// The arguments share half of the limit, since the format has a length, too.
+void shorten(Clause& clause) {
+  if (clause.arguments.empty()) return;
+  const std::size_t limit = Findings::maxTextSize / 2 / clause.arguments.size();
+  for (std::string& argument : clause.arguments) argument = shortened(std::move(argument), limit);
+}
+
+Clause restClause(std::size_t count, Severity severity) {
+  const bool areErrors = severity == Severity::Error;
+  if (count == 1) return areErrors ? clause("and 1 more error") : clause("and 1 more warning");
+  const std::string number = std::to_string(count);
+  return areErrors ? clause("and %@ more errors", {number}) : clause("and %@ more warnings", {number});
+}
+
+/// The message of an error is in English; where its code says enough, the user reads that instead.
+Clause clauseFor(const Error& error) {
+  const bool isOfType = error.code == Error::Code::WrongType || error.code == Error::Code::NoForm;
+  return isOfType && !error.keyPath.empty() ? clause("the value has a type that doesn’t fit its key")
+                                            : untranslated(error.message);
+}
+
+/// The path up to the first dot or bracket. Those in keys aren't escaped, but known keys have none.
+std::string firstStep(const std::string& path) {
+  return path.substr(0, path.find_first_of(".["));
 }
 
 }  // namespace
@@ -34,18 +54,28 @@ std::string Finding::text() const {
   return (severity == Severity::Error ? "error: " : "warning: ") + place.text();
 }
 
+std::string Finding::field() const {
+  constexpr std::string_view keepAlive = "KeepAlive.";
+  const auto& conditions = jobfile::KeepAlive::keyTexts;
+  const std::string key = firstStep(keyPath);
+  if (!jobfile::Plist::codingKey(key)) return keyPath;  // an unknown key, which may contain dots
+  if (!keyPath.starts_with(keepAlive)) return key;
+  const std::string condition = firstStep(keyPath.substr(keepAlive.size()));
+  return std::find(conditions.begin(), conditions.end(), condition) == conditions.end() ? key : condition;
+}
+
 void Findings::add(Finding finding) {
   if (isFull(finding.severity)) return addUnreported(finding.severity, 1);
   ++m_kept[index(finding.severity)];
-  finding.message = shortened(std::move(finding.message));
-  finding.keyPath = shortened(std::move(finding.keyPath));
+  shorten(finding.clause);
+  finding.message = finding.message.empty() ? finding.clause.english() : shortened(finding.message, maxTextSize);
+  finding.keyPath = shortened(std::move(finding.keyPath), maxTextSize);
   m_findings.push_back(std::move(finding));
 }
 
-void Findings::addAt(Severity severity, const std::string& keyPath, std::string message, Part part) {
-  if (isFull(severity)) return addUnreported(severity, 1);
-  Finding finding{.severity = severity, .message = std::move(message), .keyPath = keyPath};
-  if (const auto spot = m_positions.find(keyPath)) {
+void Findings::addAt(Finding finding, Part part) {
+  if (isFull(finding.severity)) return addUnreported(finding.severity, 1);
+  if (const auto spot = m_positions.find(finding.keyPath)) {
     const propertylist::Position& place = part == Part::Key ? spot->key : spot->value;
     finding.line = place.line;
     finding.column = place.column;
@@ -53,26 +83,28 @@ void Findings::addAt(Severity severity, const std::string& keyPath, std::string 
   add(std::move(finding));
 }
 
-void Findings::error(const std::string& keyPath, std::string message) {
-  addAt(Severity::Error, keyPath, std::move(message), Part::Value);
+void Findings::error(const std::string& keyPath, Clause clause) {
+  addAt({.severity = Severity::Error, .keyPath = keyPath, .clause = std::move(clause)}, Part::Value);
 }
 
-void Findings::warning(const std::string& keyPath, std::string message) {
-  addAt(Severity::Warning, keyPath, std::move(message), Part::Value);
+void Findings::warning(const std::string& keyPath, Clause clause, std::optional<Fix> fix) {
+  addAt({.keyPath = keyPath, .clause = std::move(clause), .fix = std::move(fix)}, Part::Value);
 }
 
-void Findings::keyWarning(const std::string& keyPath, std::string message) {
-  addAt(Severity::Warning, keyPath, std::move(message), Part::Key);
+void Findings::keyWarning(const std::string& keyPath, Clause clause, std::optional<Fix> fix) {
+  addAt({.keyPath = keyPath, .clause = std::move(clause), .fix = std::move(fix)}, Part::Key);
 }
 
 void Findings::error(const Error& error) {
-  if (error.line == 0 && !error.offset) return addAt(Severity::Error, error.keyPath, error.message, Part::Value);
-  add({.severity = Severity::Error,
-       .message = error.message,
-       .line = error.line,
-       .column = error.column,
-       .offset = error.offset,
-       .keyPath = error.keyPath});
+  Finding finding{.severity = Severity::Error,
+                  .message = error.message,
+                  .line = error.line,
+                  .column = error.column,
+                  .offset = error.offset,
+                  .keyPath = error.keyPath,
+                  .clause = clauseFor(error)};
+  if (error.line != 0 || error.offset) return add(std::move(finding));
+  addAt(std::move(finding), Part::Value);
 }
 
 std::vector<Finding> Findings::inOrder() && {
@@ -81,7 +113,9 @@ std::vector<Finding> Findings::inOrder() && {
   });
   for (const Severity severity : {Severity::Error, Severity::Warning}) {
     const std::size_t rest = m_unreported[index(severity)];
-    if (rest != 0) m_findings.push_back({.severity = severity, .message = restText(rest, severity)});
+    if (rest == 0) continue;
+    Clause more = restClause(rest, severity);
+    m_findings.push_back({.severity = severity, .message = more.english(), .clause = std::move(more)});
   }
   return std::move(m_findings);
 }

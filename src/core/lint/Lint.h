@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -9,7 +10,8 @@ namespace mirvel::lint {
 
 /// Checks the bytes of a job file against launchd.plist(5) and returns all findings in file order; empty if there are
 /// none. Accepts any bytes: a file that can't be read as a property list yields one error.
-std::vector<Finding> lint(std::string_view bytes, const TargetMachine& machine);
+/// Without the kind of the job, what depends on it isn't checked.
+std::vector<Finding> lint(std::string_view bytes, const TargetMachine& machine, std::optional<Kind> kind = {});
 
 /// Whether any finding is an error.
 bool hasErrors(const std::vector<Finding>& findings);

@@ -6,14 +6,16 @@
 #include <string_view>
 
 #include "core/jobfile/DecodingFailure.h"
+#include "core/lint/KeyLint.h"
 #include "core/lint/Suggestion.h"
 #include "core/lint/Vocabulary.h"
+#include "core/locale/Localize.h"
 
 namespace mirvel::lint {
 
 namespace {
 
-constexpr const char* unfit = "the value doesn't fit its key";
+constexpr const char* unfit = translatable("the value doesn’t fit its key");
 
 std::optional<double> number(const propertylist::Value& value) {
   if (const auto* real = value.as<double>()) return *real;
@@ -33,7 +35,7 @@ bool isEmptyContainer(const propertylist::Value& value) {
 class Comparison {
  public:
   Comparison(std::string_view owner, Findings& findings)
-      : m_owner(owner), m_nested(nestedKeysOf(owner)), m_findings(findings) {}
+      : m_owner(owner), m_nested(nestedKeysOf(owner)), m_findings(findings), m_steps{std::string(owner)} {}
 
   /// `depth` is the number of enclosing dictionaries.
   void compare(const propertylist::Value& before, const propertylist::Value& after, const jobfile::Place& place,
@@ -44,7 +46,9 @@ class Comparison {
       compareEntries(*dictionary, *after.as<propertylist::Dictionary>(), place, depth + 1);
     } else if (array && after.as<propertylist::Array>() && array->size() == after.as<propertylist::Array>()->size()) {
       for (std::size_t i = 0; i < array->size(); ++i) {
+        m_steps.push_back(propertylist::childPath({}, i));
         compare((*array)[i], (*after.as<propertylist::Array>())[i], place.index(i), depth);
+        m_steps.pop_back();
       }
     } else if (!isKept(before, after)) {
       reportUnfit(place);
@@ -56,27 +60,30 @@ class Comparison {
                       const jobfile::Place& place, std::size_t depth) {
     for (const auto& [key, value] : before) {
       const jobfile::Place child = place.key(key);
+      m_steps.push_back(key);
       if (const propertylist::Value* kept = after.find(key)) {
         compare(value, *kept, child, depth);
       } else {
-        reportMissing(key, child, depth);
+        reportMissing(key, before, child, depth);
       }
+      m_steps.pop_back();
     }
   }
 
   void reportUnfit(const jobfile::Place& place) {
     if (m_findings.isFull(Severity::Warning)) return m_findings.addUnreported(Severity::Warning, 1);
-    m_findings.warning(place.text(), unfit);
+    m_findings.warning(place.text(), clause(unfit));
   }
 
-  void reportMissing(const std::string& key, const jobfile::Place& place, std::size_t depth) {
+  void reportMissing(const std::string& key, const propertylist::Dictionary& siblings, const jobfile::Place& place,
+                     std::size_t depth) {
     if (m_findings.isFull(Severity::Warning)) return m_findings.addUnreported(Severity::Warning, 1);
     const bool isListed = m_nested && m_nested->depth == depth &&
                           std::find(m_nested->keys.begin(), m_nested->keys.end(), key) == m_nested->keys.end();
     if (isListed) {
-      m_findings.keyWarning(place.text(), "unknown key" + suggestionText(key, m_nested->keys));
+      warnOfUnknownKey(m_steps, place.text(), suggestion(key, m_nested->keys), siblings, m_findings);
     } else {
-      m_findings.keyWarning(place.text(), unfit);
+      m_findings.keyWarning(place.text(), clause(unfit));
     }
   }
 
@@ -91,6 +98,7 @@ class Comparison {
   std::string_view m_owner;
   const NestedKeys* m_nested;
   Findings& m_findings;
+  jobfile::OpaqueValue::Path m_steps;  ///< to the value that is compared
 };
 
 /// The encoded record, with the form of KeepAlive that is in the file: decoding OnDemand changes it to true.
@@ -114,7 +122,7 @@ void checkNestedKeys(const Subject& subject, Findings& findings) {
       const jobfile::Place top;
       Comparison(key, findings).compare(value, *after, top.key(key), 0);
     } else if (!isEmptyContainer(value)) {
-      findings.warning(key, unfit);
+      findings.warning(key, clause(unfit));
     }
   }
 }

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/jobfile/DecodingFailure.h"
@@ -11,14 +12,16 @@ namespace mirvel::lint {
 
 namespace {
 
+using Path = jobfile::OpaqueValue::Path;
+
 class PathCheck {
  public:
-  PathCheck(const TargetMachine& machine, Findings& findings)
-      : m_homeFolder(machine.homeFolder), m_findings(findings) {}
+  PathCheck(std::string homeFolder, Findings& findings) : m_homeFolder(std::move(homeFolder)), m_findings(findings) {}
 
-  void check(const std::string& keyPath, const std::string& text) {
+  /// `path` is empty if the text isn't a value that can be replaced.
+  void check(const std::string& keyPath, const Path& path, const std::string& text) {
     const auto placeholder = findPlaceholder(text);
-    if (placeholder) m_findings.warning(keyPath, placeholderMessage(*placeholder, m_homeFolder));
+    if (placeholder) warnOfPlaceholder(*placeholder, text, m_homeFolder, keyPath, path, m_findings);
   }
 
   /// For nested values: the key path is only composed if there is something to report.
@@ -26,20 +29,22 @@ class PathCheck {
     const auto placeholder = text ? findPlaceholder(*text) : std::nullopt;
     if (!placeholder) return;
     if (m_findings.isFull(Severity::Warning)) return m_findings.addUnreported(Severity::Warning, 1);
-    m_findings.warning(place.text(), placeholderMessage(*placeholder, m_homeFolder));
+    warnOfPlaceholder(*placeholder, *text, m_homeFolder, place.text(), {}, m_findings);
   }
 
-  void check(const std::string& keyPath, const std::optional<std::string>& text) {
-    if (text) check(keyPath, *text);
+  void check(const std::string& key, const std::optional<std::string>& text) {
+    if (text) check(key, {key}, *text);
   }
 
-  void check(const std::string& keyPath, const std::optional<std::vector<std::string>>& texts) {
+  void check(const std::string& key, const std::optional<std::vector<std::string>>& texts) {
     if (!texts) return;
-    for (std::size_t i = 0; i < texts->size(); ++i) check(propertylist::childPath(keyPath, i), (*texts)[i]);
+    for (std::size_t i = 0; i < texts->size(); ++i) {
+      check(propertylist::childPath(key, i), {key, propertylist::childPath({}, i)}, (*texts)[i]);
+    }
   }
 
  private:
-  const std::string& m_homeFolder;
+  const std::string m_homeFolder;
   Findings& m_findings;
 };
 
@@ -53,7 +58,7 @@ void checkSocket(const jobfile::Place& place, const jobfile::Sockets::SubDiction
 void checkPathState(const jobfile::Plist& record, PathCheck& paths) {
   if (!record.keepAlive || !record.keepAlive->pathState) return;
   for (const auto& [path, isWanted] : *record.keepAlive->pathState) {
-    paths.check(propertylist::childPath("KeepAlive.PathState", path), path);
+    paths.check(propertylist::childPath("KeepAlive.PathState", path), {}, path);
   }
 }
 
@@ -61,8 +66,8 @@ void checkPathState(const jobfile::Plist& record, PathCheck& paths) {
 
 void checkPaths(const Subject& subject, const TargetMachine& machine, Findings& findings) {
   const jobfile::Plist& record = subject.record;
-  PathCheck paths(machine, findings);
-  paths.check("Label", record.name);
+  PathCheck paths(subject.isOfOneUser() ? machine.homeFolder : "", findings);
+  paths.check("Label", {}, record.name);
   paths.check("WorkingDirectory", record.workingDirectory);
   paths.check("RootDirectory", record.rootDirectory);
   paths.check("StandardInPath", record.standardInPath);
@@ -73,7 +78,8 @@ void checkPaths(const Subject& subject, const TargetMachine& machine, Findings& 
   checkPathState(record, paths);
   if (record.environmentVariables) {
     for (const auto& [name, value] : *record.environmentVariables) {
-      paths.check(propertylist::childPath("EnvironmentVariables", name), value);
+      const std::string key = "EnvironmentVariables";
+      paths.check(propertylist::childPath(key, name), {key, name}, value);
     }
   }
   if (!record.sockets) return;

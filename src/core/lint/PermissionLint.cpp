@@ -8,7 +8,9 @@ std::vector<Finding> checkPermissions(const std::filesystem::path& file, uid_t u
   const auto trusted = checkTrust(file, user);
   // Other errors are reported when the file is read.
   if (trusted || trusted.error().code != Error::Code::NotTrusted) return {};
-  return {{.severity = Severity::Warning, .message = "can't be loaded: " + trusted.error().text()}};
+  return {{.severity = Severity::Warning,
+           .message = "can't be loaded: " + trusted.error().text(),
+           .clause = clause("launchd doesn’t load the job, because others could change %@", {trusted.error().file})}};
 }
 
 }  // namespace mirvel::lint

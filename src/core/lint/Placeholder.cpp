@@ -7,8 +7,6 @@ namespace mirvel::lint {
 
 namespace {
 
-using Kind = Placeholder::Kind;
-
 bool isNameLetter(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
 }
@@ -64,12 +62,23 @@ std::string_view templateMark(std::string_view text) {
   return {};
 }
 
+/// Replaces the home folder at the beginning, unless something else in the text would still have to be expanded.
+std::optional<Fix> fixOf(const Placeholder& placeholder, const std::string& text, const std::string& homeFolder,
+                         const jobfile::OpaqueValue::Path& path) {
+  const std::string& name = placeholder.text;
+  const bool isHome = name == "~" || name == "$HOME" || name == "${HOME}";
+  if (!isHome || homeFolder.empty() || path.empty() || !text.starts_with(name)) return std::nullopt;
+  const std::string rest = text.substr(name.size());
+  if ((!rest.empty() && rest[0] != '/') || findPlaceholder(rest)) return std::nullopt;
+  return Fix::replace(path, text, homeFolder + rest, homeFolder + rest);
+}
+
 }  // namespace
 
 std::optional<Placeholder> leadingExpansion(std::string_view text) {
-  if (text == "~" || text.starts_with("~/")) return Placeholder{Kind::Tilde, "~"};
+  if (text == "~" || text.starts_with("~/")) return Placeholder{Placeholder::Kind::Tilde, "~"};
   const std::string_view name = variable(text);
-  if (!name.empty()) return Placeholder{Kind::Variable, std::string(name)};
+  if (!name.empty()) return Placeholder{Placeholder::Kind::Variable, std::string(name)};
   return std::nullopt;
 }
 
@@ -80,18 +89,24 @@ std::optional<Placeholder> findPlaceholder(std::string_view text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const std::string_view rest = text.substr(i);
     const std::string_view name = variable(rest);
-    if (!name.empty()) return Placeholder{Kind::Variable, std::string(name)};
+    if (!name.empty()) return Placeholder{Placeholder::Kind::Variable, std::string(name)};
     const std::string_view mark = templateMark(rest);
-    if (!mark.empty()) return Placeholder{Kind::Template, std::string(mark)};
+    if (!mark.empty()) return Placeholder{Placeholder::Kind::Template, std::string(mark)};
   }
   return std::nullopt;
 }
 
-std::string placeholderMessage(const Placeholder& placeholder, std::string_view homeFolder) {
-  if (placeholder.kind == Kind::Template) return "the placeholder " + placeholder.text + " hasn't been replaced";
-  std::string message = "launchd doesn't expand " + placeholder.text;
-  if (placeholder.kind == Kind::Variable || homeFolder.empty()) return message;
-  return message + "; write " + std::string(homeFolder) + " instead";
+void warnOfPlaceholder(const Placeholder& placeholder, const std::string& text, const std::string& homeFolder,
+                       const std::string& keyPath, const jobfile::OpaqueValue::Path& path, Findings& findings) {
+  const auto fix = fixOf(placeholder, text, homeFolder, path);
+  if (placeholder.kind == Placeholder::Kind::Template) {
+    findings.warning(keyPath, clause("the placeholder %@ hasn’t been replaced", {placeholder.text}));
+  } else if (placeholder.kind == Placeholder::Kind::Variable || homeFolder.empty()) {
+    findings.warning(keyPath, clause("launchd doesn’t expand %@", {placeholder.text}), fix);
+  } else {
+    findings.warning(keyPath, clause("launchd doesn’t expand %@; write %@ instead", {placeholder.text, homeFolder}),
+                     fix);
+  }
 }
 
 }  // namespace mirvel::lint

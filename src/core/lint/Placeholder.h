@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/lint/Findings.h"
+
 namespace mirvel::lint {
 
 /// Text that was meant to be replaced, but that launchd uses literally.
@@ -24,7 +26,9 @@ std::optional<Placeholder> findPlaceholder(std::string_view text);
 /// for.
 std::optional<Placeholder> leadingExpansion(std::string_view text);
 
-/// The message of a finding. With a home folder, it suggests replacing `~` by it.
-std::string placeholderMessage(const Placeholder& placeholder, std::string_view homeFolder);
+/// Warns about a placeholder in the text at `path`. `homeFolder` is the only one that can have been meant; if it isn't
+/// empty, the warning suggests it instead of `~`, and there is a fix where it completes the text.
+void warnOfPlaceholder(const Placeholder& placeholder, const std::string& text, const std::string& homeFolder,
+                       const std::string& keyPath, const jobfile::OpaqueValue::Path& path, Findings& findings);
 
 }  // namespace mirvel::lint

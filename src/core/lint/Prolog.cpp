@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstddef>
-#include <string>
+#include <utility>
 
 #include "core/propertylist/Positions.h"
 
@@ -53,13 +53,16 @@ class PrologCheck {
         before.rfind("<!--") != std::string_view::npos && before.find("-->") == std::string_view::npos;
     if (isInComment) return;
     warn(declaration,
-         isBlank ? "white space before the XML declaration" : "the XML declaration isn't at the start of the file");
+         isBlank ? clause("white space before the XML declaration; macOS accepts this, other programs may not")
+                 : clause("the XML declaration isn’t at the start of the file; macOS accepts this, other programs may "
+                          "not"));
   }
 
   void checkQuotes(std::string_view tag, std::size_t at) {
     for (const std::string_view quote : typographicQuotes) {
       if (const std::size_t found = tag.find(quote); found != std::string_view::npos) {
-        return warn(at + found, "typographic quotes instead of straight ones");
+        return warn(at + found, clause("typographic quotes instead of straight ones; macOS accepts this, other "
+                                       "programs may not"));
       }
     }
   }
@@ -70,16 +73,15 @@ class PrologCheck {
     const bool hasTypographic = tag.find("“") != std::string_view::npos || tag.find("”") != std::string_view::npos;
     const bool namesIdentifier =
         tag.find("PUBLIC") != std::string_view::npos || tag.find("SYSTEM") != std::string_view::npos;
-    if (quotes == 0 && namesIdentifier && !hasTypographic) warn(at, "the identifiers of the DOCTYPE aren't quoted");
+    if (quotes != 0 || !namesIdentifier || hasTypographic) return;
+    warn(at, clause("the identifiers of the DOCTYPE aren’t quoted; macOS accepts this, other programs may not"));
   }
 
-  void warn(std::size_t at, const std::string& what) {
+  void warn(std::size_t at, Clause clause) {
     if (m_findings.isFull(Severity::Warning)) return m_findings.addUnreported(Severity::Warning, 1);
     const propertylist::Position place = propertylist::positionOf(m_text, at);
-    m_findings.add({.severity = Severity::Warning,
-                    .message = what + "; macOS accepts this, other programs may not",
-                    .line = place.line,
-                    .column = place.column});
+    m_findings.add(
+        {.severity = Severity::Warning, .line = place.line, .column = place.column, .clause = std::move(clause)});
   }
 
   std::string_view m_text;

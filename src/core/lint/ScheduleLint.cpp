@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
+
+#include "core/locale/Localize.h"
 
 namespace mirvel::lint {
 
@@ -28,9 +29,19 @@ constexpr std::array<CheckedNumber, 5> checkedNumbers = {{
 }};
 
 constexpr std::array<int, 12> longestMonths = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-constexpr std::array<std::string_view, 12> monthNames = {"January",   "February", "March",    "April",
-                                                         "May",       "June",     "July",     "August",
-                                                         "September", "October",  "November", "December"};
+/// For the months with less than 31 days.
+constexpr std::array<const char*, 12> shortMonths = {nullptr,
+                                                     translatable("February has no day %@; this date never occurs"),
+                                                     nullptr,
+                                                     translatable("April has no day %@; this date never occurs"),
+                                                     nullptr,
+                                                     translatable("June has no day %@; this date never occurs"),
+                                                     nullptr,
+                                                     nullptr,
+                                                     translatable("September has no day %@; this date never occurs"),
+                                                     nullptr,
+                                                     translatable("November has no day %@; this date never occurs"),
+                                                     nullptr};
 
 /// Reports numbers out of range; returns whether there were none.
 bool checkRanges(const Interval& interval, const std::string& path, Findings& findings) {
@@ -39,12 +50,13 @@ bool checkRanges(const Interval& interval, const std::string& path, Findings& fi
     const auto& number = interval.*field.number;
     if (!number || (*number >= field.least && *number <= field.greatest)) continue;
     isGood = false;
-    const std::string range = std::to_string(field.least) + " to " + std::to_string(field.greatest);
     // Beside a valid weekday an invalid day doesn't keep the job from running, and the other way round.
     const bool isDay = field.key == Interval::CodingKeys::Day || field.key == Interval::CodingKeys::Weekday;
-    findings.error(propertylist::childPath(path, Interval::text(field.key)),
-                   std::to_string(*number) + " is out of range (" + range + "); this " + (isDay ? "day" : "time") +
-                       " never occurs");
+    const char* const format = isDay ? translatable("%@ is out of range (%@ to %@); this day never occurs")
+                                     : translatable("%@ is out of range (%@ to %@); this time never occurs");
+    findings.error(
+        propertylist::childPath(path, Interval::text(field.key)),
+        clause(format, {std::to_string(*number), std::to_string(field.least), std::to_string(field.greatest)}));
   }
   return isGood;
 }
@@ -54,23 +66,22 @@ void checkDate(const Interval& interval, const std::string& path, Findings& find
   if (!interval.day || !interval.month || interval.weekday) return;
   const auto month = static_cast<std::size_t>(*interval.month - 1);
   if (*interval.day <= longestMonths[month]) return;
-  findings.error(propertylist::childPath(path, "Day"), std::string(monthNames[month]) + " has no day " +
-                                                           std::to_string(*interval.day) + "; this date never occurs");
+  findings.error(propertylist::childPath(path, "Day"), clause(shortMonths[month], {std::to_string(*interval.day)}));
 }
 
 /// An absent key matches any value, which is easily overlooked.
 void checkWildcards(const Interval& interval, const std::string& path, Findings& findings) {
   const bool hasDate = interval.day || interval.weekday || interval.month;
   if (!interval.minute && interval.hour) {
-    findings.warning(path, "without Minute the job starts every minute of that hour");
+    findings.warning(path, clause("without Minute the job starts every minute of that hour"));
   } else if (!interval.minute && hasDate) {
     findings.warning(path, interval.month && !interval.day && !interval.weekday
-                               ? "without Hour and Minute the job starts every minute of that month"
-                               : "without Hour and Minute the job starts every minute of that day");
+                               ? clause("without Hour and Minute the job starts every minute of that month")
+                               : clause("without Hour and Minute the job starts every minute of that day"));
   } else if (!interval.minute) {
-    findings.warning(path, "without Hour and Minute the job starts every minute");
+    findings.warning(path, clause("without Hour and Minute the job starts every minute"));
   } else if (!interval.hour && hasDate) {
-    findings.warning(path, "without Hour the job starts every hour at that minute");
+    findings.warning(path, clause("without Hour the job starts every hour at that minute"));
   }
 }
 
@@ -82,19 +93,28 @@ void checkInterval(const Interval& interval, const std::string& path, Findings& 
 
 void checkStartInterval(const jobfile::Plist& record, Findings& findings) {
   constexpr std::int64_t usualThrottle = 10;
+  constexpr std::int64_t rarelyMeant = 5;
+  const std::string key = "StartInterval";
   if (!record.startInterval) return;
   const std::int64_t seconds = *record.startInterval;
+  const std::int64_t throttle = record.throttleInterval.value_or(usualThrottle);
   if (seconds <= 0) {
-    findings.error("StartInterval", "launchd ignores an interval of " + std::to_string(seconds) + " seconds");
-  } else if (seconds < usualThrottle && !record.throttleInterval) {
-    findings.warning("StartInterval",
-                     "launchd starts a job at most every 10 seconds, unless ThrottleInterval is smaller");
+    findings.error(key, clause("launchd ignores an interval of %@ seconds", {std::to_string(seconds)}));
+  } else if (seconds < throttle && !record.throttleInterval) {
+    findings.warning(key, clause("launchd starts a job at most every 10 seconds, unless ThrottleInterval is smaller"));
+  } else if (seconds < throttle) {
+    findings.warning(key, clause("because of ThrottleInterval, launchd starts the job at most every %@ seconds",
+                                 {std::to_string(throttle)}));
+  } else if (seconds == 1) {
+    findings.warning(key, clause("the job starts every second"));
+  } else if (seconds < rarelyMeant) {
+    findings.warning(key, clause("the job starts every %@ seconds", {std::to_string(seconds)}));
   }
 }
 
 void checkNice(const jobfile::Plist& record, Findings& findings) {
   if (!record.nice || (*record.nice >= -20 && *record.nice <= 20)) return;
-  findings.warning("Nice", std::to_string(*record.nice) + " is out of range (-20 to 20)");
+  findings.warning("Nice", clause("%@ is out of range (%@ to %@)", {std::to_string(*record.nice), "-20", "20"}));
 }
 
 }  // namespace

@@ -52,9 +52,4 @@ std::optional<std::string_view> suggestion(std::string_view name, std::span<cons
   return result;
 }
 
-std::string suggestionText(std::string_view name, std::span<const std::string_view> candidates) {
-  const auto meant = suggestion(name, candidates);
-  return meant ? "; did you mean " + std::string(*meant) + "?" : "";
-}
-
 }  // namespace mirvel::lint

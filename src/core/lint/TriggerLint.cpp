@@ -39,7 +39,7 @@ void checkTriggers(const Subject& subject, Findings& findings) {
   const bool isStarted =
       std::any_of(startingKeys.begin(), startingKeys.end(), [&](std::string_view key) { return subject.has(key); });
   if (isStarted || startsByItself(subject)) return;
-  findings.warning("", "no key of the file starts the job; it runs only when started manually");
+  findings.warning("", clause("no key of the file starts the job; it runs only when started manually"));
 }
 
 }  // namespace mirvel::lint

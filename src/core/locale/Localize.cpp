@@ -121,11 +121,14 @@ std::string Localize::int_(std::int64_t number) const {
 }
 
 std::string Localize::format(const char* key, const std::vector<std::string>& arguments) const {
-  const std::string pattern = text(key);
+  return filled(text(key), arguments);
+}
+
+std::string Localize::filled(std::string_view pattern, const std::vector<std::string>& arguments) {
   std::string result;
   std::size_t next = 0;
   for (std::size_t at = 0; at < pattern.size();) {
-    const FormatSpecifier specifier = specifierAt(std::string_view(pattern).substr(at));
+    const FormatSpecifier specifier = specifierAt(pattern.substr(at));
     const bool counts = specifier.length > 0 && !specifier.isPercent && !specifier.index;
     const std::size_t index = specifier.index.value_or(counts ? next++ : 0);
     const std::size_t length = std::max<std::size_t>(specifier.length, 1);
@@ -134,7 +137,7 @@ std::string Localize::format(const char* key, const std::vector<std::string>& ar
     } else if (specifier.length > 0 && index < arguments.size()) {
       result += arguments[index];
     } else {
-      result.append(pattern, at, length);
+      result.append(pattern.substr(at, length));
     }
     at += length;
   }

@@ -5,12 +5,18 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/locale/MessageCatalog.h"
 #include "core/process/Environment.h"
 
 namespace mirvel {
+
+/// Marks an English text for translators where it is only looked up later, for example in a table. Returns the text.
+constexpr const char* translatable(const char* english) {
+  return english;
+}
 
 /// All texts that the user reads, translated into the user's language, one member each. The source language is English:
 /// the text in a member is what translators see, and the fallback where no translation exists. Buttons, menus and
@@ -49,6 +55,8 @@ class Localize {
   /// The translation of `key`, with each "%@" replaced by the next argument, "%2$@" by the second, and "%%" by a
   /// percent sign. Specifiers without an argument are kept.
   std::string format(const char* key, const std::vector<std::string>& arguments) const;
+  /// The same for a pattern that isn't to be translated.
+  static std::string filled(std::string_view pattern, const std::vector<std::string>& arguments);
 
   Lowercase lowercase() const;
   Ellipsis ellipsis() const;

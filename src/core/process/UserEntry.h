@@ -20,6 +20,11 @@ struct UserEntry {
 /// thus take long. Thread-safe.
 std::optional<UserEntry> userEntry(uid_t user);
 
+/// Whether the user database has a user or a group of this name; nullopt if it can't be read. May take long, like
+/// `userEntry`. Thread-safe.
+std::optional<bool> isUser(const std::string& name);
+std::optional<bool> isGroup(const std::string& name);
+
 /// The full name in a comment field: the part before the first comma, in which `&` means the capitalized login
 /// name; the login name if that is blank.
 ///

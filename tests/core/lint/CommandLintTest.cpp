@@ -64,7 +64,7 @@ TEST(CommandLintTest, ShellSyntaxIsReportedOutsideOfShellScripts) {
   for (const auto& row : table) {
     std::vector<std::string> suspects;
     for (const Finding& finding : lint(propertylist::writeBinary(job({{"ProgramArguments", row.arguments}})),
-                                       {.exists = [](const std::string&) { return true; }})) {
+                                       {})) {
       ASSERT_TRUE(finding.message.starts_with(before) && finding.message.ends_with(after)) << finding.text();
       const std::size_t size = finding.message.size() - before.size() - after.size();
       suspects.push_back(finding.message.substr(before.size(), size));
@@ -149,7 +149,7 @@ TEST(PathLintTest, EveryPathOfAJobIsChecked) {
                                               "Sockets.S.SockPathName", "Sockets.T[0].SockPathName"}));
 
   const auto withoutHome =
-      lint(propertylist::writeBinary(job({{"StandardOutPath", "~/x"}})), {.exists = smallMachine().exists});
+      lint(propertylist::writeBinary(job({{"StandardOutPath", "~/x"}})), {.fileType = smallMachine().fileType});
   ASSERT_EQ(withoutHome.size(), 1U);
   EXPECT_EQ(withoutHome[0].text(), "warning: StandardOutPath: launchd doesn't expand ~");
 }

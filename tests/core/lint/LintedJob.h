@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,11 +16,25 @@ namespace mirvel::lint {
 using jobfile::Dict;
 using jobfile::List;
 
-/// A machine on which three programs exist, with a known home folder.
+/// A machine with three programs, a file and a few folders, two users and two groups, and a known home folder. Nothing
+/// is known of what is in /unknown.
 inline TargetMachine smallMachine() {
-  return {
-      .exists = [](const std::string& path) { return path == "/bin/ls" || path == "/bin/sh" || path == "/bin/a b"; },
-      .homeFolder = "/Users/me"};
+  using FileType = TargetMachine::FileType;
+  const std::set<std::string> files{"/bin/ls", "/bin/sh", "/bin/a b", "/open/tool", "/Users/me/file"};
+  const std::set<std::string> folders{"/", "/bin", "/open", "/Users", "/Users/me", "/tmp"};
+  return {.fileType =
+              [=](const std::string& path) {
+                if (path.starts_with("/unknown")) return FileType::Unknown;
+                if (folders.count(path) != 0) return FileType::Folder;
+                return files.count(path) != 0 ? FileType::Other : FileType::Missing;
+              },
+          .isOpenToAll = [](const std::string& path) { return path.starts_with("/open/"); },
+          .hasUser = [](const std::string& name) -> std::optional<bool> { return name == "root" || name == "me"; },
+          .hasGroup =
+              [](const std::string& name) {
+                return name.starts_with("remote") ? std::nullopt : std::optional(name == "wheel" || name == "staff");
+              },
+          .homeFolder = "/Users/me"};
 }
 
 /// Removes a key from the file of `job`.
