@@ -102,6 +102,7 @@ class ProgramFixture : public testing::Test {
   VirtualQueue queue;
   ManualWorkQueue fetchQueue;
   ManualWorkQueue fileQueue;
+  ManualWorkQueue checkQueue;
   FakeInterface interface { foundation.defaults, foundation.localize };
   FakeWorkspace workspace;
   FakeFolderMonitors monitors;
@@ -114,6 +115,7 @@ class ProgramFixture : public testing::Test {
   Platform platform{.mainQueue = queue,
                     .fetchQueue = fetchQueue,
                     .fileQueue = fileQueue,
+                    .checkQueue = checkQueue,
                     .interface = interface,
                     .workspace = workspace,
                     .folderMonitors = monitors,

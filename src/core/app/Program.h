@@ -16,6 +16,7 @@
 #include "core/creation/CreationContext.h"
 #include "core/editor/Drafts.h"
 #include "core/editor/IconEditing.h"
+#include "core/editor/JobProblems.h"
 #include "core/editor/NotesStore.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/MenuController.h"
@@ -75,6 +76,7 @@ class Program {
   Fetcher fetcher;
   const SessionContext session;
   Drafts drafts;
+  JobProblems problems;
   IconEditing icons;
 
   // Requests to the helpers.

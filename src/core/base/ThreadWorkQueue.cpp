@@ -12,9 +12,7 @@
 
 namespace mirvel {
 
-namespace {
-
-void nameThread(const std::string& name) {
+void nameThisThread(const std::string& name) {
   const std::string text = name.substr(0, 15);  // Linux rejects longer names
 #ifdef __APPLE__
   (void)::pthread_setname_np(text.c_str());  // only for debugging
@@ -23,11 +21,9 @@ void nameThread(const std::string& name) {
 #endif
 }
 
-}  // namespace
-
 ThreadWorkQueue::ThreadWorkQueue(const std::string& name)
     : m_thread([this, name] {
-        nameThread(name);
+        nameThisThread(name);
         work();
       }) {}
 

@@ -9,8 +9,8 @@
 
 namespace mirvel {
 
-/// Runs tasks one after the other, in the order in which they were added, off the main thread. An interface, so that
-/// tests can run tasks when they choose.
+/// Runs tasks off the main thread, and begins them in the order in which they were added. An interface, so that tests
+/// can run tasks when they choose.
 class WorkQueue {
  public:
   using Task = std::function<void()>;
@@ -25,7 +25,8 @@ class WorkQueue {
   virtual void add(Task task) = 0;
 };
 
-/// A work queue with its own thread. Must not be destroyed by one of its tasks, which would wait for itself.
+/// A work queue with its own thread, which runs one task after the other. Must not be destroyed by one of its tasks,
+/// which would wait for itself.
 class ThreadWorkQueue final : public WorkQueue {
  public:
   /// The name appears in debuggers and lists of threads; Linux uses the first 15 bytes.
@@ -43,6 +44,9 @@ class ThreadWorkQueue final : public WorkQueue {
   bool m_isEnding = false;
   std::thread m_thread;  // last: it uses the other members as soon as it starts
 };
+
+/// Names the calling thread for debuggers and lists of threads.
+void nameThisThread(const std::string& name);
 
 /// Prepares the heap of the calling thread for many allocations: reserves about 8 MiB at once, and makes the whole
 /// program keep up to 64 MiB of freed memory per heap instead of returning it, so that a discarded catalogue makes room

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "core/locale/Localize.h"
@@ -36,6 +37,9 @@ class EditorTexts : public Texts {
   std::string editScript() const { return text("Edit Script…"); }
   std::string findAKey() const { return text("Find a Key"); }
   std::string fieldCantBeSaved(const std::string& key) const { return format("“%@” can’t be saved", {key}); }
+  std::string errors(std::int64_t count) const {
+    return count == 1 ? text("1 error") : format("%@ errors", {int_(count)});
+  }
   std::string help() const { return text("Help"); }
   std::string hide() const { return text("Hide"); }
   std::string icon() const { return text("Icon"); }
@@ -86,6 +90,9 @@ class EditorTexts : public Texts {
   }
   std::string useTheirs() const { return text("Use Theirs"); }
   std::string versionOnDisk() const { return text("Version on Disk"); }
+  std::string warnings(std::int64_t count) const {
+    return count == 1 ? text("1 warning") : format("%@ warnings", {int_(count)});
+  }
   std::string whenAClientAsks() const { return text("When one of its clients requests it"); }
   std::string yourVersion() const { return text("Your Version"); }
 };

@@ -105,10 +105,14 @@ void takeArgumentsFromRun(Plist& record) {
   record.programArguments = std::move(command.arguments);
 }
 
-std::string textAsEdited(const Plist& record) {
+propertylist::Dictionary fileAsEdited(const Plist& record) {
   Plist edited = record.clone();
   takeArgumentsFromRun(edited);
-  const auto text = propertylist::writeXml(edited.encodeAll());
+  return edited.encodeAll();
+}
+
+std::string textAsEdited(const Plist& record) {
+  const auto text = propertylist::writeXml(fileAsEdited(record));
   return text ? *text : std::string();
 }
 

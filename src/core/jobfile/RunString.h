@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "core/propertylist/Value.h"
+
 // The command of a job, which a file spreads over the keys `Program` and `ProgramArguments`, as one line of text, and
 // the other way round.
 
@@ -44,8 +46,9 @@ CommandKeys commandOf(const std::string& run, const CommandKeys& before);
 /// values that they have in the file.
 void takeArgumentsFromRun(Plist& record);
 
-/// The XML text that a save would write, with the command line as edited, but without the repairs and questions that
-/// precede a save. Empty if the record can't be written as XML.
+/// What a save would write, with the command line as edited, but without the repairs and questions that precede a save.
+propertylist::Dictionary fileAsEdited(const Plist& record);
+/// The same as XML text. Empty if the record can't be written as XML.
 std::string textAsEdited(const Plist& record);
 
 }  // namespace mirvel::jobfile

@@ -65,7 +65,10 @@ class FileCheck {
   /// Other paths have findings of their own.
   static bool isComplete(const std::string& path) { return path.starts_with('/') && !findPlaceholder(path); }
   static Clause missing(const std::string& path) { return clause("%@ doesn’t exist on this machine", {path}); }
-  static std::string parentOf(const std::string& path) { return std::filesystem::path(path).parent_path().string(); }
+  static std::string parentOf(const std::string& path) {
+    const std::filesystem::path whole(path);
+    return (whole.has_filename() ? whole : whole.parent_path()).parent_path().string();
+  }
 
   void noFile(const std::string& keyPath, const std::string& path) {
     if (m_machine.typeOf(path) == FileType::Other) m_findings.warning(keyPath, clause("%@ isn’t a folder", {path}));

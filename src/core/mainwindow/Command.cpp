@@ -5,8 +5,11 @@
 
 #include "core/actions/JobDeletion.h"
 #include "core/base/Const.h"
+#include "core/editor/JobProblems.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/WindowContext.h"
+#include "core/session/Catalogue.h"
+#include "core/session/CurrentMode.h"
 #include "core/session/Editing.h"
 #include "core/session/Fetcher.h"
 #include "core/session/Platform.h"
@@ -165,6 +168,17 @@ constexpr Row rows[] = {
      .isEnabled = hasNoEdits,
      .perform = [](const WindowContext& context) { context.mainWindow.toggleSystemJobs(); },
      .isOn = [](const CommandContext& context) { return context.showsSystemJobs; }},
+    {.command = Command::OnlyProblems,
+     .isEnabled = [](const CommandContext& context) { return context.checksJobs && hasNoEdits(context); },
+     .perform =
+         [](const WindowContext& context) {
+           context.currentMode.setOnlyProblems(context.catalogue.jobs(), !context.currentMode.showsOnlyProblems());
+         },
+     .isOn = [](const CommandContext& context) { return context.showsOnlyProblems; }},
+    {.command = Command::CheckJobs,
+     .isEnabled = always,
+     .perform = [](const WindowContext& context) { context.problems.setOn(!context.problems.isOn()); },
+     .isOn = [](const CommandContext& context) { return context.checksJobs; }},
     {Command::Columns, [](const CommandContext& context) { return context.mode == Mode::List; }},
     {.command = Command::TitleBar,
      .isEnabled = always,

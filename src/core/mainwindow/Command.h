@@ -38,10 +38,12 @@ enum class Command {
   Tree,
   List,
   Timeline,
-  System,      ///< toggles whether jobs of the system are shown
-  Columns,     ///< submenu: the columns of list mode
-  TitleBar,    ///< toggles whether the title bar shows the title
-  FullScreen,  ///< toggles full screen
+  System,        ///< toggles whether jobs of the system are shown
+  OnlyProblems,  ///< toggles whether only jobs with problems are shown
+  CheckJobs,     ///< toggles whether jobs are checked for problems
+  Columns,       ///< submenu: the columns of list mode
+  TitleBar,      ///< toggles whether the title bar shows the title
+  FullScreen,    ///< toggles full screen
 
   // Help
   Help,             ///< opens the help pages in the browser
@@ -68,6 +70,8 @@ struct CommandContext {
   bool hasFilterField = false;   ///< in a visible toolbar
   bool editsSystemJobs = false;
   bool showsSystemJobs = false;
+  bool showsOnlyProblems = false;
+  bool checksJobs = false;
   bool showsTitleBar = false;
   bool isFullScreen = false;
   DetailTab detailTab = DetailTab::NoSelection;

@@ -41,6 +41,8 @@ class MainMenuTexts : public Texts {
   std::string asList() const { return text("as &List"); }
   std::string asTimeline() const { return text("as Ti&meline"); }
   std::string systemJobs() const { return text("&System Jobs"); }
+  std::string onlyProblems() const { return text("Only Jobs with &Problems"); }
+  std::string checkJobs() const { return text("C&heck Jobs for Problems"); }
   std::string columns() const { return text("&Columns"); }
   std::string titleBar() const { return text("Title &Bar"); }
   std::string fullScreen() const { return text("&Full Screen"); }

@@ -55,10 +55,8 @@ void MainWindowController::switchMode(Mode mode) {
     window->clearFilter();
   }
   m_session.currentMode.clearFilter();
-  if (ModeType* const current = m_session.currentMode.view()) {
-    current->update(m_session.catalogue.jobs());
-    current->deselect();
-  }
+  m_session.currentMode.update(m_session.catalogue.jobs());
+  if (ModeType* const current = m_session.currentMode.view()) current->deselect();
   if (m_session.shell.detail) m_session.shell.detail->clearDetail();
   m_session.selection.select(nullptr);
 }

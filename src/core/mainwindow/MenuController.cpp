@@ -25,6 +25,8 @@ CommandContext MenuController::context() const {
                         .isScriptInFront = static_cast<bool>(shell.saveScript),
                         .editsSystemJobs = defaults.editSystemJobs(),
                         .showsSystemJobs = defaults.showSystemJobs(),
+                        .showsOnlyProblems = m_context.currentMode.showsOnlyProblems(),
+                        .checksJobs = defaults.checkJobs(),
                         .showsTitleBar = defaults.showTitleBar(),
                         .mode = m_context.currentMode.chosen()};
   if (const auto job = shownJob(m_context.selection, m_context.shell)) {

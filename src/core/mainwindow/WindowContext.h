@@ -7,6 +7,7 @@ namespace mirvel {
 class Busy;
 class HostStart;
 class JobDeletion;
+class JobProblems;
 class KindTexts;
 class MainWindowController;
 class RevisionController;
@@ -17,6 +18,7 @@ struct WindowContext : SessionContext {
   RevisionController& revisions;
   JobDeletion& deletion;
   const HostStart& hostStart;
+  JobProblems& problems;
   KindTexts& kinds;
   MainWindowController& mainWindow;
   const Busy& saving;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "core/session/Selection.h"
 #include "core/session/Shell.h"
@@ -35,18 +36,39 @@ void CurrentMode::setFilter(const Jobs& jobs, const std::string& text) {
   ModeType* const mode = view();
   if (!mode) return;
   m_filter = text;
-  if (text.empty()) {
-    mode->update(jobs);
+  show(*mode, jobs, Selected::Matches);
+}
+
+void CurrentMode::setOnlyProblems(const Jobs& jobs, bool showsOnlyProblems) {
+  ModeType* const mode = view();
+  if (!mode || std::exchange(m_showsOnlyProblems, showsOnlyProblems) == showsOnlyProblems) return;
+  show(*mode, jobs, Selected::Matches);
+}
+
+Jobs CurrentMode::matching(const Jobs& jobs, Selected selected) const {
+  Jobs result = m_filter.empty() ? jobs : filtered(jobs, m_filter);
+  if (!m_showsOnlyProblems) return result;
+  const auto shown = selected == Selected::Remains ? m_selection.job() : nullptr;
+  std::erase_if(result, [&](const auto& job) {
+    const bool remains = shown && job->url.equalTo(shown->url);
+    return !remains && !(m_hasProblems && m_hasProblems(*job));
+  });
+  return result;
+}
+
+void CurrentMode::show(ModeType& mode, const Jobs& jobs, Selected selected) const {
+  if (m_filter.empty() && !m_showsOnlyProblems) {
+    mode.update(jobs);
     markSelected();
     if (m_selection.job() && m_shell.detail) m_shell.detail->updateDetail();
     return;
   }
-  const Jobs left = filtered(jobs, text);
-  mode->update(left);
+  const Jobs left = matching(jobs, selected);
+  mode.update(left);
   if (isAmong(left, m_selection.job())) {
     keepSelection();
   } else {
-    mode->deselect();
+    mode.deselect();
   }
 }
 
@@ -57,9 +79,10 @@ void CurrentMode::keepSelection() const {
 }
 
 void CurrentMode::update(const Jobs& jobs) {
-  // A copy, since setFilter assigns to the member that its parameter would refer to.
-  if (!m_filter.empty()) return setFilter(jobs, std::string(m_filter));
-  if (ModeType* const mode = view()) mode->update(jobs);
+  ModeType* const mode = view();
+  if (!mode) return;
+  if (!m_filter.empty() || m_showsOnlyProblems) return show(*mode, jobs, Selected::Remains);
+  mode->update(jobs);
 }
 
 void CurrentMode::markSelected() const {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "core/session/Mode.h"
 
@@ -11,7 +13,7 @@ class Defaults;
 class Selection;
 struct Shell;
 
-/// The mode in which the main window shows the catalogue, such as the list. Owns the filter. For the main thread.
+/// The mode in which the main window shows the catalogue, such as the list. Owns the filters. For the main thread.
 class CurrentMode {
  public:
   /// All references must outlive this object.
@@ -29,15 +31,27 @@ class CurrentMode {
   /// marked, but it stays selected. An empty text shows all jobs, and the details of the selected one. Does nothing,
   /// and keeps the previous filter, if no mode is registered.
   void setFilter(const Jobs& jobs, const std::string& text);
-  /// Removes the filter. The view changes with the next update only.
+  /// Removes the text. The view changes with the next update only.
   void clearFilter() { m_filter.clear(); }
-  /// Shows other jobs, filtered.
+
+  /// Decides which jobs have problems. An empty function, as initially, finds none.
+  using ProblemTest = std::function<bool(const Job& job)>;
+  void setProblemTest(ProblemTest test) { m_hasProblems = std::move(test); }
+  /// Whether only jobs with problems are shown, of those that match the text.
+  bool showsOnlyProblems() const { return m_showsOnlyProblems; }
+  /// Changes that, and shows the jobs that match; otherwise like `setFilter`.
+  void setOnlyProblems(const Jobs& jobs, bool showsOnlyProblems);
+
+  /// Shows other jobs, filtered. A selected job that doesn't have problems any more remains.
   void update(const Jobs& jobs);
 
   /// Selects a job and marks it in the view. It may be new, and not in the catalogue yet.
   void select(const std::shared_ptr<Job>& job) const;
 
  private:
+  enum class Selected { Matches, Remains };
+  Jobs matching(const Jobs& jobs, Selected selected) const;
+  void show(ModeType& mode, const Jobs& jobs, Selected selected) const;
   /// The details don't change.
   void markSelected() const;
   void keepSelection() const;
@@ -46,6 +60,8 @@ class CurrentMode {
   const Defaults& m_defaults;
   Selection& m_selection;
   std::string m_filter;
+  ProblemTest m_hasProblems;
+  bool m_showsOnlyProblems = false;
 };
 
 /// The jobs whose name, path or text content contains the text, ignoring case and accents, in their order.

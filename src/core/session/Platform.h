@@ -19,6 +19,7 @@ struct Platform {
   MainQueue& mainQueue;
   WorkQueue& fetchQueue;  ///< a background thread for scans
   WorkQueue& fileQueue;   ///< a background thread for accesses to disks that may be slow
+  WorkQueue& checkQueue;  ///< background threads for checks that may wait for a disk forever; tasks run side by side
   Interface& interface;
   Workspace& workspace;
   FolderMonitors& folderMonitors;

@@ -33,6 +33,7 @@ constexpr std::array table{
     Registered{Defaults::Key::editSystemJobs, false},
     Registered{Defaults::Key::automaticallyCheckForUpdate, true},
     Registered{Defaults::Key::showInvalidData, true},
+    Registered{Defaults::Key::checkJobs, true},
 };
 
 template <typename T>

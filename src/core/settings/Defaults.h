@@ -46,6 +46,7 @@ class Defaults {
         "IWantToEditSystemJobsAndIUnderstandTheRisksAndITakeFullResponsibility";
     static constexpr std::string_view automaticallyCheckForUpdate = "AutomaticallyCheckForUpdate";
     static constexpr std::string_view showInvalidData = "ShowInvalidData";
+    static constexpr std::string_view checkJobs = "CheckJobs";
     static constexpr std::string_view suppressAlertComplexRun = "AlertComplexWhat";
     static constexpr std::string_view windowFrame = "NSWindow Frame Main App Window";
     static constexpr std::string_view splitFrames = "NSSplitView Subview Frames Main App Window";
@@ -109,6 +110,9 @@ class Defaults {
   /// Mark invalid values.
   bool showInvalidData() const { return boolean(Key::showInvalidData); }
   Result<void> setShowInvalidData(bool value) { return set(Key::showInvalidData, value); }
+  /// Look for problems in jobs, also while they are edited.
+  bool checkJobs() const { return boolean(Key::checkJobs); }
+  Result<void> setCheckJobs(bool value) { return set(Key::checkJobs, value); }
   /// Don't ask any more about commands that are too complex for launchd.
   bool suppressAlertComplexRun() const { return boolean(Key::suppressAlertComplexRun); }
 

@@ -32,6 +32,7 @@ Application::Application(Roots roots, const Environment& environment, const std:
                  .programs = HelperPrograms::in(helpersFolder(), m_foundation.roots, environment, machine)}),
       m_program(m_foundation, platform()),
       m_fileQueue("File queue"),
+      m_checkQueue("Checks", 8),
       m_fetchQueue("Fetch queue"),
       m_isOtherMachine(machine.has_value()) {}
 
@@ -41,6 +42,7 @@ Platform Application::platform() {
   return {.mainQueue = m_mainQueue,
           .fetchQueue = m_fetchQueue,
           .fileQueue = m_fileQueue,
+          .checkQueue = m_checkQueue,
           .interface = m_interface,
           .workspace = m_workspace,
           .folderMonitors = *m_folderMonitors,

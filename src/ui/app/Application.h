@@ -7,6 +7,7 @@
 
 #include "core/app/Program.h"
 #include "core/app/UpdateManager.h"
+#include "core/base/ParallelWorkQueue.h"
 #include "core/base/ThreadWorkQueue.h"
 #include "core/process/SystemProcessRunner.h"
 #include "core/session/Foundation.h"
@@ -59,6 +60,7 @@ class Application {
   SystemHelperConnections m_helpers;
   Program m_program;
   ThreadWorkQueue m_fileQueue;
+  ParallelWorkQueue m_checkQueue;
   ThreadWorkQueue m_fetchQueue;  // declared last, because its destructor waits for a scan that uses all of the above
   std::unique_ptr<HttpsDownloads> m_downloads;
   std::unique_ptr<UpdateManager> m_updates;

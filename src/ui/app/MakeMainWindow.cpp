@@ -8,10 +8,19 @@
 namespace mirvel::ui {
 
 EditorContext editorContext(Program& program, IconLoader& icons) {
-  return {program.session, program.saving,     program.scanning,
-          program.actions, program.mainWindow, program.menus,
-          program.kinds,   program.repairs,    program.scheduledController,
-          program.notes,   program.icons,      icons};
+  return {program.session,
+          program.saving,
+          program.scanning,
+          program.actions,
+          program.mainWindow,
+          program.menus,
+          program.kinds,
+          program.repairs,
+          program.scheduledController,
+          program.notes,
+          program.problems,
+          program.icons,
+          icons};
 }
 
 std::unique_ptr<MainWindow> makeMainWindow(Program& program, IconLoader& icons) {

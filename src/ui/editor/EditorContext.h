@@ -7,6 +7,7 @@ class ActionController;
 class Busy;
 class CommandRepairs;
 class IconEditing;
+class JobProblems;
 class KindTexts;
 class MainWindowController;
 class MenuController;
@@ -30,6 +31,7 @@ struct EditorContext : SessionContext {
   const CommandRepairs& repairs;
   ScheduledController& schedules;
   NotesStore& notes;
+  JobProblems& problems;
   IconEditing& iconEditing;
   IconLoader& icons;
 };

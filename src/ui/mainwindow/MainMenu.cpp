@@ -164,7 +164,10 @@ void MainMenu::makeViewMenu() {
   m_actions.add(*menu, Command::Timeline, texts.asTimeline(), "view-timeline", {Qt::CTRL | Qt::Key_4});
   menu->addSeparator();
   m_actions.add(*menu, Command::System, texts.systemJobs(), nullptr, {Qt::CTRL | Qt::SHIFT | Qt::Key_J});
+  m_actions.add(*menu, Command::OnlyProblems, texts.onlyProblems());
   addColumnsMenu(*menu, texts.columns());
+  menu->addSeparator();
+  m_actions.add(*menu, Command::CheckJobs, texts.checkJobs());
   menu->addSeparator();
   m_actions.add(*menu, Command::TitleBar, texts.titleBar());
   m_actions.add(*menu, Command::FullScreen, texts.fullScreen(), nullptr, fullScreenKeys());

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <future>
 #include <memory>
 #include <vector>
 
+#include "core/base/ParallelWorkQueue.h"
 #include "core/base/ThreadWorkQueue.h"
 
 namespace mirvel {
@@ -64,6 +66,42 @@ TEST(ThreadWorkQueueTest, TasksRunInOrderAndThoseThatHaventStartedAreDroppedAtTh
     queue.add([&, held = std::move(held)] { done.push_back(3); });
   }
   EXPECT_EQ(done, (std::vector{1, 2}));
+}
+
+TEST(ParallelWorkQueueTest, ATaskThatWaitsHoldsUpNeitherTheOthersNorTheEnd) {
+  // Shared with the tasks, which outlive the queue.
+  const auto go = std::make_shared<std::promise<void>>();
+  const std::shared_future<void> going = go->get_future().share();
+  const auto ends = std::make_shared<std::array<std::promise<void>, 2>>();
+  std::weak_ptr<int> dropped;
+  {
+    ParallelWorkQueue queue("test", 3);
+    const auto wait = [&](std::size_t number) {
+      queue.add([going, ends, number] {
+        going.wait();
+        ends->at(number).set_value();
+      });
+    };
+    wait(0);
+    for (int i = 0; i < 3; ++i) {
+      std::promise<void> done;
+      queue.add([&] { done.set_value(); });
+      done.get_future().wait();
+    }
+    wait(1);
+    std::promise<void> lastBegun;
+    queue.add([&lastBegun, going] {
+      lastBegun.set_value();
+      going.wait();
+    });
+    lastBegun.get_future().wait();
+    const auto held = std::make_shared<int>(0);
+    dropped = held;
+    queue.add([held] {});  // all three threads wait
+  }
+  EXPECT_TRUE(dropped.expired());
+  go->set_value();
+  for (std::promise<void>& end : *ends) end.get_future().wait();
 }
 
 }  // namespace

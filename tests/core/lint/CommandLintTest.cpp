@@ -63,8 +63,7 @@ TEST(CommandLintTest, ShellSyntaxIsReportedOutsideOfShellScripts) {
   const std::string after = " to the program as an argument";
   for (const auto& row : table) {
     std::vector<std::string> suspects;
-    for (const Finding& finding : lint(propertylist::writeBinary(job({{"ProgramArguments", row.arguments}})),
-                                       {})) {
+    for (const Finding& finding : lint(propertylist::writeBinary(job({{"ProgramArguments", row.arguments}})), {})) {
       ASSERT_TRUE(finding.message.starts_with(before) && finding.message.ends_with(after)) << finding.text();
       const std::size_t size = finding.message.size() - before.size() - after.size();
       suspects.push_back(finding.message.substr(before.size(), size));

@@ -22,6 +22,7 @@ Context allowing(Command command) {
           .canDeleteSelected = true,
           .hasRevisions = true,
           .hasFilterField = true,
+          .checksJobs = true,
           .detailTab = command == C::Save ? DetailTab::LaunchdEdit : DetailTab::LaunchdDisplay,
           .mode = Mode::List};
 }
@@ -55,7 +56,7 @@ TEST(CommandRules, EachConditionDisablesItsCommandsAndNoOthers) {
       {"unsaved changes",
        with(&Context::hasUnsavedChanges, true),
        {C::New, C::Refresh, C::Revert, C::Duplicate, C::Import, C::RestoreDeleted, C::Export, C::Grid, C::Tree,
-        C::Timeline, C::System}},
+        C::Timeline, C::System, C::OnlyProblems}},
       {"a sheet", with(&Context::hasSheet, true), upTo(C::TitleBar)},
       {"a save", with(&Context::isSaving, true), {C::Save, C::Revert, C::RestoreDeleted}},
       {"no selection",
@@ -77,6 +78,7 @@ TEST(CommandRules, EachConditionDisablesItsCommandsAndNoOthers) {
       {"no revisions", with(&Context::hasRevisions, false), {C::Revert}},
       {"no details", with(&Context::detailTab, DetailTab::NoSelection), {C::Edit, C::Save}},
       {"no search field", with(&Context::hasFilterField, false), {C::Filter}},
+      {"no checks", with(&Context::checksJobs, false), {C::OnlyProblems}},
       {"grid mode", with(&Context::mode, Mode::Grid), {C::Columns}},
       {"timeline mode", with(&Context::mode, Mode::Timeline), {C::Columns}},
   };
@@ -96,10 +98,10 @@ TEST(CommandRules, AScriptInFrontCanBeSavedWhateverIsSelected) {
 }
 
 TEST(CommandRules, TicksFollowTheirSettings) {
-  const Context context{.showsSystemJobs = true, .isFullScreen = true, .mode = Mode::Tree};
+  const Context context{.showsSystemJobs = true, .checksJobs = true, .isFullScreen = true, .mode = Mode::Tree};
   const std::pair<Command, std::optional<bool>> table[] = {
-      {C::Grid, false},  {C::Tree, true},      {C::List, false},      {C::Timeline, false},
-      {C::System, true}, {C::TitleBar, false}, {C::FullScreen, true}, {C::Refresh, std::nullopt}};
+      {C::Grid, false},     {C::Tree, true},   {C::List, false},     {C::Timeline, false},  {C::OnlyProblems, false},
+      {C::CheckJobs, true}, {C::System, true}, {C::TitleBar, false}, {C::FullScreen, true}, {C::Refresh, std::nullopt}};
   for (const auto& [command, isTicked] : table)
     EXPECT_EQ(isOn(command, context), isTicked) << static_cast<int>(command);
 }

@@ -89,6 +89,7 @@ class RunningJobsTest : public testing::Test {
                   {.mainQueue = queue,
                    .fetchQueue = fetchQueue,
                    .fileQueue = fetchQueue,
+                   .checkQueue = fetchQueue,
                    .interface = interface,
                    .workspace = workspace,
                    .folderMonitors = monitors,
