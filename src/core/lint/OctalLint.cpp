@@ -55,20 +55,23 @@ void checkUmask(const Subject& subject, Findings& findings) {
                    clause("the mask (octal %@) takes permissions from the owner of new files, too", {octal(mask)}));
 }
 
-void checkSocketMode(const jobfile::Place& place, jobfile::OpaqueValue::Path path,
+/// `path` leads to the socket. It is shared by all sockets, since a hostile file can have many of them below a long
+/// key.
+void checkSocketMode(const jobfile::Place& place, jobfile::OpaqueValue::Path& path,
                      const jobfile::Sockets::SubDictionary& socket, Findings& findings) {
   for (std::size_t i = 0; i < socket.array.size(); ++i) {
-    auto element = path;
-    element.push_back(propertylist::childPath({}, i));
-    checkSocketMode(place.index(i), std::move(element), socket.array[i], findings);
+    path.push_back(propertylist::childPath({}, i));
+    checkSocketMode(place.index(i), path, socket.array[i], findings);
+    path.pop_back();
   }
   const auto mode = socket.sockPathMode;
   const auto meant = mode && *mode > allPermissions ? readAsOctal(*mode) : std::nullopt;
   if (!meant) return;
   if (findings.isFull(Severity::Warning)) return findings.addUnreported(Severity::Warning, 1);
-  path.emplace_back("SockPathMode");
+  auto whole = path;
+  whole.emplace_back("SockPathMode");
   findings.warning(place.key("SockPathMode").text(), octalClause(*mode, *meant),
-                   numberFix(std::move(path), *mode, *meant));
+                   numberFix(std::move(whole), *mode, *meant));
 }
 
 }  // namespace
@@ -79,7 +82,8 @@ void checkOctals(const Subject& subject, Findings& findings) {
   const jobfile::Place top;
   const jobfile::Place sockets = top.key("Sockets");
   for (const auto& [name, socket] : subject.record.sockets->dictionaries) {
-    checkSocketMode(sockets.key(name), {"Sockets", name}, socket, findings);
+    jobfile::OpaqueValue::Path path{"Sockets", name};
+    checkSocketMode(sockets.key(name), path, socket, findings);
   }
 }
 
