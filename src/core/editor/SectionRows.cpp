@@ -4,6 +4,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "core/editor/BrowserSchema.h"
 #include "core/editor/Fields.h"
 #include "core/editor/NestedRows.h"
 #include "core/editor/ValueTexts.h"
@@ -54,12 +55,18 @@ void addUnknownKeys(const Plist& plist, Rows& rows) {
   }
 }
 
+/// The values that no other section shows.
+enum class Opaque { All, WithoutBrowsers };
+
 /// The unknown keys, and the opaque values within known ones.
-Rows unknownRows(const Plist& plist) {
+Rows unknownRows(const Plist& plist, Opaque shown) {
   Rows rows;
   if (!plist.dictionary) return rows;
   addUnknownKeys(plist, rows);
-  for (auto& opaque : plist.opaqueValues()) rows.push_back({opaque.text(), std::move(opaque.value)});
+  for (auto& opaque : plist.opaqueValues()) {
+    const bool isInBrowser = browserSchema(opaque.path.front()) != nullptr;
+    if (shown == Opaque::All || !isInBrowser) rows.push_back({opaque.text(), std::move(opaque.value)});
+  }
   return rows;
 }
 
@@ -85,13 +92,18 @@ Rows sectionRows(StackSection section, const Plist& plist, const Foundation& fou
     case StackSection::Sockets:
       return plist.sockets ? NestedRows::sockets(*plist.sockets, texts, collator) : Rows();
     case StackSection::Unknown:
-      return unknownRows(plist);
+      return unknownRows(plist, Opaque::All);
     case StackSection::General:
     case StackSection::When:
     case StackSection::Notes:
       return {};
   }
   return {};
+}
+
+Rows editorRows(StackSection section, const Plist& plist, const Foundation& foundation) {
+  if (section == StackSection::Unknown) return unknownRows(plist, Opaque::WithoutBrowsers);
+  return sectionRows(section, plist, foundation);
 }
 
 bool deleteDeprecated(jobfile::Plist& plist, std::string_view key) {

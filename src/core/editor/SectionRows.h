@@ -15,6 +15,9 @@ struct Foundation;
 /// of their own: general, when and notes.
 std::vector<KeyValueItem> sectionRows(StackSection section, const jobfile::Plist& plist, const Foundation& foundation);
 
+/// The same for the editor, where the browsers show the opaque values of their keys.
+std::vector<KeyValueItem> editorRows(StackSection section, const jobfile::Plist& plist, const Foundation& foundation);
+
 /// Removes a deprecated key from the record. Returns false if the key isn't deprecated or isn't set.
 bool deleteDeprecated(jobfile::Plist& plist, std::string_view key);
 /// Removes an unknown key, or the opaque value at a path such as "KeepAlive.Odd", so that the next save omits it.

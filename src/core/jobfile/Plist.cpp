@@ -1,10 +1,12 @@
 #include "core/jobfile/Plist.h"
 
+#include <algorithm>
 #include <unordered_set>
 #include <utility>
 
 #include "core/jobfile/MergeIntoFile.h"
 #include "core/jobfile/PlistKeys.h"
+#include "core/propertylist/Writer.h"
 
 namespace mirvel::jobfile {
 
@@ -43,23 +45,46 @@ propertylist::Dictionary Plist::encodeWithUnknown() const {
   return propertylist::Dictionary::fromDistinct(std::move(entries));
 }
 
-/// The file as it was read, without the values that the next save removes.
-propertylist::Value Plist::fileWithoutRemoved() const {
-  propertylist::Value file = dictionary->value();
+/// The file as it was read, with the trees that replace its own, and without the values that the next save removes.
+propertylist::Value Plist::fileToMergeInto() const {
+  propertylist::Value file = dictionary ? dictionary->value() : propertylist::Dictionary();
+  if (replacedTrees) {
+    for (const auto& [key, tree] : *replacedTrees) file.as<propertylist::Dictionary>()->set(key, tree.value());
+  }
   for (const auto& path : removedValues) removeAt(file, path);
   return file;
 }
 
+/// Sets the keys of the replaced trees to what the record can represent of them.
+void Plist::setTreesAsDecoded(propertylist::Dictionary& values) const {
+  if (!replacedTrees) return;
+  Plist decoded;
+  for (const auto& [key, tree] : *replacedTrees) decodeKey(*codingKey(key), tree.root(), decoded);
+  const propertylist::Dictionary encoded = decoded.encode();
+  for (const auto& [key, tree] : *replacedTrees) values.set(key, *encoded.find(key));
+}
+
+/// The value of a key in the file or in the tree that replaces it; null if there is none.
+const propertylist::Node* Plist::findInFile(std::string_view key) const {
+  if (replacedTrees) {
+    const auto found = replacedTrees->find(key);
+    if (found != replacedTrees->end()) return &found->second.root();
+  }
+  return dictionary ? dictionary->find(key) : nullptr;
+}
+
 propertylist::Dictionary Plist::encodeAll() const {
   const auto read = asRead();
-  if (!read) return encode();
-  const propertylist::Value whole = fileWithoutRemoved();
+  if (!read && !replacedTrees) return encode();
+  const propertylist::Value whole = fileToMergeInto();
   const auto& file = *whole.as<propertylist::Dictionary>();
-  propertylist::Dictionary merged = mergeIntoFile(file, read->encodeWithUnknown(), encodeWithUnknown());
+  propertylist::Dictionary readValues = read ? read->encodeWithUnknown() : propertylist::Dictionary();
+  setTreesAsDecoded(readValues);
+  propertylist::Dictionary merged = mergeIntoFile(file, readValues, encodeWithUnknown());
   // `mergeIntoFile` assumes that the elements of an array keep their order, which intervals don't, so they are merged
   // by their origins.
   const propertylist::Value* const intervals = file.find(calendarKey);
-  if (!intervals || !read->startCalendarInterval) return merged;
+  if (!intervals || !read || !read->startCalendarInterval) return merged;
   auto merge =
       mergeIntervals(*intervals, *read->startCalendarInterval, startCalendarInterval.value_or(StartCalendarInterval()));
   const auto* list = merge.as<propertylist::Array>();
@@ -70,7 +95,7 @@ propertylist::Dictionary Plist::encodeAll() const {
 std::vector<OpaqueValue> Plist::opaqueValues() const {
   const auto read = asRead();
   if (!read) return {};
-  const propertylist::Value whole = fileWithoutRemoved();
+  const propertylist::Value whole = fileToMergeInto();
   const auto* const intervals = whole.as<propertylist::Dictionary>()->find(calendarKey);
   const auto arranged = [intervals](const Plist& record, Absent absent) {
     propertylist::Dictionary values = record.encodeWithUnknown();
@@ -78,7 +103,9 @@ std::vector<OpaqueValue> Plist::opaqueValues() const {
     if (intervals && calendar) values.set(calendarKey, arrangedLike(*intervals, *calendar, absent));
     return propertylist::Value(std::move(values));
   };
-  auto values = jobfile::opaqueValues(whole, arranged(*read, Absent::IsEmpty));
+  propertylist::Value readValues = arranged(*read, Absent::IsEmpty);
+  setTreesAsDecoded(*readValues.as<propertylist::Dictionary>());
+  auto values = jobfile::opaqueValues(whole, readValues);
   // A value is gone if its key or interval was removed, or if the record has a value in its place now. Elements of the
   // list that never were intervals are independent of them.
   const propertylist::Value edited = arranged(*this, Absent::IsAsInFile);
@@ -89,6 +116,64 @@ std::vector<OpaqueValue> Plist::opaqueValues() const {
     return !edited.as<propertylist::Dictionary>()->find(value.path.front()) || holdsAt(edited, value.path);
   });
   return values;
+}
+
+std::optional<propertylist::Value> Plist::savedValue(CodingKeys key) const {
+  const std::string keyText(text(key));
+  const auto only = [&keyText](const propertylist::Value* value) {
+    return value ? propertylist::Dictionary{{keyText, *value}} : propertylist::Dictionary();
+  };
+  propertylist::Value file = propertylist::Dictionary();
+  propertylist::Dictionary read;
+  if (const auto* const node = findInFile(keyText)) {
+    const propertylist::Value whole = valueOf(*node);
+    file = only(&whole);
+    Plist decoded;
+    read = decodeKey(key, *node, decoded) ? only(decoded.encode().find(keyText)) : only(&whole);
+  }
+  for (const auto& path : removedValues) removeAt(file, path);
+  const auto& fileEntries = *file.as<propertylist::Dictionary>();
+  propertylist::Dictionary edited = only(encode().find(keyText));
+  const bool isUnknown =
+      unknownKeys && std::find(unknownKeys->begin(), unknownKeys->end(), keyText) != unknownKeys->end();
+  if (edited.empty() && isUnknown) edited = read;
+  const propertylist::Dictionary merged = mergeIntoFile(fileEntries, read, edited);
+  const auto* const value = merged.find(keyText);
+  return value ? std::optional(*value) : std::nullopt;
+}
+
+bool Plist::replaceTree(CodingKeys key, const std::optional<propertylist::Dictionary>& tree) {
+  std::optional<FileDictionary> replacement;
+  if (tree) {
+    auto document = propertylist::read(propertylist::writeBinary(*tree));
+    if (!document) return false;
+    replacement.emplace(*std::move(document));
+  }
+  const std::string keyText(text(key));
+  discardValue(key);
+  if (!replacement) return true;
+  decodeKey(key, replacement->root(), *this);
+  const auto* const inFile = findInFile(keyText);
+  if (inFile && valueOf(*inFile) == *tree) return true;
+  if (!replacedTrees) replacedTrees.emplace();
+  replacedTrees->insert_or_assign(keyText, *std::move(replacement));
+  return true;
+}
+
+/// Makes the key absent, with everything in the file that no field represents.
+void Plist::discardValue(CodingKeys key) {
+  const std::string_view keyText = text(key);
+  if (unknownKeys) std::erase(*unknownKeys, keyText);
+  if (unknownKeys && unknownKeys->empty()) unknownKeys.reset();
+  std::erase_if(removedValues, [&](const OpaqueValue::Path& path) { return path.front() == keyText; });
+  if (replacedTrees) replacedTrees->erase(std::string(keyText));
+  if (replacedTrees && replacedTrees->empty()) replacedTrees.reset();
+  const auto resetField = [&](const auto& row) {
+    if constexpr (requires { (this->*row.field).reset(); }) {
+      if (row.key == key) (this->*row.field).reset();
+    }
+  };
+  std::apply([&](const auto&... row) { (resetField(row), ...); }, plistKeys);
 }
 
 std::optional<Plist> Plist::asRead() const {

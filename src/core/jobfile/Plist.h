@@ -127,6 +127,14 @@ class Plist {
   /// taken from it unchanged, and only the others from the fields; see `mergeIntoFile`. Like `encode` without
   /// `dictionary`.
   propertylist::Dictionary encodeAll() const;
+  /// The value of one key as a save writes it, including what no field represents; absent if a save doesn't write the
+  /// key. Much faster than `encodeAll`. Not for `StartCalendarInterval`.
+  std::optional<propertylist::Value> savedValue(CodingKeys key) const;
+  /// Replaces the whole value of `Sockets`, `MachServices` or `LaunchEvents`, or removes the key: a save writes exactly
+  /// this dictionary, including what no field represents. The field becomes what tolerant decoding makes of it. Setting
+  /// the value that the file has makes the key unchanged again. Returns false, and changes nothing, for a dictionary
+  /// that exceeds the limits on property lists, such as one that is nested too deeply.
+  bool replaceTree(CodingKeys key, const std::optional<propertylist::Dictionary>& tree);
   /// The record as it was decoded from `dictionary`; none without it.
   std::optional<Plist> asRead() const;
   /// The values below known keys that no field represents, without those that were removed.
@@ -160,6 +168,9 @@ class Plist {
   std::optional<std::vector<std::string>> unknownKeys;
   /// The opaque values that the next save removes from the file.
   std::vector<OpaqueValue::Path> removedValues;
+  /// The values that `replaceTree` has set, by key, except those that the file has anyway. A save treats them as if
+  /// they were in the file.
+  Boxed<StringMap<FileDictionary>> replacedTrees;
 
   /// `Label`, the only required key. Identifies the job within a launchd domain. May be empty in a file.
   std::string name;
@@ -229,8 +240,12 @@ class Plist {
   std::optional<bool> materializeDatalessFiles;
 
  private:
+  static bool decodeKey(CodingKeys key, const propertylist::Node& value, Plist& plist);
   propertylist::Dictionary encodeWithUnknown() const;
-  propertylist::Value fileWithoutRemoved() const;
+  propertylist::Value fileToMergeInto() const;
+  void setTreesAsDecoded(propertylist::Dictionary& values) const;
+  const propertylist::Node* findInFile(std::string_view key) const;
+  void discardValue(CodingKeys key);
 
   Plist(const Plist&) = default;
   Plist& operator=(const Plist&) = default;

@@ -76,6 +76,22 @@ bool isUsable(const propertylist::Node& /*node*/, const StartCalendarInterval& c
   return !calendar.intervals.empty();
 }
 
+/// Decodes the field of a row. Returns false if a present value doesn't fit, which only a tolerant place allows; the
+/// field is then absent.
+template <typename Row>
+bool decodeFieldOf(const Row& row, const propertylist::Node* node, const Place& top, Plist& plist) {
+  auto& field = plist.*row.field;
+  constexpr bool isRequired = std::is_same_v<decltype(field), std::string&>;
+  if (node || isRequired) decodeField(node, top.key(row.text), field);
+  if constexpr (!isRequired) {
+    if (node && top.isTolerant() && !(field.has_value() && isUsable(*node, *field))) {
+      field.reset();
+      return false;
+    }
+  }
+  return true;
+}
+
 class PlistDecoder {
  public:
   PlistDecoder(const propertylist::Node& file, const Place& top, Plist& plist)
@@ -101,16 +117,7 @@ class PlistDecoder {
  private:
   template <typename Row>
   void decodeRow(const Row& row) {
-    auto& field = m_plist.*row.field;
-    const propertylist::Node* const node = find(row.key);
-    constexpr bool isRequired = std::is_same_v<decltype(field), std::string&>;
-    if (node || isRequired) decodeField(node, m_top.key(row.text), field);
-    if constexpr (!isRequired) {
-      if (node && m_top.isTolerant() && !(field.has_value() && isUsable(*node, *field))) {
-        field.reset();
-        m_unfit.set(static_cast<std::size_t>(row.key));
-      }
-    }
+    if (!decodeFieldOf(row, find(row.key), m_top, m_plist)) m_unfit.set(static_cast<std::size_t>(row.key));
     if (row.key == K::KeepAlive) applyOnDemand();
   }
 
@@ -166,6 +173,17 @@ Result<Plist> Plist::decode(const propertylist::Node& file) {
 
 Result<void> Plist::decodeTolerantly(const propertylist::Node& file, Plist& fresh) {
   return decodeInto(fresh, file, Place::tolerant());
+}
+
+/// Decodes the value of one key by itself, tolerantly. Returns whether it fits; otherwise the field is absent.
+bool Plist::decodeKey(CodingKeys key, const propertylist::Node& value, Plist& plist) {
+  const Place top = Place::tolerant();
+  bool fits = false;
+  const auto decodeRow = [&](const auto& row) {
+    if (row.key == key) fits = decodeFieldOf(row, &value, top, plist);
+  };
+  std::apply([&](const auto&... row) { (decodeRow(row), ...); }, plistKeys);
+  return fits;
 }
 
 Result<Plist> Plist::readTolerantly(std::string_view bytes) {

@@ -12,6 +12,7 @@
 #include "core/catalogue/Kind.h"
 #include "core/jobfile/Plist.h"
 #include "core/schedule/RuleRow.h"
+#include "core/session/BrowserItem.h"
 
 namespace mirvel {
 
@@ -38,7 +39,9 @@ struct Unfinished {
   std::map<std::string, std::vector<TableRow>, std::less<>> tables = {};  ///< by key; absent: the rows of the record
   std::map<std::string, std::string, std::less<>> texts = {};             ///< by key of single fields, likewise
 
-  bool isEmpty() const { return rules.empty() && tables.empty() && texts.empty(); }
+  std::map<std::string, std::vector<BrowserItem>, std::less<>> trees = {};  ///< by key of nested dictionaries, likewise
+
+  bool isEmpty() const { return rules.empty() && tables.empty() && texts.empty() && trees.empty(); }
 };
 
 /// Owns the unsaved edits of the selected job, and the steps to undo and redo. Every change of the job's record begins

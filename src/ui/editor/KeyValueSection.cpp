@@ -155,7 +155,7 @@ KeysSection::KeysSection(const EditorContext& theContext, StackSection section, 
 }
 
 void KeysSection::fill(const Launchd& launchd) {
-  auto rows = sectionRows(m_section, launchd.plist(), context().foundation);
+  auto rows = rowsOf(launchd.plist());
   if (rows == m_shown) return;
   m_shown = std::move(rows);
   m_rows->setKeyValues(m_shown, m_deletable);
@@ -170,12 +170,17 @@ bool KeysSection::isShown(const std::string& key) const {
   return std::any_of(m_shown.begin(), m_shown.end(), [&key](const KeyValueItem& item) { return item.key == key; });
 }
 
+std::vector<KeyValueItem> KeysSection::rowsOf(const jobfile::Plist& plist) const {
+  const bool isInEditor = m_deletable == KeyValueSection::Deletable::Yes;
+  return (isInEditor ? editorRows : sectionRows)(m_section, plist, context().foundation);
+}
+
 bool KeysSection::remove(const std::string& key) {
   Launchd* const job = markJobChanged();
   if (!job) return false;
   const bool isRemoved =
       m_section == StackSection::Unknown ? deleteUnknown(job->plist(), key) : deleteDeprecated(job->plist(), key);
-  m_shown = sectionRows(m_section, job->plist(), context().foundation);
+  m_shown = rowsOf(job->plist());
   return isRemoved;
 }
 

@@ -67,6 +67,7 @@ class KeysSection final : public Section {
  private:
   void fill(const Launchd& launchd) override;
   bool isShown(const std::string& key) const;
+  std::vector<KeyValueItem> rowsOf(const jobfile::Plist& plist) const;
   bool remove(const std::string& key);
 
   const StackSection m_section;

@@ -121,7 +121,7 @@ std::vector<StackEntry> LaunchdEditViewController::entries(const Launchd& launch
   auto result = editStack(launchd.plist(), localize());
   // Sections without controls are read-only, and shown only if they have rows.
   std::erase_if(result, [&](const StackEntry& entry) {
-    return !isEditable(entry.section) && sectionRows(entry.section, launchd.plist(), context().foundation).empty();
+    return !isEditable(entry.section) && editorRows(entry.section, launchd.plist(), context().foundation).empty();
   });
   return result;
 }

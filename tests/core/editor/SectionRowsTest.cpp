@@ -269,5 +269,18 @@ TEST(SectionRowsTest, OnlyUnknownKeysAndValuesAreDeletedAndNotWrittenBack) {
   EXPECT_TRUE(isSectionShown(job, StackSection::Unknown)) << "the title stays until the editor is refilled";
 }
 
+TEST(SectionRowsTest, TheEditorShowsWhatNeitherABrowserNorAFieldShows) {
+  Plist plist = record({{"Sockets", Dictionary{{"Listener", Dictionary{{"Odd", "1"}}}, {"Text", "2"}}},
+                        {"MachServices", "3"},
+                        {"LaunchEvents", Dictionary{{"stream", "4"}}},
+                        {"KeepAlive", Dictionary{{"Odd", "5"}}},
+                        {"Unheard", "6"}});
+  EXPECT_EQ(texts(editorRows(StackSection::Unknown, plist, foundation())),
+            (Texts{"MachServices=3", "Unheard=6", "KeepAlive.Odd=5"}));
+  EXPECT_EQ(texts(sectionRows(StackSection::Unknown, plist, foundation())),
+            (Texts{"MachServices=3", "Unheard=6", "KeepAlive.Odd=5", "LaunchEvents.stream=4", "Sockets.Listener.Odd=1",
+                   "Sockets.Text=2"}));
+}
+
 }  // namespace
 }  // namespace mirvel

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/locale/Localize.h"
+#include "core/session/BrowserItem.h"
+
+namespace mirvel {
+
+/// The texts of the browser of nested dictionaries.
+class BrowserTexts : public Texts {
+ public:
+  using Texts::Texts;
+
+  /// For a button above a column, counted from 1.
+  std::string addInColumn(std::int64_t column) const { return format("add in column %@", {int_(column)}); }
+  std::string browser() const { return text("Browser"); }
+  std::string chooseAValue() const { return text("Choose a value, or delete the row."); }
+  std::string columnControls() const { return text("column controls"); }
+  /// Likewise.
+  std::string deleteInColumn(std::int64_t column) const { return format("delete in column %@", {int_(column)}); }
+  std::string enterAName() const { return text("Enter a name, or delete the row."); }
+  std::string enterANumber() const { return text("Enter a number."); }
+  std::string enterAnOctalNumber() const { return text("Enter an octal number, such as 600."); }
+  std::string enterAText() const { return text("Enter a text, or delete the row."); }
+  std::string itCantBePastedHere() const { return text("The text on the clipboard can’t be pasted here"); }
+  std::string onlyPropertyListsCanBePasted() const {
+    return text("Only property lists that contain a dictionary can be pasted.");
+  }
+  std::string onlyDictionariesCanBePasted() const { return text("Only dictionaries can be pasted here."); }
+  std::string socket() const { return text("Socket"); }
+  std::string theListIsTooDeep() const { return text("The property list is nested too deeply."); }
+
+  /// The name of a type in menus.
+  std::string type(BrowserItem::Type type) const {
+    switch (type) {
+      case BrowserItem::Type::Dictionary:
+        return text("Dictionary");
+      case BrowserItem::Type::Array:
+        return text("Array");
+      case BrowserItem::Type::Boolean:
+        return text("Boolean");
+      case BrowserItem::Type::String:
+        return text("String");
+      case BrowserItem::Type::Integer:
+        return text("Integer");
+      case BrowserItem::Type::Real:
+        return text("Double");
+      case BrowserItem::Type::Strings:
+        return text("Array (String)");
+      case BrowserItem::Type::Kept:
+        return text("Other");
+    }
+    return {};
+  }
+};
+
+}  // namespace mirvel
