@@ -247,9 +247,9 @@ std::optional<BrowserPreview> Browser::preview() const {
 }
 
 bool Browser::isNameEditable(std::size_t column, std::size_t row) const {
-  const BrowserItem* const item = itemAt(column, row);
-  const BrowserLevel* const level = at(column).level;
-  return item && !level->isArray && !level->fixed(item->name);
+  const Column place = at(column);
+  if (!place.items || row >= place.items->size()) return false;
+  return !place.level->isArray && !place.level->fixed((*place.items)[row].name);
 }
 
 std::vector<Browser::Offer> Browser::offers(std::size_t column) const {
@@ -329,9 +329,10 @@ void Browser::setType(std::size_t column, std::size_t row, Type type) {
   const bool isChoice = std::any_of(choices.begin(), choices.end(), [type](const TypeChoice& choice) {
     return choice.type == type && choice.isEnabled && !choice.isCurrent;
   });
-  if (!isChoice) return;
+  const Column place = at(column);
+  if (!isChoice || !place.level) return;
   Items& items = changeable(column);
-  items[row] = *BrowserLeaf::converted(items[row], type, *at(column).level, m_numbers);
+  items[row] = *BrowserLeaf::converted(items[row], type, *place.level, m_numbers);
   assignIds(items, m_lastId);
   m_path.resize(path().size());
   changedBelow(column);
