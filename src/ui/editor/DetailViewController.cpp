@@ -9,6 +9,7 @@
 #include "core/session/Foundation.h"
 #include "core/session/Selection.h"
 #include "core/session/Shell.h"
+#include "ui/editor/InfoTextSheet.h"
 #include "ui/editor/JobDetailsView.h"
 #include "ui/editor/LaunchdDisplayViewController.h"
 #include "ui/editor/LaunchdEditViewController.h"
@@ -47,10 +48,19 @@ DetailViewController::DetailViewController(const EditorContext& context, QWidget
   }
   setAccessibleName(qt(EditorTexts(context.foundation.localize).details()));
   m_context.shell.detail = this;
+  m_context.shell.sheets[Sheet::Info] = [this] { showInfo(); };
 }
 
 DetailViewController::~DetailViewController() {
   m_context.shell.detail = nullptr;
+  m_context.shell.sheets.erase(Sheet::Info);
+}
+
+/// Does nothing while the window has a sheet.
+void DetailViewController::showInfo() {
+  const MainWindowType* const mainWindow = m_context.shell.mainWindow;
+  const auto job = m_context.selection.job();
+  if (job && !(mainWindow && mainWindow->hasSheet())) openInfoSheet(m_context, job, *window());
 }
 
 QWidget* DetailViewController::childOf(DetailTab tab) const {
