@@ -45,11 +45,15 @@ std::size_t pointOf(std::string_view text, const Position& position) {
   return std::min(start + (position.column > 0 ? position.column - 1 : 0), text.size());
 }
 
+/// `position` can be that of the white space before the cause.
 Problem problemAt(std::string_view text, const Position& position, const std::string& reason,
                   const Localize& localize) {
   if (position.line == 0) return {.reason = reason};
-  const std::string number = localize.int_(static_cast<std::int64_t>(position.line));
-  return {.reason = InfoTexts(localize).line(number, reason), .point = pointOf(text, position)};
+  std::size_t point = pointOf(text, position);
+  const std::size_t cause = text.find_first_not_of(" \t\r\n", point);
+  if (cause != std::string_view::npos) point = cause;
+  const auto line = static_cast<std::int64_t>(propertylist::positionOf(text, point).line);
+  return {.reason = InfoTexts(localize).line(localize.int_(line), reason), .point = point};
 }
 
 /// Why a well-formed list isn't a job.
@@ -142,8 +146,7 @@ std::vector<std::string> InfoLaunchd::notices(const std::string& text) const {
   return result;
 }
 
-std::optional<Problem> InfoLaunchd::check(const std::string& text) const {
-  const Localize& localize = m_session.foundation.localize;
+std::optional<Problem> InfoLaunchd::check(const std::string& text, const Localize& localize) {
   Positions positions;
   const auto document = propertylist::read(asUtf8(text), &positions);
   if (!document) {
@@ -181,7 +184,7 @@ std::optional<Problem> InfoLaunchd::refusal() const {
 std::optional<Problem> InfoLaunchd::change(const std::string& text) {
   if (text == m_text) return std::nullopt;
   if (auto problem = refusal()) return problem;
-  if (auto problem = check(text)) return problem;
+  if (auto problem = check(text, m_session.foundation.localize)) return problem;
   const auto job = selectedJob();
   Editing& editing = m_session.editing;
   Unfinished input = editing.unfinished();

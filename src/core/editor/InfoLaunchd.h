@@ -13,6 +13,7 @@ namespace mirvel {
 class Busy;
 class CommandRepairs;
 class Launchd;
+class Localize;
 
 /// The property list of a launchd job as text, and the edit that a changed text becomes. It belongs to one job,
 /// whatever is selected later. For the main thread.
@@ -41,10 +42,13 @@ class InfoLaunchd {
   /// What the user should know about a text before changing the job, in sentences: what a save would lose, and which
   /// values have no effect, since their types are wrong. Takes time linear in the size of the text.
   std::vector<std::string> notices(const std::string& text) const;
+  /// Why a text isn't that of a job; null if it is. A list that the reader accepts with a warning, such as one with a
+  /// repeated key, is refused, too, since it wouldn't be saved as it was typed.
+  static std::optional<Problem> check(const std::string& text, const Localize& localize);
   /// Replaces the record of the job by the text, as one edit that can be undone and isn't saved yet, and opens the
   /// editor. Does nothing if the text is the one that was shown. Returns why the text was refused; the job is unchanged
-  /// then. A text is refused if it is malformed, repeats a key, isn't that of a job, or while the job is being saved or
-  /// isn't selected any more.
+  /// then. Besides for the reasons of `check`, a text is refused while the job is being saved, and if the job isn't
+  /// selected any more.
   ///
   /// If another program has changed the file since the text was shown, the next save reports a conflict.
   std::optional<Problem> change(const std::string& text);
@@ -53,7 +57,6 @@ class InfoLaunchd {
 
  private:
   std::string shownText(const CommandRepairs& repairs) const;
-  std::optional<Problem> check(const std::string& text) const;
   std::optional<Problem> refusal() const;
   std::shared_ptr<Launchd> selectedJob() const;
 

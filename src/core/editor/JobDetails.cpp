@@ -32,6 +32,16 @@ SyntaxType syntaxOfScript(std::string_view script) {
   return SyntaxHelper::syntaxOfText(script).value_or(SyntaxType::shell);
 }
 
+/// A string of a list in the old-style format as its program reads it.
+std::string withoutEscapes(std::string_view text) {
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isEscape = text[i] == '\\' && i + 1 < text.size() && (text[i + 1] == '"' || text[i + 1] == '\\');
+    result += text[isEscape ? ++i : i];
+  }
+  return result;
+}
+
 class RowList {
  public:
   RowList(const Job& job, const Localize& localize, const std::string& home)
@@ -70,7 +80,7 @@ class RowList {
   void addTool(const PrivilegedHelperTool& tool) {
     add({.label = EditorTexts(m_localize).identifier(), .text = tool.identifier});
     add({.label = EditorTexts(m_localize).clients(),
-         .text = tool.clients,
+         .text = withoutEscapes(tool.clients),
          .style = Row::Style::Script,
          .syntax = syntaxOfLists});
   }

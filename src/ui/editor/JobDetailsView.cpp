@@ -11,6 +11,7 @@
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "core/session/Selection.h"
+#include "core/text/Strings.h"
 #include "ui/editor/GeneralSection.h"
 #include "ui/scripts/ScriptLook.h"
 #include "ui/scripts/ScriptModule.h"
@@ -27,13 +28,15 @@ using Row = JobDetails::Row;
 
 /// The height of a script, which scrolls beyond that.
 int heightOf(const Row& row) {
-  constexpr std::ptrdiff_t columns = 60;  // that usually fit into a row
-  constexpr std::ptrdiff_t fewest = 3;
-  constexpr std::ptrdiff_t most = 20;
-  const auto lines = 1 + std::count(row.text.begin(), row.text.end(), '\n');
-  const auto wrapped = 1 + static_cast<std::ptrdiff_t>(row.text.size()) / columns;
-  const auto shown = std::clamp(std::max(lines, wrapped), fewest, most);
-  return static_cast<int>(shown) * QFontMetrics(scriptFont()).lineSpacing();
+  constexpr std::size_t columns = 36;  // that usually fit into a line of the pane
+  constexpr std::size_t fewest = 3;
+  constexpr std::size_t most = 20;
+  std::size_t lines = 0;
+  for (const auto line : String::split(row.text, '\n')) {
+    lines += 1 + line.size() / columns;
+    if (lines >= most) break;
+  }
+  return static_cast<int>(std::clamp(lines, fewest, most)) * QFontMetrics(scriptFont()).lineSpacing();
 }
 
 bool hasSameForm(const Row& a, const Row& b) {

@@ -28,6 +28,11 @@ class ComponentButton final : public QToolButton {
   }
 };
 
+/// In a right-to-left language, the dot of a hidden folder would change sides.
+void setText(QToolButton& button, const QString& name) {
+  button.setText(leftToRight(literalTitle(name)));
+}
+
 }  // namespace
 
 PathControl::PathControl(Workspace& workspace, const URL& file, QWidget* parent)
@@ -74,7 +79,7 @@ QSize PathControl::minimumSizeHint() const {
 }
 
 void PathControl::fit() {
-  for (const auto& [button, name] : m_components) button->setText(literalTitle(name));
+  for (const auto& [button, name] : m_components) setText(*button, name);
   const auto excess = [this] { return m_row->sizeHint().width() - width(); };
   for (std::size_t i = 1; i + 1 < m_components.size() && excess() > 0; ++i) {
     m_components[i].button->setText(QStringLiteral("…"));
@@ -82,7 +87,7 @@ void PathControl::fit() {
   if (m_components.empty() || excess() <= 0) return;
   const auto& [button, name] = m_components.back();
   const int room = button->fontMetrics().horizontalAdvance(name) - excess();
-  button->setText(literalTitle(button->fontMetrics().elidedText(name, Qt::ElideMiddle, room)));
+  setText(*button, button->fontMetrics().elidedText(name, Qt::ElideMiddle, room));
 }
 
 void PathControl::resizeEvent(QResizeEvent* event) {

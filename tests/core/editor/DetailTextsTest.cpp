@@ -115,10 +115,10 @@ TEST_F(JobDetailsTest, EachKindHasItsRows) {
 
   auto& tool = dynamic_cast<PrivilegedHelperTool&>(*jobNamed("tool"));
   tool.identifier = "org.example.tool";
-  tool.clients = "someone";
+  tool.clients = R"(identifier \"a\\b\" and \x \)";
   EXPECT_EQ(rowsOf("tool"), (Rows{"When: When one of its clients requests it",
                                   "Where: " + path(Kind::privilegedHelperTool, "tool").string() + " →",
-                                  "Identifier: org.example.tool", "Clients: someone"}));
+                                  "Identifier: org.example.tool", R"(Clients: identifier "a\b" and \x \)"}));
 }
 
 TEST_F(JobDetailsTest, EachKindHasItsSheet) {

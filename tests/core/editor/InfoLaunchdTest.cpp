@@ -121,7 +121,7 @@ TEST_F(InfoLaunchdTest, ATextThatIsNoJobIsRefusedWhereItsFaultIs) {
       {"</plist>\n", "", nullptr, "Line 10: "},
       {"<?xml", "<xml", "<xml", "Line 1: "},
       {"</dict>", "<key>Nice</key><integer>6</integer></dict>", "<key>Nice</key><integer>6", "Line 9: "},
-      {"</plist>\n", "</plist>\nmore", "\nmore", "Line 10: data after the end"},
+      {"</plist>\n", "</plist>\nmore", "more", "Line 11: data after the end"},
       {"Label", "Name", "<dict>", "Line 4: “Label” is missing"},
       {"<string>a</string>", "<integer>1</integer>", "<integer>1", "Line 6: “Label” isn’t a string"},
       {"<string>a</string>", "<array/>", "<array/>", "Line 6: “Label” isn’t a string"},

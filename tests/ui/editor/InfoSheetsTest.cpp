@@ -50,13 +50,6 @@ class InfoSheetsTest : public SheetFixture<SheetViewController> {
     text().setText(typed.replace(typed.find(part), part.size(), by));
   }
   int sheetCount() { return static_cast<int>(window().findChildren<SheetViewController*>().size()); }
-  static std::vector<std::string> components(const QWidget& owner) {
-    std::vector<std::string> result;
-    for (const auto* button : owner.findChild<PathControl*>()->findChildren<QToolButton*>()) {
-      result.push_back(utf8(button->text()));
-    }
-    return result;
-  }
 };
 
 }  // namespace
@@ -166,7 +159,8 @@ TEST(PathControlTest, ALongPathLosesItsMiddleFirst) {
     control.resize(width, control.sizeHint().height());
     testdata::settle();
     std::string result;
-    for (const auto* button : control.findChildren<QToolButton*>()) result += utf8(button->text()) + '|';
+    for (const auto* button : control.findChildren<QToolButton*>())
+      result += utf8(button->text().remove(QChar(0x2066)).remove(QChar(0x2069))) + '|';
     return result;
   };
   constexpr int full = 2000;
