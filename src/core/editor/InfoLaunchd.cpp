@@ -32,7 +32,8 @@ using Problem = InfoLaunchd::Problem;
 
 /// A byte-order mark makes the reader take the text for what it is: UTF-8, whatever encoding it declares.
 std::string asUtf8(std::string_view text) {
-  return std::string("\xEF\xBB\xBF").append(text);
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  return std::string(text.starts_with(mark) ? std::string_view() : mark).append(text);
 }
 
 std::size_t pointOf(std::string_view text, const Position& position) {

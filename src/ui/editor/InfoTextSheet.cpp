@@ -34,6 +34,15 @@ QPushButton* addCloseButton(QDialogButtonBox& buttons, QDialog& sheet, const Loc
   return button;
 }
 
+ElidedLabel* makeTitle() {
+  auto* const title = new ElidedLabel;
+  title->setObjectName(QStringLiteral("titleTextField"));
+  QFont bold = title->font();
+  bold.setBold(true);
+  title->setFont(bold);
+  return title;
+}
+
 }  // namespace
 
 void openInfoSheet(const EditorContext& context, const std::shared_ptr<Job>& job, QWidget& window) {
@@ -58,25 +67,21 @@ void openInfoSheet(const EditorContext& context, const std::shared_ptr<Job>& job
 
 InfoTextSheet::InfoTextSheet(const EditorContext& context, QWidget& window, const char* frameName, const URL& url,
                              const std::string& textName)
-    : SheetViewController(window, context.foundation.defaults, frameName),
-      m_context(context),
-      m_title(new ElidedLabel),
-      m_text(makeScriptText(context.platform.console, context.foundation.localize, qt(textName), this)),
-      m_status(new SecondaryLabel({})),
-      m_buttons(new QDialogButtonBox),
-      m_closeButton(addCloseButton(*m_buttons, *this, context.foundation.localize)) {
+    : SheetViewController(window, context.foundation.defaults, frameName), m_context(context) {
+  const Localize& localize = context.foundation.localize;
   auto* const layout = new QVBoxLayout(this);
-  m_title->setObjectName(QStringLiteral("titleTextField"));
-  QFont bold = m_title->font();
-  bold.setBold(true);
-  m_title->setFont(bold);
-  layout->addWidget(m_title);
+  // Widgets get the focus in the order in which they are created.
+  layout->addWidget(m_title = makeTitle());
   if (url.isFile()) layout->addWidget(new PathControl(context.platform.workspace, url));
+  m_text = makeScriptText(context.platform.console, localize, qt(textName), this);
   m_text->setObjectName(QStringLiteral("textView"));
   layout->addWidget(m_text, 1);
+  m_status = new SecondaryLabel({});
   m_status->setObjectName(QStringLiteral("status"));
   m_status->setWordWrap(true);
   layout->addWidget(m_status);
+  m_buttons = new QDialogButtonBox;
+  m_closeButton = addCloseButton(*m_buttons, *this, localize);
   layout->addWidget(m_buttons);
   showStatus({}, false);
   restoreSize({fontMetrics().averageCharWidth() * 100, fontMetrics().lineSpacing() * 32});

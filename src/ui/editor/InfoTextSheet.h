@@ -48,11 +48,11 @@ class InfoTextSheet : public SheetViewController {
 
  private:
   const EditorContext m_context;
-  ElidedLabel* m_title;
-  ScriptText* m_text;
-  SecondaryLabel* m_status;
-  QDialogButtonBox* m_buttons;
-  QPushButton* m_closeButton;
+  ElidedLabel* m_title = nullptr;
+  ScriptText* m_text = nullptr;
+  SecondaryLabel* m_status = nullptr;
+  QDialogButtonBox* m_buttons = nullptr;
+  QPushButton* m_closeButton = nullptr;
   bool m_isProblem = false;
 };
 

@@ -41,6 +41,7 @@ PathControl::PathControl(Workspace& workspace, const URL& file, QWidget* parent)
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   m_row->setContentsMargins(0, 0, 0, 0);
   m_row->setSpacing(0);
+  setAccessibleName(shownText(file.text()));
   const std::filesystem::path path = file.path();
   std::filesystem::path folder;
   for (auto component = path.begin(); component != path.end(); ++component) {

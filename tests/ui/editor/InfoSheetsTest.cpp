@@ -57,6 +57,12 @@ class InfoSheetsTest : public SheetFixture<SheetViewController> {
 TEST_F(InfoSheetsTest, TheTextIsChangedByKeyboard) {
   openJob({{"Nice", 5}});
   EXPECT_TRUE(text().focusProxy()->hasFocus());
+  press(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(utf8(sheet().focusWidget()->accessibleName()), "a.plist") << "the end of the path, above the text";
+  press(Qt::Key_Tab);
+  press(Qt::Key_Tab, Qt::ControlModifier);
+  EXPECT_TRUE(close().hasFocus());
+  text().setFocus();
   EXPECT_FALSE(change().isEnabled());
   EXPECT_EQ(close().text(), QStringLiteral("Close"));
 
