@@ -50,7 +50,7 @@ std::vector<JobDetails::Row> loginItemInfo(const LoginItem& item, const Localize
 /// The content of the sheet of a startup item or helper tool.
 struct InfoText {
   std::string title;                     ///< the name of the folder and that of the job
-  std::string text;                      ///< a script, or the property list embedded in a tool
+  std::string text = {};                 ///< a script, or the property list embedded in a tool
   SyntaxType syntax = SyntaxType::none;  ///< of the text
   std::string problem = {};              ///< localized; why there is no text
 };

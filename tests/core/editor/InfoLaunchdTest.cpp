@@ -131,7 +131,9 @@ TEST_F(InfoLaunchdTest, ATextThatIsNoJobIsRefusedWhereItsFaultIs) {
     const auto problem = sheet->change(text);
     ASSERT_TRUE(problem) << row.by;
     EXPECT_THAT(problem->reason, HasSubstr(row.reason)) << row.by;
-    if (row.at) EXPECT_EQ(problem->point, text.find(row.at)) << problem->reason;
+    if (row.at) {
+      EXPECT_EQ(problem->point, text.find(row.at)) << problem->reason;
+    }
   }
   EXPECT_EQ(sheet->change("<array/>")->reason, "Line 1: The property list isn’t a dictionary");
   EXPECT_TRUE(sheet->change(""));
