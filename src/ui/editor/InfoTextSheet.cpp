@@ -13,6 +13,7 @@
 #include "core/editor/JobDetails.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
+#include "core/text/Strings.h"
 #include "ui/editor/InfoLaunchdSheet.h"
 #include "ui/editor/PathControl.h"
 #include "ui/scripts/ScriptModule.h"
@@ -105,7 +106,8 @@ void InfoTextSheet::setTitle(const std::string& title) {
 
 void InfoTextSheet::showStatus(const std::string& status, bool isProblem) {
   m_isProblem = isProblem;
-  m_status->setText(shownText(status));
+  constexpr std::size_t longest = 400;  // keys and values that a text quotes have any length
+  m_status->setText(shownText(String::firstCharacters(status, longest)));
   m_status->setVisible(!status.empty());
   markInvalidData(*m_status, isProblem ? m_status->text() : QString());
 }

@@ -6,6 +6,7 @@
 #include "core/propertylist/Encoding.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
+#include "support/Untouched.h"
 
 namespace mirvel {
 namespace {
@@ -184,6 +185,26 @@ TEST_F(InfoLaunchdTest, TheSavedFileIsTheTypedOne) {
     helpers.requests.back().reply({});
     settle();
   }
+}
+
+/// The judge of the result is another reader, that of Python.
+TEST_F(InfoLaunchdTest, AKeyTypedIntoAnyPublishedJobIsTheOnlyChange) {
+  MIRVEL_REQUIRE_TESTDATA(corpus, "corpus");
+  for (const auto& published : testdata::files(corpus, ".plist")) {
+    (void)write(Kind::userAgent, published.filename(), testdata::bytes(published));
+  }
+  testdata::Untouched untouched;
+  for (const auto& job : Jobs(scan())) {
+    program().selection.select(job);
+    const std::string shown = reopen().text();
+    EXPECT_EQ(sheet->change(replaced(shown, "<dict>", "<dict><key>Typed</key><true/>")), std::nullopt) << job->name;
+    untouched.add(job->url.text(), "Typed", testdata::bytes(job->url.path()), *this->job().plistData());
+    program().editing.undo();
+    EXPECT_EQ(this->job().plistData(), shown) << job->name;
+    EXPECT_FALSE(hasChanges());
+  }
+  EXPECT_GT(untouched.count(), 100U);
+  untouched.expectNoComplaints();
 }
 
 TEST_F(InfoLaunchdTest, TheDeclaredEncodingOfATypedTextIsIgnored) {
