@@ -65,8 +65,9 @@ std::string reasonFor(const Error& error, const Localize& localize) {
   return error.keyPath.empty() ? texts.theRootIsntADictionary() : texts.labelIsntText();
 }
 
-/// The keys that are in the file but not in the record, because their values have a wrong type.
-std::vector<std::string> ignoredKeys(const Plist& record) {
+/// The values that no field of the record represents: known keys with values of a wrong type, and below known keys also
+/// unknown ones. launchd knows some of these.
+std::vector<std::string> unusedKeys(const Plist& record) {
   std::vector<std::string> result;
   for (const std::string& key : record.unknownKeys.value_or(std::vector<std::string>())) {
     if (Plist::codingKey(key)) result.push_back(key);
@@ -96,6 +97,7 @@ Unfinished inputOfSameValues(Unfinished input, const propertylist::Dictionary& b
   };
   std::erase_if(input.texts, hasChanged);
   std::erase_if(input.tables, hasChanged);
+  std::erase_if(input.trees, hasChanged);
   if (!isSame("StartInterval") || !isSame("StartCalendarInterval")) input.rules.clear();
   return input;
 }
@@ -140,8 +142,8 @@ std::vector<std::string> InfoLaunchd::notices(const std::string& text) const {
     result.push_back(texts.commentsInTheFileArentShown());
   }
   if (const auto record = Plist::readTolerantly(asUtf8(text))) {
-    const auto keys = ignoredKeys(*record);
-    if (!keys.empty()) result.push_back(texts.keptButIgnored(joined(keys)));
+    const auto keys = unusedKeys(*record);
+    if (!keys.empty()) result.push_back(texts.keptAsTyped(joined(keys)));
   }
   if (!m_session.editing.unfinished().isEmpty()) result.push_back(texts.somethingInvalidIsntInTheText());
   return result;

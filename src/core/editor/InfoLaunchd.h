@@ -40,7 +40,7 @@ class InfoLaunchd {
   bool isEditable() const { return m_isEditable && !m_text.empty(); }
 
   /// What the user should know about a text before changing the job, in sentences: what a save would lose, and which
-  /// values have no effect, since their types are wrong. Takes time linear in the size of the text.
+  /// values the program keeps without knowing what to do with them. Takes time linear in the size of the text.
   std::vector<std::string> notices(const std::string& text) const;
   /// Why a text isn't that of a job; null if it is. A list that the reader accepts with a warning, such as one with a
   /// repeated key, is refused, too, since it wouldn't be saved as it was typed.

@@ -20,7 +20,9 @@ class InfoTexts : public Texts {
   std::string commentsWontBeSaved() const { return text("Comments in this text won’t be saved."); }
   std::string discardChangesToTheText() const { return text("Discard your changes to the text?"); }
   std::string info() const { return text("Info"); }
-  std::string keptButIgnored(const std::string& keys) const { return format("Kept, but ignored: %@", {keys}); }
+  std::string keptAsTyped(const std::string& keys) const {
+    return format("Kept as typed, but unknown or of the wrong type: %@", {keys});
+  }
   std::string labelIsMissing() const { return text("“Label” is missing"); }
   std::string labelIsntText() const { return text("“Label” isn’t a string"); }
   std::string line(const std::string& number, const std::string& problem) const {

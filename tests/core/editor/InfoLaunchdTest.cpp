@@ -267,7 +267,8 @@ TEST_F(InfoLaunchdTest, InvalidInputOfOtherKeysStaysInItsFields) {
   (void)open(listOf(label + nice));
   (void)program().editing.markJobChanged();
   program().editing.unfinished() = {.tables = {{"EnvironmentVariables", {{.cells = {"", "x"}}}}, {"PathState", {{}}}},
-                                    .texts = {{"Nice", "5m"}, {"TimeOut", "x"}}};
+                                    .texts = {{"Nice", "5m"}, {"TimeOut", "x"}},
+                                    .trees = {{"Sockets", {{.name = "", .content = std::int64_t{5}}}}}};
   EXPECT_THAT(reopen().notices(sheet->text()),
               ElementsAre("Input in the editor that can’t be saved yet isn’t part of this text."));
   ASSERT_EQ(sheet->change(listOf(label + "\t<key>KeepAlive</key>\n\t<true/>\n")), std::nullopt);
@@ -275,11 +276,12 @@ TEST_F(InfoLaunchdTest, InvalidInputOfOtherKeysStaysInItsFields) {
   EXPECT_THAT(input.texts, ElementsAre(std::pair(std::string("TimeOut"), std::string("x"))));
   EXPECT_THAT(input.tables, SizeIs(1));
   EXPECT_TRUE(input.tables.contains("EnvironmentVariables"));
+  EXPECT_TRUE(input.trees.contains("Sockets"));
   program().editing.undo();
   EXPECT_THAT(program().editing.unfinished().texts, SizeIs(2));
 }
 
-TEST_F(InfoLaunchdTest, WhatWouldBeLostOrIgnoredIsAnnounced) {
+TEST_F(InfoLaunchdTest, WhatWouldBeLostOrIsUnusedIsAnnounced) {
   const std::string comment = "Comments in this text won’t be saved.";
   const std::string inFile = "The comments in the job’s file aren’t shown here. Saving the job removes them.";
   const struct {
@@ -294,10 +296,10 @@ TEST_F(InfoLaunchdTest, WhatWouldBeLostOrIgnoredIsAnnounced) {
       {listOf(label), listOf(label) + "<", {}},
       {listOf(label),
        listOf(label + "<key>Nice</key><string>5</string><key>Foo</key><true/>"),
-       {"Kept, but ignored: Nice"}},
+       {"Kept as typed, but unknown or of the wrong type: Nice"}},
       {listOf(label),
        listOf(label + "<key>KeepAlive</key><dict><key>Crashed</key><integer>2</integer></dict>"),
-       {"Kept, but ignored: KeepAlive.Crashed"}},
+       {"Kept as typed, but unknown or of the wrong type: KeepAlive.Crashed"}},
   };
   for (const auto& row : table) EXPECT_EQ(open(row.file).notices(row.text), row.notices) << row.text;
 }
