@@ -27,6 +27,7 @@ void arrangeWindow(ui::Application& application, const DemoOptions& options) {
       program.currentMode.view()->select(job->url);
   }
   if (options.isEdited) program.menus.perform(Command::Edit);
+  if (options.hasInfo) program.menus.perform(Command::Info);
   if (!options.filter.isEmpty()) application.window().filter().setText(options.filter);
   if (!options.newPage.isEmpty()) showNewPage(application, options.newPage);
 }

@@ -10,7 +10,8 @@ std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url,
                                                                  bool showInternalHelpers) {
   const std::string fileName = url.lastPathComponent();
   if (fileName.starts_with(Const::excludePrefix) && !showInternalHelpers) return nullptr;
-  HelperToolLines lines = HelperToolLines::read(embeddedList.text(url.path()));
+  std::string list = embeddedList.text(url.path());
+  HelperToolLines lines = HelperToolLines::read(list);
   // Our own tools are recognised by their file name above and not by this name, so that no other tool can hide itself.
   const std::string name = lines.name.empty() ? fileName : lines.name;
   const std::string& path = url.text();
@@ -21,6 +22,7 @@ std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url,
   job->textContent = lines.identifier + lines.clients + path;
   job->identifier = std::move(lines.identifier);
   job->clients = std::move(lines.clients);
+  job->list = std::move(list);
   job->icon = Image::iconOfPath(path);
   return job;
 }

@@ -22,6 +22,7 @@ class PrivilegedHelperTool final : public Job {
 
   std::string identifier;  ///< bundle identifier
   std::string clients;     ///< the code requirement of its first client
+  std::string list;        ///< the embedded property list in the old-style format; empty if it couldn't be read
 
  private:
   using Job::Job;

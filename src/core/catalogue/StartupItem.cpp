@@ -4,6 +4,8 @@
 #include <optional>
 
 #include "core/catalogue/JobFolder.h"
+#include "core/files/ReadFile.h"
+#include "core/files/RegularFile.h"
 #include "core/propertylist/Encoding.h"
 #include "core/propertylist/Reader.h"
 #include "core/text/Bytes.h"
@@ -58,6 +60,16 @@ std::shared_ptr<StartupItem> StartupItem::read(const URL& url, Kind kind) {
   job->textContent = *std::move(script);
   job->icon = Image::iconOfPath(url.text());
   return job;
+}
+
+Result<std::string> StartupItem::script() const {
+  const auto file = RegularFile::open(path);
+  if (!file) return file.error();
+  auto text = readFile(file->descriptor.number(), JobFolder::largestFile, path);
+  if (text && !propertylist::isUtf8(*text)) {
+    return Error{.code = Error::Code::UnsupportedEncoding, .message = "it isn't text in UTF-8", .file = path};
+  }
+  return text;
 }
 
 }  // namespace mirvel

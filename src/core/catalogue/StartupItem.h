@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "core/base/Result.h"
 #include "core/catalogue/Job.h"
 
 namespace mirvel {
@@ -16,6 +17,10 @@ class StartupItem final : public Job {
   static std::shared_ptr<StartupItem> read(const URL& url, Kind kind);
 
   std::string run() const override { return path; }
+
+  /// The present text of the script. Fails like `RegularFile::open` and `readFile`, and with `UnsupportedEncoding` if
+  /// it isn't UTF-8.
+  Result<std::string> script() const;
 
   std::string path;  ///< of the script
 

@@ -10,6 +10,7 @@
 #include "core/creation/CreationTexts.h"
 #include "core/session/Foundation.h"
 #include "ui/creation/CreationControls.h"
+#include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::ui {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QLabel>
 #include <QPushButton>
 #include <optional>
 #include <string>
@@ -14,27 +13,6 @@ class KindTexts;
 }
 
 namespace mirvel::ui {
-
-/// A label of one line whose text is elided in the middle if it doesn't fit; the tool tip then shows all of it. Its
-/// size hint is limited, so that a long file name doesn't widen the sheet.
-class ElidedLabel final : public QLabel {
- public:
-  explicit ElidedLabel(QWidget* parent = nullptr);
-
-  void setFullText(const QString& text);
-
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
-
- protected:
-  void resizeEvent(QResizeEvent* event) override;
-  void changeEvent(QEvent* event) override;
-
- private:
-  void elide();
-
-  QString m_text;
-};
 
 /// A button that shows a title, or a path that is elided in the middle if it doesn't fit. The tool tip shows the whole
 /// path.

@@ -9,6 +9,8 @@
 #include "core/session/Foundation.h"
 #include "core/session/Selection.h"
 #include "core/session/Shell.h"
+#include "core/text/Strings.h"
+#include "ui/editor/InfoTextSheet.h"
 #include "ui/editor/JobDetailsView.h"
 #include "ui/editor/LaunchdDisplayViewController.h"
 #include "ui/editor/LaunchdEditViewController.h"
@@ -23,7 +25,7 @@ namespace {
 constexpr int narrowest = 420;
 
 QWidget* makeNoSelection(const Localize& localize) {
-  auto* label = new SecondaryLabel(qt(EditorTexts(localize).noSelection()));
+  auto* label = new SecondaryLabel(qt(String::firstUppercased(EditorTexts(localize).noSelection())));
   label->setMinimumWidth(narrowest);
   label->setAlignment(Qt::AlignCenter);
   QFont font = label->font();
@@ -47,10 +49,21 @@ DetailViewController::DetailViewController(const EditorContext& context, QWidget
   }
   setAccessibleName(qt(EditorTexts(context.foundation.localize).details()));
   m_context.shell.detail = this;
+  m_context.shell.sheets[Sheet::Info] = [this] { showInfo(); };
 }
 
 DetailViewController::~DetailViewController() {
   m_context.shell.detail = nullptr;
+  m_context.shell.sheets.erase(Sheet::Info);
+}
+
+/// Does nothing while the window has a sheet.
+void DetailViewController::showInfo() {
+  const MainWindowType* const mainWindow = m_context.shell.mainWindow;
+  const auto job = m_context.selection.job();
+  if (!job || (mainWindow && mainWindow->hasSheet())) return;
+  if (m_context.shell.edit) m_context.shell.edit->endEditing();  // the sheet shows what has been typed
+  openInfoSheet(m_context, job, *window());
 }
 
 QWidget* DetailViewController::childOf(DetailTab tab) const {

@@ -12,7 +12,8 @@ class JobDetailsView;
 class LaunchdDisplayViewController;
 class LaunchdEditViewController;
 
-/// The details pane, with a tab for each kind of view. Is `shell.detail` during its lifetime.
+/// The details pane, with a tab for each kind of view. Is `shell.detail` during its lifetime, and opens the
+/// information sheet.
 class DetailViewController final : public QStackedWidget, private DetailType {
  public:
   explicit DetailViewController(const EditorContext& context, QWidget* parent = nullptr);
@@ -30,6 +31,7 @@ class DetailViewController final : public QStackedWidget, private DetailType {
   void showDisplay() override;
   void showEdit() override;
 
+  void showInfo();
   QWidget* childOf(DetailTab tab) const;
   void show(DetailTab tab);
   void updateTab();

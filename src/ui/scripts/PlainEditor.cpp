@@ -39,20 +39,47 @@ std::size_t PlainEditor::insertionPoint() const {
   return bytesOf(QStringView(document()->toRawText()).left(textCursor().position()), m_lineEnd).size();
 }
 
-void PlainEditor::setInsertionPoint(std::size_t point) {
+QTextCursor PlainEditor::cursorAt(std::size_t point) const {
   const std::string text = bytes();
   std::size_t end = std::min(point, text.size());
   while (end < text.size() && isWithinCharacter(text, end)) ++end;
-  QTextCursor cursor(document());
+  QTextCursor cursor(textCursor());
   cursor.setPosition(static_cast<int>(plainCharacters(std::string_view(text).substr(0, end), m_lineEnd).size()));
-  setTextCursor(cursor);
+  return cursor;
+}
+
+void PlainEditor::setInsertionPoint(std::size_t point) {
+  setTextCursor(cursorAt(point));
   ensureCursorVisible();
+}
+
+void PlainEditor::setEditable(bool editable) {
+  setTextInteractionFlags(editable ? Qt::TextEditorInteraction
+                                   : Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+}
+
+void PlainEditor::markLine(std::optional<std::size_t> point) {
+  m_mark = point ? cursorAt(*point) : QTextCursor();
+  showMark();
+}
+
+void PlainEditor::showMark() {
+  QList<QTextEdit::ExtraSelection> marks;
+  if (!m_mark.isNull()) {
+    QTextCharFormat format;
+    format.setBackground(m_markColor);
+    format.setProperty(QTextFormat::FullWidthSelection, true);
+    marks.append({m_mark, format});
+  }
+  setExtraSelections(marks);
 }
 
 void PlainEditor::setLook(const ScriptLook& look) {
   constexpr int tabColumns = 4;
   setFont(look.font);
   setTabStopDistance(tabColumns * QFontMetricsF(look.font).horizontalAdvance(QLatin1Char(' ')));
+  m_markColor = look.faultyLine;
+  showMark();
 }
 
 bool PlainEditor::isSelectionOfLines() const {
@@ -75,7 +102,7 @@ void PlainEditor::moveLines(bool right) {
 }
 
 void PlainEditor::keyPressEvent(QKeyEvent* event) {
-  const Exit exit = exitOf(*event, isSelectionOfLines());
+  const Exit exit = exitOf(*event, isSelectionOfLines(), !isReadOnly());
   const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
   if (exit != Exit::None) {
     QWidget::focusNextPrevChild(exit == Exit::Next);  // NOLINT(bugprone-parent-virtual-call): its own stays

@@ -27,6 +27,9 @@ class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
   void setSyntax(SyntaxType) override {}
   void setLook(const ScriptLook& look) override;
   void setLineNumbersVisible(bool) override {}
+  void setWrapsLines(bool wraps) override { setLineWrapMode(wraps ? WidgetWidth : NoWrap); }
+  void setEditable(bool editable) override;
+  void markLine(std::optional<std::size_t> point) override;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -34,8 +37,12 @@ class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
  private:
   bool isSelectionOfLines() const;
   void moveLines(bool right);
+  QTextCursor cursorAt(std::size_t point) const;
+  void showMark();
 
   std::string m_lineEnd = "\n";
+  QColor m_markColor;
+  QTextCursor m_mark;  ///< null if no line is marked
 };
 
 }  // namespace mirvel::ui

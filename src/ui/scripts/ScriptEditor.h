@@ -4,6 +4,7 @@
 #include <QtPlugin>
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -52,6 +53,11 @@ class ScriptEditor {
   virtual void setSyntax(SyntaxType type) = 0;
   virtual void setLook(const ScriptLook& look) = 0;
   virtual void setLineNumbersVisible(bool visible) = 0;
+  virtual void setWrapsLines(bool wraps) = 0;
+  /// A text that isn't editable can still be set, selected and copied. Tab then moves the focus.
+  virtual void setEditable(bool editable) = 0;
+  /// Marks the line with this point, in bytes from the start of the text, as faulty. Null removes the mark.
+  virtual void markLine(std::optional<std::size_t> point) = 0;
 
   /// Called after every change of the text.
   std::function<void()> changed = {};
@@ -86,12 +92,13 @@ inline std::string_view lineEndOf(std::string_view text) {
 enum class Exit { None, Next, Previous };
 
 /// Since Tab inserts a tab, other keys move the focus: Control-Tab to the next widget, and Shift-Tab, with or without
-/// Control, to the previous one. With `movesSelection`, plain Shift-Tab unindents the selected lines instead.
-inline Exit exitOf(const QKeyEvent& event, bool movesSelection) {
+/// Control, to the previous one. With `movesSelection`, plain Shift-Tab unindents the selected lines instead. If the
+/// text isn't editable, Tab moves the focus, too.
+inline Exit exitOf(const QKeyEvent& event, bool movesSelection, bool isEditable = true) {
   if (event.key() != Qt::Key_Tab && event.key() != Qt::Key_Backtab) return Exit::None;
   const bool isBack = event.key() == Qt::Key_Backtab || event.modifiers().testFlag(Qt::ShiftModifier);
   const bool isControl = (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != Qt::NoModifier;
-  if (!isControl && (!isBack || movesSelection)) return Exit::None;
+  if (isEditable && !isControl && (!isBack || movesSelection)) return Exit::None;
   return isBack ? Exit::Previous : Exit::Next;
 }
 

@@ -36,13 +36,22 @@ QColor wanted(ScriptRole role, const QPalette& palette) {
   return QColor::fromRgb(schemeOf(palette) == Scheme::Dark ? row->dark : row->light);
 }
 
-QColor currentLine(const QPalette& palette) {
-  constexpr float share = 0.06F;
+/// The base with a share of another colour.
+QColor tinted(const QPalette& palette, const QColor& front, float share) {
   const QColor back = active(palette, QPalette::Base);
-  const QColor front = active(palette, QPalette::Text);
-  const auto mix = [](float from, float to) { return from + share * (to - from); };
+  const auto mix = [share](float from, float to) { return from + share * (to - from); };
   return QColor::fromRgbF(mix(back.redF(), front.redF()), mix(back.greenF(), front.greenF()),
                           mix(back.blueF(), front.blueF()));
+}
+
+QColor currentLine(const QPalette& palette) {
+  constexpr float share = 0.06F;
+  return tinted(palette, active(palette, QPalette::Text), share);
+}
+
+QColor faultyLine(const QPalette& palette) {
+  constexpr float share = 0.12F;
+  return tinted(palette, invalidData(palette), share);
 }
 
 QColor lineNumber(const QPalette& palette) {
@@ -51,10 +60,10 @@ QColor lineNumber(const QPalette& palette) {
   return quiet;
 }
 
-/// `color` if it has enough contrast to the base and to the current line, otherwise the text colour.
+/// `color` if it has enough contrast to the base and to the lines with another background, otherwise the text colour.
 QColor readable(const QColor& color, const QPalette& palette) {
-  const double least =
-      std::min(contrast(color, active(palette, QPalette::Base)), contrast(color, currentLine(palette)));
+  const double least = std::min({contrast(color, active(palette, QPalette::Base)),
+                                 contrast(color, currentLine(palette)), contrast(color, faultyLine(palette))});
   return least >= leastContrast ? color : active(palette, QPalette::Text);
 }
 
@@ -64,6 +73,7 @@ ScriptLook scriptLook(const QPalette& palette) {
   ScriptLook look{.font = scriptFont(),
                   .base = active(palette, QPalette::Base),
                   .currentLine = currentLine(palette),
+                  .faultyLine = faultyLine(palette),
                   .lineNumber = readable(lineNumber(palette), palette),
                   .selection = active(palette, QPalette::Highlight),
                   .selectedText = active(palette, QPalette::HighlightedText),

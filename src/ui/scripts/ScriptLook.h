@@ -18,6 +18,7 @@ struct ScriptLook {
   QFont font;
   QColor base;
   QColor currentLine;  ///< background of the line with the insertion point
+  QColor faultyLine;   ///< background of a marked line
   QColor lineNumber;
   QColor selection;
   QColor selectedText;
@@ -27,8 +28,8 @@ struct ScriptLook {
 };
 
 /// The look of scripts in widgets with this palette, in `scriptFont()`. Each colour has a contrast of at least 4.5:1
-/// (WCAG 2.1, level AA) to the base and to the current line; a colour that would have less is replaced by the text
-/// colour.
+/// (WCAG 2.1, level AA) to the base and to the two kinds of lines; a colour that would have less is replaced by the
+/// text colour.
 ScriptLook scriptLook(const QPalette& palette);
 
 /// The system's fixed-width font, with a size in points.

@@ -74,7 +74,20 @@ void ScriptText::setLineNumbersVisible(bool visible) {
   m_editor.setLineNumbersVisible(visible);
 }
 
+void ScriptText::setWrapsLines(bool wraps) {
+  m_editor.setWrapsLines(wraps);
+}
+
+void ScriptText::setEditable(bool editable) {
+  m_editor.setEditable(editable);
+}
+
+void ScriptText::markLine(std::size_t point) {
+  m_editor.markLine(point);
+}
+
 void ScriptText::textHasChanged() {
+  m_editor.markLine(std::nullopt);
   detectSyntax();
   emit textChanged();
 }

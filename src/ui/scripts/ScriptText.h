@@ -13,7 +13,7 @@ namespace mirvel::ui {
 
 class ScriptEditor;
 
-/// Shows and edits the text of a script: coloured by language, without line wrapping, and left to right whatever the
+/// Shows and edits the text of a script: coloured by language, and left to right whatever the
 /// direction of the window. The bytes of the text are preserved, including line ends and invalid UTF-8; new lines end
 /// like the first one. Created by `makeScriptText`.
 ///
@@ -50,6 +50,12 @@ class ScriptText final : public QWidget {
   void setInsertionPoint(std::size_t point);
 
   void setLineNumbersVisible(bool visible);
+  /// Whether lines that are too wide continue in the next row. Default: false.
+  void setWrapsLines(bool wraps);
+  /// A text that isn't editable can still be set, selected and copied.
+  void setEditable(bool editable);
+  /// Marks the line with this point, in bytes from the start of the text, as faulty, until the text is changed or set.
+  void markLine(std::size_t point);
 
  signals:
   /// Emitted after every change of the text, by the user or by a call.

@@ -12,6 +12,27 @@ class SecondaryLabel final : public QLabel {
   explicit SecondaryLabel(const QString& text, QWidget* parent = nullptr);
 };
 
+/// A label of one line whose text is elided in the middle if it doesn't fit; the tool tip then shows all of it. Its
+/// size hint is limited, so that a long file name doesn't widen the sheet.
+class ElidedLabel final : public QLabel {
+ public:
+  explicit ElidedLabel(QWidget* parent = nullptr);
+
+  void setFullText(const QString& text);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void elide();
+
+  QString m_text;
+};
+
 /// A thin horizontal line, visible on windows of any palette.
 class Hairline final : public QWidget {
  public:

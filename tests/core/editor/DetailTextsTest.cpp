@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "core/catalogue/PrivilegedHelperTool.h"
 #include "core/editor/JobDetails.h"
 #include "core/editor/ValueTexts.h"
@@ -76,33 +78,81 @@ TEST(DescriptionTest, HugeValuesEndInAnEllipsisAndAreNotReadToTheirEnd) {
 
 class JobDetailsTest : public testdata::ProgramFixture {
  protected:
-  /// Each row as "When: At login".
+  /// Each row as "When: At login", with an arrow if it has a button.
   std::vector<std::string> rowsOf(const std::string& name) {
     std::vector<std::string> result;
-    for (const auto& row : JobDetails::rows(*jobNamed(name), foundation.localize, roots.home))
-      result.push_back(row.label + ": " + row.text);
+    for (const auto& row : JobDetails::rows(*jobNamed(name), program().kinds, foundation.localize, roots.home)) {
+      result.push_back(row.label + ": " + row.text + (row.button == JobDetails::Row::Button::None ? "" : " →"));
+    }
     return result;
   }
 };
 
 TEST_F(JobDetailsTest, EachKindHasItsRows) {
-  loginItems.ownItems = {{"own", roots.home.string() + "/own", {}, {}}};
+  loginItems.ownItems = {{.name = "own", .path = roots.home.string() + "/own", .kind = "Program"},
+                         {.name = "entry", .path = "/bin/entry", .file = roots.home.string() + "/entry.desktop"}};
+  loginItems.bundledItems = {{.name = "App", .itemName = "Item", .itemPath = "/App/Item", .applicationPath = "/App"}};
   (void)write(Kind::localStartupItem, "Web/StartupParameter.plist",
               testdata::startupParameters("Web", propertylist::Array{"Web"}));
-  (void)write(Kind::localStartupItem, "Web/Web", "");
+  const auto script = write(Kind::localStartupItem, "Web/Web", "#!/usr/bin/perl\nprint 1\n");
   (void)write(Kind::privilegedHelperTool, "tool", "");
   scan();
 
   using Rows = std::vector<std::string>;
-  EXPECT_EQ(rowsOf("own"), (Rows{"When: At login"})) << "no summary that repeats the name";
+  EXPECT_EQ(rowsOf("own"),
+            (Rows{"When: At login", "Where: Login Items – System Settings →", "Kind: Program", "Path: ~/own →"}))
+      << "no summary that repeats the name";
+  EXPECT_EQ(rowsOf("entry"), (Rows{"When: At login", "Where: ~/entry.desktop →", "Path: /bin/entry →"}));
+  EXPECT_EQ(rowsOf("App"),
+            (Rows{"Summary: Item", "When: At login", "Where: /App →", "Kind: Application", "Path: /App/Item →"}));
   const std::string web = path(Kind::localStartupItem, "Web");
-  EXPECT_EQ(rowsOf("Web"), (Rows{"When: When the system starts", "Path: " + web}));
+  EXPECT_EQ(rowsOf("Web"),
+            (Rows{"When: When the system starts", "Where: " + web + " →", "Run: #!/usr/bin/perl\nprint 1\n"}));
+  EXPECT_EQ(JobDetails::rows(*jobNamed("Web"), program().kinds, foundation.localize, {}).back().syntax,
+            SyntaxType::perl);
+  std::filesystem::remove(script);
+  EXPECT_EQ(rowsOf("Web").back().find("Run: Can’t be read: " + script.string()), 0U) << "since the scan";
 
   auto& tool = dynamic_cast<PrivilegedHelperTool&>(*jobNamed("tool"));
   tool.identifier = "org.example.tool";
-  tool.clients = "someone";
-  EXPECT_EQ(rowsOf("tool"), (Rows{"When: When one of its clients requests it", "Identifier: org.example.tool",
-                                  "Clients: someone", "Path: " + path(Kind::privilegedHelperTool, "tool").string()}));
+  tool.clients = R"(identifier \"a\\b\" and \x \)";
+  EXPECT_EQ(rowsOf("tool"), (Rows{"When: When one of its clients requests it",
+                                  "Where: " + path(Kind::privilegedHelperTool, "tool").string() + " →",
+                                  "Identifier: org.example.tool", R"(Clients: identifier "a\b" and \x \)"}));
+}
+
+TEST_F(JobDetailsTest, EachKindHasItsSheet) {
+  const std::set<Kind::Case> loginItemKinds{Kind::loginItemSystemPreferences, Kind::loginItemApplication};
+  const std::set<Kind::Case> startupItemKinds{Kind::localStartupItem, Kind::systemStartupItem};
+  for (const Kind kind : Kind::allCases) {
+    const InfoSheet expected = loginItemKinds.contains(kind)        ? InfoSheet::LoginItem
+                               : startupItemKinds.contains(kind)    ? InfoSheet::StartupItem
+                               : kind == Kind::privilegedHelperTool ? InfoSheet::PrivilegedHelperTool
+                                                                    : InfoSheet::Launchd;
+    EXPECT_EQ(infoSheetFor(kind), expected) << kind.name();
+  }
+}
+
+TEST_F(JobDetailsTest, SheetsShowTheTextOfTheFileOrWhyThereIsNone) {
+  (void)write(Kind::localStartupItem, "Web/StartupParameter.plist",
+              testdata::startupParameters("Web", propertylist::Array{"Web"}));
+  const auto script = write(Kind::localStartupItem, "Web/Web", "echo 1\n");
+  const auto executable = write(Kind::privilegedHelperTool, "tool", "");
+  scan();
+  const auto infoOf = [this](const char* name) { return infoText(*jobNamed(name), foundation.localize); };
+  EXPECT_EQ(infoOf("Web").title, "StartupItems – Web");
+  EXPECT_EQ(infoOf("Web").text, "echo 1\n");
+  EXPECT_EQ(infoOf("Web").syntax, SyntaxType::shell) << "without an interpreter";
+  EXPECT_EQ(infoOf("Web").problem, "");
+  std::filesystem::remove(script);
+  std::filesystem::create_directory(script);
+  EXPECT_NE(infoOf("Web").problem, "");
+
+  EXPECT_EQ(infoOf("tool").title, "PrivilegedHelperTools – tool");
+  EXPECT_EQ(infoOf("tool").problem, "Can’t be read: the file contains no property list");
+  dynamic_cast<PrivilegedHelperTool&>(*jobNamed("tool")).list = "{\n}\n";
+  EXPECT_EQ(infoOf("tool").text, "{\n}\n");
+  EXPECT_EQ(infoOf("tool").problem, "");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QDialog>
 #include <QMenuBar>
 #include <set>
 
@@ -120,6 +121,20 @@ TEST_F(AccessibilityTest, EveryFieldOfTheEditorIsAccessible) {
         EditorTexts(localize).actions(), std::string("PathState"), std::string("Add – OtherJobEnabled"),
         EditorTexts(localize).addRule(), std::string("UserName"), std::string("Delete – Debug"),
         EditorTexts(localize).notes(), localize.save(), EditorTexts(localize).done()}) {
+    EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
+  }
+}
+
+TEST_F(AccessibilityTest, TheInformationSheetIsAccessible) {
+  writeJob("alpha");
+  start();
+  select("alpha");
+  program().menus.perform(Command::Info);
+  testdata::settle();
+  auto* const sheet = window().findChild<QDialog*>();
+  ASSERT_TRUE(sheet);
+  walk(QAccessible::queryAccessibleInterface(sheet), "");
+  for (const char* name : {"alpha.plist", "Property List", "Close", "Change"}) {
     EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
   }
 }

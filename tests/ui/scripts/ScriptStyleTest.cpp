@@ -59,6 +59,7 @@ class ScriptStyleTest : public testing::Test {
       const QColor color = front(m_editor, style);
       EXPECT_GE(contrast(color, back(m_editor, style)), leastContrast) << context << ", style " << style;
       EXPECT_GE(contrast(color, look().currentLine), leastContrast) << context << ", style " << style;
+      EXPECT_GE(contrast(color, look().faultyLine), leastContrast) << context << ", style " << style;
       EXPECT_EQ(back(m_editor, style), m_text.palette().color(QPalette::Base)) << context << ", style " << style;
     }
   }

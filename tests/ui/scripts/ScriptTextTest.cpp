@@ -284,6 +284,54 @@ TEST_P(ScriptTextKeysTest, PastedTextGetsTheLineEndsOfTheScript) {
   EXPECT_EQ(m_text->text(), "b\r\nc\r\na\r\n");
 }
 
+TEST_P(ScriptTextKeysTest, ATextThatIsNotEditableCanBeSetAndLeft) {
+  m_text->setEditable(false);
+  m_text->setText("a\nb");
+  for (const Qt::Key key : {Qt::Key_X, Qt::Key_Return, Qt::Key_Delete}) QTest::keyClick(&innerWidget(*m_text), key);
+  EXPECT_EQ(m_text->text(), "a\nb");
+  QTest::keyClick(&innerWidget(*m_text), Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), m_after);
+  m_text->setFocus();
+  QTest::keyClick(&innerWidget(*m_text), Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(QApplication::focusWidget(), m_before);
+  m_text->setEditable(true);
+  m_text->setFocus();
+  QTest::keyClick(&innerWidget(*m_text), Qt::Key_X);
+  EXPECT_EQ(m_text->text().size(), 4U);
+}
+
+TEST_P(ScriptTextKeysTest, AMarkedLineLooksDifferentUntilTheTextChanges) {
+  m_text->setText("a\nb\nc");
+  const auto picture = [this] { return m_text->grab().toImage(); };
+  m_text->setInsertionPoint(2);
+  const QImage plain = picture();
+  for (const std::size_t point : {std::size_t{2}, SIZE_MAX}) {
+    m_text->markLine(point);
+    EXPECT_NE(picture(), plain) << point;
+    m_text->setText("a\nb\nc");
+    m_text->setInsertionPoint(2);
+    EXPECT_EQ(picture(), plain) << point;
+  }
+}
+
+TEST_P(ScriptTextKeysTest, EscapeIsLeftToTheWindow) {
+  bool isPressed = false;
+  class Filter final : public QObject {
+   public:
+    explicit Filter(bool& pressed) : m_pressed(pressed) {}
+    bool eventFilter(QObject*, QEvent* event) override {
+      m_pressed = m_pressed || event->type() == QEvent::KeyPress;
+      return false;
+    }
+
+   private:
+    bool& m_pressed;
+  } filter(isPressed);
+  m_window.installEventFilter(&filter);
+  QTest::keyClick(&innerWidget(*m_text), Qt::Key_Escape);
+  EXPECT_TRUE(isPressed);
+}
+
 namespace {
 
 class ScriptTextMenuTest : public ScriptTextFixture {

@@ -21,6 +21,7 @@ namespace {
 
 constexpr int tabColumns = 4;
 constexpr int numbersMargin = 0;
+constexpr int faultyLineMarker = 0;
 /// Some lexers take time quadratic in the length of a line, and nobody reads lines of this length.
 constexpr long mostColouredColumns = 10000;
 
@@ -80,6 +81,7 @@ void ScintillaEditor::prepare() {
   setTabIndents(false);
   setAutoIndent(true);
   setCaretLineVisible(true);
+  markerDefine(Background, faultyLineMarker);
   setMarginType(numbersMargin, NumberMargin);
   for (int margin = 1; margin < margins(); ++margin) setMarginWidth(margin, 0);
   SendScintilla(SCI_SETLAYOUTCACHE, static_cast<long>(SC_CACHE_PAGE));
@@ -106,6 +108,8 @@ std::string ScintillaEditor::bytes() const {
 }
 
 void ScintillaEditor::setBytes(std::string_view text) {
+  const bool wasReadOnly = isReadOnly();
+  setReadOnly(false);  // Scintilla would ignore the new text, too
   const long events = SendScintilla(SCI_GETMODEVENTMASK);
   SendScintilla(SCI_SETUNDOCOLLECTION, 0L);
   if (!text.empty())
@@ -116,6 +120,7 @@ void ScintillaEditor::setBytes(std::string_view text) {
   SendScintilla(SCI_SETUNDOCOLLECTION, 1L);
   SendScintilla(SCI_EMPTYUNDOBUFFER);
   setModified(false);
+  setReadOnly(wasReadOnly);
   setInsertionPoint(0);
   const std::string_view end = lineEndOf(text);
   setEolMode(end == "\n" ? EolUnix : end == "\r" ? EolMac : EolWindows);
@@ -165,6 +170,15 @@ void ScintillaEditor::setLineNumbersVisible(bool visible) {
   fitMargin();
 }
 
+void ScintillaEditor::markLine(std::optional<std::size_t> point) {
+  markerDeleteAll(faultyLineMarker);
+  setCaretLineVisible(!point);  // it would hide the mark
+  if (!point) return;
+  const auto end = static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH));
+  const auto position = static_cast<unsigned long>(std::min(*point, end));
+  markerAdd(static_cast<int>(SendScintilla(SCI_LINEFROMPOSITION, position)), faultyLineMarker);
+}
+
 void ScintillaEditor::textHasChanged() {
   m_widestLine = widestLine(content(), tabColumns);
   useLexer();
@@ -177,6 +191,7 @@ void ScintillaEditor::textHasChanged() {
 void ScintillaEditor::applyStyle() {
   if (m_lexer) styleLexer(*m_lexer, m_syntax, m_look);
   styleSurroundings(*this, m_look);
+  setMarkerBackgroundColor(m_look.faultyLine, faultyLineMarker);
   styleInterpreterLine(*this, m_syntax, m_look);
   fitMargin();
   fitScrollWidth();
@@ -201,7 +216,8 @@ void ScintillaEditor::fitScrollWidth() {
 }
 
 void ScintillaEditor::keyPressEvent(QKeyEvent* event) {
-  const Exit exit = exitOf(*event, hasSelection());
+  if (event->key() == Qt::Key_Escape) return event->ignore();  // it closes sheets
+  const Exit exit = exitOf(*event, hasSelection(), !isReadOnly());
   if (exit == Exit::None) return QsciScintilla::keyPressEvent(event);
   QWidget::focusNextPrevChild(exit == Exit::Next);  // NOLINT(bugprone-parent-virtual-call): its own stays
 }

@@ -32,6 +32,9 @@ class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
   void setSyntax(SyntaxType type) override;
   void setLook(const ScriptLook& look) override;
   void setLineNumbersVisible(bool visible) override;
+  void setWrapsLines(bool wraps) override { setWrapMode(wraps ? WrapWord : WrapNone); }
+  void setEditable(bool editable) override { setReadOnly(!editable); }
+  void markLine(std::optional<std::size_t> point) override;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
