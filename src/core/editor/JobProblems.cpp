@@ -275,7 +275,8 @@ bool applyFix(const SessionContext& session, const lint::Fix& fix) {
   const auto job = session.selection.launchd();
   if (!job) return false;
   const auto file = lint::mended(jobfile::fileAsEdited(job->plist()), fix);
-  const auto text = file ? propertylist::writeXml(*file) : Result<std::string>(Error{.code = Error::Code::NotFound});
+  if (!file) return false;
+  const auto text = propertylist::writeXml(*file);
   // Input of other fields that can't be saved yet must stay as it is.
   Unfinished unfinished = session.editing.unfinished();
   if (!text || !session.editing.replaceRecord(*text)) return false;
