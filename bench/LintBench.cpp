@@ -9,11 +9,11 @@
 #include "core/propertylist/Writer.h"
 #include "support/HostileFiles.h"
 
-/// Job files of a megabyte that were designed to be slow. The bytes per second should be about equal for all of them,
-/// and for each at both sizes.
 namespace mirvel::bench {
 namespace {
 
+/// Job files of a megabyte that were designed to be slow. The bytes per second should be about equal for all of them,
+/// and for each at both sizes.
 void lintHostile(benchmark::State& state, const HostileFile& hostile) {
   const std::string file = hostile.make(static_cast<std::size_t>(state.range(0)));
   for (auto _ : state) {

@@ -92,6 +92,24 @@ TEST_F(CommandsTest, WarningsDoNotFailLint) {
   EXPECT_THAT(outcome.out, HasSubstr("chmod go-w"));
 }
 
+TEST_F(CommandsTest, LintKnowsTheKindOfAJobByItsFolder) {
+  const std::string expected = "UserName: only daemons can set UserName";
+  const struct {
+    const char* name;
+    bool isAgent;
+  } table[] = {
+      {"user/LaunchAgents/a.plist", true},
+      {"local/LaunchAgents/a.plist", true},
+      {"local/LaunchDaemons/a.plist", false},
+      {"user/LaunchAgents/old/a.plist", false},
+      {"a.plist", false},
+  };
+  for (const auto& row : table) {
+    const std::string path = job(row.name, "a", {{"UserName", "root"}, {"RunAtLoad", true}});
+    EXPECT_EQ(start({"lint", path}).out.find(expected) != std::string::npos, row.isAgent) << row.name;
+  }
+}
+
 TEST_F(CommandsTest, LintJsonHasOneObjectForEachFile) {
   const std::string good = file("good.plist", goodJob);
   const Outcome outcome = start({"lint", "--json", good, "-", "/nowhere"}, badJob);

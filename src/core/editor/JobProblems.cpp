@@ -107,6 +107,7 @@ void JobProblems::setOn(bool isOn) {
   (void)m_session.foundation.defaults.setCheckJobs(isOn);  // failures have been reported
   ++m_state;
   ++m_background;
+  m_isInBackground = false;
   m_checked.clear();
   m_waiting.clear();
   m_job.reset();
@@ -220,7 +221,8 @@ void JobProblems::catalogueChanged() {
   std::erase_if(m_checked, [&](const auto& entry) { return !urls.contains(entry.first); });
   ++m_state;
   if (m_session.selection.launchd()) postpone();
-  m_delay(idleTime, [this, background = ++m_background] {
+  if (std::exchange(m_isInBackground, true)) return;  // frequent changes don't postpone the checks
+  m_delay(idleTime, [this, background = m_background] {
     if (background == m_background) checkNext();
   });
 }
@@ -233,6 +235,7 @@ void JobProblems::checkNext() {
     job = std::dynamic_pointer_cast<Launchd>(m_waiting.front().lock());
     m_waiting.pop_front();
   }
+  m_isInBackground = job != nullptr;
   if (!job) return;
   const auto goOn = [this, background = m_background] {
     if (background == m_background) checkNext();
@@ -275,13 +278,15 @@ bool applyFix(const SessionContext& session, const lint::Fix& fix) {
   const auto job = session.selection.launchd();
   if (!job) return false;
   const auto file = lint::mended(jobfile::fileAsEdited(job->plist()), fix);
-  const auto text = file ? propertylist::writeXml(*file) : Result<std::string>(Error{.code = Error::Code::NotFound});
+  if (!file) return false;
+  const auto text = propertylist::writeXml(*file);
   // Input of other fields that can't be saved yet must stay as it is.
   Unfinished unfinished = session.editing.unfinished();
   if (!text || !session.editing.replaceRecord(*text)) return false;
   const std::string& key = fix.path.front();
   unfinished.texts.erase(key);
   unfinished.tables.erase(key);
+  unfinished.trees.erase(key);
   if (key == "StartInterval" || key == "StartCalendarInterval") unfinished.rules.clear();
   session.editing.unfinished() = std::move(unfinished);
   if (session.shell.detail) session.shell.detail->showEdit();

@@ -94,7 +94,8 @@ class JobProblems {
 
   std::map<std::string, Checked> m_checked;  ///< by URL
   std::deque<std::weak_ptr<Job>> m_waiting;
-  std::uint64_t m_background = 0;  ///< counts the checks in the background
+  std::uint64_t m_background = 0;  ///< counts the checks in the background; only the last one is followed by another
+  bool m_isInBackground = false;   ///< checks are running in the background, or about to begin
   bool m_isViewOutdated = false;
 
   std::vector<Subscription> m_subscriptions;

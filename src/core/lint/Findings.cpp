@@ -33,8 +33,7 @@ Clause restClause(std::size_t count, Severity severity) {
 /// The message of an error is in English; where its code says enough, the user reads that instead.
 Clause clauseFor(const Error& error) {
   const bool isOfType = error.code == Error::Code::WrongType || error.code == Error::Code::NoForm;
-  return isOfType && !error.keyPath.empty() ? clause("the value has a type that doesn’t fit its key")
-                                            : untranslated(error.message);
+  return isOfType && !error.keyPath.empty() ? clause("the value doesn’t fit its key") : untranslated(error.message);
 }
 
 /// The path up to the first dot or bracket. Those in keys aren't escaped, but known keys have none.

@@ -27,7 +27,7 @@ enum class Severity { Error, Warning };
 /// One problem in a job file, with its location as far as it is known.
 struct Finding {
   Severity severity = Severity::Warning;
-  std::string message;     ///< in English: one clause, without location and full stop
+  std::string message = {};  ///< in English: one clause, without location and full stop
   std::size_t line = 0;    ///< 1-based; 0 if there is none: the finding concerns the whole file, or the file is binary
   std::size_t column = 0;  ///< 1-based, in bytes of the UTF-8 text
   std::optional<std::uint64_t> offset = {};  ///< in bytes; binary lists only

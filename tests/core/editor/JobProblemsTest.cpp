@@ -201,6 +201,13 @@ TEST_F(JobProblemsTest, OnlyChangedFilesAreCheckedAgainInTheBackground) {
   queue.runFor(5);
   EXPECT_EQ(checkQueue.count(), 0U);
   EXPECT_TRUE(program().problems.hasProblems(*jobNamed("b")));
+
+  for (int i = 0; i < 3; ++i) {
+    writeLinted("c", {{"Nice", i}});
+    scan();
+    queue.runFor(0.5);
+  }
+  EXPECT_GT(checkQueue.count(), 0U) << "a file that changes all the time doesn't postpone the checks forever";
 }
 
 TEST_F(JobProblemsTest, TheFilterFollowsTheResultsButKeepsTheSelectedJob) {
