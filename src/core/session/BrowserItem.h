@@ -38,7 +38,7 @@ struct BrowserItem {
   bool isContainer() const { return type() == Type::Dictionary || type() == Type::Array; }
 
   std::string name;                        ///< the key in the file; unused for the elements of an array
-  Content content;                         ///< of a leaf its value, which doesn't count while `entered` is set
+  Content content = {};                    ///< of a leaf its value, which doesn't count while `entered` is set
   std::vector<BrowserItem> children = {};  ///< the entries of a dictionary or the elements of an array
   /// The text that was entered for the value if it isn't one, such as "5x" for an integer. Empty if no value has been
   /// entered yet.

@@ -4,6 +4,7 @@
 #include <QPushButton>
 
 #include "core/editor/EditorTexts.h"
+#include "core/editor/JobProblems.h"
 #include "core/mainwindow/MenuController.h"
 #include "ui/editor/FocusPlace.h"
 #include "ui/editor/GeneralSection.h"
@@ -16,7 +17,11 @@
 namespace mirvel::ui {
 
 LaunchdDisplayViewController::LaunchdDisplayViewController(const EditorContext& theContext)
-    : LaunchdViewController(theContext), m_editButton(new QPushButton(qt(EditorTexts(localize()).edit()))) {
+    : LaunchdViewController(theContext),
+      m_problems(new ProblemsSummary(theContext)),
+      m_problemsChanged(theContext.problems.changed().subscribe([this] { m_problems->update(context()); })),
+      m_editButton(new QPushButton(qt(EditorTexts(localize()).edit()))) {
+  pane().insertWidget(0, m_problems);
   auto* bar = new ButtonBar;
   auto* reveal = new QPushButton(qt(localize().revealInFinder()));
   bar->row().addWidget(reveal);

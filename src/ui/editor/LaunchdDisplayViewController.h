@@ -34,6 +34,8 @@ class LaunchdDisplayViewController final : public LaunchdViewController {
   std::vector<StackEntry> entries(const Launchd& launchd) const override;
   Section* makeSection(StackSection section) override;
 
+  ProblemsSummary* m_problems;
+  Subscription m_problemsChanged;
   QPushButton* m_editButton;
   std::optional<Shown> m_shown;
 };

@@ -12,6 +12,7 @@
 
 #include "core/editor/EditorTexts.h"
 #include "core/editor/FieldSearch.h"
+#include "core/editor/JobProblems.h"
 #include "core/editor/SectionRows.h"
 #include "ui/editor/CompareSheet.h"
 #include "ui/editor/FieldForm.h"
@@ -69,6 +70,9 @@ void LaunchdEditViewController::makeSearch() {
   place->setContentsMargins(margins.left(), SectionGrid::sectionSpacing, margins.right(), 0);
   place->addWidget(m_searchField);
   place->addWidget(m_nothingFound);
+  m_jobProblems = new ProblemsView;
+  place->addWidget(m_jobProblems);
+  m_problemsChanged = context().problems.changed().subscribe([this] { showProblems(); });
   pane().insertLayout(0, place);
   connect(m_searchField, &QLineEdit::textChanged, this, [this] { search(); });
 }
@@ -76,6 +80,12 @@ void LaunchdEditViewController::makeSearch() {
 void LaunchdEditViewController::search() {
   const FieldSearch search(utf8(m_searchField->text()), localize());
   m_nothingFound->setVisible(!narrow(search));
+}
+
+void LaunchdEditViewController::showProblems() {
+  auto problems = fieldProblems(context());
+  for (Section* const section : sections()) section->takeProblems(problems);
+  m_jobProblems->setProblems(withKeys(std::move(problems)));
 }
 
 void LaunchdEditViewController::clearDetail() {
@@ -107,6 +117,7 @@ void LaunchdEditViewController::updateDetail() {
   const FocusPlace place(*this);
   updateSections();
   search();
+  showProblems();
   place.restore();
   m_controller.updateButtons();  // whether the job can be saved depends on the job
 }

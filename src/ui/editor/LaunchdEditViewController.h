@@ -45,12 +45,15 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   void compare(const Versions& versions, std::function<void(VersionChoice)> completion) override;
   void makeSearch();
   void search();
+  void showProblems();
   void makeButtons();
   void holdSections(bool isHeld);
 
   EditController m_controller;
   QLineEdit* m_searchField = nullptr;
   QLabel* m_nothingFound = nullptr;
+  ProblemsView* m_jobProblems = nullptr;  ///< those that no field shows
+  Subscription m_problemsChanged;
   QPushButton* m_saveButton = nullptr;
   QPushButton* m_discardButton = nullptr;
   QToolButton* m_helpButton = nullptr;

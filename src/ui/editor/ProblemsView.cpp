@@ -4,10 +4,17 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QStyle>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
+#include "core/editor/JobProblems.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/text/Bidirectional.h"
+#include "ui/editor/EditorContext.h"
+#include "ui/editor/SectionGrid.h"
 #include "ui/support/Controls.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/Labels.h"
@@ -75,6 +82,53 @@ QWidget* ProblemsView::makeLine(std::size_t index) {
   });
   layout->addWidget(button, 0, Qt::AlignTop);
   return line;
+}
+
+std::vector<FieldProblem> fieldProblems(const EditorContext& context) {
+  const Localize& localize = context.foundation.localize;
+  std::vector<FieldProblem> result;
+  for (const lint::Finding& finding : context.problems.findings()) {
+    FieldProblem problem{.key = finding.field(), .text = finding.clause.sentence(localize)};
+    const bool isOfPart = finding.keyPath != problem.key && !finding.keyPath.ends_with('.' + problem.key);
+    if (isOfPart) problem.text = bidirectionalString({finding.keyPath, problem.text}, ": ", localize.isRightToLeft());
+    if (finding.fix) {
+      problem.fixTitle = finding.fix->title.title(localize);
+      problem.fix = [context, fix = *finding.fix] {
+        if (!applyFix(context, fix)) context.platform.workspace.beep();
+      };
+    }
+    result.push_back(std::move(problem));
+  }
+  return result;
+}
+
+std::vector<FieldProblem> withKeys(std::vector<FieldProblem> problems) {
+  for (FieldProblem& problem : problems) {
+    const bool isNamed = problem.key.empty() || problem.text.find(problem.key) != std::string::npos;
+    if (!isNamed) problem.text = problem.key + ": " + problem.text;
+  }
+  return problems;
+}
+
+ProblemsSummary::ProblemsSummary(const EditorContext& context)
+    : m_button(new QToolButton), m_problems(new ProblemsView) {
+  m_button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  m_button->setIcon(IconLoader::symbol("dialog-warning"));
+  m_button->setAutoRaise(true);
+  m_button->setCheckable(true);
+  auto* const layout = new QVBoxLayout(this);
+  const QMargins margins = SectionGrid::paneMargins();
+  layout->setContentsMargins(margins.left(), SectionGrid::sectionSpacing, margins.right(), 0);
+  layout->addWidget(m_button, 0, Qt::AlignLeading);
+  layout->addWidget(m_problems);
+  connect(m_button, &QToolButton::toggled, this, [this, context] { update(context); });
+  update(context);
+}
+
+void ProblemsSummary::update(const EditorContext& context) {
+  m_button->setText(qt(problemSummary(context.problems.findings(), context.foundation.localize)));
+  m_problems->setProblems(m_button->isChecked() ? withKeys(fieldProblems(context)) : std::vector<FieldProblem>());
+  setVisible(!context.problems.findings().empty());
 }
 
 }  // namespace mirvel::ui

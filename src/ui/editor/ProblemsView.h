@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+class QToolButton;
+
 namespace mirvel::ui {
 
 /// A problem of the selected job, as lint has found it.
@@ -14,6 +16,13 @@ struct FieldProblem {
   std::string fixTitle = {};  ///< of a button that resolves the problem; empty if there is none
   std::function<void()> fix = {};
 };
+
+struct EditorContext;
+
+/// The problems of the selected job. A problem of a part of the key's value names that part.
+std::vector<FieldProblem> fieldProblems(const EditorContext& context);
+/// The problems that no field shows, each with its key.
+std::vector<FieldProblem> withKeys(std::vector<FieldProblem> problems);
 
 /// Lines with problems: a quiet mark, a sentence that can be copied, and a button if the problem can be resolved.
 /// Hidden while there are none.
@@ -29,6 +38,19 @@ class ProblemsView final : public QWidget {
 
   std::vector<FieldProblem> m_problems;
   std::vector<QWidget*> m_lines;
+};
+
+/// One line such as "2 warnings" above the details of a job, which shows the problems below it when it is clicked.
+/// Hidden while there are none.
+class ProblemsSummary final : public QWidget {
+ public:
+  explicit ProblemsSummary(const EditorContext& context);
+
+  void update(const EditorContext& context);
+
+ private:
+  QToolButton* m_button;
+  ProblemsView* m_problems;
 };
 
 }  // namespace mirvel::ui

@@ -51,6 +51,7 @@ propertylist::Dictionary everyKey() {
 /// A visible widget whose content doesn't fit, and why; empty if all of it fits.
 std::string misfit(const QWidget& widget) {
   const QWidget* const parent = widget.parentWidget();
+  if (qobject_cast<const QLineEdit*>(parent)) return {};  // Qt's own parts
   const auto* const area = qobject_cast<const QAbstractScrollArea*>(parent->parentWidget());
   const bool isScrolled = area && area->viewport() == parent;
   if (!isScrolled && !parent->rect().contains(widget.geometry())) return "outside of its parent";
