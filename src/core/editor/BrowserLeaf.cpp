@@ -8,7 +8,7 @@
 #include "core/editor/BrowserTexts.h"
 #include "core/propertylist/Numbers.h"
 #include "core/schedule/NumberText.h"
-#include "core/text/Digits.h"
+#include "core/text/Octal.h"
 
 namespace mirvel::BrowserLeaf {
 
@@ -39,9 +39,7 @@ std::optional<double> plainReal(const std::string& text) {
 /// Accepts the digits of the locale, too, but no fraction, which `parseField` would drop.
 std::optional<std::int64_t> enteredInteger(const std::string& text, const Scheduled::NumberText& numbers) {
   if (const auto plain = plainInteger(text)) return plain;
-  const auto number = numbers.parseField(text);
-  const auto exact = numbers.parseExactly(text);
-  return number && exact && static_cast<double>(*number) == *exact ? number : std::nullopt;
+  return numbers.parseWhole(text);
 }
 
 /// Accepts the shown form first, so that no locale reads its point as a grouping separator. A comma must be that of

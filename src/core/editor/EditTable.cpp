@@ -3,65 +3,114 @@
 #include <algorithm>
 #include <iterator>
 #include <numeric>
-#include <set>
 #include <utility>
 
 #include "core/editor/EditorTexts.h"
+#include "core/editor/LooksSecret.h"
+#include "core/editor/ParseEnvironment.h"
 #include "core/locale/Collator.h"
-#include "core/locale/Localize.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
 namespace {
 
-bool isEmpty(const TableRow& row) {
-  return std::all_of(row.cells.begin(), row.cells.end(), [](const std::string& cell) { return cell.empty(); });
-}
-
 const std::string& keyOf(const TableRow& row) {
   return row.cells.front();
 }
 
+/// The rows of a dictionary by their keys, since it has no order.
+std::vector<TableRow> ordered(const TableFormat& format, std::vector<TableRow> rows) {
+  if (!format.isDictionary) return rows;
+  std::stable_sort(rows.begin(), rows.end(), [](const TableRow& a, const TableRow& b) { return keyOf(a) < keyOf(b); });
+  return rows;
+}
+
 }  // namespace
 
-EditTable::EditTable(TableFormat format, Changed changed) : m_format(format), m_changed(std::move(changed)) {}
+EditTable::EditTable(TableFormat format, const Scheduled::NumberText& numbers, Changed changed)
+    : m_format(format), m_numbers(numbers), m_changed(std::move(changed)) {}
 
 bool EditTable::isSortable() const {
   return std::any_of(m_format.columns.begin(), m_format.columns.end(),
-                     [](const TableFormat::Column& column) { return !column.title.empty(); });
+                     [](const TableFormat::Column& column) { return column.title != nullptr; });
 }
 
 std::vector<EditTable::Offer> EditTable::offers() const {
   std::vector<Offer> result;
   for (const TableFormat::MenuItem& item : m_format.menu) {
-    const bool isThere =
-        std::any_of(m_rows.begin(), m_rows.end(), [&](const TableRow& row) { return keyOf(row) == item.title; });
-    result.push_back({.item = item, .isEnabled = !isThere});
+    result.push_back({.item = item, .isEnabled = indexOf(std::string(item.title)) == m_rows.size()});
   }
   return result;
 }
 
-void EditTable::fill(const std::vector<TableRow>& rows) {
-  // Rows without text aren't in the record, so a refill after an undo elsewhere must not remove them.
-  if (filledRows(rows) == filledRows(m_rows)) return;
+/// The number of rows if none has that name.
+std::size_t EditTable::indexOf(const std::string& name) const {
+  const auto found =
+      std::find_if(m_rows.begin(), m_rows.end(), [&](const TableRow& row) { return keyOf(row) == name; });
+  return static_cast<std::size_t>(std::distance(m_rows.begin(), found));
+}
+
+bool EditTable::fill(const std::vector<TableRow>& rows) {
   std::vector<TableRow> result = rows;
-  // Unfinished rows may include the empty ones already.
-  if (std::none_of(rows.begin(), rows.end(), isEmpty)) {
-    std::copy_if(m_rows.begin(), m_rows.end(), std::back_inserter(result), isEmpty);
+  for (TableRow& row : result) {
+    row.cells.resize(m_format.columns.size());
+    if (!row.recorded.empty()) row.recorded.resize(m_format.columns.size());
   }
+  auto written = writtenRows(m_format, result, m_numbers);
+  if (ordered(m_format, written) == ordered(m_format, writtenRows(m_format, m_rows, m_numbers))) return false;
+  // Blank rows aren't in the record, so a refill after an undo elsewhere must not remove them. Unfinished rows may
+  // include them already.
+  const auto isPending = [this](const TableRow& row) { return row.recorded.empty() && isBlank(m_format, row); };
+  if (std::none_of(result.begin(), result.end(), isPending)) {
+    std::copy_if(m_rows.begin(), m_rows.end(), std::back_inserter(result), isPending);
+  }
+  takeIds(result);
   m_rows = std::move(result);
-  for (TableRow& row : m_rows) row.cells.resize(m_format.columns.size());
-  m_reported = filledRows(m_rows);
+  m_reported = std::move(written);
+  m_refused = refusedCells(m_format, m_rows, m_numbers);
   m_order.resize(m_rows.size());
   std::iota(m_order.begin(), m_order.end(), 0);
   updateOrder();
+  return true;
+}
+
+/// Gives each new row the identifier of an equal old one or, if the text of a row has changed in place, of the old one
+/// at its index.
+void EditTable::takeIds(const std::vector<TableRow>& rows) {
+  std::vector<std::optional<Id>> ids(rows.size());
+  std::vector<bool> isTaken(m_rows.size());
+  const auto isEqual = [&](std::size_t old, const TableRow& row) {
+    return old < m_rows.size() && !isTaken[old] && m_rows[old] == row;
+  };
+  std::size_t next = 0;  // most rows follow the same one as before
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    std::size_t old = isEqual(next, rows[i]) ? next : 0;
+    while (old < m_rows.size() && !isEqual(old, rows[i])) ++old;
+    if (old == m_rows.size()) continue;
+    ids[i] = m_ids[old];
+    isTaken[old] = true;
+    next = old + 1;
+  }
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (ids[i]) continue;
+    ids[i] = i < m_rows.size() && !isTaken[i] ? m_ids[i] : m_nextId++;
+  }
+  m_ids.clear();
+  for (const auto& id : ids) m_ids.push_back(*id);
+}
+
+void EditTable::append(TableRow row) {
+  m_order.push_back(m_rows.size());
+  m_rows.push_back(std::move(row));
+  m_ids.push_back(m_nextId++);
 }
 
 std::size_t EditTable::add(std::string text) {
-  TableRow row{.isOn = true, .cells = std::vector<std::string>(m_format.columns.size())};
-  row.cells.front() = std::move(text);
-  m_order.push_back(m_rows.size());
-  m_rows.push_back(std::move(row));
+  TableRow row{.isOn = m_format.hasBox, .cells = std::vector<std::string>(m_format.columns.size())};
+  for (std::size_t i = 0; i < row.cells.size(); ++i) row.cells[i] = m_format.columns[i].initial;
+  if (!text.empty()) row.cells.front() = std::move(text);
+  append(std::move(row));
   changed(Editing::Step::Begins);
   return m_order.size() - 1;
 }
@@ -70,6 +119,7 @@ bool EditTable::remove(std::size_t position) {
   if (!isRow(position)) return false;
   const std::size_t index = m_order[position];
   m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(index));
+  m_ids.erase(m_ids.begin() + static_cast<std::ptrdiff_t>(index));
   m_order.erase(m_order.begin() + static_cast<std::ptrdiff_t>(position));
   for (std::size_t& other : m_order) other -= other > index ? 1 : 0;  // the rows after it have moved up
   changed(Editing::Step::Begins);
@@ -80,7 +130,7 @@ void EditTable::setCell(std::size_t position, std::size_t column, std::string te
   if (!isRow(position) || column >= m_format.columns.size()) return;
   const std::size_t index = m_order[position];
   m_rows[index].cells[column] = std::move(text);
-  changed(Editing::Step::Continues, std::to_string(index) + "." + std::to_string(column));
+  changed(Editing::Step::Continues, std::to_string(m_ids[index]) + "." + std::to_string(column));
 }
 
 void EditTable::setBox(std::size_t position, bool isOn) {
@@ -90,8 +140,9 @@ void EditTable::setBox(std::size_t position, bool isOn) {
 }
 
 void EditTable::changed(Editing::Step step, const std::string& cell) {
-  auto rows = filledRows(m_rows);
-  if (rows == m_reported) return;  // a row without text is no edit of the record
+  m_refused = refusedCells(m_format, m_rows, m_numbers);
+  auto rows = writtenRows(m_format, m_rows, m_numbers);
+  if (rows == m_reported) return;  // a blank row is no edit of the record
   m_reported = std::move(rows);
   if (m_changed) m_changed(step, cell);
 }
@@ -105,83 +156,60 @@ void EditTable::sort(std::size_t column, bool isAscending, const Collator& colla
 void EditTable::updateOrder() {
   if (!m_sorting) return;
   std::stable_sort(m_order.begin(), m_order.end(), [this](std::size_t a, std::size_t b) {
-    if (isEmpty(m_rows[a]) || isEmpty(m_rows[b])) return isEmpty(m_rows[b]) && !isEmpty(m_rows[a]);
+    const bool isLast = isBlank(m_format, m_rows[a]);
+    const bool isOtherLast = isBlank(m_format, m_rows[b]);
+    if (isLast || isOtherLast) return isOtherLast && !isLast;
     const auto& [column, isAscending, collator] = *m_sorting;
     const int order = collator.localizedStandardCompare(m_rows[a].cells[column], m_rows[b].cells[column]);
     return isAscending ? order < 0 : order > 0;
   });
 }
 
-std::optional<std::size_t> EditTable::refusedPosition() const {
-  const auto row = m_format.isDictionary ? unfitForDictionary(m_rows) : std::nullopt;
-  if (!row) return std::nullopt;
-  return static_cast<std::size_t>(std::distance(m_order.begin(), std::find(m_order.begin(), m_order.end(), *row)));
+std::string EditTable::copied(std::size_t position) const {
+  if (!isRow(position)) return {};
+  const TableRow& row = shownRow(position);
+  if (!m_format.hasVariables) return keyOf(row);
+  const std::string& value = row.cells.back();
+  return keyOf(row) + '=' + (value.empty() ? value : String::shellWord(value));
+}
+
+Result<void> EditTable::paste(std::string_view text) {
+  if (!m_format.hasVariables) return Error{Error::Code::BadArgument, "the table takes no text"};
+  const auto variables = parseEnvironment(text);
+  if (!variables) return variables.error();
+  for (const auto& [name, value] : *variables) {
+    const std::size_t index = indexOf(name);
+    if (index == m_rows.size()) append({.cells = {name, ""}});
+    m_rows[index].cells.back() = value;
+  }
+  changed(Editing::Step::Begins);
+  return {};
+}
+
+bool EditTable::isSecret(std::size_t position, std::size_t column) const {
+  return m_format.hasVariables && isRow(position) && column == 1 && !shownRow(position).cells[column].empty() &&
+         looksSecret(keyOf(shownRow(position)));
+}
+
+std::optional<RowProblem> EditTable::problem(std::size_t position, std::size_t column) const {
+  if (!isRow(position)) return std::nullopt;
+  const auto found = std::find_if(m_refused.begin(), m_refused.end(), [&](const RefusedCell& cell) {
+    return cell.row == m_order[position] && cell.column == column;
+  });
+  return found == m_refused.end() ? std::nullopt : std::optional(found->problem);
+}
+
+std::optional<EditTable::Cell> EditTable::refusedCell() const {
+  if (m_refused.empty()) return std::nullopt;
+  const auto row = std::find(m_order.begin(), m_order.end(), m_refused.front().row);
+  return Cell{static_cast<std::size_t>(std::distance(m_order.begin(), row)), m_refused.front().column};
 }
 
 std::optional<InvalidField> EditTable::refuse(const std::string& key, const Localize& localize) const {
-  const auto position = refusedPosition();
-  if (!position) return std::nullopt;
-  const std::string& name = keyOf(shownRow(*position));
+  if (m_refused.empty()) return std::nullopt;
+  const auto& [row, column, problem] = m_refused.front();
   return InvalidField{.message = EditorTexts(localize).fieldCantBeSaved(key),
-                      .reason = name.empty() ? EditorTexts(localize).aRowHasNoName()
-                                             : EditorTexts(localize).moreThanOneRowIsCalled(name)};
-}
-
-std::vector<TableRow> filledRows(const std::vector<TableRow>& rows) {
-  std::vector<TableRow> result;
-  std::remove_copy_if(rows.begin(), rows.end(), std::back_inserter(result), isEmpty);
-  return result;
-}
-
-std::optional<std::size_t> unfitForDictionary(const std::vector<TableRow>& rows) {
-  std::set<std::string_view> keys;
-  for (std::size_t row = 0; row < rows.size(); ++row) {
-    if (isEmpty(rows[row])) continue;
-    if (keyOf(rows[row]).empty() || !keys.insert(keyOf(rows[row])).second) return row;
-  }
-  return std::nullopt;
-}
-
-std::vector<TableRow> rowsOf(const jobfile::StringMap<bool>& entries) {
-  std::vector<TableRow> rows;
-  for (const auto& [key, isOn] : entries) rows.push_back({.isOn = isOn, .cells = {key}});
-  return rows;
-}
-
-std::vector<TableRow> rowsOf(const jobfile::StringMap<std::string>& entries) {
-  std::vector<TableRow> rows;
-  for (const auto& [key, value] : entries) rows.push_back({.cells = {key, value}});
-  return rows;
-}
-
-std::vector<TableRow> rowsOf(const std::vector<std::string>& texts) {
-  std::vector<TableRow> rows;
-  rows.reserve(texts.size());
-  for (const std::string& text : texts) rows.push_back({.cells = {text}});
-  return rows;
-}
-
-namespace {
-
-template <typename Container, typename Insert>
-void collect(const std::vector<TableRow>& rows, std::optional<Container>& result, Insert insert) {
-  result.emplace();
-  for (const TableRow& row : filledRows(rows)) insert(*result, row);
-  if (result->empty()) result.reset();
-}
-
-}  // namespace
-
-void fromRows(const std::vector<TableRow>& rows, std::optional<jobfile::StringMap<bool>>& entries) {
-  collect(rows, entries, [](auto& result, const TableRow& row) { result.insert_or_assign(keyOf(row), row.isOn); });
-}
-
-void fromRows(const std::vector<TableRow>& rows, std::optional<jobfile::StringMap<std::string>>& entries) {
-  collect(rows, entries, [](auto& result, const TableRow& row) { result.insert_or_assign(keyOf(row), row.cells[1]); });
-}
-
-void fromRows(const std::vector<TableRow>& rows, std::optional<std::vector<std::string>>& texts) {
-  collect(rows, texts, [](auto& result, const TableRow& row) { result.push_back(keyOf(row)); });
+                      .reason = text(problem, m_format.columns[column], keyOf(m_rows[row]), localize)};
 }
 
 }  // namespace mirvel

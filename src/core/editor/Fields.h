@@ -9,11 +9,13 @@
 #include <vector>
 
 #include "core/catalogue/Kind.h"
-#include "core/editor/EditTable.h"
 #include "core/editor/SectionStack.h"
+#include "core/editor/TableFormat.h"
 #include "core/editor/ValueTexts.h"
 #include "core/jobfile/Plist.h"
+#include "core/ports/Interface.h"
 #include "core/propertylist/Value.h"
+#include "core/session/Editing.h"
 
 /// The keys of a job file in the details and the editor. The table in Fields.cpp has one row for each key; a new key is
 /// one more row.
@@ -33,10 +35,11 @@ struct FieldAccess {
   void (*remove)(jobfile::Plist& plist) = nullptr;
   /// The value for the read-only view; null if there is nothing to show.
   std::optional<propertylist::Value> (*display)(const jobfile::Plist& plist, const ValueTexts& texts) = nullptr;
-  /// The value for a control. Always absent for keys that can't be edited.
+  /// The value for a control. Absent for keys of types that no control shows.
   FieldValue (*read)(const jobfile::Plist& plist) = nullptr;
   /// Writes a value of the type that `read` returns, or removes the key if the value is absent. A value of another type
-  /// changes nothing.
+  /// changes nothing. A list or dictionary without rows is removed, unless the file has it empty, or with values that
+  /// no row shows.
   void (*write)(jobfile::Plist& plist, const FieldValue& value) = nullptr;
 };
 
@@ -48,6 +51,8 @@ struct Field {
     ThreeStateBox,  ///< on, off or absent, for keys whose absence means neither
     Text,
     Number,  ///< an integer in the digits of the locale
+    Slider,  ///< the same, with a slider from `lowest` to `highest`; the number can be outside of them
+    Mask,    ///< a file mode creation mask: an octal number, with a box for each permission that it withholds
     File,    ///< a path, with a button that opens a panel
     Folder,  ///< the same for a folder
     PopUp,   ///< one of `choices`, or absent
@@ -76,6 +81,9 @@ struct Field {
   std::string_view placeholder = {};  ///< of an empty text field, such as the default value
   std::span<const Choice> choices = {};
   TableFormat table = {};
+  std::int64_t lowest = 0;
+  std::int64_t highest = 0;
+  bool fillsSection = false;       ///< the section's header is its title, and it has the width of the section
   std::string_view keywords = {};  ///< words for which users search besides the key and the title
 };
 
@@ -93,7 +101,10 @@ std::string titleOf(const Field& field, const Localize& localize);
 /// Whether jobs of that kind use the key.
 bool appliesTo(const Field& field, Kind kind);
 
-/// The value of a check box after a click that left it on or off.
+/// Whether the text of a field is a number.
+bool isNumber(const Field& field);
+
+/// The value of a box after a click that left it on or off.
 FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld);
 
 /// The text of a single field, and the rows of a table: as entered if they can't be saved, otherwise those of the
@@ -107,11 +118,14 @@ std::vector<TableRow> fieldRows(const Field& field, const jobfile::Plist& plist,
 /// for a number, is stored in `unfinished` and leaves the record unchanged.
 void enterText(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, jobfile::Plist& plist,
                Unfinished& unfinished);
-void enterRows(const Field& field, const std::vector<TableRow>& rows, jobfile::Plist& plist, Unfinished& unfinished);
+void enterRows(const Field& field, const std::vector<TableRow>& rows, const Scheduled::NumberText& numbers,
+               jobfile::Plist& plist, Unfinished& unfinished);
 /// Writes a value and discards unfinished input of the field. Removing `KeepAlive` also discards that of its
 /// conditions.
 void enter(const Field& field, const FieldValue& value, jobfile::Plist& plist, Unfinished& unfinished);
-/// The reason why the text of a number field can't be saved; null if it can.
+/// The mask for the boxes of a mask field: that of the record or, without one, the default.
+std::int64_t shownMask(const Field& field, const jobfile::Plist& plist);
+/// The reason why the text of a number or mask field can't be saved; null if it can.
 std::optional<InvalidField> refuse(const Field& field, const Unfinished& unfinished, const Localize& localize);
 
 }  // namespace mirvel

@@ -6,11 +6,11 @@
 
 #include "core/editor/BrowserSchema.h"
 #include "core/editor/Fields.h"
+#include "core/editor/LooksSecret.h"
 #include "core/editor/NestedRows.h"
 #include "core/editor/ValueTexts.h"
 #include "core/files/URL.h"
 #include "core/session/Foundation.h"
-#include "core/text/Digits.h"
 
 namespace mirvel {
 
@@ -38,7 +38,9 @@ Rows rowsWithText(StackSection section, const Plist& plist, const ValueTexts& te
 Rows environmentRows(const Plist& plist, const Collator& collator) {
   Rows rows;
   if (!plist.environmentVariables) return rows;
-  for (const auto& [name, value] : *plist.environmentVariables) rows.push_back({name, value});
+  for (const auto& [name, value] : *plist.environmentVariables) {
+    rows.push_back({.key = name, .value = value, .isSecret = !value.empty() && looksSecret(name)});
+  }
   NestedRows::sortByKey(rows, collator);
   return rows;
 }

@@ -15,6 +15,7 @@ namespace mirvel {
 struct KeyValueItem {
   std::string key;
   propertylist::Value value;
+  bool isSecret = false;  ///< concealed until the user asks for it
 
   bool operator==(const KeyValueItem&) const = default;
 };

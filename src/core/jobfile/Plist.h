@@ -26,7 +26,8 @@
 namespace mirvel::jobfile {
 
 /// The values of `ProcessType` that launchd knows. The record can contain others.
-inline constexpr std::array<std::string_view, 4> processTypes = {"Background", "Standard", "Adaptive", "Interactive"};
+inline constexpr std::array<std::string_view, 5> processTypes = {"Background", "Standard", "Adaptive", "Interactive",
+                                                                 "System"};
 
 /// The record of a launchd job file: a field for each key that the program knows, and the content of the file, so that
 /// a save keeps everything else. The reference for the meaning of the keys is launchd.plist(5).

@@ -2,6 +2,7 @@
 
 #include "core/jobfile/Keys.h"
 #include "core/text/Digits.h"
+#include "core/text/Octal.h"
 
 namespace mirvel::jobfile {
 
@@ -36,6 +37,15 @@ std::optional<std::int64_t> decimalNumber(std::string_view text) {
 
 std::string_view ResourceLimits::text(CodingKeys key) {
   return limitKeyTexts[static_cast<std::size_t>(key)];
+}
+
+std::span<const ResourceLimits::Member> ResourceLimits::members() {
+  static constexpr auto all = std::apply(
+      [](const auto&... key) {
+        return std::array{Member{key.text, key.field}...};
+      },
+      limitKeys);
+  return all;
 }
 
 void decode(const propertylist::Node& node, const Place& place, ResourceLimits& result) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "core/propertylist/Node.h"
@@ -29,6 +30,12 @@ struct ResourceLimits {
   };
   /// The key as in the file: "CPU".
   static std::string_view text(CodingKeys key);
+  struct Member {
+    std::string_view key;
+    std::optional<std::int64_t> ResourceLimits::*limit;
+  };
+  /// All limits, in the order of the enumeration.
+  static std::span<const Member> members();
 
   std::optional<std::int64_t> core = {};               ///< of a core file
   std::optional<std::int64_t> cpu = {};                ///< seconds of processor time

@@ -28,8 +28,12 @@ struct Shell;
 struct TableRow {
   bool isOn = false;
   std::vector<std::string> cells = {};
+  /// The cells as they were read from the record; empty for a row that was added. As long as they are the same, the row
+  /// is written even if it is empty.
+  std::vector<std::string> recorded = {};
 
-  bool operator==(const TableRow&) const = default;
+  /// Whether they look the same.
+  bool operator==(const TableRow& other) const { return isOn == other.isOn && cells == other.cells; }
 };
 
 /// Input of the editor that can't be stored in a job file as it is, such as a number that isn't one. It stays in its

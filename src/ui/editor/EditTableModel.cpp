@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 #include "ui/support/Controls.h"
@@ -12,55 +13,142 @@
 
 namespace mirvel::ui {
 
-EditTableModel::EditTableModel(EditTable& table, const Collator& collator, QString name, QObject* parent)
-    : QAbstractTableModel(parent), m_table(table), m_collator(collator), m_name(std::move(name)) {}
+namespace {
+
+std::vector<EditTable::Id> idsOf(const EditTable& table) {
+  std::vector<EditTable::Id> ids;
+  for (std::size_t i = 0; i < table.order().size(); ++i) ids.push_back(table.id(i));
+  return ids;
+}
+
+}  // namespace
+
+EditTableModel::EditTableModel(EditTable& table, const Collator& collator, const Localize& localize, QString name,
+                               QObject* parent)
+    : QAbstractTableModel(parent),
+      m_table(table),
+      m_collator(collator),
+      m_localize(localize),
+      m_name(std::move(name)) {}
+
+const TableFormat::Column& EditTableModel::column(int column) const {
+  return m_table.format().columns[static_cast<std::size_t>(column)];
+}
+
+/// The position of the row in the table, which the views learn of later; null if it is gone.
+std::optional<std::size_t> EditTableModel::position(const QModelIndex& index) const {
+  if (!index.isValid() || index.row() >= rowCount()) return std::nullopt;
+  const auto row = static_cast<std::size_t>(index.row());
+  const std::size_t count = m_table.order().size();
+  if (row < count && m_table.id(row) == m_shown[row]) return row;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (m_table.id(i) == m_shown[row]) return i;
+  }
+  return std::nullopt;
+}
 
 void EditTableModel::repaintAll() {
   if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }
 
-void EditTableModel::fill(const std::vector<TableRow>& rows) {
-  EditTable after = m_table;
-  after.fill(rows);
-  const auto shown = [](const EditTable& table, std::size_t position) { return table.shownRow(position); };
-  const std::size_t before = m_table.rows().size();
-  const std::size_t now = after.rows().size();
-  const std::size_t shorter = std::min(before, now);
-  std::size_t first = 0;
-  while (first < shorter && shown(m_table, first) == shown(after, first)) ++first;
-  std::size_t tail = 0;
-  while (tail < shorter - first && shown(m_table, before - 1 - tail) == shown(after, now - 1 - tail)) ++tail;
+/// Notifies the views of rows that the table has or hasn't any more.
+void EditTableModel::follow() {
+  const auto now = idsOf(m_table);
+  removeVanished(now);
+  appendNew(now);
+  reorder(now);
+  repaintAll();
+}
 
-  const int end = static_cast<int>(shorter - tail);  // of the rows that change in place
-  if (now > before) beginInsertRows({}, end, end + static_cast<int>(now - before) - 1);
-  if (now < before) beginRemoveRows({}, end, end + static_cast<int>(before - now) - 1);
-  m_table.fill(rows);
-  if (now > before) endInsertRows();
-  if (now < before) endRemoveRows();
-  for (int row = static_cast<int>(first); row < end; ++row) {
+/// Updates open editors, which a view does only if their cell alone has changed.
+void EditTableModel::followTexts() {
+  follow();
+  for (int row = 0; row < rowCount(); ++row) {
     for (int column = 0; column < columnCount(); ++column) emit dataChanged(index(row, column), index(row, column));
   }
-  repaintAll();
+}
+
+void EditTableModel::removeVanished(const std::vector<EditTable::Id>& now) {
+  const std::unordered_set<EditTable::Id> ids(now.begin(), now.end());
+  for (int row = rowCount() - 1; row >= 0; --row) {
+    if (ids.contains(m_shown[static_cast<std::size_t>(row)])) continue;
+    beginRemoveRows({}, row, row);
+    m_shown.erase(m_shown.begin() + row);
+    endRemoveRows();
+  }
+}
+
+void EditTableModel::appendNew(const std::vector<EditTable::Id>& now) {
+  const std::unordered_set<EditTable::Id> ids(m_shown.begin(), m_shown.end());
+  std::vector<EditTable::Id> added;
+  std::copy_if(now.begin(), now.end(), std::back_inserter(added), [&](EditTable::Id id) { return !ids.contains(id); });
+  if (added.empty()) return;
+  beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(added.size()) - 1);
+  m_shown.insert(m_shown.end(), added.begin(), added.end());
+  endInsertRows();
+}
+
+void EditTableModel::reorder(const std::vector<EditTable::Id>& now) {
+  if (m_shown == now) return;
+  emit layoutAboutToBeChanged({}, VerticalSortHint);
+  const auto before = std::exchange(m_shown, now);
+  for (const QModelIndex& old : persistentIndexList()) {
+    const auto found = std::find(now.begin(), now.end(), before[static_cast<std::size_t>(old.row())]);
+    changePersistentIndex(old, index(static_cast<int>(std::distance(now.begin(), found)), old.column()));
+  }
+  emit layoutChanged({}, VerticalSortHint);
+}
+
+void EditTableModel::fill(const std::vector<TableRow>& rows) {
+  if (m_table.fill(rows)) followTexts();
 }
 
 int EditTableModel::add(const std::string& text) {
-  const int row = rowCount();
-  beginInsertRows({}, row, row);
   (void)m_table.add(text);  // appended, so its position is known
-  endInsertRows();
-  repaintAll();
-  return row;
+  follow();
+  return rowCount() - 1;
 }
 
 void EditTableModel::removeAt(int row) {
-  beginRemoveRows({}, row, row);
-  (void)m_table.remove(static_cast<std::size_t>(row));  // true, as the row exists
-  endRemoveRows();
+  const auto place = position(index(row, 0));
+  if (place && m_table.remove(*place)) follow();
+}
+
+Result<void> EditTableModel::paste(const std::string& text) {
+  auto result = m_table.paste(text);
+  if (result) followTexts();
+  return result;
+}
+
+void EditTableModel::setShowsSecrets(bool isShown) {
+  m_showsSecrets = isShown;
   repaintAll();
 }
 
+bool EditTableModel::hasSecrets() const {
+  for (std::size_t row = 0; row < m_table.order().size(); ++row) {
+    for (std::size_t column = 0; column < m_table.format().columns.size(); ++column) {
+      if (m_table.isSecret(row, column)) return true;
+    }
+  }
+  return false;
+}
+
+QString EditTableModel::placeholder(const QModelIndex& index) const {
+  const auto row = position(index);
+  const auto text = column(index.column()).placeholder;
+  return row && text && m_table.shownRow(*row).recorded.empty() ? qt(text(m_localize)) : QString();
+}
+
+QString EditTableModel::problem(const QModelIndex& index) const {
+  const auto row = position(index);
+  const auto problem = row ? m_table.problem(*row, static_cast<std::size_t>(index.column())) : std::nullopt;
+  if (!problem) return {};
+  return qt(text(*problem, column(index.column()), m_table.shownRow(*row).cells.front(), m_localize));
+}
+
 int EditTableModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(m_table.order().size());
+  return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
 }
 
 int EditTableModel::columnCount(const QModelIndex& parent) const {
@@ -70,40 +158,53 @@ int EditTableModel::columnCount(const QModelIndex& parent) const {
 Qt::ItemFlags EditTableModel::flags(const QModelIndex& index) const {
   Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
   if (!index.isValid() || !m_isEditable) return flags;
-  const TableFormat& format = m_table.format();
-  if (format.columns[static_cast<std::size_t>(index.column())].isEditable) flags |= Qt::ItemIsEditable;
-  if (format.hasBox && index.column() == 0) flags |= Qt::ItemIsUserCheckable;
+  if (column(index.column()).isEditable) flags |= Qt::ItemIsEditable;
+  if (m_table.format().hasBox && index.column() == 0) flags |= Qt::ItemIsUserCheckable;
   return flags;
 }
 
 QVariant EditTableModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || index.row() >= rowCount()) return {};
-  const TableRow& row = m_table.shownRow(static_cast<std::size_t>(index.row()));
-  const auto column = static_cast<std::size_t>(index.column());
+  const auto place = position(index);
+  if (!place) return {};
+  const TableRow& row = m_table.shownRow(*place);
+  const std::string& text = row.cells[static_cast<std::size_t>(index.column())];
+  const bool isConcealed = !m_showsSecrets && m_table.isSecret(*place, static_cast<std::size_t>(index.column()));
   switch (role) {
     case Qt::DisplayRole:
+      return isConcealed ? bullets() : qt(text);
     case Qt::EditRole:
-      return qt(row.cells[column]);
+      return qt(text);
     case Qt::ToolTipRole:
-      return shownToolTip(row.cells[column]);
+      return toolTip(index, isConcealed ? std::string() : text);
+    case Qt::AccessibleDescriptionRole:
+      return problem(index);
     case Qt::CheckStateRole:
-      if (!m_table.format().hasBox || column != 0) return {};
+      if (!m_table.format().hasBox || index.column() != 0) return {};
       return row.isOn ? Qt::Checked : Qt::Unchecked;
     case Qt::TextAlignmentRole:
-      if (!m_table.format().columns[column].isPath) return {};
+      if (!column(index.column()).isPath) return {};
       return static_cast<int>(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);
     default:
       return {};
   }
 }
 
+/// The reason why the cell can't be saved or, for an item of a menu, its help.
+QVariant EditTableModel::toolTip(const QModelIndex& index, const std::string& text) const {
+  const QString reason = problem(index);
+  if (!reason.isEmpty()) return reason;
+  const auto menu = m_table.format().menu;
+  const auto item = std::find_if(menu.begin(), menu.end(), [&](const auto& each) { return each.title == text; });
+  return item == menu.end() ? shownToolTip(text) : helpText(item->help);
+}
+
 bool EditTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (!index.isValid() || index.row() >= rowCount()) return false;
-  const auto row = static_cast<std::size_t>(index.row());
+  const auto row = position(index);
+  if (!row) return false;
   if (role == Qt::CheckStateRole) {
-    m_table.setBox(row, value.toInt() == Qt::Checked);
+    m_table.setBox(*row, value.toInt() == Qt::Checked);
   } else if (role == Qt::EditRole) {
-    m_table.setCell(row, static_cast<std::size_t>(index.column()), utf8(value.toString()));
+    m_table.setCell(*row, static_cast<std::size_t>(index.column()), utf8(value.toString()));
   } else {
     return false;
   }
@@ -113,23 +214,16 @@ bool EditTableModel::setData(const QModelIndex& index, const QVariant& value, in
 
 QVariant EditTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return {};
-  const QString title = qt(m_table.format().columns[static_cast<std::size_t>(section)].title);
-  if (role == Qt::DisplayRole) return title;
-  if (role == Qt::AccessibleTextRole) return title.isEmpty() ? m_name : title;
+  const auto text = column(section).title;
+  if (role == Qt::DisplayRole) return text ? qt(text(m_localize)) : QString();
+  if (role == Qt::AccessibleTextRole) return text ? qt(text(m_localize)) : m_name;
   return {};
 }
 
 void EditTableModel::sort(int column, Qt::SortOrder order) {
   if (column < 0) return;
-  emit layoutAboutToBeChanged({}, VerticalSortHint);
-  const auto before = m_table.order();
   m_table.sort(static_cast<std::size_t>(column), order == Qt::AscendingOrder, m_collator);
-  const auto& after = m_table.order();
-  for (const QModelIndex& old : persistentIndexList()) {
-    const auto found = std::find(after.begin(), after.end(), before[static_cast<std::size_t>(old.row())]);
-    changePersistentIndex(old, index(static_cast<int>(std::distance(after.begin(), found)), old.column()));
-  }
-  emit layoutChanged({}, VerticalSortHint);
+  reorder(idsOf(m_table));
 }
 
 EditTableDelegate::EditTableDelegate(EditTableModel& model, QObject* parent)
@@ -137,10 +231,6 @@ EditTableDelegate::EditTableDelegate(EditTableModel& model, QObject* parent)
   connect(this, &QAbstractItemDelegate::closeEditor, this, [this](QWidget*, EndEditHint hint) {
     if (hint == RevertModelCache) m_model.setData(m_edited, m_original, Qt::EditRole);
   });
-}
-
-bool EditTableDelegate::isPath(int column) const {
-  return m_model.table().format().columns[static_cast<std::size_t>(column)].isPath;
 }
 
 QString EditTableDelegate::displayText(const QVariant& value, const QLocale& /*locale*/) const {
@@ -155,9 +245,12 @@ QWidget* EditTableDelegate::createEditor(QWidget* parent, const QStyleOptionView
   m_edited = index;
   m_original = index.data(Qt::EditRole).toString();
   // The editor's text is at the position of the displayed one.
-  const bool isAtLeft = option.direction == Qt::LeftToRight || isPath(index.column());
+  const bool isPath = m_model.column(index.column()).isPath;
+  const bool isAtLeft = option.direction == Qt::LeftToRight || isPath;
   field->setAlignment(Qt::AlignAbsolute | Qt::AlignVCenter | (isAtLeft ? Qt::AlignLeft : Qt::AlignRight));
-  if (isPath(index.column())) field->setLayoutDirection(Qt::LeftToRight);
+  if (isPath) field->setLayoutDirection(Qt::LeftToRight);
+  field->setPlaceholderText(m_model.placeholder(index));
+  field->setAccessibleName(m_model.headerData(index.column(), Qt::Horizontal, Qt::AccessibleTextRole).toString());
   connect(field, &QLineEdit::textChanged, this,
           [this](const QString& text) { m_model.setData(m_edited, text, Qt::EditRole); });
   return field;
@@ -173,9 +266,12 @@ void EditTableDelegate::setEditorData(QWidget* editor, const QModelIndex& index)
 void EditTableDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
   option->palette = boxPalette(option->palette);
-  if (isPath(index.column())) option->text = leftToRight(option->text);
-  const auto refused = m_model.table().refusedPosition();
-  if (refused && *refused == static_cast<std::size_t>(index.row())) {
+  if (option->text.isEmpty()) {
+    option->text = m_model.placeholder(index);
+    option->palette.setColor(QPalette::Text, option->palette.color(QPalette::PlaceholderText));
+  }
+  if (m_model.column(index.column()).isPath) option->text = leftToRight(option->text);
+  if (!m_model.problem(index).isEmpty()) {
     option->palette.setColor(QPalette::Text, invalidData(option->palette));
   }
 }

@@ -1,11 +1,12 @@
 #include "ui/editor/EditTableView.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QStyle>
-#include <QTableView>
 #include <QToolButton>
 #include <algorithm>
 #include <utility>
@@ -17,6 +18,7 @@
 #include "core/text/Bidirectional.h"
 #include "ui/editor/ChooseFile.h"
 #include "ui/editor/EditTableModel.h"
+#include "ui/editor/TableCells.h"
 #include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
 #include "ui/support/ShownText.h"
@@ -28,33 +30,10 @@ namespace {
 constexpr int fewestRows = 4;  // visible
 constexpr int mostRows = 8;
 
-/// A table view that Tab leaves after the last cell, whereas Qt would continue with the first one.
-class CellView final : public QTableView {
- protected:
-  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override {
-    const QModelIndex next = hint == QAbstractItemDelegate::EditNextItem       ? neighbour(1)
-                             : hint == QAbstractItemDelegate::EditPreviousItem ? neighbour(-1)
-                                                                               : QModelIndex();
-    const bool isTab = hint == QAbstractItemDelegate::EditNextItem || hint == QAbstractItemDelegate::EditPreviousItem;
-    QTableView::closeEditor(editor, isTab ? QAbstractItemDelegate::NoHint : hint);
-    if (!next.isValid()) return;
-    setCurrentIndex(next);
-    edit(next);
-  }
-
- private:
-  QModelIndex neighbour(int step) const {
-    const int columns = model()->columnCount();
-    for (int cell = currentIndex().row() * columns + currentIndex().column() + step;
-         cell >= 0 && cell < model()->rowCount() * columns; cell += step) {
-      const QModelIndex index = model()->index(cell / columns, cell % columns);
-      if (index.flags().testFlag(Qt::ItemIsEditable)) return index;
-    }
-    return {};
-  }
-};
-
-bool isOurs(int key) {
+bool isOurs(const QKeyEvent& press) {
+  if (press.matches(QKeySequence::Copy) || press.matches(QKeySequence::Paste)) return true;
+  if ((press.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return false;
+  const int key = press.key();
 #ifdef __APPLE__
   if (key == Qt::Key_Backspace) return true;
 #endif
@@ -63,17 +42,18 @@ bool isOurs(int key) {
 
 }  // namespace
 
-EditTableView::EditTableView(const Foundation& foundation, const Platform& platform, const TableFormat& format,
-                             std::string key)
+EditTableView::EditTableView(const Foundation& foundation, const Platform& platform,
+                             const Scheduled::NumberText& numbers, const TableFormat& format, std::string key)
     : m_localize(foundation.localize),
       m_platform(platform),
       m_key(std::move(key)),
-      m_table(format,
+      m_table(format, numbers,
               [this](Editing::Step step, const std::string& cell) {
                 if (changed) changed(step, cell);
+                updateSecrets();
               }),
-      m_model(new EditTableModel(m_table, foundation.collator, qt(m_key), this)),
-      m_view(new CellView) {
+      m_model(new EditTableModel(m_table, foundation.collator, m_localize, qt(m_key), this)),
+      m_view(new TableCells) {
   prepareView();
   makeButtons();
   auto* const buttons = new QHBoxLayout;
@@ -81,6 +61,7 @@ EditTableView::EditTableView(const Foundation& foundation, const Platform& platf
   buttons->addWidget(m_addButton);
   buttons->addWidget(m_deleteButton);
   buttons->addStretch();
+  buttons->addWidget(m_showButton);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
@@ -89,6 +70,7 @@ EditTableView::EditTableView(const Foundation& foundation, const Platform& platf
   setFocusProxy(m_view);
   fitHeight();
   updateButtons();
+  updateSecrets();
 }
 
 /// Deletes the view before the rows: an open cell editor commits when it loses the focus.
@@ -112,10 +94,17 @@ void EditTableView::prepareView() {
                           QAbstractItemView::EditKeyPressed);
   m_view->verticalHeader()->hide();
   m_view->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  // The rest is for what the user types.
+  for (std::size_t i = 0; i + 1 < m_table.format().columns.size(); ++i) {
+    const bool isFixed = !m_table.format().columns[i].isEditable;
+    if (isFixed) m_view->horizontalHeader()->setSectionResizeMode(static_cast<int>(i), QHeaderView::ResizeToContents);
+  }
   m_view->horizontalHeader()->setVisible(m_table.isSortable());
   m_view->horizontalHeader()->setHighlightSections(false);
   m_view->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
   m_view->setSortingEnabled(m_table.isSortable());
+  m_view->copyRow = [this] { copy(); };
+  m_view->pasteRows = [this] { paste(); };
   m_view->installEventFilter(this);
 }
 
@@ -125,6 +114,12 @@ void EditTableView::makeButtons() {
   };
   m_addButton = symbolButton("list-add", named(EditorTexts(m_localize).add()));
   m_deleteButton = symbolButton("list-remove", named(m_localize.delete_()));
+  m_showButton = new QToolButton;
+  m_showButton->setText(qt(EditorTexts(m_localize).showValues()));
+  m_showButton->setCheckable(true);
+  m_showButton->setFocusPolicy(Qt::TabFocus);
+  m_showButton->setAccessibleName(qt(named(EditorTexts(m_localize).showValues())));
+  connect(m_showButton, &QToolButton::toggled, this, [this](bool isOn) { m_model->setShowsSecrets(isOn); });
   connect(m_addButton, &QToolButton::clicked, this, [this] { add(); });
   connect(m_deleteButton, &QToolButton::clicked, this, [this] { deleteSelected(); });
   connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { updateButtons(); });
@@ -136,8 +131,13 @@ void EditTableView::updateButtons() {
   m_deleteButton->setEnabled(m_view->selectionModel()->hasSelection());
 }
 
+void EditTableView::updateSecrets() {
+  m_showButton->setVisible(m_model->hasSecrets());
+}
+
 void EditTableView::fill(const std::vector<TableRow>& rows) {
   m_model->fill(rows);
+  updateSecrets();
   fitHeight();
 }
 
@@ -148,11 +148,26 @@ void EditTableView::setEditable(bool isEditable) {
 }
 
 std::optional<InvalidField> EditTableView::refuse() {
-  const auto row = m_table.refusedPosition();
-  if (!row) return std::nullopt;
+  const auto cell = m_table.refusedCell();
+  if (!cell) return std::nullopt;
   m_view->setFocus();
-  m_view->setCurrentIndex(m_model->index(static_cast<int>(*row), 0));
+  m_view->setCurrentIndex(m_model->index(static_cast<int>(cell->position), static_cast<int>(cell->column)));
   return m_table.refuse(m_key, m_localize);
+}
+
+/// Copies the text itself even if it is concealed, as the user asks for it.
+void EditTableView::copy() {
+  if (!m_view->selectionModel()->hasSelection()) return;
+  QGuiApplication::clipboard()->setText(qt(m_table.copied(static_cast<std::size_t>(m_view->currentIndex().row()))));
+}
+
+void EditTableView::paste() {
+  if (!m_isEditable) return;
+  const auto pasted = m_model->paste(utf8(QGuiApplication::clipboard()->text()));
+  fitHeight();
+  if (pasted || pasted.error().code != Error::Code::Malformed) return;
+  const EditorTexts texts(m_localize);
+  m_platform.interface.error(texts.lineIsNoVariable(std::to_string(pasted.error().line)), texts.nothingWasPasted());
 }
 
 void EditTableView::add() {
@@ -212,14 +227,14 @@ bool EditTableView::eventFilter(QObject* watched, QEvent* event) {
   if (watched == m_view && event->type() == QEvent::FocusIn) selectForKeys(*static_cast<const QFocusEvent*>(event));
   const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
   if (watched != m_view || !isKey || !m_view->hasFocus()) return QWidget::eventFilter(watched, event);
-  const auto* const press = static_cast<const QKeyEvent*>(event);
-  const bool isPlain = (press->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-  if (!isPlain || !isOurs(press->key())) return QWidget::eventFilter(watched, event);
+  const auto& press = *static_cast<const QKeyEvent*>(event);
+  if (!isOurs(press)) return QWidget::eventFilter(watched, event);
   if (event->type() == QEvent::ShortcutOverride) {
     event->accept();  // otherwise the menu command with the same key would delete the job
     return true;
   }
-  return pressed(press->key());
+  pressed(press);
+  return true;
 }
 
 /// Selects a row when the table gets the focus by keyboard, as no key would select the only row.
@@ -229,20 +244,19 @@ void EditTableView::selectForKeys(const QFocusEvent& event) {
   m_view->setCurrentIndex(m_model->index(std::max(0, m_view->currentIndex().row()), 0));
 }
 
-bool EditTableView::pressed(int key) {
-  switch (key) {
+void EditTableView::pressed(const QKeyEvent& press) {
+  if (press.matches(QKeySequence::Copy)) return copy();
+  if (press.matches(QKeySequence::Paste)) return paste();
+  switch (press.key()) {
     case Qt::Key_Insert:
-      add();
-      break;
+      return add();
     case Qt::Key_Return:
     case Qt::Key_Enter:
       if (m_view->currentIndex().flags().testFlag(Qt::ItemIsEditable)) m_view->edit(m_view->currentIndex());
-      break;
+      return;
     default:
-      deleteSelected();
-      break;
+      return deleteSelected();
   }
-  return true;
 }
 
 void EditTableView::changeEvent(QEvent* event) {

@@ -7,7 +7,8 @@
 #include "core/editor/EditTable.h"
 #include "core/ports/Interface.h"
 
-class QTableView;
+class QFocusEvent;
+class QKeyEvent;
 class QToolButton;
 
 namespace mirvel {
@@ -18,16 +19,19 @@ struct Platform;
 namespace mirvel::ui {
 
 class EditTableModel;
+class TableCells;
 
 /// A small table with one to three columns and buttons that add and delete rows. By keyboard: Insert adds, Delete
-/// deletes, Return and F2 edit a cell, Tab goes on to the next one, Escape restores the text.
+/// deletes, Return and F2 edit a cell, Tab goes on to the next one, Escape restores the text. Secret values are
+/// concealed until a button is pressed.
 class EditTableView final : public QWidget {
   Q_OBJECT
 
  public:
-  /// `key` names the table in messages and for assistive technology. The foundation, the platform and the columns of
-  /// the format outlive it.
-  EditTableView(const Foundation& foundation, const Platform& platform, const TableFormat& format, std::string key);
+  /// `key` names the table in messages and for assistive technology. The other references and the columns of the format
+  /// outlive it.
+  EditTableView(const Foundation& foundation, const Platform& platform, const Scheduled::NumberText& numbers,
+                const TableFormat& format, std::string key);
 
   ~EditTableView() override;
 
@@ -50,13 +54,16 @@ class EditTableView final : public QWidget {
   void makeButtons();
   void prepareView();
   void selectForKeys(const QFocusEvent& event);
-  bool pressed(int key);
+  void pressed(const QKeyEvent& press);
+  void copy();
+  void paste();
   void add();
   void addChosen(const OpenPanel& panel);
   void showMenu();
   void addRow(const std::string& text);
   void deleteSelected();
   void updateButtons();
+  void updateSecrets();
   void fitHeight();
 
   const Localize& m_localize;
@@ -64,9 +71,10 @@ class EditTableView final : public QWidget {
   const std::string m_key;
   EditTable m_table;
   EditTableModel* m_model;
-  QTableView* m_view;
+  TableCells* m_view;
   QToolButton* m_addButton = nullptr;
   QToolButton* m_deleteButton = nullptr;
+  QToolButton* m_showButton = nullptr;
   bool m_isEditable = true;
 };
 

@@ -7,7 +7,12 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QSlider>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cstdint>
 #include <string>
+#include <utility>
 
 #include "core/base/Const.h"
 #include "core/editor/EditorTexts.h"
@@ -20,6 +25,7 @@
 #include "ui/editor/ChooseFile.h"
 #include "ui/editor/EditTableView.h"
 #include "ui/editor/FieldCell.h"
+#include "ui/editor/MaskControl.h"
 #include "ui/editor/SectionGrid.h"
 #include "ui/support/Controls.h"
 #include "ui/support/Palettes.h"
@@ -33,15 +39,20 @@ namespace {
 using Control = Field::Control;
 using Step = Editing::Step;
 
-Qt::CheckState stateOf(const FieldValue& value) {
+Qt::CheckState stateOf(const Field& field, const FieldValue& value) {
   const bool* const isOn = std::get_if<bool>(&value);
-  if (!isOn) return Qt::PartiallyChecked;
-  return *isOn ? Qt::Checked : Qt::Unchecked;
+  if (!isOn && field.control == Control::ThreeStateBox) return Qt::PartiallyChecked;
+  return (isOn ? *isOn : field.ifAbsent) ? Qt::Checked : Qt::Unchecked;
 }
 
-FieldValue valueOf(Qt::CheckState state) {
-  return state == Qt::PartiallyChecked ? FieldValue() : FieldValue(state == Qt::Checked);
-}
+/// The wheel scrolls past it, even if it has the focus.
+class Slider final : public QSlider {
+ public:
+  Slider() : QSlider(Qt::Horizontal) {}
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
 
 }  // namespace
 
@@ -79,6 +90,10 @@ FieldCell& FieldForm::makeCell(const Entry& entry) {
 
 void FieldForm::remove(const Field& field) {
   edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, {}, plist, unfinished); });
+  refill();
+}
+
+void FieldForm::refill() {
   if (const auto job = m_section.context().selection.launchd()) m_section.configure(*job);
 }
 
@@ -88,6 +103,8 @@ void FieldForm::add(std::span<const Field> fields, SectionGrid& grid) {
     FieldCell& cell = make(field);
     if (field.control == Control::CheckBox || field.control == Control::ThreeStateBox) {
       grid.addRow(cell);
+    } else if (field.fillsSection) {
+      grid.addWidget(&cell, grid.rowCount(), 0, 1, -1);
     } else {
       grid.addText(titleOf(field, m_section.localize()), cell, cell.textTop());
     }
@@ -133,9 +150,12 @@ bool FieldForm::narrow(const FieldSearch& search) {
 FieldForm::Entry FieldForm::makeEntry(const Field& field) {
   switch (field.control) {
     case Control::CheckBox:
-      return makeBox(field);
     case Control::ThreeStateBox:
-      return makeThreeStateBox(field);
+      return makeBox(field);
+    case Control::Slider:
+      return makeSlider(field);
+    case Control::Mask:
+      return makeMask(field);
     case Control::File:
     case Control::Folder:
       return makePath(field);
@@ -152,37 +172,32 @@ FieldForm::Entry FieldForm::makeEntry(const Field& field) {
 }
 
 template <typename Write>
-void FieldForm::edit(const Field& field, Step step, std::string_view place, const Write& write) {
+bool FieldForm::edit(const Field& field, Step step, std::string_view place, const Write& write) {
   Launchd* const job = m_section.markJobChanged(step, std::string(field.key).append(place));
-  if (!job) return;
+  if (!job) return false;
   write(job->plist(), m_section.context().editing.unfinished());
   if (written) written(field);
+  return true;
 }
 
+/// With three states, a click leads from absent to on, to off, and back to absent, which is Qt's order.
 FieldForm::Entry FieldForm::makeBox(const Field& field) {
   auto* const box = new CheckBox(literalTitle(qt(titleOf(field, m_section.localize()))));
-  connect(box, &QCheckBox::toggled, this, [this, &field](bool isOn) {
-    const FieldValue value = clicked(field, isOn, optionHeld());
-    edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, value, plist, unfinished); });
-  });
+  box->setTristate(field.control == Control::ThreeStateBox);
+  connect(box, &QCheckBox::stateChanged, this, [this, &field, box] { clickBox(field, *box); });
   return {.field = &field, .control = box, .fill = [&field, box](const Launchd& launchd) {
-            const FieldValue value = field.access.read(launchd.plist());
-            const bool* const isOn = std::get_if<bool>(&value);
-            box->setChecked(isOn ? *isOn : field.ifAbsent);
+            box->setCheckState(stateOf(field, field.access.read(launchd.plist())));
           }};
 }
 
-/// Qt's order of the states: a click leads from absent to on, to off, and back to absent.
-FieldForm::Entry FieldForm::makeThreeStateBox(const Field& field) {
-  auto* const box = new CheckBox(literalTitle(qt(titleOf(field, m_section.localize()))));
-  box->setTristate();
-  connect(box, &QCheckBox::stateChanged, this, [this, &field](int state) {
-    const FieldValue value = valueOf(static_cast<Qt::CheckState>(state));
-    edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, value, plist, unfinished); });
-  });
-  return {.field = &field, .control = box, .fill = [&field, box](const Launchd& launchd) {
-            box->setCheckState(stateOf(field.access.read(launchd.plist())));
-          }};
+void FieldForm::clickBox(const Field& field, QCheckBox& box) {
+  const bool isOn = box.checkState() == Qt::Checked;
+  const FieldValue value = box.checkState() == Qt::PartiallyChecked ? FieldValue() : clicked(field, isOn, optionHeld());
+  const bool isEdit =
+      edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, value, plist, unfinished); });
+  if (!isEdit) return;
+  const QSignalBlocker quiet(box);
+  box.setCheckState(stateOf(field, value));  // another one if the click has removed the key
 }
 
 void FieldForm::enterTextOf(const Field& field, QLineEdit& text, Step step) {
@@ -194,7 +209,7 @@ void FieldForm::enterTextOf(const Field& field, QLineEdit& text, Step step) {
 
 /// Shows why a text can't be saved, in place of the help.
 void FieldForm::mark(const Field& field, QLineEdit& text) {
-  if (field.control != Control::Number) return;
+  if (!isNumber(field)) return;
   const auto invalid = mirvel::refuse(field, m_section.context().editing.unfinished(), m_section.localize());
   markInvalidData(text, invalid ? qt(invalid->reason) : QString());
   invalid ? text.setToolTip(qt(invalid->reason)) : setHelp(text, field.help);
@@ -230,6 +245,61 @@ FieldForm::Entry FieldForm::makeText(const Field& field) {
                 if (invalid) text->setFocus();
                 return invalid;
               }};
+}
+
+/// The slider follows the text, which shows numbers outside of its range, too, and can be empty.
+FieldForm::Entry FieldForm::makeSlider(const Field& field) {
+  Entry entry = makeText(field);
+  auto* const slider = new Slider;
+  slider->setRange(static_cast<int>(field.lowest), static_cast<int>(field.highest));
+  slider->setAccessibleName(qt(titleOf(field, m_section.localize())));
+  setHelp(*slider, field.help);
+  QLineEdit* const text = entry.text;
+  connect(slider, &QSlider::valueChanged, text, [text](int value) { text->setText(QString::number(value)); });
+  const auto follow = [this, &field, slider] {
+    const auto job = m_section.context().selection.launchd();
+    const FieldValue value = job ? field.access.read(job->plist()) : FieldValue();
+    const auto* const number = std::get_if<std::int64_t>(&value);
+    const QSignalBlocker quiet(slider);
+    slider->setValue(number ? static_cast<int>(std::clamp(*number, field.lowest, field.highest)) : 0);
+  };
+  connect(text, &QLineEdit::textChanged, slider, follow);
+  entry.fill = [fillText = std::move(entry.fill), follow](const Launchd& launchd) {
+    fillText(launchd);
+    follow();
+  };
+  auto* const row = new QWidget;
+  auto* const layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(slider, 2);
+  layout->addWidget(text, 1);
+  row->setFocusProxy(text);
+  entry.control = row;
+  return entry;
+}
+
+FieldForm::Entry FieldForm::makeMask(const Field& field) {
+  Entry entry = makeText(field);
+  const Localize& localize = m_section.localize();
+  auto* const mask = new MaskControl(*entry.text, titleOf(field, localize), field.help, localize);
+  const auto follow = [this, &field, mask] {
+    const auto job = m_section.context().selection.launchd();
+    const bool isValid = !m_section.context().editing.unfinished().texts.contains(field.key);
+    if (job) mask->setMask(shownMask(field, job->plist()), isValid);
+  };
+  connect(entry.text, &QLineEdit::textChanged, mask, follow);
+  entry.fill = [fillText = std::move(entry.fill), follow](const Launchd& launchd) {
+    fillText(launchd);
+    follow();
+  };
+  mask->clicked = [this, &field](const Octal::Mask& withheld) {
+    edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) {
+      enter(field, Octal::withMask(shownMask(field, plist), withheld), plist, unfinished);
+    });
+    refill();
+  };
+  entry.control = mask;
+  return entry;
 }
 
 FieldForm::Entry FieldForm::makePath(const Field& field) {
@@ -284,7 +354,7 @@ void FieldForm::showPathMenu(const Field& field, QLineEdit& text, const QWidget&
 
 void FieldForm::writePath(const Field& field, const std::string& path) {
   edit(field, Step::Begins, {}, [&](auto& plist, auto& unfinished) { enter(field, path, plist, unfinished); });
-  if (const auto job = m_section.context().selection.launchd()) m_section.configure(*job);
+  refill();
 }
 
 /// Replaces the text, as a step of its own for undo.
@@ -322,16 +392,23 @@ FieldForm::Entry FieldForm::makePopUp(const Field& field) {
 void FieldForm::fillPopUp(const Field& field, QComboBox& popUp, const Launchd& launchd) {
   const FieldValue value = field.access.read(launchd.plist());
   const auto* const text = std::get_if<std::string>(&value);
+  // Of a job that was shown before.
+  for (int i = popUp.count() - 1; i > static_cast<int>(field.choices.size()); --i) {
+    if (!text || popUp.itemData(i) != qt(*text)) popUp.removeItem(i);
+  }
   if (!text) return popUp.setCurrentIndex(0);
   if (popUp.findData(qt(*text)) < 0) popUp.addItem(qt(*text), qt(*text));
   popUp.setCurrentIndex(popUp.findData(qt(*text)));
 }
 
 FieldForm::Entry FieldForm::makeTable(const Field& field) {
-  auto* const table = new EditTableView(m_section.context().foundation, m_section.context().platform, field.table,
-                                        std::string(field.key));
-  table->changed = [this, &field, table](Step step, const std::string& cell) {
-    edit(field, step, cell, [&](auto& plist, auto& unfinished) { enterRows(field, table->rows(), plist, unfinished); });
+  const EditorContext& context = m_section.context();
+  const Scheduled::NumberText& numbers = context.schedules.numbers();
+  auto* const table =
+      new EditTableView(context.foundation, context.platform, numbers, field.table, std::string(field.key));
+  table->changed = [this, &field, &numbers, table](Step step, const std::string& cell) {
+    edit(field, step, cell,
+         [&](auto& plist, auto& unfinished) { enterRows(field, table->rows(), numbers, plist, unfinished); });
   };
   return {.field = &field,
           .control = table,

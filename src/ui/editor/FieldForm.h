@@ -11,6 +11,7 @@
 #include "core/editor/SectionStack.h"
 #include "ui/editor/Section.h"
 
+class QCheckBox;
 class QComboBox;
 class QLineEdit;
 
@@ -57,8 +58,10 @@ class FieldForm final : public QObject {
 
   Entry makeEntry(const Field& field);
   Entry makeBox(const Field& field);
-  Entry makeThreeStateBox(const Field& field);
+  void clickBox(const Field& field, QCheckBox& box);
   Entry makeText(const Field& field);
+  Entry makeSlider(const Field& field);
+  Entry makeMask(const Field& field);
   Entry makePath(const Field& field);
   QWidget* makeChooseButton(const Field& field, QLineEdit& text);
   QWidget* makePathMenuButton(const Field& field, QLineEdit& text);
@@ -73,9 +76,10 @@ class FieldForm final : public QObject {
   void updateScope(const Entry& entry, Kind kind);
   FieldCell& makeCell(const Entry& entry);
   void remove(const Field& field);
-  /// Writes an edit by `write(record, unfinished)`.
+  void refill();
+  /// Writes an edit by `write(record, unfinished)`. Returns false while the form is being filled.
   template <typename Write>
-  void edit(const Field& field, Editing::Step step, std::string_view place, const Write& write);
+  bool edit(const Field& field, Editing::Step step, std::string_view place, const Write& write);
 
   Section& m_section;
   std::vector<Entry> m_entries;

@@ -63,7 +63,10 @@ void KeyValueSection::setKeyValues(const std::vector<KeyValueItem>& items, Delet
   m_grid = new QWidget;
   m_cells = new SectionGrid(m_grid);
   m_cells->setVerticalSpacing(SectionGrid::columnSpacing / 2);
-  m_cells->setColumnMinimumWidth(2, deletable == Deletable::Yes ? SectionGrid::columnSpacing : 0);
+  const bool hasButtons =
+      deletable == Deletable::Yes ||
+      std::any_of(items.begin(), items.end(), [](const KeyValueItem& item) { return item.isSecret; });
+  m_cells->setColumnMinimumWidth(2, hasButtons ? SectionGrid::columnSpacing : 0);
   const std::size_t count = std::min(items.size(), mostShownRows);
   for (std::size_t i = 0; i < count; ++i) addRow(items[i]);
   if (count < items.size()) m_cells->addWidget(new SecondaryLabel(QStringLiteral("…")), m_cells->rowCount(), 1);
@@ -83,12 +86,12 @@ void KeyValueSection::addRow(const KeyValueItem& item) {
     row.cells.push_back(cell);
   };
   QWidget* value = makeValue(item);
-  QWidget* button = m_deletable == Deletable::Yes ? makeDeleteButton(item.key) : nullptr;
+  QWidget* button = makeButton(item, *value);
   // Label, value and button are centred on the first line of the value.
   const int height = std::max(firstLineHeight(*value), button ? button->sizeHint().height() : 0);
   if (!item.value.as<bool>()) {
     auto* label = new KeyLabel(item.key, this);
-    if (!button) label->setForegroundRole(QPalette::PlaceholderText);
+    if (m_deletable == Deletable::No) label->setForegroundRole(QPalette::PlaceholderText);
     addCell(lowered(label, (height - firstLineHeight(*label)) / 2), 0);
   }
   addCell(lowered(value, (height - firstLineHeight(*value)) / 2), 1);
@@ -99,19 +102,42 @@ void KeyValueSection::addRow(const KeyValueItem& item) {
 QWidget* KeyValueSection::makeValue(const KeyValueItem& item) const {
   if (const auto* isOn = item.value.as<bool>()) return makeBox(item.key, *isOn);
   const auto* text = item.value.as<std::string>();
-  auto* value = new ValueText(shownText(text ? *text : description(item.value, m_localize)));
+  auto* value =
+      new ValueText(item.isSecret ? bullets() : shownText(text ? *text : description(item.value, m_localize)));
   value->setAccessibleName(shownText(item.key));
   return value;
 }
 
-QWidget* KeyValueSection::makeDeleteButton(const std::string& key) {
-  auto* button = new QPushButton(qt(m_localize.delete_()));
+/// The button at the end of a row; null if there is none.
+QWidget* KeyValueSection::makeButton(const KeyValueItem& item, QWidget& value) {
+  if (m_deletable == Deletable::Yes) return makeDeleteButton(item.key);
+  auto* const text = item.isSecret ? dynamic_cast<ValueText*>(&value) : nullptr;
+  return text ? makeShowButton(item, *text) : nullptr;
+}
+
+QPushButton* KeyValueSection::makeSmallButton(const std::string& title, const std::string& key) {
+  auto* button = new QPushButton(qt(title));
   QFont font = button->font();
   font.setPointSizeF(font.pointSizeF() * 0.85);
   button->setFont(font);
   button->setAttribute(Qt::WA_MacSmallSize);
-  button->setAccessibleName(
-      shownText(bidirectionalString({m_localize.delete_(), key}, Const::separator, m_localize.isRightToLeft())));
+  button->setAccessibleName(shownText(bidirectionalString({title, key}, Const::separator, m_localize.isRightToLeft())));
+  return button;
+}
+
+/// Shows a secret value while it is pressed in.
+QWidget* KeyValueSection::makeShowButton(const KeyValueItem& item, ValueText& value) {
+  auto* button = makeSmallButton(m_localize.show(), item.key);
+  button->setCheckable(true);
+  const auto* const text = item.value.as<std::string>();
+  connect(button, &QPushButton::toggled, &value, [&value, shown = shownText(text ? *text : std::string())](bool isOn) {
+    value.setPlainText(isOn ? shown : bullets());
+  });
+  return button;
+}
+
+QWidget* KeyValueSection::makeDeleteButton(const std::string& key) {
+  auto* button = makeSmallButton(m_localize.delete_(), key);
   connect(button, &QPushButton::clicked, this, [this, key] { deleteRow(key); });
   return button;
 }

@@ -10,12 +10,15 @@
 #include "core/editor/ValueTexts.h"
 #include "ui/editor/Section.h"
 
+class QPushButton;
+
 namespace mirvel::ui {
 
 class SectionGrid;
+class ValueText;
 
-/// Read-only rows of keys and values, which can have buttons to delete them. Shows at most 300 rows, and truncates long
-/// texts.
+/// Read-only rows of keys and values, which can have buttons to delete them. Secret values are concealed until a button
+/// is pressed. Shows at most 300 rows, and truncates long texts.
 class KeyValueSection final : public QWidget {
  public:
   enum class Deletable { No, Yes };
@@ -38,6 +41,9 @@ class KeyValueSection final : public QWidget {
   void dropGrid();
   void addRow(const KeyValueItem& item);
   QWidget* makeValue(const KeyValueItem& item) const;
+  QWidget* makeButton(const KeyValueItem& item, QWidget& value);
+  QPushButton* makeSmallButton(const std::string& title, const std::string& key);
+  QWidget* makeShowButton(const KeyValueItem& item, ValueText& value);
   QWidget* makeDeleteButton(const std::string& key);
   void deleteRow(const std::string& key);
   void dropRow(std::vector<Row>::iterator row);

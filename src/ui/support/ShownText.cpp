@@ -24,6 +24,10 @@ QString shownToolTip(std::string_view text) {
   return QStringLiteral("<qt>") + shown.toHtmlEscaped() + QStringLiteral("</qt>");
 }
 
+QString bullets() {
+  return {8, QChar(0x2022)};
+}
+
 QString helpText(std::string_view help) {
   if (help.empty()) return {};
   QString text = qt(help).toHtmlEscaped();

@@ -19,6 +19,9 @@ QString shownToolTip(std::string_view text);
 /// Inserts zero-width spaces after the words of a key, as a label breaks lines only at spaces.
 QString breakable(const QString& key);
 
+/// What is shown in place of a secret text, whatever its length.
+QString bullets();
+
 /// A help text as a tool tip: literal, and wrapped at a readable width, which Qt does for rich text only.
 QString helpText(std::string_view help);
 /// Gives a control its help text, on hover and for assistive technology.

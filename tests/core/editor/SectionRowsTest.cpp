@@ -39,15 +39,15 @@ bool isSectionShown(const Plist& plist, StackSection section) {
   return std::find(shown.begin(), shown.end(), section) != shown.end();
 }
 
-/// "Key=text", and a box as "Key[x]" or "Key[ ]".
+/// "Key=text", "Key*=text" if it is secret, and a box as "Key[x]" or "Key[ ]".
 Texts texts(const std::vector<KeyValueItem>& rows) {
   Texts result;
-  for (const auto& [key, value] : rows) {
+  for (const auto& [key, value, isSecret] : rows) {
     if (const auto* isOn = value.as<bool>()) {
       result.push_back(key + (*isOn ? "[x]" : "[ ]"));
     } else {
       const auto* text = value.as<std::string>();
-      result.push_back(key + "=" + (text ? *text : "not a text"));
+      result.push_back(key + (isSecret ? "*=" : "=") + (text ? *text : "not a text"));
     }
   }
   return result;
@@ -148,8 +148,8 @@ TEST(SectionRowsTest, EachSectionShowsItsKeysInItsOrderAndTreesByTheirNames) {
       {StackSection::Miscellaneous, {{"Umask", 0}}, {"Umask=000"}},
       {StackSection::Miscellaneous, {{"Umask", "no number"}}, {}},
       {StackSection::EnvironmentVariables,
-       {{"EnvironmentVariables", Dictionary{{"V10", "b"}, {"V2", "a"}, {"PATH", ""}}}},
-       {"PATH=", "V2=a", "V10=b"}},
+       {{"EnvironmentVariables", Dictionary{{"V10", "b"}, {"V2", "a"}, {"API_KEY", ""}, {"TOKEN", "x"}}}},
+       {"API_KEY=", "TOKEN*=x", "V2=a", "V10=b"}},
       {StackSection::Deprecated,
        {{"inetdCompatibility", Dictionary{{"Wait", true}, {"Instances", 1000}}},
         {"LimitLoadToHosts", Array{"h", "i"}},

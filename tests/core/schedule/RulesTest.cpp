@@ -283,5 +283,51 @@ TEST(NumberTextTest, NumbersAreParsedInTheFormatOfTheLocale) {
   }
 }
 
+TEST(NumberTextTest, OnlyWholeNumbersInDigitsOrGroupedLikeTheLocaleAreExact) {
+  const struct {
+    const char* locale;
+    const char* text;
+    std::optional<std::int64_t> number;
+  } table[] = {
+      {"en", "0", 0},
+      {"en", "007", 7},
+      {"en", "-12", -12},
+      {"en", "1,000", 1000},
+      {"en", "-1,234,567", -1234567},
+      {"en", "-9223372036854775808", INT64_MIN},
+      {"en", "9223372036854775808", std::nullopt},
+      {"en", "99999999999999999999", std::nullopt},
+      {"en", "1,2", std::nullopt},
+      {"en", "10,00", std::nullopt},
+      {"en", "1,000,", std::nullopt},
+      {"en", "1.5", std::nullopt},
+      {"en", "1.0", std::nullopt},
+      {"en", "1.000", std::nullopt},
+      {"en", "", std::nullopt},
+      {"en", "-", std::nullopt},
+      {"en", "--1", std::nullopt},
+      {"en", "+1", std::nullopt},
+      {"en", " 1", std::nullopt},
+      {"en", "5m", std::nullopt},
+      {"en", "x", std::nullopt},
+      {"en", "0x10", std::nullopt},
+      {"en", "\u0661", std::nullopt},
+      {"en", "\xff", std::nullopt},
+      {"de", "1.000", 1000},
+      {"de", "1,000", std::nullopt},
+      {"fr", "1 000", 1000},
+      {"fr", "1\u202f000", 1000},
+      {"sv", "\u22125", -5},
+      {"sv", "-5", -5},
+      {"ar_EG", "\u0661\u0662", 12},
+      {"ar_EG", "12", 12},
+      {"ar_EG", "\u0661\u066c\u0662\u0663\u0664", 1234},
+      {"ar_EG", "-\u0661", -1},
+  };
+  for (const auto& row : table) {
+    EXPECT_EQ(NumberText(row.locale).parseWhole(row.text), row.number) << row.locale << ": " << row.text;
+  }
+}
+
 }  // namespace
 }  // namespace mirvel::Scheduled

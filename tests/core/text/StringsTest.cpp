@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/text/Digits.h"
+#include "core/text/Octal.h"
 #include "core/text/Text.h"
 
 namespace mirvel {
@@ -146,8 +147,49 @@ TEST(DigitsTest, OnlyDigitsOfTheBaseAreRead) {
 }
 
 TEST(DigitsTest, MasksHaveAtLeastThreeOctalDigits) {
-  const std::pair<std::int64_t, const char*> rows[] = {{18, "022"}, {0, "000"}, {4095, "7777"}, {-18, "-22"}};
-  for (const auto& [mask, shown] : rows) EXPECT_EQ(Octal::displayString(mask), shown);
+  const struct {
+    std::int64_t mask;
+    const char* digits;
+    const char* prepared;
+    const char* shown;
+  } rows[] = {
+      {18, "22", "022", "022"}, {0, "0", "000", "000"}, {4095, "7777", "777", "7777"}, {-18, "-22", "-22", "-22"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(Octal::fromInt(row.mask), row.digits);
+    EXPECT_EQ(Octal::preparedString(row.digits), row.prepared);
+    EXPECT_EQ(Octal::displayString(row.mask), row.shown);
+  }
+}
+
+TEST(DigitsTest, AMaskWithholdsPermissionsFromEachClassOfUsers) {
+  using Octal::Attribute;
+  using Octal::Mask;
+  const Attribute all{true, true, true};
+  const struct {
+    std::int64_t number;
+    Mask mask;
+    const char* file;
+    const char* folder;
+  } rows[] = {
+      {0, {}, "rw-rw-rw-", "rwxrwxrwx"},
+      {022, {Attribute{}, Attribute{.write = true}, Attribute{.write = true}}, "rw-r--r--", "rwxr-xr-x"},
+      {077, {Attribute{}, all, all}, "rw-------", "rwx------"},
+      {0421, {Attribute{.read = true}, Attribute{.write = true}, Attribute{.execute = true}}, "-w-r--rw-", "-wxr-xrw-"},
+      {07777, {all, all, all}, "---------", "---------"},
+      {-1, {all, all, all}, "---------", "---------"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.number);
+    EXPECT_EQ(Octal::mask(row.number), row.mask);
+    EXPECT_EQ(Octal::withMask(row.number, row.mask), row.number) << "bits of no class are kept";
+    EXPECT_EQ(Octal::newFile(row.number), row.file);
+    EXPECT_EQ(Octal::newFolder(row.number), row.folder);
+  }
+  EXPECT_EQ(Octal::withMask(07022, Octal::mask(0)), 07000);
+  for (char digit = '0'; digit <= '7'; ++digit) {
+    EXPECT_EQ(Octal::maskCharacter(Octal::attribute(digit)), digit);
+  }
+  EXPECT_EQ(Octal::attribute('8'), Attribute());
 }
 
 TEST(TextTest, CommandsAreSplitLikeAShellDoes) {

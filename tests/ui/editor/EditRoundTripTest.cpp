@@ -1,12 +1,13 @@
 #include <gmock/gmock.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QScrollArea>
+#include <QSlider>
 #include <QTimeEdit>
 #include <QToolButton>
 #include <functional>
 #include <random>
-#include <set>
 
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
@@ -36,15 +37,27 @@ class Monkey {
     } else if (auto* popUp = qobject_cast<QComboBox*>(chosen)) {
       popUp->setFocus();
       QTest::keyClick(popUp, below(2) == 0 ? Qt::Key_Down : Qt::Key_Up);
+    } else if (auto* slider = qobject_cast<QSlider*>(chosen)) {
+      QTest::keyClick(slider, below(2) == 0 ? Qt::Key_PageDown : Qt::Key_Up);
     } else if (auto* time = qobject_cast<QTimeEdit*>(chosen)) {
       time->setTime(QTime(static_cast<int>(below(24)), static_cast<int>(below(60))));
     } else {
       type(*chosen);
     }
+    closePopUps();
     return name;
   }
 
  private:
+  /// Chooses an item of the menu that is open, if there is one.
+  void closePopUps() {
+    while (QWidget* const popUp = QApplication::activePopupWidget()) {
+      const auto items = popUp->actions();
+      if (!items.empty()) items[static_cast<int>(below(static_cast<std::size_t>(items.size())))]->trigger();
+      popUp->close();
+    }
+  }
+
   std::vector<QWidget*> usableControls() const {
     std::vector<QWidget*> result;
     for (auto* section : m_window.details().currentWidget()->findChildren<QScrollArea*>()) {
@@ -60,7 +73,7 @@ class Monkey {
     if (const auto* clicked = qobject_cast<const QToolButton*>(&widget)) return !clicked->menu();
     return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QComboBox*>(&widget) ||
            qobject_cast<const QLineEdit*>(&widget) || qobject_cast<const QPlainTextEdit*>(&widget) ||
-           qobject_cast<const QTimeEdit*>(&widget);
+           qobject_cast<const QTimeEdit*>(&widget) || qobject_cast<const QSlider*>(&widget);
   }
 
   void type(QWidget& field) {
@@ -95,6 +108,18 @@ std::string generated(Monkey& monkey) {
        propertylist::Array{daily, weekly, propertylist::Dictionary{{"Day", 31}, {"Month", 2}}}},
       {"UserName", "ada"},
       {"InitGroups", true},
+      {"WatchPaths", propertylist::Array{"/x", ""}},
+      {"QueueDirectories", propertylist::Array{}},
+      {"EnvironmentVariables", propertylist::Dictionary{{"", "none"}, {"A", "1"}, {"B", 5}}},
+      {"Nice", static_cast<int>(monkey.below(50))},
+      {"ExitTimeOut", 5.0},
+      {"ProcessType", "Odd"},
+      {"LimitLoadToSessionType", "Aqua"},
+      {"LimitLoadToHardware",
+       propertylist::Dictionary{{"machine", propertylist::Array{}}, {"model", propertylist::Array{"A", ""}}}},
+      {"SoftResourceLimits", propertylist::Dictionary{{"CPU", 60}, {"Odd", 1}}},
+      {"MaterializeDatalessFiles", false},
+      {"Umask", "022"},
       {"Debug", true},
       {"TimeOut", 5},
       {"Unheard", propertylist::Array{"of", 1}},
@@ -106,16 +131,12 @@ std::string generated(Monkey& monkey) {
   return testdata::jobText("org.generated", std::move(chosen));
 }
 
-/// The keys that the editor can change, of the files in these tests.
+/// Whether the editor has a control for the key, or can delete it.
 bool isEditable(const std::string& key) {
-  // clang-format off
-  static const std::set<std::string, std::less<>> keys = {
-      "Label", "Disabled", "Program", "ProgramArguments", "RunAtLoad", "KeepAlive", "StartOnMount", "UserName",
-      "GroupName", "InitGroups", "StartInterval", "StartCalendarInterval", "Debug", "OnDemand", "TimeOut",
-      "ServiceIPC", "RootDirectory", "HopefullyExitsLast", "EnableGlobbing", "Unheard", "inetdCompatibility",
-      "HopefullyExitsFirst", "LimitLoadFromHosts", "LimitLoadToHosts"};
-  // clang-format on
-  return keys.contains(key);
+  for (const char* shown : {"Sockets", "MachServices", "LaunchEvents"}) {
+    if (key == shown) return false;
+  }
+  return key == "Unheard" || jobfile::Plist::codingKey(key).has_value();
 }
 
 class EditRoundTripTest : public EditorFixture {

@@ -1,6 +1,8 @@
 #include "ui/editor/EditTableView.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
@@ -9,6 +11,7 @@
 #include <QTest>
 #include <QToolButton>
 
+#include "core/schedule/NumberText.h"
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"
 #include "ui/support/QtText.h"
@@ -23,8 +26,12 @@ using Adding = TableFormat::Adding;
 constexpr TableFormat::Column textColumn[] = {{}};
 constexpr TableFormat::Column pathColumn[] = {{.isPath = true}};
 constexpr TableFormat::Column fixedColumn[] = {{.isEditable = false}};
-constexpr TableFormat::Column limitColumns[] = {{.title = "Limit", .isEditable = false}, {.title = "Value"}};
-constexpr TableFormat::Column variableColumns[] = {{.title = "Name"}, {.title = "Value"}, {.title = "Comment"}};
+constexpr TableFormat::Text nameTitle = [](const Localize& localize) { return localize.name(); };
+constexpr TableFormat::Column limitColumns[] = {{.title = nameTitle, .isEditable = false},
+                                                {.title = nameTitle, .isNumber = true}};
+constexpr TableFormat::Column tripleColumns[] = {{.title = nameTitle}, {.title = nameTitle}, {.title = nameTitle}};
+constexpr TableFormat::Column variableColumns[] = {{.title = nameTitle, .placeholder = nameTitle},
+                                                   {.title = nameTitle}};
 constexpr TableFormat::MenuItem sessions[] = {{"Aqua", "a"}, {"Background", "b"}, {"LoginWindow", "l"}};
 
 constexpr TableFormat strings{.columns = textColumn};
@@ -35,13 +42,14 @@ constexpr TableFormat files{.columns = pathColumn, .adding = Adding::FilePanel};
 constexpr TableFormat folders{.columns = pathColumn, .adding = Adding::FolderPanel};
 constexpr TableFormat types{.columns = fixedColumn, .adding = Adding::Menu, .menu = sessions};
 constexpr TableFormat limits{.columns = limitColumns, .isDictionary = true, .adding = Adding::Menu, .menu = sessions};
-constexpr TableFormat variables{.columns = variableColumns, .isDictionary = true};
+constexpr TableFormat triples{.columns = tripleColumns, .isDictionary = true};
+constexpr TableFormat variables{.columns = variableColumns, .isDictionary = true, .hasVariables = true};
 
 class EditTableViewTest : public testdata::ProgramFixture {
  protected:
   void show(const TableFormat& format, const std::vector<TableRow>& rows) {
     changes.clear();
-    table = std::make_unique<EditTableView>(foundation, platform, format, "PathState");
+    table = std::make_unique<EditTableView>(foundation, platform, numbers, format, "PathState");
     table->changed = [this](Editing::Step, const std::string&) {
       std::string text;
       for (const auto& row : table->rows()) text += (text.empty() ? "" : " ") + row.cells[0] + (row.isOn ? "+" : "-");
@@ -88,6 +96,7 @@ class EditTableViewTest : public testdata::ProgramFixture {
     return result;
   }
 
+  const Scheduled::NumberText numbers{"en"};
   Texts changes = {};  ///< the rows after each change, as "a+ b-" by their boxes
   std::unique_ptr<EditTableView> table;
 };
@@ -242,7 +251,7 @@ TEST_F(EditTableViewTest, TheListGrowsFromFourRowsToEight) {
 }
 
 TEST_F(EditTableViewTest, TabVisitsTheCellsAndLeavesAfterTheLast) {
-  show(variables, {{.cells = {"a", "1", "x"}}, {.cells = {"b", "2", "y"}}});
+  show(triples, {{.cells = {"a", "1", "x"}}, {.cells = {"b", "2", "y"}}});
   list().setCurrentIndex(cell(0, 1));
   press(Qt::Key_Return);
   std::string path;
@@ -265,11 +274,11 @@ TEST_F(EditTableViewTest, AMenuGivesTheNameAndTheValueIsTypedAtOnce) {
   chooseFirst();
   ASSERT_TRUE(isEditing());
   type("7");
-  EXPECT_EQ(table->rows(), (std::vector<TableRow>{{true, {"Aqua", "7"}}}));
+  EXPECT_EQ(table->rows(), (std::vector<TableRow>{{false, {"Aqua", "7"}}}));
 }
 
 TEST_F(EditTableViewTest, HeadersSortWhatIsShownAndEditsReachTheRightRow) {
-  show(variables, {{.cells = {"b", "1", ""}}, {.cells = {"a", "2", ""}}});
+  show(triples, {{.cells = {"b", "1", ""}}, {.cells = {"a", "2", ""}}});
   EXPECT_TRUE(list().horizontalHeader()->isVisible());
   EXPECT_EQ(shown(), (Texts{"b", "a"})) << "in the order of the file until a header is clicked";
   list().setCurrentIndex(cell(0));
@@ -315,6 +324,92 @@ TEST_F(EditTableViewTest, ALockedTableStillLetsRowsBeDeleted) {
   EXPECT_TRUE(changes.empty());
   press(Qt::Key_Delete);
   EXPECT_EQ(changes, Texts{""});
+}
+
+TEST_F(EditTableViewTest, SecretsAreConcealedUntilTheyAreAskedFor) {
+  const QString bullets = QString(8, QChar(0x2022));
+  show(variables, rowsOf(jobfile::StringMap<std::string>{{"HOME", "/h"}}));
+  EXPECT_THROW((void)button("Nothing – PathState"), std::runtime_error);
+  EXPECT_FALSE(button("Show Values – PathState").isVisible());
+  table->fill(rowsOf(jobfile::StringMap<std::string>{{"API_TOKEN", "hush"}, {"HOME", "/h"}}));
+  QToolButton& showValues = button("Show Values – PathState");
+  EXPECT_TRUE(showValues.isVisible());
+  EXPECT_EQ(cell(0, 1).data().toString(), bullets);
+  EXPECT_EQ(cell(0, 1).data(Qt::ToolTipRole).toString(), QString());
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&list())->tableInterface()->cellAt(0, 1)->text(QAccessible::Name),
+            bullets);
+  EXPECT_EQ(cell(1, 1).data().toString(), QStringLiteral("/h"));
+  list().setCurrentIndex(cell(0, 1));
+  press(Qt::Key_F2);
+  EXPECT_EQ(qobject_cast<QLineEdit*>(QApplication::focusWidget())->text(), QStringLiteral("hush"));
+  press(Qt::Key_Escape);
+  click(showValues);
+  EXPECT_EQ(cell(0, 1).data().toString(), QStringLiteral("hush"));
+  list().setCurrentIndex(cell(0, 0));
+  press(Qt::Key_F2);
+  type("X");
+  EXPECT_FALSE(showValues.isVisible()) << "no name is secret any more";
+}
+
+TEST_F(EditTableViewTest, VariablesAreCopiedAndPastedAsLines) {
+  show(variables, rowsOf(jobfile::StringMap<std::string>{{"A", "1"}, {"B", "two words"}}));
+  list().setCurrentIndex(cell(1));
+  QTest::keyClick(&list(), Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(utf8(QGuiApplication::clipboard()->text()), "B=\"two words\"");
+  QGuiApplication::clipboard()->setText(QStringLiteral("export A=\"x y\"\n\nC=3\n"));
+  QTest::keyClick(&list(), Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(shown(), (Texts{"A", "B", "C"}));
+  EXPECT_EQ(cell(0, 1).data().toString(), QStringLiteral("x y"));
+  EXPECT_EQ(changes.size(), 1U);
+  QGuiApplication::clipboard()->setText(QStringLiteral("D=4\nno variable\n"));
+  QMetaObject::invokeMethod(&list(), "paste");
+  ASSERT_EQ(interface.errors.size(), 1U);
+  EXPECT_EQ(interface.errors[0].first, "Line 2 isn’t of the form NAME=value");
+  EXPECT_EQ(changes.size(), 1U);
+  table->setEditable(false);
+  QGuiApplication::clipboard()->setText(QStringLiteral("D=4"));
+  QTest::keyClick(&list(), Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(changes.size(), 1U) << "a locked table";
+}
+
+TEST_F(EditTableViewTest, ACellThatCantBeSavedIsMarkedWithTheReasonAndGetsTheFocus) {
+  show(limits,
+       {{.cells = {"CPU", "5"}, .recorded = {"CPU", "5"}}, {.cells = {"Stack", "6"}, .recorded = {"Stack", "6"}}});
+  EXPECT_EQ(table->refuse(), std::nullopt);
+  list().setCurrentIndex(cell(1, 1));
+  press(Qt::Key_Return);
+  type("6m");
+  press(Qt::Key_Return);
+  const QString reason = QStringLiteral("The value of “Stack” isn’t a whole number");
+  EXPECT_EQ(cell(1, 1).data(Qt::ToolTipRole).toString(), reason);
+  EXPECT_EQ(cell(1, 1).data(Qt::AccessibleDescriptionRole).toString(), reason);
+  EXPECT_EQ(cell(0, 1).data(Qt::AccessibleDescriptionRole).toString(), QString());
+  list().setCurrentIndex(cell(0));
+  addButton().setFocus();
+  EXPECT_EQ(qt(table->refuse()->reason), reason);
+  EXPECT_EQ(list().currentIndex(), cell(1, 1));
+  EXPECT_TRUE(list().hasFocus());
+}
+
+TEST_F(EditTableViewTest, ARowIsAddedNamedAndGivenAValueByKeyboardAlone) {
+  show(variables, rowsOf(jobfile::StringMap<std::string>{{"A", "1"}}));
+  press(Qt::Key_Insert);
+  ASSERT_TRUE(isEditing());
+  EXPECT_EQ(qobject_cast<QLineEdit*>(QApplication::focusWidget())->placeholderText(), QStringLiteral("Name"));
+  press(Qt::Key_Escape);
+  EXPECT_TRUE(changes.empty()) << "neither adding nor Escape is an edit";
+  press(Qt::Key_Return);
+  type("B");
+  press(Qt::Key_Tab);
+  type("2");
+  press(Qt::Key_Escape);
+  EXPECT_EQ(table->rows().back().cells, (Texts{"B", ""}));
+  press(Qt::Key_Return);
+  type("4");
+  press(Qt::Key_Return);
+  EXPECT_EQ(table->rows().back().cells, (Texts{"B", "4"}));
+  press(Qt::Key_Delete);
+  EXPECT_EQ(shown(), Texts{"A"});
 }
 
 }  // namespace

@@ -2,8 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <QLabel>
+#include <QSlider>
 #include <QTextDocument>
 #include <QToolTip>
+#include <QWheelEvent>
 
 #include "ui/app/MakeMainWindow.h"
 #include "ui/editor/EditorFixture.h"
@@ -28,12 +31,13 @@ const Field fields[] = {
     madeUp("StandardOutPath", Control::File),
     madeUp("WorkingDirectory", Control::Folder),
     madeUp("SessionCreate", Control::ThreeStateBox),
-    madeUp("Nice", Control::Number),
+    madeUp("Nice", Control::Slider),
     [] {
       Field field = madeUp("ProcessType", Control::PopUp);
       field.choices = choices;
       return field;
     }(),
+    madeUp("Umask", Control::Mask),
 };
 
 class FormSection final : public Section {
@@ -257,6 +261,93 @@ TEST_F(FieldFormTest, AChosenPathReachesOnlyTheJobForWhichItWasChosen) {
     if (section) section->show();
   }
   EXPECT_FALSE(hasChanges());
+}
+
+TEST_F(FieldFormTest, OptionRemovesTheKeyOfABoxThatItTurnsOff) {
+  open({{"SessionCreate", true}});
+  auto& session = input<QCheckBox>("SessionCreate");
+  clickBox(session, Qt::AltModifier);
+  EXPECT_EQ(record().sessionCreate, std::nullopt);
+  EXPECT_EQ(session.checkState(), Qt::PartiallyChecked);
+  clickBox(session, Qt::AltModifier);
+  EXPECT_EQ(record().sessionCreate, true);
+  session.setFocus();
+  QTest::keyClick(&session, Qt::Key_Space);
+  EXPECT_EQ(record().sessionCreate, false);
+  QTest::keyClick(&session, Qt::Key_Space);
+  EXPECT_EQ(record().sessionCreate, std::nullopt);
+}
+
+TEST_F(FieldFormTest, TheSliderFollowsTheNumberAndWritesOnlyWhenItIsMoved) {
+  open({{"Nice", 50}});
+  auto& slider = *section->findChild<QSlider*>();
+  EXPECT_EQ(utf8(text("Nice").text()), "50") << "outside of its range";
+  EXPECT_EQ(slider.value(), 20);
+  slider.setFocus();
+  for (QWidget* const control : {static_cast<QWidget*>(&slider), static_cast<QWidget*>(&popUp())}) {
+    QWheelEvent wheel({5, 5}, control->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(control, &wheel);
+  }
+  QTest::keyClick(&slider, Qt::Key_Right);
+  EXPECT_FALSE(hasChanges());
+  QTest::keyClick(&slider, Qt::Key_Left);
+  EXPECT_EQ(record().nice, 19);
+  EXPECT_EQ(utf8(text("Nice").text()), "19");
+  type("Nice", "-7");
+  EXPECT_EQ(slider.value(), -7);
+  type("Nice", "");
+  EXPECT_EQ(slider.value(), 0);
+  EXPECT_EQ(record().nice, std::nullopt);
+  EXPECT_EQ(utf8(text("Nice").placeholderText()), "0");
+}
+
+TEST_F(FieldFormTest, TheBoxesOfAMaskSayWhatIsWithheld) {
+  open({});
+  const auto box = [&](const char* name) {
+    for (auto* const each : section->findChildren<QCheckBox*>()) {
+      if (utf8(each->accessibleName()) == name) return each;
+    }
+    throw std::runtime_error(name);
+  };
+  const auto preview = [&] {
+    for (const auto* const label : section->findChildren<QLabel*>()) {
+      if (label->isVisible() && label->text().startsWith(QStringLiteral("New files"))) return utf8(label->text());
+    }
+    return std::string();
+  };
+  QCheckBox& groupWrite = *box("Umask – Group – Write");
+  EXPECT_TRUE(groupWrite.isChecked());
+  EXPECT_FALSE(box("Umask – Others – Read")->isChecked());
+  EXPECT_EQ(utf8(text("Umask").text() + u'|' + text("Umask").placeholderText()), "|022");
+  EXPECT_EQ(preview(), "New files: rw-r--r--, new folders: rwxr-xr-x");
+  EXPECT_FALSE(hasChanges());
+  groupWrite.click();
+  EXPECT_EQ(record().umask->int_, 02);
+  EXPECT_EQ(utf8(text("Umask").text()), "002");
+  type("Umask", "7077");
+  EXPECT_EQ(record().umask->int_, 07077);
+  EXPECT_TRUE(box("Umask – Others – Read")->isChecked());
+  EXPECT_EQ(preview(), "New files: rw-------, new folders: rwx------");
+  box("Umask – User – Execute")->click();
+  EXPECT_EQ(record().umask->int_, 07177) << "bits that have no box stay";
+  type("Umask", "9");
+  EXPECT_EQ(record().umask->int_, 07177);
+  EXPECT_EQ(preview(), "");
+  EXPECT_EQ(section->refuse()->reason, "Enter an octal number, such as 022.");
+  type("Umask", "");
+  EXPECT_EQ(record().umask, std::nullopt);
+  EXPECT_TRUE(groupWrite.isChecked());
+  undo();
+  EXPECT_EQ(utf8(text("Umask").text()), "7177");
+}
+
+TEST_F(FieldFormTest, AnUnknownChoiceIsOfferedOnlyToTheJobThatHasIt) {
+  open({{"ProcessType", "Odd"}});
+  EXPECT_EQ(popUp().currentText(), QStringLiteral("Odd"));
+  record().processType = "Standard";
+  refill();
+  EXPECT_EQ(popUp().findText(QStringLiteral("Odd")), -1);
+  EXPECT_EQ(popUp().currentText(), QStringLiteral("Standard"));
 }
 
 }  // namespace
