@@ -24,6 +24,10 @@ namespace mirvel::ui {
 
 namespace {
 
+bool hasLines(const Field& field) {
+  return field.control == Field::Control::Table || field.control == Field::Control::Mask;
+}
+
 bool isHelpKey(const QEvent& event) {
   const auto& key = static_cast<const QKeyEvent&>(event);
   return key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier;
@@ -100,7 +104,7 @@ FieldCell::FieldCell(const Field& field, QWidget& control, const Localize& local
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setHorizontalSpacing(style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
   grid->addWidget(&control, 0, 0, isStretched ? Qt::Alignment() : Qt::AlignLeading);
-  grid->addWidget(m_helpButton, 0, 1, field.control == Field::Control::Table ? Qt::AlignTop : Qt::AlignVCenter);
+  grid->addWidget(m_helpButton, 0, 1, hasLines(field) ? Qt::AlignTop : Qt::AlignVCenter);
   grid->addWidget(&problems, 1, 0, 1, 2);
   grid->setColumnStretch(0, 1);
   if (field.help.empty()) m_helpButton->hide();
@@ -111,7 +115,9 @@ FieldCell::FieldCell(const Field& field, QWidget& control, const Localize& local
 int FieldCell::textTop() const {
   const int line = fontMetrics().height();
   if (m_field.control == Field::Control::Table) return 0;
-  return std::max(0, (std::max(m_control.sizeHint().height(), m_helpButton->sizeHint().height()) - line) / 2);
+  // A control of several lines has its text field in the first one.
+  const QWidget& first = hasLines(m_field) && m_control.focusProxy() ? *m_control.focusProxy() : m_control;
+  return std::max(0, (std::max(first.sizeHint().height(), m_helpButton->sizeHint().height()) - line) / 2);
 }
 
 void FieldCell::showHelp() {

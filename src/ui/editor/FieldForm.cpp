@@ -282,9 +282,9 @@ FieldForm::Entry FieldForm::makeMask(const Field& field) {
   Entry entry = makeText(field);
   const Localize& localize = m_section.localize();
   auto* const mask = new MaskControl(*entry.text, titleOf(field, localize), field.help, localize);
-  const auto follow = [this, &field, mask] {
+  const auto follow = [this, &field, mask, text = entry.text] {
     const auto job = m_section.context().selection.launchd();
-    const bool isValid = !m_section.context().editing.unfinished().texts.contains(field.key);
+    const bool isValid = text->text().isEmpty() || Octal::toInt(utf8(text->text()));
     if (job) mask->setMask(shownMask(field, job->plist()), isValid);
   };
   connect(entry.text, &QLineEdit::textChanged, mask, follow);

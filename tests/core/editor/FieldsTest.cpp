@@ -258,6 +258,8 @@ TEST(FieldsTest, AMaskIsTypedInOctalAndKeepsTheFormOfTheFile) {
       {text, {"0"}, "<integer>0</integer>", "000", 0},
       {text, {"0", "x"}, "<integer>0</integer>", "x", 0},
       {text, {""}, nullptr, "", 022},
+      {{{"Umask", "none"}}, {}, "<string>none</string>", "", 022},
+      {{{"Umask", "none"}}, {"077"}, "<integer>63</integer>", "077", 077},
   };
   for (const auto& row : table) {
     SCOPED_TRACE(&row - table);

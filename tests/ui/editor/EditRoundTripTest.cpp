@@ -212,6 +212,17 @@ TEST_F(EditRoundTripTest, EditsInTheControlsAreExactlyTheKeysOfTheSavedFile) {
   };
   const auto click = [&](const char* box) { clickBox(control<QCheckBox>(box)); };
   const auto clickWithOption = [&](const char* box) { clickBox(control<QCheckBox>(box), Qt::AltModifier); };
+  const auto press = [](std::initializer_list<Qt::Key> keys) {
+    for (const Qt::Key key : keys) {
+      QTest::keyClick(QApplication::focusWidget(), key);
+      testdata::settle();
+    }
+  };
+  const auto enter = [&](const char* text, std::initializer_list<Qt::Key> keys) {
+    QTest::keyClicks(QApplication::focusWidget(), qt(text));
+    press(keys);
+  };
+  const auto focusOn = [&](const char* table) { control<QWidget>(table).setFocus(); };
   const Dictionary kept{{"Label", "a"},
                         {"Nice", 5.0},
                         {"WatchPaths", Array{"/x", ""}},
@@ -248,6 +259,20 @@ TEST_F(EditRoundTripTest, EditsInTheControlsAreExactlyTheKeysOfTheSavedFile) {
        [&] { click("Crashed"); },
        {{"KeepAlive",
          Dictionary{{"NetworkState", true}, {"Own", 3}, {"PathState", Dictionary{{"/a", true}}}, {"Crashed", true}}}}},
+      {"numbers and a mask",
+       {{"ExitTimeOut", 5.0}, {"Umask", "077"}, {"MaterializeDatalessFiles", false}},
+       [&] { type("ThrottleInterval", "1,000"), type("Umask", "027"), click("MaterializeDatalessFiles"); },
+       {{"ExitTimeOut", 5.0}, {"ThrottleInterval", 1000}, {"Umask", 23}}},
+      {"variables by keyboard alone",
+       {{"EnvironmentVariables", Dictionary{{"", "none"}, {"A", "1"}, {"B", 5}}}},
+       [&] {
+         focusOn("EnvironmentVariables");
+         press({Qt::Key_Insert});
+         enter("C", {Qt::Key_Tab});
+         enter("3", {Qt::Key_Return, Qt::Key_Up, Qt::Key_Return});
+         enter("x", {Qt::Key_Escape, Qt::Key_Delete, Qt::Key_Insert, Qt::Key_Escape});
+       },
+       {{"EnvironmentVariables", Dictionary{{"", "none"}, {"B", 5}, {"C", "3"}}}}},
       {"no schedule", {{"StartInterval", 300}}, [&] { click("scheduledButton"); }, {}},
   };
   for (const auto& row : table) {
