@@ -83,6 +83,7 @@ class EditorTexts : public Texts {
   std::string path() const { return text("Path"); }
   std::string paths() const { return text("Paths"); }
   std::string read() const { return text("Read"); }
+  std::string problems() const { return text("Problems"); }
   std::string removeIcon() const { return text("Remove Icon"); }
   std::string removeKey(const std::string& key) const { return format("Remove “%@”", {key}); }
   std::string removeRule() const { return text("Remove Rule"); }

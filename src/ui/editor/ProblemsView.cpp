@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/editor/EditorTexts.h"
 #include "core/editor/JobProblems.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
@@ -116,6 +117,7 @@ ProblemsSummary::ProblemsSummary(const EditorContext& context)
   m_button->setIcon(IconLoader::symbol("dialog-warning"));
   m_button->setAutoRaise(true);
   m_button->setCheckable(true);
+  m_button->setAccessibleName(qt(EditorTexts(context.foundation.localize).problems()));
   auto* const layout = new QVBoxLayout(this);
   const QMargins margins = SectionGrid::paneMargins();
   layout->setContentsMargins(margins.left(), SectionGrid::sectionSpacing, margins.right(), 0);
@@ -127,6 +129,7 @@ ProblemsSummary::ProblemsSummary(const EditorContext& context)
 
 void ProblemsSummary::update(const EditorContext& context) {
   m_button->setText(qt(problemSummary(context.problems.findings(), context.foundation.localize)));
+  m_button->setAccessibleDescription(m_button->text());
   m_problems->setProblems(m_button->isChecked() ? withKeys(fieldProblems(context)) : std::vector<FieldProblem>());
   setVisible(!context.problems.findings().empty());
 }
