@@ -69,7 +69,7 @@ class EditorTexts : public Texts {
   std::string mountingLogicalVolume() const { return text("When a volume is mounted"); }
   std::string noKeyIsCalledThat() const { return text("No Matching Keys"); }
   std::string newFilesAndFolders(const std::string& file, const std::string& folder) const {
-    return format("New files: %@, new folders: %@", {file, folder});
+    return format("New files: %@\nNew folders: %@", {file, folder});
   }
   std::string noProgramOpensIt() const { return text("No program for files of this type was found."); }
   std::string noSelection() const { return text("No Selection"); }

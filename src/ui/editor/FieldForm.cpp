@@ -5,7 +5,6 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
-#include <QPushButton>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QWheelEvent>
@@ -318,10 +317,11 @@ FieldForm::Entry FieldForm::makePath(const Field& field) {
 
 QWidget* FieldForm::makeChooseButton(const Field& field, QLineEdit& text) {
   const Localize& localize = m_section.localize();
-  auto* const button = new QPushButton(qt(EditorTexts(localize).path()));
-  button->setAccessibleName(qt(bidirectionalString({EditorTexts(localize).path(), titleOf(field, localize)},
-                                                   Const::separator, localize.isRightToLeft())));
-  connect(button, &QPushButton::clicked, this, [this, &field, &text] { choose(field, text); });
+  // A symbol, since a title would leave too little of a path in sight.
+  auto* const button =
+      symbolButton("folder-open", bidirectionalString({EditorTexts(localize).path(), titleOf(field, localize)},
+                                                      Const::separator, localize.isRightToLeft()));
+  connect(button, &QToolButton::clicked, this, [this, &field, &text] { choose(field, text); });
   return button;
 }
 

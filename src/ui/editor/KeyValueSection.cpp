@@ -176,7 +176,7 @@ KeysSection::KeysSection(const EditorContext& theContext, StackSection section, 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_rows);
-  layout->addWidget(makeProblemsView([this](const std::string& key) { return isShown(key); }));
+  layout->addWidget(makeProblemsView([this](const std::string& key) { return isShown(key); }, KeyNames::Shown));
   m_rows->remove = [this](const std::string& key) { return remove(key); };
 }
 

@@ -18,13 +18,13 @@ void Section::takeProblems(std::vector<FieldProblem>& problems) {
                                               [&](const FieldProblem& problem) { return place.isOurs(problem.key); });
     std::vector<FieldProblem> ours(std::make_move_iterator(problems.begin()), std::make_move_iterator(others));
     problems.erase(problems.begin(), others);
-    place.view->setProblems(std::move(ours));
+    place.view->setProblems(place.names == KeyNames::Shown ? withKeys(std::move(ours)) : std::move(ours));
   }
 }
 
-ProblemsView* Section::makeProblemsView(std::function<bool(const std::string& key)> isOurs) {
+ProblemsView* Section::makeProblemsView(std::function<bool(const std::string& key)> isOurs, KeyNames names) {
   auto* const view = new ProblemsView;
-  m_problemPlaces.push_back({.isOurs = std::move(isOurs), .view = view});
+  m_problemPlaces.push_back({.isOurs = std::move(isOurs), .view = view, .names = names});
   return view;
 }
 

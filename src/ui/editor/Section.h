@@ -24,6 +24,9 @@ namespace mirvel::ui {
 /// the selected job at once; a section stores neither values nor the job, which a scan may replace.
 class Section : public QWidget {
  public:
+  /// Whether the problems of a place name their keys, as they must where the place is for several keys.
+  enum class KeyNames { Omitted, Shown };
+
   explicit Section(const EditorContext& context) : m_context(context) {}
 
   /// Shows the job in the existing controls, which is no edit. Controls whose value is unchanged keep focus, cursor and
@@ -38,7 +41,8 @@ class Section : public QWidget {
   /// shown before disappear.
   void takeProblems(std::vector<FieldProblem>& problems);
   /// Makes a place for the problems of the keys for which `isOurs` returns true. The caller adds it to a layout.
-  ProblemsView* makeProblemsView(std::function<bool(const std::string& key)> isOurs);
+  ProblemsView* makeProblemsView(std::function<bool(const std::string& key)> isOurs,
+                                 KeyNames names = KeyNames::Omitted);
   /// Called when the icon of the job has changed, even if it has the same name.
   virtual void updateIcon(const Launchd& /*launchd*/) {}
   /// Checks the input before saving. Focuses on the first control whose input can't be saved and returns the reason;
@@ -70,6 +74,7 @@ class Section : public QWidget {
   struct ProblemPlace {
     std::function<bool(const std::string& key)> isOurs;
     ProblemsView* view;
+    KeyNames names;
   };
 
   const EditorContext m_context;

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QSlider>
 #include <QTextDocument>
+#include <QToolButton>
 #include <QToolTip>
 #include <QWheelEvent>
 
@@ -74,7 +75,12 @@ class FieldFormTest : public EditorFixture {
   }
   QLineEdit& text(const char* key) { return input<QLineEdit>(key); }
   QComboBox& popUp() { return input<QComboBox>("ProcessType"); }
-  QPushButton& chooseButton(const char* key) { return *text(key).parentWidget()->findChild<QPushButton*>(); }
+  QToolButton& chooseButton(const char* key) {
+    for (auto* const button : text(key).parentWidget()->findChildren<QToolButton*>()) {
+      if (button->accessibleName().startsWith(QStringLiteral("Path"))) return *button;
+    }
+    throw std::runtime_error("no button");
+  }
   void type(const char* key, const char* typed) {
     text(key).selectAll();
     if (*typed == '\0') QTest::keyClick(&text(key), Qt::Key_Delete);
@@ -319,7 +325,7 @@ TEST_F(FieldFormTest, TheBoxesOfAMaskSayWhatIsWithheld) {
   EXPECT_TRUE(groupWrite.isChecked());
   EXPECT_FALSE(box("Umask – Others – Read")->isChecked());
   EXPECT_EQ(utf8(text("Umask").text() + u'|' + text("Umask").placeholderText()), "|022");
-  EXPECT_EQ(preview(), "New files: rw-r--r--, new folders: rwxr-xr-x");
+  EXPECT_EQ(preview(), "New files: rw-r--r--\nNew folders: rwxr-xr-x");
   EXPECT_FALSE(hasChanges());
   groupWrite.click();
   EXPECT_EQ(record().umask->int_, 02);
@@ -327,7 +333,7 @@ TEST_F(FieldFormTest, TheBoxesOfAMaskSayWhatIsWithheld) {
   type("Umask", "7077");
   EXPECT_EQ(record().umask->int_, 07077);
   EXPECT_TRUE(box("Umask – Others – Read")->isChecked());
-  EXPECT_EQ(preview(), "New files: rw-------, new folders: rwx------");
+  EXPECT_EQ(preview(), "New files: rw-------\nNew folders: rwx------");
   box("Umask – User – Execute")->click();
   EXPECT_EQ(record().umask->int_, 07177) << "bits that have no box stay";
   type("Umask", "9");
