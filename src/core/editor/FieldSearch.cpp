@@ -18,6 +18,13 @@ std::string_view otherKeywords(StackSection section) {
       return "Program ProgramArguments command run for icon user agent daemon";
     case StackSection::When:
       return "StartInterval StartCalendarInterval Minute Hour Day Weekday Month schedule time calendar repeat";
+    case StackSection::LaunchEvents:
+      return "event notification iokit matching";
+    case StackSection::MachServices:
+      return "ResetAtClose HideUntilCheckIn DrainMessagesOnCrash ExceptionServer HostSpecialPort TaskSpecialPort xpc";
+    case StackSection::Sockets:
+      return "SockType SockPassive SockNodeName SockServiceName SockFamily SockProtocol SockPathName "
+             "SecureSocketWithKey SockPathOwner SockPathGroup SockPathMode Bonjour MulticastGroup network port listen";
     default:
       return {};
   }
@@ -26,6 +33,11 @@ std::string_view otherKeywords(StackSection section) {
 bool isScheduleEdited(const Plist& plist, const Plist& read, const Unfinished& unfinished) {
   return !unfinished.rules.empty() || plist.startInterval != read.startInterval ||
          plist.startCalendarInterval != read.startCalendarInterval;
+}
+
+/// A key with a nested dictionary, of which the record holds only a part.
+bool isTreeEdited(Plist::CodingKeys key, const Plist& plist, const Plist& read, const Unfinished& unfinished) {
+  return unfinished.trees.contains(Plist::text(key)) || plist.savedValue(key) != read.savedValue(key);
 }
 
 bool isAnyEdited(std::span<const Field> fields, const Plist& plist, const Plist& read, const Unfinished& unfinished) {
@@ -76,11 +88,11 @@ bool isEdited(StackSection section, const Plist& plist, const Plist& read, const
     case StackSection::When:
       return isScheduleEdited(plist, read, unfinished) || isAnyEdited(keepAliveFields(), plist, read, unfinished);
     case StackSection::LaunchEvents:
-      return plist.launchEvents != read.launchEvents;
+      return isTreeEdited(Plist::CodingKeys::LaunchEvents, plist, read, unfinished);
     case StackSection::MachServices:
-      return plist.machServices != read.machServices;
+      return isTreeEdited(Plist::CodingKeys::MachServices, plist, read, unfinished);
     case StackSection::Sockets:
-      return plist.sockets != read.sockets;
+      return isTreeEdited(Plist::CodingKeys::Sockets, plist, read, unfinished);
     default:
       return false;
   }

@@ -6,6 +6,7 @@
 #include "core/editor/EditorTexts.h"
 #include "core/editor/JobProblems.h"
 #include "core/mainwindow/MenuController.h"
+#include "ui/editor/BrowserSection.h"
 #include "ui/editor/FocusPlace.h"
 #include "ui/editor/GeneralSection.h"
 #include "ui/editor/KeyValueSection.h"
@@ -74,6 +75,8 @@ Section* LaunchdDisplayViewController::makeSection(StackSection section) {
       return new GeneralDisplaySection(context());
     case StackSection::When:
       return new WhenDisplaySection(context());
+    case StackSection::LaunchEvents:
+      return new BrowserSection(context(), *browserSchemaOf(section), BrowserModel::Access::ReadOnly);
     case StackSection::Notes:
       return new NotesSection(context());
     default:

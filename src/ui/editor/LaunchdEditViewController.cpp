@@ -14,6 +14,7 @@
 #include "core/editor/FieldSearch.h"
 #include "core/editor/JobProblems.h"
 #include "core/editor/SectionRows.h"
+#include "ui/editor/BrowserSection.h"
 #include "ui/editor/CompareSheet.h"
 #include "ui/editor/FieldForm.h"
 #include "ui/editor/GeneralSection.h"
@@ -37,8 +38,9 @@ bool isEditable(StackSection section) {
       return true;
     default: {
       const auto fields = fieldsOf(section);
-      return std::any_of(fields.begin(), fields.end(),
-                         [](const Field& field) { return field.control != Field::Control::None; });
+      return browserSchemaOf(section) || std::any_of(fields.begin(), fields.end(), [](const Field& field) {
+               return field.control != Field::Control::None;
+             });
     }
   }
 }
@@ -149,6 +151,9 @@ Section* LaunchdEditViewController::makeSection(StackSection section) {
     case StackSection::Unknown:
       return new KeysSection(context(), section, KeyValueSection::Deletable::Yes);
     default:
+      if (const auto* const schema = browserSchemaOf(section)) {
+        return new BrowserSection(context(), *schema, BrowserModel::Access::Editable);
+      }
       if (isEditable(section)) return new FieldsSection(context(), section);
       return new KeysSection(context(), section);
   }

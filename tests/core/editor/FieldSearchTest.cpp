@@ -56,6 +56,8 @@ TEST(FieldSearchTest, ASectionIsFoundByAnyOfItsControls) {
       {"nice", StackSection::When, false},
       {"umask", StackSection::Miscellaneous, true},
       {"umask", StackSection::LaunchEvents, false},
+      {"bonjour", StackSection::Sockets, true},
+      {"bonjour", StackSection::MachServices, false},
       {"timeout", StackSection::Deprecated, true},
       {"exit nothing", StackSection::Miscellaneous, false},
   };
@@ -78,6 +80,7 @@ TEST(FieldSearchTest, EditsAreFoundBySection) {
       {StackSection::When, [](Plist&, Unfinished& unfinished) { unfinished.tables["PathState"] = {}; }},
       {StackSection::When, [](Plist&, Unfinished& unfinished) { unfinished.rules.emplace_back(); }},
       {StackSection::Root, [](Plist& plist, Unfinished&) { plist.userName = ""; }},
+      {StackSection::LaunchEvents, [](Plist&, Unfinished& unfinished) { unfinished.trees["LaunchEvents"] = {}; }},
       {StackSection::Sockets, [](Plist& plist, Unfinished&) { plist.sockets.reset(); }},
   };
   for (const auto& row : table) {
