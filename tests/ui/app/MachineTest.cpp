@@ -60,6 +60,15 @@ class MachineFixture : public testing::Test {
   }
   Program& program() { return m_application->program(); }
   MainWindow& window() { return m_application->window(); }
+  /// Answers the next file panel with a path, as if it had been typed there.
+  static void answerPanel(const fs::path& file) {
+    QTimer::singleShot(0, qApp, [file] {
+      auto* const panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (!panel) return answerPanel(file);
+      panel->findChild<QLineEdit*>()->setText(displayText(file));
+      QMetaObject::invokeMethod(panel, "accept");
+    });
+  }
 
  private:
   const testdata::TemporaryFolder m_folder;
@@ -92,15 +101,6 @@ class CreationTest : public MachineFixture {
     testdata::settle();  // another page has to be laid out
   }
   void type(const std::string& text) { QTest::keyClicks(sheet().focusWidget(), qt(text)); }
-  /// Answers the next file panel with a path, as if it had been typed there.
-  static void answerPanel(const fs::path& file) {
-    QTimer::singleShot(0, qApp, [file] {
-      auto* const panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-      if (!panel) return answerPanel(file);
-      panel->findChild<QLineEdit*>()->setText(displayText(file));
-      QMetaObject::invokeMethod(panel, "accept");
-    });
-  }
   /// Presses a button of the sheet that is asking a question.
   void answerSheet(const std::string& title) {
     const auto isUp = [this] {
@@ -277,6 +277,96 @@ TEST_F(EditedJobTest, AJobIsChangedSavedRunDiscardedAndRestored) {
   EXPECT_TRUE(program().editing.hasUnsavedChanges());
   save();
   EXPECT_EQ(testdata::bytes(file("backup")), saved);
+}
+
+/// Edits a job by the keyboard alone: every control is reached by Tab.
+class KeyboardTest : public EditedJobTest {
+ protected:
+  /// Presses Tab, or Shift and Tab, until the control, or a part of it, has the focus.
+  void tabTo(const char* name, Qt::Key key = Qt::Key_Tab) {
+    const int most = 300;
+    for (int presses = 0; presses < most; ++presses) {
+      for (const QWidget* part = focus(); part; part = part->parentWidget()) {
+        if (part->objectName() == QLatin1String(name) || part->accessibleName() == QLatin1String(name)) return;
+      }
+      press(key);
+    }
+    FAIL() << name << " can't be reached";
+  }
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QWidget* const popup = QApplication::activePopupWidget();
+    QTest::keyClick(popup ? popup : focus(), key, modifiers);
+    testdata::settle();
+  }
+  void type(const std::string& text) { QTest::keyClicks(focus(), qt(text)); }
+  QWidget* focus() { return QApplication::focusWidget(); }
+};
+
+TEST_F(KeyboardTest, AJobIsGivenItsEnvironmentLimitsAndPathsAndRunsWithThem) {
+  const auto script = machine() / "show.sh";
+  const auto watched = machine() / "watched";
+  fs::create_directory(watched);
+  std::ofstream(watched / "file") << "x";
+  std::ofstream(script) << "echo \"$GREETING $PLACE $(nice) $(umask) $(ulimit -S -n)\"\n";
+  press(Qt::Key_E, Qt::ControlModifier);
+  tabTo("Disabled", Qt::Key_Backtab);
+  press(Qt::Key_Space);
+  tabTo("runValueTextField");
+  press(Qt::Key_A, Qt::ControlModifier);
+  type("/bin/sh " + script.string());
+  tabTo("RunAtLoad");
+  press(Qt::Key_Space);
+  tabTo("StandardOutPath");
+  type(output().string());
+  answerPanel(watched / "file");
+  tabTo("WatchPaths");
+  press(Qt::Key_Insert);
+  window().activateWindow();  // as a window manager does when the panel closes
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+  tabTo("Nice");
+  type("5");
+  tabTo("SoftResourceLimits");
+  press(Qt::Key_Insert);
+  for (int down = 0; down < 6; ++down) press(Qt::Key_Down);  // Core, CPU, Data, FileSize, MemoryLock, NumberOfFiles
+  press(Qt::Key_Return);
+  type("200");
+  press(Qt::Key_Return);
+  tabTo("Umask");
+  type("077");
+  tabTo("EnvironmentVariables");
+  for (const auto& [name, value] : {std::pair("GREETING", "hello"), std::pair("PLACE", "earth")}) {
+    press(Qt::Key_Insert);
+    type(name);
+    press(Qt::Key_Tab);
+    type(value);
+    press(Qt::Key_Return);
+  }
+  tabTo("Sockets");
+  press(Qt::Key_Insert);
+  type("Listeners");
+  press(Qt::Key_Return);
+  press(Qt::Key_Right);
+  press(Qt::Key_Insert);
+  for (int down = 0; down < 7; ++down) press(Qt::Key_Down);  // to SockPathName
+  press(Qt::Key_Return);
+  type((machine() / "socket").string());
+  save();
+  const propertylist::Dictionary listeners{{"SockPathName", (machine() / "socket").string()}};
+  const propertylist::Dictionary expected{
+      {"Disabled", false},
+      {"EnvironmentVariables", propertylist::Dictionary{{"GREETING", "hello"}, {"PLACE", "earth"}}},
+      {"Nice", 5},
+      {"Odd", "kept"},
+      {"ProgramArguments", propertylist::Array{"/bin/sh", script.string()}},
+      {"RunAtLoad", true},
+      {"Sockets", propertylist::Dictionary{{"Listeners", listeners}}},
+      {"SoftResourceLimits", propertylist::Dictionary{{"NumberOfFiles", 200}}},
+      {"StandardOutPath", output().string()},
+      {"Umask", 63},
+      {"WatchPaths", propertylist::Array{(watched / "file").string()}}};
+  EXPECT_EQ(testdata::bytes(file("backup")), testdata::jobText("backup", expected));
+  EXPECT_TRUE(testdata::eventually([this] { return fs::exists(output()) && !testdata::bytes(output()).empty(); }));
+  EXPECT_EQ(testdata::bytes(output()), "hello earth 5 0077 200\n");
 }
 
 }  // namespace
