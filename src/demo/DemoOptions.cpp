@@ -44,6 +44,8 @@ struct Known {
   QCommandLineOption select{QStringLiteral("select"), QStringLiteral("Select the job with this label."),
                             QStringLiteral("label")};
   QCommandLineOption edit{QStringLiteral("edit"), QStringLiteral("Open the selected job in the editor.")};
+  QCommandLineOption find{QStringLiteral("find"), QStringLiteral("Find this key in the editor."),
+                          QStringLiteral("key")};
   QCommandLineOption info{QStringLiteral("info"), QStringLiteral("Open the information sheet of the selected job.")};
   QCommandLineOption filter{QStringLiteral("filter"), QStringLiteral("Text of the search field."),
                             QStringLiteral("text")};
@@ -78,7 +80,7 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   parser.addHelpOption();
   parser.addVersionOption();
   parser.addOptions({known.picture, known.size, known.scheme, known.locale, known.mode, known.select, known.edit,
-                     known.info, known.filter, known.newJob});
+                     known.find, known.info, known.filter, known.newJob});
   parser.process(arguments);
   check(parser, known);
 
@@ -90,6 +92,7 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   options.mode = modeFrom(parser.value(known.mode)).value_or(Mode::Grid);
   options.selected = parser.value(known.select);
   options.isEdited = parser.isSet(known.edit);
+  options.key = parser.value(known.find);
   options.hasInfo = parser.isSet(known.info);
   options.filter = parser.value(known.filter);
   options.newPage = parser.value(known.newJob);

@@ -19,6 +19,7 @@ struct DemoOptions {
   Mode mode = Mode::Grid;
   QString selected;       ///< label of the job to select; empty for none
   bool isEdited = false;  ///< opens the selected job in the editor
+  QString key;            ///< text in the editor's search for keys
   bool hasInfo = false;   ///< opens the information sheet of the selected job
   QString filter;         ///< text in the filter field
   QString newPage;        ///< page of the sheet for new jobs to open; empty for none

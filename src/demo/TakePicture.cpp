@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "demo/ShowNewPage.h"
+#include "ui/editor/DetailViewController.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::demo {
@@ -27,6 +28,9 @@ void arrangeWindow(ui::Application& application, const DemoOptions& options) {
       program.currentMode.view()->select(job->url);
   }
   if (options.isEdited) program.menus.perform(Command::Edit);
+  auto* const search =
+      application.window().details().currentWidget()->findChild<QLineEdit*>(QStringLiteral("searchField"));
+  if (search) search->setText(options.key);
   if (options.hasInfo) program.menus.perform(Command::Info);
   if (!options.filter.isEmpty()) application.window().filter().setText(options.filter);
   if (!options.newPage.isEmpty()) showNewPage(application, options.newPage);

@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QHeaderView>
+#include <QScrollArea>
 #include <QTableView>
 
 #include "ui/editor/EditorFixture.h"
@@ -123,6 +124,46 @@ TEST_F(EditorLayoutTest, NothingIsCutOffInAnyDirectionAtAnyWidth) {
       const std::string place = (direction == Qt::RightToLeft ? "right to left, " : "") + std::to_string(width);
       EXPECT_EQ(window().details().width(), width);
       expectAllFits(place);
+    }
+    program().editing.setUnsavedChanges(false);
+    program().shell.detail->showDisplay();
+  }
+}
+
+/// The controls in the order of Tab, beginning with the first one of the sections.
+QWidgetList tabOrder(QWidget& pane) {
+  QWidgetList result;
+  for (QWidget* next = pane.nextInFocusChain(); next != &pane; next = next->nextInFocusChain()) {
+    const bool isStop = (next->focusPolicy() & Qt::TabFocus) != 0 && !next->focusProxy();
+    if (isStop && next->isVisible() && next->isEnabled() && pane.isAncestorOf(next)) result.append(next);
+  }
+  return result;
+}
+
+/// Whether a widget is read after another one: below it or, in the same line, on the side to which lines run.
+bool isReadAfter(const QWidget& before, const QWidget& after, const QWidget& pane) {
+  const auto rectOf = [&pane](const QWidget& widget) {
+    return QRect(widget.mapTo(&pane, QPoint(0, 0)), widget.size());
+  };
+  const QRect first = rectOf(before);
+  const QRect second = rectOf(after);
+  if (second.top() >= first.bottom()) return true;
+  const bool isBeside = second.bottom() > first.top();
+  const bool isFurther = pane.isRightToLeft() ? second.right() <= first.left() : second.left() >= first.right();
+  return isBeside && isFurther;
+}
+
+TEST_F(EditorLayoutTest, TheFocusMovesInReadingOrder) {
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    QApplication::setLayoutDirection(direction);
+    edit(everyKey());
+    resizeDetails(700);
+    QWidget& pane = *window().details().currentWidget()->findChild<QScrollArea*>()->widget();
+    const QWidgetList stops = tabOrder(pane);
+    EXPECT_GT(stops.size(), 80);
+    for (qsizetype i = 1; i < stops.size(); ++i) {
+      EXPECT_TRUE(isReadAfter(*stops[i - 1], *stops[i], pane))
+          << utf8(stops[i - 1]->accessibleName()) << " before " << utf8(stops[i]->accessibleName());
     }
     program().editing.setUnsavedChanges(false);
     program().shell.detail->showDisplay();
