@@ -80,7 +80,7 @@ void LaunchdViewController::makeStack() {
   m_stackView = new QVBoxLayout(stack);
   m_stackView->setContentsMargins(SectionGrid::paneMargins());
   m_stackView->setSpacing(SectionGrid::sectionSpacing);
-  m_stackView->addStretch();
+  m_stackView->addStretch(1);  // all that is left, so that no section grows
 }
 
 void LaunchdViewController::removeSectionsOtherThan(const std::vector<StackEntry>& entries) {
