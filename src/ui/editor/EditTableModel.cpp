@@ -213,7 +213,8 @@ bool EditTableModel::setData(const QModelIndex& index, const QVariant& value, in
 }
 
 QVariant EditTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal) return {};
+  // The headers of the rows are hidden, but have a place in the accessibility tree.
+  if (orientation == Qt::Vertical) return role == Qt::AccessibleTextRole ? QVariant(section + 1) : QVariant();
   const auto text = column(section).title;
   if (role == Qt::DisplayRole) return text ? qt(text(m_localize)) : QString();
   if (role == Qt::AccessibleTextRole) return text ? qt(text(m_localize)) : m_name;

@@ -109,20 +109,56 @@ TEST_F(AccessibilityTest, EveryPageOfTheNewJobSheetIsAccessible) {
 }
 
 TEST_F(AccessibilityTest, EveryFieldOfTheEditorIsAccessible) {
-  writeJob("alpha", {{"Program", "/bin/ls"}, {"KeepAlive", true}, {"StartInterval", 60}, {"Debug", true}});
+  using propertylist::Dictionary;
+  writeJob("alpha", {{"Program", "/bin/ls"},
+                     {"KeepAlive", true},
+                     {"StartInterval", 60},
+                     {"Debug", true},
+                     {"EnvironmentVariables", Dictionary{{"API_TOKEN", "hidden"}}},
+                     {"SoftResourceLimits", Dictionary{{"CPU", 60}}},
+                     {"Sockets", Dictionary{{"Listeners", Dictionary{{"SockType", "stream"}}}}}});
   start();
   select("alpha");
   program().menus.perform(Command::Edit);
   testdata::settle();
   walk(QAccessible::queryAccessibleInterface(&window()), "");
   const Localize& localize = program().foundation.localize;
-  for (const std::string& name :
-       {EditorTexts(localize).icon(), localize.enabled(), localize.name(), localize.forString(), localize.run(),
-        EditorTexts(localize).actions(), std::string("PathState"), std::string("Add – OtherJobEnabled"),
-        EditorTexts(localize).addRule(), std::string("UserName"), std::string("Delete – Debug"),
-        EditorTexts(localize).notes(), localize.save(), EditorTexts(localize).done()}) {
+  for (const std::string& name : {EditorTexts(localize).icon(),
+                                  localize.enabled(),
+                                  localize.name(),
+                                  localize.forString(),
+                                  localize.run(),
+                                  EditorTexts(localize).actions(),
+                                  std::string("PathState"),
+                                  std::string("Add – OtherJobEnabled"),
+                                  EditorTexts(localize).addRule(),
+                                  std::string("UserName"),
+                                  std::string("Delete – Debug"),
+                                  EditorTexts(localize).findAKey(),
+                                  std::string("Crashed"),
+                                  std::string("StandardOutPath"),
+                                  std::string("Path – StandardOutPath"),
+                                  std::string("Actions – StandardOutPath"),
+                                  std::string("WatchPaths"),
+                                  std::string("Nice"),
+                                  std::string("Help – Nice"),
+                                  std::string("CPU"),
+                                  std::string("Add – LimitLoadToHardware"),
+                                  std::string("ExitTimeOut"),
+                                  std::string("Umask"),
+                                  std::string("EnvironmentVariables"),
+                                  std::string("API_TOKEN"),
+                                  EditorTexts(localize).showValues() + " – EnvironmentVariables",
+                                  std::string("LaunchEvents"),
+                                  std::string("MachServices"),
+                                  std::string("Sockets"),
+                                  std::string("Listeners"),
+                                  EditorTexts(localize).notes(),
+                                  localize.save(),
+                                  EditorTexts(localize).done()}) {
     EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
   }
+  EXPECT_FALSE(m_names.contains("hidden")) << "the value of a secret is read aloud";
 }
 
 TEST_F(AccessibilityTest, TheInformationSheetIsAccessible) {
@@ -137,6 +173,7 @@ TEST_F(AccessibilityTest, TheInformationSheetIsAccessible) {
   for (const char* name : {"alpha.plist", "Property List", "Close", "Change"}) {
     EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
   }
+  EXPECT_FALSE(m_names.contains("hidden")) << "a secret is read aloud";
 }
 
 TEST_F(AccessibilityTest, CellsOfIconsAndCheckBoxesAreAccessible) {
