@@ -16,7 +16,6 @@ class BrowserTexts : public Texts {
 
   /// For a button above a column, counted from 1.
   std::string addInColumn(std::int64_t column) const { return format("add in column %@", {int_(column)}); }
-  std::string browser() const { return text("Browser"); }
   std::string chooseAValue() const { return text("Choose a value, or delete the row."); }
   std::string columnControls() const { return text("column controls"); }
   std::string copy() const { return text("Copy"); }
