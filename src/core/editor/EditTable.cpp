@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <numeric>
+#include <tuple>
 #include <utility>
 
 #include "core/editor/EditorTexts.h"
@@ -25,6 +27,44 @@ std::vector<TableRow> ordered(const TableFormat& format, std::vector<TableRow> r
   std::stable_sort(rows.begin(), rows.end(), [](const TableRow& a, const TableRow& b) { return keyOf(a) < keyOf(b); });
   return rows;
 }
+
+/// Finds rows by their contents, each one once. The time for all of them is n log n, as a file can have any number.
+class EqualRows {
+ public:
+  explicit EqualRows(const std::vector<TableRow>& rows) : m_rows(rows), m_isTaken(rows.size()) {
+    for (std::size_t i = rows.size(); i-- > 0;) m_places[&rows[i]].push_back(i);
+  }
+
+  /// The index of an equal row: the one after the row that was taken last or, failing that, the first one. Null if all
+  /// have been taken.
+  std::optional<std::size_t> take(const TableRow& row) {
+    std::optional<std::size_t> found;
+    if (m_next < m_rows.size() && !m_isTaken[m_next] && m_rows[m_next] == row) {
+      found = m_next;
+    } else if (const auto places = m_places.find(&row); places != m_places.end()) {
+      auto& left = places->second;  // from last to first
+      while (!left.empty() && m_isTaken[left.back()]) left.pop_back();
+      if (!left.empty()) found = left.back();
+    }
+    if (!found) return std::nullopt;
+    m_isTaken[*found] = true;
+    m_next = *found + 1;
+    return found;
+  }
+  bool isTaken(std::size_t index) const { return m_isTaken[index]; }
+
+ private:
+  struct IsLess {
+    bool operator()(const TableRow* a, const TableRow* b) const {
+      return std::tie(a->isOn, a->cells) < std::tie(b->isOn, b->cells);
+    }
+  };
+
+  const std::vector<TableRow>& m_rows;
+  std::vector<bool> m_isTaken;
+  std::map<const TableRow*, std::vector<std::size_t>, IsLess> m_places;
+  std::size_t m_next = 0;
+};
 
 }  // namespace
 
@@ -79,22 +119,13 @@ bool EditTable::fill(const std::vector<TableRow>& rows) {
 /// at its index.
 void EditTable::takeIds(const std::vector<TableRow>& rows) {
   std::vector<std::optional<Id>> ids(rows.size());
-  std::vector<bool> isTaken(m_rows.size());
-  const auto isEqual = [&](std::size_t old, const TableRow& row) {
-    return old < m_rows.size() && !isTaken[old] && m_rows[old] == row;
-  };
-  std::size_t next = 0;  // most rows follow the same one as before
+  EqualRows equals(m_rows);
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    std::size_t old = isEqual(next, rows[i]) ? next : 0;
-    while (old < m_rows.size() && !isEqual(old, rows[i])) ++old;
-    if (old == m_rows.size()) continue;
-    ids[i] = m_ids[old];
-    isTaken[old] = true;
-    next = old + 1;
+    if (const auto old = equals.take(rows[i])) ids[i] = m_ids[*old];
   }
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (ids[i]) continue;
-    ids[i] = i < m_rows.size() && !isTaken[i] ? m_ids[i] : m_nextId++;
+    ids[i] = i < m_rows.size() && !equals.isTaken(i) ? m_ids[i] : m_nextId++;
   }
   m_ids.clear();
   for (const auto& id : ids) m_ids.push_back(*id);

@@ -75,6 +75,11 @@ bool FieldSearch::matchesAnyOf(StackSection section) const {
   return isCondition || std::any_of(fields.begin(), fields.end(), matchesOne) || matches({otherKeywords(section)});
 }
 
+Plist readRecord(const Plist& plist) {
+  auto read = plist.asRead();
+  return read ? *std::move(read) : Plist();
+}
+
 bool isEdited(const Field& field, const Plist& plist, const Plist& read, const Unfinished& unfinished) {
   return unfinished.texts.contains(field.key) || unfinished.tables.contains(field.key) ||
          field.access.read(plist) != field.access.read(read);

@@ -29,7 +29,9 @@ class FieldSearch {
   std::vector<std::string> m_words;  ///< folded
 };
 
-/// Whether the field has another value than in the file, or unfinished input. `read` is the record as it was read.
+/// The record as it was read; blank for a job without a file, of which everything counts as edited.
+jobfile::Plist readRecord(const jobfile::Plist& plist);
+/// Whether the field has another value than in the file, or unfinished input. `read` is the `readRecord` of the plist.
 bool isEdited(const Field& field, const jobfile::Plist& plist, const jobfile::Plist& read,
               const Unfinished& unfinished);
 /// Whether anything in the section differs from the file.

@@ -261,10 +261,14 @@ constexpr FieldAccess keepAlive{
           if (value == FieldValue(true)) plist.keepAlive.emplace().bool_ = true;
         }};
 
-/// The plain value for a key that has lost its last condition: that of the file, or true.
+/// The plain value for a key that has lost its last condition: that of the file, or true. Null if the file has
+/// conditions, even if `OnDemand` gives them a plain value.
 std::optional<bool> plainKeepAlive(const Plist& plist) {
   const auto read = plist.asRead();
-  return read && read->keepAlive ? read->keepAlive->bool_ : true;
+  if (!read || !read->keepAlive) return true;
+  KeepAlive conditions = *read->keepAlive;
+  const auto plain = std::exchange(conditions.bool_, std::nullopt);
+  return conditions == KeepAlive() ? plain : std::nullopt;
 }
 
 /// A condition of `KeepAlive`. Writing it replaces the plain value.

@@ -16,6 +16,7 @@
 #include "core/lint/Lint.h"
 #include "core/lint/PermissionLint.h"
 #include "core/propertylist/Writer.h"
+#include "core/session/Busy.h"
 #include "core/session/Catalogue.h"
 #include "core/session/CurrentMode.h"
 #include "core/session/Editing.h"
@@ -274,9 +275,10 @@ std::string problemSummary(const JobProblems::Findings& findings, const Localize
   return warnings == 0 ? texts.errors(errors) : texts.errors(errors) + ", " + texts.warnings(warnings);
 }
 
-bool applyFix(const SessionContext& session, const lint::Fix& fix) {
+bool applyFix(const SessionContext& session, const Busy& saving, const lint::Fix& fix) {
   const auto job = session.selection.launchd();
-  if (!job) return false;
+  const bool canBeEdited = job && job->kind.isEditable(session.foundation.defaults.editSystemJobs());
+  if (!canBeEdited || saving.isBusy()) return false;
   const auto file = lint::mended(jobfile::fileAsEdited(job->plist()), fix);
   if (!file) return false;
   const auto text = propertylist::writeXml(*file);

@@ -16,6 +16,7 @@
 
 namespace mirvel {
 
+class Busy;
 class Job;
 class Launchd;
 class Localize;
@@ -105,7 +106,7 @@ class JobProblems {
 std::string problemSummary(const JobProblems::Findings& findings, const Localize& localize);
 
 /// Applies a fix to the selected job, as one edit that can be undone, and shows it in the editor. Returns false, and
-/// changes nothing, if the job isn't as it was when the problem was found.
-bool applyFix(const SessionContext& session, const lint::Fix& fix);
+/// changes nothing, if the job can't be fixed now, or isn't as it was when the problem was found.
+bool applyFix(const SessionContext& session, const Busy& saving, const lint::Fix& fix);
 
 }  // namespace mirvel

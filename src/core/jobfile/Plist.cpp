@@ -73,8 +73,18 @@ const propertylist::Node* Plist::findInFile(std::string_view key) const {
   return dictionary ? dictionary->find(key) : nullptr;
 }
 
+/// `OnDemand` gives a dictionary of conditions the plain value true. Compared with that, an edited condition would
+/// replace the whole dictionary, so the conditions themselves are compared.
+std::optional<Plist> Plist::asReadToMerge() const {
+  auto read = asRead();
+  const auto* const inFile = read ? findInFile(text(CodingKeys::KeepAlive)) : nullptr;
+  const bool hasConditions = inFile && inFile->type() == propertylist::Type::Dictionary;
+  if (hasConditions && read->keepAlive && keepAlive && !keepAlive->bool_) read->keepAlive->bool_.reset();
+  return read;
+}
+
 propertylist::Dictionary Plist::encodeAll() const {
-  const auto read = asRead();
+  const auto read = asReadToMerge();
   if (!read && !replacedTrees) return encode();
   const propertylist::Value whole = fileToMergeInto();
   const auto& file = *whole.as<propertylist::Dictionary>();
@@ -93,7 +103,7 @@ propertylist::Dictionary Plist::encodeAll() const {
 }
 
 std::vector<OpaqueValue> Plist::opaqueValues() const {
-  const auto read = asRead();
+  const auto read = asReadToMerge();
   if (!read) return {};
   const propertylist::Value whole = fileToMergeInto();
   const auto* const intervals = whole.as<propertylist::Dictionary>()->find(calendarKey);

@@ -243,6 +243,7 @@ class Plist {
  private:
   static bool decodeKey(CodingKeys key, const propertylist::Node& value, Plist& plist);
   propertylist::Dictionary encodeWithUnknown() const;
+  std::optional<Plist> asReadToMerge() const;
   propertylist::Value fileToMergeInto() const;
   void setTreesAsDecoded(propertylist::Dictionary& values) const;
   const propertylist::Node* findInFile(std::string_view key) const;

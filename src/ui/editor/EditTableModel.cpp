@@ -68,14 +68,24 @@ void EditTableModel::followTexts() {
   }
 }
 
+/// Removes all of them at once, since the time that a view needs for each removal grows with the number of rows.
 void EditTableModel::removeVanished(const std::vector<EditTable::Id>& now) {
   const std::unordered_set<EditTable::Id> ids(now.begin(), now.end());
-  for (int row = rowCount() - 1; row >= 0; --row) {
-    if (ids.contains(m_shown[static_cast<std::size_t>(row)])) continue;
-    beginRemoveRows({}, row, row);
-    m_shown.erase(m_shown.begin() + row);
-    endRemoveRows();
+  const auto isLeft = [&ids](EditTable::Id id) { return ids.contains(id); };
+  auto sorted = m_shown;
+  auto begin = std::find_if_not(sorted.begin(), sorted.end(), isLeft);
+  auto end = std::find_if(begin, sorted.end(), isLeft);
+  if (!std::all_of(end, sorted.end(), isLeft)) {
+    begin = std::stable_partition(begin, sorted.end(), isLeft);
+    end = sorted.end();
+    reorder(sorted);
   }
+  if (begin == end) return;
+  const auto first = static_cast<int>(std::distance(sorted.begin(), begin));
+  const auto count = static_cast<int>(std::distance(begin, end));
+  beginRemoveRows({}, first, first + count - 1);
+  m_shown.erase(m_shown.begin() + first, m_shown.begin() + first + count);
+  endRemoveRows();
 }
 
 void EditTableModel::appendNew(const std::vector<EditTable::Id>& now) {
@@ -158,7 +168,9 @@ int EditTableModel::columnCount(const QModelIndex& parent) const {
 Qt::ItemFlags EditTableModel::flags(const QModelIndex& index) const {
   Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
   if (!index.isValid() || !m_isEditable) return flags;
-  if (column(index.column()).isEditable) flags |= Qt::ItemIsEditable;
+  const auto row = position(index);
+  const bool fits = row && fitsIntoLine(m_table.shownRow(*row).cells[static_cast<std::size_t>(index.column())]);
+  if (fits && column(index.column()).isEditable) flags |= Qt::ItemIsEditable;
   if (m_table.format().hasBox && index.column() == 0) flags |= Qt::ItemIsUserCheckable;
   return flags;
 }
@@ -245,6 +257,7 @@ QWidget* EditTableDelegate::createEditor(QWidget* parent, const QStyleOptionView
   if (!field) return editor;
   m_edited = index;
   m_original = index.data(Qt::EditRole).toString();
+  field->setMaxLength(longestLine);
   // The editor's text is at the position of the displayed one.
   const bool isPath = m_model.column(index.column()).isPath;
   const bool isAtLeft = option.direction == Qt::LeftToRight || isPath;
@@ -260,7 +273,8 @@ QWidget* EditTableDelegate::createEditor(QWidget* parent, const QStyleOptionView
 void EditTableDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
   auto* const field = qobject_cast<QLineEdit*>(editor);
   if (!field || field->text() == index.data(Qt::EditRole).toString()) return;
-  const QSignalBlocker notTyped(field);  // the field could truncate a long text, which must not be written back
+  if (index == m_edited) m_original = index.data(Qt::EditRole).toString();  // Escape mustn't take back a refill
+  const QSignalBlocker notTyped(field);
   QStyledItemDelegate::setEditorData(editor, index);
 }
 

@@ -134,12 +134,12 @@ std::optional<InvalidField> FieldForm::refuse() {
 
 bool FieldForm::narrow(const FieldSearch& search) {
   const auto job = m_section.context().selection.launchd();
-  const auto read = job ? job->plist().asRead() : std::nullopt;
+  // Decoding a file can take long, and without a search nothing needs it.
+  const jobfile::Plist read = job && !search.isEmpty() ? readRecord(job->plist()) : jobfile::Plist();
   bool isAnyLeft = false;
   for (const Entry& entry : m_entries) {
-    const bool isEntryEdited =
-        read && isEdited(*entry.field, job->plist(), *read, m_section.context().editing.unfinished());
-    const bool isLeft = search.matches(*entry.field) || isEntryEdited;
+    const bool isLeft = search.matches(*entry.field) ||
+                        (job && isEdited(*entry.field, job->plist(), read, m_section.context().editing.unfinished()));
     entry.cell->setVisible(isLeft);
     isAnyLeft = isAnyLeft || isLeft;
   }
@@ -225,6 +225,7 @@ bool FieldForm::eventFilter(QObject* /*watched*/, QEvent* event) {
 FieldForm::Entry FieldForm::makeText(const Field& field) {
   auto* const text = new QLineEdit;
   text->setPlaceholderText(qt(field.placeholder));
+  text->setMaxLength(longestLine);
   connect(text, &QLineEdit::textChanged, this, [this, &field, text] { enterTextOf(field, *text, Step::Continues); });
   return {.field = &field,
           .control = text,
@@ -233,9 +234,11 @@ FieldForm::Entry FieldForm::makeText(const Field& field) {
               [this, &field, text](const Launchd& launchd) {
                 const Unfinished& unfinished = m_section.context().editing.unfinished();
                 const auto& numbers = m_section.context().schedules.numbers();
+                const std::string value = fieldText(field, launchd.plist(), unfinished);
                 if (!matchesValue(field, utf8(text->text()), numbers, launchd.plist(), unfinished)) {
-                  replaceText(*text, qt(fieldText(field, launchd.plist(), unfinished)));
+                  replaceText(*text, qt(value));
                 }
+                text->setReadOnly(!fitsIntoLine(value));
                 mark(field, *text);
               },
           .refuse =
@@ -366,6 +369,7 @@ void FieldForm::choose(const Field& field, QLineEdit& text) {
   {
     const QSignalBlocker notTyped(text);
     text.setText(qt(chosen->native()));
+    text.setReadOnly(false);
   }
   enterTextOf(field, text, Step::Begins);
 }
@@ -397,7 +401,7 @@ void FieldForm::fillPopUp(const Field& field, QComboBox& popUp, const Launchd& l
     if (!text || popUp.itemData(i) != qt(*text)) popUp.removeItem(i);
   }
   if (!text) return popUp.setCurrentIndex(0);
-  if (popUp.findData(qt(*text)) < 0) popUp.addItem(qt(*text), qt(*text));
+  if (popUp.findData(qt(*text)) < 0) popUp.addItem(shownText(*text), qt(*text));
   popUp.setCurrentIndex(popUp.findData(qt(*text)));
 }
 

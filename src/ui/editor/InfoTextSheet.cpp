@@ -100,7 +100,7 @@ InfoTextSheet::InfoTextSheet(const EditorContext& context, QWidget& window, cons
 }
 
 void InfoTextSheet::setTitle(const std::string& title) {
-  m_title->setFullText(qt(title));
+  m_title->setFullText(shownText(title));
   setWindowTitle(shownText(title).simplified());
 }
 

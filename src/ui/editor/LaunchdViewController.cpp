@@ -145,8 +145,7 @@ bool LaunchdViewController::isLeft(const Shown& shown, const FieldSearch& search
   }
   if (shown.section->narrow(search) || search.matchesAnyOf(shown.id)) return true;
   const auto job = selectedJob();
-  const auto read = job ? job->plist().asRead() : std::nullopt;
-  return read && isEdited(shown.id, job->plist(), *read, m_context.editing.unfinished());
+  return job && isEdited(shown.id, job->plist(), readRecord(job->plist()), m_context.editing.unfinished());
 }
 
 void LaunchdViewController::dropSections() {

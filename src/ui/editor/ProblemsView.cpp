@@ -9,10 +9,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/catalogue/Launchd.h"
 #include "core/editor/EditorTexts.h"
 #include "core/editor/JobProblems.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
+#include "core/session/Selection.h"
 #include "core/text/Bidirectional.h"
 #include "ui/editor/EditorContext.h"
 #include "ui/editor/SectionGrid.h"
@@ -87,15 +89,17 @@ QWidget* ProblemsView::makeLine(std::size_t index) {
 
 std::vector<FieldProblem> fieldProblems(const EditorContext& context) {
   const Localize& localize = context.foundation.localize;
+  const auto job = context.selection.launchd();
+  const bool isEditable = job && job->kind.isEditable(context.foundation.defaults.editSystemJobs());
   std::vector<FieldProblem> result;
   for (const lint::Finding& finding : context.problems.findings()) {
     FieldProblem problem{.key = finding.field(), .text = finding.clause.sentence(localize)};
     const bool isOfPart = finding.keyPath != problem.key && !finding.keyPath.ends_with('.' + problem.key);
     if (isOfPart) problem.text = bidirectionalString({finding.keyPath, problem.text}, ": ", localize.isRightToLeft());
-    if (finding.fix) {
+    if (finding.fix && isEditable) {
       problem.fixTitle = finding.fix->title.title(localize);
       problem.fix = [context, fix = *finding.fix] {
-        if (!applyFix(context, fix)) context.platform.workspace.beep();
+        if (!applyFix(context, context.saving, fix)) context.platform.workspace.beep();
       };
     }
     result.push_back(std::move(problem));

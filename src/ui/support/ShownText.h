@@ -13,6 +13,13 @@ namespace mirvel::ui {
 /// A text for display, truncated with an ellipsis if it is longer than anyone would read, because laying it out would
 /// take seconds.
 QString shownText(std::string_view text);
+
+/// The size of the longest text that can be edited in a line, in bytes: no system takes a longer argument or variable.
+/// Qt truncates what is longer than the maximum length of a field, and a field of megabytes doesn't respond.
+constexpr int longestLine = 131'072;
+inline bool fitsIntoLine(std::string_view text) {
+  return text.size() <= static_cast<std::size_t>(longestLine);
+}
 /// The same for a tool tip, with markup escaped.
 QString shownToolTip(std::string_view text);
 

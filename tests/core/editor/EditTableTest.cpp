@@ -97,6 +97,24 @@ TEST(EditTableTest, RefillingKeepsRowsThatAreStillToBeFilled) {
   }
 }
 
+TEST(EditTableTest, ManyOtherRowsAreFilledInLinearTime) {
+  constexpr int count = 200'000;
+  Texts before;
+  Texts after;
+  for (int i = 0; i < count; ++i) {
+    before.push_back("a" + std::to_string(i));
+    after.push_back("b" + std::to_string(i));
+  }
+  after[count / 2] = before[7];
+  EditTable table(list, tableNumbers());
+  table.fill(rowsOf(before));
+  const EditTable::Id kept = table.id(7);
+  const EditTable::Id changed = table.id(9);
+  table.fill(rowsOf(after));
+  EXPECT_EQ(table.id(count / 2), kept) << "the same text";
+  EXPECT_EQ(table.id(9), changed) << "another text in its place";
+}
+
 TEST(EditTableTest, SortingChangesTheScreenAndNotTheRows) {
   const Collator collator("en");
   int edits = 0;

@@ -82,6 +82,11 @@ TEST(FieldSearchTest, EditsAreFoundBySection) {
       {StackSection::Root, [](Plist& plist, Unfinished&) { plist.userName = ""; }},
       {StackSection::LaunchEvents, [](Plist&, Unfinished& unfinished) { unfinished.trees["LaunchEvents"] = {}; }},
       {StackSection::Sockets, [](Plist& plist, Unfinished&) { plist.sockets.reset(); }},
+      {StackSection::Sockets,
+       [](Plist& plist, Unfinished&) {
+         EXPECT_TRUE(plist.replaceTree(Plist::CodingKeys::Sockets, Dictionary{{"odd", 1}}));
+       }},
+      {StackSection::MachServices, [](Plist&, Unfinished& unfinished) { unfinished.trees["MachServices"] = {}; }},
   };
   for (const auto& row : table) {
     Plist edited = read->clone();

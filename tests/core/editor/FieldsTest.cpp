@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "core/editor/EditTable.h"
+#include "core/jobfile/RunString.h"
 #include "core/locale/Localize.h"
 #include "core/propertylist/Writer.h"
 #include "core/schedule/NumberText.h"
@@ -291,6 +292,32 @@ TEST(FieldsTest, AConditionThatComesAndGoesLeavesWhatTheFileHad) {
       enterRows(fieldOf("OtherJobEnabled"), rows({{typed, true}}), numbers(), plist, unfinished);
     }
     EXPECT_EQ(keysOf(plist), row.written);
+  }
+}
+
+TEST(FieldsTest, AConditionBesideOnDemandIsWrittenAndKeepsItsNeighbours) {
+  const auto save = [](const Plist& plist) { return keysOf(jobfile::fileAsEdited(plist)); };
+  const Dictionary file{{"KeepAlive", Dictionary{{"Crashed", true}, {"Odd", 1}}}, {"OnDemand", false}};
+  const std::string onDemand = "<key>OnDemand</key><false/>";
+  const struct {
+    const char* key;
+    FieldValue value;
+    const char* written;
+  } table[] = {
+      {"Nice", std::int64_t{5},
+       "<key>KeepAlive</key><dict><key>Crashed</key><true/><key>Odd</key><integer>1</integer></dict>"
+       "<key>Nice</key><integer>5</integer>"},
+      {"SuccessfulExit", true,
+       "<key>KeepAlive</key><dict><key>Crashed</key><true/><key>Odd</key><integer>1</integer>"
+       "<key>SuccessfulExit</key><true/></dict>"},
+      {"Crashed", {}, "<key>KeepAlive</key><dict><key>Odd</key><integer>1</integer></dict>"},
+      {"KeepAlive", false, ""},
+  };
+  for (const auto& row : table) {
+    Plist plist = recordOf(file);
+    Unfinished unfinished;
+    enter(fieldOf(row.key), row.value, plist, unfinished);
+    EXPECT_EQ(save(plist), row.written + onDemand) << row.key;
   }
 }
 

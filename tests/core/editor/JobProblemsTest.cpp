@@ -266,20 +266,38 @@ TEST_F(JobProblemsTest, AFixIsOneEditAndLeavesOtherInputAlone) {
 
   edit().run = "/bin/sh -x";
   program().editing.unfinished().texts = {{"Nice", "5x"}};
-  ASSERT_TRUE(applyFix(program().session, *fix));
+  ASSERT_TRUE(applyFix(program().session, program().saving, *fix));
   const jobfile::Plist& record = program().selection.launchd()->plist();
   EXPECT_EQ(record.standardOutPath, "/tmp/a");
   EXPECT_EQ(record.unknownKeys, Texts{"Odd"});
   EXPECT_EQ(record.programArguments, (Texts{"/bin/sh", "-x"}));
   EXPECT_EQ(program().editing.unfinished().texts.at("Nice"), "5x");
   EXPECT_GT(shell.count("showEdit"), 0U);
-  EXPECT_FALSE(applyFix(program().session, *fix)) << "that key is gone";
+  EXPECT_FALSE(applyFix(program().session, program().saving, *fix)) << "that key is gone";
 
   program().editing.undo();
   EXPECT_EQ(record.standardOutPath, std::nullopt);
   EXPECT_EQ(record.unknownKeys, (Texts{"Odd", "StandardOutputPath"}));
   program().selection.select(nullptr);
-  EXPECT_FALSE(applyFix(program().session, *fix));
+  EXPECT_FALSE(applyFix(program().session, program().saving, *fix));
+}
+
+TEST_F(JobProblemsTest, AFixLeavesJobsAloneThatCantBeEditedNow) {
+  const Dictionary keys{{"ProgramArguments", Array{"/bin/sh"}}, {"StandardOutputPath", "/tmp/a"}};
+  const auto fix = lint::Fix::rename({"StandardOutputPath"}, "StandardOutPath");
+  writeJob(Kind::userAgent, "a", keys);
+  writeJob(Kind::systemDaemon, "s", keys);
+  EXPECT_TRUE(foundation.defaults.setShowSystemJobs(true));
+  scan();
+  select("s");
+  EXPECT_FALSE(applyFix(program().session, program().saving, fix));
+  select("a");
+  {
+    const auto saving = program().saving.begin();
+    EXPECT_FALSE(applyFix(program().session, program().saving, fix));
+  }
+  EXPECT_FALSE(program().editing.hasUnsavedChanges());
+  EXPECT_TRUE(applyFix(program().session, program().saving, fix));
 }
 
 TEST(ProblemSummaryTest, ErrorsAndWarningsAreCounted) {

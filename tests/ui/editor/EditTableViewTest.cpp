@@ -314,6 +314,47 @@ TEST_F(EditTableViewTest, RefillingKeepsTheSelectionAndTheCellThatIsEdited) {
   EXPECT_TRUE(changes.empty());
 }
 
+TEST_F(EditTableViewTest, EscapeDoesntTakeBackARefill) {
+  show(strings, rowsOf(Texts{"a", "b"}));
+  list().setCurrentIndex(cell(0));
+  press(Qt::Key_F2);
+  table->fill(rowsOf(Texts{"x", "b"}));
+  press(Qt::Key_Escape);
+  EXPECT_EQ(shown(), (Texts{"x", "b"}));
+  press(Qt::Key_F2);
+  type("y");
+  press(Qt::Key_Escape);
+  EXPECT_EQ(shown(), (Texts{"x", "b"}));
+  EXPECT_EQ(changes, (Texts{"y- b-", "x- b-"})) << "only what was typed";
+}
+
+TEST_F(EditTableViewTest, ManyRowsAreReplacedInLinearTime) {
+  show(strings, rowsOf(Texts(200'000, "a")));
+  Texts others;
+  for (int i = 0; i < 200'000; ++i) others.push_back("b" + std::to_string(i));
+  table->fill(rowsOf(others));
+  EXPECT_EQ(utf8(cell(199'999).data().toString()), "b199999");
+  table->fill(rowsOf(Texts{"b7"}));
+  EXPECT_EQ(shown(), Texts{"b7"});
+}
+
+TEST_F(EditTableViewTest, ALongTextIsEditedAsAWholeOrNotAtAll) {
+  const struct {
+    std::size_t size;
+    bool isEdited;
+  } rows[] = {{40'000, true}, {3'000'000, false}};
+  for (const auto& row : rows) {
+    const std::string text(row.size, 'a');
+    show(strings, rowsOf(Texts{text}));
+    list().setCurrentIndex(cell(0));
+    press(Qt::Key_F2);
+    EXPECT_EQ(isEditing(), row.isEdited);
+    press(Qt::Key_End);
+    type("x");
+    EXPECT_EQ(table->rows()[0].cells[0].size(), row.size + (row.isEdited ? 1 : 0));
+  }
+}
+
 TEST_F(EditTableViewTest, ALockedTableStillLetsRowsBeDeleted) {
   show(boxes, rowsOf(Map{{"a", true}}));
   table->setEditable(false);

@@ -51,6 +51,18 @@ TEST_F(FieldCellTest, TheSearchLeavesMatchingKeysAndUnsavedEdits) {
   for (const char* key : {"GroupName", "Label", "RunAtLoad", "notesTextField"}) EXPECT_TRUE(isShown(key)) << key;
 }
 
+TEST_F(FieldCellTest, TheSearchNeverHidesInputThatCantBeSaved) {
+  edit({{"Program", "/bin/ls"}});
+  record().dictionary.reset();  // like a new job, which has no file yet
+  for (const char* key : {"Nice", "Umask"}) QTest::keyClicks(&control<QLineEdit>(key), QStringLiteral("9x"));
+  search("debug");
+  for (const char* key : {"Nice", "Umask"}) EXPECT_TRUE(isShown(key)) << key;
+  EXPECT_FALSE(isShown("UserName"));
+  button("Save").click();
+  testdata::settle();
+  EXPECT_TRUE(hasChanges()) << "saving was refused";
+}
+
 TEST_F(FieldCellTest, TheHelpCanBeReadAndRemovesTheKey) {
   edit({{"Program", "/bin/ls"}, {"RunAtLoad", false}});
   QWidget* const help = helpOf("RunAtLoad");

@@ -210,6 +210,24 @@ TEST_F(FieldFormTest, RefillingKeepsFocusCursorAndEquivalentTexts) {
   EXPECT_EQ(utf8(text("Nice").text()), "7");
 }
 
+TEST_F(FieldFormTest, ALongTextIsEditedAsAWholeOrNotAtAll) {
+  open({});
+  const struct {
+    std::size_t size;
+    bool isEdited;
+  } table[] = {{3'000'000, false}, {40'000, true}};
+  for (const auto& row : table) {
+    record().standardOutPath = std::string(row.size, 'a');
+    refill();
+    QLineEdit& field = text("StandardOutPath");
+    field.setFocus();
+    field.end(false);
+    QTest::keyClicks(&field, QStringLiteral("xyz"));
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    EXPECT_EQ(record().standardOutPath->size(), row.size + (row.isEdited ? 2 : 0));
+  }
+}
+
 TEST_F(FieldFormTest, ANumberThatCantBeSavedStaysMarkedAndWritesNothing) {
   open({{"Nice", 5}});
   QLineEdit& nice = text("Nice");
