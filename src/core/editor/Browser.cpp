@@ -84,6 +84,7 @@ Browser::Browser(const BrowserSchema& schema, const Localize& localize, const Sc
     : m_schema(schema), m_localize(localize), m_numbers(numbers), m_changed(std::move(changed)) {}
 
 void Browser::fill(const jobfile::Plist& plist, const Unfinished& unfinished) {
+  m_isBlocked = false;
   const auto tree = unfinished.trees.find(m_schema.text());
   if (tree != unfinished.trees.end()) {
     if (tree->second != withoutNew(m_items)) show(tree->second);
@@ -91,6 +92,7 @@ void Browser::fill(const jobfile::Plist& plist, const Unfinished& unfinished) {
   }
   const auto saved = plist.savedValue(m_schema.key);
   const auto* const entries = saved ? saved->as<Dictionary>() : nullptr;
+  m_isBlocked = saved && !entries;
   const auto shown = value();
   const bool isSame = shown && entries ? *shown == *entries : !shown && !entries;
   if (!isSame || refusedPath()) show(entries ? mirvel::itemsOf(*entries, *m_schema.top) : Items());
@@ -119,8 +121,11 @@ std::optional<Dictionary> Browser::value() const {
 std::optional<InvalidField> Browser::refuse() const {
   Path path;
   auto reason = BrowserProblems::first(m_items, *m_schema.top, m_localize, path);
-  if (!reason) return std::nullopt;
   std::string name(m_schema.text());
+  if (!reason) {
+    if (jobfile::Plist().replaceTree(m_schema.key, value())) return std::nullopt;
+    reason = BrowserTexts(m_localize).theListIsTooDeep();
+  }
   const Items* items = &m_items;
   const BrowserLevel* level = m_schema.top;
   for (const std::size_t row : path) {
@@ -130,6 +135,11 @@ std::optional<InvalidField> Browser::refuse() const {
     items = &item.children;
   }
   return InvalidField{.message = EditorTexts(m_localize).fieldCantBeSaved(name), .reason = *std::move(reason)};
+}
+
+std::string Browser::emptyText() const {
+  const BrowserTexts texts(m_localize);
+  return m_isBlocked ? texts.theValueIsNoDictionary(m_schema.text()) : texts.noEntries(m_schema.text());
 }
 
 std::optional<Browser::Path> Browser::refusedPath() const {
@@ -258,7 +268,8 @@ std::vector<Browser::Offer> Browser::offers(std::size_t column) const {
   if (!place.items) return result;
   for (const BrowserLevel::Offer& offer : place.level->offers) {
     const bool isThere = place.level->hasFixedNames && isNamed(*place.items, offer.title);
-    result.push_back({.title = titleOf(offer, *place.level, m_localize), .help = offer.help, .isEnabled = !isThere});
+    result.push_back(
+        {.title = titleOf(offer, *place.level, m_localize), .help = offer.help, .isEnabled = !isThere && !m_isBlocked});
   }
   return result;
 }

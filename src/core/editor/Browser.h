@@ -47,6 +47,8 @@ struct BrowserPreview {
 /// value until the tree is valid. An added entry whose name is chosen by the job isn't part of the tree before it has a
 /// name or content.
 ///
+/// A value that isn't a dictionary has no entries. It blocks the browser: nothing can be added until it is removed.
+///
 /// Calls with a column, a row or an id that doesn't exist, or for something that isn't possible, have no effect. Main
 /// thread only.
 class Browser {
@@ -60,7 +62,7 @@ class Browser {
   struct Offer {
     std::string title;  ///< a key, or the localized name of a type
     std::string_view help;
-    bool isEnabled = true;  ///< false if the column has such an entry already
+    bool isEnabled = true;  ///< false if the column has such an entry already, and for each in a blocked browser
   };
   /// A type that an item has or can have.
   struct TypeChoice {
@@ -86,8 +88,11 @@ class Browser {
   std::optional<propertylist::Dictionary> value() const;
   /// Why the tree can't be saved; null if it can.
   std::optional<InvalidField> refuse() const;
-  /// The first item that can't be saved.
+  /// The first item that can't be saved. Null also if only the tree as a whole can't.
   std::optional<Path> refusedPath() const;
+
+  /// Shown in place of the entries while there are none.
+  std::string emptyText() const;
 
   // Columns are counted from 0. The last one is that of the entries of the last selected item, if it has entries.
 
@@ -121,7 +126,7 @@ class Browser {
   /// Inserts a copy with a new name after the item and selects it.
   void duplicate(std::size_t column, std::size_t row);
   /// An XML property list with the item and everything below it: a dictionary with its name, or an array for the
-  /// element of an array. Null for values that XML can't represent.
+  /// element of an array. Null for values that XML can't represent, and while an item can't be saved.
   std::optional<std::string> copy(std::size_t column, std::size_t row) const;
   /// Adds the entries of a property list in any form to the column and selects the first one. Other text is added line
   /// by line to the array of strings that is selected there. Returns the reason if neither is possible.
@@ -164,6 +169,7 @@ class Browser {
   Items m_items;
   std::vector<std::uint64_t> m_path;  ///< the ids of the selected items, one for each column
   std::uint64_t m_lastId = 0;
+  bool m_isBlocked = false;  ///< by a value that isn't a dictionary
 };
 
 }  // namespace mirvel

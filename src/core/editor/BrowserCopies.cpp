@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <set>
+#include <string_view>
 
 #include "core/editor/Browser.h"
+#include "core/editor/BrowserProblems.h"
 #include "core/editor/BrowserTexts.h"
 #include "core/editor/BrowserTree.h"
 #include "core/propertylist/Document.h"
@@ -25,10 +28,11 @@ void clearIds(Items& items) {
 }
 
 std::string freeName(const Items& items, const std::string& name) {
+  std::set<std::string_view> names;
+  for (const BrowserItem& item : items) names.insert(item.name);
   for (std::size_t number = 2;; ++number) {
     std::string candidate = name + ' ' + std::to_string(number);
-    const auto hasName = [&candidate](const BrowserItem& item) { return item.name == candidate; };
-    if (std::none_of(items.begin(), items.end(), hasName)) return candidate;
+    if (!names.contains(candidate)) return candidate;
   }
 }
 
@@ -73,7 +77,9 @@ void Browser::duplicate(std::size_t column, std::size_t row) {
 
 std::optional<std::string> Browser::copy(std::size_t column, std::size_t row) const {
   const BrowserItem* const item = itemAt(column, row);
-  if (!item || item->entered) return std::nullopt;
+  if (!item || item->isNew) return std::nullopt;
+  Path path;
+  if (BrowserProblems::first({*item}, *at(column).level, m_localize, path)) return std::nullopt;
   const Value value = valueOf(*item);
   const bool isElement = at(column).level->isArray;
   auto text = propertylist::writeXml(isElement ? Value(Array{value}) : Value(Dictionary{{item->name, value}}));
@@ -82,6 +88,7 @@ std::optional<std::string> Browser::copy(std::size_t column, std::size_t row) co
 
 std::optional<InvalidField> Browser::paste(std::size_t column, const std::string& text) {
   if (!at(column).items) return std::nullopt;
+  if (m_isBlocked) return cantBePasted(emptyText());
   const auto list = propertylist::read(text);
   const bool hasItems = list && (list->root().dictionary() || list->root().array());
   return hasItems ? pasteItems(column, list->value()) : pasteLines(column, text);

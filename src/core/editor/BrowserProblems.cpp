@@ -1,5 +1,6 @@
 #include "core/editor/BrowserProblems.h"
 
+#include <algorithm>
 #include <set>
 #include <string_view>
 
@@ -38,8 +39,10 @@ std::set<std::string_view> repeatedNames(const Items& items, const BrowserLevel&
 
 std::optional<std::string> at(const Items& siblings, std::size_t row, const BrowserLevel& level,
                               const Localize& localize) {
-  const bool isRepeated = repeatedNames(siblings, level).contains(siblings[row].name);
-  return problemOf(siblings[row], isRepeated, level, localize);
+  const BrowserItem& item = siblings[row];
+  const auto isSameName = [&item](const BrowserItem& other) { return !other.isNew && other.name == item.name; };
+  const bool isRepeated = !level.isArray && std::count_if(siblings.begin(), siblings.end(), isSameName) > 1;
+  return problemOf(item, isRepeated, level, localize);
 }
 
 std::optional<std::string> first(const Items& items, const BrowserLevel& level, const Localize& localize,

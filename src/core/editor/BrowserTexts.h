@@ -41,7 +41,9 @@ class BrowserTexts : public Texts {
   std::string rename() const { return text("Rename"); }
   std::string socket() const { return text("Socket"); }
   std::string theListIsTooDeep() const { return text("The property list is nested too deeply."); }
-
+  std::string theValueIsNoDictionary(std::string_view key) const {
+    return format("The value of “%@” isn’t a dictionary. Delete it before you add entries.", {std::string(key)});
+  }
   std::string typeMenu() const { return text("Type"); }
 
   /// The name of a type in menus.

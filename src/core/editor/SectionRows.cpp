@@ -57,17 +57,15 @@ void addUnknownKeys(const Plist& plist, Rows& rows) {
   }
 }
 
-/// The values that no other section shows.
-enum class Opaque { All, WithoutBrowsers };
+using IsShownElsewhere = bool (*)(const jobfile::OpaqueValue& value);
 
 /// The unknown keys, and the opaque values within known ones.
-Rows unknownRows(const Plist& plist, Opaque shown) {
+Rows unknownRows(const Plist& plist, IsShownElsewhere isShownElsewhere) {
   Rows rows;
   if (!plist.dictionary) return rows;
   addUnknownKeys(plist, rows);
   for (auto& opaque : plist.opaqueValues()) {
-    const bool isInBrowser = browserSchema(opaque.path.front()) != nullptr;
-    if (shown == Opaque::All || !isInBrowser) rows.push_back({opaque.text(), std::move(opaque.value)});
+    if (!isShownElsewhere(opaque)) rows.push_back({opaque.text(), std::move(opaque.value)});
   }
   return rows;
 }
@@ -94,7 +92,7 @@ Rows sectionRows(StackSection section, const Plist& plist, const Foundation& fou
     case StackSection::Sockets:
       return plist.sockets ? NestedRows::sockets(*plist.sockets, texts, collator) : Rows();
     case StackSection::Unknown:
-      return unknownRows(plist, Opaque::All);
+      return unknownRows(plist, isInBrowser);
     case StackSection::General:
     case StackSection::When:
     case StackSection::Notes:
@@ -104,7 +102,10 @@ Rows sectionRows(StackSection section, const Plist& plist, const Foundation& fou
 }
 
 Rows editorRows(StackSection section, const Plist& plist, const Foundation& foundation) {
-  if (section == StackSection::Unknown) return unknownRows(plist, Opaque::WithoutBrowsers);
+  const auto hasBrowser = [](const jobfile::OpaqueValue& value) {
+    return browserSchema(value.path.front()) != nullptr;
+  };
+  if (section == StackSection::Unknown) return unknownRows(plist, hasBrowser);
   return sectionRows(section, plist, foundation);
 }
 

@@ -17,6 +17,11 @@ bool isAnyFieldSet(StackSection section, const Plist& plist) {
   return std::any_of(fields.begin(), fields.end(), [&](const Field& field) { return field.access.isSet(plist); });
 }
 
+bool hasOpaqueRows(const Plist& plist) {
+  const auto values = plist.opaqueValues();
+  return !std::all_of(values.begin(), values.end(), isInBrowser);
+}
+
 bool isShown(StackSection section, const Plist& plist) {
   switch (section) {
     case StackSection::When:
@@ -36,7 +41,7 @@ bool isShown(StackSection section, const Plist& plist) {
     case StackSection::Sockets:
       return plist.sockets.has_value();
     case StackSection::Unknown:
-      return plist.unknownKeys.has_value() || !plist.opaqueValues().empty();
+      return plist.unknownKeys.has_value() || hasOpaqueRows(plist);
     case StackSection::General:
     case StackSection::Notes:
       return true;
@@ -61,6 +66,10 @@ std::vector<StackEntry> allSections(const Localize& localize) {
 }
 
 }  // namespace
+
+bool isInBrowser(const jobfile::OpaqueValue& value) {
+  return value.path.front() == Plist::text(Plist::CodingKeys::LaunchEvents);
+}
 
 std::vector<StackEntry> displayStack(const Plist& plist, const Localize& localize) {
   auto result = allSections(localize);

@@ -49,7 +49,8 @@ propertylist::Dictionary Plist::encodeWithUnknown() const {
 propertylist::Value Plist::fileToMergeInto() const {
   propertylist::Value file = dictionary ? dictionary->value() : propertylist::Dictionary();
   if (replacedTrees) {
-    for (const auto& [key, tree] : *replacedTrees) file.as<propertylist::Dictionary>()->set(key, tree.value());
+    for (const auto& [key, tree] : *replacedTrees)
+      file.as<propertylist::Dictionary>()->set(key, valueOf(*tree.find(key)));
   }
   for (const auto& path : removedValues) removeAt(file, path);
   return file;
@@ -59,7 +60,7 @@ propertylist::Value Plist::fileToMergeInto() const {
 void Plist::setTreesAsDecoded(propertylist::Dictionary& values) const {
   if (!replacedTrees) return;
   Plist decoded;
-  for (const auto& [key, tree] : *replacedTrees) decodeKey(*codingKey(key), tree.root(), decoded);
+  for (const auto& [key, tree] : *replacedTrees) decodeKey(*codingKey(key), *tree.find(key), decoded);
   const propertylist::Dictionary encoded = decoded.encode();
   for (const auto& [key, tree] : *replacedTrees) values.set(key, *encoded.find(key));
 }
@@ -68,7 +69,7 @@ void Plist::setTreesAsDecoded(propertylist::Dictionary& values) const {
 const propertylist::Node* Plist::findInFile(std::string_view key) const {
   if (replacedTrees) {
     const auto found = replacedTrees->find(key);
-    if (found != replacedTrees->end()) return &found->second.root();
+    if (found != replacedTrees->end()) return found->second.find(key);
   }
   return dictionary ? dictionary->find(key) : nullptr;
 }
@@ -153,16 +154,17 @@ std::optional<propertylist::Value> Plist::savedValue(CodingKeys key) const {
 }
 
 bool Plist::replaceTree(CodingKeys key, const std::optional<propertylist::Dictionary>& tree) {
+  const std::string keyText(text(key));
   std::optional<FileDictionary> replacement;
   if (tree) {
-    auto document = propertylist::read(propertylist::writeBinary(*tree));
+    // Below its key, as the limits apply to the whole file.
+    auto document = propertylist::read(propertylist::writeBinary(propertylist::Dictionary{{keyText, *tree}}));
     if (!document) return false;
     replacement.emplace(*std::move(document));
   }
-  const std::string keyText(text(key));
   discardValue(key);
   if (!replacement) return true;
-  decodeKey(key, replacement->root(), *this);
+  decodeKey(key, *replacement->find(keyText), *this);
   const auto* const inFile = findInFile(keyText);
   if (inFile && valueOf(*inFile) == *tree) return true;
   if (!replacedTrees) replacedTrees.emplace();

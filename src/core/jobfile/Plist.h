@@ -134,7 +134,7 @@ class Plist {
   /// Replaces the whole value of `Sockets`, `MachServices` or `LaunchEvents`, or removes the key: a save writes exactly
   /// this dictionary, including what no field represents. The field becomes what tolerant decoding makes of it. Setting
   /// the value that the file has makes the key unchanged again. Returns false, and changes nothing, for a dictionary
-  /// that exceeds the limits on property lists, such as one that is nested too deeply.
+  /// that would make the file exceed the limits on property lists, such as one that is nested too deeply.
   bool replaceTree(CodingKeys key, const std::optional<propertylist::Dictionary>& tree);
   /// The record as it was decoded from `dictionary`; none without it.
   std::optional<Plist> asRead() const;
@@ -169,8 +169,8 @@ class Plist {
   std::optional<std::vector<std::string>> unknownKeys;
   /// The opaque values that the next save removes from the file.
   std::vector<OpaqueValue::Path> removedValues;
-  /// The values that `replaceTree` has set, by key, except those that the file has anyway. A save treats them as if
-  /// they were in the file.
+  /// The values that `replaceTree` has set, by key and below their key, except those that the file has anyway. A save
+  /// treats them as if they were in the file.
   Boxed<StringMap<FileDictionary>> replacedTrees;
 
   /// `Label`, the only required key. Identifies the job within a launchd domain. May be empty in a file.

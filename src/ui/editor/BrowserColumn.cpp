@@ -20,6 +20,7 @@
 namespace mirvel::ui {
 
 void BrowserList::setHint(const QString& hint) {
+  if (hint == m_hint) return;
   m_hint = hint;
   setAccessibleDescription(hint);
   viewport()->update();
@@ -64,7 +65,7 @@ BrowserColumn::BrowserColumn(Browser& browser, std::size_t column, BrowserModel:
     makeHeader(localize);
     layout->addWidget(m_header);
   }
-  prepareList(localize);
+  prepareList();
   layout->addWidget(m_list, 1);
 }
 
@@ -96,14 +97,13 @@ void BrowserColumn::makeHeader(const Localize& localize) {
   connect(m_deleteButton, &QToolButton::clicked, this, [this] { deleteWanted(); });
 }
 
-void BrowserColumn::prepareList(const Localize& localize) {
+void BrowserColumn::prepareList() {
   m_list->setModel(m_model);
   m_list->setItemDelegate(new BrowserDelegate(m_list));
   m_list->setEditTriggers(QAbstractItemView::DoubleClicked);
   m_list->setTextElideMode(Qt::ElideMiddle);
   m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   m_list->setUniformItemSizes(true);
-  if (m_column == 0) m_list->setHint(qt(BrowserTexts(localize).noEntries(m_browser.schema().text())));
   connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
     const QModelIndexList rows = m_list->selectionModel()->selectedIndexes();
     if (!m_isFollowing && !rows.isEmpty() && picked) picked(static_cast<std::size_t>(rows.front().row()));
@@ -124,12 +124,15 @@ void BrowserColumn::follow() {
   const auto row = m_browser.selected(m_column);
   select(row);
   m_isFollowing = false;
+  if (m_column == 0) m_list->setHint(qt(m_browser.emptyText()));
   const auto parent = m_column > 0 ? m_browser.selected(m_column - 1) : std::nullopt;
   const std::string parentTitle = parent ? m_browser.title(m_column - 1, *parent) : std::string();
   m_list->setAccessibleName(qt(parentTitle.empty() ? m_browser.schema().text() : std::string_view(parentTitle)));
   updateGeometry();
   if (!m_header) return;
   m_title->setFullText(qt(parentTitle));
+  const auto offers = m_browser.offers(m_column);
+  m_addButton->setEnabled(std::any_of(offers.begin(), offers.end(), [](const auto& offer) { return offer.isEnabled; }));
   m_deleteButton->setEnabled(row.has_value());
 }
 
@@ -148,13 +151,22 @@ int BrowserColumn::listHeight(int rows) const {
          2 * m_list->frameWidth();
 }
 
+/// Qt's own hint measures each row, which takes seconds for a list that is long enough.
+int BrowserColumn::widthOfNames() const {
+  constexpr int mostMeasured = 100;
+  int width = 0;
+  for (int row = 0; row < std::min(m_model->rowCount(), mostMeasured); ++row) {
+    width = std::max(width, m_list->sizeHintForIndex(m_model->index(row)).width());
+  }
+  return width;
+}
+
 /// As wide as the names, within limits: two columns usually fit into the narrowest pane.
 QSize BrowserColumn::minimumSizeHint() const {
   constexpr int fewestCharacters = 18;
   constexpr int mostCharacters = 28;
   const QScrollBar& bar = *m_list->verticalScrollBar();
-  const int names =
-      m_list->sizeHintForColumn(0) + 2 * m_list->frameWidth() + (bar.maximum() > 0 ? bar.sizeHint().width() : 0);
+  const int names = widthOfNames() + 2 * m_list->frameWidth() + (bar.maximum() > 0 ? bar.sizeHint().width() : 0);
   const int character = fontMetrics().averageCharWidth();
   return {std::clamp(names, fewestCharacters * character, mostCharacters * character),
           QWidget::minimumSizeHint().height()};

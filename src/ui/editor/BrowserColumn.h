@@ -67,8 +67,9 @@ class BrowserColumn final : public QWidget {
   QSize minimumSizeHint() const override;
 
  private:
+  int widthOfNames() const;
   void makeHeader(const Localize& localize);
-  void prepareList(const Localize& localize);
+  void prepareList();
   void select(std::optional<std::size_t> row);
 
   Browser& m_browser;

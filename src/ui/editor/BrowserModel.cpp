@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <unordered_set>
 
 #include "core/editor/Browser.h"
 #include "ui/support/Palettes.h"
@@ -41,30 +42,48 @@ std::vector<std::uint64_t> BrowserModel::presentIds() const {
 
 void BrowserModel::follow() {
   const auto now = presentIds();
-  for (int row = rowCount() - 1; row >= 0; --row) {
-    const auto position = m_ids.begin() + row;
-    if (std::find(now.begin(), now.end(), *position) != now.end()) continue;
-    beginRemoveRows({}, row, row);
-    m_ids.erase(position);
-    endRemoveRows();
-  }
-  for (int row = 0; row < static_cast<int>(now.size()); ++row) {
-    const std::uint64_t id = now[static_cast<std::size_t>(row)];
-    const auto position = m_ids.begin() + row;
-    if (position != m_ids.end() && *position == id) continue;
-    const auto old = std::find(position, m_ids.end(), id);
-    if (old == m_ids.end()) {
-      beginInsertRows({}, row, row);
-      m_ids.insert(position, id);
+  removeAllBut(now);
+  const std::unordered_set<std::uint64_t> before(m_ids.begin(), m_ids.end());
+  const auto isOld = [&before](std::uint64_t id) { return before.contains(id); };
+  for (auto next = now.begin(); next != now.end();) {
+    const auto position = m_ids.begin() + (next - now.begin());
+    const auto added = std::find_if(next, now.end(), isOld);
+    if (added != next) {
+      const int row = static_cast<int>(next - now.begin());
+      beginInsertRows({}, row, row + static_cast<int>(added - next) - 1);
+      m_ids.insert(position, next, added);
       endInsertRows();
-    } else {
-      const int from = static_cast<int>(std::distance(m_ids.begin(), old));
-      beginMoveRows({}, from, from, {}, row);
-      std::rotate(position, old, old + 1);
-      endMoveRows();
+      next = added;
+      continue;
     }
+    if (*position != *next) moveHere(position, *next);
+    ++next;
   }
   if (!m_ids.empty()) emit dataChanged(index(0), index(rowCount() - 1));
+}
+
+/// In runs, as a list can have a hundred thousand rows.
+void BrowserModel::removeAllBut(const std::vector<std::uint64_t>& ids) {
+  const std::unordered_set<std::uint64_t> kept(ids.begin(), ids.end());
+  const auto isKept = [&kept](std::uint64_t id) { return kept.contains(id); };
+  for (std::size_t end = m_ids.size(); end > 0;) {
+    std::size_t start = end;
+    while (start > 0 && !isKept(m_ids[start - 1])) --start;
+    if (start < end) {
+      beginRemoveRows({}, static_cast<int>(start), static_cast<int>(end) - 1);
+      m_ids.erase(m_ids.begin() + static_cast<std::ptrdiff_t>(start), m_ids.begin() + static_cast<std::ptrdiff_t>(end));
+      endRemoveRows();
+    }
+    end = start > 0 ? start - 1 : 0;
+  }
+}
+
+void BrowserModel::moveHere(std::vector<std::uint64_t>::iterator position, std::uint64_t id) {
+  const auto old = std::find(position, m_ids.end(), id);
+  const int from = static_cast<int>(old - m_ids.begin());
+  beginMoveRows({}, from, from, {}, static_cast<int>(position - m_ids.begin()));
+  std::rotate(position, old, old + 1);
+  endMoveRows();
 }
 
 int BrowserModel::rowCount(const QModelIndex& parent) const {

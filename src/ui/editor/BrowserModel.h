@@ -37,6 +37,8 @@ class BrowserModel final : public QAbstractListModel {
 
  private:
   std::vector<std::uint64_t> presentIds() const;
+  void removeAllBut(const std::vector<std::uint64_t>& ids);
+  void moveHere(std::vector<std::uint64_t>::iterator position, std::uint64_t id);
   bool isShown(const QModelIndex& index) const;
 
   Browser& m_browser;

@@ -1,12 +1,10 @@
 #include "ui/editor/BrowserView.h"
 
-#include <QActionGroup>
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStyle>
@@ -15,15 +13,12 @@
 #include <string>
 #include <utility>
 
-#include "core/editor/BrowserTexts.h"
-#include "core/editor/EditorTexts.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "ui/editor/BrowserColumn.h"
 #include "ui/editor/BrowserPreviewView.h"
 #include "ui/support/Controls.h"
 #include "ui/support/QtText.h"
-#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -48,13 +43,19 @@ BrowserView::BrowserView(Browser& browser, const EditorContext& context, Browser
       m_access(access),
       m_area(new QScrollArea),
       m_row(nullptr),
-      m_preview(new BrowserPreviewView(browser, context, access)) {
+      m_preview(new BrowserPreviewView(browser, context, access)),
+      m_menus(browser, context, access, *this) {
   auto* const content = new QWidget;
   m_row = new QHBoxLayout(content);
   m_row->setContentsMargins(0, 0, 0, 0);
   m_row->addWidget(m_preview, 1);
   m_preview->hide();
   m_preview->changed = [this] { follow(); };
+  m_menus.chosen = [this](BrowserAction action, std::size_t column) { perform(action, column); };
+  m_menus.offerChosen = [this](std::size_t column, std::size_t offer) { addOffer(column, offer); };
+  m_menus.typeChosen = [this](std::size_t column, std::size_t row, BrowserItem::Type type) {
+    setType(column, row, type);
+  };
   m_preview->left = [this] { list(m_browser.path().size() - 1).setFocus(); };
   m_area->setWidgetResizable(true);
   m_area->setFrameShape(QFrame::NoFrame);
@@ -94,7 +95,7 @@ void BrowserView::makeColumn() {
   const std::size_t number = m_columns.size();
   auto* const column = new BrowserColumn(m_browser, number, m_access, m_context.foundation.localize);
   column->addWanted = [this, number] { add(number); };
-  column->deleteWanted = [this, number] { perform(RowAction::Remove, number); };
+  column->deleteWanted = [this, number] { perform(BrowserAction::Remove, number); };
   column->picked = [this, number](std::size_t row) { select(number, row); };
   column->model().renamed = [this] { follow(); };
   column->list().named = [this, number](QAbstractItemDelegate::EndEditHint hint) { endNaming(number, hint); };
@@ -214,42 +215,42 @@ void BrowserView::showRefused() {
 
 // Keys
 
-std::optional<BrowserView::RowAction> BrowserView::actionOf(const QKeyEvent& press) const {
-  if (press.matches(QKeySequence::Copy)) return RowAction::Copy;
-  if (press.matches(QKeySequence::Paste)) return RowAction::Paste;
+std::optional<BrowserAction> BrowserView::actionOf(const QKeyEvent& press) const {
+  if (press.matches(QKeySequence::Copy)) return BrowserAction::Copy;
+  if (press.matches(QKeySequence::Paste)) return BrowserAction::Paste;
   const auto modifiers = press.modifiers() & ~Qt::KeypadModifier;
-  if (modifiers == Qt::ControlModifier && press.key() == Qt::Key_D) return RowAction::Duplicate;
+  if (modifiers == Qt::ControlModifier && press.key() == Qt::Key_D) return BrowserAction::Duplicate;
   // Qt handles the menu key itself, but not everywhere this one.
-  if (modifiers == Qt::ShiftModifier && press.key() == Qt::Key_F10) return RowAction::ShowMenu;
+  if (modifiers == Qt::ShiftModifier && press.key() == Qt::Key_F10) return BrowserAction::ShowMenu;
   if (modifiers != Qt::NoModifier) return std::nullopt;
   switch (press.key()) {
     case Qt::Key_Insert:
-      return RowAction::Add;
+      return BrowserAction::Add;
 #ifdef __APPLE__
     case Qt::Key_Backspace:
 #endif
     case Qt::Key_Delete:
-      return RowAction::Remove;
+      return BrowserAction::Remove;
     case Qt::Key_F2:
-      return RowAction::Rename;
+      return BrowserAction::Rename;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      return RowAction::Open;
+      return BrowserAction::Open;
     case Qt::Key_Right:
-      return isRightToLeft() ? RowAction::Back : RowAction::Forward;
+      return isRightToLeft() ? BrowserAction::Back : BrowserAction::Forward;
     case Qt::Key_Left:
-      return isRightToLeft() ? RowAction::Forward : RowAction::Back;
+      return isRightToLeft() ? BrowserAction::Forward : BrowserAction::Back;
     default:
       return std::nullopt;
   }
 }
 
-bool BrowserView::isAllowed(RowAction action) const {
+bool BrowserView::isAllowed(BrowserAction action) const {
   switch (action) {
-    case RowAction::Copy:
-    case RowAction::ShowMenu:
-    case RowAction::Forward:
-    case RowAction::Back:
+    case BrowserAction::Copy:
+    case BrowserAction::ShowMenu:
+    case BrowserAction::Forward:
+    case BrowserAction::Back:
       return true;
     default:
       return isEditable();
@@ -274,17 +275,17 @@ bool BrowserView::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-void BrowserView::perform(RowAction action, std::size_t column) {
+void BrowserView::perform(BrowserAction action, std::size_t column) {
   switch (action) {
-    case RowAction::Add:
+    case BrowserAction::Add:
       return add(column);
-    case RowAction::Paste:
+    case BrowserAction::Paste:
       return paste(column);
-    case RowAction::ShowMenu:
+    case BrowserAction::ShowMenu:
       return showMenu(column, list(column).menuPosition());
-    case RowAction::Forward:
+    case BrowserAction::Forward:
       return goForward(column);
-    case RowAction::Back:
+    case BrowserAction::Back:
       return goBack(column);
     default:
       break;
@@ -292,17 +293,17 @@ void BrowserView::perform(RowAction action, std::size_t column) {
   const auto row = m_browser.selected(column);
   if (!row) return;
   switch (action) {
-    case RowAction::Remove:
+    case BrowserAction::Remove:
       return remove(column, *row);
-    case RowAction::Rename:
+    case BrowserAction::Rename:
       return editName(column, *row);
-    case RowAction::Open:
+    case BrowserAction::Open:
       return open(column, *row);
-    case RowAction::EditValue:
+    case BrowserAction::EditValue:
       return enterValue();
-    case RowAction::Copy:
+    case BrowserAction::Copy:
       return copy(column, *row);
-    case RowAction::Duplicate:
+    case BrowserAction::Duplicate:
       return duplicate(column, *row);
     default:
       return;
@@ -362,9 +363,8 @@ void BrowserView::dropUnnamed(std::size_t column) {
 void BrowserView::add(std::size_t column) {
   const auto offers = m_browser.offers(column);
   if (offers.size() == 1) return addOffer(column, 0);
-  QMenu* const menu = makeMenu();
-  fillOffers(*menu, column);
-  menu->popup(m_columns[column]->menuPosition());
+  const bool isAny = std::any_of(offers.begin(), offers.end(), [](const auto& offer) { return offer.isEnabled; });
+  isAny ? m_menus.showOffers(column, m_columns[column]->menuPosition()) : m_context.platform.workspace.beep();
 }
 
 /// The name of the new item is edited at once or, if it is fixed, its value.
@@ -414,67 +414,8 @@ void BrowserView::setType(std::size_t column, std::size_t row, BrowserItem::Type
   reveal();
 }
 
-// Menus
-
-QMenu* BrowserView::makeMenu() {
-  auto* const menu = new QMenu(this);
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->setToolTipsVisible(true);
-  return menu;
-}
-
-void BrowserView::fillOffers(QMenu& menu, std::size_t column) {
-  const auto offers = m_browser.offers(column);
-  for (std::size_t i = 0; i < offers.size(); ++i) {
-    QAction* const action = menu.addAction(qt(offers[i].title));
-    action->setToolTip(helpText(offers[i].help));
-    action->setEnabled(offers[i].isEnabled);
-    connect(action, &QAction::triggered, this, [this, column, i] { addOffer(column, i); });
-  }
-}
-
-void BrowserView::addAction(QMenu& menu, const std::string& title, RowAction action, std::size_t column,
-                            bool isEnabled) {
-  QAction* const item = menu.addAction(qt(title));
-  item->setEnabled(isEnabled);
-  connect(item, &QAction::triggered, this, [this, action, column] { perform(action, column); });
-}
-
-void BrowserView::addTypes(QMenu& menu, std::size_t column, std::size_t row) {
-  const auto types = m_browser.types(column, row);
-  auto* const group = new QActionGroup(&menu);
-  for (const Browser::TypeChoice& choice : types) {
-    QAction* const action = menu.addAction(qt(choice.title));
-    action->setCheckable(true);
-    action->setChecked(choice.isCurrent);
-    action->setEnabled(choice.isEnabled);
-    group->addAction(action);
-    connect(action, &QAction::triggered, this, [this, column, row, type = choice.type] { setType(column, row, type); });
-  }
-  menu.menuAction()->setEnabled(types.size() > 1);
-}
-
 void BrowserView::showMenu(std::size_t column, const QPoint& position) {
-  const auto row = m_browser.selected(column);
-  if (!isEditable() && !row) return;
-  const BrowserTexts texts(m_context.foundation.localize);
-  QMenu* const menu = makeMenu();
-  if (isEditable()) {
-    fillOffers(*menu->addMenu(qt(EditorTexts(m_context.foundation.localize).add())), column);
-    addAction(*menu, texts.rename(), RowAction::Rename, column, row && m_browser.isNameEditable(column, *row));
-    addAction(*menu, texts.editValue(), RowAction::EditValue, column, row && m_preview->control());
-    QMenu* const types = menu->addMenu(qt(texts.typeMenu()));
-    row ? addTypes(*types, column, *row) : types->menuAction()->setEnabled(false);
-    menu->addSeparator();
-  }
-  addAction(*menu, texts.copy(), RowAction::Copy, column, row && m_browser.copy(column, *row));
-  if (isEditable()) {
-    addAction(*menu, texts.paste(), RowAction::Paste, column, true);
-    addAction(*menu, texts.duplicate(), RowAction::Duplicate, column, row && m_browser.canDuplicate(column, *row));
-    menu->addSeparator();
-    addAction(*menu, m_context.foundation.localize.delete_(), RowAction::Remove, column, row.has_value());
-  }
-  menu->popup(position);
+  m_menus.showForSelection(column, position, m_preview->control() != nullptr);
 }
 
 }  // namespace mirvel::ui

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "core/editor/Browser.h"
+#include "ui/editor/BrowserMenus.h"
 #include "ui/editor/BrowserModel.h"
 #include "ui/editor/EditorContext.h"
 
 class QHBoxLayout;
 class QKeyEvent;
-class QMenu;
 class QScrollArea;
 
 namespace mirvel::ui {
@@ -43,12 +43,10 @@ class BrowserView final : public QWidget {
   void changeEvent(QEvent* event) override;
 
  private:
-  enum class RowAction { Add, Remove, Rename, Open, EditValue, Copy, Paste, Duplicate, ShowMenu, Forward, Back };
-
   bool isEditable() const { return m_access == BrowserModel::Access::Editable; }
-  std::optional<RowAction> actionOf(const QKeyEvent& press) const;
-  bool isAllowed(RowAction action) const;
-  void perform(RowAction action, std::size_t column);
+  std::optional<BrowserAction> actionOf(const QKeyEvent& press) const;
+  bool isAllowed(BrowserAction action) const;
+  void perform(BrowserAction action, std::size_t column);
   void makeColumn();
   void followOnce();
   void followColumns();
@@ -75,12 +73,7 @@ class BrowserView final : public QWidget {
   void paste(std::size_t column);
   void duplicate(std::size_t column, std::size_t row);
   void setType(std::size_t column, std::size_t row, BrowserItem::Type type);
-
-  QMenu* makeMenu();
-  void fillOffers(QMenu& menu, std::size_t column);
   void showMenu(std::size_t column, const QPoint& position);
-  void addAction(QMenu& menu, const std::string& title, RowAction action, std::size_t column, bool isEnabled);
-  void addTypes(QMenu& menu, std::size_t column, std::size_t row);
 
   Browser& m_browser;
   const EditorContext m_context;
@@ -88,6 +81,7 @@ class BrowserView final : public QWidget {
   QScrollArea* m_area;
   QHBoxLayout* m_row;
   BrowserPreviewView* m_preview;
+  BrowserMenus m_menus;
   std::vector<BrowserColumn*> m_columns;
   bool m_isRevealing = false;
   bool m_isFollowing = false;

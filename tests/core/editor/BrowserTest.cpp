@@ -393,6 +393,55 @@ TEST(BrowserTest, WhatCantBePastedIsRefusedWithAReason) {
   EXPECT_EQ(b.saved(), descriptor({{"list", List{"a", "b", "c"}}, {"other", 1}}));
 }
 
+TEST(BrowserTest, WhatCantBeSavedIsNotCopied) {
+  EditedBrowser b("Sockets", Dict{{"L", Dict{}}, {"M", Dict{{"a", 1}, {"b", 2}}}});
+  b.rename({"M", "b"}, "a");
+  b.add({"L"}, "SockPathOwner");
+  EXPECT_FALSE(b.browser.copy(0, b.row(0, "L"))) << "an entry without a value would be left out";
+  EXPECT_FALSE(b.browser.copy(0, b.row(0, "M"))) << "only one of two entries of the same name would be copied";
+  b.type({"L", "SockPathOwner"}, "5");
+  EXPECT_TRUE(b.browser.copy(0, b.row(0, "L")));
+}
+
+TEST(BrowserTest, ATreeThatIsTooDeepForAFileIsRefused) {
+  Value value = Dict{};
+  std::vector<std::string> path;
+  for (int depth = 4; depth <= 512; ++depth) {  // with the file, the key and the innermost dictionary
+    value = Dict{{"x", std::move(value)}};
+    path.emplace_back("x");
+  }
+  const Value innermost = value;
+  EditedBrowser b("LaunchEvents", value);
+  b.add(path, "Dictionary", "deepest");
+  EXPECT_EQ(b.refusal(), "");
+  EXPECT_TRUE(propertylist::read(*propertylist::writeXml(b.plist().encodeAll())));
+  const auto saved = b.saved();
+  path.emplace_back("deepest");
+  b.add(path, "Dictionary", "too deep");
+  EXPECT_EQ(b.refusal(), "“LaunchEvents” can’t be saved: The property list is nested too deeply.");
+  EXPECT_EQ(b.saved(), saved);
+  b.undo();
+  EXPECT_EQ(b.refusal(), "");
+}
+
+TEST(BrowserTest, AValueThatIsNoDictionaryIsReplacedOnlyAfterItsRemoval) {
+  for (const char* const key : {"Sockets", "MachServices", "LaunchEvents"}) {
+    for (const Value& value : {Value("text"), Value(List{Dict{}}), Value(1)}) {
+      EditedBrowser b(key, value);
+      for (const auto& offer : b.browser.offers(0)) EXPECT_FALSE(offer.isEnabled);
+      EXPECT_EQ(b.browser.add(0, 0), std::nullopt);
+      EXPECT_TRUE(b.browser.paste(0, "<dict><key>a</key><dict/></dict>"));
+      EXPECT_EQ(b.browser.emptyText(),
+                "The value of “" + std::string(key) + "” isn’t a dictionary. Delete it before you add entries.");
+      EXPECT_EQ(b.saved(), value);
+      ASSERT_TRUE(b.plist().replaceTree(b.browser.schema().key, std::nullopt));
+      b.fill();
+      EXPECT_EQ(b.browser.paste(0, "<dict><key>a</key><dict/></dict>"), std::nullopt);
+      EXPECT_EQ(b.saved(), Value(Dict{{"a", Dict{}}}));
+    }
+  }
+}
+
 TEST(BrowserTest, ARefillKeepsTheSelectionAndWhatIsBeingAdded) {
   EditedBrowser b("Sockets", Dict{{"a", Dict{{"SockType", "dgram"}}}, {"b", Dict{}}});
   b.rename({"a"}, "z");

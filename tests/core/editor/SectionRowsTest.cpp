@@ -215,6 +215,10 @@ TEST(SectionRowsTest, UnknownKeysKeepTheirValuesWhileTheyAreToBeKept) {
   const Plist opaque = record({{"Odd", 1}, {"Sockets", Dictionary{{"L", Dictionary{{"SockPathMode", "0666"}}}}}});
   EXPECT_EQ(sectionRows(StackSection::Unknown, opaque, foundation()),
             (Rows{{"Odd", 1}, {"Sockets.L.SockPathMode", "0666"}}));
+  const Dictionary events = {{"stream", Dictionary{{"event", Dictionary{{"Data", propertylist::Data{"x"}}}}}}};
+  const Plist inBrowser = record({{"LaunchEvents", events}});
+  EXPECT_FALSE(isSectionShown(inBrowser, StackSection::Unknown)) << "the browser of LaunchEvents shows them";
+  EXPECT_EQ(sectionRows(StackSection::Unknown, inBrowser, foundation()), Rows());
   const Plist within = record({{"KeepAlive", Dictionary{{"Crashed", true}, {"Odd", 1}}}});
   EXPECT_TRUE(isSectionShown(within, StackSection::Unknown));
 }
@@ -278,8 +282,7 @@ TEST(SectionRowsTest, TheEditorShowsWhatNeitherABrowserNorAFieldShows) {
   EXPECT_EQ(texts(editorRows(StackSection::Unknown, plist, foundation())),
             (Texts{"MachServices=3", "Unheard=6", "KeepAlive.Odd=5"}));
   EXPECT_EQ(texts(sectionRows(StackSection::Unknown, plist, foundation())),
-            (Texts{"MachServices=3", "Unheard=6", "KeepAlive.Odd=5", "LaunchEvents.stream=4", "Sockets.Listener.Odd=1",
-                   "Sockets.Text=2"}));
+            (Texts{"MachServices=3", "Unheard=6", "KeepAlive.Odd=5", "Sockets.Listener.Odd=1", "Sockets.Text=2"}));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "core/editor/BrowserSchema.h"
 #include "ui/editor/EditorFixture.h"
+#include "ui/editor/Section.h"
 #include "ui/support/Palettes.h"
 
 namespace mirvel::ui {
@@ -382,6 +383,56 @@ TEST_F(BrowserViewTest, TheDetailsOnlyShow) {
     EXPECT_FALSE(QApplication::activePopupWidget());
   }
   EXPECT_FALSE(hasChanges());
+}
+
+/// Would take minutes if the time for each step grew with the square of the number of items.
+TEST_F(BrowserViewTest, TenThousandServicesCanBeEdited) {
+  Dictionary services;
+  for (int i = 0; i < 10000; ++i) services.set("service" + std::to_string(1000000 + i), true);
+  open({{"MachServices", services}}, "MachServices");
+  press({Qt::Key_Down, Qt::Key_F2});
+  type("z");
+  press({Qt::Key_Return, Qt::Key_Right, Qt::Key_Space});
+  services.remove("service1000001");
+  services.set("z", false);
+  EXPECT_EQ(saved(), propertylist::Value(services));
+  press({Qt::Key_Left, Qt::Key_Delete});
+  services.remove("z");
+  EXPECT_EQ(saved(), propertylist::Value(services));
+}
+
+TEST_F(BrowserViewTest, AValueThatIsNoDictionaryIsNotReplacedInSilence) {
+  open({{"Sockets", "text"}}, "Sockets");
+  EXPECT_EQ(list("Sockets").accessibleDescription(),
+            QStringLiteral("The value of “Sockets” isn’t a dictionary. Delete it before you add entries."));
+  EXPECT_FALSE(browser().findChild<QToolButton*>()->isEnabled());
+  press(Qt::Key_Insert);
+  EXPECT_FALSE(isNaming());
+  QGuiApplication::clipboard()->setText(QStringLiteral("<dict><key>a</key><dict/></dict>"));
+  press(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_THAT(interface.errors, SizeIs(1));
+  EXPECT_EQ(saved(), propertylist::Value("text"));
+  EXPECT_FALSE(hasChanges());
+  press(Qt::Key_F1);
+  QApplication::activePopupWidget()->findChild<QPushButton*>()->click();
+  EXPECT_EQ(saved(), std::nullopt);
+  press(Qt::Key_Insert);
+  EXPECT_TRUE(isNaming());
+}
+
+TEST_F(BrowserViewTest, ProblemsAreShownBelowTheBrowserOfTheirKey) {
+  open({{"Sockets", Dictionary{{"a", Dictionary()}}}}, "Sockets");
+  std::vector<FieldProblem> problems = {{.key = "Sockets", .text = "Others can connect."},
+                                        {.key = "SockPathMode", .text = "Of no key."}};
+  auto* const section = dynamic_cast<Section*>(browser().parentWidget()->parentWidget());
+  ASSERT_TRUE(section);
+  section->takeProblems(problems);
+  testdata::settle();
+  EXPECT_THAT(problems, SizeIs(1));
+  const auto* const shown = section->findChild<QTextEdit*>();
+  ASSERT_TRUE(shown && shown->isVisible());
+  EXPECT_EQ(shown->toPlainText(), QStringLiteral("Others can connect."));
+  EXPECT_GE(shown->mapToGlobal(QPoint()).y(), browser().mapToGlobal(browser().rect().bottomLeft()).y());
 }
 
 TEST_F(BrowserViewTest, RightToLeftIsMirrored) {

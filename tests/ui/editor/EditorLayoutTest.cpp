@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QHeaderView>
+#include <QListView>
 #include <QScrollArea>
 #include <QTableView>
 
@@ -20,8 +21,9 @@ propertylist::Dictionary everyKey() {
                               {"PathState", Dictionary{{"/tmp/a", true}}},
                               {"OtherJobEnabled", Dictionary{{"org.other", false}}}};
   const Dictionary limits{{"CPU", 60}, {"NumberOfProcesses", 20}, {"ResidentSetSize", 1048576}};
-  const Dictionary socket{{"SockServiceName", "8080"}, {"SockPathMode", 384}, {"SockPassive", true}};
-  const Dictionary event{{"Notification", "disk.ready"}, {"Count", 3}};
+  const Dictionary socket{{"SockServiceName", "8080"}, {"SockType", "stream"}, {"SockPassive", true}};
+  const Dictionary event{
+      {"Notification", "disk.ready"}, {"Count", 3}, {"Names", Array{"a", "b"}}, {"Since", propertylist::Date{1}}};
   return {{"ProgramArguments", Array{"/bin/echo", "hello"}},
           {"KeepAlive", conditions},
           {"StartCalendarInterval", Dictionary{{"Hour", 3}, {"Minute", 15}}},
@@ -100,6 +102,30 @@ class EditorLayoutTest : public EditorFixture {
     window().resize(std::max(width + 700, 1100), 900);
     testdata::settle();
   }
+  /// The path to a leaf with each kind of value, after the key of the browser.
+  static std::vector<std::vector<std::string>> leaves() {
+    return {{"Sockets", "Listeners", "SockServiceName"},
+            {"Sockets", "Listeners", "SockPassive"},
+            {"Sockets", "Both", "2", "SockType"},
+            {"MachServices", "org.b", "ResetAtClose"},
+            {"LaunchEvents", "com.apple.notifyd.matching", "ready", "Names"},
+            {"LaunchEvents", "com.apple.notifyd.matching", "ready", "Since"}};
+  }
+  /// Selects the items of a path in the columns of a browser, of which the first has its name.
+  void select(const std::vector<std::string>& path) {
+    for (std::size_t column = 1; column < path.size(); ++column) {
+      const auto lists = window().details().currentWidget()->findChildren<QListView*>();
+      const auto list = std::find_if(lists.begin(), lists.end(), [&](const QListView* each) {
+        return each->isVisible() && each->accessibleName() == qt(path[column - 1]);
+      });
+      ASSERT_NE(list, lists.end()) << path[column - 1];
+      const auto rows = (*list)->model()->match((*list)->model()->index(0, 0), Qt::DisplayRole, qt(path[column]), 1,
+                                                Qt::MatchExactly);
+      ASSERT_FALSE(rows.isEmpty()) << path[column];
+      (*list)->setCurrentIndex(rows.front());
+      testdata::settle();
+    }
+  }
   void expectAllFits(const std::string& place) {
     int checked = 0;
     for (const auto* const widget : window().details().currentWidget()->findChildren<QWidget*>()) {
@@ -124,6 +150,10 @@ TEST_F(EditorLayoutTest, NothingIsCutOffInAnyDirectionAtAnyWidth) {
       const std::string place = (direction == Qt::RightToLeft ? "right to left, " : "") + std::to_string(width);
       EXPECT_EQ(window().details().width(), width);
       expectAllFits(place);
+      for (const auto& path : leaves()) {
+        select(path);
+        expectAllFits(place + ", " + path.back());
+      }
     }
     program().editing.setUnsavedChanges(false);
     program().shell.detail->showDisplay();
