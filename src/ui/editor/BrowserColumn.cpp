@@ -104,6 +104,7 @@ void BrowserColumn::prepareList() {
   m_list->setTextElideMode(Qt::ElideMiddle);
   m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   m_list->setUniformItemSizes(true);
+  m_list->setMinimumHeight(1);  // Qt's own minimum is taller than an empty browser
   connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
     const QModelIndexList rows = m_list->selectionModel()->selectedIndexes();
     if (!m_isFollowing && !rows.isEmpty() && picked) picked(static_cast<std::size_t>(rows.front().row()));
