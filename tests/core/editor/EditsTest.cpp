@@ -7,8 +7,9 @@
 #include "core/editor/EditController.h"
 #include "core/editor/EditTable.h"
 #include "core/editor/Fields.h"
+#include "core/editor/GeneratedFile.h"
 #include "core/editor/InfoLaunchd.h"
-#include "core/editor/PlainDictionary.h"
+#include "core/editor/PlainJob.h"
 #include "core/editor/SectionRows.h"
 #include "core/editor/WhenRules.h"
 #include "core/jobfile/JobFile.h"
@@ -27,68 +28,6 @@ using Control = Field::Control;
 using Path = PlainDictionary::Path;
 using Strings = std::vector<std::string>;
 using Type = BrowserItem::Type;
-
-/// Values that fit no key, or few.
-const List oddValues = {"",
-                        "odd",
-                        true,
-                        7,
-                        Integer::fromUnsigned(UINT64_MAX),
-                        INT64_MIN,
-                        0.1,
-                        propertylist::Data{std::string("\0\xFF", 2)},
-                        propertylist::Date{86'400},
-                        List(),
-                        Dict(),
-                        List{1, "x", List{2.5}},
-                        Dict{{"", List{true}}, {"Odd", Dict{{"Deep", List{Dict{{"er", -1}}}}}}}};
-
-const struct {
-  Strings keys;
-  List values;
-} generatedKeys[] = {
-    {{"Disabled",           "RunAtLoad",
-      "StartOnMount",       "InitGroups",
-      "EnableTransactions", "EnablePressuredExit",
-      "WaitForDebugger",    "AbandonProcessGroup",
-      "LowPriorityIO",      "LowPriorityBackgroundIO",
-      "LaunchOnlyOnce",     "SessionCreate",
-      "LegacyTimers",       "Debug",
-      "EnableGlobbing",     "HopefullyExitsFirst",
-      "HopefullyExitsLast", "OnDemand",
-      "ServiceIPC",         "MaterializeDatalessFiles"},
-     {true, false}},
-    {{"Program", "UserName", "GroupName", "WorkingDirectory", "StandardInPath", "StandardOutPath", "StandardErrorPath",
-      "ProcessType", "RootDirectory"},
-     {"", "/a b", "<&>"}},
-    {{"ExitTimeOut", "ThrottleInterval", "Nice", "TimeOut", "StartInterval"}, {5, 5.0, -3, 2.5}},
-    {{"Umask"}, {18, 18.0, "022", "18"}},
-    {{"ProgramArguments", "WatchPaths", "QueueDirectories", "LimitLoadFromHosts", "LimitLoadToHosts"},
-     {List{"/bin/echo", "", "a \"b\"", "it's"}, List{""}, List()}},
-    {{"LimitLoadToSessionType"}, {"Aqua", List{"Aqua"}, List{"Aqua", "Odd"}, List()}},
-    {{"LimitLoadToHardware"},
-     {Dict{{"machine", List()}, {"model", List{"A", "", "B"}}, {"odd", 5}, {"mixed", List{1, "x"}}}, Dict()}},
-    {{"KeepAlive"},
-     {true, false,
-      Dict{{"Crashed", true},
-           {"PathState", Dict{{"/a", true}, {"/b", "odd"}}},
-           {"OtherJobEnabled", Dict()},
-           {"SuccessfulExit", "odd"},
-           {"Own", List{1, 2.0}}}}},
-    {{"EnvironmentVariables"}, {Dict{{"", "none"}, {"A", "1"}, {"B", 5}, {"E", ""}}, Dict{{"B", 5}}, Dict()}},
-    {{"SoftResourceLimits", "HardResourceLimits"}, {Dict{{"CPU", 60.0}, {"Core", 0}, {"Odd", 1}, {"Stack", "x"}}}},
-    {{"StartCalendarInterval"},
-     {Dict{{"Hour", 5}, {"Odd", 1}}, List{Dict{{"Hour", 5.0}}, "odd", Dict{{"Day", 31}, {"Odd", List{}}}}}},
-    {{"Sockets"},
-     {Dict{{"A", Dict{{"SockServiceName", "1069"}, {"SockPathMode", 438}, {"Bonjour", List{"b"}}}},
-           {"B", List{Dict{{"SockPassive", false}}, Dict{{"SockPathOwner", 5}, {"Odd", 2.5}}, "odd"}},
-           {"C", propertylist::Date{1}}}}},
-    {{"MachServices"}, {Dict{{"a", true}, {"b", Dict{{"HostSpecialPort", 5}, {"Odd", Dict{{"x", "y"}}}}}, {"c", 5}}}},
-    {{"LaunchEvents"},
-     {Dict{{"stream", Dict{{"event", Dict{{"s", "t"}, {"r", 86400.0}, {"d", Dict{{"deep", List()}}}}}}}, {"o", 1}}}},
-    {{"inetdCompatibility"}, {Dict{{"Wait", true}, {"Odd", "x"}}}},
-    {{"Unheard", "a.b", ""}, {"odd", 7}},
-};
 
 /// Reports input that can't be saved as the sections do.
 class Stack final : public EditStackType {
@@ -129,21 +68,8 @@ class RandomUser {
   RandomUser(Program& program, testdata::FakeInterface& interface, testdata::FakeHelpers& helpers, unsigned seed)
       : m_program(program), m_interface(interface), m_helpers(helpers), m_random(seed) {}
 
-  Dict generatedFile() {
-    Dict file;
-    for (const auto& [keys, values] : generatedKeys) {
-      for (const std::string& key : keys) {
-        if (!isOne(3)) file.set(key, isOne(8) ? oneOf(oddValues) : oneOf(values));
-      }
-    }
-    // Such a job is kept alive, so that switching this on changes nothing.
-    if (file.get<bool>("KeepAlive") && !*file.get<bool>("KeepAlive")) file.set("OnDemand", true);
-    file.set("Label", "org.generated");
-    return file;
-  }
   void begin(const Dict& file) {
-    m_expected = PlainDictionary(file);
-    wasRead(file);
+    m_expected = PlainJob(file);
     m_story.clear();
   }
 
@@ -169,7 +95,7 @@ class RandomUser {
     Stack stack(m_program);
     EditController(m_program.session, m_program.saving, m_program.scanning, m_program.actions, stack).save();
   }
-  const PlainDictionary& expected() const { return m_expected; }
+  const PlainJob& expected() const { return m_expected; }
   /// The edits so far, for messages.
   const std::string& story() const { return m_story; }
   std::size_t below(std::size_t count) { return m_random() % count; }
@@ -181,7 +107,7 @@ class RandomUser {
   void editField(const Field& field, const Path& path) {
     if (field.control == Control::None) return;
     tell(std::string(field.key));
-    if (isOne(8) && isSet(field, path) && !field.isRequired) return enterValue(field, path, {});
+    if (isOne(8) && m_expected.isSet(field, path) && !field.isRequired) return enterValue(field, path, {});
     switch (field.control) {
       case Control::CheckBox:
         return click(field, path);
@@ -201,22 +127,22 @@ class RandomUser {
   void enterValue(const Field& field, const Path& path, const FieldValue& value) {
     change([&](auto& plist, auto& unfinished) { enter(field, value, plist, unfinished); });
     const bool* const isOn = std::get_if<bool>(&value);
-    isOn ? put(path, *isOn) : drop(field, path);
+    isOn ? m_expected.set(path, *isOn) : m_expected.drop(field, path);
   }
   void click(const Field& field, const Path& path) {
     const bool isNegated = field.key == "Disabled";
     const bool* const present = m_expected.get<bool>(path);
     bool isOn = present ? *present != isNegated : field.ifAbsent;
-    if (field.key == "KeepAlive") isOn = isSet(field, path);
+    if (field.key == "KeepAlive") isOn = m_expected.isSet(field, path);
     const bool withOption = isOne(3);
     change([&](auto& plist, auto& unfinished) { enter(field, clicked(field, !isOn, withOption), plist, unfinished); });
     const bool removes = field.key == "KeepAlive" || (withOption && field.key != "InitGroups");
-    isOn&& removes ? drop(field, path) : put(path, isOn == isNegated);
+    isOn&& removes ? m_expected.drop(field, path) : m_expected.set(path, isOn == isNegated);
   }
   void typeText(const Field& field, const Path& path) {
     const std::string text = isOne(4) && !field.isRequired ? "" : unique("text <&> ");
     enterTextOf(field, text);
-    text.empty() ? drop(field, path) : put(path, text);
+    text.empty() ? m_expected.drop(field, path) : m_expected.set(path, text);
   }
   void typeNumber(const Field& field, const Path& path) {
     const bool isCompleted = isOne(4);
@@ -229,7 +155,7 @@ class RandomUser {
     const int number = 1'000'000 + std::stoi(digits);
     enterTextOf(field, isOne(2) ? std::to_string(number)
                                 : "1," + std::to_string(number).substr(1, 3) + ',' + std::to_string(number).substr(4));
-    put(path, number);
+    m_expected.set(path, number);
   }
   void typeMask(const Field& field, const Path& path) {
     if (isOne(4)) {
@@ -239,7 +165,7 @@ class RandomUser {
     }
     const int digits[] = {static_cast<int>(below(4)) + 4, static_cast<int>(below(8)), static_cast<int>(below(8))};
     enterTextOf(field, std::to_string(digits[0]) + std::to_string(digits[1]) + std::to_string(digits[2]));
-    put(path, digits[0] * 64 + digits[1] * 8 + digits[2]);
+    m_expected.set(path, digits[0] * 64 + digits[1] * 8 + digits[2]);
   }
   /// The boxes replace the nine lowest bits.
   void clickMask(const Field& field, const Path& path) {
@@ -248,14 +174,14 @@ class RandomUser {
       enter(field, Octal::withMask(shownMask(field, plist), Octal::mask(withheld)), plist, unfinished);
     });
     const auto* const number = m_expected.get<Integer>(path);
-    put(path, ((number ? number->toInt64().value_or(0) : 0) & ~std::int64_t{0777}) | withheld);
+    m_expected.set(path, ((number ? number->toInt64().value_or(0) : 0) & ~std::int64_t{0777}) | withheld);
   }
   void enterTextOf(const Field& field, const std::string& text) {
     change([&](auto& plist, auto& unfinished) { enterText(field, text, numbers(), plist, unfinished); });
   }
   void editCondition() {
     const Field& field = keepAliveFields()[below(keepAliveFields().size())];
-    const bool hasConditions = isSet(fieldOf("KeepAlive"), {"KeepAlive"});
+    const bool hasConditions = m_expected.isSet(fieldOf("KeepAlive"), {"KeepAlive"});
     if (!hasConditions || isOne(6)) return editField(fieldOf("KeepAlive"));
     editField(field, {"KeepAlive", field.key});
   }
@@ -281,19 +207,19 @@ class RandomUser {
     std::string name = menu.empty() ? unique("name") : std::string(menu[below(menu.size())].title);
     if (field.table.hasLists && isOne(2)) name = "model";
     const Path entry = PlainDictionary::below(path, name);
-    const Value* const present = isSet(field, path) ? m_expected.find(entry) : nullptr;
-    const bool isList = present && field.table.hasLists && fitsEntry(field, name, *present);
+    const Value* const present = m_expected.isSet(field, path) ? m_expected.find(entry) : nullptr;
+    const bool isList = present && field.table.hasLists && PlainJob::fitsEntry(field, name, *present);
     if (present && !isList) return;  // not offered, or not shown
     const std::size_t row = table.add(field.table.hasVariables ? "" : name);
     if (field.table.hasVariables) table.setCell(row, 0, name);
-    if (field.table.hasBox) return put(entry, true);
+    if (field.table.hasBox) return m_expected.set(entry, true);
     if (!menu.empty()) return setNumber(entry, table, row);
     const std::string value = unique("value ");
     table.setCell(row, 1, value);
-    if (!field.table.hasLists) return put(entry, value);
+    if (!field.table.hasLists) return m_expected.set(entry, value);
     List list = isList ? *present->as<List>() : List();
     list.emplace_back(value);
-    put(entry, list);
+    m_expected.set(entry, list);
   }
   void removeRow(const Field& field, const Path& path, EditTable& table, std::size_t row) {
     m_expected.remove(PlainDictionary::below(path, table.shownRow(row).cells.front()));
@@ -308,21 +234,21 @@ class RandomUser {
       const std::string name = unique("name");
       table.setCell(row, 0, name);
       m_expected.remove(entry);
-      put(PlainDictionary::below(path, name), value);
+      m_expected.set(PlainDictionary::below(path, name), value);
     } else if (field.table.hasBox) {
       const bool isOn = !*m_expected.get<bool>(entry);
       table.setBox(row, isOn);
-      put(entry, isOn);
+      m_expected.set(entry, isOn);
     } else {
       const std::string value = unique("value ");
       table.setCell(row, 1, value);
-      put(entry, value);
+      m_expected.set(entry, value);
     }
   }
   void setNumber(const Path& entry, EditTable& table, std::size_t row) {
     const int number = 10'000 + ++m_last;
     table.setCell(row, 1, std::to_string(number));
-    put(entry, number);
+    m_expected.set(entry, number);
   }
   void enterInvalidRow(const Field& field, EditTable& table) {
     if (field.table.hasBox && table.order().empty()) return;
@@ -336,7 +262,7 @@ class RandomUser {
   }
   /// `row` can be the one after the last.
   void editList(const Field& field, const Path& path, EditTable& table, std::size_t row) {
-    Strings list = isSet(field, path) ? *stringsOf(m_expected.find(path)) : Strings();
+    Strings list = m_expected.isSet(field, path) ? *PlainJob::stringsOf(m_expected.find(path)) : Strings();
     const bool isAdded = row == list.size();
     const auto& menu = field.table.menu;
     const std::string text = menu.empty() ? unique("/path ") : std::string(menu[below(menu.size())].title);
@@ -351,54 +277,55 @@ class RandomUser {
       table.setCell(row, 0, text);
       list[row] = text;
     }
-    const Value* const inFile = m_file.find(field.key);
+    const Value* const inFile = m_expected.file().find(field.key);
     const bool isSingle = !menu.empty() && inFile && inFile->as<std::string>() && list.size() == 1;
     const bool staysEmpty = inFile && *inFile == Value(List()) && menu.empty();
-    if (list.empty() && !staysEmpty) return drop(field, path);
-    put(path, isSingle ? Value(list.front()) : List(list.begin(), list.end()));
+    if (list.empty() && !staysEmpty) return m_expected.drop(field, path);
+    m_expected.set(path, isSingle ? Value(list.front()) : List(list.begin(), list.end()));
   }
   void editLists(const Field& field, const Path& path, EditTable& table, std::size_t row) {
     const std::string name = table.shownRow(row).cells.front();
     const Path entry = PlainDictionary::below(path, name);
-    Strings list = *stringsOf(m_expected.find(entry));
+    Strings list = *PlainJob::stringsOf(m_expected.find(entry));
     std::size_t index = 0;
     for (std::size_t before = 0; before < row; ++before) index += table.shownRow(before).cells.front() == name ? 1 : 0;
     if (isOne(2)) {
       if (!list.empty()) list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
-      list.empty() ? m_expected.remove(entry) : put(entry, List(list.begin(), list.end()));
+      list.empty() ? m_expected.remove(entry) : m_expected.set(entry, List(list.begin(), list.end()));
       (void)table.remove(row);
       return endRows(field, path, table);
     }
     list.resize(std::max(list.size(), index + 1));
     list[index] = unique("value ");
     table.setCell(row, 1, list[index]);
-    put(entry, List(list.begin(), list.end()));
+    m_expected.set(entry, List(list.begin(), list.end()));
   }
   /// Without rows a dictionary is removed, unless the file has it without rows.
   void endRows(const Field& field, const Path& path, const EditTable& table) {
     if (!table.rows().empty() || !m_expected.get<Dict>(path)->empty()) return;
-    const auto* const inFile = PlainDictionary(m_file).get<Dict>(path);
+    const PlainDictionary file(m_expected.file());
+    const auto* const inFile = file.get<Dict>(path);
     const bool hadRows = inFile && std::any_of(inFile->begin(), inFile->end(), [&](const auto& entry) {
-                           return fitsEntry(field, entry.key, entry.value);
+                           return PlainJob::fitsEntry(field, entry.key, entry.value);
                          });
-    if (!inFile || hadRows) drop(field, path);
+    if (!inFile || hadRows) m_expected.drop(field, path);
   }
 
   // What isn't in the table of fields.
 
   void editCommand() {
-    if (m_file.find("Program") || m_expected.find({"Program"})) return;
+    if (m_expected.file().find("Program") || m_expected.find({"Program"})) return;
     tell("command");
     const std::string program = unique("/bin/run");
     change([&](auto& plist, auto& /*unfinished*/) { plist.run = program + " \"a b\" c"; });
-    put({"ProgramArguments"}, List{program, "a b", "c"});
+    m_expected.set({"ProgramArguments"}, List{program, "a b", "c"});
   }
   /// Elements of the list that aren't intervals stay.
   void removeSchedule() {
     tell("no schedule");
     change([&](auto& plist, auto& unfinished) { WhenRules::removeSchedule(plist, unfinished); });
     const Value* const interval = m_expected.find({"StartInterval"});
-    if (interval && isWhole(*interval)) m_expected.remove({"StartInterval"});
+    if (interval && PlainJob::isWhole(*interval)) m_expected.remove({"StartInterval"});
     const Path calendar = {"StartCalendarInterval"};
     if (m_expected.get<Dict>(calendar)) m_expected.remove(calendar);
     const auto* const list = m_expected.get<List>(calendar);
@@ -406,7 +333,7 @@ class RandomUser {
     List others;
     std::copy_if(list->begin(), list->end(), std::back_inserter(others),
                  [](auto& each) { return !each.template as<Dict>(); });
-    others.empty() && !list->empty() ? m_expected.remove(calendar) : put(calendar, others);
+    others.empty() && !list->empty() ? m_expected.remove(calendar) : m_expected.set(calendar, others);
   }
   /// Of a deprecated key, or of a value that no other section shows.
   void deleteRow() {
@@ -419,15 +346,14 @@ class RandomUser {
       if (m_expected.find({key}) || opaque.text() != key) continue;
       path = Path(opaque.path.begin(), opaque.path.end());
       const bool isElement = opaque.path.size() > 1 && opaque.path[1].starts_with('[');
-      if (isElement && *m_expected.find({path.front()}) != *m_file.find(opaque.path.front())) return;
+      if (isElement && *m_expected.find({path.front()}) != *m_expected.file().find(opaque.path.front())) return;
       if (isElement) path[1] = std::stoi(opaque.path[1].substr(1));
     }
     tell("deletion of " + key);
     change([&](auto& plist, auto& /*unfinished*/) {
       EXPECT_TRUE(section == StackSection::Deprecated ? deleteDeprecated(plist, key) : deleteUnknown(plist, key));
     });
-    m_expected.remove(path);
-    m_kept.remove(path);
+    m_expected.discard(path);
   }
   /// A value anywhere in the text is removed, replaced or added.
   void editText() {
@@ -444,19 +370,19 @@ class RandomUser {
     const auto both = [&](const auto& edit) { edit(typed), edit(m_expected); };
     if (path == Path{"Label"} || isOne(3)) {
       path.back() = path.back().as<std::string>() ? Value(unique("Added")) : path.back();
-      const Value value = oneOf(oddValues);
+      const Value value = oneOf(generated::oddValues);
       both([&](auto& list) {
         path.back().template as<std::string>() ? list.set(path, value) : list.insert(path, value);
       });
     } else if (isOne(2)) {
       both([&](auto& list) { list.remove(path); });
     } else {
-      const Value value = oneOf(oddValues);
+      const Value value = oneOf(generated::oddValues);
       both([&](auto& list) { list.set(path, value); });
     }
     const auto problem = sheet.change(*propertylist::writeXml(typed.root()));
     EXPECT_EQ(problem ? problem->reason : "", "");
-    wasRead(m_expected.root());
+    m_expected.becomesFile();
   }
   std::optional<Value> stepBelow(const Value* value) {
     const auto* const entries = value->as<Dict>();
@@ -613,82 +539,6 @@ class RandomUser {
     }
   }
 
-  // The rules of the plain dictionary.
-
-  static bool isWhole(const Value& value) {
-    const auto* const integer = value.as<Integer>();
-    const auto* const real = value.as<double>();
-    return (integer && integer->toInt64()) || (real && std::trunc(*real) == *real);
-  }
-  static std::optional<Strings> stringsOf(const Value* value) {
-    if (value && value->as<std::string>()) return Strings{*value->as<std::string>()};
-    if (!value || !value->as<List>()) return std::nullopt;
-    Strings strings;
-    for (const Value& element : *value->as<List>()) {
-      if (!element.as<std::string>()) return std::nullopt;
-      strings.push_back(*element.as<std::string>());
-    }
-    return strings;
-  }
-  /// Whether the value is of a type that the key allows.
-  static bool fits(const Field& field, const Value& value) {
-    const bool isDictionary = value.as<Dict>() != nullptr;
-    if (field.key == "KeepAlive") return value.as<bool>() || isDictionary;
-    const auto* const text = value.as<std::string>();
-    switch (field.control) {
-      case Control::CheckBox:
-      case Control::ThreeStateBox:
-        return value.as<bool>();
-      case Control::Number:
-      case Control::Slider:
-        return isWhole(value);
-      case Control::Mask:
-        return isWhole(value) || (text && !text->empty() && text->find_first_not_of("0123456789") == std::string::npos);
-      case Control::Table:
-        if (field.table.isDictionary) return isDictionary;
-        if (field.key == "LimitLoadToSessionType") return stringsOf(&value) && value != Value(List());
-        return !text && stringsOf(&value);
-      default:
-        return text;
-    }
-  }
-  static bool fitsEntry(const Field& field, const std::string& name, const Value& value) {
-    if (field.table.hasBox) return value.as<bool>();
-    if (field.table.hasLists) return !value.as<std::string>() && stringsOf(&value);
-    if (field.table.menu.empty()) return value.as<std::string>();
-    return isWhole(value) && std::any_of(field.table.menu.begin(), field.table.menu.end(),
-                                         [&](const auto& item) { return item.title == name; });
-  }
-  bool isSet(const Field& field, const Path& path) const {
-    const Value* const value = m_expected.find(path);
-    return value && fits(field, *value);
-  }
-  void put(const Path& path, const Value& value) { m_expected.set(path, value); }
-  /// A value of a wrong type in the file comes back when the one that was entered over it is removed.
-  void drop(const Field& field, const Path& path) {
-    const Value* const inFile = m_kept.find(path);
-    if (inFile && !fits(field, *inFile)) {
-      put(path, *inFile);
-    } else {
-      m_expected.remove(path);
-      m_kept.remove(path);
-    }
-    if (path.size() > 1) endConditions();
-  }
-  /// Without conditions, `KeepAlive` is what it was in the file, or true.
-  void endConditions() {
-    for (const Field& field : keepAliveFields()) {
-      if (isSet(field, {"KeepAlive", field.key})) return;
-    }
-    const Value* const inFile = m_file.find("KeepAlive");
-    if (inFile && inFile->as<Dict>()) return;
-    put({"KeepAlive"}, inFile && inFile->as<bool>() ? *inFile : Value(true));
-  }
-  void wasRead(const Dict& file) {
-    m_file = file;
-    m_kept = PlainDictionary(file);
-  }
-
   template <typename Change>
   void change(const Change& change) {
     auto& plist = m_program.editing.markJobChanged()->plist();
@@ -713,9 +563,7 @@ class RandomUser {
   testdata::FakeInterface& m_interface;
   testdata::FakeHelpers& m_helpers;
   std::minstd_rand m_random;
-  PlainDictionary m_expected{Dict()};
-  Dict m_file;                     ///< as it was read, or as the text sheet has replaced it
-  PlainDictionary m_kept{Dict()};  ///< `m_file` without what was deleted from it
+  PlainJob m_expected{Dict()};
   std::string m_story;
   std::size_t m_field = 0;
   int m_last = 0;
@@ -748,6 +596,7 @@ class EditsTest : public testdata::ProgramFixture {
 
 TEST_F(EditsTest, ASavedFileHasWhatTheEditsGiveInAPlainDictionary) {
   RandomUser user(program(), interface, helpers, 20261123);
+  std::minstd_rand random(20261122);
   std::vector<std::string> files;
   const auto corpus = testdata::folder("corpus");
   for (const auto& file : corpus ? testdata::files(*corpus, ".plist") : std::vector<std::filesystem::path>()) {
@@ -755,7 +604,7 @@ TEST_F(EditsTest, ASavedFileHasWhatTheEditsGiveInAPlainDictionary) {
   }
   std::string cases;
   for (std::size_t i = 0, count = 0; count < 500; ++i) {
-    const std::string bytes = i < files.size() ? files[i] : *propertylist::writeXml(user.generatedFile());
+    const std::string bytes = i < files.size() ? files[i] : *propertylist::writeXml(generated::file(random));
     if (!open(bytes)) continue;
     ++count;
     user.begin(*propertylist::read(bytes)->value().as<Dict>());
