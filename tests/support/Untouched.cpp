@@ -18,13 +18,13 @@ void Untouched::add(const std::string& name, const std::string& edited, std::str
   ++m_count;
 }
 
-std::optional<std::vector<std::string>> Untouched::complaints() const {
+std::optional<std::vector<std::string>> judged(const std::string& script, const std::string& cases) {
   const Environment environment = processEnvironment();
   const auto python = findProgram("python3", environment);
   if (!python) return std::nullopt;
   const TemporaryFolder folder;
   SystemProcessRunner processes(environment);
-  const auto result = processes.run(*python, {MIRVEL_UNTOUCHED, folder.write("cases", m_cases).string()});
+  const auto result = processes.run(*python, {MIRVEL_JUDGES "/" + script, folder.write("cases", cases).string()});
   if (!result) throw std::runtime_error(result.error().text());
   if (result->exitStatus != 0) throw std::runtime_error(result->complaints);
   std::vector<std::string> lines;

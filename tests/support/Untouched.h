@@ -9,6 +9,9 @@
 
 namespace mirvel::testdata {
 
+/// The lines that a script of this folder prints about a file of cases; nullopt without Python.
+std::optional<std::vector<std::string>> judged(const std::string& script, const std::string& cases);
+
 /// Collects property lists before and after an edit, and compares them with Python's reader; see untouched.py.
 class Untouched {
  public:
@@ -18,7 +21,7 @@ class Untouched {
   std::size_t count() const { return m_count; }
 
   /// One line for each unexpected difference; nullopt without Python.
-  std::optional<std::vector<std::string>> complaints() const;
+  std::optional<std::vector<std::string>> complaints() const { return judged("untouched.py", m_cases); }
   /// Must be the last check of a test, because it skips the test without Python.
   void expectNoComplaints() const {
     const auto found = complaints();

@@ -137,11 +137,22 @@ void assignIf(const FieldValue& value, Holder& holder) {
 
 using Path = std::vector<std::string_view>;
 
-bool hasOpaqueValueBelow(const Plist& plist, const Path& path) {
-  const auto values = plist.opaqueValues();
-  return std::any_of(values.begin(), values.end(), [&](const auto& value) {
-    return value.path.size() > path.size() && std::equal(path.begin(), path.end(), value.path.begin());
+std::vector<jobfile::OpaqueValue> opaqueValuesBelow(const Plist& plist, const Path& path) {
+  auto values = plist.opaqueValues();
+  std::erase_if(values, [&](const auto& value) {
+    return value.path.size() <= path.size() || !std::equal(path.begin(), path.end(), value.path.begin());
   });
+  return values;
+}
+
+/// Otherwise they would come back as soon as the removed key gets a new value. Includes those that have been replaced.
+void removeOpaqueValuesBelow(Plist& plist, const Path& path) {
+  auto read = plist.asRead();
+  if (read && read->keepAlive) read->keepAlive->bool_.reset();  // `OnDemand` hides the conditions
+  for (auto& value : read ? opaqueValuesBelow(*read, path) : std::vector<jobfile::OpaqueValue>()) {
+    auto& removed = plist.removedValues;
+    if (std::find(removed.begin(), removed.end(), value.path) == removed.end()) removed.push_back(value.path);
+  }
 }
 
 /// `find` returns the holder in a record, or null.
@@ -152,7 +163,7 @@ void writeRows(Plist& plist, const Rows& rows, const Path& path, const Find& fin
   const auto read = rows.empty() || !holder ? plist.asRead() : std::nullopt;
   const auto* const inFile = read ? find(*read) : nullptr;
   const bool isEmptyInFile = inFile && *inFile && **inFile == Container();
-  if (rows.empty() && !isEmptyInFile && !hasOpaqueValueBelow(plist, path)) return holder.reset();
+  if (rows.empty() && !isEmptyInFile && opaqueValuesBelow(plist, path).empty()) return holder.reset();
   if (!holder) holder = inFile && *inFile ? **inFile : Container();
   fromRows(rows, *holder);
 }
@@ -161,6 +172,7 @@ template <typename Find>
 void writeField(Plist& plist, const FieldValue& value, const Path& path, const Find& find) {
   auto& holder = *find(plist);
   if (std::holds_alternative<std::monostate>(value)) {
+    removeOpaqueValuesBelow(plist, path);
     holder.reset();
   } else if constexpr (HasRows<Content<decltype(holder)>>) {
     if (const auto* const rows = std::get_if<Rows>(&value)) writeRows(plist, *rows, path, find);
@@ -257,6 +269,7 @@ constexpr FieldAccess keepAlive{
     .read = [](const Plist& plist) -> FieldValue { return plist.keepAlive.has_value(); },
     .write =
         [](Plist& plist, const FieldValue& value) {
+          removeOpaqueValuesBelow(plist, {"KeepAlive"});
           plist.keepAlive.reset();
           if (value == FieldValue(true)) plist.keepAlive.emplace().bool_ = true;
         }};

@@ -75,12 +75,14 @@ const propertylist::Node* Plist::findInFile(std::string_view key) const {
 }
 
 /// `OnDemand` gives a dictionary of conditions the plain value true. Compared with that, an edited condition would
-/// replace the whole dictionary, so the conditions themselves are compared.
+/// replace the whole dictionary, and true in place of the conditions would be no edit, so the conditions themselves are
+/// compared.
 std::optional<Plist> Plist::asReadToMerge() const {
   auto read = asRead();
   const auto* const inFile = read ? findInFile(text(CodingKeys::KeepAlive)) : nullptr;
   const bool hasConditions = inFile && inFile->type() == propertylist::Type::Dictionary;
-  if (hasConditions && read->keepAlive && keepAlive && !keepAlive->bool_) read->keepAlive->bool_.reset();
+  const bool isEdited = keepAlive && read && keepAlive != read->keepAlive;
+  if (hasConditions && read->keepAlive && isEdited) read->keepAlive->bool_.reset();
   return read;
 }
 

@@ -17,6 +17,7 @@ namespace {
 using jobfile::KeepAlive;
 using jobfile::Plist;
 using propertylist::Dictionary;
+using propertylist::Value;
 
 constexpr bool option = true;
 
@@ -319,6 +320,26 @@ TEST(FieldsTest, AConditionBesideOnDemandIsWrittenAndKeepsItsNeighbours) {
     enter(fieldOf(row.key), row.value, plist, unfinished);
     EXPECT_EQ(save(plist), row.written + onDemand) << row.key;
   }
+}
+
+TEST(FieldsTest, UnknownConditionsStayWhileTheirKeyDoesAndNoLonger) {
+  const Dictionary conditions{{"Crashed", true}, {"Own", 5}};
+  const Dictionary overridden{{"KeepAlive", conditions}, {"OnDemand", false}};
+  Unfinished unfinished;
+  Plist plist = recordOf(overridden);
+  enter(fieldOf("Crashed"), false, plist, unfinished);
+  EXPECT_EQ(*plist.encodeAll().find("KeepAlive"), Value(Dictionary{{"Crashed", false}, {"Own", 5}}));
+  enter(fieldOf("Crashed"), {}, plist, unfinished);
+  EXPECT_EQ(*plist.encodeAll().find("KeepAlive"), Value(Dictionary{{"Own", 5}}));
+  enter(fieldOf("KeepAlive"), false, plist, unfinished);
+  enter(fieldOf("KeepAlive"), true, plist, unfinished);
+  enter(fieldOf("Crashed"), true, plist, unfinished);
+  EXPECT_EQ(*plist.encodeAll().find("KeepAlive"), Value(Dictionary{{"Crashed", true}}));
+
+  plist = recordOf({{"EnvironmentVariables", Dictionary{{"A", "1"}, {"B", 5}}}});
+  enter(fieldOf("EnvironmentVariables"), {}, plist, unfinished);
+  enter(fieldOf("EnvironmentVariables"), std::vector<TableRow>{{.cells = {"C", "3"}}}, plist, unfinished);
+  EXPECT_EQ(*plist.encodeAll().find("EnvironmentVariables"), Value(Dictionary{{"C", "3"}}));
 }
 
 TEST(FieldsTest, RowsThatCantBeSavedAreUnfinishedUntilTheyCanOrTheirBoxIsCleared) {
