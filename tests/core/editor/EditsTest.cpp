@@ -288,7 +288,8 @@ class RandomUser {
     const Path entry = PlainDictionary::below(path, name);
     Strings list = *PlainJob::stringsOf(m_expected.find(entry));
     std::size_t index = 0;
-    for (std::size_t before = 0; before < row; ++before) index += table.shownRow(before).cells.front() == name ? 1 : 0;
+    for (std::size_t before = 0; before < row; ++before)
+      index += table.shownRow(before).cells.front() == name ? 1U : 0U;
     if (isOne(2)) {
       if (!list.empty()) list.erase(list.begin() + static_cast<std::ptrdiff_t>(index));
       list.empty() ? m_expected.remove(entry) : m_expected.set(entry, List(list.begin(), list.end()));
