@@ -94,6 +94,9 @@ class EditorTexts : public Texts {
   }
   std::string theFolderCouldntBeCreated() const { return text("The folder couldn’t be created"); }
   std::string theIconCouldntBeSaved() const { return text("The icon couldn’t be saved"); }
+  std::string theJobHasChangedSinceItWasChecked() const {
+    return text("The job has changed since it was checked, or is being saved.");
+  }
   std::string theJobIsNotListed() const {
     return text(
         "The job’s file exists, but the job isn’t in the list. Your changes are kept until it is listed again.");
@@ -105,6 +108,7 @@ class EditorTexts : public Texts {
     return format("The name “%@” contains “%@”", {name, character});
   }
   std::string thePictureCouldntBeRead() const { return text("The picture couldn’t be read"); }
+  std::string theProblemCouldntBeResolved() const { return text("The problem couldn’t be resolved"); }
   std::string time() const { return text("Time"); }
   std::string unit() const { return text("Unit"); }
   std::string unknown() const { return text("Unknown"); }

@@ -99,7 +99,10 @@ std::vector<FieldProblem> fieldProblems(const EditorContext& context) {
     if (finding.fix && isEditable) {
       problem.fixTitle = finding.fix->title.title(localize);
       problem.fix = [context, fix = *finding.fix] {
-        if (!applyFix(context, context.saving, fix)) context.platform.workspace.beep();
+        if (applyFix(context, context.saving, fix)) return;
+        const EditorTexts texts(context.foundation.localize);
+        context.platform.interface.error(texts.theProblemCouldntBeResolved(),
+                                         texts.theJobHasChangedSinceItWasChecked());
       };
     }
     result.push_back(std::move(problem));

@@ -59,10 +59,13 @@ std::string RunTextField::selectedText() const {
 }
 
 void RunTextField::setText(const std::string& text) {
-  replaceText(*this, qt(text));
+  const bool isShort = fitsIntoLine(text);
+  setReadOnly(!isShort);
+  replaceText(*this, isShort ? qt(text) : shownText(text));
 }
 
 void RunTextField::insertCommand(const std::string& command) {
+  if (isReadOnly()) return;
   m_isInsertingCommand = true;
   QTextCursor cursor = textCursor();
   if (cursor.hasSelection()) {
@@ -132,7 +135,8 @@ RunMenuButton::RunMenuButton(const Platform& platform, const Shell& shell, const
 void RunMenuButton::fill() {
   const RunMenu content = RunMenu::of(m_shell, m_repairs, m_field.text(), m_field.selectedText());
   m_menu->clear();
-  m_menu->addAction(qt(m_localize.ellipsis().choose()), this, [this] { choose(); });
+  QAction* const chooseAction = m_menu->addAction(qt(m_localize.ellipsis().choose()), this, [this] { choose(); });
+  chooseAction->setEnabled(!m_field.isReadOnly());
   if (content.offersTest) {
     m_menu->addAction(qt(EditorTexts(m_localize).test()), this, [this] { m_shell.sheets.at(Sheet::Test)(); });
   }

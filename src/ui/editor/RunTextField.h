@@ -24,8 +24,10 @@ class RunTextField final : public GrowingText {
 
   std::string text() const;
   std::string selectedText() const;
+  /// A text that doesn't fit into a line is shown shortened, and can't be changed.
   void setText(const std::string& text);
   /// Replaces the selection by a command, or appends it if nothing is selected, as if typed. Gets the focus.
+  /// Does nothing if the text can't be changed.
   void insertCommand(const std::string& command);
   /// Whether the text is being changed by `insertCommand`, rather than by typing.
   bool isInsertingCommand() const { return m_isInsertingCommand; }

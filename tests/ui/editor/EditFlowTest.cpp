@@ -340,6 +340,16 @@ TEST_F(EditFlowTest, ACommandKeepsTheLineEndsAndBlanksWithinItsQuotes) {
   EXPECT_EQ(record().run, "/bin/sh -c \"" + script + "\" x");
 }
 
+TEST_F(EditFlowTest, ACommandOfMegabytesIsShownShortenedAndKept) {
+  const std::string command(4'000'000, 'x');
+  edit({{"Program", command}});
+  EXPECT_LT(runField().text().size(), 10'000U);
+  EXPECT_TRUE(runField().isReadOnly());
+  runField().insertCommand("/bin/ls");
+  control<QCheckBox>("RunAtLoad").click();
+  EXPECT_EQ(record().run, command);
+}
+
 TEST_F(EditFlowTest, ConditionsThatWereClearedComeBackEmpty) {
   edit({{"KeepAlive",
          propertylist::Dictionary{{"Crashed", true}, {"PathState", propertylist::Dictionary{{"/tmp/x", true}}}}}});
