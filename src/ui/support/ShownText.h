@@ -16,7 +16,7 @@ QString shownText(std::string_view text);
 
 /// The size of the longest text that can be edited in a line, in bytes: no system takes a longer argument or variable.
 /// Qt truncates what is longer than the maximum length of a field, and a field of megabytes doesn't respond.
-constexpr int longestLine = 131'072;
+constexpr int longestLine = 128 * 1024;
 inline bool fitsIntoLine(std::string_view text) {
   return text.size() <= static_cast<std::size_t>(longestLine);
 }
