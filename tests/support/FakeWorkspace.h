@@ -16,7 +16,7 @@ class FakeWorkspace final : public Workspace {
   std::map<std::string, std::string> displayNames;  ///< by path; others are shown by their file name
   std::set<std::string> damagedImages;              ///< file names
   std::string userName = "Ada Lovelace";
-  bool opens = true;  ///< whether files can be opened and revealed
+  bool opens = true;                    ///< whether files can be opened and revealed
   std::vector<std::string> calls = {};  ///< such as "reveal /a/b"
 
   bool open(const URL& url) override { return note("open " + url.text()) && opens; }
