@@ -86,7 +86,7 @@ void checkScript(const jobfile::Plist& record, FileCheck& files) {
     files.executed("ProgramArguments[0]", arguments[0]);
   }
   if (arguments.size() < 2) return;
-  const std::string_view name = String::lastPathComponent(record.program.value_or(arguments[0]));
+  const std::string_view name = String::lastPathComponent(record.program ? *record.program : arguments[0]);
   if (std::find(interpreters.begin(), interpreters.end(), name) == interpreters.end()) return;
   files.input("ProgramArguments[1]", arguments[1]);
   files.executed("ProgramArguments[1]", arguments[1]);
