@@ -81,10 +81,13 @@ BrowserView::BrowserView(Browser& browser, const EditorContext& context, Browser
   follow();
 }
 
-/// Before the rest, since an open editor of a name reports its end.
+/// Before the rest, since an open editor of a name reports its end, and events still reach the filter.
 BrowserView::~BrowserView() {
   m_preview->changed = nullptr;
-  for (BrowserColumn* const column : m_columns) delete column;
+  while (!m_columns.empty()) {
+    delete m_columns.back();
+    m_columns.pop_back();
+  }
 }
 
 BrowserList& BrowserView::list(std::size_t column) const {
