@@ -147,8 +147,7 @@ std::vector<jobfile::OpaqueValue> opaqueValuesBelow(const Plist& plist, const Pa
 
 /// Otherwise they would come back as soon as the removed key gets a new value. Includes those that have been replaced.
 void removeOpaqueValuesBelow(Plist& plist, const Path& path) {
-  auto read = plist.asRead();
-  if (read && read->keepAlive) read->keepAlive->bool_.reset();  // `OnDemand` hides the conditions
+  const auto read = plist.asRead();
   for (auto& value : read ? opaqueValuesBelow(*read, path) : std::vector<jobfile::OpaqueValue>()) {
     auto& removed = plist.removedValues;
     if (std::find(removed.begin(), removed.end(), value.path) == removed.end()) removed.push_back(value.path);
@@ -275,13 +274,10 @@ constexpr FieldAccess keepAlive{
         }};
 
 /// The plain value for a key that has lost its last condition: that of the file, or true. Null if the file has
-/// conditions, even if `OnDemand` gives them a plain value.
+/// conditions.
 std::optional<bool> plainKeepAlive(const Plist& plist) {
   const auto read = plist.asRead();
-  if (!read || !read->keepAlive) return true;
-  KeepAlive conditions = *read->keepAlive;
-  const auto plain = std::exchange(conditions.bool_, std::nullopt);
-  return conditions == KeepAlive() ? plain : std::nullopt;
+  return read && read->keepAlive ? read->keepAlive->bool_ : true;
 }
 
 /// A condition of `KeepAlive`. Writing it replaces the plain value.

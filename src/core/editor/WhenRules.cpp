@@ -47,7 +47,7 @@ std::vector<Condition> conditions(const KeepAlive& keepAlive, const ValueTexts& 
 Display display(const Plist& plist, const ValueTexts& texts) {
   Display result{.runAtLoad = plist.runAtLoad, .startOnMount = plist.startOnMount, .isScheduled = plist.isScheduled()};
   if (!plist.keepAlive) return result;
-  result.keepAlive = plist.keepAlive->bool_.value_or(true);
+  result.keepAlive = plist.isAlwaysKeptAlive() || !plist.keepAlive->bool_;
   if (!plist.keepAlive->bool_) result.conditions = conditions(*plist.keepAlive, texts);
   return result;
 }

@@ -22,9 +22,8 @@ class Sentences {
   }
 
   void addRestarts(const jobfile::Plist& plist) {
-    if (plist.keepAlive) addKeepAlive(*plist.keepAlive);
-    // OnDemand is the predecessor of KeepAlive, which takes precedence.
-    if (!plist.keepAlive && plist.onDemand == false) add(text("Continuously, restarting whenever it exits"));
+    if (plist.isAlwaysKeptAlive()) return add(text("Continuously, restarting whenever it exits"));
+    if (plist.keepAlive && !plist.keepAlive->bool_) addConditions(*plist.keepAlive);
   }
 
   void addSchedule(const jobfile::Plist& plist, TimeForm form) {
@@ -53,9 +52,7 @@ class Sentences {
   std::vector<std::string> take() && { return std::move(m_lines); }
 
  private:
-  void addKeepAlive(const jobfile::KeepAlive& keepAlive) {
-    if (keepAlive.bool_ == true) add(text("Continuously, restarting whenever it exits"));
-    if (keepAlive.bool_) return;
+  void addConditions(const jobfile::KeepAlive& keepAlive) {
     if (keepAlive.successfulExit) {
       add(*keepAlive.successfulExit ? text("Again when it exits successfully")
                                     : text("Again when it exits with an error"));

@@ -74,20 +74,8 @@ const propertylist::Node* Plist::findInFile(std::string_view key) const {
   return dictionary ? dictionary->find(key) : nullptr;
 }
 
-/// `OnDemand` gives a dictionary of conditions the plain value true. Compared with that, an edited condition would
-/// replace the whole dictionary, and true in place of the conditions would be no edit, so the conditions themselves are
-/// compared.
-std::optional<Plist> Plist::asReadToMerge() const {
-  auto read = asRead();
-  const auto* const inFile = read ? findInFile(text(CodingKeys::KeepAlive)) : nullptr;
-  const bool hasConditions = inFile && inFile->type() == propertylist::Type::Dictionary;
-  const bool isEdited = keepAlive && read && keepAlive != read->keepAlive;
-  if (hasConditions && read->keepAlive && isEdited) read->keepAlive->bool_.reset();
-  return read;
-}
-
 propertylist::Dictionary Plist::encodeAll() const {
-  const auto read = asReadToMerge();
+  const auto read = asRead();
   if (!read && !replacedTrees) return encode();
   const propertylist::Value whole = fileToMergeInto();
   const auto& file = *whole.as<propertylist::Dictionary>();
@@ -106,7 +94,7 @@ propertylist::Dictionary Plist::encodeAll() const {
 }
 
 std::vector<OpaqueValue> Plist::opaqueValues() const {
-  const auto read = asReadToMerge();
+  const auto read = asRead();
   if (!read) return {};
   const propertylist::Value whole = fileToMergeInto();
   const auto* const intervals = whole.as<propertylist::Dictionary>()->find(calendarKey);

@@ -147,6 +147,8 @@ class Plist {
   /// Replaces an empty label by a name taken from the command line `run` or, if that isn't possible, by a new UUID.
   void fillEmptyLabel();
 
+  /// Whether launchd restarts the job whenever it ends, without conditions.
+  bool isAlwaysKeptAlive() const { return onDemand == false || (keepAlive && keepAlive->bool_ == true); }
   /// Whether the job is started by the calendar or at intervals.
   bool isScheduled() const {
     return startInterval || (startCalendarInterval && !startCalendarInterval->intervals.empty());
@@ -232,7 +234,7 @@ class Plist {
   Boxed<InetdCompatibility> inetdCompatibility;        ///< deprecated in favour of `Sockets`
   Boxed<std::vector<std::string>> limitLoadFromHosts;  ///< deprecated: names of hosts that don't load the job
   Boxed<std::vector<std::string>> limitLoadToHosts;    ///< deprecated: names of hosts that load it
-  /// Deprecated. False overrides the conditions of `keepAlive`: decoding then sets its boolean form to true.
+  /// Deprecated. False keeps the job alive unconditionally, whatever `keepAlive` says; see `isAlwaysKeptAlive`.
   std::optional<bool> onDemand;
   std::optional<std::string> rootDirectory;  ///< deprecated: the folder to chroot(2) into
   std::optional<bool> serviceIPC;            ///< deprecated, without effect
@@ -243,7 +245,6 @@ class Plist {
  private:
   static bool decodeKey(CodingKeys key, const propertylist::Node& value, Plist& plist);
   propertylist::Dictionary encodeWithUnknown() const;
-  std::optional<Plist> asReadToMerge() const;
   propertylist::Value fileToMergeInto() const;
   void setTreesAsDecoded(propertylist::Dictionary& values) const;
   const propertylist::Node* findInFile(std::string_view key) const;

@@ -118,15 +118,6 @@ class PlistDecoder {
   template <typename Row>
   void decodeRow(const Row& row) {
     if (!decodeFieldOf(row, find(row.key), m_top, m_plist)) m_unfit.set(static_cast<std::size_t>(row.key));
-    if (row.key == K::KeepAlive) applyOnDemand();
-  }
-
-  /// `OnDemand` = false is the old way to keep a job alive unconditionally. It is decoded here as well as in its own
-  /// row, so that an error in it is reported in the order in which it matters.
-  void applyOnDemand() {
-    std::optional<bool> onDemand;
-    decodeField(find(K::OnDemand), m_top.key(Plist::text(K::OnDemand)), onDemand);
-    if (onDemand == false && m_plist.keepAlive) m_plist.keepAlive->bool_ = true;
   }
 
   /// Collects the unknown keys again, now with those whose values don't fit, so that all are in the order of the file.

@@ -101,20 +101,10 @@ class Comparison {
   jobfile::OpaqueValue::Path m_steps;  ///< to the value that is compared
 };
 
-/// The encoded record, with the form of KeepAlive that is in the file: decoding OnDemand changes it to true.
-propertylist::Dictionary encodedAsInFile(const Subject& subject) {
-  jobfile::Plist record = subject.record.clone();
-  if (record.keepAlive) {
-    const auto* const isKeptAlive = subject.file.get<bool>("KeepAlive");
-    record.keepAlive->bool_ = isKeptAlive ? std::optional(*isKeptAlive) : std::nullopt;
-  }
-  return record.encode();
-}
-
 }  // namespace
 
 void checkNestedKeys(const Subject& subject, Findings& findings) {
-  const propertylist::Dictionary written = encodedAsInFile(subject);
+  const propertylist::Dictionary written = subject.record.encode();
   for (const auto& [key, value] : subject.file) {
     // The contents of LaunchEvents are defined by the handler of the event.
     if (!jobfile::Plist::codingKey(key) || key == "LaunchEvents") continue;

@@ -30,9 +30,7 @@ std::vector<JobRules::Condition> conditions(const std::optional<jobfile::StringM
   return result;
 }
 
-void readKeepAlive(const jobfile::KeepAlive& keepAlive, JobRules& rules) {
-  rules.keepAlive = keepAlive.bool_.value_or(false);
-  if (keepAlive.bool_) return;
+void readConditions(const jobfile::KeepAlive& keepAlive, JobRules& rules) {
   rules.onlyAfterInitialDemand = keepAlive.afterInitialDemand.value_or(false);
   rules.afterSuccess = keepAlive.successfulExit;
   rules.afterCrash = keepAlive.crashed;
@@ -83,8 +81,8 @@ JobRules JobRules::of(const jobfile::Plist& plist) {
   rules.launchOnlyOnce = plist.launchOnlyOnce.value_or(false);
   rules.abandonProcessGroup = plist.abandonProcessGroup.value_or(false);
   rules.startOnMount = plist.startOnMount.value_or(false);
-  if (plist.keepAlive) readKeepAlive(*plist.keepAlive, rules);
-  if (!plist.keepAlive && plist.onDemand && !*plist.onDemand) rules.keepAlive = true;
+  rules.keepAlive = plist.isAlwaysKeptAlive();
+  if (!rules.keepAlive && plist.keepAlive && !plist.keepAlive->bool_) readConditions(*plist.keepAlive, rules);
   readTimes(plist, rules);
   rules.watchPaths = plist.watchPaths.value_or(std::vector<std::string>());
   rules.queueDirectories = plist.queueDirectories.value_or(std::vector<std::string>());

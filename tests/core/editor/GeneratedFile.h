@@ -87,9 +87,6 @@ inline Dict file(std::minstd_rand& random) {
       if (random() % 3 != 0) file.set(key, oneOf(random() % 8 == 0 ? oddValues : values));
     }
   }
-  // With both false, such a job is kept alive, so that switching this on changes nothing.
-  const bool* const isKeptAlive = file.get<bool>("KeepAlive");
-  if (isKeptAlive && !*isKeptAlive) file.set("OnDemand", true);
   file.set("Label", "org.generated");
   return file;
 }

@@ -11,25 +11,29 @@ namespace {
 using testing::ElementsAre;
 using testing::Optional;
 
-TEST(PlistTest, OnDemandFalseTurnsKeepAliveOn) {
+TEST(PlistTest, OnDemandFalseKeepsAJobAliveAndChangesNothingElse) {
   const Dict conditions{{"SuccessfulExit", false}};
   const struct {
-    propertylist::Value keepAlive;
-    bool onDemand;
-    propertylist::Value written;
+    Dict keys;
+    bool isAlwaysKeptAlive;
   } table[] = {
-      {conditions, false, true},      {false, false, true}, {"unusable", false, true},
-      {conditions, true, conditions}, {false, true, false},
+      {{}, false},
+      {{{"OnDemand", false}}, true},
+      {{{"OnDemand", true}}, false},
+      {{{"KeepAlive", true}}, true},
+      {{{"KeepAlive", false}}, false},
+      {{{"KeepAlive", conditions}}, false},
+      {{{"KeepAlive", conditions}, {"OnDemand", false}}, true},
+      {{{"KeepAlive", conditions}, {"OnDemand", true}}, false},
+      {{{"KeepAlive", false}, {"OnDemand", false}}, true},
   };
   for (const auto& row : table) {
-    const auto plist = decoded(Dict{{"Label", "job"}, {"KeepAlive", row.keepAlive}, {"OnDemand", row.onDemand}});
-    const Dict file = plist.encode();
-    EXPECT_EQ(*file.find("KeepAlive"), row.written);
-    EXPECT_EQ(*file.find("OnDemand"), propertylist::Value(row.onDemand));
+    Dict file = row.keys;
+    file.set("Label", "job");
+    const auto plist = decoded(file);
+    EXPECT_EQ(plist.isAlwaysKeptAlive(), row.isAlwaysKeptAlive);
+    EXPECT_EQ(plist.encode(), file);
   }
-  EXPECT_FALSE(decoded(fileWith("OnDemand", false)).keepAlive);
-  const auto kept = decoded(Dict{{"Label", "job"}, {"KeepAlive", conditions}, {"OnDemand", false}});
-  EXPECT_THAT(kept.keepAlive->successfulExit, Optional(false)) << "the conditions stay in the record";
 }
 
 TEST(PlistTest, UnknownKeysGoBackAsTheyWereRead) {

@@ -100,8 +100,7 @@ TEST(DecodingErrorsTest, TheFirstErrorInTheOrderOfTheKeysIsReported) {
     const char* keyPath;
   } table[] = {
       {Dict{{"Debug", 1}, {"Program", 1}, {"WatchPaths", 1}}, "Program"},
-      // OnDemand is decoded together with KeepAlive, which depends on it.
-      {Dict{{"OnDemand", 1}, {"RunAtLoad", 1}}, "OnDemand"},
+      {Dict{{"OnDemand", 1}, {"RunAtLoad", 1}}, "RunAtLoad"},
       {Dict{{"OnDemand", 1}, {"EnableTransactions", 1}}, "EnableTransactions"},
       {Dict{{"SoftResourceLimits", Dict{{"Core", "x"}, {"CPU", "x"}, {"Data", "x"}}}}, "SoftResourceLimits.Core"},
       {Dict{{"KeepAlive", Dict{{"Crashed", 1}, {"SuccessfulExit", 1}}}}, "KeepAlive.SuccessfulExit"},
