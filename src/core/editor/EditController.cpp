@@ -131,12 +131,11 @@ void EditController::discardEdits() {
 }
 
 /// Updates the record from the file at once, since the details are shown before the scan has read it. If the file can't
-/// be read, restores the record as it was read.
+/// be read, restores the record as it was before the edits.
 void EditController::takeFile(const std::shared_ptr<Launchd>& job) {
   job->kind = job->originalKind;
   const auto bytes = jobBytes(job->url);
-  if (bytes && m_session.editing.take(job, *bytes)) return;
-  if (auto asRead = job->plist().asRead()) job->plist() = *std::move(asRead);
+  if (!bytes || !m_session.editing.take(job, *bytes)) m_session.editing.restore(job);
 }
 
 /// Requests a scan that reads the file even if it is unchanged, as the record contains discarded edits.

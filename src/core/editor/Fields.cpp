@@ -1,18 +1,12 @@
 #include "core/editor/Fields.h"
 
 #include <algorithm>
-#include <array>
-#include <concepts>
+#include <iterator>
 #include <stdexcept>
-#include <tuple>
-#include <type_traits>
-#include <utility>
 
 #include "core/editor/EditorTexts.h"
-#include "core/jobfile/PlistKeys.h"
+#include "core/editor/KeyAccess.h"
 #include "core/locale/Localize.h"
-#include "core/schedule/NumberText.h"
-#include "core/text/Octal.h"
 
 namespace mirvel {
 
@@ -20,294 +14,9 @@ namespace {
 
 using jobfile::KeepAlive;
 using jobfile::Plist;
-using propertylist::Value;
 using Key = Plist::CodingKeys;
 using Control = Field::Control;
 using Section = StackSection;
-
-// Values of each type for the read-only view.
-
-Value shown(bool value, const ValueTexts& /*texts*/) {
-  return value;
-}
-
-Value shown(std::int64_t value, const ValueTexts& texts) {
-  return texts.number(value);
-}
-
-Value shown(const std::string& value, const ValueTexts& /*texts*/) {
-  return value;
-}
-
-Value shown(const std::vector<std::string>& value, const ValueTexts& /*texts*/) {
-  return joinedLines(value);
-}
-
-Value shown(const Plist::LimitLoadToSessionType& value, const ValueTexts& /*texts*/) {
-  return joinedLines(value.types);
-}
-
-Value shown(const jobfile::StringMap<std::vector<std::string>>& value, const ValueTexts& /*texts*/) {
-  std::vector<std::string> lines;
-  for (const auto& [key, values] : value) lines.insert(lines.end(), values.begin(), values.end());
-  return joinedLines(lines);
-}
-
-Value shown(const Plist::ResourceLimits& value, const ValueTexts& texts) {
-  std::vector<std::string> lines;
-  for (const auto& member : Plist::ResourceLimits::members()) {
-    const auto& limit = value.*member.limit;
-    if (limit) lines.push_back(texts.line(std::string(member.key), texts.number(*limit)));
-  }
-  return joinedLines(lines);
-}
-
-std::optional<Value> shown(const Plist::Umask& value, const ValueTexts& /*texts*/) {
-  return value.int_ ? std::optional<Value>(Octal::displayString(*value.int_)) : std::nullopt;
-}
-
-Value shown(const Plist::InetdCompatibility& value, const ValueTexts& texts) {
-  jobfile::StringMap<std::string> entries;
-  for (const auto& [key, isOn] : value.bools) entries.emplace(key, texts.boolean(isOn));
-  for (const auto& [key, number] : value.integers) entries.emplace(key, texts.number(number));
-  std::vector<std::string> lines;
-  for (const auto& [key, text] : entries) lines.push_back(texts.line(key, text));
-  return joinedLines(lines);
-}
-
-Value shownPaths(const std::vector<std::string>& paths, const ValueTexts& texts) {
-  std::vector<std::string> lines;
-  for (const std::string& path : paths) {
-    if (!path.empty()) lines.push_back(texts.path(path));
-  }
-  return joinedLines(lines);
-}
-
-// Conversion between values of the record and values of fields.
-
-using Rows = std::vector<TableRow>;
-
-template <typename T>
-concept IsPlain = std::same_as<T, bool> || std::same_as<T, std::int64_t> || std::same_as<T, std::string>;
-template <typename T>
-concept HasRows = requires(const T& value) {
-  rowsOf(value);
-};
-
-template <IsPlain T>
-FieldValue valueOf(const T& value) {
-  return value;
-}
-template <HasRows T>
-FieldValue valueOf(const T& value) {
-  return rowsOf(value);
-}
-FieldValue valueOf(const Plist::Umask& value) {
-  return value.int_ ? FieldValue(*value.int_) : FieldValue();
-}
-
-void assign(Plist::Umask& umask, std::int64_t mask) {
-  umask.int_ = mask;
-}
-template <IsPlain T>
-void assign(T& value, const T& entered) {
-  value = entered;
-}
-
-// A holder is the optional member in which the record stores a value.
-
-template <typename Holder>
-using Content = std::remove_cvref_t<decltype(*std::declval<Holder&>())>;
-template <typename Holder>
-concept IsEditable = requires(const Content<Holder>& content) {
-  valueOf(content);
-};
-
-template <typename Holder>
-FieldValue readField(const Holder& holder) {
-  return holder ? valueOf(*holder) : FieldValue();
-}
-
-template <typename T, typename Holder>
-void assignIf(const FieldValue& value, Holder& holder) {
-  if constexpr (requires(const T& entered) { assign(*holder, entered); }) {
-    if (const T* const entered = std::get_if<T>(&value)) assign(holder ? *holder : holder.emplace(), *entered);
-  }
-}
-
-using Path = std::vector<std::string_view>;
-
-std::vector<jobfile::OpaqueValue> opaqueValuesBelow(const Plist& plist, const Path& path) {
-  auto values = plist.opaqueValues();
-  std::erase_if(values, [&](const auto& value) {
-    return value.path.size() <= path.size() || !std::equal(path.begin(), path.end(), value.path.begin());
-  });
-  return values;
-}
-
-/// Otherwise they would come back as soon as the removed key gets a new value. Includes those that have been replaced.
-void removeOpaqueValuesBelow(Plist& plist, const Path& path) {
-  const auto read = plist.asRead();
-  for (auto& value : read ? opaqueValuesBelow(*read, path) : std::vector<jobfile::OpaqueValue>()) {
-    auto& removed = plist.removedValues;
-    if (std::find(removed.begin(), removed.end(), value.path) == removed.end()) removed.push_back(value.path);
-  }
-}
-
-/// `find` returns the holder in a record, or null.
-template <typename Find>
-void writeRows(Plist& plist, const Rows& rows, const Path& path, const Find& find) {
-  auto& holder = *find(plist);
-  using Container = Content<decltype(holder)>;
-  const auto read = rows.empty() || !holder ? plist.asRead() : std::nullopt;
-  const auto* const inFile = read ? find(*read) : nullptr;
-  const bool isEmptyInFile = inFile && *inFile && **inFile == Container();
-  if (rows.empty() && !isEmptyInFile && opaqueValuesBelow(plist, path).empty()) return holder.reset();
-  if (!holder) holder = inFile && *inFile ? **inFile : Container();
-  fromRows(rows, *holder);
-}
-
-template <typename Find>
-void writeField(Plist& plist, const FieldValue& value, const Path& path, const Find& find) {
-  auto& holder = *find(plist);
-  if (std::holds_alternative<std::monostate>(value)) {
-    removeOpaqueValuesBelow(plist, path);
-    holder.reset();
-  } else if constexpr (HasRows<Content<decltype(holder)>>) {
-    if (const auto* const rows = std::get_if<Rows>(&value)) writeRows(plist, *rows, path, find);
-  } else {
-    assignIf<bool>(value, holder);
-    assignIf<std::int64_t>(value, holder);
-    assignIf<std::string>(value, holder);
-  }
-}
-
-template <Key key>
-constexpr const auto& keyRow = std::get<static_cast<std::size_t>(key)>(jobfile::plistKeys);
-
-/// The access to a key of the record by the type of its member.
-template <Key key>
-struct Access {
-  static bool isSet(const Plist& plist) { return (plist.*keyRow<key>.field).has_value(); }
-  static void remove(Plist& plist) { (plist.*keyRow<key>.field).reset(); }
-  static std::optional<Value> display(const Plist& plist, const ValueTexts& texts) {
-    if (!isSet(plist)) return std::nullopt;
-    return shown(*(plist.*keyRow<key>.field), texts);
-  }
-  static FieldValue read(const Plist& plist) {
-    if constexpr (IsEditable<decltype(plist.*keyRow<key>.field)>) {
-      return readField(plist.*keyRow<key>.field);
-    } else {
-      return {};
-    }
-  }
-  static void write(Plist& plist, const FieldValue& value) {
-    if constexpr (IsEditable<decltype(plist.*keyRow<key>.field)>) {
-      writeField(plist, value, {keyRow<key>.text}, [](auto& record) { return &(record.*keyRow<key>.field); });
-    }
-  }
-
-  static constexpr FieldAccess functions{isSet, remove, display, read, write};
-};
-
-template <Key key>
-constexpr FieldAccess paths() {
-  FieldAccess result = Access<key>::functions;
-  result.display = [](const Plist& plist, const ValueTexts& texts) -> std::optional<Value> {
-    const auto& field = plist.*keyRow<key>.field;
-    if (!field || field->empty()) return std::nullopt;
-    return shownPaths(*field, texts);
-  };
-  return result;
-}
-
-/// The read-only view has a row of its own for each variable.
-constexpr FieldAccess variables = [] {
-  using Variables = Access<Key::EnvironmentVariables>;
-  return FieldAccess{
-      .isSet = Variables::isSet,
-      .remove = Variables::remove,
-      .display = [](const Plist&, const ValueTexts&) -> std::optional<Value> { return std::nullopt; },
-      .read = Variables::read,
-      .write = Variables::write,
-  };
-}();
-
-/// For a box that is off if the key is true.
-template <Key key>
-constexpr FieldAccess negated() {
-  FieldAccess result = Access<key>::functions;
-  result.read = [](const Plist& plist) -> FieldValue {
-    const auto& field = plist.*keyRow<key>.field;
-    return field ? FieldValue(!*field) : FieldValue();
-  };
-  result.write = [](Plist& plist, const FieldValue& value) {
-    const bool* const isOn = std::get_if<bool>(&value);
-    Access<key>::write(plist, isOn ? FieldValue(!*isOn) : FieldValue());
-  };
-  return result;
-}
-
-constexpr FieldAccess label{
-    .isSet = [](const Plist&) { return true; },
-    .remove = [](Plist& plist) { plist.name.clear(); },
-    .display = [](const Plist& plist, const ValueTexts&) -> std::optional<Value> { return plist.name; },
-    .read = [](const Plist& plist) -> FieldValue { return plist.name; },
-    .write =
-        [](Plist& plist, const FieldValue& value) {
-          const auto* const text = std::get_if<std::string>(&value);
-          plist.name = text ? *text : std::string();
-        }};
-
-/// The box that keeps a job alive. It is on if the key exists, whatever its value; off removes the key and its
-/// conditions.
-constexpr FieldAccess keepAlive{
-    .isSet = [](const Plist& plist) { return plist.keepAlive.has_value(); },
-    .remove = [](Plist& plist) { plist.keepAlive.reset(); },
-    .display = [](const Plist&, const ValueTexts&) -> std::optional<Value> { return std::nullopt; },
-    .read = [](const Plist& plist) -> FieldValue { return plist.keepAlive.has_value(); },
-    .write =
-        [](Plist& plist, const FieldValue& value) {
-          removeOpaqueValuesBelow(plist, {"KeepAlive"});
-          plist.keepAlive.reset();
-          if (value == FieldValue(true)) plist.keepAlive.emplace().bool_ = true;
-        }};
-
-/// The plain value for a key that has lost its last condition: that of the file, or true. Null if the file has
-/// conditions.
-std::optional<bool> plainKeepAlive(const Plist& plist) {
-  const auto read = plist.asRead();
-  return read && read->keepAlive ? read->keepAlive->bool_ : true;
-}
-
-/// A condition of `KeepAlive`. Writing it replaces the plain value.
-template <KeepAlive::CodingKeys key, auto condition>
-struct ConditionAccess {
-  static bool isSet(const Plist& plist) { return plist.keepAlive && (*plist.keepAlive.*condition).has_value(); }
-  static void remove(Plist& plist) { write(plist, {}); }
-  static std::optional<Value> display(const Plist&, const ValueTexts&) { return std::nullopt; }
-  static FieldValue read(const Plist& plist) {
-    if (!plist.keepAlive) return {};
-    return readField(*plist.keepAlive.*condition);
-  }
-  static void write(Plist& plist, const FieldValue& value) {
-    if (!plist.keepAlive) plist.keepAlive.emplace();
-    plist.keepAlive->bool_.reset();
-    writeField(plist, value, {"KeepAlive", KeepAlive::text(key)},
-               [](auto& record) { return record.keepAlive ? &(*record.keepAlive.*condition) : nullptr; });
-    if (*plist.keepAlive == KeepAlive()) plist.keepAlive->bool_ = plainKeepAlive(plist);
-  }
-
-  static constexpr FieldAccess functions{isSet, remove, display, read, write};
-};
-
-template <KeepAlive::CodingKeys key, auto condition>
-constexpr Field conditionRow(Field field) {
-  field.section = Section::When;
-  field.key = KeepAlive::text(key);
-  field.access = ConditionAccess<key, condition>::functions;
-  return field;
-}
 
 // The columns of the tables.
 
@@ -389,10 +98,18 @@ constexpr Field::Choice processTypeChoices[] = {
 };
 
 template <Key key>
-constexpr Field row(Section section, Field field = {}, FieldAccess access = Access<key>::functions) {
+constexpr Field row(Section section, Field field = {}, FieldAccess access = access::OfKey<key>::functions) {
   field.section = section;
-  if (field.key.empty()) field.key = keyRow<key>.text;
+  if (field.key.empty()) field.key = access::keyRow<key>.text;
   field.access = access;
+  return field;
+}
+
+template <KeepAlive::CodingKeys key, auto condition>
+constexpr Field conditionRow(Field field) {
+  field.section = Section::When;
+  field.key = KeepAlive::text(key);
+  field.access = access::OfCondition<key, condition>::functions;
   return field;
 }
 
@@ -405,10 +122,10 @@ constexpr Field allRows[] = {
          .title = [](const Localize& localize) { return localize.enabled(); },
          .ifAbsent = true,
          .keywords = "load off"},
-        negated<Key::Disabled>()),
+        access::negated<Key::Disabled>()),
     {.section = Section::General,
      .key = "Label",
-     .access = label,
+     .access = access::label,
      .control = Control::Text,
      .help = "Label: This required key uniquely identifies the job to launchd.",
      .title = [](const Localize& localize) { return localize.name(); },
@@ -423,7 +140,7 @@ constexpr Field allRows[] = {
          .keywords = "login boot"}),
     {.section = Section::When,
      .key = "KeepAlive",
-     .access = keepAlive,
+     .access = access::keepAlive,
      .control = Control::CheckBox,
      .help = "KeepAlive: This optional key is used to control whether your job is to be kept continuously running or "
              "to let demand and conditions control the invocation. The default is false and therefore only demand "
@@ -470,14 +187,14 @@ constexpr Field allRows[] = {
                  "empty.",
          .table = {.columns = pathColumn, .adding = TableFormat::Adding::FolderPanel},
          .keywords = "watched folder"},
-        paths<Key::QueueDirectories>()),
+        access::paths<Key::QueueDirectories>()),
     row<Key::WatchPaths>(
         Section::Paths,
         {.control = Control::Table,
          .help = "This optional key causes the job to be started if any one of the listed paths are modified.",
          .table = {.columns = pathColumn, .adding = TableFormat::Adding::FilePanel},
          .keywords = "watched file folder change"},
-        paths<Key::WatchPaths>()),
+        access::paths<Key::WatchPaths>()),
     row<Key::LowPriorityIO>(
         Section::Limits,
         {.control = Control::CheckBox,
@@ -643,8 +360,7 @@ constexpr Field allRows[] = {
                  "being a string representing the desired value. NOTE: Values other than strings will be ignored.",
          .table = {.columns = variableColumns, .isDictionary = true, .hasVariables = true},
          .fillsSection = true,
-         .keywords = "PATH secret password token"},
-        variables),
+         .keywords = "PATH secret password token"}),
     row<Key::Debug>(Section::Deprecated),
     row<Key::EnableGlobbing>(Section::Deprecated),
     row<Key::OnDemand>(Section::Deprecated),
@@ -736,85 +452,6 @@ bool appliesTo(const Field& field, Kind kind) {
 
 bool isNumber(const Field& field) {
   return field.control == Control::Number || field.control == Control::Slider || field.control == Control::Mask;
-}
-
-FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld) {
-  const bool removesKey = !isOn && isOptionHeld && field.optionClick == Field::OptionClick::RemovesKey;
-  return removesKey ? FieldValue() : FieldValue(isOn);
-}
-
-namespace {
-
-/// Null if the text isn't a number.
-std::optional<std::int64_t> numberIn(const Field& field, const std::string& text,
-                                     const Scheduled::NumberText& numbers) {
-  return field.control == Control::Mask ? Octal::toInt(text) : numbers.parseWhole(text);
-}
-
-}  // namespace
-
-std::string fieldText(const Field& field, const Plist& plist, const Unfinished& unfinished) {
-  const auto entered = unfinished.texts.find(field.key);
-  if (entered != unfinished.texts.end()) return entered->second;
-  const FieldValue value = field.access.read(plist);
-  if (const auto* const number = std::get_if<std::int64_t>(&value)) {
-    return field.control == Control::Mask ? Octal::displayString(*number) : std::to_string(*number);
-  }
-  const auto* const text = std::get_if<std::string>(&value);
-  return text ? *text : std::string();
-}
-
-bool matchesValue(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, const Plist& plist,
-                  const Unfinished& unfinished) {
-  const bool hasNumber = isNumber(field) && !unfinished.texts.contains(field.key);
-  const auto number = hasNumber ? numberIn(field, text, numbers) : std::nullopt;
-  return number ? field.access.read(plist) == FieldValue(*number) : text == fieldText(field, plist, unfinished);
-}
-
-std::vector<TableRow> fieldRows(const Field& field, const Plist& plist, const Unfinished& unfinished) {
-  const auto entered = unfinished.tables.find(field.key);
-  if (entered != unfinished.tables.end()) return entered->second;
-  FieldValue value = field.access.read(plist);
-  auto* const rows = std::get_if<Rows>(&value);
-  return rows ? std::move(*rows) : Rows();
-}
-
-std::int64_t shownMask(const Field& field, const Plist& plist) {
-  const FieldValue value = field.access.read(plist);
-  const auto* const mask = std::get_if<std::int64_t>(&value);
-  return mask ? *mask : Octal::toInt(field.placeholder).value_or(0);
-}
-
-void enterText(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, Plist& plist,
-               Unfinished& unfinished) {
-  if (text.empty()) return enter(field, {}, plist, unfinished);
-  if (!isNumber(field)) return enter(field, text, plist, unfinished);
-  if (const auto number = numberIn(field, text, numbers)) return enter(field, *number, plist, unfinished);
-  unfinished.texts.insert_or_assign(std::string(field.key), text);
-}
-
-void enterRows(const Field& field, const std::vector<TableRow>& rows, const Scheduled::NumberText& numbers,
-               Plist& plist, Unfinished& unfinished) {
-  if (refusedCells(field.table, rows, numbers).empty()) {
-    return enter(field, writtenRows(field.table, rows, numbers), plist, unfinished);
-  }
-  unfinished.tables.insert_or_assign(std::string(field.key), rows);
-}
-
-void enter(const Field& field, const FieldValue& value, Plist& plist, Unfinished& unfinished) {
-  const std::string key(field.key);
-  unfinished.texts.erase(key);
-  unfinished.tables.erase(key);
-  field.access.write(plist, value);
-  if (field.key != "KeepAlive" || plist.keepAlive) return;
-  for (const Field& condition : conditionRows) unfinished.tables.erase(std::string(condition.key));
-}
-
-std::optional<InvalidField> refuse(const Field& field, const Unfinished& unfinished, const Localize& localize) {
-  if (!unfinished.texts.contains(field.key)) return std::nullopt;
-  return InvalidField{.message = EditorTexts(localize).fieldCantBeSaved(titleOf(field, localize)),
-                      .reason = field.control == Control::Mask ? EditorTexts(localize).enterAnOctalNumber()
-                                                               : localize.enterAWholeNumber()};
 }
 
 }  // namespace mirvel

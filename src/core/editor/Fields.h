@@ -1,47 +1,18 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
-#include <vector>
 
 #include "core/catalogue/Kind.h"
+#include "core/editor/FieldAccess.h"
 #include "core/editor/SectionStack.h"
 #include "core/editor/TableFormat.h"
-#include "core/editor/ValueTexts.h"
-#include "core/jobfile/Plist.h"
-#include "core/ports/Interface.h"
-#include "core/propertylist/Value.h"
-#include "core/session/Editing.h"
 
 /// The keys of a job file in the details and the editor. The table in Fields.cpp has one row for each key; a new key is
 /// one more row.
 namespace mirvel {
-
-namespace Scheduled {
-class NumberText;
-}
-
-/// The value of a field. `std::monostate` means that the key is absent, as distinct from false, 0 and an empty text.
-using FieldValue = std::variant<std::monostate, bool, std::int64_t, std::string, std::vector<TableRow>>;
-
-/// The access to a key of the record. None of the functions is null.
-struct FieldAccess {
-  /// Whether the record has the key, whatever its value.
-  bool (*isSet)(const jobfile::Plist& plist) = nullptr;
-  void (*remove)(jobfile::Plist& plist) = nullptr;
-  /// The value for the read-only view; null if there is nothing to show.
-  std::optional<propertylist::Value> (*display)(const jobfile::Plist& plist, const ValueTexts& texts) = nullptr;
-  /// The value for a control. Absent for keys of types that no control shows.
-  FieldValue (*read)(const jobfile::Plist& plist) = nullptr;
-  /// Writes a value of the type that `read` returns, or removes the key if the value is absent. A value of another type
-  /// changes nothing. A list or dictionary without rows is removed, unless the file has it empty, or with values that
-  /// no row shows.
-  void (*write)(jobfile::Plist& plist, const FieldValue& value) = nullptr;
-};
 
 /// A row of the table: a key, its control, and its access to the record.
 struct Field {
@@ -103,29 +74,5 @@ bool appliesTo(const Field& field, Kind kind);
 
 /// Whether the text of a field is a number.
 bool isNumber(const Field& field);
-
-/// The value of a box after a click that left it on or off.
-FieldValue clicked(const Field& field, bool isOn, bool isOptionHeld);
-
-/// The text of a single field, and the rows of a table: as entered if they can't be saved, otherwise those of the
-/// record.
-std::string fieldText(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);
-/// Whether a text that was entered in a field already represents its value: "1,000" and "1000" are the same number.
-bool matchesValue(const Field& field, const std::string& text, const Scheduled::NumberText& numbers,
-                  const jobfile::Plist& plist, const Unfinished& unfinished);
-std::vector<TableRow> fieldRows(const Field& field, const jobfile::Plist& plist, const Unfinished& unfinished);
-/// Write an entered text, or the rows of a table. An empty text or table removes the key. Invalid input, such as "5x"
-/// for a number, is stored in `unfinished` and leaves the record unchanged.
-void enterText(const Field& field, const std::string& text, const Scheduled::NumberText& numbers, jobfile::Plist& plist,
-               Unfinished& unfinished);
-void enterRows(const Field& field, const std::vector<TableRow>& rows, const Scheduled::NumberText& numbers,
-               jobfile::Plist& plist, Unfinished& unfinished);
-/// Writes a value and discards unfinished input of the field. Removing `KeepAlive` also discards that of its
-/// conditions.
-void enter(const Field& field, const FieldValue& value, jobfile::Plist& plist, Unfinished& unfinished);
-/// The mask for the boxes of a mask field: that of the record or, without one, the default.
-std::int64_t shownMask(const Field& field, const jobfile::Plist& plist);
-/// The reason why the text of a number or mask field can't be saved; null if it can.
-std::optional<InvalidField> refuse(const Field& field, const Unfinished& unfinished, const Localize& localize);
 
 }  // namespace mirvel

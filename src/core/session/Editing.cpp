@@ -176,6 +176,10 @@ bool Editing::take(const std::shared_ptr<Launchd>& job, const std::string& text)
   return true;
 }
 
+void Editing::restore(const std::shared_ptr<Launchd>& job) {
+  if (isAbout(job) && !m_done.empty()) job->plist() = m_done.front().record.clone();
+}
+
 void Editing::agreed(const std::shared_ptr<Launchd>& job, std::string checksum) {
   if (!isAbout(job)) began(job, checksumLastSeen(job));
   m_agreedChecksum = std::move(checksum);

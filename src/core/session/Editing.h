@@ -108,6 +108,8 @@ class Editing {
   /// Replaces the job's record by that of the text which a save has written, ahead of the next scan. Returns false, and
   /// changes nothing, if the text isn't a job file.
   bool take(const std::shared_ptr<Launchd>& job, const std::string& text);
+  /// Replaces the job's record by a copy of the one before the first step, if there is one.
+  void restore(const std::shared_ptr<Launchd>& job);
   /// Records that the user has agreed that saving loses parts of this content, such as comments. Discarded with
   /// the steps.
   void agreed(const std::shared_ptr<Launchd>& job, std::string checksum);

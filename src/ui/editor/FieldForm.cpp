@@ -15,6 +15,7 @@
 
 #include "core/base/Const.h"
 #include "core/editor/EditorTexts.h"
+#include "core/editor/FieldInput.h"
 #include "core/editor/FieldSearch.h"
 #include "core/editor/PathActions.h"
 #include "core/schedule/ScheduledController.h"

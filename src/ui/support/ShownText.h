@@ -14,14 +14,15 @@ namespace mirvel::ui {
 /// take seconds.
 QString shownText(std::string_view text);
 
+/// The same for a tool tip, with markup escaped.
+QString shownToolTip(std::string_view text);
+
 /// The size of the longest text that can be edited in a line, in bytes: no system takes a longer argument or variable.
 /// Qt truncates what is longer than the maximum length of a field, and a field of megabytes doesn't respond.
 constexpr int longestLine = 128 * 1024;
 inline bool fitsIntoLine(std::string_view text) {
   return text.size() <= static_cast<std::size_t>(longestLine);
 }
-/// The same for a tool tip, with markup escaped.
-QString shownToolTip(std::string_view text);
 
 /// Inserts zero-width spaces after the words of a key, as a label breaks lines only at spaces.
 QString breakable(const QString& key);

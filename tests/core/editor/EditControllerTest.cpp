@@ -135,6 +135,21 @@ TEST_F(EditControllerTest, DiscardingReadsTheFileAgainAndLeavesTheEditor) {
   EXPECT_EQ(dynamic_cast<Launchd&>(*jobNamed("a")).plist().nice, std::nullopt);
 }
 
+TEST_F(EditControllerTest, DiscardingRestoresWhatWasReadIfTheFileIsGone) {
+  const jobfile::Plist read = dynamic_cast<Launchd&>(*program().selection.job()).plist().clone();
+  const auto editAndDiscard = [&] {
+    edit();
+    ASSERT_TRUE(program().editing.replaceRecord(testdata::jobText("other", {{"Program", "/bin/other"}})));
+    edit();
+    controller.discardEdits();
+    EXPECT_EQ(dynamic_cast<Launchd&>(*program().selection.job()).plist(), read);
+  };
+  (void)write(Kind::userAgent, "a.plist", "garbage");
+  editAndDiscard();
+  std::filesystem::remove(file);
+  editAndDiscard();
+}
+
 TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSaysSo) {
   edit();
   dynamic_cast<Launchd&>(*program().selection.job()).plist().run = "/bin/mine";

@@ -6,6 +6,7 @@
 #include "core/editor/Browser.h"
 #include "core/editor/EditController.h"
 #include "core/editor/EditTable.h"
+#include "core/editor/FieldInput.h"
 #include "core/editor/Fields.h"
 #include "core/editor/GeneratedFile.h"
 #include "core/editor/InfoLaunchd.h"

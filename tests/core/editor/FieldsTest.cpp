@@ -1,4 +1,4 @@
-#include "core/editor/Fields.h"
+#include "core/editor/FieldInput.h"
 
 #include <gmock/gmock.h>
 

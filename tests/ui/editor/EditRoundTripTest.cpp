@@ -10,6 +10,7 @@
 #include <random>
 
 #include "core/editor/BrowserSchema.h"
+#include "core/editor/FieldInput.h"
 #include "core/editor/Fields.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
