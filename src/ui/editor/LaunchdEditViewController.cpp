@@ -87,7 +87,7 @@ void LaunchdEditViewController::search() {
 void LaunchdEditViewController::showProblems() {
   auto problems = fieldProblems(context());
   for (Section* const section : sections()) section->takeProblems(problems);
-  m_jobProblems->setProblems(withKeys(std::move(problems)));
+  m_jobProblems->setProblems(withKeys(std::move(problems), isRightToLeft()));
 }
 
 void LaunchdEditViewController::clearDetail() {

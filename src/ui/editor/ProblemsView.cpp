@@ -110,10 +110,10 @@ std::vector<FieldProblem> fieldProblems(const EditorContext& context) {
   return result;
 }
 
-std::vector<FieldProblem> withKeys(std::vector<FieldProblem> problems) {
+std::vector<FieldProblem> withKeys(std::vector<FieldProblem> problems, bool isRightToLeft) {
   for (FieldProblem& problem : problems) {
     const bool isNamed = problem.key.empty() || problem.text.find(problem.key) != std::string::npos;
-    if (!isNamed) problem.text = problem.key + ": " + problem.text;
+    if (!isNamed) problem.text = bidirectionalString({problem.key, problem.text}, ": ", isRightToLeft);
   }
   return problems;
 }
@@ -137,7 +137,8 @@ ProblemsSummary::ProblemsSummary(const EditorContext& context)
 void ProblemsSummary::update(const EditorContext& context) {
   m_button->setText(qt(problemSummary(context.problems.findings(), context.foundation.localize)));
   m_button->setAccessibleDescription(m_button->text());
-  m_problems->setProblems(m_button->isChecked() ? withKeys(fieldProblems(context)) : std::vector<FieldProblem>());
+  m_problems->setProblems(m_button->isChecked() ? withKeys(fieldProblems(context), isRightToLeft())
+                                                : std::vector<FieldProblem>());
   setVisible(!context.problems.findings().empty());
 }
 

@@ -21,8 +21,8 @@ struct EditorContext;
 
 /// The problems of the selected job. A problem of a part of the key's value names that part.
 std::vector<FieldProblem> fieldProblems(const EditorContext& context);
-/// The problems that no field shows, each with its key.
-std::vector<FieldProblem> withKeys(std::vector<FieldProblem> problems);
+/// The problems for a place that doesn't show their keys, each with its key.
+std::vector<FieldProblem> withKeys(std::vector<FieldProblem> problems, bool isRightToLeft);
 
 /// Lines with problems: a quiet mark, a sentence that can be copied, and a button if the problem can be resolved.
 /// Hidden while there are none.

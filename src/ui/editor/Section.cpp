@@ -18,7 +18,8 @@ void Section::takeProblems(std::vector<FieldProblem>& problems) {
                                               [&](const FieldProblem& problem) { return place.isOurs(problem.key); });
     std::vector<FieldProblem> ours(std::make_move_iterator(problems.begin()), std::make_move_iterator(others));
     problems.erase(problems.begin(), others);
-    place.view->setProblems(place.names == KeyNames::Shown ? withKeys(std::move(ours)) : std::move(ours));
+    const bool showsKeys = place.names == KeyNames::Shown;
+    place.view->setProblems(showsKeys ? withKeys(std::move(ours), isRightToLeft()) : std::move(ours));
   }
 }
 
