@@ -67,7 +67,9 @@ bool FieldSearch::matches(const Field& field) const {
 }
 
 bool FieldSearch::matchesAnyOf(StackSection section) const {
-  const auto matchesOne = [this](const Field& field) { return matches(field); };
+  const auto matchesOne = [this](const Field& field) {
+    return field.control != Field::Control::None && matches(field);
+  };
   const auto fields = fieldsOf(section);
   const auto conditions = keepAliveFields();
   const bool isCondition =

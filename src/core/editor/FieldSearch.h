@@ -21,7 +21,7 @@ class FieldSearch {
   bool matches(std::initializer_list<std::string_view> texts) const;
   /// Whether each word is part of the key, the title or the keywords of the field.
   bool matches(const Field& field) const;
-  /// Whether any field of a section matches, or another of its controls.
+  /// Whether any control of a section matches. Deprecated keys have none.
   bool matchesAnyOf(StackSection section) const;
 
  private:

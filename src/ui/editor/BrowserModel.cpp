@@ -137,6 +137,7 @@ bool BrowserModel::setData(const QModelIndex& index, const QVariant& value, int 
 
 void BrowserDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
+  option->text = isolated(option->text);
   if (!index.data(Qt::AccessibleDescriptionRole).isNull()) {
     option->palette.setColor(QPalette::Text, invalidData(option->palette));
   }

@@ -285,7 +285,8 @@ void EditTableDelegate::initStyleOption(QStyleOptionViewItem* option, const QMod
     option->text = m_model.placeholder(index);
     option->palette.setColor(QPalette::Text, option->palette.color(QPalette::PlaceholderText));
   }
-  if (m_model.column(index.column()).isPath) option->text = leftToRight(option->text);
+  const bool isPath = m_model.column(index.column()).isPath;
+  option->text = isPath ? leftToRight(option->text) : isolated(option->text);
   if (!m_model.problem(index).isEmpty()) {
     option->palette.setColor(QPalette::Text, invalidData(option->palette));
   }

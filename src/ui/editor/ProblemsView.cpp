@@ -42,6 +42,27 @@ class WarningMark final : public QWidget {
   }
 };
 
+/// A sentence with a button beside it or, where that would leave too little room, below it.
+class ProblemLine final : public QWidget {
+ public:
+  ProblemLine(QWidget& text, QWidget& button) : m_layout(new QBoxLayout(QBoxLayout::LeftToRight, this)) {
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->addWidget(&text, 1);
+    m_layout->addWidget(&button, 0, Qt::AlignTop | Qt::AlignLeading);
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QWidget::resizeEvent(event);
+    constexpr int charactersPerLine = 45;
+    const bool isNarrow = width() < fontMetrics().averageCharWidth() * charactersPerLine;
+    m_layout->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+  }
+
+ private:
+  QBoxLayout* m_layout;
+};
+
 bool isSameLine(const FieldProblem& a, const FieldProblem& b) {
   return a.text == b.text && a.fixTitle == b.fixTitle;
 }
@@ -75,15 +96,17 @@ QWidget* ProblemsView::makeLine(std::size_t index) {
   layout->addWidget(new WarningMark, 0, Qt::AlignTop);
   auto* const text = new ValueText(qt(problem.text));
   text->setAccessibleName(qt(problem.text));
-  layout->addWidget(text, 1);
-  if (problem.fixTitle.empty()) return line;
+  if (problem.fixTitle.empty()) {
+    layout->addWidget(text, 1);
+    return line;
+  }
   auto* const button = new QPushButton(literalTitle(qt(problem.fixTitle)));
   button->setAccessibleDescription(qt(problem.text));
   connect(button, &QPushButton::clicked, this, [this, index] {
     const auto fix = m_problems[index].fix;  // the fix may replace the lines
     fix();
   });
-  layout->addWidget(button, 0, Qt::AlignTop);
+  layout->addWidget(new ProblemLine(*text, *button), 1);
   return line;
 }
 

@@ -66,6 +66,10 @@ QString breakable(const QString& key) {
   return result;
 }
 
+QString isolated(const QString& text) {
+  return QChar(0x2068) + text + QChar(0x2069);
+}
+
 QString leftToRight(const QString& path) {
   return QChar(0x2066) + path + QChar(0x2069);
 }

@@ -35,7 +35,9 @@ QString helpText(std::string_view help);
 /// Gives a control its help text, on hover and for assistive technology.
 void setHelp(QWidget& control, std::string_view help);
 
-/// Makes a path run from left to right within any text (Unicode Standard Annex 9, isolates).
+/// Makes a text run in its own direction within any other (Unicode Standard Annex 9, isolates).
+QString isolated(const QString& text);
+/// Makes a path run from left to right within any text, likewise.
 QString leftToRight(const QString& path);
 
 /// Changes only that part of a field's text which differs, so that the cursor stays where it is or moves with its

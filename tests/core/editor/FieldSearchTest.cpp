@@ -58,7 +58,7 @@ TEST(FieldSearchTest, ASectionIsFoundByAnyOfItsControls) {
       {"umask", StackSection::LaunchEvents, false},
       {"bonjour", StackSection::Sockets, true},
       {"bonjour", StackSection::MachServices, false},
-      {"timeout", StackSection::Deprecated, true},
+      {"rootdirectory", StackSection::Deprecated, false},
       {"exit nothing", StackSection::Miscellaneous, false},
   };
   for (const auto& row : table) {
