@@ -125,7 +125,9 @@ void ValueText::resizeEvent(QResizeEvent* event) {
 
 void ValueText::fitHeight() {
   const int height = static_cast<int>(std::ceil(document()->size().height()));
-  if (height != minimumHeight()) setFixedHeight(height);
+  if (height == minimumHeight()) return;
+  setFixedHeight(height);
+  setViewportMargins(0, 0, 0, 0);  // lays out the viewport, which Qt omits if the height changes within a resize
 }
 
 void ValueText::wheelEvent(QWheelEvent* event) {

@@ -131,8 +131,10 @@ class EditorLayoutTest : public EditorFixture {
     for (const auto* const widget : window().details().currentWidget()->findChildren<QWidget*>()) {
       if (!widget->isVisible() || widget->isWindow()) continue;
       ++checked;
-      const auto name = place + ": " + widget->metaObject()->className() + ' ' + utf8(widget->objectName()) + ' ' +
-                        utf8(widget->accessibleName());
+      const auto nameOf = [](const QWidget& named) {
+        return named.metaObject()->className() + (' ' + utf8(named.objectName())) + ' ' + utf8(named.accessibleName());
+      };
+      const auto name = place + ": " + nameOf(*widget) + " in " + nameOf(*widget->parentWidget());
       EXPECT_EQ(misfit(*widget), "") << name;
       const auto* const cells = qobject_cast<const QTableView*>(widget);
       EXPECT_EQ(cells ? misfitCell(*cells) : "", "") << name;
