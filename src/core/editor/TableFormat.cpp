@@ -122,7 +122,7 @@ std::optional<std::int64_t> plainNumber(std::string_view digits) {
   return failure == std::errc() && stopped == end ? std::optional(number) : std::nullopt;
 }
 
-TableRow recordedRow(std::vector<std::string> cells, bool isOn = false) {
+TableRow recordedRow(const std::vector<std::string>& cells, bool isOn = false) {
   return {.isOn = isOn, .cells = cells, .recorded = cells};
 }
 
@@ -142,6 +142,7 @@ std::vector<TableRow> rowsOf(const jobfile::StringMap<std::string>& entries) {
 
 std::vector<TableRow> rowsOf(const std::vector<std::string>& texts) {
   std::vector<TableRow> rows;
+  rows.reserve(texts.size());
   for (const std::string& text : texts) rows.push_back(recordedRow({text}));
   return rows;
 }

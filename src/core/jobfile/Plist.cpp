@@ -34,7 +34,7 @@ propertylist::Dictionary Plist::encode() const {
 }
 
 propertylist::Dictionary Plist::encodeWithUnknown() const {
-  const propertylist::Dictionary known = encode();
+  propertylist::Dictionary known = encode();
   if (!unknownKeys || !dictionary) return known;
   std::vector<propertylist::Dictionary::Entry> entries(known.begin(), known.end());
   const std::unordered_set<std::string_view> unknown(unknownKeys->begin(), unknownKeys->end());

@@ -56,7 +56,7 @@ std::string Finding::text() const {
 std::string Finding::field() const {
   constexpr std::string_view keepAlive = "KeepAlive.";
   const auto& conditions = jobfile::KeepAlive::keyTexts;
-  const std::string key = firstStep(keyPath);
+  std::string key = firstStep(keyPath);
   if (!jobfile::Plist::codingKey(key)) return keyPath;  // an unknown key, which may contain dots
   if (!keyPath.starts_with(keepAlive)) return key;
   const std::string condition = firstStep(keyPath.substr(keepAlive.size()));
@@ -113,8 +113,8 @@ std::vector<Finding> Findings::inOrder() && {
   for (const Severity severity : {Severity::Error, Severity::Warning}) {
     const std::size_t rest = m_unreported[index(severity)];
     if (rest == 0) continue;
-    Clause more = restClause(rest, severity);
-    m_findings.push_back({.severity = severity, .message = more.english(), .clause = std::move(more)});
+    const Clause more = restClause(rest, severity);
+    m_findings.push_back({.severity = severity, .message = more.english(), .clause = more});
   }
   return std::move(m_findings);
 }

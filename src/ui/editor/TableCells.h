@@ -17,9 +17,8 @@ class TableCells final : public QTableView {
   std::function<void()> copyRow;
   std::function<void()> pasteRows;
 
- public slots:
-  void copy() { copyRow(); }
-  void paste() { pasteRows(); }
+  Q_SLOT void copy() { copyRow(); }
+  Q_SLOT void paste() { pasteRows(); }
 
  protected:
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
