@@ -76,15 +76,17 @@ bool isUsable(const propertylist::Node& /*node*/, const StartCalendarInterval& c
   return !calendar.intervals.empty();
 }
 
-/// Decodes the field of a row. Returns false if a present value doesn't fit, which only a tolerant place allows; the
-/// field is then absent.
+template <typename Row>
+constexpr bool isRequired = std::is_same_v<decltype(std::declval<Plist&>().*std::declval<Row&>().field), std::string&>;
+
+/// Decodes the field of a row; the node of a required one can be null. Returns false if the value doesn't fit, which
+/// only a tolerant place allows; the field is then absent.
 template <typename Row>
 bool decodeFieldOf(const Row& row, const propertylist::Node* node, const Place& top, Plist& plist) {
   auto& field = plist.*row.field;
-  constexpr bool isRequired = std::is_same_v<decltype(field), std::string&>;
-  if (node || isRequired) decodeField(node, top.key(row.text), field);
-  if constexpr (!isRequired) {
-    if (node && top.isTolerant() && !(field.has_value() && isUsable(*node, *field))) {
+  decodeField(node, top.key(row.text), field);
+  if constexpr (!isRequired<Row>) {
+    if (top.isTolerant() && !(field.has_value() && isUsable(*node, *field))) {
       field.reset();
       return false;
     }
@@ -117,7 +119,9 @@ class PlistDecoder {
  private:
   template <typename Row>
   void decodeRow(const Row& row) {
-    if (!decodeFieldOf(row, find(row.key), m_top, m_plist)) m_unfit.set(static_cast<std::size_t>(row.key));
+    const propertylist::Node* const node = find(row.key);
+    if (!node && !isRequired<Row>) return;
+    if (!decodeFieldOf(row, node, m_top, m_plist)) m_unfit.set(static_cast<std::size_t>(row.key));
   }
 
   /// Collects the unknown keys again, now with those whose values don't fit, so that all are in the order of the file.
