@@ -49,12 +49,6 @@ Result<jobfile::Plist> readJob(const fs::path& file) {
   return error;
 }
 
-/// True for a file that can't be read: loading it then reports the reason.
-Result<bool> isEnabledIn(const fs::path& file) {
-  const auto plist = readJob(file);
-  return plist ? isEnabled(*plist) : true;
-}
-
 /// `existing` is the job with the same label.
 Error alreadyLoaded(const JobRunner& existing, const fs::path& file) {
   if (existing.job().isUnloaded()) return existing.stillRunning();
@@ -103,11 +97,7 @@ void Host::restore() {
 }
 
 void Host::restore(const fs::path& file) {
-  const auto enabled = isEnabledIn(file);
-  if (!enabled) return restoreLater(file, enabled.error());
-  if (!*enabled) return;
-  const auto added = add(file, Lifetime::Permanent);
-  if (!added) restoreLater(file, added.error());
+  if (const auto added = addIfEnabled(file); !added) restoreLater(file, added.error());
 }
 
 Result<void> Host::takeOver(const std::vector<fs::path>& files) {
@@ -141,9 +131,7 @@ void Host::dropPending(const fs::path& file) {
 
 void Host::retry(const fs::path& file) {
   if (m_quitBy || m_pending.count(file) == 0) return;
-  const auto enabled = isEnabledIn(file);
-  if (enabled && !*enabled) return dropPending(file);
-  if (enabled && add(file, Lifetime::Permanent)) dropPending(file);
+  if (addIfEnabled(file)) dropPending(file);
 }
 
 void Host::inherit(const RunRecord& record) {
@@ -174,23 +162,37 @@ Result<void> Host::load(const fs::path& file, Lifetime lifetime) {
   return saved;
 }
 
-Result<std::string> Host::add(const fs::path& file, Lifetime lifetime) {
+// Reads the file once, since a program may be writing it.
+Result<void> Host::addIfEnabled(const fs::path& file) {
   const auto plist = readJob(file);
   if (!plist) return plist.error();
-  if (const auto safe = checkRunnable(*plist, ::geteuid()); !safe) return safe.error();
-  const std::string& label = plist->name;
+  const auto enabled = isEnabled(*plist);
+  if (!enabled) return enabled.error();
+  if (!*enabled) return {};
+  const auto added = add(file, *plist, Lifetime::Permanent);
+  return added ? Result<void>() : added.error();
+}
+
+Result<std::string> Host::add(const fs::path& file, Lifetime lifetime) {
+  const auto plist = readJob(file);
+  return plist ? add(file, *plist, lifetime) : plist.error();
+}
+
+Result<std::string> Host::add(const fs::path& file, const jobfile::Plist& plist, Lifetime lifetime) {
+  if (const auto safe = checkRunnable(plist, ::geteuid()); !safe) return safe.error();
+  const std::string& label = plist.name;
   if (label.empty()) return Error{.code = Error::Code::MissingKey, .message = "the label is empty", .file = file};
   if (const auto found = m_jobs.find(label); found != m_jobs.end()) return alreadyLoaded(*found->second.runner, file);
-  ProcessPlan plan = ProcessPlan::of(*plist);
+  ProcessPlan plan = ProcessPlan::of(plist);
   if (plan.program.empty()) {
     return Error{
         .code = Error::Code::MissingKey, .message = "there is neither Program nor ProgramArguments", .file = file};
   }
-  HostedJob& job = insert(file, JobRules::of(*plist), std::move(plan), lifetime).runner->job();
+  HostedJob& job = insert(file, JobRules::of(plist), std::move(plan), lifetime).runner->job();
   for (const std::string& path : job.rules().pathsToWatch()) m_pathWatch->add(path);
   if (job.rules().startOnMount) watchMounts();
   job.load(currentTime());
-  logUnsupported(label, *plist);
+  logUnsupported(label, plist);
   return label;
 }
 

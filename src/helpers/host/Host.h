@@ -120,6 +120,8 @@ class Host {
   const Entry* find(Serial job) const;
   /// Returns the label.
   Result<std::string> add(const std::filesystem::path& file, Lifetime lifetime);
+  Result<std::string> add(const std::filesystem::path& file, const jobfile::Plist& plist, Lifetime lifetime);
+  Result<void> addIfEnabled(const std::filesystem::path& file);
   Entry& insert(const std::filesystem::path& file, JobRules rules, ProcessPlan plan, Lifetime lifetime);
   bool isEnding(const std::string& label) const;
   void restore(const std::filesystem::path& file);
