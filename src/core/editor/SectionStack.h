@@ -37,10 +37,10 @@ struct StackEntry {
 /// The sections of the read-only details: those with a key that the record has, even if its value is false, 0 or empty,
 /// and always the general section and the notes.
 std::vector<StackEntry> displayStack(const jobfile::Plist& plist, const Localize& localize);
-/// Whether the details show an opaque value in a browser, and so not as unknown.
-bool isInBrowser(const jobfile::OpaqueValue& value);
-
 /// The sections of the editor: all, but those of deprecated and of unknown keys only if the record has such keys.
 std::vector<StackEntry> editStack(const jobfile::Plist& plist, const Localize& localize);
+
+/// Whether the details show an opaque value in a browser, and so not as unknown.
+bool isInBrowser(const jobfile::OpaqueValue& value);
 
 }  // namespace mirvel

@@ -28,9 +28,9 @@ bool startsByItself(const Subject& subject) {
   const bool isRejected = subject.rejectedKeys.count("RunAtLoad") + subject.rejectedKeys.count("KeepAlive") +
                               subject.rejectedKeys.count("StartOnMount") + subject.rejectedKeys.count("OnDemand") !=
                           0;
-  const bool isKeptAlive = record.keepAlive && record.keepAlive->bool_ != false;
-  return isRejected || isKeptAlive || record.runAtLoad == true || record.startOnMount == true ||
-         record.onDemand == false;
+  const bool hasConditions = record.keepAlive && !record.keepAlive->bool_;
+  return isRejected || record.isAlwaysKeptAlive() || hasConditions || record.runAtLoad == true ||
+         record.startOnMount == true;
 }
 
 }  // namespace
