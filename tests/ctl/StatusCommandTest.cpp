@@ -50,7 +50,7 @@ TEST_F(StatusCommandTest, LoadedJobsAreShownWithTheirState) {
   const std::string program = "/bin/false";
   ASSERT_TRUE(embedded.load(job("fails.plist", "fails", {{"Program", program}, {"RunAtLoad", true}})));
   ASSERT_TRUE(embedded.load(job("waits.plist", "waits", {{"Program", program}, {"StartInterval", 86400}})));
-  ASSERT_TRUE(*embedded.waitForEnd("fails", std::chrono::seconds(60)));
+  ASSERT_TRUE(embedded.waitForEnd("fails", std::chrono::seconds(60))->hasEnded);
 
   EXPECT_THAT(start({"status"}).out, StartsWith("mirvel-host\n  fails  not running; last run exited with 1\n"
                                                 "  waits  not running; next run 20"));

@@ -20,7 +20,7 @@ class FakeJobHost final : public JobHost {
   std::function<void(const std::string& call)> onCall = [](const std::string&) {};
   std::string output;  ///< of a test job
   std::filesystem::path outputFile;
-  std::vector<LogLine> lines;
+  std::vector<messages::LogLine> lines;
 
   Result<void> start() override { return note("start"); }
   Result<void> load(const std::filesystem::path& file) override {
@@ -30,13 +30,18 @@ class FakeJobHost final : public JobHost {
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override {
     return note("unload " + label.value_or(file.filename().string()));
   }
-  Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override {
+  Result<Ended> waitForEnd(const std::string& label, std::chrono::seconds limit) override {
     const auto noted = note("wait " + std::to_string(limit.count()) + " s for " + label);
-    return noted ? Result<bool>(true) : noted.error();
+    return noted ? Result(Ended{.hasEnded = true}) : noted.error();
   }
-  Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override {
-    const auto noted = note("log " + std::to_string(period.count()) + " s of " + text);
-    return noted ? Result(lines) : noted.error();
+  Result<void> control(const std::filesystem::path& file, const std::string& label,
+                       messages::Control::Order order) override {
+    constexpr const char* names[] = {"start ", "stop ", "restart "};
+    return note(names[static_cast<int>(order)] + label + " of " + file.filename().string());
+  }
+  Result<messages::LogLines> log(const messages::LogQuery& query, Cancellation&) override {
+    const auto noted = note("log " + std::to_string(query.period.count()) + " s of " + query.searchString);
+    return noted ? Result(messages::LogLines{.lines = lines}) : noted.error();
   }
 
  private:

@@ -67,6 +67,14 @@ Action::Shared Action::log(messages::LogQuery query) {
   return action;
 }
 
+Action::Shared Action::control(URL url, std::string label, messages::Control::Order order) {
+  auto action = std::make_shared<Action>(messages::Control{.path = {}, .label = {}, .order = order}.kind());
+  action->url = std::move(url);
+  action->label = std::move(label);
+  action->cleanUp = false;
+  return action;
+}
+
 messages::Request Action::request(const std::optional<std::string>& authData) const {
   messages::Request request{.content = content(), .presentError = presentError, .privileged = privileged};
   if (authData) request.authorisation.authData = propertylist::Data{*authData};
@@ -74,6 +82,9 @@ messages::Request Action::request(const std::optional<std::string>& authData) co
 }
 
 messages::RequestContent Action::content() const {
+  const auto control = [this](messages::Control::Order order) {
+    return messages::Control{.path = resolvedPath(url), .label = label.value_or(std::string()), .order = order};
+  };
   const auto sentLabel = label && !label->empty() ? label : std::nullopt;
   switch (kind) {
     case Kind::Write:
@@ -97,6 +108,12 @@ messages::RequestContent Action::content() const {
       return messages::Uninstall();
     case Kind::Log:
       return messages::Log{.query = logQuery};
+    case Kind::StartJob:
+      return control(messages::Control::Order::Start);
+    case Kind::StopJob:
+      return control(messages::Control::Order::Stop);
+    case Kind::RestartJob:
+      return control(messages::Control::Order::Restart);
     case Kind::Quit:
     case Kind::StartHost:  // this and the next are never sent as actions
     case Kind::Subscribe:

@@ -10,8 +10,10 @@
 #include "core/messages/Requests.h"
 
 namespace mirvel::messages {
-struct LogLine;
-}
+struct LogLines;
+struct TestProgress;
+struct TestResult;
+}  // namespace mirvel::messages
 
 namespace mirvel {
 
@@ -34,6 +36,8 @@ class Action {
   static Shared write(URL url, std::string string, std::string label);
   static Shared test(URL testURL, URL testOutputURL, std::string string, std::string label);
   static Shared log(messages::LogQuery query);
+  /// Starts, stops or restarts a loaded job.
+  static Shared control(URL url, std::string label, messages::Control::Order order);
 
   Kind kind;
   bool presentError = true;  ///< whether a failure is shown to the user
@@ -49,10 +53,11 @@ class Action {
   std::optional<int> mode = {};                          ///< the most permissions that a new file may get
   messages::LogQuery logQuery = {};
 
-  // Called with what a test has printed, or with the lines of the log; never after `ActionController::cancel`. May be
-  // empty.
-  std::function<void(const std::string& output)> testFinished = {};
-  std::function<void(const std::vector<messages::LogLine>& lines)> logReplyReceived = {};
+  // Called with the output of a test while it runs, with its result, or with the lines of the log; never after
+  // `ActionController::cancel`. May be empty.
+  std::function<void(const messages::TestProgress& progress)> testProgressed = {};
+  std::function<void(const messages::TestResult& result)> testFinished = {};
+  std::function<void(const messages::LogLines& log)> logReplyReceived = {};
   std::function<void(bool isDone)> ended = {};  ///< called once if the request was accepted for sending; may be empty
 
   /// The message for the helper. Symbolic links in `url` are resolved as far as the path exists, so that a link's

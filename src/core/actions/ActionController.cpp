@@ -22,6 +22,15 @@ namespace mirvel {
 
 namespace {
 
+/// What a test prints while it runs; null for other requests.
+HelperLink::Event progressOf(const Action::Shared& action) {
+  if (!action->testProgressed) return {};
+  return [action](const propertylist::Dictionary& event) {
+    const auto progress = messages::FieldReader::read<messages::TestProgress>(event);
+    if (progress) action->testProgressed(*progress);  // the reply has all of the output
+  };
+}
+
 /// Searching a long log takes its time, and the user can cancel it.
 std::optional<double> limitOf(Action::Kind kind) {
   return kind == Action::Kind::Log ? std::nullopt : std::optional(HelperLink::secondsToAnswer);
@@ -77,7 +86,7 @@ void ActionController::run(HelperLink& link, const Action::Shared& action) {
       action->request(m_authData).write(),
       [this, action](const propertylist::Dictionary& reply) { replied(reply, *action); },
       [this, action](const Error& error, bool isKnown) { return requestFailed(error, isKnown, *action); },
-      limitOf(action->kind));
+      limitOf(action->kind), progressOf(action));
   const auto found = m_inFlight.find(action.get());
   if (found != m_inFlight.end()) found->second.id = id;
 }
@@ -145,10 +154,10 @@ void ActionController::replied(const propertylist::Dictionary& body, const Actio
   const auto reply = messages::readReply(action.kind, body);
   if (!reply) return refused({}, action);  // malformed: an unknown error
   if (const auto* const error = std::get_if<HelperError>(&*reply)) return refused(*error, action);
-  if (const auto* const output = std::get_if<messages::TestOutput>(&*reply)) {
-    if (action.testFinished) action.testFinished(output->text);
+  if (const auto* const result = std::get_if<messages::TestResult>(&*reply)) {
+    if (action.testFinished) action.testFinished(*result);
   } else if (const auto* const log = std::get_if<messages::LogLines>(&*reply)) {
-    if (action.logReplyReceived) action.logReplyReceived(log->lines);
+    if (action.logReplyReceived) action.logReplyReceived(*log);
   } else if (action.cleanUp) {
     cleanUpAfter(action);
   }

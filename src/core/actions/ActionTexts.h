@@ -92,6 +92,9 @@ class ActionTexts : public Texts {
   std::string theJobCouldntBeStopped(const std::string& file) const {
     return format("The job in “%@” couldn’t be stopped", {file});
   }
+  std::string theJobCouldntBeStartedOrStopped(const std::string& file) const {
+    return format("The job in “%@” couldn’t be started or stopped", {file});
+  }
   std::string theNameIsTooLong() const { return text("The name is too long. Choose a shorter one and try again."); }
   std::string theTestCouldntBeRun() const { return text("The test couldn’t be run"); }
   std::string waitUntilTheJobHasEnded() const {

@@ -37,6 +37,8 @@ std::string headlineOf(const HelperFailure& failure, const Localize& localize) {
       return ActionTexts(localize).theJobCouldntBeLoaded(file);
     case Operation::Unload:
       return ActionTexts(localize).theJobCouldntBeStopped(file);
+    case Operation::Control:
+      return ActionTexts(localize).theJobCouldntBeStartedOrStopped(file);
     case Operation::Answer:
     case Operation::Test:
     case Operation::Log:

@@ -58,6 +58,7 @@ Roots Roots::ofMac(const fs::path& home) {
       .systemLibrary = "/System/Library",
       .defaultsFile = library / "Preferences" / "app.mirvel.plist",
       .localApplications = "/Applications",
+      .publicReports = "/Library/Application Support/Mirvel/Reports",
   };
 }
 
@@ -73,6 +74,7 @@ Roots Roots::ofLinux(const fs::path& home, const Environment& environment) {
       .defaultsFile = config / "preferences.plist",
       .ownAutostart = allConfig / "autostart",
       .installedAutostart = autostartFolders(environment),
+      .publicReports = "/var/lib/mirvel/reports",
   };
 }
 
@@ -80,6 +82,7 @@ Roots Roots::below(const fs::path& root) {
   Roots roots = ofLinux(root / "home", {});
   roots.localLibrary = root / roots.localLibrary.relative_path();
   roots.systemLibrary = root / roots.systemLibrary.relative_path();
+  roots.publicReports = root / roots.publicReports.relative_path();
   for (fs::path& folder : roots.installedAutostart) folder = root / folder.relative_path();
   return roots;
 }

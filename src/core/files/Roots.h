@@ -20,6 +20,11 @@ struct Roots {
   std::filesystem::path ownAutostart = {};       ///< the user's login items as desktop entries; empty: likewise
   /// Login items that applications install; an entry hides those of the same name in later folders.
   std::vector<std::filesystem::path> installedAutostart = {};
+  /// Where the host of root publishes what it reports of its jobs, for everybody to read.
+  std::filesystem::path publicReports = {};
+
+  /// Where the host of the user keeps the same; accessible to the user only.
+  std::filesystem::path ownReports() const { return applicationSupport / "host" / "reports"; }
 
   /// The folders of this platform, for the user who runs this process.
   static Roots forThisMachine(const Environment& environment);

@@ -43,6 +43,9 @@ struct NumberRange {
   const char* refusal;   ///< completes "the key ... " in the error for any other number or type
 };
 
+/// Any integer.
+inline constexpr NumberRange anyNumber{INT64_MIN, INT64_MAX, "isn't a number"};
+
 /// Writes the fields of a message to a dictionary, each under its key. Writing can't fail; it is up to the sender that
 /// values are in their ranges. Types in the dictionary:
 ///
@@ -76,6 +79,11 @@ class FieldWriter {
     m_dictionary.set(key, std::move(array));
   }
   void requiredText(std::string_view key, const std::string& text) { (*this)(key, text); }
+  /// An enumerator as its number; the enumeration begins with 0, ends with `last`, and has no gaps.
+  template <typename Enum>
+  void enumeration(std::string_view key, Enum value, Enum) {
+    m_dictionary.set(key, static_cast<std::int64_t>(value));
+  }
   void decimalSeconds(std::string_view key, std::chrono::seconds time) { (*this)(key, std::to_string(time.count())); }
 
   /// The dictionary with all fields of the message.
@@ -141,6 +149,12 @@ class FieldReader {
   }
   /// A string that isn't empty and has at most `longestPath` bytes.
   void requiredText(std::string_view key, std::string& text);
+  /// Another number than that of an enumerator fails with `BadArgument`.
+  template <typename Enum>
+  void enumeration(std::string_view key, Enum& value, Enum last) {
+    const auto number = readNumber(key, {0, static_cast<std::int64_t>(last), "is unknown"});
+    if (number) value = static_cast<Enum>(*number);
+  }
   /// A number of seconds as decimal text, at least 1 and at most a century.
   void decimalSeconds(std::string_view key, std::chrono::seconds& time);
 

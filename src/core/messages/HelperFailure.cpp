@@ -50,7 +50,7 @@ void write(const HelperFailure& failure, propertylist::Dictionary& to) {
 std::optional<HelperFailure> readFailure(const propertylist::Dictionary& error) {
   using Operation = HelperFailure::Operation;
   const auto operation = numberIn(error, operationKey), cause = numberIn(error, causeKey);
-  if (!operation || *operation < 0 || *operation > static_cast<int>(Operation::Log)) return std::nullopt;
+  if (!operation || *operation < 0 || *operation > static_cast<int>(Operation::Control)) return std::nullopt;
   if (!cause || *cause < 0 || *cause > static_cast<int>(Error::lastCode)) return std::nullopt;
   return HelperFailure{.operation = static_cast<Operation>(*operation),
                        .cause = {.code = static_cast<Error::Code>(*cause),

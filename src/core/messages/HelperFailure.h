@@ -26,7 +26,17 @@ inline constexpr const char* helperErrorDomain = "MirvelHelperErrorDomain";
 /// builds a message in the user's language.
 struct HelperFailure {
   /// The operation. The numbers are used on the wire, and must not change.
-  enum class Operation { Answer = 0, Write = 1, Delete = 2, Read = 3, Load = 4, Unload = 5, Test = 6, Log = 7 };
+  enum class Operation {
+    Answer = 0,
+    Write = 1,
+    Delete = 2,
+    Read = 3,
+    Load = 4,
+    Unload = 5,
+    Test = 6,
+    Log = 7,
+    Control = 8
+  };
 
   Operation operation = Operation::Answer;
   Error cause;             ///< with the path of the file, if one was involved

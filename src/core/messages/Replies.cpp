@@ -10,7 +10,7 @@ namespace mirvel::messages {
 
 namespace {
 
-constexpr std::string_view errorKey = "error", linesKey = "logQuery";
+constexpr std::string_view errorKey = "error";
 
 constexpr std::int64_t microsecondsPerSecond = 1'000'000;
 constexpr std::size_t fractionDigits = 6;
@@ -20,20 +20,9 @@ propertylist::Dictionary writeContent(const Done&) {
   return {};
 }
 
-propertylist::Dictionary writeContent(const TestOutput& output) {
-  return FieldWriter::write(output);
-}
-
-propertylist::Dictionary writeContent(const LogLines& log) {
-  propertylist::Array lines;
-  for (const LogLine& line : log.lines) {
-    propertylist::Dictionary pair;
-    pair.set(dateKey(line.seconds), line.message);
-    lines.emplace_back(std::move(pair));
-  }
-  propertylist::Dictionary result;
-  result.set(linesKey, std::move(lines));
-  return result;
+template <HasFields T>
+propertylist::Dictionary writeContent(const T& content) {
+  return FieldWriter::write(content);
 }
 
 propertylist::Dictionary writeContent(const HelperError& error) {
@@ -46,22 +35,10 @@ Error malformed(std::string_view key, const char* why) {
   return {.code = Error::Code::WrongType, .message = "the key " + std::string(key) + " of the reply " + why};
 }
 
-/// The lines are an array of dictionaries, which map times to messages. Usually each has one entry; more are accepted.
-Result<Reply> readLines(const propertylist::Value& value) {
-  const auto* const array = value.as<propertylist::Array>();
-  if (!array) return malformed(linesKey, "isn't an array");
-  LogLines log;
-  for (const propertylist::Value& element : *array) {
-    const auto* const pairs = element.as<propertylist::Dictionary>();
-    if (!pairs) return malformed(linesKey, "isn't an array of dictionaries");
-    for (const auto& [key, text] : *pairs) {
-      const auto seconds = dateOfKey(key);
-      const auto* const message = text.as<std::string>();
-      if (!seconds || !message) return malformed(linesKey, "contains a line without a time or a message");
-      log.lines.push_back({*seconds, *message});
-    }
-  }
-  return Reply(std::move(log));
+template <typename T>
+Result<Reply> readContent(const propertylist::Dictionary& dictionary) {
+  auto content = FieldReader::read<T>(dictionary);
+  return content ? Result<Reply>(*std::move(content)) : content.error();
 }
 
 }  // namespace
@@ -75,14 +52,9 @@ Result<Reply> readReply(Kind request, const propertylist::Dictionary& dictionary
     const auto* const error = value->as<propertylist::Dictionary>();
     return error ? Result<Reply>(HelperError::read(*error)) : malformed(errorKey, "isn't a dictionary");
   }
-  if (request == Kind::Test) {
-    auto output = FieldReader::read<TestOutput>(dictionary);
-    return output ? Result<Reply>(*std::move(output)) : output.error();
-  }
-  if (request != Kind::Log) return Reply(Done());
-  const auto* const lines = dictionary.find(linesKey);
-  return lines ? readLines(*lines)
-               : Error{.code = Error::Code::MissingKey, .message = "the reply doesn't contain log lines"};
+  if (request == Kind::Test) return readContent<TestResult>(dictionary);
+  if (request == Kind::Log) return readContent<LogLines>(dictionary);
+  return Reply(Done());
 }
 
 std::string dateKey(double seconds) {

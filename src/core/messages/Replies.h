@@ -8,6 +8,7 @@
 
 #include "core/base/Result.h"
 #include "core/messages/HelperFailure.h"
+#include "core/messages/JobReport.h"
 #include "core/messages/Requests.h"
 #include "core/propertylist/Value.h"
 
@@ -19,41 +20,77 @@ struct Done {
   bool operator==(const Done&) const = default;
 };
 
-/// The reply to `Test`.
-struct TestOutput {
-  std::string text;  ///< everything the job has printed, as UTF-8
+/// A piece of the output of a test, sent while it runs. The output is kept from its beginning, up to a limit; after
+/// that only its end is, and what is left out between the two is counted.
+struct TestProgress {
+  std::string beginning = {};           ///< appended to what came before; UTF-8
+  std::int64_t droppedLines = 0;        ///< all that are left out until now
+  std::int64_t droppedBytes = 0;        ///< likewise
+  std::optional<std::string> end = {};  ///< replaces the previous end; UTF-8
 
-  bool operator==(const TestOutput&) const = default;
+  bool operator==(const TestProgress&) const = default;
   template <typename Self, typename Fields>
   static void fields(Self& self, Fields& fields) {
-    fields("test", self.text);
+    fields("beginning", self.beginning);
+    fields("droppedLines", self.droppedLines, anyNumber);
+    fields("droppedBytes", self.droppedBytes, anyNumber);
+    fields("end", self.end);
   }
 };
 
-/// A line of the log.
-struct LogLine {
-  double seconds = 0;  ///< since 1970
-  std::string message;
+/// The reply to `Test`.
+struct TestResult {
+  std::string text;                    ///< all output that was kept, as UTF-8; a line marks what was left out
+  std::optional<RunEnd> outcome = {};  ///< none: it was still running after the time limit
+  double seconds = 0;                  ///< how long it ran, or the time limit
 
-  bool operator==(const LogLine&) const = default;
-  /// The form in which the job host sends a line. In the reply of a helper, a line is a dictionary with one entry
-  /// instead, from `dateKey` to message.
+  bool operator==(const TestResult&) const = default;
   template <typename Self, typename Fields>
   static void fields(Self& self, Fields& fields) {
+    fields("test", self.text);
+    fields("outcome", self.outcome);
     fields("seconds", self.seconds);
+  }
+};
+
+/// A line of the log of a job.
+struct LogLine {
+  /// The numbers are stored and sent; they must not change.
+  enum class Kind : std::int8_t {
+    Output = 0,  ///< printed by the job
+    Event = 1    ///< a start, an end, or another message of the host
+  };
+
+  std::int64_t number = 0;  ///< counts the lines of a label; those that were dropped count as well
+  double seconds = 0;       ///< since 1970, with microseconds
+  Kind kind = Kind::Output;
+  std::string message;  ///< UTF-8 in the reply of a helper, any bytes before
+
+  bool operator==(const LogLine&) const = default;
+  template <typename Self, typename Fields>
+  static void fields(Self& self, Fields& fields) {
+    fields("number", self.number, anyNumber);
+    fields("seconds", self.seconds);
+    fields.enumeration("kind", self.kind, Kind::Event);
     fields("message", self.message);
   }
 };
 
 /// The reply to `Log`.
 struct LogLines {
-  std::vector<LogLine> lines;  ///< oldest first
+  std::vector<LogLine> lines = {};  ///< in the order of their numbers
+  std::int64_t dropped = 0;         ///< lines of the period that were printed but not kept
 
   bool operator==(const LogLines&) const = default;
+  template <typename Self, typename Fields>
+  static void fields(Self& self, Fields& fields) {
+    fields("logLines", self.lines);
+    fields("dropped", self.dropped, anyNumber);
+  }
 };
 
 /// A reply; `HelperError` is possible for every request.
-using Reply = std::variant<Done, TestOutput, LogLines, HelperError>;
+using Reply = std::variant<Done, TestResult, LogLines, HelperError>;
 
 /// The dictionary to send. Its keys depend on the type of the reply, which isn't sent itself.
 propertylist::Dictionary write(const Reply& reply);

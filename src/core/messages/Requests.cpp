@@ -13,12 +13,17 @@ struct Header {
 
   template <typename Self, typename Fields>
   static void fields(Self& self, Fields& fields) {
-    fields("kind", self.kind, NumberRange{0, static_cast<int>(Kind::Subscribe), "is unknown"});
+    fields("kind", self.kind, NumberRange{0, static_cast<int>(Kind::RestartJob), "is unknown"});
     fields("presentError", self.presentError);
     fields("privileged", self.privileged);
     AuthData::fields(self.authorisation, fields);
   }
 };
+
+Control::Order orderOf(Kind kind) {
+  if (kind == Kind::StopJob) return Control::Order::Stop;
+  return kind == Kind::RestartJob ? Control::Order::Restart : Control::Order::Start;
+}
 
 template <typename T>
 Result<RequestContent> readAs(const propertylist::Dictionary& from, T initial = {}) {
@@ -51,11 +56,27 @@ Result<RequestContent> readContent(Kind kind, const propertylist::Dictionary& fr
       return readAs<StartHost>(from);
     case Kind::Subscribe:
       return readAs<Subscribe>(from);
+    case Kind::StartJob:
+    case Kind::StopJob:
+    case Kind::RestartJob:
+      return readAs(from, Control{.path = {}, .label = {}, .order = orderOf(kind)});
   }
   return Error{.code = Error::Code::BadArgument, .message = "the key kind is unknown"};
 }
 
 }  // namespace
+
+Kind Control::kind() const {
+  switch (order) {
+    case Order::Start:
+      return Kind::StartJob;
+    case Order::Stop:
+      return Kind::StopJob;
+    case Order::Restart:
+      break;
+  }
+  return Kind::RestartJob;
+}
 
 Kind Request::kind() const {
   return std::visit([](const auto& request) { return request.kind(); }, content);

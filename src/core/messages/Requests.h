@@ -30,6 +30,9 @@ enum class Kind {
   Log = 9,
   StartHost = 32,
   Subscribe = 33,
+  StartJob = 34,
+  StopJob = 35,
+  RestartJob = 36,
 };
 
 /// Writes a job file atomically, and unloads the job that the file had contained. With `loads`, also loads the new job
@@ -102,8 +105,27 @@ struct Load {
   }
 };
 
-/// Writes a temporary job file and runs its job once. Answered with `TestOutput` when the job has ended, at the latest
-/// after a minute.
+/// Starts a loaded job now, whatever its schedule and throttle interval say; ends its current run; or both. Answered
+/// when the process has been started, or when all processes of the run have ended. Starting a running job and stopping
+/// one that doesn't run have no effect; a job that `KeepAlive` starts again isn't kept from that.
+struct Control {
+  enum class Order { Start, Stop, Restart };
+
+  std::filesystem::path path;  ///< of the job file
+  std::string label;           ///< under which it is loaded
+  Order order = Order::Start;  ///< sent as the kind, not as a field
+
+  Kind kind() const;
+  bool operator==(const Control&) const = default;
+  template <typename Self, typename Fields>
+  static void fields(Self& self, Fields& fields) {
+    fields("path", self.path);
+    fields.requiredText("label", self.label);
+  }
+};
+
+/// Writes a temporary job file and runs its job once. Events of the form of `TestProgress` carry the output while it
+/// comes. Answered with `TestResult` when the job has ended, at the latest after a minute.
 struct Test {
   std::filesystem::path testPath;        ///< of the temporary job file
   std::filesystem::path testOutputPath;  ///< of the file that receives the output
@@ -129,11 +151,13 @@ struct Uninstall {
   static void fields(Self&, Fields&) {}
 };
 
-/// Which lines of the system log to return.
+/// Which lines of the log of a job to return.
 struct LogQuery {
   std::optional<std::string> lastString = {};  ///< the period as entered, such as "4h"
   std::chrono::seconds period{};               ///< how far to go back from now
-  std::string searchString;                    ///< text that the lines contain; not empty
+  std::string searchString;                    ///< the label under which the job is loaded, exactly; not empty
+  /// Only lines with a larger number. Without any, the answer waits for one, at most `longestLogWait`.
+  std::optional<std::int64_t> after = {};
 
   bool operator==(const LogQuery&) const = default;
   template <typename Self, typename Fields>
@@ -141,8 +165,12 @@ struct LogQuery {
     fields("lastString", self.lastString);
     fields.decimalSeconds("lastSeconds", self.period);
     fields.requiredText("searchString", self.searchString);
+    fields("after", self.after, anyNumber);
   }
 };
+
+/// How long a query waits for new lines at most. It is then answered without lines.
+inline constexpr std::chrono::seconds longestLogWait{300};
 
 /// Queries the log. Answered with `LogLines`.
 struct Log {
@@ -178,7 +206,8 @@ struct Subscribe {
 };
 
 /// All requests.
-using RequestContent = std::variant<Write, Delete, Quit, Unload, Load, Test, Uninstall, Log, StartHost, Subscribe>;
+using RequestContent =
+    std::variant<Write, Delete, Quit, Unload, Load, Control, Test, Uninstall, Log, StartHost, Subscribe>;
 
 /// The secret that authenticates a request to the privileged helper, or the greeting of a connection to it.
 struct AuthData {

@@ -25,25 +25,28 @@ Result<void> withoutValue(const Result<T>& result) {
 }
 
 /// Keeps the newest lines within a size that fits a frame, also after the conversion to UTF-16 for a binary list.
-messages::LogLines replyOf(const std::vector<messages::LogLine>& lines) {
+messages::LogLines replyOf(const messages::LogLines& log) {
   constexpr std::size_t largestLog = std::size_t{16} << 20U;
   constexpr std::size_t largestMessage = std::size_t{64} << 10U;
-  messages::LogLines reply;
+  messages::LogLines reply{.dropped = log.dropped};
   std::size_t size = 0;
-  for (auto line = lines.rbegin(); line != lines.rend() && size < largestLog; ++line) {
-    reply.lines.push_back({line->seconds, readableText(line->message, largestMessage)});
+  for (auto line = log.lines.rbegin(); line != log.lines.rend() && size < largestLog; ++line) {
+    reply.lines.push_back(*line);
+    reply.lines.back().message = readableText(line->message, largestMessage);
     size += reply.lines.back().message.size() + sizeof(*line);
   }
   std::reverse(reply.lines.begin(), reply.lines.end());
   return reply;
 }
 
+Result<void> checkLabelOf(const std::optional<std::string>& label) {
+  return label ? checkLabel(*label) : Result<void>();
+}
+
 Result<void> checkLabelIn(const messages::RequestContent& content) {
   return std::visit(
       [](const auto& request) {
-        if constexpr (requires { request.label; }) {
-          if (request.label) return checkLabel(*request.label);
-        }
+        if constexpr (requires { request.label; }) return checkLabelOf(request.label);
         return Result<void>();
       },
       content);
@@ -77,14 +80,21 @@ messages::Reply RequestHandler::reply(const Request& request, Cancellation&) {
 
 messages::Reply RequestHandler::reply(const messages::Test& request, Cancellation& cancellation) {
   auto output = m_tests.run(request, cancellation);
-  if (output) return messages::TestOutput{*std::move(output)};
+  if (output) return messages::TestResult{.text = *std::move(output)};
   return HelperError::of(*failureOf(Operation::Test, output.error(), request.testPath));
 }
 
-messages::Reply RequestHandler::reply(const messages::Log& request, Cancellation&) {
-  const auto lines = m_setup.host.log(request.query.period, request.query.searchString);
+messages::Reply RequestHandler::reply(const messages::Log& request, Cancellation& cancellation) {
+  const auto lines = m_setup.host.log(request.query, cancellation);
   if (lines) return replyOf(*lines);
   return HelperError::of(HelperFailure{.operation = Operation::Log, .cause = lines.error()});
+}
+
+/// The host compares the file with that of the loaded job, so a request controls no job whose file may not be loaded.
+RequestHandler::Outcome RequestHandler::act(const messages::Control& request) {
+  const fs::path& file = request.path;
+  if (auto refused = failureOf(Operation::Control, m_setup.files.admitLoad(file), file)) return refused;
+  return failureOf(Operation::Control, m_setup.host.control(file, request.label, request.order), file);
 }
 
 RequestHandler::Outcome RequestHandler::act(const messages::StartHost&) {

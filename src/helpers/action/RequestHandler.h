@@ -65,13 +65,14 @@ class RequestHandler {
   };
 
   messages::Reply reply(const messages::Test& request, Cancellation& cancellation);
-  messages::Reply reply(const messages::Log& request, Cancellation&);
+  messages::Reply reply(const messages::Log& request, Cancellation& cancellation);
   template <typename Request>
   messages::Reply reply(const Request& request, Cancellation&);
   Outcome act(const messages::Write& request);
   Outcome act(const messages::Delete& request);
   Outcome act(const messages::Unload& request);
   Outcome act(const messages::Load& request);
+  Outcome act(const messages::Control& request);
   Outcome act(const messages::StartHost&);
   Outcome act(const messages::Uninstall&);
   Outcome act(const messages::Quit&);

@@ -81,7 +81,8 @@ void findIn(const fs::path& file, double since, std::string_view text, std::vect
     const auto seconds = messages::dateOfKey(line.substr(0, blank));
     if (!seconds || *seconds < since || blank == std::string_view::npos) continue;
     const std::string_view message = line.substr(blank + 1);
-    if (message.find(text) != std::string_view::npos) result.push_back({*seconds, std::string(message)});
+    if (message.find(text) != std::string_view::npos)
+      result.push_back({.seconds = *seconds, .message = std::string(message)});
   }
 }
 

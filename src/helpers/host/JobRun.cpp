@@ -14,9 +14,9 @@
 #include "core/files/ReadFile.h"
 #include "core/messages/Fields.h"
 #include "core/process/FileDescriptor.h"
+#include "core/process/ProcessStatus.h"
 #include "core/propertylist/Reader.h"
 #include "core/propertylist/Writer.h"
-#include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {
 

@@ -7,8 +7,8 @@
 #include <cerrno>
 
 #include "core/files/RegularFile.h"
+#include "core/process/ProcessStatus.h"
 #include "core/text/Bytes.h"
-#include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {
 

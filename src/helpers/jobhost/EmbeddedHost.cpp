@@ -89,16 +89,20 @@ Result<void> EmbeddedHost::unload(const std::filesystem::path& file, const std::
   return withoutContent(ask(hostdata::Unload{.path = file, .label = label}, longestStop + longestAnswer));
 }
 
-Result<bool> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
+Result<JobHost::Ended> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
   if (const auto checked = checkLabel(label); !checked) return checked.error();
   const auto answer = ask(hostdata::WaitForEnd{.label = label, .seconds = limit.count()}, limit + longestAnswer);
-  return answer ? Result(answer->hasEnded) : answer.error();
+  return answer ? Result(Ended{.hasEnded = answer->hasEnded}) : answer.error();
 }
 
-Result<std::vector<JobHost::LogLine>> EmbeddedHost::log(seconds period, const std::string& text) {
-  auto answer = ask(hostdata::Log{.seconds = period.count(), .text = text});
+Result<void> EmbeddedHost::control(const std::filesystem::path&, const std::string&, messages::Control::Order) {
+  return Error{.code = Error::Code::BadArgument, .message = "the job host can't do that"};
+}
+
+Result<messages::LogLines> EmbeddedHost::log(const messages::LogQuery& query, Cancellation&) {
+  auto answer = ask(hostdata::Log{.seconds = query.period.count(), .text = query.searchString});
   if (!answer) return answer.error();
-  return std::move(answer->lines);
+  return messages::LogLines{.lines = std::move(answer->lines)};
 }
 
 Result<void> EmbeddedHost::quit() {

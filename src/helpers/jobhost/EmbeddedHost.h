@@ -40,8 +40,10 @@ class EmbeddedHost : public JobHost {
   Result<void> loadTemporarily(const std::filesystem::path& file) override;
   /// Doesn't start a host if none has ever loaded a job.
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override;
-  Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
-  Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override;
+  Result<Ended> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
+  Result<void> control(const std::filesystem::path& file, const std::string& label,
+                       messages::Control::Order order) override;
+  Result<messages::LogLines> log(const messages::LogQuery& query, Cancellation& cancellation) override;
 
  private:
   template <typename Request>

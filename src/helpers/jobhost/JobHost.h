@@ -4,22 +4,21 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "core/base/Result.h"
 #include "core/messages/Replies.h"
+#include "core/messages/Requests.h"
+#include "helpers/jobhost/Cancellation.h"
 
 namespace mirvel {
 
 /// What runs jobs on this machine: launchd or the embedded host. A helper uses the host of the user as whom it acts.
 ///
-/// Each operation blocks until the host has replied. `loadTemporarily`, `unload`, `waitForEnd` and `log` may be called
-/// from any thread, concurrently with each other and with one of the other operations: tests run beside the changes of
-/// files. Unloading a job ends the wait for its end.
+/// Each operation blocks until the host has replied. `loadTemporarily`, `unload`, `waitForEnd`, `control` and `log` may
+/// be called from any thread, concurrently with each other and with one of the other operations: tests run beside the
+/// changes of files. Unloading a job ends the wait for its end.
 class JobHost {
  public:
-  using LogLine = messages::LogLine;
-
   JobHost() = default;
   virtual ~JobHost() = default;
   JobHost(const JobHost&) = delete;
@@ -48,10 +47,19 @@ class JobHost {
   virtual Result<void> unloadFrom(const std::filesystem::path& file, const std::optional<std::string>&) {
     return unload(file, std::nullopt);
   }
-  /// Waits until the job with the label has ended once since it was loaded. False if it hasn't within the limit.
-  virtual Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) = 0;
-  /// The lines of the log from the last `period` that contain the text, the oldest first.
-  virtual Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) = 0;
+  /// How a wait for a job has ended.
+  struct Ended {
+    bool hasEnded = false;              ///< false: the time limit was reached
+    std::optional<RunReport> run = {};  ///< its first run since it was loaded; none if it was unloaded before its end
+  };
+  /// Waits until the job with the label has ended once since it was loaded, or is unloaded.
+  virtual Result<Ended> waitForEnd(const std::string& label, std::chrono::seconds limit) = 0;
+  /// Starts or stops a loaded job; see `messages::Control`. Fails with `NotFound` if no job of the label is loaded from
+  /// the file, and with `StillRunning` if a run doesn't end in time.
+  virtual Result<void> control(const std::filesystem::path& file, const std::string& label,
+                               messages::Control::Order order) = 0;
+  /// The lines of the log that match the query, as bytes of any encoding. Fails with `Cancelled` once it is cancelled.
+  virtual Result<messages::LogLines> log(const messages::LogQuery& query, Cancellation& cancellation) = 0;
 };
 
 }  // namespace mirvel

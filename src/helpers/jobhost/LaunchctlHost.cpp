@@ -121,26 +121,31 @@ Result<void> LaunchctlHost::unloadFrom(const fs::path& file, const std::optional
   return loaded && resolved(*loaded) == resolved(file) ? unload(file, label) : Result<void>();
 }
 
-Result<bool> LaunchctlHost::waitForEnd(const std::string& label, std::chrono::seconds limit) {
+Result<JobHost::Ended> LaunchctlHost::waitForEnd(const std::string& label, std::chrono::seconds limit) {
   if (const auto checked = checkLabel(label); !checked) return checked.error();
-  return waitUntil(
+  const auto ended = waitUntil(
       [&]() -> Result<bool> {
         const auto now = print(label);
         if (!now) return now.error();
         return !*now || hasEnded(**now);
       },
       limit);
+  return ended ? Result(Ended{.hasEnded = *ended}) : ended.error();
 }
 
-Result<std::vector<JobHost::LogLine>> LaunchctlHost::log(std::chrono::seconds period, const std::string& text) {
-  const auto result =
-      m_setup.runner.run(m_setup.log,
-                         {"show", "--style", "syslog", "--info", "--last", std::to_string(period.count()),
-                          "--predicate", "eventMessage CONTAINS[c] " + String::quoteWithBackslashes(text)},
-                         longestQuery);
+Result<void> LaunchctlHost::control(const fs::path&, const std::string&, messages::Control::Order) {
+  return Error{.code = Error::Code::BadArgument, .message = "launchd can't do that"};
+}
+
+Result<messages::LogLines> LaunchctlHost::log(const messages::LogQuery& query, Cancellation&) {
+  const auto result = m_setup.runner.run(
+      m_setup.log,
+      {"show", "--style", "syslog", "--info", "--last", std::to_string(query.period.count()), "--predicate",
+       "eventMessage CONTAINS[c] " + String::quoteWithBackslashes(query.searchString)},
+      longestQuery);
   if (!result) return failureOf(result.error());
   if (result->exitStatus != 0) return failureOf(*result, "show the log", {});
-  return logLinesIn(result->output);
+  return messages::LogLines{.lines = logLinesIn(result->output)};
 }
 
 Result<ProcessResult> LaunchctlHost::launchctl(const std::vector<std::string>& arguments) {
@@ -163,13 +168,15 @@ Result<bool> LaunchctlHost::waitUntil(const std::function<Result<bool>()>& isDon
   }
 }
 
-std::vector<JobHost::LogLine> logLinesIn(const std::string& output) {
-  std::vector<JobHost::LogLine> lines;
+std::vector<messages::LogLine> logLinesIn(const std::string& output) {
+  std::vector<messages::LogLine> lines;
   std::istringstream stream(output);
   for (std::string line; std::getline(stream, line);) {
     if (const auto time = timeIn(line)) {
       const std::size_t message = line.find_first_not_of(' ', timeForm.size());
-      lines.push_back({*time, message == std::string::npos ? std::string() : line.substr(message)});
+      lines.push_back({.number = static_cast<std::int64_t>(lines.size()) + 1,
+                       .seconds = *time,
+                       .message = message == std::string::npos ? std::string() : line.substr(message)});
     } else if (!lines.empty()) {
       lines.back().message.append("\n").append(line);
     }

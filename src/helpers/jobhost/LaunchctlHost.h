@@ -35,8 +35,10 @@ class LaunchctlHost final : public JobHost {
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override;
   bool knowsFiles() const override { return false; }
   Result<void> unloadFrom(const std::filesystem::path& file, const std::optional<std::string>& label) override;
-  Result<bool> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
-  Result<std::vector<LogLine>> log(std::chrono::seconds period, const std::string& text) override;
+  Result<Ended> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
+  Result<void> control(const std::filesystem::path& file, const std::string& label,
+                       messages::Control::Order order) override;
+  Result<messages::LogLines> log(const messages::LogQuery& query, Cancellation& cancellation) override;
 
   /// The domain with the jobs of a user ID: "system" for root, else "gui/<user ID>".
   static std::string domainOf(unsigned user);
@@ -54,6 +56,6 @@ class LaunchctlHost final : public JobHost {
 
 /// Parses the output of `log show --style syslog`. A line without a valid time is appended to the previous message;
 /// those before the first message (the heading) are ignored.
-std::vector<JobHost::LogLine> logLinesIn(const std::string& output);
+std::vector<messages::LogLine> logLinesIn(const std::string& output);
 
 }  // namespace mirvel

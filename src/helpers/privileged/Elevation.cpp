@@ -11,12 +11,12 @@
 #include <utility>
 
 #include "core/files/RegularFile.h"
+#include "core/process/ProcessStatus.h"
 #include "core/process/SpawnPlan.h"
 #include "core/text/Bytes.h"
 #include "core/text/Strings.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/Listener.h"
-#include "helpers/process/ProcessStatus.h"
 #include "helpers/wire/FrameSocket.h"
 
 namespace mirvel {

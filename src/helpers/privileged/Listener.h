@@ -9,7 +9,7 @@
 #include "core/base/Result.h"
 #include "core/ports/Console.h"
 #include "core/process/FileDescriptor.h"
-#include "helpers/process/ProcessStatus.h"
+#include "core/process/ProcessStatus.h"
 
 namespace mirvel {
 

@@ -9,7 +9,7 @@
 
 #include "core/base/Result.h"
 #include "core/process/Environment.h"
-#include "helpers/process/ProcessStatus.h"
+#include "core/process/ProcessStatus.h"
 
 namespace mirvel {
 

@@ -206,14 +206,14 @@ TEST_F(ActionControllerTest, ACancelledRequestEndsAloneAndTheConnectionRemains) 
     helpers.requests[1].reply({});
     program().actions.cancel(last);
     program().actions.cancel(last);
-    helpers.requests[0].reply({{"logQuery", propertylist::Array{}}});
+    helpers.requests[0].reply({{"logLines", propertylist::Array{}}, {"dropped", 0}});
     helpers.requests[2].failure(died);
     EXPECT_THAT(ended, ElementsAre("first failed", "save done", "last failed"));
     EXPECT_TRUE(helpers.requests[0].isCancelled && !helpers.requests[1].isCancelled && helpers.requests[2].isCancelled);
     EXPECT_THAT(helpers.ended, IsEmpty()) << "no second password";
     EXPECT_THAT(interface.errors, IsEmpty());
     (void)send("next", Action::log({}), isPrivileged);
-    helpers.requests.back().reply({{"logQuery", propertylist::Array{}}});
+    helpers.requests.back().reply({{"logLines", propertylist::Array{}}, {"dropped", 0}});
     EXPECT_THAT(ended, ElementsAre("first failed", "save done", "last failed", "next log", "next done"));
   }
 }
@@ -248,13 +248,13 @@ TEST_F(ActionControllerTest, AMalformedReplyEndsTheAction) {
       {Action::Kind::Unload, {}, {"a done"}},
       {Action::Kind::Unload, {{"error", "no dictionary"}}, {"a failed"}},
       {Action::Kind::Unload, {{"error", propertylist::Array{}}}, {"a failed"}},
-      {Action::Kind::Log, {{"logQuery", propertylist::Array{}}}, {"a log", "a done"}},
+      {Action::Kind::Log, {{"logLines", propertylist::Array{}}, {"dropped", 0}}, {"a log", "a done"}},
       {Action::Kind::Log, {}, {"a failed"}},
-      {Action::Kind::Log, {{"logQuery", "lines"}}, {"a failed"}},
-      {Action::Kind::Log, {{"error", false}, {"logQuery", propertylist::Array{}}}, {"a failed"}},
-      {Action::Kind::Test, {{"test", "output"}}, {"a output", "a done"}},
+      {Action::Kind::Log, {{"logLines", "lines"}, {"dropped", 0}}, {"a failed"}},
+      {Action::Kind::Log, {{"error", false}, {"logLines", propertylist::Array{}}, {"dropped", 0}}, {"a failed"}},
+      {Action::Kind::Test, {{"test", "output"}, {"seconds", 0.5}}, {"a output", "a done"}},
       {Action::Kind::Test, {}, {"a failed"}},
-      {Action::Kind::Test, {{"test", 1}}, {"a failed"}},
+      {Action::Kind::Test, {{"test", 1}, {"seconds", 0.5}}, {"a failed"}},
   };
   for (const auto& row : table) {
     interface.errors.clear();

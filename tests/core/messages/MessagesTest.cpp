@@ -42,6 +42,14 @@ TEST(RequestTest, EveryRequestReachesTheOtherEndUnderItsNumber) {
       {Uninstall(), {{"kind", 8}}},
       {Log{{.lastString = "4h", .period = seconds(14400), .searchString = "s"}},
        {{"kind", 9}, {"logQuery", Dictionary{{"lastString", "4h"}, {"lastSeconds", "14400"}, {"searchString", "s"}}}}},
+      {Log{{.period = seconds(60), .searchString = "s", .after = 7}},
+       {{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "60"}, {"searchString", "s"}, {"after", 7}}}}},
+      {Control{.path = "/a", .label = "l", .order = Control::Order::Start},
+       {{"kind", 34}, {"path", "/a"}, {"label", "l"}}},
+      {Control{.path = "/a", .label = "l", .order = Control::Order::Stop},
+       {{"kind", 35}, {"path", "/a"}, {"label", "l"}}},
+      {Control{.path = "/a", .label = "l", .order = Control::Order::Restart},
+       {{"kind", 36}, {"path", "/a"}, {"label", "l"}}},
       {StartHost(), {{"kind", 32}}},
       {Subscribe{.topic = "runs"}, {{"kind", 33}, {"topic", "runs"}}},
   };
@@ -64,10 +72,18 @@ TEST(ReplyTest, EveryReplyReachesTheRequestThatAskedForIt) {
     Dictionary written;
   } rows[] = {
       {Kind::Load, Done(), {}},
-      {Kind::Test, TestOutput{"printed"}, {{"test", "printed"}}},
+      {Kind::Test,
+       TestResult{.text = "printed", .outcome = RunEnd{.how = RunEnd::How::Signalled, .code = 9}, .seconds = 1.5},
+       {{"test", "printed"},
+        {"outcome",
+         Dictionary{
+             {"how", 1}, {"code", 9}, {"obstacle", 0}, {"subject", ""}, {"stopped", false}, {"timedOut", false}}},
+        {"seconds", 1.5}}},
       {Kind::Log,
-       LogLines{{{1.5, "first"}, {2, "second"}}},
-       {{"logQuery", Array{Dictionary{{"1.5", "first"}}, Dictionary{{"2", "second"}}}}}},
+       LogLines{.lines = {{.number = 7, .seconds = 1.5, .kind = LogLine::Kind::Event, .message = "first"}},
+                .dropped = 3},
+       {{"logLines", Array{Dictionary{{"number", 7}, {"seconds", 1.5}, {"kind", 1}, {"message", "first"}}}},
+        {"dropped", 3}}},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(write(row.reply), row.written);
@@ -108,12 +124,60 @@ TEST(ReplyTest, AReplyWithoutTheRequestedContentIsAnError) {
       {Kind::Test, {}},
       {Kind::Test, {{"test", 1}}},
       {Kind::Log, {}},
-      {Kind::Log, {{"logQuery", "lines"}}},
-      {Kind::Log, {{"logQuery", Array{"line"}}}},
-      {Kind::Log, {{"logQuery", Array{Dictionary{{"yesterday", "line"}}}}}},
-      {Kind::Log, {{"logQuery", Array{Dictionary{{"1.5", 1}}}}}},
+      {Kind::Log, {{"logLines", "lines"}, {"dropped", 0}}},
+      {Kind::Log, {{"logLines", Array{}}}},
+      {Kind::Log, {{"logLines", Array{"line"}}, {"dropped", 0}}},
+      {Kind::Log,
+       {{"logLines", Array{Dictionary{{"number", 1}, {"seconds", 1.5}, {"kind", 2}, {"message", "m"}}}},
+        {"dropped", 0}}},
   };
   for (const auto& row : rows) EXPECT_FALSE(readReply(row.kind, row.body)) << &row - rows;
+}
+
+TEST(JobReportTest, AReportIsReadAsItWasWritten) {
+  const JobReport report{
+      .label = "a",
+      .path = "/a.plist",
+      .isLoaded = true,
+      .process = 12,
+      .processStart = 34,
+      .nextRun = 1.5,
+      .runs = {{.number = 1,
+                .start = 1,
+                .endTime = 2,
+                .cause = RunCause::Calendar,
+                .process = 0,
+                .end = RunEnd{.how = RunEnd::How::CouldNotStart, .code = 2, .obstacle = StartObstacle::User}},
+               {.number = 2, .start = 3}},
+      .missed = {{.time = 0.5, .why = MissedRun::Why::Asleep}}};
+  const auto read = JobReport::read(report.write());
+  ASSERT_TRUE(read) << read.error().text();
+  EXPECT_EQ(*read, report);
+  JobReport endless = report;
+  endless.runs.resize(10 * JobReport::mostRuns + 1);
+  EXPECT_EQ(JobReport::read(endless.write()).error().code, Error::Code::LimitExceeded);
+}
+
+TEST(JobReportTest, OnlyAJobThatEndedBadlyByItselfHasFailed) {
+  using How = RunEnd::How;
+  const struct {
+    std::optional<RunEnd> end;
+    RunCause cause;
+    bool hasFailed;
+  } rows[] = {
+      {std::nullopt, RunCause::Load, false},
+      {RunEnd{.how = How::Exited}, RunCause::Load, false},
+      {RunEnd{.how = How::Exited, .code = 1}, RunCause::Load, true},
+      {RunEnd{.how = How::Exited, .code = 1}, RunCause::Test, false},
+      {RunEnd{.how = How::Exited, .code = 143, .isStopped = true}, RunCause::Load, false},
+      {RunEnd{.how = How::Signalled, .code = 15}, RunCause::Request, true},
+      {RunEnd{.how = How::Signalled, .code = 9, .isStopped = true, .isTimedOut = true}, RunCause::Load, false},
+      {RunEnd{.how = How::CouldNotStart}, RunCause::KeepAlive, true},
+      {RunEnd{.how = How::Lost}, RunCause::Load, false},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(hasFailed({.cause = row.cause, .end = row.end}), row.hasFailed) << &row - rows;
+  }
 }
 
 }  // namespace

@@ -287,7 +287,7 @@ TEST_F(RequestHandlerTest, TestsRunOnceAnswerWithTheirOutputAndAreRemoved) {
   const std::string output = job + ".out";
   host.outputFile = output;
   host.output = "caf\xC3\xA9 \xFF\n";
-  EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", "caf\xC3\xA9 \xEF\xBF\xBD\n"}}));
+  EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", "caf\xC3\xA9 \xEF\xBF\xBD\n"}, {"seconds", 0.0}}));
   EXPECT_THAT(host.calls, ElementsAre("load test.plist", "wait 60 s for uuid"));
   EXPECT_TRUE(fs::exists(job));
   host.calls.clear();
@@ -297,7 +297,7 @@ TEST_F(RequestHandlerTest, TestsRunOnceAnswerWithTheirOutputAndAreRemoved) {
   EXPECT_FALSE(fs::exists(output));
 
   host.outputFile.clear();
-  EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}}));
+  EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}, {"seconds", 0.0}}));
   host.failing = {"load test.plist"};
   EXPECT_NE(handler.handle(testRequest(job)).find("error"), nullptr);
 }
@@ -333,7 +333,7 @@ TEST_F(RequestHandlerTest, ATestThatIsRemovedMeanwhileHasNoOutputAndNoErrorAndIs
         EXPECT_EQ(handler.handle({{"kind", 4}, {"path", job}}), Dictionary());
       }
     };
-    EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}})) << row.call;
+    EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}, {"seconds", 0.0}})) << row.call;
     EXPECT_EQ(std::count(host.calls.begin(), host.calls.end(), "unload uuid"), row.unloads) << row.call;
     EXPECT_FALSE(fs::exists(job));
   }
@@ -364,14 +364,20 @@ TEST_F(RequestHandlerTest, TestsInTheirOwnFolderTouchNoOtherFolder) {
   EXPECT_TRUE(fs::is_empty(own));
 }
 
-TEST_F(RequestHandlerTest, TheLogIsAListOfTimesWithMessages) {
-  host.lines = {{1700000000.5, "first"}, {1700000001, "bad \xC3 byte"}};
+TEST_F(RequestHandlerTest, TheLogIsAListOfNumberedLines) {
+  host.lines = {{.number = 4, .seconds = 1700000000.5, .message = "first"},
+                {.number = 5, .seconds = 1700000000.5, .message = "bad \xC3 byte"}};
   const Dictionary query{
       {"kind", 9},
       {"logQuery", Dictionary{{"lastString", "4h"}, {"lastSeconds", "14400"}, {"searchString", "org.example"}}}};
   EXPECT_EQ(handler.handle(query),
-            (Dictionary{{"logQuery", propertylist::Array{Dictionary{{"1700000000.5", "first"}},
-                                                         Dictionary{{"1700000001", "bad \xEF\xBF\xBD byte"}}}}}));
+            (Dictionary{
+                {"logLines",
+                 propertylist::Array{
+                     Dictionary{{"number", 4}, {"seconds", 1700000000.5}, {"kind", 0}, {"message", "first"}},
+                     Dictionary{
+                         {"number", 5}, {"seconds", 1700000000.5}, {"kind", 0}, {"message", "bad \xEF\xBF\xBD byte"}}}},
+                {"dropped", 0}}));
   host.failing = {"log 14400 s of org.example"};
   const Dictionary failure = handler.handle(query);
   EXPECT_EQ(errorText(failure, "domain"), actionErrorDomain);

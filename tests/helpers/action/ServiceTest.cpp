@@ -34,10 +34,13 @@ class GatedHost final : public JobHost {
     if (label) open(*label);
     return {};
   }
-  Result<bool> waitForEnd(const std::string& label, std::chrono::seconds) override { return pass(label); }
-  Result<std::vector<LogLine>> log(std::chrono::seconds, const std::string& text) override {
-    pass(text);
-    return std::vector<LogLine>{{1, text}};
+  Result<Ended> waitForEnd(const std::string& label, std::chrono::seconds) override {
+    return Ended{.hasEnded = pass(label)};
+  }
+  Result<void> control(const fs::path&, const std::string&, messages::Control::Order) override { return {}; }
+  Result<messages::LogLines> log(const messages::LogQuery& query, Cancellation&) override {
+    pass(query.searchString);
+    return messages::LogLines{.lines = {{.number = 1, .seconds = 1, .message = query.searchString}}};
   }
 
   void open(const std::string& gate) {

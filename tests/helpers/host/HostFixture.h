@@ -53,16 +53,16 @@ class HostFixture : public testing::Test {
   bool hasEnded(const std::string& label, seconds limit = seconds(60)) {
     const auto ended = embedded.waitForEnd(label, limit);
     EXPECT_TRUE(ended) << ended.error().text();
-    return ended && *ended;
+    return ended && ended->hasEnded;
   }
 
   /// The messages of the log about a job, without times and process IDs.
   std::vector<std::string> messagesOf(const std::string& label) {
     std::vector<std::string> result;
-    const auto lines = embedded.log(seconds(3600), label);
+    const auto lines = embedded.log({.period = seconds(3600), .searchString = label}, none);
     EXPECT_TRUE(lines) << lines.error().text();
     if (!lines) return result;
-    for (const auto& line : *lines) result.push_back(line.message.substr(line.message.find(": ") + 2));
+    for (const auto& line : lines->lines) result.push_back(line.message.substr(line.message.find(": ") + 2));
     return result;
   }
 
@@ -96,6 +96,7 @@ class HostFixture : public testing::Test {
   testdata::TemporaryFolder folder;
   const HostPlaces places = HostPlaces::of(Roots::below(folder.path()));
   SystemProcessRunner runner{{{"PATH", "/usr/bin:/bin"}, {"HOME", folder.path()}}};
+  Cancellation none;
   EmbeddedHost embedded{EmbeddedHost::below(MIRVEL_HOST, folder.path()), runner};
   HostClient client{places.socket};
 };

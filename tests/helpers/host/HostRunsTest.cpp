@@ -8,10 +8,10 @@
 #include <algorithm>
 #include <iterator>
 
+#include "core/process/ProcessStatus.h"
 #include "helpers/host/HostFixture.h"
 #include "helpers/host/JobProcess.h"
 #include "helpers/host/JobRun.h"
-#include "helpers/process/ProcessStatus.h"
 
 namespace mirvel::host {
 namespace {

@@ -46,6 +46,7 @@ class LaunchctlHostTest : public testing::Test {
  protected:
   FakeTool tool;
   std::chrono::milliseconds waited{0};
+  Cancellation none;
   LaunchctlHost host{{.runner = tool, .domain = "gui/501", .pause = [this](auto time) { waited += time; }}};
 };
 
@@ -87,7 +88,7 @@ TEST_F(LaunchctlHostTest, AToolThatHangsIsAnErrorOfTheOperation) {
       {"print", [&] { return host.unload("/a.plist", "a").error(); }, minutes(1)},
       {"bootout", [&] { return host.unload("/a.plist", "a").error(); }, minutes(1)},
       {"print", [&] { return host.waitForEnd("a", minutes(1)).error(); }, minutes(1)},
-      {"show", [&] { return host.log(minutes(1), "a").error(); }, minutes(10)},
+      {"show", [&] { return host.log({.period = minutes(1), .searchString = "a"}, none).error(); }, minutes(10)},
   };
   for (const auto& row : rows) {
     tool.hanging = row.subcommand;
@@ -172,11 +173,11 @@ TEST_F(LaunchctlHostTest, AJobHasEndedOnceLaunchdReportsHow) {
     tool.answers = {{.output = row.output}};
     const auto ended = host.waitForEnd("a", std::chrono::seconds(0));
     ASSERT_TRUE(ended);
-    EXPECT_EQ(*ended, row.hasEnded) << row.output;
+    EXPECT_EQ(ended->hasEnded, row.hasEnded) << row.output;
   }
   waited = {};
   const auto ended = host.waitForEnd("a", std::chrono::seconds(60));
-  EXPECT_TRUE(ended && !*ended);
+  EXPECT_TRUE(ended && !ended->hasEnded);
   EXPECT_EQ(waited, std::chrono::seconds(60));
 }
 
@@ -186,16 +187,16 @@ TEST_F(LaunchctlHostTest, TheLogIsFilteredByTheText) {
                              "\tmore of it\n"
                              "2023-11-14 17:13:21.000000-0500  mac tool[7]: done\n"
                              "2023-13-45 17:13:21.000000-0500  no date\n"}};
-  const auto lines = host.log(std::chrono::hours(4), "odd\"la\\bel");
+  const auto lines = host.log({.period = std::chrono::hours(4), .searchString = "odd\"la\\bel"}, none);
   EXPECT_THAT(tool.calls, ElementsAre("/usr/bin/log|show|--style|syslog|--info|--last|14400|--predicate|"
                                       "eventMessage CONTAINS[c] \"odd\\\"la\\\\bel\""));
   ASSERT_TRUE(lines);
-  ASSERT_EQ(lines->size(), 2U);
-  EXPECT_EQ((*lines)[0].seconds, 1700000000.5);
-  EXPECT_EQ((*lines)[0].message, "mac launchd[1]: a: started\n\tmore of it");
-  EXPECT_EQ((*lines)[1].seconds, 1700000001);
+  ASSERT_EQ(lines->lines.size(), 2U);
+  EXPECT_EQ(lines->lines[0].seconds, 1700000000.5);
+  EXPECT_EQ(lines->lines[0].message, "mac launchd[1]: a: started\n\tmore of it");
+  EXPECT_EQ(lines->lines[1].seconds, 1700000001);
   tool.answers = {{.exitStatus = 64, .complaints = "log: bad predicate"}};
-  EXPECT_FALSE(host.log(std::chrono::hours(1), "a"));
+  EXPECT_FALSE(host.log({.period = std::chrono::hours(1), .searchString = "a"}, none));
 }
 
 }  // namespace

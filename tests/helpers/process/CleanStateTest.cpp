@@ -23,7 +23,7 @@
 
 #include "core/files/RegularFile.h"
 #include "core/process/FileDescriptor.h"
-#include "helpers/process/ProcessStatus.h"
+#include "core/process/ProcessStatus.h"
 #include "support/TestData.h"
 
 namespace mirvel {

@@ -106,7 +106,7 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
                                                {"RunAtLoad", true},
                                                {"StandardOutPath", output.string()}});
   save(made);
-  ASSERT_TRUE(*rootsHost.waitForEnd("job", std::chrono::seconds(60)));
+  ASSERT_TRUE(rootsHost.waitForEnd("job", std::chrono::seconds(60))->hasEnded);
   EXPECT_EQ(testdata::bytes(output), "ran\n");
 
   const auto fileOf = [this](Kind kind) { return *kind.folderURL(roots) / "job.plist"; };
@@ -121,7 +121,7 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
     EXPECT_FALSE(fs::exists(before));
     ASSERT_EQ(loaded(kind).size(), 1U);
     EXPECT_THAT(loaded(other), IsEmpty());
-    ASSERT_TRUE(*(kind == Kind::userAgent ? host : rootsHost).waitForEnd("job", std::chrono::seconds(60)));
+    ASSERT_TRUE((kind == Kind::userAgent ? host : rootsHost).waitForEnd("job", std::chrono::seconds(60))->hasEnded);
     expected += "ran\n";
     EXPECT_EQ(testdata::bytes(output), expected);
     EXPECT_EQ(loaded(kind).front().path, fileOf(kind).string());

@@ -41,8 +41,9 @@ class MemoryHost final : public JobHost {
     std::erase_if(jobs, [&](const auto& job) { return label ? job.first == *label : job.second.file == file; });
     return {};
   }
-  Result<bool> waitForEnd(const std::string&, std::chrono::seconds) override { return true; }
-  Result<std::vector<LogLine>> log(std::chrono::seconds, const std::string&) override { return std::vector<LogLine>(); }
+  Result<Ended> waitForEnd(const std::string&, std::chrono::seconds) override { return Ended{.hasEnded = true}; }
+  Result<void> control(const fs::path&, const std::string&, messages::Control::Order) override { return {}; }
+  Result<messages::LogLines> log(const messages::LogQuery&, Cancellation&) override { return messages::LogLines(); }
 };
 
 /// The outcome of a request.

@@ -1,4 +1,4 @@
-#include "helpers/process/ProcessStatus.h"
+#include "core/process/ProcessStatus.h"
 
 #ifdef __APPLE__
 #include <sys/sysctl.h>
@@ -7,12 +7,13 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <sstream>
 #include <string>
 #include <system_error>
 
-#include "core/files/ReadFile.h"
 #include "core/text/Digits.h"
 
 namespace mirvel {
@@ -55,11 +56,11 @@ std::vector<ProcessStatus> ProcessStatus::all() {
 
 /// See proc_pid_stat(5). The program's name is in parentheses and may contain spaces and parentheses itself.
 std::optional<ProcessStatus> ProcessStatus::of(pid_t id) {
-  constexpr std::size_t largest = 4096;
-  const auto text = readFile("/proc/" + std::to_string(id) + "/stat", largest);
-  const auto nameEnd = text ? text->rfind(") ") : std::string::npos;
+  std::ifstream file("/proc/" + std::to_string(id) + "/stat", std::ios::binary);
+  const std::string text(std::istreambuf_iterator<char>(file), {});  // empty if the process ends meanwhile
+  const auto nameEnd = text.rfind(") ");
   if (nameEnd == std::string::npos) return std::nullopt;
-  std::istringstream fields(text->substr(nameEnd + 2));
+  std::istringstream fields(text.substr(nameEnd + 2));
   ProcessStatus process{.id = id};
   char state = 0;
   pid_t parent = 0;
