@@ -158,6 +158,7 @@ class Daemon {
     if (!m_isEnding && mustPoll()) checkSurroundings();
     m_host.settle();
     m_server.settle();
+    if (!m_isEnding && m_host.hasOnlyTested() && m_server.isIdle()) end();
     auto wake = m_host.wakeAt();
     if (const auto other = m_server.wakeAt()) wake = std::min(wake.value_or(*other), *other);
     m_alarm.set(wake);

@@ -68,15 +68,20 @@ Host::Host(Settings settings, PollLoop& loop)
       m_loadedJobs(m_settings.places.loadedJobs()),
       m_runRecords(m_settings.places.runs()),
       m_discarded(loop),
+      m_reports(m_settings.places.reports,
+                m_settings.places.areReportsPublic ? JobReports::Readers::Everyone : JobReports::Readers::Owner),
       m_shared{.loop = loop,
                .log = m_log,
                .records = m_runRecords,
                .environment = m_settings.environment,
-               .discarded = m_discarded},
+               .discarded = m_discarded,
+               .reports = m_reports},
       m_surroundings{.exists = exists,
                      .holdsFiles = holdsFiles,
                      .isLoaded = [this](const std::string& label) { return isLoaded(label) && !isEnding(label); },
-                     .firstRun = [this](auto rules, auto after) { return m_calendar.firstRun(rules, after); }},
+                     .firstRun = [this](auto rules, auto after) { return m_calendar.firstRun(rules, after); },
+                     .lastRuns = [this](auto rules, auto after, auto until,
+                                        auto most) { return m_calendar.lastRuns(rules, after, until, most); }},
       m_pathWatch(makePathWatch()) {
   watchPaths();
   m_log.prune(currentTime().wall);
@@ -94,6 +99,11 @@ void Host::restore() {
   if (!files) logMessage("can't determine which jobs were loaded: " + files.error().text());
   for (const fs::path& file : files ? *files : std::vector<fs::path>()) restore(file);
   for (const RunRecord& record : m_runRecords.read()) inherit(record);
+  m_isNeeded = files && !files->empty();
+  m_reports.tidy(std::chrono::floor<std::chrono::seconds>(currentTime().wall), [this](const std::string& label) {
+    const auto found = m_jobs.find(label);
+    return found != m_jobs.end() && found->second.runner->purpose() == JobRunner::Purpose::Job;
+  });
 }
 
 void Host::restore(const fs::path& file) {
@@ -101,6 +111,7 @@ void Host::restore(const fs::path& file) {
 }
 
 Result<void> Host::takeOver(const std::vector<fs::path>& files) {
+  m_isNeeded = m_isNeeded || !files.empty();
   for (const fs::path& file : files) {
     if (find(file, std::nullopt) == m_jobs.end()) restore(file);
   }
@@ -108,6 +119,7 @@ Result<void> Host::takeOver(const std::vector<fs::path>& files) {
 }
 
 void Host::loadEnabled(const fs::path& folder) {
+  m_isNeeded = true;
   for (const EnabledJob& job : enabledJobsIn(folder)) {
     if (isLoaded(job.label) && !isEnding(job.label)) continue;
     const auto loaded = job.isCertain ? load(job.file) : job.isCertain;
@@ -142,7 +154,7 @@ void Host::inherit(const RunRecord& record) {
   // A job that isn't loaded any more gets an entry until its processes are gone, so that its label isn't loaded before.
   JobRules rules;
   rules.label = record.label;
-  JobRunner& runner = *insert(record.file, rules, {}, Lifetime::Temporary).runner;
+  JobRunner& runner = *insert(record.file, rules, {}, Lifetime::Temporary, JobRunner::Purpose::Remains).runner;
   runner.inherit(record.run);
   runner.job().unload(currentTime());
 }
@@ -156,7 +168,9 @@ Result<void> Host::load(const fs::path& file, Lifetime lifetime) {
   }
   if (!added) return added.error();
   dropPending(file);
+  if (lifetime == Lifetime::Temporary) m_hasTested = true;
   if (lifetime == Lifetime::Temporary) return {};
+  m_isNeeded = true;
   auto saved = save();  // before the reply, so that a job whose loading was confirmed survives a crash
   if (!saved) forget(*added);
   return saved;
@@ -188,19 +202,22 @@ Result<std::string> Host::add(const fs::path& file, const jobfile::Plist& plist,
     return Error{
         .code = Error::Code::MissingKey, .message = "there is neither Program nor ProgramArguments", .file = file};
   }
-  HostedJob& job = insert(file, JobRules::of(plist), std::move(plan), lifetime).runner->job();
+  const auto purpose = lifetime == Lifetime::Temporary ? JobRunner::Purpose::Test : JobRunner::Purpose::Job;
+  JobRunner& runner = *insert(file, JobRules::of(plist), std::move(plan), lifetime, purpose).runner;
+  const HostedJob& job = runner.job();
   for (const std::string& path : job.rules().pathsToWatch()) m_pathWatch->add(path);
   if (job.rules().startOnMount) watchMounts();
-  job.load(currentTime());
+  runner.load(currentTime());
   logUnsupported(label, plist);
   return label;
 }
 
-Host::Entry& Host::insert(const fs::path& file, JobRules rules, ProcessPlan plan, Lifetime lifetime) {
+Host::Entry& Host::insert(const fs::path& file, JobRules rules, ProcessPlan plan, Lifetime lifetime,
+                          JobRunner::Purpose purpose) {
   m_hasNews = true;
   const std::string label = rules.label;
-  auto runner =
-      std::make_unique<JobRunner>(HostedJob(std::move(rules), m_surroundings), file, std::move(plan), m_shared);
+  auto runner = std::make_unique<JobRunner>(HostedJob(std::move(rules), m_surroundings), file, std::move(plan),
+                                            m_shared, purpose);
   return m_jobs.insert_or_assign(label, Entry{++m_lastSerial, lifetime, std::move(runner)}).first->second;
 }
 
@@ -242,11 +259,26 @@ Result<std::optional<Host::Serial>> Host::unload(const fs::path& file, const std
   return Unloaded(entry->serial);
 }
 
+Result<Host::Serial> Host::control(const fs::path& file, const std::string& label, messages::Control::Order order) {
+  using Order = messages::Control::Order;
+  const auto found = m_jobs.find(label);
+  if (found == m_jobs.end() || found->second.isUnloaded() || !mayBeLoadedFrom(found->second.runner->file(), file)) {
+    return Error{.code = Error::Code::NotFound, .message = label + " isn't loaded from this file", .file = file};
+  }
+  HostedJob& job = found->second.runner->job();
+  const HostTime now = currentTime();
+  if (order == Order::Start) job.request();
+  if (order == Order::Stop) job.stop(now);
+  if (order == Order::Restart) job.restart(now);
+  m_hasNews = true;
+  return found->second.serial;
+}
+
 void Host::quit() {
   const HostTime now = currentTime();
   m_quitBy = now.running + longestQuit;
   m_hasNews = true;
-  for (const auto& [label, entry] : m_jobs) entry.runner->job().unload(now, longestStop);
+  for (const auto& [label, entry] : m_jobs) entry.runner->quit(now);
 }
 
 void Host::kill() const {
@@ -279,9 +311,9 @@ Error Host::stillRunning(Serial job) const {
                : Error{.code = Error::Code::NotFound, .message = "the job isn't loaded"};
 }
 
-bool Host::hasRun(Serial job) const {
+const JobRunner* Host::runnerOf(Serial job) const {
   const Entry* const entry = find(job);
-  return entry && entry->runner->job().lastEnd().has_value();
+  return entry ? entry->runner.get() : nullptr;
 }
 
 std::vector<HostedJobStatus> Host::status() const {
@@ -300,10 +332,12 @@ void Host::settle() {
   const HostTime now = currentTime();
   updateClock(now);
   if (mustPoll()) takePathChanges();
+  logTroubles();
   if (m_wakeAt && now.running >= *m_wakeAt) m_hasNews = true;
   if (!m_hasNews) return;
   for (const auto& [label, entry] : m_jobs) entry.runner->checkRemains();
   followDecisions(now);
+  logTroubles();
   planWake(now);
 }
 
@@ -342,6 +376,7 @@ void Host::updateClock(const HostTime& now) {
 
 void Host::watchPaths() {
   m_pathWatch->add(zoneFile);
+  m_pathWatch->add(m_settings.places.reports);
   if (m_pathWatch->descriptor() < 0) return;
   m_loop.watch(m_pathWatch->descriptor(), POLLIN, [this](short) { takePathChanges(); });
 }
@@ -356,7 +391,8 @@ void Host::watchMounts() {
 }
 
 void Host::takePathChanges() {
-  const auto changed = m_pathWatch->take();
+  auto changed = m_pathWatch->take();
+  if (changed.erase(m_settings.places.reports) > 0) restoreReports();
   if (changed.empty()) return;
   m_hasNews = true;
   if (changed.count(zoneFile) > 0) updateZone(currentTime());
@@ -368,6 +404,19 @@ void Host::takePathChanges() {
     if (isHit) job.watchedPathChanged();
   }
   for (const std::string& path : changed) retry(path);
+}
+
+// Mostly the host itself has changed the folder.
+void Host::restoreReports() {
+  const HostTime now = currentTime();
+  for (const auto& [label, entry] : m_jobs) {
+    const bool isTest = entry.runner->purpose() == JobRunner::Purpose::Test;
+    if (!m_reports.contains(label, isTest)) entry.runner->publish(now, true);
+  }
+}
+
+void Host::logTroubles() {
+  for (const Error& trouble : m_reports.takeTroubles()) logMessage("trouble with a report: " + trouble.text());
 }
 
 void Host::updateZone(const HostTime& now) {
@@ -389,6 +438,7 @@ std::vector<fs::path> Host::savedFiles(const Entry* without) const {
 bool Host::saveAgain() {
   bool isSaved = true;
   for (const auto& [label, entry] : m_jobs) isSaved = entry.runner->saveRecords() && isSaved;
+  restoreReports();
   const auto found = m_loadedJobs.read();
   return takeOver(found ? *found : std::vector<fs::path>()) && isSaved;
 }

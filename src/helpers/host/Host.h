@@ -15,6 +15,7 @@
 #include "core/process/Environment.h"
 #include "helpers/host/FileSystemWatch.h"
 #include "helpers/host/HostTime.h"
+#include "helpers/host/JobReports.h"
 #include "helpers/host/JobRunner.h"
 #include "helpers/host/PollLoop.h"
 #include "helpers/hostdata/HostMessages.h"
@@ -73,6 +74,9 @@ class Host {
   /// still exists. Fails, and leaves the job loaded, if the list can't be saved: the job would come back with the next
   /// host.
   Result<std::optional<Serial>> unload(const std::filesystem::path& file, const std::optional<std::string>& label);
+  /// Starts or stops the job of that label. Returns its serial number; the caller waits for the effect. Fails with
+  /// `NotFound` if the label isn't loaded from that file, or is being unloaded.
+  Result<Serial> control(const std::filesystem::path& file, const std::string& label, messages::Control::Order order);
   /// Stops all jobs and starts none any more. The saved list stays.
   void quit();
   bool isQuitting() const { return m_quitBy.has_value(); }
@@ -81,7 +85,8 @@ class Host {
   /// Sends SIGKILL to all processes of all jobs.
   void kill() const;
 
-  /// Saves the list and the records of all runs again after their files were deleted. False if that isn't possible now.
+  /// Saves the list, the records of all runs and the reports again after their files were deleted. False if that isn't
+  /// possible now.
   bool saveAgain();
   /// Adds a line about the host itself to the log.
   void logMessage(const std::string& text);
@@ -93,8 +98,10 @@ class Host {
   std::optional<Serial> serialOf(const std::string& label) const;
   /// Why a job that is being unloaded isn't gone yet.
   Error stillRunning(Serial job) const;
-  /// Whether the job has ended once since it was loaded; false if it isn't loaded.
-  bool hasRun(Serial job) const;
+  /// Null if the job isn't loaded.
+  const JobRunner* runnerOf(Serial job) const;
+  /// Whether the host has only loaded temporary jobs, which are gone: then nobody needs it.
+  bool hasOnlyTested() const { return m_hasTested && !m_isNeeded && m_jobs.empty() && m_pending.empty(); }
   std::vector<HostedJobStatus> status() const;
 
   /// Collects the children that have ended. Called after SIGCHLD.
@@ -122,7 +129,8 @@ class Host {
   Result<std::string> add(const std::filesystem::path& file, Lifetime lifetime);
   Result<std::string> add(const std::filesystem::path& file, const jobfile::Plist& plist, Lifetime lifetime);
   Result<void> addIfEnabled(const std::filesystem::path& file);
-  Entry& insert(const std::filesystem::path& file, JobRules rules, ProcessPlan plan, Lifetime lifetime);
+  Entry& insert(const std::filesystem::path& file, JobRules rules, ProcessPlan plan, Lifetime lifetime,
+                JobRunner::Purpose purpose);
   bool isEnding(const std::string& label) const;
   void restore(const std::filesystem::path& file);
   void restoreLater(const std::filesystem::path& file, const Error& error);
@@ -134,6 +142,8 @@ class Host {
   void watchPaths();
   void watchMounts();
   void takePathChanges();
+  void restoreReports();
+  void logTroubles();
   void updateZone(const HostTime& now);
   void updateClock(const HostTime& now);
   void followDecisions(const HostTime& now);
@@ -151,6 +161,7 @@ class Host {
   LoadedJobs m_loadedJobs;
   RunRecords m_runRecords;
   DiscardedOutputs m_discarded;
+  JobReports m_reports;
   const JobRunner::Shared m_shared;
   Surroundings m_surroundings;
   std::unique_ptr<PathWatch> m_pathWatch;
@@ -161,6 +172,8 @@ class Host {
   std::optional<std::chrono::milliseconds> m_clockDifference;  ///< from the running to the wall clock
   std::optional<std::chrono::milliseconds> m_wakeAt;
   std::optional<std::chrono::milliseconds> m_quitBy;  ///< set by `quit`
+  bool m_hasTested = false;                           ///< a temporary job was loaded
+  bool m_isNeeded = false;                            ///< others were, or the jobs of a folder
   bool m_hasNews = true;                              ///< whether the decisions of the jobs may have changed
 };
 

@@ -21,6 +21,18 @@ constexpr clockid_t runningClock = CLOCK_BOOTTIME;
 constexpr clockid_t runningClock = CLOCK_MONOTONIC;  // on macOS, unlike Linux, it includes the time spent asleep
 #endif
 
+/// The runs between the moments, both exclusive, sorted and without duplicates.
+std::vector<sys_seconds> runsOf(std::span<const CalendarRule> rules, const ZoneStretches& zone, sys_seconds after,
+                                sys_seconds end) {
+  std::vector<sys_seconds> result;
+  for (const CalendarRule& rule : rules) {
+    forEachRun(rule, zone, after, end, [&](sys_seconds run) { result.push_back(run); });
+  }
+  std::sort(result.begin(), result.end());
+  result.erase(std::unique(result.begin(), result.end()), result.end());
+  return result;
+}
+
 milliseconds read(clockid_t clock) {
   timespec time{};
   ::clock_gettime(clock, &time);
@@ -101,6 +113,23 @@ std::optional<sys_seconds> Calendar::firstRun(std::span<const CalendarRule> rule
     m_stretches.emplace(m_zone, after, after + span);
   }
   return mirvel::firstRun(rules, *m_stretches, after);
+}
+
+// The period is extended backwards until it has enough runs: rules that run each minute cost no more than those that
+// run once a year.
+std::vector<sys_seconds> Calendar::lastRuns(std::span<const CalendarRule> rules, sys_seconds after, sys_seconds until,
+                                            std::size_t most) const {
+  constexpr days longest(10 * 366);
+  const sys_seconds earliest = std::max(after, until - longest);
+  std::vector<sys_seconds> result;
+  if (earliest >= until) return result;
+  sys_seconds begin = until;
+  for (seconds period = 1h; begin > earliest && result.size() < most; period *= 8) {
+    begin = until - period > earliest ? until - period : earliest;
+    result = runsOf(rules, ZoneStretches(m_zone, begin, until + 1s), begin, until + 1s);
+  }
+  if (result.size() > most) result.erase(result.begin(), result.end() - static_cast<std::ptrdiff_t>(most));
+  return result;
 }
 
 bool Calendar::setZone(const std::string& zone) {

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "core/process/FileDescriptor.h"
 #include "core/schedule/ComingRuns.h"
@@ -47,7 +49,7 @@ class Alarm {
   std::optional<std::chrono::milliseconds> m_at;
 };
 
-/// Computes the next run of calendar rules in the machine's time zone, and caches the offsets of that zone. For one
+/// Computes the runs of calendar rules in the machine's time zone, and caches the offsets of that zone. For one
 /// thread.
 class Calendar {
  public:
@@ -57,6 +59,10 @@ class Calendar {
   /// The first run of any of the rules later than `after`; none if there is none within eight years, the longest time
   /// between two 29 Februaries.
   std::optional<std::chrono::sys_seconds> firstRun(std::span<const CalendarRule> rules, std::chrono::sys_seconds after);
+  /// The newest runs of any of the rules later than `after` and not later than `until`, within the last ten years: the
+  /// oldest first, each time once, at most `most`. Takes longer than `firstRun`.
+  std::vector<std::chrono::sys_seconds> lastRuns(std::span<const CalendarRule> rules, std::chrono::sys_seconds after,
+                                                 std::chrono::sys_seconds until, std::size_t most) const;
   /// Returns whether the zone differs from the previous one; runs computed before are then invalid.
   bool setZone(const std::string& zone);
 

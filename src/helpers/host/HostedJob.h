@@ -5,7 +5,10 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "core/messages/JobReport.h"
 #include "helpers/host/HostTime.h"
 #include "helpers/host/JobRules.h"
 
@@ -32,6 +35,11 @@ struct Surroundings {
   /// The first run of any of the rules later than the moment; none if there is none.
   std::function<std::optional<std::chrono::sys_seconds>(std::span<const CalendarRule>, std::chrono::sys_seconds)>
       firstRun;
+  /// The newest runs of any of the rules later than the first moment and not later than the second: the oldest first,
+  /// each time once, at most that many.
+  std::function<std::vector<std::chrono::sys_seconds>(std::span<const CalendarRule>, std::chrono::sys_seconds,
+                                                      std::chrono::sys_seconds, std::size_t)>
+      lastRuns;
 };
 
 /// The state machine of a loaded job: it is notified of events and decides what to do next. It performs no actions and
@@ -52,12 +60,21 @@ class HostedJob {
   /// `surroundings` must outlive the job.
   HostedJob(JobRules rules, const Surroundings& surroundings);
 
-  /// Called once: the intervals begin, and `RunAtLoad` takes effect.
-  void load(const HostTime& now);
+  /// Called once: the intervals begin, and `RunAtLoad` takes effect. If the job was loaded by an earlier host, which
+  /// ended at `absentSince`, the calendar times since then count as missed.
+  void load(const HostTime& now, std::optional<std::chrono::sys_seconds> absentSince = {});
   /// The job is never started again; its processes are stopped, and then `decide` returns `Forget`.
   void unload(const HostTime& now);
   /// Likewise, with at most `patience` between SIGTERM and SIGKILL. A repeated call can only shorten that time.
   void unload(const HostTime& now, std::chrono::milliseconds patience);
+  /// It is started at once, whatever its throttle interval and `LaunchOnlyOnce` say, or as soon as the run that is
+  /// being stopped is over. Without effect while it runs.
+  void request();
+  /// Its run is stopped, and a start that was requested is cancelled. The job stays loaded and may be started again for
+  /// another cause.
+  void stop(const HostTime& now);
+  /// Likewise, and the job is started again when the run is over; at once if it doesn't run.
+  void restart(const HostTime& now);
   /// Its process was started.
   void started(const HostTime& now);
   /// It couldn't be started for a temporary reason: `Start` is returned again after the throttle interval.
@@ -71,7 +88,7 @@ class HostedJob {
   /// No processes of the run remain.
   void cleared();
   /// One of `WatchPaths` has changed. A change while the job runs starts it again afterwards.
-  void watchedPathChanged() { m_isDemanded = true; }
+  void watchedPathChanged() { demand(RunCause::WatchedPath); }
   /// A volume was mounted.
   void mounted();
   /// The wall clock was set by `change`. Less than an hour is a correction: the planned time is kept, so that a run
@@ -87,6 +104,16 @@ class HostedJob {
   std::optional<std::chrono::milliseconds> wakeAt(const HostTime& now) const;
 
   const JobRules& rules() const { return m_rules; }
+  /// Why `decide` has returned `Start` the last time.
+  RunCause cause() const { return m_cause; }
+  /// Whether a requested start is still to come.
+  bool isRequested() const { return m_isRequested; }
+  /// Whether its processes have been asked to end, because of `stop`, `unload` or the end of its first process.
+  bool isStopping() const { return m_isRunning && m_isTerminated; }
+  /// Whether all processes of its run are to be ended, also those in sessions of their own.
+  bool isStopped() const { return m_isUnloaded || m_isStopped; }
+  /// The scheduled times at which it didn't run since the last call, the oldest first.
+  std::vector<MissedRun> takeMissed() { return std::exchange(m_missed, {}); }
   bool isRunning() const { return m_isRunning; }
   /// Its process has ended, and the processes that it left behind are being stopped: the owner checks at each `wakeAt`
   /// whether they are gone.
@@ -99,11 +126,18 @@ class HostedJob {
   std::optional<std::chrono::sys_seconds> nextRun(const HostTime& now) const;
 
  private:
+  void demand(RunCause cause);
   void planCalendar(const HostTime& now);
   void takeDueTimes(const HostTime& now);
+  void takeDueInterval(const HostTime& now);
+  void takeDueCalendar(const HostTime& now);
+  /// What happens when a scheduled time has come.
+  void takeTime(std::chrono::sys_seconds time, RunCause cause);
+  void miss(std::chrono::sys_seconds time, MissedRun::Why why);
   void beginToStop(const HostTime& now, std::chrono::milliseconds patience);
   Order decideToStop(const HostTime& now);
-  bool isWanted() const;
+  /// Why the job is to be started now or after the throttle interval; none if it isn't.
+  std::optional<RunCause> wantedBy() const;
   bool isKeptAlive() const;
   std::chrono::milliseconds earliestStart() const;
 
@@ -114,11 +148,16 @@ class HostedJob {
   std::optional<std::chrono::milliseconds> m_lastAttempt;  ///< to start it; running clock
   std::optional<std::chrono::milliseconds> m_killAt;
   std::optional<ProcessEnd> m_lastEnd;
-  bool m_isDemanded = false;  ///< an event asks for one start
+  std::optional<std::chrono::sys_seconds> m_correctedTo;  ///< by the last correction of the clock
+  std::vector<MissedRun> m_missed;
+  std::optional<RunCause> m_demand;  ///< the first event that asks for one start
+  RunCause m_cause = RunCause::Unknown;
+  bool m_isRequested = false;
   bool m_hasStarted = false;
   bool m_isRunning = false;
   bool m_isClearing = false;
   bool m_isUnloaded = false;
+  bool m_isStopped = false;     ///< `stop` was called for this run
   bool m_isTerminated = false;  ///< `Terminate` was returned for this run
   bool m_isKilled = false;
 };

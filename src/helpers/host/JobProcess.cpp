@@ -23,31 +23,62 @@ namespace mirvel::host {
 namespace {
 
 // After the fork, no memory may be allocated: the child reports a failure as two numbers through a pipe.
-enum class StartStep : int { Root, User, Folder, In, Out, Error, Run };
-
-struct StartFailure {
-  StartStep step;
+struct ChildFailure {
+  StartObstacle obstacle;
   int errnoValue;
 };
 
-const char* textOf(StartStep step) {
-  switch (step) {
-    case StartStep::Root:
+const char* textOf(StartObstacle obstacle) {
+  switch (obstacle) {
+    case StartObstacle::RootDirectory:
       return "change the root folder";
-    case StartStep::User:
+    case StartObstacle::Rights:
       return "become the user of the job";
-    case StartStep::Folder:
+    case StartObstacle::WorkingDirectory:
       return "change to the working directory";
-    case StartStep::In:
+    case StartObstacle::StandardIn:
       return "open the standard input";
-    case StartStep::Out:
+    case StartObstacle::StandardOut:
       return "open the standard output";
-    case StartStep::Error:
+    case StartObstacle::StandardError:
       return "open the standard error";
-    case StartStep::Run:
+    case StartObstacle::User:
+      return "find the user";
+    case StartObstacle::Group:
+      return "find the group";
+    case StartObstacle::Resources:
+      return "make a process, pipe or file";
+    case StartObstacle::Program:
+    case StartObstacle::Other:
       break;
   }
   return "run the program";
+}
+
+std::string subjectOf(StartObstacle obstacle, const ProcessPlan& plan) {
+  switch (obstacle) {
+    case StartObstacle::Program:
+      return plan.program;
+    case StartObstacle::WorkingDirectory:
+      return plan.workingDirectory.value_or("/");
+    case StartObstacle::RootDirectory:
+      return plan.rootDirectory.value_or("");
+    case StartObstacle::User:
+      return plan.userName.value_or("");
+    case StartObstacle::Group:
+      return plan.groupName.value_or("");
+    case StartObstacle::StandardIn:
+      return plan.standardIn.value_or("/dev/null");
+    case StartObstacle::StandardOut:
+      return plan.standardOut.value_or("");
+    case StartObstacle::StandardError:
+      return plan.standardError.value_or("");
+    case StartObstacle::Rights:
+    case StartObstacle::Resources:
+    case StartObstacle::Other:
+      break;
+  }
+  return {};
 }
 
 /// The paths to try in turn, as execvp(3) would.
@@ -82,11 +113,12 @@ class JobChild {
     if (m_plan.nice) ::setpriority(PRIO_PROCESS, 0, *m_plan.nice);  // ignored where the user may not
     for (const auto& limit : m_plan.limits) applyLimit(limit);
     if (m_plan.rootDirectory && (::chroot(m_plan.rootDirectory->c_str()) != 0 || ::chdir("/") != 0))
-      fail(StartStep::Root);
-    if (const int failure = m_user.assume()) fail(StartStep::User, failure);
+      fail(StartObstacle::RootDirectory);
+    if (const int failure = m_user.assume()) fail(StartObstacle::Rights, failure);
     endWithHost();  // after `assume`: changing the user resets this setting
     if (m_plan.umask) ::umask(*m_plan.umask);
-    if (::chdir(m_plan.workingDirectory ? m_plan.workingDirectory->c_str() : "/") != 0) fail(StartStep::Folder);
+    if (::chdir(m_plan.workingDirectory ? m_plan.workingDirectory->c_str() : "/") != 0)
+      fail(StartObstacle::WorkingDirectory);
     openStandardFiles();
     runProgram();
   }
@@ -131,23 +163,24 @@ class JobChild {
   }
 
   void openStandardFiles() const {
-    open(m_plan.standardIn ? m_plan.standardIn->c_str() : "/dev/null", O_RDONLY, STDIN_FILENO, StartStep::In);
+    open(m_plan.standardIn ? m_plan.standardIn->c_str() : "/dev/null", O_RDONLY, STDIN_FILENO,
+         StartObstacle::StandardIn);
     constexpr int append = O_WRONLY | O_CREAT | O_APPEND;
     if (m_plan.standardOut) {
-      open(m_plan.standardOut->c_str(), append, STDOUT_FILENO, StartStep::Out);
+      open(m_plan.standardOut->c_str(), append, STDOUT_FILENO, StartObstacle::StandardOut);
     } else if (::dup2(m_output, STDOUT_FILENO) < 0) {
-      fail(StartStep::Out);
+      fail(StartObstacle::StandardOut);
     }
     if (m_plan.standardError) {
-      open(m_plan.standardError->c_str(), append, STDERR_FILENO, StartStep::Error);
+      open(m_plan.standardError->c_str(), append, STDERR_FILENO, StartObstacle::StandardError);
     } else if (::dup2(m_output, STDERR_FILENO) < 0) {
-      fail(StartStep::Error);
+      fail(StartObstacle::StandardError);
     }
   }
 
-  void open(const char* path, int flags, int as, StartStep step) const {
+  void open(const char* path, int flags, int as, StartObstacle obstacle) const {
     const int file = ::open(path, flags | O_NOCTTY | O_CLOEXEC, 0666);
-    if (file < 0 || ::dup2(file, as) < 0) fail(step);
+    if (file < 0 || ::dup2(file, as) < 0) fail(obstacle);
   }
 
   [[noreturn]] void runProgram() {
@@ -158,14 +191,14 @@ class JobChild {
       if (errno != ENOENT && errno != ENOTDIR) failure = errno;
       if (errno != ENOENT && errno != ENOTDIR && errno != EACCES) break;
     }
-    fail(StartStep::Run, failure);
+    fail(StartObstacle::Program, failure);
   }
 
-  [[noreturn]] void fail(StartStep step) const {
-    fail(step, errno);
+  [[noreturn]] void fail(StartObstacle obstacle) const {
+    fail(obstacle, errno);
   }
-  [[noreturn]] void fail(StartStep step, int errnoValue) const {
-    const StartFailure failure{step, errnoValue};
+  [[noreturn]] void fail(StartObstacle obstacle, int errnoValue) const {
+    const ChildFailure failure{obstacle, errnoValue};
     (void)!::write(m_failure, &failure, sizeof failure);  // if this fails as well, the exit status still says so
     ::_exit(startFailureCode);
   }
@@ -236,10 +269,30 @@ Result<JobProcess> JobProcess::start(const ProcessPlan& plan, const Environment&
   return process;
 }
 
-std::optional<std::string> JobProcess::startFailure() const {
-  StartFailure found{};
+std::optional<StartFailure> JobProcess::startFailure(const ProcessPlan& plan) const {
+  ChildFailure found{};
   if (::read(failure.number(), &found, sizeof found) != sizeof found) return std::nullopt;
-  return std::string("can't ") + textOf(found.step) + ": " + std::strerror(found.errnoValue);
+  return StartFailure{
+      .obstacle = found.obstacle, .systemCode = found.errnoValue, .subject = subjectOf(found.obstacle, plan)};
+}
+
+StartFailure StartFailure::of(const Error& error, const ProcessPlan& plan) {
+  using Keys = jobfile::Plist::CodingKeys;
+  StartObstacle obstacle = StartObstacle::Other;
+  if (error.code == Error::Code::LimitExceeded) obstacle = StartObstacle::Resources;
+  if (error.code == Error::Code::MissingKey) obstacle = StartObstacle::Program;
+  if (error.keyPath == jobfile::Plist::text(Keys::UserName)) obstacle = StartObstacle::User;
+  if (error.keyPath == jobfile::Plist::text(Keys::GroupName)) obstacle = StartObstacle::Group;
+  return {.obstacle = obstacle, .systemCode = error.systemCode, .subject = subjectOf(obstacle, plan)};
+}
+
+std::string StartFailure::text() const {
+  return std::string("can't ") + textOf(obstacle) +
+         (systemCode == 0 ? "" : std::string(": ") + std::strerror(systemCode));
+}
+
+RunEnd StartFailure::end() const {
+  return {.how = RunEnd::How::CouldNotStart, .code = systemCode, .obstacle = obstacle, .subject = subject};
 }
 
 }  // namespace mirvel::host

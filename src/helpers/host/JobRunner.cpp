@@ -5,10 +5,12 @@
 
 #include <array>
 #include <cerrno>
+#include <cmath>
 
 #include "core/files/RegularFile.h"
 #include "core/process/ProcessStatus.h"
 #include "core/text/Bytes.h"
+#include "helpers/host/JobReports.h"
 
 namespace mirvel::host {
 
@@ -16,16 +18,31 @@ namespace {
 
 /// How a child ended; none if it is running. The child stays a zombie (WNOWAIT): until it is collected, the system
 /// can't reuse its process ID, which is that of its group as well, so that signalling the group stays safe.
-std::optional<ProcessEnd> endOf(pid_t child) {
+std::optional<RunEnd> endOf(pid_t child) {
   siginfo_t info{};
   int found = -1;
   do {
     found = ::waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT);
   } while (found != 0 && errno == EINTR);
-  if (found != 0) return ProcessEnd{.code = startFailureCode};  // ECHILD: its exit status is lost
+  if (found != 0) return RunEnd{.how = RunEnd::How::Lost};  // ECHILD
   if (info.si_pid == 0) return std::nullopt;
-  if (info.si_code == CLD_EXITED) return ProcessEnd{.code = info.si_status};
-  return ProcessEnd{.signal = info.si_status};
+  const bool hasExited = info.si_code == CLD_EXITED;
+  return RunEnd{.how = hasExited ? RunEnd::How::Exited : RunEnd::How::Signalled, .code = info.si_status};
+}
+
+/// The end as the rules of `KeepAlive` see it: what couldn't be started, or whose exit status isn't known, has failed.
+ProcessEnd processEnd(const RunEnd& end) {
+  const int code = static_cast<int>(end.code);
+  if (end.how == RunEnd::How::Exited) return {.code = code};
+  if (end.how == RunEnd::How::Signalled) return {.signal = code};
+  return {.code = startFailureCode};
+}
+
+/// Whether the reports say the same. The next run of an interval varies a little with the speed of the clock.
+bool isSameState(JobReport a, const JobReport& b) {
+  const bool isSameRun = a.nextRun && b.nextRun && std::abs(*a.nextRun - *b.nextRun) < 2;
+  if (isSameRun) a.nextRun = b.nextRun;
+  return a == b;
 }
 
 /// Reads up to 64 KiB of what is available. False at the end of the stream.
@@ -53,10 +70,16 @@ void DiscardedOutputs::add(FileDescriptor pipe) {
   });
 }
 
-JobRunner::JobRunner(HostedJob job, std::filesystem::path file, ProcessPlan plan, const Shared& shared)
-    : m_job(std::move(job)), m_file(std::move(file)), m_plan(std::move(plan)), m_shared(shared) {}
+JobRunner::JobRunner(HostedJob job, std::filesystem::path file, ProcessPlan plan, const Shared& shared, Purpose purpose)
+    : m_job(std::move(job)),
+      m_file(std::move(file)),
+      m_plan(std::move(plan)),
+      m_shared(shared),
+      m_purpose(purpose),
+      m_history(shared.reports, label(), purpose == Purpose::Test) {}
 
 JobRunner::~JobRunner() {
+  if (m_process.failure) m_shared.loop.forget(m_process.failure.number());
   if (m_process.output) m_shared.loop.forget(m_process.output.number());
 }
 
@@ -64,15 +87,49 @@ HostedJobStatus JobRunner::status(const HostTime& now) const {
   HostedJobStatus status{.label = label(), .path = m_file, .nextRun = m_job.nextRun(now)};
   if (m_process.id > 0 && !m_job.isClearing()) status.process = m_process.id;
   if (const auto& end = m_job.lastEnd()) {
-    status.lastEnd = end->text();
-    status.lastCode = end->code;
-    status.lastSignal = end->signal;
+    status.lastEnd = m_startFailure ? m_startFailure->text() : end->text();
+    if (!m_startFailure) status.lastCode = end->code;
+    if (!m_startFailure) status.lastSignal = end->signal;
   }
   return status;
 }
 
+void JobRunner::load(const HostTime& now) {
+  const auto absentSince = m_history.resume();
+  m_job.load(now, m_purpose == Purpose::Job ? absentSince : std::nullopt);
+}
+
+void JobRunner::quit(const HostTime& now) {
+  m_isKept = m_isKept || !m_job.isUnloaded();
+  m_job.unload(now, longestStop);
+}
+
+JobReport JobRunner::state(const HostTime& now) const {
+  JobReport report{.label = label(), .path = m_file.string(), .isTest = m_purpose == Purpose::Test};
+  report.isLoaded = m_isKept || !m_job.isUnloaded();
+  if (m_process.id > 0 && m_job.isRunning() && !m_job.isClearing()) {
+    report.process = m_process.id;
+    report.processStart = m_run.start;
+  }
+  report.isStopping = m_job.isStopping();
+  const auto nextRun = m_job.isUnloaded() ? std::nullopt : m_job.nextRun(now);
+  if (nextRun) report.nextRun = static_cast<double>(nextRun->time_since_epoch().count());
+  return report;
+}
+
+// A failure only costs the report; `JobReports` notes it for the log.
+void JobRunner::publish(const HostTime& now, bool again) {
+  if (m_purpose == Purpose::Remains) return;
+  m_history.addMissed(m_job.takeMissed());
+  JobReport report = state(now);
+  if (!again && !m_history.hasNews() && m_published && isSameState(report, *m_published)) return;
+  (void)m_history.publish(report);
+  m_published = std::move(report);
+}
+
 void JobRunner::inherit(const JobRun& run) {
   m_job.foundRunning(currentTime());
+  m_history.prolongLost(currentTime().wall);
   m_inherited.push_back(run);
   logAboutJob("stopping a run that was left by a job host that was killed");
 }
@@ -82,6 +139,7 @@ bool JobRunner::followDecisions(const HostTime& now) {
   for (;;) {
     switch (m_job.decide(now)) {
       case Order::Wait:
+        publish(now);
         return true;
       case Order::Start:
         start(now);
@@ -95,6 +153,8 @@ bool JobRunner::followDecisions(const HostTime& now) {
         signal(SIGKILL);
         break;
       case Order::Forget:
+        if (m_purpose == Purpose::Test) m_shared.reports.remove(label(), true);
+        if (m_purpose == Purpose::Job) publish(now);
         return false;
     }
   }
@@ -104,11 +164,16 @@ void JobRunner::start(const HostTime& now) {
   m_run = {.token = makeUuid(), .isLeaderAlone = m_job.rules().abandonProcessGroup};
   m_plan.environment.insert_or_assign(tokenVariable, m_run.token);
   recordRun();  // before the start: if the host is killed right after it, the next host finds the process by its token
+  m_history.begin(m_purpose == Purpose::Test ? RunCause::Test : m_job.cause(), currentTime().wall);
+  m_attempt = {.number = m_attempt.number + 1};
+  m_startFailure.reset();
   auto process = JobProcess::start(m_plan, m_shared.environment);
   if (!process) return startFailed(process.error(), now);
   m_job.started(now);
   m_process = *std::move(process);
   m_run.leader = m_process.id;
+  m_history.setProcess(m_process.id);
+  m_shared.loop.watch(m_process.failure.number(), POLLIN, [this](short) { takeStartFailure(); });
   if (const auto status = ProcessStatus::of(m_process.id)) m_run.start = status->start;
   recordRun();
   m_output = {};
@@ -119,9 +184,30 @@ void JobRunner::start(const HostTime& now) {
 void JobRunner::startFailed(const Error& why, const HostTime& now) {
   m_shared.records.remove(m_run);
   logAboutJob("can't be started: " + why.text());
+  m_startFailure = StartFailure::of(why, m_plan);
+  m_attempt.isSettled = true;
+  m_attempt.failure = why;
+  m_history.finish(m_startFailure->end(), currentTime().wall);
   if (why.code == Error::Code::LimitExceeded) return m_job.startFailed(now);  // there may be room for it later
+  noteFirstRun();
   m_job.started(now);
   m_job.ended({.code = startFailureCode}, now);
+}
+
+/// Called as soon as the program runs or is known not to run.
+void JobRunner::takeStartFailure() {
+  if (!m_process.failure) return;
+  m_startFailure = m_process.startFailure(m_plan);
+  m_shared.loop.forget(m_process.failure.number());
+  m_process.failure.reset();
+  m_attempt.isSettled = true;
+  if (!m_startFailure) return;
+  m_attempt.failure = systemError(m_startFailure->systemCode, "start it", m_startFailure->subject);
+  m_attempt.failure->message = m_startFailure->text();
+}
+
+void JobRunner::noteFirstRun() {
+  if (!m_firstRun) m_firstRun = *m_history.last();
 }
 
 Result<void> JobRunner::saveRecord(const JobRun& run) const {
@@ -181,15 +267,23 @@ bool JobRunner::collect() {
   return end.has_value();
 }
 
-void JobRunner::finishProcess(const ProcessEnd& end) {
+void JobRunner::finishProcess(const RunEnd& end) {
   // The pipe holds at most 64 KiB (pipe(7)). The limit matters if other processes of the run go on filling it.
   constexpr int mostReads = 4;
   for (int i = 0; i < mostReads && m_process.output; ++i) readOutput();
   log(m_output.finish());
-  const auto failure = m_process.startFailure();
-  log({failure ? *failure : end.text()});
+  takeStartFailure();
+  RunEnd report = m_startFailure ? m_startFailure->end() : end;
+  report.isStopped = !m_startFailure && m_job.isStopping();
+  report.isTimedOut = report.isStopped && m_job.isKilled();
+  m_history.finish(report, currentTime().wall);
+  noteFirstRun();
+  const bool isLost = report.how == RunEnd::How::Lost;
+  log({m_startFailure ? m_startFailure->text()
+       : isLost       ? "ended; its exit status isn't known"
+                      : processEnd(end).text()});
   const bool isOver = processes().empty();
-  m_job.ended(end, currentTime(), isOver ? HostedJob::Left::Nothing : HostedJob::Left::Others);
+  m_job.ended(processEnd(report), currentTime(), isOver ? HostedJob::Left::Nothing : HostedJob::Left::Others);
   if (isOver) finishRun();
 }
 

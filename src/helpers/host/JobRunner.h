@@ -2,8 +2,10 @@
 
 #include <signal.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,7 @@
 #include "helpers/host/JobProcess.h"
 #include "helpers/host/JobRun.h"
 #include "helpers/host/PollLoop.h"
+#include "helpers/host/RunHistory.h"
 #include "helpers/hostdata/HostMessages.h"
 
 namespace mirvel::host {
@@ -36,8 +39,10 @@ class DiscardedOutputs {
   std::map<int, FileDescriptor> m_pipes;
 };
 
-/// Carries out the decisions of one loaded job: starts, signals and collects its processes, logs their output, and
-/// keeps the records of its runs. For one thread.
+class JobReports;
+
+/// Carries out the decisions of one loaded job: starts, signals and collects its processes, logs their output, keeps
+/// the records of its runs, and publishes its report. For one thread.
 class JobRunner {
  public:
   /// What all jobs of a host share. Everything must outlive the runners.
@@ -47,9 +52,16 @@ class JobRunner {
     const RunRecords& records;
     const Environment& environment;  ///< for every job
     DiscardedOutputs& discarded;
+    JobReports& reports;
   };
 
-  JobRunner(HostedJob job, std::filesystem::path file, ProcessPlan plan, const Shared& shared);
+  enum class Purpose {
+    Job,     ///< its report stays when it is unloaded
+    Test,    ///< its report is deleted then
+    Remains  ///< there are only processes of an earlier host to be stopped; it has no report
+  };
+
+  JobRunner(HostedJob job, std::filesystem::path file, ProcessPlan plan, const Shared& shared, Purpose purpose);
   /// Leaves processes that are still running alone.
   ~JobRunner();
   JobRunner(const JobRunner&) = delete;
@@ -59,7 +71,25 @@ class JobRunner {
   const HostedJob& job() const { return m_job; }
   const std::string& label() const { return m_job.rules().label; }
   const std::filesystem::path& file() const { return m_file; }
+  Purpose purpose() const { return m_purpose; }
   HostedJobStatus status(const HostTime& now) const;
+
+  /// Called once: loads the job and continues its report.
+  void load(const HostTime& now);
+  /// Stops the job because the host ends. The report goes on saying that it is loaded, so that the next host knows.
+  void quit(const HostTime& now);
+  /// Writes the report if something has changed, or, if `again`, in any case.
+  void publish(const HostTime& now, bool again = false);
+
+  /// How far the last start of the job's process has come.
+  struct Attempt {
+    std::uint64_t number = 0;           ///< counts the attempts since the job was loaded
+    bool isSettled = false;             ///< whether the program is known to run, or not to
+    std::optional<Error> failure = {};  ///< why it doesn't; `Io`, `NotFound`, `NotPermitted` or `LimitExceeded`
+  };
+  const Attempt& attempt() const { return m_attempt; }
+  /// The first run since the job was loaded, once it has ended.
+  const std::optional<RunReport>& firstRun() const { return m_firstRun; }
 
   /// Takes charge of a run that an earlier host has left: its processes are stopped before the job is started.
   void inherit(const JobRun& run);
@@ -79,15 +109,18 @@ class JobRunner {
   Result<void> saveRecords() const;
 
  private:
-  Reach reach() const { return m_job.isUnloaded() ? Reach::Everything : Reach::Group; }
+  Reach reach() const { return m_job.isStopped() ? Reach::Everything : Reach::Group; }
   std::vector<pid_t> processes() const;
   void signal(int number) const;
   void start(const HostTime& now);
   void startFailed(const Error& why, const HostTime& now);
+  void takeStartFailure();
+  void noteFirstRun();
+  JobReport state(const HostTime& now) const;
   Result<void> saveRecord(const JobRun& run) const;
   void recordRun();
   void readOutput();
-  void finishProcess(const ProcessEnd& end);
+  void finishProcess(const RunEnd& end);
   void finishRun();
   void log(std::vector<std::string> lines) const;
   void logAboutJob(const std::string& text) const;
@@ -100,6 +133,13 @@ class JobRunner {
   JobRun m_run;                     ///< of `m_process`
   std::vector<JobRun> m_inherited;  ///< runs of earlier hosts
   OutputLines m_output;
+  Purpose m_purpose;
+  RunHistory m_history;
+  std::optional<JobReport> m_published;  ///< without the runs
+  bool m_isKept = false;                 ///< `quit` was called
+  Attempt m_attempt;
+  std::optional<StartFailure> m_startFailure;  ///< of `m_process`
+  std::optional<RunReport> m_firstRun;
 };
 
 }  // namespace mirvel::host

@@ -46,8 +46,10 @@ std::vector<ProcessPlan::ResourceLimit> limitsOf(const jobfile::Plist& plist) {
 // Enough for any entry; sysconf(_SC_GETPW_R_SIZE_MAX) is only a suggestion, and -1 on some systems.
 constexpr std::size_t entrySize = std::size_t{1} << 16U;
 
-Error unknownName(const std::string& what, const std::string& name) {
-  return {.code = Error::Code::NotFound, .message = "there is no " + what + " " + name};
+Error unknownName(const char* what, const std::string& name, jobfile::Plist::CodingKeys key) {
+  return {.code = Error::Code::NotFound,
+          .message = std::string("there is no ") + what + " " + name,
+          .keyPath = std::string(jobfile::Plist::text(key))};
 }
 
 Result<gid_t> groupNumber(const std::string& name) {
@@ -55,7 +57,7 @@ Result<gid_t> groupNumber(const std::string& name) {
   group entry{};
   group* found = nullptr;
   ::getgrnam_r(name.c_str(), &entry, buffer.data(), buffer.size(), &found);
-  if (!found) return unknownName("group", name);
+  if (!found) return unknownName("group", name, jobfile::Plist::CodingKeys::GroupName);
   return found->gr_gid;
 }
 
@@ -79,7 +81,7 @@ Result<void> fillUser(const std::string& name, JobUser& result) {
   passwd entry{};
   passwd* found = nullptr;
   ::getpwnam_r(name.c_str(), &entry, buffer.data(), buffer.size(), &found);
-  if (!found) return unknownName("user", name);
+  if (!found) return unknownName("user", name, jobfile::Plist::CodingKeys::UserName);
   result.user = found->pw_uid;
   result.group = found->pw_gid;
   result.environment = {{"HOME", found->pw_dir}, {"USER", name}, {"LOGNAME", name}, {"SHELL", found->pw_shell}};

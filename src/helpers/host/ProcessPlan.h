@@ -53,7 +53,8 @@ struct JobUser {
   Environment environment;    ///< HOME, USER, LOGNAME and SHELL of the user
 
   /// Looks up the names of the plan. For hosts of other users than root it returns an empty value, since
-  /// launchd.plist(5) ignores the keys there. Fails with `NotFound` for a name that isn't in the user database.
+  /// launchd.plist(5) ignores the keys there. Fails with `NotFound`, and the key of the job file, for a name that isn't
+  /// in the user database.
   static Result<JobUser> of(const ProcessPlan& plan);
 
   /// Changes the calling process to that user for good. Returns 0 or an errno value. Async-signal-safe, so it can be

@@ -43,10 +43,14 @@ template <typename Request>
 constexpr bool concernsTheNextHost =
     std::is_same_v<Request, hostdata::Load> || std::is_same_v<Request, hostdata::Unload> ||
     std::is_same_v<Request, hostdata::Start> || std::is_same_v<Request, hostdata::TakeOver> ||
-    std::is_same_v<Request, hostdata::BeginSession>;
+    std::is_same_v<Request, hostdata::BeginSession> || std::is_same_v<Request, hostdata::Control>;
 
 void refuse(Connection& client, std::int64_t id, const Error& error) {
   client.send({.id = id, .body = hostdata::Refusal{.error = error}.write()});
+}
+
+Error unloadedMeanwhile() {
+  return {.code = Error::Code::NotFound, .message = "the job was unloaded meanwhile"};
 }
 
 void done(Connection& client, std::int64_t id) {
@@ -218,7 +222,7 @@ void Server::answer(const Client& client, std::int64_t id, const hostdata::Unloa
   if (!*unloaded) return done(*client, id);
   const auto limit = request.seconds ? std::min(seconds(*request.seconds), longestStop) : longestStop;
   const auto until = currentTime().running + limit;
-  wait(client, {.client = client, .id = id, .job = **unloaded, .forUnload = true, .until = until});
+  wait(client, {.client = client, .id = id, .job = **unloaded, .event = Waiting::For::Unload, .until = until});
 }
 
 void Server::answer(const Client& client, std::int64_t id, const hostdata::WaitForEnd& request) {
@@ -227,7 +231,25 @@ void Server::answer(const Client& client, std::int64_t id, const hostdata::WaitF
     return refuse(*client, id, {.code = Error::Code::NotFound, .message = request.label + " isn't loaded"});
   }
   const auto until = currentTime().running + seconds(request.seconds);
-  wait(client, {.client = client, .id = id, .job = *job, .forUnload = false, .until = until});
+  wait(client, {.client = client, .id = id, .job = *job, .event = Waiting::For::FirstEnd, .until = until});
+}
+
+void Server::answer(const Client& client, std::int64_t id, const hostdata::Control& request) {
+  using Order = messages::Control::Order;
+  const auto job = m_host.serialOf(request.label);
+  const JobRunner* const runner = job ? m_host.runnerOf(*job) : nullptr;
+  const bool isDone = runner && request.order == Order::Start && runner->job().isRunning() &&
+                      !runner->job().isStopped() && !runner->job().isClearing();
+  const auto controlled = m_host.control(request.path, request.label, request.order);
+  if (!controlled) return refuse(*client, id, controlled.error());
+  if (isDone) return done(*client, id);
+  const bool isStop = request.order == Order::Stop;
+  wait(client, {.client = client,
+                .id = id,
+                .job = *controlled,
+                .event = isStop ? Waiting::For::Stop : Waiting::For::Start,
+                .until = currentTime().running + longestStop,
+                .attempt = runner->attempt().number + (isStop ? 0 : 1)});
 }
 
 void Server::wait(const Client& client, Waiting waiting) {
@@ -238,15 +260,59 @@ void Server::wait(const Client& client, Waiting waiting) {
 }
 
 std::optional<propertylist::Dictionary> Server::answerTo(const Waiting& waiting, milliseconds now) const {
-  if (waiting.forUnload) {
-    if (!m_host.isLoaded(waiting.job)) return propertylist::Dictionary();
-    if (now < waiting.until) return std::nullopt;
-    return hostdata::Refusal{.error = m_host.stillRunning(waiting.job)}.write();
+  const bool isLate = now >= waiting.until;
+  switch (waiting.event) {
+    case Waiting::For::Unload:
+      return answerToUnload(waiting, isLate);
+    case Waiting::For::FirstEnd:
+      return answerToFirstEnd(waiting, isLate);
+    case Waiting::For::Start:
+      return answerToStart(waiting, isLate);
+    case Waiting::For::Stop:
+      break;
   }
-  const bool hasRun = m_host.hasRun(waiting.job);
-  const bool isGone = !m_host.isLoaded(waiting.job);
-  if (!hasRun && !isGone && now < waiting.until) return std::nullopt;
-  return messages::FieldWriter::write(hostdata::WaitForEnd::Answer{.hasEnded = hasRun || isGone});
+  return answerToStop(waiting, isLate);
+}
+
+std::optional<propertylist::Dictionary> Server::answerToUnload(const Waiting& waiting, bool isLate) const {
+  if (!m_host.isLoaded(waiting.job)) return propertylist::Dictionary();
+  if (!isLate) return std::nullopt;
+  return hostdata::Refusal{.error = m_host.stillRunning(waiting.job)}.write();
+}
+
+std::optional<propertylist::Dictionary> Server::answerToFirstEnd(const Waiting& waiting, bool isLate) const {
+  const JobRunner* const runner = m_host.runnerOf(waiting.job);
+  const bool hasEnded = !runner || runner->firstRun();
+  if (!hasEnded && !isLate) return std::nullopt;
+  return messages::FieldWriter::write(
+      hostdata::WaitForEnd::Answer{.hasEnded = hasEnded, .run = runner ? runner->firstRun() : std::nullopt});
+}
+
+std::optional<propertylist::Dictionary> Server::answerToStart(const Waiting& waiting, bool isLate) const {
+  const JobRunner* const runner = m_host.runnerOf(waiting.job);
+  if (!runner || runner->job().isUnloaded()) return hostdata::Refusal{.error = unloadedMeanwhile()}.write();
+  const JobRunner::Attempt& attempt = runner->attempt();
+  if (attempt.number > waiting.attempt) return propertylist::Dictionary();
+  if (attempt.number == waiting.attempt && attempt.isSettled) {
+    return attempt.failure ? hostdata::Refusal{.error = *attempt.failure}.write() : propertylist::Dictionary();
+  }
+  const bool isCancelled = attempt.number < waiting.attempt && !runner->job().isRequested();
+  if (isCancelled) {
+    return hostdata::Refusal{.error = {.code = Error::Code::Cancelled, .message = "the job was stopped meanwhile"}}
+        .write();
+  }
+  if (!isLate) return std::nullopt;
+  if (attempt.number < waiting.attempt) return hostdata::Refusal{.error = runner->stillRunning()}.write();
+  return hostdata::Refusal{.error = {.code = Error::Code::Io, .message = "its program hasn't begun to run yet"}}
+      .write();
+}
+
+std::optional<propertylist::Dictionary> Server::answerToStop(const Waiting& waiting, bool isLate) const {
+  const JobRunner* const runner = m_host.runnerOf(waiting.job);
+  const bool isOver = !runner || !runner->job().isRunning() || runner->attempt().number > waiting.attempt;
+  if (isOver) return propertylist::Dictionary();
+  if (!isLate) return std::nullopt;
+  return hostdata::Refusal{.error = runner->stillRunning()}.write();
 }
 
 void Server::settle() {

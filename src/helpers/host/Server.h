@@ -40,16 +40,21 @@ class Server {
   std::optional<std::chrono::milliseconds> wakeAt() const;
   /// Whether a client has asked the host to end. The host has to be ended by the owner.
   bool shallQuit() const { return m_shallQuit; }
+  /// Whether no client is connected. One that is just connecting finds that the host has ended, and asks the next one.
+  bool isIdle() const { return m_clients.empty(); }
 
  private:
   using Client = std::shared_ptr<Connection>;
   /// A request whose reply depends on a job.
   struct Waiting {
+    enum class For { Unload, FirstEnd, Start, Stop };
+
     std::weak_ptr<Connection> client;
     std::int64_t id;
     Host::Serial job;
-    bool forUnload;  ///< waits until the job is unloaded, otherwise until it has ended once
+    For event;
     std::chrono::milliseconds until;
+    std::uint64_t attempt = 0;  ///< `Start`: the number of the attempt; `Stop`: that of the run (`JobRunner::Attempt`)
   };
 
   void accept();
@@ -63,6 +68,7 @@ class Server {
   void answer(const Client& client, std::int64_t id, const hostdata::TakeOver& request);
   void answer(const Client& client, std::int64_t id, const hostdata::Unload& request);
   void answer(const Client& client, std::int64_t id, const hostdata::WaitForEnd& request);
+  void answer(const Client& client, std::int64_t id, const hostdata::Control& request);
   void answer(const Client& client, std::int64_t id, const hostdata::Log& request);
   void answer(const Client& client, std::int64_t id, const hostdata::Status&);
   void answer(const Client& client, std::int64_t id, const hostdata::Quit&);
@@ -72,6 +78,10 @@ class Server {
   void cancel(const Client& client, std::int64_t id);
   /// The body of the reply; none if the request still has to wait.
   std::optional<propertylist::Dictionary> answerTo(const Waiting& waiting, std::chrono::milliseconds now) const;
+  std::optional<propertylist::Dictionary> answerToUnload(const Waiting& waiting, bool isLate) const;
+  std::optional<propertylist::Dictionary> answerToFirstEnd(const Waiting& waiting, bool isLate) const;
+  std::optional<propertylist::Dictionary> answerToStart(const Waiting& waiting, bool isLate) const;
+  std::optional<propertylist::Dictionary> answerToStop(const Waiting& waiting, bool isLate) const;
 
   /// A process that has loaded temporary jobs, which are unloaded when it ends.
   struct Tester {

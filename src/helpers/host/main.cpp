@@ -51,8 +51,9 @@ int run(const Options& options, const Environment& environment) {
   Detachment detachment;
   if (options.detach && !detachment.fork()) return detachment.waitUntilReady();
   const Roots roots = options.root.empty() ? Roots::forThisMachine(environment) : Roots::below(options.root);
+  const bool isRootsOwn = options.root.empty() && ::geteuid() == 0;
   const host::HostSetup setup{
-      .places = HostPlaces::of(roots),
+      .places = isRootsOwn ? HostPlaces::ofRoot(roots) : HostPlaces::of(roots),
       .environment = environment,
       .machine = options.root,
       .beginsSession = options.beginsSession,

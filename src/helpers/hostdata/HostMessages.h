@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "core/base/Result.h"
+#include "core/messages/JobReport.h"
 #include "core/messages/Replies.h"
+#include "core/messages/Requests.h"
 #include "core/propertylist/Value.h"
 
 /// Time limits of the job host and its clients. docs/JOB-HOST.md has the table of all of them.
@@ -158,11 +160,13 @@ struct WaitForEnd {
   static constexpr std::string_view name = "waitForEnd";
   struct Answer {
     bool hasEnded = false;
+    std::optional<RunReport> run = {};  ///< its first run since it was loaded; none if it was unloaded before its end
 
     bool operator==(const Answer&) const = default;
     template <typename Self, typename Fields>
     static void fields(Self& self, Fields& fields) {
       fields("ended", self.hasEnded);
+      fields("run", self.run);
     }
   };
   std::string label;
@@ -173,6 +177,27 @@ struct WaitForEnd {
   static void fields(Self& self, Fields& fields) {
     fields("label", self.label);
     fields("seconds", self.seconds, anyPeriod);
+  }
+};
+
+/// Starts or stops a loaded job. The reply to a start is sent when the program runs, or as the error that kept it from
+/// running; to a stop, when all processes of the run have ended. A running job isn't started, nor another one stopped.
+/// `NotFound` if the label isn't loaded from the file or is unloaded meanwhile, `Cancelled` if another client stops the
+/// job before it is started, and `StillRunning` after `longestStop`: the host then continues.
+struct Control {
+  static constexpr std::string_view name = "control";
+  using Answer = Nothing;
+  using Order = messages::Control::Order;
+  std::string path;  ///< of the job file
+  std::string label;
+  Order order = Order::Start;
+
+  bool operator==(const Control&) const = default;
+  template <typename Self, typename Fields>
+  static void fields(Self& self, Fields& fields) {
+    fields("path", self.path);
+    fields("label", self.label);
+    fields.enumeration("order", self.order, Order::Restart);
   }
 };
 
@@ -227,7 +252,7 @@ struct Quit {
   static void fields(Self&, Fields&) {}
 };
 
-using Request = std::variant<Load, Start, BeginSession, TakeOver, Unload, WaitForEnd, Log, Status, Quit>;
+using Request = std::variant<Load, Start, BeginSession, TakeOver, Unload, WaitForEnd, Control, Log, Status, Quit>;
 
 /// The body of a frame.
 propertylist::Dictionary write(const Request& request);

@@ -72,7 +72,14 @@ class SocketAddress {
 
 HostPlaces HostPlaces::of(const Roots& roots) {
   const fs::path folder = roots.applicationSupport / "host";
-  return {.folder = folder, .socket = folder / "host.socket"};
+  return {.folder = folder, .socket = folder / "host.socket", .reports = roots.ownReports()};
+}
+
+HostPlaces HostPlaces::ofRoot(const Roots& roots) {
+  HostPlaces places = of(roots);
+  places.reports = roots.publicReports;
+  places.areReportsPublic = true;
+  return places;
 }
 
 Result<void> HostPlaces::make() const {

@@ -15,8 +15,12 @@ namespace mirvel {
 struct HostPlaces {
   std::filesystem::path folder;  ///< accessible to the user only
   std::filesystem::path socket;
+  std::filesystem::path reports;  ///< the folder in which it publishes the reports of its jobs
+  bool areReportsPublic = false;  ///< whether everybody may read them
 
   static HostPlaces of(const Roots& roots);
+  /// The places of root's own host: they are the same, except that its reports are public.
+  static HostPlaces ofRoot(const Roots& roots);
 
   std::filesystem::path lock() const { return folder / "lock"; }
   std::filesystem::path log() const { return folder / "log"; }                  ///< a folder, see `JobLog`

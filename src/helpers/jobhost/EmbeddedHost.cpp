@@ -15,6 +15,9 @@ using namespace std::chrono;
 
 namespace {
 
+// A host that ends with its session can be followed by one that was started in the same session.
+constexpr int mostHosts = 3;
+
 template <typename Answer>
 Result<void> withoutContent(const Result<Answer>& answer) {
   return answer ? Result<void>() : answer.error();
@@ -92,11 +95,20 @@ Result<void> EmbeddedHost::unload(const std::filesystem::path& file, const std::
 Result<JobHost::Ended> EmbeddedHost::waitForEnd(const std::string& label, seconds limit) {
   if (const auto checked = checkLabel(label); !checked) return checked.error();
   const auto answer = ask(hostdata::WaitForEnd{.label = label, .seconds = limit.count()}, limit + longestAnswer);
-  return answer ? Result(Ended{.hasEnded = answer->hasEnded}) : answer.error();
+  return answer ? Result(Ended{.hasEnded = answer->hasEnded, .run = answer->run}) : answer.error();
 }
 
-Result<void> EmbeddedHost::control(const std::filesystem::path&, const std::string&, messages::Control::Order) {
-  return Error{.code = Error::Code::BadArgument, .message = "the job host can't do that"};
+// Doesn't start a host: without one, the job isn't loaded.
+Result<void> EmbeddedHost::control(const std::filesystem::path& file, const std::string& label,
+                                   messages::Control::Order order) {
+  if (auto checked = checkLabel(label); !checked) return checked;
+  const hostdata::Control request{.path = file.string(), .label = label, .order = order};
+  auto answer = m_client.ask(request, longestStop + longestAnswer);
+  for (int hosts = 1; hosts < mostHosts && !answer && HostClient::hasEnded(answer.error()); ++hosts) {
+    answer = m_client.ask(request, longestStop + longestAnswer);
+  }
+  if (answer || !HostClient::isNoHost(answer.error())) return withoutContent(answer);
+  return Error{.code = Error::Code::NotFound, .message = label + " isn't loaded: no job host is running", .file = file};
 }
 
 Result<messages::LogLines> EmbeddedHost::log(const messages::LogQuery& query, Cancellation&) {
@@ -113,8 +125,6 @@ Result<void> EmbeddedHost::quit() {
 
 template <typename Request>
 Result<typename Request::Answer> EmbeddedHost::ask(const Request& request, seconds limit) {
-  // A host that ends with its session can be followed by one that was started in the same session.
-  constexpr int mostHosts = 3;
   auto answer = askOne(request, limit);
   for (int hosts = 1; hosts < mostHosts && !answer && mayAskTheNext<Request>(answer.error()); ++hosts) {
     answer = askOne(request, limit);
@@ -144,9 +154,10 @@ bool EmbeddedHost::hasNothingToUnload() const {
   if (connectToHost(m_settings.places.socket)) return false;
   std::error_code failure;
   const HostPlaces& places = m_settings.places;
-  const bool hasLoaded =
-      std::filesystem::exists(places.loadedJobs(), failure) || std::filesystem::exists(places.runs(), failure);
-  return !hasLoaded && !failure;
+  if (std::filesystem::exists(places.loadedJobs(), failure)) return false;
+  const bool hasRuns =
+      std::filesystem::exists(places.runs(), failure) && !std::filesystem::is_empty(places.runs(), failure);
+  return !hasRuns && !failure;
 }
 
 Result<void> EmbeddedHost::launch() {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <functional>
 
 #include "helpers/host/VirtualMachine.h"
 
@@ -78,7 +79,7 @@ TEST(HostedJob, StartsWhenItsKeysSaySo) {
     SCOPED_TRACE(fileOf(row.keys));
     VirtualMachine machine(row.keys);
     machine.duration = row.duration;
-    machine.end = row.end;
+    machine.outcome = row.end;
     machine.load();
     machine.runUntil(row.until);
     EXPECT_EQ(machine.starts, row.starts);
@@ -245,6 +246,219 @@ TEST(HostedJob, IsKilledOnlyAfterItsExitTimeOut) {
     machine.runUntil(row.stops.back().starts_with("forgotten") ? 8 : 100);
     EXPECT_EQ(machine.stops, row.stops);
     EXPECT_EQ(machine.starts, starts) << "an unloaded job is never started";
+  }
+}
+
+TEST(HostedJob, SaysWhyItStarts) {
+  using Cause = RunCause;
+  const struct {
+    Dictionary keys;
+    std::function<void(VirtualMachine&)> event;  ///< at 5 s
+    std::vector<Cause> causes;                   ///< within 70 s
+  } rows[] = {
+      {{{"RunAtLoad", true}}, {}, {Cause::Load}},
+      {{{"RunAtLoad", true}, {"StartInterval", 60}}, {}, {Cause::Load, Cause::Interval}},
+      {{{"StartCalendarInterval", everyMinute}}, {}, {Cause::Calendar}},
+      {{{"KeepAlive", true}, {"ThrottleInterval", 50}}, {}, {Cause::KeepAlive, Cause::KeepAlive}},
+      {{{"RunAtLoad", true}, {"KeepAlive", true}, {"ThrottleInterval", 50}}, {}, {Cause::Load, Cause::KeepAlive}},
+      {{{"WatchPaths", Array{"/w"}}}, [](auto& machine) { machine.job().watchedPathChanged(); }, {Cause::WatchedPath}},
+      {{{"StartOnMount", true}}, [](auto& machine) { machine.job().mounted(); }, {Cause::Mount}},
+      {{{"QueueDirectories", Array{"/q"}}, {"ThrottleInterval", 100}},
+       [](auto& machine) { machine.there.insert("/q"); },
+       {Cause::QueueDirectory}},
+      {{}, [](auto& machine) { machine.job().request(); }, {Cause::Request}},
+      // The first cause counts, and a request before all others.
+      {{{"RunAtLoad", true}, {"StartInterval", 15}, {"WatchPaths", Array{"/w"}}, {"ThrottleInterval", 20}},
+       [](auto& machine) { machine.job().watchedPathChanged(); },
+       {Cause::Load, Cause::WatchedPath, Cause::Interval, Cause::Interval}},
+      {{{"RunAtLoad", true}, {"WatchPaths", Array{"/w"}}},
+       [](auto& machine) {
+         machine.job().watchedPathChanged();
+         machine.job().request();
+       },
+       {Cause::Load, Cause::Request}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(fileOf(row.keys));
+    VirtualMachine machine(row.keys);
+    machine.load();
+    machine.runUntil(5);
+    if (row.event) row.event(machine);
+    machine.settle();
+    machine.runUntil(70);
+    EXPECT_EQ(machine.causes, row.causes);
+  }
+}
+
+TEST(HostedJob, StartsOnRequestAtOnceAndThrottlesTheNextStart) {
+  VirtualMachine machine({{"KeepAlive", true}, {"LaunchOnlyOnce", true}});
+  machine.load();
+  machine.runUntil(4);
+  machine.request();
+  EXPECT_THAT(machine.starts, ElementsAre(0, 4)) << "whatever the throttle interval and LaunchOnlyOnce say";
+  machine.request();
+  machine.runUntil(60);
+  EXPECT_THAT(machine.starts, ElementsAre(0, 4)) << "it was running";
+
+  VirtualMachine throttled({{"KeepAlive", true}});
+  throttled.load();
+  throttled.runUntil(4);
+  throttled.request();
+  throttled.runUntil(25);
+  EXPECT_THAT(throttled.starts, ElementsAre(0, 4, 14, 24)) << "the throttle interval counts from the request";
+
+  VirtualMachine short_({});
+  short_.failures = 1;
+  short_.load();
+  short_.request();
+  short_.runUntil(60);
+  EXPECT_THAT(short_.starts, ElementsAre()) << "the request has failed, and isn't repeated later";
+}
+
+TEST(HostedJob, StopsAndRestarts) {
+  using Calls = std::vector<void (VirtualMachine::*)()>;
+  constexpr auto request = &VirtualMachine::request, stop = &VirtualMachine::stop, restart = &VirtualMachine::restart,
+                 end = &VirtualMachine::end, unload = &VirtualMachine::unload;
+  const struct {
+    Dictionary keys;
+    Calls calls;  ///< each second from 20 on
+    std::vector<std::string> stops;
+    Seconds starts;  ///< until 100
+  } rows[] = {
+      {{{"RunAtLoad", true}}, {stop, end}, {"TERM 20"}, {0}},
+      {{{"RunAtLoad", true}}, {stop, stop, end}, {"TERM 20"}, {0}},
+      {{{"RunAtLoad", true}}, {stop}, {"TERM 20", "KILL 40"}, {0}},
+      {{{"RunAtLoad", true}, {"ExitTimeOut", 3}}, {stop, stop, stop}, {"TERM 20", "KILL 23"}, {0}},
+      {{{"KeepAlive", true}}, {stop, end}, {"TERM 20"}, {0, 21}},
+      {{{"KeepAlive", true}, {"ThrottleInterval", 30}}, {stop, end}, {"TERM 20"}, {0, 30}},
+      {{{"KeepAlive", true}, {"ThrottleInterval", 30}}, {restart, end}, {"TERM 20"}, {0, 21}},
+      {{{"RunAtLoad", true}}, {restart, end}, {"TERM 20"}, {0, 21}},
+      {{{"RunAtLoad", true}}, {stop, request, end}, {"TERM 20"}, {0, 22}},
+      {{{"RunAtLoad", true}}, {restart, stop, end}, {"TERM 20"}, {0}},
+      {{{"RunAtLoad", true}}, {request, end}, {}, {0}},
+      {{{"RunAtLoad", true}}, {stop, unload, end}, {"TERM 20", "forgotten 22"}, {0}},
+      {{{"RunAtLoad", true}}, {restart, unload, end}, {"TERM 20", "forgotten 22"}, {0}},
+      {{}, {stop}, {}, {}},
+      {{}, {restart}, {}, {20}},
+      {{}, {request, request}, {}, {20}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(fileOf(row.keys) + std::to_string(&row - rows));
+    VirtualMachine machine(row.keys);
+    machine.duration.reset();
+    machine.load();
+    machine.runUntil(20);
+    for (std::size_t i = 0; i < row.calls.size(); ++i) {
+      machine.runUntil(20 + static_cast<long>(i));
+      (machine.*row.calls[i])();
+    }
+    machine.runUntil(100);
+    EXPECT_EQ(machine.stops, row.stops);
+    EXPECT_EQ(machine.starts, row.starts);
+  }
+}
+
+TEST(HostedJob, AStopAlsoEndsWhatTheGroupHasLeft) {
+  VirtualMachine machine({{"RunAtLoad", true}});
+  machine.left = 1000s;
+  machine.load();
+  machine.runUntil(3);
+  EXPECT_FALSE(machine.job().isStopped()) << "only its group is stopped";
+  machine.stop();
+  EXPECT_TRUE(machine.job().isStopped());
+  EXPECT_THAT(machine.stops, ElementsAre("TERM 1", "TERM 3"));
+  machine.runUntil(30);
+  EXPECT_EQ(machine.stops.back(), "KILL 21") << "as long after the first signal";
+  machine.clear();
+  EXPECT_FALSE(machine.job().isStopped());
+}
+
+TEST(HostedJob, KnowsTheTimesAtWhichItDidNotRun) {
+  const Dictionary everyHour{{"StartCalendarInterval", Dictionary{{"Minute", 0}}}};
+  constexpr long hour = 3600;
+  VirtualMachine sleeper(everyHour);
+  sleeper.load();
+  sleeper.sleepUntil(3 * hour + 100);
+  EXPECT_THAT(sleeper.missed(), ElementsAre("01:00 asleep", "02:00 asleep")) << "it runs for the third one";
+  sleeper.runUntil(5 * hour);
+  EXPECT_THAT(sleeper.missed(), ElementsAre());
+
+  VirtualMachine busy(everyHour);
+  busy.duration = 90min;
+  busy.load();
+  busy.runUntil(3 * hour + 10);
+  EXPECT_THAT(busy.missed(), ElementsAre("02:00 running"));
+  busy.sleepUntil(6 * hour + 10);
+  EXPECT_THAT(busy.missed(), ElementsAre("04:00 asleep", "05:00 asleep"));
+
+  VirtualMachine interval({{"StartInterval", 600}});
+  interval.duration = 25min;
+  interval.load();
+  interval.runUntil(hour);
+  EXPECT_THAT(interval.missed(), ElementsAre("00:20 running", "00:30 running", "00:50 running", "01:00 running"));
+
+  VirtualMachine once({{"StartInterval", 600}, {"LaunchOnlyOnce", true}});
+  once.duration = 25min;
+  once.load();
+  once.runUntil(2 * hour);
+  EXPECT_THAT(once.missed(), ElementsAre()) << "it wouldn't have run";
+
+  VirtualMachine unloaded(everyHour);
+  unloaded.duration.reset();
+  unloaded.load();
+  unloaded.runUntil(hour);
+  unloaded.unload();
+  unloaded.runUntil(3 * hour);
+  EXPECT_THAT(unloaded.missed(), ElementsAre());
+}
+
+TEST(HostedJob, MissesNothingBecauseTheClockIsSet) {
+  for (const seconds change : {seconds(59min), seconds(-59min), seconds(5h)}) {
+    VirtualMachine machine({{"StartCalendarInterval", Array{Dictionary{{"Minute", 0}}, Dictionary{{"Minute", 30}}}}});
+    machine.load();
+    machine.runUntil(6 * 3600 + 60);
+    machine.setClock(change);
+    machine.runUntil(10 * 3600);
+    EXPECT_THAT(machine.missed(), ElementsAre()) << change.count();
+  }
+}
+
+TEST(HostedJob, CountsTheTimesWithoutAHost) {
+  const Dictionary noon{{"StartCalendarInterval", Dictionary{{"Hour", 12}, {"Minute", 0}}}};
+  const auto missed = [](const Dictionary& keys, sys_seconds from, sys_seconds to) {
+    VirtualMachine machine(keys, "Etc/UTC", to);
+    machine.load(from);
+    return machine.missed();
+  };
+  const sys_seconds day = sys_days(2026y / 3 / 1);
+  EXPECT_THAT(missed(noon, day, day + 60h), ElementsAre("12:00 no host", "12:00 no host", "12:00 no host"));
+  EXPECT_THAT(missed(noon, day + 12h, day + 36h), ElementsAre("12:00 no host")) << "it ran at the first noon";
+  EXPECT_THAT(missed(noon, day + 13h, day + 35h), ElementsAre());
+  EXPECT_THAT(missed(noon, day + 60h, day), ElementsAre()) << "the clock was set back";
+  EXPECT_THAT(missed({{"StartInterval", 600}}, day, day + 60h), ElementsAre()) << "intervals begin with the host";
+  const auto many = missed({{"StartCalendarInterval", everyMinute}}, day, day + days(1000) + 10h);
+  ASSERT_EQ(many.size(), 100U);
+  EXPECT_EQ(many.front(), "08:21 no host");
+  EXPECT_EQ(many.back(), "10:00 no host");
+}
+
+TEST(HostedJob, MissesATimeOfTheChangedHourOnce) {
+  const Dictionary halfPastTwo{{"StartCalendarInterval", Dictionary{{"Hour", 2}, {"Minute", 30}}}};
+  // In Berlin, the clocks are set forward on 29 March at 1:00 UTC, and back on 25 October at 1:00 UTC.
+  const struct {
+    sys_seconds begin;  ///< midnight of the day before, UTC
+    std::vector<std::string> missed;
+  } rows[] = {{sys_days(2026y / 3 / 28), {"01:30 no host", "00:30 no host"}},
+              {sys_days(2026y / 10 / 24), {"00:30 no host", "00:30 no host", "01:30 no host"}}};
+  for (const auto& row : rows) {
+    VirtualMachine absent(halfPastTwo, "Europe/Berlin", row.begin + 60h);
+    absent.load(row.begin);
+    EXPECT_EQ(absent.missed(), row.missed);
+    VirtualMachine asleep(halfPastTwo, "Europe/Berlin", row.begin);
+    asleep.load();
+    asleep.sleepUntil(60 * 3600);
+    EXPECT_EQ(asleep.missed().size(), row.missed.size() - 1) << "it runs for the last one";
+    EXPECT_THAT(asleep.starts, ElementsAre(60 * 3600));
   }
 }
 

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "core/propertylist/Writer.h"
-#include "core/schedule/ComingRuns.h"
 #include "helpers/host/HostedJob.h"
 
 namespace mirvel::host {
@@ -32,11 +31,13 @@ class VirtualMachine {
  public:
   using Order = HostedJob::Order;
 
-  /// `keys` are those of the job besides its label.
-  explicit VirtualMachine(const propertylist::Dictionary& keys) : m_job(JobRules::of(jobWith(keys)), m_surroundings) {}
+  /// `keys` are those of the job besides its label. The running clock begins with 0, the wall clock with `begin`.
+  explicit VirtualMachine(const propertylist::Dictionary& keys, const std::string& zone = "Etc/UTC",
+                          std::chrono::sys_seconds begin = {})
+      : now{.wall = begin}, m_calendar(zone), m_job(JobRules::of(jobWith(keys)), m_surroundings) {}
 
-  void load() {
-    m_job.load(now);
+  void load(std::optional<std::chrono::sys_seconds> absentSince = {}) {
+    m_job.load(now, absentSince);
     settle();
   }
 
@@ -84,11 +85,44 @@ class VirtualMachine {
     settle();
   }
 
+  void request() {
+    m_job.request();
+    settle();
+  }
+
+  void stop() {
+    m_job.stop(now);
+    settle();
+  }
+
+  void restart() {
+    m_job.restart(now);
+    settle();
+  }
+
+  /// Ends the process now.
+  void end() {
+    m_endsAt = now.running;
+    settle();
+  }
+
+  /// What was missed, such as "02:30 asleep", by the wall clock in UTC.
+  std::vector<std::string> missed() {
+    const char* const reasons[] = {"running", "asleep", "no host"};
+    std::vector<std::string> result;
+    for (const MissedRun& run : m_job.takeMissed()) {
+      const auto minute = static_cast<long>(run.time) / 60 % (24 * 60);
+      const auto digits = [](long number) { return std::to_string(100 + number).substr(1); };
+      result.push_back(digits(minute / 60) + ":" + digits(minute % 60) + " " + reasons[static_cast<int>(run.why)]);
+    }
+    return result;
+  }
+
   /// Does what the job decides until it waits.
   void settle() {
     if (m_endsAt && *m_endsAt <= now.running) {
       m_endsAt.reset();
-      m_job.ended(end, now, left > left.zero() ? HostedJob::Left::Others : HostedJob::Left::Nothing);
+      m_job.ended(outcome, now, left > left.zero() ? HostedJob::Left::Others : HostedJob::Left::Nothing);
       if (left > left.zero()) m_clearedAt = now.running + left;
     }
     if (m_clearedAt && *m_clearedAt <= now.running) {
@@ -123,8 +157,9 @@ class VirtualMachine {
   std::optional<std::chrono::seconds> duration = std::chrono::seconds(1);  ///< of a process; none: endless
   std::chrono::seconds left{0};  ///< how long the processes run that it leaves behind
   int failures = 0;              ///< the number of starts that fail temporarily
-  ProcessEnd end;
+  ProcessEnd outcome;
   std::vector<long> starts;
+  std::vector<RunCause> causes;  ///< of the starts
   std::vector<std::string> stops;
   std::set<std::string> there;  ///< paths that exist, folders that hold files, labels that are loaded
 
@@ -137,6 +172,7 @@ class VirtualMachine {
       return m_job.startFailed(now);
     }
     starts.push_back(std::chrono::duration_cast<std::chrono::seconds>(now.running).count());
+    causes.push_back(m_job.cause());
     m_job.started(now);
     if (duration) m_endsAt = now.running + *duration;
   }
@@ -150,14 +186,15 @@ class VirtualMachine {
     return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(now.running).count());
   }
 
-  const ZoneStretches m_zone{"Etc/UTC", {}, std::chrono::sys_days(std::chrono::days(800))};
+  Calendar m_calendar;
   std::optional<std::chrono::milliseconds> m_endsAt;
   std::optional<std::chrono::milliseconds> m_clearedAt;
-  Surroundings m_surroundings{
-      .exists = [this](const std::string& path) { return there.count(path) > 0; },
-      .holdsFiles = [this](const std::string& folder) { return there.count(folder) > 0; },
-      .isLoaded = [this](const std::string& label) { return there.count(label) > 0; },
-      .firstRun = [this](auto rules, auto after) { return mirvel::firstRun(rules, m_zone, after); }};
+  Surroundings m_surroundings{.exists = [this](const std::string& path) { return there.count(path) > 0; },
+                              .holdsFiles = [this](const std::string& folder) { return there.count(folder) > 0; },
+                              .isLoaded = [this](const std::string& label) { return there.count(label) > 0; },
+                              .firstRun = [this](auto rules, auto after) { return m_calendar.firstRun(rules, after); },
+                              .lastRuns = [this](auto rules, auto after, auto until,
+                                                 auto most) { return m_calendar.lastRuns(rules, after, until, most); }};
   HostedJob m_job;
   bool m_isForgotten = false;
 };

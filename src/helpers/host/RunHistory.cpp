@@ -1,0 +1,110 @@
+#include "helpers/host/RunHistory.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "helpers/host/JobReports.h"
+
+namespace mirvel::host {
+
+using namespace std::chrono;
+
+namespace {
+
+double secondsOf(RunHistory::Moment moment) {
+  return static_cast<double>(moment.time_since_epoch().count()) / 1000;
+}
+
+template <typename T>
+void keepNewest(std::vector<T>& all, std::size_t most) {
+  if (all.size() > most) all.erase(all.begin(), all.end() - static_cast<std::ptrdiff_t>(most));
+}
+
+/// Replaces the runs that have the same numbers, and appends the others.
+void mergeRuns(std::vector<RunReport>& known, const std::vector<RunReport>& changed) {
+  for (const RunReport& run : changed) {
+    const auto place = std::lower_bound(known.begin(), known.end(), run.number,
+                                        [](const RunReport& other, auto number) { return other.number < number; });
+    if (place != known.end() && place->number == run.number) {
+      *place = run;
+    } else {
+      known.insert(place, run);
+    }
+  }
+  keepNewest(known, JobReport::mostRuns);
+}
+
+}  // namespace
+
+std::optional<sys_seconds> RunHistory::resume() {
+  const auto found = m_reports.read(m_label, m_isTest);
+  if (!found || !*found) return std::nullopt;
+  const auto& [report, time] = **found;
+  if (!report.runs.empty()) {
+    m_lastNumber = report.runs.back().number;
+    m_runs = {report.runs.back()};
+  }
+  if (!m_runs.empty() && !m_runs.back().end) {
+    RunReport& lost = m_runs.back();
+    lost.end = RunEnd{.how = RunEnd::How::Lost};
+    lost.endTime = std::max(lost.start, secondsOf(time));
+    m_hasNews = true;
+  }
+  return report.isLoaded ? std::optional(time) : std::nullopt;
+}
+
+void RunHistory::prolongLost(Moment now) {
+  if (m_runs.empty() || !m_runs.back().end || m_runs.back().end->how != RunEnd::How::Lost) return;
+  m_runs.back().endTime = std::max(m_runs.back().start, secondsOf(now));
+  m_hasNews = true;
+}
+
+void RunHistory::begin(RunCause cause, Moment now) {
+  m_runs.push_back({.number = ++m_lastNumber, .start = secondsOf(now), .cause = cause});
+  m_hasNews = true;
+}
+
+void RunHistory::setProcess(std::int64_t process) {
+  m_runs.back().process = process;
+}
+
+// While there is no room for a process, the attempts count as one: they would displace all other runs.
+void RunHistory::finish(const RunEnd& end, Moment now) {
+  m_hasNews = true;
+  const auto isShortage = [](const std::optional<RunEnd>& other) {
+    return other && other->how == RunEnd::How::CouldNotStart && other->obstacle == StartObstacle::Resources;
+  };
+  if (isShortage(end) && m_runs.size() > 1 && isShortage(m_runs[m_runs.size() - 2].end)) {
+    m_runs.pop_back();
+    --m_lastNumber;
+  }
+  m_runs.back().end = end;
+  m_runs.back().endTime = secondsOf(now);
+}
+
+void RunHistory::addMissed(std::vector<MissedRun> missed) {
+  if (missed.empty()) return;
+  m_missed.insert(m_missed.end(), missed.begin(), missed.end());
+  keepNewest(m_missed, JobReport::mostMissed);
+  m_hasNews = true;
+}
+
+Result<void> RunHistory::publish(JobReport report) {
+  auto known = m_reports.read(m_label, m_isTest);
+  if (known && *known) {
+    report.runs = std::move((*known)->report.runs);
+    report.missed = std::move((*known)->report.missed);
+  }
+  mergeRuns(report.runs, m_runs);
+  report.missed.insert(report.missed.end(), m_missed.begin(), m_missed.end());
+  keepNewest(report.missed, JobReport::mostMissed);
+  // A file that can't be read for a moment isn't overwritten.
+  auto written = known ? m_reports.write(report) : Result<void>(known.error());
+  keepNewest(m_runs, written ? 1 : JobReport::mostRuns);
+  if (written) m_missed.clear();
+  m_hasNews = !written;
+  return written;
+}
+
+}  // namespace mirvel::host
