@@ -100,10 +100,20 @@ void Host::restore() {
   for (const fs::path& file : files ? *files : std::vector<fs::path>()) restore(file);
   for (const RunRecord& record : m_runRecords.read()) inherit(record);
   m_isNeeded = files && !files->empty();
-  m_reports.tidy(std::chrono::floor<std::chrono::seconds>(currentTime().wall), [this](const std::string& label) {
-    const auto found = m_jobs.find(label);
-    return found != m_jobs.end() && found->second.runner->purpose() == JobRunner::Purpose::Job;
-  });
+  tidyReports();
+}
+
+void Host::tidyReports() {
+  std::vector<std::string> reported;
+  for (const auto& [label, entry] : m_jobs) {
+    if (entry.runner->purpose() == JobRunner::Purpose::Job) reported.push_back(label);
+  }
+  const auto now = std::chrono::floor<std::chrono::seconds>(currentTime().wall);
+  for (const JobReport& outdated : m_reports.tidy(now, reported)) {
+    RunHistory history(m_reports, outdated.label, false);
+    history.resume();
+    (void)history.publish({.label = outdated.label, .path = outdated.path});
+  }
 }
 
 void Host::restore(const fs::path& file) {

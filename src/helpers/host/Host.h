@@ -142,6 +142,7 @@ class Host {
   void watchPaths();
   void watchMounts();
   void takePathChanges();
+  void tidyReports();
   void restoreReports();
   void logTroubles();
   void updateZone(const HostTime& now);

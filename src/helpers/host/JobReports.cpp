@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <set>
 #include <system_error>
 
 #include "core/files/ReadFile.h"
@@ -14,7 +15,6 @@
 #include "core/propertylist/Writer.h"
 #include "core/text/Bytes.h"
 #include "core/text/Strings.h"
-#include "helpers/host/RunHistory.h"
 
 namespace mirvel::host {
 
@@ -173,33 +173,34 @@ bool JobReports::contains(const std::string& label, bool isTest) const {
   return fs::exists(fs::symlink_status(m_folder / reportName(label, isTest), failure));
 }
 
-void JobReports::tidy(sys_seconds now, const std::function<bool(const std::string&)>& isLoaded) {
-  if (!open()) return;
-  std::vector<std::string> names;  // a copy, since files are replaced meanwhile
+std::vector<JobReport> JobReports::tidy(sys_seconds now, const std::vector<std::string>& loaded) {
+  std::vector<JobReport> outdated;
+  if (!open()) return outdated;
+  std::set<std::string> current;
+  for (const std::string& label : loaded) current.insert(reportName(label, false));
+  std::vector<std::string> names;  // a copy, since files are renamed and deleted meanwhile
   std::error_code failure;
   for (fs::directory_iterator entry(m_folder, failure), end; !failure && entry != end; entry.increment(failure)) {
-    names.push_back(entry->path().filename());
+    if (!current.contains(entry->path().filename())) names.push_back(entry->path().filename());
   }
-  for (const std::string& name : names) tidy(name, now, isLoaded);
+  for (const std::string& name : names) {
+    const bool isReport = fs::path(name).extension() == reportExtension;
+    auto found = isReport ? readFile(name) : std::optional<Published>();
+    JobReport* const report = found && *found ? &(*found)->report : nullptr;
+    if (isUseless(name, now) || (report && report->isTest)) {
+      ::unlink((m_folder / name).c_str());
+    } else if (report && (report->isLoaded || report->process != 0)) {
+      outdated.push_back(std::move(*report));
+    }
+  }
+  return outdated;
 }
 
-void JobReports::tidy(const std::string& name, sys_seconds now,
-                      const std::function<bool(const std::string&)>& isLoaded) {
+bool JobReports::isUseless(const std::string& name, sys_seconds now) const {
   const fs::path path = m_folder / name;
   struct stat status {};
   const bool isOld = ::lstat(path.c_str(), &status) == 0 && sys_seconds(seconds(status.st_mtime)) < now - keptFor;
-  if (path.extension() != reportExtension) {
-    if (isOld || path.extension() == unfinishedExtension) ::unlink(path.c_str());
-    return;
-  }
-  const auto found = readFile(name);
-  if (!found || !*found || (!(*found)->report.isTest && isLoaded((*found)->report.label))) return;
-  const JobReport& report = (*found)->report;
-  if (isOld || report.isTest) ::unlink(path.c_str());
-  if (isOld || report.isTest || (!report.isLoaded && report.process == 0)) return;
-  RunHistory history(*this, report.label, false);
-  history.resume();
-  (void)history.publish({.label = report.label, .path = report.path});
+  return isOld || path.extension() == unfinishedExtension;
 }
 
 }  // namespace mirvel::host

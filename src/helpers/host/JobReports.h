@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -40,10 +39,10 @@ class JobReports {
   void remove(const std::string& label, bool isTest);
   bool contains(const std::string& label, bool isTest) const;
 
-  /// Called once the jobs of an earlier host are loaded again. Reports of other jobs say from now on that they aren't
-  /// loaded, and those that haven't changed for `keptFor` are deleted. So are those of test runs, and files that a
-  /// killed host has left.
-  void tidy(std::chrono::sys_seconds now, const std::function<bool(const std::string& label)>& isLoaded);
+  /// Called once the jobs of an earlier host are loaded again. Deletes reports of other jobs that haven't changed for
+  /// `keptFor`, those of test runs, and files that a killed host has left. Returns the other reports of jobs that are
+  /// loaded or running according to them, but aren't. `loaded` are the labels of the loaded jobs.
+  std::vector<JobReport> tidy(std::chrono::sys_seconds now, const std::vector<std::string>& loaded);
 
   /// What went wrong since the last call, for the log.
   std::vector<Error> takeTroubles() { return std::exchange(m_troubles, {}); }
@@ -54,8 +53,7 @@ class JobReports {
   Result<void> replace(const JobReport& report) const;
   void noteFailure(const Error& error);
   void setAside(const std::string& name, Error damage);
-  void tidy(const std::string& name, std::chrono::sys_seconds now,
-            const std::function<bool(const std::string& label)>& isLoaded);
+  bool isUseless(const std::string& name, std::chrono::sys_seconds now) const;
 
   std::filesystem::path m_folder;
   Readers m_readers;

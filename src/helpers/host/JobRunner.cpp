@@ -38,6 +38,15 @@ ProcessEnd processEnd(const RunEnd& end) {
   return {.code = startFailureCode};
 }
 
+/// Never `NotFound`, which means that the job isn't loaded.
+Error errorOf(const StartFailure& failure) {
+  const bool isShortage = failure.obstacle == StartObstacle::Resources;
+  return {.code = isShortage ? Error::Code::LimitExceeded : Error::Code::Io,
+          .message = failure.text(),
+          .file = failure.subject,
+          .systemCode = failure.systemCode};
+}
+
 /// Whether the reports say the same. The next run of an interval varies a little with the speed of the clock.
 bool isSameState(JobReport a, const JobReport& b) {
   const bool isSameRun = a.nextRun && b.nextRun && std::abs(*a.nextRun - *b.nextRun) < 2;
@@ -95,8 +104,10 @@ HostedJobStatus JobRunner::status(const HostTime& now) const {
 }
 
 void JobRunner::load(const HostTime& now) {
-  const auto absentSince = m_history.resume();
-  m_job.load(now, m_purpose == Purpose::Job ? absentSince : std::nullopt);
+  const auto last = m_history.resume();
+  if (last) m_published = last->report;
+  const bool wasLoaded = last && last->report.isLoaded && m_purpose == Purpose::Job;
+  m_job.load(now, wasLoaded ? std::optional(last->time) : std::nullopt);
 }
 
 void JobRunner::quit(const HostTime& now) {
@@ -112,7 +123,7 @@ JobReport JobRunner::state(const HostTime& now) const {
     report.processStart = m_run.start;
   }
   report.isStopping = m_job.isStopping();
-  const auto nextRun = m_job.isUnloaded() ? std::nullopt : m_job.nextRun(now);
+  const auto nextRun = report.isLoaded ? m_job.nextRun(now) : std::nullopt;
   if (nextRun) report.nextRun = static_cast<double>(nextRun->time_since_epoch().count());
   return report;
 }
@@ -186,7 +197,7 @@ void JobRunner::startFailed(const Error& why, const HostTime& now) {
   logAboutJob("can't be started: " + why.text());
   m_startFailure = StartFailure::of(why, m_plan);
   m_attempt.isSettled = true;
-  m_attempt.failure = why;
+  m_attempt.failure = errorOf(*m_startFailure);
   m_history.finish(m_startFailure->end(), currentTime().wall);
   if (why.code == Error::Code::LimitExceeded) return m_job.startFailed(now);  // there may be room for it later
   noteFirstRun();
@@ -202,8 +213,7 @@ void JobRunner::takeStartFailure() {
   m_process.failure.reset();
   m_attempt.isSettled = true;
   if (!m_startFailure) return;
-  m_attempt.failure = systemError(m_startFailure->systemCode, "start it", m_startFailure->subject);
-  m_attempt.failure->message = m_startFailure->text();
+  m_attempt.failure = errorOf(*m_startFailure);
 }
 
 void JobRunner::noteFirstRun() {

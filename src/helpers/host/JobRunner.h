@@ -85,7 +85,7 @@ class JobRunner {
   struct Attempt {
     std::uint64_t number = 0;           ///< counts the attempts since the job was loaded
     bool isSettled = false;             ///< whether the program is known to run, or not to
-    std::optional<Error> failure = {};  ///< why it doesn't; `Io`, `NotFound`, `NotPermitted` or `LimitExceeded`
+    std::optional<Error> failure = {};  ///< why it doesn't; `Io`, or `LimitExceeded` if there may be room for it later
   };
   const Attempt& attempt() const { return m_attempt; }
   /// The first run since the job was loaded, once it has ended.

@@ -4,8 +4,6 @@
 #include <iterator>
 #include <utility>
 
-#include "helpers/host/JobReports.h"
-
 namespace mirvel::host {
 
 using namespace std::chrono;
@@ -37,10 +35,10 @@ void mergeRuns(std::vector<RunReport>& known, const std::vector<RunReport>& chan
 
 }  // namespace
 
-std::optional<sys_seconds> RunHistory::resume() {
-  const auto found = m_reports.read(m_label, m_isTest);
+std::optional<JobReports::Published> RunHistory::resume() {
+  auto found = m_reports.read(m_label, m_isTest);
   if (!found || !*found) return std::nullopt;
-  const auto& [report, time] = **found;
+  auto& [report, time] = **found;
   if (!report.runs.empty()) {
     m_lastNumber = report.runs.back().number;
     m_runs = {report.runs.back()};
@@ -51,7 +49,9 @@ std::optional<sys_seconds> RunHistory::resume() {
     lost.endTime = std::max(lost.start, secondsOf(time));
     m_hasNews = true;
   }
-  return report.isLoaded ? std::optional(time) : std::nullopt;
+  report.runs.clear();
+  report.missed.clear();
+  return *std::move(found);
 }
 
 void RunHistory::prolongLost(Moment now) {

@@ -7,10 +7,9 @@
 
 #include "core/base/Result.h"
 #include "core/messages/JobReport.h"
+#include "helpers/host/JobReports.h"
 
 namespace mirvel::host {
-
-class JobReports;
 
 /// The runs of one label. They are kept in its report only: in memory are those that aren't written yet, and the last
 /// one, which is written again if the file was deleted. For one thread.
@@ -23,9 +22,9 @@ class RunHistory {
       : m_reports(reports), m_label(std::move(label)), m_isTest(isTest) {}
 
   /// Continues what an earlier host or an earlier loading of the job has left. A run without an end becomes `Lost`; it
-  /// ends when it was last known to run. Returns when the job was last known to be loaded, if it was never unloaded
-  /// after that. Called once, before the other functions.
-  std::optional<std::chrono::sys_seconds> resume();
+  /// ends when it was last known to run. Returns the last report, without the runs; none if there is none. Called once,
+  /// before the other functions.
+  std::optional<JobReports::Published> resume();
   /// The processes of a lost run were found and are being stopped: it ends now.
   void prolongLost(Moment now);
 

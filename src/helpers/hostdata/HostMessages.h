@@ -181,9 +181,10 @@ struct WaitForEnd {
 };
 
 /// Starts or stops a loaded job. The reply to a start is sent when the program runs, or as the error that kept it from
-/// running; to a stop, when all processes of the run have ended. A running job isn't started, nor another one stopped.
-/// `NotFound` if the label isn't loaded from the file or is unloaded meanwhile, `Cancelled` if another client stops the
-/// job before it is started, and `StillRunning` after `longestStop`: the host then continues.
+/// running (`Io`, or `LimitExceeded` if there may be room for it later); to a stop, when all processes of the run have
+/// ended. A running job isn't started, nor another one stopped. `NotFound` if the label isn't loaded from the file or
+/// is unloaded meanwhile, `Cancelled` if another client stops the job before it is started, and `StillRunning` after
+/// `longestStop`: the host then continues.
 struct Control {
   static constexpr std::string_view name = "control";
   using Answer = Nothing;

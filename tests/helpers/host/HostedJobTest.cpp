@@ -307,12 +307,12 @@ TEST(HostedJob, StartsOnRequestAtOnceAndThrottlesTheNextStart) {
   throttled.runUntil(25);
   EXPECT_THAT(throttled.starts, ElementsAre(0, 4, 14, 24)) << "the throttle interval counts from the request";
 
-  VirtualMachine short_({});
-  short_.failures = 1;
-  short_.load();
-  short_.request();
-  short_.runUntil(60);
-  EXPECT_THAT(short_.starts, ElementsAre()) << "the request has failed, and isn't repeated later";
+  VirtualMachine scarce({});
+  scarce.failures = 1;
+  scarce.load();
+  scarce.request();
+  scarce.runUntil(60);
+  EXPECT_THAT(scarce.starts, ElementsAre()) << "the request has failed, and isn't repeated later";
 }
 
 TEST(HostedJob, StopsAndRestarts) {

@@ -7,11 +7,13 @@
 #include <deque>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <random>
 
 #include "core/files/RegularFile.h"
 #include "core/process/FileDescriptor.h"
 #include "core/process/SystemProcessRunner.h"
+#include "core/propertylist/Reader.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/action/RequestHandler.h"
 #include "helpers/host/Daemon.h"
@@ -164,6 +166,7 @@ class KillTest : public testing::TestWithParam<Scene> {
     checkFiles();
     checkLoaded();
     checkProcesses();
+    checkReports();
   }
 
   void checkFiles() {
@@ -203,6 +206,26 @@ class KillTest : public testing::TestWithParam<Scene> {
     ASSERT_TRUE(host::eventually([&] { return others().empty(); }))
         << testing::PrintToString(others()) << " are running as well";
     ASSERT_TRUE(host::isAlive(std::to_string(*m_process)));
+  }
+
+  /// The report has the current run, and an end for each earlier one; nothing is left of a test.
+  void checkReports() {
+    const fs::path reports = HostPlaces::of(m_roots).reports;
+    JobReport report;
+    const auto isRight = [&] {
+      const auto dictionary = propertylist::readDictionary(reports / (std::string(label) + ".plist"), 1 << 20);
+      const auto found = dictionary ? JobReport::read(*dictionary) : dictionary.error();
+      if (found) report = *found;
+      return found && found->isLoaded && found->process == *m_process && found->runs.back().process == *m_process;
+    };
+    ASSERT_TRUE(host::eventually(isRight)) << report.runs.size() << " runs, process " << report.process;
+    for (std::size_t i = 0; i < report.runs.size(); ++i) {
+      const bool isLast = i + 1 == report.runs.size();
+      EXPECT_EQ(report.runs[i].end.has_value(), !isLast);
+      EXPECT_EQ(report.runs[i].number, report.runs[0].number + static_cast<std::int64_t>(i));
+    }
+    ASSERT_TRUE(host::eventually([&] { return std::distance(fs::directory_iterator(reports), {}) == 1; }))
+        << "files of a test or of an unfinished report";
   }
 
   /// The process IDs that the last runs have written.
