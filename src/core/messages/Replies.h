@@ -99,11 +99,4 @@ propertylist::Dictionary write(const Reply& reply);
 /// with `MissingKey` or `WrongType` if the requested content is missing.
 Result<Reply> readReply(Kind request, const propertylist::Dictionary& dictionary);
 
-/// A time as the key of a dictionary: decimal seconds since 1970, rounded to microseconds, without trailing zeros, such
-/// as "1700000000.25".
-std::string dateKey(double seconds);
-
-/// The seconds of such a key; none for any other text, and for times of more than 10^12 seconds.
-std::optional<double> dateOfKey(std::string_view key);
-
 }  // namespace mirvel::messages

@@ -36,6 +36,7 @@ messages::LogLines replyOf(const messages::LogLines& log) {
     size += reply.lines.back().message.size() + sizeof(*line);
   }
   std::reverse(reply.lines.begin(), reply.lines.end());
+  reply.dropped += std::ssize(log.lines) - std::ssize(reply.lines);
   return reply;
 }
 

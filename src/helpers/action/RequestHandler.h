@@ -42,8 +42,8 @@ class RequestHandler {
 
   /// Decodes a request, carries it out, and encodes the reply. A request that can't be decoded has an error as reply.
   propertylist::Dictionary handle(const propertylist::Dictionary& dictionary);
-  /// Blocks until the request has been carried out or has failed. Only tests can be cancelled. A subscription is
-  /// refused here; see `subscribe`.
+  /// Blocks until the request has been carried out or has failed. Only tests and queries of the log can be
+  /// cancelled. A subscription is refused here; see `subscribe`.
   messages::Reply answer(const messages::Request& request, Cancellation& cancellation);
   /// See `Setup::publisher`.
   std::shared_ptr<void> subscribe(const messages::Subscribe& request, EventReceiver receiver) const;

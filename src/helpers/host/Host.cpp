@@ -19,7 +19,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* zoneFile = "/etc/localtime";
-constexpr const char* ownLabel = "mirvel-host";  // in the log
 
 bool holdsFiles(const std::string& folder) {
   std::error_code failure;
@@ -70,12 +69,14 @@ Host::Host(Settings settings, PollLoop& loop)
       m_discarded(loop),
       m_reports(m_settings.places.reports,
                 m_settings.places.areReportsPublic ? JobReports::Readers::Everyone : JobReports::Readers::Owner),
+      m_capture(loop, m_log),
       m_shared{.loop = loop,
                .log = m_log,
                .records = m_runRecords,
                .environment = m_settings.environment,
                .discarded = m_discarded,
-               .reports = m_reports},
+               .reports = m_reports,
+               .capture = m_capture},
       m_surroundings{.exists = exists,
                      .holdsFiles = holdsFiles,
                      .isLoaded = [this](const std::string& label) { return isLoaded(label) && !isEnding(label); },
@@ -84,7 +85,7 @@ Host::Host(Settings settings, PollLoop& loop)
                                         auto most) { return m_calendar.lastRuns(rules, after, until, most); }},
       m_pathWatch(makePathWatch()) {
   watchPaths();
-  m_log.prune(currentTime().wall);
+  m_log.prune();
 }
 
 Host::~Host() {
@@ -213,7 +214,10 @@ Result<std::string> Host::add(const fs::path& file, const jobfile::Plist& plist,
         .code = Error::Code::MissingKey, .message = "there is neither Program nor ProgramArguments", .file = file};
   }
   const auto purpose = lifetime == Lifetime::Temporary ? JobRunner::Purpose::Test : JobRunner::Purpose::Job;
-  JobRunner& runner = *insert(file, JobRules::of(plist), std::move(plan), lifetime, purpose).runner;
+  const bool hasOwnLog = lifetime == Lifetime::Temporary && m_log.newest(label) == 0;
+  Entry& entry = insert(file, JobRules::of(plist), std::move(plan), lifetime, purpose);
+  entry.hasOwnLog = hasOwnLog;
+  JobRunner& runner = *entry.runner;
   const HostedJob& job = runner.job();
   for (const std::string& path : job.rules().pathsToWatch()) m_pathWatch->add(path);
   if (job.rules().startOnMount) watchMounts();
@@ -233,13 +237,13 @@ Host::Entry& Host::insert(const fs::path& file, JobRules rules, ProcessPlan plan
 
 void Host::logUnsupported(const std::string& label, const jobfile::Plist& plist) {
   for (const std::string& name : unservedKeys(plist)) {
-    addToLog(label, label + ": the key " + name + " isn't supported by this host; the rest of the job is run");
+    addToLog(label, "the key " + name + " isn't supported by this host; the rest of the job is run");
   }
   for (const std::string& name : unusableValues(plist)) {
-    addToLog(label, label + ": the value of " + name + " can't be used; the rest of the job is run");
+    addToLog(label, "the value of " + name + " can't be used; the rest of the job is run");
   }
   if (plist.startOnMount == true && m_mountWatch.descriptor() < 0) {
-    addToLog(label, label + ": mounts can't be noticed on this system; the rest of the job is run");
+    addToLog(label, "mounts can't be noticed on this system; the rest of the job is run");
   }
 }
 
@@ -339,6 +343,7 @@ void Host::collect() {
 }
 
 void Host::settle() {
+  m_capture.settle();
   const HostTime now = currentTime();
   updateClock(now);
   if (mustPoll()) takePathChanges();
@@ -361,6 +366,11 @@ void Host::followDecisions(const HostTime& now) {
       if (!runner->followDecisions(now)) forget(label);
     }
   }
+}
+
+std::optional<std::chrono::milliseconds> Host::wakeAt() const {
+  const auto output = m_capture.wakeAt();
+  return output && m_wakeAt ? std::min(*output, *m_wakeAt) : output ? output : m_wakeAt;
 }
 
 void Host::planWake(const HostTime& now) {
@@ -456,6 +466,7 @@ bool Host::saveAgain() {
 void Host::forget(const std::string& label) {
   const auto found = m_jobs.find(label);
   for (const std::string& path : found->second.runner->job().rules().pathsToWatch()) m_pathWatch->remove(path);
+  if (found->second.hasOwnLog) m_log.remove(label);
   m_jobs.erase(found);
   m_hasNews = true;
   if (m_quitBy) return;
@@ -464,11 +475,11 @@ void Host::forget(const std::string& label) {
 }
 
 void Host::logMessage(const std::string& text) {
-  addToLog(ownLabel, text);
+  addToLog(hostdata::Log::ownLabel, text);
 }
 
 void Host::addToLog(const std::string& label, const std::string& text) {
-  (void)m_log.add(label, currentTime().wall, {text});  // jobs run even if the disk is full
+  (void)m_log.addEvent(label, text);  // jobs run even if the disk is full
 }
 
 }  // namespace mirvel::host

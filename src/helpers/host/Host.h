@@ -90,7 +90,9 @@ class Host {
   bool saveAgain();
   /// Adds a line about the host itself to the log.
   void logMessage(const std::string& text);
-  const JobLog& log() const { return m_log; }
+  JobLog& log() { return m_log; }
+  /// See `OutputCapture::follow`.
+  void followLogs(const std::set<std::string>& labels) { m_capture.follow(labels); }
 
   bool isLoaded(const std::string& label) const { return m_jobs.find(label) != m_jobs.end(); }
   bool isLoaded(Serial job) const { return find(job) != nullptr; }
@@ -111,13 +113,14 @@ class Host {
   /// Whether `settle` also has to be called every `PathWatch::pollingSeconds`.
   bool mustPoll() const { return m_pathWatch->descriptor() < 0; }
   /// When to call `settle` again if nothing happens before, on the running clock; none: only after an event.
-  std::optional<std::chrono::milliseconds> wakeAt() const { return m_wakeAt; }
+  std::optional<std::chrono::milliseconds> wakeAt() const;
 
  private:
   struct Entry {
     Serial serial;
     Lifetime lifetime;
     std::unique_ptr<JobRunner> runner;
+    bool hasOwnLog = false;  ///< a temporary job's, which is deleted with it
 
     bool isUnloaded() const { return runner->job().isUnloaded(); }
   };
@@ -163,6 +166,7 @@ class Host {
   RunRecords m_runRecords;
   DiscardedOutputs m_discarded;
   JobReports m_reports;
+  OutputCapture m_capture;
   const JobRunner::Shared m_shared;
   Surroundings m_surroundings;
   std::unique_ptr<PathWatch> m_pathWatch;

@@ -5,185 +5,204 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <system_error>
 #include <utility>
 
-#include "core/files/ReadFile.h"
-#include "core/files/RegularFile.h"
-#include "core/messages/Replies.h"
 #include "core/process/FileDescriptor.h"
 #include "core/text/Strings.h"
 
 namespace mirvel::host {
 
 namespace fs = std::filesystem;
-using namespace std::chrono;
+using messages::LogLine;
 
 namespace {
 
-constexpr const char* extension = ".log";
-constexpr const char* olderExtension = ".older";
+constexpr std::size_t largestBlock = std::size_t{32} << 10U;  // much less than a half of any file
 
-// A label can contain slashes and other characters that a file name can't.
-std::string fileName(const std::string& label) {
-  constexpr std::size_t longest = 180;
-  std::string name = String::percentEncoded(label, "-_.");
-  if (name.starts_with('.')) name.replace(0, 1, "%2e");
-  // Long labels with the same beginning share a file, which is harmless: each line begins with its label.
-  if (name.size() > longest) name.resize(longest);
-  return name;
+struct LogFile {
+  FileDescriptor descriptor;
+  std::size_t size = 0;
+};
+
+/// The size without a last line that is incomplete, because a host was killed or the disk was full.
+std::size_t completeSize(int file, std::size_t size) {
+  std::array<char, 4096> piece;
+  while (size > 0) {
+    const std::size_t count = std::min(size, piece.size());
+    if (::pread(file, piece.data(), count, static_cast<off_t>(size - count)) != static_cast<ssize_t>(count)) break;
+    const std::string_view bytes(piece.data(), count);
+    const std::size_t end = bytes.find_last_of('\n');
+    if (end != std::string_view::npos) return size - count + end + 1;
+    size -= count;
+  }
+  return size;
 }
 
-/// "1700000000.250 text\n". The time has a fixed number of digits, so that it is easy to read in a terminal.
-std::string lineText(JobLog::Moment now, const std::string& text) {
-  const auto milliseconds = now.time_since_epoch().count();
-  const std::string fraction = std::to_string(1000 + milliseconds % 1000).substr(1);
-  std::string result = std::to_string(milliseconds / 1000) + '.' + fraction + ' ' + text;
-  std::replace(result.begin(), result.end(), '\n', ' ');
-  return result + '\n';
-}
-
-Result<void> append(const fs::path& file, const std::string& bytes) {
-  const FileDescriptor opened(::open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-  if (!opened) return systemError(errno, "open", file);
-  // Without fsync: losing the last lines when the power fails is better than waiting for the disk at each line.
-  const ssize_t written = ::write(opened.number(), bytes.data(), bytes.size());
-  if (written != static_cast<ssize_t>(bytes.size())) return systemError(written < 0 ? errno : ENOSPC, "write", file);
+/// Opens a file for appending, and removes an incomplete last line.
+Result<LogFile> openLog(const fs::path& path) {
+  LogFile file{.descriptor = FileDescriptor(
+                   ::open(path.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600))};
   struct stat status {};
-  if (::fstat(opened.number(), &status) != 0 || status.st_size < static_cast<off_t>(JobLog::fileSize)) return {};
-  fs::path older = file;
-  older += olderExtension;
-  if (::rename(file.c_str(), older.c_str()) != 0) return systemError(errno, "rename", file);
-  return {};
+  if (!file.descriptor || ::fstat(file.descriptor.number(), &status) != 0) return systemError(errno, "open", path);
+  file.size = completeSize(file.descriptor.number(), static_cast<std::size_t>(status.st_size));
+  if (file.size == static_cast<std::size_t>(status.st_size)) return file;
+  if (::ftruncate(file.descriptor.number(), static_cast<off_t>(file.size)) == 0) return file;
+  return systemError(errno, "repair", path);
 }
 
-/// At most about `most` bytes from the end of a file, beginning with a whole line.
-Result<std::string> readEnd(const fs::path& file, std::size_t most) {
-  const auto opened = RegularFile::open(file);
-  if (!opened) return opened.error();
-  const bool isWhole = opened->size <= most;
-  if (!isWhole) ::lseek(opened->descriptor.number(), static_cast<off_t>(opened->size - most), SEEK_SET);
-  auto bytes = readFile(opened->descriptor.number(), 2 * most, file);  // the file may have grown since it was opened
-  if (bytes && !isWhole) bytes->erase(0, bytes->find('\n'));
-  return bytes;
-}
-
-/// Appends the matching lines of one file.
-void findIn(const fs::path& file, double since, std::string_view text, std::vector<messages::LogLine>& result) {
-  const auto bytes = readEnd(file, 4 * JobLog::fileSize);
-  if (!bytes) return;  // rotated or pruned since the folder was listed
-  std::string_view rest = *bytes;
-  while (!rest.empty()) {
-    const std::string_view line = rest.substr(0, rest.find('\n'));
-    rest.remove_prefix(std::min(rest.size(), line.size() + 1));
-    const std::size_t blank = line.find(' ');
-    const auto seconds = messages::dateOfKey(line.substr(0, blank));
-    if (!seconds || *seconds < since || blank == std::string_view::npos) continue;
-    const std::string_view message = line.substr(blank + 1);
-    if (message.find(text) != std::string_view::npos)
-      result.push_back({.seconds = *seconds, .message = std::string(message)});
-  }
-}
-
-/// The log files of the folder; none if the folder doesn't exist yet.
-std::vector<fs::path> filesIn(const fs::path& folder) {
-  std::error_code failure;
-  std::vector<fs::path> result;
-  for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end; entry.increment(failure)) {
-    const auto kind = entry->path().extension();
-    if (kind == extension || kind == olderExtension) result.push_back(entry->path());
-  }
-  std::sort(result.begin(), result.end(), std::greater<>());  // ".log.older" before ".log" of the same label
+/// Heads without lines for the next half: where this half and those before it began. They allow to count the lines of a
+/// period even if most of them are gone. The first one is always kept, the others get sparser with their age.
+std::string marksOf(const LogFile& file) {
+  constexpr std::size_t mostMarks = 32;
+  std::array<char, 4096> beginning;
+  const ssize_t count = ::pread(file.descriptor.number(), beginning.data(), beginning.size(), 0);
+  LogBlocks blocks({beginning.data(), count > 0 ? static_cast<std::size_t>(count) : 0});
+  std::vector<LogHead> marks;
+  for (auto item = blocks.next(); item && !item->line; item = blocks.next()) marks.push_back(item->position);
+  std::string result;
+  const std::size_t step = marks.size() > mostMarks ? 2 : 1;
+  for (std::size_t i = 0; i < marks.size(); i += step) result += marks[i].text();
   return result;
 }
 
-void keepYoungest(std::vector<messages::LogLine>& lines, std::size_t maximumBytes) {
-  std::size_t size = 0;
-  auto first = lines.end();
-  while (first != lines.begin() && size + std::prev(first)->message.size() <= maximumBytes) {
-    --first;
-    size += first->message.size() + sizeof(messages::LogLine);
+// Without fsync: losing the last lines when the power fails is better than waiting for the disk at each line.
+Result<void> appendBlock(const fs::path& path, const std::string& block, std::size_t half) {
+  auto file = openLog(path);
+  if (!file) return file.error();
+  std::string marks;
+  if (file->size > 0 && file->size + block.size() > half) {
+    marks = marksOf(*file);
+    const fs::path older = StoredLog::olderHalf(path);
+    if (::rename(path.c_str(), older.c_str()) != 0) return systemError(errno, "rename", path);
+    file = openLog(path);
+    if (!file) return file.error();
   }
-  lines.erase(lines.begin(), first);
+  const std::string bytes = marks + block;
+  const ssize_t written = ::write(file->descriptor.number(), bytes.data(), bytes.size());
+  if (written == static_cast<ssize_t>(bytes.size())) return {};
+  return systemError(written < 0 ? errno : ENOSPC, "write", path);  // the next call removes an incomplete line
+}
+
+Result<void> writeBlock(const fs::path& path, const std::string& block, std::size_t half) {
+  auto written = appendBlock(path, block, half);
+  if (written || written.error().code != Error::Code::NotFound) return written;
+  std::error_code failure;
+  fs::create_directory(path.parent_path(), failure);  // on failure, the next call reports the reason
+  return appendBlock(path, block, half);
 }
 
 }  // namespace
 
-fs::path JobLog::fileOf(const std::string& label) const {
-  return m_folder / (fileName(label) + extension);
+LogMoment JobLog::systemMoment() {
+  return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
 }
 
-Result<void> JobLog::add(const std::string& label, Moment now, const std::vector<std::string>& lines) const {
+JobLog::JobLog(fs::path folder, Clock clock) : m_folder(std::move(folder)), m_clock(std::move(clock)) {}
+
+JobLog::Label::Label(StoredLog stored) : files(std::move(stored)) {
+  const auto position = files.newest();
+  if (!position) return;
+  last = newest = position->number;
+  time = position->time;
+}
+
+JobLog::Label& JobLog::find(const std::string& label) {
+  const auto found = m_labels.find(label);
+  if (found != m_labels.end()) return found->second;
+  return m_labels.emplace(label, Label(StoredLog(m_folder, label))).first->second;
+}
+
+LogMoment JobLog::momentFor(const Label& label) const {
+  const LogMoment now = m_clock();
+  const bool isCorrected = now < label.time && label.time - now < std::chrono::hours(1);
+  return isCorrected ? label.time : now;
+}
+
+JobLog::Target JobLog::output(const Label& label, LogLine::Kind kind) {
+  return {.file = label.files.output(), .half = outputSize / 2, .kind = kind};
+}
+
+Result<void> JobLog::addOutput(const std::string& label, const std::vector<std::string>& lines) {
   if (lines.empty()) return {};
-  std::error_code failure;
-  fs::create_directory(m_folder, failure);  // on failure, the open below reports the reason
-  // In pieces: with their time and label, short lines become several times as long, and a file is rotated only after a
-  // write.
-  std::string bytes;
-  for (const std::string& line : lines) {
-    bytes += lineText(now, line);
-    if (bytes.size() < fileSize) continue;
-    if (auto appended = append(fileOf(label), std::exchange(bytes, {})); !appended) return appended;
-  }
-  return bytes.empty() ? Result<void>() : append(fileOf(label), bytes);
+  Label& found = find(label);
+  return add(found, output(found, LogLine::Kind::Output), lines);
 }
 
-std::vector<messages::LogLine> JobLog::find(Moment since, std::string_view text, std::size_t maximumBytes) const {
-  const double begin = static_cast<double>(since.time_since_epoch().count()) / 1000;
-  std::vector<messages::LogLine> result;
-  for (const fs::path& file : filesIn(m_folder)) findIn(file, begin, text, result);
-  std::stable_sort(result.begin(), result.end(), [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
-  keepYoungest(result, maximumBytes);
-  return result;
+Result<void> JobLog::addEvent(const std::string& label, const std::string& text) {
+  Label& found = find(label);
+  return add(found, {.file = found.files.events(), .half = eventsSize / 2, .kind = LogLine::Kind::Event},
+             {std::string(String::firstBytes(text, longestEvent))});
 }
 
-void JobLog::prune(Moment now) const {
-  const auto oldest = duration_cast<seconds>((now - keptFor).time_since_epoch()).count();
-  for (const fs::path& file : filesIn(m_folder)) {
-    struct stat status {};
-    if (::stat(file.c_str(), &status) == 0 && status.st_mtime < oldest) ::unlink(file.c_str());
-  }
+// Among the output, so that a job that prints too much can't displace events.
+Result<void> JobLog::addDropped(const std::string& label, std::int64_t lines, const std::string& text) {
+  Label& found = find(label);
+  found.last += lines;
+  return add(found, output(found, LogLine::Kind::Event), {text});
 }
 
-std::vector<std::string> OutputLines::add(std::string_view bytes, std::chrono::milliseconds now) {
-  std::vector<std::string> result;
-  if (!hasRoom(bytes.size(), now)) {
-    if (!std::exchange(m_isFull, true)) {
-      result = finish();
-      result.emplace_back("[the job prints too much: its output is dropped for some seconds]");
+Result<void> JobLog::add(Label& label, const Target& target, const std::vector<std::string>& lines) const {
+  label.time = momentFor(label);
+  Result<void> result;
+  for (auto line = lines.begin(); line != lines.end();) {
+    std::string block = LogHead{.number = label.last + 1, .time = label.time, .kind = target.kind}.text();
+    do {
+      std::string text = *line++;
+      std::replace(text.begin(), text.end(), '\n', ' ');
+      block.append(1, '|').append(text).append(1, '\n');
+      ++label.last;
+    } while (line != lines.end() && block.size() + line->size() < largestBlock);
+    if (auto written = writeBlock(target.file, block, target.half); !written) {
+      result = std::move(written);
+    } else {
+      label.newest = label.last;
     }
-    return result;
-  }
-  while (!bytes.empty()) {
-    const std::size_t end = std::min(bytes.find('\n'), bytes.size());
-    const std::size_t count = std::min(end, longestLine - m_line.size());
-    m_line += bytes.substr(0, count);
-    bytes.remove_prefix(count);
-    const bool isEnded = !bytes.empty() && bytes.front() == '\n';
-    if (isEnded) bytes.remove_prefix(1);
-    if (isEnded || m_line.size() == longestLine) result.push_back(takeLine());
   }
   return result;
 }
 
-std::vector<std::string> OutputLines::finish() {
-  if (m_line.empty()) return {};
-  return {takeLine()};
+std::int64_t JobLog::newest(const std::string& label) {
+  const auto found = m_labels.find(label);
+  if (found != m_labels.end()) return found->second.newest;
+  Label stored{StoredLog(m_folder, label)};
+  if (stored.newest == 0) return 0;  // not remembered: a client may ask for any number of labels
+  return m_labels.emplace(label, std::move(stored)).first->second.newest;
 }
 
-bool OutputLines::hasRoom(std::size_t size, std::chrono::milliseconds now) {
-  if (now >= m_periodEnd) {
-    m_periodEnd = now + period;
-    m_kept = 0;
-    m_isFull = false;
+std::string JobLog::blocks(const std::string& label, const LogRange& range) const {
+  return StoredLog(m_folder, label).blocks(range);
+}
+
+void JobLog::remove(const std::string& label) {
+  const StoredLog files(m_folder, label);
+  for (const fs::path& file : {files.output(), files.events()}) {
+    ::unlink(file.c_str());
+    ::unlink(StoredLog::olderHalf(file).c_str());
   }
-  m_kept += std::min(size, allowance);
-  return !m_isFull && m_kept <= allowance;
+  m_labels.erase(label);
 }
 
-std::string OutputLines::takeLine() {
-  return std::exchange(m_line, {});
+// Both halves of both files have to be old, or the counter would begin again.
+void JobLog::prune() {
+  const auto oldest =
+      std::chrono::duration_cast<std::chrono::seconds>((m_clock() - keptFor).time_since_epoch()).count();
+  std::map<std::string, std::pair<bool, std::vector<fs::path>>> byLabel;
+  std::error_code failure;
+  for (fs::directory_iterator entry(m_folder, failure), end; !failure && entry != end; entry.increment(failure)) {
+    const fs::path& file = entry->path();
+    struct stat status {};
+    const fs::path name = file.extension() == ".older" ? file.stem() : file.filename();
+    auto& [isKept, files] = byLabel[name.stem()];
+    isKept = isKept || ::lstat(file.c_str(), &status) != 0 || status.st_mtime >= oldest;
+    files.push_back(file);
+  }
+  for (const auto& [label, files] : byLabel) {
+    if (files.first) continue;
+    for (const fs::path& file : files.second) ::unlink(file.c_str());
+  }
 }
 
 }  // namespace mirvel::host

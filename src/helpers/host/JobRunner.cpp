@@ -85,11 +85,11 @@ JobRunner::JobRunner(HostedJob job, std::filesystem::path file, ProcessPlan plan
       m_plan(std::move(plan)),
       m_shared(shared),
       m_purpose(purpose),
-      m_history(shared.reports, label(), purpose == Purpose::Test) {}
+      m_history(shared.reports, label(), purpose == Purpose::Test),
+      m_output(label(), shared.capture) {}
 
 JobRunner::~JobRunner() {
   if (m_process.failure) m_shared.loop.forget(m_process.failure.number());
-  if (m_process.output) m_shared.loop.forget(m_process.output.number());
 }
 
 HostedJobStatus JobRunner::status(const HostTime& now) const {
@@ -142,7 +142,7 @@ void JobRunner::inherit(const JobRun& run) {
   m_job.foundRunning(currentTime());
   m_history.prolongLost(currentTime().wall);
   m_inherited.push_back(run);
-  logAboutJob("stopping a run that was left by a job host that was killed");
+  log("stopping a run that was left by a job host that was killed");
 }
 
 bool JobRunner::followDecisions(const HostTime& now) {
@@ -156,11 +156,11 @@ bool JobRunner::followDecisions(const HostTime& now) {
         start(now);
         break;
       case Order::Terminate:
-        log({m_job.isClearing() ? "stopping its remaining processes (SIGTERM)" : "stopping it (SIGTERM)"});
+        log(m_job.isClearing() ? "stopping its remaining processes (SIGTERM)" : "stopping it (SIGTERM)");
         signal(SIGTERM);
         break;
       case Order::Kill:
-        log({"not ended in time: killing it (SIGKILL)"});
+        log("not ended in time: killing it (SIGKILL)");
         signal(SIGKILL);
         break;
       case Order::Forget:
@@ -178,6 +178,7 @@ void JobRunner::start(const HostTime& now) {
   m_history.begin(m_purpose == Purpose::Test ? RunCause::Test : m_job.cause(), currentTime().wall);
   m_attempt = {.number = m_attempt.number + 1};
   m_startFailure.reset();
+  m_output.begin(m_plan);
   auto process = JobProcess::start(m_plan, m_shared.environment);
   if (!process) return startFailed(process.error(), now);
   m_job.started(now);
@@ -187,14 +188,14 @@ void JobRunner::start(const HostTime& now) {
   m_shared.loop.watch(m_process.failure.number(), POLLIN, [this](short) { takeStartFailure(); });
   if (const auto status = ProcessStatus::of(m_process.id)) m_run.start = status->start;
   recordRun();
-  m_output = {};
-  log({"started"});
-  if (m_process.output) m_shared.loop.watch(m_process.output.number(), POLLIN, [this](short) { readOutput(); });
+  log("started");
+  m_output.readFrom(std::move(m_process.output));
 }
 
 void JobRunner::startFailed(const Error& why, const HostTime& now) {
+  (void)m_output.end();
   m_shared.records.remove(m_run);
-  logAboutJob("can't be started: " + why.text());
+  log("can't be started: " + why.text());
   m_startFailure = StartFailure::of(why, m_plan);
   m_attempt.isSettled = true;
   m_attempt.failure = errorOf(*m_startFailure);
@@ -227,7 +228,7 @@ Result<void> JobRunner::saveRecord(const JobRun& run) const {
 // A failure is only logged: jobs run even if the disk is full.
 void JobRunner::recordRun() {
   const auto saved = saveRecord(m_run);
-  if (!saved) logAboutJob("can't record its run: " + saved.error().text());
+  if (!saved) log("can't record its run: " + saved.error().text());
 }
 
 Result<void> JobRunner::saveRecords() const {
@@ -261,15 +262,6 @@ Error JobRunner::stillRunning() const {
           .message = label() + " was asked to end and is still running" + (list.empty() ? "" : ", as process " + list)};
 }
 
-void JobRunner::readOutput() {
-  std::array<char, 65536> buffer;
-  std::string_view bytes;
-  const int descriptor = m_process.output.number();
-  if (readPipe(descriptor, buffer, bytes)) return log(m_output.add(bytes, currentTime().running));
-  m_shared.loop.forget(descriptor);
-  m_process.output.reset();
-}
-
 bool JobRunner::collect() {
   if (m_process.id == 0 || m_job.isClearing()) return false;
   const auto end = endOf(m_process.id);
@@ -278,10 +270,7 @@ bool JobRunner::collect() {
 }
 
 void JobRunner::finishProcess(const RunEnd& end) {
-  // The pipe holds at most 64 KiB (pipe(7)). The limit matters if other processes of the run go on filling it.
-  constexpr int mostReads = 4;
-  for (int i = 0; i < mostReads && m_process.output; ++i) readOutput();
-  log(m_output.finish());
+  m_output.finish();
   takeStartFailure();
   RunEnd report = m_startFailure ? m_startFailure->end() : end;
   report.isStopped = !m_startFailure && m_job.isStopping();
@@ -289,9 +278,7 @@ void JobRunner::finishProcess(const RunEnd& end) {
   m_history.finish(report, currentTime().wall);
   noteFirstRun();
   const bool isLost = report.how == RunEnd::How::Lost;
-  log({m_startFailure ? m_startFailure->text()
-       : isLost       ? "ended; its exit status isn't known"
-                      : processEnd(end).text()});
+  log(m_startFailure ? m_startFailure->text() : isLost ? "ended; its exit status isn't known" : processEnd(end).text());
   const bool isOver = processes().empty();
   m_job.ended(processEnd(report), currentTime(), isOver ? HostedJob::Left::Nothing : HostedJob::Left::Others);
   if (isOver) finishRun();
@@ -302,10 +289,8 @@ void JobRunner::finishRun() {
   if (m_process.id > 0) {
     ::waitpid(m_process.id, nullptr, 0);
     m_shared.records.remove(m_run);
-    if (m_process.output) {
-      m_shared.loop.forget(m_process.output.number());
-      m_shared.discarded.add(std::move(m_process.output));
-    }
+    m_output.finish();
+    if (auto pipe = m_output.end()) m_shared.discarded.add(std::move(pipe));
     m_process = {};
   }
   for (const JobRun& run : m_inherited) m_shared.records.remove(run);
@@ -322,14 +307,9 @@ void JobRunner::checkRemains() {
   m_job.cleared();
 }
 
-void JobRunner::log(std::vector<std::string> lines) const {
-  const std::string prefix = label() + '[' + std::to_string(m_process.id) + "]: ";
-  for (std::string& line : lines) line.insert(0, prefix);
-  (void)m_shared.log.add(label(), currentTime().wall, lines);  // jobs run even if the disk is full
-}
-
-void JobRunner::logAboutJob(const std::string& text) const {
-  (void)m_shared.log.add(label(), currentTime().wall, {label() + ": " + text});  // likewise
+// Jobs run even if the disk is full.
+void JobRunner::log(const std::string& text) const {
+  (void)m_shared.log.addEvent(label(), text);
 }
 
 }  // namespace mirvel::host

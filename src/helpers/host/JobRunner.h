@@ -13,6 +13,7 @@
 #include "core/process/Environment.h"
 #include "helpers/host/HostedJob.h"
 #include "helpers/host/JobLog.h"
+#include "helpers/host/JobOutput.h"
 #include "helpers/host/JobProcess.h"
 #include "helpers/host/JobRun.h"
 #include "helpers/host/PollLoop.h"
@@ -42,17 +43,19 @@ class DiscardedOutputs {
 class JobReports;
 
 /// Carries out the decisions of one loaded job: starts, signals and collects its processes, logs their output, keeps
-/// the records of its runs, and publishes its report. For one thread.
+/// the records of its runs, and publishes its report. The destructor leaves processes that are still running alone. For
+/// one thread.
 class JobRunner {
  public:
   /// What all jobs of a host share. Everything must outlive the runners.
   struct Shared {
     PollLoop& loop;
-    const JobLog& log;
+    JobLog& log;
     const RunRecords& records;
     const Environment& environment;  ///< for every job
     DiscardedOutputs& discarded;
     JobReports& reports;
+    OutputCapture& capture;
   };
 
   enum class Purpose {
@@ -62,7 +65,6 @@ class JobRunner {
   };
 
   JobRunner(HostedJob job, std::filesystem::path file, ProcessPlan plan, const Shared& shared, Purpose purpose);
-  /// Leaves processes that are still running alone.
   ~JobRunner();
   JobRunner(const JobRunner&) = delete;
   JobRunner& operator=(const JobRunner&) = delete;
@@ -119,11 +121,9 @@ class JobRunner {
   JobReport state(const HostTime& now) const;
   Result<void> saveRecord(const JobRun& run) const;
   void recordRun();
-  void readOutput();
   void finishProcess(const RunEnd& end);
   void finishRun();
-  void log(std::vector<std::string> lines) const;
-  void logAboutJob(const std::string& text) const;
+  void log(const std::string& text) const;
 
   HostedJob m_job;
   std::filesystem::path m_file;
@@ -132,7 +132,6 @@ class JobRunner {
   JobProcess m_process;
   JobRun m_run;                     ///< of `m_process`
   std::vector<JobRun> m_inherited;  ///< runs of earlier hosts
-  OutputLines m_output;
   Purpose m_purpose;
   RunHistory m_history;
   std::optional<JobReport> m_published;  ///< without the runs
@@ -140,6 +139,7 @@ class JobRunner {
   Attempt m_attempt;
   std::optional<StartFailure> m_startFailure;  ///< of `m_process`
   std::optional<RunReport> m_firstRun;
+  JobOutput m_output;
 };
 
 }  // namespace mirvel::host

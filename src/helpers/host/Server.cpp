@@ -20,8 +20,6 @@ using namespace std::chrono;
 
 namespace {
 
-constexpr std::size_t largestLog = std::size_t{8} << 20U;
-
 #ifdef __linux__
 
 /// Readable when the process has ended; see pidfd_open(2), which older C libraries don't declare.
@@ -69,7 +67,8 @@ Server::Server(int listening, const Session& session, Host& host, PollLoop& loop
       m_session(session),
       m_spare(::open("/dev/null", O_RDONLY | O_CLOEXEC)),
       m_host(host),
-      m_loop(loop) {
+      m_loop(loop),
+      m_logRequests(host.log()) {
   m_loop.watch(m_listening, POLLIN, [this](short) { accept(); });
 }
 
@@ -133,7 +132,7 @@ void Server::handle(const Client& client, const wire::Frame& frame) {
 // A job that is being stopped is stopped all the same.
 void Server::cancel(const Client& client, std::int64_t id) {
   const auto isMeant = [&](const Waiting& waiting) { return waiting.id == id && waiting.client.lock() == client; };
-  if (m_waiting.remove_if(isMeant) == 0) return;  // the reply has already been sent
+  if (m_waiting.remove_if(isMeant) == 0 && !m_logRequests.cancel(client, id)) return;  // it has been replied to
   refuse(*client, id, {.code = Error::Code::Cancelled, .message = "the request was cancelled"});
 }
 
@@ -205,8 +204,7 @@ void Server::answer(const Client& client, std::int64_t id, const hostdata::Begin
 }
 
 void Server::answer(const Client& client, std::int64_t id, const hostdata::Log& request) {
-  const auto since = currentTime().wall - seconds(request.seconds);
-  send(*client, id, hostdata::Log::Answer{.lines = m_host.log().find(since, request.text, largestLog)});
+  if (!m_logRequests.add(client, id, request)) client->cutOff();
 }
 
 void Server::answer(const Client& client, std::int64_t id, const hostdata::Status&) {
@@ -325,6 +323,8 @@ void Server::settle() {
     client->send({.id = waiting.id, .body = *std::move(body)});
     return true;
   });
+  m_logRequests.settle(now);
+  m_host.followLogs(m_logRequests.labels());
   for (const Client& client : m_clients) {
     if (client->isOver()) m_loop.forget(client->descriptor());
     if (!client->isOver()) m_loop.change(client->descriptor(), client->events());
@@ -335,7 +335,7 @@ void Server::settle() {
 }
 
 std::optional<milliseconds> Server::wakeAt() const {
-  std::optional<milliseconds> earliest;
+  std::optional<milliseconds> earliest = m_logRequests.wakeAt();
   for (const Waiting& waiting : m_waiting) {
     earliest = std::min(earliest.value_or(waiting.until), waiting.until);
   }

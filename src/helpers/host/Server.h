@@ -12,6 +12,7 @@
 #include "core/process/FileDescriptor.h"
 #include "helpers/host/Connection.h"
 #include "helpers/host/Host.h"
+#include "helpers/host/LogRequests.h"
 #include "helpers/host/PollLoop.h"
 #include "helpers/host/Session.h"
 #include "helpers/hostdata/HostMessages.h"
@@ -96,6 +97,7 @@ class Server {
   PollLoop& m_loop;
   std::vector<Client> m_clients;
   std::list<Waiting> m_waiting;
+  LogRequests m_logRequests;
   /// Hosts of other sessions that wait for the end of this one, with the IDs of their requests.
   std::vector<std::pair<std::weak_ptr<Connection>, std::int64_t>> m_successors;
   std::map<pid_t, Tester> m_testers;

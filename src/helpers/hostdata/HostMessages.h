@@ -202,26 +202,33 @@ struct Control {
   }
 };
 
-/// The lines of the log from the last `seconds` that contain the text.
+/// The lines of the log of a label, which needn't be loaded; see `LogRange`. With `after`, the answer waits for a line,
+/// at most `messages::longestLogWait`. The label of the host's own messages is `ownLabel`.
 struct Log {
   static constexpr std::string_view name = "log";
+  static constexpr const char* ownLabel = "mirvel-host";
   struct Answer {
-    std::vector<messages::LogLine> lines;  ///< the oldest first
+    propertylist::Data blocks = {};  ///< in the stored form, see `linesOfBlocks`
+    /// That of the request, or 0 if its lines have been deleted and the numbers have begun again.
+    std::optional<std::int64_t> after = {};
 
     bool operator==(const Answer&) const = default;
     template <typename Self, typename Fields>
     static void fields(Self& self, Fields& fields) {
-      fields("lines", self.lines);
+      fields("blocks", self.blocks);
+      fields("after", self.after, messages::anyNumber);
     }
   };
-  std::int64_t seconds = 0;
-  std::string text;
+  std::string label;
+  std::int64_t since = 0;  ///< microseconds since 1970
+  std::optional<std::int64_t> after = {};
 
   bool operator==(const Log&) const = default;
   template <typename Self, typename Fields>
   static void fields(Self& self, Fields& fields) {
-    fields("seconds", self.seconds, anyPeriod);
-    fields("text", self.text);
+    fields.requiredText("label", self.label);
+    fields("since", self.since, messages::anyNumber);
+    fields("after", self.after, messages::anyNumber);
   }
 };
 

@@ -1,9 +1,17 @@
 #include "helpers/jobhost/EmbeddedHost.h"
 
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
 #include <system_error>
 #include <thread>
 #include <type_traits>
 
+#include "core/files/Inotify.h"
+#include "core/process/FileDescriptor.h"
 #include "core/text/Strings.h"
 #include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/hostdata/HostPlaces.h"
@@ -41,6 +49,53 @@ template <typename Request>
 bool mayAskTheNext(const Error& error) {
   constexpr bool canBeDoneTwice = std::is_same_v<Request, hostdata::Start> || std::is_same_v<Request, hostdata::Unload>;
   return HostClient::hasEnded(error) || (canBeDoneTwice && HostClient::isHangUp(error));
+}
+
+Error queryCancelled() {
+  return {.code = Error::Code::Cancelled, .message = "the query was cancelled"};
+}
+
+/// The descriptor becomes readable when an entry of the folder, or of the nearest one above it that exists, appears.
+/// None where the system doesn't offer that.
+class FolderWatch {
+ public:
+#ifdef __linux__
+  explicit FolderWatch(std::filesystem::path folder) {
+    while (m_inotify.add(folder, IN_CREATE | IN_MOVED_TO | IN_ONLYDIR) < 0 && folder.has_relative_path()) {
+      folder = folder.parent_path();
+    }
+  }
+  int descriptor() const {
+    return m_inotify.descriptor();
+  }
+
+ private:
+  Inotify m_inotify = Inotify::open();
+#else
+  explicit FolderWatch(const std::filesystem::path&) {}
+  int descriptor() const {
+    return -1;
+  }
+#endif
+};
+
+/// Returns when there may be a host, at the latest at that time, or when the wait is cancelled.
+void waitForHost(const HostPlaces& places, steady_clock::time_point until, Cancellation& cancellation) {
+  constexpr milliseconds pollingPause = seconds(2);
+  constexpr milliseconds longestPause = seconds(30);  // in case the watch doesn't reach the folder
+  constexpr auto startOfHost = milliseconds(20);      // from its socket to its first connection
+  const FolderWatch watch(places.folder);
+  const Pipe cancelling = Pipe::make();
+  const bool isWatched = watch.descriptor() >= 0 && cancelling;
+  if (connectToHost(places.socket)) return;  // it has started before the folder was watched
+  if (!cancellation.setAction([&cancelling] { (void)!::write(cancelling.write.number(), "", 1); })) return;
+  const auto rest = ceil<milliseconds>(until - steady_clock::now());
+  const auto pause = std::clamp(rest, milliseconds(0), isWatched ? longestPause : pollingPause);
+  std::array<pollfd, 2> waiting = {{{.fd = watch.descriptor(), .events = POLLIN, .revents = 0},
+                                    {.fd = cancelling.read.number(), .events = POLLIN, .revents = 0}}};
+  (void)::poll(waiting.data(), waiting.size(), static_cast<int>(pause.count()));
+  (void)cancellation.setAction({});
+  if (waiting[0].revents != 0) std::this_thread::sleep_for(startOfHost);
 }
 
 }  // namespace
@@ -111,10 +166,43 @@ Result<void> EmbeddedHost::control(const std::filesystem::path& file, const std:
   return Error{.code = Error::Code::NotFound, .message = label + " isn't loaded: no job host is running", .file = file};
 }
 
-Result<messages::LogLines> EmbeddedHost::log(const messages::LogQuery& query, Cancellation&) {
-  auto answer = ask(hostdata::Log{.seconds = query.period.count(), .text = query.searchString});
+Result<messages::LogLines> EmbeddedHost::log(const messages::LogQuery& query, Cancellation& cancellation) {
+  if (const auto checked = checkLabel(query.searchString); !checked) return checked.error();
+  const LogMoment now = floor<microseconds>(system_clock::now());
+  const LogRange range{.since = now - query.period, .after = query.after};
+  const auto until = steady_clock::now() + messages::longestLogWait;
+  constexpr int mostHosts = 3;  // which end while the query waits; one that always hangs up isn't asked forever
+  for (int hosts = 0;;) {
+    auto answer = askForLog(query.searchString, range, cancellation);
+    if (cancellation.isCancelled()) return queryCancelled();
+    const bool isOver = !answer && HostClient::isHangUp(answer.error()) && ++hosts < mostHosts;
+    if (!isOver && (answer || !HostClient::isNoHost(answer.error()))) return answer;
+    auto stored = storedLog(query.searchString, range);
+    if (!query.after || !stored.lines.empty() || steady_clock::now() >= until) return stored;
+    waitForHost(m_settings.places, until, cancellation);
+  }
+}
+
+Result<messages::LogLines> EmbeddedHost::askForLog(const std::string& label, const LogRange& range,
+                                                   Cancellation& cancellation) {
+  const auto connection = m_client.connect();
+  if (!connection) return connection.error();
+  const int socket = connection->number();
+  if (!cancellation.setAction([socket] { ::shutdown(socket, SHUT_RDWR); })) return queryCancelled();
+  wire::FrameReader reader;
+  const hostdata::Log request{.label = label, .since = range.since.time_since_epoch().count(), .after = range.after};
+  const auto limit = (range.after ? messages::longestLogWait : seconds(0)) + longestAnswer;
+  const auto answer = HostClient::askAt(*connection, reader, request, limit);
+  (void)cancellation.setAction({});  // before the connection is closed
   if (!answer) return answer.error();
-  return messages::LogLines{.lines = std::move(answer->lines)};
+  return linesOfBlocks(answer->blocks.bytes, {.since = range.since, .after = answer->after});
+}
+
+messages::LogLines EmbeddedHost::storedLog(const std::string& label, LogRange range) const {
+  const StoredLog stored(m_settings.places.log(), label);
+  const auto newest = stored.newest();
+  if (range.after && *range.after > (newest ? newest->number : 0)) range.after = 0;  // as a host would answer
+  return linesOfBlocks(stored.blocks(range), range);
 }
 
 Result<void> EmbeddedHost::quit() {

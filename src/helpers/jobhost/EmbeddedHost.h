@@ -7,6 +7,7 @@
 #include "core/process/ProcessRunner.h"
 #include "helpers/hostdata/HostClient.h"
 #include "helpers/hostdata/HostPlaces.h"
+#include "helpers/hostdata/StoredLog.h"
 #include "helpers/jobhost/HostAutostart.h"
 #include "helpers/jobhost/JobHost.h"
 
@@ -43,6 +44,8 @@ class EmbeddedHost : public JobHost {
   Result<Ended> waitForEnd(const std::string& label, std::chrono::seconds limit) override;
   Result<void> control(const std::filesystem::path& file, const std::string& label,
                        messages::Control::Order order) override;
+  /// Doesn't start a host. Without one, the stored lines are returned, and a query that waits for others waits for the
+  /// next host as well.
   Result<messages::LogLines> log(const messages::LogQuery& query, Cancellation& cancellation) override;
 
  private:
@@ -52,6 +55,8 @@ class EmbeddedHost : public JobHost {
   Result<typename Request::Answer> askOne(const Request& request, std::chrono::seconds limit);
   Result<void> launch();
   bool hasNothingToUnload() const;
+  Result<messages::LogLines> askForLog(const std::string& label, const LogRange& range, Cancellation& cancellation);
+  messages::LogLines storedLog(const std::string& label, LogRange range) const;
 
   Settings m_settings;
   ProcessRunner& m_runner;

@@ -11,20 +11,6 @@ using propertylist::Data;
 using propertylist::Dictionary;
 using std::chrono::seconds;
 
-TEST(DateKeyTest, MomentsAreDecimalSeconds) {
-  const std::pair<double, const char*> rows[] = {{0, "0"},         {1700000000.25, "1700000000.25"},
-                                                 {-1.5, "-1.5"},   {0.000001, "0.000001"},
-                                                 {12.05, "12.05"}, {2147483648, "2147483648"}};
-  for (const auto& [moment, key] : rows) {
-    EXPECT_EQ(dateKey(moment), key);
-    EXPECT_EQ(dateOfKey(key), moment) << key;
-  }
-  for (const char* key :
-       {"", "-", ".5", "5.", "1e3", "1,5", " 1", "1 ", "+1", "nan", "99999999999999999999", "1000000000001"}) {
-    EXPECT_FALSE(dateOfKey(key)) << key;
-  }
-}
-
 TEST(RequestTest, EveryRequestReachesTheOtherEndUnderItsNumber) {
   const struct {
     RequestContent content;

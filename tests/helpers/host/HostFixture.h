@@ -56,13 +56,13 @@ class HostFixture : public testing::Test {
     return ended && ended->hasEnded;
   }
 
-  /// The messages of the log about a job, without times and process IDs.
+  /// The messages in the log of a label.
   std::vector<std::string> messagesOf(const std::string& label) {
     std::vector<std::string> result;
     const auto lines = embedded.log({.period = seconds(3600), .searchString = label}, none);
     EXPECT_TRUE(lines) << lines.error().text();
     if (!lines) return result;
-    for (const auto& line : lines->lines) result.push_back(line.message.substr(line.message.find(": ") + 2));
+    for (const auto& line : lines->lines) result.push_back(line.message);
     return result;
   }
 
