@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "core/messages/Requests.h"
-#include "helpers/host/HostTime.h"
 
 namespace mirvel::host {
 
@@ -22,7 +21,8 @@ bool hasLine(std::string_view blocks, const LogRange& range) {
 
 }  // namespace
 
-bool LogRequests::add(const std::shared_ptr<Connection>& client, std::int64_t id, const hostdata::Log& request) {
+bool LogRequests::add(const std::shared_ptr<Connection>& client, std::int64_t id, const hostdata::Log& request,
+                      milliseconds now) {
   const auto count = std::count_if(m_waiting.begin(), m_waiting.end(),
                                    [&](const Waiting& other) { return other.client.lock() == client; });
   if (static_cast<std::size_t>(count) >= wire::mostRequests) return false;
@@ -34,7 +34,7 @@ bool LogRequests::add(const std::shared_ptr<Connection>& client, std::int64_t id
                        .label = request.label,
                        .range = range,
                        .seen = range.after.value_or(0),
-                       .until = currentTime().running + messages::longestLogWait});
+                       .until = now + messages::longestLogWait});
   if (range.after) m_labels.insert(request.label);
   return true;
 }

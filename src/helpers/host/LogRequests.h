@@ -26,8 +26,9 @@ class LogRequests {
   /// The log must outlive this object.
   explicit LogRequests(JobLog& log) : m_log(log) {}
 
-  /// Adds a query, which `settle` answers. False if the client has too many.
-  bool add(const std::shared_ptr<Connection>& client, std::int64_t id, const hostdata::Log& request);
+  /// Adds a query, which `settle` answers. `now` is on the running clock. False if the client has too many.
+  bool add(const std::shared_ptr<Connection>& client, std::int64_t id, const hostdata::Log& request,
+           std::chrono::milliseconds now);
   /// Removes a query without an answer. False if there is none.
   bool cancel(const std::shared_ptr<Connection>& client, std::int64_t id);
   /// Sends the answers that are due, and forgets the queries of clients that are gone.

@@ -204,7 +204,7 @@ void Server::answer(const Client& client, std::int64_t id, const hostdata::Begin
 }
 
 void Server::answer(const Client& client, std::int64_t id, const hostdata::Log& request) {
-  if (!m_logRequests.add(client, id, request)) client->cutOff();
+  if (!m_logRequests.add(client, id, request, currentTime().running)) client->cutOff();
 }
 
 void Server::answer(const Client& client, std::int64_t id, const hostdata::Status&) {

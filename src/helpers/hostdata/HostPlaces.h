@@ -23,7 +23,7 @@ struct HostPlaces {
   static HostPlaces ofRoot(const Roots& roots);
 
   std::filesystem::path lock() const { return folder / "lock"; }
-  std::filesystem::path log() const { return folder / "log"; }                  ///< a folder, see `JobLog`
+  std::filesystem::path log() const { return folder / "log"; }                  ///< a folder, see `StoredLog`
   std::filesystem::path runs() const { return folder / "runs"; }                ///< a folder, see `RunRecords`
   std::filesystem::path loadedJobs() const { return folder / "loaded.plist"; }  ///< see `LoadedJobs`
 

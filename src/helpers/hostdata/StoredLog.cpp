@@ -66,6 +66,16 @@ double secondsOf(LogMoment time) {
   return static_cast<double>(time.time_since_epoch().count()) / 1e6;
 }
 
+/// The number of lines of output that are in the range.
+std::int64_t outputIn(std::string_view blocks, const LogRange& range) {
+  std::int64_t count = 0;
+  LogBlocks reader(blocks);
+  while (const auto item = reader.next()) {
+    if (item->line && item->position.kind == LogLine::Kind::Output && range.has(item->position)) ++count;
+  }
+  return count;
+}
+
 /// Whether everything from the beginning of the range on is in the blocks: their first line is the first of the range
 /// or comes before it. Marks don't count, since the lines that they refer to are elsewhere.
 bool reachesBefore(std::string_view blocks, const LogRange& range) {
@@ -108,7 +118,7 @@ std::string readUntil(const fs::path& path, IsEnough isEnough) {
   }
 }
 
-// The hash tells apart labels that are long, or differ only in case, which not every file system distinguishes.
+// The hash makes the names of labels different that are long, or differ only in case, which some file systems ignore.
 std::string fileName(const std::string& label) {
   constexpr std::size_t longest = 100;
   constexpr std::size_t hashed = 8;
@@ -154,6 +164,7 @@ messages::LogLines linesOfBlocks(std::string_view blocks, const LogRange& range)
   messages::LogLines result;
   std::int64_t before = range.after.value_or(0);  // the newest line that is known to precede the range
   std::int64_t newest = before;
+  std::int64_t skipped = std::max<std::int64_t>(outputIn(blocks, range) - mostLogLines, 0);
   LogBlocks reader(blocks);
   while (const auto item = reader.next()) {
     const LogHead& at = item->position;
@@ -161,6 +172,7 @@ messages::LogLines linesOfBlocks(std::string_view blocks, const LogRange& range)
     newest = std::max(newest, logged);
     if (!range.after && !range.has(at)) before = std::max(before, logged);
     if (!item->line || !range.has(at)) continue;
+    if (at.kind == LogLine::Kind::Output && skipped-- > 0) continue;
     result.lines.push_back(
         {.number = at.number, .seconds = secondsOf(at.time), .kind = at.kind, .message = std::string(*item->line)});
   }
@@ -169,7 +181,6 @@ messages::LogLines linesOfBlocks(std::string_view blocks, const LogRange& range)
   lines.erase(
       std::unique(lines.begin(), lines.end(), [](const auto& a, const auto& b) { return a.number == b.number; }),
       lines.end());
-  if (lines.size() > mostLogLines) lines.erase(lines.begin(), lines.end() - mostLogLines);
   const auto kept = std::count_if(lines.begin(), lines.end(), [&](const auto& line) { return line.number > before; });
   result.dropped = std::max<std::int64_t>(newest - before - kept, 0);
   return result;

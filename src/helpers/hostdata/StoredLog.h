@@ -61,10 +61,10 @@ class LogBlocks {
 };
 
 /// The lines in the blocks that are in the range, ordered by number; of two with the same number only one. Those that
-/// are missing between the beginning of the range and the newest line count as dropped. Of more than `mostLogLines`,
-/// the oldest are dropped as well.
+/// are missing between the beginning of the range and the newest line count as dropped. Of more than `mostLogLines` of
+/// output, those that come first are dropped as well.
 messages::LogLines linesOfBlocks(std::string_view blocks, const LogRange& range);
-inline constexpr std::size_t mostLogLines = 250'000;
+inline constexpr std::int64_t mostLogLines = 150'000;
 
 /// The files with the log of one label: its output, and its events, which output never displaces. Each has an older
 /// half, which is replaced when the newer one is full.

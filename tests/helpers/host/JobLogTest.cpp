@@ -173,19 +173,29 @@ TEST_F(JobLogTest, EventsAreBoundedAndKeepTheNewest) {
 }
 
 TEST_F(JobLogTest, TheMarksOfOlderHalvesStayFew) {
-  now = start;
+  constexpr int blocks = 64;  // fill a half
   const std::vector<std::string> lines(8, std::string(4000, 'x'));
-  for (int half = 0; half < 100; ++half) {
-    for (int i = 0; i < 64; ++i) ASSERT_TRUE(log.addOutput("a", lines));
+  for (int half = 0; half < 40; ++half) {
+    for (int i = 0; i < blocks; ++i) ASSERT_TRUE(log.addOutput("a", lines));
     now += 1h;
   }
   const auto bytes = testdata::bytes(StoredLog(folder.path(), "a").output());
   EXPECT_THAT(bytes, testing::StartsWith("#1 2023-11-14T22:13:20.000000Z output\n#"));
   EXPECT_LT(bytes.find('|'), 33 * 45U);
-  const auto all = this->lines("a"), lately = this->lines("a", {.since = start + 50h});
+  const auto all = this->lines("a"), lately = this->lines("a", {.since = start + 20h});
   EXPECT_EQ(all.dropped + std::ssize(all.lines), log.newest("a"));
-  EXPECT_LT(lately.dropped + std::ssize(lately.lines), 60 * 64 * 8);
-  EXPECT_GE(lately.dropped + std::ssize(lately.lines), 50 * 64 * 8);
+  EXPECT_GE(lately.dropped + std::ssize(lately.lines), 20 * blocks * 8);
+  EXPECT_LE(lately.dropped + std::ssize(lately.lines), 23 * blocks * 8);
+}
+
+TEST_F(JobLogTest, ManyShortLinesDisplaceNoEventsFromAnAnswer) {
+  ASSERT_TRUE(log.addEvent("a", "started"));
+  ASSERT_TRUE(log.addOutput("a", std::vector<std::string>(mostLogLines + 10, "y")));
+  const auto found = lines("a");
+  ASSERT_EQ(std::ssize(found.lines), mostLogLines + 1);
+  EXPECT_EQ(found.dropped, 10);
+  EXPECT_EQ(found.lines[0].message, "started");
+  EXPECT_EQ(found.lines[1].number, 12);
 }
 
 TEST_F(JobLogTest, NumbersAndTimesNeverGoBack) {
