@@ -117,7 +117,7 @@ struct JobReport {
   static constexpr std::size_t mostMissed = 100;  ///< likewise
 
   std::string label;
-  std::string path;       ///< of the job file
+  std::string path = {};  ///< of the job file
   bool isLoaded = false;  ///< false: it was, and its runs are still known
   bool isTest = false;    ///< a test run, which is no job of the user's
   /// The first process of the current run, and its start in the unit of `ProcessStatus::start`: together they identify
