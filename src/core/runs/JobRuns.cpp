@@ -1,0 +1,116 @@
+#include "core/runs/JobRuns.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "core/session/Catalogue.h"
+
+namespace mirvel {
+
+JobRuns::JobRuns(Catalogue& catalogue)
+    : m_catalogue(catalogue), m_catalogueChanges(catalogue.willChange().subscribe([this](const Jobs&, const Jobs&) {
+        m_jobs.clear();
+        m_resolved.clear();
+        m_isIndexed = false;
+      })) {}
+
+void JobRuns::begin(std::vector<std::unique_ptr<RunSource>> sources) {
+  m_sources = std::move(sources);
+  for (const auto& source : m_sources) {
+    source->begin([this](RunDelivery delivery) { receive(std::move(delivery)); });
+  }
+}
+
+void JobRuns::setWindowVisible(bool isVisible) {
+  for (const auto& source : m_sources) source->setVisible(isVisible);
+}
+
+const JobReport* JobRuns::reportOfLabel(const Job& job) const {
+  if (!job.kind.isLaunchd()) return nullptr;
+  const auto& reports = domain(domainOf(job.originalKind)).reports;
+  const auto found = reports.find(job.name);
+  return found == reports.end() ? nullptr : &found->second;
+}
+
+/// Hosts report a path as they were asked to load it, where symbolic links may have been resolved. Such paths are rare,
+/// and are looked up on the disk once.
+bool JobRuns::isAbout(const JobReport& report, const Job& job) const {
+  if (report.path == job.url.text()) return true;
+  const auto [found, isNew] = m_resolved.try_emplace(job.url.text());
+  if (isNew) {
+    std::error_code failure;
+    found->second = std::filesystem::weakly_canonical(job.url.path(), failure).native();
+  }
+  return report.path == found->second;
+}
+
+const JobReport* JobRuns::report(const Job& job) const {
+  const JobReport* const report = reportOfLabel(job);
+  return report && isAbout(*report, job) ? report : nullptr;
+}
+
+JobState JobRuns::state(const Job& job) const {
+  if (!job.kind.isLaunchd()) return JobState::Unknown;
+  const JobReport* const known = report(job);
+  if (!known) return domain(domainOf(job.originalKind)).isKnown ? JobState::NotLoaded : JobState::Unknown;
+  if (known->process > 0) return known->isStopping ? JobState::Stopping : JobState::Running;
+  if (!known->isLoaded) return JobState::NotLoaded;
+  return !known->runs.empty() && hasFailed(known->runs.back()) ? JobState::Failed : JobState::Waiting;
+}
+
+const RunReport* JobRuns::lastRun(const Job& job) const {
+  const JobReport* const known = report(job);
+  return known && !known->runs.empty() ? &known->runs.back() : nullptr;
+}
+
+std::string_view JobRuns::otherFile(const Job& job) const {
+  const JobReport* const report = reportOfLabel(job);
+  const bool isOther = report && report->isLoaded && !isAbout(*report, job);
+  return isOther ? std::string_view(report->path) : std::string_view();
+}
+
+const std::unordered_map<std::string, JobReport>& JobRuns::reports(RunDomain theDomain) const {
+  return domain(theDomain).reports;
+}
+
+const std::string& JobRuns::gap(RunDomain theDomain) const {
+  return domain(theDomain).gap;
+}
+
+void JobRuns::receive(RunDelivery delivery) {
+  Domain& known = domain(delivery.domain);
+  Jobs jobs;
+  indexJobs();
+  for (JobReport& report : delivery.reports) {
+    if (report.isTest) continue;
+    const std::string label = report.label;
+    known.reports.insert_or_assign(label, std::move(report));
+    addJobs(delivery.domain, label, jobs);
+  }
+  for (const std::string& label : delivery.removed) {
+    if (known.reports.erase(label) > 0) addJobs(delivery.domain, label, jobs);
+  }
+  known.gap = std::move(delivery.gap);
+  const bool isFirst = delivery.isLast && known.gap.empty() && !std::exchange(known.isKnown, true);
+  // Then jobs without a report aren't unknown any more, but not loaded.
+  m_changed.post(isFirst ? m_catalogue.jobs() : jobs);
+}
+
+/// Adds the jobs of a label to those that have changed.
+void JobRuns::addJobs(RunDomain theDomain, const std::string& label, Jobs& jobs) {
+  const auto [first, last] = m_jobs.equal_range(label);
+  for (auto entry = first; entry != last; ++entry) {
+    if (domainOf(entry->second->originalKind) == theDomain) jobs.push_back(entry->second);
+  }
+}
+
+void JobRuns::indexJobs() {
+  if (std::exchange(m_isIndexed, true)) return;
+  for (const auto& job : m_catalogue.jobs()) {
+    if (job->kind.isLaunchd()) m_jobs.emplace(job->name, job);
+  }
+}
+
+}  // namespace mirvel

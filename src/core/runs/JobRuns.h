@@ -1,0 +1,88 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "core/base/Signal.h"
+#include "core/catalogue/Job.h"
+#include "core/ports/RunSource.h"
+
+namespace mirvel {
+
+class Catalogue;
+
+/// What a job does now. In the order in which the list sorts, the most urgent first.
+enum class JobState : std::uint8_t {
+  Failed,     ///< loaded, doesn't run, and its last run has failed; see `hasFailed`
+  Running,    ///< a process of its current run exists
+  Stopping,   ///< likewise, and was asked to end
+  Waiting,    ///< loaded; doesn't run
+  NotLoaded,  ///< no host has loaded the file; its label may be loaded from another one
+  Unknown     ///< it isn't a job of launchd, or its host reports nothing
+};
+
+/// Owns what is known of the runs of all jobs, as their hosts report it. Changes only when a source delivers something;
+/// it knows neither clock nor timer. For the main thread.
+class JobRuns {
+ public:
+  /// The catalogue must outlive this object.
+  explicit JobRuns(Catalogue& catalogue);
+
+  /// Starts the sources, which belong to this object from then on. To be called once.
+  void begin(std::vector<std::unique_ptr<RunSource>> sources);
+  /// To be called when the window is shown or hidden.
+  void setWindowVisible(bool isVisible);
+
+  /// The report about the job's file; null if there is none. It may be about a job that isn't loaded any more. Valid
+  /// until the next `changed`.
+  const JobReport* report(const Job& job) const;
+  /// Costs a look-up by the label.
+  JobState state(const Job& job) const;
+  /// The newest run, which may not have ended yet; null if none is known. Valid until the next `changed`.
+  const RunReport* lastRun(const Job& job) const;
+  /// The path from which another job of this label is loaded in the same domain; empty if there is none.
+  std::string_view otherFile(const Job& job) const;
+  /// All reports of a domain, in no particular order, also about files that aren't in the catalogue. Never about tests.
+  const std::unordered_map<std::string, JobReport>& reports(RunDomain domain) const;
+  /// Why the domain's reports can't be read, as a sentence; empty if they can.
+  const std::string& gap(RunDomain domain) const;
+
+  /// Posted when the reports about these jobs of the catalogue have changed; also without any, when a `gap` has
+  /// changed, or only reports about other files have. A first delivery of thousands of reports posts it several times.
+  Signal<Jobs>& changed() { return m_changed; }
+
+  /// The domain whose host runs jobs of this kind.
+  static RunDomain domainOf(Kind kind) { return kind.isDaemon() ? RunDomain::Root : RunDomain::User; }
+
+ private:
+  struct Domain {
+    std::unordered_map<std::string, JobReport> reports;  ///< by label
+    std::string gap;
+    bool isKnown = false;  ///< everything has been delivered once
+  };
+
+  Domain& domain(RunDomain domain) { return m_domains.at(static_cast<std::size_t>(domain)); }
+  const Domain& domain(RunDomain domain) const { return m_domains.at(static_cast<std::size_t>(domain)); }
+  const JobReport* reportOfLabel(const Job& job) const;
+  bool isAbout(const JobReport& report, const Job& job) const;
+  void receive(RunDelivery delivery);
+  void addJobs(RunDomain domain, const std::string& label, Jobs& jobs);
+  void indexJobs();
+
+  const Catalogue& m_catalogue;
+  std::array<Domain, 2> m_domains;
+  std::unordered_multimap<std::string, std::shared_ptr<Job>> m_jobs;  ///< the launchd jobs of the catalogue, by label
+  bool m_isIndexed = false;                                           ///< `m_jobs` is up to date
+  mutable std::unordered_map<std::string, std::string> m_resolved;    ///< paths of jobs without symbolic links
+  Signal<Jobs> m_changed;
+  Subscription m_catalogueChanges;
+  std::vector<std::unique_ptr<RunSource>> m_sources;
+};
+
+}  // namespace mirvel
