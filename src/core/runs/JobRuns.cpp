@@ -16,14 +16,16 @@ JobRuns::JobRuns(Catalogue& catalogue)
         m_isIndexed = false;
       })) {}
 
-void JobRuns::begin(std::vector<std::unique_ptr<RunSource>> sources) {
-  m_sources = std::move(sources);
+void JobRuns::begin() {
+  if (std::exchange(m_hasBegun, true)) return;
   for (const auto& source : m_sources) {
     source->begin([this](RunDelivery delivery) { receive(std::move(delivery)); });
+    if (m_isWindowVisible) source->setVisible(true);
   }
 }
 
 void JobRuns::setWindowVisible(bool isVisible) {
+  if (std::exchange(m_isWindowVisible, isVisible) == isVisible || !m_hasBegun) return;
   for (const auto& source : m_sources) source->setVisible(isVisible);
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "core/base/Signal.h"
@@ -34,9 +35,12 @@ class JobRuns {
   /// The catalogue must outlive this object.
   explicit JobRuns(Catalogue& catalogue);
 
-  /// Starts the sources, which belong to this object from then on. To be called once.
-  void begin(std::vector<std::unique_ptr<RunSource>> sources);
-  /// To be called when the window is shown or hidden.
+  /// Adds a source, before `begin`. With two sources of a domain, the later delivery about a label replaces the
+  /// earlier.
+  void add(std::unique_ptr<RunSource> source) { m_sources.push_back(std::move(source)); }
+  /// Starts the sources; further calls do nothing.
+  void begin();
+  /// To be called when the window is shown or hidden. It is hidden at first.
   void setWindowVisible(bool isVisible);
 
   /// The report about the job's file; null if there is none. It may be about a job that isn't loaded any more. Valid
@@ -83,6 +87,8 @@ class JobRuns {
   Signal<Jobs> m_changed;
   Subscription m_catalogueChanges;
   std::vector<std::unique_ptr<RunSource>> m_sources;
+  bool m_hasBegun = false;
+  bool m_isWindowVisible = false;
 };
 
 }  // namespace mirvel
