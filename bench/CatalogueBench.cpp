@@ -13,6 +13,8 @@
 #include "JobFolderOnDisk.h"
 #include "core/base/ThreadWorkQueue.h"
 #include "core/mainwindow/ListSort.h"
+#include "core/runs/JobRuns.h"
+#include "core/session/Catalogue.h"
 #include "core/session/CurrentMode.h"
 
 namespace mirvel::bench {
@@ -123,9 +125,11 @@ void filterKeystrokeIcu(benchmark::State& state) {
 void repeatedSort(benchmark::State& state) {
   const Collator collator("en");
   const Jobs& jobs = manyJobs();
+  Catalogue catalogue;
+  const JobRuns runs(catalogue);
   for (auto _ : state) {
     Jobs sorted = jobs;
-    sortJobs(sorted, ListColumn::Summary, true, collator);
+    sortJobs(sorted, ListColumn::Summary, true, collator, runs);
     benchmark::DoNotOptimize(sorted.data());
   }
   report(state, jobs.size());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,6 +28,7 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
   DetailTab tab = DetailTab::LaunchdDisplay;
   bool isSheetUp = false;
   std::optional<bool> isTitleVisible = {};
+  std::function<void(bool isSaved)> saveEnded = {};  ///< of the last save
 
   void note(const std::string& event) { events.push_back(event); }
   std::size_t count(const std::string& event) const {
@@ -50,6 +52,8 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
   void contextMenu(JobMenu&, const std::shared_ptr<Job>& job) override { note("contextMenu " + job->name); }
   void reloadJob(const std::shared_ptr<Job>& job) override { note("reloadJob " + job->name); }
 
+  void redraw() override { note("redraw"); }
+
   void updateDetail() override { note("updateDetail"); }
   void clearDetail() override { note("clearDetail"); }
   void updateIcon() override { note("updateIcon"); }
@@ -59,7 +63,10 @@ class RecordingShell final : public ModeType, public DetailType, public EditType
 
   void updateButtons() override { note(m_program.saving.isBusy() || m_program.scanning.isBusy() ? "busy" : "idle"); }
   void refreshEditedState() override { note("refreshEditedState"); }
-  void save() override { note("save"); }
+  void save(std::function<void(bool)> ended) override {
+    note("save");
+    saveEnded = std::move(ended);
+  }
   void discardEdits() override { note("discardEdits"); }
   void saveCompleted() override {
     note("saveCompleted");

@@ -52,7 +52,7 @@ bool ActionController::send(const Action::Shared& action) {
   HelperConnections* const helpers = m_context.platform.helpers;
   if (!m_user.isOpen() && helpers) m_user.open(helpers->connectToAction());
   if (!m_user.isOpen()) {
-    showNoCommunication();
+    if (action->presentError) showNoCommunication();
     return false;
   }
   run(m_user, action);

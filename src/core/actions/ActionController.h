@@ -34,8 +34,8 @@ class ActionController {
 
   explicit ActionController(const ActionContext& context);
 
-  /// Sends a request to the helper that acts as the user, connecting to it first if necessary. Shows an error and
-  /// returns false if that is impossible.
+  /// Sends a request to the helper that acts as the user, connecting to it first if necessary. Returns false if
+  /// that is impossible, after an error has been shown unless the action doesn't present any.
   bool send(const Action::Shared& action);
   /// Sends a request to the helper that acts as root. The user must authorise the first one; if this is refused, the
   /// action ends as failed.

@@ -6,20 +6,23 @@
 #include "core/catalogue/Kind.h"
 #include "core/editor/Drafts.h"
 #include "core/mainwindow/MainWindowController.h"
+#include "core/runs/JobRuns.h"
 #include "core/session/Catalogue.h"
 #include "core/session/Fetcher.h"
 #include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
 #include "core/session/Platform.h"
 #include "core/session/Shell.h"
 
 namespace mirvel {
 
 AppDelegate::AppDelegate(const SessionContext& session, ActionController& actions, Drafts& drafts,
-                         const MainWindowController& mainWindow)
+                         const MainWindowController& mainWindow, JobRuns& runs)
     : m_session(session),
       m_actions(actions),
       m_drafts(drafts),
       m_mainWindow(mainWindow),
+      m_runs(runs),
       m_limit(session.platform.mainQueue),
       m_delay(session.platform.mainQueue) {
   const auto made = makeAgentsFolder(session.foundation.roots);
@@ -29,6 +32,7 @@ AppDelegate::AppDelegate(const SessionContext& session, ActionController& action
 void AppDelegate::applicationDidFinishLaunching() {
   m_actions.finishMoves();
   m_drafts.offer();
+  m_scanned = m_session.notifications.jobsUpdated.subscribe([this] { m_runs.begin(); });
   if (m_session.catalogue.jobs().empty()) m_session.fetcher.refresh();
   m_delay(0.01, [this] { setUpMonitors(); });
 }
@@ -43,6 +47,7 @@ void AppDelegate::setUpMonitors() {
 }
 
 void AppDelegate::updateAgent() {
+  m_runs.begin();
   const Defaults& defaults = m_session.foundation.defaults;
   renewRegistration();
   if (m_session.platform.agentSwitch) m_session.platform.agentSwitch->setEnabled(Const::agent, defaults.runAgent());

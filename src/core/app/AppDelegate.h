@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "core/base/Signal.h"
 #include "core/ports/FolderMonitor.h"
 #include "core/ports/MainQueue.h"
 #include "core/session/SessionContext.h"
@@ -11,6 +12,7 @@ namespace mirvel {
 
 class ActionController;
 class Drafts;
+class JobRuns;
 class MainWindowController;
 
 /// Starts the application, and scans again when a job folder changes. For the main thread.
@@ -19,12 +21,13 @@ class AppDelegate {
   /// Creates the user's agents folder if it is missing. If that fails, the error is presented to the user and the
   /// program runs without the folder. All arguments must outlive this object.
   AppDelegate(const SessionContext& session, ActionController& actions, Drafts& drafts,
-              const MainWindowController& mainWindow);
+              const MainWindowController& mainWindow, JobRuns& runs);
 
   /// To be called once, at the start. Completes interrupted moves, offers drafts, and starts the first scan. The folder
   /// monitors follow after 0.01 s; one second later the background agent is switched on or off according to the
-  /// settings, and updates are looked for. Folder changes are then coalesced to at most one scan per second, and
-  /// ignored while the user is being asked whether to quit.
+  /// settings, and updates are looked for. The reports about runs are read once the first scan has been published, at
+  /// the latest then. Folder changes are then coalesced to at most one scan per second, and ignored while the user is
+  /// being asked whether to quit.
   void applicationDidFinishLaunching();
   /// To be called before an update is installed. Switches the background agent off.
   void updateWillInstall();
@@ -39,6 +42,8 @@ class AppDelegate {
   ActionController& m_actions;
   Drafts& m_drafts;
   const MainWindowController& m_mainWindow;
+  JobRuns& m_runs;
+  Subscription m_scanned;
   Limit m_limit;
   std::vector<std::unique_ptr<FolderMonitor>> m_monitors;
   Delay m_delay;

@@ -1,5 +1,7 @@
 #include "core/app/Program.h"
 
+#include "core/runs/ReportFolders.h"
+
 namespace mirvel {
 
 Program::Program(Foundation& theFoundation, const Platform& thePlatform)
@@ -27,14 +29,22 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       actions({session, revisions, repairs, saving, deleting}),
       deletion(actions, deletedJobs, editing, saving, foundation, platform, shell),
       hostStart(platform, foundation.localize, catalogue, notifications),
+      runs(catalogue),
+      moments(foundation.localize),
+      control(session, saving, actions, runs),
+      failedOutput(actions, platform.clock),
+      runDisplay(session, runs),
       creationContext{session, actions, repairs, deletedJobs, scheduledController, kinds, creation, saving},
       mainWindow(session, drafts),
-      windowContext{session, revisions, deletion, hostStart, problems, kinds, mainWindow, saving, scanning},
+      windowContext{session,    revisions, deletion, hostStart, problems, kinds,
+                    mainWindow, runs,      control,  moments,   saving,   scanning},
       menus(windowContext),
-      appDelegate(session, actions, drafts, mainWindow),
+      appDelegate(session, actions, drafts, mainWindow, runs),
       termination(platform.mainQueue, shell, editing, drafts, actions, mainWindow, saving, deleting),
       jobURLOpener(platform.mainQueue, currentMode, editing, fetcher, mainWindow, notifications),
-      m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })) {}
+      m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })) {
+  runs.add(std::make_unique<ReportFolders>(foundation.roots, platform));
+}
 
 void Program::iconChanged(const std::shared_ptr<Job>& job) {
   if (job->customIcon) notifications.iconGiven.post(*job);

@@ -21,6 +21,11 @@
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/MenuController.h"
 #include "core/mainwindow/WindowContext.h"
+#include "core/runs/FailedOutput.h"
+#include "core/runs/JobControl.h"
+#include "core/runs/JobRuns.h"
+#include "core/runs/RunDisplay.h"
+#include "core/runs/RunMoments.h"
 #include "core/schedule/ScheduledController.h"
 #include "core/session/Busy.h"
 #include "core/session/Catalogue.h"
@@ -83,6 +88,13 @@ class Program {
   ActionController actions;
   JobDeletion deletion;
   HostStart hostStart;
+
+  // The runs of jobs.
+  JobRuns runs;
+  RunMoments moments;
+  JobControl control;
+  FailedOutput failedOutput;
+  RunDisplay runDisplay;
 
   // The window and its sheets.
   Creation creation = {};

@@ -76,52 +76,60 @@ void EditController::refreshEditedState() {
   updateButtons();
 }
 
-void EditController::save() {
+void EditController::save(std::function<void(bool isSaved)> ended) {
+  if (!ended) ended = [](bool) {};
   const auto job = m_session.selection.launchd();
-  if (m_saving.isBusy()) return;
-  if (!mayBeSaved(job.get(), m_session.foundation.defaults)) return m_session.platform.interface.saveError();
+  if (m_saving.isBusy()) return ended(false);
+  if (!mayBeSaved(job.get(), m_session.foundation.defaults)) {
+    m_session.platform.interface.saveError();
+    return ended(false);
+  }
   m_stack.endEditing();  // commits the text that is being typed, which `refuse` must see
   if (const auto invalid = m_stack.refuse()) {
-    return m_session.platform.interface.error(invalid->message, invalid->reason);
+    m_session.platform.interface.error(invalid->message, invalid->reason);
+    return ended(false);
   }
-  if (const auto theirs = changedFile(*job, m_session.editing)) return askAboutConflict(job, *theirs);
-  m_actions.save(job);
+  if (auto theirs = changedFile(*job, m_session.editing)) {
+    return askAboutConflict({job, *std::move(theirs), std::move(ended)});
+  }
+  m_actions.save(job, ended);
 }
 
-void EditController::askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs) {
+void EditController::askAboutConflict(const Conflict& conflict) {
   const Localize& localize = m_session.foundation.localize;
   m_session.platform.interface.beginSheet(
-      {.message = EditorTexts(localize).theFileHasChanged(job->name),
+      {.message = EditorTexts(localize).theFileHasChanged(conflict.job->name),
        .informativeText = EditorTexts(localize).anotherProgramChangedTheFile(),
        .defaultTitle = EditorTexts(localize).compare(),
        .alternateTitle = EditorTexts(localize).keepMine(),
        .otherTitle = EditorTexts(localize).useTheirs(),
        .cancelTitle = localize.cancel()},
-      [this, job, theirs](int answer) {
-        if (answer == Interface::alternateButton) return resolveConflict(job, theirs, VersionChoice::Mine);
-        if (answer == Interface::otherButton) return resolveConflict(job, theirs, VersionChoice::Theirs);
-        if (answer != Interface::defaultButton) return;
-        const Versions versions{.mine = textAsEdited(job->plist()), .theirs = readable(theirs)};
-        m_stack.compare(versions, [this, job, theirs](VersionChoice choice) { resolveConflict(job, theirs, choice); });
+      [this, conflict](int answer) {
+        if (answer == Interface::alternateButton) return resolveConflict(conflict, VersionChoice::Mine);
+        if (answer == Interface::otherButton) return resolveConflict(conflict, VersionChoice::Theirs);
+        if (answer != Interface::defaultButton) return conflict.ended(false);
+        const Versions versions{.mine = textAsEdited(conflict.job->plist()), .theirs = readable(conflict.theirs)};
+        m_stack.compare(versions, [this, conflict](VersionChoice choice) { resolveConflict(conflict, choice); });
       });
 }
 
-void EditController::resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs,
-                                     VersionChoice choice) {
+void EditController::resolveConflict(const Conflict& conflict, VersionChoice choice) {
   const auto selected = m_session.selection.launchd();
-  if (!selected || !selected->url.equalTo(job->url)) return;  // another job was selected while the sheet was open
-  if (choice == VersionChoice::Theirs) {
+  // Another job may have been selected while the sheet was open.
+  const bool isSelected = selected && selected->url.equalTo(conflict.job->url);
+  if (isSelected && choice == VersionChoice::Theirs) {
     m_stack.hideDiscardButton();
-    return reread();
+    reread();
   }
-  if (choice != VersionChoice::Mine) return;
+  if (!isSelected || choice != VersionChoice::Mine) return conflict.ended(false);
   // Without unsaved changes, a scan may have replaced the job by the other version.
-  if (selected != job && !m_session.editing.replaceRecord(textAsEdited(job->plist()))) {
-    return m_session.platform.interface.saveError();
+  if (selected != conflict.job && !m_session.editing.replaceRecord(textAsEdited(conflict.job->plist()))) {
+    m_session.platform.interface.saveError();
+    return conflict.ended(false);
   }
   // So that only a further change is a conflict again.
-  m_session.editing.setFileChecksum(Checksum::ofFile(theirs).text());
-  m_actions.save(selected);
+  m_session.editing.setFileChecksum(Checksum::ofFile(conflict.theirs).text());
+  m_actions.save(selected, conflict.ended);
 }
 
 void EditController::discardEdits() {

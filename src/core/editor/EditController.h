@@ -71,7 +71,8 @@ class EditController final : public EditType {
   void endEditing() override { m_stack.endEditing(); }
   /// Saves the selected job, unless a save is in progress. Instead shows an error if the job can't be edited or a field
   /// is invalid, and asks which version to keep if another program has changed the file.
-  void save() override;
+  void save(std::function<void(bool isSaved)> ended) override;
+  using EditType::save;
   /// Discards the unsaved changes and leaves the editor. Reads the job's file again if the record has been changed.
   void discardEdits() override;
   /// Marks the job as unchanged.
@@ -82,8 +83,14 @@ class EditController final : public EditType {
  private:
   void reread();
   void takeFile(const std::shared_ptr<Launchd>& job);
-  void askAboutConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs);
-  void resolveConflict(const std::shared_ptr<Launchd>& job, const std::string& theirs, VersionChoice choice);
+  /// The question about two versions of a job, asked by a save.
+  struct Conflict {
+    std::shared_ptr<Launchd> job;
+    std::string theirs;
+    std::function<void(bool isSaved)> ended;  ///< not empty
+  };
+  void askAboutConflict(const Conflict& conflict);
+  void resolveConflict(const Conflict& conflict, VersionChoice choice);
 
   const SessionContext m_session;
   const Busy& m_saving;

@@ -92,11 +92,11 @@ JobProblems::JobProblems(const SessionContext& session, lint::TargetMachine mach
   m_subscriptions.push_back(session.selection.changed().subscribe([this] { selectionChanged(); }));
   m_subscriptions.push_back(session.editing.edited().subscribe([this] { edited(); }));
   m_subscriptions.push_back(session.notifications.jobsUpdated.subscribe([this] { catalogueChanged(); }));
-  session.currentMode.setProblemTest([this](const Job& job) { return hasProblems(job); });
+  session.currentMode.setTest(JobSubset::WithProblems, [this](const Job& job) { return hasProblems(job); });
 }
 
 JobProblems::~JobProblems() {
-  m_session.currentMode.setProblemTest({});
+  m_session.currentMode.setTest(JobSubset::WithProblems, {});
   m_outbox->close();
 }
 
@@ -113,7 +113,11 @@ void JobProblems::setOn(bool isOn) {
   m_waiting.clear();
   m_job.reset();
   publish({});
-  if (!isOn) return m_session.currentMode.setOnlyProblems(m_session.catalogue.jobs(), false);
+  if (!isOn) {
+    const bool isLimited = m_session.currentMode.subset() == JobSubset::WithProblems;
+    if (isLimited) m_session.currentMode.setSubset(m_session.catalogue.jobs(), std::nullopt);
+    return;
+  }
   selectionChanged();
   catalogueChanged();
 }
@@ -261,7 +265,7 @@ void JobProblems::store(const Job& job, Findings findings) {
 /// Nothing is refreshed while there are unsaved changes, so that the edited job stays in view.
 void JobProblems::refreshView() {
   m_isViewOutdated = m_session.editing.hasUnsavedChanges();
-  if (m_isViewOutdated || !m_session.currentMode.showsOnlyProblems()) return;
+  if (m_isViewOutdated || !m_session.currentMode.dependsOn(JobSubset::WithProblems)) return;
   m_session.currentMode.update(m_session.catalogue.jobs());
 }
 

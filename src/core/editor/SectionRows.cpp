@@ -94,6 +94,7 @@ Rows sectionRows(StackSection section, const Plist& plist, const Foundation& fou
     case StackSection::Unknown:
       return unknownRows(plist, isInBrowser);
     case StackSection::General:
+    case StackSection::Runs:
     case StackSection::When:
     case StackSection::Notes:
       return {};

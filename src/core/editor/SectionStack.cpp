@@ -45,6 +45,8 @@ bool isShown(StackSection section, const Plist& plist) {
     case StackSection::General:
     case StackSection::Notes:
       return true;
+    case StackSection::Runs:
+      return false;
   }
   return false;
 }

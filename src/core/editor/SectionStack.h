@@ -12,6 +12,7 @@ namespace mirvel {
 /// The sections of a launchd job, in the order of the details and the editor.
 enum class StackSection {
   General,
+  Runs,  ///< only in the details, and only while something is known of the job's runs
   When,
   Paths,
   Limits,

@@ -117,6 +117,27 @@ constexpr Row sheetRow(Command command, Condition isEnabled) {
           [](const Shell& shell) { return shell.sheets.contains(sheet); }};
 }
 
+template <RunOrder order>
+constexpr Row orderRow(Command command) {
+  return {.command = command,
+          .isEnabled =
+              [](const CommandContext& context) { return context.offers(order) && context.obstacle(order).empty(); },
+          .perform = [](const WindowContext& context) { context.control.give(order, context.selection.job()); }};
+}
+
+template <JobSubset subset>
+constexpr Row subsetRow(Command command, Condition isEnabled) {
+  return {.command = command,
+          .isEnabled = isEnabled,
+          .perform =
+              [](const WindowContext& context) {
+                const bool isOn = context.currentMode.subset() == subset;
+                context.currentMode.setSubset(context.catalogue.jobs(),
+                                              isOn ? std::nullopt : std::optional<JobSubset>(subset));
+              },
+          .isOn = [](const CommandContext& context) { return context.subset == subset; }};
+}
+
 template <Mode mode>
 constexpr Row modeRow(Command command) {
   return {.command = command,
@@ -150,6 +171,10 @@ constexpr Row rows[] = {
      [](const WindowContext& context) { context.deletion.confirm(context.selection.job()); }},
     sheetRow<Sheet::RestoreDeleted>(Command::RestoreDeleted, canRestoreDeleted),
     {Command::Share, isSelected},
+    orderRow<RunOrder::RunNow>(Command::RunNow),
+    orderRow<RunOrder::Stop>(Command::Stop),
+    orderRow<RunOrder::Restart>(Command::Restart),
+    orderRow<RunOrder::Disable>(Command::Disable),
     sheetRow<Sheet::Test>(Command::Test, isLaunchdSelected),
     sheetRow<Sheet::Log>(Command::Log, isLaunchdSelected),
     sheetRow<Sheet::Info>(Command::Info, isSelected),
@@ -168,13 +193,10 @@ constexpr Row rows[] = {
      .isEnabled = hasNoEdits,
      .perform = [](const WindowContext& context) { context.mainWindow.toggleSystemJobs(); },
      .isOn = [](const CommandContext& context) { return context.showsSystemJobs; }},
-    {.command = Command::OnlyProblems,
-     .isEnabled = [](const CommandContext& context) { return context.checksJobs && hasNoEdits(context); },
-     .perform =
-         [](const WindowContext& context) {
-           context.currentMode.setOnlyProblems(context.catalogue.jobs(), !context.currentMode.showsOnlyProblems());
-         },
-     .isOn = [](const CommandContext& context) { return context.showsOnlyProblems; }},
+    subsetRow<JobSubset::WithProblems>(
+        Command::OnlyProblems, [](const CommandContext& context) { return context.checksJobs && hasNoEdits(context); }),
+    subsetRow<JobSubset::Failed>(Command::OnlyFailed, hasNoEdits),
+    subsetRow<JobSubset::Running>(Command::OnlyRunning, hasNoEdits),
     {.command = Command::CheckJobs,
      .isEnabled = always,
      .perform = [](const WindowContext& context) { context.problems.setOn(!context.problems.isOn()); },
@@ -223,7 +245,40 @@ const Row& rowOf(Command command) {
   return rows[static_cast<std::size_t>(command)];
 }
 
+/// None for other commands than those about runs.
+std::optional<RunOrder> orderOf(Command command) {
+  switch (command) {
+    case Command::RunNow:
+      return RunOrder::RunNow;
+    case Command::Stop:
+      return RunOrder::Stop;
+    case Command::Restart:
+      return RunOrder::Restart;
+    case Command::Disable:
+      return RunOrder::Disable;
+    default:
+      return std::nullopt;
+  }
+}
+
 }  // namespace
+
+bool isShown(Command command, const CommandContext& context) {
+  const auto order = orderOf(command);
+  if (!order) return true;
+  const bool isUsual = *order == RunOrder::RunNow || *order == RunOrder::Stop;
+  return context.offers(*order) || (isUsual && !context.offers(RunOrder::Restart));
+}
+
+std::string whyDisabled(Command command, const CommandContext& context) {
+  const auto order = orderOf(command);
+  return order && context.offers(*order) ? context.obstacle(*order) : std::string();
+}
+
+Command runCommand(const CommandContext& context) {
+  if (isEnabled(Command::Stop, context)) return Command::Stop;
+  return isEnabled(Command::Restart, context) ? Command::Restart : Command::RunNow;
+}
 
 bool isOffered(Command command, const Shell& shell) {
   const auto offered = rowOf(command).isOffered;
@@ -254,6 +309,8 @@ bool isEnabled(ToolbarItem item, const CommandContext& context) {
     case ToolbarItem::Share:
     case ToolbarItem::Info:
       return isSelected(context);
+    case ToolbarItem::Run:
+      return isEnabled(runCommand(context), context);
     case ToolbarItem::Log:
       return isLaunchdSelected(context) && context.isSelectedNamed;
   }

@@ -77,6 +77,8 @@ GridItem GridMode::item(IndexPath path) const {
   const Localize& localize = m_context.foundation.localize;
   GridItem item{.name = job->name, .icon = job->displayIcon(localize), .isSecondary = job->isDisabled()};
   if (!job->kind.isEditable(m_context.foundation.defaults.editSystemJobs())) item.noWriteBadge = noWriteImage(localize);
+  item.failedBadge = failureMark(m_context, *job);
+  if (item.failedBadge) item.toolTip = runsToolTip(m_context, *job);
   return item;
 }
 

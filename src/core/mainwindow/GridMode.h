@@ -29,6 +29,8 @@ class GridCollectionType {
   virtual void scrollTo(IndexPath path) = 0;
   /// Updates one item after its name, icon or state has changed.
   virtual void reloadItem(IndexPath path) = 0;
+  /// Repaints the items without reloading them.
+  virtual void redraw() = 0;
 };
 
 /// The contents of an item of the grid; empty for an item out of range.
@@ -36,6 +38,8 @@ struct GridItem {
   std::string name = {};
   std::optional<Image> icon = {};          ///< none: the view shows a generic one
   std::optional<Image> noWriteBadge = {};  ///< for a job that can't be edited
+  std::optional<Image> failedBadge = {};   ///< for a job whose last run has failed
+  std::string toolTip = {};                ///< of the failure; empty if there is none
   bool isSecondary = false;                ///< the name is drawn in the secondary text colour
 };
 
@@ -52,6 +56,7 @@ class GridMode final : public ModeType {
   void deselect() override;
   void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) override;
   void reloadJob(const std::shared_ptr<Job>& job) override;
+  void redraw() override { m_collection.redraw(); }
 
   const Sections& sections() const { return m_sections.all(); }
   /// Name and item at a position; empty if it is out of range. The name is valid until the next `update`.

@@ -20,13 +20,14 @@ class JobMenu {
     Type type = Type::Action;
     std::string title = {};
     std::function<void()> action = {};  ///< empty unless `type` is `Action`
+    std::string whyDisabled = {};       ///< a sentence, if the item can't be chosen now
   };
 
   /// Adds a heading, which can't be chosen.
-  void addTitle(std::string title) { m_items.push_back({Item::Type::Title, std::move(title), {}}); }
-  void addSeparator() { m_items.push_back({Item::Type::Separator, {}, {}}); }
-  void add(std::string title, std::function<void()> action) {
-    m_items.push_back({Item::Type::Action, std::move(title), std::move(action)});
+  void addTitle(std::string title) { m_items.push_back({Item::Type::Title, std::move(title), {}, {}}); }
+  void addSeparator() { m_items.push_back({Item::Type::Separator, {}, {}, {}}); }
+  void add(std::string title, std::function<void()> action, std::string whyDisabled = {}) {
+    m_items.push_back({Item::Type::Action, std::move(title), std::move(action), std::move(whyDisabled)});
   }
   const std::vector<Item>& items() const { return m_items; }
 

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include "core/locale/Localize.h"
 #include "core/mainwindow/WindowTexts.h"
+#include "core/runs/RunStateTexts.h"
 
 namespace mirvel {
 
@@ -40,15 +42,30 @@ std::optional<ListPlace> placeIn(std::string_view text) {
   return place;
 }
 
-bool holds(const std::vector<ListPlace>& places, ListColumn column) {
-  return std::any_of(places.begin(), places.end(), [&](const ListPlace& place) { return place.column == column; });
+std::vector<ListPlace>::iterator find(std::vector<ListPlace>& places, ListColumn column) {
+  return std::find_if(places.begin(), places.end(), [&](const ListPlace& place) { return place.column == column; });
+}
+
+bool holds(std::vector<ListPlace>& places, ListColumn column) {
+  return find(places, column) != places.end();
+}
+
+/// Places the columns that a text of an older version doesn't name.
+void addMissing(std::vector<ListPlace>& places) {
+  std::optional<ListColumn> previous;
+  for (const ListColumn column : defaultListOrder) {
+    if (!holds(places, column)) {
+      places.insert(previous ? std::next(find(places, *previous)) : places.end(), {.column = column});
+    }
+    previous = column;
+  }
 }
 
 }  // namespace
 
 std::string_view identifier(ListColumn column) {
-  constexpr std::array<std::string_view, 7> identifiers{"name",      "summary",   "kind", "enabled",
-                                                        "keepAlive", "scheduled", "run"};
+  constexpr std::array<std::string_view, 9> identifiers{"name",      "summary", "kind",    "enabled", "keepAlive",
+                                                        "scheduled", "run",     "lastRun", "state"};
   return identifiers.at(static_cast<std::size_t>(column));
 }
 
@@ -75,6 +92,10 @@ std::string title(ListColumn column, const Localize& localize) {
       return localize.scheduled();
     case ListColumn::Run:
       return localize.run();
+    case ListColumn::LastRun:
+      return RunStateTexts(localize).lastRun();
+    case ListColumn::State:
+      return RunStateTexts(localize).state();
   }
   return {};
 }
@@ -108,9 +129,7 @@ std::vector<ListPlace> layoutIn(std::string_view text) {
     const auto place = placeIn(takeUntil(',', text));
     if (place && !holds(places, place->column)) places.push_back(*place);
   }
-  for (const ListColumn column : allListColumns) {
-    if (!holds(places, column)) places.push_back({.column = column});
-  }
+  addMissing(places);
   const bool isNoneVisible =
       std::none_of(places.begin(), places.end(), [](const ListPlace& place) { return place.isVisible; });
   for (ListPlace& place : places) place.isVisible = place.isVisible || isNoneVisible;

@@ -10,7 +10,7 @@ namespace mirvel {
 
 class Localize;
 
-/// The columns of list mode, in their default order. The numbers are those of the table's sections.
+/// The columns of list mode. The numbers are those of the table's sections.
 enum class ListColumn : int {
   Name = 0,   ///< the label; for jobs of other kinds than launchd their name
   Summary,    ///< a short form of the command
@@ -19,11 +19,18 @@ enum class ListColumn : int {
   KeepAlive,  ///< a check box: the job has the key, whatever its value
   Scheduled,  ///< a check box: the job has a schedule
   Run,        ///< the command
+  LastRun,    ///< when it was last started
+  State,      ///< what the job does now, as an icon and a word
 };
 
-inline constexpr std::array<ListColumn, 7> allListColumns{
-    ListColumn::Name,      ListColumn::Summary,   ListColumn::Kind, ListColumn::Enabled,
-    ListColumn::KeepAlive, ListColumn::Scheduled, ListColumn::Run};
+inline constexpr std::array<ListColumn, 9> allListColumns{
+    ListColumn::Name,      ListColumn::Summary, ListColumn::Kind,    ListColumn::Enabled, ListColumn::KeepAlive,
+    ListColumn::Scheduled, ListColumn::Run,     ListColumn::LastRun, ListColumn::State};
+
+/// From left to right, as long as the user hasn't moved one.
+inline constexpr std::array<ListColumn, 9> defaultListOrder{
+    ListColumn::Name,    ListColumn::Summary,   ListColumn::Kind,      ListColumn::Enabled, ListColumn::State,
+    ListColumn::LastRun, ListColumn::KeepAlive, ListColumn::Scheduled, ListColumn::Run};
 
 /// The name of a column in settings and sort descriptors, independent of the language: `KeepAlive` → `"keepAlive"`.
 std::string_view identifier(ListColumn column);
@@ -32,8 +39,8 @@ std::optional<ListColumn> listColumn(std::string_view name);
 /// The title in the header, in the user's language.
 std::string title(ListColumn column, const Localize& localize);
 
-/// The visible columns, in default order, after the user has chosen a column in the menu. None if it is the last
-/// visible one, which can't be hidden.
+/// The visible columns, in the order of their numbers, after the user has chosen a column in the menu. None if it is
+/// the last visible one, which can't be hidden.
 std::optional<std::vector<ListColumn>> toggled(std::vector<ListColumn> visible, ListColumn column);
 
 /// A sort order.
@@ -54,7 +61,8 @@ struct ListPlace {
 /// The stored form of the columns from left to right: `"name 210,kind hidden,run"`. `layoutIn` reads it back.
 std::string layoutText(const std::vector<ListPlace>& places);
 /// The columns from left to right; each occurs exactly once. Tolerates any text: unknown columns, repetitions and
-/// widths outside of 1 to 10000 are ignored, missing columns are appended, and if all are hidden, all are shown.
+/// widths outside of 1 to 10000 are ignored, a missing column follows the one that it follows by default, and if all
+/// are hidden, all are shown.
 std::vector<ListPlace> layoutIn(std::string_view text);
 
 /// The stored form of the sort order: `"name"`, descending `"-name"`. `sortIn` reads it back.

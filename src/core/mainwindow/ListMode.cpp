@@ -8,11 +8,16 @@
 #include "core/mainwindow/JobMenu.h"
 #include "core/mainwindow/ModeRules.h"
 #include "core/mainwindow/WindowContext.h"
+#include "core/runs/JobRuns.h"
+#include "core/runs/RunDetails.h"
+#include "core/runs/RunMoments.h"
+#include "core/runs/RunStateTexts.h"
 #include "core/session/Catalogue.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "core/session/Selection.h"
 #include "core/session/Shell.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -22,11 +27,28 @@ ListCell textCell(const Job& job, const std::string& text) {
   return {.text = text, .toolTip = text, .isSecondary = job.isDisabled()};
 }
 
-ListCell kindCell(KindTexts& kinds, Kind kind) {
-  Image icon = kinds.icon(kind);
-  const std::string title = kinds.title(kind);
+ListCell kindCell(const WindowContext& context, const Job& job) {
+  Image icon = context.kinds.icon(job.kind);
+  const std::string title = context.kinds.title(job.kind);
   icon.accessibilityDescription = title;
-  return {.toolTip = title, .image = std::move(icon)};
+  ListCell cell{.toolTip = title, .image = std::move(icon), .mark = failureMark(context, job)};
+  if (cell.mark) cell.toolTip += "\n" + runsToolTip(context, job);
+  return cell;
+}
+
+ListCell stateCell(const WindowContext& context, const Job& job) {
+  const JobState state = context.runs.state(job);
+  return {.text = RunStateTexts(context.foundation.localize).state(state),
+          .toolTip = state == JobState::Unknown ? std::string() : runsToolTip(context, job),
+          .image = stateImage(state, context.foundation.localize)};
+}
+
+ListCell lastRunCell(const WindowContext& context, const Job& job) {
+  const RunReport* const run = context.runs.lastRun(job);
+  if (!run || run->start <= 0) return {};
+  return {.text = String::firstUppercased(context.moments.text(run->start, context.platform.clock.secondsSince1970())),
+          .toolTip = runsToolTip(context, job),
+          .isSecondary = job.isDisabled()};
 }
 
 ListCell statusCell(const WindowContext& context, const Job& job) {
@@ -45,7 +67,7 @@ ListCell listCell(const WindowContext& context, const Job& job, ListColumn colum
     case ListColumn::Summary:
       return textCell(job, job.summary);
     case ListColumn::Kind:
-      return kindCell(context.kinds, job.kind);
+      return kindCell(context, job);
     case ListColumn::Enabled:
       return statusCell(context, job);
     case ListColumn::KeepAlive:
@@ -54,12 +76,21 @@ ListCell listCell(const WindowContext& context, const Job& job, ListColumn colum
       return {.isChecked = record && record->isScheduled()};
     case ListColumn::Run:
       return textCell(job, job.run());
+    case ListColumn::LastRun:
+      return lastRunCell(context, job);
+    case ListColumn::State:
+      return stateCell(context, job);
   }
   return {};
 }
 
 ListMode::ListMode(const WindowContext& context, ListTableType& table)
-    : m_context(context), m_table(table), m_guard(context), m_delay(context.platform.mainQueue) {
+    : m_context(context),
+      m_table(table),
+      m_guard(context),
+      m_delay(context.platform.mainQueue),
+      m_limit(context.platform.mainQueue),
+      m_runsChanged(context.runs.changed().subscribe([this](const Jobs&) { runsChanged(); })) {
   m_context.shell.modes.at(static_cast<std::size_t>(Mode::List)) = this;
 }
 
@@ -114,6 +145,29 @@ void ListMode::contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) {
   jobContextMenu(m_context, menu, job);
 }
 
+void ListMode::reloadJob(const std::shared_ptr<Job>& job) {
+  const Jobs& rows = content();
+  const auto found = std::find(rows.begin(), rows.end(), job);
+  if (found != rows.end()) m_table.reloadRow(static_cast<std::size_t>(found - rows.begin()));
+}
+
+/// Rows that are sorted by states or last runs would otherwise stay where they were until the next scan.
+void ListMode::runsChanged() {
+  constexpr double pause = 1;  // in seconds, so that rows don't jump all the time
+  const auto column = m_sortDescriptor ? listColumn(m_sortDescriptor->key) : std::nullopt;
+  if (m_content && column && dependsOnRuns(*column)) m_limit.interval("sort", pause, [this] { sortAgain(); });
+}
+
+void ListMode::sortAgain() {
+  const Jobs before = content();
+  sort();
+  if (before == content()) return;
+  m_table.reload();
+  const auto job = shownJob(m_context.selection, m_context.shell);
+  const auto row = job ? rowAt(job->url) : std::nullopt;
+  if (row) m_table.mark(*row);
+}
+
 ListCell ListMode::cell(ListColumn column, std::size_t row) const {
   if (row >= content().size()) return {};
   return listCell(m_context, *content()[row], column);
@@ -130,7 +184,7 @@ void ListMode::setSortDescriptor(SortDescriptor descriptor) {
 void ListMode::sort() {
   const auto column = m_sortDescriptor ? listColumn(m_sortDescriptor->key) : std::nullopt;
   if (!column) return;
-  sortJobs(*m_content, *column, m_sortDescriptor->isAscending, m_context.foundation.collator);
+  sortJobs(*m_content, *column, m_sortDescriptor->isAscending, m_context.foundation.collator, m_context.runs);
   m_delay(0.01, [this] { m_table.prepareHeaders(); });
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/base/Image.h"
+#include "core/base/Signal.h"
 #include "core/mainwindow/ListLayout.h"
 #include "core/mainwindow/ListSort.h"
 #include "core/mainwindow/ModeRules.h"
@@ -31,13 +32,18 @@ class ListTableType {
   virtual void scrollTo(std::size_t row) = 0;
   /// Updates the titles of the header.
   virtual void prepareHeaders() = 0;
+  /// Updates one row after its contents have changed.
+  virtual void reloadRow(std::size_t row) = 0;
+  /// Repaints the rows without reloading them.
+  virtual void redraw() = 0;
 };
 
 /// The contents of a cell.
 struct ListCell {
-  std::string text = {};  ///< empty for a cell with an icon or a check box
+  std::string text = {};  ///< empty for a cell with only an icon or a check box
   std::string toolTip = {};
-  std::optional<Image> image = {};
+  std::optional<Image> image = {};     ///< before the text, if there is one
+  std::optional<Image> mark = {};      ///< in a corner of the image
   std::optional<bool> isChecked = {};  ///< the state of the check box; none if there is no check box
   bool isSecondary = false;            ///< drawn in the secondary text colour
 };
@@ -57,6 +63,8 @@ class ListMode final : public ModeType {
   void update(const Jobs& jobs) override;
   void deselect() override;
   void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) override;
+  void reloadJob(const std::shared_ptr<Job>& job) override;
+  void redraw() override { m_table.redraw(); }
 
   /// The rows: the filtered jobs in sort order.
   const Jobs& content() const;
@@ -79,6 +87,8 @@ class ListMode final : public ModeType {
   std::optional<std::size_t> rowAt(const URL& url) const;
   void show(std::size_t row);
   void sort();
+  void runsChanged();
+  void sortAgain();
 
   const WindowContext& m_context;
   ListTableType& m_table;
@@ -86,6 +96,8 @@ class ListMode final : public ModeType {
   mutable std::optional<Jobs> m_content;  // copied from the catalogue on first use
   std::optional<SortDescriptor> m_sortDescriptor;
   Delay m_delay;
+  Limit m_limit;
+  Subscription m_runsChanged;
 };
 
 }  // namespace mirvel

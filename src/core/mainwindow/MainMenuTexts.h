@@ -22,6 +22,10 @@ class MainMenuTexts : public Texts {
   std::string delete_() const { return text("&Delete…"); }
   std::string restoreDeleted() const { return text("Rest&ore Deleted…"); }
   std::string share() const { return text("S&hare"); }
+  std::string runNow() const { return text("Run No&w"); }
+  std::string stop() const { return text("Sto&p"); }
+  std::string restart() const { return text("Rest&art"); }
+  std::string disable() const { return text("Disa&ble"); }
   std::string test() const { return text("&Test…"); }
   std::string log() const { return text("&Log…"); }
   std::string info() const { return text("In&fo"); }
@@ -42,6 +46,8 @@ class MainMenuTexts : public Texts {
   std::string asTimeline() const { return text("as Ti&meline"); }
   std::string systemJobs() const { return text("&System Jobs"); }
   std::string onlyProblems() const { return text("Only Jobs with &Problems"); }
+  std::string onlyFailed() const { return text("Only Faile&d Jobs"); }
+  std::string onlyRunning() const { return text("Only &Running Jobs"); }
   std::string checkJobs() const { return text("C&heck Jobs for Problems"); }
   std::string columns() const { return text("&Columns"); }
   std::string titleBar() const { return text("Title &Bar"); }

@@ -25,15 +25,21 @@ CommandContext MenuController::context() const {
                         .isScriptInFront = static_cast<bool>(shell.saveScript),
                         .editsSystemJobs = defaults.editSystemJobs(),
                         .showsSystemJobs = defaults.showSystemJobs(),
-                        .showsOnlyProblems = m_context.currentMode.showsOnlyProblems(),
+                        .subset = m_context.currentMode.subset(),
                         .checksJobs = defaults.checkJobs(),
                         .showsTitleBar = defaults.showTitleBar(),
                         .mode = m_context.currentMode.chosen()};
-  if (const auto job = shownJob(m_context.selection, m_context.shell)) {
+  const auto job = shownJob(m_context.selection, m_context.shell);
+  if (job) {
     result.selected = job->kind;
     result.isSelectedNamed = !job->name.empty();
     result.canDeleteSelected = m_context.deletion.canDelete(*job);
     result.hasRevisions = m_context.revisions.revisions().find(storeKey(job->url)) != nullptr;
+  }
+  for (const RunOrder order : allRunOrders) {
+    if (!job || !JobControl::isOffered(order, *job)) continue;
+    result.offersOrder.at(static_cast<std::size_t>(order)) = true;
+    result.orderObstacles.at(static_cast<std::size_t>(order)) = m_context.control.obstacle(order, *job);
   }
   if (shell.detail) result.detailTab = shell.detail->detailTab();
   if (shell.mainWindow) {

@@ -18,6 +18,7 @@ class MenuController {
   bool isOffered(Command command) const;
   bool isEnabled(Command command) const { return mirvel::isEnabled(command, context()); }
   std::optional<bool> isOn(Command command) const { return mirvel::isOn(command, context()); }
+  bool isShown(Command command) const { return mirvel::isShown(command, context()); }
   bool isEnabled(ToolbarItem item) const { return mirvel::isEnabled(item, context()); }
   /// A snapshot of the current state. Costs little, but querying several commands should share one.
   CommandContext context() const;

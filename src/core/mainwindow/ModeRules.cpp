@@ -2,10 +2,14 @@
 
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/WindowContext.h"
+#include "core/runs/JobRuns.h"
+#include "core/runs/RunDetails.h"
+#include "core/runs/RunStateTexts.h"
 #include "core/session/Busy.h"
 #include "core/session/Catalogue.h"
 #include "core/session/Editing.h"
 #include "core/session/Foundation.h"
+#include "core/session/Platform.h"
 #include "core/session/Selection.h"
 #include "core/session/Shell.h"
 
@@ -29,6 +33,22 @@ std::optional<std::string> emptyStateLabel(const WindowContext& context) {
   if (context.scanning.isBusy()) return context.foundation.localize.ellipsis().loading();
   if (context.catalogue.jobs().empty()) return context.foundation.localize.noItems();
   return std::nullopt;
+}
+
+std::optional<Image> failureMark(const WindowContext& context, const Job& job) {
+  if (context.runs.state(job) != JobState::Failed) return std::nullopt;
+  auto image = stateImage(JobState::Failed, context.foundation.localize);
+  image->accessibilityDescription = RunStateTexts(context.foundation.localize).lastRunFailed();
+  return image;
+}
+
+std::string runsToolTip(const WindowContext& context, const Job& job) {
+  const double now = context.platform.clock.secondsSince1970();
+  std::string text;
+  for (const auto& line : runDetails(job, context.runs, context.moments, now, context.foundation.localize).lines) {
+    text += (text.empty() ? "" : "\n") + line;
+  }
+  return text;
 }
 
 std::optional<URL> draggedURL(const Job& job) {

@@ -31,6 +31,11 @@ class SelectionGuard {
 /// jobs, even if the filter hides all of them.
 std::optional<std::string> emptyStateLabel(const WindowContext& context);
 
+/// The mark on the icon of a job whose last run has failed, with a description; none for other jobs.
+std::optional<Image> failureMark(const WindowContext& context, const Job& job);
+/// What is known of the runs of a job, one sentence a line; empty if nothing is.
+std::string runsToolTip(const WindowContext& context, const Job& job);
+
 /// The file to drag for a job. None for jobs of other kinds than launchd's, which can't be dragged.
 std::optional<URL> draggedURL(const Job& job);
 

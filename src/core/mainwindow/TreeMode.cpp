@@ -69,10 +69,13 @@ TreeCell TreeMode::cell(IndexPath path) const {
   if (path.item == IndexPath::group && path.section < sections().size()) return groupCell(sections()[path.section]);
   const auto job = m_sections.job(path);
   if (!job) return {};
-  return {.text = job->name,
-          .toolTip = job->summary,
-          .image = job->displayIcon(m_context.foundation.localize),
-          .isSecondary = job->isDisabled()};
+  TreeCell cell{.text = job->name,
+                .toolTip = job->summary,
+                .image = job->displayIcon(m_context.foundation.localize),
+                .mark = failureMark(m_context, *job),
+                .isSecondary = job->isDisabled()};
+  if (cell.mark) cell.toolTip += "\n" + runsToolTip(m_context, *job);
+  return cell;
 }
 
 TreeCell TreeMode::groupCell(const Kind::Section& section) const {

@@ -43,8 +43,9 @@ struct TreeCell {
   std::string text = {};
   std::string toolTip = {};
   std::optional<Image> image = {};
-  std::string count = {};    ///< shown on the button of a group; empty for a job
-  bool isSecondary = false;  ///< drawn in the secondary text colour
+  std::optional<Image> mark = {};  ///< in a corner of the image
+  std::string count = {};          ///< shown on the button of a group; empty for a job
+  bool isSecondary = false;        ///< drawn in the secondary text colour
 };
 
 /// Which groups of the tree are expanded; kept across scans and program starts. All are expanded until the user
@@ -81,6 +82,7 @@ class TreeMode final : public ModeType {
   void deselect() override;
   void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) override;
   void reloadJob(const std::shared_ptr<Job>& job) override;
+  void redraw() override { m_outline.redraw(); }
 
   /// To be called when the outline is shown or hidden. While it is visible, it is repainted after each change of the
   /// catalogue.

@@ -62,10 +62,12 @@ class Factory {
 }  // namespace
 
 struct MomentTexts::Formats {
-  explicit Formats(Factory&& factory)
-      : weekdayPattern(factory.pattern(u"EEEEjmm")),
+  Formats(Factory&& factory, std::unique_ptr<icu::TimeZone> theZone)
+      : zone(std::move(theZone)),
+        weekdayPattern(factory.pattern(u"EEEEjmm")),
         today(factory.format(withWord(weekdayPattern, factory.word(UDAT_DIRECTION_THIS)))),
         tomorrow(factory.format(withWord(weekdayPattern, factory.word(UDAT_DIRECTION_NEXT)))),
+        yesterday(factory.format(withWord(weekdayPattern, factory.word(UDAT_DIRECTION_LAST)))),
         weekday(factory.format(weekdayPattern)),
         date(factory.format(factory.pattern(u"MMMdjmm"))),
         dateAndYear(factory.format(factory.pattern(u"yMMMdjmm"))) {}
@@ -74,27 +76,45 @@ struct MomentTexts::Formats {
     const auto ahead = (day - today_).count();
     if (ahead == 0) return today;
     if (ahead == 1) return tomorrow;
+    if (ahead == -1) return yesterday;
     if (ahead > 0 && ahead < 7) return weekday;
     return year_month_day(day).year() == year_month_day(today_).year() ? date : dateAndYear;
   }
 
+  local_days dayOf(sys_seconds moment) const {
+    std::int32_t offset = 0, daylightSaving = 0;  // in milliseconds
+    UErrorCode status = U_ZERO_ERROR;
+    const auto time = static_cast<UDate>(duration_cast<milliseconds>(moment.time_since_epoch()).count());
+    zone->getOffset(time, false, offset, daylightSaving, status);
+    return floor<days>(local_seconds(moment.time_since_epoch()) + milliseconds(offset + daylightSaving));
+  }
+
+  const std::unique_ptr<icu::TimeZone> zone;
   const icu::UnicodeString weekdayPattern;
   const Format today;
   const Format tomorrow;
+  const Format yesterday;
   const Format weekday;
   const Format date;
   const Format dateAndYear;
 };
 
 MomentTexts::MomentTexts(const Localize& localize, std::string zone) : m_localize(localize), m_zone(std::move(zone)) {
-  m_formats = std::make_unique<const Formats>(Factory(icu::Locale(localize.timeLocale().c_str()),
-                                                      icu::Locale(localize.locale().c_str()), *rulesOfZone(m_zone)));
+  const icu::Locale locale(localize.timeLocale().c_str());
+  const icu::Locale language(localize.locale().c_str());
+  auto rules = rulesOfZone(m_zone);
+  Factory factory(locale, language, *rules);
+  m_formats = std::make_unique<const Formats>(std::move(factory), std::move(rules));
 }
 
 MomentTexts::~MomentTexts() = default;
 
 std::string MomentTexts::text(sys_seconds moment, local_days day, local_days today) const {
   return formatted(m_formats->of(day, today).get(), moment);
+}
+
+std::string MomentTexts::text(sys_seconds moment, sys_seconds now) const {
+  return text(moment, m_formats->dayOf(moment), m_formats->dayOf(now));
 }
 
 }  // namespace mirvel

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "core/session/Selection.h"
@@ -39,25 +40,65 @@ void CurrentMode::setFilter(const Jobs& jobs, const std::string& text) {
   show(*mode, jobs, Selected::Matches);
 }
 
-void CurrentMode::setOnlyProblems(const Jobs& jobs, bool showsOnlyProblems) {
+void CurrentMode::setSubset(const Jobs& jobs, std::optional<JobSubset> subset) {
   ModeType* const mode = view();
-  if (!mode || std::exchange(m_showsOnlyProblems, showsOnlyProblems) == showsOnlyProblems) return;
+  if (!mode || std::exchange(m_subset, subset) == subset) return;
   show(*mode, jobs, Selected::Matches);
 }
 
+void CurrentMode::addFilterWord(const std::string& word, JobSubset subset) {
+  m_words.emplace_back(String::fold(word), subset);
+}
+
+bool CurrentMode::dependsOn(JobSubset subset) const {
+  if (m_subset == subset) return true;
+  const auto worded = wordedFilter();
+  return worded && worded->subset == subset;
+}
+
+bool CurrentMode::belongsTo(JobSubset subset, const Job& job) const {
+  const SubsetTest& test = m_tests.at(static_cast<std::size_t>(subset));
+  return test && test(job);
+}
+
+std::optional<CurrentMode::WordedFilter> CurrentMode::wordedFilter() const {
+  const std::string folded = String::fold(m_filter);
+  const std::string_view text = String::trim(folded);
+  for (const auto& [word, subset] : m_words) {
+    if (text == word) return WordedFilter{subset, {}};
+    if (text.starts_with(word + ' ')) return WordedFilter{subset, std::string(String::trim(text.substr(word.size())))};
+    if (text.ends_with(' ' + word)) {
+      return WordedFilter{subset, std::string(String::trim(text.substr(0, text.size() - word.size())))};
+    }
+  }
+  return std::nullopt;
+}
+
+Jobs CurrentMode::matchingText(const Jobs& jobs) const {
+  if (m_filter.empty()) return jobs;
+  const auto worded = wordedFilter();
+  if (!worded) return filtered(jobs, m_filter);
+  const std::string folded = String::fold(m_filter);
+  Jobs result;
+  std::copy_if(jobs.begin(), jobs.end(), std::back_inserter(result), [&](const auto& job) {
+    return job->contains(folded) || (belongsTo(worded->subset, *job) && job->contains(worded->rest));
+  });
+  return result;
+}
+
 Jobs CurrentMode::matching(const Jobs& jobs, Selected selected) const {
-  Jobs result = m_filter.empty() ? jobs : filtered(jobs, m_filter);
-  if (!m_showsOnlyProblems) return result;
+  Jobs result = matchingText(jobs);
+  if (!m_subset) return result;
   const auto shown = selected == Selected::Remains ? m_selection.job() : nullptr;
   std::erase_if(result, [&](const auto& job) {
     const bool remains = shown && job->url.equalTo(shown->url);
-    return !remains && !(m_hasProblems && m_hasProblems(*job));
+    return !remains && !belongsTo(*m_subset, *job);
   });
   return result;
 }
 
 void CurrentMode::show(ModeType& mode, const Jobs& jobs, Selected selected) const {
-  if (m_filter.empty() && !m_showsOnlyProblems) {
+  if (!isLimited()) {
     mode.update(jobs);
     markSelected();
     if (m_selection.job() && m_shell.detail) m_shell.detail->updateDetail();
@@ -81,7 +122,7 @@ void CurrentMode::keepSelection() const {
 void CurrentMode::update(const Jobs& jobs) {
   ModeType* const mode = view();
   if (!mode) return;
-  if (!m_filter.empty() || m_showsOnlyProblems) return show(*mode, jobs, Selected::Remains);
+  if (isLimited()) return show(*mode, jobs, Selected::Remains);
   mode->update(jobs);
 }
 

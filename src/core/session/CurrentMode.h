@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "core/session/Mode.h"
 
@@ -12,6 +16,9 @@ namespace mirvel {
 class Defaults;
 class Selection;
 struct Shell;
+
+/// Parts of the catalogue to which the view can be limited.
+enum class JobSubset : std::uint8_t { WithProblems, Failed, Running };
 
 /// The mode in which the main window shows the catalogue, such as the list. Owns the filters. For the main thread.
 class CurrentMode {
@@ -34,15 +41,21 @@ class CurrentMode {
   /// Removes the text. The view changes with the next update only.
   void clearFilter() { m_filter.clear(); }
 
-  /// Decides which jobs have problems. An empty function, as initially, finds none.
-  using ProblemTest = std::function<bool(const Job& job)>;
-  void setProblemTest(ProblemTest test) { m_hasProblems = std::move(test); }
-  /// Whether only jobs with problems are shown, of those that match the text.
-  bool showsOnlyProblems() const { return m_showsOnlyProblems; }
+  /// Decides which jobs belong to a subset. An empty function, as initially, finds none.
+  using SubsetTest = std::function<bool(const Job& job)>;
+  void setTest(JobSubset subset, SubsetTest test) { m_tests.at(static_cast<std::size_t>(subset)) = std::move(test); }
+  /// The subset of which only jobs are shown, of those that match the text; none if all are.
+  const std::optional<JobSubset>& subset() const { return m_subset; }
   /// Changes that, and shows the jobs that match; otherwise like `setFilter`.
-  void setOnlyProblems(const Jobs& jobs, bool showsOnlyProblems);
+  void setSubset(const Jobs& jobs, std::optional<JobSubset> subset);
 
-  /// Shows other jobs, filtered. A selected job that doesn't have problems any more remains.
+  /// Defines a word that finds the jobs of a subset, in addition to those that contain it: alone, or before or after
+  /// another text. Case and accents don't matter. A subset can have several words.
+  void addFilterWord(const std::string& word, JobSubset subset);
+  /// Whether the shown jobs depend on a subset.
+  bool dependsOn(JobSubset subset) const;
+
+  /// Shows other jobs, filtered. A selected job that doesn't belong to the subset any more remains.
   void update(const Jobs& jobs);
 
   /// Selects a job and marks it in the view. It may be new, and not in the catalogue yet.
@@ -50,6 +63,16 @@ class CurrentMode {
 
  private:
   enum class Selected { Matches, Remains };
+  /// A filter text with a word for a subset.
+  struct WordedFilter {
+    JobSubset subset;
+    std::string rest;  ///< folded; without the word
+  };
+
+  bool belongsTo(JobSubset subset, const Job& job) const;
+  std::optional<WordedFilter> wordedFilter() const;
+  bool isLimited() const { return !m_filter.empty() || m_subset; }
+  Jobs matchingText(const Jobs& jobs) const;
   Jobs matching(const Jobs& jobs, Selected selected) const;
   void show(ModeType& mode, const Jobs& jobs, Selected selected) const;
   /// The details don't change.
@@ -60,8 +83,9 @@ class CurrentMode {
   const Defaults& m_defaults;
   Selection& m_selection;
   std::string m_filter;
-  ProblemTest m_hasProblems;
-  bool m_showsOnlyProblems = false;
+  std::array<SubsetTest, 3> m_tests;                       ///< by the value of `JobSubset`
+  std::vector<std::pair<std::string, JobSubset>> m_words;  ///< folded
+  std::optional<JobSubset> m_subset;
 };
 
 /// The jobs whose name, path or text content contains the text, ignoring case and accents, in their order.

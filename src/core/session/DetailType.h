@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 namespace mirvel {
 
 /// The content of the details pane. The values are the indexes of its tabs.
@@ -47,8 +49,10 @@ class EditType {
   virtual void refreshEditedState() = 0;
   /// Commits the field that has the focus.
   virtual void endEditing() {}
-  /// Commits the field that has the focus, and saves the job.
-  virtual void save() = 0;
+  /// Commits the field that has the focus, and saves the job. `ended` is called once with whether the job was saved,
+  /// possibly before this function returns; it may be empty.
+  virtual void save(std::function<void(bool isSaved)> ended) = 0;
+  void save() { save({}); }
   /// Discards the unsaved changes.
   virtual void discardEdits() = 0;
   /// Called when the changes have been saved or discarded.

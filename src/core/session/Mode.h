@@ -34,6 +34,8 @@ class ModeType {
   virtual void contextMenu(JobMenu& menu, const std::shared_ptr<Job>& job) = 0;
   /// Redraws the entry of a job.
   virtual void reloadJob(const std::shared_ptr<Job>&) {}
+  /// Redraws the entries of all jobs. Rows and scroll position don't change.
+  virtual void redraw() {}
 };
 
 }  // namespace mirvel

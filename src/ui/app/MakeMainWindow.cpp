@@ -19,6 +19,9 @@ EditorContext editorContext(Program& program, IconLoader& icons) {
           program.scheduledController,
           program.notes,
           program.problems,
+          program.runs,
+          program.moments,
+          program.failedOutput,
           program.icons,
           icons};
 }

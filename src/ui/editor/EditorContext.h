@@ -6,12 +6,15 @@ namespace mirvel {
 class ActionController;
 class Busy;
 class CommandRepairs;
+class FailedOutput;
 class IconEditing;
 class JobProblems;
+class JobRuns;
 class KindTexts;
 class MainWindowController;
 class MenuController;
 class NotesStore;
+class RunMoments;
 class ScheduledController;
 }  // namespace mirvel
 
@@ -32,6 +35,9 @@ struct EditorContext : SessionContext {
   ScheduledController& schedules;
   NotesStore& notes;
   JobProblems& problems;
+  JobRuns& runs;
+  const RunMoments& moments;
+  FailedOutput& failedOutput;
   IconEditing& iconEditing;
   IconLoader& icons;
 };

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "core/editor/GeneralRules.h"
+#include "core/runs/RunDetails.h"
 #include "ui/editor/LaunchdViewController.h"
 
 class QPushButton;
@@ -27,15 +28,18 @@ class LaunchdDisplayViewController final : public LaunchdViewController {
     std::string path;
     GeneralRules::Display general;
     jobfile::Plist record;
+    RunDetails runs;
 
     bool operator==(const Shown&) const = default;
   };
 
   std::vector<StackEntry> entries(const Launchd& launchd) const override;
   Section* makeSection(StackSection section) override;
+  void runsChanged(const Jobs& jobs);
 
   ProblemsSummary* m_problems;
   Subscription m_problemsChanged;
+  Subscription m_runsChanged;
   QPushButton* m_editButton;
   std::optional<Shown> m_shown;
 };

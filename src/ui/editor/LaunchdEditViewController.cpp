@@ -21,6 +21,7 @@
 #include "ui/editor/KeyValueSection.h"
 #include "ui/editor/LaunchdViewController.h"
 #include "ui/editor/NotesSection.h"
+#include "ui/editor/RunsSection.h"
 #include "ui/editor/WhenSection.h"
 #include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
@@ -74,6 +75,9 @@ void LaunchdEditViewController::makeSearch() {
   place->addWidget(m_nothingFound);
   m_jobProblems = new ProblemsView;
   place->addWidget(m_jobProblems);
+  m_runs = new RunsLine;
+  place->addWidget(m_runs);
+  m_runsChanged = context().runs.changed().subscribe([this](const Jobs&) { m_runs->update(context()); });
   m_problemsChanged = context().problems.changed().subscribe([this] { showProblems(); });
   pane().insertLayout(0, place);
   connect(m_searchField, &QLineEdit::textChanged, this, [this] { search(); });
@@ -120,6 +124,7 @@ void LaunchdEditViewController::updateDetail() {
   updateSections();
   search();
   showProblems();
+  m_runs->update(context());
   place.restore();
   m_controller.updateButtons();  // whether the job can be saved depends on the job
 }

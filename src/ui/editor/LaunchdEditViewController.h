@@ -14,6 +14,8 @@ class QToolButton;
 
 namespace mirvel::ui {
 
+class RunsLine;
+
 /// The editor of a launchd job. Writes each keystroke to the job's record; saving writes the record to the file.
 class LaunchdEditViewController final : public LaunchdViewController, private EditStackType {
  public:
@@ -54,6 +56,8 @@ class LaunchdEditViewController final : public LaunchdViewController, private Ed
   QLabel* m_nothingFound = nullptr;
   ProblemsView* m_jobProblems = nullptr;  ///< those that no field shows
   Subscription m_problemsChanged;
+  RunsLine* m_runs = nullptr;
+  Subscription m_runsChanged;
   QPushButton* m_saveButton = nullptr;
   QPushButton* m_discardButton = nullptr;
   QToolButton* m_helpButton = nullptr;

@@ -27,8 +27,9 @@ void CommandActions::validate() {
   const CommandContext context = m_menus.context();
   for (const auto& [command, action] : m_actions) {
     const bool isOffered = m_menus.isOffered(command);
-    action->setVisible(isOffered);
+    action->setVisible(isOffered && isShown(command, context));
     action->setEnabled(isOffered && isEnabled(command, context));
+    action->setToolTip(qt(whyDisabled(command, context)));
     const auto isTicked = isOn(command, context);
     action->setCheckable(isTicked.has_value());
     action->setChecked(isTicked.value_or(false));

@@ -89,6 +89,13 @@ struct Places {
     return rect;
   }
 
+  /// In the upper corner, so that both badges can be seen.
+  QRect failedBadge(Qt::LayoutDirection direction) const {
+    QRect rect = badge(direction);
+    rect.moveTop(icon.top());
+    return rect;
+  }
+
   int unit;
   QRect tile;  ///< background of a selected item's icon
   QRect icon;
@@ -170,6 +177,7 @@ void GridItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   index.data(Qt::DecorationRole).value<QIcon>().paint(painter, places.icon);
   const auto badge = index.data(GridModel::BadgeRole).value<QIcon>();
   badge.paint(painter, places.badge(option.direction));
+  index.data(GridModel::FailedRole).value<QIcon>().paint(painter, places.failedBadge(option.direction));
   drawName(*painter, option, places, index);
   painter->restore();
 }
@@ -186,8 +194,9 @@ bool GridItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, con
   if (event->type() != QEvent::ToolTip) return QStyledItemDelegate::helpEvent(event, view, option, index);
   const QString name = index.data().toString();
   const bool isCut = index.isValid() && nameLines(name, option.fontMetrics, Places(option).name.width()).isElided;
-  if (isCut) {
-    QToolTip::showText(event->globalPos(), shownToolTip(utf8(name)), view);
+  const QString details = index.data(Qt::ToolTipRole).toString();
+  if (isCut || !details.isEmpty()) {
+    QToolTip::showText(event->globalPos(), (isCut ? shownToolTip(utf8(name)) : QString()) + details, view);
   } else {
     QToolTip::hideText();
   }

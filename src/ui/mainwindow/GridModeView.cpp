@@ -75,6 +75,10 @@ void GridModeView::reloadItem(IndexPath path) {
   m_model.reloadRow(m_model.row(path));
 }
 
+void GridModeView::redraw() {
+  m_grid->viewport()->update();
+}
+
 void GridModeView::showItemMenu(const QPoint& position) {
   const QModelIndex index = m_grid->indexAt(position);
   if (index.isValid()) popUp(m_mode.menuForItem(m_model.path(index.row())), *m_grid, position);

@@ -26,6 +26,7 @@ class GridModeView final : public QWidget, private GridCollectionType {
   void mark(std::optional<IndexPath> path) override;
   void scrollTo(IndexPath path) override;
   void reloadItem(IndexPath path) override;
+  void redraw() override;
 
   void connectGrid();
   void takeGroups();

@@ -3,6 +3,7 @@
 #include "ui/mainwindow/JobView.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtText.h"
+#include "ui/support/ShownText.h"
 
 namespace mirvel::ui {
 
@@ -54,6 +55,10 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
       return description(at, item);
     case BadgeRole:
       return item.noWriteBadge ? QVariant(m_icons.icon(*item.noWriteBadge)) : QVariant();
+    case FailedRole:
+      return item.failedBadge ? QVariant(m_icons.icon(*item.failedBadge)) : QVariant();
+    case Qt::ToolTipRole:
+      return shownToolTip(item.toolTip);
     case SecondaryRole:
       return item.isSecondary;
     default:
@@ -66,6 +71,7 @@ QString GridModel::description(IndexPath path, const GridItem& item) const {
   QStringList parts{qt(m_mode.header(path.section))};
   if (item.isSecondary) parts << qt(m_localize.disabled());
   if (item.noWriteBadge) parts << qt(item.noWriteBadge->accessibilityDescription);
+  if (item.failedBadge) parts << qt(item.failedBadge->accessibilityDescription);
   return parts.join(QStringLiteral(", "));
 }
 

@@ -12,7 +12,7 @@ class IconLoader;
 class GridModel final : public QAbstractListModel {
  public:
   /// In addition to the standard roles: the icon of the badge, and whether the name is drawn in the secondary colour.
-  enum Role { BadgeRole = Qt::UserRole, SecondaryRole };
+  enum Role { BadgeRole = Qt::UserRole, FailedRole, SecondaryRole };
 
   /// All arguments must outlive the model.
   GridModel(const Localize& localize, const GridMode& mode, IconLoader& icons);

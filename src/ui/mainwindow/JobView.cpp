@@ -62,6 +62,16 @@ QItemSelectionModel::SelectionFlags keepingSelection(const QModelIndex& index,
   return leavesNothing ? QItemSelectionModel::NoUpdate : command;
 }
 
+QRect cornerMark(const QRect& icon, Qt::LayoutDirection direction) {
+  const int side = icon.width() * 5 / 8;
+  const int overhang = icon.width() / 8;
+  QRect mark(0, 0, side, side);
+  mark.moveBottom(icon.bottom() + overhang);
+  mark.moveRight(icon.right() + overhang);
+  if (direction == Qt::RightToLeft) mark.moveLeft(icon.left() - overhang);
+  return mark;
+}
+
 QStringList fileDragTypes() {
   return {QStringLiteral("text/uri-list")};
 }
@@ -98,9 +108,13 @@ void addItems(QMenu& menu, const JobMenu& items) {
       case JobMenu::Item::Type::Separator:
         menu.addSeparator();
         break;
-      case JobMenu::Item::Type::Action:
-        QObject::connect(menu.addAction(itemTitle(item.title)), &QAction::triggered, &menu, item.action);
+      case JobMenu::Item::Type::Action: {
+        QAction* const action = menu.addAction(itemTitle(item.title));
+        QObject::connect(action, &QAction::triggered, &menu, item.action);
+        action->setEnabled(item.whyDisabled.empty());
+        action->setToolTip(qt(item.whyDisabled));
         break;
+      }
     }
   }
 }
@@ -111,6 +125,7 @@ void popUp(const JobMenu& items, QAbstractScrollArea& view, const QPoint& positi
   if (items.items().empty()) return;
   auto* menu = new QMenu(&view);
   menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->setToolTipsVisible(true);
   addItems(*menu, items);
   menu->popup(view.viewport()->mapToGlobal(position));
 }

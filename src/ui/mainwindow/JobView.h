@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QItemSelectionModel>
+#include <QRect>
 #include <QStringList>
 #include <functional>
 #include <optional>
@@ -30,6 +31,9 @@ void guardSelection(QAbstractItemView& view, std::function<bool()> mayChange, st
 /// the jobs, or a Control-click, would otherwise deselect the job that is shown.
 QItemSelectionModel::SelectionFlags keepingSelection(const QModelIndex& index,
                                                      QItemSelectionModel::SelectionFlags command);
+
+/// The rectangle of a mark in the lower trailing corner of an icon.
+QRect cornerMark(const QRect& icon, Qt::LayoutDirection direction);
 
 /// The MIME types of a dragged job.
 QStringList fileDragTypes();

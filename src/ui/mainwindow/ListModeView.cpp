@@ -3,13 +3,16 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "core/mainwindow/JobMenu.h"
 #include "core/mainwindow/ModeRules.h"
 #include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
+#include "core/runs/RunStateTexts.h"
 #include "core/session/Foundation.h"
 #include "core/session/Notifications.h"
 #include "core/session/Platform.h"
@@ -63,12 +66,26 @@ void ListModeView::setInitialWidths() {
     const int section = static_cast<int>(column);
     m_table->header()->resizeSection(section, m_table->header()->sectionSizeHint(section));
   }
+  m_table->header()->resizeSection(static_cast<int>(ListColumn::State), widthOfStates());
+  m_table->header()->resizeSection(static_cast<int>(ListColumn::LastRun), 24 * character);
   m_table->header()->setStretchLastSection(true);
+}
+
+/// An icon and the longest word.
+int ListModeView::widthOfStates() const {
+  const RunStateTexts texts(m_context.foundation.localize);
+  int widest = 0;
+  for (int state = 0; state < static_cast<int>(JobState::Unknown); ++state) {
+    widest = std::max(widest, fontMetrics().horizontalAdvance(qt(texts.state(static_cast<JobState>(state)))));
+  }
+  // The style of the table has margins at both ends, and between icon and word.
+  const int margin = m_table->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, m_table) + 1;
+  return widest + m_table->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, m_table) + 5 * margin;
 }
 
 void ListModeView::restoreLayout() {
   const Defaults& defaults = m_context.foundation.defaults;
-  if (const auto kept = defaults.text(Defaults::Key::listColumns)) m_table->setPlaces(layoutIn(*kept));
+  m_table->setPlaces(layoutIn(defaults.text(Defaults::Key::listColumns).value_or("")));
   if (const auto sort = sortIn(defaults.text(Defaults::Key::listSort).value_or(""))) {
     m_table->header()->setSortIndicator(static_cast<int>(*listColumn(sort->key)),
                                         sort->isAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
@@ -119,8 +136,16 @@ void ListModeView::prepareHeaders() {
   m_model.reloadHeaders();
 }
 
+void ListModeView::reloadRow(std::size_t row) {
+  m_model.reloadRow(static_cast<int>(row));
+}
+
+void ListModeView::redraw() {
+  m_table->viewport()->update();
+}
+
 void ListModeView::addColumnItems(QMenu& menu) {
-  for (const ListColumn column : allListColumns) {
+  for (const ListColumn column : defaultListOrder) {
     QAction* item = menu.addAction(qt(title(column, m_context.foundation.localize)));
     item->setCheckable(true);
     item->setChecked(!m_table->isColumnHidden(static_cast<int>(column)));

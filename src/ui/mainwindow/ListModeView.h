@@ -30,9 +30,12 @@ class ListModeView final : public QWidget, private ListTableType {
   void mark(std::optional<std::size_t> row) override;
   void scrollTo(std::size_t row) override;
   void prepareHeaders() override;
+  void reloadRow(std::size_t row) override;
+  void redraw() override;
 
   void connectTable();
   void setInitialWidths();
+  int widthOfStates() const;
   void restoreLayout();
   void keepLayout();
   void keepSort(const SortDescriptor& descriptor);

@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "ui/mainwindow/JobView.h"
+#include "ui/mainwindow/ListTableModel.h"
 #include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 
@@ -56,12 +57,18 @@ void drawIcon(QPainter* painter, const QStyleOptionViewItem& option, const QIcon
              isHighlighted ? QIcon::Selected : QIcon::Normal);
 }
 
+void drawMark(QPainter* painter, const QStyleOptionViewItem& option, const QIcon& mark, QStyle& style) {
+  const int side = style.pixelMetric(QStyle::PM_SmallIconSize, &option, option.widget);
+  mark.paint(painter, cornerMark(centered(QSize(side, side), option.rect), option.direction));
+}
+
 }  // namespace
 
 void ListCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const QVariant check = index.data(Qt::CheckStateRole);
   const QVariant decoration = index.data(Qt::DecorationRole);
-  if (check.isNull() && decoration.isNull()) {
+  const bool isText = check.isNull() && (decoration.isNull() || !index.data().toString().isEmpty());
+  if (isText) {
     QStyledItemDelegate::paint(painter, option, index);
     return;
   }
@@ -76,6 +83,7 @@ void ListCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     drawCheckBox(painter, background, check.value<Qt::CheckState>() == Qt::Checked, style);
   } else {
     drawIcon(painter, background, decoration.value<QIcon>(), style);
+    drawMark(painter, option, index.data(ListTableModel::markRole).value<QIcon>(), style);
   }
 }
 
@@ -226,11 +234,14 @@ void ListTable::rightSizeAll() {
 
 int ListTable::widestCell(int column) const {
   const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+  const int iconWidth = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this) + 2 * margin;
   const QFontMetrics metrics(font());
   int widest = 0;
   for (int row = 0; row < model()->rowCount(); ++row) {
-    const QString text = model()->index(row, column).data().toString();
-    widest = std::max(widest, metrics.horizontalAdvance(text) + 2 * margin);
+    const QModelIndex cell = model()->index(row, column);
+    const QString text = cell.data().toString();
+    const int icon = cell.data(Qt::DecorationRole).isNull() ? 0 : iconWidth;
+    widest = std::max(widest, metrics.horizontalAdvance(text) + icon + 2 * margin);
   }
   return widest;
 }

@@ -30,6 +30,10 @@ void ListTableModel::reload() {
   endResetModel();
 }
 
+void ListTableModel::reloadRow(int row) {
+  emit dataChanged(index(row, 0), index(row, columnCount() - 1));
+}
+
 void ListTableModel::reloadHeaders() {
   emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
 }
@@ -58,12 +62,17 @@ QVariant ListTableModel::data(const QModelIndex& index, int role) const {
       return cell.isSecondary ? QVariant(QGuiApplication::palette().brush(QPalette::PlaceholderText)) : QVariant();
     case Qt::AccessibleTextRole:
       return accessibleText(cell);
+    case markRole:
+      return cell.mark ? QVariant(m_icons.icon(*cell.mark)) : QVariant();
     default:
       return {};
   }
 }
 
 QString ListTableModel::accessibleText(const ListCell& cell) const {
+  if (cell.image && cell.mark) {
+    return qt(cell.image->accessibilityDescription) + QStringLiteral(", ") + qt(cell.mark->accessibilityDescription);
+  }
   if (cell.image) return qt(cell.image->accessibilityDescription);
   if (cell.isChecked) return qt(*cell.isChecked ? m_localize.on() : m_localize.off());
   return qt(cell.text);

@@ -14,8 +14,12 @@ class ListTableModel final : public QAbstractTableModel {
   /// All arguments must outlive the model.
   ListTableModel(const Localize& localize, const ListMode& mode, IconLoader& icons);
 
+  /// The icon of a mark on the decoration.
+  static constexpr int markRole = Qt::UserRole;
+
   /// Resets the model after the rows have changed.
   void reload();
+  void reloadRow(int row);
   void reloadHeaders();
 
   int rowCount(const QModelIndex& parent = {}) const override;

@@ -115,6 +115,11 @@ void MainMenu::makeFileMenu() {
                 {Qt::CTRL | Qt::Key_Backspace, QKeySequence::Delete});
   m_actions.add(*menu, Command::RestoreDeleted, texts.restoreDeleted());
   menu->addSeparator();
+  menu->setToolTipsVisible(true);  // why a command is disabled
+  m_actions.add(*menu, Command::RunNow, texts.runNow(), "system-run", {Qt::CTRL | Qt::Key_G});
+  m_actions.add(*menu, Command::Stop, texts.stop(), "media-playback-stop", {Qt::CTRL | Qt::Key_Period});
+  m_actions.add(*menu, Command::Restart, texts.restart(), "media-playback-stop", {Qt::CTRL | Qt::SHIFT | Qt::Key_G});
+  m_actions.add(*menu, Command::Disable, texts.disable());
   m_actions.add(*menu, Command::Test, texts.test(), "media-playback-start", {Qt::CTRL | Qt::Key_T});
   m_actions.add(*menu, Command::Log, texts.log(), "text-x-log", {Qt::CTRL | Qt::Key_L});
   m_actions.add(*menu, Command::Info, texts.info(), "document-properties", {Qt::CTRL | Qt::Key_I});
@@ -165,6 +170,8 @@ void MainMenu::makeViewMenu() {
   menu->addSeparator();
   m_actions.add(*menu, Command::System, texts.systemJobs(), nullptr, {Qt::CTRL | Qt::SHIFT | Qt::Key_J});
   m_actions.add(*menu, Command::OnlyProblems, texts.onlyProblems());
+  m_actions.add(*menu, Command::OnlyFailed, texts.onlyFailed());
+  m_actions.add(*menu, Command::OnlyRunning, texts.onlyRunning());
   addColumnsMenu(*menu, texts.columns());
   menu->addSeparator();
   m_actions.add(*menu, Command::CheckJobs, texts.checkJobs());

@@ -14,9 +14,11 @@
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
+#include "core/runs/JobRuns.h"
 #include "core/session/CurrentMode.h"
 #include "core/session/Foundation.h"
 #include "core/session/Notifications.h"
+#include "core/session/Selection.h"
 #include "ui/creation/CreationSheets.h"
 #include "ui/editor/DetailViewController.h"
 #include "ui/mainwindow/HostLine.h"
@@ -52,6 +54,7 @@ MainWindow::MainWindow(const WindowContext& context, Termination& termination, c
   if (m_context.foundation.defaults.preferFullScreen()) setWindowState(windowState() | Qt::WindowFullScreen);
   m_tabs->setFocus();
   new TextKeys(this);
+  m_runsChanged = m_context.runs.changed().subscribe([this](const Jobs& jobs) { runsChanged(jobs); });
   connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::askBeforeSessionEnds);
 }
 
@@ -171,6 +174,27 @@ bool MainWindow::event(QEvent* event) {
   return QMainWindow::event(event);
 }
 
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  updateVisibility();
+}
+
+void MainWindow::hideEvent(QHideEvent* event) {
+  QMainWindow::hideEvent(event);
+  updateVisibility();
+}
+
+void MainWindow::updateVisibility() {
+  m_context.runs.setWindowVisible(isVisible() && !isMinimized());
+}
+
+/// Which commands are available depends on the state of the selected job.
+void MainWindow::runsChanged(const Jobs& jobs) {
+  const auto selected = m_context.selection.job();
+  const auto isSelected = [&](const auto& job) { return job->url.equalTo(selected->url); };
+  if (selected && std::any_of(jobs.begin(), jobs.end(), isSelected)) validateVisibleItems();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->setAccepted(m_termination.applicationShouldTerminate());
   if (event->isAccepted()) saveFrame(*this, *m_splitter, m_context.foundation.defaults);
@@ -190,6 +214,7 @@ void MainWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::WindowStateChange && isVisible()) {
     m_context.mainWindow.fullScreenDidChange(isFullScreen());
   }
+  if (event->type() == QEvent::WindowStateChange) updateVisibility();
   if (event->type() == QEvent::ActivationChange) m_context.notifications.appStatusChanged.post();
 }
 

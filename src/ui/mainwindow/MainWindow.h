@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "core/base/Signal.h"
 #include "core/session/Shell.h"
 #include "ui/editor/EditorContext.h"
 #include "ui/mainwindow/CommandActions.h"
@@ -44,6 +45,8 @@ class MainWindow final : public QMainWindow, private MainWindowType {
 
  protected:
   bool event(QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
 
@@ -65,6 +68,8 @@ class MainWindow final : public QMainWindow, private MainWindowType {
   void makeContent(const EditorContext& editor);
   void enterShell(IconLoader& icons);
   void showTitle();
+  void updateVisibility();
+  void runsChanged(const Jobs& jobs);
 
   const WindowContext& m_context;
   Termination& m_termination;
@@ -76,6 +81,7 @@ class MainWindow final : public QMainWindow, private MainWindowType {
   QSplitter* m_splitter = nullptr;
   std::string m_title;
   bool m_isTitleVisible = true;
+  Subscription m_runsChanged;
 };
 
 }  // namespace mirvel::ui

@@ -11,6 +11,7 @@
 #include "core/mainwindow/MenuController.h"
 #include "core/mainwindow/WindowContext.h"
 #include "core/mainwindow/WindowTexts.h"
+#include "core/runs/RunStateTexts.h"
 #include "core/session/Busy.h"
 #include "core/session/Catalogue.h"
 #include "core/session/CurrentMode.h"
@@ -50,6 +51,7 @@ Toolbar::Toolbar(const WindowContext& context, MenuController& menus, QWidget* p
   addWidget(newSpace());
   addFilter();
   addShare();
+  addRun();
   addCommand(ToolbarItem::Log, Command::Log, "text-x-log", WindowTexts(localize).log());
   addCommand(ToolbarItem::Info, Command::Info, "document-properties", WindowTexts(localize).info());
   m_loadingChanged = context.notifications.loadingChanged.subscribe([this] {
@@ -63,6 +65,27 @@ void Toolbar::addCommand(ToolbarItem item, Command command, const char* symbol, 
   connect(button, &QToolButton::clicked, this, [this, command] { m_menus.perform(command); });
   m_buttons[item] = button;
   m_places[command] = addWidget(button);
+}
+
+void Toolbar::addRun() {
+  m_run = symbolButton("system-run", RunStateTexts(m_context.foundation.localize).runNow());
+  connect(m_run, &QToolButton::clicked, this, [this] { m_menus.perform(runCommand(m_menus.context())); });
+  m_buttons[ToolbarItem::Run] = m_run;
+  addWidget(m_run);
+}
+
+/// The button stops a job that runs, and starts one that doesn't.
+void Toolbar::showRunCommand(const CommandContext& context) {
+  const RunStateTexts texts(m_context.foundation.localize);
+  const Command command = runCommand(context);
+  const QString title = qt(command == Command::Stop      ? texts.stop()
+                           : command == Command::Restart ? texts.restart()
+                                                         : texts.runNow());
+  const std::string why = whyDisabled(command, context);
+  m_run->setToolTip(why.empty() ? title : title + QLatin1Char('\n') + qt(why));
+  if (m_run->accessibleName() == title) return;
+  m_run->setAccessibleName(title);
+  m_run->setIcon(IconLoader::symbol(command == Command::RunNow ? "system-run" : "media-playback-stop"));
 }
 
 void Toolbar::addModes() {
@@ -93,6 +116,7 @@ void Toolbar::addModes() {
 
 void Toolbar::addFilter() {
   m_filter = filterField(m_context.foundation.localize);
+  m_filter->setToolTip(qt(RunStateTexts(m_context.foundation.localize).filterWords()));
   m_filter->setMaximumWidth(36 * fontMetrics().averageCharWidth());
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
     if (!m_isClearing) m_context.currentMode.setFilter(m_context.catalogue.jobs(), utf8(text));
@@ -116,6 +140,7 @@ void Toolbar::addShare() {
 void Toolbar::validate() {
   const CommandContext context = m_menus.context();
   for (const auto& [item, button] : m_buttons) button->setEnabled(mirvel::isEnabled(item, context));
+  showRunCommand(context);
   for (const auto& [mode, button] : m_modes) button->setEnabled(mirvel::isEnabled(ToolbarItem::Mode, context));
   // A scan takes a moment only; it must not disable the field while the user types.
   const bool isTyping = m_filter->hasFocus() && !context.hasUnsavedChanges;

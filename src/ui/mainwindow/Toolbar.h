@@ -36,6 +36,8 @@ class Toolbar final : public QToolBar {
 
  private:
   void addCommand(ToolbarItem item, Command command, const char* symbol, const std::string& title);
+  void addRun();
+  void showRunCommand(const CommandContext& context);
   void addModes();
   void addFilter();
   void addShare();
@@ -44,6 +46,7 @@ class Toolbar final : public QToolBar {
   const WindowContext& m_context;
   MenuController& m_menus;
   QLineEdit* m_filter = nullptr;
+  QToolButton* m_run = nullptr;
   std::map<ToolbarItem, QToolButton*> m_buttons;
   std::map<Command, QAction*> m_places;  ///< the actions that show and hide the buttons of commands
   std::map<Mode, QToolButton*> m_modes;

@@ -75,6 +75,8 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
       return m_icons.programIcon(cell.image);
     case Qt::AccessibleDescriptionRole:
       return qt(isGroup(index) ? cell.count : cell.toolTip);
+    case MarkRole:
+      return cell.mark ? QVariant(m_icons.icon(*cell.mark)) : QVariant();
     case CountRole:
       return qt(cell.count);
     case SecondaryRole:

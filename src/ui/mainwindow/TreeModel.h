@@ -13,7 +13,7 @@ class TreeModel final : public QAbstractItemModel {
  public:
   /// In addition to the standard roles: the text on a group's button, and whether a text is drawn in the secondary
   /// colour.
-  enum Role { CountRole = Qt::UserRole, SecondaryRole };
+  enum Role { CountRole = Qt::UserRole, MarkRole, SecondaryRole };
 
   /// Both arguments must outlive the model.
   TreeModel(const TreeMode& mode, IconLoader& icons);

@@ -54,6 +54,17 @@ void drawButton(QPainter& painter, const QStyleOptionViewItem& option, const QRe
   painter.restore();
 }
 
+void drawMark(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
+  const QVariant mark = index.data(TreeModel::MarkRole);
+  if (mark.isNull()) return;
+  QStyleOptionViewItem row = option;
+  row.features |= QStyleOptionViewItem::HasDecoration;
+  const QRect place = option.widget->style()->subElementRect(QStyle::SE_ItemViewItemDecoration, &row, option.widget);
+  QRect icon(QPoint(), option.decorationSize);
+  icon.moveCenter(place.center());
+  mark.value<QIcon>().paint(&painter, cornerMark(icon, option.direction));
+}
+
 }  // namespace
 
 QRect TreeRowDelegate::button(const QStyleOptionViewItem& option, const QModelIndex& index) {
@@ -79,6 +90,7 @@ void TreeRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     }
   }
   QStyledItemDelegate::paint(painter, row, index);
+  drawMark(*painter, row, index);
   if (!count.isEmpty()) {
     drawButton(*painter, option, count, index.data(TreeModel::CountRole).toString(), m_pressed == index);
   }

@@ -155,7 +155,7 @@ TEST_F(JobProblemsTest, ChecksCanBeSwitchedOff) {
   scan();
   select("a");
   finishChecks();
-  program().currentMode.setOnlyProblems(program().catalogue.jobs(), true);
+  program().currentMode.setSubset(program().catalogue.jobs(), JobSubset::WithProblems);
   EXPECT_EQ(names(shell.shown), Texts{"a"});
 
   edit().nice = 98;
@@ -166,7 +166,7 @@ TEST_F(JobProblemsTest, ChecksCanBeSwitchedOff) {
   EXPECT_THAT(fields(), IsEmpty());
   EXPECT_FALSE(program().problems.hasProblems(*jobNamed("a")));
   EXPECT_EQ(names(shell.shown), (Texts{"a", "b"}));
-  EXPECT_FALSE(program().currentMode.showsOnlyProblems());
+  EXPECT_FALSE(program().currentMode.subset());
   edit().nice = 97;
   queue.runFor(5);
   EXPECT_EQ(checkQueue.count(), 0U);
@@ -216,7 +216,7 @@ TEST_F(JobProblemsTest, TheFilterFollowsTheResultsButKeepsTheSelectedJob) {
   writeLinted("b", {{"Nice", 98}});
   writeLinted("c");
   scan();
-  program().currentMode.setOnlyProblems(program().catalogue.jobs(), true);
+  program().currentMode.setSubset(program().catalogue.jobs(), JobSubset::WithProblems);
   EXPECT_THAT(names(shell.shown), IsEmpty());
   finishChecks();
   EXPECT_EQ(names(shell.shown), (Texts{"a", "b"}));
@@ -235,7 +235,7 @@ TEST_F(JobProblemsTest, TheFilterFollowsTheResultsButKeepsTheSelectedJob) {
   EXPECT_EQ(program().selection.job(), jobNamed("a"));
 
   program().selection.select(nullptr);
-  program().currentMode.setOnlyProblems(program().catalogue.jobs(), false);
+  program().currentMode.setSubset(program().catalogue.jobs(), std::nullopt);
   EXPECT_EQ(names(shell.shown), (Texts{"a", "b", "c"}));
 }
 
@@ -246,7 +246,7 @@ TEST_F(JobProblemsTest, TheViewIsLeftAloneWhileThereAreUnsavedChanges) {
   scan();
   select("a");
   edit().nice = 5;
-  program().currentMode.setOnlyProblems(program().catalogue.jobs(), true);
+  program().currentMode.setSubset(program().catalogue.jobs(), JobSubset::WithProblems);
   shell.events.clear();
   finishChecks();
   EXPECT_EQ(shell.count("update, catalogue of 2"), 0U);

@@ -24,7 +24,8 @@ Context allowing(Command command) {
           .hasFilterField = true,
           .checksJobs = true,
           .detailTab = command == C::Save ? DetailTab::LaunchdEdit : DetailTab::LaunchdDisplay,
-          .mode = Mode::List};
+          .mode = Mode::List,
+          .offersOrder = {true, true, true, true}};
 }
 
 template <typename Value>
@@ -56,13 +57,18 @@ TEST(CommandRules, EachConditionDisablesItsCommandsAndNoOthers) {
       {"unsaved changes",
        with(&Context::hasUnsavedChanges, true),
        {C::New, C::Refresh, C::Revert, C::Duplicate, C::Import, C::RestoreDeleted, C::Export, C::Grid, C::Tree,
-        C::Timeline, C::System, C::OnlyProblems}},
+        C::Timeline, C::System, C::OnlyProblems, C::OnlyFailed, C::OnlyRunning}},
       {"a sheet", with(&Context::hasSheet, true), upTo(C::TitleBar)},
       {"a save", with(&Context::isSaving, true), {C::Save, C::Revert, C::RestoreDeleted}},
       {"no selection",
        with(&Context::selected, std::nullopt),
        {C::Edit, C::Save, C::Revert, C::Duplicate, C::Export, C::Delete, C::Share, C::Test, C::Log, C::Info,
         C::RevealInFinder}},
+      {"a job that can't be controlled", with(&Context::offersOrder, {}), {C::RunNow, C::Stop, C::Restart, C::Disable}},
+      {"a job that runs", [](auto& context) { context.orderObstacles[0] = "it runs"; }, {C::RunNow}},
+      {"a job that waits",
+       [](auto& context) { context.orderObstacles[1] = context.orderObstacles[2] = "it doesn't run"; },
+       {C::Stop, C::Restart}},
       {"a login item", selected(Kind::loginItemApplication), needsALaunchdJob},
       {"a startup item", selected(Kind::localStartupItem), needsALaunchdJob},
       {"a helper tool", selected(Kind::privilegedHelperTool), needsALaunchdJob},
@@ -114,16 +120,35 @@ TEST(ToolbarRules, EachItemHasItsConditions) {
     std::vector<ToolbarItem> enabled;
   };
   const Row table[] = {
-      {"nothing", [](auto&) {}, {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}},
-      {"unsaved changes", with(&Context::hasUnsavedChanges, true), {I::Share, I::Log, I::Info}},
+      {"nothing", [](auto&) {}, {I::New, I::Mode, I::Filter, I::Share, I::Run, I::Log, I::Info}},
+      {"unsaved changes", with(&Context::hasUnsavedChanges, true), {I::Share, I::Run, I::Log, I::Info}},
       {"a save", with(&Context::isSaving, true), {}},
-      {"no selection", with(&Context::selected, std::nullopt), {I::New, I::Mode, I::Filter}},
-      {"a login item", selected(Kind::loginItemApplication), {I::New, I::Mode, I::Filter, I::Share, I::Info}},
-      {"a job without a name", with(&Context::isSelectedNamed, false), {I::New, I::Mode, I::Filter, I::Share, I::Info}},
-      {"a system daemon", selected(Kind::systemDaemon), {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}},
+      {"no selection",
+       [](auto& context) {
+         context.selected = std::nullopt;
+         context.offersOrder = {};
+       },
+       {I::New, I::Mode, I::Filter}},
+      {"a login item",
+       [](auto& context) {
+         context.selected = Kind(Kind::loginItemApplication);
+         context.offersOrder = {};
+       },
+       {I::New, I::Mode, I::Filter, I::Share, I::Info}},
+      {"a job without a name",
+       with(&Context::isSelectedNamed, false),
+       {I::New, I::Mode, I::Filter, I::Share, I::Run, I::Info}},
+      {"an order that can't be given",
+       [](auto& context) {
+         context.orderObstacles = {"a", "b", "c", "d"};
+       },
+       {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}},
+      {"a system daemon",
+       selected(Kind::systemDaemon),
+       {I::New, I::Mode, I::Filter, I::Share, I::Run, I::Log, I::Info}},
   };
   for (const Row& row : table) {
-    for (const ToolbarItem item : {I::New, I::Mode, I::Filter, I::Share, I::Log, I::Info}) {
+    for (const ToolbarItem item : {I::New, I::Mode, I::Filter, I::Share, I::Run, I::Log, I::Info}) {
       Context context = allowing(C::Edit);
       row.change(context);
       const bool isListed = std::find(row.enabled.begin(), row.enabled.end(), item) != row.enabled.end();

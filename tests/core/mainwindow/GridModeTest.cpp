@@ -14,8 +14,10 @@ using testing::IsEmpty;
 class RecordingCollection final : public testdata::RecordingView<GridCollectionType, IndexPath> {
  public:
   std::vector<IndexPath> reloadedItems;
+  int redraws = 0;
 
   void reloadItem(IndexPath path) override { reloadedItems.push_back(path); }
+  void redraw() override { ++redraws; }
 };
 
 class GridModeTest : public testdata::ModeFixture {

@@ -4,6 +4,8 @@
 #include "core/locale/Localize.h"
 #include "core/mainwindow/ListLayout.h"
 #include "core/mainwindow/ListSort.h"
+#include "core/runs/JobRuns.h"
+#include "core/session/Catalogue.h"
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
 
@@ -16,8 +18,9 @@ using propertylist::Dictionary;
 TEST(ListLayoutTest, ColumnsHaveIdentifiersAndTitles) {
   const Localize localize("en");
   const std::pair<const char*, const char*> table[] = {
-      {"name", "Name"},          {"summary", "Summary"},     {"kind", "Kind"}, {"enabled", "Enabled"},
-      {"keepAlive", "Relaunch"}, {"scheduled", "Scheduled"}, {"run", "Run"}};
+      {"name", "Name"},       {"summary", "Summary"},    {"kind", "Kind"},
+      {"enabled", "Enabled"}, {"keepAlive", "Relaunch"}, {"scheduled", "Scheduled"},
+      {"run", "Run"},         {"lastRun", "Last Run"},   {"state", "State"}};
   for (std::size_t i = 0; i < std::size(table); ++i) {
     EXPECT_EQ(listColumn(table[i].first), allListColumns.at(i));
     EXPECT_EQ(title(allListColumns.at(i), localize), table[i].second);
@@ -34,10 +37,11 @@ TEST(ListLayoutTest, TheLastVisibleColumnStays) {
 }
 
 TEST(ListLayoutTest, StoredColumnsKeepOrderWidthAndVisibility) {
-  const std::vector<ListPlace> places{{List::Run, 300},        {List::Name, 210},   {List::Kind, 40, false},
-                                      {List::Summary, 0},      {List::Enabled, 30}, {List::KeepAlive, 0, false},
-                                      {List::Scheduled, 10000}};
-  const std::string text = "run 300,name 210,kind 40 hidden,summary,enabled 30,keepAlive hidden,scheduled 10000";
+  const std::vector<ListPlace> places{{List::Run, 300},         {List::Name, 210},        {List::Kind, 40, false},
+                                      {List::Summary, 0},       {List::Enabled, 30},      {List::KeepAlive, 0, false},
+                                      {List::Scheduled, 10000}, {List::State, 90, false}, {List::LastRun, 120}};
+  const std::string text =
+      "run 300,name 210,kind 40 hidden,summary,enabled 30,keepAlive hidden,scheduled 10000,state 90 hidden,lastRun 120";
   EXPECT_EQ(layoutText(places), text);
   EXPECT_EQ(layoutIn(text), places);
 }
@@ -47,13 +51,18 @@ TEST(ListLayoutTest, AnyTextYieldsAllColumnsAndOneIsVisible) {
     const char* text;
     const char* layout;
   } table[] = {
-      {"", "name,summary,kind,enabled,keepAlive,scheduled,run"},
-      {"run 50", "run 50,name,summary,kind,enabled,keepAlive,scheduled"},
-      {"run 50,run 60,unheard 70,,", "run 50,name,summary,kind,enabled,keepAlive,scheduled"},
-      {"run -5,name 99999999999,summary 10001,kind 5x", "run,name,summary,kind,enabled,keepAlive,scheduled"},
-      {"name hidden 20 hidden", "name 20 hidden,summary,kind,enabled,keepAlive,scheduled,run"},
-      {"name hidden,summary hidden,kind hidden,enabled hidden,keepAlive hidden,scheduled hidden,run 9 hidden",
-       "name,summary,kind,enabled,keepAlive,scheduled,run 9"},
+      {"", "name,summary,kind,enabled,state,lastRun,keepAlive,scheduled,run"},
+      {"run 50", "run 50,name,summary,kind,enabled,state,lastRun,keepAlive,scheduled"},
+      {"run 50,run 60,unheard 70,,", "run 50,name,summary,kind,enabled,state,lastRun,keepAlive,scheduled"},
+      {"run -5,name 99999999999,summary 10001,kind 5x",
+       "run,name,summary,kind,enabled,state,lastRun,keepAlive,scheduled"},
+      {"name hidden 20 hidden", "name 20 hidden,summary,kind,enabled,state,lastRun,keepAlive,scheduled,run"},
+      // As stored before there were columns about runs.
+      {"run 300,name 210,kind 40 hidden,summary,enabled 30,keepAlive hidden,scheduled",
+       "run 300,name 210,kind 40 hidden,summary,enabled 30,state,lastRun,keepAlive hidden,scheduled"},
+      {"name hidden,summary hidden,kind hidden,enabled hidden,keepAlive hidden,scheduled hidden,run 9 hidden,"
+       "state hidden,lastRun hidden",
+       "name,summary,kind,enabled,keepAlive,scheduled,run 9,state,lastRun"},
   };
   for (const auto& row : table) EXPECT_EQ(layoutText(layoutIn(row.text)), row.layout) << row.text;
 }
@@ -92,6 +101,8 @@ std::string order(const Jobs& jobs) {
 
 TEST(ListSortTest, EachColumnSortsBothWaysAndKeepsEqualJobs) {
   const Collator collator("en");
+  Catalogue catalogue;
+  const JobRuns runs(catalogue);  // without any
   const Jobs jobs{launchd("b10", {{"Disabled", true}, {"Program", "/bin/2"}}),
                   launchd("B2", {{"StartInterval", 5}, {"Program", "/bin/10"}}, Kind::localDaemon),
                   launchd("a", {{"KeepAlive", true}, {"Program", "/opt/1"}}, Kind::localAgent),
@@ -113,10 +124,10 @@ TEST(ListSortTest, EachColumnSortsBothWaysAndKeepsEqualJobs) {
   };
   for (const auto& row : table) {
     Jobs sorted = jobs;
-    sortJobs(sorted, row.column, true, collator);
+    sortJobs(sorted, row.column, true, collator, runs);
     EXPECT_EQ(order(sorted), row.ascending) << identifier(row.column);
     sorted = jobs;
-    sortJobs(sorted, row.column, false, collator);
+    sortJobs(sorted, row.column, false, collator, runs);
     EXPECT_EQ(order(sorted), row.descending) << identifier(row.column);
   }
 }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/FakeRunSource.h"
 #include "support/ModeFixture.h"
 
 namespace mirvel {
@@ -16,8 +17,12 @@ using Names = std::vector<std::string>;
 class RecordingTable final : public testdata::RecordingView<ListTableType, std::size_t> {
  public:
   int headers = 0;
+  std::vector<std::size_t> reloadedRows;
+  int redraws = 0;
 
   void prepareHeaders() override { ++headers; }
+  void reloadRow(std::size_t row) override { reloadedRows.push_back(row); }
+  void redraw() override { ++redraws; }
 };
 
 class ListModeTest : public testdata::ModeFixture {
@@ -110,6 +115,7 @@ TEST_F(ListModeTest, ARefreshKeepsTheOrderOfTheUser) {
   writeJob(Kind::userAgent, "d", {{"Program", "/xx"}});
   scan();
   EXPECT_EQ(rows(), (Names{"c", "d", "b", "a"})) << "sorted in";
+  list.setSortDescriptor({"lastRun", true});
   const int reloads = table.reloads;
   const Jobs before = list.content();
   list.update(before);
@@ -155,13 +161,13 @@ TEST_F(ListModeTest, TheMenuDependsOnTheJob) {
   };
   const auto titles = [&](std::size_t row) { return ModeFixture::titles(list.menuForRow(row)); };
   const std::string reveal = foundation.localize.revealInFinder();
-  EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal, "Delete"));
+  EXPECT_THAT(titles(0), ElementsAre("agent", "", "Run Now", "Stop", "", reveal, "Delete"));
   EXPECT_THAT(titles(1), ElementsAre("own", "", reveal, "Delete"));
   EXPECT_THAT(titles(2), ElementsAre("bundled", "", reveal, "Open"));
-  EXPECT_THAT(titles(3), ElementsAre("system", "", reveal));
+  EXPECT_THAT(titles(3), ElementsAre("system", "", "Run Now", "Stop", "", reveal));
   EXPECT_THAT(titles(4), IsEmpty());
   ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
-  EXPECT_THAT(titles(3), ElementsAre("system", "", reveal, "Delete"));
+  EXPECT_THAT(titles(3), ElementsAre("system", "", "Run Now", "Stop", "", reveal, "Delete"));
 
   EXPECT_EQ(list.menuForRow(0).items()[0].type, JobMenu::Item::Type::Title);
   for (const std::size_t row : {0U, 1U, 2U}) choose(list.menuForRow(row), reveal);
@@ -183,9 +189,51 @@ TEST_F(ListModeTest, TheMenuDependsOnTheJob) {
   EXPECT_THAT(loginItems.ownItems, IsEmpty());
 
   program().editing.setUnsavedChanges(true);
-  EXPECT_THAT(titles(0), ElementsAre("agent", "", reveal));
+  EXPECT_THAT(titles(0), ElementsAre("agent", "", "Run Now", "Stop", "", reveal));
   program().catalogue.jobs()[0]->isNewFile = true;
   EXPECT_THAT(titles(0), IsEmpty());
+}
+
+TEST_F(ListModeTest, RunsAreShownSortedAndMarked) {
+  fill();
+  const auto report = [&](const char* label, double start, int code) {
+    return testdata::ranOnce(label, url(label).text(), {.code = code}, start);
+  };
+  auto& source = testdata::FakeRunSource::in(program().runs);
+  source.deliver({report("a", 2000, 0), report("b", 1000, 1)});
+  EXPECT_EQ(list.cell(List::State, 0).text, "Waiting");
+  EXPECT_EQ(list.cell(List::State, 1).text, "Failed");
+  EXPECT_EQ(list.cell(List::State, 2).text, "Not loaded");
+  EXPECT_FALSE(list.cell(List::Kind, 0).mark);
+  EXPECT_EQ(list.cell(List::Kind, 1).mark->accessibilityDescription, "the last run failed");
+  EXPECT_THAT(list.cell(List::Kind, 1).toolTip, HasSubstr("exit code 1"));
+  EXPECT_EQ(list.cell(List::LastRun, 2).text, "");
+  EXPECT_NE(list.cell(List::LastRun, 0).text, "");
+
+  const struct {
+    const char* key;
+    bool isAscending;
+    Names rows;
+  } orders[] = {{"lastRun", true, {"c", "b", "a"}},
+                {"lastRun", false, {"a", "b", "c"}},
+                {"state", true, {"b", "a", "c"}},
+                {"state", false, {"c", "a", "b"}}};
+  for (const auto& row : orders) {
+    list.setSortDescriptor({row.key, row.isAscending});
+    EXPECT_EQ(rows(), row.rows) << row.key;
+  }
+  list.setSortDescriptor({"lastRun", true});
+  const int reloads = table.reloads;
+  source.deliver({report("a", 3000, 0)});
+  EXPECT_EQ(table.reloads, reloads) << "the order is the same";
+  table.reloadedRows.clear();
+  list.reloadJob(jobNamed("a"));
+  EXPECT_THAT(table.reloadedRows, ElementsAre(2U));
+  program().selection.select(jobNamed("a"));
+  source.deliver({report("a", 500, 1)});
+  queue.runFor(2);
+  EXPECT_EQ(rows(), (Names{"c", "a", "b"}));
+  EXPECT_EQ(table.marked, 1U);
 }
 
 TEST_F(ListModeTest, TheFirstOfTheDraggedRowsDecides) {

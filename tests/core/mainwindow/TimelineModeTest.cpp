@@ -129,10 +129,10 @@ TEST_F(TimelineModeTest, AClickSelectsTheJobOfItsRow) {
 TEST_F(TimelineModeTest, TheMenuNeverOffersToDelete) {
   fill();
   const std::string reveal = foundation.localize.revealInFinder();
-  EXPECT_THAT(titles(timeline.menuForRow(1)), ElementsAre("a", "", reveal));
-  EXPECT_THAT(titles(timeline.menuForRow(3)), ElementsAre("b", "", reveal));
+  EXPECT_THAT(titles(timeline.menuForRow(1)), ElementsAre("a", "", "Run Now", "Stop", "", reveal));
+  EXPECT_THAT(titles(timeline.menuForRow(3)), ElementsAre("b", "", "Run Now", "Stop", "", reveal));
   for (const std::size_t row : {0U, 6U, 99U}) EXPECT_THAT(titles(timeline.menuForRow(row)), IsEmpty()) << row;
-  timeline.menuForRow(3).items()[2].action();
+  timeline.menuForRow(3).items()[5].action();
   EXPECT_THAT(workspace.calls, ElementsAre("reveal " + url("b").text()));
 
   JobMenu item;

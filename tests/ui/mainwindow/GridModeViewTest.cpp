@@ -205,7 +205,7 @@ TEST_F(GridModeViewTest, ContextMenuAndDragBelongToTheItem) {
   const std::string reveal = foundation.localize.revealInFinder();
   QMenu* menu = menuAt(grid(), grid().visualRect(named("a & b")).center());
   ASSERT_NE(menu, nullptr);
-  EXPECT_THAT(titles(*menu), ElementsAre("a && b", "", reveal, "Delete"));
+  EXPECT_THAT(titles(*menu), ElementsAre("a && b", "", "Run Now", "Stop", "", reveal, "Delete"));
   choose(*menu, reveal);
   EXPECT_THAT(workspace.calls, ElementsAre("reveal " + path(Kind::userAgent, "a & b.plist").string()));
   menu->close();

@@ -108,7 +108,7 @@ TEST_F(ListModeViewTest, ContextMenuBelongsToTheRowsJob) {
   const std::string reveal = foundation.localize.revealInFinder();
   QMenu* menu = menuAt(table(), cell(1).center());
   ASSERT_NE(menu, nullptr);
-  EXPECT_THAT(titles(*menu), ElementsAre("beta && co", "", reveal, "Delete"));
+  EXPECT_THAT(titles(*menu), ElementsAre("beta && co", "", "Run Now", "Stop", "", reveal, "Delete"));
   EXPECT_FALSE(menu->actions()[0]->isEnabled());
   choose(*menu, reveal);
   EXPECT_THAT(workspace.calls, ElementsAre("reveal " + path(Kind::userAgent, "beta & co.plist").string()));
@@ -185,12 +185,12 @@ TEST_F(ListModeViewTest, HeaderMenuHidesAllColumnsButTheLast) {
     EXPECT_EQ(table().visibleColumns(), left);
   }
   EXPECT_THAT(workspace.calls, IsEmpty());
-  chooseInHeader("Run");
+  chooseInHeader("State");
   EXPECT_THAT(workspace.calls, ElementsAre("beep"));
   EXPECT_EQ(table().visibleColumns(), left);
 
   chooseInHeader("Name");
-  EXPECT_EQ(table().visibleColumns(), (std::vector{List::Name, List::Run}));
+  EXPECT_EQ(table().visibleColumns(), (std::vector{List::Name, List::State}));
   table().header()->resizeSection(0, 400);
   const int before = table().columnWidth(0);
   chooseInHeader(WindowTexts(foundation.localize).rightSizeThisColumn());

@@ -142,7 +142,7 @@ TEST_F(TreeModeViewTest, ContextMenuAndDragBelongToTheJob) {
   const std::string reveal = foundation.localize.revealInFinder();
   QMenu* menu = menuAt(outline(), outline().visualRect(job(1, 0)).center());
   ASSERT_NE(menu, nullptr);
-  EXPECT_THAT(titles(*menu), ElementsAre("b1", "", reveal, "Delete"));
+  EXPECT_THAT(titles(*menu), ElementsAre("b1", "", "Run Now", "Stop", "", reveal, "Delete"));
   menu->close();
   EXPECT_EQ(selectedJob(), "");
   EXPECT_EQ(menuAt(outline(), outline().visualRect(group(1)).center()), nullptr);

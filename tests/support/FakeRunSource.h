@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/ports/RunSource.h"
+#include "core/runs/JobRuns.h"
+
+namespace mirvel::testdata {
+
+/// A source that delivers what a test passes to it.
+class FakeRunSource final : public RunSource {
+ public:
+  /// Adds a source to the runs, which own it, and begins.
+  static FakeRunSource& in(JobRuns& runs) {
+    auto source = std::make_unique<FakeRunSource>();
+    FakeRunSource& result = *source;
+    runs.add(std::move(source));
+    runs.begin();
+    return result;
+  }
+
+  std::vector<bool> visibility = {};  ///< the calls of `setVisible`
+
+  void begin(Receiver receiver) override { m_receiver = std::move(receiver); }
+  void setVisible(bool isVisible) override { visibility.push_back(isVisible); }
+
+  void deliver(RunDelivery delivery) const { m_receiver(std::move(delivery)); }
+  void deliver(std::vector<JobReport> reports, RunDomain domain = RunDomain::User) const {
+    deliver({.domain = domain, .reports = std::move(reports)});
+  }
+
+ private:
+  Receiver m_receiver;
+};
+
+/// A report of a loaded job that has run once, and how that ended.
+inline JobReport ranOnce(const std::string& label, const std::string& path, RunEnd end, double start = 1000) {
+  return {.label = label,
+          .path = path,
+          .isLoaded = true,
+          .runs = {{.number = 1, .start = start, .endTime = start + 2, .end = std::move(end)}}};
+}
+
+/// A report of a loaded job that runs.
+inline JobReport runsNow(const std::string& label, const std::string& path, double start = 1000) {
+  return {.label = label,
+          .path = path,
+          .isLoaded = true,
+          .process = 1234,
+          .processStart = 5,
+          .runs = {{.number = 1, .start = start, .process = 1234}}};
+}
+
+}  // namespace mirvel::testdata
