@@ -36,16 +36,25 @@ const JobReport* JobRuns::reportOfLabel(const Job& job) const {
   return found == reports.end() ? nullptr : &found->second;
 }
 
-/// Hosts report a path as they were asked to load it, where symbolic links may have been resolved. Such paths are rare,
-/// and are looked up on the disk once.
+/// Hosts report a path as they were asked to load it, where symbolic links may have been resolved.
 bool JobRuns::isAbout(const JobReport& report, const Job& job) const {
   if (report.path == job.url.text()) return true;
-  const auto [found, isNew] = m_resolved.try_emplace(job.url.text());
+  const std::filesystem::path path = job.url.path();
+  if (std::filesystem::path(report.path).filename() == path.filename()) {
+    // Usually a folder is the link, which is the same one for thousands of jobs.
+    if (resolved(path.parent_path()) + '/' + path.filename().native() == report.path) return true;
+  }
+  return report.path == resolved(path);
+}
+
+/// Accesses the disk once for each path.
+const std::string& JobRuns::resolved(const std::filesystem::path& path) const {
+  const auto [found, isNew] = m_resolved.try_emplace(path.native());
   if (isNew) {
     std::error_code failure;
-    found->second = std::filesystem::weakly_canonical(job.url.path(), failure).native();
+    found->second = std::filesystem::weakly_canonical(path, failure).native();
   }
-  return report.path == found->second;
+  return found->second;
 }
 
 const JobReport* JobRuns::report(const Job& job) const {

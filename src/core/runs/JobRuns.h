@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -75,6 +76,7 @@ class JobRuns {
   const Domain& domain(RunDomain domain) const { return m_domains.at(static_cast<std::size_t>(domain)); }
   const JobReport* reportOfLabel(const Job& job) const;
   bool isAbout(const JobReport& report, const Job& job) const;
+  const std::string& resolved(const std::filesystem::path& path) const;
   void receive(RunDelivery delivery);
   void addJobs(RunDomain domain, const std::string& label, Jobs& jobs);
   void indexJobs();
@@ -83,7 +85,7 @@ class JobRuns {
   std::array<Domain, 2> m_domains;
   std::unordered_multimap<std::string, std::shared_ptr<Job>> m_jobs;  ///< the launchd jobs of the catalogue, by label
   bool m_isIndexed = false;                                           ///< `m_jobs` is up to date
-  mutable std::unordered_map<std::string, std::string> m_resolved;    ///< paths of jobs without symbolic links
+  mutable std::unordered_map<std::string, std::string> m_resolved;    ///< folders and files without symbolic links
   Signal<Jobs> m_changed;
   Subscription m_catalogueChanges;
   std::vector<std::unique_ptr<RunSource>> m_sources;

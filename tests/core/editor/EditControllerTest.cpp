@@ -179,6 +179,48 @@ TEST_F(EditControllerTest, AFileThatSomeoneElseChangedIsReplacedOnlyIfTheUserSay
   EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 
+TEST_F(EditControllerTest, EveryOutcomeOfASaveIsReportedOnce) {
+  std::vector<bool> outcomes;
+  const auto save = [&] { controller.save([&](bool isSaved) { outcomes.push_back(isSaved); }); };
+  const auto expect = [&](const char* what, bool isSaved) {
+    EXPECT_EQ(outcomes, std::vector{isSaved}) << what;
+    outcomes.clear();
+  };
+  edit();
+  stack.refused = InvalidField{"Rule 1", "no number"};
+  save();
+  expect("a field is invalid", false);
+  stack.refused.reset();
+  changeFile();
+  save();
+  EXPECT_THAT(outcomes, IsEmpty()) << "the user is being asked";
+  interface.answerSheet(Interface::cancelButton);
+  expect("cancelled", false);
+  save();
+  interface.answerSheet(Interface::defaultButton);
+  EXPECT_THAT(outcomes, IsEmpty()) << "the user compares";
+  stack.answer(VersionChoice::Neither);
+  expect("neither version", false);
+  save();
+  interface.answerSheet(Interface::alternateButton);
+  EXPECT_THAT(outcomes, IsEmpty()) << "being sent";
+  save();
+  expect("another save is in progress", false);
+  helpers.requests.back().failure(Error{.code = Error::Code::Io, .message = "the helper has ended"});
+  expect("the helper has ended", false);
+  save();
+  helpers.requests.back().reply({});
+  expect("saved", true);
+  edit();
+  changeFile();
+  save();
+  interface.answerSheet(Interface::otherButton);
+  expect("the other version", false);
+  program().selection.select(nullptr);
+  save();
+  expect("nothing is selected", false);
+}
+
 TEST_F(EditControllerTest, AFileWrittenByAFailedSaveIsNoConflict) {
   edit();
   controller.save();

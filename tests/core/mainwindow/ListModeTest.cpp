@@ -188,7 +188,15 @@ TEST_F(ListModeTest, TheMenuDependsOnTheJob) {
   interface.answerSheet(Interface::defaultButton);
   EXPECT_THAT(loginItems.ownItems, IsEmpty());
 
+  int logs = 0;
+  program().shell.sheets[Sheet::Log] = [&] { ++logs; };
+  choose(list.menuForRow(3), "Show Log");
+  EXPECT_EQ(program().selection.job(), jobNamed("system")) << "the log is that of the selected job";
+  EXPECT_EQ(logs, 1);
+  program().selection.select(jobNamed("agent"));
   program().editing.setUnsavedChanges(true);
+  EXPECT_THAT(titles(3), ElementsAre("system", "", "Run Now", "Stop", "", reveal, "Delete")) << "it can't be selected";
+  program().shell.sheets.clear();
   EXPECT_THAT(titles(0), ElementsAre("agent", "", "Run Now", "Stop", "", reveal));
   program().catalogue.jobs()[0]->isNewFile = true;
   EXPECT_THAT(titles(0), IsEmpty());
