@@ -110,7 +110,8 @@ void HostedJob::clockChanged(const HostTime& now, milliseconds change) {
   constexpr milliseconds correction = 1h;
   const bool isCorrection = change < correction && change > -correction;
   if (!isCorrection || !m_nextCalendar) planCalendar(now);
-  m_correctedTo = floor<seconds>(now.wall);
+  m_skippedAfter = floor<seconds>(now.wall - change);
+  m_skippedUntil = floor<seconds>(now.wall);
 }
 
 HostedJob::Order HostedJob::decide(const HostTime& now) {
@@ -150,6 +151,7 @@ std::optional<milliseconds> HostedJob::wakeAt(const HostTime& now) const {
 }
 
 std::optional<sys_seconds> HostedJob::nextRun(const HostTime& now) const {
+  if (m_rules.launchOnlyOnce && m_hasStarted) return std::nullopt;
   std::optional<sys_seconds> earliest = m_nextCalendar;
   if (m_nextInterval) {
     const auto run = round<seconds>(now.wall + (*m_nextInterval - now.running));
@@ -191,7 +193,8 @@ void HostedJob::takeDueCalendar(const HostTime& now) {
   planCalendar(now);
   if (times.empty()) times = {first};
   for (const sys_seconds time : std::span(times).first(times.size() - 1)) {
-    if (!m_correctedTo || time > *m_correctedTo) miss(time, MissedRun::Why::Asleep);
+    const bool isSkipped = time > m_skippedAfter && time <= m_skippedUntil;
+    if (!isSkipped) miss(time, MissedRun::Why::Asleep);
   }
   takeTime(times.back(), RunCause::Calendar);
 }

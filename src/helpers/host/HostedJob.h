@@ -148,7 +148,7 @@ class HostedJob {
   std::optional<std::chrono::milliseconds> m_lastAttempt;  ///< to start it; running clock
   std::optional<std::chrono::milliseconds> m_killAt;
   std::optional<ProcessEnd> m_lastEnd;
-  std::optional<std::chrono::sys_seconds> m_correctedTo;  ///< by the last correction of the clock
+  std::chrono::sys_seconds m_skippedAfter{}, m_skippedUntil{};  ///< by the last change of the clock; empty: set back
   std::vector<MissedRun> m_missed;
   std::optional<RunCause> m_demand;  ///< the first event that asks for one start
   RunCause m_cause = RunCause::Unknown;

@@ -47,13 +47,6 @@ Error errorOf(const StartFailure& failure) {
           .systemCode = failure.systemCode};
 }
 
-/// Whether the reports say the same. The next run of an interval varies a little with the speed of the clock.
-bool isSameState(JobReport a, const JobReport& b) {
-  const bool isSameRun = a.nextRun && b.nextRun && std::abs(*a.nextRun - *b.nextRun) < 2;
-  if (isSameRun) a.nextRun = b.nextRun;
-  return a == b;
-}
-
 /// Reads up to 64 KiB of what is available. False at the end of the stream.
 bool readPipe(int descriptor, std::array<char, 65536>& buffer, std::string_view& bytes) {
   const ssize_t count = readUninterrupted(descriptor, buffer.data(), buffer.size());
@@ -105,7 +98,7 @@ HostedJobStatus JobRunner::status(const HostTime& now) const {
 
 void JobRunner::load(const HostTime& now) {
   const auto last = m_history.resume();
-  if (last) m_published = last->report;
+  if (last && last->report.path == m_file.string()) m_published = stateIn(last->report);
   const bool wasLoaded = last && last->report.isLoaded && m_purpose == Purpose::Job;
   m_job.load(now, wasLoaded ? std::optional(last->time) : std::nullopt);
 }
@@ -115,27 +108,49 @@ void JobRunner::quit(const HostTime& now) {
   m_job.unload(now, longestStop);
 }
 
-JobReport JobRunner::state(const HostTime& now) const {
-  JobReport report{.label = label(), .path = m_file.string(), .isTest = m_purpose == Purpose::Test};
-  report.isLoaded = m_isKept || !m_job.isUnloaded();
+JobRunner::State JobRunner::stateIn(const JobReport& report) {
+  return {.isLoaded = report.isLoaded,
+          .isStopping = report.isStopping,
+          .process = report.process,
+          .processStart = report.processStart,
+          .nextRun = report.nextRun};
+}
+
+JobRunner::State JobRunner::state(const HostTime& now) const {
+  State state{.isLoaded = m_isKept || !m_job.isUnloaded(), .isStopping = m_job.isStopping()};
   if (m_process.id > 0 && m_job.isRunning() && !m_job.isClearing()) {
-    report.process = m_process.id;
-    report.processStart = m_run.start;
+    state.process = m_process.id;
+    state.processStart = m_run.start;
   }
-  report.isStopping = m_job.isStopping();
-  const auto nextRun = report.isLoaded ? m_job.nextRun(now) : std::nullopt;
-  if (nextRun) report.nextRun = static_cast<double>(nextRun->time_since_epoch().count());
-  return report;
+  const auto nextRun = state.isLoaded ? m_job.nextRun(now) : std::nullopt;
+  if (nextRun) state.nextRun = static_cast<double>(nextRun->time_since_epoch().count());
+  return state;
+}
+
+// The next run of an interval varies a little with the speed of the clock.
+bool JobRunner::mustPublish(State state) const {
+  if (m_history.hasNews() || !m_published) return true;
+  const auto& known = m_published->nextRun;
+  const bool isSameRun = state.nextRun && known && std::abs(*state.nextRun - *known) < 2;
+  if (isSameRun) state.nextRun = known;
+  return state != *m_published;
 }
 
 // A failure only costs the report; `JobReports` notes it for the log.
 void JobRunner::publish(const HostTime& now, bool again) {
   if (m_purpose == Purpose::Remains) return;
   m_history.addMissed(m_job.takeMissed());
-  JobReport report = state(now);
-  if (!again && !m_history.hasNews() && m_published && isSameState(report, *m_published)) return;
-  (void)m_history.publish(report);
-  m_published = std::move(report);
+  const State current = state(now);
+  if (!again && !mustPublish(current)) return;
+  m_published = current;
+  (void)m_history.publish({.label = label(),
+                           .path = m_file.string(),
+                           .isLoaded = current.isLoaded,
+                           .isTest = m_purpose == Purpose::Test,
+                           .process = current.process,
+                           .processStart = current.processStart,
+                           .isStopping = current.isStopping,
+                           .nextRun = current.nextRun});
 }
 
 void JobRunner::inherit(const JobRun& run) {
@@ -206,15 +221,15 @@ void JobRunner::startFailed(const Error& why, const HostTime& now) {
   m_job.ended({.code = startFailureCode}, now);
 }
 
-/// Called as soon as the program runs or is known not to run.
+// Called as soon as the program runs or is known not to run. A failed attempt is settled when its process has ended:
+// until then, the job couldn't be started again.
 void JobRunner::takeStartFailure() {
   if (!m_process.failure) return;
   m_startFailure = m_process.startFailure(m_plan);
   m_shared.loop.forget(m_process.failure.number());
   m_process.failure.reset();
-  m_attempt.isSettled = true;
-  if (!m_startFailure) return;
-  m_attempt.failure = errorOf(*m_startFailure);
+  m_attempt.isSettled = !m_startFailure;
+  if (m_startFailure) m_attempt.failure = errorOf(*m_startFailure);
 }
 
 void JobRunner::noteFirstRun() {
@@ -272,6 +287,7 @@ bool JobRunner::collect() {
 void JobRunner::finishProcess(const RunEnd& end) {
   m_output.finish();
   takeStartFailure();
+  m_attempt.isSettled = true;
   RunEnd report = m_startFailure ? m_startFailure->end() : end;
   report.isStopped = !m_startFailure && m_job.isStopping();
   report.isTimedOut = report.isStopped && m_job.isKilled();

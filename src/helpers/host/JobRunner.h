@@ -118,7 +118,21 @@ class JobRunner {
   void startFailed(const Error& why, const HostTime& now);
   void takeStartFailure();
   void noteFirstRun();
-  JobReport state(const HostTime& now) const;
+
+  /// The part of the report that isn't about runs of the past.
+  struct State {
+    bool isLoaded = false;
+    bool isStopping = false;
+    std::int64_t process = 0;
+    std::int64_t processStart = 0;
+    std::optional<double> nextRun = {};
+
+    bool operator==(const State&) const = default;
+  };
+  static State stateIn(const JobReport& report);
+  State state(const HostTime& now) const;
+  bool mustPublish(State state) const;
+
   Result<void> saveRecord(const JobRun& run) const;
   void recordRun();
   void finishProcess(const RunEnd& end);
@@ -134,8 +148,8 @@ class JobRunner {
   std::vector<JobRun> m_inherited;  ///< runs of earlier hosts
   Purpose m_purpose;
   RunHistory m_history;
-  std::optional<JobReport> m_published;  ///< without the runs
-  bool m_isKept = false;                 ///< `quit` was called
+  std::optional<State> m_published;
+  bool m_isKept = false;  ///< `quit` was called
   Attempt m_attempt;
   std::optional<StartFailure> m_startFailure;  ///< of `m_process`
   std::optional<RunReport> m_firstRun;

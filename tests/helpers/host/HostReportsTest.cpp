@@ -3,14 +3,18 @@
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <sys/time.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <future>
 #include <thread>
 
+#include "core/files/RegularFile.h"
+#include "core/process/FileDescriptor.h"
 #include "core/process/ProcessStatus.h"
 #include "core/propertylist/Reader.h"
+#include "helpers/host/Daemon.h"
 #include "helpers/host/HostFixture.h"
 #include "helpers/jobhost/HostAutostart.h"
 
@@ -222,6 +226,33 @@ TEST_F(HostReports, AreWrittenAgainAfterACleanup) {
     EXPECT_EQ(reportRunning("lasts"), before) << removed;
     fs::remove_all(folder.path() / "removed");
   }
+}
+
+TEST_F(HostReports, OfRootAreForEverybody) {
+  const Roots roots = Roots::below(folder.path());
+  const HostSetup setup{.places = HostPlaces::ofRoot(roots), .environment = {}};
+  Pipe ready = Pipe::make();
+  const pid_t host = ::fork();
+  if (host == 0) {
+    (void)runHost(setup, [&] { (void)!::write(ready.write.number(), "", 1); });
+    ::_exit(0);
+  }
+  ready.write.reset();
+  char byte = 0;
+  ASSERT_EQ(readUninterrupted(ready.read.number(), &byte, 1), 1);
+  load(job("job", "exit 2", {{"RunAtLoad", true}}));
+  const fs::path file = roots.publicReports / "job.plist";
+  ASSERT_TRUE(eventually([&] {
+    const auto dictionary = propertylist::readDictionary(file, 1 << 20);
+    const auto report = dictionary ? JobReport::read(*dictionary) : dictionary.error();
+    return report && report->runs.size() == 1 && report->runs[0].end == RunEnd{.code = 2};
+  }));
+  constexpr auto everybody =
+      fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read;
+  EXPECT_EQ(fs::status(file).permissions(), everybody);
+  EXPECT_FALSE(fs::exists(places.reports));
+  ASSERT_TRUE(embedded.quit());
+  EXPECT_EQ(::waitpid(host, nullptr, 0), host);
 }
 
 TEST_F(HostReports, ThatCannotBeWrittenDisturbNoJob) {

@@ -400,7 +400,9 @@ TEST(HostedJob, KnowsTheTimesAtWhichItDidNotRun) {
   VirtualMachine once({{"StartInterval", 600}, {"LaunchOnlyOnce", true}});
   once.duration = 25min;
   once.load();
+  EXPECT_EQ(once.job().nextRun(once.now), sys_seconds(10min));
   once.runUntil(2 * hour);
+  EXPECT_EQ(once.job().nextRun(once.now), std::nullopt);
   EXPECT_THAT(once.missed(), ElementsAre()) << "it wouldn't have run";
 
   VirtualMachine unloaded(everyHour);
@@ -421,6 +423,15 @@ TEST(HostedJob, MissesNothingBecauseTheClockIsSet) {
     machine.runUntil(10 * 3600);
     EXPECT_THAT(machine.missed(), ElementsAre()) << change.count();
   }
+}
+
+TEST(HostedJob, MissesWhatItSleptThroughThoughTheClockIsCorrectedOnWaking) {
+  VirtualMachine machine({{"StartCalendarInterval", Dictionary{{"Minute", 0}}}});
+  machine.load();
+  machine.now.running += 4h + 100s;
+  machine.now.wall += 4h + 100s;
+  machine.setClock(3s);
+  EXPECT_THAT(machine.missed(), ElementsAre("01:00 asleep", "02:00 asleep", "03:00 asleep"));
 }
 
 TEST(HostedJob, CountsTheTimesWithoutAHost) {
