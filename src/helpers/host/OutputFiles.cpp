@@ -174,9 +174,10 @@ void OutputFiles::open(const fs::path& path, bool isBegin) {
   auto file = RegularFile::open(path);
   if (!file) return;
   const FileIdentity identity = FileIdentity::of(file->descriptor.number());
-  const bool isKnown =
-      std::any_of(m_files.begin(), m_files.end(), [&](const File& known) { return known.identity == identity; });
-  if (isKnown) return;  // also if both paths lead to it
+  const auto known =
+      std::find_if(m_files.begin(), m_files.end(), [&](const File& other) { return other.identity == identity; });
+  // Also if both paths lead to it. It moves behind those that have no path any more.
+  if (known != m_files.end()) return m_files.splice(m_files.end(), m_files, known);
   if (m_files.size() == mostFiles) m_files.pop_front();
   m_files.push_back(
       {.descriptor = std::move(file->descriptor), .identity = identity, .offset = isBegin ? file->size : 0});

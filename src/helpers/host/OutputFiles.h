@@ -104,7 +104,7 @@ class OutputFiles {
 
   std::vector<std::filesystem::path> m_paths;  ///< absolute
   JobUser m_user;
-  std::list<File> m_files;  ///< those found first come first
+  std::list<File> m_files;  ///< those that were replaced come first
 };
 
 }  // namespace mirvel::host
