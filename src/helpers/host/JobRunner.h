@@ -40,8 +40,6 @@ class DiscardedOutputs {
   std::map<int, FileDescriptor> m_pipes;
 };
 
-class JobReports;
-
 /// Carries out the decisions of one loaded job: starts, signals and collects its processes, logs their output, keeps
 /// the records of its runs, and publishes its report. The destructor leaves processes that are still running alone. For
 /// one thread.
