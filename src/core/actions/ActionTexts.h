@@ -95,6 +95,7 @@ class ActionTexts : public Texts {
   std::string theJobCouldntBeStartedOrStopped(const std::string& file) const {
     return format("The job in “%@” couldn’t be started or stopped", {file});
   }
+  std::string theJobIsntLoaded() const { return text("The job isn’t loaded. Save it to load it."); }
   std::string theNameIsTooLong() const { return text("The name is too long. Choose a shorter one and try again."); }
   std::string theTestCouldntBeRun() const { return text("The test couldn’t be run"); }
   std::string waitUntilTheJobHasEnded() const {

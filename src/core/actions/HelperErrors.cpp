@@ -76,7 +76,8 @@ std::string systemReason(int systemCode, const Localize& localize) {
 std::string ownReason(const HelperFailure& failure, const Localize& localize) {
   switch (failure.cause.code) {
     case Error::Code::NotFound:
-      return ActionTexts(localize).theFileOrItsFolderIsMissing();
+      return failure.operation == Operation::Control ? ActionTexts(localize).theJobIsntLoaded()
+                                                     : ActionTexts(localize).theFileOrItsFolderIsMissing();
     case Error::Code::NotPermitted:
       return ActionTexts(localize).checkWhoMayChangeTheFile();
     case Error::Code::Malformed:

@@ -4,6 +4,7 @@
 
 #include "core/actions/Action.h"
 #include "core/actions/ActionController.h"
+#include "core/actions/ActionTexts.h"
 #include "core/catalogue/Launchd.h"
 #include "core/runs/JobRuns.h"
 #include "core/runs/RunStateTexts.h"
@@ -86,7 +87,7 @@ std::string JobControl::obstacleToRun(const Job& job) const {
   if (isLoaded) return {};
   if (const auto other = m_runs.otherFile(job); !other.empty()) return texts.labelIsLoadedFrom(std::string(other));
   if (job.isDisabled()) return texts.enableItFirst();
-  return state == JobState::NotLoaded ? texts.itIsntLoaded() : std::string();
+  return state == JobState::NotLoaded ? ActionTexts(m_session.foundation.localize).theJobIsntLoaded() : std::string();
 }
 
 std::string JobControl::obstacleToDisable(const Job& job) const {

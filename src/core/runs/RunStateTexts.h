@@ -57,7 +57,6 @@ class RunStateTexts : public Texts {
   std::string runningWord() const { return text("running"); }
   std::string itDoesntRun() const { return text("The job doesn’t run."); }
   std::string itIsAlreadyRunning() const { return text("The job is already running."); }
-  std::string itIsntLoaded() const { return text("The job isn’t loaded. Save it to load it."); }
   std::string itMustBeEditable() const { return text("This job can’t be changed."); }
   std::string labelIsLoadedFrom(const std::string& path) const {
     return format("Not loaded: another job with this label is, from “%@”.", {path});

@@ -195,7 +195,7 @@ TEST_F(ListModeTest, TheMenuDependsOnTheJob) {
   EXPECT_EQ(logs, 1);
   program().selection.select(jobNamed("agent"));
   program().editing.setUnsavedChanges(true);
-  EXPECT_THAT(titles(3), ElementsAre("system", "", "Run Now", "Stop", "", reveal, "Delete")) << "it can't be selected";
+  EXPECT_THAT(titles(3), ElementsAre("system", "", "Run Now", "Stop", "", reveal)) << "it can't be selected";
   program().shell.sheets.clear();
   EXPECT_THAT(titles(0), ElementsAre("agent", "", "Run Now", "Stop", "", reveal));
   program().catalogue.jobs()[0]->isNewFile = true;
