@@ -2,8 +2,11 @@
 
 #include <QCoreApplication>
 #include <chrono>
+#include <utility>
+#include <vector>
 
 #include "JobFolderOnDisk.h"
+#include "support/ReportedRuns.h"
 #include "ui/app/Application.h"
 
 namespace mirvel::bench {
@@ -15,7 +18,7 @@ using Clock = std::chrono::steady_clock;
 /// The program with a filled window.
 class FilledWindow {
  public:
-  explicit FilledWindow(const Roots& roots) : m_application(roots, {}, "en") {
+  explicit FilledWindow(const Roots& roots) : m_application(roots, {}, "en"), m_reports(program().runs) {
     (void)program().foundation.defaults.setAutomaticallyCheckForUpdate(false);
     m_application.start();
     settle();
@@ -32,7 +35,34 @@ class FilledWindow {
     return seconds;
   }
 
+  /// Reports 100 runs in the past month for each job.
+  void addPast() {
+    std::vector<JobReport> all;
+    for (const auto& job : program().catalogue.jobs()) all.push_back(pastOf(*job));
+    m_reports.deliver(std::move(all));
+  }
+  /// The seconds for which the main thread is blocked by one job that starts or ends, with what is drawn again.
+  double secondsToChangeState() {
+    JobReport report = pastOf(*program().catalogue.jobs().front());
+    m_isRunning = !m_isRunning;
+    report.runs.erase(report.runs.begin());
+    const double start = report.runs.back().start + 3;
+    report = m_isRunning ? testdata::running(std::move(report), start) : report;
+    if (!m_isRunning) report.runs.push_back(testdata::exitedRun(start));
+    const auto begin = Clock::now();
+    m_reports.deliver({std::move(report)});
+    m_application.window().repaint();
+    return std::chrono::duration<double>(Clock::now() - begin).count();
+  }
+
  private:
+  static JobReport pastOf(const Job& job) {
+    constexpr double month = 30 * 86400.0, pause = month / JobReport::mostRuns;
+    const double end = SystemClock().secondsSince1970() - 60 - static_cast<double>(job.name.size());
+    std::vector<RunReport> runs;
+    for (double age = month; age > pause / 2; age -= pause) runs.push_back(testdata::exitedRun(end - age));
+    return testdata::reportOf(job.name, job.url.path(), std::move(runs));
+  }
   Program& program() { return m_application.program(); }
   /// Runs the event loop until the scan that every change of mode starts has finished.
   void settle() {
@@ -42,6 +72,8 @@ class FilledWindow {
   }
 
   ui::Application m_application;
+  testdata::ReportedRuns m_reports;
+  bool m_isRunning = false;
 };
 
 void switchTo(benchmark::State& state, Mode mode) {
@@ -52,6 +84,24 @@ void switchTo(benchmark::State& state, Mode mode) {
     window.secondsToSwitch(other);
     state.SetIterationTime(window.secondsToSwitch(mode));
   }
+}
+
+void openTimelineWithPast(benchmark::State& state) {
+  const JobFolderOnDisk folder(static_cast<std::size_t>(state.range(0)));
+  FilledWindow window(folder.roots());
+  for (auto _ : state) {
+    window.secondsToSwitch(Mode::List);
+    window.addPast();  // so that the rows of the previous round are outdated
+    state.SetIterationTime(window.secondsToSwitch(Mode::Timeline));
+  }
+}
+
+void changeStateInTimeline(benchmark::State& state) {
+  const JobFolderOnDisk folder(static_cast<std::size_t>(state.range(0)));
+  FilledWindow window(folder.roots());
+  window.addPast();
+  window.secondsToSwitch(Mode::Timeline);
+  for (auto _ : state) state.SetIterationTime(window.secondsToChangeState());
 }
 
 BENCHMARK_CAPTURE(switchTo, grid, Mode::Grid)
@@ -74,6 +124,9 @@ BENCHMARK_CAPTURE(switchTo, timeline, Mode::Timeline)
     ->Iterations(5)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime();
+
+BENCHMARK(openTimelineWithPast)->Arg(10000)->Iterations(5)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(changeStateInTimeline)->Arg(10000)->Iterations(50)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 }  // namespace
 

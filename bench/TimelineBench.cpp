@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -10,6 +11,9 @@
 #include "core/catalogue/Launchd.h"
 #include "core/mainwindow/Timeline.h"
 #include "core/mainwindow/TimelineTexts.h"
+#include "core/runs/JobRuns.h"
+#include "core/session/Catalogue.h"
+#include "support/ReportedRuns.h"
 
 namespace mirvel::bench {
 
@@ -59,9 +63,9 @@ void build(benchmark::State& state, const Jobs& scheduled) {
   const TimelineTexts texts(localize, zone);
   std::size_t rows = 0;
   for (auto _ : state) {
-    const TimelineArray timeline = mirvel::buildTimeline(scheduled, now, texts);
-    rows = timeline.rows().size();
-    benchmark::DoNotOptimize(timeline.rows().data());
+    const TimelineArray timeline(scheduled, {}, now, texts, {});
+    rows = timeline.count();
+    benchmark::DoNotOptimize(rows);
   }
   state.counters["rows"] = static_cast<double>(rows);
 }
@@ -72,6 +76,71 @@ void buildTimeline(benchmark::State& state) {
 
 void buildTimelineHourly(benchmark::State& state) {
   build(state, jobs(static_cast<std::size_t>(state.range(0)), hourly));
+}
+
+/// 100 runs in the past month, a few of them failed. With `more`, the oldest run is forgotten and a new one begins.
+JobReport pastOf(const Job& job, bool more = false) {
+  std::mt19937 random(static_cast<std::uint32_t>(std::hash<std::string>()(job.name)));
+  constexpr double month = 30 * 86400.0;
+  const auto end = static_cast<double>(now.time_since_epoch().count());
+  const auto runs = static_cast<double>(JobReport::mostRuns);
+  const double pause = month / (runs + 1), offset = static_cast<double>(random() % 1000) / 1000;
+  JobReport report{.label = job.name, .path = job.url.text(), .isLoaded = true};
+  for (double run = more ? 1 : 0; run < runs; ++run) {
+    const double start = end - month + (run + offset) * pause;
+    report.runs.push_back(testdata::exitedRun(start, random() % 50 == 0 ? 1 : 0));
+  }
+  return more ? testdata::running(std::move(report), end - 1) : report;
+}
+
+/// Jobs with a past, and the timeline that shows them.
+class JobsWithPast {
+ public:
+  explicit JobsWithPast(std::size_t count) : m_jobs(jobs(count, mixed)) {
+    m_catalogue.publish(m_jobs);
+    std::vector<JobReport> all;
+    for (const auto& job : m_jobs) all.push_back(pastOf(*job));
+    m_reports.deliver(std::move(all));
+  }
+
+  TimelineArray timeline() {
+    return {m_jobs, [this](const Job& job) { return m_runs.report(job); }, now, m_texts, {}};
+  }
+  /// Starts or ends the run of a job, and applies that to the timeline.
+  void change(TimelineArray& timeline, std::size_t& changes) {
+    m_isRunning = !m_isRunning;
+    m_reports.deliver({pastOf(*m_jobs.front(), m_isRunning)});
+    const TimelineArray::Report report{0, m_runs.report(*m_jobs.front())};
+    timeline.setReports({&report, 1}, {}, [&](const auto&) { ++changes; });
+  }
+
+ private:
+  const Localize m_localize{"en"};
+  const TimelineTexts m_texts{m_localize, zone};
+  const Jobs m_jobs;
+  Catalogue m_catalogue;
+  JobRuns m_runs{m_catalogue};
+  testdata::ReportedRuns m_reports{m_runs};
+  bool m_isRunning = false;
+};
+
+void buildTimelineWithPast(benchmark::State& state) {
+  JobsWithPast jobs(static_cast<std::size_t>(state.range(0)));
+  std::size_t rows = 0;
+  for (auto _ : state) {
+    const TimelineArray timeline = jobs.timeline();
+    rows = timeline.count();
+    benchmark::DoNotOptimize(rows);
+  }
+  state.counters["rows"] = static_cast<double>(rows);
+}
+
+void changeOneJobOfTimeline(benchmark::State& state) {
+  JobsWithPast jobs(static_cast<std::size_t>(state.range(0)));
+  TimelineArray timeline = jobs.timeline();
+  std::size_t changes = 0;
+  for (auto _ : state) jobs.change(timeline, changes);
+  state.counters["changes"] = static_cast<double>(changes) / static_cast<double>(state.iterations());
 }
 
 void sortNumbers(benchmark::State& state) {
@@ -89,6 +158,8 @@ void sortNumbers(benchmark::State& state) {
 
 BENCHMARK(buildTimeline)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(buildTimelineHourly)->Arg(1000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(buildTimelineWithPast)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(changeOneJobOfTimeline)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(sortNumbers)->Arg(720000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -5,11 +5,13 @@
 #include <unicode/measure.h>
 #include <unicode/reldatefmt.h>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
 #include "core/base/Const.h"
 #include "core/locale/MomentFormat.h"
+#include "core/runs/RunTexts.h"
 #include "core/text/Bidirectional.h"
 
 namespace mirvel {
@@ -42,6 +44,8 @@ struct TimelineTexts::Formats {
   Formats(const icu::Locale& locale, const icu::Locale& language, const icu::TimeZone& zone)
       : day(inZone(icu::DateFormat::createDateInstance(icu::DateFormat::kFull, locale), zone)),
         time(inZone(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale), zone)),
+        dateAndTime(inZone(
+            icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium, icu::DateFormat::kShort, locale), zone)),
         relative(language, nullptr, UDAT_STYLE_LONG, header, relativeStatus),
         duration(language, UMEASFMT_WIDTH_WIDE, durationStatus) {
     UErrorCode status = U_ZERO_ERROR;
@@ -50,6 +54,7 @@ struct TimelineTexts::Formats {
 
   std::unique_ptr<icu::DateFormat> day;
   std::unique_ptr<icu::DateFormat> time;
+  std::unique_ptr<icu::DateFormat> dateAndTime;
   UErrorCode relativeStatus = U_ZERO_ERROR;
   icu::RelativeDateTimeFormatter relative;
   UErrorCode durationStatus = U_ZERO_ERROR;
@@ -65,15 +70,24 @@ TimelineTexts::TimelineTexts(const Localize& localize, std::string zone)
 TimelineTexts::~TimelineTexts() = default;
 
 std::string TimelineTexts::day(sys_seconds moment, std::int64_t daysAhead) const {
-  constexpr UDateDirection directions[] = {UDAT_DIRECTION_THIS, UDAT_DIRECTION_NEXT, UDAT_DIRECTION_NEXT_2};
-  if (daysAhead >= 0 && daysAhead < std::ssize(directions)) {
-    // Not every language has a word for the day after tomorrow.
+  constexpr UDateDirection directions[] = {UDAT_DIRECTION_LAST_2, UDAT_DIRECTION_LAST, UDAT_DIRECTION_THIS,
+                                           UDAT_DIRECTION_NEXT, UDAT_DIRECTION_NEXT_2};
+  if (daysAhead >= -2 && daysAhead <= 2) {
+    // Not every language has a word for the day after tomorrow, or before yesterday.
     UErrorCode status = m_formats->relativeStatus;
     icu::UnicodeString word;
-    m_formats->relative.format(directions[daysAhead], UDAT_ABSOLUTE_DAY, word, status);
+    m_formats->relative.format(directions[daysAhead + 2], UDAT_ABSOLUTE_DAY, word, status);
     if (U_SUCCESS(status) && !word.isEmpty()) return utf8(word);
   }
   return formatted(m_formats->day.get(), moment);
+}
+
+std::string TimelineTexts::pastDay(sys_seconds moment, std::int64_t daysAgo) const {
+  return daysAgo == 0 ? m_localize.text("Earlier Today") : day(moment, -daysAgo);
+}
+
+std::string TimelineTexts::dateAndTime(sys_seconds moment) const {
+  return formatted(m_formats->dateAndTime.get(), moment);
 }
 
 std::string TimelineTexts::time(sys_seconds moment) const {
@@ -96,6 +110,73 @@ std::optional<std::string> TimelineTexts::duration(seconds length) const {
 
 std::string TimelineTexts::interval(const std::string& name, const std::string& duration) const {
   return bidirectionalString({name, duration}, Const::separator, m_localize.isRightToLeft());
+}
+
+std::string TimelineTexts::joined(const std::vector<std::string>& facts) const {
+  return bidirectionalString(facts, " · ", m_localize.isRightToLeft());
+}
+
+std::string TimelineTexts::ending(const RunReport& run) const {
+  const std::string unknown = m_localize.text("how it ended isn’t known");
+  if (!run.end) return unknown;
+  const RunEnd& end = *run.end;
+  const std::string code = m_localize.int_(end.code);
+  if (end.isTimedOut) return m_localize.text("killed because it didn’t end when asked to");
+  if (end.isStopped) return m_localize.text("stopped");
+  const RunTexts texts(m_localize);
+  switch (end.how) {
+    case RunEnd::How::Exited:
+      return end.code == 0 ? m_localize.text("succeeded") : m_localize.format("exit code %@", {code});
+    case RunEnd::How::Signalled: {
+      const std::string name = texts.signal(end.code);
+      return name.empty() ? m_localize.format("ended by signal %@", {code})
+                          : m_localize.format("ended by signal %@ (%@)", {code, name});
+    }
+    case RunEnd::How::CouldNotStart:
+      return m_localize.format("couldn’t be started: %@", {texts.obstacle(end)});
+    case RunEnd::How::Lost:
+      break;
+  }
+  return unknown;
+}
+
+std::optional<std::string> TimelineTexts::duration(const RunReport& run) const {
+  if (!run.end || !run.endTime || run.end->how == RunEnd::How::CouldNotStart) return std::nullopt;
+  const double length = *run.endTime - run.start;
+  constexpr double longest = 1e9;
+  return length >= 0 && length < longest ? std::optional(RunTexts(m_localize).duration(length)) : std::nullopt;
+}
+
+std::string TimelineTexts::missed(MissedRun::Why why) const {
+  const auto reason = [&] {
+    switch (why) {
+      case MissedRun::Why::StillRunning:
+        return m_localize.text("the previous run hadn’t ended");
+      case MissedRun::Why::Asleep:
+        return m_localize.text("the computer slept");
+      case MissedRun::Why::NoHost:
+        break;
+    }
+    return m_localize.text("the computer was switched off or you weren’t logged in");
+  };
+  return m_localize.format("missed, because %@", {reason()});
+}
+
+std::string TimelineTexts::stretch(std::span<const PastEvent> events) const {
+  const auto marked = [&](RunMark mark) {
+    return std::count_if(events.begin(), events.end(), [&](const PastEvent& event) { return event.mark == mark; });
+  };
+  const auto timeOf = [&](const PastEvent& event) { return time(secondOf(event.time)); };
+  const std::int64_t failed = marked(RunMark::Failed), missed = marked(RunMark::Missed);
+  const std::int64_t runs = std::ssize(events) - missed;
+  const std::string number = m_localize.int_(runs == 0 ? missed : runs);
+  const char* const pattern = runs == 0   ? translatable("%@ missed, %@ – %@")
+                              : runs == 1 ? translatable("%@ run, %@ – %@")
+                                          : translatable("%@ runs, %@ – %@");
+  std::vector<std::string> facts{m_localize.format(pattern, {number, timeOf(events.front()), timeOf(events.back())})};
+  if (failed > 0) facts.push_back(m_localize.format("%@ failed", {m_localize.int_(failed)}));
+  if (missed > 0 && runs > 0) facts.push_back(m_localize.format("%@ missed", {m_localize.int_(missed)}));
+  return joined(facts);
 }
 
 }  // namespace mirvel

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "ui/mainwindow/TimelineModel.h"
+#include "ui/support/OwnIcons.h"
+#include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 
@@ -79,10 +81,6 @@ QStyle& styleOf(const QStyleOptionViewItem& option) {
   return option.widget ? *option.widget->style() : *QApplication::style();
 }
 
-int marginOf(const QStyleOptionViewItem& option) {
-  return option.fontMetrics.averageCharWidth() * 3 / 2;
-}
-
 QPalette::ColorGroup groupOf(const QStyleOptionViewItem& option) {
   return option.state.testFlag(QStyle::State_Active) ? QPalette::Normal : QPalette::Inactive;
 }
@@ -101,47 +99,109 @@ void drawLine(QPainter& painter, const QStyleOptionViewItem& option, const QRect
   painter.drawText(rect, static_cast<int>(side | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine), shown);
 }
 
+QIcon iconOf(RunMark mark) {
+  switch (mark) {
+    case RunMark::None:
+      break;
+    case RunMark::Running:
+      return OwnIcons::color(QStringLiteral("mirvel-running"));
+    case RunMark::Succeeded:
+      return OwnIcons::symbolic(QStringLiteral("mirvel-run-succeeded"));
+    case RunMark::Failed:
+      return OwnIcons::color(QStringLiteral("mirvel-failed"));
+    case RunMark::Stopped:
+      return OwnIcons::symbolic(QStringLiteral("mirvel-run-stopped"));
+    case RunMark::Unknown:
+      return OwnIcons::symbolic(QStringLiteral("mirvel-run-unknown"));
+    case RunMark::Missed:
+      return OwnIcons::symbolic(QStringLiteral("mirvel-run-missed"));
+  }
+  return {};
+}
+
+/// Both texts share the row: the detail gets what the name doesn't need, but at least half of the row if it needs it.
+int widthOfDetail(const QFontMetrics& metrics, int available, const QString& name, const QString& detail) {
+  if (detail.isEmpty() || available <= 0) return 0;
+  const int wanted = metrics.horizontalAdvance(detail) + 1;
+  return std::min(wanted, std::max(available / 2, available - metrics.horizontalAdvance(name) - 1));
+}
+
 }  // namespace
 
 TimelineDelegate::TimelineDelegate(std::function<QStringList()> sampleTimes, QObject* parent)
-    : QStyledItemDelegate(parent), m_sampleTimes(std::move(sampleTimes)), m_times(QFont()) {}
+    : QStyledItemDelegate(parent), m_sampleTimes(std::move(sampleTimes)), m_times(QFont()) {
+  for (std::size_t mark = 0; mark < m_icons.size(); ++mark) m_icons.at(mark) = iconOf(static_cast<RunMark>(mark));
+}
 
 void TimelineDelegate::measure(const QFont& font) {
   m_times = TabularText(font);
   qreal widest = 0;
   for (const QString& time : m_sampleTimes()) widest = std::max(widest, m_times.width(time));
   m_timeWidth = static_cast<int>(std::ceil(widest));
+  const QFontMetrics metrics(font);
+  m_margin = metrics.averageCharWidth() * 3 / 2;
+  m_square = metrics.height();
+}
+
+QRect TimelineDelegate::foldingRect(const QRect& row, Qt::LayoutDirection direction) const {
+  const QRect rect(row.left() + m_margin, row.center().y() - m_square / 2, m_square, m_square);
+  return QStyle::visualRect(direction, row, rect);
 }
 
 void TimelineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
   QStyleOptionViewItem filled = option;
   initStyleOption(&filled, index);
+  const auto cell = index.data(TimelineModel::CellRole).value<TimelineCell>();
   painter->save();
   painter->setClipRect(option.rect, Qt::IntersectClip);
-  if (index.data(TimelineModel::IsGroupRole).toBool()) {
-    paintGroup(*painter, filled);
+  if (cell.isHeader()) {
+    paintGroup(*painter, filled, cell.kind == TimelineKind::Now);
   } else {
-    paintRun(*painter, filled, index);
+    paintRun(*painter, filled, cell);
   }
   painter->restore();
 }
 
-void TimelineDelegate::paintGroup(QPainter& painter, const QStyleOptionViewItem& option) const {
+void TimelineDelegate::paintGroup(QPainter& painter, const QStyleOptionViewItem& option, bool isNow) const {
   const QPalette::ColorGroup group = groupOf(option);
   painter.fillRect(option.rect, option.palette.color(group, QPalette::Window));
   QColor line = option.palette.color(group, QPalette::Text);
   line.setAlphaF(0.15F);
   painter.fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), line);
+  if (isNow) {
+    const QColor accent = option.palette.color(QPalette::Active, QPalette::Highlight);
+    painter.fillRect(QRect(option.rect.left(), option.rect.top(), option.rect.width(), 2), accent);
+  }
 
   QFont font = option.font;
   font.setWeight(QFont::DemiBold);
   painter.setFont(font);
   painter.setPen(option.palette.color(group, QPalette::WindowText));
-  const int margin = marginOf(option);
-  drawLine(painter, option, leading(option, margin, option.rect.width() - 2 * margin), option.text);
+  drawLine(painter, option, leading(option, m_margin, option.rect.width() - 2 * m_margin), option.text);
 }
 
-void TimelineDelegate::paintRun(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+void TimelineDelegate::paintTriangle(QPainter& painter, const QStyleOptionViewItem& option, bool isOpen) const {
+  QStyleOption arrow;
+  arrow.rect = foldingRect(option.rect, option.direction);
+  arrow.palette = option.palette;
+  arrow.direction = option.direction;
+  arrow.state = option.state | QStyle::State_Enabled;
+  const auto closed =
+      option.direction == Qt::RightToLeft ? QStyle::PE_IndicatorArrowLeft : QStyle::PE_IndicatorArrowRight;
+  styleOf(option).drawPrimitive(isOpen ? QStyle::PE_IndicatorArrowDown : closed, &arrow, &painter, option.widget);
+}
+
+void TimelineDelegate::paintMark(QPainter& painter, const QStyleOptionViewItem& option, RunMark mark) const {
+  if (mark == RunMark::None) return;
+  const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+  QRect rect = leading(option, markStart(), m_square);
+  rect.moveTop(option.rect.center().y() - m_square / 2);
+  rect.setHeight(m_square);
+  m_icons.at(static_cast<std::size_t>(mark))
+      .paint(&painter, rect, Qt::AlignCenter, isSelected ? QIcon::Selected : QIcon::Normal);
+}
+
+void TimelineDelegate::paintRun(QPainter& painter, const QStyleOptionViewItem& option, const TimelineCell& cell) const {
   QStyleOptionViewItem background = option;
   background.text.clear();
   styleOf(option).drawControl(QStyle::CE_ItemViewItem, &background, &painter, option.widget);
@@ -152,16 +212,23 @@ void TimelineDelegate::paintRun(QPainter& painter, const QStyleOptionViewItem& o
     return option.palette.color(group, isSelected ? QPalette::HighlightedText : role);
   };
   const bool isMirrored = option.direction == Qt::RightToLeft;
-  const int margin = marginOf(option);
+  if (cell.kind == TimelineKind::Fold) paintTriangle(painter, option, cell.isOpen);
+  paintMark(painter, option, cell.mark);
   painter.setPen(color(QPalette::Text));
-  m_times.draw(painter, leading(option, margin, m_timeWidth), isMirrored ? Qt::AlignLeft : Qt::AlignRight,
-               index.data(TimelineModel::TimeRole).toString());
+  m_times.draw(painter, leading(option, timeStart(), m_timeWidth), isMirrored ? Qt::AlignLeft : Qt::AlignRight,
+               qt(cell.time));
 
   painter.setFont(option.font);
-  const bool isSecondary = index.data(TimelineModel::IsSecondaryRole).toBool();
-  painter.setPen(color(isSecondary ? QPalette::PlaceholderText : QPalette::Text));
-  const int nameStart = margin + m_timeWidth + 3 * margin / 2;
-  drawLine(painter, option, leading(option, nameStart, option.rect.width() - nameStart - margin), option.text);
+  const int start = nameStart() + (cell.isNested ? m_square : 0);
+  const int width = option.rect.width() - start - m_margin;
+  const QString detail = qt(cell.detail);
+  const int detailWidth = widthOfDetail(painter.fontMetrics(), width - 2 * m_margin, option.text, detail);
+  const int nameWidth = detail.isEmpty() ? width : width - 2 * m_margin - detailWidth;
+  painter.setPen(color(cell.isSecondary ? QPalette::PlaceholderText : QPalette::Text));
+  drawLine(painter, option, leading(option, start, nameWidth), option.text);
+  if (detail.isEmpty()) return;
+  painter.setPen(color(cell.mark == RunMark::Failed ? QPalette::Text : QPalette::PlaceholderText));
+  drawLine(painter, option, leading(option, start + width - detailWidth, detailWidth), detail);
 }
 
 }  // namespace mirvel::ui

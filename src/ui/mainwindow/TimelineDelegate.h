@@ -1,10 +1,15 @@
 #pragma once
 
 #include <QFontMetricsF>
+#include <QIcon>
 #include <QPainter>
 #include <QString>
 #include <QStyledItemDelegate>
+#include <array>
+#include <cstddef>
 #include <functional>
+
+#include "core/mainwindow/TimelineCell.h"
 
 namespace mirvel::ui {
 
@@ -28,7 +33,8 @@ class TabularText {
   bool m_areDigitsAlike = true;
 };
 
-/// Paints the rows of timeline mode: a column of times, followed by the names.
+/// Paints the rows of timeline mode: a column of times, the marks of past runs, the names, and at the end of the row
+/// what else is known of a run.
 class TimelineDelegate final : public QStyledItemDelegate {
  public:
   /// `sampleTimes` returns texts at least as wide as any time that is shown.
@@ -38,14 +44,24 @@ class TimelineDelegate final : public QStyledItemDelegate {
   void measure(const QFont& font);
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  /// The place of the triangle that folds and unfolds a row, in a row of this rectangle and direction.
+  QRect foldingRect(const QRect& row, Qt::LayoutDirection direction) const;
 
  private:
-  void paintGroup(QPainter& painter, const QStyleOptionViewItem& option) const;
-  void paintRun(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+  void paintGroup(QPainter& painter, const QStyleOptionViewItem& option, bool isNow) const;
+  void paintRun(QPainter& painter, const QStyleOptionViewItem& option, const TimelineCell& cell) const;
+  void paintTriangle(QPainter& painter, const QStyleOptionViewItem& option, bool isOpen) const;
+  void paintMark(QPainter& painter, const QStyleOptionViewItem& option, RunMark mark) const;
+  int timeStart() const { return 2 * m_margin + m_square; }
+  int markStart() const { return timeStart() + m_timeWidth + m_margin; }
+  int nameStart() const { return markStart() + m_square + m_margin / 2; }
 
   std::function<QStringList()> m_sampleTimes;
+  std::array<QIcon, static_cast<std::size_t>(RunMark::Missed) + 1> m_icons;  // by mark
   TabularText m_times;
   int m_timeWidth = 0;
+  int m_margin = 0;
+  int m_square = 0;  // the side of marks and triangles
 };
 
 }  // namespace mirvel::ui

@@ -1,6 +1,7 @@
 #include "ui/mainwindow/TimelineModeView.h"
 
-#include <QScrollBar>
+#include <QHideEvent>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include "core/mainwindow/JobMenu.h"
@@ -43,6 +44,14 @@ void TimelineModeView::connectTable() {
   m_table->selectionMayChange = [this] { return m_mode.selectionMayChange(); };
   m_table->selectionDidChange = [this](int row) { m_mode.selectionDidChange(static_cast<std::size_t>(row)); };
   m_table->appearanceDidChange = [this] { m_delegate->measure(m_table->font()); };
+  m_table->isFoldingPoint = [this](const QModelIndex& index, const QPoint& point) {
+    const bool isFold = index.data(TimelineModel::CellRole).value<TimelineCell>().kind == TimelineKind::Fold;
+    return isFold && m_delegate->foldingRect(m_table->visualRect(index), layoutDirection()).contains(point);
+  };
+  m_table->fold = [this](int row, std::optional<bool> isOpen) {
+    const auto index = static_cast<std::size_t>(row);
+    return m_mode.setOpen(index, isOpen ? *isOpen : !m_mode.cell(index).isOpen);
+  };
   m_loadingChanged = m_context.notifications.loadingChanged.subscribe([this] { m_table->viewport()->update(); });
   connect(m_table, &QWidget::customContextMenuRequested, this, &TimelineModeView::showRowMenu);
 }
@@ -53,11 +62,50 @@ QStringList TimelineModeView::sampleTimes() const {
   return times;
 }
 
-void TimelineModeView::reload() {
-  const int position = m_table->verticalScrollBar()->value();
-  m_model.reload();
-  m_table->setRows(m_mode.timelineArray().rows().size(), m_mode.timelineArray().groups());
-  m_table->verticalScrollBar()->setValue(position);
+void TimelineModeView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (!event->spontaneous()) m_table->showNow();  // not when the window was minimised
+  m_mode.setVisible(true);
+}
+
+void TimelineModeView::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  m_mode.setVisible(false);
+}
+
+std::optional<std::size_t> TimelineModeView::anchor() const {
+  const auto place = m_table->anchor();
+  return place ? std::optional(static_cast<std::size_t>(place->row)) : std::nullopt;
+}
+
+void TimelineModeView::setRows() {
+  const TimelineArray& rows = m_mode.timelineArray();
+  m_table->setRows({.count = rows.count(), .groups = rows.groups(), .now = rows.now()});
+}
+
+void TimelineModeView::reload(const std::optional<Anchor>& anchor) {
+  const auto place = m_table->anchor();
+  m_table->quietly([this] { m_model.reload(); });
+  setRows();
+  if (anchor && place) m_table->put({static_cast<int>(anchor->after), place->top});
+}
+
+void TimelineModeView::rowsDidChange(const TimelineArray::Change& change, std::optional<std::size_t> kept) {
+  auto place = kept ? m_table->placeOf(static_cast<int>(*kept)) : m_table->anchor();
+  m_table->quietly([&] { m_model.rowsDidChange(change); });
+  setRows();
+  if (!place) return;
+  const auto first = static_cast<int>(change.first), removed = static_cast<int>(change.removed);
+  if (place->row >= first + removed) {
+    place->row += static_cast<int>(change.inserted) - removed;
+  } else if (place->row >= first) {
+    place->row = first;
+  }
+  m_table->put(*place);
+}
+
+void TimelineModeView::redraw() {
+  m_table->viewport()->update();
 }
 
 void TimelineModeView::mark(std::optional<std::size_t> row) {

@@ -22,11 +22,19 @@ class TimelineModeView final : public QWidget, private TimelineTableType {
   TimelineMode& mode() { return m_mode; }
   TimelineTable& table() { return *m_table; }
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
  private:
-  void reload() override;
+  std::optional<std::size_t> anchor() const override;
+  void reload(const std::optional<Anchor>& anchor) override;
+  void rowsDidChange(const TimelineArray::Change& change, std::optional<std::size_t> kept) override;
+  void redraw() override;
   void mark(std::optional<std::size_t> row) override;
   void scrollTo(std::size_t row) override;
 
+  void setRows();
   void connectTable();
   QStringList sampleTimes() const;
   void showRowMenu(const QPoint& position);

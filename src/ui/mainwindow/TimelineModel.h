@@ -11,16 +11,18 @@ class TimelineModel final : public QAbstractListModel {
  public:
   /// In addition to the standard roles. The name is `Qt::DisplayRole`.
   enum Role {
-    TimeRole = Qt::UserRole,  ///< QString
-    IsGroupRole,
-    IsSecondaryRole,
+    CellRole = Qt::UserRole,  ///< TimelineCell
   };
 
   /// `mode` and `localize` must outlive the model.
   TimelineModel(const TimelineMode& mode, const Localize& localize);
 
-  /// Resets the model after the rows have changed.
+  /// Resets the model after all rows have changed.
   void reload();
+  /// Reports that rows were replaced.
+  void rowsDidChange(const TimelineArray::Change& change);
+  /// Reports that rows, from `first` to `last`, may have other contents.
+  void contentsDidChange(int first, int last);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
@@ -35,9 +37,13 @@ class TimelineModel final : public QAbstractListModel {
 
  private:
   QString accessibleText(const TimelineCell& cell) const;
+  QString accessibleDescription(const TimelineCell& cell) const;
 
   const TimelineMode& m_mode;
   const Localize& m_localize;
+  int m_count = 0;  // as reported, which is behind the mode's while rows are being replaced
 };
 
 }  // namespace mirvel::ui
+
+Q_DECLARE_METATYPE(mirvel::TimelineCell)

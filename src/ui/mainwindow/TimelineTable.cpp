@@ -1,6 +1,7 @@
 #include "ui/mainwindow/TimelineTable.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -28,10 +29,51 @@ void TimelineTable::setModel(QAbstractItemModel* model) {
       });
 }
 
-void TimelineTable::setRows(std::size_t count, std::vector<std::size_t> groups) {
-  m_layout = TimelineLayout(count, std::move(groups), heights());
+void TimelineTable::setRows(Rows rows) {
+  m_layout = TimelineLayout(rows.count, std::move(rows.groups), heights());
+  m_now = rows.now ? std::optional(static_cast<int>(*rows.now)) : std::nullopt;
   updateGeometries();
+  scrollToNow();
   viewport()->update();
+}
+
+std::optional<TimelineTable::Place> TimelineTable::anchor() const {
+  if (m_layout.count() == 0) return std::nullopt;
+  if (m_now) {
+    const QRect now = rectOf(*m_now);
+    if (now.top() >= 0 && now.top() < viewport()->height()) return Place{*m_now, now.top()};
+  }
+  const int top = std::min(verticalOffset() + m_layout.groupHeight(), m_layout.height() - 1);
+  const int row = m_layout.nearestOther(m_layout.rowAt(top), 1);
+  return row < 0 ? std::nullopt : std::optional(Place{row, rectOf(row).top()});
+}
+
+std::optional<TimelineTable::Place> TimelineTable::placeOf(int row) {
+  m_showsNow = false;
+  return Place{row, rectOf(row).top()};
+}
+
+void TimelineTable::put(const Place& place) {
+  if (!m_showsNow) verticalScrollBar()->setValue(m_layout.top(place.row) - place.top);
+}
+
+void TimelineTable::showNow() {
+  m_showsNow = true;
+  scrollToNow();
+}
+
+void TimelineTable::scrollToNow() {
+  if (!m_showsNow) return;
+  const int above = viewport()->height() / 3;
+  m_isPlacing = true;
+  verticalScrollBar()->setValue(m_now ? m_layout.top(*m_now) - above : 0);
+  m_isPlacing = false;
+}
+
+void TimelineTable::quietly(const std::function<void()>& change) {
+  m_isMarking = true;
+  change();
+  m_isMarking = false;
 }
 
 TimelineLayout::Heights TimelineTable::heights() const {
@@ -42,13 +84,15 @@ TimelineLayout::Heights TimelineTable::heights() const {
 }
 
 void TimelineTable::mark(int row) {
-  m_isMarking = true;
-  if (row < 0) {
-    selectionModel()->clear();
-  } else {
-    selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::ClearAndSelect);
-  }
-  m_isMarking = false;
+  setAutoScroll(false);  // otherwise the view scrolls to the current row
+  quietly([&] {
+    if (row < 0) {
+      selectionModel()->clear();
+    } else {
+      selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::ClearAndSelect);
+    }
+  });
+  setAutoScroll(true);
 }
 
 int TimelineTable::verticalOffset() const {
@@ -84,6 +128,7 @@ QModelIndex TimelineTable::indexAt(const QPoint& point) const {
 
 void TimelineTable::scrollTo(const QModelIndex& index, ScrollHint hint) {
   if (!index.isValid() || index.row() >= m_layout.count()) return;
+  m_showsNow = false;
   const int covered = isGroup(index) ? 0 : m_layout.groupHeight();
   const int least = m_layout.top(index.row() + 1) - viewport()->height();  // row at the bottom of the viewport
   const int greatest = m_layout.top(index.row()) - covered;                // row just below the pinned header
@@ -96,7 +141,9 @@ void TimelineTable::scrollTo(const QModelIndex& index, ScrollHint hint) {
 
 void TimelineTable::updateGeometries() {
   const int page = viewport()->height();
+  m_isPlacing = true;  // a smaller range can scroll
   verticalScrollBar()->setRange(0, std::max(0, m_layout.height() - page));
+  m_isPlacing = false;
   verticalScrollBar()->setPageStep(std::max(1, page - m_layout.groupHeight()));
   verticalScrollBar()->setSingleStep(heights().other);
   QAbstractItemView::updateGeometries();  // NOLINT(bugprone-parent-virtual-call): the list's own lays out all rows
@@ -107,6 +154,7 @@ void TimelineTable::doItemsLayout() {
 }
 
 void TimelineTable::scrollContentsBy(int, int) {
+  if (!m_isPlacing) m_showsNow = false;
   viewport()->update();  // a full repaint, since the pinned header doesn't scroll
 }
 
@@ -168,11 +216,37 @@ QItemSelectionModel::SelectionFlags TimelineTable::selectionCommand(const QModel
 
 void TimelineTable::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;  // a context menu doesn't change the selection
-  if (!isGroup(indexAt(event->position().toPoint()))) QListView::mousePressEvent(event);
+  const QPoint point = event->position().toPoint();
+  const QModelIndex index = indexAt(point);
+  if (isGroup(index)) return;
+  if (index.isValid() && isFoldingPoint && isFoldingPoint(index, point)) {
+    fold(index.row(), std::nullopt);
+  } else {
+    QListView::mousePressEvent(event);
+  }
 }
 
 void TimelineTable::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (!isGroup(indexAt(event->position().toPoint()))) QListView::mouseDoubleClickEvent(event);
+  const QPoint point = event->position().toPoint();
+  const QModelIndex index = indexAt(point);
+  if (isGroup(index)) return;
+  if (index.isValid() && isFoldingPoint && isFoldingPoint(index, point)) return mousePressEvent(event);
+  QListView::mouseDoubleClickEvent(event);
+  if (index.isValid() && event->button() == Qt::LeftButton && fold) fold(index.row(), std::nullopt);
+}
+
+void TimelineTable::keyPressEvent(QKeyEvent* event) {
+  const bool isHorizontal = event->key() == Qt::Key_Left || event->key() == Qt::Key_Right;
+  if (isHorizontal && currentIndex().isValid() && fold) {
+    const bool opens = (event->key() == Qt::Key_Right) == (layoutDirection() == Qt::LeftToRight);
+    if (fold(currentIndex().row(), opens)) return;
+  }
+  QListView::keyPressEvent(event);
+}
+
+void TimelineTable::resizeEvent(QResizeEvent* event) {
+  QListView::resizeEvent(event);
+  scrollToNow();
 }
 
 void TimelineTable::focusInEvent(QFocusEvent* event) {

@@ -2,6 +2,7 @@
 
 #include <QListView>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "ui/mainwindow/TimelineLayout.h"
@@ -17,8 +18,30 @@ class TimelineTable final : public QListView {
   explicit TimelineTable(QWidget* parent = nullptr);
 
   void setModel(QAbstractItemModel* model) override;
-  /// Sets the number of rows after the model's last reset, and which of them are headers.
-  void setRows(std::size_t count, std::vector<std::size_t> groups);
+  struct Rows {
+    std::size_t count = 0;
+    std::vector<std::size_t> groups = {};           ///< the headers
+    std::optional<std::size_t> now = std::nullopt;  ///< the header to which `showNow` scrolls
+  };
+  /// Sets the rows after a change of the model. The scroll position is restored by `place` if there is one.
+  void setRows(Rows rows);
+
+  /// Where a row is shown, to keep it there while rows change.
+  struct Place {
+    int row = 0;
+    int top = 0;  ///< of the row, in pixels from the top of the viewport
+  };
+  /// The header Now if it is in view, else the first visible row that isn't a header; none without rows.
+  std::optional<Place> anchor() const;
+  /// Where that row is shown. Ends `showNow`.
+  std::optional<Place> placeOf(int row);
+  /// Scrolls a row to a place, as far as possible. While `showNow` is in effect, scrolls to Now instead.
+  void put(const Place& place);
+  /// Scrolls to the header Now, with a part of the past above it, and again after each change of rows or size, until
+  /// the user scrolls or selects something.
+  void showNow();
+  /// Runs a change of rows without reporting changes of the selection that follow from it.
+  void quietly(const std::function<void()>& change);
 
   /// The text shown instead of rows while there are none; nothing is shown if it is empty.
   std::function<QString()> emptyLabel;
@@ -26,6 +49,11 @@ class TimelineTable final : public QListView {
   std::function<bool()> selectionMayChange;
   /// Called when the user has selected a row.
   std::function<void(int row)> selectionDidChange;
+  /// Whether a point of the viewport is on the triangle that folds and unfolds this row.
+  std::function<bool(const QModelIndex& index, const QPoint& point)> isFoldingPoint;
+  /// Called to unfold or to fold a row, or, without a value, to do the opposite of before. Returns whether that had an
+  /// effect.
+  std::function<bool(int row, std::optional<bool> isOpen)> fold;
   /// Called when the font or the style has changed.
   std::function<void()> appearanceDidChange;
 
@@ -42,7 +70,9 @@ class TimelineTable final : public QListView {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void updateGeometries() override;
   void doItemsLayout() override;
   void scrollContentsBy(int dx, int dy) override;
@@ -57,6 +87,7 @@ class TimelineTable final : public QListView {
 
  private:
   bool isGroup(const QModelIndex& index) const { return index.isValid() && m_layout.isGroup(index.row()); }
+  void scrollToNow();
   int pinnedGroup() const;
   QRect pinnedRect() const;
   QRect rectOf(int row) const;
@@ -66,6 +97,9 @@ class TimelineTable final : public QListView {
   TimelineLayout::Heights heights() const;
 
   TimelineLayout m_layout;
+  std::optional<int> m_now;
+  bool m_showsNow = false;
+  bool m_isPlacing = false;  // the view scrolls, not the user
   bool m_isMarking = false;
 };
 

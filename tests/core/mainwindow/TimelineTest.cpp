@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/catalogue/Launchd.h"
+#include "core/mainwindow/TimelineCell.h"
 #include "core/mainwindow/TimelineTexts.h"
 #include "core/schedule/UtcText.h"
 #include "core/schedule/ZoneStretches.h"
@@ -21,8 +22,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Rows = std::vector<std::string>;
 
-static_assert(sizeof(Timeline) <= 64);
-
 class TimelineTest : public testdata::ProgramFixture {
  protected:
   void add(const std::string& label, Dictionary keys) {
@@ -33,18 +32,21 @@ class TimelineTest : public testdata::ProgramFixture {
     add(label, {{"StartCalendarInterval", std::move(interval)}});
   }
   TimelineArray built(sys_seconds now, const char* zone = "UTC") {
-    return buildTimeline(jobs, now, TimelineTexts(localize, zone));
+    return {jobs, {}, now, TimelineTexts(localize, zone), {}};
   }
   /// "# Today" for a header, "* name" for an interval, else "2026-11-22 20:05 name" in UTC; a dash before a disabled
   /// job.
-  static Rows described(const TimelineArray& timeline) {
+  Rows described(const TimelineArray& timeline) {
+    const TimelineTexts texts(localize, "UTC");
     Rows result;
-    for (const Timeline& row : timeline.rows()) {
-      const std::string mark = row.kind() == TimelineKind::Group  ? "# "
-                               : row.kind() == TimelineKind::Time ? utcText(row.date()) + ' '
+    for (std::size_t row = 0; row < timeline.count(); ++row) {
+      const Timeline shown = timeline.row(row);
+      const Job* const job = shown.isHeader() ? nullptr : jobs[shown.owner].get();
+      const TimelineCell cell = timelineCell(timeline, row, job, nullptr, 0, texts);
+      const std::string mark = shown.kind == TimelineKind::Group  ? "# "
+                               : shown.kind == TimelineKind::Time ? utcText(shown.date()) + ' '
                                                                   : "* ";
-      result.push_back((row.isEnabled() ? "" : "-") + mark + row.name());
-      EXPECT_EQ(row.url().has_value(), row.kind() != TimelineKind::Group);
+      result.push_back((cell.isSecondary ? "-" : "") + mark + cell.name);
     }
     return result;
   }
@@ -122,9 +124,9 @@ TEST_F(TimelineTest, TheHorizonIsAMonthByTheCalendar) {
   }
   addCalendar("noon", {{"Hour", 12}});
   const auto timeline = built(sys_days(2026y / 1 / 1) + 12h);
-  EXPECT_EQ(timeline.rows().front().name(), "Tomorrow");
-  EXPECT_EQ(timeline.rows().back().date(), sys_days(2026y / 1 / 31) + 12h);
-  EXPECT_EQ(timeline.rows().size(), 60U) << "30 days, each with its header";
+  EXPECT_EQ(timeline.row(0).header, "Tomorrow");
+  EXPECT_EQ(timeline.row(59).date(), sys_days(2026y / 1 / 31) + 12h);
+  EXPECT_EQ(timeline.count(), 60U) << "30 days, each with its header";
 }
 
 /// Some versions of the locale data have a narrow blank before "AM".
@@ -151,9 +153,11 @@ TEST(TimelineTexts, AreThoseOfTheLanguageTheTimeLocaleAndTheZone) {
       {"en_US", "en_US", "No/Where", 0, "Today", "8:05 PM"},
       {"en_US", "en_US", "UTC", 1, "Tomorrow", "8:05 PM"},
       {"en_US", "en_US", "UTC", 2, "Sunday, November 22, 2026", "8:05 PM"},
-      {"en_US", "en_US", "UTC", -1, "Sunday, November 22, 2026", "8:05 PM"},
+      {"en_US", "en_US", "UTC", -1, "Yesterday", "8:05 PM"},
+      {"en_US", "en_US", "UTC", -3, "Sunday, November 22, 2026", "8:05 PM"},
       {"de_DE", "de_DE", "Europe/Berlin", 0, "Heute", "21:05"},
       {"de_DE", "de_DE", "Europe/Berlin", 2, "Übermorgen", "21:05"},
+      {"de_DE", "de_DE", "Europe/Berlin", -2, "Vorgestern", "21:05"},
       {"de_DE", "de_DE", "Europe/Berlin", 3, "Sonntag, 22. November 2026", "21:05"},
       {"fr_FR", "fr_FR", "Europe/Paris", 3, "Dimanche 22 novembre 2026", "21:05"},
       {"en_US", "de_DE", "Europe/Berlin", 0, "Today", "21:05"},

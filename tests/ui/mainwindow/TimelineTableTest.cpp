@@ -8,6 +8,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -48,11 +49,11 @@ class TimelineTableTest : public testing::Test {
   }
   ~TimelineTableTest() override { m_table.setModel(nullptr); }
 
-  void fill(int count) {
+  void fill(int count, std::optional<std::size_t> now = std::nullopt) {
     m_rows.setCount(count);
     std::vector<std::size_t> groups;
     for (int row = 0; row < count; row += 10) groups.push_back(static_cast<std::size_t>(row));
-    m_table.setRows(static_cast<std::size_t>(count), std::move(groups));
+    m_table.setRows({.count = static_cast<std::size_t>(count), .groups = std::move(groups), .now = now});
     testdata::settle();
   }
   QRect rect(int row) { return m_table.visualRect(m_rows.index(row)); }
@@ -127,6 +128,30 @@ TEST_F(TimelineTableTest, KeyboardSkipsHeaders) {
   EXPECT_EQ(m_table.currentIndex().row(), 11);
   QTest::keyClick(&m_table, Qt::Key_Up);
   EXPECT_EQ(m_table.currentIndex().row(), 9);
+}
+
+TEST_F(TimelineTableTest, NowIsInSightUntilTheUserScrolls) {
+  m_table.showNow();
+  const int third = m_table.viewport()->height() / 3;
+  for (const std::size_t now : {20U, 50U}) {
+    fill(200, now);
+    EXPECT_EQ(rect(static_cast<int>(now)).top(), third) << "with a part of the past above it";
+  }
+  m_table.resize(300, 600);
+  testdata::settle();
+  EXPECT_EQ(rect(50).top(), m_table.viewport()->height() / 3);
+  EXPECT_EQ(m_table.anchor()->row, 50);
+  bar().triggerAction(QAbstractSlider::SliderPageStepSub);
+  const int place = rect(50).top();
+  m_table.resize(300, 400);
+  fill(200, 50);
+  EXPECT_EQ(rect(50).top(), place);
+  bar().setValue(0);
+  EXPECT_EQ(m_table.anchor()->row, 1) << "the first below the pinned header";
+  m_table.put({30, 40});
+  EXPECT_EQ(rect(30).top(), 40);
+  fill(0);
+  EXPECT_FALSE(m_table.anchor());
 }
 
 TEST_F(TimelineTableTest, LabelIsShownOnlyWithoutRows) {
